@@ -1,0 +1,126 @@
+#pragma once
+
+#include "platform/instant.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <cstdint>
+#include <expected>
+#include <optional>
+
+namespace tessellar {
+
+/// Why a file operation failed, and where. Compared by code and path.
+struct FileError {
+    enum class Code {
+        notFound,
+        permissionDenied,
+        notADirectory,
+        isADirectory,
+        notARegularFile,
+        tooLarge,
+        noSpace,
+        readOnly,
+        alreadyExists,
+        notEmpty,
+        otherVolume,
+        linkLoop,
+        badPath, ///< not absolute, too long, or not representable on this machine
+        io,
+    };
+    Code code = Code::io;
+    QString path; ///< as the launcher speaks of it, not as the host does
+
+    bool operator==(const FileError&) const = default;
+};
+
+/// One sentence for people, with the path.
+QString message(const FileError& error);
+
+enum class FileType { regular, directory, symbolicLink, other };
+
+/// What `stat` tells. Device and inode identify a file while it exists.
+struct FileStatus {
+    FileType type = FileType::other;
+    std::uint64_t size = 0;
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::uint32_t mode = 0; ///< permission bits
+    std::uint32_t owner = 0;
+    Instant modified;
+    Instant changed;                ///< status change
+    std::optional<Instant> created; ///< where the file system keeps it
+
+    bool operator==(const FileStatus&) const = default;
+};
+
+/// One entry of a directory. `name` holds the bytes on the disk; they need not be UTF-8.
+struct DirectoryEntry {
+    QByteArray name;
+    FileType type = FileType::other; ///< of the entry itself: links are not followed
+
+    bool operator==(const DirectoryEntry&) const = default;
+};
+
+/// The machine's files under the paths of a Mac ("/Applications", "/System/Library").
+///
+/// On a Mac the root is "/"; elsewhere it may be any folder that holds a Mac's layout, as package
+/// managers have it with --root. Every path given or returned here is absolute and relative to that
+/// root; symbolic links, absolute ones too, resolve inside it and "..", wherever it stands, does not
+/// lead out of it. What a tool or the system is to be told is mapped with `hostPath` at that moment.
+///
+/// Holds no state but the root; any thread may use it.
+class FileSystem {
+public:
+    explicit FileSystem(const QString& hostRoot = QStringLiteral("/"));
+
+    QString hostRoot() const { return _root; }
+    /// Where `path` lies on the host, its bytes as the host takes them. Links are not resolved.
+    QByteArray hostPath(const QString& path) const;
+    /// The other way: the path under the root of a host path, or nothing for one outside it.
+    std::optional<QString> pathFromHost(const QByteArray& hostPath) const;
+
+    std::expected<FileStatus, FileError> status(const QString& path) const;     ///< follows links
+    std::expected<FileStatus, FileError> linkStatus(const QString& path) const; ///< of the link itself
+    bool exists(const QString& path) const;
+    bool isDirectory(const QString& path) const;
+    bool isRegularFile(const QString& path) const;
+    bool isExecutableFile(const QString& path) const;
+
+    /// The path with every link resolved; fails where something on the way is missing.
+    std::expected<QString, FileError> resolved(const QString& path) const;
+    std::expected<QByteArray, FileError> linkTarget(const QString& path) const;
+
+    /// The entries in the order of their bytes, without "." and "..".
+    std::expected<QList<DirectoryEntry>, FileError> entries(const QString& path) const;
+
+    /// The whole of a regular file. A larger one is `tooLarge`; a pipe, socket or device is never
+    /// opened for reading (`notARegularFile`).
+    std::expected<QByteArray, FileError> read(const QString& path, std::uint64_t maximumBytes) const;
+
+    /// Replaces `path` by a file with these bytes, or leaves it as it was; see atomic_file.h.
+    std::expected<void, FileError> writeAtomically(const QString& path, const QByteArray& bytes) const;
+    std::expected<void, FileError> createDirectories(const QString& path) const;
+    /// Renames within one volume and replaces nothing (`alreadyExists`).
+    std::expected<void, FileError> move(const QString& from, const QString& to) const;
+    /// Removes a file or link; a directory only when it is empty.
+    std::expected<void, FileError> remove(const QString& path) const;
+
+    /// Purely by text: absolute, "." and ".." taken out, no doubled or trailing slash.
+    static QString standardized(const QString& path);
+    /// True when `path` is `directory` or lies in it, compared by component.
+    static bool isWithin(const QString& path, const QString& directory);
+    static QString joined(const QString& directory, const QString& name);
+    static QString fileName(const QString& path);
+    static QString parent(const QString& path);
+    /// The last extension without the dot, as written; empty when there is none or the name begins
+    /// with its only dot.
+    static QString extension(const QString& path);
+
+private:
+    QString _root; ///< host path without a trailing slash; empty for "/"
+};
+
+} // namespace tessellar

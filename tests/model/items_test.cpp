@@ -1,0 +1,167 @@
+#include "model/items.h"
+
+#include "support/printers.h"
+#include "support/sequential_uuids.h"
+
+#include <gtest/gtest.h>
+
+namespace tessellar {
+namespace {
+
+json::Decoded<LaunchpadItem> decodeItem(const QByteArray& text)
+{
+    return json::decodeDocument<LaunchpadItem>(text);
+}
+
+QByteArray appObject(const QByteArray& extra = {})
+{
+    return R"({"id": "0A0B0C0D-0000-4000-8000-000000000001", "name": "Maple",
+               "path": "file:///Applications/Maple.app/", "source": "local")" +
+           (extra.isEmpty() ? QByteArray() : ", " + extra) + "}";
+}
+
+QByteArray folderObject(const QByteArray& contents)
+{
+    return R"({"folder": {"_0": {"id": "0A0B0C0D-0000-4000-8000-000000000002", "name": "Trees")" +
+           (contents.isEmpty() ? QByteArray() : ", " + contents) + "}}}";
+}
+
+TEST(ItemJson, MissingOptionalKeysOfAnApplicationTakeTheirDefaults)
+{
+    for (const QByteArray& extra :
+         {QByteArray(), QByteArray(R"("bundleIdentifier": null, "category": null, "alias": null)")}) {
+        const auto item = decodeItem("{\"app\": {\"_0\": " + appObject(extra) + "}}");
+        ASSERT_TRUE(item) << message(item.error()).toStdString();
+        const AppEntry& app = *item->app();
+        EXPECT_EQ(app.originalName, u"Maple");
+        EXPECT_FALSE(app.isDuplicateBundleIdentifier);
+        EXPECT_FALSE(app.bundleIdentifier || app.category || app.alias);
+        EXPECT_EQ(app.path, u"/Applications/Maple.app");
+    }
+}
+
+TEST(ItemJson, MissingRequiredKeysFailAndNameThePlace)
+{
+    const auto page = json::decodeDocument<Page>(
+        R"([{"app": {"_0": {"id": "0A0B0C0D-0000-4000-8000-000000000001", "name": "A", "source": "local"}}}])");
+    ASSERT_FALSE(page);
+    EXPECT_EQ(page.error().path, u"[0].app._0.path");
+}
+
+TEST(ItemJson, ATileHasExactlyOneKnownKey)
+{
+    const QByteArray app = "{\"_0\": " + appObject() + "}";
+    for (const QByteArray& text : {QByteArray("{}"), QByteArray("{\"widget\": {}}"),
+                                   "{\"app\": " + app + ", \"folder\": {}}"}) {
+        const auto item = decodeItem(text);
+        ASSERT_FALSE(item);
+        EXPECT_EQ(item.error().message, u"Invalid number of keys found, expected one.");
+    }
+    EXPECT_TRUE(decodeItem("{\"app\": " + app + ", \"later\": 1}"));
+}
+
+TEST(ItemJson, FoldersReadEveryFormTheyEverHad)
+{
+    const QByteArray tile = "{\"app\": {\"_0\": " + appObject() + "}}";
+    const struct {
+        QByteArray contents;
+        qsizetype tiles;
+    } forms[] = {
+        {"", 0},
+        {"\"pages\": []", 0},
+        {"\"pages\": [[" + tile + "]]", 1},
+        {"\"items\": [" + tile + "]", 1},
+        {"\"items\": [" + appObject() + "]", 1},
+        {"\"items\": []", 0},
+        {"\"pages\": 3, \"items\": [" + tile + "]", 1},
+        {"\"pages\": [[{}]], \"items\": \"x\"", 0},
+    };
+    for (const auto& form : forms) {
+        const auto item = decodeItem(folderObject(form.contents));
+        ASSERT_TRUE(item) << form.contents.toStdString();
+        ASSERT_EQ(item->folder()->pages.size(), 1) << form.contents.toStdString();
+        EXPECT_EQ(item->folder()->pages[0].size(), form.tiles) << form.contents.toStdString();
+        const QByteArray written = json::write(json::encode(*item));
+        EXPECT_FALSE(written.contains("\"items\""));
+        EXPECT_EQ(decodeItem(written), *item);
+    }
+}
+
+TEST(ItemJson, PathsOfAnyNameSurviveTheFileUrl)
+{
+    AppEntry entry;
+    entry.id = test::SequentialUuids().next();
+    for (const QString& name : {QStringLiteral("Käse & Brot"), QStringLiteral("100% #1? [a];b"),
+                                QStringLiteral("日本語"), QStringLiteral("%41"), QStringLiteral("a+b~c\\d\"")}) {
+        entry.path = QStringLiteral("/Applications/%1.app").arg(name);
+        const auto decoded = json::decode<AppEntry>(json::encode(entry));
+        ASSERT_TRUE(decoded);
+        EXPECT_EQ(decoded->path, entry.path);
+    }
+    for (const char* bad : {"https://example.com/x.app", "file://", "/Applications/X.app", "", "file:///a%00b"})
+        EXPECT_FALSE(json::BundleUrl::decode(QLatin1StringView(bad))) << bad;
+}
+
+TEST(ItemJson, IdentifiersAreCanonicalText)
+{
+    EXPECT_TRUE(json::decode<QUuid>(QStringLiteral("0a0b0c0d-0000-4000-8000-000000000001")));
+    for (const char* bad : {"", "{0A0B0C0D-0000-4000-8000-000000000001}", "0A0B0C0D000040008000000000000001",
+                            "0A0B0C0D-0000-4000-8000-00000000000G"})
+        EXPECT_FALSE(json::decode<QUuid>(QLatin1StringView(bad))) << bad;
+}
+
+TEST(AppKey, FollowsAliasThenDuplicateThenIdentifierThenPath)
+{
+    AppEntry entry;
+    entry.path = QStringLiteral("/Applications/Maple.app");
+    EXPECT_EQ(appKey(entry), entry.path);
+    entry.bundleIdentifier = QStringLiteral("org.maple");
+    EXPECT_EQ(appKey(entry), u"org.maple");
+    entry.isDuplicateBundleIdentifier = true;
+    EXPECT_EQ(appKey(entry), entry.path);
+    entry.alias = AppAliasReference{QStringLiteral("org.other")};
+    EXPECT_EQ(appKey(entry), u"org.other");
+}
+
+TEST(Items, NestingLooksAtEveryComponentButTheLast)
+{
+    EXPECT_TRUE(isNestedInAnotherApplication(QStringLiteral("/Applications/Suite.APP/Contents/Library/Tool.app")));
+    EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/Tool.app")));
+    EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/Tool.app/")));
+    EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/X.app/../Tool.app")));
+}
+
+TEST(Items, GamesFoldIntoOneCategory)
+{
+    EXPECT_EQ(categoryDisplayName(QStringLiteral("public.app-category.puzzle-games")), u"Games");
+    EXPECT_EQ(categoryDisplayName(QStringLiteral("public.app-category.developer-tools")), u"Developer");
+    EXPECT_FALSE(categoryDisplayName(QStringLiteral("public.app-category.cooking")));
+    EXPECT_FALSE(categoryDisplayName(QStringLiteral("org.example.puzzle-games")));
+}
+
+TEST(Items, FoldersListApplicationsDeepAndPreviewsShallow)
+{
+    test::SequentialUuids ids;
+    const auto app = [&](const QString& name) {
+        AppEntry entry;
+        entry.id = ids.next();
+        entry.name = name;
+        return entry;
+    };
+    FolderEntry inner{ids.next(), QStringLiteral("inner"), {}, {{app(QStringLiteral("b"))}}};
+    const FolderEntry outer{ids.next(),
+                            QStringLiteral("outer"),
+                            {},
+                            {{app(QStringLiteral("a")), inner, SmartFolderReference{ids.next()}},
+                             {app(QStringLiteral("c"))}}};
+    QStringList names;
+    for (const AppEntry& entry : allApplications(outer))
+        names += entry.name;
+    EXPECT_EQ(names, QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+    EXPECT_EQ(previewItems(outer, 2), Page({outer.pages[0][0], inner}));
+    EXPECT_EQ(previewItems(outer, 9).size(), 4);
+    EXPECT_TRUE(previewItems(outer, 0).isEmpty());
+}
+
+} // namespace
+} // namespace tessellar
