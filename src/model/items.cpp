@@ -10,8 +10,7 @@
 
 namespace tessellar {
 
-QUuid LaunchpadItem::id() const
-{
+QUuid LaunchpadItem::id() const {
     if (const AppEntry* entry = app())
         return entry->id;
     if (const FolderEntry* entry = folder())
@@ -19,24 +18,21 @@ QUuid LaunchpadItem::id() const
     return smartFolder()->definitionID;
 }
 
-std::size_t qHash(const AppEntry& entry, std::size_t seed)
-{
+std::size_t qHash(const AppEntry& entry, std::size_t seed) {
     return qHashMulti(seed, entry.id, entry.bundleIdentifier.value_or(QString()), entry.name,
                       entry.originalName, entry.path, static_cast<int>(entry.source),
                       entry.category.value_or(QString()), entry.isDuplicateBundleIdentifier,
                       entry.alias ? entry.alias->appKey : QString());
 }
 
-std::size_t qHash(const FolderEntry& folder, std::size_t seed)
-{
+std::size_t qHash(const FolderEntry& folder, std::size_t seed) {
     seed = qHashMulti(seed, folder.id, folder.name, folder.customSymbolName.value_or(QString()));
     for (const Page& page : folder.pages)
         seed = qHashRange(page.begin(), page.end(), seed + 1);
     return seed;
 }
 
-std::size_t qHash(const LaunchpadItem& item, std::size_t seed)
-{
+std::size_t qHash(const LaunchpadItem& item, std::size_t seed) {
     if (const AppEntry* entry = item.app())
         return qHash(*entry, seed);
     if (const FolderEntry* entry = item.folder())
@@ -44,8 +40,7 @@ std::size_t qHash(const LaunchpadItem& item, std::size_t seed)
     return qHash(item.smartFolder()->definitionID, seed);
 }
 
-QString appKey(const AppEntry& entry)
-{
+QString appKey(const AppEntry& entry) {
     if (entry.alias)
         return entry.alias->appKey;
     if (entry.isDuplicateBundleIdentifier)
@@ -53,8 +48,7 @@ QString appKey(const AppEntry& entry)
     return entry.bundleIdentifier.value_or(entry.path);
 }
 
-bool isNestedInAnotherApplication(const QString& path)
-{
+bool isNestedInAnotherApplication(const QString& path) {
     const QString parent = FileSystem::parent(FileSystem::standardized(path));
     for (const auto component : QStringView(parent).split(u'/'))
         if (component.endsWith(u".app", Qt::CaseInsensitive))
@@ -62,8 +56,7 @@ bool isNestedInAnotherApplication(const QString& path)
     return false;
 }
 
-bool forEachItem(const Pages& pages, const std::function<bool(const LaunchpadItem&)>& visit)
-{
+bool forEachItem(const Pages& pages, const std::function<bool(const LaunchpadItem&)>& visit) {
     for (const Page& page : pages) {
         for (const LaunchpadItem& item : page) {
             if (!visit(item))
@@ -75,8 +68,7 @@ bool forEachItem(const Pages& pages, const std::function<bool(const LaunchpadIte
     return true;
 }
 
-QList<AppEntry> allApplications(const FolderEntry& folder)
-{
+QList<AppEntry> allApplications(const FolderEntry& folder) {
     QList<AppEntry> result;
     forEachItem(folder.pages, [&](const LaunchpadItem& item) {
         if (const AppEntry* entry = item.app())
@@ -86,8 +78,7 @@ QList<AppEntry> allApplications(const FolderEntry& folder)
     return result;
 }
 
-Page previewItems(const FolderEntry& folder, qsizetype limit)
-{
+Page previewItems(const FolderEntry& folder, qsizetype limit) {
     Page result;
     for (const Page& page : folder.pages) {
         for (const LaunchpadItem& item : page) {
@@ -99,8 +90,7 @@ Page previewItems(const FolderEntry& folder, qsizetype limit)
     return result;
 }
 
-std::optional<QString> categoryDisplayName(const QString& category)
-{
+std::optional<QString> categoryDisplayName(const QString& category) {
     static constexpr QLatin1StringView prefix("public.app-category.");
     static const QHash<QStringView, QString> names{
         {u"business", QStringLiteral("Business")},
@@ -135,20 +125,19 @@ std::optional<QString> categoryDisplayName(const QString& category)
 
 namespace json {
 
-static constexpr auto appFields = std::tuple(
-    required("id", &AppEntry::id), optional("bundleIdentifier", &AppEntry::bundleIdentifier),
-    required("name", &AppEntry::name), defaulted("originalName", &AppEntry::originalName),
-    required<BundleUrl>("path", &AppEntry::path), required("source", &AppEntry::source),
-    optional("category", &AppEntry::category),
-    defaulted("isDuplicateBundleIdentifier", &AppEntry::isDuplicateBundleIdentifier),
-    optional("alias", &AppEntry::alias));
+static constexpr auto appFields =
+    std::tuple(required("id", &AppEntry::id), optional("bundleIdentifier", &AppEntry::bundleIdentifier),
+               required("name", &AppEntry::name), defaulted("originalName", &AppEntry::originalName),
+               required<BundleUrl>("path", &AppEntry::path), required("source", &AppEntry::source),
+               optional("category", &AppEntry::category),
+               defaulted("isDuplicateBundleIdentifier", &AppEntry::isDuplicateBundleIdentifier),
+               optional("alias", &AppEntry::alias));
 
 static constexpr auto folderFields =
     std::tuple(required("id", &FolderEntry::id), required("name", &FolderEntry::name),
                optional("customSymbolName", &FolderEntry::customSymbolName));
 
-Decoded<QString> BundleUrl::decode(const QJsonValue& value)
-{
+Decoded<QString> BundleUrl::decode(const QJsonValue& value) {
     const QUrl url(value.toString(), QUrl::StrictMode);
     const QString path = url.path(QUrl::FullyDecoded);
     if (!value.isString() || !url.isValid() || url.scheme() != u"file" || !path.startsWith(u'/') ||
@@ -157,11 +146,12 @@ Decoded<QString> BundleUrl::decode(const QJsonValue& value)
     return FileSystem::standardized(path);
 }
 
-QJsonValue BundleUrl::encode(const QString& path)
-{
-    // By hand where it is plain ASCII, which most paths are: QUrl costs more than all the rest of a tile.
+QJsonValue BundleUrl::encode(const QString& path) {
+    // By hand where it is plain ASCII, which most paths are: QUrl costs more than all the rest of a
+    // tile.
     const auto isPlain = [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'-' && c <= u'9') || c == u'_';
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'-' && c <= u'9') ||
+               c == u'_';
     };
     QString text = QStringLiteral("file://");
     if (std::ranges::all_of(path, isPlain))
@@ -173,8 +163,7 @@ QJsonValue BundleUrl::encode(const QString& path)
     return text;
 }
 
-Decoded<AppEntry> Codec<AppEntry>::decode(const QJsonValue& value)
-{
+Decoded<AppEntry> Codec<AppEntry>::decode(const QJsonValue& value) {
     auto entry = decodeRecord<AppEntry>(value, appFields);
     // Null, not empty: an application may call itself by an empty name.
     if (entry && entry->originalName.isNull())
@@ -184,8 +173,7 @@ Decoded<AppEntry> Codec<AppEntry>::decode(const QJsonValue& value)
 
 QJsonValue Codec<AppEntry>::encode(const AppEntry& entry) { return encodeRecord(entry, appFields); }
 
-static Pages folderContents(const QJsonObject& object)
-{
+static Pages folderContents(const QJsonObject& object) {
     if (auto pages = json::decode<Pages>(object.value(u"pages"))) {
         if (pages->isEmpty())
             pages->append(Page());
@@ -201,16 +189,14 @@ static Pages folderContents(const QJsonObject& object)
     return {page};
 }
 
-Decoded<FolderEntry> Codec<FolderEntry>::decode(const QJsonValue& value)
-{
+Decoded<FolderEntry> Codec<FolderEntry>::decode(const QJsonValue& value) {
     auto folder = decodeRecord<FolderEntry>(value, folderFields);
     if (folder)
         folder->pages = folderContents(value.toObject());
     return folder;
 }
 
-QJsonValue Codec<FolderEntry>::encode(const FolderEntry& folder)
-{
+QJsonValue Codec<FolderEntry>::encode(const FolderEntry& folder) {
     QJsonObject object = encodeRecord(folder, folderFields).toObject();
     object.insert(u"pages", json::encode(folder.pages));
     return object;
@@ -219,16 +205,15 @@ QJsonValue Codec<FolderEntry>::encode(const FolderEntry& folder)
 // The cases of a tile, in the order of the variant; each payload is wrapped in {"_0": …}.
 static constexpr std::array itemCases{"app", "folder", "smartFolder"};
 
-template <typename Payload> static Decoded<LaunchpadItem> decodePayload(const QJsonValue& wrapper)
-{
+template <typename Payload>
+static Decoded<LaunchpadItem> decodePayload(const QJsonValue& wrapper) {
     auto decoded = json::decode<Payload>(wrapper.toObject().value(u"_0"));
     if (!decoded)
         return std::unexpected(std::move(decoded.error()).within(QStringLiteral("_0")));
     return LaunchpadItem(*std::move(decoded));
 }
 
-Decoded<LaunchpadItem> Codec<LaunchpadItem>::decode(const QJsonValue& value)
-{
+Decoded<LaunchpadItem> Codec<LaunchpadItem>::decode(const QJsonValue& value) {
     if (!value.isObject())
         return expected("an object");
     const QJsonObject object = value.toObject();
@@ -244,11 +229,10 @@ Decoded<LaunchpadItem> Codec<LaunchpadItem>::decode(const QJsonValue& value)
     return item;
 }
 
-QJsonValue Codec<LaunchpadItem>::encode(const LaunchpadItem& item)
-{
-    const QJsonValue payload =
-        std::visit([](const auto& value) { return json::encode(value); }, item);
-    return QJsonObject{{QLatin1StringView(itemCases[item.index()]), QJsonObject{{QStringLiteral("_0"), payload}}}};
+QJsonValue Codec<LaunchpadItem>::encode(const LaunchpadItem& item) {
+    const QJsonValue payload = std::visit([](const auto& value) { return json::encode(value); }, item);
+    return QJsonObject{
+        {QLatin1StringView(itemCases[item.index()]), QJsonObject{{QStringLiteral("_0"), payload}}}};
 }
 
 } // namespace json

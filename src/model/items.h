@@ -108,12 +108,14 @@ std::optional<QString> categoryDisplayName(const QString& category);
 
 namespace json {
 
-template <> struct RawValues<AppSource> {
+template <>
+struct RawValues<AppSource> {
     static constexpr std::array values{
         std::pair{AppSource::system, "system"}, std::pair{AppSource::local, "local"},
         std::pair{AppSource::user, "user"}, std::pair{AppSource::legacyImport, "legacyImport"}};
 };
-template <> struct RawValues<AppInstallKind> {
+template <>
+struct RawValues<AppInstallKind> {
     static constexpr std::array values{std::pair{AppInstallKind::manual, "manual"},
                                        std::pair{AppInstallKind::appStore, "appStore"}};
 };
@@ -124,24 +126,30 @@ struct BundleUrl {
     static QJsonValue encode(const QString& path);
 };
 
-template <> struct Fields<AppAliasReference> {
+template <>
+struct Fields<AppAliasReference> {
     static constexpr auto list = std::tuple(required("appKey", &AppAliasReference::appKey));
 };
-template <> struct Fields<SmartFolderReference> {
-    static constexpr auto list = std::tuple(required("definitionID", &SmartFolderReference::definitionID));
+template <>
+struct Fields<SmartFolderReference> {
+    static constexpr auto list =
+        std::tuple(required("definitionID", &SmartFolderReference::definitionID));
 };
 
-template <> struct Codec<AppEntry> {
+template <>
+struct Codec<AppEntry> {
     static Decoded<AppEntry> decode(const QJsonValue& value);
     static QJsonValue encode(const AppEntry& entry);
 };
 /// Besides "pages", reads the two older forms of a folder ("items", of tiles or of bare applications);
 /// contents that none of them fit leave an empty folder and never fail the document.
-template <> struct Codec<FolderEntry> {
+template <>
+struct Codec<FolderEntry> {
     static Decoded<FolderEntry> decode(const QJsonValue& value);
     static QJsonValue encode(const FolderEntry& folder);
 };
-template <> struct Codec<LaunchpadItem> {
+template <>
+struct Codec<LaunchpadItem> {
     static Decoded<LaunchpadItem> decode(const QJsonValue& value);
     static QJsonValue encode(const LaunchpadItem& item);
 };

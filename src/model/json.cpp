@@ -4,23 +4,21 @@
 
 namespace tessellar::json {
 
-QString message(const DecodeError& error)
-{
+QString message(const DecodeError& error) {
     return error.path.isEmpty() ? error.message
                                 : QStringLiteral("%1 (at %2)").arg(error.message, error.path);
 }
 
-Decoded<QJsonValue> parse(const QByteArray& bytes)
-{
+Decoded<QJsonValue> parse(const QByteArray& bytes) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError)
-        return fail(QStringLiteral("Not JSON: %1 at byte %2.").arg(error.errorString()).arg(error.offset));
+        return fail(
+            QStringLiteral("Not JSON: %1 at byte %2.").arg(error.errorString()).arg(error.offset));
     return document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
 }
 
-static QByteArray write(const QJsonValue& value, QJsonDocument::JsonFormat format)
-{
+static QByteArray write(const QJsonValue& value, QJsonDocument::JsonFormat format) {
     return value.isArray() ? QJsonDocument(value.toArray()).toJson(format)
                            : QJsonDocument(value.toObject()).toJson(format);
 }
@@ -28,8 +26,7 @@ static QByteArray write(const QJsonValue& value, QJsonDocument::JsonFormat forma
 QByteArray write(const QJsonValue& value) { return write(value, QJsonDocument::Indented); }
 QByteArray writeCompact(const QJsonValue& value) { return write(value, QJsonDocument::Compact); }
 
-Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char* const> names)
-{
+Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char* const> names) {
     std::optional<std::size_t> found;
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (!object.contains(QLatin1StringView(names[i])))
@@ -43,8 +40,7 @@ Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char*
     return *found;
 }
 
-Decoded<QUuid> Codec<QUuid>::decode(const QJsonValue& value)
-{
+Decoded<QUuid> Codec<QUuid>::decode(const QJsonValue& value) {
     // QUuid itself also takes braces and more; a null result is told from the null UUID by its text.
     const QString text = value.toString();
     const QUuid id = QUuid::fromString(text);
@@ -55,8 +51,7 @@ Decoded<QUuid> Codec<QUuid>::decode(const QJsonValue& value)
 
 QJsonValue Codec<QUuid>::encode(const QUuid& value) { return toText(value); }
 
-Decoded<Instant> Iso8601::decode(const QJsonValue& value)
-{
+Decoded<Instant> Iso8601::decode(const QJsonValue& value) {
     if (const auto instant = Instant::fromIso8601(value.toString()))
         return *instant;
     return expected("a date in ISO 8601 form");

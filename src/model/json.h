@@ -26,13 +26,14 @@
 /// A record lists its fields once:
 ///
 ///     template <> struct json::Fields<Point> {
-///         static constexpr auto list = std::tuple(required("x", &Point::x), optional("name", &Point::name));
+///         static constexpr auto list = std::tuple(required("x", &Point::x), optional("name",
+///         &Point::name));
 ///     };
 ///
-/// an enumeration its raw values, a tagged union (a std::variant) the keys of its cases; `decode<T>` and
-/// `encode` then serve both directions. A decode error names the path of the offending value. Keys that
-/// a declaration does not name are ignored; whether a missing key is an error, an absence or a default
-/// is said field by field.
+/// an enumeration its raw values, a tagged union (a std::variant) the keys of its cases; `decode<T>`
+/// and `encode` then serve both directions. A decode error names the path of the offending value. Keys
+/// that a declaration does not name are ignored; whether a missing key is an error, an absence or a
+/// default is said field by field.
 namespace tessellar::json {
 
 struct DecodeError {
@@ -40,8 +41,7 @@ struct DecodeError {
     QString message;
 
     bool operator==(const DecodeError&) const = default;
-    DecodeError within(const QString& step) &&
-    {
+    DecodeError within(const QString& step) && {
         path = path.isEmpty() || path.startsWith(u'[') ? step + path : step + u'.' + path;
         return std::move(*this);
     }
@@ -50,14 +50,13 @@ struct DecodeError {
 /// One line for people: the message, and the path when there is one.
 QString message(const DecodeError& error);
 
-template <typename T> using Decoded = std::expected<T, DecodeError>;
+template <typename T>
+using Decoded = std::expected<T, DecodeError>;
 
-inline std::unexpected<DecodeError> fail(const QString& message)
-{
+inline std::unexpected<DecodeError> fail(const QString& message) {
     return std::unexpected(DecodeError{{}, message});
 }
-inline std::unexpected<DecodeError> expected(const char* what)
-{
+inline std::unexpected<DecodeError> expected(const char* what) {
     return fail(QStringLiteral("Expected %1.").arg(QLatin1StringView(what)));
 }
 
@@ -69,13 +68,20 @@ QByteArray write(const QJsonValue& value);
 QByteArray writeCompact(const QJsonValue& value);
 
 /// How one type is read and written; specialised below and beside the types themselves.
-template <typename T> struct Codec;
+template <typename T>
+struct Codec;
 
-template <typename T> Decoded<T> decode(const QJsonValue& value) { return Codec<T>::decode(value); }
-template <typename T> QJsonValue encode(const T& value) { return Codec<T>::encode(value); }
+template <typename T>
+Decoded<T> decode(const QJsonValue& value) {
+    return Codec<T>::decode(value);
+}
+template <typename T>
+QJsonValue encode(const T& value) {
+    return Codec<T>::encode(value);
+}
 
-template <typename T> Decoded<T> decodeDocument(const QByteArray& bytes)
-{
+template <typename T>
+Decoded<T> decodeDocument(const QByteArray& bytes) {
     const auto value = parse(bytes);
     if (!value)
         return std::unexpected(value.error());
@@ -84,9 +90,9 @@ template <typename T> Decoded<T> decodeDocument(const QByteArray& bytes)
 
 // ---- plain values
 
-template <> struct Codec<bool> {
-    static Decoded<bool> decode(const QJsonValue& value)
-    {
+template <>
+struct Codec<bool> {
+    static Decoded<bool> decode(const QJsonValue& value) {
         if (!value.isBool())
             return expected("a boolean");
         return value.toBool();
@@ -94,9 +100,9 @@ template <> struct Codec<bool> {
     static QJsonValue encode(bool value) { return value; }
 };
 
-template <std::signed_integral T> struct Codec<T> {
-    static Decoded<T> decode(const QJsonValue& value)
-    {
+template <std::signed_integral T>
+struct Codec<T> {
+    static Decoded<T> decode(const QJsonValue& value) {
         // Two different defaults tell a value out of range, or with a fraction, from a real one.
         if (!value.isDouble() || value.toInteger(0) != value.toInteger(1) ||
             !std::in_range<T>(value.toInteger()))
@@ -106,9 +112,9 @@ template <std::signed_integral T> struct Codec<T> {
     static QJsonValue encode(T value) { return static_cast<qint64>(value); }
 };
 
-template <> struct Codec<double> {
-    static Decoded<double> decode(const QJsonValue& value)
-    {
+template <>
+struct Codec<double> {
+    static Decoded<double> decode(const QJsonValue& value) {
         if (!value.isDouble())
             return expected("a number");
         return value.toDouble();
@@ -116,9 +122,9 @@ template <> struct Codec<double> {
     static QJsonValue encode(double value) { return value; }
 };
 
-template <> struct Codec<QString> {
-    static Decoded<QString> decode(const QJsonValue& value)
-    {
+template <>
+struct Codec<QString> {
+    static Decoded<QString> decode(const QJsonValue& value) {
         if (!value.isString())
             return expected("a string");
         return value.toString();
@@ -127,15 +133,16 @@ template <> struct Codec<QString> {
 };
 
 /// 36 characters with hyphens; read in either case, written in upper case.
-template <> struct Codec<QUuid> {
+template <>
+struct Codec<QUuid> {
     static Decoded<QUuid> decode(const QJsonValue& value);
     static QJsonValue encode(const QUuid& value);
 };
 
 /// Seconds since 1 January 2001: the form of every file that does not say otherwise.
-template <> struct Codec<Instant> {
-    static Decoded<Instant> decode(const QJsonValue& value)
-    {
+template <>
+struct Codec<Instant> {
+    static Decoded<Instant> decode(const QJsonValue& value) {
         if (!value.isDouble())
             return expected("a date as seconds since 2001");
         return Instant{value.toDouble()};
@@ -151,9 +158,9 @@ struct Iso8601 {
 
 // ---- collections
 
-template <typename T> struct Codec<QList<T>> {
-    static Decoded<QList<T>> decode(const QJsonValue& value)
-    {
+template <typename T>
+struct Codec<QList<T>> {
+    static Decoded<QList<T>> decode(const QJsonValue& value) {
         if (!value.isArray())
             return expected("an array");
         const QJsonArray array = value.toArray();
@@ -168,8 +175,7 @@ template <typename T> struct Codec<QList<T>> {
         }
         return result;
     }
-    static QJsonValue encode(const QList<T>& list)
-    {
+    static QJsonValue encode(const QList<T>& list) {
         QJsonArray array;
         for (const T& element : list)
             array.append(json::encode(element));
@@ -178,9 +184,9 @@ template <typename T> struct Codec<QList<T>> {
 };
 
 /// An object whose keys are data.
-template <typename T> struct Codec<QMap<QString, T>> {
-    static Decoded<QMap<QString, T>> decode(const QJsonValue& value)
-    {
+template <typename T>
+struct Codec<QMap<QString, T>> {
+    static Decoded<QMap<QString, T>> decode(const QJsonValue& value) {
         if (!value.isObject())
             return expected("an object");
         const QJsonObject object = value.toObject();
@@ -193,8 +199,7 @@ template <typename T> struct Codec<QMap<QString, T>> {
         }
         return result;
     }
-    static QJsonValue encode(const QMap<QString, T>& map)
-    {
+    static QJsonValue encode(const QMap<QString, T>& map) {
         QJsonObject object;
         for (auto it = map.begin(); it != map.end(); ++it)
             object.insert(it.key(), json::encode(it.value()));
@@ -205,30 +210,33 @@ template <typename T> struct Codec<QMap<QString, T>> {
 // ---- enumerations: the raw values, in the order of declaration
 
 /// Specialise with `static constexpr std::array values{std::pair{E::a, "a"}, …}`.
-template <typename E> struct RawValues;
+template <typename E>
+struct RawValues;
 
 template <typename E>
-concept HasRawValues = std::is_enum_v<E> && requires { RawValues<E>::values; };
+concept HasRawValues = std::is_enum_v<E> && requires {
+    RawValues<E>::values;
+};
 
-template <HasRawValues E> QString rawValue(E value)
-{
+template <HasRawValues E>
+QString rawValue(E value) {
     for (const auto& [candidate, text] : RawValues<E>::values)
         if (candidate == value)
             return QString::fromLatin1(text);
     return {};
 }
 
-template <HasRawValues E> std::optional<E> fromRawValue(QStringView text)
-{
+template <HasRawValues E>
+std::optional<E> fromRawValue(QStringView text) {
     for (const auto& [candidate, raw] : RawValues<E>::values)
         if (text == QLatin1StringView(raw))
             return candidate;
     return std::nullopt;
 }
 
-template <HasRawValues E> struct Codec<E> {
-    static Decoded<E> decode(const QJsonValue& value)
-    {
+template <HasRawValues E>
+struct Codec<E> {
+    static Decoded<E> decode(const QJsonValue& value) {
         if (!value.isString())
             return expected("a string");
         if (const auto found = fromRawValue<E>(value.toString()))
@@ -246,7 +254,8 @@ enum class Presence {
     defaulted, ///< missing or null keeps the value that a default-constructed record has
 };
 
-template <Presence P, typename C, typename Owner, typename Member> struct Field {
+template <Presence P, typename C, typename Owner, typename Member>
+struct Field {
     static constexpr Presence presence = P;
     using Coding = C;
     const char* key;
@@ -255,35 +264,35 @@ template <Presence P, typename C, typename Owner, typename Member> struct Field 
 
 /// `required<Iso8601>("at", &T::at)` names another codec than the member's own.
 template <typename C = void, typename Owner, typename Member>
-constexpr auto required(const char* key, Member Owner::*member)
-{
+constexpr auto required(const char* key, Member Owner::*member) {
     using Coding = std::conditional_t<std::is_void_v<C>, Codec<Member>, C>;
     return Field<Presence::required, Coding, Owner, Member>{key, member};
 }
 template <typename C = void, typename Owner, typename Member>
-constexpr auto optional(const char* key, std::optional<Member> Owner::*member)
-{
+constexpr auto optional(const char* key, std::optional<Member> Owner::*member) {
     using Coding = std::conditional_t<std::is_void_v<C>, Codec<Member>, C>;
     return Field<Presence::optional, Coding, Owner, std::optional<Member>>{key, member};
 }
 template <typename C = void, typename Owner, typename Member>
-constexpr auto defaulted(const char* key, Member Owner::*member)
-{
+constexpr auto defaulted(const char* key, Member Owner::*member) {
     using Coding = std::conditional_t<std::is_void_v<C>, Codec<Member>, C>;
     return Field<Presence::defaulted, Coding, Owner, Member>{key, member};
 }
 
 /// Specialise with `static constexpr auto list = std::tuple(required(…), …)`.
-template <typename T> struct Fields;
+template <typename T>
+struct Fields;
 
 template <typename T>
-concept HasFields = requires { Fields<T>::list; };
+concept HasFields = requires {
+    Fields<T>::list;
+};
 
 namespace detail {
 
 template <typename T, typename F>
-bool decodeField(const QJsonObject& object, const F& field, T& result, std::optional<DecodeError>& error)
-{
+bool decodeField(const QJsonObject& object, const F& field, T& result,
+                 std::optional<DecodeError>& error) {
     const QLatin1StringView key(field.key);
     const QJsonValue value = object.value(key);
     if constexpr (F::presence == Presence::required) {
@@ -303,8 +312,8 @@ bool decodeField(const QJsonObject& object, const F& field, T& result, std::opti
     return true;
 }
 
-template <typename T, typename F> void encodeField(QJsonObject& object, const F& field, const T& record)
-{
+template <typename T, typename F>
+void encodeField(QJsonObject& object, const F& field, const T& record) {
     if constexpr (F::presence == Presence::optional) {
         if (const auto& member = record.*field.member)
             object.insert(QLatin1StringView(field.key), F::Coding::encode(*member));
@@ -316,48 +325,55 @@ template <typename T, typename F> void encodeField(QJsonObject& object, const F&
 } // namespace detail
 
 /// For codecs that do more than their list of fields says.
-template <typename T, typename List> Decoded<T> decodeRecord(const QJsonValue& value, const List& list)
-{
+template <typename T, typename List>
+Decoded<T> decodeRecord(const QJsonValue& value, const List& list) {
     if (!value.isObject())
         return expected("an object");
     const QJsonObject object = value.toObject();
     T result{};
     std::optional<DecodeError> error;
-    std::apply([&](const auto&... field) { (detail::decodeField(object, field, result, error) && ...); },
-               list);
+    std::apply(
+        [&](const auto&... field) { (detail::decodeField(object, field, result, error) && ...); },
+        list);
     if (error)
         return std::unexpected(*std::move(error));
     return result;
 }
 
-template <typename T, typename List> QJsonValue encodeRecord(const T& record, const List& list)
-{
+template <typename T, typename List>
+QJsonValue encodeRecord(const T& record, const List& list) {
     QJsonObject object;
     std::apply([&](const auto&... field) { (detail::encodeField(object, field, record), ...); }, list);
     return object;
 }
 
-template <HasFields T> struct Codec<T> {
-    static Decoded<T> decode(const QJsonValue& value) { return decodeRecord<T>(value, Fields<T>::list); }
+template <HasFields T>
+struct Codec<T> {
+    static Decoded<T> decode(const QJsonValue& value) {
+        return decodeRecord<T>(value, Fields<T>::list);
+    }
     static QJsonValue encode(const T& record) { return encodeRecord(record, Fields<T>::list); }
 };
 
 // ---- tagged unions: a one-key object named by the case
 
-/// Specialise for a std::variant with `static constexpr std::array<const char*, N> names{…}`, one for each
-/// alternative in order. The payload is encoded by its own codec: for the Mac's usual forms, a record
-/// whose fields are the labels, or `Unlabelled` around the values.
-template <typename V> struct Cases;
+/// Specialise for a std::variant with `static constexpr std::array<const char*, N> names{…}`, one for
+/// each alternative in order. The payload is encoded by its own codec: for the Mac's usual forms, a
+/// record whose fields are the labels, or `Unlabelled` around the values.
+template <typename V>
+struct Cases;
 
 template <typename V>
-concept HasCases = requires { Cases<V>::names; };
+concept HasCases = requires {
+    Cases<V>::names;
+};
 
 /// The index of the one case that an object names; other keys are ignored.
 Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char* const> names);
 
-template <HasCases V> struct Codec<V> {
-    static Decoded<V> decode(const QJsonValue& value)
-    {
+template <HasCases V>
+struct Codec<V> {
+    static Decoded<V> decode(const QJsonValue& value) {
         if (!value.isObject())
             return expected("an object");
         const QJsonObject object = value.toObject();
@@ -368,8 +384,7 @@ template <HasCases V> struct Codec<V> {
                         std::make_index_sequence<std::variant_size_v<V>>());
     }
 
-    static QJsonValue encode(const V& value)
-    {
+    static QJsonValue encode(const V& value) {
         QJsonObject object;
         object.insert(QLatin1StringView(Cases<V>::names[value.index()]),
                       std::visit([](const auto& payload) { return json::encode(payload); }, value));
@@ -378,14 +393,14 @@ template <HasCases V> struct Codec<V> {
 
 private:
     template <std::size_t... I>
-    static Decoded<V> decodeAt(std::size_t index, const QJsonValue& payload, std::index_sequence<I...>)
-    {
+    static Decoded<V> decodeAt(std::size_t index, const QJsonValue& payload,
+                               std::index_sequence<I...>) {
         Decoded<V> result = expected("a known case");
         (void)((index == I && (assign<I>(result, payload), true)) || ...);
         return result;
     }
-    template <std::size_t I> static void assign(Decoded<V>& result, const QJsonValue& payload)
-    {
+    template <std::size_t I>
+    static void assign(Decoded<V>& result, const QJsonValue& payload) {
         auto decoded = json::decode<std::variant_alternative_t<I, V>>(payload);
         if (decoded)
             result = V(std::in_place_index<I>, *std::move(decoded));
@@ -396,9 +411,9 @@ private:
 };
 
 /// A record whose only field is unlabelled, in the form {"_0": value}. To be inherited by its Codec.
-template <typename T, typename Value, Value T::*member> struct UnlabelledCodec {
-    static Decoded<T> decode(const QJsonValue& value)
-    {
+template <typename T, typename Value, Value T::*member>
+struct UnlabelledCodec {
+    static Decoded<T> decode(const QJsonValue& value) {
         if (!value.isObject())
             return expected("an object");
         const QJsonValue payload = value.toObject().value(QLatin1StringView("_0"));
@@ -411,8 +426,7 @@ template <typename T, typename Value, Value T::*member> struct UnlabelledCodec {
         result.*member = *std::move(decoded);
         return result;
     }
-    static QJsonValue encode(const T& value)
-    {
+    static QJsonValue encode(const T& value) {
         return QJsonObject{{QStringLiteral("_0"), json::encode(value.*member)}};
     }
 };

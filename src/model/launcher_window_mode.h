@@ -7,7 +7,8 @@ namespace tessellar {
 /// Working layouts, layout settings and saved arrangements are kept for each mode.
 enum class LauncherWindowMode { fullScreen, windowed };
 
-template <> struct json::RawValues<LauncherWindowMode> {
+template <>
+struct json::RawValues<LauncherWindowMode> {
     static constexpr std::array values{std::pair{LauncherWindowMode::fullScreen, "fullScreen"},
                                        std::pair{LauncherWindowMode::windowed, "windowed"}};
 };

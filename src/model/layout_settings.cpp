@@ -1,0 +1,148 @@
+#include "model/layout_settings.h"
+
+namespace tessellar {
+namespace {
+
+template <typename Value>
+struct Ranged {
+    const char* key;
+    Value ArrangementLayout::*member;
+    Value low;
+    Value high;
+};
+
+constexpr std::array integers{
+    Ranged<int>{"gridRows", &ArrangementLayout::rows, 3, 9},
+    Ranged<int>{"gridColumns", &ArrangementLayout::columns, 4, 10},
+    Ranged<int>{"folderRows", &ArrangementLayout::folderRows, 2, 9},
+    Ranged<int>{"folderColumns", &ArrangementLayout::folderColumns, 2, 10},
+};
+constexpr std::array reals{
+    Ranged<double>{"iconScale", &ArrangementLayout::iconScale, 0.8, 1.2},
+    Ranged<double>{"windowedIconSize", &ArrangementLayout::windowedIconSize, 32, 128},
+    Ranged<double>{"windowedHorizontalSpacing", &ArrangementLayout::windowedHorizontalSpacing, 0, 120},
+    Ranged<double>{"windowedVerticalSpacing", &ArrangementLayout::windowedVerticalSpacing, 0, 120},
+    Ranged<double>{"folderIconSpacing", &ArrangementLayout::folderIconSpacing, 0, 120},
+    Ranged<double>{"folderIconScale", &ArrangementLayout::folderIconScale, 0.5, 1.5},
+};
+struct Column {
+    const char* key;
+    SpecialColumn ArrangementLayout::*member;
+};
+constexpr std::array columns{Column{"recents", &ArrangementLayout::recents},
+                             Column{"mostUsed", &ArrangementLayout::mostUsed}};
+
+constexpr double minimumFontSize = 8, maximumFontSize = 24;
+constexpr double minimumWindowSide = 200, maximumWindowSide = 20'000;
+constexpr int maximumSpecialColumns = 4;
+
+QString prefixed(LauncherWindowMode mode, const QString& key) {
+    return mode == LauncherWindowMode::windowed ? QStringLiteral("windowed.") + key : key;
+}
+
+template <typename T>
+std::optional<T> within(std::optional<T> value, T low, T high) {
+    return value && *value >= low && *value <= high ? value : std::nullopt;
+}
+
+/// Looks a key up under the mode's prefix, then without it.
+template <typename Read>
+auto lookUp(LauncherWindowMode mode, const QString& key, Read read) {
+    if (const auto value = read(prefixed(mode, key)); value || mode == LauncherWindowMode::fullScreen)
+        return value;
+    return read(key);
+}
+
+bool isPlacement(const QString& text) { return text == u"fixed" || text == u"firstPage"; }
+
+} // namespace
+
+ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMode mode) {
+    ArrangementLayout layout;
+    layout.columns = mode == LauncherWindowMode::windowed ? 7 : 8;
+
+    const auto integer = [&](const QString& key, qint64 low, qint64 high) {
+        return lookUp(mode, key,
+                      [&](const QString& k) { return within<qint64>(settings.integer(k), low, high); });
+    };
+    const auto real = [&](const QString& key, double low, double high) {
+        return lookUp(mode, key,
+                      [&](const QString& k) { return within<double>(settings.number(k), low, high); });
+    };
+    for (const auto& field : integers)
+        if (const auto value = integer(QLatin1StringView(field.key), field.low, field.high))
+            layout.*field.member = static_cast<int>(*value);
+    for (const auto& field : reals)
+        if (const auto value = real(QLatin1StringView(field.key), field.low, field.high))
+            layout.*field.member = *value;
+    layout.tileLabelFontSize =
+        real(QStringLiteral("tileLabelFontSize"), minimumFontSize, maximumFontSize);
+
+    for (const Column& column : columns) {
+        SpecialColumn& special = layout.*column.member;
+        const QString key = QLatin1StringView(column.key);
+        if (const auto visible = lookUp(mode, key + u".isVisible",
+                                        [&](const QString& k) { return settings.boolean(k); }))
+            special.isVisible = *visible;
+        if (const auto count = integer(key + u".columns", 1, maximumSpecialColumns))
+            special.columns = static_cast<int>(*count);
+        if (const auto placement =
+                lookUp(mode, key + u".placement", [&](const QString& k) { return settings.text(k); });
+            placement && isPlacement(*placement))
+            special.placement = *placement;
+    }
+
+    const auto width = real(QStringLiteral("windowSize.width"), minimumWindowSide, maximumWindowSide);
+    const auto height = real(QStringLiteral("windowSize.height"), minimumWindowSide, maximumWindowSide);
+    if (width && height)
+        layout.windowSize = WindowSize{*width, *height};
+    return layout;
+}
+
+/// Key and value of every setting of a layout; a value that may not be stored is undefined.
+static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout& layout) {
+    const auto ranged = [](double value, double low, double high) {
+        return value >= low && value <= high ? QJsonValue(value) : QJsonValue(QJsonValue::Undefined);
+    };
+    QList<std::pair<QString, QJsonValue>> result;
+    for (const auto& field : integers)
+        result.append(
+            {QLatin1StringView(field.key), ranged(layout.*field.member, field.low, field.high)});
+    for (const auto& field : reals)
+        result.append(
+            {QLatin1StringView(field.key), ranged(layout.*field.member, field.low, field.high)});
+    result.append({QStringLiteral("tileLabelFontSize"),
+                   ranged(layout.tileLabelFontSize.value_or(0), minimumFontSize, maximumFontSize)});
+    for (const Column& column : columns) {
+        const SpecialColumn& special = layout.*column.member;
+        const QString key = QLatin1StringView(column.key);
+        result.append({key + u".isVisible", special.isVisible});
+        result.append({key + u".columns", ranged(special.columns, 1, maximumSpecialColumns)});
+        result.append({key + u".placement", isPlacement(special.placement)
+                                                ? QJsonValue(special.placement)
+                                                : QJsonValue(QJsonValue::Undefined)});
+    }
+    const WindowSize size = layout.windowSize.value_or(WindowSize());
+    result.append(
+        {QStringLiteral("windowSize.width"), ranged(size.width, minimumWindowSide, maximumWindowSide)});
+    result.append({QStringLiteral("windowSize.height"),
+                   ranged(size.height, minimumWindowSide, maximumWindowSide)});
+    return result;
+}
+
+std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
+                                                   const ArrangementLayout& layout) {
+    for (const auto& [key, value] : settingsOf(layout))
+        if (const auto stored = settings.set(prefixed(mode, key), value); !stored)
+            return stored;
+    return {};
+}
+
+QStringList layoutSettingsKeys(LauncherWindowMode mode) {
+    QStringList keys;
+    for (const auto& [key, value] : settingsOf(ArrangementLayout()))
+        keys += prefixed(mode, key);
+    return keys;
+}
+
+} // namespace tessellar

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "model/launcher_window_mode.h"
+#include "model/layout_document.h"
+#include "platform/settings.h"
+
+namespace tessellar {
+
+/// The settings of the grid and its appearance for one mode, each within its range or at its default.
+/// Windowed values have the prefix "windowed."; a missing or unusable one falls back to the full-screen
+/// key, then to the default of the mode.
+ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMode mode);
+
+/// Stores them for the mode. What lies outside its range is left out, which means the default.
+std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
+                                                   const ArrangementLayout& layout);
+
+/// Every settings key that `readLayoutSettings` reads for a mode, without the fallbacks.
+QStringList layoutSettingsKeys(LauncherWindowMode mode);
+
+/// The number of tiles on a page of the grid.
+inline qsizetype pageCapacity(const ArrangementLayout& layout) {
+    return static_cast<qsizetype>(layout.rows) * layout.columns;
+}
+
+} // namespace tessellar
