@@ -81,13 +81,13 @@ ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMod
     for (const Column& column : columns) {
         SpecialColumn& special = layout.*column.member;
         const QString key = QLatin1StringView(column.key);
-        if (const auto visible = lookUp(mode, key + u".isVisible",
+        if (const auto visible = lookUp(mode, key + QLatin1StringView(".isVisible"),
                                         [&](const QString& k) { return settings.boolean(k); }))
             special.isVisible = *visible;
-        if (const auto count = integer(key + u".columns", 1, maximumSpecialColumns))
+        if (const auto count = integer(key + QLatin1StringView(".columns"), 1, maximumSpecialColumns))
             special.columns = static_cast<int>(*count);
-        if (const auto placement =
-                lookUp(mode, key + u".placement", [&](const QString& k) { return settings.text(k); });
+        if (const auto placement = lookUp(mode, key + QLatin1StringView(".placement"),
+                                          [&](const QString& k) { return settings.text(k); });
             placement && isPlacement(*placement))
             special.placement = *placement;
     }
@@ -116,11 +116,12 @@ static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout&
     for (const Column& column : columns) {
         const SpecialColumn& special = layout.*column.member;
         const QString key = QLatin1StringView(column.key);
-        result.append({key + u".isVisible", special.isVisible});
-        result.append({key + u".columns", ranged(special.columns, 1, maximumSpecialColumns)});
-        result.append({key + u".placement", isPlacement(special.placement)
-                                                ? QJsonValue(special.placement)
-                                                : QJsonValue(QJsonValue::Undefined)});
+        result.append({key + QLatin1StringView(".isVisible"), special.isVisible});
+        result.append(
+            {key + QLatin1StringView(".columns"), ranged(special.columns, 1, maximumSpecialColumns)});
+        result.append({key + QLatin1StringView(".placement"), isPlacement(special.placement)
+                                                                  ? QJsonValue(special.placement)
+                                                                  : QJsonValue(QJsonValue::Undefined)});
     }
     const WindowSize size = layout.windowSize.value_or(WindowSize());
     result.append(
