@@ -1,10 +1,6 @@
 #pragma once
 
-#include "model/items.h"
-#include "model/launcher_window_mode.h"
-#include "platform/settings.h"
-
-#include <QSet>
+#include "model/layout_document.h"
 
 #include <optional>
 
@@ -24,15 +20,13 @@ struct GridGeometry {
     bool operator==(const GridGeometry&) const = default;
 };
 
-/// The grid of the arrangement's pages: "gridRows" (3 to 9, default 5), "gridColumns" (4 to 10, default
-/// 8, windowed 7), "iconScale" (0.8 to 1.2). The windowed mode reads them with the prefix "windowed."
-/// and falls back to the plain key where that is missing. A value out of range acts as the mode's
-/// default.
-GridGeometry pageGeometry(const Settings& settings, LauncherWindowMode mode);
-
-/// The grid of an open folder's pages, likewise from "folderRows" (2 to 9, default 4), "folderColumns"
-/// (2 to 10, default 5) and "folderIconScale" (0.8 to 1.2).
-GridGeometry folderGeometry(const Settings& settings, LauncherWindowMode mode);
+/// The grid of the arrangement's pages, and of an open folder's, by a mode's settings.
+inline GridGeometry pageGeometry(const ArrangementLayout& layout) {
+    return {layout.rows, layout.columns, layout.iconScale};
+}
+inline GridGeometry folderGeometry(const ArrangementLayout& layout) {
+    return {layout.folderRows, layout.folderColumns, layout.folderIconScale};
+}
 
 /// Whether the grid shows a tile: an application unless its key is hidden, a folder unless every tile
 /// in it, at any depth, is hidden. An empty folder and a smart folder are shown.
