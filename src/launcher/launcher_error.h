@@ -1,0 +1,20 @@
+#pragma once
+
+#include "model/layout_store.h"
+
+namespace tessellar {
+
+/// Why something that the user asked for was not done.
+struct LauncherError {
+    QString code;    ///< for programs: the case's name, such as "layoutNotReady" or "noSpace"
+    QString message; ///< for people: one sentence
+    QString title;   ///< of an alert about it; empty where a notice is enough
+
+    bool operator==(const LauncherError&) const = default;
+};
+
+QString code(const FileError& error);
+LauncherError launcherError(const LayoutStore::Error& error, const QString& title = {});
+LauncherError launcherError(const FileError& error, const QString& title = {});
+
+} // namespace tessellar

@@ -1,0 +1,427 @@
+#include "launcher/launcher_view_model.h"
+
+#include "model/app_state.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+using StorageCode = LayoutStore::StorageError::Code;
+
+LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode)
+    : _machine(machine)
+    , _store(machine, LayoutStore::defaultDirectory(machine.places))
+    , _opener(machine) {
+    (void)_store.setActiveMode(mode);
+}
+
+LauncherViewModel::~LauncherViewModel() { (void)quit(); }
+
+// ---- listeners
+
+LauncherViewModel::Subscription LauncherViewModel::subscribe(Listener listener) {
+    auto subscription = std::make_shared<Listener>(std::move(listener));
+    _listeners.push_back(subscription);
+    return subscription;
+}
+
+void LauncherViewModel::changed(LauncherChange change) {
+    _listeners.remove_if([](const auto& listener) { return listener.expired(); });
+    // A copy: a listener may subscribe, or end another's subscription.
+    for (const auto& weak : std::list(_listeners))
+        if (const auto listener = weak.lock())
+            (*listener)(change);
+}
+
+// ---- start and end
+
+void LauncherViewModel::start() {
+    inEachMode([&] { _loaded[static_cast<std::size_t>(mode())] = _store.load(); });
+    scan([this](AppScanner::LibraryScan scan) {
+        _lastScan = std::move(scan);
+        finishStartUp();
+    });
+}
+
+void LauncherViewModel::startAndWait() {
+    start();
+    while (!_isBootstrapped)
+        _machine.workers.mailbox().waitAndDrain();
+}
+
+void LauncherViewModel::finishStartUp() {
+    inEachMode([&] {
+        const LayoutStore::LoadResult loaded =
+            std::exchange(_loaded[static_cast<std::size_t>(mode())], LayoutStore::Missing());
+        if (const auto* document = std::get_if<LayoutDocument>(&loaded)) {
+            applyLayout(document->pages, document->hiddenKeys, ApplyKind::startUp);
+        } else {
+            live().pages = defaultPages();
+            if (const auto* failed = std::get_if<LayoutStore::Failed>(&loaded))
+                alert(launcherError(failed->error, QStringLiteral("Reset the Launchpad layout?")));
+        }
+        if (!isWriteBlocked())
+            if (const auto saved = saveNow(QStringLiteral("Could not save the layout")); !saved)
+                alert(saved.error());
+    });
+    _isBootstrapped = true;
+    changed(LauncherChange::bootstrapped);
+    changed(LauncherChange::layout);
+}
+
+LauncherViewModel::Outcome LauncherViewModel::quit() {
+    if (const auto flushed = _store.flush(); !flushed)
+        return std::unexpected(
+            launcherError(flushed.error(), QStringLiteral("Could not save the layout")));
+    return {};
+}
+
+void LauncherViewModel::inEachMode(const std::function<void()>& step) {
+    const LauncherWindowMode shown = mode();
+    const LauncherWindowMode other = shown == LauncherWindowMode::fullScreen
+                                         ? LauncherWindowMode::windowed
+                                         : LauncherWindowMode::fullScreen;
+    step();
+    (void)_store.setActiveMode(other);
+    step();
+    (void)_store.setActiveMode(shown);
+}
+
+// ---- scans and merges
+
+void LauncherViewModel::scan(std::function<void(AppScanner::LibraryScan)> done) {
+    AppScanner scanner(_machine, AppDiscoverySettings::read(_machine.settings, _machine.places.home));
+    _scanTask = _machine.workers.run(
+        [scanner = std::move(scanner), cache = std::move(_scanCache)](std::stop_token stop) mutable {
+            AppScanner::LibraryScan scan = scanner.scan(cache, stop);
+            return std::pair(std::move(scan), std::move(cache));
+        },
+        [this,
+         done = std::move(done)](std::pair<AppScanner::LibraryScan, AppScanner::BundleCache> result) {
+            _scanCache = std::move(result.second);
+            done(std::move(result.first));
+        });
+}
+
+void LauncherViewModel::rescan(std::function<void()> done) {
+    if (!_isBootstrapped)
+        return;
+    if (done)
+        _rescanCallbacks.append(std::move(done));
+    // What changes while a scan runs may have been seen by it or not: it is looked at once more.
+    if (std::exchange(_isRescanning, true)) {
+        _rescanAgain = true;
+        return;
+    }
+    scan([this](AppScanner::LibraryScan scan) {
+        _isRescanning = false;
+        if (scan.isComplete) // a look that was cut short says nothing of what it did not see
+            finishRescan(std::move(scan));
+        if (std::exchange(_rescanAgain, false))
+            return rescan();
+        for (const auto& callback : std::exchange(_rescanCallbacks, {}))
+            callback();
+    });
+}
+
+void LauncherViewModel::finishRescan(AppScanner::LibraryScan scan) {
+    _lastScan = std::move(scan);
+    bool shownChanged = false;
+    inEachMode([&] {
+        const LayoutDocument before = document();
+        const QSet<QString> unavailable = live().unavailableAppKeys;
+        const bool differs = applyLayout(before.pages, before.hiddenKeys, ApplyKind::rescan);
+        if (differs)
+            _store.scheduleSave(pages(), hiddenKeys());
+        shownChanged = shownChanged || differs || unavailable != live().unavailableAppKeys;
+    });
+    if (shownChanged)
+        changed(LauncherChange::layout);
+}
+
+Pages LauncherViewModel::defaultPages() const {
+    return defaultLayout(lastScannedApps(), pageCapacity(layoutSettings()), _machine.locale);
+}
+
+bool LauncherViewModel::applyLayout(const Pages& pages, const QSet<QString>& hiddenKeys,
+                                    ApplyKind kind) {
+    const MergeContext context{
+        .scannedApps = _lastScan.apps,
+        .isOutOfReach = [this](const QString& path) { return _lastScan.isOutOfReach(path); },
+        .pageCapacity = pageCapacity(layoutSettings()),
+        .isRestore = kind == ApplyKind::restore};
+    MergeResult merged = mergeLayout(pages, hiddenKeys, context, _machine.locale);
+    const bool differs = merged.pages != pages || merged.hiddenKeys != hiddenKeys;
+    LiveLayout& layout = live();
+    layout.pages = std::move(merged.pages);
+    layout.hiddenKeys = std::move(merged.hiddenKeys);
+    layout.unavailableAppKeys = std::move(merged.unavailableAppKeys);
+    if (kind == ApplyKind::rescan)
+        tidyNavigation();
+    else
+        layout.navigation = {};
+    return differs;
+}
+
+LauncherViewModel::Outcome LauncherViewModel::saveNow(const QString& title) {
+    if (const auto saved = _store.saveNow(pages(), hiddenKeys()); !saved)
+        return std::unexpected(launcherError(saved.error(), title));
+    return {};
+}
+
+const AppEntry* LauncherViewModel::application(const QString& key) const {
+    const auto found =
+        std::ranges::find_if(_lastScan.apps, [&](const AppEntry& app) { return appKey(app) == key; });
+    return found == _lastScan.apps.end() ? nullptr : &*found;
+}
+
+// ---- what is shown, and where the user is
+
+QString LauncherViewModel::unavailableNotice() {
+    return QStringLiteral(
+        "This app is not currently available. Tessellar will remove it from the layout "
+        "when the installed-app list refreshes.");
+}
+
+void LauncherViewModel::setMode(LauncherWindowMode mode) {
+    if (mode == this->mode())
+        return;
+    if (const auto flushed = _store.setActiveMode(mode); !flushed)
+        alert(launcherError(flushed.error(), QStringLiteral("Could not save the layout")));
+    changed(LauncherChange::mode);
+    changed(LauncherChange::layout);
+    changed(LauncherChange::navigation);
+}
+
+void LauncherViewModel::settingsChanged() {
+    tidyNavigation();
+    changed(LauncherChange::settings);
+    changed(LauncherChange::layout);
+}
+
+ShownPages LauncherViewModel::shownPages() const {
+    return ShownPages(pages(), hiddenKeys(), pageGeometry(layoutSettings()).capacity());
+}
+
+ShownPages LauncherViewModel::shownPages(const FolderEntry& folder) const {
+    return ShownPages(folder.pages, hiddenKeys(), folderGeometry(layoutSettings()).capacity());
+}
+
+const LaunchpadItem* LauncherViewModel::item(const QUuid& id) const {
+    const LaunchpadItem* found = nullptr;
+    forEachItem(pages(), [&](const LaunchpadItem& item) {
+        if (item.id() == id)
+            found = &item;
+        return !found;
+    });
+    return found;
+}
+
+const FolderEntry* LauncherViewModel::folder(const QUuid& id) const {
+    const LaunchpadItem* found = item(id);
+    return found ? found->folder() : nullptr;
+}
+
+static int nearest(qsizetype page, qsizetype count) {
+    return static_cast<int>(std::clamp<qsizetype>(page, 0, std::max<qsizetype>(0, count - 1)));
+}
+
+void LauncherViewModel::setCurrentPage(int page) {
+    page = nearest(page, shownPages().count());
+    if (std::exchange(live().navigation.currentPage, page) != page)
+        changed(LauncherChange::navigation);
+}
+
+bool LauncherViewModel::openFolder(const QUuid& id) {
+    QList<OpenFolderLevel>& stack = live().navigation.folderStack;
+    const FolderEntry* outer = stack.isEmpty() ? nullptr : folder(stack.last().id);
+    for (const Page& page : outer ? outer->pages : pages()) {
+        for (const LaunchpadItem& item : page) {
+            if (item.id() != id || !item.folder())
+                continue;
+            stack.append({id, 0});
+            changed(LauncherChange::navigation);
+            return true;
+        }
+    }
+    return false;
+}
+
+void LauncherViewModel::setFolderPage(int page) {
+    QList<OpenFolderLevel>& stack = live().navigation.folderStack;
+    if (stack.isEmpty())
+        return;
+    const FolderEntry* open = folder(stack.last().id);
+    page = nearest(page, open ? shownPages(*open).count() : 0);
+    if (std::exchange(stack.last().page, page) != page)
+        changed(LauncherChange::navigation);
+}
+
+void LauncherViewModel::closeFolder() {
+    if (live().navigation.folderStack.isEmpty())
+        return;
+    live().navigation.folderStack.removeLast();
+    changed(LauncherChange::navigation);
+}
+
+void LauncherViewModel::select(const std::optional<QUuid>& id) {
+    if (std::exchange(live().navigation.selectedItemID, id) != id)
+        changed(LauncherChange::selection);
+}
+
+void LauncherViewModel::tidyNavigation() {
+    Navigation& navigation = live().navigation;
+    const Navigation before = navigation;
+    navigation.currentPage = nearest(navigation.currentPage, shownPages().count());
+    // A folder that is gone, or lies elsewhere now, closes with those in it.
+    const Pages* level = &live().pages;
+    for (qsizetype i = 0; i < navigation.folderStack.size(); ++i) {
+        const FolderEntry* open = nullptr;
+        for (const Page& page : *level)
+            for (const LaunchpadItem& item : page)
+                if (item.folder() && item.id() == navigation.folderStack[i].id)
+                    open = item.folder();
+        if (!open) {
+            navigation.folderStack.resize(i);
+            break;
+        }
+        navigation.folderStack[i].page =
+            nearest(navigation.folderStack[i].page, shownPages(*open).count());
+        level = &open->pages;
+    }
+    const auto isGone = [this](const QUuid& id) { return !item(id); };
+    if (navigation.selectedItemID && isGone(*navigation.selectedItemID))
+        navigation.selectedItemID.reset();
+    if (navigation.selectionAnchorID && isGone(*navigation.selectionAnchorID))
+        navigation.selectionAnchorID.reset();
+    navigation.selectedItemIDs.removeIf(isGone);
+    if (navigation != before)
+        changed(LauncherChange::navigation);
+}
+
+// ---- what the user does
+
+void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> done) {
+    const auto refuse = [&](LauncherError error) {
+        showNotice(error.message);
+        if (done)
+            done(std::unexpected(std::move(error)));
+    };
+    const AppEntry* app = application(key);
+    if (!app && !unavailableAppKeys().contains(key))
+        return refuse({QStringLiteral("unknownApplication"),
+                       QStringLiteral("No installed application is known by “%1”.").arg(key.left(200)),
+                       {}});
+    if (!app || !_machine.files.exists(app->path)) {
+        if (app && !unavailableAppKeys().contains(key)) {
+            live().unavailableAppKeys.insert(key);
+            changed(LauncherChange::layout);
+            rescan();
+        }
+        return refuse({QStringLiteral("unavailable"), unavailableNotice(), {}});
+    }
+    _launch = _opener.openApplication(app->path, [this, name = app->name, done = std::move(done)](
+                                                     const std::expected<void, QString>& opened) {
+        Outcome outcome;
+        if (!opened) {
+            outcome = std::unexpected(LauncherError{QStringLiteral("couldNotLaunch"), opened.error(),
+                                                    QStringLiteral("Could not open “%1”").arg(name)});
+            alert(outcome.error());
+        } else {
+            changed(LauncherChange::launched);
+        }
+        if (done)
+            done(std::move(outcome));
+    });
+}
+
+LauncherViewModel::Outcome LauncherViewModel::editGuard() const {
+    if (!_isBootstrapped)
+        return std::unexpected(launcherError(LayoutStore::StorageError{StorageCode::layoutNotReady}));
+    if (isWriteBlocked())
+        return std::unexpected(
+            launcherError(LayoutStore::StorageError{StorageCode::workingDocumentUnreadable}));
+    return {};
+}
+
+LauncherViewModel::Outcome LauncherViewModel::resetLayout() {
+    const QString title = QStringLiteral("Could not reset layout");
+    if (!_isBootstrapped)
+        return std::unexpected(
+            launcherError(LayoutStore::StorageError{StorageCode::layoutNotReady}, title));
+    if (const auto reset = _store.reset(); !reset)
+        return std::unexpected(launcherError(reset.error(), title));
+    live() = {.pages = defaultPages(), .hiddenKeys = {}, .unavailableAppKeys = {}, .navigation = {}};
+    changed(LauncherChange::layout);
+    changed(LauncherChange::navigation);
+    if (const auto saved = saveNow(title); !saved)
+        return saved;
+    showNotice(QStringLiteral("Layout reset to the default alphabetical arrangement."));
+    return {};
+}
+
+std::expected<ArrangementSummary, LauncherError>
+LauncherViewModel::saveArrangement(const QString& name) {
+    const QString title = QStringLiteral("Could not save arrangement");
+    if (const auto guard = editGuard(); !guard)
+        return std::unexpected(guard.error());
+    if (trimmed(name).isEmpty())
+        return std::unexpected(
+            LauncherError{QStringLiteral("emptyName"),
+                          QStringLiteral("Name this arrangement so it can be restored later."), title});
+    const auto saved = _store.saveArrangement(trimmed(name), document(), layoutSettings());
+    if (!saved)
+        return std::unexpected(launcherError(saved.error(), title));
+    return *saved;
+}
+
+LauncherViewModel::Outcome LauncherViewModel::restoreArrangement(const QUuid& id) {
+    const QString title = QStringLiteral("Could not restore arrangement");
+    if (const auto guard = editGuard(); !guard)
+        return guard;
+    const auto arrangement = _store.arrangement(id);
+    if (!arrangement)
+        return std::unexpected(launcherError(arrangement.error(), title));
+    const auto backup =
+        _store.makeBackup(QStringLiteral("arrangement-restore"), {}, pages(), hiddenKeys());
+    if (!backup)
+        return std::unexpected(launcherError(backup.error(), title));
+    if (arrangement->layout) {
+        if (const auto stored = writeLayoutSettings(_machine.settings, mode(), *arrangement->layout);
+            !stored)
+            return std::unexpected(launcherError(stored.error(), title));
+        changed(LauncherChange::settings);
+    }
+    applyLayout(arrangement->document.pages, arrangement->document.hiddenKeys, ApplyKind::restore);
+    changed(LauncherChange::layout);
+    changed(LauncherChange::navigation);
+    return saveNow(title);
+}
+
+LauncherViewModel::Outcome LauncherViewModel::deleteArrangement(const QUuid& id) {
+    if (const auto deleted = _store.deleteArrangement(id); !deleted)
+        return std::unexpected(
+            launcherError(deleted.error(), QStringLiteral("Could not delete arrangement")));
+    return {};
+}
+
+// ---- what the user is told
+
+void LauncherViewModel::showNotice(const QString& text, const QString& symbolName,
+                                   std::chrono::milliseconds duration) {
+    _notice = LauncherNotice{text, symbolName, ++_noticeRevision};
+    _noticeTimer = _machine.scheduler.after(duration, [this] {
+        _notice.reset();
+        changed(LauncherChange::notice);
+    });
+    changed(LauncherChange::notice);
+}
+
+void LauncherViewModel::alert(LauncherError error) {
+    _alerts.append(std::move(error));
+    changed(LauncherChange::alert);
+}
+
+QList<LauncherError> LauncherViewModel::takeAlerts() { return std::exchange(_alerts, {}); }
+
+} // namespace tessellar

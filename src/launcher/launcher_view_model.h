@@ -1,0 +1,181 @@
+#pragma once
+
+#include "discovery/app_scanner.h"
+#include "editing/grid_geometry.h"
+#include "editing/navigation.h"
+#include "launcher/launcher_error.h"
+#include "model/layout_settings.h"
+#include "model/layout_store.h"
+#include "model/reconciliation.h"
+#include "platform/machine.h"
+#include "platform/opener.h"
+
+#include <functional>
+#include <list>
+#include <memory>
+
+namespace tessellar {
+
+/// What of the view model has changed, for those who show it.
+enum class LauncherChange {
+    layout,     ///< tiles, hidden or unavailable applications of the mode shown
+    navigation, ///< page, open folders
+    selection,
+    mode,
+    settings,
+    notice,
+    alert,
+    launched,     ///< an application was started: the window goes
+    bootstrapped, ///< the first load is complete
+};
+
+/// A short message over the grid that goes by itself. A later one has a higher revision.
+struct LauncherNotice {
+    QString text;
+    QString symbolName;
+    int revision = 0;
+};
+
+/// Owns all state that the user sees and edits: the arrangements of both display modes, where the user
+/// is in them, and what the machine holds. Everything is on the main thread; scans and other work on
+/// disks run on workers and come back through the mailbox.
+///
+/// Start-up, each step after the one before:
+/// 1. both working layouts are loaded;
+/// 2. the application folders are scanned on a worker;
+/// 3. each mode's layout is merged with the scan, or the default one is built where there is no file,
+/// and
+///    saved at once unless its mode is blocked;
+/// 4. the layout counts as bootstrapped, and edits pass the guard.
+class LauncherViewModel {
+public:
+    using Outcome = std::expected<void, LauncherError>;
+    using Listener = std::function<void(LauncherChange)>;
+    /// Ends the listening when it goes.
+    using Subscription = std::shared_ptr<void>;
+
+    explicit LauncherViewModel(Machine& machine,
+                               LauncherWindowMode mode = LauncherWindowMode::fullScreen);
+    /// Saves what is unsaved.
+    ~LauncherViewModel();
+    LauncherViewModel(const LauncherViewModel&) = delete;
+    LauncherViewModel& operator=(const LauncherViewModel&) = delete;
+
+    [[nodiscard]] Subscription subscribe(Listener listener);
+
+    // Start and end.
+    void start();
+    /// Runs the start-up to its end on the calling (main) thread; for programs without an event loop.
+    void startAndWait();
+    bool isBootstrapped() const { return _isBootstrapped; }
+    /// Looks at the application folders again and merges what it finds; `done` is called after the
+    /// merge.
+    void rescan(std::function<void()> done = {});
+    /// Saves what is unsaved; the way out of the program.
+    Outcome quit();
+
+    // What is shown.
+    LauncherWindowMode mode() const { return _store.activeMode(); }
+    void setMode(LauncherWindowMode mode);
+    const Pages& pages() const { return live().pages; }
+    const QSet<QString>& hiddenKeys() const { return live().hiddenKeys; }
+    LayoutDocument document() const { return {.pages = pages(), .hiddenKeys = hiddenKeys()}; }
+    const QSet<QString>& unavailableAppKeys() const { return live().unavailableAppKeys; }
+    /// What an unavailable tile says of itself.
+    static QString unavailableNotice();
+    bool isWriteBlocked() const { return _store.isWriteBlocked(mode()); }
+    const AppScanner::LibraryScan& lastScan() const { return _lastScan; }
+    const QList<AppEntry>& lastScannedApps() const { return _lastScan.apps; }
+    /// The application that a key stands for, as the last scan found it.
+    const AppEntry* application(const QString& appKey) const;
+    ArrangementLayout layoutSettings() const { return readLayoutSettings(_machine.settings, mode()); }
+    /// To be called after a setting was changed.
+    void settingsChanged();
+
+    /// The pages of the grid, or of an open folder, as the grid's settings show them.
+    ShownPages shownPages() const;
+    ShownPages shownPages(const FolderEntry& folder) const;
+    const FolderEntry* folder(const QUuid& id) const;
+    const LaunchpadItem* item(const QUuid& id) const;
+
+    // Where the user is. Pages out of range go to the nearest.
+    int currentPage() const { return live().navigation.currentPage; }
+    void setCurrentPage(int page);
+    const QList<OpenFolderLevel>& folderStack() const { return live().navigation.folderStack; }
+    /// Opens a folder over the innermost open one; false when there is no such folder in it.
+    bool openFolder(const QUuid& id);
+    void setFolderPage(int page);
+    void closeFolder();
+    const std::optional<QUuid>& selectedItemID() const { return live().navigation.selectedItemID; }
+    void select(const std::optional<QUuid>& id);
+
+    // What the user does.
+    /// Starts an application; one that is not known or not available is refused, with a notice. `done`
+    /// is called when the system has taken it, or at once with a refusal.
+    void launch(const QString& appKey, std::function<void(Outcome)> done = {});
+    /// `layoutNotReady` before the first load is complete, `workingDocumentUnreadable` in a blocked
+    /// mode.
+    Outcome editGuard() const;
+    Outcome resetLayout();
+
+    QList<ArrangementSummary> arrangements() const { return _store.arrangements(); }
+    std::expected<ArrangementSummary, LauncherError> saveArrangement(const QString& name);
+    Outcome restoreArrangement(const QUuid& id);
+    Outcome deleteArrangement(const QUuid& id);
+
+    // What the user is told.
+    const std::optional<LauncherNotice>& notice() const { return _notice; }
+    void showNotice(const QString& text, const QString& symbolName = {},
+                    std::chrono::milliseconds duration = std::chrono::seconds(3));
+    /// Alerts not shown yet, oldest first; taking them empties the list.
+    QList<LauncherError> takeAlerts();
+
+private:
+    /// The arrangement of one mode.
+    struct LiveLayout {
+        Pages pages;
+        QSet<QString> hiddenKeys;
+        QSet<QString> unavailableAppKeys;
+        Navigation navigation;
+    };
+    enum class ApplyKind { startUp, rescan, restore };
+
+    LiveLayout& live() { return _layouts[static_cast<std::size_t>(mode())]; }
+    const LiveLayout& live() const { return _layouts[static_cast<std::size_t>(mode())]; }
+
+    void scan(std::function<void(AppScanner::LibraryScan)> done);
+    void finishStartUp();
+    void finishRescan(AppScanner::LibraryScan scan);
+    /// Calls `step` with each mode active in turn, the mode shown first; nobody sees the change.
+    void inEachMode(const std::function<void()>& step);
+    /// The layout of the active mode becomes the merge of these pages with the last scan. True when
+    /// that differs from the pages given.
+    bool applyLayout(const Pages& pages, const QSet<QString>& hiddenKeys, ApplyKind kind);
+    Pages defaultPages() const;
+    Outcome saveNow(const QString& title);
+    void tidyNavigation();
+    void changed(LauncherChange change);
+    void alert(LauncherError error);
+
+    Machine& _machine;
+    LayoutStore _store;
+    std::array<LiveLayout, 2> _layouts;
+    std::array<LayoutStore::LoadResult, 2> _loaded;
+    AppScanner::LibraryScan _lastScan;
+    AppScanner::BundleCache _scanCache;
+    bool _isBootstrapped = false;
+
+    std::list<std::weak_ptr<Listener>> _listeners;
+    std::optional<LauncherNotice> _notice;
+    int _noticeRevision = 0;
+    Timer _noticeTimer;
+    QList<LauncherError> _alerts;
+    Task _scanTask;
+    bool _isRescanning = false;
+    bool _rescanAgain = false;
+    QList<std::function<void()>> _rescanCallbacks;
+    Opener _opener;
+    Task _launch;
+};
+
+} // namespace tessellar

@@ -1,0 +1,32 @@
+#include "platform/opener.h"
+
+namespace tessellar {
+
+Task Opener::openApplication(const QString& path, Done done) const {
+    return open({QByteArrayLiteral("-a"), _machine.files.hostPath(path)}, std::move(done));
+}
+
+Task Opener::openUrl(const QString& url, Done done) const {
+    return open({url.toUtf8()}, std::move(done));
+}
+
+Task Opener::open(QList<QByteArray> arguments, Done done) const {
+    Command command{.executable = _machine.files.hostPath(QStringLiteral("/usr/bin/open")),
+                    .arguments = std::move(arguments),
+                    .environment = _machine.environment,
+                    .maximumOutput = 64u << 10,
+                    .input = {}};
+    return _machine.workers.run(
+        [&commands = _machine.commands, command = std::move(command)](std::stop_token stop) {
+            return commands.run(command, stop);
+        },
+        [done = std::move(done)](const CommandResult& result) mutable {
+            if (result.succeeded())
+                return done({});
+            const QString words = trimmed(QString::fromUtf8(result.standardError));
+            done(std::unexpected(words.isEmpty() ? QStringLiteral("The system did not open it.")
+                                                 : words));
+        });
+}
+
+} // namespace tessellar
