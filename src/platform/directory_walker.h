@@ -2,6 +2,8 @@
 
 #include "platform/file_system.h"
 
+#include <QByteArrayView>
+
 #include <functional>
 #include <stop_token>
 
@@ -10,11 +12,14 @@ namespace tessellar {
 /// What the visitor wants done with an entry.
 enum class WalkStep { descend, skip };
 
+/// One entry, for as long as the visit lasts.
 struct WalkEntry {
-    QString directory; ///< under the file system's root
-    QByteArray name;
+    const QString& directory; ///< under the file system's root
+    QByteArrayView name;      ///< bytes on the disk; FileSystem::fromHostBytes makes text of them
     FileType type = FileType::other;
     int depth = 0; ///< 1 for the entries of the folder where the walk began
+
+    QString path() const { return FileSystem::joined(directory, FileSystem::fromHostBytes(name)); }
 };
 
 struct WalkOptions {

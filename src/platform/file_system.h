@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <expected>
+#include <memory>
 #include <optional>
 
 namespace tessellar {
@@ -38,6 +39,12 @@ struct FileError {
 
 /// One sentence for people, with the path.
 QString message(const FileError& error);
+
+/// What a system call's errno means for a path.
+FileError fileError(int error, const QString& path);
+
+class Descriptor;
+struct Place;
 
 enum class FileType { regular, directory, symbolicLink, other };
 
@@ -71,23 +78,33 @@ struct DirectoryEntry {
 /// root; symbolic links, absolute ones too, resolve inside it and "..", wherever it stands, does not
 /// lead out of it. What a tool or the system is to be told is mapped with `hostPath` at that moment.
 ///
-/// Holds no state but the root; any thread may use it.
+/// Names on a disk are bytes. Those that are UTF-8 are their text; any other byte is one lone surrogate
+/// (U+DC80 to U+DCFF) in a path, so that every file can be named and `fromHostBytes` and `toHostBytes`
+/// undo one another.
+///
+/// A trailing slash means nothing. Holds no state but the root; any thread may use it.
 class FileSystem {
 public:
+    /// The root is made absolute; it need not exist yet.
     explicit FileSystem(const QString& hostRoot = QStringLiteral("/"));
 
-    QString hostRoot() const { return _root; }
-    /// Where `path` lies on the host, its bytes as the host takes them. Links are not resolved.
+    QString hostRoot() const { return _root.isEmpty() ? QStringLiteral("/") : _root; }
+    /// Where `path` lies on the host, its bytes as the host takes them. Links are not resolved, and
+    /// ".." goes by text. Empty for a path that is not absolute or cannot be written in bytes.
     QByteArray hostPath(const QString& path) const;
     /// The other way: the path under the root of a host path, or nothing for one outside it.
     std::optional<QString> pathFromHost(const QByteArray& hostPath) const;
 
+    static QString fromHostBytes(QByteArrayView bytes);
+    /// Nothing for text that no bytes stand for: a zero character or half a surrogate pair.
+    static std::optional<QByteArray> toHostBytes(const QString& text);
+
     std::expected<FileStatus, FileError> status(const QString& path) const;     ///< follows links
     std::expected<FileStatus, FileError> linkStatus(const QString& path) const; ///< of the link itself
-    bool exists(const QString& path) const;
+    bool exists(const QString& path) const; ///< these four follow links
     bool isDirectory(const QString& path) const;
     bool isRegularFile(const QString& path) const;
-    bool isExecutableFile(const QString& path) const;
+    bool isExecutableFile(const QString& path) const; ///< by this process
 
     /// The path with every link resolved; fails where something on the way is missing.
     std::expected<QString, FileError> resolved(const QString& path) const;
@@ -96,12 +113,17 @@ public:
     /// The entries in the order of their bytes, without "." and "..".
     std::expected<QList<DirectoryEntry>, FileError> entries(const QString& path) const;
 
-    /// The whole of a regular file. A larger one is `tooLarge`; a pipe, socket or device is never
-    /// opened for reading (`notARegularFile`).
+    /// Opens a folder or regular file for reading, following links. A pipe, socket or device is
+    /// `notARegularFile`; it is not opened, because that alone can wake or change something.
+    std::expected<Descriptor, FileError> open(const QString& path) const;
+    /// Opens a folder for listing; a link to one is `notADirectory`.
+    std::expected<Descriptor, FileError> openFolder(const QString& path) const;
+    /// The whole of a regular file. A larger one is `tooLarge`, even when it grows while it is read.
     std::expected<QByteArray, FileError> read(const QString& path, std::uint64_t maximumBytes) const;
 
     /// Replaces `path` by a file with these bytes, or leaves it as it was; see atomic_file.h.
     std::expected<void, FileError> writeAtomically(const QString& path, const QByteArray& bytes) const;
+    /// Makes the folder and those on the way to it, where they are missing.
     std::expected<void, FileError> createDirectories(const QString& path) const;
     /// Renames within one volume and replaces nothing (`alreadyExists`).
     std::expected<void, FileError> move(const QString& from, const QString& to) const;
@@ -120,7 +142,16 @@ public:
     static QString extension(const QString& path);
 
 private:
-    QString _root; ///< host path without a trailing slash; empty for "/"
+    std::expected<std::shared_ptr<const Descriptor>, int> root() const;
+    std::expected<QByteArray, int> hostBytes(const QString& path) const;
+    std::expected<Place, int> place(const QString& path) const;
+    std::expected<Descriptor, int> openBytes(const QByteArray& path, int flags) const;
+    std::expected<Descriptor, int> openPath(const QString& path, int flags) const;
+    std::expected<FileStatus, int> statusOf(const QString& path, bool followLink) const;
+
+    QString _root;          ///< host path without a trailing slash; empty for "/"
+    QString _canonicalRoot; ///< the same without links, as tools may answer with it
+    std::shared_ptr<const Descriptor> _directory; ///< the root, open; none for "/"
 };
 
 } // namespace tessellar

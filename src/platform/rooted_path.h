@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/descriptor.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <expected>
+
+// Paths that resolve inside a root folder, as a process would see them after chroot: absolute links
+// begin at the root and ".." does not lead out of it. All errors are errno values.
+
+namespace tessellar {
+
+enum class LastLink { follow, keep };
+
+/// Where an entry lies: a name in an open folder. The name is "." for the root itself. With
+/// `LastLink::follow` the name was no link when it was looked at.
+struct Place {
+    Descriptor directory;
+    QByteArray name;
+    QList<QByteArray> trail; ///< the components of the folder, without links
+};
+
+/// Resolves component by component, without help from the kernel. The last component need not exist.
+/// 40 links are followed at most.
+std::expected<Place, int> locate(int root, const QByteArray& path, LastLink last);
+
+/// The bytes of a link.
+std::expected<QByteArray, int> readLink(int directory, const QByteArray& name);
+
+/// Opens an existing file or folder, following links (the last one unless O_NOFOLLOW is given), by the
+/// kernel's own resolution where it has one (Linux 5.6) and else through `locate`. Never creates.
+std::expected<Descriptor, int> openInRoot(int root, const QByteArray& path, int flags);
+
+/// The way of `openInRoot` on kernels that do not resolve inside a root.
+std::expected<Descriptor, int> openInRootByComponent(int root, const QByteArray& path, int flags);
+
+/// Opens one name without following a link. Where `crossMounts` is false, a mount point is EXDEV.
+std::expected<Descriptor, int> openEntry(int directory, const char* name, int flags, bool crossMounts);
+
+} // namespace tessellar
