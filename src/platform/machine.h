@@ -2,6 +2,7 @@
 
 #include "platform/clock.h"
 #include "platform/file_system.h"
+#include "platform/log.h"
 #include "platform/process.h"
 #include "platform/scheduler.h"
 #include "platform/settings.h"
@@ -36,6 +37,7 @@ struct Machine {
     CommandRunner& commands;
     Settings& settings;
     UuidSource& uuids;
+    Log& log;
     Locale locale;
     std::map<QByteArray, QByteArray> environment;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <concepts>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <stop_token>
@@ -20,10 +20,11 @@ public:
 
     /// From any thread. Calls still queued when the mailbox is destroyed are dropped.
     void post(std::move_only_function<void()> call);
-    /// Runs what is queued, on the owner's thread; for owners without an event loop.
-    void drain();
+    /// Runs what is queued, on the owner's thread, and tells how many calls that were; for owners
+    /// without an event loop. What the calls themselves post waits for the next time.
+    std::size_t drain();
     /// Blocks the owner's thread until something is queued, then drains.
-    void waitAndDrain();
+    std::size_t waitAndDrain();
 
 private:
     struct State;
@@ -37,22 +38,19 @@ public:
     Task() = default;
     explicit Task(std::stop_source stop) : _stop(std::move(stop)), _valid(true) {}
     Task(Task&& other) noexcept { swap(other); }
-    Task& operator=(Task&& other) noexcept
-    {
+    Task& operator=(Task&& other) noexcept {
         Task(std::move(other)).swap(*this);
         return *this;
     }
     ~Task() { cancel(); }
 
-    void cancel()
-    {
+    void cancel() {
         if (std::exchange(_valid, false))
             _stop.request_stop();
     }
 
 private:
-    void swap(Task& other) noexcept
-    {
+    void swap(Task& other) noexcept {
         std::swap(_stop, other._stop);
         std::swap(_valid, other._valid);
     }
@@ -75,33 +73,35 @@ public:
     unsigned threadCount() const;
     Mailbox& mailbox() const;
 
-    /// Queues bare work. It runs even when a stop was requested meanwhile; it is to look itself.
+    /// Queues bare work. It runs even when a stop was requested meanwhile, by `stop` or by the end of
+    /// the pool; it is to look itself.
     void submit(std::stop_token stop, std::move_only_function<void(std::stop_token)> work);
 
     /// Runs `work(stop)` on a worker, then `done(value)` on the main thread unless the task was
-    /// cancelled by then.
+    /// cancelled by then, or the pool ended while it ran.
     template <typename Work, typename Done>
-    [[nodiscard]] Task run(Work work, Done done)
-    {
+    [[nodiscard]] Task run(Work work, Done done) {
         std::stop_source source;
-        submit(source.get_token(),
-               [mailbox = &mailbox(), work = std::move(work),
-                done = std::move(done)](std::stop_token stop) mutable {
-                   if (stop.stop_requested())
-                       return;
-                   if constexpr (std::is_void_v<std::invoke_result_t<Work&, std::stop_token>>) {
-                       work(stop);
-                       mailbox->post([stop, done = std::move(done)]() mutable {
-                           if (!stop.stop_requested())
-                               done();
-                       });
-                   } else {
-                       mailbox->post([stop, done = std::move(done), value = work(stop)]() mutable {
-                           if (!stop.stop_requested())
-                               done(std::move(value));
-                       });
-                   }
-               });
+        submit(source.get_token(), [mailbox = &mailbox(), wanted = source.get_token(),
+                                    work = std::move(work),
+                                    done = std::move(done)](std::stop_token stop) mutable {
+            // Even what is dropped travels to the main thread: `done` may hold what only that may
+            // touch.
+            if (stop.stop_requested()) {
+                mailbox->post([done = std::move(done)] {});
+            } else if constexpr (std::is_void_v<std::invoke_result_t<Work&, std::stop_token>>) {
+                work(stop);
+                mailbox->post([stop, wanted, done = std::move(done)]() mutable {
+                    if (!stop.stop_requested() && !wanted.stop_requested())
+                        done();
+                });
+            } else {
+                mailbox->post([stop, wanted, done = std::move(done), value = work(stop)]() mutable {
+                    if (!stop.stop_requested() && !wanted.stop_requested())
+                        done(std::move(value));
+                });
+            }
+        });
         return Task(std::move(source));
     }
 

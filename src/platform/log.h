@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+namespace tessellar {
+
+/// Where the system says what went wrong without stopping anyone: for the person who looks into it
+/// later, not for the user. One sentence a call. Any thread.
+class Log {
+public:
+    virtual ~Log() = default;
+    virtual void info(const QString& text) = 0;
+    virtual void warning(const QString& text) = 0;
+};
+
+/// To standard error through Qt's category "tessellar", whose rules (QT_LOGGING_RULES) apply;
+/// `info` is silent until they ask for it.
+class StandardErrorLog final : public Log {
+public:
+    void info(const QString& text) override;
+    void warning(const QString& text) override;
+};
+
+} // namespace tessellar

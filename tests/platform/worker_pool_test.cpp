@@ -1,0 +1,206 @@
+#include "platform/worker_pool.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <latch>
+#include <thread>
+#include <vector>
+
+namespace tessellar {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(Mailbox, CarriesCallsOfManyThreadsInTheOrderOfEach) {
+    constexpr int threads = 4;
+    constexpr int calls = 2'000;
+    Mailbox mailbox;
+    std::vector<std::vector<int>> received(threads);
+    std::vector<std::jthread> senders;
+    for (int sender = 0; sender < threads; ++sender)
+        senders.emplace_back([&, sender] {
+            for (int i = 0; i < calls; ++i)
+                mailbox.post(
+                    [&, sender, i] { received[static_cast<std::size_t>(sender)].push_back(i); });
+        });
+    for (std::size_t count = 0; count < threads * calls;)
+        count += mailbox.waitAndDrain();
+    for (const std::vector<int>& each : received) {
+        EXPECT_EQ(each.size(), calls);
+        EXPECT_TRUE(std::ranges::is_sorted(each));
+    }
+}
+
+TEST(Mailbox, DeliversThroughTheEventLoop) {
+    Mailbox mailbox;
+    QEventLoop loop;
+    const std::thread::id main = std::this_thread::get_id();
+    std::thread::id ran;
+    std::jthread sender([&] {
+        mailbox.post([&] {
+            ran = std::this_thread::get_id();
+            // Posted while an event is being delivered: there has to be another one.
+            mailbox.post([&] { loop.quit(); });
+        });
+    });
+    loop.exec();
+    EXPECT_EQ(ran, main);
+}
+
+TEST(Mailbox, ACallMayPostDrainOrDestroyTheMailbox) {
+    auto mailbox = std::make_unique<Mailbox>();
+    std::vector<int> ran;
+    mailbox->post([&] {
+        ran.push_back(1);
+        mailbox->post([&] { ran.push_back(3); });
+    });
+    mailbox->post([&] { ran.push_back(2); });
+    EXPECT_EQ(mailbox->drain(), 2u);
+    EXPECT_THAT(ran, ElementsAre(1, 2));
+    mailbox->post([&] {
+        mailbox->drain();
+        ran.push_back(5);
+    });
+    mailbox->post([&] { ran.push_back(4); });
+    mailbox->drain();
+    EXPECT_THAT(ran, ElementsAre(1, 2, 3, 4, 5));
+
+    mailbox->post([&] { mailbox.reset(); });
+    mailbox->post([&] { ran.push_back(6); });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(mailbox, nullptr);
+    EXPECT_EQ(ran.size(), 5u);
+}
+
+TEST(Mailbox, DropsItsCallsWhenItIsDestroyed) {
+    const auto held = std::make_shared<int>(0);
+    {
+        Mailbox mailbox;
+        std::jthread sender([&] { mailbox.post([held] { FAIL(); }); });
+    }
+    EXPECT_EQ(held.use_count(), 1);
+    QCoreApplication::processEvents();
+}
+
+/// Keeps a worker busy until told to go on.
+struct Gate {
+    std::latch entered{1};
+    std::latch opened{1};
+    void pass() {
+        entered.count_down();
+        opened.wait();
+    }
+};
+
+TEST(WorkerPool, BringsResultsToTheMainThread) {
+    Mailbox mailbox;
+    WorkerPool pool(mailbox, 3);
+    EXPECT_EQ(pool.threadCount(), 3u);
+    const std::thread::id main = std::this_thread::get_id();
+    int sum = 0;
+    int empty = 0;
+    std::vector<Task> tasks;
+    for (int i = 1; i <= 100; ++i) {
+        tasks.push_back(pool.run(
+            [i, main](std::stop_token) {
+                EXPECT_NE(std::this_thread::get_id(), main);
+                return std::make_unique<int>(i);
+            },
+            [&](std::unique_ptr<int> value) {
+                EXPECT_EQ(std::this_thread::get_id(), main);
+                sum += *value;
+            }));
+        tasks.push_back(pool.run([](std::stop_token) {}, [&] { ++empty; }));
+    }
+    pool.waitIdle();
+    mailbox.drain();
+    EXPECT_EQ(sum, 5050);
+    EXPECT_EQ(empty, 100);
+}
+
+TEST(WorkerPool, DropsTheResultOfACancelledTaskAtEveryStage) {
+    Mailbox mailbox;
+    WorkerPool pool(mailbox, 1);
+    Gate gate;
+    std::vector<int> done;
+    std::atomic<int> worked = 0;
+    bool sawStop = false;
+
+    Task running = pool.run(
+        [&](std::stop_token stop) {
+            gate.pass();
+            sawStop = stop.stop_requested();
+        },
+        [&] { done.push_back(1); });
+    Task waiting = pool.run([&](std::stop_token) { ++worked; }, [&] { done.push_back(2); });
+    Task finished = pool.run([&](std::stop_token) { ++worked; }, [&] { done.push_back(3); });
+    Task kept = pool.run([&](std::stop_token) { ++worked; }, [&] { done.push_back(4); });
+    gate.entered.wait();
+    running.cancel();
+    waiting = Task(); // replaced by another, as a newer search replaces an older one
+    gate.opened.count_down();
+    pool.waitIdle();
+    finished.cancel();
+    mailbox.drain();
+
+    EXPECT_TRUE(sawStop);
+    EXPECT_EQ(worked, 2);
+    EXPECT_THAT(done, ElementsAre(4));
+}
+
+TEST(WorkerPool, DestroysCompletionsOnTheMainThread) {
+    struct Witness {
+        std::thread::id* destroyedOn;
+        ~Witness() { *destroyedOn = std::this_thread::get_id(); }
+    };
+    Mailbox mailbox;
+    WorkerPool pool(mailbox, 1);
+    Gate gate;
+    std::thread::id destroyedOn;
+    pool.submit({}, [&](std::stop_token) { gate.pass(); });
+    Task task = pool.run([](std::stop_token) {},
+                         [witness = std::make_shared<Witness>(&destroyedOn)] { FAIL(); });
+    gate.entered.wait();
+    task.cancel();
+    gate.opened.count_down();
+    pool.waitIdle();
+    EXPECT_EQ(destroyedOn, std::thread::id());
+    mailbox.drain();
+    EXPECT_EQ(destroyedOn, std::this_thread::get_id());
+}
+
+TEST(WorkerPool, EndsByStoppingWhatRunsAndShowingTheStopToWhatWaits) {
+    Mailbox mailbox;
+    std::vector<int> done;
+    std::atomic<int> stopped = 0;
+    std::atomic<bool> ran = false;
+    Task running;
+    Task waiting;
+    {
+        WorkerPool pool(mailbox, 1);
+        std::latch entered{1};
+        running = pool.run(
+            [&](std::stop_token stop) {
+                std::latch asked{1};
+                const std::stop_callback callback(stop, [&] { asked.count_down(); });
+                entered.count_down();
+                asked.wait();
+                return ++stopped;
+            },
+            [&](int) { done.push_back(1); });
+        pool.submit({}, [&](std::stop_token stop) { stopped += stop.stop_requested() ? 1 : 0; });
+        waiting = pool.run([&](std::stop_token) { ran = true; }, [&] { done.push_back(2); });
+        entered.wait();
+    }
+    mailbox.drain();
+    EXPECT_EQ(stopped, 2);
+    EXPECT_FALSE(ran);
+    EXPECT_TRUE(done.empty());
+}
+
+} // namespace
+} // namespace tessellar
