@@ -1,0 +1,381 @@
+#include "editing/layout_edits.h"
+
+#include "editing/arrangements.h"
+#include "support/printers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tessellar {
+
+void PrintTo(EditRefusal refusal, std::ostream* out) { *out << code(refusal).toStdString(); }
+
+namespace {
+
+using test::app;
+using test::folder;
+using test::tileID;
+using testing::ElementsAre;
+
+const Locale english(QStringLiteral("en_US"));
+constexpr GridCapacities small{4, 3};
+
+/// The pages as text: "1 2 [9: 3 4 | 5] | 6". A folder stands in brackets after its number.
+QString sketch(const Pages& pages) {
+    QStringList pageTexts;
+    for (const Page& page : pages) {
+        QStringList tiles;
+        for (const LaunchpadItem& item : page) {
+            const QString number = QString::number(item.id().data1);
+            tiles += item.folder()
+                         ? QStringLiteral("[%1: %2]").arg(number, sketch(item.folder()->pages))
+                         : number;
+        }
+        pageTexts += tiles.join(u' ');
+    }
+    return pageTexts.join(QStringLiteral(" | "));
+}
+
+std::string sketch(const EditResult& result) {
+    return (result ? sketch(result->pages) : code(result.error())).toStdString();
+}
+
+QList<QUuid> ids(std::initializer_list<unsigned> numbers) {
+    QList<QUuid> result;
+    for (const unsigned number : numbers)
+        result.append(tileID(number));
+    return result;
+}
+
+LaunchpadItem smart(unsigned number) { return SmartFolderReference{tileID(number)}; }
+
+/// 1 2 [10: 3 4 | 5 6] | 7 8 9 11 | 12
+LayoutDocument sample() {
+    return {.pages = {{app(1), app(2), folder(10, {{app(3), app(4)}, {app(5), app(6)}})},
+                      {app(7), app(8), app(9), app(11)},
+                      {app(12)}}};
+}
+
+TEST(MoveTiles, StandAtThePlaceInTheOrderOfTheArrangement) {
+    const LayoutDocument layout = sample();
+    const auto move = [&](std::initializer_list<unsigned> tiles, const LayoutPlace& place) {
+        return sketch(moveTiles(layout, ids(tiles), place, small));
+    };
+    // Within a page: the index is the one that the tile ends at.
+    EXPECT_EQ(move({1}, {{}, 0, 2}), "2 [10: 3 4 | 5 6] 1 | 7 8 9 11 | 12");
+    EXPECT_EQ(move({10}, {{}, 0, 0}), "[10: 3 4 | 5 6] 1 2 | 7 8 9 11 | 12");
+    EXPECT_EQ(move({1}, {{}, 0, 3}), "2 [10: 3 4 | 5 6] 1 | 7 8 9 11 | 12");
+    // From several places, named in any order.
+    EXPECT_EQ(move({12, 6, 1}, {{}, 2, 0}), "2 [10: 3 4 | 5] | 7 8 9 11 | 1 6 12");
+    // A tile in a moved folder goes with it; an emptied page goes.
+    EXPECT_EQ(move({3, 10, 12}, {{}, 3, 0}), "1 2 | 7 8 9 11 | [10: 3 4 | 5 6] 12");
+    // A full page passes its last tiles on, also those just dropped on its end.
+    EXPECT_EQ(move({1}, {{}, 1, 0}), "2 [10: 3 4 | 5 6] | 1 7 8 9 | 11 12");
+    EXPECT_EQ(move({1, 2}, {{}, 1, LayoutPlace::end}), "[10: 3 4 | 5 6] | 7 8 9 11 | 1 2 12");
+    EXPECT_EQ(move({1, 2}, {tileID(10), 0, 1}), "[10: 3 1 2 | 4 5 6] | 7 8 9 11 | 12");
+    EXPECT_EQ(move({1}, {tileID(10), 2, 0}), "2 [10: 3 4 | 5 6 | 1] | 7 8 9 11 | 12");
+    // A folder left with one tile becomes that tile, in its place.
+    EXPECT_EQ(move({3, 5, 6}, {{}, 3, 0}), "1 2 4 | 7 8 9 11 | 12 | 3 5 6");
+}
+
+TEST(MoveTiles, RefusedWhenThereIsNoSuchThing) {
+    const LayoutDocument layout{
+        .pages = {{app(1), app(2), folder(10, {{app(3), folder(11, {{app(4), app(5)}})}}), smart(6)}}};
+    const auto refusal = [&](std::initializer_list<unsigned> tiles, const LayoutPlace& place) {
+        return moveTiles(layout, ids(tiles), place, small).error();
+    };
+    EXPECT_EQ(refusal({}, {{}, 0, 0}), EditRefusal::noTiles);
+    EXPECT_EQ(refusal({1, 99}, {{}, 0, 0}), EditRefusal::noSuchTile);
+    EXPECT_EQ(refusal({1}, {tileID(99), 0, 0}), EditRefusal::noSuchFolder);
+    EXPECT_EQ(refusal({1}, {tileID(2), 0, 0}), EditRefusal::noSuchFolder);
+    for (const auto& [page, index] : {std::pair{-1, 0}, {2, 0}, {0, 5}, {0, -1}, {1, 1}})
+        EXPECT_EQ(refusal({1}, {{}, page, index}), EditRefusal::noSuchPlace) << page << ':' << index;
+    EXPECT_EQ(refusal({10}, {tileID(10), 0, 0}), EditRefusal::intoItself);
+    EXPECT_EQ(refusal({1, 10}, {tileID(11), 0, 0}), EditRefusal::intoItself);
+}
+
+TEST(MoveTiles, NeverNestFoldersTooDeepToBeReadAgain) {
+    Pages deepest{{app(1), app(2)}};
+    for (int depth = 0; depth < maximumFolderDepth; ++depth)
+        deepest = {{app(10 + 2 * depth), folder(11 + 2 * depth, deepest)}};
+    const LayoutDocument layout{
+        .pages = {deepest.first() + Page{folder(3, {{app(4), app(5)}}), app(6)}}};
+    const QUuid innermost = tileID(11);
+    EXPECT_EQ(moveTiles(layout, {tileID(3)}, {innermost, 0, 0}, small).error(), EditRefusal::tooDeep);
+    EXPECT_EQ(groupTiles(layout, {tileID(6)}, tileID(1), tileID(7), english, small).error(),
+              EditRefusal::tooDeep);
+    EXPECT_TRUE(moveTiles(layout, {tileID(6)}, {innermost, 0, 0}, small));
+}
+
+TEST(MoveTiles, LeaveThePagesOfALargerGridAlone) {
+    // Two full pages and a half under 6 tiles a page, edited while the grid shows 4.
+    const LayoutDocument layout{.pages = {{app(1), app(2), app(3), app(4), app(5), app(6)},
+                                          {app(7), app(8), app(9), app(10), app(11), app(12)},
+                                          {app(13)}}};
+    EXPECT_EQ(sketch(moveTiles(layout, ids({13}), {{}, 0, 0}, small)),
+              "13 1 2 3 4 5 6 | 7 8 9 10 11 12");
+    const auto edited = moveTiles(layout, ids({7}), {{}, 2, 0}, small);
+    EXPECT_TRUE(edited->pages[0].isSharedWith(layout.pages[0]));
+}
+
+TEST(MoveTiles, HiddenTilesTakeNoRoomAndKeepTheirNeighbours) {
+    LayoutDocument layout{.pages = {{app(1), app(2), app(3), app(4), app(5)}, {app(6), app(7)}}};
+    layout.hiddenKeys = {appKey(app(3))};
+    EXPECT_EQ(sketch(moveTiles(layout, ids({7}), {{}, 0, 2}, small)), "1 2 7 3 4 | 5 6");
+    // Back again, it may be one too many.
+    EXPECT_EQ(sketch(unhideApp(layout, appKey(app(3)), small)), "1 2 3 4 | 5 6 7");
+    const auto hidden = hideApps(layout, ids({6, 7}));
+    ASSERT_TRUE(hidden);
+    EXPECT_EQ(hidden->hiddenKeys.size(), 3);
+    EXPECT_EQ(hidden->pages, layout.pages);
+}
+
+TEST(GroupTiles, MakeAFolderInTheTargetsPlaceOrJoinOne) {
+    const LayoutDocument layout = sample();
+    const auto group = [&](std::initializer_list<unsigned> tiles, unsigned target) {
+        return sketch(groupTiles(layout, ids(tiles), tileID(target), tileID(20), english, small));
+    };
+    EXPECT_EQ(group({12}, 2), "1 [20: 2 12] [10: 3 4 | 5 6] | 7 8 9 11");
+    EXPECT_EQ(group({2, 12, 10, 7}, 2), "1 [20: 2 [10: 3 4 | 5 6] 7 | 12] | 8 9 11");
+    EXPECT_EQ(group({3}, 4), "1 2 [10: [20: 4 3] | 5 6] | 7 8 9 11 | 12");
+    EXPECT_EQ(group({1, 7}, 10), "2 [10: 3 4 | 5 6 1 | 7] | 8 9 11 | 12");
+    EXPECT_EQ(group({10}, 3), "intoItself");
+    EXPECT_EQ(group({2}, 2), "noTiles");
+    EXPECT_EQ(group({1}, 99), "noSuchTile");
+
+    const LayoutDocument withSmart{.pages = {{app(1), smart(2)}}};
+    EXPECT_EQ(sketch(groupTiles(withSmart, ids({1}), tileID(2), tileID(20), english, small)),
+              "rulesDecide");
+    EXPECT_EQ(sketch(groupTiles(withSmart, ids({2}), tileID(1), tileID(20), english, small)),
+              "[20: 1 2]");
+}
+
+TEST(Ungroup, PutsTheTilesInTheFoldersPlace) {
+    EXPECT_EQ(sketch(ungroupFolder(sample(), tileID(10), small)), "1 2 3 4 | 5 6 7 8 | 9 11 12");
+    EXPECT_EQ(sketch(ungroupFolder(sample(), tileID(1), small)), "notAFolder");
+    const LayoutDocument nested{
+        .pages = {{folder(10, {{app(1), folder(11, {{app(2)}, {app(3), app(4)}}), app(5)}})}}};
+    EXPECT_EQ(sketch(ungroupFolder(nested, tileID(11), small)), "[10: 1 2 3 | 4 5]");
+}
+
+TEST(Names, AreTrimmedAndBounded) {
+    const LayoutDocument layout = sample();
+    const auto renamed = renameFolder(layout, tileID(10), QStringLiteral(" \n Tools\tand\nToys "));
+    ASSERT_TRUE(renamed);
+    EXPECT_EQ(locate(renamed->pages, tileID(10))->item->folder()->name, u"Tools and Toys");
+    EXPECT_TRUE(renamed->pages[1].isSharedWith(layout.pages[1]));
+
+    for (const QString& blank : {QString(), QString(10'000, u' '), QStringLiteral("\n\u2003\x01")})
+        EXPECT_EQ(renameApp(layout, tileID(1), blank).error(), EditRefusal::emptyName);
+    EXPECT_EQ(renameApp(layout, tileID(1), QString(10'000, u'x')).error(), EditRefusal::nameTooLong);
+    EXPECT_EQ(renameApp(layout, tileID(10), QStringLiteral("x")).error(),
+              EditRefusal::notAnApplication);
+    EXPECT_EQ(renameFolder(layout, tileID(1), QStringLiteral("x")).error(), EditRefusal::notAFolder);
+
+    const auto app4 = renameApp(layout, tileID(4), QStringLiteral("Four"));
+    ASSERT_TRUE(app4);
+    EXPECT_EQ(*revertAppName(*app4, tileID(4)), layout);
+
+    const auto symbol = setFolderSymbol(layout, tileID(10), QStringLiteral("hammer"));
+    ASSERT_TRUE(symbol);
+    EXPECT_EQ(locate(symbol->pages, tileID(10))->item->folder()->customSymbolName, u"hammer");
+    EXPECT_EQ(*setFolderSymbol(*symbol, tileID(10), QStringLiteral(" ")), layout);
+}
+
+TEST(Aliases, StandForTheApplicationAndGoAlone) {
+    const LayoutDocument layout = sample();
+    const auto aliased = createAlias(layout, tileID(3), tileID(30), {tileID(10), 1, 0}, small);
+    ASSERT_TRUE(aliased);
+    EXPECT_EQ(sketch(aliased), "1 2 [10: 3 4 | 30 5 6] | 7 8 9 11 | 12");
+    EXPECT_EQ(appKey(*locate(aliased->pages, tileID(30))->item->app()), appKey(app(3)));
+    EXPECT_EQ(findTile(aliased->pages, appKey(app(3))), tileID(3));
+
+    EXPECT_EQ(removeAliases(*aliased, ids({3})).error(), EditRefusal::notAnAlias);
+    EXPECT_EQ(*removeAliases(*aliased, ids({30})), layout);
+    // An application that is gone takes its aliases along.
+    EXPECT_EQ(
+        sketch(removeApplications(*aliased, {appKey(app(3)), appKey(app(4))}).pages).toStdString(),
+        "1 2 [10: 5 6] | 7 8 9 11 | 12");
+}
+
+TEST(InsertTiles, AnApplicationHasOneTileOfItsOwn) {
+    AppEntry copy = app(1);
+    copy.id = tileID(31);
+    AppEntry stranger = app(40);
+    AppEntry sameStranger = app(40);
+    sameStranger.id = tileID(42);
+    const LaunchpadItem box = folder(41, {{stranger, sameStranger}});
+    const auto result = insertTiles(sample(), {copy, box}, {{}, 2, 0}, small);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(sketch(result), "1 2 [10: 3 4 | 5 6] | 7 8 9 11 | 31 [41: 40 42] 12");
+    const auto isAlias = [&](unsigned number) {
+        return locate(result->pages, tileID(number))->item->app()->alias.has_value();
+    };
+    EXPECT_TRUE(isAlias(31));
+    EXPECT_FALSE(isAlias(40));
+    EXPECT_TRUE(isAlias(42));
+}
+
+TEST(SmartFolderTiles, AreThereOnce) {
+    const auto added = addSmartFolder(sample(), tileID(50), {tileID(10), 0, 2}, small);
+    EXPECT_EQ(sketch(added), "1 2 [10: 3 4 50 | 5 6] | 7 8 9 11 | 12");
+    EXPECT_EQ(addSmartFolder(*added, tileID(50), {}, small).error(), EditRefusal::alreadyPresent);
+    EXPECT_EQ(removeSmartFolder(*added, tileID(50)), sample());
+    EXPECT_EQ(removeSmartFolder(sample(), tileID(50)), sample());
+}
+
+TEST(Sort, ByNameWithinAPageOrOverAll) {
+    LayoutDocument layout{
+        .pages = {{app(1, QStringLiteral("pear")), app(2, QStringLiteral("Älpler")),
+                   folder(3, {{app(4, QStringLiteral("z")), app(5, QStringLiteral("y"))}},
+                          QStringLiteral("Zebra"))},
+                  {smart(6), app(7, QStringLiteral("apple")), app(8, QStringLiteral("Apple"))}}};
+    const auto names = [](const QUuid&) { return QStringLiteral("banana"); };
+    EXPECT_EQ(sketch(sortPage(layout, {}, 0, english, names)), "2 1 [3: 4 5] | 6 7 8");
+    EXPECT_EQ(sketch(sortPage(layout, tileID(3), 0, english, names)), "1 2 [3: 5 4] | 6 7 8");
+    EXPECT_EQ(sortPage(layout, {}, 2, english, names).error(), EditRefusal::noSuchPlace);
+    layout.hiddenKeys = {appKey(app(7))};
+    EXPECT_EQ(sketch(sortEverything(layout, english, names, small).pages).toStdString(),
+              "2 7 8 6 1 | [3: 5 4]");
+}
+
+TEST(Places, ReadFromText) {
+    EXPECT_EQ(LayoutPlace::fromText(u"2:17"), (LayoutPlace{{}, 2, 17}));
+    EXPECT_EQ(LayoutPlace::fromText(u"2"), (LayoutPlace{{}, 2, LayoutPlace::end}));
+    EXPECT_EQ(LayoutPlace::fromText(u"00000007-0001-4000-8000-000000000000/0:1"),
+              (LayoutPlace{tileID(7), 0, 1}));
+    for (const auto* text : {u"", u":1", u"-1:0", u"1:-1", u"1:2:3", u"+1:0", u"x/0:1", u"/0:1",
+                             u" 1:1", u"99999999999:0"})
+        EXPECT_EQ(LayoutPlace::fromText(text), std::nullopt) << QString::fromUtf16(text).toStdString();
+}
+
+TEST(PlaceAfter, CountsWithoutTheTilesThatLeave) {
+    const LayoutDocument layout = sample();
+    for (const unsigned anchor : {7u, 8u, 9u}) {
+        const auto moved = ids({8});
+        const auto place = placeAfter(layout.pages, tileID(anchor), moved);
+        ASSERT_TRUE(place);
+        const auto expected = anchor == 9 ? "7 9 8 11" : "7 8 9 11";
+        EXPECT_EQ(sketch({moveTiles(layout, moved, *place, small)->pages[1]}).toStdString(), expected);
+    }
+    EXPECT_EQ(placeAfter(layout.pages, tileID(5)), (LayoutPlace{tileID(10), 1, 1}));
+}
+
+// ---- laws
+
+QList<QUuid> leaves(const Pages& pages) {
+    QList<QUuid> result;
+    forEachItem(pages, [&](const LaunchpadItem& item) {
+        if (!item.folder())
+            result.append(item.id());
+        return true;
+    });
+    return result;
+}
+
+void expectTidy(const LayoutDocument& layout, const LayoutDocument& before,
+                const GridCapacities& grid) {
+    const auto expectList = [&](const Pages& pages, const Pages& earlier, qsizetype capacity) {
+        const auto shownEarlier = shownCounts(earlier, before.hiddenKeys);
+        const qsizetype most = shownEarlier.isEmpty() ? 0 : *std::ranges::max_element(shownEarlier);
+        const qsizetype allowed = std::max((most + capacity - 1) / capacity, qsizetype(1)) * capacity;
+        for (const qsizetype count : shownCounts(pages, layout.hiddenKeys))
+            EXPECT_LE(count, allowed);
+        for (const Page& page : pages)
+            EXPECT_FALSE(page.isEmpty());
+    };
+    expectList(layout.pages, before.pages, grid.page);
+    QSet<QUuid> seen;
+    forEachItem(layout.pages, [&](const LaunchpadItem& item) {
+        EXPECT_FALSE(seen.contains(item.id()));
+        seen.insert(item.id());
+        if (const FolderEntry* entry = item.folder()) {
+            EXPECT_EQ(previewItems(*entry, 2).size(), 2);
+            const Pages* earlier = pagesOf(before.pages, entry->id);
+            expectList(entry->pages, earlier ? *earlier : Pages(), grid.folder);
+        }
+        return true;
+    });
+}
+
+class EditLaws : public testing::Test {
+protected:
+    template <typename List>
+    QList<QUuid> someOf(test::Generator& generate, const List& list, int most) {
+        QList<QUuid> result;
+        for (int n = 1 + generate.below(most); n > 0; --n)
+            result.append(generate.pick(list));
+        return result;
+    }
+    static QList<QUuid> all(const Pages& pages, bool foldersOnly) {
+        QList<QUuid> result;
+        forEachItem(pages, [&](const LaunchpadItem& item) {
+            if (item.folder() || !foldersOnly)
+                result.append(item.id());
+            return true;
+        });
+        return result;
+    }
+};
+
+TEST_F(EditLaws, NoTileIsLostDoubledOrOutOfOrder) {
+    int made = 0;
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        SCOPED_TRACE(seed);
+        test::Generator generate(seed);
+        const GridCapacities grid{2 + generate.below(5), 2 + generate.below(4)};
+        LayoutDocument layout{.pages = tidied(generate.pages(3, 2, 8, 3))};
+        layout.hiddenKeys = generate.hiddenKeys(layout.pages, 20);
+        for (int step = 0; step < 25; ++step) {
+            SCOPED_TRACE(step);
+            const QList<QUuid> tiles = all(layout.pages, false);
+            const QList<QUuid> folders = all(layout.pages, true);
+            const QList<QUuid> chosen = someOf(generate, tiles, 4);
+            const bool intoFolder = !folders.isEmpty() && generate.chance(50);
+            LayoutPlace place;
+            if (intoFolder)
+                place.folder = generate.pick(folders);
+            const Pages& list = *pagesOf(layout.pages, place.folder);
+            place.page = generate.below(int(list.size()) + 1);
+            place.index = generate.below(int(list.value(place.page).size()) + 1);
+
+            const int kind = generate.below(3);
+            const EditResult result = kind == 0 ? moveTiles(layout, chosen, place, grid)
+                                      : kind == 1
+                                          ? groupTiles(layout, chosen, generate.pick(tiles),
+                                                       tileID(generate.nextNumber()), english, grid)
+                                          : ungroupFolder(layout, generate.pick(tiles), grid);
+            if (!result)
+                continue;
+            ++made;
+            expectTidy(*result, layout, grid);
+
+            // What does not move keeps its order, and so does what moves.
+            QSet<QUuid> moved;
+            for (const QUuid& id : chosen) {
+                const auto subtree = locate(layout.pages, id);
+                for (const QUuid& leaf : leaves({{*subtree->item}}))
+                    moved.insert(leaf);
+            }
+            const auto ordered = [&](const LayoutDocument& document, bool ofMoved) {
+                QList<QUuid> order = leaves(document.pages);
+                order.removeIf([&](const QUuid& id) { return moved.contains(id) != ofMoved; });
+                return order;
+            };
+            if (kind == 2) {
+                EXPECT_EQ(leaves(result->pages), leaves(layout.pages));
+            } else {
+                EXPECT_EQ(ordered(*result, false), ordered(layout, false));
+                if (kind == 0) {
+                    EXPECT_EQ(ordered(*result, true), ordered(layout, true));
+                }
+                EXPECT_EQ(leaves(result->pages).size(), leaves(layout.pages).size());
+            }
+            layout = *result;
+        }
+    }
+    EXPECT_GT(made, 700);
+}
+
+} // namespace
+} // namespace tessellar
