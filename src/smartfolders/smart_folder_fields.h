@@ -1,0 +1,282 @@
+#pragma once
+
+#include "smartfolders/smart_folder_app_facts.h"
+#include "smartfolders/smart_folder_predicates.h"
+
+namespace tessellar {
+
+class FileSystem;
+
+/// What a field is read from: an application's facts, and the machine for the one fact that asks
+/// whether a file exists.
+struct SmartFolderSubject {
+    const SmartFolderAppFacts& facts;
+    const FileSystem& files;
+};
+
+/// One row of a table of fields: its name in files, how its fact is read, and what has to be inspected
+/// before the fact can be known. A new field is a new row and nothing else.
+template <typename Fact>
+struct SmartFolderFieldRow {
+    const char* rawValue;
+    std::optional<Fact> (*read)(const SmartFolderSubject&);
+    SmartFolderInspection needs = SmartFolderInspection::none;
+    /// The raw values that a choice may have; empty for other fields and for an open vocabulary.
+    std::span<const char* const> (*vocabulary)() = nullptr;
+};
+
+/// A field of a kind of rule: a row of the table `Kind::fields`. Written as its name, which is looked
+/// up when compiling: `SmartFolderTextField field = "developer"`.
+template <typename Kind>
+class SmartFolderField {
+public:
+    SmartFolderField() = default;
+    consteval SmartFolderField(const char* rawValue) {
+        while (std::string_view(Kind::fields.at(_index).rawValue) != rawValue)
+            ++_index;
+    }
+
+    static std::optional<SmartFolderField> named(QStringView rawValue) {
+        for (const SmartFolderField field : all())
+            if (rawValue == QLatin1StringView(field.row().rawValue))
+                return field;
+        return std::nullopt;
+    }
+    static constexpr auto all() {
+        std::array<SmartFolderField, Kind::fields.size()> result;
+        for (std::size_t i = 0; i < result.size(); ++i)
+            result[i]._index = i;
+        return result;
+    }
+
+    constexpr std::size_t index() const { return _index; }
+    constexpr const auto& row() const { return Kind::fields[_index]; }
+    QString rawValue() const { return QLatin1StringView(row().rawValue); }
+
+    bool operator==(const SmartFolderField&) const = default;
+
+private:
+    std::size_t _index = 0;
+};
+
+namespace detail {
+
+using Subject = const SmartFolderSubject&;
+
+template <auto member>
+auto fact(Subject subject) {
+    return subject.facts.*member;
+}
+
+/// Raw values of the one value, or of the list of values, that a choice's fact holds.
+template <auto member>
+std::optional<QStringList> choice(Subject subject) {
+    const auto& value = subject.facts.*member;
+    if constexpr (requires { value.begin(); }) {
+        QStringList result;
+        for (const auto element : value)
+            result.append(json::rawValue(element));
+        return result;
+    } else {
+        return value ? std::optional(QStringList{json::rawValue(*value)}) : std::nullopt;
+    }
+}
+
+template <typename E>
+std::span<const char* const> vocabulary() {
+    static constexpr auto names = [] {
+        std::array<const char*, json::RawValues<E>::values.size()> result;
+        std::ranges::transform(json::RawValues<E>::values, result.begin(),
+                               [](const auto& pair) { return pair.second; });
+        return result;
+    }();
+    return names;
+}
+
+} // namespace detail
+
+struct SmartFolderTextKind {
+    using Fact = QString;
+    using Predicate = SmartFolderTextPredicate;
+    using F = SmartFolderAppFacts;
+    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
+        {"displayName", [](detail::Subject s) { return std::optional(s.facts.entry.name); }},
+        {"originalName", [](detail::Subject s) { return std::optional(s.facts.entry.originalName); }},
+        {"bundleIdentifier", [](detail::Subject s) { return s.facts.entry.bundleIdentifier; }},
+        {"developer", detail::fact<&F::developer>, SmartFolderInspection::signature},
+        {"publisher", detail::fact<&F::publisher>},
+        {"signingTeamID", detail::fact<&F::signingTeamID>, SmartFolderInspection::signature},
+        {"category", [](detail::Subject s) { return s.facts.entry.category; }},
+        {"path", [](detail::Subject s) { return std::optional(s.facts.entry.path); }},
+    });
+};
+
+struct SmartFolderChoiceKind {
+    using Fact = QStringList;
+    using Predicate = SmartFolderChoicePredicate;
+    using F = SmartFolderAppFacts;
+    static constexpr auto none = SmartFolderInspection::none;
+    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
+        {"applicationLocation", detail::choice<&F::applicationLocation>, none,
+         detail::vocabulary<SmartFolderApplicationLocation>},
+        {"installSource", detail::choice<&F::installSource>, none,
+         detail::vocabulary<SmartFolderInstallSource>},
+        {"distributionChannel", detail::choice<&F::distributionChannel>, none,
+         detail::vocabulary<SmartFolderDistributionChannel>},
+        {"platform", detail::choice<&F::platform>, none, detail::vocabulary<SmartFolderPlatform>},
+        {"architecture", detail::fact<&F::architectures>, SmartFolderInspection::architectures},
+        {"updateStatus", detail::choice<&F::updateStatus>, none,
+         detail::vocabulary<SmartFolderUpdateState>},
+        {"permission", detail::choice<&F::declaredPermissions>, none,
+         detail::vocabulary<SmartFolderPermission>},
+    });
+};
+
+struct SmartFolderNumberKind {
+    using Fact = double;
+    using Predicate = SmartFolderNumberPredicate;
+    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
+        {"launchCount", [](detail::Subject s) -> std::optional<double> { return s.facts.launchCount; }},
+    });
+};
+
+struct SmartFolderVersionKind {
+    using Fact = QString;
+    using Predicate = SmartFolderVersionPredicate;
+    using F = SmartFolderAppFacts;
+    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
+        {"version", detail::fact<&F::version>},
+        {"build", detail::fact<&F::build>},
+        {"minimumMacOSVersion", detail::fact<&F::minimumMacOSVersion>},
+    });
+};
+
+struct SmartFolderDateKind {
+    using Fact = Instant;
+    using Predicate = SmartFolderDatePredicate;
+    using F = SmartFolderAppFacts;
+    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
+        {"installedDate", detail::fact<&F::installedDate>},
+        {"firstSeenDate", detail::fact<&F::firstSeenDate>},
+        {"lastUsedDate", detail::fact<&F::lastUsedDate>},
+    });
+};
+
+/// Under "/System" or "/Library/Apple": the system's own, which cannot be removed.
+bool isProtected(const AppEntry& entry);
+/// Neither protected nor inside another application; an entry of a legacy import has to exist, too.
+bool isRemovable(const AppEntry& entry, const FileSystem& files);
+
+struct SmartFolderBooleanKind {
+    using Fact = bool;
+    using Predicate = SmartFolderBooleanPredicate;
+    using F = SmartFolderAppFacts;
+    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
+        {"isProtected", [](detail::Subject s) { return std::optional(isProtected(s.facts.entry)); }},
+        {"isRemovable",
+         [](detail::Subject s) { return std::optional(isRemovable(s.facts.entry, s.files)); }},
+        {"isNestedInsideApplicationBundle",
+         [](detail::Subject s) {
+             return std::optional(isNestedInAnotherApplication(s.facts.entry.path));
+         }},
+        {"isNeverUsed", detail::fact<&F::isNeverUsed>},
+        {"hasCustomName",
+         [](detail::Subject s) {
+             return std::optional(s.facts.entry.name != s.facts.entry.originalName);
+         }},
+        {"hasCustomIcon", detail::fact<&F::hasCustomIcon>},
+    });
+};
+
+using SmartFolderTextField = SmartFolderField<SmartFolderTextKind>;
+using SmartFolderChoiceField = SmartFolderField<SmartFolderChoiceKind>;
+using SmartFolderNumberField = SmartFolderField<SmartFolderNumberKind>;
+using SmartFolderVersionField = SmartFolderField<SmartFolderVersionKind>;
+using SmartFolderDateField = SmartFolderField<SmartFolderDateKind>;
+using SmartFolderBooleanField = SmartFolderField<SmartFolderBooleanKind>;
+
+/// What applications are sorted by: a text, loosely and in the user's language; a version; a number or
+/// a date, both by magnitude.
+struct SmartFolderSortText {
+    QString text;
+};
+struct SmartFolderSortVersion {
+    QString text;
+};
+using SmartFolderSortValue = std::variant<SmartFolderSortText, SmartFolderSortVersion, double>;
+
+/// Applications with updates come first; deliberately not the order of declaration.
+constexpr double sortRank(SmartFolderUpdateState state) {
+    switch (state) {
+    case SmartFolderUpdateState::updateAvailable:
+        return 0;
+    case SmartFolderUpdateState::upToDate:
+        return 1;
+    case SmartFolderUpdateState::failed:
+        return 2;
+    case SmartFolderUpdateState::unsupported:
+        return 3;
+    case SmartFolderUpdateState::notChecked:
+        break;
+    }
+    return 4;
+}
+
+namespace detail {
+
+template <typename Value, auto member>
+std::optional<SmartFolderSortValue> sortValue(Subject subject) {
+    if (const auto& value = subject.facts.*member) {
+        if constexpr (std::same_as<std::decay_t<decltype(*value)>, Instant>)
+            return value->secondsSince2001;
+        else if constexpr (std::is_enum_v<std::decay_t<decltype(*value)>>)
+            return sortRank(*value);
+        else
+            return Value(*value);
+    }
+    return std::nullopt;
+}
+
+inline std::optional<SmartFolderSortValue> sortText(const std::optional<QString>& text) {
+    return text ? std::optional<SmartFolderSortValue>(SmartFolderSortText{*text}) : std::nullopt;
+}
+
+} // namespace detail
+
+struct SmartFolderSortKind {
+    using Fact = SmartFolderSortValue;
+    using F = SmartFolderAppFacts;
+    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
+        {"name", [](detail::Subject s) { return detail::sortText(s.facts.entry.name); }},
+        {"originalName",
+         [](detail::Subject s) { return detail::sortText(s.facts.entry.originalName); }},
+        {"developer", detail::sortValue<SmartFolderSortText, &F::developer>,
+         SmartFolderInspection::signature},
+        {"category", [](detail::Subject s) { return detail::sortText(s.facts.entry.category); }},
+        {"installedDate", detail::sortValue<double, &F::installedDate>},
+        {"firstSeenDate", detail::sortValue<double, &F::firstSeenDate>},
+        {"lastUsedDate", detail::sortValue<double, &F::lastUsedDate>},
+        {"launchCount", detail::sortValue<double, &F::launchCount>},
+        {"version", detail::sortValue<SmartFolderSortVersion, &F::version>},
+        {"build", detail::sortValue<SmartFolderSortVersion, &F::build>},
+        {"updateStatus", detail::sortValue<double, &F::updateStatus>},
+    });
+};
+using SmartFolderSortField = SmartFolderField<SmartFolderSortKind>;
+
+namespace json {
+
+template <typename Kind>
+struct Codec<SmartFolderField<Kind>> {
+    static Decoded<SmartFolderField<Kind>> decode(const QJsonValue& value) {
+        if (!value.isString())
+            return expected("a string");
+        if (const auto field = SmartFolderField<Kind>::named(value.toString()))
+            return *field;
+        return fail(QStringLiteral("Unknown value “%1”.").arg(value.toString().left(80)));
+    }
+    static QJsonValue encode(const SmartFolderField<Kind>& field) { return field.rawValue(); }
+};
+
+} // namespace json
+} // namespace tessellar
