@@ -34,6 +34,8 @@ QString message(const FileError& error) {
             return u"“%1” leads through too many links.";
         case badPath:
             return u"“%1” is not a usable path.";
+        case damaged:
+            return u"“%1” is damaged.";
         case io:
             break;
         }

@@ -29,6 +29,7 @@ struct FileError {
         otherVolume,
         linkLoop,
         badPath, ///< not absolute, too long, or not representable on this machine
+        damaged, ///< read whole, but not what it should be
         io,
     };
     Code code = Code::io;

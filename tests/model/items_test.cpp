@@ -8,26 +8,22 @@
 namespace tessellar {
 namespace {
 
-json::Decoded<LaunchpadItem> decodeItem(const QByteArray& text)
-{
+json::Decoded<LaunchpadItem> decodeItem(const QByteArray& text) {
     return json::decodeDocument<LaunchpadItem>(text);
 }
 
-QByteArray appObject(const QByteArray& extra = {})
-{
+QByteArray appObject(const QByteArray& extra = {}) {
     return R"({"id": "0A0B0C0D-0000-4000-8000-000000000001", "name": "Maple",
                "path": "file:///Applications/Maple.app/", "source": "local")" +
            (extra.isEmpty() ? QByteArray() : ", " + extra) + "}";
 }
 
-QByteArray folderObject(const QByteArray& contents)
-{
+QByteArray folderObject(const QByteArray& contents) {
     return R"({"folder": {"_0": {"id": "0A0B0C0D-0000-4000-8000-000000000002", "name": "Trees")" +
            (contents.isEmpty() ? QByteArray() : ", " + contents) + "}}}";
 }
 
-TEST(ItemJson, MissingOptionalKeysOfAnApplicationTakeTheirDefaults)
-{
+TEST(ItemJson, MissingOptionalKeysOfAnApplicationTakeTheirDefaults) {
     for (const QByteArray& extra :
          {QByteArray(), QByteArray(R"("bundleIdentifier": null, "category": null, "alias": null)")}) {
         const auto item = decodeItem("{\"app\": {\"_0\": " + appObject(extra) + "}}");
@@ -40,19 +36,17 @@ TEST(ItemJson, MissingOptionalKeysOfAnApplicationTakeTheirDefaults)
     }
 }
 
-TEST(ItemJson, MissingRequiredKeysFailAndNameThePlace)
-{
+TEST(ItemJson, MissingRequiredKeysFailAndNameThePlace) {
     const auto page = json::decodeDocument<Page>(
         R"([{"app": {"_0": {"id": "0A0B0C0D-0000-4000-8000-000000000001", "name": "A", "source": "local"}}}])");
     ASSERT_FALSE(page);
     EXPECT_EQ(page.error().path, u"[0].app._0.path");
 }
 
-TEST(ItemJson, ATileHasExactlyOneKnownKey)
-{
+TEST(ItemJson, ATileHasExactlyOneKnownKey) {
     const QByteArray app = "{\"_0\": " + appObject() + "}";
-    for (const QByteArray& text : {QByteArray("{}"), QByteArray("{\"widget\": {}}"),
-                                   "{\"app\": " + app + ", \"folder\": {}}"}) {
+    for (const QByteArray& text :
+         {QByteArray("{}"), QByteArray("{\"widget\": {}}"), "{\"app\": " + app + ", \"folder\": {}}"}) {
         const auto item = decodeItem(text);
         ASSERT_FALSE(item);
         EXPECT_EQ(item.error().message, u"Invalid number of keys found, expected one.");
@@ -60,8 +54,7 @@ TEST(ItemJson, ATileHasExactlyOneKnownKey)
     EXPECT_TRUE(decodeItem("{\"app\": " + app + ", \"later\": 1}"));
 }
 
-TEST(ItemJson, FoldersReadEveryFormTheyEverHad)
-{
+TEST(ItemJson, FoldersReadEveryFormTheyEverHad) {
     const QByteArray tile = "{\"app\": {\"_0\": " + appObject() + "}}";
     const struct {
         QByteArray contents;
@@ -87,31 +80,30 @@ TEST(ItemJson, FoldersReadEveryFormTheyEverHad)
     }
 }
 
-TEST(ItemJson, PathsOfAnyNameSurviveTheFileUrl)
-{
+TEST(ItemJson, PathsOfAnyNameSurviveTheFileUrl) {
     AppEntry entry;
     entry.id = test::SequentialUuids().next();
-    for (const QString& name : {QStringLiteral("Käse & Brot"), QStringLiteral("100% #1? [a];b"),
-                                QStringLiteral("日本語"), QStringLiteral("%41"), QStringLiteral("a+b~c\\d\"")}) {
+    for (const QString& name :
+         {QStringLiteral("Käse & Brot"), QStringLiteral("100% #1? [a];b"), QStringLiteral("日本語"),
+          QStringLiteral("%41"), QStringLiteral("a+b~c\\d\"")}) {
         entry.path = QStringLiteral("/Applications/%1.app").arg(name);
         const auto decoded = json::decode<AppEntry>(json::encode(entry));
         ASSERT_TRUE(decoded);
         EXPECT_EQ(decoded->path, entry.path);
     }
-    for (const char* bad : {"https://example.com/x.app", "file://", "/Applications/X.app", "", "file:///a%00b"})
+    for (const char* bad :
+         {"https://example.com/x.app", "file://", "/Applications/X.app", "", "file:///a%00b"})
         EXPECT_FALSE(json::BundleUrl::decode(QLatin1StringView(bad))) << bad;
 }
 
-TEST(ItemJson, IdentifiersAreCanonicalText)
-{
+TEST(ItemJson, IdentifiersAreCanonicalText) {
     EXPECT_TRUE(json::decode<QUuid>(QStringLiteral("0a0b0c0d-0000-4000-8000-000000000001")));
-    for (const char* bad : {"", "{0A0B0C0D-0000-4000-8000-000000000001}", "0A0B0C0D000040008000000000000001",
-                            "0A0B0C0D-0000-4000-8000-00000000000G"})
+    for (const char* bad : {"", "{0A0B0C0D-0000-4000-8000-000000000001}",
+                            "0A0B0C0D000040008000000000000001", "0A0B0C0D-0000-4000-8000-00000000000G"})
         EXPECT_FALSE(json::decode<QUuid>(QLatin1StringView(bad))) << bad;
 }
 
-TEST(AppKey, FollowsAliasThenDuplicateThenIdentifierThenPath)
-{
+TEST(AppKey, FollowsAliasThenDuplicateThenIdentifierThenPath) {
     AppEntry entry;
     entry.path = QStringLiteral("/Applications/Maple.app");
     EXPECT_EQ(appKey(entry), entry.path);
@@ -123,24 +115,22 @@ TEST(AppKey, FollowsAliasThenDuplicateThenIdentifierThenPath)
     EXPECT_EQ(appKey(entry), u"org.other");
 }
 
-TEST(Items, NestingLooksAtEveryComponentButTheLast)
-{
-    EXPECT_TRUE(isNestedInAnotherApplication(QStringLiteral("/Applications/Suite.APP/Contents/Library/Tool.app")));
+TEST(Items, NestingLooksAtEveryComponentButTheLast) {
+    EXPECT_TRUE(isNestedInAnotherApplication(
+        QStringLiteral("/Applications/Suite.APP/Contents/Library/Tool.app")));
     EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/Tool.app")));
     EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/Tool.app/")));
     EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/X.app/../Tool.app")));
 }
 
-TEST(Items, GamesFoldIntoOneCategory)
-{
+TEST(Items, GamesFoldIntoOneCategory) {
     EXPECT_EQ(categoryDisplayName(QStringLiteral("public.app-category.puzzle-games")), u"Games");
     EXPECT_EQ(categoryDisplayName(QStringLiteral("public.app-category.developer-tools")), u"Developer");
     EXPECT_FALSE(categoryDisplayName(QStringLiteral("public.app-category.cooking")));
     EXPECT_FALSE(categoryDisplayName(QStringLiteral("org.example.puzzle-games")));
 }
 
-TEST(Items, FoldersListApplicationsDeepAndPreviewsShallow)
-{
+TEST(Items, FoldersListApplicationsDeepAndPreviewsShallow) {
     test::SequentialUuids ids;
     const auto app = [&](const QString& name) {
         AppEntry entry;

@@ -1,0 +1,259 @@
+#include "model/layout_store.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+using Code = LayoutStore::StorageError::Code;
+
+QString message(const LayoutStore::StorageError& error) {
+    if (error.code == Code::layoutNotReady)
+        return QStringLiteral("The launcher layout is still loading. Try again in a moment.");
+    // An unknown version deliberately reads like damage: both mean that the file must be reset.
+    return QStringLiteral(
+        "The current layout file could not be read. Reset the layout before saving changes.");
+}
+
+QString message(const LayoutStore::Error& error) {
+    return std::visit([](const auto& e) { return message(e); }, error);
+}
+
+static constexpr std::array modes{LauncherWindowMode::fullScreen, LauncherWindowMode::windowed};
+
+QString LayoutStore::defaultDirectory(const Places& places, const std::optional<QString>& identifier) {
+    return FileSystem::joined(places.applicationSupport,
+                              identifier.value_or(QStringLiteral("com.quillane.app")));
+}
+
+LayoutStore::LayoutStore(const Machine& machine, QString directory)
+    : _machine(machine), _directory(std::move(directory)) {
+    (void)_machine.files.createDirectories(_directory);
+}
+
+QString LayoutStore::workingPath(LauncherWindowMode mode) const {
+    return FileSystem::joined(_directory, mode == LauncherWindowMode::fullScreen
+                                              ? QStringLiteral("layout.json")
+                                              : QStringLiteral("layout-windowed.json"));
+}
+
+QString LayoutStore::arrangementsDirectory() const {
+    return FileSystem::joined(_directory, _activeMode == LauncherWindowMode::fullScreen
+                                              ? QStringLiteral("Arrangements")
+                                              : QStringLiteral("Arrangements-Windowed"));
+}
+
+QString LayoutStore::arrangementPath(const QUuid& id) const {
+    return FileSystem::joined(arrangementsDirectory(), toText(id) + QLatin1StringView(".json"));
+}
+
+std::expected<void, LayoutStore::Error> LayoutStore::setActiveMode(LauncherWindowMode mode) {
+    if (mode == _activeMode)
+        return {};
+    const auto flushed = flush();
+    _activeMode = mode;
+    return flushed;
+}
+
+LayoutStore::LoadResult LayoutStore::load() {
+    const auto fail = [&](Error error, QString detail) -> LoadResult {
+        _pendingSave.cancel();
+        unsaved(_activeMode).reset();
+        _writeBlockedModes.insert(_activeMode);
+        _machine.log.warning(QStringLiteral("The layout of the mode %1 failed to load: %2")
+                                 .arg(json::rawValue(_activeMode), detail));
+        return Failed{std::move(error), std::move(detail)};
+    };
+
+    const auto bytes = _machine.files.read(workingPath(_activeMode), maximumLayoutBytes);
+    if (!bytes && bytes.error().code == FileError::Code::notFound) {
+        _writeBlockedModes.erase(_activeMode);
+        _machine.log.info(
+            QStringLiteral("The layout of the mode %1 is missing.").arg(json::rawValue(_activeMode)));
+        return Missing();
+    }
+    if (!bytes)
+        return fail(StorageError{Code::workingDocumentUnreadable}, message(bytes.error()));
+    auto document = json::decodeDocument<Document>(*bytes);
+    if (!document)
+        return fail(StorageError{Code::workingDocumentUnreadable}, json::message(document.error()));
+    if (!Document::isSupported(document->version))
+        return fail(StorageError{Code::unsupportedWorkingDocumentVersion, document->version},
+                    QStringLiteral("version %1 is not supported").arg(document->version));
+    document->version = Document::currentVersion;
+    _writeBlockedModes.erase(_activeMode);
+    return *std::move(document);
+}
+
+std::expected<void, FileError> LayoutStore::write(const QString& path, const QJsonValue& value,
+                                                  const Document& document) const {
+    const FileError tooLarge{FileError::Code::tooLarge, path};
+    if (folderDepth(document.pages) > maximumFolderDepth)
+        return std::unexpected(tooLarge);
+    const QByteArray bytes = json::write(value);
+    if (static_cast<std::uint64_t>(bytes.size()) > maximumLayoutBytes)
+        return std::unexpected(tooLarge);
+    if (const auto made = _machine.files.createDirectories(FileSystem::parent(path)); !made)
+        return made;
+    return _machine.files.writeAtomically(path, bytes);
+}
+
+void LayoutStore::scheduleSave(const Pages& pages, const QSet<QString>& hiddenKeys) {
+    if (isWriteBlocked(_activeMode))
+        return;
+    unsaved(_activeMode) = Unsaved{pages, hiddenKeys};
+    _pendingSave = _machine.scheduler.after(saveDelay, [this, mode = _activeMode] {
+        if (const auto written = writeUnsaved(mode); !written)
+            _machine.log.warning(message(written.error()));
+    });
+}
+
+std::expected<void, FileError> LayoutStore::writeUnsaved(LauncherWindowMode mode) {
+    if (!unsaved(mode) || isWriteBlocked(mode))
+        return {};
+    const Document document{.pages = unsaved(mode)->pages, .hiddenKeys = unsaved(mode)->hiddenKeys};
+    const auto written = write(workingPath(mode), json::encode(document), document);
+    if (!written) {
+        _lastSaveError = written.error();
+        return written;
+    }
+    unsaved(mode).reset();
+    _lastSaveError.reset();
+    return {};
+}
+
+std::expected<void, LayoutStore::Error> LayoutStore::saveNow(const Pages& pages,
+                                                             const QSet<QString>& hiddenKeys) {
+    if (isWriteBlocked(_activeMode))
+        return std::unexpected(StorageError{Code::workingDocumentUnreadable});
+    _pendingSave.cancel();
+    unsaved(_activeMode) = Unsaved{pages, hiddenKeys};
+    if (const auto written = writeUnsaved(_activeMode); !written)
+        return std::unexpected(written.error());
+    return {};
+}
+
+std::expected<void, LayoutStore::Error> LayoutStore::flush() {
+    _pendingSave.cancel();
+    std::expected<void, Error> result;
+    for (const LauncherWindowMode mode : modes)
+        if (const auto written = writeUnsaved(mode); !written)
+            result = std::unexpected(written.error());
+    return result;
+}
+
+bool LayoutStore::hasUnsavedChanges() const {
+    return std::ranges::any_of(_unsaved, [](const auto& state) { return state.has_value(); });
+}
+
+std::expected<void, FileError> LayoutStore::reset() {
+    _pendingSave.cancel();
+    unsaved(_activeMode).reset();
+    const QString path = workingPath(_activeMode);
+    std::expected<void, FileError> removed;
+    if (isWriteBlocked(_activeMode) && _machine.files.linkStatus(path)) {
+        // What could not be read may hold years of somebody's order: it leaves its place, not the disk.
+        const QString backups = FileSystem::joined(_directory, QStringLiteral("Backups"));
+        removed = _machine.files.createDirectories(backups);
+        if (removed)
+            removed = _machine.files.move(
+                path, FileSystem::joined(backups, stampedName(QStringLiteral("unreadable-layout-"))));
+    } else {
+        removed = _machine.files.remove(path);
+    }
+    if (!removed && removed.error().code != FileError::Code::notFound)
+        return removed;
+    _writeBlockedModes.erase(_activeMode);
+    _lastSaveError.reset();
+    return {};
+}
+
+QString LayoutStore::stampedName(const QString& prefix) {
+    const QString stamp = _machine.clock.now().toIso8601().replace(u':', u'-');
+    return prefix + stamp + u'-' + toText(_machine.uuids.next()).first(8) + QLatin1StringView(".json");
+}
+
+std::expected<QString, FileError>
+LayoutStore::makeBackup(const QString& reason, const std::optional<QString>& sourceDatabasePath,
+                        const Pages& pages, const QSet<QString>& hiddenKeys) {
+    const BackupDocument backup{
+        _machine.clock.now(), reason, sourceDatabasePath, {.pages = pages, .hiddenKeys = hiddenKeys}};
+    const QString path = FileSystem::joined(FileSystem::joined(_directory, QStringLiteral("Backups")),
+                                            stampedName(QStringLiteral("layout-")));
+    if (const auto written = write(path, json::encode(backup), backup.document); !written)
+        return std::unexpected(written.error());
+    return path;
+}
+
+static ArrangementSummary summaryOf(const Arrangement& arrangement) {
+    return {arrangement.id,        arrangement.name,     arrangement.createdAt,
+            arrangement.pageCount, arrangement.appCount, arrangement.folderCount};
+}
+
+std::expected<ArrangementSummary, FileError>
+LayoutStore::saveArrangement(const QString& name, const Document& document,
+                             const std::optional<ArrangementLayout>& layout) {
+    const ItemCounts counts = countItems(document.pages);
+    const Arrangement arrangement{
+        .id = _machine.uuids.next(),
+        .name = name,
+        .createdAt = _machine.clock.now(),
+        .document = {.pages = document.pages, .hiddenKeys = document.hiddenKeys},
+        .pageCount = static_cast<int>(counts.pages),
+        .appCount = static_cast<int>(counts.applications),
+        .folderCount = static_cast<int>(counts.folders),
+        .layout = layout};
+    const auto written =
+        write(arrangementPath(arrangement.id), json::encode(arrangement), arrangement.document);
+    if (!written)
+        return std::unexpected(written.error());
+    return summaryOf(arrangement);
+}
+
+QList<ArrangementSummary> LayoutStore::arrangements() const {
+    QList<ArrangementSummary> result;
+    const QString directory = arrangementsDirectory();
+    const auto entries = _machine.files.entries(directory);
+    if (!entries)
+        return result;
+    for (const DirectoryEntry& entry : *entries) {
+        const QString path = FileSystem::joined(directory, QString::fromUtf8(entry.name));
+        if (FileSystem::extension(path) != u"json")
+            continue;
+        const auto bytes = _machine.files.read(path, maximumLayoutBytes);
+        const auto arrangement =
+            bytes ? json::decodeDocument<Arrangement>(*bytes) : json::fail(message(bytes.error()));
+        if (arrangement)
+            result.append(summaryOf(*arrangement));
+        else
+            _machine.log.warning(QStringLiteral("The saved arrangement %1 is left out: %2")
+                                     .arg(path, json::message(arrangement.error())));
+    }
+    std::ranges::stable_sort(result, [&](const ArrangementSummary& a, const ArrangementSummary& b) {
+        if (a.createdAt != b.createdAt)
+            return a.createdAt > b.createdAt;
+        return _machine.locale.compareNames(a.name, b.name) < 0;
+    });
+    return result;
+}
+
+std::expected<Arrangement, LayoutStore::Error> LayoutStore::arrangement(const QUuid& id) const {
+    const auto bytes = _machine.files.read(arrangementPath(id), maximumLayoutBytes);
+    if (!bytes)
+        return std::unexpected(bytes.error());
+    auto arrangement = json::decodeDocument<Arrangement>(*bytes);
+    if (!arrangement) {
+        _machine.log.warning(json::message(arrangement.error()));
+        return std::unexpected(FileError{FileError::Code::damaged, arrangementPath(id)});
+    }
+    if (!Document::isSupported(arrangement->document.version))
+        return std::unexpected(
+            StorageError{Code::unsupportedWorkingDocumentVersion, arrangement->document.version});
+    arrangement->document.version = Document::currentVersion;
+    return *std::move(arrangement);
+}
+
+std::expected<void, FileError> LayoutStore::deleteArrangement(const QUuid& id) {
+    return _machine.files.remove(arrangementPath(id));
+}
+
+} // namespace tessellar

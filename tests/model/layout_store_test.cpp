@@ -1,0 +1,251 @@
+#include "model/layout_store.h"
+
+#include "support/items.h"
+#include "support/printers.h"
+#include "support/test_machine.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessellar {
+namespace {
+
+using namespace std::chrono_literals;
+using test::app;
+using test::folder;
+using test::sketch;
+using Code = LayoutStore::StorageError::Code;
+
+class LayoutStoreTest : public testing::Test {
+protected:
+    const QString directory =
+        QStringLiteral("/Users/ada/Library/Application Support/com.tessellar.app");
+    test::TestMachine mac;
+    LayoutStore store{mac.machine, LayoutStore::defaultDirectory(mac.machine.places)};
+
+    QString path(const char* name) const { return directory + u'/' + QLatin1StringView(name); }
+    QByteArray file(const char* name) const { return mac.read(path(name)); }
+    void write(const char* name, const QByteArray& bytes) { mac.write(path(name), bytes); }
+
+    LayoutDocument stored(const char* name = "layout.json") {
+        const auto document = json::decodeDocument<LayoutDocument>(file(name));
+        EXPECT_TRUE(document) << name;
+        return document.value_or(LayoutDocument());
+    }
+    const LayoutStore::Failed* failure(const LayoutStore::LoadResult& result) {
+        return std::get_if<LayoutStore::Failed>(&result);
+    }
+};
+
+const Pages onePage{{app(u"a"_qs), app(u"b"_qs)}};
+
+QByteArray documentOfVersion(int version) {
+    return json::write(
+        json::encode(LayoutDocument{.version = version, .pages = onePage, .hiddenKeys = {}}));
+}
+
+TEST_F(LayoutStoreTest, TheFolderIsNamedByTheIdentifier) {
+    EXPECT_EQ(store.directory(), directory);
+    EXPECT_EQ(LayoutStore::defaultDirectory(mac.machine.places, std::nullopt),
+              u"/Users/ada/Library/Application Support/com.quillane.app");
+    EXPECT_TRUE(mac.exists(directory));
+}
+
+TEST_F(LayoutStoreTest, KnownVersionsLoadAsTheCurrentOne) {
+    for (const int version : {1, 2, 3}) {
+        write("layout.json", documentOfVersion(version));
+        const auto result = store.load();
+        ASSERT_TRUE(std::holds_alternative<LayoutDocument>(result));
+        EXPECT_EQ(std::get<LayoutDocument>(result).version, 3);
+        EXPECT_TRUE(store.saveNow(onePage, {}));
+        EXPECT_EQ(stored().version, 3);
+    }
+}
+
+TEST_F(LayoutStoreTest, AFileThatCannotBeUsedBlocksItsModeUntilAReset) {
+    const QByteArray whole = documentOfVersion(3);
+    QList<QByteArray> bad{"",
+                          "[]",
+                          "null",
+                          documentOfVersion(0),
+                          documentOfVersion(4),
+                          R"({"version": 3, "pages": []})",
+                          R"({"version": "3", "pages": [], "hiddenKeys": []})",
+                          R"({"version": 3, "pages": [[{"app": {}}]], "hiddenKeys": []})",
+                          R"({"version": 3.5, "pages": [], "hiddenKeys": []})",
+                          QByteArray(maximumLayoutBytes + 1, ' '),
+                          QByteArray(500'000, '[')};
+    for (qsizetype length = 1; length < whole.size() - 1; length += 7)
+        bad += whole.first(length);
+    for (const QByteArray& bytes : std::as_const(bad)) {
+        write("layout.json", bytes);
+        store.scheduleSave(onePage, {});
+        const auto result = store.load();
+        ASSERT_TRUE(failure(result)) << bytes.left(200).toStdString();
+        EXPECT_EQ(
+            message(failure(result)->error),
+            u"The current layout file could not be read. Reset the layout before saving changes.");
+        EXPECT_TRUE(store.isWriteBlocked(LauncherWindowMode::fullScreen));
+        store.scheduleSave(onePage, {});
+        mac.time.advance(1s);
+        const auto saved = store.saveNow(onePage, {});
+        ASSERT_FALSE(saved);
+        EXPECT_EQ(std::get<LayoutStore::StorageError>(saved.error()).code,
+                  Code::workingDocumentUnreadable);
+        EXPECT_TRUE(store.flush());
+        ASSERT_EQ(file("layout.json"), bytes);
+    }
+    // The other mode is free, and the damaged bytes outlive the reset.
+    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::windowed));
+    EXPECT_TRUE(std::holds_alternative<LayoutStore::Missing>(store.load()));
+    EXPECT_TRUE(store.saveNow(onePage, {}));
+    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::fullScreen));
+    ASSERT_TRUE(store.reset());
+    EXPECT_FALSE(mac.exists(path("layout.json")));
+    EXPECT_TRUE(store.saveNow(onePage, {}));
+    const QStringList kept = mac.names(path("Backups"));
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(mac.read(path("Backups/") + kept[0]), bad.last());
+}
+
+TEST_F(LayoutStoreTest, ALaterLoadOfAUsableFileOrOfNoneUnblocks) {
+    write("layout.json", "damaged");
+    EXPECT_TRUE(failure(store.load()));
+    mac.remove(path("layout.json"));
+    EXPECT_TRUE(std::holds_alternative<LayoutStore::Missing>(store.load()));
+    EXPECT_TRUE(store.saveNow(onePage, {}));
+}
+
+TEST_F(LayoutStoreTest, AFolderInTheFilesPlaceBlocksAndIsNotThrownAway) {
+    mac.write(path("layout.json/inside"), "x");
+    EXPECT_TRUE(failure(store.load()));
+    EXPECT_TRUE(store.reset());
+    EXPECT_FALSE(mac.exists(path("layout.json")));
+    const QStringList kept = mac.names(path("Backups"));
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(mac.read(path("Backups/") + kept[0] + u"/inside"_qs), "x");
+}
+
+TEST_F(LayoutStoreTest, ABurstOfEditsIsOneWriteAfterItsEnd) {
+    for (int i = 0; i < 10; ++i) {
+        store.scheduleSave({{app(QString::number(i))}}, {});
+        mac.time.advance(100ms);
+        EXPECT_FALSE(mac.exists(path("layout.json")));
+    }
+    mac.time.advance(199ms);
+    EXPECT_FALSE(mac.exists(path("layout.json")));
+    mac.time.advance(1ms);
+    EXPECT_EQ(sketch(stored().pages), u"9");
+    EXPECT_EQ(mac.time.pendingCount(), 0u);
+}
+
+TEST_F(LayoutStoreTest, SwitchingTheModeWritesWhatIsPendingToItsOwnFile) {
+    store.scheduleSave(onePage, {QStringLiteral("org.example.a")});
+    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::windowed));
+    EXPECT_EQ(stored().hiddenKeys, QSet<QString>{QStringLiteral("org.example.a")});
+    EXPECT_FALSE(mac.exists(path("layout-windowed.json")));
+    mac.time.advance(1s);
+    EXPECT_FALSE(mac.exists(path("layout-windowed.json")));
+}
+
+TEST_F(LayoutStoreTest, AScheduledSaveThatFailsIsTriedAgainAtQuitting) {
+    // A folder in the file's place, made after the load, fails every write for root too.
+    mac.makeFolder(path("layout.json/in the way"));
+    store.scheduleSave(onePage, {});
+    mac.time.advance(300ms);
+    EXPECT_TRUE(store.lastSaveError());
+    EXPECT_TRUE(store.hasUnsavedChanges());
+    EXPECT_FALSE(store.flush());
+    mac.remove(path("layout.json"));
+    EXPECT_TRUE(store.flush());
+    EXPECT_FALSE(store.lastSaveError());
+    EXPECT_EQ(stored().pages, onePage);
+}
+
+TEST_F(LayoutStoreTest, WhatCouldNotBeReadAgainIsNotWritten) {
+    Pages deep{{app(u"a"_qs)}};
+    for (int i = 0; i < maximumFolderDepth; ++i)
+        deep = {{folder(QString::number(i), deep)}};
+    EXPECT_TRUE(store.saveNow(deep, {}));
+    EXPECT_TRUE(std::holds_alternative<LayoutDocument>(store.load()));
+    EXPECT_TRUE(store.saveArrangement(u"deep"_qs, {.pages = deep, .hiddenKeys = {}}, {}));
+    EXPECT_EQ(store.arrangements().size(), 1);
+    EXPECT_FALSE(store.saveNow({{folder(u"one more"_qs, deep)}}, {}));
+    EXPECT_EQ(stored().pages, deep);
+}
+
+TEST_F(LayoutStoreTest, BackupsOfOneSecondHaveNamesOfTheirOwn) {
+    const auto first = store.makeBackup(u"legacy-launchpad-import"_qs, u"/db"_qs, onePage, {});
+    const auto second = store.makeBackup(u"arrangement-restore"_qs, {}, onePage, {});
+    ASSERT_TRUE(first && second);
+    EXPECT_NE(*first, *second);
+    EXPECT_EQ(*first, path("Backups/layout-2026-11-14T21-05-40Z-00000001.json"));
+    const auto backup = json::decodeDocument<BackupDocument>(mac.read(*first));
+    ASSERT_TRUE(backup);
+    EXPECT_EQ(*backup, (BackupDocument{mac.time.now(),
+                                       u"legacy-launchpad-import"_qs,
+                                       u"/db"_qs,
+                                       {.pages = onePage, .hiddenKeys = {}}}));
+    EXPECT_FALSE(mac.read(*second).contains("sourceDatabasePath"));
+}
+
+TEST_F(LayoutStoreTest, ArrangementsListNewestFirstThenByNameWithoutRegardToCase) {
+    const auto save = [&](const char* name) {
+        return store.saveArrangement(QLatin1StringView(name), {.pages = onePage, .hiddenKeys = {}}, {})
+            ->id;
+    };
+    save("old");
+    mac.time.advance(2s);
+    save("b");
+    const QUuid capital = save("A");
+    save("c");
+    write("Arrangements/broken.json", "{");
+    write("Arrangements/notes.txt", "not ours");
+    QStringList names;
+    for (const ArrangementSummary& summary : store.arrangements())
+        names += summary.name;
+    EXPECT_EQ(names.join(u' '), u"A b c old");
+    EXPECT_TRUE(mac.log.lines().join(u' ').contains(u"broken.json"_qs));
+
+    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::windowed));
+    EXPECT_TRUE(store.arrangements().isEmpty());
+    EXPECT_FALSE(store.deleteArrangement(capital));
+    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::fullScreen));
+    EXPECT_TRUE(store.deleteArrangement(capital));
+    EXPECT_EQ(store.arrangements().size(), 3);
+}
+
+TEST_F(LayoutStoreTest, ArrangementsCountTilesAtEveryDepthAndCarryTheirSettings) {
+    AppEntry alias = app(u"alias"_qs);
+    alias.alias = AppAliasReference{QStringLiteral("org.example.a")};
+    const Pages pages{
+        {app(u"a"_qs), folder(u"o"_qs, {{folder(u"i"_qs, {{app(u"b"_qs), alias}}), app(u"c"_qs)}})},
+        {SmartFolderReference{QUuid::createUuid()}}};
+    ArrangementLayout layout;
+    layout.rows = 4;
+    layout.windowSize = WindowSize{800, 600};
+    const auto saved = store.saveArrangement(u"x"_qs, {.pages = pages, .hiddenKeys = {}}, layout);
+    ASSERT_TRUE(saved);
+    EXPECT_EQ(saved->pageCount, 2);
+    EXPECT_EQ(saved->appCount, 3);
+    EXPECT_EQ(saved->folderCount, 3);
+    const auto read = store.arrangement(saved->id);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->document.pages, pages);
+    EXPECT_EQ(read->layout, layout);
+}
+
+TEST_F(LayoutStoreTest, AnArrangementOfAnUnknownVersionIsRefused) {
+    Arrangement arrangement{
+        .id = QUuid::createUuid(), .name = u"x"_qs, .createdAt = {}, .document = {.version = 9}};
+    mac.write(store.arrangementPath(arrangement.id), json::write(json::encode(arrangement)));
+    const auto read = store.arrangement(arrangement.id);
+    ASSERT_FALSE(read);
+    EXPECT_EQ(std::get<LayoutStore::StorageError>(read.error()).version, 9);
+    EXPECT_FALSE(store.arrangement(QUuid::createUuid()));
+}
+
+} // namespace
+} // namespace tessellar
