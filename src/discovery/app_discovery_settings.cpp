@@ -1,0 +1,45 @@
+#include "discovery/app_discovery_settings.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tessellar {
+
+AppDiscoverySettings AppDiscoverySettings::read(const Settings& settings, const QString& home) {
+    AppDiscoverySettings result;
+    const QStringList paths =
+        settings.texts(QStringLiteral("appDiscovery.searchPaths")).value_or(defaultSearchPaths(home)) +
+        settings.texts(QStringLiteral("appDiscovery.additionalSearchPaths")).value_or(QStringList());
+    result.searchPaths = normalized(paths, home);
+
+    // Any integral number counts, also one beyond the integer types: it is clamped like the rest.
+    const auto depth = settings.number(QStringLiteral("appDiscovery.scanDepth"));
+    if (depth && std::isfinite(*depth) && std::trunc(*depth) == *depth)
+        result.scanDepth =
+            static_cast<int>(std::clamp<double>(*depth, minimumScanDepth, maximumScanDepth));
+    return result;
+}
+
+QStringList AppDiscoverySettings::defaultSearchPaths(const QString& home) {
+    return {QStringLiteral("/Applications"), QStringLiteral("/System/Applications"),
+            QStringLiteral("/System/Cryptexes/App/System/Applications"),
+            FileSystem::joined(home, QStringLiteral("Applications"))};
+}
+
+QStringList AppDiscoverySettings::normalized(const QStringList& paths, const QString& home) {
+    QStringList result;
+    for (const QString& path : paths) {
+        if (result.size() == maximumSearchPaths)
+            break;
+        const bool inHome = path == u"~" || path.startsWith(u"~/");
+        const QString whole = inHome ? home + path.sliced(1) : path;
+        if (!whole.startsWith(u'/') || whole.contains(QChar::Null))
+            continue;
+        if (const QString standardized = FileSystem::standardized(whole);
+            !result.contains(standardized))
+            result.append(standardized);
+    }
+    return result;
+}
+
+} // namespace tessellar

@@ -1,0 +1,183 @@
+#include "discovery/bundle_record.h"
+
+namespace tessellar {
+
+namespace {
+
+/// Longer texts are no names and no identifiers; they would only be carried about.
+constexpr qsizetype maximumTextLength = 1'024;
+
+std::optional<QString> usable(const std::optional<QString>& text) {
+    if (!text || text->size() > maximumTextLength || trimmed(*text).isEmpty())
+        return std::nullopt;
+    return text;
+}
+
+QString withoutApplicationExtension(QString name) {
+    static const QString extension = QStringLiteral(".app");
+    if (name.endsWith(extension, Qt::CaseInsensitive))
+        name.chop(extension.size());
+    return name;
+}
+
+/// Where the executable has to be. One that is not declared bears the bundle's name; one that is
+/// declared outside of the bundle is nowhere.
+std::optional<QString> executableOf(const Bundle& bundle) {
+    if (bundle.info[QStringLiteral("CFBundleExecutable")].text())
+        return bundle.executablePath();
+    const QString contents = FileSystem::parent(bundle.infoPath);
+    const bool isMac = bundle.shape == BundleShape::mac;
+    const QString name = FileSystem::fileName(isMac ? bundle.path : contents);
+    return FileSystem::joined(isMac ? contents + QStringLiteral("/MacOS") : contents,
+                              withoutApplicationExtension(name));
+}
+
+/// Reads a bundle and notes everything that the reading rests upon. A look comes before the reading
+/// wherever the place is known before, so that a change between the two shows next time.
+class RecordReader {
+public:
+    RecordReader(const ScanContext& context, const QString& path) : _context(context) {
+        _record.path = path;
+    }
+
+    BundleRecord run() {
+        const ScanObservation self = note(_record.path);
+        if (self.isDirectory())
+            readContents();
+        _record.evidence.settle(_context.now);
+        return std::move(_record);
+    }
+
+private:
+    void readContents() {
+        // A link in this place leads to something that is not the application's own.
+        const QString applications = inBundle("Contents/Applications");
+        _record.holdsApplications =
+            note(applications).isDirectory() && _context.files.resolved(applications) == applications;
+        const bool hasInfo = note(inBundle("Contents/Info.plist")).found();
+        if (!hasInfo)
+            for (const auto* place :
+                 {"Contents", "Wrapper", "Wrapper/iTunesMetadata.plist", "Info.plist"})
+                note(inBundle(place));
+
+        Bundle bundle = readBundle(_context.files, _record.path);
+        if (bundle.shape == BundleShape::wrapped) {
+            // Where the real bundle lies is known only now.
+            note(FileSystem::parent(bundle.infoPath));
+            note(bundle.infoPath);
+            bundle = readBundle(_context.files, _record.path);
+        }
+        const auto executable = executableOf(bundle);
+        const bool hasExecutable = executable && note(*executable).status.type == FileType::regular;
+        const bool isReady = !bundle.info.isAbsent() && hasExecutable;
+        _record.state =
+            isReady ? AppScanner::InstallState::ready : AppScanner::InstallState::incomplete;
+        _record.isLaunchProhibited =
+            bundle.storeMetadata[QStringLiteral("launchProhibited")].isTruthy();
+        if (isReady)
+            describe(bundle);
+    }
+
+    void describe(const Bundle& bundle) {
+        const auto wrapped =
+            AppScanner::wrappedMetadata(bundle).value_or(AppScanner::WrappedIOSAppMetadata());
+        _record.bundleIdentifier =
+            usable(wrapped.bundleIdentifier ? wrapped.bundleIdentifier : bundle.identifier());
+        _record.category = usable(wrapped.category ? wrapped.category : bundle.category());
+        _record.name = usable(wrapped.name).value_or(QString());
+        if (_record.name.isEmpty()) {
+            for (const QString& place : namePlaces(bundle))
+                note(place);
+            const QString shown = withoutApplicationExtension(
+                finderDisplayName(_context.files, bundle, _context.languages));
+            _record.name =
+                usable(shown).value_or(withoutApplicationExtension(FileSystem::fileName(_record.path)));
+        }
+        _record.nameSortKey = _context.locale.nameSortKey(_record.name);
+    }
+
+    /// Where a name in the user's languages may lie, for a bundle that has such.
+    QStringList namePlaces(const Bundle& bundle) const {
+        const auto declared = bundle.info[QStringLiteral("CFBundleDisplayName")].text();
+        const QString onDisk = withoutApplicationExtension(FileSystem::fileName(bundle.path));
+        if (declared != onDisk && !bundle.info[QStringLiteral("LSHasLocalizedDisplayName")].isTruthy())
+            return {};
+        // The folder itself shows languages that come and go; their files only show themselves.
+        QStringList places{
+            bundle.resourcesPath,
+            FileSystem::joined(bundle.resourcesPath, QStringLiteral("InfoPlist.loctable"))};
+        for (const QString& language : _context.languages)
+            places.append(FileSystem::joined(bundle.resourcesPath,
+                                             language + QStringLiteral(".lproj/InfoPlist.strings")));
+        return places;
+    }
+
+    QString inBundle(const char* place) const {
+        return FileSystem::joined(_record.path, QLatin1StringView(place));
+    }
+
+    ScanObservation note(const QString& path) {
+        auto observation = ScanObservation::ofStatus(_context.files, path);
+        _record.evidence.observations.append(observation);
+        return observation;
+    }
+
+    const ScanContext& _context;
+    BundleRecord _record;
+};
+
+} // namespace
+
+std::optional<std::int64_t> BundleRecord::fileIdentifier() const {
+    const ScanObservation& self = evidence.observations.first();
+    if (!self.found())
+        return std::nullopt;
+    return static_cast<std::int64_t>(self.status.inode);
+}
+
+bool BundleRecord::sameFindings(const BundleRecord& other) const {
+    return state == other.state && isLaunchProhibited == other.isLaunchProhibited &&
+           holdsApplications == other.holdsApplications && name == other.name &&
+           bundleIdentifier == other.bundleIdentifier && category == other.category &&
+           fileIdentifier() == other.fileIdentifier();
+}
+
+BundleRecord readBundleRecord(const ScanContext& context, const QString& path) {
+    return RecordReader(context, path).run();
+}
+
+std::optional<AppScanner::WrappedIOSAppMetadata> AppScanner::wrappedMetadata(const Bundle& bundle) {
+    if (bundle.shape != BundleShape::wrapped)
+        return std::nullopt;
+    const PropertyValue& declared = bundle.storeMetadata;
+    WrappedIOSAppMetadata result{.bundleIdentifier =
+                                     declared[QStringLiteral("softwareVersionBundleId")].text(),
+                                 .name = declared[QStringLiteral("itemName")].text(),
+                                 .category = std::nullopt,
+                                 .sourceApp = declared[QStringLiteral("sourceApp")].text()};
+    for (const PropertyValue& category : declared[QStringLiteral("categories")].array()) {
+        result.category = category.text();
+        if (result.category)
+            break;
+    }
+    return result;
+}
+
+AppScanner::InstallState AppScanner::installState(const FileSystem& files, const QString& path) {
+    const auto status = files.status(path);
+    if (!status) {
+        // What may not be looked at cannot be used, but it is not gone.
+        const bool isDenied = status.error().code == FileError::Code::permissionDenied ||
+                              status.error().code == FileError::Code::io;
+        return isDenied ? InstallState::incomplete : InstallState::missing;
+    }
+    if (status->type != FileType::directory)
+        return InstallState::missing;
+    const Bundle bundle = readBundle(files, path);
+    const auto executable = executableOf(bundle);
+    return !bundle.info.isAbsent() && executable && files.isRegularFile(*executable)
+               ? InstallState::ready
+               : InstallState::incomplete;
+}
+
+} // namespace tessellar

@@ -1,0 +1,309 @@
+#include "discovery/library_walk.h"
+
+#include <algorithm>
+#include <atomic>
+#include <system_error>
+#include <thread>
+
+namespace tessellar {
+
+namespace {
+
+/// More places out of sight than this are not told apart.
+constexpr qsizetype maximumUnreadable = 1'000;
+/// Folders listed before their entries are counted against the limit.
+constexpr qsizetype listingBatch = 64;
+/// Work for which another thread is not worth its start.
+constexpr qsizetype smallestShare = 8;
+
+/// Calls `work` for each index, on several threads.
+template <typename Work>
+void forEachIndex(qsizetype count, unsigned threads, const Work& work) {
+    std::atomic<qsizetype> next{0};
+    const auto run = [&] {
+        for (qsizetype begin = 0; (begin = next.fetch_add(smallestShare)) < count;)
+            for (qsizetype i = begin; i < std::min(begin + smallestShare, count); ++i)
+                work(i);
+    };
+    const qsizetype shares = (count + smallestShare - 1) / smallestShare;
+    std::vector<std::jthread> helpers;
+    try {
+        for (qsizetype i = 1; i < std::min<qsizetype>(threads, shares); ++i)
+            helpers.emplace_back(run);
+    } catch (const std::system_error&) {
+        // No thread to be had: those at hand do all of it.
+    }
+    run();
+}
+
+} // namespace
+
+LibraryWalk::LibraryWalk(const ScanContext& context, ScanCache& cache, std::stop_token stop)
+    : _context(context)
+    , _cache(cache)
+    , _stop(std::move(stop))
+    , _reliableDevices(reliableDevices(context.files, context.home)) {
+    _next._languages = context.languages;
+    _next._locale = context.locale.identifier();
+    _next._settings = context.settings;
+    _next._limits = context.limits;
+    _next._places = AppSourcePlaces::read(context.files, context.home);
+}
+
+std::optional<AppScanner::LibraryScan> LibraryWalk::run() {
+    const bool isRefreshed = _cache._languages == _next._languages && _cache._locale == _next._locale;
+    bool isUnchanged = isRefreshed && _cache._searchPaths && _cache._settings == _next._settings &&
+                       _cache._limits == _next._limits && _cache._places == _next._places;
+    if (isRefreshed && !refresh())
+        isUnchanged = false;
+    _next._searchPaths = std::make_shared<const ScanListing>(listSearchPaths(_context));
+    if (_stop.stop_requested())
+        return std::nullopt;
+
+    if (isUnchanged && _next._searchPaths->sameFindings(*_cache._searchPaths)) {
+        _next._result = _cache._result;
+        _next._work.reusedResult = true;
+    } else if (walk()) {
+        finish();
+    } else {
+        return std::nullopt;
+    }
+    _cache = std::move(_next);
+    return _cache._result;
+}
+
+/// Looks again at all that the cache holds and reads anew what changed. True when nothing did that
+/// would lead the scan elsewhere.
+bool LibraryWalk::refresh() {
+    const qsizetype listings = _cache._listings.size();
+    const qsizetype bundles = _cache._bundles.size();
+    std::vector<Listing> listed(static_cast<std::size_t>(listings));
+    std::vector<Record> read(static_cast<std::size_t>(bundles));
+    std::atomic<bool> isUnchanged{true};
+    std::atomic<qsizetype> checked{0};
+    std::atomic<qsizetype> relisted{0};
+    std::atomic<qsizetype> reread{0};
+
+    forEachIndex(listings + bundles, _context.threads, [&](qsizetype i) {
+        if (_stop.stop_requested())
+            return;
+        if (i < listings) {
+            Listing& listing = listed[static_cast<std::size_t>(i)];
+            listing = _cache._listings.at(i);
+            checked.fetch_add(listing->evidence.observations.size(), std::memory_order_relaxed);
+            if (listing->evidence.holds(_context.files))
+                return;
+            relisted.fetch_add(1, std::memory_order_relaxed);
+            auto anew = std::make_shared<const ScanListing>(
+                listDirectory(_context, _reliableDevices, listing->path));
+            if (!anew->sameFindings(*listing))
+                isUnchanged = false;
+            listing = std::move(anew);
+        } else {
+            Record& record = read[static_cast<std::size_t>(i - listings)];
+            record = _cache._bundles.at(i - listings);
+            checked.fetch_add(record->evidence.observations.size(), std::memory_order_relaxed);
+            if (record->evidence.holds(_context.files))
+                return;
+            reread.fetch_add(1, std::memory_order_relaxed);
+            auto anew = std::make_shared<const BundleRecord>(readBundleRecord(_context, record->path));
+            if (!anew->sameFindings(*record))
+                isUnchanged = false;
+            record = std::move(anew);
+        }
+    });
+    _next._listings = QList<Listing>(listed.begin(), listed.end());
+    _next._bundles = QList<Record>(read.begin(), read.end());
+    _next._work = {checked, relisted, reread, false};
+    return isUnchanged;
+}
+
+/// False when asked to stop.
+bool LibraryWalk::walk() {
+    for (const Listing& listing : std::as_const(_next._listings)) {
+        if (_stop.stop_requested())
+            return false;
+        _knownListings.insert(listing->path, listing);
+    }
+    for (const Record& record : std::as_const(_next._bundles))
+        _knownRecords.insert(record->path, record);
+    _next._listings.clear();
+    _next._bundles.clear();
+
+    const int deepest = _context.settings.scanDepth;
+    _pending.resize(static_cast<std::size_t>(deepest) + 1);
+    for (const auto& directory : std::as_const(_next._searchPaths->unreadable))
+        addUnreadable(directory);
+    for (const auto& candidate : std::as_const(_next._searchPaths->candidates))
+        meet(candidate, 0);
+    for (int depth = 0; depth <= deepest; ++depth)
+        if (!listLevel(depth) || !readBundles())
+            return false;
+    return true;
+}
+
+/// Lists the folders of one depth, in order.
+bool LibraryWalk::listLevel(int depth) {
+    const QList<PendingDirectory> level = std::exchange(_pending[static_cast<std::size_t>(depth)], {});
+    for (qsizetype begin = 0; begin < level.size() && !_isCutOff; begin += listingBatch) {
+        const qsizetype count = std::min(listingBatch, level.size() - begin);
+        std::vector<Listing> batch(static_cast<std::size_t>(count));
+        forEachIndex(count, _context.threads, [&](qsizetype i) {
+            const QString& path = level.at(begin + i).path;
+            Listing listing = _knownListings.value(path);
+            if (!listing && !_stop.stop_requested())
+                listing = std::make_shared<const ScanListing>(
+                    listDirectory(_context, _reliableDevices, path));
+            batch[static_cast<std::size_t>(i)] = std::move(listing);
+        });
+        if (_stop.stop_requested())
+            return false;
+        for (const Listing& listing : batch)
+            addListing(listing, depth);
+    }
+    return true;
+}
+
+void LibraryWalk::addListing(const Listing& listing, int depth) {
+    if (_isCutOff)
+        return;
+    if (!_knownListings.contains(listing->path))
+        ++_next._work.directoriesListed;
+    if (seenBefore(listing->evidence))
+        return;
+    _entryCount += listing->entryCount;
+    if (_next._listings.size() >= _context.limits.directories ||
+        _entryCount > _context.limits.entries) {
+        cutOff();
+        return;
+    }
+    _next._listings.append(listing);
+    for (const auto& directory : std::as_const(listing->unreadable))
+        addUnreadable(directory);
+    if (!listing->listed)
+        return;
+    _scanned.append({listing->path, depth});
+    for (const auto& candidate : std::as_const(listing->candidates))
+        meet(candidate, depth + 1);
+}
+
+/// Queues what lies at `depth`.
+void LibraryWalk::meet(const AppScanner::TraversalCandidate& candidate, int depth) {
+    if (!candidate.isDirectory)
+        return;
+    if (!candidate.isApplication() && depth > _context.settings.scanDepth)
+        return;
+    const qsizetype known = _metPaths.size();
+    _metPaths.insert(candidate.path);
+    if (_metPaths.size() == known)
+        return;
+    if (candidate.isApplication())
+        _pendingBundles.append({candidate.path, depth});
+    else
+        _pending[static_cast<std::size_t>(depth)].append({candidate.path, depth});
+}
+
+bool LibraryWalk::readBundles() {
+    QList<PendingBundle> bundles = std::exchange(_pendingBundles, {});
+    if (_bundleCount + bundles.size() > _context.limits.bundles) {
+        cutOff();
+        bundles.resize(_context.limits.bundles - _bundleCount);
+    }
+    _bundleCount += bundles.size();
+
+    std::vector<Record> records(static_cast<std::size_t>(bundles.size()));
+    forEachIndex(bundles.size(), _context.threads, [&](qsizetype i) {
+        const QString& path = bundles.at(i).path;
+        Record record = _knownRecords.value(path);
+        if (!record && !_stop.stop_requested())
+            record = std::make_shared<const BundleRecord>(readBundleRecord(_context, path));
+        records[static_cast<std::size_t>(i)] = std::move(record);
+    });
+    if (_stop.stop_requested())
+        return false;
+    for (qsizetype i = 0; i < bundles.size(); ++i)
+        addRecord(records[static_cast<std::size_t>(i)], bundles.at(i).depth);
+    return true;
+}
+
+void LibraryWalk::addRecord(const Record& record, int depth) {
+    if (!_knownRecords.contains(record->path))
+        ++_next._work.bundlesRead;
+    if (seenBefore(record->evidence))
+        return;
+    _next._bundles.append(record);
+    if (record->holdsApplications)
+        meet({record->path + QStringLiteral("/Contents/Applications"), true, false}, depth + 2);
+    if (record->isLaunchProhibited)
+        return;
+    if (record->state == AppScanner::InstallState::ready)
+        _ready.append(record);
+    else if (record->state == AppScanner::InstallState::incomplete)
+        _next._result.incompleteBundles.append({record->path, record->fileIdentifier()});
+}
+
+/// True for a folder that was met before under another path.
+bool LibraryWalk::seenBefore(const ScanEvidence& evidence) {
+    const ScanObservation& self = evidence.observations.first();
+    if (!self.found())
+        return false;
+    const qsizetype known = _seenFiles.size();
+    _seenFiles.insert({self.status.device, self.status.inode});
+    return _seenFiles.size() == known;
+}
+
+void LibraryWalk::addUnreadable(const AppScanner::UnreadableDirectory& directory) {
+    auto& all = _next._result.unreadableDirectories;
+    if (all.size() < maximumUnreadable && !all.contains(directory))
+        all.append(directory);
+    else if (all.size() >= maximumUnreadable)
+        doubtEverything();
+}
+
+void LibraryWalk::cutOff() {
+    _isCutOff = true;
+    doubtEverything();
+}
+
+/// What was not found may be anywhere out of sight.
+void LibraryWalk::doubtEverything() {
+    const AppScanner::UnreadableDirectory everything{QStringLiteral("/"), Reason::limit};
+    if (!_next._result.unreadableDirectories.contains(everything))
+        _next._result.unreadableDirectories.append(everything);
+}
+
+/// Makes the entries of what was found.
+void LibraryWalk::finish() {
+    std::ranges::sort(_ready, [](const Record& a, const Record& b) {
+        const int byName = a->nameSortKey.compare(b->nameSortKey);
+        return byName != 0 ? byName < 0 : a->path < b->path;
+    });
+    QHash<QString, int> declarations;
+    for (const Record& record : std::as_const(_ready))
+        if (record->bundleIdentifier)
+            ++declarations[*record->bundleIdentifier];
+    QHash<QString, QUuid> identities;
+    for (const AppEntry& entry : std::as_const(_cache._result.apps))
+        identities.insert(entry.path, entry.id);
+
+    AppScanner::LibraryScan& result = _next._result;
+    result.apps.reserve(_ready.size());
+    for (const Record& record : std::as_const(_ready)) {
+        const auto known = identities.constFind(record->path);
+        AppEntry entry;
+        entry.id = known != identities.constEnd() ? *known : _context.uuids.next();
+        entry.bundleIdentifier = record->bundleIdentifier;
+        entry.name = record->name;
+        entry.originalName = record->name;
+        entry.path = record->path;
+        entry.source = _next._places.sourceOf(record->path);
+        entry.category = record->category;
+        entry.isDuplicateBundleIdentifier =
+            record->bundleIdentifier && declarations.value(*record->bundleIdentifier) > 1;
+        result.apps.append(entry);
+    }
+    for (const AppScanner::ScannedDirectory& directory : std::as_const(_scanned))
+        result.watchableDirectories.append(directory.path);
+}
+
+} // namespace tessellar
