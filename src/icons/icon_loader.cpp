@@ -1,0 +1,117 @@
+#include "icons/icon_loader.h"
+
+#include "icons/app_icon.h"
+
+#include <QSet>
+
+namespace tessellar {
+
+namespace {
+/// What an entry without an image counts, so that their number is bounded as well.
+constexpr qsizetype emptyCost = 256;
+qsizetype costOf(const QImage& image) { return image.isNull() ? emptyCost : image.sizeInBytes(); }
+} // namespace
+
+IconLoader::IconLoader(const FileSystem& files, WorkerPool& workers,
+                       std::shared_ptr<const IconDecoder> decoder, qsizetype maximumBytes)
+    : _files(files), _workers(workers), _decoder(std::move(decoder)), _cache(maximumBytes) {}
+
+bool IconLoader::isFresh(const IconWish& wish) const {
+    const Cached* cached = _cache.object(wish.appKey);
+    return cached && !cached->isStale && cached->side == _side && cached->bundlePath == wish.bundlePath;
+}
+
+void IconLoader::want(const Wishes& wishes, int side) {
+    _wishes = wishes;
+    _side = side;
+    _waiting.clear();
+
+    QSet<QString> wanted;
+    for (const auto& phase : wishes)
+        for (const IconWish& wish : phase)
+            wanted.insert(wish.appKey);
+    std::erase_if(_running, [&](const auto& entry) {
+        return entry.second.side != _side || !wanted.contains(entry.first);
+    });
+
+    // What is looked up last is pushed out last: the visible page goes to the front of the cache after
+    // its neighbours.
+    for (const Phase phase : {neighbours, visible})
+        for (const IconWish& wish : wishes[phase])
+            (void)_cache.object(wish.appKey);
+    for (const Phase phase : {visible, neighbours})
+        for (const IconWish& wish : wishes[phase])
+            if (!isFresh(wish))
+                start(wish);
+    for (const IconWish& wish : wishes[rest])
+        if (!isFresh(wish))
+            _waiting.append(wish);
+    startWaiting();
+}
+
+void IconLoader::cancel() {
+    _wishes = {};
+    _waiting.clear();
+    _running.clear();
+}
+
+void IconLoader::start(const IconWish& wish) {
+    const auto found = _running.find(wish.appKey);
+    if (found != _running.end() && found->second.wish == wish)
+        return;
+    std::optional<QString> custom = _customIcons ? _customIcons(wish.appKey) : std::nullopt;
+    Running running{.task = {}, .wish = wish, .side = _side};
+    running.task = _workers.run(
+        [&files = _files, decoder = _decoder, path = wish.bundlePath, custom = std::move(custom),
+         side = _side](std::stop_token) { return loadAppIcon(files, *decoder, path, custom, side); },
+        [this, wish, side = _side](QImage image) { finish(wish, side, std::move(image)); });
+    _running.insert_or_assign(wish.appKey, std::move(running));
+}
+
+void IconLoader::startWaiting() {
+    // Few at a time: what the user turns to next is not to wait behind a long queue.
+    const std::size_t few = 2 * _workers.threadCount();
+    const qsizetype bytes = qsizetype(4) * _side * _side;
+    while (!_waiting.isEmpty() && _running.size() < few) {
+        const qsizetype promised = static_cast<qsizetype>(_running.size() + 1) * bytes;
+        if (_cache.totalCost() + promised > _cache.maxCost()) {
+            _waiting.clear();
+            return;
+        }
+        start(_waiting.takeFirst());
+    }
+}
+
+void IconLoader::finish(const IconWish& wish, int side, QImage image) {
+    _running.erase(wish.appKey);
+    const qsizetype cost = costOf(image);
+    _cache.insert(wish.appKey,
+                  new Cached{.image = std::move(image), .bundlePath = wish.bundlePath, .side = side},
+                  cost);
+    startWaiting();
+    if (_ready)
+        _ready(wish.appKey);
+}
+
+QImage IconLoader::icon(const QString& appKey) {
+    const Cached* cached = _cache.object(appKey);
+    return cached && !cached->image.isNull() ? cached->image : genericIcon();
+}
+
+QImage IconLoader::genericIcon() {
+    if (_generic.width() != _side)
+        _generic = genericAppIcon(_side);
+    return _generic;
+}
+
+void IconLoader::reload(const QString& appKey) {
+    if (Cached* cached = _cache.object(appKey))
+        cached->isStale = true;
+    _running.erase(appKey);
+    for (const auto& phase : _wishes)
+        for (const IconWish& wish : phase)
+            if (wish.appKey == appKey)
+                return start(wish);
+}
+
+} // namespace tessellar
