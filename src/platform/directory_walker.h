@@ -32,13 +32,19 @@ struct WalkOptions {
 struct WalkResult {
     std::uint64_t entries = 0;
     QList<FileError> unreadable; ///< folders that could not be listed, at most 1,000 of them
-    bool complete = true;        ///< false when stopped or when a limit was reached
+    bool complete = true;        ///< false when stopped or when a limit kept it from an entry or folder
 };
 
 /// Walks a tree with several threads, by descriptors and large `getdents` reads; about a million
-/// entries a second on two cores. Links are reported, never followed, and so no loop can hold it.
-/// `visit` is called from several threads at once, and decides for each directory whether it is
-/// entered. Directories are visited in no fixed order; a caller that needs one sorts.
+/// entries a second on two cores. Links are reported, never followed, not even one at `path` itself,
+/// and so no loop can hold it. A mount point is reported but not entered, unless the options say so.
+/// What vanishes meanwhile is passed over. Any depth is walked with a hundred descriptors and a small
+/// stack.
+///
+/// `visit` is called from several threads at once, this one among them, and decides for each directory
+/// whether it is entered; for other entries its answer means nothing. It must not throw. Directories
+/// are visited in no fixed order; a caller that needs one sorts. After a stop is requested each thread
+/// finishes at most the visit that it is in.
 WalkResult walkDirectory(const FileSystem& files, const QString& path, const WalkOptions& options,
                          std::stop_token stop, const std::function<WalkStep(const WalkEntry&)>& visit);
 

@@ -112,13 +112,11 @@ FileSystem::FileSystem(const QString& hostRoot) {
     if (root == u"/")
         return;
     _root = root;
-    const QByteArray bytes = toHostBytes(root).value_or(QByteArray());
-    if (char* canonical = ::realpath(bytes.constData(), nullptr)) {
+    _rootBytes = toHostBytes(root).value_or(QByteArray());
+    if (char* canonical = ::realpath(_rootBytes.constData(), nullptr)) {
         _canonicalRoot = fromHostBytes(canonical);
         std::free(canonical); // NOLINT: realpath's
     }
-    _directory = std::make_shared<const Descriptor>(
-        ::open(bytes.constData(), lookOnly | O_DIRECTORY | O_CLOEXEC));
 }
 
 QByteArray FileSystem::hostPath(const QString& path) const {
@@ -181,13 +179,10 @@ std::optional<QByteArray> FileSystem::toHostBytes(const QString& text) {
     return bytes;
 }
 
-std::expected<std::shared_ptr<const Descriptor>, int> FileSystem::root() const {
-    if (_directory && *_directory)
-        return _directory;
-    const QByteArray bytes = toHostBytes(hostRoot()).value_or(QByteArray());
-    auto opened = std::make_shared<const Descriptor>(
-        ::open(bytes.constData(), lookOnly | O_DIRECTORY | O_CLOEXEC));
-    if (!*opened)
+/// Opened anew each time: a folder that was put in the place of another is the root from then on.
+std::expected<Descriptor, int> FileSystem::root() const {
+    Descriptor opened(::open(_rootBytes.constData(), lookOnly | O_DIRECTORY | O_CLOEXEC));
+    if (!opened)
         return std::unexpected(errno);
     return opened;
 }
@@ -209,7 +204,7 @@ std::expected<Descriptor, int> FileSystem::openBytes(const QByteArray& path, int
         const auto directory = root();
         if (!directory)
             return std::unexpected(directory.error());
-        return openInRoot((*directory)->get(), path, flags);
+        return openInRoot(directory->get(), path, flags);
     }
     Descriptor opened(retrying([&] { return ::open(path.constData(), flags | O_CLOEXEC); }));
     if (!opened)
@@ -254,8 +249,7 @@ std::expected<FileStatus, int> FileSystem::statusOf(const QString& path, bool fo
     const auto directory = root();
     if (!directory)
         return std::unexpected(directory.error());
-    const auto entry =
-        locate((*directory)->get(), *bytes, followLink ? LastLink::follow : LastLink::keep);
+    const auto entry = locate(directory->get(), *bytes, followLink ? LastLink::follow : LastLink::keep);
     if (!entry)
         return std::unexpected(entry.error());
     return statusAt(entry->directory.get(), entry->name.constData(), AT_SYMLINK_NOFOLLOW);
@@ -312,7 +306,7 @@ std::expected<QString, FileError> FileSystem::resolved(const QString& path) cons
     const auto directory = root();
     if (!directory)
         return std::unexpected(fileError(directory.error(), path));
-    auto entry = locate((*directory)->get(), *bytes, LastLink::follow);
+    auto entry = locate(directory->get(), *bytes, LastLink::follow);
     if (!entry)
         return std::unexpected(fileError(entry.error(), path));
     struct stat status {};

@@ -8,7 +8,6 @@
 
 #include <cstdint>
 #include <expected>
-#include <memory>
 #include <optional>
 
 namespace tessellar {
@@ -143,16 +142,16 @@ public:
     static QString extension(const QString& path);
 
 private:
-    std::expected<std::shared_ptr<const Descriptor>, int> root() const;
+    std::expected<Descriptor, int> root() const;
     std::expected<QByteArray, int> hostBytes(const QString& path) const;
     std::expected<Place, int> place(const QString& path) const;
     std::expected<Descriptor, int> openBytes(const QByteArray& path, int flags) const;
     std::expected<Descriptor, int> openPath(const QString& path, int flags) const;
     std::expected<FileStatus, int> statusOf(const QString& path, bool followLink) const;
 
-    QString _root;          ///< host path without a trailing slash; empty for "/"
+    QString _root; ///< host path without a trailing slash; empty for "/"
+    QByteArray _rootBytes;
     QString _canonicalRoot; ///< the same without links, as tools may answer with it
-    std::shared_ptr<const Descriptor> _directory; ///< the root, open; none for "/"
 };
 
 } // namespace tessellar

@@ -114,6 +114,22 @@ private:
     int _steps = 0;
 };
 
+/// Opens one name without following it, by the calls that every system has.
+std::expected<Descriptor, int> openName(int directory, const QByteArray& name, int flags,
+                                        bool crossMounts) {
+    Descriptor opened(retrying(
+        [&] { return ::openat(directory, name.constData(), flags | O_NOFOLLOW | O_CLOEXEC); }));
+    if (!opened)
+        return std::unexpected(errno);
+    struct stat above {};
+    struct stat here {};
+    if (!crossMounts && (::fstat(directory, &above) != 0 || ::fstat(opened.get(), &here) != 0))
+        return std::unexpected(errno);
+    if (above.st_dev != here.st_dev)
+        return std::unexpected(EXDEV);
+    return opened;
+}
+
 #ifdef __linux__
 /// False once the kernel has said that it does not know the call, or a sandbox forbids it.
 std::atomic<bool> kernelResolves{true};
@@ -159,7 +175,7 @@ std::expected<Descriptor, int> openInRootByComponent(int root, const QByteArray&
     const auto place = locate(root, path, flags & O_NOFOLLOW ? LastLink::keep : LastLink::follow);
     if (!place)
         return std::unexpected(place.error());
-    return openEntry(place->directory.get(), place->name.constData(), flags, true);
+    return openName(place->directory.get(), place->name, flags, true);
 }
 
 std::expected<Descriptor, int> openInRoot(int root, const QByteArray& path, int flags) {
@@ -174,27 +190,27 @@ std::expected<Descriptor, int> openInRoot(int root, const QByteArray& path, int 
     return openInRootByComponent(root, path, flags);
 }
 
-std::expected<Descriptor, int> openEntry(int directory, const char* name, int flags, bool crossMounts) {
-    flags |= O_NOFOLLOW | O_CLOEXEC;
+std::expected<Descriptor, int> openBelow(int directory, const QByteArray& path, int flags,
+                                         bool crossMounts) {
 #ifdef __linux__
-    if (!crossMounts && kernelResolves.load(std::memory_order_relaxed)) {
-        auto opened = openByKernel(directory, name, flags, RESOLVE_NO_XDEV | RESOLVE_NO_SYMLINKS);
+    if (kernelResolves.load(std::memory_order_relaxed)) {
+        auto opened = openByKernel(directory, path.constData(), flags | O_NOFOLLOW | O_CLOEXEC,
+                                   RESOLVE_NO_SYMLINKS | (crossMounts ? 0 : RESOLVE_NO_XDEV));
         if (opened || !kernelRefused(opened.error()))
             return opened;
     }
 #endif
-    Descriptor opened(retrying([&] { return ::openat(directory, name, flags); }));
-    if (!opened)
-        return std::unexpected(errno);
-    if (!crossMounts) {
-        struct stat above {};
-        struct stat here {};
-        if (::fstat(directory, &above) != 0 || ::fstat(opened.get(), &here) != 0)
-            return std::unexpected(errno);
-        if (above.st_dev != here.st_dev)
-            return std::unexpected(EXDEV);
+    const qsizetype slash = path.lastIndexOf('/');
+    if (slash < 0)
+        return openName(directory, path, flags, crossMounts);
+    Descriptor folder;
+    for (const QByteArray& name : path.first(slash).split('/')) {
+        auto next = openName(folder ? folder.get() : directory, name, passThrough, crossMounts);
+        if (!next)
+            return next;
+        folder = *std::move(next);
     }
-    return opened;
+    return openName(folder.get(), path.sliced(slash + 1), flags, crossMounts);
 }
 
 } // namespace tessellar

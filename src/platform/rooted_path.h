@@ -36,7 +36,10 @@ std::expected<Descriptor, int> openInRoot(int root, const QByteArray& path, int 
 /// The way of `openInRoot` on kernels that do not resolve inside a root.
 std::expected<Descriptor, int> openInRootByComponent(int root, const QByteArray& path, int flags);
 
-/// Opens one name without following a link. Where `crossMounts` is false, a mount point is EXDEV.
-std::expected<Descriptor, int> openEntry(int directory, const char* name, int flags, bool crossMounts);
+/// Opens what lies below a folder, following no link on the way and none at the end. `path` is
+/// relative, without ".." and shorter than the system's longest path. Where `crossMounts` is false,
+/// what lies on another volume is EXDEV.
+std::expected<Descriptor, int> openBelow(int directory, const QByteArray& path, int flags,
+                                         bool crossMounts);
 
 } // namespace tessellar

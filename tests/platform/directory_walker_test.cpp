@@ -1,0 +1,243 @@
+#include "platform/directory_walker.h"
+#include "tests/support/printers.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <random>
+#include <set>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::StringLiterals;
+namespace fs = std::filesystem;
+
+/// What was visited: path, type and depth, as bytes.
+using Seen = std::multiset<std::tuple<std::string, FileType, int>>;
+
+class DirectoryWalkerTest : public testing::Test {
+protected:
+    /// In memory where there is such a place: these trees have many folders.
+    QTemporaryDir temporary{::access("/dev/shm", W_OK) == 0
+                                ? u"/dev/shm/tessellar-XXXXXX"_s
+                                : QDir::temp().filePath(u"tessellar-XXXXXX"_s)};
+    fs::path root{temporary.path().toStdString()};
+    FileSystem files{temporary.path()};
+
+    static WalkStep descend(const WalkEntry&) { return WalkStep::descend; }
+
+    void put(const fs::path& path) const { std::ofstream(root / path) << "x"; }
+
+    Seen walked(const WalkOptions& options, WalkResult* result = nullptr) const {
+        Seen seen;
+        std::mutex mutex;
+        const WalkResult done = walkDirectory(files, u"/"_s, options, {}, [&](const WalkEntry& entry) {
+            const std::scoped_lock lock(mutex);
+            seen.emplace(FileSystem::toHostBytes(entry.path())->toStdString(), entry.type, entry.depth);
+            return WalkStep::descend;
+        });
+        EXPECT_EQ(done.entries, seen.size());
+        if (result)
+            *result = done;
+        return seen;
+    }
+
+    Seen expected() const {
+        Seen seen;
+        for (auto at = fs::recursive_directory_iterator(root); at != fs::recursive_directory_iterator();
+             ++at) {
+            const auto status = at->symlink_status();
+            seen.emplace('/' + at->path().lexically_relative(root).string(),
+                         fs::is_symlink(status)        ? FileType::symbolicLink
+                         : fs::is_directory(status)    ? FileType::directory
+                         : fs::is_regular_file(status) ? FileType::regular
+                                                       : FileType::other,
+                         at.depth() + 1);
+        }
+        return seen;
+    }
+
+    /// A tree of random shape, with links (to folders above too), a pipe here and there and names
+    /// of any bytes.
+    void grow(unsigned seed) const {
+        std::mt19937 random(seed);
+        std::vector<fs::path> folders{root};
+        for (int i = 0; i < 3000; ++i) {
+            std::string name = std::to_string(i) + std::string(random() % 40, 'n');
+            if (random() % 8 == 0)
+                name += static_cast<char>(0x80 + random() % 0x80);
+            const fs::path path = folders[random() % folders.size()] / name;
+            switch (random() % 8) {
+            case 0:
+            case 1:
+                fs::create_directory(path);
+                folders.push_back(path);
+                break;
+            case 2:
+                fs::create_symlink(folders[random() % folders.size()], path);
+                break;
+            case 3:
+                ::mkfifo(path.c_str(), 0600);
+                break;
+            default:
+                std::ofstream(path) << "x";
+            }
+        }
+    }
+};
+
+TEST_F(DirectoryWalkerTest, SeesWhatAPlainWalkSees) {
+    for (unsigned threads : {1u, 2u, 7u}) {
+        grow(threads);
+        WalkResult result;
+        EXPECT_EQ(walked({.threads = threads}, &result), expected());
+        EXPECT_TRUE(result.complete);
+        EXPECT_THAT(result.unreadable, testing::IsEmpty());
+        fs::remove_all(root);
+        fs::create_directory(root);
+    }
+}
+
+TEST_F(DirectoryWalkerTest, KeepsToItsLimits) {
+    fs::create_directories(root / "a/b/c/d");
+    for (int i = 0; i < 20; ++i)
+        put("a/b/" + std::to_string(i));
+
+    WalkResult result;
+    EXPECT_EQ(walked({.maximumDepth = 2}, &result).size(), 2u);
+    EXPECT_FALSE(result.complete);
+    EXPECT_EQ(walked({.maximumDepth = 5}, &result).size(), 24u);
+    EXPECT_TRUE(result.complete);
+    EXPECT_EQ(walked({.maximumEntries = 10}, &result).size(), 10u);
+    EXPECT_FALSE(result.complete);
+    EXPECT_EQ(walked({.maximumEntries = 24}, &result).size(), 24u);
+    EXPECT_TRUE(result.complete);
+
+    std::atomic<int> visits = 0;
+    result = walkDirectory(files, u"/a/"_s, {}, {}, [&](const WalkEntry& entry) {
+        ++visits;
+        EXPECT_EQ(entry.directory, entry.name == "b" ? u"/a"_s : u"/a/b"_s);
+        return entry.name == "c" ? WalkStep::skip : WalkStep::descend;
+    });
+    EXPECT_EQ(visits, 22);
+    EXPECT_TRUE(result.complete);
+}
+
+TEST_F(DirectoryWalkerTest, StopsWithTheVisitThatItIsIn) {
+    for (int i = 0; i < 50; ++i) {
+        fs::create_directory(root / std::to_string(i));
+        for (int j = 0; j < 50; ++j)
+            put(std::to_string(i) + '/' + std::to_string(j));
+    }
+    std::stop_source stop;
+    std::atomic<int> visits = 0;
+    const auto visit = [&](const WalkEntry&) {
+        if (++visits == 60)
+            stop.request_stop();
+        return WalkStep::descend;
+    };
+    const WalkResult result = walkDirectory(files, u"/"_s, {.threads = 4}, stop.get_token(), visit);
+    EXPECT_FALSE(result.complete);
+    EXPECT_GE(visits, 60);
+    EXPECT_LE(visits, 60 + 4);
+    EXPECT_EQ(result.entries, static_cast<std::uint64_t>(visits));
+    EXPECT_EQ(walkDirectory(files, u"/"_s, {}, stop.get_token(), visit).entries, 0u);
+}
+
+TEST_F(DirectoryWalkerTest, FollowsNoLinkAndSaysWhatItCouldNotList) {
+    fs::create_directories(root / "real/inner");
+    fs::create_directory_symlink("real", root / "link");
+    put("file");
+    using Code = FileError::Code;
+    const auto errors = [&](const QString& path) {
+        return walkDirectory(files, path, {}, {}, descend).unreadable;
+    };
+    EXPECT_THAT(errors(u"/link"_s), testing::ElementsAre(FileError{Code::notADirectory, u"/link"_s}));
+    EXPECT_THAT(errors(u"/file"_s), testing::ElementsAre(FileError{Code::notADirectory, u"/file"_s}));
+    EXPECT_THAT(errors(u"/none"_s), testing::ElementsAre(FileError{Code::notFound, u"/none"_s}));
+    EXPECT_EQ(walkDirectory(files, u"/link/inner"_s, {}, {}, descend).unreadable.size(), 0);
+
+    if (::geteuid() == 0 && ::seteuid(65534) != 0)
+        GTEST_SKIP() << "cannot become a user who may not read everything";
+    // As that user, who must be able to reach the tree.
+    if (::geteuid() == 65534) {
+        ASSERT_EQ(::seteuid(0), 0);
+        fs::permissions(root, fs::perms(0755));
+        fs::permissions(root / "real/inner", fs::perms(0700));
+        ASSERT_EQ(::seteuid(65534), 0);
+    } else {
+        fs::permissions(root / "real/inner", fs::perms::none);
+    }
+    const auto unreadable = errors(u"/"_s);
+    EXPECT_EQ(::getuid() == 0 ? ::seteuid(0) : 0, 0);
+    fs::permissions(root / "real/inner", fs::perms(0700));
+    EXPECT_THAT(unreadable, testing::ElementsAre(FileError{Code::permissionDenied, u"/real/inner"_s}));
+}
+
+TEST_F(DirectoryWalkerTest, EntersAMountOnlyWhenTold) {
+    fs::create_directory(root / "volume");
+    if (::mount("none", (root / "volume").c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "this process may not mount";
+    put("volume/file");
+    EXPECT_EQ(walked({}).size(), 1u);
+    EXPECT_EQ(walked({.crossMounts = true}).size(), 2u);
+    ASSERT_EQ(::umount((root / "volume").c_str()), 0);
+}
+
+/// Below the longest path that the system takes, with few descriptors; every level has a second folder
+/// that is entered on the way back.
+TEST_F(DirectoryWalkerTest, WalksATreeOf50000Levels) {
+    constexpr int levels = 50'000;
+    int at = ::open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (int level = 0; level < levels; ++level) {
+        ASSERT_EQ(::mkdirat(at, "d", 0700), 0);
+        ASSERT_EQ(::mkdirat(at, "e", 0700), 0);
+        const int next = ::openat(at, "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        ::close(at);
+        ASSERT_GE(at = next, 0);
+    }
+    ::close(at);
+
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few{150, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    std::atomic<int> deepest = 0;
+    const WalkResult result =
+        walkDirectory(files, u"/"_s, {.maximumDepth = levels + 1}, {}, [&](const WalkEntry& entry) {
+            for (int seen = deepest;
+                 entry.depth > seen && !deepest.compare_exchange_weak(seen, entry.depth);) {
+            }
+            return WalkStep::descend;
+        });
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_TRUE(result.complete);
+    EXPECT_THAT(result.unreadable, testing::IsEmpty());
+    EXPECT_EQ(result.entries, 2u * levels);
+    EXPECT_EQ(deepest, levels);
+
+    // No library takes so deep a tree away: it is pulled up level by level.
+    const auto in = [&](const char* name) { return root / name; };
+    for (int level = 1; level < levels; ++level) {
+        ASSERT_EQ(::rename(in("d/d").c_str(), in("next").c_str()), 0);
+        ::rmdir(in("d/e").c_str());
+        ::rmdir(in("d").c_str());
+        ::rename(in("next").c_str(), in("d").c_str());
+    }
+}
+
+} // namespace
+} // namespace tessellar
