@@ -1,0 +1,281 @@
+#include "editing/layout_undo.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace tessellar {
+namespace {
+
+LauncherWindowMode other(LauncherWindowMode mode) {
+    return mode == LauncherWindowMode::fullScreen ? LauncherWindowMode::windowed
+                                                  : LauncherWindowMode::fullScreen;
+}
+
+bool hasDocuments(const LayoutUndoState& present, const LayoutUndoState& wanted) {
+    const auto has = [&](LauncherWindowMode mode) {
+        const LayoutDocument* want = wanted.documentOf(mode);
+        const LayoutDocument* have = present.documentOf(mode);
+        return !want || (have && *have == *want);
+    };
+    return has(wanted.mode) && has(other(wanted.mode));
+}
+
+/// The tiles of the page that a state shows, by slot, and whose page it is.
+struct ShownLevel {
+    std::optional<QUuid> folder;
+    qsizetype page = 0;
+    Page tiles;
+};
+
+ShownLevel shownLevel(const LayoutUndoState& state, const GridCapacities& capacities) {
+    ShownLevel level{std::nullopt, state.navigation.currentPage, {}};
+    if (!state.navigation.folderStack.isEmpty()) {
+        const OpenFolderLevel& innermost = state.navigation.folderStack.last();
+        level.folder = innermost.id;
+        level.page = innermost.page;
+    }
+    if (const Pages* pages = pagesOf(state.document.pages, level.folder)) {
+        const auto capacity = static_cast<int>(capacities.of(level.folder));
+        level.tiles = ShownPages(*pages, state.document.hiddenKeys, capacity).tiles(level.page);
+    }
+    return level;
+}
+
+} // namespace
+
+const LayoutDocument* LayoutUndoState::documentOf(LauncherWindowMode which) const {
+    if (which == mode)
+        return &document;
+    return otherDocument ? &*otherDocument : nullptr;
+}
+
+QString UndoRedoFeedback::text() const {
+    const char* word = direction == Direction::undo ? QT_TRANSLATE_NOOP("Edits", "Undo")
+                                                    : QT_TRANSLATE_NOOP("Edits", "Redo");
+    return QCoreApplication::translate("Edits", word) + u' ' + name;
+}
+
+QString UndoRedoFeedback::symbolName() const {
+    return direction == Direction::undo ? QStringLiteral("arrow.uturn.backward")
+                                        : QStringLiteral("arrow.uturn.forward");
+}
+
+UndoRedoReflow reflowBetween(const LayoutUndoState& before, const LayoutUndoState& after,
+                             const GridCapacities& capacities, const QUuid& id) {
+    UndoRedoReflow reflow;
+    reflow.id = id;
+    const ShownLevel from = shownLevel(before, capacities);
+    const ShownLevel to = shownLevel(after, capacities);
+    const bool isSamePage =
+        before.mode == after.mode && from.folder == to.folder && from.page == to.page;
+    QHash<QUuid, int> slotsBefore;
+    for (int slot = 0; isSamePage && slot < from.tiles.size(); ++slot)
+        slotsBefore.insert(from.tiles.at(slot).id(), slot);
+    QSet<QUuid> present;
+    if (const LayoutDocument* document = before.documentOf(after.mode))
+        forEachItem(document->pages, [&](const LaunchpadItem& item) {
+            present.insert(item.id());
+            return true;
+        });
+
+    for (int slot = 0; slot < to.tiles.size(); ++slot) {
+        const QUuid tile = to.tiles.at(slot).id();
+        const auto held = slotsBefore.constFind(tile);
+        if (!present.contains(tile)) {
+            reflow.appearing.insert(tile);
+        } else if (held == slotsBefore.constEnd() || *held != slot) {
+            reflow.movedOrder.insert(tile, static_cast<int>(reflow.movedOrder.size()));
+            if (held != slotsBefore.constEnd())
+                reflow.heldSlots.insert(tile, *held);
+        }
+    }
+    return reflow;
+}
+
+LayoutUndoHistory::LayoutUndoHistory(Scheduler& scheduler, UuidSource& uuids, LayoutUndoActions actions)
+    : _scheduler(scheduler), _uuids(uuids), _actions(std::move(actions)) {}
+
+bool LayoutUndoHistory::record(const QString& name, LayoutUndoState before,
+                               const QList<TrashedAppRecord>& trashedApps) {
+    LayoutUndoState after = _actions.snapshot();
+    if (before.otherDocument == after.otherDocument) {
+        before.otherDocument.reset();
+        after.otherDocument.reset();
+    }
+    if (trashedApps.isEmpty() && before.document == after.document &&
+        before.otherDocument == after.otherDocument &&
+        before.smartFolderDefinitions == after.smartFolderDefinitions)
+        return false;
+    push({name, std::move(before), std::move(after), trashedApps});
+    _redoStack.clear();
+    changed();
+    return true;
+}
+
+void LayoutUndoHistory::undo(Done done) { step(Direction::undo, std::move(done)); }
+
+void LayoutUndoHistory::redo(Done done) { step(Direction::redo, std::move(done)); }
+
+void LayoutUndoHistory::step(Direction direction, Done done) {
+    QList<LayoutUndoEntry>& stack = direction == Direction::undo ? _undoStack : _redoStack;
+    if (_isUndoRedoOperationInProgress || stack.isEmpty()) {
+        if (done)
+            done(Result::refused);
+        return;
+    }
+    _isUndoRedoOperationInProgress = true;
+    _undoFeedbackTask.cancel();
+    _undoFeedback.reset();
+    _undoReflowTask.cancel();
+    _undoReflow.reset();
+    LayoutUndoEntry entry = stack.takeLast();
+    const QList<TrashedAppRecord> records = entry.trashedApps;
+    moveApps(direction == Direction::redo, records,
+             [this, direction, entry = std::move(entry), done](QList<TrashOutcome> outcomes) {
+                 afterTrash(direction, entry, std::move(outcomes), done);
+             });
+}
+
+void LayoutUndoHistory::moveApps(bool intoTrash, const QList<TrashedAppRecord>& records,
+                                 std::function<void(QList<TrashOutcome>)> then) {
+    if (records.isEmpty()) {
+        then({});
+        return;
+    }
+    auto isWaiting = std::make_shared<bool>(true);
+    const auto& operation = intoTrash ? _actions.moveToTrash : _actions.restoreFromTrash;
+    operation(records, [alive = std::weak_ptr(_alive), isWaiting, records,
+                        then = std::move(then)](QList<TrashOutcome> outcomes) {
+        if (alive.expired() || !std::exchange(*isWaiting, false))
+            return;
+        // What was not told of was not moved.
+        while (outcomes.size() < records.size())
+            outcomes.append({records.at(outcomes.size()), QStringLiteral("The Trash did not answer.")});
+        then(outcomes);
+    });
+}
+
+void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,
+                                   QList<TrashOutcome> outcomes, Done done) {
+    QList<bool> moved;
+    QStringList failures;
+    for (qsizetype i = 0; i < entry.trashedApps.size(); ++i) {
+        const TrashOutcome& outcome = outcomes.at(i);
+        moved.append(!outcome.failure);
+        if (outcome.failure)
+            failures += entry.trashedApps.at(i).name + QStringLiteral(": ") + *outcome.failure;
+        else
+            entry.trashedApps[i] = outcome.record;
+    }
+    if (!failures.isEmpty()) {
+        if (_actions.alert)
+            _actions.alert(direction == Direction::undo
+                               ? QCoreApplication::translate("Edits", "Could not put apps back")
+                               : QCoreApplication::translate("Edits", "Could not delete apps again"),
+                           failures.join(u'\n'));
+        moveBack(direction, std::move(entry), moved, Result::trashFailed, std::move(done));
+        return;
+    }
+    if (!apply(direction == Direction::undo ? entry.before : entry.after)) {
+        moveBack(direction, std::move(entry), moved, Result::notApplied, std::move(done));
+        return;
+    }
+    finish(direction, std::move(entry), Result::done, done);
+}
+
+void LayoutUndoHistory::moveBack(Direction direction, LayoutUndoEntry entry, const QList<bool>& moved,
+                                 Result result, Done done) {
+    QList<TrashedAppRecord> records;
+    QList<qsizetype> indices;
+    for (qsizetype i = 0; i < moved.size(); ++i) {
+        if (!moved.at(i))
+            continue;
+        records.append(entry.trashedApps.at(i));
+        indices.append(i);
+    }
+    moveApps(direction == Direction::undo, records,
+             [this, direction, entry = std::move(entry), indices, result,
+              done](const QList<TrashOutcome>& outcomes) mutable {
+                 for (qsizetype i = 0; i < outcomes.size() && i < indices.size(); ++i)
+                     if (!outcomes.at(i).failure)
+                         entry.trashedApps[indices.at(i)] = outcomes.at(i).record;
+                 finish(direction, std::move(entry), result, done);
+             });
+}
+
+void LayoutUndoHistory::finish(Direction direction, LayoutUndoEntry entry, Result result,
+                               const Done& done) {
+    const QString name = entry.name;
+    const bool goesToUndo = (direction == Direction::undo) != (result == Result::done);
+    if (goesToUndo)
+        push(std::move(entry));
+    else
+        _redoStack.append(std::move(entry));
+    _isUndoRedoOperationInProgress = false;
+    if (result == Result::done)
+        showNotice(direction, name);
+    changed();
+    if (done)
+        done(result);
+}
+
+bool LayoutUndoHistory::apply(const LayoutUndoState& state) {
+    const LayoutUndoState present = _actions.snapshot();
+    // A part that is as it should be is not written: a layout step can be undone while the smart
+    // folders cannot be saved.
+    const bool changesLayout = !hasDocuments(present, state);
+    const bool changesDefinitions = present.smartFolderDefinitions != state.smartFolderDefinitions;
+    const bool layoutApplied = !changesLayout || _actions.applyLayout(state);
+    const bool definitionsApplied =
+        layoutApplied &&
+        (!changesDefinitions || _actions.applyDefinitions(state.smartFolderDefinitions));
+    if (!definitionsApplied) {
+        if (layoutApplied)
+            _actions.applyDefinitions(present.smartFolderDefinitions);
+        if (changesLayout)
+            _actions.applyLayout(present);
+        return false;
+    }
+    _actions.applyNavigation(state);
+    const GridCapacities capacities =
+        _actions.capacities ? _actions.capacities(state.mode) : GridCapacities();
+    showReflow(reflowBetween(present, _actions.snapshot(), capacities, _uuids.next()));
+    return true;
+}
+
+void LayoutUndoHistory::push(LayoutUndoEntry entry) {
+    _undoStack.append(std::move(entry));
+    while (_undoStack.size() > undoLimit)
+        _undoStack.removeFirst();
+}
+
+void LayoutUndoHistory::showNotice(Direction direction, const QString& name) {
+    const int revision = ++_undoFeedbackRevision;
+    _undoFeedback = UndoRedoFeedback{direction, name, revision};
+    _undoFeedbackTask = _scheduler.after(noticeDuration, [this, revision] {
+        if (!_undoFeedback || _undoFeedback->revision != revision)
+            return;
+        _undoFeedback.reset();
+        changed();
+    });
+}
+
+void LayoutUndoHistory::showReflow(UndoRedoReflow reflow) {
+    _undoReflow = std::move(reflow);
+    _undoReflowTask = _scheduler.after(reflowHold, [this] {
+        _undoReflow->released = true;
+        changed();
+        _undoReflowTask = _scheduler.after(reflowDuration, [this] {
+            _undoReflow.reset();
+            changed();
+        });
+    });
+}
+
+void LayoutUndoHistory::changed() const {
+    if (_actions.changed)
+        _actions.changed();
+}
+
+} // namespace tessellar

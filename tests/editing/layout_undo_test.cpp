@@ -1,0 +1,415 @@
+#include "editing/layout_undo.h"
+
+#include "editing/arrangements.h"
+#include "editing/edit_names.h"
+#include "support/manual_time.h"
+#include "support/printers.h"
+#include "support/sequential_uuids.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tessellar {
+namespace {
+
+using test::app;
+using test::folder;
+using test::tileID;
+using testing::ElementsAre;
+using Result = LayoutUndoHistory::Result;
+using namespace std::chrono_literals;
+
+const Locale english(QStringLiteral("en_US"));
+
+/// A launcher with as much of itself as history touches. Like the real one, it takes a new value up
+/// before saving it, also when the saving then fails.
+class Launcher {
+public:
+    LayoutUndoState live{.document = {.pages = {{app(1), app(2), app(3)}}},
+                         .otherDocument = LayoutDocument{.pages = {{app(4), app(5)}}}};
+    bool layoutSaves = true;
+    bool definitionsSave = true;
+    QStringList alerts;
+    QStringList trashLog;
+    QSet<QString> stuck; ///< names of applications that cannot be moved
+    bool answersLater = false;
+    QList<std::function<void()>> answers;
+
+    test::ManualTime time;
+    test::SequentialUuids uuids;
+    std::optional<LayoutUndoHistory> history;
+
+    Launcher() {
+        history.emplace(
+            time, uuids,
+            LayoutUndoActions{
+                .snapshot = [this] { return live; },
+                .applyLayout =
+                    [this](const LayoutUndoState& state) {
+                        show(state.mode);
+                        live.document = state.document;
+                        if (state.otherDocument)
+                            live.otherDocument = state.otherDocument;
+                        return layoutSaves;
+                    },
+                .applyDefinitions =
+                    [this](const QList<SmartFolderDefinition>& definitions) {
+                        live.smartFolderDefinitions = definitions;
+                        return definitionsSave;
+                    },
+                .applyNavigation =
+                    [this](const LayoutUndoState& state) {
+                        show(state.mode);
+                        live.navigation = state.navigation;
+                    },
+                .restoreFromTrash = [this](auto records, auto done) { moveApps(records, done, false); },
+                .moveToTrash = [this](auto records, auto done) { moveApps(records, done, true); },
+                .alert = [this](const QString& title,
+                                const QString& message) { alerts += title + u'\n' + message; },
+                .capacities = {},
+                .changed = {}});
+    }
+
+    void show(LauncherWindowMode mode) {
+        if (mode == live.mode)
+            return;
+        live.mode = mode;
+        std::swap(live.document, *live.otherDocument);
+    }
+
+    /// Makes an edit of the present layout and records it.
+    bool edit(const QString& name, const std::function<void(LayoutUndoState&)>& change,
+              const QList<TrashedAppRecord>& trashed = {}) {
+        const LayoutUndoState before = live;
+        change(live);
+        return history->record(name, before, trashed);
+    }
+    void rename(const QString& name) {
+        edit(name, [&](LayoutUndoState& state) {
+            state.document = *renameApp(state.document, state.document.pages[0][0].id(), name);
+        });
+    }
+    /// `refused` also for a step that has not ended yet.
+    Result undo() {
+        auto result = std::make_shared<Result>(Result::refused);
+        history->undo([result](Result r) { *result = r; });
+        return *result;
+    }
+    Result redo() {
+        auto result = std::make_shared<Result>(Result::refused);
+        history->redo([result](Result r) { *result = r; });
+        return *result;
+    }
+    QStringList undoNames() const { return names(history->undoStack()); }
+    QStringList redoNames() const { return names(history->redoStack()); }
+
+private:
+    static QStringList names(const QList<LayoutUndoEntry>& stack) {
+        QStringList result;
+        for (const LayoutUndoEntry& entry : stack)
+            result += entry.name;
+        return result;
+    }
+
+    void moveApps(const QList<TrashedAppRecord>& records, const LayoutUndoActions::TrashDone& done,
+                  bool intoTrash) {
+        QList<TrashOutcome> outcomes;
+        for (TrashedAppRecord record : records) {
+            if (stuck.contains(record.name)) {
+                outcomes.append({record, QStringLiteral("It is stuck.")});
+                continue;
+            }
+            trashLog += (intoTrash ? u'-' : u'+') + record.name;
+            if (intoTrash)
+                record.trashedURL = QStringLiteral("/Trash/%1").arg(trashLog.size());
+            outcomes.append({record, std::nullopt});
+        }
+        if (answersLater)
+            answers.append([done, outcomes] { done(outcomes); });
+        else
+            done(outcomes);
+    }
+};
+
+TEST(UndoHistory, OnlyARealChangeIsKeptAndEndsRedo) {
+    Launcher launcher;
+    launcher.rename(QStringLiteral("one"));
+    const LayoutUndoState afterOne = launcher.live;
+    launcher.rename(QStringLiteral("two"));
+    ASSERT_EQ(launcher.undo(), Result::done);
+    EXPECT_EQ(launcher.live, afterOne);
+
+    EXPECT_FALSE(launcher.edit(QStringLiteral("looked"), [](LayoutUndoState& state) {
+        state.navigation.currentPage = 3;
+        state.navigation.selectedItemID = tileID(2);
+    }));
+    EXPECT_EQ(launcher.undoNames(), QStringList{QStringLiteral("one")});
+    EXPECT_EQ(launcher.redoNames(), QStringList{QStringLiteral("two")});
+
+    EXPECT_TRUE(launcher.edit(QStringLiteral("hid"), [](LayoutUndoState& state) {
+        state.document = *hideApps(state.document, {tileID(1)});
+    }));
+    EXPECT_FALSE(launcher.history->canRedo());
+    EXPECT_EQ(launcher.redo(), Result::refused);
+    EXPECT_TRUE(launcher.edit(QStringLiteral("defined"), [](LayoutUndoState& state) {
+        state.smartFolderDefinitions.append(SmartFolderDefinition{.id = tileID(77)});
+    }));
+    EXPECT_TRUE(launcher.edit(QStringLiteral("trashed"), [](LayoutUndoState&) {},
+                              {{.name = QStringLiteral("Gone")}}));
+}
+
+TEST(UndoHistory, KeepsTheNewestFifty) {
+    Launcher launcher;
+    for (int i = 0; i < 51; ++i)
+        launcher.rename(QString::number(i));
+    EXPECT_EQ(launcher.history->undoStack().size(), 50);
+    EXPECT_EQ(launcher.undoNames().first(), u"1");
+    while (launcher.history->canUndo())
+        ASSERT_EQ(launcher.undo(), Result::done);
+    EXPECT_EQ(launcher.live.document.pages[0][0].app()->name, u"0");
+    while (launcher.history->canRedo())
+        ASSERT_EQ(launcher.redo(), Result::done);
+    EXPECT_EQ(launcher.history->undoStack().size(), 50);
+    EXPECT_EQ(launcher.live.document.pages[0][0].app()->name, u"50");
+}
+
+TEST(UndoHistory, UndoneEditsGiveEqualStatesInBothModes) {
+    for (unsigned seed = 0; seed < 20; ++seed) {
+        SCOPED_TRACE(seed);
+        test::Generator generate(seed);
+        Launcher launcher;
+        launcher.live.document.pages = tidied(generate.pages(3, 3, 6, 2));
+        launcher.live.otherDocument->pages = tidied(generate.pages(2, 3, 6, 2));
+        QList<LayoutUndoState> states{launcher.live};
+        for (int attempt = 0; attempt < 60; ++attempt) {
+            if (generate.chance(20))
+                launcher.show(launcher.live.mode == LauncherWindowMode::windowed
+                                  ? LauncherWindowMode::fullScreen
+                                  : LauncherWindowMode::windowed);
+            const LayoutDocument& layout = launcher.live.document;
+            QList<QUuid> tiles;
+            forEachItem(layout.pages, [&](const LaunchpadItem& item) {
+                tiles.append(item.id());
+                return true;
+            });
+            const QUuid tile = generate.pick(tiles), onto = generate.pick(tiles);
+            const QUuid fresh = tileID(generate.nextNumber());
+            const GridCapacities grid{5, 3};
+            const EditResult result = [&]() -> EditResult {
+                switch (generate.below(6)) {
+                case 0:
+                    return moveTiles(layout, {tile}, {{}, 0, 0}, grid);
+                case 1:
+                    return groupTiles(layout, {tile}, onto, fresh, english, grid);
+                case 2:
+                    return ungroupFolder(layout, tile, grid);
+                case 3:
+                    return hideApps(layout, {tile});
+                case 4:
+                    return createAlias(layout, tile, fresh, {{}, 0, 0}, grid);
+                default:
+                    return renameApp(layout, tile, QStringLiteral("renamed"));
+                }
+            }();
+            if (!result)
+                continue;
+            const LayoutUndoState before = launcher.live;
+            const bool deletesDefinition = generate.chance(10);
+            if (launcher.edit(QStringLiteral("edit"), [&](LayoutUndoState& state) {
+                    state.document = *result;
+                    if (deletesDefinition) { // which touches the other mode, too
+                        state.otherDocument->hiddenKeys.insert(fresh.toString());
+                        state.smartFolderDefinitions.append(SmartFolderDefinition{.id = fresh});
+                    }
+                })) {
+                states.last() = before; // with the mode that is shown by now
+                states.append(launcher.live);
+            }
+        }
+        states = states.last(std::min<qsizetype>(states.size(), LayoutUndoHistory::undoLimit + 1));
+        ASSERT_GT(states.size(), 20);
+        for (qsizetype i = states.size() - 2; i >= 0; --i) {
+            ASSERT_EQ(launcher.undo(), Result::done);
+            ASSERT_EQ(launcher.live, states[i]);
+        }
+        EXPECT_EQ(launcher.undo(), Result::refused);
+        for (qsizetype i = 1; i < states.size(); ++i) {
+            ASSERT_EQ(launcher.redo(), Result::done);
+            launcher.show(states[i].mode);
+            ASSERT_EQ(launcher.live, states[i]);
+        }
+    }
+}
+
+TEST(UndoHistory, AHalfAppliedStepIsPutBack) {
+    Launcher launcher;
+    launcher.edit(QStringLiteral("Delete Smart Folder"), [](LayoutUndoState& state) {
+        state.document = *addSmartFolder(state.document, tileID(50), {{}, 0, 0}, {});
+        state.smartFolderDefinitions = {SmartFolderDefinition{.id = tileID(50)}};
+    });
+    const LayoutUndoState live = launcher.live;
+
+    launcher.definitionsSave = false;
+    EXPECT_EQ(launcher.undo(), Result::notApplied);
+    EXPECT_EQ(launcher.live, live);
+    launcher.definitionsSave = true;
+    launcher.layoutSaves = false;
+    EXPECT_EQ(launcher.undo(), Result::notApplied);
+    EXPECT_EQ(launcher.live, live);
+    EXPECT_FALSE(launcher.history->feedback());
+    EXPECT_EQ(launcher.undoNames().size(), 1);
+
+    launcher.layoutSaves = true;
+    EXPECT_EQ(launcher.undo(), Result::done);
+    launcher.definitionsSave = false;
+    EXPECT_EQ(launcher.redo(), Result::notApplied);
+    EXPECT_EQ(launcher.redoNames().size(), 1);
+}
+
+TEST(UndoHistory, ALayoutStepDoesNotNeedTheSmartFoldersToBeSavable) {
+    Launcher launcher;
+    launcher.rename(QStringLiteral("one"));
+    launcher.definitionsSave = false;
+    EXPECT_EQ(launcher.undo(), Result::done);
+}
+
+class UndoTrash : public testing::Test {
+protected:
+    void SetUp() override {
+        launcher.edit(
+            editName(EditKind::moveToTrash, 2),
+            [](LayoutUndoState& state) {
+                state.document = removeApplications(state.document, {appKey(app(1)), appKey(app(2))});
+            },
+            {{.name = QStringLiteral("A"), .originalURL = {}, .trashedURL = QStringLiteral("/Trash/A")},
+             {.name = QStringLiteral("B"),
+              .originalURL = {},
+              .trashedURL = QStringLiteral("/Trash/B")}});
+    }
+    Launcher launcher;
+};
+
+TEST_F(UndoTrash, AppsComeBackAndGoAgain) {
+    ASSERT_EQ(launcher.undo(), Result::done);
+    EXPECT_EQ(launcher.live.document.pages[0].size(), 3);
+    ASSERT_EQ(launcher.redo(), Result::done);
+    EXPECT_THAT(launcher.trashLog, ElementsAre(u"+A", u"+B", u"-A", u"-B"));
+    EXPECT_EQ(launcher.live.document.pages[0].size(), 1);
+    // The entry knows where they lie now.
+    EXPECT_EQ(launcher.history->undoStack().last().trashedApps[1].trashedURL, u"/Trash/4");
+    EXPECT_TRUE(launcher.alerts.isEmpty());
+}
+
+TEST_F(UndoTrash, AFailureLeavesEverythingAsItWas) {
+    const LayoutUndoState live = launcher.live;
+    launcher.stuck = {QStringLiteral("B")};
+    EXPECT_EQ(launcher.undo(), Result::trashFailed);
+    EXPECT_THAT(launcher.trashLog, ElementsAre(u"+A", u"-A"));
+    EXPECT_EQ(launcher.live, live);
+    EXPECT_EQ(launcher.undoNames().size(), 1);
+
+    launcher.stuck.clear();
+    launcher.layoutSaves = false;
+    EXPECT_EQ(launcher.undo(), Result::notApplied);
+    EXPECT_THAT(launcher.trashLog.mid(2), ElementsAre(u"+A", u"+B", u"-A", u"-B"));
+    EXPECT_EQ(launcher.live, live);
+
+    launcher.layoutSaves = true;
+    ASSERT_EQ(launcher.undo(), Result::done);
+    launcher.alerts.clear();
+    launcher.trashLog.clear();
+    launcher.stuck = {QStringLiteral("A")};
+    const LayoutUndoState undone = launcher.live;
+    EXPECT_EQ(launcher.redo(), Result::trashFailed);
+    EXPECT_THAT(launcher.alerts, ElementsAre(u"Could not delete apps again\nA: It is stuck."));
+    EXPECT_THAT(launcher.trashLog, ElementsAre(u"-B", u"+B"));
+    EXPECT_EQ(launcher.live, undone);
+    launcher.stuck.clear();
+    EXPECT_EQ(launcher.redo(), Result::done);
+}
+
+TEST_F(UndoTrash, NoSecondStepBeginsWhileOneWaits) {
+    launcher.answersLater = true;
+    EXPECT_EQ(launcher.undo(), Result::refused); // which has begun
+    EXPECT_TRUE(launcher.history->isInProgress());
+    EXPECT_EQ(launcher.undo(), Result::refused);
+    EXPECT_EQ(launcher.redo(), Result::refused);
+    EXPECT_EQ(launcher.live.document.pages[0].size(), 1);
+
+    const auto answer = launcher.answers.takeFirst();
+    answer();
+    answer(); // a second answer means nothing
+    EXPECT_FALSE(launcher.history->isInProgress());
+    EXPECT_EQ(launcher.live.document.pages[0].size(), 3);
+    EXPECT_EQ(launcher.redoNames().size(), 1);
+
+    launcher.history->redo();
+    launcher.history.reset();
+    launcher.answers.takeFirst()(); // nobody is there any more
+}
+
+TEST(UndoNotice, StaysForItsOwnTime) {
+    Launcher launcher;
+    launcher.rename(QStringLiteral("one"));
+    launcher.rename(QStringLiteral("two"));
+    launcher.undo();
+    ASSERT_TRUE(launcher.history->feedback());
+    EXPECT_EQ(launcher.history->feedback()->text(), u"Undo two");
+    const int revision = launcher.history->feedback()->revision;
+    launcher.time.advance(1000ms);
+    launcher.redo();
+    EXPECT_EQ(launcher.history->feedback()->text(), u"Redo two");
+    EXPECT_EQ(launcher.history->feedback()->symbolName(), u"arrow.uturn.forward");
+    EXPECT_EQ(launcher.history->feedback()->revision, revision + 1);
+    launcher.time.advance(1399ms);
+    EXPECT_TRUE(launcher.history->feedback());
+    launcher.time.advance(1ms);
+    EXPECT_FALSE(launcher.history->feedback());
+
+    // A step that fails does not leave the notice before it behind.
+    launcher.undo();
+    launcher.layoutSaves = false;
+    launcher.undo();
+    launcher.time.advance(5s);
+    EXPECT_FALSE(launcher.history->feedback());
+}
+
+TEST(UndoReflow, SlidesTilesFromTheirOldSlots) {
+    Launcher launcher;
+    launcher.edit(editName(EditKind::move, 1), [](LayoutUndoState& state) {
+        state.document = *moveTiles(state.document, {tileID(1)}, {{}, 0, 2}, {});
+    });
+    launcher.undo();
+    ASSERT_TRUE(launcher.history->reflow());
+    // 2 3 1 becomes 1 2 3.
+    EXPECT_EQ(launcher.history->reflow()->heldSlots,
+              (QHash<QUuid, int>{{tileID(1), 2}, {tileID(2), 0}, {tileID(3), 1}}));
+    EXPECT_EQ(launcher.history->reflow()->movedOrder,
+              (QHash<QUuid, int>{{tileID(1), 0}, {tileID(2), 1}, {tileID(3), 2}}));
+    EXPECT_FALSE(launcher.history->reflow()->released);
+    launcher.time.advance(LayoutUndoHistory::reflowHold);
+    EXPECT_TRUE(launcher.history->reflow()->released);
+    launcher.time.advance(LayoutUndoHistory::reflowDuration);
+    EXPECT_FALSE(launcher.history->reflow());
+
+    LayoutUndoState before, after;
+    before.document.pages = {{app(1), app(2)}, {app(3)}};
+    after.document.pages = {{app(3), app(1), app(2), app(9)}};
+    const UndoRedoReflow reflow = reflowBetween(before, after, {}, {});
+    EXPECT_EQ(reflow.movedOrder.value(tileID(3), -1), 0);
+    EXPECT_FALSE(reflow.heldSlots.contains(tileID(3)));
+    EXPECT_EQ(reflow.heldSlots.value(tileID(2), -1), 1);
+    EXPECT_EQ(reflow.appearing, QSet{tileID(9)});
+}
+
+TEST(EditNames, InTheSingularForOne) {
+    EXPECT_EQ(editName(EditKind::move, 1), u"Move Tile");
+    EXPECT_EQ(editName(EditKind::move, 2), u"Move Tiles");
+    EXPECT_EQ(editName(EditKind::removeAlias, 3), u"Remove Aliases");
+    EXPECT_EQ(editName(EditKind::group, 1), u"Group Tiles");
+    for (int kind = 0; kind <= static_cast<int>(EditKind::importLaunchpad); ++kind)
+        EXPECT_FALSE(editName(static_cast<EditKind>(kind)).isEmpty()) << kind;
+}
+
+} // namespace
+} // namespace tessellar
