@@ -137,8 +137,20 @@ static constexpr auto folderFields =
     std::tuple(required("id", &FolderEntry::id), required("name", &FolderEntry::name),
                optional("customSymbolName", &FolderEntry::customSymbolName));
 
+// Most paths are plain ASCII, and their URLs the same text: QUrl, which costs more than all the rest of a
+// tile, is asked about the others alone.
+static bool isPlain(QStringView path) {
+    return std::ranges::all_of(path, [](QChar c) {
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'-' && c <= u'9') || c == u'_';
+    });
+}
+
 Decoded<QString> BundleUrl::decode(const QJsonValue& value) {
-    const QUrl url(value.toString(), QUrl::StrictMode);
+    const QString text = value.toString();
+    static constexpr qsizetype schemeSize = 7;
+    if (text.startsWith(QLatin1StringView("file:///")) && isPlain(QStringView(text).sliced(schemeSize)))
+        return FileSystem::standardized(text.sliced(schemeSize));
+    const QUrl url(text, QUrl::StrictMode);
     const QString path = url.path(QUrl::FullyDecoded);
     if (!value.isString() || !url.isValid() || url.scheme() != u"file" || !path.startsWith(u'/') ||
         path.contains(QChar(0)))
@@ -147,14 +159,8 @@ Decoded<QString> BundleUrl::decode(const QJsonValue& value) {
 }
 
 QJsonValue BundleUrl::encode(const QString& path) {
-    // By hand where it is plain ASCII, which most paths are: QUrl costs more than all the rest of a
-    // tile.
-    const auto isPlain = [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'-' && c <= u'9') ||
-               c == u'_';
-    };
     QString text = QStringLiteral("file://");
-    if (std::ranges::all_of(path, isPlain))
+    if (isPlain(path))
         text += path;
     else
         text += QString::fromLatin1(QUrl::toPercentEncoding(path, "/!$&'()*+,=:@"));

@@ -21,7 +21,12 @@ public:
 
 private:
     void indexScan() {
-        for (qsizetype i = 0; i < _context.scannedApps.size(); ++i) {
+        const qsizetype count = _context.scannedApps.size();
+        _byPath.reserve(count);
+        _byKey.reserve(count);
+        _byIdentifier.reserve(count);
+        _applicationOfTile.reserve(count);
+        for (qsizetype i = 0; i < count; ++i) {
             const AppEntry& app = _context.scannedApps[i];
             _byPath.insert(app.path, i);
             _byKey.insert(appKey(app), i);

@@ -488,6 +488,12 @@ std::expected<void, FileError> FileSystem::remove(const QString& path) const {
 }
 
 QString FileSystem::standardized(const QString& path) {
+    // Nearly every path is so already, but for a slash at its end.
+    const auto beginsOddPart = [](QChar slash, QChar next) {
+        return slash == u'/' && (next == u'/' || next == u'.');
+    };
+    if (path.startsWith(u'/') && path.size() > 1 && std::ranges::adjacent_find(path, beginsOddPart) == path.end())
+        return path.endsWith(u'/') ? path.chopped(1) : path;
     QStringList kept;
     for (const QString& part : path.split(u'/', Qt::SkipEmptyParts)) {
         if (part == u"..") {

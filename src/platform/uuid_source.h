@@ -19,6 +19,8 @@ public:
 };
 
 /// The standard text of a UUID as the Mac writes it: 36 characters, upper case, hyphens, no braces.
-inline QString toText(const QUuid& id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
+inline QString toText(const QUuid& id) {
+    return QString::fromLatin1(id.toByteArray(QUuid::WithoutBraces).toUpper());
+}
 
 } // namespace tessellar
