@@ -26,7 +26,8 @@ static QByteArray write(const QJsonValue& value, QJsonDocument::JsonFormat forma
 QByteArray write(const QJsonValue& value) { return write(value, QJsonDocument::Indented); }
 QByteArray writeCompact(const QJsonValue& value) { return write(value, QJsonDocument::Compact); }
 
-Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char* const> names) {
+Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char* const> names,
+                                bool strict) {
     std::optional<std::size_t> found;
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (!object.contains(QLatin1StringView(names[i])))
@@ -35,7 +36,7 @@ Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char*
             return fail(QStringLiteral("Invalid number of keys found, expected one."));
         found = i;
     }
-    if (!found)
+    if (!found || (strict && object.size() != 1))
         return fail(QStringLiteral("Invalid number of keys found, expected one."));
     return *found;
 }

@@ -12,11 +12,14 @@
 #include <QString>
 #include <QUuid>
 
+#include <algorithm>
 #include <array>
 #include <concepts>
 #include <expected>
 #include <optional>
+#include <source_location>
 #include <span>
+#include <string_view>
 #include <tuple>
 #include <utility>
 #include <variant>
@@ -213,6 +216,38 @@ struct Codec<QMap<QString, T>> {
 template <typename E>
 struct RawValues;
 
+namespace detail {
+
+template <auto value>
+consteval std::string_view enumeratorName() {
+    // "… [with auto value = tessellar::Kind::name; …]" with one compiler, "… [value = …]" with the
+    // other
+    std::string_view text = std::source_location::current().function_name();
+    text.remove_prefix(text.rfind("value = ") + 8);
+    text = text.substr(0, text.find_first_of(";]"));
+    return text.substr(text.rfind(':') + 1);
+}
+
+template <auto value>
+inline constexpr auto enumeratorText = [] {
+    std::array<char, enumeratorName<value>().size() + 1> text{};
+    std::ranges::copy(enumeratorName<value>(), text.begin());
+    return text;
+}();
+
+} // namespace detail
+
+/// Raw values that are the enumerators' own names, up to `last`; for an enumeration that numbers
+/// itself: `template <> struct RawValues<E> : EnumeratorNames<E::last> {};`
+template <auto last>
+struct EnumeratorNames {
+    using E = decltype(last);
+    static constexpr auto values = []<std::size_t... I>(std::index_sequence<I...>) {
+        return std::array{std::pair{E(I), detail::enumeratorText<E(I)>.data()}...};
+    }
+    (std::make_index_sequence<static_cast<std::size_t>(last) + 1>());
+};
+
 template <typename E>
 concept HasRawValues = std::is_enum_v<E> && requires {
     RawValues<E>::values;
@@ -368,8 +403,16 @@ concept HasCases = requires {
     Cases<V>::names;
 };
 
-/// The index of the one case that an object names; other keys are ignored.
-Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char* const> names);
+/// A `Cases` that also says `static constexpr bool strict = true` refuses an object with other keys
+/// beside the case's; without it they are ignored.
+template <typename V>
+concept IsStrict = requires {
+    requires Cases<V>::strict;
+};
+
+/// The index of the one case that an object names.
+Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char* const> names,
+                                bool strict = false);
 
 template <HasCases V>
 struct Codec<V> {
@@ -377,7 +420,7 @@ struct Codec<V> {
         if (!value.isObject())
             return expected("an object");
         const QJsonObject object = value.toObject();
-        const auto index = decodeCase(object, Cases<V>::names);
+        const auto index = decodeCase(object, Cases<V>::names, IsStrict<V>);
         if (!index)
             return std::unexpected(index.error());
         return decodeAt(*index, object.value(QLatin1StringView(Cases<V>::names[*index])),
@@ -407,6 +450,93 @@ private:
         else
             result = std::unexpected(
                 std::move(decoded.error()).within(QLatin1StringView(Cases<V>::names[I])));
+    }
+};
+
+/// A text that a template can take.
+template <std::size_t N>
+struct Name {
+    char text[N];
+    consteval Name(const char (&name)[N]) { std::copy_n(name, N, text); }
+};
+
+/// One case of a tagged union, declared by the very words of its JSON: `Case<"isBetween", double,
+/// double>` is {"isBetween": {"_0": 1, "_1": 2}}, and a case that carries nothing holds an empty
+/// object. A std::variant of such cases needs no other declaration; it is strict.
+template <Name name, typename... Values>
+struct Case {
+    static constexpr const char* key = name.text;
+    std::tuple<Values...> values;
+
+    Case() = default;
+    Case(Values... carried) requires(sizeof...(Values) > 0) : values(std::move(carried)...) {}
+
+    template <std::size_t I = 0>
+    const auto& value() const {
+        return std::get<I>(values);
+    }
+    bool operator==(const Case&) const = default;
+};
+
+template <typename T>
+inline constexpr bool isCase = false;
+template <Name name, typename... Values>
+inline constexpr bool isCase<Case<name, Values...>> = true;
+
+template <typename... C>
+requires(isCase<C>&&...) struct Cases<std::variant<C...>> {
+    static constexpr std::array<const char*, sizeof...(C)> names{C::key...};
+    static constexpr bool strict = true;
+};
+
+/// The keys of a tagged union's cases, in order.
+template <HasCases V>
+constexpr std::span<const char* const> caseNames() {
+    return Cases<V>::names;
+}
+
+template <Name name, typename... Values>
+struct Codec<Case<name, Values...>> {
+    using T = Case<name, Values...>;
+    static Decoded<T> decode(const QJsonValue& value) {
+        if (!value.isObject())
+            return expected("an object");
+        const QJsonObject object = value.toObject();
+        T result;
+        std::optional<DecodeError> error;
+        visit([&]<std::size_t I>(const QString& key) {
+            const QJsonValue carried = object.value(key);
+            auto decoded = carried.isUndefined()
+                               ? Decoded<std::tuple_element_t<I, std::tuple<Values...>>>(
+                                     fail(QStringLiteral("Missing key.")))
+                               : json::decode<std::tuple_element_t<I, std::tuple<Values...>>>(carried);
+            if (decoded)
+                std::get<I>(result.values) = *std::move(decoded);
+            else
+                error = std::move(decoded.error()).within(key);
+            return !error;
+        });
+        if (error)
+            return std::unexpected(*std::move(error));
+        return result;
+    }
+    static QJsonValue encode(const T& value) {
+        QJsonObject object;
+        visit([&]<std::size_t I>(const QString& key) {
+            object.insert(key, json::encode(std::get<I>(value.values)));
+            return true;
+        });
+        return object;
+    }
+
+private:
+    /// Calls `call.operator()<I>("_I")` for each value until it returns false.
+    template <typename Call>
+    static void visit(Call call) {
+        [&]<std::size_t... I>(std::index_sequence<I...>) {
+            (void)(call.template operator()<I>(QStringLiteral("_%1").arg(I)) && ...);
+        }
+        (std::index_sequence_for<Values...>());
     }
 };
 
