@@ -2,8 +2,6 @@
 
 #include <QJsonArray>
 
-#include <cmath>
-
 namespace tessellar {
 
 std::optional<QJsonValue> Settings::value(const QString& key) const {

@@ -34,13 +34,14 @@ public:
     std::optional<QStringList> texts(const QString& key) const;
 };
 
-/// Settings in a file of the home's Library/Preferences: a JSON object, or a property list when the
-/// name ends in ".plist" or the JSON file does not exist and the ".plist" beside it does. A damaged
-/// file costs nothing but the defaults: it is kept beside the new one (".damaged" added to its name)
-/// when a value is first set.
+/// Settings in a JSON object in a file, of the home's Library/Preferences as a rule. While there is no
+/// such file, the property list beside it (".plist" for ".json") is read instead, and carried over when
+/// a value is first set; `path` may name either. A damaged file costs nothing but the defaults: it is
+/// kept beside the new one (".damaged" added to its name) when a value is first set. The memory holds
+/// what the disk does: a value that could not be written is not set.
 class FileSettings final : public Settings {
 public:
-    FileSettings(const FileSystem& files, QString path);
+    FileSettings(const FileSystem& files, const QString& path);
     ~FileSettings() override;
 
     QMap<QString, QJsonValue> values() const override;

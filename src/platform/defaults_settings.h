@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/process.h"
+#include "platform/settings.h"
+
+namespace tessellar {
+
+/// Settings in the Mac's own store of user defaults, through its tool /usr/bin/defaults: other
+/// programs may hold that store open, so its files are not for us to write. Each `set` runs the tool
+/// and waits for it. A tool that fails costs only the defaults when reading.
+class DefaultsSettings final : public Settings {
+public:
+    /// `domain` is the application's identifier, `environment` that of the user.
+    DefaultsSettings(const FileSystem& files, CommandRunner& commands,
+                     std::map<QByteArray, QByteArray> environment, const QString& domain);
+
+    QMap<QString, QJsonValue> values() const override { return _values; }
+    /// When the tool fails, the error names the tool.
+    std::expected<void, FileError> set(const QString& key, const QJsonValue& value) override;
+
+private:
+    CommandResult run(const QList<QByteArray>& arguments) const;
+
+    const FileSystem& _files;
+    CommandRunner& _commands;
+    std::map<QByteArray, QByteArray> _environment;
+    QByteArray _domain;
+    QMap<QString, QJsonValue> _values;
+};
+
+} // namespace tessellar
