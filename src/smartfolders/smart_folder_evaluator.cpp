@@ -1,0 +1,238 @@
+#include "smartfolders/smart_folder_evaluator.h"
+
+#include <limits>
+
+namespace tessellar {
+
+namespace {
+
+using namespace predicate;
+
+/// From `low` to `high`; `low` belongs to it, `high` where it says so.
+struct Range {
+    Instant low;
+    Instant high;
+    bool withHigh = false;
+
+    bool contains(Instant value) const {
+        return low <= value && (value < high || (withHigh && value == high));
+    }
+};
+
+constexpr CalendarUnit calendarUnit(SmartFolderRelativeDateUnit unit) {
+    switch (unit) {
+    case SmartFolderRelativeDateUnit::days:
+        return CalendarUnit::day;
+    case SmartFolderRelativeDateUnit::weeks:
+        return CalendarUnit::week;
+    case SmartFolderRelativeDateUnit::months:
+        break;
+    }
+    return CalendarUnit::month;
+}
+
+/// Turns a predicate into a test of a known, prepared fact. Operands are made ready here, once.
+class Tests {
+public:
+    Tests(const SmartFolderFactsIndex& index, Instant now, const Calendar& calendar)
+        : _index(index), _now(now), _calendar(calendar) {}
+
+    /// Nothing lies within a range that the calendar cannot produce.
+    static auto within(std::optional<Range> range) {
+        return [range](Instant v) { return range && range->contains(v); };
+    }
+
+    // Texts and choices; one fact is compared with one operand, both normalised.
+    auto operator()(const IsExactly& p) const {
+        return [x = normalized(p.value())](const QString& v) { return v == x; };
+    }
+    auto operator()(const Contains& p) const {
+        return [x = normalized(p.value())](const QString& v) { return v.contains(x); };
+    }
+    auto operator()(const DoesNotContain& p) const {
+        return [x = normalized(p.value())](const QString& v) { return !v.contains(x); };
+    }
+    auto operator()(const BeginsWith& p) const {
+        return [x = normalized(p.value())](const QString& v) { return v.startsWith(x); };
+    }
+    auto operator()(const EndsWith& p) const {
+        return [x = normalized(p.value())](const QString& v) { return v.endsWith(x); };
+    }
+    auto operator()(const IsValue<QString>& p) const {
+        return [x = normalized(p.value())](const QStringList& values) { return values.contains(x); };
+    }
+    auto operator()(const IsAnyOf& p) const {
+        QSet<QString> wanted;
+        for (const QString& value : p.value())
+            wanted.insert(normalized(value));
+        return [wanted = std::move(wanted)](const QStringList& values) {
+            return std::ranges::any_of(values, [&](const QString& v) { return wanted.contains(v); });
+        };
+    }
+    auto operator()(const IsNot<QString>& p) const {
+        struct Differs {
+            QString x;
+            bool operator()(const QString& v) const { return v != x; }
+            bool operator()(const QStringList& values) const { return !values.contains(x); }
+        };
+        return Differs{normalized(p.value())};
+    }
+
+    // Numbers.
+    auto operator()(const IsEqualTo<double>& p) const {
+        return [x = p.value()](double v) { return v == x; };
+    }
+    auto operator()(const IsAbove<double>& p) const {
+        return [x = p.value()](double v) { return v > x; };
+    }
+    auto operator()(const IsBelow<double>& p) const {
+        return [x = p.value()](double v) { return v < x; };
+    }
+    auto operator()(const IsBetween<double>& p) const {
+        return [p](double v) { return p.value<0>() <= v && v <= p.value<1>(); };
+    }
+
+    // Versions.
+    auto operator()(const IsEqualTo<QString>& p) const {
+        return [x = trimmed(p.value())](const QString& v) { return compareNumeric(v, x) == 0; };
+    }
+    auto operator()(const IsAbove<QString>& p) const {
+        return [x = trimmed(p.value())](const QString& v) { return compareNumeric(v, x) > 0; };
+    }
+    auto operator()(const IsBelow<QString>& p) const {
+        return [x = trimmed(p.value())](const QString& v) { return compareNumeric(v, x) < 0; };
+    }
+    auto operator()(const IsBetween<QString>& p) const {
+        return [low = trimmed(p.value<0>()), high = trimmed(p.value<1>())](const QString& v) {
+            return compareNumeric(v, low) >= 0 && compareNumeric(v, high) <= 0;
+        };
+    }
+
+    // Dates.
+    auto operator()(const IsBefore& p) const {
+        return [x = p.value()](Instant v) { return v < x; };
+    }
+    auto operator()(const IsAfter& p) const {
+        return [x = p.value()](Instant v) { return v > x; };
+    }
+    auto operator()(const IsBetween<Instant>& p) const {
+        return within(Range{p.value<0>(), p.value<1>(), true});
+    }
+    auto operator()(const IsToday&) const { return within(interval(CalendarUnit::day, false)); }
+    auto operator()(const IsThisWeek&) const { return within(interval(CalendarUnit::week, true)); }
+    auto operator()(const IsThisMonth&) const { return within(interval(CalendarUnit::month, true)); }
+    auto operator()(const IsThisYear&) const { return within(interval(CalendarUnit::year, true)); }
+    auto operator()(const IsWithinLast& p) const {
+        const auto low = _calendar.startOfDay(_now, calendarUnit(p.value<1>()), -p.value<0>());
+        const auto high = _calendar.startOfDay(_now, CalendarUnit::day, 1);
+        return within(low && high ? std::optional(Range{*low, *high}) : std::nullopt);
+    }
+
+    // Booleans.
+    auto operator()(const IsValue<bool>& p) const {
+        return [x = p.value()](bool v) { return v == x; };
+    }
+    auto operator()(const IsNot<bool>& p) const {
+        return [x = p.value()](bool v) { return v != x; };
+    }
+
+    // No known fact is unknown.
+    auto operator()(const IsUnknown&) const {
+        return [](const auto&) { return false; };
+    }
+
+private:
+    QString normalized(const QString& text) const { return _index.normalized(text); }
+
+    std::optional<Range> interval(CalendarUnit unit, bool withEnd) const {
+        const auto interval = _calendar.interval(unit, _now);
+        return interval ? std::optional(Range{interval->start, interval->end, withEnd}) : std::nullopt;
+    }
+    const SmartFolderFactsIndex& _index;
+    Instant _now;
+    const Calendar& _calendar;
+};
+
+/// How one rule judges: each of its field's values, and a missing one.
+struct Verdicts {
+    std::vector<char> matches; ///< by slot
+    bool missingMatches = false;
+    const std::vector<int>* slots = nullptr;
+};
+
+template <typename Kind>
+Verdicts judge(const SmartFolderRuleOf<Kind>& rule, const SmartFolderFactsIndex& index,
+               const Tests& tests) {
+    const auto& column = index.column(rule.field);
+    Verdicts verdicts{.missingMatches = std::holds_alternative<IsUnknown>(rule.predicate),
+                      .slots = &column.slots};
+    verdicts.matches.reserve(column.values.size());
+    std::visit(
+        [&](const auto& asked) {
+            const auto test = tests(asked);
+            for (const auto& value : column.values)
+                verdicts.matches.push_back(test(value));
+        },
+        rule.predicate);
+    return verdicts;
+}
+
+} // namespace
+
+QStringList SmartFolderEvaluation::appKeys() const {
+    QStringList keys;
+    keys.reserve(matches.size());
+    for (const auto& facts : matches)
+        keys.append(appKey(facts->entry));
+    return keys;
+}
+
+bool SmartFolderEvaluation::operator==(const SmartFolderEvaluation& other) const {
+    return unknownRuleIDs == other.unknownRuleIDs &&
+           std::ranges::equal(matches, other.matches,
+                              [](const auto& a, const auto& b) { return a == b || *a == *b; });
+}
+
+SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition& definition,
+                                                     const SmartFolderFactsIndex& index, Instant now,
+                                                     const Calendar& calendar) {
+    SmartFolderEvaluation result;
+    if (!validationIssues(definition).isEmpty())
+        return result;
+
+    const std::size_t count = index.facts().size();
+    const bool all = definition.matchMode == SmartFolderMatchMode::all;
+    const Tests tests(index, now, calendar);
+    std::vector<char> included(count, all);
+    for (const SmartFolderRule& rule : definition.rules) {
+        const Verdicts verdicts =
+            std::visit([&](const auto& r) { return judge(r, index, tests); }, rule);
+        bool someMissing = false;
+        for (std::size_t place = 0; place < count; ++place) {
+            const int slot = (*verdicts.slots)[place];
+            someMissing |= slot < 0;
+            const char matches = slot < 0 ? verdicts.missingMatches : verdicts.matches[slot];
+            included[place] = all ? included[place] & matches : included[place] | matches;
+        }
+        if (someMissing && !verdicts.missingMatches)
+            result.unknownRuleIDs.insert(ruleID(rule));
+    }
+
+    const qint64 limit = definition.resultLimit.value_or(std::numeric_limits<qint64>::max());
+    for (const int place : index.order(definition.sort.field, definition.sort.direction)) {
+        if (result.matches.size() >= limit)
+            break;
+        if (included[place])
+            result.matches.append(index.facts().at(place));
+    }
+    return result;
+}
+
+SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition& definition,
+                                                     const SmartFolderFactsList& facts,
+                                                     const Locale& locale, Instant now,
+                                                     const Calendar& calendar) const {
+    return evaluate(definition, SmartFolderFactsIndex(facts, locale, _files), now, calendar);
+}
+
+} // namespace tessellar

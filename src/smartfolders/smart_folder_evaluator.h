@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/calendar.h"
+#include "smartfolders/smart_folder_definition.h"
+#include "smartfolders/smart_folder_facts_index.h"
+
+#include <QSet>
+
+namespace tessellar {
+
+/// What a smart folder shows.
+struct SmartFolderEvaluation {
+    SmartFolderFactsList matches; ///< sorted, no more than the limit
+    QSet<QUuid> unknownRuleIDs;   ///< rules that could not be decided for some application
+
+    /// The keys of the matches, in order.
+    QStringList appKeys() const;
+    /// By the facts, not by who holds them.
+    bool operator==(const SmartFolderEvaluation& other) const;
+};
+
+/// Evaluates definitions: a pure function of its arguments, apart from asking whether the applications
+/// of a legacy import exist. A definition with validation issues shows nothing. Any thread.
+class SmartFolderEvaluator {
+public:
+    explicit SmartFolderEvaluator(const FileSystem& files) : _files(files) {}
+
+    SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition,
+                                   const SmartFolderFactsList& facts, const Locale& locale, Instant now,
+                                   const Calendar& calendar) const;
+
+    /// The same for many definitions over one list, whose facts are then made ready once.
+    static SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition,
+                                          const SmartFolderFactsIndex& index, Instant now,
+                                          const Calendar& calendar);
+
+private:
+    const FileSystem& _files;
+};
+
+} // namespace tessellar
