@@ -23,10 +23,10 @@ struct Bundle {
     PropertyValue info;          ///< absent when it cannot be read
     PropertyValue storeMetadata; ///< of a wrapped application: iTunesMetadata.plist
 
-    std::optional<QString> identifier() const;          ///< CFBundleIdentifier
-    std::optional<QString> version() const;             ///< CFBundleShortVersionString
-    std::optional<QString> build() const;               ///< CFBundleVersion
-    std::optional<QString> category() const;            ///< LSApplicationCategoryType
+    std::optional<QString> identifier() const;           ///< CFBundleIdentifier
+    std::optional<QString> version() const;              ///< CFBundleShortVersionString
+    std::optional<QString> build() const;                ///< CFBundleVersion
+    std::optional<QString> category() const;             ///< LSApplicationCategoryType
     std::optional<QString> minimumSystemVersion() const; ///< LSMinimumSystemVersion
     /// The executable inside the bundle, when its declared name stays there.
     std::optional<QString> executablePath() const;

@@ -121,7 +121,7 @@ private:
     bool container(pugi::xml_node element, Kind kind, int depth) {
         if (depth > _limits.depth)
             return fail(PropertyListError::tooDeep);
-        if (*element.value())
+        if (!trimmedView(element.value()).empty())
             return damaged();
         const std::size_t index = _document.nodes.size();
         _document.add(kind);

@@ -1,48 +1,11 @@
 #pragma once
 
-#include "platform/property_list.h"
+#include <QByteArray>
 
 #include <string>
 #include <vector>
 
 namespace tessellar::test {
-
-/// The XML form of a property list, as bundles have it.
-inline QByteArray xmlElement(const PropertyValue& value) {
-    const auto element = [](const char* name, const QByteArray& text) -> QByteArray {
-        return QByteArray("<") + name + '>' + text + "</" + name + ">\n";
-    };
-    if (const auto flag = value.boolean())
-        return *flag ? "<true/>\n" : "<false/>\n";
-    if (const auto integer = value.integer())
-        return element("integer", QByteArray::number(*integer));
-    if (const auto number = value.number())
-        return element("real", QByteArray::number(*number, 'g', 17));
-    if (const auto text = value.text())
-        return element("string", text->toHtmlEscaped().toUtf8());
-    if (const auto data = value.data())
-        return element("data", data->toBase64());
-    if (const auto date = value.date())
-        return element("date", date->toIso8601().toUtf8());
-    QByteArray inner;
-    if (value.isArray()) {
-        for (const PropertyValue& child : value.array())
-            inner += xmlElement(child);
-        return element("array", inner);
-    }
-    const PropertyValue::Dictionary entries = value.dictionary();
-    for (auto entry = entries.begin(); entry != entries.end(); ++entry)
-        inner += element("key", entry.key().toHtmlEscaped().toUtf8()) + xmlElement(entry.value());
-    return element("dict", inner);
-}
-
-inline QByteArray toXmlPropertyList(const PropertyValue& value) {
-    return R"(<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0">
-)" + xmlElement(value) +
-           "</plist>\n";
-}
 
 /// A binary list of objects as they are given, the first one on top; references and offsets of two and
 /// four bytes. Nothing is checked: hostile lists are made with it.

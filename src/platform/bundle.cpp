@@ -1,0 +1,211 @@
+#include "platform/bundle.h"
+
+#include "platform/strings_file.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tessellar {
+namespace {
+
+constexpr std::uint64_t maximumInfoBytes = 4u << 20;
+constexpr PropertyListLimits infoLimits{.bytes = maximumInfoBytes, .depth = 64, .nodes = 200'000};
+
+struct ListFile {
+    bool exists = false;
+    PropertyValue list;
+};
+
+ListFile readList(const FileSystem& files, const QString& path) {
+    const auto bytes = files.read(path, maximumInfoBytes);
+    if (!bytes) {
+        const FileError::Code code = bytes.error().code;
+        return {.exists = code != FileError::Code::notFound && code != FileError::Code::notADirectory};
+    }
+    return {.exists = true, .list = parsePropertyList(*bytes, infoLimits).value_or(PropertyValue())};
+}
+
+bool isApplicationName(const QString& name) {
+    return FileSystem::extension(name).compare(u"app", Qt::CaseInsensitive) == 0;
+}
+
+/// The iPhone's bundle in a wrapped application: what "WrappedBundle" links to, when it stays in
+/// "Wrapper", or the only application there.
+std::optional<QString> wrappedBundle(const FileSystem& files, const QString& path) {
+    const QString wrapper = FileSystem::joined(path, QStringLiteral("Wrapper"));
+    if (const auto link = files.linkTarget(FileSystem::joined(path, QStringLiteral("WrappedBundle")))) {
+        const QString said = FileSystem::fromHostBytes(*link);
+        const QString target = FileSystem::standardized(FileSystem::joined(path, said));
+        if (!said.startsWith(u'/') && target != wrapper && FileSystem::isWithin(target, wrapper) &&
+            files.isDirectory(target))
+            return target;
+    }
+    std::optional<QString> only;
+    for (const DirectoryEntry& entry : files.entries(wrapper).value_or(QList<DirectoryEntry>())) {
+        const QString name = FileSystem::fromHostBytes(entry.name);
+        if (entry.type != FileType::directory || !isApplicationName(name))
+            continue;
+        if (only)
+            return std::nullopt;
+        only = FileSystem::joined(wrapper, name);
+    }
+    return only;
+}
+
+/// What `name` says below `directory`, unless that is absolute, empty or outside `bundle`.
+std::optional<QString> placeWithin(const QString& bundle, const QString& directory,
+                                   const QString& name) {
+    if (name.isEmpty() || name.startsWith(u'/') || name.contains(QChar(u'\0')))
+        return std::nullopt;
+    const QString place = FileSystem::standardized(FileSystem::joined(directory, name));
+    if (place == directory || place == bundle || !FileSystem::isWithin(place, bundle))
+        return std::nullopt;
+    return place;
+}
+
+/// How bundles name the folders of one language, the likeliest first: "de-DE", "de_DE", "de", "German".
+QStringList folderNames(const QString& language) {
+    static const QMap<QString, QString> olderNames{
+        {QStringLiteral("de"), QStringLiteral("German")},
+        {QStringLiteral("en"), QStringLiteral("English")},
+        {QStringLiteral("es"), QStringLiteral("Spanish")},
+        {QStringLiteral("fr"), QStringLiteral("French")},
+        {QStringLiteral("it"), QStringLiteral("Italian")},
+        {QStringLiteral("ja"), QStringLiteral("Japanese")},
+        {QStringLiteral("nb"), QStringLiteral("no")},
+        {QStringLiteral("nl"), QStringLiteral("Dutch")},
+        {QStringLiteral("zh-CN"), QStringLiteral("zh-Hans")},
+        {QStringLiteral("zh-Hans"), QStringLiteral("zh_CN")},
+        {QStringLiteral("zh-Hant"), QStringLiteral("zh_TW")},
+        {QStringLiteral("zh-TW"), QStringLiteral("zh-Hant")},
+    };
+    QStringList names;
+    QString tag = QString(language).replace(u'_', u'-');
+    while (!tag.isEmpty()) {
+        names.append(tag);
+        if (tag.contains(u'-'))
+            names.append(QString(tag).replace(u'-', u'_'));
+        if (const QString older = olderNames.value(tag); !older.isEmpty())
+            names.append(older);
+        tag.truncate(std::max<qsizetype>(tag.lastIndexOf(u'-'), 0));
+    }
+    return names;
+}
+
+/// What a bundle's localizations say in the first of the languages that it speaks, if anything.
+PropertyValue localizedInfo(const FileSystem& files, const Bundle& bundle,
+                            const QStringList& languages) {
+    const auto resource = [&](const QString& name) {
+        return FileSystem::joined(bundle.resourcesPath, name);
+    };
+    const QString native =
+        bundle.info[QStringLiteral("CFBundleDevelopmentRegion")].text().value_or(QString());
+    const QStringList nativeNames = folderNames(native);
+    const PropertyValue table = readList(files, resource(QStringLiteral("InfoPlist.loctable"))).list;
+    for (const QString& language : languages) {
+        if (language.contains(u'/') || language.contains(u'.'))
+            continue; // no name of a folder
+        const QStringList names = folderNames(language);
+        for (const QString& name : names) {
+            if (const PropertyValue entries = table[name]; entries.isDictionary())
+                return entries;
+            const auto bytes = files.read(resource(name + QStringLiteral(".lproj/InfoPlist.strings")),
+                                          maximumInfoBytes);
+            if (bytes)
+                return readStringsFile(*bytes);
+        }
+        // The language of the Info.plist itself needs no folder.
+        if (names.contains(native) || nativeNames.contains(language))
+            break;
+    }
+    return {};
+}
+
+QString withoutApplicationExtension(QString name) {
+    if (name.size() > 4 && isApplicationName(name))
+        name.chop(4);
+    return name;
+}
+
+} // namespace
+
+std::optional<QString> Bundle::identifier() const {
+    return info[QStringLiteral("CFBundleIdentifier")].text();
+}
+std::optional<QString> Bundle::version() const {
+    return info[QStringLiteral("CFBundleShortVersionString")].text();
+}
+std::optional<QString> Bundle::build() const { return info[QStringLiteral("CFBundleVersion")].text(); }
+std::optional<QString> Bundle::category() const {
+    return info[QStringLiteral("LSApplicationCategoryType")].text();
+}
+std::optional<QString> Bundle::minimumSystemVersion() const {
+    return info[QStringLiteral("LSMinimumSystemVersion")].text();
+}
+
+std::optional<QString> Bundle::executablePath() const {
+    const auto name = info[QStringLiteral("CFBundleExecutable")].text();
+    if (!name)
+        return std::nullopt;
+    return shape == BundleShape::mac
+               ? placeWithin(path, FileSystem::joined(path, QStringLiteral("Contents/MacOS")), *name)
+               : placeWithin(resourcesPath, resourcesPath, *name);
+}
+
+std::optional<QString> Bundle::iconPath() const {
+    auto name = info[QStringLiteral("CFBundleIconFile")].text();
+    if (!name || name->isEmpty())
+        return std::nullopt;
+    if (!name->endsWith(u".icns", Qt::CaseInsensitive))
+        name->append(u".icns");
+    return placeWithin(shape == BundleShape::mac ? path : resourcesPath, resourcesPath, *name);
+}
+
+Bundle readBundle(const FileSystem& files, const QString& path) {
+    Bundle bundle{.path = path,
+                  .infoPath = FileSystem::joined(path, QStringLiteral("Contents/Info.plist")),
+                  .resourcesPath = FileSystem::joined(path, QStringLiteral("Contents/Resources"))};
+    // Nearly all bundles are a Mac's: one file is read and nothing else looked at.
+    ListFile info = readList(files, bundle.infoPath);
+    if (!info.exists) {
+        ListFile metadata =
+            readList(files, FileSystem::joined(path, QStringLiteral("Wrapper/iTunesMetadata.plist")));
+        const auto real = wrappedBundle(files, path);
+        const QString inner = real.value_or(path);
+        const QString innerInfo = FileSystem::joined(inner, QStringLiteral("Info.plist"));
+        ListFile flat = readList(files, innerInfo);
+        if (metadata.exists || real || flat.exists) {
+            bundle.shape = metadata.exists || real ? BundleShape::wrapped : BundleShape::flat;
+            bundle.infoPath = innerInfo;
+            bundle.resourcesPath = inner;
+            bundle.storeMetadata = std::move(metadata.list);
+            info = std::move(flat);
+        }
+    }
+    bundle.info = std::move(info.list);
+    return bundle;
+}
+
+bool isWrappedApplication(const FileSystem& files, const QString& path) {
+    return files.isRegularFile(
+        FileSystem::joined(path, QStringLiteral("Wrapper/iTunesMetadata.plist")));
+}
+
+QString finderDisplayName(const FileSystem& files, const Bundle& bundle, const QStringList& languages) {
+    const QString onDisk = FileSystem::fileName(bundle.path);
+    const QString name = withoutApplicationExtension(onDisk);
+    const auto declared = bundle.info[QStringLiteral("CFBundleDisplayName")].text();
+    const bool isLocalized = (declared && (*declared == name || *declared == onDisk)) ||
+                             bundle.info[QStringLiteral("LSHasLocalizedDisplayName")].isTruthy();
+    if (!isLocalized)
+        return name;
+    const PropertyValue localized = localizedInfo(files, bundle, languages);
+    for (const auto* key : {u"CFBundleDisplayName", u"CFBundleName"}) {
+        const auto text = localized[QString::fromUtf16(key)].text();
+        if (text && !text->trimmed().isEmpty() && text->size() <= 255)
+            return withoutApplicationExtension(*text);
+    }
+    return name;
+}
+
+} // namespace tessellar

@@ -1,0 +1,207 @@
+#include "platform/bundle.h"
+#include "platform/strings_file.h"
+#include "sample/mac_builder.h"
+#include "tests/support/printers.h"
+#include "tests/support/test_machine.h"
+
+#include <QStringEncoder>
+
+#include <gmock/gmock.h>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using sample::LocalizationForm;
+using sample::MacBuilder;
+
+class BundleTest : public testing::Test {
+protected:
+    Bundle added(const sample::Application& application) {
+        const QString path = mac.addApplication(application);
+        EXPECT_EQ(mac.failure(), std::nullopt);
+        return readBundle(files, path);
+    }
+
+    test::TestMachine machine;
+    MacBuilder mac{machine.hostPath(QString())};
+    const FileSystem& files = machine.machine.files;
+};
+
+TEST_F(BundleTest, ReadsWhatAMacApplicationDeclares) {
+    for (const auto form : {sample::PlistForm::xml, sample::PlistForm::binary}) {
+        const Bundle bundle = added({.name = u"Fern"_s,
+                                     .identifier = u"com.example.fern"_s,
+                                     .category = u"public.app-category.games"_s,
+                                     .minimumSystem = u"12.0"_s,
+                                     .icon = "icns",
+                                     .plistForm = form});
+        EXPECT_EQ(bundle.shape, BundleShape::mac);
+        EXPECT_EQ(bundle.identifier(), u"com.example.fern"_s);
+        EXPECT_EQ(bundle.version(), u"1.0"_s);
+        EXPECT_EQ(bundle.build(), u"1"_s);
+        EXPECT_EQ(bundle.category(), u"public.app-category.games"_s);
+        EXPECT_EQ(bundle.minimumSystemVersion(), u"12.0"_s);
+        EXPECT_EQ(bundle.executablePath(), u"/Applications/Fern.app/Contents/MacOS/Fern"_s);
+        EXPECT_EQ(bundle.iconPath(), u"/Applications/Fern.app/Contents/Resources/AppIcon.icns"_s);
+        EXPECT_FALSE(isWrappedApplication(files, bundle.path));
+    }
+}
+
+TEST_F(BundleTest, HasNothingThatItCannotRead) {
+    const QString path = u"/Applications/Odd.app"_s;
+    const auto nothing = [&] {
+        const Bundle bundle = readBundle(files, path);
+        EXPECT_TRUE(bundle.info.isAbsent());
+        EXPECT_EQ(bundle.identifier(), std::nullopt);
+        EXPECT_EQ(bundle.executablePath(), std::nullopt);
+        EXPECT_EQ(bundle.iconPath(), std::nullopt);
+        EXPECT_EQ(finderDisplayName(files, bundle, {u"en"_s}), u"Odd"_s);
+        return bundle.shape == BundleShape::mac;
+    };
+    EXPECT_TRUE(nothing());
+    machine.write(path + u"/Contents/Info.plist"_s, "<plist><dict>");
+    EXPECT_TRUE(nothing());
+    machine.write(path + u"/Contents/Info.plist"_s, QByteArray(5 << 20, ' '));
+    EXPECT_TRUE(nothing());
+    // A list that is there but cannot be read does not give way to another.
+    machine.write(path + u"/Info.plist"_s,
+                  "<plist><dict><key>CFBundleIdentifier</key><string>x</string></dict></plist>");
+    EXPECT_TRUE(nothing());
+    machine.remove(path + u"/Contents"_s);
+    EXPECT_EQ(readBundle(files, path).shape, BundleShape::flat);
+    EXPECT_EQ(readBundle(files, path).identifier(), u"x"_s);
+
+    const Bundle wrong =
+        added({.name = u"Wrong"_s,
+               .identifier = std::nullopt,
+               .version = std::nullopt,
+               .info = {{u"CFBundleIdentifier"_s, 7}, {u"CFBundleExecutable"_s, true}}});
+    EXPECT_EQ(wrong.identifier(), std::nullopt);
+    EXPECT_EQ(wrong.version(), std::nullopt);
+    EXPECT_EQ(wrong.executablePath(), std::nullopt);
+}
+
+TEST_F(BundleTest, KeepsDeclaredPathsInside) {
+    const auto declared = [&](const QString& name) {
+        const Bundle bundle =
+            added({.name = u"Fern"_s,
+                   .info = {{u"CFBundleExecutable"_s, name}, {u"CFBundleIconFile"_s, name}}});
+        return std::pair(bundle.executablePath(), bundle.iconPath());
+    };
+    const QString contents = u"/Applications/Fern.app/Contents"_s;
+    using Paths = std::pair<std::optional<QString>, std::optional<QString>>;
+    EXPECT_EQ(declared(u"a.ICNS"_s),
+              Paths(contents + u"/MacOS/a.ICNS"_s, contents + u"/Resources/a.ICNS"_s));
+    EXPECT_EQ(declared(u"sub/a.b"_s),
+              Paths(contents + u"/MacOS/sub/a.b"_s, contents + u"/Resources/sub/a.b.icns"_s));
+    EXPECT_EQ(declared(u"../x"_s), Paths(contents + u"/x"_s, contents + u"/x.icns"_s));
+    for (const QString& bad :
+         {u"../../../Fern.appx"_s, u"../../../../etc/passwd"_s, u"/bin/sh"_s, u"a/../../../../x"_s})
+        EXPECT_EQ(declared(bad), Paths()) << bad.toStdString();
+    EXPECT_EQ(declared(QString()), Paths());
+    EXPECT_EQ(declared(u"."_s).first, std::nullopt);
+    EXPECT_EQ(declared(u"../.."_s).first, std::nullopt);
+}
+
+TEST_F(BundleTest, FindsTheRealBundleOfAWrappedApplication) {
+    const sample::Application application{
+        .name = u"Pump"_s,
+        .identifier = u"com.example.pump"_s,
+        .wrapped = sample::WrappedMetadata{
+            .realName = u"PumpReal"_s, .itemId = 6717572591, .itemName = u"Pump: Go"_s}};
+    const QString real = u"/Applications/Pump.app/Wrapper/PumpReal.app"_s;
+    Bundle bundle = added(application);
+    EXPECT_EQ(bundle.shape, BundleShape::wrapped);
+    EXPECT_EQ(bundle.infoPath, real + u"/Info.plist"_s);
+    EXPECT_EQ(bundle.resourcesPath, real);
+    EXPECT_EQ(bundle.executablePath(), real + u"/PumpReal"_s);
+    EXPECT_EQ(bundle.identifier(), u"com.example.pump"_s);
+    EXPECT_EQ(bundle.storeMetadata[u"itemId"_s].integer(), 6717572591);
+    EXPECT_TRUE(isWrappedApplication(files, bundle.path));
+
+    // A link that is missing, or leads elsewhere, gives way to the only bundle there is.
+    mac.addApplication({.name = u"Other"_s, .identifier = u"com.example.other"_s});
+    for (const QString& link :
+         {u""_s, u"../Other.app"_s, u"/Applications/Other.app"_s, u"Wrapper"_s, u"Wrapper/No.app"_s}) {
+        machine.remove(u"/Applications/Pump.app/WrappedBundle"_s);
+        if (link.isEmpty())
+            machine.write(u"/Applications/Pump.app/WrappedBundle"_s, "");
+        else
+            machine.link(u"/Applications/Pump.app/WrappedBundle"_s, link);
+        EXPECT_EQ(readBundle(files, bundle.path).identifier(), u"com.example.pump"_s)
+            << link.toStdString();
+    }
+    machine.makeFolder(u"/Applications/Pump.app/Wrapper/Second.app"_s);
+    bundle = readBundle(files, bundle.path);
+    EXPECT_EQ(bundle.shape, BundleShape::wrapped);
+    EXPECT_TRUE(bundle.info.isAbsent());
+    EXPECT_EQ(bundle.storeMetadata[u"itemName"_s].text(), u"Pump: Go"_s);
+}
+
+TEST_F(BundleTest, ShowsTheNameThatTheFinderShows) {
+    const QMap<QString, QString> names{
+        {u"de"_s, u"Farn é"_s}, {u"pt_BR"_s, u"Samambaia"_s}, {u"zh-Hans"_s, u"蕨"_s}};
+    for (const auto form : {LocalizationForm::stringsUtf8, LocalizationForm::stringsUtf16,
+                            LocalizationForm::propertyList, LocalizationForm::loctable}) {
+        const Bundle bundle = added({.name = u"Fern %1"_s.arg(static_cast<int>(form)),
+                                     .displayName = u"Fern %1"_s.arg(static_cast<int>(form)),
+                                     .localizedNames = names,
+                                     .localizationForm = form,
+                                     .info = {{u"CFBundleDevelopmentRegion"_s, u"en_US"_s}}});
+        const auto shown = [&](const QStringList& languages) {
+            return finderDisplayName(files, bundle, languages);
+        };
+        const QString onDisk = bundle.info[u"CFBundleDisplayName"_s].text().value();
+        EXPECT_EQ(shown({u"de"_s}), u"Farn é"_s);
+        EXPECT_EQ(shown({u"de-AT"_s, u"en"_s}), u"Farn é"_s);
+        EXPECT_EQ(shown({u"pt-BR"_s}), u"Samambaia"_s);
+        EXPECT_EQ(shown({u"zh_CN"_s}), u"蕨"_s);
+        EXPECT_EQ(shown({u"sv"_s, u"de"_s}), u"Farn é"_s);
+        EXPECT_EQ(shown({u"en"_s, u"de"_s}), onDisk); // the bundle's own language
+        EXPECT_EQ(shown({u"../de"_s, u"sv"_s}), onDisk);
+        EXPECT_EQ(shown({}), onDisk);
+    }
+
+    sample::Application renamed{
+        .name = u"Renamed"_s, .displayName = u"Fern"_s, .localizedNames = names};
+    EXPECT_EQ(finderDisplayName(files, added(renamed), {u"de"_s}), u"Renamed"_s);
+    renamed.info[u"LSHasLocalizedDisplayName"_s] = 1;
+    EXPECT_EQ(finderDisplayName(files, added(renamed), {u"de"_s}), u"Farn é"_s);
+    renamed.extension = u"APP"_s;
+    EXPECT_EQ(finderDisplayName(files, added(renamed), {u"sv"_s}), u"Renamed"_s);
+}
+
+TEST(StringsFile, ReadsWhatPeopleWrite) {
+    const auto reading = [](const QByteArray& bytes) {
+        QMap<QString, QString> result;
+        const auto entries = readStringsFile(bytes).dictionary();
+        for (auto entry = entries.begin(); entry != entries.end(); ++entry)
+            result.insert(entry.key(), entry.value().text().value_or(u"?"_s));
+        return result;
+    };
+    using Entries = QMap<QString, QString>;
+    const QString text = u"/* names */ CFBundleName = \"Fern\"; // \"no\" = \"no\";\n"
+                         "\"a \\\"b\\\"\" = \"x\\ny\\U00e9\\101/*\";\n'k';"_s;
+    const Entries expected{
+        {u"CFBundleName"_s, u"Fern"_s}, {u"a \"b\""_s, u"x\ny\u00E9A/*"_s}, {u"k"_s, u"k"_s}};
+    const auto wide = [&](bool bigEndian) {
+        QStringEncoder encoder(bigEndian ? QStringConverter::Utf16BE : QStringConverter::Utf16LE);
+        return QByteArray(encoder(text));
+    };
+    EXPECT_EQ(reading(text.toUtf8()), expected);
+    EXPECT_EQ(reading("\xEF\xBB\xBF{" + text.toUtf8() + "}"), expected);
+    EXPECT_EQ(reading(wide(false)), expected);
+    EXPECT_EQ(reading(wide(true)), expected);
+    EXPECT_EQ(reading("\xFE\xFF" + wide(true)), expected);
+
+    const Entries first{{u"a"_s, u"b"_s}};
+    for (const char* damage : {"a = b; c = d e", "a = b; c = \"d", "a = b; c = ;", "a=b;/*", "a=b;\"\\",
+                               "a=b", "a = b; c = {d = e;};", "a=b}c=d;"})
+        EXPECT_EQ(reading(damage), first) << damage;
+    EXPECT_EQ(reading(""), Entries());
+    EXPECT_TRUE(readStringsFile("<plist>").isAbsent());
+}
+
+} // namespace
+} // namespace tessellar
