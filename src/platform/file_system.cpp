@@ -123,7 +123,10 @@ QByteArray FileSystem::hostPath(const QString& path) const {
     if (!path.startsWith(u'/'))
         return {};
     const bool climbs = path.contains(u"..");
-    return toHostBytes(_root + (climbs ? standardized(path) : path)).value_or(QByteArray());
+    QString host = _root + (climbs ? standardized(path) : path);
+    while (host.size() > 1 && host.endsWith(u'/'))
+        host.chop(1);
+    return toHostBytes(host).value_or(QByteArray());
 }
 
 std::optional<QString> FileSystem::pathFromHost(const QByteArray& hostPath) const {

@@ -33,6 +33,8 @@ public:
         push(path);
         while (!_pending.isEmpty()) {
             const QByteArray name = _pending.takeLast();
+            if (name == ".")
+                continue;
             if (name == "..") {
                 if (const int error = leave())
                     return std::unexpected(error);
@@ -66,10 +68,13 @@ public:
 private:
     int current() const { return _directory ? _directory.get() : _root; }
 
+    /// A "." at the end, or a slash, says that what stands before is a folder, and follows it.
     void push(const QByteArray& path) {
+        if (path.endsWith('/'))
+            _pending.append(".");
         const QList<QByteArray> names = path.split('/');
         for (auto name = names.crbegin(); name != names.crend(); ++name) {
-            if (!name->isEmpty() && *name != ".")
+            if (!name->isEmpty())
                 _pending.append(*name);
         }
     }

@@ -30,6 +30,15 @@ inline std::ptrdiff_t entryCount(const std::filesystem::path& folder) {
 /// wait for a disk.
 class MemoryFolder {
 public:
+    MemoryFolder() { _folder.setAutoRemove(false); }
+    /// Qt's own removal leaves names that are not UTF-8.
+    ~MemoryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path(), ignored);
+    }
+    MemoryFolder(const MemoryFolder&) = delete;
+    MemoryFolder& operator=(const MemoryFolder&) = delete;
+
     std::filesystem::path path() const { return _folder.path().toStdString(); }
 
 private:
