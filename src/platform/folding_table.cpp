@@ -11,10 +11,9 @@ namespace {
 constexpr char16_t isMark = 0xD800;
 constexpr char16_t isExpansion = 0xD801;
 constexpr char16_t isSurrogate = 0xD802;
+constexpr char16_t isUnsettled = 0xD803; ///< a width form, or may change in NFC; itself after that
 constexpr bool isEscape(char16_t unit) { return (unit & 0xF800) == 0xD800; }
 
-/// Below it all text is in NFC and holds no marks.
-constexpr char16_t firstMark = 0x300;
 /// Latin, Greek and Cyrillic end here.
 constexpr char32_t firstThatKeepsMarks = 0x510;
 constexpr bool isWidthForm(char16_t unit) { return unit >= 0xFF00 && unit <= 0xFFEF; }
@@ -102,6 +101,11 @@ void FoldingTable::fill() {
             entry = isMark;
             continue;
         }
+        if (isWidthForm(entry) ||
+            u_getIntPropertyValue(static_cast<UChar32>(unit), UCHAR_NFC_QUICK_CHECK) != UNORM_YES) {
+            entry = isUnsettled;
+            continue;
+        }
         UErrorCode status = U_ZERO_ERROR;
         UChar parts[32];
         const int32_t count =
@@ -124,7 +128,7 @@ QString FoldingTable::folded(QStringView text) const {
     auto* out = reinterpret_cast<char16_t*>(result.data());
     for (const QChar c : text) {
         const char16_t unit = _units[c.unicode()];
-        if (c.unicode() >= firstMark || isEscape(unit))
+        if (isEscape(unit))
             return foldedInFull(text);
         *out++ = unit;
     }
@@ -167,7 +171,7 @@ QString FoldingTable::foldedInFull(QStringView text) const {
                 static_cast<char32_t>(u_foldCase(static_cast<UChar32>(point), _caseOptions));
             result.append(QStringView(QChar::fromUcs4(folding)));
         } else {
-            result.append(composed[i]); // half a pair: kept as it is
+            result.append(composed[i]); // half a pair is kept as it is, too
             dropsMarks = false;
         }
     }

@@ -77,7 +77,7 @@ QByteArray canonicalIdentifier(const QString& identifier) {
     std::array<char, ULOC_FULLNAME_CAPACITY> buffer{};
     constexpr auto capacity = static_cast<int32_t>(buffer.size());
     UErrorCode status = U_ZERO_ERROR;
-    if (given.contains('-')) {
+    if (given.contains('-') && !given.contains('.')) { // a dot begins a character set: "UTF-8"
         int32_t parsed = 0;
         uloc_forLanguageTag(given.constData(), buffer.data(), capacity, &parsed, &status);
         if (parsed != given.size())
