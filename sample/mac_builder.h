@@ -116,13 +116,14 @@ public:
     void settleDates(const QDateTime& date);
 
     std::optional<QString> failure() const { return _failure; }
+    /// Keeps the first failure; for those who write a piece of their own.
+    void fail(const QString& path, const QString& reason);
 
 private:
     void addBundle(const QString& path, const Application& application);
     void addWrapped(const QString& path, const Application& application);
     void addLocalizations(const QString& resources, const Application& application);
     void addAnswers(const QString& path, const QString& executable, const Application& application);
-    void fail(const QString& path, const QString& reason);
     void clear(const QString& path); ///< what lies at a path where something else is to lie
 
     QString _root;
