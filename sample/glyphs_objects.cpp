@@ -527,6 +527,34 @@ constexpr std::array glyphs{
               c.line({{54, 53}, {70, 53}}, 3.4, c.accent);
               c.box(58, 72, 18, 5, 2, Qt::white);
           }},
+    Glyph{"newspaper",
+          [](C& c) {
+              c.box(70, 34, 14, 44, 4, pale.darker(112));
+              c.box(18, 22, 58, 56, 5, c.ink);
+              c.line({{26, 32}, {68, 32}}, 6, c.accent);
+              c.box(25, 41, 20, 18, 2, grey);
+              for (int i = 0; i < 4; ++i)
+                  c.line({{i < 3 ? 51.0 : 26.0, 43.0 + 7.5 * i}, {67, 43.0 + 7.5 * i}}, 2.8,
+                         pale.darker(110));
+              c.line({{26, 72}, {54, 72}}, 2.8, pale.darker(110));
+          }},
+    Glyph{"steamEngine",
+          [](C& c) {
+              for (const auto& [x, y, r] : {std::tuple{33, 17, 5.0}, {43, 12, 6.5}, {56, 11, 8.0}})
+                  c.disc(x, y, r, QColor(255, 255, 255, 150));
+              c.box(25, 24, 11, 20, 2, dark);
+              c.box(22, 22, 17, 6, 3, c.accent);
+              c.box(18, 40, 46, 24, 8, dark);
+              c.box(56, 24, 27, 42, 4, c.ink);
+              c.box(53, 20, 33, 7, 3, c.accent);
+              c.box(62, 32, 15, 13, 3, QColor(0x8f, 0xd0, 0xff));
+              c.box(16, 62, 68, 6, 2, c.accent);
+              c.shape({{16, 66}, {26, 66}, {10, 80}}, grey, 2);
+              for (const double x : {34.0, 52.0})
+                  c.disc(x, 73, 8, c.ink), c.disc(x, 73, 3.4, dark);
+              c.disc(73, 70, 11, c.ink);
+              c.disc(73, 70, 4.4, dark);
+          }},
     Glyph{"fan",
           [](C& c) {
               c.ring(50, 50, 34, 4, c.ink);

@@ -30,7 +30,7 @@ constexpr std::array shapes{
     Shape{Leftover::cache, "{home}/Library/Caches/{id}", "/Cache.db"},
     Shape{Leftover::updaterCache, "{home}/Library/Caches/{id}.ShipIt", "/ShipItState.plist"},
     Shape{Leftover::support, "{home}/Library/Application Support/{name}", "/Documents/library.db"},
-    Shape{Leftover::supportById, "{home}/Library/Application Support/{id}", "/state.json"},
+    Shape{Leftover::supportById, "{home}/Library/Application Support/{id}", "/state.db"},
     Shape{Leftover::vendorSupport, "{home}/Library/Application Support/{vendor}/{name}",
           "/licence.dat"},
     Shape{Leftover::logs, "{home}/Library/Logs/{name}", "/{name}.log"},

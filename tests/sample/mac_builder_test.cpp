@@ -1,9 +1,7 @@
-#include "sample/alias_writer.h"
 #include "sample/mac_builder.h"
 #include "sample/trees.h"
 
 #include <QTemporaryDir>
-#include <QtEndian>
 
 #include <gmock/gmock.h>
 
@@ -12,7 +10,6 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 using testing::Contains;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Key;
 using testing::Not;
@@ -72,33 +69,6 @@ TEST(MacBuilder, SaysWhatItCouldNotWrite) {
     mac.addApplication({.name = u"Fern"_s});
     ASSERT_TRUE(mac.failure());
     EXPECT_THAT(mac.failure()->toStdString(), HasSubstr("/Applications/Fern.app"));
-}
-
-quint32 wordAt(const QByteArray& bytes, qsizetype offset) {
-    return qFromLittleEndian<quint32>(bytes.constData() + offset);
-}
-
-TEST(AliasWriter, ItsFirstTableNamesTheComponentsOfTheTarget) {
-    const QByteArray bytes = aliasFileBytes(u"/Users/ada/Applications/Wörter Büro.app"_s);
-    ASSERT_TRUE(bytes.startsWith(QByteArray("book\0\0\0\0mark", 12)));
-    const quint32 body = wordAt(bytes, 0x10);
-    ASSERT_EQ(body + wordAt(bytes, 0x18), quint32(bytes.size()));
-
-    const quint32 table = body + wordAt(bytes, body);
-    ASSERT_EQ(wordAt(bytes, table + 4), 0xfffffffe);
-    EXPECT_EQ(wordAt(bytes, table), 12 + 12 * wordAt(bytes, table + 16));
-    EXPECT_EQ(qsizetype(table + 8 + wordAt(bytes, table)), bytes.size());
-    ASSERT_EQ(wordAt(bytes, table + 20), 0x1004u) << "entries are sorted by key, the path is the first";
-
-    const quint32 path = body + wordAt(bytes, table + 24);
-    ASSERT_EQ(wordAt(bytes, path + 4), 0x0601u);
-    QByteArrayList components;
-    for (quint32 i = 0; i < wordAt(bytes, path) / 4; ++i) {
-        const quint32 item = body + wordAt(bytes, path + 8 + 4 * i);
-        EXPECT_EQ(wordAt(bytes, item + 4), 0x0101u);
-        components.append(bytes.mid(item + 8, wordAt(bytes, item)));
-    }
-    EXPECT_THAT(components, ElementsAre("Users", "ada", "Applications", "Wörter Büro.app"));
 }
 
 } // namespace
