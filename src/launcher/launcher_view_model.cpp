@@ -37,8 +37,8 @@ void LauncherViewModel::changed(LauncherChange change) {
 
 void LauncherViewModel::start() {
     inEachMode([&] { _loaded[static_cast<std::size_t>(mode())] = _store.load(); });
-    scan([this](AppScanner::LibraryScan scan) {
-        _lastScan = std::move(scan);
+    scan([this](std::optional<AppScanner::LibraryScan> scan) {
+        _lastScan = std::move(scan).value_or(AppScanner::LibraryScan());
         finishStartUp();
     });
 }
@@ -89,15 +89,26 @@ void LauncherViewModel::inEachMode(const std::function<void()>& step) {
 
 // ---- scans and merges
 
-void LauncherViewModel::scan(std::function<void(AppScanner::LibraryScan)> done) {
-    AppScanner scanner(_machine, AppDiscoverySettings::read(_machine.settings, _machine.places.home));
+ScanContext LauncherViewModel::scanContext(const Machine& machine) {
+    const QString tag = QString(machine.locale.identifier()).replace(u'_', u'-');
+    return {.files = machine.files,
+            .settings = AppDiscoverySettings::read(machine.settings, machine.places.home),
+            .home = machine.places.home,
+            .languages = {tag, machine.locale.languageCode()},
+            .locale = machine.locale,
+            .uuids = machine.uuids,
+            .now = machine.clock.now()};
+}
+
+void LauncherViewModel::scan(std::function<void(std::optional<AppScanner::LibraryScan>)> done) {
     _scanTask = _machine.workers.run(
-        [scanner = std::move(scanner), cache = std::move(_scanCache)](std::stop_token stop) mutable {
-            AppScanner::LibraryScan scan = scanner.scan(cache, stop);
+        [scanner = AppScanner(scanContext(_machine)),
+         cache = _scanCache](std::stop_token stop) mutable {
+            auto scan = scanner.scan(cache, stop);
             return std::pair(std::move(scan), std::move(cache));
         },
         [this,
-         done = std::move(done)](std::pair<AppScanner::LibraryScan, AppScanner::BundleCache> result) {
+         done = std::move(done)](std::pair<std::optional<AppScanner::LibraryScan>, ScanCache> result) {
             _scanCache = std::move(result.second);
             done(std::move(result.first));
         });
@@ -113,10 +124,10 @@ void LauncherViewModel::rescan(std::function<void()> done) {
         _rescanAgain = true;
         return;
     }
-    scan([this](AppScanner::LibraryScan scan) {
+    scan([this](std::optional<AppScanner::LibraryScan> scan) {
         _isRescanning = false;
-        if (scan.isComplete) // a look that was cut short says nothing of what it did not see
-            finishRescan(std::move(scan));
+        if (scan)
+            finishRescan(*std::move(scan));
         if (std::exchange(_rescanAgain, false))
             return rescan();
         for (const auto& callback : std::exchange(_rescanCallbacks, {}))
@@ -220,6 +231,10 @@ const LaunchpadItem* LauncherViewModel::item(const QUuid& id) const {
 const FolderEntry* LauncherViewModel::folder(const QUuid& id) const {
     const LaunchpadItem* found = item(id);
     return found ? found->folder() : nullptr;
+}
+
+QString LauncherViewModel::smartFolderName(const QUuid&) const {
+    return QStringLiteral("Unavailable Smart Folder");
 }
 
 static int nearest(qsizetype page, qsizetype count) {

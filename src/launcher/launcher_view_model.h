@@ -92,6 +92,12 @@ public:
     /// To be called after a setting was changed.
     void settingsChanged();
 
+    /// What a scan of this machine depends on; good for any thread.
+    static ScanContext scanContext(const Machine& machine);
+
+    /// What a smart folder is called.
+    QString smartFolderName(const QUuid& definitionID) const;
+
     /// The pages of the grid, or of an open folder, as the grid's settings show them.
     ShownPages shownPages() const;
     ShownPages shownPages(const FolderEntry& folder) const;
@@ -143,7 +149,7 @@ private:
     LiveLayout& live() { return _layouts[static_cast<std::size_t>(mode())]; }
     const LiveLayout& live() const { return _layouts[static_cast<std::size_t>(mode())]; }
 
-    void scan(std::function<void(AppScanner::LibraryScan)> done);
+    void scan(std::function<void(std::optional<AppScanner::LibraryScan>)> done);
     void finishStartUp();
     void finishRescan(AppScanner::LibraryScan scan);
     /// Calls `step` with each mode active in turn, the mode shown first; nobody sees the change.
@@ -162,7 +168,7 @@ private:
     std::array<LiveLayout, 2> _layouts;
     std::array<LayoutStore::LoadResult, 2> _loaded;
     AppScanner::LibraryScan _lastScan;
-    AppScanner::BundleCache _scanCache;
+    ScanCache _scanCache;
     bool _isBootstrapped = false;
 
     std::list<std::weak_ptr<Listener>> _listeners;

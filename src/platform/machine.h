@@ -23,7 +23,9 @@ struct Places {
     QString applicationSupport; ///< the application's folder lies in it, named by its identifier
 
     QString library() const { return FileSystem::joined(home, QStringLiteral("Library")); }
-    QString applicationFolder() const { return FileSystem::joined(applicationSupport, applicationIdentifier); }
+    QString applicationFolder() const {
+        return FileSystem::joined(applicationSupport, applicationIdentifier);
+    }
 };
 
 /// Everything that the launcher is given of the machine it runs on. One is made at the start and

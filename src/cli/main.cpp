@@ -1,0 +1,3 @@
+#include "control/tessellarctl.h"
+
+int main(int argc, char** argv) { return tessellar::tessellarctl(argc, argv); }

@@ -1,0 +1,45 @@
+#include "control/command_call.h"
+
+namespace tessellar {
+
+void CommandCall::write(const QJsonValue& json) {
+    _output.out(options.oneLine ? json::writeCompact(json) + '\n' : json::write(json));
+}
+
+void CommandCall::print(const QJsonValue& json, const QString& text) {
+    if (options.json)
+        write(json);
+    else if (!text.isEmpty())
+        _output.out(text.endsWith(u'\n') ? text.toUtf8() : text.toUtf8() + '\n');
+}
+
+void CommandCall::succeed(const QJsonValue& json, const QString& text) {
+    print(json, text);
+    finish(ExitStatus::done);
+}
+
+void CommandCall::answer(const LauncherViewModel::Outcome& outcome, const QString& text) {
+    if (outcome)
+        succeed(QJsonObject(), text);
+    else
+        fail(outcome.error());
+}
+
+void CommandCall::fail(const LauncherError& error) {
+    if (options.json)
+        write(QJsonObject{
+            {QStringLiteral("error"), QJsonObject{{QStringLiteral("code"), error.code},
+                                                  {QStringLiteral("message"), error.message}}}});
+    _output.error(error.message.toUtf8() + '\n');
+    finish(ExitStatus::refused);
+}
+
+void CommandCall::finish(ExitStatus status) {
+    if (std::exchange(_isFinished, true))
+        return;
+    // Let go of later: this may be called by the very work that is held.
+    machine.workers.mailbox().post([work = std::move(held)] {});
+    _output.finished(static_cast<int>(status));
+}
+
+} // namespace tessellar

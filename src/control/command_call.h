@@ -1,0 +1,73 @@
+#pragma once
+
+#include "launcher/launcher_view_model.h"
+
+#include <QJsonValue>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tessellar {
+
+/// Where the words of a command go as they come.
+struct CommandOutput {
+    std::function<void(const QByteArray&)> out;
+    std::function<void(const QByteArray&)> error;
+    std::function<void(int status)> finished; ///< once, last
+    /// False once nobody hears any more: a command that would go on until it is stopped ends then.
+    std::function<bool()> isWanted = [] { return true; };
+};
+
+/// How the words of a command are to be understood.
+struct CommandOptions {
+    bool json = false;
+    bool oneLine = false; ///< JSON documents on one line each, as in a batch
+    std::optional<LauncherWindowMode> mode;
+    QString directory;             ///< host folder that relative names of files stand in
+    std::optional<Instant> now;    ///< for what asks for the time
+    std::optional<QString> locale; ///< for what compares text
+};
+
+enum class ExitStatus { done = 0, refused = 1, wrongUsage = 2 };
+
+/// One command while it runs: what it may use, and how it says what came of it. Commands that wait for
+/// something keep it (it is shared) and answer later.
+class CommandCall {
+public:
+    CommandCall(Machine& machine_, LauncherViewModel* launcher, CommandOptions options_,
+                CommandOutput output)
+        : machine(machine_)
+        , options(std::move(options_))
+        , _launcher(launcher)
+        , _output(std::move(output)) {}
+
+    Machine& machine;
+    CommandOptions options;
+    /// Only for commands that asked for it.
+    LauncherViewModel& launcher() const { return *_launcher; }
+
+    /// Part of the answer, before its end: a JSON document, or text.
+    void print(const QJsonValue& json, const QString& text);
+    /// Ends the command: with --json one document, else the text.
+    void succeed(const QJsonValue& json, const QString& text);
+    void fail(const LauncherError& error);
+    /// Ends the command with what an operation came to.
+    void answer(const LauncherViewModel::Outcome& outcome, const QString& text = {});
+    /// Ends the command after what it printed.
+    void finish(ExitStatus status);
+
+    bool isWanted() const { return _output.isWanted(); }
+
+    /// What the command waits for; kept while the command is.
+    std::vector<std::shared_ptr<void>> held;
+
+private:
+    void write(const QJsonValue& json);
+
+    LauncherViewModel* _launcher;
+    CommandOutput _output;
+    bool _isFinished = false;
+};
+
+} // namespace tessellar

@@ -1,0 +1,52 @@
+#include "control/command_set.h"
+
+namespace tessellar {
+
+CommandSet::CommandSet()
+    : _parser("Everything that the launcher can do without a pointer.", "tessellarctl") {
+    _parser.require_subcommand(1);
+    addLayoutCommands(*this);
+    addSettingsCommands(*this);
+}
+
+CLI::App* CommandSet::add(const char* name, const char* description, CLI::App* parent) {
+    return (parent ? parent : &_parser)->add_subcommand(name, description);
+}
+
+CLI::App* CommandSet::addGroup(const char* name, const char* description) {
+    CLI::App* group = add(name, description);
+    group->require_subcommand(1);
+    return group;
+}
+
+void CommandSet::onRun(CLI::App* command, CommandNeeds needs, Run run) {
+    command->callback([this, needs, run = std::move(run)] { _parsed = Parsed{needs, run}; });
+}
+
+std::expected<CommandSet::Parsed, CommandSet::Failure> CommandSet::parse(const QStringList& words) {
+    if (!words.isEmpty() && !words.first().startsWith(u'-') &&
+        _parser
+            .get_subcommands([name = words.first().toStdString()](const CLI::App* command) {
+                return command->get_name() == name;
+            })
+            .empty())
+        return std::unexpected(
+            Failure{ExitStatus::wrongUsage,
+                    QStringLiteral("There is no command “%1”; tessellarctl --help lists them.")
+                        .arg(words.first().left(80))});
+    std::vector<std::string> reversed; // as CLI11 takes them
+    for (auto it = words.rbegin(); it != words.rend(); ++it)
+        reversed.push_back(it->toStdString());
+    try {
+        _parser.parse(std::move(reversed));
+    } catch (const CLI::CallForHelp&) {
+        return std::unexpected(Failure{ExitStatus::done, help()});
+    } catch (const CLI::ParseError& error) {
+        return std::unexpected(Failure{ExitStatus::wrongUsage, QString::fromUtf8(error.what())});
+    }
+    if (!_parsed)
+        return std::unexpected(Failure{ExitStatus::wrongUsage, help()});
+    return *std::move(_parsed);
+}
+
+} // namespace tessellar

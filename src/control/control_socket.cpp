@@ -1,0 +1,205 @@
+#include "control/control_socket.h"
+
+#include <QCryptographicHash>
+#include <QLocalServer>
+#include <QLocalSocket>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessellar {
+namespace {
+
+constexpr qint64 maximumLine = 1 << 20;
+constexpr qsizetype maximumAddress = 100; ///< sun_path holds 104 bytes on a Mac, 108 on Linux
+constexpr int connectTimeout = 2'000;     ///< milliseconds
+
+struct Request {
+    QStringList words;
+    bool json = false;
+    bool oneLine = false;
+    std::optional<LauncherWindowMode> mode;
+    QString directory;
+    std::optional<Instant> now;
+    std::optional<QString> locale;
+};
+
+} // namespace
+
+template <>
+struct json::Fields<Request> {
+    static constexpr auto list =
+        std::tuple(required("words", &Request::words), defaulted("json", &Request::json),
+                   defaulted("oneLine", &Request::oneLine), optional("mode", &Request::mode),
+                   defaulted("directory", &Request::directory), optional("now", &Request::now),
+                   optional("locale", &Request::locale));
+};
+
+QString controlSocketPath(const Machine& machine) {
+    const QByteArray folder = machine.files.hostPath(machine.places.applicationFolder());
+    const QByteArray inFolder = folder + "/control.socket";
+    if (inFolder.size() <= maximumAddress)
+        return QString::fromUtf8(inFolder);
+    const QByteArray shared = "/tmp/tessellar-" + QByteArray::number(::getuid());
+    (void)::mkdir(shared.constData(), 0700);
+    struct stat status = {};
+    if (::lstat(shared.constData(), &status) != 0 || !S_ISDIR(status.st_mode) ||
+        status.st_uid != ::getuid() || (status.st_mode & 077) != 0)
+        return {};
+    const QByteArray name =
+        QCryptographicHash::hash(folder, QCryptographicHash::Sha256).toHex().first(24);
+    return QString::fromUtf8(shared + '/' + name + ".socket");
+}
+
+// ---- the side of the launcher
+
+class ControlServer::Connection : public std::enable_shared_from_this<Connection> {
+public:
+    Connection(CommandExecutor& executor, QLocalSocket* socket)
+        : _executor(executor), _socket(socket) {}
+
+    void start() {
+        // The socket keeps the connection; the answers of a command only know it weakly.
+        QObject::connect(_socket, &QLocalSocket::readyRead, _socket,
+                         [self = shared_from_this()] { self->read(); });
+        QObject::connect(_socket, &QLocalSocket::disconnected, _socket, &QObject::deleteLater);
+        QObject::connect(_socket, &QObject::destroyed, [weak = weak_from_this()] {
+            if (const auto self = weak.lock())
+                self->_socket = nullptr;
+        });
+    }
+
+private:
+    void read() {
+        while (_socket && !_isBusy && _socket->canReadLine()) {
+            const auto request = json::decodeDocument<Request>(_socket->readLine(maximumLine + 1));
+            if (!request)
+                return _socket->abort();
+            carryOut(*request);
+        }
+        if (_socket && !_isBusy && _socket->bytesAvailable() > maximumLine)
+            _socket->abort();
+    }
+
+    void carryOut(const Request& request) {
+        _isBusy = true;
+        const auto say = [weak = weak_from_this()](const QString& key, const QJsonValue& value) {
+            if (const auto self = weak.lock(); self && self->_socket)
+                self->_socket->write(json::writeCompact(QJsonObject{{key, value}}) + '\n');
+        };
+        CommandOutput output{
+            .out =
+                [say](const QByteArray& text) { say(QStringLiteral("out"), QString::fromUtf8(text)); },
+            .error =
+                [say](const QByteArray& text) {
+                    say(QStringLiteral("error"), QString::fromUtf8(text));
+                },
+            .finished =
+                [say, weak = weak_from_this()](int status) {
+                    say(QStringLiteral("status"), status);
+                    if (const auto self = weak.lock()) {
+                        self->_isBusy = false;
+                        if (self->_socket)
+                            QMetaObject::invokeMethod(
+                                self->_socket,
+                                [weak] {
+                                    if (const auto again = weak.lock())
+                                        again->read();
+                                },
+                                Qt::QueuedConnection);
+                    }
+                },
+            .isWanted =
+                [weak = weak_from_this()] {
+                    const auto self = weak.lock();
+                    return self && self->_socket;
+                }};
+        CommandOptions options{.json = request.json,
+                               .oneLine = request.oneLine,
+                               .mode = request.mode,
+                               .directory = request.directory,
+                               .now = request.now,
+                               .locale = request.locale};
+        _executor.run(request.words, options, std::move(output));
+    }
+
+    CommandExecutor& _executor;
+    QLocalSocket* _socket;
+    bool _isBusy = false;
+};
+
+ControlServer::ControlServer(const Machine& machine, CommandExecutor& executor)
+    : _machine(machine), _executor(executor), _server(std::make_unique<QLocalServer>()) {}
+
+ControlServer::~ControlServer() = default;
+
+bool ControlServer::listen() {
+    const QString path = controlSocketPath(_machine);
+    if (path.isEmpty())
+        return false;
+    // Whoever holds the lock may clear away what a killed launcher left.
+    QLocalServer::removeServer(path);
+    _server->setSocketOptions(QLocalServer::UserAccessOption);
+    QObject::connect(_server.get(), &QLocalServer::newConnection, _server.get(), [this] {
+        while (QLocalSocket* socket = _server->nextPendingConnection())
+            std::make_shared<Connection>(_executor, socket)->start();
+    });
+    return _server->listen(path);
+}
+
+// ---- the side of the command line
+
+std::unique_ptr<RemoteExecutor> RemoteExecutor::connect(const Machine& machine) {
+    const QString path = controlSocketPath(machine);
+    if (path.isEmpty())
+        return nullptr;
+    auto socket = std::make_unique<QLocalSocket>();
+    socket->connectToServer(path);
+    if (!socket->waitForConnected(connectTimeout))
+        return nullptr;
+    return std::unique_ptr<RemoteExecutor>(new RemoteExecutor(std::move(socket)));
+}
+
+RemoteExecutor::RemoteExecutor(std::unique_ptr<QLocalSocket> socket) : _socket(std::move(socket)) {
+    QObject::connect(_socket.get(), &QLocalSocket::readyRead, _socket.get(), [this] { read(); });
+    QObject::connect(_socket.get(), &QLocalSocket::disconnected, _socket.get(), [this] { lost(); });
+}
+
+RemoteExecutor::~RemoteExecutor() { _socket->disconnect(); }
+
+void RemoteExecutor::run(const QStringList& words, const CommandOptions& options,
+                         CommandOutput output) {
+    _output = std::move(output);
+    _isRunning = true;
+    const Request request{words,       options.json,  options.oneLine, options.mode, options.directory,
+                          options.now, options.locale};
+    _socket->write(json::writeCompact(json::encode(request)) + '\n');
+    if (_socket->state() != QLocalSocket::ConnectedState)
+        lost();
+}
+
+void RemoteExecutor::read() {
+    while (_isRunning && _socket->canReadLine()) {
+        const auto line = json::parse(_socket->readLine());
+        const QJsonObject object = line ? line->toObject() : QJsonObject();
+        if (const QJsonValue text = object.value(u"out"); text.isString()) {
+            _output.out(text.toString().toUtf8());
+        } else if (const QJsonValue error = object.value(u"error"); error.isString()) {
+            _output.error(error.toString().toUtf8());
+        } else if (const QJsonValue status = object.value(u"status"); status.isDouble()) {
+            _isRunning = false;
+            const CommandOutput output = std::exchange(_output, {});
+            output.finished(status.toInt());
+        }
+    }
+}
+
+void RemoteExecutor::lost() {
+    if (!std::exchange(_isRunning, false))
+        return;
+    const CommandOutput output = std::exchange(_output, {});
+    output.error("The launcher ended before it had answered.\n");
+    output.finished(static_cast<int>(ExitStatus::refused));
+}
+
+} // namespace tessellar

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "control/command_interpreter.h"
+
+#include <QString>
+
+#include <memory>
+
+class QLocalServer;
+class QLocalSocket;
+
+namespace tessellar {
+
+/// Where the launcher that is running listens: a socket in the application's folder, or, where that
+/// path is too long for a socket's address, in a folder of the user's alone below /tmp. Empty when
+/// neither can be.
+///
+/// What passes is one JSON object a line. A request: {"words": […], "options": {…}}; the answers to it:
+/// {"out": text} and {"error": text} as they come, then {"status": number}. A line is at most 1 MiB,
+/// one request is carried out at a time on a connection, and a client that leaves ends what it asked
+/// for.
+QString controlSocketPath(const Machine& machine);
+
+/// Listens for commands on behalf of the launcher that is running, which holds the lock of its folder.
+class ControlServer {
+public:
+    ControlServer(const Machine& machine, CommandExecutor& executor);
+    ~ControlServer();
+
+    /// False when nothing can be heard: the launcher works without.
+    bool listen();
+
+private:
+    class Connection;
+
+    const Machine& _machine;
+    CommandExecutor& _executor;
+    std::unique_ptr<QLocalServer> _server;
+};
+
+/// Hands commands to the launcher that is running.
+class RemoteExecutor final : public CommandExecutor {
+public:
+    ~RemoteExecutor() override;
+    /// Nothing when no launcher listens.
+    static std::unique_ptr<RemoteExecutor> connect(const Machine& machine);
+
+    void run(const QStringList& words, const CommandOptions& options, CommandOutput output) override;
+
+private:
+    explicit RemoteExecutor(std::unique_ptr<QLocalSocket> socket);
+    void read();
+    void lost();
+
+    std::unique_ptr<QLocalSocket> _socket;
+    CommandOutput _output;
+    bool _isRunning = false;
+};
+
+} // namespace tessellar

@@ -1,0 +1,63 @@
+// The settings: list, get, set.
+
+#include "control/command_set.h"
+
+namespace tessellar {
+namespace {
+
+/// As JSON, also where the document would be a bare value.
+QString valueText(const QJsonValue& value) {
+    if (value.isString())
+        return value.toString();
+    const QByteArray list = json::writeCompact(QJsonArray{value});
+    return QString::fromUtf8(list.sliced(1, list.size() - 2));
+}
+
+/// JSON where it reads as such, else text.
+QJsonValue settingValue(const QString& text) {
+    if (const auto list = json::parse('[' + text.toUtf8() + ']'); list && list->toArray().size() == 1)
+        return list->toArray().first();
+    return text;
+}
+
+} // namespace
+
+void addSettingsCommands(CommandSet& set) {
+    CLI::App* group = set.addGroup("settings", "What the user has set");
+    set.onRun(set.add("list", "Every setting that is stored", group), CommandNeeds::machine,
+              [](const std::shared_ptr<CommandCall>& command) {
+                  QJsonObject object;
+                  QString text;
+                  const auto values = command->machine.settings.values();
+                  for (auto it = values.begin(); it != values.end(); ++it) {
+                      object.insert(it.key(), it.value());
+                      text += QStringLiteral("%1 = %2\n").arg(it.key(), valueText(it.value()));
+                  }
+                  command->succeed(object, text);
+              });
+
+    CLI::App* get = set.add("get", "One setting", group);
+    set.onRun(get, CommandNeeds::machine,
+              [key = word(get, "key", "")](const std::shared_ptr<CommandCall>& command) {
+                  const auto value = command->machine.settings.value(text(key));
+                  if (!value)
+                      return command->fail({QStringLiteral("notSet"),
+                                            QStringLiteral("“%1” is not set.").arg(text(key)),
+                                            {}});
+                  command->succeed(QJsonObject{{text(key), *value}}, valueText(*value));
+              });
+
+    CLI::App* put = set.add("set", "Store a setting; null removes it", group);
+    set.onRun(put, CommandNeeds::launcher,
+              [key = word(put, "key", ""), value = word(put, "value", "JSON, or else text")](
+                  const std::shared_ptr<CommandCall>& command) {
+                  const auto stored =
+                      command->machine.settings.set(text(key), settingValue(text(value)));
+                  if (!stored)
+                      return command->fail(launcherError(stored.error()));
+                  command->launcher().settingsChanged();
+                  command->succeed(QJsonObject{{text(key), settingValue(text(value))}}, {});
+              });
+}
+
+} // namespace tessellar

@@ -1,0 +1,47 @@
+#include "control/shell_words.h"
+
+namespace tessellar {
+
+std::expected<QStringList, QString> splitWords(const QString& line) {
+    QStringList words;
+    QString word;
+    bool inWord = false;
+    QChar quote;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const QChar c = line[i];
+        const bool hasNext = i + 1 < line.size();
+        if (c == u'\\' && quote != u'\'') {
+            if (!hasNext)
+                return std::unexpected(QStringLiteral("The line ends in a backslash."));
+            const QChar next = line[++i];
+            // Within double quotes a backslash stands for itself unless it takes a meaning away.
+            if (!quote.isNull() && next != u'"' && next != u'\\')
+                word += c;
+            word += next;
+            inWord = true;
+        } else if (!quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+            else
+                word += c;
+        } else if (c == u'\'' || c == u'"') {
+            quote = c;
+            inWord = true;
+        } else if (c.isSpace()) {
+            if (std::exchange(inWord, false))
+                words.append(std::exchange(word, {}));
+        } else if (c == u'#' && !inWord) {
+            break;
+        } else {
+            word += c;
+            inWord = true;
+        }
+    }
+    if (!quote.isNull())
+        return std::unexpected(QStringLiteral("A quote is not closed."));
+    if (inWord)
+        words.append(word);
+    return words;
+}
+
+} // namespace tessellar

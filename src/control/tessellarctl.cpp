@@ -1,0 +1,268 @@
+#include "control/tessellarctl.h"
+
+#include "control/command_interpreter.h"
+#include "control/control_socket.h"
+#include "control/shell_words.h"
+#include "platform/file_lock.h"
+#include "platform/host_machine.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <cstdio>
+
+namespace tessellar {
+namespace {
+
+constexpr qint64 maximumBatch = 16 << 20;
+constexpr std::chrono::milliseconds lockRetry{50};
+constexpr int lockTries = 200; ///< ten seconds
+
+struct Invocation {
+    MachineOptions machine;
+    CommandOptions options;
+    QStringList words;
+};
+
+/// Splits the command line into what stands before the command and the command's own words. `--json` is
+/// taken wherever it stands.
+std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList arguments) {
+    Invocation invocation;
+    invocation.options.directory = QDir::currentPath();
+    const auto wrong = [](const QString& text) {
+        return std::unexpected(CommandSet::Failure{ExitStatus::wrongUsage, text});
+    };
+    if (arguments.removeAll(QStringLiteral("--json")) > 0)
+        invocation.options.json = true;
+    while (!arguments.isEmpty() && arguments.first().startsWith(u'-')) {
+        QString name = arguments.takeFirst();
+        if (name == u"--help" || name == u"-h")
+            return std::unexpected(CommandSet::Failure{ExitStatus::done, CommandSet().help()});
+        QString value;
+        if (const qsizetype equals = name.indexOf(u'='); equals > 0) {
+            value = name.sliced(equals + 1);
+            name.truncate(equals);
+        } else if (!arguments.isEmpty()) {
+            value = arguments.takeFirst();
+        } else {
+            return wrong(QStringLiteral("%1 needs a value, or is no option.").arg(name));
+        }
+        if (name == u"--root") {
+            invocation.machine.root = QDir(value).absolutePath();
+        } else if (name == u"--home") {
+            invocation.machine.home = value;
+        } else if (name == u"--locale") {
+            invocation.machine.locale = invocation.options.locale = value;
+        } else if (name == u"--mode") {
+            invocation.options.mode = json::fromRawValue<LauncherWindowMode>(value);
+            if (!invocation.options.mode)
+                return wrong(QStringLiteral("--mode is fullScreen or windowed."));
+        } else if (name == u"--now") {
+            invocation.machine.now = invocation.options.now = Instant::fromIso8601(value);
+            if (!invocation.options.now)
+                return wrong(QStringLiteral("--now takes a date such as 2026-11-14T21:05:40Z."));
+        } else {
+            return wrong(QStringLiteral("There is no option %1.").arg(name));
+        }
+    }
+    invocation.words = arguments;
+    return invocation;
+}
+
+/// Carries commands out in this process: starts a launcher of its own, under the lock.
+class LocalExecutor final : public CommandExecutor {
+public:
+    LocalExecutor(Machine& machine, FileLock lock, LauncherWindowMode mode)
+        : _lock(std::move(lock)), _launcher(machine, mode), _interpreter(machine, _launcher) {
+        _launcher.startAndWait();
+    }
+
+    LauncherViewModel& launcher() { return _launcher; }
+    void run(const QStringList& words, const CommandOptions& options, CommandOutput output) override {
+        _interpreter.run(words, options, std::move(output));
+    }
+
+private:
+    FileLock _lock;
+    LauncherViewModel _launcher;
+    CommandInterpreter _interpreter;
+};
+
+class Program {
+public:
+    Program(Machine& machine, Invocation invocation)
+        : _machine(machine), _invocation(std::move(invocation)) {}
+
+    int run() {
+        QStringList& words = _invocation.words;
+        if (!words.isEmpty() && words.first() == u"batch")
+            return runBatch();
+        const auto parsed = CommandSet().parse(words);
+        if (!parsed) {
+            CommandInterpreter::refuse(parsed.error(), _invocation.options, output());
+            return _status;
+        }
+        if (parsed->needs == CommandNeeds::machine) {
+            CommandInterpreter::runWithoutLauncher(_machine, parsed->run, _invocation.options,
+                                                   output());
+            return waitForEnd();
+        }
+        if (!findExecutor())
+            return _status;
+        _executor->run(words, _invocation.options, output());
+        waitForEnd();
+        return close();
+    }
+
+private:
+    int runBatch() {
+        const QStringList& words = _invocation.words;
+        if (words.size() != 2)
+            return fail({QStringLiteral("wrongUsage"),
+                         QStringLiteral("batch takes one file, or - for standard input."),
+                         {}},
+                        ExitStatus::wrongUsage);
+        QFile file(words[1] == u"-" ? QString() : words[1]);
+        const bool opened =
+            words[1] == u"-" ? file.open(stdin, QFile::ReadOnly) : file.open(QFile::ReadOnly);
+        if (!opened)
+            return fail(
+                {QStringLiteral("unreadable"), QStringLiteral("%1 cannot be read.").arg(words[1]), {}});
+        if (!findExecutor())
+            return _status;
+        _invocation.options.oneLine = true;
+        int status = 0;
+        qint64 size = 0;
+        while (!file.atEnd()) {
+            const QByteArray line = file.readLine(maximumBatch);
+            size += line.size();
+            if (size > maximumBatch)
+                return fail(
+                    {QStringLiteral("tooLarge"), QStringLiteral("The batch is too large."), {}});
+            const auto lineWords = splitWords(QString::fromUtf8(line));
+            if (!lineWords) {
+                status = std::max(status, fail({QStringLiteral("wrongUsage"), lineWords.error(), {}},
+                                               ExitStatus::wrongUsage));
+                continue;
+            }
+            if (lineWords->isEmpty())
+                continue;
+            _isFinished = false;
+            _executor->run(*lineWords, _invocation.options, output());
+            status = std::max(status, waitForEnd());
+        }
+        return std::max(status, close());
+    }
+
+    /// The launcher that is running; or one of our own once nobody else holds the lock.
+    bool findExecutor() {
+        const QString folder = _machine.places.applicationFolder();
+        (void)_machine.files.createDirectories(folder);
+        for (int attempt = 0; attempt < lockTries; ++attempt) {
+            if ((_executor = RemoteExecutor::connect(_machine)))
+                return true;
+            auto lock =
+                FileLock::tryLock(_machine.files, FileSystem::joined(folder, QStringLiteral("lock")));
+            // Where no lock can be made nothing can be saved either; what only shows still works.
+            if (!lock || *lock) {
+                auto local = std::make_unique<LocalExecutor>(
+                    _machine, lock ? *std::move(*lock) : FileLock(),
+                    _invocation.options.mode.value_or(LauncherWindowMode::fullScreen));
+                _local = local.get();
+                _executor = std::move(local);
+                sayAlerts();
+                return true;
+            }
+            bool isOver = false;
+            const Timer timer = _machine.scheduler.after(lockRetry, [&] { isOver = true; });
+            while (!isOver)
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        fail({QStringLiteral("busy"),
+              QStringLiteral("Another program is changing the arrangement. Try again in a moment."),
+              {}});
+        return false;
+    }
+
+    /// What a launcher of our own has to say and save before it goes.
+    int close() {
+        if (!_local)
+            return _status;
+        sayAlerts();
+        if (const auto saved = _local->launcher().quit(); !saved)
+            return fail(saved.error());
+        return _status;
+    }
+
+    void sayAlerts() {
+        for (const LauncherError& error : _local->launcher().takeAlerts())
+            write(
+                stderr,
+                (error.title.isEmpty() ? error.message : error.title + u' ' + error.message).toUtf8() +
+                    '\n');
+    }
+
+    int waitForEnd() {
+        while (!_isFinished)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        return _status;
+    }
+
+    CommandOutput output() {
+        return {.out = [](const QByteArray& text) { write(stdout, text); },
+                .error = [](const QByteArray& text) { write(stderr, text); },
+                .finished =
+                    [this](int status) {
+                        _status = status;
+                        _isFinished = true;
+                    }};
+    }
+
+    int fail(const LauncherError& error, ExitStatus status = ExitStatus::refused) {
+        if (_invocation.options.json) {
+            const QJsonObject document{
+                {QStringLiteral("error"), QJsonObject{{QStringLiteral("code"), error.code},
+                                                      {QStringLiteral("message"), error.message}}}};
+            write(stdout, _invocation.options.oneLine ? json::writeCompact(document) + '\n'
+                                                      : json::write(document));
+        }
+        write(stderr, error.message.toUtf8() + '\n');
+        return _status = static_cast<int>(status);
+    }
+
+    static void write(FILE* file, const QByteArray& text) {
+        std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), file);
+        std::fflush(file);
+    }
+
+    Machine& _machine;
+    Invocation _invocation;
+    std::unique_ptr<CommandExecutor> _executor;
+    LocalExecutor* _local = nullptr;
+    int _status = 0;
+    bool _isFinished = false;
+};
+
+} // namespace
+
+int tessellarctl(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const CommandOutput standard{
+        .out = [](const QByteArray& text) { std::fputs(text.constData(), stdout); },
+        .error = [](const QByteArray& text) { std::fputs(text.constData(), stderr); },
+        .finished = [](int) {}};
+    auto invocation = readInvocation(QCoreApplication::arguments().sliced(1));
+    if (!invocation) {
+        CommandInterpreter::refuse(invocation.error(), {}, standard);
+        return static_cast<int>(invocation.error().status);
+    }
+    auto host = HostMachine::make(invocation->machine);
+    if (!host) {
+        CommandInterpreter::refuse({ExitStatus::refused, host.error()}, invocation->options, standard);
+        return static_cast<int>(ExitStatus::refused);
+    }
+    return Program((*host)->machine(), *std::move(invocation)).run();
+}
+
+} // namespace tessellar

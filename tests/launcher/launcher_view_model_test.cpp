@@ -1,0 +1,244 @@
+#include "launcher/launcher_view_model.h"
+
+#include "sample/mac_builder.h"
+#include "support/items.h"
+#include "support/printers.h"
+#include "support/test_machine.h"
+
+#include <gtest/gtest.h>
+
+namespace tessellar {
+namespace {
+
+using namespace std::chrono_literals;
+using test::sketch;
+
+const QString directory = QStringLiteral("/Users/ada/Library/Application Support/com.tessellar.app");
+
+class LauncherTest : public testing::Test {
+protected:
+    test::TestMachine mac;
+    sample::MacBuilder builder{mac.root.path()};
+    std::unique_ptr<LauncherViewModel> launcher;
+
+    QString install(const QString& name, const QString& folder = QStringLiteral("/Applications")) {
+        return builder.addApplication({.name = name,
+                                       .folder = folder,
+                                       .identifier = QStringLiteral("org.example.") + name.toLower()});
+    }
+    LauncherViewModel& start() {
+        launcher.reset();
+        launcher = std::make_unique<LauncherViewModel>(mac.machine);
+        launcher->startAndWait();
+        return *launcher;
+    }
+    void rescan() {
+        launcher->rescan();
+        mac.settle();
+    }
+    LayoutDocument stored(const char* name = "layout.json") {
+        return json::decodeDocument<LayoutDocument>(
+                   mac.read(directory + u'/' + QLatin1StringView(name)))
+            .value_or(LayoutDocument());
+    }
+    void store(const Pages& pages, const QSet<QString>& hidden = {}) {
+        mac.write(directory + QStringLiteral("/layout.json"),
+                  json::write(json::encode(LayoutDocument{.pages = pages, .hiddenKeys = hidden})));
+    }
+};
+
+TEST_F(LauncherTest, AFirstStartShowsAndSavesTheDefaultLayoutOfBothModes) {
+    install(u"Beech"_qs);
+    install(u"ash"_qs);
+    start();
+    EXPECT_EQ(sketch(launcher->pages()), u"ash Beech");
+    EXPECT_EQ(stored().pages, launcher->pages());
+    EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"ash Beech");
+    const Pages first = launcher->pages();
+    EXPECT_EQ(start().pages(), first);
+}
+
+TEST_F(LauncherTest, EditsAreRefusedUntilTheFirstLoadIsComplete) {
+    launcher = std::make_unique<LauncherViewModel>(mac.machine);
+    for (const auto& outcome : {launcher->editGuard(), launcher->resetLayout(),
+                                launcher->restoreArrangement(QUuid::createUuid())}) {
+        ASSERT_FALSE(outcome);
+        EXPECT_EQ(outcome.error().code, u"layoutNotReady");
+        EXPECT_EQ(outcome.error().message,
+                  u"The launcher layout is still loading. Try again in a moment.");
+    }
+}
+
+TEST_F(LauncherTest, ADamagedFileShowsTheDefaultLayoutAndOnlyAResetWritesAgain) {
+    install(u"Ash"_qs);
+    mac.write(directory + QStringLiteral("/layout.json"), "damaged");
+    start();
+    EXPECT_EQ(sketch(launcher->pages()), u"Ash");
+    ASSERT_EQ(launcher->takeAlerts().size(), 1);
+    ASSERT_FALSE(launcher->editGuard());
+    EXPECT_EQ(launcher->editGuard().error().code, u"workingDocumentUnreadable");
+    EXPECT_FALSE(launcher->saveArrangement(u"x"_qs));
+    rescan();
+    EXPECT_TRUE(launcher->quit());
+    EXPECT_EQ(mac.read(directory + QStringLiteral("/layout.json")), "damaged");
+
+    launcher->setMode(LauncherWindowMode::windowed);
+    EXPECT_TRUE(launcher->editGuard());
+    launcher->setMode(LauncherWindowMode::fullScreen);
+    EXPECT_TRUE(launcher->resetLayout());
+    EXPECT_EQ(launcher->notice()->text, u"Layout reset to the default alphabetical arrangement.");
+    EXPECT_TRUE(launcher->editGuard());
+    EXPECT_EQ(sketch(stored().pages), u"Ash");
+}
+
+TEST_F(LauncherTest, ARescanMergesWhatChangedAndWritesNothingWhenNothingDid) {
+    install(u"Ash"_qs);
+    install(u"Beech"_qs);
+    start();
+    EXPECT_EQ(mac.time.pendingCount(), 0u);
+    rescan();
+    EXPECT_EQ(mac.time.pendingCount(), 0u);
+
+    install(u"Cedar"_qs);
+    mac.remove(QStringLiteral("/Applications/Ash.app"));
+    rescan();
+    EXPECT_EQ(sketch(launcher->pages()), u"Beech Cedar");
+    mac.time.advance(300ms);
+    EXPECT_EQ(sketch(stored().pages), u"Beech Cedar");
+    launcher->setMode(LauncherWindowMode::windowed);
+    EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"Beech Cedar");
+}
+
+TEST_F(LauncherTest, AnApplicationOnAVolumeThatIsNotMountedKeepsItsTile) {
+    (void)mac.settings.set(QStringLiteral("appDiscovery.additionalSearchPaths"),
+                           QJsonArray{QStringLiteral("/Volumes/Work/Tools")});
+    install(u"Ash"_qs);
+    install(u"Zelkova"_qs, QStringLiteral("/Volumes/Work/Tools"));
+    start();
+    mac.remove(QStringLiteral("/Volumes/Work"));
+    rescan();
+    EXPECT_EQ(sketch(launcher->pages()), u"Ash Zelkova");
+    EXPECT_EQ(launcher->unavailableAppKeys(), QSet<QString>{QStringLiteral("org.example.zelkova")});
+    QString refusal;
+    launcher->launch(QStringLiteral("org.example.zelkova"),
+                     [&](const LauncherViewModel::Outcome& outcome) {
+                         refusal = outcome ? QString() : outcome.error().message;
+                     });
+    EXPECT_EQ(refusal, LauncherViewModel::unavailableNotice());
+    mac.makeFolder(QStringLiteral("/Volumes/Work/Tools"));
+    rescan();
+    EXPECT_EQ(sketch(launcher->pages()), u"Ash");
+}
+
+TEST_F(LauncherTest, LaunchingTellsTheSystemAndSaysWhatItAnswers) {
+    const QString path = install(u"Ash"_qs);
+    QList<QByteArray> arguments;
+    int status = 0;
+    mac.tool(u"/usr/bin/open"_qs, [&](const Command& command, std::stop_token) {
+        arguments = command.arguments;
+        return test::exited(status, {}, "It would not open.\n");
+    });
+    start();
+    QList<LauncherChange> changes;
+    const auto subscription = launcher->subscribe([&](LauncherChange change) { changes += change; });
+    launcher->launch(u"org.example.ash"_qs);
+    mac.settle();
+    EXPECT_EQ(arguments, QList<QByteArray>({"-a", mac.files.hostPath(path)}));
+    EXPECT_EQ(changes, QList{LauncherChange::launched});
+
+    status = 1;
+    launcher->launch(u"org.example.ash"_qs);
+    mac.settle();
+    const QList<LauncherError> alerts = launcher->takeAlerts();
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].message, u"It would not open.");
+    EXPECT_EQ(alerts[0].title, u"Could not open “Ash”");
+
+    mac.remove(path);
+    launcher->launch(u"org.example.ash"_qs);
+    EXPECT_TRUE(launcher->unavailableAppKeys().contains(u"org.example.ash"_qs));
+    mac.settle();
+    EXPECT_TRUE(launcher->pages().isEmpty());
+}
+
+TEST_F(LauncherTest, RestoringAnArrangementBacksUpMergesAndBringsItsSettings) {
+    for (const QString& name : {u"Ash"_qs, u"Beech"_qs, u"Cedar"_qs})
+        install(name);
+    AppEntry beech = test::app(u"Beech"_qs);
+    store({{beech}, {test::folder(u"f"_qs, {{test::app(u"Cedar"_qs), test::app(u"Ash"_qs)}})}},
+          {u"org.example.beech"_qs});
+    (void)mac.settings.set(u"gridRows"_qs, 3);
+    start();
+    const auto saved = launcher->saveArrangement(u"  Mine "_qs);
+    ASSERT_TRUE(saved);
+    EXPECT_EQ(saved->name, u"Mine");
+    (void)mac.settings.set(u"gridRows"_qs, 6);
+    EXPECT_TRUE(launcher->resetLayout());
+    mac.remove(QStringLiteral("/Applications/Ash.app"));
+    install(u"Dogwood"_qs);
+    rescan();
+    const QString before = sketch(launcher->pages());
+
+    ASSERT_TRUE(launcher->restoreArrangement(saved->id));
+    EXPECT_EQ(sketch(launcher->pages()), u"Beech|Cedar|Dogwood");
+    EXPECT_EQ(launcher->hiddenKeys(), QSet<QString>{u"org.example.beech"_qs});
+    EXPECT_EQ(launcher->layoutSettings().rows, 3);
+    EXPECT_EQ(stored().pages, launcher->pages());
+    const QStringList backups = mac.names(directory + u"/Backups"_qs);
+    ASSERT_EQ(backups.size(), 1);
+    const auto backup =
+        json::decodeDocument<BackupDocument>(mac.read(directory + u"/Backups/"_qs + backups[0]));
+    ASSERT_TRUE(backup);
+    EXPECT_EQ(backup->reason, u"arrangement-restore");
+    EXPECT_EQ(sketch(backup->document.pages), before);
+}
+
+TEST_F(LauncherTest, ARestoreThatCannotBeReadChangesNothing) {
+    install(u"Ash"_qs);
+    start();
+    const auto saved = launcher->saveArrangement(u"x"_qs);
+    ASSERT_TRUE(saved);
+    mac.write(directory + u"/Arrangements/"_qs + toText(saved->id) + u".json"_qs, "{");
+    const auto restored = launcher->restoreArrangement(saved->id);
+    ASSERT_FALSE(restored);
+    EXPECT_EQ(restored.error().title, u"Could not restore arrangement");
+    EXPECT_FALSE(mac.exists(directory + u"/Backups"_qs));
+}
+
+TEST_F(LauncherTest, OpenFoldersAndPagesFollowTheLayout) {
+    for (const QString& name : {u"Ash"_qs, u"Beech"_qs, u"Cedar"_qs, u"Dogwood"_qs})
+        install(name);
+    store({{test::app(u"Ash"_qs)},
+           {test::folder(u"f"_qs, {{test::app(u"Cedar"_qs)}, {test::app(u"Dogwood"_qs)}})},
+           {test::app(u"Beech"_qs)}});
+    start();
+    launcher->setCurrentPage(99);
+    EXPECT_EQ(launcher->currentPage(), 2);
+    EXPECT_FALSE(launcher->openFolder(test::idOf(u"Ash"_qs)));
+    EXPECT_TRUE(launcher->openFolder(test::idOf(u"f"_qs)));
+    launcher->setFolderPage(5);
+    EXPECT_EQ(launcher->folderStack(), QList<OpenFolderLevel>({{test::idOf(u"f"_qs), 1}}));
+    launcher->select(test::idOf(u"Cedar"_qs));
+    mac.remove(QStringLiteral("/Applications/Beech.app"));
+    mac.remove(QStringLiteral("/Applications/Cedar.app"));
+    rescan();
+    EXPECT_TRUE(launcher->folderStack().isEmpty());
+    EXPECT_EQ(launcher->currentPage(), 1);
+    EXPECT_FALSE(launcher->selectedItemID());
+}
+
+TEST_F(LauncherTest, ADiskThatRefusesTheStartUpSaveIsSaidAndNothingIsLost) {
+    install(u"Ash"_qs);
+    // A link to nowhere in the folder's place: nothing is there to load, and nothing can be saved.
+    mac.link(directory, u"/nowhere/at all"_qs);
+    start();
+    EXPECT_EQ(sketch(launcher->pages()), u"Ash");
+    EXPECT_FALSE(launcher->takeAlerts().isEmpty());
+    EXPECT_FALSE(launcher->quit());
+    mac.remove(directory);
+    EXPECT_TRUE(launcher->quit());
+    EXPECT_EQ(sketch(stored().pages), u"Ash");
+}
+
+} // namespace
+} // namespace tessellar
