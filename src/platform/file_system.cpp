@@ -407,6 +407,10 @@ std::expected<QByteArray, FileError> FileSystem::read(const QString& path,
         filled += size;
         if (filled > limit)
             return std::unexpected(FileError{FileError::Code::tooLarge, path});
+        // All that was said to be there, and no more although more was asked for. Files that the kernel
+        // makes up say 0.
+        if (filled == status.st_size)
+            break;
         if (filled == bytes.size())
             bytes.resize(std::min(limit + 1, std::max<qsizetype>(2 * filled, 4096)));
     }
