@@ -47,6 +47,13 @@ QColor scaled(const QColor& colour, double factor) {
 } // namespace
 
 QImage shadowOf(const QImage& image, double radius, const QColor& colour) {
+    // A shadow has no detail: a quarter of the side is enough, and takes a tenth of the time.
+    if (radius >= 6) {
+        const QImage small =
+            image.scaled(image.size() / 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        return shadowOf(small, radius / 4, colour)
+            .scaled(image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
     const int width = image.width();
     const int height = image.height();
     std::vector<int> alpha(std::size_t(width) * std::size_t(height));
