@@ -71,9 +71,12 @@ struct Glyph {
     void (*draw)(GlyphCanvas& canvas);
 };
 
-std::span<const Glyph> objectGlyphs(); ///< things of home and desk
-std::span<const Glyph> natureGlyphs(); ///< plants, animals, sky, food and games
-std::span<const Glyph> signGlyphs();   ///< marks, diagrams, instruments, letters
+std::span<const Glyph> homeGlyphs();   ///< things of home and work
+std::span<const Glyph> toolsGlyphs();  ///< things to make something with
+std::span<const Glyph> natureGlyphs(); ///< sky, plants and animals
+std::span<const Glyph> playGlyphs();   ///< travel, games and food
+std::span<const Glyph> mediaGlyphs();  ///< words, maps, music, numbers and code
+std::span<const Glyph> signsGlyphs();  ///< marks, instruments and letters
 
 /// Blurs the alpha of a premultiplied image into a shadow of one colour.
 QImage shadowOf(const QImage& image, double radius, const QColor& colour);

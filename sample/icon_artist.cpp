@@ -15,8 +15,12 @@ namespace tessellar::sample {
 
 namespace {
 
+std::array<std::span<const Glyph>, 6> allGlyphs() {
+    return {homeGlyphs(), toolsGlyphs(), natureGlyphs(), playGlyphs(), mediaGlyphs(), signsGlyphs()};
+}
+
 const Glyph* glyphNamed(const char* name) {
-    for (const auto glyphs : {objectGlyphs(), natureGlyphs(), signGlyphs()})
+    for (const auto glyphs : allGlyphs())
         for (const Glyph& glyph : glyphs)
             if (std::strcmp(glyph.name, name) == 0)
                 return &glyph;
@@ -311,7 +315,7 @@ QByteArray icnsBytes(const IconDesign& design, IcnsForm form) {
 
 QList<QByteArray> glyphNames() {
     QList<QByteArray> names;
-    for (const auto glyphs : {objectGlyphs(), natureGlyphs(), signGlyphs()})
+    for (const auto glyphs : allGlyphs())
         for (const Glyph& glyph : glyphs)
             names.append(glyph.name);
     return names;
