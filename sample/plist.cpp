@@ -121,7 +121,7 @@ private:
     qsizetype add(const Plist& value) {
         const qsizetype index = _objects.size();
         _objects.append(QByteArray());
-        const QByteArray bytes = value.visit([this](const auto& held) { return encode(held); });
+        const QByteArray bytes = value.visit([this](const auto& held) { return this->encode(held); });
         _objects[index] = bytes;
         return index;
     }
