@@ -59,7 +59,7 @@ public:
             return std::unexpected(PropertyListError::notAPropertyList);
         }
         _document.bytes.reserve(text.size() / 2);
-        _document.nodes.reserve(text.size() / 48);
+        _document.nodes.reserve(text.size() / 24);
         if (!value(root, 0))
             return std::unexpected(_error);
         return std::move(_document);
