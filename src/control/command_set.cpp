@@ -6,6 +6,7 @@ CommandSet::CommandSet()
     : _parser("Everything that the launcher can do without a pointer.", "tessellarctl") {
     _parser.require_subcommand(1);
     addLayoutCommands(*this);
+    addEditingCommands(*this);
     addSettingsCommands(*this);
 }
 

@@ -48,12 +48,25 @@ private:
 
 // The families of commands, each in a file of its own.
 void addLayoutCommands(CommandSet& set);
+void addEditingCommands(CommandSet& set);
 void addSettingsCommands(CommandSet& set);
 
 /// A place for a word that CLI11 reads, kept by the commands that capture it.
 inline std::shared_ptr<std::string> word(CLI::App* command, const std::string& name,
                                          const std::string& description) {
     auto value = std::make_shared<std::string>();
+    command->add_option(name, *value, description)->required();
+    return value;
+}
+/// An option that must be given.
+inline std::shared_ptr<std::string> requiredOption(CLI::App* command, const std::string& name,
+                                                   const std::string& description) {
+    return word(command, name, description);
+}
+/// The same for several words.
+inline std::shared_ptr<std::vector<std::string>> words(CLI::App* command, const std::string& name,
+                                                       const std::string& description) {
+    auto value = std::make_shared<std::vector<std::string>>();
     command->add_option(name, *value, description)->required();
     return value;
 }

@@ -11,7 +11,8 @@ using StorageCode = LayoutStore::StorageError::Code;
 LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode)
     : _machine(machine)
     , _store(machine, LayoutStore::defaultDirectory(machine.places))
-    , _opener(machine) {
+    , _opener(machine)
+    , _editor(std::make_unique<LauncherEditor>(*this)) {
     (void)_store.setActiveMode(mode);
 }
 
@@ -26,6 +27,8 @@ LauncherViewModel::Subscription LauncherViewModel::subscribe(Listener listener) 
 }
 
 void LauncherViewModel::changed(LauncherChange change) {
+    if (change == LauncherChange::layout && _editor)
+        _editor->invalidateSearch();
     _listeners.remove_if([](const auto& listener) { return listener.expired(); });
     // A copy: a listener may subscribe, or end another's subscription.
     for (const auto& weak : std::list(_listeners))
@@ -356,6 +359,10 @@ LauncherViewModel::Outcome LauncherViewModel::editGuard() const {
     if (isWriteBlocked())
         return std::unexpected(
             launcherError(LayoutStore::StorageError{StorageCode::workingDocumentUnreadable}));
+    if (_editor->history().isInProgress())
+        return std::unexpected(LauncherError{QStringLiteral("stepInProgress"),
+                                             QStringLiteral("An undo or redo is still in progress."),
+                                             {}});
     return {};
 }
 
@@ -418,6 +425,89 @@ LauncherViewModel::Outcome LauncherViewModel::deleteArrangement(const QUuid& id)
         return std::unexpected(
             launcherError(deleted.error(), QStringLiteral("Could not delete arrangement")));
     return {};
+}
+
+// ---- for the editor
+
+LayoutDocument LauncherViewModel::otherDocument() const {
+    const LiveLayout& other = _layouts[1 - static_cast<std::size_t>(mode())];
+    return {.pages = other.pages, .hiddenKeys = other.hiddenKeys};
+}
+
+void LauncherViewModel::replaceDocument(LayoutDocument document) {
+    live().pages = std::move(document.pages);
+    live().hiddenKeys = std::move(document.hiddenKeys);
+    tidyNavigation();
+    // What could not be saved after an earlier edit is said now; this edit's save tries again.
+    if (const auto& error = _store.lastSaveError())
+        alert(launcherError(*error, QStringLiteral("Could not save the layout")));
+    _store.scheduleSave(pages(), hiddenKeys());
+    changed(LauncherChange::layout);
+}
+
+bool LauncherViewModel::restoreDocuments(const LayoutUndoState& state) {
+    const std::array before = _layouts;
+    bool isSaved = true;
+    inEachMode([&] {
+        const LayoutDocument* document = state.documentOf(mode());
+        if (!document || (document->pages == pages() && document->hiddenKeys == hiddenKeys()) ||
+            !isSaved)
+            return;
+        live().pages = document->pages;
+        live().hiddenKeys = document->hiddenKeys;
+        isSaved = saveNow({}).has_value();
+    });
+    if (!isSaved) {
+        // The first mode may have been saved before the second failed: its file goes back too.
+        _layouts = before;
+        inEachMode([&] {
+            if (state.documentOf(mode()) && !isWriteBlocked())
+                _store.scheduleSave(pages(), hiddenKeys());
+        });
+        return false;
+    }
+    inEachMode([&] { markUnavailable(); });
+    changed(LauncherChange::layout);
+    return true;
+}
+
+bool LauncherViewModel::restoreSmartFolders(const QList<SmartFolderDefinition>& definitions) {
+    _definitions = definitions;
+    return true;
+}
+
+void LauncherViewModel::restoreNavigation(LauncherWindowMode which, const Navigation& navigation) {
+    setMode(which);
+    live().navigation = navigation;
+    tidyNavigation();
+    changed(LauncherChange::navigation);
+    changed(LauncherChange::selection);
+}
+
+void LauncherViewModel::markUnavailable() {
+    QSet<QString> installed;
+    for (const AppEntry& app : lastScannedApps())
+        installed.insert(appKey(app));
+    QSet<QString>& unavailable = live().unavailableAppKeys;
+    unavailable.clear();
+    forEachItem(pages(), [&](const LaunchpadItem& item) {
+        if (const AppEntry* app = item.app(); app && !installed.contains(appKey(*app)))
+            unavailable.insert(appKey(*app));
+        return true;
+    });
+}
+
+void LauncherViewModel::lookAgainAfterStep() {
+    QSet<QString> tiles;
+    forEachItem(pages(), [&](const LaunchpadItem& item) {
+        if (const AppEntry* app = item.app())
+            tiles.insert(appKey(*app));
+        return true;
+    });
+    const bool isComplete = std::ranges::all_of(
+        lastScannedApps(), [&](const AppEntry& app) { return tiles.contains(appKey(app)); });
+    if (!isComplete || !unavailableAppKeys().isEmpty())
+        rescan();
 }
 
 // ---- what the user is told

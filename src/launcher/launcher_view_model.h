@@ -3,6 +3,7 @@
 #include "discovery/app_scanner.h"
 #include "editing/grid_geometry.h"
 #include "editing/navigation.h"
+#include "launcher/launcher_editor.h"
 #include "launcher/launcher_error.h"
 #include "model/layout_settings.h"
 #include "model/layout_store.h"
@@ -21,6 +22,7 @@ enum class LauncherChange {
     layout,     ///< tiles, hidden or unavailable applications of the mode shown
     navigation, ///< page, open folders
     selection,
+    history, ///< what can be undone or redone, its notice, the grid's reflow
     mode,
     settings,
     notice,
@@ -97,6 +99,9 @@ public:
 
     /// What a smart folder is called.
     QString smartFolderName(const QUuid& definitionID) const;
+    QList<SmartFolderDefinition> smartFolderDefinitions() const { return _definitions; }
+    /// The names of the smart folders that show an application, by its app key.
+    QHash<QString, QStringList> smartFolderNamesByAppKey() const { return {}; }
 
     /// The pages of the grid, or of an open folder, as the grid's settings show them.
     ShownPages shownPages() const;
@@ -115,7 +120,9 @@ public:
     const std::optional<QUuid>& selectedItemID() const { return live().navigation.selectedItemID; }
     void select(const std::optional<QUuid>& id);
 
-    // What the user does.
+    // What the user does. Edits of the arrangement, their history and search are the editor's.
+    LauncherEditor& editor() { return *_editor; }
+    const LauncherEditor& editor() const { return *_editor; }
     /// Starts an application; one that is not known or not available is refused, with a notice. `done`
     /// is called when the system has taken it, or at once with a refusal.
     void launch(const QString& appKey, std::function<void(Outcome)> done = {});
@@ -137,6 +144,8 @@ public:
     QList<LauncherError> takeAlerts();
 
 private:
+    friend class LauncherEditor;
+
     /// The arrangement of one mode.
     struct LiveLayout {
         Pages pages;
@@ -160,6 +169,19 @@ private:
     Pages defaultPages() const;
     Outcome saveNow(const QString& title);
     void tidyNavigation();
+
+    // For the editor.
+    LayoutDocument otherDocument() const;
+    /// An edit's result becomes the layout of the mode shown, and its save is asked for.
+    void replaceDocument(LayoutDocument document);
+    /// Puts the documents that a state of history has in place of the live ones and saves them; false,
+    /// and nothing changed, when that fails.
+    bool restoreDocuments(const LayoutUndoState& state);
+    bool restoreSmartFolders(const QList<SmartFolderDefinition>& definitions);
+    void restoreNavigation(LauncherWindowMode mode, const Navigation& navigation);
+    /// After a step of history the arrangement may hold what is no longer installed, or lack what is.
+    void lookAgainAfterStep();
+    void markUnavailable();
     void changed(LauncherChange change);
     void alert(LauncherError error);
 
@@ -177,11 +199,13 @@ private:
     Timer _noticeTimer;
     QList<LauncherError> _alerts;
     Task _scanTask;
+    QList<SmartFolderDefinition> _definitions;
     bool _isRescanning = false;
     bool _rescanAgain = false;
     QList<std::function<void()>> _rescanCallbacks;
     Opener _opener;
     Task _launch;
+    std::unique_ptr<LauncherEditor> _editor; // last: it asks all the others
 };
 
 } // namespace tessellar

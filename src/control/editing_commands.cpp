@@ -1,0 +1,221 @@
+// What a person does to the arrangement: move, group, rename, hide, alias, sort, undo, search.
+//
+// Tiles are named by identifier or app key, places as PAGE:INDEX or FOLDER/PAGE:INDEX, all counted from
+// 0.
+
+#include "control/command_set.h"
+
+namespace tessellar {
+namespace {
+
+using Call = std::shared_ptr<CommandCall>;
+using Word = std::shared_ptr<std::string>;
+using Words = std::shared_ptr<std::vector<std::string>>;
+
+constexpr const char* tileHelp = "A tile, by its identifier or app key";
+constexpr const char* tilesHelp = "Tiles, by identifier or app key";
+constexpr const char* placeHelp =
+    "PAGE:INDEX or FOLDER/PAGE:INDEX, counted from 0; without INDEX the page's end";
+
+std::optional<QUuid> tile(const Call& call, const QString& name) {
+    const auto found = findTile(call->launcher().pages(), name);
+    if (!found)
+        call->fail({QStringLiteral("noSuchTile"),
+                    QStringLiteral("There is no tile “%1”.").arg(name.left(200)),
+                    {}});
+    return found;
+}
+
+std::optional<QUuid> tile(const Call& call, const Word& name) { return tile(call, text(name)); }
+
+std::optional<QList<QUuid>> tiles(const Call& call, const Words& names) {
+    QList<QUuid> result;
+    for (const std::string& name : *names) {
+        const auto found = tile(call, QString::fromStdString(name));
+        if (!found)
+            return std::nullopt;
+        result.append(*found);
+    }
+    return result;
+}
+
+std::optional<LayoutPlace> place(const Call& call, const Word& word) {
+    const auto found = LayoutPlace::fromText(text(word));
+    if (!found)
+        call->fail({QStringLiteral("noSuchPlace"),
+                    QStringLiteral("“%1” is no place; write PAGE:INDEX or FOLDER/PAGE:INDEX.")
+                        .arg(text(word).left(200)),
+                    {}});
+    return found;
+}
+
+void addMoves(CommandSet& set) {
+    CLI::App* move = set.add("move", "Move tiles to a place");
+    set.onRun(move, CommandNeeds::launcher,
+              [names = words(move, "tiles", tilesHelp),
+               to = requiredOption(move, "--to", placeHelp)](const Call& call) {
+                  const auto ids = tiles(call, names);
+                  const auto where = ids ? place(call, to) : std::nullopt;
+                  if (where)
+                      call->answer(call->launcher().editor().moveTiles(*ids, *where));
+              });
+
+    CLI::App* group =
+        set.add("group", "Put tiles together with another: into it, or into a new folder");
+    set.onRun(group, CommandNeeds::launcher,
+              [names = words(group, "tiles", tilesHelp),
+               with = requiredOption(group, "--with", "The tile that they are dropped on")](
+                  const Call& call) {
+                  const auto ids = tiles(call, names);
+                  const auto target = ids ? tile(call, with) : std::nullopt;
+                  if (target)
+                      call->answer(call->launcher().editor().groupTiles(*ids, *target));
+              });
+
+    CLI::App* ungroup = set.add("ungroup", "Put a folder's tiles in its place");
+    set.onRun(ungroup, CommandNeeds::launcher,
+              [name = word(ungroup, "folder", tileHelp)](const Call& call) {
+                  if (const auto id = tile(call, name))
+                      call->answer(call->launcher().editor().ungroupFolder(*id));
+              });
+
+    CLI::App* sort = set.add("sort", "Sort a page by name, or everything");
+    auto page = std::make_shared<std::string>();
+    sort->add_option("page", *page, "PAGE or FOLDER/PAGE; without it everything");
+    set.onRun(sort, CommandNeeds::launcher, [page](const Call& call) {
+        if (page->empty())
+            return call->answer(call->launcher().editor().sortEverything());
+        if (const auto where = place(call, page))
+            call->answer(call->launcher().editor().sortPage(where->folder, where->page));
+    });
+}
+
+void addNames(CommandSet& set) {
+    CLI::App* rename = set.add("rename", "Give a folder or an application another name");
+    set.onRun(rename, CommandNeeds::launcher,
+              [name = word(rename, "tile", tileHelp),
+               to = word(rename, "name", "The new name")](const Call& call) {
+                  if (const auto id = tile(call, name))
+                      call->answer(call->launcher().editor().rename(*id, text(to)));
+              });
+
+    CLI::App* revert = set.add("revert-name", "Back to what the application calls itself");
+    set.onRun(revert, CommandNeeds::launcher,
+              [name = word(revert, "tile", tileHelp)](const Call& call) {
+                  if (const auto id = tile(call, name))
+                      call->answer(call->launcher().editor().revertAppName(*id));
+              });
+
+    CLI::App* symbol = set.add("symbol", "Show a symbol on a folder; none clears it");
+    set.onRun(symbol, CommandNeeds::launcher,
+              [name = word(symbol, "folder", tileHelp),
+               to = word(symbol, "symbol", "Its name, or none")](const Call& call) {
+                  if (const auto id = tile(call, name))
+                      call->answer(call->launcher().editor().setFolderSymbol(
+                          *id, text(to) == u"none" ? std::nullopt : std::optional(text(to))));
+              });
+}
+
+void addHiding(CommandSet& set) {
+    CLI::App* hide = set.add("hide", "Hide applications from the grid");
+    set.onRun(hide, CommandNeeds::launcher,
+              [names = words(hide, "tiles", tilesHelp)](const Call& call) {
+                  if (const auto ids = tiles(call, names))
+                      call->answer(call->launcher().editor().hideApps(*ids));
+              });
+
+    CLI::App* unhide = set.add("unhide", "Show a hidden application again");
+    set.onRun(unhide, CommandNeeds::launcher,
+              [key = word(unhide, "appkey", "Its app key")](const Call& call) {
+                  call->answer(call->launcher().editor().unhideApp(text(key)));
+              });
+}
+
+void addAliases(CommandSet& set) {
+    CLI::App* alias = set.addGroup("alias", "Second tiles for applications");
+    CLI::App* create = set.add("create", "A second tile for an application", alias);
+    set.onRun(create, CommandNeeds::launcher,
+              [name = word(create, "tile", tileHelp),
+               to = requiredOption(create, "--to", placeHelp)](const Call& call) {
+                  const auto id = tile(call, name);
+                  const auto where = id ? place(call, to) : std::nullopt;
+                  if (where)
+                      call->answer(call->launcher().editor().createAlias(*id, *where));
+              });
+    CLI::App* remove = set.add("remove", "Remove alias tiles", alias);
+    set.onRun(remove, CommandNeeds::launcher,
+              [names = words(remove, "tiles", tilesHelp)](const Call& call) {
+                  if (const auto ids = tiles(call, names))
+                      call->answer(call->launcher().editor().removeAliases(*ids));
+              });
+}
+
+QJsonArray names(const QList<LayoutUndoEntry>& stack) {
+    QJsonArray result;
+    for (const LayoutUndoEntry& entry : stack)
+        result.append(entry.name);
+    return result;
+}
+
+void addHistory(CommandSet& set) {
+    set.onRun(set.add("undo", "Take the last edit back"), CommandNeeds::launcher, [](const Call& call) {
+        call->launcher().editor().undo(
+            [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
+    });
+    set.onRun(set.add("redo", "Make the last undone edit again"), CommandNeeds::launcher,
+              [](const Call& call) {
+                  call->launcher().editor().redo(
+                      [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
+              });
+    set.onRun(set.add("history", "What can be undone and redone, oldest first"), CommandNeeds::launcher,
+              [](const Call& call) {
+                  const LayoutUndoHistory& history = call->launcher().editor().history();
+                  QString lines;
+                  for (const LayoutUndoEntry& entry : history.undoStack())
+                      lines += QStringLiteral("Undo %1\n").arg(entry.name);
+                  for (const LayoutUndoEntry& entry : history.redoStack())
+                      lines += QStringLiteral("Redo %1\n").arg(entry.name);
+                  call->succeed(QJsonObject{{QStringLiteral("undo"), names(history.undoStack())},
+                                            {QStringLiteral("redo"), names(history.redoStack())}},
+                                lines);
+              });
+    CLI::App* select = set.add("select", "Select tiles; none clears the selection");
+    auto chosen = std::make_shared<std::vector<std::string>>();
+    select->add_option("tiles", *chosen, tilesHelp);
+    set.onRun(select, CommandNeeds::launcher, [chosen](const Call& call) {
+        if (const auto ids = tiles(call, chosen)) {
+            call->launcher().editor().select(*ids);
+            call->answer({});
+        }
+    });
+}
+
+void addSearch(CommandSet& set) {
+    CLI::App* search = set.add("search", "Applications by name, best first");
+    set.onRun(search, CommandNeeds::launcher,
+              [query = word(search, "query", "What to look for")](const Call& call) {
+                  QJsonArray hits;
+                  QString lines;
+                  for (const SearchIndex::Hit& hit : call->launcher().editor().search(text(query))) {
+                      hits.append(QJsonObject{{QStringLiteral("score"), hit.score},
+                                              {QStringLiteral("appKey"), appKey(*hit.entry)},
+                                              {QStringLiteral("entry"), json::encode(*hit.entry)}});
+                      lines +=
+                          QStringLiteral("%1  %2\n").arg(hit.score, 7, 'f', 1).arg(hit.entry->name);
+                  }
+                  call->succeed(QJsonObject{{QStringLiteral("hits"), hits}}, lines);
+              });
+}
+
+} // namespace
+
+void addEditingCommands(CommandSet& set) {
+    addMoves(set);
+    addNames(set);
+    addHiding(set);
+    addAliases(set);
+    addHistory(set);
+    addSearch(set);
+}
+
+} // namespace tessellar

@@ -1,0 +1,234 @@
+#include "launcher/launcher_editor.h"
+
+#include "launcher/launcher_view_model.h"
+
+namespace tessellar {
+
+static LauncherError launcherError(EditRefusal refusal) {
+    return {code(refusal), message(refusal), {}};
+}
+
+LauncherEditor::LauncherEditor(LauncherViewModel& launcher)
+    : _launcher(launcher), _history(launcher._machine.scheduler, launcher._machine.uuids, actions()) {}
+
+GridCapacities LauncherEditor::capacities() const {
+    return GridCapacities::of(_launcher.layoutSettings());
+}
+
+// ---- the step that all edits take
+
+LauncherEditor::Outcome LauncherEditor::edit(EditKind kind, qsizetype count, const Change& change) {
+    if (auto guard = _launcher.editGuard(); !guard)
+        return guard;
+    LayoutUndoState before = snapshot();
+    auto changedLayout = change(before.document);
+    if (!changedLayout)
+        return std::unexpected(launcherError(changedLayout.error()));
+    if (*changedLayout == before.document)
+        return {};
+    _launcher.replaceDocument(*std::move(changedLayout));
+    record(kind, count, std::move(before));
+    return {};
+}
+
+void LauncherEditor::record(EditKind kind, qsizetype count, LayoutUndoState before,
+                            const QList<TrashedAppRecord>& trashedApps) {
+    if (_history.record(editName(kind, count), std::move(before), trashedApps))
+        _launcher.changed(LauncherChange::history);
+}
+
+LauncherEditor::Outcome LauncherEditor::moveTiles(const QList<QUuid>& tiles, const LayoutPlace& place) {
+    return edit(EditKind::move, tiles.size(), [&](const LayoutDocument& layout) {
+        return tessellar::moveTiles(layout, tiles, place, capacities());
+    });
+}
+
+LauncherEditor::Outcome LauncherEditor::groupTiles(const QList<QUuid>& tiles, const QUuid& target) {
+    return edit(EditKind::group, tiles.size(), [&](const LayoutDocument& layout) {
+        return tessellar::groupTiles(layout, tiles, target, _launcher._machine.uuids.next(),
+                                     _launcher._machine.locale, capacities());
+    });
+}
+
+LauncherEditor::Outcome LauncherEditor::ungroupFolder(const QUuid& folder) {
+    return edit(EditKind::ungroup, 1, [&](const LayoutDocument& layout) {
+        return tessellar::ungroupFolder(layout, folder, capacities());
+    });
+}
+
+LauncherEditor::Outcome LauncherEditor::renameFolder(const QUuid& folder, const QString& name) {
+    return edit(EditKind::renameFolder, 1, [&](const LayoutDocument& layout) {
+        return tessellar::renameFolder(layout, folder, name);
+    });
+}
+
+LauncherEditor::Outcome LauncherEditor::renameApp(const QUuid& tile, const QString& name) {
+    return edit(EditKind::renameApp, 1,
+                [&](const LayoutDocument& layout) { return tessellar::renameApp(layout, tile, name); });
+}
+
+LauncherEditor::Outcome LauncherEditor::rename(const QUuid& tile, const QString& name) {
+    return _launcher.folder(tile) ? renameFolder(tile, name) : renameApp(tile, name);
+}
+
+LauncherEditor::Outcome LauncherEditor::revertAppName(const QUuid& tile) {
+    return edit(EditKind::revertAppName, 1,
+                [&](const LayoutDocument& layout) { return tessellar::revertAppName(layout, tile); });
+}
+
+LauncherEditor::Outcome LauncherEditor::setFolderSymbol(const QUuid& folder,
+                                                        const std::optional<QString>& symbolName) {
+    return edit(EditKind::changeFolderSymbol, 1, [&](const LayoutDocument& layout) {
+        return tessellar::setFolderSymbol(layout, folder, symbolName);
+    });
+}
+
+LauncherEditor::Outcome LauncherEditor::hideApps(const QList<QUuid>& tiles) {
+    return edit(EditKind::hide, tiles.size(),
+                [&](const LayoutDocument& layout) { return tessellar::hideApps(layout, tiles); });
+}
+
+LauncherEditor::Outcome LauncherEditor::unhideApp(const QString& appKey) {
+    return edit(EditKind::unhide, 1, [&](const LayoutDocument& layout) {
+        return tessellar::unhideApp(layout, appKey, capacities());
+    });
+}
+
+LauncherEditor::Outcome LauncherEditor::createAlias(const QUuid& tile, const LayoutPlace& place) {
+    return edit(EditKind::createAlias, 1, [&](const LayoutDocument& layout) {
+        return tessellar::createAlias(layout, tile, _launcher._machine.uuids.next(), place,
+                                      capacities());
+    });
+}
+
+LauncherEditor::Outcome LauncherEditor::removeAliases(const QList<QUuid>& tiles) {
+    return edit(EditKind::removeAlias, tiles.size(),
+                [&](const LayoutDocument& layout) { return tessellar::removeAliases(layout, tiles); });
+}
+
+LauncherEditor::Outcome LauncherEditor::sortPage(const std::optional<QUuid>& folder, qsizetype page) {
+    return edit(EditKind::sort, 1, [&](const LayoutDocument& layout) {
+        return tessellar::sortPage(layout, folder, page, _launcher._machine.locale,
+                                   [this](const QUuid& id) { return _launcher.smartFolderName(id); });
+    });
+}
+
+LauncherEditor::Outcome LauncherEditor::sortEverything() {
+    return edit(EditKind::sort, 1, [&](const LayoutDocument& layout) -> EditResult {
+        return tessellar::sortEverything(
+            layout, _launcher._machine.locale,
+            [this](const QUuid& id) { return _launcher.smartFolderName(id); }, capacities());
+    });
+}
+
+void LauncherEditor::select(const QList<QUuid>& tiles) {
+    Navigation& navigation = _launcher.live().navigation;
+    navigation.selectedItemIDs = QSet<QUuid>(tiles.begin(), tiles.end());
+    navigation.selectedItemID = tiles.isEmpty() ? std::nullopt : std::optional(tiles.last());
+    navigation.selectionAnchorID = tiles.isEmpty() ? std::nullopt : std::optional(tiles.first());
+    _launcher.tidyNavigation();
+    _launcher.changed(LauncherChange::selection);
+}
+
+// ---- history
+
+LayoutUndoState LauncherEditor::snapshot() const {
+    const LauncherViewModel& launcher = _launcher;
+    return {.mode = launcher.mode(),
+            .document = launcher.document(),
+            .otherDocument = launcher.otherDocument(),
+            .smartFolderDefinitions = launcher.smartFolderDefinitions(),
+            .navigation = launcher.live().navigation};
+}
+
+LayoutUndoActions LauncherEditor::actions() {
+    return {
+        .snapshot = [this] { return snapshot(); },
+        .applyLayout =
+            [this](const LayoutUndoState& state) { return _launcher.restoreDocuments(state); },
+        .applyDefinitions =
+            [this](const QList<SmartFolderDefinition>& definitions) {
+                return _launcher.restoreSmartFolders(definitions);
+            },
+        .applyNavigation =
+            [this](const LayoutUndoState& state) {
+                _launcher.restoreNavigation(state.mode, state.navigation);
+            },
+        .restoreFromTrash =
+            [this](QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
+                _restoreFromTrash(std::move(records), std::move(done));
+            },
+        .moveToTrash =
+            [this](QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
+                _moveToTrash(std::move(records), std::move(done));
+            },
+        .alert =
+            [this](const QString& title, const QString& message) {
+                _launcher.alert({QStringLiteral("trashFailed"), message, title});
+            },
+        .capacities =
+            [this](LauncherWindowMode mode) {
+                return GridCapacities::of(readLayoutSettings(_launcher._machine.settings, mode));
+            },
+        .changed = [this] { _launcher.changed(LauncherChange::history); },
+    };
+}
+
+void LauncherEditor::setTrash(LayoutUndoActions::TrashMove restore,
+                              LayoutUndoActions::TrashMove trash) {
+    _restoreFromTrash = std::move(restore);
+    _moveToTrash = std::move(trash);
+}
+
+LauncherEditor::Outcome LauncherEditor::outcome(LayoutUndoHistory::Result result, bool isUndo) const {
+    using Result = LayoutUndoHistory::Result;
+    switch (result) {
+    case Result::done:
+        return {};
+    case Result::refused:
+        return std::unexpected(
+            LauncherError{isUndo ? QStringLiteral("nothingToUndo") : QStringLiteral("nothingToRedo"),
+                          isUndo ? QStringLiteral("There is nothing to undo.")
+                                 : QStringLiteral("There is nothing to redo."),
+                          {}});
+    case Result::trashFailed:
+        return std::unexpected(LauncherError{
+            QStringLiteral("trashFailed"), QStringLiteral("An application could not be moved."), {}});
+    case Result::notApplied:
+        break;
+    }
+    return std::unexpected(LauncherError{
+        QStringLiteral("notApplied"), QStringLiteral("The arrangement could not be saved."), {}});
+}
+
+void LauncherEditor::undo(std::function<void(Outcome)> done) {
+    if (const auto guard = _launcher.editGuard(); !guard && _history.canUndo())
+        return done ? done(guard) : void();
+    _history.undo([this, done = std::move(done)](LayoutUndoHistory::Result result) {
+        _launcher.lookAgainAfterStep();
+        if (done)
+            done(outcome(result, true));
+    });
+}
+
+void LauncherEditor::redo(std::function<void(Outcome)> done) {
+    if (const auto guard = _launcher.editGuard(); !guard && _history.canRedo())
+        return done ? done(guard) : void();
+    _history.redo([this, done = std::move(done)](LayoutUndoHistory::Result result) {
+        _launcher.lookAgainAfterStep();
+        if (done)
+            done(outcome(result, false));
+    });
+}
+
+// ---- search
+
+QList<SearchIndex::Hit> LauncherEditor::search(const QString& query) {
+    if (!_index)
+        _index = SearchIndex(searchInput(_launcher.document(), _launcher.lastScannedApps(),
+                                         _launcher.smartFolderNamesByAppKey()),
+                             _launcher._machine.locale);
+    return _index->search(query);
+}
+
+} // namespace tessellar

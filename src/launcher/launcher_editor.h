@@ -1,0 +1,79 @@
+#pragma once
+
+#include "editing/edit_names.h"
+#include "editing/layout_undo.h"
+#include "editing/search_index.h"
+#include "launcher/launcher_error.h"
+
+#include <functional>
+
+namespace tessellar {
+
+class LauncherViewModel;
+
+/// What the user does to the arrangement of the mode shown. Every edit takes the same way: the guard, a
+/// snapshot, the change as a pure function from layout to layout, the selection tidied, a save asked
+/// for, an entry of history. A refusal has changed nothing.
+///
+/// Owned by the view model; main thread only.
+class LauncherEditor {
+public:
+    using Outcome = std::expected<void, LauncherError>;
+    using Change = std::function<EditResult(const LayoutDocument&)>;
+
+    explicit LauncherEditor(LauncherViewModel& launcher);
+
+    // Tiles are named by their identifiers.
+    Outcome moveTiles(const QList<QUuid>& tiles, const LayoutPlace& place);
+    Outcome groupTiles(const QList<QUuid>& tiles, const QUuid& target);
+    Outcome ungroupFolder(const QUuid& folder);
+    Outcome renameFolder(const QUuid& folder, const QString& name);
+    Outcome renameApp(const QUuid& tile, const QString& name);
+    /// A folder or an application, whichever the tile is.
+    Outcome rename(const QUuid& tile, const QString& name);
+    Outcome revertAppName(const QUuid& tile);
+    Outcome setFolderSymbol(const QUuid& folder, const std::optional<QString>& symbolName);
+    Outcome hideApps(const QList<QUuid>& tiles);
+    Outcome unhideApp(const QString& appKey);
+    Outcome createAlias(const QUuid& tile, const LayoutPlace& place);
+    Outcome removeAliases(const QList<QUuid>& tiles);
+    Outcome sortPage(const std::optional<QUuid>& folder, qsizetype page);
+    Outcome sortEverything();
+
+    // Selection.
+    void select(const QList<QUuid>& tiles);
+
+    // History.
+    const LayoutUndoHistory& history() const { return _history; }
+    /// `done` is called at the end of the step; a refusal says why.
+    void undo(std::function<void(Outcome)> done = {});
+    void redo(std::function<void(Outcome)> done = {});
+
+    /// The general step; for edits that other parts of the launcher make.
+    Outcome edit(EditKind kind, qsizetype count, const Change& change);
+    LayoutUndoState snapshot() const;
+    /// Keeps an edit made otherwise, with the applications that it moved to the Trash.
+    void record(EditKind kind, qsizetype count, LayoutUndoState before,
+                const QList<TrashedAppRecord>& trashedApps = {});
+
+    /// How applications come into and out of the Trash.
+    void setTrash(LayoutUndoActions::TrashMove restore, LayoutUndoActions::TrashMove trash);
+
+    /// Applications by a query, best first. The index is made anew when what it holds has changed.
+    QList<SearchIndex::Hit> search(const QString& query);
+    /// To be called when the tiles, the scan or what smart folders show has changed.
+    void invalidateSearch() { _index.reset(); }
+
+private:
+    GridCapacities capacities() const;
+    LayoutUndoActions actions();
+    Outcome outcome(LayoutUndoHistory::Result result, bool isUndo) const;
+
+    LauncherViewModel& _launcher;
+    LayoutUndoActions::TrashMove _restoreFromTrash;
+    LayoutUndoActions::TrashMove _moveToTrash;
+    LayoutUndoHistory _history;
+    std::optional<SearchIndex> _index;
+};
+
+} // namespace tessellar
