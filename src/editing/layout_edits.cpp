@@ -29,6 +29,10 @@ constexpr RefusalText refusalTexts[] = {
     {EditRefusal::alreadyPresent, "alreadyPresent", "The smart folder is already in this layout."},
     {EditRefusal::emptyName, "emptyName", "A name cannot be empty."},
     {EditRefusal::nameTooLong, "nameTooLong", "The name is too long."},
+    {EditRefusal::otherMode, "otherMode",
+     "Tiles that were cut can only be pasted in the display mode that they were cut in."},
+    {EditRefusal::tilesGone, "tilesGone", "The tiles that were cut are no longer in this layout."},
+    {EditRefusal::nothingToPaste, "nothingToPaste", "There are no tiles to paste."},
 };
 
 const RefusalText& textOf(EditRefusal refusal) {

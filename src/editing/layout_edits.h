@@ -24,6 +24,9 @@ enum class EditRefusal {
     alreadyPresent,
     emptyName,
     nameTooLong,
+    otherMode,      ///< tiles cut in the other display mode, or in an unknown one
+    tilesGone,      ///< cut tiles that are no longer all there
+    nothingToPaste, ///< no tile that can be shown here
 };
 
 /// For programs: the case's name. For people: one sentence.
