@@ -168,7 +168,8 @@ SmartFolderDefinition templateDefinition(SmartFolderTemplate which, const QUuid&
 QSet<SmartFolderInspection> inspectionsNeeded(const QList<SmartFolderDefinition>& definitions) {
     QSet<SmartFolderInspection> needed;
     for (const SmartFolderDefinition& definition : definitions) {
-        needed.insert(definition.sort.field.row().needs);
+        needed.insert(std::visit([](auto source) { return source.row().needs; },
+                                 definition.sort.field.row().source));
         for (const SmartFolderRule& rule : definition.rules)
             needed.insert(std::visit([](const auto& r) { return r.field.row().needs; }, rule));
     }

@@ -25,8 +25,9 @@ public:
     template <typename Kind>
     struct Column {
         static constexpr int missing = -1;
-        QList<typename Kind::Fact> values; ///< the different ones; many applications share a category
-        std::vector<int> slots;            ///< for each application the place in `values`, or `missing`
+        QList<typename Kind::Fact> raw; ///< the facts, mostly without repetition: many share a category
+        QList<typename Kind::Fact> values; ///< the same as they are compared
+        std::vector<int> slots;            ///< for each application the place in both, or `missing`
     };
     template <typename Kind>
     const Column<Kind>& column(SmartFolderField<Kind> field) const;
@@ -36,17 +37,13 @@ public:
     const std::vector<int>& order(SmartFolderSortField field, SmartFolderSortDirection direction) const;
 
 private:
-    struct SortKey {
-        bool known = false;
-        double magnitude = 0; ///< of a text: its rank among those of all applications
-    };
-    using SortKeys = std::vector<SortKey>;
-
     template <typename Kind>
     using Columns = std::array<std::optional<Column<Kind>>, Kind::fields.size()>;
 
-    const SortKeys& sortKeys(SmartFolderSortField field) const;
-    SortKeys readSortKeys(SmartFolderSortField field) const;
+    const QByteArray& looseSortKey(const QString& text) const;
+    template <typename Kind>
+    std::vector<double> magnitudes(const Column<Kind>& column) const;
+    const std::vector<int>& nameOrder() const; ///< of places, by name, then by app key
     SmartFolderSubject subject(qsizetype place) const { return {*_facts.at(place), _files}; }
 
     SmartFolderFactsList _facts;
@@ -56,7 +53,8 @@ private:
                        Columns<SmartFolderNumberKind>, Columns<SmartFolderVersionKind>,
                        Columns<SmartFolderDateKind>, Columns<SmartFolderBooleanKind>>
         _columns;
-    mutable std::array<std::optional<SortKeys>, SmartFolderSortKind::fields.size()> _sortKeys;
+    mutable QHash<QString, QByteArray> _looseSortKeys; ///< original names are mostly the names again
+    mutable std::vector<int> _nameOrder;
     mutable std::array<std::array<std::optional<std::vector<int>>, 2>,
                        SmartFolderSortKind::fields.size()>
         _orders;

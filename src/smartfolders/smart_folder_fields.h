@@ -195,74 +195,41 @@ using SmartFolderVersionField = SmartFolderField<SmartFolderVersionKind>;
 using SmartFolderDateField = SmartFolderField<SmartFolderDateKind>;
 using SmartFolderBooleanField = SmartFolderField<SmartFolderBooleanKind>;
 
-/// What applications are sorted by: a text, loosely and in the user's language; a version; a number or
-/// a date, both by magnitude.
-struct SmartFolderSortText {
-    QString text;
+/// What a sort compares: the fact of a field of any kind but boolean. Texts compare loosely, in the
+/// user's language, versions by their numbers, numbers and dates by magnitude, and of the choices the
+/// update states by `sortRank`.
+using SmartFolderSortSource =
+    std::variant<SmartFolderTextField, SmartFolderChoiceField, SmartFolderNumberField,
+                 SmartFolderVersionField, SmartFolderDateField>;
+
+struct SmartFolderSortRow {
+    const char* rawValue;
+    SmartFolderSortSource source;
 };
-struct SmartFolderSortVersion {
-    QString text;
-};
-using SmartFolderSortValue = std::variant<SmartFolderSortText, SmartFolderSortVersion, double>;
-
-/// Applications with updates come first; deliberately not the order of declaration.
-constexpr double sortRank(SmartFolderUpdateState state) {
-    switch (state) {
-    case SmartFolderUpdateState::updateAvailable:
-        return 0;
-    case SmartFolderUpdateState::upToDate:
-        return 1;
-    case SmartFolderUpdateState::failed:
-        return 2;
-    case SmartFolderUpdateState::unsupported:
-        return 3;
-    case SmartFolderUpdateState::notChecked:
-        break;
-    }
-    return 4;
-}
-
-namespace detail {
-
-template <typename Value, auto member>
-std::optional<SmartFolderSortValue> sortValue(Subject subject) {
-    if (const auto& value = subject.facts.*member) {
-        if constexpr (std::same_as<std::decay_t<decltype(*value)>, Instant>)
-            return value->secondsSince2001;
-        else if constexpr (std::is_enum_v<std::decay_t<decltype(*value)>>)
-            return sortRank(*value);
-        else
-            return Value(*value);
-    }
-    return std::nullopt;
-}
-
-inline std::optional<SmartFolderSortValue> sortText(const std::optional<QString>& text) {
-    return text ? std::optional<SmartFolderSortValue>(SmartFolderSortText{*text}) : std::nullopt;
-}
-
-} // namespace detail
 
 struct SmartFolderSortKind {
-    using Fact = SmartFolderSortValue;
-    using F = SmartFolderAppFacts;
-    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
-        {"name", [](detail::Subject s) { return detail::sortText(s.facts.entry.name); }},
-        {"originalName",
-         [](detail::Subject s) { return detail::sortText(s.facts.entry.originalName); }},
-        {"developer", detail::sortValue<SmartFolderSortText, &F::developer>,
-         SmartFolderInspection::signature},
-        {"category", [](detail::Subject s) { return detail::sortText(s.facts.entry.category); }},
-        {"installedDate", detail::sortValue<double, &F::installedDate>},
-        {"firstSeenDate", detail::sortValue<double, &F::firstSeenDate>},
-        {"lastUsedDate", detail::sortValue<double, &F::lastUsedDate>},
-        {"launchCount", detail::sortValue<double, &F::launchCount>},
-        {"version", detail::sortValue<SmartFolderSortVersion, &F::version>},
-        {"build", detail::sortValue<SmartFolderSortVersion, &F::build>},
-        {"updateStatus", detail::sortValue<double, &F::updateStatus>},
+    static constexpr std::array fields = std::to_array<SmartFolderSortRow>({
+        {"name", SmartFolderTextField("displayName")},
+        {"originalName", SmartFolderTextField("originalName")},
+        {"developer", SmartFolderTextField("developer")},
+        {"category", SmartFolderTextField("category")},
+        {"installedDate", SmartFolderDateField("installedDate")},
+        {"firstSeenDate", SmartFolderDateField("firstSeenDate")},
+        {"lastUsedDate", SmartFolderDateField("lastUsedDate")},
+        {"launchCount", SmartFolderNumberField("launchCount")},
+        {"version", SmartFolderVersionField("version")},
+        {"build", SmartFolderVersionField("build")},
+        {"updateStatus", SmartFolderChoiceField("updateStatus")},
     });
 };
 using SmartFolderSortField = SmartFolderField<SmartFolderSortKind>;
+
+/// Applications with updates come first; deliberately not the order of declaration.
+constexpr int sortRank(SmartFolderUpdateState state) {
+    using enum SmartFolderUpdateState;
+    constexpr std::array order{updateAvailable, upToDate, failed, unsupported, notChecked};
+    return static_cast<int>(std::ranges::find(order, state) - order.begin());
+}
 
 namespace json {
 
