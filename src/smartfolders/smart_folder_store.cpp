@@ -1,0 +1,218 @@
+#include "smartfolders/smart_folder_store.h"
+
+namespace tessellar {
+
+namespace {
+
+const QString quarantinePrefix = QStringLiteral("computed-folders.corrupt-");
+
+/// Read before the definitions, whose form it decides.
+struct Version {
+    qint64 version = 0;
+};
+
+struct Document {
+    qint64 version = SmartFolderStore::supportedVersion;
+    QList<SmartFolderDefinition> definitions;
+};
+
+} // namespace
+
+namespace json {
+
+template <>
+struct Fields<Version> {
+    static constexpr auto list = std::tuple(required("version", &Version::version));
+};
+template <>
+struct Fields<Document> {
+    static constexpr auto list = std::tuple(required("version", &Document::version),
+                                            required("definitions", &Document::definitions));
+};
+
+} // namespace json
+
+namespace {
+
+std::expected<QList<SmartFolderDefinition>, SmartFolderStore::Error> decode(const QByteArray& bytes) {
+    const auto value = json::parse(bytes);
+    if (!value)
+        return std::unexpected(value.error());
+    const auto version = json::decode<Version>(*value);
+    if (!version)
+        return std::unexpected(version.error());
+    if (version->version != SmartFolderStore::supportedVersion)
+        return std::unexpected(
+            SmartFolderStore::StoreError(SmartFolderStore::UnsupportedVersion{version->version}));
+    auto document = json::decode<Document>(*value);
+    if (!document)
+        return std::unexpected(document.error());
+    if (const auto checked = SmartFolderStore::check(document->definitions); !checked)
+        return std::unexpected(checked.error());
+    return std::move(document->definitions);
+}
+
+} // namespace
+
+SmartFolderStore::SmartFolderStore(const FileSystem& files, QString directory, const Clock& clock,
+                                   UuidSource& uuids, std::function<void()> beforeStep)
+    : _files(files)
+    , _directory(std::move(directory))
+    , _clock(clock)
+    , _uuids(uuids)
+    , _beforeStep(std::move(beforeStep)) {}
+
+QString SmartFolderStore::registryPath() const {
+    return FileSystem::joined(_directory, QStringLiteral("computed-folders.json"));
+}
+QString SmartFolderStore::markerPath() const {
+    return FileSystem::joined(_directory, QStringLiteral("computed-folders.recovery.json"));
+}
+
+bool SmartFolderStore::registryStands() const { return _files.linkStatus(registryPath()).has_value(); }
+
+void SmartFolderStore::step() const {
+    if (_beforeStep)
+        _beforeStep();
+}
+
+std::expected<void, SmartFolderStore::StoreError>
+SmartFolderStore::check(const QList<SmartFolderDefinition>& definitions) {
+    QSet<QUuid> seen;
+    QSet<QUuid> seenRules;
+    for (const SmartFolderDefinition& definition : definitions) {
+        if (seen.contains(definition.id))
+            return std::unexpected(DuplicateDefinitionID{definition.id});
+        seen.insert(definition.id);
+        if (!validationIssues(definition).isEmpty())
+            return std::unexpected(InvalidDefinition{definition.id});
+        for (const SmartFolderRule& rule : definition.rules) {
+            const QUuid id = ruleID(rule);
+            if (seenRules.contains(id))
+                return std::unexpected(DuplicateRuleID{id, definition.id});
+            seenRules.insert(id);
+        }
+    }
+    return {};
+}
+
+SmartFolderStore::LoadResult SmartFolderStore::load() {
+    const auto bytes = _files.read(registryPath(), maximumBytes);
+    if (!bytes && bytes.error().code == FileError::Code::notFound)
+        return loadWithoutRegistry();
+    auto definitions = bytes ? decode(*bytes) : std::unexpected(Error(bytes.error()));
+    if (!definitions) {
+        _writeBlocked = true;
+        // Where it cannot be moved it stays as it is, unread and unwritten.
+        (void)quarantine();
+        return Failed{definitions.error()};
+    }
+    _writeBlocked = false;
+    step();
+    (void)_files.remove(markerPath()); // what is left of it blocks nothing while the registry stands
+    return Loaded{*std::move(definitions)};
+}
+
+SmartFolderStore::LoadResult SmartFolderStore::loadWithoutRegistry() {
+    const auto marker = _files.linkStatus(markerPath());
+    _writeBlocked = marker || marker.error().code != FileError::Code::notFound;
+    if (!_writeBlocked)
+        return Missing();
+    // A damaged marker, too, says that a registry was moved.
+    if (const auto path = markedPath())
+        _lastQuarantinedPath = path;
+    return Failed{StoreError(RecoveryRequired())};
+}
+
+std::optional<QString> SmartFolderStore::markedPath() const {
+    const auto bytes = _files.read(markerPath(), maximumBytes);
+    const auto marker = bytes ? json::decodeDocument<RecoveryMarker>(*bytes)
+                              : json::Decoded<RecoveryMarker>(json::fail(QString()));
+    if (!marker || !marker->quarantinedFilename.startsWith(quarantinePrefix) ||
+        marker->quarantinedFilename.contains(u'/'))
+        return std::nullopt;
+    return FileSystem::joined(_directory, marker->quarantinedFilename);
+}
+
+std::expected<void, FileError> SmartFolderStore::quarantine() {
+    const Instant now = _clock.now();
+    const QString stamp = now.toIso8601().replace(u':', u'-');
+    QString name;
+    do
+        name =
+            quarantinePrefix + stamp + u'-' + toText(_uuids.next()).first(8) + QStringLiteral(".json");
+    while (_files.linkStatus(FileSystem::joined(_directory, name)));
+
+    const RecoveryMarker marker{.quarantinedFilename = name, .quarantinedAt = now};
+    step();
+    if (const auto written = _files.writeAtomically(markerPath(), json::write(json::encode(marker)));
+        !written)
+        return written;
+    const QString path = FileSystem::joined(_directory, name);
+    step();
+    if (const auto moved = _files.move(registryPath(), path); !moved)
+        return moved;
+    _lastQuarantinedPath = path;
+    return {};
+}
+
+std::expected<void, SmartFolderStore::Error>
+SmartFolderStore::write(const QList<SmartFolderDefinition>& definitions) {
+    const QByteArray bytes = json::write(json::encode(Document{.definitions = definitions}));
+    if (static_cast<std::uint64_t>(bytes.size()) > maximumBytes)
+        return std::unexpected(FileError{FileError::Code::tooLarge, registryPath()});
+    if (const auto made = _files.createDirectories(_directory); !made)
+        return std::unexpected(made.error());
+    step();
+    if (const auto written = _files.writeAtomically(registryPath(), bytes); !written)
+        return std::unexpected(written.error());
+    return {};
+}
+
+std::expected<void, SmartFolderStore::Error>
+SmartFolderStore::save(const QList<SmartFolderDefinition>& definitions) {
+    if (_writeBlocked)
+        return std::unexpected(StoreError(WriteBlocked()));
+    if (const auto checked = check(definitions); !checked)
+        return std::unexpected(checked.error());
+    return write(definitions);
+}
+
+SmartFolderStore::LoadResult SmartFolderStore::recover(SmartFolderRecovery how) {
+    // A registry that stands is the first to be tried; one that cannot be moved stays the last word.
+    LoadResult result = load();
+    if (!_writeBlocked || registryStands())
+        return result;
+    if (how == SmartFolderRecovery::restore) {
+        const auto path = markedPath();
+        if (!path)
+            return result;
+        step();
+        if (const auto moved = _files.move(*path, registryPath()); !moved)
+            return Failed{moved.error()};
+    } else if (const auto written = write({}); !written) {
+        return Failed{written.error()};
+    }
+    return load();
+}
+
+QString message(const SmartFolderStore::StoreError& error) {
+    // In the order of the cases.
+    static constexpr std::array texts{
+        "Unsupported Smart Folder registry version %1.",
+        "The Smart Folder registry contains an invalid definition.",
+        "The Smart Folder registry contains a duplicate definition identifier.",
+        "The Smart Folder registry contains a duplicate rule identifier.",
+        "Smart Folders cannot be saved until the quarantined registry is recovered or replaced.",
+        "A quarantined Smart Folder registry needs recovery.",
+    };
+    const QString text = QLatin1StringView(texts[error.index()]);
+    const auto* unsupported = std::get_if<SmartFolderStore::UnsupportedVersion>(&error);
+    return unsupported ? text.arg(unsupported->version) : text;
+}
+
+QString message(const SmartFolderStore::Error& error) {
+    return std::visit([](const auto& e) { return message(e); }, error);
+}
+
+} // namespace tessellar
