@@ -92,31 +92,42 @@ QStringList folderNames(const QString& language) {
     return names;
 }
 
-/// What a bundle's localizations say in the first of the languages that it speaks, if anything.
-PropertyValue localizedInfo(const FileSystem& files, const Bundle& bundle,
-                            const QStringList& languages) {
-    const auto resource = [&](const QString& name) {
-        return FileSystem::joined(bundle.resourcesPath, name);
-    };
+/// The names by which the folders of the user's languages may go, in order.
+QStringList localizationNames(const Bundle& bundle, const QStringList& languages) {
     const QString native =
         bundle.info[QStringLiteral("CFBundleDevelopmentRegion")].text().value_or(QString());
     const QStringList nativeNames = folderNames(native);
-    const PropertyValue table = readList(files, resource(QStringLiteral("InfoPlist.loctable"))).list;
+    QStringList result;
     for (const QString& language : languages) {
         if (language.contains(u'/') || language.contains(u'.'))
             continue; // no name of a folder
         const QStringList names = folderNames(language);
-        for (const QString& name : names) {
-            if (const PropertyValue entries = table[name]; entries.isDictionary())
-                return entries;
-            const auto bytes = files.read(resource(name + QStringLiteral(".lproj/InfoPlist.strings")),
-                                          maximumInfoBytes);
-            if (bytes)
-                return readStringsFile(*bytes);
-        }
+        result += names;
         // The language of the Info.plist itself needs no folder.
         if (names.contains(native) || nativeNames.contains(language))
             break;
+    }
+    return result;
+}
+
+QString tablePath(const Bundle& bundle) {
+    return FileSystem::joined(bundle.resourcesPath, QStringLiteral("InfoPlist.loctable"));
+}
+
+QString stringsPath(const Bundle& bundle, const QString& localization) {
+    return FileSystem::joined(bundle.resourcesPath,
+                              localization + QStringLiteral(".lproj/InfoPlist.strings"));
+}
+
+/// What a bundle's localizations say in the first of the languages that it speaks, if anything.
+PropertyValue localizedInfo(const FileSystem& files, const Bundle& bundle,
+                            const QStringList& languages) {
+    const PropertyValue table = readList(files, tablePath(bundle)).list;
+    for (const QString& name : localizationNames(bundle, languages)) {
+        if (const PropertyValue entries = table[name]; entries.isDictionary())
+            return entries;
+        if (const auto bytes = files.read(stringsPath(bundle, name), maximumInfoBytes))
+            return readStringsFile(*bytes);
     }
     return {};
 }
@@ -125,6 +136,13 @@ QString withoutApplicationExtension(QString name) {
     if (name.size() > 4 && isApplicationName(name))
         name.chop(4);
     return name;
+}
+
+bool hasLocalizedName(const Bundle& bundle) {
+    const QString onDisk = FileSystem::fileName(bundle.path);
+    const auto declared = bundle.info[QStringLiteral("CFBundleDisplayName")].text();
+    return (declared && (*declared == onDisk || *declared == withoutApplicationExtension(onDisk))) ||
+           bundle.info[QStringLiteral("LSHasLocalizedDisplayName")].isTruthy();
 }
 
 } // namespace
@@ -192,12 +210,8 @@ bool isWrappedApplication(const FileSystem& files, const QString& path) {
 }
 
 QString finderDisplayName(const FileSystem& files, const Bundle& bundle, const QStringList& languages) {
-    const QString onDisk = FileSystem::fileName(bundle.path);
-    const QString name = withoutApplicationExtension(onDisk);
-    const auto declared = bundle.info[QStringLiteral("CFBundleDisplayName")].text();
-    const bool isLocalized = (declared && (*declared == name || *declared == onDisk)) ||
-                             bundle.info[QStringLiteral("LSHasLocalizedDisplayName")].isTruthy();
-    if (!isLocalized)
+    const QString name = withoutApplicationExtension(FileSystem::fileName(bundle.path));
+    if (!hasLocalizedName(bundle))
         return name;
     const PropertyValue localized = localizedInfo(files, bundle, languages);
     for (const auto* key : {u"CFBundleDisplayName", u"CFBundleName"}) {
@@ -206,6 +220,15 @@ QString finderDisplayName(const FileSystem& files, const Bundle& bundle, const Q
             return withoutApplicationExtension(*text);
     }
     return name;
+}
+
+QStringList displayNameSources(const Bundle& bundle, const QStringList& languages) {
+    if (!hasLocalizedName(bundle))
+        return {};
+    QStringList sources{tablePath(bundle)};
+    for (const QString& name : localizationNames(bundle, languages))
+        sources.append(stringsPath(bundle, name));
+    return sources;
 }
 
 } // namespace tessellar

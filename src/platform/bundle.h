@@ -46,4 +46,8 @@ bool isWrappedApplication(const FileSystem& files, const QString& path);
 /// on the disk. `languages` in order of preference ("de", "en").
 QString finderDisplayName(const FileSystem& files, const Bundle& bundle, const QStringList& languages);
 
+/// The files besides the Info.plist that the Finder's name of a bundle may depend on, whether they
+/// exist or not; none for most bundles.
+QStringList displayNameSources(const Bundle& bundle, const QStringList& languages);
+
 } // namespace tessellar
