@@ -86,8 +86,7 @@ private:
         _record.category = usable(wrapped.category ? wrapped.category : bundle.category());
         _record.name = usable(wrapped.name).value_or(QString());
         if (_record.name.isEmpty()) {
-            for (const QString& place : namePlaces(bundle))
-                note(place);
+            noteNameSources(bundle);
             const QString shown = withoutApplicationExtension(
                 finderDisplayName(_context.files, bundle, _context.languages));
             _record.name =
@@ -96,20 +95,18 @@ private:
         _record.nameSortKey = _context.locale.nameSortKey(_record.name);
     }
 
-    /// Where a name in the user's languages may lie, for a bundle that has such.
-    QStringList namePlaces(const Bundle& bundle) const {
-        const auto declared = bundle.info[QStringLiteral("CFBundleDisplayName")].text();
-        const QString onDisk = withoutApplicationExtension(FileSystem::fileName(bundle.path));
-        if (declared != onDisk && !bundle.info[QStringLiteral("LSHasLocalizedDisplayName")].isTruthy())
-            return {};
-        // The folder itself shows languages that come and go; their files only show themselves.
-        QStringList places{
-            bundle.resourcesPath,
-            FileSystem::joined(bundle.resourcesPath, QStringLiteral("InfoPlist.loctable"))};
-        for (const QString& language : _context.languages)
-            places.append(FileSystem::joined(bundle.resourcesPath,
-                                             language + QStringLiteral(".lproj/InfoPlist.strings")));
-        return places;
+    /// Notes what a name in the user's languages rests upon. Of the many places where one may lie, few
+    /// exist: that the others do not shows in the folder around them.
+    void noteNameSources(const Bundle& bundle) {
+        const QStringList sources = displayNameSources(bundle, _context.languages);
+        if (!sources.isEmpty())
+            note(bundle.resourcesPath);
+        for (const QString& source : sources) {
+            const QString folder = FileSystem::parent(source);
+            if (folder == bundle.resourcesPath ? _context.files.exists(source)
+                                               : _context.files.exists(folder))
+                note(source);
+        }
     }
 
     QString inBundle(const char* place) const {
