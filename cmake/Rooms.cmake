@@ -12,7 +12,7 @@ if(TESSELLAR_SANITIZE)
     target_compile_options(tessellar_options INTERFACE
         -fsanitize=${TESSELLAR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
         # GCC sees uninitialised variants where the sanitizers split its analysis; without them it does not.
-        -Wno-maybe-uninitialized)
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(tessellar_options INTERFACE -fsanitize=${TESSELLAR_SANITIZE})
 endif()
 

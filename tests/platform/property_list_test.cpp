@@ -267,7 +267,12 @@ TEST(PropertyList, KeepsItsLimits) {
 void onSmallStack(std::function<void()> call) {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 512 * 1024);
+#ifdef __SANITIZE_ADDRESS__
+    constexpr std::size_t stackSize = 8u << 20; // its frames are many times as large
+#else
+    constexpr std::size_t stackSize = 512u << 10;
+#endif
+    pthread_attr_setstacksize(&attributes, stackSize);
     pthread_t thread{};
     const auto run = [](void* it) -> void* {
         (*static_cast<std::function<void()>*>(it))();
