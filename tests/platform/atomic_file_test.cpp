@@ -98,8 +98,10 @@ TEST_F(AtomicFileTest, IsOldOrNewWhereverItIsKilled) {
 }
 
 TEST_F(AtomicFileTest, ReportsEveryFailedStepAndKeepsTheOldFile) {
-#ifndef __x86_64__
-    GTEST_SKIP() << "calls are made to fail through this processor's registers alone";
+#if !defined(__x86_64__)
+    GTEST_SKIP() << "calls are made to fail through the registers of another processor";
+#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer's own calls would fail as well";
 #endif
     for (const int error : {EIO, ENOSPC, EINTR}) {
         for (std::size_t failing = 0;; ++failing) {
@@ -142,6 +144,8 @@ TEST_F(AtomicFileTest, FlushesTheFileBeforeTheRenameAndTheFolderAfterIt) {
         if (call == SYS_write || call == SYS_fsync || call == SYS_renameat)
             order.push_back(call);
     }
+    // Any number of writes; sanitizers add some of their own.
+    order.erase(std::unique(order.begin(), order.end()), order.end());
     EXPECT_THAT(order, testing::ElementsAre(SYS_write, SYS_fsync, SYS_renameat, SYS_fsync));
 }
 
