@@ -94,9 +94,6 @@ QString templateName(SmartFolderTemplate which);
 
 /// What has to be inspected before the rules and sorts of these definitions can be decided.
 QSet<SmartFolderInspection> inspectionsNeeded(const QList<SmartFolderDefinition>& definitions);
-inline std::size_t qHash(SmartFolderInspection inspection, std::size_t seed = 0) {
-    return ::qHash(static_cast<int>(inspection), seed);
-}
 
 namespace json {
 

@@ -1,0 +1,86 @@
+#include "smartfolders/app_usage_store.h"
+
+#include "tests/support/printers.h"
+#include "tests/support/test_machine.h"
+
+#include <gtest/gtest.h>
+
+namespace tessellar {
+namespace {
+
+const QString folder = QStringLiteral("/Users/ada/Library/Application Support/com.tessellar.app");
+const QString path = folder + QStringLiteral("/app-usage.json");
+const QString app = QStringLiteral("org.example.a");
+const QString other = QStringLiteral("/Applications/B.app");
+
+class AppUsageStores : public testing::Test {
+protected:
+    AppUsageStore loaded() {
+        AppUsageStore store(machine.files, folder, machine.time, machine.uuids);
+        store.load();
+        return store;
+    }
+    test::TestMachine machine;
+};
+
+TEST_F(AppUsageStores, RemembersWhatWasSeenAndLaunched) {
+    AppUsageStore store = loaded();
+    EXPECT_TRUE(store.recordSeen({app, other}));
+    const Instant first = machine.time.now();
+    machine.time.advance(std::chrono::hours(5));
+    EXPECT_FALSE(store.recordSeen({app}));
+    store.recordLaunch(app);
+    store.recordLaunch(app);
+    ASSERT_TRUE(store.save());
+    store.recordLaunch(QStringLiteral("x").repeated(2'000)); // no key of an application
+    EXPECT_EQ(store.records().size(), 2);
+
+    const AppUsageStore again = loaded();
+    EXPECT_EQ(again.records(), store.records());
+    EXPECT_EQ(again.records().value(app), (AppUsage{first, machine.time.now(), 2}));
+    SmartFolderRuntimeFacts facts;
+    again.fill(facts);
+    EXPECT_EQ(facts.firstSeenDates.value(other), first);
+    EXPECT_EQ(facts.launchCounts, (QHash<QString, qint64>{{app, 2}, {other, 0}}));
+    EXPECT_EQ(facts.lastUsedDates.size(), 1);
+    EXPECT_TRUE(facts.usageDataIsComplete);
+}
+
+TEST_F(AppUsageStores, SetsADamagedFileAsideAndKnowsItsLoss) {
+    const QByteArray damaged = R"({"version": 1, "records": {"a": {"firstSeen": "yesterday"}}})";
+    for (const QByteArray& bytes :
+         {damaged, QByteArray(R"({"version": 2, "records": {}})"), QByteArray()}) {
+        machine.write(path, bytes);
+        AppUsageStore store = loaded();
+        EXPECT_TRUE(store.records().isEmpty());
+        EXPECT_FALSE(machine.exists(path));
+        store.recordSeen({app});
+        EXPECT_TRUE(store.save());
+        EXPECT_FALSE(loaded().isComplete());
+        SmartFolderRuntimeFacts facts;
+        store.fill(facts);
+        EXPECT_FALSE(facts.usageDataIsComplete || facts.launchCounts.contains(app));
+    }
+    const QStringList aside = machine.names(folder).filter(QStringLiteral("app-usage.damaged-"));
+    ASSERT_EQ(aside.size(), 3);
+    QList<QByteArray> kept;
+    for (const QString& name : aside)
+        kept += machine.read(folder + u'/' + name);
+    EXPECT_TRUE(kept.contains(damaged));
+}
+
+TEST_F(AppUsageStores, StaysWithinItsBounds) {
+    AppUsageStore store = loaded();
+    store.recordLaunch(app);
+    machine.time.advance(std::chrono::hours(1));
+    QStringList keys;
+    for (int i = 0; i < AppUsageStore::maximumRecords; ++i)
+        keys += QString::number(i);
+    store.recordSeen(keys);
+    EXPECT_LE(store.records().size(), AppUsageStore::maximumRecords);
+    EXPECT_FALSE(store.records().contains(app)); // used longest ago
+    EXPECT_FALSE(store.isComplete());
+}
+
+} // namespace
+} // namespace tessellar

@@ -1,0 +1,63 @@
+#include "smartfolders/bundle_findings.h"
+
+#include "smartfolders/rights_notice.h"
+#include "tests/support/printers.h"
+
+#include <gtest/gtest.h>
+
+namespace tessellar {
+namespace {
+
+TEST(RightsNotice, NamesWhomItProtects) {
+    const std::pair<const char*, const char*> notices[] = {
+        {"Copyright © 2009-2017 Ann Déau, Bo Cee. All rights reserved.", "Ann Déau, Bo Cee"},
+        {"Copyright © 2000–2023 Pear Inc.\nAll rights reserved.", "Pear Inc"},
+        {"COPYRIGHT (C) 2000—23 Pear Inc.\nALLE RECHTE VORBEHALTEN.", "Pear Inc"},
+        {"Copyright © 2000–2023 Pear Inc.\n保留一切权利。", "Pear Inc"},
+        {"10.14, Copyright © 2000-2018, Pear Inc.", "Pear Inc"},
+        {"Pear Inc. © 2001, 2003 - present. All rights reserved", "Pear Inc"},
+        {"℗ & © 2020 Cherry™", "Cherry™"},
+        {"note — a launcher\n\n© 2026 Mika Doe — BSD OR Zlib", "Mika Doe — BSD OR Zlib"},
+        {"(c) 2026 drum-box-9661. All rights reserved. Made with care.",
+         "drum-box-9661. Made with care"},
+        {"© 2020 1Word 2000 Ltd", "1Word 2000 Ltd"},
+        {"Plum", "Plum"},
+        {"Copyrighted Goods", "Copyrighted Goods"},
+    };
+    for (const auto& [notice, publisher] : notices)
+        EXPECT_EQ(publisherInNotice(QString::fromUtf8(notice)), QString::fromUtf8(publisher)) << notice;
+    for (const char* nobody :
+         {"", " \n", "© 2020", "Copyright (c) 2001-2002. All rights reserved.", "—·—"})
+        EXPECT_FALSE(publisherInNotice(QString::fromUtf8(nobody))) << nobody;
+    // Bounded, whatever it says.
+    EXPECT_FALSE(publisherInNotice(QStringLiteral("© ").repeated(1'000'000)));
+    EXPECT_EQ(publisherInNotice(QStringLiteral("é").repeated(100'000))->size(), 2'000);
+}
+
+TEST(Signatures, TheDeveloperIsTheNameInTheAuthority) {
+    const auto parsed = [](const QByteArray& lines) {
+        return parseSignature("Executable=/Applications/X.app/Contents/MacOS/X\nIdentifier=x\n" +
+                              lines);
+    };
+    const SignatureFindings named{QStringLiteral("Ødegård & Sønn (Norway) AS"),
+                                  QStringLiteral("ABCDE12345")};
+    EXPECT_EQ(parsed("Authority=Developer ID Application: Ødegård & Sønn (Norway) AS (ABCDE12345)\n"
+                     "Authority=Developer ID Certification Authority\nTeamIdentifier=ABCDE12345\n"),
+              named);
+    const SignatureFindings store{std::nullopt, QStringLiteral("74J34U3R6X")};
+    EXPECT_EQ(parsed("Authority=Apple Mac OS Application Signing\nTeamIdentifier=74J34U3R6X"), store);
+    EXPECT_EQ(parsed("Signature=adhoc\nTeamIdentifier=not set\n"), SignatureFindings());
+    EXPECT_EQ(parseSignature("/tmp/x: code object is not signed at all\n"), SignatureFindings());
+}
+
+TEST(Architectures, AreTheWordsOfTheTool) {
+    EXPECT_EQ(parseArchitectures("x86_64 arm64e \n"),
+              QStringList({QStringLiteral("x86_64"), QStringLiteral("arm64e")}));
+    for (const QByteArray& bad :
+         {QByteArray(), QByteArray(" \n"), QByteArray("fatal error: no such file"),
+          QByteArray("a ").repeated(17), QByteArray("a").repeated(33)})
+        EXPECT_FALSE(parseArchitectures(bad)) << bad.toStdString();
+}
+
+} // namespace
+} // namespace tessellar

@@ -1,0 +1,307 @@
+#include "smartfolders/smart_folder_facts_catalog.h"
+
+#include "sample/mac_builder.h"
+#include "tests/support/printers.h"
+#include "tests/support/test_machine.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using enum SmartFolderInspection;
+
+const QSet<SmartFolderInspection> all{architectures, signature};
+const QDateTime someDate = QDateTime::fromSecsSinceEpoch(1'700'000'000);
+
+class SmartFolderFactsCatalogs : public testing::Test {
+protected:
+    SmartFolderFactsCatalogs() {
+        machine.tool(u"/usr/bin/lipo"_s, test::exited(0, "x86_64 arm64\n"));
+        machine.tool(u"/usr/bin/codesign"_s,
+                     test::exited(0, {},
+                                  "Authority=Developer ID Application: Fern Ltd (ABCDE12345)\n"
+                                  "TeamIdentifier=ABCDE12345\n"));
+    }
+    AppEntry add(const sample::Application& application) {
+        AppEntry entry;
+        entry.id = machine.uuids.next();
+        entry.path = mac.addApplication(application);
+        entry.name = entry.originalName = application.name;
+        entry.bundleIdentifier = application.identifier;
+        EXPECT_EQ(mac.failure(), std::nullopt);
+        return entry;
+    }
+    SmartFolderFactsList facts(const QList<AppEntry>& apps,
+                               const QSet<SmartFolderInspection>& needed = {},
+                               const SmartFolderRuntimeFacts& runtime = {}) {
+        SmartFolderFactsList result;
+        const Task task =
+            catalog.facts({apps, runtime, needed}, [&](SmartFolderFactsList list) { result = list; });
+        machine.settle();
+        EXPECT_EQ(result.size(), apps.size());
+        return result;
+    }
+    SmartFolderAppFacts factsOf(const AppEntry& app, const QSet<SmartFolderInspection>& needed = all,
+                                const SmartFolderRuntimeFacts& runtime = {}) {
+        return *facts({app}, needed, runtime).value(0, std::make_shared<const SmartFolderAppFacts>());
+    }
+    /// Moves the date of a folder, and of nothing else, to now.
+    void touch(const QString& path) const {
+        std::filesystem::last_write_time(machine.hostPath(path).toStdString(),
+                                         std::filesystem::file_time_type::clock::now());
+    }
+    QStringList toolsRun() const {
+        QStringList result;
+        for (const Command& command : machine.commands.commands())
+            result += QString::fromUtf8(command.executable.mid(9));
+        result.sort();
+        return result;
+    }
+
+    test::TestMachine machine;
+    sample::MacBuilder mac{machine.root.path()};
+    SmartFolderFactsCatalog catalog{machine.machine};
+};
+
+TEST_F(SmartFolderFactsCatalogs, FindsWhatABundleTells) {
+    const AppEntry fern =
+        add({.name = u"Fern"_s,
+             .identifier = u"com.example.fern"_s,
+             .version = u"2.1"_s,
+             .build = u"77"_s,
+             .minimumSystem = u"12.0"_s,
+             .rights = u"Copyright © 2020 Fern Gardens. All rights reserved."_s,
+             .privacyKeys = {u"NSCalendarsFullAccessUsageDescription"_s, u"NSCameraUsageDescription"_s,
+                             u"NSCalendarsUsageDescription"_s, u"NSDesktopFolderUsageDescription"_s},
+             .sparkleFramework = true});
+    const auto f = factsOf(fern);
+    EXPECT_EQ(f.entry, fern);
+    EXPECT_EQ(f.developer, u"Fern Ltd");
+    EXPECT_EQ(f.signingTeamID, u"ABCDE12345");
+    EXPECT_EQ(f.publisher, u"Fern Gardens");
+    EXPECT_EQ(f.version, u"2.1");
+    EXPECT_EQ(f.build, u"77");
+    EXPECT_EQ(f.minimumMacOSVersion, u"12.0");
+    EXPECT_EQ(f.architectures, QStringList({u"x86_64"_s, u"arm64"_s}));
+    EXPECT_EQ(f.declaredPermissions,
+              QList({SmartFolderPermission::camera, SmartFolderPermission::calendar}));
+    EXPECT_EQ(f.installSource, SmartFolderInstallSource::manual);
+    EXPECT_EQ(f.distributionChannel, SmartFolderDistributionChannel::sparkle);
+    EXPECT_EQ(f.platform, SmartFolderPlatform::macOS);
+    EXPECT_TRUE(f.installedDate);
+    EXPECT_EQ(f.hasCustomIcon, false);
+    for (const Command& command : machine.commands.commands())
+        EXPECT_TRUE(command.arguments.last().startsWith(mac.hostPath(fern.path).toUtf8()));
+
+    const AppEntry game =
+        add({.name = u"Game"_s,
+             .wrapped = sample::WrappedMetadata{.realName = u"Real"_s, .artistName = u"Studio"_s}});
+    const auto g = factsOf(game);
+    EXPECT_EQ(g.developer, u"Studio");
+    EXPECT_EQ(g.platform, SmartFolderPlatform::iOSOnMac);
+    EXPECT_EQ(g.installSource, SmartFolderInstallSource::macAppStore);
+
+    // The launcher's own record of an application that is gone says no more than that.
+    AppEntry gone;
+    gone.path = u"/Applications/Gone.app"_s;
+    const auto h = factsOf(gone);
+    EXPECT_FALSE(h.version || h.platform || h.installSource || h.distributionChannel ||
+                 h.installedDate);
+    EXPECT_EQ(h.applicationLocation, SmartFolderApplicationLocation::applications);
+}
+
+TEST_F(SmartFolderFactsCatalogs, DecidesTheChannelByTheBundleWhenUpdatesSayNothing) {
+    using enum SmartFolderDistributionChannel;
+    const auto channel = [&](const AppEntry& app) { return *factsOf(app, {}).distributionChannel; };
+    EXPECT_EQ(
+        channel(add({.name = u"A"_s, .sparkleFeed = u"https://example.com/a.xml"_s, .receipt = true})),
+        macAppStore);
+    EXPECT_EQ(
+        channel(add({.name = u"B"_s, .folder = u"/System/Applications"_s, .sparkleFramework = true})),
+        system);
+    EXPECT_EQ(channel(add({.name = u"C"_s, .folder = u"/Library/Apple/X"_s})), system);
+    EXPECT_EQ(channel(add({.name = u"D"_s, .folder = u"/Systems"_s})), unsupported);
+    EXPECT_EQ(channel(add({.name = u"E"_s, .identifier = u"com.Microsoft.Word"_s})), vendor);
+    EXPECT_EQ(channel(add({.name = u"F"_s, .info = {{u"KSUpdateURL"_s, u"https://example.com"_s}}})),
+              vendor);
+    SmartFolderRuntimeFacts runtime;
+    runtime.distributionChannels.insert(u"com.example.g"_s, homebrew);
+    EXPECT_EQ(
+        factsOf(add({.name = u"G"_s, .identifier = u"com.example.g"_s, .receipt = true}), {}, runtime)
+            .distributionChannel,
+        homebrew);
+}
+
+TEST_F(SmartFolderFactsCatalogs, TellsWhereABundleLies) {
+    using enum SmartFolderApplicationLocation;
+    const auto location = [](const char* path, AppSource source = AppSource::local) {
+        AppEntry app;
+        app.path = QString::fromLatin1(path);
+        app.source = source;
+        return SmartFolderFactsCatalog::location(app, u"/Users/ada"_s);
+    };
+    EXPECT_EQ(location("/Applications/Suite.app/Contents/Tool.app", AppSource::system),
+              nestedApplication);
+    EXPECT_EQ(location("/Applications/Safari.app", AppSource::system), system);
+    EXPECT_EQ(location("/System/Applications/Notes.app"), system);
+    EXPECT_EQ(location("/Users/ada/Applications/Games/X.app"), userApplications);
+    EXPECT_EQ(location("/Users/ada/Applications2/X.app"), other);
+    EXPECT_EQ(location("/Applications/Utilities/X.app"), applications);
+    EXPECT_EQ(location("/Applications2/X.app"), other);
+}
+
+TEST_F(SmartFolderFactsCatalogs, AddsWhatTheLauncherKnows) {
+    const AppEntry app = add({.name = u"Fern"_s, .identifier = u"f"_s});
+    SmartFolderRuntimeFacts runtime;
+    auto f = factsOf(app, {}, runtime);
+    EXPECT_FALSE(f.isNeverUsed || f.updateStatus || f.firstSeenDate || f.lastUsedDate || f.launchCount);
+    runtime.usageDataIsComplete = runtime.updateCheckingEnabled = true;
+    f = factsOf(app, {}, runtime);
+    EXPECT_EQ(f.isNeverUsed, true);
+    EXPECT_EQ(f.updateStatus, SmartFolderUpdateState::notChecked);
+    runtime.launchCounts.insert(u"f"_s, 0);
+    runtime.updateStatuses.insert(u"f"_s, SmartFolderUpdateState::failed);
+    runtime.customIconKeys.insert(u"f"_s);
+    f = factsOf(app, {}, runtime);
+    EXPECT_EQ(f.isNeverUsed, true);
+    EXPECT_EQ(f.updateStatus, SmartFolderUpdateState::failed);
+    EXPECT_EQ(f.hasCustomIcon, true);
+    runtime.usageDataIsComplete = runtime.updateCheckingEnabled = false;
+    runtime.lastUsedDates.insert(u"f"_s, Instant{5});
+    f = factsOf(app, {}, runtime);
+    EXPECT_EQ(f.isNeverUsed, false);
+    EXPECT_FALSE(f.updateStatus);
+}
+
+TEST_F(SmartFolderFactsCatalogs, InspectsWhatChangedAndWhatIsNeededAndNothingElse) {
+    QList<AppEntry> apps;
+    for (int i = 0; i < 20; ++i)
+        apps += add({.name = u"App %1"_s.arg(i), .modified = someDate});
+    mac.settleDates(someDate);
+
+    const auto first = facts(apps);
+    EXPECT_EQ(catalog.inspectionCount(), 20);
+    EXPECT_TRUE(toolsRun().isEmpty());
+    EXPECT_FALSE(first[3]->architectures);
+    EXPECT_EQ(facts(apps), first); // the very records
+    EXPECT_EQ(catalog.inspectionCount(), 20);
+
+    facts(apps, {architectures});
+    EXPECT_EQ(catalog.inspectionCount(), 40);
+    EXPECT_EQ(toolsRun(), QStringList(20, u"lipo"_s));
+    const auto second = facts(apps, all);
+    EXPECT_EQ(toolsRun(), QStringList(20, u"codesign"_s) + QStringList(20, u"lipo"_s));
+    EXPECT_EQ(catalog.inspectionCount(), 60);
+
+    touch(apps[7].path);
+    const auto third = facts(apps, all);
+    EXPECT_EQ(catalog.inspectionCount(), 61);
+    EXPECT_EQ(third, second); // nothing new was found, so the records stay, too
+    EXPECT_EQ(toolsRun().size(), 42);
+
+    // A new Info.plist in an old folder; what the scan gives anew; a new name of the tile, which is
+    // none.
+    const QByteArray info = machine.read(apps[2].path + u"/Contents/Info.plist"_s);
+    machine.write(apps[2].path + u"/Contents/Info.plist"_s, QByteArray(info).replace("1.0<", "9.0<"));
+    EXPECT_EQ(facts(apps, all)[2]->version, u"9.0");
+    EXPECT_EQ(catalog.inspectionCount(), 62);
+    apps[4].category = u"public.app-category.games"_s;
+    apps[5].name = u"Mine"_s;
+    EXPECT_EQ(facts(apps, all)[5]->entry.name, u"Mine");
+    EXPECT_EQ(catalog.inspectionCount(), 63);
+}
+
+TEST_F(SmartFolderFactsCatalogs, ABundleThatChangesWhileItIsInspectedIsInspectedAgain) {
+    const AppEntry app = add({.name = u"Fern"_s, .modified = someDate});
+    mac.settleDates(someDate);
+    std::atomic<int> runs = 0;
+    machine.tool(u"/usr/bin/codesign"_s, [&](const Command&, std::stop_token) {
+        if (++runs == 1) {
+            sample::MacBuilder other(machine.root.path());
+            other.addApplication(
+                {.name = u"Fern"_s, .version = u"2.0"_s, .modified = someDate.addDays(1)});
+            other.settleDates(someDate);
+            return test::exited(0, {}, "TeamIdentifier=OLDOLDOLD0\n");
+        }
+        return test::exited(0, {}, "TeamIdentifier=NEWNEWNEW0\n");
+    });
+    const auto f = factsOf(app);
+    EXPECT_EQ(f.version, u"2.0");
+    EXPECT_EQ(f.signingTeamID, u"NEWNEWNEW0");
+    EXPECT_EQ(runs, 2);
+
+    // One that never rests ends, too, and is looked at again the next time.
+    machine.tool(u"/usr/bin/codesign"_s, [&](const Command&, std::stop_token) {
+        machine.write(app.path + u"/touched %1"_s.arg(++runs), "x");
+        return test::exited(0);
+    });
+    touch(app.path);
+    factsOf(app);
+    EXPECT_LE(runs, 5);
+    const int before = runs;
+    factsOf(app);
+    EXPECT_GT(runs, before);
+}
+
+TEST_F(SmartFolderFactsCatalogs, ToolsThatFailLeaveAFactMissing) {
+    const auto lost = [](CommandResult::Outcome outcome) { return CommandResult{.outcome = outcome}; };
+    CommandResult flooded = test::exited(0, "arm64", "TeamIdentifier=ABCDE12345\n");
+    flooded.outputTruncated = true;
+    const CommandResult failures[] = {test::exited(1, "arm64", "TeamIdentifier=ABCDE12345\n"), flooded,
+                                      lost(CommandResult::Outcome::timedOut),
+                                      lost(CommandResult::Outcome::couldNotLaunch),
+                                      lost(CommandResult::Outcome::signalled)};
+    int i = 0;
+    for (const CommandResult& failure : failures) {
+        machine.tool(u"/usr/bin/lipo"_s, failure);
+        machine.tool(u"/usr/bin/codesign"_s, failure);
+        const auto f = factsOf(add({.name = u"App %1"_s.arg(i++)}));
+        EXPECT_FALSE(f.architectures || f.developer || f.signingTeamID) << i;
+        EXPECT_EQ(f.version, u"1.0");
+    }
+    for (const Command& command : machine.commands.commands()) {
+        EXPECT_LE(command.timeout, std::chrono::seconds(10));
+        EXPECT_LE(command.maximumOutput, 1u << 20);
+    }
+
+    // A tool that hangs is not waited for with every bundle; missing ones are not even tried.
+    machine.tool(u"/usr/bin/lipo"_s, lost(CommandResult::Outcome::timedOut));
+    machine.remove(u"/usr/bin/codesign"_s);
+    QList<AppEntry> many;
+    for (int n = 0; n < 30; ++n)
+        many += add({.name = u"Many %1"_s.arg(n)});
+    const qsizetype before = machine.commands.commands().size();
+    facts(many, all);
+    EXPECT_LE(machine.commands.commands().size() - before, 4); // three, and one on the other worker
+    // Once it works again, those that were left out get their facts.
+    machine.tool(u"/usr/bin/lipo"_s, test::exited(0, "arm64"));
+    EXPECT_TRUE(facts(many, all).last()->architectures);
+}
+
+TEST_F(SmartFolderFactsCatalogs, CancelledRequestsReachNobodyAndOthersComeInOrder) {
+    QList<AppEntry> apps;
+    for (int i = 0; i < 50; ++i)
+        apps += add({.name = u"App %1"_s.arg(i)});
+    QStringList order;
+    auto cancelled = catalog.facts({apps, {}, all}, [&](const auto&) { order += u"cancelled"_s; });
+    const Task second = catalog.facts({apps, {}, all}, [&](const auto&) { order += u"second"_s; });
+    const Task third = catalog.facts({{}, {}, all}, [&](const auto&) { order += u"third"_s; });
+    cancelled.cancel();
+    machine.settle();
+    EXPECT_EQ(order, QStringList({u"second"_s, u"third"_s}));
+    // What the first had found was not looked for again, but for what the cancelling cut short.
+    EXPECT_LE(catalog.inspectionCount(), 50 + machine.workers.threadCount());
+
+    std::optional<SmartFolderFactsCatalog> shortLived(std::in_place, machine.machine);
+    const Task orphan = shortLived->facts({apps, {}, all}, [&](const auto&) { order += u"orphan"_s; });
+    shortLived.reset();
+    machine.settle();
+    EXPECT_EQ(order.size(), 2);
+}
+
+} // namespace
+} // namespace tessellar
