@@ -113,11 +113,11 @@ bool LayoutUndoHistory::record(const QString& name, LayoutUndoState before,
     return true;
 }
 
-void LayoutUndoHistory::undo(Done done) { step(Direction::undo, std::move(done)); }
+void LayoutUndoHistory::undo(const Done& done) { step(Direction::undo, done); }
 
-void LayoutUndoHistory::redo(Done done) { step(Direction::redo, std::move(done)); }
+void LayoutUndoHistory::redo(const Done& done) { step(Direction::redo, done); }
 
-void LayoutUndoHistory::step(Direction direction, Done done) {
+void LayoutUndoHistory::step(Direction direction, const Done& done) {
     QList<LayoutUndoEntry>& stack = direction == Direction::undo ? _undoStack : _redoStack;
     if (_isUndoRedoOperationInProgress || stack.isEmpty()) {
         if (done)
@@ -132,8 +132,8 @@ void LayoutUndoHistory::step(Direction direction, Done done) {
     LayoutUndoEntry entry = stack.takeLast();
     const QList<TrashedAppRecord> records = entry.trashedApps;
     moveApps(direction == Direction::redo, records,
-             [this, direction, entry = std::move(entry), done](QList<TrashOutcome> outcomes) {
-                 afterTrash(direction, entry, std::move(outcomes), done);
+             [this, direction, entry = std::move(entry), done](const QList<TrashOutcome>& outcomes) {
+                 afterTrash(direction, entry, outcomes, done);
              });
 }
 
@@ -157,7 +157,7 @@ void LayoutUndoHistory::moveApps(bool intoTrash, const QList<TrashedAppRecord>& 
 }
 
 void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,
-                                   QList<TrashOutcome> outcomes, Done done) {
+                                   const QList<TrashOutcome>& outcomes, const Done& done) {
     QList<bool> moved;
     QStringList failures;
     for (qsizetype i = 0; i < entry.trashedApps.size(); ++i) {
@@ -174,18 +174,18 @@ void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,
                                ? QCoreApplication::translate("Edits", "Could not put apps back")
                                : QCoreApplication::translate("Edits", "Could not delete apps again"),
                            failures.join(u'\n'));
-        moveBack(direction, std::move(entry), moved, Result::trashFailed, std::move(done));
+        moveBack(direction, std::move(entry), moved, Result::trashFailed, done);
         return;
     }
     if (!apply(direction == Direction::undo ? entry.before : entry.after)) {
-        moveBack(direction, std::move(entry), moved, Result::notApplied, std::move(done));
+        moveBack(direction, std::move(entry), moved, Result::notApplied, done);
         return;
     }
     finish(direction, std::move(entry), Result::done, done);
 }
 
 void LayoutUndoHistory::moveBack(Direction direction, LayoutUndoEntry entry, const QList<bool>& moved,
-                                 Result result, Done done) {
+                                 Result result, const Done& done) {
     QList<TrashedAppRecord> records;
     QList<qsizetype> indices;
     for (qsizetype i = 0; i < moved.size(); ++i) {

@@ -135,8 +135,8 @@ public:
                 const QList<TrashedAppRecord>& trashedApps = {});
 
     /// `done` is called at the end of the step, which may be before the call returns.
-    void undo(Done done = {});
-    void redo(Done done = {});
+    void undo(const Done& done = {});
+    void redo(const Done& done = {});
 
     bool isInProgress() const { return _isUndoRedoOperationInProgress; }
     bool canUndo() const { return !_undoStack.isEmpty() && !isInProgress(); }
@@ -149,12 +149,12 @@ public:
 private:
     using Direction = UndoRedoFeedback::Direction;
 
-    void step(Direction direction, Done done);
+    void step(Direction direction, const Done& done);
     void finish(Direction direction, LayoutUndoEntry entry, Result result, const Done& done);
-    void afterTrash(Direction direction, LayoutUndoEntry entry, QList<TrashOutcome> outcomes,
-                    Done done);
+    void afterTrash(Direction direction, LayoutUndoEntry entry, const QList<TrashOutcome>& outcomes,
+                    const Done& done);
     void moveBack(Direction direction, LayoutUndoEntry entry, const QList<bool>& moved, Result result,
-                  Done done);
+                  const Done& done);
     void moveApps(bool intoTrash, const QList<TrashedAppRecord>& records,
                   std::function<void(QList<TrashOutcome>)> then);
     bool apply(const LayoutUndoState& state);

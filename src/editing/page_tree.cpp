@@ -165,7 +165,7 @@ Pages tidied(const Pages& pages) {
     };
     const TreeRewriter rewriter{.leave = [&](const LaunchpadItem& item) -> std::optional<Page> {
         const FolderEntry& folder = *item.folder();
-        if (const Page firstTwo = previewItems(folder, 2); firstTwo.size() < 2)
+        if (Page firstTwo = previewItems(folder, 2); firstTwo.size() < 2)
             return firstTwo;
         if (!std::ranges::any_of(folder.pages, &Page::isEmpty))
             return std::nullopt;
