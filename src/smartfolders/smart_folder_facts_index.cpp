@@ -71,15 +71,38 @@ std::u16string versionSortKey(QStringView version) {
     return key;
 }
 
+/// The first bytes of a key as one number that orders as they do: most comparisons end there.
+quint64 prefix(const QByteArray& key) {
+    quint64 result = 0;
+    for (qsizetype i = 0; i < 8; ++i)
+        result = result << 8 | (i < key.size() ? static_cast<quint8>(key[i]) : 0);
+    return result;
+}
+quint64 prefix(const std::u16string& key) {
+    quint64 result = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        result = result << 16 | (i < key.size() ? key[i] : 0);
+    return result;
+}
+
 /// The rank of each key, equal ones the same.
 template <typename Key>
 std::vector<double> ranks(const std::vector<Key>& keys) {
-    std::vector<int> places(keys.size());
-    std::iota(places.begin(), places.end(), 0);
-    std::ranges::sort(places, [&](int a, int b) { return keys[a] < keys[b]; });
+    struct Item {
+        quint64 prefix;
+        std::size_t place;
+    };
+    std::vector<Item> items;
+    items.reserve(keys.size());
+    for (const Key& key : keys)
+        items.push_back({prefix(key), items.size()});
+    const auto less = [&](const Item& a, const Item& b) {
+        return a.prefix != b.prefix ? a.prefix < b.prefix : keys[a.place] < keys[b.place];
+    };
+    std::ranges::sort(items, less);
     std::vector<double> result(keys.size());
-    for (std::size_t i = 1; i < places.size(); ++i)
-        result[places[i]] = result[places[i - 1]] + (keys[places[i - 1]] < keys[places[i]]);
+    for (std::size_t i = 1; i < items.size(); ++i)
+        result[items[i].place] = result[items[i - 1].place] + less(items[i - 1], items[i]);
     return result;
 }
 
@@ -166,54 +189,69 @@ const QByteArray& SmartFolderFactsIndex::looseSortKey(const QString& text) const
     return key;
 }
 
-const std::vector<int>& SmartFolderFactsIndex::nameOrder() const {
+void SmartFolderFactsIndex::sortNames() const {
     if (!_nameOrder.empty() || _facts.isEmpty())
-        return _nameOrder;
+        return;
     const auto& names = column(SmartFolderTextField("displayName"));
-    const std::vector<double> ranks = magnitudes(names);
-    const auto rank = [&](int place) { return ranks[names.slots[place]]; };
+    _nameRanks = magnitudes(names);
+    const auto rank = [&](int place) { return _nameRanks[names.slots[place]]; };
     const auto key = [this](int place) { return normalized(appKey(_facts.at(place)->entry)); };
     _nameOrder.resize(_facts.size());
     std::iota(_nameOrder.begin(), _nameOrder.end(), 0);
     std::ranges::stable_sort(_nameOrder, [&](int a, int b) {
         return rank(a) != rank(b) ? rank(a) < rank(b) : key(a) < key(b);
     });
-    return _nameOrder;
 }
 
 const std::vector<int>& SmartFolderFactsIndex::order(SmartFolderSortField field,
                                                      SmartFolderSortDirection direction) const {
-    auto& order = _orders[field.index()][static_cast<std::size_t>(direction)];
-    if (order)
-        return *order;
+    auto& orders = _orders[field.index()];
+    if (!orders)
+        orders = std::visit([this](auto source) { return bothOrders(source); }, field.row().source);
+    return (*orders)[static_cast<std::size_t>(direction)];
+}
+
+template <typename Kind>
+auto SmartFolderFactsIndex::bothOrders(SmartFolderField<Kind> source) const -> Orders {
+    sortNames();
+    const auto& column = this->column(source);
+    const bool isName = std::same_as<Kind, SmartFolderTextKind> && source.rawValue() == u"displayName";
+    const std::vector<double> values = isName ? _nameRanks : magnitudes(column);
+
     // By name and key first; a stable sort by the value then leaves ties as they are.
     struct Item {
         double magnitude;
         int place;
     };
-    const double sign = direction == SmartFolderSortDirection::descending ? -1 : 1;
     std::vector<Item> known;
     std::vector<int> unknown;
     known.reserve(_facts.size());
-    std::visit(
-        [&](auto source) {
-            const auto& column = this->column(source);
-            const std::vector<double> values = magnitudes(column);
-            for (const int place : nameOrder()) {
-                if (const int slot = column.slots[place]; slot >= 0)
-                    known.push_back({sign * values[slot], place});
-                else
-                    unknown.push_back(place);
-            }
-        },
-        field.row().source);
+    for (const int place : _nameOrder) {
+        if (const int slot = column.slots[place]; slot >= 0)
+            known.push_back({values[slot], place});
+        else
+            unknown.push_back(place);
+    }
     std::ranges::stable_sort(known, {}, &Item::magnitude);
-    order.emplace();
-    order->reserve(_facts.size());
+
+    Orders orders;
+    for (auto& order : orders)
+        order.reserve(_facts.size());
+    auto& [ascending, descending] = orders;
     for (const Item& item : known)
-        order->push_back(item.place);
-    order->insert(order->end(), unknown.begin(), unknown.end());
-    return *order;
+        ascending.push_back(item.place);
+    // Descending turns the values around, but not those that are equal.
+    for (auto end = known.cend(); end != known.cbegin();) {
+        auto begin = end - 1;
+        while (begin != known.cbegin() && (begin - 1)->magnitude == begin->magnitude)
+            --begin;
+        for (auto item = begin; item != end; ++item)
+            descending.push_back(item->place);
+        end = begin;
+    }
+    for (auto& order : orders)
+        order.insert(order.end(), unknown.begin(), unknown.end());
+    return orders;
 }
 
 } // namespace tessellar

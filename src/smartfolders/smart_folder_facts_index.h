@@ -43,7 +43,10 @@ private:
     const QByteArray& looseSortKey(const QString& text) const;
     template <typename Kind>
     std::vector<double> magnitudes(const Column<Kind>& column) const;
-    const std::vector<int>& nameOrder() const; ///< of places, by name, then by app key
+    void sortNames() const;
+    using Orders = std::array<std::vector<int>, 2>; ///< ascending, descending
+    template <typename Kind>
+    Orders bothOrders(SmartFolderField<Kind> source) const;
     SmartFolderSubject subject(qsizetype place) const { return {*_facts.at(place), _files}; }
 
     SmartFolderFactsList _facts;
@@ -54,10 +57,9 @@ private:
                        Columns<SmartFolderDateKind>, Columns<SmartFolderBooleanKind>>
         _columns;
     mutable QHash<QString, QByteArray> _looseSortKeys; ///< original names are mostly the names again
-    mutable std::vector<int> _nameOrder;
-    mutable std::array<std::array<std::optional<std::vector<int>>, 2>,
-                       SmartFolderSortKind::fields.size()>
-        _orders;
+    mutable std::vector<double> _nameRanks;            ///< by slot of the names' column
+    mutable std::vector<int> _nameOrder;               ///< of places, by name, then by app key
+    mutable std::array<std::optional<Orders>, SmartFolderSortKind::fields.size()> _orders;
 };
 
 } // namespace tessellar
