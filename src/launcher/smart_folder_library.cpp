@@ -1,0 +1,215 @@
+#include "launcher/smart_folder_library.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+LauncherError launcherError(const SmartFolderStore::Error& error, const QString& title) {
+    if (const auto* file = std::get_if<FileError>(&error))
+        return launcherError(*file, title);
+    static constexpr std::array names{"unsupportedVersion", "invalidDefinition", "duplicateDefinitionID",
+                                      "duplicateRuleID",    "writeBlocked",      "recoveryRequired"};
+    const auto* store = std::get_if<SmartFolderStore::StoreError>(&error);
+    return {store ? QString::fromLatin1(names[store->index()]) : QStringLiteral("damaged"), message(error), title};
+}
+
+QString SmartFolderLibrary::defaultDirectory(const Places& places, const std::optional<QString>& identifier) {
+    return FileSystem::joined(places.applicationSupport, identifier.value_or(QStringLiteral("com.tessellar.app")));
+}
+
+SmartFolderLibrary::SmartFolderLibrary(Machine& machine, QString directory, Changed changed)
+    : _machine(machine)
+    , _store(machine.files, directory, machine.clock, machine.uuids)
+    , _usage(machine.files, directory, machine.clock, machine.uuids)
+    , _catalog(machine)
+    , _calendar(Calendar::system(machine.locale))
+    , _changed(std::move(changed)) {}
+
+// ---- definitions
+
+void SmartFolderLibrary::load() {
+    _usage.load();
+    const auto result = _store.load();
+    _failure.reset();
+    if (const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result))
+        _definitions = loaded->definitions;
+    else
+        _definitions.clear();
+    if (const auto* failed = std::get_if<SmartFolderStore::Failed>(&result)) {
+        _failure = launcherError(failed->error, QStringLiteral("Smart Folders are unavailable"));
+        _machine.log.warning(_failure->message);
+    }
+}
+
+SmartFolderLibrary::Outcome SmartFolderLibrary::recover(SmartFolderRecovery how) {
+    const auto result = _store.recover(how);
+    if (const auto* failed = std::get_if<SmartFolderStore::Failed>(&result))
+        return std::unexpected(launcherError(failed->error, QStringLiteral("Smart Folders are unavailable")));
+    _failure.reset();
+    const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result);
+    _definitions = loaded ? loaded->definitions : QList<SmartFolderDefinition>();
+    _changed();
+    startRound();
+    return {};
+}
+
+const SmartFolderDefinition* SmartFolderLibrary::definition(const QUuid& id) const {
+    const auto found = std::ranges::find(_definitions, id, &SmartFolderDefinition::id);
+    return found == _definitions.end() ? nullptr : &*found;
+}
+
+SmartFolderLibrary::Outcome SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitions) {
+    if (definitions == _definitions)
+        return {};
+    if (const auto saved = _store.save(definitions); !saved)
+        return std::unexpected(launcherError(saved.error(), QStringLiteral("Could not save Smart Folders")));
+    _definitions = definitions;
+    _changed();
+    startRound();
+    return {};
+}
+
+QString SmartFolderLibrary::name(const QUuid& id) const {
+    const SmartFolderDefinition* found = definition(id);
+    return found ? found->name : QStringLiteral("Unavailable Smart Folder");
+}
+
+QString SmartFolderLibrary::notice(const QUuid& id) const {
+    if (!definition(id))
+        return QStringLiteral("This Smart Folder’s definition is unavailable.");
+    const SmartFolderEvaluation* shown = evaluation(id);
+    return shown && !shown->unknownRuleIDs.isEmpty()
+               ? QStringLiteral("Some app details are unavailable, so those rules cannot be evaluated yet.")
+               : QString();
+}
+
+// ---- what folders show
+
+const SmartFolderEvaluation* SmartFolderLibrary::evaluation(const QUuid& id) const {
+    const auto found = _evaluations.find(id);
+    return found == _evaluations.end() ? nullptr : &*found;
+}
+
+QStringList SmartFolderLibrary::appKeys(const QUuid& id) const {
+    const SmartFolderEvaluation* shown = evaluation(id);
+    return shown ? shown->appKeys() : QStringList();
+}
+
+QHash<QString, QStringList> SmartFolderLibrary::namesByAppKey() const {
+    QHash<QString, QStringList> names;
+    for (const SmartFolderDefinition& definition : _definitions)
+        for (const QString& key : appKeys(definition.id))
+            names[key].append(definition.name);
+    return names;
+}
+
+SmartFolderEvaluation SmartFolderLibrary::evaluate(const SmartFolderDefinition& definition, const Locale& locale,
+                                                   Instant now) const {
+    return SmartFolderEvaluator(_machine.files)
+        .evaluate(definition, _facts, locale, now, Calendar(locale, _calendar.timeZone()));
+}
+
+// ---- rounds
+
+void SmartFolderLibrary::setApps(const QList<AppEntry>& apps) {
+    _apps = apps;
+    QStringList keys;
+    for (const AppEntry& app : apps)
+        keys.append(appKey(app));
+    if (_usage.recordSeen(keys))
+        if (const auto saved = _usage.save(); !saved)
+            _machine.log.warning(message(saved.error()));
+    startRound();
+}
+
+void SmartFolderLibrary::recordLaunch(const QString& key) {
+    _usage.recordLaunch(key);
+    if (const auto saved = _usage.save(); !saved)
+        _machine.log.warning(message(saved.error()));
+    startRound();
+}
+
+void SmartFolderLibrary::setRuntimeFacts(SmartFolderRuntimeFacts facts) {
+    if (facts == _runtime)
+        return;
+    _runtime = std::move(facts);
+    startRound();
+}
+
+SmartFolderRuntimeFacts SmartFolderLibrary::runtimeFactsNow() const {
+    SmartFolderRuntimeFacts facts = _runtime;
+    _usage.fill(facts);
+    return facts;
+}
+
+void SmartFolderLibrary::startRound() {
+    // What is under way is of an older generation: its tasks end and reach nobody.
+    _evaluationTask.cancel();
+    _isRoundRunning = true;
+    _factsTask = _catalog.facts({.apps = _apps,
+                                 .runtime = runtimeFactsNow(),
+                                 .inspections = inspectionsNeeded(_definitions) + _extraInspections},
+                                [this](SmartFolderFactsList facts) { evaluateRound(std::move(facts)); });
+    scheduleNextDay();
+}
+
+void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
+    _facts = facts;
+    _evaluationTask = _machine.workers.run(
+        [definitions = _definitions, facts = std::move(facts), locale = _machine.locale, calendar = _calendar,
+         now = _machine.clock.now(), &files = _machine.files](std::stop_token stop) {
+            Evaluations evaluations;
+            const SmartFolderFactsIndex index(facts, locale, files);
+            for (const SmartFolderDefinition& definition : definitions) {
+                if (stop.stop_requested())
+                    break;
+                evaluations.insert(definition.id,
+                                   SmartFolderEvaluator::evaluate(definition, index, now, calendar));
+            }
+            return evaluations;
+        },
+        [this](Evaluations evaluations) { finishRound(std::move(evaluations)); });
+}
+
+void SmartFolderLibrary::finishRound(Evaluations evaluations) {
+    _isRoundRunning = false;
+    if (evaluations != _evaluations) {
+        _evaluations = std::move(evaluations);
+        _changed();
+    }
+    for (const auto& callback : std::exchange(_settledCallbacks, {}))
+        callback();
+}
+
+void SmartFolderLibrary::scheduleNextDay() {
+    const Instant now = _machine.clock.now();
+    const auto day = _calendar.interval(CalendarUnit::day, now);
+    if (!day || _definitions.isEmpty())
+        return _nextDay.cancel();
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(day->end - now);
+    // A clock that was set, or a machine that slept, is noticed within the hour.
+    _nextDay = _machine.scheduler.after(
+        std::clamp<std::chrono::milliseconds>(wait, std::chrono::milliseconds(1), std::chrono::hours(1)),
+        [this, end = day->end, start = day->start] {
+            const Instant later = _machine.clock.now();
+            if (later >= end || later < start)
+                startRound();
+            else
+                scheduleNextDay();
+        });
+}
+
+void SmartFolderLibrary::inspectEverything(std::function<void()> done) {
+    const auto everything = allSmartFolderInspections();
+    if (!std::exchange(_extraInspections, everything).contains(everything))
+        startRound();
+    whenSettled(std::move(done));
+}
+
+void SmartFolderLibrary::whenSettled(std::function<void()> done) {
+    if (!_isRoundRunning)
+        return done();
+    _settledCallbacks.push_back(std::move(done));
+}
+
+} // namespace tessellar

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "launcher/launcher_error.h"
+#include "platform/calendar.h"
+#include "platform/machine.h"
+#include "smartfolders/app_usage_store.h"
+#include "smartfolders/smart_folder_evaluator.h"
+#include "smartfolders/smart_folder_facts_catalog.h"
+#include "smartfolders/smart_folder_store.h"
+
+#include <functional>
+
+namespace tessellar {
+
+/// The smart folders of the launcher: their definitions, the facts of all applications, and what each
+/// folder shows.
+///
+/// Evaluations follow whatever they depend on, off the main thread:
+/// 1. the facts of the applications are gathered, from the catalog's memory where bundles are unchanged;
+/// 2. all definitions are evaluated over them on a worker;
+/// 3. the results come back, unless something has changed meanwhile: then they are dropped, and the next
+///    round's count. Folders whose evaluation is equal to what they showed are not redrawn.
+/// A round begins when applications, definitions, usage, update statuses, custom icons or the locale change,
+/// and at the start of each day.
+class SmartFolderLibrary {
+public:
+    using Outcome = std::expected<void, LauncherError>;
+    /// Called when definitions, or what folders show, are others now.
+    using Changed = std::function<void()>;
+
+    static QString defaultDirectory(const Places& places,
+                                    const std::optional<QString>& identifier = applicationIdentifier);
+
+    SmartFolderLibrary(Machine& machine, QString directory, Changed changed);
+
+    /// Reads the registry and the record of usage.
+    void load();
+    /// True when definitions may be changed; `failure` says why not.
+    bool isWritable() const { return !_store.isWriteBlocked(); }
+    const std::optional<LauncherError>& failure() const { return _failure; }
+    Outcome recover(SmartFolderRecovery how);
+
+    const QList<SmartFolderDefinition>& definitions() const { return _definitions; }
+    const SmartFolderDefinition* definition(const QUuid& id) const;
+    /// Checks and saves; a refusal has changed nothing.
+    Outcome setDefinitions(const QList<SmartFolderDefinition>& definitions);
+
+    /// The definition's name, or "Unavailable Smart Folder".
+    QString name(const QUuid& id) const;
+    /// What stands beside a folder that is not all there: a definition that is missing, rules that could not be
+    /// decided. Empty when all is well.
+    QString notice(const QUuid& id) const;
+    /// What a folder shows; empty before the first round.
+    QStringList appKeys(const QUuid& id) const;
+    const SmartFolderEvaluation* evaluation(const QUuid& id) const;
+    QHash<QString, QStringList> namesByAppKey() const;
+    /// One evaluation at once, on the calling thread, over the facts at hand.
+    SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition, const Locale& locale, Instant now) const;
+
+    /// The facts of the last round, in the order of the applications.
+    const SmartFolderFactsList& facts() const { return _facts; }
+    /// Calls `done` with facts for which everything was inspected.
+    void inspectEverything(std::function<void()> done);
+    /// Calls `done` once no round is under way.
+    void whenSettled(std::function<void()> done);
+
+    // What evaluations depend on.
+    void setApps(const QList<AppEntry>& apps);
+    void recordLaunch(const QString& appKey);
+    /// Changes what the launcher knows besides: update statuses, channels, custom icons.
+    void setRuntimeFacts(SmartFolderRuntimeFacts facts);
+    const SmartFolderRuntimeFacts& runtimeFacts() const { return _runtime; }
+    void moveKeys(const QHash<QString, QString>& changedKeys);
+
+    quint64 inspectionCount() const { return _catalog.inspectionCount(); }
+
+private:
+    using Evaluations = QHash<QUuid, SmartFolderEvaluation>;
+
+    void startRound();
+    void evaluateRound(SmartFolderFactsList facts);
+    void finishRound(Evaluations evaluations);
+    void scheduleNextDay();
+    SmartFolderRuntimeFacts runtimeFactsNow() const;
+
+    Machine& _machine;
+    SmartFolderStore _store;
+    AppUsageStore _usage;
+    SmartFolderFactsCatalog _catalog;
+    Calendar _calendar;
+    Changed _changed;
+    std::optional<LauncherError> _failure;
+    QList<SmartFolderDefinition> _definitions;
+    QList<AppEntry> _apps;
+    SmartFolderRuntimeFacts _runtime;
+    SmartFolderFactsList _facts;
+    Evaluations _evaluations;
+    QSet<SmartFolderInspection> _extraInspections;
+    Task _factsTask;
+    Task _evaluationTask;
+    Timer _nextDay;
+    bool _isRoundRunning = false;
+    std::vector<std::function<void()>> _settledCallbacks;
+};
+
+LauncherError launcherError(const SmartFolderStore::Error& error, const QString& title = {});
+
+} // namespace tessellar
