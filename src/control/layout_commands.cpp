@@ -23,7 +23,7 @@ void writeTiles(QString& out, const LauncherViewModel& launcher, const Page& pag
             for (const Page& inner : folder->pages)
                 writeTiles(out, launcher, inner, indent + 4);
         } else {
-            out += launcher.smartFolderName(item.smartFolder()->definitionID) +
+            out += launcher.smartFolders().name(item.smartFolder()->definitionID) +
                    QStringLiteral(" (smart folder)\n");
         }
     }

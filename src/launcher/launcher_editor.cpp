@@ -1,5 +1,6 @@
 #include "launcher/launcher_editor.h"
 
+#include "editing/tile_paste.h"
 #include "launcher/launcher_view_model.h"
 
 namespace tessellar {
@@ -8,8 +9,10 @@ static LauncherError launcherError(EditRefusal refusal) {
     return {code(refusal), message(refusal), {}};
 }
 
-LauncherEditor::LauncherEditor(LauncherViewModel& launcher)
-    : _launcher(launcher), _history(launcher._machine.scheduler, launcher._machine.uuids, actions()) {}
+LauncherEditor::LauncherEditor(LauncherViewModel& launcher, Pasteboard& pasteboard)
+    : _launcher(launcher)
+    , _clipboard(pasteboard)
+    , _history(launcher._machine.scheduler, launcher._machine.uuids, actions()) {}
 
 GridCapacities LauncherEditor::capacities() const {
     return GridCapacities::of(_launcher.layoutSettings());
@@ -108,8 +111,9 @@ LauncherEditor::Outcome LauncherEditor::removeAliases(const QList<QUuid>& tiles)
 
 LauncherEditor::Outcome LauncherEditor::sortPage(const std::optional<QUuid>& folder, qsizetype page) {
     return edit(EditKind::sort, 1, [&](const LayoutDocument& layout) {
-        return tessellar::sortPage(layout, folder, page, _launcher._machine.locale,
-                                   [this](const QUuid& id) { return _launcher.smartFolderName(id); });
+        return tessellar::sortPage(
+            layout, folder, page, _launcher._machine.locale,
+            [this](const QUuid& id) { return _launcher.smartFolders().name(id); });
     });
 }
 
@@ -117,9 +121,122 @@ LauncherEditor::Outcome LauncherEditor::sortEverything() {
     return edit(EditKind::sort, 1, [&](const LayoutDocument& layout) -> EditResult {
         return tessellar::sortEverything(
             layout, _launcher._machine.locale,
-            [this](const QUuid& id) { return _launcher.smartFolderName(id); }, capacities());
+            [this](const QUuid& id) { return _launcher.smartFolders().name(id); }, capacities());
     });
 }
+
+// ---- smart folders
+
+LauncherEditor::Outcome
+LauncherEditor::editWithDefinitions(EditKind kind, qsizetype count,
+                                    const QList<SmartFolderDefinition>& definitions,
+                                    const Change& change) {
+    if (auto guard = _launcher.editGuard(); !guard)
+        return guard;
+    LayoutUndoState before = snapshot();
+    auto changedLayout = change(before.document);
+    if (!changedLayout)
+        return std::unexpected(launcherError(changedLayout.error()));
+    // Before the layout: a definition without a tile loses nothing, a tile without its definition does.
+    if (auto saved = _launcher.smartFolders().setDefinitions(definitions); !saved)
+        return saved;
+    if (*changedLayout != before.document)
+        _launcher.replaceDocument(*std::move(changedLayout));
+    record(kind, count, std::move(before));
+    return {};
+}
+
+LauncherEditor::Outcome LauncherEditor::addSmartFolder(const SmartFolderDefinition& definition,
+                                                       const std::optional<LayoutPlace>& place) {
+    return editWithDefinitions(
+        EditKind::addSmartFolder, 1, _launcher.smartFolders().definitions() + QList{definition},
+        [&](const LayoutDocument& layout) {
+            const LayoutPlace end = pastePlace(layout, _launcher.live().navigation, capacities());
+            return tessellar::addSmartFolder(layout, definition.id, place.value_or(end), capacities());
+        });
+}
+
+LauncherEditor::Outcome LauncherEditor::addSmartFolderTile(const QUuid& definitionID,
+                                                           const LayoutPlace& place) {
+    return edit(EditKind::addSmartFolder, 1, [&](const LayoutDocument& layout) {
+        return tessellar::addSmartFolder(layout, definitionID, place, capacities());
+    });
+}
+
+static LauncherError noSuchSmartFolder() {
+    return {QStringLiteral("noSuchSmartFolder"), QStringLiteral("There is no such Smart Folder."), {}};
+}
+
+LauncherEditor::Outcome LauncherEditor::changeSmartFolder(const SmartFolderDefinition& definition) {
+    QList<SmartFolderDefinition> definitions = _launcher.smartFolders().definitions();
+    const auto found = std::ranges::find(definitions, definition.id, &SmartFolderDefinition::id);
+    if (found == definitions.end())
+        return std::unexpected(noSuchSmartFolder());
+    *found = definition;
+    return editWithDefinitions(EditKind::changeSmartFolder, 1, definitions,
+                               [](const LayoutDocument& layout) -> EditResult { return layout; });
+}
+
+LauncherEditor::Outcome LauncherEditor::deleteSmartFolder(const QUuid& definitionID) {
+    QList<SmartFolderDefinition> definitions = _launcher.smartFolders().definitions();
+    if (!definitions.removeIf([&](const SmartFolderDefinition& d) { return d.id == definitionID; }))
+        return std::unexpected(noSuchSmartFolder());
+    return editWithDefinitions(
+        EditKind::deleteSmartFolder, 1, definitions, [&](const LayoutDocument& layout) -> EditResult {
+            _launcher.replaceOtherDocument(removeSmartFolder(_launcher.otherDocument(), definitionID));
+            return removeSmartFolder(layout, definitionID);
+        });
+}
+
+// ---- clipboard
+
+bool LauncherEditor::writeClipboard(const QList<QUuid>& tiles,
+                                    TileClipboardPayload::Operation operation) {
+    Page items;
+    for (const QUuid& id : tiles)
+        if (const LaunchpadItem* item = _launcher.item(id))
+            items.append(*item);
+    return _clipboard.write(items, operation,
+                            operation == TileClipboardPayload::Operation::cut
+                                ? std::optional(_launcher.mode())
+                                : std::nullopt);
+}
+
+bool LauncherEditor::copy(const QList<QUuid>& tiles) {
+    return writeClipboard(tiles, TileClipboardPayload::Operation::copy);
+}
+
+bool LauncherEditor::cut(const QList<QUuid>& tiles) {
+    return writeClipboard(tiles, TileClipboardPayload::Operation::cut);
+}
+
+bool LauncherEditor::paste(const std::optional<LayoutPlace>& place) {
+    const auto payload = _clipboard.read();
+    if (!payload || !_launcher.editGuard())
+        return false;
+    LayoutUndoState before = snapshot();
+    auto pasted = pasteTiles(*payload,
+                             {.layout = before.document,
+                              .mode = _launcher.mode(),
+                              .smartFolderDefinitions = before.smartFolderDefinitions,
+                              .capacities = capacities(),
+                              .now = _launcher._machine.clock.now()},
+                             before.navigation, _launcher._machine.uuids, place);
+    if (!pasted)
+        return false;
+    const auto saved = _launcher.smartFolders().setDefinitions(before.smartFolderDefinitions +
+                                                               pasted->addedDefinitions);
+    if (!saved) {
+        _launcher.alert(saved.error());
+        return false;
+    }
+    _launcher.replaceDocument(std::move(pasted->layout));
+    select(pasted->tiles);
+    record(EditKind::paste, payload->items.size(), std::move(before));
+    return true;
+}
+
+// ---- selection
 
 void LauncherEditor::select(const QList<QUuid>& tiles) {
     Navigation& navigation = _launcher.live().navigation;
@@ -137,7 +254,7 @@ LayoutUndoState LauncherEditor::snapshot() const {
     return {.mode = launcher.mode(),
             .document = launcher.document(),
             .otherDocument = launcher.otherDocument(),
-            .smartFolderDefinitions = launcher.smartFolderDefinitions(),
+            .smartFolderDefinitions = launcher.smartFolders().definitions(),
             .navigation = launcher.live().navigation};
 }
 
@@ -148,7 +265,7 @@ LayoutUndoActions LauncherEditor::actions() {
             [this](const LayoutUndoState& state) { return _launcher.restoreDocuments(state); },
         .applyDefinitions =
             [this](const QList<SmartFolderDefinition>& definitions) {
-                return _launcher.restoreSmartFolders(definitions);
+                return _launcher.smartFolders().setDefinitions(definitions).has_value();
             },
         .applyNavigation =
             [this](const LayoutUndoState& state) {
@@ -226,7 +343,7 @@ void LauncherEditor::redo(std::function<void(Outcome)> done) {
 QList<SearchIndex::Hit> LauncherEditor::search(const QString& query) {
     if (!_index)
         _index = SearchIndex(searchInput(_launcher.document(), _launcher.lastScannedApps(),
-                                         _launcher.smartFolderNamesByAppKey()),
+                                         _launcher.smartFolders().namesByAppKey()),
                              _launcher._machine.locale);
     return _index->search(query);
 }

@@ -3,6 +3,7 @@
 #include "editing/edit_names.h"
 #include "editing/layout_undo.h"
 #include "editing/search_index.h"
+#include "editing/tile_clipboard.h"
 #include "launcher/launcher_error.h"
 
 #include <functional>
@@ -21,7 +22,7 @@ public:
     using Outcome = std::expected<void, LauncherError>;
     using Change = std::function<EditResult(const LayoutDocument&)>;
 
-    explicit LauncherEditor(LauncherViewModel& launcher);
+    LauncherEditor(LauncherViewModel& launcher, Pasteboard& pasteboard);
 
     // Tiles are named by their identifiers.
     Outcome moveTiles(const QList<QUuid>& tiles, const LayoutPlace& place);
@@ -39,6 +40,22 @@ public:
     Outcome removeAliases(const QList<QUuid>& tiles);
     Outcome sortPage(const std::optional<QUuid>& folder, qsizetype page);
     Outcome sortEverything();
+
+    // Smart folders. Their definitions are the same in both modes; a new one gets its tile in the mode
+    // shown, one that is deleted loses its tiles in both.
+    Outcome addSmartFolder(const SmartFolderDefinition& definition,
+                           const std::optional<LayoutPlace>& place = {});
+    Outcome addSmartFolderTile(const QUuid& definitionID, const LayoutPlace& place);
+    Outcome changeSmartFolder(const SmartFolderDefinition& definition);
+    Outcome deleteSmartFolder(const QUuid& definitionID);
+
+    // The clipboard. Failures of these are silent: they did nothing then.
+    bool copy(const QList<QUuid>& tiles);
+    /// The tiles stay where they are until they are pasted.
+    bool cut(const QList<QUuid>& tiles);
+    /// Copies come as new tiles, cut tiles are moved: after the selected tile, else at the end of the
+    /// page shown. One step of history. False when there is nothing that can be pasted here.
+    bool paste(const std::optional<LayoutPlace>& place = {});
 
     // Selection.
     void select(const QList<QUuid>& tiles);
@@ -69,7 +86,13 @@ private:
     LayoutUndoActions actions();
     Outcome outcome(LayoutUndoHistory::Result result, bool isUndo) const;
 
+    bool writeClipboard(const QList<QUuid>& tiles, TileClipboardPayload::Operation operation);
+    /// The step for edits that change definitions too: saved first, put back when the rest is refused.
+    Outcome editWithDefinitions(EditKind kind, qsizetype count,
+                                const QList<SmartFolderDefinition>& definitions, const Change& change);
+
     LauncherViewModel& _launcher;
+    TileClipboard _clipboard;
     LayoutUndoActions::TrashMove _restoreFromTrash;
     LayoutUndoActions::TrashMove _moveToTrash;
     LayoutUndoHistory _history;

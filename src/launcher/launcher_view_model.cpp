@@ -8,11 +8,16 @@ namespace tessellar {
 
 using StorageCode = LayoutStore::StorageError::Code;
 
-LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode)
+LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode, Pasteboard* pasteboard)
     : _machine(machine)
     , _store(machine, LayoutStore::defaultDirectory(machine.places))
+    , _smartFolders(machine, SmartFolderLibrary::defaultDirectory(machine.places),
+                    [this] {
+                        _editor->invalidateSearch();
+                        changed(LauncherChange::smartFolders);
+                    })
     , _opener(machine)
-    , _editor(std::make_unique<LauncherEditor>(*this)) {
+    , _editor(std::make_unique<LauncherEditor>(*this, pasteboard ? *pasteboard : _ownPasteboard)) {
     (void)_store.setActiveMode(mode);
 }
 
@@ -40,6 +45,9 @@ void LauncherViewModel::changed(LauncherChange change) {
 
 void LauncherViewModel::start() {
     inEachMode([&] { _loaded[static_cast<std::size_t>(mode())] = _store.load(); });
+    _smartFolders.load();
+    if (const auto& failure = _smartFolders.failure())
+        alert(*failure);
     scan([this](std::optional<AppScanner::LibraryScan> scan) {
         _lastScan = std::move(scan).value_or(AppScanner::LibraryScan());
         finishStartUp();
@@ -67,6 +75,7 @@ void LauncherViewModel::finishStartUp() {
             if (const auto saved = saveNow(QStringLiteral("Could not save the layout")); !saved)
                 alert(saved.error());
     });
+    _smartFolders.setApps(lastScannedApps());
     _isBootstrapped = true;
     changed(LauncherChange::bootstrapped);
     changed(LauncherChange::layout);
@@ -140,6 +149,7 @@ void LauncherViewModel::rescan(std::function<void()> done) {
 
 void LauncherViewModel::finishRescan(AppScanner::LibraryScan scan) {
     _lastScan = std::move(scan);
+    _smartFolders.setApps(lastScannedApps());
     bool shownChanged = false;
     inEachMode([&] {
         const LayoutDocument before = document();
@@ -234,10 +244,6 @@ const LaunchpadItem* LauncherViewModel::item(const QUuid& id) const {
 const FolderEntry* LauncherViewModel::folder(const QUuid& id) const {
     const LaunchpadItem* found = item(id);
     return found ? found->folder() : nullptr;
-}
-
-QString LauncherViewModel::smartFolderName(const QUuid&) const {
-    return QStringLiteral("Unavailable Smart Folder");
 }
 
 static int nearest(qsizetype page, qsizetype count) {
@@ -338,7 +344,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
         }
         return refuse({QStringLiteral("unavailable"), unavailableNotice(), {}});
     }
-    _launch = _opener.openApplication(app->path, [this, name = app->name, done = std::move(done)](
+    _launch = _opener.openApplication(app->path, [this, key, name = app->name, done = std::move(done)](
                                                      const std::expected<void, QString>& opened) {
         Outcome outcome;
         if (!opened) {
@@ -346,6 +352,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
                                                     QStringLiteral("Could not open “%1”").arg(name)});
             alert(outcome.error());
         } else {
+            _smartFolders.recordLaunch(key);
             changed(LauncherChange::launched);
         }
         if (done)
@@ -471,9 +478,16 @@ bool LauncherViewModel::restoreDocuments(const LayoutUndoState& state) {
     return true;
 }
 
-bool LauncherViewModel::restoreSmartFolders(const QList<SmartFolderDefinition>& definitions) {
-    _definitions = definitions;
-    return true;
+void LauncherViewModel::replaceOtherDocument(LayoutDocument document) {
+    const LauncherWindowMode shown = mode();
+    inEachMode([&] {
+        if (mode() == shown || (document.pages == pages() && document.hiddenKeys == hiddenKeys()))
+            return;
+        live().pages = document.pages;
+        live().hiddenKeys = document.hiddenKeys;
+        tidyNavigation();
+        _store.scheduleSave(pages(), hiddenKeys());
+    });
 }
 
 void LauncherViewModel::restoreNavigation(LauncherWindowMode which, const Navigation& navigation) {

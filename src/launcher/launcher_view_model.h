@@ -5,11 +5,13 @@
 #include "editing/navigation.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_error.h"
+#include "launcher/smart_folder_library.h"
 #include "model/layout_settings.h"
 #include "model/layout_store.h"
 #include "model/reconciliation.h"
 #include "platform/machine.h"
 #include "platform/opener.h"
+#include "platform/pasteboard.h"
 
 #include <functional>
 #include <list>
@@ -22,7 +24,8 @@ enum class LauncherChange {
     layout,     ///< tiles, hidden or unavailable applications of the mode shown
     navigation, ///< page, open folders
     selection,
-    history, ///< what can be undone or redone, its notice, the grid's reflow
+    smartFolders, ///< definitions, or what they show
+    history,      ///< what can be undone or redone, its notice, the grid's reflow
     mode,
     settings,
     notice,
@@ -56,8 +59,10 @@ public:
     /// Ends the listening when it goes.
     using Subscription = std::shared_ptr<void>;
 
+    /// Without a pasteboard of the desktop, tiles are cut and copied within this program alone.
     explicit LauncherViewModel(Machine& machine,
-                               LauncherWindowMode mode = LauncherWindowMode::fullScreen);
+                               LauncherWindowMode mode = LauncherWindowMode::fullScreen,
+                               Pasteboard* pasteboard = nullptr);
     /// Saves what is unsaved.
     ~LauncherViewModel();
     LauncherViewModel(const LauncherViewModel&) = delete;
@@ -97,11 +102,8 @@ public:
     /// What a scan of this machine depends on; good for any thread.
     static ScanContext scanContext(const Machine& machine);
 
-    /// What a smart folder is called.
-    QString smartFolderName(const QUuid& definitionID) const;
-    QList<SmartFolderDefinition> smartFolderDefinitions() const { return _definitions; }
-    /// The names of the smart folders that show an application, by its app key.
-    QHash<QString, QStringList> smartFolderNamesByAppKey() const { return {}; }
+    SmartFolderLibrary& smartFolders() { return _smartFolders; }
+    const SmartFolderLibrary& smartFolders() const { return _smartFolders; }
 
     /// The pages of the grid, or of an open folder, as the grid's settings show them.
     ShownPages shownPages() const;
@@ -177,7 +179,7 @@ private:
     /// Puts the documents that a state of history has in place of the live ones and saves them; false,
     /// and nothing changed, when that fails.
     bool restoreDocuments(const LayoutUndoState& state);
-    bool restoreSmartFolders(const QList<SmartFolderDefinition>& definitions);
+    void replaceOtherDocument(LayoutDocument document);
     void restoreNavigation(LauncherWindowMode mode, const Navigation& navigation);
     /// After a step of history the arrangement may hold what is no longer installed, or lack what is.
     void lookAgainAfterStep();
@@ -189,6 +191,7 @@ private:
     LayoutStore _store;
     std::array<LiveLayout, 2> _layouts;
     std::array<LayoutStore::LoadResult, 2> _loaded;
+    SmartFolderLibrary _smartFolders;
     AppScanner::LibraryScan _lastScan;
     ScanCache _scanCache;
     bool _isBootstrapped = false;
@@ -199,11 +202,11 @@ private:
     Timer _noticeTimer;
     QList<LauncherError> _alerts;
     Task _scanTask;
-    QList<SmartFolderDefinition> _definitions;
     bool _isRescanning = false;
     bool _rescanAgain = false;
     QList<std::function<void()>> _rescanCallbacks;
     Opener _opener;
+    MemoryPasteboard _ownPasteboard;
     Task _launch;
     std::unique_ptr<LauncherEditor> _editor; // last: it asks all the others
 };

@@ -7,14 +7,18 @@ namespace tessellar {
 LauncherError launcherError(const SmartFolderStore::Error& error, const QString& title) {
     if (const auto* file = std::get_if<FileError>(&error))
         return launcherError(*file, title);
-    static constexpr std::array names{"unsupportedVersion", "invalidDefinition", "duplicateDefinitionID",
-                                      "duplicateRuleID",    "writeBlocked",      "recoveryRequired"};
+    static constexpr std::array names{"unsupportedVersion",    "invalidDefinition",
+                                      "duplicateDefinitionID", "duplicateRuleID",
+                                      "writeBlocked",          "recoveryRequired"};
     const auto* store = std::get_if<SmartFolderStore::StoreError>(&error);
-    return {store ? QString::fromLatin1(names[store->index()]) : QStringLiteral("damaged"), message(error), title};
+    return {store ? QString::fromLatin1(names[store->index()]) : QStringLiteral("damaged"),
+            message(error), title};
 }
 
-QString SmartFolderLibrary::defaultDirectory(const Places& places, const std::optional<QString>& identifier) {
-    return FileSystem::joined(places.applicationSupport, identifier.value_or(QStringLiteral("com.tessellar.app")));
+QString SmartFolderLibrary::defaultDirectory(const Places& places,
+                                             const std::optional<QString>& identifier) {
+    return FileSystem::joined(places.applicationSupport,
+                              identifier.value_or(QStringLiteral("com.tessellar.app")));
 }
 
 SmartFolderLibrary::SmartFolderLibrary(Machine& machine, QString directory, Changed changed)
@@ -44,7 +48,8 @@ void SmartFolderLibrary::load() {
 SmartFolderLibrary::Outcome SmartFolderLibrary::recover(SmartFolderRecovery how) {
     const auto result = _store.recover(how);
     if (const auto* failed = std::get_if<SmartFolderStore::Failed>(&result))
-        return std::unexpected(launcherError(failed->error, QStringLiteral("Smart Folders are unavailable")));
+        return std::unexpected(
+            launcherError(failed->error, QStringLiteral("Smart Folders are unavailable")));
     _failure.reset();
     const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result);
     _definitions = loaded ? loaded->definitions : QList<SmartFolderDefinition>();
@@ -58,11 +63,13 @@ const SmartFolderDefinition* SmartFolderLibrary::definition(const QUuid& id) con
     return found == _definitions.end() ? nullptr : &*found;
 }
 
-SmartFolderLibrary::Outcome SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitions) {
+SmartFolderLibrary::Outcome
+SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitions) {
     if (definitions == _definitions)
         return {};
     if (const auto saved = _store.save(definitions); !saved)
-        return std::unexpected(launcherError(saved.error(), QStringLiteral("Could not save Smart Folders")));
+        return std::unexpected(
+            launcherError(saved.error(), QStringLiteral("Could not save Smart Folders")));
     _definitions = definitions;
     _changed();
     startRound();
@@ -79,7 +86,8 @@ QString SmartFolderLibrary::notice(const QUuid& id) const {
         return QStringLiteral("This Smart Folder’s definition is unavailable.");
     const SmartFolderEvaluation* shown = evaluation(id);
     return shown && !shown->unknownRuleIDs.isEmpty()
-               ? QStringLiteral("Some app details are unavailable, so those rules cannot be evaluated yet.")
+               ? QStringLiteral(
+                     "Some app details are unavailable, so those rules cannot be evaluated yet.")
                : QString();
 }
 
@@ -103,8 +111,8 @@ QHash<QString, QStringList> SmartFolderLibrary::namesByAppKey() const {
     return names;
 }
 
-SmartFolderEvaluation SmartFolderLibrary::evaluate(const SmartFolderDefinition& definition, const Locale& locale,
-                                                   Instant now) const {
+SmartFolderEvaluation SmartFolderLibrary::evaluate(const SmartFolderDefinition& definition,
+                                                   const Locale& locale, Instant now) const {
     return SmartFolderEvaluator(_machine.files)
         .evaluate(definition, _facts, locale, now, Calendar(locale, _calendar.timeZone()));
 }
@@ -144,20 +152,27 @@ SmartFolderRuntimeFacts SmartFolderLibrary::runtimeFactsNow() const {
 
 void SmartFolderLibrary::startRound() {
     // What is under way is of an older generation: its tasks end and reach nobody.
+    _factsTask.cancel();
     _evaluationTask.cancel();
-    _isRoundRunning = true;
-    _factsTask = _catalog.facts({.apps = _apps,
-                                 .runtime = runtimeFactsNow(),
-                                 .inspections = inspectionsNeeded(_definitions) + _extraInspections},
-                                [this](SmartFolderFactsList facts) { evaluateRound(std::move(facts)); });
     scheduleNextDay();
+    if (_definitions.isEmpty() && !_inspectsEverything)
+        return finishRound({});
+    _isRoundRunning = true;
+    _factsTask =
+        _catalog.facts({.apps = _apps,
+                        .runtime = runtimeFactsNow(),
+                        .inspections = _inspectsEverything ? QSet{SmartFolderInspection::architectures,
+                                                                  SmartFolderInspection::signature}
+                                                           : inspectionsNeeded(_definitions)},
+                       [this](SmartFolderFactsList facts) { evaluateRound(std::move(facts)); });
 }
 
 void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
     _facts = facts;
     _evaluationTask = _machine.workers.run(
-        [definitions = _definitions, facts = std::move(facts), locale = _machine.locale, calendar = _calendar,
-         now = _machine.clock.now(), &files = _machine.files](std::stop_token stop) {
+        [definitions = _definitions, facts = std::move(facts), locale = _machine.locale,
+         calendar = _calendar, now = _machine.clock.now(),
+         &files = _machine.files](std::stop_token stop) {
             Evaluations evaluations;
             const SmartFolderFactsIndex index(facts, locale, files);
             for (const SmartFolderDefinition& definition : definitions) {
@@ -188,20 +203,19 @@ void SmartFolderLibrary::scheduleNextDay() {
         return _nextDay.cancel();
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(day->end - now);
     // A clock that was set, or a machine that slept, is noticed within the hour.
-    _nextDay = _machine.scheduler.after(
-        std::clamp<std::chrono::milliseconds>(wait, std::chrono::milliseconds(1), std::chrono::hours(1)),
-        [this, end = day->end, start = day->start] {
-            const Instant later = _machine.clock.now();
-            if (later >= end || later < start)
-                startRound();
-            else
-                scheduleNextDay();
-        });
+    _nextDay = _machine.scheduler.after(std::clamp<std::chrono::milliseconds>(
+                                            wait, std::chrono::milliseconds(1), std::chrono::hours(1)),
+                                        [this, end = day->end, start = day->start] {
+                                            const Instant later = _machine.clock.now();
+                                            if (later >= end || later < start)
+                                                startRound();
+                                            else
+                                                scheduleNextDay();
+                                        });
 }
 
 void SmartFolderLibrary::inspectEverything(std::function<void()> done) {
-    const auto everything = allSmartFolderInspections();
-    if (!std::exchange(_extraInspections, everything).contains(everything))
+    if (!std::exchange(_inspectsEverything, true))
         startRound();
     whenSettled(std::move(done));
 }

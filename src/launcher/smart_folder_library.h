@@ -16,12 +16,14 @@ namespace tessellar {
 /// folder shows.
 ///
 /// Evaluations follow whatever they depend on, off the main thread:
-/// 1. the facts of the applications are gathered, from the catalog's memory where bundles are unchanged;
+/// 1. the facts of the applications are gathered, from the catalog's memory where bundles are
+/// unchanged;
 /// 2. all definitions are evaluated over them on a worker;
-/// 3. the results come back, unless something has changed meanwhile: then they are dropped, and the next
+/// 3. the results come back, unless something has changed meanwhile: then they are dropped, and the
+/// next
 ///    round's count. Folders whose evaluation is equal to what they showed are not redrawn.
-/// A round begins when applications, definitions, usage, update statuses, custom icons or the locale change,
-/// and at the start of each day.
+/// A round begins when applications, definitions, usage, update statuses, custom icons or the locale
+/// change, and at the start of each day.
 class SmartFolderLibrary {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -47,15 +49,16 @@ public:
 
     /// The definition's name, or "Unavailable Smart Folder".
     QString name(const QUuid& id) const;
-    /// What stands beside a folder that is not all there: a definition that is missing, rules that could not be
-    /// decided. Empty when all is well.
+    /// What stands beside a folder that is not all there: a definition that is missing, rules that
+    /// could not be decided. Empty when all is well.
     QString notice(const QUuid& id) const;
     /// What a folder shows; empty before the first round.
     QStringList appKeys(const QUuid& id) const;
     const SmartFolderEvaluation* evaluation(const QUuid& id) const;
     QHash<QString, QStringList> namesByAppKey() const;
     /// One evaluation at once, on the calling thread, over the facts at hand.
-    SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition, const Locale& locale, Instant now) const;
+    SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition, const Locale& locale,
+                                   Instant now) const;
 
     /// The facts of the last round, in the order of the applications.
     const SmartFolderFactsList& facts() const { return _facts; }
@@ -70,7 +73,6 @@ public:
     /// Changes what the launcher knows besides: update statuses, channels, custom icons.
     void setRuntimeFacts(SmartFolderRuntimeFacts facts);
     const SmartFolderRuntimeFacts& runtimeFacts() const { return _runtime; }
-    void moveKeys(const QHash<QString, QString>& changedKeys);
 
     quint64 inspectionCount() const { return _catalog.inspectionCount(); }
 
@@ -95,7 +97,7 @@ private:
     SmartFolderRuntimeFacts _runtime;
     SmartFolderFactsList _facts;
     Evaluations _evaluations;
-    QSet<SmartFolderInspection> _extraInspections;
+    bool _inspectsEverything = false;
     Task _factsTask;
     Task _evaluationTask;
     Timer _nextDay;
