@@ -1,6 +1,7 @@
 #include "smartfolders/smart_folder_facts_catalog.h"
 
 #include "sample/mac_builder.h"
+#include "sample/tools.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
@@ -280,6 +281,45 @@ TEST_F(SmartFolderFactsCatalogs, ToolsThatFailLeaveAFactMissing) {
     // Once it works again, those that were left out get their facts.
     machine.tool(u"/usr/bin/lipo"_s, test::exited(0, "arm64"));
     EXPECT_TRUE(facts(many, all).last()->architectures);
+}
+
+TEST_F(SmartFolderFactsCatalogs, RunsRealToolsInsideTheRoot) {
+    ProcessRunner commands;
+    Machine real{machine.files,
+                 machine.machine.places,
+                 machine.time,
+                 machine.time,
+                 machine.workers,
+                 commands,
+                 machine.settings,
+                 machine.uuids,
+                 machine.log,
+                 machine.locale,
+                 machine.machine.environment};
+    SmartFolderFactsCatalog realCatalog(real);
+    const auto factsNow = [&](const QList<AppEntry>& apps) {
+        SmartFolderFactsList result;
+        const Task task =
+            realCatalog.facts({apps, {}, all}, [&](SmartFolderFactsList list) { result = list; });
+        machine.settle();
+        return result;
+    };
+    sample::addTools(mac);
+    const AppEntry fern =
+        add({.name = u"Fern"_s,
+             .architectures = {u"arm64"_s},
+             .signature = {sample::Signature::Kind::developerId, u"Fern Ltd"_s, u"ABCDE12345"_s}});
+    const AppEntry plain = add({.name = u"Plain"_s});
+    const auto f = factsNow({fern, plain});
+    ASSERT_EQ(f.size(), 2);
+    EXPECT_EQ(f[0]->developer, u"Fern Ltd");
+    EXPECT_EQ(f[0]->signingTeamID, u"ABCDE12345");
+    EXPECT_EQ(f[0]->architectures, QStringList{u"arm64"_s});
+    EXPECT_FALSE(f[1]->developer || f[1]->signingTeamID);
+
+    // A tool that prints far more than it should.
+    mac.addExecutable(u"/usr/bin/lipo"_s, "#!/bin/sh\nhead -c 4000000 /dev/zero | tr '\\0' 'a'\n");
+    EXPECT_FALSE(factsNow({add({.name = u"Flood"_s})}).value(0)->architectures);
 }
 
 TEST_F(SmartFolderFactsCatalogs, CancelledRequestsReachNobodyAndOthersComeInOrder) {
