@@ -4,6 +4,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace tessellar {
 
 namespace {
@@ -47,6 +49,11 @@ void IconLoader::want(const Wishes& wishes, int side) {
         if (!isFresh(wish))
             _waiting.append(wish);
     startWaiting();
+}
+
+bool IconLoader::hasVisible() const {
+    return std::ranges::none_of(
+        _wishes[visible], [this](const IconWish& wish) { return _running.contains(wish.appKey); });
 }
 
 void IconLoader::cancel() {

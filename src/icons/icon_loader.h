@@ -64,6 +64,8 @@ public:
     /// then.
     void reload(const QString& appKey);
 
+    /// True when nothing of the visible page is awaited any more.
+    bool hasVisible() const;
     bool isIdle() const { return _running.empty() && _waiting.isEmpty(); }
     qsizetype cachedBytes() const { return _cache.totalCost(); }
     qsizetype maximumBytes() const { return _cache.maxCost(); }
