@@ -1,0 +1,44 @@
+#pragma once
+
+#include "editing/grid_geometry.h"
+#include "model/layout_document.h"
+
+#include <QRectF>
+#include <QSizeF>
+
+namespace tessellar {
+
+/// Where tiles lie in a window, in its own pixels. Whole numbers, so that icons are drawn as they were
+/// decoded and not smoothed a second time.
+struct GridMetrics {
+    int left = 0; ///< of the first cell
+    int top = 0;
+    int cellWidth = 0;
+    int cellHeight = 0;
+    int iconSide = 0;
+    int labelPixels = 13; ///< height of the label's font
+
+    bool operator==(const GridMetrics&) const = default;
+};
+
+/// The grid of a page in full screen: cells share the area that the margins and the page dots leave.
+GridMetrics fullScreenMetrics(QSizeF window, const GridGeometry& geometry,
+                              std::optional<double> labelFontSize);
+
+/// The grid of a page in a window: icons and spacing have the sizes of the settings as far as the
+/// window holds them; what is left over becomes spacing.
+GridMetrics windowedMetrics(QSizeF window, const ArrangementLayout& layout);
+/// The window that fits the settings exactly, unless they name a size.
+QSizeF windowedSize(const ArrangementLayout& layout);
+
+/// An open folder over a grid with these metrics. The panel is as large as its tiles need: `tiles` on
+/// the fullest page, of `pages`.
+struct FolderMetrics {
+    QRectF panel;
+    int columns = 0;  ///< those that are used
+    GridMetrics grid; ///< relative to the panel
+};
+FolderMetrics folderMetrics(QSizeF window, const GridMetrics& grid, const ArrangementLayout& layout,
+                            qsizetype tiles, qsizetype pages);
+
+} // namespace tessellar

@@ -1,0 +1,120 @@
+#include "app/grid_model.h"
+
+#include "app/icon_wishes.h"
+#include "platform/uuid_source.h"
+
+#include <QQmlEngine>
+
+#include <algorithm>
+
+namespace tessellar {
+
+namespace {
+TileView tileView(const LaunchpadItem& item, const QSet<QString>& unavailableAppKeys,
+                  const SmartFolderNames& smartFolderNames) {
+    TileView view{.id = toText(item.id())};
+    if (const AppEntry* app = item.app()) {
+        const QString key = appKey(*app);
+        view.label = app->name;
+        view.appKeys = {key};
+        view.isUnavailable = unavailableAppKeys.contains(key);
+    } else if (const FolderEntry* folder = item.folder()) {
+        view.kind = IconItem::Folder;
+        view.label = folder->name;
+        for (const AppEntry& previewed : previewApplications(*folder))
+            view.appKeys.append(appKey(previewed));
+        view.symbolName = folder->customSymbolName.value_or(QString());
+    } else {
+        view.kind = IconItem::SmartFolder;
+        view.label = smartFolderNames(item.id());
+    }
+    return view;
+}
+} // namespace
+
+// ---- one page
+
+int PageModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(_tiles.size());
+}
+
+QHash<int, QByteArray> PageModel::roleNames() const {
+    return {{IdRole, "tileId"},       {KindRole, "kind"},         {LabelRole, "label"},
+            {AppKeysRole, "appKeys"}, {SymbolRole, "symbolName"}, {UnavailableRole, "isUnavailable"}};
+}
+
+QVariant PageModel::data(const QModelIndex& index, int role) const {
+    if (index.row() < 0 || index.row() >= _tiles.size())
+        return {};
+    const TileView& tile = _tiles[index.row()];
+    switch (role) {
+    case IdRole:
+        return tile.id;
+    case KindRole:
+        return tile.kind;
+    case LabelRole:
+        return tile.label;
+    case AppKeysRole:
+        return tile.appKeys;
+    case SymbolRole:
+        return tile.symbolName;
+    case UnavailableRole:
+        return tile.isUnavailable;
+    default:
+        return {};
+    }
+}
+
+void PageModel::setTiles(const QList<TileView>& tiles) {
+    const int before = static_cast<int>(_tiles.size());
+    const int now = static_cast<int>(tiles.size());
+    if (now < before) {
+        beginRemoveRows({}, now, before - 1);
+        _tiles.resize(now);
+        endRemoveRows();
+    }
+    for (int i = 0; i < std::min(before, now); ++i) {
+        if (_tiles[i] == tiles[i])
+            continue;
+        _tiles[i] = tiles[i];
+        Q_EMIT dataChanged(index(i), index(i));
+    }
+    if (now > before) {
+        beginInsertRows({}, before, now - 1);
+        _tiles = tiles;
+        endInsertRows();
+    }
+}
+
+// ---- all pages
+
+PageModel* GridModel::page(int index) const {
+    return index >= 0 && index < pageCount() ? _pages[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+void GridModel::setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
+                         const SmartFolderNames& smartFolderNames) {
+    _shown = pages;
+    const auto count = static_cast<std::size_t>(pages.count());
+    const bool countChanges = count != _pages.size();
+    // Pages that go are kept until nobody is shown them any more.
+    std::vector<std::unique_ptr<PageModel>> gone;
+    while (_pages.size() > count) {
+        gone.push_back(std::move(_pages.back()));
+        _pages.pop_back();
+    }
+    while (_pages.size() < count) {
+        _pages.push_back(std::make_unique<PageModel>());
+        QQmlEngine::setObjectOwnership(_pages.back().get(), QQmlEngine::CppOwnership);
+    }
+    for (qsizetype page = 0; page < pages.count(); ++page) {
+        QList<TileView> tiles;
+        for (const LaunchpadItem& item : pages.tiles(page))
+            tiles.append(tileView(item, unavailableAppKeys, smartFolderNames));
+        _pages[static_cast<std::size_t>(page)]->setTiles(tiles);
+    }
+    if (countChanges)
+        Q_EMIT pageCountChanged();
+}
+
+} // namespace tessellar

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "app/image_item.h"
+#include "editing/grid_geometry.h"
+
+#include <QAbstractListModel>
+#include <QSet>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tessellar {
+
+/// A tile as the window shows it.
+struct TileView {
+    QString id;
+    IconItem::Kind kind = IconItem::App;
+    QString label;
+    QStringList appKeys; ///< the application's, or those that a folder previews
+    QString symbolName;
+    bool isUnavailable = false;
+
+    bool operator==(const TileView&) const = default;
+};
+
+using SmartFolderNames = std::function<QString(const QUuid& definitionID)>;
+
+/// The tiles of one page, in the order of their slots.
+class PageModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the grid's model")
+
+public:
+    enum Role { IdRole = Qt::UserRole, KindRole, LabelRole, AppKeysRole, SymbolRole, UnavailableRole };
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    const QList<TileView>& tiles() const { return _tiles; }
+    /// Tiles that stay in their slots keep their items.
+    void setTiles(const QList<TileView>& tiles);
+
+private:
+    QList<TileView> _tiles;
+};
+
+/// The pages of the grid, or of an open folder.
+class GridModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(int pageCount READ pageCount NOTIFY pageCountChanged)
+
+public:
+    using QObject::QObject;
+
+    int pageCount() const { return static_cast<int>(_pages.size()); }
+    Q_INVOKABLE tessellar::PageModel* page(int index) const;
+    void setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
+                  const SmartFolderNames& smartFolderNames);
+    const ShownPages& shown() const { return _shown; }
+
+Q_SIGNALS:
+    void pageCountChanged();
+
+private:
+    ShownPages _shown;
+    std::vector<std::unique_ptr<PageModel>> _pages;
+};
+
+} // namespace tessellar

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "app/tile_icons.h"
+
+#include <QPointer>
+#include <QQuickItem>
+
+namespace tessellar {
+
+/// Shows one image, one pixel of it on one of the screen where the item has its size.
+class ImageItem : public QQuickItem {
+    Q_OBJECT
+
+public:
+    explicit ImageItem(QQuickItem* parent = nullptr);
+
+protected:
+    /// Looks at `image()` again before the next frame.
+    void refresh();
+    /// The image for a number of screen pixels.
+    virtual QImage image(QSize pixels) = 0;
+
+    QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData*) override;
+    void geometryChange(const QRectF& now, const QRectF& before) override;
+
+private:
+    bool _isChanged = true;
+};
+
+/// The picture of a tile: an application's icon, a folder's contents or its symbol.
+class IconItem : public ImageItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons WRITE setIcons REQUIRED)
+    Q_PROPERTY(Kind kind MEMBER _kind WRITE setKind)
+    Q_PROPERTY(QStringList appKeys MEMBER _appKeys WRITE setAppKeys)
+    Q_PROPERTY(QString symbolName MEMBER _symbolName WRITE setSymbolName)
+
+public:
+    enum Kind { App, Folder, SmartFolder };
+    Q_ENUM(Kind)
+
+    using ImageItem::ImageItem;
+
+    void setIcons(TileIcons* icons);
+    void setKind(Kind kind);
+    /// The application's, or those that a folder previews.
+    void setAppKeys(const QStringList& appKeys);
+    void setSymbolName(const QString& symbolName);
+
+protected:
+    QImage image(QSize pixels) override;
+
+private:
+    QPointer<TileIcons> _icons;
+    Kind _kind = App;
+    QStringList _appKeys;
+    QString _symbolName;
+};
+
+/// What lies behind the tiles.
+class BackdropItem : public ImageItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons REQUIRED)
+
+public:
+    using ImageItem::ImageItem;
+
+protected:
+    QImage image(QSize pixels) override;
+
+private:
+    QPointer<TileIcons> _icons;
+};
+
+} // namespace tessellar

@@ -1,0 +1,90 @@
+#include "app/launcher_window.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QScreen>
+#include <QtQml/qqmlextensionplugin.h>
+
+Q_IMPORT_QML_PLUGIN(TessellarPlugin)
+
+namespace tessellar {
+
+LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize screen)
+    : _viewModel(machine, mode)
+    , _icons(machine.files, machine.workers)
+    , _controller(_viewModel, _icons)
+    , _screen(screen) {
+    _view.setResizeMode(QQuickView::SizeRootObjectToView);
+    _view.setTitle(QStringLiteral("Tessellar"));
+    _view.setColor(QColor(13, 15, 27));
+    fitToScreen();
+    // The folders are scanned and the backdrop is drawn while QML is loaded.
+    _icons.prepareBackdrop((QSizeF(_view.size()) * _view.devicePixelRatio()).toSize());
+    _viewModel.start();
+    load();
+
+    const auto resized = [this] { _controller.setWindow(_view.size(), _view.devicePixelRatio()); };
+    connect(&_view, &QWindow::widthChanged, this, resized);
+    connect(&_view, &QWindow::heightChanged, this, resized);
+    connect(&_controller, &LauncherController::modeChanged, this, [this] {
+        fitToScreen();
+        if (_view.isVisible())
+            show();
+    });
+    connect(&_controller, &LauncherController::closeRequested, this, [this] {
+        hide();
+        Q_EMIT closed();
+    });
+    connect(&_view, &QQuickWindow::frameSwapped, this, [this] {
+        if (!std::exchange(_hasDrawn, true))
+            Q_EMIT firstFrame();
+        if (_whenComplete && isComplete())
+            std::exchange(_whenComplete, nullptr)();
+    });
+    _controller.setWindow(_view.size(), _view.devicePixelRatio());
+}
+
+LauncherWindow::~LauncherWindow() {
+    // The scene refers to the controller, which goes first.
+    _view.setSource({});
+}
+
+void LauncherWindow::load() {
+    _view.setInitialProperties({{QStringLiteral("launcher"), QVariant::fromValue(&_controller)}});
+    _view.setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Tessellar/qml/Main.qml")));
+}
+
+void LauncherWindow::fitToScreen() {
+    const QScreen* screen = _view.screen();
+    const QRect area = !_screen.isEmpty() ? QRect({}, _screen)
+                       : screen           ? screen->geometry()
+                                          : QRect(0, 0, 1440, 900);
+    if (!_controller.isWindowed()) {
+        _view.setGeometry(area);
+        return;
+    }
+    const QSize size = windowedSize(_viewModel.layoutSettings()).toSize().boundedTo(area.size() * 0.95);
+    _view.setMinimumSize({480, 360});
+    _view.setGeometry(QRect(area.center() - QPoint(size.width() / 2, size.height() / 2), size));
+}
+
+void LauncherWindow::show() {
+    if (_controller.isWindowed() || !_screen.isEmpty())
+        _view.show();
+    else
+        _view.showFullScreen();
+    _view.requestActivate();
+}
+
+void LauncherWindow::hide() { _view.hide(); }
+
+bool LauncherWindow::isComplete() const { return _controller.isReady() && _icons.hasVisible(); }
+
+void LauncherWindow::whenComplete(std::function<void()> done) {
+    _whenComplete = std::move(done);
+    _view.update();
+}
+
+QImage LauncherWindow::photograph() { return _view.grabWindow(); }
+
+} // namespace tessellar

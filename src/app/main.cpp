@@ -1,0 +1,153 @@
+#include "app/launcher_window.h"
+
+#include "control/control_socket.h"
+#include "platform/file_lock.h"
+#include "platform/host_machine.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFont>
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <QTimer>
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+
+namespace tessellar {
+namespace {
+
+struct Arguments {
+    MachineOptions machine;
+    LauncherWindowMode mode = LauncherWindowMode::fullScreen;
+    QSize screen;
+    QString screenshot; ///< a host path
+    bool measureStart = false;
+    bool usesHardware = false;
+};
+
+std::string text(const QString& value) { return value.toStdString(); }
+
+/// Nothing when the program is to end with `status`.
+std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
+    CLI::App app{"Shows the installed applications as pages of tiles."};
+    std::string root;
+    std::string home;
+    std::string mode = text(json::rawValue(LauncherWindowMode::fullScreen));
+    std::string locale;
+    std::string screenshot;
+    std::vector<int> screen;
+    Arguments arguments;
+#ifdef Q_OS_MACOS
+    arguments.usesHardware = true;
+#endif
+    app.add_option("--root", root,
+                   "A folder that holds a Mac's layout, to run on instead of this machine");
+    app.add_option("--home", home, "The user's home, under the root");
+    app.add_option("--mode", mode, "fullScreen or windowed")
+        ->check(CLI::IsMember({"fullScreen", "windowed"}));
+    app.add_option("--locale", locale, "The user's locale, such as de_DE");
+    app.add_option("--screenshot", screenshot,
+                   "Writes a picture of the first whole frame to a PNG file and ends");
+    app.add_option("--screen", screen, "WIDTH HEIGHT of a screen to fill instead of the real one")
+        ->expected(2)
+        ->check(CLI::Range(320, 8192));
+    app.add_flag("--hardware,!--software", arguments.usesHardware,
+                 "Draw by the graphics processor, or without it");
+    app.add_flag("--measure-start", arguments.measureStart,
+                 "Prints how long the first frame and the first whole frame took, and ends");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        status = app.exit(error) == 0 ? 0 : 2;
+        return std::nullopt;
+    }
+    if (!root.empty())
+        arguments.machine.root = QDir(QString::fromLocal8Bit(root)).absolutePath();
+    if (!home.empty())
+        arguments.machine.home = QString::fromStdString(home);
+    if (!locale.empty())
+        arguments.machine.locale = QString::fromStdString(locale);
+    arguments.mode = *json::fromRawValue<LauncherWindowMode>(QString::fromStdString(mode));
+    arguments.screenshot = QString::fromLocal8Bit(screenshot);
+    if (screen.size() == 2)
+        arguments.screen = QSize(screen[0], screen[1]);
+    return arguments;
+}
+
+int run(int argc, char** argv) {
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    int status = 0;
+    const auto arguments = readArguments(argc, argv, status);
+    if (!arguments)
+        return status;
+
+    if (!arguments->usesHardware)
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("Tessellar"));
+#ifndef Q_OS_MACOS
+    QFont font = QGuiApplication::font();
+    font.setFamilies({QStringLiteral("Inter"), QStringLiteral("Noto Sans"), font.family()});
+    QGuiApplication::setFont(font);
+#endif
+
+    auto host = HostMachine::make(arguments->machine);
+    if (!host) {
+        std::fprintf(stderr, "tessellar: %s\n", qUtf8Printable(host.error()));
+        return 1;
+    }
+    Machine& machine = (*host)->machine();
+    const QString folder = machine.places.applicationFolder();
+    (void)machine.files.createDirectories(folder);
+    // Two writers never interleave. Where no lock can be made nothing can be saved either, and showing
+    // still works.
+    const auto lock =
+        FileLock::tryLock(machine.files, FileSystem::joined(folder, QStringLiteral("lock")));
+    if (lock && !*lock) {
+        std::fputs("tessellar: Tessellar is running already.\n", stderr);
+        return 1;
+    }
+
+    LauncherWindow window(machine, arguments->mode, arguments->screen);
+    CommandInterpreter interpreter(machine, window.viewModel());
+    ControlServer server(machine, interpreter);
+    QObject::connect(&window, &LauncherWindow::firstFrame, &application,
+                     [&] { (void)server.listen(); });
+    QObject::connect(&window, &LauncherWindow::closed, &application, &QGuiApplication::quit);
+
+    if (!arguments->screenshot.isEmpty()) {
+        window.whenComplete([&] {
+            if (!window.photograph().save(arguments->screenshot, "png")) {
+                std::fprintf(stderr, "tessellar: %s could not be written.\n",
+                             qUtf8Printable(arguments->screenshot));
+                status = 1;
+            }
+            application.exit(status);
+        });
+    } else if (arguments->measureStart) {
+        QObject::connect(&window, &LauncherWindow::firstFrame, &application, [&] {
+            std::printf("first frame %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
+            std::fflush(stdout);
+        });
+        window.whenComplete([&] {
+            std::printf("first whole frame %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
+            std::fflush(stdout);
+            application.exit();
+        });
+    }
+    window.show();
+    const int ended = application.exec();
+    if (const auto saved = window.viewModel().quit(); !saved) {
+        std::fprintf(stderr, "tessellar: %s\n", qUtf8Printable(saved.error().message));
+        return 1;
+    }
+    return ended;
+}
+
+} // namespace
+} // namespace tessellar
+
+int main(int argc, char** argv) { return tessellar::run(argc, argv); }

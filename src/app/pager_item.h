@@ -1,0 +1,61 @@
+#pragma once
+
+#include "app/page_motion.h"
+#include "app/wheel_paging.h"
+
+#include <QQuickItem>
+
+namespace tessellar {
+
+/// A place whose pages are turned by wheel and trackpad here, and by swipe and by program through its
+/// functions. What it shows is laid out by QML along `position`.
+class PagerItem : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(int pageCount READ pageCount WRITE setPageCount NOTIFY pageCountChanged)
+    /// The page shown or on its way.
+    Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
+    /// In pages; a fraction while they move.
+    Q_PROPERTY(double position READ position NOTIFY positionChanged)
+    Q_PROPERTY(bool isMoving READ isMoving NOTIFY positionChanged)
+
+public:
+    explicit PagerItem(QQuickItem* parent = nullptr);
+
+    int pageCount() const { return _motion.count(); }
+    void setPageCount(int count);
+    int page() const { return _motion.page(); }
+    void setPage(int page);
+    double position() const { return _motion.position(); }
+    bool isMoving() const { return !_motion.isAtRest() && !_motion.isDragged(); }
+
+    /// A finger moves the pages by this many pixels, to the right where positive, and lets them go with
+    /// a speed in pixels a second.
+    Q_INVOKABLE void drag(double pixels);
+    Q_INVOKABLE void release(double velocity);
+    Q_INVOKABLE void advance(double seconds);
+    /// There at once, without moving.
+    Q_INVOKABLE void jumpTo(int page);
+
+Q_SIGNALS:
+    void pageCountChanged();
+    void pageChanged();
+    void positionChanged();
+    /// The user has turned to a page.
+    void turned(int page);
+
+protected:
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    /// Does something to the motion and says what has changed.
+    template <typename Change>
+    void change(bool byUser, Change change);
+
+    PageMotion _motion;
+    WheelPaging _wheel;
+    std::uint64_t _lastScroll = 0;
+    double _scrollVelocity = 0; ///< pixels a second
+};
+
+} // namespace tessellar

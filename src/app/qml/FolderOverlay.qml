@@ -1,0 +1,119 @@
+import QtQuick
+import Tessellar
+
+// The open folder over the grid: it grows out of its tile and goes back into it.
+Item {
+    id: overlay
+
+    objectName: "folderOverlay"
+
+    required property LauncherController launcher
+    // Of the folder's tile, in this item; empty when it is not to be seen.
+    property rect origin
+    property real progress: launcher.isFolderOpen ? 1 : 0
+    readonly property rect area: launcher.folderPanel
+    property rect from: Qt.rect(0, 0, 0, 0)
+
+    visible: progress > 0
+    enabled: launcher.isFolderOpen
+
+    Behavior on progress {
+        NumberAnimation { duration: 240; easing.type: Easing.OutCubic }
+    }
+
+    Connections {
+        target: overlay.launcher
+        function onNavigationChanged() {
+            if (overlay.launcher.isFolderOpen && overlay.origin.width > 0)
+                overlay.from = overlay.origin;
+        }
+    }
+
+    // Takes what is meant for the grid below.
+    MouseArea {
+        anchors.fill: parent
+        onClicked: overlay.launcher.closeFolder()
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    Item {
+        id: panel
+
+        readonly property real startScale: overlay.from.width > 0 ? overlay.from.width / width : 0.85
+        readonly property real startX: overlay.from.width > 0
+                                       ? overlay.from.x + overlay.from.width / 2 - (x + width / 2) : 0
+        readonly property real startY: overlay.from.width > 0
+                                       ? overlay.from.y + overlay.from.height / 2 - (y + height / 2) : 0
+
+        x: overlay.area.x
+        y: overlay.area.y
+        width: overlay.area.width
+        height: overlay.area.height
+        opacity: Math.min(1, overlay.progress * 1.6)
+        scale: panel.startScale + (1 - panel.startScale) * overlay.progress
+        transform: Translate {
+            x: Math.round(panel.startX * (1 - overlay.progress))
+            y: Math.round(panel.startY * (1 - overlay.progress))
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            radius: 30
+            color: "#d92b2f40"
+            border.color: "#30ffffff"
+        }
+
+        // Clicks beside the tiles stay in the folder.
+        TapHandler {
+            gesturePolicy: TapHandler.ReleaseWithinBounds
+        }
+
+        Text {
+            id: title
+
+            y: 20
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(implicitWidth, parent.width - 60)
+            text: overlay.launcher.folderTitle
+            color: "white"
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            font.pixelSize: 24
+            font.weight: Font.Medium
+        }
+
+        Item {
+            anchors.fill: parent
+            clip: contents.item && contents.item.position !== overlay.launcher.folderPage
+
+            Loader {
+                id: contents
+
+                anchors.fill: parent
+                active: overlay.visible
+                sourceComponent: PageStrip {
+                    launcher: overlay.launcher
+                    model: overlay.launcher.folder
+                    page: overlay.launcher.folderPage
+                    interactive: overlay.launcher.isFolderOpen
+                    columns: overlay.launcher.folderColumns
+                    leftMargin: overlay.launcher.folderLeft
+                    topMargin: overlay.launcher.folderTop
+                    cellWidth: overlay.launcher.folderCellWidth
+                    cellHeight: overlay.launcher.folderCellHeight
+                    iconSide: overlay.launcher.folderIconSide
+                    onTurned: page => overlay.launcher.folderPage = page
+                }
+            }
+        }
+
+        PageDots {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 12
+            count: overlay.launcher.folder.pageCount
+            position: contents.item ? contents.item.position : 0
+            onChosen: page => overlay.launcher.folderPage = page
+        }
+    }
+}

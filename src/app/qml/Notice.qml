@@ -1,0 +1,39 @@
+import QtQuick
+
+// A short message that goes by itself. Its last words stay while it fades.
+Rectangle {
+    id: notice
+
+    required property string text
+    property string shown
+
+    onTextChanged: if (text !== "") shown = text
+
+    width: words.width + 44
+    height: words.height + 24
+    radius: Math.min(height / 2, 22)
+    color: "#e6262a38"
+    border.color: "#30ffffff"
+    opacity: text !== "" ? 1 : 0
+    visible: opacity > 0
+
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: shown
+
+    Behavior on opacity {
+        NumberAnimation { duration: 180 }
+    }
+
+    Text {
+        id: words
+
+        anchors.centerIn: parent
+        width: Math.min(implicitWidth, 560)
+        text: notice.shown
+        color: "white"
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        textFormat: Text.PlainText
+        font.pixelSize: 14
+    }
+}

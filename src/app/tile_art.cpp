@@ -1,0 +1,260 @@
+#include "app/tile_art.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace tessellar {
+
+namespace {
+
+QRectF plateBody(int side) {
+    const double margin = side * 0.06;
+    return QRectF(margin, margin, side - 2 * margin, side - 2 * margin);
+}
+
+QImage emptyArt(int side) {
+    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+void paintPlate(QPainter& painter, const QRectF& body, const QBrush& fill) {
+    const double radius = body.width() * 0.235;
+    painter.setPen(QPen(QColor(255, 255, 255, 46), std::max(1.0, body.width() / 110)));
+    painter.setBrush(fill);
+    painter.drawRoundedRect(body.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+}
+
+QPainterPath starPath(QPointF centre, double outer, double inner, int points) {
+    QPainterPath path;
+    for (int i = 0; i < 2 * points; ++i) {
+        const double radius = i % 2 == 0 ? outer : inner;
+        const double angle = M_PI * i / points - M_PI / 2;
+        const QPointF corner = centre + radius * QPointF(std::cos(angle), std::sin(angle));
+        i == 0 ? path.moveTo(corner) : path.lineTo(corner);
+    }
+    path.closeSubpath();
+    return path;
+}
+
+/// A star of four points with hollow sides.
+QPainterPath sparklePath(QPointF centre, double radius) {
+    QPainterPath path(centre + QPointF(0, -radius));
+    const std::array corners{QPointF(radius, 0), QPointF(0, radius), QPointF(-radius, 0),
+                             QPointF(0, -radius)};
+    for (const QPointF& corner : corners)
+        path.quadTo(centre + (path.currentPosition() - centre) * 0.08 + corner * 0.08, centre + corner);
+    return path;
+}
+
+// Symbols in a square from -50 to 50.
+
+QPainterPath star() { return starPath({0, 3}, 50, 21, 5); }
+
+QPainterPath heart() {
+    QPainterPath path(QPointF(0, 44));
+    path.cubicTo(-70, -4, -46, -52, -18, -42);
+    path.cubicTo(-8, -39, -2, -30, 0, -24);
+    path.cubicTo(2, -30, 8, -39, 18, -42);
+    path.cubicTo(46, -52, 70, -4, 0, 44);
+    return path;
+}
+
+QPainterPath folder() {
+    QPainterPath path;
+    path.addRoundedRect(QRectF(-48, -24, 96, 62), 10, 10);
+    QPainterPath tab;
+    tab.addRoundedRect(QRectF(-48, -38, 46, 30), 9, 9);
+    return path.united(tab);
+}
+
+QPainterPath gamepad() {
+    QPainterPath path;
+    path.addRoundedRect(QRectF(-50, -26, 100, 56), 27, 27);
+    QPainterPath holes;
+    holes.addRect(QRectF(-34, -3, 24, 8));
+    holes.addRect(QRectF(-26, -11, 8, 24));
+    holes.addEllipse(QPointF(17, 7), 6, 6);
+    holes.addEllipse(QPointF(31, -5), 6, 6);
+    holes.setFillRule(Qt::WindingFill);
+    return path.subtracted(holes);
+}
+
+QPainterPath gear() {
+    QPainterPath path;
+    path.addEllipse(QPointF(), 36, 36);
+    for (int i = 0; i < 8; ++i) {
+        QPainterPath tooth;
+        tooth.addRoundedRect(QRectF(-8, -50, 16, 22), 4, 4);
+        path = path.united(QTransform().rotate(45 * i).map(tooth));
+    }
+    QPainterPath hole;
+    hole.addEllipse(QPointF(), 15, 15);
+    return path.subtracted(hole);
+}
+
+QPainterPath briefcase() {
+    QPainterPath path;
+    path.addRoundedRect(QRectF(-48, -20, 96, 60), 10, 10);
+    QPainterPath handle;
+    handle.addRoundedRect(QRectF(-20, -38, 40, 34), 9, 9);
+    QPainterPath inside;
+    inside.addRect(QRectF(-11, -29, 22, 9));
+    QPainterPath belt;
+    belt.addRect(QRectF(-48, 6, 96, 5));
+    return path.united(handle.subtracted(inside)).subtracted(belt);
+}
+
+QPainterPath musicNote() {
+    QPainterPath path;
+    path.setFillRule(Qt::WindingFill);
+    path.addEllipse(QPointF(-27, 34), 17, 13);
+    path.addEllipse(QPointF(27, 24), 17, 13);
+    path.addRect(QRectF(-18, -34, 8, 68));
+    path.addRect(QRectF(36, -44, 8, 68));
+    path.addPolygon(QPolygonF({{-18, -34}, {44, -48}, {44, -28}, {-18, -14}}));
+    return path;
+}
+
+struct Symbol {
+    const char16_t* name; ///< without ".fill"
+    QPainterPath (*path)();
+};
+constexpr std::array symbols{
+    Symbol{u"star", star},
+    Symbol{u"heart", heart},
+    Symbol{u"folder", folder},
+    Symbol{u"gamecontroller", gamepad},
+    Symbol{u"gearshape", gear},
+    Symbol{u"briefcase", briefcase},
+    Symbol{u"music.note", musicNote},
+};
+
+} // namespace
+
+QImage folderArt(const QList<QImage>& contents, int side) {
+    QImage image = emptyArt(side);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF body = plateBody(side);
+    QLinearGradient glass(body.topLeft(), body.bottomLeft());
+    glass.setColorAt(0, QColor(255, 255, 255, 62));
+    glass.setColorAt(1, QColor(255, 255, 255, 36));
+    paintPlate(painter, body, glass);
+
+    constexpr int columns = 3;
+    const double margin = body.width() * 0.11;
+    const double pitch = (body.width() - 2 * margin) / columns;
+    const int small = std::max(4, static_cast<int>(pitch * 0.88));
+    for (int i = 0; i < std::min<qsizetype>(columns * columns, contents.size()); ++i) {
+        const double gap = (pitch - small) / 2;
+        const QPoint corner(qRound(body.x() + margin + i % columns * pitch + gap),
+                            qRound(body.y() + margin + i / columns * pitch + gap));
+        painter.drawImage(
+            corner, contents[i].scaled(small, small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    }
+    return image;
+}
+
+QImage symbolFolderArt(const QString& symbolName, int side) {
+    QStringView name = symbolName;
+    if (name.endsWith(u".fill"))
+        name.chop(5);
+    const auto symbol =
+        std::ranges::find_if(symbols, [&](const Symbol& known) { return name == known.name; });
+    if (symbol == symbols.end())
+        return {};
+    QImage image = folderArt({}, side);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(side / 2.0, side / 2.0);
+    painter.scale(side * 0.0046, side * 0.0046);
+    painter.fillPath(symbol->path(), QColor(255, 255, 255, 225));
+    return image;
+}
+
+QImage smartFolderArt(int side) {
+    QImage image = emptyArt(side);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF body = plateBody(side);
+    QLinearGradient dusk(body.topLeft(), body.bottomRight());
+    dusk.setColorAt(0, QColor(126, 108, 255, 190));
+    dusk.setColorAt(1, QColor(56, 168, 232, 170));
+    paintPlate(painter, body, dusk);
+    const auto at = [&](double x, double y) { return body.topLeft() + QPointF(x, y) * body.width(); };
+    const QColor white(255, 255, 255, 238);
+    painter.fillPath(sparklePath(at(0.43, 0.55), body.width() * 0.29), white);
+    painter.fillPath(sparklePath(at(0.74, 0.29), body.width() * 0.14), white);
+    painter.fillPath(sparklePath(at(0.75, 0.75), body.width() * 0.09), white);
+    return image;
+}
+
+QImage backdropArt(QSize size) {
+    struct Glow {
+        float x, y, radius; ///< of the width and height
+        float red, green, blue;
+    };
+    constexpr std::array glows{
+        Glow{0.12f, 0.05f, 0.55f, 34, 52, 112}, Glow{0.88f, 0.18f, 0.50f, 74, 32, 98},
+        Glow{0.72f, 0.95f, 0.60f, 12, 70, 96},  Glow{0.20f, 0.98f, 0.45f, 46, 22, 74},
+        Glow{0.50f, 0.45f, 0.40f, 14, 20, 46},
+    };
+    if (size.isEmpty())
+        return {};
+
+    // The light is smooth: it is worked out at few points and laid between them.
+    constexpr int step = 16;
+    const int columns = size.width() / step + 2;
+    const int rows = size.height() / step + 2;
+    using Light = std::array<float, 3>;
+    std::vector<Light> lights(static_cast<std::size_t>(columns * rows));
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column) {
+            Light& light = lights[static_cast<std::size_t>(row * columns + column)];
+            light = {13, 15, 27};
+            for (const Glow& glow : glows) {
+                const float x =
+                    (static_cast<float>(column * step) / size.width() - glow.x) / glow.radius;
+                const float y = (static_cast<float>(row * step) / size.height() - glow.y) / glow.radius;
+                const float strength = std::exp(-2.2f * (x * x + y * y));
+                light[0] += strength * glow.red;
+                light[1] += strength * glow.green;
+                light[2] += strength * glow.blue;
+            }
+        }
+    }
+
+    QImage image(size, QImage::Format_RGB32);
+    std::uint32_t noise = 0x9e3779b9;
+    for (int y = 0; y < size.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        const float down = static_cast<float>(y % step) / step;
+        const Light* above = &lights[static_cast<std::size_t>(y / step * columns)];
+        const Light* below = above + columns;
+        for (int left = 0; left < size.width(); left += step, ++above, ++below) {
+            Light light;
+            Light change;
+            for (std::size_t c = 0; c < 3; ++c) {
+                light[c] = above[0][c] + (below[0][c] - above[0][c]) * down;
+                change[c] = (above[1][c] + (below[1][c] - above[1][c]) * down - light[c]) / step;
+            }
+            for (int x = left; x < std::min(left + step, size.width()); ++x) {
+                noise = noise * 1664525u + 1013904223u;
+                const float dither = static_cast<float>(noise >> 8) / static_cast<float>(1u << 24);
+                line[x] = qRgb(static_cast<int>(light[0] + dither), static_cast<int>(light[1] + dither),
+                               static_cast<int>(light[2] + dither));
+                for (std::size_t c = 0; c < 3; ++c)
+                    light[c] += change[c];
+            }
+        }
+    }
+    return image;
+}
+
+} // namespace tessellar

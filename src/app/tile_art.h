@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QSize>
+#include <QString>
+
+namespace tessellar {
+
+// What the launcher draws itself, as images: they are drawn once, not in every frame.
+
+/// A folder's tile: the icons of what is in it, at most nine, small on a translucent plate.
+QImage folderArt(const QList<QImage>& contents, int side);
+
+/// A folder's tile with a symbol that the user chose, by its name ("star", "gamecontroller.fill"), or a
+/// smart folder's. A name that is not among the drawn ones gives a null image.
+QImage symbolFolderArt(const QString& symbolName, int side);
+QImage smartFolderArt(int side);
+
+/// The night sky behind the tiles, dithered: a gradient of eight bits shows bands on a large screen.
+QImage backdropArt(QSize size);
+
+} // namespace tessellar

@@ -1,0 +1,39 @@
+#include "app/tile_icons.h"
+
+#include "app/tile_art.h"
+
+namespace tessellar {
+
+TileIcons::TileIcons(const FileSystem& files, WorkerPool& workers)
+    : _loader(files, workers), _workers(workers) {
+    _loader.setReady([this](const QString& appKey) { Q_EMIT ready(appKey); });
+}
+
+QImage TileIcons::folder(const QStringList& appKeys, const QString& symbolName, int side) {
+    if (!symbolName.isEmpty())
+        if (QImage art = symbolFolderArt(symbolName, side); !art.isNull())
+            return art;
+    QList<QImage> contents;
+    for (const QString& key : appKeys)
+        contents.append(icon(key));
+    return folderArt(contents, side);
+}
+
+QImage TileIcons::smartFolder(int side) {
+    if (_smartFolder.width() != side)
+        _smartFolder = smartFolderArt(side);
+    return _smartFolder;
+}
+
+QImage TileIcons::backdrop(QSize size) {
+    if (_backdrop.size() != size)
+        _backdrop = backdropArt(size);
+    return _backdrop;
+}
+
+void TileIcons::prepareBackdrop(QSize size) {
+    _drawing = _workers.run([size](std::stop_token) { return backdropArt(size); },
+                            [this](QImage art) { _backdrop = std::move(art); });
+}
+
+} // namespace tessellar

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "icons/icon_loader.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace tessellar {
+
+/// The images of tiles for the window: icons as they come from the loader, and what is drawn of them.
+/// Main thread only.
+class TileIcons final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the window")
+
+public:
+    TileIcons(const FileSystem& files, WorkerPool& workers);
+
+    IconLoader& loader() { return _loader; }
+    bool hasVisible() const { return _loader.hasVisible(); }
+
+    QImage icon(const QString& appKey) { return _loader.icon(appKey); }
+    QImage genericIcon() { return _loader.genericIcon(); }
+    QImage folder(const QStringList& appKeys, const QString& symbolName, int side);
+    QImage smartFolder(int side);
+    QImage backdrop(QSize size);
+    /// Begins to draw the backdrop for a window of this size on a worker.
+    void prepareBackdrop(QSize size);
+
+Q_SIGNALS:
+    /// The icon of an app key has changed.
+    void ready(const QString& appKey);
+
+private:
+    IconLoader _loader;
+    WorkerPool& _workers;
+    QImage _smartFolder;
+    QImage _backdrop;
+    Task _drawing;
+};
+
+} // namespace tessellar
