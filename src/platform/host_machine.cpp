@@ -97,6 +97,7 @@ std::expected<std::unique_ptr<HostMachine>, QString> HostMachine::make(const Mac
                 .scheduler = host->_scheduler,
                 .workers = host->_workers,
                 .commands = host->_commands,
+                .http = host->_http,
                 .settings = *host->_settings,
                 .uuids = host->_uuids,
                 .log = host->_log,

@@ -39,6 +39,7 @@ private:
     Mailbox _mailbox;
     WorkerPool _workers;
     ProcessRunner _commands;
+    NetworkHttpClient _http{_scheduler};
     std::unique_ptr<Settings> _settings;
     RandomUuidSource _uuids;
     StandardErrorLog _log;

@@ -2,6 +2,7 @@
 
 #include "platform/clock.h"
 #include "platform/file_system.h"
+#include "platform/http.h"
 #include "platform/log.h"
 #include "platform/process.h"
 #include "platform/scheduler.h"
@@ -37,6 +38,7 @@ struct Machine {
     Scheduler& scheduler;
     WorkerPool& workers;
     CommandRunner& commands;
+    HttpClient& http;
     Settings& settings;
     UuidSource& uuids;
     Log& log;

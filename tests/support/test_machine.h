@@ -3,6 +3,7 @@
 #include "platform/machine.h"
 #include "tests/support/collecting_log.h"
 #include "tests/support/fake_commands.h"
+#include "tests/support/fake_http.h"
 #include "tests/support/manual_time.h"
 #include "tests/support/memory_settings.h"
 #include "tests/support/sequential_uuids.h"
@@ -86,6 +87,7 @@ public:
     MemorySettings settings;
     CollectingLog log;
     FakeCommands commands{root.path().toUtf8()};
+    FakeHttp http;
     Mailbox mailbox;
     WorkerPool workers;
     Locale locale;
@@ -97,6 +99,7 @@ public:
         .scheduler = time,
         .workers = workers,
         .commands = commands,
+        .http = http,
         .settings = settings,
         .uuids = uuids,
         .log = log,

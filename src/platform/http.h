@@ -1,0 +1,89 @@
+#pragma once
+
+#include "platform/scheduler.h"
+
+#include <QByteArray>
+#include <QUrl>
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <memory>
+
+namespace tessellar {
+
+/// One GET. Everything about it is bounded.
+struct HttpRequest {
+    QUrl url; ///< https; http only on the loopback
+    /// For the whole of it, from the first look-up to the last byte.
+    std::chrono::milliseconds timeout{15'000};
+    std::int64_t maximumBytes = 1 << 20; ///< of the body, after any decompression
+    /// Each target must be an allowed address itself, and only what came from the loopback may lead
+    /// there.
+    int maximumRedirects = 0;
+};
+
+struct HttpResponse {
+    int status = 0;
+    QByteArray body;
+
+    bool operator==(const HttpResponse&) const = default;
+};
+
+enum class HttpError {
+    addressRefused, ///< neither https nor http on the loopback
+    redirectRefused,
+    timedOut,
+    tooLarge,
+    transport, ///< no such host, connection refused or broken off, certificate not trusted
+};
+QString message(HttpError error);
+
+/// True for https with a host, and for http on the loopback ("localhost", 127.0.0.0/8, ::1).
+bool isAllowedAddress(const QUrl& url);
+bool isLoopback(const QUrl& url);
+
+/// A request under way; destroying or cancelling it ends it, and its answer is never called.
+class HttpCall {
+public:
+    class Pending {
+    public:
+        virtual ~Pending() = default;
+    };
+
+    HttpCall() = default;
+    explicit HttpCall(std::unique_ptr<Pending> pending) : _pending(std::move(pending)) {}
+
+    void cancel() { _pending.reset(); }
+
+private:
+    std::unique_ptr<Pending> _pending;
+};
+
+/// Fetches from the network. On the main thread; answers arrive there, never before `get` has returned.
+class HttpClient {
+public:
+    using Answer = std::expected<HttpResponse, HttpError>;
+    using Done = std::move_only_function<void(Answer)>;
+
+    virtual ~HttpClient() = default;
+    [[nodiscard]] virtual HttpCall get(const HttpRequest& request, Done done) = 0;
+};
+
+/// Over Qt Network: no cookies, no cache, no credentials. What the network stack needs is made with the
+/// first request.
+class NetworkHttpClient final : public HttpClient {
+public:
+    explicit NetworkHttpClient(Scheduler& scheduler);
+    ~NetworkHttpClient() override;
+
+    [[nodiscard]] HttpCall get(const HttpRequest& request, Done done) override;
+
+private:
+    struct Stack;
+
+    Scheduler& _scheduler;
+    std::unique_ptr<Stack> _stack;
+};
+
+} // namespace tessellar
