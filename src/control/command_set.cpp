@@ -8,6 +8,14 @@ CommandSet::CommandSet()
     addLayoutCommands(*this);
     addEditingCommands(*this);
     addSettingsCommands(*this);
+    addSmartFolderCommands(*this);
+}
+
+QString valueText(const QJsonValue& value) {
+    if (value.isString())
+        return value.toString();
+    const QByteArray list = json::writeCompact(QJsonArray{value});
+    return QString::fromUtf8(list.sliced(1, list.size() - 2));
 }
 
 CLI::App* CommandSet::add(const char* name, const char* description, CLI::App* parent) {

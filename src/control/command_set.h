@@ -50,6 +50,10 @@ private:
 void addLayoutCommands(CommandSet& set);
 void addEditingCommands(CommandSet& set);
 void addSettingsCommands(CommandSet& set);
+void addSmartFolderCommands(CommandSet& set);
+
+/// A value as people read it: texts bare, all else as JSON.
+QString valueText(const QJsonValue& value);
 
 /// A place for a word that CLI11 reads, kept by the commands that capture it.
 inline std::shared_ptr<std::string> word(CLI::App* command, const std::string& name,

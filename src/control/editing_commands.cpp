@@ -190,6 +190,37 @@ void addHistory(CommandSet& set) {
     });
 }
 
+/// Cutting and copying fail for selections that the pasteboard does not take.
+void answerClipboard(const Call& call, bool isDone) {
+    if (isDone)
+        return call->answer({});
+    call->fail({QStringLiteral("clipboardRefused"),
+                QStringLiteral("There is nothing that could be taken there."),
+                {}});
+}
+
+void addClipboard(CommandSet& set) {
+    CLI::App* copy = set.add("copy", "Copy tiles to the clipboard");
+    set.onRun(copy, CommandNeeds::launcher,
+              [names = words(copy, "tiles", tilesHelp)](const Call& call) {
+                  if (const auto ids = tiles(call, names))
+                      answerClipboard(call, call->launcher().editor().copy(*ids));
+              });
+    CLI::App* cut = set.add("cut", "Cut tiles: they move when they are pasted");
+    set.onRun(cut, CommandNeeds::launcher, [names = words(cut, "tiles", tilesHelp)](const Call& call) {
+        if (const auto ids = tiles(call, names))
+            answerClipboard(call, call->launcher().editor().cut(*ids));
+    });
+    CLI::App* paste = set.add("paste", "Paste after the selected tile, or at a place");
+    auto to = std::make_shared<std::string>();
+    paste->add_option("--to", *to, placeHelp);
+    set.onRun(paste, CommandNeeds::launcher, [to](const Call& call) {
+        const auto where = to->empty() ? std::nullopt : place(call, to);
+        if (to->empty() || where)
+            answerClipboard(call, call->launcher().editor().paste(where));
+    });
+}
+
 void addSearch(CommandSet& set) {
     CLI::App* search = set.add("search", "Applications by name, best first");
     set.onRun(search, CommandNeeds::launcher,
@@ -215,6 +246,7 @@ void addEditingCommands(CommandSet& set) {
     addHiding(set);
     addAliases(set);
     addHistory(set);
+    addClipboard(set);
     addSearch(set);
 }
 

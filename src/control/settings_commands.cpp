@@ -5,14 +5,6 @@
 namespace tessellar {
 namespace {
 
-/// As JSON, also where the document would be a bare value.
-QString valueText(const QJsonValue& value) {
-    if (value.isString())
-        return value.toString();
-    const QByteArray list = json::writeCompact(QJsonArray{value});
-    return QString::fromUtf8(list.sliced(1, list.size() - 2));
-}
-
 /// JSON where it reads as such, else text.
 QJsonValue settingValue(const QString& text) {
     if (const auto list = json::parse('[' + text.toUtf8() + ']'); list && list->toArray().size() == 1)

@@ -33,8 +33,8 @@ std::map<QByteArray, QByteArray> processEnvironment() {
 
 HostMachine::HostMachine(const MachineOptions& options)
     : _files(options.root.value_or(QStringLiteral("/")))
-    , _workers(_mailbox)
-    , _environment(processEnvironment()) {
+    , _environment(processEnvironment())
+    , _workers(_mailbox) {
     if (options.now)
         _clock = std::make_unique<FixedClock>(*options.now);
     else

@@ -37,7 +37,6 @@ private:
     std::unique_ptr<Clock> _clock;
     EventLoopScheduler _scheduler;
     Mailbox _mailbox;
-    WorkerPool _workers;
     ProcessRunner _commands;
     NetworkHttpClient _http{_scheduler};
     std::unique_ptr<Settings> _settings;
@@ -45,6 +44,7 @@ private:
     StandardErrorLog _log;
     std::map<QByteArray, QByteArray> _environment;
     std::unique_ptr<Machine> _machine;
+    WorkerPool _workers; // last: work that is still running uses all the others
 };
 
 } // namespace tessellar

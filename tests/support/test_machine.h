@@ -25,7 +25,7 @@ class TestMachine {
 public:
     explicit TestMachine(const QString& localeIdentifier = QStringLiteral("en_US"),
                          unsigned threads = 2)
-        : workers(mailbox, threads), locale(localeIdentifier) {
+        : locale(localeIdentifier), workers(mailbox, threads) {
         makeFolder(machine.places.applicationSupport);
     }
 
@@ -89,7 +89,6 @@ public:
     FakeCommands commands{root.path().toUtf8()};
     FakeHttp http;
     Mailbox mailbox;
-    WorkerPool workers;
     Locale locale;
     Machine machine{
         .files = files,
@@ -106,6 +105,8 @@ public:
         .locale = locale,
         .environment = {{"HOME", "/Users/ada"}, {"USER", "ada"}, {"PATH", "/usr/bin:/bin"}},
     };
+
+    WorkerPool workers; // after all that work which is still running at the end may use
 
 private:
     static void check(bool done, const QString& path) {

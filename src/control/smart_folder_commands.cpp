@@ -1,0 +1,256 @@
+// Smart folders: facts, definitions, evaluations, recovery.
+
+#include "control/command_set.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace tessellar {
+namespace {
+
+using Call = std::shared_ptr<CommandCall>;
+using Word = std::shared_ptr<std::string>;
+
+/// An optional word or option; empty when it was not given.
+Word optionalWord(CLI::App* command, const std::string& name, const std::string& description) {
+    auto value = std::make_shared<std::string>();
+    command->add_option(name, *value, description);
+    return value;
+}
+
+/// A definition from a file of the host, in the form of the registry.
+std::optional<SmartFolderDefinition> definitionFrom(const Call& call, const Word& name) {
+    QFile file(QDir(call->options.directory).absoluteFilePath(text(name)));
+    if (!file.open(QFile::ReadOnly)) {
+        call->fail(
+            {QStringLiteral("unreadable"), QStringLiteral("%1 cannot be read.").arg(text(name)), {}});
+        return std::nullopt;
+    }
+    auto definition = json::decodeDocument<SmartFolderDefinition>(
+        file.read(static_cast<qint64>(SmartFolderStore::maximumBytes)));
+    if (!definition) {
+        call->fail({QStringLiteral("damaged"), json::message(definition.error()), {}});
+        return std::nullopt;
+    }
+    return *std::move(definition);
+}
+
+/// The smart folder that a word names: by its identifier, or by its name where only one is called so.
+const SmartFolderDefinition* definitionOf(const Call& call, const Word& word) {
+    const SmartFolderLibrary& library = call->launcher().smartFolders();
+    if (const auto id = json::decode<QUuid>(text(word)))
+        if (const SmartFolderDefinition* found = library.definition(*id))
+            return found;
+    const SmartFolderDefinition* named = nullptr;
+    int count = 0;
+    for (const SmartFolderDefinition& definition : library.definitions()) {
+        if (definition.name == text(word)) {
+            named = &definition;
+            ++count;
+        }
+    }
+    if (count == 1)
+        return named;
+    call->fail({QStringLiteral("noSuchSmartFolder"),
+                QStringLiteral("There is no Smart Folder “%1”.").arg(text(word).left(200)),
+                {}});
+    return nullptr;
+}
+
+/// Saves a definition through the editor, or says what its editor would say of it.
+void answerWithValidation(const Call& call, const SmartFolderDefinition& definition,
+                          const std::function<LauncherEditor::Outcome()>& save) {
+    if (const auto issues = validationIssues(definition); !issues.isEmpty())
+        return call->fail({QStringLiteral("invalidDefinition"), message(issues.first()), {}});
+    if (const auto outcome = save(); !outcome)
+        return call->fail(outcome.error());
+    call->succeed(json::encode(definition),
+                  QStringLiteral("%1  %2").arg(toText(definition.id), definition.name));
+}
+
+void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definition,
+                          const Word& nowWord, const Word& localeWord) {
+    Instant now = call->options.now.value_or(call->machine.clock.now());
+    if (!nowWord->empty()) {
+        const auto given = Instant::fromIso8601(text(nowWord));
+        if (!given)
+            return call->fail({QStringLiteral("notADate"),
+                               QStringLiteral("“%1” is no date.").arg(text(nowWord)),
+                               {}});
+        now = *given;
+    }
+    const QString localeName =
+        localeWord->empty() ? call->options.locale.value_or(QString()) : text(localeWord);
+    const Locale locale = localeName.isEmpty() ? call->machine.locale : Locale(localeName);
+    call->launcher().smartFolders().inspectEverything([call, definition, locale, now] {
+        const auto evaluation = call->launcher().smartFolders().evaluate(definition, locale, now);
+        QStringList rules;
+        for (const QUuid& id : evaluation.unknownRuleIDs)
+            rules.append(toText(id));
+        rules.sort();
+        QString lines;
+        for (const auto& facts : evaluation.matches)
+            lines += facts->entry.name + u'\n';
+        if (!rules.isEmpty())
+            lines += QStringLiteral(
+                "Some app details are unavailable, so those rules cannot be evaluated yet.\n");
+        call->succeed(
+            QJsonObject{{QStringLiteral("matches"), QJsonArray::fromStringList(evaluation.appKeys())},
+                        {QStringLiteral("unknownRuleIDs"), QJsonArray::fromStringList(rules)}},
+            lines);
+    });
+}
+
+QString factText(const QString& name, const QJsonValue& value) {
+    return name.endsWith(QLatin1StringView("Date")) ? Instant{value.toDouble()}.toIso8601()
+                                                    : valueText(value);
+}
+
+void addFacts(CommandSet& set) {
+    CLI::App* facts = set.add("facts", "What is known of applications");
+    set.onRun(
+        facts, CommandNeeds::launcher,
+        [key = optionalWord(facts, "appkey", "One application; without it all")](const Call& call) {
+            call->launcher().smartFolders().inspectEverything([call, key] {
+                QJsonArray all;
+                for (const auto& record : call->launcher().smartFolders().facts())
+                    if (key->empty() || appKey(record->entry) == text(key))
+                        all.append(json::encode(*record));
+                if (!key->empty() && all.isEmpty())
+                    return call->fail({QStringLiteral("unknownApplication"),
+                                       QStringLiteral("No installed application is known by “%1”.")
+                                           .arg(text(key).left(200)),
+                                       {}});
+                QString lines;
+                for (const QJsonValue& one : std::as_const(all)) {
+                    QJsonObject record = one.toObject();
+                    lines += record.take(u"entry").toObject().value(u"name").toString() + u'\n';
+                    for (auto it = record.begin(); it != record.end(); ++it)
+                        lines += QStringLiteral("    %1: %2\n")
+                                     .arg(it.key(), factText(it.key(), it.value()));
+                }
+                call->succeed(key->empty() ? QJsonValue(all) : all.first(), lines);
+            });
+        });
+}
+
+void addDefinitions(CommandSet& set, CLI::App* group) {
+    set.onRun(set.add("templates", "What a smart folder can be made from", group),
+              CommandNeeds::machine, [](const Call& call) {
+                  QJsonArray names;
+                  QString lines;
+                  for (const auto& [value, raw] : json::RawValues<SmartFolderTemplate>::values) {
+                      names.append(QLatin1StringView(raw));
+                      lines +=
+                          QStringLiteral("%1  %2\n").arg(QLatin1StringView(raw), templateName(value));
+                  }
+                  call->succeed(names, lines);
+              });
+    set.onRun(set.add("list", "All smart folders", group), CommandNeeds::launcher,
+              [](const Call& call) {
+                  const SmartFolderLibrary& library = call->launcher().smartFolders();
+                  if (const auto& failure = library.failure())
+                      return call->fail(*failure);
+                  QString lines;
+                  for (const SmartFolderDefinition& definition : library.definitions())
+                      lines += QStringLiteral("%1  %2\n").arg(toText(definition.id), definition.name);
+                  call->succeed(json::encode(library.definitions()), lines);
+              });
+    CLI::App* show = set.add("show", "One smart folder's definition", group);
+    set.onRun(show, CommandNeeds::launcher,
+              [id = word(show, "id", "Its identifier or name")](const Call& call) {
+                  if (const SmartFolderDefinition* definition = definitionOf(call, id))
+                      call->succeed(json::encode(*definition),
+                                    QString::fromUtf8(json::write(json::encode(*definition))));
+              });
+
+    CLI::App* add = set.add("add", "Make a smart folder from a template or a file", group);
+    set.onRun(add, CommandNeeds::launcher,
+              [file = optionalWord(add, "file", "A definition in the form of the registry"),
+               name = optionalWord(add, "--template", "The template's name")](const Call& call) {
+                  std::optional<SmartFolderDefinition> definition;
+                  if (!name->empty()) {
+                      const auto which = json::fromRawValue<SmartFolderTemplate>(text(name));
+                      if (!which)
+                          return call->fail(
+                              {QStringLiteral("noSuchTemplate"),
+                               QStringLiteral("There is no template “%1”.").arg(text(name).left(80)),
+                               {}});
+                      Machine& machine = call->machine;
+                      definition = templateDefinition(*which, machine.uuids.next(), machine.clock.now(),
+                                                      machine.uuids);
+                  } else if (!file->empty()) {
+                      definition = definitionFrom(call, file);
+                  } else {
+                      return call->fail({QStringLiteral("wrongUsage"),
+                                         QStringLiteral("Name a file, or a template with --template."),
+                                         {}});
+                  }
+                  if (definition)
+                      answerWithValidation(call, *definition, [&] {
+                          return call->launcher().editor().addSmartFolder(*definition);
+                      });
+              });
+
+    CLI::App* replace = set.add("replace", "Give a smart folder the definition in a file", group);
+    set.onRun(
+        replace, CommandNeeds::launcher,
+        [id = word(replace, "id", "Its identifier or name"),
+         file = word(replace, "file", "A definition in the form of the registry")](const Call& call) {
+            const SmartFolderDefinition* old = definitionOf(call, id);
+            auto definition = old ? definitionFrom(call, file) : std::nullopt;
+            if (!definition)
+                return;
+            definition->id = old->id;
+            answerWithValidation(call, *definition, [&] {
+                return call->launcher().editor().changeSmartFolder(*definition);
+            });
+        });
+
+    CLI::App* remove = set.add("remove", "Delete a smart folder and its tiles in both modes", group);
+    set.onRun(remove, CommandNeeds::launcher,
+              [id = word(remove, "id", "Its identifier or name")](const Call& call) {
+                  if (const SmartFolderDefinition* definition = definitionOf(call, id))
+                      call->answer(call->launcher().editor().deleteSmartFolder(definition->id));
+              });
+
+    CLI::App* recover = set.add("recover", "Deal with a registry that could not be read", group);
+    set.onRun(
+        recover, CommandNeeds::launcher,
+        [how = word(recover, "how", "restore: put it back for another try; replace: start anew")](
+            const Call& call) {
+            if (text(how) != u"restore" && text(how) != u"replace")
+                return call->fail({QStringLiteral("wrongUsage"),
+                                   QStringLiteral("recover takes restore or replace."),
+                                   {}});
+            call->answer(call->launcher().smartFolders().recover(
+                text(how) == u"restore" ? SmartFolderRecovery::restore : SmartFolderRecovery::replace));
+        });
+}
+
+void addEvaluate(CommandSet& set, CLI::App* group) {
+    CLI::App* evaluate = set.add("evaluate", "What a smart folder shows, in order", group);
+    set.onRun(evaluate, CommandNeeds::launcher,
+              [id = optionalWord(evaluate, "id", "Its identifier or name"),
+               file = optionalWord(evaluate, "--definition", "A definition in a file instead"),
+               now = optionalWord(evaluate, "--now", "The time, such as 2026-11-14T21:05:40Z"),
+               locale = optionalWord(evaluate, "--locale", "Whose text and weeks")](const Call& call) {
+                  if (!file->empty()) {
+                      if (const auto definition = definitionFrom(call, file))
+                          answerWithEvaluation(call, *definition, now, locale);
+                  } else if (const SmartFolderDefinition* definition = definitionOf(call, id)) {
+                      answerWithEvaluation(call, *definition, now, locale);
+                  }
+              });
+}
+
+} // namespace
+
+void addSmartFolderCommands(CommandSet& set) {
+    addFacts(set);
+    CLI::App* group = set.addGroup("smart-folders", "Folders whose contents follow from rules");
+    addDefinitions(set, group);
+    addEvaluate(set, group);
+}
+
+} // namespace tessellar
