@@ -1,0 +1,59 @@
+#include "cleanup/cleanup_review_state.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+bool CleanupReviewState::isPreselected(const RelatedFile& file) {
+    return file.match <= RelatedFileMatch::strongish && !file.isContested;
+}
+
+void CleanupReviewState::show(const RelatedFilesScan& scan) {
+    items = scan.files;
+    isScanning = false;
+    isComplete = scan.isComplete;
+    selectedPaths.clear();
+    for (const RelatedFile& file : std::as_const(items))
+        if (isPreselected(file))
+            selectedPaths.insert(file.path);
+}
+
+void CleanupReviewState::setSize(const QString& path, std::uint64_t bytes) {
+    const auto item = std::ranges::find(items, path, &RelatedFile::path);
+    if (item != items.end())
+        item->size = bytes;
+}
+
+void CleanupReviewState::setSelected(const QString& path, bool selected) {
+    if (!selected)
+        selectedPaths.remove(path);
+    else if (std::ranges::find(std::as_const(items), path, &RelatedFile::path) != items.cend())
+        selectedPaths.insert(path);
+}
+
+void CleanupReviewState::selectAllMatches() {
+    for (const RelatedFile& file : std::as_const(items))
+        selectedPaths.insert(file.path);
+}
+
+QList<RelatedFile> CleanupReviewState::selectedItems() const {
+    QList<RelatedFile> selected;
+    std::ranges::copy_if(items, std::back_inserter(selected),
+                         [this](const RelatedFile& file) { return isSelected(file.path); });
+    return selected;
+}
+
+std::uint64_t CleanupReviewState::selectedSize() const {
+    std::uint64_t total = 0;
+    for (const RelatedFile& file : items)
+        total += isSelected(file.path) ? file.size.value_or(0) : 0;
+    return total;
+}
+
+bool CleanupReviewState::needsAdministrator() const {
+    return std::ranges::any_of(items, [this](const RelatedFile& file) {
+        return file.needsAdministrator && isSelected(file.path);
+    });
+}
+
+} // namespace tessellar

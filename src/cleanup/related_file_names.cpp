@@ -1,0 +1,215 @@
+#include "cleanup/related_file_names.h"
+
+#include <algorithm>
+
+namespace tessellar {
+namespace {
+
+/// Never enough by themselves to tie a folder to one application.
+constexpr std::array vendorWords{
+    "google",  "microsoft", "adobe", "apple",      "mozilla",  "logitech", "logi",
+    "amazon",  "jetbrains", "steam", "epic games", "blizzard", "valve",    "native instruments",
+    "company", "vendor"};
+/// Names of parts that every application has.
+constexpr std::array genericWords{"app",     "application", "main",        "core",     "data",
+                                  "cache",   "caches",      "preferences", "settings", "update",
+                                  "updater", "helper",      "agent",       "install",  "installer",
+                                  "service", "tools",       "utility",     "support"};
+constexpr std::array siblingWords{"alpha", "beta", "canary", "community", "dev",     "developer", "ea",
+                                  "free",  "lite", "next",   "nightly",   "preview", "pro"};
+
+constexpr std::array<QByteArrayView, 3> suffixes{".savedState", ".plist", ".binarycookies"};
+/// Letters that a word needs before it is looked for inside of names.
+constexpr int fewestLetters = 4;
+constexpr qsizetype longestIdentifier = 255;
+
+template <typename Words>
+bool isOneOf(QByteArrayView word, const Words& words) {
+    return std::ranges::any_of(words, [&](const char* known) { return word == QByteArrayView(known); });
+}
+
+QByteArray comparable(const QString& text) {
+    return text.normalized(QString::NormalizationForm_C).toLower().toUtf8();
+}
+
+int letterCount(const QString& text) {
+    return static_cast<int>(
+        std::ranges::count_if(text.toUcs4(), [](char32_t c) { return QChar::isLetter(c); }));
+}
+
+/// The identifier in lower case, or nothing when it cannot be one.
+QByteArray usableIdentifier(const std::optional<QString>& identifier) {
+    if (!identifier || identifier->size() > longestIdentifier)
+        return {};
+    const auto isAllowed = [](QChar c) {
+        return c.unicode() < 128 && (c.isLetterOrNumber() || c == u'.' || c == u'-' || c == u'_');
+    };
+    const QStringList parts = identifier->split(u'.');
+    if (!std::ranges::all_of(*identifier, isAllowed) || parts.size() < 2 || parts.contains(QString()))
+        return {};
+    return identifier->toLower().toLatin1();
+}
+
+class TokenCollector {
+public:
+    explicit TokenCollector(QList<NameToken>& tokens) : _tokens(tokens) {}
+
+    void addName(QString name) {
+        name = name.normalized(QString::NormalizationForm_C).toLower().trimmed();
+        if (name.endsWith(u".app"))
+            name.chop(4);
+        add(name);
+        QString joined = name;
+        joined.removeIf([](QChar c) { return c.isSpace(); });
+        add(joined);
+        QString word;
+        for (const QChar c : std::as_const(name)) {
+            if (c.isSpace() || c == u'-' || c == u'_' || c == u'.') {
+                addWord(std::exchange(word, {}));
+            } else {
+                word += c;
+            }
+        }
+        addWord(word);
+    }
+
+private:
+    void addWord(const QString& word) {
+        if (letterCount(word) >= fewestLetters)
+            add(word);
+    }
+    void add(const QString& text) {
+        const QByteArray bytes = text.toUtf8();
+        const bool saysSomething =
+            std::ranges::any_of(text.toUcs4(), [](char32_t c) { return QChar::isLetterOrNumber(c); });
+        if (!saysSomething || isOneOf(bytes, genericWords) || isOneOf(bytes, vendorWords))
+            return;
+        const NameToken token{bytes, letterCount(text) >= fewestLetters};
+        if (!_tokens.contains(token))
+            _tokens.append(token);
+    }
+
+    QList<NameToken>& _tokens;
+};
+
+bool extends(QByteArrayView name, QByteArrayView identifier) {
+    return name.size() > identifier.size() && name.startsWith(identifier) &&
+           name[identifier.size()] == '.';
+}
+bool isExtendedBy(QByteArrayView name, QByteArrayView identifier) {
+    return name.size() > identifier.size() && name.endsWith(identifier) &&
+           name[name.size() - identifier.size() - 1] == '.';
+}
+
+} // namespace
+
+MatchingName::MatchingName(QByteArrayView name) {
+    for (const QByteArrayView suffix : suffixes) {
+        if (name.endsWith(suffix)) {
+            name = name.chopped(suffix.size());
+            break;
+        }
+    }
+    bool isAscii = name.size() <= static_cast<qsizetype>(_ascii.size());
+    for (qsizetype i = 0; isAscii && i < name.size(); ++i) {
+        const char c = name[i];
+        isAscii = static_cast<unsigned char>(c) < 128;
+        _ascii[static_cast<std::size_t>(i)] = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    }
+    if (!isAscii)
+        _other = comparable(FileSystem::fromHostBytes(name));
+    _view = isAscii ? QByteArrayView(_ascii.data(), name.size()) : QByteArrayView(_other);
+}
+
+ApplicationNames::ApplicationNames(const CleanupApplication& application)
+    : _identifier(usableIdentifier(application.bundleIdentifier))
+    , _isApple(_identifier == "com.apple" || _identifier.startsWith("com.apple.")) {
+    _ownsExtensions = _identifier.count('.') >= 2 && !_isApple;
+    TokenCollector collector(_tokens);
+    for (const QString& name : application.names)
+        collector.addName(name);
+}
+
+std::optional<ApplicationNames::Grade> ApplicationNames::grade(QByteArrayView name) const {
+    if (name.isEmpty())
+        return std::nullopt;
+    if (!_identifier.isEmpty()) {
+        if (name == _identifier)
+            return Grade{RelatedFileMatch::strong, _identifier};
+        if (extends(name, _identifier) || isExtendedBy(name, _identifier))
+            return Grade{RelatedFileMatch::strongish, _identifier};
+    }
+    for (const NameToken& token : _tokens)
+        if (name == token.text)
+            return Grade{RelatedFileMatch::medium, token.text};
+    for (const NameToken& token : _tokens)
+        if (token.countsInside && name.contains(token.text) && !isOneOf(name, vendorWords))
+            return Grade{RelatedFileMatch::risky, token.text};
+    return std::nullopt;
+}
+
+InstalledClaims::InstalledClaims(const QList<CleanupApplication>& others) {
+    QSet<QByteArray> inside;
+    for (const CleanupApplication& other : others) {
+        const ApplicationNames names(other);
+        if (!names.identifier().isEmpty())
+            _identifiers.insert(names.identifier());
+        for (const NameToken& token : names.tokens()) {
+            _tokens.insert(token.text);
+            if (token.countsInside)
+                inside.insert(token.text);
+        }
+    }
+    _tokensInside = inside.values();
+}
+
+/// Visits what stands before and after each dot.
+template <typename Visit>
+bool InstalledClaims::anyPart(QByteArrayView name, Visit visit) {
+    for (qsizetype dot = name.indexOf('.'); dot >= 0; dot = name.indexOf('.', dot + 1))
+        if (visit(name.first(dot)) || visit(name.sliced(dot + 1)))
+            return true;
+    return false;
+}
+
+bool InstalledClaims::holdsIdentifier(QByteArrayView part) const {
+    return _identifiers.contains(QByteArray::fromRawData(part.data(), part.size()));
+}
+
+std::optional<RelatedFileMatch> InstalledClaims::strongestByWhole(QByteArrayView name) const {
+    if (holdsIdentifier(name))
+        return RelatedFileMatch::strong;
+    if (anyPart(name, [this](QByteArrayView part) { return holdsIdentifier(part); }))
+        return RelatedFileMatch::strongish;
+    if (_tokens.contains(QByteArray::fromRawData(name.data(), name.size())))
+        return RelatedFileMatch::medium;
+    return std::nullopt;
+}
+
+std::optional<RelatedFileMatch> InstalledClaims::strongest(QByteArrayView name) const {
+    if (const auto whole = strongestByWhole(name))
+        return whole;
+    const bool isInside = std::ranges::any_of(
+        _tokensInside, [name](const QByteArray& token) { return name.contains(token); });
+    return isInside ? std::optional(RelatedFileMatch::risky) : std::nullopt;
+}
+
+bool InstalledClaims::extendsLongerIdentifier(QByteArrayView name, qsizetype length) const {
+    const auto isLonger = [&](QByteArrayView part) {
+        return part.size() > length && holdsIdentifier(part);
+    };
+    // Also in the middle, as in "TEAM.com.acme.notes.cache".
+    return isLonger(name) || anyPart(name, [&](QByteArrayView part) {
+               return isLonger(part) || anyPart(part, isLonger);
+           });
+}
+
+bool namesSiblingProduct(QByteArrayView name, const QByteArray& identifier) {
+    if (!extends(name, identifier))
+        return false;
+    const QByteArrayView rest = name.sliced(identifier.size() + 1);
+    const qsizetype dot = rest.indexOf('.');
+    return isOneOf(dot < 0 ? rest : rest.first(dot), siblingWords);
+}
+
+} // namespace tessellar

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "cleanup/related_file.h"
+
+#include <QByteArrayView>
+#include <QList>
+#include <QSet>
+
+#include <array>
+
+namespace tessellar {
+
+/// The name of an item as it is compared: one known suffix taken off, composed, in lower case, as
+/// UTF-8. Made without allocation where the name is ASCII, for a walk makes one for each file.
+class MatchingName {
+public:
+    explicit MatchingName(QByteArrayView nameOnDisk);
+    MatchingName(const MatchingName&) = delete;
+    MatchingName& operator=(const MatchingName&) = delete;
+
+    QByteArrayView view() const { return _view; }
+
+private:
+    std::array<char, 256> _ascii; // NOLINT: as much of it as is used is written
+    QByteArray _other;
+    QByteArrayView _view;
+};
+
+/// A word that may stand for an application in the name of a file.
+struct NameToken {
+    QByteArray text;
+    /// A name that merely contains it counts too; not for the short and for numbers, which would be
+    /// found everywhere.
+    bool countsInside = false;
+
+    bool operator==(const NameToken&) const = default;
+};
+
+/// What the names of an application's files are compared with.
+class ApplicationNames {
+public:
+    struct Grade {
+        RelatedFileMatch match = RelatedFileMatch::risky;
+        QByteArray because; ///< the identifier or token
+    };
+
+    explicit ApplicationNames(const CleanupApplication& application);
+
+    /// In lower case. Empty for one that says nothing of its owner: an identifier that is missing, has
+    /// a single component, or holds what no identifier may (slashes, "..", spaces).
+    const QByteArray& identifier() const { return _identifier; }
+    /// Whether what extends the identifier can only be this application's. Two components may be a
+    /// vendor's ("com.acme"), and who says "com.apple" may be anybody.
+    bool ownsExtensions() const { return _ownsExtensions; }
+    bool isApple() const { return _isApple; }
+    const QList<NameToken>& tokens() const { return _tokens; }
+
+    std::optional<Grade> grade(QByteArrayView matchingName) const;
+
+private:
+    QByteArray _identifier;
+    bool _ownsExtensions = false;
+    bool _isApple = false;
+    QList<NameToken> _tokens;
+};
+
+/// What all other installed applications claim, answered by a few look-ups.
+class InstalledClaims {
+public:
+    InstalledClaims() = default;
+    explicit InstalledClaims(const QList<CleanupApplication>& others);
+
+    /// The strongest grade that any of them would give.
+    std::optional<RelatedFileMatch> strongest(QByteArrayView matchingName) const;
+    /// The same up to `medium`, in a time that does not grow with their number.
+    std::optional<RelatedFileMatch> strongestByWhole(QByteArrayView matchingName) const;
+    /// True for a name that is or extends one of their identifiers longer than `length`.
+    bool extendsLongerIdentifier(QByteArrayView matchingName, qsizetype length) const;
+
+private:
+    template <typename Visit>
+    static bool anyPart(QByteArrayView name, Visit visit);
+    bool holdsIdentifier(QByteArrayView part) const;
+
+    QSet<QByteArray> _identifiers;
+    QSet<QByteArray> _tokens;
+    QList<QByteArray> _tokensInside;
+};
+
+/// True for the words that vendors put on everything: "beta", "canary", "dev" after an identifier name
+/// a product of its own.
+bool namesSiblingProduct(QByteArrayView matchingName, const QByteArray& identifier);
+
+} // namespace tessellar

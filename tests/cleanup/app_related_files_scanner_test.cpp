@@ -1,0 +1,261 @@
+#include "cleanup/cleanup_review_state.h"
+
+#include "sample/leftovers.h"
+#include "tests/support/printers.h"
+#include "tests/support/test_machine.h"
+
+#include <gmock/gmock.h>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using enum RelatedFileMatch;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::UnorderedElementsAre;
+
+const QString library = u"/Users/ada/Library/"_s;
+
+CleanupApplication app(const QString& name, std::optional<QString> identifier = std::nullopt,
+                       std::optional<QString> team = QString()) {
+    return {.names = {name},
+            .bundleIdentifier = std::move(identifier),
+            .path = u"/Applications/%1.app"_s.arg(name),
+            .team = std::move(team)};
+}
+
+class AppRelatedFilesScannerTest : public testing::Test {
+protected:
+    test::TestMachine mac;
+    QList<CleanupApplication> others;
+
+    RelatedFilesScan scan(const CleanupApplication& application) const {
+        return AppRelatedFilesScanner(mac.files, u"/Users/ada"_s).scan(application, others, {}).value();
+    }
+    CleanupReviewState review(const CleanupApplication& application) const {
+        CleanupReviewState state;
+        state.show(scan(application));
+        return state;
+    }
+    QStringList offered(const CleanupApplication& application) const {
+        QStringList paths;
+        for (const RelatedFile& file : scan(application).files)
+            paths.append(file.path);
+        return paths;
+    }
+    QStringList chosen(const CleanupApplication& application) const {
+        QStringList paths;
+        for (const RelatedFile& file : review(application).selectedItems())
+            paths.append(file.path);
+        return paths;
+    }
+    void folder(const QString& inLibrary) const { mac.write(library + inLibrary + u"/x"_s, "x"); }
+};
+
+TEST_F(AppRelatedFilesScannerTest, FindsWhatAnApplicationLeavesEverywhere) {
+    sample::MacBuilder builder(mac.root.path());
+    sample::Application quill{.name = u"Quill Writer"_s,
+                              .identifier = u"com.example.quill"_s,
+                              .signature = {.team = u"ABCDE12345"_s}};
+    builder.addApplication(quill);
+    using enum sample::Leftover;
+    const QStringList left = sample::addLeftovers(
+        builder, quill,
+        {savedState, httpStorage, webKit, container, preferences, byHostPreferences, cache,
+         updaterCache, support, supportById, vendorSupport, logs, groupContainer, launchAgent,
+         systemSupport, systemPreferences, systemAgent, daemon, helperTool});
+    const CleanupApplication quillApp = app(u"Quill Writer"_s, u"com.example.quill"_s, u"ABCDE12345"_s);
+
+    const RelatedFilesScan found = scan(quillApp);
+    EXPECT_TRUE(found.isComplete);
+    QStringList paths;
+    for (const RelatedFile& file : found.files)
+        paths.append(file.path);
+    EXPECT_EQ(paths.takeFirst(), quillApp.path);
+    EXPECT_THAT(paths, testing::UnorderedElementsAreArray(left));
+    for (const RelatedFile& file : found.files)
+        EXPECT_EQ(file.domain == CleanupDomain::system, file.path.startsWith(u"/Library/"));
+
+    // What carries the identifier is chosen, what carries the name alone is offered.
+    const CleanupReviewState state = review(quillApp);
+    for (const RelatedFile& file : state.items)
+        EXPECT_EQ(state.isSelected(file.path), file.match <= strongish) << file.path.toStdString();
+}
+
+TEST_F(AppRelatedFilesScannerTest, WhatIsAnotherApplicationsIsNotListed) {
+    folder(u"Application Support/com.foo.barista"_s);
+    folder(u"Application Support/com.foo.bar"_s);
+    folder(u"Caches/com.foo.bar.baz"_s);
+    folder(u"Caches/com.foo.bar.baz.cache"_s);
+    folder(u"Group Containers/TEAM.com.foo.bar.baz.shared"_s);
+    folder(u"Application Support/Baz Studio/com.foo.bar"_s);
+    const CleanupApplication bar = app(u"Bar"_s, u"com.foo.bar"_s);
+    EXPECT_THAT(offered(bar), testing::SizeIs(4));
+    others = {bar, app(u"Barista"_s, u"com.foo.barista"_s), app(u"Baz Studio"_s, u"com.foo.bar.baz"_s)};
+    EXPECT_THAT(offered(bar), ElementsAre(library + u"Application Support/com.foo.bar"_s));
+
+    // A second copy uses the same files.
+    CleanupApplication copy = bar;
+    copy.path = u"/Users/ada/Applications/Bar.app"_s;
+    others.append(copy);
+    EXPECT_THAT(offered(bar), IsEmpty());
+    // What lies in the bundle itself goes with it.
+    others.last().path = bar.path + u"/Contents/Applications/Bar.app"_s;
+    EXPECT_THAT(offered(bar), testing::SizeIs(1));
+}
+
+TEST_F(AppRelatedFilesScannerTest, NamesAloneChooseNothing) {
+    for (const QString& name : {u"chrome"_s, u"Chrome"_s, u"Pages"_s, u"My Pages of 2020"_s,
+                                u"Google"_s, u"Gru\u0308n"_s /* decomposed */, u"Gr\u00FCn"_s}) {
+        folder(u"Application Support/Photos/"_s + name);
+        folder(u"Caches/"_s + name);
+    }
+    for (const QString& name : {u"Google Chrome"_s, u"Pages"_s, u"PAGES"_s, u"Gr\u00FCn"_s}) {
+        EXPECT_THAT(offered(app(name, u"com.example.thing"_s)), Not(IsEmpty()));
+        EXPECT_THAT(chosen(app(name, u"com.example.thing"_s)), IsEmpty());
+    }
+    EXPECT_THAT(offered(app(u"Google Chrome"_s)), Not(Contains(library + u"Caches/Google"_s)));
+    EXPECT_THAT(offered(app(u"Google"_s)), IsEmpty());
+}
+
+TEST_F(AppRelatedFilesScannerTest, AVendorsFolderBelongsToNoneOfItsProducts) {
+    folder(u"Application Support/Acme/Acme Notes"_s);
+    folder(u"Application Support/Acme/Acme Draw"_s);
+    folder(u"Application Support/Notability/acme notes"_s);
+    const CleanupApplication notes = app(u"Acme Notes"_s, u"com.acme.notes"_s);
+    others = {notes, app(u"Acme Draw"_s, u"com.acme.draw"_s),
+              app(u"Notability"_s, u"com.ginger.labs"_s)};
+    EXPECT_THAT(offered(notes), ElementsAre(library + u"Application Support/Acme/Acme Notes"_s));
+}
+
+TEST_F(AppRelatedFilesScannerTest, SharedGroupContainersAreOfferedOnly) {
+    const QString group = library + u"Group Containers/TEAM123456.com.acme.notes"_s;
+    folder(u"Group Containers/TEAM123456.com.acme.notes"_s);
+    const auto notes = [](std::optional<QString> team) {
+        return app(u"Notes Pro"_s, u"com.acme.notes"_s, std::move(team));
+    };
+    EXPECT_THAT(chosen(notes(u"TEAM123456"_s)), ElementsAre(group));
+    EXPECT_THAT(chosen(notes(std::nullopt)), IsEmpty());
+    others = {app(u"Draw"_s, u"com.acme.draw"_s, u"OTHER12345"_s)};
+    EXPECT_THAT(chosen(notes(u"TEAM123456"_s)), ElementsAre(group));
+    for (const auto& team : {std::optional(u"TEAM123456"_s), std::optional<QString>()}) {
+        others = {app(u"Draw"_s, u"com.acme.draw"_s, team)};
+        EXPECT_THAT(chosen(notes(u"TEAM123456"_s)), IsEmpty());
+        EXPECT_THAT(offered(notes(u"TEAM123456"_s)), ElementsAre(group));
+    }
+}
+
+TEST_F(AppRelatedFilesScannerTest, DoubtfulIdentifiersChooseNoMoreThanTheirVeryName) {
+    folder(u"Caches/com.acme"_s);
+    folder(u"Caches/com.acme.draw"_s);
+    folder(u"Caches/com.acme.notes"_s);
+    folder(u"Caches/com.acme.notes.beta"_s);
+    folder(u"Caches/com.apple.finder"_s);
+    EXPECT_THAT(chosen(app(u"Zed"_s, u"com.acme"_s)), ElementsAre(library + u"Caches/com.acme"_s));
+    EXPECT_THAT(chosen(app(u"Zed"_s, u"com.acme.notes"_s)),
+                ElementsAre(library + u"Caches/com.acme.notes"_s));
+    EXPECT_THAT(chosen(app(u"Zed"_s, u"com.apple.finder"_s)), IsEmpty());
+    EXPECT_THAT(offered(app(u"Finder"_s, u"com.acme.finder"_s)), IsEmpty());
+    for (const QString& bad : {u""_s, u"com"_s, u"/"_s, u"../../com.acme"_s, u"com.acme/../.."_s})
+        EXPECT_THAT(offered(app(u"Zed"_s, bad)), IsEmpty()) << bad.toStdString();
+}
+
+TEST_F(AppRelatedFilesScannerTest, GoesThreeLevelsDeepIntoNeitherPackagesNorLinks) {
+    const QString id = u"com.acme.notes"_s;
+    folder(u"Application Support/A/B/"_s + id);
+    folder(u"Application Support/A/B/C/"_s + id);
+    folder(u"Application Support/Tool.app/"_s + id);
+    folder(u"Application Support/Zebra/"_s + id + u"/deeper/"_s + id);
+    folder(u"Containers/Other/"_s + id);
+    folder(u"Preferences/ByHost/"_s + id + u".ABC"_s);
+    folder(u"Preferences/Sub/"_s + id);
+    mac.write(u"/Users/ada/Elsewhere/"_s + id, "x");
+    mac.link(library + u"Application Support/Linked"_s, u"/Users/ada/Elsewhere"_s);
+    mac.link(library + u"Caches/"_s + id, u"/Users/ada/Elsewhere"_s);
+    mac.link(library + u"WebKit"_s, u"/Users/ada/Elsewhere"_s);
+    EXPECT_THAT(offered(app(u"Zed"_s, id)),
+                ElementsAre(library + u"Application Support/A/B/"_s + id,
+                            library + u"Application Support/Zebra/"_s + id,
+                            library + u"Preferences/ByHost/"_s + id + u".ABC"_s));
+}
+
+TEST_F(AppRelatedFilesScannerTest, AHomeLinkedElsewhereIsSearchedALinkedLibraryIsNot) {
+    mac.write(u"/Volumes/Big/Library/Caches/com.acme.notes"_s, "x");
+    mac.link(u"/Users/bob"_s, u"/Volumes/Big"_s);
+    mac.link(u"/Users/eve/Library"_s, u"/Volumes/Big/Library"_s);
+    const CleanupApplication notes = app(u"Zed"_s, u"com.acme.notes"_s);
+    const auto found = [&](const QString& home) {
+        return AppRelatedFilesScanner(mac.files, home).scan(notes, {}, {})->files.size();
+    };
+    EXPECT_EQ(found(u"/Users/bob"_s), 1);
+    EXPECT_EQ(found(u"/Users/eve"_s), 0);
+}
+
+TEST_F(AppRelatedFilesScannerTest, TellsOfRightsProgressSizesAndStops) {
+    mac.write(u"/Library/Preferences/com.acme.notes.plist"_s, "12345");
+    mac.write(library + u"Caches/com.acme.notes/a/b"_s, "123");
+    mac.write(library + u"Caches/com.acme.notes/c"_s, "1234");
+    mac.link(library + u"Caches/com.acme.notes/d"_s, u"/Library/Preferences/com.acme.notes.plist"_s);
+    const CleanupApplication notes = app(u"Zed"_s, u"com.acme.notes"_s);
+    const AppRelatedFilesScanner scanner(mac.files, u"/Users/ada"_s,
+                                         [](const FileSystem&, const QString&) { return false; });
+    QList<RelatedFilesProgress> told;
+    const auto found =
+        scanner.scan(notes, {}, {}, [&](const RelatedFilesProgress& state) { told.append(state); });
+    ASSERT_EQ(found->files.size(), 2);
+    EXPECT_FALSE(found->files[0].needsAdministrator); // the user's own is Finder's to ask for
+    EXPECT_TRUE(found->files[1].needsAdministrator);
+    ASSERT_EQ(told.size(), 16);
+    EXPECT_EQ(told.last(), (RelatedFilesProgress{15, 15, {}, 2}));
+
+    EXPECT_EQ(AppRelatedFilesScanner::measure(mac.files, found->files[0].path, {}),
+              (MeasuredSize{7, true}));
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_FALSE(scanner.scan(notes, {}, stop.get_token()));
+    EXPECT_FALSE(
+        AppRelatedFilesScanner::measure(mac.files, found->files[0].path, stop.get_token()).isComplete);
+}
+
+TEST_F(AppRelatedFilesScannerTest, RunsOnAWorkerAndIsDroppedWhenCancelled) {
+    folder(u"Caches/com.acme.notes"_s);
+    int arrived = 0;
+    auto task = AppRelatedFilesScanner::start(
+        mac.machine, app(u"Zed"_s, u"com.acme.notes"_s), {}, {},
+        [&](const RelatedFilesScan& found) { arrived += static_cast<int>(found.files.size()); });
+    mac.settle();
+    EXPECT_EQ(arrived, 1);
+    task = AppRelatedFilesScanner::start(mac.machine, app(u"Zed"_s, u"com.acme.notes"_s), {}, {},
+                                         [&](const RelatedFilesScan&) { ++arrived; });
+    task.cancel();
+    mac.settle();
+    EXPECT_EQ(arrived, 1);
+}
+
+TEST(ProtectionClassTest, IsOfThePlaceThatLinksLeadTo) {
+    const test::TestMachine mac;
+    mac.write(u"/System/Library/x"_s, "");
+    mac.write(u"/Library/Apple/y"_s, "");
+    mac.write(u"/Library/Applesauce/y"_s, "");
+    mac.link(u"/Library/Caches/z"_s, u"/System/Library/x"_s);
+    const std::pair<QString, ProtectionClass> cases[]{
+        {u"/System"_s, ProtectionClass::systemProtected},
+        {u"/SYSTEM/library/q"_s, ProtectionClass::systemProtected},
+        {u"/Library/Apple/y"_s, ProtectionClass::systemProtected},
+        {u"/Library/Caches/../Apple/y"_s, ProtectionClass::systemProtected},
+        {u"/Library/Caches/z"_s, ProtectionClass::systemProtected},
+        {u"/Library/Applesauce/y"_s, ProtectionClass::ordinary},
+        {u"/Systematic"_s, ProtectionClass::ordinary},
+        {u"/Applications/A.app"_s, ProtectionClass::applications},
+        {u"/Applications"_s, ProtectionClass::applications},
+        {u"/Applications.old/A.app"_s, ProtectionClass::ordinary},
+    };
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(protectionClass(mac.files, path), expected) << path.toStdString();
+}
+
+} // namespace
+} // namespace tessellar
