@@ -13,6 +13,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <sys/resource.h>
+
 #include <cstdio>
 
 namespace tessellar {
@@ -28,6 +30,17 @@ struct Arguments {
 };
 
 std::string text(const QString& value) { return value.toStdString(); }
+
+/// In KiB.
+qint64 mostResident() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+#ifdef Q_OS_MACOS
+    return usage.ru_maxrss / 1024; // bytes there
+#else
+    return usage.ru_maxrss;
+#endif
+}
 
 /// Nothing when the program is to end with `status`.
 std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
@@ -134,6 +147,7 @@ int run(int argc, char** argv) {
         });
         window.whenComplete([&] {
             std::printf("first whole frame %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
+            std::printf("most resident %lld KiB\n", static_cast<long long>(mostResident()));
             std::fflush(stdout);
             application.exit();
         });

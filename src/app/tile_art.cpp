@@ -148,9 +148,9 @@ QImage folderArt(const QList<QImage>& contents, int side) {
     paintPlate(painter, body, glass);
 
     constexpr int columns = 3;
-    const double margin = body.width() * 0.11;
+    const double margin = body.width() * 0.075;
     const double pitch = (body.width() - 2 * margin) / columns;
-    const int small = std::max(4, static_cast<int>(pitch * 0.88));
+    const int small = std::max(4, static_cast<int>(pitch * 0.98));
     for (int i = 0; i < std::min<qsizetype>(columns * columns, contents.size()); ++i) {
         const double gap = (pitch - small) / 2;
         const QPoint corner(qRound(body.x() + margin + i % columns * pitch + gap),

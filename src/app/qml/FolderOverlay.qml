@@ -32,6 +32,7 @@ Item {
     // Takes what is meant for the grid below.
     MouseArea {
         anchors.fill: parent
+        hoverEnabled: true
         onClicked: overlay.launcher.closeFolder()
         onWheel: wheel => wheel.accepted = true
     }
@@ -59,7 +60,7 @@ Item {
         Rectangle {
             anchors.fill: parent
             radius: 30
-            color: "#d92b2f40"
+            color: "#f52c3044"
             border.color: "#30ffffff"
         }
 

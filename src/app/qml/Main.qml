@@ -19,7 +19,7 @@ FocusScope {
         id: stage
 
         anchors.fill: parent
-        opacity: root.launcher.isReady ? 1 - 0.75 * folder.progress : 0
+        opacity: root.launcher.isReady ? 1 - 0.68 * folder.progress : 0
         visible: opacity > 0
 
         // A click beside the tiles closes the launcher, as it does on the Mac.
