@@ -1,4 +1,5 @@
-// The least that a window of Qt Quick costs: one rectangle, drawn once. The floor of the launcher's start.
+// The least that a window of Qt Quick costs: one rectangle, drawn once. The floor of the launcher's
+// start.
 
 #include <QGuiApplication>
 #include <QQmlComponent>

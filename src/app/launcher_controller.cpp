@@ -30,6 +30,7 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
 void LauncherController::onChange(LauncherChange change) {
     switch (change) {
     case LauncherChange::layout:
+    case LauncherChange::smartFolders:
         return showLayout();
     case LauncherChange::navigation:
         return showNavigation();
@@ -51,17 +52,17 @@ void LauncherController::onChange(LauncherChange change) {
     case LauncherChange::launched:
         Q_EMIT closeRequested();
         return;
-    case LauncherChange::history: // nothing of it is shown
-        return;
     case LauncherChange::bootstrapped:
         Q_EMIT readyChanged();
+        return;
+    default: // nothing of it is shown
         return;
     }
 }
 
 void LauncherController::fill(GridModel& model, const ShownPages& pages) {
     model.setPages(pages, _viewModel.unavailableAppKeys(),
-                   [this](const QUuid& id) { return _viewModel.smartFolderName(id); });
+                   [this](const QUuid& id) { return _viewModel.smartFolders().name(id); });
 }
 
 void LauncherController::showLayout() {

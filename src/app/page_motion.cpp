@@ -8,7 +8,7 @@ namespace tessellar {
 namespace {
 constexpr double stiffness = 13;      ///< a second: a page turn takes about 0.4 of one
 constexpr double drift = 0.15;        ///< seconds of its speed that a strip let go would go on for
-constexpr double restDistance = 5e-4; ///< half a pixel of a page of 1,000
+constexpr double restDistance = 1e-3; ///< a pixel of a page of 1,000
 } // namespace
 
 void PageMotion::setCount(int count) {
