@@ -1,0 +1,349 @@
+#include "discovery/launchpad_import.h"
+
+#include "discovery/launchpad_snapshot.h"
+#include "sample/launchpad_database.h"
+#include "support/items.h"
+#include "support/printers.h"
+#include "support/test_machine.h"
+
+#include <gmock/gmock.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <thread>
+
+namespace tessellar::test {
+
+using namespace Qt::Literals::StringLiterals;
+using Code = LaunchpadImportError::Code;
+using sample::OldFolder;
+using sample::OldItem;
+using sample::OldTile;
+
+namespace {
+
+const QString userFolder = u"/private/var/folders/zz/0/"_s;
+const QString primary = userFolder + u"com.apple.dock.launchpad/db/db"_s;
+const QString dockFolder = u"/Users/ada/Library/Application Support/Dock"_s;
+
+OldItem tile(const QString& name) { return OldTile{name, u"org.example."_s + name.toLower()}; }
+
+class LaunchpadImportTest : public testing::Test {
+protected:
+    LaunchpadImportTest() {
+        machine.tool(u"/usr/bin/getconf"_s, exited(0, userFolder.toUtf8() + '\n'));
+    }
+
+    NativeLaunchpadImporter importer(LaunchpadReadLimits limits = {}) {
+        auto context = LaunchpadImportContext::of(machine.machine, installed);
+        context.temporaryFolder = temporary.path();
+        context.limits = limits;
+        return NativeLaunchpadImporter(std::move(context));
+    }
+    NativeLaunchpadImportResult import(const std::optional<QString>& path = {}) {
+        auto result = importer().run(path);
+        EXPECT_TRUE(result) << (result ? "" : result.error().detail.toStdString());
+        return result.value_or(NativeLaunchpadImportResult());
+    }
+    LaunchpadImportError failure(const std::optional<QString>& path = {}) {
+        auto result = importer().run(path);
+        EXPECT_FALSE(result);
+        return result ? LaunchpadImportError() : result.error();
+    }
+    void add(const sample::OldLaunchpad& launchpad, const QString& path = primary) {
+        sample::addOldLaunchpad(mac, launchpad, path);
+        ASSERT_EQ(mac.failure(), std::nullopt);
+    }
+    void sql(const char* statements, const QString& path = primary) {
+        machine.makeFolder(FileSystem::parent(path));
+        sqlite3* database = nullptr;
+        sqlite3_open(machine.hostPath(path).toUtf8().constData(), &database);
+        EXPECT_EQ(sqlite3_exec(database, statements, nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(database);
+        sqlite3_close(database);
+    }
+
+    TestMachine machine;
+    QTemporaryDir temporary;
+    sample::MacBuilder mac{machine.root.path()};
+    QList<AppEntry> installed{app(u"A"_s), app(u"B"_s), app(u"C"_s), app(u"D"_s), app(u"E"_s)};
+};
+
+constexpr auto bareTables =
+    "CREATE TABLE apps (item_id INTEGER, title, bundleid, storeid);"
+    "CREATE TABLE groups (item_id INTEGER, title);"
+    "CREATE TABLE items (rowid INTEGER, uuid, flags, type, parent_id, ordering);";
+
+TEST_F(LaunchpadImportTest, KeepsPagesFoldersAndTheirPagesAndLeavesTheOriginalAlone) {
+    const sample::OldLaunchpad old{
+        .pages = {{tile(u"C"_s), OldFolder{u" Work "_s,
+                                           {{OldTile{u"A"_s, u"org.example.a"_s}},
+                                            {OldTile{u"Gone"_s, u"org.example.gone"_s},
+                                             OldTile{u"b"_s, u"former.identifier"_s}}}}},
+                  {OldFolder{u""_s, {{OldTile{u"D"_s, u"org.example.d"_s}}}}, tile(u"E"_s)},
+                  {tile(u"Lost"_s), OldFolder{u"All gone"_s, {{OldTile{u"X"_s, u"x"_s}}}}}}};
+    for (const bool inUse : {true, false}) {
+        for (const bool olderForm : {true, false}) {
+            auto variant = old;
+            variant.inUse = inUse;
+            variant.olderForm = olderForm;
+            add(variant);
+            const QStringList before = machine.names(FileSystem::parent(primary));
+            const QByteArray bytes = machine.read(primary) + machine.read(primary + u"-wal"_s);
+            ASSERT_EQ(before.contains(u"db-wal"_s), inUse);
+
+            const auto result = import();
+            EXPECT_EQ(sketch(result.pages), u"C [Work: A|B]|[Folder: D] E"_s);
+            EXPECT_EQ(result.skippedApps, (QStringList{u"Gone"_s, u"Lost"_s, u"X"_s}));
+            EXPECT_EQ(result.metadata.sourceDatabasePath, primary);
+            EXPECT_EQ(result.metadata.importedAt, machine.time.now());
+            EXPECT_EQ(result.metadata.appCount, 5);
+            EXPECT_EQ(result.metadata.folderCount, 2);
+            EXPECT_EQ(result.metadata.unresolvedAppCount, 3);
+            EXPECT_EQ(result.metadata.schemaUserVersion, 1);
+            EXPECT_EQ(result.otherItemCount, olderForm ? 2 : 1);
+            EXPECT_EQ(machine.names(FileSystem::parent(primary)), before);
+            EXPECT_EQ(machine.read(primary) + machine.read(primary + u"-wal"_s), bytes);
+            EXPECT_TRUE(QDir(temporary.path()).isEmpty());
+        }
+    }
+}
+
+TEST_F(LaunchpadImportTest, FindsTheDatabaseWhereTheSystemHasIt) {
+    EXPECT_EQ(failure().code, Code::databaseNotFound);
+    const auto old = [](const QString& name) { return sample::OldLaunchpad{.pages = {{tile(name)}}}; };
+    const auto settle = [&](const QString& path, int seconds) {
+        const auto time = std::filesystem::file_time_type::clock::now() + std::chrono::seconds(seconds);
+        for (const QString& suffix : {u""_s, u"-wal"_s})
+            if (machine.exists(path + suffix))
+                std::filesystem::last_write_time(machine.hostPath(path + suffix).toStdString(), time);
+    };
+    const QString older = dockFolder + u"/1.db"_s;
+    const QString newer = dockFolder + u"/2.DB"_s;
+    const QString other = dockFolder + u"/3.db"_s;
+    add(old(u"A"_s), older);
+    add(old(u"B"_s), newer);
+    sql("CREATE TABLE thumbnails (x)", other);
+    machine.write(dockFolder + u"/4.db"_s, "not a database, but the newest");
+    settle(older, -30);
+    settle(newer, -20);
+    settle(other, -10);
+    EXPECT_EQ(sketch(import().pages), u"B"_s);
+    EXPECT_EQ(sketch(import(older).pages), u"A"_s);
+
+    add(old(u"C"_s));
+    EXPECT_EQ(sketch(import().pages), u"C"_s);
+    for (const auto& answer : {exited(1, "/x\n"), exited(0, " \n"), exited(0, "relative\n")}) {
+        machine.commands.answer("/usr/bin/getconf", answer);
+        EXPECT_EQ(failure().code, Code::cannotResolveDarwinUserDirectory);
+    }
+}
+
+TEST_F(LaunchpadImportTest, RefusesWhatIsNoLaunchpadDatabase) {
+    const QString path = u"/bad/db"_s;
+    const auto file = [&](const QByteArray& bytes) { machine.write(path, bytes); };
+    add({.pages = {{tile(u"A"_s)}}, .inUse = false});
+    const QByteArray whole = machine.read(primary);
+    QByteArray declaresTwoGigabytes = whole;
+    declaresTwoGigabytes.replace(28, 4, QByteArray::fromHex("0007a120"));
+    const struct {
+        const char* what;
+        std::function<void()> make;
+        Code code;
+        QString detail;
+    } cases[] = {
+        {"nothing", [] {}, Code::unableToOpenDatabase, {}},
+        {"empty", [&] { file({}); }, Code::unsupportedSchema, u"Missing required table: apps"_s},
+        {"garbage", [&] { file(QByteArray(20'000, 'x')); }, Code::unableToOpenDatabase, {}},
+        {"truncated", [&] { file(whole.first(4'500)); }, Code::unableToOpenDatabase, u"malformed"_s},
+        {"pages missing", [&] { file(whole.first(16'384)); }, Code::unableToOpenDatabase,
+         u"malformed"_s},
+        {"declared size", [&] { file(declaresTwoGigabytes); }, Code::unableToOpenDatabase,
+         u"malformed"_s},
+        {"pipe",
+         [&] {
+             machine.makeFolder(u"/bad"_s);
+             ::mkfifo(machine.hostPath(path).toUtf8().constData(), 0600);
+         },
+         Code::unableToOpenDatabase, u"not a regular file"_s},
+        {"link", [&] { machine.link(path, primary); }, Code::unableToOpenDatabase,
+         u"not a regular file"_s},
+        {"folder", [&] { machine.makeFolder(path); }, Code::unableToOpenDatabase,
+         u"not a regular file"_s},
+        {"log is a pipe",
+         [&] {
+             file(whole);
+             ::mkfifo(machine.hostPath(path + u"-wal"_s).toUtf8().constData(), 0600);
+         },
+         Code::unableToOpenDatabase, u"not a regular file"_s},
+        {"huge",
+         [&] {
+             file(whole);
+             QFile::resize(machine.hostPath(path), qint64(2) << 30);
+         },
+         Code::unableToOpenDatabase, u"large"_s},
+        {"no groups",
+         [&] {
+             sql("CREATE TABLE apps (item_id, title, bundleid, storeid);"
+                 "CREATE TABLE items (rowid, uuid, flags, type, parent_id, ordering)",
+                 path);
+         },
+         Code::unsupportedSchema, u"Missing required table: groups"_s},
+        {"columns",
+         [&] {
+             sql(bareTables, path);
+             sql("ALTER TABLE items DROP COLUMN ordering;"
+                 "ALTER TABLE items DROP COLUMN flags",
+                 path);
+         },
+         Code::unsupportedSchema, u"items is missing columns: flags, ordering"_s},
+        {"a view",
+         [&] {
+             sql(bareTables, path);
+             sql("ALTER TABLE items RENAME TO real; CREATE VIEW items AS WITH RECURSIVE n(i) AS "
+                 "(SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i AS rowid, 'x' AS uuid, 0 AS "
+                 "flags, 4 AS type, 1 AS parent_id, 0 AS ordering FROM n",
+                 path);
+         },
+         Code::unsupportedSchema, u"Missing required table: items"_s},
+        {"a virtual table",
+         [&] {
+             sql("CREATE TABLE apps (item_id, title, bundleid, storeid);"
+                 "CREATE TABLE groups (item_id, title);"
+                 "CREATE VIRTUAL TABLE items USING fts5("
+                 "uuid, flags, type, parent_id, ordering)",
+                 path);
+         },
+         Code::unsupportedSchema, u"Missing required table: items"_s},
+        {"columns that compute",
+         [&] {
+             sql("CREATE TABLE apps (item_id, title, bundleid, storeid);"
+                 "CREATE TABLE groups (item_id, title AS (hex(zeroblob(100000000))));"
+                 "CREATE TABLE items (rowid, uuid, flags, type, parent_id, ordering);"
+                 "INSERT INTO groups VALUES (1)",
+                 path);
+         },
+         Code::unsupportedSchema, u"groups is missing columns: title"_s},
+        {"no rows", [&] { sql(bareTables, path); }, Code::importConversionFailed, {}},
+        {"nothing installed",
+         [&] {
+             add({.pages = {{tile(u"Lost"_s), OldFolder{u"F"_s, {{}}}}}}, path);
+         },
+         Code::importConversionFailed,
+         {}},
+    };
+    for (const auto& [what, make, code, detail] : cases) {
+        SCOPED_TRACE(what);
+        if (machine.exists(u"/bad"_s))
+            machine.remove(u"/bad"_s);
+        make();
+        const LaunchpadImportError error = failure(path);
+        EXPECT_EQ(error.code, code);
+        EXPECT_TRUE(error.detail.contains(detail)) << error.detail.toStdString();
+        EXPECT_TRUE(QDir(temporary.path()).isEmpty());
+    }
+}
+
+TEST_F(LaunchpadImportTest, TakesValuesOfOtherTypesForNone) {
+    sql(bareTables);
+    sql("INSERT INTO apps VALUES (10, x'00ff', 'org.example.a', 5), (11, 7, NULL, NULL), ('x', 'B', "
+        "'b', NULL),"
+        "  (12, printf('%.*c', 5000, 'x'), 'org.example.c', NULL), (99, 'Without an item', 'q', NULL);"
+        "INSERT INTO items VALUES (1, 'ROOTPAGE', 0, 1, 0, 0), (2, 'P', 0, 3, 1, 'last'),"
+        "  (10, 'a', 0, 4, 2, 0), (11, NULL, 0, 4, 2, 0), (12, 'c', 0, 4, 2, NULL), (13, 'd', 0, 4, 2, "
+        "1),"
+        "  (14, 'e', 0, '4', 2, 1), (15, 'f', 0, 4, NULL, 1);");
+    const auto result = import();
+    EXPECT_EQ(sketch(result.pages), u"A C"_s);
+    EXPECT_EQ(result.skippedApps, (QStringList{u"Item 11"_s, u"Item 13"_s}));
+}
+
+TEST_F(LaunchpadImportTest, EndsInTimeWhateverTheSize) {
+    add({.pages = {{tile(u"A"_s), tile(u"B"_s)}}});
+    EXPECT_EQ(importer({.rows = 1}).run().error(),
+              (LaunchpadImportError{Code::queryFailed, u"There are too many rows."_s}));
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(importer().run({}, stop.get_token()).error().code, Code::cancelled);
+    sql("INSERT INTO apps(item_id) WITH RECURSIVE n(i) AS (SELECT 1000 UNION ALL SELECT i + 1 FROM n "
+        "WHERE "
+        "i < 100000) SELECT i FROM n");
+    const auto outOfTime = importer({.time = std::chrono::milliseconds(0)}).run();
+    ASSERT_FALSE(outOfTime);
+    EXPECT_EQ(outOfTime.error().detail, u"interrupted"_s);
+}
+
+/// Every transaction gives all items one ordering; a copy that mixes moments shows several.
+TEST_F(LaunchpadImportTest, ReadsOneMomentOfADatabaseThatIsBeingWritten) {
+    for (const bool withLog : {true, false}) {
+        const QString path = withLog ? u"/live/log"_s : u"/live/journal"_s;
+        sql(bareTables, path);
+        if (withLog)
+            sql("PRAGMA journal_mode = WAL", path);
+        // Padded, so that an item takes a page of its own or nearly so.
+        sql("INSERT INTO items WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i "
+            "< 200) "
+            "SELECT i, printf('%.*c', 3000, 'x'), 0, 4, 1, 0 FROM n",
+            path);
+        std::atomic<int> written = 0;
+        std::jthread writer([&](const std::stop_token& stop) {
+            sqlite3* database = nullptr;
+            sqlite3_open(machine.hostPath(path).toUtf8().constData(), &database);
+            sqlite3_exec(database, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
+            while (!stop.stop_requested())
+                if (sqlite3_exec(database, "UPDATE items SET ordering = ordering + 1", nullptr, nullptr,
+                                 nullptr) == SQLITE_OK)
+                    ++written;
+            sqlite3_close(database);
+        });
+        while (written == 0)
+            std::this_thread::yield();
+        int read = 0;
+        for (int i = 0; i < 20; ++i) {
+            const auto snapshot = LaunchpadSnapshot::take(machine.files, path, temporary.path());
+            if (!snapshot) {
+                EXPECT_FALSE(withLog) << snapshot.error().detail.toStdString();
+                continue;
+            }
+            const auto rows = readLaunchpadRows(snapshot->hostPath());
+            ASSERT_TRUE(rows) << rows.error().detail.toStdString();
+            ASSERT_EQ(rows->items.size(), 200);
+            for (const auto& item : rows->items)
+                ASSERT_EQ(item.ordering, rows->items.first().ordering) << "of " << written;
+            ++read;
+        }
+        writer.request_stop();
+        writer.join();
+        EXPECT_TRUE(!withLog || read == 20);
+        RecordProperty(withLog ? "with_log" : "with_journal", read);
+    }
+}
+
+TEST_F(LaunchpadImportTest, WritesItsRecordAndSaysWhatItDid) {
+    LegacyLaunchpadImportMetadata metadata{.sourceDatabasePath = u"/db"_s,
+                                           .importedAt = machine.time.now(),
+                                           .appCount = 3,
+                                           .folderCount = 1,
+                                           .itemCount = 12,
+                                           .schemaUserVersion = 1};
+    EXPECT_EQ(LaunchpadImportTexts::report(metadata),
+              u"Found 3 apps, 1 folders, and 12 layout items."_s);
+    metadata.unresolvedAppCount = 2;
+    metadata.backupPath = u"/backup.json"_s;
+    EXPECT_EQ(LaunchpadImportTexts::report(metadata),
+              u"Found 3 apps, 1 folders, and 12 layout items.\n"
+              u"2 apps were skipped because they could not be resolved to installed apps.\n"
+              u"A backup of the previous Tessellar layout was saved."_s);
+    const QString folder = machine.machine.places.applicationFolder();
+    ASSERT_TRUE(writeImportMetadata(machine.files, folder, metadata));
+    const auto read = json::decodeDocument<LegacyLaunchpadImportMetadata>(
+        machine.read(folder + u"/legacy-launchpad-import.json"_s));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(*read, metadata);
+    EXPECT_TRUE(machine.read(folder + u"/legacy-launchpad-import.json"_s)
+                    .contains(R"("importedAt": "2026-11-14T21:05:40Z")"));
+}
+
+} // namespace
+} // namespace tessellar::test
