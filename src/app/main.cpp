@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFont>
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -31,14 +32,20 @@ struct Arguments {
 
 std::string text(const QString& value) { return value.toStdString(); }
 
-/// In KiB.
+/// In KiB. Linux counts in getrusage what the process was before it became this program; its own figure
+/// is in /proc.
 qint64 mostResident() {
+#ifdef Q_OS_LINUX
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly))
+        for (const QByteArray& line : status.readAll().split('\n'))
+            if (line.startsWith("VmHWM:"))
+                return line.mid(6).simplified().split(' ').first().toLongLong();
+    return 0;
+#else
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-#ifdef Q_OS_MACOS
-    return usage.ru_maxrss / 1024; // bytes there
-#else
-    return usage.ru_maxrss;
+    return usage.ru_maxrss / 1024; // bytes on a Mac
 #endif
 }
 
