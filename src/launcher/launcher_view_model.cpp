@@ -75,10 +75,11 @@ void LauncherViewModel::finishStartUp() {
             if (const auto saved = saveNow(QStringLiteral("Could not save the layout")); !saved)
                 alert(saved.error());
     });
-    _smartFolders.setApps(lastScannedApps());
     _isBootstrapped = true;
     changed(LauncherChange::bootstrapped);
     changed(LauncherChange::layout);
+    // After the above: the workers are to decode the icons that are seen before they gather facts.
+    _smartFolders.setApps(lastScannedApps());
 }
 
 LauncherViewModel::Outcome LauncherViewModel::quit() {
