@@ -285,17 +285,18 @@ TEST_F(SmartFolderFactsCatalogs, ToolsThatFailLeaveAFactMissing) {
 
 TEST_F(SmartFolderFactsCatalogs, RunsRealToolsInsideTheRoot) {
     ProcessRunner commands;
-    Machine real{machine.files,
-                 machine.machine.places,
-                 machine.time,
-                 machine.time,
-                 machine.workers,
-                 commands,
-                 machine.settings,
-                 machine.uuids,
-                 machine.log,
-                 machine.locale,
-                 machine.machine.environment};
+    Machine real{.files = machine.files,
+                 .places = machine.machine.places,
+                 .clock = machine.time,
+                 .scheduler = machine.time,
+                 .workers = machine.workers,
+                 .commands = commands,
+                 .http = machine.http,
+                 .settings = machine.settings,
+                 .uuids = machine.uuids,
+                 .log = machine.log,
+                 .locale = machine.locale,
+                 .environment = machine.machine.environment};
     SmartFolderFactsCatalog realCatalog(real);
     const auto factsNow = [&](const QList<AppEntry>& apps) {
         SmartFolderFactsList result;
