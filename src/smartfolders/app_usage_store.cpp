@@ -58,12 +58,12 @@ void AppUsageStore::setAside() {
     _isBlocked = !_files.move(_path, FileSystem::joined(_directory, name));
 }
 
-AppUsage* AppUsageStore::record(const QString& appKey) {
+AppUsage* AppUsageStore::record(const QString& appKey, Instant now) {
     if (appKey.size() > maximumKeyLength)
         return nullptr;
     auto found = _records.find(appKey);
     if (found == _records.end()) {
-        found = _records.insert(appKey, AppUsage{.firstSeen = _clock.now()});
+        found = _records.insert(appKey, AppUsage{.firstSeen = now});
         _isChanged = true;
     }
     return &*found;
@@ -71,16 +71,18 @@ AppUsage* AppUsageStore::record(const QString& appKey) {
 
 bool AppUsageStore::recordSeen(const QStringList& appKeys) {
     const qsizetype before = _records.size();
+    const Instant now = _clock.now(); // one for all: what was seen together sorts by name
     for (const QString& key : appKeys)
-        record(key);
+        record(key, now);
     const bool isNew = _records.size() > before;
     makeRoom();
     return isNew;
 }
 
 void AppUsageStore::recordLaunch(const QString& appKey) {
-    if (AppUsage* usage = record(appKey)) {
-        usage->lastUsed = _clock.now();
+    const Instant now = _clock.now();
+    if (AppUsage* usage = record(appKey, now)) {
+        usage->lastUsed = now;
         if (usage->count < std::numeric_limits<qint64>::max())
             ++usage->count;
         _isChanged = true;

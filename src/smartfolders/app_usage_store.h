@@ -47,7 +47,7 @@ public:
 
 private:
     void setAside();
-    AppUsage* record(const QString& appKey);
+    AppUsage* record(const QString& appKey, Instant now);
     void makeRoom();
 
     const FileSystem& _files;
