@@ -177,7 +177,11 @@ void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,
         moveBack(direction, std::move(entry), moved, Result::trashFailed, done);
         return;
     }
-    if (!apply(direction == Direction::undo ? entry.before : entry.after)) {
+    // Definitions are the step's only where it changed them: they may come from a registry that was
+    // recovered since, of which this state knows nothing.
+    const bool withDefinitions =
+        entry.before.smartFolderDefinitions != entry.after.smartFolderDefinitions;
+    if (!apply(direction == Direction::undo ? entry.before : entry.after, withDefinitions)) {
         moveBack(direction, std::move(entry), moved, Result::notApplied, done);
         return;
     }
@@ -220,12 +224,13 @@ void LayoutUndoHistory::finish(Direction direction, LayoutUndoEntry entry, Resul
         done(result);
 }
 
-bool LayoutUndoHistory::apply(const LayoutUndoState& state) {
+bool LayoutUndoHistory::apply(const LayoutUndoState& state, bool withDefinitions) {
     const LayoutUndoState present = _actions.snapshot();
     // A part that is as it should be is not written: a layout step can be undone while the smart
     // folders cannot be saved.
     const bool changesLayout = !hasDocuments(present, state);
-    const bool changesDefinitions = present.smartFolderDefinitions != state.smartFolderDefinitions;
+    const bool changesDefinitions =
+        withDefinitions && present.smartFolderDefinitions != state.smartFolderDefinitions;
     const bool layoutApplied = !changesLayout || _actions.applyLayout(state);
     const bool definitionsApplied =
         layoutApplied &&

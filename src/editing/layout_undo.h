@@ -157,7 +157,7 @@ private:
                   const Done& done);
     void moveApps(bool intoTrash, const QList<TrashedAppRecord>& records,
                   std::function<void(QList<TrashOutcome>)> then);
-    bool apply(const LayoutUndoState& state);
+    bool apply(const LayoutUndoState& state, bool withDefinitions);
     void push(LayoutUndoEntry entry);
     void showNotice(Direction direction, const QString& name);
     void showReflow(UndoRedoReflow reflow);
