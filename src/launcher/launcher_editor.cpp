@@ -130,18 +130,24 @@ LauncherEditor::Outcome LauncherEditor::sortEverything() {
 LauncherEditor::Outcome
 LauncherEditor::editWithDefinitions(EditKind kind, qsizetype count,
                                     const QList<SmartFolderDefinition>& definitions,
-                                    const Change& change) {
+                                    const Change& change, const Change& changeOfOther) {
     if (auto guard = _launcher.editGuard(); !guard)
         return guard;
     LayoutUndoState before = snapshot();
     auto changedLayout = change(before.document);
     if (!changedLayout)
         return std::unexpected(launcherError(changedLayout.error()));
-    // Before the layout: a definition without a tile loses nothing, a tile without its definition does.
+    auto changedOther = changeOfOther ? changeOfOther(_launcher.otherDocument()) : EditResult();
+    if (!changedOther)
+        return std::unexpected(launcherError(changedOther.error()));
+    // Before the layouts, of which nothing changes when this is refused: a definition without a tile
+    // loses nothing, a tile without its definition does.
     if (auto saved = _launcher.smartFolders().setDefinitions(definitions); !saved)
         return saved;
     if (*changedLayout != before.document)
         _launcher.replaceDocument(*std::move(changedLayout));
+    if (changeOfOther)
+        _launcher.replaceOtherDocument(*std::move(changedOther));
     record(kind, count, std::move(before));
     return {};
 }
@@ -181,11 +187,10 @@ LauncherEditor::Outcome LauncherEditor::deleteSmartFolder(const QUuid& definitio
     QList<SmartFolderDefinition> definitions = _launcher.smartFolders().definitions();
     if (!definitions.removeIf([&](const SmartFolderDefinition& d) { return d.id == definitionID; }))
         return std::unexpected(noSuchSmartFolder());
-    return editWithDefinitions(
-        EditKind::deleteSmartFolder, 1, definitions, [&](const LayoutDocument& layout) -> EditResult {
-            _launcher.replaceOtherDocument(removeSmartFolder(_launcher.otherDocument(), definitionID));
-            return removeSmartFolder(layout, definitionID);
-        });
+    const auto removeTiles = [&](const LayoutDocument& layout) -> EditResult {
+        return removeSmartFolder(layout, definitionID);
+    };
+    return editWithDefinitions(EditKind::deleteSmartFolder, 1, definitions, removeTiles, removeTiles);
 }
 
 // ---- clipboard

@@ -89,7 +89,8 @@ private:
     bool writeClipboard(const QList<QUuid>& tiles, TileClipboardPayload::Operation operation);
     /// The step for edits that change definitions too: saved first, put back when the rest is refused.
     Outcome editWithDefinitions(EditKind kind, qsizetype count,
-                                const QList<SmartFolderDefinition>& definitions, const Change& change);
+                                const QList<SmartFolderDefinition>& definitions, const Change& change,
+                                const Change& changeOfOther = {}); ///< of the mode that is not shown
 
     LauncherViewModel& _launcher;
     TileClipboard _clipboard;
