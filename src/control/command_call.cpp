@@ -25,13 +25,13 @@ void CommandCall::answer(const LauncherViewModel::Outcome& outcome, const QStrin
         fail(outcome.error());
 }
 
-void CommandCall::fail(const LauncherError& error) {
+void CommandCall::fail(const LauncherError& error, ExitStatus status) {
     if (options.json)
         write(QJsonObject{
             {QStringLiteral("error"), QJsonObject{{QStringLiteral("code"), error.code},
                                                   {QStringLiteral("message"), error.message}}}});
     _output.error(error.message.toUtf8() + '\n');
-    finish(ExitStatus::refused);
+    finish(status);
 }
 
 void CommandCall::finish(ExitStatus status) {

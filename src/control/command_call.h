@@ -51,7 +51,7 @@ public:
     void print(const QJsonValue& json, const QString& text);
     /// Ends the command: with --json one document, else the text.
     void succeed(const QJsonValue& json, const QString& text);
-    void fail(const LauncherError& error);
+    void fail(const LauncherError& error, ExitStatus status = ExitStatus::refused);
     /// Ends the command with what an operation came to.
     void answer(const LauncherViewModel::Outcome& outcome, const QString& text = {});
     /// Ends the command after what it printed.

@@ -18,6 +18,10 @@ Word optionalWord(CLI::App* command, const std::string& name, const std::string&
     return value;
 }
 
+void refuseUsage(const Call& call, const QString& message) {
+    call->fail({QStringLiteral("wrongUsage"), message, {}}, ExitStatus::wrongUsage);
+}
+
 /// A definition from a file of the host, in the form of the registry.
 std::optional<SmartFolderDefinition> definitionFrom(const Call& call, const Word& name) {
     QFile file(QDir(call->options.directory).absoluteFilePath(text(name)));
@@ -51,6 +55,10 @@ const SmartFolderDefinition* definitionOf(const Call& call, const Word& word) {
     }
     if (count == 1)
         return named;
+    if (const auto& failure = library.failure()) {
+        call->fail(*failure);
+        return nullptr;
+    }
     call->fail({QStringLiteral("noSuchSmartFolder"),
                 QStringLiteral("There is no Smart Folder “%1”.").arg(text(word).left(200)),
                 {}});
@@ -82,7 +90,7 @@ void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definit
     const QString localeName =
         localeWord->empty() ? call->options.locale.value_or(QString()) : text(localeWord);
     const Locale locale = localeName.isEmpty() ? call->machine.locale : Locale(localeName);
-    call->launcher().smartFolders().inspectEverything([call, definition, locale, now] {
+    const auto answer = [call, definition, locale, now] {
         const auto evaluation = call->launcher().smartFolders().evaluate(definition, locale, now);
         QStringList rules;
         for (const QUuid& id : evaluation.unknownRuleIDs)
@@ -98,7 +106,8 @@ void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definit
             QJsonObject{{QStringLiteral("matches"), QJsonArray::fromStringList(evaluation.appKeys())},
                         {QStringLiteral("unknownRuleIDs"), QJsonArray::fromStringList(rules)}},
             lines);
-    });
+    };
+    call->launcher().smartFolders().gatherFacts(inspectionsNeeded({definition}), answer);
 }
 
 QString factText(const QString& name, const QJsonValue& value) {
@@ -111,7 +120,7 @@ void addFacts(CommandSet& set) {
     set.onRun(
         facts, CommandNeeds::launcher,
         [key = optionalWord(facts, "appkey", "One application; without it all")](const Call& call) {
-            call->launcher().smartFolders().inspectEverything([call, key] {
+            const auto answer = [call, key] {
                 QJsonArray all;
                 for (const auto& record : call->launcher().smartFolders().facts())
                     if (key->empty() || appKey(record->entry) == text(key))
@@ -130,7 +139,9 @@ void addFacts(CommandSet& set) {
                                      .arg(it.key(), factText(it.key(), it.value()));
                 }
                 call->succeed(key->empty() ? QJsonValue(all) : all.first(), lines);
-            });
+            };
+            call->launcher().smartFolders().gatherFacts(
+                {SmartFolderInspection::architectures, SmartFolderInspection::signature}, answer);
         });
 }
 
@@ -168,6 +179,9 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
     set.onRun(add, CommandNeeds::launcher,
               [file = optionalWord(add, "file", "A definition in the form of the registry"),
                name = optionalWord(add, "--template", "The template's name")](const Call& call) {
+                  if (name->empty() == file->empty())
+                      return refuseUsage(call,
+                                         QStringLiteral("Name a file, or a template with --template."));
                   std::optional<SmartFolderDefinition> definition;
                   if (!name->empty()) {
                       const auto which = json::fromRawValue<SmartFolderTemplate>(text(name));
@@ -179,12 +193,8 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                       Machine& machine = call->machine;
                       definition = templateDefinition(*which, machine.uuids.next(), machine.clock.now(),
                                                       machine.uuids);
-                  } else if (!file->empty()) {
-                      definition = definitionFrom(call, file);
                   } else {
-                      return call->fail({QStringLiteral("wrongUsage"),
-                                         QStringLiteral("Name a file, or a template with --template."),
-                                         {}});
+                      definition = definitionFrom(call, file);
                   }
                   if (definition)
                       answerWithValidation(call, *definition, [&] {
@@ -220,9 +230,7 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
         [how = word(recover, "how", "restore: put it back for another try; replace: start anew")](
             const Call& call) {
             if (text(how) != u"restore" && text(how) != u"replace")
-                return call->fail({QStringLiteral("wrongUsage"),
-                                   QStringLiteral("recover takes restore or replace."),
-                                   {}});
+                return refuseUsage(call, QStringLiteral("recover takes restore or replace."));
             call->answer(call->launcher().smartFolders().recover(
                 text(how) == u"restore" ? SmartFolderRecovery::restore : SmartFolderRecovery::replace));
         });
@@ -235,6 +243,9 @@ void addEvaluate(CommandSet& set, CLI::App* group) {
                file = optionalWord(evaluate, "--definition", "A definition in a file instead"),
                now = optionalWord(evaluate, "--now", "The time, such as 2026-11-14T21:05:40Z"),
                locale = optionalWord(evaluate, "--locale", "Whose text and weeks")](const Call& call) {
+                  if (id->empty() == file->empty())
+                      return refuseUsage(
+                          call, QStringLiteral("Name a Smart Folder, or a file with --definition."));
                   if (!file->empty()) {
                       if (const auto definition = definitionFrom(call, file))
                           answerWithEvaluation(call, *definition, now, locale);

@@ -47,7 +47,7 @@ void LauncherViewModel::start() {
     inEachMode([&] { _loaded[static_cast<std::size_t>(mode())] = _store.load(); });
     _smartFolders.load();
     if (const auto& failure = _smartFolders.failure())
-        alert(*failure);
+        alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
     scan([this](std::optional<AppScanner::LibraryScan> scan) {
         _lastScan = std::move(scan).value_or(AppScanner::LibraryScan());
         finishStartUp();
@@ -222,6 +222,14 @@ void LauncherViewModel::settingsChanged() {
     tidyNavigation();
     changed(LauncherChange::settings);
     changed(LauncherChange::layout);
+}
+
+void LauncherViewModel::setLocale(const Locale& locale) {
+    if (locale.identifier() == _machine.locale.identifier())
+        return;
+    _machine.locale = locale;
+    _editor->invalidateSearch();
+    _smartFolders.localeChanged();
 }
 
 ShownPages LauncherViewModel::shownPages() const {

@@ -98,6 +98,9 @@ public:
     ArrangementLayout layoutSettings() const { return readLayoutSettings(_machine.settings, mode()); }
     /// To be called after a setting was changed.
     void settingsChanged();
+    /// The user speaks another language now, or lives elsewhere: what is compared and searched follows;
+    /// tiles stay where they are.
+    void setLocale(const Locale& locale);
 
     /// What a scan of this machine depends on; good for any thread.
     static ScanContext scanContext(const Machine& machine);

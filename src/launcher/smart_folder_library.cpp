@@ -4,6 +4,8 @@
 
 namespace tessellar {
 
+static const QString unavailableTitle = QStringLiteral("Smart Folders are unavailable");
+
 LauncherError launcherError(const SmartFolderStore::Error& error, const QString& title) {
     if (const auto* file = std::get_if<FileError>(&error))
         return launcherError(*file, title);
@@ -33,29 +35,28 @@ SmartFolderLibrary::SmartFolderLibrary(Machine& machine, QString directory, Chan
 
 void SmartFolderLibrary::load() {
     _usage.load();
-    const auto result = _store.load();
-    _failure.reset();
-    if (const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result))
-        _definitions = loaded->definitions;
-    else
-        _definitions.clear();
-    if (const auto* failed = std::get_if<SmartFolderStore::Failed>(&result)) {
-        _failure = launcherError(failed->error, QStringLiteral("Smart Folders are unavailable"));
+    accept(_store.load());
+    if (_failure)
         _machine.log.warning(_failure->message);
-    }
+}
+
+void SmartFolderLibrary::accept(const SmartFolderStore::LoadResult& result) {
+    const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result);
+    const auto* failed = std::get_if<SmartFolderStore::Failed>(&result);
+    _definitions = loaded ? loaded->definitions : QList<SmartFolderDefinition>();
+    _failure = failed ? std::optional(launcherError(failed->error, unavailableTitle)) : std::nullopt;
 }
 
 SmartFolderLibrary::Outcome SmartFolderLibrary::recover(SmartFolderRecovery how) {
-    const auto result = _store.recover(how);
-    if (const auto* failed = std::get_if<SmartFolderStore::Failed>(&result))
-        return std::unexpected(
-            launcherError(failed->error, QStringLiteral("Smart Folders are unavailable")));
-    _failure.reset();
-    const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result);
-    _definitions = loaded ? loaded->definitions : QList<SmartFolderDefinition>();
+    accept(_store.recover(how));
     _changed();
     startRound();
-    return {};
+    return _failure ? Outcome(std::unexpected(*_failure)) : Outcome();
+}
+
+QString SmartFolderLibrary::unavailableNotice() {
+    return QStringLiteral("The Smart Folder registry could not be read. Its original file was "
+                          "preserved, so no rules can be changed until the registry is repaired.");
 }
 
 const SmartFolderDefinition* SmartFolderLibrary::definition(const QUuid& id) const {
@@ -144,6 +145,11 @@ void SmartFolderLibrary::setRuntimeFacts(SmartFolderRuntimeFacts facts) {
     startRound();
 }
 
+void SmartFolderLibrary::localeChanged() {
+    _calendar = Calendar::system(_machine.locale);
+    startRound();
+}
+
 SmartFolderRuntimeFacts SmartFolderLibrary::runtimeFactsNow() const {
     SmartFolderRuntimeFacts facts = _runtime;
     _usage.fill(facts);
@@ -155,39 +161,43 @@ void SmartFolderLibrary::startRound() {
     _factsTask.cancel();
     _evaluationTask.cancel();
     scheduleNextDay();
-    if (_definitions.isEmpty() && !_inspectsEverything)
-        return finishRound({});
+    if (_definitions.isEmpty() && _settledCallbacks.empty())
+        return finishRound({}, nullptr);
     _isRoundRunning = true;
     _factsTask =
         _catalog.facts({.apps = _apps,
                         .runtime = runtimeFactsNow(),
-                        .inspections = _inspectsEverything ? QSet{SmartFolderInspection::architectures,
-                                                                  SmartFolderInspection::signature}
-                                                           : inspectionsNeeded(_definitions)},
+                        .inspections = inspectionsNeeded(_definitions) + _extraInspections},
                        [this](SmartFolderFactsList facts) { evaluateRound(std::move(facts)); });
 }
 
 void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
     _facts = facts;
     _evaluationTask = _machine.workers.run(
-        [definitions = _definitions, facts = std::move(facts), locale = _machine.locale,
-         calendar = _calendar, now = _machine.clock.now(),
-         &files = _machine.files](std::stop_token stop) {
+        // The worker has the index for itself; one that is still at work on an older round keeps it.
+        [definitions = _definitions, facts = std::move(facts), index = std::move(_index),
+         locale = _machine.locale, calendar = _calendar, now = _machine.clock.now(),
+         &files = _machine.files](std::stop_token stop) mutable {
             Evaluations evaluations;
-            const SmartFolderFactsIndex index(facts, locale, files);
-            for (const SmartFolderDefinition& definition : definitions) {
+            if (!index || !index->isGoodFor(facts, locale))
+                index = std::make_unique<SmartFolderFactsIndex>(std::move(facts), locale, files);
+            for (const SmartFolderDefinition& definition : std::as_const(definitions)) {
                 if (stop.stop_requested())
                     break;
                 evaluations.insert(definition.id,
-                                   SmartFolderEvaluator::evaluate(definition, index, now, calendar));
+                                   SmartFolderEvaluator::evaluate(definition, *index, now, calendar));
             }
-            return evaluations;
+            return std::pair(std::move(evaluations), std::move(index));
         },
-        [this](Evaluations evaluations) { finishRound(std::move(evaluations)); });
+        [this](std::pair<Evaluations, Index> result) {
+            finishRound(std::move(result.first), std::move(result.second));
+        });
 }
 
-void SmartFolderLibrary::finishRound(Evaluations evaluations) {
+void SmartFolderLibrary::finishRound(Evaluations evaluations, Index index) {
     _isRoundRunning = false;
+    _index = std::move(index);
+    _extraInspections.clear();
     if (evaluations != _evaluations) {
         _evaluations = std::move(evaluations);
         _changed();
@@ -202,22 +212,27 @@ void SmartFolderLibrary::scheduleNextDay() {
     if (!day || _definitions.isEmpty())
         return _nextDay.cancel();
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(day->end - now);
-    // A clock that was set, or a machine that slept, is noticed within the hour.
+    // A clock that was set, a machine that slept or came into another time zone is noticed within the
+    // hour.
     _nextDay = _machine.scheduler.after(std::clamp<std::chrono::milliseconds>(
                                             wait, std::chrono::milliseconds(1), std::chrono::hours(1)),
                                         [this, end = day->end, start = day->start] {
                                             const Instant later = _machine.clock.now();
-                                            if (later >= end || later < start)
+                                            const Calendar current = Calendar::system(_machine.locale);
+                                            if (current.timeZone() != _calendar.timeZone())
+                                                localeChanged();
+                                            else if (later >= end || later < start)
                                                 startRound();
                                             else
                                                 scheduleNextDay();
                                         });
 }
 
-void SmartFolderLibrary::inspectEverything(std::function<void()> done) {
-    if (!std::exchange(_inspectsEverything, true))
-        startRound();
-    whenSettled(std::move(done));
+void SmartFolderLibrary::gatherFacts(const QSet<SmartFolderInspection>& inspections,
+                                     std::function<void()> done) {
+    _extraInspections += inspections;
+    _settledCallbacks.push_back(std::move(done));
+    startRound();
 }
 
 void SmartFolderLibrary::whenSettled(std::function<void()> done) {

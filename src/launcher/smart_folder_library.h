@@ -41,6 +41,8 @@ public:
     bool isWritable() const { return !_store.isWriteBlocked(); }
     const std::optional<LauncherError>& failure() const { return _failure; }
     Outcome recover(SmartFolderRecovery how);
+    /// What is said, below the title of `failure`, while definitions cannot be changed.
+    static QString unavailableNotice();
 
     const QList<SmartFolderDefinition>& definitions() const { return _definitions; }
     const SmartFolderDefinition* definition(const QUuid& id) const;
@@ -62,8 +64,9 @@ public:
 
     /// The facts of the last round, in the order of the applications.
     const SmartFolderFactsList& facts() const { return _facts; }
-    /// Calls `done` with facts for which everything was inspected.
-    void inspectEverything(std::function<void()> done);
+    /// Calls `done` once the facts are those of now and these inspections have been made for them,
+    /// beside those that the definitions need.
+    void gatherFacts(const QSet<SmartFolderInspection>& inspections, std::function<void()> done);
     /// Calls `done` once no round is under way.
     void whenSettled(std::function<void()> done);
 
@@ -73,15 +76,19 @@ public:
     /// Changes what the launcher knows besides: update statuses, channels, custom icons.
     void setRuntimeFacts(SmartFolderRuntimeFacts facts);
     const SmartFolderRuntimeFacts& runtimeFacts() const { return _runtime; }
+    /// To be called after the machine's locale was changed.
+    void localeChanged();
 
     quint64 inspectionCount() const { return _catalog.inspectionCount(); }
 
 private:
     using Evaluations = QHash<QUuid, SmartFolderEvaluation>;
+    using Index = std::unique_ptr<SmartFolderFactsIndex>;
 
+    void accept(const SmartFolderStore::LoadResult& result);
     void startRound();
     void evaluateRound(SmartFolderFactsList facts);
-    void finishRound(Evaluations evaluations);
+    void finishRound(Evaluations evaluations, Index index);
     void scheduleNextDay();
     SmartFolderRuntimeFacts runtimeFactsNow() const;
 
@@ -97,7 +104,8 @@ private:
     SmartFolderRuntimeFacts _runtime;
     SmartFolderFactsList _facts;
     Evaluations _evaluations;
-    bool _inspectsEverything = false;
+    Index _index; ///< of the last round, ready for the next one if the facts are the same
+    QSet<SmartFolderInspection> _extraInspections;
     Task _factsTask;
     Task _evaluationTask;
     Timer _nextDay;

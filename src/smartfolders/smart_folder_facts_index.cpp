@@ -112,6 +112,13 @@ SmartFolderFactsIndex::SmartFolderFactsIndex(SmartFolderFactsList facts, const L
                                              const FileSystem& files)
     : _facts(std::move(facts)), _locale(locale), _files(files) {}
 
+bool SmartFolderFactsIndex::isGoodFor(const SmartFolderFactsList& facts, const Locale& locale) const {
+    return facts == _facts && locale.identifier() == _locale.identifier() &&
+           std::ranges::none_of(facts, [](const auto& record) {
+               return record->entry.source == AppSource::legacyImport;
+           });
+}
+
 template <typename Kind>
 auto SmartFolderFactsIndex::column(SmartFolderField<Kind> field) const -> const Column<Kind>& {
     auto& column = std::get<Columns<Kind>>(_columns)[field.index()];

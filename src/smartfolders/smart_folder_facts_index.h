@@ -17,6 +17,9 @@ public:
     SmartFolderFactsIndex(SmartFolderFactsList facts, const Locale& locale, const FileSystem& files);
 
     const SmartFolderFactsList& facts() const { return _facts; }
+    /// Whether it says of these records what a new index would. It does not where a fact is asked of
+    /// the disk.
+    bool isGoodFor(const SmartFolderFactsList& facts, const Locale& locale) const;
     const Locale& locale() const { return _locale; }
     /// White space off both ends, then case, diacritics and width folded.
     QString normalized(QStringView text) const { return _locale.folded(text.trimmed()); }

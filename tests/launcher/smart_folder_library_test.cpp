@@ -1,0 +1,260 @@
+#include "launcher/launcher_view_model.h"
+#include "sample/mac_builder.h"
+#include "support/items.h"
+#include "support/printers.h"
+#include "support/test_machine.h"
+
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+
+namespace tessellar {
+namespace {
+
+using namespace std::chrono_literals;
+using test::idOf;
+
+const QString directory = QStringLiteral("/Users/ada/Library/Application Support/com.tessellar.app");
+const QString registry = directory + QStringLiteral("/computed-folders.json");
+
+class SmartFolderLibraryTest : public testing::Test {
+protected:
+    test::TestMachine mac;
+    sample::MacBuilder builder{mac.root.path()};
+    std::unique_ptr<LauncherViewModel> launcher;
+    LauncherViewModel::Subscription subscription;
+    int announced = 0;
+
+    SmartFolderLibraryTest() {
+        mac.tool(u"/usr/bin/lipo"_qs, test::exited(0, "arm64\n"));
+        mac.tool(u"/usr/bin/codesign"_qs, test::exited(0, {}, "TeamIdentifier=ABCDE12345\n"));
+        mac.tool(u"/usr/bin/open"_qs, test::exited(0));
+        for (const QString& name : {u"Ash"_qs, u"Beech"_qs, u"Iris"_qs})
+            install(name);
+    }
+    QString install(const QString& name, const QString& version = u"1.0"_qs) {
+        return builder.addApplication({.name = name,
+                                       .identifier = QStringLiteral("org.example.") + name.toLower(),
+                                       .version = version});
+    }
+    void start() {
+        subscription.reset();
+        launcher.reset();
+        launcher = std::make_unique<LauncherViewModel>(mac.machine);
+        launcher->startAndWait();
+        subscription = launcher->subscribe([this](LauncherChange change) {
+            announced += change == LauncherChange::smartFolders ? 1 : 0;
+        });
+        mac.settle();
+    }
+    SmartFolderLibrary& library() { return launcher->smartFolders(); }
+    LauncherEditor& editor() { return launcher->editor(); }
+
+    SmartFolderDefinition definition(const QString& name, const SmartFolderRule& rule) {
+        SmartFolderDefinition result{.id = idOf(name), .name = name};
+        result.rules = {rule};
+        result.sort.field = "name";
+        return result;
+    }
+    SmartFolderRule nameBegins(const QString& text) {
+        return SmartFolderTextRule{mac.uuids.next(), "displayName", predicate::BeginsWith(text)};
+    }
+    SmartFolderRule usedToday() {
+        return SmartFolderDateRule{mac.uuids.next(), "lastUsedDate", predicate::IsToday()};
+    }
+    void add(const SmartFolderDefinition& definition) {
+        const auto added = editor().addSmartFolder(definition);
+        ASSERT_TRUE(added) << added.error().message.toStdString();
+        mac.settle();
+    }
+    /// The names that a folder shows, in order.
+    QString shown(const QString& name) {
+        QStringList names;
+        if (const SmartFolderEvaluation* evaluation = library().evaluation(idOf(name)))
+            for (const auto& facts : evaluation->matches)
+                names += facts->entry.name;
+        return names.join(u' ');
+    }
+    qsizetype tilesOf(const QString& name) {
+        qsizetype count = 0;
+        forEachItem(launcher->pages(), [&](const LaunchpadItem& item) {
+            count += item.smartFolder() && item.smartFolder()->definitionID == idOf(name);
+            return true;
+        });
+        return count;
+    }
+    qsizetype toolRuns() const {
+        return std::ranges::count_if(mac.commands.commands(), [](const Command& command) {
+            return command.executable != "/usr/bin/open";
+        });
+    }
+    QList<SmartFolderDefinition> stored() {
+        const auto value = json::parse(mac.read(registry));
+        return value ? json::decode<QList<SmartFolderDefinition>>((*value)[u"definitions"])
+                           .value_or(QList<SmartFolderDefinition>())
+                     : QList<SmartFolderDefinition>();
+    }
+};
+
+TEST_F(SmartFolderLibraryTest, ARoundFollowsAScanAndLooksIntoTheOneBundleThatChanged) {
+    start();
+    add(definition(u"A"_qs, nameBegins(u"a"_qs)));
+    EXPECT_EQ(shown(u"A"_qs), u"Ash");
+    EXPECT_EQ(toolRuns(), 0); // no rule asks for what a tool knows
+
+    const quint64 before = library().inspectionCount();
+    announced = 0;
+    launcher->rescan();
+    mac.settle();
+    EXPECT_EQ(library().inspectionCount(), before);
+    EXPECT_EQ(announced, 0); // the same as was shown
+
+    install(u"Alder"_qs);
+    launcher->rescan();
+    mac.settle();
+    EXPECT_EQ(shown(u"A"_qs), u"Alder Ash");
+    EXPECT_EQ(library().inspectionCount(), before + 1);
+    EXPECT_EQ(announced, 1);
+}
+
+TEST_F(SmartFolderLibraryTest, OnlyTheLastOfSeveralChangesCounts) {
+    start();
+    SmartFolderDefinition tree = definition(u"Tree"_qs, nameBegins(u"a"_qs));
+    add(tree);
+    announced = 0;
+    for (const QString& begin : {u"b"_qs, u"i"_qs, u"a"_qs, u"b"_qs}) {
+        tree.rules = {nameBegins(begin)};
+        ASSERT_TRUE(editor().changeSmartFolder(tree));
+        // The facts of the round have come, its evaluation is still under way.
+        mac.workers.waitIdle();
+        if (begin == u"a")
+            (void)mac.mailbox.drain();
+    }
+    mac.settle();
+    EXPECT_EQ(shown(u"Tree"_qs), u"Beech");
+    EXPECT_EQ(announced, 4 + 1); // each definition, and the one result
+}
+
+TEST_F(SmartFolderLibraryTest, LaunchesAreRecordedAndFoldersFollowThemAndTheDay) {
+    start();
+    add(definition(u"Today"_qs, usedToday()));
+    EXPECT_EQ(shown(u"Today"_qs), u"");
+    EXPECT_FALSE(library().notice(idOf(u"Today"_qs)).isEmpty());
+    launcher->launch(u"org.example.beech"_qs);
+    mac.settle();
+    EXPECT_EQ(shown(u"Today"_qs), u"Beech");
+
+    // What was recorded outlives the program.
+    start();
+    EXPECT_EQ(shown(u"Today"_qs), u"Beech");
+    const auto& facts = library().facts();
+    ASSERT_EQ(facts.size(), 3);
+    EXPECT_EQ(facts[1]->launchCount, 1);
+    EXPECT_EQ(facts[0]->firstSeenDate, facts[2]->firstSeenDate); // seen by the same scan
+
+    announced = 0;
+    for (int hour = 0; hour < 24; ++hour) {
+        mac.time.advance(1h);
+        mac.settle();
+    }
+    EXPECT_EQ(shown(u"Today"_qs), u"");
+    EXPECT_EQ(announced, 1);
+    // So it does when the clock alone is set.
+    mac.time.setNow(mac.time.now() - 24h);
+    mac.time.advance(1h);
+    mac.settle();
+    EXPECT_EQ(shown(u"Today"_qs), u"Beech");
+}
+
+TEST_F(SmartFolderLibraryTest, FoldersFollowTheLocale) {
+    start();
+    add(definition(u"I"_qs, nameBegins(u"ı"_qs)));
+    EXPECT_EQ(shown(u"I"_qs), u"");
+    launcher->setLocale(Locale(u"tr_TR"_qs));
+    mac.settle();
+    EXPECT_EQ(shown(u"I"_qs), u"Iris");
+}
+
+TEST_F(SmartFolderLibraryTest, WhatIsAskedForOnceIsInspectedOnce) {
+    start();
+    add(definition(u"A"_qs, nameBegins(u"a"_qs)));
+    bool isDone = false;
+    library().gatherFacts({SmartFolderInspection::architectures}, [&] { isDone = true; });
+    mac.settle();
+    EXPECT_TRUE(isDone);
+    EXPECT_EQ(toolRuns(), 3);
+    install(u"Alder"_qs);
+    launcher->rescan();
+    mac.settle();
+    EXPECT_EQ(shown(u"A"_qs), u"Alder Ash");
+    EXPECT_EQ(toolRuns(), 3);
+}
+
+TEST_F(SmartFolderLibraryTest, ADefinitionThatCannotBeSavedLeavesBothModesAsTheyWere) {
+    start();
+    launcher->setMode(LauncherWindowMode::windowed);
+    const SmartFolderDefinition tree = definition(u"Tree"_qs, nameBegins(u"a"_qs));
+    add(tree);
+    launcher->setMode(LauncherWindowMode::fullScreen);
+    ASSERT_TRUE(editor().addSmartFolderTile(tree.id, {.page = 0}));
+    mac.time.advance(1s);
+    mac.remove(registry);
+    mac.makeFolder(registry + u"/in the way"_qs);
+    EXPECT_FALSE(editor().deleteSmartFolder(tree.id));
+    EXPECT_EQ(tilesOf(u"Tree"_qs), 1);
+    launcher->setMode(LauncherWindowMode::windowed);
+    EXPECT_EQ(tilesOf(u"Tree"_qs), 1);
+
+    mac.remove(registry);
+    EXPECT_TRUE(editor().deleteSmartFolder(tree.id));
+    EXPECT_EQ(tilesOf(u"Tree"_qs), 0);
+    launcher->setMode(LauncherWindowMode::fullScreen);
+    EXPECT_EQ(tilesOf(u"Tree"_qs), 0);
+    EXPECT_EQ(stored(), QList<SmartFolderDefinition>());
+}
+
+TEST_F(SmartFolderLibraryTest, ARegistryPutBackSurvivesAnUndoOfWhatWasDoneWithoutIt) {
+    start();
+    const SmartFolderDefinition tree = definition(u"Tree"_qs, nameBegins(u"a"_qs));
+    add(tree);
+    const QByteArray good = mac.read(registry);
+    launcher.reset();
+    mac.write(registry, "half a fi");
+    start();
+    ASSERT_EQ(launcher->takeAlerts().size(), 1);
+    EXPECT_FALSE(library().isWritable());
+    EXPECT_EQ(library().name(tree.id), u"Unavailable Smart Folder");
+    EXPECT_EQ(tilesOf(u"Tree"_qs), 1);
+    EXPECT_EQ(editor().deleteSmartFolder(tree.id).error().code, u"noSuchSmartFolder");
+    ASSERT_TRUE(editor().hideApps({launcher->pages()[0][0].id()}));
+
+    // Still damaged: another try fails and says so.
+    EXPECT_EQ(library().recover(SmartFolderRecovery::restore).error().code, u"damaged");
+    const QStringList aside = mac.names(directory).filter(u"corrupt"_qs);
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(mac.read(directory + u'/' + aside.first()), "half a fi");
+
+    mac.write(directory + u'/' + aside.first(), good);
+    EXPECT_TRUE(library().recover(SmartFolderRecovery::restore));
+    mac.settle();
+    EXPECT_EQ(shown(u"Tree"_qs), u"Ash");
+    editor().undo({});
+    EXPECT_EQ(stored(), QList{tree});
+    EXPECT_TRUE(launcher->hiddenKeys().isEmpty());
+}
+
+TEST_F(SmartFolderLibraryTest, ARegistryThatBreaksMeanwhileIsSaidToBeUnavailable) {
+    start();
+    add(definition(u"Tree"_qs, nameBegins(u"a"_qs)));
+    mac.write(registry, "half a fi");
+    EXPECT_FALSE(library().recover(SmartFolderRecovery::restore));
+    mac.settle();
+    EXPECT_TRUE(library().failure());
+    EXPECT_TRUE(library().definitions().isEmpty());
+    EXPECT_TRUE(library().recover(SmartFolderRecovery::replace));
+    EXPECT_FALSE(library().failure());
+    EXPECT_TRUE(library().isWritable());
+}
+
+} // namespace
+} // namespace tessellar
