@@ -39,21 +39,23 @@ private:
     /// Finds out, before anything is rewritten, which scanned application each tile stands for: one
     /// that lies where it lay has the first claim, whatever the order of the tiles.
     void claimApplications(const Pages& pages) {
-        QList<AppEntry> moved;
+        QList<std::pair<qsizetype, AppEntry>> moved;
         forEachItem(pages, [&](const LaunchpadItem& item) {
             const AppEntry* tile = item.app();
             if (!tile || tile->alias)
                 return true;
+            const qsizetype number = _applicationOfTile.size();
+            _applicationOfTile.append(-1);
             const qsizetype index = _byPath.value(tile->path, -1);
             if (index >= 0 && _context.scannedApps[index].bundleIdentifier == tile->bundleIdentifier)
-                claim(*tile, index);
+                claim(number, *tile, index);
             else
-                moved.append(*tile);
+                moved.append({number, *tile});
             return true;
         });
-        for (const AppEntry& tile : std::as_const(moved))
+        for (const auto& [number, tile] : std::as_const(moved))
             if (const qsizetype index = movedApplication(tile); index >= 0)
-                claim(tile, index);
+                claim(number, tile, index);
     }
 
     /// Where the application of a tile is now that it does not lie where it lay.
@@ -71,9 +73,9 @@ private:
         return tile.isDuplicateBundleIdentifier || copies.size() > 1 ? -1 : copies.first();
     }
 
-    void claim(const AppEntry& tile, qsizetype index) {
+    void claim(qsizetype number, const AppEntry& tile, qsizetype index) {
         _claimed[static_cast<std::size_t>(index)] = true;
-        _applicationOfTile.insert(tile.id, index);
+        _applicationOfTile[number] = index;
         const QString before = appKey(tile);
         const QString now = appKey(_context.scannedApps[index]);
         if (before != now)
@@ -131,7 +133,7 @@ private:
             alias = AppAliasReference{currentKey(tile.alias->appKey)};
             index = _byKey.value(alias->appKey, -1);
         } else {
-            index = _applicationOfTile.value(tile.id, -1);
+            index = _applicationOfTile[_nextTile++];
         }
         if (index < 0) {
             if (!_context.isOutOfReach || !_context.isOutOfReach(tile.path))
@@ -199,7 +201,10 @@ private:
     QHash<QString, qsizetype> _byKey;
     QHash<QString, QList<qsizetype>> _byIdentifier;
     std::vector<bool> _claimed;
-    QHash<QUuid, qsizetype> _applicationOfTile;
+    /// By the number of the tile in the order of both passes: a file may give one identifier to
+    /// several.
+    QList<qsizetype> _applicationOfTile;
+    qsizetype _nextTile = 0;
     MergeResult _result;
 };
 

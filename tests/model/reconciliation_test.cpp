@@ -80,6 +80,14 @@ TEST(Merge, GoneApplicationsLeaveAndFoldersCloseUpFromTheInsideOut) {
             << sketch(c.before).toStdString() << " with " << c.installed;
 }
 
+TEST(Merge, TilesThatShareAnIdentifierStandForTheirOwnApplications) {
+    AppEntry a = app(u"a"_qs);
+    AppEntry gone = app(u"gone"_qs);
+    AppEntry b = app(u"b"_qs);
+    gone.id = b.id = a.id;
+    EXPECT_EQ(sketch(merge({{a, gone, b}}, scanOf(words("a b c"))).pages), u"a b c");
+}
+
 TEST(Merge, NewApplicationsComeAtTheEndInAlphabeticalOrder) {
     const Pages before{{app(u"z"_qs), app(u"y"_qs)}};
     const auto scan = scanOf(words("z y b a C e d"));
