@@ -57,17 +57,21 @@ bool isPlacement(const QString& text) { return text == u"fixed" || text == u"fir
 
 } // namespace
 
-ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMode mode) {
+static ArrangementLayout defaultsOf(LauncherWindowMode mode) {
     ArrangementLayout layout;
     layout.columns = mode == LauncherWindowMode::windowed ? 7 : 8;
+    return layout;
+}
 
+ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMode mode) {
+    ArrangementLayout layout = defaultsOf(mode);
     const auto integer = [&](const QString& key, qint64 low, qint64 high) {
-        return lookUp(mode, key,
-                      [&](const QString& k) { return within<qint64>(settings.integer(k), low, high); });
+        return within(lookUp(mode, key, [&](const QString& k) { return settings.integer(k); }), low,
+                      high);
     };
     const auto real = [&](const QString& key, double low, double high) {
-        return lookUp(mode, key,
-                      [&](const QString& k) { return within<double>(settings.number(k), low, high); });
+        return within(lookUp(mode, key, [&](const QString& k) { return settings.number(k); }), low,
+                      high);
     };
     for (const auto& field : integers)
         if (const auto value = integer(QLatin1StringView(field.key), field.low, field.high))
@@ -99,29 +103,33 @@ ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMod
     return layout;
 }
 
-/// Key and value of every setting of a layout; a value that may not be stored is undefined.
-static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout& layout) {
-    const auto ranged = [](double value, double low, double high) {
-        return value >= low && value <= high ? QJsonValue(value) : QJsonValue(QJsonValue::Undefined);
+/// Key and value of every setting of a layout. Out of range becomes the default; what has none is
+/// undefined then.
+static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout& layout,
+                                                        LauncherWindowMode mode) {
+    const ArrangementLayout defaults = defaultsOf(mode);
+    const auto ranged = [](double value, double low, double high,
+                           QJsonValue otherwise = QJsonValue::Undefined) {
+        return value >= low && value <= high ? QJsonValue(value) : otherwise;
     };
     QList<std::pair<QString, QJsonValue>> result;
     for (const auto& field : integers)
-        result.append(
-            {QLatin1StringView(field.key), ranged(layout.*field.member, field.low, field.high)});
+        result.append({QLatin1StringView(field.key),
+                       ranged(layout.*field.member, field.low, field.high, defaults.*field.member)});
     for (const auto& field : reals)
-        result.append(
-            {QLatin1StringView(field.key), ranged(layout.*field.member, field.low, field.high)});
+        result.append({QLatin1StringView(field.key),
+                       ranged(layout.*field.member, field.low, field.high, defaults.*field.member)});
     result.append({QStringLiteral("tileLabelFontSize"),
                    ranged(layout.tileLabelFontSize.value_or(0), minimumFontSize, maximumFontSize)});
     for (const Column& column : columns) {
         const SpecialColumn& special = layout.*column.member;
+        const SpecialColumn& usual = defaults.*column.member;
         const QString key = QLatin1StringView(column.key);
         result.append({key + QLatin1StringView(".isVisible"), special.isVisible});
-        result.append(
-            {key + QLatin1StringView(".columns"), ranged(special.columns, 1, maximumSpecialColumns)});
-        result.append({key + QLatin1StringView(".placement"), isPlacement(special.placement)
-                                                                  ? QJsonValue(special.placement)
-                                                                  : QJsonValue(QJsonValue::Undefined)});
+        result.append({key + QLatin1StringView(".columns"),
+                       ranged(special.columns, 1, maximumSpecialColumns, usual.columns)});
+        result.append({key + QLatin1StringView(".placement"),
+                       isPlacement(special.placement) ? special.placement : usual.placement});
     }
     const WindowSize size = layout.windowSize.value_or(WindowSize());
     result.append(
@@ -133,7 +141,7 @@ static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout&
 
 std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
                                                    const ArrangementLayout& layout) {
-    for (const auto& [key, value] : settingsOf(layout))
+    for (const auto& [key, value] : settingsOf(layout, mode))
         if (const auto stored = settings.set(prefixed(mode, key), value); !stored)
             return stored;
     return {};
@@ -141,7 +149,7 @@ std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherW
 
 QStringList layoutSettingsKeys(LauncherWindowMode mode) {
     QStringList keys;
-    for (const auto& [key, value] : settingsOf(ArrangementLayout()))
+    for (const auto& [key, value] : settingsOf(ArrangementLayout(), mode))
         keys += prefixed(mode, key);
     return keys;
 }

@@ -7,11 +7,12 @@
 namespace tessellar {
 
 /// The settings of the grid and its appearance for one mode, each within its range or at its default.
-/// Windowed values have the prefix "windowed."; a missing or unusable one falls back to the full-screen
-/// key, then to the default of the mode.
+/// Windowed values have the prefix "windowed."; a missing or wrongly typed one falls back to the
+/// full-screen key. A value out of range is the default of the mode, wherever it was found.
 ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMode mode);
 
-/// Stores them for the mode. What lies outside its range is left out, which means the default.
+/// Stores them for the mode. What lies outside its range is stored as the default; a font size or a
+/// window's size, which have none, are left out then.
 std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
                                                    const ArrangementLayout& layout);
 

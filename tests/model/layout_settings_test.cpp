@@ -32,8 +32,16 @@ TEST(LayoutSettings, TheWindowFallsBackToTheFullScreensValues) {
     EXPECT_EQ(readLayoutSettings(settings, windowed).rows, 6);
     EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 4);
     EXPECT_EQ(readLayoutSettings(settings, fullScreen).columns, 9);
+    for (const QJsonValue& wrong : {QJsonValue(QStringLiteral("5")), QJsonValue(4.5)}) {
+        (void)settings.set(QStringLiteral("windowed.gridColumns"), wrong);
+        EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 9);
+    }
+    // Out of range is the default, whatever the full screen has, and there too.
     (void)settings.set(QStringLiteral("windowed.gridColumns"), 99);
-    EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 9);
+    EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 7);
+    (void)settings.set(QStringLiteral("windowed.gridColumns"), QJsonValue::Null);
+    (void)settings.set(QStringLiteral("gridColumns"), 99);
+    EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 7);
 }
 
 TEST(LayoutSettings, WhatIsWrittenForAModeReadsBackAndLeavesTheOtherAlone) {
@@ -50,6 +58,7 @@ TEST(LayoutSettings, WhatIsWrittenForAModeReadsBackAndLeavesTheOtherAlone) {
     EXPECT_EQ(readLayoutSettings(settings, windowed), layout);
     EXPECT_EQ(readLayoutSettings(settings, fullScreen), ArrangementLayout());
     layout.rows = 40;
+    (void)settings.set(QStringLiteral("gridRows"), 6);
     ASSERT_TRUE(writeLayoutSettings(settings, windowed, layout));
     EXPECT_EQ(readLayoutSettings(settings, windowed).rows, 5);
 }
