@@ -86,9 +86,11 @@ FileSettings::~FileSettings() = default;
 QMap<QString, QJsonValue> FileSettings::values() const { return _state->values; }
 
 std::expected<void, FileError> FileSettings::set(const QString& key, const QJsonValue& value) {
-    // It may have been a moment's failure: then nothing needs to be put aside.
+    // What another program stored meanwhile stays, and damage may have been a moment's failure.
+    const QMap<QString, QJsonValue> known = _state->values;
+    _state->load();
     if (_state->damaged)
-        _state->load();
+        _state->values = known;
     const bool removes = value.isNull() || value.isUndefined();
     QMap<QString, QJsonValue> changed = _state->values;
     if (removes)

@@ -12,7 +12,7 @@
 
 namespace tessellar {
 
-/// The user's settings: a flat map from dotted keys to JSON values, read once and kept in memory.
+/// The user's settings: a flat map from dotted keys to JSON values, kept in memory.
 /// Reading never fails: a value of the wrong type counts as absent. Main thread only; `values` is a
 /// plain copy that may travel to a worker.
 class Settings {
@@ -36,7 +36,8 @@ public:
 
 /// Settings in a JSON object in a file, of the home's Library/Preferences as a rule. While there is no
 /// such file, the property list beside it (".plist" for ".json") is read instead, and carried over when
-/// a value is first set; `path` may name either. A damaged file costs nothing but the defaults: it is
+/// a value is first set; `path` may name either. Read at the start and before each change, so that two
+/// programs that set different keys in turn lose neither. A damaged file costs nothing but the defaults: it is
 /// kept beside the new one (".damaged" added to its name) when a value is first set. The memory holds
 /// what the disk does: a value that could not be written is not set.
 class FileSettings final : public Settings {

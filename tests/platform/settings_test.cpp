@@ -120,6 +120,21 @@ TEST(FileSettings, ADamagedFileCostsOnlyTheDefaultsAndIsKept) {
     EXPECT_FALSE(mac.exists(json + QStringLiteral(".damaged-3")));
 }
 
+TEST(FileSettings, WhatAnotherProgramStoredStays) {
+    const TestMachine mac;
+    FileSettings mine(mac.files, json);
+    FileSettings other(mac.files, json);
+    EXPECT_TRUE(other.set(key("gridRows"), 4));
+    EXPECT_TRUE(mine.set(key("gridColumns"), 9));
+    EXPECT_EQ(mine.integer(key("gridRows")), 4);
+    EXPECT_EQ(FileSettings(mac.files, json).values().size(), 2);
+    // A file that was damaged meanwhile costs nothing that is still known.
+    mac.write(json, "{");
+    EXPECT_TRUE(mine.set(key("iconScale"), 1.1));
+    EXPECT_EQ(FileSettings(mac.files, json).values().size(), 3);
+    EXPECT_EQ(mac.read(json + QStringLiteral(".damaged")), "{");
+}
+
 TEST(FileSettings, HoldsWhatTheDiskHoldsWhenWritingFails) {
     const TestMachine mac;
     mac.write(QStringLiteral("/Users/ada/Library/Preferences"), "a file where the folder should be");
