@@ -9,7 +9,9 @@ void CommandInterpreter::refuse(const CommandSet::Failure& failure, const Comman
         output.out(text);
     } else {
         if (options.json) {
-            const QJsonObject error{{QStringLiteral("code"), QStringLiteral("wrongUsage")},
+            const bool isUsage = failure.status == ExitStatus::wrongUsage;
+            const QJsonObject error{{QStringLiteral("code"), isUsage ? QStringLiteral("wrongUsage")
+                                                                     : QStringLiteral("noMachine")},
                                     {QStringLiteral("message"), failure.text.trimmed()}};
             const QJsonObject document{{QStringLiteral("error"), error}};
             output.out(options.oneLine ? json::writeCompact(document) + '\n' : json::write(document));

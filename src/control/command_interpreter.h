@@ -23,7 +23,7 @@ public:
     /// Carries out a command that needs no launcher.
     static void runWithoutLauncher(Machine& machine, const CommandSet::Run& run,
                                    const CommandOptions& options, CommandOutput output);
-    /// Says why words are no command.
+    /// Says why words are no command, or why there is no machine to carry one out on.
     static void refuse(const CommandSet::Failure& failure, const CommandOptions& options,
                        const CommandOutput& output);
 

@@ -2,6 +2,17 @@
 
 namespace tessellar {
 
+static constexpr auto beforeTheCommand = R"(Before the command:
+  --root DIR                  The machine is the folder DIR, which holds a Mac's layout
+  --home PATH                 Whose arrangement, where the machine has several homes
+  --mode MODE                 The display mode: fullScreen (the default) or windowed
+  --locale ID                 How to compare and name things, such as de_DE
+  --now DATE                  What to take for the present, such as 2026-11-14T21:05:40Z
+  --json                      Answer with a JSON document
+
+batch FILE takes one command a line from a file, or with - from standard input.
+The exit status is 0 when it was done, 1 when it was refused or failed, 2 for wrong usage.)";
+
 CommandSet::CommandSet()
     : _parser("Everything that the launcher can do without a pointer.", "tessellarctl") {
     _parser.require_subcommand(1);
@@ -9,6 +20,7 @@ CommandSet::CommandSet()
     addEditingCommands(*this);
     addSettingsCommands(*this);
     addSmartFolderCommands(*this);
+    _parser.footer(beforeTheCommand); // last: commands would take it over
 }
 
 QString valueText(const QJsonValue& value) {
@@ -33,7 +45,10 @@ void CommandSet::onRun(CLI::App* command, CommandNeeds needs, Run run) {
 }
 
 std::expected<CommandSet::Parsed, CommandSet::Failure> CommandSet::parse(const QStringList& words) {
-    if (!words.isEmpty() && !words.first().startsWith(u'-') &&
+    if (words.isEmpty())
+        return std::unexpected(Failure{
+            ExitStatus::wrongUsage, QStringLiteral("Name a command; tessellarctl --help lists them.")});
+    if (!words.first().startsWith(u'-') &&
         _parser
             .get_subcommands([name = words.first().toStdString()](const CLI::App* command) {
                 return command->get_name() == name;

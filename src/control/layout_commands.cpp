@@ -42,12 +42,16 @@ QString gridText(const LauncherViewModel& launcher) {
     return out.isEmpty() ? QStringLiteral("There are no applications.") : out;
 }
 
+QString counted(int count, const QString& one) {
+    return QStringLiteral("%1 %2%3").arg(count).arg(one, count == 1 ? QString() : QStringLiteral("s"));
+}
+
 QString arrangementLine(const ArrangementSummary& summary) {
-    return QStringLiteral("%1  %2  %3 (%4 pages, %5 applications, %6 folders)\n")
-        .arg(toText(summary.id), summary.createdAt.toIso8601(), summary.name)
-        .arg(summary.pageCount)
-        .arg(summary.appCount)
-        .arg(summary.folderCount);
+    return QStringLiteral("%1  %2  %3 (%4, %5, %6)\n")
+        .arg(toText(summary.id), summary.createdAt.toIso8601(), summary.name,
+             counted(summary.pageCount, QStringLiteral("page")),
+             counted(summary.appCount, QStringLiteral("application")),
+             counted(summary.folderCount, QStringLiteral("folder")));
 }
 
 std::optional<QUuid> identifier(const std::shared_ptr<CommandCall>& command, const QString& text) {
@@ -90,7 +94,9 @@ void addArrangements(CommandSet& set) {
                   QString text;
                   for (const ArrangementSummary& summary : summaries)
                       text += arrangementLine(summary);
-                  command->succeed(json::encode(summaries), text);
+                  command->succeed(json::encode(summaries),
+                                   text.isEmpty() ? QStringLiteral("There are no saved arrangements.")
+                                                  : text);
               });
 
     CLI::App* save = set.add("save", "Save the arrangement under a name", group);

@@ -117,6 +117,7 @@ public:
 
 private:
     int runBatch() {
+        _isBatch = true;
         const QStringList& words = _invocation.words;
         if (words.size() != 2)
             return fail({QStringLiteral("wrongUsage"),
@@ -189,18 +190,32 @@ private:
     int close() {
         if (!_local)
             return _status;
+        save();
         sayAlerts();
-        if (const auto saved = _local->launcher().quit(); !saved)
-            return fail(saved.error());
-        return _status;
+        return _saveError ? fail(*_saveError) : _status;
+    }
+
+    /// Whether what was edited is on the disk. That a layout could not be saved at the start was said
+    /// then, and is no failure of a command that changed nothing.
+    bool save() {
+        if (_local && !_saveError)
+            if (const auto saved = _local->launcher().quit();
+                !saved && _local->launcher().hasUnsavedEdits())
+                _saveError = saved.error();
+        return !_saveError;
     }
 
     void sayAlerts() {
-        for (const LauncherError& error : _local->launcher().takeAlerts())
-            write(
-                stderr,
-                (error.title.isEmpty() ? error.message : error.title + u' ' + error.message).toUtf8() +
-                    '\n');
+        for (const LauncherError& error : _local->launcher().takeAlerts()) {
+            const QByteArray message = error.message.toUtf8() + '\n';
+            if (_said.contains(message))
+                continue;
+            _said.append(message);
+            const QString separator =
+                error.title.endsWith(u'?') ? QStringLiteral(" ") : QStringLiteral(": ");
+            write(stderr,
+                  error.title.isEmpty() ? message : (error.title + separator).toUtf8() + message);
+        }
     }
 
     int waitForEnd() {
@@ -210,8 +225,17 @@ private:
     }
 
     CommandOutput output() {
-        return {.out = [](const QByteArray& text) { write(stdout, text); },
-                .error = [](const QByteArray& text) { write(stderr, text); },
+        // One command answers only when what it did is on the disk; a batch is saved at its end.
+        return {.out =
+                    [this](const QByteArray& text) {
+                        if (_isBatch || save())
+                            write(stdout, text);
+                    },
+                .error =
+                    [this](const QByteArray& text) {
+                        _said.append(text);
+                        write(stderr, text);
+                    },
                 .finished =
                     [this](int status) {
                         _status = status;
@@ -240,6 +264,9 @@ private:
     Invocation _invocation;
     std::unique_ptr<CommandExecutor> _executor;
     LocalExecutor* _local = nullptr;
+    std::optional<LauncherError> _saveError;
+    QByteArrayList _said; ///< on standard error, titles aside
+    bool _isBatch = false;
     int _status = 0;
     bool _isFinished = false;
 };
@@ -252,9 +279,11 @@ int tessellarctl(int argc, char** argv) {
         .out = [](const QByteArray& text) { std::fputs(text.constData(), stdout); },
         .error = [](const QByteArray& text) { std::fputs(text.constData(), stderr); },
         .finished = [](int) {}};
-    auto invocation = readInvocation(QCoreApplication::arguments().sliced(1));
+    const QStringList arguments = QCoreApplication::arguments().sliced(1);
+    auto invocation = readInvocation(arguments);
     if (!invocation) {
-        CommandInterpreter::refuse(invocation.error(), {}, standard);
+        CommandInterpreter::refuse(invocation.error(),
+                                   {.json = arguments.contains(QStringLiteral("--json"))}, standard);
         return static_cast<int>(invocation.error().status);
     }
     auto host = HostMachine::make(invocation->machine);

@@ -80,6 +80,8 @@ public:
     void rescan(std::function<void()> done = {});
     /// Saves what is unsaved; the way out of the program.
     Outcome quit();
+    /// True while an edit is not on the disk.
+    bool hasUnsavedEdits() const { return _store.hasUnsavedEdits(); }
 
     // What is shown.
     LauncherWindowMode mode() const { return _store.activeMode(); }

@@ -20,8 +20,8 @@ struct LayoutDocument {
     bool operator==(const LayoutDocument&) const = default;
 };
 
-/// What `LayoutDocument`s, backups and arrangements may nest and weigh. What is written stays within
-/// them, so that whatever was written can be read again.
+/// What `LayoutDocument`s, backups and arrangements may nest and weigh, read or written: whatever was
+/// written can be read again, and what was read be written.
 inline constexpr int maximumFolderDepth = 100;
 inline constexpr std::uint64_t maximumLayoutBytes = 64u << 20;
 

@@ -79,6 +79,9 @@ LayoutStore::LoadResult LayoutStore::load() {
     if (!Document::isSupported(document->version))
         return fail(StorageError{Code::unsupportedWorkingDocumentVersion, document->version},
                     QStringLiteral("version %1 is not supported").arg(document->version));
+    if (folderDepth(document->pages) > maximumFolderDepth)
+        return fail(StorageError{Code::workingDocumentUnreadable},
+                    QStringLiteral("folders are nested more than %1 deep").arg(maximumFolderDepth));
     document->version = Document::currentVersion;
     _writeBlockedModes.erase(_activeMode);
     return *std::move(document);
@@ -100,7 +103,7 @@ std::expected<void, FileError> LayoutStore::write(const QString& path, const QJs
 void LayoutStore::scheduleSave(const Pages& pages, const QSet<QString>& hiddenKeys) {
     if (isWriteBlocked(_activeMode))
         return;
-    unsaved(_activeMode) = Unsaved{pages, hiddenKeys};
+    unsaved(_activeMode) = Unsaved{pages, hiddenKeys, true};
     _pendingSave = _machine.scheduler.after(saveDelay, [this, mode = _activeMode] {
         if (const auto written = writeUnsaved(mode); !written)
             _machine.log.warning(message(written.error()));
@@ -136,13 +139,13 @@ std::expected<void, LayoutStore::Error> LayoutStore::flush() {
     _pendingSave.cancel();
     std::expected<void, Error> result;
     for (const LauncherWindowMode mode : modes)
-        if (const auto written = writeUnsaved(mode); !written)
+        if (const auto written = writeUnsaved(mode); !written && (result || mode == _activeMode))
             result = std::unexpected(written.error());
     return result;
 }
 
-bool LayoutStore::hasUnsavedChanges() const {
-    return std::ranges::any_of(_unsaved, [](const auto& state) { return state.has_value(); });
+bool LayoutStore::hasUnsavedEdits() const {
+    return std::ranges::any_of(_unsaved, [](const auto& state) { return state && state->isEdit; });
 }
 
 std::expected<void, FileError> LayoutStore::reset() {
@@ -248,6 +251,8 @@ std::expected<Arrangement, LayoutStore::Error> LayoutStore::arrangement(const QU
     if (!Document::isSupported(arrangement->document.version))
         return std::unexpected(
             StorageError{Code::unsupportedWorkingDocumentVersion, arrangement->document.version});
+    if (folderDepth(arrangement->document.pages) > maximumFolderDepth)
+        return std::unexpected(FileError{FileError::Code::tooLarge, arrangementPath(id)});
     arrangement->document.version = Document::currentVersion;
     return *std::move(arrangement);
 }

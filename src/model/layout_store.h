@@ -16,8 +16,8 @@ namespace tessellar {
 ///
 ///     layout.json, layout-windowed.json          the working layouts
 ///     Backups/layout-STAMP-TAG.json              layouts that were replaced wholesale, never pruned
-///     Backups/unreadable-layout-STAMP-TAG.json   a working file that could not be read when it was
-///     reset Arrangements[-Windowed]/ID.json            arrangements that the user saved
+///     Backups/unreadable-layout-STAMP-TAG.json   working files that could not be read, since reset
+///     Arrangements[-Windowed]/ID.json            arrangements that the user saved
 ///
 /// A working file that exists but cannot be used blocks its mode: nothing is written for it until a
 /// reset, or a later load that finds a usable file or none. Edits are saved 300 ms after the last of a
@@ -74,7 +74,9 @@ public:
     std::expected<void, FileError> reset();
     /// Writes at once what is scheduled, or could not be saved earlier, for either mode.
     std::expected<void, Error> flush();
-    bool hasUnsavedChanges() const;
+    /// True while the state of a scheduled save is not on the disk. What `saveNow` could not write does
+    /// not count: its caller was told.
+    bool hasUnsavedEdits() const;
     /// Why the last scheduled save failed; empty once a save has succeeded. Shown at the next edit.
     const std::optional<Error>& lastSaveError() const { return _lastSaveError; }
 
@@ -97,6 +99,7 @@ private:
     struct Unsaved {
         Pages pages;
         QSet<QString> hiddenKeys;
+        bool isEdit = false;
     };
 
     QString workingPath(LauncherWindowMode mode) const;

@@ -98,8 +98,36 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusal) {
     builder.addDirectory(u"/Users/bob"_qs);
     const Result homes = run({u"list"_qs});
     EXPECT_EQ(homes.status, 1);
+    EXPECT_EQ(homes.code(), u"noMachine");
+    EXPECT_EQ(run({u"--sideways"_qs, u"list"_qs}).code(), u"wrongUsage");
     EXPECT_TRUE(homes.error.contains("--home"));
     EXPECT_EQ(run({u"--home"_qs, u"/Users/bob"_qs, u"list"_qs}).status, 0);
+}
+
+TEST_F(TessellarctlTest, IsDoneOnlyWhenItsEditIsOnTheDisk) {
+    const Result before = run({u"list"_qs});
+    // Folders under every temporary name: nothing can be saved, whoever tries.
+    QDir folder(root.path() + u"/Users/ada/Library/Application Support/com.tessellar.app"_qs);
+    for (int i = 0; i < 64; ++i)
+        ASSERT_TRUE(folder.mkdir(QStringLiteral(".tessellar-save-%1").arg(i)));
+    const Result list = run({u"list"_qs});
+    EXPECT_EQ(list.status, 0) << "what only shows works";
+    EXPECT_EQ(list.out, before.out);
+    EXPECT_FALSE(list.error.isEmpty());
+    const Result rename = run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs});
+    EXPECT_EQ(rename.status, 1);
+    EXPECT_FALSE(rename.code().isEmpty()) << "one document, the error: " << rename.out.toStdString();
+}
+
+TEST_F(TessellarctlTest, SettingsStoredAtTheSameTimeAllStay) {
+    std::array<QProcess, 6> processes;
+    for (std::size_t i = 0; i < processes.size(); ++i)
+        processes[i].start(QStringLiteral(TESSELLARCTL),
+                           {u"--root"_qs, root.path(), u"settings"_qs, u"set"_qs,
+                            QStringLiteral("key%1").arg(i), u"1"_qs});
+    for (QProcess& process : processes)
+        ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(run({u"settings"_qs, u"list"_qs}).json().size(), 6);
 }
 
 TEST_F(TessellarctlTest, ABatchIsOneProcessWithOneHistory) {

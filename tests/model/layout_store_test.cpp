@@ -156,7 +156,7 @@ TEST_F(LayoutStoreTest, AScheduledSaveThatFailsIsTriedAgainAtQuitting) {
     store.scheduleSave(onePage, {});
     mac.time.advance(300ms);
     EXPECT_TRUE(store.lastSaveError());
-    EXPECT_TRUE(store.hasUnsavedChanges());
+    EXPECT_TRUE(store.hasUnsavedEdits());
     EXPECT_FALSE(store.flush());
     mac.remove(path("layout.json"));
     EXPECT_TRUE(store.flush());
@@ -172,8 +172,12 @@ TEST_F(LayoutStoreTest, WhatCouldNotBeReadAgainIsNotWritten) {
     EXPECT_TRUE(std::holds_alternative<LayoutDocument>(store.load()));
     EXPECT_TRUE(store.saveArrangement(u"deep"_qs, {.pages = deep, .hiddenKeys = {}}, {}));
     EXPECT_EQ(store.arrangements().size(), 1);
-    EXPECT_FALSE(store.saveNow({{folder(u"one more"_qs, deep)}}, {}));
+    const Pages deeper{{folder(u"one more"_qs, deep)}};
+    EXPECT_FALSE(store.saveNow(deeper, {}));
     EXPECT_EQ(stored().pages, deep);
+    // What could not be saved again is not taken up either.
+    write("layout.json", json::write(json::encode(LayoutDocument{.pages = deeper})));
+    EXPECT_TRUE(failure(store.load()));
 }
 
 TEST_F(LayoutStoreTest, BackupsOfOneSecondHaveNamesOfTheirOwn) {
