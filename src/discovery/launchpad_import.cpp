@@ -236,7 +236,8 @@ std::expected<void, FileError> writeImportMetadata(const FileSystem& files,
 QString LaunchpadImportTexts::question() { return u"Import old Launchpad configuration?"_s; }
 
 QString LaunchpadImportTexts::explanation() {
-    return u"Tessellar will replace the current arrangement with the legacy Launchpad layout and save a backup first. "_s +
+    return u"Tessellar will replace the current arrangement with the legacy Launchpad "_s +
+           u"layout and save a backup first. "_s +
            u"The system Launchpad database is opened read-only."_s;
 }
 

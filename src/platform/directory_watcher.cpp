@@ -1,0 +1,298 @@
+#include "platform/directory_watcher.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <mutex>
+
+namespace tessellar {
+
+using namespace Qt::Literals::StringLiterals;
+
+/// What the main thread and the watching one say to each other.
+struct DirectoryWatcher::Shared {
+    struct Request {
+        QStringList directories;
+        Instant since;
+        std::function<void()> done;
+    };
+
+    DirectoryWatcher* watcher = nullptr; ///< the main thread's; null once it is gone
+    std::unique_ptr<DirectoryEvents> events;
+
+    std::mutex mutex;
+    std::optional<Request> request;
+    bool pollNow = false;
+    bool stop = false;
+    QSet<QString> changed;
+    bool changesPosted = false;
+};
+
+class DirectoryWatcher::Thread {
+public:
+    Thread(const FileSystem& files, Mailbox& mailbox, std::shared_ptr<Shared> shared)
+        : _files(files), _mailbox(mailbox), _shared(std::move(shared)) {}
+
+    void run() {
+        while (true) {
+            const auto events = _shared->events->wait();
+            std::optional<Shared::Request> request;
+            bool pollNow = false;
+            {
+                const std::lock_guard lock(_shared->mutex);
+                if (_shared->stop)
+                    return;
+                request = std::exchange(_shared->request, std::nullopt);
+                pollNow = std::exchange(_shared->pollNow, false);
+            }
+            for (const auto& event : events)
+                take(event);
+            if (request)
+                _wanted = {request->directories.begin(), request->directories.end()};
+            if (request || std::exchange(_isOutdated, false))
+                bringUpToDate(request ? std::optional(request->since) : std::nullopt);
+            if (pollNow)
+                poll();
+            post();
+            if (request && request->done)
+                _mailbox.post([done = std::move(request->done), shared = _shared] {
+                    if (shared->watcher)
+                        done();
+                });
+        }
+    }
+
+private:
+    using Kind = DirectoryEvents::Event::Kind;
+
+    void take(const DirectoryEvents::Event& event) {
+        if (event.kind == Kind::lost) {
+            _changed = _wanted;
+            _isOutdated = true;
+            return;
+        }
+        const auto found = _paths.constFind(event.watch);
+        if (found == _paths.cend())
+            return;
+        const QString path = *found;
+        const bool isGone = event.kind == Kind::gone;
+        if (isGone) {
+            _watches.remove(path);
+            _paths.erase(found);
+            _isOutdated = true;
+        }
+        if (_wanted.contains(path))
+            _changed.insert(path);
+        // Of a folder that only leads to a wanted one, a single name matters.
+        const auto awaited = _awaited.constFind(path);
+        if (awaited != _awaited.cend() && (event.name.isEmpty() || awaited->contains(event.name)))
+            _isOutdated = true;
+    }
+
+    /// Watches what is wanted and there, and where something is not, the nearest folder to it.
+    void bringUpToDate(std::optional<Instant> since) {
+        _awaited.clear();
+        QSet<QString> needed;
+        QHash<QString, FileStatus> polled;
+        QSet<QString> missing;
+        for (const QString& path : std::as_const(_wanted)) {
+            const bool wasWatched = _watches.contains(path) || _polled.contains(path);
+            if (watchOrPoll(path, needed, polled)) {
+                if (!wasWatched && isNews(path, since))
+                    _changed.insert(path);
+                continue;
+            }
+            missing.insert(path);
+            QString child = path;
+            while (child != u"/"_s) {
+                const QString parent = FileSystem::parent(child);
+                if (watchOrPoll(parent, needed, polled)) {
+                    _awaited[parent].insert(
+                        FileSystem::toHostBytes(FileSystem::fileName(child)).value_or(QByteArray()));
+                    break;
+                }
+                child = parent;
+            }
+            // It may have come just before that watch.
+            if (_files.isDirectory(path) && watchOrPoll(path, needed, polled))
+                _changed.insert(path);
+        }
+        for (auto watch = _watches.begin(); watch != _watches.end();) {
+            if (needed.contains(watch.key())) {
+                ++watch;
+                continue;
+            }
+            _shared->events->remove(*watch);
+            _paths.remove(*watch);
+            watch = _watches.erase(watch);
+        }
+        _missing = std::move(missing);
+        _polled = std::move(polled);
+        if (_polled.isEmpty() == _isPolling) {
+            _isPolling = !_polled.isEmpty();
+            _mailbox.post([polling = _isPolling, shared = _shared] {
+                if (shared->watcher)
+                    shared->watcher->setPolling(polling);
+            });
+        }
+    }
+
+    /// False when there is no such folder.
+    bool watchOrPoll(const QString& path, QSet<QString>& needed, QHash<QString, FileStatus>& polled) {
+        if (_watches.contains(path) || polled.contains(path)) {
+            needed.insert(path);
+            return true;
+        }
+        const auto resolved = _files.resolved(path);
+        if (!resolved)
+            return false;
+        const auto watch = _shared->events->add(_files.hostPath(*resolved));
+        if (watch) {
+            // Two ways to one folder share a watch; the later one is told of.
+            if (const auto other = _paths.constFind(*watch); other != _paths.cend())
+                _watches.remove(*other);
+            _paths.insert(*watch, path);
+            _watches.insert(path, *watch);
+            needed.insert(path);
+            return true;
+        }
+        if (watch.error() == ENOENT || watch.error() == ENOTDIR)
+            return false;
+        constexpr std::array limits{ENOSPC, EMFILE, ENFILE, ENOMEM};
+        if (std::ranges::find(limits, watch.error()) == limits.end())
+            return true; // there, but not to be looked into
+        const auto status = _files.linkStatus(path);
+        if (!status || status->type != FileType::directory)
+            return false;
+        polled.insert(path, _polled.value(path, *status));
+        return true;
+    }
+
+    bool isNews(const QString& path, std::optional<Instant> since) const {
+        if (!since || _missing.contains(path))
+            return true;
+        const auto status = _files.linkStatus(path);
+        // Disks count time in steps of up to two seconds.
+        return status &&
+               std::max(status->modified, status->changed) >= *since - std::chrono::seconds(2);
+    }
+
+    void poll() {
+        bool outdated = false;
+        for (auto [path, before] : _polled.asKeyValueRange()) {
+            const auto status = _files.linkStatus(path);
+            if (status && *status == before)
+                continue;
+            outdated = outdated || !status || _awaited.contains(path);
+            if (_wanted.contains(path))
+                _changed.insert(path);
+            if (status)
+                before = *status;
+        }
+        if (outdated)
+            bringUpToDate(std::nullopt);
+    }
+
+    void post() {
+        if (_changed.isEmpty())
+            return;
+        const std::lock_guard lock(_shared->mutex);
+        _shared->changed.unite(std::exchange(_changed, {}));
+        if (std::exchange(_shared->changesPosted, true))
+            return;
+        _mailbox.post([shared = _shared] {
+            QStringList changed;
+            {
+                const std::lock_guard guard(shared->mutex);
+                changed = shared->changed.values();
+                shared->changed.clear();
+                shared->changesPosted = false;
+            }
+            changed.sort();
+            if (shared->watcher)
+                shared->watcher->_listener(changed);
+        });
+    }
+
+    const FileSystem& _files;
+    Mailbox& _mailbox;
+    std::shared_ptr<Shared> _shared;
+
+    QSet<QString> _wanted;
+    QSet<QString> _missing;
+    QHash<QString, int> _watches;
+    QHash<int, QString> _paths;
+    QHash<QString, FileStatus> _polled;
+    QHash<QString, QSet<QByteArray>> _awaited; ///< by folder, the names that matter
+    QSet<QString> _changed;
+    bool _isOutdated = false;
+    bool _isPolling = false;
+};
+
+DirectoryWatcher::DirectoryWatcher(const Machine& machine, Listener listener,
+                                   std::unique_ptr<DirectoryEvents> events)
+    : _machine(machine), _listener(std::move(listener)), _shared(std::make_shared<Shared>()) {
+    _shared->watcher = this;
+    _shared->events = std::move(events);
+    _thread = std::thread([&files = machine.files, &mailbox = machine.workers.mailbox(),
+                           shared = _shared] { Thread(files, mailbox, shared).run(); });
+}
+
+DirectoryWatcher::~DirectoryWatcher() {
+    {
+        const std::lock_guard lock(_shared->mutex);
+        _shared->stop = true;
+    }
+    _shared->watcher = nullptr;
+    _shared->events->wake();
+    _thread.join();
+}
+
+void DirectoryWatcher::watch(const QStringList& directories, Instant since,
+                             std::function<void()> done) {
+    {
+        const std::lock_guard lock(_shared->mutex);
+        // One that was not begun yet is replaced, but what it would have told of is not forgotten.
+        if (_shared->request) {
+            since = std::min(since, _shared->request->since);
+            if (auto earlier = std::move(_shared->request->done))
+                done = [earlier = std::move(earlier), done = std::move(done)] {
+                    earlier();
+                    if (done)
+                        done();
+                };
+        }
+        _shared->request = Shared::Request{directories, since, std::move(done)};
+    }
+    _shared->events->wake();
+}
+
+void DirectoryWatcher::setPolling(bool polling) {
+    if (polling == _isPolling)
+        return;
+    _isPolling = polling;
+    if (polling)
+        _machine.log.warning(
+            u"The system has no more folder watches to give; some folders are looked at every %1 seconds."_s
+                .arg(pollInterval.count()));
+    schedulePoll();
+}
+
+void DirectoryWatcher::schedulePoll() {
+    _poll.cancel();
+    if (!_isPolling)
+        return;
+    _poll = _machine.scheduler.after(pollInterval, [this] {
+        {
+            const std::lock_guard lock(_shared->mutex);
+            _shared->pollNow = true;
+        }
+        _shared->events->wake();
+        schedulePoll();
+    });
+}
+
+} // namespace tessellar
