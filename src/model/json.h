@@ -368,7 +368,7 @@ Decoded<T> decodeRecord(const QJsonValue& value, const List& list) {
     T result{};
     std::optional<DecodeError> error;
     std::apply(
-        [&](const auto&... field) { (detail::decodeField(object, field, result, error) && ...); },
+        [&](const auto&... field) { (void)(detail::decodeField(object, field, result, error) && ...); },
         list);
     if (error)
         return std::unexpected(*std::move(error));
@@ -378,7 +378,7 @@ Decoded<T> decodeRecord(const QJsonValue& value, const List& list) {
 template <typename T, typename List>
 QJsonValue encodeRecord(const T& record, const List& list) {
     QJsonObject object;
-    std::apply([&](const auto&... field) { (detail::encodeField(object, field, record), ...); }, list);
+    std::apply([&](const auto&... field) { (void)(detail::encodeField(object, field, record), ...); }, list);
     return object;
 }
 

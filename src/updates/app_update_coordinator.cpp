@@ -1,0 +1,537 @@
+#include "updates/app_update_coordinator.h"
+
+#include "updates/app_store_update_checker.h"
+#include "updates/app_update_texts.h"
+#include "updates/sparkle_update_checker.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+using std::chrono::milliseconds;
+
+QString message(AppUpdateError error) {
+    switch (error) {
+    case AppUpdateError::disabled:
+        return QStringLiteral("Update checking is disabled.");
+    case AppUpdateError::alreadyChecking:
+        return update_texts::summary(true, 0, {});
+    case AppUpdateError::unknownApp:
+        break;
+    }
+    return QStringLiteral("There is no such application.");
+}
+
+/// Looks at bundles on several workers at once, for Spotlight is asked of some of them.
+class AppUpdateCoordinator::Inspection {
+public:
+    using Done = std::function<void(const QList<AppUpdateCandidate>&)>;
+
+    Inspection(Machine& machine, const QList<AppEntry>& apps, Done done) : _done(std::move(done)) {
+        constexpr qsizetype atOnce = 64;
+        _left = std::max<qsizetype>(1, (apps.size() + atOnce - 1) / atOnce);
+        for (qsizetype begin = 0; begin == 0 || begin < apps.size(); begin += atOnce)
+            _tasks.push_back(machine.workers.run(
+                [view = AppUpdateInspection{machine.files, machine.commands, machine.environment},
+                 part = apps.mid(begin, atOnce)](const std::stop_token& stop) {
+                    QList<AppUpdateCandidate> found;
+                    for (const AppEntry& app : part) {
+                        if (stop.stop_requested())
+                            break;
+                        found.append(inspectForUpdates(view, app, stop));
+                    }
+                    return found;
+                },
+                [this](const QList<AppUpdateCandidate>& found) {
+                    _found += found;
+                    if (--_left > 0)
+                        return;
+                    const Done tell = std::move(_done);
+                    const QList<AppUpdateCandidate> all = std::move(_found);
+                    tell(all); // may destroy this object
+                }));
+    }
+
+private:
+    Done _done;
+    QList<AppUpdateCandidate> _found;
+    qsizetype _left = 0;
+    std::vector<Task> _tasks;
+};
+
+/// One group of checks that run together.
+struct AppUpdateCoordinator::Check {
+    Slot slot;
+    CheckRequest request;
+    std::function<void(bool)> done;
+    /// What its results took the place of, to be put back when checking is switched off.
+    QHash<QString, std::optional<AppUpdateRecord>> replaced;
+    QHash<QString, AppUpdateCandidate> left; ///< without a verdict yet
+    std::unique_ptr<Inspection> inspection;
+    Timer prepared;
+    std::vector<std::unique_ptr<AppUpdateWork>> works;
+
+    bool isFull() const { return !request.channel && !request.appKeys; }
+    bool includes(const QString& appKey) const {
+        return !request.appKeys || request.appKeys->contains(appKey);
+    }
+};
+
+AppUpdateCoordinator::AppUpdateCoordinator(Machine& machine)
+    : _machine(machine)
+    , _store(machine)
+    , _cache(_store.load())
+    , _settings(readAppUpdateSettings(machine.settings))
+    , _opener(machine)
+    , _lanes(machine.workers.mailbox()) {
+    auto homebrew = std::make_unique<HomebrewUpdateChecker>(machine, _lanes);
+    _homebrew = homebrew.get();
+    _checkers.push_back(std::move(homebrew));
+    _checkers.push_back(std::make_unique<AppStoreUpdateChecker>(machine));
+    _checkers.push_back(std::make_unique<SparkleUpdateChecker>(machine));
+}
+
+AppUpdateCoordinator::~AppUpdateCoordinator() {
+    if (_actionStop)
+        _actionStop->request_stop();
+    (void)flush();
+}
+
+// ---- what is known
+
+bool AppUpdateCoordinator::isEnabled() const {
+    return readAppUpdateSettings(_machine.settings).enabled;
+}
+
+AppUpdateChecker* AppUpdateCoordinator::checkerOf(const AppUpdateCandidate& candidate) const {
+    const auto found = std::ranges::find_if(
+        _checkers, [&](const auto& checker) { return checker->channel(candidate).has_value(); });
+    return found == _checkers.end() ? nullptr : found->get();
+}
+
+bool AppUpdateCoordinator::isValid(const AppUpdateRecord& record,
+                                   const AppUpdateCandidate& candidate) const {
+    if (record.installedVersion != candidate.version || !record.sourceFingerprint)
+        return false;
+    for (const auto& checker : _checkers) {
+        const bool isItsOwn = checker->channel(candidate).has_value();
+        const bool accepted = (isItsOwn || !checker->isPrepared()) &&
+                              checker->accepts(*record.sourceFingerprint, candidate);
+        if (accepted || isItsOwn)
+            return accepted;
+    }
+    return false;
+}
+
+const AppUpdateCandidate* AppUpdateCoordinator::candidate(const QString& appKey) const {
+    const auto found = _candidates.constFind(appKey);
+    return found == _candidates.constEnd() ? nullptr : &*found;
+}
+
+QList<AppUpdateCandidate> AppUpdateCoordinator::candidates() const {
+    QList<AppUpdateCandidate> list;
+    for (const AppEntry& app : _apps)
+        if (const AppUpdateCandidate* known = candidate(appKey(app)))
+            list.append(*known);
+    return list;
+}
+
+std::optional<AppUpdateRecord> AppUpdateCoordinator::record(const QString& appKey) const {
+    const auto found = _cache.records.constFind(appKey);
+    const AppUpdateCandidate* known = candidate(appKey);
+    if (found == _cache.records.constEnd() || !known || !isValid(*found, *known))
+        return std::nullopt;
+    return *found;
+}
+
+std::optional<AppUpdateStatus> AppUpdateCoordinator::status(const QString& appKey) const {
+    const auto found = _statuses.constFind(appKey);
+    return found == _statuses.constEnd() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<AppUpdateChannel> AppUpdateCoordinator::channel(const QString& appKey) const {
+    const AppUpdateCandidate* known = candidate(appKey);
+    const AppUpdateChecker* checker = known ? checkerOf(*known) : nullptr;
+    return checker ? checker->channel(*known) : std::nullopt;
+}
+
+QHash<QString, AppUpdateChannel> AppUpdateCoordinator::channels() const {
+    QHash<QString, AppUpdateChannel> result;
+    for (auto it = _candidates.constBegin(); it != _candidates.constEnd(); ++it)
+        if (const auto found = channel(it.key()))
+            result.insert(it.key(), *found);
+    return result;
+}
+
+const QHash<QString, HomebrewCaskOwnership>& AppUpdateCoordinator::homebrewOwnershipByAppKey() const {
+    return _homebrew->ownershipByAppKey();
+}
+
+// ---- applications and their channels
+
+void AppUpdateCoordinator::updateApps(const QList<AppEntry>& apps) {
+    _apps = apps;
+    _inspection = std::make_unique<Inspection>(_machine, apps,
+                                               [this](const QList<AppUpdateCandidate>& inspected) {
+                                                   _inspection.reset();
+                                                   appsInspected(inspected);
+                                               });
+}
+
+void AppUpdateCoordinator::appsInspected(const QList<AppUpdateCandidate>& inspected) {
+    _candidates.clear();
+    for (const AppUpdateCandidate& candidate : inspected)
+        _candidates.insert(candidate.appKey, candidate);
+    _areAppsInspected = true;
+    publish();
+    tell(onChannelsChanged);
+
+    // Brews are slow. They are asked at the start only where their applications are known to be there.
+    const bool hasHomebrewRecords =
+        std::ranges::any_of(_cache.records, [](const AppUpdateRecord& record) {
+            return isHomebrewFingerprint(record.sourceFingerprint.value_or(QString()), {});
+        });
+    if (!_homebrew->isPrepared() &&
+        (!_waitingForChannels.empty() || (_isStarted && isEnabled() && hasHomebrewRecords)))
+        askForChannels();
+    else
+        channelsLearned();
+}
+
+void AppUpdateCoordinator::learnChannels(std::function<void()> done) {
+    _waitingForChannels.push_back(std::move(done));
+    if (!_areAppsInspected || _inspection)
+        return;
+    if (_homebrew->isPrepared())
+        channelsLearned();
+    else
+        askForChannels();
+}
+
+void AppUpdateCoordinator::askForChannels() {
+    if (_channelWork)
+        return;
+    _channelWork =
+        _homebrew->prepare(candidates(), _cache.records, AppUpdateChecker::Depth::channels, [this] {
+            _channelWork.reset();
+            publish();
+            tell(onChannelsChanged);
+            channelsLearned();
+        });
+}
+
+void AppUpdateCoordinator::channelsLearned() {
+    const auto waiting = std::exchange(_waitingForChannels, {});
+    const std::weak_ptr<bool> alive = _alive;
+    for (const auto& done : waiting) {
+        done();
+        if (alive.expired())
+            return;
+    }
+    schedule();
+    recheckStale();
+}
+
+/// Applications whose record is of another version, or of a checker that has changed.
+void AppUpdateCoordinator::recheckStale() {
+    if (!_isStarted || !isEnabled() || _check)
+        return;
+    QStringList stale;
+    for (auto it = _cache.records.constBegin(); it != _cache.records.constEnd(); ++it) {
+        const AppUpdateCandidate* known = candidate(it.key());
+        if (known && checkerOf(*known) && !isValid(*it, *known))
+            stale.append(it.key());
+    }
+    if (!stale.isEmpty())
+        recheck(stale, {});
+}
+
+void AppUpdateCoordinator::recheck(QStringList appKeys, std::function<void(bool)> done) {
+    if (_recheck) {
+        appKeys += *_recheck->request.appKeys;
+        appKeys.removeDuplicates();
+        end(&AppUpdateCoordinator::_recheck, false);
+    }
+    begin(&AppUpdateCoordinator::_recheck, {.appKeys = appKeys}, std::move(done));
+}
+
+// ---- schedule
+
+void AppUpdateCoordinator::start() {
+    _isStarted = true;
+    schedule();
+}
+
+void AppUpdateCoordinator::settingsChanged() {
+    _settings = readAppUpdateSettings(_machine.settings);
+    if (!_settings.enabled)
+        switchedOff();
+    schedule();
+}
+
+void AppUpdateCoordinator::schedule() {
+    _scheduleTask.cancel();
+    _settings = readAppUpdateSettings(_machine.settings);
+    // A full check that runs begins the schedule anew at its end.
+    if (!_isStarted || !_settings.enabled || !_areAppsInspected || (_check && _check->isFull()))
+        return;
+    if (!_cache.lastCheck)
+        return checkDue();
+    const std::chrono::duration<double> wait =
+        _settings.period() - (_machine.clock.now() - *_cache.lastCheck);
+    if (!(wait.count() > 0))
+        return checkDue();
+    constexpr std::chrono::duration<double> longest = std::chrono::hours(24 * 365 * 100);
+    _scheduleTask = _machine.scheduler.after(std::chrono::ceil<milliseconds>(std::min(wait, longest)),
+                                             [this] { checkDue(); });
+}
+
+void AppUpdateCoordinator::checkDue() {
+    _isCheckDue = _check != nullptr;
+    if (!_isCheckDue)
+        (void)check();
+}
+
+// ---- checks
+
+std::expected<void, AppUpdateError> AppUpdateCoordinator::check(const CheckRequest& request,
+                                                                std::function<void(bool)> done) {
+    if (!isEnabled())
+        return std::unexpected(AppUpdateError::disabled);
+    if (_check)
+        return std::unexpected(AppUpdateError::alreadyChecking);
+    if (request.appKeys)
+        for (const QString& key : *request.appKeys)
+            if (std::ranges::none_of(_apps, [&](const AppEntry& app) { return appKey(app) == key; }))
+                return std::unexpected(AppUpdateError::unknownApp);
+    if (!request.channel && !request.appKeys)
+        _scheduleTask.cancel();
+    begin(&AppUpdateCoordinator::_check, request, std::move(done));
+    tell(onProgress);
+    return {};
+}
+
+void AppUpdateCoordinator::begin(Slot slot, const CheckRequest& request,
+                                 std::function<void(bool)> done) {
+    this->*slot =
+        std::make_unique<Check>(Check{.slot = slot, .request = request, .done = std::move(done)});
+    Check& check = *(this->*slot);
+    if (slot == &AppUpdateCoordinator::_check)
+        _progress = {};
+    QList<AppEntry> apps;
+    for (const AppEntry& app : std::as_const(_apps))
+        if (check.includes(appKey(app)))
+            apps.append(app);
+    check.inspection = std::make_unique<Inspection>(
+        _machine, apps, [this, &check](const QList<AppUpdateCandidate>& inspected) {
+            check.inspection.reset();
+            for (const AppUpdateCandidate& candidate : inspected)
+                _candidates.insert(candidate.appKey, candidate);
+            prepare(check, 0);
+        });
+}
+
+void AppUpdateCoordinator::prepare(Check& check, std::size_t index) {
+    using Depth = AppUpdateChecker::Depth;
+    if (index == _checkers.size()) {
+        check.prepared =
+            _machine.scheduler.after(milliseconds(0), [this, &check] { checkPrepared(check); });
+        return;
+    }
+    AppUpdateChecker& checker = *_checkers[index];
+    const auto isOwn = [&](const QString& key) {
+        const AppUpdateCandidate* known = candidate(key);
+        return known && checker.channel(*known);
+    };
+    std::optional<Depth> depth;
+    if (check.request.channel ? *check.request.channel == checker.kind()
+                              : !check.request.appKeys || !checker.isPrepared() ||
+                                    std::ranges::any_of(*check.request.appKeys, isOwn))
+        depth = Depth::statuses;
+    else if (!checker.isPrepared())
+        depth = Depth::channels;
+    if (!depth)
+        return prepare(check, index + 1);
+    check.works.push_back(checker.prepare(candidates(), _cache.records, *depth,
+                                          [this, &check, index] { prepare(check, index + 1); }));
+}
+
+void AppUpdateCoordinator::checkPrepared(Check& check) {
+    std::vector<QList<AppUpdateCandidate>> shares(_checkers.size());
+    for (const AppUpdateCandidate& candidate : candidates())
+        for (std::size_t i = 0; i < _checkers.size() && check.includes(candidate.appKey); ++i)
+            if (_checkers[i]->channel(candidate)) {
+                if (check.request.channel.value_or(_checkers[i]->kind()) == _checkers[i]->kind()) {
+                    shares[i].append(candidate);
+                    check.left.insert(candidate.appKey, candidate);
+                }
+                break;
+            }
+    check.works.clear();
+    const bool isShown = check.slot == &AppUpdateCoordinator::_check;
+    for (std::size_t i = 0; i < _checkers.size(); ++i)
+        if (!shares[i].isEmpty())
+            check.works.push_back(_checkers[i]->check(
+                shares[i], {.began =
+                                [this, isShown](const QString& appKey) {
+                                    const AppUpdateCandidate* known = candidate(appKey);
+                                    if (!isShown || !known)
+                                        return;
+                                    _progress.currentAppKey = appKey;
+                                    _progress.currentAppName = known->name;
+                                    tell(onProgress);
+                                },
+                            .ended =
+                                [this, &check](const QString& appKey, const AppUpdateStatus& status) {
+                                    checked(check, appKey, status);
+                                }}));
+    if (isShown)
+        _progress.total = check.left.size();
+    if (check.left.isEmpty())
+        return end(check.slot, true);
+    publish();
+    tell(onChannelsChanged);
+    tell(isShown ? onProgress : std::function<void()>());
+}
+
+void AppUpdateCoordinator::checked(Check& check, const QString& appKey, const AppUpdateStatus& status) {
+    if (!isEnabled())
+        return switchedOff();
+    const auto known = check.left.constFind(appKey);
+    if (known == check.left.constEnd())
+        return;
+    const AppUpdateCandidate candidate = *known;
+    check.left.erase(known);
+    const Slot slot = check.slot;
+    const std::weak_ptr<bool> alive = _alive;
+    const Check* const running = &check;
+    const auto isOver = [&] { return alive.expired() || (this->*slot).get() != running; };
+    if (_candidates.contains(appKey)) { // it has not left meanwhile
+        const AppUpdateChecker* checker = checkerOf(candidate);
+        AppUpdateRecord record{.status = status,
+                               .checkedAt = _machine.clock.now(),
+                               .installedVersion = candidate.version,
+                               .sourceFingerprint =
+                                   checker ? checker->fingerprint(candidate) : QString()};
+        const auto before = _cache.records.constFind(appKey);
+        const bool isFirst = before == _cache.records.constEnd();
+        if (!isFirst && hasFailed(status) && before->installedVersion == candidate.version &&
+            !hasFailed(before->knownStatus()))
+            record.lastKnownStatus = before->knownStatus();
+        check.replaced.insert(appKey, isFirst ? std::nullopt : std::optional(*before));
+        _cache.records.insert(appKey, record);
+        askForSave();
+        publish();
+        if (isOver())
+            return;
+        if (onResult)
+            onResult(appKey, record);
+    }
+    if (isOver())
+        return;
+    if (slot == &AppUpdateCoordinator::_check) {
+        ++_progress.checked;
+        tell(onProgress);
+    }
+    if (!isOver() && check.left.isEmpty())
+        end(slot, true);
+}
+
+void AppUpdateCoordinator::end(Slot slot, bool completed) {
+    const std::unique_ptr<Check> check = std::exchange(this->*slot, nullptr);
+    if (!check)
+        return;
+    if (completed && check->isFull()) {
+        _cache.lastCheck = _machine.clock.now();
+        _cache.records.removeIf(
+            [this](const auto& entry) { return !_candidates.contains(entry.key()); });
+        askForSave();
+    }
+    const std::weak_ptr<bool> alive = _alive;
+    publish();
+    if (slot == &AppUpdateCoordinator::_check)
+        tell(onProgress);
+    if (check->done)
+        check->done(completed);
+    if (alive.expired() || slot != &AppUpdateCoordinator::_check)
+        return;
+    if (std::exchange(_isCheckDue, false) && !_check && isEnabled())
+        (void)this->check();
+    else
+        schedule();
+}
+
+void AppUpdateCoordinator::cancelCheck() { end(&AppUpdateCoordinator::_check, false); }
+
+void AppUpdateCoordinator::switchedOff() {
+    _scheduleTask.cancel();
+    _isCheckDue = false;
+    for (const Slot slot : {&AppUpdateCoordinator::_check, &AppUpdateCoordinator::_recheck}) {
+        if (!(this->*slot))
+            continue;
+        const auto replaced = (this->*slot)->replaced;
+        for (auto it = replaced.constBegin(); it != replaced.constEnd(); ++it) {
+            if (it.value())
+                _cache.records.insert(it.key(), *it.value());
+            else
+                _cache.records.remove(it.key());
+        }
+        if (!replaced.isEmpty())
+            askForSave();
+        end(slot, false);
+    }
+}
+
+// ---- publishing and saving
+
+void AppUpdateCoordinator::publish() {
+    _isPublishWanted = true;
+    if (_publishThrottleTask.isActive())
+        return;
+    _isPublishWanted = false;
+    _publishThrottleTask = _machine.scheduler.after(publishInterval, [this] {
+        if (_isPublishWanted)
+            publish();
+    });
+    refreshStatuses();
+}
+
+void AppUpdateCoordinator::refreshStatuses() {
+    AppUpdateStatuses statuses;
+    AppUpdateStatuses known;
+    qsizetype available = 0;
+    for (auto it = _cache.records.constBegin(); it != _cache.records.constEnd(); ++it) {
+        const AppUpdateCandidate* installed = candidate(it.key());
+        if (!installed || !isValid(*it, *installed))
+            continue;
+        statuses.insert(it.key(), it->status);
+        known.insert(it.key(), it->knownStatus());
+        available += std::holds_alternative<UpdateAvailable>(it->knownStatus()) ? 1 : 0;
+    }
+    if (statuses == _statuses && known == _knownStatuses)
+        return;
+    _statuses = std::move(statuses);
+    _knownStatuses = std::move(known);
+    _availableUpdateCount = available;
+    tell(onStatusesChanged);
+}
+
+void AppUpdateCoordinator::askForSave() {
+    _isUnsaved = true;
+    _saveTask = _machine.scheduler.after(saveDelay, [this] { (void)flush(); });
+}
+
+std::expected<void, FileError> AppUpdateCoordinator::flush() {
+    _saveTask.cancel();
+    if (!_isUnsaved)
+        return {};
+    const auto saved = _store.save(_cache);
+    if (saved)
+        _isUnsaved = false;
+    else
+        _machine.log.warning(
+            QStringLiteral("The cache of updates could not be saved: %1").arg(message(saved.error())));
+    return saved;
+}
+
+} // namespace tessellar

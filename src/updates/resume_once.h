@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <utility>
+
+namespace tessellar {
+
+/// Settles a race: the first of several events resumes what waits, with its value; later ones do
+/// nothing. Any thread; what waits is called by the thread that came first.
+template <typename... Values>
+class ResumeOnce {
+public:
+    explicit ResumeOnce(std::move_only_function<void(Values...)> waiting)
+        : _waiting(std::move(waiting)) {}
+
+    /// True for the first event.
+    bool resume(Values... values) {
+        std::move_only_function<void(Values...)> waiting;
+        {
+            const std::lock_guard lock(_mutex);
+            waiting = std::exchange(_waiting, nullptr);
+        }
+        if (!waiting)
+            return false;
+        waiting(std::move(values)...);
+        return true;
+    }
+
+private:
+    std::mutex _mutex;
+    std::move_only_function<void(Values...)> _waiting;
+};
+
+} // namespace tessellar
