@@ -170,7 +170,9 @@ TEST_F(LibraryWatcherTest, FollowsFoldersThatComeAndGo) {
     scanned();
     machine.remove(later);
     noticed(later);
-    scanned();
+    scanned(); // whatever was on its way has come by then
+    machine.settle();
+    machine.time.advance(5s);
     rescans.clear();
     machine.write(u"/Users/ada/Later/file"_s, "x");
     machine.makeFolder(u"/Volumes/Last"_s);
