@@ -13,7 +13,6 @@ constexpr double folderNameWeight = 0.7;
 constexpr double additionalNameWeight = 0.7;
 constexpr double bundleIdentifierWeight = 0.5;
 constexpr double categoryWeight = 0.4;
-constexpr double bestScore = 1000;
 
 /// One name of an application and what a match of it is worth.
 struct WeightedName {
@@ -136,6 +135,7 @@ QList<SearchIndex::Hit> SearchIndex::search(const QString& text) const {
     const auto query = _data ? _data->texts.query(text) : std::nullopt;
     if (!query)
         return {};
+    const double bestScore = query->bestScore();
     std::vector<Ranked> ranked;
     std::uint32_t lastApp = std::numeric_limits<std::uint32_t>::max();
     for (std::uint32_t number = 0; number < _data->found.size(); ++number) {

@@ -4,6 +4,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -37,6 +38,12 @@ public:
         std::vector<Character> characters;
         std::uint64_t letters = 0;
         bool hasSeparator = false;
+
+        /// No name scores more: an equal one, or all but one of the characters in one run.
+        double bestScore() const {
+            const auto length = static_cast<double>(characters.size());
+            return std::max(1000.0, 300 + 6 * length * (length - 1));
+        }
     };
 
     /// The number of a name; the same for the same name.

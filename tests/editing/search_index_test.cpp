@@ -285,6 +285,15 @@ TEST(SearchIndex, ScoresEachKindOfMatch) {
     EXPECT_EQ(onlyScore(QString(u"x "_qs).repeated(95) + u"y"_qs, u"y"_qs), 800 - 950);
 }
 
+TEST(SearchIndex, ALongRunInALesserNameBeatsAnEqualName) {
+    const QString query = u"Interactive Data Viewer"_qs;
+    const SearchIndex index(
+        {.pages = {{folder(2, {{app(1, query)}}, u"Interactive Data Reviewer"_qs)}}},
+        Locale(u"en_US"_qs));
+    const double inOrder = 300 + 12 * 17 * 18 / 2 - 2 * 2 + 12 * 5 * 6 / 2;
+    EXPECT_EQ(index.search(query)[0].score, inOrder * 0.7);
+}
+
 TEST(SearchIndex, DottedAndDotlessLettersByLocale) {
     EXPECT_EQ(onlyScore(u"I"_qs, u"i"_qs), 1000);
     EXPECT_EQ(onlyScore(u"Isparta"_qs, u"\u0131sparta"_qs, u"tr_TR"_qs), 1000);
