@@ -47,7 +47,9 @@ LauncherEditor::Outcome LauncherEditor::moveTiles(const QList<QUuid>& tiles, con
 }
 
 LauncherEditor::Outcome LauncherEditor::groupTiles(const QList<QUuid>& tiles, const QUuid& target) {
-    return edit(EditKind::group, tiles.size(), [&](const LayoutDocument& layout) {
+    // Into a folder that is there already they only move.
+    const EditKind kind = _launcher.folder(target) ? EditKind::move : EditKind::group;
+    return edit(kind, tiles.size() - tiles.count(target), [&](const LayoutDocument& layout) {
         return tessellar::groupTiles(layout, tiles, target, _launcher._machine.uuids.next(),
                                      _launcher._machine.locale, capacities());
     });
@@ -237,7 +239,7 @@ bool LauncherEditor::paste(const std::optional<LayoutPlace>& place) {
     }
     _launcher.replaceDocument(std::move(pasted->layout));
     select(pasted->tiles);
-    record(EditKind::paste, payload->items.size(), std::move(before));
+    record(EditKind::paste, pasted->tiles.size(), std::move(before));
     return true;
 }
 
@@ -324,20 +326,24 @@ LauncherEditor::Outcome LauncherEditor::outcome(LayoutUndoHistory::Result result
 }
 
 void LauncherEditor::undo(std::function<void(Outcome)> done) {
-    if (const auto guard = _launcher.editGuard(); !guard && _history.canUndo())
+    if (const auto guard = _launcher.editGuard();
+        !guard && (_history.isInProgress() || _history.canUndo()))
         return done ? done(guard) : void();
     _history.undo([this, done = std::move(done)](LayoutUndoHistory::Result result) {
-        _launcher.lookAgainAfterStep();
+        if (result == LayoutUndoHistory::Result::done)
+            _launcher.lookAgainAfterStep();
         if (done)
             done(outcome(result, true));
     });
 }
 
 void LauncherEditor::redo(std::function<void(Outcome)> done) {
-    if (const auto guard = _launcher.editGuard(); !guard && _history.canRedo())
+    if (const auto guard = _launcher.editGuard();
+        !guard && (_history.isInProgress() || _history.canRedo()))
         return done ? done(guard) : void();
     _history.redo([this, done = std::move(done)](LayoutUndoHistory::Result result) {
-        _launcher.lookAgainAfterStep();
+        if (result == LayoutUndoHistory::Result::done)
+            _launcher.lookAgainAfterStep();
         if (done)
             done(outcome(result, false));
     });

@@ -46,9 +46,13 @@ protected:
             json::decodeDocument<LayoutDocument>(mac.read(directory + u'/' + QLatin1StringView(name)));
         return document ? sketch(document->pages) : QStringLiteral("unreadable");
     }
-    QString undo() {
+    QString undo() { return step(&LauncherEditor::undo); }
+    QString redo() { return step(&LauncherEditor::redo); }
+
+private:
+    QString step(void (LauncherEditor::*take)(std::function<void(LauncherEditor::Outcome)>)) {
         QString code;
-        editor().undo([&](const LauncherEditor::Outcome& outcome) {
+        (editor().*take)([&](const LauncherEditor::Outcome& outcome) {
             code = outcome ? QStringLiteral("done") : outcome.error().code;
         });
         mac.settle();
@@ -142,6 +146,32 @@ TEST_F(EditorTest, AFailedSaveIsSaidAtTheNextEdit) {
     EXPECT_EQ(stored(), shown());
 }
 
+TEST_F(EditorTest, DroppingOntoAFolderIsAMove) {
+    ASSERT_TRUE(editor().groupTiles({idOf(u"Ash"_qs)}, idOf(u"Cedar"_qs)));
+    const QUuid folder = launcher->pages()[1][0].id();
+    ASSERT_TRUE(editor().groupTiles({idOf(u"Beech"_qs), folder}, folder));
+    EXPECT_EQ(shown(), u"[Folder: Cedar Ash Beech] Dogwood");
+    EXPECT_EQ(editor().history().undoStack()[0].name, u"Group Tiles");
+    EXPECT_EQ(editor().history().undoStack()[1].name, u"Move Tile");
+}
+
+TEST_F(EditorTest, NothingElseIsDoneWhileAStepWaits) {
+    LayoutUndoActions::TrashDone answer;
+    const auto later = [&](const QList<TrashedAppRecord>&, const LayoutUndoActions::TrashDone& done) {
+        answer = done;
+    };
+    editor().setTrash(later, later);
+    const TrashedAppRecord gone{u"Elm"_qs, u"/Applications/Elm.app"_qs, AppInstallKind::manual, {}};
+    editor().record(EditKind::moveToTrash, 1, editor().snapshot(), {gone});
+    EXPECT_EQ(undo(), QString());
+    EXPECT_EQ(undo(), u"stepInProgress");
+    EXPECT_EQ(redo(), u"stepInProgress");
+    EXPECT_FALSE(editor().sortEverything());
+    answer({{gone, {}}});
+    EXPECT_TRUE(editor().history().canRedo());
+    EXPECT_TRUE(editor().sortEverything());
+}
+
 TEST_F(EditorTest, SearchFollowsEditsAndFindsHiddenApplications) {
     ASSERT_TRUE(editor().renameApp(idOf(u"Ash"_qs), u"Rowan"_qs));
     ASSERT_TRUE(editor().hideApps({idOf(u"Beech"_qs)}));
@@ -153,6 +183,110 @@ TEST_F(EditorTest, SearchFollowsEditsAndFindsHiddenApplications) {
     EXPECT_EQ(first(u"ash"_qs), u"Rowan");
     EXPECT_EQ(first(u"beech"_qs), u"Beech");
     EXPECT_EQ(first(u"  "_qs), QString());
+}
+
+/// One smart folder with a tile in each mode.
+class SmartFolderEditorTest : public EditorTest {
+protected:
+    const SmartFolderDefinition games =
+        templateDefinition(SmartFolderTemplate::games, mac.uuids.next(), mac.time.now(), mac.uuids);
+    const QString registry = directory + u"/computed-folders.json"_qs;
+
+    SmartFolderEditorTest() {
+        EXPECT_TRUE(editor().addSmartFolder(games));
+        launcher->setMode(LauncherWindowMode::windowed);
+        EXPECT_TRUE(editor().addSmartFolderTile(games.id, {.page = 0, .index = 1}));
+        launcher->setMode(LauncherWindowMode::fullScreen);
+        mac.settle();
+    }
+    QList<SmartFolderDefinition> definitions() { return launcher->smartFolders().definitions(); }
+    /// The layouts of both modes, as they are stored.
+    QString bothStored() {
+        mac.time.advance(1s);
+        return stored() + u" / "_qs + stored("layout-windowed.json");
+    }
+    void blockRegistry() {
+        mac.remove(registry);
+        mac.makeFolder(registry + u"/in the way"_qs);
+    }
+};
+
+TEST_F(SmartFolderEditorTest, ADeletedOneComesBackWithItsTilesInBothModes) {
+    const QString before = bothStored();
+    EXPECT_EQ(before, u"Ash Beech *|Cedar Dogwood / Ash * Beech Cedar Dogwood");
+    ASSERT_TRUE(editor().deleteSmartFolder(games.id));
+    const QString after = bothStored();
+    EXPECT_EQ(after, u"Ash Beech|Cedar Dogwood / Ash Beech Cedar Dogwood");
+    EXPECT_TRUE(definitions().isEmpty());
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(undo(), u"done");
+        EXPECT_EQ(bothStored(), before);
+        EXPECT_EQ(definitions(), QList{games});
+        EXPECT_TRUE(mac.read(registry).contains(toText(games.id).toUtf8()));
+        EXPECT_EQ(redo(), u"done");
+        EXPECT_EQ(bothStored(), after);
+        EXPECT_TRUE(definitions().isEmpty());
+    }
+}
+
+TEST_F(SmartFolderEditorTest, ADeletionThatTheRegistryRefusesChangesNeitherMode) {
+    const QString before = bothStored();
+    const auto history = editor().history().undoStack().size();
+    blockRegistry();
+    EXPECT_FALSE(editor().deleteSmartFolder(games.id));
+    EXPECT_EQ(bothStored(), before);
+    EXPECT_EQ(definitions(), QList{games});
+    EXPECT_EQ(editor().history().undoStack().size(), history);
+}
+
+TEST_F(SmartFolderEditorTest, AStepThatTheRegistryRefusesIsNotTakenInEitherMode) {
+    const QString before = bothStored();
+    ASSERT_TRUE(editor().deleteSmartFolder(games.id));
+    const QString after = bothStored();
+    blockRegistry();
+    EXPECT_EQ(undo(), u"notApplied");
+    EXPECT_EQ(bothStored(), after);
+    EXPECT_EQ(shown(), stored());
+    EXPECT_TRUE(definitions().isEmpty());
+    EXPECT_TRUE(editor().history().canUndo());
+    EXPECT_FALSE(editor().history().canRedo());
+    mac.remove(registry);
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(bothStored(), before);
+    EXPECT_EQ(definitions(), QList{games});
+}
+
+TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
+    ASSERT_TRUE(editor().copy({games.id}));
+    launcher->setMode(LauncherWindowMode::windowed);
+    blockRegistry();
+    EXPECT_FALSE(editor().paste());
+    const auto alerts = launcher->takeAlerts();
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].title, u"Could not save Smart Folders");
+    EXPECT_EQ(shown(), u"Ash * Beech Cedar Dogwood");
+
+    mac.remove(registry);
+    ASSERT_TRUE(editor().paste());
+    EXPECT_EQ(shown(), u"Ash * Beech Cedar Dogwood *");
+    ASSERT_EQ(definitions().size(), 2);
+    SmartFolderDefinition copy = definitions().last();
+    EXPECT_EQ(launcher->pages()[0].last().id(), copy.id);
+    EXPECT_NE(copy.id, games.id);
+    EXPECT_NE(ruleID(copy.rules[0]), ruleID(games.rules[0]));
+    EXPECT_EQ(editor().history().undoStack().last().name, u"Paste Tile");
+    const auto both = definitions();
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(definitions(), QList{games});
+    EXPECT_EQ(shown(), u"Ash * Beech Cedar Dogwood");
+    EXPECT_EQ(redo(), u"done");
+    EXPECT_EQ(definitions(), both);
+
+    // Cut tiles only move where they were cut.
+    ASSERT_TRUE(editor().cut({games.id}));
+    launcher->setMode(LauncherWindowMode::fullScreen);
+    EXPECT_FALSE(editor().paste());
+    EXPECT_EQ(shown(), u"Ash Beech *|Cedar Dogwood");
 }
 
 } // namespace
