@@ -16,6 +16,10 @@ The exit status is 0 when it was done, 1 when it was refused or failed, 2 for wr
 CommandSet::CommandSet()
     : _parser("Everything that the launcher can do without a pointer.", "tessellarctl") {
     _parser.require_subcommand(1);
+    _parser.footer("batch FILE (or -) runs one command a line in one process, with one history and "
+                   "clipboard.\n"
+                   "Before the command: --root DIR, --home PATH, --mode fullScreen|windowed, "
+                   "--locale ID,\n--now DATE, --json. A line of a batch may begin with --mode.");
     addLayoutCommands(*this);
     addEditingCommands(*this);
     addSettingsCommands(*this);

@@ -17,8 +17,8 @@ constexpr const char* tilesHelp = "Tiles, by identifier or app key";
 constexpr const char* placeHelp =
     "PAGE:INDEX or FOLDER/PAGE:INDEX, counted from 0; without INDEX the page's end";
 
-std::optional<QUuid> tile(const Call& call, const QString& name) {
-    const auto found = findTile(call->launcher().pages(), name);
+std::optional<QUuid> tile(const Call& call, const QString& name, AppTiles which = AppTiles::ownFirst) {
+    const auto found = findTile(call->launcher().pages(), name, which);
     if (!found)
         call->fail({QStringLiteral("noSuchTile"),
                     QStringLiteral("There is no tile “%1”.").arg(name.left(200)),
@@ -28,13 +28,16 @@ std::optional<QUuid> tile(const Call& call, const QString& name) {
 
 std::optional<QUuid> tile(const Call& call, const Word& name) { return tile(call, text(name)); }
 
-std::optional<QList<QUuid>> tiles(const Call& call, const Words& names) {
+/// Each tile once, however often and by whatever it is named.
+std::optional<QList<QUuid>> tiles(const Call& call, const Words& names,
+                                  AppTiles which = AppTiles::ownFirst) {
     QList<QUuid> result;
     for (const std::string& name : *names) {
-        const auto found = tile(call, QString::fromStdString(name));
+        const auto found = tile(call, QString::fromStdString(name), which);
         if (!found)
             return std::nullopt;
-        result.append(*found);
+        if (!result.contains(*found))
+            result.append(*found);
     }
     return result;
 }
@@ -145,7 +148,7 @@ void addAliases(CommandSet& set) {
     CLI::App* remove = set.add("remove", "Remove alias tiles", alias);
     set.onRun(remove, CommandNeeds::launcher,
               [names = words(remove, "tiles", tilesHelp)](const Call& call) {
-                  if (const auto ids = tiles(call, names))
+                  if (const auto ids = tiles(call, names, AppTiles::aliasesOnly))
                       call->answer(call->launcher().editor().removeAliases(*ids));
               });
 }

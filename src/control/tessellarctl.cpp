@@ -19,6 +19,8 @@ constexpr qint64 maximumBatch = 16 << 20;
 constexpr std::chrono::milliseconds lockRetry{50};
 constexpr int lockTries = 200; ///< ten seconds
 
+QString wrongMode() { return QStringLiteral("--mode is fullScreen or windowed."); }
+
 struct Invocation {
     MachineOptions machine;
     CommandOptions options;
@@ -57,7 +59,7 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
         } else if (name == u"--mode") {
             invocation.options.mode = json::fromRawValue<LauncherWindowMode>(value);
             if (!invocation.options.mode)
-                return wrong(QStringLiteral("--mode is fullScreen or windowed."));
+                return wrong(wrongMode());
         } else if (name == u"--now") {
             invocation.machine.now = invocation.options.now = Instant::fromIso8601(value);
             if (!invocation.options.now)
@@ -68,6 +70,15 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
     }
     invocation.words = arguments;
     return invocation;
+}
+
+/// A line of a batch may begin with `--mode` and a mode of its own.
+bool takeMode(QStringList& words, CommandOptions& options) {
+    if (words.value(0) != u"--mode")
+        return true;
+    options.mode = json::fromRawValue<LauncherWindowMode>(words.value(1));
+    words.remove(0, std::min<qsizetype>(words.size(), 2));
+    return options.mode.has_value();
 }
 
 /// Carries commands out in this process: starts a launcher of its own, under the lock.
@@ -141,7 +152,7 @@ private:
             if (size > maximumBatch)
                 return fail(
                     {QStringLiteral("tooLarge"), QStringLiteral("The batch is too large."), {}});
-            const auto lineWords = splitWords(QString::fromUtf8(line));
+            auto lineWords = splitWords(QString::fromUtf8(line));
             if (!lineWords) {
                 status = std::max(status, fail({QStringLiteral("wrongUsage"), lineWords.error(), {}},
                                                ExitStatus::wrongUsage));
@@ -149,8 +160,14 @@ private:
             }
             if (lineWords->isEmpty())
                 continue;
+            CommandOptions options = _invocation.options;
+            if (!takeMode(*lineWords, options)) {
+                status = std::max(status, fail({QStringLiteral("wrongUsage"), wrongMode(), {}},
+                                               ExitStatus::wrongUsage));
+                continue;
+            }
             _isFinished = false;
-            _executor->run(*lineWords, _invocation.options, output());
+            _executor->run(*lineWords, options, output());
             status = std::max(status, waitForEnd());
         }
         return std::max(status, close());

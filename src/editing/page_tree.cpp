@@ -51,7 +51,7 @@ std::optional<TileLocation> locate(const Pages& pages, const QUuid& id) {
     return std::nullopt;
 }
 
-std::optional<QUuid> findTile(const Pages& pages, const QString& idOrAppKey) {
+std::optional<QUuid> findTile(const Pages& pages, const QString& idOrAppKey, AppTiles which) {
     if (const auto id = json::decode<QUuid>(idOrAppKey); id && locate(pages, *id))
         return *id;
     std::optional<QUuid> own, alias;
@@ -62,9 +62,9 @@ std::optional<QUuid> findTile(const Pages& pages, const QString& idOrAppKey) {
         auto& found = entry->alias ? alias : own;
         if (!found)
             found = entry->id;
-        return !own;
+        return !own || which == AppTiles::aliasesOnly;
     });
-    return own ? own : alias;
+    return own && which == AppTiles::ownFirst ? own : alias;
 }
 
 const Pages* pagesOf(const Pages& pages, const std::optional<QUuid>& folder) {

@@ -40,9 +40,13 @@ struct TileLocation {
 /// The first tile with an identifier, depth first.
 std::optional<TileLocation> locate(const Pages& pages, const QUuid& id);
 
+/// The tiles that an app key may stand for.
+enum class AppTiles { ownFirst, aliasesOnly };
+
 /// The tile that a text names: by its identifier, else by its app key, an application's own tile before
 /// its aliases.
-std::optional<QUuid> findTile(const Pages& pages, const QString& idOrAppKey);
+std::optional<QUuid> findTile(const Pages& pages, const QString& idOrAppKey,
+                              AppTiles which = AppTiles::ownFirst);
 
 /// The pages of a folder, or the arrangement's own; null when there is no such folder.
 const Pages* pagesOf(const Pages& pages, const std::optional<QUuid>& folder);

@@ -140,13 +140,21 @@ TEST_F(TessellarctlTest, ABatchIsOneProcessWithOneHistory) {
         history
         undo
         undo
+        --mode windowed copy org.example.ash org.example.ash
+        paste
+        history
+        alias remove org.example.ash
+        --mode sideways undo
     )");
     const QList<QByteArray> lines = batch.out.trimmed().split('\n');
-    ASSERT_EQ(lines.size(), 7) << batch.out.toStdString();
+    ASSERT_EQ(lines.size(), 12) << batch.out.toStdString();
     EXPECT_EQ(lines[0], "{}");
     EXPECT_TRUE(lines[2].contains("noSuchTile"));
     EXPECT_TRUE(lines[3].contains("wrongUsage"));
     EXPECT_EQ(lines[4], R"({"redo":[],"undo":["Group Tiles","Rename App"]})");
+    EXPECT_EQ(lines[9], R"({"redo":[],"undo":["Paste Tile"]})");
+    EXPECT_EQ(lines[10], "{}");
+    EXPECT_TRUE(lines[11].contains("wrongUsage"));
     EXPECT_EQ(batch.status, 2);
     EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash\n  Beech\n");
 }
