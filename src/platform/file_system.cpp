@@ -81,22 +81,19 @@ std::expected<FileStatus, int> statusAt(int directory, const char* name, int fla
 }
 
 int renameWithoutReplacing(const Place& from, const Place& to) {
-    const char* source = from.name.constData();
-    const char* target = to.name.constData();
+    const int error = renameExclusively(from.directory.get(), from.name, to.directory.get(), to.name);
 #ifdef __linux__
-    if (::renameat2(from.directory.get(), source, to.directory.get(), target, RENAME_NOREPLACE) == 0)
-        return 0;
-    // Some file systems do not know the flag.
-    if (errno != EINVAL && errno != ENOSYS)
-        return errno;
+    // Some file systems do not know how.
+    if (error != EINVAL && error != ENOSYS)
+        return error;
     struct stat status {};
+    const char* target = to.name.constData();
     if (::fstatat(to.directory.get(), target, &status, AT_SYMLINK_NOFOLLOW) == 0)
         return EEXIST;
-    return ::renameat(from.directory.get(), source, to.directory.get(), target) == 0 ? 0 : errno;
+    return ::renameat(from.directory.get(), from.name.constData(), to.directory.get(), target) == 0 ? 0
+                                                                                                  : errno;
 #else
-    return ::renameatx_np(from.directory.get(), source, to.directory.get(), target, RENAME_EXCL) == 0
-               ? 0
-               : errno;
+    return error;
 #endif
 }
 

@@ -42,4 +42,8 @@ std::expected<Descriptor, int> openInRootByComponent(int root, const QByteArray&
 std::expected<Descriptor, int> openBelow(int directory, const QByteArray& path, int flags,
                                          bool crossMounts);
 
+/// Renames within one volume and replaces nothing, as one step of the file system: EEXIST when the new
+/// name is taken, and an error (EINVAL, ENOSYS, ENOTSUP) where the file system cannot promise that.
+int renameExclusively(int fromDirectory, const QByteArray& from, int toDirectory, const QByteArray& to);
+
 } // namespace tessellar
