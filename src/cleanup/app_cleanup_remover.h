@@ -1,0 +1,93 @@
+#pragma once
+
+#include "cleanup/privileged/admin_mover.h"
+#include "cleanup/related_file.h"
+#include "cleanup/running_applications.h"
+#include "cleanup/trash.h"
+#include "cleanup/waiting.h"
+
+#include <functional>
+
+namespace tessellar {
+
+/// One line of what the user is told of a removal; every item has its own.
+struct CleanupLogLine {
+    enum class Kind { moved, failed };
+    Kind kind = Kind::moved;
+    QString path;
+    QString text; ///< begins with the item's name
+
+    bool operator==(const CleanupLogLine&) const = default;
+};
+
+struct CleanupRemovalProgress {
+    qsizetype done = 0;
+    qsizetype total = 0;
+    QString name; ///< of what is being worked on; empty at the end
+
+    bool operator==(const CleanupRemovalProgress&) const = default;
+};
+
+/// What became of one item; what restores it.
+struct CleanupItemResult {
+    RelatedFile item;
+    std::optional<QString> trashedPath; ///< where it lies in the Trash, when that is known
+    bool isByHelper = false;            ///< the helper took it, and only the helper puts it back
+    std::optional<QString> failure;     ///< one sentence
+
+    bool isMoved() const { return !failure; }
+    bool operator==(const CleanupItemResult&) const = default;
+};
+
+struct CleanupRemovalResult {
+    QList<CleanupItemResult> items; ///< in the order of removal: the bundle last
+    QList<CleanupLogLine> log;
+    QStringList stillRunning; ///< names; when there are any, nothing was moved
+
+    bool operator==(const CleanupRemovalResult&) const = default;
+};
+
+/// Moves chosen items to the Trash and brings them back.
+///
+/// Each item is looked at before anything moves, and again right before its turn: what has another
+/// device, inode or type than was reviewed stays, and so does what is protected, shallow or a mount
+/// point. One failure stops nothing else.
+class AppCleanupRemover {
+public:
+    using Progress = std::function<void(const CleanupRemovalProgress&)>;
+
+    struct Parts {
+        const FileSystem& files;
+        QString home;
+        Trash& trash;
+        RunningApplications& running;
+        AdminMover& administrator;
+        Wait wait = waitForReal;
+    };
+
+    explicit AppCleanupRemover(Parts parts) : _parts(std::move(parts)) {}
+
+    /// Blocks; for a worker. When stopped, what was not moved by then fails.
+    CleanupRemovalResult remove(const CleanupApplication& application, const QList<RelatedFile>& items,
+                                std::stop_token stop, const Progress& progress = {});
+
+    /// Puts back what a removal moved, the bundle first. The results say of each item why it is still
+    /// in the Trash, if it is.
+    QList<CleanupItemResult> restore(const QList<CleanupItemResult>& removed, std::stop_token stop);
+
+    /// Why an item may not be moved now, or nothing.
+    std::optional<QString> objection(const CleanupApplication& application,
+                                     const RelatedFile& item) const;
+
+private:
+    bool quit(const CleanupApplication& application, std::stop_token stop);
+    void moveByTrash(const CleanupApplication& application, QList<CleanupItemResult*> items,
+                     std::stop_token stop);
+    void moveByHelper(const CleanupApplication& application, QList<CleanupItemResult*> items,
+                      std::stop_token stop);
+    void settle(CleanupItemResult& result, const TrashResult& outcome) const;
+
+    Parts _parts;
+};
+
+} // namespace tessellar

@@ -1,0 +1,73 @@
+#include "cleanup/privileged/helper_transport.h"
+#include "cleanup/privileged/records.h"
+#include "platform/local_socket.h"
+
+#include <sys/socket.h>
+
+#include <cstring>
+#include <thread>
+
+namespace tessellar {
+namespace {
+
+using std::chrono::milliseconds;
+
+/// The helper may have to wait until an administrator has typed a password.
+constexpr std::chrono::minutes longestWork{10};
+constexpr milliseconds sendTime{helper_limits::sendMilliseconds};
+
+class SocketConnection final : public HelperConnection {
+public:
+    SocketConnection(Descriptor socket, QByteArray challenge)
+        : _socket(std::move(socket)), _challenge(std::move(challenge)) {}
+    ~SocketConnection() override {
+        ::shutdown(_socket.get(), SHUT_RDWR); // wakes the reader, whom the thread's end waits for
+    }
+
+    const QByteArray& challenge() const override { return _challenge; }
+
+    void send(const QByteArray& message, HelperConnectionHandlers handlers) override {
+        if (writeFrame(_socket.get(), message, sendTime) != 0)
+            return handlers.invalidated();
+        _reader = std::jthread([socket = _socket.get(), handlers = std::move(handlers)] {
+            const auto reply = readFrame(socket, helper_limits::frameBytes, longestWork);
+            if (reply)
+                handlers.reply(*reply);
+            else if (reply.error() == ECONNRESET)
+                handlers.invalidated();
+            else
+                handlers.interrupted();
+        });
+    }
+
+private:
+    Descriptor _socket;
+    QByteArray _challenge;
+    std::jthread _reader;
+};
+
+} // namespace
+
+QByteArray LocalSocketTransport::defaultPath() {
+    return "/var/run/" + removalHelperService.toLatin1() + ".socket";
+}
+
+std::expected<std::unique_ptr<HelperConnection>, QString> LocalSocketTransport::connect() {
+    const auto failed = [](int error) {
+        return std::unexpected(QString::fromLocal8Bit(std::strerror(error)));
+    };
+    auto socket = connectLocally(_path);
+    if (!socket)
+        return failed(socket.error());
+    const auto peer = peerCredentials(socket->get());
+    if (!peer)
+        return failed(peer.error());
+    if (peer->user != _owner)
+        return std::unexpected(QStringLiteral("Someone else listens in the helper's place."));
+    auto challenge = readFrame(socket->get(), helper_limits::frameBytes, sendTime);
+    if (!challenge)
+        return failed(challenge.error());
+    return std::make_unique<SocketConnection>(*std::move(socket), *std::move(challenge));
+}
+
+} // namespace tessellar

@@ -1,0 +1,158 @@
+#include "cleanup/privileged/privileged_helper_coordinator.h"
+
+#include "cleanup/privileged/xpc_reply_gate.h"
+
+#include <algorithm>
+#include <future>
+
+namespace tessellar {
+namespace {
+
+using Kind = PrivilegedFileOperationKind;
+using Status = PrivilegedFileOutcomeStatus;
+
+const QString notEncoded = QStringLiteral("Could not encode the administrator request.");
+const QString notConnected = QStringLiteral("Could not connect to the administrator helper.");
+
+QString sentence(AdministratorAuthorization::Refusal refusal) {
+    switch (refusal) {
+    case AdministratorAuthorization::Refusal::canceled:
+        return administratorApprovalCanceled;
+    case AdministratorAuthorization::Refusal::denied:
+        return message(AuthorizationError::denied);
+    case AdministratorAuthorization::Refusal::externalizationFailed:
+        break;
+    }
+    return message(AuthorizationError::externalizationFailed);
+}
+
+/// JSON holds Unicode text only.
+bool canBeEncoded(const QString& path) { return path.isValidUtf16() && !path.contains(QChar(u'\0')); }
+
+} // namespace
+
+std::expected<PrivilegedFileOperationResponse, QString>
+helperReply(const QByteArray& bytes, const PrivilegedFileOperationRequest& request) {
+    const auto reply = json::decodeDocument<PrivilegedFileOperationResponse>(bytes);
+    if (!reply)
+        return std::unexpected(QStringLiteral("The administrator helper returned unreadable data."));
+    const auto invalid =
+        std::unexpected(QStringLiteral("The administrator helper returned an invalid response."));
+    if (reply->id != request.id)
+        return invalid;
+    if (reply->error)
+        return std::unexpected(message(*reply->error));
+    const Status done = request.operation == Kind::remove ? Status::removed : Status::moved;
+    const bool fits =
+        std::ranges::all_of(reply->outcomes, [&](const PrivilegedFileOperationOutcome& outcome) {
+            return outcome.status == done || outcome.status == Status::failed;
+        });
+    if (!fits || reply->outcomes.size() != request.items.size())
+        return invalid;
+    return *reply;
+}
+
+std::expected<PrivilegedFileOperationResponse, QString>
+PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileOperationItem>& items,
+                                     std::stop_token stop) {
+    if (_parts.broker)
+        if (const auto ready = _parts.broker->ensure(stop); !ready)
+            return std::unexpected(message(ready.error()));
+    const auto connection = _parts.transport.connect();
+    if (!connection) {
+        _parts.log.warning(QStringLiteral("The removal helper: ") + connection.error());
+        return std::unexpected(notConnected);
+    }
+    const auto challenge = json::decodeDocument<HelperChallenge>((*connection)->challenge());
+    if (!challenge)
+        return std::unexpected(notConnected);
+
+    PrivilegedFileOperationRequest request{
+        .id = _parts.uuids.next(), .operation = operation, .items = items};
+    // A health check changes nothing and asks nobody; it is bound to its connection all the same.
+    std::expected<QByteArray, AdministratorAuthorization::Refusal> grant;
+    if (operation != Kind::healthCheck)
+        grant = _parts.authorization.obtain(stop);
+    if (!grant)
+        return std::unexpected(sentence(grant.error()));
+    request.authorization = json::writeCompact(json::encode(
+        AdministratorApproval{challenge->nonce, requestDigest(request), *std::move(grant)}));
+    const QByteArray encoded = json::writeCompact(json::encode(request));
+    if (encoded.size() > helper_limits::frameBytes)
+        return std::unexpected(notEncoded);
+
+    // Shared: the thread that brings the reply may be in it still when this one has gone on.
+    const auto promise = std::make_shared<std::promise<XPCReplyGate::Result>>();
+    auto arrived = promise->get_future();
+    const auto gate = std::make_shared<XPCReplyGate>(
+        [promise](XPCReplyGate::Result result) { promise->set_value(std::move(result)); });
+    // Once work has begun there, the truth about it is in the reply; a stop only ends the waiting.
+    const std::stop_callback stopped(
+        stop, [&gate] { gate->failed(QStringLiteral("The removal was stopped.")); });
+    (*connection)
+        ->send(encoded, {.reply = [gate](const QByteArray& message) { gate->reply(message); },
+                         .interrupted = [gate] { gate->interrupted(); },
+                         .invalidated = [gate] { gate->invalidated(); }});
+    const auto result = arrived.get();
+    if (!result)
+        return std::unexpected(result.error());
+    return helperReply(*result, request);
+}
+
+QList<AdminMoveOutcome> PrivilegedHelperCoordinator::move(Kind operation, const QList<AdminMove>& items,
+                                                          std::stop_token stop) {
+    QList<AdminMoveOutcome> outcomes;
+    QList<PrivilegedFileOperationItem> records;
+    QList<qsizetype> sent;
+    qsizetype bytes = 0;
+    const auto flush = [&] {
+        if (records.isEmpty())
+            return;
+        const auto reply = perform(operation, records, stop);
+        for (qsizetype i = 0; i < sent.size(); ++i) {
+            AdminMoveOutcome& outcome = outcomes[sent[i]];
+            if (!reply) {
+                outcome.message = reply.error();
+                continue;
+            }
+            outcome.status = reply->outcomes[i].status;
+            outcome.message = reply->outcomes[i].message;
+            outcome.destination = reply->outcomes[i].destination;
+        }
+        records.clear();
+        sent.clear();
+        bytes = 0;
+    };
+    for (const AdminMove& item : items) {
+        outcomes.append({.path = item.path, .message = notEncoded});
+        const qsizetype size = 6 * (item.path.size() + item.destination.value_or(QString()).size());
+        if (!canBeEncoded(item.path) || !canBeEncoded(item.destination.value_or(QString())))
+            continue;
+        if (records.size() == helper_limits::items || bytes + size > helper_limits::frameBytes / 2)
+            flush();
+        records.append({item.path, item.destination, item.identity});
+        sent.append(outcomes.size() - 1);
+        bytes += size;
+    }
+    flush();
+    return outcomes;
+}
+
+QList<AdminMoveOutcome> PrivilegedHelperCoordinator::moveToTrash(const QList<AdminMove>& items,
+                                                                 std::stop_token stop) {
+    return move(Kind::moveToTrash, items, stop);
+}
+
+QList<AdminMoveOutcome> PrivilegedHelperCoordinator::restoreFromTrash(const QList<AdminMove>& items,
+                                                                      std::stop_token stop) {
+    return move(Kind::restoreFromTrash, items, stop);
+}
+
+std::expected<void, QString> PrivilegedHelperCoordinator::healthCheck(std::stop_token stop) {
+    const auto reply = perform(Kind::healthCheck, {}, stop);
+    if (!reply)
+        return std::unexpected(reply.error());
+    return {};
+}
+
+} // namespace tessellar

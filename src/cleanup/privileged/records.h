@@ -1,0 +1,149 @@
+#pragma once
+
+#include "cleanup/related_file.h"
+#include "model/json.h"
+
+#include <QUuid>
+
+namespace tessellar {
+
+/// The service under which the helper is known, and listens.
+inline const QString removalHelperService = QStringLiteral("com.tessellar.app.removal-helper");
+inline const QString removalHelperPropertyList =
+    QStringLiteral("com.tessellar.app.removal-helper.plist");
+
+/// What passes to and from the helper is bounded; each side holds to it by itself.
+namespace helper_limits {
+inline constexpr qsizetype frameBytes = 1 << 20;
+inline constexpr qsizetype items = 256;
+inline constexpr qsizetype pathBytes = 4096;
+inline constexpr int sendMilliseconds = 5'000;
+} // namespace helper_limits
+
+enum class PrivilegedFileOperationKind { healthCheck, remove, moveToTrash, restoreFromTrash };
+enum class PrivilegedFileOutcomeStatus { removed, moved, failed };
+enum class AuthorizationError { missing, malformed, invalid, denied, externalizationFailed };
+QString message(AuthorizationError error);
+
+struct PrivilegedFileOperationItem {
+    QString source;                       ///< absolute
+    std::optional<QString> destination;   ///< absolute; for `restoreFromTrash`
+    std::optional<FileIdentity> approved; ///< what the user saw there; nothing else is touched
+
+    bool operator==(const PrivilegedFileOperationItem&) const = default;
+};
+
+struct PrivilegedFileOperationRequest {
+    QUuid id; ///< echoed by the reply
+    PrivilegedFileOperationKind operation = PrivilegedFileOperationKind::healthCheck;
+    QList<PrivilegedFileOperationItem> items;
+    QByteArray authorization; ///< an `AdministratorApproval`, as data
+
+    bool operator==(const PrivilegedFileOperationRequest&) const = default;
+};
+
+struct PrivilegedFileOperationOutcome {
+    PrivilegedFileOutcomeStatus status = PrivilegedFileOutcomeStatus::failed;
+    std::optional<QString> message;     ///< why it failed
+    std::optional<QString> destination; ///< where it was moved to
+
+    bool operator==(const PrivilegedFileOperationOutcome&) const = default;
+};
+
+struct PrivilegedFileOperationResponse {
+    QUuid id;
+    QList<PrivilegedFileOperationOutcome> outcomes; ///< one for each item, in their order
+    std::optional<AuthorizationError> error;
+
+    bool operator==(const PrivilegedFileOperationResponse&) const = default;
+};
+
+/// The helper's first words on a connection: the number, used once, that the approval must be for.
+struct HelperChallenge {
+    QByteArray nonce;
+
+    bool operator==(const HelperChallenge&) const = default;
+};
+
+/// An administrator's approval of one request on one connection.
+struct AdministratorApproval {
+    QByteArray nonce;
+    QByteArray digest; ///< `requestDigest` of the request
+    QByteArray grant;  ///< the system's own form of it; empty where the helper asks the system itself
+
+    bool operator==(const AdministratorApproval&) const = default;
+};
+
+/// SHA-256 over all of the request but its authorization.
+QByteArray requestDigest(PrivilegedFileOperationRequest request);
+
+namespace json {
+
+template <>
+struct RawValues<PrivilegedFileOperationKind>
+    : EnumeratorNames<PrivilegedFileOperationKind::restoreFromTrash> {};
+template <>
+struct RawValues<PrivilegedFileOutcomeStatus> : EnumeratorNames<PrivilegedFileOutcomeStatus::failed> {};
+template <>
+struct RawValues<AuthorizationError> : EnumeratorNames<AuthorizationError::externalizationFailed> {};
+template <>
+struct RawValues<FileType> : EnumeratorNames<FileType::other> {};
+
+/// Named as a field's codec: bytes as base 64.
+struct Data {
+    static Decoded<QByteArray> decode(const QJsonValue& value);
+    static QJsonValue encode(const QByteArray& value);
+};
+/// Named as a field's codec: all 64 bits, as decimal text, for a JSON number has but 53.
+struct Whole {
+    static Decoded<std::uint64_t> decode(const QJsonValue& value);
+    static QJsonValue encode(std::uint64_t value);
+};
+
+template <>
+struct Fields<FileIdentity> {
+    static constexpr auto list = std::tuple(required<Whole>("device", &FileIdentity::device),
+                                            required<Whole>("inode", &FileIdentity::inode),
+                                            required("type", &FileIdentity::type));
+};
+template <>
+struct Fields<PrivilegedFileOperationItem> {
+    using T = PrivilegedFileOperationItem;
+    static constexpr auto list =
+        std::tuple(required("source", &T::source), optional("destination", &T::destination),
+                   optional("approved", &T::approved));
+};
+template <>
+struct Fields<PrivilegedFileOperationRequest> {
+    using T = PrivilegedFileOperationRequest;
+    static constexpr auto list =
+        std::tuple(required("id", &T::id), required("operation", &T::operation),
+                   required("items", &T::items), required<Data>("authorization", &T::authorization));
+};
+template <>
+struct Fields<PrivilegedFileOperationOutcome> {
+    using T = PrivilegedFileOperationOutcome;
+    static constexpr auto list =
+        std::tuple(required("status", &T::status), optional("message", &T::message),
+                   optional("destination", &T::destination));
+};
+template <>
+struct Fields<PrivilegedFileOperationResponse> {
+    using T = PrivilegedFileOperationResponse;
+    static constexpr auto list = std::tuple(required("id", &T::id), required("outcomes", &T::outcomes),
+                                            optional("error", &T::error));
+};
+template <>
+struct Fields<HelperChallenge> {
+    static constexpr auto list = std::tuple(required<Data>("nonce", &HelperChallenge::nonce));
+};
+template <>
+struct Fields<AdministratorApproval> {
+    using T = AdministratorApproval;
+    static constexpr auto list =
+        std::tuple(required<Data>("nonce", &T::nonce), required<Data>("digest", &T::digest),
+                   required<Data>("grant", &T::grant));
+};
+
+} // namespace json
+} // namespace tessellar

@@ -1,0 +1,43 @@
+#include "cleanup/running_applications.h"
+
+#include "cleanup/related_file_names.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+SystemRunningApplications::SystemRunningApplications(Machine& machine,
+                                                     AppleScriptInterpreter& interpreter)
+    : _files(machine.files)
+    , _commands(machine.commands)
+    , _environment(machine.environment)
+    , _interpreter(interpreter) {}
+
+bool SystemRunningApplications::isRunning(const CleanupApplication& application) {
+    const CommandResult result = _commands.run(
+        {.executable = _files.hostPath(QStringLiteral("/bin/ps")),
+         .arguments = {QByteArrayLiteral("-A"), QByteArrayLiteral("-o"), QByteArrayLiteral("comm=")},
+         .environment = _environment,
+         .timeout = std::chrono::seconds(10),
+         .input = {}},
+        {});
+    const QByteArray inBundle = _files.hostPath(application.path) + '/';
+    return result.succeeded() &&
+           std::ranges::any_of(result.standardOutput.split('\n'), [&](const QByteArray& line) {
+               return line.trimmed().startsWith(inBundle);
+           });
+}
+
+void SystemRunningApplications::askToQuit(const CleanupApplication& application, std::stop_token stop) {
+    // Only an identifier that can be none but an identifier; else by where the bundle lies.
+    const QByteArray identifier = ApplicationNames(application).identifier();
+    const QByteArray path = _files.hostPath(application.path);
+    if (identifier.isEmpty() && !path.isValidUtf8())
+        return;
+    const QByteArray target = identifier.isEmpty()
+                                  ? appleScriptLiteral(path)
+                                  : "id " + appleScriptLiteral(application.bundleIdentifier->toUtf8());
+    (void)_interpreter.run("tell application " + target + " to quit\n", stop);
+}
+
+} // namespace tessellar

@@ -1,0 +1,216 @@
+#include "cleanup/app_cleanup_remover.h"
+
+#include "cleanup/app_related_files_scanner.h"
+#include "cleanup/desktop_trash.h"
+#include "tests/support/printers.h"
+#include "tests/support/test_machine.h"
+
+#include <gmock/gmock.h>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using enum RelatedFileMatch;
+
+const QString caches = u"/Users/ada/Library/Caches/"_s;
+
+/// A real Trash that remembers the order, and fails or lies where it is told to.
+class WatchedTrash final : public Trash {
+public:
+    explicit WatchedTrash(const Machine& machine) : _trash(machine) {}
+    QList<TrashResult> moveToTrash(const QStringList& paths, std::stop_token stop) override {
+        QList<TrashResult> results;
+        for (const QString& path : paths) {
+            moved.append(path);
+            if (path.contains(u"lie"))
+                results.append({.trashedPath = u"/nowhere"_s});
+            else if (path.contains(u"stuck"))
+                results.append({.failure = u"Stuck."_s});
+            else
+                results += _trash.moveToTrash({path}, stop);
+        }
+        return results;
+    }
+    QStringList moved;
+
+private:
+    DesktopTrash _trash;
+};
+
+class FakeRunning final : public RunningApplications {
+public:
+    bool isRunning(const CleanupApplication&) override { return looksLeft-- > 0; }
+    void askToQuit(const CleanupApplication&, std::stop_token) override { ++asked; }
+    int looksLeft = 0;
+    int asked = 0;
+};
+
+class FakeAdministrator final : public AdminMover {
+public:
+    QList<AdminMoveOutcome> moveToTrash(const QList<AdminMove>& items, std::stop_token) override {
+        QList<AdminMoveOutcome> outcomes;
+        for (const AdminMove& item : items) {
+            asked.append(item);
+            outcomes.append({.path = item.path, .message = answer});
+        }
+        return outcomes;
+    }
+    QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>&, std::stop_token) override {
+        return {};
+    }
+    QList<AdminMove> asked;
+    QString answer = administratorApprovalCanceled;
+};
+
+class AppCleanupRemoverTest : public testing::Test {
+protected:
+    AppCleanupRemoverTest() { mac.write(quill.path + u"/Contents/Info.plist"_s, "x"); }
+
+    RelatedFile item(const QString& path, RelatedFileMatch match = strong) const {
+        const auto status = mac.files.linkStatus(path);
+        return {
+            .path = path, .match = match, .identity = status ? identityOf(*status) : FileIdentity{}};
+    }
+    RelatedFile made(const QString& name) const {
+        mac.write(caches + name + u"/x"_s, "x");
+        return item(caches + name);
+    }
+    QString failureOf(const RelatedFile& file) {
+        const auto result = remover.remove(quill, {file}, {});
+        return result.items.first().failure.value_or(QString());
+    }
+
+    test::TestMachine mac;
+    CleanupApplication quill{.names = {u"Quill"_s},
+                             .bundleIdentifier = u"com.example.quill"_s,
+                             .path = u"/Applications/Quill.app"_s};
+    WatchedTrash trash{mac.machine};
+    FakeRunning running;
+    FakeAdministrator administrator;
+    AppCleanupRemover remover{
+        {.files = mac.files,
+         .home = u"/Users/ada"_s,
+         .trash = trash,
+         .running = running,
+         .administrator = administrator,
+         .wait = [](std::chrono::milliseconds, std::stop_token) { return true; }}};
+    const QString changed = u"It has changed since it was reviewed, and was left alone."_s;
+    const QString isProtected = u"macOS protects this item, and it couldn’t be moved to the Trash."_s;
+};
+
+TEST_F(AppCleanupRemoverTest, MovesTheBundleLastTellsOfEachAndBringsAllBack) {
+    const QList<RelatedFile> items{item(quill.path, appBundle), made(u"one"_s), made(u"stuck"_s),
+                                   made(u"lie"_s), made(u"two"_s)};
+    QStringList names;
+    const auto result = remover.remove(quill, items, {}, [&](const CleanupRemovalProgress& state) {
+        names.append(state.name);
+        EXPECT_EQ(state.total, 5);
+    });
+    EXPECT_EQ(trash.moved.last(), quill.path);
+    EXPECT_EQ(names, (QStringList{u"one"_s, u"Quill.app"_s, QString()}));
+    QStringList log;
+    for (const CleanupLogLine& line : result.log)
+        log.append(line.text);
+    EXPECT_EQ(log, (QStringList{u"one: moved to the Trash."_s, u"stuck: Stuck."_s,
+                                u"lie: Finder did not move the item to the Trash."_s,
+                                u"two: moved to the Trash."_s, u"Quill.app: moved to the Trash."_s}));
+    EXPECT_FALSE(mac.exists(quill.path));
+
+    mac.write(caches + u"two"_s, "in the way");
+    const auto restored = remover.restore(result.items, {});
+    EXPECT_EQ(restored.first().item.path, quill.path);
+    EXPECT_TRUE(mac.exists(quill.path + u"/Contents/Info.plist"_s));
+    EXPECT_TRUE(mac.exists(caches + u"one/x"_s));
+    EXPECT_EQ(mac.read(caches + u"two"_s), "in the way");
+    EXPECT_TRUE(restored[1].failure); // two
+}
+
+TEST_F(AppCleanupRemoverTest, WhatHasChangedSinceTheReviewStays) {
+    const RelatedFile replaced = made(u"replaced"_s);
+    mac.makeFolder(u"/keep"_s);
+    QDir().rename(mac.hostPath(caches + u"replaced"_s), mac.hostPath(u"/keep/it"_s));
+    mac.write(caches + u"replaced/new"_s, "x");
+    EXPECT_EQ(failureOf(replaced), changed);
+
+    const RelatedFile linked = made(u"linked"_s);
+    QDir().rename(mac.hostPath(caches + u"linked"_s), mac.hostPath(u"/keep/linked"_s));
+    mac.link(caches + u"linked"_s, u"/keep/linked"_s);
+    EXPECT_EQ(failureOf(linked), changed);
+
+    const RelatedFile gone = made(u"gone"_s);
+    mac.remove(caches + u"gone"_s);
+    EXPECT_EQ(failureOf(gone), u"It is no longer there."_s);
+    EXPECT_TRUE(trash.moved.isEmpty());
+}
+
+TEST_F(AppCleanupRemoverTest, ProtectedShallowAndForeignPlacesStay) {
+    mac.write(u"/System/Library/Caches/x"_s, "x");
+    mac.write(u"/Users/ada/Documents/x"_s, "x");
+    mac.write(u"/Applications/Other.app/x"_s, "x");
+    mac.write(caches + u"deep/x"_s, "x");
+    mac.link(caches + u"way"_s, u"/System/Library/Caches"_s);
+    for (const QString& path :
+         {u"/System/Library/Caches/x"_s, u"/Users/ada/Documents/x"_s, u"/Users/ada"_s, u"/Library"_s,
+          u"/"_s, u"/Users/ada/Library/Caches"_s, caches + u"../Caches/deep"_s, caches + u"way/x"_s,
+          u"/Applications/Other.app"_s, u"/Applications"_s}) {
+        EXPECT_NE(failureOf(item(path)), QString()) << path.toStdString();
+        EXPECT_NE(failureOf(item(path, appBundle)), QString()) << path.toStdString();
+    }
+    EXPECT_EQ(failureOf(item(u"/System/Library/Caches/x"_s)), isProtected);
+    EXPECT_TRUE(trash.moved.isEmpty());
+}
+
+TEST_F(AppCleanupRemoverTest, ARunningApplicationIsAskedFirstAndNothingMovesWhileItStays) {
+    running.looksLeft = 3;
+    EXPECT_EQ(remover.remove(quill, {made(u"one"_s)}, {}).stillRunning, QStringList());
+    EXPECT_EQ(running.asked, 1);
+    running.looksLeft = 1'000;
+    const auto result = remover.remove(quill, {made(u"two"_s), item(quill.path, appBundle)}, {});
+    EXPECT_EQ(result.stillRunning, QStringList{u"Quill"_s});
+    EXPECT_EQ(result.log.last().text, u"Quill.app: Quill is still open. Quit it, then try again."_s);
+    EXPECT_TRUE(mac.exists(caches + u"two"_s));
+    EXPECT_TRUE(mac.exists(quill.path));
+}
+
+TEST_F(AppCleanupRemoverTest, ARefusedPromptStopsOnlyWhatNeedsIt) {
+    mac.write(u"/Library/LaunchDaemons/com.example.quill.plist"_s, "x");
+    RelatedFile daemon = item(u"/Library/LaunchDaemons/com.example.quill.plist"_s);
+    daemon.domain = CleanupDomain::system;
+    daemon.needsAdministrator = true;
+    const auto result = remover.remove(quill, {daemon, made(u"one"_s)}, {});
+    EXPECT_EQ(result.log[0].text, u"com.example.quill.plist: administrator approval was canceled."_s);
+    EXPECT_EQ(result.log[1].kind, CleanupLogLine::Kind::moved);
+    EXPECT_EQ(administrator.asked,
+              QList<AdminMove>({{.path = daemon.path, .identity = daemon.identity}}));
+
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(remover.remove(quill, {made(u"two"_s)}, stop.get_token()).items.first().failure,
+              u"The removal was stopped."_s);
+}
+
+TEST(SystemRunningApplicationsTest, KnowsProcessesByTheirBundleAndQuitsByIdentifier) {
+    test::TestMachine mac;
+    const QByteArray bundle = mac.files.hostPath(u"/Applications/Quill.app"_s);
+    QByteArray processes = bundle + "2/Contents/MacOS/Quill\n";
+    mac.tool(u"/bin/ps"_s, [&](const Command&, std::stop_token) { return test::exited(0, processes); });
+    mac.tool(u"/usr/bin/osascript"_s, test::exited(0));
+    OsascriptInterpreter interpreter(mac.machine);
+    SystemRunningApplications running(mac.machine, interpreter);
+    CleanupApplication quill{.names = {u"Quill"_s},
+                             .bundleIdentifier = u"com.example.Quill"_s,
+                             .path = u"/Applications/Quill.app"_s};
+    EXPECT_FALSE(running.isRunning(quill));
+    processes += bundle + "/Contents/MacOS/Quill\n";
+    EXPECT_TRUE(running.isRunning(quill));
+    running.askToQuit(quill, {});
+    EXPECT_EQ(mac.commands.commands().last().input,
+              "tell application id \"com.example.Quill\" to quit\n");
+    quill.bundleIdentifier = u"x\" to delete"_s;
+    running.askToQuit(quill, {});
+    EXPECT_EQ(mac.commands.commands().last().input, "tell application \"" + bundle + "\" to quit\n");
+}
+
+} // namespace
+} // namespace tessellar
