@@ -1,0 +1,42 @@
+#pragma once
+
+#include "helper/confined_files.h"
+#include "helper/move_journal.h"
+
+#include <mutex>
+
+namespace tessellar {
+
+/// The user on whose behalf the helper works.
+struct HelperClient {
+    std::uint32_t user = 0;
+    /// Where the user's Trash may be, the likelier first, as paths under the root.
+    QStringList trashFolders;
+};
+
+/// The four operations. Each item has its own outcome; whatever happens to one, the others are worked
+/// on. Any thread; one request at a time is carried out.
+class FileOperations {
+public:
+    FileOperations(const QByteArray& hostRoot, const QByteArray& journalFolder)
+        : _files(hostRoot), _journal(journalFolder) {}
+
+    QList<PrivilegedFileOperationOutcome> perform(const PrivilegedFileOperationRequest& request,
+                                                  const HelperClient& client);
+
+private:
+    using Outcome = PrivilegedFileOperationOutcome;
+
+    QList<Outcome> moveToTrash(const QList<PrivilegedFileOperationItem>& items,
+                               const HelperClient& client);
+    QList<Outcome> restore(const QList<PrivilegedFileOperationItem>& items, const HelperClient& client);
+    Outcome restoreOne(const PrivilegedFileOperationItem& item, const HelperClient& client,
+                       QList<MoveRecord>& records);
+    std::expected<HeldItem, QString> hold(const PrivilegedFileOperationItem& item) const;
+
+    const ConfinedFiles _files;
+    const MoveJournal _journal;
+    std::mutex _mutex;
+};
+
+} // namespace tessellar

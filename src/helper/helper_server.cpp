@@ -1,0 +1,56 @@
+#include "helper/helper_server.h"
+
+#include <atomic>
+#include <list>
+#include <thread>
+
+namespace tessellar {
+
+using std::chrono::milliseconds;
+
+void HelperServer::serve(int listening, std::stop_token stop) {
+    struct Attendant {
+        std::atomic<bool> isDone = false;
+        std::jthread thread;
+    };
+    constexpr milliseconds look{100};
+    std::list<Attendant> attendants;
+    milliseconds idle{0};
+    while (!stop.stop_requested() && idle < _options.idle) {
+        attendants.remove_if([](const Attendant& attendant) { return attendant.isDone.load(); });
+        // Those who wait meanwhile wait in the system's queue.
+        if (attendants.size() >= _options.mostConnections) {
+            std::this_thread::sleep_for(look);
+            continue;
+        }
+        auto socket = acceptLocally(listening, look);
+        if (!socket) {
+            if (socket.error() != ETIMEDOUT)
+                std::this_thread::sleep_for(look);
+            idle = attendants.empty() ? idle + look : milliseconds(0);
+            continue;
+        }
+        idle = milliseconds(0);
+        Attendant& attendant = attendants.emplace_back();
+        attendant.thread = std::jthread([this, &attendant, socket = *std::move(socket)] {
+            attend(socket);
+            attendant.isDone.store(true);
+        });
+    }
+}
+
+void HelperServer::attend(const Descriptor& socket) {
+    const auto peer = peerCredentials(socket.get());
+    if (!peer)
+        return;
+    const QByteArray nonce = _nonces();
+    const QByteArray challenge = json::writeCompact(json::encode(HelperChallenge{nonce}));
+    if (writeFrame(socket.get(), challenge, _options.sendTime) != 0)
+        return;
+    const auto message = readFrame(socket.get(), helper_limits::frameBytes, _options.sendTime);
+    // What did not arrive in time or form is answered too: as a request that cannot be read.
+    const QByteArray reply = _desk.answer(message.value_or(QByteArray()), *peer, nonce);
+    (void)writeFrame(socket.get(), reply, _options.sendTime);
+}
+
+} // namespace tessellar

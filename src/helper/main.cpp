@@ -1,0 +1,116 @@
+// The removal helper: a small program that runs as root while an application is removed and moves what
+// the user's own rights cannot. It is started by the system when someone connects to its socket, or by
+// hand, and ends when nobody has come for a while.
+//
+//     tessellar-removal-helper [--root DIR --home PATH] [--socket PATH]
+//
+// --root and --home let an administrator try it on a folder that holds a Mac's layout.
+
+#include "helper/helper_server.h"
+
+#include "cleanup/privileged/helper_transport.h"
+
+#include <QRandomGenerator>
+
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+using namespace tessellar;
+
+namespace {
+
+struct Options {
+    QByteArray root = "/";
+    std::optional<QString> home;
+    QByteArray socket = LocalSocketTransport::defaultPath();
+};
+
+std::optional<Options> optionsOf(int count, char** words) {
+    Options options;
+    for (int i = 1; i < count; i += 2) {
+        const QByteArray word = words[i];
+        if (i + 1 == count)
+            return std::nullopt;
+        if (word == "--root")
+            options.root = words[i + 1];
+        else if (word == "--home")
+            options.home = FileSystem::fromHostBytes(words[i + 1]);
+        else if (word == "--socket")
+            options.socket = words[i + 1];
+        else
+            return std::nullopt;
+    }
+    return options;
+}
+
+std::optional<QString> homeOf(std::uint32_t user) {
+    passwd found{};
+    passwd* result = nullptr;
+    std::array<char, 16'384> buffer{};
+    if (::getpwuid_r(user, &found, buffer.data(), buffer.size(), &result) != 0 || !result)
+        return std::nullopt;
+    return FileSystem::fromHostBytes(result->pw_dir);
+}
+
+/// The folder in which the helper notes what it took: its own, and closed to all others.
+bool prepareFolder(const QByteArray& folder) {
+    struct stat status {};
+    (void)::mkdir(folder.constData(), 0700);
+    return ::lstat(folder.constData(), &status) == 0 && S_ISDIR(status.st_mode) &&
+           status.st_uid == ::geteuid() && (status.st_mode & 022) == 0;
+}
+
+QByteArray freshNonce() {
+    std::array<quint32, 8> words{};
+    QRandomGenerator::system()->fillRange(words.data(), words.size());
+    return QByteArray(reinterpret_cast<const char*>(words.data()), sizeof words);
+}
+
+int fail(const char* what, int error) {
+    std::fprintf(stderr, "tessellar-removal-helper: %s: %s\n", what, std::strerror(error));
+    return 1;
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    const auto options = optionsOf(count, words);
+    if (!options) {
+        std::fputs("tessellar-removal-helper [--root DIR --home PATH] [--socket PATH]\n", stderr);
+        return 2;
+    }
+    ::umask(077);
+    const bool isRooted = options->root != "/";
+    const QByteArray journal =
+        isRooted ? options->root + "/.tessellar-removal-helper" : QByteArray(TESSELLAR_HELPER_STATE);
+    if (!prepareFolder(journal))
+        return fail(journal.constData(), EACCES);
+
+    auto listening = inheritedSocket(::getenv("LISTEN_PID"), ::getenv("LISTEN_FDS"));
+    if (!listening) {
+        auto own = listenLocally(options->socket);
+        if (!own)
+            return fail(options->socket.constData(), own.error());
+        listening = *std::move(own);
+    }
+    const FileSystem host;
+    ProcessRunner commands;
+    PolkitCheck authorization(host, commands);
+    FileOperations operations(options->root, journal);
+    RequestDesk desk(operations, authorization, [&](std::uint32_t user) -> std::optional<HelperClient> {
+        const auto home = options->home ? options->home : homeOf(user);
+        if (!home)
+            return std::nullopt;
+        return HelperClient{
+            user,
+            {*home + QStringLiteral("/.Trash"), *home + QStringLiteral("/.local/share/Trash/files")}};
+    });
+    HelperServer(desk, freshNonce, {}).serve(listening->get(), {});
+    return 0;
+}

@@ -1,0 +1,82 @@
+#include "helper/request_desk.h"
+
+namespace tessellar {
+namespace {
+
+const QString polkitTool = QStringLiteral("/usr/bin/pkcheck");
+
+/// Before the digest is made, and before anything is asked of anyone.
+bool isBounded(const PrivilegedFileOperationRequest& request) {
+    if (request.items.size() > helper_limits::items)
+        return false;
+    for (const PrivilegedFileOperationItem& item : request.items)
+        for (const QString& path : {item.source, item.destination.value_or(QString())})
+            if (path.toUtf8().size() > helper_limits::pathBytes)
+                return false;
+    return true;
+}
+
+} // namespace
+
+std::expected<void, AuthorizationError> PolkitCheck::check(const PeerCredentials& peer,
+                                                           const QByteArray&) {
+    if (peer.user == 0)
+        return {};
+    const auto start = processStartTime(peer.process);
+    if (!start || !_files.isExecutableFile(polkitTool))
+        return std::unexpected(AuthorizationError::denied);
+    const QByteArray process = QByteArray::number(qint64(peer.process)) + ',' +
+                               QByteArray::number(quint64(*start)) + ',' +
+                               QByteArray::number(peer.user);
+    const CommandResult result =
+        _commands.run({.executable = _files.hostPath(polkitTool),
+                       .arguments = {"--action-id", "com.tessellar.app.removal-helper.manage",
+                                     "--process", process, "--allow-user-interaction"},
+                       .environment = {{"PATH", "/usr/bin:/bin"}},
+                       .timeout = std::chrono::minutes(5),
+                       .maximumOutput = 64u << 10,
+                       .input = {}},
+                      {});
+    if (!result.succeeded())
+        return std::unexpected(AuthorizationError::denied);
+    return {};
+}
+
+QByteArray RequestDesk::answer(const QByteArray& message, const PeerCredentials& peer,
+                               const QByteArray& nonce) {
+    return json::writeCompact(json::encode(respond(message, peer, nonce)));
+}
+
+PrivilegedFileOperationResponse
+RequestDesk::respond(const QByteArray& message, const PeerCredentials& peer, const QByteArray& nonce) {
+    const auto request = json::decodeDocument<PrivilegedFileOperationRequest>(message);
+    if (!request || !isBounded(*request))
+        return {.id = request ? request->id : QUuid(), .error = AuthorizationError::malformed};
+    PrivilegedFileOperationResponse response{.id = request->id};
+    const auto client = _clientOf(peer.user);
+    if (const auto authorized = authorize(*request, peer, nonce); !authorized)
+        response.error = authorized.error();
+    else if (!client)
+        response.error = AuthorizationError::denied;
+    else
+        response.outcomes = _operations.perform(*request, *client);
+    return response;
+}
+
+std::expected<void, AuthorizationError>
+RequestDesk::authorize(const PrivilegedFileOperationRequest& request, const PeerCredentials& peer,
+                       const QByteArray& nonce) {
+    if (request.authorization.isEmpty())
+        return std::unexpected(AuthorizationError::missing);
+    const auto approval = json::decodeDocument<AdministratorApproval>(request.authorization);
+    if (!approval)
+        return std::unexpected(AuthorizationError::malformed);
+    if (nonce.isEmpty() || approval->nonce != nonce || approval->digest != requestDigest(request))
+        return std::unexpected(AuthorizationError::invalid);
+    // Whether it is there may be asked by anyone who could see its socket.
+    if (request.operation == PrivilegedFileOperationKind::healthCheck && request.items.isEmpty())
+        return {};
+    return _authorization.check(peer, approval->grant);
+}
+
+} // namespace tessellar

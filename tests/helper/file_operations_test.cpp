@@ -1,0 +1,159 @@
+#include "tests/helper/helper_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Kind = PrivilegedFileOperationKind;
+using Status = PrivilegedFileOutcomeStatus;
+
+TEST(AllowedPlacesTest, AreStrictlyBelowTheFoldersOfTheLibrary) {
+    const std::pair<QString, bool> cases[]{
+        {u"/Library/LaunchDaemons/com.acme.plist"_s, true},
+        {u"/library/launchdaemons/com.acme.plist"_s, true},
+        {u"/Library/Application Support/Acme/Deep/x"_s, true},
+        {u"/Library/Application Support"_s, false},
+        {u"/Library/Application Support/"_s, false},
+        {u"/Library/Application Support/../../etc/passwd"_s, false},
+        {u"/Library/Application Support/./x"_s, false},
+        {u"//Library/Preferences/x"_s, false},
+        {u"/Library/Application Supportive/x"_s, false},
+        {u"/Library/Fonts/x"_s, false},
+        {u"/Library/Apple/x/y"_s, false},
+        {u"/Library/Preferences/com.apple.loginwindow.plist"_s, false},
+        {u"/Library/Application Support/APPLE/x"_s, false},
+        {u"/Library/PrivilegedHelperTools/com.tessellar.app.removal-helper"_s, false},
+        {u"/Library/LaunchDaemons/com.tessellar.app.removal-helper.plist"_s, false},
+        {u"/Users/ada/Library/Preferences/x"_s, false},
+        {u"Library/Preferences/x"_s, false},
+        {u"/Library/Preferences/"_s + QString(4096, u'x'), false},
+        {QString(), false},
+    };
+    for (const auto& [path, allowed] : cases) {
+        const auto place = namedPlace(path);
+        EXPECT_EQ(place && isAllowed(*place), allowed) << path.toStdString();
+    }
+}
+
+class FileOperationsTest : public testing::Test, protected test::HelperMac {
+protected:
+    const QString daemon = u"/Library/LaunchDaemons/com.acme.plist"_s;
+    void SetUp() override { mac.write(daemon, "daemon"); }
+};
+
+TEST_F(FileOperationsTest, MovesToTheTrashAndRestoresWhatItTook) {
+    mac.write(trash + u"/com.acme.plist"_s, "older");
+    const auto moved = perform(Kind::moveToTrash, item(daemon));
+    ASSERT_EQ(moved.status, Status::moved) << moved.message.value_or(QString()).toStdString();
+    EXPECT_EQ(moved.destination, trash + u"/com.acme 2.plist"_s);
+    EXPECT_EQ(mac.read(*moved.destination), "daemon");
+
+    // To another place, by another user, or over something else: no.
+    PrivilegedFileOperationItem back{.source = *moved.destination, .destination = daemon};
+    auto elsewhere = back;
+    elsewhere.destination = u"/Library/LaunchDaemons/evil.plist"_s;
+    EXPECT_EQ(perform(Kind::restoreFromTrash, elsewhere).status, Status::failed);
+    const HelperClient other{client.user + 1, client.trashFolders};
+    EXPECT_EQ(operations.perform({.operation = Kind::restoreFromTrash, .items = {back}}, other)
+                  .first()
+                  .status,
+              Status::failed);
+    EXPECT_EQ(
+        perform(Kind::restoreFromTrash, {.source = trash + u"/com.acme.plist"_s, .destination = daemon})
+            .status,
+        Status::failed);
+    mac.write(daemon, "in the way");
+    EXPECT_EQ(perform(Kind::restoreFromTrash, back).status, Status::failed);
+    EXPECT_EQ(mac.read(daemon), "in the way");
+
+    mac.remove(daemon);
+    // A helper that was ended and started again knows it still.
+    FileOperations again(mac.root.path().toUtf8(), state.path().toUtf8());
+    EXPECT_EQ(
+        again.perform({.operation = Kind::restoreFromTrash, .items = {back}}, client).first().status,
+        Status::moved);
+    EXPECT_EQ(mac.read(daemon), "daemon");
+    EXPECT_EQ(perform(Kind::restoreFromTrash, back).status, Status::failed); // once
+}
+
+TEST_F(FileOperationsTest, AnExchangedFileInTheTrashDoesNotComeBack) {
+    const auto moved = perform(Kind::moveToTrash, item(daemon));
+    ASSERT_EQ(moved.status, Status::moved);
+    mac.remove(*moved.destination);
+    mac.write(*moved.destination, "evil"); // perhaps under the same inode
+    ::chmod(mac.hostPath(*moved.destination).toUtf8().constData(), 04755);
+    EXPECT_EQ(
+        perform(Kind::restoreFromTrash, {.source = *moved.destination, .destination = daemon}).status,
+        Status::failed);
+    EXPECT_FALSE(mac.exists(daemon));
+}
+
+TEST_F(FileOperationsTest, TouchesOnlyWhatWasApprovedAndWhereItLies) {
+    mac.write(u"/secret/com.acme.plist"_s, "secret");
+    mac.link(u"/Library/Application Support/Way"_s, u"/secret"_s);
+    mac.link(u"/Library/Preferences/link.plist"_s, u"/secret/com.acme.plist"_s);
+    QList<PrivilegedFileOperationItem> items{
+        {.source = daemon},                                                    // approved by nobody
+        {.source = daemon, .approved = identity(u"/secret/com.acme.plist"_s)}, // another
+        {.source = u"/Library/Application Support/Way/com.acme.plist"_s,
+         .approved = identity(u"/secret/com.acme.plist"_s)}, // through a link
+        item(u"/Library/Preferences/link.plist"_s),          // a link
+        item(u"/secret/com.acme.plist"_s),                   // a foreign place
+        item(u"/Library/Preferences/none.plist"_s),
+        item(daemon)};
+    for (const Kind kind : {Kind::moveToTrash, Kind::remove}) {
+        mac.write(daemon, "daemon");
+        items.last() = item(daemon);
+        const auto outcomes = operations.perform({.operation = kind, .items = items}, client);
+        ASSERT_EQ(outcomes.size(), items.size());
+        for (qsizetype i = 0; i + 1 < outcomes.size(); ++i) {
+            EXPECT_EQ(outcomes[i].status, Status::failed) << i;
+            EXPECT_TRUE(outcomes[i].message);
+        }
+        EXPECT_NE(outcomes.last().status, Status::failed);
+        EXPECT_EQ(mac.read(u"/secret/com.acme.plist"_s), "secret");
+    }
+}
+
+TEST_F(FileOperationsTest, RefusesATrashOfSomeoneElseAndAJournalThatItCannotRead) {
+    client.user = ::getuid() + 1;
+    EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).message, u"Your Trash could not be opened."_s);
+    client.user = ::getuid();
+    client.trashFolders = {u"/Users/ada/../../etc"_s, u"/none"_s};
+    EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).message, u"Your Trash could not be opened."_s);
+    mac.link(u"/Users/ada/Linked"_s, u"/Users/ada/.Trash"_s);
+    client.trashFolders = {u"/Users/ada/Linked"_s};
+    EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).message, u"Your Trash could not be opened."_s);
+    client.trashFolders = {trash};
+    QFile journal(state.path() + u"/moves.json"_s);
+    ASSERT_TRUE(journal.open(QIODevice::WriteOnly) && journal.write("torn") == 4);
+    journal.close();
+    EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).status, Status::failed);
+    EXPECT_EQ(mac.read(daemon), "daemon");
+}
+
+TEST_F(FileOperationsTest, RemovesTreesWithoutFollowingTheirLinks) {
+    const QString tree = u"/Library/Application Support/Acme"_s;
+    mac.write(u"/keep/x"_s, "x");
+    mac.link(tree + u"/a/link"_s, u"/keep"_s);
+    for (int i = 0; i < 50; ++i)
+        mac.write(tree + u"/%1/b/c/file"_s.arg(i), "x");
+    QByteArray deep = mac.hostPath(tree).toUtf8();
+    ASSERT_EQ(::chdir(deep.constData()), 0);
+    for (int i = 0; i < 500; ++i) {
+        ASSERT_EQ(::mkdir("d", 0700), 0);
+        ASSERT_EQ(::chdir("d"), 0);
+    }
+    ASSERT_EQ(::chdir("/"), 0);
+    const auto removed = perform(Kind::remove, item(tree));
+    EXPECT_EQ(removed.status, Status::removed) << removed.message.value_or(QString()).toStdString();
+    EXPECT_FALSE(mac.exists(tree));
+    EXPECT_EQ(mac.read(u"/keep/x"_s), "x");
+}
+
+} // namespace
+} // namespace tessellar

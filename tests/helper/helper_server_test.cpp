@@ -1,0 +1,158 @@
+#include "helper/helper_server.h"
+
+#include "cleanup/privileged/privileged_helper_coordinator.h"
+#include "tests/helper/helper_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Kind = PrivilegedFileOperationKind;
+
+class FakeCheck final : public AuthorizationCheck {
+public:
+    std::expected<void, AuthorizationError> check(const PeerCredentials& peer,
+                                                  const QByteArray&) override {
+        asked.append(peer);
+        if (isGranted)
+            return {};
+        return std::unexpected(AuthorizationError::denied);
+    }
+    bool isGranted = true;
+    QList<PeerCredentials> asked;
+};
+
+class HelperServerTest : public testing::Test, protected test::HelperMac {
+protected:
+    HelperServerTest() { mac.write(daemon, "daemon"); }
+
+    PrivilegedFileOperationRequest request() const {
+        return {.id = QUuid::createUuid(), .operation = Kind::moveToTrash, .items = {item(daemon)}};
+    }
+    static void approve(PrivilegedFileOperationRequest& request, const QByteArray& nonce) {
+        request.authorization =
+            json::writeCompact(json::encode(AdministratorApproval{nonce, requestDigest(request), {}}));
+    }
+    PrivilegedFileOperationResponse answer(const PrivilegedFileOperationRequest& request,
+                                           const QByteArray& nonce) {
+        return json::decodeDocument<PrivilegedFileOperationResponse>(
+                   desk.answer(json::writeCompact(json::encode(request)), {::getuid(), ::getpid()},
+                               nonce))
+            .value();
+    }
+
+    const QString daemon = u"/Library/LaunchDaemons/com.acme.plist"_s;
+    FakeCheck check;
+    RequestDesk desk{operations, check, [this](std::uint32_t) { return std::optional(client); }};
+    QByteArray socketPath = state.path().toUtf8() + "/helper.socket";
+    std::atomic<int> nonces = 0;
+    HelperServer server{desk,
+                        [this] { return "nonce" + QByteArray::number(++nonces); },
+                        {.idle = 60s, .sendTime = 300ms}};
+};
+
+TEST_F(HelperServerTest, AnApprovalIsGoodForOneRequestOnOneConnection) {
+    auto asked = request();
+    EXPECT_EQ(answer(asked, "one").error, AuthorizationError::missing);
+    asked.authorization = "{}";
+    EXPECT_EQ(answer(asked, "one").error, AuthorizationError::malformed);
+    approve(asked, "one");
+    EXPECT_EQ(answer(asked, "two").error, AuthorizationError::invalid); // replayed
+    EXPECT_EQ(answer(asked, "").error, AuthorizationError::invalid);
+    for (auto change : QList<std::function<void(PrivilegedFileOperationRequest&)>>{
+             [](auto& r) { r.items.first().source += u'x'; },
+             [](auto& r) { r.operation = Kind::remove; },
+             [](auto& r) { r.items.append(r.items.first()); },
+             [](auto& r) { r.id = QUuid::createUuid(); },
+             [](auto& r) { ++r.items.first().approved->inode; }}) {
+        auto forged = asked;
+        change(forged);
+        EXPECT_EQ(answer(forged, "one").error, AuthorizationError::invalid);
+    }
+    EXPECT_TRUE(check.asked.isEmpty());
+    check.isGranted = false;
+    EXPECT_EQ(answer(asked, "one").error, AuthorizationError::denied);
+    EXPECT_EQ(mac.read(daemon), "daemon");
+    check.isGranted = true;
+    EXPECT_EQ(answer(asked, "one").outcomes.size(), 1);
+    EXPECT_FALSE(mac.exists(daemon));
+}
+
+TEST_F(HelperServerTest, EveryMessageHasOneReply) {
+    for (const QByteArray& message : {QByteArray(), QByteArray("{"), QByteArray("[]"),
+                                      QByteArray(1 << 20, '['), QByteArray("\0\xFF", 2)}) {
+        const auto reply =
+            json::decodeDocument<PrivilegedFileOperationResponse>(desk.answer(message, {}, "nonce"));
+        ASSERT_TRUE(reply);
+        EXPECT_EQ(reply->error, AuthorizationError::malformed);
+    }
+    auto tooMany = request();
+    tooMany.items = QList<PrivilegedFileOperationItem>(257, tooMany.items.first());
+    approve(tooMany, "nonce");
+    EXPECT_EQ(answer(tooMany, "nonce").error, AuthorizationError::malformed);
+}
+
+TEST_F(HelperServerTest, ServesOverItsSocketAndOutlivesBadPeers) {
+    auto listening = listenLocally(socketPath);
+    ASSERT_TRUE(listening);
+    EXPECT_FALSE(listenLocally(socketPath)); // taken
+    std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });
+
+    // One that says nothing, one that leaves, one that announces too much, one that sends garbage.
+    const auto silent = connectLocally(socketPath);
+    (void)connectLocally(socketPath);
+    const auto loud = connectLocally(socketPath);
+    ASSERT_EQ(::write(loud->get(), "\xFF\xFF\xFF\xFF", 4), 4);
+    const auto garbage = connectLocally(socketPath);
+    EXPECT_EQ(writeFrame(garbage->get(), "garbage", 1s), 0);
+    for (const auto* peer : {&silent, &loud, &garbage}) {
+        EXPECT_TRUE(readFrame((*peer)->get(), 1 << 20, 5s)); // the challenge
+        const auto reply = readFrame((*peer)->get(), 1 << 20, 5s);
+        EXPECT_TRUE(reply && reply->contains("malformed"));
+    }
+
+    LocalSocketTransport transport(socketPath, ::getuid());
+    PeerAuthorization authorization;
+    PrivilegedHelperCoordinator coordinator(
+        {.transport = transport, .authorization = authorization, .uuids = mac.uuids, .log = mac.log});
+    EXPECT_TRUE(coordinator.healthCheck({}));
+    EXPECT_TRUE(check.asked.isEmpty());
+    const auto moved =
+        coordinator.moveToTrash({{.path = daemon, .identity = identity(daemon)}}, {}).first();
+    EXPECT_EQ(moved.destination, trash + u"/com.acme.plist"_s);
+    EXPECT_EQ(check.asked, (QList{PeerCredentials{::getuid(), ::getpid()}}));
+    const auto back = coordinator.restoreFromTrash(
+        {{.path = *moved.destination, .identity = {}, .destination = daemon}}, {});
+    EXPECT_EQ(back.first().status, PrivilegedFileOutcomeStatus::moved);
+    EXPECT_EQ(mac.read(daemon), "daemon");
+
+    // Someone else who listens in its place is not spoken to.
+    LocalSocketTransport wary(socketPath, ::getuid() + 1);
+    EXPECT_FALSE(wary.connect());
+}
+
+TEST(PolkitCheckTest, AsksTheAuthorityAboutTheVeryProcess) {
+    test::TestMachine mac;
+    PolkitCheck check(mac.files, mac.commands);
+    EXPECT_TRUE(check.check({0, 1}, {}));
+    const PeerCredentials peer{1000, ::getpid()};
+    EXPECT_FALSE(check.check(peer, {})); // no authority: only root
+    int status = 0;
+    mac.tool(u"/usr/bin/pkcheck"_s,
+             [&](const Command&, std::stop_token) { return test::exited(status); });
+    EXPECT_TRUE(check.check(peer, {}));
+    EXPECT_THAT(mac.commands.commands().last().arguments,
+                testing::Contains(QByteArray::number(::getpid()) + ',' +
+                                  QByteArray::number(quint64(*processStartTime(::getpid()))) +
+                                  ",1000"));
+    status = 3;
+    EXPECT_FALSE(check.check(peer, {}));
+}
+
+} // namespace
+} // namespace tessellar
