@@ -11,7 +11,7 @@ namespace tessellar {
 
 namespace {
 TileView tileView(const LaunchpadItem& item, const QSet<QString>& unavailableAppKeys,
-                  const SmartFolderNames& smartFolderNames) {
+                  const SmartFolderContents& smartFolderContents) {
     TileView view{.id = toText(item.id())};
     if (const AppEntry* app = item.app()) {
         const QString key = appKey(*app);
@@ -26,7 +26,15 @@ TileView tileView(const LaunchpadItem& item, const QSet<QString>& unavailableApp
         view.symbolName = folder->customSymbolName.value_or(QString());
     } else {
         view.kind = IconItem::SmartFolder;
-        view.label = smartFolderNames(item.id());
+        const FolderEntry contents = smartFolderContents(item);
+        view.label = contents.name;
+        view.symbolName = contents.customSymbolName.value_or(QString());
+        for (const AppEntry& previewed : previewApplications(contents))
+            view.appKeys.append(appKey(previewed));
+        qsizetype count = 0;
+        for (const Page& page : contents.pages)
+            count += page.size();
+        view.badge = count > 0 ? QString::number(count) : QString();
     }
     return view;
 }
@@ -39,8 +47,13 @@ int PageModel::rowCount(const QModelIndex& parent) const {
 }
 
 QHash<int, QByteArray> PageModel::roleNames() const {
-    return {{IdRole, "tileId"},       {KindRole, "kind"},         {LabelRole, "label"},
-            {AppKeysRole, "appKeys"}, {SymbolRole, "symbolName"}, {UnavailableRole, "isUnavailable"}};
+    return {{IdRole, "tileId"},
+            {KindRole, "kind"},
+            {LabelRole, "label"},
+            {AppKeysRole, "appKeys"},
+            {SymbolRole, "symbolName"},
+            {BadgeRole, "badge"},
+            {UnavailableRole, "isUnavailable"}};
 }
 
 QVariant PageModel::data(const QModelIndex& index, int role) const {
@@ -58,6 +71,8 @@ QVariant PageModel::data(const QModelIndex& index, int role) const {
         return tile.appKeys;
     case SymbolRole:
         return tile.symbolName;
+    case BadgeRole:
+        return tile.badge;
     case UnavailableRole:
         return tile.isUnavailable;
     default:
@@ -93,7 +108,7 @@ PageModel* GridModel::page(int index) const {
 }
 
 void GridModel::setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
-                         const SmartFolderNames& smartFolderNames) {
+                         const SmartFolderContents& smartFolderContents) {
     _shown = pages;
     const auto count = static_cast<std::size_t>(pages.count());
     const bool countChanges = count != _pages.size();
@@ -110,7 +125,7 @@ void GridModel::setPages(const ShownPages& pages, const QSet<QString>& unavailab
     for (qsizetype page = 0; page < pages.count(); ++page) {
         QList<TileView> tiles;
         for (const LaunchpadItem& item : pages.tiles(page))
-            tiles.append(tileView(item, unavailableAppKeys, smartFolderNames));
+            tiles.append(tileView(item, unavailableAppKeys, smartFolderContents));
         _pages[static_cast<std::size_t>(page)]->setTiles(tiles);
     }
     if (countChanges)

@@ -19,12 +19,14 @@ struct TileView {
     QString label;
     QStringList appKeys; ///< the application's, or those that a folder previews
     QString symbolName;
+    QString badge; ///< at the picture's corner; empty for none
     bool isUnavailable = false;
 
     bool operator==(const TileView&) const = default;
 };
 
-using SmartFolderNames = std::function<QString(const QUuid& definitionID)>;
+/// A smart folder's tile as a folder of what it shows.
+using SmartFolderContents = std::function<FolderEntry(const LaunchpadItem& item)>;
 
 /// The tiles of one page, in the order of their slots.
 class PageModel : public QAbstractListModel {
@@ -33,7 +35,15 @@ class PageModel : public QAbstractListModel {
     QML_UNCREATABLE("made by the grid's model")
 
 public:
-    enum Role { IdRole = Qt::UserRole, KindRole, LabelRole, AppKeysRole, SymbolRole, UnavailableRole };
+    enum Role {
+        IdRole = Qt::UserRole,
+        KindRole,
+        LabelRole,
+        AppKeysRole,
+        SymbolRole,
+        BadgeRole,
+        UnavailableRole
+    };
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -60,7 +70,7 @@ public:
     int pageCount() const { return static_cast<int>(_pages.size()); }
     Q_INVOKABLE tessellar::PageModel* page(int index) const;
     void setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
-                  const SmartFolderNames& smartFolderNames);
+                  const SmartFolderContents& smartFolderContents);
     const ShownPages& shown() const { return _shown; }
 
 Q_SIGNALS:

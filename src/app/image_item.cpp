@@ -82,7 +82,8 @@ QImage IconItem::image(QSize pixels) {
     case Folder:
         return _icons->folder(_appKeys, _symbolName, pixels.width());
     case SmartFolder:
-        return _icons->smartFolder(pixels.width());
+        return _appKeys.isEmpty() ? _icons->smartFolder(pixels.width())
+                                  : _icons->folder(_appKeys, _symbolName, pixels.width());
     }
     return {};
 }

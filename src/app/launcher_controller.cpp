@@ -61,8 +61,9 @@ void LauncherController::onChange(LauncherChange change) {
 }
 
 void LauncherController::fill(GridModel& model, const ShownPages& pages) {
-    model.setPages(pages, _viewModel.unavailableAppKeys(),
-                   [this](const QUuid& id) { return _viewModel.smartFolders().name(id); });
+    model.setPages(pages, _viewModel.unavailableAppKeys(), [this](const LaunchpadItem& item) {
+        return _viewModel.openable(item).value_or(FolderEntry());
+    });
 }
 
 void LauncherController::showLayout() {
@@ -70,12 +71,10 @@ void LauncherController::showLayout() {
     showNavigation();
 }
 
-const FolderEntry* LauncherController::openFolder() const {
-    return isFolderOpen() ? _viewModel.folder(_viewModel.folderStack().last().id) : nullptr;
-}
+std::optional<FolderEntry> LauncherController::openFolder() const { return _viewModel.openFolder(); }
 
 void LauncherController::showNavigation() {
-    if (const FolderEntry* open = openFolder()) {
+    if (const auto open = openFolder()) {
         _folderId = toText(open->id);
         _folderTitle = open->name;
         _folderPage = _viewModel.folderStack().last().page;
@@ -122,13 +121,20 @@ QString LauncherController::notice() const {
 // ---- what the user does
 
 void LauncherController::activate(const QString& tileId) {
-    const LaunchpadItem* item = _viewModel.item(QUuid::fromString(tileId));
-    if (!item)
-        return;
-    if (const AppEntry* app = item->app())
-        _viewModel.launch(appKey(*app));
-    else if (item->folder())
-        _viewModel.openFolder(item->id());
+    const QUuid id = QUuid::fromString(tileId);
+    // What a smart folder shows may have no tile in the arrangement.
+    const ShownPages& shown = isFolderOpen() ? _folder.shown() : _grid.shown();
+    for (qsizetype page = 0; page < shown.count(); ++page) {
+        for (const LaunchpadItem& item : shown.tiles(page)) {
+            if (item.id() != id)
+                continue;
+            if (const AppEntry* app = item.app())
+                _viewModel.launch(appKey(*app));
+            else
+                _viewModel.openFolder(id);
+            return;
+        }
+    }
 }
 
 void LauncherController::dismissAlert() {

@@ -124,7 +124,7 @@ private:
     void wantIcons();
     void moveSelection(int key);
     void turn(int pages);
-    const FolderEntry* openFolder() const;
+    std::optional<FolderEntry> openFolder() const;
 
     LauncherViewModel& _viewModel;
     TileIcons& _icons;

@@ -9,9 +9,20 @@ static LauncherError launcherError(EditRefusal refusal) {
     return {code(refusal), message(refusal), {}};
 }
 
+/// Without a Trash nothing goes in or out of it.
+static void refuseTrash(const QList<TrashedAppRecord>& records,
+                        const LayoutUndoActions::TrashDone& done) {
+    QList<TrashOutcome> outcomes;
+    for (const TrashedAppRecord& record : records)
+        outcomes.append({record, QStringLiteral("There is no Trash here.")});
+    done(std::move(outcomes));
+}
+
 LauncherEditor::LauncherEditor(LauncherViewModel& launcher, Pasteboard& pasteboard)
     : _launcher(launcher)
     , _clipboard(pasteboard)
+    , _restoreFromTrash(refuseTrash)
+    , _moveToTrash(refuseTrash)
     , _history(launcher._machine.scheduler, launcher._machine.uuids, actions()) {}
 
 GridCapacities LauncherEditor::capacities() const {

@@ -49,7 +49,9 @@ void LauncherViewModel::start() {
     if (const auto& failure = _smartFolders.failure())
         alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
     scan([this](std::optional<AppScanner::LibraryScan> scan) {
-        _lastScan = std::move(scan).value_or(AppScanner::LibraryScan());
+        if (!scan) // stopped: nothing is known, and nothing may be dropped on its account
+            return;
+        _lastScan = *std::move(scan);
         finishStartUp();
     });
 }
@@ -255,6 +257,45 @@ const FolderEntry* LauncherViewModel::folder(const QUuid& id) const {
     return found ? found->folder() : nullptr;
 }
 
+std::optional<FolderEntry> LauncherViewModel::openable(const LaunchpadItem& item) const {
+    if (const FolderEntry* found = item.folder())
+        return *found;
+    const SmartFolderReference* reference = item.smartFolder();
+    if (!reference)
+        return std::nullopt;
+    // As the user named them; what has no tile of its own goes by the scan.
+    QHash<QString, AppEntry> named;
+    forEachItem(pages(), [&](const LaunchpadItem& tile) {
+        if (const AppEntry* app = tile.app(); app && !app->alias)
+            named.insert(appKey(*app), *app);
+        return true;
+    });
+    Page shown;
+    if (const SmartFolderEvaluation* evaluation = _smartFolders.evaluation(reference->definitionID))
+        for (const auto& facts : evaluation->matches)
+            shown.append(named.value(appKey(facts->entry), facts->entry));
+    const SmartFolderDefinition* definition = _smartFolders.definition(reference->definitionID);
+    return FolderEntry{.id = reference->definitionID,
+                       .name = _smartFolders.name(reference->definitionID),
+                       .customSymbolName = definition ? definition->customSymbolName : std::nullopt,
+                       .pages = {shown}};
+}
+
+std::optional<FolderEntry> LauncherViewModel::openFolder() const {
+    std::optional<FolderEntry> open;
+    for (const OpenFolderLevel& level : folderStack()) {
+        const Pages within = open ? open->pages : pages();
+        open.reset();
+        for (const Page& page : within)
+            for (const LaunchpadItem& tile : page)
+                if (tile.id() == level.id)
+                    open = openable(tile);
+        if (!open)
+            return std::nullopt;
+    }
+    return open;
+}
+
 static int nearest(qsizetype page, qsizetype count) {
     return static_cast<int>(std::clamp<qsizetype>(page, 0, std::max<qsizetype>(0, count - 1)));
 }
@@ -266,13 +307,15 @@ void LauncherViewModel::setCurrentPage(int page) {
 }
 
 bool LauncherViewModel::openFolder(const QUuid& id) {
-    QList<OpenFolderLevel>& stack = live().navigation.folderStack;
-    const FolderEntry* outer = stack.isEmpty() ? nullptr : folder(stack.last().id);
+    const auto outer = openFolder();
     for (const Page& page : outer ? outer->pages : pages()) {
-        for (const LaunchpadItem& item : page) {
-            if (item.id() != id || !item.folder())
+        for (const LaunchpadItem& tile : page) {
+            if (tile.id() != id || tile.app())
                 continue;
-            stack.append({id, 0});
+            live().navigation.folderStack.append({id, 0});
+            if (const QString notice = tile.smartFolder() ? _smartFolders.notice(id) : QString();
+                !notice.isEmpty())
+                showNotice(notice);
             changed(LauncherChange::navigation);
             return true;
         }
@@ -284,7 +327,7 @@ void LauncherViewModel::setFolderPage(int page) {
     QList<OpenFolderLevel>& stack = live().navigation.folderStack;
     if (stack.isEmpty())
         return;
-    const FolderEntry* open = folder(stack.last().id);
+    const auto open = openFolder();
     page = nearest(page, open ? shownPages(*open).count() : 0);
     if (std::exchange(stack.last().page, page) != page)
         changed(LauncherChange::navigation);
@@ -307,20 +350,20 @@ void LauncherViewModel::tidyNavigation() {
     const Navigation before = navigation;
     navigation.currentPage = nearest(navigation.currentPage, shownPages().count());
     // A folder that is gone, or lies elsewhere now, closes with those in it.
-    const Pages* level = &live().pages;
+    Pages level = live().pages;
     for (qsizetype i = 0; i < navigation.folderStack.size(); ++i) {
-        const FolderEntry* open = nullptr;
-        for (const Page& page : *level)
-            for (const LaunchpadItem& item : page)
-                if (item.folder() && item.id() == navigation.folderStack[i].id)
-                    open = item.folder();
+        std::optional<FolderEntry> open;
+        for (const Page& page : std::as_const(level))
+            for (const LaunchpadItem& tile : page)
+                if (tile.id() == navigation.folderStack[i].id)
+                    open = openable(tile);
         if (!open) {
             navigation.folderStack.resize(i);
             break;
         }
         navigation.folderStack[i].page =
             nearest(navigation.folderStack[i].page, shownPages(*open).count());
-        level = &open->pages;
+        level = open->pages;
     }
     const auto isGone = [this](const QUuid& id) { return !item(id); };
     if (navigation.selectedItemID && isGone(*navigation.selectedItemID))

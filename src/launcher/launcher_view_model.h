@@ -115,12 +115,17 @@ public:
     ShownPages shownPages(const FolderEntry& folder) const;
     const FolderEntry* folder(const QUuid& id) const;
     const LaunchpadItem* item(const QUuid& id) const;
+    /// What opens with a tile: a folder, or a smart folder as a folder of what it shows. Nothing for
+    /// others.
+    std::optional<FolderEntry> openable(const LaunchpadItem& item) const;
+    /// The innermost open folder.
+    std::optional<FolderEntry> openFolder() const;
 
     // Where the user is. Pages out of range go to the nearest.
     int currentPage() const { return live().navigation.currentPage; }
     void setCurrentPage(int page);
     const QList<OpenFolderLevel>& folderStack() const { return live().navigation.folderStack; }
-    /// Opens a folder over the innermost open one; false when there is no such folder in it.
+    /// Opens a folder or smart folder over the innermost open one; false when there is no such in it.
     bool openFolder(const QUuid& id);
     void setFolderPage(int page);
     void closeFolder();

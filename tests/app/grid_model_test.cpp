@@ -18,7 +18,9 @@ TEST(GridModel, SaysWhatATileShows) {
     trees.customSymbolName = u"star"_s;
     GridModel model;
     model.setPages(ShownPages({{app(u"Oak"_s), trees, SmartFolderReference{idOf(u"smart"_s)}}}, {}, 40),
-                   {u"org.example.oak"_s}, [](const QUuid&) { return u"Large"_s; });
+                   {u"org.example.oak"_s}, [](const LaunchpadItem&) {
+                       return folder(u"Large"_s, {{app(u"Elm"_s), app(u"Fir"_s)}});
+                   });
     ASSERT_EQ(model.pageCount(), 1);
     const QList<TileView>& tiles = model.page(0)->tiles();
     ASSERT_EQ(tiles.size(), 3);
@@ -30,13 +32,16 @@ TEST(GridModel, SaysWhatATileShows) {
     EXPECT_EQ(tiles[1].symbolName, u"star");
     EXPECT_EQ(tiles[2].kind, IconItem::SmartFolder);
     EXPECT_EQ(tiles[2].label, u"Large");
+    EXPECT_EQ(tiles[2].appKeys, (QStringList{u"org.example.elm"_s, u"org.example.fir"_s}));
+    EXPECT_EQ(tiles[2].badge, u"2");
     EXPECT_EQ(model.page(1), nullptr);
 }
 
 TEST(GridModel, ReportsOnlyTheTilesThatChanged) {
     GridModel model;
     const auto show = [&](const Pages& pages) {
-        model.setPages(ShownPages(pages, {}, 40), {}, [](const QUuid&) { return QString(); });
+        model.setPages(ShownPages(pages, {}, 40), {},
+                       [](const LaunchpadItem&) { return FolderEntry(); });
     };
     show({{app(u"Ash"_s), app(u"Elm"_s), app(u"Oak"_s)}});
     QSignalSpy changed(model.page(0), &PageModel::dataChanged);

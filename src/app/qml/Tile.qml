@@ -11,6 +11,7 @@ Item {
     required property string label
     required property list<string> appKeys
     required property string symbolName
+    required property string badge
     required property bool isUnavailable
     property LauncherController launcher
     property int iconSide
@@ -56,6 +57,29 @@ Item {
         opacity: tile.isUnavailable ? 0.35 : tap.pressed ? 0.7 : 1
         // A folder that is open is shown by its panel.
         visible: !(tile.launcher.isFolderOpen && tile.launcher.folderId === tile.tileId)
+    }
+
+    Rectangle {
+        visible: tile.badge !== "" && picture.visible
+        x: picture.x + picture.width - width * 0.7
+        y: picture.y - height * 0.2
+        width: Math.max(height, badgeText.implicitWidth + 12)
+        height: badgeText.implicitHeight + 4
+        radius: height / 2
+        color: "#d93a3f4b"
+        border.width: 1
+        border.color: "#40ffffff"
+
+        Text {
+            id: badgeText
+
+            anchors.centerIn: parent
+            text: tile.badge
+            color: "#f5ffffff"
+            font.pixelSize: Math.max(10, tile.launcher.labelPixels - 2)
+            renderType: Text.QtRendering
+            textFormat: Text.PlainText
+        }
     }
 
     Text {
