@@ -6,8 +6,9 @@ add_library(tessellar_options INTERFACE)
 target_compile_options(tessellar_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
     -Wno-missing-field-initializers
-    # GCC 12 sees uninitialised members in variants and optionals that hold none.
-    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+    # GCC 12 sees uninitialised members in variants and optionals that hold none, and uses of stop tokens
+    # after their last owner is gone.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized -Wno-use-after-free>)
 target_compile_definitions(tessellar_options INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
 if(TESSELLAR_SANITIZE)

@@ -185,6 +185,14 @@ void addUpdates(MacBuilder& mac, const QList<Application>& applications, const Q
         if (codes.contains(*application.identifier))
             updates.append(pending(application, codes[*application.identifier], newer(application)));
     }
+    // The launcher asks the server on the loopback where it would ask the store.
+    mac.addFile(u"/Users/ada/Library/Preferences/com.tessellar.app.json"_s,
+                QJsonDocument(QJsonObject{{u"appUpdates.storeLookupURL"_s, demonstrationServer},
+                                          {u"appUpdates.storePageURL"_s, demonstrationServer}})
+                    .toJson());
+    mac.addPropertyList(
+        u"/System/Library/CoreServices/SystemVersion.plist"_s,
+        Plist::Dictionary{{u"ProductName"_s, u"macOS"_s}, {u"ProductVersion"_s, u"15.4"_s}});
     addHomebrew(mac, casks);
     addMicrosoftUpdater(mac, updates);
 }
