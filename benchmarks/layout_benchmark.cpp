@@ -68,8 +68,10 @@ BENCHMARK(loadFloorReadAndParse)->Unit(benchmark::kMillisecond);
 void loadAndMerge(benchmark::State& state) {
     Fixture& f = fixture();
     for (auto _ : state) {
-        const auto document = json::decodeDocument<LayoutDocument>(*f.files.read(f.path, maximumLayoutBytes));
-        benchmark::DoNotOptimize(mergeLayout(document->pages, document->hiddenKeys, f.context, f.locale));
+        const auto document =
+            json::decodeDocument<LayoutDocument>(*f.files.read(f.path, maximumLayoutBytes));
+        benchmark::DoNotOptimize(
+            mergeLayout(document->pages, document->hiddenKeys, f.context, f.locale));
     }
 }
 BENCHMARK(loadAndMerge)->Unit(benchmark::kMillisecond);
@@ -84,7 +86,8 @@ BENCHMARK(saveFloorEncodeAndWrite)->Unit(benchmark::kMillisecond)->UseRealTime()
 void save(benchmark::State& state) {
     Fixture& f = fixture();
     for (auto _ : state)
-        benchmark::DoNotOptimize(f.files.writeAtomically(f.path, json::write(json::encode(f.document))));
+        benchmark::DoNotOptimize(
+            f.files.writeAtomically(f.path, json::write(json::encode(f.document))));
 }
 BENCHMARK(save)->Unit(benchmark::kMillisecond)->UseRealTime();
 

@@ -3,6 +3,7 @@
 #include "control/control_socket.h"
 #include "platform/file_lock.h"
 #include "platform/host_machine.h"
+#include "platform/host_traits.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -13,8 +14,6 @@
 #include <QTimer>
 
 #include <CLI/CLI.hpp>
-
-#include <sys/resource.h>
 
 #include <cstdio>
 
@@ -32,23 +31,6 @@ struct Arguments {
 
 std::string text(const QString& value) { return value.toStdString(); }
 
-/// In KiB. Linux counts in getrusage what the process was before it became this program; its own figure
-/// is in /proc.
-qint64 mostResident() {
-#ifdef Q_OS_LINUX
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (status.open(QIODevice::ReadOnly))
-        for (const QByteArray& line : status.readAll().split('\n'))
-            if (line.startsWith("VmHWM:"))
-                return line.mid(6).simplified().split(' ').first().toLongLong();
-    return 0;
-#else
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024; // bytes on a Mac
-#endif
-}
-
 /// Nothing when the program is to end with `status`.
 std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     CLI::App app{"Shows the installed applications as pages of tiles."};
@@ -59,9 +41,7 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     std::string screenshot;
     std::vector<int> screen;
     Arguments arguments;
-#ifdef Q_OS_MACOS
-    arguments.usesHardware = true;
-#endif
+    arguments.usesHardware = hasReliableGraphics();
     app.add_option("--root", root,
                    "A folder that holds a Mac's layout, to run on instead of this machine");
     app.add_option("--home", home, "The user's home, under the root");
@@ -108,11 +88,9 @@ int run(int argc, char** argv) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Tessellar"));
-#ifndef Q_OS_MACOS
     QFont font = QGuiApplication::font();
-    font.setFamilies({QStringLiteral("Inter"), QStringLiteral("Noto Sans"), font.family()});
+    font.setFamilies(preferredFontFamilies() + QStringList{font.family()});
     QGuiApplication::setFont(font);
-#endif
 
     auto host = HostMachine::make(arguments->machine);
     if (!host) {
@@ -154,7 +132,7 @@ int run(int argc, char** argv) {
         });
         window.whenComplete([&] {
             std::printf("first whole frame %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
-            std::printf("most resident %lld KiB\n", static_cast<long long>(mostResident()));
+            std::printf("most resident %lld KiB\n", static_cast<long long>(peakResidentMemory()));
             std::fflush(stdout);
             application.exit();
         });

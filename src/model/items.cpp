@@ -137,11 +137,12 @@ static constexpr auto folderFields =
     std::tuple(required("id", &FolderEntry::id), required("name", &FolderEntry::name),
                optional("customSymbolName", &FolderEntry::customSymbolName));
 
-// Most paths are plain ASCII, and their URLs the same text: QUrl, which costs more than all the rest of a
-// tile, is asked about the others alone.
+// Most paths are plain ASCII, and their URLs the same text: QUrl, which costs more than all the rest of
+// a tile, is asked about the others alone.
 static bool isPlain(QStringView path) {
     return std::ranges::all_of(path, [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'-' && c <= u'9') || c == u'_';
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'-' && c <= u'9') ||
+               c == u'_';
     });
 }
 

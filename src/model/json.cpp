@@ -69,9 +69,7 @@ Decoded<QUuid> Codec<QUuid>::decode(const QJsonValue& value) {
     return QUuid::fromRfc4122(QByteArrayView(bytes));
 }
 
-QJsonValue Codec<QUuid>::encode(const QUuid& value) {
-    return toText(value);
-}
+QJsonValue Codec<QUuid>::encode(const QUuid& value) { return toText(value); }
 
 Decoded<Instant> Iso8601::decode(const QJsonValue& value) {
     if (const auto instant = Instant::fromIso8601(value.toString()))

@@ -378,7 +378,8 @@ Decoded<T> decodeRecord(const QJsonValue& value, const List& list) {
 template <typename T, typename List>
 QJsonValue encodeRecord(const T& record, const List& list) {
     QJsonObject object;
-    std::apply([&](const auto&... field) { (void)(detail::encodeField(object, field, record), ...); }, list);
+    std::apply([&](const auto&... field) { (void)(detail::encodeField(object, field, record), ...); },
+               list);
     return object;
 }
 

@@ -39,7 +39,8 @@ struct MergeResult {
 ///    neither its place nor its hidden state. A matched tile keeps its place, `id` and the name that
 ///    the user gave, and takes all else from the scan. A tile out of reach stays as it is; any other is
 ///    dropped.
-/// 2. Folders close up from the inside out: an empty one goes, one with a single tile becomes that tile.
+/// 2. Folders close up from the inside out: an empty one goes, one with a single tile becomes that
+/// tile.
 /// 3. Empty top-level pages go.
 /// 4. Applications without a tile are added at the end, in alphabetical order.
 ///

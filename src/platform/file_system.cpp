@@ -90,8 +90,9 @@ int renameWithoutReplacing(const Place& from, const Place& to) {
     const char* target = to.name.constData();
     if (::fstatat(to.directory.get(), target, &status, AT_SYMLINK_NOFOLLOW) == 0)
         return EEXIST;
-    return ::renameat(from.directory.get(), from.name.constData(), to.directory.get(), target) == 0 ? 0
-                                                                                                  : errno;
+    return ::renameat(from.directory.get(), from.name.constData(), to.directory.get(), target) == 0
+               ? 0
+               : errno;
 #else
     return error;
 #endif
@@ -496,7 +497,8 @@ QString FileSystem::standardized(const QString& path) {
     const auto beginsOddPart = [](QChar slash, QChar next) {
         return slash == u'/' && (next == u'/' || next == u'.');
     };
-    if (path.startsWith(u'/') && path.size() > 1 && std::ranges::adjacent_find(path, beginsOddPart) == path.end())
+    if (path.startsWith(u'/') && path.size() > 1 &&
+        std::ranges::adjacent_find(path, beginsOddPart) == path.end())
         return path.endsWith(u'/') ? path.chopped(1) : path;
     QStringList kept;
     for (const QString& part : path.split(u'/', Qt::SkipEmptyParts)) {

@@ -7,8 +7,7 @@
 
 namespace tessellar {
 
-std::optional<Instant> Instant::fromIso8601(QStringView text)
-{
+std::optional<Instant> Instant::fromIso8601(QStringView text) {
     const QDateTime date = QDateTime::fromString(text.toString(), Qt::ISODateWithMs);
     // A text without a zone would be taken as local time.
     if (!date.isValid() || date.timeSpec() == Qt::LocalTime || date.date().year() < 1 ||
@@ -17,8 +16,7 @@ std::optional<Instant> Instant::fromIso8601(QStringView text)
     return fromUnixSeconds(static_cast<double>(date.toMSecsSinceEpoch()) / 1000);
 }
 
-QString Instant::toIso8601() const
-{
+QString Instant::toIso8601() const {
     const double seconds = std::floor(unixSeconds());
     return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), QTimeZone::utc())
         .toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"));

@@ -26,16 +26,13 @@ struct Instant {
     QString toIso8601() const;
 
     friend constexpr auto operator<=>(const Instant&, const Instant&) = default;
-    friend constexpr Instant operator+(Instant t, std::chrono::duration<double> d)
-    {
+    friend constexpr Instant operator+(Instant t, std::chrono::duration<double> d) {
         return {t.secondsSince2001 + d.count()};
     }
-    friend constexpr Instant operator-(Instant t, std::chrono::duration<double> d)
-    {
+    friend constexpr Instant operator-(Instant t, std::chrono::duration<double> d) {
         return {t.secondsSince2001 - d.count()};
     }
-    friend constexpr std::chrono::duration<double> operator-(Instant a, Instant b)
-    {
+    friend constexpr std::chrono::duration<double> operator-(Instant a, Instant b) {
         return std::chrono::duration<double>(a.secondsSince2001 - b.secondsSince2001);
     }
 };

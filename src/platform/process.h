@@ -31,7 +31,8 @@ struct Command {
 struct CommandResult {
     enum class Outcome { exited, signalled, timedOut, cancelled, couldNotLaunch };
     Outcome outcome = Outcome::couldNotLaunch;
-    int exitStatus = -1; ///< of `exited`; the signal's number for `signalled`; errno for `couldNotLaunch`
+    int exitStatus =
+        -1; ///< of `exited`; the signal's number for `signalled`; errno for `couldNotLaunch`
     QByteArray standardOutput;
     QByteArray standardError;
     bool outputTruncated = false;

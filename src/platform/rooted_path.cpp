@@ -200,8 +200,9 @@ std::expected<Descriptor, int> openBelow(int directory, const QByteArray& path, 
                                          bool crossMounts) {
 #ifdef __linux__
     if (kernelResolves.load(std::memory_order_relaxed)) {
-        auto opened = openByKernel(directory, path.constData(), flags | O_NOFOLLOW | O_CLOEXEC,
-                                   RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | (crossMounts ? 0 : RESOLVE_NO_XDEV));
+        auto opened =
+            openByKernel(directory, path.constData(), flags | O_NOFOLLOW | O_CLOEXEC,
+                         RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | (crossMounts ? 0 : RESOLVE_NO_XDEV));
         if (opened || !kernelRefused(opened.error()))
             return opened;
     }
@@ -219,11 +220,14 @@ std::expected<Descriptor, int> openBelow(int directory, const QByteArray& path, 
     return openName(folder.get(), path.sliced(slash + 1), flags, crossMounts);
 }
 
-int renameExclusively(int fromDirectory, const QByteArray& from, int toDirectory, const QByteArray& to) {
+int renameExclusively(int fromDirectory, const QByteArray& from, int toDirectory,
+                      const QByteArray& to) {
 #ifdef __linux__
-    const int done = ::renameat2(fromDirectory, from.constData(), toDirectory, to.constData(), RENAME_NOREPLACE);
+    const int done =
+        ::renameat2(fromDirectory, from.constData(), toDirectory, to.constData(), RENAME_NOREPLACE);
 #else
-    const int done = ::renameatx_np(fromDirectory, from.constData(), toDirectory, to.constData(), RENAME_EXCL);
+    const int done =
+        ::renameatx_np(fromDirectory, from.constData(), toDirectory, to.constData(), RENAME_EXCL);
 #endif
     return done == 0 ? 0 : errno;
 }

@@ -37,9 +37,9 @@ public:
 /// Settings in a JSON object in a file, of the home's Library/Preferences as a rule. While there is no
 /// such file, the property list beside it (".plist" for ".json") is read instead, and carried over when
 /// a value is first set; `path` may name either. Read at the start and before each change, so that two
-/// programs that set different keys in turn lose neither. A damaged file costs nothing but the defaults: it is
-/// kept beside the new one (".damaged" added to its name) when a value is first set. The memory holds
-/// what the disk does: a value that could not be written is not set.
+/// programs that set different keys in turn lose neither. A damaged file costs nothing but the
+/// defaults: it is kept beside the new one (".damaged" added to its name) when a value is first set.
+/// The memory holds what the disk does: a value that could not be written is not set.
 class FileSettings final : public Settings {
 public:
     FileSettings(const FileSystem& files, const QString& path);

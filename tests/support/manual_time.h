@@ -8,7 +8,8 @@
 
 namespace tessellar::test {
 
-/// A clock and a scheduler that move together, by hand: `advance` runs what falls due on the way, in order.
+/// A clock and a scheduler that move together, by hand: `advance` runs what falls due on the way, in
+/// order.
 class ManualTime final : public Clock, public Scheduler {
 public:
     explicit ManualTime(Instant start = *Instant::fromIso8601(u"2026-11-14T21:05:40Z")) : _now(start) {}
@@ -17,15 +18,14 @@ public:
     /// Moves the clock alone, as a user who sets it does; delays go on as they were.
     void setNow(Instant now) { _now = now; }
 
-    [[nodiscard]] Timer after(std::chrono::milliseconds delay, std::move_only_function<void()> call) override
-    {
+    [[nodiscard]] Timer after(std::chrono::milliseconds delay,
+                              std::move_only_function<void()> call) override {
         const Key key{_elapsed + delay, _sequence++};
         _queue->emplace(key, std::move(call));
         return Timer(std::make_unique<Entry>(_queue, key));
     }
 
-    void advance(std::chrono::milliseconds by)
-    {
+    void advance(std::chrono::milliseconds by) {
         const auto end = _elapsed + by;
         while (!_queue->empty() && _queue->begin()->first.first <= end) {
             auto node = _queue->extract(_queue->begin());
@@ -52,8 +52,7 @@ private:
         Key _key;
     };
 
-    void moveTo(std::chrono::milliseconds elapsed)
-    {
+    void moveTo(std::chrono::milliseconds elapsed) {
         _now = _now + std::chrono::duration<double>(elapsed - _elapsed);
         _elapsed = elapsed;
     }

@@ -1,0 +1,21 @@
+#include "platform/host_traits.h"
+
+#include <QFile>
+
+namespace tessellar {
+
+qint64 peakResidentMemory() {
+    // getrusage also counts what the process was before it became this program.
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly))
+        for (const QByteArray& line : status.readAll().split('\n'))
+            if (line.startsWith("VmHWM:"))
+                return line.sliced(6).simplified().split(' ').first().toLongLong();
+    return 0;
+}
+
+bool hasReliableGraphics() { return false; }
+
+QStringList preferredFontFamilies() { return {QStringLiteral("Inter"), QStringLiteral("Noto Sans")}; }
+
+} // namespace tessellar

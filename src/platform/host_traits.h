@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QStringList>
+
+namespace tessellar {
+
+// What differs between the machines that the window runs on. The build chooses the implementation:
+// host_traits.cpp, or macos/host_traits.cpp on a Mac.
+
+/// The most memory that this program has had resident so far, in KiB; 0 where the system does not say.
+qint64 peakResidentMemory();
+
+/// Whether the graphics processor can be relied on to draw.
+bool hasReliableGraphics();
+
+/// Font families to look for before the system's own; empty where that is the right one.
+QStringList preferredFontFamilies();
+
+} // namespace tessellar

@@ -1,0 +1,17 @@
+#include "platform/host_traits.h"
+
+#include <sys/resource.h>
+
+namespace tessellar {
+
+qint64 peakResidentMemory() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024; // bytes on a Mac
+}
+
+bool hasReliableGraphics() { return true; }
+
+QStringList preferredFontFamilies() { return {}; }
+
+} // namespace tessellar
