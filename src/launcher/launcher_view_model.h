@@ -32,6 +32,12 @@ enum class LauncherChange {
     alert,
     launched,     ///< an application was started: the window goes
     bootstrapped, ///< the first load is complete
+    scanned,      ///< a scan has ended, and the layouts are merged with it
+    question,     ///< what the user is asked
+    updates,      ///< what is known of updates, and what runs of them
+    cleanup,      ///< the removal under way
+    icons,        ///< icons of the user's own
+    watching,     ///< how the application folders are watched
 };
 
 /// A short message over the grid that goes by itself. A later one has a higher revision.
@@ -40,6 +46,20 @@ struct LauncherNotice {
     QString symbolName;
     int revision = 0;
 };
+
+/// Something that the user is to decide before it is done.
+struct LauncherQuestion {
+    QString title;
+    QString text;
+    QString accept;             ///< what the button that does it says
+    bool isDestructive = false; ///< that button is not the one for haste
+
+    bool operator==(const LauncherQuestion&) const = default;
+};
+/// How the user is asked: by the window, or by the words of a command. `answer` is called once,
+/// possibly at once.
+using LauncherAsker =
+    std::function<void(const LauncherQuestion& question, std::function<void(bool accepted)> answer)>;
 
 /// Owns all state that the user sees and edits: the arrangements of both display modes, where the user
 /// is in them, and what the machine holds. Everything is on the main thread; scans and other work on
@@ -95,6 +115,8 @@ public:
     bool isWriteBlocked() const { return _store.isWriteBlocked(mode()); }
     const AppScanner::LibraryScan& lastScan() const { return _lastScan; }
     const QList<AppEntry>& lastScannedApps() const { return _lastScan.apps; }
+    /// Just before the last scan began to look.
+    Instant lastScanStart() const { return _lastScanStart; }
     /// The application that a key stands for, as the last scan found it.
     const AppEntry* application(const QString& appKey) const;
     ArrangementLayout layoutSettings() const { return readLayoutSettings(_machine.settings, mode()); }
@@ -154,6 +176,12 @@ public:
                     std::chrono::milliseconds duration = std::chrono::seconds(3));
     /// Alerts not shown yet, oldest first; taking them empties the list.
     QList<LauncherError> takeAlerts();
+    /// Puts a question to those who watch; one is shown at a time, in their order.
+    void ask(const LauncherQuestion& question, std::function<void(bool accepted)> answer);
+    LauncherAsker asker();
+    /// The question that waits for its answer.
+    const LauncherQuestion* question() const;
+    void answer(bool accepted);
 
 private:
     friend class LauncherEditor;
@@ -204,6 +232,7 @@ private:
     SmartFolderLibrary _smartFolders;
     AppScanner::LibraryScan _lastScan;
     ScanCache _scanCache;
+    Instant _lastScanStart;
     bool _isBootstrapped = false;
 
     std::list<std::weak_ptr<Listener>> _listeners;
@@ -211,6 +240,11 @@ private:
     int _noticeRevision = 0;
     Timer _noticeTimer;
     QList<LauncherError> _alerts;
+    struct Asked {
+        LauncherQuestion question;
+        std::function<void(bool)> answer;
+    };
+    std::list<Asked> _questions; ///< the first one is shown
     Task _scanTask;
     bool _isRescanning = false;
     bool _rescanAgain = false;

@@ -130,6 +130,27 @@ TEST_F(LauncherTest, AnApplicationOnAVolumeThatIsNotMountedKeepsItsTile) {
     EXPECT_EQ(sketch(launcher->pages()), u"Ash");
 }
 
+TEST_F(LauncherTest, QuestionsAreAskedOneAtATimeInTheirOrder) {
+    start();
+    QStringList answers;
+    const auto ask = [&](const QString& title) {
+        launcher->ask({.title = title}, [&answers, title](bool accepted) {
+            answers.append(title + (accepted ? u" yes"_qs : u" no"_qs));
+        });
+    };
+    ask(u"first"_qs);
+    ask(u"second"_qs);
+    ASSERT_TRUE(launcher->question());
+    EXPECT_EQ(launcher->question()->title, u"first");
+    launcher->answer(true);
+    ASSERT_TRUE(launcher->question());
+    EXPECT_EQ(launcher->question()->title, u"second");
+    launcher->answer(false);
+    launcher->answer(true);
+    EXPECT_FALSE(launcher->question());
+    EXPECT_EQ(answers, QStringList({u"first yes"_qs, u"second no"_qs}));
+}
+
 TEST_F(LauncherTest, LaunchingTellsTheSystemAndSaysWhatItAnswers) {
     const QString path = install(u"Ash"_qs);
     QList<QByteArray> arguments;
