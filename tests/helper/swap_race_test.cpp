@@ -36,6 +36,11 @@ protected:
         });
     }
 
+    /// Gives the other thread its turn, however busy the machine is.
+    void awaitSwap() const {
+        for (const int before = swaps; swaps == before;)
+            std::this_thread::yield();
+    }
     bool isVictimUnharmed() const { return mac.read(u"/victim/item"_s) == "victim"; }
 
     const QString folder = u"/Library/Application Support/Acme"_s;
@@ -44,7 +49,7 @@ protected:
     std::jthread swapper;
 };
 
-/// Looks by path, then acts by path.
+/// Looks by path, then acts by path: a swap between the two takes the wrong file.
 TEST_F(SwapRace, IsLostByAWalkThatLooksFirst) {
     const QByteArray source = mac.hostPath(folder + u"/item"_s).toUtf8();
     const QByteArray target = mac.hostPath(trash + u"/item"_s).toUtf8();
@@ -53,6 +58,7 @@ TEST_F(SwapRace, IsLostByAWalkThatLooksFirst) {
         struct stat status {};
         if (::stat(source.constData(), &status) != 0 || status.st_ino != approved.inode)
             continue;
+        awaitSwap();
         if (::rename(source.constData(), target.constData()) != 0)
             continue;
         if (!isVictimUnharmed())
@@ -73,7 +79,8 @@ TEST_F(SwapRace, IsWonByDescriptors) {
     const NamedPlace place = *namedPlace(folder + u"/item"_s);
     int moved = 0;
     int refused = 0;
-    for (int i = 0; i < rounds; ++i) {
+    // On a busy machine the swaps come late; then it takes some rounds more.
+    for (int i = 0; i < rounds || moved == 0 || refused == 0 || swaps < rounds / 10; ++i) {
         const auto held = files.hold(place, approved);
         if (!held) {
             ++refused;
@@ -88,9 +95,6 @@ TEST_F(SwapRace, IsWonByDescriptors) {
         ASSERT_TRUE(isVictimUnharmed());
     }
     EXPECT_TRUE(isVictimUnharmed());
-    EXPECT_GT(moved, 0);
-    EXPECT_GT(refused, 0);
-    EXPECT_GT(swaps.load(), rounds / 10);
     RecordProperty("moved", moved);
     std::printf("moved %d, refused %d, swaps %d\n", moved, refused, swaps.load());
 }
