@@ -17,7 +17,8 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode, 
                         changed(LauncherChange::smartFolders);
                     })
     , _opener(machine)
-    , _editor(std::make_unique<LauncherEditor>(*this, pasteboard ? *pasteboard : _ownPasteboard)) {
+    , _editor(std::make_unique<LauncherEditor>(*this, pasteboard ? *pasteboard : _ownPasteboard))
+    , _updates(std::make_unique<LauncherUpdates>(*this)) {
     (void)_store.setActiveMode(mode);
 }
 

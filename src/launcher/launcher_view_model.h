@@ -5,6 +5,7 @@
 #include "editing/navigation.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_error.h"
+#include "launcher/launcher_updates.h"
 #include "launcher/smart_folder_library.h"
 #include "model/layout_settings.h"
 #include "model/layout_store.h"
@@ -157,6 +158,8 @@ public:
     // What the user does. Edits of the arrangement, their history and search are the editor's.
     LauncherEditor& editor() { return *_editor; }
     const LauncherEditor& editor() const { return *_editor; }
+    LauncherUpdates& updates() { return *_updates; }
+    const LauncherUpdates& updates() const { return *_updates; }
     /// Starts an application; one that is not known or not available is refused, with a notice. `done`
     /// is called when the system has taken it, or at once with a refusal.
     void launch(const QString& appKey, std::function<void(Outcome)> done = {});
@@ -185,6 +188,7 @@ public:
 
 private:
     friend class LauncherEditor;
+    friend class LauncherUpdates;
 
     /// The arrangement of one mode.
     struct LiveLayout {
@@ -252,7 +256,8 @@ private:
     Opener _opener;
     MemoryPasteboard _ownPasteboard;
     Task _launch;
-    std::unique_ptr<LauncherEditor> _editor; // last: it asks all the others
+    std::unique_ptr<LauncherEditor> _editor; // after all that it asks
+    std::unique_ptr<LauncherUpdates> _updates;
 };
 
 } // namespace tessellar

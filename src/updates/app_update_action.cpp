@@ -28,8 +28,8 @@ MicrosoftAutoUpdateTarget::find(const FileSystem& files, const QString& bundleId
     return MicrosoftAutoUpdateTarget{*found, toolPath};
 }
 
-QString label(const AppUpdateAction& action) {
-    switch (kindOf(action)) {
+QString label(AppUpdateActionKind action) {
+    switch (action) {
     case AppUpdateActionKind::homebrew:
         return QStringLiteral("Update with Homebrew");
     case AppUpdateActionKind::microsoftAutoUpdate:

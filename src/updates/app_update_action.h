@@ -62,7 +62,7 @@ inline AppUpdateActionKind kindOf(const AppUpdateAction& action) {
 }
 
 /// What a menu says of an action.
-QString label(const AppUpdateAction& action);
+QString label(AppUpdateActionKind action);
 
 /// The updater's name and its command, for the two actions that run one.
 struct AppUpdateCommand {

@@ -77,10 +77,10 @@ struct AppUpdateCoordinator::Check {
     }
 };
 
-AppUpdateCoordinator::AppUpdateCoordinator(Machine& machine)
+AppUpdateCoordinator::AppUpdateCoordinator(Machine& machine, StoredUpdates stored)
     : _machine(machine)
-    , _store(machine)
-    , _cache(_store.load())
+    , _store(std::move(stored.store))
+    , _cache(std::move(stored.cache))
     , _settings(readAppUpdateSettings(machine.settings))
     , _opener(machine)
     , _lanes(machine.workers.mailbox()) {
@@ -161,6 +161,15 @@ QHash<QString, AppUpdateChannel> AppUpdateCoordinator::channels() const {
         if (const auto found = channel(it.key()))
             result.insert(it.key(), *found);
     return result;
+}
+
+std::optional<AppUpdateChannelKind> AppUpdateCoordinator::channelKind(const QString& appKey) const {
+    if (!areChannelsKnown())
+        if (const auto known = record(appKey);
+            known && isHomebrewFingerprint(known->sourceFingerprint.value_or(QString()), {}))
+            return AppUpdateChannelKind::homebrewCask;
+    const auto found = channel(appKey);
+    return found ? std::optional(kindOf(*found)) : std::nullopt;
 }
 
 const QHash<QString, HomebrewCaskOwnership>& AppUpdateCoordinator::homebrewOwnershipByAppKey() const {

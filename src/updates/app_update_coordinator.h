@@ -38,7 +38,8 @@ struct AppUpdateAlert {
 /// Knows which installed applications have newer versions, and runs their updates. Main thread; what
 /// blocks runs on workers and posts its results back.
 ///
-/// The cache is read when it is made. Nothing is contacted before `start`, except by what is asked for
+/// The cache is read when it is made, or was before. Nothing is contacted before `start`, except by
+/// what is asked for
 /// (`check`, `learnChannels`, `runAction`), so that a command line may use it without.
 class AppUpdateCoordinator {
 public:
@@ -46,7 +47,10 @@ public:
     static constexpr std::chrono::milliseconds publishInterval{250};
     static constexpr std::chrono::hours commandTimeout{2};
 
-    explicit AppUpdateCoordinator(Machine& machine);
+    explicit AppUpdateCoordinator(Machine& machine)
+        : AppUpdateCoordinator(machine, StoredUpdates::read(machine)) {}
+    /// With a cache that was read before, possibly on a worker.
+    AppUpdateCoordinator(Machine& machine, StoredUpdates stored);
     /// Ends what runs, and saves what is unsaved.
     ~AppUpdateCoordinator();
     AppUpdateCoordinator(const AppUpdateCoordinator&) = delete;
@@ -89,6 +93,11 @@ public:
     std::optional<Instant> lastCheck() const { return _cache.lastCheck; }
     std::optional<AppUpdateChannel> channel(const QString& appKey) const;
     QHash<QString, AppUpdateChannel> channels() const;
+    /// The same without what the channel carries; while the brews were not asked, a record of theirs
+    /// speaks for them.
+    std::optional<AppUpdateChannelKind> channelKind(const QString& appKey) const;
+    /// True once the brews were asked.
+    bool areChannelsKnown() const { return _homebrew->isPrepared(); }
     const AppUpdateCandidate* candidate(const QString& appKey) const;
     const QHash<QString, HomebrewCaskOwnership>& homebrewOwnershipByAppKey() const;
     /// Finds out the channels of all applications, asking the brews where they were not asked yet;

@@ -7,7 +7,7 @@ namespace tessellar {
 
 /// Keeps the update cache in "app-updates.json" in the application's folder. A file that cannot be read
 /// gives an empty cache and is set aside beside the new one; while even that fails, nothing is written.
-/// Main thread.
+/// One thread at a time.
 class AppUpdateStore {
 public:
     /// Makes the folder; a failure shows when something is saved.
@@ -25,6 +25,18 @@ private:
     const Machine& _machine;
     QString _path;
     bool _mayWrite = true;
+};
+
+/// The cache, with the store that read it.
+struct StoredUpdates {
+    AppUpdateStore store;
+    AppUpdateCache cache;
+
+    static StoredUpdates read(const Machine& machine) {
+        StoredUpdates stored{AppUpdateStore(machine), {}};
+        stored.cache = stored.store.load();
+        return stored;
+    }
 };
 
 } // namespace tessellar

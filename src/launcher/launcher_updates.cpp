@@ -1,0 +1,401 @@
+#include "launcher/launcher_updates.h"
+
+#include "launcher/launcher_view_model.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QTimeZone>
+
+#include <algorithm>
+
+namespace tessellar {
+
+static const QString badgeOfUpdate = QStringLiteral("↓");
+
+static LauncherError launcherError(AppUpdateError error) {
+    static constexpr std::array codes{"updatesDisabled", "alreadyChecking", "unknownApplication"};
+    return {QString::fromLatin1(codes[static_cast<std::size_t>(error)]), message(error), {}};
+}
+
+LauncherUpdates::LauncherUpdates(LauncherViewModel& launcher)
+    : _launcher(launcher)
+    , _subscription(launcher.subscribe([this](LauncherChange change) { onChange(change); })) {}
+
+LauncherUpdates::~LauncherUpdates() = default;
+
+// ---- what begins and ends its work
+
+void LauncherUpdates::onChange(LauncherChange change) {
+    switch (change) {
+    case LauncherChange::scanned:
+        if (_coordinator)
+            _coordinator->updateApps(_launcher.lastScannedApps());
+        else if (_isWanted || areSmartFoldersInterested())
+            want();
+        return;
+    case LauncherChange::smartFolders:
+        if (!_isWanted && areSmartFoldersInterested())
+            want();
+        return;
+    case LauncherChange::settings:
+        if (!_coordinator)
+            return;
+        _coordinator->settingsChanged();
+        feedSmartFolders();
+        return publish();
+    default:
+        return;
+    }
+}
+
+void LauncherUpdates::want() {
+    _isWanted = true;
+    if (_coordinator || _isLoading || !_launcher.isBootstrapped())
+        return;
+    _isLoading = true;
+    Machine& machine = _launcher._machine;
+    _loading = machine.workers.run([&machine](std::stop_token) { return StoredUpdates::read(machine); },
+                                   [this](StoredUpdates stored) { loaded(std::move(stored)); });
+}
+
+void LauncherUpdates::loaded(StoredUpdates stored) {
+    _isLoading = false;
+    _coordinator = std::make_unique<AppUpdateCoordinator>(_launcher._machine, std::move(stored));
+    AppUpdateCoordinator& updates = *_coordinator;
+    updates.onStatusesChanged = [this] {
+        feedSmartFolders();
+        publish();
+    };
+    updates.onChannelsChanged = [this] { known(); };
+    updates.onProgress = [this] {
+        if (_watcher.progress)
+            _watcher.progress();
+        publish();
+    };
+    updates.onResult = [this](const QString& appKey, const AppUpdateRecord& record) {
+        if (_watcher.result)
+            _watcher.result(appKey, record);
+    };
+    updates.onActionStatesChanged = [this] { publish(); };
+    updates.presentAlert = [this](const AppUpdateAlert& alert, std::function<void(bool)> answer) {
+        if (!alert.isQuestion)
+            return _launcher.alert({QStringLiteral("updateInProgress"), alert.title, {}});
+        _asker({.title = alert.title, .text = alert.text, .accept = QStringLiteral("Update")},
+               std::move(answer));
+    };
+    updates.prepareForExternalPresentation = [this] { _launcher.changed(LauncherChange::launched); };
+    updates.beginExternalSystemUI = [this] {
+        ++_externalUpdaters;
+        publish();
+    };
+    updates.endExternalSystemUI = [this] {
+        --_externalUpdaters;
+        publish();
+    };
+    updates.onUpdateCompleted = [this](const QString&) {
+        _launcher.rescan();
+        if (const auto verified = std::exchange(_verified, nullptr))
+            verified();
+    };
+    if (_isScheduleWanted)
+        updates.start();
+    updates.updateApps(_launcher.lastScannedApps());
+}
+
+/// What the bundles say is known, or what the brews say.
+void LauncherUpdates::known() {
+    _isKnown = true;
+    feedSmartFolders();
+    publish();
+    for (const auto& done : std::exchange(_waiting, {}))
+        done();
+}
+
+void LauncherUpdates::startSchedule() {
+    _isScheduleWanted = true;
+    want();
+    if (_coordinator)
+        _coordinator->start();
+}
+
+void LauncherUpdates::whenKnown(std::function<void()> done) {
+    if (_isKnown)
+        return done();
+    _waiting.push_back(std::move(done));
+    want();
+}
+
+void LauncherUpdates::whenChannelsKnown(std::function<void()> done) {
+    whenKnown([this, done = std::move(done)] { _coordinator->learnChannels(done); });
+}
+
+// ---- smart folders
+
+bool LauncherUpdates::areSmartFoldersInterested() const {
+    const auto isOfUpdates = [](const QString& field) {
+        return field == u"updateStatus" || field == u"distributionChannel";
+    };
+    return std::ranges::any_of(
+        _launcher.smartFolders().definitions(), [&](const SmartFolderDefinition& definition) {
+            return isOfUpdates(definition.sort.field.rawValue()) ||
+                   std::ranges::any_of(definition.rules, [&](const SmartFolderRule& rule) {
+                       return isOfUpdates(
+                           std::visit([](const auto& one) { return one.field.rawValue(); }, rule));
+                   });
+        });
+}
+
+void LauncherUpdates::feedSmartFolders() {
+    if (!_isKnown)
+        return;
+    SmartFolderRuntimeFacts facts = _launcher.smartFolders().runtimeFacts();
+    facts.updateCheckingEnabled = isEnabled();
+    facts.updateStatuses.clear();
+    facts.distributionChannels.clear();
+    const AppUpdateStatuses& statuses = _coordinator->knownStatuses();
+    if (facts.updateCheckingEnabled)
+        for (auto it = statuses.constBegin(); it != statuses.constEnd(); ++it)
+            facts.updateStatuses.insert(it.key(), static_cast<SmartFolderUpdateState>(it->index()));
+    static constexpr std::array channels{SmartFolderDistributionChannel::homebrew,
+                                         SmartFolderDistributionChannel::macAppStore,
+                                         SmartFolderDistributionChannel::sparkle};
+    for (const AppEntry& app : _launcher.lastScannedApps())
+        if (const auto kind = _coordinator->channelKind(appKey(app)))
+            facts.distributionChannels.insert(appKey(app), channels[static_cast<std::size_t>(*kind)]);
+    _launcher.smartFolders().setRuntimeFacts(std::move(facts));
+}
+
+void LauncherUpdates::publish() {
+    _isPublishWanted = true;
+    if (_publishTimer.isActive())
+        return;
+    _isPublishWanted = false;
+    _publishTimer = _launcher._machine.scheduler.after(AppUpdateCoordinator::publishInterval, [this] {
+        if (_isPublishWanted)
+            publish();
+    });
+    _launcher.changed(LauncherChange::updates);
+}
+
+// ---- of one application
+
+std::optional<AppUpdateStatus> LauncherUpdates::status(const QString& appKey) const {
+    if (!_coordinator)
+        return std::nullopt;
+    const auto found = _coordinator->knownStatuses().constFind(appKey);
+    return found == _coordinator->knownStatuses().constEnd() ? std::nullopt : std::optional(*found);
+}
+
+QString LauncherUpdates::badge(const QString& appKey) const {
+    const auto known = status(appKey);
+    return known && std::holds_alternative<UpdateAvailable>(*known) ? badgeOfUpdate : QString();
+}
+
+QString LauncherUpdates::statusText(const QString& appKey) const {
+    const auto known = status(appKey);
+    const auto* update = known ? std::get_if<UpdateAvailable>(&*known) : nullptr;
+    if (!update)
+        return {};
+    const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
+    return update_texts::available(installed ? installed->version : std::nullopt,
+                                   update->latestVersion);
+}
+
+std::optional<AppUpdateRecord> LauncherUpdates::record(const QString& appKey) const {
+    return _coordinator ? _coordinator->record(appKey) : std::nullopt;
+}
+
+std::optional<AppUpdateChannel> LauncherUpdates::channel(const QString& appKey) const {
+    return _coordinator ? _coordinator->channel(appKey) : std::nullopt;
+}
+
+std::optional<AppUpdateActionKind> LauncherUpdates::actionKind(const QString& appKey) const {
+    const auto action = _coordinator ? _coordinator->action(appKey) : std::nullopt;
+    if (!action)
+        return std::nullopt;
+    // A cask's update runs through its brew, also while that one was not asked for its casks.
+    if (!_coordinator->areChannelsKnown() &&
+        _coordinator->channelKind(appKey) == AppUpdateChannelKind::homebrewCask)
+        return AppUpdateActionKind::homebrew;
+    return kindOf(*action);
+}
+
+QString LauncherUpdates::actionLabel(const QString& appKey) const {
+    const auto kind = actionKind(appKey);
+    return kind ? label(*kind) : QString();
+}
+
+std::optional<AppUpdateActionState> LauncherUpdates::actionState(const QString& appKey) const {
+    if (!_coordinator || !_coordinator->actionStates().contains(appKey))
+        return std::nullopt;
+    return _coordinator->actionStates()[appKey];
+}
+
+std::optional<AppUpdateSourceText> LauncherUpdates::sourceText(const QString& appKey) const {
+    const AppUpdateCandidate* installed = _coordinator ? _coordinator->candidate(appKey) : nullptr;
+    if (!installed)
+        return std::nullopt;
+    auto from = _coordinator->channel(appKey);
+    if (_coordinator->channelKind(appKey) == AppUpdateChannelKind::homebrewCask)
+        from = HomebrewCaskChannel();
+    return tessellar::sourceText(from, *installed);
+}
+
+// ---- of all
+
+qsizetype LauncherUpdates::availableCount() const {
+    return _coordinator ? _coordinator->availableUpdateCount() : 0;
+}
+
+std::optional<Instant> LauncherUpdates::lastCheck() const {
+    return _coordinator ? _coordinator->lastCheck() : std::nullopt;
+}
+
+QHash<QString, AppUpdateChannel> LauncherUpdates::channels() const {
+    return _coordinator ? _coordinator->channels() : QHash<QString, AppUpdateChannel>();
+}
+
+std::optional<QString> LauncherUpdates::activeAppKey() const {
+    return _coordinator ? _coordinator->activeUpdateAppKey() : std::nullopt;
+}
+
+// ---- settings
+
+bool LauncherUpdates::isEnabled() const {
+    return readAppUpdateSettings(_launcher._machine.settings).enabled;
+}
+
+LauncherUpdates::Outcome LauncherUpdates::setEnabled(bool enabled) {
+    if (const auto stored = _launcher._machine.settings.set(AppUpdateSettings::enabledKey, enabled);
+        !stored)
+        return std::unexpected(
+            launcherError(stored.error(), QStringLiteral("Could not save the settings")));
+    _launcher.changed(LauncherChange::settings);
+    return {};
+}
+
+AppUpdateInterval LauncherUpdates::interval() const {
+    return readAppUpdateSettings(_launcher._machine.settings).interval;
+}
+
+LauncherUpdates::Outcome LauncherUpdates::setInterval(AppUpdateInterval interval) {
+    if (const auto stored =
+            _launcher._machine.settings.set(AppUpdateSettings::intervalKey, qToUnderlying(interval));
+        !stored)
+        return std::unexpected(
+            launcherError(stored.error(), QStringLiteral("Could not save the settings")));
+    _launcher.changed(LauncherChange::settings);
+    return {};
+}
+
+QString LauncherUpdates::summary() const {
+    QString last;
+    if (const auto date = lastCheck()) {
+        const Locale& locale = _launcher._machine.locale;
+        const QTimeZone zone(Calendar::system(locale).timeZone().toUtf8());
+        last = QLocale(locale.identifier())
+                   .toString(QDateTime::fromMSecsSinceEpoch(
+                                 static_cast<qint64>(date->unixSeconds() * 1'000), zone),
+                             QLocale::ShortFormat);
+    }
+    return update_texts::summary(isChecking(), availableCount(), last);
+}
+
+QString LauncherUpdates::disabledNotice() const {
+    return isEnabled() ? QString() : update_texts::checkingDisabled;
+}
+
+// ---- checks
+
+void LauncherUpdates::checkNow() {
+    if (isChecking())
+        return;
+    check({}, {.done = [this](const std::expected<bool, LauncherError>& outcome) {
+              if (!outcome && outcome.error().code != u"alreadyChecking")
+                  _launcher.showNotice(outcome.error().message);
+          }});
+}
+
+void LauncherUpdates::check(std::optional<AppUpdateChannelKind> channel, Watcher watcher) {
+    whenKnown([this, channel, watcher = std::move(watcher)] {
+        const auto begun = _coordinator->check({.channel = channel}, [this](bool completed) {
+            if (const auto done = std::exchange(_watcher, {}).done)
+                done(completed);
+        });
+        if (begun)
+            _watcher = watcher;
+        else if (watcher.done)
+            watcher.done(std::unexpected(launcherError(begun.error())));
+    });
+}
+
+void LauncherUpdates::cancelCheck() {
+    if (_coordinator)
+        _coordinator->cancelCheck();
+}
+
+bool LauncherUpdates::isChecking() const { return _coordinator && _coordinator->isChecking(); }
+
+AppUpdateProgress LauncherUpdates::progress() const {
+    return _coordinator ? _coordinator->progress() : AppUpdateProgress();
+}
+
+// ---- updates
+
+void LauncherUpdates::run(const QString& appKey) {
+    run(appKey, _launcher.asker(), [this](const std::expected<QString, LauncherError>& outcome) {
+        if (!outcome && outcome.error().code != u"declined")
+            _launcher.alert(outcome.error());
+    });
+}
+
+void LauncherUpdates::run(const QString& appKey, Asker asker, RunDone done) {
+    whenChannelsKnown([this, appKey, asker = std::move(asker), done = std::move(done)] {
+        runKnown(appKey, asker, done);
+    });
+}
+
+void LauncherUpdates::runKnown(const QString& appKey, const Asker& asker, const RunDone& done) {
+    if (!_coordinator->candidate(appKey))
+        return done(std::unexpected(LauncherError{
+            QStringLiteral("unknownApplication"),
+            QStringLiteral("No installed application is known by “%1”.").arg(appKey.left(200)),
+            {}}));
+    if (_coordinator->activeUpdateAppKey())
+        return done(std::unexpected(
+            LauncherError{QStringLiteral("updateInProgress"), update_texts::alreadyRunning, {}}));
+    _asker = asker;
+    _coordinator->runAction(appKey, [this, appKey, done](std::optional<AppUpdateActionState> state) {
+        runEnded(appKey, state, done);
+    });
+}
+
+void LauncherUpdates::runEnded(const QString& appKey, const std::optional<AppUpdateActionState>& state,
+                               const RunDone& done) {
+    if (!state)
+        return done(std::unexpected(LauncherError{QStringLiteral("declined"), {}, {}}));
+    if (state->kind == AppUpdateActionState::Kind::failed) {
+        const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
+        return done(std::unexpected(LauncherError{
+            QStringLiteral("updateFailed"), state->message,
+            QStringLiteral("Could not update “%1”").arg(installed ? installed->name : appKey)}));
+    }
+    if (state->message.isEmpty()) // opened: the rest is the user's
+        return done(QString());
+    _launcher.showNotice(state->message);
+    _verified = [done, text = state->message] { done(text); };
+}
+
+void LauncherUpdates::cancelRun() {
+    if (_coordinator)
+        _coordinator->cancelAction();
+}
+
+LauncherUpdates::Outcome LauncherUpdates::flush() {
+    if (_coordinator)
+        if (const auto saved = _coordinator->flush(); !saved)
+            return std::unexpected(launcherError(saved.error()));
+    return {};
+}
+
+} // namespace tessellar

@@ -1,0 +1,255 @@
+#include "launcher/launcher_view_model.h"
+#include "sample/mac_builder.h"
+#include "support/printers.h"
+#include "support/test_machine.h"
+
+#include <gmock/gmock.h>
+
+namespace tessellar {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
+
+const QString brewPath = u"/opt/homebrew/bin/brew"_s;
+const QString cask = u"org.example.cask"_s;
+const QString feed = u"org.example.feed"_s;
+const QString plain = u"org.example.plain"_s;
+
+/// A Mac on which one application is a cask's, one names a feed, and one has neither.
+class LauncherUpdatesTest : public testing::Test {
+protected:
+    LauncherUpdatesTest() {
+        install(u"Cask"_s, {});
+        install(u"Feed"_s, u"https://feeds.test/feed"_s);
+        install(u"Plain"_s, {});
+        mac.tool(u"/usr/bin/open"_s, test::exited(0));
+        brew("2.0");
+    }
+
+    void install(const QString& name, const std::optional<QString>& sparkleFeed,
+                 const QString& version = u"1.9"_s) {
+        builder.addApplication({.name = name,
+                                .identifier = u"org.example."_s + name.toLower(),
+                                .version = version,
+                                .build = u"100"_s,
+                                .sparkleFeed = sparkleFeed});
+    }
+    /// A brew that owns Cask, outdated where it has a newer version.
+    void brew(const QByteArray& newer, int upgradeStatus = 0) {
+        mac.tool(brewPath, [=](const Command& command, const std::stop_token&) {
+            if (command.arguments.first() == "outdated")
+                return test::exited(0, newer.isEmpty()
+                                           ? QByteArray(R"({"casks":[]})")
+                                           : R"({"casks":[{"name":"cask","current_version":")" + newer +
+                                                 "\"}]}");
+            if (command.arguments.first() == "info")
+                return test::exited(0, R"({"casks":[{"token":"cask","version":"2.0","artifacts":)"
+                                       R"([{"app":["Cask.app"]}]}]})");
+            return test::exited(upgradeStatus);
+        });
+    }
+
+    LauncherUpdates& start() {
+        subscription.reset();
+        launcher.reset();
+        launcher = std::make_unique<LauncherViewModel>(mac.machine);
+        subscription = launcher->subscribe([this](LauncherChange change) {
+            announced += change == LauncherChange::updates ? 1 : 0;
+            went += change == LauncherChange::launched ? 1 : 0;
+        });
+        launcher->startAndWait();
+        settle();
+        return updates();
+    }
+    void settle() {
+        for (int i = 0; i < 3; ++i) { // what a round begins may go on in a timer
+            do {
+                mac.workers.waitIdle();
+                updates().waitForTools();
+            } while (mac.mailbox.drain() > 0);
+            mac.time.advance(0ms);
+        }
+    }
+    /// The schedule's first check, to its end.
+    LauncherUpdates& startAndCheck() {
+        start().startSchedule();
+        settle();
+        answerFeed("101");
+        return updates();
+    }
+    void answerFeed(const QByteArray& build) {
+        mac.http.answer(u"feeds"_s,
+                        "<rss xmlns:s=\"http://www.andymatuschak.org/xml-namespaces/sparkle\"><channel>"
+                        "<item><enclosure s:version=\"" +
+                            build + "\" s:shortVersionString=\"2.5\"/></item></channel></rss>");
+        settle();
+        mac.time.advance(250ms);
+        settle();
+    }
+    LauncherUpdates& updates() { return launcher->updates(); }
+
+    /// What the folder of all updates shows, or that it cannot tell.
+    QString shown() {
+        const SmartFolderEvaluation* found = launcher->smartFolders().evaluation(folder);
+        if (!found || !found->unknownRuleIDs.isEmpty())
+            return u"unknown"_s;
+        return found->appKeys().join(u' ');
+    }
+    void addFolder() {
+        const auto definition = templateDefinition(SmartFolderTemplate::updatesAvailable, folder,
+                                                   mac.time.now(), mac.uuids);
+        ASSERT_TRUE(launcher->editor().addSmartFolder(definition));
+        settle();
+    }
+
+    test::TestMachine mac;
+    sample::MacBuilder builder{mac.root.path()};
+    std::unique_ptr<LauncherViewModel> launcher;
+    LauncherViewModel::Subscription subscription;
+    const QUuid folder = QUuid::createUuidV5(QUuid(), u"updates"_s);
+    int announced = 0;
+    int went = 0;
+};
+
+TEST_F(LauncherUpdatesTest, NothingIsLookedAtBeforeSomebodyWantsToKnow) {
+    start();
+    mac.time.advance(48h);
+    settle();
+    EXPECT_FALSE(updates().isKnown());
+    EXPECT_EQ(mac.commands.commands().size(), 0);
+    EXPECT_TRUE(mac.http.requests.isEmpty());
+
+    bool isKnown = false;
+    updates().whenKnown([&] { isKnown = true; });
+    settle();
+    EXPECT_TRUE(isKnown);
+    EXPECT_EQ(updates().actionKind(feed), AppUpdateActionKind::sparkle);
+    mac.time.advance(48h);
+    settle();
+    EXPECT_EQ(mac.commands.commands().size(), 0) << "to know is not to check";
+    EXPECT_TRUE(mac.http.requests.isEmpty());
+}
+
+TEST_F(LauncherUpdatesTest, TilesAndFoldersShowWhatTheScheduleFinds) {
+    start();
+    addFolder();
+    EXPECT_EQ(shown(), u""_s) << "nothing was checked yet";
+    updates().startSchedule();
+    settle();
+    EXPECT_EQ(updates().summary(), u"Checking your installed apps for updates…"_s);
+    EXPECT_EQ(updates().progress().total, 2);
+    answerFeed("101");
+    EXPECT_EQ(shown(), cask + u' ' + feed);
+    EXPECT_EQ(updates().summary(), u"2 updates available."_s);
+    EXPECT_EQ(updates().badge(cask), u"↓"_s);
+    EXPECT_EQ(updates().badge(plain), QString());
+    EXPECT_EQ(updates().statusText(feed), u"Update available: 1.9 → 2.5"_s);
+    EXPECT_EQ(updates().actionLabel(cask), u"Update with Homebrew"_s);
+    EXPECT_EQ(launcher->smartFolders().runtimeFacts().distributionChannels,
+              (QHash<QString, SmartFolderDistributionChannel>{
+                  {cask, SmartFolderDistributionChannel::homebrew},
+                  {feed, SmartFolderDistributionChannel::sparkle}}));
+
+    // The next start knows it from the cache, without asking anybody.
+    const auto asked = mac.commands.commands().size();
+    start();
+    EXPECT_EQ(shown(), cask + u' ' + feed);
+    EXPECT_EQ(updates().actionLabel(cask), u"Update with Homebrew"_s);
+    EXPECT_EQ(mac.commands.commands().size(), asked);
+}
+
+TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone) {
+    startAndCheck();
+    addFolder();
+    SmartFolderRuntimeFacts facts = launcher->smartFolders().runtimeFacts();
+    facts.customIconKeys = {plain};
+    launcher->smartFolders().setRuntimeFacts(facts);
+    ASSERT_TRUE(updates().setEnabled(false));
+    settle();
+    EXPECT_EQ(shown(), u"unknown"_s);
+    EXPECT_FALSE(updates().disabledNotice().isEmpty());
+    EXPECT_EQ(launcher->smartFolders().runtimeFacts().customIconKeys, QSet<QString>{plain});
+    updates().checkNow();
+    settle();
+    ASSERT_TRUE(launcher->notice());
+    EXPECT_EQ(launcher->notice()->text, u"Update checking is disabled."_s);
+    ASSERT_TRUE(updates().setEnabled(true));
+    settle();
+    EXPECT_EQ(shown(), cask + u' ' + feed);
+    EXPECT_EQ(updates().interval(), AppUpdateInterval::daily);
+    ASSERT_TRUE(updates().setInterval(AppUpdateInterval::sixHours));
+    mac.time.advance(6h);
+    settle();
+    EXPECT_TRUE(updates().isChecking());
+}
+
+TEST_F(LauncherUpdatesTest, ALongCheckIsHeardOfInIntervals) {
+    for (int i = 0; i < 40; ++i)
+        install(u"Feed%1"_s.arg(i), u"https://feeds.test/%1"_s.arg(i));
+    start().startSchedule();
+    settle();
+    announced = 0;
+    while (!mac.http.waiting().isEmpty()) {
+        mac.http.answer(u"feeds"_s, test::FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
+        settle();
+    }
+    EXPECT_LE(announced, 1);
+    mac.time.advance(250ms);
+    EXPECT_EQ(announced, 1);
+    EXPECT_FALSE(updates().isChecking());
+}
+
+TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
+    startAndCheck();
+    updates().run(cask);
+    settle();
+    ASSERT_TRUE(launcher->question());
+    EXPECT_EQ(*launcher->question(),
+              (LauncherQuestion{.title = u"Update “Cask”?"_s,
+                                .text = u"Homebrew may quit the app while it downloads and installs "
+                                        "the update."_s,
+                                .accept = u"Update"_s}));
+    updates().run(feed);
+    settle();
+    const auto alerts = launcher->takeAlerts();
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].message, u"Another app update is already in progress."_s);
+    EXPECT_EQ(updates().activeAppKey(), cask);
+
+    install(u"Cask"_s, {}, u"2.0"_s); // what the command does
+    brew({});
+    launcher->answer(true);
+    EXPECT_TRUE(updates().isExternalUpdaterRunning());
+    settle();
+    mac.time.advance(250ms);
+    settle();
+    EXPECT_FALSE(updates().isExternalUpdaterRunning());
+    EXPECT_EQ(updates().badge(cask), QString());
+    EXPECT_EQ(updates().record(cask)->installedVersion, u"2.0"_s);
+    ASSERT_TRUE(launcher->notice());
+    EXPECT_EQ(launcher->notice()->text, u"Update completed. Verifying the installed version…"_s);
+
+    brew("3.0", 1);
+    updates().run(cask);
+    settle();
+    launcher->answer(true);
+    settle();
+    EXPECT_THAT(launcher->takeAlerts(), testing::ElementsAre(LauncherError{
+                                            u"updateFailed"_s, u"The app could not be updated."_s,
+                                            u"Could not update “Cask”"_s}));
+    updates().run(cask);
+    settle();
+    launcher->answer(false);
+    EXPECT_EQ(updates().activeAppKey(), std::nullopt);
+    EXPECT_TRUE(launcher->takeAlerts().isEmpty());
+
+    // Its own updater: the launcher's window makes way for it.
+    EXPECT_EQ(went, 0);
+    updates().run(feed);
+    settle();
+    EXPECT_EQ(went, 1);
+}
+
+} // namespace
+} // namespace tessellar
