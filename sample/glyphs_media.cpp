@@ -267,8 +267,10 @@ constexpr std::array glyphs{
           [](C& c) {
               const std::array colours{c.accent, c.ink, gold,  c.ink,   red,
                                        c.accent, blue,  c.ink, c.accent};
-              for (int i = 0; i < 9; ++i)
-                  c.box(19 + 21.4 * (i % 3), 19 + 21.4 * (i / 3), 19, 19, 4, colours[std::size_t(i)]);
+              for (int i = 0; i < 9; ++i) {
+                  const int row = i / 3;
+                  c.box(19 + 21.4 * (i % 3), 19 + 21.4 * row, 19, 19, 4, colours[std::size_t(i)]);
+              }
           }},
     Glyph{"puzzle",
           [](C& c) {

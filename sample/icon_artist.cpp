@@ -265,7 +265,7 @@ Pixels pixelsOf(const QImage& image) {
     Pixels pixels{straight.width(), {}};
     for (int y = 0; y < straight.height(); ++y)
         pixels.rgba.append(reinterpret_cast<const char*>(straight.constScanLine(y)),
-                           straight.width() * 4);
+                           qsizetype{straight.width()} * 4);
     return pixels;
 }
 
