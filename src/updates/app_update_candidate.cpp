@@ -46,7 +46,7 @@ static bool isNativeMacApp(const FileSystem& files, const Bundle& bundle) {
 }
 
 AppUpdateCandidate inspectForUpdates(const AppUpdateInspection& machine, const AppEntry& entry,
-                                     std::stop_token stop) {
+                                     const AppUpdateCandidate* before, std::stop_token stop) {
     const FileSystem& files = machine.files;
     const Bundle bundle = readBundle(files, entry.path);
     AppUpdateCandidate result{
@@ -63,8 +63,14 @@ AppUpdateCandidate inspectForUpdates(const AppUpdateInspection& machine, const A
         .hasSparkleFramework = files.isDirectory(
             FileSystem::joined(entry.path, QStringLiteral("Contents/Frameworks/Sparkle.framework"))),
         .hasKeystone = !bundle.info[QStringLiteral("KSUpdateURL")].isAbsent()};
-    if (result.hasStoreReceipt)
-        result.storeItemIdentifier = askSpotlight(machine, entry.path, stop);
+    if (!result.hasStoreReceipt)
+        return result;
+    const bool isTheSame = before && before->path == result.path && before->version == result.version &&
+                           before->build == result.build &&
+                           before->bundleIdentifier == result.bundleIdentifier;
+    result.storeItemIdentifier = isTheSame && before->storeItemIdentifier
+                                     ? before->storeItemIdentifier
+                                     : askSpotlight(machine, entry.path, stop);
     return result;
 }
 

@@ -31,8 +31,10 @@ struct AppUpdateInspection {
     std::map<QByteArray, QByteArray> environment;
 };
 
+/// `before` is what was found of it last, if it was looked at: Spotlight is not asked again of what is
+/// the same.
 AppUpdateCandidate inspectForUpdates(const AppUpdateInspection& machine, const AppEntry& entry,
-                                     std::stop_token stop);
+                                     const AppUpdateCandidate* before, std::stop_token stop);
 
 /// The two places of a store receipt: inside "Contents", and directly inside the bundle.
 bool hasStoreReceipt(const FileSystem& files, const QString& bundlePath);

@@ -27,18 +27,22 @@ class AppUpdateCoordinator::Inspection {
 public:
     using Done = std::function<void(const QList<AppUpdateCandidate>&)>;
 
-    Inspection(Machine& machine, const QList<AppEntry>& apps, Done done) : _done(std::move(done)) {
+    Inspection(Machine& machine, const QList<AppEntry>& apps,
+               const QHash<QString, AppUpdateCandidate>& known, Done done)
+        : _done(std::move(done)) {
         constexpr qsizetype atOnce = 64;
         _left = std::max<qsizetype>(1, (apps.size() + atOnce - 1) / atOnce);
         for (qsizetype begin = 0; begin == 0 || begin < apps.size(); begin += atOnce)
             _tasks.push_back(machine.workers.run(
                 [view = AppUpdateInspection{machine.files, machine.commands, machine.environment},
-                 part = apps.mid(begin, atOnce)](const std::stop_token& stop) {
+                 part = apps.mid(begin, atOnce), known](const std::stop_token& stop) {
                     QList<AppUpdateCandidate> found;
                     for (const AppEntry& app : part) {
                         if (stop.stop_requested())
                             break;
-                        found.append(inspectForUpdates(view, app, stop));
+                        const auto before = known.constFind(appKey(app));
+                        found.append(inspectForUpdates(
+                            view, app, before == known.constEnd() ? nullptr : &*before, stop));
                     }
                     return found;
                 },
@@ -180,7 +184,7 @@ const QHash<QString, HomebrewCaskOwnership>& AppUpdateCoordinator::homebrewOwner
 
 void AppUpdateCoordinator::updateApps(const QList<AppEntry>& apps) {
     _apps = apps;
-    _inspection = std::make_unique<Inspection>(_machine, apps,
+    _inspection = std::make_unique<Inspection>(_machine, apps, _candidates,
                                                [this](const QList<AppUpdateCandidate>& inspected) {
                                                    _inspection.reset();
                                                    appsInspected(inspected);
@@ -332,7 +336,7 @@ void AppUpdateCoordinator::begin(Slot slot, const CheckRequest& request,
         if (check.includes(appKey(app)))
             apps.append(app);
     check.inspection = std::make_unique<Inspection>(
-        _machine, apps, [this, &check](const QList<AppUpdateCandidate>& inspected) {
+        _machine, apps, _candidates, [this, &check](const QList<AppUpdateCandidate>& inspected) {
             check.inspection.reset();
             for (const AppUpdateCandidate& candidate : inspected)
                 _candidates.insert(candidate.appKey, candidate);
@@ -457,6 +461,8 @@ void AppUpdateCoordinator::end(Slot slot, bool completed) {
         askForSave();
     }
     const std::weak_ptr<bool> alive = _alive;
+    if (check->done) // who waits for the end sees then what came of it
+        _publishThrottleTask.cancel();
     publish();
     if (slot == &AppUpdateCoordinator::_check)
         tell(onProgress);

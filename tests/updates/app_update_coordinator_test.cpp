@@ -285,6 +285,9 @@ TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
     // Another checker's fingerprint; an application that has left.
     names.removeOne(u"Feed"_s);
     load();
+    const auto asked = mac.commands.commands().size();
+    load();
+    EXPECT_EQ(mac.commands.commands().size(), asked) << "Spotlight says the same of the same bundle";
     ASSERT_TRUE(coordinator->check());
     settle();
     mac.http.answer(u"lookup"_s, lookup("1.10"));
@@ -324,6 +327,16 @@ TEST_F(AppUpdateCoordinatorTest, AsksFourAtATimeTheSameIdentifierOnceAndPublishe
     mac.time.advance(250ms);
     EXPECT_EQ(published, 1);
     EXPECT_EQ(coordinator->availableUpdateCount(), 11);
+
+    // Who asked for a check finds its outcome published when it ends.
+    mac.tool(brewPath, test::exited(0, R"({"casks":[]})"));
+    qsizetype atTheEnd = -1;
+    ASSERT_TRUE(coordinator->check({.channel = AppUpdateChannelKind::macAppStore},
+                                   [&](bool) { atTheEnd = coordinator->availableUpdateCount(); }));
+    settle();
+    while (mac.http.answer(u"lookup"_s, QByteArray(R"({"results":[{"version":"1"}]})")))
+        settle();
+    EXPECT_EQ(atTheEnd, 0);
 }
 
 TEST_F(AppUpdateCoordinatorTest, RunsOneUpdateAtATimeAfterAskingAndChecksAgain) {
@@ -391,6 +404,69 @@ TEST_F(AppUpdateCoordinatorTest, SaysHowACommandFailedAndCancelsAtOnce) {
     EXPECT_EQ(coordinator->actionStates()[key(u"Cask"_s)].message, u"The update was cancelled."_s);
     EXPECT_EQ(coordinator->activeUpdateAppKey(), std::nullopt);
     settle();
+}
+
+TEST_F(AppUpdateCoordinatorTest, EachApplicationIsHandedToWhoUpdatesIt) {
+    sample::MacBuilder builder(mac.root.path());
+    const auto add = [&](const QString& identifier, const QString& name,
+                         const sample::Plist::Dictionary& info = {},
+                         const QString& folder = u"/Applications"_s) {
+        builder.addApplication(
+            {.name = name, .folder = folder, .identifier = identifier, .info = info});
+        AppEntry entry = test::app(name);
+        entry.bundleIdentifier = identifier;
+        entry.path = folder + u'/' + name + u".app"_s;
+        return entry;
+    };
+    const QList<AppEntry> apps{
+        add(u"COM.Microsoft.Excel"_s, u"Excel"_s),
+        add(u"com.microsoft.word"_s, u"Word"_s, {{u"SUFeedURL"_s, u"https://feeds.test/word"_s}}),
+        add(u"com.microsoft.unheard"_s, u"Unheard"_s),
+        add(u"org.example.clock"_s, u"Clock"_s, {}, u"/System/Applications"_s),
+        add(u"org.example.keystone"_s, u"Keystone"_s, {{u"KSUpdateURL"_s, u"https://k.test"_s}}),
+    };
+    const auto kinds = [&] {
+        coordinator->updateApps(apps);
+        settle();
+        QStringList raw;
+        for (const AppEntry& app : apps)
+            raw.append(json::rawValue(kindOf(*coordinator->action(appKey(app)))));
+        return raw.join(u' ');
+    };
+    EXPECT_EQ(kinds(), u"openApp sparkle openApp systemSoftwareUpdate vendorUpdater"_s)
+        << "without the vendor's tool";
+    mac.tool(MicrosoftAutoUpdateTarget::toolPath, test::exited(0, "No updates applied"));
+    EXPECT_EQ(kinds(), u"microsoftAutoUpdate sparkle openApp systemSoftwareUpdate vendorUpdater"_s);
+    EXPECT_EQ(coordinator->channels().size(), 1);
+
+    std::optional<AppUpdateActionState> ended;
+    const auto run = [&](const AppEntry& app) {
+        coordinator->runAction(appKey(app), [&](const auto& state) { ended = state; });
+        settle();
+        return mac.commands.commands().last();
+    };
+    run(apps[0]);
+    const auto commands = mac.commands.commands(); // a check follows the update
+    const auto update =
+        std::ranges::find(commands, MicrosoftAutoUpdateTarget::toolPath.toUtf8(), &Command::executable);
+    ASSERT_NE(update, commands.end());
+    EXPECT_EQ(alerts.last(), u"Update “Excel”?|Microsoft AutoUpdate may quit the app while it "
+                             "downloads and installs the update."_s);
+    EXPECT_EQ(update->arguments,
+              (QList<QByteArray>{"--install", "--apps", "XCEL2019", "--wait", "1800"}));
+    EXPECT_EQ(update->timeout, 2h);
+    EXPECT_EQ(completed, QStringList{u"COM.Microsoft.Excel"_s});
+
+    alerts.clear();
+    EXPECT_EQ(
+        run(apps[3]).arguments,
+        QList<QByteArray>{"x-apple.systempreferences:com.apple.Software-Update-Settings.extension"});
+    EXPECT_TRUE(run(apps[4]).arguments.last().endsWith("/Applications/Keystone.app"));
+    EXPECT_EQ(ended, (AppUpdateActionState{AppUpdateActionState::Kind::succeeded, {}}));
+    mac.tool(u"/usr/bin/open"_s, test::exited(1, {}, "no such application"));
+    run(apps[1]);
+    EXPECT_EQ(ended->message, u"The updater could not be started."_s);
+    EXPECT_EQ(alerts, QStringList()) << "what only opens something is not asked about";
 }
 
 TEST_F(AppUpdateCoordinatorTest, TriesToSaveAgainAtTheNextResult) {
