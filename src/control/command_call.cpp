@@ -13,6 +13,18 @@ void CommandCall::print(const QJsonValue& json, const QString& text) {
         _output.out(text.endsWith(u'\n') ? text.toUtf8() : text.toUtf8() + '\n');
 }
 
+void CommandCall::showProgress(const QString& line) {
+    constexpr qsizetype width = 78;
+    if (!options.showsProgress || line == std::exchange(_progress, line))
+        return;
+    // Names come from outside: no control character of theirs reaches the terminal.
+    QString shown = line.left(width);
+    for (QChar& character : shown)
+        if (!character.isPrint() && !character.isSurrogate())
+            character = u' ';
+    _output.error("\r\x1b[K" + shown.toUtf8());
+}
+
 void CommandCall::succeed(const QJsonValue& json, const QString& text) {
     print(json, text);
     finish(ExitStatus::done);

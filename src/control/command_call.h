@@ -22,7 +22,8 @@ struct CommandOutput {
 /// How the words of a command are to be understood.
 struct CommandOptions {
     bool json = false;
-    bool oneLine = false; ///< JSON documents on one line each, as in a batch
+    bool oneLine = false;       ///< JSON documents on one line each, as in a batch
+    bool showsProgress = false; ///< standard error is a terminal, on which a line can be drawn anew
     std::optional<LauncherWindowMode> mode;
     QString directory;             ///< host folder that relative names of files stand in
     std::optional<Instant> now;    ///< for what asks for the time
@@ -49,6 +50,9 @@ public:
 
     /// Part of the answer, before its end: a JSON document, or text.
     void print(const QJsonValue& json, const QString& text);
+    /// How far a long command has come: a line that the next one takes the place of, on a terminal
+    /// alone. To be cleared with an empty one before anything else is said.
+    void showProgress(const QString& line);
     /// Ends the command: with --json one document, else the text.
     void succeed(const QJsonValue& json, const QString& text);
     void fail(const LauncherError& error, ExitStatus status = ExitStatus::refused);
@@ -67,6 +71,7 @@ private:
 
     LauncherViewModel* _launcher;
     CommandOutput _output;
+    QString _progress;
     bool _isFinished = false;
 };
 

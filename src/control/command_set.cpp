@@ -24,6 +24,7 @@ CommandSet::CommandSet()
     addEditingCommands(*this);
     addSettingsCommands(*this);
     addSmartFolderCommands(*this);
+    addUpdateCommands(*this);
     _parser.footer(beforeTheCommand); // last: commands would take it over
 }
 

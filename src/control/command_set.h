@@ -51,6 +51,7 @@ void addLayoutCommands(CommandSet& set);
 void addEditingCommands(CommandSet& set);
 void addSettingsCommands(CommandSet& set);
 void addSmartFolderCommands(CommandSet& set);
+void addUpdateCommands(CommandSet& set);
 
 /// A value as people read it: texts bare, all else as JSON.
 QString valueText(const QJsonValue& value);

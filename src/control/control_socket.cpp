@@ -18,6 +18,7 @@ struct Request {
     QStringList words;
     bool json = false;
     bool oneLine = false;
+    bool showsProgress = false;
     std::optional<LauncherWindowMode> mode;
     QString directory;
     std::optional<Instant> now;
@@ -28,11 +29,11 @@ struct Request {
 
 template <>
 struct json::Fields<Request> {
-    static constexpr auto list =
-        std::tuple(required("words", &Request::words), defaulted("json", &Request::json),
-                   defaulted("oneLine", &Request::oneLine), optional("mode", &Request::mode),
-                   defaulted("directory", &Request::directory), optional("now", &Request::now),
-                   optional("locale", &Request::locale));
+    static constexpr auto list = std::tuple(
+        required("words", &Request::words), defaulted("json", &Request::json),
+        defaulted("oneLine", &Request::oneLine), defaulted("showsProgress", &Request::showsProgress),
+        optional("mode", &Request::mode), defaulted("directory", &Request::directory),
+        optional("now", &Request::now), optional("locale", &Request::locale));
 };
 
 QString controlSocketPath(const Machine& machine) {
@@ -116,6 +117,7 @@ private:
                 }};
         CommandOptions options{.json = request.json,
                                .oneLine = request.oneLine,
+                               .showsProgress = request.showsProgress,
                                .mode = request.mode,
                                .directory = request.directory,
                                .now = request.now,
@@ -171,8 +173,8 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
                          CommandOutput output) {
     _output = std::move(output);
     _isRunning = true;
-    const Request request{words,       options.json,  options.oneLine, options.mode, options.directory,
-                          options.now, options.locale};
+    const Request request{words,        options.json,      options.oneLine, options.showsProgress,
+                          options.mode, options.directory, options.now,     options.locale};
     _socket->write(json::writeCompact(json::encode(request)) + '\n');
     if (_socket->state() != QLocalSocket::ConnectedState)
         lost();

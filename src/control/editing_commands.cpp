@@ -17,6 +17,27 @@ constexpr const char* tilesHelp = "Tiles, by identifier or app key";
 constexpr const char* placeHelp =
     "PAGE:INDEX or FOLDER/PAGE:INDEX, counted from 0; without INDEX the page's end";
 
+void answerWithHits(const Call& call, const Word& query) {
+    QJsonArray hits;
+    QString lines;
+    for (const SearchIndex::Hit& hit : call->launcher().editor().search(text(query))) {
+        const QString key = appKey(*hit.entry);
+        const LauncherUpdates& updates = call->launcher().updates();
+        QJsonObject object{{QStringLiteral("score"), hit.score},
+                           {QStringLiteral("appKey"), key},
+                           {QStringLiteral("entry"), json::encode(*hit.entry)}};
+        if (const auto status = updates.status(key))
+            object[QStringLiteral("updateStatus")] = json::encode(*status);
+        hits.append(object);
+        lines += QStringLiteral("%1  %2 %3")
+                     .arg(hit.score, 7, 'f', 1)
+                     .arg(hit.entry->name, updates.badge(key))
+                     .trimmed() +
+                 u'\n';
+    }
+    call->succeed(QJsonObject{{QStringLiteral("hits"), hits}}, lines);
+}
+
 std::optional<QUuid> tile(const Call& call, const QString& name, AppTiles which = AppTiles::ownFirst) {
     const auto found = findTile(call->launcher().pages(), name, which);
     if (!found)
@@ -228,16 +249,7 @@ void addSearch(CommandSet& set) {
     CLI::App* search = set.add("search", "Applications by name, best first");
     set.onRun(search, CommandNeeds::launcher,
               [query = word(search, "query", "What to look for")](const Call& call) {
-                  QJsonArray hits;
-                  QString lines;
-                  for (const SearchIndex::Hit& hit : call->launcher().editor().search(text(query))) {
-                      hits.append(QJsonObject{{QStringLiteral("score"), hit.score},
-                                              {QStringLiteral("appKey"), appKey(*hit.entry)},
-                                              {QStringLiteral("entry"), json::encode(*hit.entry)}});
-                      lines +=
-                          QStringLiteral("%1  %2\n").arg(hit.score, 7, 'f', 1).arg(hit.entry->name);
-                  }
-                  call->succeed(QJsonObject{{QStringLiteral("hits"), hits}}, lines);
+                  call->launcher().updates().whenKnown([call, query] { answerWithHits(call, query); });
               });
 }
 

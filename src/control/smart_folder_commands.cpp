@@ -76,6 +76,13 @@ void answerWithValidation(const Call& call, const SmartFolderDefinition& definit
                   QStringLiteral("%1  %2").arg(toText(definition.id), definition.name));
 }
 
+/// The facts of now; what is known of updates is among them.
+void gatherFacts(const Call& call, const QSet<SmartFolderInspection>& inspections,
+                 const std::function<void()>& done) {
+    call->launcher().updates().whenKnown(
+        [call, inspections, done] { call->launcher().smartFolders().gatherFacts(inspections, done); });
+}
+
 void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definition,
                           const Word& nowWord, const Word& localeWord) {
     Instant now = call->options.now.value_or(call->machine.clock.now());
@@ -99,15 +106,13 @@ void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definit
         QString lines;
         for (const auto& facts : evaluation.matches)
             lines += facts->entry.name + u'\n';
-        if (!rules.isEmpty())
-            lines += QStringLiteral(
-                "Some app details are unavailable, so those rules cannot be evaluated yet.\n");
+        lines += call->launcher().smartFolders().notice(definition, evaluation);
         call->succeed(
             QJsonObject{{QStringLiteral("matches"), QJsonArray::fromStringList(evaluation.appKeys())},
                         {QStringLiteral("unknownRuleIDs"), QJsonArray::fromStringList(rules)}},
             lines);
     };
-    call->launcher().smartFolders().gatherFacts(inspectionsNeeded({definition}), answer);
+    gatherFacts(call, inspectionsNeeded({definition}), answer);
 }
 
 QString factText(const QString& name, const QJsonValue& value) {
@@ -140,8 +145,8 @@ void addFacts(CommandSet& set) {
                 }
                 call->succeed(key->empty() ? QJsonValue(all) : all.first(), lines);
             };
-            call->launcher().smartFolders().gatherFacts(
-                {SmartFolderInspection::architectures, SmartFolderInspection::signature}, answer);
+            gatherFacts(call, {SmartFolderInspection::architectures, SmartFolderInspection::signature},
+                        answer);
         });
 }
 

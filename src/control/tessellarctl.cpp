@@ -11,6 +11,7 @@
 #include <QFile>
 
 #include <cstdio>
+#include <unistd.h>
 
 namespace tessellar {
 namespace {
@@ -32,6 +33,7 @@ struct Invocation {
 std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList arguments) {
     Invocation invocation;
     invocation.options.directory = QDir::currentPath();
+    invocation.options.showsProgress = ::isatty(STDERR_FILENO) == 1;
     const auto wrong = [](const QString& text) {
         return std::unexpected(CommandSet::Failure{ExitStatus::wrongUsage, text});
     };

@@ -243,6 +243,10 @@ std::optional<AppUpdateSourceText> LauncherUpdates::sourceText(const QString& ap
 
 // ---- of all
 
+AppUpdateStatuses LauncherUpdates::statuses() const {
+    return _coordinator ? _coordinator->knownStatuses() : AppUpdateStatuses();
+}
+
 qsizetype LauncherUpdates::availableCount() const {
     return _coordinator ? _coordinator->availableUpdateCount() : 0;
 }
@@ -301,10 +305,6 @@ QString LauncherUpdates::summary() const {
     return update_texts::summary(isChecking(), availableCount(), last);
 }
 
-QString LauncherUpdates::disabledNotice() const {
-    return isEnabled() ? QString() : update_texts::checkingDisabled;
-}
-
 // ---- checks
 
 void LauncherUpdates::checkNow() {
@@ -322,10 +322,14 @@ void LauncherUpdates::check(std::optional<AppUpdateChannelKind> channel, Watcher
             if (const auto done = std::exchange(_watcher, {}).done)
                 done(completed);
         });
-        if (begun)
-            _watcher = watcher;
-        else if (watcher.done)
-            watcher.done(std::unexpected(launcherError(begun.error())));
+        if (!begun) {
+            if (watcher.done)
+                watcher.done(std::unexpected(launcherError(begun.error())));
+            return;
+        }
+        _watcher = watcher;
+        if (watcher.progress)
+            watcher.progress();
     });
 }
 
@@ -343,6 +347,8 @@ AppUpdateProgress LauncherUpdates::progress() const {
 // ---- updates
 
 void LauncherUpdates::run(const QString& appKey) {
+    if (activeAppKey() == appKey)
+        return;
     run(appKey, _launcher.asker(), [this](const std::expected<QString, LauncherError>& outcome) {
         if (!outcome && outcome.error().code != u"declined")
             _launcher.alert(outcome.error());

@@ -67,6 +67,8 @@ public:
     std::optional<AppUpdateSourceText> sourceText(const QString& appKey) const;
 
     // Of all.
+    /// What is known, by app key; see `status`.
+    AppUpdateStatuses statuses() const;
     qsizetype availableCount() const;
     std::optional<Instant> lastCheck() const;
     QHash<QString, AppUpdateChannel> channels() const;
@@ -84,8 +86,6 @@ public:
     /// "Checking your installed apps for updates…", "2 updates available.", "Last checked …"; empty
     /// before the first check.
     QString summary() const;
-    /// What is said where rules on updates cannot be decided because checking is off; else empty.
-    QString disabledNotice() const;
 
     // Checks.
     struct Watcher {

@@ -1,5 +1,8 @@
 #include "launcher/smart_folder_library.h"
 
+#include "updates/app_update_settings.h"
+#include "updates/app_update_texts.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -83,13 +86,27 @@ QString SmartFolderLibrary::name(const QUuid& id) const {
 }
 
 QString SmartFolderLibrary::notice(const QUuid& id) const {
-    if (!definition(id))
+    const SmartFolderDefinition* found = definition(id);
+    if (!found)
         return QStringLiteral("This Smart Folder’s definition is unavailable.");
     const SmartFolderEvaluation* shown = evaluation(id);
-    return shown && !shown->unknownRuleIDs.isEmpty()
-               ? QStringLiteral(
-                     "Some app details are unavailable, so those rules cannot be evaluated yet.")
-               : QString();
+    return shown ? notice(*found, *shown) : QString();
+}
+
+QString SmartFolderLibrary::notice(const SmartFolderDefinition& definition,
+                                   const SmartFolderEvaluation& evaluation) const {
+    if (evaluation.unknownRuleIDs.isEmpty())
+        return {};
+    const bool isForWantOfChecks =
+        !readAppUpdateSettings(_machine.settings).enabled &&
+        std::ranges::any_of(definition.rules, [](const SmartFolderRule& rule) {
+            return std::visit([](const auto& one) { return one.field.rawValue(); }, rule) ==
+                   u"updateStatus";
+        });
+    return isForWantOfChecks
+               ? update_texts::checkingDisabled
+               : QStringLiteral(
+                     "Some app details are unavailable, so those rules cannot be evaluated yet.");
 }
 
 // ---- what folders show

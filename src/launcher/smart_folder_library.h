@@ -54,6 +54,9 @@ public:
     /// What stands beside a folder that is not all there: a definition that is missing, rules that
     /// could not be decided. Empty when all is well.
     QString notice(const QUuid& id) const;
+    /// The same of an evaluation, whose rules may be undecided for good: update checking can be off.
+    QString notice(const SmartFolderDefinition& definition,
+                   const SmartFolderEvaluation& evaluation) const;
     /// What a folder shows; empty before the first round.
     QStringList appKeys(const QUuid& id) const;
     const SmartFolderEvaluation* evaluation(const QUuid& id) const;

@@ -5,6 +5,7 @@
 #include "platform/host_machine.h"
 
 #include "sample/mac_builder.h"
+#include "sample/tools.h"
 #include "support/printers.h"
 
 #include <QCoreApplication>
@@ -193,6 +194,111 @@ TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
     EXPECT_EQ(launcher.mode(), LauncherWindowMode::fullScreen);
     EXPECT_TRUE(launcher.hiddenKeys().isEmpty());
     EXPECT_EQ(run({u"batch"_qs, u"-"_qs}, "undo\nredo\n").out, "{}\n{}\n");
+}
+
+// ---- updates
+
+class TessellarctlUpdatesTest : public TessellarctlTest {
+protected:
+    /// A brew that has a newer version of Ash, and brings it.
+    void addBrew() {
+        const QString info = u"/Applications/Ash.app/Contents/Info.plist"_qs;
+        QFile plist(root.path() + info);
+        ASSERT_TRUE(plist.open(QFile::ReadOnly));
+        sample::addHomebrew(
+            builder, {{.token = u"ash"_qs,
+                       .version = u"1.1"_qs,
+                       .installedVersion = u"1.0"_qs,
+                       .artifacts = {QJsonObject{{u"app"_qs, QJsonArray{u"Ash.app"_qs}}}},
+                       .update = sample::PendingUpdate{u"ash"_qs, u"1.1"_qs, info,
+                                                       plist.readAll().replace(">1.0<", ">1.1<")}}});
+    }
+    QList<QJsonObject> lines(const Result& result) {
+        QList<QJsonObject> documents;
+        for (const QByteArray& line : result.out.trimmed().split('\n'))
+            documents.append(json::parse(line).value_or(QJsonValue()).toObject());
+        return documents;
+    }
+};
+
+TEST_F(TessellarctlUpdatesTest, ACheckSaysWhatItFindsAndARunBringsIt) {
+    addBrew();
+    const QString ash = u"org.example.ash"_qs;
+    const QJsonObject channel{{u"homebrewCask"_qs, QJsonObject{{u"token"_qs, u"ash"_qs}}}};
+    const QJsonObject available{{u"updateAvailable"_qs, QJsonObject{{u"latestVersion"_qs, u"1.1"_qs}}}};
+    EXPECT_EQ(run({u"updates"_qs, u"channels"_qs}).json(), (QJsonObject{{ash, channel}}));
+    EXPECT_EQ(run({u"updates"_qs, u"status"_qs, u"org.example.beech"_qs}).json(),
+              (QJsonObject{{u"action"_qs, u"openApp"_qs}}));
+    EXPECT_EQ(lines(run({u"updates"_qs, u"check"_qs, u"--channel"_qs, u"sparkle"_qs})),
+              (QList<QJsonObject>{{{u"availableUpdateCount"_qs, 0}}}));
+
+    const auto check = lines(run({u"updates"_qs, u"check"_qs}));
+    ASSERT_EQ(check.size(), 2);
+    EXPECT_EQ(check[0][u"appKey"], ash);
+    EXPECT_EQ(check[0][u"status"], available);
+    EXPECT_EQ(check[1][u"availableUpdateCount"], 1);
+    EXPECT_TRUE(check[1][u"lastCheck"].isDouble());
+
+    // The cache, with the channel and the action beside each record.
+    QJsonObject status = run({u"updates"_qs, u"status"_qs}).json();
+    QFile cache(root.path() +
+                u"/Users/ada/Library/Application Support/com.tessellar.app/app-updates.json"_qs);
+    ASSERT_TRUE(cache.open(QFile::ReadOnly));
+    QJsonObject stored = json::parse(cache.readAll()).value_or(QJsonValue()).toObject();
+    QJsonObject record = stored[u"records"].toObject()[ash].toObject();
+    record[u"channel"_qs] = channel;
+    record[u"action"_qs] = u"homebrew"_qs;
+    stored[u"records"_qs] = QJsonObject{{ash, record}};
+    EXPECT_EQ(status, stored);
+    EXPECT_EQ(run({u"updates"_qs, u"status"_qs, ash}, {}, false).out,
+              "Update available: 1.0 → 1.1\nhomebrewCask ash\nUpdate with Homebrew\n");
+    const QJsonObject facts = run({u"facts"_qs, ash}).json();
+    EXPECT_EQ(facts[u"updateStatus"], u"updateAvailable"_qs);
+    EXPECT_EQ(facts[u"distributionChannel"], u"homebrew"_qs);
+    EXPECT_EQ(run({u"search"_qs, u"ash"_qs}).json()[u"hits"].toArray()[0].toObject()[u"updateStatus"],
+              available);
+
+    const Result refused = run({u"updates"_qs, u"run"_qs, ash});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.code(), u"confirmationRequired");
+    EXPECT_EQ(refused.error, "Update “Ash”? Homebrew may quit the app while it downloads and installs "
+                             "the update. --yes goes on.\n");
+    const Result updated = run({u"updates"_qs, u"run"_qs, ash, u"--yes"_qs});
+    EXPECT_EQ(updated.status, 0) << updated.error.toStdString();
+    EXPECT_EQ(updated.json()[u"installedVersion"], u"1.1"_qs);
+    EXPECT_EQ(updated.json()[u"status"], (QJsonObject{{u"upToDate"_qs, QJsonObject()}}));
+
+    EXPECT_EQ(run({u"updates"_qs, u"run"_qs, u"nobody"_qs, u"--yes"_qs}).code(), u"unknownApplication");
+    EXPECT_EQ(run({u"updates"_qs, u"check"_qs, u"--channel"_qs, u"post"_qs}).status, 2);
+    run({u"settings"_qs, u"set"_qs, u"appUpdates.enabled"_qs, u"false"_qs});
+    EXPECT_EQ(run({u"updates"_qs, u"check"_qs}).code(), u"updatesDisabled");
+}
+
+TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
+    builder.addExecutable(u"/opt/homebrew/bin/brew"_qs, "#!/bin/sh\nexec sleep 60\n");
+    auto host = HostMachine::make({.root = root.path(), .home = {}, .locale = {}, .now = {}});
+    ASSERT_TRUE(host);
+    Machine& machine = (*host)->machine();
+    LauncherViewModel launcher(machine);
+    launcher.startAndWait();
+    const auto lock = FileLock::tryLock(
+        machine.files, FileSystem::joined(machine.places.applicationFolder(), QStringLiteral("lock")));
+    ASSERT_TRUE(lock && *lock);
+    CommandInterpreter interpreter(machine, launcher);
+    ControlServer server(machine, interpreter);
+    ASSERT_TRUE(server.listen());
+
+    QProcess process;
+    process.start(QStringLiteral(TESSELLARCTL),
+                  {u"--root"_qs, root.path(), u"updates"_qs, u"check"_qs});
+    while (!launcher.updates().isChecking())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(run({u"updates"_qs, u"check"_qs}).code(), u"alreadyChecking");
+    EXPECT_TRUE(launcher.updates().isChecking()) << "who was refused ends nothing";
+    process.kill();
+    while (launcher.updates().isChecking())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    process.waitForFinished();
 }
 
 } // namespace

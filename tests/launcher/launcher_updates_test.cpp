@@ -168,7 +168,8 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
     ASSERT_TRUE(updates().setEnabled(false));
     settle();
     EXPECT_EQ(shown(), u"unknown"_s);
-    EXPECT_FALSE(updates().disabledNotice().isEmpty());
+    EXPECT_EQ(launcher->smartFolders().notice(folder),
+              u"Update checking is disabled, so update-status rules cannot be evaluated."_s);
     EXPECT_EQ(launcher->smartFolders().runtimeFacts().customIconKeys, QSet<QString>{plain});
     updates().checkNow();
     settle();
