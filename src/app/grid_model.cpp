@@ -11,13 +11,14 @@ namespace tessellar {
 
 namespace {
 TileView tileView(const LaunchpadItem& item, const QSet<QString>& unavailableAppKeys,
-                  const SmartFolderContents& smartFolderContents) {
+                  const SmartFolderContents& smartFolderContents, const AppBadge& appBadge) {
     TileView view{.id = toText(item.id())};
     if (const AppEntry* app = item.app()) {
         const QString key = appKey(*app);
         view.label = app->name;
         view.appKeys = {key};
         view.isUnavailable = unavailableAppKeys.contains(key);
+        view.badge = appBadge ? appBadge(key) : QString();
     } else if (const FolderEntry* folder = item.folder()) {
         view.kind = IconItem::Folder;
         view.label = folder->name;
@@ -108,7 +109,7 @@ PageModel* GridModel::page(int index) const {
 }
 
 void GridModel::setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
-                         const SmartFolderContents& smartFolderContents) {
+                         const SmartFolderContents& smartFolderContents, const AppBadge& appBadge) {
     _shown = pages;
     const auto count = static_cast<std::size_t>(pages.count());
     const bool countChanges = count != _pages.size();
@@ -125,7 +126,7 @@ void GridModel::setPages(const ShownPages& pages, const QSet<QString>& unavailab
     for (qsizetype page = 0; page < pages.count(); ++page) {
         QList<TileView> tiles;
         for (const LaunchpadItem& item : pages.tiles(page))
-            tiles.append(tileView(item, unavailableAppKeys, smartFolderContents));
+            tiles.append(tileView(item, unavailableAppKeys, smartFolderContents, appBadge));
         _pages[static_cast<std::size_t>(page)]->setTiles(tiles);
     }
     if (countChanges)

@@ -27,6 +27,8 @@ struct TileView {
 
 /// A smart folder's tile as a folder of what it shows.
 using SmartFolderContents = std::function<FolderEntry(const LaunchpadItem& item)>;
+/// What stands at the corner of an application's tile.
+using AppBadge = std::function<QString(const QString& appKey)>;
 
 /// The tiles of one page, in the order of their slots.
 class PageModel : public QAbstractListModel {
@@ -70,7 +72,7 @@ public:
     int pageCount() const { return static_cast<int>(_pages.size()); }
     Q_INVOKABLE tessellar::PageModel* page(int index) const;
     void setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
-                  const SmartFolderContents& smartFolderContents);
+                  const SmartFolderContents& smartFolderContents, const AppBadge& appBadge = {});
     const ShownPages& shown() const { return _shown; }
 
 Q_SIGNALS:

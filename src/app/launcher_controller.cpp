@@ -55,15 +55,28 @@ void LauncherController::onChange(LauncherChange change) {
     case LauncherChange::bootstrapped:
         Q_EMIT readyChanged();
         return;
+    case LauncherChange::updates:
+        return showBadges();
     default: // nothing of it is shown
         return;
     }
 }
 
 void LauncherController::fill(GridModel& model, const ShownPages& pages) {
-    model.setPages(pages, _viewModel.unavailableAppKeys(), [this](const LaunchpadItem& item) {
-        return _viewModel.openable(item).value_or(FolderEntry());
-    });
+    model.setPages(
+        pages, _viewModel.unavailableAppKeys(),
+        [this](const LaunchpadItem& item) { return _viewModel.openable(item).value_or(FolderEntry()); },
+        [this](const QString& appKey) { return _viewModel.updates().badge(appKey); });
+}
+
+/// A check is heard of often, and seldom changes what tiles say.
+void LauncherController::showBadges() {
+    const AppUpdateStatuses statuses = _viewModel.updates().statuses();
+    if (statuses == std::exchange(_badgeStatuses, statuses))
+        return;
+    fill(_grid, ShownPages(_grid.shown()));
+    if (isFolderOpen())
+        fill(_folder, ShownPages(_folder.shown()));
 }
 
 void LauncherController::showLayout() {

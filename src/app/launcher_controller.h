@@ -119,6 +119,7 @@ private:
     void onChange(LauncherChange change);
     void fill(GridModel& model, const ShownPages& pages);
     void showLayout();
+    void showBadges();
     void showNavigation();
     void updateMetrics();
     void wantIcons();
@@ -138,6 +139,7 @@ private:
     GridMetrics _metrics;
     FolderMetrics _folderMetrics;
     QList<LauncherError> _alerts;
+    AppUpdateStatuses _badgeStatuses;
     LauncherViewModel::Subscription _subscription;
 };
 

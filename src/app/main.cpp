@@ -112,19 +112,26 @@ int run(int argc, char** argv) {
     LauncherWindow window(machine, arguments->mode, arguments->screen);
     CommandInterpreter interpreter(machine, window.viewModel());
     ControlServer server(machine, interpreter);
-    QObject::connect(&window, &LauncherWindow::firstFrame, &application,
-                     [&] { (void)server.listen(); });
+    const bool isForShow = !arguments->screenshot.isEmpty() || arguments->measureStart;
+    LauncherUpdates& updates = window.viewModel().updates();
+    QObject::connect(&window, &LauncherWindow::firstFrame, &application, [&] {
+        (void)server.listen();
+        if (!isForShow)
+            updates.startSchedule();
+    });
     QObject::connect(&window, &LauncherWindow::closed, &application, &QGuiApplication::quit);
 
     if (!arguments->screenshot.isEmpty()) {
-        window.whenComplete([&] {
+        const auto photograph = [&] {
             if (!window.photograph().save(arguments->screenshot, "png")) {
                 std::fprintf(stderr, "tessellar: %s could not be written.\n",
                              qUtf8Printable(arguments->screenshot));
                 status = 1;
             }
             application.exit(status);
-        });
+        };
+        // The tiles are to say what the last check found.
+        updates.whenKnown([&, photograph] { window.whenComplete(photograph); });
     } else if (arguments->measureStart) {
         QObject::connect(&window, &LauncherWindow::firstFrame, &application, [&] {
             std::printf("first frame %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
