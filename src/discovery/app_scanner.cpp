@@ -2,6 +2,10 @@
 
 #include "discovery/library_walk.h"
 
+#include <QHash>
+
+#include <algorithm>
+
 namespace tessellar {
 
 AppScanner::AppScanner(ScanContext context) : _context(std::move(context)) {}
@@ -31,6 +35,25 @@ QStringList ScanCache::observedPaths() const {
         add(listing->evidence);
     for (const auto& bundle : _bundles)
         add(bundle->evidence);
+    return result;
+}
+
+QStringList ScanCache::replacedBundles(const ScanCache& before) const {
+    QStringList result;
+    if (_work.reusedResult || before._bundles.isEmpty())
+        return result;
+    QHash<QString, const BundleRecord*> known;
+    known.reserve(before._bundles.size());
+    for (const auto& bundle : before._bundles)
+        known.insert(bundle->path, bundle.get());
+    for (const auto& bundle : _bundles) {
+        const BundleRecord* old = known.value(bundle->path);
+        // A record that was made anew need not differ: what had just changed is read twice.
+        if (old && old != bundle.get() &&
+            !std::ranges::equal(old->evidence.observations, bundle->evidence.observations, {},
+                                &ScanObservation::status, &ScanObservation::status))
+            result.append(bundle->path);
+    }
     return result;
 }
 

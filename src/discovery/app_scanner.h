@@ -169,6 +169,8 @@ public:
     const Work& work() const { return _work; }
     /// The paths that a scan of an unchanged machine looks at.
     QStringList observedPaths() const;
+    /// The bundles that are others than those that `before` saw at their paths, or were updated there.
+    QStringList replacedBundles(const ScanCache& before) const;
 
 private:
     friend class LibraryWalk;

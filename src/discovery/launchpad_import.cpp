@@ -109,10 +109,10 @@ private:
 
 } // namespace
 
-LaunchpadImportContext LaunchpadImportContext::of(const Machine& machine,
-                                                  QList<AppEntry> installedApps) {
+LaunchpadImportContext LaunchpadImportContext::of(const Machine& machine, QList<AppEntry> installedApps,
+                                                  const FileSystem& files) {
     const auto temporary = machine.environment.find("TMPDIR");
-    return {.files = machine.files,
+    return {.files = files,
             .commands = machine.commands,
             .environment = machine.environment,
             .library = machine.places.library(),

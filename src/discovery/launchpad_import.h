@@ -66,7 +66,12 @@ struct LaunchpadImportContext {
     QList<AppEntry> installedApps; ///< of the last scan
     LaunchpadReadLimits limits = {};
 
-    static LaunchpadImportContext of(const Machine& machine, QList<AppEntry> installedApps);
+    static LaunchpadImportContext of(const Machine& machine, QList<AppEntry> installedApps) {
+        return of(machine, std::move(installedApps), machine.files);
+    }
+    /// For a database that lies elsewhere than on the machine.
+    static LaunchpadImportContext of(const Machine& machine, QList<AppEntry> installedApps,
+                                     const FileSystem& files);
 };
 
 /// Takes over the arrangement of the old Launchpad. Reads; what comes of it is a value, for the main

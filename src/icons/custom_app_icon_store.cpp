@@ -66,17 +66,18 @@ QString CustomAppIconStore::path(const QString& appKey, const char* suffix) cons
 
 // ---- import
 
-CustomAppIconStore::Result<QByteArray> CustomAppIconStore::readIcon(const QString& file) const {
+CustomAppIconStore::Result<QByteArray> CustomAppIconStore::readIcon(const QString& file,
+                                                                    const FileSystem& files) const {
     if (_locale.lowercased(FileSystem::extension(file)) != _locale.lowercased(u"icns"))
         return std::unexpected(Error::notICNSFile);
     const std::shared_ptr<void> access = _access ? _access(file) : nullptr;
 
-    const auto status = _files.status(file);
+    const auto status = files.status(file);
     if (!status || status->type != FileType::regular)
         return std::unexpected(Error::unreadableFile);
     if (status->size > maximumFileBytes)
         return std::unexpected(Error::fileTooLarge);
-    auto bytes = _files.read(file, maximumFileBytes);
+    auto bytes = files.read(file, maximumFileBytes);
     if (!bytes) // it may have grown meanwhile
         return std::unexpected(bytes.error().code == FileError::Code::tooLarge ? Error::fileTooLarge
                                                                                : Error::unreadableFile);
@@ -86,12 +87,16 @@ CustomAppIconStore::Result<QByteArray> CustomAppIconStore::readIcon(const QStrin
     return *std::move(bytes);
 }
 
-CustomAppIconStore::Result<void> CustomAppIconStore::keepIcon(const QByteArray& checkedBytes,
-                                                              const QString& appKey) {
-    if (const auto written = write(path(appKey, iconSuffix), checkedBytes); !written)
-        return written;
-    _known.insert(baseName(appKey));
-    return {};
+CustomAppIconStore::Result<void> CustomAppIconStore::writeIcon(const QByteArray& checkedBytes,
+                                                               const QString& appKey) const {
+    return write(path(appKey, iconSuffix), checkedBytes);
+}
+
+void CustomAppIconStore::note(const QString& appKey, bool hasIcon) {
+    if (hasIcon)
+        _known.insert(baseName(appKey));
+    else
+        _known.remove(baseName(appKey));
 }
 
 CustomAppIconStore::Result<void> CustomAppIconStore::importIcon(const QString& file,
@@ -99,7 +104,10 @@ CustomAppIconStore::Result<void> CustomAppIconStore::importIcon(const QString& f
     const auto bytes = readIcon(file);
     if (!bytes)
         return std::unexpected(bytes.error());
-    return keepIcon(*bytes, appKey);
+    const auto written = writeIcon(*bytes, appKey);
+    if (written)
+        note(appKey, true);
+    return written;
 }
 
 // ---- what there is
@@ -135,13 +143,19 @@ void CustomAppIconStore::refresh() {
 
 // ---- removal and change of key
 
+CustomAppIconStore::Result<void> CustomAppIconStore::deleteFiles(const QString& appKey) const {
+    // All of them, whatever becomes of one.
+    Result<void> result;
+    for (const char* suffix : {originalSuffix, recordSuffix, iconSuffix})
+        if (const auto removed = removeFile(path(appKey, suffix)); !removed)
+            result = removed;
+    return result;
+}
+
 CustomAppIconStore::Result<void> CustomAppIconStore::removeIcon(const QString& appKey) {
-    const Result<void> icon = removeFile(path(appKey, iconSuffix));
-    if (icon)
-        _known.remove(baseName(appKey));
-    const Result<void> record = removeAppliedIconRecord(appKey);
-    const Result<void> original = removeOriginalIcon(appKey);
-    return !icon ? icon : !record ? record : original;
+    const auto removed = deleteFiles(appKey);
+    note(appKey, iconPath(appKey).has_value());
+    return removed;
 }
 
 CustomAppIconStore::Result<void> CustomAppIconStore::changeKey(const QString& from, const QString& to) {
@@ -197,13 +211,13 @@ CustomAppIconStore::Result<void> CustomAppIconStore::removeOriginalIcon(const QS
 // ---- files
 
 CustomAppIconStore::Result<void> CustomAppIconStore::write(const QString& path,
-                                                           const QByteArray& bytes) {
+                                                           const QByteArray& bytes) const {
     if (!_files.createDirectories(_directory) || !_files.writeAtomically(path, bytes))
         return std::unexpected(Error::couldNotSave);
     return {};
 }
 
-CustomAppIconStore::Result<void> CustomAppIconStore::removeFile(const QString& path) {
+CustomAppIconStore::Result<void> CustomAppIconStore::removeFile(const QString& path) const {
     const auto removed = _files.remove(path);
     if (!removed && removed.error().code != FileError::Code::notFound)
         return std::unexpected(Error::couldNotRemove);

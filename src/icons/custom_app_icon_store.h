@@ -33,7 +33,7 @@ struct json::Fields<AppliedIconRecord> {
 /// and what has to be remembered when it is also put onto the bundle in the system. Files are named by
 /// the SHA-256 digest of the key.
 ///
-/// Main thread only, but for `readIcon`, which may be called by any. Which keys have an icon is kept in
+/// Main thread only, but for what is said to be good for any. Which keys have an icon is kept in
 /// memory: asking for it costs no file system call.
 class CustomAppIconStore {
 public:
@@ -67,11 +67,16 @@ public:
     /// Checks the file and keeps a copy of it as the icon of the app key. After a failure an earlier
     /// icon is untouched.
     Result<void> importIcon(const QString& file, const QString& appKey);
-    /// The two halves of an import: the reading and checking, which a worker can do, and the keeping.
-    Result<QByteArray> readIcon(const QString& file) const;
-    Result<void> keepIcon(const QByteArray& checkedBytes, const QString& appKey);
 
-    /// The icon's file, when it exists.
+    // The same in steps, for those who let a worker do what asks the disk. Any thread may call these
+    // three; what they did is to be noted on the main thread.
+    Result<QByteArray> readIcon(const QString& file) const { return readIcon(file, _files); }
+    Result<QByteArray> readIcon(const QString& file, const FileSystem& files) const;
+    Result<void> writeIcon(const QByteArray& checkedBytes, const QString& appKey) const;
+    Result<void> deleteFiles(const QString& appKey) const;
+    void note(const QString& appKey, bool hasIcon);
+
+    /// The icon's file, when it exists. Any thread.
     std::optional<QString> iconPath(const QString& appKey) const;
     /// The same by what is known in memory.
     std::optional<QString> knownIconPath(const QString& appKey) const;
@@ -98,8 +103,8 @@ public:
 
 private:
     QString path(const QString& appKey, const char* suffix) const;
-    Result<void> write(const QString& path, const QByteArray& bytes);
-    Result<void> removeFile(const QString& path);
+    Result<void> write(const QString& path, const QByteArray& bytes) const;
+    Result<void> removeFile(const QString& path) const;
 
     const FileSystem& _files;
     QString _directory;

@@ -1,5 +1,8 @@
 #include "launcher/launcher_view_model.h"
 
+#include "launcher/launcher_icons.h"
+#include "launcher/launcher_import.h"
+#include "launcher/library_watch.h"
 #include "model/app_state.h"
 
 #include <algorithm>
@@ -18,7 +21,10 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode, 
                     })
     , _opener(machine)
     , _editor(std::make_unique<LauncherEditor>(*this, pasteboard ? *pasteboard : _ownPasteboard))
-    , _updates(std::make_unique<LauncherUpdates>(*this)) {
+    , _updates(std::make_unique<LauncherUpdates>(*this))
+    , _icons(std::make_unique<LauncherIcons>(*this, machine))
+    , _launchpadImport(std::make_unique<LauncherImport>(*this, machine))
+    , _libraryWatch(std::make_unique<LibraryWatch>(*this, machine)) {
     (void)_store.setActiveMode(mode);
 }
 
@@ -82,6 +88,7 @@ void LauncherViewModel::finishStartUp() {
     changed(LauncherChange::bootstrapped);
     changed(LauncherChange::layout);
     // After the above: the workers are to decode the icons that are seen before they gather facts.
+    _icons->tellSmartFolders();
     _smartFolders.setApps(lastScannedApps());
     changed(LauncherChange::scanned);
 }
@@ -118,19 +125,26 @@ ScanContext LauncherViewModel::scanContext(const Machine& machine) {
 }
 
 void LauncherViewModel::scan(std::function<void(std::optional<AppScanner::LibraryScan>)> done) {
+    struct Scanned {
+        std::optional<AppScanner::LibraryScan> scan;
+        ScanCache cache;
+        QStringList replacedBundles;
+    };
     const Instant startedAt = _machine.clock.now();
     _scanTask = _machine.workers.run(
-        [scanner = AppScanner(scanContext(_machine)),
-         cache = _scanCache](std::stop_token stop) mutable {
-            auto scan = scanner.scan(cache, stop);
-            return std::pair(std::move(scan), std::move(cache));
+        [scanner = AppScanner(scanContext(_machine)), before = _scanCache](std::stop_token stop) {
+            Scanned result{.scan = {}, .cache = before, .replacedBundles = {}};
+            result.scan = scanner.scan(result.cache, stop);
+            result.replacedBundles = result.cache.replacedBundles(before);
+            return result;
         },
-        [this, startedAt,
-         done = std::move(done)](std::pair<std::optional<AppScanner::LibraryScan>, ScanCache> result) {
-            _scanCache = std::move(result.second);
-            if (result.first)
+        [this, startedAt, done = std::move(done)](Scanned result) {
+            _scanCache = std::move(result.cache);
+            if (result.scan) {
                 _lastScanStart = startedAt;
-            done(std::move(result.first));
+                _replacedBundles = std::move(result.replacedBundles);
+            }
+            done(std::move(result.scan));
         });
 }
 
@@ -157,7 +171,6 @@ void LauncherViewModel::rescan(std::function<void()> done) {
 
 void LauncherViewModel::finishRescan(AppScanner::LibraryScan scan) {
     _lastScan = std::move(scan);
-    _smartFolders.setApps(lastScannedApps());
     bool shownChanged = false;
     inEachMode([&] {
         const LayoutDocument before = document();
@@ -169,6 +182,9 @@ void LauncherViewModel::finishRescan(AppScanner::LibraryScan scan) {
     });
     if (shownChanged)
         changed(LauncherChange::layout);
+    _icons->bundlesReplaced(_replacedBundles);
+    _icons->tellSmartFolders();
+    _smartFolders.setApps(lastScannedApps());
     changed(LauncherChange::scanned);
 }
 
@@ -176,10 +192,10 @@ Pages LauncherViewModel::defaultPages() const {
     return defaultLayout(lastScannedApps(), pageCapacity(layoutSettings()), _machine.locale);
 }
 
-bool LauncherViewModel::applyLayout(const Pages& pages, const QSet<QString>& hiddenKeys,
-                                    ApplyKind kind) {
+bool LauncherViewModel::applyLayout(const Pages& pages, const QSet<QString>& hiddenKeys, ApplyKind kind,
+                                    const QList<AppEntry>& apps) {
     const MergeContext context{
-        .scannedApps = _lastScan.apps,
+        .scannedApps = apps,
         .isOutOfReach = [this](const QString& path) { return _lastScan.isOutOfReach(path); },
         .pageCapacity = pageCapacity(layoutSettings()),
         .isRestore = kind == ApplyKind::restore};
@@ -189,6 +205,7 @@ bool LauncherViewModel::applyLayout(const Pages& pages, const QSet<QString>& hid
     layout.pages = std::move(merged.pages);
     layout.hiddenKeys = std::move(merged.hiddenKeys);
     layout.unavailableAppKeys = std::move(merged.unavailableAppKeys);
+    _icons->changeKeys(merged.changedKeys);
     if (kind == ApplyKind::rescan)
         tidyNavigation();
     else
@@ -200,6 +217,15 @@ LauncherViewModel::Outcome LauncherViewModel::saveNow(const QString& title) {
     if (const auto saved = _store.saveNow(pages(), hiddenKeys()); !saved)
         return std::unexpected(launcherError(saved.error(), title));
     return {};
+}
+
+void LauncherViewModel::markGone(const QString& path) {
+    const auto app = std::ranges::find(_lastScan.apps, path, &AppEntry::path);
+    if (app == _lastScan.apps.end())
+        return;
+    for (LiveLayout& layout : _layouts)
+        layout.unavailableAppKeys.insert(appKey(*app));
+    changed(LauncherChange::layout);
 }
 
 const AppEntry* LauncherViewModel::application(const QString& key) const {
@@ -218,13 +244,10 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
     };
     const AppEntry* app = application(key);
     if (!app && !unavailableAppKeys().contains(key))
-        return refuse({QStringLiteral("unknownApplication"),
-                       QStringLiteral("No installed application is known by “%1”.").arg(key.left(200)),
-                       {}});
+        return refuse(unknownApplication(key));
     if (!app || !_machine.files.exists(app->path)) {
         if (app && !unavailableAppKeys().contains(key)) {
-            live().unavailableAppKeys.insert(key);
-            changed(LauncherChange::layout);
+            markGone(app->path);
             rescan();
         }
         return refuse({QStringLiteral("unavailable"), unavailableNotice(), {}});
@@ -243,6 +266,12 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
         if (done)
             done(std::move(outcome));
     });
+}
+
+LauncherError LauncherViewModel::unknownApplication(const QString& key) {
+    return {QStringLiteral("unknownApplication"),
+            QStringLiteral("No installed application is known by “%1”.").arg(key.left(200)),
+            {}};
 }
 
 LauncherViewModel::Outcome LauncherViewModel::editGuard() const {

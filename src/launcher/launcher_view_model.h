@@ -20,6 +20,10 @@
 
 namespace tessellar {
 
+class LauncherIcons;
+class LauncherImport;
+class LibraryWatch;
+
 /// What of the view model has changed, for those who show it.
 enum class LauncherChange {
     layout,     ///< tiles, hidden or unavailable applications of the mode shown
@@ -118,6 +122,8 @@ public:
     const QList<AppEntry>& lastScannedApps() const { return _lastScan.apps; }
     /// Just before the last scan began to look.
     Instant lastScanStart() const { return _lastScanStart; }
+    /// Bundles that the last scan found to be others than before, or updated, where they lay.
+    const QStringList& replacedBundles() const { return _replacedBundles; }
     /// The application that a key stands for, as the last scan found it.
     const AppEntry* application(const QString& appKey) const;
     ArrangementLayout layoutSettings() const { return readLayoutSettings(_machine.settings, mode()); }
@@ -132,6 +138,12 @@ public:
 
     SmartFolderLibrary& smartFolders() { return _smartFolders; }
     const SmartFolderLibrary& smartFolders() const { return _smartFolders; }
+
+    // Rooms of their own: what they can do stands in their headers.
+    LauncherIcons& icons() { return *_icons; }
+    const LauncherIcons& icons() const { return *_icons; }
+    LauncherImport& launchpadImport() { return *_launchpadImport; }
+    LibraryWatch& libraryWatch() { return *_libraryWatch; }
 
     /// The pages of the grid, or of an open folder, as the grid's settings show them.
     ShownPages shownPages() const;
@@ -163,6 +175,7 @@ public:
     /// Starts an application; one that is not known or not available is refused, with a notice. `done`
     /// is called when the system has taken it, or at once with a refusal.
     void launch(const QString& appKey, std::function<void(Outcome)> done = {});
+    static LauncherError unknownApplication(const QString& appKey);
     /// `layoutNotReady` before the first load is complete, `workingDocumentUnreadable` in a blocked
     /// mode.
     Outcome editGuard() const;
@@ -188,6 +201,9 @@ public:
 
 private:
     friend class LauncherEditor;
+    friend class LauncherIcons;
+    friend class LauncherImport;
+    friend class LibraryWatch;
     friend class LauncherUpdates;
 
     /// The arrangement of one mode.
@@ -209,7 +225,14 @@ private:
     void inEachMode(const std::function<void()>& step);
     /// The layout of the active mode becomes the merge of these pages with the last scan. True when
     /// that differs from the pages given.
-    bool applyLayout(const Pages& pages, const QSet<QString>& hiddenKeys, ApplyKind kind);
+    bool applyLayout(const Pages& pages, const QSet<QString>& hiddenKeys, ApplyKind kind) {
+        return applyLayout(pages, hiddenKeys, kind, _lastScan.apps);
+    }
+    /// The same with the scan's applications named or identified otherwise.
+    bool applyLayout(const Pages& pages, const QSet<QString>& hiddenKeys, ApplyKind kind,
+                     const QList<AppEntry>& apps);
+    /// The application at a path is not there now: its tiles say so until the next scan.
+    void markGone(const QString& path);
     Pages defaultPages() const;
     Outcome saveNow(const QString& title);
     void tidyNavigation();
@@ -237,6 +260,7 @@ private:
     AppScanner::LibraryScan _lastScan;
     ScanCache _scanCache;
     Instant _lastScanStart;
+    QStringList _replacedBundles;
     bool _isBootstrapped = false;
 
     std::list<std::weak_ptr<Listener>> _listeners;
@@ -256,8 +280,12 @@ private:
     Opener _opener;
     MemoryPasteboard _ownPasteboard;
     Task _launch;
-    std::unique_ptr<LauncherEditor> _editor; // after all that it asks
+    // Last: they ask all the others.
+    std::unique_ptr<LauncherEditor> _editor;
     std::unique_ptr<LauncherUpdates> _updates;
+    std::unique_ptr<LauncherIcons> _icons;
+    std::unique_ptr<LauncherImport> _launchpadImport;
+    std::unique_ptr<LibraryWatch> _libraryWatch;
 };
 
 } // namespace tessellar

@@ -1,0 +1,157 @@
+#include "launcher/launcher_icons.h"
+
+#include "launcher/launcher_view_model.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tessellar {
+
+static LauncherError launcherError(CustomAppIconStore::Error error) {
+    static constexpr std::array names{"notICNSFile",  "unreadableFile", "invalidICNSFile",
+                                      "fileTooLarge", "couldNotSave",   "couldNotRemove"};
+    return {QLatin1StringView(names.at(static_cast<std::size_t>(error))), message(error),
+            error == CustomAppIconStore::Error::couldNotRemove
+                ? QStringLiteral("Could not remove the custom icon")
+                : QStringLiteral("Could not change the icon")};
+}
+
+LauncherIcons::LauncherIcons(LauncherViewModel& launcher, Machine& machine)
+    : _launcher(launcher)
+    , _machine(machine)
+    , _store(std::make_shared<CustomAppIconStore>(
+          machine.files, CustomAppIconStore::defaultDirectory(machine.places), machine.locale)) {}
+
+// ---- requests
+
+void LauncherIcons::set(const QString& appKey, const QString& file, Done done,
+                        const FileSystem* files) {
+    if (!knownKeys().contains(appKey)) {
+        if (done)
+            done(std::unexpected(LauncherViewModel::unknownApplication(appKey)));
+        return;
+    }
+    _requests.push_back({appKey, file, files ? files : &_machine.files, std::move(done)});
+    if (_requests.size() == 1)
+        startNext();
+}
+
+void LauncherIcons::remove(const QString& appKey, Done done) {
+    _requests.push_back({appKey, {}, nullptr, std::move(done)});
+    if (_requests.size() == 1)
+        startNext();
+}
+
+void LauncherIcons::startNext() {
+    const Request& request = _requests.front();
+    struct Answer {
+        CustomAppIconStore::Result<void> result;
+        bool hasIcon = false;
+    };
+    _task = _machine.workers.run(
+        [store = _store, key = request.appKey, file = request.file,
+         files = request.files](std::stop_token) {
+            Answer answer;
+            if (!file) {
+                answer.result = store->deleteFiles(key);
+            } else if (const auto bytes = store->readIcon(*file, *files)) {
+                answer.result = store->writeIcon(*bytes, key);
+            } else {
+                answer.result = std::unexpected(bytes.error());
+            }
+            answer.hasIcon = store->iconPath(key).has_value();
+            return answer;
+        },
+        [this](const Answer& answer) {
+            const Request finished = std::move(_requests.front());
+            _requests.pop_front();
+            const bool isOther = answer.result || answer.hasIcon != has(finished.appKey);
+            _store->note(finished.appKey, answer.hasIcon);
+            if (isOther)
+                changed({finished.appKey});
+            if (const auto keys = std::exchange(_keysToChange, {}); !keys.isEmpty())
+                changeKeys(keys);
+            if (!_requests.empty())
+                startNext();
+            if (finished.done)
+                finished.done(answer.result ? Outcome()
+                                            : std::unexpected(launcherError(answer.result.error())));
+        });
+}
+
+// ---- what follows from changes elsewhere
+
+void LauncherIcons::changeKeys(const QHash<QString, QString>& keys) {
+    QSet<QString> concerned;
+    for (auto it = keys.begin(); it != keys.end(); ++it) {
+        bool isUnderWay = false;
+        for (Request& request : _requests) {
+            if (request.appKey != it.key())
+                continue;
+            if (&request == &_requests.front())
+                isUnderWay = true;
+            else
+                request.appKey = it.value();
+        }
+        if (isUnderWay) {
+            _keysToChange.insert(it.key(), it.value());
+        } else if (has(it.key())) {
+            // At once, though it asks the disk: the arrangement is about to be saved with the new keys.
+            if (const auto moved = _store->changeKey(it.key(), it.value()); !moved)
+                _machine.log.warning(QStringLiteral("The icon of %1 could not follow it to %2.")
+                                         .arg(it.key(), it.value()));
+            concerned += {it.key(), it.value()};
+        }
+    }
+    if (!concerned.isEmpty())
+        changed(concerned);
+}
+
+void LauncherIcons::bundlesReplaced(const QStringList& paths) {
+    const QSet<QString> replaced(paths.begin(), paths.end());
+    QSet<QString> keys;
+    for (const AppEntry& app : _launcher.lastScannedApps())
+        if (replaced.contains(app.path))
+            keys.insert(appKey(app));
+    if (!keys.isEmpty())
+        changed(keys);
+}
+
+void LauncherIcons::changed(const QSet<QString>& appKeys) {
+    _changedKeys = appKeys;
+    _launcher.changed(LauncherChange::icons);
+    _changedKeys.clear();
+    tellSmartFolders();
+}
+
+void LauncherIcons::tellSmartFolders() {
+    SmartFolderRuntimeFacts facts = _launcher.smartFolders().runtimeFacts();
+    QStringList installed;
+    for (const AppEntry& app : _launcher.lastScannedApps())
+        installed.append(appKey(app));
+    facts.customIconKeys = _store->keysWithIcon(installed);
+    _launcher.smartFolders().setRuntimeFacts(std::move(facts));
+}
+
+// ---- whose icons
+
+QSet<QString> LauncherIcons::knownKeys() const {
+    QSet<QString> keys;
+    for (const AppEntry& app : _launcher.lastScannedApps())
+        keys.insert(appKey(app));
+    for (const auto& layout : _launcher._layouts)
+        forEachItem(layout.pages, [&](const LaunchpadItem& item) {
+            if (const AppEntry* app = item.app())
+                keys.insert(appKey(*app));
+            return true;
+        });
+    return keys;
+}
+
+QStringList LauncherIcons::appKeys() const {
+    QStringList keys = _store->keysWithIcon(knownKeys().values()).values();
+    keys.sort();
+    return keys;
+}
+
+} // namespace tessellar

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "icons/custom_app_icon_store.h"
+#include "launcher/launcher_error.h"
+
+#include <functional>
+#include <list>
+#include <memory>
+
+namespace tessellar {
+
+class LauncherViewModel;
+
+/// The icons that the user gave to applications, and word of every icon that looks different now.
+///
+/// Files are read, checked and written on workers, one request after the other; which applications have
+/// an icon is known without asking the disk. Whenever icons have changed, the view model's listeners
+/// hear `LauncherChange::icons` and find those concerned in `changedKeys`.
+///
+/// Owned by the view model; main thread only.
+class LauncherIcons {
+public:
+    using Outcome = std::expected<void, LauncherError>;
+    using Done = std::function<void(const Outcome&)>;
+
+    LauncherIcons(LauncherViewModel& launcher, Machine& machine);
+
+    /// Gives an application the icon in an `.icns` file, of which a copy is kept. One that is neither
+    /// installed nor arranged is refused. `files` is where the file lies when not on the machine.
+    void set(const QString& appKey, const QString& file, Done done = {},
+             const FileSystem* files = nullptr);
+    /// Back to the application's own icon; no failure when it has that.
+    void remove(const QString& appKey, Done done = {});
+
+    bool has(const QString& appKey) const { return path(appKey).has_value(); }
+    /// The file of the user's icon, by what is known in memory.
+    std::optional<QString> path(const QString& appKey) const { return _store->knownIconPath(appKey); }
+    /// The installed and arranged applications that have one, sorted.
+    QStringList appKeys() const;
+
+    /// Whose icons the present `LauncherChange::icons` is about: to be read anew.
+    const QSet<QString>& changedKeys() const { return _changedKeys; }
+
+    // For the view model.
+    /// Applications are known by other keys now: what is kept for them goes along.
+    void changeKeys(const QHash<QString, QString>& changedKeys);
+    /// Bundles at these paths are others now, and may look different.
+    void bundlesReplaced(const QStringList& paths);
+    /// Tells the smart folders whose icons are the user's.
+    void tellSmartFolders();
+
+private:
+    struct Request {
+        QString appKey;
+        std::optional<QString> file; ///< nothing removes the icon
+        const FileSystem* files = nullptr;
+        Done done;
+    };
+
+    void startNext();
+    void changed(const QSet<QString>& appKeys);
+    QSet<QString> knownKeys() const;
+
+    LauncherViewModel& _launcher;
+    Machine& _machine;
+    std::shared_ptr<CustomAppIconStore> _store; ///< shared with workers, which outlive a request
+    std::list<Request> _requests;               ///< the first one is being carried out
+    QHash<QString, QString> _keysToChange;      ///< of the request under way
+    Task _task;
+    QSet<QString> _changedKeys;
+};
+
+} // namespace tessellar

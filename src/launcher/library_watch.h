@@ -1,0 +1,87 @@
+#pragma once
+
+#include "discovery/library_watcher.h"
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <optional>
+
+namespace tessellar {
+
+class LauncherViewModel;
+
+/// Something that the watch of the application folders noticed.
+struct LibraryNotice {
+    enum class Kind {
+        watching,   ///< these folders are watched
+        polling,    ///< some of them only by looking at them every ten seconds
+        changed,    ///< in these folders something came or went
+        gone,       ///< applications that were there a moment ago; perhaps only for a moment
+        added,      ///< applications that a scan found
+        removed,    ///< applications that a scan no longer found
+        replaced,   ///< applications that are others now, or updated, where they lay
+        incomplete, ///< bundles that cannot be used yet
+    };
+    Kind kind = Kind::watching;
+    QStringList paths; ///< sorted
+
+    bool operator==(const LibraryNotice&) const = default;
+};
+
+template <>
+struct json::RawValues<LibraryNotice::Kind> {
+    using Kind = LibraryNotice::Kind;
+    static constexpr std::array values{
+        std::pair{Kind::watching, "watching"}, std::pair{Kind::polling, "polling"},
+        std::pair{Kind::changed, "changed"},   std::pair{Kind::gone, "gone"},
+        std::pair{Kind::added, "added"},       std::pair{Kind::removed, "removed"},
+        std::pair{Kind::replaced, "replaced"}, std::pair{Kind::incomplete, "incomplete"}};
+};
+template <>
+struct json::Fields<LibraryNotice> {
+    static constexpr auto list =
+        std::tuple(required("event", &LibraryNotice::kind), required("paths", &LibraryNotice::paths));
+};
+
+/// Lets the launcher follow what happens to the installed applications, from `start` on: what comes and
+/// goes leads to a rescan, and an application that is gone is marked at once. The view model's
+/// listeners hear `LauncherChange::watching` when the way in which folders are watched has changed.
+///
+/// Owned by the view model; main thread only.
+class LibraryWatch {
+public:
+    using Listener = std::function<void(const LibraryNotice&)>;
+
+    LibraryWatch(LauncherViewModel& launcher, Machine& machine);
+    ~LibraryWatch();
+
+    /// Begins with the last scan, or the first one that is to come.
+    void start(std::unique_ptr<DirectoryEvents> events = makeDirectoryEvents());
+    bool isStarted() const { return _watcher != nullptr; }
+    /// True while some folders are only looked at by turns, for want of the system's watches.
+    bool isPolling() const { return _isPolling; }
+    /// The folders that the last scan gave to watch; empty until the watches stand.
+    const QStringList& watchedDirectories() const { return _watched; }
+
+    /// Ends the listening when it goes.
+    [[nodiscard]] std::shared_ptr<void> observe(Listener listener);
+
+private:
+    void scanned();
+    void watching();
+    void notice(LibraryNotice::Kind kind, QStringList paths);
+
+    LauncherViewModel& _launcher;
+    Machine& _machine;
+    QSet<QString> _applications; ///< of the scan before
+    QSet<QString> _incomplete;
+    QStringList _watched;
+    bool _isPolling = false;
+    bool _hasScan = false;
+    std::list<std::weak_ptr<Listener>> _listeners;
+    std::shared_ptr<void> _subscription;
+    std::unique_ptr<LibraryWatcher> _watcher; // last: it calls back
+};
+
+} // namespace tessellar
