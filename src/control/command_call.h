@@ -17,6 +17,8 @@ struct CommandOutput {
     std::function<void(int status)> finished; ///< once, last
     /// False once nobody hears any more: a command that would go on until it is stopped ends then.
     std::function<bool()> isWanted = [] { return true; };
+    /// Takes what is to be called when that is so.
+    std::function<void(std::function<void()>)> whenUnwanted = [](const auto&) {};
 };
 
 /// How the words of a command are to be understood.
@@ -62,6 +64,8 @@ public:
     void finish(ExitStatus status);
 
     bool isWanted() const { return _output.isWanted(); }
+    /// Calls back once nobody hears any more, so that waiting for it costs nothing.
+    void whenUnwanted(std::function<void()> call) { _output.whenUnwanted(std::move(call)); }
 
     /// What the command waits for; kept while the command is.
     std::vector<std::shared_ptr<void>> held;

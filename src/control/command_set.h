@@ -10,8 +10,9 @@ namespace tessellar {
 
 /// What a command needs of the launcher to run.
 enum class CommandNeeds {
-    machine,  ///< files and settings alone
-    launcher, ///< the launcher, started: its answer is what the window shows
+    machine,              ///< files and settings alone
+    launcher,             ///< the launcher, started: its answer is what the window shows
+    launcherUntilStopped, ///< the same, and it goes on until nobody hears any more
 };
 
 /// The commands of tessellarctl, declared once: their words for CLI11, and what they do. One set reads
@@ -49,6 +50,7 @@ private:
 // The families of commands, each in a file of its own.
 void addLayoutCommands(CommandSet& set);
 void addEditingCommands(CommandSet& set);
+void addLibraryCommands(CommandSet& set);
 void addSettingsCommands(CommandSet& set);
 void addSmartFolderCommands(CommandSet& set);
 void addUpdateCommands(CommandSet& set);

@@ -65,8 +65,11 @@ public:
                          [self = shared_from_this()] { self->read(); });
         QObject::connect(_socket, &QLocalSocket::disconnected, _socket, &QObject::deleteLater);
         QObject::connect(_socket, &QObject::destroyed, [weak = weak_from_this()] {
-            if (const auto self = weak.lock())
+            if (const auto self = weak.lock()) {
                 self->_socket = nullptr;
+                if (const auto call = std::exchange(self->_whenUnwanted, nullptr))
+                    call();
+            }
         });
     }
 
@@ -100,6 +103,7 @@ private:
                     say(QStringLiteral("status"), status);
                     if (const auto self = weak.lock()) {
                         self->_isBusy = false;
+                        self->_whenUnwanted = nullptr;
                         if (self->_socket)
                             QMetaObject::invokeMethod(
                                 self->_socket,
@@ -114,6 +118,11 @@ private:
                 [weak = weak_from_this()] {
                     const auto self = weak.lock();
                     return self && self->_socket;
+                },
+            .whenUnwanted =
+                [weak = weak_from_this()](std::function<void()> call) {
+                    if (const auto self = weak.lock())
+                        self->_whenUnwanted = std::move(call);
                 }};
         CommandOptions options{.json = request.json,
                                .oneLine = request.oneLine,
@@ -127,6 +136,7 @@ private:
 
     CommandExecutor& _executor;
     QLocalSocket* _socket;
+    std::function<void()> _whenUnwanted; ///< of the command under way
     bool _isBusy = false;
 };
 
@@ -173,6 +183,11 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
                          CommandOutput output) {
     _output = std::move(output);
     _isRunning = true;
+    // The launcher sees that by the connection, which ends with this.
+    _output.whenUnwanted([this] {
+        if (std::exchange(_isRunning, false))
+            std::exchange(_output, {}).finished(static_cast<int>(ExitStatus::done));
+    });
     const Request request{words,        options.json,      options.oneLine, options.showsProgress,
                           options.mode, options.directory, options.now,     options.locale};
     _socket->write(json::writeCompact(json::encode(request)) + '\n');

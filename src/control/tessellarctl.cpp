@@ -5,6 +5,7 @@
 #include "control/shell_words.h"
 #include "platform/file_lock.h"
 #include "platform/host_machine.h"
+#include "platform/interruption.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -123,6 +124,17 @@ public:
         }
         if (!findExecutor())
             return _status;
+        std::optional<Interruption> interruption;
+        std::optional<ControlServer> server;
+        if (parsed->needs == CommandNeeds::launcherUntilStopped) {
+            interruption.emplace([this] {
+                if (const auto call = std::exchange(_whenUnwanted, nullptr))
+                    call();
+            });
+            // Others need not wait until it is stopped: this is the launcher that is running.
+            if (_local)
+                (void)server.emplace(_machine, *_local).listen();
+        }
         _executor->run(words, _invocation.options, output());
         waitForEnd();
         return close();
@@ -245,21 +257,23 @@ private:
 
     CommandOutput output() {
         // One command answers only when what it did is on the disk; a batch is saved at its end.
-        return {.out =
-                    [this](const QByteArray& text) {
-                        if (_isBatch || save())
-                            write(stdout, text);
-                    },
-                .error =
-                    [this](const QByteArray& text) {
-                        _said.append(text);
-                        write(stderr, text);
-                    },
-                .finished =
-                    [this](int status) {
-                        _status = status;
-                        _isFinished = true;
-                    }};
+        return {
+            .out =
+                [this](const QByteArray& text) {
+                    if (_isBatch || save())
+                        write(stdout, text);
+                },
+            .error =
+                [this](const QByteArray& text) {
+                    _said.append(text);
+                    write(stderr, text);
+                },
+            .finished =
+                [this](int status) {
+                    _status = status;
+                    _isFinished = true;
+                },
+            .whenUnwanted = [this](std::function<void()> call) { _whenUnwanted = std::move(call); }};
     }
 
     int fail(const LauncherError& error, ExitStatus status = ExitStatus::refused) {
@@ -285,6 +299,7 @@ private:
     LocalExecutor* _local = nullptr;
     std::optional<LauncherError> _saveError;
     QByteArrayList _said; ///< on standard error, titles aside
+    std::function<void()> _whenUnwanted;
     bool _isBatch = false;
     int _status = 0;
     bool _isFinished = false;

@@ -1,0 +1,189 @@
+// What comes from outside: the old Launchpad's arrangement, icons of the user's own, applications that
+// come and go.
+
+#include "control/command_set.h"
+#include "launcher/launcher_icons.h"
+#include "launcher/launcher_import.h"
+#include "launcher/library_watch.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace tessellar {
+namespace {
+
+using Call = std::shared_ptr<CommandCall>;
+
+// ---- files that the user names
+
+struct NamedFile {
+    QString path;
+    const FileSystem* files = nullptr;
+};
+
+/// A file is named as the host names it, on the machine or not; one that is not there is looked for
+/// under the machine's own names.
+NamedFile namedFile(const Call& call, const QString& name) {
+    static const FileSystem host;
+    const FileSystem& files = call->machine.files;
+    const QString path = QDir::cleanPath(QDir(call->options.directory).absoluteFilePath(name));
+    if (const auto onMachine = files.pathFromHost(FileSystem::toHostBytes(path).value_or(QByteArray())))
+        return {*onMachine, &files};
+    if (!QFileInfo::exists(path) && name.startsWith(u'/') && files.exists(name))
+        return {name, &files};
+    return {path, &host};
+}
+
+// ---- import
+
+void writeNames(QString& text, const Page& page, int indent) {
+    for (const LaunchpadItem& item : page) {
+        const FolderEntry* folder = item.folder();
+        text += QString(indent, u' ') + (folder ? folder->name + u'/' : item.app()->name) + u'\n';
+        if (folder)
+            for (const Page& inner : folder->pages)
+                writeNames(text, inner, indent + 4);
+    }
+}
+
+void answerWithPreview(const Call& call, const NativeLaunchpadImportResult& found) {
+    QString text;
+    for (qsizetype page = 0; page < found.pages.size(); ++page) {
+        text += QStringLiteral("Page %1\n").arg(page + 1);
+        writeNames(text, found.pages.at(page), 2);
+        text += u'\n';
+    }
+    text += LaunchpadImportTexts::report(found.metadata) + u'\n';
+    for (const QString& name : found.skippedApps)
+        text += QStringLiteral("  %1\n").arg(name);
+    QJsonObject object = json::encode(found.metadata).toObject();
+    object.insert(QStringLiteral("pages"), json::encode(found.pages));
+    object.insert(QStringLiteral("skippedApps"), json::encode(found.skippedApps));
+    call->succeed(object, text);
+}
+
+void addImport(CommandSet& set) {
+    CLI::App* import = set.add("import-launchpad", "Take over the arrangement of the old Launchpad");
+    auto database = std::make_shared<std::string>();
+    auto isPreview = std::make_shared<bool>(false);
+    import->add_option("--database", *database, "Its database, where it is not the system's");
+    import->add_flag("--preview", *isPreview, "Only print what would be imported");
+    set.onRun(import, CommandNeeds::launcher, [database, isPreview](const Call& call) {
+        std::optional<LauncherImport::Database> file;
+        if (!database->empty()) {
+            const NamedFile named = namedFile(call, text(database));
+            file = {named.path, named.files};
+        }
+        LauncherImport& importer = call->launcher().launchpadImport();
+        if (*isPreview)
+            return importer.preview(file, [call](const auto& found) {
+                if (found)
+                    answerWithPreview(call, *found);
+                else
+                    call->fail(found.error());
+            });
+        importer.run(file, [call](const auto& metadata) {
+            if (metadata)
+                call->succeed(json::encode(*metadata), LaunchpadImportTexts::doneTitle() + u'\n' +
+                                                           LaunchpadImportTexts::report(*metadata));
+        else call->fail(metadata.error());
+    });
+});
+}
+
+// ---- icons
+
+QJsonObject iconObject(const LauncherIcons& icons, const QString& appKey) {
+    return {{QStringLiteral("appKey"), appKey},
+            {QStringLiteral("path"), icons.path(appKey).value_or(QString())}};
+}
+
+void addIcons(CommandSet& set) {
+    constexpr auto keyHelp =
+        "The application's bundle identifier, or the path of one of several copies";
+    CLI::App* group = set.addGroup("icon", "Icons of your own for applications");
+    CLI::App* put = set.add("set", "Give an application the icon in an .icns file", group);
+    set.onRun(put, CommandNeeds::launcher,
+              [key = word(put, "appkey", keyHelp),
+               file = word(put, "file", "An .icns file, of which a copy is kept")](const Call& call) {
+                  const NamedFile named = namedFile(call, text(file));
+                  call->launcher().icons().set(
+                      text(key), named.path,
+                      [call](const LauncherIcons::Outcome& outcome) { call->answer(outcome); },
+                      named.files);
+              });
+
+    CLI::App* show = set.add("show", "Where the copy of an application's own icon lies", group);
+    set.onRun(show, CommandNeeds::launcher, [key = word(show, "appkey", keyHelp)](const Call& call) {
+        const LauncherIcons& icons = call->launcher().icons();
+        if (const auto path = icons.path(text(key)))
+            return call->succeed(iconObject(icons, text(key)), *path);
+        call->fail({QStringLiteral("noCustomIcon"),
+                    QStringLiteral("“%1” has no custom icon.").arg(text(key).left(200)),
+                    {}});
+    });
+
+    CLI::App* remove = set.add("remove", "Back to the application's own icon", group);
+    set.onRun(
+        remove, CommandNeeds::launcher, [key = word(remove, "appkey", keyHelp)](const Call& call) {
+            call->launcher().icons().remove(
+                text(key), [call](const LauncherIcons::Outcome& outcome) { call->answer(outcome); });
+        });
+
+    set.onRun(set.add("list", "The applications that have a custom icon", group),
+              CommandNeeds::launcher, [](const Call& call) {
+                  const LauncherIcons& icons = call->launcher().icons();
+                  QJsonArray array;
+                  QString text;
+                  for (const QString& key : icons.appKeys()) {
+                      array.append(iconObject(icons, key));
+                      text += key + u'\n';
+                  }
+                  call->succeed(array, text.isEmpty()
+                                           ? QStringLiteral("No application has a custom icon.")
+                                           : text);
+              });
+}
+
+// ---- watching
+
+QString noticeText(const LibraryNotice& notice) {
+    using Kind = LibraryNotice::Kind;
+    if (notice.kind == Kind::watching)
+        return QStringLiteral("Watching %1 folders.").arg(notice.paths.size());
+    if (notice.kind == Kind::polling)
+        return QStringLiteral(
+            "The system has no more watches to give: some folders are looked at every "
+            "ten seconds.");
+    QString text;
+    for (const QString& path : notice.paths)
+        text += QStringLiteral("%1  %2\n").arg(json::rawValue(notice.kind), path);
+    return text;
+}
+
+void addWatch(CommandSet& set) {
+    set.onRun(set.add("watch", "Print what happens to the applications, until stopped"),
+              CommandNeeds::launcherUntilStopped, [](const Call& call) {
+                  call->options.oneLine = true;
+                  LibraryWatch& watch = call->launcher().libraryWatch();
+                  const auto say = [call](const LibraryNotice& notice) {
+                      call->print(json::encode(notice), noticeText(notice));
+                  };
+                  call->whenUnwanted([call] { call->finish(ExitStatus::done); });
+                  call->held.push_back(watch.observe(say));
+                  // A launcher that is running watches already.
+                  if (!watch.watchedDirectories().isEmpty())
+                      say({LibraryNotice::Kind::watching, watch.watchedDirectories()});
+                  watch.start();
+              });
+}
+
+} // namespace
+
+void addLibraryCommands(CommandSet& set) {
+    addImport(set);
+    addIcons(set);
+    addWatch(set);
+}
+
+} // namespace tessellar

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace tessellar {
+
+/// While it lives, the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) do not end it: they
+/// call `interrupted` in the event loop of the thread that made it, so that the program can end in its
+/// own way. One at a time.
+class Interruption {
+public:
+    explicit Interruption(std::function<void()> interrupted);
+    ~Interruption();
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+
+private:
+    struct State;
+    std::unique_ptr<State> _state;
+};
+
+} // namespace tessellar
