@@ -1,5 +1,8 @@
 #include "app/launcher_window.h"
 
+#include "launcher/launcher_icons.h"
+#include "launcher/library_watch.h"
+
 #include <QGuiApplication>
 #include <QQmlEngine>
 #include <QScreen>
@@ -18,6 +21,13 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     _view.setTitle(QStringLiteral("Tessellar"));
     _view.setColor(QColor(13, 15, 27));
     fitToScreen();
+    _icons.loader().setCustomIcons(
+        [this](const QString& appKey) { return _viewModel.icons().path(appKey); });
+    _subscription = _viewModel.subscribe([this](LauncherChange change) {
+        if (change == LauncherChange::icons)
+            for (const QString& appKey : _viewModel.icons().changedKeys())
+                _icons.loader().reload(appKey);
+    });
     // The folders are scanned and the backdrop is drawn while QML is loaded.
     _icons.prepareBackdrop((QSizeF(_view.size()) * _view.devicePixelRatio()).toSize());
     _viewModel.start();
@@ -36,8 +46,10 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
         Q_EMIT closed();
     });
     connect(&_view, &QQuickWindow::frameSwapped, this, [this] {
-        if (!std::exchange(_hasDrawn, true))
+        if (!std::exchange(_hasDrawn, true)) {
+            _viewModel.libraryWatch().start();
             Q_EMIT firstFrame();
+        }
         if (_whenComplete && isComplete())
             std::exchange(_whenComplete, nullptr)();
     });

@@ -43,6 +43,7 @@ private:
 
     LauncherViewModel _viewModel;
     TileIcons _icons;
+    LauncherViewModel::Subscription _subscription;
     LauncherController _controller;
     QQuickView _view;
     QSize _screen;
