@@ -1,5 +1,6 @@
 #include "discovery/library_watcher.h"
 
+#include "support/few_events.h"
 #include "support/items.h"
 #include "support/printers.h"
 #include "support/test_machine.h"
@@ -14,26 +15,6 @@ using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-/// The system's notices, with so many watches to give.
-class FewEvents final : public DirectoryEvents {
-public:
-    explicit FewEvents(int count) : _left(count) {}
-    std::expected<int, int> add(const QByteArray& path) override {
-        if (_left == 0)
-            return std::unexpected(ENOSPC);
-        auto watch = _events->add(path);
-        _left -= watch ? 1 : 0;
-        return watch;
-    }
-    void remove(int watch) override { _events->remove(watch); }
-    QList<Event> wait() override { return _events->wait(); }
-    void wake() override { _events->wake(); }
-
-private:
-    std::unique_ptr<DirectoryEvents> _events = makeDirectoryEvents();
-    int _left;
-};
 
 /// Files have the real time, the watcher a scan's start far ahead of it: no folder counts as changed
 /// since, unless a test says so.

@@ -1,0 +1,128 @@
+#include "launcher/launcher_icons.h"
+
+#include "small_launcher.h"
+#include "tests/icons/icns_bytes.h"
+
+#include <gmock/gmock.h>
+
+namespace tessellar::test {
+namespace {
+
+class LauncherIconsTest : public SmallLauncher {
+protected:
+    const QString ash = u"org.example.ash"_s;
+    const QByteArray red = icnsFile(icnsEntry("ic07", png(128, Qt::red)));
+    const QByteArray blue = icnsFile(icnsEntry("ic07", png(128, Qt::blue)));
+
+    LauncherIconsTest() {
+        install(u"Ash"_s);
+        install(u"Beech"_s);
+        mac.write(u"/in/red.icns"_s, red);
+        mac.write(u"/in/blue.icns"_s, blue);
+        start();
+        subscription = launcher->subscribe([this](LauncherChange change) {
+            if (change == LauncherChange::icons)
+                heard.append(launcher->icons().changedKeys());
+        });
+    }
+    LauncherIcons& icons() { return launcher->icons(); }
+    /// Its code, or nothing.
+    QString failureOf(const QString& key, const QString& file) {
+        QString code = u"noAnswer"_s;
+        icons().set(key, file, [&](const LauncherIcons::Outcome& outcome) {
+            code = outcome ? QString() : outcome.error().code;
+        });
+        mac.settle();
+        return code;
+    }
+    QByteArray iconOf(const QString& key) {
+        return icons().path(key) ? mac.read(*icons().path(key)) : QByteArray();
+    }
+    QSet<QString> facts() { return launcher->smartFolders().runtimeFacts().customIconKeys; }
+
+    QList<QSet<QString>> heard;
+    LauncherViewModel::Subscription subscription;
+};
+
+TEST_F(LauncherIconsTest, AreKeptToldOfAndTakenAwayAgain) {
+    SmartFolderRuntimeFacts others;
+    others.updateCheckingEnabled = true;
+    launcher->smartFolders().setRuntimeFacts(others);
+    EXPECT_EQ(failureOf(ash, u"/in/red.icns"_s), u"");
+    EXPECT_EQ(iconOf(ash), red);
+    EXPECT_EQ(heard, QList<QSet<QString>>{{ash}});
+    EXPECT_EQ(facts(), QSet<QString>{ash});
+    EXPECT_TRUE(launcher->smartFolders().runtimeFacts().updateCheckingEnabled)
+        << "what others know stays";
+    EXPECT_EQ(failureOf(ash, u"/in/blue.icns"_s), u"");
+    EXPECT_EQ(iconOf(ash), blue);
+    EXPECT_EQ(heard.size(), 2);
+
+    subscription.reset();
+    start();
+    EXPECT_EQ(icons().appKeys(), QStringList{ash});
+    EXPECT_EQ(facts(), QSet<QString>{ash});
+    icons().remove(ash);
+    mac.settle();
+    EXPECT_FALSE(icons().has(ash));
+    EXPECT_EQ(facts(), QSet<QString>());
+    EXPECT_TRUE(mac.names(folder + u"/Custom Icons"_s).isEmpty());
+}
+
+TEST_F(LauncherIconsTest, ARefusalLeavesTheEarlierOne) {
+    ASSERT_EQ(failureOf(ash, u"/in/red.icns"_s), u"");
+    mac.write(u"/in/bad.icns"_s, "icns");
+    EXPECT_EQ(failureOf(ash, u"/in/bad.icns"_s), u"invalidICNSFile");
+    EXPECT_EQ(failureOf(ash, u"/in/none.icns"_s), u"unreadableFile");
+    EXPECT_EQ(failureOf(ash, u"/in/red.png"_s), u"notICNSFile");
+    EXPECT_EQ(failureOf(u"org.example.ahs"_s, u"/in/red.icns"_s), u"unknownApplication");
+    EXPECT_EQ(iconOf(ash), red);
+    EXPECT_EQ(heard.size(), 1);
+}
+
+TEST_F(LauncherIconsTest, RequestsAreCarriedOutInTheirOrder) {
+    QStringList answers;
+    const auto note = [&](const QString& what) {
+        return [&answers, what](const LauncherIcons::Outcome& outcome) {
+            answers += what + (outcome ? u""_s : u" failed"_s);
+        };
+    };
+    icons().set(ash, u"/in/red.icns"_s, note(u"red"_s));
+    icons().remove(ash, note(u"remove"_s));
+    icons().set(ash, u"/in/missing.icns"_s, note(u"missing"_s));
+    icons().set(ash, u"/in/blue.icns"_s, note(u"blue"_s));
+    mac.settle();
+    EXPECT_EQ(answers, QStringList({u"red"_s, u"remove"_s, u"missing failed"_s, u"blue"_s}));
+    EXPECT_EQ(iconOf(ash), blue);
+}
+
+TEST_F(LauncherIconsTest, FollowAnApplicationThroughTheKeysThatDuplicatesGiveIt) {
+    ASSERT_EQ(failureOf(ash, u"/in/red.icns"_s), u"");
+    const QString path = u"/Applications/Ash.app"_s;
+    install(u"Ash"_s, u"/Users/ada/Applications"_s);
+    heard.clear();
+    rescan();
+    EXPECT_EQ(icons().appKeys(), QStringList{path});
+    EXPECT_EQ(iconOf(path), red);
+    EXPECT_TRUE(heard.contains(QSet<QString>{ash, path}));
+    EXPECT_EQ(facts(), QSet<QString>{path});
+    mac.remove(u"/Users/ada/Applications/Ash.app"_s);
+    // An icon that is being given while the key changes is not left behind.
+    icons().set(path, u"/in/blue.icns"_s);
+    rescan();
+    EXPECT_EQ(icons().appKeys(), QStringList{ash});
+    EXPECT_EQ(iconOf(ash), blue);
+    EXPECT_EQ(mac.names(folder + u"/Custom Icons"_s).size(), 1);
+}
+
+TEST_F(LauncherIconsTest, AnUpdatedBundleIsToldOf) {
+    rescan();
+    EXPECT_TRUE(heard.isEmpty());
+    mac.remove(u"/Applications/Ash.app"_s);
+    install(u"Ash"_s, u"/Applications"_s, u"2.0"_s);
+    rescan();
+    EXPECT_EQ(heard, QList<QSet<QString>>{{ash}});
+}
+
+} // namespace
+} // namespace tessellar::test

@@ -1,0 +1,146 @@
+#include "launcher/library_watch.h"
+
+#include "launcher/launcher_icons.h"
+#include "small_launcher.h"
+#include "support/few_events.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace tessellar::test {
+namespace {
+
+using Kind = LibraryNotice::Kind;
+using testing::Contains;
+
+class LibraryWatchTest : public SmallLauncher {
+protected:
+    LibraryWatchTest() {
+        mac.makeFolder(u"/Volumes"_s);
+        for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Cedar"_s})
+            install(name);
+    }
+    void watch(std::unique_ptr<DirectoryEvents> events = makeDirectoryEvents()) {
+        subscription = launcher->libraryWatch().observe([this](const LibraryNotice& notice) {
+            notices.append(json::rawValue(notice.kind) + u' ' + notice.paths.join(u' '));
+        });
+        launcher->libraryWatch().start(std::move(events));
+        until([&] { return !launcher->libraryWatch().watchedDirectories().isEmpty(); });
+        notices.clear();
+    }
+    /// Lets time pass until a scan has found what is to be found.
+    void follow(const std::function<bool()>& isSo) {
+        while (!isSo()) {
+            mac.settle();
+            if (isSo())
+                return;
+            if (time.pendingCount() == 0)
+                mac.mailbox.waitAndDrain();
+            else
+                time.advance(100ms);
+        }
+    }
+    void rename(const QString& from, const QString& to) {
+        std::filesystem::rename(mac.hostPath(from).toStdString(), mac.hostPath(to).toStdString());
+    }
+    bool isUnavailable(const QString& name) {
+        return launcher->unavailableAppKeys().contains(u"org.example."_s + name.toLower());
+    }
+
+    QStringList notices;
+    std::shared_ptr<void> subscription;
+};
+
+TEST_F(LibraryWatchTest, ApplicationsComeAndGoByThemselves) {
+    launcher = std::make_unique<LauncherViewModel>(mac.machine);
+    launcher->libraryWatch().start(); // nothing is known yet: it begins with the first scan
+    launcher->startAndWait();
+    watch();
+    EXPECT_EQ(time.pendingCount(), 0u) << "nothing to do while nothing changes";
+
+    install(u"Dogwood"_s);
+    follow([&] { return sketched() == u"Ash Beech Cedar Dogwood"; });
+    EXPECT_THAT(notices, Contains(u"added /Applications/Dogwood.app"_s));
+
+    notices.clear();
+    mac.remove(u"/Applications/Beech.app"_s);
+    until([&] { return isUnavailable(u"Beech"_s); });
+    EXPECT_EQ(sketched(), u"Ash Beech Cedar Dogwood") << "it leaves with the next scan";
+    follow([&] { return sketched() == u"Ash Cedar Dogwood"; });
+    EXPECT_EQ(notices.first(), u"gone /Applications/Beech.app");
+    EXPECT_THAT(notices, Contains(u"removed /Applications/Beech.app"_s));
+
+    // One that is still being copied has no tile until it is whole.
+    notices.clear();
+    builder.addApplication(
+        {.name = u"Elm"_s, .identifier = u"org.example.elm"_s, .missing = sample::Missing::executable});
+    follow([&] { return notices.contains(u"incomplete /Applications/Elm.app"_s); });
+    EXPECT_EQ(sketched(), u"Ash Cedar Dogwood");
+    install(u"Elm"_s);
+    follow([&] { return sketched() == u"Ash Cedar Dogwood Elm"; });
+}
+
+TEST_F(LibraryWatchTest, ABundleReplacedInPlaceNeverLosesItsTile) {
+    AppEntry beech = app(u"Beech"_s);
+    beech.name = u"Fagus"_s;
+    store({{test::folder(u"f"_s, {{beech, app(u"Cedar"_s)}}), app(u"Ash"_s)}});
+    start();
+    watch();
+    QSet<QString> redrawn;
+    const auto listening = launcher->subscribe([&](LauncherChange change) {
+        if (change == LauncherChange::icons)
+            redrawn += launcher->icons().changedKeys();
+    });
+    bool isAlwaysThere = true;
+    const auto looking = launcher->subscribe([&](LauncherChange) {
+        isAlwaysThere = isAlwaysThere && sketched() == u"[f: Fagus Cedar] Ash" &&
+                        launcher->folder(idOf(u"f"_s))->pages[0][0].id() == idOf(u"Beech"_s);
+    });
+
+    // The new one is made ready elsewhere, the old one taken away, the new one moved to its place.
+    const QString ready = install(u"Beech"_s, u"/tmp/update"_s, u"2.0"_s);
+    rename(u"/Applications/Beech.app"_s, u"/tmp/old.app"_s);
+    until([&] { return isUnavailable(u"Beech"_s); });
+    time.advance(3s);
+    mac.settle();
+    rename(ready, u"/Applications/Beech.app"_s);
+    follow([&] { return notices.contains(u"replaced /Applications/Beech.app"_s); });
+    EXPECT_FALSE(isUnavailable(u"Beech"_s));
+    EXPECT_EQ(redrawn, QSet<QString>{u"org.example.beech"_s});
+
+    // Copied over piece by piece: incomplete for as long as it takes.
+    notices.clear();
+    const QString executable = u"/Applications/Beech.app/Contents/MacOS/Beech"_s;
+    const QByteArray bytes = mac.read(executable);
+    mac.remove(executable);
+    mac.makeFolder(u"/Applications/Stirs"_s); // a scan comes along meanwhile
+    follow([&] { return notices.contains(u"incomplete /Applications/Beech.app"_s); });
+    EXPECT_TRUE(isUnavailable(u"Beech"_s));
+    builder.addExecutable(executable, bytes);
+    follow([&] { return !isUnavailable(u"Beech"_s); });
+    EXPECT_TRUE(isAlwaysThere);
+}
+
+TEST_F(LibraryWatchTest, SaysOnceThatItPolls) {
+    start();
+    QList<LauncherChange> changes;
+    const auto listening = launcher->subscribe([&](LauncherChange change) { changes += change; });
+    watch(std::make_unique<FewEvents>(0));
+    EXPECT_TRUE(launcher->libraryWatch().isPolling());
+    EXPECT_THAT(changes, Contains(LauncherChange::watching));
+    ASSERT_TRUE(launcher->notice());
+    const int revision = launcher->notice()->revision;
+    install(u"Dogwood"_s);
+    until([&] {
+        time.advance(10s);
+        mac.settle();
+        return sketched() == u"Ash Beech Cedar Dogwood";
+    });
+    time.advance(10s);
+    launcher->showNotice(u"next"_s);
+    EXPECT_EQ(launcher->notice()->revision, revision + 1);
+}
+
+} // namespace
+} // namespace tessellar::test

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "launcher/launcher_view_model.h"
+#include "sample/mac_builder.h"
+#include "support/items.h"
+#include "support/printers.h"
+#include "support/test_machine.h"
+
+#include <gtest/gtest.h>
+
+namespace tessellar::test {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+/// A launcher on a small Mac. Its time is far ahead of the files' own: none counts as changed just now.
+class SmallLauncher : public testing::Test {
+protected:
+    SmallLauncher() { time.advance(50 * 365 * 24h); }
+
+    QString install(const QString& name, const QString& folder = u"/Applications"_s,
+                    const QString& version = u"1.0"_s) {
+        return builder.addApplication({.name = name,
+                                       .folder = folder,
+                                       .identifier = u"org.example."_s + name.toLower(),
+                                       .version = version});
+    }
+    /// Begins anew, with what is on the disk.
+    LauncherViewModel& start() {
+        launcher.reset();
+        launcher = std::make_unique<LauncherViewModel>(mac.machine);
+        launcher->startAndWait();
+        mac.settle();
+        return *launcher;
+    }
+    void rescan() {
+        launcher->rescan();
+        mac.settle();
+    }
+    /// Waits for what comes from other threads; the hand-moved time stands still.
+    void until(const std::function<bool()>& isSo) {
+        while (!isSo())
+            mac.mailbox.waitAndDrain();
+    }
+    void store(const Pages& pages, const QSet<QString>& hidden = {}) {
+        mac.write(folder + u"/layout.json"_s,
+                  json::write(json::encode(LayoutDocument{.pages = pages, .hiddenKeys = hidden})));
+    }
+    LayoutDocument stored() {
+        return json::decodeDocument<LayoutDocument>(mac.read(folder + u"/layout.json"_s))
+            .value_or(LayoutDocument());
+    }
+    QString sketched() const { return sketch(launcher->pages()); }
+
+    const QString folder = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
+    TestMachine mac;
+    ManualTime& time = mac.time;
+    sample::MacBuilder builder{mac.root.path()};
+    std::unique_ptr<LauncherViewModel> launcher;
+};
+
+} // namespace tessellar::test

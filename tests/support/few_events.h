@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/directory_events.h"
+
+#include <cerrno>
+
+namespace tessellar::test {
+
+/// The system's notices, with so many watches to give.
+class FewEvents final : public DirectoryEvents {
+public:
+    explicit FewEvents(int count) : _left(count) {}
+    std::expected<int, int> add(const QByteArray& path) override {
+        if (_left == 0)
+            return std::unexpected(ENOSPC);
+        auto watch = _events->add(path);
+        _left -= watch ? 1 : 0;
+        return watch;
+    }
+    void remove(int watch) override { _events->remove(watch); }
+    QList<Event> wait() override { return _events->wait(); }
+    void wake() override { _events->wake(); }
+
+private:
+    std::unique_ptr<DirectoryEvents> _events = makeDirectoryEvents();
+    int _left;
+};
+
+} // namespace tessellar::test
