@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <random>
 #include <thread>
 
 namespace tessellar::test {
@@ -156,6 +157,17 @@ TEST_F(LaunchpadImportTest, RefusesWhatIsNoLaunchpadDatabase) {
         {"nothing", [] {}, Code::unableToOpenDatabase, {}},
         {"empty", [&] { file({}); }, Code::unsupportedSchema, u"Missing required table: apps"_s},
         {"garbage", [&] { file(QByteArray(20'000, 'x')); }, Code::unableToOpenDatabase, {}},
+        {"encrypted",
+         [&] {
+             // With the true first bytes, as some ciphers leave them.
+             QByteArray bytes(int(whole.size()), '\0');
+             std::mt19937 random(7); // NOLINT: the same bytes in every run
+             for (char& byte : bytes)
+                 byte = static_cast<char>(random());
+             file(bytes.replace(0, 24, whole.first(24)));
+         },
+         Code::unableToOpenDatabase,
+         {}},
         {"truncated", [&] { file(whole.first(4'500)); }, Code::unableToOpenDatabase, u"malformed"_s},
         {"pages missing", [&] { file(whole.first(16'384)); }, Code::unableToOpenDatabase,
          u"malformed"_s},
@@ -204,6 +216,14 @@ TEST_F(LaunchpadImportTest, RefusesWhatIsNoLaunchpadDatabase) {
              sql("ALTER TABLE items RENAME TO real; CREATE VIEW items AS WITH RECURSIVE n(i) AS "
                  "(SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i AS rowid, 'x' AS uuid, 0 AS "
                  "flags, 4 AS type, 1 AS parent_id, 0 AS ordering FROM n",
+                 path);
+         },
+         Code::unsupportedSchema, u"Missing required table: items"_s},
+        {"a trigger",
+         [&] {
+             sql("CREATE TABLE apps (item_id, title, bundleid, storeid);"
+                 "CREATE TABLE groups (item_id, title);"
+                 "CREATE TRIGGER items AFTER INSERT ON apps BEGIN DELETE FROM apps; END",
                  path);
          },
          Code::unsupportedSchema, u"Missing required table: items"_s},
@@ -272,6 +292,22 @@ TEST_F(LaunchpadImportTest, EndsInTimeWhateverTheSize) {
     const auto outOfTime = importer({.time = std::chrono::milliseconds(0)}).run();
     ASSERT_FALSE(outOfTime);
     EXPECT_EQ(outOfTime.error().detail, u"interrupted"_s);
+}
+
+/// What a lock protects is what was committed, and that is what a copy holds.
+TEST_F(LaunchpadImportTest, ReadsPastTheLockOfAnotherConnection) {
+    for (const bool inUse : {true, false}) {
+        add({.pages = {{tile(u"A"_s), tile(u"B"_s)}}, .inUse = inUse});
+        sqlite3* owner = nullptr;
+        ASSERT_EQ(sqlite3_open(machine.hostPath(primary).toUtf8().constData(), &owner), SQLITE_OK);
+        ASSERT_EQ(sqlite3_exec(owner,
+                               "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE;"
+                               "DELETE FROM apps WHERE title = 'B'",
+                               nullptr, nullptr, nullptr),
+                  SQLITE_OK);
+        EXPECT_EQ(sketch(import().pages), u"A B"_s);
+        sqlite3_close(owner);
+    }
 }
 
 /// Every transaction gives all items one ordering; a copy that mixes moments shows several.
