@@ -32,17 +32,18 @@ void LauncherIcons::set(const QString& appKey, const QString& file, Done done,
         return;
     }
     _requests.push_back({appKey, file, files ? files : &_machine.files, std::move(done)});
-    if (_requests.size() == 1)
-        startNext();
+    startNext();
 }
 
 void LauncherIcons::remove(const QString& appKey, Done done) {
     _requests.push_back({appKey, {}, nullptr, std::move(done)});
-    if (_requests.size() == 1)
-        startNext();
+    startNext();
 }
 
 void LauncherIcons::startNext() {
+    if (_isUnderWay || _requests.empty())
+        return;
+    _isUnderWay = true;
     const Request& request = _requests.front();
     struct Answer {
         CustomAppIconStore::Result<void> result;
@@ -65,14 +66,14 @@ void LauncherIcons::startNext() {
         [this](const Answer& answer) {
             const Request finished = std::move(_requests.front());
             _requests.pop_front();
-            const bool isOther = answer.result || answer.hasIcon != has(finished.appKey);
+            _isUnderWay = false;
+            if (answer.result || answer.hasIcon != has(finished.appKey))
+                _toAnnounce.insert(finished.appKey);
             _store->note(finished.appKey, answer.hasIcon);
-            if (isOther)
-                changed({finished.appKey});
-            if (const auto keys = std::exchange(_keysToChange, {}); !keys.isEmpty())
-                changeKeys(keys);
-            if (!_requests.empty())
-                startNext();
+            changeKeys(std::exchange(_keysToChange, {}));
+            // Before anybody is told, who may ask for more.
+            startNext();
+            announce();
             if (finished.done)
                 finished.done(answer.result ? Outcome()
                                             : std::unexpected(launcherError(answer.result.error())));
@@ -82,43 +83,42 @@ void LauncherIcons::startNext() {
 // ---- what follows from changes elsewhere
 
 void LauncherIcons::changeKeys(const QHash<QString, QString>& keys) {
-    QSet<QString> concerned;
     for (auto it = keys.begin(); it != keys.end(); ++it) {
-        bool isUnderWay = false;
+        bool waits = false;
         for (Request& request : _requests) {
             if (request.appKey != it.key())
                 continue;
-            if (&request == &_requests.front())
-                isUnderWay = true;
+            if (_isUnderWay && &request == &_requests.front())
+                waits = true;
             else
                 request.appKey = it.value();
         }
-        if (isUnderWay) {
+        if (waits) {
             _keysToChange.insert(it.key(), it.value());
         } else if (has(it.key())) {
             // At once, though it asks the disk: the arrangement is about to be saved with the new keys.
             if (const auto moved = _store->changeKey(it.key(), it.value()); !moved)
                 _machine.log.warning(QStringLiteral("The icon of %1 could not follow it to %2.")
                                          .arg(it.key(), it.value()));
-            concerned += {it.key(), it.value()};
+            _toAnnounce += {it.key(), it.value()};
         }
     }
-    if (!concerned.isEmpty())
-        changed(concerned);
 }
 
-void LauncherIcons::bundlesReplaced(const QStringList& paths) {
-    const QSet<QString> replaced(paths.begin(), paths.end());
-    QSet<QString> keys;
-    for (const AppEntry& app : _launcher.lastScannedApps())
-        if (replaced.contains(app.path))
-            keys.insert(appKey(app));
-    if (!keys.isEmpty())
-        changed(keys);
+void LauncherIcons::merged(const QStringList& replacedBundles) {
+    const QSet<QString> replaced(replacedBundles.begin(), replacedBundles.end());
+    if (!replaced.isEmpty())
+        for (const AppEntry& app : _launcher.lastScannedApps())
+            if (replaced.contains(app.path))
+                _toAnnounce.insert(appKey(app));
+    announce();
+    tellSmartFolders(); // of applications that are new, if of nothing else
 }
 
-void LauncherIcons::changed(const QSet<QString>& appKeys) {
-    _changedKeys = appKeys;
+void LauncherIcons::announce() {
+    if (_toAnnounce.isEmpty())
+        return;
+    _changedKeys = std::exchange(_toAnnounce, {});
     _launcher.changed(LauncherChange::icons);
     _changedKeys.clear();
     tellSmartFolders();

@@ -41,13 +41,12 @@ public:
     /// Whose icons the present `LauncherChange::icons` is about: to be read anew.
     const QSet<QString>& changedKeys() const { return _changedKeys; }
 
-    // For the view model.
+    // For the view model, when it merges.
     /// Applications are known by other keys now: what is kept for them goes along.
     void changeKeys(const QHash<QString, QString>& changedKeys);
-    /// Bundles at these paths are others now, and may look different.
-    void bundlesReplaced(const QStringList& paths);
-    /// Tells the smart folders whose icons are the user's.
-    void tellSmartFolders();
+    /// After the merges, with the bundles that are others now, or updated, where they lay: all who show
+    /// icons are told.
+    void merged(const QStringList& replacedBundles = {});
 
 private:
     struct Request {
@@ -58,7 +57,8 @@ private:
     };
 
     void startNext();
-    void changed(const QSet<QString>& appKeys);
+    void announce();
+    void tellSmartFolders();
     QSet<QString> knownKeys() const;
 
     LauncherViewModel& _launcher;
@@ -67,6 +67,8 @@ private:
     std::list<Request> _requests;               ///< the first one is being carried out
     QHash<QString, QString> _keysToChange;      ///< of the request under way
     Task _task;
+    bool _isUnderWay = false;
+    QSet<QString> _toAnnounce;
     QSet<QString> _changedKeys;
 };
 

@@ -88,7 +88,7 @@ void LauncherViewModel::finishStartUp() {
     changed(LauncherChange::bootstrapped);
     changed(LauncherChange::layout);
     // After the above: the workers are to decode the icons that are seen before they gather facts.
-    _icons->tellSmartFolders();
+    _icons->merged();
     _smartFolders.setApps(lastScannedApps());
     changed(LauncherChange::scanned);
 }
@@ -182,8 +182,7 @@ void LauncherViewModel::finishRescan(AppScanner::LibraryScan scan) {
     });
     if (shownChanged)
         changed(LauncherChange::layout);
-    _icons->bundlesReplaced(_replacedBundles);
-    _icons->tellSmartFolders();
+    _icons->merged(_replacedBundles);
     _smartFolders.setApps(lastScannedApps());
     changed(LauncherChange::scanned);
 }
@@ -206,6 +205,8 @@ bool LauncherViewModel::applyLayout(const Pages& pages, const QSet<QString>& hid
     layout.hiddenKeys = std::move(merged.hiddenKeys);
     layout.unavailableAppKeys = std::move(merged.unavailableAppKeys);
     _icons->changeKeys(merged.changedKeys);
+    if (kind == ApplyKind::restore)
+        _icons->merged();
     if (kind == ApplyKind::rescan)
         tidyNavigation();
     else

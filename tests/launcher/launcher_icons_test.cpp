@@ -66,7 +66,7 @@ TEST_F(LauncherIconsTest, AreKeptToldOfAndTakenAwayAgain) {
     mac.settle();
     EXPECT_FALSE(icons().has(ash));
     EXPECT_EQ(facts(), QSet<QString>());
-    EXPECT_TRUE(mac.names(folder + u"/Custom Icons"_s).isEmpty());
+    EXPECT_TRUE(mac.names(data + u"/Custom Icons"_s).isEmpty());
 }
 
 TEST_F(LauncherIconsTest, ARefusalLeavesTheEarlierOne) {
@@ -112,7 +112,7 @@ TEST_F(LauncherIconsTest, FollowAnApplicationThroughTheKeysThatDuplicatesGiveIt)
     rescan();
     EXPECT_EQ(icons().appKeys(), QStringList{ash});
     EXPECT_EQ(iconOf(ash), blue);
-    EXPECT_EQ(mac.names(folder + u"/Custom Icons"_s).size(), 1);
+    EXPECT_EQ(mac.names(data + u"/Custom Icons"_s).size(), 1);
 }
 
 TEST_F(LauncherIconsTest, AnUpdatedBundleIsToldOf) {

@@ -75,16 +75,16 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     EXPECT_EQ(imported->folderCount, 2);
     EXPECT_EQ(imported->unresolvedAppCount, 2);
 
-    const QStringList backups = mac.names(folder + u"/Backups"_s);
+    const QStringList backups = mac.names(data + u"/Backups"_s);
     ASSERT_EQ(backups.size(), 1);
-    EXPECT_EQ(imported->backupPath, folder + u"/Backups/"_s + backups[0]);
+    EXPECT_EQ(imported->backupPath, data + u"/Backups/"_s + backups[0]);
     const auto backup = json::decodeDocument<BackupDocument>(mac.read(*imported->backupPath));
     ASSERT_TRUE(backup);
     EXPECT_EQ(backup->reason, u"legacy-launchpad-import");
     EXPECT_EQ(backup->sourceDatabasePath, database);
     EXPECT_EQ(backup->document.pages, before.pages);
     const auto record = json::decodeDocument<LegacyLaunchpadImportMetadata>(
-        mac.read(folder + u"/legacy-launchpad-import.json"_s));
+        mac.read(data + u"/legacy-launchpad-import.json"_s));
     ASSERT_TRUE(record);
     EXPECT_EQ(*record, *imported);
 
@@ -113,8 +113,8 @@ TEST_F(LauncherImportTest, APreviewShowsTheOldArrangementAndChangesNothing) {
     EXPECT_EQ(sketch(found->pages), u"Elm [Work: Beech|Dogwood]|[Alone: Ash]");
     EXPECT_EQ(found->skippedApps, QStringList({u"Gone"_s, u"Lost"_s}));
     EXPECT_EQ(launcher->document(), before);
-    EXPECT_FALSE(mac.exists(folder + u"/Backups"_s));
-    EXPECT_FALSE(mac.exists(folder + u"/legacy-launchpad-import.json"_s));
+    EXPECT_FALSE(mac.exists(data + u"/Backups"_s));
+    EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));
     EXPECT_FALSE(launcher->editor().history().canUndo());
 }
 
@@ -145,20 +145,20 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
     EXPECT_EQ(codes, QStringList{u"cancelled"_s});
 
     // No backup, no import; and when the save fails, the backup is all that came of it.
-    mac.write(folder + u"/Backups"_s, "in its place");
+    mac.write(data + u"/Backups"_s, "in its place");
     EXPECT_FALSE(failure().isEmpty());
-    mac.remove(folder + u"/Backups"_s);
-    mac.remove(folder + u"/layout.json"_s);
-    mac.makeFolder(folder + u"/layout.json/x"_s);
+    mac.remove(data + u"/Backups"_s);
+    mac.remove(data + u"/layout.json"_s);
+    mac.makeFolder(data + u"/layout.json/x"_s);
     EXPECT_FALSE(failure().isEmpty());
-    EXPECT_EQ(mac.names(folder + u"/Backups"_s).size(), 1);
-    mac.remove(folder + u"/layout.json"_s);
+    EXPECT_EQ(mac.names(data + u"/Backups"_s).size(), 1);
+    mac.remove(data + u"/layout.json"_s);
 
     EXPECT_EQ(launcher->document(), before);
-    EXPECT_FALSE(mac.exists(folder + u"/legacy-launchpad-import.json"_s));
+    EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));
     EXPECT_FALSE(launcher->editor().history().canUndo());
 
-    mac.write(folder + u"/layout.json"_s, "damaged");
+    mac.write(data + u"/layout.json"_s, "damaged");
     start();
     EXPECT_EQ(failure(), u"workingDocumentUnreadable");
 }

@@ -43,16 +43,16 @@ protected:
             mac.mailbox.waitAndDrain();
     }
     void store(const Pages& pages, const QSet<QString>& hidden = {}) {
-        mac.write(folder + u"/layout.json"_s,
+        mac.write(data + u"/layout.json"_s,
                   json::write(json::encode(LayoutDocument{.pages = pages, .hiddenKeys = hidden})));
     }
     LayoutDocument stored() {
-        return json::decodeDocument<LayoutDocument>(mac.read(folder + u"/layout.json"_s))
+        return json::decodeDocument<LayoutDocument>(mac.read(data + u"/layout.json"_s))
             .value_or(LayoutDocument());
     }
     QString sketched() const { return sketch(launcher->pages()); }
 
-    const QString folder = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
+    const QString data = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
     TestMachine mac;
     ManualTime& time = mac.time;
     sample::MacBuilder builder{mac.root.path()};
