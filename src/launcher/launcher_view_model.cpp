@@ -39,8 +39,11 @@ LauncherViewModel::Subscription LauncherViewModel::subscribe(Listener listener) 
 }
 
 void LauncherViewModel::changed(LauncherChange change) {
-    if (change == LauncherChange::layout && _editor)
-        _editor->invalidateSearch();
+    if (change == LauncherChange::layout) {
+        if (_editor)
+            _editor->invalidateSearch();
+        _smartFolders.setCustomNames(customNames());
+    }
     _listeners.remove_if([](const auto& listener) { return listener.expired(); });
     // A copy: a listener may subscribe, or end another's subscription.
     for (const auto& weak : std::list(_listeners))
@@ -411,6 +414,16 @@ void LauncherViewModel::restoreNavigation(LauncherWindowMode which, const Naviga
     tidyNavigation();
     changed(LauncherChange::navigation);
     changed(LauncherChange::selection);
+}
+
+QHash<QString, QString> LauncherViewModel::customNames() const {
+    QHash<QString, QString> names;
+    forEachItem(pages(), [&](const LaunchpadItem& item) {
+        if (const AppEntry* app = item.app(); app && !app->alias && app->name != app->originalName)
+            names.insert(appKey(*app), app->name);
+        return true;
+    });
+    return names;
 }
 
 void LauncherViewModel::markUnavailable() {

@@ -249,6 +249,8 @@ private:
     /// After a step of history the arrangement may hold what is no longer installed, or lack what is.
     void lookAgainAfterStep();
     void markUnavailable();
+    /// The names that the user gave to applications in the mode shown, by app key.
+    QHash<QString, QString> customNames() const;
     void changed(LauncherChange change);
     void alert(LauncherError error);
 

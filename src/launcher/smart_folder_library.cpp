@@ -9,7 +9,7 @@ namespace tessellar {
 
 static const QString unavailableTitle = QStringLiteral("Smart Folders are unavailable");
 
-LauncherError launcherError(const SmartFolderStore::Error& error, const QString& title) {
+static LauncherError launcherError(const SmartFolderStore::Error& error, const QString& title) {
     if (const auto* file = std::get_if<FileError>(&error))
         return launcherError(*file, title);
     static constexpr std::array names{"unsupportedVersion",    "invalidDefinition",
@@ -148,6 +148,14 @@ void SmartFolderLibrary::setApps(const QList<AppEntry>& apps) {
     startRound();
 }
 
+void SmartFolderLibrary::setCustomNames(const QHash<QString, QString>& names) {
+    if (names == _customNames)
+        return;
+    _customNames = names;
+    if (!_apps.isEmpty())
+        startRound();
+}
+
 void SmartFolderLibrary::recordLaunch(const QString& key) {
     _usage.recordLaunch(key);
     if (const auto saved = _usage.save(); !saved)
@@ -167,6 +175,14 @@ void SmartFolderLibrary::localeChanged() {
     startRound();
 }
 
+QList<AppEntry> SmartFolderLibrary::namedApps() const {
+    QList<AppEntry> apps = _apps;
+    if (!_customNames.isEmpty())
+        for (AppEntry& app : apps)
+            app.name = _customNames.value(appKey(app), app.name);
+    return apps;
+}
+
 SmartFolderRuntimeFacts SmartFolderLibrary::runtimeFactsNow() const {
     SmartFolderRuntimeFacts facts = _runtime;
     _usage.fill(facts);
@@ -182,7 +198,7 @@ void SmartFolderLibrary::startRound() {
         return finishRound({}, nullptr);
     _isRoundRunning = true;
     _factsTask =
-        _catalog.facts({.apps = _apps,
+        _catalog.facts({.apps = namedApps(),
                         .runtime = runtimeFactsNow(),
                         .inspections = inspectionsNeeded(_definitions) + _extraInspections},
                        [this](SmartFolderFactsList facts) { evaluateRound(std::move(facts)); });

@@ -16,14 +16,14 @@ namespace tessellar {
 /// folder shows.
 ///
 /// Evaluations follow whatever they depend on, off the main thread:
-/// 1. the facts of the applications are gathered, from the catalog's memory where bundles are
-/// unchanged;
-/// 2. all definitions are evaluated over them on a worker;
-/// 3. the results come back, unless something has changed meanwhile: then they are dropped, and the
-/// next
-///    round's count. Folders whose evaluation is equal to what they showed are not redrawn.
-/// A round begins when applications, definitions, usage, update statuses, custom icons or the locale
-/// change, and at the start of each day.
+///
+///     1. the facts are gathered, from the catalog's memory where bundles are unchanged;
+///     2. all definitions are evaluated over them on a worker;
+///     3. the results come back; where something has changed meanwhile they are dropped, and the next
+///        round's count. What equals what was shown is not redrawn.
+///
+/// A round begins when applications, their names, definitions, usage, update statuses, custom icons or
+/// the locale change, and at the start of each day.
 class SmartFolderLibrary {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -75,6 +75,8 @@ public:
 
     // What evaluations depend on.
     void setApps(const QList<AppEntry>& apps);
+    /// Names that the user gave, by app key: those of the mode that is shown.
+    void setCustomNames(const QHash<QString, QString>& names);
     void recordLaunch(const QString& appKey);
     /// Changes what the launcher knows besides: update statuses, channels, custom icons.
     void setRuntimeFacts(SmartFolderRuntimeFacts facts);
@@ -93,6 +95,7 @@ private:
     void evaluateRound(SmartFolderFactsList facts);
     void finishRound(Evaluations evaluations, Index index);
     void scheduleNextDay();
+    QList<AppEntry> namedApps() const;
     SmartFolderRuntimeFacts runtimeFactsNow() const;
 
     Machine& _machine;
@@ -103,7 +106,8 @@ private:
     Changed _changed;
     std::optional<LauncherError> _failure;
     QList<SmartFolderDefinition> _definitions;
-    QList<AppEntry> _apps;
+    QList<AppEntry> _apps; ///< as the scan names them
+    QHash<QString, QString> _customNames;
     SmartFolderRuntimeFacts _runtime;
     SmartFolderFactsList _facts;
     Evaluations _evaluations;
@@ -115,7 +119,5 @@ private:
     bool _isRoundRunning = false;
     std::vector<std::function<void()>> _settledCallbacks;
 };
-
-LauncherError launcherError(const SmartFolderStore::Error& error, const QString& title = {});
 
 } // namespace tessellar

@@ -175,6 +175,31 @@ TEST_F(SmartFolderLibraryTest, FoldersFollowTheLocale) {
     EXPECT_EQ(shown(u"I"_qs), u"Iris");
 }
 
+TEST_F(SmartFolderLibraryTest, FoldersGoByTheNamesOfTheModeThatIsShown) {
+    start();
+    add(definition(u"A"_qs, nameBegins(u"a"_qs)));
+    add(definition(u"Named"_qs, SmartFolderBooleanRule{mac.uuids.next(), "hasCustomName",
+                                                       predicate::IsValue<bool>(true)}));
+    EXPECT_EQ(shown(u"Named"_qs), u"");
+    const QUuid beech = launcher->pages()[0][1].id();
+    ASSERT_TRUE(editor().renameApp(beech, u"Acorn"_qs));
+    mac.settle();
+    EXPECT_EQ(shown(u"A"_qs), u"Acorn Ash");
+    EXPECT_EQ(shown(u"Named"_qs), u"Acorn");
+
+    start(); // the name outlives the program, and a scan that finds something new
+    EXPECT_EQ(shown(u"A"_qs), u"Acorn Ash");
+    install(u"Alder"_qs);
+    launcher->rescan();
+    mac.settle();
+    EXPECT_EQ(shown(u"A"_qs), u"Acorn Alder Ash");
+
+    launcher->setMode(LauncherWindowMode::windowed);
+    mac.settle();
+    EXPECT_EQ(shown(u"A"_qs), u"Alder Ash");
+    EXPECT_EQ(shown(u"Named"_qs), u"");
+}
+
 TEST_F(SmartFolderLibraryTest, WhatIsAskedForOnceIsInspectedOnce) {
     start();
     add(definition(u"A"_qs, nameBegins(u"a"_qs)));
