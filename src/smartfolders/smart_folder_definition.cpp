@@ -1,6 +1,5 @@
 #include "smartfolders/smart_folder_definition.h"
 
-#include "platform/file_system.h"
 #include "platform/text.h"
 
 namespace tessellar {
@@ -28,10 +27,8 @@ const Overloaded completeness{
     },
     [](const predicate::IsWithinLast& p) { return p.value<0>() > 0; },
     []<json::Name name>(const json::Case<name, QString>& p) { return !isBlank(p.value()); },
-    []<json::Name name, typename... Values>(const json::Case<name, Values...>&){return true;
-} // namespace
-,
-}; // namespace tessellar
+    [](const auto&) { return true; },
+};
 
 struct TemplateRow {
     const char* name;
@@ -104,15 +101,6 @@ const TemplateRow& row(SmartFolderTemplate which) {
 }
 
 } // namespace
-
-bool isProtected(const AppEntry& entry) {
-    return entry.path.startsWith(u"/System/") || entry.path.startsWith(u"/Library/Apple/");
-}
-
-bool isRemovable(const AppEntry& entry, const FileSystem& files) {
-    return !isProtected(entry) && !isNestedInAnotherApplication(entry.path) &&
-           (entry.source != AppSource::legacyImport || files.exists(entry.path));
-}
 
 QUuid ruleID(const SmartFolderRule& rule) {
     return std::visit([](const auto& r) { return r.id; }, rule);

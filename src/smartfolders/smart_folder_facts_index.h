@@ -20,7 +20,6 @@ public:
     /// Whether it says of these records what a new index would. It does not where a fact is asked of
     /// the disk.
     bool isGoodFor(const SmartFolderFactsList& facts, const Locale& locale) const;
-    const Locale& locale() const { return _locale; }
     /// White space off both ends, then case, diacritics and width folded.
     QString normalized(QStringView text) const { return _locale.folded(text.trimmed()); }
 

@@ -21,8 +21,6 @@ struct SmartFolderFieldRow {
     const char* rawValue;
     std::optional<Fact> (*read)(const SmartFolderSubject&);
     SmartFolderInspection needs = SmartFolderInspection::none;
-    /// The raw values that a choice may have; empty for other fields and for an open vocabulary.
-    std::span<const char* const> (*vocabulary)() = nullptr;
 };
 
 /// A field of a kind of rule: a row of the table `Kind::fields`. Written as its name, which is looked
@@ -82,17 +80,6 @@ std::optional<QStringList> choice(Subject subject) {
     }
 }
 
-template <typename E>
-std::span<const char* const> vocabulary() {
-    static constexpr auto names = [] {
-        std::array<const char*, json::RawValues<E>::values.size()> result;
-        std::ranges::transform(json::RawValues<E>::values, result.begin(),
-                               [](const auto& pair) { return pair.second; });
-        return result;
-    }();
-    return names;
-}
-
 } // namespace detail
 
 struct SmartFolderTextKind {
@@ -115,20 +102,14 @@ struct SmartFolderChoiceKind {
     using Fact = QStringList;
     using Predicate = SmartFolderChoicePredicate;
     using F = SmartFolderAppFacts;
-    static constexpr auto none = SmartFolderInspection::none;
     static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
-        {"applicationLocation", detail::choice<&F::applicationLocation>, none,
-         detail::vocabulary<SmartFolderApplicationLocation>},
-        {"installSource", detail::choice<&F::installSource>, none,
-         detail::vocabulary<SmartFolderInstallSource>},
-        {"distributionChannel", detail::choice<&F::distributionChannel>, none,
-         detail::vocabulary<SmartFolderDistributionChannel>},
-        {"platform", detail::choice<&F::platform>, none, detail::vocabulary<SmartFolderPlatform>},
+        {"applicationLocation", detail::choice<&F::applicationLocation>},
+        {"installSource", detail::choice<&F::installSource>},
+        {"distributionChannel", detail::choice<&F::distributionChannel>},
+        {"platform", detail::choice<&F::platform>},
         {"architecture", detail::fact<&F::architectures>, SmartFolderInspection::architectures},
-        {"updateStatus", detail::choice<&F::updateStatus>, none,
-         detail::vocabulary<SmartFolderUpdateState>},
-        {"permission", detail::choice<&F::declaredPermissions>, none,
-         detail::vocabulary<SmartFolderPermission>},
+        {"updateStatus", detail::choice<&F::updateStatus>},
+        {"permission", detail::choice<&F::declaredPermissions>},
     });
 };
 
