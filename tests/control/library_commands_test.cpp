@@ -117,7 +117,7 @@ TEST_F(LibraryCommandsTest, GivesAndTakesIcons) {
 
 TEST_F(LibraryCommandsTest, WatchesInAProcessOfItsOwnUntilItIsStopped) {
     const auto watching = startWatching();
-    EXPECT_EQ(heard(*watching, u"watching"_qs).first(), u"/Applications");
+    EXPECT_EQ(heard(*watching, u"watching"_qs).first().toString(), u"/Applications");
     builder.addApplication({.name = u"Cedar"_qs, .identifier = u"org.example.cedar"_qs});
     EXPECT_EQ(heard(*watching, u"added"_qs), QJsonArray{u"/Applications/Cedar.app"_qs});
     // It is the launcher that is running: it carries out what others ask for.
