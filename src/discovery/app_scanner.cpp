@@ -40,7 +40,7 @@ QStringList ScanCache::observedPaths() const {
 
 QStringList ScanCache::replacedBundles(const ScanCache& before) const {
     QStringList result;
-    if (_work.reusedResult || before._bundles.isEmpty())
+    if (_work.bundlesRead == 0 || before._bundles.isEmpty())
         return result;
     QHash<QString, const BundleRecord*> known;
     known.reserve(before._bundles.size());

@@ -124,6 +124,8 @@ LauncherImport::apply(const NativeLaunchpadImportResult& imported) {
                          installedAsArranged(true));
     if (const auto saved = launcher.saveNow(LaunchpadImportTexts::failureTitle()); !saved) {
         launcher.live() = liveBefore;
+        // What could not be written would be tried again: the arrangement as it was takes its place.
+        launcher._store.scheduleSave(launcher.pages(), launcher.hiddenKeys());
         return std::unexpected(saved.error());
     }
     launcher.changed(LauncherChange::layout);

@@ -158,6 +158,8 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
     EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));
     EXPECT_FALSE(launcher->editor().history().canUndo());
 
+    launcher.reset();
+    EXPECT_EQ(stored(), before) << "nor does what failed come later";
     mac.write(data + u"/layout.json"_s, "damaged");
     start();
     EXPECT_EQ(failure(), u"workingDocumentUnreadable");
