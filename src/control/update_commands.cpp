@@ -234,8 +234,9 @@ void addRun(CommandSet& set, CLI::App* group) {
                 const auto record = updates.record(text(key));
                 QJsonObject document = described(call, text(key), record);
                 document[QStringLiteral("message")] = *outcome;
-                call->succeed(document,
-                              outcome->isEmpty() ? QString() : *outcome + u'\n' + statusText(record));
+                call->succeed(document, record && !outcome->isEmpty()
+                                            ? *outcome + u'\n' + statusText(record)
+                                            : *outcome);
             });
     });
 }

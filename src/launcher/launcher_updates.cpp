@@ -83,7 +83,6 @@ void LauncherUpdates::loaded(StoredUpdates stored) {
         _asker({.title = alert.title, .text = alert.text, .accept = QStringLiteral("Update")},
                std::move(answer));
     };
-    updates.prepareForExternalPresentation = [this] { _launcher.changed(LauncherChange::launched); };
     updates.beginExternalSystemUI = [this] {
         ++_externalUpdaters;
         publish();
@@ -386,8 +385,11 @@ void LauncherUpdates::runEnded(const QString& appKey, const std::optional<AppUpd
             QStringLiteral("updateFailed"), state->message,
             QStringLiteral("Could not update “%1”").arg(installed ? installed->name : appKey)}));
     }
-    if (state->message.isEmpty()) // opened: the rest is the user's
+    if (state->message.isEmpty()) { // opened: the rest is the user's
+        // Not before: with its window the launcher may go, and what it was to open would stay closed.
+        _launcher.changed(LauncherChange::launched);
         return done(QString());
+    }
     _launcher.showNotice(state->message);
     _verified = [done, text = state->message] { done(text); };
 }

@@ -17,16 +17,20 @@ TEST(GridModel, SaysWhatATileShows) {
         folder(u"Trees"_s, {{app(u"Ash"_s), folder(u"Inner"_s, {{app(u"Elm"_s), app(u"Fir"_s)}})}});
     trees.customSymbolName = u"star"_s;
     GridModel model;
-    model.setPages(ShownPages({{app(u"Oak"_s), trees, SmartFolderReference{idOf(u"smart"_s)}}}, {}, 40),
-                   {u"org.example.oak"_s}, [](const LaunchpadItem&) {
-                       return folder(u"Large"_s, {{app(u"Elm"_s), app(u"Fir"_s)}});
-                   });
+    model.setPages(
+        ShownPages({{app(u"Oak"_s), trees, SmartFolderReference{idOf(u"smart"_s)}}}, {}, 40),
+        {u"org.example.oak"_s},
+        [](const LaunchpadItem&) {
+            return folder(u"Large"_s, {{app(u"Elm"_s), app(u"Fir"_s)}});
+        },
+        [](const QString& appKey) { return appKey.right(3); });
     ASSERT_EQ(model.pageCount(), 1);
     const QList<TileView>& tiles = model.page(0)->tiles();
     ASSERT_EQ(tiles.size(), 3);
     EXPECT_EQ(tiles[0].label, u"Oak");
     EXPECT_EQ(tiles[0].appKeys, QStringList{u"org.example.oak"_s});
     EXPECT_TRUE(tiles[0].isUnavailable);
+    EXPECT_EQ(tiles[0].badge, u"oak");
     EXPECT_EQ(tiles[1].kind, IconItem::Folder);
     EXPECT_EQ(tiles[1].appKeys, (QStringList{u"org.example.ash"_s, u"org.example.elm"_s}));
     EXPECT_EQ(tiles[1].symbolName, u"star");
