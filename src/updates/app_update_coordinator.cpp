@@ -104,7 +104,8 @@ AppUpdateCoordinator::~AppUpdateCoordinator() {
 // ---- what is known
 
 bool AppUpdateCoordinator::isEnabled() const {
-    return readAppUpdateSettings(_machine.settings).enabled;
+    // Asked at each result: no reason to read all the settings.
+    return _machine.settings.boolean(AppUpdateSettings::enabledKey).value_or(true);
 }
 
 AppUpdateChecker* AppUpdateCoordinator::checkerOf(const AppUpdateCandidate& candidate) const {
