@@ -7,9 +7,6 @@ namespace {
 
 using Call = std::shared_ptr<CommandCall>;
 
-/// How soon a check notices that nobody waits for it any more.
-constexpr std::chrono::milliseconds wantedInterval{250};
-
 QString name(const Call& call, const QString& appKey) {
     const AppEntry* app = call->launcher().application(appKey);
     return app ? app->name : appKey;
@@ -125,23 +122,6 @@ void addChannels(CommandSet& set, CLI::App* group) {
 
 // ---- checks
 
-/// Ends the check once nobody hears of it any more.
-void watchCaller(const Call& call) {
-    const auto timer = std::make_shared<Timer>();
-    call->held.push_back(timer);
-    *timer = call->machine.scheduler.after(wantedInterval,
-                                           [weak = std::weak_ptr(call), last = std::weak_ptr(timer)] {
-                                               const Call again = weak.lock();
-                                               if (!again || last.expired())
-                                                   return;
-                                               std::erase(again->held, last.lock());
-                                               if (again->isWanted())
-                                                   watchCaller(again);
-                                               else
-                                                   again->launcher().updates().cancelCheck();
-                                           });
-}
-
 QString progressText(const AppUpdateProgress& progress) {
     return progress.total == 0 ? update_texts::summary(true, 0, {})
                                : QStringLiteral("Checked %1 of %2  %3")
@@ -188,9 +168,9 @@ void addCheck(CommandSet& set, CLI::App* group) {
         kinds.emplace_back(raw);
     check->add_option("--channel", *channel, "Of the applications of this channel only")
         ->check(CLI::IsMember(kinds));
-    set.onRun(check, CommandNeeds::launcher, [channel](const Call& call) {
+    set.onRun(check, CommandNeeds::launcherUntilStopped, [channel](const Call& call) {
         call->options.oneLine = true;
-        watchCaller(call);
+        call->whenUnwanted([call] { call->launcher().updates().cancelCheck(); });
         call->launcher().updates().check(
             json::fromRawValue<AppUpdateChannelKind>(text(channel)),
             {.result = [call](const QString& appKey,
@@ -211,34 +191,37 @@ void addRun(CommandSet& set, CLI::App* group) {
         set.add("run", "Bring an application up to date, by the way its updates come", group);
     auto yes = std::make_shared<bool>(false);
     run->add_flag("--yes", *yes, "Go on where the launcher would ask first");
-    set.onRun(run, CommandNeeds::launcher, [key = word(run, "appkey", ""), yes](const Call& call) {
-        if (refuseUnknown(call, text(key)))
-            return;
-        const auto asked = std::make_shared<QString>();
-        const auto answer = [yes, asked](const LauncherQuestion& question,
-                                         const std::function<void(bool)>& reply) {
-            *asked = QStringLiteral("%1 %2 --yes goes on.").arg(question.title, question.text);
-            reply(*yes);
-        };
-        call->launcher().updates().run(
-            text(key), answer,
-            [call, key, asked](const std::expected<QString, LauncherError>& outcome) {
-                if (!outcome)
-                    return call->fail(
-                        outcome.error().code == u"declined"
-                            ? LauncherError{QStringLiteral("confirmationRequired"), *asked, {}}
-                            : outcome.error());
-                LauncherUpdates& updates = call->launcher().updates();
-                if (const auto saved = updates.flush(); !saved)
-                    return call->fail(saved.error());
-                const auto record = updates.record(text(key));
-                QJsonObject document = described(call, text(key), record);
-                document[QStringLiteral("message")] = *outcome;
-                call->succeed(document, record && !outcome->isEmpty()
-                                            ? *outcome + u'\n' + statusText(record)
-                                            : *outcome);
-            });
-    });
+    set.onRun(
+        run, CommandNeeds::launcherUntilStopped,
+        [key = word(run, "appkey", ""), yes](const Call& call) {
+            if (refuseUnknown(call, text(key)))
+                return;
+            call->whenUnwanted([call] { call->launcher().updates().cancelRun(); });
+            const auto asked = std::make_shared<QString>();
+            const auto answer = [yes, asked](const LauncherQuestion& question,
+                                             const std::function<void(bool)>& reply) {
+                *asked = QStringLiteral("%1 %2 --yes goes on.").arg(question.title, question.text);
+                reply(*yes);
+            };
+            call->launcher().updates().run(
+                text(key), answer,
+                [call, key, asked](const std::expected<QString, LauncherError>& outcome) {
+                    if (!outcome)
+                        return call->fail(
+                            outcome.error().code == u"declined"
+                                ? LauncherError{QStringLiteral("confirmationRequired"), *asked, {}}
+                                : outcome.error());
+                    LauncherUpdates& updates = call->launcher().updates();
+                    if (const auto saved = updates.flush(); !saved)
+                        return call->fail(saved.error());
+                    const auto record = updates.record(text(key));
+                    QJsonObject document = described(call, text(key), record);
+                    document[QStringLiteral("message")] = *outcome;
+                    call->succeed(document, record && !outcome->isEmpty()
+                                                ? *outcome + u'\n' + statusText(record)
+                                                : *outcome);
+                });
+        });
 }
 
 } // namespace
