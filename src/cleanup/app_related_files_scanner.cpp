@@ -69,10 +69,12 @@ QString reasonOf(const ApplicationNames::Grade& grade, bool isContested) {
 class Search {
 public:
     Search(const FileSystem& files, const QString& home, const CleanupApplication& application,
-           const QList<CleanupApplication>& others, std::stop_token stop)
+           const QList<CleanupApplication>& others, const AppRelatedFilesScanner::TeamOf& teamOf,
+           std::stop_token stop)
         : _files(files)
         , _home(home)
         , _application(application)
+        , _teamOf(teamOf)
         , _names(application)
         , _others(othersOf(application, others))
         , _claims(_others)
@@ -183,11 +185,22 @@ private:
 
     /// Group containers are for the applications of one team; one whose team nobody knows may be of it.
     bool mayShareGroup() const {
-        if (!_application.team || _application.team->isEmpty())
-            return true;
-        return std::ranges::any_of(_others, [this](const CleanupApplication& other) {
-            return !other.team || *other.team == *_application.team;
+        // Asked for no more than once, and only when there is a group container: signatures are slow.
+        std::call_once(_groupAsked, [this] {
+            const auto team = teamOf(_application);
+            _mayShareGroup = !team || team->isEmpty() ||
+                             std::ranges::any_of(_others, [&](const CleanupApplication& other) {
+                                 const auto another = teamOf(other);
+                                 return !another || *another == *team;
+                             });
         });
+        return _mayShareGroup;
+    }
+
+    std::optional<QString> teamOf(const CleanupApplication& application) const {
+        if (application.team || !_teamOf)
+            return application.team;
+        return _teamOf(application, _stop);
     }
 
     /// A folder of another application, and not of a vendor of both.
@@ -214,26 +227,31 @@ private:
     const FileSystem& _files;
     const QString& _home;
     const CleanupApplication& _application;
+    const AppRelatedFilesScanner::TeamOf& _teamOf;
     const ApplicationNames _names;
     const QList<CleanupApplication> _others;
     const InstalledClaims _claims;
     const std::stop_token _stop;
     std::mutex _mutex;
     QList<Found> _found;
+    mutable std::once_flag _groupAsked;
+    mutable bool _mayShareGroup = true;
 };
 
 } // namespace
 
-AppRelatedFilesScanner::AppRelatedFilesScanner(const FileSystem& files, QString home, MayMove mayMove)
+AppRelatedFilesScanner::AppRelatedFilesScanner(const FileSystem& files, QString home, MayMove mayMove,
+                                               TeamOf teamOf)
     : _files(files)
     , _home(std::move(home))
-    , _mayMove(mayMove ? std::move(mayMove) : MayMove(mayMoveByRights)) {}
+    , _mayMove(mayMove ? std::move(mayMove) : MayMove(mayMoveByRights))
+    , _teamOf(std::move(teamOf)) {}
 
 std::optional<RelatedFilesScan> AppRelatedFilesScanner::scan(const CleanupApplication& application,
                                                              const QList<CleanupApplication>& others,
                                                              std::stop_token stop,
                                                              const Progress& progress) const {
-    Search search(_files, _home, application, others, stop);
+    Search search(_files, _home, application, others, _teamOf, stop);
     RelatedFilesScan scan;
     search.addBundle(scan);
     const auto locations = cleanupLocations();
@@ -269,9 +287,9 @@ MeasuredSize AppRelatedFilesScanner::measure(const FileSystem& files, const QStr
     const auto walked =
         walkDirectory(files, path, {.maximumDepth = 100'000}, stop, [&](const WalkEntry& entry) {
             if (entry.type == FileType::regular) {
-                if (const auto file = files.linkStatus(entry.path()))
-                    bytes.fetch_add(file->size, std::memory_order_relaxed);
-                else if (file.error().code != FileError::Code::notFound)
+                if (const auto size = entry.size())
+                    bytes.fetch_add(*size, std::memory_order_relaxed);
+                else if (size.error() != ENOENT)
                     isComplete.store(false, std::memory_order_relaxed);
             }
             return WalkStep::descend;
@@ -280,11 +298,11 @@ MeasuredSize AppRelatedFilesScanner::measure(const FileSystem& files, const QStr
 }
 
 Task AppRelatedFilesScanner::start(Machine& machine, CleanupApplication application,
-                                   QList<CleanupApplication> others, Progress progress,
+                                   QList<CleanupApplication> others, TeamOf teamOf, Progress progress,
                                    std::function<void(RelatedFilesScan)> done) {
     return machine.workers.run(
         [&files = machine.files, home = machine.places.home, mailbox = &machine.workers.mailbox(),
-         application = std::move(application), others = std::move(others),
+         application = std::move(application), others = std::move(others), teamOf = std::move(teamOf),
          progress = std::move(progress)](std::stop_token stop) {
             const auto tell = [&](const RelatedFilesProgress& state) {
                 mailbox->post([stop, progress, state] {
@@ -292,7 +310,8 @@ Task AppRelatedFilesScanner::start(Machine& machine, CleanupApplication applicat
                         progress(state);
                 });
             };
-            return AppRelatedFilesScanner(files, home).scan(application, others, stop, tell);
+            return AppRelatedFilesScanner(files, home, {}, teamOf)
+                .scan(application, others, stop, tell);
         },
         [done = std::move(done)](std::optional<RelatedFilesScan> scan) {
             if (scan)

@@ -44,8 +44,12 @@ public:
     using Progress = std::function<void(const RelatedFilesProgress&)>;
     /// Whether this process may move an item away from its folder.
     using MayMove = std::function<bool(const FileSystem&, const QString& path)>;
+    /// The team of an application that does not say it, when a scan has to know: empty for none,
+    /// nothing where it cannot be found out. Called by one thread at a time.
+    using TeamOf = std::function<std::optional<QString>(const CleanupApplication&, std::stop_token)>;
 
-    AppRelatedFilesScanner(const FileSystem& files, QString home, MayMove mayMove = {});
+    AppRelatedFilesScanner(const FileSystem& files, QString home, MayMove mayMove = {},
+                           TeamOf teamOf = {});
 
     /// Blocks, with threads of its own; for a worker. `others` are the installed applications, the
     /// one at hand may be among them. Nothing when it was asked to stop. `progress` is called on this
@@ -59,7 +63,7 @@ public:
 
     /// The scan on a worker: `progress` and `done` are called on the main thread.
     [[nodiscard]] static Task start(Machine& machine, CleanupApplication application,
-                                    QList<CleanupApplication> others, Progress progress,
+                                    QList<CleanupApplication> others, TeamOf teamOf, Progress progress,
                                     std::function<void(RelatedFilesScan)> done);
     /// Sizes on a worker, one after the other, each posted to the main thread when it is known.
     [[nodiscard]] static Task startMeasuring(Machine& machine, QStringList paths,
@@ -70,6 +74,7 @@ private:
     const FileSystem& _files;
     QString _home;
     MayMove _mayMove;
+    TeamOf _teamOf;
 };
 
 } // namespace tessellar

@@ -4,6 +4,7 @@
 #include "platform/rooted_path.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <atomic>
@@ -137,7 +138,8 @@ private:
                 if (over())
                     return;
                 ++listing.entries;
-                const WalkEntry visited{open.path, entry.view(), entry.type, folder.depth + 1};
+                const WalkEntry visited{open.path, entry.view(), entry.type, folder.depth + 1,
+                                        open.descriptor.get()};
                 if (_visit(visited) == WalkStep::descend && entry.type == FileType::directory)
                     enter(folder, entry, listing);
             }
@@ -295,6 +297,14 @@ private:
 };
 
 } // namespace
+
+std::expected<std::uint64_t, int> WalkEntry::size() const {
+    struct stat status {};
+    // The name is the system's own, with its zero.
+    if (::fstatat(folder, name.data(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::unexpected(errno);
+    return static_cast<std::uint64_t>(status.st_size);
+}
 
 WalkResult walkDirectory(const FileSystem& files, const QString& path, const WalkOptions& options,
                          std::stop_token stop, const std::function<WalkStep(const WalkEntry&)>& visit) {

@@ -17,8 +17,12 @@ struct WalkEntry {
     const QString& directory; ///< under the file system's root
     QByteArrayView name;      ///< bytes on the disk; FileSystem::fromHostBytes makes text of them
     FileType type = FileType::other;
-    int depth = 0; ///< 1 for the entries of the folder where the walk began
+    int depth = 0;   ///< 1 for the entries of the folder where the walk began
+    int folder = -1; ///< the directory's descriptor
 
+    /// Bytes of the entry itself, or an errno. However deep it lies, this costs one call, where a path
+    /// would be looked up from the root.
+    std::expected<std::uint64_t, int> size() const;
     QString path() const { return FileSystem::joined(directory, FileSystem::fromHostBytes(name)); }
 };
 

@@ -2,6 +2,7 @@
 
 #include "cleanup/app_related_files_scanner.h"
 #include "cleanup/desktop_trash.h"
+#include "tests/platform/disk_folder.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
@@ -142,6 +143,22 @@ TEST_F(AppCleanupRemoverTest, WhatHasChangedSinceTheReviewStays) {
     mac.remove(caches + u"gone"_s);
     EXPECT_EQ(failureOf(gone), u"It is no longer there."_s);
     EXPECT_TRUE(trash.moved.isEmpty());
+}
+
+TEST_F(AppCleanupRemoverTest, AFullDiskLeavesEverythingWhereItIs) {
+    const test::SmallDisk disk(mac.hostPath(u"/Users/ada"_s).toStdString(), "size=128k");
+    if (!disk)
+        GTEST_SKIP() << "This process may not mount.";
+    const RelatedFile one = made(u"one"_s);
+    QFile filler(mac.hostPath(u"/Users/ada/filler"_s));
+    ASSERT_TRUE(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (filler.write(QByteArray(4096, 'x')) == 4096) {
+    }
+    EXPECT_NE(failureOf(one), QString());
+    EXPECT_EQ(mac.read(one.path + u"/x"_s), "x");
+    filler.remove();
+    EXPECT_EQ(failureOf(one), QString());
+    EXPECT_FALSE(mac.exists(one.path));
 }
 
 TEST_F(AppCleanupRemoverTest, ProtectedShallowAndForeignPlacesStay) {

@@ -224,15 +224,38 @@ TEST_F(AppRelatedFilesScannerTest, RunsOnAWorkerAndIsDroppedWhenCancelled) {
     folder(u"Caches/com.acme.notes"_s);
     int arrived = 0;
     auto task = AppRelatedFilesScanner::start(
-        mac.machine, app(u"Zed"_s, u"com.acme.notes"_s), {}, {},
+        mac.machine, app(u"Zed"_s, u"com.acme.notes"_s), {}, {}, {},
         [&](const RelatedFilesScan& found) { arrived += static_cast<int>(found.files.size()); });
     mac.settle();
     EXPECT_EQ(arrived, 1);
-    task = AppRelatedFilesScanner::start(mac.machine, app(u"Zed"_s, u"com.acme.notes"_s), {}, {},
+    task = AppRelatedFilesScanner::start(mac.machine, app(u"Zed"_s, u"com.acme.notes"_s), {}, {}, {},
                                          [&](const RelatedFilesScan&) { ++arrived; });
     task.cancel();
     mac.settle();
     EXPECT_EQ(arrived, 1);
+}
+
+TEST_F(AppRelatedFilesScannerTest, AsksForTeamsOnceAndOnlyWhereAGroupIsAtStake) {
+    folder(u"Caches/com.acme.notes"_s);
+    QStringList asked;
+    QHash<QString, QString> teams{{u"Notes"_s, u"TEAM"_s}, {u"Other"_s, u"OTHER"_s}};
+    const AppRelatedFilesScanner asking(
+        mac.files, u"/Users/ada"_s, {},
+        [&](const CleanupApplication& application, std::stop_token) -> std::optional<QString> {
+            asked.append(application.names.first());
+            return teams.value(application.names.first());
+        });
+    const auto notes = app(u"Notes"_s, u"com.acme.notes"_s, std::nullopt);
+    others = {notes, app(u"Other"_s, u"org.other.thing"_s, std::nullopt)};
+    (void)asking.scan(notes, others, {});
+    EXPECT_TRUE(asked.isEmpty());
+    folder(u"Group Containers/TEAM.com.acme.notes"_s);
+    folder(u"Group Containers/group.com.acme.notes"_s);
+    const auto isContested = [&] { return asking.scan(notes, others, {})->files.last().isContested; };
+    EXPECT_FALSE(isContested());
+    EXPECT_EQ(asked, (QStringList{u"Notes"_s, u"Other"_s}));
+    teams[u"Other"_s] = u"TEAM"_s;
+    EXPECT_TRUE(isContested());
 }
 
 TEST(ProtectionClassTest, IsOfThePlaceThatLinksLeadTo) {
