@@ -28,6 +28,8 @@ QString words(int error) {
         return QStringLiteral("It is no longer there.");
     case EEXIST:
         return QStringLiteral("Something else stands in its place.");
+    case ECANCELED:
+        return QStringLiteral("The removal was stopped.");
     default:
         return QString::fromLocal8Bit(std::strerror(error));
     }
@@ -60,13 +62,16 @@ bool isAt(int folder, const QByteArray& name, const FileIdentity& identity) {
 /// only when it is the very folder that was left.
 class Emptying {
 public:
-    explicit Emptying(int folder) : _current(::openat(folder, ".", forFolder | O_CLOEXEC)) {}
+    Emptying(int folder, std::stop_token stop)
+        : _stop(std::move(stop)), _current(::openat(folder, ".", forFolder | O_CLOEXEC)) {}
 
     /// 0 or an errno.
     int run() {
         if (!_current)
             return errno;
         while (true) {
+            if (_stop.stop_requested())
+                return ECANCELED;
             const auto subfolder = emptyOfFiles();
             if (!subfolder)
                 return subfolder.error();
@@ -135,6 +140,7 @@ private:
         return 0;
     }
 
+    const std::stop_token _stop;
     Descriptor _current;
     DirectoryReader _reader;
     std::vector<Left> _left;
@@ -194,10 +200,10 @@ std::expected<void, ConfinedFiles::MoveError> ConfinedFiles::move(const HeldItem
     return std::unexpected(MoveError{false, changed});
 }
 
-std::expected<void, QString> ConfinedFiles::remove(const HeldItem& item) {
+std::expected<void, QString> ConfinedFiles::remove(const HeldItem& item, std::stop_token stop) {
     const bool isFolder = item.taken.identity.type == FileType::directory;
     if (isFolder)
-        if (const int error = Emptying(item.item.get()).run())
+        if (const int error = Emptying(item.item.get(), std::move(stop)).run())
             return failed(error);
     if (!isAt(item.folder.get(), item.name, item.taken.identity))
         return std::unexpected(changed);

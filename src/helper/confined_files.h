@@ -5,6 +5,7 @@
 #include "platform/descriptor.h"
 
 #include <expected>
+#include <stop_token>
 
 namespace tessellar {
 
@@ -47,8 +48,8 @@ public:
     static std::expected<void, MoveError> move(const HeldItem& item, int toFolder,
                                                const QByteArray& toName);
 
-    /// Removes an item with all in it; killed midway, the rest is still the same item.
-    static std::expected<void, QString> remove(const HeldItem& item);
+    /// Removes an item with all in it; stopped or killed midway, the rest is still the same item.
+    static std::expected<void, QString> remove(const HeldItem& item, std::stop_token stop = {});
 
 private:
     Descriptor _root;

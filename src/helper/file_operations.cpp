@@ -14,6 +14,7 @@ const QString notAllowed = QStringLiteral("The administrator helper does not tou
 const QString notApproved = QStringLiteral("It was not said which item was approved.");
 const QString notRecorded = QStringLiteral("The administrator helper could not record the move.");
 const QString noTrash = QStringLiteral("Your Trash could not be opened.");
+const QString stopped = QStringLiteral("The removal was stopped.");
 const QString notTaken = QStringLiteral("The administrator helper did not take this item.");
 
 constexpr int mostNames = 1'000;
@@ -50,20 +51,23 @@ std::expected<HeldItem, QString> FileOperations::hold(const PrivilegedFileOperat
 }
 
 QList<PrivilegedFileOperationOutcome>
-FileOperations::perform(const PrivilegedFileOperationRequest& request, const HelperClient& client) {
+FileOperations::perform(const PrivilegedFileOperationRequest& request, const HelperClient& client,
+                        std::stop_token stop) {
     const std::scoped_lock lock(_mutex);
     switch (request.operation) {
     case PrivilegedFileOperationKind::healthCheck:
         break;
     case PrivilegedFileOperationKind::moveToTrash:
-        return moveToTrash(request.items, client);
+        return moveToTrash(request.items, client, stop);
     case PrivilegedFileOperationKind::restoreFromTrash:
-        return restore(request.items, client);
+        return restore(request.items, client, stop);
     case PrivilegedFileOperationKind::remove: {
         QList<Outcome> outcomes;
         for (const PrivilegedFileOperationItem& item : request.items) {
-            const auto held = hold(item);
-            const auto removed = held ? ConfinedFiles::remove(*held)
+            const auto held = stop.stop_requested()
+                                  ? std::expected<HeldItem, QString>(std::unexpected(stopped))
+                                  : hold(item);
+            const auto removed = held ? ConfinedFiles::remove(*held, stop)
                                       : std::expected<void, QString>(std::unexpected(held.error()));
             outcomes.append(removed ? Outcome{.status = Status::removed} : failed(removed.error()));
         }
@@ -74,8 +78,8 @@ FileOperations::perform(const PrivilegedFileOperationRequest& request, const Hel
 }
 
 QList<PrivilegedFileOperationOutcome>
-FileOperations::moveToTrash(const QList<PrivilegedFileOperationItem>& items,
-                            const HelperClient& client) {
+FileOperations::moveToTrash(const QList<PrivilegedFileOperationItem>& items, const HelperClient& client,
+                            std::stop_token stop) {
     Descriptor trash;
     QString trashPath;
     for (const QString& folder : client.trashFolders) {
@@ -91,8 +95,8 @@ FileOperations::moveToTrash(const QList<PrivilegedFileOperationItem>& items,
     auto records = _journal.read();
     QList<Outcome> outcomes;
     for (const PrivilegedFileOperationItem& item : items) {
-        if (!trash || !records) {
-            outcomes.append(failed(!trash ? noTrash : notRecorded));
+        if (!trash || !records || stop.stop_requested()) {
+            outcomes.append(failed(!trash ? noTrash : !records ? notRecorded : stopped));
             continue;
         }
         const auto held = hold(item);
@@ -136,11 +140,14 @@ FileOperations::moveToTrash(const QList<PrivilegedFileOperationItem>& items,
 }
 
 QList<PrivilegedFileOperationOutcome>
-FileOperations::restore(const QList<PrivilegedFileOperationItem>& items, const HelperClient& client) {
+FileOperations::restore(const QList<PrivilegedFileOperationItem>& items, const HelperClient& client,
+                        std::stop_token stop) {
     auto records = _journal.read();
     QList<Outcome> outcomes;
     for (const PrivilegedFileOperationItem& item : items)
-        outcomes.append(records ? restoreOne(item, client, *records) : failed(notRecorded));
+        outcomes.append(!records                ? failed(notRecorded)
+                        : stop.stop_requested() ? failed(stopped)
+                                                : restoreOne(item, client, *records));
     if (records)
         (void)_journal.write(*records);
     return outcomes;

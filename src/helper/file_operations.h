@@ -4,6 +4,7 @@
 #include "helper/move_journal.h"
 
 #include <mutex>
+#include <stop_token>
 
 namespace tessellar {
 
@@ -15,21 +16,23 @@ struct HelperClient {
 };
 
 /// The four operations. Each item has its own outcome; whatever happens to one, the others are worked
-/// on. Any thread; one request at a time is carried out.
+/// on, until a stop is requested. Any thread; one request at a time is carried out.
 class FileOperations {
 public:
     FileOperations(const QByteArray& hostRoot, const QByteArray& journalFolder)
         : _files(hostRoot), _journal(journalFolder) {}
 
     QList<PrivilegedFileOperationOutcome> perform(const PrivilegedFileOperationRequest& request,
-                                                  const HelperClient& client);
+                                                  const HelperClient& client,
+                                                  std::stop_token stop = {});
 
 private:
     using Outcome = PrivilegedFileOperationOutcome;
 
     QList<Outcome> moveToTrash(const QList<PrivilegedFileOperationItem>& items,
-                               const HelperClient& client);
-    QList<Outcome> restore(const QList<PrivilegedFileOperationItem>& items, const HelperClient& client);
+                               const HelperClient& client, std::stop_token stop);
+    QList<Outcome> restore(const QList<PrivilegedFileOperationItem>& items, const HelperClient& client,
+                           std::stop_token stop);
     Outcome restoreOne(const PrivilegedFileOperationItem& item, const HelperClient& client,
                        QList<MoveRecord>& records);
     std::expected<HeldItem, QString> hold(const PrivilegedFileOperationItem& item) const;

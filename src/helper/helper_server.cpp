@@ -49,7 +49,18 @@ void HelperServer::attend(const Descriptor& socket) {
         return;
     const auto message = readFrame(socket.get(), helper_limits::frameBytes, _options.sendTime);
     // What did not arrive in time or form is answered too: as a request that cannot be read.
-    const QByteArray reply = _desk.answer(message.value_or(QByteArray()), *peer, nonce);
+    // Who asked may leave, or say that it is enough: what has not been done by then is not done.
+    std::stop_source enough;
+    const std::jthread watching([&](std::stop_token over) {
+        constexpr milliseconds look{50};
+        while (message && !over.stop_requested())
+            if (hasLeft(socket.get(), look)) {
+                enough.request_stop();
+                return;
+            }
+    });
+    const QByteArray reply =
+        _desk.answer(message.value_or(QByteArray()), *peer, nonce, enough.get_token());
     (void)writeFrame(socket.get(), reply, _options.sendTime);
 }
 

@@ -9,7 +9,8 @@
 namespace tessellar {
 
 /// Takes connections one by one or several at a time, each for one request: sends a fresh nonce, reads
-/// one frame within the time for it, writes one reply, closes.
+/// one frame within the time for it, writes one reply, closes. A peer that ends its writing ends the
+/// work that it asked for; the reply tells how far it came.
 class HelperServer {
 public:
     struct Options {

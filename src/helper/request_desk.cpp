@@ -19,7 +19,7 @@ bool isBounded(const PrivilegedFileOperationRequest& request) {
 } // namespace
 
 std::expected<void, AuthorizationError> PolkitCheck::check(const PeerCredentials& peer,
-                                                           const QByteArray&) {
+                                                           const QByteArray&, std::stop_token stop) {
     if (peer.user == 0)
         return {};
     const auto start = processStartTime(peer.process);
@@ -36,36 +36,37 @@ std::expected<void, AuthorizationError> PolkitCheck::check(const PeerCredentials
                        .timeout = std::chrono::minutes(5),
                        .maximumOutput = 64u << 10,
                        .input = {}},
-                      {});
+                      stop);
     if (!result.succeeded())
         return std::unexpected(AuthorizationError::denied);
     return {};
 }
 
 QByteArray RequestDesk::answer(const QByteArray& message, const PeerCredentials& peer,
-                               const QByteArray& nonce) {
-    return json::writeCompact(json::encode(respond(message, peer, nonce)));
+                               const QByteArray& nonce, std::stop_token stop) {
+    return json::writeCompact(json::encode(respond(message, peer, nonce, stop)));
 }
 
-PrivilegedFileOperationResponse
-RequestDesk::respond(const QByteArray& message, const PeerCredentials& peer, const QByteArray& nonce) {
+PrivilegedFileOperationResponse RequestDesk::respond(const QByteArray& message,
+                                                     const PeerCredentials& peer,
+                                                     const QByteArray& nonce, std::stop_token stop) {
     const auto request = json::decodeDocument<PrivilegedFileOperationRequest>(message);
     if (!request || !isBounded(*request))
         return {.id = request ? request->id : QUuid(), .error = AuthorizationError::malformed};
     PrivilegedFileOperationResponse response{.id = request->id};
     const auto client = _clientOf(peer.user);
-    if (const auto authorized = authorize(*request, peer, nonce); !authorized)
+    if (const auto authorized = authorize(*request, peer, nonce, stop); !authorized)
         response.error = authorized.error();
     else if (!client)
         response.error = AuthorizationError::denied;
     else
-        response.outcomes = _operations.perform(*request, *client);
+        response.outcomes = _operations.perform(*request, *client, stop);
     return response;
 }
 
 std::expected<void, AuthorizationError>
 RequestDesk::authorize(const PrivilegedFileOperationRequest& request, const PeerCredentials& peer,
-                       const QByteArray& nonce) {
+                       const QByteArray& nonce, std::stop_token stop) {
     if (request.authorization.isEmpty())
         return std::unexpected(AuthorizationError::missing);
     const auto approval = json::decodeDocument<AdministratorApproval>(request.authorization);
@@ -76,7 +77,7 @@ RequestDesk::authorize(const PrivilegedFileOperationRequest& request, const Peer
     // Whether it is there may be asked by anyone who could see its socket.
     if (request.operation == PrivilegedFileOperationKind::healthCheck && request.items.isEmpty())
         return {};
-    return _authorization.check(peer, approval->grant);
+    return _authorization.check(peer, approval->grant, stop);
 }
 
 } // namespace tessellar

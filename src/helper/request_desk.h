@@ -12,8 +12,8 @@ namespace tessellar {
 class AuthorizationCheck {
 public:
     virtual ~AuthorizationCheck() = default;
-    virtual std::expected<void, AuthorizationError> check(const PeerCredentials& peer,
-                                                          const QByteArray& grant) = 0;
+    virtual std::expected<void, AuthorizationError>
+    check(const PeerCredentials& peer, const QByteArray& grant, std::stop_token stop) = 0;
 };
 
 /// Asks the desktop's authority with its own tool, by its fixed place and with nothing that the peer
@@ -23,8 +23,8 @@ class PolkitCheck final : public AuthorizationCheck {
 public:
     PolkitCheck(const FileSystem& files, CommandRunner& commands)
         : _files(files), _commands(commands) {}
-    std::expected<void, AuthorizationError> check(const PeerCredentials& peer,
-                                                  const QByteArray& grant) override;
+    std::expected<void, AuthorizationError> check(const PeerCredentials& peer, const QByteArray& grant,
+                                                  std::stop_token stop) override;
 
 private:
     const FileSystem& _files;
@@ -40,14 +40,15 @@ public:
         : _operations(operations), _authorization(authorization), _clientOf(std::move(clientOf)) {}
 
     /// `nonce` was made for this connection alone and is good for this message alone.
-    QByteArray answer(const QByteArray& message, const PeerCredentials& peer, const QByteArray& nonce);
+    QByteArray answer(const QByteArray& message, const PeerCredentials& peer, const QByteArray& nonce,
+                      std::stop_token stop = {});
 
 private:
     PrivilegedFileOperationResponse respond(const QByteArray& message, const PeerCredentials& peer,
-                                            const QByteArray& nonce);
+                                            const QByteArray& nonce, std::stop_token stop);
     std::expected<void, AuthorizationError> authorize(const PrivilegedFileOperationRequest& request,
                                                       const PeerCredentials& peer,
-                                                      const QByteArray& nonce);
+                                                      const QByteArray& nonce, std::stop_token stop);
 
     FileOperations& _operations;
     AuthorizationCheck& _authorization;

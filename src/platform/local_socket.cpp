@@ -213,4 +213,10 @@ int writeFrame(int socket, const QByteArray& bytes, milliseconds patience) {
     return 0;
 }
 
+bool hasLeft(int socket, milliseconds patience) {
+    return await(socket, POLLIN, std::chrono::steady_clock::now() + patience) == 0;
+}
+
+void endWriting(int socket) { ::shutdown(socket, SHUT_WR); }
+
 } // namespace tessellar

@@ -40,6 +40,10 @@ std::optional<Descriptor> inheritedSocket(const QByteArray& listenPid, const QBy
 /// other end closed before it was whole.
 std::expected<QByteArray, int> readFrame(int socket, qsizetype maximum,
                                          std::chrono::milliseconds patience);
+/// Whether the other end closed, or ended its writing, within this time, or sent what nobody asked for.
+bool hasLeft(int socket, std::chrono::milliseconds patience);
+/// Tells the other end that nothing more will come; what it sends is still read.
+void endWriting(int socket);
 /// 0 or an errno; never a signal.
 int writeFrame(int socket, const QByteArray& bytes, std::chrono::milliseconds patience);
 

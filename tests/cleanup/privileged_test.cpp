@@ -121,6 +121,7 @@ public:
         return std::make_unique<Connection>(*this);
     }
     Behaviour behaviour;
+    Behaviour afterStop;
     QList<PrivilegedFileOperationRequest> requests;
 
 private:
@@ -131,11 +132,17 @@ private:
         void send(const QByteArray& message, HelperConnectionHandlers handlers) override {
             _transport.requests.append(
                 json::decodeDocument<PrivilegedFileOperationRequest>(message).value());
+            _handlers = handlers;
             _transport.behaviour(_transport.requests.last(), handlers);
+        }
+        void stop() override {
+            if (_transport.afterStop)
+                _transport.afterStop(_transport.requests.last(), _handlers);
         }
 
     private:
         FakeTransport& _transport;
+        HelperConnectionHandlers _handlers;
         QByteArray _challenge = json::writeCompact(json::encode(HelperChallenge{"nonce"}));
     };
 };
@@ -196,6 +203,20 @@ TEST_F(PrivilegedHelperCoordinatorTest, BindsAnApprovalToOneRequestAndHandsOutco
     const auto approval = json::decodeDocument<AdministratorApproval>(request.authorization);
     EXPECT_EQ(approval, (AdministratorApproval{"nonce", requestDigest(request), "grant"}));
     EXPECT_NE(approval->digest, requestDigest(transport.requests.last()));
+}
+
+TEST_F(PrivilegedHelperCoordinatorTest, AStopIsToldAndTheReplySaysHowFarItCame) {
+    std::stop_source stop;
+    transport.behaviour = [&](const auto&, const auto&) { stop.request_stop(); };
+    transport.afterStop = replying([](const auto& request) {
+        auto reply = goodReply(request);
+        reply.outcomes.last() = {.message = u"The removal was stopped."_s};
+        return bytesOf(reply);
+    });
+    const auto outcomes = coordinator.moveToTrash(
+        {{.path = u"/Library/x"_s}, {.path = u"/Library/y"_s}}, stop.get_token());
+    EXPECT_EQ(outcomes[0].destination, u"/Trash/Library/x"_s);
+    EXPECT_EQ(outcomes[1].message, u"The removal was stopped."_s);
 }
 
 TEST_F(PrivilegedHelperCoordinatorTest, SaysWhatWentWrong) {

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <condition_variable>
 #include <thread>
 
 namespace tessellar {
@@ -16,14 +17,17 @@ using Kind = PrivilegedFileOperationKind;
 
 class FakeCheck final : public AuthorizationCheck {
 public:
-    std::expected<void, AuthorizationError> check(const PeerCredentials& peer,
-                                                  const QByteArray&) override {
+    std::expected<void, AuthorizationError> check(const PeerCredentials& peer, const QByteArray&,
+                                                  std::stop_token stop) override {
         asked.append(peer);
+        if (prompting)
+            prompting(stop);
         if (isGranted)
             return {};
         return std::unexpected(AuthorizationError::denied);
     }
     bool isGranted = true;
+    std::function<void(std::stop_token)> prompting; ///< what happens before it is granted
     QList<PeerCredentials> asked;
 };
 
@@ -136,22 +140,44 @@ TEST_F(HelperServerTest, ServesOverItsSocketAndOutlivesBadPeers) {
     EXPECT_FALSE(wary.connect());
 }
 
+TEST_F(HelperServerTest, AWordOfThePeerEndsAPromptAndNothingIsMoved) {
+    auto listening = listenLocally(socketPath);
+    ASSERT_TRUE(listening);
+    std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });
+    std::stop_source stop;
+    check.prompting = [&](std::stop_token enough) {
+        stop.request_stop();
+        std::mutex mutex;
+        std::unique_lock lock(mutex);
+        std::condition_variable_any().wait(lock, enough, [] { return false; });
+    };
+    LocalSocketTransport transport(socketPath, ::getuid());
+    PeerAuthorization authorization;
+    PrivilegedHelperCoordinator coordinator(
+        {.transport = transport, .authorization = authorization, .uuids = mac.uuids, .log = mac.log});
+    const auto outcome =
+        coordinator.moveToTrash({{.path = daemon, .identity = identity(daemon)}}, stop.get_token())
+            .first();
+    EXPECT_EQ(outcome.message, u"The removal was stopped."_s);
+    EXPECT_EQ(mac.read(daemon), "daemon");
+}
+
 TEST(PolkitCheckTest, AsksTheAuthorityAboutTheVeryProcess) {
     test::TestMachine mac;
     PolkitCheck check(mac.files, mac.commands);
-    EXPECT_TRUE(check.check({0, 1}, {}));
+    EXPECT_TRUE(check.check({0, 1}, {}, {}));
     const PeerCredentials peer{1000, ::getpid()};
-    EXPECT_FALSE(check.check(peer, {})); // no authority: only root
+    EXPECT_FALSE(check.check(peer, {}, {})); // no authority: only root
     int status = 0;
     mac.tool(u"/usr/bin/pkcheck"_s,
              [&](const Command&, std::stop_token) { return test::exited(status); });
-    EXPECT_TRUE(check.check(peer, {}));
+    EXPECT_TRUE(check.check(peer, {}, {}));
     EXPECT_THAT(mac.commands.commands().last().arguments,
                 testing::Contains(QByteArray::number(::getpid()) + ',' +
                                   QByteArray::number(quint64(*processStartTime(::getpid()))) +
                                   ",1000"));
     status = 3;
-    EXPECT_FALSE(check.check(peer, {}));
+    EXPECT_FALSE(check.check(peer, {}, {}));
 }
 
 } // namespace

@@ -22,6 +22,8 @@ public:
     /// The helper's first message, a `HelperChallenge`.
     virtual const QByteArray& challenge() const = 0;
     virtual void send(const QByteArray& message, HelperConnectionHandlers handlers) = 0;
+    /// Tells the helper that it is enough, after `send`: its reply says how far it came. Any thread.
+    virtual void stop() = 0;
 };
 
 /// The way to the helper. Errors are one sentence for the log; people are told that it could not be

@@ -40,6 +40,8 @@ public:
         });
     }
 
+    void stop() override { endWriting(_socket.get()); }
+
 private:
     Descriptor _socket;
     QByteArray _challenge;

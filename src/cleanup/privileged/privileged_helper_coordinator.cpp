@@ -14,6 +14,9 @@ using Status = PrivilegedFileOutcomeStatus;
 const QString notEncoded = QStringLiteral("Could not encode the administrator request.");
 const QString notConnected = QStringLiteral("Could not connect to the administrator helper.");
 
+constexpr std::chrono::milliseconds look{100};
+constexpr int patienceAfterStop = 100; ///< looks
+
 QString sentence(AdministratorAuthorization::Refusal refusal) {
     switch (refusal) {
     case AdministratorAuthorization::Refusal::canceled:
@@ -86,13 +89,16 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
     auto arrived = promise->get_future();
     const auto gate = std::make_shared<XPCReplyGate>(
         [promise](XPCReplyGate::Result result) { promise->set_value(std::move(result)); });
-    // Once work has begun there, the truth about it is in the reply; a stop only ends the waiting.
-    const std::stop_callback stopped(
-        stop, [&gate] { gate->failed(QStringLiteral("The removal was stopped.")); });
     (*connection)
         ->send(encoded, {.reply = [gate](const QByteArray& message) { gate->reply(message); },
                          .interrupted = [gate] { gate->interrupted(); },
                          .invalidated = [gate] { gate->invalidated(); }});
+    // Once work has begun there, the truth about it is in the reply: at a stop the helper is told, and
+    // only one that says nothing is not waited for.
+    const std::stop_callback stopped(stop, [&] { (*connection)->stop(); });
+    for (int left = patienceAfterStop; left > 0 && arrived.wait_for(look) != std::future_status::ready;)
+        if (stop.stop_requested() && --left == 0)
+            gate->failed(QStringLiteral("The removal was stopped."));
     const auto result = arrived.get();
     if (!result)
         return std::unexpected(result.error());
