@@ -24,7 +24,8 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode, 
     , _updates(std::make_unique<LauncherUpdates>(*this))
     , _icons(std::make_unique<LauncherIcons>(*this, machine))
     , _launchpadImport(std::make_unique<LauncherImport>(*this, machine))
-    , _libraryWatch(std::make_unique<LibraryWatch>(*this, machine)) {
+    , _libraryWatch(std::make_unique<LibraryWatch>(*this, machine))
+    , _cleanup(std::make_unique<LauncherCleanup>(*this, machine)) {
     (void)_store.setActiveMode(mode);
 }
 
@@ -156,14 +157,18 @@ void LauncherViewModel::rescan(std::function<void()> done) {
         return;
     if (done)
         _rescanCallbacks.append(std::move(done));
+    if (_cleanup->isMoving()) // it ends with a scan
+        return;
     // What changes while a scan runs may have been seen by it or not: it is looked at once more.
     if (std::exchange(_isRescanning, true)) {
         _rescanAgain = true;
         return;
     }
-    scan([this](std::optional<AppScanner::LibraryScan> scan) {
+    scan([this, movements = _movements](std::optional<AppScanner::LibraryScan> scan) {
         _isRescanning = false;
-        if (scan)
+        if (_cleanup->isMoving())
+            return;
+        if (scan && movements == _movements)
             finishRescan(*std::move(scan));
         if (std::exchange(_rescanAgain, false))
             return rescan();
@@ -188,6 +193,16 @@ void LauncherViewModel::finishRescan(AppScanner::LibraryScan scan) {
     _icons->merged(_replacedBundles);
     _smartFolders.setApps(lastScannedApps());
     changed(LauncherChange::scanned);
+}
+
+void LauncherViewModel::forgetApplication(const QString& path) {
+    _lastScan.apps.removeIf([&](const AppEntry& app) { return FileSystem::isWithin(app.path, path); });
+    _smartFolders.setApps(lastScannedApps());
+}
+
+void LauncherViewModel::scanAfterMoving(std::function<void()> done) {
+    ++_movements;
+    rescan(std::move(done));
 }
 
 Pages LauncherViewModel::defaultPages() const {

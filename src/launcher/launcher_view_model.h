@@ -3,8 +3,10 @@
 #include "discovery/app_scanner.h"
 #include "editing/grid_geometry.h"
 #include "editing/navigation.h"
+#include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_error.h"
+#include "launcher/launcher_question.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/smart_folder_library.h"
 #include "model/layout_settings.h"
@@ -51,20 +53,6 @@ struct LauncherNotice {
     QString symbolName;
     int revision = 0;
 };
-
-/// Something that the user is to decide before it is done.
-struct LauncherQuestion {
-    QString title;
-    QString text;
-    QString accept;             ///< what the button that does it says
-    bool isDestructive = false; ///< that button is not the one for haste
-
-    bool operator==(const LauncherQuestion&) const = default;
-};
-/// How the user is asked: by the window, or by the words of a command. `answer` is called once,
-/// possibly at once.
-using LauncherAsker =
-    std::function<void(const LauncherQuestion& question, std::function<void(bool accepted)> answer)>;
 
 /// Owns all state that the user sees and edits: the arrangements of both display modes, where the user
 /// is in them, and what the machine holds. Everything is on the main thread; scans and other work on
@@ -172,6 +160,9 @@ public:
     const LauncherEditor& editor() const { return *_editor; }
     LauncherUpdates& updates() { return *_updates; }
     const LauncherUpdates& updates() const { return *_updates; }
+    /// Applications are removed, with what they left, and brought back there.
+    LauncherCleanup& cleanup() { return *_cleanup; }
+    const LauncherCleanup& cleanup() const { return *_cleanup; }
     /// Starts an application; one that is not known or not available is refused, with a notice. `done`
     /// is called when the system has taken it, or at once with a refusal.
     void launch(const QString& appKey, std::function<void(Outcome)> done = {});
@@ -205,6 +196,7 @@ private:
     friend class LauncherImport;
     friend class LibraryWatch;
     friend class LauncherUpdates;
+    friend class LauncherCleanup;
 
     /// The arrangement of one mode.
     struct LiveLayout {
@@ -251,6 +243,12 @@ private:
     void markUnavailable();
     /// The names that the user gave to applications in the mode shown, by app key.
     QHash<QString, QString> customNames() const;
+
+    // For the removal of applications.
+    /// An application that has gone is no longer known, before a scan says so.
+    void forgetApplication(const QString& path);
+    /// What was seen while bundles came and went does not count: the machine is scanned again.
+    void scanAfterMoving(std::function<void()> done = {});
     void changed(LauncherChange change);
     void alert(LauncherError error);
 
@@ -278,6 +276,7 @@ private:
     Task _scanTask;
     bool _isRescanning = false;
     bool _rescanAgain = false;
+    quint64 _movements = 0; ///< of bundles, by this launcher
     QList<std::function<void()>> _rescanCallbacks;
     Opener _opener;
     MemoryPasteboard _ownPasteboard;
@@ -288,6 +287,7 @@ private:
     std::unique_ptr<LauncherIcons> _icons;
     std::unique_ptr<LauncherImport> _launchpadImport;
     std::unique_ptr<LibraryWatch> _libraryWatch;
+    std::unique_ptr<LauncherCleanup> _cleanup;
 };
 
 } // namespace tessellar

@@ -18,4 +18,6 @@ bool hasReliableGraphics() { return false; }
 
 QStringList preferredFontFamilies() { return {QStringLiteral("Inter"), QStringLiteral("Noto Sans")}; }
 
+QString helperSetupFolder() { return {}; }
+
 } // namespace tessellar

@@ -16,4 +16,8 @@ bool hasReliableGraphics();
 /// Font families to look for before the system's own; empty where that is the right one.
 QStringList preferredFontFamilies();
 
+/// Where this program carries the component that registers the removal helper with the system, as a
+/// path under "/"; empty where the helper is installed by hand.
+QString helperSetupFolder();
+
 } // namespace tessellar

@@ -1,5 +1,8 @@
 #include "platform/host_traits.h"
 
+#include <QCoreApplication>
+#include <QDir>
+
 #include <sys/resource.h>
 
 namespace tessellar {
@@ -13,5 +16,9 @@ qint64 peakResidentMemory() {
 bool hasReliableGraphics() { return true; }
 
 QStringList preferredFontFamilies() { return {}; }
+
+QString helperSetupFolder() {
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../Resources"));
+}
 
 } // namespace tessellar

@@ -1,0 +1,64 @@
+#include "launcher/cleanup_tools.h"
+
+#include "platform/host_traits.h"
+#include "smartfolders/bundle_findings.h"
+
+namespace tessellar {
+
+CleanupTools::CleanupTools(Machine& machine_, HelperSetupBroker::Present present)
+    : machine(machine_)
+    , interpreter(machine_)
+    , running(machine_, interpreter)
+    , _finder(machine_.files, interpreter)
+    , _desktop(machine_)
+    , _onlooker(running)
+    // Inside the root: the helper of this very computer knows nothing of a Mac that lies in a folder,
+    // and must not take its paths for its own.
+    , _transport(machine_.files.hostPath(QString::fromLatin1(LocalSocketTransport::defaultPath())))
+    , _coordinator([&] {
+        const QString setup = helperSetupFolder();
+        if (machine_.files.hostRoot() == u"/" && !setup.isEmpty())
+            _broker.emplace(machine_, setup, std::move(present));
+        return PrivilegedHelperCoordinator::Parts{.transport = _transport,
+                                                  .authorization = _authorization,
+                                                  .uuids = machine_.uuids,
+                                                  .log = machine_.log,
+                                                  .broker = _broker ? &*_broker : nullptr};
+    }()) {}
+
+Trash& CleanupTools::trash() {
+    if (_finder.isAvailable())
+        return _finder;
+    return _desktop;
+}
+
+std::expected<void, QString> CleanupTools::helperHealth(std::stop_token stop) {
+    return _coordinator.healthCheck(stop);
+}
+
+AppRelatedFilesScanner::TeamOf CleanupTools::teams() const {
+    const auto tools = std::make_shared<BundleTools>(machine);
+    return
+        [tools](const CleanupApplication& application, std::stop_token stop) -> std::optional<QString> {
+            // The system's own share no group with anyone's.
+            if (FileSystem::isWithin(application.path, QStringLiteral("/System")))
+                return QString();
+            const auto answer = tools->signature(application.path, stop);
+            if (!answer)
+                return std::nullopt;
+            return *answer ? (*answer)->teamID.value_or(QString()) : QString();
+        };
+}
+
+AppCleanupRemover CleanupTools::remover(bool mayAsk) {
+    return AppCleanupRemover(
+        {.files = machine.files,
+         .home = machine.places.home,
+         .trash = trash(),
+         .running = mayAsk ? static_cast<RunningApplications&>(running) : _onlooker,
+         .administrator = _coordinator,
+         .wait = mayAsk ? Wait(waitForReal)
+                        : Wait([](std::chrono::milliseconds, std::stop_token) { return false; })});
+}
+
+} // namespace tessellar

@@ -1,0 +1,145 @@
+#pragma once
+
+#include "cleanup/app_cleanup_remover.h"
+#include "cleanup/cleanup_review_state.h"
+#include "cleanup/privileged/helper_setup_broker.h"
+#include "editing/layout_undo.h"
+#include "launcher/cleanup_record.h"
+#include "launcher/launcher_error.h"
+#include "launcher/launcher_question.h"
+#include "platform/machine.h"
+
+#include <functional>
+#include <memory>
+
+namespace tessellar {
+
+class LauncherViewModel;
+struct CleanupTools;
+
+/// The removal of an application with what it left on the machine, one application at a time:
+///
+/// 1. Review: a worker looks through the Libraries and tells how far it is; then the sizes of what it
+///    found are measured, one after the other. Closing ends both at once.
+/// 2. Choosing: what is surely the application's own is chosen beforehand, the rest is offered.
+/// 3. Removal: an application that is open is named, and goes on only after a yes; it is asked to quit.
+///    A worker moves the chosen items to the Trash, and writes down where they lie before it reports.
+/// 4. Result: a line for each item. When the bundle has gone, its tiles leave both modes as one step of
+///    history, whose undo brings all back that this removal took; then the machine is scanned again.
+///
+/// While 3 runs, no scan is merged: the tiles are to leave by the step of history.
+///
+/// Owned by the view model; main thread only. Every change is told as `LauncherChange::cleanup`.
+class LauncherCleanup {
+public:
+    using Outcome = std::expected<void, LauncherError>;
+    using Done = std::function<void(Outcome)>;
+
+    enum class Phase {
+        idle,
+        scanning, ///< `review().progress` says how far
+        review,
+        removing, ///< `progress()` says how far
+        done,     ///< `log()` says what became of each item
+    };
+
+    LauncherCleanup(LauncherViewModel& launcher, Machine& machine);
+    ~LauncherCleanup();
+
+    // What is shown.
+    Phase phase() const { return _phase; }
+    /// The application that is reviewed, as it was scanned; good unless idle.
+    const AppEntry& app() const { return _app; }
+    const CleanupReviewState& review() const { return _review; }
+    /// True while sizes are still missing.
+    bool isMeasuring() const { return _isMeasuring; }
+    const CleanupRemovalProgress& progress() const { return _progress; }
+    const QList<CleanupLogLine>& log() const { return _log; }
+    /// Why the last request came to nothing, such as an application that stays open; nothing after one
+    /// that was carried out.
+    const std::optional<LauncherError>& error() const { return _error; }
+    /// What the user has to do elsewhere meanwhile.
+    const std::optional<HelperNotice>& helperNotice() const { return _helperNotice; }
+    /// True while items are moved, into the Trash or out of it.
+    bool isMoving() const { return _isMoving; }
+    /// Done, and the user may have it all back with one step: the removal moved something.
+    bool canRestore() const;
+
+    // Review and choosing.
+    /// Begins to look for an application's files, in place of any other review. Refused while items
+    /// are moved, for an application that nobody knows, one that the system protects, and this one.
+    /// `done` is called when there is something to choose from, or with the refusal.
+    void open(const QString& appKey, Done done = {});
+    void setSelected(const QString& path, bool selected);
+    void selectAllMatches();
+    void selectPreselected();
+    /// Back to idle; while items are moved it does nothing, see `stop`.
+    void close();
+
+    // Removal.
+    /// Moves what is chosen to the Trash. `done` is called at the end, with a refusal when nothing was
+    /// moved because of one; what became of each item is in the log. Who is asked and says no goes on
+    /// choosing.
+    void remove(const LauncherAsker& asker, Done done = {});
+    /// What has not been moved by then stays.
+    void stop();
+
+    // Bringing back.
+    /// The last removal that was not brought back yet, also by another process. Where it is the last
+    /// step of history too, that step is undone. `done` gets a line for each item.
+    using Restored = std::expected<QList<CleanupLogLine>, LauncherError>;
+    void restore(std::function<void(Restored)> done = {});
+
+    /// Whether the application that is reviewed is open now: a removal would ask about it.
+    void findRunning(std::function<void(bool isRunning)> done);
+    /// Whether the removal helper answers, or the sentence why not.
+    void checkHelper(std::function<void(std::expected<void, QString>)> done);
+
+private:
+    static CleanupApplication cleanupApplication(const AppEntry& app);
+    static LauncherError stillOpen(const QString& name);
+    QList<CleanupApplication> installedApplications() const;
+    QList<RemovedTile> tilesOf(const QString& key) const;
+    void measure();
+    void reset();
+    void startRemoval(const Done& done);
+    AppCleanupRemover::Progress progressTeller();
+    void finishRemoval(const CleanupRemovalResult& result, const CleanupRecord& record,
+                       AppInstallKind kind, const Done& done);
+    void keepInHistory(const CleanupRecord& record, AppInstallKind kind);
+    void putTilesBack(const CleanupRecord& record);
+    void restoreApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done);
+    void trashApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done);
+    void tellOfFailures(const QString& title);
+    void beginMoving();
+    void endMoving(std::function<void()> scanned = {});
+    void refuse(LauncherError error, const Done& done);
+    void changed();
+
+    LauncherViewModel& _launcher;
+    Machine& _machine;
+    std::shared_ptr<CleanupTools> _tools; ///< shared with workers that still use them at the end
+    Phase _phase = Phase::idle;
+    AppEntry _app;
+    CleanupReviewState _review;
+    CleanupRemovalProgress _progress;
+    QList<CleanupLogLine> _log;
+    std::optional<LauncherError> _error;
+    std::optional<HelperNotice> _helperNotice;
+    bool _isMeasuring = false;
+    bool _isMoving = false;
+    bool _isAsking = false;
+    QUuid _lastRemoval;
+    quint64 _round = 0;                ///< answers to an earlier review's question are too late
+    QList<CleanupRecord> _taken;       ///< by removals of this process, for undo
+    QList<CleanupRecord> _broughtBack; ///< by undo, for redo
+    std::stop_source _stopMoving;
+    Task _scan;
+    Task _measuring;
+    Task _moving;
+    Task _looking;
+    Task _checking;
+    std::shared_ptr<char> _alive = std::make_shared<char>();
+};
+
+} // namespace tessellar

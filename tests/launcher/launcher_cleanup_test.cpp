@@ -1,0 +1,325 @@
+#include "launcher/launcher_cleanup.h"
+
+#include "launcher/launcher_view_model.h"
+#include "sample/mac_builder.h"
+#include "support/items.h"
+#include "support/printers.h"
+#include "support/test_machine.h"
+
+#include <gmock/gmock.h>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using test::sketch;
+using Phase = LauncherCleanup::Phase;
+
+const QString library = u"/Users/ada/Library/"_s;
+const QString folder = library + u"Application Support/com.tessellar.app"_s;
+const QString trash = u"/Users/ada/.local/share/Trash/files"_s;
+
+class LauncherCleanupTest : public testing::Test {
+protected:
+    test::TestMachine mac;
+    sample::MacBuilder builder{mac.root.path()};
+    std::unique_ptr<LauncherViewModel> launcher;
+    const QString ash = u"org.example.ash"_s;
+    const QString bundle = u"/Applications/Ash.app"_s;
+    const QString preferences = library + u"Preferences/org.example.ash.plist"_s;
+    const QString caches = library + u"Caches/org.example.ash"_s;
+    const QString offered = library + u"Application Support/Ash"_s;
+
+    LauncherCleanupTest() {
+        for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Cedar"_s})
+            builder.addApplication({.name = name, .identifier = u"org.example."_s + name.toLower()});
+        mac.write(preferences, "preferences");
+        mac.write(caches + u"/data"_s, "1234");
+        mac.write(offered + u"/notes"_s, "notes");
+        start();
+    }
+
+    LauncherViewModel& start() {
+        launcher.reset();
+        launcher = std::make_unique<LauncherViewModel>(mac.machine);
+        launcher->startAndWait();
+        mac.settle();
+        return *launcher;
+    }
+    LauncherCleanup& cleanup() { return launcher->cleanup(); }
+    LauncherCleanup& review(const QString& key = u"org.example.ash"_s) {
+        cleanup().open(key);
+        mac.settle();
+        return cleanup();
+    }
+    /// What a removal came to: "done", or the code of the refusal.
+    QString remove(bool accept = true) {
+        QString result = u"nothing"_s;
+        cleanup().remove(
+            [&, accept](const LauncherQuestion& question, const std::function<void(bool)>& answer) {
+                questions.append(question.title);
+                answer(accept);
+            },
+            [&](const LauncherCleanup::Outcome& outcome) {
+                result = outcome ? u"done"_s : outcome.error().code;
+            });
+        mac.settle();
+        return result;
+    }
+    QString step(void (LauncherEditor::*way)(std::function<void(LauncherEditor::Outcome)>)) {
+        QString result = u"nothing"_s;
+        (launcher->editor().*way)([&](const LauncherEditor::Outcome& outcome) {
+            result = outcome ? u"done"_s : outcome.error().code;
+        });
+        mac.settle();
+        return result;
+    }
+    QString undo() { return step(&LauncherEditor::undo); }
+    QString redo() { return step(&LauncherEditor::redo); }
+    QString restore() {
+        QString result = u"nothing"_s;
+        cleanup().restore([&](const LauncherCleanup::Restored& restored) {
+            result = restored ? u"done"_s : restored.error().code;
+        });
+        mac.settle();
+        return result;
+    }
+    QString sketchOf(LauncherWindowMode mode) {
+        launcher->setMode(mode);
+        const QString drawn = sketch(launcher->pages());
+        launcher->setMode(LauncherWindowMode::fullScreen);
+        return drawn;
+    }
+    QUuid tile(const QString& key) { return *findTile(launcher->pages(), key); }
+
+    QStringList questions;
+};
+
+TEST_F(LauncherCleanupTest, ReviewsAndMeasuresAndEndsWhenItIsClosed) {
+    QList<Phase> phases;
+    const auto subscription = launcher->subscribe([&](LauncherChange change) {
+        if (change == LauncherChange::cleanup && !phases.endsWith(cleanup().phase()))
+            phases.append(cleanup().phase());
+    });
+    review();
+    EXPECT_EQ(phases, (QList{Phase::scanning, Phase::review}));
+    EXPECT_EQ(cleanup().app().name, u"Ash");
+    EXPECT_FALSE(cleanup().isMeasuring());
+    EXPECT_EQ(cleanup().review().progress.locationsDone, cleanup().review().progress.locationCount);
+    QStringList paths;
+    for (const RelatedFile& file : cleanup().review().items) {
+        paths.append(file.path);
+        EXPECT_TRUE(file.size) << file.path.toStdString();
+    }
+    EXPECT_EQ(paths, (QStringList{bundle, offered, caches, preferences}));
+    EXPECT_FALSE(cleanup().review().isSelected(offered));
+    cleanup().selectAllMatches();
+    EXPECT_TRUE(cleanup().review().isSelected(offered));
+    cleanup().selectPreselected();
+    EXPECT_EQ(cleanup().review().selectedItems().size(), 3);
+
+    cleanup().open(u"org.example.beech"_s);
+    cleanup().close();
+    mac.settle();
+    EXPECT_EQ(cleanup().phase(), Phase::idle);
+}
+
+TEST_F(LauncherCleanupTest, RefusesWhatIsNotItsToRemove) {
+    builder.addApplication({.name = u"Preview"_s,
+                            .folder = u"/System/Applications"_s,
+                            .identifier = u"com.apple.Preview"_s});
+    builder.addApplication({.name = u"Tessellar"_s, .identifier = applicationIdentifier});
+    start();
+    for (const auto& [key, code] : {std::pair{u"nobody"_s, u"unknownApplication"_s},
+                                    {u"com.apple.Preview"_s, u"protectedApplication"_s},
+                                    {applicationIdentifier, u"protectedApplication"_s}}) {
+        review(key);
+        EXPECT_EQ(cleanup().phase(), Phase::idle);
+        ASSERT_TRUE(cleanup().error());
+        EXPECT_EQ(cleanup().error()->code, code);
+    }
+    EXPECT_EQ(remove(), u"nothingSelected");
+}
+
+TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
+    ASSERT_TRUE(launcher->editor().groupTiles({tile(ash), tile(u"org.example.beech"_s)},
+                                              tile(u"org.example.beech"_s)));
+    ASSERT_TRUE(launcher->editor().createAlias(tile(ash), {.page = 0, .index = 0}));
+    const Pages before = launcher->pages();
+    const QString windowed = sketchOf(LauncherWindowMode::windowed);
+    review();
+    // What a scan sees that is under way meanwhile is of no account.
+    launcher->rescan();
+    EXPECT_EQ(remove(), u"done");
+    EXPECT_EQ(cleanup().phase(), Phase::done);
+    EXPECT_EQ(cleanup().log().size(), 3);
+    EXPECT_EQ(mac.names(trash).size(), 3);
+    EXPECT_TRUE(mac.exists(offered));
+    EXPECT_EQ(sketch(launcher->pages()), u"Beech Cedar");
+    EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), u"Beech Cedar");
+    EXPECT_FALSE(launcher->application(ash));
+    EXPECT_EQ(launcher->editor().history().undoStack().size(), 3);
+    EXPECT_EQ(launcher->editor().history().undoStack().last().name, u"Move App to Trash");
+
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(undo(), u"done");
+        EXPECT_EQ(launcher->pages(), before);
+        EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), windowed);
+        EXPECT_TRUE(launcher->unavailableAppKeys().isEmpty());
+        EXPECT_TRUE(launcher->application(ash));
+        EXPECT_EQ(mac.read(caches + u"/data"_s), "1234");
+        EXPECT_EQ(mac.read(preferences), "preferences");
+        EXPECT_TRUE(mac.names(trash).isEmpty());
+        EXPECT_EQ(redo(), u"done");
+        EXPECT_FALSE(mac.exists(bundle));
+        EXPECT_FALSE(mac.exists(preferences));
+        EXPECT_EQ(sketch(launcher->pages()), u"Beech Cedar");
+    }
+}
+
+TEST_F(LauncherCleanupTest, ABundleThatStaysKeepsItsTile) {
+    review();
+    ASSERT_TRUE(QDir().rename(mac.hostPath(bundle), mac.hostPath(u"/Applications/Moved.app"_s)));
+    mac.link(bundle, u"/Applications/Beech.app"_s);
+    EXPECT_EQ(remove(), u"done");
+    EXPECT_EQ(cleanup().log().last().text,
+              u"Ash.app: It has changed since it was reviewed, and was left alone.");
+    EXPECT_FALSE(mac.exists(preferences));
+    EXPECT_TRUE(mac.exists(u"/Applications/Beech.app/Contents/Info.plist"_s));
+    EXPECT_EQ(undo(), u"done"); // for what went
+    EXPECT_TRUE(mac.exists(preferences));
+    EXPECT_TRUE(findTile(launcher->pages(), ash));
+}
+
+TEST_F(LauncherCleanupTest, AnUndoWithoutTheBundleLeavesTheRestInTheTrash) {
+    review();
+    ASSERT_EQ(remove(), u"done");
+    mac.write(bundle, "in the way");
+    EXPECT_EQ(undo(), u"trashFailed");
+    EXPECT_EQ(mac.read(bundle), "in the way");
+    EXPECT_FALSE(mac.exists(preferences));
+    EXPECT_EQ(sketch(launcher->pages()), u"Beech Cedar");
+    mac.remove(bundle);
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_TRUE(mac.exists(preferences));
+}
+
+TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
+    ASSERT_TRUE(launcher->editor().groupTiles({tile(ash), tile(u"org.example.cedar"_s)},
+                                              tile(u"org.example.beech"_s)));
+    ASSERT_TRUE(launcher->editor().hideApps({tile(ash)}));
+    const Pages before = launcher->pages();
+    const QString windowed = sketchOf(LauncherWindowMode::windowed);
+    review();
+    cleanup().selectAllMatches();
+    ASSERT_EQ(remove(), u"done");
+    start();
+    EXPECT_FALSE(mac.exists(offered));
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_EQ(mac.read(offered + u"/notes"_s), "notes");
+    EXPECT_EQ(launcher->pages(), before);
+    EXPECT_TRUE(launcher->hiddenKeys().contains(ash));
+    EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), windowed);
+    EXPECT_EQ(restore(), u"nothingToRestore");
+
+    // In one process it is a step of history.
+    review();
+    ASSERT_EQ(remove(), u"done");
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_EQ(launcher->editor().history().redoStack().size(), 1);
+    EXPECT_EQ(launcher->pages(), before);
+}
+
+TEST_F(LauncherCleanupTest, WhatDidNotComeBackMayBeAskedForAgain) {
+    review();
+    ASSERT_EQ(remove(), u"done");
+    mac.write(preferences, "in the way");
+    start();
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_TRUE(mac.exists(bundle));
+    EXPECT_EQ(mac.read(preferences), "in the way");
+    mac.remove(preferences);
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_EQ(mac.read(preferences), "preferences");
+    EXPECT_EQ(restore(), u"nothingToRestore");
+}
+
+TEST_F(LauncherCleanupTest, ADamagedRecordIsSetAside) {
+    mac.write(folder + u"/removals.json"_s, "{damaged");
+    EXPECT_EQ(restore(), u"nothingToRestore");
+    const QStringList aside = mac.names(folder).filter(u"removals.damaged-"_s);
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(mac.read(folder + u'/' + aside.first()), "{damaged");
+    review();
+    ASSERT_EQ(remove(), u"done");
+    EXPECT_EQ(start().pages().size(), 1);
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_TRUE(mac.exists(bundle));
+}
+
+TEST_F(LauncherCleanupTest, AnOpenApplicationIsNamedAndGoesOnlyAfterAYes) {
+    bool isOpen = true;
+    mac.tool(u"/bin/ps"_s, [&](const Command&, std::stop_token) {
+        return test::exited(0, isOpen ? mac.hostPath(bundle + u"/Contents/MacOS/Ash"_s).toUtf8() + '\n'
+                                      : QByteArray());
+    });
+    QByteArrayList scripts;
+    mac.tool(u"/usr/bin/osascript"_s, [&](const Command& command, std::stop_token) {
+        scripts.append(command.input.value_or(QByteArray()));
+        if (scripts.last().contains(" to quit"))
+            isOpen = false;
+        return test::exited(1, {}, "execution error: no (-1743)\n");
+    });
+    review();
+    EXPECT_EQ(remove(false), u"stillOpen");
+    EXPECT_EQ(questions, QStringList{u"“Ash” is open"_s});
+    EXPECT_TRUE(scripts.isEmpty());
+    EXPECT_EQ(cleanup().phase(), Phase::review);
+    // Quits after the yes; here it is the Finder who then refuses.
+    EXPECT_EQ(remove(), u"notRemoved");
+    EXPECT_EQ(scripts.value(0), "tell application id \"org.example.ash\" to quit\n");
+    EXPECT_TRUE(cleanup().error()->message.startsWith(u"Finder automation is not allowed."));
+    EXPECT_EQ(cleanup().phase(), Phase::review);
+    EXPECT_TRUE(findTile(launcher->pages(), ash));
+
+    // An answer that comes after the review was closed is too late.
+    isOpen = true;
+    scripts.clear();
+    cleanup().remove(launcher->asker());
+    mac.settle();
+    ASSERT_TRUE(launcher->question());
+    cleanup().close();
+    launcher->answer(true);
+    mac.settle();
+    EXPECT_TRUE(scripts.isEmpty());
+}
+
+TEST_F(LauncherCleanupTest, RedoLeavesAnOpenApplicationAlone) {
+    review();
+    ASSERT_EQ(remove(), u"done");
+    ASSERT_EQ(undo(), u"done");
+    mac.tool(u"/bin/ps"_s,
+             test::exited(0, mac.hostPath(bundle + u"/Contents/MacOS/Ash"_s).toUtf8() + '\n'));
+    EXPECT_EQ(redo(), u"trashFailed");
+    EXPECT_TRUE(mac.exists(bundle));
+    EXPECT_TRUE(mac.exists(preferences));
+    EXPECT_TRUE(findTile(launcher->pages(), ash));
+}
+
+TEST_F(LauncherCleanupTest, ALauncherThatGoesMeanwhileHasWrittenDownWhatItTook) {
+    review();
+    cleanup().remove(launcher->asker());
+    mac.workers.waitIdle(); // the look for open applications
+    mac.mailbox.drain();
+    launcher.reset();
+    mac.settle();
+    start();
+    // As much as was taken comes back; perhaps it was stopped before anything went.
+    const QString result = restore();
+    EXPECT_TRUE(result == u"done" || result == u"nothingToRestore") << result.toStdString();
+    for (const QString& path : {bundle, preferences, caches})
+        EXPECT_TRUE(mac.exists(path)) << path.toStdString();
+}
+
+} // namespace
+} // namespace tessellar
