@@ -166,7 +166,18 @@ fi
 case $text in
 *'set sourcePaths to {'*'tell application "Finder"'*) ;;
 *' to quit'*)
-    printf '%s\n' "$text" | sed -n 's/.*tell application \(id \)\{0,1\}"\(.*\)" to quit.*/\2/p' >>"$data/quit.log"
+    asked=$(printf '%s\n' "$text" | sed -n 's/.*tell application \(id \)\{0,1\}"\(.*\)" to quit.*/\2/p')
+    printf '%s\n' "$asked" >>"$data/quit.log"
+    [ -f "$data/running" ] || exit 0
+    own "$asked"
+    while IFS='	' read -r identifier executable stays; do
+        case $executable in
+        "$mac"/*) identifier=$asked ;;
+        esac
+        [ "$identifier" = "$asked" ] && [ -z "$stays" ] && continue
+        printf '%s\t%s%s\n' "$identifier" "$executable" "${stays:+	$stays}"
+    done <"$data/running" >"$data/running.new"
+    mv -- "$data/running.new" "$data/running"
     exit 0
     ;;
 *)
@@ -262,6 +273,14 @@ printf '%s' "$text" | awk '
 }
 )sh";
 
+constexpr auto ps = R"sh(
+echo /sbin/launchd
+[ -f "$data/running" ] || exit 0
+while IFS='	' read -r identifier executable stays; do
+    printf '%s%s\n' "$root" "$executable"
+done <"$data/running"
+)sh";
+
 constexpr auto bringUpdate = R"sh(
 bring() { # the new Info.plist of an update to its place
     IFS= read -r destination <"$1/destination"
@@ -352,6 +371,7 @@ void addTools(MacBuilder& mac) {
                                      {u"open"_s, open},
                                      {u"osascript"_s, osascript}})
         mac.addExecutable(u"/usr/bin/"_s + name, script("../..", body));
+    mac.addExecutable(u"/bin/ps"_s, script("..", ps));
     const QString folder = u"/var/folders/zz/sample5x7hq0000gn/"_s;
     for (const auto& [name, part] :
          {std::pair{u"USER"_s, u"0/"_s}, {u"USER_TEMP"_s, u"T/"_s}, {u"USER_CACHE"_s, u"C/"_s}}) {

@@ -26,6 +26,7 @@ CommandSet::CommandSet()
     addSettingsCommands(*this);
     addSmartFolderCommands(*this);
     addUpdateCommands(*this);
+    addCleanupCommands(*this);
     _parser.footer(beforeTheCommand); // last: commands would take it over
 }
 

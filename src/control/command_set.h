@@ -54,6 +54,7 @@ void addLibraryCommands(CommandSet& set);
 void addSettingsCommands(CommandSet& set);
 void addSmartFolderCommands(CommandSet& set);
 void addUpdateCommands(CommandSet& set);
+void addCleanupCommands(CommandSet& set);
 
 /// A value as people read it: texts bare, all else as JSON.
 QString valueText(const QJsonValue& value);

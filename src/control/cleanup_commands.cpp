@@ -1,0 +1,281 @@
+// The removal of applications: review, removal, bringing back, the helper.
+
+#include "control/command_set.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace tessellar {
+namespace {
+
+using Call = std::shared_ptr<CommandCall>;
+using Word = std::shared_ptr<std::string>;
+using Flag = std::shared_ptr<bool>;
+
+constexpr const char* appHelp = "An application, by its app key";
+constexpr qint64 maximumItemsFile = 16 << 20;
+
+Flag flag(CLI::App* command, const std::string& name, const std::string& description) {
+    auto value = std::make_shared<bool>(false);
+    command->add_flag(name, *value, description);
+    return value;
+}
+
+QString sizeText(std::uint64_t bytes) {
+    return QLocale::c().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+}
+
+QJsonObject itemJson(const RelatedFile& file) {
+    return {{QStringLiteral("path"), file.path},
+            {QStringLiteral("location"), file.location},
+            {QStringLiteral("domain"), json::encode(file.domain)},
+            {QStringLiteral("match"), json::encode(file.match)},
+            {QStringLiteral("size"),
+             file.size ? QJsonValue(static_cast<qint64>(*file.size)) : QJsonValue()},
+            {QStringLiteral("preselected"), CleanupReviewState::isPreselected(file)},
+            {QStringLiteral("needsAdministrator"), file.needsAdministrator},
+            {QStringLiteral("reason"), file.reason}};
+}
+
+QString itemText(const RelatedFile& file, bool isSelected) {
+    QString text = QStringLiteral("%1 %2  %3  (%4)  %5\n")
+                       .arg(isSelected ? QStringLiteral("[x]") : QStringLiteral("[ ]"))
+                       .arg(file.size ? sizeText(*file.size) : QStringLiteral("?"), 9)
+                       .arg(file.path, file.location, file.reason);
+    if (file.needsAdministrator)
+        text += QStringLiteral("               %1\n").arg(administratorMark);
+    return text;
+}
+
+QJsonArray logJson(const QList<CleanupLogLine>& log) {
+    QJsonArray lines;
+    for (const CleanupLogLine& line : log)
+        lines.append(QJsonObject{{QStringLiteral("path"), line.path},
+                                 {QStringLiteral("done"), line.kind == CleanupLogLine::Kind::moved},
+                                 {QStringLiteral("text"), line.text}});
+    return lines;
+}
+
+QString logText(const QList<CleanupLogLine>& log) {
+    QString text;
+    for (const CleanupLogLine& line : log)
+        text += line.text + u'\n';
+    return text;
+}
+
+/// Ends the review with the command: the launcher that is running may want to show another.
+void endReview(const Call& call) { call->launcher().cleanup().close(); }
+
+/// Calls `then` once everything was found and measured.
+void reviewed(const Call& call, const QString& appKey, std::function<void()> then) {
+    LauncherCleanup& cleanup = call->launcher().cleanup();
+    if (cleanup.phase() != LauncherCleanup::Phase::idle &&
+        cleanup.phase() != LauncherCleanup::Phase::done)
+        return call->fail({QStringLiteral("removalInProgress"),
+                           QStringLiteral("Another removal is being reviewed."),
+                           {}});
+    auto isOver = std::make_shared<bool>(false);
+    // Told of every size that arrives; the last one ends the wait.
+    call->held.push_back(
+        call->launcher().subscribe([call, isOver, then = std::move(then)](LauncherChange change) {
+            const LauncherCleanup& state = call->launcher().cleanup();
+            if (change != LauncherChange::cleanup || *isOver ||
+                state.phase() != LauncherCleanup::Phase::review || state.isMeasuring())
+                return;
+            *isOver = true;
+            then();
+        }));
+    cleanup.open(appKey, [call, isOver](const LauncherCleanup::Outcome& outcome) {
+        if (outcome)
+            return;
+        *isOver = true;
+        call->fail(outcome.error());
+    });
+}
+
+void addReview(CommandSet& set, CLI::App* group) {
+    CLI::App* review = set.add("review", "What a removal of an application could take", group);
+    const Word key = word(review, "APPKEY", appHelp);
+    set.onRun(review, CommandNeeds::launcher, [key](const Call& call) {
+        reviewed(call, text(key), [call] {
+            const LauncherCleanup& cleanup = call->launcher().cleanup();
+            QJsonArray items;
+            QString lines = cleanup.app().name + u'\n';
+            for (const RelatedFile& file : cleanup.review().items) {
+                items.append(itemJson(file));
+                lines += itemText(file, CleanupReviewState::isPreselected(file));
+            }
+            if (cleanup.review().needsAdministrator())
+                lines += administratorWarning + u'\n';
+            if (!cleanup.review().isComplete)
+                lines += QStringLiteral("Some folders could not be searched.\n");
+            const QJsonObject answer{{QStringLiteral("app"), json::encode(cleanup.app())},
+                                     {QStringLiteral("items"), items}};
+            endReview(call);
+            call->succeed(answer, lines);
+        });
+    });
+}
+
+/// The paths that a file names: a JSON array of them, or what `cleanup review` answered, with the items
+/// that are to go.
+std::expected<QStringList, LauncherError> pathsFrom(const Call& call, const QString& name) {
+    QFile file(QDir(call->options.directory).absoluteFilePath(name));
+    const auto damaged = [&] {
+        return std::unexpected(LauncherError{
+            QStringLiteral("damaged"),
+            QStringLiteral("%1 is no list of paths: a JSON array, or the answer of cleanup review.")
+                .arg(name),
+            {}});
+    };
+    if (!file.open(QFile::ReadOnly))
+        return std::unexpected(LauncherError{
+            QStringLiteral("unreadable"), QStringLiteral("%1 cannot be read.").arg(name), {}});
+    if (file.size() > maximumItemsFile)
+        return damaged();
+    const auto document = json::parse(file.readAll());
+    if (!document)
+        return damaged();
+    const QJsonValue list =
+        document->isObject() ? document->toObject().value(QStringLiteral("items")) : *document;
+    if (!list.isArray())
+        return damaged();
+    QStringList paths;
+    for (const QJsonValue& entry : list.toArray()) {
+        const QJsonValue path =
+            entry.isObject() ? entry.toObject().value(QStringLiteral("path")) : entry;
+        if (!path.isString())
+            return damaged();
+        paths.append(path.toString());
+    }
+    return paths;
+}
+
+std::expected<void, LauncherError> select(const Call& call, bool all, const Word& file) {
+    LauncherCleanup& cleanup = call->launcher().cleanup();
+    if (all)
+        cleanup.selectAllMatches();
+    if (file->empty())
+        return {};
+    const auto paths = pathsFrom(call, text(file));
+    if (!paths)
+        return std::unexpected(paths.error());
+    const QList<RelatedFile> items = cleanup.review().items;
+    for (const QString& path : *paths)
+        if (std::ranges::find(items, path, &RelatedFile::path) == items.end())
+            return std::unexpected(LauncherError{
+                QStringLiteral("notReviewed"),
+                QStringLiteral("“%1” is not among the items of the review.").arg(path.left(1'000)),
+                {}});
+    for (const RelatedFile& item : items)
+        cleanup.setSelected(item.path, paths->contains(item.path));
+    return {};
+}
+
+/// Without a yes: what would go.
+void refuseWithoutYes(const Call& call) {
+    LauncherCleanup& cleanup = call->launcher().cleanup();
+    cleanup.findRunning([call](bool isRunning) {
+        const CleanupReviewState& review = call->launcher().cleanup().review();
+        QString lines;
+        for (const RelatedFile& file : review.selectedItems())
+            lines += itemText(file, true);
+        if (review.needsAdministrator())
+            lines += administratorWarning + u'\n';
+        if (isRunning)
+            lines += QStringLiteral("%1 is open and would be asked to quit.\n")
+                         .arg(call->launcher().cleanup().app().name);
+        const LauncherError error{QStringLiteral("notConfirmed"),
+                                  QStringLiteral("%1Nothing was removed; --yes goes on.").arg(lines),
+                                  {}};
+        endReview(call);
+        call->fail(error);
+    });
+}
+
+void addRemove(CommandSet& set, CLI::App* group) {
+    CLI::App* remove =
+        set.add("remove", "Move an application and what is surely its own to the Trash", group);
+    const Word key = word(remove, "APPKEY", appHelp);
+    const Flag all = flag(remove, "--all-matches", "Also what may belong to something else");
+    const Word file = std::make_shared<std::string>();
+    remove
+        ->add_option("--items", *file,
+                     "These items alone: a file with their paths as a JSON array, or with the "
+                     "answer of a review")
+        ->excludes("--all-matches");
+    const Flag yes = flag(remove, "--yes", "Do it, and ask the application to quit if it is open");
+    set.onRun(remove, CommandNeeds::launcher, [key, all, file, yes](const Call& call) {
+        reviewed(call, text(key), [call, all = *all, file, yes = *yes] {
+            LauncherCleanup& cleanup = call->launcher().cleanup();
+            if (const auto selected = select(call, all, file); !selected) {
+                endReview(call);
+                return call->fail(selected.error());
+            }
+            if (!yes)
+                return refuseWithoutYes(call);
+            const auto asker = [call](const LauncherQuestion& question,
+                                      const std::function<void(bool)>& answer) {
+                if (!call->options.json)
+                    call->print({}, question.title + QStringLiteral(". ") + question.text);
+                answer(true);
+            };
+            cleanup.remove(asker, [call](const LauncherCleanup::Outcome& outcome) {
+                const QList<CleanupLogLine> log = call->launcher().cleanup().log();
+                endReview(call);
+                if (!outcome)
+                    return call->fail(outcome.error());
+                const bool isWhole = std::ranges::all_of(log, [](const CleanupLogLine& line) {
+                    return line.kind == CleanupLogLine::Kind::moved;
+                });
+                call->print(QJsonObject{{QStringLiteral("log"), logJson(log)}}, logText(log));
+                call->finish(isWhole ? ExitStatus::done : ExitStatus::refused);
+            });
+        });
+    });
+}
+
+void addRestore(CommandSet& set, CLI::App* group) {
+    CLI::App* restore = set.add("restore", "Bring back what the last removal took", group);
+    set.onRun(restore, CommandNeeds::launcher, [](const Call& call) {
+        call->launcher().cleanup().restore([call](const LauncherCleanup::Restored& restored) {
+            if (!restored)
+                return call->fail(restored.error());
+            const bool isWhole = std::ranges::all_of(*restored, [](const CleanupLogLine& line) {
+                return line.kind == CleanupLogLine::Kind::moved;
+            });
+            call->print(QJsonObject{{QStringLiteral("log"), logJson(*restored)}}, logText(*restored));
+            call->finish(isWhole ? ExitStatus::done : ExitStatus::refused);
+        });
+    });
+}
+
+void addHelper(CommandSet& set) {
+    CLI::App* helper = set.addGroup("helper", "The removal helper");
+    CLI::App* status = set.add("status", "Whether the helper answers", helper);
+    set.onRun(status, CommandNeeds::launcher, [](const Call& call) {
+        call->launcher().cleanup().checkHelper([call](const std::expected<void, QString>& health) {
+            const QString said = health ? QStringLiteral("enabled") : QStringLiteral("unavailable");
+            QJsonObject answer{{QStringLiteral("status"), said}};
+            if (!health)
+                answer.insert(QStringLiteral("message"), health.error());
+            call->succeed(answer,
+                          health ? QStringLiteral("The removal helper answers.") : health.error());
+        });
+    });
+}
+
+} // namespace
+
+void addCleanupCommands(CommandSet& set) {
+    CLI::App* group = set.addGroup("cleanup", "Remove applications with what they left");
+    addReview(set, group);
+    addRemove(set, group);
+    addRestore(set, group);
+    addHelper(set);
+}
+
+} // namespace tessellar
