@@ -129,10 +129,11 @@ private:
             raw, 1'000,
             [](void* reader) { return static_cast<int>(static_cast<Reader*>(reader)->isOver()); },
             this);
-        // The first to read the file: what is no database, or one that is encrypted, shows here.
-        for (const char* pragma : {"PRAGMA query_only = ON", "PRAGMA cell_size_check = ON",
-                                   "PRAGMA mmap_size = 0", "PRAGMA schema_version"})
-            if (sqlite3_exec(raw, pragma, nullptr, nullptr, nullptr) != SQLITE_OK)
+        // The last is the first to read the file and its schema: what is no database, is encrypted or
+        // damaged shows here.
+        for (const char* statement : {"PRAGMA query_only = ON", "PRAGMA cell_size_check = ON",
+                                      "PRAGMA mmap_size = 0", "SELECT 1 FROM sqlite_master LIMIT 1"})
+            if (sqlite3_exec(raw, statement, nullptr, nullptr, nullptr) != SQLITE_OK)
                 return fail(Code::unableToOpenDatabase);
         sqlite3_set_authorizer(
             raw,

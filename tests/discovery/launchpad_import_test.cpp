@@ -127,6 +127,9 @@ TEST_F(LaunchpadImportTest, FindsTheDatabaseWhereTheSystemHasIt) {
     add(old(u"B"_s), newer);
     sql("CREATE TABLE thumbnails (x)", other);
     machine.write(dockFolder + u"/4.db"_s, "not a database, but the newest");
+    const QString damaged = dockFolder + u"/5.db"_s;
+    add({.pages = {{tile(u"D"_s)}}, .inUse = false}, damaged);
+    machine.write(damaged, machine.read(damaged).replace("CREATE TABLE", "CREATE FABLE"));
     settle(older, -30);
     settle(newer, -20);
     settle(other, -10);
