@@ -50,7 +50,10 @@ void LibraryWatch::scanned() {
     if (std::exchange(_hasScan, true)) {
         notice(Kind::added, (applications - before).values());
         notice(Kind::removed, (before - applications).values());
-        notice(Kind::replaced, _launcher.replacedBundles());
+        // One that was incomplete until now is another bundle too, but one that nobody had yet.
+        const auto& others = _launcher.replacedBundles();
+        notice(Kind::replaced,
+               (QSet<QString>(others.begin(), others.end()) & before & applications).values());
     }
     notice(Kind::incomplete, (incomplete - incompleteBefore).values());
     _watcher->scanned(scan, _launcher.lastScanStart());

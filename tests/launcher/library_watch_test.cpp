@@ -13,6 +13,7 @@ namespace {
 
 using Kind = LibraryNotice::Kind;
 using testing::Contains;
+using testing::Not;
 
 class LibraryWatchTest : public SmallLauncher {
 protected:
@@ -79,6 +80,8 @@ TEST_F(LibraryWatchTest, ApplicationsComeAndGoByThemselves) {
     EXPECT_EQ(sketched(), u"Ash Cedar Dogwood");
     install(u"Elm"_s);
     follow([&] { return sketched() == u"Ash Cedar Dogwood Elm"; });
+    EXPECT_THAT(notices, Contains(u"added /Applications/Elm.app"_s));
+    EXPECT_THAT(notices, Not(Contains(u"replaced /Applications/Elm.app"_s)));
 }
 
 TEST_F(LibraryWatchTest, ABundleReplacedInPlaceNeverLosesItsTile) {
