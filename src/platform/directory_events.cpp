@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
@@ -30,8 +31,8 @@ public:
     void remove(int watch) override { ::inotify_rm_watch(_inotify.get(), watch); }
 
     QList<Event> wait() override {
-        std::array<pollfd, 2> sources{pollfd{_wake.get(), POLLIN, 0},
-                                      pollfd{_inotify.get(), POLLIN, 0}};
+        std::array<pollfd, 3> sources{pollfd{_wake.get(), POLLIN, 0}, pollfd{_inotify.get(), POLLIN, 0},
+                                      pollfd{_mounts.get(), POLLPRI, 0}};
         retrying([&] { return ::poll(sources.data(), sources.size(), -1); });
         std::uint64_t count = 0;
         if (sources[0].revents != 0)
@@ -39,6 +40,8 @@ public:
         QList<Event> events;
         if (sources[1].revents != 0)
             read(events);
+        if (sources[2].revents != 0) // said once for each change, without a read
+            events.append({.kind = Event::Kind::mounted});
         return events;
     }
 
@@ -70,6 +73,7 @@ private:
 
     Descriptor _inotify{::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)};
     Descriptor _wake{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    Descriptor _mounts{::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)};
 };
 
 } // namespace

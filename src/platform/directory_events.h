@@ -17,6 +17,7 @@ public:
             entries, ///< something in the folder came, went or was renamed
             gone,    ///< the folder itself; its watch has ended
             lost,    ///< events were dropped: anything may have changed
+            mounted, ///< a volume came or went: a path may lead to another folder than before
         };
         Kind kind = Kind::entries;
         int watch = -1;

@@ -68,7 +68,20 @@ public:
 private:
     using Kind = DirectoryEvents::Event::Kind;
 
+    struct Watch {
+        int number = -1;
+        /// Of what was there just before the watch was set: where a volume came in between, the next
+        /// comparison shows another.
+        std::uint64_t device = 0;
+        std::uint64_t inode = 0;
+    };
+
     void take(const DirectoryEvents::Event& event) {
+        if (event.kind == Kind::mounted) {
+            dropMisled();
+            _isOutdated = true;
+            return;
+        }
         if (event.kind == Kind::lost) {
             _changed = _wanted;
             _isOutdated = true;
@@ -90,6 +103,21 @@ private:
         const auto awaited = _awaited.constFind(path);
         if (awaited != _awaited.cend() && (event.name.isEmpty() || awaited->contains(event.name)))
             _isOutdated = true;
+    }
+
+    /// A volume that comes over a folder, or goes from it, says nothing to a watch of that folder.
+    void dropMisled() {
+        _watches.removeIf([this](const std::pair<const QString&, Watch&>& entry) {
+            const Watch& watch = entry.second;
+            const auto status = _files.status(entry.first);
+            if (status && status->device == watch.device && status->inode == watch.inode)
+                return false;
+            _shared->events->remove(watch.number);
+            _paths.remove(watch.number);
+            if (_wanted.contains(entry.first))
+                _changed.insert(entry.first);
+            return true;
+        });
     }
 
     /// Watches what is wanted and there, and where something is not, the nearest folder to it.
@@ -125,8 +153,8 @@ private:
                 ++watch;
                 continue;
             }
-            _shared->events->remove(*watch);
-            _paths.remove(*watch);
+            _shared->events->remove(watch->number);
+            _paths.remove(watch->number);
             watch = _watches.erase(watch);
         }
         _missing = std::move(missing);
@@ -149,13 +177,14 @@ private:
         const auto resolved = _files.resolved(path);
         if (!resolved)
             return false;
+        const auto before = _files.linkStatus(*resolved);
         const auto watch = _shared->events->add(_files.hostPath(*resolved));
         if (watch) {
             // Two ways to one folder share a watch; the later one is told of.
             if (const auto other = _paths.constFind(*watch); other != _paths.cend())
                 _watches.remove(*other);
             _paths.insert(*watch, path);
-            _watches.insert(path, *watch);
+            _watches.insert(path, {*watch, before ? before->device : 0, before ? before->inode : 0});
             needed.insert(path);
             return true;
         }
@@ -223,7 +252,7 @@ private:
 
     QSet<QString> _wanted;
     QSet<QString> _missing;
-    QHash<QString, int> _watches;
+    QHash<QString, Watch> _watches;
     QHash<int, QString> _paths;
     QHash<QString, FileStatus> _polled;
     QHash<QString, QSet<QByteArray>> _awaited; ///< by folder, the names that matter

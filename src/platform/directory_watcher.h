@@ -16,7 +16,7 @@ namespace tessellar {
 /// does not answer holds up the main thread; while nothing changes it makes no system call.
 ///
 /// - A folder that is not there is told of when it appears, and one that goes when it goes, and when it
-///   comes again.
+///   comes again; so is one over which a volume comes, or from which it goes.
 /// - Where the system has no more watches to give, the folders left over are looked at every ten
 ///   seconds; the log says so.
 ///

@@ -161,6 +161,38 @@ TEST_F(LibraryWatcherTest, FollowsFoldersThatComeAndGo) {
     EXPECT_EQ(rescans, QStringList{u"/Volumes"_s});
 }
 
+/// A link that leads elsewhere stands for the volume: no watch of a folder tells of either.
+TEST_F(LibraryWatcherTest, FollowsAPathToTheVolumeThatCameOverIt) {
+    for (const QString& path : {u"/Below"_s, u"/Volume"_s})
+        machine.makeFolder(path);
+    machine.link(u"/Work"_s, u"/Below"_s);
+    scan.watchableDirectories += u"/Work"_s;
+    auto owned = std::make_unique<FewEvents>(100);
+    FewEvents& events = *owned;
+    start(std::move(owned));
+    const auto notices = [&](const QStringList& directories) {
+        rescans.clear();
+        until([&] {
+            machine.time.advance(500ms);
+            return !rescans.isEmpty();
+        });
+        EXPECT_EQ(rescans, directories);
+    };
+    machine.remove(u"/Work"_s);
+    machine.link(u"/Work"_s, u"/Volume"_s);
+    events.mount();
+    notices({u"/Work"_s});
+    machine.makeFolder(u"/Volume/X.app"_s);
+    notices({u"/Work"_s});
+    machine.makeFolder(u"/Below/Y.app"_s); // no longer of concern
+    machine.remove(u"/Volume"_s);
+    machine.remove(u"/Work"_s);
+    events.mount();
+    notices({u"/Work"_s});
+    machine.makeFolder(u"/Work"_s);
+    notices({u"/Work"_s});
+}
+
 TEST_F(LibraryWatcherTest, LooksAtAnIncompleteBundleUntilItIsReadyOrGone) {
     const QString bundle = u"/Applications/Copied.app"_s;
     machine.makeFolder(bundle);

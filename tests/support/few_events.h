@@ -2,11 +2,12 @@
 
 #include "platform/directory_events.h"
 
+#include <atomic>
 #include <cerrno>
 
 namespace tessellar::test {
 
-/// The system's notices, with so many watches to give.
+/// The system's notices, with so many watches to give, and word of volumes when a test says so.
 class FewEvents final : public DirectoryEvents {
 public:
     explicit FewEvents(int count) : _left(count) {}
@@ -18,12 +19,22 @@ public:
         return watch;
     }
     void remove(int watch) override { _events->remove(watch); }
-    QList<Event> wait() override { return _events->wait(); }
+    QList<Event> wait() override {
+        auto events = _events->wait();
+        if (_mounted.exchange(false))
+            events.append({.kind = Event::Kind::mounted});
+        return events;
+    }
     void wake() override { _events->wake(); }
+    void mount() {
+        _mounted = true;
+        wake();
+    }
 
 private:
     std::unique_ptr<DirectoryEvents> _events = makeDirectoryEvents();
     int _left;
+    std::atomic<bool> _mounted = false;
 };
 
 } // namespace tessellar::test

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/event.h>
+#include <sys/mount.h>
 
 namespace tessellar {
 
@@ -18,6 +19,8 @@ public:
     KqueueEvents() {
         struct kevent change;
         EV_SET(&change, 0, EVFILT_USER, EV_ADD | EV_CLEAR, 0, 0, nullptr);
+        (void)::kevent(_queue.get(), &change, 1, nullptr, 0, nullptr);
+        EV_SET(&change, 0, EVFILT_FS, EV_ADD | EV_CLEAR, 0, 0, nullptr);
         (void)::kevent(_queue.get(), &change, 1, nullptr, 0, nullptr);
     }
 
@@ -46,6 +49,8 @@ public:
         QList<Event> events;
         for (int i = 0; i < count; ++i) {
             const auto& notice = notices[static_cast<std::size_t>(i)];
+            if (notice.filter == EVFILT_FS && (notice.fflags & (VQ_MOUNT | VQ_UNMOUNT)))
+                events.append({.kind = Event::Kind::mounted});
             const int watch = static_cast<int>(notice.ident);
             if (notice.filter != EVFILT_VNODE || !_folders.contains(watch))
                 continue;
