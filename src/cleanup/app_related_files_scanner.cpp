@@ -43,7 +43,9 @@ bool mayMoveByRights(const FileSystem& files, const QString& path) {
            (!status || status->type != FileType::directory || mayWrite(path));
 }
 
-QString reasonOf(const ApplicationNames::Grade& grade, bool isContested) {
+enum class Doubt { none, sharedName, othersInside };
+
+QString reasonOf(const ApplicationNames::Grade& grade, Doubt doubt) {
     const QString word = QString::fromUtf8(grade.because);
     QString reason;
     switch (grade.match) {
@@ -63,7 +65,15 @@ QString reasonOf(const ApplicationNames::Grade& grade, bool isContested) {
         reason = QStringLiteral("Its name contains “%1”.").arg(word);
         break;
     }
-    return isContested ? reason + QStringLiteral(" Another application may own it.") : reason;
+    switch (doubt) {
+    case Doubt::none:
+        break;
+    case Doubt::sharedName:
+        return reason + QStringLiteral(" Another application may own it.");
+    case Doubt::othersInside:
+        return reason + QStringLiteral(" Files of another application lie in it.");
+    }
+    return reason;
 }
 
 class Search {
@@ -87,7 +97,7 @@ public:
         scan.files.append({.path = FileSystem::standardized(_application.path),
                            .location = QStringLiteral("Application"),
                            .match = RelatedFileMatch::appBundle,
-                           .reason = reasonOf({RelatedFileMatch::appBundle, {}}, false),
+                           .reason = reasonOf({RelatedFileMatch::appBundle, {}}, Doubt::none),
                            .identity = identityOf(*status)});
     }
 
@@ -109,12 +119,15 @@ public:
             // Gone or exchanged meanwhile, or a volume of its own.
             if (!item || item->type != found.type || item->device != status->device)
                 continue;
+            const Doubt doubt = found.isContested      ? Doubt::sharedName
+                                : holdsAnothers(found) ? Doubt::othersInside
+                                                       : Doubt::none;
             scan.files.append({.path = found.path,
                                .location = QString::fromLatin1(location.label),
                                .domain = location.domain,
                                .match = found.grade.match,
-                               .reason = reasonOf(found.grade, found.isContested),
-                               .isContested = found.isContested,
+                               .reason = reasonOf(found.grade, doubt),
+                               .isContested = doubt != Doubt::none,
                                .identity = identityOf(*item)});
         }
     }
@@ -165,7 +178,7 @@ private:
     }
 
     bool isListed(const ApplicationNames::Grade& grade, QByteArrayView name) const {
-        if (!_names.isApple() && (name == "com.apple" || name.startsWith("com.apple.")))
+        if (!_names.isApple() && namesApple(name))
             return false;
         const auto claimed = _claims.strongest(name);
         return !(claimed && *claimed <= grade.match) &&
@@ -174,13 +187,30 @@ private:
 
     bool isContested(const CleanupLocation& location, const ApplicationNames::Grade& grade,
                      QByteArrayView name) const {
-        if (_names.isApple())
+        if (_names.isApple() || namesVendor(_names.identifier()))
             return true;
         if (QByteArrayView(location.folder) == "Group Containers" && mayShareGroup())
             return true;
         return grade.match != RelatedFileMatch::strong &&
                (!_names.ownsExtensions() || namesSiblingProduct(name, _names.identifier()) ||
                 _claims.strongest(name).has_value());
+    }
+
+    /// True for a folder in which lies, by its identifier, what belongs to another application: vendors
+    /// keep their products together under the shortest of their identifiers.
+    bool holdsAnothers(const Found& found) const {
+        if (found.type != FileType::directory)
+            return false;
+        const auto entries = _files.entries(found.path);
+        return entries && std::ranges::any_of(*entries, [this](const DirectoryEntry& entry) {
+                   const MatchingName name(entry.name);
+                   const auto claimed = _claims.strongestByWhole(name.view());
+                   if (!claimed || *claimed > RelatedFileMatch::strongish)
+                       return false;
+                   const auto own = _names.grade(name.view());
+                   return !own || *claimed < own->match ||
+                          _claims.extendsLongerIdentifier(name.view(), _names.identifier().size());
+               });
     }
 
     /// Group containers are for the applications of one team; one whose team nobody knows may be of it.

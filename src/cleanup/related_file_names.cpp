@@ -15,8 +15,9 @@ constexpr std::array genericWords{"app",     "application", "main",        "core
                                   "cache",   "caches",      "preferences", "settings", "update",
                                   "updater", "helper",      "agent",       "install",  "installer",
                                   "service", "tools",       "utility",     "support"};
-constexpr std::array siblingWords{"alpha", "beta", "canary", "community", "dev",     "developer", "ea",
-                                  "free",  "lite", "next",   "nightly",   "preview", "pro"};
+constexpr std::array siblingWords{
+    "alpha", "beta",     "canary", "ce",   "community", "dev",     "developer", "ea", "eap",  "edu",
+    "free",  "insiders", "lite",   "next", "nightly",   "preview", "pro",       "rc", "trial"};
 
 constexpr std::array<QByteArrayView, 3> suffixes{".savedState", ".plist", ".binarycookies"};
 /// Letters that a word needs before it is looked for inside of names.
@@ -202,6 +203,17 @@ bool InstalledClaims::extendsLongerIdentifier(QByteArrayView name, qsizetype len
     return isLonger(name) || anyPart(name, [&](QByteArrayView part) {
                return isLonger(part) || anyPart(part, isLonger);
            });
+}
+
+bool namesApple(QByteArrayView name) {
+    const qsizetype at = name.indexOf("com.apple");
+    const qsizetype end = at + qsizetype(sizeof "com.apple") - 1;
+    return at >= 0 && (at == 0 || name[at - 1] == '.') && (end == name.size() || name[end] == '.');
+}
+
+bool namesVendor(QByteArrayView identifier) {
+    return identifier.count('.') == 1 &&
+           isOneOf(identifier.sliced(identifier.indexOf('.') + 1), vendorWords);
 }
 
 bool namesSiblingProduct(QByteArrayView name, const QByteArray& identifier) {

@@ -87,6 +87,11 @@ private:
     QList<QByteArray> _tokensInside;
 };
 
+/// True for what is Apple's by its name, also as group containers are named ("TEAM.com.apple.notes").
+bool namesApple(QByteArrayView matchingName);
+/// True for an identifier that is a whole vendor's, as "com.microsoft".
+bool namesVendor(QByteArrayView identifier);
+
 /// True for the words that vendors put on everything: "beta", "canary", "dev" after an identifier name
 /// a product of its own.
 bool namesSiblingProduct(QByteArrayView matchingName, const QByteArray& identifier);

@@ -131,6 +131,21 @@ TEST_F(AppRelatedFilesScannerTest, AVendorsFolderBelongsToNoneOfItsProducts) {
     EXPECT_THAT(offered(notes), ElementsAre(library + u"Application Support/Acme/Acme Notes"_s));
 }
 
+TEST_F(AppRelatedFilesScannerTest, AFolderInWhichAnotherApplicationKeepsFilesIsNotChosen) {
+    const QString own = library + u"Application Support/com.acme.suite"_s;
+    folder(u"Application Support/com.acme.suite/com.acme.suite.draw"_s);
+    folder(u"Application Support/com.acme.suite/com.acme.suite.cache"_s);
+    const CleanupApplication suite = app(u"Zed"_s, u"com.acme.suite"_s);
+    EXPECT_THAT(chosen(suite), ElementsAre(own));
+    others = {suite, app(u"Draw"_s, u"com.acme.suite.draw"_s)};
+    EXPECT_THAT(chosen(suite), IsEmpty());
+    EXPECT_TRUE(scan(suite).files.first().reason.endsWith(u"Files of another application lie in it."));
+
+    // Whoever says to be a whole vendor is believed in nothing.
+    folder(u"Caches/com.microsoft"_s);
+    EXPECT_THAT(chosen(app(u"Zed"_s, u"com.microsoft"_s)), IsEmpty());
+}
+
 TEST_F(AppRelatedFilesScannerTest, SharedGroupContainersAreOfferedOnly) {
     const QString group = library + u"Group Containers/TEAM123456.com.acme.notes"_s;
     folder(u"Group Containers/TEAM123456.com.acme.notes"_s);
@@ -154,6 +169,7 @@ TEST_F(AppRelatedFilesScannerTest, DoubtfulIdentifiersChooseNoMoreThanTheirVeryN
     folder(u"Caches/com.acme.notes"_s);
     folder(u"Caches/com.acme.notes.beta"_s);
     folder(u"Caches/com.apple.finder"_s);
+    folder(u"Group Containers/243LU875E5.groups.com.apple.finder"_s);
     EXPECT_THAT(chosen(app(u"Zed"_s, u"com.acme"_s)), ElementsAre(library + u"Caches/com.acme"_s));
     EXPECT_THAT(chosen(app(u"Zed"_s, u"com.acme.notes"_s)),
                 ElementsAre(library + u"Caches/com.acme.notes"_s));
