@@ -226,8 +226,12 @@ void addRemove(CommandSet& set, CLI::App* group) {
             cleanup.remove(asker, [call](const LauncherCleanup::Outcome& outcome) {
                 const QList<CleanupLogLine> log = call->launcher().cleanup().log();
                 endReview(call);
-                if (!outcome)
+                if (!outcome) {
+                    // The refusal says why the first of them stayed.
+                    if (!call->options.json && log.size() > 1)
+                        call->print({}, logText(log));
                     return call->fail(outcome.error());
+                }
                 const bool isWhole = std::ranges::all_of(log, [](const CleanupLogLine& line) {
                     return line.kind == CleanupLogLine::Kind::moved;
                 });

@@ -86,6 +86,12 @@ void LauncherCleanup::open(const QString& key, Done done) {
                        QStringLiteral("“%1” belongs to macOS and cannot be removed.").arg(found->name),
                        {}},
                       done);
+    if (isNestedInAnotherApplication(found->path))
+        return refuse(
+            {QStringLiteral("protectedApplication"),
+             QStringLiteral("“%1” is a part of another application and goes with it.").arg(found->name),
+             {}},
+            done);
     if (found->bundleIdentifier == applicationIdentifier)
         return refuse({QStringLiteral("protectedApplication"),
                        QStringLiteral("Tessellar cannot remove itself."),

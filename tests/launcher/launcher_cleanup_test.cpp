@@ -129,9 +129,13 @@ TEST_F(LauncherCleanupTest, RefusesWhatIsNotItsToRemove) {
                             .folder = u"/System/Applications"_s,
                             .identifier = u"com.apple.Preview"_s});
     builder.addApplication({.name = u"Tessellar"_s, .identifier = applicationIdentifier});
+    builder.addApplication({.name = u"Leaf"_s,
+                            .folder = u"/Applications/Beech.app/Contents/Applications"_s,
+                            .identifier = u"org.example.leaf"_s});
     start();
     for (const auto& [key, code] : {std::pair{u"nobody"_s, u"unknownApplication"_s},
                                     {u"com.apple.Preview"_s, u"protectedApplication"_s},
+                                    {u"org.example.leaf"_s, u"protectedApplication"_s},
                                     {applicationIdentifier, u"protectedApplication"_s}}) {
         review(key);
         EXPECT_EQ(cleanup().phase(), Phase::idle);
