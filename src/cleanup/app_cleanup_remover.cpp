@@ -1,6 +1,7 @@
 #include "cleanup/app_cleanup_remover.h"
 
 #include "cleanup/cleanup_locations.h"
+#include "platform/mount_points.h"
 
 #include <algorithm>
 
@@ -14,6 +15,7 @@ const QString deniedContainer = QStringLiteral(
     "System Settings > Privacy & Security, then try again.");
 const QString changedItem = QStringLiteral("It has changed since it was reviewed, and was left alone.");
 const QString missingItem = QStringLiteral("It is no longer there.");
+const QString volumeInside = QStringLiteral("A volume is mounted in it. Eject it, then try again.");
 const QString stoppedRemoval = QStringLiteral("The removal was stopped.");
 const QString notRestorable = QStringLiteral("Nobody knows where it lies in the Trash.");
 
@@ -57,11 +59,26 @@ std::optional<QString> AppCleanupRemover::objection(const CleanupApplication& ap
         FileSystem::standardized(item.path) != item.path)
         return protectedItem;
     const auto around = files.linkStatus(FileSystem::parent(item.path));
-    if (!around || around->type != FileType::directory)
+    if (!around || around->type != FileType::directory || (!isBundle && !isWithoutLinks(item.path)))
         return changedItem;
     if (around->device != status->device)
         return protectedItem; // a volume is mounted there
+    // What is thrown out of the Trash later would be the volume's.
+    if (const auto real = files.resolved(item.path);
+        status->type == FileType::directory && real && holdsMountPoint(files.hostPath(*real)))
+        return volumeInside;
     return std::nullopt;
+}
+
+/// Whether no link leads to the folder of an item, from its Library on.
+bool AppCleanupRemover::isWithoutLinks(const QString& path) const {
+    const QString folder = FileSystem::parent(path);
+    const auto real = _parts.files.resolved(folder);
+    if (real == folder)
+        return true;
+    const auto home = _parts.files.resolved(_parts.home);
+    return real && home && FileSystem::isWithin(folder, _parts.home) &&
+           *real == *home + folder.sliced(_parts.home.size());
 }
 
 bool AppCleanupRemover::quit(const CleanupApplication& application, std::stop_token stop) {

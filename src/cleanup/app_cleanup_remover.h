@@ -80,6 +80,7 @@ public:
                                      const RelatedFile& item) const;
 
 private:
+    bool isWithoutLinks(const QString& path) const;
     bool quit(const CleanupApplication& application, std::stop_token stop);
     void moveByTrash(const CleanupApplication& application, QList<CleanupItemResult*> items,
                      std::stop_token stop);

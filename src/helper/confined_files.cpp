@@ -1,6 +1,7 @@
 #include "helper/confined_files.h"
 
 #include "platform/directory_reader.h"
+#include "platform/mount_points.h"
 #include "platform/rooted_path.h"
 
 #include <fcntl.h>
@@ -150,7 +151,7 @@ private:
 } // namespace
 
 ConfinedFiles::ConfinedFiles(const QByteArray& hostRoot)
-    : _root(::open(hostRoot.constData(), forFolder | O_CLOEXEC)) {}
+    : _rootPath(hostRoot), _root(::open(hostRoot.constData(), forFolder | O_CLOEXEC)) {}
 
 std::expected<Descriptor, QString> ConfinedFiles::folder(const QByteArray& relativePath,
                                                          std::optional<std::uint32_t> owner) const {
@@ -184,6 +185,9 @@ std::expected<HeldItem, QString> ConfinedFiles::hold(const NamedPlace& place,
         return failed(errno);
     if (takenOf(held).identity != approved)
         return std::unexpected(changed);
+    if (S_ISDIR(held.st_mode) &&
+        holdsMountPoint(_rootPath + '/' + place.folderPath() + '/' + place.name))
+        return std::unexpected(QStringLiteral("A volume is mounted in it."));
     return HeldItem{*std::move(around), *std::move(item), place.name, takenOf(held)};
 }
 

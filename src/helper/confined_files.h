@@ -36,7 +36,8 @@ public:
     /// A folder, and its owner when one is demanded.
     std::expected<Descriptor, QString> folder(const QByteArray& relativePath,
                                               std::optional<std::uint32_t> owner = {}) const;
-    /// A folder or regular file that is what was approved. A mount point is neither.
+    /// A folder or regular file that is what was approved. A mount point is neither, nor is a folder in
+    /// which one lies.
     std::expected<HeldItem, QString> hold(const NamedPlace& place, const FileIdentity& approved) const;
 
     /// Renames into a folder under a name that is free; then looks whether that was the item, and puts
@@ -52,6 +53,7 @@ public:
     static std::expected<void, QString> remove(const HeldItem& item, std::stop_token stop = {});
 
 private:
+    QByteArray _rootPath;
     Descriptor _root;
 };
 

@@ -139,6 +139,12 @@ TEST_F(AppCleanupRemoverTest, WhatHasChangedSinceTheReviewStays) {
     mac.link(caches + u"linked"_s, u"/keep/linked"_s);
     EXPECT_EQ(failureOf(linked), changed);
 
+    // The very item, but under a folder that has become a link meanwhile.
+    const RelatedFile below = item(made(u"vendor"_s).path + u"/x"_s);
+    QDir().rename(mac.hostPath(caches + u"vendor"_s), mac.hostPath(u"/keep/vendor"_s));
+    mac.link(caches + u"vendor"_s, u"/keep/vendor"_s);
+    EXPECT_EQ(failureOf(below), changed);
+
     const RelatedFile gone = made(u"gone"_s);
     mac.remove(caches + u"gone"_s);
     EXPECT_EQ(failureOf(gone), u"It is no longer there."_s);
@@ -159,6 +165,18 @@ TEST_F(AppCleanupRemoverTest, AFullDiskLeavesEverythingWhereItIs) {
     filler.remove();
     EXPECT_EQ(failureOf(one), QString());
     EXPECT_FALSE(mac.exists(one.path));
+}
+
+TEST_F(AppCleanupRemoverTest, AFolderInWhichAVolumeIsMountedStays) {
+    const RelatedFile around = made(u"a round"_s);
+    const RelatedFile beside = made(u"a"_s);
+    mac.makeFolder(around.path + u"/a disk"_s);
+    const test::SmallDisk disk(mac.hostPath(around.path + u"/a disk"_s).toStdString(), "size=64k");
+    if (!disk)
+        GTEST_SKIP() << "This process may not mount.";
+    EXPECT_EQ(failureOf(around), u"A volume is mounted in it. Eject it, then try again."_s);
+    EXPECT_EQ(failureOf(beside), QString());
+    EXPECT_EQ(trash.moved, QStringList{beside.path});
 }
 
 TEST_F(AppCleanupRemoverTest, ProtectedShallowAndForeignPlacesStay) {
