@@ -18,18 +18,25 @@ const QString missingItem = QStringLiteral("It is no longer there.");
 const QString volumeInside = QStringLiteral("A volume is mounted in it. Eject it, then try again.");
 const QString stoppedRemoval = QStringLiteral("The removal was stopped.");
 const QString notRestorable = QStringLiteral("Nobody knows where it lies in the Trash.");
+const QString notNoted =
+    QStringLiteral("It stayed, because what is removed could not be written down: %1");
 
 constexpr int quitTries = 40;
 constexpr std::chrono::milliseconds quitPause{250};
 /// As many as one prompt or script takes together; between them the removal can be stopped.
 constexpr qsizetype itemsTogether = 100;
+/// As much of a name as every Trash keeps when it tells two of one name apart.
+constexpr qsizetype keptStem = 200;
 
 QString nameOf(const RelatedFile& item) { return FileSystem::fileName(item.path); }
 
 CleanupLogLine lineOf(const CleanupItemResult& result) {
     if (result.isMoved())
         return {CleanupLogLine::Kind::moved, result.item.path,
-                QStringLiteral("%1: moved to the Trash.").arg(nameOf(result.item))};
+                nameOf(result.item) +
+                    (result.trashedPath
+                         ? QStringLiteral(": moved to the Trash.")
+                         : QStringLiteral(": it has left its place, and was not found in the Trash."))};
     const QString& failure = *result.failure;
     return {CleanupLogLine::Kind::failed, result.item.path,
             nameOf(result.item) + QStringLiteral(": ") +
@@ -93,7 +100,12 @@ bool AppCleanupRemover::quit(const CleanupApplication& application, std::stop_to
 
 void AppCleanupRemover::settle(CleanupItemResult& result, const TrashResult& outcome) const {
     const FileSystem& files = _parts.files;
-    if (outcome.failure) {
+    const auto still = files.linkStatus(result.item.path);
+    const bool stays = still && identityOf(*still) == result.item.identity;
+    if (!stays)
+        result.trashedPath =
+            isItem(outcome.trashedPath, result.item) ? outcome.trashedPath : placeInTrash(result.item);
+    if (outcome.failure && !result.trashedPath) {
         result.failure = outcome.failure;
         const bool isContainer =
             result.item.location == u"Containers" || result.item.location == u"Group Containers";
@@ -102,17 +114,36 @@ void AppCleanupRemover::settle(CleanupItemResult& result, const TrashResult& out
             result.failure = deniedContainer;
         return;
     }
-    // Believed only when it has gone, and where it is now only when it is the same.
-    const auto still = files.linkStatus(result.item.path);
-    if (still && identityOf(*still) == result.item.identity) {
-        result.failure = QStringLiteral("Finder did not move the item to the Trash.");
-        return;
+    // Believed only when it has gone.
+    result.failure = stays ? std::optional(QStringLiteral("Finder did not move the item to the Trash."))
+                           : std::nullopt;
+}
+
+bool AppCleanupRemover::isItem(const std::optional<QString>& path, const RelatedFile& item) const {
+    const auto status = path ? _parts.files.linkStatus(*path) : std::unexpected(FileError{});
+    return status && isSameOnItsVolume(identityOf(*status), item.identity);
+}
+
+std::optional<QString> AppCleanupRemover::placeInTrash(const RelatedFile& item) const {
+    const auto composed = [](const QString& name) {
+        return name.normalized(QString::NormalizationForm_C);
+    };
+    const QString name = nameOf(item);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    const QString stem = composed((dot > 0 ? name.first(dot) : name).left(keptStem));
+    for (const QString& folder : _parts.trashFolders) {
+        const auto entries = _parts.files.entries(folder);
+        if (!entries)
+            continue;
+        for (const DirectoryEntry& entry : *entries) {
+            // By the name too: the number of a file that is no more may have become another's.
+            const QString found = FileSystem::fromHostBytes(entry.name);
+            const QString path = FileSystem::joined(folder, found);
+            if (composed(found).startsWith(stem) && isItem(path, item))
+                return path;
+        }
     }
-    result.failure.reset();
-    const auto there =
-        outcome.trashedPath ? files.linkStatus(*outcome.trashedPath) : std::unexpected(FileError{});
-    if (there && identityOf(*there) == result.item.identity)
-        result.trashedPath = outcome.trashedPath;
+    return std::nullopt;
 }
 
 void AppCleanupRemover::moveByTrash(const CleanupApplication& application,
@@ -145,7 +176,6 @@ void AppCleanupRemover::moveByHelper(const CleanupApplication& application,
     const QList<AdminMoveOutcome> outcomes = _parts.administrator.moveToTrash(moves, stop);
     for (qsizetype i = 0; i < items.size(); ++i) {
         const AdminMoveOutcome outcome = outcomes.value(i);
-        items[i]->isByHelper = true;
         settle(*items[i], outcome.status == PrivilegedFileOutcomeStatus::moved
                               ? TrashResult{.trashedPath = outcome.destination}
                               : TrashResult{.failure = outcome.message.value_or(protectedItem)});
@@ -154,7 +184,7 @@ void AppCleanupRemover::moveByHelper(const CleanupApplication& application,
 
 CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& application,
                                                const QList<RelatedFile>& items, std::stop_token stop,
-                                               const Progress& progress) {
+                                               const Progress& progress, const Note& note) {
     CleanupRemovalResult result;
     for (const RelatedFile& item : items)
         result.items.append({.item = item, .failure = objection(application, item)});
@@ -169,6 +199,19 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
             item.failure = QStringLiteral("%1 is still open. Quit it, then try again.").arg(name);
     }
 
+    QList<CleanupItemResult> planned;
+    for (CleanupItemResult& item : result.items) {
+        item.isByHelper =
+            item.item.needsAdministrator && item.item.match != RelatedFileMatch::appBundle;
+        if (!item.failure)
+            planned.append(item);
+    }
+    if (note && !planned.isEmpty())
+        if (const auto noted = note(planned); !noted)
+            for (CleanupItemResult& item : result.items)
+                if (!item.failure)
+                    item.failure = notNoted.arg(message(noted.error()));
+
     // The helper's first, in one piece, for each piece may ask for a password; the bundle by itself.
     QList<CleanupItemResult*> helpers;
     QList<QList<CleanupItemResult*>> runs;
@@ -176,7 +219,7 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
         if (item.failure)
             continue;
         const bool isBundle = item.item.match == RelatedFileMatch::appBundle;
-        if (item.item.needsAdministrator && !isBundle) {
+        if (item.isByHelper) {
             helpers.append(&item);
         } else {
             if (runs.isEmpty() || isBundle || runs.last().size() == itemsTogether)
@@ -217,6 +260,9 @@ QList<CleanupItemResult> AppCleanupRemover::restore(const QList<CleanupItemResul
     for (CleanupItemResult& result : results) {
         if (!result.isMoved())
             continue;
+        if (!isItem(result.trashedPath, result.item))
+            if (const auto found = placeInTrash(result.item))
+                result.trashedPath = found;
         if (!result.trashedPath) {
             result.failure = notRestorable;
         } else if (result.isByHelper) {

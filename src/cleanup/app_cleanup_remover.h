@@ -52,9 +52,14 @@ struct CleanupRemovalResult {
 /// Each item is looked at before anything moves, and again right before its turn: what has another
 /// device, inode or type than was reviewed stays, and so does what is protected, shallow or a mount
 /// point. One failure stops nothing else.
+///
+/// What a Trash or the helper says of an item is compared with where the item is: one that was cut
+/// short, or whose answer was lost, may have moved it all the same.
 class AppCleanupRemover {
 public:
     using Progress = std::function<void(const CleanupRemovalProgress&)>;
+    /// Writes down what is about to move, without where to. Nothing moves after an error.
+    using Note = std::function<std::expected<void, FileError>(const QList<CleanupItemResult>&)>;
 
     struct Parts {
         const FileSystem& files;
@@ -62,6 +67,7 @@ public:
         Trash& trash;
         RunningApplications& running;
         AdminMover& administrator;
+        QStringList trashFolders = {}; ///< where items are looked for that nobody saw arrive
         Wait wait = waitForReal;
     };
 
@@ -69,10 +75,11 @@ public:
 
     /// Blocks; for a worker. When stopped, what was not moved by then fails.
     CleanupRemovalResult remove(const CleanupApplication& application, const QList<RelatedFile>& items,
-                                std::stop_token stop, const Progress& progress = {});
+                                std::stop_token stop, const Progress& progress = {},
+                                const Note& note = {});
 
-    /// Puts back what a removal moved, the bundle first. The results say of each item why it is still
-    /// in the Trash, if it is.
+    /// Puts back what a removal moved, the bundle first; what was written down without its place in the
+    /// Trash is looked for there. The results say of each item why it is still in the Trash, if it is.
     QList<CleanupItemResult> restore(const QList<CleanupItemResult>& removed, std::stop_token stop);
 
     /// Why an item may not be moved now, or nothing.
@@ -87,6 +94,8 @@ private:
     void moveByHelper(const CleanupApplication& application, QList<CleanupItemResult*> items,
                       std::stop_token stop);
     void settle(CleanupItemResult& result, const TrashResult& outcome) const;
+    bool isItem(const std::optional<QString>& path, const RelatedFile& item) const;
+    std::optional<QString> placeInTrash(const RelatedFile& item) const;
 
     Parts _parts;
 };

@@ -85,7 +85,7 @@ std::expected<void, FileError> restoreFromTrash(const FileSystem& files, const Q
     const auto status = files.linkStatus(trashedPath);
     if (!status)
         return std::unexpected(status.error());
-    if (identity && identityOf(*status) != *identity)
+    if (identity && !isSameOnItsVolume(identityOf(*status), *identity))
         return std::unexpected(FileError{FileError::Code::notFound, trashedPath});
     if (const auto made = files.createDirectories(FileSystem::parent(originalPath)); !made)
         return made;

@@ -35,6 +35,11 @@ struct FileIdentity {
 
     bool operator==(const FileIdentity&) const = default;
 };
+/// The same for what was written down, perhaps before the machine was started anew: volumes are
+/// numbered as they are found.
+inline bool isSameOnItsVolume(const FileIdentity& a, const FileIdentity& b) {
+    return a.inode == b.inode && a.type == b.type;
+}
 inline FileIdentity identityOf(const FileStatus& status) {
     return {status.device, status.inode, status.type};
 }

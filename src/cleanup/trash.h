@@ -23,7 +23,8 @@ public:
 };
 
 /// Puts an item back from the Trash to where it was and replaces nothing. The folder around it is made
-/// anew where it has gone. With an identity, only the very item goes back.
+/// anew where it has gone. With an identity, only the very item goes back; its volume may have another
+/// number by now.
 std::expected<void, FileError> restoreFromTrash(const FileSystem& files, const QString& trashedPath,
                                                 const QString& originalPath,
                                                 const std::optional<FileIdentity>& identity = {});

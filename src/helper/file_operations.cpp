@@ -165,12 +165,19 @@ PrivilegedFileOperationOutcome FileOperations::restoreOne(const PrivilegedFileOp
     const auto to = namedPlace(record->original);
     if (!from || !to || !isAllowed(*to))
         return failed(notAllowed);
-    const auto held = _files.hold(*from, record->identity);
+    // By the number that the volume has now: it may have been another when the item was taken.
+    const auto around = _files.folder(from->folderPath());
+    struct stat status {};
+    if (!around || ::fstat(around->get(), &status) != 0)
+        return failed(around ? noTrash : around.error());
+    TakenItem taken = record->taken();
+    taken.identity.device = static_cast<std::uint64_t>(status.st_dev);
+    const auto held = _files.hold(*from, taken.identity);
     if (!held)
         return failed(held.error());
     // Who may write to the Trash could put a file of their own under the same number: not one of the
     // same owner, though.
-    if (held->taken != record->taken())
+    if (held->taken != taken)
         return failed(notTaken);
     const auto folder = _files.folder(to->folderPath());
     if (!folder)

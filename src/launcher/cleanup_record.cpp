@@ -78,11 +78,13 @@ std::expected<void, FileError> CleanupRecordStore::put(const CleanupRecord& reco
         return std::unexpected(FileError{FileError::Code::alreadyExists, _path});
     QList<CleanupRecord>& records = loaded.records;
     const auto known = std::ranges::find(records, record.id, &CleanupRecord::id);
+    if (known == records.end() && record.items.isEmpty())
+        return {};
     if (known != records.end() && !record.items.isEmpty())
         *known = record;
     else if (known != records.end())
         records.erase(known);
-    else if (!record.items.isEmpty())
+    else
         records.append(record);
     if (records.size() > maximumRecords)
         records.remove(0, records.size() - maximumRecords);

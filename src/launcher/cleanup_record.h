@@ -26,7 +26,8 @@ struct CleanupRecord {
     QString path; ///< of its bundle
     std::optional<QString> bundleIdentifier;
     Instant removedAt;
-    QList<CleanupItemResult> items; ///< those that were moved
+    /// Those that were moved; while a removal works, or where it was killed, all that it was to move.
+    QList<CleanupItemResult> items;
     QList<RemovedTile> tiles;
 
     CleanupApplication application() const;

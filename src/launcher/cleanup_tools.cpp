@@ -57,6 +57,8 @@ AppCleanupRemover CleanupTools::remover(bool mayAsk) {
          .trash = trash(),
          .running = mayAsk ? static_cast<RunningApplications&>(running) : _onlooker,
          .administrator = _coordinator,
+         .trashFolders = {FileSystem::joined(machine.places.home, QStringLiteral(".Trash")),
+                          _desktop.folder() + QStringLiteral("/files")},
          .wait = mayAsk ? Wait(waitForReal)
                         : Wait([](std::chrono::milliseconds, std::stop_token) { return false; })});
 }

@@ -280,14 +280,19 @@ void LauncherCleanup::startRemoval(const Done& done) {
             const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
             Removed removed{.record = record};
             removed.kind = installKind(tools->machine.files, application.path);
+            // Before anything moves, so that even a launcher that is killed meanwhile loses nothing.
+            const CleanupRecordStore store(tools->machine, toText(record.id));
+            const auto note = [&](const QList<CleanupItemResult>& planned) {
+                removed.record.items = planned;
+                return store.put(removed.record);
+            };
             removed.result =
-                tools->remover(true).remove(application, items, source.get_token(), progress);
+                tools->remover(true).remove(application, items, source.get_token(), progress, note);
+            removed.record.items.clear();
             std::ranges::copy_if(removed.result.items, std::back_inserter(removed.record.items),
                                  &CleanupItemResult::isMoved);
-            const CleanupRecordStore store(tools->machine, toText(record.id));
-            if (!removed.record.items.isEmpty())
-                if (const auto written = store.put(removed.record); !written)
-                    removed.failure = written.error();
+            if (const auto written = store.put(removed.record); !written)
+                removed.failure = written.error();
             return removed;
         },
         [this, done](Removed removed) {

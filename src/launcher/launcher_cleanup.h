@@ -23,7 +23,8 @@ struct CleanupTools;
 ///    found are measured, one after the other. Closing ends both at once.
 /// 2. Choosing: what is surely the application's own is chosen beforehand, the rest is offered.
 /// 3. Removal: an application that is open is named, and goes on only after a yes; it is asked to quit.
-///    A worker moves the chosen items to the Trash, and writes down where they lie before it reports.
+///    A worker writes down what is about to go, moves it to the Trash, and writes down where it lies
+///    before it reports.
 /// 4. Result: a line for each item. When the bundle has gone, its tiles leave both modes as one step of
 ///    history, whose undo brings all back that this removal took; then the machine is scanned again.
 ///

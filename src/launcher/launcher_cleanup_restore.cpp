@@ -19,7 +19,7 @@ struct BroughtBack {
 
 bool isThere(const FileSystem& files, const QString& path, const FileIdentity& identity) {
     const auto status = files.linkStatus(path);
-    return status && identityOf(*status) == identity;
+    return status && isSameOnItsVolume(identityOf(*status), identity);
 }
 
 /// Blocks. With `asOne`, nothing else comes back when the bundle does not.
@@ -33,7 +33,9 @@ BroughtBack bringBack(CleanupTools& tools, const CleanupRecord& record, bool asO
     QList<CleanupItemResult> bundles;
     QList<CleanupItemResult> others;
     for (const CleanupItemResult& item : record.items)
-        (item.item.match == RelatedFileMatch::appBundle ? bundles : others).append(item);
+        // What a killed removal did not come to has never left.
+        if (item.trashedPath || !isThere(files, item.item.path, item.item.identity))
+            (item.item.match == RelatedFileMatch::appBundle ? bundles : others).append(item);
 
     const auto settle = [&](const QList<CleanupItemResult>& outcomes) {
         for (CleanupItemResult outcome : outcomes) {
@@ -145,12 +147,14 @@ void LauncherCleanup::restore(std::function<void(Restored)> done) {
          tag = toText(_machine.uuids.next())](std::stop_token stop) -> std::optional<BroughtBack> {
             const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
             const CleanupRecordStore store(tools->machine, tag);
-            const QList<CleanupRecord> records = store.read();
-            if (records.isEmpty())
-                return std::nullopt;
-            BroughtBack result = bringBack(*tools, records.last(), false, source.get_token());
-            warnOf(tools->machine, store.put(result.rest));
-            return result;
+            QList<CleanupRecord> records = store.read();
+            while (!records.isEmpty()) {
+                BroughtBack result = bringBack(*tools, records.takeLast(), false, source.get_token());
+                warnOf(tools->machine, store.put(result.rest));
+                if (!result.log.isEmpty())
+                    return result;
+            }
+            return std::nullopt;
         },
         [this, done = std::move(done)](const std::optional<BroughtBack>& result) {
             Restored restored;
@@ -292,9 +296,15 @@ void LauncherCleanup::trashApps(QList<TrashedAppRecord> records, LayoutUndoActio
                     items.append(item.item);
                 Again again{.record = record, .log = {}, .failure = {}};
                 again.record.items.clear();
+                const CleanupRecordStore store(tools->machine, toText(record.id));
                 // Nobody is asked here: an application that is open stays.
                 const CleanupRemovalResult result =
-                    tools->remover(false).remove(record.application(), items, source.get_token());
+                    tools->remover(false).remove(record.application(), items, source.get_token(), {},
+                                                 [&](const QList<CleanupItemResult>& planned) {
+                                                     again.record.items = planned;
+                                                     return store.put(again.record);
+                                                 });
+                again.record.items.clear();
                 again.log = result.log;
                 for (const CleanupItemResult& item : result.items) {
                     if (item.isMoved())
@@ -309,8 +319,7 @@ void LauncherCleanup::trashApps(QList<TrashedAppRecord> records, LayoutUndoActio
                 // A step that fails leaves everything as it was.
                 if (again.failure && !again.record.items.isEmpty())
                     again.record = bringBack(*tools, again.record, false, source.get_token()).rest;
-                warnOf(tools->machine,
-                       CleanupRecordStore(tools->machine, toText(record.id)).put(again.record));
+                warnOf(tools->machine, store.put(again.record));
                 results.append(again);
             }
             return results;

@@ -30,6 +30,10 @@ public:
                 results.append({.failure = u"Stuck."_s});
             else
                 results += _trash.moveToTrash({path}, stop);
+            if (path.contains(u"cut"))
+                results.last() = {.failure = u"Interrupted."_s};
+            else if (path.contains(u"mumble"))
+                results.last() = {.trashedPath = u"/nowhere"_s};
         }
         return results;
     }
@@ -95,6 +99,7 @@ protected:
          .trash = trash,
          .running = running,
          .administrator = administrator,
+         .trashFolders = {u"/Users/ada/.Trash"_s, u"/Users/ada/.local/share/Trash/files"_s},
          .wait = [](std::chrono::milliseconds, std::stop_token) { return true; }}};
     const QString changed = u"It has changed since it was reviewed, and was left alone."_s;
     const QString isProtected = u"macOS protects this item, and it couldn’t be moved to the Trash."_s;
@@ -125,6 +130,52 @@ TEST_F(AppCleanupRemoverTest, MovesTheBundleLastTellsOfEachAndBringsAllBack) {
     EXPECT_TRUE(mac.exists(caches + u"one/x"_s));
     EXPECT_EQ(mac.read(caches + u"two"_s), "in the way");
     EXPECT_TRUE(restored[1].failure); // two
+}
+
+TEST_F(AppCleanupRemoverTest, WhatATrashSaysIsComparedWithWhereTheItemsAre) {
+    // Others of the names lie there already; an emptied Trash has nothing to bring back.
+    for (const QString& name : {u"cut"_s, u"mumble"_s, u"stuck"_s})
+        mac.write(u"/Users/ada/.local/share/Trash/files/"_s + name, "older");
+    const auto result =
+        remover.remove(quill, {made(u"cut"_s), made(u"mumble"_s), made(u"stuck"_s)}, {});
+    EXPECT_FALSE(result.items[0].failure);
+    EXPECT_EQ(result.log[0].text, u"cut: moved to the Trash."_s);
+    EXPECT_EQ(result.items[1].trashedPath, u"/Users/ada/.local/share/Trash/files/mumble 2"_s);
+    EXPECT_EQ(result.items[2].failure, u"Stuck."_s);
+    for (const CleanupItemResult& back : remover.restore(result.items, {}))
+        EXPECT_TRUE(mac.exists(back.item.path + u"/x"_s)) << back.item.path.toStdString();
+}
+
+TEST_F(AppCleanupRemoverTest, NothingMovesThatCouldNotBeWrittenDown) {
+    const QList<RelatedFile> items{made(u"one"_s), item(caches + u"gone"_s),
+                                   item(quill.path, appBundle)};
+    const auto refused =
+        remover.remove(quill, items, {}, {}, [&](const QList<CleanupItemResult>& planned) {
+            EXPECT_EQ(planned.size(), 2);
+            EXPECT_TRUE(mac.exists(caches + u"one"_s));
+            return std::expected<void, FileError>(
+                std::unexpected(FileError{FileError::Code::noSpace, u"/record"_s}));
+        });
+    for (const CleanupItemResult& each : refused.items)
+        EXPECT_TRUE(each.failure);
+    EXPECT_TRUE(trash.moved.isEmpty());
+
+    // A plan is enough to bring back from, also when the volumes have other numbers by then.
+    QList<CleanupItemResult> noted;
+    ASSERT_TRUE(remover
+                    .remove(quill, items, {}, {},
+                            [&](const QList<CleanupItemResult>& planned) {
+                                noted = planned;
+                                return std::expected<void, FileError>();
+                            })
+                    .items.first()
+                    .isMoved());
+    for (CleanupItemResult& each : noted)
+        each.item.identity.device += 7;
+    for (const CleanupItemResult& back : remover.restore(noted, {}))
+        EXPECT_FALSE(back.failure) << back.failure->toStdString();
+    EXPECT_TRUE(mac.exists(quill.path + u"/Contents/Info.plist"_s));
+    EXPECT_TRUE(mac.exists(caches + u"one/x"_s));
 }
 
 TEST_F(AppCleanupRemoverTest, WhatHasChangedSinceTheReviewStays) {

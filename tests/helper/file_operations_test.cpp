@@ -81,6 +81,20 @@ TEST_F(FileOperationsTest, MovesToTheTrashAndRestoresWhatItTook) {
     EXPECT_EQ(perform(Kind::restoreFromTrash, back).status, Status::failed); // once
 }
 
+TEST_F(FileOperationsTest, RestoresAfterARestartThatNumberedTheVolumesAnew) {
+    const auto moved = perform(Kind::moveToTrash, item(daemon));
+    ASSERT_EQ(moved.status, Status::moved);
+    const MoveJournal journal(state.path().toUtf8());
+    auto records = journal.read();
+    ASSERT_TRUE(records && records->size() == 1);
+    records->first().identity.device += 7;
+    ASSERT_TRUE(journal.write(*records));
+    EXPECT_EQ(
+        perform(Kind::restoreFromTrash, {.source = *moved.destination, .destination = daemon}).status,
+        Status::moved);
+    EXPECT_EQ(mac.read(daemon), "daemon");
+}
+
 TEST_F(FileOperationsTest, AnExchangedFileInTheTrashDoesNotComeBack) {
     const auto moved = perform(Kind::moveToTrash, item(daemon));
     ASSERT_EQ(moved.status, Status::moved);

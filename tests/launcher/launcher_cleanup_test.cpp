@@ -5,6 +5,7 @@
 #include "support/items.h"
 #include "support/printers.h"
 #include "support/test_machine.h"
+#include "tests/platform/disk_folder.h"
 
 #include <gmock/gmock.h>
 
@@ -232,6 +233,49 @@ TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
     EXPECT_EQ(restore(), u"done");
     EXPECT_EQ(launcher->editor().history().redoStack().size(), 1);
     EXPECT_EQ(launcher->pages(), before);
+}
+
+TEST_F(LauncherCleanupTest, AKilledRemovalIsBroughtBackFromWhatWasWrittenBefore) {
+    // A Finder in whose middle the launcher is killed: what is on the disk then is all that remains.
+    const QString record = folder + u"/removals.json"_s;
+    QByteArray onDisk;
+    mac.tool(u"/usr/bin/osascript"_s, [&](const Command& command, std::stop_token) {
+        onDisk = mac.read(record);
+        if (command.input->contains("Caches")) {
+            mac.makeFolder(u"/Users/ada/.Trash"_s);
+            QDir().rename(mac.hostPath(caches),
+                          mac.hostPath(u"/Users/ada/.Trash/org.example.ash 12.30.00"_s));
+        }
+        return test::exited(1, {}, "execution error: lost (-609)\n");
+    });
+    review();
+    ASSERT_EQ(remove(), u"done");
+    EXPECT_EQ(mac.read(record).count("\"item\""), 1); // the one that went, though it was called failed
+    ASSERT_EQ(onDisk.count("\"item\""), 3);
+    mac.write(record, onDisk);
+    start();
+    EXPECT_EQ(restore(), u"done");
+    QStringList lines;
+    for (const CleanupLogLine& line : cleanup().log())
+        lines.append(line.text);
+    EXPECT_EQ(lines, QStringList{u"org.example.ash: put back."_s}); // the others never left
+    EXPECT_EQ(mac.read(caches + u"/data"_s), "1234");
+    EXPECT_EQ(restore(), u"nothingToRestore");
+}
+
+TEST_F(LauncherCleanupTest, NothingGoesThatCannotBeWrittenDown) {
+    mac.makeFolder(folder);
+    const test::SmallDisk disk(mac.hostPath(folder).toStdString(), "size=16k");
+    if (!disk)
+        GTEST_SKIP() << "This process may not mount.";
+    QFile filler(mac.hostPath(folder + u"/filler"_s));
+    ASSERT_TRUE(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (filler.write(QByteArray(512, 'x')) == 512) {
+    }
+    review();
+    EXPECT_EQ(remove(), u"notRemoved");
+    for (const QString& path : {bundle, preferences, caches})
+        EXPECT_TRUE(mac.exists(path)) << path.toStdString();
 }
 
 TEST_F(LauncherCleanupTest, WhatDidNotComeBackMayBeAskedForAgain) {
