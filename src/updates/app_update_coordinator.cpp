@@ -193,6 +193,15 @@ void AppUpdateCoordinator::updateApps(const QList<AppEntry>& apps) {
 }
 
 void AppUpdateCoordinator::appsInspected(const QList<AppUpdateCandidate>& inspected) {
+    const bool hasNewcomers =
+        _areAppsInspected && std::ranges::any_of(inspected, [this](const AppUpdateCandidate& found) {
+            const AppUpdateCandidate* known = candidate(found.appKey);
+            return !known || known->resolvedPath != found.resolvedPath;
+        });
+    if (hasNewcomers) { // which may be casks
+        _channelWork.reset();
+        _homebrew->forget();
+    }
     _candidates.clear();
     for (const AppUpdateCandidate& candidate : inspected)
         _candidates.insert(candidate.appKey, candidate);
@@ -264,6 +273,13 @@ void AppUpdateCoordinator::recheck(QStringList appKeys, std::function<void(bool)
     if (_recheck) {
         appKeys += *_recheck->request.appKeys;
         appKeys.removeDuplicates();
+        // Who waits for the one before waits for both.
+        if (auto first = std::exchange(_recheck->done, nullptr))
+            done = [first = std::move(first), second = std::move(done)](bool completed) {
+                first(completed);
+                if (second)
+                    second(completed);
+            };
         end(&AppUpdateCoordinator::_recheck, false);
     }
     begin(&AppUpdateCoordinator::_recheck, {.appKeys = appKeys}, std::move(done));
@@ -289,10 +305,13 @@ void AppUpdateCoordinator::schedule() {
     // A full check that runs begins the schedule anew at its end.
     if (!_isStarted || !_settings.enabled || !_areAppsInspected || (_check && _check->isFull()))
         return;
-    if (!_cache.lastCheck)
-        return checkDue();
-    const std::chrono::duration<double> wait =
-        _settings.period() - (_machine.clock.now() - *_cache.lastCheck);
+    const auto left = [&](const std::optional<Instant>& since) {
+        return since ? _settings.period() - (_machine.clock.now() - *since)
+                     : std::chrono::duration<double>::zero();
+    };
+    auto wait = left(_cache.lastCheck);
+    if (!(wait.count() > 0))
+        wait = left(_cancelledAt); // whoever cancels a check does not want it at once again
     if (!(wait.count() > 0))
         return checkDue();
     constexpr std::chrono::duration<double> longest = std::chrono::hours(24 * 365 * 100);
@@ -475,12 +494,19 @@ void AppUpdateCoordinator::end(Slot slot, bool completed) {
         (void)this->check();
     else
         schedule();
+    if (completed && !alive.expired())
+        recheckStale(); // what was brought up to date while it ran
 }
 
-void AppUpdateCoordinator::cancelCheck() { end(&AppUpdateCoordinator::_check, false); }
+void AppUpdateCoordinator::cancelCheck() {
+    if (_check && _check->isFull())
+        _cancelledAt = _machine.clock.now();
+    end(&AppUpdateCoordinator::_check, false);
+}
 
 void AppUpdateCoordinator::switchedOff() {
     _scheduleTask.cancel();
+    _cancelledAt.reset();
     _isCheckDue = false;
     for (const Slot slot : {&AppUpdateCoordinator::_check, &AppUpdateCoordinator::_recheck}) {
         if (!(this->*slot))

@@ -113,7 +113,7 @@ public:
     /// switched off.
     std::expected<void, AppUpdateError> check(const CheckRequest& request = {},
                                               std::function<void(bool completed)> done = {});
-    /// Ends the running check; the results so far stay.
+    /// Ends the running check; the results so far stay. The schedule waits for an interval after it.
     void cancelCheck();
     bool isChecking() const { return _check != nullptr; }
     const AppUpdateProgress& progress() const { return _progress; }
@@ -189,7 +189,8 @@ private:
     AppUpdateProgress _progress;
     bool _isStarted = false;
     bool _areAppsInspected = false;
-    bool _isCheckDue = false; ///< as soon as the running one is over
+    bool _isCheckDue = false;            ///< as soon as the running one is over
+    std::optional<Instant> _cancelledAt; ///< the last full check, if it was
     bool _isPublishWanted = false;
     bool _isUnsaved = false;
     std::vector<std::function<void()>> _waitingForChannels;

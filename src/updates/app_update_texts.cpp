@@ -47,9 +47,7 @@ AppUpdateSourceText sourceText(const std::optional<AppUpdateChannel>& channel,
         return {QStringLiteral("Microsoft AutoUpdate manages updates for this app."), {}, {}};
     if (candidate.hasKeystone)
         return {fromBundle(QLatin1StringView("This app declares a Keystone update endpoint.")), {}, {}};
-    return {QStringLiteral("Version information comes from %1. Open the app or its vendor updater to "
-                           "check for updates.")
-                .arg(candidate.name),
+    return {fromBundle(QLatin1StringView("Open the app or its vendor updater to check for updates.")),
             {},
             {}};
 }

@@ -20,6 +20,9 @@ public:
                                            const QMap<QString, AppUpdateRecord>& records, Depth depth,
                                            std::function<void()> done) override;
     bool isPrepared() const override { return _isPrepared; }
+    /// The brews are to be asked again, for there are applications that they were not asked about; what
+    /// is known of the others stays.
+    void forget() { _isPrepared = false; }
     std::optional<AppUpdateChannel> channel(const AppUpdateCandidate& candidate) const override;
     QString fingerprint(const AppUpdateCandidate& candidate) const override;
     bool accepts(const QString& recordedFingerprint,

@@ -238,6 +238,55 @@ TEST_F(AppUpdateCoordinatorTest, CancellingKeepsWhatIsKnownSoFarAndIsNoFullCheck
     }
 }
 
+TEST_F(AppUpdateCoordinatorTest, ACheckThatWasDueIsNotBegunAgainAtOnceWhenItIsCancelled) {
+    coordinator->start();
+    load();
+    ASSERT_TRUE(coordinator->isChecking());
+    coordinator->cancelCheck();
+    EXPECT_FALSE(coordinator->isChecking());
+    load(); // nor by what else looks at the schedule
+    mac.time.advance(24h - 1s);
+    settle();
+    EXPECT_FALSE(coordinator->isChecking());
+    mac.time.advance(1s);
+    EXPECT_TRUE(coordinator->isChecking());
+}
+
+TEST_F(AppUpdateCoordinatorTest, WhatIsBroughtUpToDateDuringACheckIsCheckedAfterIt) {
+    coordinator->start();
+    load();
+    mac.http.answer(u"feeds"_s, feed("101"));
+    settle();
+    sample::MacBuilder(mac.root.path())
+        .addApplication({.name = u"Feed"_s,
+                         .identifier = u"org.example.feed"_s,
+                         .version = u"2.5"_s,
+                         .build = u"101"_s,
+                         .sparkleFeed = u"https://feeds.test/Feed"_s});
+    load();
+    mac.http.answer(u"lookup"_s, lookup("1.10"));
+    settle();
+    mac.http.answer(u"feeds"_s, feed("101"));
+    settle();
+    EXPECT_EQ(sketch(), u"2.0 1.10 upToDate -"_s);
+}
+
+TEST_F(AppUpdateCoordinatorTest, ACaskThatIsInstalledMeanwhileHasItsChannelAtOnce) {
+    names.removeOne(u"Cask"_s);
+    coordinator->start();
+    load();
+    mac.tool(brewPath, test::exited(0, R"({"casks":[]})"));
+    answerAll();
+    ASSERT_TRUE(coordinator->areChannelsKnown());
+    brew({});
+    names.append(u"Cask"_s);
+    load();
+    coordinator->learnChannels([] {});
+    settle();
+    ASSERT_TRUE(coordinator->channel(key(u"Cask"_s)));
+    EXPECT_EQ(kindOf(*coordinator->channel(key(u"Cask"_s))), AppUpdateChannelKind::homebrewCask);
+}
+
 TEST_F(AppUpdateCoordinatorTest, AFailureKeepsWhatWasKnownBesideIt) {
     load();
     ASSERT_TRUE(coordinator->check());

@@ -92,7 +92,12 @@ TEST(AppUpdateTexts, SayWhatIsThere) {
     EXPECT_TRUE(sourceText(MacAppStoreChannel{1}, word).explanation.contains(u"App Store"));
     EXPECT_EQ(sourceText(std::nullopt, {.path = u"/System/Applications/Maps.app"_s}).label,
               u"Managed by macOS"_s);
-    EXPECT_EQ(sourceText(std::nullopt, {.path = u"/Systematic/Fern.app"_s}).label, QString());
+    EXPECT_EQ(
+        sourceText(std::nullopt, {.name = u"Fern"_s, .path = u"/Systematic/Fern.app"_s}),
+        (AppUpdateSourceText{u"Version information comes from the app bundle. Open the app or its "
+                             "vendor updater to check for updates."_s,
+                             {},
+                             {}}));
 }
 
 } // namespace
