@@ -13,6 +13,7 @@ namespace {
 constexpr qint64 maximumLine = 1 << 20;
 constexpr qsizetype maximumAddress = 100; ///< sun_path holds 104 bytes on a Mac, 108 on Linux
 constexpr int connectTimeout = 2'000;     ///< milliseconds
+const QByteArray stopLine = QByteArrayLiteral("{\"stop\":true}\n");
 
 struct Request {
     QStringList words;
@@ -75,8 +76,16 @@ public:
 
 private:
     void read() {
-        while (_socket && !_isBusy && _socket->canReadLine()) {
-            const auto request = json::decodeDocument<Request>(_socket->readLine(maximumLine + 1));
+        while (_socket && _socket->canReadLine()) {
+            const bool isStop = _socket->peek(stopLine.size()) == stopLine;
+            if (_isBusy && !isStop)
+                return;
+            const QByteArray line = _socket->readLine(maximumLine + 1);
+            if (isStop) {
+                stop();
+                continue;
+            }
+            const auto request = json::decodeDocument<Request>(line);
             if (!request)
                 return _socket->abort();
             carryOut(*request);
@@ -85,11 +94,24 @@ private:
             _socket->abort();
     }
 
+    void send(const QString& key, const QJsonValue& value) {
+        if (_socket)
+            _socket->write(json::writeCompact(QJsonObject{{key, value}}) + '\n');
+    }
+
+    /// What cannot be ended goes on, and nobody waits for it.
+    void stop() {
+        if (const auto call = std::exchange(_whenUnwanted, nullptr))
+            call();
+        else if (_isBusy)
+            send(QStringLiteral("status"), static_cast<int>(ExitStatus::refused));
+    }
+
     void carryOut(const Request& request) {
         _isBusy = true;
         const auto say = [weak = weak_from_this()](const QString& key, const QJsonValue& value) {
-            if (const auto self = weak.lock(); self && self->_socket)
-                self->_socket->write(json::writeCompact(QJsonObject{{key, value}}) + '\n');
+            if (const auto self = weak.lock())
+                self->send(key, value);
         };
         CommandOutput output{
             .out =
@@ -183,10 +205,15 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
                          CommandOutput output) {
     _output = std::move(output);
     _isRunning = true;
-    // The launcher sees that by the connection, which ends with this.
+    // The command says itself how it ended; whoever does not want to wait for that either, just goes.
     _output.whenUnwanted([this] {
-        if (std::exchange(_isRunning, false))
-            std::exchange(_output, {}).finished(static_cast<int>(ExitStatus::done));
+        if (!_isRunning)
+            return;
+        _socket->write(stopLine);
+        _output.whenUnwanted([this] {
+            if (std::exchange(_isRunning, false))
+                std::exchange(_output, {}).finished(static_cast<int>(ExitStatus::refused));
+        });
     });
     const Request request{words,        options.json,      options.oneLine, options.showsProgress,
                           options.mode, options.directory, options.now,     options.locale};

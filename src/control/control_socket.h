@@ -17,8 +17,8 @@ namespace tessellar {
 ///
 /// What passes is one JSON object a line. A request: {"words": […], "options": {…}}; the answers to it:
 /// {"out": text} and {"error": text} as they come, then {"status": number}. A line is at most 1 MiB,
-/// one request is carried out at a time on a connection, and a client that leaves ends what it asked
-/// for.
+/// one request is carried out at a time on a connection, {"stop":true} asks for the end of it, and a
+/// client that leaves ends what it asked for.
 QString controlSocketPath(const Machine& machine);
 
 /// Listens for commands on behalf of the launcher that is running, which holds the lock of its folder.

@@ -124,17 +124,10 @@ public:
         }
         if (!findExecutor())
             return _status;
-        std::optional<Interruption> interruption;
         std::optional<ControlServer> server;
-        if (parsed->needs == CommandNeeds::launcherUntilStopped) {
-            interruption.emplace([this] {
-                if (const auto call = std::exchange(_whenUnwanted, nullptr))
-                    call();
-            });
-            // Others need not wait until it is stopped: this is the launcher that is running.
-            if (_local)
-                (void)server.emplace(_machine, *_local).listen();
-        }
+        // Others need not wait until it is stopped: this is the launcher that is running.
+        if (parsed->needs == CommandNeeds::launcherUntilStopped && _local)
+            (void)server.emplace(_machine, *_local).listen();
         _executor->run(words, _invocation.options, output());
         waitForEnd();
         return close();
@@ -183,6 +176,9 @@ private:
             _isFinished = false;
             _executor->run(*lineWords, options, output());
             status = std::max(status, waitForEnd());
+            _interruption.reset();
+            if (_isInterrupted)
+                break;
         }
         return std::max(status, close());
     }
@@ -257,23 +253,34 @@ private:
 
     CommandOutput output() {
         // One command answers only when what it did is on the disk; a batch is saved at its end.
-        return {
-            .out =
-                [this](const QByteArray& text) {
-                    if (_isBatch || save())
-                        write(stdout, text);
-                },
-            .error =
-                [this](const QByteArray& text) {
-                    _said.append(text);
-                    write(stderr, text);
-                },
-            .finished =
-                [this](int status) {
-                    _status = status;
-                    _isFinished = true;
-                },
-            .whenUnwanted = [this](std::function<void()> call) { _whenUnwanted = std::move(call); }};
+        return {.out =
+                    [this](const QByteArray& text) {
+                        if (_isBatch || save())
+                            write(stdout, text);
+                    },
+                .error =
+                    [this](const QByteArray& text) {
+                        _said.append(text);
+                        write(stderr, text);
+                    },
+                .finished =
+                    [this](int status) {
+                        _status = status;
+                        _isFinished = true;
+                    },
+                .whenUnwanted =
+                    [this](std::function<void()> call) { endWhenInterrupted(std::move(call)); }};
+    }
+
+    /// A command that can end in its own way does so, with what it has started; others end at once.
+    void endWhenInterrupted(std::function<void()> call) {
+        _whenUnwanted = std::move(call);
+        if (!_interruption)
+            _interruption.emplace([this] {
+                _isInterrupted = true;
+                if (const auto end = std::exchange(_whenUnwanted, nullptr))
+                    end();
+            });
     }
 
     int fail(const LauncherError& error, ExitStatus status = ExitStatus::refused) {
@@ -295,6 +302,8 @@ private:
 
     Machine& _machine;
     Invocation _invocation;
+    std::optional<Interruption> _interruption; ///< goes after what is to be ended with care
+    bool _isInterrupted = false;
     std::unique_ptr<CommandExecutor> _executor;
     LocalExecutor* _local = nullptr;
     std::optional<LauncherError> _saveError;

@@ -87,12 +87,25 @@ void answerWithStatuses(const Call& call) {
     call->succeed(document, lines + updates.summary());
 }
 
+/// Calls `answer` once the brews have told, which takes its time; an interruption ends it before.
+void whenChannelsKnown(const Call& call, const std::function<void()>& answer) {
+    const auto isOver = std::make_shared<bool>(false);
+    call->whenUnwanted([call, isOver] {
+        *isOver = true;
+        call->fail({QStringLiteral("cancelled"), QStringLiteral("The command was cancelled."), {}});
+    });
+    call->launcher().updates().whenChannelsKnown([isOver, answer] {
+        if (!*isOver)
+            answer();
+    });
+}
+
 void addStatus(CommandSet& set, CLI::App* group) {
     CLI::App* status = set.add("status", "What the last check found", group);
     auto wanted = std::make_shared<std::string>();
     status->add_option("appkey", *wanted, "One application; without it all that can be checked");
     set.onRun(status, CommandNeeds::launcher, [wanted](const Call& call) {
-        call->launcher().updates().whenChannelsKnown([call, wanted] {
+        whenChannelsKnown(call, [call, wanted] {
             if (wanted->empty())
                 answerWithStatuses(call);
             else if (!refuseUnknown(call, text(wanted)))
@@ -104,7 +117,7 @@ void addStatus(CommandSet& set, CLI::App* group) {
 void addChannels(CommandSet& set, CLI::App* group) {
     set.onRun(set.add("channels", "Where version information of applications comes from", group),
               CommandNeeds::launcher, [](const Call& call) {
-                  call->launcher().updates().whenChannelsKnown([call] {
+                  whenChannelsKnown(call, [call] {
                       const auto channels = call->launcher().updates().channels();
                       QJsonObject object;
                       QString lines;
@@ -170,8 +183,7 @@ void addCheck(CommandSet& set, CLI::App* group) {
         ->check(CLI::IsMember(kinds));
     set.onRun(check, CommandNeeds::launcherUntilStopped, [channel](const Call& call) {
         call->options.oneLine = true;
-        call->whenUnwanted([call] { call->launcher().updates().cancelCheck(); });
-        call->launcher().updates().check(
+        call->whenUnwanted(call->launcher().updates().check(
             json::fromRawValue<AppUpdateChannelKind>(text(channel)),
             {.result = [call](const QString& appKey,
                               const AppUpdateRecord& record) { showResult(call, appKey, record); },
@@ -180,7 +192,7 @@ void addCheck(CommandSet& set, CLI::App* group) {
              .done =
                  [call](const std::expected<bool, LauncherError>& outcome) {
                      endCheck(call, outcome);
-                 }});
+                 }}));
     });
 }
 
@@ -196,14 +208,13 @@ void addRun(CommandSet& set, CLI::App* group) {
         [key = word(run, "appkey", ""), yes](const Call& call) {
             if (refuseUnknown(call, text(key)))
                 return;
-            call->whenUnwanted([call] { call->launcher().updates().cancelRun(); });
             const auto asked = std::make_shared<QString>();
             const auto answer = [yes, asked](const LauncherQuestion& question,
                                              const std::function<void(bool)>& reply) {
                 *asked = QStringLiteral("%1 %2 --yes goes on.").arg(question.title, question.text);
                 reply(*yes);
             };
-            call->launcher().updates().run(
+            call->whenUnwanted(call->launcher().updates().run(
                 text(key), answer,
                 [call, key, asked](const std::expected<QString, LauncherError>& outcome) {
                     if (!outcome)
@@ -220,7 +231,7 @@ void addRun(CommandSet& set, CLI::App* group) {
                     call->succeed(document, record && !outcome->isEmpty()
                                                 ? *outcome + u'\n' + statusText(record)
                                                 : *outcome);
-                });
+                }));
         });
 }
 

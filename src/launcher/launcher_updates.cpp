@@ -17,6 +17,19 @@ static LauncherError launcherError(AppUpdateError error) {
     return {QString::fromLatin1(codes[static_cast<std::size_t>(error)]), message(error), {}};
 }
 
+/// What one caller asked for: told of its end once, whatever ends it.
+struct LauncherUpdates::Wish {
+    enum class Stage { waiting, underWay, verifying, over };
+    Stage stage = Stage::waiting;
+    RunDone done;
+    QString text; ///< what is to be said of an update that has come through
+
+    void end(const std::expected<QString, LauncherError>& outcome) {
+        if (std::exchange(stage, Stage::over) != Stage::over && done)
+            std::exchange(done, nullptr)(outcome);
+    }
+};
+
 LauncherUpdates::LauncherUpdates(LauncherViewModel& launcher)
     : _launcher(launcher)
     , _subscription(launcher.subscribe([this](LauncherChange change) { onChange(change); })) {}
@@ -91,10 +104,12 @@ void LauncherUpdates::loaded(StoredUpdates stored) {
         --_externalUpdaters;
         publish();
     };
-    updates.onUpdateCompleted = [this](const QString&) {
+    updates.onUpdateCompleted = [this](const QString& appKey) {
         _launcher.rescan();
-        if (const auto verified = std::exchange(_verified, nullptr))
-            verified();
+        const auto verified = _verified.values(appKey);
+        _verified.remove(appKey);
+        for (const auto& told : verified)
+            told();
     };
     if (_isScheduleWanted)
         updates.start();
@@ -315,21 +330,36 @@ void LauncherUpdates::checkNow() {
           }});
 }
 
-void LauncherUpdates::check(std::optional<AppUpdateChannelKind> channel, Watcher watcher) {
-    whenKnown([this, channel, watcher = std::move(watcher)] {
-        const auto begun = _coordinator->check({.channel = channel}, [this](bool completed) {
+std::function<void()> LauncherUpdates::check(std::optional<AppUpdateChannelKind> channel,
+                                             Watcher watcher) {
+    using Stage = Wish::Stage;
+    const auto stage = std::make_shared<Stage>(Stage::waiting);
+    const auto told = std::make_shared<Watcher>(std::move(watcher));
+    whenKnown([this, channel, stage, told] {
+        if (*stage == Stage::over)
+            return;
+        const auto begun = _coordinator->check({.channel = channel}, [this, stage](bool completed) {
+            *stage = Stage::over;
             if (const auto done = std::exchange(_watcher, {}).done)
                 done(completed);
         });
+        *stage = begun ? Stage::underWay : Stage::over;
         if (!begun) {
-            if (watcher.done)
-                watcher.done(std::unexpected(launcherError(begun.error())));
+            if (told->done)
+                told->done(std::unexpected(launcherError(begun.error())));
             return;
         }
-        _watcher = watcher;
-        if (watcher.progress)
-            watcher.progress();
+        _watcher = *told;
+        if (told->progress)
+            told->progress();
     });
+    return [this, stage, waiting = std::weak_ptr(told)] {
+        if (*stage == Stage::underWay)
+            return cancelCheck();
+        const auto left = waiting.lock();
+        if (std::exchange(*stage, Stage::over) == Stage::waiting && left && left->done)
+            left->done(false);
+    };
 }
 
 void LauncherUpdates::cancelCheck() {
@@ -354,49 +384,65 @@ void LauncherUpdates::run(const QString& appKey) {
     });
 }
 
-void LauncherUpdates::run(const QString& appKey, Asker asker, RunDone done) {
-    whenChannelsKnown([this, appKey, asker = std::move(asker), done = std::move(done)] {
-        runKnown(appKey, asker, done);
+std::function<void()> LauncherUpdates::run(const QString& appKey, Asker asker, RunDone done) {
+    using Stage = Wish::Stage;
+    const auto wish = std::make_shared<Wish>(Wish{.done = std::move(done)});
+    whenChannelsKnown([this, wish, appKey, asker = std::move(asker)] {
+        if (wish->stage == Stage::waiting)
+            runKnown(wish, appKey, asker);
     });
+    return [this, waiting = std::weak_ptr(wish)] {
+        const auto ended = waiting.lock();
+        if (!ended)
+            return;
+        if (ended->stage == Stage::underWay)
+            _coordinator->cancelAction();
+        else if (ended->stage == Stage::verifying)
+            ended->end(ended->text);
+        else
+            ended->end(std::unexpected(
+                LauncherError{QStringLiteral("cancelled"),
+                              message({.outcome = AppUpdateCommandResult::Outcome::cancelled}),
+                              {}}));
+    };
 }
 
-void LauncherUpdates::runKnown(const QString& appKey, const Asker& asker, const RunDone& done) {
+void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QString& appKey,
+                               const Asker& asker) {
     if (!_coordinator->candidate(appKey))
-        return done(std::unexpected(LauncherError{
+        return wish->end(std::unexpected(LauncherError{
             QStringLiteral("unknownApplication"),
             QStringLiteral("No installed application is known by “%1”.").arg(appKey.left(200)),
             {}}));
     if (_coordinator->activeUpdateAppKey())
-        return done(std::unexpected(
+        return wish->end(std::unexpected(
             LauncherError{QStringLiteral("updateInProgress"), update_texts::alreadyRunning, {}}));
     _asker = asker;
-    _coordinator->runAction(appKey, [this, appKey, done](std::optional<AppUpdateActionState> state) {
-        runEnded(appKey, state, done);
+    wish->stage = Wish::Stage::underWay;
+    _coordinator->runAction(appKey, [this, appKey, wish](std::optional<AppUpdateActionState> state) {
+        runEnded(wish, appKey, state);
     });
 }
 
-void LauncherUpdates::runEnded(const QString& appKey, const std::optional<AppUpdateActionState>& state,
-                               const RunDone& done) {
+void LauncherUpdates::runEnded(const std::shared_ptr<Wish>& wish, const QString& appKey,
+                               const std::optional<AppUpdateActionState>& state) {
     if (!state)
-        return done(std::unexpected(LauncherError{QStringLiteral("declined"), {}, {}}));
+        return wish->end(std::unexpected(LauncherError{QStringLiteral("declined"), {}, {}}));
     if (state->kind == AppUpdateActionState::Kind::failed) {
         const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
-        return done(std::unexpected(LauncherError{
+        return wish->end(std::unexpected(LauncherError{
             QStringLiteral("updateFailed"), state->message,
             QStringLiteral("Could not update “%1”").arg(installed ? installed->name : appKey)}));
     }
     if (state->message.isEmpty()) { // opened: the rest is the user's
         // Not before: with its window the launcher may go, and what it was to open would stay closed.
         _launcher.changed(LauncherChange::launched);
-        return done(QString());
+        return wish->end(QString());
     }
     _launcher.showNotice(state->message);
-    _verified = [done, text = state->message] { done(text); };
-}
-
-void LauncherUpdates::cancelRun() {
-    if (_coordinator)
-        _coordinator->cancelAction();
+    wish->text = state->message;
+    wish->stage = Wish::Stage::verifying;
+    _verified.insert(appKey, [wish] { wish->end(wish->text); });
 }
 
 LauncherUpdates::Outcome LauncherUpdates::flush() {

@@ -4,6 +4,8 @@
 #include "updates/app_update_coordinator.h"
 #include "updates/app_update_texts.h"
 
+#include <QMultiHash>
+
 #include <functional>
 #include <memory>
 #include <vector>
@@ -96,7 +98,9 @@ public:
     };
     /// "Check My Installed Apps for Updates": one that runs goes on.
     void checkNow();
-    void check(std::optional<AppUpdateChannelKind> channel, Watcher watcher);
+    /// The returned call ends this check, also one that still waits to begin, and no other; it may come
+    /// too late, or never, but not after this object is gone.
+    std::function<void()> check(std::optional<AppUpdateChannelKind> channel, Watcher watcher);
     void cancelCheck();
     bool isChecking() const;
     AppUpdateProgress progress() const;
@@ -105,11 +109,10 @@ public:
     /// Runs the application's update as the window does: asks the user, and says how it went.
     void run(const QString& appKey);
     /// Asks through `asker`. `done` is called with what is to be said when it has ended and the
-    /// application was checked again; a refusal of the user is "declined".
-    void run(const QString& appKey, Asker asker,
-             std::function<void(std::expected<QString, LauncherError>)> done);
-    /// Ends the update that runs.
-    void cancelRun();
+    /// application was checked again; a refusal of the user is "declined". The returned call ends this
+    /// update as that of `check` does; where it has come through, it is not waited for any further.
+    std::function<void()> run(const QString& appKey, Asker asker,
+                              std::function<void(std::expected<QString, LauncherError>)> done);
 
     /// Saves at once what is unsaved.
     Outcome flush();
@@ -122,6 +125,7 @@ public:
 
 private:
     using RunDone = std::function<void(std::expected<QString, LauncherError>)>;
+    struct Wish;
 
     void onChange(LauncherChange change);
     void want();
@@ -130,9 +134,9 @@ private:
     bool areSmartFoldersInterested() const;
     void feedSmartFolders();
     void publish();
-    void runKnown(const QString& appKey, const Asker& asker, const RunDone& done);
-    void runEnded(const QString& appKey, const std::optional<AppUpdateActionState>& state,
-                  const RunDone& done);
+    void runKnown(const std::shared_ptr<Wish>& wish, const QString& appKey, const Asker& asker);
+    void runEnded(const std::shared_ptr<Wish>& wish, const QString& appKey,
+                  const std::optional<AppUpdateActionState>& state);
 
     LauncherViewModel& _launcher;
     bool _isWanted = false;
@@ -141,9 +145,10 @@ private:
     bool _isKnown = false;
     int _externalUpdaters = 0;
     std::vector<std::function<void()>> _waiting;
-    Watcher _watcher;                ///< of the check that runs
-    Asker _asker;                    ///< of the update that is asked for
-    std::function<void()> _verified; ///< once the application that was updated is checked again
+    Watcher _watcher; ///< of the check that runs
+    Asker _asker;     ///< of the update that is asked for
+    /// By app key, what waits until an application that was updated is checked again.
+    QMultiHash<QString, std::function<void()>> _verified;
     bool _isPublishWanted = false;
     Timer _publishTimer;
     Task _loading;

@@ -54,8 +54,12 @@ Interruption::Interruption(std::function<void()> interrupted) : _state(std::make
     struct sigaction action = {};
     action.sa_handler = tell;
     action.sa_flags = SA_RESTART;
-    for (std::size_t i = 0; i < endingSignals.size(); ++i)
+    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
         ::sigaction(endingSignals[i], &action, &_state->before[i]);
+        // Whoever started the program to outlive the terminal means it.
+        if (endingSignals[i] == SIGHUP && _state->before[i].sa_handler == SIG_IGN)
+            ::sigaction(SIGHUP, &_state->before[i], nullptr);
+    }
 }
 
 Interruption::~Interruption() {

@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <csignal>
+
 namespace tessellar {
 namespace {
 
@@ -257,6 +259,42 @@ TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
     while (launcher.updates().isChecking())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     process.waitForFinished();
+
+    // Who asks for the end of it hears of that.
+    process.start(QStringLiteral(TESSELLARCTL),
+                  {u"--root"_qs, root.path(), u"updates"_qs, u"check"_qs});
+    while (!launcher.updates().isChecking())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
+    while (process.state() != QProcess::NotRunning)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_EQ(process.readAllStandardError(), "The check was cancelled.\n");
+    EXPECT_FALSE(launcher.updates().isChecking());
+}
+
+TEST_F(TessellarctlUpdatesTest, AnInterruptionLeavesNoToolBehindAndBeginsNone) {
+    builder.addExecutable(u"/opt/homebrew/bin/brew"_qs,
+                          "#!/bin/sh\ncd \"$(dirname \"$0\")\"\necho $$ >pid.new\nmv pid.new pid\n"
+                          "[ $1 = upgrade ] && touch upgraded\nexec sleep 60\n");
+    const QString folder = root.path() + u"/opt/homebrew/bin/"_qs;
+    for (const QStringList& words :
+         {QStringList{u"status"_qs}, {u"run"_qs, u"org.example.ash"_qs, u"--yes"_qs}}) {
+        QFile::remove(folder + u"pid"_qs);
+        QProcess process;
+        process.start(QStringLiteral(TESSELLARCTL),
+                      QStringList{u"--root"_qs, root.path(), u"updates"_qs} + words);
+        QFile pid(folder + u"pid"_qs);
+        while (!pid.exists() && process.state() != QProcess::NotRunning)
+            process.waitForReadyRead(10);
+        ASSERT_TRUE(pid.open(QFile::ReadOnly));
+        ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
+        ASSERT_TRUE(process.waitForFinished(20'000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 1);
+        EXPECT_NE(::kill(pid.readAll().trimmed().toInt(), 0), 0);
+        EXPECT_FALSE(QFile::exists(folder + u"upgraded"_qs));
+    }
 }
 
 } // namespace

@@ -252,5 +252,61 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     EXPECT_EQ(went, 1);
 }
 
+TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
+    start();
+    QStringList ends;
+    const auto told = [&](const auto& outcome) {
+        ends.append(outcome ? u"done"_s : outcome.error().code);
+    };
+    const auto accept = [](const LauncherQuestion&, const auto& answer) { answer(true); };
+    const auto hasRun = [&](const QByteArray& word) {
+        return std::ranges::any_of(mac.commands.commands(), [&](const Command& command) {
+            return command.arguments.value(0) == word;
+        });
+    };
+    // While the bundles are read, and while the brew is asked for its casks.
+    updates().check({}, {.done = [&](const std::expected<bool, LauncherError>& completed) {
+                        EXPECT_EQ(completed, false);
+                        ends.append(u"check"_s);
+                    }})();
+    updates().run(cask, accept, told)();
+    EXPECT_EQ(ends, (QStringList{u"check"_s, u"cancelled"_s}));
+    settle();
+    EXPECT_TRUE(hasRun("info"));
+    EXPECT_FALSE(hasRun("outdated") || hasRun("upgrade"));
+
+    // Nobody ends the update of another; one that has come through need not be looked at.
+    const auto end = updates().run(cask, accept, told);
+    updates().run(feed, accept, told)();
+    EXPECT_EQ(ends.takeLast(), u"updateInProgress");
+    EXPECT_EQ(updates().activeAppKey(), cask);
+    updates().waitForTools();
+    mac.mailbox.drain();
+    ASSERT_TRUE(hasRun("upgrade"));
+    EXPECT_EQ(ends.size(), 2);
+    end();
+    EXPECT_EQ(ends.last(), u"done");
+    settle();
+    EXPECT_EQ(ends.size(), 3);
+}
+
+TEST_F(LauncherUpdatesTest, EverybodyHearsOfTheUpdateThatWasAskedFor) {
+    start().whenChannelsKnown([] {});
+    settle();
+    QStringList verified;
+    const auto ask = [&](const QString& key) {
+        updates().run(
+            key, [](const LauncherQuestion&, const auto& answer) { answer(true); },
+            [&, key](const auto& outcome) { verified.append(outcome ? key : u"failed"_s); });
+        updates().waitForTools();
+        mac.mailbox.drain();
+    };
+    ask(cask);
+    ask(cask);
+    EXPECT_EQ(verified, QStringList());
+    settle();
+    EXPECT_EQ(verified, (QStringList{cask, cask}));
+}
+
 } // namespace
 } // namespace tessellar
