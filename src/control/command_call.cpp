@@ -6,23 +6,28 @@ void CommandCall::write(const QJsonValue& json) {
     _output.out(options.oneLine ? json::writeCompact(json) + '\n' : json::write(json));
 }
 
+/// Names and versions come from outside: no control character of theirs reaches the terminal.
+static QString printable(QString text, const QString& kept = {}) {
+    for (QChar& character : text)
+        if (character.category() == QChar::Other_Control && !kept.contains(character))
+            character = u' ';
+    return text;
+}
+
 void CommandCall::print(const QJsonValue& json, const QString& text) {
     if (options.json)
-        write(json);
-    else if (!text.isEmpty())
-        _output.out(text.endsWith(u'\n') ? text.toUtf8() : text.toUtf8() + '\n');
+        return write(json);
+    if (text.isEmpty())
+        return;
+    const QByteArray shown = printable(text, QStringLiteral("\n\t")).toUtf8();
+    _output.out(shown.endsWith('\n') ? shown : shown + '\n');
 }
 
 void CommandCall::showProgress(const QString& line) {
     constexpr qsizetype width = 78;
     if (!options.showsProgress || line == std::exchange(_progress, line))
         return;
-    // Names come from outside: no control character of theirs reaches the terminal.
-    QString shown = line.left(width);
-    for (QChar& character : shown)
-        if (!character.isPrint() && !character.isSurrogate())
-            character = u' ';
-    _output.error("\r\x1b[K" + shown.toUtf8());
+    _output.error("\r\x1b[K" + printable(line.left(width)).toUtf8());
 }
 
 void CommandCall::succeed(const QJsonValue& json, const QString& text) {
