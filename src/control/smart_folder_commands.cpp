@@ -39,7 +39,8 @@ std::optional<SmartFolderDefinition> definitionFrom(const Call& call, const Word
     return *std::move(definition);
 }
 
-/// The smart folder that a word names: by its identifier, or by its name where only one is called so.
+/// The smart folder that a word names, by its identifier or its name; a name that several have names
+/// none.
 const SmartFolderDefinition* definitionOf(const Call& call, const Word& word) {
     const SmartFolderLibrary& library = call->launcher().smartFolders();
     if (const auto id = json::decode<QUuid>(text(word)))
@@ -55,13 +56,19 @@ const SmartFolderDefinition* definitionOf(const Call& call, const Word& word) {
     }
     if (count == 1)
         return named;
-    if (const auto& failure = library.failure()) {
+    const QString shown = text(word).left(200);
+    if (const auto& failure = library.failure())
         call->fail(*failure);
-        return nullptr;
-    }
-    call->fail({QStringLiteral("noSuchSmartFolder"),
-                QStringLiteral("There is no Smart Folder “%1”.").arg(text(word).left(200)),
-                {}});
+    else if (count > 1)
+        call->fail({QStringLiteral("ambiguousName"),
+                    QStringLiteral("%1 Smart Folders are called “%2”: name one by its identifier.")
+                        .arg(count)
+                        .arg(shown),
+                    {}});
+    else
+        call->fail({QStringLiteral("noSuchSmartFolder"),
+                    QStringLiteral("There is no Smart Folder “%1”.").arg(shown),
+                    {}});
     return nullptr;
 }
 
