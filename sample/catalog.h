@@ -39,7 +39,7 @@ struct CatalogEntry {
 };
 
 std::span<const Vendor> vendors();
-/// About 120 applications, of every kind.
+/// About 130 applications, of every kind.
 std::span<const CatalogEntry> catalog();
 
 } // namespace tessellar::sample

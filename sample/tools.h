@@ -14,11 +14,10 @@ namespace tessellar::sample {
 ///
 /// In /usr/bin: codesign, getconf, lipo, mdls, open, osascript; in /bin: ps. What they answer of an
 /// application comes with `addApplication`. In the tools' folder:
-///   opened.log, quit.log  what was opened and which applications were asked to quit, a call a line,
-///   its
-///                         arguments divided by tabs
-///   running               what ps lists: lines of an identifier, a tab, the path of an executable, and,
-///                         where the application does not quit when it is asked, a tab and a word
+///   opened.log, quit.log  what was opened and which applications were asked to quit, a call a line
+///                         with its arguments divided by tabs
+///   running               what ps lists: lines of an identifier, a tab, the path of an executable
+///                         and, where the application does not quit when it is asked, a tab and a word
 ///   finder/error          if there: osascript says this on standard error and exits with 1
 ///   finder/refused        lines of an error number, a tab and a path: what the Finder will not trash
 void addTools(MacBuilder& mac);

@@ -61,9 +61,9 @@ struct LauncherNotice {
 /// Start-up, each step after the one before:
 /// 1. both working layouts are loaded;
 /// 2. the application folders are scanned on a worker;
-/// 3. each mode's layout is merged with the scan, or the default one is built where there is no file,
-/// and
-///    saved at once unless its mode is blocked;
+/// 3. each mode's layout is merged with the scan, or the default one is built where there is no
+///    file; what comes of it is saved at once, unless the mode is blocked because its file cannot
+///    be read;
 /// 4. the layout counts as bootstrapped, and edits pass the guard.
 class LauncherViewModel {
 public:

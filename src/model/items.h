@@ -23,7 +23,7 @@ using Pages = QList<Page>;
 /// Where an entry came from. The first three are the kinds of place in which a scan finds bundles.
 enum class AppSource { system, local, user, legacyImport };
 
-/// How an application came onto the disk; derived from the bundle when needed, see install_kind.h.
+/// How an application came onto the disk; derived from the bundle when needed, see app_state.h.
 enum class AppInstallKind { manual, appStore };
 
 /// Marks an alias tile: a second tile for an application that has its own.
