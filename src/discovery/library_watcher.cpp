@@ -124,10 +124,10 @@ void LibraryWatcher::checkApplications() {
 
 void LibraryWatcher::recheckLater() {
     _recheck.cancel();
-    if (_incomplete.isEmpty() || _recheckDelay > longestRecheck)
+    if (_incomplete.isEmpty())
         return;
     _recheck = _machine.scheduler.after(_recheckDelay, [this] {
-        _recheckDelay *= 2;
+        _recheckDelay = std::min(2 * _recheckDelay, longestRecheck);
         recheckIncomplete();
     });
 }

@@ -16,8 +16,9 @@ namespace tessellar {
 /// unless
 ///   it comes back: an updater that takes the old bundle away before it puts the new one in its place
 ///   does not cost the tile its place.
-/// - An incomplete bundle is looked at when something in it changes, and after 1, 2, 4, ... 64 seconds;
-///   when it is ready, another one or gone, a scan is asked for.
+/// - An incomplete bundle is looked at when something in it changes, and after 1, 2, 4, ... seconds,
+///   in the end every hour: what is written into a file, or comes deep inside, no watched folder tells
+///   of. When it is ready, another one or gone, a scan is asked for.
 ///
 /// Main thread only; looks at disks on workers.
 class LibraryWatcher {
@@ -31,7 +32,7 @@ public:
     static constexpr std::chrono::milliseconds quietTime{500};
     static constexpr std::chrono::milliseconds longestWait{5'000};
     static constexpr std::chrono::milliseconds shortestRecheck{1'000};
-    static constexpr std::chrono::milliseconds longestRecheck{64'000};
+    static constexpr std::chrono::milliseconds longestRecheck{3'600'000};
     static constexpr std::chrono::milliseconds checkInterval{100};
 
     LibraryWatcher(Machine& machine, Callbacks callbacks,
