@@ -155,7 +155,12 @@ ConfinedFiles::ConfinedFiles(const QByteArray& hostRoot)
 
 std::expected<Descriptor, QString> ConfinedFiles::folder(const QByteArray& relativePath,
                                                          std::optional<std::uint32_t> owner) const {
-    auto opened = openBelow(_root.get(), relativePath, forFolder, false);
+    // On a Mac "/Library" and "/Users" lie on another volume than the root does.
+    const qsizetype slash = relativePath.indexOf('/');
+    const QByteArray first = slash < 0 ? relativePath : relativePath.first(slash);
+    auto opened = openBelow(_root.get(), first, forFolder, true);
+    if (opened && slash >= 0)
+        opened = openBelow(opened->get(), relativePath.sliced(slash + 1), forFolder, false);
     if (!opened)
         return failed(opened.error());
     struct stat status {};

@@ -27,8 +27,8 @@ struct HeldItem {
     TakenItem taken;
 };
 
-/// Files by descriptors from the root alone: no link is followed, no mount crossed, and nothing that
-/// anyone swaps meanwhile leads anywhere else. Errors are sentences.
+/// Files by descriptors from the root alone: no link is followed, no mount crossed below the folders of
+/// the root, and nothing that anyone swaps meanwhile leads anywhere else. Errors are sentences.
 class ConfinedFiles {
 public:
     explicit ConfinedFiles(const QByteArray& hostRoot);

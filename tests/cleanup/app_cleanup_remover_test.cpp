@@ -195,6 +195,8 @@ TEST_F(AppCleanupRemoverTest, WhatHasChangedSinceTheReviewStays) {
     QDir().rename(mac.hostPath(caches + u"vendor"_s), mac.hostPath(u"/keep/vendor"_s));
     mac.link(caches + u"vendor"_s, u"/keep/vendor"_s);
     EXPECT_EQ(failureOf(below), changed);
+    mac.write(u"/keep/vendor/product/y"_s, "y");
+    EXPECT_EQ(failureOf(item(caches + u"vendor/product/y"_s)), changed);
 
     const RelatedFile gone = made(u"gone"_s);
     mac.remove(caches + u"gone"_s);

@@ -151,6 +151,17 @@ TEST_F(FileOperationsTest, RefusesATrashOfSomeoneElseAndAJournalThatItCannotRead
     EXPECT_EQ(mac.read(daemon), "daemon");
 }
 
+TEST_F(FileOperationsTest, TheLibraryMayLieOnAnotherVolumeThanTheRoot) {
+    mac.remove(u"/Library"_s);
+    mac.makeFolder(u"/Library"_s);
+    const test::SmallDisk disk(mac.hostPath(u"/Library"_s).toStdString(), "size=64k");
+    if (!disk)
+        GTEST_SKIP() << "This process may not mount.";
+    mac.write(daemon, "daemon");
+    EXPECT_EQ(perform(Kind::remove, item(daemon)).status, Status::removed);
+    EXPECT_FALSE(mac.exists(daemon));
+}
+
 TEST_F(FileOperationsTest, LeavesFoldersInWhichAVolumeIsMounted) {
     const QString tree = u"/Library/Application Support/Acme"_s;
     mac.write(tree + u"/first"_s, "x");
