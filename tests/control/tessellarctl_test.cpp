@@ -234,6 +234,16 @@ TEST_F(TessellarctlUpdatesTest, ACheckSaysWhatItFindsAndARunBringsIt) {
     EXPECT_EQ(run({u"updates"_qs, u"check"_qs}).code(), u"updatesDisabled");
 }
 
+TEST_F(TessellarctlUpdatesTest, VersionsGiveTheTerminalNoOrders) {
+    builder.addExecutable(
+        u"/opt/homebrew/bin/brew"_qs,
+        "#!/bin/sh\nprintf '%s' '{\"casks\":[{\"token\":\"ash\",\"version\":\"2\",\"artifacts\":"
+        "[{\"app\":[\"Ash.app\"]}],\"name\":\"ash\",\"current_version\":\"2\\u001b[31m\"}]}'\n");
+    const QStringList check{u"updates"_qs, u"check"_qs};
+    EXPECT_EQ(run(check, {}, false).out, "Ash  Update available: 1.0 → 2 [31m\n1 update available.\n");
+    EXPECT_TRUE(run(check).out.contains("2\\u001b[31m"));
+}
+
 TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
     builder.addExecutable(u"/opt/homebrew/bin/brew"_qs, "#!/bin/sh\nexec sleep 60\n");
     auto host = HostMachine::make({.root = root.path(), .home = {}, .locale = {}, .now = {}});
