@@ -2,8 +2,17 @@
 
 namespace tessellar {
 
-void CommandCall::write(const QJsonValue& json) {
-    _output.out(options.oneLine ? json::writeCompact(json) + '\n' : json::write(json));
+QByteArray document(const QJsonValue& json, const CommandOptions& options) {
+    return options.oneLine ? json::writeCompact(json) + '\n' : json::write(json);
+}
+
+void sayError(const LauncherError& error, const CommandOptions& options, const CommandOutput& output) {
+    if (options.json)
+        output.out(document(QJsonObject{{QStringLiteral("error"),
+                                         QJsonObject{{QStringLiteral("code"), error.code},
+                                                     {QStringLiteral("message"), error.message}}}},
+                            options));
+    output.error(error.message.toUtf8() + '\n');
 }
 
 /// Names and versions come from outside: no control character of theirs reaches the terminal.
@@ -16,7 +25,7 @@ static QString printable(QString text, const QString& kept = {}) {
 
 void CommandCall::print(const QJsonValue& json, const QString& text) {
     if (options.json)
-        return write(json);
+        return _output.out(document(json, options));
     if (text.isEmpty())
         return;
     const QByteArray shown = printable(text, QStringLiteral("\n\t")).toUtf8();
@@ -43,11 +52,7 @@ void CommandCall::answer(const LauncherViewModel::Outcome& outcome, const QStrin
 }
 
 void CommandCall::fail(const LauncherError& error, ExitStatus status) {
-    if (options.json)
-        write(QJsonObject{
-            {QStringLiteral("error"), QJsonObject{{QStringLiteral("code"), error.code},
-                                                  {QStringLiteral("message"), error.message}}}});
-    _output.error(error.message.toUtf8() + '\n');
+    sayError(error, options, _output);
     finish(status);
 }
 

@@ -15,9 +15,8 @@ struct CommandOutput {
     std::function<void(const QByteArray&)> out;
     std::function<void(const QByteArray&)> error;
     std::function<void(int status)> finished; ///< once, last
-    /// False once nobody hears any more: a command that would go on until it is stopped ends then.
-    std::function<bool()> isWanted = [] { return true; };
-    /// Takes what is to be called when that is so.
+    /// Takes what is to be called once nobody hears any more: a command that would go on until it is
+    /// stopped ends then.
     std::function<void(std::function<void()>)> whenUnwanted = [](const auto&) {};
 };
 
@@ -33,6 +32,12 @@ struct CommandOptions {
 };
 
 enum class ExitStatus { done = 0, refused = 1, wrongUsage = 2 };
+
+/// A document as --json has it printed.
+QByteArray document(const QJsonValue& json, const CommandOptions& options);
+/// Says why a command came to nothing: its sentence on standard error, with --json also the document
+/// that stands for an answer.
+void sayError(const LauncherError& error, const CommandOptions& options, const CommandOutput& output);
 
 /// One command while it runs: what it may use, and how it says what came of it. Commands that wait for
 /// something keep it (it is shared) and answer later.
@@ -63,7 +68,6 @@ public:
     /// Ends the command after what it printed.
     void finish(ExitStatus status);
 
-    bool isWanted() const { return _output.isWanted(); }
     /// Calls back once nobody hears any more, so that waiting for it costs nothing.
     void whenUnwanted(std::function<void()> call) { _output.whenUnwanted(std::move(call)); }
 
@@ -71,8 +75,6 @@ public:
     std::vector<std::shared_ptr<void>> held;
 
 private:
-    void write(const QJsonValue& json);
-
     LauncherViewModel* _launcher;
     CommandOutput _output;
     QString _progress;

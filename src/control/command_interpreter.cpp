@@ -4,20 +4,13 @@ namespace tessellar {
 
 void CommandInterpreter::refuse(const CommandSet::Failure& failure, const CommandOptions& options,
                                 const CommandOutput& output) {
-    const QByteArray text = failure.text.trimmed().toUtf8() + '\n';
-    if (failure.status == ExitStatus::done) {
-        output.out(text);
-    } else {
-        if (options.json) {
-            const bool isUsage = failure.status == ExitStatus::wrongUsage;
-            const QJsonObject error{{QStringLiteral("code"), isUsage ? QStringLiteral("wrongUsage")
-                                                                     : QStringLiteral("noMachine")},
-                                    {QStringLiteral("message"), failure.text.trimmed()}};
-            const QJsonObject document{{QStringLiteral("error"), error}};
-            output.out(options.oneLine ? json::writeCompact(document) + '\n' : json::write(document));
-        }
-        output.error(text);
-    }
+    const QString text = failure.text.trimmed();
+    const QString code = failure.status == ExitStatus::wrongUsage ? QStringLiteral("wrongUsage")
+                                                                  : QStringLiteral("noMachine");
+    if (failure.status == ExitStatus::done)
+        output.out(text.toUtf8() + '\n');
+    else
+        sayError({code, text, {}}, options, output);
     output.finished(static_cast<int>(failure.status));
 }
 

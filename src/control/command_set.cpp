@@ -51,20 +51,37 @@ void CommandSet::onRun(CLI::App* command, CommandNeeds needs, Run run) {
     command->callback([this, needs, run = std::move(run)] { _parsed = Parsed{needs, run}; });
 }
 
-std::expected<CommandSet::Parsed, CommandSet::Failure> CommandSet::parse(const QStringList& words) {
+static const CLI::App* commandNamed(const CLI::App& parent, const QString& name) {
+    const auto found = parent.get_subcommands([wanted = name.toStdString()](const CLI::App* command) {
+        return command->get_name() == wanted;
+    });
+    return found.empty() ? nullptr : found.front();
+}
+
+std::optional<QString> CommandSet::nameFailure(const QStringList& words) const {
     if (words.isEmpty())
-        return std::unexpected(Failure{
-            ExitStatus::wrongUsage, QStringLiteral("Name a command; tessellarctl --help lists them.")});
-    if (!words.first().startsWith(u'-') &&
-        _parser
-            .get_subcommands([name = words.first().toStdString()](const CLI::App* command) {
-                return command->get_name() == name;
-            })
-            .empty())
-        return std::unexpected(
-            Failure{ExitStatus::wrongUsage,
-                    QStringLiteral("There is no command “%1”; tessellarctl --help lists them.")
-                        .arg(words.first().left(80))});
+        return QStringLiteral("Name a command; tessellarctl --help lists them.");
+    const QString& name = words.first();
+    if (name.startsWith(u'-'))
+        return std::nullopt;
+    const CLI::App* command = commandNamed(_parser, name);
+    if (!command)
+        return QStringLiteral("There is no command “%1”; tessellarctl --help lists them.")
+            .arg(name.left(80));
+    const QString next = words.value(1);
+    if (command->get_require_subcommand_min() == 0 || commandNamed(*command, next) ||
+        next == u"--help" || next == u"-h")
+        return std::nullopt;
+    QStringList names;
+    for (const CLI::App* one : command->get_subcommands({}))
+        names.append(QString::fromStdString(one->get_name()));
+    return QStringLiteral("“%1” takes one of these words: %2.")
+        .arg(name, names.join(QStringLiteral(", ")));
+}
+
+std::expected<CommandSet::Parsed, CommandSet::Failure> CommandSet::parse(const QStringList& words) {
+    if (const auto failure = nameFailure(words))
+        return std::unexpected(Failure{ExitStatus::wrongUsage, *failure});
     std::vector<std::string> reversed; // as CLI11 takes them
     for (auto it = words.rbegin(); it != words.rend(); ++it)
         reversed.push_back(it->toStdString());

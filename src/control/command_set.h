@@ -8,6 +8,12 @@
 
 namespace tessellar {
 
+// Commands share what they run with, and the words that CLI11 reads for them.
+using Call = std::shared_ptr<CommandCall>;
+using Word = std::shared_ptr<std::string>;
+using Words = std::shared_ptr<std::vector<std::string>>;
+using Flag = std::shared_ptr<bool>;
+
 /// What a command needs of the launcher to run.
 enum class CommandNeeds {
     machine,              ///< files and settings alone
@@ -19,7 +25,7 @@ enum class CommandNeeds {
 /// one command: CLI11 keeps what it read in the variables that its options are bound to.
 class CommandSet {
 public:
-    using Run = std::function<void(const std::shared_ptr<CommandCall>&)>;
+    using Run = std::function<void(const Call&)>;
 
     CommandSet();
 
@@ -43,6 +49,9 @@ public:
     QString help() const { return QString::fromStdString(_parser.help()); }
 
 private:
+    /// Why the first words name no command, where they do not.
+    std::optional<QString> nameFailure(const QStringList& words) const;
+
     CLI::App _parser;
     std::optional<Parsed> _parsed;
 };
@@ -59,27 +68,37 @@ void addCleanupCommands(CommandSet& set);
 /// A value as people read it: texts bare, all else as JSON.
 QString valueText(const QJsonValue& value);
 
-/// A place for a word that CLI11 reads, kept by the commands that capture it.
-inline std::shared_ptr<std::string> word(CLI::App* command, const std::string& name,
-                                         const std::string& description) {
+/// What the help says of the word `appkey`.
+inline constexpr auto appKeyHelp =
+    "The application's bundle identifier, or the path of one of several copies";
+
+/// An optional word or option; empty when it was not given.
+inline Word optionalWord(CLI::App* command, const std::string& name, const std::string& description) {
+    auto value = std::make_shared<std::string>();
+    command->add_option(name, *value, description);
+    return value;
+}
+/// A word that must be given.
+inline Word word(CLI::App* command, const std::string& name, const std::string& description) {
     auto value = std::make_shared<std::string>();
     command->add_option(name, *value, description)->required();
     return value;
 }
 /// An option that must be given.
-inline std::shared_ptr<std::string> requiredOption(CLI::App* command, const std::string& name,
-                                                   const std::string& description) {
+inline Word requiredOption(CLI::App* command, const std::string& name, const std::string& description) {
     return word(command, name, description);
 }
-/// The same for several words.
-inline std::shared_ptr<std::vector<std::string>> words(CLI::App* command, const std::string& name,
-                                                       const std::string& description) {
+/// One word or several.
+inline Words words(CLI::App* command, const std::string& name, const std::string& description) {
     auto value = std::make_shared<std::vector<std::string>>();
     command->add_option(name, *value, description)->required();
     return value;
 }
-inline QString text(const std::shared_ptr<std::string>& value) {
-    return QString::fromStdString(*value);
+inline Flag flag(CLI::App* command, const std::string& name, const std::string& description) {
+    auto value = std::make_shared<bool>(false);
+    command->add_flag(name, *value, description);
+    return value;
 }
+inline QString text(const Word& value) { return QString::fromStdString(*value); }
 
 } // namespace tessellar

@@ -136,11 +136,6 @@ private:
                                 Qt::QueuedConnection);
                     }
                 },
-            .isWanted =
-                [weak = weak_from_this()] {
-                    const auto self = weak.lock();
-                    return self && self->_socket;
-                },
             .whenUnwanted =
                 [weak = weak_from_this()](std::function<void()> call) {
                     if (const auto self = weak.lock())

@@ -8,10 +8,6 @@
 namespace tessellar {
 namespace {
 
-using Call = std::shared_ptr<CommandCall>;
-using Word = std::shared_ptr<std::string>;
-using Words = std::shared_ptr<std::vector<std::string>>;
-
 constexpr const char* tileHelp = "A tile, by its identifier or app key";
 constexpr const char* tilesHelp = "Tiles, by identifier or app key";
 constexpr const char* placeHelp =
@@ -104,8 +100,7 @@ void addMoves(CommandSet& set) {
               });
 
     CLI::App* sort = set.add("sort", "Sort a page by name, or everything");
-    auto page = std::make_shared<std::string>();
-    sort->add_option("page", *page, "PAGE or FOLDER/PAGE; without it everything");
+    const Word page = optionalWord(sort, "page", "PAGE or FOLDER/PAGE; without it everything");
     set.onRun(sort, CommandNeeds::launcher, [page](const Call& call) {
         if (page->empty())
             return call->answer(call->launcher().editor().sortEverything());
@@ -150,7 +145,7 @@ void addHiding(CommandSet& set) {
 
     CLI::App* unhide = set.add("unhide", "Show a hidden application again");
     set.onRun(unhide, CommandNeeds::launcher,
-              [key = word(unhide, "appkey", "Its app key")](const Call& call) {
+              [key = word(unhide, "appkey", appKeyHelp)](const Call& call) {
                   call->answer(call->launcher().editor().unhideApp(text(key)));
               });
 }
@@ -236,8 +231,7 @@ void addClipboard(CommandSet& set) {
             answerClipboard(call, call->launcher().editor().cut(*ids));
     });
     CLI::App* paste = set.add("paste", "Paste after the selected tile, or at a place");
-    auto to = std::make_shared<std::string>();
-    paste->add_option("--to", *to, placeHelp);
+    const Word to = optionalWord(paste, "--to", placeHelp);
     set.onRun(paste, CommandNeeds::launcher, [to](const Call& call) {
         const auto where = to->empty() ? std::nullopt : place(call, to);
         if (to->empty() || where)

@@ -2,6 +2,8 @@
 
 #include "control/command_set.h"
 
+#include <algorithm>
+
 namespace tessellar {
 namespace {
 
@@ -54,77 +56,84 @@ QString arrangementLine(const ArrangementSummary& summary) {
              counted(summary.folderCount, QStringLiteral("folder")));
 }
 
-std::optional<QUuid> identifier(const std::shared_ptr<CommandCall>& command, const QString& text) {
+std::optional<QUuid> identifier(const Call& call, const QString& text) {
     if (const auto id = json::decode<QUuid>(text))
         return *id;
-    command->fail({QStringLiteral("notAnIdentifier"),
-                   QStringLiteral("“%1” is no identifier.").arg(text.left(80)),
-                   {}});
+    call->fail({QStringLiteral("notAnIdentifier"),
+                QStringLiteral("“%1” is no identifier.").arg(text.left(80)),
+                {}});
     return std::nullopt;
+}
+
+/// Does it, and says so of the arrangement by its name.
+void answerNaming(const Call& call, const QString& sentence, const QUuid& id,
+                  LauncherViewModel::Outcome (LauncherViewModel::*work)(const QUuid&)) {
+    LauncherViewModel& launcher = call->launcher();
+    const QList<ArrangementSummary> all = launcher.arrangements();
+    const auto named = std::ranges::find(all, id, &ArrangementSummary::id);
+    const QString name = named == all.end() ? QString() : named->name;
+    call->answer((launcher.*work)(id), sentence.arg(name));
 }
 
 void addScan(CommandSet& set) {
     set.onRun(
         set.add("scan", "Look for applications and print what is found"), CommandNeeds::machine,
-        [](const std::shared_ptr<CommandCall>& command) {
-            Machine& machine = command->machine;
+        [](const Call& call) {
+            Machine& machine = call->machine;
             auto task = std::make_shared<Task>();
-            command->held.push_back(task);
+            call->held.push_back(task);
             *task = machine.workers.run(
                 [scanner = AppScanner(LauncherViewModel::scanContext(machine))](std::stop_token stop) {
                     ScanCache cache;
                     return scanner.scan(cache, stop).value_or(AppScanner::LibraryScan());
                 },
-                [command](const AppScanner::LibraryScan& scan) {
+                [call](const AppScanner::LibraryScan& scan) {
                     QString text;
                     for (const AppEntry& app : scan.apps)
                         text += QStringLiteral("%1  %2\n").arg(app.name, app.path);
                     for (const AppScanner::IncompleteBundle& bundle : scan.incompleteBundles)
                         text += QStringLiteral("(incomplete)  %1\n").arg(bundle.path);
-                    command->succeed(json::encode(scan), text);
+                    call->succeed(json::encode(scan), text);
                 });
         });
 }
 
 void addArrangements(CommandSet& set) {
     CLI::App* group = set.addGroup("arrangements", "The saved arrangements of the display mode");
-    set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher,
-              [](const std::shared_ptr<CommandCall>& command) {
-                  const QList<ArrangementSummary> summaries = command->launcher().arrangements();
-                  QString text;
-                  for (const ArrangementSummary& summary : summaries)
-                      text += arrangementLine(summary);
-                  command->succeed(json::encode(summaries),
-                                   text.isEmpty() ? QStringLiteral("There are no saved arrangements.")
-                                                  : text);
-              });
+    set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher, [](const Call& call) {
+        const QList<ArrangementSummary> summaries = call->launcher().arrangements();
+        QString text;
+        for (const ArrangementSummary& summary : summaries)
+            text += arrangementLine(summary);
+        call->succeed(json::encode(summaries),
+                      text.isEmpty() ? QStringLiteral("There are no saved arrangements.") : text);
+    });
 
     CLI::App* save = set.add("save", "Save the arrangement under a name", group);
-    set.onRun(
-        save, CommandNeeds::launcher,
-        [name = word(save, "name", "What to call it")](const std::shared_ptr<CommandCall>& command) {
-            const auto saved = command->launcher().saveArrangement(text(name));
-            if (saved)
-                command->succeed(json::encode(*saved), arrangementLine(*saved));
-            else
-                command->fail(saved.error());
-        });
+    set.onRun(save, CommandNeeds::launcher,
+              [name = word(save, "name", "What to call it")](const Call& call) {
+                  const auto saved = call->launcher().saveArrangement(text(name));
+                  if (saved)
+                      call->succeed(json::encode(*saved), arrangementLine(*saved));
+                  else
+                      call->fail(saved.error());
+              });
 
     CLI::App* restore =
         set.add("restore", "Put a saved arrangement in place of the present one", group);
     set.onRun(restore, CommandNeeds::launcher,
-              [id = word(restore, "id", "The arrangement's identifier")](
-                  const std::shared_ptr<CommandCall>& command) {
-                  if (const auto uuid = identifier(command, text(id)))
-                      command->answer(command->launcher().restoreArrangement(*uuid));
+              [id = word(restore, "id", "The arrangement's identifier")](const Call& call) {
+                  if (const auto uuid = identifier(call, text(id)))
+                      answerNaming(call, QStringLiteral("Restored “%1”."), *uuid,
+                                   &LauncherViewModel::restoreArrangement);
               });
 
     CLI::App* remove = set.add("delete", "Remove a saved arrangement", group);
     set.onRun(remove, CommandNeeds::launcher,
-              [id = word(remove, "id", "The arrangement's identifier")](
-                  const std::shared_ptr<CommandCall>& command) {
-                  if (const auto uuid = identifier(command, text(id)))
-                      command->answer(command->launcher().deleteArrangement(*uuid));
+              [id = word(remove, "id", "The arrangement's identifier")](const Call& call) {
+                  if (const auto uuid = identifier(call, text(id)))
+                      answerNaming(call, QStringLiteral("Deleted “%1”."), *uuid,
+                                   &LauncherViewModel::deleteArrangement);
               });
 }
 
@@ -134,25 +143,21 @@ void addLayoutCommands(CommandSet& set) {
     addScan(set);
     set.onRun(set.add("list",
                       "Print the arrangement: the working layout, in the form of its file with --json"),
-              CommandNeeds::launcher, [](const std::shared_ptr<CommandCall>& command) {
-                  const LauncherViewModel& launcher = command->launcher();
-                  command->succeed(json::encode(launcher.document()), gridText(launcher));
+              CommandNeeds::launcher, [](const Call& call) {
+                  const LauncherViewModel& launcher = call->launcher();
+                  call->succeed(json::encode(launcher.document()), gridText(launcher));
               });
     set.onRun(set.add("reset", "Back to the default alphabetical arrangement"), CommandNeeds::launcher,
-              [](const std::shared_ptr<CommandCall>& command) {
-                  const auto outcome = command->launcher().resetLayout();
-                  command->answer(
-                      outcome, QStringLiteral("Layout reset to the default alphabetical arrangement."));
+              [](const Call& call) {
+                  const auto outcome = call->launcher().resetLayout();
+                  call->answer(outcome,
+                               QStringLiteral("Layout reset to the default alphabetical arrangement."));
               });
     CLI::App* open = set.add("open", "Start an application");
-    set.onRun(
-        open, CommandNeeds::launcher,
-        [key = word(open, "appkey", "Its bundle identifier, or the path of one of several copies")](
-            const std::shared_ptr<CommandCall>& command) {
-            command->launcher().launch(text(key), [command](const LauncherViewModel::Outcome& outcome) {
-                command->answer(outcome);
-            });
-        });
+    set.onRun(open, CommandNeeds::launcher, [key = word(open, "appkey", appKeyHelp)](const Call& call) {
+        call->launcher().launch(
+            text(key), [call](const LauncherViewModel::Outcome& outcome) { call->answer(outcome); });
+    });
     addArrangements(set);
 }
 

@@ -12,8 +12,6 @@
 namespace tessellar {
 namespace {
 
-using Call = std::shared_ptr<CommandCall>;
-
 // ---- files that the user names
 
 struct NamedFile {
@@ -64,10 +62,9 @@ void answerWithPreview(const Call& call, const NativeLaunchpadImportResult& foun
 
 void addImport(CommandSet& set) {
     CLI::App* import = set.add("import-launchpad", "Take over the arrangement of the old Launchpad");
-    auto database = std::make_shared<std::string>();
-    auto isPreview = std::make_shared<bool>(false);
-    import->add_option("--database", *database, "Its database, where it is not the system's");
-    import->add_flag("--preview", *isPreview, "Only print what would be imported");
+    const Word database =
+        optionalWord(import, "--database", "Its database, where it is not the system's");
+    const Flag isPreview = flag(import, "--preview", "Only print what would be imported");
     set.onRun(import, CommandNeeds::launcher, [database, isPreview](const Call& call) {
         std::optional<LauncherImport::Database> file;
         if (!database->empty()) {
@@ -86,9 +83,10 @@ void addImport(CommandSet& set) {
             if (metadata)
                 call->succeed(json::encode(*metadata), LaunchpadImportTexts::doneTitle() + u'\n' +
                                                            LaunchpadImportTexts::report(*metadata));
-        else call->fail(metadata.error());
+            else
+                call->fail(metadata.error());
+        });
     });
-});
 }
 
 // ---- icons
@@ -99,12 +97,10 @@ QJsonObject iconObject(const LauncherIcons& icons, const QString& appKey) {
 }
 
 void addIcons(CommandSet& set) {
-    constexpr auto keyHelp =
-        "The application's bundle identifier, or the path of one of several copies";
     CLI::App* group = set.addGroup("icon", "Icons of your own for applications");
     CLI::App* put = set.add("set", "Give an application the icon in an .icns file", group);
     set.onRun(put, CommandNeeds::launcher,
-              [key = word(put, "appkey", keyHelp),
+              [key = word(put, "appkey", appKeyHelp),
                file = word(put, "file", "An .icns file, of which a copy is kept")](const Call& call) {
                   const NamedFile named = namedFile(call, text(file));
                   call->launcher().icons().set(
@@ -114,7 +110,7 @@ void addIcons(CommandSet& set) {
               });
 
     CLI::App* show = set.add("show", "Where the copy of an application's own icon lies", group);
-    set.onRun(show, CommandNeeds::launcher, [key = word(show, "appkey", keyHelp)](const Call& call) {
+    set.onRun(show, CommandNeeds::launcher, [key = word(show, "appkey", appKeyHelp)](const Call& call) {
         const LauncherIcons& icons = call->launcher().icons();
         if (const auto path = icons.path(text(key)))
             return call->succeed(iconObject(icons, text(key)), *path);
@@ -125,7 +121,7 @@ void addIcons(CommandSet& set) {
 
     CLI::App* remove = set.add("remove", "Back to the application's own icon", group);
     set.onRun(
-        remove, CommandNeeds::launcher, [key = word(remove, "appkey", keyHelp)](const Call& call) {
+        remove, CommandNeeds::launcher, [key = word(remove, "appkey", appKeyHelp)](const Call& call) {
             call->launcher().icons().remove(
                 text(key), [call](const LauncherIcons::Outcome& outcome) { call->answer(outcome); });
         });

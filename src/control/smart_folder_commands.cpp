@@ -8,16 +8,6 @@
 namespace tessellar {
 namespace {
 
-using Call = std::shared_ptr<CommandCall>;
-using Word = std::shared_ptr<std::string>;
-
-/// An optional word or option; empty when it was not given.
-Word optionalWord(CLI::App* command, const std::string& name, const std::string& description) {
-    auto value = std::make_shared<std::string>();
-    command->add_option(name, *value, description);
-    return value;
-}
-
 void refuseUsage(const Call& call, const QString& message) {
     call->fail({QStringLiteral("wrongUsage"), message, {}}, ExitStatus::wrongUsage);
 }
@@ -138,10 +128,7 @@ void addFacts(CommandSet& set) {
                     if (key->empty() || appKey(record->entry) == text(key))
                         all.append(json::encode(*record));
                 if (!key->empty() && all.isEmpty())
-                    return call->fail({QStringLiteral("unknownApplication"),
-                                       QStringLiteral("No installed application is known by “%1”.")
-                                           .arg(text(key).left(200)),
-                                       {}});
+                    return call->fail(LauncherViewModel::unknownApplication(text(key)));
                 QString lines;
                 for (const QJsonValue& one : std::as_const(all)) {
                     QJsonObject record = one.toObject();

@@ -5,8 +5,6 @@
 namespace tessellar {
 namespace {
 
-using Call = std::shared_ptr<CommandCall>;
-
 QString name(const Call& call, const QString& appKey) {
     const AppEntry* app = call->launcher().application(appKey);
     return app ? app->name : appKey;
@@ -54,9 +52,7 @@ QString channelText(const AppUpdateChannel& channel) {
 bool refuseUnknown(const Call& call, const QString& appKey) {
     if (call->launcher().application(appKey))
         return false;
-    call->fail({QStringLiteral("unknownApplication"),
-                QStringLiteral("No installed application is known by “%1”.").arg(appKey.left(200)),
-                {}});
+    call->fail(LauncherViewModel::unknownApplication(appKey));
     return true;
 }
 

@@ -8,12 +8,6 @@
 
 namespace tessellar {
 
-static LauncherError unknownApplication(const QString& key) {
-    return {QStringLiteral("unknownApplication"),
-            QStringLiteral("No installed application is known by “%1”.").arg(key.left(200)),
-            {}};
-}
-
 static LauncherError busy() {
     return {QStringLiteral("removalInProgress"), QStringLiteral("A removal is still in progress."), {}};
 }
@@ -80,7 +74,7 @@ void LauncherCleanup::open(const QString& key, Done done) {
         return refuse(busy(), done);
     const AppEntry* found = _launcher.application(key);
     if (!found)
-        return refuse(unknownApplication(key), done);
+        return refuse(LauncherViewModel::unknownApplication(key), done);
     if (FileSystem::isWithin(found->path, QStringLiteral("/System")))
         return refuse({QStringLiteral("protectedApplication"),
                        QStringLiteral("“%1” belongs to macOS and cannot be removed.").arg(found->name),

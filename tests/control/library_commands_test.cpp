@@ -1,9 +1,5 @@
-#include "control/command_interpreter.h"
-#include "control/control_socket.h"
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_import.h"
-#include "platform/file_lock.h"
-#include "platform/host_machine.h"
 #include "sample/launchpad_database.h"
 #include "tessellarctl_fixture.h"
 #include "tests/icons/icns_bytes.h"
@@ -130,17 +126,7 @@ TEST_F(LibraryCommandsTest, WatchesInAProcessOfItsOwnUntilItIsStopped) {
 }
 
 TEST_F(LibraryCommandsTest, WatchesThroughTheLauncherThatIsRunning) {
-    auto host = HostMachine::make({.root = root.path(), .home = {}, .locale = {}, .now = {}});
-    ASSERT_TRUE(host);
-    Machine& machine = (*host)->machine();
-    LauncherViewModel launcher(machine);
-    launcher.startAndWait();
-    const auto lock = FileLock::tryLock(
-        machine.files, FileSystem::joined(machine.places.applicationFolder(), QStringLiteral("lock")));
-    ASSERT_TRUE(lock && *lock);
-    CommandInterpreter interpreter(machine, launcher);
-    ControlServer server(machine, interpreter);
-    ASSERT_TRUE(server.listen());
+    const RunningLauncher running(root.path());
 
     const auto first = startWatching();
     EXPECT_FALSE(heard(*first, u"watching"_qs).isEmpty());

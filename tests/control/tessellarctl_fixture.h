@@ -1,6 +1,9 @@
 #pragma once
 
-#include "model/json.h"
+#include "control/command_interpreter.h"
+#include "control/control_socket.h"
+#include "platform/file_lock.h"
+#include "platform/host_machine.h"
 #include "sample/mac_builder.h"
 #include "support/printers.h"
 
@@ -11,6 +14,28 @@
 #include <gtest/gtest.h>
 
 namespace tessellar {
+
+/// The launcher that is running, in this process: it carries out what the program asks for.
+struct RunningLauncher {
+    explicit RunningLauncher(const QString& root)
+        : host(HostMachine::make({.root = root, .home = {}, .locale = {}, .now = {}}).value()) {
+        launcher.startAndWait();
+        auto taken =
+            FileLock::tryLock(machine.files, FileSystem::joined(machine.places.applicationFolder(),
+                                                                QStringLiteral("lock")));
+        EXPECT_TRUE(taken && *taken);
+        if (taken && *taken)
+            lock = *std::move(*taken);
+        EXPECT_TRUE(server.listen());
+    }
+
+    std::unique_ptr<HostMachine> host;
+    Machine& machine = host->machine();
+    LauncherViewModel launcher{machine};
+    FileLock lock;
+    CommandInterpreter interpreter{machine, launcher};
+    ControlServer server{machine, interpreter};
+};
 
 /// The program itself, on a small Mac.
 class TessellarctlTest : public testing::Test {

@@ -49,6 +49,15 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusal) {
     EXPECT_EQ(run({}).status, 2);
     EXPECT_EQ(run({u"bogus"_qs}).status, 2);
     EXPECT_EQ(run({u"open"_qs}).status, 2);
+    for (const QStringList& words : {QStringList{u"arrangements"_qs},
+                                     {u"arrangements"_qs, u"bogus"_qs},
+                                     {u"arrangements"_qs, u"--bogus"_qs}}) {
+        const Result family = run(words);
+        EXPECT_EQ(family.status, 2);
+        EXPECT_EQ(family.error,
+                  "“arrangements” takes one of these words: list, save, restore, delete.\n");
+    }
+    EXPECT_EQ(run({u"arrangements"_qs, u"--help"_qs}).status, 0);
     EXPECT_EQ(run({u"--mode"_qs, u"sideways"_qs, u"list"_qs}).status, 2);
     EXPECT_EQ(run({u"bogus"_qs}).code(), u"wrongUsage");
     const Result refused = run({u"hide"_qs, u"nobody"_qs});
@@ -78,6 +87,30 @@ TEST_F(TessellarctlTest, IsDoneOnlyWhenItsEditIsOnTheDisk) {
     const Result rename = run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs});
     EXPECT_EQ(rename.status, 1);
     EXPECT_FALSE(rename.code().isEmpty()) << "one document, the error: " << rename.out.toStdString();
+}
+
+TEST_F(TessellarctlTest, SavesRestoresAndDeletesArrangementsByName) {
+    const QString id = run({u"arrangements"_qs, u"save"_qs, u"My Own"_qs}).json()[u"id"].toString();
+    run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs});
+    EXPECT_EQ(run({u"arrangements"_qs, u"restore"_qs, id}, {}, false).out, "Restored “My Own”.\n");
+    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash\n  Beech\n");
+    EXPECT_EQ(run({u"arrangements"_qs, u"delete"_qs, id}, {}, false).out, "Deleted “My Own”.\n");
+    EXPECT_EQ(run({u"arrangements"_qs, u"list"_qs}, {}, false).out,
+              "There are no saved arrangements.\n");
+    const Result gone = run({u"arrangements"_qs, u"restore"_qs, id}, {}, false);
+    EXPECT_EQ(gone.status, 1);
+    EXPECT_EQ(gone.out, "");
+}
+
+TEST_F(TessellarctlTest, TellsASmartFolderThatIsMissingFromSeveralOfAName) {
+    const QStringList add{u"smart-folders"_qs, u"add"_qs, u"--template"_qs, u"installedThisWeek"_qs};
+    const QJsonObject first = run(add).json();
+    const QStringList show{u"smart-folders"_qs, u"show"_qs};
+    EXPECT_EQ(run(show + QStringList{first[u"name"].toString()}).json(), first);
+    EXPECT_EQ(run(add).status, 0);
+    EXPECT_EQ(run(show + QStringList{first[u"name"].toString()}).code(), u"ambiguousName");
+    EXPECT_EQ(run(show + QStringList{first[u"id"].toString()}).json(), first);
+    EXPECT_EQ(run(show + QStringList{u"nobody"_qs}).code(), u"noSuchSmartFolder");
 }
 
 TEST_F(TessellarctlTest, SettingsStoredAtTheSameTimeAllStay) {
@@ -132,17 +165,8 @@ TEST_F(TessellarctlTest, SettingsAreJsonOrElseText) {
 }
 
 TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
-    auto host = HostMachine::make({.root = root.path(), .home = {}, .locale = {}, .now = {}});
-    ASSERT_TRUE(host);
-    Machine& machine = (*host)->machine();
-    LauncherViewModel launcher(machine);
-    launcher.startAndWait();
-    const auto lock = FileLock::tryLock(
-        machine.files, FileSystem::joined(machine.places.applicationFolder(), QStringLiteral("lock")));
-    ASSERT_TRUE(lock && *lock);
-    CommandInterpreter interpreter(machine, launcher);
-    ControlServer server(machine, interpreter);
-    ASSERT_TRUE(server.listen());
+    RunningLauncher running(root.path());
+    LauncherViewModel& launcher = running.launcher;
 
     EXPECT_EQ(run({u"group"_qs, u"org.example.ash"_qs, u"--with"_qs, u"org.example.beech"_qs}).status,
               0);
