@@ -11,18 +11,7 @@
 namespace tessellar {
 namespace {
 
-using Call = std::shared_ptr<CommandCall>;
-using Word = std::shared_ptr<std::string>;
-using Flag = std::shared_ptr<bool>;
-
-constexpr const char* appHelp = "An application, by its app key";
 constexpr qint64 maximumItemsFile = 16 << 20;
-
-Flag flag(CLI::App* command, const std::string& name, const std::string& description) {
-    auto value = std::make_shared<bool>(false);
-    command->add_flag(name, *value, description);
-    return value;
-}
 
 QString sizeText(std::uint64_t bytes) {
     return QLocale::c().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
@@ -67,38 +56,61 @@ QString logText(const QList<CleanupLogLine>& log) {
 }
 
 /// Ends the review with the command: the launcher that is running may want to show another.
-void endReview(const Call& call) { call->launcher().cleanup().close(); }
+void endReview(const Call& call) {
+    call->held.clear(); // no longer watched
+    call->launcher().cleanup().close();
+}
 
-/// Calls `then` once everything was found and measured.
-void reviewed(const Call& call, const QString& appKey, std::function<void()> then) {
+/// Calls `then` once everything was found and measured. A review that the window closes, or puts
+/// another in place of, ends the command: nothing of another application is to be taken for this one's.
+void reviewed(const Call& call, const QString& key, std::function<void()> then) {
     LauncherCleanup& cleanup = call->launcher().cleanup();
     if (cleanup.phase() != LauncherCleanup::Phase::idle &&
         cleanup.phase() != LauncherCleanup::Phase::done)
         return call->fail({QStringLiteral("removalInProgress"),
                            QStringLiteral("Another removal is being reviewed."),
                            {}});
-    auto isOver = std::make_shared<bool>(false);
+    const auto isMeasured = std::make_shared<bool>(false);
+    cleanup.open(key, [call](const LauncherCleanup::Outcome& outcome) {
+        if (!outcome)
+            call->fail(outcome.error());
+    });
+    if (cleanup.phase() != LauncherCleanup::Phase::scanning)
+        return;
     // Told of every size that arrives; the last one ends the wait.
-    call->held.push_back(
-        call->launcher().subscribe([call, isOver, then = std::move(then)](LauncherChange change) {
+    call->held.push_back(call->launcher().subscribe(
+        [call, key, isMeasured, then = std::move(then)](LauncherChange change) {
             const LauncherCleanup& state = call->launcher().cleanup();
-            if (change != LauncherChange::cleanup || *isOver ||
-                state.phase() != LauncherCleanup::Phase::review || state.isMeasuring())
+            if (change != LauncherChange::cleanup || call->held.empty()) // it ends the review itself
                 return;
-            *isOver = true;
+            if (state.phase() == LauncherCleanup::Phase::idle || appKey(state.app()) != key) {
+                call->held.clear();
+                return call->fail({QStringLiteral("reviewEnded"),
+                                   QStringLiteral("The review was closed meanwhile."),
+                                   {}});
+            }
+            if (state.phase() != LauncherCleanup::Phase::review || state.isMeasuring() ||
+                std::exchange(*isMeasured, true))
+                return;
             then();
         }));
-    cleanup.open(appKey, [call, isOver](const LauncherCleanup::Outcome& outcome) {
-        if (outcome)
-            return;
-        *isOver = true;
-        call->fail(outcome.error());
+}
+
+/// Who stops the command stops what it does: the review, or the moving, of which what was moved by then
+/// is told and written down.
+void endWhenUnwanted(const Call& call) {
+    call->whenUnwanted([call] {
+        LauncherCleanup& cleanup = call->launcher().cleanup();
+        if (cleanup.phase() == LauncherCleanup::Phase::removing)
+            return cleanup.stop();
+        endReview(call);
+        call->fail({QStringLiteral("cancelled"), QStringLiteral("The removal was cancelled."), {}});
     });
 }
 
 void addReview(CommandSet& set, CLI::App* group) {
     CLI::App* review = set.add("review", "What a removal of an application could take", group);
-    const Word key = word(review, "APPKEY", appHelp);
+    const Word key = word(review, "appkey", appKeyHelp);
     set.onRun(review, CommandNeeds::launcher, [key](const Call& call) {
         reviewed(call, text(key), [call] {
             const LauncherCleanup& cleanup = call->launcher().cleanup();
@@ -188,7 +200,7 @@ void refuseWithoutYes(const Call& call) {
         if (isRunning)
             lines += QStringLiteral("%1 is open and would be asked to quit.\n")
                          .arg(call->launcher().cleanup().app().name);
-        const LauncherError error{QStringLiteral("notConfirmed"),
+        const LauncherError error{QStringLiteral("confirmationRequired"),
                                   QStringLiteral("%1Nothing was removed; --yes goes on.").arg(lines),
                                   {}};
         endReview(call);
@@ -199,7 +211,7 @@ void refuseWithoutYes(const Call& call) {
 void addRemove(CommandSet& set, CLI::App* group) {
     CLI::App* remove =
         set.add("remove", "Move an application and what is surely its own to the Trash", group);
-    const Word key = word(remove, "APPKEY", appHelp);
+    const Word key = word(remove, "appkey", appKeyHelp);
     const Flag all = flag(remove, "--all-matches", "Also what may belong to something else");
     const Word file = std::make_shared<std::string>();
     remove
@@ -208,7 +220,8 @@ void addRemove(CommandSet& set, CLI::App* group) {
                      "answer of a review")
         ->excludes("--all-matches");
     const Flag yes = flag(remove, "--yes", "Do it, and ask the application to quit if it is open");
-    set.onRun(remove, CommandNeeds::launcher, [key, all, file, yes](const Call& call) {
+    set.onRun(remove, CommandNeeds::launcherUntilStopped, [key, all, file, yes](const Call& call) {
+        endWhenUnwanted(call);
         reviewed(call, text(key), [call, all = *all, file, yes = *yes] {
             LauncherCleanup& cleanup = call->launcher().cleanup();
             if (const auto selected = select(call, all, file); !selected) {
@@ -244,7 +257,8 @@ void addRemove(CommandSet& set, CLI::App* group) {
 
 void addRestore(CommandSet& set, CLI::App* group) {
     CLI::App* restore = set.add("restore", "Bring back what the last removal took", group);
-    set.onRun(restore, CommandNeeds::launcher, [](const Call& call) {
+    set.onRun(restore, CommandNeeds::launcherUntilStopped, [](const Call& call) {
+        call->whenUnwanted([call] { call->launcher().cleanup().stop(); });
         call->launcher().cleanup().restore([call](const LauncherCleanup::Restored& restored) {
             if (!restored)
                 return call->fail(restored.error());

@@ -1,13 +1,9 @@
-#include "model/json.h"
 #include "sample/leftovers.h"
-#include "sample/mac_builder.h"
 #include "sample/tools.h"
-#include "support/printers.h"
+#include "tessellarctl_fixture.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
@@ -16,49 +12,24 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The program itself, on a Mac with the stand-ins for its tools.
-class CleanupCommandsTest : public testing::Test {
+/// On a Mac with the stand-ins for its tools.
+class CleanupCommandsTest : public TessellarctlTest {
 protected:
-    struct Result {
-        int status = -1;
-        QByteArray out;
-        QByteArray error;
-
-        QJsonObject json() const { return json::parse(out).value_or(QJsonValue()).toObject(); }
-        QString code() const { return json().value(u"error").toObject().value(u"code").toString(); }
-    };
-
     CleanupCommandsTest() {
-        builder.addStandardFolders();
         sample::addTools(builder);
-        for (const QString& name : {u"Ash"_s, u"Beech"_s}) {
-            const sample::Application app{.name = name,
-                                          .identifier = u"org.example."_s + name.toLower()};
-            builder.addApplication(app);
-            sample::addLeftovers(builder, app,
+        for (const QString& name : {u"Ash"_s, u"Beech"_s})
+            sample::addLeftovers(builder,
+                                 {.name = name, .identifier = u"org.example."_s + name.toLower()},
                                  {sample::Leftover::preferences, sample::Leftover::support,
                                   sample::Leftover::systemPreferences});
-        }
     }
 
-    Result run(QStringList words, const QByteArray& input = {}, bool json = true) {
-        QProcess process;
-        words = QStringList{u"--root"_s, root.path()} +
-                (json ? QStringList{u"--json"_s} : QStringList()) + words;
-        process.start(QStringLiteral(TESSELLARCTL), words);
-        process.write(input);
-        process.closeWriteChannel();
-        process.waitForFinished();
-        return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-    }
     bool exists(const QString& path) const { return QFileInfo::exists(root.path() + path); }
     QStringList trash() const {
         return QDir(root.path() + u"/Users/ada/.Trash"_s)
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
 
-    QTemporaryDir root;
-    sample::MacBuilder builder{root.path()};
     const QString ash = u"org.example.ash"_s;
     const QString bundle = u"/Applications/Ash.app"_s;
     const QString preferences = u"/Users/ada/Library/Preferences/org.example.ash.plist"_s;
@@ -91,7 +62,7 @@ TEST_F(CleanupCommandsTest, ReviewsWhatARemovalCouldTake) {
 TEST_F(CleanupCommandsTest, RemovesOnlyAfterAYesAndAnotherProcessRestores) {
     const Result asked = run({u"cleanup"_s, u"remove"_s, ash});
     EXPECT_EQ(asked.status, 1);
-    EXPECT_EQ(asked.code(), u"notConfirmed");
+    EXPECT_EQ(asked.code(), u"confirmationRequired");
     EXPECT_TRUE(asked.error.contains(preferences.toUtf8()));
     EXPECT_FALSE(asked.error.contains(support.toUtf8()));
     EXPECT_TRUE(asked.error.contains("--yes goes on"));
@@ -157,6 +128,36 @@ TEST_F(CleanupCommandsTest, AnOpenApplicationIsAskedToQuitFirst) {
     QFile quit(root.path() + sample::MacBuilder::toolData() + u"/quit.log"_s);
     ASSERT_TRUE(quit.open(QFile::ReadOnly));
     EXPECT_EQ(quit.readAll(), "org.example.ash\n");
+}
+
+TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
+    RunningLauncher running(root.path());
+    LauncherCleanup& cleanup = running.launcher.cleanup();
+    Mailbox& mailbox = running.machine.workers.mailbox();
+    std::function<void()> leave;
+    const auto removeUnder = [&](const std::function<void()>& meanwhile) {
+        std::optional<int> status;
+        QByteArray said;
+        running.interpreter.run({u"cleanup"_s, u"remove"_s, ash, u"--yes"_s}, {},
+                                {.out = [](const QByteArray&) {},
+                                 .error = [&](const QByteArray& text) { said += text; },
+                                 .finished = [&](int ended) { status = ended; },
+                                 .whenUnwanted = [&](std::function<void()> call) { leave = call; }});
+        meanwhile();
+        while (!status)
+            mailbox.waitAndDrain();
+        EXPECT_EQ(*status, 1);
+        return said;
+    };
+    EXPECT_EQ(removeUnder([&] { leave(); }), "The removal was cancelled.\n");
+    EXPECT_EQ(cleanup.phase(), LauncherCleanup::Phase::idle);
+    const QByteArray closed = "The review was closed meanwhile.\n";
+    EXPECT_EQ(removeUnder([&] { cleanup.close(); }), closed);
+    EXPECT_EQ(removeUnder([&] { cleanup.open(u"org.example.beech"_s); }), closed);
+    while (cleanup.phase() != LauncherCleanup::Phase::review || cleanup.isMeasuring())
+        mailbox.waitAndDrain();
+    EXPECT_EQ(cleanup.app().name, u"Beech") << "the other review goes on";
+    EXPECT_TRUE(exists(bundle) && exists(u"/Applications/Beech.app"_s));
 }
 
 TEST_F(CleanupCommandsTest, SaysThatThereIsNoHelper) {
