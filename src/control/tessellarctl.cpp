@@ -235,9 +235,9 @@ private:
     void sayAlerts() {
         for (const LauncherError& error : _local->launcher().takeAlerts()) {
             const QByteArray message = error.message.toUtf8() + '\n';
-            if (_said.contains(message))
+            if (_said.contains(message) || _alerts.contains(message))
                 continue;
-            _said.append(message);
+            _alerts.append(message);
             const QString separator =
                 error.title.endsWith(u'?') ? QStringLiteral(" ") : QStringLiteral(": ");
             write(stderr,
@@ -260,6 +260,9 @@ private:
                     },
                 .error =
                     [this](const QByteArray& text) {
+                        // Why nothing can be saved is said already; but in a batch, each refusal is.
+                        if (!_isBatch && _alerts.contains(text))
+                            return;
                         _said.append(text);
                         write(stderr, text);
                     },
@@ -284,14 +287,10 @@ private:
     }
 
     int fail(const LauncherError& error, ExitStatus status = ExitStatus::refused) {
-        if (_invocation.options.json) {
-            const QJsonObject document{
-                {QStringLiteral("error"), QJsonObject{{QStringLiteral("code"), error.code},
-                                                      {QStringLiteral("message"), error.message}}}};
-            write(stdout, _invocation.options.oneLine ? json::writeCompact(document) + '\n'
-                                                      : json::write(document));
-        }
-        write(stderr, error.message.toUtf8() + '\n');
+        sayError(error, _invocation.options,
+                 {.out = [](const QByteArray& text) { write(stdout, text); },
+                  .error = [](const QByteArray& text) { write(stderr, text); },
+                  .finished = {}});
         return _status = static_cast<int>(status);
     }
 
@@ -307,7 +306,8 @@ private:
     std::unique_ptr<CommandExecutor> _executor;
     LocalExecutor* _local = nullptr;
     std::optional<LauncherError> _saveError;
-    QByteArrayList _said; ///< on standard error, titles aside
+    QByteArrayList _alerts; ///< that were said on standard error, titles aside
+    QByteArrayList _said;   ///< there besides
     std::function<void()> _whenUnwanted;
     bool _isBatch = false;
     int _status = 0;

@@ -89,6 +89,20 @@ TEST_F(TessellarctlTest, IsDoneOnlyWhenItsEditIsOnTheDisk) {
     EXPECT_FALSE(rename.code().isEmpty()) << "one document, the error: " << rename.out.toStdString();
 }
 
+TEST_F(TessellarctlTest, SaysOnceThatALayoutCannotBeReadButRefusesEachCommandOfABatch) {
+    const QString path = u"/Users/ada/Library/Application Support/com.tessellar.app/layout.json"_qs;
+    builder.addFile(path, "no layout");
+    const QByteArray sentence = "The current layout file could not be read. ";
+    const Result refused = run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs}, {}, false);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.error.count(sentence), 1) << refused.error.toStdString();
+    const QByteArray rename = "rename org.example.ash Tree\n";
+    const Result batch = run({u"batch"_qs, u"-"_qs}, rename + rename, false);
+    EXPECT_EQ(batch.error.count(sentence), 3) << batch.error.toStdString();
+    EXPECT_EQ(run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs}).code(),
+              u"workingDocumentUnreadable");
+}
+
 TEST_F(TessellarctlTest, SavesRestoresAndDeletesArrangementsByName) {
     const QString id = run({u"arrangements"_qs, u"save"_qs, u"My Own"_qs}).json()[u"id"].toString();
     run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs});
