@@ -175,6 +175,12 @@ LauncherEditor::Outcome LauncherEditor::addSmartFolder(const SmartFolderDefiniti
         });
 }
 
+LauncherEditor::Outcome LauncherEditor::addSmartFolder(SmartFolderTemplate which) {
+    Machine& machine = _launcher._machine;
+    return addSmartFolder(
+        templateDefinition(which, machine.uuids.next(), machine.clock.now(), machine.uuids));
+}
+
 LauncherEditor::Outcome LauncherEditor::addSmartFolderTile(const QUuid& definitionID,
                                                            const LayoutPlace& place) {
     return edit(EditKind::addSmartFolder, 1, [&](const LayoutDocument& layout) {

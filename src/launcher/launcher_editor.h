@@ -45,6 +45,7 @@ public:
     // shown, one that is deleted loses its tiles in both.
     Outcome addSmartFolder(const SmartFolderDefinition& definition,
                            const std::optional<LayoutPlace>& place = {});
+    Outcome addSmartFolder(SmartFolderTemplate which);
     Outcome addSmartFolderTile(const QUuid& definitionID, const LayoutPlace& place);
     Outcome changeSmartFolder(const SmartFolderDefinition& definition);
     Outcome deleteSmartFolder(const QUuid& definitionID);
@@ -56,6 +57,8 @@ public:
     /// Copies come as new tiles, cut tiles are moved: after the selected tile, else at the end of the
     /// page shown. One step of history. False when there is nothing that can be pasted here.
     bool paste(const std::optional<LayoutPlace>& place = {});
+    /// True when the clipboard holds tiles.
+    bool hasTilesToPaste() const { return _clipboard.read().has_value(); }
 
     // Selection.
     void select(const QList<QUuid>& tiles);

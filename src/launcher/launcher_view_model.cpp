@@ -486,6 +486,13 @@ void LauncherViewModel::alert(LauncherError error) {
 
 QList<LauncherError> LauncherViewModel::takeAlerts() { return std::exchange(_alerts, {}); }
 
+void LauncherViewModel::report(const LauncherError& error) {
+    if (error.title.isEmpty())
+        showNotice(error.message);
+    else
+        alert(error);
+}
+
 // ---- what the user is asked
 
 void LauncherViewModel::ask(const LauncherQuestion& question, std::function<void(bool)> answer) {

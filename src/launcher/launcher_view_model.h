@@ -153,6 +153,8 @@ public:
     void setFolderPage(int page);
     void closeFolder();
     const std::optional<QUuid>& selectedItemID() const { return live().navigation.selectedItemID; }
+    /// All that are selected; the one above is the last of them.
+    const QSet<QUuid>& selectedItemIDs() const { return live().navigation.selectedItemIDs; }
     void select(const std::optional<QUuid>& id);
 
     // What the user does. Edits of the arrangement, their history and search are the editor's.
@@ -183,6 +185,8 @@ public:
                     std::chrono::milliseconds duration = std::chrono::seconds(3));
     /// Alerts not shown yet, oldest first; taking them empties the list.
     QList<LauncherError> takeAlerts();
+    /// Tells of something that was not done: as an alert where it has a title, else as a notice.
+    void report(const LauncherError& error);
     /// Puts a question to those who watch; one is shown at a time, in their order.
     void ask(const LauncherQuestion& question, std::function<void(bool accepted)> answer);
     LauncherAsker asker();

@@ -143,8 +143,13 @@ void LauncherViewModel::closeFolder() {
 }
 
 void LauncherViewModel::select(const std::optional<QUuid>& id) {
-    if (std::exchange(live().navigation.selectedItemID, id) != id)
-        changed(LauncherChange::selection);
+    Navigation& navigation = live().navigation;
+    const QSet<QUuid> all = id ? QSet{*id} : QSet<QUuid>();
+    if (navigation.selectedItemID == id && navigation.selectedItemIDs == all)
+        return;
+    navigation.selectedItemID = navigation.selectionAnchorID = id;
+    navigation.selectedItemIDs = all;
+    changed(LauncherChange::selection);
 }
 
 void LauncherViewModel::tidyNavigation() {
