@@ -111,8 +111,22 @@ PageModel* GridModel::page(int index) const {
 void GridModel::setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
                          const SmartFolderContents& smartFolderContents, const AppBadge& appBadge) {
     _shown = pages;
-    const auto count = static_cast<std::size_t>(pages.count());
-    const bool countChanges = count != _pages.size();
+    resize(static_cast<std::size_t>(pages.count()));
+    for (qsizetype page = 0; page < pages.count(); ++page) {
+        QList<TileView> tiles;
+        for (const LaunchpadItem& item : pages.tiles(page))
+            tiles.append(tileView(item, unavailableAppKeys, smartFolderContents, appBadge));
+        _pages[static_cast<std::size_t>(page)]->setTiles(tiles);
+    }
+}
+
+void GridModel::setHasNewPage(bool hasNewPage) {
+    resize(static_cast<std::size_t>(_shown.count()) + (hasNewPage ? 1 : 0));
+}
+
+void GridModel::resize(std::size_t count) {
+    if (count == _pages.size())
+        return;
     // Pages that go are kept until nobody is shown them any more.
     std::vector<std::unique_ptr<PageModel>> gone;
     while (_pages.size() > count) {
@@ -123,14 +137,7 @@ void GridModel::setPages(const ShownPages& pages, const QSet<QString>& unavailab
         _pages.push_back(std::make_unique<PageModel>());
         QQmlEngine::setObjectOwnership(_pages.back().get(), QQmlEngine::CppOwnership);
     }
-    for (qsizetype page = 0; page < pages.count(); ++page) {
-        QList<TileView> tiles;
-        for (const LaunchpadItem& item : pages.tiles(page))
-            tiles.append(tileView(item, unavailableAppKeys, smartFolderContents, appBadge));
-        _pages[static_cast<std::size_t>(page)]->setTiles(tiles);
-    }
-    if (countChanges)
-        Q_EMIT pageCountChanged();
+    Q_EMIT pageCountChanged();
 }
 
 } // namespace tessellar

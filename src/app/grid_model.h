@@ -30,6 +30,9 @@ using SmartFolderContents = std::function<FolderEntry(const LaunchpadItem& item)
 /// What stands at the corner of an application's tile.
 using AppBadge = std::function<QString(const QString& appKey)>;
 
+/// What stands at the corner of an application's picture, by its key; empty for nothing.
+using AppBadge = std::function<QString(const QString& appKey)>;
+
 /// The tiles of one page, in the order of their slots.
 class PageModel : public QAbstractListModel {
     Q_OBJECT
@@ -74,11 +77,15 @@ public:
     void setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
                   const SmartFolderContents& smartFolderContents, const AppBadge& appBadge = {});
     const ShownPages& shown() const { return _shown; }
+    /// An empty page after the last, for tiles that are carried there.
+    void setHasNewPage(bool hasNewPage);
 
 Q_SIGNALS:
     void pageCountChanged();
 
 private:
+    void resize(std::size_t count);
+
     ShownPages _shown;
     std::vector<std::unique_ptr<PageModel>> _pages;
 };

@@ -82,8 +82,7 @@ QImage IconItem::image(QSize pixels) {
     case Folder:
         return _icons->folder(_appKeys, _symbolName, pixels.width());
     case SmartFolder:
-        return _appKeys.isEmpty() ? _icons->smartFolder(pixels.width())
-                                  : _icons->folder(_appKeys, _symbolName, pixels.width());
+        return _icons->smartFolder(_appKeys, _symbolName, pixels.width());
     }
     return {};
 }

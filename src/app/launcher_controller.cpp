@@ -1,7 +1,6 @@
 #include "app/launcher_controller.h"
 
 #include "app/icon_wishes.h"
-#include "app/tile_navigation.h"
 #include "platform/uuid_source.h"
 
 #include <algorithm>
@@ -9,10 +8,31 @@
 
 namespace tessellar {
 
-LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& icons)
+LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& icons,
+                                       Scheduler& scheduler)
     : _viewModel(viewModel)
     , _icons(icons)
+    , _search(viewModel)
+    , _updates(viewModel)
+    , _drag(viewModel, scheduler, [this] { return dragArea(); })
     , _subscription(viewModel.subscribe([this](LauncherChange change) { onChange(change); })) {
+    connect(&_menu, &MenuModel::chosen, this, &LauncherController::performMenuEntry);
+    connect(&_drag, &TileDrag::refused, this,
+            [this](const LauncherError& error) { _viewModel.report(error); });
+    connect(&_drag, &TileDrag::newPageChanged, this, [this] {
+        _grid.setHasNewPage(_drag.isOnNewPage());
+        Q_EMIT navigationChanged();
+    });
+    connect(&_search, &TileSearch::changed, this, [this] {
+        _menu.close();
+        // What is found lies over everything.
+        while (_search.isActive() && isFolderOpen())
+            _viewModel.closeFolder();
+        wantIcons();
+        Q_EMIT selectionChanged();
+    });
+    connect(&_search, &TileSearch::pageChanged, this, &LauncherController::wantIcons);
+    connect(&_search, &TileSearch::selectionChanged, this, &LauncherController::selectionChanged);
     showLayout();
 }
 
@@ -35,18 +55,29 @@ void LauncherController::onChange(LauncherChange change) {
     case LauncherChange::navigation:
         return showNavigation();
     case LauncherChange::selection:
-        Q_EMIT navigationChanged();
+        Q_EMIT selectionChanged();
         return;
     case LauncherChange::mode:
     case LauncherChange::settings:
+        _drag.cancel();
+        _menu.close();
+        _updates.refresh();
         updateMetrics();
         Q_EMIT modeChanged();
         return;
+    case LauncherChange::history:
     case LauncherChange::notice:
         Q_EMIT noticeChanged();
         return;
     case LauncherChange::alert:
         _alerts += _viewModel.takeAlerts();
+        [[fallthrough]];
+    case LauncherChange::question:
+        _isAcceptDefault = !isAlertDestructive();
+        if (hasAlert()) {
+            _drag.cancel();
+            _menu.close();
+        }
         Q_EMIT alertChanged();
         return;
     case LauncherChange::launched:
@@ -56,7 +87,8 @@ void LauncherController::onChange(LauncherChange change) {
         Q_EMIT readyChanged();
         return;
     case LauncherChange::updates:
-        return showBadges();
+        showBadges();
+        return _updates.refresh();
     default: // nothing of it is shown
         return;
     }
@@ -74,28 +106,36 @@ void LauncherController::showBadges() {
     const AppUpdateStatuses statuses = _viewModel.updates().statuses();
     if (statuses == std::exchange(_badgeStatuses, statuses))
         return;
+    _search.refresh();
     fill(_grid, ShownPages(_grid.shown()));
+    _grid.setHasNewPage(_drag.isOnNewPage());
     if (isFolderOpen())
         fill(_folder, ShownPages(_folder.shown()));
 }
 
 void LauncherController::showLayout() {
+    // Under tiles that are carried nothing moves but room for them.
+    _drag.cancel();
+    if (_renaming && !_viewModel.item(*_renaming))
+        cancelRename();
+    _search.refresh();
     fill(_grid, _viewModel.shownPages());
     showNavigation();
 }
-
-std::optional<FolderEntry> LauncherController::openFolder() const { return _viewModel.openFolder(); }
 
 void LauncherController::showNavigation() {
     if (const auto open = openFolder()) {
         _folderId = toText(open->id);
         _folderTitle = open->name;
+        _folderNotice =
+            _viewModel.folder(open->id) ? QString() : _viewModel.smartFolders().notice(open->id);
         _folderPage = _viewModel.folderStack().last().page;
         fill(_folder, _viewModel.shownPages(*open));
         updateMetrics();
     }
     wantIcons();
     Q_EMIT navigationChanged();
+    Q_EMIT selectionChanged();
 }
 
 void LauncherController::updateMetrics() {
@@ -117,119 +157,76 @@ void LauncherController::wantIcons() {
         return;
     const int side = std::max(_metrics.iconSide, isFolderOpen() ? _folderMetrics.grid.iconSide : 0);
     const ShownPages* open = isFolderOpen() ? &_folder.shown() : nullptr;
-    _icons.loader().want(iconWishes(_grid.shown(), currentPage(), open, _folderPage),
+    int openPage = _folderPage;
+    // What was found lies over all else, as an open folder does.
+    if (_search.isActive()) {
+        open = &_search.shown();
+        openPage = _search.page();
+    }
+    _icons.loader().want(iconWishes(_grid.shown(), currentPage(), open, openPage),
                          std::clamp(static_cast<int>(std::lround(side * _pixelRatio)), 16, 1024));
 }
 
-QString LauncherController::selectedId() const {
-    const auto& selected = _viewModel.selectedItemID();
-    return selected ? toText(*selected) : QString();
+QStringList LauncherController::selectedIds() const {
+    QStringList ids;
+    if (_search.isActive()) {
+        if (const auto& selected = _search.selected())
+            ids.append(toText(*selected));
+        return ids;
+    }
+    for (const QUuid& id : _viewModel.selectedItemIDs())
+        ids.append(toText(id));
+    return ids;
 }
 
 QString LauncherController::notice() const {
+    if (const auto& feedback = _viewModel.editor().history().feedback())
+        return feedback->text();
     const auto& notice = _viewModel.notice();
     return notice ? notice->text : QString();
 }
 
-// ---- what the user does
+QString LauncherController::alertTitle() const {
+    if (!_alerts.isEmpty())
+        return _alerts.first().title;
+    return _viewModel.question() ? _viewModel.question()->title : QString();
+}
 
-void LauncherController::activate(const QString& tileId) {
-    const QUuid id = QUuid::fromString(tileId);
-    // What a smart folder shows may have no tile in the arrangement.
-    const ShownPages& shown = isFolderOpen() ? _folder.shown() : _grid.shown();
-    for (qsizetype page = 0; page < shown.count(); ++page) {
-        for (const LaunchpadItem& item : shown.tiles(page)) {
-            if (item.id() != id)
-                continue;
-            if (const AppEntry* app = item.app())
-                _viewModel.launch(appKey(*app));
-            else
-                _viewModel.openFolder(id);
-            return;
-        }
+QString LauncherController::alertText() const {
+    if (!_alerts.isEmpty())
+        return _alerts.first().message;
+    return _viewModel.question() ? _viewModel.question()->text : QString();
+}
+
+QString LauncherController::alertAccept() const {
+    return _alerts.isEmpty() && _viewModel.question() ? _viewModel.question()->accept : QString();
+}
+
+bool LauncherController::isAlertDestructive() const {
+    return _alerts.isEmpty() && _viewModel.question() && _viewModel.question()->isDestructive;
+}
+
+TileDrag::Area LauncherController::dragArea() const {
+    const ArrangementLayout layout = _viewModel.layoutSettings();
+    if (isFolderOpen()) {
+        const QUuid folder = _viewModel.folderStack().last().id;
+        return {.pages = _folder.shown(),
+                .page = _viewModel.folderStack().last().page,
+                .frame = _folderMetrics.panel,
+                .cells = _folderMetrics.grid,
+                .columns = _folderMetrics.columns,
+                .rows = layout.folderRows,
+                .folder = folder,
+                .rulesDecide = !_viewModel.folder(folder)};
     }
-}
-
-void LauncherController::dismissAlert() {
-    if (!hasAlert())
-        return;
-    _alerts.removeFirst();
-    Q_EMIT alertChanged();
-}
-
-void LauncherController::escape() {
-    if (hasAlert())
-        dismissAlert();
-    else if (isFolderOpen())
-        _viewModel.closeFolder();
-    else
-        Q_EMIT closeRequested();
-}
-
-bool LauncherController::pressKey(int key) {
-    if (key == Qt::Key_Escape) {
-        escape();
-        return true;
-    }
-    if (hasAlert()) {
-        if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space)
-            dismissAlert();
-        return true;
-    }
-    switch (key) {
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        moveSelection(key);
-        return true;
-    case Qt::Key_PageUp:
-        turn(-1);
-        return true;
-    case Qt::Key_PageDown:
-        turn(1);
-        return true;
-    case Qt::Key_Home:
-        turn(-_grid.pageCount() - _folder.pageCount());
-        return true;
-    case Qt::Key_End:
-        turn(_grid.pageCount() + _folder.pageCount());
-        return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        activate(selectedId());
-        return true;
-    default:
-        return false;
-    }
-}
-
-void LauncherController::turn(int pages) {
-    if (isFolderOpen())
-        _viewModel.setFolderPage(folderPage() + pages);
-    else
-        _viewModel.setCurrentPage(currentPage() + pages);
-}
-
-void LauncherController::moveSelection(int key) {
-    const Direction direction = key == Qt::Key_Left    ? Direction::left
-                                : key == Qt::Key_Right ? Direction::right
-                                : key == Qt::Key_Up    ? Direction::up
-                                                       : Direction::down;
-    const ShownPages& pages = isFolderOpen() ? _folder.shown() : _grid.shown();
-    GridGeometry geometry = isFolderOpen() ? folderGeometry(_viewModel.layoutSettings())
-                                           : pageGeometry(_viewModel.layoutSettings());
-    if (isFolderOpen())
-        geometry.columns = folderColumns();
-    const int page = isFolderOpen() ? folderPage() : currentPage();
-    std::optional<ShownPlace> from;
-    if (const auto& selected = _viewModel.selectedItemID())
-        from = pages.placeOf(*selected);
-    const auto to = neighbour(pages, geometry, page, from, direction);
-    if (!to)
-        return;
-    turn(static_cast<int>(to->page) - page);
-    _viewModel.select(pages.tiles(to->page).at(to->slot).id());
+    return {.pages = _grid.shown(),
+            .page = shownPage(),
+            .frame = QRectF({}, _windowSize),
+            .cells = _metrics,
+            .columns = layout.columns,
+            .rows = layout.rows,
+            .folder = {},
+            .rulesDecide = false};
 }
 
 } // namespace tessellar

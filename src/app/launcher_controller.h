@@ -2,7 +2,11 @@
 
 #include "app/grid_metrics.h"
 #include "app/grid_model.h"
+#include "app/menu_model.h"
+#include "app/tile_drag.h"
 #include "app/tile_icons.h"
+#include "app/tile_search.h"
+#include "app/updates_panel.h"
 #include "launcher/launcher_view_model.h"
 
 #include <QObject>
@@ -24,8 +28,11 @@ class LauncherController final : public QObject {
 
     Q_PROPERTY(tessellar::GridModel* grid READ grid CONSTANT)
     Q_PROPERTY(int currentPage READ currentPage WRITE setCurrentPage NOTIFY navigationChanged)
-    Q_PROPERTY(QString selectedId READ selectedId NOTIFY navigationChanged)
+    /// The one shown; one past the last while tiles are carried to a new one.
+    Q_PROPERTY(int shownPage READ shownPage NOTIFY navigationChanged)
+    Q_PROPERTY(QStringList selectedIds READ selectedIds NOTIFY selectionChanged)
     Q_PROPERTY(int columns READ columns NOTIFY metricsChanged)
+    Q_PROPERTY(int rows READ rows NOTIFY metricsChanged)
     Q_PROPERTY(int left READ left NOTIFY metricsChanged)
     Q_PROPERTY(int top READ top NOTIFY metricsChanged)
     Q_PROPERTY(int cellWidth READ cellWidth NOTIFY metricsChanged)
@@ -37,24 +44,41 @@ class LauncherController final : public QObject {
     Q_PROPERTY(bool isFolderOpen READ isFolderOpen NOTIFY navigationChanged)
     Q_PROPERTY(QString folderId READ folderId NOTIFY navigationChanged)
     Q_PROPERTY(QString folderTitle READ folderTitle NOTIFY navigationChanged)
+    Q_PROPERTY(QString folderNotice READ folderNotice NOTIFY navigationChanged)
     Q_PROPERTY(int folderPage READ folderPage WRITE setFolderPage NOTIFY navigationChanged)
     Q_PROPERTY(tessellar::GridModel* folder READ folder CONSTANT)
     Q_PROPERTY(QRectF folderPanel READ folderPanel NOTIFY metricsChanged)
     Q_PROPERTY(int folderColumns READ folderColumns NOTIFY metricsChanged)
+    Q_PROPERTY(int folderRows READ folderRows NOTIFY metricsChanged)
     Q_PROPERTY(int folderLeft READ folderLeft NOTIFY metricsChanged)
     Q_PROPERTY(int folderTop READ folderTop NOTIFY metricsChanged)
     Q_PROPERTY(int folderCellWidth READ folderCellWidth NOTIFY metricsChanged)
     Q_PROPERTY(int folderCellHeight READ folderCellHeight NOTIFY metricsChanged)
     Q_PROPERTY(int folderIconSide READ folderIconSide NOTIFY metricsChanged)
 
+    Q_PROPERTY(tessellar::TileSearch* search READ search CONSTANT)
+    Q_PROPERTY(tessellar::TileDrag* drag READ drag CONSTANT)
+    Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT)
+    Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
+    /// The sheet that lies over the grid: "updates", or nothing.
+    Q_PROPERTY(QString sheet READ sheet NOTIFY sheetChanged)
+    /// The tile whose name is being typed, or nothing.
+    Q_PROPERTY(QString renamingId READ renamingId NOTIFY renamingChanged)
+
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(QString unavailableNotice READ unavailableNotice CONSTANT)
+    /// What stands before everything else: an alert, or a question.
     Q_PROPERTY(bool hasAlert READ hasAlert NOTIFY alertChanged)
     Q_PROPERTY(QString alertTitle READ alertTitle NOTIFY alertChanged)
     Q_PROPERTY(QString alertText READ alertText NOTIFY alertChanged)
+    /// What its button says that does it; empty for an alert, of which one takes note.
+    Q_PROPERTY(QString alertAccept READ alertAccept NOTIFY alertChanged)
+    Q_PROPERTY(bool isAlertDestructive READ isAlertDestructive NOTIFY alertChanged)
+    /// True while Return means yes; arrow keys and Tab change that.
+    Q_PROPERTY(bool isAcceptDefault READ isAcceptDefault NOTIFY alertChanged)
 
 public:
-    LauncherController(LauncherViewModel& viewModel, TileIcons& icons);
+    LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Scheduler& scheduler);
 
     /// The size of the window in its own pixels, and how many of the screen's each of them has.
     void setWindow(QSizeF size, double pixelRatio);
@@ -67,14 +91,17 @@ public:
 
     int currentPage() const { return _viewModel.currentPage(); }
     void setCurrentPage(int page) { _viewModel.setCurrentPage(page); }
-    QString selectedId() const;
+    int shownPage() const { return _drag.isOnNewPage() ? _grid.pageCount() - 1 : currentPage(); }
+    QStringList selectedIds() const;
     bool isFolderOpen() const { return !_viewModel.folderStack().isEmpty(); }
     QString folderId() const { return _folderId; }
     QString folderTitle() const { return _folderTitle; }
+    QString folderNotice() const { return _folderNotice; }
     int folderPage() const { return _folderPage; }
     void setFolderPage(int page) { _viewModel.setFolderPage(page); }
 
     int columns() const { return _viewModel.layoutSettings().columns; }
+    int rows() const { return _viewModel.layoutSettings().rows; }
     int left() const { return _metrics.left; }
     int top() const { return _metrics.top; }
     int cellWidth() const { return _metrics.cellWidth; }
@@ -83,6 +110,7 @@ public:
     int labelPixels() const { return _metrics.labelPixels; }
     QRectF folderPanel() const { return _folderMetrics.panel; }
     int folderColumns() const { return _folderMetrics.columns; }
+    int folderRows() const { return _viewModel.layoutSettings().folderRows; }
     int folderLeft() const { return _folderMetrics.grid.left; }
     int folderTop() const { return _folderMetrics.grid.top; }
     int folderCellWidth() const { return _folderMetrics.grid.cellWidth; }
@@ -91,26 +119,58 @@ public:
 
     QString notice() const;
     static QString unavailableNotice() { return LauncherViewModel::unavailableNotice(); }
-    bool hasAlert() const { return !_alerts.isEmpty(); }
-    QString alertTitle() const { return hasAlert() ? _alerts.first().title : QString(); }
-    QString alertText() const { return hasAlert() ? _alerts.first().message : QString(); }
+    bool hasAlert() const { return !_alerts.isEmpty() || _viewModel.question(); }
+    QString alertTitle() const;
+    QString alertText() const;
+    QString alertAccept() const;
+    bool isAlertDestructive() const;
+    bool isAcceptDefault() const { return _isAcceptDefault; }
 
+    TileSearch* search() { return &_search; }
+    TileDrag* drag() { return &_drag; }
+    MenuModel* menu() { return &_menu; }
+    UpdatesPanel* updates() { return &_updates; }
+    QString sheet() const { return _sheet; }
+    Q_INVOKABLE void openSheet(const QString& sheet);
+    Q_INVOKABLE void closeSheet() { openSheet({}); }
+    /// As it is when the window comes before the user anew.
+    void startAfresh();
+    QString renamingId() const { return _renaming ? toText(*_renaming) : QString(); }
+
+    /// What a tile of the grid or the open folder shows, by the names of its model's roles.
+    Q_INVOKABLE QVariantMap tileView(const QString& tileId) const;
     /// Launches an application, opens a folder.
     Q_INVOKABLE void activate(const QString& tileId);
+    /// A click on a tile: with the control key it joins the selection or leaves it.
+    Q_INVOKABLE void click(const QString& tileId, int modifiers);
     Q_INVOKABLE void closeFolder() { _viewModel.closeFolder(); }
-    Q_INVOKABLE void dismissAlert();
-    /// One step back: an alert, a folder, the window.
+    /// Answers the question, or takes note of the alert.
+    Q_INVOKABLE void answerAlert(bool accepted);
+    /// One step back: an alert, a search, a folder, the window.
     Q_INVOKABLE void escape();
     Q_INVOKABLE void unselect() { _viewModel.select(std::nullopt); }
-    /// A Qt::Key; true when it means something here.
-    Q_INVOKABLE bool pressKey(int key);
+    /// A Qt::Key with Qt::KeyboardModifiers; true when it means something here.
+    Q_INVOKABLE bool pressKey(int key, int modifiers = 0);
+    /// Text that comes while no field has the keyboard.
+    Q_INVOKABLE bool type(const QString& text);
+
+    /// The menu of a tile, or of the background where there is no identifier.
+    Q_INVOKABLE void openMenu(const QString& tileId, QPointF point);
+    Q_INVOKABLE void beginRename(const QString& tileId);
+    Q_INVOKABLE void endRename(const QString& name);
+    Q_INVOKABLE void cancelRename();
 
 Q_SIGNALS:
     void readyChanged();
     void modeChanged();
     void navigationChanged();
+    void selectionChanged();
     void metricsChanged();
     void noticeChanged();
+    void renamingChanged();
+    void sheetChanged();
+    /// The Menu key was pressed: the selected tile knows where it lies.
+    void menuWanted(const QString& tileId);
     void alertChanged();
     /// The window is to go.
     void closeRequested();
@@ -123,9 +183,18 @@ private:
     void showNavigation();
     void updateMetrics();
     void wantIcons();
-    void moveSelection(int key);
+    void moveSelection(int key, bool extends);
     void turn(int pages);
-    std::optional<FolderEntry> openFolder() const;
+    bool pressShortcut(int key, bool isShifted);
+    void pressAlertKey(int key);
+    /// The pages that keys and clicks are about: what was found, the open folder's, the grid's.
+    const ShownPages& shown() const;
+    int page() const;
+    std::optional<FolderEntry> openFolder() const { return _viewModel.openFolder(); }
+    const LaunchpadItem* shownItem(const QString& tileId);
+    TileDrag::Area dragArea() const;
+    void performMenuEntry(const QString& id);
+    void report(const LauncherEditor::Outcome& outcome);
 
     LauncherViewModel& _viewModel;
     TileIcons& _icons;
@@ -133,6 +202,7 @@ private:
     GridModel _folder;
     QString _folderId;
     QString _folderTitle;
+    QString _folderNotice;
     int _folderPage = 0;
     QSizeF _windowSize;
     double _pixelRatio = 1;
@@ -140,6 +210,15 @@ private:
     FolderMetrics _folderMetrics;
     QList<LauncherError> _alerts;
     AppUpdateStatuses _badgeStatuses;
+    bool _isAcceptDefault = true;
+    TileSearch _search;
+    UpdatesPanel _updates;
+    QString _sheet;
+    TileDrag _drag;
+    MenuModel _menu;
+    MenuTarget _menuTarget;
+    std::optional<LaunchpadItem> _shownItem; ///< of the last look
+    std::optional<QUuid> _renaming;
     LauncherViewModel::Subscription _subscription;
 };
 

@@ -13,9 +13,9 @@ Q_IMPORT_QML_PLUGIN(TessellarPlugin)
 namespace tessellar {
 
 LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize screen)
-    : _viewModel(machine, mode)
+    : _viewModel(machine, mode, &_pasteboard)
     , _icons(machine.files, machine.workers)
-    , _controller(_viewModel, _icons)
+    , _controller(_viewModel, _icons, machine.scheduler)
     , _screen(screen) {
     _view.setResizeMode(QQuickView::SizeRootObjectToView);
     _view.setTitle(QStringLiteral("Tessellar"));
@@ -53,6 +53,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
         if (_whenComplete && isComplete())
             std::exchange(_whenComplete, nullptr)();
     });
+    _viewModel.setPresenter([this] { show(); });
     _controller.setWindow(_view.size(), _view.devicePixelRatio());
 }
 
@@ -88,7 +89,10 @@ void LauncherWindow::show() {
     _view.requestActivate();
 }
 
-void LauncherWindow::hide() { _view.hide(); }
+void LauncherWindow::hide() {
+    _view.hide();
+    _controller.startAfresh();
+}
 
 bool LauncherWindow::isComplete() const { return _controller.isReady() && _icons.hasVisible(); }
 

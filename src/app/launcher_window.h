@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/launcher_controller.h"
+#include "platform/desktop/desktop_pasteboard.h"
 
 #include <QQuickView>
 
@@ -41,6 +42,7 @@ private:
     void load();
     void fitToScreen();
 
+    DesktopPasteboard _pasteboard;
     LauncherViewModel _viewModel;
     TileIcons _icons;
     LauncherViewModel::Subscription _subscription;

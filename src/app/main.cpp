@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QFont>
 #include <QGuiApplication>
@@ -26,6 +27,7 @@ struct Arguments {
     QSize screen;
     QString screenshot; ///< a host path
     bool measureStart = false;
+    bool isResident = false;
     bool usesHardware = false;
 };
 
@@ -42,6 +44,7 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     std::vector<int> screen;
     Arguments arguments;
     arguments.usesHardware = hasReliableGraphics();
+    arguments.isResident = staysWithoutWindow();
     app.add_option("--root", root,
                    "A folder that holds a Mac's layout, to run on instead of this machine");
     app.add_option("--home", home, "The user's home, under the root");
@@ -55,6 +58,8 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
         ->check(CLI::Range(320, 8192));
     app.add_flag("--hardware,!--software", arguments.usesHardware,
                  "Draw by the graphics processor, or without it");
+    app.add_flag("--resident,!--no-resident", arguments.isResident,
+                 "Go on in the background without the window; another start shows it again");
     app.add_flag("--measure-start", arguments.measureStart,
                  "Prints how long the first frame and the first whole frame took, and ends");
     try {
@@ -74,6 +79,26 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     if (screen.size() == 2)
         arguments.screen = QSize(screen[0], screen[1]);
     return arguments;
+}
+
+/// Asks the launcher that is running to show itself; false when there is none to be reached.
+bool showRunning(const Machine& machine) {
+    const auto running = RemoteExecutor::connect(machine);
+    if (!running)
+        return false;
+    QEventLoop answered;
+    bool isShown = false;
+    running->run({QStringLiteral("show")}, {},
+                 {.out = [](const QByteArray&) {},
+                  .error = [](const QByteArray&) {},
+                  .finished =
+                      [&](int status) {
+                          isShown = status == static_cast<int>(ExitStatus::done);
+                          answered.quit();
+                      }});
+    QTimer::singleShot(std::chrono::seconds(5), &answered, &QEventLoop::quit);
+    answered.exec();
+    return isShown;
 }
 
 int run(int argc, char** argv) {
@@ -105,6 +130,8 @@ int run(int argc, char** argv) {
     const auto lock =
         FileLock::tryLock(machine.files, FileSystem::joined(folder, QStringLiteral("lock")));
     if (lock && !*lock) {
+        if (showRunning(machine))
+            return 0;
         std::fputs("tessellar: Tessellar is running already.\n", stderr);
         return 1;
     }
@@ -119,7 +146,16 @@ int run(int argc, char** argv) {
         if (!isForShow)
             updates.startSchedule();
     });
-    QObject::connect(&window, &LauncherWindow::closed, &application, &QGuiApplication::quit);
+    if (arguments->isResident && !isForShow) {
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
+                         [&](Qt::ApplicationState state) {
+                             if (state == Qt::ApplicationActive && !window.view().isVisible())
+                                 window.show();
+                         });
+    } else {
+        QObject::connect(&window, &LauncherWindow::closed, &application, &QGuiApplication::quit);
+    }
 
     if (!arguments->screenshot.isEmpty()) {
         const auto photograph = [&] {

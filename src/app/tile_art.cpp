@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace tessellar {
@@ -121,6 +122,90 @@ QPainterPath musicNote() {
     return path;
 }
 
+/// A shape with strokes of a width along a path cut out of it.
+QPainterPath engraved(const QPainterPath& shape, const QPainterPath& lines, double width) {
+    QPainterPathStroker stroker;
+    stroker.setWidth(width);
+    stroker.setCapStyle(Qt::RoundCap);
+    stroker.setJoinStyle(Qt::RoundJoin);
+    return shape.subtracted(stroker.createStroke(lines));
+}
+
+QPainterPath disc() {
+    QPainterPath path;
+    path.addEllipse(QPointF(), 48, 48);
+    return path;
+}
+
+QPainterPath clock() {
+    QPainterPath hands(QPointF(0, -28));
+    hands.lineTo(0, 2);
+    hands.lineTo(20, 14);
+    return engraved(disc(), hands, 9);
+}
+
+QPainterPath arrowDown() {
+    QPainterPath arrow(QPointF(0, -24));
+    arrow.lineTo(0, 22);
+    arrow.moveTo(-20, 4);
+    arrow.lineTo(0, 24);
+    arrow.lineTo(20, 4);
+    return engraved(disc(), arrow, 9);
+}
+
+QPainterPath fourSquares() {
+    QPainterPath path;
+    for (const QPointF corner : {QPointF(-46, -46), QPointF(4, -46), QPointF(-46, 4), QPointF(4, 4)})
+        path.addRoundedRect(QRectF(corner, QSizeF(42, 42)), 9, 9);
+    return path;
+}
+
+QPainterPath calendarPlus() {
+    QPainterPath path;
+    path.addRoundedRect(QRectF(-46, -40, 92, 84), 13, 13);
+    QPainterPath rings(QPointF(-22, -48));
+    rings.lineTo(-22, -32);
+    rings.moveTo(22, -48);
+    rings.lineTo(22, -32);
+    QPainterPathStroker stroker;
+    stroker.setWidth(9);
+    stroker.setCapStyle(Qt::RoundCap);
+    path = path.united(stroker.createStroke(rings));
+    QPainterPath days;
+    days.addRoundedRect(QRectF(-36, -16, 72, 50), 5, 5);
+    path = path.subtracted(days);
+    QPainterPath marks;
+    for (int row = 0; row < 2; ++row)
+        for (int column = 0; column < 3; ++column)
+            if (row + column < 3)
+                marks.addRoundedRect(QRectF(-27 + column * 21, -7 + row * 20, 12, 12), 3, 3);
+    path = path.united(marks);
+    // The badge, with a gap around it.
+    QPainterPath gap;
+    gap.addEllipse(QPointF(30, 32), 29, 29);
+    QPainterPath badge;
+    badge.addEllipse(QPointF(30, 32), 23, 23);
+    QPainterPath plus(QPointF(30, 20));
+    plus.lineTo(30, 44);
+    plus.moveTo(18, 32);
+    plus.lineTo(42, 32);
+    return path.subtracted(gap).united(engraved(badge, plus, 6));
+}
+
+QPainterPath apple() {
+    QPainterPath path(QPointF(0, -20));
+    path.cubicTo(12, -32, 42, -30, 43, 4);
+    path.cubicTo(43, 28, 26, 50, 13, 49);
+    path.cubicTo(7, 49, 5, 46, 0, 46);
+    path.cubicTo(-5, 46, -7, 49, -13, 49);
+    path.cubicTo(-26, 50, -43, 28, -43, 4);
+    path.cubicTo(-42, -30, -12, -32, 0, -20);
+    QPainterPath leaf(QPointF(2, -26));
+    leaf.cubicTo(2, -42, 14, -50, 26, -50);
+    leaf.cubicTo(27, -36, 16, -26, 2, -26);
+    return path.united(leaf);
+}
+
 struct Symbol {
     const char16_t* name; ///< without ".fill"
     QPainterPath (*path)();
@@ -133,7 +218,43 @@ constexpr std::array symbols{
     Symbol{u"gearshape", gear},
     Symbol{u"briefcase", briefcase},
     Symbol{u"music.note", musicNote},
+    Symbol{u"clock", clock},
+    Symbol{u"calendar.badge.plus", calendarPlus},
+    Symbol{u"square.grid.2x2", fourSquares},
+    Symbol{u"arrow.down.circle", arrowDown},
+    Symbol{u"apple.logo", apple},
 };
+
+/// Nothing for a name that is not drawn.
+std::optional<QPainterPath> symbolPath(QStringView name) {
+    if (name.endsWith(u".fill"))
+        name.chop(5);
+    for (const Symbol& symbol : symbols)
+        if (name == symbol.name)
+            return symbol.path();
+    return std::nullopt;
+}
+
+void paintSymbol(QPainter& painter, const QPainterPath& path, int side) {
+    painter.translate(side / 2.0, side / 2.0);
+    painter.scale(side * 0.0046, side * 0.0046);
+    painter.fillPath(path, QColor(255, 255, 255, 230));
+}
+
+/// At most nine, small, in three rows.
+void paintContents(QPainter& painter, const QRectF& body, const QList<QImage>& contents) {
+    constexpr int columns = 3;
+    const double margin = body.width() * 0.075;
+    const double pitch = (body.width() - 2 * margin) / columns;
+    const int small = std::max(4, static_cast<int>(pitch * 0.98));
+    for (int i = 0; i < std::min<qsizetype>(columns * columns, contents.size()); ++i) {
+        const double gap = (pitch - small) / 2;
+        const QPoint corner(qRound(body.x() + margin + i % columns * pitch + gap),
+                            qRound(body.y() + margin + i / columns * pitch + gap));
+        painter.drawImage(
+            corner, contents[i].scaled(small, small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    }
+}
 
 } // namespace
 
@@ -146,39 +267,22 @@ QImage folderArt(const QList<QImage>& contents, int side) {
     glass.setColorAt(0, QColor(255, 255, 255, 62));
     glass.setColorAt(1, QColor(255, 255, 255, 36));
     paintPlate(painter, body, glass);
-
-    constexpr int columns = 3;
-    const double margin = body.width() * 0.075;
-    const double pitch = (body.width() - 2 * margin) / columns;
-    const int small = std::max(4, static_cast<int>(pitch * 0.98));
-    for (int i = 0; i < std::min<qsizetype>(columns * columns, contents.size()); ++i) {
-        const double gap = (pitch - small) / 2;
-        const QPoint corner(qRound(body.x() + margin + i % columns * pitch + gap),
-                            qRound(body.y() + margin + i / columns * pitch + gap));
-        painter.drawImage(
-            corner, contents[i].scaled(small, small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-    }
+    paintContents(painter, body, contents);
     return image;
 }
 
 QImage symbolFolderArt(const QString& symbolName, int side) {
-    QStringView name = symbolName;
-    if (name.endsWith(u".fill"))
-        name.chop(5);
-    const auto symbol =
-        std::ranges::find_if(symbols, [&](const Symbol& known) { return name == known.name; });
-    if (symbol == symbols.end())
+    const auto symbol = symbolPath(symbolName);
+    if (!symbol)
         return {};
     QImage image = folderArt({}, side);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(side / 2.0, side / 2.0);
-    painter.scale(side * 0.0046, side * 0.0046);
-    painter.fillPath(symbol->path(), QColor(255, 255, 255, 225));
+    paintSymbol(painter, *symbol, side);
     return image;
 }
 
-QImage smartFolderArt(int side) {
+QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, int side) {
     QImage image = emptyArt(side);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -187,11 +291,19 @@ QImage smartFolderArt(int side) {
     dusk.setColorAt(0, QColor(126, 108, 255, 190));
     dusk.setColorAt(1, QColor(56, 168, 232, 170));
     paintPlate(painter, body, dusk);
-    const auto at = [&](double x, double y) { return body.topLeft() + QPointF(x, y) * body.width(); };
-    const QColor white(255, 255, 255, 238);
-    painter.fillPath(sparklePath(at(0.43, 0.55), body.width() * 0.29), white);
-    painter.fillPath(sparklePath(at(0.74, 0.29), body.width() * 0.14), white);
-    painter.fillPath(sparklePath(at(0.75, 0.75), body.width() * 0.09), white);
+    if (const auto symbol = symbolPath(symbolName)) {
+        paintSymbol(painter, *symbol, side);
+    } else if (!contents.isEmpty()) {
+        paintContents(painter, body, contents);
+    } else {
+        const auto at = [&](double x, double y) {
+            return body.topLeft() + QPointF(x, y) * body.width();
+        };
+        const QColor white(255, 255, 255, 238);
+        painter.fillPath(sparklePath(at(0.43, 0.55), body.width() * 0.29), white);
+        painter.fillPath(sparklePath(at(0.74, 0.29), body.width() * 0.14), white);
+        painter.fillPath(sparklePath(at(0.75, 0.75), body.width() * 0.09), white);
+    }
     return image;
 }
 

@@ -12,10 +12,12 @@ namespace tessellar {
 /// A folder's tile: the icons of what is in it, at most nine, small on a translucent plate.
 QImage folderArt(const QList<QImage>& contents, int side);
 
-/// A folder's tile with a symbol that the user chose, by its name ("star", "gamecontroller.fill"), or a
-/// smart folder's. A name that is not among the drawn ones gives a null image.
+/// A folder's tile with a symbol that the user chose, by its name ("star", "gamecontroller.fill"). A
+/// name that is not among the drawn ones gives a null image.
 QImage symbolFolderArt(const QString& symbolName, int side);
-QImage smartFolderArt(int side);
+/// A smart folder's tile, on a plate of its own colours: its symbol where that is drawn, else what it
+/// shows, else the sign of smart folders.
+QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, int side);
 
 /// The night sky behind the tiles, dithered: a gradient of eight bits shows bands on a large screen.
 QImage backdropArt(QSize size);

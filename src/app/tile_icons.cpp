@@ -19,10 +19,11 @@ QImage TileIcons::folder(const QStringList& appKeys, const QString& symbolName, 
     return folderArt(contents, side);
 }
 
-QImage TileIcons::smartFolder(int side) {
-    if (_smartFolder.width() != side)
-        _smartFolder = smartFolderArt(side);
-    return _smartFolder;
+QImage TileIcons::smartFolder(const QStringList& appKeys, const QString& symbolName, int side) {
+    QList<QImage> contents;
+    for (const QString& key : appKeys)
+        contents.append(icon(key));
+    return smartFolderArt(contents, symbolName, side);
 }
 
 QImage TileIcons::backdrop(QSize size) {

@@ -23,7 +23,7 @@ public:
     QImage icon(const QString& appKey) { return _loader.icon(appKey); }
     QImage genericIcon() { return _loader.genericIcon(); }
     QImage folder(const QStringList& appKeys, const QString& symbolName, int side);
-    QImage smartFolder(int side);
+    QImage smartFolder(const QStringList& appKeys, const QString& symbolName, int side);
     QImage backdrop(QSize size);
     /// Begins to draw the backdrop for a window of this size on a worker.
     void prepareBackdrop(QSize size);
@@ -35,7 +35,6 @@ Q_SIGNALS:
 private:
     IconLoader _loader;
     WorkerPool& _workers;
-    QImage _smartFolder;
     QImage _backdrop;
     Task _drawing;
 };

@@ -153,6 +153,14 @@ void addLayoutCommands(CommandSet& set) {
                   call->answer(outcome,
                                QStringLiteral("Layout reset to the default alphabetical arrangement."));
               });
+    set.onRun(set.add("show", "Bring the launcher that is running before the user"),
+              CommandNeeds::launcher, [](const std::shared_ptr<CommandCall>& command) {
+                  if (command->launcher().present())
+                      return command->finish(ExitStatus::done);
+                  command->fail({QStringLiteral("notRunning"),
+                                 QStringLiteral("The launcher is not running."),
+                                 {}});
+              });
     CLI::App* open = set.add("open", "Start an application");
     set.onRun(open, CommandNeeds::launcher, [key = word(open, "appkey", appKeyHelp)](const Call& call) {
         call->launcher().launch(

@@ -486,6 +486,12 @@ void LauncherViewModel::alert(LauncherError error) {
 
 QList<LauncherError> LauncherViewModel::takeAlerts() { return std::exchange(_alerts, {}); }
 
+bool LauncherViewModel::present() {
+    if (_present)
+        _present();
+    return _present != nullptr;
+}
+
 void LauncherViewModel::report(const LauncherError& error) {
     if (error.title.isEmpty())
         showNotice(error.message);

@@ -185,6 +185,10 @@ public:
                     std::chrono::milliseconds duration = std::chrono::seconds(3));
     /// Alerts not shown yet, oldest first; taking them empties the list.
     QList<LauncherError> takeAlerts();
+    /// How the launcher comes before the user again while it runs in the background.
+    void setPresenter(std::function<void()> present) { _present = std::move(present); }
+    /// False when there is no window to show.
+    bool present();
     /// Tells of something that was not done: as an alert where it has a title, else as a notice.
     void report(const LauncherError& error);
     /// Puts a question to those who watch; one is shown at a time, in their order.
@@ -277,6 +281,7 @@ private:
         std::function<void(bool)> answer;
     };
     std::list<Asked> _questions; ///< the first one is shown
+    std::function<void()> _present;
     Task _scanTask;
     bool _isRescanning = false;
     bool _rescanAgain = false;

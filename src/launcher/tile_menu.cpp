@@ -197,6 +197,10 @@ bool hasWritableRules(const Context& context) {
     return context.isEditable && context.launcher.smartFolders().isWritable();
 }
 
+QString updateStatus(const Context& context) {
+    return context.app() ? context.launcher.updates().statusText(appKey(*context.app())) : QString();
+}
+
 /// A title that is always the same.
 template <json::Name text>
 QString always(const Context&) {
@@ -235,6 +239,20 @@ const std::array rows = std::to_array<Row>({
     {},
     {"open", always<"Open">, [](const Context& c) { return c.isOne(); },
      [](const Context& c) { return !c.isUnavailable(); }, open},
+    {},
+    {"updateStatus", [](const Context& c) { return updateStatus(c); },
+     [](const Context& c) { return c.isOne() && !updateStatus(c).isEmpty(); },
+     [](const Context&) { return false; }},
+    {"update", [](const Context& c) { return c.launcher.updates().actionLabel(appKey(*c.app())); },
+     [](const Context& c) {
+         return c.isOne() && !updateStatus(c).isEmpty() &&
+                c.launcher.updates().actionKind(appKey(*c.app()));
+     },
+     [](const Context& c) { return !c.launcher.updates().activeAppKey(); },
+     [](const Context& c, const QString&) {
+         c.launcher.updates().run(appKey(*c.app()));
+         return MenuRequest::none;
+     }},
     {},
     {"rename", always<"Rename…">,
      [](const Context& c) { return c.isOne() && c.hasTile && (!c.smartFolder() || c.definition()); },
@@ -376,6 +394,14 @@ const std::array rows = std::to_array<Row>({
      [](const Context& c) { return c.isBackground() && !c.openFolder(); }, isEditable,
      [](const Context& c, const QString&) {
          return edit(c, [](LauncherEditor& e) { return e.sortEverything(); });
+     }},
+    {},
+    {"updates", [](const Context&) { return update_texts::checkNow; },
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, nullptr,
+     [](const Context& c, const QString&) {
+         if (c.launcher.updates().isEnabled())
+             c.launcher.updates().checkNow();
+         return MenuRequest::updates;
      }},
     {},
     {"mode",

@@ -26,7 +26,8 @@ struct MenuTarget {
 /// What remains for the window to do after an entry was performed.
 enum class MenuRequest {
     none,
-    rename, ///< let the user type a name over the tile's label
+    rename,  ///< let the user type a name over the tile's label
+    updates, ///< show what is known of updates
 };
 
 /// The menu of a tile, or of the background. With the tile of a selection it is about all of these.

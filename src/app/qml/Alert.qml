@@ -1,20 +1,17 @@
 import QtQuick
+import Tessellar
 
-// Something that the user has to take note of before going on.
+// Something that the user has to take note of, or to decide, before going on.
 Item {
     id: alert
 
-    required property bool isShown
-    required property string title
-    required property string text
-
-    signal dismissed
-
-    visible: isShown
+    required property LauncherController launcher
+    readonly property bool isQuestion: launcher.alertAccept !== ""
 
     MouseArea {
         anchors.fill: parent
         hoverEnabled: true
+        acceptedButtons: Qt.AllButtons
         onWheel: wheel => wheel.accepted = true
     }
 
@@ -25,14 +22,14 @@ Item {
 
     Rectangle {
         anchors.centerIn: parent
-        width: Math.min(420, parent.width - 40)
+        width: Math.min(440, parent.width - 40)
         height: column.height + 48
         radius: 20
         color: "#f52b2f40"
         border.color: "#40ffffff"
 
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: alert.title
+        Accessible.name: alert.launcher.alertTitle
 
         Column {
             id: column
@@ -43,7 +40,7 @@ Item {
 
             Text {
                 width: parent.width
-                text: alert.title
+                text: alert.launcher.alertTitle
                 color: "white"
                 wrapMode: Text.Wrap
                 textFormat: Text.PlainText
@@ -53,40 +50,35 @@ Item {
 
             Text {
                 width: parent.width
-                text: alert.text
+                text: alert.launcher.alertText
                 color: "#d9ffffff"
                 wrapMode: Text.Wrap
                 textFormat: Text.PlainText
                 font.pixelSize: 14
                 lineHeight: 1.2
+                maximumLineCount: 16
+                elide: Text.ElideRight
             }
 
-            Rectangle {
+            Row {
                 anchors.right: parent.right
-                width: 88
-                height: 34
-                radius: 10
-                color: tap.pressed ? "#3d6ff0" : "#4f80ff"
+                topPadding: 6
+                spacing: 10
 
-                Accessible.role: Accessible.Button
-                Accessible.name: ok.text
-                Accessible.onPressAction: alert.dismissed()
-
-                Text {
-                    id: ok
-
-                    anchors.centerIn: parent
-                    text: qsTr("OK")
-                    color: "white"
-                    font.pixelSize: 14
-                    font.weight: Font.Medium
+                PushButton {
+                    objectName: "cancelButton"
+                    visible: alert.isQuestion
+                    text: qsTr("Cancel")
+                    isDefault: alert.isQuestion && !alert.launcher.isAcceptDefault
+                    onClicked: alert.launcher.answerAlert(false)
                 }
 
-                TapHandler {
-                    id: tap
-
-                    gesturePolicy: TapHandler.ReleaseWithinBounds
-                    onTapped: alert.dismissed()
+                PushButton {
+                    objectName: "acceptButton"
+                    text: alert.isQuestion ? alert.launcher.alertAccept : qsTr("OK")
+                    isDefault: alert.launcher.isAcceptDefault
+                    isDestructive: alert.launcher.isAlertDestructive
+                    onClicked: alert.launcher.answerAlert(true)
                 }
             }
         }

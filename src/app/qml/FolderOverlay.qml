@@ -14,6 +14,11 @@ Item {
     readonly property rect area: launcher.folderPanel
     property rect from: Qt.rect(0, 0, 0, 0)
 
+    function tileRect(tileId) {
+        const rect = contents.item ? contents.item.tileRect(tileId) : Qt.rect(0, 0, 0, 0);
+        return rect.width > 0 ? Qt.rect(rect.x + area.x, rect.y + area.y, rect.width, rect.height) : rect;
+    }
+
     visible: progress > 0
     enabled: launcher.isFolderOpen
 
@@ -65,8 +70,13 @@ Item {
         }
 
         // Clicks beside the tiles stay in the folder.
-        TapHandler {
-            gesturePolicy: TapHandler.ReleaseWithinBounds
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            onPressed: mouse => {
+                if (mouse.button === Qt.RightButton)
+                    overlay.launcher.openMenu("", mapToItem(null, mouse.x, mouse.y));
+            }
         }
 
         Text {
@@ -81,6 +91,41 @@ Item {
             textFormat: Text.PlainText
             font.pixelSize: 24
             font.weight: Font.Medium
+            visible: !titleField.active
+
+            MouseArea {
+                anchors.fill: parent
+                cursorShape: Qt.IBeamCursor
+                onClicked: overlay.launcher.beginRename(overlay.launcher.folderId)
+            }
+        }
+
+        Loader {
+            id: titleField
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: title.y - 4
+            z: 1
+            active: overlay.launcher.isFolderOpen && overlay.launcher.renamingId === overlay.launcher.folderId
+                    && overlay.launcher.folderId !== ""
+            sourceComponent: NameField {
+                launcher: overlay.launcher
+                name: overlay.launcher.folderTitle
+                width: Math.min(360, panel.width - 40)
+                font.pixelSize: 22
+            }
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.top: title.bottom
+            width: Math.min(implicitWidth, parent.width - 40)
+            visible: text !== ""
+            text: overlay.launcher.folderNotice
+            color: "#99ffffff"
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            font.pixelSize: 12
         }
 
         Item {
@@ -97,7 +142,9 @@ Item {
                     model: overlay.launcher.folder
                     page: overlay.launcher.folderPage
                     interactive: overlay.launcher.isFolderOpen
+                    isInFolder: true
                     columns: overlay.launcher.folderColumns
+                    rows: overlay.launcher.folderRows
                     leftMargin: overlay.launcher.folderLeft
                     topMargin: overlay.launcher.folderTop
                     cellWidth: overlay.launcher.folderCellWidth

@@ -7,12 +7,18 @@ Item {
 
     required property LauncherController launcher
     required property PageModel tiles
+    required property int index
+    required property bool isInFolder
+    required property bool canLift
     required property int columns
+    required property int rows
     required property int leftMargin
     required property int topMargin
     required property int cellWidth
     required property int cellHeight
     required property int iconSide
+    // Where the tiles make room for others that are carried over them; empty when each is in its own slot.
+    property var places: canLift && launcher.drag.revision > 0 ? launcher.drag.slotsOf(isInFolder, index) : []
 
     function tileRect(tileId) {
         for (let i = 0; i < repeater.count; ++i) {
@@ -23,18 +29,45 @@ Item {
         return Qt.rect(0, 0, 0, 0);
     }
 
+    // Moves the tiles on their way to where they make room; all the way without a time.
+    function slide(seconds) {
+        const share = seconds < 0 ? 1 : Math.min(1, seconds * 16);
+        for (let i = 0; i < repeater.count; ++i) {
+            const tile = repeater.itemAt(i);
+            if (!tile)
+                continue;
+            const place = i < places.length && places[i] >= 0 ? places[i] : i;
+            const across = (place % columns - i % columns) * cellWidth;
+            const down = (Math.floor(place / columns) - Math.floor(i / columns)) * cellHeight;
+            tile.shiftX += (across - tile.shiftX) * share;
+            tile.shiftY += (down - tile.shiftY) * share;
+            tile.isPushedOff = place >= columns * rows;
+        }
+    }
+
+    onPlacesChanged: if (places.length === 0) slide(-1)
+
     Repeater {
         id: repeater
 
         model: page.tiles
 
         Tile {
-            x: page.leftMargin + index % page.columns * page.cellWidth
-            y: page.topMargin + Math.floor(index / page.columns) * page.cellHeight
+            x: page.leftMargin + index % page.columns * page.cellWidth + shiftX
+            y: page.topMargin + Math.floor(index / page.columns) * page.cellHeight + shiftY
             width: page.cellWidth
             height: page.cellHeight
             launcher: page.launcher
             iconSide: page.iconSide
+            canLift: page.canLift
+        }
+    }
+
+    Loader {
+        active: page.places.length > 0
+        sourceComponent: FrameAnimation {
+            running: true
+            onTriggered: page.slide(frameTime)
         }
     }
 }

@@ -8,26 +8,46 @@ FocusScope {
     required property LauncherController launcher
 
     focus: true
-    Keys.onPressed: event => event.accepted = launcher.pressKey(event.key)
+    Keys.onPressed: event => {
+        if (launcher.renamingId === "")
+            event.accepted = launcher.pressKey(event.key, event.modifiers) || launcher.type(event.text);
+    }
+
+    Connections {
+        target: root.launcher
+        function onMenuWanted(tileId) {
+            const rect = root.launcher.isFolderOpen ? folder.tileRect(tileId) : pages.tileRect(tileId);
+            root.launcher.openMenu(tileId, rect.width > 0 ? Qt.point(rect.x + rect.width / 2, rect.y + rect.height / 2)
+                                                          : Qt.point(root.width / 2, root.height / 2));
+        }
+    }
 
     BackdropItem {
         anchors.fill: parent
         icons: root.launcher.icons
     }
 
+    // A click beside the tiles closes the launcher, as it does on the Mac, or ends a search.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onPressed: mouse => {
+            if (mouse.button === Qt.RightButton)
+                root.launcher.openMenu("", Qt.point(mouse.x, mouse.y));
+        }
+        onClicked: mouse => {
+            if (mouse.button === Qt.LeftButton)
+                root.launcher.escape();
+        }
+        onPressAndHold: mouse => root.launcher.openMenu("", Qt.point(mouse.x, mouse.y))
+    }
+
     Item {
         id: stage
 
         anchors.fill: parent
-        opacity: root.launcher.isReady ? 1 - 0.68 * folder.progress : 0
+        opacity: root.launcher.isReady && !root.launcher.search.isActive ? 1 - 0.68 * folder.progress : 0
         visible: opacity > 0
-
-        // A click beside the tiles closes the launcher, as it does on the Mac.
-        TapHandler {
-            enabled: !root.launcher.isFolderOpen
-            gesturePolicy: TapHandler.ReleaseWithinBounds
-            onTapped: root.launcher.escape()
-        }
 
         PageStrip {
             id: pages
@@ -35,9 +55,10 @@ FocusScope {
             anchors.fill: parent
             launcher: root.launcher
             model: root.launcher.grid
-            page: root.launcher.currentPage
+            page: root.launcher.shownPage
             interactive: !root.launcher.isFolderOpen && !root.launcher.hasAlert
             columns: root.launcher.columns
+            rows: root.launcher.rows
             leftMargin: root.launcher.left
             topMargin: root.launcher.top
             cellWidth: root.launcher.cellWidth
@@ -65,12 +86,82 @@ FocusScope {
         }
     }
 
+    Loader {
+        id: found
+
+        anchors.fill: parent
+        active: root.launcher.search.isActive
+        sourceComponent: Item {
+            PageStrip {
+                id: results
+
+                anchors.fill: parent
+                launcher: root.launcher
+                model: root.launcher.search.results
+                page: root.launcher.search.page
+                interactive: !root.launcher.hasAlert
+                canLift: false
+                columns: root.launcher.columns
+                rows: root.launcher.rows
+                leftMargin: root.launcher.left
+                topMargin: root.launcher.top
+                cellWidth: root.launcher.cellWidth
+                cellHeight: root.launcher.cellHeight
+                iconSide: root.launcher.iconSide
+                onTurned: page => root.launcher.search.page = page
+            }
+
+            PageDots {
+                anchors.horizontalCenter: parent.horizontalCenter
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
+                count: root.launcher.search.results.pageCount
+                position: results.position
+                onChosen: page => root.launcher.search.page = page
+            }
+
+            Text {
+                anchors.centerIn: parent
+                width: Math.min(implicitWidth, parent.width - 80)
+                visible: root.launcher.search.results.pageCount === 0
+                text: qsTr("No results for “%1”").arg(root.launcher.search.text)
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+                color: "#b8ffffff"
+                font.pixelSize: 22
+                font.weight: Font.Light
+            }
+        }
+    }
+
+    SearchField {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Math.max(4, Math.round((root.launcher.top - height) / 2))
+        opacity: root.launcher.isReady ? 1 - folder.progress : 0
+        visible: opacity > 0
+        launcher: root.launcher
+    }
+
     FolderOverlay {
         id: folder
 
         anchors.fill: parent
         launcher: root.launcher
         origin: pages.tileRect(root.launcher.folderId)
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: root.launcher.drag.isLifted
+        sourceComponent: LiftedTiles {
+            launcher: root.launcher
+            iconSide: root.launcher.isFolderOpen ? root.launcher.folderIconSide : root.launcher.iconSide
+        }
+    }
+
+    DragStage {
+        anchors.fill: parent
+        drag: root.launcher.drag
     }
 
     Notice {
@@ -80,11 +171,27 @@ FocusScope {
         text: root.launcher.notice
     }
 
-    Alert {
+    Loader {
         anchors.fill: parent
-        isShown: root.launcher.hasAlert
-        title: root.launcher.alertTitle
-        text: root.launcher.alertText
-        onDismissed: root.launcher.dismissAlert()
+        active: root.launcher.sheet === "updates"
+        sourceComponent: UpdatesSheet {
+            launcher: root.launcher
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: root.launcher.menu.isOpen
+        sourceComponent: ContextMenu {
+            menu: root.launcher.menu
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: root.launcher.hasAlert
+        sourceComponent: Alert {
+            launcher: root.launcher
+        }
     }
 }

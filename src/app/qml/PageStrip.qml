@@ -8,12 +8,15 @@ PagerItem {
     required property LauncherController launcher
     required property GridModel model
     required property int columns
+    required property int rows
     required property int leftMargin
     required property int topMargin
     required property int cellWidth
     required property int cellHeight
     required property int iconSide
     property bool interactive: true
+    property bool isInFolder: false
+    property bool canLift: true
     // The neighbours are made when there is time: after the first frame.
     property bool hasNeighbours: false
 
@@ -54,7 +57,11 @@ PagerItem {
                 sourceComponent: GridPage {
                     launcher: strip.launcher
                     tiles: strip.model.page(slot.index)
+                    index: slot.index
+                    isInFolder: strip.isInFolder
+                    canLift: strip.canLift
                     columns: strip.columns
+                    rows: strip.rows
                     leftMargin: strip.leftMargin
                     topMargin: strip.topMargin
                     cellWidth: strip.cellWidth
@@ -70,7 +77,8 @@ PagerItem {
 
         target: null
         yAxis.enabled: false
-        enabled: strip.interactive
+        // What begins on a tile lifts it; a finger always swipes.
+        enabled: strip.interactive && !strip.launcher.drag.isPressed && !strip.launcher.drag.isLifted
         acceptedDevices: PointerDevice.AllDevices
         onActiveChanged: {
             if (active)

@@ -15,8 +15,18 @@ Item {
     required property bool isUnavailable
     property LauncherController launcher
     property int iconSide
-    readonly property bool isSelected: launcher.selectedId === tileId
+    property bool canLift: true
+    // Away from its own slot, while tiles make room.
+    property real shiftX: 0
+    property real shiftY: 0
+    property bool isPushedOff: false
+    readonly property bool isSelected: launcher.selectedIds.indexOf(tileId) >= 0
+    readonly property bool isTarget: launcher.drag.targetId === tileId
+    readonly property bool isRenamed: enabled && launcher.renamingId === tileId
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
+
+    // The tiles that are carried leave their places.
+    opacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
 
     Accessible.role: Accessible.Button
     Accessible.name: label
@@ -27,9 +37,9 @@ Item {
         anchors.centerIn: plate
         width: plate.width + 2
         height: plate.height + 2
-        visible: hover.hovered || tile.isSelected
+        visible: (hover.hovered && !tile.launcher.drag.isLifted) || tile.isSelected || tile.isTarget
         radius: 18
-        color: tile.isSelected ? "#26ffffff" : "#14ffffff"
+        color: tile.isTarget ? "#4dffffff" : tile.isSelected ? "#26ffffff" : "#14ffffff"
         border.width: tile.isSelected ? 2 : 0
         border.color: "#b3ffffff"
     }
@@ -41,6 +51,10 @@ Item {
         y: tile.iconTop - 8
         width: Math.min(tile.width - 4, tile.iconSide + 36)
         height: tile.iconSide + name.height + 24
+
+        HoverHandler {
+            id: hover
+        }
     }
 
     IconItem {
@@ -54,7 +68,8 @@ Item {
         kind: tile.kind
         appKeys: tile.appKeys
         symbolName: tile.symbolName
-        opacity: tile.isUnavailable ? 0.35 : tap.pressed ? 0.7 : 1
+        opacity: tile.isUnavailable ? 0.35 : mouse.pressed ? 0.7 : 1
+        scale: tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
         // A folder that is open is shown by its panel.
         visible: !(tile.launcher.isFolderOpen && tile.launcher.folderId === tile.tileId)
     }
@@ -85,6 +100,7 @@ Item {
     Text {
         id: name
 
+        visible: !tile.isRenamed
         anchors.horizontalCenter: parent.horizontalCenter
         y: tile.iconTop + tile.iconSide + 4
         width: Math.min(implicitWidth, tile.width - 10)
@@ -98,18 +114,39 @@ Item {
         textFormat: Text.PlainText
     }
 
-    HoverHandler {
-        id: hover
+    MouseArea {
+        id: mouse
+
+        anchors.fill: plate
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        pressAndHoldInterval: 900
+        onPressed: event => {
+            const point = mapToItem(null, event.x, event.y);
+            if (event.button === Qt.RightButton)
+                tile.launcher.openMenu(tile.tileId, point);
+            else if (tile.canLift && event.source === Qt.MouseEventNotSynthesized)
+                tile.launcher.drag.press(tile.tileId, point, picture.mapToItem(null, 0, 0));
+        }
+        onPositionChanged: event => tile.launcher.drag.move(mapToItem(null, event.x, event.y))
+        onPressAndHold: event => tile.launcher.openMenu(tile.tileId, mapToItem(null, event.x, event.y))
+        onReleased: tile.launcher.drag.letGo()
+        onCanceled: tile.launcher.drag.letGo()
+        onClicked: event => {
+            if (event.button === Qt.LeftButton)
+                tile.launcher.click(tile.tileId, event.modifiers);
+        }
     }
 
-    TapHandler {
-        id: tap
-
-        // Takes the press from what lies below; a swipe takes it from here.
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: {
-            tile.launcher.unselect();
-            tile.launcher.activate(tile.tileId);
+    Loader {
+        active: tile.isRenamed
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: name.y - 4
+        z: 11
+        sourceComponent: NameField {
+            launcher: tile.launcher
+            name: tile.label
+            width: Math.max(tile.width - 4, 120)
+            font.pixelSize: tile.launcher.labelPixels
         }
     }
 

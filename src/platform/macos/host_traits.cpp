@@ -15,6 +15,8 @@ qint64 peakResidentMemory() {
 
 bool hasReliableGraphics() { return true; }
 
+bool staysWithoutWindow() { return true; }
+
 QStringList preferredFontFamilies() { return {}; }
 
 QString helperSetupFolder() {

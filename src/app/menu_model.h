@@ -1,0 +1,63 @@
+#pragma once
+
+#include "launcher/tile_menu.h"
+
+#include <QObject>
+#include <QPointF>
+#include <QVariant>
+#include <QtQml/qqmlregistration.h>
+
+namespace tessellar {
+
+/// The menu that is open in the window: its lines, those of one submenu, and where the keyboard is in
+/// them. Knows nothing of what the entries do.
+class MenuModel final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
+    Q_PROPERTY(QPointF position READ position NOTIFY changed) ///< of the pointer that opened it
+    Q_PROPERTY(QVariantList entries READ entries NOTIFY changed)
+    Q_PROPERTY(int current READ current NOTIFY currentChanged) ///< -1 for none
+    /// The entry whose submenu is shown, or -1.
+    Q_PROPERTY(int parentEntry READ parentEntry NOTIFY currentChanged)
+    Q_PROPERTY(QVariantList subEntries READ subEntries NOTIFY currentChanged)
+    Q_PROPERTY(int subCurrent READ subCurrent NOTIFY currentChanged)
+
+public:
+    bool isOpen() const { return !_entries.isEmpty(); }
+    QPointF position() const { return _position; }
+    QVariantList entries() const { return list(_entries); }
+    int current() const { return _current; }
+    int parentEntry() const { return _parent; }
+    QVariantList subEntries() const { return list(sub()); }
+    int subCurrent() const { return _subCurrent; }
+
+    void open(const QList<MenuEntry>& entries, QPointF position);
+    Q_INVOKABLE void close();
+    /// The pointer is over a line.
+    Q_INVOKABLE void hover(bool isSubmenu, int index);
+    /// A line is chosen: its submenu opens, or it is performed.
+    Q_INVOKABLE void choose(bool isSubmenu, int index);
+    /// While the menu is open, all keys are its own.
+    void pressKey(int key);
+
+Q_SIGNALS:
+    void changed();
+    void currentChanged();
+    void chosen(const QString& id);
+
+private:
+    const QList<MenuEntry>& sub() const;
+    static QVariantList list(const QList<MenuEntry>& entries);
+    void step(int by);
+    void enterSubmenu();
+
+    QList<MenuEntry> _entries;
+    QPointF _position;
+    int _current = -1;
+    int _parent = -1;
+    int _subCurrent = -1;
+};
+
+} // namespace tessellar

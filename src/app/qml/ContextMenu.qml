@@ -1,0 +1,51 @@
+import QtQuick
+import Tessellar
+
+// The menu at the pointer, with one submenu beside it.
+Item {
+    id: root
+
+    required property MenuModel menu
+
+    // As near to a wanted place as the window allows.
+    function within(wanted, size, available) {
+        return Math.round(Math.max(8, Math.min(wanted, available - size - 8)));
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onPressed: root.menu.close()
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    MenuPanel {
+        id: main
+
+        objectName: "menuPanel"
+        x: root.within(root.menu.position.x + 1, width, root.width)
+        y: root.within(root.menu.position.y + 1, height, root.height)
+        tallest: root.height - 16
+        entries: root.menu.entries
+        current: root.menu.current
+        onHovered: index => root.menu.hover(false, index)
+        onChosen: index => root.menu.choose(false, index)
+    }
+
+    Loader {
+        active: root.menu.parentEntry >= 0
+        sourceComponent: MenuPanel {
+            readonly property bool fitsRight: main.x + main.width + width - 4 < root.width - 8
+
+            objectName: "subMenuPanel"
+            x: fitsRight ? main.x + main.width - 4 : Math.max(8, main.x - width + 4)
+            y: root.within(main.y + main.lineTop(root.menu.parentEntry) - 6, height, root.height)
+            tallest: root.height - 16
+            entries: root.menu.subEntries
+            current: root.menu.subCurrent
+            onHovered: index => root.menu.hover(true, index)
+            onChosen: index => root.menu.choose(true, index)
+        }
+    }
+}

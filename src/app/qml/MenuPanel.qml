@@ -1,0 +1,133 @@
+import QtQuick
+
+// The lines of a menu, or of its submenu.
+Rectangle {
+    id: panel
+
+    required property var entries
+    required property int current
+    property real tallest: 600
+    readonly property int longest: 340
+    readonly property real lineWidth: {
+        let widest = 150;
+        for (const entry of entries)
+            widest = Math.max(widest, metrics.advanceWidth(entry.title));
+        return Math.ceil(Math.min(longest, widest + 50));
+    }
+
+    signal hovered(int index)
+    signal chosen(int index)
+
+    // Where a line begins, in this panel.
+    function lineTop(index) {
+        const line = lines.itemAt(index);
+        return line ? line.y - flick.contentY + flick.y : 0;
+    }
+
+    width: lineWidth + 12
+    height: Math.min(tallest, column.height + 12)
+    radius: 12
+    color: "#fa262a39"
+    border.color: "#38ffffff"
+
+    Accessible.role: Accessible.PopupMenu
+
+    // The keyboard's line is always seen.
+    onCurrentChanged: {
+        const line = lines.itemAt(current);
+        if (line)
+            flick.contentY = Math.max(line.y + line.height - flick.height, Math.min(flick.contentY, line.y));
+    }
+
+    FontMetrics {
+        id: metrics
+
+        font.pixelSize: 14
+    }
+
+    Flickable {
+        id: flick
+
+        anchors.fill: parent
+        anchors.margins: 6
+        clip: interactive
+        interactive: contentHeight > height
+        contentHeight: column.height
+        boundsBehavior: Flickable.StopAtBounds
+
+        Column {
+            id: column
+
+            Repeater {
+                id: lines
+
+                model: panel.entries
+
+                Item {
+                    id: line
+
+                    required property int index
+                    required property var modelData
+                    readonly property bool isCurrent: index === panel.current
+
+                    width: panel.lineWidth
+                    height: modelData.isSeparator ? 9 : Math.max(28, words.implicitHeight + 10)
+
+                    Accessible.role: modelData.isSeparator ? Accessible.Separator : Accessible.MenuItem
+                    Accessible.name: modelData.title
+                    Accessible.onPressAction: panel.chosen(index)
+
+                    Rectangle {
+                        visible: line.modelData.isSeparator
+                        anchors.verticalCenter: parent.verticalCenter
+                        x: 10
+                        width: parent.width - 20
+                        height: 1
+                        color: "#24ffffff"
+                    }
+
+                    Rectangle {
+                        anchors.fill: parent
+                        visible: line.isCurrent
+                        radius: 7
+                        color: line.modelData.isDestructive ? "#e5483d" : "#4f80ff"
+                    }
+
+                    Text {
+                        id: words
+
+                        x: 12
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: parent.width - 24 - (line.modelData.hasEntries ? 14 : 0)
+                        text: line.modelData.title
+                        color: !line.modelData.isEnabled ? "#80ffffff"
+                               : line.modelData.isDestructive && !line.isCurrent ? "#ff7b72" : "#f5ffffff"
+                        wrapMode: line.modelData.isEnabled ? Text.NoWrap : Text.Wrap
+                        elide: Text.ElideRight
+                        textFormat: Text.PlainText
+                        font.pixelSize: 14
+                    }
+
+                    Text {
+                        anchors.right: parent.right
+                        anchors.rightMargin: 10
+                        anchors.verticalCenter: parent.verticalCenter
+                        visible: line.modelData.hasEntries
+                        text: "›"
+                        color: words.color
+                        font.pixelSize: 17
+                    }
+
+                    MouseArea {
+                        anchors.fill: parent
+                        hoverEnabled: true
+                        acceptedButtons: Qt.LeftButton | Qt.RightButton
+                        onPositionChanged: if (!line.isCurrent) panel.hovered(line.index)
+                        onEntered: panel.hovered(line.index)
+                        onClicked: panel.chosen(line.index)
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,141 @@
+#pragma once
+
+#include "app/grid_metrics.h"
+#include "editing/tile_drop.h"
+#include "launcher/launcher_view_model.h"
+#include "platform/uuid_source.h"
+
+#include <QObject>
+#include <QPointF>
+#include <QQuickItem>
+#include <QStringList>
+
+namespace tessellar {
+
+/// Tiles that the pointer lifts, carries and puts down. Begins with a press on a tile; what a point
+/// means is `dropAt`'s to say, what it comes to the editor's. Pages turn and folders open and close
+/// under tiles that rest at an edge, over a folder or beside its panel.
+class TileDrag final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(bool isPressed READ isPressed NOTIFY pressedChanged)
+    Q_PROPERTY(
+        QString heldId READ heldId NOTIFY pressedChanged) ///< pressed for a while: about to be lifted
+    Q_PROPERTY(bool isLifted READ isLifted NOTIFY changed)
+    Q_PROPERTY(QStringList liftedIds READ liftedIds NOTIFY changed)
+    /// The one of them that the pointer took hold of.
+    Q_PROPERTY(QString heldTile READ heldTile NOTIFY changed)
+    Q_PROPERTY(QPointF pointer READ pointer NOTIFY moved)
+    Q_PROPERTY(QPointF grip READ grip NOTIFY changed)             ///< of the pointer within the picture
+    Q_PROPERTY(QString targetId READ targetId NOTIFY dropChanged) ///< the tile that would take them in
+    Q_PROPERTY(int revision READ revision NOTIFY dropChanged)     ///< of what `slots` says
+
+public:
+    /// The pages over which tiles are carried, as they lie in the window.
+    struct Area {
+        ShownPages pages;
+        int page = 0;
+        QRectF frame; ///< of the window, or of the open folder's panel
+        GridMetrics cells;
+        int columns = 1;
+        int rows = 1;
+        std::optional<QUuid> folder;
+        bool rulesDecide = false;
+    };
+    using AreaNow = std::function<Area()>;
+
+    static constexpr std::chrono::milliseconds holdDelay{200};
+    static constexpr std::chrono::milliseconds turnDelay{600};
+    static constexpr std::chrono::milliseconds openDelay{800};
+    static constexpr std::chrono::milliseconds leaveDelay{350};
+
+    TileDrag(LauncherViewModel& viewModel, Scheduler& scheduler, AreaNow area);
+
+    bool isPressed() const { return _pressed.has_value(); }
+    QString heldId() const;
+    bool isLifted() const { return !_lifted.isEmpty(); }
+    QStringList liftedIds() const;
+    QString heldTile() const { return _heldTile ? toText(*_heldTile) : QString(); }
+    QPointF pointer() const { return _pointer; }
+    QPointF grip() const { return _grip; }
+    QString targetId() const;
+    int revision() const { return _revision; }
+    /// The page past the last one is shown: letting go there makes a new one.
+    bool isOnNewPage() const { return _isOnNewPage; }
+
+    /// `picture` is where the tile's picture begins; points are of the window.
+    Q_INVOKABLE void press(const QString& tileId, QPointF point, QPointF picture);
+    Q_INVOKABLE void move(QPointF point);
+    /// The press ends on its tile without having become a drag.
+    Q_INVOKABLE void letGo();
+    /// The tiles are put down where the pointer is.
+    void drop();
+    /// They go back to where they were; true when there were any.
+    bool cancel();
+    /// The slots in which the tiles of a page are drawn; empty when each is in its own.
+    Q_INVOKABLE QList<int> slotsOf(bool inFolder, int page) const;
+
+Q_SIGNALS:
+    void pressedChanged();
+    void changed();
+    void moved();
+    void dropChanged();
+    /// The pointer has left the ground with tiles: whoever shows the window takes its grab.
+    void lifted();
+    void newPageChanged();
+    void refused(const LauncherError& error);
+
+private:
+    void lift();
+    void look();
+    void rest(const Area& area);
+    void setNewPage(bool isOn);
+    void end();
+
+    LauncherViewModel& _viewModel;
+    Scheduler& _scheduler;
+    AreaNow _area;
+    std::optional<QUuid> _pressed;
+    bool _isHeld = false;
+    QPointF _pressPoint;
+    QPointF _pointer;
+    QPointF _grip;
+    std::optional<QUuid> _heldTile;
+    QList<QUuid> _lifted; ///< in the order of the arrangement
+    QSet<QUuid> _liftedSet;
+    Drop _drop;
+    std::optional<int> _gap;
+    std::optional<QUuid> _gapFolder;
+    int _gapPage = -1;
+    int _revision = 0;
+    bool _isOnNewPage = false;
+    Timer _hold;
+    Timer _rest;
+    QString _restingOn; ///< what the rest's timer waits for
+};
+
+/// Takes the pointer's grab when tiles are lifted, so that they can be carried over pages and folders
+/// that come and go.
+class DragStage final : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(tessellar::TileDrag* drag MEMBER _drag WRITE setDrag REQUIRED)
+
+public:
+    explicit DragStage(QQuickItem* parent = nullptr);
+
+    void setDrag(TileDrag* drag);
+    /// Presses are meant for what lies below.
+    bool contains(const QPointF&) const override { return false; }
+
+protected:
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseUngrabEvent() override;
+
+private:
+    TileDrag* _drag = nullptr;
+};
+
+} // namespace tessellar

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "app/grid_model.h"
+#include "launcher/launcher_view_model.h"
+
+namespace tessellar {
+
+/// What is typed into the search field and the pages of what it finds, best first.
+class TileSearch final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(bool isActive READ isActive NOTIFY changed)
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
+    Q_PROPERTY(tessellar::GridModel* results READ results CONSTANT)
+    Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
+
+public:
+    explicit TileSearch(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
+
+    bool isActive() const { return !_text.isEmpty(); }
+    QString text() const { return _text; }
+    void setText(const QString& text);
+    void clear() { setText({}); }
+    /// Searches again: what can be found has changed.
+    void refresh();
+
+    GridModel* results() { return &_results; }
+    const ShownPages& shown() const { return _results.shown(); }
+    int page() const { return _page; }
+    void setPage(int page);
+    const std::optional<QUuid>& selected() const { return _selected; }
+    void select(const QUuid& tile);
+
+Q_SIGNALS:
+    void changed();
+    void pageChanged();
+    void selectionChanged();
+
+private:
+    LauncherViewModel& _viewModel;
+    QString _text;
+    GridModel _results;
+    int _page = 0;
+    std::optional<QUuid> _selected;
+};
+
+} // namespace tessellar
