@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QRectF>
 #include <QSizeF>
+#include <QUrl>
 
 namespace tessellar {
 
@@ -62,6 +63,8 @@ class LauncherController final : public QObject {
     Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
     /// The sheet that lies over the grid: "updates", or nothing.
     Q_PROPERTY(QString sheet READ sheet NOTIFY sheetChanged)
+    /// The application that it is about.
+    Q_PROPERTY(QString sheetName READ sheetName NOTIFY sheetChanged)
     /// The tile whose name is being typed, or nothing.
     Q_PROPERTY(QString renamingId READ renamingId NOTIFY renamingChanged)
 
@@ -132,6 +135,10 @@ public:
     UpdatesPanel* updates() { return &_updates; }
     QString sheet() const { return _sheet; }
     Q_INVOKABLE void openSheet(const QString& sheet);
+    QString sheetName() const;
+    /// Gives the application of the sheet the icon in a file of the host.
+    Q_INVOKABLE void changeIcon(const QString& file);
+    Q_INVOKABLE static QString localFile(const QUrl& url) { return url.toLocalFile(); }
     Q_INVOKABLE void closeSheet() { openSheet({}); }
     /// As it is when the window comes before the user anew.
     void startAfresh();

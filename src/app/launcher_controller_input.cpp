@@ -1,5 +1,6 @@
 #include "app/launcher_controller.h"
 #include "app/tile_navigation.h"
+#include "launcher/launcher_icons.h"
 #include "platform/uuid_source.h"
 
 #include <algorithm>
@@ -299,6 +300,8 @@ void LauncherController::performMenuEntry(const QString& id) {
         return;
     case MenuRequest::rename:
         return beginRename(toText(target.item->id()));
+    case MenuRequest::icon:
+        return openSheet(QStringLiteral("icon"));
     case MenuRequest::updates:
         return openSheet(QStringLiteral("updates"));
     }
@@ -309,6 +312,21 @@ void LauncherController::performMenuEntry(const QString& id) {
 void LauncherController::openSheet(const QString& sheet) {
     if (std::exchange(_sheet, sheet) != sheet)
         Q_EMIT sheetChanged();
+}
+
+QString LauncherController::sheetName() const {
+    const AppEntry* app = _menuTarget.item ? _menuTarget.item->app() : nullptr;
+    return app ? app->name : QString();
+}
+
+void LauncherController::changeIcon(const QString& file) {
+    const AppEntry* app = _menuTarget.item ? _menuTarget.item->app() : nullptr;
+    if (!app || file.isEmpty())
+        return;
+    static const FileSystem host;
+    _viewModel.icons().set(
+        appKey(*app), file, [this](const LauncherIcons::Outcome& outcome) { report(outcome); }, &host);
+    closeSheet();
 }
 
 void LauncherController::startAfresh() {

@@ -1,5 +1,8 @@
 #include "launcher/tile_menu.h"
 
+#include "launcher/launcher_icons.h"
+#include "launcher/launcher_import.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -266,6 +269,20 @@ const std::array rows = std::to_array<Row>({
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.revertAppName(c.tiles.first()); });
      }},
+    {"changeIcon", always<"Change Icon…">,
+     [](const Context& c) { return c.isOne() && c.app() && c.hasTile; }, nullptr,
+     [](const Context&, const QString&) { return MenuRequest::icon; }},
+    {"removeIcon", always<"Remove Custom Icon">,
+     [](const Context& c) { return c.isOne() && c.app() && c.launcher.icons().has(appKey(*c.app())); },
+     nullptr,
+     [](const Context& c, const QString&) {
+         c.launcher.icons().remove(appKey(*c.app()),
+                                   [&l = c.launcher](const LauncherIcons::Outcome& o) {
+                                       if (!o)
+                                           l.report(o.error());
+                                   });
+         return MenuRequest::none;
+     }},
     {},
     {"cut", always<"Cut">, [](const Context& c) { return c.isPlaced(); }, isEditable,
      [](const Context& c, const QString&) {
@@ -415,6 +432,13 @@ const std::array rows = std::to_array<Row>({
          c.launcher.setMode(c.launcher.mode() == LauncherWindowMode::fullScreen
                                 ? LauncherWindowMode::windowed
                                 : LauncherWindowMode::fullScreen);
+         return MenuRequest::none;
+     }},
+    {"importLaunchpad", always<"Import Old Launchpad…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); },
+     [](const Context& c) { return c.isEditable && !c.launcher.launchpadImport().isRunning(); },
+     [](const Context& c, const QString&) {
+         c.launcher.launchpadImport().offer();
          return MenuRequest::none;
      }},
     {"resetLayout", always<"Reset Layout…">,

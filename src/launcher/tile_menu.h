@@ -28,6 +28,7 @@ enum class MenuRequest {
     none,
     rename,  ///< let the user type a name over the tile's label
     updates, ///< show what is known of updates
+    icon,    ///< let the user choose a file for the tile's icon
 };
 
 /// The menu of a tile, or of the background. With the tile of a selection it is about all of these.

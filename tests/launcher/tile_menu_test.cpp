@@ -81,8 +81,9 @@ protected:
 };
 
 TEST_F(TileMenuTest, EachKindOfTileHasItsEntries) {
-    EXPECT_EQ(choices(on(u"Ash"_s)), (QStringList{u"open"_s, u"rename"_s, u"cut"_s, u"copy"_s,
-                                                  u"moveTo"_s, u"createAlias"_s, u"hide"_s}));
+    EXPECT_EQ(choices(on(u"Ash"_s)),
+              (QStringList{u"open"_s, u"rename"_s, u"changeIcon"_s, u"cut"_s, u"copy"_s, u"moveTo"_s,
+                           u"createAlias"_s, u"hide"_s}));
     EXPECT_EQ(choices(on(u"Trees"_s)),
               (QStringList{u"open"_s, u"rename"_s, u"cut"_s, u"copy"_s, u"moveTo"_s, u"ungroup"_s}));
     EXPECT_THAT(choices(on(u"alias"_s)), Contains(u"removeAlias"_s));
@@ -156,7 +157,7 @@ TEST_F(TileMenuTest, ABlockedModeOffersWhatChangesNothingAndTheReset) {
     mac.write(directory + u"/layout.json"_s, "damaged");
     start();
     const MenuTarget target{.item = launcher->pages()[0][0]};
-    EXPECT_EQ(choices(target), (QStringList{u"open"_s, u"copy"_s}));
+    EXPECT_EQ(choices(target), (QStringList{u"open"_s, u"changeIcon"_s, u"copy"_s}));
     EXPECT_EQ(perform(u"rename"_s, target), MenuRequest::none);
     EXPECT_THAT(choices(), Not(Contains(u"newSmartFolder"_s)));
     ASSERT_THAT(choices(), Contains(u"resetLayout"_s));

@@ -173,6 +173,14 @@ FocusScope {
 
     Loader {
         anchors.fill: parent
+        active: root.launcher.sheet === "icon"
+        sourceComponent: IconSheet {
+            launcher: root.launcher
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
         active: root.launcher.sheet === "updates"
         sourceComponent: UpdatesSheet {
             launcher: root.launcher

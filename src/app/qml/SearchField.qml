@@ -109,6 +109,10 @@ Item {
 
     Connections {
         target: field.launcher
+        function onSheetChanged() {
+            if (field.launcher.sheet === "")
+                field.takeKeyboard();
+        }
         function onRenamingChanged() {
             if (field.launcher.renamingId === "")
                 field.takeKeyboard();
