@@ -11,7 +11,7 @@ namespace tessellar {
 
 /// The menu that is open in the window: its lines, those of one submenu, and where the keyboard is in
 /// them. Knows nothing of what the entries do.
-class MenuModel final : public QObject {
+class MenuModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")

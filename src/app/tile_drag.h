@@ -117,7 +117,7 @@ private:
 
 /// Takes the pointer's grab when tiles are lifted, so that they can be carried over pages and folders
 /// that come and go.
-class DragStage final : public QQuickItem {
+class DragStage : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(tessellar::TileDrag* drag MEMBER _drag WRITE setDrag REQUIRED)
