@@ -171,6 +171,7 @@ TEST_F(WindowEditingTest, WhatIsFoundIsClickedOrThereIsNothing) {
     type(u"bee"_s);
     EXPECT_FALSE(launcher().isFolderOpen()) << "what is found lies over everything";
     ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"Beech"_s); }));
+    ASSERT_TRUE(rests());
     click(u"Beech"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !opened().isEmpty(); }));
     EXPECT_EQ(opened(), QStringList{u"Beech.app"_s});

@@ -16,7 +16,8 @@ Item {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
         hoverEnabled: true
-        onPressed: root.menu.close()
+        // At its end: a press that takes this area away would go on to what lies below.
+        onClicked: root.menu.close()
         onWheel: wheel => wheel.accepted = true
     }
 

@@ -70,13 +70,14 @@ Item {
         }
 
         // Clicks beside the tiles stay in the folder.
-        MouseArea {
-            anchors.fill: parent
-            acceptedButtons: Qt.LeftButton | Qt.RightButton
-            onPressed: mouse => {
-                if (mouse.button === Qt.RightButton)
-                    overlay.launcher.openMenu("", mapToItem(null, mouse.x, mouse.y));
-            }
+        TapHandler {
+            gesturePolicy: TapHandler.ReleaseWithinBounds
+        }
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            gesturePolicy: TapHandler.ReleaseWithinBounds
+            onTapped: eventPoint => overlay.launcher.openMenu("", eventPoint.scenePosition)
         }
 
         Text {
@@ -93,10 +94,10 @@ Item {
             font.weight: Font.Medium
             visible: !titleField.active
 
-            MouseArea {
-                anchors.fill: parent
+            TapHandler {
                 cursorShape: Qt.IBeamCursor
-                onClicked: overlay.launcher.beginRename(overlay.launcher.folderId)
+                gesturePolicy: TapHandler.ReleaseWithinBounds
+                onTapped: overlay.launcher.beginRename(overlay.launcher.folderId)
             }
         }
 

@@ -27,19 +27,22 @@ FocusScope {
         icons: root.launcher.icons
     }
 
-    // A click beside the tiles closes the launcher, as it does on the Mac, or ends a search.
-    MouseArea {
+    // A click beside the tiles closes the launcher, as it does on the Mac, or ends a search. Handlers, not
+    // an area: they get what the pages above only look at.
+    Item {
         anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
-        onPressed: mouse => {
-            if (mouse.button === Qt.RightButton)
-                root.launcher.openMenu("", Qt.point(mouse.x, mouse.y));
+
+        TapHandler {
+            gesturePolicy: TapHandler.ReleaseWithinBounds
+            onTapped: root.launcher.escape()
+            onLongPressed: root.launcher.openMenu("", point.position)
         }
-        onClicked: mouse => {
-            if (mouse.button === Qt.LeftButton)
-                root.launcher.escape();
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            gesturePolicy: TapHandler.ReleaseWithinBounds
+            onTapped: eventPoint => root.launcher.openMenu("", eventPoint.scenePosition)
         }
-        onPressAndHold: mouse => root.launcher.openMenu("", Qt.point(mouse.x, mouse.y))
     }
 
     Item {
