@@ -14,6 +14,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _icons(icons)
     , _search(viewModel)
     , _updates(viewModel)
+    , _removal(viewModel)
     , _drag(viewModel, scheduler, [this] { return dragArea(); })
     , _subscription(viewModel.subscribe([this](LauncherChange change) { onChange(change); })) {
     connect(&_menu, &MenuModel::chosen, this, &LauncherController::performMenuEntry);
@@ -89,6 +90,8 @@ void LauncherController::onChange(LauncherChange change) {
     case LauncherChange::updates:
         showBadges();
         return _updates.refresh();
+    case LauncherChange::cleanup:
+        return _removal.refresh();
     default: // nothing of it is shown
         return;
     }

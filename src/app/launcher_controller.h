@@ -3,6 +3,7 @@
 #include "app/grid_metrics.h"
 #include "app/grid_model.h"
 #include "app/menu_model.h"
+#include "app/removal_panel.h"
 #include "app/tile_drag.h"
 #include "app/tile_icons.h"
 #include "app/tile_search.h"
@@ -61,6 +62,7 @@ class LauncherController final : public QObject {
     Q_PROPERTY(tessellar::TileDrag* drag READ drag CONSTANT)
     Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT)
     Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
+    Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
     /// The sheet that lies over the grid: "updates", or nothing.
     Q_PROPERTY(QString sheet READ sheet NOTIFY sheetChanged)
     /// The application that it is about.
@@ -133,6 +135,7 @@ public:
     TileDrag* drag() { return &_drag; }
     MenuModel* menu() { return &_menu; }
     UpdatesPanel* updates() { return &_updates; }
+    RemovalPanel* removal() { return &_removal; }
     QString sheet() const { return _sheet; }
     Q_INVOKABLE void openSheet(const QString& sheet);
     QString sheetName() const;
@@ -220,6 +223,7 @@ private:
     bool _isAcceptDefault = true;
     TileSearch _search;
     UpdatesPanel _updates;
+    RemovalPanel _removal;
     QString _sheet;
     TileDrag _drag;
     MenuModel _menu;

@@ -119,6 +119,8 @@ void LauncherController::escape() {
         return;
     else if (hasAlert())
         answerAlert(false);
+    else if (_removal.isOpen())
+        _removal.cancel();
     else if (!_sheet.isEmpty())
         closeSheet();
     else if (_search.isActive())
@@ -146,7 +148,7 @@ bool LauncherController::pressKey(int key, int modifiers) {
         pressAlertKey(key);
         return true;
     }
-    if (_drag.isLifted() || !_sheet.isEmpty())
+    if (_drag.isLifted() || !_sheet.isEmpty() || _removal.isOpen())
         return true;
     const bool isShifted = modifiers & Qt::ShiftModifier;
     if (modifiers & Qt::ControlModifier)
@@ -234,7 +236,7 @@ bool LauncherController::pressShortcut(int key, bool isShifted) {
 
 bool LauncherController::type(const QString& text) {
     if (text.isEmpty() || !text.at(0).isPrint() || hasAlert() || _menu.isOpen() || _drag.isLifted() ||
-        !_sheet.isEmpty())
+        !_sheet.isEmpty() || _removal.isOpen())
         return false;
     _search.setText(_search.text() + text);
     return true;

@@ -353,6 +353,21 @@ const std::array rows = std::to_array<Row>({
     {"deleteSmartFolder", always<"Delete…">,
      [](const Context& c) { return c.isOne() && c.definition(); }, hasWritableRules, deleteSmartFolder,
      true},
+    {"moveToTrash", always<"Move to Trash…">,
+     [](const Context& c) { return c.isOne() && c.app() && !c.isUnavailable(); },
+     [](const Context& c) {
+         return c.isEditable && !c.launcher.cleanup().isMoving() &&
+                !c.app()->path.startsWith(u"/System/");
+     },
+     [](const Context& c, const QString&) {
+         c.launcher.cleanup().open(appKey(*c.app()),
+                                   [&l = c.launcher](const LauncherCleanup::Outcome& o) {
+                                       if (!o)
+                                           l.report(o.error());
+                                   });
+         return MenuRequest::none;
+     },
+     true},
 
     // The background.
     {"undo",

@@ -177,5 +177,31 @@ TEST_F(WindowEditingTest, WhatIsFoundIsClickedOrThereIsNothing) {
     EXPECT_EQ(opened(), QStringList{u"Beech.app"_s});
 }
 
+TEST_F(WindowEditingTest, AnApplicationIsReviewedMovedToTheTrashAndPutBack) {
+    const QString leftover = mac.machine.places.home + u"/Library/Preferences/org.example.ash.plist"_s;
+    mac.write(leftover, "x");
+    mac.tool(u"/bin/ps"_s, exited(0));
+    rightClick(u"Ash"_s);
+    choose(u"Move to Trash…"_s);
+    RemovalPanel& removal = *launcher().removal();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"review"; }));
+    EXPECT_EQ(removal.items().size(), 2);
+    const auto isChosen = [&] { return removal.items().at(1).toMap().value(u"isSelected"_s).toBool(); };
+    EXPECT_TRUE(isChosen());
+    ASSERT_TRUE(itemWith("objectName", u"removalItem"_s));
+    clickNamed(u"removalItem"_s); // the last of them
+    EXPECT_FALSE(isChosen());
+    clickNamed(u"removalItem"_s);
+    EXPECT_TRUE(isChosen());
+    clickNamed(u"removalAccept"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"done"; }));
+    EXPECT_FALSE(mac.exists(leftover));
+    EXPECT_FALSE(tile(u"Ash"_s));
+    clickNamed(u"removalRestore"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tile(u"Ash"_s); }));
+    EXPECT_TRUE(mac.exists(leftover));
+    EXPECT_FALSE(removal.isOpen());
+}
+
 } // namespace
 } // namespace tessellar::test

@@ -184,6 +184,14 @@ FocusScope {
 
     Loader {
         anchors.fill: parent
+        active: root.launcher.removal.isOpen
+        sourceComponent: RemovalSheet {
+            launcher: root.launcher
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
         active: root.launcher.sheet === "updates"
         sourceComponent: UpdatesSheet {
             launcher: root.launcher

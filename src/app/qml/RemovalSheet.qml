@@ -1,0 +1,222 @@
+import QtQuick
+import Tessellar
+
+// The review of a removal: what would go, the removal itself, and what came of it.
+Sheet {
+    id: sheet
+
+    required property LauncherController launcher
+    readonly property RemovalPanel removal: launcher.removal
+
+    objectName: "removalSheet"
+    title: removal.phase === "done" ? qsTr("“%1”").arg(removal.appName)
+                                    : qsTr("Move “%1” to the Trash?").arg(removal.appName)
+    wanted: 660
+    onClosed: if (removal.phase !== "removing") removal.cancel()
+
+    Column {
+        width: sheet.bodyWidth
+        spacing: 14
+
+        // While it looks, and while it moves.
+        Column {
+            width: parent.width
+            visible: sheet.removal.phase === "scanning" || sheet.removal.phase === "removing"
+            spacing: 8
+
+            Text {
+                width: parent.width
+                text: sheet.removal.progressText
+                color: "#cfffffff"
+                elide: Text.ElideMiddle
+                textFormat: Text.PlainText
+                font.pixelSize: 14
+            }
+
+            Rectangle {
+                width: parent.width
+                height: 6
+                radius: 3
+                color: "#24ffffff"
+                visible: sheet.removal.phase === "removing"
+
+                Rectangle {
+                    width: Math.max(6, parent.width * sheet.removal.progress)
+                    height: 6
+                    radius: 3
+                    color: "#4f80ff"
+                }
+            }
+        }
+
+        ListView {
+            id: items
+
+            width: parent.width
+            height: Math.min(contentHeight, Math.max(160, sheet.tallest - 190))
+            visible: sheet.removal.phase === "review"
+            clip: true
+            spacing: 2
+            boundsBehavior: Flickable.StopAtBounds
+            // Their number: the list stays where it is while sizes come in and choices change.
+            model: visible ? sheet.removal.items.length : 0
+
+            delegate: Rectangle {
+                id: row
+
+                required property int index
+                readonly property var modelData: sheet.removal.items[index] ?? ({})
+
+                objectName: "removalItem"
+                width: ListView.view.width
+                height: 52
+                radius: 10
+                color: hover.hovered ? "#14ffffff" : "transparent"
+
+                Accessible.role: Accessible.CheckBox
+                Accessible.name: modelData.name
+                Accessible.checked: modelData.isSelected
+                Accessible.onPressAction: sheet.removal.select(modelData.path, !modelData.isSelected)
+
+                HoverHandler {
+                    id: hover
+                }
+
+                MouseArea {
+                    anchors.fill: parent
+                    onClicked: sheet.removal.select(row.modelData.path, !row.modelData.isSelected)
+                }
+
+                Rectangle {
+                    x: 8
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 20
+                    height: 20
+                    radius: 6
+                    color: row.modelData.isSelected ? "#4f80ff" : "transparent"
+                    border.width: row.modelData.isSelected ? 0 : 2
+                    border.color: "#80ffffff"
+
+                    Text {
+                        anchors.centerIn: parent
+                        visible: row.modelData.isSelected
+                        text: "✓"
+                        color: "white"
+                        font.pixelSize: 14
+                        font.weight: Font.Bold
+                    }
+                }
+
+                Column {
+                    x: 40
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: parent.width - x - size.width - 20
+                    spacing: 2
+
+                    Text {
+                        width: parent.width
+                        text: row.modelData.name
+                        color: "white"
+                        elide: Text.ElideMiddle
+                        textFormat: Text.PlainText
+                        font.pixelSize: 14
+                    }
+
+                    Text {
+                        width: parent.width
+                        text: (row.modelData.isLocked ? "🔒 " : "")
+                              + [row.modelData.place, row.modelData.reason,
+                                 row.modelData.isLocked ? sheet.removal.lockText : ""].filter(t => t !== "").join(" · ")
+                        color: row.modelData.isLocked ? "#ffd479" : "#99ffffff"
+                        elide: Text.ElideRight
+                        textFormat: Text.PlainText
+                        font.pixelSize: 12
+                    }
+                }
+
+                Text {
+                    id: size
+
+                    anchors.right: parent.right
+                    anchors.rightMargin: 10
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: row.modelData.size
+                    color: "#b3ffffff"
+                    font.pixelSize: 13
+                }
+            }
+        }
+
+        ListView {
+            width: parent.width
+            height: Math.min(contentHeight, Math.max(160, sheet.tallest - 190))
+            visible: sheet.removal.phase === "done"
+            clip: true
+            spacing: 6
+            boundsBehavior: Flickable.StopAtBounds
+            model: visible ? sheet.removal.log : []
+
+            delegate: Text {
+                required property var modelData
+
+                width: ListView.view.width
+                text: modelData.text
+                color: modelData.isFailure ? "#ff8a80" : "#d9ffffff"
+                wrapMode: Text.Wrap
+                textFormat: Text.PlainText
+                font.pixelSize: 13
+            }
+        }
+
+        Text {
+            width: parent.width
+            visible: text !== ""
+            text: sheet.removal.warning
+            color: "#ffd479"
+            wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+            font.pixelSize: 13
+        }
+
+        Item {
+            width: parent.width
+            height: 34
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: sheet.removal.phase === "review"
+                text: sheet.removal.total
+                color: "white"
+                font.pixelSize: 14
+            }
+
+            Row {
+                anchors.right: parent.right
+                spacing: 10
+
+                PushButton {
+                    objectName: "removalCancel"
+                    text: sheet.removal.phase === "done" ? qsTr("Done") : qsTr("Cancel")
+                    isDefault: true
+                    onClicked: sheet.removal.cancel()
+                }
+
+                PushButton {
+                    objectName: "removalRestore"
+                    visible: sheet.removal.phase === "done" && sheet.removal.canRestore
+                    text: qsTr("Put Back")
+                    onClicked: sheet.removal.restore()
+                }
+
+                PushButton {
+                    objectName: "removalAccept"
+                    visible: sheet.removal.phase === "scanning" || sheet.removal.phase === "review"
+                    enabled: sheet.removal.canRemove
+                    isDestructive: true
+                    text: qsTr("Move to Trash")
+                    onClicked: sheet.removal.remove()
+                }
+            }
+        }
+    }
+}
