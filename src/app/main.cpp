@@ -4,6 +4,7 @@
 #include "platform/file_lock.h"
 #include "platform/host_machine.h"
 #include "platform/host_traits.h"
+#include "platform/interruption.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -123,6 +124,8 @@ int run(int argc, char** argv) {
         return 1;
     }
     Machine& machine = (*host)->machine();
+    // Ends as it does when its window is closed: with what is edited saved, and no tool left running.
+    const Interruption interruption([] { QGuiApplication::quit(); });
     const QString folder = machine.places.applicationFolder();
     (void)machine.files.createDirectories(folder);
     // Two writers never interleave. Where no lock can be made nothing can be saved either, and showing
