@@ -362,6 +362,11 @@ std::function<void()> LauncherUpdates::check(std::optional<AppUpdateChannelKind>
     };
 }
 
+void LauncherUpdates::cancelRun() {
+    if (_coordinator)
+        _coordinator->cancelAction();
+}
+
 void LauncherUpdates::cancelCheck() {
     if (_coordinator)
         _coordinator->cancelCheck();

@@ -113,6 +113,8 @@ public:
     /// update as that of `check` does; where it has come through, it is not waited for any further.
     std::function<void()> run(const QString& appKey, Asker asker,
                               std::function<void(std::expected<QString, LauncherError>)> done);
+    /// Ends the update that runs, whoever asked for it.
+    void cancelRun();
 
     /// Saves at once what is unsaved.
     Outcome flush();
