@@ -83,7 +83,7 @@ protected:
 TEST_F(TileMenuTest, EachKindOfTileHasItsEntries) {
     EXPECT_EQ(choices(on(u"Ash"_s)),
               (QStringList{u"open"_s, u"rename"_s, u"changeIcon"_s, u"cut"_s, u"copy"_s, u"moveTo"_s,
-                           u"createAlias"_s, u"hide"_s}));
+                           u"createAlias"_s, u"hide"_s, u"moveToTrash"_s}));
     EXPECT_EQ(choices(on(u"Trees"_s)),
               (QStringList{u"open"_s, u"rename"_s, u"cut"_s, u"copy"_s, u"moveTo"_s, u"ungroup"_s}));
     EXPECT_THAT(choices(on(u"alias"_s)), Contains(u"removeAlias"_s));
@@ -182,7 +182,7 @@ TEST_F(TileMenuTest, AFoundApplicationWithoutATileCanBeOpenedAndShown) {
     perform(u"hide"_s, on(u"Ash"_s));
     const MenuTarget found{.item = *launcher->application(u"org.example.ash"_s),
                            .isSearchResult = true};
-    EXPECT_EQ(choices(found), (QStringList{u"open"_s, u"show"_s}));
+    EXPECT_EQ(choices(found), (QStringList{u"open"_s, u"show"_s, u"moveToTrash"_s}));
     perform(u"show"_s, found);
     EXPECT_TRUE(launcher->hiddenKeys().isEmpty());
 }
