@@ -68,9 +68,9 @@ public:
 
     // Review and choosing.
     /// Begins to look for an application's files, in place of any other review. Refused while items
-    /// are moved, for an application that nobody knows, one that the system protects, one that is a part
-    /// of another, and this one.
-    /// `done` is called when there is something to choose from, or with the refusal.
+    /// are moved, for an application that nobody knows, one that the system protects, one that is a
+    /// part of another, and this one. `done` is called when there is something to choose from, or with
+    /// the refusal.
     void open(const QString& appKey, Done done = {});
     void setSelected(const QString& path, bool selected);
     void selectAllMatches();
