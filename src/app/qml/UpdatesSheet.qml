@@ -10,7 +10,7 @@ Sheet {
 
     objectName: "updatesSheet"
     title: updates.title
-    wanted: 600
+    wanted: 680
     onClosed: launcher.closeSheet()
 
     Column {
@@ -217,7 +217,7 @@ Sheet {
 
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
-                    width: Math.min(implicitWidth, row.width * 0.45)
+                    width: Math.min(implicitWidth, row.width * 0.55)
                     height: 30
                     visible: row.modelData.isRunning || row.modelData.action !== ""
                     enabled: row.modelData.isRunning || row.modelData.canRun
