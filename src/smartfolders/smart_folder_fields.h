@@ -14,13 +14,15 @@ struct SmartFolderSubject {
     const FileSystem& files;
 };
 
-/// One row of a table of fields: its name in files, how its fact is read, and what has to be inspected
-/// before the fact can be known. A new field is a new row and nothing else.
+/// One row of a table of fields: its name in files, how its fact is read, what has to be inspected
+/// before the fact can be known, and what an editor offers as its values. A new field is a new row and
+/// nothing else.
 template <typename Fact>
 struct SmartFolderFieldRow {
     const char* rawValue;
     std::optional<Fact> (*read)(const SmartFolderSubject&);
     SmartFolderInspection needs = SmartFolderInspection::none;
+    QStringList (*words)() = nullptr; ///< of a choice alone; others have values without end
 };
 
 /// A field of a kind of rule: a row of the table `Kind::fields`. Written as its name, which is looked
@@ -80,6 +82,20 @@ std::optional<QStringList> choice(Subject subject) {
     }
 }
 
+template <auto member>
+QStringList words() {
+    using Value = std::remove_cvref_t<decltype(std::declval<SmartFolderAppFacts>().*member)>;
+    QStringList result;
+    for (const auto& [value, word] : json::RawValues<typename Value::value_type>::values)
+        result.append(QLatin1StringView(word));
+    return result;
+}
+
+template <auto member>
+constexpr SmartFolderFieldRow<QStringList> choiceRow(const char* rawValue) {
+    return {rawValue, choice<member>, SmartFolderInspection::none, words<member>};
+}
+
 } // namespace detail
 
 struct SmartFolderTextKind {
@@ -103,13 +119,18 @@ struct SmartFolderChoiceKind {
     using Predicate = SmartFolderChoicePredicate;
     using F = SmartFolderAppFacts;
     static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
-        {"applicationLocation", detail::choice<&F::applicationLocation>},
-        {"installSource", detail::choice<&F::installSource>},
-        {"distributionChannel", detail::choice<&F::distributionChannel>},
-        {"platform", detail::choice<&F::platform>},
-        {"architecture", detail::fact<&F::architectures>, SmartFolderInspection::architectures},
-        {"updateStatus", detail::choice<&F::updateStatus>},
-        {"permission", detail::choice<&F::declaredPermissions>},
+        detail::choiceRow<&F::applicationLocation>("applicationLocation"),
+        detail::choiceRow<&F::installSource>("installSource"),
+        detail::choiceRow<&F::distributionChannel>("distributionChannel"),
+        detail::choiceRow<&F::platform>("platform"),
+        // Whatever executables name; these are what Macs have run.
+        {"architecture", detail::fact<&F::architectures>, SmartFolderInspection::architectures,
+         [] {
+             return QStringList{QStringLiteral("arm64"), QStringLiteral("x86_64"),
+                                QStringLiteral("i386"), QStringLiteral("ppc")};
+         }},
+        detail::choiceRow<&F::updateStatus>("updateStatus"),
+        detail::choiceRow<&F::declaredPermissions>("permission"),
     });
 };
 

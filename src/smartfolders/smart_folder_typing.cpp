@@ -1,0 +1,105 @@
+#include "smartfolders/smart_folder_typing.h"
+
+#include <QDateTime>
+
+#include <cmath>
+
+namespace tessellar {
+
+using namespace std::chrono_literals;
+
+SmartFolderTyping::SmartFolderTyping(const Locale& locale, Calendar calendar)
+    : _locale(locale.identifier())
+    , _calendar(std::move(calendar))
+    , _zone(_calendar.timeZone().toUtf8()) {
+    _locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    if (!_zone.isValid())
+        _zone = QTimeZone::utc();
+}
+
+// ---- numbers
+
+QString SmartFolderTyping::text(double number) const {
+    return _locale.toString(number, std::abs(number) < 1e15 ? 'f' : 'g',
+                            QLocale::FloatingPointShortest);
+}
+
+std::optional<double> SmartFolderTyping::number(const QString& text) const {
+    bool isNumber = false;
+    const double number = _locale.toDouble(text.trimmed(), &isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+std::optional<qint64> SmartFolderTyping::integer(const QString& text) const {
+    bool isNumber = false;
+    const qint64 number = _locale.toLongLong(text.trimmed(), &isNumber);
+    return isNumber ? std::optional(number) : std::nullopt;
+}
+
+// ---- dates
+
+std::optional<Instant> SmartFolderTyping::edgeOfDay(Instant within, Edge edge) const {
+    if (edge == Edge::start)
+        return _calendar.startOfDay(within);
+    const auto next = _calendar.startOfDay(within, CalendarUnit::day, 1);
+    return next ? std::optional(*next - 1ms) : std::nullopt;
+}
+
+Instant SmartFolderTyping::onEdge(Instant instant, Edge edge) const {
+    const bool isEdge =
+        edgeOfDay(instant, Edge::start) == instant || edgeOfDay(instant, Edge::end) == instant;
+    return isEdge ? edgeOfDay(instant, edge).value_or(instant) : instant;
+}
+
+QDate SmartFolderTyping::day(Instant instant) const {
+    return QDateTime::fromMSecsSinceEpoch(
+               static_cast<qint64>(std::floor(instant.unixSeconds() * 1000 + 0.5)), _zone)
+        .date();
+}
+
+std::optional<Instant> SmartFolderTyping::instant(QDate day, Edge edge) const {
+    const QDateTime noon(day, QTime(12, 0), _zone);
+    if (!noon.isValid())
+        return std::nullopt;
+    return edgeOfDay(Instant::fromUnixSeconds(static_cast<double>(noon.toMSecsSinceEpoch()) / 1000),
+                     edge);
+}
+
+QString SmartFolderTyping::dayFormat() const {
+    // With the whole year: two digits of one do not say the century.
+    QString format = _locale.dateFormat(QLocale::ShortFormat);
+    return format.contains(u"yyyy") ? format : format.replace(u"yy"_qs, u"yyyy"_qs);
+}
+
+QString SmartFolderTyping::text(Instant instant, Edge edge) const {
+    const QString written = _locale.toString(day(instant), dayFormat());
+    if (edgeOfDay(instant, edge) == instant)
+        return written;
+    const QDateTime local =
+        QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(instant.unixSeconds() * 1000), _zone);
+    return written + u' ' + _locale.toString(local.time(), QLocale::ShortFormat);
+}
+
+std::optional<Instant> SmartFolderTyping::instant(const QString& text, Edge edge) const {
+    const QString typed = text.simplified();
+    const QString iso = QStringLiteral("yyyy-M-d");
+    // Noughts may be left out.
+    const QString own = dayFormat().replace(u"dd"_qs, u"d"_qs).replace(u"MM"_qs, u"M"_qs);
+    for (const QString& format : {own, iso})
+        if (const QDate day = _locale.toDate(typed, format); day.isValid() && day.year() >= 1000)
+            return instant(day, edge);
+    // As the language writes it, the century left out.
+    if (QDate day = _locale.toDate(typed, QString(own).replace(u"yyyy"_qs, u"yy"_qs)); day.isValid())
+        return instant(day.year() < 1970 ? day.addYears(100) : day, edge);
+    const QString clock = _locale.timeFormat(QLocale::ShortFormat);
+    for (const QString& format : {own, iso})
+        for (const QString& time : {clock, QStringLiteral("H:mm"), QStringLiteral("H:mm:ss")}) {
+            QDateTime local = _locale.toDateTime(typed, format + u' ' + time);
+            local = QDateTime(local.date(), local.time(), _zone);
+            if (local.isValid())
+                return Instant::fromUnixSeconds(static_cast<double>(local.toMSecsSinceEpoch()) / 1000);
+        }
+    return std::nullopt;
+}
+
+} // namespace tessellar
