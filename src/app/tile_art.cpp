@@ -256,19 +256,24 @@ void paintContents(QPainter& painter, const QRectF& body, const QList<QImage>& c
     }
 }
 
-} // namespace
-
-QImage folderArt(const QList<QImage>& contents, int side) {
+template <typename Paint>
+QImage onPlate(int side, const QBrush& fill, const Paint& paint) {
     QImage image = emptyArt(side);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
+    paintPlate(painter, plateBody(side), fill);
+    paint(painter);
+    return image;
+}
+
+} // namespace
+
+QImage folderArt(const QList<QImage>& contents, int side) {
     const QRectF body = plateBody(side);
     QLinearGradient glass(body.topLeft(), body.bottomLeft());
     glass.setColorAt(0, QColor(255, 255, 255, 62));
     glass.setColorAt(1, QColor(255, 255, 255, 36));
-    paintPlate(painter, body, glass);
-    paintContents(painter, body, contents);
-    return image;
+    return onPlate(side, glass, [&](QPainter& painter) { paintContents(painter, body, contents); });
 }
 
 QImage symbolFolderArt(const QString& symbolName, int side) {
@@ -283,19 +288,15 @@ QImage symbolFolderArt(const QString& symbolName, int side) {
 }
 
 QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, int side) {
-    QImage image = emptyArt(side);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
     const QRectF body = plateBody(side);
     QLinearGradient dusk(body.topLeft(), body.bottomRight());
     dusk.setColorAt(0, QColor(126, 108, 255, 190));
     dusk.setColorAt(1, QColor(56, 168, 232, 170));
-    paintPlate(painter, body, dusk);
-    if (const auto symbol = symbolPath(symbolName)) {
-        paintSymbol(painter, *symbol, side);
-    } else if (!contents.isEmpty()) {
-        paintContents(painter, body, contents);
-    } else {
+    return onPlate(side, dusk, [&](QPainter& painter) {
+        if (const auto symbol = symbolPath(symbolName))
+            return paintSymbol(painter, *symbol, side);
+        if (!contents.isEmpty())
+            return paintContents(painter, body, contents);
         const auto at = [&](double x, double y) {
             return body.topLeft() + QPointF(x, y) * body.width();
         };
@@ -303,8 +304,7 @@ QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, 
         painter.fillPath(sparklePath(at(0.43, 0.55), body.width() * 0.29), white);
         painter.fillPath(sparklePath(at(0.74, 0.29), body.width() * 0.14), white);
         painter.fillPath(sparklePath(at(0.75, 0.75), body.width() * 0.09), white);
-    }
-    return image;
+    });
 }
 
 QImage backdropArt(QSize size) {

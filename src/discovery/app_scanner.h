@@ -58,8 +58,7 @@ struct ScanContext {
 /// - Aliases and links are followed; a folder or bundle is identified by its resolved path and by its
 ///   device and inode, and seen once, at the least depth.
 /// - Names that begin with "." are hidden from people and from the scan; names that are not UTF-8
-/// cannot
-///   be kept in an arrangement and are left out.
+///   cannot be kept in an arrangement and are left out.
 /// - A bundle is not entered, except that its "Contents/Applications" counts as a folder, two levels
 ///   below the bundle: people know what lies there as tools of their own. A link or an alias may
 ///   lead anywhere, into bundles too: someone put it there to be found.

@@ -24,7 +24,4 @@ struct BundleRecord {
 
 BundleRecord readBundleRecord(const ScanContext& context, const QString& path);
 
-/// `ready` or `incomplete`, for a bundle that exists.
-AppScanner::InstallState installStateOf(const FileSystem& files, const Bundle& bundle);
-
 } // namespace tessellar

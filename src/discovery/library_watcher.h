@@ -13,9 +13,8 @@ namespace tessellar {
 /// - Changes in the watched folders are gathered into one: half a second after the last of them, five
 ///   seconds after the first at the latest.
 /// - An application that is gone is told of at once. While one is, the full five seconds are waited,
-/// unless
-///   it comes back: an updater that takes the old bundle away before it puts the new one in its place
-///   does not cost the tile its place.
+///   unless it comes back: an updater that takes the old bundle away before it puts the new one in its
+///   place does not cost the tile its place.
 /// - An incomplete bundle is looked at when something in it changes, and after 1, 2, 4, ... seconds,
 ///   in the end every hour: what is written into a file, or comes deep inside, no watched folder tells
 ///   of. When it is ready, another one or gone, a scan is asked for.

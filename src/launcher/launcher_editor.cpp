@@ -342,28 +342,21 @@ LauncherEditor::Outcome LauncherEditor::outcome(LayoutUndoHistory::Result result
         QStringLiteral("notApplied"), QStringLiteral("The arrangement could not be saved."), {}});
 }
 
-void LauncherEditor::undo(std::function<void(Outcome)> done) {
-    if (const auto guard = _launcher.editGuard();
-        !guard && (_history.isInProgress() || _history.canUndo()))
-        return done ? done(guard) : void();
-    _history.undo([this, done = std::move(done)](LayoutUndoHistory::Result result) {
-        if (result == LayoutUndoHistory::Result::done)
-            _launcher.lookAgainAfterStep();
-        if (done)
-            done(outcome(result, true));
-    });
-}
+void LauncherEditor::undo(std::function<void(Outcome)> done) { step(true, std::move(done)); }
 
-void LauncherEditor::redo(std::function<void(Outcome)> done) {
-    if (const auto guard = _launcher.editGuard();
-        !guard && (_history.isInProgress() || _history.canRedo()))
+void LauncherEditor::redo(std::function<void(Outcome)> done) { step(false, std::move(done)); }
+
+void LauncherEditor::step(bool isUndo, std::function<void(Outcome)> done) {
+    const bool isAny = isUndo ? _history.canUndo() : _history.canRedo();
+    if (const auto guard = _launcher.editGuard(); !guard && (_history.isInProgress() || isAny))
         return done ? done(guard) : void();
-    _history.redo([this, done = std::move(done)](LayoutUndoHistory::Result result) {
+    auto ended = [this, isUndo, done = std::move(done)](LayoutUndoHistory::Result result) {
         if (result == LayoutUndoHistory::Result::done)
             _launcher.lookAgainAfterStep();
         if (done)
-            done(outcome(result, false));
-    });
+            done(outcome(result, isUndo));
+    };
+    isUndo ? _history.undo(std::move(ended)) : _history.redo(std::move(ended));
 }
 
 // ---- search

@@ -88,6 +88,7 @@ private:
     GridCapacities capacities() const;
     LayoutUndoActions actions();
     Outcome outcome(LayoutUndoHistory::Result result, bool isUndo) const;
+    void step(bool isUndo, std::function<void(Outcome)> done);
 
     bool writeClipboard(const QList<QUuid>& tiles, TileClipboardPayload::Operation operation);
     /// The step for edits that change definitions too: saved first, put back when the rest is refused.

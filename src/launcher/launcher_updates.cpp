@@ -30,8 +30,9 @@ struct LauncherUpdates::Wish {
     }
 };
 
-LauncherUpdates::LauncherUpdates(LauncherViewModel& launcher)
+LauncherUpdates::LauncherUpdates(LauncherViewModel& launcher, Machine& machine)
     : _launcher(launcher)
+    , _machine(machine)
     , _subscription(launcher.subscribe([this](LauncherChange change) { onChange(change); })) {}
 
 LauncherUpdates::~LauncherUpdates() = default;
@@ -66,14 +67,14 @@ void LauncherUpdates::want() {
     if (_coordinator || _isLoading || !_launcher.isBootstrapped())
         return;
     _isLoading = true;
-    Machine& machine = _launcher._machine;
-    _loading = machine.workers.run([&machine](std::stop_token) { return StoredUpdates::read(machine); },
-                                   [this](StoredUpdates stored) { loaded(std::move(stored)); });
+    _loading = _machine.workers.run(
+        [&machine = _machine](std::stop_token) { return StoredUpdates::read(machine); },
+        [this](StoredUpdates stored) { loaded(std::move(stored)); });
 }
 
 void LauncherUpdates::loaded(StoredUpdates stored) {
     _isLoading = false;
-    _coordinator = std::make_unique<AppUpdateCoordinator>(_launcher._machine, std::move(stored));
+    _coordinator = std::make_unique<AppUpdateCoordinator>(_machine, std::move(stored));
     AppUpdateCoordinator& updates = *_coordinator;
     updates.onStatusesChanged = [this] {
         feedSmartFolders();
@@ -184,7 +185,7 @@ void LauncherUpdates::publish() {
     if (_publishTimer.isActive())
         return;
     _isPublishWanted = false;
-    _publishTimer = _launcher._machine.scheduler.after(AppUpdateCoordinator::publishInterval, [this] {
+    _publishTimer = _machine.scheduler.after(AppUpdateCoordinator::publishInterval, [this] {
         if (_isPublishWanted)
             publish();
     });
@@ -279,27 +280,22 @@ std::optional<QString> LauncherUpdates::activeAppKey() const {
 
 // ---- settings
 
-bool LauncherUpdates::isEnabled() const {
-    return readAppUpdateSettings(_launcher._machine.settings).enabled;
-}
+bool LauncherUpdates::isEnabled() const { return readAppUpdateSettings(_machine.settings).enabled; }
 
 LauncherUpdates::Outcome LauncherUpdates::setEnabled(bool enabled) {
-    if (const auto stored = _launcher._machine.settings.set(AppUpdateSettings::enabledKey, enabled);
-        !stored)
-        return std::unexpected(
-            launcherError(stored.error(), QStringLiteral("Could not save the settings")));
-    _launcher.changed(LauncherChange::settings);
-    return {};
+    return set(AppUpdateSettings::enabledKey, enabled);
 }
 
 AppUpdateInterval LauncherUpdates::interval() const {
-    return readAppUpdateSettings(_launcher._machine.settings).interval;
+    return readAppUpdateSettings(_machine.settings).interval;
 }
 
 LauncherUpdates::Outcome LauncherUpdates::setInterval(AppUpdateInterval interval) {
-    if (const auto stored =
-            _launcher._machine.settings.set(AppUpdateSettings::intervalKey, qToUnderlying(interval));
-        !stored)
+    return set(AppUpdateSettings::intervalKey, qToUnderlying(interval));
+}
+
+LauncherUpdates::Outcome LauncherUpdates::set(const QString& key, const QJsonValue& value) {
+    if (const auto stored = _machine.settings.set(key, value); !stored)
         return std::unexpected(
             launcherError(stored.error(), QStringLiteral("Could not save the settings")));
     _launcher.changed(LauncherChange::settings);
@@ -309,7 +305,7 @@ LauncherUpdates::Outcome LauncherUpdates::setInterval(AppUpdateInterval interval
 QString LauncherUpdates::summary() const {
     QString last;
     if (const auto date = lastCheck()) {
-        const Locale& locale = _launcher._machine.locale;
+        const Locale& locale = _machine.locale;
         const QTimeZone zone(Calendar::system(locale).timeZone().toUtf8());
         last = QLocale(locale.identifier())
                    .toString(QDateTime::fromMSecsSinceEpoch(
@@ -389,7 +385,7 @@ void LauncherUpdates::run(const QString& appKey) {
     });
 }
 
-std::function<void()> LauncherUpdates::run(const QString& appKey, Asker asker, RunDone done) {
+std::function<void()> LauncherUpdates::run(const QString& appKey, LauncherAsker asker, RunDone done) {
     using Stage = Wish::Stage;
     const auto wish = std::make_shared<Wish>(Wish{.done = std::move(done)});
     whenChannelsKnown([this, wish, appKey, asker = std::move(asker)] {
@@ -413,12 +409,9 @@ std::function<void()> LauncherUpdates::run(const QString& appKey, Asker asker, R
 }
 
 void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QString& appKey,
-                               const Asker& asker) {
+                               const LauncherAsker& asker) {
     if (!_coordinator->candidate(appKey))
-        return wish->end(std::unexpected(LauncherError{
-            QStringLiteral("unknownApplication"),
-            QStringLiteral("No installed application is known by “%1”.").arg(appKey.left(200)),
-            {}}));
+        return wish->end(std::unexpected(LauncherViewModel::unknownApplication(appKey)));
     if (_coordinator->activeUpdateAppKey())
         return wish->end(std::unexpected(
             LauncherError{QStringLiteral("updateInProgress"), update_texts::alreadyRunning, {}}));

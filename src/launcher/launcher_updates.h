@@ -1,6 +1,7 @@
 #pragma once
 
 #include "launcher/launcher_error.h"
+#include "launcher/launcher_question.h"
 #include "updates/app_update_coordinator.h"
 #include "updates/app_update_texts.h"
 
@@ -14,7 +15,6 @@ namespace tessellar {
 
 class LauncherViewModel;
 enum class LauncherChange;
-struct LauncherQuestion;
 
 /// What the launcher knows of updates for the installed applications, and how it brings them.
 ///
@@ -34,9 +34,8 @@ struct LauncherQuestion;
 class LauncherUpdates {
 public:
     using Outcome = std::expected<void, LauncherError>;
-    using Asker = std::function<void(const LauncherQuestion&, std::function<void(bool accepted)>)>;
 
-    explicit LauncherUpdates(LauncherViewModel& launcher);
+    LauncherUpdates(LauncherViewModel& launcher, Machine& machine);
     ~LauncherUpdates();
     LauncherUpdates(const LauncherUpdates&) = delete;
     LauncherUpdates& operator=(const LauncherUpdates&) = delete;
@@ -111,7 +110,7 @@ public:
     /// Asks through `asker`. `done` is called with what is to be said when it has ended and the
     /// application was checked again; a refusal of the user is "declined". The returned call ends this
     /// update as that of `check` does; where it has come through, it is not waited for any further.
-    std::function<void()> run(const QString& appKey, Asker asker,
+    std::function<void()> run(const QString& appKey, LauncherAsker asker,
                               std::function<void(std::expected<QString, LauncherError>)> done);
     /// Ends the update that runs, whoever asked for it.
     void cancelRun();
@@ -130,25 +129,27 @@ private:
     struct Wish;
 
     void onChange(LauncherChange change);
+    Outcome set(const QString& key, const QJsonValue& value);
     void want();
     void loaded(StoredUpdates stored);
     void known();
     bool areSmartFoldersInterested() const;
     void feedSmartFolders();
     void publish();
-    void runKnown(const std::shared_ptr<Wish>& wish, const QString& appKey, const Asker& asker);
+    void runKnown(const std::shared_ptr<Wish>& wish, const QString& appKey, const LauncherAsker& asker);
     void runEnded(const std::shared_ptr<Wish>& wish, const QString& appKey,
                   const std::optional<AppUpdateActionState>& state);
 
     LauncherViewModel& _launcher;
+    Machine& _machine;
     bool _isWanted = false;
     bool _isLoading = false;
     bool _isScheduleWanted = false;
     bool _isKnown = false;
     int _externalUpdaters = 0;
     std::vector<std::function<void()>> _waiting;
-    Watcher _watcher; ///< of the check that runs
-    Asker _asker;     ///< of the update that is asked for
+    Watcher _watcher;     ///< of the check that runs
+    LauncherAsker _asker; ///< of the update that is asked for
     /// By app key, what waits until an application that was updated is checked again.
     QMultiHash<QString, std::function<void()>> _verified;
     bool _isPublishWanted = false;

@@ -21,7 +21,7 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode, 
                     })
     , _opener(machine)
     , _editor(std::make_unique<LauncherEditor>(*this, pasteboard ? *pasteboard : _ownPasteboard))
-    , _updates(std::make_unique<LauncherUpdates>(*this))
+    , _updates(std::make_unique<LauncherUpdates>(*this, machine))
     , _icons(std::make_unique<LauncherIcons>(*this, machine))
     , _launchpadImport(std::make_unique<LauncherImport>(*this, machine))
     , _libraryWatch(std::make_unique<LibraryWatch>(*this, machine))

@@ -196,7 +196,6 @@ void SmartFolderLibrary::startRound() {
     scheduleNextDay();
     if (_definitions.isEmpty() && _settledCallbacks.empty())
         return finishRound({}, nullptr);
-    _isRoundRunning = true;
     _factsTask =
         _catalog.facts({.apps = namedApps(),
                         .runtime = runtimeFactsNow(),
@@ -228,7 +227,6 @@ void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
 }
 
 void SmartFolderLibrary::finishRound(Evaluations evaluations, Index index) {
-    _isRoundRunning = false;
     _index = std::move(index);
     _extraInspections.clear();
     if (evaluations != _evaluations) {
@@ -266,12 +264,6 @@ void SmartFolderLibrary::gatherFacts(const QSet<SmartFolderInspection>& inspecti
     _extraInspections += inspections;
     _settledCallbacks.push_back(std::move(done));
     startRound();
-}
-
-void SmartFolderLibrary::whenSettled(std::function<void()> done) {
-    if (!_isRoundRunning)
-        return done();
-    _settledCallbacks.push_back(std::move(done));
 }
 
 } // namespace tessellar

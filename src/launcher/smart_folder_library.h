@@ -70,8 +70,6 @@ public:
     /// Calls `done` once the facts are those of now and these inspections have been made for them,
     /// beside those that the definitions need.
     void gatherFacts(const QSet<SmartFolderInspection>& inspections, std::function<void()> done);
-    /// Calls `done` once no round is under way.
-    void whenSettled(std::function<void()> done);
 
     // What evaluations depend on.
     void setApps(const QList<AppEntry>& apps);
@@ -116,7 +114,6 @@ private:
     Task _factsTask;
     Task _evaluationTask;
     Timer _nextDay;
-    bool _isRoundRunning = false;
     std::vector<std::function<void()>> _settledCallbacks;
 };
 

@@ -490,12 +490,6 @@ requires(isCase<C>&&...) struct Cases<std::variant<C...>> {
     static constexpr bool strict = true;
 };
 
-/// The keys of a tagged union's cases, in order.
-template <HasCases V>
-constexpr std::span<const char* const> caseNames() {
-    return Cases<V>::names;
-}
-
 template <Name name, typename... Values>
 struct Codec<Case<name, Values...>> {
     using T = Case<name, Values...>;
@@ -538,27 +532,6 @@ private:
             (void)(call.template operator()<I>(QStringLiteral("_%1").arg(I)) && ...);
         }
         (std::index_sequence_for<Values...>());
-    }
-};
-
-/// A record whose only field is unlabelled, in the form {"_0": value}. To be inherited by its Codec.
-template <typename T, typename Value, Value T::*member>
-struct UnlabelledCodec {
-    static Decoded<T> decode(const QJsonValue& value) {
-        if (!value.isObject())
-            return expected("an object");
-        const QJsonValue payload = value.toObject().value(QLatin1StringView("_0"));
-        if (payload.isUndefined())
-            return std::unexpected(DecodeError{QStringLiteral("_0"), QStringLiteral("Missing key.")});
-        auto decoded = json::decode<Value>(payload);
-        if (!decoded)
-            return std::unexpected(std::move(decoded.error()).within(QStringLiteral("_0")));
-        T result;
-        result.*member = *std::move(decoded);
-        return result;
-    }
-    static QJsonValue encode(const T& value) {
-        return QJsonObject{{QStringLiteral("_0"), json::encode(value.*member)}};
     }
 };
 

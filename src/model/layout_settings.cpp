@@ -147,11 +147,4 @@ std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherW
     return {};
 }
 
-QStringList layoutSettingsKeys(LauncherWindowMode mode) {
-    QStringList keys;
-    for (const auto& [key, value] : settingsOf(ArrangementLayout(), mode))
-        keys += prefixed(mode, key);
-    return keys;
-}
-
 } // namespace tessellar

@@ -16,9 +16,6 @@ ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMod
 std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
                                                    const ArrangementLayout& layout);
 
-/// Every settings key that `readLayoutSettings` reads for a mode, without the fallbacks.
-QStringList layoutSettingsKeys(LauncherWindowMode mode);
-
 /// The number of tiles on a page of the grid.
 inline qsizetype pageCapacity(const ArrangementLayout& layout) {
     return static_cast<qsizetype>(layout.rows) * layout.columns;

@@ -39,8 +39,8 @@ struct AppUpdateAlert {
 /// blocks runs on workers and posts its results back.
 ///
 /// The cache is read when it is made, or was before. Nothing is contacted before `start`, except by
-/// what is asked for
-/// (`check`, `learnChannels`, `runAction`), so that a command line may use it without.
+/// what is asked for (`check`, `learnChannels`, `runAction`), so that a command line may use it
+/// without.
 class AppUpdateCoordinator {
 public:
     static constexpr std::chrono::milliseconds saveDelay{1'000};

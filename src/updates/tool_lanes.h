@@ -40,7 +40,6 @@ public:
         });
     }
 
-    bool isBusy(const QString& tool) const { return _busy.contains(tool); }
     /// Blocks until nothing runs. What it came to may still lie in the mailbox.
     void waitIdle();
 
