@@ -4,6 +4,7 @@
 
 #include "launcher/launcher_view_model.h"
 #include "sample/mac_builder.h"
+#include "support/altered_machine.h"
 #include "support/loopback_server.h"
 #include "support/test_machine.h"
 
@@ -120,18 +121,7 @@ struct Fixture {
     test::TestMachine mac;
     EventLoopScheduler scheduler;
     NetworkHttpClient http{scheduler};
-    Machine machine{.files = mac.files,
-                    .places = mac.machine.places,
-                    .clock = mac.time,
-                    .scheduler = scheduler,
-                    .workers = mac.workers,
-                    .commands = mac.commands,
-                    .http = http,
-                    .settings = mac.settings,
-                    .uuids = mac.uuids,
-                    .log = mac.log,
-                    .locale = mac.locale,
-                    .environment = mac.machine.environment};
+    Machine machine = test::altered(mac.machine, {.scheduler = &scheduler, .http = &http});
     QList<QUrl> urls;
 };
 

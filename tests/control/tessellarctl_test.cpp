@@ -1,8 +1,4 @@
-#include "control/command_interpreter.h"
-#include "control/control_socket.h"
 #include "control/shell_words.h"
-#include "platform/file_lock.h"
-#include "platform/host_machine.h"
 
 #include "sample/tools.h"
 #include "tessellarctl_fixture.h"
@@ -284,17 +280,8 @@ TEST_F(TessellarctlUpdatesTest, VersionsGiveTheTerminalNoOrders) {
 
 TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
     builder.addExecutable(u"/opt/homebrew/bin/brew"_qs, "#!/bin/sh\nexec sleep 60\n");
-    auto host = HostMachine::make({.root = root.path(), .home = {}, .locale = {}, .now = {}});
-    ASSERT_TRUE(host);
-    Machine& machine = (*host)->machine();
-    LauncherViewModel launcher(machine);
-    launcher.startAndWait();
-    const auto lock = FileLock::tryLock(
-        machine.files, FileSystem::joined(machine.places.applicationFolder(), QStringLiteral("lock")));
-    ASSERT_TRUE(lock && *lock);
-    CommandInterpreter interpreter(machine, launcher);
-    ControlServer server(machine, interpreter);
-    ASSERT_TRUE(server.listen());
+    RunningLauncher running(root.path());
+    LauncherViewModel& launcher = running.launcher;
 
     QProcess process;
     process.start(QStringLiteral(TESSELLARCTL),

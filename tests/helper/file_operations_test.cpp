@@ -162,18 +162,6 @@ TEST_F(FileOperationsTest, TheLibraryMayLieOnAnotherVolumeThanTheRoot) {
     EXPECT_FALSE(mac.exists(daemon));
 }
 
-TEST_F(FileOperationsTest, LeavesFoldersInWhichAVolumeIsMounted) {
-    const QString tree = u"/Library/Application Support/Acme"_s;
-    mac.write(tree + u"/first"_s, "x");
-    mac.makeFolder(tree + u"/mounted"_s);
-    const test::SmallDisk disk(mac.hostPath(tree + u"/mounted"_s).toStdString(), "size=64k");
-    if (!disk)
-        GTEST_SKIP() << "This process may not mount.";
-    for (const Kind kind : {Kind::moveToTrash, Kind::remove})
-        EXPECT_EQ(perform(kind, item(tree)).message, u"A volume is mounted in it."_s);
-    EXPECT_EQ(mac.read(tree + u"/first"_s), "x");
-}
-
 TEST_F(FileOperationsTest, RemovesTreesWithoutFollowingTheirLinks) {
     const QString tree = u"/Library/Application Support/Acme"_s;
     mac.write(u"/keep/x"_s, "x");

@@ -1,10 +1,6 @@
 #include "launcher/launcher_cleanup.h"
 
-#include "launcher/launcher_view_model.h"
-#include "sample/mac_builder.h"
-#include "support/items.h"
-#include "support/printers.h"
-#include "support/test_machine.h"
+#include "small_launcher.h"
 #include "tests/platform/disk_folder.h"
 
 #include <gmock/gmock.h>
@@ -13,18 +9,13 @@ namespace tessellar {
 namespace {
 
 using namespace Qt::StringLiterals;
-using test::sketch;
 using Phase = LauncherCleanup::Phase;
 
 const QString library = u"/Users/ada/Library/"_s;
-const QString folder = library + u"Application Support/com.tessellar.app"_s;
 const QString trash = u"/Users/ada/.local/share/Trash/files"_s;
 
-class LauncherCleanupTest : public testing::Test {
+class LauncherCleanupTest : public test::SmallLauncher {
 protected:
-    test::TestMachine mac;
-    sample::MacBuilder builder{mac.root.path()};
-    std::unique_ptr<LauncherViewModel> launcher;
     const QString ash = u"org.example.ash"_s;
     const QString bundle = u"/Applications/Ash.app"_s;
     const QString preferences = library + u"Preferences/org.example.ash.plist"_s;
@@ -33,20 +24,13 @@ protected:
 
     LauncherCleanupTest() {
         for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Cedar"_s})
-            builder.addApplication({.name = name, .identifier = u"org.example."_s + name.toLower()});
+            install(name);
         mac.write(preferences, "preferences");
         mac.write(caches + u"/data"_s, "1234");
         mac.write(offered + u"/notes"_s, "notes");
         start();
     }
 
-    LauncherViewModel& start() {
-        launcher.reset();
-        launcher = std::make_unique<LauncherViewModel>(mac.machine);
-        launcher->startAndWait();
-        mac.settle();
-        return *launcher;
-    }
     LauncherCleanup& cleanup() { return launcher->cleanup(); }
     LauncherCleanup& review(const QString& key = u"org.example.ash"_s) {
         cleanup().open(key);
@@ -67,16 +51,6 @@ protected:
         mac.settle();
         return result;
     }
-    QString step(void (LauncherEditor::*way)(std::function<void(LauncherEditor::Outcome)>)) {
-        QString result = u"nothing"_s;
-        (launcher->editor().*way)([&](const LauncherEditor::Outcome& outcome) {
-            result = outcome ? u"done"_s : outcome.error().code;
-        });
-        mac.settle();
-        return result;
-    }
-    QString undo() { return step(&LauncherEditor::undo); }
-    QString redo() { return step(&LauncherEditor::redo); }
     QString restore() {
         QString result = u"nothing"_s;
         cleanup().restore([&](const LauncherCleanup::Restored& restored) {
@@ -87,7 +61,7 @@ protected:
     }
     QString sketchOf(LauncherWindowMode mode) {
         launcher->setMode(mode);
-        const QString drawn = sketch(launcher->pages());
+        const QString drawn = sketched();
         launcher->setMode(LauncherWindowMode::fullScreen);
         return drawn;
     }
@@ -160,7 +134,7 @@ TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
     EXPECT_EQ(cleanup().log().size(), 3);
     EXPECT_EQ(mac.names(trash).size(), 3);
     EXPECT_TRUE(mac.exists(offered));
-    EXPECT_EQ(sketch(launcher->pages()), u"Beech Cedar");
+    EXPECT_EQ(sketched(), u"Beech Cedar");
     EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), u"Beech Cedar");
     EXPECT_FALSE(launcher->application(ash));
     EXPECT_EQ(launcher->editor().history().undoStack().size(), 3);
@@ -178,7 +152,7 @@ TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
         EXPECT_EQ(redo(), u"done");
         EXPECT_FALSE(mac.exists(bundle));
         EXPECT_FALSE(mac.exists(preferences));
-        EXPECT_EQ(sketch(launcher->pages()), u"Beech Cedar");
+        EXPECT_EQ(sketched(), u"Beech Cedar");
     }
 }
 
@@ -203,7 +177,7 @@ TEST_F(LauncherCleanupTest, AnUndoWithoutTheBundleLeavesTheRestInTheTrash) {
     EXPECT_EQ(undo(), u"trashFailed");
     EXPECT_EQ(mac.read(bundle), "in the way");
     EXPECT_FALSE(mac.exists(preferences));
-    EXPECT_EQ(sketch(launcher->pages()), u"Beech Cedar");
+    EXPECT_EQ(sketched(), u"Beech Cedar");
     mac.remove(bundle);
     EXPECT_EQ(undo(), u"done");
     EXPECT_TRUE(mac.exists(preferences));
@@ -237,7 +211,7 @@ TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
 
 TEST_F(LauncherCleanupTest, AKilledRemovalIsBroughtBackFromWhatWasWrittenBefore) {
     // A Finder in whose middle the launcher is killed: what is on the disk then is all that remains.
-    const QString record = folder + u"/removals.json"_s;
+    const QString record = data + u"/removals.json"_s;
     QByteArray onDisk;
     mac.tool(u"/usr/bin/osascript"_s, [&](const Command& command, std::stop_token) {
         onDisk = mac.read(record);
@@ -264,11 +238,11 @@ TEST_F(LauncherCleanupTest, AKilledRemovalIsBroughtBackFromWhatWasWrittenBefore)
 }
 
 TEST_F(LauncherCleanupTest, NothingGoesThatCannotBeWrittenDown) {
-    mac.makeFolder(folder);
-    const test::SmallDisk disk(mac.hostPath(folder).toStdString(), "size=16k");
+    mac.makeFolder(data);
+    const test::SmallDisk disk(mac.hostPath(data).toStdString(), "size=16k");
     if (!disk)
         GTEST_SKIP() << "This process may not mount.";
-    QFile filler(mac.hostPath(folder + u"/filler"_s));
+    QFile filler(mac.hostPath(data + u"/filler"_s));
     ASSERT_TRUE(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
     while (filler.write(QByteArray(512, 'x')) == 512) {
     }
@@ -293,11 +267,11 @@ TEST_F(LauncherCleanupTest, WhatDidNotComeBackMayBeAskedForAgain) {
 }
 
 TEST_F(LauncherCleanupTest, ADamagedRecordIsSetAside) {
-    mac.write(folder + u"/removals.json"_s, "{damaged");
+    mac.write(data + u"/removals.json"_s, "{damaged");
     EXPECT_EQ(restore(), u"nothingToRestore");
-    const QStringList aside = mac.names(folder).filter(u"removals.damaged-"_s);
+    const QStringList aside = mac.names(data).filter(u"removals.damaged-"_s);
     ASSERT_EQ(aside.size(), 1);
-    EXPECT_EQ(mac.read(folder + u'/' + aside.first()), "{damaged");
+    EXPECT_EQ(mac.read(data + u'/' + aside.first()), "{damaged");
     review();
     ASSERT_EQ(remove(), u"done");
     EXPECT_EQ(start().pages().size(), 1);

@@ -1,12 +1,6 @@
 #include "launcher/launcher_editor.h"
 
-#include "launcher/launcher_view_model.h"
-#include "sample/mac_builder.h"
-#include "support/items.h"
-#include "support/printers.h"
-#include "support/test_machine.h"
-
-#include <gtest/gtest.h>
+#include "small_launcher.h"
 
 namespace tessellar {
 namespace {
@@ -16,59 +10,29 @@ using test::app;
 using test::idOf;
 using test::sketch;
 
-const QString directory = QStringLiteral("/Users/ada/Library/Application Support/com.tessellar.app");
-
-class EditorTest : public testing::Test {
+class EditorTest : public test::SmallLauncher {
 protected:
-    test::TestMachine mac;
-    sample::MacBuilder builder{mac.root.path()};
-    std::unique_ptr<LauncherViewModel> launcher;
-
     EditorTest() {
         for (const QString& name : {u"Ash"_qs, u"Beech"_qs, u"Cedar"_qs, u"Dogwood"_qs})
             install(name);
-        mac.write(
-            directory + u"/layout.json"_qs,
-            json::write(json::encode(LayoutDocument{
-                .pages = {{app(u"Ash"_qs), app(u"Beech"_qs)}, {app(u"Cedar"_qs), app(u"Dogwood"_qs)}},
-                .hiddenKeys = {}})));
-        launcher = std::make_unique<LauncherViewModel>(mac.machine);
-        launcher->startAndWait();
-    }
-    void install(const QString& name) {
-        builder.addApplication(
-            {.name = name, .identifier = QStringLiteral("org.example.") + name.toLower()});
+        store({{app(u"Ash"_qs), app(u"Beech"_qs)}, {app(u"Cedar"_qs), app(u"Dogwood"_qs)}});
+        start();
     }
     LauncherEditor& editor() { return launcher->editor(); }
-    QString shown() { return sketch(launcher->pages()); }
     QString stored(const char* name = "layout.json") {
-        const auto document =
-            json::decodeDocument<LayoutDocument>(mac.read(directory + u'/' + QLatin1StringView(name)));
-        return document ? sketch(document->pages) : QStringLiteral("unreadable");
-    }
-    QString undo() { return step(&LauncherEditor::undo); }
-    QString redo() { return step(&LauncherEditor::redo); }
-
-private:
-    QString step(void (LauncherEditor::*take)(std::function<void(LauncherEditor::Outcome)>)) {
-        QString code;
-        (editor().*take)([&](const LauncherEditor::Outcome& outcome) {
-            code = outcome ? QStringLiteral("done") : outcome.error().code;
-        });
-        mac.settle();
-        return code;
+        return sketch(SmallLauncher::stored(name).pages);
     }
 };
 
 TEST_F(EditorTest, AnEditIsSavedAfterTheDelayAndUndoneAtOnce) {
     ASSERT_TRUE(editor().groupTiles({idOf(u"Ash"_qs)}, idOf(u"Cedar"_qs)));
-    EXPECT_EQ(shown(), u"Beech|[Folder: Cedar Ash] Dogwood");
+    EXPECT_EQ(sketched(), u"Beech|[Folder: Cedar Ash] Dogwood");
     EXPECT_EQ(stored(), u"Ash Beech|Cedar Dogwood");
     mac.time.advance(300ms);
-    EXPECT_EQ(stored(), shown());
+    EXPECT_EQ(stored(), sketched());
     EXPECT_EQ(undo(), u"done");
-    EXPECT_EQ(shown(), u"Ash Beech|Cedar Dogwood");
-    EXPECT_EQ(stored(), shown());
+    EXPECT_EQ(sketched(), u"Ash Beech|Cedar Dogwood");
+    EXPECT_EQ(stored(), sketched());
     EXPECT_EQ(editor().history().feedback()->text(), u"Undo Group Tiles");
     EXPECT_EQ(undo(), u"nothingToUndo");
 }
@@ -84,9 +48,8 @@ TEST_F(EditorTest, RefusalsAndEditsWithoutEffectLeaveNoHistory) {
 
 TEST_F(EditorTest, ABlockedModeTakesNoEdits) {
     launcher.reset();
-    mac.write(directory + u"/layout.json"_qs, "damaged");
-    launcher = std::make_unique<LauncherViewModel>(mac.machine);
-    launcher->startAndWait();
+    mac.write(data + u"/layout.json"_qs, "damaged");
+    start();
     const auto outcome = editor().sortEverything();
     ASSERT_FALSE(outcome);
     EXPECT_EQ(outcome.error().code, u"workingDocumentUnreadable");
@@ -95,12 +58,12 @@ TEST_F(EditorTest, ABlockedModeTakesNoEdits) {
 TEST_F(EditorTest, UndoReachesAcrossTheModesInTheOrderOfTime) {
     ASSERT_TRUE(editor().hideApps({idOf(u"Ash"_qs)}));
     launcher->setMode(LauncherWindowMode::windowed);
-    const QString windowed = shown();
+    const QString windowed = sketched();
     ASSERT_TRUE(editor().moveTiles({launcher->pages()[0][0].id()}, {.page = 1}));
     launcher->setMode(LauncherWindowMode::fullScreen);
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(launcher->mode(), LauncherWindowMode::windowed);
-    EXPECT_EQ(shown(), windowed);
+    EXPECT_EQ(sketched(), windowed);
     EXPECT_EQ(stored("layout-windowed.json"), windowed);
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(launcher->mode(), LauncherWindowMode::fullScreen);
@@ -110,12 +73,12 @@ TEST_F(EditorTest, UndoReachesAcrossTheModesInTheOrderOfTime) {
 TEST_F(EditorTest, AStepThatCannotBeSavedIsNotTaken) {
     ASSERT_TRUE(editor().moveTiles({idOf(u"Ash"_qs)}, {.page = 1}));
     mac.time.advance(300ms);
-    mac.remove(directory + u"/layout.json"_qs);
-    mac.makeFolder(directory + u"/layout.json/in the way"_qs);
-    const QString edited = shown();
+    mac.remove(data + u"/layout.json"_qs);
+    mac.makeFolder(data + u"/layout.json/in the way"_qs);
+    const QString edited = sketched();
     EXPECT_EQ(undo(), u"notApplied");
-    EXPECT_EQ(shown(), edited);
-    mac.remove(directory + u"/layout.json"_qs);
+    EXPECT_EQ(sketched(), edited);
+    mac.remove(data + u"/layout.json"_qs);
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(stored(), u"Ash Beech|Cedar Dogwood");
 }
@@ -126,31 +89,31 @@ TEST_F(EditorTest, ARescanBetweenAnEditAndItsUndoLosesNoApplication) {
     install(u"Elm"_qs);
     launcher->rescan();
     mac.settle();
-    EXPECT_EQ(shown(), u"Ash Cedar Dogwood Elm");
+    EXPECT_EQ(sketched(), u"Ash Cedar Dogwood Elm");
     EXPECT_EQ(undo(), u"done");
     // The state put back knows an application that is gone and lacks one that came: it is looked at
     // again.
-    EXPECT_EQ(shown(), u"Ash|Cedar Dogwood Elm");
+    EXPECT_EQ(sketched(), u"Ash|Cedar Dogwood Elm");
 }
 
 TEST_F(EditorTest, AFailedSaveIsSaidAtTheNextEdit) {
-    mac.remove(directory + u"/layout.json"_qs);
-    mac.makeFolder(directory + u"/layout.json/in the way"_qs);
+    mac.remove(data + u"/layout.json"_qs);
+    mac.makeFolder(data + u"/layout.json/in the way"_qs);
     ASSERT_TRUE(editor().moveTiles({idOf(u"Ash"_qs)}, {.page = 1}));
     mac.time.advance(1s);
     EXPECT_TRUE(launcher->takeAlerts().isEmpty());
-    mac.remove(directory + u"/layout.json"_qs);
+    mac.remove(data + u"/layout.json"_qs);
     ASSERT_TRUE(editor().moveTiles({idOf(u"Cedar"_qs)}, {.page = 0}));
     EXPECT_EQ(launcher->takeAlerts().size(), 1);
     mac.time.advance(1s);
-    EXPECT_EQ(stored(), shown());
+    EXPECT_EQ(stored(), sketched());
 }
 
 TEST_F(EditorTest, DroppingOntoAFolderIsAMove) {
     ASSERT_TRUE(editor().groupTiles({idOf(u"Ash"_qs)}, idOf(u"Cedar"_qs)));
     const QUuid folder = launcher->pages()[1][0].id();
     ASSERT_TRUE(editor().groupTiles({idOf(u"Beech"_qs), folder}, folder));
-    EXPECT_EQ(shown(), u"[Folder: Cedar Ash Beech] Dogwood");
+    EXPECT_EQ(sketched(), u"[Folder: Cedar Ash Beech] Dogwood");
     EXPECT_EQ(editor().history().undoStack()[0].name, u"Group Tiles");
     EXPECT_EQ(editor().history().undoStack()[1].name, u"Move Tile");
 }
@@ -190,7 +153,7 @@ class SmartFolderEditorTest : public EditorTest {
 protected:
     const SmartFolderDefinition games =
         templateDefinition(SmartFolderTemplate::games, mac.uuids.next(), mac.time.now(), mac.uuids);
-    const QString registry = directory + u"/computed-folders.json"_qs;
+    const QString registry = data + u"/computed-folders.json"_qs;
 
     SmartFolderEditorTest() {
         EXPECT_TRUE(editor().addSmartFolder(games));
@@ -246,7 +209,7 @@ TEST_F(SmartFolderEditorTest, AStepThatTheRegistryRefusesIsNotTakenInEitherMode)
     blockRegistry();
     EXPECT_EQ(undo(), u"notApplied");
     EXPECT_EQ(bothStored(), after);
-    EXPECT_EQ(shown(), stored());
+    EXPECT_EQ(sketched(), stored());
     EXPECT_TRUE(definitions().isEmpty());
     EXPECT_TRUE(editor().history().canUndo());
     EXPECT_FALSE(editor().history().canRedo());
@@ -264,11 +227,11 @@ TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
     const auto alerts = launcher->takeAlerts();
     ASSERT_EQ(alerts.size(), 1);
     EXPECT_EQ(alerts[0].title, u"Could not save Smart Folders");
-    EXPECT_EQ(shown(), u"Ash * Beech Cedar Dogwood");
+    EXPECT_EQ(sketched(), u"Ash * Beech Cedar Dogwood");
 
     mac.remove(registry);
     ASSERT_TRUE(editor().paste());
-    EXPECT_EQ(shown(), u"Ash * Beech Cedar Dogwood *");
+    EXPECT_EQ(sketched(), u"Ash * Beech Cedar Dogwood *");
     ASSERT_EQ(definitions().size(), 2);
     SmartFolderDefinition copy = definitions().last();
     EXPECT_EQ(launcher->pages()[0].last().id(), copy.id);
@@ -278,7 +241,7 @@ TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
     const auto both = definitions();
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(definitions(), QList{games});
-    EXPECT_EQ(shown(), u"Ash * Beech Cedar Dogwood");
+    EXPECT_EQ(sketched(), u"Ash * Beech Cedar Dogwood");
     EXPECT_EQ(redo(), u"done");
     EXPECT_EQ(definitions(), both);
 
@@ -286,7 +249,7 @@ TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
     ASSERT_TRUE(editor().cut({games.id}));
     launcher->setMode(LauncherWindowMode::fullScreen);
     EXPECT_FALSE(editor().paste());
-    EXPECT_EQ(shown(), u"Ash Beech *|Cedar Dogwood");
+    EXPECT_EQ(sketched(), u"Ash Beech *|Cedar Dogwood");
 }
 
 } // namespace

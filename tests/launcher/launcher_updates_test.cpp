@@ -1,7 +1,5 @@
-#include "launcher/launcher_view_model.h"
-#include "sample/mac_builder.h"
-#include "support/printers.h"
-#include "support/test_machine.h"
+#include "small_launcher.h"
+#include "support/fake_updates.h"
 
 #include <gmock/gmock.h>
 
@@ -17,7 +15,7 @@ const QString feed = u"org.example.feed"_s;
 const QString plain = u"org.example.plain"_s;
 
 /// A Mac on which one application is a cask's, one names a feed, and one has neither.
-class LauncherUpdatesTest : public testing::Test {
+class LauncherUpdatesTest : public test::SmallLauncher {
 protected:
     LauncherUpdatesTest() {
         install(u"Cask"_s, {});
@@ -35,19 +33,8 @@ protected:
                                 .build = u"100"_s,
                                 .sparkleFeed = sparkleFeed});
     }
-    /// A brew that owns Cask, outdated where it has a newer version.
     void brew(const QByteArray& newer, int upgradeStatus = 0) {
-        mac.tool(brewPath, [=](const Command& command, const std::stop_token&) {
-            if (command.arguments.first() == "outdated")
-                return test::exited(0, newer.isEmpty()
-                                           ? QByteArray(R"({"casks":[]})")
-                                           : R"({"casks":[{"name":"cask","current_version":")" + newer +
-                                                 "\"}]}");
-            if (command.arguments.first() == "info")
-                return test::exited(0, R"({"casks":[{"token":"cask","version":"2.0","artifacts":)"
-                                       R"([{"app":["Cask.app"]}]}]})");
-            return test::exited(upgradeStatus);
-        });
+        mac.tool(brewPath, test::brewOfOneCask(newer, upgradeStatus));
     }
 
     LauncherUpdates& start() {
@@ -79,10 +66,7 @@ protected:
         return updates();
     }
     void answerFeed(const QByteArray& build) {
-        mac.http.answer(u"feeds"_s,
-                        "<rss xmlns:s=\"http://www.andymatuschak.org/xml-namespaces/sparkle\"><channel>"
-                        "<item><enclosure s:version=\"" +
-                            build + "\" s:shortVersionString=\"2.5\"/></item></channel></rss>");
+        mac.http.answer(u"feeds"_s, test::sparkleFeed(build));
         settle();
         mac.time.advance(250ms);
         settle();
@@ -103,9 +87,6 @@ protected:
         settle();
     }
 
-    test::TestMachine mac;
-    sample::MacBuilder builder{mac.root.path()};
-    std::unique_ptr<LauncherViewModel> launcher;
     LauncherViewModel::Subscription subscription;
     const QUuid folder = QUuid::createUuidV5(QUuid(), u"updates"_s);
     int announced = 0;

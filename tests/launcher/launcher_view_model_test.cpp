@@ -1,11 +1,6 @@
 #include "launcher/launcher_view_model.h"
 
-#include "sample/mac_builder.h"
-#include "support/items.h"
-#include "support/printers.h"
-#include "support/test_machine.h"
-
-#include <gtest/gtest.h>
+#include "small_launcher.h"
 
 namespace tessellar {
 namespace {
@@ -13,39 +8,7 @@ namespace {
 using namespace std::chrono_literals;
 using test::sketch;
 
-const QString directory = QStringLiteral("/Users/ada/Library/Application Support/com.tessellar.app");
-
-class LauncherTest : public testing::Test {
-protected:
-    test::TestMachine mac;
-    sample::MacBuilder builder{mac.root.path()};
-    std::unique_ptr<LauncherViewModel> launcher;
-
-    QString install(const QString& name, const QString& folder = QStringLiteral("/Applications")) {
-        return builder.addApplication({.name = name,
-                                       .folder = folder,
-                                       .identifier = QStringLiteral("org.example.") + name.toLower()});
-    }
-    LauncherViewModel& start() {
-        launcher.reset();
-        launcher = std::make_unique<LauncherViewModel>(mac.machine);
-        launcher->startAndWait();
-        return *launcher;
-    }
-    void rescan() {
-        launcher->rescan();
-        mac.settle();
-    }
-    LayoutDocument stored(const char* name = "layout.json") {
-        return json::decodeDocument<LayoutDocument>(
-                   mac.read(directory + u'/' + QLatin1StringView(name)))
-            .value_or(LayoutDocument());
-    }
-    void store(const Pages& pages, const QSet<QString>& hidden = {}) {
-        mac.write(directory + QStringLiteral("/layout.json"),
-                  json::write(json::encode(LayoutDocument{.pages = pages, .hiddenKeys = hidden})));
-    }
-};
+class LauncherTest : public test::SmallLauncher {};
 
 TEST_F(LauncherTest, AFirstStartShowsAndSavesTheDefaultLayoutOfBothModes) {
     install(u"Beech"_qs);
@@ -71,7 +34,7 @@ TEST_F(LauncherTest, EditsAreRefusedUntilTheFirstLoadIsComplete) {
 
 TEST_F(LauncherTest, ADamagedFileShowsTheDefaultLayoutAndOnlyAResetWritesAgain) {
     install(u"Ash"_qs);
-    mac.write(directory + QStringLiteral("/layout.json"), "damaged");
+    mac.write(data + QStringLiteral("/layout.json"), "damaged");
     start();
     EXPECT_EQ(sketch(launcher->pages()), u"Ash");
     ASSERT_EQ(launcher->takeAlerts().size(), 1);
@@ -80,7 +43,7 @@ TEST_F(LauncherTest, ADamagedFileShowsTheDefaultLayoutAndOnlyAResetWritesAgain) 
     EXPECT_FALSE(launcher->saveArrangement(u"x"_qs));
     rescan();
     EXPECT_TRUE(launcher->quit());
-    EXPECT_EQ(mac.read(directory + QStringLiteral("/layout.json")), "damaged");
+    EXPECT_EQ(mac.read(data + QStringLiteral("/layout.json")), "damaged");
 
     launcher->setMode(LauncherWindowMode::windowed);
     EXPECT_TRUE(launcher->editGuard());
@@ -205,10 +168,10 @@ TEST_F(LauncherTest, RestoringAnArrangementBacksUpMergesAndBringsItsSettings) {
     EXPECT_EQ(launcher->hiddenKeys(), QSet<QString>{u"org.example.beech"_qs});
     EXPECT_EQ(launcher->layoutSettings().rows, 3);
     EXPECT_EQ(stored().pages, launcher->pages());
-    const QStringList backups = mac.names(directory + u"/Backups"_qs);
+    const QStringList backups = mac.names(data + u"/Backups"_qs);
     ASSERT_EQ(backups.size(), 1);
     const auto backup =
-        json::decodeDocument<BackupDocument>(mac.read(directory + u"/Backups/"_qs + backups[0]));
+        json::decodeDocument<BackupDocument>(mac.read(data + u"/Backups/"_qs + backups[0]));
     ASSERT_TRUE(backup);
     EXPECT_EQ(backup->reason, u"arrangement-restore");
     EXPECT_EQ(sketch(backup->document.pages), before);
@@ -219,11 +182,11 @@ TEST_F(LauncherTest, ARestoreThatCannotBeReadChangesNothing) {
     start();
     const auto saved = launcher->saveArrangement(u"x"_qs);
     ASSERT_TRUE(saved);
-    mac.write(directory + u"/Arrangements/"_qs + toText(saved->id) + u".json"_qs, "{");
+    mac.write(data + u"/Arrangements/"_qs + toText(saved->id) + u".json"_qs, "{");
     const auto restored = launcher->restoreArrangement(saved->id);
     ASSERT_FALSE(restored);
     EXPECT_EQ(restored.error().title, u"Could not restore arrangement");
-    EXPECT_FALSE(mac.exists(directory + u"/Backups"_qs));
+    EXPECT_FALSE(mac.exists(data + u"/Backups"_qs));
 }
 
 TEST_F(LauncherTest, OpenFoldersAndPagesFollowTheLayout) {
@@ -251,12 +214,12 @@ TEST_F(LauncherTest, OpenFoldersAndPagesFollowTheLayout) {
 TEST_F(LauncherTest, ADiskThatRefusesTheStartUpSaveIsSaidAndNothingIsLost) {
     install(u"Ash"_qs);
     // A link to nowhere in the folder's place: nothing is there to load, and nothing can be saved.
-    mac.link(directory, u"/nowhere/at all"_qs);
+    mac.link(data, u"/nowhere/at all"_qs);
     start();
     EXPECT_EQ(sketch(launcher->pages()), u"Ash");
     EXPECT_FALSE(launcher->takeAlerts().isEmpty());
     EXPECT_FALSE(launcher->quit());
-    mac.remove(directory);
+    mac.remove(data);
     EXPECT_TRUE(launcher->quit());
     EXPECT_EQ(sketch(stored().pages), u"Ash");
 }

@@ -46,10 +46,13 @@ protected:
         mac.write(data + u"/layout.json"_s,
                   json::write(json::encode(LayoutDocument{.pages = pages, .hiddenKeys = hidden})));
     }
-    LayoutDocument stored() {
-        return json::decodeDocument<LayoutDocument>(mac.read(data + u"/layout.json"_s))
+    LayoutDocument stored(const char* name = "layout.json") {
+        return json::decodeDocument<LayoutDocument>(mac.read(data + u'/' + QLatin1StringView(name)))
             .value_or(LayoutDocument());
     }
+    /// Takes a step back or forth; "done", or the code of the refusal, or nothing while it waits.
+    QString undo() { return step(&LauncherEditor::undo); }
+    QString redo() { return step(&LauncherEditor::redo); }
     QString sketched() const { return sketch(launcher->pages()); }
 
     const QString data = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
@@ -57,6 +60,16 @@ protected:
     ManualTime& time = mac.time;
     sample::MacBuilder builder{mac.root.path()};
     std::unique_ptr<LauncherViewModel> launcher;
+
+private:
+    QString step(void (LauncherEditor::*take)(std::function<void(LauncherEditor::Outcome)>)) {
+        QString code;
+        (launcher->editor().*take)([&](const LauncherEditor::Outcome& outcome) {
+            code = outcome ? u"done"_s : outcome.error().code;
+        });
+        mac.settle();
+        return code;
+    }
 };
 
 } // namespace tessellar::test

@@ -1,12 +1,4 @@
-#include "launcher/launcher_view_model.h"
-#include "sample/mac_builder.h"
-#include "support/items.h"
-#include "support/printers.h"
-#include "support/test_machine.h"
-
-#include <gtest/gtest.h>
-
-#include <QDateTime>
+#include "small_launcher.h"
 
 namespace tessellar {
 namespace {
@@ -14,14 +6,9 @@ namespace {
 using namespace std::chrono_literals;
 using test::idOf;
 
-const QString directory = QStringLiteral("/Users/ada/Library/Application Support/com.tessellar.app");
-const QString registry = directory + QStringLiteral("/computed-folders.json");
-
-class SmartFolderLibraryTest : public testing::Test {
+class SmartFolderLibraryTest : public test::SmallLauncher {
 protected:
-    test::TestMachine mac;
-    sample::MacBuilder builder{mac.root.path()};
-    std::unique_ptr<LauncherViewModel> launcher;
+    const QString registry = data + u"/computed-folders.json"_qs;
     LauncherViewModel::Subscription subscription;
     int announced = 0;
 
@@ -32,20 +19,12 @@ protected:
         for (const QString& name : {u"Ash"_qs, u"Beech"_qs, u"Iris"_qs})
             install(name);
     }
-    QString install(const QString& name, const QString& version = u"1.0"_qs) {
-        return builder.addApplication({.name = name,
-                                       .identifier = QStringLiteral("org.example.") + name.toLower(),
-                                       .version = version});
-    }
     void start() {
         subscription.reset();
-        launcher.reset();
-        launcher = std::make_unique<LauncherViewModel>(mac.machine);
-        launcher->startAndWait();
+        SmallLauncher::start();
         subscription = launcher->subscribe([this](LauncherChange change) {
             announced += change == LauncherChange::smartFolders ? 1 : 0;
         });
-        mac.settle();
     }
     SmartFolderLibrary& library() { return launcher->smartFolders(); }
     LauncherEditor& editor() { return launcher->editor(); }
@@ -104,14 +83,12 @@ TEST_F(SmartFolderLibraryTest, ARoundFollowsAScanAndLooksIntoTheOneBundleThatCha
 
     const quint64 before = library().inspectionCount();
     announced = 0;
-    launcher->rescan();
-    mac.settle();
+    rescan();
     EXPECT_EQ(library().inspectionCount(), before);
     EXPECT_EQ(announced, 0); // the same as was shown
 
     install(u"Alder"_qs);
-    launcher->rescan();
-    mac.settle();
+    rescan();
     EXPECT_EQ(shown(u"A"_qs), u"Alder Ash");
     EXPECT_EQ(library().inspectionCount(), before + 1);
     EXPECT_EQ(announced, 1);
@@ -190,8 +167,7 @@ TEST_F(SmartFolderLibraryTest, FoldersGoByTheNamesOfTheModeThatIsShown) {
     start(); // the name outlives the program, and a scan that finds something new
     EXPECT_EQ(shown(u"A"_qs), u"Acorn Ash");
     install(u"Alder"_qs);
-    launcher->rescan();
-    mac.settle();
+    rescan();
     EXPECT_EQ(shown(u"A"_qs), u"Acorn Alder Ash");
 
     launcher->setMode(LauncherWindowMode::windowed);
@@ -209,33 +185,9 @@ TEST_F(SmartFolderLibraryTest, WhatIsAskedForOnceIsInspectedOnce) {
     EXPECT_TRUE(isDone);
     EXPECT_EQ(toolRuns(), 3);
     install(u"Alder"_qs);
-    launcher->rescan();
-    mac.settle();
+    rescan();
     EXPECT_EQ(shown(u"A"_qs), u"Alder Ash");
     EXPECT_EQ(toolRuns(), 3);
-}
-
-TEST_F(SmartFolderLibraryTest, ADefinitionThatCannotBeSavedLeavesBothModesAsTheyWere) {
-    start();
-    launcher->setMode(LauncherWindowMode::windowed);
-    const SmartFolderDefinition tree = definition(u"Tree"_qs, nameBegins(u"a"_qs));
-    add(tree);
-    launcher->setMode(LauncherWindowMode::fullScreen);
-    ASSERT_TRUE(editor().addSmartFolderTile(tree.id, {.page = 0}));
-    mac.time.advance(1s);
-    mac.remove(registry);
-    mac.makeFolder(registry + u"/in the way"_qs);
-    EXPECT_FALSE(editor().deleteSmartFolder(tree.id));
-    EXPECT_EQ(tilesOf(u"Tree"_qs), 1);
-    launcher->setMode(LauncherWindowMode::windowed);
-    EXPECT_EQ(tilesOf(u"Tree"_qs), 1);
-
-    mac.remove(registry);
-    EXPECT_TRUE(editor().deleteSmartFolder(tree.id));
-    EXPECT_EQ(tilesOf(u"Tree"_qs), 0);
-    launcher->setMode(LauncherWindowMode::fullScreen);
-    EXPECT_EQ(tilesOf(u"Tree"_qs), 0);
-    EXPECT_EQ(stored(), QList<SmartFolderDefinition>());
 }
 
 TEST_F(SmartFolderLibraryTest, ARegistryPutBackSurvivesAnUndoOfWhatWasDoneWithoutIt) {
@@ -255,11 +207,11 @@ TEST_F(SmartFolderLibraryTest, ARegistryPutBackSurvivesAnUndoOfWhatWasDoneWithou
 
     // Still damaged: another try fails and says so.
     EXPECT_EQ(library().recover(SmartFolderRecovery::restore).error().code, u"damaged");
-    const QStringList aside = mac.names(directory).filter(u"corrupt"_qs);
+    const QStringList aside = mac.names(data).filter(u"corrupt"_qs);
     ASSERT_EQ(aside.size(), 1);
-    EXPECT_EQ(mac.read(directory + u'/' + aside.first()), "half a fi");
+    EXPECT_EQ(mac.read(data + u'/' + aside.first()), "half a fi");
 
-    mac.write(directory + u'/' + aside.first(), good);
+    mac.write(data + u'/' + aside.first(), good);
     EXPECT_TRUE(library().recover(SmartFolderRecovery::restore));
     mac.settle();
     EXPECT_EQ(shown(u"Tree"_qs), u"Ash");

@@ -3,6 +3,7 @@
 #include "sample/demonstration_mac.h"
 #include "sample/demonstration_updates.h"
 #include "sample/tools.h"
+#include "support/altered_machine.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -63,20 +64,8 @@ TEST(SampleServer, AFullCheckFindsUpdatesThroughAllChannels) {
 
     auto host = HostMachine::make({.root = folder.path(), .home = {}, .locale = {}, .now = {}});
     ASSERT_TRUE(host);
-    const Machine& usual = (*host)->machine();
-    OtherPort http(usual.http, port);
-    Machine machine{.files = usual.files,
-                    .places = usual.places,
-                    .clock = usual.clock,
-                    .scheduler = usual.scheduler,
-                    .workers = usual.workers,
-                    .commands = usual.commands,
-                    .http = http,
-                    .settings = usual.settings,
-                    .uuids = usual.uuids,
-                    .log = usual.log,
-                    .locale = usual.locale,
-                    .environment = usual.environment};
+    OtherPort http((*host)->machine().http, port);
+    Machine machine = test::altered((*host)->machine(), {.http = &http});
     LauncherViewModel launcher(machine);
     launcher.startAndWait();
     std::optional<bool> completed;

@@ -2,6 +2,7 @@
 
 #include "sample/mac_builder.h"
 #include "sample/tools.h"
+#include "tests/support/altered_machine.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
@@ -285,18 +286,7 @@ TEST_F(SmartFolderFactsCatalogs, ToolsThatFailLeaveAFactMissing) {
 
 TEST_F(SmartFolderFactsCatalogs, RunsRealToolsInsideTheRoot) {
     ProcessRunner commands;
-    Machine real{.files = machine.files,
-                 .places = machine.machine.places,
-                 .clock = machine.time,
-                 .scheduler = machine.time,
-                 .workers = machine.workers,
-                 .commands = commands,
-                 .http = machine.http,
-                 .settings = machine.settings,
-                 .uuids = machine.uuids,
-                 .log = machine.log,
-                 .locale = machine.locale,
-                 .environment = machine.machine.environment};
+    Machine real = test::altered(machine.machine, {.commands = &commands});
     SmartFolderFactsCatalog realCatalog(real);
     const auto factsNow = [&](const QList<AppEntry>& apps) {
         SmartFolderFactsList result;

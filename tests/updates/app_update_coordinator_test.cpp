@@ -1,6 +1,7 @@
 #include "updates/app_update_coordinator.h"
 
 #include "sample/mac_builder.h"
+#include "tests/support/fake_updates.h"
 #include "tests/support/items.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
@@ -35,7 +36,7 @@ protected:
         ASSERT_EQ(builder.failure(), std::nullopt);
         mac.tool(u"/usr/bin/mdls"_s, test::exited(0, "4711"));
         mac.tool(u"/usr/bin/open"_s, test::exited(0));
-        brew(R"({"name":"cask","current_version":"2.0"})");
+        brew("2.0");
         make();
     }
 
@@ -50,17 +51,7 @@ protected:
         coordinator->onUpdateCompleted = [this](const QString& key) { completed.append(key); };
     }
 
-    /// A brew that owns Cask and lists these as outdated.
-    void brew(const QByteArray& outdated) {
-        mac.tool(brewPath, [outdated](const Command& command, const std::stop_token&) {
-            if (command.arguments.first() == "outdated")
-                return test::exited(0, R"({"casks":[)" + outdated + "]}");
-            if (command.arguments.first() == "info")
-                return test::exited(0, R"({"casks":[{"token":"cask","version":"2.0","artifacts":)"
-                                       R"([{"app":["Cask.app"]}]}]})");
-            return test::exited(0, "upgraded");
-        });
-    }
+    void brew(const QByteArray& newer) { mac.tool(brewPath, test::brewOfOneCask(newer)); }
 
     void settle() {
         for (int i = 0; i < 3; ++i) { // what a round begins may go on in a timer
@@ -83,15 +74,10 @@ protected:
     static QByteArray lookup(const QByteArray& version) {
         return R"({"results":[{"bundleId":"org.example.store","version":")" + version + R"("}]})";
     }
-    static QByteArray feed(const QByteArray& build) {
-        return "<rss xmlns:s=\"http://www.andymatuschak.org/xml-namespaces/sparkle\"><channel><item>"
-               "<enclosure s:version=\"" +
-               build + "\" s:shortVersionString=\"2.5\"/></item></channel></rss>";
-    }
     void answerAll() {
         settle();
         mac.http.answer(u"lookup"_s, lookup("1.10"));
-        mac.http.answer(u"feeds"_s, feed("101"));
+        mac.http.answer(u"feeds"_s, test::sparkleFeed("101"));
         settle();
     }
 
@@ -255,7 +241,7 @@ TEST_F(AppUpdateCoordinatorTest, ACheckThatWasDueIsNotBegunAgainAtOnceWhenItIsCa
 TEST_F(AppUpdateCoordinatorTest, WhatIsBroughtUpToDateDuringACheckIsCheckedAfterIt) {
     coordinator->start();
     load();
-    mac.http.answer(u"feeds"_s, feed("101"));
+    mac.http.answer(u"feeds"_s, test::sparkleFeed("101"));
     settle();
     sample::MacBuilder(mac.root.path())
         .addApplication({.name = u"Feed"_s,
@@ -266,7 +252,7 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsBroughtUpToDateDuringACheckIsCheckedAfter
     load();
     mac.http.answer(u"lookup"_s, lookup("1.10"));
     settle();
-    mac.http.answer(u"feeds"_s, feed("101"));
+    mac.http.answer(u"feeds"_s, test::sparkleFeed("101"));
     settle();
     EXPECT_EQ(sketch(), u"2.0 1.10 upToDate -"_s);
 }
@@ -488,6 +474,14 @@ TEST_F(AppUpdateCoordinatorTest, EachApplicationIsHandedToWhoUpdatesIt) {
     EXPECT_EQ(kinds(), u"microsoftAutoUpdate sparkle openApp systemSoftwareUpdate vendorUpdater"_s);
     EXPECT_EQ(coordinator->channels().size(), 1);
 
+    QString screen; // what was said of who comes to the front, "open" being a command
+    coordinator->beginExternalSystemUI = [&] { screen += u"begin "_s; };
+    coordinator->endExternalSystemUI = [&] { screen += u"end "_s; };
+    coordinator->prepareForExternalPresentation = [&] { screen += u"prepare "_s; };
+    mac.tool(u"/usr/bin/open"_s, [&](const Command&, const std::stop_token&) {
+        screen += u"open "_s; // while the main thread waits
+        return test::exited(0);
+    });
     std::optional<AppUpdateActionState> ended;
     const auto run = [&](const AppEntry& app) {
         coordinator->runAction(appKey(app), [&](const auto& state) { ended = state; });
@@ -505,12 +499,14 @@ TEST_F(AppUpdateCoordinatorTest, EachApplicationIsHandedToWhoUpdatesIt) {
               (QList<QByteArray>{"--install", "--apps", "XCEL2019", "--wait", "1800"}));
     EXPECT_EQ(update->timeout, 2h);
     EXPECT_EQ(completed, QStringList{u"COM.Microsoft.Excel"_s});
+    EXPECT_EQ(screen, u"begin end "_s);
 
     alerts.clear();
     EXPECT_EQ(
         run(apps[3]).arguments,
         QList<QByteArray>{"x-apple.systempreferences:com.apple.Software-Update-Settings.extension"});
     EXPECT_TRUE(run(apps[4]).arguments.last().endsWith("/Applications/Keystone.app"));
+    EXPECT_EQ(screen, u"begin end prepare open prepare open "_s);
     EXPECT_EQ(ended, (AppUpdateActionState{AppUpdateActionState::Kind::succeeded, {}}));
     mac.tool(u"/usr/bin/open"_s, test::exited(1, {}, "no such application"));
     run(apps[1]);

@@ -3,6 +3,7 @@
 #include "updates/app_update_coordinator.h"
 
 #include "sample/mac_builder.h"
+#include "tests/support/altered_machine.h"
 #include "tests/support/items.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
@@ -85,18 +86,7 @@ fi
 
     test::TestMachine mac;
     Impatient commands;
-    Machine machine{.files = mac.files,
-                    .places = mac.machine.places,
-                    .clock = mac.time,
-                    .scheduler = mac.time,
-                    .workers = mac.workers,
-                    .commands = commands,
-                    .http = mac.http,
-                    .settings = mac.settings,
-                    .uuids = mac.uuids,
-                    .log = mac.log,
-                    .locale = mac.locale,
-                    .environment = mac.machine.environment};
+    Machine machine = test::altered(mac.machine, {.commands = &commands});
 };
 
 TEST_F(HomebrewProcessTest, WhatAnswersIsBelievedWhateverElseItDoes) {
