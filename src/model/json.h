@@ -490,6 +490,12 @@ requires(isCase<C>&&...) struct Cases<std::variant<C...>> {
     static constexpr bool strict = true;
 };
 
+/// The keys of a tagged union's cases, in order.
+template <HasCases V>
+constexpr std::span<const char* const> caseNames() {
+    return Cases<V>::names;
+}
+
 template <Name name, typename... Values>
 struct Codec<Case<name, Values...>> {
     using T = Case<name, Values...>;
