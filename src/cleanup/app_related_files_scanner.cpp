@@ -29,7 +29,7 @@ bool isPackage(QByteArrayView name) {
         return false;
     const QByteArrayView extension = name.sliced(dot + 1);
     return std::ranges::any_of(packageExtensions, [&](QByteArrayView known) {
-        return extension.compare(known, Qt::CaseInsensitive) == 0;
+        return extension.size() == known.size() && extension.compare(known, Qt::CaseInsensitive) == 0;
     });
 }
 
@@ -163,8 +163,8 @@ private:
         if (entry.type != FileType::directory && entry.type != FileType::regular)
             return WalkStep::skip;
         const MatchingName name(entry.name);
-        if (const auto grade = _names.grade(name.view()); grade && isListed(*grade, name.view())) {
-            keep({entry.path(), entry.type, *grade, isContested(location, *grade, name.view())});
+        if (const auto grade = _names.grade(name); grade && isListed(*grade, name)) {
+            keep({entry.path(), entry.type, *grade, isContested(location, *grade, name)});
             return WalkStep::skip;
         }
         if (entry.type != FileType::directory || isPackage(entry.name))
@@ -174,10 +174,10 @@ private:
                               entry.name == "ByHost";
         if (!isByHost && (location.isFlat || entry.depth >= vendorFolderDepth))
             return WalkStep::skip;
-        return isAnothers(name.view()) ? WalkStep::skip : WalkStep::descend;
+        return isAnothers(name) ? WalkStep::skip : WalkStep::descend;
     }
 
-    bool isListed(const ApplicationNames::Grade& grade, QByteArrayView name) const {
+    bool isListed(const ApplicationNames::Grade& grade, const MatchingName& name) const {
         if (!_names.isApple() && namesApple(name))
             return false;
         const auto claimed = _claims.strongest(name);
@@ -186,7 +186,7 @@ private:
     }
 
     bool isContested(const CleanupLocation& location, const ApplicationNames::Grade& grade,
-                     QByteArrayView name) const {
+                     const MatchingName& name) const {
         if (_names.isApple() || namesVendor(_names.identifier()))
             return true;
         if (QByteArrayView(location.folder) == "Group Containers" && mayShareGroup())
@@ -204,12 +204,12 @@ private:
         const auto entries = _files.entries(found.path);
         return entries && std::ranges::any_of(*entries, [this](const DirectoryEntry& entry) {
                    const MatchingName name(entry.name);
-                   const auto claimed = _claims.strongestByWhole(name.view());
+                   const auto claimed = _claims.strongestByWhole(name);
                    if (!claimed || *claimed > RelatedFileMatch::strongish)
                        return false;
-                   const auto own = _names.grade(name.view());
+                   const auto own = _names.grade(name);
                    return !own || *claimed < own->match ||
-                          _claims.extendsLongerIdentifier(name.view(), _names.identifier().size());
+                          _claims.extendsLongerIdentifier(name, _names.identifier().size());
                });
     }
 
@@ -234,7 +234,7 @@ private:
     }
 
     /// A folder of another application, and not of a vendor of both.
-    bool isAnothers(QByteArrayView name) const {
+    bool isAnothers(const MatchingName& name) const {
         const auto claimed = _claims.strongestByWhole(name);
         if (!claimed)
             return false;

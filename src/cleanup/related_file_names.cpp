@@ -1,6 +1,7 @@
 #include "cleanup/related_file_names.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace tessellar {
 namespace {
@@ -19,7 +20,7 @@ constexpr std::array siblingWords{
     "alpha", "beta",     "canary", "ce",   "community", "dev",     "developer", "ea", "eap",  "edu",
     "free",  "insiders", "lite",   "next", "nightly",   "preview", "pro",       "rc", "trial"};
 
-constexpr std::array<QByteArrayView, 3> suffixes{".savedState", ".plist", ".binarycookies"};
+constexpr std::array<std::string_view, 3> suffixes{".savedState", ".plist", ".binarycookies"};
 /// Letters that a word needs before it is looked for inside of names.
 constexpr int fewestLetters = 4;
 constexpr qsizetype longestIdentifier = 255;
@@ -31,6 +32,10 @@ bool isOneOf(QByteArrayView word, const Words& words) {
 
 QByteArray comparable(const QString& text) {
     return text.normalized(QString::NormalizationForm_C).toLower().toUtf8();
+}
+
+std::string_view textOf(QByteArrayView bytes) {
+    return {bytes.data(), static_cast<std::size_t>(bytes.size())};
 }
 
 int letterCount(const QString& text) {
@@ -94,32 +99,39 @@ private:
 };
 
 bool extends(QByteArrayView name, QByteArrayView identifier) {
-    return name.size() > identifier.size() && name.startsWith(identifier) &&
-           name[identifier.size()] == '.';
+    return name.size() > identifier.size() && name[identifier.size()] == '.' &&
+           name.startsWith(identifier);
 }
 bool isExtendedBy(QByteArrayView name, QByteArrayView identifier) {
-    return name.size() > identifier.size() && name.endsWith(identifier) &&
-           name[name.size() - identifier.size() - 1] == '.';
+    return name.size() > identifier.size() && name[name.size() - identifier.size() - 1] == '.' &&
+           name.endsWith(identifier);
 }
 
 } // namespace
 
 MatchingName::MatchingName(QByteArrayView name) {
-    for (const QByteArrayView suffix : suffixes) {
-        if (name.endsWith(suffix)) {
-            name = name.chopped(suffix.size());
+    const std::string_view onDisk = textOf(name);
+    for (const std::string_view suffix : suffixes) {
+        if (!onDisk.empty() && onDisk.back() == suffix.back() && onDisk.ends_with(suffix)) {
+            name = name.chopped(static_cast<qsizetype>(suffix.size()));
             break;
         }
     }
-    bool isAscii = name.size() <= static_cast<qsizetype>(_ascii.size());
-    for (qsizetype i = 0; isAscii && i < name.size(); ++i) {
-        const char c = name[i];
-        isAscii = static_cast<unsigned char>(c) < 128;
-        _ascii[static_cast<std::size_t>(i)] = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    // Without a way out in the middle, so that it is done many bytes at a time.
+    const std::size_t size = std::min(static_cast<std::size_t>(name.size()), _ascii.size());
+    unsigned char anyBit = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        const char c = name.data()[i];
+        anyBit |= static_cast<unsigned char>(c);
+        _ascii[i] = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
     }
-    if (!isAscii)
+    if (anyBit < 128 && size == static_cast<std::size_t>(name.size())) {
+        _view = QByteArrayView(_ascii.data(), name.size());
+    } else {
         _other = comparable(FileSystem::fromHostBytes(name));
-    _view = isAscii ? QByteArrayView(_ascii.data(), name.size()) : QByteArrayView(_other);
+        _view = _other;
+    }
+    _bytes = SoughtText::bytesOf(_view);
 }
 
 ApplicationNames::ApplicationNames(const CleanupApplication& application)
@@ -129,9 +141,13 @@ ApplicationNames::ApplicationNames(const CleanupApplication& application)
     TokenCollector collector(_tokens);
     for (const QString& name : application.names)
         collector.addName(name);
+    for (const NameToken& token : std::as_const(_tokens))
+        if (token.countsInside)
+            _inside.emplace_back(token.text);
 }
 
-std::optional<ApplicationNames::Grade> ApplicationNames::grade(QByteArrayView name) const {
+std::optional<ApplicationNames::Grade> ApplicationNames::grade(const MatchingName& matching) const {
+    const QByteArrayView name = matching.view();
     if (name.isEmpty())
         return std::nullopt;
     if (!_identifier.isEmpty()) {
@@ -143,25 +159,26 @@ std::optional<ApplicationNames::Grade> ApplicationNames::grade(QByteArrayView na
     for (const NameToken& token : _tokens)
         if (name == token.text)
             return Grade{RelatedFileMatch::medium, token.text};
-    for (const NameToken& token : _tokens)
-        if (token.countsInside && name.contains(token.text) && !isOneOf(name, vendorWords))
-            return Grade{RelatedFileMatch::risky, token.text};
+    for (const SoughtText& sought : _inside)
+        if (matching.contains(sought) && !isOneOf(name, vendorWords))
+            return Grade{RelatedFileMatch::risky, sought.text()};
     return std::nullopt;
 }
 
 InstalledClaims::InstalledClaims(const QList<CleanupApplication>& others) {
-    QSet<QByteArray> inside;
+    Texts inside;
     for (const CleanupApplication& other : others) {
         const ApplicationNames names(other);
         if (!names.identifier().isEmpty())
-            _identifiers.insert(names.identifier());
+            _identifiers.insert(names.identifier().toStdString());
         for (const NameToken& token : names.tokens()) {
-            _tokens.insert(token.text);
+            _tokens.insert(token.text.toStdString());
             if (token.countsInside)
-                inside.insert(token.text);
+                inside.insert(token.text.toStdString());
         }
     }
-    _tokensInside = inside.values();
+    for (const std::string& text : inside)
+        _inside.emplace_back(QByteArray::fromStdString(text));
 }
 
 /// Visits what stands before and after each dot.
@@ -174,28 +191,31 @@ bool InstalledClaims::anyPart(QByteArrayView name, Visit visit) {
 }
 
 bool InstalledClaims::holdsIdentifier(QByteArrayView part) const {
-    return _identifiers.contains(QByteArray::fromRawData(part.data(), part.size()));
+    // None is without a dot: not worth a hash.
+    return part.contains('.') && _identifiers.contains(textOf(part));
 }
 
-std::optional<RelatedFileMatch> InstalledClaims::strongestByWhole(QByteArrayView name) const {
+std::optional<RelatedFileMatch> InstalledClaims::strongestByWhole(const MatchingName& matching) const {
+    const QByteArrayView name = matching.view();
     if (holdsIdentifier(name))
         return RelatedFileMatch::strong;
     if (anyPart(name, [this](QByteArrayView part) { return holdsIdentifier(part); }))
         return RelatedFileMatch::strongish;
-    if (_tokens.contains(QByteArray::fromRawData(name.data(), name.size())))
+    if (_tokens.contains(textOf(name)))
         return RelatedFileMatch::medium;
     return std::nullopt;
 }
 
-std::optional<RelatedFileMatch> InstalledClaims::strongest(QByteArrayView name) const {
+std::optional<RelatedFileMatch> InstalledClaims::strongest(const MatchingName& name) const {
     if (const auto whole = strongestByWhole(name))
         return whole;
-    const bool isInside = std::ranges::any_of(
-        _tokensInside, [name](const QByteArray& token) { return name.contains(token); });
+    const bool isInside =
+        std::ranges::any_of(_inside, [&](const SoughtText& sought) { return name.contains(sought); });
     return isInside ? std::optional(RelatedFileMatch::risky) : std::nullopt;
 }
 
-bool InstalledClaims::extendsLongerIdentifier(QByteArrayView name, qsizetype length) const {
+bool InstalledClaims::extendsLongerIdentifier(const MatchingName& matching, qsizetype length) const {
+    const QByteArrayView name = matching.view();
     const auto isLonger = [&](QByteArrayView part) {
         return part.size() > length && holdsIdentifier(part);
     };
@@ -205,7 +225,8 @@ bool InstalledClaims::extendsLongerIdentifier(QByteArrayView name, qsizetype len
            });
 }
 
-bool namesApple(QByteArrayView name) {
+bool namesApple(const MatchingName& matching) {
+    const QByteArrayView name = matching.view();
     const qsizetype at = name.indexOf("com.apple");
     const qsizetype end = at + qsizetype(sizeof "com.apple") - 1;
     return at >= 0 && (at == 0 || name[at - 1] == '.') && (end == name.size() || name[end] == '.');
@@ -216,7 +237,8 @@ bool namesVendor(QByteArrayView identifier) {
            isOneOf(identifier.sliced(identifier.indexOf('.') + 1), vendorWords);
 }
 
-bool namesSiblingProduct(QByteArrayView name, const QByteArray& identifier) {
+bool namesSiblingProduct(const MatchingName& matching, const QByteArray& identifier) {
+    const QByteArrayView name = matching.view();
     if (!extends(name, identifier))
         return false;
     const QByteArrayView rest = name.sliced(identifier.size() + 1);

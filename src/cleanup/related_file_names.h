@@ -4,11 +4,47 @@
 
 #include <QByteArrayView>
 #include <QList>
-#include <QSet>
 
 #include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
 
 namespace tessellar {
+
+/// A word that may stand for an application in the name of a file.
+struct NameToken {
+    QByteArray text;
+    /// A name that merely contains it counts too; not for the short and for numbers, which would be
+    /// found everywhere.
+    bool countsInside = false;
+
+    bool operator==(const NameToken&) const = default;
+};
+
+/// A text to look for in very many names. A name that lacks one of its bytes cannot contain it: that
+/// takes one instruction to see, and so most names are never searched.
+class SoughtText {
+public:
+    explicit SoughtText(QByteArray text) : _text(std::move(text)), _bytes(bytesOf(_text)) {}
+
+    const QByteArray& text() const { return _text; }
+    /// The bytes of a text, each as one of 64 bits.
+    static std::uint64_t bytesOf(QByteArrayView text) {
+        std::uint64_t bytes = 0;
+        for (const char c : text)
+            bytes |= bitOf(c);
+        return bytes;
+    }
+    static std::uint64_t bitOf(char c) { return std::uint64_t(1) << (c & 63); }
+    bool mayBeIn(std::uint64_t bytes) const { return (_bytes & ~bytes) == 0; }
+
+private:
+    QByteArray _text;
+    std::uint64_t _bytes;
+};
 
 /// The name of an item as it is compared: one known suffix taken off, composed, in lower case, as
 /// UTF-8. Made without allocation where the name is ASCII, for a walk makes one for each file.
@@ -19,21 +55,15 @@ public:
     MatchingName& operator=(const MatchingName&) = delete;
 
     QByteArrayView view() const { return _view; }
+    bool contains(const SoughtText& sought) const {
+        return sought.mayBeIn(_bytes) && _view.contains(sought.text());
+    }
 
 private:
     std::array<char, 256> _ascii; // NOLINT: as much of it as is used is written
     QByteArray _other;
     QByteArrayView _view;
-};
-
-/// A word that may stand for an application in the name of a file.
-struct NameToken {
-    QByteArray text;
-    /// A name that merely contains it counts too; not for the short and for numbers, which would be
-    /// found everywhere.
-    bool countsInside = false;
-
-    bool operator==(const NameToken&) const = default;
+    std::uint64_t _bytes = 0;
 };
 
 /// What the names of an application's files are compared with.
@@ -55,13 +85,14 @@ public:
     bool isApple() const { return _isApple; }
     const QList<NameToken>& tokens() const { return _tokens; }
 
-    std::optional<Grade> grade(QByteArrayView matchingName) const;
+    std::optional<Grade> grade(const MatchingName& name) const;
 
 private:
     QByteArray _identifier;
     bool _ownsExtensions = false;
     bool _isApple = false;
     QList<NameToken> _tokens;
+    std::vector<SoughtText> _inside;
 };
 
 /// What all other installed applications claim, answered by a few look-ups.
@@ -71,29 +102,35 @@ public:
     explicit InstalledClaims(const QList<CleanupApplication>& others);
 
     /// The strongest grade that any of them would give.
-    std::optional<RelatedFileMatch> strongest(QByteArrayView matchingName) const;
+    std::optional<RelatedFileMatch> strongest(const MatchingName& name) const;
     /// The same up to `medium`, in a time that does not grow with their number.
-    std::optional<RelatedFileMatch> strongestByWhole(QByteArrayView matchingName) const;
+    std::optional<RelatedFileMatch> strongestByWhole(const MatchingName& name) const;
     /// True for a name that is or extends one of their identifiers longer than `length`.
-    bool extendsLongerIdentifier(QByteArrayView matchingName, qsizetype length) const;
+    bool extendsLongerIdentifier(const MatchingName& name, qsizetype length) const;
 
 private:
     template <typename Visit>
     static bool anyPart(QByteArrayView name, Visit visit);
     bool holdsIdentifier(QByteArrayView part) const;
 
-    QSet<QByteArray> _identifiers;
-    QSet<QByteArray> _tokens;
-    QList<QByteArray> _tokensInside;
+    /// Asked by views of a name's parts; QSet's hashing took longer than all else in a walk.
+    struct TextHash : std::hash<std::string_view> {
+        using is_transparent = void;
+    };
+    using Texts = std::unordered_set<std::string, TextHash, std::equal_to<>>;
+
+    Texts _identifiers;
+    Texts _tokens;
+    std::vector<SoughtText> _inside;
 };
 
 /// True for what is Apple's by its name, also as group containers are named ("TEAM.com.apple.notes").
-bool namesApple(QByteArrayView matchingName);
+bool namesApple(const MatchingName& name);
 /// True for an identifier that is a whole vendor's, as "com.microsoft".
 bool namesVendor(QByteArrayView identifier);
 
 /// True for the words that vendors put on everything: "beta", "canary", "dev" after an identifier name
 /// a product of its own.
-bool namesSiblingProduct(QByteArrayView matchingName, const QByteArray& identifier);
+bool namesSiblingProduct(const MatchingName& name, const QByteArray& identifier);
 
 } // namespace tessellar

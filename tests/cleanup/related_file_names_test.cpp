@@ -13,7 +13,7 @@ using Match = std::optional<RelatedFileMatch>;
 
 Match gradeOf(const CleanupApplication& application, const QByteArray& name) {
     const MatchingName matching(name);
-    const auto grade = ApplicationNames(application).grade(matching.view());
+    const auto grade = ApplicationNames(application).grade(matching);
     return grade ? Match(grade->match) : std::nullopt;
 }
 
