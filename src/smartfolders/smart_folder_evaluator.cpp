@@ -1,5 +1,6 @@
 #include "smartfolders/smart_folder_evaluator.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace tessellar {
@@ -44,19 +45,27 @@ public:
 
     // Texts and choices; one fact is compared with one operand, both normalised.
     auto operator()(const IsExactly& p) const {
-        return [x = normalized(p.value())](const QString& v) { return v == x; };
+        return [x = normalized(p.value())](const ComparableText& v) { return v.text == x; };
     }
     auto operator()(const Contains& p) const {
-        return [x = normalized(p.value())](const QString& v) { return v.contains(x); };
+        return [x = ComparableText(normalized(p.value()))](const ComparableText& v) {
+            return v.contains(x);
+        };
     }
     auto operator()(const DoesNotContain& p) const {
-        return [x = normalized(p.value())](const QString& v) { return !v.contains(x); };
+        return [x = ComparableText(normalized(p.value()))](const ComparableText& v) {
+            return !v.contains(x);
+        };
     }
     auto operator()(const BeginsWith& p) const {
-        return [x = normalized(p.value())](const QString& v) { return v.startsWith(x); };
+        return [x = ComparableText(normalized(p.value()))](const ComparableText& v) {
+            return v.beginsWith(x);
+        };
     }
     auto operator()(const EndsWith& p) const {
-        return [x = normalized(p.value())](const QString& v) { return v.endsWith(x); };
+        return [x = ComparableText(normalized(p.value()))](const ComparableText& v) {
+            return v.endsWith(x);
+        };
     }
     auto operator()(const IsValue<QString>& p) const {
         return [x = normalized(p.value())](const QStringList& values) { return values.contains(x); };
@@ -72,7 +81,7 @@ public:
     auto operator()(const IsNot<QString>& p) const {
         struct Differs {
             QString x;
-            bool operator()(const QString& v) const { return v != x; }
+            bool operator()(const ComparableText& v) const { return v.text != x; }
             bool operator()(const QStringList& values) const { return !values.contains(x); }
         };
         return Differs{normalized(p.value())};
@@ -94,18 +103,17 @@ public:
 
     // Versions.
     auto operator()(const IsEqualTo<QString>& p) const {
-        return [x = trimmed(p.value())](const QString& v) { return compareNumeric(v, x) == 0; };
+        return [x = versionKey(p.value())](const std::u16string& v) { return v == x; };
     }
     auto operator()(const IsAbove<QString>& p) const {
-        return [x = trimmed(p.value())](const QString& v) { return compareNumeric(v, x) > 0; };
+        return [x = versionKey(p.value())](const std::u16string& v) { return v > x; };
     }
     auto operator()(const IsBelow<QString>& p) const {
-        return [x = trimmed(p.value())](const QString& v) { return compareNumeric(v, x) < 0; };
+        return [x = versionKey(p.value())](const std::u16string& v) { return v < x; };
     }
     auto operator()(const IsBetween<QString>& p) const {
-        return [low = trimmed(p.value<0>()), high = trimmed(p.value<1>())](const QString& v) {
-            return compareNumeric(v, low) >= 0 && compareNumeric(v, high) <= 0;
-        };
+        return [low = versionKey(p.value<0>()), high = versionKey(p.value<1>())](
+                   const std::u16string& v) { return low <= v && v <= high; };
     }
 
     // Dates.
@@ -143,6 +151,9 @@ public:
 
 private:
     QString normalized(const QString& text) const { return _index.normalized(text); }
+    static std::u16string versionKey(const QString& version) {
+        return SmartFolderFactsIndex::versionSortKey(QStringView(version).trimmed());
+    }
 
     std::optional<Range> interval(CalendarUnit unit, bool withEnd) const {
         const auto interval = _calendar.interval(unit, _now);
@@ -218,7 +229,9 @@ SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition
             result.unknownRuleIDs.insert(ruleID(rule));
     }
 
+    const auto found = std::ranges::count(included, char(true));
     const qint64 limit = definition.resultLimit.value_or(std::numeric_limits<qint64>::max());
+    result.matches.reserve(std::min<qint64>(limit, found));
     for (const int place : index.order(definition.sort.field, definition.sort.direction)) {
         if (result.matches.size() >= limit)
             break;

@@ -1,12 +1,44 @@
 #pragma once
 
+#include "platform/character_bits.h"
 #include "platform/file_system.h"
 #include "platform/text.h"
 #include "smartfolders/smart_folder_fields.h"
 
+#include <cstring>
 #include <vector>
 
 namespace tessellar {
+
+/// A normalised text, and which characters it has.
+struct ComparableText {
+    QString text;
+    CharacterBits characters;
+
+    explicit ComparableText(QString normalized)
+        : text(std::move(normalized)), characters(QStringView(text)) {}
+    bool contains(const ComparableText& other) const {
+        return characters.containsAll(other.characters) && text.contains(other.text);
+    }
+    bool beginsWith(const ComparableText& other) const { return hasAt(0, other.text); }
+    bool endsWith(const ComparableText& other) const {
+        return hasAt(text.size() - other.text.size(), other.text);
+    }
+
+private:
+    bool hasAt(qsizetype at, const QString& part) const {
+        return at >= 0 && part.size() <= text.size() - at &&
+               std::memcmp(text.utf16() + at, part.utf16(),
+                           static_cast<std::size_t>(part.size()) * sizeof(char16_t)) == 0;
+    }
+};
+
+/// What predicates compare: normalised texts, versions by their sort keys, all else as it is.
+template <typename Kind>
+using SmartFolderComparable =
+    std::conditional_t<std::same_as<Kind, SmartFolderTextKind>, ComparableText,
+                       std::conditional_t<std::same_as<Kind, SmartFolderVersionKind>, std::u16string,
+                                          typename Kind::Fact>>;
 
 /// A list of facts made ready for many definitions: each fact is read and normalised once for the list,
 /// when the first rule asks for its field, and each sort order is worked out once.
@@ -22,14 +54,16 @@ public:
     bool isGoodFor(const SmartFolderFactsList& facts, const Locale& locale) const;
     /// White space off both ends, then case, diacritics and width folded.
     QString normalized(QStringView text) const { return _locale.folded(text.trimmed()); }
+    /// A key whose order is that of `compareNumeric`, and cheaper to compare.
+    static std::u16string versionSortKey(QStringView version);
 
-    /// A fact as it is compared: normalised texts, trimmed versions, all else as it is.
+    /// One field of all applications.
     template <typename Kind>
     struct Column {
         static constexpr int missing = -1;
         QList<typename Kind::Fact> raw; ///< the facts, mostly without repetition: many share a category
-        QList<typename Kind::Fact> values; ///< the same as they are compared
-        std::vector<int> slots;            ///< for each application the place in both, or `missing`
+        std::vector<SmartFolderComparable<Kind>> values; ///< the same as they are compared
+        std::vector<int> slots; ///< for each application the place in both, or `missing`
     };
     template <typename Kind>
     const Column<Kind>& column(SmartFolderField<Kind> field) const;
@@ -42,7 +76,7 @@ private:
     template <typename Kind>
     using Columns = std::array<std::optional<Column<Kind>>, Kind::fields.size()>;
 
-    const QByteArray& looseSortKey(const QString& text) const;
+    std::vector<QByteArray> looseSortKeys(const Column<SmartFolderTextKind>& column) const;
     template <typename Kind>
     std::vector<double> magnitudes(const Column<Kind>& column) const;
     void sortNames() const;
@@ -58,9 +92,10 @@ private:
                        Columns<SmartFolderNumberKind>, Columns<SmartFolderVersionKind>,
                        Columns<SmartFolderDateKind>, Columns<SmartFolderBooleanKind>>
         _columns;
-    mutable QHash<QString, QByteArray> _looseSortKeys; ///< original names are mostly the names again
-    mutable std::vector<double> _nameRanks;            ///< by slot of the names' column
-    mutable std::vector<int> _nameOrder;               ///< of places, by name, then by app key
+    mutable std::vector<QByteArray> _nameKeys; ///< by slot of the names' column; other texts are
+                                               ///< mostly names again
+    mutable std::vector<double> _nameRanks;    ///< by slot of the names' column
+    mutable std::vector<int> _nameOrder;       ///< of places, by name, then by app key
     mutable std::array<std::optional<Orders>, SmartFolderSortKind::fields.size()> _orders;
 };
 
