@@ -1,9 +1,8 @@
 #include "discovery/library_walk.h"
 
+#include "platform/for_each_index.h"
+
 #include <algorithm>
-#include <atomic>
-#include <system_error>
-#include <thread>
 
 namespace tessellar {
 
@@ -15,26 +14,6 @@ constexpr qsizetype maximumUnreadable = 1'000;
 constexpr qsizetype listingBatch = 64;
 /// Work for which another thread is not worth its start.
 constexpr qsizetype smallestShare = 8;
-
-/// Calls `work` for each index, on several threads.
-template <typename Work>
-void forEachIndex(qsizetype count, unsigned threads, const Work& work) {
-    std::atomic<qsizetype> next{0};
-    const auto run = [&] {
-        for (qsizetype begin = 0; (begin = next.fetch_add(smallestShare)) < count;)
-            for (qsizetype i = begin; i < std::min(begin + smallestShare, count); ++i)
-                work(i);
-    };
-    const qsizetype shares = (count + smallestShare - 1) / smallestShare;
-    std::vector<std::jthread> helpers;
-    try {
-        for (qsizetype i = 1; i < std::min<qsizetype>(threads, shares); ++i)
-            helpers.emplace_back(run);
-    } catch (const std::system_error&) {
-        // No thread to be had: those at hand do all of it.
-    }
-    run();
-}
 
 } // namespace
 
@@ -84,7 +63,7 @@ bool LibraryWalk::refresh() {
     std::atomic<qsizetype> relisted{0};
     std::atomic<qsizetype> reread{0};
 
-    forEachIndex(listings + bundles, _context.threads, [&](qsizetype i) {
+    forEachIndex(listings + bundles, _context.threads, smallestShare, [&](qsizetype i) {
         if (_stop.stop_requested())
             return;
         if (i < listings) {
@@ -148,7 +127,7 @@ bool LibraryWalk::listLevel(int depth) {
     for (qsizetype begin = 0; begin < level.size() && !_isCutOff; begin += listingBatch) {
         const qsizetype count = std::min(listingBatch, level.size() - begin);
         std::vector<Listing> batch(static_cast<std::size_t>(count));
-        forEachIndex(count, _context.threads, [&](qsizetype i) {
+        forEachIndex(count, _context.threads, smallestShare, [&](qsizetype i) {
             const QString& path = level.at(begin + i).path;
             Listing listing = _knownListings.value(path);
             if (!listing && !_stop.stop_requested())
@@ -212,7 +191,7 @@ bool LibraryWalk::readBundles() {
     _bundleCount += bundles.size();
 
     std::vector<Record> records(static_cast<std::size_t>(bundles.size()));
-    forEachIndex(bundles.size(), _context.threads, [&](qsizetype i) {
+    forEachIndex(bundles.size(), _context.threads, smallestShare, [&](qsizetype i) {
         const QString& path = bundles.at(i).path;
         Record record = _knownRecords.value(path);
         if (!record && !_stop.stop_requested())

@@ -213,12 +213,9 @@ void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
             Evaluations evaluations;
             if (!index || !index->isGoodFor(facts, locale))
                 index = std::make_unique<SmartFolderFactsIndex>(std::move(facts), locale, files);
-            for (const SmartFolderDefinition& definition : std::as_const(definitions)) {
-                if (stop.stop_requested())
-                    break;
-                evaluations.insert(definition.id,
-                                   SmartFolderEvaluator::evaluate(definition, *index, now, calendar));
-            }
+            auto all = SmartFolderEvaluator::evaluateAll(definitions, *index, now, calendar, stop);
+            for (qsizetype i = 0; i < all.size(); ++i)
+                evaluations.insert(definitions.at(i).id, std::move(all[i]));
             return std::pair(std::move(evaluations), std::move(index));
         },
         [this](std::pair<Evaluations, Index> result) {

@@ -1,5 +1,7 @@
 #include "smartfolders/smart_folder_evaluator.h"
 
+#include "platform/for_each_index.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -8,6 +10,8 @@ namespace tessellar {
 namespace {
 
 using namespace predicate;
+
+constexpr unsigned threadCount = 2;
 
 /// From `low` to `high`; `low` belongs to it, `high` where it says so.
 struct Range {
@@ -246,6 +250,19 @@ SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition
                                                      const Locale& locale, Instant now,
                                                      const Calendar& calendar) const {
     return evaluate(definition, SmartFolderFactsIndex(facts, locale, _files), now, calendar);
+}
+
+QList<SmartFolderEvaluation>
+SmartFolderEvaluator::evaluateAll(const QList<SmartFolderDefinition>& definitions,
+                                  const SmartFolderFactsIndex& index, Instant now,
+                                  const Calendar& calendar, const std::stop_token& stop) {
+    std::vector<SmartFolderEvaluation> evaluations(static_cast<std::size_t>(definitions.size()));
+    forEachIndex(definitions.size(), threadCount, 1, [&, calendar](qsizetype i) {
+        if (!stop.stop_requested())
+            evaluations[static_cast<std::size_t>(i)] =
+                evaluate(definitions.at(i), index, now, calendar);
+    });
+    return {std::make_move_iterator(evaluations.begin()), std::make_move_iterator(evaluations.end())};
 }
 
 } // namespace tessellar

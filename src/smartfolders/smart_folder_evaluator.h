@@ -6,6 +6,8 @@
 
 #include <QSet>
 
+#include <stop_token>
+
 namespace tessellar {
 
 /// What a smart folder shows.
@@ -33,6 +35,12 @@ public:
     static SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition,
                                           const SmartFolderFactsIndex& index, Instant now,
                                           const Calendar& calendar);
+
+    /// Of each definition, worked out by two threads. After a stop those left over show nothing.
+    static QList<SmartFolderEvaluation> evaluateAll(const QList<SmartFolderDefinition>& definitions,
+                                                    const SmartFolderFactsIndex& index, Instant now,
+                                                    const Calendar& calendar,
+                                                    const std::stop_token& stop = {});
 
 private:
     const FileSystem& _files;

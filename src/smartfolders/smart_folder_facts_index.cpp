@@ -149,27 +149,29 @@ bool SmartFolderFactsIndex::isGoodFor(const SmartFolderFactsList& facts, const L
 
 template <typename Kind>
 auto SmartFolderFactsIndex::column(SmartFolderField<Kind> field) const -> const Column<Kind>& {
-    auto& column = std::get<Columns<Kind>>(_columns)[field.index()];
-    if (column)
-        return *column;
-    column.emplace();
-    column->slots.reserve(_facts.size());
-    Interner interner(column->raw, isInterned<Kind> ? _facts.size() : 0);
+    return std::get<Columns<Kind>>(_columns)[field.index()].value([&] { return read(field); });
+}
+
+template <typename Kind>
+auto SmartFolderFactsIndex::read(SmartFolderField<Kind> field) const -> Column<Kind> {
+    Column<Kind> column;
+    column.slots.reserve(_facts.size());
+    Interner interner(column.raw, isInterned<Kind> ? _facts.size() : 0);
     for (qsizetype place = 0; place < _facts.size(); ++place) {
         const auto fact = field.row().read(subject(place));
         if (!fact) {
-            column->slots.push_back(Column<Kind>::missing);
+            column.slots.push_back(Column<Kind>::missing);
         } else if constexpr (isInterned<Kind>) {
-            column->slots.push_back(interner.slotOf(*fact));
+            column.slots.push_back(interner.slotOf(*fact));
         } else {
-            column->slots.push_back(static_cast<int>(column->raw.size()));
-            column->raw.append(*fact);
+            column.slots.push_back(static_cast<int>(column.raw.size()));
+            column.raw.append(*fact);
         }
     }
-    column->values.reserve(static_cast<std::size_t>(column->raw.size()));
-    for (const auto& fact : std::as_const(column->raw))
-        column->values.push_back(prepared<Kind>(fact, *this));
-    return *column;
+    column.values.reserve(static_cast<std::size_t>(column.raw.size()));
+    for (const auto& fact : std::as_const(column.raw))
+        column.values.push_back(prepared<Kind>(fact, *this));
+    return column;
 }
 
 template auto SmartFolderFactsIndex::column(SmartFolderTextField) const
@@ -189,7 +191,7 @@ template auto SmartFolderFactsIndex::column(SmartFolderBooleanField) const
 template <typename Kind>
 std::vector<double> SmartFolderFactsIndex::magnitudes(const Column<Kind>& column) const {
     if constexpr (std::same_as<Kind, SmartFolderTextKind>) {
-        return ranks(looseSortKeys(column));
+        return ranks(looseSortKeys(column, names().keys));
     } else if constexpr (std::same_as<Kind, SmartFolderVersionKind>) {
         std::vector<std::u16string> keys;
         for (const QString& version : column.raw)
@@ -207,9 +209,11 @@ std::vector<double> SmartFolderFactsIndex::magnitudes(const Column<Kind>& column
     }
 }
 
+/// Other texts are mostly the names again, whose keys are there, unless it is they that are made.
 std::vector<QByteArray>
-SmartFolderFactsIndex::looseSortKeys(const Column<SmartFolderTextKind>& column) const {
-    const auto& names = this->column(SmartFolderTextField("displayName"));
+SmartFolderFactsIndex::looseSortKeys(const Column<SmartFolderTextKind>& column,
+                                     const std::vector<QByteArray>& nameKeys) const {
+    const auto& names = nameColumn();
     std::vector<QByteArray> keys(static_cast<std::size_t>(column.raw.size()));
     for (std::size_t place = 0; place < column.slots.size(); ++place) {
         const int slot = column.slots[place];
@@ -217,41 +221,47 @@ SmartFolderFactsIndex::looseSortKeys(const Column<SmartFolderTextKind>& column) 
             continue;
         const QString& text = column.raw.at(slot);
         const int name = names.slots[place];
-        const bool isTheName = !_nameKeys.empty() && name >= 0 && names.raw.at(name) == text;
-        keys[slot] = isTheName ? _nameKeys[name] : _locale.looseSortKey(text);
+        const bool isTheName = !nameKeys.empty() && name >= 0 && names.raw.at(name) == text;
+        keys[slot] = isTheName ? nameKeys[name] : _locale.looseSortKey(text);
     }
     return keys;
 }
 
-void SmartFolderFactsIndex::sortNames() const {
-    if (!_nameOrder.empty() || _facts.isEmpty())
-        return;
-    const auto& names = column(SmartFolderTextField("displayName"));
-    _nameKeys = looseSortKeys(names);
-    _nameRanks = ranks(_nameKeys);
-    const auto rank = [&](int place) { return _nameRanks[names.slots[place]]; };
+auto SmartFolderFactsIndex::nameColumn() const -> const Column<SmartFolderTextKind>& {
+    return column(SmartFolderTextField("displayName"));
+}
+
+auto SmartFolderFactsIndex::names() const -> const Names& {
+    return _names.value([this] { return sortedNames(); });
+}
+
+auto SmartFolderFactsIndex::sortedNames() const -> Names {
+    const auto& column = nameColumn();
+    Names names{.keys = looseSortKeys(column, {})};
+    names.ranks = ranks(names.keys);
+    const auto rank = [&](int place) { return names.ranks[column.slots[place]]; };
     const auto key = [this](int place) { return normalized(appKey(_facts.at(place)->entry)); };
-    _nameOrder.resize(_facts.size());
-    std::iota(_nameOrder.begin(), _nameOrder.end(), 0);
-    std::ranges::stable_sort(_nameOrder, [&](int a, int b) {
+    names.order.resize(_facts.size());
+    std::iota(names.order.begin(), names.order.end(), 0);
+    std::ranges::stable_sort(names.order, [&](int a, int b) {
         return rank(a) != rank(b) ? rank(a) < rank(b) : key(a) < key(b);
     });
+    return names;
 }
 
 const std::vector<int>& SmartFolderFactsIndex::order(SmartFolderSortField field,
                                                      SmartFolderSortDirection direction) const {
-    auto& orders = _orders[field.index()];
-    if (!orders)
-        orders = std::visit([this](auto source) { return bothOrders(source); }, field.row().source);
-    return (*orders)[static_cast<std::size_t>(direction)];
+    const auto& orders = _orders[field.index()].value([&] {
+        return std::visit([this](auto source) { return bothOrders(source); }, field.row().source);
+    });
+    return orders[static_cast<std::size_t>(direction)];
 }
 
 template <typename Kind>
 auto SmartFolderFactsIndex::bothOrders(SmartFolderField<Kind> source) const -> Orders {
-    sortNames();
     const auto& column = this->column(source);
     const bool isName = std::same_as<Kind, SmartFolderTextKind> && source.rawValue() == u"displayName";
-    const std::vector<double> values = isName ? _nameRanks : magnitudes(column);
+    const std::vector<double> values = isName ? names().ranks : magnitudes(column);
 
     // By name and key first; a stable sort by the value then leaves ties as they are.
     struct Item {
@@ -261,7 +271,7 @@ auto SmartFolderFactsIndex::bothOrders(SmartFolderField<Kind> source) const -> O
     std::vector<Item> known;
     std::vector<int> unknown;
     known.reserve(_facts.size());
-    for (const int place : _nameOrder) {
+    for (const int place : names().order) {
         if (const int slot = column.slots[place]; slot >= 0)
             known.push_back({values[slot], place});
         else

@@ -6,6 +6,7 @@
 #include "smartfolders/smart_folder_fields.h"
 
 #include <cstring>
+#include <mutex>
 #include <vector>
 
 namespace tessellar {
@@ -41,9 +42,8 @@ using SmartFolderComparable =
                                           typename Kind::Fact>>;
 
 /// A list of facts made ready for many definitions: each fact is read and normalised once for the list,
-/// when the first rule asks for its field, and each sort order is worked out once.
-///
-/// Fills itself while it is read: one thread at a time.
+/// when the first rule asks for its field, and each sort order is worked out once. Any thread may ask;
+/// who asks for what another is making ready waits for it.
 class SmartFolderFactsIndex {
 public:
     SmartFolderFactsIndex(SmartFolderFactsList facts, const Locale& locale, const FileSystem& files);
@@ -73,14 +73,37 @@ public:
     const std::vector<int>& order(SmartFolderSortField field, SmartFolderSortDirection direction) const;
 
 private:
-    template <typename Kind>
-    using Columns = std::array<std::optional<Column<Kind>>, Kind::fields.size()>;
+    /// Made by whoever asks first.
+    template <typename Value>
+    class Lazy {
+    public:
+        const Value& value(const auto& make) const {
+            std::call_once(_once, [&] { _value = make(); });
+            return _value;
+        }
 
-    std::vector<QByteArray> looseSortKeys(const Column<SmartFolderTextKind>& column) const;
+    private:
+        mutable std::once_flag _once;
+        mutable Value _value;
+    };
+    template <typename Kind>
+    using Columns = std::array<Lazy<Column<Kind>>, Kind::fields.size()>;
+    struct Names {
+        std::vector<QByteArray> keys;
+        std::vector<double> ranks;
+        std::vector<int> order; ///< of places, by name, then by app key
+    };
+    using Orders = std::array<std::vector<int>, 2>; ///< ascending, descending
+
+    template <typename Kind>
+    Column<Kind> read(SmartFolderField<Kind> field) const;
+    const Column<SmartFolderTextKind>& nameColumn() const;
+    const Names& names() const;
+    Names sortedNames() const;
+    std::vector<QByteArray> looseSortKeys(const Column<SmartFolderTextKind>& column,
+                                          const std::vector<QByteArray>& nameKeys) const;
     template <typename Kind>
     std::vector<double> magnitudes(const Column<Kind>& column) const;
-    void sortNames() const;
-    using Orders = std::array<std::vector<int>, 2>; ///< ascending, descending
     template <typename Kind>
     Orders bothOrders(SmartFolderField<Kind> source) const;
     SmartFolderSubject subject(qsizetype place) const { return {*_facts.at(place), _files}; }
@@ -88,15 +111,12 @@ private:
     SmartFolderFactsList _facts;
     Locale _locale;
     const FileSystem& _files;
-    mutable std::tuple<Columns<SmartFolderTextKind>, Columns<SmartFolderChoiceKind>,
-                       Columns<SmartFolderNumberKind>, Columns<SmartFolderVersionKind>,
-                       Columns<SmartFolderDateKind>, Columns<SmartFolderBooleanKind>>
+    std::tuple<Columns<SmartFolderTextKind>, Columns<SmartFolderChoiceKind>,
+               Columns<SmartFolderNumberKind>, Columns<SmartFolderVersionKind>,
+               Columns<SmartFolderDateKind>, Columns<SmartFolderBooleanKind>>
         _columns;
-    mutable std::vector<QByteArray> _nameKeys; ///< by slot of the names' column; other texts are
-                                               ///< mostly names again
-    mutable std::vector<double> _nameRanks;    ///< by slot of the names' column
-    mutable std::vector<int> _nameOrder;       ///< of places, by name, then by app key
-    mutable std::array<std::optional<Orders>, SmartFolderSortKind::fields.size()> _orders;
+    Lazy<Names> _names;
+    std::array<Lazy<Orders>, SmartFolderSortKind::fields.size()> _orders;
 };
 
 } // namespace tessellar

@@ -67,10 +67,14 @@ TEST_F(SmartFolderEvaluators, GivesWhatAPlainReadingGives) {
             test::SmartFolderGenerator generator(seed);
             const SmartFolderFactsList facts = generator.list(1 + generator.below(60));
             const SmartFolderFactsIndex index(facts, generatedLocale, machine.files);
+            QList<SmartFolderDefinition> definitions;
+            for (int i = 0; i < 50; ++i)
+                definitions.append(generator.definition());
+            const auto evaluations = SmartFolderEvaluator::evaluateAll(definitions, index, now, days);
             for (int i = 0; i < 50; ++i) {
-                const SmartFolderDefinition d = generator.definition();
+                const SmartFolderDefinition& d = definitions.at(i);
                 const auto expected = plain.evaluate(d, facts);
-                const auto actual = SmartFolderEvaluator::evaluate(d, index, now, days);
+                const auto& actual = evaluations.at(i);
                 ASSERT_EQ(actual.unknownRuleIDs, expected.unknownRuleIDs)
                     << localeName << seed << json::write(json::encode(d)).toStdString();
                 // The very records, for some have equal keys.
