@@ -156,7 +156,7 @@ std::expected<QStringList, LauncherError> pathsFrom(const Call& call, const QStr
     if (!list.isArray())
         return damaged();
     QStringList paths;
-    for (const QJsonValue& entry : list.toArray()) {
+    for (const QJsonValue entry : list.toArray()) {
         const QJsonValue path =
             entry.isObject() ? entry.toObject().value(QStringLiteral("path")) : entry;
         if (!path.isString())

@@ -130,7 +130,7 @@ void addFacts(CommandSet& set) {
                 if (!key->empty() && all.isEmpty())
                     return call->fail(LauncherViewModel::unknownApplication(text(key)));
                 QString lines;
-                for (const QJsonValue& one : std::as_const(all)) {
+                for (const QJsonValue one : std::as_const(all)) {
                     QJsonObject record = one.toObject();
                     lines += record.take(u"entry").toObject().value(u"name").toString() + u'\n';
                     for (auto it = record.begin(); it != record.end(); ++it)

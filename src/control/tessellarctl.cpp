@@ -188,7 +188,8 @@ private:
         const QString folder = _machine.places.applicationFolder();
         (void)_machine.files.createDirectories(folder);
         for (int attempt = 0; attempt < lockTries; ++attempt) {
-            if ((_executor = RemoteExecutor::connect(_machine)))
+            _executor = RemoteExecutor::connect(_machine);
+            if (_executor)
                 return true;
             auto lock =
                 FileLock::tryLock(_machine.files, FileSystem::joined(folder, QStringLiteral("lock")));

@@ -289,7 +289,7 @@ void LauncherCleanup::startRemoval(const Done& done) {
                 removed.failure = written.error();
             return removed;
         },
-        [this, done](Removed removed) {
+        [this, done](Removed removed) { // NOLINT: what is said to leak is the work's, and moved with it
             if (removed.failure)
                 _machine.log.warning(message(*removed.failure));
             finishRemoval(removed.result, removed.record, removed.kind, done);

@@ -417,9 +417,10 @@ void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QString&
             LauncherError{QStringLiteral("updateInProgress"), update_texts::alreadyRunning, {}}));
     _asker = asker;
     wish->stage = Wish::Stage::underWay;
-    _coordinator->runAction(appKey, [this, appKey, wish](std::optional<AppUpdateActionState> state) {
-        runEnded(wish, appKey, state);
-    });
+    _coordinator->runAction(appKey,
+                            [this, appKey, wish](const std::optional<AppUpdateActionState>& state) {
+                                runEnded(wish, appKey, state);
+                            });
 }
 
 void LauncherUpdates::runEnded(const std::shared_ptr<Wish>& wish, const QString& appKey,

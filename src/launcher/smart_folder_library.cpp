@@ -26,7 +26,7 @@ QString SmartFolderLibrary::defaultDirectory(const Places& places,
                               identifier.value_or(QStringLiteral("com.tessellar.app")));
 }
 
-SmartFolderLibrary::SmartFolderLibrary(Machine& machine, QString directory, Changed changed)
+SmartFolderLibrary::SmartFolderLibrary(Machine& machine, const QString& directory, Changed changed)
     : _machine(machine)
     , _store(machine.files, directory, machine.clock, machine.uuids)
     , _usage(machine.files, directory, machine.clock, machine.uuids)

@@ -33,7 +33,7 @@ public:
     static QString defaultDirectory(const Places& places,
                                     const std::optional<QString>& identifier = applicationIdentifier);
 
-    SmartFolderLibrary(Machine& machine, QString directory, Changed changed);
+    SmartFolderLibrary(Machine& machine, const QString& directory, Changed changed);
 
     /// Reads the registry and the record of usage.
     void load();

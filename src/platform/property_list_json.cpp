@@ -57,7 +57,7 @@ QByteArray toPropertyListElement(const QJsonValue& value) {
         return element("string", value.toString().toHtmlEscaped().toUtf8());
     case QJsonValue::Array: {
         QByteArray content;
-        for (const QJsonArray array = value.toArray(); const QJsonValue& each : array)
+        for (const QJsonArray array = value.toArray(); const QJsonValue each : array)
             content += toPropertyListElement(each);
         return element("array", content);
     }

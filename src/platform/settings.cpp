@@ -39,7 +39,7 @@ std::optional<QStringList> Settings::texts(const QString& key) const {
     if (!found || !found->isArray())
         return std::nullopt;
     QStringList texts;
-    for (const QJsonArray array = found->toArray(); const QJsonValue& element : array) {
+    for (const QJsonArray array = found->toArray(); const QJsonValue element : array) {
         if (!element.isString())
             return std::nullopt;
         texts.append(element.toString());

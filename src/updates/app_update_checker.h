@@ -35,7 +35,7 @@ public:
     /// called at once or later, or never when the work is dropped.
     virtual std::unique_ptr<AppUpdateWork> prepare(const QList<AppUpdateCandidate>& candidates,
                                                    const QMap<QString, AppUpdateRecord>& records,
-                                                   Depth depth, std::function<void()> done);
+                                                   Depth depth, const std::function<void()>& done);
     /// False while `channel` cannot say yet which applications are this checker's.
     virtual bool isPrepared() const { return true; }
     virtual std::optional<AppUpdateChannel> channel(const AppUpdateCandidate& candidate) const = 0;
@@ -53,7 +53,8 @@ public:
 
 inline std::unique_ptr<AppUpdateWork> AppUpdateChecker::prepare(const QList<AppUpdateCandidate>&,
                                                                 const QMap<QString, AppUpdateRecord>&,
-                                                                Depth, std::function<void()> done) {
+                                                                Depth,
+                                                                const std::function<void()>& done) {
     done();
     return nullptr;
 }

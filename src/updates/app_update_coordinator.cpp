@@ -350,11 +350,9 @@ void AppUpdateCoordinator::checkPrepared(Check& check) {
 void AppUpdateCoordinator::checked(Check& check, const QString& appKey, const AppUpdateStatus& status) {
     if (!isEnabled())
         return switchedOff();
-    const auto known = check.left.constFind(appKey);
-    if (known == check.left.constEnd())
+    if (!check.left.contains(appKey))
         return;
-    const AppUpdateCandidate candidate = *known;
-    check.left.erase(known);
+    const AppUpdateCandidate candidate = check.left.take(appKey);
     const Slot slot = check.slot;
     const std::weak_ptr<bool> alive = _alive;
     const Check* const running = &check;

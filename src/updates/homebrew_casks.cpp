@@ -17,7 +17,7 @@ static QStringList targets(const QJsonObject& stanza, QLatin1StringView key) {
     if (const QString resolved = stanza.value(u"target").toString(); !resolved.isEmpty())
         return {resolved};
     QStringList names;
-    for (const QJsonArray items = stanza.value(key).toArray(); const QJsonValue& item : items) {
+    for (const QJsonArray items = stanza.value(key).toArray(); const QJsonValue item : items) {
         const QString target = item.toObject().value(u"target").toString();
         if (item.isString() && !baseName(item.toString()).isEmpty())
             names.append(baseName(item.toString()));
@@ -47,7 +47,7 @@ Decoded<InfoCask> Codec<InfoCask>::decode(const QJsonValue& value) {
     if (!cask)
         return cask;
     for (const QJsonArray items = value[QLatin1StringView("artifacts")].toArray();
-         const QJsonValue& item : items)
+         const QJsonValue item : items)
         cask->artifacts.append(*Codec<CaskArtifact>::decode(item));
     return cask;
 }
@@ -58,7 +58,7 @@ Decoded<InfoResponse> Codec<InfoResponse>::decode(const QJsonValue& value) {
         return expected("an object with a list of casks");
     InfoResponse response;
     // One cask that makes no sense owns nothing; the others are none the worse for it.
-    for (const QJsonArray items = casks.toArray(); const QJsonValue& item : items)
+    for (const QJsonArray items = casks.toArray(); const QJsonValue item : items)
         if (auto cask = json::decode<InfoCask>(item))
             response.casks.append(*std::move(cask));
     return response;

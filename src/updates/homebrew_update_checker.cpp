@@ -117,8 +117,8 @@ Command HomebrewUpdateChecker::listing(const Machine& machine, const QString& br
 std::unique_ptr<AppUpdateWork>
 HomebrewUpdateChecker::prepare(const QList<AppUpdateCandidate>& candidates,
                                const QMap<QString, AppUpdateRecord>& records, Depth depth,
-                               std::function<void()> done) {
-    return std::make_unique<Preparation>(*this, candidates, records, depth, std::move(done));
+                               const std::function<void()>& done) {
+    return std::make_unique<Preparation>(*this, candidates, records, depth, done);
 }
 
 void HomebrewUpdateChecker::learned(const Preparation& preparation,

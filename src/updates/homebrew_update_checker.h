@@ -18,7 +18,7 @@ public:
     AppUpdateChannelKind kind() const override { return AppUpdateChannelKind::homebrewCask; }
     std::unique_ptr<AppUpdateWork> prepare(const QList<AppUpdateCandidate>& candidates,
                                            const QMap<QString, AppUpdateRecord>& records, Depth depth,
-                                           std::function<void()> done) override;
+                                           const std::function<void()>& done) override;
     bool isPrepared() const override { return _isPrepared; }
     /// The brews are to be asked again, for there are applications that they were not asked about; what
     /// is known of the others stays.

@@ -267,7 +267,7 @@ TEST(PropertyList, KeepsItsLimits) {
 void onSmallStack(std::function<void()> call) {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     constexpr std::size_t stackSize = 8u << 20; // its frames are many times as large
 #else
     constexpr std::size_t stackSize = 512u << 10;
