@@ -89,6 +89,14 @@ void LauncherWindow::show() {
     _view.requestActivate();
 }
 
+void LauncherWindow::followSystemLocale() { QCoreApplication::instance()->installEventFilter(this); }
+
+bool LauncherWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::LocaleChange && watched == QCoreApplication::instance())
+        _viewModel.setLocale(Locale::system());
+    return QObject::eventFilter(watched, event);
+}
+
 void LauncherWindow::hide() {
     _view.hide();
     _controller.startAfresh();

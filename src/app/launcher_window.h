@@ -26,6 +26,8 @@ public:
 
     void show();
     void hide();
+    /// Goes along when the user chooses another language or region in the system's settings.
+    void followSystemLocale();
 
     /// True when the arrangement is there and the icons of the visible page are decoded.
     bool isComplete() const;
@@ -37,6 +39,9 @@ public:
 Q_SIGNALS:
     void firstFrame();
     void closed();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void load();

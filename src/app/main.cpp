@@ -140,6 +140,8 @@ int run(int argc, char** argv) {
     }
 
     LauncherWindow window(machine, arguments->mode, arguments->screen);
+    if (!arguments->machine.locale)
+        window.followSystemLocale();
     CommandInterpreter interpreter(machine, window.viewModel());
     ControlServer server(machine, interpreter);
     const bool isForShow = !arguments->screenshot.isEmpty() || arguments->measureStart;

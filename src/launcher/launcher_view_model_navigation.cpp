@@ -34,6 +34,7 @@ void LauncherViewModel::setLocale(const Locale& locale) {
     _machine.locale = locale;
     _editor->invalidateSearch();
     _smartFolders.localeChanged();
+    rescan(); // Applications may have other names in it.
 }
 
 ShownPages LauncherViewModel::shownPages() const {

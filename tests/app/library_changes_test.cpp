@@ -53,5 +53,21 @@ TEST_F(LibraryChangesTest, AnApplicationThatIsInstalledAppearsByItself) {
     }));
 }
 
+TEST_F(LibraryChangesTest, AnotherLanguageOfTheSystemIsFollowedWhereItWasNotFixed) {
+    const Locale before(u"is_IS"_s);
+    const auto tellOfChange = [] {
+        QEvent change(QEvent::LocaleChange);
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
+    };
+    mac.machine.locale = before;
+    install({u"Ash"_s});
+    start();
+    tellOfChange();
+    EXPECT_EQ(mac.machine.locale.identifier(), before.identifier());
+    window->followSystemLocale();
+    tellOfChange();
+    EXPECT_EQ(mac.machine.locale.identifier(), Locale::system().identifier());
+}
+
 } // namespace
 } // namespace tessellar::test
