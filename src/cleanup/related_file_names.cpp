@@ -131,7 +131,7 @@ MatchingName::MatchingName(QByteArrayView name) {
         _other = comparable(FileSystem::fromHostBytes(name));
         _view = _other;
     }
-    _bytes = SoughtText::bytesOf(_view);
+    _characters = CharacterBits(_view);
 }
 
 ApplicationNames::ApplicationNames(const CleanupApplication& application)
@@ -161,7 +161,7 @@ std::optional<ApplicationNames::Grade> ApplicationNames::grade(const MatchingNam
             return Grade{RelatedFileMatch::medium, token.text};
     for (const SoughtText& sought : _inside)
         if (matching.contains(sought) && !isOneOf(name, vendorWords))
-            return Grade{RelatedFileMatch::risky, sought.text()};
+            return Grade{RelatedFileMatch::risky, sought.text};
     return std::nullopt;
 }
 

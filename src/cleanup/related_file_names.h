@@ -1,12 +1,12 @@
 #pragma once
 
 #include "cleanup/related_file.h"
+#include "platform/character_bits.h"
 
 #include <QByteArrayView>
 #include <QList>
 
 #include <array>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -24,26 +24,12 @@ struct NameToken {
     bool operator==(const NameToken&) const = default;
 };
 
-/// A text to look for in very many names. A name that lacks one of its bytes cannot contain it: that
-/// takes one instruction to see, and so most names are never searched.
-class SoughtText {
-public:
-    explicit SoughtText(QByteArray text) : _text(std::move(text)), _bytes(bytesOf(_text)) {}
+/// A text to look for in very many names.
+struct SoughtText {
+    QByteArray text;
+    CharacterBits characters;
 
-    const QByteArray& text() const { return _text; }
-    /// The bytes of a text, each as one of 64 bits.
-    static std::uint64_t bytesOf(QByteArrayView text) {
-        std::uint64_t bytes = 0;
-        for (const char c : text)
-            bytes |= bitOf(c);
-        return bytes;
-    }
-    static std::uint64_t bitOf(char c) { return std::uint64_t(1) << (c & 63); }
-    bool mayBeIn(std::uint64_t bytes) const { return (_bytes & ~bytes) == 0; }
-
-private:
-    QByteArray _text;
-    std::uint64_t _bytes;
+    explicit SoughtText(QByteArray sought) : text(std::move(sought)), characters(text) {}
 };
 
 /// The name of an item as it is compared: one known suffix taken off, composed, in lower case, as
@@ -56,14 +42,14 @@ public:
 
     QByteArrayView view() const { return _view; }
     bool contains(const SoughtText& sought) const {
-        return sought.mayBeIn(_bytes) && _view.contains(sought.text());
+        return _characters.containsAll(sought.characters) && _view.contains(sought.text);
     }
 
 private:
     std::array<char, 256> _ascii; // NOLINT: as much of it as is used is written
     QByteArray _other;
     QByteArrayView _view;
-    std::uint64_t _bytes = 0;
+    CharacterBits _characters;
 };
 
 /// What the names of an application's files are compared with.
