@@ -15,6 +15,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _search(viewModel)
     , _updates(viewModel)
     , _removal(viewModel)
+    , _smartFolder(viewModel)
     , _drag(viewModel, scheduler, [this] { return dragArea(); })
     , _subscription(viewModel.subscribe([this](LauncherChange change) { onChange(change); })) {
     connect(&_menu, &MenuModel::chosen, this, &LauncherController::performMenuEntry);
@@ -78,6 +79,7 @@ void LauncherController::onChange(LauncherChange change) {
         if (hasAlert()) {
             _drag.cancel();
             _menu.close();
+            _smartFolder.choices()->close();
         }
         Q_EMIT alertChanged();
         return;
@@ -92,6 +94,11 @@ void LauncherController::onChange(LauncherChange change) {
         return _updates.refresh();
     case LauncherChange::cleanup:
         return _removal.refresh();
+    case LauncherChange::smartFolderDraft:
+        _smartFolder.refresh();
+        if (!_smartFolder.isOpen() && _sheet == smartFolderSheet)
+            closeSheet();
+        return;
     default: // nothing of it is shown
         return;
     }

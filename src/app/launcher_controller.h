@@ -4,6 +4,7 @@
 #include "app/grid_model.h"
 #include "app/menu_model.h"
 #include "app/removal_panel.h"
+#include "app/smart_folder_panel.h"
 #include "app/tile_drag.h"
 #include "app/tile_icons.h"
 #include "app/tile_search.h"
@@ -63,7 +64,8 @@ class LauncherController final : public QObject {
     Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT)
     Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
     Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
-    /// The sheet that lies over the grid: "updates", or nothing.
+    Q_PROPERTY(tessellar::SmartFolderPanel* smartFolder READ smartFolder CONSTANT)
+    /// The sheet that lies over the grid: "updates", "icon", "smartFolder", or nothing.
     Q_PROPERTY(QString sheet READ sheet NOTIFY sheetChanged)
     /// The application that it is about.
     Q_PROPERTY(QString sheetName READ sheetName NOTIFY sheetChanged)
@@ -136,6 +138,7 @@ public:
     MenuModel* menu() { return &_menu; }
     UpdatesPanel* updates() { return &_updates; }
     RemovalPanel* removal() { return &_removal; }
+    SmartFolderPanel* smartFolder() { return &_smartFolder; }
     QString sheet() const { return _sheet; }
     Q_INVOKABLE void openSheet(const QString& sheet);
     QString sheetName() const;
@@ -186,6 +189,8 @@ Q_SIGNALS:
     void closeRequested();
 
 private:
+    static inline const QString smartFolderSheet = QStringLiteral("smartFolder");
+
     void onChange(LauncherChange change);
     void fill(GridModel& model, const ShownPages& pages);
     void showLayout();
@@ -224,6 +229,7 @@ private:
     TileSearch _search;
     UpdatesPanel _updates;
     RemovalPanel _removal;
+    SmartFolderPanel _smartFolder;
     QString _sheet;
     TileDrag _drag;
     MenuModel _menu;

@@ -115,6 +115,8 @@ void LauncherController::pressAlertKey(int key) {
 void LauncherController::escape() {
     if (_menu.isOpen())
         _menu.close();
+    else if (_smartFolder.choices()->isOpen())
+        _smartFolder.choices()->close();
     else if (_drag.cancel())
         return;
     else if (hasAlert())
@@ -136,9 +138,11 @@ void LauncherController::escape() {
 // ---- keys
 
 bool LauncherController::pressKey(int key, int modifiers) {
-    if (_menu.isOpen()) {
-        _menu.pressKey(key);
-        return true;
+    for (MenuModel* menu : {&_menu, _smartFolder.choices()}) {
+        if (menu->isOpen()) {
+            menu->pressKey(key);
+            return true;
+        }
     }
     if (key == Qt::Key_Escape) {
         escape();
@@ -148,6 +152,8 @@ bool LauncherController::pressKey(int key, int modifiers) {
         pressAlertKey(key);
         return true;
     }
+    if (_sheet == smartFolderSheet && (key == Qt::Key_Return || key == Qt::Key_Enter))
+        _smartFolder.save();
     if (_drag.isLifted() || !_sheet.isEmpty() || _removal.isOpen())
         return true;
     const bool isShifted = modifiers & Qt::ShiftModifier;
@@ -304,6 +310,8 @@ void LauncherController::performMenuEntry(const QString& id) {
         return beginRename(toText(target.item->id()));
     case MenuRequest::icon:
         return openSheet(QStringLiteral("icon"));
+    case MenuRequest::rules:
+        return openSheet(smartFolderSheet);
     case MenuRequest::updates:
         return openSheet(QStringLiteral("updates"));
     }
@@ -312,8 +320,12 @@ void LauncherController::performMenuEntry(const QString& id) {
 // ---- sheets
 
 void LauncherController::openSheet(const QString& sheet) {
-    if (std::exchange(_sheet, sheet) != sheet)
-        Q_EMIT sheetChanged();
+    const QString before = std::exchange(_sheet, sheet);
+    if (before == sheet)
+        return;
+    Q_EMIT sheetChanged();
+    if (before == smartFolderSheet)
+        _smartFolder.cancel();
 }
 
 QString LauncherController::sheetName() const {

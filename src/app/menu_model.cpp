@@ -15,15 +15,17 @@ QVariantList MenuModel::list(const QList<MenuEntry>& entries) {
         result.append(QVariantMap{{QStringLiteral("title"), entry.title},
                                   {QStringLiteral("isEnabled"), entry.isEnabled},
                                   {QStringLiteral("isDestructive"), entry.isDestructive},
+                                  {QStringLiteral("isChosen"), entry.isChosen},
                                   {QStringLiteral("isSeparator"), entry.isSeparator()},
                                   {QStringLiteral("hasEntries"), !entry.entries.isEmpty()}});
     return result;
 }
 
-void MenuModel::open(const QList<MenuEntry>& entries, QPointF position) {
+void MenuModel::open(const QList<MenuEntry>& entries, QPointF position, int current) {
     _entries = entries;
     _position = position;
-    _current = _parent = _subCurrent = -1;
+    _current = current;
+    _parent = _subCurrent = -1;
     Q_EMIT currentChanged();
     Q_EMIT changed();
 }

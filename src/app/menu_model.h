@@ -33,7 +33,7 @@ public:
     QVariantList subEntries() const { return list(sub()); }
     int subCurrent() const { return _subCurrent; }
 
-    void open(const QList<MenuEntry>& entries, QPointF position);
+    void open(const QList<MenuEntry>& entries, QPointF position, int current = -1);
     Q_INVOKABLE void close();
     /// The pointer is over a line.
     Q_INVOKABLE void hover(bool isSubmenu, int index);

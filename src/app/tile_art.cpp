@@ -207,30 +207,28 @@ QPainterPath apple() {
 }
 
 struct Symbol {
-    const char16_t* name; ///< without ".fill"
+    const char16_t* name;
     QPainterPath (*path)();
 };
 constexpr std::array symbols{
-    Symbol{u"star", star},
-    Symbol{u"heart", heart},
-    Symbol{u"folder", folder},
-    Symbol{u"gamecontroller", gamepad},
-    Symbol{u"gearshape", gear},
-    Symbol{u"briefcase", briefcase},
+    Symbol{u"star.fill", star},
+    Symbol{u"heart.fill", heart},
+    Symbol{u"folder.fill", folder},
+    Symbol{u"gamecontroller.fill", gamepad},
+    Symbol{u"gearshape.fill", gear},
+    Symbol{u"briefcase.fill", briefcase},
     Symbol{u"music.note", musicNote},
-    Symbol{u"clock", clock},
+    Symbol{u"clock.fill", clock},
     Symbol{u"calendar.badge.plus", calendarPlus},
-    Symbol{u"square.grid.2x2", fourSquares},
-    Symbol{u"arrow.down.circle", arrowDown},
+    Symbol{u"square.grid.2x2.fill", fourSquares},
+    Symbol{u"arrow.down.circle.fill", arrowDown},
     Symbol{u"apple.logo", apple},
 };
 
 /// Nothing for a name that is not drawn.
 std::optional<QPainterPath> symbolPath(QStringView name) {
-    if (name.endsWith(u".fill"))
-        name.chop(5);
     for (const Symbol& symbol : symbols)
-        if (name == symbol.name)
+        if (isSameSymbol(name, symbol.name))
             return symbol.path();
     return std::nullopt;
 }
@@ -267,6 +265,20 @@ QImage onPlate(int side, const QBrush& fill, const Paint& paint) {
 }
 
 } // namespace
+
+bool isSameSymbol(QStringView a, QStringView b) {
+    for (QStringView* name : {&a, &b})
+        if (name->endsWith(u".fill"))
+            name->chop(5);
+    return a == b;
+}
+
+QStringList drawnSymbols() {
+    QStringList names;
+    for (const Symbol& symbol : symbols)
+        names.append(QString::fromUtf16(symbol.name));
+    return names;
+}
 
 QImage folderArt(const QList<QImage>& contents, int side) {
     const QRectF body = plateBody(side);

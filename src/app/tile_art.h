@@ -3,7 +3,7 @@
 #include <QImage>
 #include <QList>
 #include <QSize>
-#include <QString>
+#include <QStringList>
 
 namespace tessellar {
 
@@ -12,6 +12,10 @@ namespace tessellar {
 /// A folder's tile: the icons of what is in it, at most nine, small on a translucent plate.
 QImage folderArt(const QList<QImage>& contents, int side);
 
+/// The names of all symbols that are drawn.
+QStringList drawnSymbols();
+/// True when two names mean the same drawing: what is filled is not drawn otherwise.
+bool isSameSymbol(QStringView a, QStringView b);
 /// A folder's tile with a symbol that the user chose, by its name ("star", "gamecontroller.fill"). A
 /// name that is not among the drawn ones gives a null image.
 QImage symbolFolderArt(const QString& symbolName, int side);

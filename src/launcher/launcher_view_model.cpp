@@ -3,6 +3,7 @@
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_import.h"
 #include "launcher/library_watch.h"
+#include "launcher/smart_folder_editing.h"
 #include "model/app_state.h"
 
 #include <algorithm>
@@ -25,7 +26,8 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode, 
     , _icons(std::make_unique<LauncherIcons>(*this, machine))
     , _launchpadImport(std::make_unique<LauncherImport>(*this, machine))
     , _libraryWatch(std::make_unique<LibraryWatch>(*this, machine))
-    , _cleanup(std::make_unique<LauncherCleanup>(*this, machine)) {
+    , _cleanup(std::make_unique<LauncherCleanup>(*this, machine))
+    , _smartFolderEditing(std::make_unique<SmartFolderEditing>(*this, machine)) {
     (void)_store.setActiveMode(mode);
 }
 

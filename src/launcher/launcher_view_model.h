@@ -25,6 +25,7 @@ namespace tessellar {
 class LauncherIcons;
 class LauncherImport;
 class LibraryWatch;
+class SmartFolderEditing;
 
 /// What of the view model has changed, for those who show it.
 enum class LauncherChange {
@@ -37,14 +38,15 @@ enum class LauncherChange {
     settings,
     notice,
     alert,
-    launched,     ///< an application was started: the window goes
-    bootstrapped, ///< the first load is complete
-    scanned,      ///< a scan has ended, and the layouts are merged with it
-    question,     ///< what the user is asked
-    updates,      ///< what is known of updates, and what runs of them
-    cleanup,      ///< the removal under way
-    icons,        ///< icons of the user's own
-    watching,     ///< how the application folders are watched
+    launched,         ///< an application was started: the window goes
+    bootstrapped,     ///< the first load is complete
+    scanned,          ///< a scan has ended, and the layouts are merged with it
+    question,         ///< what the user is asked
+    updates,          ///< what is known of updates, and what runs of them
+    cleanup,          ///< the removal under way
+    icons,            ///< icons of the user's own
+    smartFolderDraft, ///< the smart folder that is edited, or what it would show
+    watching,         ///< how the application folders are watched
 };
 
 /// A short message over the grid that goes by itself. A later one has a higher revision.
@@ -132,6 +134,7 @@ public:
     const LauncherIcons& icons() const { return *_icons; }
     LauncherImport& launchpadImport() { return *_launchpadImport; }
     LibraryWatch& libraryWatch() { return *_libraryWatch; }
+    SmartFolderEditing& smartFolderEditing() { return *_smartFolderEditing; }
 
     /// The pages of the grid, or of an open folder, as the grid's settings show them.
     ShownPages shownPages() const;
@@ -205,6 +208,7 @@ private:
     friend class LibraryWatch;
     friend class LauncherUpdates;
     friend class LauncherCleanup;
+    friend class SmartFolderEditing;
 
     /// The arrangement of one mode.
     struct LiveLayout {
@@ -297,6 +301,7 @@ private:
     std::unique_ptr<LauncherImport> _launchpadImport;
     std::unique_ptr<LibraryWatch> _libraryWatch;
     std::unique_ptr<LauncherCleanup> _cleanup;
+    std::unique_ptr<SmartFolderEditing> _smartFolderEditing;
 };
 
 } // namespace tessellar

@@ -194,13 +194,17 @@ void SmartFolderLibrary::startRound() {
     _factsTask.cancel();
     _evaluationTask.cancel();
     scheduleNextDay();
+    startPreview();
     if (_definitions.isEmpty() && _settledCallbacks.empty())
         return finishRound({}, nullptr);
     _factsTask =
-        _catalog.facts({.apps = namedApps(),
-                        .runtime = runtimeFactsNow(),
-                        .inspections = inspectionsNeeded(_definitions) + _extraInspections},
+        _catalog.facts(request(inspectionsNeeded(_definitions) + _extraInspections),
                        [this](SmartFolderFactsList facts) { evaluateRound(std::move(facts)); });
+}
+
+SmartFolderFactsCatalog::Request
+SmartFolderLibrary::request(const QSet<SmartFolderInspection>& inspections) const {
+    return {.apps = namedApps(), .runtime = runtimeFactsNow(), .inspections = inspections};
 }
 
 void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
@@ -232,6 +236,33 @@ void SmartFolderLibrary::finishRound(Evaluations evaluations, Index index) {
     }
     for (const auto& callback : std::exchange(_settledCallbacks, {}))
         callback();
+}
+
+// ---- what is not saved
+
+void SmartFolderLibrary::preview(const SmartFolderDefinition& definition, Previewed previewed) {
+    _preview = Preview{definition, std::move(previewed), {}};
+    startPreview();
+}
+
+void SmartFolderLibrary::endPreview() { _preview.reset(); }
+
+void SmartFolderLibrary::startPreview() {
+    if (!_preview)
+        return;
+    const auto evaluate = [this](SmartFolderFactsList facts) {
+        _preview->task = _machine.workers.run(
+            [definition = _preview->definition, facts, locale = _machine.locale, calendar = _calendar,
+             now = _machine.clock.now(), &files = _machine.files](std::stop_token) {
+                return SmartFolderEvaluator(files).evaluate(definition, facts, locale, now, calendar);
+            },
+            [this, facts](SmartFolderEvaluation evaluation) {
+                // A copy: what is told may ask for another preview.
+                const Previewed previewed = _preview->previewed;
+                previewed(std::move(evaluation), facts);
+            });
+    };
+    _preview->task = _catalog.facts(request(inspectionsNeeded({_preview->definition})), evaluate);
 }
 
 void SmartFolderLibrary::scheduleNextDay() {

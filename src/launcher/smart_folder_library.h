@@ -65,6 +65,13 @@ public:
     SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition, const Locale& locale,
                                    Instant now) const;
 
+    /// What a definition would show that is not saved, with the facts that this was worked out over:
+    /// found as in a round, and told again whenever it may have changed, until another is previewed or
+    /// none.
+    using Previewed = std::function<void(SmartFolderEvaluation, const SmartFolderFactsList&)>;
+    void preview(const SmartFolderDefinition& definition, Previewed previewed);
+    void endPreview();
+
     /// The facts of the last round, in the order of the applications.
     const SmartFolderFactsList& facts() const { return _facts; }
     /// Calls `done` once the facts are those of now and these inspections have been made for them,
@@ -92,7 +99,9 @@ private:
     void startRound();
     void evaluateRound(SmartFolderFactsList facts);
     void finishRound(Evaluations evaluations, Index index);
+    void startPreview();
     void scheduleNextDay();
+    SmartFolderFactsCatalog::Request request(const QSet<SmartFolderInspection>& inspections) const;
     QList<AppEntry> namedApps() const;
     SmartFolderRuntimeFacts runtimeFactsNow() const;
 
@@ -113,6 +122,12 @@ private:
     QSet<SmartFolderInspection> _extraInspections;
     Task _factsTask;
     Task _evaluationTask;
+    struct Preview {
+        SmartFolderDefinition definition;
+        Previewed previewed;
+        Task task; ///< its facts, then its evaluation
+    };
+    std::optional<Preview> _preview;
     Timer _nextDay;
     std::vector<std::function<void()>> _settledCallbacks;
 };

@@ -2,6 +2,7 @@
 
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_import.h"
+#include "launcher/smart_folder_editing.h"
 
 #include <algorithm>
 
@@ -32,9 +33,12 @@ struct Context {
     bool isUnavailable() const {
         return app() && launcher.unavailableAppKeys().contains(appKey(*app()));
     }
+    /// Of the tile, or of the smart folder whose background it is.
     const SmartFolderDefinition* definition() const {
-        return smartFolder() ? launcher.smartFolders().definition(smartFolder()->definitionID)
-                             : nullptr;
+        const SmartFolderLibrary& library = launcher.smartFolders();
+        if (isBackground() && isComputed)
+            return library.definition(*openFolder());
+        return smartFolder() ? library.definition(smartFolder()->definitionID) : nullptr;
     }
     /// Whether a condition holds for every chosen tile.
     bool all(bool (*holds)(const LaunchpadItem&)) const {
@@ -165,6 +169,14 @@ MenuRequest deleteSmartFolder(const Context& context, const QString&) {
     return MenuRequest::none;
 }
 
+MenuRequest editSmartFolder(const Context& context, const QString&) {
+    if (const SmartFolderDefinition* definition = context.definition())
+        context.launcher.smartFolderEditing().open(*definition);
+    else
+        context.launcher.smartFolderEditing().openNew();
+    return MenuRequest::rules;
+}
+
 MenuRequest sortPage(const Context& context, const QString&) {
     LauncherViewModel& launcher = context.launcher;
     const auto open = context.openFolder();
@@ -261,6 +273,9 @@ const std::array rows = std::to_array<Row>({
      [](const Context& c) { return c.isOne() && c.hasTile && (!c.smartFolder() || c.definition()); },
      [](const Context& c) { return c.smartFolder() ? hasWritableRules(c) : c.isEditable; },
      [](const Context&, const QString&) { return MenuRequest::rename; }},
+    {"editSmartFolder", always<"Edit Smart Folder…">,
+     [](const Context& c) { return (c.isOne() || c.isBackground()) && c.definition(); },
+     hasWritableRules, editSmartFolder},
     {"revertName", always<"Revert Name">,
      [](const Context& c) {
          return c.isOne() && c.hasTile && c.app() && c.app()->name != c.app()->originalName;
@@ -402,7 +417,10 @@ const std::array rows = std::to_array<Row>({
     {"smartFoldersUnavailable", always<"Smart Folders are unavailable">,
      [](const Context& c) { return c.isBackground() && !c.launcher.smartFolders().isWritable(); },
      [](const Context&) { return false; }},
-    {"newSmartFolder", always<"New Smart Folder">,
+    {"newSmartFolder", always<"New Smart Folder…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, hasWritableRules,
+     editSmartFolder},
+    {"newFromTemplate", always<"New Smart Folder from Template">,
      [](const Context& c) { return c.isBackground() && !c.openFolder(); }, hasWritableRules,
      [](const Context& c, const QString& argument) {
          const auto which = json::fromRawValue<SmartFolderTemplate>(argument);

@@ -10,6 +10,7 @@ struct MenuEntry {
     QString title;
     bool isEnabled = true;
     bool isDestructive = false;
+    bool isChosen = false;
     QList<MenuEntry> entries; ///< of its submenu; what has one is not performed itself
 
     bool isSeparator() const { return id.isEmpty(); }
@@ -29,6 +30,7 @@ enum class MenuRequest {
     rename,  ///< let the user type a name over the tile's label
     updates, ///< show what is known of updates
     icon,    ///< let the user choose a file for the tile's icon
+    rules,   ///< let the user edit the smart folder that is open in `SmartFolderEditing`
 };
 
 /// The menu of a tile, or of the background. With the tile of a selection it is about all of these.

@@ -471,26 +471,47 @@ void SmartFolderDraft::type(qsizetype place, qsizetype operand, const QString& t
     _definition.rules[place] = withOperand(rule, operand, *read);
 }
 
-QStringList SmartFolderDraft::suggestions(qsizetype place, qsizetype operand,
-                                          const SmartFolderFactsList& facts,
-                                          const FileSystem& files) const {
-    if (!has(place) || row(place).operands.value(operand).kind != SmartFolderOperandRow::Kind::text)
-        return {};
-    QHash<QString, qsizetype> counts;
+void SmartFolderDraft::visitValues(qsizetype place, qsizetype operand,
+                                   const SmartFolderFactsList& facts, const FileSystem& files,
+                                   const std::function<bool(const QString&)>& visit) const {
+    if (!has(place) || row(place).operands.value(operand).kind != SmartFolderOperandRow::Kind::text ||
+        operand >= operandsOf(_definition.rules.at(place)).size())
+        return;
     std::visit(
         [&]<typename Rule>(const Rule& rule) {
             if constexpr (std::same_as<typename KindOf<Rule>::Fact, QString>)
                 for (const auto& one : facts)
                     if (const auto value = rule.field.row().read({*one, files});
-                        value && *value != QString())
-                        ++counts[*value];
+                        value && !value->isEmpty() && !visit(*value))
+                        return;
         },
         _definition.rules.at(place));
+}
+
+QStringList SmartFolderDraft::suggestions(qsizetype place, qsizetype operand,
+                                          const SmartFolderFactsList& facts,
+                                          const FileSystem& files) const {
+    QHash<QString, qsizetype> counts;
+    visitValues(place, operand, facts, files, [&](const QString& value) {
+        ++counts[value];
+        return true;
+    });
     QStringList values = counts.keys();
     std::ranges::sort(values, [&](const QString& a, const QString& b) {
         return counts[a] != counts[b] ? counts[a] > counts[b] : compareNumeric(a, b) < 0;
     });
     return values.first(std::min(values.size(), maximumSuggestions));
+}
+
+bool SmartFolderDraft::hasSuggestions(qsizetype place, qsizetype operand,
+                                      const SmartFolderFactsList& facts,
+                                      const FileSystem& files) const {
+    bool isAny = false;
+    visitValues(place, operand, facts, files, [&](const QString&) {
+        isAny = true;
+        return false;
+    });
+    return isAny;
 }
 
 } // namespace tessellar

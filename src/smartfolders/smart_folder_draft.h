@@ -5,6 +5,8 @@
 
 #include <QMap>
 
+#include <functional>
+
 namespace tessellar {
 
 /// A word to choose, as a menu shows it.
@@ -81,8 +83,14 @@ public:
     /// For an operand that is typed: the values that applications have, most frequent first.
     QStringList suggestions(qsizetype rule, qsizetype operand, const SmartFolderFactsList& facts,
                             const FileSystem& files) const;
+    /// Whether there are any.
+    bool hasSuggestions(qsizetype rule, qsizetype operand, const SmartFolderFactsList& facts,
+                        const FileSystem& files) const;
 
 private:
+    /// Calls `visit` with those values until it returns false.
+    void visitValues(qsizetype rule, qsizetype operand, const SmartFolderFactsList& facts,
+                     const FileSystem& files, const std::function<bool(const QString&)>& visit) const;
     bool has(qsizetype rule) const { return rule >= 0 && rule < ruleCount(); }
     void replace(qsizetype rule, SmartFolderRule with);
     void forgetTyped(const SmartFolderRule& rule);

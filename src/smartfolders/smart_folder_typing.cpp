@@ -84,7 +84,9 @@ std::optional<Instant> SmartFolderTyping::instant(const QString& text, Edge edge
     const QString typed = text.simplified();
     const QString iso = QStringLiteral("yyyy-M-d");
     // Noughts may be left out.
-    const QString own = dayFormat().replace(u"dd"_qs, u"d"_qs).replace(u"MM"_qs, u"M"_qs);
+    QString own = dayFormat();
+    if (!own.contains(u"MMM") && !own.contains(u"ddd"))
+        own.replace(u"dd"_qs, u"d"_qs).replace(u"MM"_qs, u"M"_qs);
     for (const QString& format : {own, iso})
         if (const QDate day = _locale.toDate(typed, format); day.isValid() && day.year() >= 1000)
             return instant(day, edge);

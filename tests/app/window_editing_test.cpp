@@ -70,7 +70,7 @@ TEST_F(WindowEditingTest, TheMenuOfATileEditsIt) {
     choose(u"Ash"_s);
     EXPECT_TRUE(tile(u"Ash"_s));
     QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 400});
-    choose(u"New Smart Folder"_s);
+    choose(u"New Smart Folder from Template"_s);
     choose(u"Games"_s);
     EXPECT_TRUE(tile(u"Games"_s));
     rightClick(u"Games"_s);

@@ -1,5 +1,6 @@
 #include "launcher/tile_menu.h"
 
+#include "launcher/smart_folder_editing.h"
 #include "sample/mac_builder.h"
 #include "support/items.h"
 #include "support/printers.h"
@@ -126,16 +127,19 @@ TEST_F(TileMenuTest, TheMenuOfASelectionIsAboutAllOfIt) {
 }
 
 TEST_F(TileMenuTest, ASmartFolderComesFromATemplateAndGoesWhenThatWasConfirmed) {
-    EXPECT_EQ(titlesIn(u"newSmartFolder"_s),
+    EXPECT_EQ(titlesIn(u"newFromTemplate"_s),
               (QStringList{u"Installed This Week"_s, u"Microsoft Apps"_s, u"Recently Used"_s,
                            u"Updates Available"_s, u"Games"_s, u"Mac App Store Apps"_s}));
-    perform(u"newSmartFolder:installedThisWeek"_s);
+    perform(u"newFromTemplate:installedThisWeek"_s);
     ASSERT_EQ(launcher->smartFolders().definitions().size(), 1);
     const QUuid id = launcher->smartFolders().definitions().first().id;
     const MenuTarget target{.item = *launcher->item(id)};
-    EXPECT_THAT(choices(target), IsSupersetOf({u"open"_s, u"rename"_s, u"deleteSmartFolder"_s}));
+    EXPECT_THAT(choices(target),
+                IsSupersetOf({u"open"_s, u"rename"_s, u"editSmartFolder"_s, u"deleteSmartFolder"_s}));
 
     ASSERT_TRUE(launcher->openFolder(id));
+    EXPECT_EQ(perform(u"editSmartFolder"_s), MenuRequest::rules) << "the one whose background it is";
+    EXPECT_EQ(launcher->smartFolderEditing().draft()->definition().id, id);
     EXPECT_THAT(choices(), Not(Contains(u"paste"_s))) << "its rules decide what is in it";
     EXPECT_THAT(choices(on(u"Ash"_s)), Not(Contains(u"cut"_s)));
     launcher->closeFolder();
@@ -174,7 +178,8 @@ TEST_F(TileMenuTest, ABlockedRegistrySaysSoAndCreatesNothing) {
     start();
     EXPECT_EQ(titleOf(u"smartFoldersUnavailable"_s), u"Smart Folders are unavailable");
     EXPECT_THAT(choices(), Not(Contains(u"newSmartFolder"_s)));
-    perform(u"newSmartFolder:games"_s);
+    EXPECT_EQ(perform(u"newSmartFolder"_s), MenuRequest::none);
+    perform(u"newFromTemplate:games"_s);
     EXPECT_EQ(shown(), u"Ash [Trees: Beech Cedar]|Dogwood ~Cedar");
 }
 

@@ -200,6 +200,30 @@ FocusScope {
 
     Loader {
         anchors.fill: parent
+        active: root.launcher.sheet === "smartFolder"
+        sourceComponent: SmartFolderSheet {
+            launcher: root.launcher
+        }
+    }
+
+    Loader {
+        // Who had the keyboard before, and has it again.
+        property Item former: null
+
+        anchors.fill: parent
+        active: root.launcher.smartFolder.choices.isOpen
+        onLoaded: {
+            former = root.Window.activeFocusItem;
+            item.forceActiveFocus();
+        }
+        onActiveChanged: if (!active && former) former.forceActiveFocus()
+        sourceComponent: ContextMenu {
+            menu: root.launcher.smartFolder.choices
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
         active: root.launcher.menu.isOpen
         sourceComponent: ContextMenu {
             menu: root.launcher.menu

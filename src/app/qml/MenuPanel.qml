@@ -8,11 +8,13 @@ Rectangle {
     required property int current
     property real tallest: 600
     readonly property int longest: 340
+    // Room for the mark of what is chosen.
+    readonly property int markWidth: entries.some(entry => entry.isChosen) ? 18 : 0
     readonly property real lineWidth: {
         let widest = 150;
         for (const entry of entries)
             widest = Math.max(widest, metrics.advanceWidth(entry.title));
-        return Math.ceil(Math.min(longest, widest + 50));
+        return Math.ceil(Math.min(longest, widest + 50)) + markWidth;
     }
 
     signal hovered(int index)
@@ -32,12 +34,15 @@ Rectangle {
 
     Accessible.role: Accessible.PopupMenu
 
-    // The keyboard's line is always seen.
-    onCurrentChanged: {
-        const line = lines.itemAt(current);
+    function showLine(index) {
+        const line = lines.itemAt(index);
         if (line)
             flick.contentY = Math.max(line.y + line.height - flick.height, Math.min(flick.contentY, line.y));
     }
+
+    // The keyboard's line is always seen.
+    onCurrentChanged: showLine(current)
+    Component.onCompleted: showLine(current)
 
     FontMetrics {
         id: metrics
@@ -94,11 +99,21 @@ Rectangle {
                     }
 
                     Text {
+                        x: 11
+                        anchors.verticalCenter: parent.verticalCenter
+                        visible: line.modelData.isChosen
+                        text: "✓"
+                        color: words.color
+                        font.pixelSize: 13
+                        font.weight: Font.Bold
+                    }
+
+                    Text {
                         id: words
 
-                        x: 12
+                        x: 12 + panel.markWidth
                         anchors.verticalCenter: parent.verticalCenter
-                        width: parent.width - 24 - (line.modelData.hasEntries ? 14 : 0)
+                        width: parent.width - x - 12 - (line.modelData.hasEntries ? 14 : 0)
                         text: line.modelData.title
                         color: !line.modelData.isEnabled ? "#80ffffff"
                                : line.modelData.isDestructive && !line.isCurrent ? "#ff7b72" : "#f5ffffff"

@@ -71,7 +71,7 @@ Item {
         width: parent.width - 38
         height: parent.height
         active: false
-        onLoaded: if (field.launcher.renamingId === "") item.forceActiveFocus()
+        onLoaded: if (field.launcher.renamingId === "" && field.launcher.sheet === "") item.forceActiveFocus()
 
         sourceComponent: TextInput {
             id: typed

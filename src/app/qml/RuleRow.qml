@@ -1,0 +1,156 @@
+import QtQuick
+import Tessellar
+
+// One rule: a field, what is asked of it, and the values that are asked for.
+Item {
+    id: row
+
+    required property SmartFolderPanel panel
+    required property int index
+    // Two values and little room: they go below.
+    readonly property bool isTall: width < 640 && values.count > 1
+    readonly property var rule: panel.rules[index] ?? ({ field: "", predicate: "", joint: "", operands: [] })
+
+    signal added
+    signal removed
+
+    function takeFocus() {
+        const first = operands.itemAt(0);
+        if (first)
+            first.takeFocus();
+        else
+            field.forceActiveFocus();
+    }
+
+    objectName: "ruleRow"
+    height: isTall ? 76 : 38
+
+    PopUpButton {
+        id: field
+
+        objectName: "ruleField"
+        y: 4
+        width: Math.min(186, row.width * 0.27)
+        text: row.rule.field
+        label: qsTr("Field")
+        onPressed: below => row.panel.openChoices("field", below, row.index)
+    }
+
+    PopUpButton {
+        id: predicate
+
+        objectName: "rulePredicate"
+        x: field.width + 8
+        y: 4
+        width: Math.min(158, row.width * 0.23)
+        text: row.rule.predicate
+        label: qsTr("Condition")
+        onPressed: below => row.panel.openChoices("predicate", below, row.index)
+    }
+
+    Row {
+        id: values
+
+        readonly property int count: row.rule.operands.length
+        readonly property bool hasJoint: row.rule.joint !== ""
+        readonly property real share: (width - (count - 1) * spacing - (hasJoint ? 28 + spacing : 0)) / Math.max(1, count)
+
+        x: row.isTall ? predicate.x : predicate.x + predicate.width + 8
+        y: row.isTall ? 42 : 4
+        width: (row.isTall ? row.width : buttons.x - 10) - x
+        spacing: 8
+
+        Repeater {
+            id: operands
+
+            model: values.count
+
+            Row {
+                id: place
+
+                required property int index
+                readonly property var operand: row.rule.operands[index] ?? ({ kind: "", text: "", needsInput: false })
+
+                function takeFocus() {
+                    const editor = operandEditor.item;
+                    (editor.input ?? editor).forceActiveFocus();
+                }
+
+                spacing: values.spacing
+
+                Text {
+                    visible: place.index > 0 && values.hasJoint
+                    width: 28
+                    anchors.verticalCenter: parent.verticalCenter
+                    horizontalAlignment: Text.AlignHCenter
+                    text: row.rule.joint
+                    color: "#b3ffffff"
+                    font.pixelSize: 13
+                }
+
+                Loader {
+                    id: operandEditor
+
+                    readonly property bool isChosen: place.operand.kind === "choice" || place.operand.kind === "choices"
+
+                    width: values.share
+                    sourceComponent: place.operand.kind === "" ? null : isChosen ? chosen : typed
+                }
+
+                Component {
+                    id: chosen
+
+                    PopUpButton {
+                        objectName: "ruleChoice"
+                        text: place.operand.text
+                        label: qsTr("Value")
+                        placeholder: qsTr("Choose…")
+                        needsInput: place.operand.needsInput
+                        onPressed: below => row.panel.openChoices("operand", below, row.index, place.index)
+                    }
+                }
+
+                Component {
+                    id: typed
+
+                    FieldBox {
+                        id: box
+
+                        objectName: "ruleValue"
+                        value: place.operand.text
+                        label: qsTr("Value")
+                        placeholder: place.operand.kind === "date" ? qsTr("Date")
+                                   : place.operand.kind === "number" ? qsTr("Number") : qsTr("Value")
+                        needsInput: place.operand.needsInput
+                        hasButton: row.panel.rules.length > row.index && row.panel.hasSuggestions(row.index, place.index)
+                        onEdited: text => row.panel.type(row.index, place.index, text)
+                        onButtonPressed: row.panel.openChoices("suggestion", box.mapToItem(null, 0, box.height + 3),
+                                                               row.index, place.index)
+                    }
+                }
+            }
+        }
+    }
+
+    Row {
+        id: buttons
+
+        anchors.right: parent.right
+        y: 6
+        spacing: 6
+
+        RoundButton {
+            objectName: "removeRule"
+            sign: "−"
+            label: qsTr("Remove rule")
+            onClicked: row.removed()
+        }
+
+        RoundButton {
+            objectName: "addRule"
+            sign: "+"
+            label: qsTr("Add rule")
+            onClicked: row.added()
+        }
+    }
+}

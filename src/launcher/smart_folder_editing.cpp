@@ -1,0 +1,119 @@
+#include "launcher/smart_folder_editing.h"
+
+#include "launcher/launcher_view_model.h"
+
+namespace tessellar {
+
+SmartFolderEditing::SmartFolderEditing(LauncherViewModel& launcher, Machine& machine)
+    : _launcher(launcher), _machine(machine) {}
+
+void SmartFolderEditing::changed() { _launcher.changed(LauncherChange::smartFolderDraft); }
+
+void SmartFolderEditing::openNew() {
+    SmartFolderDefinition definition;
+    definition.id = _machine.uuids.next();
+    definition.sort.field = "name";
+    _isNew = true;
+    begin(std::move(definition));
+    insertRule(0);
+    _before = _draft->definition();
+}
+
+void SmartFolderEditing::open(const SmartFolderDefinition& definition) {
+    _isNew = false;
+    begin(definition);
+    renewPreview();
+}
+
+void SmartFolderEditing::begin(SmartFolderDefinition definition) {
+    close();
+    _before = definition;
+    _draft.emplace(std::move(definition),
+                   SmartFolderTyping(_machine.locale, Calendar::system(_machine.locale)),
+                   _machine.clock.now());
+}
+
+void SmartFolderEditing::close() {
+    if (!_draft)
+        return;
+    _launcher.smartFolders().endPreview();
+    _draft.reset();
+    _preview.reset();
+    _facts.clear();
+    changed();
+}
+
+void SmartFolderEditing::change(const std::function<void(SmartFolderDraft&)>& change) {
+    if (!_draft)
+        return;
+    change(*_draft);
+    renewPreview();
+}
+
+void SmartFolderEditing::insertRule(qsizetype place) {
+    change([&](SmartFolderDraft& draft) { draft.insertRule(place, _machine.uuids.next()); });
+}
+
+// ---- what it would show
+
+void SmartFolderEditing::renewPreview() {
+    SmartFolderDefinition previewed = _draft->definition();
+    // Rules can be tried before there is a name.
+    previewed.name = QStringLiteral("preview");
+    SmartFolderDraft named = *_draft;
+    named.setName(previewed.name);
+    const bool isPossible = named.issues().isEmpty();
+    if (!isPossible) {
+        _preview.reset();
+        previewed.name.clear();
+    }
+    // Of a draft that cannot be evaluated the facts still serve, for what can be typed.
+    _launcher.smartFolders().preview(previewed, [this, isPossible](SmartFolderEvaluation evaluation,
+                                                                   const SmartFolderFactsList& facts) {
+        _facts = facts;
+        if (isPossible)
+            _preview = std::move(evaluation);
+        changed();
+    });
+    changed();
+}
+
+QString SmartFolderEditing::notice() const {
+    return _draft && _preview ? _launcher.smartFolders().notice(_draft->definition(), *_preview)
+                              : QString();
+}
+
+QStringList SmartFolderEditing::suggestions(qsizetype rule, qsizetype operand) const {
+    return _draft ? _draft->suggestions(rule, operand, _facts, _machine.files) : QStringList();
+}
+
+bool SmartFolderEditing::hasSuggestions(qsizetype rule, qsizetype operand) const {
+    return _draft && _draft->hasSuggestions(rule, operand, _facts, _machine.files);
+}
+
+// ---- saving
+
+QString SmartFolderEditing::issue() const {
+    const auto issues = _draft ? _draft->issues() : QList<SmartFolderValidationIssue>();
+    return issues.isEmpty() ? QString() : message(issues.first());
+}
+
+SmartFolderEditing::Outcome SmartFolderEditing::save() {
+    if (!_draft)
+        return {};
+    if (const QString why = issue(); !why.isEmpty())
+        return std::unexpected(LauncherError{QStringLiteral("invalidDefinition"), why, {}});
+    if (_isNew || isChanged()) {
+        SmartFolderDefinition definition = _draft->definition();
+        definition.modifiedAt = _machine.clock.now();
+        LauncherEditor& editor = _launcher.editor();
+        if (auto saved =
+                _isNew ? editor.addSmartFolder(definition) : editor.changeSmartFolder(definition);
+            !saved)
+            return saved;
+    }
+    close();
+    return {};
+}
+
+} // namespace tessellar

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "launcher/launcher_error.h"
+#include "platform/machine.h"
+#include "smartfolders/smart_folder_draft.h"
+#include "smartfolders/smart_folder_evaluator.h"
+
+#include <functional>
+
+namespace tessellar {
+
+class LauncherViewModel;
+
+/// One smart folder while it is made or changed: its draft, and what that would show. Nothing is saved
+/// before `save`, which is one step of history.
+///
+/// Owned by the view model; main thread only. Every change is told as
+/// `LauncherChange::smartFolderDraft`.
+class SmartFolderEditing {
+public:
+    using Outcome = std::expected<void, LauncherError>;
+
+    SmartFolderEditing(LauncherViewModel& launcher, Machine& machine);
+
+    /// Begins with one rule that needs its text, in place of what was edited.
+    void openNew();
+    void open(const SmartFolderDefinition& definition);
+    /// Leaves everything as it was saved.
+    void close();
+
+    /// Nothing while nothing is edited.
+    const std::optional<SmartFolderDraft>& draft() const { return _draft; }
+    bool isNew() const { return _isNew; }
+    /// True when closing would lose something.
+    bool isChanged() const { return _draft && _draft->definition() != _before; }
+    void change(const std::function<void(SmartFolderDraft&)>& change);
+    void insertRule(qsizetype place);
+
+    /// What the editor says of the first issue; empty when the draft can be saved.
+    QString issue() const;
+    /// A draft that is as it was saved is closed and leaves no step of history.
+    Outcome save();
+
+    /// What it would show, whatever its name; nothing where rules are missing or not complete, and
+    /// before it is worked out. Between two drafts it is the former's.
+    const std::optional<SmartFolderEvaluation>& preview() const { return _preview; }
+    /// What stands beside it.
+    QString notice() const;
+    QStringList suggestions(qsizetype rule, qsizetype operand) const;
+    bool hasSuggestions(qsizetype rule, qsizetype operand) const;
+
+private:
+    void begin(SmartFolderDefinition definition);
+    void renewPreview();
+    void changed();
+
+    LauncherViewModel& _launcher;
+    Machine& _machine;
+    std::optional<SmartFolderDraft> _draft;
+    SmartFolderDefinition _before;
+    bool _isNew = false;
+    std::optional<SmartFolderEvaluation> _preview;
+    SmartFolderFactsList _facts;
+};
+
+} // namespace tessellar

@@ -1,0 +1,197 @@
+#include "launcher_fixture.h"
+
+namespace tessellar::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The editor of smart folders, as a user meets it.
+class SmartFolderSheetTest : public LauncherFixture {
+protected:
+    void SetUp() override {
+        install({u"Ash"_s, u"Aspen"_s, u"Beech"_s});
+        store({{app(u"Ash"_s), app(u"Aspen"_s), app(u"Beech"_s)}});
+        start();
+    }
+    SmartFolderPanel& panel() { return *launcher().smartFolder(); }
+    const QList<SmartFolderDefinition>& definitions() {
+        return viewModel().smartFolders().definitions();
+    }
+    void openNew() {
+        QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 400});
+        choose(u"New Smart Folder…"_s);
+        ASSERT_EQ(launcher().sheet(), u"smartFolder");
+        layOut();
+    }
+    /// A frame lays the items out.
+    void layOut() { (void)window->photograph(); }
+    QStringList matches() {
+        QStringList names;
+        for (const QVariant& match : panel().matches())
+            names += match.toMap().value(u"name"_s).toString();
+        return names;
+    }
+    /// What the last rule's value shows, typed or chosen.
+    QString value(const char* objectName = "ruleValue") {
+        layOut();
+        QQuickItem* item = itemWith("objectName", QLatin1StringView(objectName));
+        if (!item)
+            return u"none"_s;
+        auto* input = item->property("input").value<QQuickItem*>();
+        return (input ? input : item)->property("text").toString();
+    }
+    void setField(const QString& title) {
+        clickNamed(u"ruleField"_s);
+        choose(title);
+        layOut();
+    }
+    void setPredicate(const QString& title) {
+        clickNamed(u"rulePredicate"_s);
+        choose(title);
+        layOut();
+    }
+};
+
+TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
+    openNew();
+    EXPECT_EQ(panel().issue(), u"Enter a name.");
+    type(u"trees"_s);
+    EXPECT_EQ(panel().issue(), u"Complete every rule.");
+    press(Qt::Key_Return);
+    EXPECT_EQ(launcher().sheet(), u"smartFolder") << "not before it is complete";
+    // To the rule, past the symbols, the mode, the field and its condition.
+    for (int i = 0; i < 40 && !itemWith("objectName", u"ruleValue"_s)
+                                   ->property("input")
+                                   .value<QQuickItem*>()
+                                   ->hasActiveFocus();
+         ++i)
+        press(Qt::Key_Tab);
+    press(Qt::Key_Backtab);
+    press(Qt::Key_Space);
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+        press(key);
+    layOut();
+    EXPECT_TRUE(itemWith("text", u"begins with"_s));
+    press(Qt::Key_Tab);
+    type(u"as"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return matches() == QStringList{u"Ash"_s, u"Aspen"_s}; }));
+    EXPECT_EQ(panel().summary(), u"2 apps match.");
+    press(Qt::Key_Return);
+    EXPECT_EQ(launcher().sheet(), QString());
+    EXPECT_TRUE(tile(u"trees"_s));
+    EXPECT_FALSE(launcher().search()->isActive());
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(tile(u"trees"_s));
+}
+
+TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
+    ASSERT_TRUE(viewModel().editor().addSmartFolder(SmartFolderTemplate::games));
+    const SmartFolderDefinition before = definitions().first();
+    rightClick(u"Games"_s);
+    choose(u"Edit Smart Folder…"_s);
+    layOut();
+    EXPECT_EQ(value(), u"games");
+    EXPECT_FALSE(itemWith("text", u"New Smart Folder"_s));
+
+    setField(u"Name"_s);
+    EXPECT_EQ(value(), u"games") << "what was asked for is still asked for";
+    clickNamed(u"addRule"_s);
+    layOut();
+    EXPECT_EQ(panel().rules().size(), 2);
+    type(u"ch"_s);
+    EXPECT_EQ(value(), u"ch") << "the new rule has the keyboard";
+    clickNamed(u"matchMode"_s);
+    choose(u"any"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return matches() == QStringList{u"Beech"_s}; }));
+
+    // A click beside it loses nothing; Escape means it, but ends a menu first.
+    clickAt({20, 780});
+    EXPECT_TRUE(panel().isOpen());
+    clickNamed(u"sortField"_s);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(panel().isOpen());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(panel().isOpen());
+    EXPECT_EQ(definitions(), QList{before});
+    EXPECT_TRUE(view().isVisible());
+
+    rightClick(u"Games"_s);
+    choose(u"Edit Smart Folder…"_s);
+    layOut();
+    clickNamed(u"symbol"_s);
+    clickNamed(u"limitSwitch"_s);
+    clickNamed(u"removeRule"_s);
+    layOut();
+    EXPECT_EQ(panel().issue(), u"Add at least one rule.");
+    clickNamed(u"firstRule"_s);
+    layOut();
+    type(u"bee"_s);
+    clickNamed(u"smartFolderSave"_s);
+    ASSERT_FALSE(panel().isOpen());
+    const SmartFolderDefinition after = definitions().first();
+    EXPECT_EQ(after.customSymbolName, u"apple.logo");
+    EXPECT_EQ(after.resultLimit, 25);
+    EXPECT_EQ(std::get<SmartFolderTextRule>(after.rules.first()).predicate,
+              SmartFolderTextPredicate(predicate::Contains(u"bee"_s)));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return viewModel().smartFolders().appKeys(before.id) == QStringList{u"org.example.beech"_s};
+    }));
+}
+
+TEST_F(SmartFolderSheetTest, WhatIsTypedIsNotRewrittenUnderTheHands) {
+    openNew();
+    type(u"x"_s);
+    setField(u"Launch Count"_s);
+    clickNamed(u"ruleValue"_s);
+    press(Qt::Key_A, Qt::ControlModifier);
+    type(u"2."_s);
+    EXPECT_EQ(value(), u"2.");
+    type(u"5x"_s);
+    EXPECT_EQ(value(), u"2.5x");
+    EXPECT_EQ(panel().issue(), u"Complete every rule.");
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(panel().issue(), QString());
+    press(Qt::Key_Tab);
+    EXPECT_EQ(value(), u"2.5");
+
+    setField(u"Date Installed"_s);
+    setPredicate(u"is after"_s);
+    clickNamed(u"ruleValue"_s);
+    press(Qt::Key_A, Qt::ControlModifier);
+    type(u"2020-1-2"_s);
+    EXPECT_EQ(value(), u"2020-1-2");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(value(), u"1/2/2020") << "afterwards as dates are written";
+    clickNamed(u"smartFolderCancel"_s);
+    EXPECT_EQ(launcher().sheet(), QString());
+    EXPECT_TRUE(definitions().isEmpty());
+}
+
+TEST_F(SmartFolderSheetTest, SeveralAreChosenFromAMenuThatStays) {
+    openNew();
+    type(u"x"_s);
+    setField(u"Permission"_s);
+    setPredicate(u"is any of"_s);
+    EXPECT_EQ(value("ruleChoice"), u"Camera") << "what was chosen before";
+    clickNamed(u"ruleChoice"_s);
+    choose(u"Photos"_s);
+    choose(u"Camera"_s);
+    choose(u"Contacts"_s);
+    EXPECT_TRUE(panel().choices()->isOpen());
+    press(Qt::Key_Escape);
+    EXPECT_EQ(value("ruleChoice"), u"Photos, Contacts");
+    // A text is suggested from what applications have, and the field goes on from there.
+    setField(u"Bundle Identifier"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel().hasSuggestions(0, 0); }));
+    layOut();
+    QQuickItem* field = itemWith("objectName", u"ruleValue"_s);
+    clickAt(field->mapToScene(QPointF(field->width() - 12, field->height() / 2)).toPoint());
+    choose(u"org.example.ash"_s);
+    EXPECT_EQ(value(), u"org.example.ash");
+    press(Qt::Key_End);
+    type(u"x"_s);
+    EXPECT_EQ(value(), u"org.example.ashx");
+}
+
+} // namespace
+} // namespace tessellar::test
