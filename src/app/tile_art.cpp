@@ -241,14 +241,16 @@ void paintSymbol(QPainter& painter, const QPainterPath& path, int side) {
 
 /// At most nine, small, in three rows.
 void paintContents(QPainter& painter, const QRectF& body, const QList<QImage>& contents) {
-    constexpr int columns = 3;
+    constexpr qsizetype columns = 3;
     const double margin = body.width() * 0.075;
     const double pitch = (body.width() - 2 * margin) / columns;
     const int small = std::max(4, static_cast<int>(pitch * 0.98));
-    for (int i = 0; i < std::min<qsizetype>(columns * columns, contents.size()); ++i) {
+    for (qsizetype i = 0; i < std::min(columns * columns, contents.size()); ++i) {
         const double gap = (pitch - small) / 2;
-        const QPoint corner(qRound(body.x() + margin + i % columns * pitch + gap),
-                            qRound(body.y() + margin + i / columns * pitch + gap));
+        const auto column = static_cast<int>(i % columns);
+        const auto row = static_cast<int>(i / columns);
+        const QPoint corner(qRound(body.x() + margin + column * pitch + gap),
+                            qRound(body.y() + margin + row * pitch + gap));
         painter.drawImage(
             corner, contents[i].scaled(small, small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     }
@@ -334,18 +336,19 @@ QImage backdropArt(QSize size) {
 
     // The light is smooth: it is worked out at few points and laid between them.
     constexpr int step = 16;
-    const int columns = size.width() / step + 2;
-    const int rows = size.height() / step + 2;
+    const auto columns = static_cast<std::size_t>(size.width()) / step + 2;
+    const auto rows = static_cast<std::size_t>(size.height()) / step + 2;
+    const auto width = static_cast<float>(size.width());
+    const auto height = static_cast<float>(size.height());
     using Light = std::array<float, 3>;
-    std::vector<Light> lights(static_cast<std::size_t>(columns * rows));
-    for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < columns; ++column) {
-            Light& light = lights[static_cast<std::size_t>(row * columns + column)];
+    std::vector<Light> lights(columns * rows);
+    for (std::size_t row = 0; row < rows; ++row) {
+        for (std::size_t column = 0; column < columns; ++column) {
+            Light& light = lights[row * columns + column];
             light = {13, 15, 27};
             for (const Glow& glow : glows) {
-                const float x =
-                    (static_cast<float>(column * step) / size.width() - glow.x) / glow.radius;
-                const float y = (static_cast<float>(row * step) / size.height() - glow.y) / glow.radius;
+                const float x = (static_cast<float>(column * step) / width - glow.x) / glow.radius;
+                const float y = (static_cast<float>(row * step) / height - glow.y) / glow.radius;
                 const float strength = std::exp(-2.2f * (x * x + y * y));
                 light[0] += strength * glow.red;
                 light[1] += strength * glow.green;
@@ -359,7 +362,7 @@ QImage backdropArt(QSize size) {
     for (int y = 0; y < size.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
         const float down = static_cast<float>(y % step) / step;
-        const Light* above = &lights[static_cast<std::size_t>(y / step * columns)];
+        const Light* above = &lights[static_cast<std::size_t>(y / step) * columns];
         const Light* below = above + columns;
         for (int left = 0; left < size.width(); left += step, ++above, ++below) {
             Light light;

@@ -33,10 +33,10 @@ std::optional<ShownPlace> neighbour(const ShownPages& pages, const GridGeometry&
         return slot >= geometry.columns ? ShownPlace{page, slot - geometry.columns} : *from;
     case Direction::down:
         if (geometry.row(slot) == geometry.row(static_cast<int>(count) - 1))
-            return *from;
+            return from;
         return ShownPlace{page, std::min<qsizetype>(slot + geometry.columns, count - 1)};
     }
-    return *from;
+    return from;
 }
 
 } // namespace tessellar
