@@ -234,7 +234,7 @@ std::expected<IcnsFile, IcnsFile::Error> IcnsFile::parse(const QByteArray& bytes
         if (type->mask != 0) {
             const auto mask =
                 std::ranges::find_if(raw, [&](const Raw& other) { return other.type == type->mask; });
-            if (mask != raw.end() && mask->data.size() >= entry->side * entry->side)
+            if (mask != raw.end() && mask->data.size() >= qsizetype(entry->side) * entry->side)
                 entry->mask = mask->data;
         }
         file._entries.append(*entry);

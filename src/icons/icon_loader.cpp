@@ -77,7 +77,7 @@ void IconLoader::start(const IconWish& wish) {
 
 void IconLoader::startWaiting() {
     // Few at a time: what the user turns to next is not to wait behind a long queue.
-    const std::size_t few = 2 * _workers.threadCount();
+    const std::size_t few = std::size_t(2) * _workers.threadCount();
     const qsizetype bytes = qsizetype(4) * _side * _side;
     while (!_waiting.isEmpty() && _running.size() < few) {
         const qsizetype promised = static_cast<qsizetype>(_running.size() + 1) * bytes;
