@@ -3,7 +3,9 @@
 #include "platform/for_each_index.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <set>
 
 namespace tessellar {
 
@@ -168,28 +170,63 @@ private:
     const Calendar& _calendar;
 };
 
-/// How one rule judges: each of its field's values, and a missing one.
+/// How one rule judges: a missing fact, and each of its field's values.
 struct Verdicts {
-    std::vector<char> matches; ///< by slot
-    bool missingMatches = false;
+    std::vector<char> matches; ///< the first of a missing one, then by slot
     const std::vector<int>* slots = nullptr;
+    bool isUndecidedSomewhere = false;
+
+    char of(std::size_t place) const {
+        return matches[static_cast<std::size_t>((*slots)[place] - SmartFolderFactsIndex::missing)];
+    }
 };
 
 template <typename Kind>
 Verdicts judge(const SmartFolderRuleOf<Kind>& rule, const SmartFolderFactsIndex& index,
                const Tests& tests) {
     const auto& column = index.column(rule.field);
-    Verdicts verdicts{.missingMatches = std::holds_alternative<IsUnknown>(rule.predicate),
-                      .slots = &column.slots};
-    verdicts.matches.reserve(column.values.size());
+    const bool missingMatches = std::holds_alternative<IsUnknown>(rule.predicate);
+    Verdicts verdicts{.matches = std::vector<char>(column.values.size() + 1, missingMatches),
+                      .slots = &column.slots,
+                      .isUndecidedSomewhere = column.hasMissing && !missingMatches};
     std::visit(
         [&](const auto& asked) {
-            const auto test = tests(asked);
-            for (const auto& value : column.values)
-                verdicts.matches.push_back(test(value));
+            std::ranges::transform(column.values, verdicts.matches.begin() + 1, tests(asked));
         },
         rule.predicate);
     return verdicts;
+}
+
+/// Has each fact and order that the definitions ask for made ready by one thread: else, as all ask for
+/// much the same, each thread would wait for what another is at.
+void makeReady(const QList<SmartFolderDefinition>& definitions, const SmartFolderFactsIndex& index,
+               const std::stop_token& stop) {
+    const auto sort = [&](SmartFolderSortField field) {
+        return [&index, field] { (void)index.order(field, SmartFolderSortDirection::ascending); };
+    };
+    // Every order begins with that of the names.
+    std::vector<std::function<void()>> facts{sort("name")};
+    std::vector<std::function<void()>> orders;
+    std::set<std::pair<std::size_t, std::size_t>> asked;
+    std::set<std::size_t> sorted;
+    for (const SmartFolderDefinition& definition : definitions) {
+        for (const SmartFolderRule& rule : definition.rules) {
+            std::visit(
+                [&](const auto& r) {
+                    if (asked.emplace(rule.index(), r.field.index()).second)
+                        facts.emplace_back([&index, field = r.field] { (void)index.column(field); });
+                },
+                rule);
+        }
+        if (sorted.insert(definition.sort.field.index()).second)
+            orders.emplace_back(sort(definition.sort.field));
+    }
+    for (const auto& tasks : {facts, orders}) {
+        forEachIndex(static_cast<qsizetype>(tasks.size()), threadCount, 1, [&](qsizetype i) {
+            if (!stop.stop_requested())
+                tasks[static_cast<std::size_t>(i)]();
+        });
+    }
 }
 
 } // namespace
@@ -222,14 +259,11 @@ SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition
     for (const SmartFolderRule& rule : definition.rules) {
         const Verdicts verdicts =
             std::visit([&](const auto& r) { return judge(r, index, tests); }, rule);
-        bool someMissing = false;
         for (std::size_t place = 0; place < count; ++place) {
-            const int slot = (*verdicts.slots)[place];
-            someMissing |= slot < 0;
-            const char matches = slot < 0 ? verdicts.missingMatches : verdicts.matches[slot];
+            const char matches = verdicts.of(place);
             included[place] = all ? included[place] & matches : included[place] | matches;
         }
-        if (someMissing && !verdicts.missingMatches)
+        if (verdicts.isUndecidedSomewhere)
             result.unknownRuleIDs.insert(ruleID(rule));
     }
 
@@ -256,6 +290,7 @@ QList<SmartFolderEvaluation>
 SmartFolderEvaluator::evaluateAll(const QList<SmartFolderDefinition>& definitions,
                                   const SmartFolderFactsIndex& index, Instant now,
                                   const Calendar& calendar, const std::stop_token& stop) {
+    makeReady(definitions, index, stop);
     std::vector<SmartFolderEvaluation> evaluations(static_cast<std::size_t>(definitions.size()));
     forEachIndex(definitions.size(), threadCount, 1, [&, calendar](qsizetype i) {
         if (!stop.stop_requested())

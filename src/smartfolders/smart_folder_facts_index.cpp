@@ -160,7 +160,8 @@ auto SmartFolderFactsIndex::read(SmartFolderField<Kind> field) const -> Column<K
     for (qsizetype place = 0; place < _facts.size(); ++place) {
         const auto fact = field.row().read(subject(place));
         if (!fact) {
-            column.slots.push_back(Column<Kind>::missing);
+            column.slots.push_back(missing);
+            column.hasMissing = true;
         } else if constexpr (isInterned<Kind>) {
             column.slots.push_back(interner.slotOf(*fact));
         } else {

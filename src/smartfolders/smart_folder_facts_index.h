@@ -57,12 +57,14 @@ public:
     /// A key whose order is that of `compareNumeric`, and cheaper to compare.
     static std::u16string versionSortKey(QStringView version);
 
+    /// The slot of a fact that is missing.
+    static constexpr int missing = -1;
     /// One field of all applications.
     template <typename Kind>
     struct Column {
-        static constexpr int missing = -1;
         QList<typename Kind::Fact> raw; ///< the facts, mostly without repetition: many share a category
         std::vector<SmartFolderComparable<Kind>> values; ///< the same as they are compared
+        bool hasMissing = false;
         std::vector<int> slots; ///< for each application the place in both, or `missing`
     };
     template <typename Kind>
