@@ -7,40 +7,46 @@ namespace tessellar {
 namespace {
 
 /// Never enough by themselves to tie a folder to one application.
-constexpr std::array vendorWords{
-    "google",  "microsoft", "adobe", "apple",      "mozilla",  "logitech", "logi",
-    "amazon",  "jetbrains", "steam", "epic games", "blizzard", "valve",    "native instruments",
-    "company", "vendor"};
+constexpr auto vendorWords = std::to_array<std::string_view>(
+    {"google", "microsoft", "adobe", "apple", "mozilla", "logitech", "logi", "amazon", "jetbrains",
+     "steam", "epic games", "blizzard", "valve", "native instruments", "company", "vendor"});
 /// Names of parts that every application has.
-constexpr std::array genericWords{"app",     "application", "main",        "core",     "data",
-                                  "cache",   "caches",      "preferences", "settings", "update",
-                                  "updater", "helper",      "agent",       "install",  "installer",
-                                  "service", "tools",       "utility",     "support"};
-constexpr std::array siblingWords{
-    "alpha", "beta",     "canary", "ce",   "community", "dev",     "developer", "ea", "eap",  "edu",
-    "free",  "insiders", "lite",   "next", "nightly",   "preview", "pro",       "rc", "trial"};
+constexpr auto genericWords =
+    std::to_array<std::string_view>({"app", "application", "main", "core", "data", "cache", "caches",
+                                     "preferences", "settings", "update", "updater", "helper", "agent",
+                                     "install", "installer", "service", "tools", "utility", "support"});
+constexpr auto siblingWords = std::to_array<std::string_view>(
+    {"alpha", "beta", "canary", "ce", "community", "dev", "developer", "ea", "eap", "edu", "free",
+     "insiders", "lite", "next", "nightly", "preview", "pro", "rc", "trial"});
 
 constexpr std::array<std::string_view, 3> suffixes{".savedState", ".plist", ".binarycookies"};
 /// Letters that a word needs before it is looked for inside of names.
 constexpr int fewestLetters = 4;
 constexpr qsizetype longestIdentifier = 255;
 
+std::string_view textOf(QByteArrayView bytes) {
+    return {bytes.data(), static_cast<std::size_t>(bytes.size())};
+}
+
 template <typename Words>
 bool isOneOf(QByteArrayView word, const Words& words) {
-    return std::ranges::any_of(words, [&](const char* known) { return word == QByteArrayView(known); });
+    return std::ranges::find(words, textOf(word)) != words.end();
 }
 
 QByteArray comparable(const QString& text) {
     return text.normalized(QString::NormalizationForm_C).toLower().toUtf8();
 }
 
-std::string_view textOf(QByteArrayView bytes) {
-    return {bytes.data(), static_cast<std::size_t>(bytes.size())};
-}
-
-int letterCount(const QString& text) {
-    return static_cast<int>(
-        std::ranges::count_if(text.toUcs4(), [](char32_t c) { return QChar::isLetter(c); }));
+/// How many of a text's characters are of a kind.
+int countOf(QStringView text, bool (*isOfKind)(char32_t)) {
+    int count = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        char32_t c = text[i].unicode();
+        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+            c = QChar::surrogateToUcs4(text[i], text[i + 1]);
+        count += !QChar::isLowSurrogate(c) && isOfKind(c);
+    }
+    return count;
 }
 
 /// The identifier in lower case, or nothing when it cannot be one.
@@ -81,16 +87,15 @@ public:
 
 private:
     void addWord(const QString& word) {
-        if (letterCount(word) >= fewestLetters)
+        if (countOf(word, QChar::isLetter) >= fewestLetters)
             add(word);
     }
     void add(const QString& text) {
         const QByteArray bytes = text.toUtf8();
-        const bool saysSomething =
-            std::ranges::any_of(text.toUcs4(), [](char32_t c) { return QChar::isLetterOrNumber(c); });
-        if (!saysSomething || isOneOf(bytes, genericWords) || isOneOf(bytes, vendorWords))
+        if (countOf(text, QChar::isLetterOrNumber) == 0 || isOneOf(bytes, genericWords) ||
+            isOneOf(bytes, vendorWords))
             return;
-        const NameToken token{bytes, letterCount(text) >= fewestLetters};
+        const NameToken token{bytes, countOf(text, QChar::isLetter) >= fewestLetters};
         if (!_tokens.contains(token))
             _tokens.append(token);
     }
