@@ -103,6 +103,14 @@ private:
     QList<NameToken>& _tokens;
 };
 
+QList<NameToken> tokensOf(const QStringList& names) {
+    QList<NameToken> tokens;
+    TokenCollector collector(tokens);
+    for (const QString& name : names)
+        collector.addName(name);
+    return tokens;
+}
+
 bool extends(QByteArrayView name, QByteArrayView identifier) {
     return name.size() > identifier.size() && name[identifier.size()] == '.' &&
            name.startsWith(identifier);
@@ -141,11 +149,9 @@ MatchingName::MatchingName(QByteArrayView name) {
 
 ApplicationNames::ApplicationNames(const CleanupApplication& application)
     : _identifier(usableIdentifier(application.bundleIdentifier))
-    , _isApple(_identifier == "com.apple" || _identifier.startsWith("com.apple.")) {
+    , _isApple(_identifier == "com.apple" || _identifier.startsWith("com.apple."))
+    , _tokens(tokensOf(application.names)) {
     _ownsExtensions = _identifier.count('.') >= 2 && !_isApple;
-    TokenCollector collector(_tokens);
-    for (const QString& name : application.names)
-        collector.addName(name);
     for (const NameToken& token : std::as_const(_tokens))
         if (token.countsInside)
             _inside.emplace_back(token.text);
@@ -171,19 +177,14 @@ std::optional<ApplicationNames::Grade> ApplicationNames::grade(const MatchingNam
 }
 
 InstalledClaims::InstalledClaims(const QList<CleanupApplication>& others) {
-    Texts inside;
     for (const CleanupApplication& other : others) {
-        const ApplicationNames names(other);
-        if (!names.identifier().isEmpty())
-            _identifiers.insert(names.identifier().toStdString());
-        for (const NameToken& token : names.tokens()) {
-            _tokens.insert(token.text.toStdString());
-            if (token.countsInside)
-                inside.insert(token.text.toStdString());
-        }
+        if (const QByteArray identifier = usableIdentifier(other.bundleIdentifier);
+            !identifier.isEmpty())
+            _identifiers.insert(identifier.toStdString());
+        for (const NameToken& token : tokensOf(other.names))
+            if (_tokens.insert(token.text.toStdString()).second && token.countsInside)
+                _inside.emplace_back(token.text);
     }
-    for (const std::string& text : inside)
-        _inside.emplace_back(QByteArray::fromStdString(text));
 }
 
 /// Visits what stands before and after each dot.

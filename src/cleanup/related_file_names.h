@@ -69,7 +69,6 @@ public:
     /// vendor's ("com.acme"), and who says "com.apple" may be anybody.
     bool ownsExtensions() const { return _ownsExtensions; }
     bool isApple() const { return _isApple; }
-    const QList<NameToken>& tokens() const { return _tokens; }
 
     std::optional<Grade> grade(const MatchingName& name) const;
 

@@ -519,7 +519,13 @@ bool FileSystem::isWithin(const QString& path, const QString& directory) {
 }
 
 QString FileSystem::joined(const QString& directory, const QString& name) {
-    return directory.endsWith(u'/') ? directory + name : directory + u'/' + name;
+    QString path;
+    path.reserve(directory.size() + 1 + name.size());
+    path += directory;
+    if (!directory.endsWith(u'/'))
+        path += u'/';
+    path += name;
+    return path;
 }
 
 QString FileSystem::fileName(const QString& path) { return path.sliced(path.lastIndexOf(u'/') + 1); }
