@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <limits>
 #include <set>
 
 namespace tessellar {
@@ -197,6 +196,53 @@ Verdicts judge(const SmartFolderRuleOf<Kind>& rule, const SmartFolderFactsIndex&
     return verdicts;
 }
 
+/// What a definition shows, as places in the index.
+struct Selection {
+    std::vector<int> places; ///< sorted, no more than the limit
+    QSet<QUuid> unknownRuleIDs;
+};
+
+Selection select(const SmartFolderDefinition& definition, const SmartFolderFactsIndex& index,
+                 Instant now, const Calendar& calendar) {
+    Selection selection;
+    if (!validationIssues(definition).isEmpty())
+        return selection;
+
+    const std::size_t count = index.facts().size();
+    const bool all = definition.matchMode == SmartFolderMatchMode::all;
+    const Tests tests(index, now, calendar);
+    std::vector<char> included(count, all);
+    for (const SmartFolderRule& rule : definition.rules) {
+        const Verdicts verdicts =
+            std::visit([&](const auto& r) { return judge(r, index, tests); }, rule);
+        for (std::size_t place = 0; place < count; ++place) {
+            const char matches = verdicts.of(place);
+            included[place] = all ? included[place] & matches : included[place] | matches;
+        }
+        if (verdicts.isUndecidedSomewhere)
+            selection.unknownRuleIDs.insert(ruleID(rule));
+    }
+
+    const auto found = static_cast<qint64>(std::ranges::count(included, char(true)));
+    const qint64 limit = std::min(definition.resultLimit.value_or(found), found);
+    selection.places.reserve(static_cast<std::size_t>(limit));
+    for (const int place : index.order(definition.sort.field, definition.sort.direction)) {
+        if (static_cast<qint64>(selection.places.size()) >= limit)
+            break;
+        if (included[place])
+            selection.places.push_back(place);
+    }
+    return selection;
+}
+
+SmartFolderEvaluation evaluationOf(Selection selection, const SmartFolderFactsIndex& index) {
+    SmartFolderEvaluation evaluation{.unknownRuleIDs = std::move(selection.unknownRuleIDs)};
+    evaluation.matches.reserve(static_cast<qsizetype>(selection.places.size()));
+    for (const int place : selection.places)
+        evaluation.matches.append(index.facts().at(place));
+    return evaluation;
+}
+
 /// Has each fact and order that the definitions ask for made ready by one thread: else, as all ask for
 /// much the same, each thread would wait for what another is at.
 void makeReady(const QList<SmartFolderDefinition>& definitions, const SmartFolderFactsIndex& index,
@@ -248,35 +294,7 @@ bool SmartFolderEvaluation::operator==(const SmartFolderEvaluation& other) const
 SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition& definition,
                                                      const SmartFolderFactsIndex& index, Instant now,
                                                      const Calendar& calendar) {
-    SmartFolderEvaluation result;
-    if (!validationIssues(definition).isEmpty())
-        return result;
-
-    const std::size_t count = index.facts().size();
-    const bool all = definition.matchMode == SmartFolderMatchMode::all;
-    const Tests tests(index, now, calendar);
-    std::vector<char> included(count, all);
-    for (const SmartFolderRule& rule : definition.rules) {
-        const Verdicts verdicts =
-            std::visit([&](const auto& r) { return judge(r, index, tests); }, rule);
-        for (std::size_t place = 0; place < count; ++place) {
-            const char matches = verdicts.of(place);
-            included[place] = all ? included[place] & matches : included[place] | matches;
-        }
-        if (verdicts.isUndecidedSomewhere)
-            result.unknownRuleIDs.insert(ruleID(rule));
-    }
-
-    const auto found = std::ranges::count(included, char(true));
-    const qint64 limit = definition.resultLimit.value_or(std::numeric_limits<qint64>::max());
-    result.matches.reserve(std::min<qint64>(limit, found));
-    for (const int place : index.order(definition.sort.field, definition.sort.direction)) {
-        if (result.matches.size() >= limit)
-            break;
-        if (included[place])
-            result.matches.append(index.facts().at(place));
-    }
-    return result;
+    return evaluationOf(select(definition, index, now, calendar), index);
 }
 
 SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition& definition,
@@ -291,13 +309,17 @@ SmartFolderEvaluator::evaluateAll(const QList<SmartFolderDefinition>& definition
                                   const SmartFolderFactsIndex& index, Instant now,
                                   const Calendar& calendar, const std::stop_token& stop) {
     makeReady(definitions, index, stop);
-    std::vector<SmartFolderEvaluation> evaluations(static_cast<std::size_t>(definitions.size()));
+    std::vector<Selection> selections(static_cast<std::size_t>(definitions.size()));
     forEachIndex(definitions.size(), threadCount, 1, [&, calendar](qsizetype i) {
         if (!stop.stop_requested())
-            evaluations[static_cast<std::size_t>(i)] =
-                evaluate(definitions.at(i), index, now, calendar);
+            selections[static_cast<std::size_t>(i)] = select(definitions.at(i), index, now, calendar);
     });
-    return {std::make_move_iterator(evaluations.begin()), std::make_move_iterator(evaluations.end())};
+    // By one thread: two would wait for each other at every record's count of owners.
+    QList<SmartFolderEvaluation> evaluations;
+    evaluations.reserve(definitions.size());
+    for (Selection& selection : selections)
+        evaluations.append(evaluationOf(std::move(selection), index));
+    return evaluations;
 }
 
 } // namespace tessellar
