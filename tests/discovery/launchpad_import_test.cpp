@@ -340,8 +340,9 @@ TEST_F(LaunchpadImportTest, ReadsOneMomentOfADatabaseThatIsBeingWritten) {
         int read = 0;
         for (int i = 0; i < 20; ++i) {
             const auto snapshot = LaunchpadSnapshot::take(machine.files, path, temporary.path());
-            if (!snapshot) {
-                EXPECT_FALSE(withLog) << snapshot.error().detail.toStdString();
+            if (!snapshot) { // It may never come to rest for long enough: then it is refused.
+                EXPECT_EQ(snapshot.error().detail,
+                          u"The database kept changing while it was copied."_s);
                 continue;
             }
             const auto rows = readLaunchpadRows(snapshot->hostPath());
@@ -353,7 +354,8 @@ TEST_F(LaunchpadImportTest, ReadsOneMomentOfADatabaseThatIsBeingWritten) {
         }
         writer.request_stop();
         writer.join();
-        EXPECT_TRUE(!withLog || read == 20);
+        EXPECT_TRUE(!withLog || read > 0);
+        EXPECT_TRUE(LaunchpadSnapshot::take(machine.files, path, temporary.path()));
         RecordProperty(withLog ? "with_log" : "with_journal", read);
     }
 }
