@@ -30,7 +30,7 @@ struct Request {
 
 template <>
 struct json::Fields<Request> {
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required("words", &Request::words), defaulted("json", &Request::json),
         defaulted("oneLine", &Request::oneLine), defaulted("showsProgress", &Request::showsProgress),
         optional("mode", &Request::mode), defaulted("directory", &Request::directory),

@@ -191,15 +191,15 @@ namespace json {
 template <>
 struct Fields<AppScanner::IncompleteBundle> {
     static constexpr auto list =
-        std::tuple(required("path", &AppScanner::IncompleteBundle::path),
-                   optional("fileIdentifier", &AppScanner::IncompleteBundle::fileIdentifier));
+        fields(required("path", &AppScanner::IncompleteBundle::path),
+               optional("fileIdentifier", &AppScanner::IncompleteBundle::fileIdentifier));
 };
 template <>
 struct Fields<AppScanner::LibraryScan> {
     static constexpr auto list =
-        std::tuple(required("apps", &AppScanner::LibraryScan::apps),
-                   required("incompleteBundles", &AppScanner::LibraryScan::incompleteBundles),
-                   required("watchableDirectories", &AppScanner::LibraryScan::watchableDirectories));
+        fields(required("apps", &AppScanner::LibraryScan::apps),
+               required("incompleteBundles", &AppScanner::LibraryScan::incompleteBundles),
+               required("watchableDirectories", &AppScanner::LibraryScan::watchableDirectories));
 };
 
 } // namespace json

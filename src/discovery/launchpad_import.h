@@ -119,7 +119,7 @@ namespace json {
 template <>
 struct Fields<LegacyLaunchpadImportMetadata> {
     using M = LegacyLaunchpadImportMetadata;
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required("sourceDatabasePath", &M::sourceDatabasePath),
         required<Iso8601>("importedAt", &M::importedAt), required("appCount", &M::appCount),
         required("folderCount", &M::folderCount), required("itemCount", &M::itemCount),

@@ -53,8 +53,8 @@ template <>
 struct Fields<TileClipboardPayload> {
     using P = TileClipboardPayload;
     static constexpr auto list =
-        std::tuple(required("version", &P::version), required("items", &P::items),
-                   required("operation", &P::operation), optional("sourceMode", &P::sourceMode));
+        fields(required("version", &P::version), required("items", &P::items),
+               required("operation", &P::operation), optional("sourceMode", &P::sourceMode));
 };
 
 } // namespace json

@@ -43,9 +43,9 @@ template <>
 struct Fields<MoveRecord> {
     using T = MoveRecord;
     static constexpr auto list =
-        std::tuple(required<Whole>("user", &T::user), required("original", &T::original),
-                   required("trashed", &T::trashed), required("identity", &T::identity),
-                   required<Whole>("owner", &T::owner), required<Whole>("mode", &T::mode));
+        fields(required<Whole>("user", &T::user), required("original", &T::original),
+               required("trashed", &T::trashed), required("identity", &T::identity),
+               required<Whole>("owner", &T::owner), required<Whole>("mode", &T::mode));
 };
 } // namespace json
 } // namespace tessellar

@@ -25,8 +25,8 @@ struct AppliedIconRecord {
 template <>
 struct json::Fields<AppliedIconRecord> {
     static constexpr auto list =
-        std::tuple(required("appPath", &AppliedIconRecord::appPath),
-                   required("originalIconWasCustom", &AppliedIconRecord::originalIconWasCustom));
+        fields(required("appPath", &AppliedIconRecord::appPath),
+               required("originalIconWasCustom", &AppliedIconRecord::originalIconWasCustom));
 };
 
 /// The icons that the user gave to applications: for each app key a private copy of an `.icns` file,

@@ -18,8 +18,8 @@ const QString bytesKey = QStringLiteral("bytes");
 namespace json {
 template <>
 struct Fields<RecordDocument> {
-    static constexpr auto list = std::tuple(required("version", &RecordDocument::version),
-                                            required("records", &RecordDocument::records));
+    static constexpr auto list = fields(required("version", &RecordDocument::version),
+                                        required("records", &RecordDocument::records));
 };
 
 Decoded<QString> DiskPath::decode(const QJsonValue& value) {

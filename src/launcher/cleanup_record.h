@@ -83,7 +83,7 @@ struct DiskPath {
 template <>
 struct Fields<RelatedFile> {
     using T = RelatedFile;
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required<DiskPath>("path", &T::path), required("location", &T::location),
         required("domain", &T::domain), required("match", &T::match),
         required("needsAdministrator", &T::needsAdministrator), required("identity", &T::identity));
@@ -92,23 +92,23 @@ template <>
 struct Fields<CleanupItemResult> {
     using T = CleanupItemResult;
     static constexpr auto list =
-        std::tuple(required("item", &T::item), optional<DiskPath>("trashedPath", &T::trashedPath),
-                   required("isByHelper", &T::isByHelper));
+        fields(required("item", &T::item), optional<DiskPath>("trashedPath", &T::trashedPath),
+               required("isByHelper", &T::isByHelper));
 };
 template <>
 struct Fields<RemovedTile> {
     using T = RemovedTile;
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required("mode", &T::mode), required("entry", &T::entry), optional("folder", &T::folder),
         required("page", &T::page), required("index", &T::index), defaulted("isHidden", &T::isHidden));
 };
 template <>
 struct Fields<CleanupRecord> {
     using T = CleanupRecord;
-    static constexpr auto list = std::tuple(
-        required("id", &T::id), required("name", &T::name), required<DiskPath>("path", &T::path),
-        optional("bundleIdentifier", &T::bundleIdentifier), required("removedAt", &T::removedAt),
-        required("items", &T::items), required("tiles", &T::tiles));
+    static constexpr auto list =
+        fields(required("id", &T::id), required("name", &T::name), required<DiskPath>("path", &T::path),
+               optional("bundleIdentifier", &T::bundleIdentifier), required("removedAt", &T::removedAt),
+               required("items", &T::items), required("tiles", &T::tiles));
 };
 
 } // namespace json

@@ -41,7 +41,7 @@ struct json::RawValues<LibraryNotice::Kind> {
 template <>
 struct json::Fields<LibraryNotice> {
     static constexpr auto list =
-        std::tuple(required("event", &LibraryNotice::kind), required("paths", &LibraryNotice::paths));
+        fields(required("event", &LibraryNotice::kind), required("paths", &LibraryNotice::paths));
 };
 
 /// Lets the launcher follow what happens to the installed applications, from `start` on: what comes and

@@ -126,16 +126,16 @@ std::optional<QString> categoryDisplayName(const QString& category) {
 namespace json {
 
 static constexpr auto appFields =
-    std::tuple(required("id", &AppEntry::id), optional("bundleIdentifier", &AppEntry::bundleIdentifier),
-               required("name", &AppEntry::name), defaulted("originalName", &AppEntry::originalName),
-               required<BundleUrl>("path", &AppEntry::path), required("source", &AppEntry::source),
-               optional("category", &AppEntry::category),
-               defaulted("isDuplicateBundleIdentifier", &AppEntry::isDuplicateBundleIdentifier),
-               optional("alias", &AppEntry::alias));
+    fields(required("id", &AppEntry::id), optional("bundleIdentifier", &AppEntry::bundleIdentifier),
+           required("name", &AppEntry::name), defaulted("originalName", &AppEntry::originalName),
+           required<BundleUrl>("path", &AppEntry::path), required("source", &AppEntry::source),
+           optional("category", &AppEntry::category),
+           defaulted("isDuplicateBundleIdentifier", &AppEntry::isDuplicateBundleIdentifier),
+           optional("alias", &AppEntry::alias));
 
 static constexpr auto folderFields =
-    std::tuple(required("id", &FolderEntry::id), required("name", &FolderEntry::name),
-               optional("customSymbolName", &FolderEntry::customSymbolName));
+    fields(required("id", &FolderEntry::id), required("name", &FolderEntry::name),
+           optional("customSymbolName", &FolderEntry::customSymbolName));
 
 // Most paths are plain ASCII, and their URLs the same text: QUrl, which costs more than all the rest of
 // a tile, is asked about the others alone.

@@ -128,12 +128,11 @@ struct BundleUrl {
 
 template <>
 struct Fields<AppAliasReference> {
-    static constexpr auto list = std::tuple(required("appKey", &AppAliasReference::appKey));
+    static constexpr auto list = fields(required("appKey", &AppAliasReference::appKey));
 };
 template <>
 struct Fields<SmartFolderReference> {
-    static constexpr auto list =
-        std::tuple(required("definitionID", &SmartFolderReference::definitionID));
+    static constexpr auto list = fields(required("definitionID", &SmartFolderReference::definitionID));
 };
 
 template <>

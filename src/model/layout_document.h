@@ -121,33 +121,33 @@ struct Codec<QSet<QString>> {
 
 template <>
 struct Fields<LayoutDocument> {
-    static constexpr auto list = std::tuple(required("version", &LayoutDocument::version),
-                                            required("pages", &LayoutDocument::pages),
-                                            required("hiddenKeys", &LayoutDocument::hiddenKeys));
+    static constexpr auto list =
+        fields(required("version", &LayoutDocument::version), required("pages", &LayoutDocument::pages),
+               required("hiddenKeys", &LayoutDocument::hiddenKeys));
 };
 template <>
 struct Fields<BackupDocument> {
     static constexpr auto list =
-        std::tuple(required<Iso8601>("createdAt", &BackupDocument::createdAt),
-                   required("reason", &BackupDocument::reason),
-                   optional("sourceDatabasePath", &BackupDocument::sourceDatabasePath),
-                   required("document", &BackupDocument::document));
+        fields(required<Iso8601>("createdAt", &BackupDocument::createdAt),
+               required("reason", &BackupDocument::reason),
+               optional("sourceDatabasePath", &BackupDocument::sourceDatabasePath),
+               required("document", &BackupDocument::document));
 };
 template <>
 struct Fields<SpecialColumn> {
-    static constexpr auto list = std::tuple(required("isVisible", &SpecialColumn::isVisible),
-                                            required("columns", &SpecialColumn::columns),
-                                            required("placement", &SpecialColumn::placement));
+    static constexpr auto list = fields(required("isVisible", &SpecialColumn::isVisible),
+                                        required("columns", &SpecialColumn::columns),
+                                        required("placement", &SpecialColumn::placement));
 };
 template <>
 struct Fields<WindowSize> {
     static constexpr auto list =
-        std::tuple(required("width", &WindowSize::width), required("height", &WindowSize::height));
+        fields(required("width", &WindowSize::width), required("height", &WindowSize::height));
 };
 template <>
 struct Fields<ArrangementLayout> {
     using L = ArrangementLayout;
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required("rows", &L::rows), required("columns", &L::columns),
         required("iconScale", &L::iconScale), optional("tileLabelFontSize", &L::tileLabelFontSize),
         required("windowedIconSize", &L::windowedIconSize),
@@ -160,7 +160,7 @@ struct Fields<ArrangementLayout> {
 };
 template <>
 struct Fields<Arrangement> {
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required("id", &Arrangement::id), required("name", &Arrangement::name),
         required<Iso8601>("createdAt", &Arrangement::createdAt),
         required("document", &Arrangement::document), required("pageCount", &Arrangement::pageCount),
@@ -171,9 +171,9 @@ template <>
 struct Fields<ArrangementSummary> {
     using S = ArrangementSummary;
     static constexpr auto list =
-        std::tuple(required("id", &S::id), required("name", &S::name),
-                   required<Iso8601>("createdAt", &S::createdAt), required("pageCount", &S::pageCount),
-                   required("appCount", &S::appCount), required("folderCount", &S::folderCount));
+        fields(required("id", &S::id), required("name", &S::name),
+               required<Iso8601>("createdAt", &S::createdAt), required("pageCount", &S::pageCount),
+               required("appCount", &S::appCount), required("folderCount", &S::folderCount));
 };
 
 } // namespace json

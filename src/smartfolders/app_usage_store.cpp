@@ -17,9 +17,9 @@ struct UsageDocument {
 namespace json {
 template <>
 struct Fields<UsageDocument> {
-    static constexpr auto list = std::tuple(required("version", &UsageDocument::version),
-                                            defaulted("isComplete", &UsageDocument::isComplete),
-                                            required("records", &UsageDocument::records));
+    static constexpr auto list = fields(required("version", &UsageDocument::version),
+                                        defaulted("isComplete", &UsageDocument::isComplete),
+                                        required("records", &UsageDocument::records));
 };
 } // namespace json
 

@@ -65,8 +65,8 @@ namespace json {
 template <>
 struct Fields<AppUsage> {
     static constexpr auto list =
-        std::tuple(required("firstSeen", &AppUsage::firstSeen),
-                   optional("lastUsed", &AppUsage::lastUsed), defaulted("count", &AppUsage::count));
+        fields(required("firstSeen", &AppUsage::firstSeen), optional("lastUsed", &AppUsage::lastUsed),
+               defaulted("count", &AppUsage::count));
 };
 } // namespace json
 } // namespace tessellar

@@ -60,7 +60,7 @@ namespace json {
 template <>
 struct Fields<SmartFolderAppFacts> {
     using F = SmartFolderAppFacts;
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required("entry", &F::entry), optional("developer", &F::developer),
         optional("publisher", &F::publisher), optional("signingTeamID", &F::signingTeamID),
         optional("version", &F::version), optional("build", &F::build),

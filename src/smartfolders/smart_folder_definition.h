@@ -100,8 +100,8 @@ namespace json {
 template <typename Kind>
 struct Fields<SmartFolderRuleOf<Kind>> {
     using R = SmartFolderRuleOf<Kind>;
-    static constexpr auto list = std::tuple(required("id", &R::id), required("field", &R::field),
-                                            required("predicate", &R::predicate));
+    static constexpr auto list = fields(required("id", &R::id), required("field", &R::field),
+                                        required("predicate", &R::predicate));
 };
 template <>
 struct Cases<SmartFolderRule> {
@@ -112,13 +112,13 @@ template <>
 struct Fields<SmartFolderSortDescriptor> {
     using S = SmartFolderSortDescriptor;
     static constexpr auto list =
-        std::tuple(required("field", &S::field), required("direction", &S::direction));
+        fields(required("field", &S::field), required("direction", &S::direction));
 };
 /// Strict: there are no defaults, and one unknown word refuses the whole definition.
 template <>
 struct Fields<SmartFolderDefinition> {
     using D = SmartFolderDefinition;
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required("id", &D::id), required("name", &D::name),
         optional("customSymbolName", &D::customSymbolName), required("modifiedAt", &D::modifiedAt),
         required("matchMode", &D::matchMode), required("rules", &D::rules), required("sort", &D::sort),

@@ -22,12 +22,12 @@ namespace json {
 
 template <>
 struct Fields<Version> {
-    static constexpr auto list = std::tuple(required("version", &Version::version));
+    static constexpr auto list = fields(required("version", &Version::version));
 };
 template <>
 struct Fields<Document> {
-    static constexpr auto list = std::tuple(required("version", &Document::version),
-                                            required("definitions", &Document::definitions));
+    static constexpr auto list = fields(required("version", &Document::version),
+                                        required("definitions", &Document::definitions));
 };
 
 } // namespace json

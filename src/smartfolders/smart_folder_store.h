@@ -122,9 +122,9 @@ namespace json {
 template <>
 struct Fields<SmartFolderStore::RecoveryMarker> {
     using M = SmartFolderStore::RecoveryMarker;
-    static constexpr auto list = std::tuple(required("version", &M::version),
-                                            required("quarantinedFilename", &M::quarantinedFilename),
-                                            required("quarantinedAt", &M::quarantinedAt));
+    static constexpr auto list = fields(required("version", &M::version),
+                                        required("quarantinedFilename", &M::quarantinedFilename),
+                                        required("quarantinedAt", &M::quarantinedAt));
 };
 } // namespace json
 } // namespace tessellar

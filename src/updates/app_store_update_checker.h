@@ -56,14 +56,14 @@ template <>
 struct Fields<CatalogItem> {
     using I = CatalogItem;
     static constexpr auto list =
-        std::tuple(optional("trackId", &I::trackId), optional<TrimmedText>("version", &I::version),
-                   optional("trackViewUrl", &I::trackViewUrl), optional("bundleId", &I::bundleId),
-                   optional<Codec<QList<QString>>>("supportedDevices", &I::supportedDevices),
-                   optional("artistName", &I::artistName), optional("sellerName", &I::sellerName));
+        fields(optional("trackId", &I::trackId), optional<TrimmedText>("version", &I::version),
+               optional("trackViewUrl", &I::trackViewUrl), optional("bundleId", &I::bundleId),
+               optional<Codec<QList<QString>>>("supportedDevices", &I::supportedDevices),
+               optional("artistName", &I::artistName), optional("sellerName", &I::sellerName));
 };
 template <>
 struct Fields<LookupResponse> {
-    static constexpr auto list = std::tuple(required("results", &LookupResponse::results));
+    static constexpr auto list = fields(required("results", &LookupResponse::results));
 };
 
 } // namespace json

@@ -81,16 +81,16 @@ struct Cases<AppUpdateChannel> {
 };
 template <>
 struct Fields<HomebrewCaskChannel> {
-    static constexpr auto list = std::tuple(required("token", &HomebrewCaskChannel::token));
+    static constexpr auto list = fields(required("token", &HomebrewCaskChannel::token));
 };
 template <>
 struct Fields<MacAppStoreChannel> {
     static constexpr auto list =
-        std::tuple(required("itemIdentifier", &MacAppStoreChannel::itemIdentifier));
+        fields(required("itemIdentifier", &MacAppStoreChannel::itemIdentifier));
 };
 template <>
 struct Fields<SparkleChannel> {
-    static constexpr auto list = std::tuple(required("feedURL", &SparkleChannel::feedUrl));
+    static constexpr auto list = fields(required("feedURL", &SparkleChannel::feedUrl));
 };
 
 template <>
@@ -100,34 +100,34 @@ struct Cases<AppUpdateStatus> {
 };
 template <>
 struct Fields<UpToDate> {
-    static constexpr auto list = std::tuple();
+    static constexpr auto list = fields();
 };
 template <>
 struct Fields<UpdateAvailable> {
-    static constexpr auto list = std::tuple(required("latestVersion", &UpdateAvailable::latestVersion));
+    static constexpr auto list = fields(required("latestVersion", &UpdateAvailable::latestVersion));
 };
 template <>
 struct Fields<UpdateUnsupported> {
-    static constexpr auto list = std::tuple();
+    static constexpr auto list = fields();
 };
 template <>
 struct Fields<UpdateCheckFailed> {
-    static constexpr auto list = std::tuple();
+    static constexpr auto list = fields();
 };
 
 template <>
 struct Fields<AppUpdateRecord> {
     using R = AppUpdateRecord;
     static constexpr auto list =
-        std::tuple(required("status", &R::status), required("checkedAt", &R::checkedAt),
-                   optional("installedVersion", &R::installedVersion),
-                   optional("sourceFingerprint", &R::sourceFingerprint),
-                   optional("lastKnownStatus", &R::lastKnownStatus));
+        fields(required("status", &R::status), required("checkedAt", &R::checkedAt),
+               optional("installedVersion", &R::installedVersion),
+               optional("sourceFingerprint", &R::sourceFingerprint),
+               optional("lastKnownStatus", &R::lastKnownStatus));
 };
 template <>
 struct Fields<AppUpdateCache> {
-    static constexpr auto list = std::tuple(defaulted("records", &AppUpdateCache::records),
-                                            optional("lastCheck", &AppUpdateCache::lastCheck));
+    static constexpr auto list = fields(defaulted("records", &AppUpdateCache::records),
+                                        optional("lastCheck", &AppUpdateCache::lastCheck));
 };
 
 } // namespace json

@@ -40,7 +40,7 @@ Decoded<CaskArtifact> Codec<CaskArtifact>::decode(const QJsonValue& value) {
 }
 
 Decoded<InfoCask> Codec<InfoCask>::decode(const QJsonValue& value) {
-    static constexpr auto list = std::tuple(
+    static constexpr auto list = fields(
         required("token", &InfoCask::token), defaulted("full_token", &InfoCask::fullToken),
         required("version", &InfoCask::version), optional("auto_updates", &InfoCask::autoUpdates));
     auto cask = decodeRecord<InfoCask>(value, list);

@@ -121,12 +121,12 @@ struct Codec<InfoResponse> {
 };
 template <>
 struct Fields<OutdatedCask> {
-    static constexpr auto list = std::tuple(required("name", &OutdatedCask::name),
-                                            required("current_version", &OutdatedCask::currentVersion));
+    static constexpr auto list = fields(required("name", &OutdatedCask::name),
+                                        required("current_version", &OutdatedCask::currentVersion));
 };
 template <>
 struct Fields<OutdatedResponse> {
-    static constexpr auto list = std::tuple(required("casks", &OutdatedResponse::casks));
+    static constexpr auto list = fields(required("casks", &OutdatedResponse::casks));
 };
 
 } // namespace json

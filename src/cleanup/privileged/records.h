@@ -102,47 +102,47 @@ struct Whole {
 
 template <>
 struct Fields<FileIdentity> {
-    static constexpr auto list = std::tuple(required<Whole>("device", &FileIdentity::device),
-                                            required<Whole>("inode", &FileIdentity::inode),
-                                            required("type", &FileIdentity::type));
+    static constexpr auto list =
+        fields(required<Whole>("device", &FileIdentity::device),
+               required<Whole>("inode", &FileIdentity::inode), required("type", &FileIdentity::type));
 };
 template <>
 struct Fields<PrivilegedFileOperationItem> {
     using T = PrivilegedFileOperationItem;
     static constexpr auto list =
-        std::tuple(required("source", &T::source), optional("destination", &T::destination),
-                   optional("approved", &T::approved));
+        fields(required("source", &T::source), optional("destination", &T::destination),
+               optional("approved", &T::approved));
 };
 template <>
 struct Fields<PrivilegedFileOperationRequest> {
     using T = PrivilegedFileOperationRequest;
     static constexpr auto list =
-        std::tuple(required("id", &T::id), required("operation", &T::operation),
-                   required("items", &T::items), required<Data>("authorization", &T::authorization));
+        fields(required("id", &T::id), required("operation", &T::operation),
+               required("items", &T::items), required<Data>("authorization", &T::authorization));
 };
 template <>
 struct Fields<PrivilegedFileOperationOutcome> {
     using T = PrivilegedFileOperationOutcome;
     static constexpr auto list =
-        std::tuple(required("status", &T::status), optional("message", &T::message),
-                   optional("destination", &T::destination));
+        fields(required("status", &T::status), optional("message", &T::message),
+               optional("destination", &T::destination));
 };
 template <>
 struct Fields<PrivilegedFileOperationResponse> {
     using T = PrivilegedFileOperationResponse;
-    static constexpr auto list = std::tuple(required("id", &T::id), required("outcomes", &T::outcomes),
-                                            optional("error", &T::error));
+    static constexpr auto list = fields(required("id", &T::id), required("outcomes", &T::outcomes),
+                                        optional("error", &T::error));
 };
 template <>
 struct Fields<HelperChallenge> {
-    static constexpr auto list = std::tuple(required<Data>("nonce", &HelperChallenge::nonce));
+    static constexpr auto list = fields(required<Data>("nonce", &HelperChallenge::nonce));
 };
 template <>
 struct Fields<AdministratorApproval> {
     using T = AdministratorApproval;
     static constexpr auto list =
-        std::tuple(required<Data>("nonce", &T::nonce), required<Data>("digest", &T::digest),
-                   required<Data>("grant", &T::grant));
+        fields(required<Data>("nonce", &T::nonce), required<Data>("digest", &T::digest),
+               required<Data>("grant", &T::grant));
 };
 
 } // namespace json
