@@ -7,18 +7,13 @@
 namespace tessellar {
 namespace {
 
-LauncherWindowMode other(LauncherWindowMode mode) {
-    return mode == LauncherWindowMode::fullScreen ? LauncherWindowMode::windowed
-                                                  : LauncherWindowMode::fullScreen;
-}
-
 bool hasDocuments(const LayoutUndoState& present, const LayoutUndoState& wanted) {
     const auto has = [&](LauncherWindowMode mode) {
         const LayoutDocument* want = wanted.documentOf(mode);
         const LayoutDocument* have = present.documentOf(mode);
         return !want || (have && *have == *want);
     };
-    return has(wanted.mode) && has(other(wanted.mode));
+    return has(wanted.mode) && has(otherMode(wanted.mode));
 }
 
 /// The tiles of the page that a state shows, by slot, and whose page it is.

@@ -225,12 +225,9 @@ LauncherError LauncherCleanup::stillOpen(const QString& name) {
 
 QList<RemovedTile> LauncherCleanup::tilesOf(const QString& key) const {
     const LauncherWindowMode shown = _launcher.mode();
-    const LauncherWindowMode other = shown == LauncherWindowMode::fullScreen
-                                         ? LauncherWindowMode::windowed
-                                         : LauncherWindowMode::fullScreen;
     QList<RemovedTile> tiles;
-    for (const auto& [mode, document] :
-         {std::pair{shown, _launcher.document()}, std::pair{other, _launcher.otherDocument()}}) {
+    for (const auto& [mode, document] : {std::pair{shown, _launcher.document()},
+                                         std::pair{otherMode(shown), _launcher.otherDocument()}}) {
         forEachItem(document.pages, [&](const LaunchpadItem& item) {
             if (item.app() && appKey(*item.app()) == key)
                 if (const auto location = locate(document.pages, item.id()))

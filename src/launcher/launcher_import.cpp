@@ -112,8 +112,7 @@ LauncherImport::apply(const NativeLaunchpadImportResult& imported) {
         return std::unexpected(underImportTitle(guard.error()));
     LegacyLaunchpadImportMetadata metadata = imported.metadata;
     const auto backup = launcher._store.makeBackup(QStringLiteral("legacy-launchpad-import"),
-                                                   metadata.sourceDatabasePath, launcher.pages(),
-                                                   launcher.hiddenKeys());
+                                                   metadata.sourceDatabasePath, launcher.document());
     if (!backup)
         return std::unexpected(launcherError(backup.error(), LaunchpadImportTexts::failureTitle()));
     metadata.backupPath = *backup;
@@ -125,7 +124,7 @@ LauncherImport::apply(const NativeLaunchpadImportResult& imported) {
     if (const auto saved = launcher.saveNow(LaunchpadImportTexts::failureTitle()); !saved) {
         launcher.live() = liveBefore;
         // What could not be written would be tried again: the arrangement as it was takes its place.
-        launcher._store.scheduleSave(launcher.pages(), launcher.hiddenKeys());
+        launcher._store.scheduleSave(launcher.mode(), launcher.document());
         return std::unexpected(saved.error());
     }
     launcher.changed(LauncherChange::layout);

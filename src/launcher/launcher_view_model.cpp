@@ -15,6 +15,7 @@ using StorageCode = LayoutStore::StorageError::Code;
 LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode, Pasteboard* pasteboard)
     : _machine(machine)
     , _store(machine, LayoutStore::defaultDirectory(machine.places))
+    , _mode(mode)
     , _smartFolders(machine, SmartFolderLibrary::defaultDirectory(machine.places),
                     [this] {
                         _editor->invalidateSearch();
@@ -27,9 +28,7 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode mode, 
     , _launchpadImport(std::make_unique<LauncherImport>(*this, machine))
     , _libraryWatch(std::make_unique<LibraryWatch>(*this, machine))
     , _cleanup(std::make_unique<LauncherCleanup>(*this, machine))
-    , _smartFolderEditing(std::make_unique<SmartFolderEditing>(*this, machine)) {
-    (void)_store.setActiveMode(mode);
-}
+    , _smartFolderEditing(std::make_unique<SmartFolderEditing>(*this, machine)) {}
 
 LauncherViewModel::~LauncherViewModel() { (void)quit(); }
 
@@ -57,7 +56,7 @@ void LauncherViewModel::changed(LauncherChange change) {
 // ---- start and end
 
 void LauncherViewModel::start() {
-    inEachMode([&] { _loaded[static_cast<std::size_t>(mode())] = _store.load(); });
+    inEachMode([&] { _loaded[static_cast<std::size_t>(mode())] = _store.load(mode()); });
     _smartFolders.load();
     if (const auto& failure = _smartFolders.failure())
         alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
@@ -107,14 +106,10 @@ LauncherViewModel::Outcome LauncherViewModel::quit() {
 }
 
 void LauncherViewModel::inEachMode(const std::function<void()>& step) {
-    const LauncherWindowMode shown = mode();
-    const LauncherWindowMode other = shown == LauncherWindowMode::fullScreen
-                                         ? LauncherWindowMode::windowed
-                                         : LauncherWindowMode::fullScreen;
     step();
-    (void)_store.setActiveMode(other);
+    _mode = otherMode(_mode);
     step();
-    (void)_store.setActiveMode(shown);
+    _mode = otherMode(_mode);
 }
 
 // ---- scans and merges
@@ -187,7 +182,7 @@ void LauncherViewModel::finishRescan(AppScanner::LibraryScan scan) {
         const QSet<QString> unavailable = live().unavailableAppKeys;
         const bool differs = applyLayout(before.pages, before.hiddenKeys, ApplyKind::rescan);
         if (differs)
-            _store.scheduleSave(pages(), hiddenKeys());
+            _store.scheduleSave(mode(), document());
         shownChanged = shownChanged || differs || unavailable != live().unavailableAppKeys;
     });
     if (shownChanged)
@@ -235,7 +230,7 @@ bool LauncherViewModel::applyLayout(const Pages& pages, const QSet<QString>& hid
 }
 
 LauncherViewModel::Outcome LauncherViewModel::saveNow(const QString& title) {
-    if (const auto saved = _store.saveNow(pages(), hiddenKeys()); !saved)
+    if (const auto saved = _store.saveNow(mode(), document()); !saved)
         return std::unexpected(launcherError(saved.error(), title));
     return {};
 }
@@ -313,7 +308,7 @@ LauncherViewModel::Outcome LauncherViewModel::resetLayout() {
     if (!_isBootstrapped)
         return std::unexpected(
             launcherError(LayoutStore::StorageError{StorageCode::layoutNotReady}, title));
-    if (const auto reset = _store.reset(); !reset)
+    if (const auto reset = _store.reset(mode()); !reset)
         return std::unexpected(launcherError(reset.error(), title));
     live() = {.pages = defaultPages(), .hiddenKeys = {}, .unavailableAppKeys = {}, .navigation = {}};
     changed(LauncherChange::layout);
@@ -333,7 +328,7 @@ LauncherViewModel::saveArrangement(const QString& name) {
         return std::unexpected(
             LauncherError{QStringLiteral("emptyName"),
                           QStringLiteral("Name this arrangement so it can be restored later."), title});
-    const auto saved = _store.saveArrangement(trimmed(name), document(), layoutSettings());
+    const auto saved = _store.saveArrangement(mode(), trimmed(name), document(), layoutSettings());
     if (!saved)
         return std::unexpected(launcherError(saved.error(), title));
     return *saved;
@@ -343,11 +338,10 @@ LauncherViewModel::Outcome LauncherViewModel::restoreArrangement(const QUuid& id
     const QString title = QStringLiteral("Could not restore arrangement");
     if (const auto guard = editGuard(); !guard)
         return guard;
-    const auto arrangement = _store.arrangement(id);
+    const auto arrangement = _store.arrangement(mode(), id);
     if (!arrangement)
         return std::unexpected(launcherError(arrangement.error(), title));
-    const auto backup =
-        _store.makeBackup(QStringLiteral("arrangement-restore"), {}, pages(), hiddenKeys());
+    const auto backup = _store.makeBackup(QStringLiteral("arrangement-restore"), {}, document());
     if (!backup)
         return std::unexpected(launcherError(backup.error(), title));
     if (arrangement->layout) {
@@ -363,7 +357,7 @@ LauncherViewModel::Outcome LauncherViewModel::restoreArrangement(const QUuid& id
 }
 
 LauncherViewModel::Outcome LauncherViewModel::deleteArrangement(const QUuid& id) {
-    if (const auto deleted = _store.deleteArrangement(id); !deleted)
+    if (const auto deleted = _store.deleteArrangement(mode(), id); !deleted)
         return std::unexpected(
             launcherError(deleted.error(), QStringLiteral("Could not delete arrangement")));
     return {};
@@ -381,9 +375,9 @@ void LauncherViewModel::replaceDocument(LayoutDocument document) {
     live().hiddenKeys = std::move(document.hiddenKeys);
     tidyNavigation();
     // What could not be saved after an earlier edit is said now; this edit's save tries again.
-    if (const auto& error = _store.lastSaveError())
+    if (const auto& error = _store.lastSaveError(mode()))
         alert(launcherError(*error, QStringLiteral("Could not save the layout")));
-    _store.scheduleSave(pages(), hiddenKeys());
+    _store.scheduleSave(mode(), this->document());
     changed(LauncherChange::layout);
 }
 
@@ -404,7 +398,7 @@ bool LauncherViewModel::restoreDocuments(const LayoutUndoState& state) {
         _layouts = before;
         inEachMode([&] {
             if (state.documentOf(mode()) && !isWriteBlocked())
-                _store.scheduleSave(pages(), hiddenKeys());
+                _store.scheduleSave(mode(), document());
         });
         return false;
     }
@@ -421,7 +415,7 @@ void LauncherViewModel::replaceOtherDocument(LayoutDocument document) {
         live().pages = document.pages;
         live().hiddenKeys = document.hiddenKeys;
         tidyNavigation();
-        _store.scheduleSave(pages(), hiddenKeys());
+        _store.scheduleSave(mode(), this->document());
     });
 }
 

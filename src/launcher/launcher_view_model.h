@@ -99,7 +99,7 @@ public:
     bool hasUnsavedEdits() const { return _store.hasUnsavedEdits(); }
 
     // What is shown.
-    LauncherWindowMode mode() const { return _store.activeMode(); }
+    LauncherWindowMode mode() const { return _mode; }
     void setMode(LauncherWindowMode mode);
     const Pages& pages() const { return live().pages; }
     const QSet<QString>& hiddenKeys() const { return live().hiddenKeys; }
@@ -177,7 +177,7 @@ public:
     Outcome editGuard() const;
     Outcome resetLayout();
 
-    QList<ArrangementSummary> arrangements() const { return _store.arrangements(); }
+    QList<ArrangementSummary> arrangements() const { return _store.arrangements(mode()); }
     std::expected<ArrangementSummary, LauncherError> saveArrangement(const QString& name);
     Outcome restoreArrangement(const QUuid& id);
     Outcome deleteArrangement(const QUuid& id);
@@ -266,6 +266,7 @@ private:
 
     Machine& _machine;
     LayoutStore _store;
+    LauncherWindowMode _mode;
     std::array<LiveLayout, 2> _layouts;
     std::array<LayoutStore::LoadResult, 2> _loaded;
     SmartFolderLibrary _smartFolders;

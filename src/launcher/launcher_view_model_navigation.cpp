@@ -15,8 +15,9 @@ QString LauncherViewModel::unavailableNotice() {
 void LauncherViewModel::setMode(LauncherWindowMode mode) {
     if (mode == this->mode())
         return;
-    if (const auto flushed = _store.setActiveMode(mode); !flushed)
+    if (const auto flushed = _store.flush(); !flushed)
         alert(launcherError(flushed.error(), QStringLiteral("Could not save the layout")));
+    _mode = mode;
     changed(LauncherChange::mode);
     changed(LauncherChange::layout);
     changed(LauncherChange::navigation);

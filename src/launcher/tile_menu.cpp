@@ -462,9 +462,7 @@ const std::array rows = std::to_array<Row>({
      },
      [](const Context& c) { return c.isBackground() && !c.openFolder(); }, nullptr,
      [](const Context& c, const QString&) {
-         c.launcher.setMode(c.launcher.mode() == LauncherWindowMode::fullScreen
-                                ? LauncherWindowMode::windowed
-                                : LauncherWindowMode::fullScreen);
+         c.launcher.setMode(otherMode(c.launcher.mode()));
          return MenuRequest::none;
      }},
     {"importLaunchpad", always<"Import Old Launchpad…">,

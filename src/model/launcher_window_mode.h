@@ -7,6 +7,11 @@ namespace tessellar {
 /// Working layouts, layout settings and saved arrangements are kept for each mode.
 enum class LauncherWindowMode { fullScreen, windowed };
 
+constexpr LauncherWindowMode otherMode(LauncherWindowMode mode) {
+    return mode == LauncherWindowMode::fullScreen ? LauncherWindowMode::windowed
+                                                  : LauncherWindowMode::fullScreen;
+}
+
 template <>
 struct json::RawValues<LauncherWindowMode> {
     static constexpr std::array values{std::pair{LauncherWindowMode::fullScreen, "fullScreen"},

@@ -20,6 +20,12 @@ QString message(const LayoutStore::Error& error) {
 
 static constexpr std::array modes{LauncherWindowMode::fullScreen, LauncherWindowMode::windowed};
 
+/// Documents of older versions become the current one when they are written.
+static LayoutDocument current(LayoutDocument document) {
+    document.version = LayoutDocument::currentVersion;
+    return document;
+}
+
 QString LayoutStore::defaultDirectory(const Places& places, const std::optional<QString>& identifier) {
     return FileSystem::joined(places.applicationSupport,
                               identifier.value_or(QStringLiteral("com.quillane.app")));
@@ -36,39 +42,32 @@ QString LayoutStore::workingPath(LauncherWindowMode mode) const {
                                               : QStringLiteral("layout-windowed.json"));
 }
 
-QString LayoutStore::arrangementsDirectory() const {
-    return FileSystem::joined(_directory, _activeMode == LauncherWindowMode::fullScreen
+QString LayoutStore::arrangementsDirectory(LauncherWindowMode mode) const {
+    return FileSystem::joined(_directory, mode == LauncherWindowMode::fullScreen
                                               ? QStringLiteral("Arrangements")
                                               : QStringLiteral("Arrangements-Windowed"));
 }
 
-QString LayoutStore::arrangementPath(const QUuid& id) const {
-    return FileSystem::joined(arrangementsDirectory(), toText(id) + QLatin1StringView(".json"));
+QString LayoutStore::arrangementPath(LauncherWindowMode mode, const QUuid& id) const {
+    return FileSystem::joined(arrangementsDirectory(mode), toText(id) + QLatin1StringView(".json"));
 }
 
-std::expected<void, LayoutStore::Error> LayoutStore::setActiveMode(LauncherWindowMode mode) {
-    if (mode == _activeMode)
-        return {};
-    const auto flushed = flush();
-    _activeMode = mode;
-    return flushed;
-}
-
-LayoutStore::LoadResult LayoutStore::load() {
+LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
+    Working& file = working(mode);
     const auto fail = [&](Error error, QString detail) -> LoadResult {
-        _pendingSave.cancel();
-        unsaved(_activeMode).reset();
-        _writeBlockedModes.insert(_activeMode);
+        file.pendingSave.cancel();
+        file.unsaved.reset();
+        file.isBlocked = true;
         _machine.log.warning(QStringLiteral("The layout of the mode %1 failed to load: %2")
-                                 .arg(json::rawValue(_activeMode), detail));
+                                 .arg(json::rawValue(mode), detail));
         return Failed{std::move(error), std::move(detail)};
     };
 
-    const auto bytes = _machine.files.read(workingPath(_activeMode), maximumLayoutBytes);
+    const auto bytes = _machine.files.read(workingPath(mode), maximumLayoutBytes);
     if (!bytes && bytes.error().code == FileError::Code::notFound) {
-        _writeBlockedModes.erase(_activeMode);
+        file.isBlocked = false;
         _machine.log.info(
-            QStringLiteral("The layout of the mode %1 is missing.").arg(json::rawValue(_activeMode)));
+            QStringLiteral("The layout of the mode %1 is missing.").arg(json::rawValue(mode)));
         return Missing();
     }
     if (!bytes)
@@ -83,7 +82,7 @@ LayoutStore::LoadResult LayoutStore::load() {
         return fail(StorageError{Code::workingDocumentUnreadable},
                     QStringLiteral("folders are nested more than %1 deep").arg(maximumFolderDepth));
     document->version = Document::currentVersion;
-    _writeBlockedModes.erase(_activeMode);
+    file.isBlocked = false;
     return *std::move(document);
 }
 
@@ -100,60 +99,66 @@ std::expected<void, FileError> LayoutStore::write(const QString& path, const QJs
     return _machine.files.writeAtomically(path, bytes);
 }
 
-void LayoutStore::scheduleSave(const Pages& pages, const QSet<QString>& hiddenKeys) {
-    if (isWriteBlocked(_activeMode))
+void LayoutStore::scheduleSave(LauncherWindowMode mode, const Document& document) {
+    Working& file = working(mode);
+    if (file.isBlocked)
         return;
-    unsaved(_activeMode) = Unsaved{pages, hiddenKeys, true};
-    _pendingSave = _machine.scheduler.after(saveDelay, [this, mode = _activeMode] {
+    file.unsaved = Unsaved{document, true};
+    file.pendingSave = _machine.scheduler.after(saveDelay, [this, mode] {
         if (const auto written = writeUnsaved(mode); !written)
             _machine.log.warning(message(written.error()));
     });
 }
 
 std::expected<void, FileError> LayoutStore::writeUnsaved(LauncherWindowMode mode) {
-    if (!unsaved(mode) || isWriteBlocked(mode))
+    Working& file = working(mode);
+    if (!file.unsaved || file.isBlocked)
         return {};
-    const Document document{.pages = unsaved(mode)->pages, .hiddenKeys = unsaved(mode)->hiddenKeys};
+    const Document document = current(file.unsaved->document);
     const auto written = write(workingPath(mode), json::encode(document), document);
     if (!written) {
-        _lastSaveError = written.error();
+        file.lastSaveError = written.error();
         return written;
     }
-    unsaved(mode).reset();
-    _lastSaveError.reset();
+    file.unsaved.reset();
+    file.lastSaveError.reset();
     return {};
 }
 
-std::expected<void, LayoutStore::Error> LayoutStore::saveNow(const Pages& pages,
-                                                             const QSet<QString>& hiddenKeys) {
-    if (isWriteBlocked(_activeMode))
+std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode mode,
+                                                             const Document& document) {
+    Working& file = working(mode);
+    if (file.isBlocked)
         return std::unexpected(StorageError{Code::workingDocumentUnreadable});
-    _pendingSave.cancel();
-    unsaved(_activeMode) = Unsaved{pages, hiddenKeys};
-    if (const auto written = writeUnsaved(_activeMode); !written)
+    file.pendingSave.cancel();
+    file.unsaved = Unsaved{document, false};
+    if (const auto written = writeUnsaved(mode); !written)
         return std::unexpected(written.error());
     return {};
 }
 
 std::expected<void, LayoutStore::Error> LayoutStore::flush() {
-    _pendingSave.cancel();
     std::expected<void, Error> result;
-    for (const LauncherWindowMode mode : modes)
-        if (const auto written = writeUnsaved(mode); !written && (result || mode == _activeMode))
+    for (const LauncherWindowMode mode : modes) {
+        working(mode).pendingSave.cancel();
+        if (const auto written = writeUnsaved(mode); !written && result)
             result = std::unexpected(written.error());
+    }
     return result;
 }
 
 bool LayoutStore::hasUnsavedEdits() const {
-    return std::ranges::any_of(_unsaved, [](const auto& state) { return state && state->isEdit; });
+    return std::ranges::any_of(
+        _working, [](const Working& file) { return file.unsaved && file.unsaved->isEdit; });
 }
 
-std::expected<void, FileError> LayoutStore::reset() {
-    _pendingSave.cancel();
-    unsaved(_activeMode).reset();
-    const QString path = workingPath(_activeMode);
+std::expected<void, FileError> LayoutStore::reset(LauncherWindowMode mode) {
+    Working& file = working(mode);
+    file.pendingSave.cancel();
+    file.unsaved.reset();
+    const QString path = workingPath(mode);
     std::expected<void, FileError> removed;
-    if (isWriteBlocked(_activeMode) && _machine.files.linkStatus(path)) {
+    if (file.isBlocked && _machine.files.linkStatus(path)) {
         // What could not be read may hold years of somebody's order: it leaves its place, not the disk.
         const QString backups = FileSystem::joined(_directory, QStringLiteral("Backups"));
         removed = _machine.files.createDirectories(backups);
@@ -165,8 +170,8 @@ std::expected<void, FileError> LayoutStore::reset() {
     }
     if (!removed && removed.error().code != FileError::Code::notFound)
         return removed;
-    _writeBlockedModes.erase(_activeMode);
-    _lastSaveError.reset();
+    file.isBlocked = false;
+    file.lastSaveError.reset();
     return {};
 }
 
@@ -177,9 +182,8 @@ QString LayoutStore::stampedName(const QString& prefix) {
 
 std::expected<QString, FileError>
 LayoutStore::makeBackup(const QString& reason, const std::optional<QString>& sourceDatabasePath,
-                        const Pages& pages, const QSet<QString>& hiddenKeys) {
-    const BackupDocument backup{
-        _machine.clock.now(), reason, sourceDatabasePath, {.pages = pages, .hiddenKeys = hiddenKeys}};
+                        const Document& document) {
+    const BackupDocument backup{_machine.clock.now(), reason, sourceDatabasePath, current(document)};
     const QString path = FileSystem::joined(FileSystem::joined(_directory, QStringLiteral("Backups")),
                                             stampedName(QStringLiteral("layout-")));
     if (const auto written = write(path, json::encode(backup), backup.document); !written)
@@ -193,28 +197,27 @@ static ArrangementSummary summaryOf(const Arrangement& arrangement) {
 }
 
 std::expected<ArrangementSummary, FileError>
-LayoutStore::saveArrangement(const QString& name, const Document& document,
+LayoutStore::saveArrangement(LauncherWindowMode mode, const QString& name, const Document& document,
                              const std::optional<ArrangementLayout>& layout) {
     const ItemCounts counts = countItems(document.pages);
-    const Arrangement arrangement{
-        .id = _machine.uuids.next(),
-        .name = name,
-        .createdAt = _machine.clock.now(),
-        .document = {.pages = document.pages, .hiddenKeys = document.hiddenKeys},
-        .pageCount = static_cast<int>(counts.pages),
-        .appCount = static_cast<int>(counts.applications),
-        .folderCount = static_cast<int>(counts.folders),
-        .layout = layout};
+    const Arrangement arrangement{.id = _machine.uuids.next(),
+                                  .name = name,
+                                  .createdAt = _machine.clock.now(),
+                                  .document = current(document),
+                                  .pageCount = static_cast<int>(counts.pages),
+                                  .appCount = static_cast<int>(counts.applications),
+                                  .folderCount = static_cast<int>(counts.folders),
+                                  .layout = layout};
     const auto written =
-        write(arrangementPath(arrangement.id), json::encode(arrangement), arrangement.document);
+        write(arrangementPath(mode, arrangement.id), json::encode(arrangement), arrangement.document);
     if (!written)
         return std::unexpected(written.error());
     return summaryOf(arrangement);
 }
 
-QList<ArrangementSummary> LayoutStore::arrangements() const {
+QList<ArrangementSummary> LayoutStore::arrangements(LauncherWindowMode mode) const {
     QList<ArrangementSummary> result;
-    const QString directory = arrangementsDirectory();
+    const QString directory = arrangementsDirectory(mode);
     const auto entries = _machine.files.entries(directory);
     if (!entries)
         return result;
@@ -239,26 +242,28 @@ QList<ArrangementSummary> LayoutStore::arrangements() const {
     return result;
 }
 
-std::expected<Arrangement, LayoutStore::Error> LayoutStore::arrangement(const QUuid& id) const {
-    const auto bytes = _machine.files.read(arrangementPath(id), maximumLayoutBytes);
+std::expected<Arrangement, LayoutStore::Error> LayoutStore::arrangement(LauncherWindowMode mode,
+                                                                        const QUuid& id) const {
+    const auto bytes = _machine.files.read(arrangementPath(mode, id), maximumLayoutBytes);
     if (!bytes)
         return std::unexpected(bytes.error());
     auto arrangement = json::decodeDocument<Arrangement>(*bytes);
     if (!arrangement) {
         _machine.log.warning(json::message(arrangement.error()));
-        return std::unexpected(FileError{FileError::Code::damaged, arrangementPath(id)});
+        return std::unexpected(FileError{FileError::Code::damaged, arrangementPath(mode, id)});
     }
     if (!Document::isSupported(arrangement->document.version))
         return std::unexpected(
             StorageError{Code::unsupportedWorkingDocumentVersion, arrangement->document.version});
     if (folderDepth(arrangement->document.pages) > maximumFolderDepth)
-        return std::unexpected(FileError{FileError::Code::tooLarge, arrangementPath(id)});
+        return std::unexpected(FileError{FileError::Code::tooLarge, arrangementPath(mode, id)});
     arrangement->document.version = Document::currentVersion;
     return *std::move(arrangement);
 }
 
-std::expected<void, FileError> LayoutStore::deleteArrangement(const QUuid& id) {
-    return _machine.files.remove(arrangementPath(id));
+std::expected<void, FileError> LayoutStore::deleteArrangement(LauncherWindowMode mode,
+                                                              const QUuid& id) {
+    return _machine.files.remove(arrangementPath(mode, id));
 }
 
 } // namespace tessellar

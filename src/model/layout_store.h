@@ -7,7 +7,6 @@
 
 #include <array>
 #include <expected>
-#include <set>
 #include <variant>
 
 namespace tessellar {
@@ -62,63 +61,66 @@ public:
     LayoutStore(const Machine& machine, QString directory);
 
     const QString& directory() const { return _directory; }
-    LauncherWindowMode activeMode() const { return _activeMode; }
-    /// Writes what is unsaved, then turns to the other mode's files, whatever the writing gave.
-    std::expected<void, Error> setActiveMode(LauncherWindowMode mode);
-    bool isWriteBlocked(LauncherWindowMode mode) const { return _writeBlockedModes.contains(mode); }
 
-    // The working layout of the active mode.
-    LoadResult load();
-    void scheduleSave(const Pages& pages, const QSet<QString>& hiddenKeys);
-    std::expected<void, Error> saveNow(const Pages& pages, const QSet<QString>& hiddenKeys);
-    std::expected<void, FileError> reset();
-    /// Writes at once what is scheduled, or could not be saved earlier, for either mode.
+    // The working layouts. Documents are written with the current version.
+    LoadResult load(LauncherWindowMode mode);
+    void scheduleSave(LauncherWindowMode mode, const Document& document);
+    std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document);
+    std::expected<void, FileError> reset(LauncherWindowMode mode);
+    bool isWriteBlocked(LauncherWindowMode mode) const { return working(mode).isBlocked; }
+    /// Writes at once what is scheduled, or could not be saved earlier, for either mode. The first
+    /// error where both fail.
     std::expected<void, Error> flush();
     /// True while the state of a scheduled save is not on the disk. What `saveNow` could not write does
     /// not count: its caller was told.
     bool hasUnsavedEdits() const;
-    /// Why the last scheduled save failed; empty once a save has succeeded. Shown at the next edit.
-    const std::optional<Error>& lastSaveError() const { return _lastSaveError; }
+    /// Why the last save failed; empty once one has succeeded. Shown at the next edit.
+    const std::optional<Error>& lastSaveError(LauncherWindowMode mode) const {
+        return working(mode).lastSaveError;
+    }
 
     /// The path of the backup.
     std::expected<QString, FileError> makeBackup(const QString& reason,
                                                  const std::optional<QString>& sourceDatabasePath,
-                                                 const Pages& pages, const QSet<QString>& hiddenKeys);
+                                                 const Document& document);
 
-    // The saved arrangements of the active mode.
+    // The saved arrangements of each mode.
     std::expected<ArrangementSummary, FileError>
-    saveArrangement(const QString& name, const Document& document,
+    saveArrangement(LauncherWindowMode mode, const QString& name, const Document& document,
                     const std::optional<ArrangementLayout>& layout);
     /// Newest first. A file that cannot be decoded is left out and named in the log.
-    QList<ArrangementSummary> arrangements() const;
-    QString arrangementPath(const QUuid& id) const;
-    std::expected<Arrangement, Error> arrangement(const QUuid& id) const;
-    std::expected<void, FileError> deleteArrangement(const QUuid& id);
+    QList<ArrangementSummary> arrangements(LauncherWindowMode mode) const;
+    QString arrangementPath(LauncherWindowMode mode, const QUuid& id) const;
+    std::expected<Arrangement, Error> arrangement(LauncherWindowMode mode, const QUuid& id) const;
+    std::expected<void, FileError> deleteArrangement(LauncherWindowMode mode, const QUuid& id);
 
 private:
     struct Unsaved {
-        Pages pages;
-        QSet<QString> hiddenKeys;
+        Document document;
         bool isEdit = false;
     };
+    /// What is known of one mode's working file.
+    struct Working {
+        bool isBlocked = false;
+        std::optional<Unsaved> unsaved;
+        Timer pendingSave;
+        std::optional<Error> lastSaveError;
+    };
 
-    QString workingPath(LauncherWindowMode mode) const;
-    QString arrangementsDirectory() const;
-    QString stampedName(const QString& prefix);
-    std::optional<Unsaved>& unsaved(LauncherWindowMode mode) {
-        return _unsaved[static_cast<std::size_t>(mode)];
+    Working& working(LauncherWindowMode mode) { return _working[static_cast<std::size_t>(mode)]; }
+    const Working& working(LauncherWindowMode mode) const {
+        return _working[static_cast<std::size_t>(mode)];
     }
+    QString workingPath(LauncherWindowMode mode) const;
+    QString arrangementsDirectory(LauncherWindowMode mode) const;
+    QString stampedName(const QString& prefix);
     std::expected<void, FileError> writeUnsaved(LauncherWindowMode mode);
     std::expected<void, FileError> write(const QString& path, const QJsonValue& value,
                                          const Document& document) const;
 
     const Machine& _machine;
     QString _directory;
-    LauncherWindowMode _activeMode = LauncherWindowMode::fullScreen;
-    std::set<LauncherWindowMode> _writeBlockedModes;
-    std::array<std::optional<Unsaved>, 2> _unsaved;
-    Timer _pendingSave;
-    std::optional<Error> _lastSaveError;
+    std::array<Working, 2> _working;
 };
 
 /// The user-facing sentence.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/move_only_function.h"
 #include "platform/scheduler.h"
 
 #include <QByteArray>
@@ -7,7 +8,6 @@
 
 #include <cstdint>
 #include <expected>
-#include <functional>
 #include <memory>
 
 namespace tessellar {
@@ -64,7 +64,7 @@ private:
 class HttpClient {
 public:
     using Answer = std::expected<HttpResponse, HttpError>;
-    using Done = std::move_only_function<void(Answer)>;
+    using Done = MoveOnlyFunction<void(Answer)>;
 
     virtual ~HttpClient() = default;
     [[nodiscard]] virtual HttpCall get(const HttpRequest& request, Done done) = 0;

@@ -15,7 +15,7 @@ using std::chrono::milliseconds;
 
 class PendingCall final : public QObject, public Timer::Pending {
 public:
-    PendingCall(milliseconds delay, std::move_only_function<void()> call)
+    PendingCall(milliseconds delay, MoveOnlyFunction<void()> call)
         : _due(std::max(delay, milliseconds::zero()), Qt::PreciseTimer), _call(std::move(call)) {
         arm();
     }
@@ -43,13 +43,13 @@ private:
     }
 
     QDeadlineTimer _due;
-    std::move_only_function<void()> _call;
+    MoveOnlyFunction<void()> _call;
     int _timer = 0;
 };
 
 } // namespace
 
-Timer EventLoopScheduler::after(milliseconds delay, std::move_only_function<void()> call) {
+Timer EventLoopScheduler::after(milliseconds delay, MoveOnlyFunction<void()> call) {
     return Timer(std::make_unique<PendingCall>(delay, std::move(call)));
 }
 

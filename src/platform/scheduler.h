@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/move_only_function.h"
+
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <utility>
 
@@ -33,14 +34,13 @@ class Scheduler {
 public:
     virtual ~Scheduler() = default;
     [[nodiscard]] virtual Timer after(std::chrono::milliseconds delay,
-                                      std::move_only_function<void()> call) = 0;
+                                      MoveOnlyFunction<void()> call) = 0;
 };
 
 /// Runs delayed calls in the main thread's Qt event loop.
 class EventLoopScheduler final : public Scheduler {
 public:
-    [[nodiscard]] Timer after(std::chrono::milliseconds delay,
-                              std::move_only_function<void()> call) override;
+    [[nodiscard]] Timer after(std::chrono::milliseconds delay, MoveOnlyFunction<void()> call) override;
 };
 
 } // namespace tessellar

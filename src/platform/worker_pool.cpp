@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <list>
 #include <mutex>
 #include <thread>
@@ -39,7 +40,7 @@ private:
 struct Mailbox::State {
     std::mutex mutex;
     std::condition_variable posted;
-    std::deque<std::move_only_function<void()>> calls;
+    std::deque<MoveOnlyFunction<void()>> calls;
     std::unique_ptr<Receiver> receiver; ///< none once the mailbox is gone
     bool eventPending = false;
 
@@ -57,7 +58,7 @@ struct Mailbox::State {
         std::size_t count = 0;
         std::unique_lock lock(mutex);
         for (std::size_t left = calls.size(); left > 0 && !calls.empty(); --left) {
-            std::move_only_function<void()> call = std::move(calls.front());
+            MoveOnlyFunction<void()> call = std::move(calls.front());
             calls.pop_front();
             ++count;
             lock.unlock();
@@ -78,13 +79,13 @@ Mailbox::Mailbox() : _state(std::make_shared<State>()) {
 
 Mailbox::~Mailbox() {
     std::unique_ptr<Receiver> receiver;
-    std::deque<std::move_only_function<void()>> dropped;
+    std::deque<MoveOnlyFunction<void()>> dropped;
     const std::lock_guard lock(_state->mutex);
     receiver.swap(_state->receiver);
     dropped.swap(_state->calls);
 }
 
-void Mailbox::post(std::move_only_function<void()> call) {
+void Mailbox::post(MoveOnlyFunction<void()> call) {
     const std::lock_guard lock(_state->mutex);
     if (!_state->receiver)
         return;
@@ -114,7 +115,7 @@ namespace {
 struct Job {
     std::stop_token requested; ///< by whoever submitted it
     std::stop_source stop;     ///< what the work sees: that, or the end of the pool
-    std::move_only_function<void(std::stop_token)> work;
+    MoveOnlyFunction<void(std::stop_token)> work;
 };
 
 } // namespace
@@ -185,7 +186,7 @@ unsigned WorkerPool::threadCount() const { return static_cast<unsigned>(_state->
 
 Mailbox& WorkerPool::mailbox() const { return _state->mailbox; }
 
-void WorkerPool::submit(std::stop_token stop, std::move_only_function<void(std::stop_token)> work) {
+void WorkerPool::submit(std::stop_token stop, MoveOnlyFunction<void(std::stop_token)> work) {
     {
         const std::lock_guard lock(_state->mutex);
         _state->waiting.push_back({std::move(stop), std::stop_source(), std::move(work)});

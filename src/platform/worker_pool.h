@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/move_only_function.h"
+
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <stop_token>
 #include <type_traits>
@@ -19,7 +20,7 @@ public:
     Mailbox& operator=(const Mailbox&) = delete;
 
     /// From any thread. Calls still queued when the mailbox is destroyed are dropped.
-    void post(std::move_only_function<void()> call);
+    void post(MoveOnlyFunction<void()> call);
     /// Runs what is queued, on the owner's thread, and tells how many calls that were; for owners
     /// without an event loop. What the calls themselves post waits for the next time.
     std::size_t drain();
@@ -75,7 +76,7 @@ public:
 
     /// Queues bare work. It runs even when a stop was requested meanwhile, by `stop` or by the end of
     /// the pool; it is to look itself.
-    void submit(std::stop_token stop, std::move_only_function<void(std::stop_token)> work);
+    void submit(std::stop_token stop, MoveOnlyFunction<void(std::stop_token)> work);
 
     /// Runs `work(stop)` on a worker, then `done(value)` on the main thread unless the task was
     /// cancelled by then, or the pool ended while it ran.

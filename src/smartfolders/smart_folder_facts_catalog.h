@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/machine.h"
+#include "platform/move_only_function.h"
 #include "smartfolders/bundle_findings.h"
 #include "smartfolders/smart_folder_app_facts.h"
 
@@ -35,7 +36,7 @@ public:
         SmartFolderRuntimeFacts runtime;
         QSet<SmartFolderInspection> inspections; ///< those that are needed, see `inspectionsNeeded`
     };
-    using Done = std::move_only_function<void(SmartFolderFactsList)>;
+    using Done = MoveOnlyFunction<void(SmartFolderFactsList)>;
 
     explicit SmartFolderFactsCatalog(const Machine& machine);
     /// What is under way ends by itself and reaches nobody.

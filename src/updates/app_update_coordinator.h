@@ -1,12 +1,12 @@
 #pragma once
 
 #include "platform/opener.h"
+#include "platform/resume_once.h"
 #include "updates/app_update_action.h"
 #include "updates/app_update_checker.h"
 #include "updates/app_update_settings.h"
 #include "updates/app_update_store.h"
 #include "updates/homebrew_update_checker.h"
-#include "updates/resume_once.h"
 
 #include <vector>
 

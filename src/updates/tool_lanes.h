@@ -44,7 +44,7 @@ public:
     void waitIdle();
 
 private:
-    using Entry = std::move_only_function<void()>;
+    using Entry = MoveOnlyFunction<void()>;
 
     void enter(const QString& tool, Entry start);
     void leave(const QString& tool);

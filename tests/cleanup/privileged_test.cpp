@@ -1,6 +1,5 @@
 #include "cleanup/privileged/code_requirement.h"
 #include "cleanup/privileged/privileged_helper_coordinator.h"
-#include "cleanup/privileged/xpc_reply_gate.h"
 
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
@@ -12,24 +11,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
-
-TEST(XPCReplyGateTest, LetsOnlyTheFirstEventThrough) {
-    QList<QString> seen;
-    const auto note = [&](const XPCReplyGate::Result& result) {
-        seen.append(result ? QString::fromUtf8(*result) : result.error());
-    };
-    XPCReplyGate replied(note);
-    EXPECT_TRUE(replied.reply("one"));
-    EXPECT_FALSE(replied.reply("two"));
-    EXPECT_FALSE(replied.invalidated());
-    XPCReplyGate interrupted(note);
-    EXPECT_TRUE(interrupted.interrupted());
-    EXPECT_FALSE(interrupted.reply("late"));
-    XPCReplyGate invalidated(note);
-    EXPECT_TRUE(invalidated.invalidated());
-    EXPECT_THAT(seen, ElementsAre(u"one"_s, u"The administrator helper was interrupted."_s,
-                                  u"The administrator helper connection closed unexpectedly."_s));
-}
 
 TEST(CodeRequirementTest, CannotBeBrokenOutOf) {
     EXPECT_EQ(codeRequirement(u"com.tessellar.app"_s, u"TEAM123456"_s),

@@ -183,9 +183,7 @@ TEST(UndoHistory, UndoneEditsGiveEqualStatesInBothModes) {
         QList<LayoutUndoState> states{launcher.live};
         for (int attempt = 0; attempt < 60; ++attempt) {
             if (generate.chance(20))
-                launcher.show(launcher.live.mode == LauncherWindowMode::windowed
-                                  ? LauncherWindowMode::fullScreen
-                                  : LauncherWindowMode::windowed);
+                launcher.show(otherMode(launcher.live.mode));
             const LayoutDocument& layout = launcher.live.document;
             QList<QUuid> tiles;
             forEachItem(layout.pages, [&](const LaunchpadItem& item) {

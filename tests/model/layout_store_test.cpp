@@ -39,6 +39,8 @@ protected:
     }
 };
 
+constexpr auto fullScreen = LauncherWindowMode::fullScreen;
+constexpr auto windowed = LauncherWindowMode::windowed;
 const Pages onePage{{app(u"a"_qs), app(u"b"_qs)}};
 
 QByteArray documentOfVersion(int version) {
@@ -56,10 +58,10 @@ TEST_F(LayoutStoreTest, TheFolderIsNamedByTheIdentifier) {
 TEST_F(LayoutStoreTest, KnownVersionsLoadAsTheCurrentOne) {
     for (const int version : {1, 2, 3}) {
         write("layout.json", documentOfVersion(version));
-        const auto result = store.load();
+        const auto result = store.load(fullScreen);
         ASSERT_TRUE(std::holds_alternative<LayoutDocument>(result));
         EXPECT_EQ(std::get<LayoutDocument>(result).version, 3);
-        EXPECT_TRUE(store.saveNow(onePage, {}));
+        EXPECT_TRUE(store.saveNow(fullScreen, {.pages = onePage}));
         EXPECT_EQ(stored().version, 3);
     }
 }
@@ -81,16 +83,16 @@ TEST_F(LayoutStoreTest, AFileThatCannotBeUsedBlocksItsModeUntilAReset) {
         bad += whole.first(length);
     for (const QByteArray& bytes : std::as_const(bad)) {
         write("layout.json", bytes);
-        store.scheduleSave(onePage, {});
-        const auto result = store.load();
+        store.scheduleSave(fullScreen, {.pages = onePage});
+        const auto result = store.load(fullScreen);
         ASSERT_TRUE(failure(result)) << bytes.left(200).toStdString();
         EXPECT_EQ(
             message(failure(result)->error),
             u"The current layout file could not be read. Reset the layout before saving changes.");
-        EXPECT_TRUE(store.isWriteBlocked(LauncherWindowMode::fullScreen));
-        store.scheduleSave(onePage, {});
+        EXPECT_TRUE(store.isWriteBlocked(fullScreen));
+        store.scheduleSave(fullScreen, {.pages = onePage});
         mac.time.advance(1s);
-        const auto saved = store.saveNow(onePage, {});
+        const auto saved = store.saveNow(fullScreen, {.pages = onePage});
         ASSERT_FALSE(saved);
         EXPECT_EQ(std::get<LayoutStore::StorageError>(saved.error()).code,
                   Code::workingDocumentUnreadable);
@@ -98,13 +100,11 @@ TEST_F(LayoutStoreTest, AFileThatCannotBeUsedBlocksItsModeUntilAReset) {
         ASSERT_EQ(file("layout.json"), bytes);
     }
     // The other mode is free, and the damaged bytes outlive the reset.
-    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::windowed));
-    EXPECT_TRUE(std::holds_alternative<LayoutStore::Missing>(store.load()));
-    EXPECT_TRUE(store.saveNow(onePage, {}));
-    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::fullScreen));
-    ASSERT_TRUE(store.reset());
+    EXPECT_TRUE(std::holds_alternative<LayoutStore::Missing>(store.load(windowed)));
+    EXPECT_TRUE(store.saveNow(windowed, {.pages = onePage}));
+    ASSERT_TRUE(store.reset(fullScreen));
     EXPECT_FALSE(mac.exists(path("layout.json")));
-    EXPECT_TRUE(store.saveNow(onePage, {}));
+    EXPECT_TRUE(store.saveNow(fullScreen, {.pages = onePage}));
     const QStringList kept = mac.names(path("Backups"));
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(mac.read(path("Backups/") + kept[0]), bad.last());
@@ -112,16 +112,16 @@ TEST_F(LayoutStoreTest, AFileThatCannotBeUsedBlocksItsModeUntilAReset) {
 
 TEST_F(LayoutStoreTest, ALaterLoadOfAUsableFileOrOfNoneUnblocks) {
     write("layout.json", "damaged");
-    EXPECT_TRUE(failure(store.load()));
+    EXPECT_TRUE(failure(store.load(fullScreen)));
     mac.remove(path("layout.json"));
-    EXPECT_TRUE(std::holds_alternative<LayoutStore::Missing>(store.load()));
-    EXPECT_TRUE(store.saveNow(onePage, {}));
+    EXPECT_TRUE(std::holds_alternative<LayoutStore::Missing>(store.load(fullScreen)));
+    EXPECT_TRUE(store.saveNow(fullScreen, {.pages = onePage}));
 }
 
 TEST_F(LayoutStoreTest, AFolderInTheFilesPlaceBlocksAndIsNotThrownAway) {
     mac.write(path("layout.json/inside"), "x");
-    EXPECT_TRUE(failure(store.load()));
-    EXPECT_TRUE(store.reset());
+    EXPECT_TRUE(failure(store.load(fullScreen)));
+    EXPECT_TRUE(store.reset(fullScreen));
     EXPECT_FALSE(mac.exists(path("layout.json")));
     const QStringList kept = mac.names(path("Backups"));
     ASSERT_EQ(kept.size(), 1);
@@ -130,7 +130,7 @@ TEST_F(LayoutStoreTest, AFolderInTheFilesPlaceBlocksAndIsNotThrownAway) {
 
 TEST_F(LayoutStoreTest, ABurstOfEditsIsOneWriteAfterItsEnd) {
     for (int i = 0; i < 10; ++i) {
-        store.scheduleSave({{app(QString::number(i))}}, {});
+        store.scheduleSave(fullScreen, {.pages = {{app(QString::number(i))}}});
         mac.time.advance(100ms);
         EXPECT_FALSE(mac.exists(path("layout.json")));
     }
@@ -141,26 +141,45 @@ TEST_F(LayoutStoreTest, ABurstOfEditsIsOneWriteAfterItsEnd) {
     EXPECT_EQ(mac.time.pendingCount(), 0u);
 }
 
-TEST_F(LayoutStoreTest, SwitchingTheModeWritesWhatIsPendingToItsOwnFile) {
-    store.scheduleSave(onePage, {QStringLiteral("org.example.a")});
-    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::windowed));
-    EXPECT_EQ(stored().hiddenKeys, QSet<QString>{QStringLiteral("org.example.a")});
+TEST_F(LayoutStoreTest, TheModesWaitFailAndBlockEachForItself) {
+    const auto shown = [](const char* name) {
+        return LayoutDocument{.pages = {{app(QLatin1StringView(name))}}};
+    };
+    store.scheduleSave(fullScreen, shown("a"));
+    mac.time.advance(200ms);
+    store.scheduleSave(windowed, shown("b"));
+    mac.time.advance(100ms);
+    EXPECT_EQ(sketch(stored().pages), u"a");
     EXPECT_FALSE(mac.exists(path("layout-windowed.json")));
-    mac.time.advance(1s);
-    EXPECT_FALSE(mac.exists(path("layout-windowed.json")));
+    EXPECT_TRUE(store.hasUnsavedEdits());
+
+    // Neither a save nor a reset of the one takes the other's pending save.
+    EXPECT_TRUE(store.saveNow(fullScreen, shown("c")));
+    EXPECT_TRUE(store.reset(fullScreen));
+    mac.time.advance(200ms);
+    EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"b");
+    EXPECT_FALSE(store.hasUnsavedEdits());
+
+    mac.makeFolder(path("layout.json/in the way"));
+    store.scheduleSave(fullScreen, shown("d"));
+    store.scheduleSave(windowed, shown("e"));
+    EXPECT_FALSE(store.flush());
+    EXPECT_TRUE(store.lastSaveError(fullScreen));
+    EXPECT_FALSE(store.lastSaveError(windowed));
+    EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"e");
 }
 
 TEST_F(LayoutStoreTest, AScheduledSaveThatFailsIsTriedAgainAtQuitting) {
     // A folder in the file's place, made after the load, fails every write for root too.
     mac.makeFolder(path("layout.json/in the way"));
-    store.scheduleSave(onePage, {});
+    store.scheduleSave(fullScreen, {.pages = onePage});
     mac.time.advance(300ms);
-    EXPECT_TRUE(store.lastSaveError());
+    EXPECT_TRUE(store.lastSaveError(fullScreen));
     EXPECT_TRUE(store.hasUnsavedEdits());
     EXPECT_FALSE(store.flush());
     mac.remove(path("layout.json"));
     EXPECT_TRUE(store.flush());
-    EXPECT_FALSE(store.lastSaveError());
+    EXPECT_FALSE(store.lastSaveError(fullScreen));
     EXPECT_EQ(stored().pages, onePage);
 }
 
@@ -168,21 +187,21 @@ TEST_F(LayoutStoreTest, WhatCouldNotBeReadAgainIsNotWritten) {
     Pages deep{{app(u"a"_qs)}};
     for (int i = 0; i < maximumFolderDepth; ++i)
         deep = {{folder(QString::number(i), deep)}};
-    EXPECT_TRUE(store.saveNow(deep, {}));
-    EXPECT_TRUE(std::holds_alternative<LayoutDocument>(store.load()));
-    EXPECT_TRUE(store.saveArrangement(u"deep"_qs, {.pages = deep, .hiddenKeys = {}}, {}));
-    EXPECT_EQ(store.arrangements().size(), 1);
+    EXPECT_TRUE(store.saveNow(fullScreen, {.pages = deep}));
+    EXPECT_TRUE(std::holds_alternative<LayoutDocument>(store.load(fullScreen)));
+    EXPECT_TRUE(store.saveArrangement(fullScreen, u"deep"_qs, {.pages = deep, .hiddenKeys = {}}, {}));
+    EXPECT_EQ(store.arrangements(fullScreen).size(), 1);
     const Pages deeper{{folder(u"one more"_qs, deep)}};
-    EXPECT_FALSE(store.saveNow(deeper, {}));
+    EXPECT_FALSE(store.saveNow(fullScreen, {.pages = deeper}));
     EXPECT_EQ(stored().pages, deep);
     // What could not be saved again is not taken up either.
     write("layout.json", json::write(json::encode(LayoutDocument{.pages = deeper})));
-    EXPECT_TRUE(failure(store.load()));
+    EXPECT_TRUE(failure(store.load(fullScreen)));
 }
 
 TEST_F(LayoutStoreTest, BackupsOfOneSecondHaveNamesOfTheirOwn) {
-    const auto first = store.makeBackup(u"legacy-launchpad-import"_qs, u"/db"_qs, onePage, {});
-    const auto second = store.makeBackup(u"arrangement-restore"_qs, {}, onePage, {});
+    const auto first = store.makeBackup(u"legacy-launchpad-import"_qs, u"/db"_qs, {.pages = onePage});
+    const auto second = store.makeBackup(u"arrangement-restore"_qs, {}, {.pages = onePage});
     ASSERT_TRUE(first && second);
     EXPECT_NE(*first, *second);
     EXPECT_EQ(*first, path("Backups/layout-2026-11-14T21-05-40Z-00000001.json"));
@@ -197,8 +216,7 @@ TEST_F(LayoutStoreTest, BackupsOfOneSecondHaveNamesOfTheirOwn) {
 
 TEST_F(LayoutStoreTest, ArrangementsListNewestFirstThenByNameWithoutRegardToCase) {
     const auto save = [&](const char* name) {
-        return store.saveArrangement(QLatin1StringView(name), {.pages = onePage, .hiddenKeys = {}}, {})
-            ->id;
+        return store.saveArrangement(fullScreen, QLatin1StringView(name), {.pages = onePage}, {})->id;
     };
     save("old");
     mac.time.advance(2s);
@@ -208,17 +226,15 @@ TEST_F(LayoutStoreTest, ArrangementsListNewestFirstThenByNameWithoutRegardToCase
     write("Arrangements/broken.json", "{");
     write("Arrangements/notes.txt", "not ours");
     QStringList names;
-    for (const ArrangementSummary& summary : store.arrangements())
+    for (const ArrangementSummary& summary : store.arrangements(fullScreen))
         names += summary.name;
     EXPECT_EQ(names.join(u' '), u"A b c old");
     EXPECT_TRUE(mac.log.lines().join(u' ').contains(u"broken.json"_qs));
 
-    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::windowed));
-    EXPECT_TRUE(store.arrangements().isEmpty());
-    EXPECT_FALSE(store.deleteArrangement(capital));
-    ASSERT_TRUE(store.setActiveMode(LauncherWindowMode::fullScreen));
-    EXPECT_TRUE(store.deleteArrangement(capital));
-    EXPECT_EQ(store.arrangements().size(), 3);
+    EXPECT_TRUE(store.arrangements(windowed).isEmpty());
+    EXPECT_FALSE(store.deleteArrangement(windowed, capital));
+    EXPECT_TRUE(store.deleteArrangement(fullScreen, capital));
+    EXPECT_EQ(store.arrangements(fullScreen).size(), 3);
 }
 
 TEST_F(LayoutStoreTest, ArrangementsCountTilesAtEveryDepthAndCarryTheirSettings) {
@@ -230,12 +246,13 @@ TEST_F(LayoutStoreTest, ArrangementsCountTilesAtEveryDepthAndCarryTheirSettings)
     ArrangementLayout layout;
     layout.rows = 4;
     layout.windowSize = WindowSize{800, 600};
-    const auto saved = store.saveArrangement(u"x"_qs, {.pages = pages, .hiddenKeys = {}}, layout);
+    const auto saved =
+        store.saveArrangement(fullScreen, u"x"_qs, {.pages = pages, .hiddenKeys = {}}, layout);
     ASSERT_TRUE(saved);
     EXPECT_EQ(saved->pageCount, 2);
     EXPECT_EQ(saved->appCount, 3);
     EXPECT_EQ(saved->folderCount, 3);
-    const auto read = store.arrangement(saved->id);
+    const auto read = store.arrangement(fullScreen, saved->id);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->document.pages, pages);
     EXPECT_EQ(read->layout, layout);
@@ -244,11 +261,12 @@ TEST_F(LayoutStoreTest, ArrangementsCountTilesAtEveryDepthAndCarryTheirSettings)
 TEST_F(LayoutStoreTest, AnArrangementOfAnUnknownVersionIsRefused) {
     Arrangement arrangement{
         .id = QUuid::createUuid(), .name = u"x"_qs, .createdAt = {}, .document = {.version = 9}};
-    mac.write(store.arrangementPath(arrangement.id), json::write(json::encode(arrangement)));
-    const auto read = store.arrangement(arrangement.id);
+    mac.write(store.arrangementPath(fullScreen, arrangement.id),
+              json::write(json::encode(arrangement)));
+    const auto read = store.arrangement(fullScreen, arrangement.id);
     ASSERT_FALSE(read);
     EXPECT_EQ(std::get<LayoutStore::StorageError>(read.error()).version, 9);
-    EXPECT_FALSE(store.arrangement(QUuid::createUuid()));
+    EXPECT_FALSE(store.arrangement(fullScreen, QUuid::createUuid()));
 }
 
 } // namespace

@@ -183,7 +183,7 @@ TEST(PropertyList, ReadsBinaryFormsThatOnlySomeWritersMake) {
     EXPECT_EQ(reading("\x11\xFF\xFE").integer(), 65534);
     EXPECT_EQ(reading('\x14' + std::string(8, '\0') + "\xFF" + std::string(7, '\0')).number(),
               255 * std::exp2(56));
-    EXPECT_EQ(reading('\x14' + std::string(15, '\xFF') + '\xFE').integer(), -2);
+    EXPECT_EQ(reading(std::string("\x14").append(15, '\xFF').append("\xFE")).integer(), -2);
     EXPECT_EQ(reading({"\x22\x3F\xC0\0\0", 5}).number(), 1.5);
     EXPECT_TRUE(reading({"\x33\x7F\xF8\0\0\0\0\0\0", 9}).isAbsent());
     EXPECT_TRUE(reading(std::string(1, '\0')).isAbsent());

@@ -18,8 +18,7 @@ public:
     /// Moves the clock alone, as a user who sets it does; delays go on as they were.
     void setNow(Instant now) { _now = now; }
 
-    [[nodiscard]] Timer after(std::chrono::milliseconds delay,
-                              std::move_only_function<void()> call) override {
+    [[nodiscard]] Timer after(std::chrono::milliseconds delay, MoveOnlyFunction<void()> call) override {
         const Key key{_elapsed + delay, _sequence++};
         _queue->emplace(key, std::move(call));
         return Timer(std::make_unique<Entry>(_queue, key));
@@ -39,7 +38,7 @@ public:
 
 private:
     using Key = std::pair<std::chrono::milliseconds, std::uint64_t>;
-    using Queue = std::map<Key, std::move_only_function<void()>>;
+    using Queue = std::map<Key, MoveOnlyFunction<void()>>;
 
     class Entry final : public Timer::Pending {
     public:

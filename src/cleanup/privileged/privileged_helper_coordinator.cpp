@@ -1,6 +1,6 @@
 #include "cleanup/privileged/privileged_helper_coordinator.h"
 
-#include "cleanup/privileged/xpc_reply_gate.h"
+#include "platform/resume_once.h"
 
 #include <algorithm>
 #include <future>
@@ -12,6 +12,8 @@ using Kind = PrivilegedFileOperationKind;
 using Status = PrivilegedFileOutcomeStatus;
 
 const QString notEncoded = QStringLiteral("Could not encode the administrator request.");
+const QString interrupted = QStringLiteral("The administrator helper was interrupted.");
+const QString closed = QStringLiteral("The administrator helper connection closed unexpectedly.");
 const QString notConnected = QStringLiteral("Could not connect to the administrator helper.");
 
 constexpr std::chrono::milliseconds look{100};
@@ -85,20 +87,24 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
         return std::unexpected(notEncoded);
 
     // Shared: the thread that brings the reply may be in it still when this one has gone on.
-    const auto promise = std::make_shared<std::promise<XPCReplyGate::Result>>();
-    auto arrived = promise->get_future();
-    const auto gate = std::make_shared<XPCReplyGate>(
-        [promise](XPCReplyGate::Result result) { promise->set_value(std::move(result)); });
+    using Reply = std::expected<QByteArray, QString>;
+    std::promise<Reply> promise;
+    auto arrived = promise.get_future();
+    const auto replied = std::make_shared<ResumeOnce<Reply>>(
+        [promise = std::move(promise)](Reply reply) mutable { promise.set_value(std::move(reply)); });
+    const auto fail = [replied](const QString& sentence) {
+        replied->resume(std::unexpected(sentence));
+    };
     (*connection)
-        ->send(encoded, {.reply = [gate](const QByteArray& message) { gate->reply(message); },
-                         .interrupted = [gate] { gate->interrupted(); },
-                         .invalidated = [gate] { gate->invalidated(); }});
+        ->send(encoded, {.reply = [replied](const QByteArray& message) { replied->resume(message); },
+                         .interrupted = [fail] { fail(interrupted); },
+                         .invalidated = [fail] { fail(closed); }});
     // Once work has begun there, the truth about it is in the reply: at a stop the helper is told, and
     // only one that says nothing is not waited for.
     const std::stop_callback stopped(stop, [&] { (*connection)->stop(); });
     for (int left = patienceAfterStop; left > 0 && arrived.wait_for(look) != std::future_status::ready;)
         if (stop.stop_requested() && --left == 0)
-            gate->failed(QStringLiteral("The removal was stopped."));
+            fail(QStringLiteral("The removal was stopped."));
     const auto result = arrived.get();
     if (!result)
         return std::unexpected(result.error());

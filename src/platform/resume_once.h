@@ -1,6 +1,7 @@
 #pragma once
 
-#include <functional>
+#include "platform/move_only_function.h"
+
 #include <mutex>
 #include <utility>
 
@@ -11,12 +12,11 @@ namespace tessellar {
 template <typename... Values>
 class ResumeOnce {
 public:
-    explicit ResumeOnce(std::move_only_function<void(Values...)> waiting)
-        : _waiting(std::move(waiting)) {}
+    explicit ResumeOnce(MoveOnlyFunction<void(Values...)> waiting) : _waiting(std::move(waiting)) {}
 
     /// True for the first event.
     bool resume(Values... values) {
-        std::move_only_function<void(Values...)> waiting;
+        MoveOnlyFunction<void(Values...)> waiting;
         {
             const std::lock_guard lock(_mutex);
             waiting = std::exchange(_waiting, nullptr);
@@ -29,7 +29,7 @@ public:
 
 private:
     std::mutex _mutex;
-    std::move_only_function<void(Values...)> _waiting;
+    MoveOnlyFunction<void(Values...)> _waiting;
 };
 
 } // namespace tessellar
