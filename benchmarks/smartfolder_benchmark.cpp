@@ -2,6 +2,8 @@
 // and one search through the folded names for each rule; no versions, dates, sorting or results.
 
 #include "smartfolders/smart_folder_evaluator.h"
+#include "smartfolders/smart_folder_facts_index.h"
+#include "smartfolders/smart_folder_rule.h"
 #include "tests/support/sequential_uuids.h"
 
 #include <benchmark/benchmark.h>

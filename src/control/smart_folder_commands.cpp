@@ -1,6 +1,7 @@
 // Smart folders: facts, definitions, evaluations, recovery.
 
 #include "control/command_set.h"
+#include "smartfolders/smart_folder_raw_values.h"
 
 #include <QDir>
 #include <QFile>

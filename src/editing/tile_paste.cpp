@@ -47,7 +47,7 @@ private:
         definition.id = _uuids.next();
         definition.modifiedAt = _now;
         for (SmartFolderRule& rule : definition.rules)
-            std::visit([this](auto& each) { each.id = _uuids.next(); }, rule);
+            rule = rule.withID(_uuids.next());
         definitions.append(definition);
         return SmartFolderReference{definition.id};
     }

@@ -1,6 +1,7 @@
 #include "launcher/launcher_updates.h"
 
 #include "launcher/launcher_view_model.h"
+#include "smartfolders/smart_folder_fields.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -154,8 +155,7 @@ bool LauncherUpdates::areSmartFoldersInterested() const {
         _launcher.smartFolders().definitions(), [&](const SmartFolderDefinition& definition) {
             return isOfUpdates(definition.sort.field.rawValue()) ||
                    std::ranges::any_of(definition.rules, [&](const SmartFolderRule& rule) {
-                       return isOfUpdates(
-                           std::visit([](const auto& one) { return one.field.rawValue(); }, rule));
+                       return isOfUpdates(rule.fieldName());
                    });
         });
 }

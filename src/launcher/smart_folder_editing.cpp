@@ -1,6 +1,7 @@
 #include "launcher/smart_folder_editing.h"
 
 #include "launcher/launcher_view_model.h"
+#include "smartfolders/smart_folder_fields.h"
 
 namespace tessellar {
 

@@ -1,5 +1,6 @@
 #include "launcher/smart_folder_library.h"
 
+#include "smartfolders/smart_folder_facts_index.h"
 #include "updates/app_update_settings.h"
 #include "updates/app_update_texts.h"
 
@@ -100,8 +101,7 @@ QString SmartFolderLibrary::notice(const SmartFolderDefinition& definition,
     const bool isForWantOfChecks =
         !readAppUpdateSettings(_machine.settings).enabled &&
         std::ranges::any_of(definition.rules, [](const SmartFolderRule& rule) {
-            return std::visit([](const auto& one) { return one.field.rawValue(); }, rule) ==
-                   u"updateStatus";
+            return rule.fieldName() == u"updateStatus";
         });
     return isForWantOfChecks
                ? update_texts::checkingDisabled
@@ -216,7 +216,7 @@ void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
          &files = _machine.files](std::stop_token stop) mutable {
             Evaluations evaluations;
             if (!index || !index->isGoodFor(facts, locale))
-                index = std::make_unique<SmartFolderFactsIndex>(std::move(facts), locale, files);
+                index = std::make_shared<SmartFolderFactsIndex>(std::move(facts), locale, files);
             auto all = SmartFolderEvaluator::evaluateAll(definitions, *index, now, calendar, stop);
             for (qsizetype i = 0; i < all.size(); ++i)
                 evaluations.insert(definitions.at(i).id, std::move(all[i]));

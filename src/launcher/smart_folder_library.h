@@ -93,7 +93,7 @@ public:
 
 private:
     using Evaluations = QHash<QUuid, SmartFolderEvaluation>;
-    using Index = std::unique_ptr<SmartFolderFactsIndex>;
+    using Index = std::shared_ptr<SmartFolderFactsIndex>;
 
     void accept(const SmartFolderStore::LoadResult& result);
     void startRound();

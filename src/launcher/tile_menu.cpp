@@ -3,6 +3,7 @@
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_import.h"
 #include "launcher/smart_folder_editing.h"
+#include "smartfolders/smart_folder_raw_values.h"
 
 #include <algorithm>
 

@@ -16,6 +16,12 @@ struct UsageDocument {
 
 namespace json {
 template <>
+struct Fields<AppUsage> {
+    static constexpr auto list =
+        fields(required("firstSeen", &AppUsage::firstSeen), optional("lastUsed", &AppUsage::lastUsed),
+               defaulted("count", &AppUsage::count));
+};
+template <>
 struct Fields<UsageDocument> {
     static constexpr auto list = fields(required("version", &UsageDocument::version),
                                         defaulted("isComplete", &UsageDocument::isComplete),

@@ -61,12 +61,4 @@ private:
     bool _isChanged = false;
 };
 
-namespace json {
-template <>
-struct Fields<AppUsage> {
-    static constexpr auto list =
-        fields(required("firstSeen", &AppUsage::firstSeen), optional("lastUsed", &AppUsage::lastUsed),
-               defaulted("count", &AppUsage::count));
-};
-} // namespace json
 } // namespace tessellar

@@ -33,7 +33,7 @@ struct SmartFolderAppFacts {
     std::optional<bool> hasCustomIcon;
     QList<SmartFolderPermission> declaredPermissions; ///< in the order of the vocabulary
 
-    bool operator==(const SmartFolderAppFacts&) const = default;
+    bool operator==(const SmartFolderAppFacts&) const;
 };
 
 /// The facts of all applications, in the order of the scan. Records are shared and never change: lists
@@ -54,27 +54,11 @@ struct SmartFolderRuntimeFacts {
     bool operator==(const SmartFolderRuntimeFacts&) const = default;
 };
 
-namespace json {
-
 /// Dates as seconds since 2001; missing facts are left out.
 template <>
-struct Fields<SmartFolderAppFacts> {
-    using F = SmartFolderAppFacts;
-    static constexpr auto list = fields(
-        required("entry", &F::entry), optional("developer", &F::developer),
-        optional("publisher", &F::publisher), optional("signingTeamID", &F::signingTeamID),
-        optional("version", &F::version), optional("build", &F::build),
-        optional("installedDate", &F::installedDate), optional("firstSeenDate", &F::firstSeenDate),
-        optional("applicationLocation", &F::applicationLocation),
-        optional("installSource", &F::installSource),
-        optional("distributionChannel", &F::distributionChannel), optional("platform", &F::platform),
-        optional("architectures", &F::architectures),
-        optional("minimumMacOSVersion", &F::minimumMacOSVersion),
-        optional("lastUsedDate", &F::lastUsedDate), optional("launchCount", &F::launchCount),
-        optional("isNeverUsed", &F::isNeverUsed), optional("updateStatus", &F::updateStatus),
-        optional("hasCustomIcon", &F::hasCustomIcon),
-        required("declaredPermissions", &F::declaredPermissions));
+struct json::Codec<SmartFolderAppFacts> {
+    static Decoded<SmartFolderAppFacts> decode(const QJsonValue& value);
+    static QJsonValue encode(const SmartFolderAppFacts& facts);
 };
 
-} // namespace json
 } // namespace tessellar

@@ -1,34 +1,13 @@
 #include "smartfolders/smart_folder_definition.h"
 
 #include "platform/text.h"
+#include "smartfolders/smart_folder_rule.h"
 
 namespace tessellar {
 
 namespace {
 
-template <typename... Calls>
-struct Overloaded : Calls... {
-    using Calls::operator()...;
-};
-
 bool isBlank(const QString& text) { return trimmed(text).isEmpty(); }
-
-// One answer for each case of a predicate, whatever kind of rule has it.
-const Overloaded completeness{
-    [](const predicate::IsAnyOf& p) {
-        return !p.value().isEmpty() && std::ranges::none_of(p.value(), isBlank);
-    },
-    [](const predicate::IsBetween<double>& p) { return p.value<0>() <= p.value<1>(); },
-    [](const predicate::IsBetween<Instant>& p) { return p.value<0>() <= p.value<1>(); },
-    [](const predicate::IsBetween<QString>& p) {
-        const QString low = trimmed(p.value<0>());
-        const QString high = trimmed(p.value<1>());
-        return !low.isEmpty() && !high.isEmpty() && compareNumeric(low, high) <= 0;
-    },
-    [](const predicate::IsWithinLast& p) { return p.value<0>() > 0; },
-    []<json::Name name>(const json::Case<name, QString>& p) { return !isBlank(p.value()); },
-    [](const auto&) { return true; },
-};
 
 struct TemplateRow {
     const char* name;
@@ -102,13 +81,7 @@ const TemplateRow& row(SmartFolderTemplate which) {
 
 } // namespace
 
-QUuid ruleID(const SmartFolderRule& rule) {
-    return std::visit([](const auto& r) { return r.id; }, rule);
-}
-
-bool isComplete(const SmartFolderRule& rule) {
-    return std::visit([](const auto& r) { return std::visit(completeness, r.predicate); }, rule);
-}
+bool SmartFolderDefinition::operator==(const SmartFolderDefinition&) const = default;
 
 QList<SmartFolderValidationIssue> validationIssues(const SmartFolderDefinition& definition) {
     QList<SmartFolderValidationIssue> issues;
@@ -117,8 +90,8 @@ QList<SmartFolderValidationIssue> validationIssues(const SmartFolderDefinition& 
     if (definition.rules.isEmpty())
         issues.append(validation::NoRules());
     for (const SmartFolderRule& rule : definition.rules)
-        if (!isComplete(rule))
-            issues.append(validation::InvalidRule{ruleID(rule)});
+        if (!rule.isComplete())
+            issues.append(validation::InvalidRule{rule.id()});
     if (const auto limit = definition.resultLimit;
         limit && (*limit < SmartFolderDefinition::minimumResultLimit ||
                   *limit > SmartFolderDefinition::maximumResultLimit))
@@ -149,7 +122,7 @@ SmartFolderDefinition templateDefinition(SmartFolderTemplate which, const QUuid&
         .resultLimit = {},
     };
     for (SmartFolderRule& rule : definition.rules)
-        std::visit([&](auto& r) { r.id = uuids.next(); }, rule);
+        rule = rule.withID(uuids.next());
     return definition;
 }
 
@@ -159,10 +132,31 @@ QSet<SmartFolderInspection> inspectionsNeeded(const QList<SmartFolderDefinition>
         needed.insert(std::visit([](auto source) { return source.row().needs; },
                                  definition.sort.field.row().source));
         for (const SmartFolderRule& rule : definition.rules)
-            needed.insert(std::visit([](const auto& r) { return r.field.row().needs; }, rule));
+            needed.insert(std::visit([](const auto& r) { return r.field.row().needs; }, rule.value()));
     }
     needed.remove(SmartFolderInspection::none);
     return needed;
 }
 
+namespace json {
+
+template <>
+struct Fields<SmartFolderSortDescriptor> {
+    using S = SmartFolderSortDescriptor;
+    static constexpr auto list =
+        fields(required("field", &S::field), required("direction", &S::direction));
+};
+
+using D = SmartFolderDefinition;
+
+static constexpr auto list =
+    fields(required("id", &D::id), required("name", &D::name),
+           optional("customSymbolName", &D::customSymbolName), required("modifiedAt", &D::modifiedAt),
+           required("matchMode", &D::matchMode), required("rules", &D::rules),
+           required("sort", &D::sort), optional("resultLimit", &D::resultLimit));
+
+Decoded<D> Codec<D>::decode(const QJsonValue& value) { return decodeRecord<D>(value, list); }
+QJsonValue Codec<D>::encode(const D& definition) { return encodeRecord(definition, list); }
+
+} // namespace json
 } // namespace tessellar

@@ -1,37 +1,42 @@
 #pragma once
 
+#include "model/json.h"
 #include "platform/uuid_source.h"
-#include "smartfolders/smart_folder_fields.h"
+#include "smartfolders/smart_folder_field.h"
+#include "smartfolders/smart_folder_vocabulary.h"
 
 #include <QSet>
 
+#include <memory>
+
 namespace tessellar {
 
-/// One condition: a field and what is asked of it. The identifier is unique among all definitions.
-template <typename K>
-struct SmartFolderRuleOf {
-    using Kind = K;
-    QUuid id;
-    SmartFolderField<Kind> field;
-    typename Kind::Predicate predicate;
+struct SmartFolderSortKind;
+using SmartFolderSortField = SmartFolderField<SmartFolderSortKind>;
 
-    bool operator==(const SmartFolderRuleOf&) const = default;
+template <typename Kind>
+struct SmartFolderRuleOf;
+struct SmartFolderAnyRule;
+
+/// One condition of a definition. Copies share it. Who keeps, compares or saves rules needs no more
+/// than this; their kinds, fields and predicates stand in smart_folder_rule.h.
+class SmartFolderRule {
+public:
+    template <typename Kind>
+    SmartFolderRule(SmartFolderRuleOf<Kind> rule);
+
+    const SmartFolderAnyRule& value() const { return *_value; }
+    QUuid id() const;
+    SmartFolderRule withID(const QUuid& id) const;
+    QString fieldName() const;
+    /// True when the predicate's values can be used; a rule that is not complete still needs input.
+    bool isComplete() const;
+
+    bool operator==(const SmartFolderRule& other) const;
+
+private:
+    std::shared_ptr<const SmartFolderAnyRule> _value;
 };
-
-using SmartFolderTextRule = SmartFolderRuleOf<SmartFolderTextKind>;
-using SmartFolderChoiceRule = SmartFolderRuleOf<SmartFolderChoiceKind>;
-using SmartFolderNumberRule = SmartFolderRuleOf<SmartFolderNumberKind>;
-using SmartFolderVersionRule = SmartFolderRuleOf<SmartFolderVersionKind>;
-using SmartFolderDateRule = SmartFolderRuleOf<SmartFolderDateKind>;
-using SmartFolderBooleanRule = SmartFolderRuleOf<SmartFolderBooleanKind>;
-
-using SmartFolderRule =
-    std::variant<SmartFolderTextRule, SmartFolderChoiceRule, SmartFolderNumberRule,
-                 SmartFolderVersionRule, SmartFolderDateRule, SmartFolderBooleanRule>;
-
-QUuid ruleID(const SmartFolderRule& rule);
-/// True when the predicate's values can be used; a rule that is not complete still needs input.
-bool isComplete(const SmartFolderRule& rule);
 
 struct SmartFolderSortDescriptor {
     SmartFolderSortField field;
@@ -54,7 +59,7 @@ struct SmartFolderDefinition {
     SmartFolderSortDescriptor sort;
     std::optional<qint64> resultLimit; ///< shows at most so many
 
-    bool operator==(const SmartFolderDefinition&) const = default;
+    bool operator==(const SmartFolderDefinition&) const;
 };
 
 /// By identity, which equal values share.
@@ -95,35 +100,16 @@ QString templateName(SmartFolderTemplate which);
 /// What has to be inspected before the rules and sorts of these definitions can be decided.
 QSet<SmartFolderInspection> inspectionsNeeded(const QList<SmartFolderDefinition>& definitions);
 
-namespace json {
-
-template <typename Kind>
-struct Fields<SmartFolderRuleOf<Kind>> {
-    using R = SmartFolderRuleOf<Kind>;
-    static constexpr auto list = fields(required("id", &R::id), required("field", &R::field),
-                                        required("predicate", &R::predicate));
-};
 template <>
-struct Cases<SmartFolderRule> {
-    static constexpr std::array names{"text", "choice", "number", "version", "date", "boolean"};
-    static constexpr bool strict = true;
-};
-template <>
-struct Fields<SmartFolderSortDescriptor> {
-    using S = SmartFolderSortDescriptor;
-    static constexpr auto list =
-        fields(required("field", &S::field), required("direction", &S::direction));
+struct json::Codec<SmartFolderRule> {
+    static Decoded<SmartFolderRule> decode(const QJsonValue& value);
+    static QJsonValue encode(const SmartFolderRule& rule);
 };
 /// Strict: there are no defaults, and one unknown word refuses the whole definition.
 template <>
-struct Fields<SmartFolderDefinition> {
-    using D = SmartFolderDefinition;
-    static constexpr auto list = fields(
-        required("id", &D::id), required("name", &D::name),
-        optional("customSymbolName", &D::customSymbolName), required("modifiedAt", &D::modifiedAt),
-        required("matchMode", &D::matchMode), required("rules", &D::rules), required("sort", &D::sort),
-        optional("resultLimit", &D::resultLimit));
+struct json::Codec<SmartFolderDefinition> {
+    static Decoded<SmartFolderDefinition> decode(const QJsonValue& value);
+    static QJsonValue encode(const SmartFolderDefinition& definition);
 };
 
-} // namespace json
 } // namespace tessellar

@@ -1,5 +1,6 @@
 #include "smartfolders/smart_folder_draft.h"
 
+#include "smartfolders/smart_folder_rule.h"
 #include "smartfolders/smart_folder_words.h"
 
 namespace tessellar {
@@ -20,16 +21,12 @@ constexpr qsizetype maximumSuggestions = 200;
 template <typename Rule>
 using KindOf = typename Rule::Kind;
 
-QString fieldOf(const SmartFolderRule& rule) {
-    return std::visit([](const auto& r) { return r.field.rawValue(); }, rule);
-}
-
 QString predicateOf(const SmartFolderRule& rule) {
     return std::visit(
         [](const auto& r) -> QString {
             return QLatin1StringView(json::caseNames<decltype(r.predicate)>()[r.predicate.index()]);
         },
-        rule);
+        rule.value());
 }
 
 QList<Operand> operandsOf(const SmartFolderRule& rule) {
@@ -41,12 +38,12 @@ QList<Operand> operandsOf(const SmartFolderRule& rule) {
             },
             asked.values);
     };
-    return std::visit([&](const auto& r) { return std::visit(ofCase, r.predicate); }, rule);
+    return std::visit([&](const auto& r) { return std::visit(ofCase, r.predicate); }, rule.value());
 }
 
 /// What an editor offers as the field's values; empty for those that are typed.
 QStringList wordsOf(const SmartFolderRule& rule) {
-    const auto* choice = std::get_if<SmartFolderChoiceRule>(&rule);
+    const auto* choice = std::get_if<SmartFolderChoiceRule>(&rule.value());
     return choice && choice->field.row().words ? choice->field.row().words() : QStringList();
 }
 
@@ -131,13 +128,13 @@ QString usualPredicate() {
 template <typename Visit>
 void forEachKind(Visit visit) {
     [&]<std::size_t... I>(std::index_sequence<I...>) {
-        (visit(std::variant_alternative_t<I, SmartFolderRule>()), ...);
+        (visit(std::variant_alternative_t<I, SmartFolderAnyRule::variant>()), ...);
     }
-    (std::make_index_sequence<std::variant_size_v<SmartFolderRule>>());
+    (std::make_index_sequence<std::variant_size_v<SmartFolderAnyRule::variant>>());
 }
 
 /// The value of one operand; one of another type than the operand's changes nothing.
-SmartFolderRule withOperand(SmartFolderRule rule, qsizetype place, const Operand& value) {
+SmartFolderRule withOperand(const SmartFolderRule& rule, qsizetype place, const Operand& value) {
     const auto set = [&](auto& asked) {
         qsizetype i = 0;
         std::apply(
@@ -152,8 +149,7 @@ SmartFolderRule withOperand(SmartFolderRule rule, qsizetype place, const Operand
             },
             asked.values);
     };
-    std::visit([&](auto& r) { std::visit(set, r.predicate); }, rule);
-    return rule;
+    return changed(rule, [&](auto& r) { std::visit(set, r.predicate); });
 }
 
 // ---- words
@@ -194,7 +190,7 @@ QList<SmartFolderValidationIssue> SmartFolderDraft::issues() const {
     SmartFolderDefinition judged = _definition;
     for (SmartFolderRule& rule : judged.rules)
         for (const auto& [id, operand] : _unread.keys())
-            if (id == ruleID(rule))
+            if (id == rule.id())
                 rule = SmartFolderTextRule{id, {}, predicate::Contains()};
     if (_unreadLimit)
         judged.resultLimit = 0;
@@ -264,8 +260,8 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
     const SmartFolderRule& rule = _definition.rules.at(place);
     const QString predicate = predicateOf(rule);
     const QStringList words = wordsOf(rule);
-    SmartFolderRuleRow row{.id = ruleID(rule),
-                           .field = smartFolderTitle(fieldOf(rule)),
+    SmartFolderRuleRow row{.id = rule.id(),
+                           .field = smartFolderTitle(rule.fieldName()),
                            .predicate = smartFolderPhrase(predicate),
                            .operands = {}};
     bool isOneMarked = false;
@@ -300,7 +296,7 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
             operand);
     }
     // Values that do not go together: low and high.
-    if (!isOneMarked && !isComplete(rule))
+    if (!isOneMarked && !rule.isComplete())
         for (SmartFolderOperandRow& operand : row.operands)
             operand.needsInput = true;
     return row;
@@ -308,7 +304,7 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
 
 void SmartFolderDraft::forgetTyped(const SmartFolderRule& rule) {
     for (qsizetype operand = 0; operand < operandsOf(rule).size(); ++operand)
-        _unread.remove({ruleID(rule), operand});
+        _unread.remove({rule.id(), operand});
 }
 
 void SmartFolderDraft::replace(qsizetype place, SmartFolderRule with) {
@@ -336,7 +332,7 @@ void SmartFolderDraft::removeRule(qsizetype place) {
 
 QList<SmartFolderWord> SmartFolderDraft::fields(qsizetype place) const {
     QList<SmartFolderWord> result;
-    const QString chosen = has(place) ? fieldOf(_definition.rules.at(place)) : QString();
+    const QString chosen = has(place) ? _definition.rules.at(place).fieldName() : QString();
     forEachKind([&]<typename Rule>(const Rule&) {
         if (!result.isEmpty())
             result.append(SmartFolderWord());
@@ -348,18 +344,18 @@ QList<SmartFolderWord> SmartFolderDraft::fields(qsizetype place) const {
 }
 
 void SmartFolderDraft::setField(qsizetype place, const QString& word) {
-    if (!has(place) || word == fieldOf(_definition.rules.at(place)))
+    if (!has(place) || word == _definition.rules.at(place).fieldName())
         return;
     const SmartFolderRule before = _definition.rules.at(place);
     forEachKind([&]<typename Rule>(Rule rule) {
         const auto field = SmartFolderField<KindOf<Rule>>::named(word);
         if (!field)
             return;
-        rule.id = ruleID(before);
+        rule.id = before.id();
         rule.field = *field;
         const Beginning beginning{wordsOf(rule), _today};
         // Another field's texts and numbers may serve; its words do not.
-        const bool isAlike = std::holds_alternative<Rule>(before) && beginning.words.isEmpty();
+        const bool isAlike = std::holds_alternative<Rule>(before.value()) && beginning.words.isEmpty();
         const QList<Operand> operands = isAlike ? operandsOf(before) : QList<Operand>();
         using Predicate = decltype(rule.predicate);
         auto same = predicateNamed<Predicate>(predicateOf(before), operands, beginning);
@@ -379,22 +375,19 @@ QList<SmartFolderWord> SmartFolderDraft::predicates(qsizetype place) const {
             return menuOf(json::caseNames<decltype(r.predicate)>(), predicateOf(rule),
                           smartFolderPhrase);
         },
-        rule);
+        rule.value());
 }
 
 void SmartFolderDraft::setPredicate(qsizetype place, const QString& word) {
     if (!has(place) || word == predicateOf(_definition.rules.at(place)))
         return;
-    SmartFolderRule rule = _definition.rules.at(place);
+    const SmartFolderRule rule = _definition.rules.at(place);
     const QList<Operand> before = operandsOf(rule);
     const Beginning beginning{wordsOf(rule), _today};
-    std::visit(
-        [&](auto& r) {
-            if (auto found = predicateNamed<decltype(r.predicate)>(word, before, beginning))
-                r.predicate = *std::move(found);
-        },
-        rule);
-    replace(place, std::move(rule));
+    replace(place, changed(rule, [&](auto& r) {
+                if (auto found = predicateNamed<decltype(r.predicate)>(word, before, beginning))
+                    r.predicate = *std::move(found);
+            }));
 }
 
 // ---- operands
@@ -464,10 +457,10 @@ void SmartFolderDraft::type(qsizetype place, qsizetype operand, const QString& t
         },
         operandsOf(rule).at(operand));
     if (!read) {
-        _unread.insert({ruleID(rule), operand}, text);
+        _unread.insert({rule.id(), operand}, text);
         return;
     }
-    _unread.remove({ruleID(rule), operand});
+    _unread.remove({rule.id(), operand});
     _definition.rules[place] = withOperand(rule, operand, *read);
 }
 
@@ -485,7 +478,7 @@ void SmartFolderDraft::visitValues(qsizetype place, qsizetype operand,
                         value && !value->isEmpty() && !visit(*value))
                         return;
         },
-        _definition.rules.at(place));
+        _definition.rules.at(place).value());
 }
 
 QStringList SmartFolderDraft::suggestions(qsizetype place, qsizetype operand,

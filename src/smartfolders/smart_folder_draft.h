@@ -1,5 +1,6 @@
 #pragma once
 
+#include "smartfolders/smart_folder_app_facts.h"
 #include "smartfolders/smart_folder_definition.h"
 #include "smartfolders/smart_folder_typing.h"
 
@@ -8,6 +9,8 @@
 #include <functional>
 
 namespace tessellar {
+
+class FileSystem;
 
 /// A word to choose, as a menu shows it.
 struct SmartFolderWord {

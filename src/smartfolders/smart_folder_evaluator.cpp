@@ -1,6 +1,8 @@
 #include "smartfolders/smart_folder_evaluator.h"
 
 #include "platform/for_each_index.h"
+#include "smartfolders/smart_folder_facts_index.h"
+#include "smartfolders/smart_folder_rule.h"
 
 #include <algorithm>
 #include <functional>
@@ -214,13 +216,13 @@ Selection select(const SmartFolderDefinition& definition, const SmartFolderFacts
     std::vector<char> included(count, all);
     for (const SmartFolderRule& rule : definition.rules) {
         const Verdicts verdicts =
-            std::visit([&](const auto& r) { return judge(r, index, tests); }, rule);
+            std::visit([&](const auto& r) { return judge(r, index, tests); }, rule.value());
         for (std::size_t place = 0; place < count; ++place) {
             const char matches = verdicts.of(place);
             included[place] = all ? included[place] & matches : included[place] | matches;
         }
         if (verdicts.isUndecidedSomewhere)
-            selection.unknownRuleIDs.insert(ruleID(rule));
+            selection.unknownRuleIDs.insert(rule.id());
     }
 
     const auto found = static_cast<qint64>(std::ranges::count(included, char(true)));
@@ -259,10 +261,10 @@ void makeReady(const QList<SmartFolderDefinition>& definitions, const SmartFolde
         for (const SmartFolderRule& rule : definition.rules) {
             std::visit(
                 [&](const auto& r) {
-                    if (asked.emplace(rule.index(), r.field.index()).second)
+                    if (asked.emplace(rule.value().index(), r.field.index()).second)
                         facts.emplace_back([&index, field = r.field] { (void)index.column(field); });
                 },
-                rule);
+                rule.value());
         }
         if (sorted.insert(definition.sort.field.index()).second)
             orders.emplace_back(sort(definition.sort.field));

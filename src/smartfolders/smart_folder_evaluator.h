@@ -2,24 +2,14 @@
 
 #include "platform/calendar.h"
 #include "smartfolders/smart_folder_definition.h"
-#include "smartfolders/smart_folder_facts_index.h"
-
-#include <QSet>
+#include "smartfolders/smart_folder_evaluation.h"
 
 #include <stop_token>
 
 namespace tessellar {
 
-/// What a smart folder shows.
-struct SmartFolderEvaluation {
-    SmartFolderFactsList matches; ///< sorted, no more than the limit
-    QSet<QUuid> unknownRuleIDs;   ///< rules that could not be decided for some application
-
-    /// The keys of the matches, in order.
-    QStringList appKeys() const;
-    /// By the facts, not by who holds them.
-    bool operator==(const SmartFolderEvaluation& other) const;
-};
+class FileSystem;
+class SmartFolderFactsIndex;
 
 /// Evaluates definitions: a pure function of its arguments, apart from asking whether the applications
 /// of a legacy import exist. A definition with validation issues shows nothing. Any thread.

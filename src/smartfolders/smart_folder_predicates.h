@@ -1,6 +1,6 @@
 #pragma once
 
-#include "smartfolders/smart_folder_vocabulary.h"
+#include "smartfolders/smart_folder_raw_values.h"
 
 namespace tessellar {
 

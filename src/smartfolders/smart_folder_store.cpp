@@ -30,6 +30,18 @@ struct Fields<Document> {
                                         required("definitions", &Document::definitions));
 };
 
+using Marker = SmartFolderStore::RecoveryMarker;
+
+static constexpr auto markerFields =
+    fields(required("version", &Marker::version),
+           required("quarantinedFilename", &Marker::quarantinedFilename),
+           required("quarantinedAt", &Marker::quarantinedAt));
+
+Decoded<Marker> Codec<Marker>::decode(const QJsonValue& value) {
+    return decodeRecord<Marker>(value, markerFields);
+}
+QJsonValue Codec<Marker>::encode(const Marker& marker) { return encodeRecord(marker, markerFields); }
+
 } // namespace json
 
 namespace {
@@ -87,7 +99,7 @@ SmartFolderStore::check(const QList<SmartFolderDefinition>& definitions) {
         if (!validationIssues(definition).isEmpty())
             return std::unexpected(InvalidDefinition{definition.id});
         for (const SmartFolderRule& rule : definition.rules) {
-            const QUuid id = ruleID(rule);
+            const QUuid id = rule.id();
             if (seenRules.contains(id))
                 return std::unexpected(DuplicateRuleID{id, definition.id});
             seenRules.insert(id);

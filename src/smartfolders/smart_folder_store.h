@@ -118,13 +118,10 @@ private:
 QString message(const SmartFolderStore::StoreError& error);
 QString message(const SmartFolderStore::Error& error);
 
-namespace json {
 template <>
-struct Fields<SmartFolderStore::RecoveryMarker> {
-    using M = SmartFolderStore::RecoveryMarker;
-    static constexpr auto list = fields(required("version", &M::version),
-                                        required("quarantinedFilename", &M::quarantinedFilename),
-                                        required("quarantinedAt", &M::quarantinedAt));
+struct json::Codec<SmartFolderStore::RecoveryMarker> {
+    static Decoded<SmartFolderStore::RecoveryMarker> decode(const QJsonValue& value);
+    static QJsonValue encode(const SmartFolderStore::RecoveryMarker& marker);
 };
-} // namespace json
+
 } // namespace tessellar

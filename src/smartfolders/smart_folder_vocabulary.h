@@ -1,10 +1,9 @@
 #pragma once
 
-#include "model/json.h"
-
 namespace tessellar {
 
-// The fixed words of smart folders. In files each is its enumerator's name.
+// The fixed words of smart folders. In files each is its enumerator's name
+// (smart_folder_raw_values.h).
 
 enum class SmartFolderMatchMode { all, any };
 
@@ -58,30 +57,4 @@ enum class SmartFolderTemplate {
 /// What is costly to find out about a bundle: a tool has to run.
 enum class SmartFolderInspection { none, architectures, signature };
 
-namespace json {
-
-template <>
-struct RawValues<SmartFolderMatchMode> : EnumeratorNames<SmartFolderMatchMode::any> {};
-template <>
-struct RawValues<SmartFolderApplicationLocation>
-    : EnumeratorNames<SmartFolderApplicationLocation::other> {};
-template <>
-struct RawValues<SmartFolderInstallSource> : EnumeratorNames<SmartFolderInstallSource::manual> {};
-template <>
-struct RawValues<SmartFolderDistributionChannel>
-    : EnumeratorNames<SmartFolderDistributionChannel::unsupported> {};
-template <>
-struct RawValues<SmartFolderPlatform> : EnumeratorNames<SmartFolderPlatform::iOSOnMac> {};
-template <>
-struct RawValues<SmartFolderUpdateState> : EnumeratorNames<SmartFolderUpdateState::notChecked> {};
-template <>
-struct RawValues<SmartFolderPermission> : EnumeratorNames<SmartFolderPermission::documents> {};
-template <>
-struct RawValues<SmartFolderRelativeDateUnit> : EnumeratorNames<SmartFolderRelativeDateUnit::months> {};
-template <>
-struct RawValues<SmartFolderSortDirection> : EnumeratorNames<SmartFolderSortDirection::descending> {};
-template <>
-struct RawValues<SmartFolderTemplate> : EnumeratorNames<SmartFolderTemplate::macAppStoreApps> {};
-
-} // namespace json
 } // namespace tessellar

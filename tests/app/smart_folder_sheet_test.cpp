@@ -1,5 +1,7 @@
 #include "launcher_fixture.h"
 
+#include "smartfolders/smart_folder_rule.h"
+
 namespace tessellar::test {
 namespace {
 
@@ -131,7 +133,7 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
     const SmartFolderDefinition after = definitions().first();
     EXPECT_EQ(after.customSymbolName, u"apple.logo");
     EXPECT_EQ(after.resultLimit, 25);
-    EXPECT_EQ(std::get<SmartFolderTextRule>(after.rules.first()).predicate,
+    EXPECT_EQ(std::get<SmartFolderTextRule>(after.rules.first().value()).predicate,
               SmartFolderTextPredicate(predicate::Contains(u"bee"_s)));
     EXPECT_TRUE(QTest::qWaitFor([&] {
         return viewModel().smartFolders().appKeys(before.id) == QStringList{u"org.example.beech"_s};

@@ -1,5 +1,7 @@
 #include "launcher_fixture.h"
 
+#include "smartfolders/smart_folder_rule.h"
+
 namespace tessellar::test {
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include "editing/arrangements.h"
 #include "editing/tile_paste.h"
+#include "smartfolders/smart_folder_rule.h"
 #include "support/printers.h"
 #include "support/sequential_uuids.h"
 
@@ -175,8 +176,8 @@ TEST_F(Paste, CopiesAreNewTilesAndShareNothing) {
         definition.id = games.id;
         definition.modifiedAt = games.modifiedAt;
         for (SmartFolderRule& each : definition.rules) {
-            EXPECT_TRUE(isFresh(ruleID(each)));
-            std::get<SmartFolderTextRule>(each).id = rule.id;
+            EXPECT_TRUE(isFresh(each.id()));
+            each = each.withID(rule.id);
         }
         EXPECT_EQ(definition, games);
     }

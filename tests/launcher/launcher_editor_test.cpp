@@ -236,7 +236,7 @@ TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
     SmartFolderDefinition copy = definitions().last();
     EXPECT_EQ(launcher->pages()[0].last().id(), copy.id);
     EXPECT_NE(copy.id, games.id);
-    EXPECT_NE(ruleID(copy.rules[0]), ruleID(games.rules[0]));
+    EXPECT_NE(copy.rules[0].id(), games.rules[0].id());
     EXPECT_EQ(editor().history().undoStack().last().name, u"Paste Tile");
     const auto both = definitions();
     EXPECT_EQ(undo(), u"done");

@@ -1,5 +1,7 @@
 #include "small_launcher.h"
 
+#include "smartfolders/smart_folder_rule.h"
+
 namespace tessellar {
 namespace {
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "smartfolders/smart_folder_evaluator.h"
+#include "smartfolders/smart_folder_facts_index.h"
+#include "smartfolders/smart_folder_rule.h"
 
 #include <algorithm>
 #include <random>
@@ -30,9 +32,9 @@ public:
                             [&](const auto& p) { return judge(r.field.rawValue(), p, *app); },
                             r.predicate);
                     },
-                    rule);
+                    rule.value());
                 if (!match)
-                    result.unknownRuleIDs.insert(ruleID(rule));
+                    result.unknownRuleIDs.insert(rule.id());
                 every = every && match == true;
                 any = any || match == true;
             }

@@ -1,4 +1,4 @@
-#include "smartfolders/smart_folder_definition.h"
+#include "smartfolders/smart_folder_rule.h"
 
 #include "support/printers.h"
 #include "support/sequential_uuids.h"
@@ -56,7 +56,7 @@ TEST_F(SmartFolderDefinitions, RulesAreCompleteWhenTheirValuesCanBeUsed) {
         rule<B>("isProtected", IsNot<bool>(false)),
     };
     for (const SmartFolderRule& r : complete)
-        EXPECT_TRUE(isComplete(r)) << json::writeCompact(json::encode(r)).toStdString();
+        EXPECT_TRUE(r.isComplete()) << json::writeCompact(json::encode(r)).toStdString();
 
     const QList<SmartFolderRule> incomplete{
         rule<T>("path", IsExactly(blank)),
@@ -74,7 +74,7 @@ TEST_F(SmartFolderDefinitions, RulesAreCompleteWhenTheirValuesCanBeUsed) {
         rule<D>("installedDate", IsWithinLast(-3, weeks)),
     };
     for (const SmartFolderRule& r : incomplete)
-        EXPECT_FALSE(isComplete(r)) << json::writeCompact(json::encode(r)).toStdString();
+        EXPECT_FALSE(r.isComplete()) << json::writeCompact(json::encode(r)).toStdString();
 }
 
 TEST_F(SmartFolderDefinitions, IssuesComeInTheOrderOfTheEditor) {
@@ -92,8 +92,8 @@ TEST_F(SmartFolderDefinitions, IssuesComeInTheOrderOfTheEditor) {
                     SmartFolderTextRule{ids.next(), "path", Contains(text)},
                     SmartFolderChoiceRule{ids.next(), "platform", IsAnyOf()}});
     d.name = QStringLiteral(" padded ");
-    const QList<SmartFolderValidationIssue> issues{validation::InvalidRule{ruleID(d.rules[0])},
-                                                   validation::InvalidRule{ruleID(d.rules[2])}};
+    const QList<SmartFolderValidationIssue> issues{validation::InvalidRule{d.rules[0].id()},
+                                                   validation::InvalidRule{d.rules[2].id()}};
     EXPECT_EQ(validationIssues(d), issues);
     EXPECT_EQ(message(issues[0]), u"Complete every rule.");
 
@@ -125,9 +125,9 @@ TEST_F(SmartFolderDefinitions, TheFileFormIsTheWordsOfTheVocabulary) {
     const auto decoded = json::decodeDocument<SmartFolderDefinition>(document);
     ASSERT_TRUE(decoded) << json::message(decoded.error()).toStdString();
     EXPECT_EQ(decoded->sort.field, SmartFolderSortField("updateStatus"));
-    const auto& number = std::get<SmartFolderNumberRule>(decoded->rules[2]);
+    const auto& number = std::get<SmartFolderNumberRule>(decoded->rules[2].value());
     EXPECT_EQ(number.predicate, SmartFolderNumberPredicate(IsBetween<double>(0.5, 7)));
-    const auto& date = std::get<SmartFolderDateRule>(decoded->rules[4]);
+    const auto& date = std::get<SmartFolderDateRule>(decoded->rules[4].value());
     EXPECT_EQ(date.predicate, SmartFolderDatePredicate(IsWithinLast(3, weeks)));
     // Equal as JSON, which does not know the order of keys.
     EXPECT_EQ(json::encode(*decoded), *json::parse(document));
@@ -180,7 +180,7 @@ TEST_F(SmartFolderDefinitions, TemplatesMayBeSavedAsTheyAre) {
         EXPECT_EQ(json::decode<SmartFolderDefinition>(json::encode(d)), d) << name;
         EXPECT_FALSE(json::encode(d).toObject().contains(QStringLiteral("resultLimit")));
         for (const SmartFolderRule& r : d.rules)
-            rules.insert(ruleID(r));
+            rules.insert(r.id());
     }
     EXPECT_EQ(rules.size(), 8);
 

@@ -1,6 +1,7 @@
 #include "smartfolders/smart_folder_draft.h"
 
 #include "platform/file_system.h"
+#include "smartfolders/smart_folder_rule.h"
 #include "support/printers.h"
 #include "support/sequential_uuids.h"
 
@@ -37,7 +38,7 @@ protected:
     }
     template <typename Rule>
     static auto predicateIn(const SmartFolderDraft& draft, qsizetype rule = 0) {
-        return std::get<Rule>(draft.definition().rules.at(rule)).predicate;
+        return std::get<Rule>(draft.definition().rules.at(rule).value()).predicate;
     }
     static QString issue(const SmartFolderDraft& draft) {
         const auto issues = draft.issues();
@@ -153,7 +154,7 @@ TEST_F(SmartFolderDrafts, IssuesAreThoseOfTheDefinitionAndOfWhatCannotBeRead) {
     d.type(0, 0, u"many"_s);
     EXPECT_EQ(d.row(0).operands.first(), (SmartFolderOperandRow{Kind::number, u"many"_s, true}));
     EXPECT_EQ(d.issues(), QList<SmartFolderValidationIssue>{
-                              validation::InvalidRule{ruleID(d.definition().rules.first())}});
+                              validation::InvalidRule{d.definition().rules.first().id()}});
     d.type(0, 0, u"2.5"_s);
     EXPECT_EQ(issue(d), QString());
     d.setPredicate(0, u"isBetween"_s);

@@ -98,10 +98,10 @@ TEST_F(SmartFolderEvaluators, AMissingFactIsNeitherAMatchNorAMiss) {
         definition({rule<SmartFolderTextRule>("developer", Contains(vendor)),
                     rule<SmartFolderTextRule>("path", BeginsWith(QStringLiteral("/APPLICATIONS")))});
     EXPECT_EQ(shown(d), "ms");
-    EXPECT_EQ(evaluate(d).unknownRuleIDs, QSet{ruleID(d.rules[0])});
+    EXPECT_EQ(evaluate(d).unknownRuleIDs, QSet{d.rules[0].id()});
     d.matchMode = SmartFolderMatchMode::any;
     EXPECT_EQ(shown(d), "empty ms none");
-    EXPECT_EQ(evaluate(d).unknownRuleIDs, QSet{ruleID(d.rules[0])});
+    EXPECT_EQ(evaluate(d).unknownRuleIDs, QSet{d.rules[0].id()});
 
     d = definition({rule<SmartFolderTextRule>("developer", IsUnknown())});
     EXPECT_EQ(shown(d), "none");

@@ -1,5 +1,6 @@
 #include "smartfolders/smart_folder_store.h"
 
+#include "smartfolders/smart_folder_rule.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
@@ -83,7 +84,7 @@ TEST_F(SmartFolderStores, MovesAsideWhatItCannotReadAndSavesNothingUntilRecovere
          "The Smart Folder registry contains a duplicate definition identifier."},
         {bytes({b, blank}), Store::InvalidDefinition{a.id},
          "The Smart Folder registry contains an invalid definition."},
-        {bytes({a, sameRule()}), Store::DuplicateRuleID{ruleID(a.rules[2]), b.id},
+        {bytes({a, sameRule()}), Store::DuplicateRuleID{a.rules[2].id(), b.id},
          "The Smart Folder registry contains a duplicate rule identifier."},
         {unknownWord, {}, nullptr},
         {bytes({a, b}).chopped(40), {}, nullptr},
