@@ -2,6 +2,9 @@
 // updates: processor time, since it waits for most of the time, beside that of the same requests made
 // bare.
 
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_updates.h"
 #include "launcher/launcher_view_model.h"
 #include "sample/mac_builder.h"
 #include "support/altered_machine.h"
@@ -163,6 +166,7 @@ void fullCheck(benchmark::State& state) {
     LauncherViewModel launcher(fixture.machine);
     launcher.startAndWait();
     (void)launcher.editor().addSmartFolder(
+        LauncherWindowMode::fullScreen,
         templateDefinition(SmartFolderTemplate::updatesAvailable, fixture.mac.uuids.next(),
                            fixture.mac.time.now(), fixture.mac.uuids));
     LauncherUpdates& launcherUpdates = launcher.updates();
@@ -190,7 +194,7 @@ void fullCheck(benchmark::State& state) {
         state.SetIterationTime(took);
     }
     qsizetype updates = 0;
-    for (const AppEntry& app : launcher.lastScannedApps())
+    for (const AppEntry& app : launcher.applications().all())
         if (const auto record = launcherUpdates.record(appKey(app)))
             updates += std::holds_alternative<UpdateAvailable>(record->status) ? 1 : 0;
     if (updates != casks + storeApps + feeds)

@@ -1,6 +1,12 @@
 #include "app/launcher_controller.h"
 
 #include "app/icon_wishes.h"
+#include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_search.h"
+#include "launcher/launcher_updates.h"
+#include "launcher/smart_folder_editing.h"
+#include "launcher/smart_folder_library.h"
 #include "platform/uuid_source.h"
 
 #include <algorithm>
@@ -16,11 +22,11 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _updates(viewModel)
     , _removal(viewModel)
     , _smartFolder(viewModel)
-    , _drag(viewModel, scheduler, [this] { return dragArea(); })
-    , _subscription(viewModel.subscribe([this](LauncherChange change) { onChange(change); })) {
+    , _drag(viewModel, scheduler, [this] { return dragArea(); }) {
+    follow();
     connect(&_menu, &MenuModel::chosen, this, &LauncherController::performMenuEntry);
     connect(&_drag, &TileDrag::refused, this,
-            [this](const LauncherError& error) { _viewModel.report(error); });
+            [this](const LauncherError& error) { _viewModel.messages().report(error); });
     connect(&_drag, &TileDrag::newPageChanged, this, [this] {
         _grid.setHasNewPage(_drag.isOnNewPage());
         Q_EMIT navigationChanged();
@@ -29,7 +35,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
         _menu.close();
         // What is found lies over everything.
         while (_search.isActive() && isFolderOpen())
-            _viewModel.closeFolder();
+            _viewModel.shown().closeFolder();
         wantIcons();
         Q_EMIT selectionChanged();
     });
@@ -49,65 +55,80 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
 
 // ---- what has changed
 
-void LauncherController::onChange(LauncherChange change) {
-    switch (change) {
-    case LauncherChange::layout:
-    case LauncherChange::smartFolders:
-        return showLayout();
-    case LauncherChange::navigation:
-        return showNavigation();
-    case LauncherChange::selection:
-        Q_EMIT selectionChanged();
-        return;
-    case LauncherChange::mode:
-    case LauncherChange::settings:
+void LauncherController::follow() {
+    const auto on = [this](auto& signal, auto call) {
+        _subscriptions.push_back(signal.connect(std::move(call)));
+    };
+    LauncherViewModel& launcher = _viewModel;
+    for (const LauncherWindowMode mode : LiveLayouts::modes) {
+        LiveLayout& layout = launcher.layout(mode);
+        const auto whenShown = [this, mode](auto call) {
+            return [this, mode, call] {
+                if (mode == _viewModel.layouts().shownMode())
+                    call();
+            };
+        };
+        on(layout.changed, whenShown([this] { showLayout(); }));
+        on(layout.navigationChanged, whenShown([this] { showNavigation(); }));
+        on(layout.selectionChanged, whenShown([this] { Q_EMIT selectionChanged(); }));
+    }
+    on(launcher.smartFolders().changed, [this] { showLayout(); });
+    const auto showMode = [this] {
         _drag.cancel();
         _menu.close();
         _updates.refresh();
         updateMetrics();
         Q_EMIT modeChanged();
-        return;
-    case LauncherChange::history:
-    case LauncherChange::notice:
-        Q_EMIT noticeChanged();
-        return;
-    case LauncherChange::alert:
-        _alerts += _viewModel.takeAlerts();
-        [[fallthrough]];
-    case LauncherChange::question:
-        _isAcceptDefault = !isAlertDestructive();
-        if (hasAlert()) {
-            _drag.cancel();
-            _menu.close();
-            _smartFolder.choices()->close();
-        }
-        Q_EMIT alertChanged();
-        return;
-    case LauncherChange::launched:
-        Q_EMIT closeRequested();
-        return;
-    case LauncherChange::bootstrapped:
+    };
+    on(launcher.layouts().shownModeChanged, [this, showMode] {
+        showMode();
+        showLayout();
+    });
+    on(launcher.settingsChanged, showMode);
+    on(launcher.history().changed, [this] { Q_EMIT noticeChanged(); });
+    on(launcher.messages().noticeChanged, [this] { Q_EMIT noticeChanged(); });
+    on(launcher.messages().alerted, [this] {
+        _alerts += _viewModel.messages().takeAlerts();
+        showAlerts();
+    });
+    on(launcher.messages().questionChanged, [this] { showAlerts(); });
+    on(launcher.launched, [this] { Q_EMIT closeRequested(); });
+    on(launcher.bootstrapped, [this] {
         Q_EMIT readyChanged();
-        return;
-    case LauncherChange::updates:
+        showLayout();
+    });
+    on(launcher.search().ready, [this](LauncherWindowMode mode) {
+        if (_search.isActive() && mode == _viewModel.layouts().shownMode())
+            _search.refresh();
+    });
+    on(launcher.updates().changed, [this] {
         showBadges();
-        return _updates.refresh();
-    case LauncherChange::cleanup:
-        return _removal.refresh();
-    case LauncherChange::smartFolderDraft:
+        _updates.refresh();
+    });
+    on(launcher.cleanup().changed, [this] { _removal.refresh(); });
+    on(launcher.smartFolderEditing().changed, [this] {
         _smartFolder.refresh();
         if (!_smartFolder.isOpen() && _sheet == smartFolderSheet)
             closeSheet();
-        return;
-    default: // nothing of it is shown
-        return;
+    });
+}
+
+void LauncherController::showAlerts() {
+    _isAcceptDefault = !isAlertDestructive();
+    if (hasAlert()) {
+        _drag.cancel();
+        _menu.close();
+        _smartFolder.choices()->close();
     }
+    Q_EMIT alertChanged();
 }
 
 void LauncherController::fill(GridModel& model, const ShownPages& pages) {
     model.setPages(
-        pages, _viewModel.unavailableAppKeys(),
-        [this](const LaunchpadItem& item) { return _viewModel.openable(item).value_or(FolderEntry()); },
+        pages, _viewModel.shown().unavailableAppKeys(),
+        [this](const LaunchpadItem& item) {
+            return _viewModel.shown().openable(item).value_or(FolderEntry());
+        },
         [this](const QString& appKey) { return _viewModel.updates().badge(appKey); });
 }
 
@@ -126,10 +147,10 @@ void LauncherController::showBadges() {
 void LauncherController::showLayout() {
     // Under tiles that are carried nothing moves but room for them.
     _drag.cancel();
-    if (_renaming && !_viewModel.item(*_renaming))
+    if (_renaming && !_viewModel.shown().item(*_renaming))
         cancelRename();
     _search.refresh();
-    fill(_grid, _viewModel.shownPages());
+    fill(_grid, _viewModel.shown().shownPages());
     showNavigation();
 }
 
@@ -137,10 +158,11 @@ void LauncherController::showNavigation() {
     if (const auto open = openFolder()) {
         _folderId = toText(open->id);
         _folderTitle = open->name;
-        _folderNotice =
-            _viewModel.folder(open->id) ? QString() : _viewModel.smartFolders().notice(open->id);
-        _folderPage = _viewModel.folderStack().last().page;
-        fill(_folder, _viewModel.shownPages(*open));
+        _folderNotice = _viewModel.shown().folder(open->id)
+                            ? QString()
+                            : _viewModel.smartFolders().notice(open->id);
+        _folderPage = _viewModel.shown().folderStack().last().page;
+        fill(_folder, _viewModel.shown().shownPages(*open));
         updateMetrics();
     }
     wantIcons();
@@ -151,7 +173,7 @@ void LauncherController::showNavigation() {
 void LauncherController::updateMetrics() {
     if (_windowSize.isEmpty())
         return;
-    const ArrangementLayout layout = _viewModel.layoutSettings();
+    const ArrangementLayout layout = _viewModel.shown().settings();
     _metrics = isWindowed()
                    ? windowedMetrics(_windowSize, layout)
                    : fullScreenMetrics(_windowSize, pageGeometry(layout), layout.tileLabelFontSize);
@@ -184,50 +206,53 @@ QStringList LauncherController::selectedIds() const {
             ids.append(toText(*selected));
         return ids;
     }
-    for (const QUuid& id : _viewModel.selectedItemIDs())
+    for (const QUuid& id : _viewModel.shown().selectedItemIDs())
         ids.append(toText(id));
     return ids;
 }
 
 QString LauncherController::notice() const {
-    if (const auto& feedback = _viewModel.editor().history().feedback())
+    if (const auto& feedback = _viewModel.history().steps().feedback())
         return feedback->text();
-    const auto& notice = _viewModel.notice();
+    const auto& notice = _viewModel.messages().notice();
     return notice ? notice->text : QString();
 }
 
 QString LauncherController::alertTitle() const {
     if (!_alerts.isEmpty())
         return _alerts.first().title;
-    return _viewModel.question() ? _viewModel.question()->title : QString();
+    return _viewModel.messages().question() ? _viewModel.messages().question()->title : QString();
 }
 
 QString LauncherController::alertText() const {
     if (!_alerts.isEmpty())
         return _alerts.first().message;
-    return _viewModel.question() ? _viewModel.question()->text : QString();
+    return _viewModel.messages().question() ? _viewModel.messages().question()->text : QString();
 }
 
 QString LauncherController::alertAccept() const {
-    return _alerts.isEmpty() && _viewModel.question() ? _viewModel.question()->accept : QString();
+    return _alerts.isEmpty() && _viewModel.messages().question()
+               ? _viewModel.messages().question()->accept
+               : QString();
 }
 
 bool LauncherController::isAlertDestructive() const {
-    return _alerts.isEmpty() && _viewModel.question() && _viewModel.question()->isDestructive;
+    return _alerts.isEmpty() && _viewModel.messages().question() &&
+           _viewModel.messages().question()->isDestructive;
 }
 
 TileDrag::Area LauncherController::dragArea() const {
-    const ArrangementLayout layout = _viewModel.layoutSettings();
+    const ArrangementLayout layout = _viewModel.shown().settings();
     if (isFolderOpen()) {
-        const QUuid folder = _viewModel.folderStack().last().id;
+        const QUuid folder = _viewModel.shown().folderStack().last().id;
         return {.pages = _folder.shown(),
-                .page = _viewModel.folderStack().last().page,
+                .page = _viewModel.shown().folderStack().last().page,
                 .frame = _folderMetrics.panel,
                 .cells = _folderMetrics.grid,
                 .columns = _folderMetrics.columns,
                 .rows = layout.folderRows,
                 .folder = folder,
-                .rulesDecide = !_viewModel.folder(folder)};
+                .rulesDecide = !_viewModel.shown().folder(folder)};
     }
     return {.pages = _grid.shown(),
             .page = shownPage(),

@@ -9,7 +9,11 @@
 #include "app/tile_icons.h"
 #include "app/tile_search.h"
 #include "app/updates_panel.h"
+#include "launcher/actions.h"
+#include "launcher/launcher_messages.h"
 #include "launcher/launcher_view_model.h"
+#include "launcher/live_layout.h"
+#include "updates/app_update_records.h"
 
 #include <QObject>
 #include <QRectF>
@@ -91,24 +95,24 @@ public:
     void setWindow(QSizeF size, double pixelRatio);
 
     bool isReady() const { return _viewModel.isBootstrapped(); }
-    bool isWindowed() const { return _viewModel.mode() == LauncherWindowMode::windowed; }
+    bool isWindowed() const { return _viewModel.shown().mode() == LauncherWindowMode::windowed; }
     TileIcons* icons() const { return &_icons; }
     GridModel* grid() { return &_grid; }
     GridModel* folder() { return &_folder; }
 
-    int currentPage() const { return _viewModel.currentPage(); }
-    void setCurrentPage(int page) { _viewModel.setCurrentPage(page); }
+    int currentPage() const { return _viewModel.shown().currentPage(); }
+    void setCurrentPage(int page) { _viewModel.shown().setCurrentPage(page); }
     int shownPage() const { return _drag.isOnNewPage() ? _grid.pageCount() - 1 : currentPage(); }
     QStringList selectedIds() const;
-    bool isFolderOpen() const { return !_viewModel.folderStack().isEmpty(); }
+    bool isFolderOpen() const { return !_viewModel.shown().folderStack().isEmpty(); }
     QString folderId() const { return _folderId; }
     QString folderTitle() const { return _folderTitle; }
     QString folderNotice() const { return _folderNotice; }
     int folderPage() const { return _folderPage; }
-    void setFolderPage(int page) { _viewModel.setFolderPage(page); }
+    void setFolderPage(int page) { _viewModel.shown().setFolderPage(page); }
 
-    int columns() const { return _viewModel.layoutSettings().columns; }
-    int rows() const { return _viewModel.layoutSettings().rows; }
+    int columns() const { return _viewModel.shown().settings().columns; }
+    int rows() const { return _viewModel.shown().settings().rows; }
     int left() const { return _metrics.left; }
     int top() const { return _metrics.top; }
     int cellWidth() const { return _metrics.cellWidth; }
@@ -117,7 +121,7 @@ public:
     int labelPixels() const { return _metrics.labelPixels; }
     QRectF folderPanel() const { return _folderMetrics.panel; }
     int folderColumns() const { return _folderMetrics.columns; }
-    int folderRows() const { return _viewModel.layoutSettings().folderRows; }
+    int folderRows() const { return _viewModel.shown().settings().folderRows; }
     int folderLeft() const { return _folderMetrics.grid.left; }
     int folderTop() const { return _folderMetrics.grid.top; }
     int folderCellWidth() const { return _folderMetrics.grid.cellWidth; }
@@ -125,8 +129,8 @@ public:
     int folderIconSide() const { return _folderMetrics.grid.iconSide; }
 
     QString notice() const;
-    static QString unavailableNotice() { return LauncherViewModel::unavailableNotice(); }
-    bool hasAlert() const { return !_alerts.isEmpty() || _viewModel.question(); }
+    static QString unavailableNotice() { return LiveLayout::unavailableNotice(); }
+    bool hasAlert() const { return !_alerts.isEmpty() || _viewModel.messages().question(); }
     QString alertTitle() const;
     QString alertText() const;
     QString alertAccept() const;
@@ -156,12 +160,12 @@ public:
     Q_INVOKABLE void activate(const QString& tileId);
     /// A click on a tile: with the control key it joins the selection or leaves it.
     Q_INVOKABLE void click(const QString& tileId, int modifiers);
-    Q_INVOKABLE void closeFolder() { _viewModel.closeFolder(); }
+    Q_INVOKABLE void closeFolder() { _viewModel.shown().closeFolder(); }
     /// Answers the question, or takes note of the alert.
     Q_INVOKABLE void answerAlert(bool accepted);
     /// One step back: an alert, a search, a folder, the window.
     Q_INVOKABLE void escape();
-    Q_INVOKABLE void unselect() { _viewModel.select(std::nullopt); }
+    Q_INVOKABLE void unselect() { _viewModel.shown().select(std::nullopt); }
     /// A Qt::Key with Qt::KeyboardModifiers; true when it means something here.
     Q_INVOKABLE bool pressKey(int key, int modifiers = 0);
     /// Text that comes while no field has the keyboard.
@@ -191,7 +195,8 @@ Q_SIGNALS:
 private:
     static inline const QString smartFolderSheet = QStringLiteral("smartFolder");
 
-    void onChange(LauncherChange change);
+    void follow();
+    void showAlerts();
     void fill(GridModel& model, const ShownPages& pages);
     void showLayout();
     void showBadges();
@@ -205,11 +210,11 @@ private:
     /// The pages that keys and clicks are about: what was found, the open folder's, the grid's.
     const ShownPages& shown() const;
     int page() const;
-    std::optional<FolderEntry> openFolder() const { return _viewModel.openFolder(); }
+    std::optional<FolderEntry> openFolder() const { return _viewModel.shown().openFolder(); }
     const LaunchpadItem* shownItem(const QString& tileId);
     TileDrag::Area dragArea() const;
     void performMenuEntry(const QString& id);
-    void report(const LauncherEditor::Outcome& outcome);
+    void perform(const ActionTarget& target, std::optional<ActionRequest> request);
 
     LauncherViewModel& _viewModel;
     TileIcons& _icons;
@@ -233,10 +238,10 @@ private:
     QString _sheet;
     TileDrag _drag;
     MenuModel _menu;
-    MenuTarget _menuTarget;
+    ActionTarget _menuTarget;
     std::optional<LaunchpadItem> _shownItem; ///< of the last look
     std::optional<QUuid> _renaming;
-    LauncherViewModel::Subscription _subscription;
+    std::vector<Subscription> _subscriptions;
 };
 
 } // namespace tessellar

@@ -1,6 +1,8 @@
 #include "app/launcher_controller.h"
 #include "app/tile_navigation.h"
+#include "launcher/launcher_editor.h"
 #include "launcher/launcher_icons.h"
+#include "launcher/smart_folder_library.h"
 #include "platform/uuid_source.h"
 
 #include <algorithm>
@@ -32,11 +34,6 @@ const LaunchpadItem* LauncherController::shownItem(const QString& tileId) {
     return nullptr;
 }
 
-void LauncherController::report(const LauncherEditor::Outcome& outcome) {
-    if (!outcome)
-        _viewModel.report(outcome.error());
-}
-
 QVariantMap LauncherController::tileView(const QString& tileId) const {
     for (const GridModel* model : {&_folder, &_grid}) {
         for (int index = 0; index < model->pageCount(); ++index) {
@@ -59,13 +56,8 @@ QVariantMap LauncherController::tileView(const QString& tileId) const {
 // ---- the pointer
 
 void LauncherController::activate(const QString& tileId) {
-    const LaunchpadItem* item = shownItem(tileId);
-    if (!item)
-        return;
-    if (const AppEntry* app = item->app())
-        _viewModel.launch(appKey(*app));
-    else
-        _viewModel.openFolder(item->id());
+    if (const LaunchpadItem* item = shownItem(tileId))
+        _viewModel.open(_viewModel.shown().mode(), *item);
 }
 
 void LauncherController::click(const QString& tileId, int modifiers) {
@@ -74,10 +66,10 @@ void LauncherController::click(const QString& tileId, int modifiers) {
         return activate(tileId);
     }
     const QUuid id = QUuid::fromString(tileId);
-    QList<QUuid> selected = _viewModel.selectedItemIDs().values();
+    QList<QUuid> selected = _viewModel.shown().selectedItemIDs().values();
     if (!selected.removeOne(id))
         selected.append(id);
-    _viewModel.editor().select(selected);
+    _viewModel.shown().select(selected);
 }
 
 // ---- alerts and questions
@@ -88,7 +80,7 @@ void LauncherController::answerAlert(bool accepted) {
         _isAcceptDefault = !isAlertDestructive();
         Q_EMIT alertChanged();
     } else {
-        _viewModel.answer(accepted);
+        _viewModel.messages().answer(accepted);
     }
 }
 
@@ -127,10 +119,10 @@ void LauncherController::escape() {
         closeSheet();
     else if (_search.isActive())
         _search.clear();
-    else if (_viewModel.selectedItemIDs().size() > 1)
+    else if (_viewModel.shown().selectedItemIDs().size() > 1)
         unselect();
     else if (isFolderOpen())
-        _viewModel.closeFolder();
+        _viewModel.shown().closeFolder();
     else
         Q_EMIT closeRequested();
 }
@@ -199,45 +191,11 @@ bool LauncherController::pressShortcut(int key, bool isShifted) {
     // While something is typed, these are the field's.
     if (_search.isActive())
         return false;
-    LauncherEditor& editor = _viewModel.editor();
-    const auto told = [this](const LauncherEditor::Outcome& outcome) { report(outcome); };
-    if (key == Qt::Key_Z || key == Qt::Key_Y) {
-        if (isShifted || key == Qt::Key_Y)
-            editor.redo(told);
-        else
-            editor.undo(told);
-        return true;
-    }
-    // In the order of the arrangement, not of a set.
-    QList<QUuid> selected;
-    tessellar::forEachItem(_viewModel.pages(), [&](const LaunchpadItem& item) {
-        if (_viewModel.selectedItemIDs().contains(item.id()))
-            selected.append(item.id());
-        return true;
-    });
-    const bool rulesDecide = isFolderOpen() && !_viewModel.folder(_viewModel.folderStack().last().id);
-    switch (key) {
-    case Qt::Key_A: {
-        QList<QUuid> all;
-        for (const LaunchpadItem& item : shown().tiles(page()))
-            all.append(item.id());
-        editor.select(all);
-        return true;
-    }
-    case Qt::Key_C:
-        editor.copy(selected);
-        return true;
-    case Qt::Key_X:
-        if (!rulesDecide)
-            editor.cut(selected);
-        return true;
-    case Qt::Key_V:
-        if (!rulesDecide)
-            editor.paste();
-        return true;
-    default:
-        return false;
-    }
+    const auto modifiers = isShifted ? Qt::ControlModifier | Qt::ShiftModifier : Qt::ControlModifier;
+    const auto done = performShortcut(_viewModel, _viewModel.shown().mode(), Qt::Key(key), modifiers);
+    if (done)
+        perform({}, done);
+    return done.has_value();
 }
 
 bool LauncherController::type(const QString& text) {
@@ -252,9 +210,9 @@ void LauncherController::turn(int pages) {
     if (_search.isActive())
         _search.setPage(page() + pages);
     else if (isFolderOpen())
-        _viewModel.setFolderPage(page() + pages);
+        _viewModel.shown().setFolderPage(page() + pages);
     else
-        _viewModel.setCurrentPage(page() + pages);
+        _viewModel.shown().setCurrentPage(page() + pages);
 }
 
 void LauncherController::moveSelection(int key, bool extends) {
@@ -263,12 +221,13 @@ void LauncherController::moveSelection(int key, bool extends) {
                                 : key == Qt::Key_Up    ? Direction::up
                                                        : Direction::down;
     const bool isInFolder = isFolderOpen() && !_search.isActive();
-    GridGeometry geometry = isInFolder ? folderGeometry(_viewModel.layoutSettings())
-                                       : pageGeometry(_viewModel.layoutSettings());
+    GridGeometry geometry = isInFolder ? folderGeometry(_viewModel.shown().settings())
+                                       : pageGeometry(_viewModel.shown().settings());
     if (isInFolder)
         geometry.columns = folderColumns();
     std::optional<ShownPlace> from;
-    if (const auto& selected = _search.isActive() ? _search.selected() : _viewModel.selectedItemID())
+    if (const auto& selected =
+            _search.isActive() ? _search.selected() : _viewModel.shown().selectedItemID())
         from = shown().placeOf(*selected);
     const int before = page();
     const auto to = neighbour(shown(), geometry, before, from, direction);
@@ -279,10 +238,10 @@ void LauncherController::moveSelection(int key, bool extends) {
     if (_search.isActive())
         return _search.select(tile);
     if (!extends)
-        return _viewModel.select(tile);
-    QList<QUuid> selected = _viewModel.selectedItemIDs().values();
+        return _viewModel.shown().select(tile);
+    QList<QUuid> selected = _viewModel.shown().selectedItemIDs().values();
     selected.removeOne(tile);
-    _viewModel.editor().select(selected + QList{tile});
+    _viewModel.shown().select(selected + QList{tile});
 }
 
 // ---- menus
@@ -292,27 +251,32 @@ void LauncherController::openMenu(const QString& tileId, QPointF point) {
         return;
     _drag.letGo();
     const LaunchpadItem* item = tileId.isEmpty() ? nullptr : shownItem(tileId);
-    if (item && !_search.isActive() && !_viewModel.selectedItemIDs().contains(item->id()))
-        _viewModel.select(item->id());
+    if (item && !_search.isActive() && !_viewModel.shown().selectedItemIDs().contains(item->id()))
+        _viewModel.shown().select(item->id());
     else if (!item)
         unselect();
-    _menuTarget = {.item = item ? std::optional(*item) : std::nullopt,
+    _menuTarget = {.mode = _viewModel.shown().mode(),
+                   .item = item ? std::optional(*item) : std::nullopt,
                    .isSearchResult = _search.isActive()};
-    _menu.open(tileMenu(_viewModel, _menuTarget), point);
+    _menu.open(actionMenu(_viewModel, _menuTarget), point);
 }
 
 void LauncherController::performMenuEntry(const QString& id) {
-    const MenuTarget target = _menuTarget;
-    switch (tessellar::performMenuEntry(_viewModel, target, id)) {
-    case MenuRequest::none:
+    const ActionTarget target = _menuTarget;
+    perform(target, performAction(_viewModel, target, id));
+}
+
+void LauncherController::perform(const ActionTarget& target, std::optional<ActionRequest> request) {
+    switch (request.value_or(ActionRequest::none)) {
+    case ActionRequest::none:
         return;
-    case MenuRequest::rename:
-        return beginRename(toText(target.item->id()));
-    case MenuRequest::icon:
+    case ActionRequest::rename:
+        return beginRename(target.item ? toText(target.item->id()) : selectedIds().value(0));
+    case ActionRequest::icon:
         return openSheet(QStringLiteral("icon"));
-    case MenuRequest::rules:
+    case ActionRequest::rules:
         return openSheet(smartFolderSheet);
-    case MenuRequest::updates:
+    case ActionRequest::updates:
         return openSheet(QStringLiteral("updates"));
     }
 }
@@ -339,7 +303,9 @@ void LauncherController::changeIcon(const QString& file) {
         return;
     static const FileSystem host;
     _viewModel.icons().set(
-        appKey(*app), file, [this](const LauncherIcons::Outcome& outcome) { report(outcome); }, &host);
+        appKey(*app), file,
+        [this](const LauncherIcons::Outcome& outcome) { _viewModel.messages().report(outcome); },
+        &host);
     closeSheet();
 }
 
@@ -354,7 +320,7 @@ void LauncherController::startAfresh() {
 // ---- names
 
 void LauncherController::beginRename(const QString& tileId) {
-    const LaunchpadItem* item = _viewModel.item(QUuid::fromString(tileId));
+    const LaunchpadItem* item = _viewModel.shown().item(QUuid::fromString(tileId));
     const bool isFixed =
         item && item->smartFolder() && !_viewModel.smartFolders().definition(item->id());
     if (!item || isFixed)
@@ -368,17 +334,10 @@ void LauncherController::endRename(const QString& name) {
     if (!tile)
         return;
     Q_EMIT renamingChanged();
-    const LaunchpadItem* item = _viewModel.item(*tile);
+    const LaunchpadItem* item = _viewModel.shown().item(*tile);
     if (!item || trimmed(name).isEmpty())
         return;
-    if (!item->smartFolder())
-        return report(_viewModel.editor().rename(*tile, name));
-    if (const SmartFolderDefinition* known = _viewModel.smartFolders().definition(*tile)) {
-        SmartFolderDefinition renamed = *known;
-        renamed.name = trimmed(name);
-        if (renamed.name != known->name)
-            report(_viewModel.editor().changeSmartFolder(renamed));
-    }
+    _viewModel.messages().report(_viewModel.editor().rename(_viewModel.shown().mode(), *tile, name));
 }
 
 void LauncherController::cancelRename() {

@@ -23,10 +23,9 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     fitToScreen();
     _icons.loader().setCustomIcons(
         [this](const QString& appKey) { return _viewModel.icons().path(appKey); });
-    _subscription = _viewModel.subscribe([this](LauncherChange change) {
-        if (change == LauncherChange::icons)
-            for (const QString& appKey : _viewModel.icons().changedKeys())
-                _icons.loader().reload(appKey);
+    _iconsChanged = _viewModel.icons().changed.connect([this](const QSet<QString>& appKeys) {
+        for (const QString& appKey : appKeys)
+            _icons.loader().reload(appKey);
     });
     // The folders are scanned and the backdrop is drawn while QML is loaded.
     _icons.prepareBackdrop((QSizeF(_view.size()) * _view.devicePixelRatio()).toSize());
@@ -76,7 +75,8 @@ void LauncherWindow::fitToScreen() {
         _view.setGeometry(area);
         return;
     }
-    const QSize size = windowedSize(_viewModel.layoutSettings()).toSize().boundedTo(area.size() * 0.95);
+    const QSize size =
+        windowedSize(_viewModel.shown().settings()).toSize().boundedTo(area.size() * 0.95);
     _view.setMinimumSize({480, 360});
     _view.setGeometry(QRect(area.center() - QPoint(size.width() / 2, size.height() / 2), size));
 }

@@ -50,7 +50,7 @@ private:
     DesktopPasteboard _pasteboard;
     LauncherViewModel _viewModel;
     TileIcons _icons;
-    LauncherViewModel::Subscription _subscription;
+    Subscription _iconsChanged;
     LauncherController _controller;
     QQuickView _view;
     QSize _screen;

@@ -1,5 +1,8 @@
 #include "app/launcher_window.h"
 
+#include "launcher/launcher_error.h"
+#include "launcher/launcher_updates.h"
+
 #include "control/control_socket.h"
 #include "platform/file_lock.h"
 #include "platform/host_machine.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "launcher/tile_menu.h"
+#include "launcher/actions.h"
 
 #include <QObject>
 #include <QPointF>

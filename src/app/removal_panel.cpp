@@ -1,5 +1,8 @@
 #include "app/removal_panel.h"
 
+#include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_messages.h"
+
 #include <QLocale>
 
 namespace tessellar {
@@ -100,7 +103,7 @@ void RemovalPanel::select(const QString& path, bool isSelected) {
     _viewModel.cleanup().setSelected(path, isSelected);
 }
 
-void RemovalPanel::remove() { _viewModel.cleanup().remove(_viewModel.asker()); }
+void RemovalPanel::remove() { _viewModel.cleanup().remove(_viewModel.messages().asker()); }
 
 void RemovalPanel::cancel() {
     if (_viewModel.cleanup().phase() == Phase::removing)
@@ -112,7 +115,7 @@ void RemovalPanel::cancel() {
 void RemovalPanel::restore() {
     _viewModel.cleanup().restore([this](const LauncherCleanup::Restored& restored) {
         if (!restored)
-            _viewModel.report(restored.error());
+            _viewModel.messages().report(restored.error());
     });
     _viewModel.cleanup().close();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_view_model.h"
 
 #include <QObject>

@@ -1,5 +1,9 @@
 #include "app/smart_folder_panel.h"
 
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_editing.h"
+
 #include "app/tile_art.h"
 
 #include <algorithm>
@@ -138,8 +142,8 @@ void SmartFolderPanel::removeRule(int rule) {
 void SmartFolderPanel::save() {
     if (!issue().isEmpty())
         return;
-    if (const auto saved = editing().save(); !saved)
-        _viewModel.report(saved.error());
+    if (const auto saved = editing().save(_viewModel.shown().mode()); !saved)
+        _viewModel.messages().report(saved.error());
 }
 
 void SmartFolderPanel::cancel() {

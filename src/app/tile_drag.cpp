@@ -1,5 +1,8 @@
 #include "app/tile_drag.h"
 
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_history.h"
+
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QStyleHints>
@@ -31,7 +34,7 @@ QString TileDrag::targetId() const {
 
 void TileDrag::press(const QString& tileId, QPointF point, QPointF picture) {
     const QUuid id = QUuid::fromString(tileId);
-    if (isLifted() || !_viewModel.item(id))
+    if (isLifted() || !_viewModel.shown().item(id))
         return;
     _pressed = id;
     _isHeld = false;
@@ -68,7 +71,7 @@ void TileDrag::move(QPointF point) {
 void TileDrag::lift() {
     const Area area = _area();
     // What a smart folder shows stays: its rules decide. A blocked arrangement does not change either.
-    const auto guard = _viewModel.editGuard();
+    const auto guard = _viewModel.history().guard(_viewModel.shown().mode());
     if (!guard || area.rulesDecide) {
         letGo();
         if (!guard)
@@ -77,10 +80,10 @@ void TileDrag::lift() {
     }
     const QUuid tile = *_pressed;
     _heldTile = tile;
-    const QSet<QUuid>& selected = _viewModel.selectedItemIDs();
+    const QSet<QUuid>& selected = _viewModel.shown().selectedItemIDs();
     _liftedSet = selected.contains(tile) ? selected : QSet<QUuid>{tile};
     _lifted.clear();
-    forEachItem(_viewModel.pages(), [&](const LaunchpadItem& item) {
+    forEachItem(_viewModel.shown().pages(), [&](const LaunchpadItem& item) {
         if (_liftedSet.contains(item.id()))
             _lifted.append(item.id());
         return true;
@@ -145,27 +148,27 @@ void TileDrag::rest(const Area& area) {
     std::function<void()> then;
     std::chrono::milliseconds delay = turnDelay;
     const LaunchpadItem* target =
-        _drop.kind == Drop::Kind::onto ? _viewModel.item(_drop.target) : nullptr;
+        _drop.kind == Drop::Kind::onto ? _viewModel.shown().item(_drop.target) : nullptr;
     if (area.folder && !area.frame.contains(_pointer)) {
         on = QStringLiteral("outside");
         delay = leaveDelay;
-        then = [this] { _viewModel.closeFolder(); };
+        then = [this] { _viewModel.shown().closeFolder(); };
     } else if (target && target->folder() && !_liftedSet.contains(_drop.target)) {
         on = toText(_drop.target);
         delay = openDelay;
-        then = [this, id = _drop.target] { _viewModel.openFolder(id); };
+        then = [this, id = _drop.target] { _viewModel.shown().openFolder(id); };
     } else if (_pointer.x() < area.frame.left() + edge || _pointer.x() > area.frame.right() - edge) {
         const int by = _pointer.x() < area.frame.center().x() ? -1 : 1;
         on = QStringLiteral("turn %1 %2").arg(by).arg(area.page);
         then = [this, by, page = area.page, count = static_cast<int>(area.pages.count()),
                 inFolder = area.folder.has_value()] {
             if (inFolder)
-                return _viewModel.setFolderPage(page + by);
+                return _viewModel.shown().setFolderPage(page + by);
             if (page + by < 0 || page + by > count)
                 return;
             setNewPage(page + by == count);
             if (!_isOnNewPage)
-                _viewModel.setCurrentPage(page + by);
+                _viewModel.shown().setCurrentPage(page + by);
         };
     }
     if (on == _restingOn)
@@ -203,7 +206,7 @@ void TileDrag::drop() {
         return;
     // Let go beside the panel before the folder had time to close: out of it all the same.
     for (Area area = _area(); area.folder && !area.frame.contains(_pointer); area = _area())
-        _viewModel.closeFolder();
+        _viewModel.shown().closeFolder();
     look();
     const Drop drop = _drop;
     const QList<QUuid> tiles = _lifted;
@@ -211,16 +214,18 @@ void TileDrag::drop() {
     end();
     LauncherEditor::Outcome outcome;
     if (drop.kind == Drop::Kind::onto)
-        outcome = _viewModel.editor().groupTiles(tiles, drop.target);
+        outcome = _viewModel.editor().groupTiles(_viewModel.shown().mode(),
+                                                 tiles, drop.target);
     else if (drop.kind == Drop::Kind::between)
-        outcome = _viewModel.editor().moveTiles(tiles, drop.place);
+        outcome = _viewModel.editor().moveTiles(_viewModel.shown().mode(),
+                                                tiles, drop.place);
     if (!outcome) {
         Q_EMIT refused(outcome.error());
         return;
     }
     if (wasNewPage && !tiles.isEmpty())
-        if (const auto place = _viewModel.shownPages().placeOf(tiles.first()))
-            _viewModel.setCurrentPage(static_cast<int>(place->page));
+        if (const auto place = _viewModel.shown().shownPages().placeOf(tiles.first()))
+            _viewModel.shown().setCurrentPage(static_cast<int>(place->page));
 }
 
 bool TileDrag::cancel() {

@@ -2,7 +2,9 @@
 
 #include "app/grid_metrics.h"
 #include "editing/tile_drop.h"
+#include "launcher/launcher_error.h"
 #include "launcher/launcher_view_model.h"
+#include "launcher/live_layout.h"
 #include "platform/uuid_source.h"
 
 #include <QObject>

@@ -1,5 +1,8 @@
 #include "app/tile_search.h"
 
+#include "launcher/launcher_search.h"
+#include "launcher/launcher_updates.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -27,12 +30,12 @@ void TileSearch::refresh() {
     Pages pages;
     if (isActive()) {
         Page found;
-        for (const SearchIndex::Hit& hit : _viewModel.editor().search(_text))
+        for (const SearchIndex::Hit& hit : _viewModel.search().search(_viewModel.shown().mode(), _text))
             found.append(*hit.entry);
-        const int capacity = pageGeometry(_viewModel.layoutSettings()).capacity();
+        const int capacity = pageGeometry(_viewModel.shown().settings()).capacity();
         for (qsizetype first = 0; first < found.size(); first += capacity)
             pages.append(found.mid(first, capacity));
-        _results.setPages(ShownPages(pages, {}, capacity), _viewModel.unavailableAppKeys(), {},
+        _results.setPages(ShownPages(pages, {}, capacity), _viewModel.shown().unavailableAppKeys(), {},
                           [this](const QString& key) { return _viewModel.updates().badge(key); });
     } else if (_results.pageCount() > 0) {
         _results.setPages({}, {}, {}, {});

@@ -2,6 +2,7 @@
 
 #include "app/grid_model.h"
 #include "launcher/launcher_view_model.h"
+#include "launcher/live_layout.h"
 
 namespace tessellar {
 

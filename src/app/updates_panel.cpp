@@ -1,5 +1,9 @@
 #include "app/updates_panel.h"
 
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/launcher_updates.h"
+
 namespace tessellar {
 
 QString UpdatesPanel::title() { return update_texts::settingsTitle; }
@@ -10,7 +14,7 @@ bool UpdatesPanel::isChecking() const { return _viewModel.updates().isChecking()
 
 void UpdatesPanel::report(const LauncherUpdates::Outcome& outcome) {
     if (!outcome)
-        _viewModel.report(outcome.error());
+        _viewModel.messages().report(outcome.error());
 }
 
 void UpdatesPanel::setEnabled(bool isEnabled) {
@@ -61,7 +65,7 @@ QString UpdatesPanel::progressText() const {
 QVariantList UpdatesPanel::available() const {
     const LauncherUpdates& updates = _viewModel.updates();
     QVariantList result;
-    for (const AppEntry& app : _viewModel.lastScannedApps()) {
+    for (const AppEntry& app : _viewModel.applications().all()) {
         const QString key = appKey(app);
         const QString text = updates.statusText(key);
         if (text.isEmpty())

@@ -1,6 +1,7 @@
 // The removal of applications: review, removal, bringing back, the helper.
 
 #include "control/command_set.h"
+#include "launcher/launcher_cleanup.h"
 
 #include <QDir>
 #include <QFile>
@@ -78,10 +79,10 @@ void reviewed(const Call& call, const QString& key, std::function<void()> then) 
     if (cleanup.phase() != LauncherCleanup::Phase::scanning)
         return;
     // Told of every size that arrives; the last one ends the wait.
-    call->held.push_back(call->launcher().subscribe(
-        [call, key, isMeasured, then = std::move(then)](LauncherChange change) {
+    call->held.push_back(std::make_shared<Subscription>(
+        cleanup.changed.connect([call, key, isMeasured, then = std::move(then)] {
             const LauncherCleanup& state = call->launcher().cleanup();
-            if (change != LauncherChange::cleanup || call->held.empty()) // it ends the review itself
+            if (call->held.empty()) // it ends the review itself
                 return;
             if (state.phase() == LauncherCleanup::Phase::idle || appKey(state.app()) != key) {
                 call->held.clear();
@@ -93,7 +94,7 @@ void reviewed(const Call& call, const QString& key, std::function<void()> then) 
                 std::exchange(*isMeasured, true))
                 return;
             then();
-        }));
+        })));
 }
 
 /// Who stops the command stops what it does: the review, or the moving, of which what was moved by then

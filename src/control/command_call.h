@@ -1,6 +1,8 @@
 #pragma once
 
+#include "launcher/launcher_error.h"
 #include "launcher/launcher_view_model.h"
+#include "launcher/live_layout.h"
 
 #include <QJsonValue>
 
@@ -54,6 +56,9 @@ public:
     CommandOptions options;
     /// Only for commands that asked for it.
     LauncherViewModel& launcher() const { return *_launcher; }
+    /// The display mode that the command is about; without one, that which the user sees.
+    LauncherWindowMode mode() const { return options.mode.value_or(_launcher->layouts().shownMode()); }
+    LiveLayout& layout() const { return _launcher->layout(mode()); }
 
     /// Part of the answer, before its end: a JSON document, or text.
     void print(const QJsonValue& json, const QString& text);

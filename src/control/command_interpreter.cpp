@@ -24,15 +24,6 @@ void CommandInterpreter::run(const QStringList& words, const CommandOptions& opt
     const auto parsed = CommandSet().parse(words);
     if (!parsed)
         return refuse(parsed.error(), options, output);
-    // A command for the other mode turns to it for as long as it runs.
-    const LauncherWindowMode shown = _launcher.mode();
-    if (options.mode && *options.mode != shown) {
-        _launcher.setMode(*options.mode);
-        output.finished = [this, shown, finished = std::move(output.finished)](int status) {
-            _launcher.setMode(shown);
-            finished(status);
-        };
-    }
     parsed->run(std::make_shared<CommandCall>(_machine, &_launcher, options, std::move(output)));
 }
 

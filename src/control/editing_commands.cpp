@@ -4,6 +4,12 @@
 // 0.
 
 #include "control/command_set.h"
+#include "launcher/launcher_clipboard.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_search.h"
+#include "launcher/launcher_updates.h"
+#include "launcher/smart_folder_library.h"
 
 namespace tessellar {
 namespace {
@@ -16,7 +22,7 @@ constexpr const char* placeHelp =
 void answerWithHits(const Call& call, const Word& query) {
     QJsonArray hits;
     QString lines;
-    for (const SearchIndex::Hit& hit : call->launcher().editor().search(text(query))) {
+    for (const SearchIndex::Hit& hit : call->launcher().search().search(call->mode(), text(query))) {
         const QString key = appKey(*hit.entry);
         const LauncherUpdates& updates = call->launcher().updates();
         QJsonObject object{{QStringLiteral("score"), hit.score},
@@ -35,7 +41,7 @@ void answerWithHits(const Call& call, const Word& query) {
 }
 
 std::optional<QUuid> tile(const Call& call, const QString& name, AppTiles which = AppTiles::ownFirst) {
-    const auto found = findTile(call->launcher().pages(), name, which);
+    const auto found = findTile(call->layout().pages(), name, which);
     if (!found)
         call->fail({QStringLiteral("noSuchTile"),
                     QStringLiteral("There is no tile “%1”.").arg(name.left(200)),
@@ -77,7 +83,7 @@ void addMoves(CommandSet& set) {
                   const auto ids = tiles(call, names);
                   const auto where = ids ? place(call, to) : std::nullopt;
                   if (where)
-                      call->answer(call->launcher().editor().moveTiles(*ids, *where));
+                      call->answer(call->launcher().editor().moveTiles(call->mode(), *ids, *where));
               });
 
     CLI::App* group =
@@ -89,23 +95,23 @@ void addMoves(CommandSet& set) {
                   const auto ids = tiles(call, names);
                   const auto target = ids ? tile(call, with) : std::nullopt;
                   if (target)
-                      call->answer(call->launcher().editor().groupTiles(*ids, *target));
+                      call->answer(call->launcher().editor().groupTiles(call->mode(), *ids, *target));
               });
 
     CLI::App* ungroup = set.add("ungroup", "Put a folder's tiles in its place");
     set.onRun(ungroup, CommandNeeds::launcher,
               [name = word(ungroup, "folder", tileHelp)](const Call& call) {
                   if (const auto id = tile(call, name))
-                      call->answer(call->launcher().editor().ungroupFolder(*id));
+                      call->answer(call->launcher().editor().ungroupFolder(call->mode(), *id));
               });
 
     CLI::App* sort = set.add("sort", "Sort a page by name, or everything");
     const Word page = optionalWord(sort, "page", "PAGE or FOLDER/PAGE; without it everything");
     set.onRun(sort, CommandNeeds::launcher, [page](const Call& call) {
         if (page->empty())
-            return call->answer(call->launcher().editor().sortEverything());
+            return call->answer(call->launcher().editor().sortEverything(call->mode()));
         if (const auto where = place(call, page))
-            call->answer(call->launcher().editor().sortPage(where->folder, where->page));
+            call->answer(call->launcher().editor().sortPage(call->mode(), where->folder, where->page));
     });
 }
 
@@ -115,24 +121,25 @@ void addNames(CommandSet& set) {
               [name = word(rename, "tile", tileHelp),
                to = word(rename, "name", "The new name")](const Call& call) {
                   if (const auto id = tile(call, name))
-                      call->answer(call->launcher().editor().rename(*id, text(to)));
+                      call->answer(call->launcher().editor().rename(call->mode(), *id, text(to)));
               });
 
     CLI::App* revert = set.add("revert-name", "Back to what the application calls itself");
     set.onRun(revert, CommandNeeds::launcher,
               [name = word(revert, "tile", tileHelp)](const Call& call) {
                   if (const auto id = tile(call, name))
-                      call->answer(call->launcher().editor().revertAppName(*id));
+                      call->answer(call->launcher().editor().revertAppName(call->mode(), *id));
               });
 
     CLI::App* symbol = set.add("symbol", "Show a symbol on a folder; none clears it");
-    set.onRun(symbol, CommandNeeds::launcher,
-              [name = word(symbol, "folder", tileHelp),
-               to = word(symbol, "symbol", "Its name, or none")](const Call& call) {
-                  if (const auto id = tile(call, name))
-                      call->answer(call->launcher().editor().setFolderSymbol(
-                          *id, text(to) == u"none" ? std::nullopt : std::optional(text(to))));
-              });
+    set.onRun(
+        symbol, CommandNeeds::launcher,
+        [name = word(symbol, "folder", tileHelp),
+         to = word(symbol, "symbol", "Its name, or none")](const Call& call) {
+            if (const auto id = tile(call, name))
+                call->answer(call->launcher().editor().setFolderSymbol(
+                    call->mode(), *id, text(to) == u"none" ? std::nullopt : std::optional(text(to))));
+        });
 }
 
 void addHiding(CommandSet& set) {
@@ -140,13 +147,13 @@ void addHiding(CommandSet& set) {
     set.onRun(hide, CommandNeeds::launcher,
               [names = words(hide, "tiles", tilesHelp)](const Call& call) {
                   if (const auto ids = tiles(call, names))
-                      call->answer(call->launcher().editor().hideApps(*ids));
+                      call->answer(call->launcher().editor().hideApps(call->mode(), *ids));
               });
 
     CLI::App* unhide = set.add("unhide", "Show a hidden application again");
     set.onRun(unhide, CommandNeeds::launcher,
               [key = word(unhide, "appkey", appKeyHelp)](const Call& call) {
-                  call->answer(call->launcher().editor().unhideApp(text(key)));
+                  call->answer(call->launcher().editor().unhideApp(call->mode(), text(key)));
               });
 }
 
@@ -159,13 +166,13 @@ void addAliases(CommandSet& set) {
                   const auto id = tile(call, name);
                   const auto where = id ? place(call, to) : std::nullopt;
                   if (where)
-                      call->answer(call->launcher().editor().createAlias(*id, *where));
+                      call->answer(call->launcher().editor().createAlias(call->mode(), *id, *where));
               });
     CLI::App* remove = set.add("remove", "Remove alias tiles", alias);
     set.onRun(remove, CommandNeeds::launcher,
               [names = words(remove, "tiles", tilesHelp)](const Call& call) {
                   if (const auto ids = tiles(call, names, AppTiles::aliasesOnly))
-                      call->answer(call->launcher().editor().removeAliases(*ids));
+                      call->answer(call->launcher().editor().removeAliases(call->mode(), *ids));
               });
 }
 
@@ -178,17 +185,18 @@ QJsonArray names(const QList<LayoutUndoEntry>& stack) {
 
 void addHistory(CommandSet& set) {
     set.onRun(set.add("undo", "Take the last edit back"), CommandNeeds::launcher, [](const Call& call) {
-        call->launcher().editor().undo(
-            [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
+        call->launcher().history().undo(
+            call->mode(), [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
     });
     set.onRun(set.add("redo", "Make the last undone edit again"), CommandNeeds::launcher,
               [](const Call& call) {
-                  call->launcher().editor().redo(
+                  call->launcher().history().redo(
+                      call->mode(),
                       [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
               });
     set.onRun(set.add("history", "What can be undone and redone, oldest first"), CommandNeeds::launcher,
               [](const Call& call) {
-                  const LayoutUndoHistory& history = call->launcher().editor().history();
+                  const LayoutUndoHistory& history = call->launcher().history().steps();
                   QString lines;
                   for (const LayoutUndoEntry& entry : history.undoStack())
                       lines += QStringLiteral("Undo %1\n").arg(entry.name);
@@ -203,7 +211,7 @@ void addHistory(CommandSet& set) {
     select->add_option("tiles", *chosen, tilesHelp);
     set.onRun(select, CommandNeeds::launcher, [chosen](const Call& call) {
         if (const auto ids = tiles(call, chosen)) {
-            call->launcher().editor().select(*ids);
+            call->layout().select(*ids);
             call->answer({});
         }
     });
@@ -223,19 +231,19 @@ void addClipboard(CommandSet& set) {
     set.onRun(copy, CommandNeeds::launcher,
               [names = words(copy, "tiles", tilesHelp)](const Call& call) {
                   if (const auto ids = tiles(call, names))
-                      answerClipboard(call, call->launcher().editor().copy(*ids));
+                      answerClipboard(call, call->launcher().clipboard().copy(call->mode(), *ids));
               });
     CLI::App* cut = set.add("cut", "Cut tiles: they move when they are pasted");
     set.onRun(cut, CommandNeeds::launcher, [names = words(cut, "tiles", tilesHelp)](const Call& call) {
         if (const auto ids = tiles(call, names))
-            answerClipboard(call, call->launcher().editor().cut(*ids));
+            answerClipboard(call, call->launcher().clipboard().cut(call->mode(), *ids));
     });
     CLI::App* paste = set.add("paste", "Paste after the selected tile, or at a place");
     const Word to = optionalWord(paste, "--to", placeHelp);
     set.onRun(paste, CommandNeeds::launcher, [to](const Call& call) {
         const auto where = to->empty() ? std::nullopt : place(call, to);
         if (to->empty() || where)
-            answerClipboard(call, call->launcher().editor().paste(where));
+            answerClipboard(call, call->launcher().clipboard().paste(call->mode(), where));
     });
 }
 
@@ -243,7 +251,14 @@ void addSearch(CommandSet& set) {
     CLI::App* search = set.add("search", "Applications by name, best first");
     set.onRun(search, CommandNeeds::launcher,
               [query = word(search, "query", "What to look for")](const Call& call) {
-                  call->launcher().updates().whenKnown([call, query] { answerWithHits(call, query); });
+                  // What smart folders show is found by their names: they are evaluated first.
+                  LauncherViewModel& launcher = call->launcher();
+                  launcher.updates().whenKnown([call, query, &launcher] {
+                      launcher.smartFolders().gatherFacts({}, [call, query, &launcher] {
+                          launcher.search().whenReady(call->mode(),
+                                                      [call, query] { answerWithHits(call, query); });
+                      });
+                  });
               });
 }
 

@@ -1,6 +1,10 @@
 // The arrangement: scan, list, reset, open, saved arrangements.
 
 #include "control/command_set.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_history.h"
+#include "launcher/layout_archive.h"
+#include "launcher/smart_folder_library.h"
 
 #include <algorithm>
 
@@ -8,37 +12,38 @@ namespace tessellar {
 namespace {
 
 /// The grid for people: each page with its tiles, folders indented.
-void writeTiles(QString& out, const LauncherViewModel& launcher, const Page& page, int indent) {
+void writeTiles(QString& out, const Call& call, const Page& page, int indent) {
+    const LiveLayout& layout = call->layout();
     for (const LaunchpadItem& item : page) {
         out += QString(indent, u' ');
         if (const AppEntry* app = item.app()) {
             out += app->name;
             if (app->alias)
                 out += QStringLiteral(" (alias)");
-            if (launcher.hiddenKeys().contains(appKey(*app)))
+            if (layout.hiddenKeys().contains(appKey(*app)))
                 out += QStringLiteral(" (hidden)");
-            if (launcher.unavailableAppKeys().contains(appKey(*app)))
+            if (layout.unavailableAppKeys().contains(appKey(*app)))
                 out += QStringLiteral(" (not available)");
             out += u'\n';
         } else if (const FolderEntry* folder = item.folder()) {
             out += folder->name + QStringLiteral("/\n");
             for (const Page& inner : folder->pages)
-                writeTiles(out, launcher, inner, indent + 4);
+                writeTiles(out, call, inner, indent + 4);
         } else {
-            out += launcher.smartFolders().name(item.smartFolder()->definitionID) +
+            out += call->launcher().smartFolders().name(item.smartFolder()->definitionID) +
                    QStringLiteral(" (smart folder)\n");
         }
     }
 }
 
-QString gridText(const LauncherViewModel& launcher) {
+QString gridText(const Call& call) {
     QString out;
     int number = 0;
-    for (const Page& page : launcher.pages()) {
+    for (const Page& page : call->layout().pages()) {
         out += QStringLiteral("%1Page %2\n")
                    .arg(number ? QStringLiteral("\n") : QString())
                    .arg(number + 1);
-        writeTiles(out, launcher, page, 2);
+        writeTiles(out, call, page, 2);
         ++number;
     }
     return out.isEmpty() ? QStringLiteral("There are no applications.") : out;
@@ -67,41 +72,42 @@ std::optional<QUuid> identifier(const Call& call, const QString& text) {
 
 /// Does it, and says so of the arrangement by its name.
 void answerNaming(const Call& call, const QString& sentence, const QUuid& id,
-                  LauncherViewModel::Outcome (LauncherViewModel::*work)(const QUuid&)) {
-    LauncherViewModel& launcher = call->launcher();
-    const QList<ArrangementSummary> all = launcher.arrangements();
+                  LayoutArchive::Outcome (LayoutArchive::*work)(LauncherWindowMode, const QUuid&)) {
+    LayoutArchive& archive = call->launcher().archive();
+    const QList<ArrangementSummary> all = archive.arrangements(call->mode());
     const auto named = std::ranges::find(all, id, &ArrangementSummary::id);
     const QString name = named == all.end() ? QString() : named->name;
-    call->answer((launcher.*work)(id), sentence.arg(name));
+    call->answer((archive.*work)(call->mode(), id), sentence.arg(name));
 }
 
 void addScan(CommandSet& set) {
-    set.onRun(
-        set.add("scan", "Look for applications and print what is found"), CommandNeeds::machine,
-        [](const Call& call) {
-            Machine& machine = call->machine;
-            auto task = std::make_shared<Task>();
-            call->held.push_back(task);
-            *task = machine.workers.run(
-                [scanner = AppScanner(LauncherViewModel::scanContext(machine))](std::stop_token stop) {
-                    ScanCache cache;
-                    return scanner.scan(cache, stop).value_or(AppScanner::LibraryScan());
-                },
-                [call](const AppScanner::LibraryScan& scan) {
-                    QString text;
-                    for (const AppEntry& app : scan.apps)
-                        text += QStringLiteral("%1  %2\n").arg(app.name, app.path);
-                    for (const AppScanner::IncompleteBundle& bundle : scan.incompleteBundles)
-                        text += QStringLiteral("(incomplete)  %1\n").arg(bundle.path);
-                    call->succeed(json::encode(scan), text);
-                });
-        });
+    set.onRun(set.add("scan", "Look for applications and print what is found"), CommandNeeds::machine,
+              [](const Call& call) {
+                  Machine& machine = call->machine;
+                  auto task = std::make_shared<Task>();
+                  call->held.push_back(task);
+                  *task = machine.workers.run(
+                      [scanner = AppScanner(InstalledApplications::scanContext(machine))](
+                          std::stop_token stop) {
+                          ScanCache cache;
+                          return scanner.scan(cache, stop).value_or(AppScanner::LibraryScan());
+                      },
+                      [call](const AppScanner::LibraryScan& scan) {
+                          QString text;
+                          for (const AppEntry& app : scan.apps)
+                              text += QStringLiteral("%1  %2\n").arg(app.name, app.path);
+                          for (const AppScanner::IncompleteBundle& bundle : scan.incompleteBundles)
+                              text += QStringLiteral("(incomplete)  %1\n").arg(bundle.path);
+                          call->succeed(json::encode(scan), text);
+                      });
+              });
 }
 
 void addArrangements(CommandSet& set) {
     CLI::App* group = set.addGroup("arrangements", "The saved arrangements of the display mode");
     set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher, [](const Call& call) {
-        const QList<ArrangementSummary> summaries = call->launcher().arrangements();
+        const QList<ArrangementSummary> summaries =
+            call->launcher().archive().arrangements(call->mode());
         QString text;
         for (const ArrangementSummary& summary : summaries)
             text += arrangementLine(summary);
@@ -112,7 +118,7 @@ void addArrangements(CommandSet& set) {
     CLI::App* save = set.add("save", "Save the arrangement under a name", group);
     set.onRun(save, CommandNeeds::launcher,
               [name = word(save, "name", "What to call it")](const Call& call) {
-                  const auto saved = call->launcher().saveArrangement(text(name));
+                  const auto saved = call->launcher().archive().save(call->mode(), text(name));
                   if (saved)
                       call->succeed(json::encode(*saved), arrangementLine(*saved));
                   else
@@ -125,7 +131,7 @@ void addArrangements(CommandSet& set) {
               [id = word(restore, "id", "The arrangement's identifier")](const Call& call) {
                   if (const auto uuid = identifier(call, text(id)))
                       answerNaming(call, QStringLiteral("Restored “%1”."), *uuid,
-                                   &LauncherViewModel::restoreArrangement);
+                                   &LayoutArchive::restore);
               });
 
     CLI::App* remove = set.add("delete", "Remove a saved arrangement", group);
@@ -133,7 +139,7 @@ void addArrangements(CommandSet& set) {
               [id = word(remove, "id", "The arrangement's identifier")](const Call& call) {
                   if (const auto uuid = identifier(call, text(id)))
                       answerNaming(call, QStringLiteral("Deleted “%1”."), *uuid,
-                                   &LauncherViewModel::deleteArrangement);
+                                   &LayoutArchive::remove);
               });
 }
 
@@ -144,12 +150,13 @@ void addLayoutCommands(CommandSet& set) {
     set.onRun(set.add("list",
                       "Print the arrangement: the working layout, in the form of its file with --json"),
               CommandNeeds::launcher, [](const Call& call) {
-                  const LauncherViewModel& launcher = call->launcher();
-                  call->succeed(json::encode(launcher.document()), gridText(launcher));
+                  if (!call->launcher().isBootstrapped())
+                      return call->answer(call->launcher().history().guard(call->mode()));
+                  call->succeed(json::encode(call->layout().document()), gridText(call));
               });
     set.onRun(set.add("reset", "Back to the default alphabetical arrangement"), CommandNeeds::launcher,
               [](const Call& call) {
-                  const auto outcome = call->launcher().resetLayout();
+                  const auto outcome = call->launcher().archive().reset(call->mode());
                   call->answer(outcome,
                                QStringLiteral("Layout reset to the default alphabetical arrangement."));
               });

@@ -73,13 +73,13 @@ void addImport(CommandSet& set) {
         }
         LauncherImport& importer = call->launcher().launchpadImport();
         if (*isPreview)
-            return importer.preview(file, [call](const auto& found) {
+            return importer.preview(call->mode(), file, [call](const auto& found) {
                 if (found)
                     answerWithPreview(call, *found);
                 else
                     call->fail(found.error());
             });
-        importer.run(file, [call](const auto& metadata) {
+        importer.run(call->mode(), file, [call](const auto& metadata) {
             if (metadata)
                 call->succeed(json::encode(*metadata), LaunchpadImportTexts::doneTitle() + u'\n' +
                                                            LaunchpadImportTexts::report(*metadata));
@@ -166,7 +166,7 @@ void addWatch(CommandSet& set) {
                       call->print(json::encode(notice), noticeText(notice));
                   };
                   call->whenUnwanted([call] { call->finish(ExitStatus::done); });
-                  call->held.push_back(watch.observe(say));
+                  call->held.push_back(std::make_shared<Subscription>(watch.noticed.connect(say)));
                   // A launcher that is running watches already.
                   if (!watch.watchedDirectories().isEmpty())
                       say({LibraryNotice::Kind::watching, watch.watchedDirectories()});

@@ -44,7 +44,7 @@ void addSettingsCommands(CommandSet& set) {
                   const auto stored = call->machine.settings.set(text(key), settingValue(text(value)));
                   if (!stored)
                       return call->fail(launcherError(stored.error()));
-                  call->launcher().settingsChanged();
+                  call->launcher().applySettings();
                   call->succeed(QJsonObject{{text(key), settingValue(text(value))}}, {});
               });
 }

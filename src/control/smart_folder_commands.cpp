@@ -1,6 +1,10 @@
 // Smart folders: facts, definitions, evaluations, recovery.
 
 #include "control/command_set.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_updates.h"
+#include "launcher/smart_folder_library.h"
 #include "smartfolders/smart_folder_raw_values.h"
 
 #include <QDir>
@@ -129,7 +133,7 @@ void addFacts(CommandSet& set) {
                     if (key->empty() || appKey(record->entry) == text(key))
                         all.append(json::encode(*record));
                 if (!key->empty() && all.isEmpty())
-                    return call->fail(LauncherViewModel::unknownApplication(text(key)));
+                    return call->fail(InstalledApplications::unknown(text(key)));
                 QString lines;
                 for (const QJsonValue one : std::as_const(all)) {
                     QJsonObject record = one.toObject();
@@ -198,7 +202,7 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                   }
                   if (definition)
                       answerWithValidation(call, *definition, [&] {
-                          return call->launcher().editor().addSmartFolder(*definition);
+                          return call->launcher().editor().addSmartFolder(call->mode(), *definition);
                       });
               });
 
@@ -213,7 +217,7 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                 return;
             definition->id = old->id;
             answerWithValidation(call, *definition, [&] {
-                return call->launcher().editor().changeSmartFolder(*definition);
+                return call->launcher().editor().changeSmartFolder(call->mode(), *definition);
             });
         });
 
@@ -221,7 +225,8 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
     set.onRun(remove, CommandNeeds::launcher,
               [id = word(remove, "id", "Its identifier or name")](const Call& call) {
                   if (const SmartFolderDefinition* definition = definitionOf(call, id))
-                      call->answer(call->launcher().editor().deleteSmartFolder(definition->id));
+                      call->answer(
+                          call->launcher().editor().deleteSmartFolder(call->mode(), definition->id));
               });
 
     CLI::App* recover = set.add("recover", "Deal with a registry that could not be read", group);

@@ -3,6 +3,7 @@
 #include "control/command_interpreter.h"
 #include "control/control_socket.h"
 #include "control/shell_words.h"
+#include "launcher/launcher_messages.h"
 #include "platform/file_lock.h"
 #include "platform/host_machine.h"
 #include "platform/interruption.h"
@@ -234,7 +235,7 @@ private:
     }
 
     void sayAlerts() {
-        for (const LauncherError& error : _local->launcher().takeAlerts()) {
+        for (const LauncherError& error : _local->launcher().messages().takeAlerts()) {
             const QByteArray message = error.message.toUtf8() + '\n';
             if (_said.contains(message) || _alerts.contains(message))
                 continue;

@@ -1,12 +1,14 @@
 // Updates of installed applications: what is known, checks, and running them.
 
 #include "control/command_set.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_updates.h"
 
 namespace tessellar {
 namespace {
 
 QString name(const Call& call, const QString& appKey) {
-    const AppEntry* app = call->launcher().application(appKey);
+    const AppEntry* app = call->launcher().applications().withKey(appKey);
     return app ? app->name : appKey;
 }
 
@@ -50,9 +52,9 @@ QString channelText(const AppUpdateChannel& channel) {
 }
 
 bool refuseUnknown(const Call& call, const QString& appKey) {
-    if (call->launcher().application(appKey))
+    if (call->launcher().applications().withKey(appKey))
         return false;
-    call->fail(LauncherViewModel::unknownApplication(appKey));
+    call->fail(InstalledApplications::unknown(appKey));
     return true;
 }
 
@@ -69,7 +71,7 @@ void answerWithStatuses(const Call& call) {
     const LauncherUpdates& updates = call->launcher().updates();
     QJsonObject records;
     QString lines;
-    for (const AppEntry& app : call->launcher().lastScannedApps()) {
+    for (const AppEntry& app : call->launcher().applications().all()) {
         const QString key = appKey(app);
         const auto record = updates.record(key);
         if (!record && !updates.channel(key))
@@ -117,7 +119,7 @@ void addChannels(CommandSet& set, CLI::App* group) {
                       const auto channels = call->launcher().updates().channels();
                       QJsonObject object;
                       QString lines;
-                      for (const AppEntry& app : call->launcher().lastScannedApps()) {
+                      for (const AppEntry& app : call->launcher().applications().all()) {
                           const auto channel = channels.constFind(appKey(app));
                           if (channel == channels.constEnd())
                               continue;

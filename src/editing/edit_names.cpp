@@ -33,6 +33,12 @@ constexpr EditTexts texts[] = {
     {EditKind::moveToTrash, QT_TRANSLATE_NOOP("Edits", "Move App to Trash"),
      QT_TRANSLATE_NOOP("Edits", "Move Apps to Trash")},
     {EditKind::importLaunchpad, QT_TRANSLATE_NOOP("Edits", "Import Launchpad Layout"), nullptr},
+    {EditKind::removeSmartFolderTile, QT_TRANSLATE_NOOP("Edits", "Remove Smart Folder Tile"), nullptr},
+    {EditKind::restoreArrangement, QT_TRANSLATE_NOOP("Edits", "Restore Arrangement"), nullptr},
+    {EditKind::restoreBackup, QT_TRANSLATE_NOOP("Edits", "Restore Backup"), nullptr},
+    {EditKind::resetLayout, QT_TRANSLATE_NOOP("Edits", "Reset Layout"), nullptr},
+    {EditKind::putBack, QT_TRANSLATE_NOOP("Edits", "Put App Back"),
+     QT_TRANSLATE_NOOP("Edits", "Put Apps Back")},
 };
 
 } // namespace

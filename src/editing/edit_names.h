@@ -24,6 +24,11 @@ enum class EditKind {
     deleteSmartFolder,
     moveToTrash,
     importLaunchpad,
+    removeSmartFolderTile,
+    restoreArrangement,
+    restoreBackup,
+    resetLayout,
+    putBack,
 };
 
 /// What an edit is called, by the number of tiles concerned: "Move Tile", "Move Tiles".

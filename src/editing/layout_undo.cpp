@@ -16,6 +16,45 @@ bool hasDocuments(const LayoutUndoState& present, const LayoutUndoState& wanted)
     return has(wanted.mode) && has(otherMode(wanted.mode));
 }
 
+/// The definitions that differ between two states, by identifier.
+QSet<QUuid> changedDefinitions(const LayoutUndoEntry& entry) {
+    const auto& before = entry.before.smartFolderDefinitions;
+    const auto& after = entry.after.smartFolderDefinitions;
+    QSet<QUuid> changed;
+    if (before == after)
+        return changed;
+    for (const auto& [some, others] : {std::pair(&before, &after), std::pair(&after, &before)})
+        for (const SmartFolderDefinition& definition : *some)
+            if (!others->contains(definition))
+                changed.insert(definition.id);
+    return changed;
+}
+
+bool concerns(const LayoutUndoEntry& entry, LauncherWindowMode mode) {
+    return entry.before.documentOf(mode) != nullptr;
+}
+
+bool changesTheSame(const LayoutUndoEntry& one, const LayoutUndoEntry& another) {
+    for (const LauncherWindowMode mode : {one.before.mode, otherMode(one.before.mode)})
+        if (concerns(one, mode) && concerns(another, mode))
+            return true;
+    return changedDefinitions(one).intersects(changedDefinitions(another));
+}
+
+/// The newest step of a stack that concerns a mode: a deletion of a smart folder, for one, concerns
+/// both.
+LayoutUndoHistory::Next nextStep(const QList<LayoutUndoEntry>& stack, LauncherWindowMode mode) {
+    for (qsizetype i = stack.size() - 1; i >= 0; --i) {
+        if (!concerns(stack.at(i), mode))
+            continue;
+        for (qsizetype later = stack.size() - 1; later > i; --later)
+            if (changesTheSame(stack.at(i), stack.at(later)))
+                return {&stack.at(i), &stack.at(later)};
+        return {&stack.at(i), nullptr};
+    }
+    return {};
+}
+
 /// The tiles of the page that a state shows, by slot, and whose page it is.
 struct ShownLevel {
     std::optional<QUuid> folder;
@@ -93,7 +132,7 @@ LayoutUndoHistory::LayoutUndoHistory(Scheduler& scheduler, UuidSource& uuids, La
 
 bool LayoutUndoHistory::record(const QString& name, LayoutUndoState before,
                                const QList<TrashedAppRecord>& trashedApps) {
-    LayoutUndoState after = _actions.snapshot();
+    LayoutUndoState after = _actions.snapshot(before.mode);
     if (before.otherDocument == after.otherDocument) {
         before.otherDocument.reset();
         after.otherDocument.reset();
@@ -102,21 +141,38 @@ bool LayoutUndoHistory::record(const QString& name, LayoutUndoState before,
         before.otherDocument == after.otherDocument &&
         before.smartFolderDefinitions == after.smartFolderDefinitions)
         return false;
-    push({name, std::move(before), std::move(after), trashedApps});
+    push({name, std::move(before), std::move(after), trashedApps}, _undoStack.size());
     _redoStack.clear();
     changed();
     return true;
 }
 
-void LayoutUndoHistory::undo(const Done& done) { step(Direction::undo, done); }
+LayoutUndoHistory::Next LayoutUndoHistory::nextUndo(LauncherWindowMode mode) const {
+    return nextStep(_undoStack, mode);
+}
 
-void LayoutUndoHistory::redo(const Done& done) { step(Direction::redo, done); }
+LayoutUndoHistory::Next LayoutUndoHistory::nextRedo(LauncherWindowMode mode) const {
+    return nextStep(_redoStack, mode);
+}
 
-void LayoutUndoHistory::step(Direction direction, const Done& done) {
+bool LayoutUndoHistory::canUndo(LauncherWindowMode mode) const { return can(nextUndo(mode)); }
+
+bool LayoutUndoHistory::canRedo(LauncherWindowMode mode) const { return can(nextRedo(mode)); }
+
+void LayoutUndoHistory::undo(LauncherWindowMode mode, const Done& done) {
+    step(Direction::undo, mode, done);
+}
+
+void LayoutUndoHistory::redo(LauncherWindowMode mode, const Done& done) {
+    step(Direction::redo, mode, done);
+}
+
+void LayoutUndoHistory::step(Direction direction, LauncherWindowMode mode, const Done& done) {
     QList<LayoutUndoEntry>& stack = direction == Direction::undo ? _undoStack : _redoStack;
-    if (_isUndoRedoOperationInProgress || stack.isEmpty()) {
+    const Next next = nextStep(stack, mode);
+    if (!can(next)) {
         if (done)
-            done(Result::refused);
+            done(next.blockedBy && !isInProgress() ? Result::blocked : Result::refused);
         return;
     }
     _isUndoRedoOperationInProgress = true;
@@ -124,7 +180,8 @@ void LayoutUndoHistory::step(Direction direction, const Done& done) {
     _undoFeedback.reset();
     _undoReflowTask.cancel();
     _undoReflow.reset();
-    LayoutUndoEntry entry = stack.takeLast();
+    _placeOfStep = next.entry - stack.constData();
+    LayoutUndoEntry entry = stack.takeAt(_placeOfStep);
     const QList<TrashedAppRecord> records = entry.trashedApps;
     moveApps(direction == Direction::redo, records,
              [this, direction, entry = std::move(entry), done](const QList<TrashOutcome>& outcomes) {
@@ -172,11 +229,8 @@ void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,
         moveBack(direction, std::move(entry), moved, Result::trashFailed, done);
         return;
     }
-    // Definitions are the step's only where it changed them: they may come from a registry that was
-    // recovered since, of which this state knows nothing.
-    const bool withDefinitions =
-        entry.before.smartFolderDefinitions != entry.after.smartFolderDefinitions;
-    if (!apply(direction == Direction::undo ? entry.before : entry.after, withDefinitions)) {
+    const bool isUndo = direction == Direction::undo;
+    if (!apply(isUndo ? entry.after : entry.before, isUndo ? entry.before : entry.after)) {
         moveBack(direction, std::move(entry), moved, Result::notApplied, done);
         return;
     }
@@ -207,10 +261,12 @@ void LayoutUndoHistory::finish(Direction direction, LayoutUndoEntry entry, Resul
                                const Done& done) {
     const QString name = entry.name;
     const bool goesToUndo = (direction == Direction::undo) != (result == Result::done);
+    QList<LayoutUndoEntry>& stack = goesToUndo ? _undoStack : _redoStack;
+    const qsizetype place = result == Result::done ? stack.size() : _placeOfStep;
     if (goesToUndo)
-        push(std::move(entry));
+        push(std::move(entry), place);
     else
-        _redoStack.append(std::move(entry));
+        stack.insert(place, std::move(entry));
     _isUndoRedoOperationInProgress = false;
     if (result == Result::done)
         showNotice(direction, name);
@@ -219,17 +275,36 @@ void LayoutUndoHistory::finish(Direction direction, LayoutUndoEntry entry, Resul
         done(result);
 }
 
-bool LayoutUndoHistory::apply(const LayoutUndoState& state, bool withDefinitions) {
-    const LayoutUndoState present = _actions.snapshot();
+QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
+                                               const LayoutUndoState& target,
+                                               const QList<SmartFolderDefinition>& now) {
+    // As it was left: as it was, in its order. Definitions are the step's only where it changed them:
+    // they may come from a registry that was recovered since, of which its states know nothing.
+    if (now == from.smartFolderDefinitions)
+        return target.smartFolderDefinitions;
+    const QSet<QUuid> changed = changedDefinitions({.before = from, .after = target});
+    QList<SmartFolderDefinition> result = now;
+    result.removeIf([&](const SmartFolderDefinition& d) { return changed.contains(d.id); });
+    for (qsizetype i = 0; i < target.smartFolderDefinitions.size(); ++i)
+        if (const auto& definition = target.smartFolderDefinitions.at(i);
+            changed.contains(definition.id))
+            result.insert(std::min(i, result.size()), definition);
+    return result;
+}
+
+bool LayoutUndoHistory::apply(const LayoutUndoState& from, const LayoutUndoState& state) {
+    const LayoutUndoState present = _actions.snapshot(state.mode);
+    const auto definitions = withDefinitionsOf(from, state, present.smartFolderDefinitions);
     // A part that is as it should be is not written: a layout step can be undone while the smart
     // folders cannot be saved.
-    const bool changesLayout = !hasDocuments(present, state);
-    const bool changesDefinitions =
-        withDefinitions && present.smartFolderDefinitions != state.smartFolderDefinitions;
-    const bool layoutApplied = !changesLayout || _actions.applyLayout(state);
+    LayoutUndoState wanted = state;
+    if (from.settings == state.settings)
+        wanted.settings = present.settings;
+    const bool changesLayout = !hasDocuments(present, wanted) || present.settings != wanted.settings;
+    const bool changesDefinitions = present.smartFolderDefinitions != definitions;
+    const bool layoutApplied = !changesLayout || _actions.applyLayout(wanted);
     const bool definitionsApplied =
-        layoutApplied &&
-        (!changesDefinitions || _actions.applyDefinitions(state.smartFolderDefinitions));
+        layoutApplied && (!changesDefinitions || _actions.applyDefinitions(definitions));
     if (!definitionsApplied) {
         if (layoutApplied)
             _actions.applyDefinitions(present.smartFolderDefinitions);
@@ -240,12 +315,12 @@ bool LayoutUndoHistory::apply(const LayoutUndoState& state, bool withDefinitions
     _actions.applyNavigation(state);
     const GridCapacities capacities =
         _actions.capacities ? _actions.capacities(state.mode) : GridCapacities();
-    showReflow(reflowBetween(present, _actions.snapshot(), capacities, _uuids.next()));
+    showReflow(reflowBetween(present, _actions.snapshot(state.mode), capacities, _uuids.next()));
     return true;
 }
 
-void LayoutUndoHistory::push(LayoutUndoEntry entry) {
-    _undoStack.append(std::move(entry));
+void LayoutUndoHistory::push(LayoutUndoEntry entry, qsizetype place) {
+    _undoStack.insert(place, std::move(entry));
     while (_undoStack.size() > undoLimit)
         _undoStack.removeFirst();
 }

@@ -17,11 +17,12 @@ namespace tessellar {
 /// Everything that an edit can change, and where the user was. A copy shares its tiles with the live
 /// arrangement: it costs a few pointers.
 struct LayoutUndoState {
-    LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< that was shown
+    LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< that the edit was made in
     LayoutDocument document;                                  ///< of that mode
     /// Of the other mode. A snapshot has it; history drops it where the edit did not touch it.
     std::optional<LayoutDocument> otherDocument;
     QList<SmartFolderDefinition> smartFolderDefinitions; ///< both modes share them
+    ArrangementLayout settings; ///< of the grid in that mode; only a restore changes them with an edit
     Navigation navigation;
 
     /// The document of a mode, as far as the state has it.
@@ -72,6 +73,12 @@ struct UndoRedoReflow {
     bool operator==(const UndoRedoReflow&) const = default;
 };
 
+/// The definitions of now with those that a step changed put back as `target` has them; those that
+/// other steps changed stay.
+QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
+                                               const LayoutUndoState& target,
+                                               const QList<SmartFolderDefinition>& now);
+
 UndoRedoReflow reflowBetween(const LayoutUndoState& before, const LayoutUndoState& after,
                              const GridCapacities& capacities, const QUuid& id);
 
@@ -87,13 +94,14 @@ struct LayoutUndoActions {
     using TrashDone = std::function<void(QList<TrashOutcome>)>;
     using TrashMove = std::function<void(QList<TrashedAppRecord>, TrashDone)>;
 
-    /// The present state, with both modes' documents.
-    std::function<LayoutUndoState()> snapshot;
-    /// Replaces the documents that a state has and saves them; false when they could not be saved.
+    /// The present state of a mode, with the other mode's document.
+    std::function<LayoutUndoState(LauncherWindowMode)> snapshot;
+    /// Replaces the documents and settings that a state has and saves them; false when they could not
+    /// be saved.
     std::function<bool(const LayoutUndoState&)> applyLayout;
     /// The same for the smart folder definitions.
     std::function<bool(const QList<SmartFolderDefinition>&)> applyDefinitions;
-    /// Puts the mode, the page, the open folders and the selection back, as far as they still exist.
+    /// Puts the mode's page, open folders and selection back, as far as they still exist.
     std::function<void(const LayoutUndoState&)> applyNavigation;
     /// Both move applications and tell of each, in order, on the main thread, at once or later. One
     /// that is already where it should be counts as moved.
@@ -106,7 +114,9 @@ struct LayoutUndoActions {
 };
 
 /// Undo and redo: two stacks of whole states. Both display modes share one history, in the order of
-/// time, for their smart folders are the same; undoing an edit of the other mode brings that mode back.
+/// time, for their smart folders are the same. A step is taken in one mode: the newest that changed
+/// something of that mode or of the smart folders. It may lie below steps of the other mode as long as
+/// none of these changed the same document or definition; else it has to wait for them.
 ///
 /// While a step waits for the Trash, no other begins and edits must be refused (`isInProgress`). A step
 /// that fails leaves everything as it was: what was already applied, or moved into or out of the Trash,
@@ -122,6 +132,7 @@ public:
     enum class Result {
         done,
         refused,     ///< nothing to undo or redo, or a step is in progress
+        blocked,     ///< a later step of the other mode changed the same
         trashFailed, ///< an application could not be moved
         notApplied,  ///< the state could not be saved
     };
@@ -134,13 +145,23 @@ public:
     bool record(const QString& name, LayoutUndoState before,
                 const QList<TrashedAppRecord>& trashedApps = {});
 
-    /// `done` is called at the end of the step, which may be before the call returns.
-    void undo(const Done& done = {});
-    void redo(const Done& done = {});
+    /// Takes the next step of a mode. `done` is called at the end of the step, which may be before the
+    /// call returns.
+    void undo(LauncherWindowMode mode, const Done& done = {});
+    void redo(LauncherWindowMode mode, const Done& done = {});
+
+    /// The step that an undo or redo in a mode would take, and the one that stands before it, which has
+    /// to be taken first. Null where there is none.
+    struct Next {
+        const LayoutUndoEntry* entry = nullptr;
+        const LayoutUndoEntry* blockedBy = nullptr;
+    };
+    Next nextUndo(LauncherWindowMode mode) const;
+    Next nextRedo(LauncherWindowMode mode) const;
 
     bool isInProgress() const { return _isUndoRedoOperationInProgress; }
-    bool canUndo() const { return !_undoStack.isEmpty() && !isInProgress(); }
-    bool canRedo() const { return !_redoStack.isEmpty() && !isInProgress(); }
+    bool canUndo(LauncherWindowMode mode) const;
+    bool canRedo(LauncherWindowMode mode) const;
     const QList<LayoutUndoEntry>& undoStack() const { return _undoStack; } ///< newest last
     const QList<LayoutUndoEntry>& redoStack() const { return _redoStack; }
     const std::optional<UndoRedoFeedback>& feedback() const { return _undoFeedback; }
@@ -149,16 +170,17 @@ public:
 private:
     using Direction = UndoRedoFeedback::Direction;
 
-    void step(Direction direction, const Done& done);
+    void step(Direction direction, LauncherWindowMode mode, const Done& done);
     void finish(Direction direction, LayoutUndoEntry entry, Result result, const Done& done);
+    bool can(const Next& next) const { return next.entry && !next.blockedBy && !isInProgress(); }
     void afterTrash(Direction direction, LayoutUndoEntry entry, const QList<TrashOutcome>& outcomes,
                     const Done& done);
     void moveBack(Direction direction, LayoutUndoEntry entry, const QList<bool>& moved, Result result,
                   const Done& done);
     void moveApps(bool intoTrash, const QList<TrashedAppRecord>& records,
                   std::function<void(QList<TrashOutcome>)> then);
-    bool apply(const LayoutUndoState& state, bool withDefinitions);
-    void push(LayoutUndoEntry entry);
+    bool apply(const LayoutUndoState& from, const LayoutUndoState& state);
+    void push(LayoutUndoEntry entry, qsizetype place);
     void showNotice(Direction direction, const QString& name);
     void showReflow(UndoRedoReflow reflow);
     void changed() const;
@@ -169,6 +191,7 @@ private:
     QList<LayoutUndoEntry> _undoStack;
     QList<LayoutUndoEntry> _redoStack;
     bool _isUndoRedoOperationInProgress = false;
+    qsizetype _placeOfStep = 0; ///< in its stack, where a step that fails goes back to
     std::optional<UndoRedoFeedback> _undoFeedback;
     int _undoFeedbackRevision = 0;
     Timer _undoFeedbackTask;

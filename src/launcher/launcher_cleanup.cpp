@@ -1,7 +1,10 @@
 #include "launcher/launcher_cleanup.h"
 
 #include "launcher/cleanup_tools.h"
-#include "launcher/launcher_view_model.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
 #include "model/app_state.h"
 
 #include <algorithm>
@@ -12,8 +15,14 @@ static LauncherError busy() {
     return {QStringLiteral("removalInProgress"), QStringLiteral("A removal is still in progress."), {}};
 }
 
-LauncherCleanup::LauncherCleanup(LauncherViewModel& launcher, Machine& machine)
-    : _launcher(launcher), _machine(machine) {
+LauncherCleanup::LauncherCleanup(Machine& machine, LiveLayouts& layouts,
+                                 InstalledApplications& applications, LauncherHistory& history,
+                                 LauncherMessages& messages)
+    : _machine(machine)
+    , _layouts(layouts)
+    , _applications(applications)
+    , _history(history)
+    , _messages(messages) {
     // The setup of the helper speaks from a worker, perhaps after this has gone.
     const auto present = [this, alive = std::weak_ptr(_alive), mailbox = &machine.workers.mailbox()](
                              const std::optional<HelperNotice>& notice) {
@@ -21,11 +30,11 @@ LauncherCleanup::LauncherCleanup(LauncherViewModel& launcher, Machine& machine)
             if (alive.expired())
                 return;
             _helperNotice = notice;
-            changed();
+            changed.notify();
         });
     };
     _tools = std::make_shared<CleanupTools>(machine, present);
-    launcher.editor().setTrash(
+    _history.setTrash(
         [this](QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
             restoreApps(std::move(records), std::move(done));
         },
@@ -36,11 +45,9 @@ LauncherCleanup::LauncherCleanup(LauncherViewModel& launcher, Machine& machine)
 
 LauncherCleanup::~LauncherCleanup() { stop(); }
 
-void LauncherCleanup::changed() { _launcher.changed(LauncherChange::cleanup); }
-
 void LauncherCleanup::refuse(LauncherError error, const Done& done) {
     _error = error;
-    changed();
+    changed.notify();
     if (done)
         done(std::unexpected(std::move(error)));
 }
@@ -58,10 +65,10 @@ CleanupApplication LauncherCleanup::cleanupApplication(const AppEntry& app) {
 
 QList<CleanupApplication> LauncherCleanup::installedApplications() const {
     QList<CleanupApplication> all;
-    for (const AppEntry& app : _launcher.lastScannedApps())
+    for (const AppEntry& app : _applications.all())
         all.append(cleanupApplication(app));
     // What is being installed has a name already, and perhaps files.
-    for (const auto& bundle : _launcher.lastScan().incompleteBundles)
+    for (const auto& bundle : _applications.scan().incompleteBundles)
         all.append({.names = {FileSystem::fileName(bundle.path)},
                     .bundleIdentifier = {},
                     .path = bundle.path,
@@ -72,25 +79,11 @@ QList<CleanupApplication> LauncherCleanup::installedApplications() const {
 void LauncherCleanup::open(const QString& key, Done done) {
     if (_isMoving)
         return refuse(busy(), done);
-    const AppEntry* found = _launcher.application(key);
+    const AppEntry* found = _applications.withKey(key);
     if (!found)
-        return refuse(LauncherViewModel::unknownApplication(key), done);
-    if (FileSystem::isWithin(found->path, QStringLiteral("/System")))
-        return refuse({QStringLiteral("protectedApplication"),
-                       QStringLiteral("“%1” belongs to macOS and cannot be removed.").arg(found->name),
-                       {}},
-                      done);
-    if (isNestedInAnotherApplication(found->path))
-        return refuse(
-            {QStringLiteral("protectedApplication"),
-             QStringLiteral("“%1” is a part of another application and goes with it.").arg(found->name),
-             {}},
-            done);
-    if (found->bundleIdentifier == applicationIdentifier)
-        return refuse({QStringLiteral("protectedApplication"),
-                       QStringLiteral("Tessellar cannot remove itself."),
-                       {}},
-                      done);
+        return refuse(InstalledApplications::unknown(key), done);
+    if (auto protection = InstalledApplications::protection(*found))
+        return refuse(*std::move(protection), done);
     reset();
     _phase = Phase::scanning;
     _app = *found;
@@ -99,17 +92,17 @@ void LauncherCleanup::open(const QString& key, Done done) {
         _machine, _review.application, installedApplications(), _tools->teams(),
         [this](const RelatedFilesProgress& progress) {
             _review.progress = progress;
-            changed();
+            changed.notify();
         },
         [this, done = std::move(done)](const RelatedFilesScan& scan) {
             _review.show(scan);
             _phase = Phase::review;
             measure();
-            changed();
+            changed.notify();
             if (done)
                 done({});
         });
-    changed();
+    changed.notify();
 }
 
 void LauncherCleanup::measure() {
@@ -121,11 +114,11 @@ void LauncherCleanup::measure() {
         _machine, paths,
         [this](const QString& path, const MeasuredSize& size) {
             _review.setSize(path, size.bytes);
-            changed();
+            changed.notify();
         },
         [this] {
             _isMeasuring = false;
-            changed();
+            changed.notify();
         });
 }
 
@@ -133,14 +126,14 @@ void LauncherCleanup::setSelected(const QString& path, bool selected) {
     if (_phase != Phase::review || _isAsking)
         return;
     _review.setSelected(path, selected);
-    changed();
+    changed.notify();
 }
 
 void LauncherCleanup::selectAllMatches() {
     if (_phase != Phase::review || _isAsking)
         return;
     _review.selectAllMatches();
-    changed();
+    changed.notify();
 }
 
 void LauncherCleanup::selectPreselected() {
@@ -148,7 +141,7 @@ void LauncherCleanup::selectPreselected() {
         return;
     for (const RelatedFile& file : std::as_const(_review.items))
         _review.setSelected(file.path, CleanupReviewState::isPreselected(file));
-    changed();
+    changed.notify();
 }
 
 void LauncherCleanup::reset() {
@@ -169,7 +162,7 @@ void LauncherCleanup::close() {
     if (_isMoving || _phase == Phase::idle)
         return;
     reset();
-    changed();
+    changed.notify();
 }
 
 // ---- removal
@@ -194,11 +187,11 @@ void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
                        QStringLiteral("There is nothing chosen to remove."),
                        {}},
                       done);
-    if (const auto guard = _launcher.editGuard(); !guard)
+    if (const auto guard = _history.guard(_layouts.shownMode()); !guard)
         return refuse(guard.error(), done);
     _isAsking = true;
     _error.reset();
-    changed();
+    changed.notify();
     findRunning([this, asker, done = std::move(done)](bool isRunning) {
         if (!isRunning)
             return startRemoval(done);
@@ -224,28 +217,25 @@ LauncherError LauncherCleanup::stillOpen(const QString& name) {
 }
 
 QList<RemovedTile> LauncherCleanup::tilesOf(const QString& key) const {
-    const LauncherWindowMode shown = _launcher.mode();
     QList<RemovedTile> tiles;
-    for (const auto& [mode, document] : {std::pair{shown, _launcher.document()},
-                                         std::pair{otherMode(shown), _launcher.otherDocument()}}) {
-        forEachItem(document.pages, [&](const LaunchpadItem& item) {
-            if (item.app() && appKey(*item.app()) == key)
-                if (const auto location = locate(document.pages, item.id()))
-                    tiles.append({.mode = mode,
-                                  .entry = *item.app(),
-                                  .folder = location->owner(),
-                                  .page = location->place.page,
-                                  .index = location->place.index,
-                                  .isHidden = document.hiddenKeys.contains(key)});
-            return true;
-        });
-    }
+    _layouts.forEachApplication([&](LauncherWindowMode mode, const AppEntry& app) {
+        if (appKey(app) != key)
+            return;
+        const LayoutDocument& document = _layouts[mode].document();
+        if (const auto location = locate(document.pages, app.id))
+            tiles.append({.mode = mode,
+                          .entry = app,
+                          .folder = location->owner(),
+                          .page = location->place.page,
+                          .index = location->place.index,
+                          .isHidden = document.hiddenKeys.contains(key)});
+    });
     return tiles;
 }
 
 void LauncherCleanup::startRemoval(const Done& done) {
     _isAsking = false;
-    if (const auto guard = _launcher.editGuard(); !guard)
+    if (const auto guard = _history.guard(_layouts.shownMode()); !guard)
         return refuse(guard.error(), done);
     _measuring.cancel();
     _isMeasuring = false;
@@ -291,7 +281,7 @@ void LauncherCleanup::startRemoval(const Done& done) {
                 _machine.log.warning(message(*removed.failure));
             finishRemoval(removed.result, removed.record, removed.kind, done);
         });
-    changed();
+    changed.notify();
 }
 
 AppCleanupRemover::Progress LauncherCleanup::progressTeller() {
@@ -301,7 +291,7 @@ AppCleanupRemover::Progress LauncherCleanup::progressTeller() {
             if (alive.expired() || _phase != Phase::removing)
                 return;
             _progress = progress;
-            changed();
+            changed.notify();
         });
     };
 }
@@ -327,43 +317,45 @@ void LauncherCleanup::finishRemoval(const CleanupRemovalResult& result, const Cl
     _phase = Phase::done;
     keepInHistory(record, kind);
     endMoving();
-    changed();
+    changed.notify();
     if (done)
         done({});
 }
 
 void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind kind) {
-    LauncherEditor& editor = _launcher.editor();
-    LayoutUndoState before = editor.snapshot();
     const CleanupItemResult* bundle = record.bundle();
+    EditStep step{.name = editName(EditKind::moveToTrash),
+                  .mode = _layouts.shownMode(),
+                  .trashedApps = {{.name = _app.name,
+                                   .originalURL = record.path,
+                                   .installKind = kind,
+                                   .trashedURL = bundle ? bundle->trashedPath : std::nullopt}}};
     if (bundle) {
         const QSet<QString> keys{appKey(_app)};
-        const LayoutDocument other = _launcher.otherDocument();
-        _launcher.replaceDocument(removeApplications(before.document, keys));
-        _launcher.replaceOtherDocument(removeApplications(other, keys));
-        _launcher.forgetApplication(_app.path);
+        step.document = removeApplications(_layouts[step.mode].document(), keys);
+        step.otherDocument = removeApplications(_layouts[otherMode(step.mode)].document(), keys);
+        _applications.forget(_app.path);
     }
     _taken.append(record);
     _lastRemoval = record.id;
     if (_taken.size() > LayoutUndoHistory::undoLimit)
         _taken.removeFirst();
-    editor.record(EditKind::moveToTrash, 1, std::move(before),
-                  {{.name = _app.name,
-                    .originalURL = record.path,
-                    .installKind = kind,
-                    .trashedURL = bundle ? bundle->trashedPath : std::nullopt}});
+    if (const auto made = _history.make(std::move(step)); !made)
+        _messages.report(made.error());
 }
 
 void LauncherCleanup::stop() { _stopMoving.request_stop(); }
 
 void LauncherCleanup::beginMoving() {
     _isMoving = true;
+    _hold = _applications.hold();
     _stopMoving = std::stop_source();
 }
 
 void LauncherCleanup::endMoving(std::function<void()> scanned) {
     _isMoving = false;
-    _launcher.scanAfterMoving(std::move(scanned));
+    _hold.reset();
+    _applications.look(std::move(scanned));
 }
 
 } // namespace tessellar

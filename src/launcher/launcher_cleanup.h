@@ -8,13 +8,17 @@
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_question.h"
 #include "platform/machine.h"
+#include "platform/signal.h"
 
 #include <functional>
 #include <memory>
 
 namespace tessellar {
 
-class LauncherViewModel;
+class InstalledApplications;
+class LauncherHistory;
+class LauncherMessages;
+class LiveLayouts;
 struct CleanupTools;
 
 /// The removal of an application with what it left on the machine, one application at a time:
@@ -30,7 +34,7 @@ struct CleanupTools;
 ///
 /// While 3 runs, no scan is merged: the tiles are to leave by the step of history.
 ///
-/// Owned by the view model; main thread only. Every change is told as `LauncherChange::cleanup`.
+/// Main thread only.
 class LauncherCleanup {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -44,7 +48,8 @@ public:
         done,     ///< `log()` says what became of each item
     };
 
-    LauncherCleanup(LauncherViewModel& launcher, Machine& machine);
+    LauncherCleanup(Machine& machine, LiveLayouts& layouts, InstalledApplications& applications,
+                    LauncherHistory& history, LauncherMessages& messages);
     ~LauncherCleanup();
 
     // What is shown.
@@ -97,6 +102,8 @@ public:
     /// Whether the removal helper answers, or the sentence why not.
     void checkHelper(std::function<void(std::expected<void, QString>)> done);
 
+    Signal<> changed;
+
 private:
     static CleanupApplication cleanupApplication(const AppEntry& app);
     static LauncherError stillOpen(const QString& name);
@@ -116,10 +123,12 @@ private:
     void beginMoving();
     void endMoving(std::function<void()> scanned = {});
     void refuse(LauncherError error, const Done& done);
-    void changed();
 
-    LauncherViewModel& _launcher;
     Machine& _machine;
+    LiveLayouts& _layouts;
+    InstalledApplications& _applications;
+    LauncherHistory& _history;
+    LauncherMessages& _messages;
     std::shared_ptr<CleanupTools> _tools; ///< shared with workers that still use them at the end
     Phase _phase = Phase::idle;
     AppEntry _app;
@@ -130,6 +139,7 @@ private:
     std::optional<HelperNotice> _helperNotice;
     bool _isMeasuring = false;
     bool _isMoving = false;
+    std::shared_ptr<void> _hold; ///< on scans, while bundles are moved
     bool _isAsking = false;
     QUuid _lastRemoval;
     quint64 _round = 0;                ///< answers to an earlier review's question are too late

@@ -1,8 +1,11 @@
 // Bringing back what a removal took, for undo and for people, and taking it again for redo.
 
 #include "launcher/cleanup_tools.h"
+#include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup.h"
-#include "launcher/launcher_view_model.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
 
 #include <algorithm>
 
@@ -98,7 +101,7 @@ void LauncherCleanup::tellOfFailures(const QString& title) {
             lines.append(line.text);
     constexpr qsizetype mostLines = 5;
     if (!lines.isEmpty())
-        _launcher.alert({QStringLiteral("notAll"),
+        _messages.alert({QStringLiteral("notAll"),
                          lines.first(std::min(mostLines, lines.size())).join(u'\n'), title});
 }
 
@@ -110,7 +113,7 @@ bool LauncherCleanup::canRestore() const {
 void LauncherCleanup::restore(std::function<void(Restored)> done) {
     const auto refused = [&](LauncherError error) {
         _error = error;
-        changed();
+        changed.notify();
         if (done)
             done(std::unexpected(std::move(error)));
     };
@@ -118,23 +121,24 @@ void LauncherCleanup::restore(std::function<void(Restored)> done) {
         return refused({QStringLiteral("removalInProgress"),
                         QStringLiteral("A removal is still in progress."),
                         {}});
-    if (const auto guard = _launcher.editGuard(); !guard)
+    if (const auto guard = _history.guard(_layouts.shownMode()); !guard)
         return refused(guard.error());
     _error.reset();
 
     // The last step of history has the tiles as they were, to the folder.
-    const LayoutUndoHistory& history = _launcher.editor().history();
-    const bool isLastStep = history.canUndo() && !_taken.isEmpty() &&
-                            std::ranges::find(history.undoStack().last().trashedApps,
-                                              _taken.last().path, &TrashedAppRecord::originalURL) !=
-                                history.undoStack().last().trashedApps.end();
+    const LauncherWindowMode mode = _layouts.shownMode();
+    const LayoutUndoEntry* next = _history.steps().nextUndo(mode).entry;
+    const bool isLastStep =
+        next && !_taken.isEmpty() && _history.steps().canUndo(mode) &&
+        std::ranges::find(next->trashedApps, _taken.last().path, &TrashedAppRecord::originalURL) !=
+            next->trashedApps.end();
     if (isLastStep) {
-        _launcher.editor().undo([this, done = std::move(done)](const Outcome& undone) {
+        _history.undo(mode, [this, done = std::move(done)](const Outcome& undone) {
             if (!undone)
                 _error = undone.error();
             else
                 _phase = Phase::idle;
-            changed();
+            changed.notify();
             if (done)
                 done(undone ? Restored(_log) : Restored(std::unexpected(undone.error())));
         });
@@ -181,17 +185,17 @@ void LauncherCleanup::restore(std::function<void(Restored)> done) {
                 _error = restored.error();
             // The tiles are to be there before anyone hears of it.
             endMoving([this, restored, done] {
-                changed();
+                changed.notify();
                 if (done)
                     done(restored);
             });
         });
-    changed();
+    changed.notify();
 }
 
 void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
-    const LauncherWindowMode shown = _launcher.mode();
-    LayoutDocument documents[]{_launcher.document(), _launcher.otherDocument()};
+    const LauncherWindowMode shown = _layouts.shownMode();
+    LayoutDocument documents[]{_layouts[shown].document(), _layouts[otherMode(shown)].document()};
     for (const RemovedTile& tile : record.tiles) {
         LayoutDocument& document = documents[tile.mode == shown ? 0 : 1];
         if (locate(document.pages, tile.entry.id))
@@ -206,15 +210,18 @@ void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
         place.page = std::clamp<qsizetype>(place.page, 0, std::max<qsizetype>(0, pages->size() - 1));
         if (!pages->isEmpty() && place.index > pages->at(place.page).size())
             place.index = LayoutPlace::end;
-        const auto capacities = GridCapacities::of(readLayoutSettings(_machine.settings, tile.mode));
+        const auto capacities = _layouts[tile.mode].capacities();
         if (auto inserted = insertTiles(document, {tile.entry}, place, capacities))
             document = *std::move(inserted);
         if (tile.isHidden)
             document.hiddenKeys.insert(appKey(tile.entry));
     }
-    if (documents[0] != _launcher.document())
-        _launcher.replaceDocument(documents[0]);
-    _launcher.replaceOtherDocument(documents[1]);
+    const auto made = _history.make({.name = editName(EditKind::putBack),
+                                     .mode = shown,
+                                     .document = documents[0],
+                                     .otherDocument = documents[1]});
+    if (!made)
+        _messages.report(made.error());
 }
 
 // ---- for history
@@ -264,10 +271,10 @@ void LauncherCleanup::restoreApps(QList<TrashedAppRecord> records, LayoutUndoAct
             }
             tellOfFailures(QStringLiteral("Could not put everything back"));
             endMoving();
-            changed();
+            changed.notify();
             done(outcomes);
         });
-    changed();
+    changed.notify();
 }
 
 void LauncherCleanup::trashApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
@@ -344,10 +351,10 @@ void LauncherCleanup::trashApps(QList<TrashedAppRecord> records, LayoutUndoActio
             }
             tellOfFailures(QStringLiteral("Could not delete everything again"));
             endMoving();
-            changed();
+            changed.notify();
             done(outcomes);
         });
-    changed();
+    changed.notify();
 }
 
 } // namespace tessellar

@@ -1,107 +1,69 @@
 #pragma once
 
 #include "editing/edit_names.h"
-#include "editing/layout_undo.h"
-#include "editing/search_index.h"
-#include "editing/tile_clipboard.h"
+#include "editing/page_tree.h"
 #include "launcher/launcher_error.h"
+#include "model/launcher_window_mode.h"
+#include "smartfolders/smart_folder_definition.h"
+#include "smartfolders/smart_folder_vocabulary.h"
 
-#include <functional>
+#include <expected>
+#include <optional>
 
 namespace tessellar {
 
-class LauncherViewModel;
+class LauncherHistory;
+class LiveLayouts;
+class SmartFolderLibrary;
+struct Machine;
 
-/// What the user does to the arrangement of the mode shown. Every edit takes the same way: the guard, a
-/// snapshot, the change as a pure function from layout to layout, the selection tidied, a save asked
-/// for, an entry of history. A refusal has changed nothing.
-///
-/// Owned by the view model; main thread only.
+/// What the user does to the tiles of one display mode: each edit is a pure change of the layout, made
+/// as one step of `LauncherHistory`. A refusal has changed nothing. Tiles are named by their
+/// identifiers. Main thread only.
 class LauncherEditor {
 public:
     using Outcome = std::expected<void, LauncherError>;
-    using Change = std::function<EditResult(const LayoutDocument&)>;
+    using Mode = LauncherWindowMode;
 
-    LauncherEditor(LauncherViewModel& launcher, Pasteboard& pasteboard);
+    LauncherEditor(Machine& machine, LauncherHistory& history, LiveLayouts& layouts,
+                   SmartFolderLibrary& smartFolders);
 
-    // Tiles are named by their identifiers.
-    Outcome moveTiles(const QList<QUuid>& tiles, const LayoutPlace& place);
-    Outcome groupTiles(const QList<QUuid>& tiles, const QUuid& target);
-    Outcome ungroupFolder(const QUuid& folder);
-    Outcome renameFolder(const QUuid& folder, const QString& name);
-    Outcome renameApp(const QUuid& tile, const QString& name);
-    /// A folder or an application, whichever the tile is.
-    Outcome rename(const QUuid& tile, const QString& name);
-    Outcome revertAppName(const QUuid& tile);
-    Outcome setFolderSymbol(const QUuid& folder, const std::optional<QString>& symbolName);
-    Outcome hideApps(const QList<QUuid>& tiles);
-    Outcome unhideApp(const QString& appKey);
-    Outcome createAlias(const QUuid& tile, const LayoutPlace& place);
-    Outcome removeAliases(const QList<QUuid>& tiles);
-    Outcome sortPage(const std::optional<QUuid>& folder, qsizetype page);
-    Outcome sortEverything();
+    Outcome moveTiles(Mode mode, const QList<QUuid>& tiles, const LayoutPlace& place);
+    Outcome groupTiles(Mode mode, const QList<QUuid>& tiles, const QUuid& target);
+    Outcome ungroupFolder(Mode mode, const QUuid& folder);
+    /// A folder, an application or a smart folder, whichever the tile is. A smart folder's name is the
+    /// same in both modes.
+    Outcome rename(Mode mode, const QUuid& tile, const QString& name);
+    Outcome revertAppName(Mode mode, const QUuid& tile);
+    Outcome setFolderSymbol(Mode mode, const QUuid& folder, const std::optional<QString>& symbolName);
+    Outcome hideApps(Mode mode, const QList<QUuid>& tiles);
+    Outcome unhideApp(Mode mode, const QString& appKey);
+    Outcome createAlias(Mode mode, const QUuid& tile, const LayoutPlace& place);
+    Outcome removeAliases(Mode mode, const QList<QUuid>& tiles);
+    Outcome sortPage(Mode mode, const std::optional<QUuid>& folder, qsizetype page);
+    Outcome sortEverything(Mode mode);
 
-    // Smart folders. Their definitions are the same in both modes; a new one gets its tile in the mode
-    // shown, one that is deleted loses its tiles in both.
-    Outcome addSmartFolder(const SmartFolderDefinition& definition,
+    // Smart folders. Their definitions are the same in both modes; a new one gets its tile in one, one
+    // that is deleted loses its tiles in both.
+    /// Without a place the tile comes after the selected one, else at the end of the page shown.
+    Outcome addSmartFolder(Mode mode, const SmartFolderDefinition& definition,
                            const std::optional<LayoutPlace>& place = {});
-    Outcome addSmartFolder(SmartFolderTemplate which);
-    Outcome addSmartFolderTile(const QUuid& definitionID, const LayoutPlace& place);
-    Outcome changeSmartFolder(const SmartFolderDefinition& definition);
-    Outcome deleteSmartFolder(const QUuid& definitionID);
-
-    // The clipboard. Failures of these are silent: they did nothing then.
-    bool copy(const QList<QUuid>& tiles);
-    /// The tiles stay where they are until they are pasted.
-    bool cut(const QList<QUuid>& tiles);
-    /// Copies come as new tiles, cut tiles are moved: after the selected tile, else at the end of the
-    /// page shown. One step of history. False when there is nothing that can be pasted here.
-    bool paste(const std::optional<LayoutPlace>& place = {});
-    /// True when the clipboard holds tiles.
-    bool hasTilesToPaste() const { return _clipboard.read().has_value(); }
-
-    // Selection.
-    void select(const QList<QUuid>& tiles);
-
-    // History.
-    const LayoutUndoHistory& history() const { return _history; }
-    /// `done` is called at the end of the step; a refusal says why.
-    void undo(std::function<void(Outcome)> done = {});
-    void redo(std::function<void(Outcome)> done = {});
-
-    /// The general step; for edits that other parts of the launcher make.
-    Outcome edit(EditKind kind, qsizetype count, const Change& change);
-    LayoutUndoState snapshot() const;
-    /// Keeps an edit made otherwise, with the applications that it moved to the Trash.
-    void record(EditKind kind, qsizetype count, LayoutUndoState before,
-                const QList<TrashedAppRecord>& trashedApps = {});
-
-    /// How applications come into and out of the Trash.
-    void setTrash(LayoutUndoActions::TrashMove restore, LayoutUndoActions::TrashMove trash);
-
-    /// Applications by a query, best first. The index is made anew when what it holds has changed.
-    QList<SearchIndex::Hit> search(const QString& query);
-    /// To be called when the tiles, the scan or what smart folders show has changed.
-    void invalidateSearch() { _index.reset(); }
+    Outcome addSmartFolder(Mode mode, SmartFolderTemplate which);
+    /// A tile for a definition that has none in the mode.
+    Outcome addSmartFolderTile(Mode mode, const QUuid& definitionID,
+                               const std::optional<LayoutPlace>& place = {});
+    /// The tile goes, the definition stays.
+    Outcome removeSmartFolderTile(Mode mode, const QUuid& definitionID);
+    Outcome changeSmartFolder(Mode mode, const SmartFolderDefinition& definition);
+    Outcome deleteSmartFolder(Mode mode, const QUuid& definitionID);
 
 private:
-    GridCapacities capacities() const;
-    LayoutUndoActions actions();
-    Outcome outcome(LayoutUndoHistory::Result result, bool isUndo) const;
-    void step(bool isUndo, std::function<void(Outcome)> done);
+    LayoutPlace placeFor(Mode mode, const std::optional<LayoutPlace>& place) const;
 
-    bool writeClipboard(const QList<QUuid>& tiles, TileClipboardPayload::Operation operation);
-    /// The step for edits that change definitions too: saved first, put back when the rest is refused.
-    Outcome editWithDefinitions(EditKind kind, qsizetype count,
-                                const QList<SmartFolderDefinition>& definitions, const Change& change,
-                                const Change& changeOfOther = {}); ///< of the mode that is not shown
-
-    LauncherViewModel& _launcher;
-    TileClipboard _clipboard;
-    LayoutUndoActions::TrashMove _restoreFromTrash;
-    LayoutUndoActions::TrashMove _moveToTrash;
-    LayoutUndoHistory _history;
-    std::optional<SearchIndex> _index;
+    Machine& _machine;
+    LauncherHistory& _history;
+    LiveLayouts& _layouts;
+    SmartFolderLibrary& _smartFolders;
 };
 
 } // namespace tessellar

@@ -1,6 +1,8 @@
 #include "launcher/launcher_icons.h"
 
-#include "launcher/launcher_view_model.h"
+#include "launcher/installed_applications.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
 
 #include <algorithm>
 #include <array>
@@ -16,11 +18,17 @@ static LauncherError launcherError(CustomAppIconStore::Error error) {
                 : QStringLiteral("Could not change the icon")};
 }
 
-LauncherIcons::LauncherIcons(LauncherViewModel& launcher, Machine& machine)
-    : _launcher(launcher)
-    , _machine(machine)
+LauncherIcons::LauncherIcons(Machine& machine, const LiveLayouts& layouts,
+                             InstalledApplications& applications, SmartFolderLibrary& smartFolders)
+    : _machine(machine)
+    , _layouts(layouts)
+    , _applications(applications)
+    , _smartFolders(smartFolders)
     , _store(std::make_shared<CustomAppIconStore>(
-          machine.files, CustomAppIconStore::defaultDirectory(machine.places), machine.locale)) {}
+          machine.files, CustomAppIconStore::defaultDirectory(machine.places), machine.locale))
+    , _scanned(applications.scanned.connect([this] { scanned(); }))
+    , _keysChanged(applications.keysChanged.connect(
+          [this](const QHash<QString, QString>& keys) { changeKeys(keys); })) {}
 
 // ---- requests
 
@@ -28,7 +36,7 @@ void LauncherIcons::set(const QString& appKey, const QString& file, Done done,
                         const FileSystem* files) {
     if (!knownKeys().contains(appKey)) {
         if (done)
-            done(std::unexpected(LauncherViewModel::unknownApplication(appKey)));
+            done(std::unexpected(InstalledApplications::unknown(appKey)));
         return;
     }
     _requests.push_back({appKey, file, files ? files : &_machine.files, std::move(done)});
@@ -103,14 +111,14 @@ void LauncherIcons::changeKeys(const QHash<QString, QString>& keys) {
             _toAnnounce += {it.key(), it.value()};
         }
     }
+    if (!_isUnderWay)
+        announce();
 }
 
-void LauncherIcons::merged(const QStringList& replacedBundles) {
-    const QSet<QString> replaced(replacedBundles.begin(), replacedBundles.end());
-    if (!replaced.isEmpty())
-        for (const AppEntry& app : _launcher.lastScannedApps())
-            if (replaced.contains(app.path))
-                _toAnnounce.insert(appKey(app));
+void LauncherIcons::scanned() {
+    for (const QString& path : _applications.replacedBundles())
+        if (const AppEntry* app = _applications.withPath(path))
+            _toAnnounce.insert(appKey(*app));
     announce();
     tellSmartFolders(); // of applications that are new, if of nothing else
 }
@@ -118,33 +126,27 @@ void LauncherIcons::merged(const QStringList& replacedBundles) {
 void LauncherIcons::announce() {
     if (_toAnnounce.isEmpty())
         return;
-    _changedKeys = std::exchange(_toAnnounce, {});
-    _launcher.changed(LauncherChange::icons);
-    _changedKeys.clear();
+    changed.notify(std::exchange(_toAnnounce, {}));
     tellSmartFolders();
 }
 
 void LauncherIcons::tellSmartFolders() {
-    SmartFolderRuntimeFacts facts = _launcher.smartFolders().runtimeFacts();
+    SmartFolderRuntimeFacts facts = _smartFolders.runtimeFacts();
     QStringList installed;
-    for (const AppEntry& app : _launcher.lastScannedApps())
+    for (const AppEntry& app : _applications.all())
         installed.append(appKey(app));
     facts.customIconKeys = _store->keysWithIcon(installed);
-    _launcher.smartFolders().setRuntimeFacts(std::move(facts));
+    _smartFolders.setRuntimeFacts(std::move(facts));
 }
 
 // ---- whose icons
 
 QSet<QString> LauncherIcons::knownKeys() const {
     QSet<QString> keys;
-    for (const AppEntry& app : _launcher.lastScannedApps())
+    for (const AppEntry& app : _applications.all())
         keys.insert(appKey(app));
-    for (const auto& layout : _launcher._layouts)
-        forEachItem(layout.pages, [&](const LaunchpadItem& item) {
-            if (const AppEntry* app = item.app())
-                keys.insert(appKey(*app));
-            return true;
-        });
+    _layouts.forEachApplication(
+        [&](LauncherWindowMode, const AppEntry& app) { keys.insert(appKey(app)); });
     return keys;
 }
 

@@ -2,6 +2,8 @@
 
 #include "icons/custom_app_icon_store.h"
 #include "launcher/launcher_error.h"
+#include "platform/machine.h"
+#include "platform/signal.h"
 
 #include <functional>
 #include <list>
@@ -9,21 +11,21 @@
 
 namespace tessellar {
 
-class LauncherViewModel;
+class InstalledApplications;
+class LiveLayouts;
+class SmartFolderLibrary;
 
 /// The icons that the user gave to applications, and word of every icon that looks different now.
 ///
 /// Files are read, checked and written on workers, one request after the other; which applications have
-/// an icon is known without asking the disk. Whenever icons have changed, the view model's listeners
-/// hear `LauncherChange::icons` and find those concerned in `changedKeys`.
-///
-/// Owned by the view model; main thread only.
+/// an icon is known without asking the disk. Main thread only.
 class LauncherIcons {
 public:
     using Outcome = std::expected<void, LauncherError>;
     using Done = std::function<void(const Outcome&)>;
 
-    LauncherIcons(LauncherViewModel& launcher, Machine& machine);
+    LauncherIcons(Machine& machine, const LiveLayouts& layouts, InstalledApplications& applications,
+                  SmartFolderLibrary& smartFolders);
 
     /// Gives an application the icon in an `.icns` file, of which a copy is kept. One that is neither
     /// installed nor arranged is refused. `files` is where the file lies when not on the machine.
@@ -38,15 +40,7 @@ public:
     /// The installed and arranged applications that have one, sorted.
     QStringList appKeys() const;
 
-    /// Whose icons the present `LauncherChange::icons` is about: to be read anew.
-    const QSet<QString>& changedKeys() const { return _changedKeys; }
-
-    // For the view model, when it merges.
-    /// Applications are known by other keys now: what is kept for them goes along.
-    void changeKeys(const QHash<QString, QString>& changedKeys);
-    /// After the merges, with the bundles that are others now, or updated, where they lay: all who show
-    /// icons are told.
-    void merged(const QStringList& replacedBundles = {});
+    Signal<QSet<QString>> changed; ///< the app keys whose icons are to be read anew
 
 private:
     struct Request {
@@ -57,19 +51,24 @@ private:
     };
 
     void startNext();
+    void changeKeys(const QHash<QString, QString>& changedKeys);
+    void scanned();
     void announce();
     void tellSmartFolders();
     QSet<QString> knownKeys() const;
 
-    LauncherViewModel& _launcher;
     Machine& _machine;
+    const LiveLayouts& _layouts;
+    InstalledApplications& _applications;
+    SmartFolderLibrary& _smartFolders;
     std::shared_ptr<CustomAppIconStore> _store; ///< shared with workers, which outlive a request
     std::list<Request> _requests;               ///< the first one is being carried out
     QHash<QString, QString> _keysToChange;      ///< of the request under way
     Task _task;
     bool _isUnderWay = false;
     QSet<QString> _toAnnounce;
-    QSet<QString> _changedKeys;
+    Subscription _scanned;
+    Subscription _keysChanged;
 };
 
 } // namespace tessellar

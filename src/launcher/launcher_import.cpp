@@ -1,6 +1,8 @@
 #include "launcher/launcher_import.h"
 
-#include "launcher/launcher_view_model.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/layout_merge.h"
 
 #include <array>
 
@@ -23,14 +25,18 @@ static LauncherError underImportTitle(LauncherError error) {
     return error;
 }
 
-LauncherImport::LauncherImport(LauncherViewModel& launcher, Machine& machine)
-    : _launcher(launcher), _machine(machine) {}
-
-LauncherImport::~LauncherImport() = default;
+LauncherImport::LauncherImport(Machine& machine, LiveLayouts& layouts,
+                               InstalledApplications& applications, LauncherHistory& history,
+                               LauncherMessages& messages)
+    : _machine(machine)
+    , _layouts(layouts)
+    , _applications(applications)
+    , _history(history)
+    , _messages(messages) {}
 
 // ---- reading
 
-void LauncherImport::preview(const std::optional<Database>& database,
+void LauncherImport::preview(Mode mode, const std::optional<Database>& database,
                              Done<NativeLaunchpadImportResult> done) {
     const auto refuse = [&](const LauncherError& error) {
         done(std::unexpected(underImportTitle(error)));
@@ -39,13 +45,13 @@ void LauncherImport::preview(const std::optional<Database>& database,
         return refuse({QStringLiteral("importInProgress"),
                        QStringLiteral("An import is already in progress."),
                        {}});
-    if (!_launcher.isBootstrapped()) // what is installed is not known yet
-        return refuse(_launcher.editGuard().error());
+    if (!_applications.isKnown())
+        return refuse(_history.guard(mode).error());
     _done = std::move(done);
     const FileSystem* files = database ? database->files : nullptr;
     _task = _machine.workers.run(
         [importer = NativeLaunchpadImporter(LaunchpadImportContext::of(
-             _machine, installedAsArranged(false), files ? *files : _machine.files)),
+             _machine, installedAsArranged(mode, false), files ? *files : _machine.files)),
          path = database ? std::optional(database->path) : std::nullopt](std::stop_token stop) {
             return importer.run(path, stop);
         },
@@ -63,39 +69,23 @@ void LauncherImport::finish(std::expected<NativeLaunchpadImportResult, Launchpad
     done(std::unexpected(launcherError(result.error())));
 }
 
-void LauncherImport::cancel() {
-    _task.cancel();
-    if (isRunning())
-        finish(std::unexpected(LaunchpadImportError{LaunchpadImportError::Code::cancelled}));
-}
-
 // ---- applying
 
-void LauncherImport::run(const std::optional<Database>& database,
+void LauncherImport::run(Mode mode, const std::optional<Database>& database,
                          Done<LegacyLaunchpadImportMetadata> done) {
-    if (const auto guard = _launcher.editGuard(); !guard)
-        return done(std::unexpected(underImportTitle(guard.error())));
-    preview(database, [this, mode = _launcher.mode(), done = std::move(done)](const auto& imported) {
+    if (const auto guarded = _history.guard(mode); !guarded)
+        return done(std::unexpected(underImportTitle(guarded.error())));
+    preview(mode, database, [this, mode, done = std::move(done)](const auto& imported) {
         if (!imported)
             return done(std::unexpected(imported.error()));
-        // Nobody asked for it in the mode that the user has turned to meanwhile.
-        if (_launcher.mode() != mode)
-            return done(std::unexpected(
-                launcherError(LaunchpadImportError{LaunchpadImportError::Code::cancelled})));
-        done(apply(*imported));
+        done(apply(mode, *imported));
     });
 }
 
-QList<AppEntry> LauncherImport::installedAsArranged(bool withNames) const {
-    QHash<QString, const AppEntry*> tiles;
-    forEachItem(_launcher.pages(), [&](const LaunchpadItem& item) {
-        if (const AppEntry* app = item.app(); app && !app->alias && !tiles.contains(appKey(*app)))
-            tiles.insert(appKey(*app), app);
-        return true;
-    });
-    QList<AppEntry> apps = _launcher.lastScannedApps();
+QList<AppEntry> LauncherImport::installedAsArranged(Mode mode, bool withNames) const {
+    QList<AppEntry> apps = _applications.all();
     for (AppEntry& app : apps) {
-        const AppEntry* tile = tiles.value(appKey(app));
+        const AppEntry* tile = _layouts[mode].tileOf(appKey(app));
         if (!tile)
             continue;
         app.id = tile->id; // so that selections hold, and undo finds every tile again
@@ -106,51 +96,44 @@ QList<AppEntry> LauncherImport::installedAsArranged(bool withNames) const {
 }
 
 std::expected<LegacyLaunchpadImportMetadata, LauncherError>
-LauncherImport::apply(const NativeLaunchpadImportResult& imported) {
-    LauncherViewModel& launcher = _launcher;
-    if (const auto guard = launcher.editGuard(); !guard)
-        return std::unexpected(underImportTitle(guard.error()));
+LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
     LegacyLaunchpadImportMetadata metadata = imported.metadata;
-    const auto backup = launcher._store.makeBackup(QStringLiteral("legacy-launchpad-import"),
-                                                   metadata.sourceDatabasePath, launcher.document());
-    if (!backup)
-        return std::unexpected(launcherError(backup.error(), LaunchpadImportTexts::failureTitle()));
-    metadata.backupPath = *backup;
-
-    LayoutUndoState before = launcher.editor().snapshot();
-    const auto liveBefore = launcher.live();
-    launcher.applyLayout(imported.pages, launcher.hiddenKeys(), LauncherViewModel::ApplyKind::restore,
-                         installedAsArranged(true));
-    if (const auto saved = launcher.saveNow(LaunchpadImportTexts::failureTitle()); !saved) {
-        launcher.live() = liveBefore;
-        // What could not be written would be tried again: the arrangement as it was takes its place.
-        launcher._store.scheduleSave(launcher.mode(), launcher.document());
-        return std::unexpected(saved.error());
-    }
-    launcher.changed(LauncherChange::layout);
-    launcher.changed(LauncherChange::navigation);
-    launcher.editor().record(EditKind::importLaunchpad, 1, std::move(before));
+    const LiveLayout& layout = _layouts[mode];
+    const MergeResult merged =
+        mergeWithInstalled({.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout,
+                           _applications, _machine.locale, true, installedAsArranged(mode, true));
+    const auto made = _history.make(
+        {.name = editName(EditKind::importLaunchpad),
+         .mode = mode,
+         .document = LayoutDocument{.pages = merged.pages, .hiddenKeys = merged.hiddenKeys},
+         .replacement = {{.reason = QStringLiteral("legacy-launchpad-import"),
+                          .sourceDatabasePath = metadata.sourceDatabasePath,
+                          .title = LaunchpadImportTexts::failureTitle()}}});
+    if (!made)
+        return std::unexpected(underImportTitle(made.error()));
+    metadata.backupPath = *made;
     // The arrangement is on the disk; that the record of it is not is no reason to take it back.
-    if (const auto written = writeImportMetadata(_machine.files, launcher._store.directory(), metadata);
+    if (const auto written =
+            writeImportMetadata(_machine.files, _machine.places.applicationFolder(), metadata);
         !written)
         _machine.log.warning(message(written.error()));
     return metadata;
 }
 
-void LauncherImport::offer() {
-    _launcher.ask({.title = LaunchpadImportTexts::question(),
+void LauncherImport::offer(Mode mode) {
+    _messages.ask({.title = LaunchpadImportTexts::question(),
                    .text = LaunchpadImportTexts::explanation(),
                    .accept = QStringLiteral("Import")},
-                  [this](bool accepted) {
+                  [this, mode](bool accepted) {
                       if (!accepted)
                           return;
-                      run({}, [this](const auto& metadata) {
+                      run(mode, {}, [this](const auto& metadata) {
                           if (metadata)
-                              _launcher.alert({{},
+                              _messages.alert({{},
                                                LaunchpadImportTexts::report(*metadata),
                                                LaunchpadImportTexts::doneTitle()});
                           else if (metadata.error().code != u"cancelled")
-                              _launcher.alert(metadata.error());
+                              _messages.alert(metadata.error());
                       });
                   });
 }

@@ -2,19 +2,21 @@
 
 #include "discovery/launchpad_import.h"
 #include "launcher/launcher_error.h"
+#include "platform/machine.h"
 
 #include <functional>
 
 namespace tessellar {
 
-class LauncherViewModel;
+class InstalledApplications;
+class LauncherHistory;
+class LauncherMessages;
+class LiveLayouts;
 
-/// Takes the old Launchpad's arrangement over into the mode shown. The database is read on a worker;
+/// Takes the old Launchpad's arrangement over into a display mode. The database is read on a worker;
 /// what it gives replaces the arrangement like a saved one that is restored: a backup first, what is
 /// installed besides on new pages at the end. Hidden applications stay hidden, and the names that the
-/// user gave are kept. One step of history.
-///
-/// Owned by the view model; main thread only.
+/// user gave are kept. One step of history. Main thread only.
 class LauncherImport {
 public:
     template <typename T>
@@ -25,30 +27,35 @@ public:
         const FileSystem* files = nullptr; ///< where it lies when not on the machine
     };
 
-    LauncherImport(LauncherViewModel& launcher, Machine& machine);
-    ~LauncherImport();
+    using Mode = LauncherWindowMode;
 
-    /// What an import would find; changes nothing.
-    void preview(const std::optional<Database>& database, Done<NativeLaunchpadImportResult> done);
+    LauncherImport(Machine& machine, LiveLayouts& layouts, InstalledApplications& applications,
+                   LauncherHistory& history, LauncherMessages& messages);
+
+    /// What an import into a mode would find; changes nothing.
+    void preview(Mode mode, const std::optional<Database>& database,
+                 Done<NativeLaunchpadImportResult> done);
     /// After a failure the arrangement is as it was.
-    void run(const std::optional<Database>& database, Done<LegacyLaunchpadImportMetadata> done);
+    void run(Mode mode, const std::optional<Database>& database,
+             Done<LegacyLaunchpadImportMetadata> done);
     /// Asks the user first and says in an alert what came of it; for a window.
-    void offer();
+    void offer(Mode mode);
 
     /// One import at a time; a second one is refused.
     bool isRunning() const { return static_cast<bool>(_done); }
-    /// Ends the reading; `done` is told so.
-    void cancel();
 
 private:
     void finish(std::expected<NativeLaunchpadImportResult, LaunchpadImportError> result);
     std::expected<LegacyLaunchpadImportMetadata, LauncherError>
-    apply(const NativeLaunchpadImportResult& imported);
+    apply(Mode mode, const NativeLaunchpadImportResult& imported);
     /// The installed applications with the identifiers of their tiles, and the names of these.
-    QList<AppEntry> installedAsArranged(bool withNames) const;
+    QList<AppEntry> installedAsArranged(Mode mode, bool withNames) const;
 
-    LauncherViewModel& _launcher;
     Machine& _machine;
+    LiveLayouts& _layouts;
+    InstalledApplications& _applications;
+    LauncherHistory& _history;
+    LauncherMessages& _messages;
     Done<NativeLaunchpadImportResult> _done; ///< while one runs
     Task _task;
 };

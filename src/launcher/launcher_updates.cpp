@@ -1,6 +1,8 @@
 #include "launcher/launcher_updates.h"
 
-#include "launcher/launcher_view_model.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/smart_folder_library.h"
 #include "smartfolders/smart_folder_fields.h"
 
 #include <QDateTime>
@@ -31,41 +33,42 @@ struct LauncherUpdates::Wish {
     }
 };
 
-LauncherUpdates::LauncherUpdates(LauncherViewModel& launcher, Machine& machine)
-    : _launcher(launcher)
-    , _machine(machine)
-    , _subscription(launcher.subscribe([this](LauncherChange change) { onChange(change); })) {}
+LauncherUpdates::LauncherUpdates(Machine& machine, InstalledApplications& applications,
+                                 SmartFolderLibrary& smartFolders, LauncherMessages& messages)
+    : _machine(machine)
+    , _applications(applications)
+    , _smartFolders(smartFolders)
+    , _messages(messages)
+    , _scanned(applications.scanned.connect([this] { scanned(); }))
+    , _smartFoldersChanged(smartFolders.changed.connect([this] { smartFoldersChanged(); })) {}
 
 LauncherUpdates::~LauncherUpdates() = default;
 
 // ---- what begins and ends its work
 
-void LauncherUpdates::onChange(LauncherChange change) {
-    switch (change) {
-    case LauncherChange::scanned:
-        if (_coordinator)
-            _coordinator->updateApps(_launcher.lastScannedApps());
-        else if (_isWanted || areSmartFoldersInterested())
-            want();
+void LauncherUpdates::scanned() {
+    if (_coordinator)
+        _coordinator->updateApps(_applications.all());
+    else if (_isWanted || areSmartFoldersInterested())
+        want();
+}
+
+void LauncherUpdates::smartFoldersChanged() {
+    if (!_isWanted && areSmartFoldersInterested())
+        want();
+}
+
+void LauncherUpdates::settingsChanged() {
+    if (!_coordinator)
         return;
-    case LauncherChange::smartFolders:
-        if (!_isWanted && areSmartFoldersInterested())
-            want();
-        return;
-    case LauncherChange::settings:
-        if (!_coordinator)
-            return;
-        _coordinator->settingsChanged();
-        feedSmartFolders();
-        return publish();
-    default:
-        return;
-    }
+    _coordinator->settingsChanged();
+    feedSmartFolders();
+    publish();
 }
 
 void LauncherUpdates::want() {
     _isWanted = true;
-    if (_coordinator || _isLoading || !_launcher.isBootstrapped())
+    if (_coordinator || _isLoading || !_applications.isKnown())
         return;
     _isLoading = true;
     _loading = _machine.workers.run(
@@ -94,7 +97,7 @@ void LauncherUpdates::loaded(StoredUpdates stored) {
     updates.onActionStatesChanged = [this] { publish(); };
     updates.presentAlert = [this](const AppUpdateAlert& alert, std::function<void(bool)> answer) {
         if (!alert.isQuestion)
-            return _launcher.alert({QStringLiteral("updateInProgress"), alert.title, {}});
+            return _messages.alert({QStringLiteral("updateInProgress"), alert.title, {}});
         _asker({.title = alert.title, .text = alert.text, .accept = QStringLiteral("Update")},
                std::move(answer));
     };
@@ -107,7 +110,7 @@ void LauncherUpdates::loaded(StoredUpdates stored) {
         publish();
     };
     updates.onUpdateCompleted = [this](const QString& appKey) {
-        _launcher.rescan();
+        _applications.look();
         const auto verified = _verified.values(appKey);
         _verified.remove(appKey);
         for (const auto& told : verified)
@@ -115,7 +118,7 @@ void LauncherUpdates::loaded(StoredUpdates stored) {
     };
     if (_isScheduleWanted)
         updates.start();
-    updates.updateApps(_launcher.lastScannedApps());
+    updates.updateApps(_applications.all());
 }
 
 /// What the bundles say is known, or what the brews say.
@@ -152,7 +155,7 @@ bool LauncherUpdates::areSmartFoldersInterested() const {
         return field == u"updateStatus" || field == u"distributionChannel";
     };
     return std::ranges::any_of(
-        _launcher.smartFolders().definitions(), [&](const SmartFolderDefinition& definition) {
+        _smartFolders.definitions(), [&](const SmartFolderDefinition& definition) {
             return isOfUpdates(definition.sort.field.rawValue()) ||
                    std::ranges::any_of(definition.rules, [&](const SmartFolderRule& rule) {
                        return isOfUpdates(rule.fieldName());
@@ -163,7 +166,7 @@ bool LauncherUpdates::areSmartFoldersInterested() const {
 void LauncherUpdates::feedSmartFolders() {
     if (!_isKnown)
         return;
-    SmartFolderRuntimeFacts facts = _launcher.smartFolders().runtimeFacts();
+    SmartFolderRuntimeFacts facts = _smartFolders.runtimeFacts();
     facts.updateCheckingEnabled = isEnabled();
     facts.updateStatuses.clear();
     facts.distributionChannels.clear();
@@ -174,10 +177,10 @@ void LauncherUpdates::feedSmartFolders() {
     static constexpr std::array channels{SmartFolderDistributionChannel::homebrew,
                                          SmartFolderDistributionChannel::macAppStore,
                                          SmartFolderDistributionChannel::sparkle};
-    for (const AppEntry& app : _launcher.lastScannedApps())
+    for (const AppEntry& app : _applications.all())
         if (const auto kind = _coordinator->channelKind(appKey(app)))
             facts.distributionChannels.insert(appKey(app), channels[static_cast<std::size_t>(*kind)]);
-    _launcher.smartFolders().setRuntimeFacts(std::move(facts));
+    _smartFolders.setRuntimeFacts(std::move(facts));
 }
 
 void LauncherUpdates::publish() {
@@ -189,7 +192,7 @@ void LauncherUpdates::publish() {
         if (_isPublishWanted)
             publish();
     });
-    _launcher.changed(LauncherChange::updates);
+    changed.notify();
 }
 
 // ---- of one application
@@ -298,7 +301,7 @@ LauncherUpdates::Outcome LauncherUpdates::set(const QString& key, const QJsonVal
     if (const auto stored = _machine.settings.set(key, value); !stored)
         return std::unexpected(
             launcherError(stored.error(), QStringLiteral("Could not save the settings")));
-    _launcher.changed(LauncherChange::settings);
+    settingStored.notify();
     return {};
 }
 
@@ -322,7 +325,7 @@ void LauncherUpdates::checkNow() {
         return;
     check({}, {.done = [this](const std::expected<bool, LauncherError>& outcome) {
               if (!outcome && outcome.error().code != u"alreadyChecking")
-                  _launcher.showNotice(outcome.error().message);
+                  _messages.showNotice(outcome.error().message);
           }});
 }
 
@@ -379,9 +382,9 @@ AppUpdateProgress LauncherUpdates::progress() const {
 void LauncherUpdates::run(const QString& appKey) {
     if (activeAppKey() == appKey)
         return;
-    run(appKey, _launcher.asker(), [this](const std::expected<QString, LauncherError>& outcome) {
+    run(appKey, _messages.asker(), [this](const std::expected<QString, LauncherError>& outcome) {
         if (!outcome && outcome.error().code != u"declined")
-            _launcher.alert(outcome.error());
+            _messages.alert(outcome.error());
     });
 }
 
@@ -411,7 +414,7 @@ std::function<void()> LauncherUpdates::run(const QString& appKey, LauncherAsker 
 void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QString& appKey,
                                const LauncherAsker& asker) {
     if (!_coordinator->candidate(appKey))
-        return wish->end(std::unexpected(LauncherViewModel::unknownApplication(appKey)));
+        return wish->end(std::unexpected(InstalledApplications::unknown(appKey)));
     if (_coordinator->activeUpdateAppKey())
         return wish->end(std::unexpected(
             LauncherError{QStringLiteral("updateInProgress"), update_texts::alreadyRunning, {}}));
@@ -435,10 +438,10 @@ void LauncherUpdates::runEnded(const std::shared_ptr<Wish>& wish, const QString&
     }
     if (state->message.isEmpty()) { // opened: the rest is the user's
         // Not before: with its window the launcher may go, and what it was to open would stay closed.
-        _launcher.changed(LauncherChange::launched);
+        opened.notify();
         return wish->end(QString());
     }
-    _launcher.showNotice(state->message);
+    _messages.showNotice(state->message);
     wish->text = state->message;
     wish->stage = Wish::Stage::verifying;
     _verified.insert(appKey, [wish] { wish->end(wish->text); });

@@ -2,6 +2,7 @@
 
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_question.h"
+#include "platform/signal.h"
 #include "updates/app_update_coordinator.h"
 #include "updates/app_update_texts.h"
 
@@ -13,12 +14,13 @@
 
 namespace tessellar {
 
-class LauncherViewModel;
-enum class LauncherChange;
+class InstalledApplications;
+class LauncherMessages;
+class SmartFolderLibrary;
 
 /// What the launcher knows of updates for the installed applications, and how it brings them.
 ///
-/// Who wants it, gets it:
+/// Loaded on demand:
 /// - Nothing is read and no bundle looked at before somebody wants to know: the window, which starts
 ///   the schedule; a smart folder whose rules speak of updates; a command. The cache is then read, and
 ///   the bundles looked at, on workers.
@@ -29,13 +31,13 @@ enum class LauncherChange;
 /// - Where a check failed, what was known before stays on the tile and in the folders.
 /// - After an update the application folders are looked at again.
 ///
-/// Those who watch hear of it as `LauncherChange::updates`, at most every quarter of a second while a
-/// check runs. Owned by the view model; main thread only.
+/// Main thread only.
 class LauncherUpdates {
 public:
     using Outcome = std::expected<void, LauncherError>;
 
-    LauncherUpdates(LauncherViewModel& launcher, Machine& machine);
+    LauncherUpdates(Machine& machine, InstalledApplications& applications,
+                    SmartFolderLibrary& smartFolders, LauncherMessages& messages);
     ~LauncherUpdates();
     LauncherUpdates(const LauncherUpdates&) = delete;
     LauncherUpdates& operator=(const LauncherUpdates&) = delete;
@@ -115,6 +117,13 @@ public:
     /// Ends the update that runs, whoever asked for it.
     void cancelRun();
 
+    /// To be called after a setting was changed.
+    void settingsChanged();
+
+    Signal<> changed;       ///< at most every quarter of a second while a check runs
+    Signal<> settingStored; ///< by `setEnabled` or `setInterval`
+    Signal<> opened;        ///< something else, where the update goes on: the window goes
+
     /// Saves at once what is unsaved.
     Outcome flush();
 
@@ -128,7 +137,8 @@ private:
     using RunDone = std::function<void(std::expected<QString, LauncherError>)>;
     struct Wish;
 
-    void onChange(LauncherChange change);
+    void scanned();
+    void smartFoldersChanged();
     Outcome set(const QString& key, const QJsonValue& value);
     void want();
     void loaded(StoredUpdates stored);
@@ -140,8 +150,10 @@ private:
     void runEnded(const std::shared_ptr<Wish>& wish, const QString& appKey,
                   const std::optional<AppUpdateActionState>& state);
 
-    LauncherViewModel& _launcher;
     Machine& _machine;
+    InstalledApplications& _applications;
+    SmartFolderLibrary& _smartFolders;
+    LauncherMessages& _messages;
     bool _isWanted = false;
     bool _isLoading = false;
     bool _isScheduleWanted = false;
@@ -156,7 +168,8 @@ private:
     Timer _publishTimer;
     Task _loading;
     std::unique_ptr<AppUpdateCoordinator> _coordinator;
-    std::shared_ptr<void> _subscription;
+    Subscription _scanned;
+    Subscription _smartFoldersChanged;
 };
 
 } // namespace tessellar

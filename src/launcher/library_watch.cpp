@@ -1,11 +1,14 @@
 #include "launcher/library_watch.h"
 
-#include "launcher/launcher_view_model.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
 
 namespace tessellar {
 
-LibraryWatch::LibraryWatch(LauncherViewModel& launcher, Machine& machine)
-    : _launcher(launcher), _machine(machine) {}
+LibraryWatch::LibraryWatch(Machine& machine, InstalledApplications& applications, LiveLayouts& layouts,
+                           LauncherMessages& messages)
+    : _machine(machine), _installed(applications), _layouts(layouts), _messages(messages) {}
 
 LibraryWatch::~LibraryWatch() = default;
 
@@ -18,26 +21,24 @@ void LibraryWatch::start(std::unique_ptr<DirectoryEvents> events) {
         LibraryWatcher::Callbacks{.rescan =
                                       [this](const QStringList& directories) {
                                           notice(Kind::changed, directories);
-                                          _launcher.rescan();
+                                          _installed.look();
                                       },
                                   .applicationGone =
                                       [this](const QString& path) {
-                                          _launcher.markGone(path);
+                                          if (const AppEntry* app = _installed.withPath(path))
+                                              _layouts.markUnavailable(appKey(*app));
                                           notice(Kind::gone, {path});
                                       },
                                   .watching = [this] { watching(); }},
         std::move(events));
-    _subscription = _launcher.subscribe([this](LauncherChange change) {
-        if (change == LauncherChange::scanned)
-            scanned();
-    });
-    if (_launcher.isBootstrapped())
+    _subscription = _installed.scanned.connect([this] { scanned(); });
+    if (_installed.isKnown())
         scanned();
 }
 
 void LibraryWatch::scanned() {
     using Kind = LibraryNotice::Kind;
-    const AppScanner::LibraryScan& scan = _launcher.lastScan();
+    const AppScanner::LibraryScan& scan = _installed.scan();
     QSet<QString> applications;
     for (const AppEntry& app : scan.apps)
         applications.insert(app.path);
@@ -50,44 +51,35 @@ void LibraryWatch::scanned() {
     if (std::exchange(_hasScan, true)) {
         notice(Kind::added, (applications - before).values());
         notice(Kind::removed, (before - applications).values());
-        // One that was incomplete until now is another bundle too, but one that nobody had yet.
-        const auto& others = _launcher.replacedBundles();
+        // Newly complete bundles count as added.
+        const auto& replaced = _installed.replacedBundles();
         notice(Kind::replaced,
-               (QSet<QString>(others.begin(), others.end()) & before & applications).values());
+               (QSet<QString>(replaced.begin(), replaced.end()) & before & applications).values());
     }
     notice(Kind::incomplete, (incomplete - incompleteBefore).values());
-    _watcher->scanned(scan, _launcher.lastScanStart());
+    _watcher->scanned(scan, _installed.scanStartedAt());
 }
 
 void LibraryWatch::watching() {
     const bool wasPolling = std::exchange(_isPolling, _watcher->isPolling());
-    const QStringList before = std::exchange(_watched, _launcher.lastScan().watchableDirectories);
+    const QStringList before = std::exchange(_watched, _installed.scan().watchableDirectories);
     if (_watched == before && _isPolling == wasPolling)
         return;
     notice(LibraryNotice::Kind::watching, _watched);
     if (_isPolling && !wasPolling) {
         notice(LibraryNotice::Kind::polling, _watched);
-        _launcher.showNotice(
+        _messages.showNotice(
             QStringLiteral("There are more application folders than this Mac can watch. "
                            "New applications may take some seconds to appear."));
     }
-    _launcher.changed(LauncherChange::watching);
-}
-
-std::shared_ptr<void> LibraryWatch::observe(Listener listener) {
-    auto subscription = std::make_shared<Listener>(std::move(listener));
-    _listeners.push_back(subscription);
-    return subscription;
+    changed.notify();
 }
 
 void LibraryWatch::notice(LibraryNotice::Kind kind, QStringList paths) {
-    _listeners.remove_if([](const auto& listener) { return listener.expired(); });
-    if (paths.isEmpty() || _listeners.empty())
+    if (paths.isEmpty())
         return;
     paths.sort();
-    for (const auto& weak : std::list(_listeners))
-        if (const auto listener = weak.lock())
-            (*listener)({kind, paths});
+    noticed.notify({kind, paths});
 }
 
 } // namespace tessellar

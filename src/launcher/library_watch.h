@@ -1,15 +1,17 @@
 #pragma once
 
 #include "discovery/library_watcher.h"
+#include "model/json.h"
+#include "platform/signal.h"
 
-#include <functional>
-#include <list>
 #include <memory>
 #include <optional>
 
 namespace tessellar {
 
-class LauncherViewModel;
+class InstalledApplications;
+class LauncherMessages;
+class LiveLayouts;
 
 /// Something that the watch of the application folders noticed.
 struct LibraryNotice {
@@ -20,7 +22,7 @@ struct LibraryNotice {
         gone,       ///< applications that were there a moment ago; perhaps only for a moment
         added,      ///< applications that a scan found
         removed,    ///< applications that a scan no longer found
-        replaced,   ///< applications that are others now, or updated, where they lay
+        replaced,   ///< applications replaced or updated in place
         incomplete, ///< bundles that cannot be used yet
     };
     Kind kind = Kind::watching;
@@ -44,43 +46,40 @@ struct json::Fields<LibraryNotice> {
         fields(required("event", &LibraryNotice::kind), required("paths", &LibraryNotice::paths));
 };
 
-/// Lets the launcher follow what happens to the installed applications, from `start` on: what comes and
-/// goes leads to a rescan, and an application that is gone is marked at once. The view model's
-/// listeners hear `LauncherChange::watching` when the way in which folders are watched has changed.
-///
-/// Owned by the view model; main thread only.
+/// Follows what happens to the installed applications, from `start` on: what comes and goes leads to a
+/// scan, and an application that is gone is marked at once. Main thread only.
 class LibraryWatch {
 public:
-    using Listener = std::function<void(const LibraryNotice&)>;
-
-    LibraryWatch(LauncherViewModel& launcher, Machine& machine);
+    LibraryWatch(Machine& machine, InstalledApplications& applications, LiveLayouts& layouts,
+                 LauncherMessages& messages);
     ~LibraryWatch();
 
     /// Begins with the last scan, or the first one that is to come.
     void start(std::unique_ptr<DirectoryEvents> events = makeDirectoryEvents());
     bool isStarted() const { return _watcher != nullptr; }
-    /// True while some folders are only looked at by turns, for want of the system's watches.
+    /// True while some folders are polled, because the system has no more watches to give.
     bool isPolling() const { return _isPolling; }
     /// The folders that the last scan gave to watch; empty until the watches stand.
     const QStringList& watchedDirectories() const { return _watched; }
 
-    /// Ends the listening when it goes.
-    [[nodiscard]] std::shared_ptr<void> observe(Listener listener);
+    Signal<LibraryNotice> noticed;
+    Signal<> changed; ///< how the folders are watched
 
 private:
     void scanned();
     void watching();
     void notice(LibraryNotice::Kind kind, QStringList paths);
 
-    LauncherViewModel& _launcher;
     Machine& _machine;
+    InstalledApplications& _installed;
+    LiveLayouts& _layouts;
+    LauncherMessages& _messages;
     QSet<QString> _applications; ///< of the scan before
     QSet<QString> _incomplete;
     QStringList _watched;
     bool _isPolling = false;
     bool _hasScan = false;
-    std::list<std::weak_ptr<Listener>> _listeners;
-    std::shared_ptr<void> _subscription;
+    Subscription _subscription;
     std::unique_ptr<LibraryWatcher> _watcher; // last: it calls back
 };
 

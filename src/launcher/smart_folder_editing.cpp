@@ -1,14 +1,14 @@
 #include "launcher/smart_folder_editing.h"
 
-#include "launcher/launcher_view_model.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/smart_folder_library.h"
 #include "smartfolders/smart_folder_fields.h"
 
 namespace tessellar {
 
-SmartFolderEditing::SmartFolderEditing(LauncherViewModel& launcher, Machine& machine)
-    : _launcher(launcher), _machine(machine) {}
-
-void SmartFolderEditing::changed() { _launcher.changed(LauncherChange::smartFolderDraft); }
+SmartFolderEditing::SmartFolderEditing(Machine& machine, SmartFolderLibrary& library,
+                                       LauncherEditor& editor)
+    : _machine(machine), _library(library), _editor(editor) {}
 
 void SmartFolderEditing::openNew() {
     SmartFolderDefinition definition;
@@ -37,11 +37,11 @@ void SmartFolderEditing::begin(SmartFolderDefinition definition) {
 void SmartFolderEditing::close() {
     if (!_draft)
         return;
-    _launcher.smartFolders().endPreview();
+    _library.endPreview();
     _draft.reset();
     _preview.reset();
     _facts.clear();
-    changed();
+    changed.notify();
 }
 
 void SmartFolderEditing::change(const std::function<void(SmartFolderDraft&)>& change) {
@@ -69,19 +69,18 @@ void SmartFolderEditing::renewPreview() {
         previewed.name.clear();
     }
     // Of a draft that cannot be evaluated the facts still serve, for what can be typed.
-    _launcher.smartFolders().preview(previewed, [this, isPossible](SmartFolderEvaluation evaluation,
-                                                                   const SmartFolderFactsList& facts) {
+    _library.preview(previewed, [this, isPossible](SmartFolderEvaluation evaluation,
+                                                   const SmartFolderFactsList& facts) {
         _facts = facts;
         if (isPossible)
             _preview = std::move(evaluation);
-        changed();
+        changed.notify();
     });
-    changed();
+    changed.notify();
 }
 
 QString SmartFolderEditing::notice() const {
-    return _draft && _preview ? _launcher.smartFolders().notice(_draft->definition(), *_preview)
-                              : QString();
+    return _draft && _preview ? _library.notice(_draft->definition(), *_preview) : QString();
 }
 
 QStringList SmartFolderEditing::suggestions(qsizetype rule, qsizetype operand) const {
@@ -99,7 +98,7 @@ QString SmartFolderEditing::issue() const {
     return issues.isEmpty() ? QString() : message(issues.first());
 }
 
-SmartFolderEditing::Outcome SmartFolderEditing::save() {
+SmartFolderEditing::Outcome SmartFolderEditing::save(LauncherWindowMode mode) {
     if (!_draft)
         return {};
     if (const QString why = issue(); !why.isEmpty())
@@ -107,9 +106,8 @@ SmartFolderEditing::Outcome SmartFolderEditing::save() {
     if (_isNew || isChanged()) {
         SmartFolderDefinition definition = _draft->definition();
         definition.modifiedAt = _machine.clock.now();
-        LauncherEditor& editor = _launcher.editor();
-        if (auto saved =
-                _isNew ? editor.addSmartFolder(definition) : editor.changeSmartFolder(definition);
+        if (auto saved = _isNew ? _editor.addSmartFolder(mode, definition)
+                                : _editor.changeSmartFolder(mode, definition);
             !saved)
             return saved;
     }

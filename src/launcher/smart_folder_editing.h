@@ -1,7 +1,9 @@
 #pragma once
 
 #include "launcher/launcher_error.h"
+#include "model/launcher_window_mode.h"
 #include "platform/machine.h"
+#include "platform/signal.h"
 #include "smartfolders/smart_folder_draft.h"
 #include "smartfolders/smart_folder_evaluator.h"
 
@@ -9,18 +11,18 @@
 
 namespace tessellar {
 
-class LauncherViewModel;
+class LauncherEditor;
+class SmartFolderLibrary;
 
 /// One smart folder while it is made or changed: its draft, and what that would show. Nothing is saved
 /// before `save`, which is one step of history.
 ///
-/// Owned by the view model; main thread only. Every change is told as
-/// `LauncherChange::smartFolderDraft`.
+/// Main thread only.
 class SmartFolderEditing {
 public:
     using Outcome = std::expected<void, LauncherError>;
 
-    SmartFolderEditing(LauncherViewModel& launcher, Machine& machine);
+    SmartFolderEditing(Machine& machine, SmartFolderLibrary& library, LauncherEditor& editor);
 
     /// Begins with one rule that needs its text, in place of what was edited.
     void openNew();
@@ -38,8 +40,9 @@ public:
 
     /// What the editor says of the first issue; empty when the draft can be saved.
     QString issue() const;
-    /// A draft that is as it was saved is closed and leaves no step of history.
-    Outcome save();
+    /// A new one gets its tile in the mode. A draft that is as it was saved is closed and leaves no
+    /// step of history.
+    Outcome save(LauncherWindowMode mode);
 
     /// What it would show, whatever its name; nothing where rules are missing or not complete, and
     /// before it is worked out. Between two drafts it is the former's.
@@ -49,13 +52,15 @@ public:
     QStringList suggestions(qsizetype rule, qsizetype operand) const;
     bool hasSuggestions(qsizetype rule, qsizetype operand) const;
 
+    Signal<> changed; ///< the draft, or what it would show
+
 private:
     void begin(SmartFolderDefinition definition);
     void renewPreview();
-    void changed();
 
-    LauncherViewModel& _launcher;
     Machine& _machine;
+    SmartFolderLibrary& _library;
+    LauncherEditor& _editor;
     std::optional<SmartFolderDraft> _draft;
     SmartFolderDefinition _before;
     bool _isNew = false;

@@ -21,19 +21,12 @@ static LauncherError launcherError(const SmartFolderStore::Error& error, const Q
             message(error), title};
 }
 
-QString SmartFolderLibrary::defaultDirectory(const Places& places,
-                                             const std::optional<QString>& identifier) {
-    return FileSystem::joined(places.applicationSupport,
-                              identifier.value_or(QStringLiteral("com.tessellar.app")));
-}
-
-SmartFolderLibrary::SmartFolderLibrary(Machine& machine, const QString& directory, Changed changed)
+SmartFolderLibrary::SmartFolderLibrary(Machine& machine)
     : _machine(machine)
-    , _store(machine.files, directory, machine.clock, machine.uuids)
-    , _usage(machine.files, directory, machine.clock, machine.uuids)
+    , _store(machine.files, machine.places.applicationFolder(), machine.clock, machine.uuids)
+    , _usage(machine.files, machine.places.applicationFolder(), machine.clock, machine.uuids)
     , _catalog(machine)
-    , _calendar(Calendar::system(machine.locale))
-    , _changed(std::move(changed)) {}
+    , _calendar(Calendar::system(machine.locale)) {}
 
 // ---- definitions
 
@@ -53,7 +46,7 @@ void SmartFolderLibrary::accept(const SmartFolderStore::LoadResult& result) {
 
 SmartFolderLibrary::Outcome SmartFolderLibrary::recover(SmartFolderRecovery how) {
     accept(_store.recover(how));
-    _changed();
+    changed.notify();
     startRound();
     return _failure ? Outcome(std::unexpected(*_failure)) : Outcome();
 }
@@ -76,7 +69,7 @@ SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitio
         return std::unexpected(
             launcherError(saved.error(), QStringLiteral("Could not save Smart Folders")));
     _definitions = definitions;
-    _changed();
+    changed.notify();
     startRound();
     return {};
 }
@@ -121,11 +114,13 @@ QStringList SmartFolderLibrary::appKeys(const QUuid& id) const {
     return shown ? shown->appKeys() : QStringList();
 }
 
-QHash<QString, QStringList> SmartFolderLibrary::namesByAppKey() const {
+QHash<QString, QStringList> namesByAppKey(const QList<SmartFolderDefinition>& definitions,
+                                          const SmartFolderLibrary::Evaluations& evaluations) {
     QHash<QString, QStringList> names;
-    for (const SmartFolderDefinition& definition : _definitions)
-        for (const QString& key : appKeys(definition.id))
-            names[key].append(definition.name);
+    for (const SmartFolderDefinition& definition : definitions)
+        if (const auto shown = evaluations.constFind(definition.id); shown != evaluations.constEnd())
+            for (const QString& key : shown->appKeys())
+                names[key].append(definition.name);
     return names;
 }
 
@@ -232,7 +227,7 @@ void SmartFolderLibrary::finishRound(Evaluations evaluations, Index index) {
     _extraInspections.clear();
     if (evaluations != _evaluations) {
         _evaluations = std::move(evaluations);
-        _changed();
+        changed.notify();
     }
     for (const auto& callback : std::exchange(_settledCallbacks, {}))
         callback();

@@ -3,6 +3,7 @@
 #include "launcher/launcher_error.h"
 #include "platform/calendar.h"
 #include "platform/machine.h"
+#include "platform/signal.h"
 #include "smartfolders/app_usage_store.h"
 #include "smartfolders/smart_folder_evaluator.h"
 #include "smartfolders/smart_folder_facts_catalog.h"
@@ -27,13 +28,7 @@ namespace tessellar {
 class SmartFolderLibrary {
 public:
     using Outcome = std::expected<void, LauncherError>;
-    /// Called when definitions, or what folders show, are others now.
-    using Changed = std::function<void()>;
-
-    static QString defaultDirectory(const Places& places,
-                                    const std::optional<QString>& identifier = applicationIdentifier);
-
-    SmartFolderLibrary(Machine& machine, const QString& directory, Changed changed);
+    explicit SmartFolderLibrary(Machine& machine);
 
     /// Reads the registry and the record of usage.
     void load();
@@ -60,7 +55,8 @@ public:
     /// What a folder shows; empty before the first round.
     QStringList appKeys(const QUuid& id) const;
     const SmartFolderEvaluation* evaluation(const QUuid& id) const;
-    QHash<QString, QStringList> namesByAppKey() const;
+    using Evaluations = QHash<QUuid, SmartFolderEvaluation>;
+    const Evaluations& evaluations() const { return _evaluations; }
     /// One evaluation at once, on the calling thread, over the facts at hand.
     SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition, const Locale& locale,
                                    Instant now) const;
@@ -91,8 +87,9 @@ public:
 
     quint64 inspectionCount() const { return _catalog.inspectionCount(); }
 
+    Signal<> changed; ///< definitions, or what folders show
+
 private:
-    using Evaluations = QHash<QUuid, SmartFolderEvaluation>;
     using Index = std::shared_ptr<SmartFolderFactsIndex>;
 
     void accept(const SmartFolderStore::LoadResult& result);
@@ -110,7 +107,6 @@ private:
     AppUsageStore _usage;
     SmartFolderFactsCatalog _catalog;
     Calendar _calendar;
-    Changed _changed;
     std::optional<LauncherError> _failure;
     QList<SmartFolderDefinition> _definitions;
     QList<AppEntry> _apps; ///< as the scan names them
@@ -131,5 +127,9 @@ private:
     Timer _nextDay;
     std::vector<std::function<void()>> _settledCallbacks;
 };
+
+/// The smart folders that show each application, by app key. Good for any thread.
+QHash<QString, QStringList> namesByAppKey(const QList<SmartFolderDefinition>& definitions,
+                                          const SmartFolderLibrary::Evaluations& evaluations);
 
 } // namespace tessellar

@@ -2,6 +2,7 @@
 
 #include "app/launcher_window.h"
 #include "app/pager_item.h"
+#include "launcher/live_layout.h"
 #include "sample/mac_builder.h"
 #include "support/items.h"
 #include "support/printers.h"
@@ -126,7 +127,7 @@ protected:
         carry(from, to);
         QTest::mouseRelease(&view(), Qt::LeftButton, {}, to);
     }
-    QString shownTiles() { return sketch(viewModel().pages()); }
+    QString shownTiles() { return sketch(viewModel().shown().pages()); }
     void wheel(QPoint angle) {
         const QPointF at(view().width() / 2.0, view().height() / 2.0);
         QWheelEvent event(at, view().mapToGlobal(at), {}, angle, Qt::NoButton, Qt::NoModifier,
@@ -166,7 +167,9 @@ protected:
     }
     QString selectedLabel() {
         const LaunchpadItem* item =
-            viewModel().selectedItemID() ? viewModel().item(*viewModel().selectedItemID()) : nullptr;
+            viewModel().shown().selectedItemID()
+                ? viewModel().shown().item(*viewModel().shown().selectedItemID())
+                : nullptr;
         return !item ? QString() : item->app() ? item->app()->name : item->folder()->name;
     }
 

@@ -1,3 +1,5 @@
+#include "launcher/installed_applications.h"
+#include "launcher/live_layout.h"
 #include "launcher_fixture.h"
 
 #include "icns_bytes.h"
@@ -48,7 +50,7 @@ TEST_F(LauncherWindowTest, ArrowKeysWalkOverTilesAndPagesAndReturnLaunches) {
     EXPECT_EQ(selectedLabel(), u"A10");
     for (int i = 0; i < 7; ++i)
         press(Qt::Key_Right);
-    EXPECT_EQ(viewModel().currentPage(), 1);
+    EXPECT_EQ(viewModel().shown().currentPage(), 1);
     EXPECT_EQ(selectedLabel(), u"A49") << "the same row of the next page";
     ASSERT_TRUE(rests());
     press(Qt::Key_Return);
@@ -60,29 +62,29 @@ TEST_F(LauncherWindowTest, WheelSwipeDotsAndKeysTurnPages) {
     install(manyNames(130));
     start();
     wheel({0, -120});
-    EXPECT_EQ(viewModel().currentPage(), 1);
+    EXPECT_EQ(viewModel().shown().currentPage(), 1);
     wheel({120, 0});
-    EXPECT_EQ(viewModel().currentPage(), 0);
+    EXPECT_EQ(viewModel().shown().currentPage(), 0);
     wheel({0, 120});
-    EXPECT_EQ(viewModel().currentPage(), 0) << "there is nothing before the first";
+    EXPECT_EQ(viewModel().shown().currentPage(), 0) << "there is nothing before the first";
     ASSERT_TRUE(rests());
 
     swipe(-700);
-    EXPECT_EQ(viewModel().currentPage(), 1);
+    EXPECT_EQ(viewModel().shown().currentPage(), 1);
     ASSERT_TRUE(rests());
     EXPECT_TRUE(tile(u"A41"_s));
     EXPECT_TRUE(view().isVisible()) << "a swipe is no click";
     swipe(700);
-    EXPECT_EQ(viewModel().currentPage(), 0);
+    EXPECT_EQ(viewModel().shown().currentPage(), 0);
     ASSERT_TRUE(rests());
 
     clickAt({640 + 33, 800 - 28 - 12}); // the last of four dots, 22 pixels apart
-    EXPECT_EQ(viewModel().currentPage(), 3);
+    EXPECT_EQ(viewModel().shown().currentPage(), 3);
     ASSERT_TRUE(rests());
     press(Qt::Key_Home);
-    EXPECT_EQ(viewModel().currentPage(), 0);
+    EXPECT_EQ(viewModel().shown().currentPage(), 0);
     press(Qt::Key_PageDown);
-    EXPECT_EQ(viewModel().currentPage(), 1);
+    EXPECT_EQ(viewModel().shown().currentPage(), 1);
 }
 
 TEST_F(LauncherWindowTest, AFolderOpensOverTheGridWithPagesOfItsOwn) {
@@ -102,7 +104,7 @@ TEST_F(LauncherWindowTest, AFolderOpensOverTheGridWithPagesOfItsOwn) {
     EXPECT_EQ(launcher().folder()->pageCount(), 3);
     wheel({0, -120});
     EXPECT_EQ(launcher().folderPage(), 1);
-    EXPECT_EQ(viewModel().currentPage(), 0);
+    EXPECT_EQ(viewModel().shown().currentPage(), 0);
     press(Qt::Key_Right);
     EXPECT_EQ(selectedLabel(), u"A03");
     wheel({0, 120});
@@ -145,7 +147,7 @@ TEST_F(LauncherWindowTest, AnUnavailableApplicationSaysSo) {
     EXPECT_TRUE(tile(u"Away"_s)->property("isUnavailable").toBool());
     EXPECT_FALSE(tile(u"Ash"_s)->property("isUnavailable").toBool());
     click(u"Away"_s);
-    EXPECT_EQ(launcher().notice(), LauncherViewModel::unavailableNotice());
+    EXPECT_EQ(launcher().notice(), LiveLayout::unavailableNotice());
     EXPECT_EQ(opened(), QStringList());
     mac.time.advance(std::chrono::seconds(4));
     EXPECT_EQ(launcher().notice(), QString());
@@ -169,7 +171,7 @@ TEST_F(LauncherWindowTest, TheOtherModeHasItsOwnGridAndSize) {
     install(manyNames(50));
     start({1280, 800});
     EXPECT_EQ(view().size(), QSize(1280, 800));
-    viewModel().setMode(LauncherWindowMode::windowed);
+    viewModel().layouts().show(LauncherWindowMode::windowed);
     EXPECT_LT(view().width(), 1000);
     EXPECT_EQ(launcher().columns(), 7);
     ASSERT_TRUE(QTest::qWaitFor([&] { return view().rootObject()->width() == view().width(); }));
@@ -185,7 +187,7 @@ TEST_F(LauncherWindowTest, ANewApplicationAppearsOnThePageThatIsShown) {
     const QQuickItem* before = tile(u"Ash"_s);
     install({u"Cedar"_s});
     bool isDone = false;
-    viewModel().rescan([&] { isDone = true; });
+    viewModel().applications().look([&] { isDone = true; });
     ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }));
     EXPECT_TRUE(tile(u"Cedar"_s));
     EXPECT_EQ(tile(u"Ash"_s), before) << "what did not change is not made again";

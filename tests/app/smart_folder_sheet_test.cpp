@@ -1,3 +1,6 @@
+#include "launcher/launcher_editor.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
 #include "launcher_fixture.h"
 
 #include "smartfolders/smart_folder_rule.h"
@@ -87,7 +90,8 @@ TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
 }
 
 TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
-    ASSERT_TRUE(viewModel().editor().addSmartFolder(SmartFolderTemplate::games));
+    ASSERT_TRUE(
+        viewModel().editor().addSmartFolder(viewModel().shown().mode(), SmartFolderTemplate::games));
     const SmartFolderDefinition before = definitions().first();
     rightClick(u"Games"_s);
     choose(u"Edit Smart Folder…"_s);

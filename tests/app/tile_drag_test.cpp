@@ -1,3 +1,6 @@
+#include "launcher/launcher_editor.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
 #include "launcher_fixture.h"
 
 #include "smartfolders/smart_folder_rule.h"
@@ -66,9 +69,9 @@ TEST_F(TileDragTest, AtTheEdgeThePageTurnsAfterAWhileAndANewOneIsMadePastTheLast
     const QPoint edge(view().width() - 4, from.y());
     QTest::mousePress(&view(), Qt::LeftButton, {}, from);
     carry(from, edge);
-    EXPECT_EQ(viewModel().currentPage(), 0);
+    EXPECT_EQ(viewModel().shown().currentPage(), 0);
     mac.time.advance(TileDrag::turnDelay);
-    EXPECT_EQ(viewModel().currentPage(), 1);
+    EXPECT_EQ(viewModel().shown().currentPage(), 1);
     mac.time.advance(TileDrag::turnDelay);
     EXPECT_TRUE(launcher().drag()->isOnNewPage());
     EXPECT_EQ(launcher().grid()->pageCount(), 3);
@@ -76,7 +79,7 @@ TEST_F(TileDragTest, AtTheEdgeThePageTurnsAfterAWhileAndANewOneIsMadePastTheLast
     EXPECT_EQ(launcher().grid()->pageCount(), 3) << "there is one new page, not a second";
     QTest::mouseRelease(&view(), Qt::LeftButton, {}, edge);
     EXPECT_EQ(shownTiles(), u"A01 [F: A03 A04]|A05 A06|A02");
-    EXPECT_EQ(viewModel().currentPage(), 2);
+    EXPECT_EQ(viewModel().shown().currentPage(), 2);
 }
 
 TEST_F(TileDragTest, OutsideAnOpenFoldersPanelATileComesOut) {
@@ -152,12 +155,13 @@ TEST_F(TileDragTest, InABlockedArrangementNothingIsLifted) {
 
 TEST_F(TileDragTest, WhatASmartFolderShowsStaysInIt) {
     showTwoPagesAndAFolder();
-    ASSERT_TRUE(viewModel().editor().addSmartFolder(SmartFolderTemplate::installedThisWeek));
+    ASSERT_TRUE(viewModel().editor().addSmartFolder(viewModel().shown().mode(),
+                                                    SmartFolderTemplate::installedThisWeek));
     const QUuid id = viewModel().smartFolders().definitions().first().id;
-    viewModel().openFolder(id);
+    viewModel().shown().openFolder(id);
     SmartFolderDefinition all = *viewModel().smartFolders().definition(id);
     all.rules = {SmartFolderTextRule{idOf(u"rule"_s), "displayName", predicate::BeginsWith(u"A"_s)}};
-    ASSERT_TRUE(viewModel().editor().changeSmartFolder(all));
+    ASSERT_TRUE(viewModel().editor().changeSmartFolder(viewModel().shown().mode(), all));
     ASSERT_TRUE(QTest::qWaitFor([&] { return viewModel().smartFolders().appKeys(id).size() == 6; }));
     ASSERT_TRUE(rests());
     const QString before = shownTiles();
@@ -171,7 +175,7 @@ TEST_F(TileDragTest, ALayoutThatChangesMeanwhileTakesTheTileFromTheHand) {
     QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
     carry(at(u"A01"_s), beside(u"A02"_s, 50));
     ASSERT_TRUE(launcher().drag()->isLifted());
-    ASSERT_TRUE(viewModel().editor().hideApps({idOf(u"A02"_s)}));
+    ASSERT_TRUE(viewModel().editor().hideApps(viewModel().shown().mode(), {idOf(u"A02"_s)}));
     EXPECT_FALSE(launcher().drag()->isLifted());
     QTest::mouseRelease(&view(), Qt::LeftButton, {}, {200, 300});
     EXPECT_EQ(shownTiles(), u"A01 A02 [F: A03 A04]|A05 A06");

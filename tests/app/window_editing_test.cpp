@@ -1,3 +1,4 @@
+#include "launcher/launcher_messages.h"
 #include "launcher_fixture.h"
 
 #include <QClipboard>
@@ -18,11 +19,11 @@ protected:
     }
     QStringList answers;
     void ask(bool isDestructive) {
-        viewModel().ask({.title = u"Sure?"_s,
-                         .text = u"It cannot be undone."_s,
-                         .accept = u"Do It"_s,
-                         .isDestructive = isDestructive},
-                        [this](bool yes) { answers += yes ? u"yes"_s : u"no"_s; });
+        viewModel().messages().ask({.title = u"Sure?"_s,
+                                    .text = u"It cannot be undone."_s,
+                                    .accept = u"Do It"_s,
+                                    .isDestructive = isDestructive},
+                                   [this](bool yes) { answers += yes ? u"yes"_s : u"no"_s; });
     }
 };
 

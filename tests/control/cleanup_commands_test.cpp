@@ -1,3 +1,4 @@
+#include "launcher/launcher_cleanup.h"
 #include "sample/leftovers.h"
 #include "sample/tools.h"
 #include "tessellarctl_fixture.h"

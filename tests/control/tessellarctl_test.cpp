@@ -1,4 +1,7 @@
 #include "control/shell_words.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_updates.h"
+#include "launcher/live_layout.h"
 
 #include "sample/tools.h"
 #include "tessellarctl_fixture.h"
@@ -180,14 +183,20 @@ TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
 
     EXPECT_EQ(run({u"group"_qs, u"org.example.ash"_qs, u"--with"_qs, u"org.example.beech"_qs}).status,
               0);
-    EXPECT_EQ(launcher.editor().history().undoStack().size(), 1);
+    EXPECT_EQ(launcher.history().steps().undoStack().size(), 1);
     EXPECT_EQ(run({u"undo"_qs}).status, 0);
     EXPECT_EQ(run({u"undo"_qs}).code(), u"nothingToUndo");
-    EXPECT_EQ(launcher.pages()[0].size(), 2);
+    EXPECT_EQ(launcher.shown().pages()[0].size(), 2);
+    // A command on the other mode moves nothing that the user sees, and its step is that mode's own.
+    int shownChanges = 0;
+    const auto changed = launcher.shown().changed.connect([&] { ++shownChanges; });
+    const auto turned = launcher.layouts().shownModeChanged.connect([&] { ++shownChanges; });
     EXPECT_EQ(run({u"--mode"_qs, u"windowed"_qs, u"hide"_qs, u"org.example.ash"_qs}).status, 0);
-    EXPECT_EQ(launcher.mode(), LauncherWindowMode::fullScreen);
-    EXPECT_TRUE(launcher.hiddenKeys().isEmpty());
-    EXPECT_EQ(run({u"batch"_qs, u"-"_qs}, "undo\nredo\n").out, "{}\n{}\n");
+    EXPECT_EQ(run({u"undo"_qs}).code(), u"nothingToUndo");
+    EXPECT_EQ(shownChanges, 0);
+    EXPECT_EQ(launcher.layout(LauncherWindowMode::windowed).hiddenKeys().size(), 1);
+    EXPECT_EQ(run({u"batch"_qs, u"-"_qs}, "--mode windowed undo\n--mode windowed redo\n").out,
+              "{}\n{}\n");
 }
 
 // ---- updates

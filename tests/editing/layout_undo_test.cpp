@@ -43,7 +43,11 @@ public:
         history.emplace(
             time, uuids,
             LayoutUndoActions{
-                .snapshot = [this] { return live; },
+                .snapshot =
+                    [this](LauncherWindowMode mode) {
+                        show(mode);
+                        return live;
+                    },
                 .applyLayout =
                     [this](const LayoutUndoState& state) {
                         show(state.mode);
@@ -92,12 +96,12 @@ public:
     /// `refused` also for a step that has not ended yet.
     Result undo() {
         auto result = std::make_shared<Result>(Result::refused);
-        history->undo([result](Result r) { *result = r; });
+        history->undo(live.mode, [result](Result r) { *result = r; });
         return *result;
     }
     Result redo() {
         auto result = std::make_shared<Result>(Result::refused);
-        history->redo([result](Result r) { *result = r; });
+        history->redo(live.mode, [result](Result r) { *result = r; });
         return *result;
     }
     QStringList undoNames() const { return names(history->undoStack()); }
@@ -149,7 +153,7 @@ TEST(UndoHistory, OnlyARealChangeIsKeptAndEndsRedo) {
     EXPECT_TRUE(launcher.edit(QStringLiteral("hid"), [](LayoutUndoState& state) {
         state.document = *hideApps(state.document, {tileID(1)});
     }));
-    EXPECT_FALSE(launcher.history->canRedo());
+    EXPECT_FALSE(launcher.history->canRedo(launcher.live.mode));
     EXPECT_EQ(launcher.redo(), Result::refused);
     EXPECT_TRUE(launcher.edit(QStringLiteral("defined"), [](LayoutUndoState& state) {
         state.smartFolderDefinitions.append(SmartFolderDefinition{.id = tileID(77)});
@@ -164,10 +168,10 @@ TEST(UndoHistory, KeepsTheNewestFifty) {
         launcher.rename(QString::number(i));
     EXPECT_EQ(launcher.history->undoStack().size(), 50);
     EXPECT_EQ(launcher.undoNames().first(), u"1");
-    while (launcher.history->canUndo())
+    while (launcher.history->canUndo(launcher.live.mode))
         ASSERT_EQ(launcher.undo(), Result::done);
     EXPECT_EQ(launcher.live.document.pages[0][0].app()->name, u"0");
-    while (launcher.history->canRedo())
+    while (launcher.history->canRedo(launcher.live.mode))
         ASSERT_EQ(launcher.redo(), Result::done);
     EXPECT_EQ(launcher.history->undoStack().size(), 50);
     EXPECT_EQ(launcher.live.document.pages[0][0].app()->name, u"50");
@@ -227,11 +231,14 @@ TEST(UndoHistory, UndoneEditsGiveEqualStatesInBothModes) {
         states = states.last(std::min<qsizetype>(states.size(), LayoutUndoHistory::undoLimit + 1));
         ASSERT_GT(states.size(), 20);
         for (qsizetype i = states.size() - 2; i >= 0; --i) {
+            launcher.show(launcher.history->undoStack().last().before.mode);
             ASSERT_EQ(launcher.undo(), Result::done);
+            launcher.show(states[i].mode);
             ASSERT_EQ(launcher.live, states[i]);
         }
         EXPECT_EQ(launcher.undo(), Result::refused);
         for (qsizetype i = 1; i < states.size(); ++i) {
+            launcher.show(launcher.history->redoStack().last().before.mode);
             ASSERT_EQ(launcher.redo(), Result::done);
             launcher.show(states[i].mode);
             ASSERT_EQ(launcher.live, states[i]);
@@ -341,7 +348,7 @@ TEST_F(UndoTrash, NoSecondStepBeginsWhileOneWaits) {
     EXPECT_EQ(launcher.live.document.pages[0].size(), 3);
     EXPECT_EQ(launcher.redoNames().size(), 1);
 
-    launcher.history->redo();
+    launcher.history->redo(launcher.live.mode);
     launcher.history.reset();
     launcher.answers.takeFirst()(); // nobody is there any more
 }

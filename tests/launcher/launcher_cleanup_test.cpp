@@ -1,4 +1,9 @@
+#include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
 
 #include "small_launcher.h"
 #include "tests/platform/disk_folder.h"
@@ -60,20 +65,20 @@ protected:
         return result;
     }
     QString sketchOf(LauncherWindowMode mode) {
-        launcher->setMode(mode);
+        launcher->layouts().show(mode);
         const QString drawn = sketched();
-        launcher->setMode(LauncherWindowMode::fullScreen);
+        launcher->layouts().show(LauncherWindowMode::fullScreen);
         return drawn;
     }
-    QUuid tile(const QString& key) { return *findTile(launcher->pages(), key); }
+    QUuid tile(const QString& key) { return *findTile(launcher->shown().pages(), key); }
 
     QStringList questions;
 };
 
 TEST_F(LauncherCleanupTest, ReviewsAndMeasuresAndEndsWhenItIsClosed) {
     QList<Phase> phases;
-    const auto subscription = launcher->subscribe([&](LauncherChange change) {
-        if (change == LauncherChange::cleanup && !phases.endsWith(cleanup().phase()))
+    const auto subscription = cleanup().changed.connect([&] {
+        if (!phases.endsWith(cleanup().phase()))
             phases.append(cleanup().phase());
     });
     review();
@@ -121,14 +126,16 @@ TEST_F(LauncherCleanupTest, RefusesWhatIsNotItsToRemove) {
 }
 
 TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
-    ASSERT_TRUE(launcher->editor().groupTiles({tile(ash), tile(u"org.example.beech"_s)},
+    ASSERT_TRUE(launcher->editor().groupTiles(launcher->shown().mode(),
+                                              {tile(ash), tile(u"org.example.beech"_s)},
                                               tile(u"org.example.beech"_s)));
-    ASSERT_TRUE(launcher->editor().createAlias(tile(ash), {.page = 0, .index = 0}));
-    const Pages before = launcher->pages();
+    ASSERT_TRUE(
+        launcher->editor().createAlias(launcher->shown().mode(), tile(ash), {.page = 0, .index = 0}));
+    const Pages before = launcher->shown().pages();
     const QString windowed = sketchOf(LauncherWindowMode::windowed);
     review();
     // What a scan sees that is under way meanwhile is of no account.
-    launcher->rescan();
+    launcher->applications().look();
     EXPECT_EQ(remove(), u"done");
     EXPECT_EQ(cleanup().phase(), Phase::done);
     EXPECT_EQ(cleanup().log().size(), 3);
@@ -136,16 +143,16 @@ TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
     EXPECT_TRUE(mac.exists(offered));
     EXPECT_EQ(sketched(), u"Beech Cedar");
     EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), u"Beech Cedar");
-    EXPECT_FALSE(launcher->application(ash));
-    EXPECT_EQ(launcher->editor().history().undoStack().size(), 3);
-    EXPECT_EQ(launcher->editor().history().undoStack().last().name, u"Move App to Trash");
+    EXPECT_FALSE(launcher->applications().withKey(ash));
+    EXPECT_EQ(launcher->history().steps().undoStack().size(), 3);
+    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Move App to Trash");
 
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(undo(), u"done");
-        EXPECT_EQ(launcher->pages(), before);
+        EXPECT_EQ(launcher->shown().pages(), before);
         EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), windowed);
-        EXPECT_TRUE(launcher->unavailableAppKeys().isEmpty());
-        EXPECT_TRUE(launcher->application(ash));
+        EXPECT_TRUE(launcher->shown().unavailableAppKeys().isEmpty());
+        EXPECT_TRUE(launcher->applications().withKey(ash));
         EXPECT_EQ(mac.read(caches + u"/data"_s), "1234");
         EXPECT_EQ(mac.read(preferences), "preferences");
         EXPECT_TRUE(mac.names(trash).isEmpty());
@@ -167,7 +174,7 @@ TEST_F(LauncherCleanupTest, ABundleThatStaysKeepsItsTile) {
     EXPECT_TRUE(mac.exists(u"/Applications/Beech.app/Contents/Info.plist"_s));
     EXPECT_EQ(undo(), u"done"); // for what went
     EXPECT_TRUE(mac.exists(preferences));
-    EXPECT_TRUE(findTile(launcher->pages(), ash));
+    EXPECT_TRUE(findTile(launcher->shown().pages(), ash));
 }
 
 TEST_F(LauncherCleanupTest, AnUndoWithoutTheBundleLeavesTheRestInTheTrash) {
@@ -184,10 +191,11 @@ TEST_F(LauncherCleanupTest, AnUndoWithoutTheBundleLeavesTheRestInTheTrash) {
 }
 
 TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
-    ASSERT_TRUE(launcher->editor().groupTiles({tile(ash), tile(u"org.example.cedar"_s)},
+    ASSERT_TRUE(launcher->editor().groupTiles(launcher->shown().mode(),
+                                              {tile(ash), tile(u"org.example.cedar"_s)},
                                               tile(u"org.example.beech"_s)));
-    ASSERT_TRUE(launcher->editor().hideApps({tile(ash)}));
-    const Pages before = launcher->pages();
+    ASSERT_TRUE(launcher->editor().hideApps(launcher->shown().mode(), {tile(ash)}));
+    const Pages before = launcher->shown().pages();
     const QString windowed = sketchOf(LauncherWindowMode::windowed);
     review();
     cleanup().selectAllMatches();
@@ -196,8 +204,8 @@ TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
     EXPECT_FALSE(mac.exists(offered));
     EXPECT_EQ(restore(), u"done");
     EXPECT_EQ(mac.read(offered + u"/notes"_s), "notes");
-    EXPECT_EQ(launcher->pages(), before);
-    EXPECT_TRUE(launcher->hiddenKeys().contains(ash));
+    EXPECT_EQ(launcher->shown().pages(), before);
+    EXPECT_TRUE(launcher->shown().hiddenKeys().contains(ash));
     EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), windowed);
     EXPECT_EQ(restore(), u"nothingToRestore");
 
@@ -205,8 +213,8 @@ TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
     review();
     ASSERT_EQ(remove(), u"done");
     EXPECT_EQ(restore(), u"done");
-    EXPECT_EQ(launcher->editor().history().redoStack().size(), 1);
-    EXPECT_EQ(launcher->pages(), before);
+    EXPECT_EQ(launcher->history().steps().redoStack().size(), 1);
+    EXPECT_EQ(launcher->shown().pages(), before);
 }
 
 TEST_F(LauncherCleanupTest, AKilledRemovalIsBroughtBackFromWhatWasWrittenBefore) {
@@ -274,7 +282,7 @@ TEST_F(LauncherCleanupTest, ADamagedRecordIsSetAside) {
     EXPECT_EQ(mac.read(data + u'/' + aside.first()), "{damaged");
     review();
     ASSERT_EQ(remove(), u"done");
-    EXPECT_EQ(start().pages().size(), 1);
+    EXPECT_EQ(start().shown().pages().size(), 1);
     EXPECT_EQ(restore(), u"done");
     EXPECT_TRUE(mac.exists(bundle));
 }
@@ -302,16 +310,16 @@ TEST_F(LauncherCleanupTest, AnOpenApplicationIsNamedAndGoesOnlyAfterAYes) {
     EXPECT_EQ(scripts.value(0), "tell application id \"org.example.ash\" to quit\n");
     EXPECT_TRUE(cleanup().error()->message.startsWith(u"Finder automation is not allowed."));
     EXPECT_EQ(cleanup().phase(), Phase::review);
-    EXPECT_TRUE(findTile(launcher->pages(), ash));
+    EXPECT_TRUE(findTile(launcher->shown().pages(), ash));
 
     // An answer that comes after the review was closed is too late.
     isOpen = true;
     scripts.clear();
-    cleanup().remove(launcher->asker());
+    cleanup().remove(launcher->messages().asker());
     mac.settle();
-    ASSERT_TRUE(launcher->question());
+    ASSERT_TRUE(launcher->messages().question());
     cleanup().close();
-    launcher->answer(true);
+    launcher->messages().answer(true);
     mac.settle();
     EXPECT_TRUE(scripts.isEmpty());
 }
@@ -325,12 +333,12 @@ TEST_F(LauncherCleanupTest, RedoLeavesAnOpenApplicationAlone) {
     EXPECT_EQ(redo(), u"trashFailed");
     EXPECT_TRUE(mac.exists(bundle));
     EXPECT_TRUE(mac.exists(preferences));
-    EXPECT_TRUE(findTile(launcher->pages(), ash));
+    EXPECT_TRUE(findTile(launcher->shown().pages(), ash));
 }
 
 TEST_F(LauncherCleanupTest, ALauncherThatGoesMeanwhileHasWrittenDownWhatItTook) {
     review();
-    cleanup().remove(launcher->asker());
+    cleanup().remove(launcher->messages().asker());
     mac.workers.waitIdle(); // the look for open applications
     mac.mailbox.drain();
     launcher.reset();

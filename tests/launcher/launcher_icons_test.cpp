@@ -1,4 +1,5 @@
 #include "launcher/launcher_icons.h"
+#include "launcher/smart_folder_library.h"
 
 #include "small_launcher.h"
 #include "tests/icons/icns_bytes.h"
@@ -20,10 +21,8 @@ protected:
         mac.write(u"/in/red.icns"_s, red);
         mac.write(u"/in/blue.icns"_s, blue);
         start();
-        subscription = launcher->subscribe([this](LauncherChange change) {
-            if (change == LauncherChange::icons)
-                heard.append(launcher->icons().changedKeys());
-        });
+        subscription = launcher->icons().changed.connect(
+            [this](const QSet<QString>& appKeys) { heard.append(appKeys); });
     }
     LauncherIcons& icons() { return launcher->icons(); }
     /// Its code, or nothing.
@@ -41,7 +40,7 @@ protected:
     QSet<QString> facts() { return launcher->smartFolders().runtimeFacts().customIconKeys; }
 
     QList<QSet<QString>> heard;
-    LauncherViewModel::Subscription subscription;
+    Subscription subscription;
 };
 
 TEST_F(LauncherIconsTest, AreKeptToldOfAndTakenAwayAgain) {
@@ -58,7 +57,7 @@ TEST_F(LauncherIconsTest, AreKeptToldOfAndTakenAwayAgain) {
     EXPECT_EQ(iconOf(ash), blue);
     EXPECT_EQ(heard.size(), 2);
 
-    subscription.reset();
+    subscription.cancel();
     start();
     EXPECT_EQ(icons().appKeys(), QStringList{ash});
     EXPECT_EQ(facts(), QSet<QString>{ash});

@@ -1,4 +1,7 @@
+#include "launcher/launcher_history.h"
 #include "launcher/launcher_import.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
 
 #include "sample/launchpad_database.h"
 #include "small_launcher.h"
@@ -37,7 +40,8 @@ protected:
     using Outcome = std::expected<LegacyLaunchpadImportMetadata, LauncherError>;
     Outcome run() {
         std::optional<Outcome> outcome;
-        launcher->launchpadImport().run({}, [&](Outcome answer) { outcome = std::move(answer); });
+        launcher->launchpadImport().run(launcher->shown().mode(), {},
+                                        [&](Outcome answer) { outcome = std::move(answer); });
         mac.settle();
         return outcome.value_or(std::unexpected(LauncherError{u"noAnswer"_s, {}, {}}));
     }
@@ -60,17 +64,17 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     store({{beech, test::folder(u"f"_s, {{app(u"Ash"_s), app(u"Elm"_s)}})}, {cedar, app(u"Dogwood"_s)}},
           {u"org.example.dogwood"_s});
     start();
-    launcher->setCurrentPage(1);
-    const LayoutDocument before = launcher->document();
+    launcher->shown().setCurrentPage(1);
+    const LayoutDocument before = launcher->shown().document();
 
     const Outcome imported = run();
     ASSERT_TRUE(imported) << imported.error().message.toStdString();
     // What it did not hold comes on a page of its own, under the user's name for it.
     EXPECT_EQ(sketched(), u"Elm [Work: Fagus|Dogwood]|Ash|Cedrus");
-    EXPECT_EQ(launcher->hiddenKeys(), before.hiddenKeys);
-    EXPECT_EQ(launcher->currentPage(), 0);
-    EXPECT_EQ(launcher->pages()[1][0].id(), idOf(u"Ash"_s)) << "the same tile elsewhere";
-    EXPECT_EQ(stored(), launcher->document());
+    EXPECT_EQ(launcher->shown().hiddenKeys(), before.hiddenKeys);
+    EXPECT_EQ(launcher->shown().currentPage(), 0);
+    EXPECT_EQ(launcher->shown().pages()[1][0].id(), idOf(u"Ash"_s)) << "the same tile elsewhere";
+    EXPECT_EQ(stored(), launcher->shown().document());
     EXPECT_EQ(imported->appCount, 4);
     EXPECT_EQ(imported->folderCount, 2);
     EXPECT_EQ(imported->unresolvedAppCount, 2);
@@ -88,13 +92,13 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     ASSERT_TRUE(record);
     EXPECT_EQ(*record, *imported);
 
-    EXPECT_EQ(launcher->editor().history().undoStack().size(), 1);
-    EXPECT_EQ(launcher->editor().history().undoStack().last().name, u"Import Launchpad Layout");
-    launcher->editor().undo();
+    EXPECT_EQ(launcher->history().steps().undoStack().size(), 1);
+    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Import Launchpad Layout");
+    launcher->history().undo(launcher->shown().mode());
     mac.settle();
-    EXPECT_EQ(launcher->document(), before);
-    EXPECT_EQ(launcher->currentPage(), 1);
-    launcher->editor().redo();
+    EXPECT_EQ(launcher->shown().document(), before);
+    EXPECT_EQ(launcher->shown().currentPage(), 1);
+    launcher->history().redo(launcher->shown().mode());
     mac.settle();
     EXPECT_EQ(sketched(), u"Elm [Work: Fagus|Dogwood]|Ash|Cedrus");
 }
@@ -102,9 +106,9 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
 TEST_F(LauncherImportTest, APreviewShowsTheOldArrangementAndChangesNothing) {
     addOldLaunchpad();
     start();
-    const LayoutDocument before = launcher->document();
+    const LayoutDocument before = launcher->shown().document();
     std::optional<NativeLaunchpadImportResult> found;
-    launcher->launchpadImport().preview({}, [&](const auto& result) {
+    launcher->launchpadImport().preview(launcher->shown().mode(), {}, [&](const auto& result) {
         ASSERT_TRUE(result);
         found = *result;
     });
@@ -112,37 +116,20 @@ TEST_F(LauncherImportTest, APreviewShowsTheOldArrangementAndChangesNothing) {
     ASSERT_TRUE(found);
     EXPECT_EQ(sketch(found->pages), u"Elm [Work: Beech|Dogwood]|[Alone: Ash]");
     EXPECT_EQ(found->skippedApps, QStringList({u"Gone"_s, u"Lost"_s}));
-    EXPECT_EQ(launcher->document(), before);
+    EXPECT_EQ(launcher->shown().document(), before);
     EXPECT_FALSE(mac.exists(data + u"/Backups"_s));
     EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));
-    EXPECT_FALSE(launcher->editor().history().canUndo());
+    EXPECT_FALSE(launcher->history().steps().canUndo(launcher->shown().mode()));
 }
 
 TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
     start();
-    const LayoutDocument before = launcher->document();
+    const LayoutDocument before = launcher->shown().document();
     EXPECT_EQ(failure(), u"databaseNotFound");
     mac.write(database, QByteArray(9'000, 'x'));
     EXPECT_EQ(failure(), u"unableToOpenDatabase");
     mac.remove(database);
     addOldLaunchpad();
-
-    auto& import = launcher->launchpadImport();
-    QStringList codes;
-    const auto keep = [&](const Outcome& outcome) {
-        codes += outcome ? u"done"_s : outcome.error().code;
-    };
-    import.run({}, keep);
-    import.run({}, keep);
-    import.cancel();
-    mac.settle();
-    EXPECT_EQ(codes, QStringList({u"importInProgress"_s, u"cancelled"_s}));
-    codes.clear();
-    import.run({}, keep);
-    launcher->setMode(LauncherWindowMode::windowed);
-    mac.settle();
-    launcher->setMode(LauncherWindowMode::fullScreen);
-    EXPECT_EQ(codes, QStringList{u"cancelled"_s});
 
     // No backup, no import; and when the save fails, the backup is all that came of it.
     mac.write(data + u"/Backups"_s, "in its place");
@@ -154,9 +141,9 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
     EXPECT_EQ(mac.names(data + u"/Backups"_s).size(), 1);
     mac.remove(data + u"/layout.json"_s);
 
-    EXPECT_EQ(launcher->document(), before);
+    EXPECT_EQ(launcher->shown().document(), before);
     EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));
-    EXPECT_FALSE(launcher->editor().history().canUndo());
+    EXPECT_FALSE(launcher->history().steps().canUndo(launcher->shown().mode()));
 
     launcher.reset();
     EXPECT_EQ(stored(), before) << "nor does what failed come later";
@@ -165,20 +152,38 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
     EXPECT_EQ(failure(), u"workingDocumentUnreadable");
 }
 
+TEST_F(LauncherImportTest, GoesToTheModeThatItWasAskedForOneAtATime) {
+    addOldLaunchpad();
+    start();
+    const LayoutDocument windowed = launcher->layout(LauncherWindowMode::windowed).document();
+    QStringList codes;
+    const auto keep = [&](const Outcome& outcome) {
+        codes += outcome ? u"done"_s : outcome.error().code;
+    };
+    for (int i = 0; i < 2; ++i)
+        launcher->launchpadImport().run(LauncherWindowMode::fullScreen, {}, keep);
+    launcher->layouts().show(LauncherWindowMode::windowed);
+    mac.settle();
+    EXPECT_EQ(codes, QStringList({u"importInProgress"_s, u"done"_s}));
+    EXPECT_EQ(launcher->shown().document(), windowed);
+    EXPECT_TRUE(
+        sketch(launcher->layout(LauncherWindowMode::fullScreen).pages()).startsWith(u"Elm [Work"));
+}
+
 TEST_F(LauncherImportTest, OffersItselfWithAQuestionAndAReport) {
     addOldLaunchpad();
     start();
     auto& import = launcher->launchpadImport();
-    import.offer();
-    ASSERT_TRUE(launcher->question());
-    EXPECT_EQ(launcher->question()->title, u"Import old Launchpad configuration?");
-    launcher->answer(false);
+    import.offer(launcher->shown().mode());
+    ASSERT_TRUE(launcher->messages().question());
+    EXPECT_EQ(launcher->messages().question()->title, u"Import old Launchpad configuration?");
+    launcher->messages().answer(false);
     mac.settle();
-    EXPECT_TRUE(launcher->takeAlerts().isEmpty());
-    import.offer();
-    launcher->answer(true);
+    EXPECT_TRUE(launcher->messages().takeAlerts().isEmpty());
+    import.offer(launcher->shown().mode());
+    launcher->messages().answer(true);
     mac.settle();
-    const QList<LauncherError> alerts = launcher->takeAlerts();
+    const QList<LauncherError> alerts = launcher->messages().takeAlerts();
     ASSERT_EQ(alerts.size(), 1);
     EXPECT_EQ(alerts[0].title, u"Imported old Launchpad configuration");
     EXPECT_TRUE(alerts[0].message.contains(u"2 apps were skipped")) << alerts[0].message.toStdString();

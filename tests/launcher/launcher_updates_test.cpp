@@ -1,3 +1,8 @@
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/launcher_updates.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
 #include "small_launcher.h"
 #include "support/fake_updates.h"
 
@@ -38,13 +43,11 @@ protected:
     }
 
     LauncherUpdates& start() {
-        subscription.reset();
+        subscription.cancel();
         launcher.reset();
         launcher = std::make_unique<LauncherViewModel>(mac.machine);
-        subscription = launcher->subscribe([this](LauncherChange change) {
-            announced += change == LauncherChange::updates ? 1 : 0;
-            went += change == LauncherChange::launched ? 1 : 0;
-        });
+        subscription = launcher->updates().changed.connect([this] { ++announced; });
+        leaving = launcher->launched.connect([this] { ++went; });
         launcher->startAndWait();
         settle();
         return updates();
@@ -83,11 +86,12 @@ protected:
     void addFolder() {
         const auto definition = templateDefinition(SmartFolderTemplate::updatesAvailable, folder,
                                                    mac.time.now(), mac.uuids);
-        ASSERT_TRUE(launcher->editor().addSmartFolder(definition));
+        ASSERT_TRUE(launcher->editor().addSmartFolder(launcher->shown().mode(), definition));
         settle();
     }
 
-    LauncherViewModel::Subscription subscription;
+    Subscription subscription;
+    Subscription leaving;
     const QUuid folder = QUuid::createUuidV5(QUuid(), u"updates"_s);
     int announced = 0;
     int went = 0;
@@ -154,8 +158,8 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
     EXPECT_EQ(launcher->smartFolders().runtimeFacts().customIconKeys, QSet<QString>{plain});
     updates().checkNow();
     settle();
-    ASSERT_TRUE(launcher->notice());
-    EXPECT_EQ(launcher->notice()->text, u"Update checking is disabled."_s);
+    ASSERT_TRUE(launcher->messages().notice());
+    EXPECT_EQ(launcher->messages().notice()->text, u"Update checking is disabled."_s);
     ASSERT_TRUE(updates().setEnabled(true));
     settle();
     EXPECT_EQ(shown(), cask + u' ' + feed);
@@ -186,22 +190,22 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     startAndCheck();
     updates().run(cask);
     settle();
-    ASSERT_TRUE(launcher->question());
-    EXPECT_EQ(*launcher->question(),
+    ASSERT_TRUE(launcher->messages().question());
+    EXPECT_EQ(*launcher->messages().question(),
               (LauncherQuestion{.title = u"Update “Cask”?"_s,
                                 .text = u"Homebrew may quit the app while it downloads and installs "
                                         "the update."_s,
                                 .accept = u"Update"_s}));
     updates().run(feed);
     settle();
-    const auto alerts = launcher->takeAlerts();
+    const auto alerts = launcher->messages().takeAlerts();
     ASSERT_EQ(alerts.size(), 1);
     EXPECT_EQ(alerts[0].message, u"Another app update is already in progress."_s);
     EXPECT_EQ(updates().activeAppKey(), cask);
 
     install(u"Cask"_s, {}, u"2.0"_s); // what the command does
     brew({});
-    launcher->answer(true);
+    launcher->messages().answer(true);
     EXPECT_TRUE(updates().isExternalUpdaterRunning());
     settle();
     mac.time.advance(250ms);
@@ -209,22 +213,24 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     EXPECT_FALSE(updates().isExternalUpdaterRunning());
     EXPECT_EQ(updates().badge(cask), QString());
     EXPECT_EQ(updates().record(cask)->installedVersion, u"2.0"_s);
-    ASSERT_TRUE(launcher->notice());
-    EXPECT_EQ(launcher->notice()->text, u"Update completed. Verifying the installed version…"_s);
+    ASSERT_TRUE(launcher->messages().notice());
+    EXPECT_EQ(launcher->messages().notice()->text,
+              u"Update completed. Verifying the installed version…"_s);
 
     brew("3.0", 1);
     updates().run(cask);
     settle();
-    launcher->answer(true);
+    launcher->messages().answer(true);
     settle();
-    EXPECT_THAT(launcher->takeAlerts(), testing::ElementsAre(LauncherError{
-                                            u"updateFailed"_s, u"The app could not be updated."_s,
-                                            u"Could not update “Cask”"_s}));
+    EXPECT_THAT(
+        launcher->messages().takeAlerts(),
+        testing::ElementsAre(LauncherError{u"updateFailed"_s, u"The app could not be updated."_s,
+                                           u"Could not update “Cask”"_s}));
     updates().run(cask);
     settle();
-    launcher->answer(false);
+    launcher->messages().answer(false);
     EXPECT_EQ(updates().activeAppKey(), std::nullopt);
-    EXPECT_TRUE(launcher->takeAlerts().isEmpty());
+    EXPECT_TRUE(launcher->messages().takeAlerts().isEmpty());
 
     // Its own updater: the launcher's window makes way for it.
     EXPECT_EQ(went, 0);

@@ -1,4 +1,8 @@
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
 #include "launcher/launcher_view_model.h"
+#include "launcher/layout_archive.h"
+#include "launcher/live_layout.h"
 
 #include "small_launcher.h"
 
@@ -14,17 +18,19 @@ TEST_F(LauncherTest, AFirstStartShowsAndSavesTheDefaultLayoutOfBothModes) {
     install(u"Beech"_qs);
     install(u"ash"_qs);
     start();
-    EXPECT_EQ(sketch(launcher->pages()), u"ash Beech");
-    EXPECT_EQ(stored().pages, launcher->pages());
+    EXPECT_EQ(sketch(launcher->shown().pages()), u"ash Beech");
+    EXPECT_EQ(stored().pages, launcher->shown().pages());
     EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"ash Beech");
-    const Pages first = launcher->pages();
-    EXPECT_EQ(start().pages(), first);
+    const Pages first = launcher->shown().pages();
+    EXPECT_EQ(start().shown().pages(), first);
 }
 
 TEST_F(LauncherTest, EditsAreRefusedUntilTheFirstLoadIsComplete) {
     launcher = std::make_unique<LauncherViewModel>(mac.machine);
-    for (const auto& outcome : {launcher->editGuard(), launcher->resetLayout(),
-                                launcher->restoreArrangement(QUuid::createUuid())}) {
+    for (const auto& outcome :
+         {launcher->history().guard(launcher->shown().mode()),
+          launcher->archive().reset(launcher->shown().mode()),
+          launcher->archive().restore(launcher->shown().mode(), QUuid::createUuid())}) {
         ASSERT_FALSE(outcome);
         EXPECT_EQ(outcome.error().code, u"layoutNotReady");
         EXPECT_EQ(outcome.error().message,
@@ -36,21 +42,23 @@ TEST_F(LauncherTest, ADamagedFileShowsTheDefaultLayoutAndOnlyAResetWritesAgain) 
     install(u"Ash"_qs);
     mac.write(data + QStringLiteral("/layout.json"), "damaged");
     start();
-    EXPECT_EQ(sketch(launcher->pages()), u"Ash");
-    ASSERT_EQ(launcher->takeAlerts().size(), 1);
-    ASSERT_FALSE(launcher->editGuard());
-    EXPECT_EQ(launcher->editGuard().error().code, u"workingDocumentUnreadable");
-    EXPECT_FALSE(launcher->saveArrangement(u"x"_qs));
+    EXPECT_EQ(sketch(launcher->shown().pages()), u"Ash");
+    ASSERT_EQ(launcher->messages().takeAlerts().size(), 1);
+    ASSERT_FALSE(launcher->history().guard(launcher->shown().mode()));
+    EXPECT_EQ(launcher->history().guard(launcher->shown().mode()).error().code,
+              u"workingDocumentUnreadable");
+    EXPECT_FALSE(launcher->archive().save(launcher->shown().mode(), u"x"_qs));
     rescan();
     EXPECT_TRUE(launcher->quit());
     EXPECT_EQ(mac.read(data + QStringLiteral("/layout.json")), "damaged");
 
-    launcher->setMode(LauncherWindowMode::windowed);
-    EXPECT_TRUE(launcher->editGuard());
-    launcher->setMode(LauncherWindowMode::fullScreen);
-    EXPECT_TRUE(launcher->resetLayout());
-    EXPECT_EQ(launcher->notice()->text, u"Layout reset to the default alphabetical arrangement.");
-    EXPECT_TRUE(launcher->editGuard());
+    launcher->layouts().show(LauncherWindowMode::windowed);
+    EXPECT_TRUE(launcher->history().guard(launcher->shown().mode()));
+    launcher->layouts().show(LauncherWindowMode::fullScreen);
+    EXPECT_TRUE(launcher->archive().reset(launcher->shown().mode()));
+    EXPECT_EQ(launcher->messages().notice()->text,
+              u"Layout reset to the default alphabetical arrangement.");
+    EXPECT_TRUE(launcher->history().guard(launcher->shown().mode()));
     EXPECT_EQ(sketch(stored().pages), u"Ash");
 }
 
@@ -65,10 +73,10 @@ TEST_F(LauncherTest, ARescanMergesWhatChangedAndWritesNothingWhenNothingDid) {
     install(u"Cedar"_qs);
     mac.remove(QStringLiteral("/Applications/Ash.app"));
     rescan();
-    EXPECT_EQ(sketch(launcher->pages()), u"Beech Cedar");
+    EXPECT_EQ(sketch(launcher->shown().pages()), u"Beech Cedar");
     mac.time.advance(300ms);
     EXPECT_EQ(sketch(stored().pages), u"Beech Cedar");
-    launcher->setMode(LauncherWindowMode::windowed);
+    launcher->layouts().show(LauncherWindowMode::windowed);
     EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"Beech Cedar");
 }
 
@@ -80,37 +88,38 @@ TEST_F(LauncherTest, AnApplicationOnAVolumeThatIsNotMountedKeepsItsTile) {
     start();
     mac.remove(QStringLiteral("/Volumes/Work"));
     rescan();
-    EXPECT_EQ(sketch(launcher->pages()), u"Ash Zelkova");
-    EXPECT_EQ(launcher->unavailableAppKeys(), QSet<QString>{QStringLiteral("org.example.zelkova")});
+    EXPECT_EQ(sketch(launcher->shown().pages()), u"Ash Zelkova");
+    EXPECT_EQ(launcher->shown().unavailableAppKeys(),
+              QSet<QString>{QStringLiteral("org.example.zelkova")});
     QString refusal;
     launcher->launch(QStringLiteral("org.example.zelkova"),
                      [&](const LauncherViewModel::Outcome& outcome) {
                          refusal = outcome ? QString() : outcome.error().message;
                      });
-    EXPECT_EQ(refusal, LauncherViewModel::unavailableNotice());
+    EXPECT_EQ(refusal, LiveLayout::unavailableNotice());
     mac.makeFolder(QStringLiteral("/Volumes/Work/Tools"));
     rescan();
-    EXPECT_EQ(sketch(launcher->pages()), u"Ash");
+    EXPECT_EQ(sketch(launcher->shown().pages()), u"Ash");
 }
 
 TEST_F(LauncherTest, QuestionsAreAskedOneAtATimeInTheirOrder) {
     start();
     QStringList answers;
     const auto ask = [&](const QString& title) {
-        launcher->ask({.title = title}, [&answers, title](bool accepted) {
+        launcher->messages().ask({.title = title}, [&answers, title](bool accepted) {
             answers.append(title + (accepted ? u" yes"_qs : u" no"_qs));
         });
     };
     ask(u"first"_qs);
     ask(u"second"_qs);
-    ASSERT_TRUE(launcher->question());
-    EXPECT_EQ(launcher->question()->title, u"first");
-    launcher->answer(true);
-    ASSERT_TRUE(launcher->question());
-    EXPECT_EQ(launcher->question()->title, u"second");
-    launcher->answer(false);
-    launcher->answer(true);
-    EXPECT_FALSE(launcher->question());
+    ASSERT_TRUE(launcher->messages().question());
+    EXPECT_EQ(launcher->messages().question()->title, u"first");
+    launcher->messages().answer(true);
+    ASSERT_TRUE(launcher->messages().question());
+    EXPECT_EQ(launcher->messages().question()->title, u"second");
+    launcher->messages().answer(false);
+    launcher->messages().answer(true);
+    EXPECT_FALSE(launcher->messages().question());
     EXPECT_EQ(answers, QStringList({u"first yes"_qs, u"second no"_qs}));
 }
 
@@ -123,26 +132,26 @@ TEST_F(LauncherTest, LaunchingTellsTheSystemAndSaysWhatItAnswers) {
         return test::exited(status, {}, "It would not open.\n");
     });
     start();
-    QList<LauncherChange> changes;
-    const auto subscription = launcher->subscribe([&](LauncherChange change) { changes += change; });
+    int launches = 0;
+    const auto subscription = launcher->launched.connect([&] { ++launches; });
     launcher->launch(u"org.example.ash"_qs);
     mac.settle();
     EXPECT_EQ(arguments, QList<QByteArray>({"-a", mac.files.hostPath(path)}));
-    EXPECT_EQ(changes, QList{LauncherChange::launched});
+    EXPECT_EQ(launches, 1);
 
     status = 1;
     launcher->launch(u"org.example.ash"_qs);
     mac.settle();
-    const QList<LauncherError> alerts = launcher->takeAlerts();
+    const QList<LauncherError> alerts = launcher->messages().takeAlerts();
     ASSERT_EQ(alerts.size(), 1);
     EXPECT_EQ(alerts[0].message, u"It would not open.");
     EXPECT_EQ(alerts[0].title, u"Could not open “Ash”");
 
     mac.remove(path);
     launcher->launch(u"org.example.ash"_qs);
-    EXPECT_TRUE(launcher->unavailableAppKeys().contains(u"org.example.ash"_qs));
     mac.settle();
-    EXPECT_TRUE(launcher->pages().isEmpty());
+    EXPECT_EQ(launcher->messages().notice()->text, LiveLayout::unavailableNotice());
+    EXPECT_TRUE(launcher->shown().pages().isEmpty());
 }
 
 TEST_F(LauncherTest, RestoringAnArrangementBacksUpMergesAndBringsItsSettings) {
@@ -153,37 +162,40 @@ TEST_F(LauncherTest, RestoringAnArrangementBacksUpMergesAndBringsItsSettings) {
           {u"org.example.beech"_qs});
     (void)mac.settings.set(u"gridRows"_qs, 3);
     start();
-    const auto saved = launcher->saveArrangement(u"  Mine "_qs);
+    const auto saved = launcher->archive().save(launcher->shown().mode(), u"  Mine "_qs);
     ASSERT_TRUE(saved);
     EXPECT_EQ(saved->name, u"Mine");
     (void)mac.settings.set(u"gridRows"_qs, 6);
-    EXPECT_TRUE(launcher->resetLayout());
+    launcher->applySettings();
+    EXPECT_TRUE(launcher->archive().reset(launcher->shown().mode()));
     mac.remove(QStringLiteral("/Applications/Ash.app"));
     install(u"Dogwood"_qs);
     rescan();
-    const QString before = sketch(launcher->pages());
+    const QString before = sketch(launcher->shown().pages());
 
-    ASSERT_TRUE(launcher->restoreArrangement(saved->id));
-    EXPECT_EQ(sketch(launcher->pages()), u"Beech|Cedar|Dogwood");
-    EXPECT_EQ(launcher->hiddenKeys(), QSet<QString>{u"org.example.beech"_qs});
-    EXPECT_EQ(launcher->layoutSettings().rows, 3);
-    EXPECT_EQ(stored().pages, launcher->pages());
+    ASSERT_TRUE(launcher->archive().restore(launcher->shown().mode(), saved->id));
+    EXPECT_EQ(sketch(launcher->shown().pages()), u"Beech|Cedar|Dogwood");
+    EXPECT_EQ(launcher->shown().hiddenKeys(), QSet<QString>{u"org.example.beech"_qs});
+    EXPECT_EQ(launcher->shown().settings().rows, 3);
+    EXPECT_EQ(stored().pages, launcher->shown().pages());
     const QStringList backups = mac.names(data + u"/Backups"_qs);
-    ASSERT_EQ(backups.size(), 1);
-    const auto backup =
-        json::decodeDocument<BackupDocument>(mac.read(data + u"/Backups/"_qs + backups[0]));
-    ASSERT_TRUE(backup);
-    EXPECT_EQ(backup->reason, u"arrangement-restore");
-    EXPECT_EQ(sketch(backup->document.pages), before);
+    ASSERT_EQ(backups.size(), 2);
+    QHash<QString, QString> kept;
+    for (const QString& name : backups)
+        if (const auto backup =
+                json::decodeDocument<BackupDocument>(mac.read(data + u"/Backups/"_qs + name)))
+            kept.insert(backup->reason, sketch(backup->document.pages));
+    EXPECT_EQ(kept.value(u"arrangement-restore"_qs), before);
+    EXPECT_EQ(kept.value(u"reset"_qs), u"Beech|[f: Cedar Ash]");
 }
 
 TEST_F(LauncherTest, ARestoreThatCannotBeReadChangesNothing) {
     install(u"Ash"_qs);
     start();
-    const auto saved = launcher->saveArrangement(u"x"_qs);
+    const auto saved = launcher->archive().save(launcher->shown().mode(), u"x"_qs);
     ASSERT_TRUE(saved);
     mac.write(data + u"/Arrangements/"_qs + toText(saved->id) + u".json"_qs, "{");
-    const auto restored = launcher->restoreArrangement(saved->id);
+    const auto restored = launcher->archive().restore(launcher->shown().mode(), saved->id);
     ASSERT_FALSE(restored);
     EXPECT_EQ(restored.error().title, u"Could not restore arrangement");
     EXPECT_FALSE(mac.exists(data + u"/Backups"_qs));
@@ -196,19 +208,19 @@ TEST_F(LauncherTest, OpenFoldersAndPagesFollowTheLayout) {
            {test::folder(u"f"_qs, {{test::app(u"Cedar"_qs)}, {test::app(u"Dogwood"_qs)}})},
            {test::app(u"Beech"_qs)}});
     start();
-    launcher->setCurrentPage(99);
-    EXPECT_EQ(launcher->currentPage(), 2);
-    EXPECT_FALSE(launcher->openFolder(test::idOf(u"Ash"_qs)));
-    EXPECT_TRUE(launcher->openFolder(test::idOf(u"f"_qs)));
-    launcher->setFolderPage(5);
-    EXPECT_EQ(launcher->folderStack(), QList<OpenFolderLevel>({{test::idOf(u"f"_qs), 1}}));
-    launcher->select(test::idOf(u"Cedar"_qs));
+    launcher->shown().setCurrentPage(99);
+    EXPECT_EQ(launcher->shown().currentPage(), 2);
+    EXPECT_FALSE(launcher->shown().openFolder(test::idOf(u"Ash"_qs)));
+    EXPECT_TRUE(launcher->shown().openFolder(test::idOf(u"f"_qs)));
+    launcher->shown().setFolderPage(5);
+    EXPECT_EQ(launcher->shown().folderStack(), QList<OpenFolderLevel>({{test::idOf(u"f"_qs), 1}}));
+    launcher->shown().select(test::idOf(u"Cedar"_qs));
     mac.remove(QStringLiteral("/Applications/Beech.app"));
     mac.remove(QStringLiteral("/Applications/Cedar.app"));
     rescan();
-    EXPECT_TRUE(launcher->folderStack().isEmpty());
-    EXPECT_EQ(launcher->currentPage(), 1);
-    EXPECT_FALSE(launcher->selectedItemID());
+    EXPECT_TRUE(launcher->shown().folderStack().isEmpty());
+    EXPECT_EQ(launcher->shown().currentPage(), 1);
+    EXPECT_FALSE(launcher->shown().selectedItemID());
 }
 
 TEST_F(LauncherTest, ADiskThatRefusesTheStartUpSaveIsSaidAndNothingIsLost) {
@@ -216,8 +228,8 @@ TEST_F(LauncherTest, ADiskThatRefusesTheStartUpSaveIsSaidAndNothingIsLost) {
     // A link to nowhere in the folder's place: nothing is there to load, and nothing can be saved.
     mac.link(data, u"/nowhere/at all"_qs);
     start();
-    EXPECT_EQ(sketch(launcher->pages()), u"Ash");
-    EXPECT_FALSE(launcher->takeAlerts().isEmpty());
+    EXPECT_EQ(sketch(launcher->shown().pages()), u"Ash");
+    EXPECT_FALSE(launcher->messages().takeAlerts().isEmpty());
     EXPECT_FALSE(launcher->quit());
     mac.remove(data);
     EXPECT_TRUE(launcher->quit());

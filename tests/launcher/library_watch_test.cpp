@@ -1,4 +1,6 @@
+#include "launcher/launcher_messages.h"
 #include "launcher/library_watch.h"
+#include "launcher/live_layout.h"
 
 #include "launcher/launcher_icons.h"
 #include "small_launcher.h"
@@ -23,7 +25,7 @@ protected:
             install(name);
     }
     void watch(std::unique_ptr<DirectoryEvents> events = makeDirectoryEvents()) {
-        subscription = launcher->libraryWatch().observe([this](const LibraryNotice& notice) {
+        subscription = launcher->libraryWatch().noticed.connect([this](const LibraryNotice& notice) {
             notices.append(json::rawValue(notice.kind) + u' ' + notice.paths.join(u' '));
         });
         launcher->libraryWatch().start(std::move(events));
@@ -46,11 +48,11 @@ protected:
         std::filesystem::rename(mac.hostPath(from).toStdString(), mac.hostPath(to).toStdString());
     }
     bool isUnavailable(const QString& name) {
-        return launcher->unavailableAppKeys().contains(u"org.example."_s + name.toLower());
+        return launcher->shown().unavailableAppKeys().contains(u"org.example."_s + name.toLower());
     }
 
     QStringList notices;
-    std::shared_ptr<void> subscription;
+    Subscription subscription;
 };
 
 TEST_F(LibraryWatchTest, ApplicationsComeAndGoByThemselves) {
@@ -91,14 +93,12 @@ TEST_F(LibraryWatchTest, ABundleReplacedInPlaceNeverLosesItsTile) {
     start();
     watch();
     QSet<QString> redrawn;
-    const auto listening = launcher->subscribe([&](LauncherChange change) {
-        if (change == LauncherChange::icons)
-            redrawn += launcher->icons().changedKeys();
-    });
+    const auto listening =
+        launcher->icons().changed.connect([&](const QSet<QString>& appKeys) { redrawn += appKeys; });
     bool isAlwaysThere = true;
-    const auto looking = launcher->subscribe([&](LauncherChange) {
+    const auto looking = launcher->shown().changed.connect([&] {
         isAlwaysThere = isAlwaysThere && sketched() == u"[f: Fagus Cedar] Ash" &&
-                        launcher->folder(idOf(u"f"_s))->pages[0][0].id() == idOf(u"Beech"_s);
+                        launcher->shown().folder(idOf(u"f"_s))->pages[0][0].id() == idOf(u"Beech"_s);
     });
 
     // The new one is made ready elsewhere, the old one taken away, the new one moved to its place.
@@ -127,18 +127,18 @@ TEST_F(LibraryWatchTest, ABundleReplacedInPlaceNeverLosesItsTile) {
 
 TEST_F(LibraryWatchTest, SaysOnceThatItPolls) {
     start();
-    QList<LauncherChange> changes;
-    const auto listening = launcher->subscribe([&](LauncherChange change) { changes += change; });
+    int changes = 0;
+    const auto listening = launcher->libraryWatch().changed.connect([&] { ++changes; });
     watch(std::make_unique<FewEvents>(0));
     EXPECT_TRUE(launcher->libraryWatch().isPolling());
-    EXPECT_THAT(changes, Contains(LauncherChange::watching));
-    ASSERT_TRUE(launcher->notice());
-    const int revision = launcher->notice()->revision;
+    EXPECT_EQ(changes, 1);
+    ASSERT_TRUE(launcher->messages().notice());
+    const int revision = launcher->messages().notice()->revision;
     install(u"Dogwood"_s);
     follow([&] { return sketched() == u"Ash Beech Cedar Dogwood"; });
     time.advance(10s);
-    launcher->showNotice(u"next"_s);
-    EXPECT_EQ(launcher->notice()->revision, revision + 1);
+    launcher->messages().showNotice(u"next"_s);
+    EXPECT_EQ(launcher->messages().notice()->revision, revision + 1);
 }
 
 } // namespace

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_history.h"
 #include "launcher/launcher_view_model.h"
+#include "launcher/live_layout.h"
 #include "sample/mac_builder.h"
 #include "support/items.h"
 #include "support/printers.h"
@@ -34,7 +37,7 @@ protected:
         return *launcher;
     }
     void rescan() {
-        launcher->rescan();
+        launcher->applications().look();
         mac.settle();
     }
     /// Waits for what comes from other threads; the hand-moved time stands still.
@@ -51,9 +54,9 @@ protected:
             .value_or(LayoutDocument());
     }
     /// Takes a step back or forth; "done", or the code of the refusal, or nothing while it waits.
-    QString undo() { return step(&LauncherEditor::undo); }
-    QString redo() { return step(&LauncherEditor::redo); }
-    QString sketched() const { return sketch(launcher->pages()); }
+    QString undo() { return step(&LauncherHistory::undo); }
+    QString redo() { return step(&LauncherHistory::redo); }
+    QString sketched() const { return sketch(launcher->shown().pages()); }
 
     const QString data = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
     TestMachine mac;
@@ -62,11 +65,12 @@ protected:
     std::unique_ptr<LauncherViewModel> launcher;
 
 private:
-    QString step(void (LauncherEditor::*take)(std::function<void(LauncherEditor::Outcome)>)) {
+    QString step(void (LauncherHistory::*take)(LauncherWindowMode, LauncherHistory::Done)) {
         QString code;
-        (launcher->editor().*take)([&](const LauncherEditor::Outcome& outcome) {
-            code = outcome ? u"done"_s : outcome.error().code;
-        });
+        (launcher->history().*take)(launcher->shown().mode(),
+                                    [&](const LauncherHistory::Outcome& outcome) {
+                                        code = outcome ? u"done"_s : outcome.error().code;
+                                    });
         mac.settle();
         return code;
     }

@@ -1,4 +1,8 @@
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_history.h"
+#include "launcher/live_layout.h"
 #include "launcher/smart_folder_editing.h"
+#include "launcher/smart_folder_library.h"
 
 #include "small_launcher.h"
 
@@ -46,22 +50,22 @@ TEST_F(SmartFolderEditingTest, ANewFolderIsPreviewedAndSavedAsOneStep) {
     change([](SmartFolderDraft& draft) { draft.setName(u" "_s); });
     EXPECT_EQ(preview(), u"Ash Aspen") << "rules can be tried before there is a name";
     EXPECT_EQ(editing().issue(), u"Enter a name.");
-    EXPECT_FALSE(editing().save());
+    EXPECT_FALSE(editing().save(LauncherWindowMode::fullScreen));
     EXPECT_TRUE(definitions().isEmpty());
     change([](SmartFolderDraft& draft) { draft.setName(u" A folder"_s); });
     install(u"Alder"_s);
     rescan();
     EXPECT_EQ(preview(), u"Alder Ash Aspen") << "it follows what it depends on";
 
-    const auto saved = editing().save();
+    const auto saved = editing().save(LauncherWindowMode::fullScreen);
     ASSERT_TRUE(saved) << saved.error().message.toStdString();
     EXPECT_FALSE(editing().draft());
     ASSERT_EQ(definitions().size(), 1);
     EXPECT_EQ(definitions().first().name, u" A folder") << "as typed";
     EXPECT_EQ(definitions().first().modifiedAt, mac.time.now());
-    EXPECT_EQ(launcher->editor().history().undoStack().last().name, u"Add Smart Folder");
-    EXPECT_EQ(launcher->editor().history().undoStack().size(), 1);
-    launcher->editor().undo();
+    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Add Smart Folder");
+    EXPECT_EQ(launcher->history().steps().undoStack().size(), 1);
+    launcher->history().undo(launcher->shown().mode());
     mac.settle();
     EXPECT_TRUE(definitions().isEmpty());
     EXPECT_EQ(sketched(), u"Ash Aspen Beech Alder");
@@ -69,7 +73,7 @@ TEST_F(SmartFolderEditingTest, ANewFolderIsPreviewedAndSavedAsOneStep) {
 
 TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     makeFolder();
-    ASSERT_TRUE(editing().save());
+    ASSERT_TRUE(editing().save(LauncherWindowMode::fullScreen));
     mac.settle();
     const SmartFolderDefinition before = definitions().first();
     time.advance(1h);
@@ -86,26 +90,26 @@ TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     EXPECT_EQ(definitions(), QList{before});
 
     editing().open(before);
-    ASSERT_TRUE(editing().save());
+    ASSERT_TRUE(editing().save(LauncherWindowMode::fullScreen));
     EXPECT_EQ(definitions(), QList{before}) << "nothing was changed, not even its date";
-    EXPECT_EQ(launcher->editor().history().undoStack().size(), 1);
+    EXPECT_EQ(launcher->history().steps().undoStack().size(), 1);
 
     editing().open(before);
     change([](SmartFolderDraft& draft) { draft.type(0, 0, u"b"_s); });
-    ASSERT_TRUE(editing().save());
+    ASSERT_TRUE(editing().save(LauncherWindowMode::fullScreen));
     mac.settle();
     EXPECT_EQ(launcher->smartFolders().appKeys(before.id), QStringList{u"org.example.beech"_s});
     EXPECT_EQ(definitions().first().modifiedAt, mac.time.now());
-    EXPECT_EQ(launcher->editor().history().undoStack().last().name, u"Edit Smart Folder");
-    launcher->editor().undo();
+    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Edit Smart Folder");
+    launcher->history().undo(launcher->shown().mode());
     mac.settle();
     EXPECT_EQ(definitions(), QList{before});
 
     // A refusal leaves what was typed.
     editing().open(before);
     change([](SmartFolderDraft& draft) { draft.type(0, 0, u"c"_s); });
-    ASSERT_TRUE(launcher->editor().deleteSmartFolder(before.id));
-    EXPECT_FALSE(editing().save());
+    ASSERT_TRUE(launcher->editor().deleteSmartFolder(launcher->shown().mode(), before.id));
+    EXPECT_FALSE(editing().save(LauncherWindowMode::fullScreen));
     EXPECT_TRUE(editing().isChanged());
 }
 

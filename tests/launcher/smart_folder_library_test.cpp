@@ -1,3 +1,8 @@
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
 #include "small_launcher.h"
 
 #include "smartfolders/smart_folder_rule.h"
@@ -11,7 +16,7 @@ using test::idOf;
 class SmartFolderLibraryTest : public test::SmallLauncher {
 protected:
     const QString registry = data + u"/computed-folders.json"_qs;
-    LauncherViewModel::Subscription subscription;
+    Subscription subscription;
     int announced = 0;
 
     SmartFolderLibraryTest() {
@@ -22,14 +27,13 @@ protected:
             install(name);
     }
     void start() {
-        subscription.reset();
+        subscription.cancel();
         SmallLauncher::start();
-        subscription = launcher->subscribe([this](LauncherChange change) {
-            announced += change == LauncherChange::smartFolders ? 1 : 0;
-        });
+        subscription = launcher->smartFolders().changed.connect([this] { ++announced; });
     }
     SmartFolderLibrary& library() { return launcher->smartFolders(); }
     LauncherEditor& editor() { return launcher->editor(); }
+    LauncherWindowMode mode() { return launcher->shown().mode(); }
 
     SmartFolderDefinition definition(const QString& name, const SmartFolderRule& rule) {
         SmartFolderDefinition result{.id = idOf(name), .name = name};
@@ -44,7 +48,7 @@ protected:
         return SmartFolderDateRule{mac.uuids.next(), "lastUsedDate", predicate::IsToday()};
     }
     void add(const SmartFolderDefinition& definition) {
-        const auto added = editor().addSmartFolder(definition);
+        const auto added = editor().addSmartFolder(mode(), definition);
         ASSERT_TRUE(added) << added.error().message.toStdString();
         mac.settle();
     }
@@ -58,7 +62,7 @@ protected:
     }
     qsizetype tilesOf(const QString& name) {
         qsizetype count = 0;
-        forEachItem(launcher->pages(), [&](const LaunchpadItem& item) {
+        forEachItem(launcher->shown().pages(), [&](const LaunchpadItem& item) {
             count += item.smartFolder() && item.smartFolder()->definitionID == idOf(name);
             return true;
         });
@@ -103,7 +107,7 @@ TEST_F(SmartFolderLibraryTest, OnlyTheLastOfSeveralChangesCounts) {
     announced = 0;
     for (const QString& begin : {u"b"_qs, u"i"_qs, u"a"_qs, u"b"_qs}) {
         tree.rules = {nameBegins(begin)};
-        ASSERT_TRUE(editor().changeSmartFolder(tree));
+        ASSERT_TRUE(editor().changeSmartFolder(mode(), tree));
         // The facts of the round have come, its evaluation is still under way.
         mac.workers.waitIdle();
         if (begin == u"a")
@@ -160,8 +164,8 @@ TEST_F(SmartFolderLibraryTest, FoldersGoByTheNamesOfTheModeThatIsShown) {
     add(definition(u"Named"_qs, SmartFolderBooleanRule{mac.uuids.next(), "hasCustomName",
                                                        predicate::IsValue<bool>(true)}));
     EXPECT_EQ(shown(u"Named"_qs), u"");
-    const QUuid beech = launcher->pages()[0][1].id();
-    ASSERT_TRUE(editor().renameApp(beech, u"Acorn"_qs));
+    const QUuid beech = launcher->shown().pages()[0][1].id();
+    ASSERT_TRUE(editor().rename(mode(), beech, u"Acorn"_qs));
     mac.settle();
     EXPECT_EQ(shown(u"A"_qs), u"Acorn Ash");
     EXPECT_EQ(shown(u"Named"_qs), u"Acorn");
@@ -172,7 +176,7 @@ TEST_F(SmartFolderLibraryTest, FoldersGoByTheNamesOfTheModeThatIsShown) {
     rescan();
     EXPECT_EQ(shown(u"A"_qs), u"Acorn Alder Ash");
 
-    launcher->setMode(LauncherWindowMode::windowed);
+    launcher->layouts().show(LauncherWindowMode::windowed);
     mac.settle();
     EXPECT_EQ(shown(u"A"_qs), u"Alder Ash");
     EXPECT_EQ(shown(u"Named"_qs), u"");
@@ -200,12 +204,12 @@ TEST_F(SmartFolderLibraryTest, ARegistryPutBackSurvivesAnUndoOfWhatWasDoneWithou
     launcher.reset();
     mac.write(registry, "half a fi");
     start();
-    ASSERT_EQ(launcher->takeAlerts().size(), 1);
+    ASSERT_EQ(launcher->messages().takeAlerts().size(), 1);
     EXPECT_FALSE(library().isWritable());
     EXPECT_EQ(library().name(tree.id), u"Unavailable Smart Folder");
     EXPECT_EQ(tilesOf(u"Tree"_qs), 1);
-    EXPECT_EQ(editor().deleteSmartFolder(tree.id).error().code, u"noSuchSmartFolder");
-    ASSERT_TRUE(editor().hideApps({launcher->pages()[0][0].id()}));
+    EXPECT_EQ(editor().deleteSmartFolder(mode(), tree.id).error().code, u"noSuchSmartFolder");
+    ASSERT_TRUE(editor().hideApps(mode(), {launcher->shown().pages()[0][0].id()}));
 
     // Still damaged: another try fails and says so.
     EXPECT_EQ(library().recover(SmartFolderRecovery::restore).error().code, u"damaged");
@@ -217,9 +221,9 @@ TEST_F(SmartFolderLibraryTest, ARegistryPutBackSurvivesAnUndoOfWhatWasDoneWithou
     EXPECT_TRUE(library().recover(SmartFolderRecovery::restore));
     mac.settle();
     EXPECT_EQ(shown(u"Tree"_qs), u"Ash");
-    editor().undo({});
+    launcher->history().undo(mode());
     EXPECT_EQ(stored(), QList{tree});
-    EXPECT_TRUE(launcher->hiddenKeys().isEmpty());
+    EXPECT_TRUE(launcher->shown().hiddenKeys().isEmpty());
 }
 
 TEST_F(SmartFolderLibraryTest, ARegistryThatBreaksMeanwhileIsSaidToBeUnavailable) {

@@ -1,4 +1,10 @@
-#include "launcher/tile_menu.h"
+#include "launcher/actions.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/launcher_view_model.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
 
 #include "launcher/smart_folder_editing.h"
 #include "sample/mac_builder.h"
@@ -22,9 +28,9 @@ using testing::Not;
 
 const QString directory = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
 
-class TileMenuTest : public testing::Test {
+class ActionsTest : public testing::Test {
 protected:
-    TileMenuTest() {
+    ActionsTest() {
         for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Cedar"_s, u"Dogwood"_s})
             builder.addApplication({.name = name, .identifier = u"org.example."_s + name.toLower()});
         AppEntry alias = app(u"Cedar"_s);
@@ -43,45 +49,51 @@ protected:
         launcher->startAndWait();
         mac.settle();
     }
-    MenuTarget on(const QString& name) {
-        const LaunchpadItem* item = launcher->item(idOf(name));
+    ActionTarget on(const QString& name) {
+        const LaunchpadItem* item = launcher->shown().item(idOf(name));
         return {.item = item ? std::optional(*item) : std::nullopt};
     }
     /// What can be chosen, submenus and their entries among it.
-    QStringList choices(const MenuTarget& target = {}) {
+    QStringList choices(const ActionTarget& target = {}) {
         QStringList ids;
-        for (const MenuEntry& entry : tileMenu(*launcher, target))
+        for (const MenuEntry& entry : actionMenu(*launcher, target))
             if (entry.isEnabled && !entry.isSeparator())
                 ids += entry.id;
         return ids;
     }
-    QString titleOf(const QString& id, const MenuTarget& target = {}) {
-        for (const MenuEntry& entry : tileMenu(*launcher, target))
+    QString titleOf(const QString& id, const ActionTarget& target = {}) {
+        for (const MenuEntry& entry : actionMenu(*launcher, target))
             if (entry.id == id)
                 return entry.title;
         return {};
     }
-    QStringList titlesIn(const QString& id, const MenuTarget& target = {}) {
+    QStringList titlesIn(const QString& id, const ActionTarget& target = {}) {
         QStringList titles;
-        for (const MenuEntry& entry : tileMenu(*launcher, target))
+        for (const MenuEntry& entry : actionMenu(*launcher, target))
             if (entry.id == id)
                 for (const MenuEntry& inner : entry.entries)
                     titles += inner.title;
         return titles;
     }
-    MenuRequest perform(const QString& id, const MenuTarget& target = {}) {
-        const MenuRequest request = performMenuEntry(*launcher, target, id);
+    ActionRequest perform(const QString& id, const ActionTarget& target = {}) {
+        const auto request = performAction(*launcher, target, id);
         mac.settle();
-        return request;
+        return request.value_or(ActionRequest::none);
     }
-    QString shown() { return sketch(launcher->pages()); }
+    bool press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
+        const bool meant =
+            performShortcut(*launcher, launcher->shown().mode(), key, modifiers).has_value();
+        mac.settle();
+        return meant;
+    }
+    QString shown() { return sketch(launcher->shown().pages()); }
 
     test::TestMachine mac;
     sample::MacBuilder builder{mac.root.path()};
     std::unique_ptr<LauncherViewModel> launcher;
 };
 
-TEST_F(TileMenuTest, EachKindOfTileHasItsEntries) {
+TEST_F(ActionsTest, EachKindOfTileHasItsEntries) {
     EXPECT_EQ(choices(on(u"Ash"_s)),
               (QStringList{u"open"_s, u"rename"_s, u"changeIcon"_s, u"cut"_s, u"copy"_s, u"moveTo"_s,
                            u"createAlias"_s, u"hide"_s, u"moveToTrash"_s}));
@@ -93,9 +105,9 @@ TEST_F(TileMenuTest, EachKindOfTileHasItsEntries) {
               (QStringList{u"Page 2"_s, u"New Page"_s, QString(), u"Trees"_s}));
 }
 
-TEST_F(TileMenuTest, EntriesDoWhatTheySay) {
-    EXPECT_EQ(perform(u"rename"_s, on(u"Ash"_s)), MenuRequest::rename);
-    ASSERT_TRUE(launcher->editor().rename(idOf(u"Ash"_s), u"Esche"_s));
+TEST_F(ActionsTest, EntriesDoWhatTheySay) {
+    EXPECT_EQ(perform(u"rename"_s, on(u"Ash"_s)), ActionRequest::rename);
+    ASSERT_TRUE(launcher->editor().rename(launcher->shown().mode(), idOf(u"Ash"_s), u"Esche"_s));
     perform(u"revertName"_s, on(u"Ash"_s));
     EXPECT_EQ(shown(), u"Ash [Trees: Beech Cedar]|Dogwood ~Cedar");
     perform(u"moveTo:1"_s, on(u"Ash"_s));
@@ -118,78 +130,93 @@ TEST_F(TileMenuTest, EntriesDoWhatTheySay) {
     EXPECT_THAT(choices(), Not(Contains(u"unhide"_s)));
 }
 
-TEST_F(TileMenuTest, TheMenuOfASelectionIsAboutAllOfIt) {
-    launcher->editor().select({idOf(u"Dogwood"_s), idOf(u"Ash"_s)});
+TEST_F(ActionsTest, TheMenuOfASelectionIsAboutAllOfIt) {
+    launcher->shown().select({idOf(u"Dogwood"_s), idOf(u"Ash"_s)});
     EXPECT_EQ(choices(on(u"Ash"_s)), (QStringList{u"cut"_s, u"copy"_s, u"moveTo"_s, u"hide"_s}));
     perform(u"moveTo:2"_s, on(u"Ash"_s));
     EXPECT_EQ(shown(), u"[Trees: Beech Cedar]|~Cedar|Ash Dogwood");
     EXPECT_THAT(choices(on(u"alias"_s)), Contains(u"open"_s)) << "it is not of the selection";
 }
 
-TEST_F(TileMenuTest, ASmartFolderComesFromATemplateAndGoesWhenThatWasConfirmed) {
+TEST_F(ActionsTest, ASmartFolderComesFromATemplateAndGoesWhenThatWasConfirmed) {
     EXPECT_EQ(titlesIn(u"newFromTemplate"_s),
               (QStringList{u"Installed This Week"_s, u"Microsoft Apps"_s, u"Recently Used"_s,
                            u"Updates Available"_s, u"Games"_s, u"Mac App Store Apps"_s}));
     perform(u"newFromTemplate:installedThisWeek"_s);
     ASSERT_EQ(launcher->smartFolders().definitions().size(), 1);
     const QUuid id = launcher->smartFolders().definitions().first().id;
-    const MenuTarget target{.item = *launcher->item(id)};
+    const ActionTarget target{.item = *launcher->shown().item(id)};
     EXPECT_THAT(choices(target),
                 IsSupersetOf({u"open"_s, u"rename"_s, u"editSmartFolder"_s, u"deleteSmartFolder"_s}));
 
-    ASSERT_TRUE(launcher->openFolder(id));
-    EXPECT_EQ(perform(u"editSmartFolder"_s), MenuRequest::rules) << "the one whose background it is";
+    ASSERT_TRUE(launcher->shown().openFolder(id));
+    EXPECT_EQ(perform(u"editSmartFolder"_s), ActionRequest::rules) << "the one whose background it is";
     EXPECT_EQ(launcher->smartFolderEditing().draft()->definition().id, id);
     EXPECT_THAT(choices(), Not(Contains(u"paste"_s))) << "its rules decide what is in it";
     EXPECT_THAT(choices(on(u"Ash"_s)), Not(Contains(u"cut"_s)));
-    launcher->closeFolder();
+    launcher->shown().closeFolder();
 
     perform(u"deleteSmartFolder"_s, target);
-    ASSERT_TRUE(launcher->question());
-    EXPECT_EQ(launcher->question()->title, u"Delete “Installed This Week”?");
-    EXPECT_TRUE(launcher->question()->isDestructive);
-    launcher->answer(false);
+    ASSERT_TRUE(launcher->messages().question());
+    EXPECT_EQ(launcher->messages().question()->title, u"Delete “Installed This Week”?");
+    EXPECT_TRUE(launcher->messages().question()->isDestructive);
+    launcher->messages().answer(false);
     EXPECT_EQ(launcher->smartFolders().definitions().size(), 1);
     perform(u"deleteSmartFolder"_s, target);
-    launcher->answer(true);
+    launcher->messages().answer(true);
     EXPECT_TRUE(launcher->smartFolders().definitions().isEmpty());
     EXPECT_EQ(shown(), u"Ash [Trees: Beech Cedar]|Dogwood ~Cedar");
 }
 
-TEST_F(TileMenuTest, ABlockedModeOffersWhatChangesNothingAndTheReset) {
+TEST_F(ActionsTest, ABlockedModeOffersWhatChangesNothingAndTheReset) {
     launcher.reset();
     mac.write(directory + u"/layout.json"_s, "damaged");
     start();
-    const MenuTarget target{.item = launcher->pages()[0][0]};
+    const ActionTarget target{.item = launcher->shown().pages()[0][0]};
     EXPECT_EQ(choices(target), (QStringList{u"open"_s, u"changeIcon"_s, u"copy"_s}));
-    EXPECT_EQ(perform(u"rename"_s, target), MenuRequest::none);
+    EXPECT_EQ(perform(u"rename"_s, target), ActionRequest::none);
     EXPECT_THAT(choices(), Not(Contains(u"newSmartFolder"_s)));
     ASSERT_THAT(choices(), Contains(u"resetLayout"_s));
     perform(u"resetLayout"_s);
-    ASSERT_TRUE(launcher->question());
-    EXPECT_EQ(launcher->question()->title, u"Reset the Launchpad layout?");
-    launcher->answer(true);
+    ASSERT_TRUE(launcher->messages().question());
+    EXPECT_EQ(launcher->messages().question()->title, u"Reset the Launchpad layout?");
+    launcher->messages().answer(true);
     EXPECT_THAT(choices(), Contains(u"newSmartFolder"_s));
 }
 
-TEST_F(TileMenuTest, ABlockedRegistrySaysSoAndCreatesNothing) {
+TEST_F(ActionsTest, ABlockedRegistrySaysSoAndCreatesNothing) {
     launcher.reset();
     mac.write(directory + u"/computed-folders.json"_s, "damaged");
     start();
     EXPECT_EQ(titleOf(u"smartFoldersUnavailable"_s), u"Smart Folders are unavailable");
     EXPECT_THAT(choices(), Not(Contains(u"newSmartFolder"_s)));
-    EXPECT_EQ(perform(u"newSmartFolder"_s), MenuRequest::none);
+    EXPECT_EQ(perform(u"newSmartFolder"_s), ActionRequest::none);
     perform(u"newFromTemplate:games"_s);
     EXPECT_EQ(shown(), u"Ash [Trees: Beech Cedar]|Dogwood ~Cedar");
 }
 
-TEST_F(TileMenuTest, AFoundApplicationWithoutATileCanBeOpenedAndShown) {
+TEST_F(ActionsTest, AFoundApplicationWithoutATileCanBeOpenedAndShown) {
     perform(u"hide"_s, on(u"Ash"_s));
-    const MenuTarget found{.item = *launcher->application(u"org.example.ash"_s),
-                           .isSearchResult = true};
+    const ActionTarget found{.item = *launcher->applications().withKey(u"org.example.ash"_s),
+                             .isSearchResult = true};
     EXPECT_EQ(choices(found), (QStringList{u"open"_s, u"show"_s, u"moveToTrash"_s}));
     perform(u"show"_s, found);
-    EXPECT_TRUE(launcher->hiddenKeys().isEmpty());
+    EXPECT_TRUE(launcher->shown().hiddenKeys().isEmpty());
+}
+
+TEST_F(ActionsTest, KeysDoWhatTheMenuDoes) {
+    launcher->shown().select(idOf(u"Ash"_s));
+    EXPECT_TRUE(press(Qt::Key_X));
+    launcher->shown().select(idOf(u"Dogwood"_s));
+    EXPECT_TRUE(press(Qt::Key_V)); // after the selected tile
+    EXPECT_EQ(shown(), u"[Trees: Beech Cedar]|Dogwood Ash ~Cedar");
+    EXPECT_TRUE(press(Qt::Key_Z));
+    EXPECT_TRUE(press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier));
+    EXPECT_EQ(shown(), u"[Trees: Beech Cedar]|Dogwood Ash ~Cedar");
+    EXPECT_FALSE(press(Qt::Key_Y)); // nothing is left to redo
+    EXPECT_TRUE(press(Qt::Key_A));
+    EXPECT_EQ(launcher->shown().selectedItemIDs().size(), 1);
+    EXPECT_FALSE(press(Qt::Key_K));
 }
 
 } // namespace

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "discovery/app_scanner.h"
+#include "launcher/launcher_error.h"
+#include "platform/machine.h"
+#include "platform/signal.h"
+
+#include <QHash>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tessellar {
+
+/// The applications that are installed, as the latest scan of the application folders found them.
+///
+/// One scan runs at a time, on a worker. A request while one runs leads to another after it, for what
+/// changes during a scan may have escaped it. While the launcher itself moves bundles (`hold`), no scan
+/// begins and one under way does not count; those who asked for one wait until the hold has ended.
+///
+/// Main thread only.
+class InstalledApplications {
+public:
+    using Scan = AppScanner::LibraryScan;
+    /// Destroying it ends the hold; what has changed meanwhile is for its owner to scan.
+    using Hold = std::shared_ptr<void>;
+
+    explicit InstalledApplications(Machine& machine);
+
+    /// What a scan of this machine depends on; good for any thread.
+    static ScanContext scanContext(const Machine& machine);
+
+    /// Looks at the application folders. `done` is called after `scanned`, or after a scan that was
+    /// stopped.
+    void look(std::function<void()> done = {});
+    [[nodiscard]] Hold hold();
+    bool isHeld() const { return !_held.expired(); }
+    /// True once a scan was completed.
+    bool isKnown() const { return _isKnown; }
+
+    const Scan& scan() const { return _scan; }
+    const QList<AppEntry>& all() const { return _scan.apps; }
+    /// Null where there is none.
+    const AppEntry* withKey(const QString& appKey) const;
+    const AppEntry* withPath(const QString& path) const;
+    /// Just before the latest scan began to look.
+    Instant scanStartedAt() const { return _scanStartedAt; }
+    /// Bundles replaced or updated in place, between the latest scan and the one before.
+    const QStringList& replacedBundles() const { return _replacedBundles; }
+
+    /// The application at this path has gone, before a scan says so; so have those inside it.
+    void forget(const QString& path);
+
+    static LauncherError unknown(const QString& appKey);
+    /// Why an application may not be removed; nothing where it may.
+    static std::optional<LauncherError> protection(const AppEntry& app);
+
+    /// A scan was completed and counts. Listeners are called in the order in which they connected: the
+    /// layouts are merged before anybody else looks.
+    Signal<> scanned;
+    /// Applications are known by other keys now, because a second copy came or went: what is kept by
+    /// key goes along.
+    Signal<QHash<QString, QString>> keysChanged;
+
+private:
+    struct Scanned;
+    void start();
+    void finish(Scanned scanned);
+    void index();
+
+    Machine& _machine;
+    Scan _scan;
+    ScanCache _cache;
+    QHash<QString, qsizetype> _byKey;
+    QHash<QString, qsizetype> _byPath;
+    Instant _scanStartedAt;
+    QStringList _replacedBundles;
+    bool _isKnown = false;
+    bool _isScanning = false;
+    bool _isScanWanted = false; ///< once more, after the one under way or the hold
+    quint64 _holds = 0;         ///< so far: a scan that saw one begin or end does not count
+    std::weak_ptr<void> _held;
+    std::vector<std::function<void()>> _waiting;
+    Task _task;
+};
+
+} // namespace tessellar

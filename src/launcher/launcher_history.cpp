@@ -1,0 +1,281 @@
+#include "launcher/launcher_history.h"
+
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
+#include "model/layout_settings.h"
+
+namespace tessellar {
+
+using StorageError = LayoutStore::StorageError;
+
+static const QString saveFailed = QStringLiteral("Could not save the layout");
+
+LauncherError launcherError(EditRefusal refusal) { return {code(refusal), message(refusal), {}}; }
+
+/// Without a Trash nothing goes in or out of it.
+static void refuseTrash(const QList<TrashedAppRecord>& records,
+                        const LayoutUndoActions::TrashDone& done) {
+    QList<TrashOutcome> outcomes;
+    for (const TrashedAppRecord& record : records)
+        outcomes.append({record, QStringLiteral("There is no Trash here.")});
+    done(std::move(outcomes));
+}
+
+LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayouts& layouts,
+                                 SmartFolderLibrary& smartFolders, InstalledApplications& applications,
+                                 LauncherMessages& messages)
+    : _machine(machine)
+    , _store(store)
+    , _layouts(layouts)
+    , _smartFolders(smartFolders)
+    , _applications(applications)
+    , _messages(messages)
+    , _restoreFromTrash(refuseTrash)
+    , _moveToTrash(refuseTrash)
+    , _steps(machine.scheduler, machine.uuids, actions()) {}
+
+LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
+    if (!_applications.isKnown())
+        return std::unexpected(launcherError(StorageError{StorageError::Code::layoutNotReady}));
+    if (_store.isWriteBlocked(mode))
+        return std::unexpected(
+            launcherError(StorageError{StorageError::Code::workingDocumentUnreadable}));
+    if (_steps.isInProgress())
+        return std::unexpected(LauncherError{QStringLiteral("stepInProgress"),
+                                             QStringLiteral("An undo or redo is still in progress."),
+                                             {}});
+    return {};
+}
+
+// ---- making a step
+
+LauncherHistory::Outcome
+LauncherHistory::edit(LauncherWindowMode mode, const QString& name,
+                      const std::function<EditResult(const LayoutDocument&)>& change) {
+    // Before the change is tried: in a mode that must not be edited, that is the reason to be told.
+    if (auto guarded = guard(mode); !guarded)
+        return guarded;
+    auto document = change(_layouts[mode].document());
+    if (!document)
+        return std::unexpected(launcherError(document.error()));
+    const auto made = make({.name = name, .mode = mode, .document = *std::move(document)});
+    return made ? Outcome() : std::unexpected(made.error());
+}
+
+LauncherHistory::Made LauncherHistory::make(EditStep step) {
+    const auto& replacement = step.replacement;
+    const QString title = replacement ? replacement->title : QString();
+    if (const auto guarded = guard(step.mode); !guarded)
+        return std::unexpected(guarded.error());
+    LayoutUndoState before = snapshot(step.mode);
+    std::optional<QString> backup;
+    if (replacement) {
+        const auto kept =
+            _store.makeBackup(replacement->reason, replacement->sourceDatabasePath, before.document);
+        if (!kept)
+            return std::unexpected(launcherError(kept.error(), title));
+        backup = *kept;
+    }
+    if (step.settings && *step.settings != before.settings)
+        if (const auto stored = storeSettings(step.mode, *step.settings); !stored)
+            return std::unexpected(LauncherError{stored.error().code, stored.error().message, title});
+    const auto undoSettings = [&] {
+        if (step.settings && *step.settings != before.settings)
+            (void)storeSettings(step.mode, before.settings);
+    };
+    if (step.definitions)
+        if (const auto saved = _smartFolders.setDefinitions(*step.definitions); !saved) {
+            undoSettings();
+            return std::unexpected(saved.error());
+        }
+    if (step.document && (*step.document != before.document || replacement))
+        show(step.mode, *step.document, replacement.has_value());
+    if (replacement) {
+        if (const auto saved = save(step.mode, title); !saved) {
+            show(step.mode, before.document, false);
+            _layouts[step.mode].setNavigation(before.navigation);
+            undoSettings();
+            if (step.definitions)
+                (void)_smartFolders.setDefinitions(before.smartFolderDefinitions);
+            return std::unexpected(saved.error());
+        }
+    }
+    const LauncherWindowMode other = otherMode(step.mode);
+    if (step.otherDocument && *step.otherDocument != *before.otherDocument &&
+        !_store.isWriteBlocked(other))
+        show(other, *step.otherDocument, false);
+    (void)_steps.record(step.name, std::move(before), step.trashedApps);
+    return backup;
+}
+
+LauncherHistory::Outcome LauncherHistory::storeSettings(LauncherWindowMode mode,
+                                                        const ArrangementLayout& settings) {
+    if (const auto stored = writeLayoutSettings(_machine.settings, mode, settings); !stored)
+        return std::unexpected(launcherError(stored.error()));
+    _layouts[mode].refresh();
+    return {};
+}
+
+void LauncherHistory::show(LauncherWindowMode mode, const LayoutDocument& document,
+                           bool isReplacement) {
+    LiveLayout& layout = _layouts[mode];
+    if (isReplacement)
+        layout.setArrangement(document);
+    else
+        layout.setDocument(document);
+    markUnavailable(layout);
+    if (isReplacement)
+        return;
+    // What could not be saved after an earlier edit is said now; this edit's save tries again.
+    if (const auto& error = _store.lastSaveError(mode))
+        _messages.alert(launcherError(*error, saveFailed));
+    _store.scheduleSave(mode, document);
+}
+
+LauncherHistory::Outcome LauncherHistory::save(LauncherWindowMode mode, const QString& title) {
+    if (const auto saved = _store.saveNow(mode, _layouts[mode].document()); !saved)
+        return std::unexpected(launcherError(saved.error(), title));
+    return {};
+}
+
+// ---- undo and redo
+
+LayoutUndoState LauncherHistory::snapshot(LauncherWindowMode mode) const {
+    const LiveLayout& layout = _layouts[mode];
+    return {.mode = mode,
+            .document = layout.document(),
+            .otherDocument = _layouts[otherMode(mode)].document(),
+            .smartFolderDefinitions = _smartFolders.definitions(),
+            .settings = layout.settings(),
+            .navigation = layout.navigation()};
+}
+
+LayoutUndoActions LauncherHistory::actions() {
+    using Records = QList<TrashedAppRecord>;
+    using TrashDone = LayoutUndoActions::TrashDone;
+    return {
+        .snapshot = [this](LauncherWindowMode mode) { return snapshot(mode); },
+        .applyLayout = [this](const LayoutUndoState& state) { return applyLayout(state); },
+        .applyDefinitions =
+            [this](const QList<SmartFolderDefinition>& definitions) {
+                return _smartFolders.setDefinitions(definitions).has_value();
+            },
+        .applyNavigation =
+            [this](const LayoutUndoState& state) {
+                _layouts[state.mode].setNavigation(state.navigation);
+            },
+        .restoreFromTrash = [this](Records records,
+                                   TrashDone done) { _restoreFromTrash(records, std::move(done)); },
+        .moveToTrash = [this](Records records,
+                              TrashDone done) { _moveToTrash(records, std::move(done)); },
+        .alert =
+            [this](const QString& title, const QString& message) {
+                _messages.alert({QStringLiteral("trashFailed"), message, title});
+            },
+        .capacities = [this](LauncherWindowMode mode) { return _layouts[mode].capacities(); },
+        .changed = [this] { changed.notify(); },
+    };
+}
+
+void LauncherHistory::setTrash(LayoutUndoActions::TrashMove restore,
+                               LayoutUndoActions::TrashMove trash) {
+    _restoreFromTrash = std::move(restore);
+    _moveToTrash = std::move(trash);
+}
+
+bool LauncherHistory::applyLayout(const LayoutUndoState& state) {
+    const LayoutUndoState present = snapshot(state.mode);
+    if (present.settings != state.settings && !storeSettings(state.mode, state.settings))
+        return false;
+    for (const LauncherWindowMode mode : {state.mode, otherMode(state.mode)}) {
+        const LayoutDocument* document = state.documentOf(mode);
+        // The file of a blocked mode stays as it is, and so does what is shown in its stead.
+        if (!document || *document == _layouts[mode].document() || _store.isWriteBlocked(mode))
+            continue;
+        if (!_store.saveNow(mode, *document)) {
+            // The first mode may have been saved before the second failed: its file goes back too.
+            for (const LauncherWindowMode saved : {state.mode, otherMode(state.mode)})
+                if (state.documentOf(saved) && !_store.isWriteBlocked(saved)) {
+                    _layouts[saved].setDocument(*present.documentOf(saved));
+                    _store.scheduleSave(saved, *present.documentOf(saved));
+                }
+            if (present.settings != state.settings)
+                (void)storeSettings(state.mode, present.settings);
+            return false;
+        }
+        _layouts[mode].setDocument(*document);
+        markUnavailable(_layouts[mode]);
+    }
+    return true;
+}
+
+void LauncherHistory::markUnavailable(LiveLayout& layout) const {
+    QSet<QString> unavailable;
+    forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
+        if (const AppEntry* app = item.app(); app && !_applications.withKey(appKey(*app)))
+            unavailable.insert(appKey(*app));
+        return true;
+    });
+    layout.setUnavailable(std::move(unavailable));
+}
+
+/// A step brings back what was: tiles of applications that have gone or moved since, none for those
+/// that have come.
+bool LauncherHistory::differsFromInstalled(const LiveLayout& layout) const {
+    bool differs = !layout.unavailableAppKeys().isEmpty();
+    for (const AppEntry& app : _applications.all()) {
+        const AppEntry* tile = layout.tileOf(appKey(app));
+        differs = differs || !tile || tile->path != app.path;
+    }
+    return differs;
+}
+
+void LauncherHistory::undo(LauncherWindowMode mode, Done done) { step(true, mode, std::move(done)); }
+
+void LauncherHistory::redo(LauncherWindowMode mode, Done done) { step(false, mode, std::move(done)); }
+
+static std::expected<void, LauncherError> outcomeOf(LayoutUndoHistory::Result result, bool isUndo,
+                                                    const QString& blockedBy) {
+    using Result = LayoutUndoHistory::Result;
+    const auto failed = [](const QString& code, const QString& text) {
+        return std::unexpected(LauncherError{code, text, {}});
+    };
+    switch (result) {
+    case Result::done:
+        return {};
+    case Result::refused:
+        return isUndo ? failed(QStringLiteral("nothingToUndo"),
+                               QStringLiteral("There is nothing to undo."))
+                      : failed(QStringLiteral("nothingToRedo"),
+                               QStringLiteral("There is nothing to redo."));
+    case Result::blocked:
+        return failed(QStringLiteral("stepInTheWay"),
+                      QStringLiteral("“%1” in the other display mode comes first: it changed the same.")
+                          .arg(blockedBy));
+    case Result::trashFailed:
+        return failed(QStringLiteral("trashFailed"),
+                      QStringLiteral("An application could not be moved."));
+    case Result::notApplied:
+        break;
+    }
+    return failed(QStringLiteral("notApplied"), QStringLiteral("The arrangement could not be saved."));
+}
+
+void LauncherHistory::step(bool isUndo, LauncherWindowMode mode, Done done) {
+    const LayoutUndoHistory::Next next = isUndo ? _steps.nextUndo(mode) : _steps.nextRedo(mode);
+    if (const auto guarded = guard(mode); !guarded && (_steps.isInProgress() || next.entry))
+        return done ? done(guarded) : void();
+    const QString blockedBy = next.blockedBy ? next.blockedBy->name : QString();
+    auto ended = [this, isUndo, mode, blockedBy,
+                  done = std::move(done)](LayoutUndoHistory::Result result) {
+        if (result == LayoutUndoHistory::Result::done && differsFromInstalled(_layouts[mode]))
+            _applications.look();
+        if (done)
+            done(outcomeOf(result, isUndo, blockedBy));
+    };
+    isUndo ? _steps.undo(mode, std::move(ended)) : _steps.redo(mode, std::move(ended));
+}
+
+} // namespace tessellar

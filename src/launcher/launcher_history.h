@@ -1,0 +1,106 @@
+#pragma once
+
+#include "editing/edit_names.h"
+#include "editing/layout_undo.h"
+#include "launcher/launcher_error.h"
+#include "platform/signal.h"
+
+#include <functional>
+
+namespace tessellar {
+
+class InstalledApplications;
+class LauncherMessages;
+class LiveLayout;
+class LiveLayouts;
+class SmartFolderLibrary;
+struct Machine;
+
+/// What one edit changes, all of it or nothing. What it leaves out stays.
+struct EditStep {
+    QString name;                                ///< for history
+    LauncherWindowMode mode;                     ///< that it is made in
+    std::optional<LayoutDocument> document = {}; ///< of that mode
+    std::optional<LayoutDocument> otherDocument = {};
+    std::optional<QList<SmartFolderDefinition>> definitions = {};
+    std::optional<ArrangementLayout> settings = {}; ///< of the grid in that mode
+    QList<TrashedAppRecord> trashedApps = {};       ///< that it has moved to the Trash already
+
+    /// Another arrangement takes the place of the present one: a copy is kept first, and the result is
+    /// on the disk when the step has been made.
+    struct Replacement {
+        QString reason; ///< as the copy gives it, such as "arrangement-restore"
+        std::optional<QString> sourceDatabasePath = {};
+        QString title = {}; ///< of an alert about what failed
+    };
+    std::optional<Replacement> replacement = {};
+};
+
+/// The one way in which arrangements, and the smart folders' definitions, are changed: every edit,
+/// paste, import, removal, restore and reset is an `EditStep`, made here, and undone and redone here.
+///
+/// 1. The guard: the first load is complete, the mode's file is one that may be written, and no undo
+///    waits for the Trash.
+/// 2. A copy of the arrangement is kept, where another takes its place.
+/// 3. Settings and definitions are saved: a definition without a tile loses nothing, a tile without its
+///    definition does.
+/// 4. The documents are shown, and saved: at once where another arrangement took the place of the
+///    present one, else after the last of a burst.
+/// 5. The step is kept for undo.
+///
+/// A step that fails has changed nothing. A mode whose file cannot be written is left alone by the
+/// steps of the other one. Main thread only.
+class LauncherHistory {
+public:
+    using Outcome = std::expected<void, LauncherError>;
+    using Done = std::function<void(Outcome)>;
+    /// The path of the copy that was kept, where one was.
+    using Made = std::expected<std::optional<QString>, LauncherError>;
+
+    LauncherHistory(Machine& machine, LayoutStore& store, LiveLayouts& layouts,
+                    SmartFolderLibrary& smartFolders, InstalledApplications& applications,
+                    LauncherMessages& messages);
+
+    /// `layoutNotReady` before the first load is complete, `workingDocumentUnreadable` in a mode whose
+    /// file must not be overwritten, `stepInProgress` while an undo or redo waits.
+    Outcome guard(LauncherWindowMode mode) const;
+    Made make(EditStep step);
+    /// The same for most edits: a pure change of one document.
+    Outcome edit(LauncherWindowMode mode, const QString& name,
+                 const std::function<EditResult(const LayoutDocument&)>& change);
+
+    /// Takes the next step of a mode. `done` is called at its end; a refusal says why.
+    void undo(LauncherWindowMode mode, Done done = {});
+    void redo(LauncherWindowMode mode, Done done = {});
+    const LayoutUndoHistory& steps() const { return _steps; }
+    LayoutUndoState snapshot(LauncherWindowMode mode) const;
+
+    /// How applications come into and out of the Trash.
+    void setTrash(LayoutUndoActions::TrashMove restore, LayoutUndoActions::TrashMove trash);
+
+    Signal<> changed; ///< what can be undone or redone, its notice, the grid's reflow
+
+private:
+    LayoutUndoActions actions();
+    Outcome storeSettings(LauncherWindowMode mode, const ArrangementLayout& settings);
+    void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
+    Outcome save(LauncherWindowMode mode, const QString& title);
+    bool applyLayout(const LayoutUndoState& state);
+    void markUnavailable(LiveLayout& layout) const;
+    bool differsFromInstalled(const LiveLayout& layout) const;
+    void step(bool isUndo, LauncherWindowMode mode, Done done);
+
+    Machine& _machine;
+    LayoutStore& _store;
+    LiveLayouts& _layouts;
+    SmartFolderLibrary& _smartFolders;
+    InstalledApplications& _applications;
+    LauncherMessages& _messages;
+    LayoutUndoActions::TrashMove _restoreFromTrash;
+    LayoutUndoActions::TrashMove _moveToTrash;
+    LayoutUndoHistory _steps;
+};
+
+LauncherError launcherError(EditRefusal refusal);
+
+} // namespace tessellar

@@ -1,0 +1,279 @@
+#include "launcher/live_layout.h"
+
+#include "launcher/smart_folder_library.h"
+#include "model/layout_settings.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+/// What is found out about a document when it is first asked for.
+struct LiveLayout::Lookups {
+    QHash<QUuid, const LaunchpadItem*> items;
+    QHash<QString, const AppEntry*> tiles; ///< by app key, aliases left out
+    ShownPages shown;
+};
+
+LiveLayout::LiveLayout(LauncherWindowMode mode, const Settings& settings,
+                       const SmartFolderLibrary& smartFolders)
+    : _mode(mode)
+    , _store(settings)
+    , _smartFolders(smartFolders)
+    , _settings(readLayoutSettings(settings, mode)) {}
+
+LiveLayout::~LiveLayout() = default;
+
+QString LiveLayout::unavailableNotice() {
+    return QStringLiteral(
+        "This app is not currently available. Tessellar will remove it from the layout "
+        "when the installed-app list refreshes.");
+}
+
+// ---- tiles
+
+const LiveLayout::Lookups& LiveLayout::lookups() const {
+    if (_lookups)
+        return *_lookups;
+    _lookups = std::make_unique<Lookups>();
+    forEachItem(_document.pages, [&](const LaunchpadItem& item) {
+        if (!_lookups->items.contains(item.id()))
+            _lookups->items.insert(item.id(), &item);
+        if (const AppEntry* app = item.app(); app && !app->alias)
+            if (const QString key = appKey(*app); !_lookups->tiles.contains(key))
+                _lookups->tiles.insert(key, app);
+        return true;
+    });
+    _lookups->shown = ShownPages(pages(), hiddenKeys(), pageGeometry(_settings).capacity());
+    return *_lookups;
+}
+
+const LaunchpadItem* LiveLayout::item(const QUuid& id) const { return lookups().items.value(id); }
+
+const FolderEntry* LiveLayout::folder(const QUuid& id) const {
+    const LaunchpadItem* found = item(id);
+    return found ? found->folder() : nullptr;
+}
+
+const AppEntry* LiveLayout::tileOf(const QString& appKey) const {
+    return lookups().tiles.value(appKey);
+}
+
+QList<QUuid> LiveLayout::inOrder(const QSet<QUuid>& tiles) const {
+    QList<QUuid> ordered;
+    forEachItem(_document.pages, [&](const LaunchpadItem& item) {
+        if (tiles.contains(item.id()))
+            ordered.append(item.id());
+        return ordered.size() < tiles.size();
+    });
+    return ordered;
+}
+
+QHash<QString, QString> LiveLayout::customNames() const {
+    QHash<QString, QString> names;
+    for (auto it = lookups().tiles.cbegin(); it != lookups().tiles.cend(); ++it)
+        if (it.value()->name != it.value()->originalName)
+            names.insert(it.key(), it.value()->name);
+    return names;
+}
+
+const ShownPages& LiveLayout::shownPages() const { return lookups().shown; }
+
+ShownPages LiveLayout::shownPages(const FolderEntry& folder) const {
+    return ShownPages(folder.pages, hiddenKeys(), folderGeometry(_settings).capacity());
+}
+
+std::optional<FolderEntry> LiveLayout::openable(const LaunchpadItem& item, qsizetype most) const {
+    if (const FolderEntry* found = item.folder())
+        return *found;
+    const SmartFolderReference* reference = item.smartFolder();
+    if (!reference)
+        return std::nullopt;
+    // As the user named them; what has no tile of its own goes by the scan.
+    Page shown;
+    if (const SmartFolderEvaluation* evaluation = _smartFolders.evaluation(reference->definitionID)) {
+        for (const auto& facts : evaluation->matches) {
+            if (most >= 0 && shown.size() >= most)
+                break;
+            const AppEntry* tile = tileOf(appKey(facts->entry));
+            shown.append(tile ? *tile : facts->entry);
+        }
+    }
+    const SmartFolderDefinition* definition = _smartFolders.definition(reference->definitionID);
+    return FolderEntry{.id = reference->definitionID,
+                       .name = _smartFolders.name(reference->definitionID),
+                       .customSymbolName = definition ? definition->customSymbolName : std::nullopt,
+                       .pages = {shown}};
+}
+
+// ---- where the user is
+
+static int nearest(qsizetype page, qsizetype count) {
+    return static_cast<int>(std::clamp<qsizetype>(page, 0, std::max<qsizetype>(0, count - 1)));
+}
+
+static const LaunchpadItem* tileIn(const Pages& pages, const QUuid& id) {
+    for (const Page& page : pages)
+        for (const LaunchpadItem& tile : page)
+            if (tile.id() == id)
+                return &tile;
+    return nullptr;
+}
+
+void LiveLayout::setCurrentPage(int page) {
+    page = nearest(page, shownPages().count());
+    if (std::exchange(_navigation.currentPage, page) != page)
+        navigationChanged.notify();
+}
+
+std::optional<FolderEntry> LiveLayout::openFolder() const {
+    std::optional<FolderEntry> open;
+    for (const OpenFolderLevel& level : folderStack()) {
+        const LaunchpadItem* tile = tileIn(open ? open->pages : pages(), level.id);
+        open = tile ? openable(*tile) : std::nullopt;
+        if (!open)
+            return std::nullopt;
+    }
+    return open;
+}
+
+bool LiveLayout::isOpenFolderComputed() const {
+    return !folderStack().isEmpty() && !folder(folderStack().last().id);
+}
+
+bool LiveLayout::openFolder(const QUuid& id) {
+    const auto outer = openFolder();
+    const LaunchpadItem* tile = tileIn(outer ? outer->pages : pages(), id);
+    if (!tile || tile->app())
+        return false;
+    _navigation.folderStack.append({id, 0});
+    navigationChanged.notify();
+    return true;
+}
+
+void LiveLayout::setFolderPage(int page) {
+    QList<OpenFolderLevel>& stack = _navigation.folderStack;
+    if (stack.isEmpty())
+        return;
+    const auto open = openFolder();
+    page = nearest(page, open ? shownPages(*open).count() : 0);
+    if (std::exchange(stack.last().page, page) != page)
+        navigationChanged.notify();
+}
+
+void LiveLayout::closeFolder() {
+    if (_navigation.folderStack.isEmpty())
+        return;
+    _navigation.folderStack.removeLast();
+    navigationChanged.notify();
+}
+
+void LiveLayout::select(const std::optional<QUuid>& id) { select(id ? QList{*id} : QList<QUuid>()); }
+
+void LiveLayout::select(const QList<QUuid>& ids) {
+    const Navigation before = _navigation;
+    _navigation.selectedItemIDs = QSet<QUuid>(ids.begin(), ids.end());
+    _navigation.selectedItemID = ids.isEmpty() ? std::nullopt : std::optional(ids.last());
+    _navigation.selectionAnchorID = ids.isEmpty() ? std::nullopt : std::optional(ids.first());
+    if (_navigation != before)
+        selectionChanged.notify();
+}
+
+void LiveLayout::setNavigation(const Navigation& navigation) {
+    _navigation = navigation;
+    tidyNavigation();
+    navigationChanged.notify();
+    selectionChanged.notify();
+}
+
+void LiveLayout::tidyNavigation() {
+    const Navigation before = _navigation;
+    _navigation.currentPage = nearest(_navigation.currentPage, shownPages().count());
+    // A folder that is gone, or lies elsewhere now, closes with those in it.
+    Pages level = pages();
+    for (qsizetype i = 0; i < _navigation.folderStack.size(); ++i) {
+        const LaunchpadItem* tile = tileIn(level, _navigation.folderStack[i].id);
+        const auto open = tile ? openable(*tile) : std::nullopt;
+        if (!open) {
+            _navigation.folderStack.resize(i);
+            break;
+        }
+        _navigation.folderStack[i].page =
+            nearest(_navigation.folderStack[i].page, shownPages(*open).count());
+        level = open->pages;
+    }
+    const auto isGone = [this](const QUuid& id) { return !item(id); };
+    for (auto* id : {&_navigation.selectedItemID, &_navigation.selectionAnchorID})
+        if (*id && isGone(**id))
+            id->reset();
+    _navigation.selectedItemIDs.removeIf(isGone);
+    if (_navigation.selectedItemIDs != before.selectedItemIDs)
+        selectionChanged.notify();
+    if (_navigation != before)
+        navigationChanged.notify();
+}
+
+// ---- changes
+
+void LiveLayout::documentChanged() {
+    _lookups.reset();
+    tidyNavigation();
+    changed.notify();
+}
+
+void LiveLayout::setDocument(LayoutDocument document) {
+    _document = std::move(document);
+    documentChanged();
+}
+
+void LiveLayout::setArrangement(LayoutDocument document) {
+    _document = std::move(document);
+    _lookups.reset();
+    setNavigation({});
+    changed.notify();
+}
+
+void LiveLayout::setUnavailable(QSet<QString> appKeys) {
+    if (appKeys == _unavailableAppKeys)
+        return;
+    _unavailableAppKeys = std::move(appKeys);
+    changed.notify();
+}
+
+void LiveLayout::refresh() {
+    _settings = readLayoutSettings(_store, _mode);
+    documentChanged();
+}
+
+// ---- both
+
+LiveLayouts::LiveLayouts(LauncherWindowMode shown, const Settings& settings,
+                         const SmartFolderLibrary& smartFolders)
+    : _layouts{LiveLayout(modes[0], settings, smartFolders),
+               LiveLayout(modes[1], settings, smartFolders)}
+    , _shownMode(shown) {
+    for (LiveLayout& layout : _layouts)
+        _subscriptions[std::size_t(layout.mode())] =
+            layout.changed.connect([this, mode = layout.mode()] { changed.notify(mode); });
+}
+
+void LiveLayouts::show(LauncherWindowMode mode) {
+    if (std::exchange(_shownMode, mode) != mode)
+        shownModeChanged.notify();
+}
+
+void LiveLayouts::forEachApplication(
+    const std::function<void(LauncherWindowMode, const AppEntry&)>& call) const {
+    for (const LiveLayout& layout : _layouts)
+        forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
+            if (const AppEntry* app = item.app())
+                call(layout.mode(), *app);
+            return true;
+        });
+}
+
+void LiveLayouts::markUnavailable(const QString& appKey) {
+    for (LiveLayout& layout : _layouts)
+        layout.setUnavailable(layout.unavailableAppKeys() + QSet{appKey});
+}
+
+} // namespace tessellar
