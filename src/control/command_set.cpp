@@ -22,6 +22,7 @@ CommandSet::CommandSet()
                    "--locale ID,\n--now DATE, --json. A line of a batch may begin with --mode.");
     addLayoutCommands(*this);
     addEditingCommands(*this);
+    addActionCommands(*this);
     addLibraryCommands(*this);
     addSettingsCommands(*this);
     addSmartFolderCommands(*this);

@@ -57,6 +57,7 @@ private:
 };
 
 // The families of commands, each in a file of its own.
+void addActionCommands(CommandSet& set);
 void addLayoutCommands(CommandSet& set);
 void addEditingCommands(CommandSet& set);
 void addLibraryCommands(CommandSet& set);

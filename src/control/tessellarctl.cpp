@@ -39,8 +39,15 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
     const auto wrong = [](const QString& text) {
         return std::unexpected(CommandSet::Failure{ExitStatus::wrongUsage, text});
     };
-    if (arguments.removeAll(QStringLiteral("--json")) > 0)
-        invocation.options.json = true;
+    // Wherever it stands, except among words that "--" says are no options.
+    for (qsizetype i = 0; i < arguments.size() && arguments[i] != u"--";) {
+        if (arguments[i] == u"--json") {
+            invocation.options.json = true;
+            arguments.removeAt(i);
+        } else {
+            ++i;
+        }
+    }
     while (!arguments.isEmpty() && arguments.first().startsWith(u'-')) {
         QString name = arguments.takeFirst();
         if (name == u"--help" || name == u"-h")
@@ -138,6 +145,10 @@ private:
     int runBatch() {
         _isBatch = true;
         const QStringList& words = _invocation.words;
+        if (words.contains(QStringLiteral("--help")) || words.contains(QStringLiteral("-h"))) {
+            write(stdout, CommandSet().help().toUtf8());
+            return 0;
+        }
         if (words.size() != 2)
             return fail({QStringLiteral("wrongUsage"),
                          QStringLiteral("batch takes one file, or - for standard input."),

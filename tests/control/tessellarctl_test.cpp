@@ -199,6 +199,19 @@ TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
               "{}\n{}\n");
 }
 
+TEST_F(TessellarctlTest, OffersWhatTheMenusDo) {
+    const QString ash = u"org.example.ash"_qs;
+    EXPECT_TRUE(run({u"actions"_qs, u"list"_qs}, {}, false).out.contains("(Ctrl+Z)"));
+    EXPECT_EQ(run({u"actions"_qs, u"run"_qs, u"hide"_qs, ash}).status, 0);
+    EXPECT_EQ(run({u"actions"_qs, u"run"_qs, u"hide"_qs, ash}).code(), u"noSuchAction");
+    EXPECT_EQ(run({u"actions"_qs, u"run"_qs, u"resetLayout"_qs}).code(), u"needsWindow");
+    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash (hidden)\n  Beech\n");
+    // After "--" nothing is an option.
+    EXPECT_EQ(run({u"rename"_qs, u"org.example.beech"_qs, u"--"_qs, u"--json"_qs}, {}, false).status,
+              0);
+    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash (hidden)\n  --json\n");
+}
+
 // ---- updates
 
 class TessellarctlUpdatesTest : public TessellarctlTest {

@@ -30,6 +30,7 @@ public:
     bool layoutSaves = true;
     bool definitionsSave = true;
     QStringList alerts;
+    int changes = 0; ///< that the history told of
     QStringList trashLog;
     QSet<QString> stuck; ///< names of applications that cannot be moved
     bool answersLater = false;
@@ -71,7 +72,7 @@ public:
                 .alert = [this](const QString& title,
                                 const QString& message) { alerts += title + u'\n' + message; },
                 .capacities = {},
-                .changed = {}});
+                .changed = [this] { ++changes; }});
     }
 
     void show(LauncherWindowMode mode) {
@@ -140,7 +141,12 @@ TEST(UndoHistory, OnlyARealChangeIsKeptAndEndsRedo) {
     launcher.rename(QStringLiteral("one"));
     const LayoutUndoState afterOne = launcher.live;
     launcher.rename(QStringLiteral("two"));
-    ASSERT_EQ(launcher.undo(), Result::done);
+    EXPECT_EQ(launcher.changes, 2);
+    for (const auto step : {&Launcher::undo, &Launcher::redo, &Launcher::undo}) {
+        launcher.changes = 0;
+        ASSERT_EQ((launcher.*step)(), Result::done);
+        EXPECT_GE(launcher.changes, 1);
+    }
     EXPECT_EQ(launcher.live, afterOne);
 
     EXPECT_FALSE(launcher.edit(QStringLiteral("looked"), [](LayoutUndoState& state) {

@@ -1,0 +1,92 @@
+// What the menus and keys of the window offer, from the same table.
+
+#include "control/command_set.h"
+#include "launcher/actions.h"
+#include "launcher/launcher_messages.h"
+
+namespace tessellar {
+namespace {
+
+/// The target that a word names: a tile by its identifier or app key, or the background without one.
+std::optional<ActionTarget> target(const Call& call, const Word& name) {
+    ActionTarget target{.mode = call->mode()};
+    if (name->empty())
+        return target;
+    const auto id = findTile(call->layout().pages(), text(name));
+    if (!id) {
+        call->fail({QStringLiteral("noSuchTile"),
+                    QStringLiteral("There is no tile “%1”.").arg(text(name).left(200)),
+                    {}});
+        return std::nullopt;
+    }
+    target.item = *call->layout().item(*id);
+    return target;
+}
+
+void writeEntries(QJsonArray& array, QString& lines, const QList<MenuEntry>& entries, int indent) {
+    for (const MenuEntry& entry : entries) {
+        if (entry.isSeparator())
+            continue;
+        QJsonObject object{{QStringLiteral("id"), entry.id},
+                           {QStringLiteral("title"), entry.title},
+                           {QStringLiteral("enabled"), entry.isEnabled}};
+        if (!entry.shortcut.isEmpty())
+            object.insert(QStringLiteral("shortcut"), entry.shortcut);
+        lines += QString(indent, u' ') + entry.id.leftJustified(24 - indent) + QStringLiteral("  ") +
+                 entry.title +
+                 (entry.shortcut.isEmpty() ? QString() : QStringLiteral("  (%1)").arg(entry.shortcut)) +
+                 (entry.isEnabled ? QString() : QStringLiteral("  (not now)")) + u'\n';
+        QJsonArray inner;
+        writeEntries(inner, lines, entry.entries, indent + 2);
+        if (!inner.isEmpty())
+            object.insert(QStringLiteral("entries"), inner);
+        array.append(object);
+    }
+}
+
+} // namespace
+
+void addActionCommands(CommandSet& set) {
+    CLI::App* group =
+        set.addGroup("actions", "What the menu of a tile offers, or that of the background");
+    CLI::App* list = set.add("list", "The entries of a menu, with their shortcuts", group);
+    const char* tileHelp = "A tile, by its identifier or app key; without one the background";
+    set.onRun(list, CommandNeeds::launcher,
+              [tile = optionalWord(list, "tile", tileHelp)](const Call& call) {
+                  const auto about = target(call, tile);
+                  if (!about)
+                      return;
+                  QJsonArray entries;
+                  QString lines;
+                  writeEntries(entries, lines, actionMenu(call->launcher(), *about), 0);
+                  call->succeed(entries, lines);
+              });
+
+    CLI::App* run = set.add("run", "Do what an entry says", group);
+    set.onRun(run, CommandNeeds::launcher,
+              [id = word(run, "id", "The entry, as the list names it"),
+               tile = optionalWord(run, "tile", tileHelp)](const Call& call) {
+                  const auto about = target(call, tile);
+                  if (!about)
+                      return;
+                  const auto request = performAction(call->launcher(), *about, text(id));
+                  if (!request)
+                      return call->fail(
+                          {QStringLiteral("noSuchAction"),
+                           QStringLiteral("“%1” is not offered there now.").arg(text(id).left(80)),
+                           {}});
+                  LauncherMessages& messages = call->launcher().messages();
+                  if (*request == ActionRequest::none && !messages.question())
+                      return call->succeed(QJsonObject(), {});
+                  if (call->launcher().present())
+                      return call->succeed(QJsonObject(),
+                                           QStringLiteral("The rest is asked for in the window."));
+                  messages.answer(false);
+                  call->fail({QStringLiteral("needsWindow"),
+                              QStringLiteral("“%1” asks for more, in the window; there is none.")
+                                  .arg(text(id).left(80)),
+                              {}});
+              });
+}
+
+} // namespace tessellar
