@@ -182,9 +182,9 @@ TEST(StringsFile, ReadsWhatPeopleWrite) {
     };
     using Entries = QMap<QString, QString>;
     const QString text = u"/* names */ CFBundleName = \"Fern\"; // \"no\" = \"no\";\n"
-                         "\"a \\\"b\\\"\" = \"x\\ny\\U00e9\\101/*\";\n'k';"_s;
+                         "\"a \\\"b\\\"\" = \"x\\ny\\U00e9\\101\\7/*\";\n'k';"_s;
     const Entries expected{
-        {u"CFBundleName"_s, u"Fern"_s}, {u"a \"b\""_s, u"x\ny\u00E9A/*"_s}, {u"k"_s, u"k"_s}};
+        {u"CFBundleName"_s, u"Fern"_s}, {u"a \"b\""_s, u"x\ny\u00E9A\a/*"_s}, {u"k"_s, u"k"_s}};
     const auto wide = [&](bool bigEndian) {
         QStringEncoder encoder(bigEndian ? QStringConverter::Utf16BE : QStringConverter::Utf16LE);
         return QByteArray(encoder(text));
