@@ -35,7 +35,7 @@ GridMetrics fullScreenMetrics(QSizeF window, const GridGeometry& geometry,
                               std::optional<double> labelFontSize) {
     const double side = window.width() * 0.075;
     const double top = window.height() * 0.06;
-    GridMetrics metrics;
+    GridMetrics metrics{.columns = geometry.columns, .rows = geometry.rows};
     metrics.cellWidth = whole((window.width() - 2 * side) / geometry.columns);
     metrics.cellHeight = whole((window.height() - top - dotsHeight - 16) / geometry.rows);
     const double wanted = std::min(metrics.cellWidth * 0.72, metrics.cellHeight * 0.68);
@@ -59,7 +59,7 @@ QSizeF windowedSize(const ArrangementLayout& layout) {
 }
 
 GridMetrics windowedMetrics(QSizeF window, const ArrangementLayout& layout) {
-    GridMetrics metrics;
+    GridMetrics metrics{.columns = layout.columns, .rows = layout.rows};
     metrics.cellWidth = whole((window.width() - 2 * windowMargin) / layout.columns);
     metrics.cellHeight = whole((window.height() - windowMargin - dotsHeight) / layout.rows);
     const double wanted = layout.windowedIconSize * layout.iconScale;
@@ -74,20 +74,20 @@ FolderMetrics folderMetrics(QSizeF window, const GridMetrics& grid, const Arrang
                             qsizetype tiles, qsizetype pages) {
     const GridGeometry geometry = folderGeometry(layout);
     FolderMetrics metrics;
+    GridMetrics& cells = metrics.grid;
     // A folder with one row of tiles is not drawn with three; narrower than its title it never is.
-    metrics.columns = pages > 1 ? geometry.columns
-                                : static_cast<int>(std::clamp<qsizetype>(
-                                      tiles, std::min(4, geometry.columns), geometry.columns));
-    const int rows = pages > 1
-                         ? geometry.rows
-                         : static_cast<int>(std::clamp<qsizetype>(
-                               (tiles + metrics.columns - 1) / metrics.columns, 1, geometry.rows));
+    cells.columns = pages > 1 ? geometry.columns
+                              : static_cast<int>(std::clamp<qsizetype>(
+                                    tiles, std::min(4, geometry.columns), geometry.columns));
+    const int rows = pages > 1 ? geometry.rows
+                               : static_cast<int>(std::clamp<qsizetype>(
+                                     (tiles + cells.columns - 1) / cells.columns, 1, geometry.rows));
 
     const double wantedIcon = grid.iconSide * geometry.iconScale;
     const double bottom = pages > 1 ? 48 : 16;
-    const double widest = (window.width() * 0.92 - 2 * folderMargin) / metrics.columns;
+    const double widest = (window.width() * 0.92 - 2 * folderMargin) / cells.columns;
     const double tallest = (window.height() * 0.88 - folderTitleHeight - bottom) / rows;
-    GridMetrics& cells = metrics.grid;
+    cells.rows = geometry.rows;
     cells.labelPixels = grid.labelPixels;
     cells.cellWidth =
         whole(std::min(std::max(wantedIcon + 1.5 * layout.folderIconSpacing, 92.0), widest));
@@ -97,7 +97,7 @@ FolderMetrics folderMetrics(QSizeF window, const GridMetrics& grid, const Arrang
     cells.left = whole(folderMargin);
     cells.top = whole(folderTitleHeight);
 
-    const double width = cells.cellWidth * metrics.columns + 2 * folderMargin;
+    const double width = cells.cellWidth * cells.columns + 2 * folderMargin;
     const double height = folderTitleHeight + cells.cellHeight * rows + bottom;
     metrics.panel = QRectF(whole((window.width() - width) / 2), whole((window.height() - height) / 2),
                            width, height);

@@ -3,14 +3,30 @@
 #include "editing/grid_geometry.h"
 #include "model/layout_document.h"
 
+#include <QObject>
 #include <QRectF>
 #include <QSizeF>
+#include <QtQml/qqmlregistration.h>
 
 namespace tessellar {
 
 /// Where tiles lie in a window, in its own pixels. Whole numbers, so that icons are drawn as they were
 /// decoded and not smoothed a second time.
 struct GridMetrics {
+    Q_GADGET
+    QML_VALUE_TYPE(gridMetrics)
+    Q_PROPERTY(int columns MEMBER columns)
+    Q_PROPERTY(int rows MEMBER rows)
+    Q_PROPERTY(int left MEMBER left)
+    Q_PROPERTY(int top MEMBER top)
+    Q_PROPERTY(int cellWidth MEMBER cellWidth)
+    Q_PROPERTY(int cellHeight MEMBER cellHeight)
+    Q_PROPERTY(int iconSide MEMBER iconSide)
+    Q_PROPERTY(int labelPixels MEMBER labelPixels)
+
+public:
+    int columns = 1;
+    int rows = 1;
     int left = 0; ///< of the first cell
     int top = 0;
     int cellWidth = 0;
@@ -35,8 +51,7 @@ QSizeF windowedSize(const ArrangementLayout& layout);
 /// the fullest page, of `pages`.
 struct FolderMetrics {
     QRectF panel;
-    int columns = 0;  ///< those that are used
-    GridMetrics grid; ///< relative to the panel
+    GridMetrics grid; ///< relative to the panel; its columns are those that are used
 };
 FolderMetrics folderMetrics(QSizeF window, const GridMetrics& grid, const ArrangementLayout& layout,
                             qsizetype tiles, qsizetype pages);

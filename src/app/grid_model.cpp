@@ -3,51 +3,47 @@
 #include "app/icon_wishes.h"
 #include "platform/uuid_source.h"
 
+#include <QMetaMethod>
 #include <QQmlEngine>
 
 #include <algorithm>
 
 namespace tessellar {
 
-namespace {
-TileView tileView(const LaunchpadItem& item, const QSet<QString>& unavailableAppKeys,
-                  const SmartFolderContents& smartFolderContents, const AppBadge& appBadge) {
+TileView tileView(const LaunchpadItem& item, const TileFacts& facts) {
     TileView view{.id = toText(item.id())};
     if (const AppEntry* app = item.app()) {
-        const QString key = appKey(*app);
+        const IconWish icon = iconWish(*app);
         view.label = app->name;
-        view.appKeys = {key};
-        view.isUnavailable = unavailableAppKeys.contains(key);
-        view.badge = appBadge ? appBadge(key) : QString();
+        view.isUnavailable = facts.isUnavailable && facts.isUnavailable(icon.appKey);
+        view.badge = facts.badge ? facts.badge(icon.appKey) : QString();
+        view.icons = {icon};
     } else if (const FolderEntry* folder = item.folder()) {
         view.kind = IconItem::Folder;
         view.label = folder->name;
-        for (const AppEntry& previewed : previewApplications(*folder))
-            view.appKeys.append(appKey(previewed));
+        view.icons = previewIcons(*folder);
         view.symbolName = folder->customSymbolName.value_or(QString());
     } else {
+        const auto smart = facts.smartFolder ? facts.smartFolder(item.smartFolder()->definitionID)
+                                             : TileFacts::SmartFolder();
         view.kind = IconItem::SmartFolder;
-        const FolderEntry contents = smartFolderContents(item);
-        view.label = contents.name;
-        view.symbolName = contents.customSymbolName.value_or(QString());
-        for (const AppEntry& previewed : previewApplications(contents))
-            view.appKeys.append(appKey(previewed));
-        qsizetype count = 0;
-        for (const Page& page : contents.pages)
-            count += page.size();
-        view.badge = count > 0 ? QString::number(count) : QString();
+        view.label = smart.name;
+        view.icons = smart.icons;
+        view.symbolName = smart.symbolName;
+        view.badge = smart.count > 0 ? QString::number(smart.count) : QString();
     }
     return view;
 }
-} // namespace
+
+std::optional<qsizetype> TilePages::slotOf(const QUuid& id, qsizetype page) const {
+    const Page all = page >= 0 && page < count ? tiles(page) : Page();
+    const auto found = std::ranges::find(all, id, &LaunchpadItem::id);
+    return found == all.end() ? std::nullopt : std::optional(found - all.begin());
+}
 
 // ---- one page
 
-int PageModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(_tiles.size());
-}
-
-QHash<int, QByteArray> PageModel::roleNames() const {
+QHash<int, QByteArray> PageModel::names() {
     return {{IdRole, "tileId"},
             {KindRole, "kind"},
             {LabelRole, "label"},
@@ -57,10 +53,7 @@ QHash<int, QByteArray> PageModel::roleNames() const {
             {UnavailableRole, "isUnavailable"}};
 }
 
-QVariant PageModel::data(const QModelIndex& index, int role) const {
-    if (index.row() < 0 || index.row() >= _tiles.size())
-        return {};
-    const TileView& tile = _tiles[index.row()];
+QVariant PageModel::value(const TileView& tile, int role) {
     switch (role) {
     case IdRole:
         return tile.id;
@@ -68,8 +61,12 @@ QVariant PageModel::data(const QModelIndex& index, int role) const {
         return tile.kind;
     case LabelRole:
         return tile.label;
-    case AppKeysRole:
-        return tile.appKeys;
+    case AppKeysRole: {
+        QStringList keys;
+        for (const IconWish& icon : tile.icons)
+            keys.append(icon.appKey);
+        return keys;
+    }
     case SymbolRole:
         return tile.symbolName;
     case BadgeRole:
@@ -81,19 +78,58 @@ QVariant PageModel::data(const QModelIndex& index, int role) const {
     }
 }
 
-void PageModel::setTiles(const QList<TileView>& tiles) {
-    const int before = static_cast<int>(_tiles.size());
+const QList<TileView>& PageModel::tiles() const {
+    if (!_tiles)
+        _tiles = _fill();
+    return *_tiles;
+}
+
+int PageModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(tiles().size());
+}
+
+QVariant PageModel::data(const QModelIndex& index, int role) const {
+    const bool exists = index.row() >= 0 && index.row() < tiles().size();
+    return exists ? value(tiles().at(index.row()), role) : QVariant();
+}
+
+/// The roles in which two tiles differ.
+static QList<int> changedRoles(const TileView& a, const TileView& b) {
+    QList<int> roles;
+    const auto compare = [&](int role, const auto TileView::*field) {
+        if (a.*field != b.*field)
+            roles.append(role);
+    };
+    compare(PageModel::IdRole, &TileView::id);
+    compare(PageModel::KindRole, &TileView::kind);
+    compare(PageModel::LabelRole, &TileView::label);
+    compare(PageModel::AppKeysRole, &TileView::icons);
+    compare(PageModel::SymbolRole, &TileView::symbolName);
+    compare(PageModel::BadgeRole, &TileView::badge);
+    compare(PageModel::UnavailableRole, &TileView::isUnavailable);
+    return roles;
+}
+
+void PageModel::refresh() {
+    static const QMetaMethod watched = QMetaMethod::fromSignal(&QAbstractItemModel::dataChanged);
+    if (!_tiles)
+        return;
+    if (!isSignalConnected(watched))
+        return _tiles.reset();
+    const QList<TileView> tiles = _fill();
+    const int before = static_cast<int>(_tiles->size());
     const int now = static_cast<int>(tiles.size());
     if (now < before) {
         beginRemoveRows({}, now, before - 1);
-        _tiles.resize(now);
+        _tiles->resize(now);
         endRemoveRows();
     }
     for (int i = 0; i < std::min(before, now); ++i) {
-        if (_tiles[i] == tiles[i])
+        const QList<int> roles = changedRoles(_tiles->at(i), tiles.at(i));
+        if (roles.isEmpty())
             continue;
-        _tiles[i] = tiles[i];
-        Q_EMIT dataChanged(index(i), index(i));
+        (*_tiles)[i] = tiles.at(i);
+        Q_EMIT dataChanged(index(i), index(i), roles);
     }
     if (now > before) {
         beginInsertRows({}, before, now - 1);
@@ -104,38 +140,69 @@ void PageModel::setTiles(const QList<TileView>& tiles) {
 
 // ---- all pages
 
-PageModel* GridModel::page(int index) const {
-    return index >= 0 && index < pageCount() ? _pages[static_cast<std::size_t>(index)].get() : nullptr;
+PageModel* GridModel::tilesOf(int page) const {
+    return page >= 0 && page < pageCount() ? _models[static_cast<std::size_t>(page)].get() : nullptr;
 }
 
-void GridModel::setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
-                         const SmartFolderContents& smartFolderContents, const AppBadge& appBadge) {
-    _shown = pages;
-    resize(static_cast<std::size_t>(pages.count()));
-    for (qsizetype page = 0; page < pages.count(); ++page) {
-        QList<TileView> tiles;
-        for (const LaunchpadItem& item : pages.tiles(page))
-            tiles.append(tileView(item, unavailableAppKeys, smartFolderContents, appBadge));
-        _pages[static_cast<std::size_t>(page)]->setTiles(tiles);
-    }
+QList<TileView> GridModel::views(qsizetype page) const {
+    QList<TileView> views;
+    if (page < _pages.count)
+        for (const LaunchpadItem& item : _pages.tiles(page))
+            views.append(tileView(item, _facts));
+    return views;
+}
+
+void GridModel::setPage(int page) {
+    if (std::exchange(_page, page) != page)
+        Q_EMIT pageChanged();
+}
+
+void GridModel::setMetrics(const GridMetrics& metrics) {
+    if (std::exchange(_metrics, metrics) != metrics)
+        Q_EMIT metricsChanged();
+}
+
+void GridModel::setPages(TilePages pages) {
+    _pages = std::move(pages);
+    refresh();
+    resize();
+}
+
+void GridModel::refresh() {
+    for (const auto& model : _models)
+        model->refresh();
 }
 
 void GridModel::setHasNewPage(bool hasNewPage) {
-    resize(static_cast<std::size_t>(_shown.count()) + (hasNewPage ? 1 : 0));
+    _hasNewPage = hasNewPage;
+    resize();
 }
 
-void GridModel::resize(std::size_t count) {
-    if (count == _pages.size())
+std::optional<LaunchpadItem> GridModel::tile(const QUuid& id) const {
+    const auto onPage = [&](qsizetype page) -> std::optional<LaunchpadItem> {
+        const auto slot = _pages.slotOf(id, page);
+        return slot ? std::optional(_pages.tiles(page).at(*slot)) : std::nullopt;
+    };
+    auto found = onPage(_page);
+    for (qsizetype page = 0; !found && page < _pages.count; ++page)
+        found = onPage(page);
+    return found;
+}
+
+void GridModel::resize() {
+    const std::size_t count = static_cast<std::size_t>(_pages.count) + (_hasNewPage ? 1 : 0);
+    if (count == _models.size())
         return;
     // Pages that go are kept until nobody is shown them any more.
     std::vector<std::unique_ptr<PageModel>> gone;
-    while (_pages.size() > count) {
-        gone.push_back(std::move(_pages.back()));
-        _pages.pop_back();
+    while (_models.size() > count) {
+        gone.push_back(std::move(_models.back()));
+        _models.pop_back();
     }
-    while (_pages.size() < count) {
-        _pages.push_back(std::make_unique<PageModel>());
-        QQmlEngine::setObjectOwnership(_pages.back().get(), QQmlEngine::CppOwnership);
+    while (_models.size() < count) {
+        const auto page = static_cast<qsizetype>(_models.size());
+        _models.push_back(std::make_unique<PageModel>([this, page] { return views(page); }));
+        QQmlEngine::setObjectOwnership(_models.back().get(), QQmlEngine::CppOwnership);
     }
     Q_EMIT pageCountChanged();
 }

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "app/grid_metrics.h"
 #include "app/image_item.h"
 #include "editing/grid_geometry.h"
+#include "icons/icon_loader.h"
 
 #include <QAbstractListModel>
-#include <QSet>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace tessellar {
@@ -17,7 +19,7 @@ struct TileView {
     QString id;
     IconItem::Kind kind = IconItem::App;
     QString label;
-    QStringList appKeys; ///< the application's, or those that a folder previews
+    QList<IconWish> icons; ///< the application's, or those that a folder previews
     QString symbolName;
     QString badge; ///< at the picture's corner; empty for none
     bool isUnavailable = false;
@@ -25,15 +27,38 @@ struct TileView {
     bool operator==(const TileView&) const = default;
 };
 
-/// A smart folder's tile as a folder of what it shows.
-using SmartFolderContents = std::function<FolderEntry(const LaunchpadItem& item)>;
-/// What stands at the corner of an application's tile.
-using AppBadge = std::function<QString(const QString& appKey)>;
+/// What a tile shows that its arrangement does not know. Asked when a page is first looked at.
+struct TileFacts {
+    struct SmartFolder {
+        QString name;
+        QString symbolName;
+        QList<IconWish> icons; ///< of the first applications in it
+        qsizetype count = 0;   ///< of all
+    };
 
-/// What stands at the corner of an application's picture, by its key; empty for nothing.
-using AppBadge = std::function<QString(const QString& appKey)>;
+    std::function<bool(const QString& appKey)> isUnavailable;
+    std::function<QString(const QString& appKey)> badge;
+    std::function<SmartFolder(const QUuid& definition)> smartFolder;
+};
 
-/// The tiles of one page, in the order of their slots.
+TileView tileView(const LaunchpadItem& item, const TileFacts& facts);
+
+/// Tiles in pages: those of the arrangement or of an open folder, or what a search found. A page's
+/// tiles are made when they are asked for.
+struct TilePages {
+    TilePages() = default;
+    TilePages(qsizetype pageCount, std::function<Page(qsizetype page)> tilesOf)
+        : count(pageCount), tiles(std::move(tilesOf)) {}
+    TilePages(const ShownPages& shown) // NOLINT: the same pages
+        : count(shown.count()), tiles([shown](qsizetype page) { return shown.tiles(page); }) {}
+
+    std::optional<qsizetype> slotOf(const QUuid& id, qsizetype page) const;
+
+    qsizetype count = 0;
+    std::function<Page(qsizetype page)> tiles;
+};
+
+/// The tiles of one page, in the order of their slots. Filled when somebody first asks.
 class PageModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -49,45 +74,73 @@ public:
         BadgeRole,
         UnavailableRole
     };
+    using Fill = std::function<QList<TileView>()>;
+
+    explicit PageModel(Fill fill) : _fill(std::move(fill)) {}
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    QHash<int, QByteArray> roleNames() const override { return names(); }
+    static QHash<int, QByteArray> names();
+    static QVariant value(const TileView& tile, int role);
 
-    const QList<TileView>& tiles() const { return _tiles; }
-    /// Tiles that stay in their slots keep their items.
-    void setTiles(const QList<TileView>& tiles);
+    const QList<TileView>& tiles() const;
+    /// The tiles may have changed. A page that is shown is filled at once, tiles that stay in their
+    /// slots keeping their items; another one when somebody asks again.
+    void refresh();
 
 private:
-    QList<TileView> _tiles;
+    Fill _fill;
+    mutable std::optional<QList<TileView>> _tiles;
 };
 
-/// The pages of the grid, or of an open folder.
+/// The pages of the grid, of an open folder or of what was found: how many there are, which one is
+/// shown and how its tiles lie.
 class GridModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(int pageCount READ pageCount NOTIFY pageCountChanged)
+    Q_PROPERTY(int page READ page NOTIFY pageChanged)
+    Q_PROPERTY(tessellar::GridMetrics metrics READ metrics NOTIFY metricsChanged)
 
 public:
-    using QObject::QObject;
+    explicit GridModel(TileFacts facts) : _facts(std::move(facts)) {}
 
-    int pageCount() const { return static_cast<int>(_pages.size()); }
-    Q_INVOKABLE tessellar::PageModel* page(int index) const;
-    void setPages(const ShownPages& pages, const QSet<QString>& unavailableAppKeys,
-                  const SmartFolderContents& smartFolderContents, const AppBadge& appBadge = {});
-    const ShownPages& shown() const { return _shown; }
+    int pageCount() const { return static_cast<int>(_models.size()); }
+    int page() const { return _page; }
+    void setPage(int page);
+    /// The user turns to a page.
+    Q_INVOKABLE void turnTo(int page) { Q_EMIT turned(page); }
+    const GridMetrics& metrics() const { return _metrics; }
+    void setMetrics(const GridMetrics& metrics);
+    Q_INVOKABLE tessellar::PageModel* tilesOf(int page) const;
+
+    const TilePages& pages() const { return _pages; }
+    void setPages(TilePages pages);
+    /// What is known of the tiles has changed.
+    void refresh();
     /// An empty page after the last, for tiles that are carried there.
     void setHasNewPage(bool hasNewPage);
+    /// A tile of any page; the one shown is looked at first.
+    std::optional<LaunchpadItem> tile(const QUuid& id) const;
 
 Q_SIGNALS:
     void pageCountChanged();
+    void pageChanged();
+    void metricsChanged();
+    void turned(int page);
 
 private:
-    void resize(std::size_t count);
+    void resize();
+    QList<TileView> views(qsizetype page) const;
 
-    ShownPages _shown;
-    std::vector<std::unique_ptr<PageModel>> _pages;
+    TileFacts _facts;
+    TilePages _pages;
+    std::vector<std::unique_ptr<PageModel>> _models;
+    bool _hasNewPage = false;
+    int _page = 0;
+    GridMetrics _metrics;
 };
 
 } // namespace tessellar

@@ -4,79 +4,83 @@
 
 namespace tessellar {
 
-QList<AppEntry> previewApplications(const FolderEntry& folder) {
-    constexpr qsizetype previewCount = 9;
-    QList<AppEntry> apps;
+IconWish iconWish(const AppEntry& app) { return {appKey(app), app.path}; }
+
+QList<IconWish> previewIcons(const FolderEntry& folder) {
+    QList<IconWish> icons;
     for (const LaunchpadItem& item : previewItems(folder, previewCount)) {
         if (const AppEntry* app = item.app())
-            apps.append(*app);
+            icons.append(iconWish(*app));
         else if (const FolderEntry* nested = item.folder())
-            apps.append(allApplications(*nested).mid(0, 1));
+            for (const AppEntry& first : allApplications(*nested).mid(0, 1))
+                icons.append(iconWish(first));
     }
-    return apps;
+    return icons;
 }
 
 namespace {
 
-class Collector {
+/// Every application of the grid, page by page, with those in folders.
+class AllOfGrid {
 public:
-    void addPage(const ShownPages& pages, qsizetype page, IconLoader::Phase phase) {
-        if (page < 0 || page >= pages.count())
-            return;
-        for (const LaunchpadItem& item : pages.tiles(page))
-            add(item, phase);
-    }
-    void addAll(const LaunchpadItem& item, IconLoader::Phase phase) {
-        if (const FolderEntry* folder = item.folder())
-            for (const AppEntry& app : allApplications(*folder))
-                add(app, phase);
-    }
+    explicit AllOfGrid(TilePages pages) : _pages(std::move(pages)) {}
 
-    IconLoader::Wishes wishes;
+    std::optional<IconWish> operator()() {
+        while (_next == _ofPage.size()) {
+            if (_page == _pages.count)
+                return std::nullopt;
+            _ofPage.clear();
+            _next = 0;
+            for (const LaunchpadItem& item : _pages.tiles(_page++))
+                add(item);
+        }
+        return _ofPage.at(_next++);
+    }
 
 private:
-    void add(const LaunchpadItem& item, IconLoader::Phase phase) {
+    void add(const LaunchpadItem& item) {
         if (const AppEntry* app = item.app())
-            return add(*app, phase);
-        if (const FolderEntry* folder = item.folder())
-            for (const AppEntry& app : previewApplications(*folder))
-                add(app, phase);
-    }
-    void add(const AppEntry& app, IconLoader::Phase phase) {
-        const QString key = appKey(app);
-        if (_seen.contains(key))
-            return;
-        _seen.insert(key);
-        wishes[phase].append({key, app.path});
+            _ofPage.append(iconWish(*app));
+        else if (const FolderEntry* folder = item.folder())
+            for (const AppEntry& inside : allApplications(*folder))
+                _ofPage.append(iconWish(inside));
     }
 
-    QSet<QString> _seen;
+    TilePages _pages;
+    qsizetype _page = 0;
+    QList<IconWish> _ofPage;
+    qsizetype _next = 0;
 };
 
 } // namespace
 
-IconLoader::Wishes iconWishes(const ShownPages& grid, int page, const ShownPages* openFolder,
-                              int folderPage) {
-    Collector collector;
-    if (openFolder)
-        collector.addPage(*openFolder, folderPage, IconLoader::visible);
-    collector.addPage(grid, page, IconLoader::visible);
-
-    if (openFolder)
-        for (const int beside : {folderPage + 1, folderPage - 1})
-            collector.addPage(*openFolder, beside, IconLoader::neighbours);
-    for (const int beside : {page + 1, page - 1})
-        collector.addPage(grid, beside, IconLoader::neighbours);
-    if (page >= 0 && page < grid.count())
-        for (const LaunchpadItem& item : grid.tiles(page))
-            collector.addAll(item, IconLoader::neighbours);
-
-    for (qsizetype other = 0; other < grid.count(); ++other) {
-        collector.addPage(grid, other, IconLoader::rest);
-        for (const LaunchpadItem& item : grid.tiles(other))
-            collector.addAll(item, IconLoader::rest);
-    }
-    return collector.wishes;
+IconLoader::Wishes iconWishes(const GridModel& grid, const GridModel* over) {
+    IconLoader::Wishes wishes;
+    QSet<QString> seen;
+    const auto add = [&](QList<IconWish>& list, const IconWish& wish) {
+        if (seen.contains(wish.appKey))
+            return;
+        seen.insert(wish.appKey);
+        list.append(wish);
+    };
+    const auto addPage = [&](QList<IconWish>& list, const GridModel* model, int by) {
+        if (const PageModel* page = model ? model->tilesOf(model->page() + by) : nullptr)
+            for (const TileView& tile : page->tiles())
+                for (const IconWish& wish : tile.icons)
+                    add(list, wish);
+    };
+    for (const GridModel* model : {over, &grid})
+        addPage(wishes.visible, model, 0);
+    for (const GridModel* model : {over, &grid})
+        for (const int beside : {1, -1})
+            addPage(wishes.neighbours, model, beside);
+    if (grid.page() < grid.pages().count)
+        for (const LaunchpadItem& item : grid.pages().tiles(grid.page()))
+            if (const FolderEntry* folder = item.folder())
+                for (const AppEntry& inside : allApplications(*folder))
+                    add(wishes.neighbours, iconWish(inside));
+    wishes.rest = AllOfGrid(grid.pages());
+    return wishes;
 }
 
 } // namespace tessellar

@@ -1,18 +1,22 @@
 #pragma once
 
-#include "editing/grid_geometry.h"
-#include "icons/icon_loader.h"
+#include "app/grid_model.h"
 
 namespace tessellar {
 
-/// What a folder's tile previews: the applications among its first nine tiles, a nested folder standing
-/// with its own first application.
-QList<AppEntry> previewApplications(const FolderEntry& folder);
+/// How many of its tiles a folder's tile previews.
+constexpr qsizetype previewCount = 9;
 
-/// Which icons a window wants, in the order in which the user is likely to see them: first the page
-/// that is shown (of an open folder before the grid under it), then the pages beside it and the inside
-/// of the folders on it, then all others. Folders count with what their previews show.
-IconLoader::Wishes iconWishes(const ShownPages& grid, int page, const ShownPages* openFolder,
-                              int folderPage);
+IconWish iconWish(const AppEntry& app);
+
+/// What a folder's tile previews: the applications among its first tiles, a nested folder standing
+/// with its own first application.
+QList<IconWish> previewIcons(const FolderEntry& folder);
+
+/// The icons that a window wants, in the order in which the user is likely to see them: first the page
+/// that is shown (of what lies over the grid before the grid's), then the pages beside it and the
+/// inside of the folders on it, then all of the grid. Folders count with what their previews show.
+/// `over` is the open folder, or what was found; null when nothing lies over the grid.
+IconLoader::Wishes iconWishes(const GridModel& grid, const GridModel* over);
 
 } // namespace tessellar

@@ -7,7 +7,7 @@
 
 namespace tessellar {
 
-/// Shows one image, one pixel of it on one of the screen where the item has its size.
+/// Shows one image, pixel for pixel where the item has its size.
 class ImageItem : public QQuickItem {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     explicit ImageItem(QQuickItem* parent = nullptr);
 
 protected:
-    /// Looks at `image()` again before the next frame.
+    /// Calls `image()` again before the next frame.
     void refresh();
     /// The image for a number of screen pixels.
     virtual QImage image(QSize pixels) = 0;

@@ -3,8 +3,10 @@
 #include "app/icon_wishes.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
+#include "launcher/live_layout.h"
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
 #include "platform/uuid_source.h"
@@ -18,30 +20,60 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
                                        Scheduler& scheduler)
     : _viewModel(viewModel)
     , _icons(icons)
-    , _search(viewModel)
+    , _grid(tileFacts())
+    , _folder(viewModel, tileFacts())
+    , _search(viewModel, tileFacts())
+    , _drag(viewModel, scheduler, [this] { return dragArea(); })
+    , _renaming(viewModel)
+    , _sheets(viewModel)
     , _updates(viewModel)
     , _removal(viewModel)
     , _smartFolder(viewModel)
-    , _drag(viewModel, scheduler, [this] { return dragArea(); }) {
+    , _alert(viewModel) {
     follow();
+    connect(&_grid, &GridModel::turned, this,
+            [this](int page) { _viewModel.shown().setCurrentPage(page); });
     connect(&_menu, &MenuModel::chosen, this, &LauncherController::performMenuEntry);
     connect(&_drag, &TileDrag::refused, this,
             [this](const LauncherError& error) { _viewModel.messages().report(error); });
-    connect(&_drag, &TileDrag::newPageChanged, this, [this] {
-        _grid.setHasNewPage(_drag.isOnNewPage());
-        Q_EMIT navigationChanged();
-    });
+    connect(&_drag, &TileDrag::newPageChanged, this, &LauncherController::showGridPage);
     connect(&_search, &TileSearch::changed, this, [this] {
         _menu.close();
         // What is found lies over everything.
-        while (_search.isActive() && isFolderOpen())
+        while (_search.isActive() && _folder.isOpen())
             _viewModel.shown().closeFolder();
         wantIcons();
-        Q_EMIT selectionChanged();
     });
-    connect(&_search, &TileSearch::pageChanged, this, &LauncherController::wantIcons);
+    connect(_search.results(), &GridModel::turned, this, &LauncherController::wantIcons);
     connect(&_search, &TileSearch::selectionChanged, this, &LauncherController::selectionChanged);
+    connect(&_alert, &AlertPanel::changed, this, &LauncherController::makeRoomForAlert);
+    connect(&_sheets, &Sheets::changed, this, [this] {
+        if (_sheets.current() != Sheets::smartFolder && _smartFolder.isOpen())
+            _smartFolder.cancel();
+    });
     showLayout();
+}
+
+TileFacts LauncherController::tileFacts() const {
+    return {.isUnavailable =
+                [this](const QString& key) {
+                    return _viewModel.shown().unavailableAppKeys().contains(key);
+                },
+            .badge = [this](const QString& key) { return _viewModel.updates().badge(key); },
+            .smartFolder =
+                [this](const QUuid& id) {
+                    const SmartFolderLibrary& library = _viewModel.smartFolders();
+                    TileFacts::SmartFolder folder{.name = library.name(id)};
+                    if (const SmartFolderDefinition* definition = library.definition(id))
+                        folder.symbolName = definition->customSymbolName.value_or(QString());
+                    if (const SmartFolderEvaluation* evaluation = library.evaluation(id)) {
+                        folder.count = evaluation->matches.size();
+                        for (const auto& facts :
+                             evaluation->matches.first(std::min(folder.count, previewCount)))
+                            folder.icons.append(iconWish(facts->entry));
+                    }
+                    return folder;
+                }};
 }
 
 void LauncherController::setWindow(QSizeF size, double pixelRatio) {
@@ -51,6 +83,14 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
     _pixelRatio = pixelRatio;
     updateMetrics();
     wantIcons();
+}
+
+void LauncherController::startAfresh() {
+    _menu.close();
+    _drag.cancel();
+    _search.clear();
+    _renaming.cancel();
+    _sheets.close();
 }
 
 // ---- what has changed
@@ -68,31 +108,17 @@ void LauncherController::follow() {
                     call();
             };
         };
+        on(layout.replaced, whenShown([this] { _drag.cancel(); }));
         on(layout.changed, whenShown([this] { showLayout(); }));
         on(layout.navigationChanged, whenShown([this] { showNavigation(); }));
         on(layout.selectionChanged, whenShown([this] { Q_EMIT selectionChanged(); }));
     }
     on(launcher.smartFolders().changed, [this] { showLayout(); });
-    const auto showMode = [this] {
-        _drag.cancel();
-        _menu.close();
-        _updates.refresh();
-        updateMetrics();
-        Q_EMIT modeChanged();
-    };
-    on(launcher.layouts().shownModeChanged, [this, showMode] {
+    on(launcher.layouts().shownModeChanged, [this] {
         showMode();
         showLayout();
     });
-    on(launcher.settingsChanged, showMode);
-    on(launcher.history().changed, [this] { Q_EMIT noticeChanged(); });
-    on(launcher.messages().noticeChanged, [this] { Q_EMIT noticeChanged(); });
-    on(launcher.messages().alerted, [this] {
-        _alerts += _viewModel.messages().takeAlerts();
-        showAlerts();
-    });
-    on(launcher.messages().questionChanged, [this] { showAlerts(); });
-    on(launcher.launched, [this] { Q_EMIT closeRequested(); });
+    on(launcher.settingsChanged, [this] { showMode(); });
     on(launcher.bootstrapped, [this] {
         Q_EMIT readyChanged();
         showLayout();
@@ -108,95 +134,81 @@ void LauncherController::follow() {
     on(launcher.cleanup().changed, [this] { _removal.refresh(); });
     on(launcher.smartFolderEditing().changed, [this] {
         _smartFolder.refresh();
-        if (!_smartFolder.isOpen() && _sheet == smartFolderSheet)
-            closeSheet();
+        if (!_smartFolder.isOpen() && _sheets.current() == Sheets::smartFolder)
+            _sheets.close();
     });
+    on(launcher.history().changed, [this] { Q_EMIT noticeChanged(); });
+    on(launcher.messages().noticeChanged, [this] { Q_EMIT noticeChanged(); });
+    on(launcher.messages().alerted, [this] { _alert.refresh(); });
+    on(launcher.messages().questionChanged, [this] { _alert.refresh(); });
+    on(launcher.launched, [this] { Q_EMIT closeRequested(); });
 }
 
-void LauncherController::showAlerts() {
-    _isAcceptDefault = !isAlertDestructive();
-    if (hasAlert()) {
-        _drag.cancel();
-        _menu.close();
-        _smartFolder.choices()->close();
-    }
-    Q_EMIT alertChanged();
+void LauncherController::showMode() {
+    _drag.cancel();
+    _menu.close();
+    _updates.refresh();
+    updateMetrics();
+    Q_EMIT modeChanged();
 }
 
-void LauncherController::fill(GridModel& model, const ShownPages& pages) {
-    model.setPages(
-        pages, _viewModel.shown().unavailableAppKeys(),
-        [this](const LaunchpadItem& item) {
-            return _viewModel.shown().openable(item).value_or(FolderEntry());
-        },
-        [this](const QString& appKey) { return _viewModel.updates().badge(appKey); });
-}
-
-/// A check is heard of often, and seldom changes what tiles say.
 void LauncherController::showBadges() {
-    const AppUpdateStatuses statuses = _viewModel.updates().statuses();
-    if (statuses == std::exchange(_badgeStatuses, statuses))
-        return;
-    _search.refresh();
-    fill(_grid, ShownPages(_grid.shown()));
-    _grid.setHasNewPage(_drag.isOnNewPage());
-    if (isFolderOpen())
-        fill(_folder, ShownPages(_folder.shown()));
+    for (GridModel* model : {&_grid, _folder.tiles(), _search.results()})
+        model->refresh();
 }
 
 void LauncherController::showLayout() {
-    // Under tiles that are carried nothing moves but room for them.
-    _drag.cancel();
-    if (_renaming && !_viewModel.shown().item(*_renaming))
-        cancelRename();
+    _renaming.refresh();
     _search.refresh();
-    fill(_grid, _viewModel.shown().shownPages());
+    _shownPages = _viewModel.shown().shownPages();
+    _grid.setPages(_shownPages);
     showNavigation();
+    _drag.follow();
 }
 
 void LauncherController::showNavigation() {
-    if (const auto open = openFolder()) {
-        _folderId = toText(open->id);
-        _folderTitle = open->name;
-        _folderNotice = _viewModel.shown().folder(open->id)
-                            ? QString()
-                            : _viewModel.smartFolders().notice(open->id);
-        _folderPage = _viewModel.shown().folderStack().last().page;
-        fill(_folder, _viewModel.shown().shownPages(*open));
-        updateMetrics();
-    }
+    _folder.refresh();
+    showGridPage();
+    updateMetrics();
     wantIcons();
-    Q_EMIT navigationChanged();
     Q_EMIT selectionChanged();
+}
+
+void LauncherController::showGridPage() {
+    _grid.setHasNewPage(_drag.isOnNewPage());
+    _grid.setPage(_drag.isOnNewPage() ? _grid.pageCount() - 1 : _viewModel.shown().currentPage());
 }
 
 void LauncherController::updateMetrics() {
     if (_windowSize.isEmpty())
         return;
     const ArrangementLayout layout = _viewModel.shown().settings();
-    _metrics = isWindowed()
-                   ? windowedMetrics(_windowSize, layout)
-                   : fullScreenMetrics(_windowSize, pageGeometry(layout), layout.tileLabelFontSize);
-    qsizetype tiles = 0;
-    for (qsizetype page = 0; page < _folder.shown().count(); ++page)
-        tiles = std::max(tiles, _folder.shown().tiles(page).size());
-    _folderMetrics = folderMetrics(_windowSize, _metrics, layout, tiles, _folder.shown().count());
-    Q_EMIT metricsChanged();
+    const GridMetrics metrics =
+        isWindowed() ? windowedMetrics(_windowSize, layout)
+                     : fullScreenMetrics(_windowSize, pageGeometry(layout), layout.tileLabelFontSize);
+    _grid.setMetrics(metrics);
+    _search.results()->setMetrics(metrics);
+    _folder.layOut(_windowSize, metrics);
 }
 
 void LauncherController::wantIcons() {
     if (_windowSize.isEmpty() || !isReady())
         return;
-    const int side = std::max(_metrics.iconSide, isFolderOpen() ? _folderMetrics.grid.iconSide : 0);
-    const ShownPages* open = isFolderOpen() ? &_folder.shown() : nullptr;
-    int openPage = _folderPage;
     // What was found lies over all else, as an open folder does.
-    if (_search.isActive()) {
-        open = &_search.shown();
-        openPage = _search.page();
-    }
-    _icons.loader().want(iconWishes(_grid.shown(), currentPage(), open, openPage),
+    const GridModel* over = _search.isActive() ? _search.results()
+                            : _folder.isOpen() ? _folder.tiles()
+                                               : nullptr;
+    const int side = std::max(_grid.metrics().iconSide, over ? over->metrics().iconSide : 0);
+    _icons.loader().want(iconWishes(_grid, over),
                          std::clamp(static_cast<int>(std::lround(side * _pixelRatio)), 16, 1024));
+}
+
+void LauncherController::makeRoomForAlert() {
+    if (!_alert.isOpen())
+        return;
+    _drag.cancel();
+    _menu.close();
+    _smartFolder.choices()->close();
 }
 
 QStringList LauncherController::selectedIds() const {
@@ -218,50 +230,18 @@ QString LauncherController::notice() const {
     return notice ? notice->text : QString();
 }
 
-QString LauncherController::alertTitle() const {
-    if (!_alerts.isEmpty())
-        return _alerts.first().title;
-    return _viewModel.messages().question() ? _viewModel.messages().question()->title : QString();
-}
-
-QString LauncherController::alertText() const {
-    if (!_alerts.isEmpty())
-        return _alerts.first().message;
-    return _viewModel.messages().question() ? _viewModel.messages().question()->text : QString();
-}
-
-QString LauncherController::alertAccept() const {
-    return _alerts.isEmpty() && _viewModel.messages().question()
-               ? _viewModel.messages().question()->accept
-               : QString();
-}
-
-bool LauncherController::isAlertDestructive() const {
-    return _alerts.isEmpty() && _viewModel.messages().question() &&
-           _viewModel.messages().question()->isDestructive;
-}
-
 TileDrag::Area LauncherController::dragArea() const {
-    const ArrangementLayout layout = _viewModel.shown().settings();
-    if (isFolderOpen()) {
-        const QUuid folder = _viewModel.shown().folderStack().last().id;
-        return {.pages = _folder.shown(),
-                .page = _viewModel.shown().folderStack().last().page,
-                .frame = _folderMetrics.panel,
-                .cells = _folderMetrics.grid,
-                .columns = _folderMetrics.columns,
-                .rows = layout.folderRows,
-                .folder = folder,
-                .rulesDecide = !_viewModel.shown().folder(folder)};
-    }
-    return {.pages = _grid.shown(),
-            .page = shownPage(),
-            .frame = QRectF({}, _windowSize),
-            .cells = _metrics,
-            .columns = layout.columns,
-            .rows = layout.rows,
-            .folder = {},
-            .rulesDecide = false};
+    if (!_folder.isOpen())
+        return {.pages = _shownPages,
+                .page = _grid.page(),
+                .frame = QRectF({}, _windowSize),
+                .cells = _grid.metrics()};
+    return {.pages = _folder.shown(),
+            .page = _folder.tiles()->page(),
+            .frame = _folder.panel(),
+            .cells = _folder.tiles()->metrics(),
+            .folder = _viewModel.shown().folderStack().last().id,
+            .rulesDecide = _folder.rulesDecide()};
 }
 
 } // namespace tessellar

@@ -1,8 +1,6 @@
 #include "app/launcher_controller.h"
 #include "app/tile_navigation.h"
-#include "launcher/launcher_editor.h"
-#include "launcher/launcher_icons.h"
-#include "launcher/smart_folder_library.h"
+#include "launcher/live_layout.h"
 #include "platform/uuid_source.h"
 
 #include <algorithm>
@@ -11,52 +9,33 @@ namespace tessellar {
 
 // What the user does in the window.
 
-const ShownPages& LauncherController::shown() const {
-    return _search.isActive() ? _search.shown() : isFolderOpen() ? _folder.shown() : _grid.shown();
+GridModel& LauncherController::shown() {
+    return _search.isActive() ? *_search.results() : _folder.isOpen() ? *_folder.tiles() : _grid;
 }
 
-int LauncherController::page() const {
-    return _search.isActive() ? _search.page() : isFolderOpen() ? folderPage() : currentPage();
-}
-
-const LaunchpadItem* LauncherController::shownItem(const QString& tileId) {
-    const QUuid id = QUuid::fromString(tileId);
-    // What a smart folder shows, or a search finds, may have no tile in the arrangement.
-    const ShownPages& pages = shown();
-    for (qsizetype page = 0; page < pages.count(); ++page) {
-        for (const LaunchpadItem& item : pages.tiles(page)) {
-            if (item.id() == id) {
-                _shownItem = item;
-                return &*_shownItem;
-            }
-        }
-    }
-    return nullptr;
+/// Something lies over the tiles that has the keyboard and the pointer.
+bool LauncherController::isCovered() const {
+    return _alert.isOpen() || !_sheets.current().isEmpty() || _removal.isOpen();
 }
 
 QVariantMap LauncherController::tileView(const QString& tileId) const {
-    for (const GridModel* model : {&_folder, &_grid}) {
-        for (int index = 0; index < model->pageCount(); ++index) {
-            const PageModel& page = *model->page(index);
-            for (int row = 0; row < page.rowCount(); ++row) {
-                if (page.tiles().at(row).id != tileId)
-                    continue;
-                QVariantMap view;
-                const auto names = page.roleNames();
-                for (auto name = names.begin(); name != names.end(); ++name)
-                    view.insert(QString::fromLatin1(name.value()),
-                                page.data(page.index(row), name.key()));
-                return view;
-            }
-        }
-    }
-    return {};
+    QVariantMap values;
+    const LaunchpadItem* item = _viewModel.shown().item(QUuid::fromString(tileId));
+    if (!item)
+        return values;
+    const TileView view = tessellar::tileView(*item, tileFacts());
+    const auto names = PageModel::names();
+    for (auto name = names.begin(); name != names.end(); ++name)
+        values.insert(QString::fromLatin1(name.value()), PageModel::value(view, name.key()));
+    return values;
 }
 
 // ---- the pointer
 
 void LauncherController::activate(const QString& tileId) {
-    if (const LaunchpadItem* item = shownItem(tileId))
+    // What a smart folder shows, or a search finds, may have no tile in the arrangement.
+    const auto item = shown().tile(QUuid::fromString(tileId));
+    if (item)
         _viewModel.open(_viewModel.shown().mode(), *item);
 }
 
@@ -72,37 +51,7 @@ void LauncherController::click(const QString& tileId, int modifiers) {
     _viewModel.shown().select(selected);
 }
 
-// ---- alerts and questions
-
-void LauncherController::answerAlert(bool accepted) {
-    if (!_alerts.isEmpty()) {
-        _alerts.removeFirst();
-        _isAcceptDefault = !isAlertDestructive();
-        Q_EMIT alertChanged();
-    } else {
-        _viewModel.messages().answer(accepted);
-    }
-}
-
-void LauncherController::pressAlertKey(int key) {
-    switch (key) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        return answerAlert(_isAcceptDefault);
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Tab:
-    case Qt::Key_Backtab:
-        if (!alertAccept().isEmpty()) {
-            _isAcceptDefault = !_isAcceptDefault;
-            Q_EMIT alertChanged();
-        }
-        return;
-    default:
-        return;
-    }
-}
+// ---- keys
 
 void LauncherController::escape() {
     if (_menu.isOpen())
@@ -111,23 +60,21 @@ void LauncherController::escape() {
         _smartFolder.choices()->close();
     else if (_drag.cancel())
         return;
-    else if (hasAlert())
-        answerAlert(false);
+    else if (_alert.isOpen())
+        _alert.answer(false);
     else if (_removal.isOpen())
         _removal.cancel();
-    else if (!_sheet.isEmpty())
-        closeSheet();
+    else if (!_sheets.current().isEmpty())
+        _sheets.close();
     else if (_search.isActive())
         _search.clear();
     else if (_viewModel.shown().selectedItemIDs().size() > 1)
         unselect();
-    else if (isFolderOpen())
-        _viewModel.shown().closeFolder();
+    else if (_folder.isOpen())
+        _folder.close();
     else
         Q_EMIT closeRequested();
 }
-
-// ---- keys
 
 bool LauncherController::pressKey(int key, int modifiers) {
     for (MenuModel* menu : {&_menu, _smartFolder.choices()}) {
@@ -140,14 +87,15 @@ bool LauncherController::pressKey(int key, int modifiers) {
         escape();
         return true;
     }
-    if (hasAlert()) {
-        pressAlertKey(key);
+    if (_alert.isOpen()) {
+        _alert.pressKey(key);
         return true;
     }
-    if (_sheet == smartFolderSheet && (key == Qt::Key_Return || key == Qt::Key_Enter))
+    if (_sheets.current() == Sheets::smartFolder && (key == Qt::Key_Return || key == Qt::Key_Enter))
         _smartFolder.save();
-    if (_drag.isLifted() || !_sheet.isEmpty() || _removal.isOpen())
+    if (_drag.isLifted() || isCovered())
         return true;
+    GridModel& model = shown();
     const bool isShifted = modifiers & Qt::ShiftModifier;
     if (modifiers & Qt::ControlModifier)
         return pressShortcut(key, isShifted);
@@ -159,16 +107,16 @@ bool LauncherController::pressKey(int key, int modifiers) {
         moveSelection(key, isShifted);
         return true;
     case Qt::Key_PageUp:
-        turn(-1);
+        model.turnTo(model.page() - 1);
         return true;
     case Qt::Key_PageDown:
-        turn(1);
+        model.turnTo(model.page() + 1);
         return true;
     case Qt::Key_Home:
-        turn(-static_cast<int>(shown().count()));
+        model.turnTo(0);
         return true;
     case Qt::Key_End:
-        turn(static_cast<int>(shown().count()));
+        model.turnTo(model.pageCount() - 1);
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -177,7 +125,7 @@ bool LauncherController::pressKey(int key, int modifiers) {
         return true;
     case Qt::Key_F2:
         if (const QStringList selected = selectedIds(); selected.size() == 1 && !_search.isActive())
-            beginRename(selected.first());
+            _renaming.begin(selected.first());
         return true;
     case Qt::Key_Menu:
         Q_EMIT menuWanted(selectedIds().value(0));
@@ -199,20 +147,10 @@ bool LauncherController::pressShortcut(int key, bool isShifted) {
 }
 
 bool LauncherController::type(const QString& text) {
-    if (text.isEmpty() || !text.at(0).isPrint() || hasAlert() || _menu.isOpen() || _drag.isLifted() ||
-        !_sheet.isEmpty() || _removal.isOpen())
+    if (text.isEmpty() || !text.at(0).isPrint() || _menu.isOpen() || _drag.isLifted() || isCovered())
         return false;
     _search.setText(_search.text() + text);
     return true;
-}
-
-void LauncherController::turn(int pages) {
-    if (_search.isActive())
-        _search.setPage(page() + pages);
-    else if (isFolderOpen())
-        _viewModel.shown().setFolderPage(page() + pages);
-    else
-        _viewModel.shown().setCurrentPage(page() + pages);
 }
 
 void LauncherController::moveSelection(int key, bool extends) {
@@ -220,21 +158,18 @@ void LauncherController::moveSelection(int key, bool extends) {
                                 : key == Qt::Key_Right ? Direction::right
                                 : key == Qt::Key_Up    ? Direction::up
                                                        : Direction::down;
-    const bool isInFolder = isFolderOpen() && !_search.isActive();
-    GridGeometry geometry = isInFolder ? folderGeometry(_viewModel.shown().settings())
-                                       : pageGeometry(_viewModel.shown().settings());
-    if (isInFolder)
-        geometry.columns = folderColumns();
-    std::optional<ShownPlace> from;
+    GridModel& model = shown();
+    const GridGeometry geometry{.rows = model.metrics().rows, .columns = model.metrics().columns};
+    std::optional<qsizetype> from;
     if (const auto& selected =
             _search.isActive() ? _search.selected() : _viewModel.shown().selectedItemID())
-        from = shown().placeOf(*selected);
-    const int before = page();
-    const auto to = neighbour(shown(), geometry, before, from, direction);
+        from = model.pages().slotOf(*selected, model.page());
+    const auto to = neighbour(model.pages(), geometry, model.page(), from, direction);
     if (!to)
         return;
-    const QUuid tile = shown().tiles(to->page).at(to->slot).id();
-    turn(static_cast<int>(to->page) - before);
+    const QUuid tile = model.pages().tiles(to->page).at(to->slot).id();
+    if (to->page != model.page())
+        model.turnTo(static_cast<int>(to->page));
     if (_search.isActive())
         return _search.select(tile);
     if (!extends)
@@ -247,17 +182,16 @@ void LauncherController::moveSelection(int key, bool extends) {
 // ---- menus
 
 void LauncherController::openMenu(const QString& tileId, QPointF point) {
-    if (hasAlert() || _drag.isLifted())
+    if (_alert.isOpen() || _drag.isLifted())
         return;
     _drag.letGo();
-    const LaunchpadItem* item = tileId.isEmpty() ? nullptr : shownItem(tileId);
+    const auto item = tileId.isEmpty() ? std::nullopt : shown().tile(QUuid::fromString(tileId));
     if (item && !_search.isActive() && !_viewModel.shown().selectedItemIDs().contains(item->id()))
         _viewModel.shown().select(item->id());
     else if (!item)
         unselect();
-    _menuTarget = {.mode = _viewModel.shown().mode(),
-                   .item = item ? std::optional(*item) : std::nullopt,
-                   .isSearchResult = _search.isActive()};
+    _menuTarget = {
+        .mode = _viewModel.shown().mode(), .item = item, .isSearchResult = _search.isActive()};
     _menu.open(actionMenu(_viewModel, _menuTarget), point);
 }
 
@@ -271,78 +205,14 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
     case ActionRequest::none:
         return;
     case ActionRequest::rename:
-        return beginRename(target.item ? toText(target.item->id()) : selectedIds().value(0));
+        return _renaming.begin(target.item ? toText(target.item->id()) : selectedIds().value(0));
     case ActionRequest::icon:
-        return openSheet(QStringLiteral("icon"));
+        return _sheets.open(Sheets::icon, target.item ? target.item->app() : nullptr);
     case ActionRequest::rules:
-        return openSheet(smartFolderSheet);
+        return _sheets.open(Sheets::smartFolder);
     case ActionRequest::updates:
-        return openSheet(QStringLiteral("updates"));
+        return _sheets.open(Sheets::updates);
     }
-}
-
-// ---- sheets
-
-void LauncherController::openSheet(const QString& sheet) {
-    const QString before = std::exchange(_sheet, sheet);
-    if (before == sheet)
-        return;
-    Q_EMIT sheetChanged();
-    if (before == smartFolderSheet)
-        _smartFolder.cancel();
-}
-
-QString LauncherController::sheetName() const {
-    const AppEntry* app = _menuTarget.item ? _menuTarget.item->app() : nullptr;
-    return app ? app->name : QString();
-}
-
-void LauncherController::changeIcon(const QString& file) {
-    const AppEntry* app = _menuTarget.item ? _menuTarget.item->app() : nullptr;
-    if (!app || file.isEmpty())
-        return;
-    static const FileSystem host;
-    _viewModel.icons().set(
-        appKey(*app), file,
-        [this](const LauncherIcons::Outcome& outcome) { _viewModel.messages().report(outcome); },
-        &host);
-    closeSheet();
-}
-
-void LauncherController::startAfresh() {
-    _menu.close();
-    _drag.cancel();
-    _search.clear();
-    cancelRename();
-    closeSheet();
-}
-
-// ---- names
-
-void LauncherController::beginRename(const QString& tileId) {
-    const LaunchpadItem* item = _viewModel.shown().item(QUuid::fromString(tileId));
-    const bool isFixed =
-        item && item->smartFolder() && !_viewModel.smartFolders().definition(item->id());
-    if (!item || isFixed)
-        return;
-    _renaming = item->id();
-    Q_EMIT renamingChanged();
-}
-
-void LauncherController::endRename(const QString& name) {
-    const auto tile = std::exchange(_renaming, std::nullopt);
-    if (!tile)
-        return;
-    Q_EMIT renamingChanged();
-    const LaunchpadItem* item = _viewModel.shown().item(*tile);
-    if (!item || trimmed(name).isEmpty())
-        return;
-    _viewModel.messages().report(_viewModel.editor().rename(_viewModel.shown().mode(), *tile, name));
-}
-
-void LauncherController::cancelRename() {
-    if (std::exchange(_renaming, std::nullopt))
-        Q_EMIT renamingChanged();
 }
 
 } // namespace tessellar

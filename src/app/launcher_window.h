@@ -14,8 +14,8 @@ class LauncherWindow final : public QObject {
     Q_OBJECT
 
 public:
-    /// Begins the view model's start-up and makes the window while it runs. `screen` is the size of a
-    /// full-screen window; empty for that of the screen.
+    /// Starts the view model and makes the window while it runs. `screen` is the size of a full-screen
+    /// window; empty for that of the screen.
     LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize screen = {});
     ~LauncherWindow() override;
 
@@ -26,12 +26,12 @@ public:
 
     void show();
     void hide();
-    /// Goes along when the user chooses another language or region in the system's settings.
+    /// Follows the language and region of the system's settings.
     void followSystemLocale();
 
-    /// True when the arrangement is there and the icons of the visible page are decoded.
+    /// True once the arrangement is loaded and the icons of the visible page are decoded.
     bool isComplete() const;
-    /// Calls back once, after a frame that shows all of that has been drawn.
+    /// Calls `done` once, after the first frame that shows all of that.
     void whenComplete(std::function<void()> done);
     /// The window as it would be drawn now.
     QImage photograph();

@@ -9,8 +9,8 @@
 
 namespace tessellar {
 
-/// The menu that is open in the window: its lines, those of one submenu, and where the keyboard is in
-/// them. Knows nothing of what the entries do.
+/// The open menu: its lines, those of one submenu, and the lines that are current. Does not know what
+/// the entries do.
 class MenuModel : public QObject {
     Q_OBJECT
     QML_ELEMENT

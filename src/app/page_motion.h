@@ -4,8 +4,8 @@
 
 namespace tessellar {
 
-/// How a strip of pages follows a finger and comes to rest on a page: a critically damped spring that
-/// takes over the speed with which it was let go. Positions are in pages, times in seconds.
+/// How a strip of pages follows a finger and settles on a page: a critically damped spring that starts
+/// with the speed of the release. Positions are in pages, times in seconds.
 class PageMotion {
 public:
     double position() const { return _position; }
@@ -22,10 +22,10 @@ public:
     /// The finger has moved by this many pages since the last call, to higher pages where positive.
     /// Past either end the strip follows reluctantly.
     void drag(double pages);
-    /// Let go with a speed in pages a second: rests on the page that it would drift to, at most one
-    /// away from the one on which the drag began.
+    /// Released at a speed in pages a second: settles on the page that it would drift to, at most one
+    /// away from where the drag began.
     void release(double velocity);
-    /// Time goes on.
+    /// Lets time pass.
     void advance(double seconds);
 
 private:

@@ -7,13 +7,13 @@
 
 namespace tessellar {
 
-/// A place whose pages are turned by wheel and trackpad here, and by swipe and by program through its
-/// functions. What it shows is laid out by QML along `position`.
+/// Pages that are turned by wheel and trackpad, by swipe (`drag`, `release`) and by program (`page`).
+/// QML lays their contents out along `position`.
 class PagerItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(int pageCount READ pageCount WRITE setPageCount NOTIFY pageCountChanged)
-    /// The page shown or on its way.
+    /// The page shown, or the one that it is moving to.
     Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
     /// In pages; a fraction while they move.
     Q_PROPERTY(double position READ position NOTIFY positionChanged)

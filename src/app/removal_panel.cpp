@@ -13,6 +13,72 @@ static QString sizeText(std::uint64_t bytes) {
     return QLocale().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
 }
 
+// ---- the items
+
+int RemovalItems::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(_rows.size());
+}
+
+QHash<int, QByteArray> RemovalItems::roleNames() const {
+    return {{PathRole, "path"},      {NameRole, "name"}, {PlaceRole, "place"},
+            {ReasonRole, "reason"},  {SizeRole, "size"}, {SelectedRole, "isSelected"},
+            {LockedRole, "isLocked"}};
+}
+
+QVariant RemovalItems::data(const QModelIndex& index, int role) const {
+    if (index.row() < 0 || index.row() >= items().size() || index.row() >= rowCount())
+        return {};
+    const RelatedFile& file = items().at(index.row());
+    const Row& row = _rows[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case PathRole:
+        return file.path;
+    case NameRole:
+        return FileSystem::fileName(file.path);
+    case PlaceRole:
+        return file.location;
+    case ReasonRole:
+        return file.reason;
+    case SizeRole:
+        return row.size ? sizeText(*row.size) : QStringLiteral("…");
+    case SelectedRole:
+        return row.isSelected;
+    case LockedRole:
+        return file.needsAdministrator;
+    default:
+        return {};
+    }
+}
+
+void RemovalItems::refresh() {
+    const CleanupReviewState& review = _cleanup.review();
+    std::vector<Row> rows;
+    rows.reserve(static_cast<std::size_t>(review.items.size()));
+    for (const RelatedFile& file : review.items)
+        rows.push_back({file.size, review.isSelected(file.path)});
+    // Within a review the items stay the same; another review has passed through none.
+    if (rows.size() != _rows.size()) {
+        beginResetModel();
+        _rows = std::move(rows);
+        endResetModel();
+        return;
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i] == _rows[i])
+            continue;
+        QList<int> roles;
+        if (rows[i].size != _rows[i].size)
+            roles.append(SizeRole);
+        if (rows[i].isSelected != _rows[i].isSelected)
+            roles.append(SelectedRole);
+        _rows[i] = rows[i];
+        const QModelIndex at = index(static_cast<int>(i));
+        Q_EMIT dataChanged(at, at, roles);
+    }
+}
+
+// ---- the sheet
+
 QString RemovalPanel::phase() const {
     switch (_viewModel.cleanup().phase()) {
     case Phase::idle:
@@ -29,27 +95,19 @@ QString RemovalPanel::phase() const {
     return {};
 }
 
-QString RemovalPanel::appKey() const {
-    return isOpen() ? tessellar::appKey(_viewModel.cleanup().app()) : QString();
-}
-
 QString RemovalPanel::appName() const { return isOpen() ? _viewModel.cleanup().app().name : QString(); }
 
-QVariantList RemovalPanel::items() const {
-    const CleanupReviewState& review = _viewModel.cleanup().review();
-    QVariantList result;
-    if (!isOpen())
-        return result;
-    for (const RelatedFile& file : review.items)
-        result.append(QVariantMap{
-            {QStringLiteral("path"), file.path},
-            {QStringLiteral("name"), FileSystem::fileName(file.path)},
-            {QStringLiteral("place"), file.location},
-            {QStringLiteral("reason"), file.reason},
-            {QStringLiteral("size"), file.size ? sizeText(*file.size) : QStringLiteral("…")},
-            {QStringLiteral("isSelected"), review.isSelected(file.path)},
-            {QStringLiteral("isLocked"), file.needsAdministrator}});
-    return result;
+void RemovalPanel::refresh() {
+    if (std::exchange(_isRefreshWanted, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            _isRefreshWanted = false;
+            _items.refresh();
+            Q_EMIT changed();
+        },
+        Qt::QueuedConnection);
 }
 
 QString RemovalPanel::total() const {

@@ -3,23 +3,62 @@
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_view_model.h"
 
-#include <QObject>
+#include <QAbstractListModel>
 #include <QVariant>
 #include <QtQml/qqmlregistration.h>
 
+#include <vector>
+
 namespace tessellar {
 
-/// What the sheet of a removal shows and does, in QML's terms.
+/// The items that may go, in the order of the review. Sizes and choices change single rows.
+class RemovalItems final : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the panel")
+
+public:
+    enum Role {
+        PathRole = Qt::UserRole,
+        NameRole,
+        PlaceRole,
+        ReasonRole,
+        SizeRole,
+        SelectedRole,
+        LockedRole ///< needs an administrator
+    };
+
+    explicit RemovalItems(const LauncherCleanup& cleanup) : _cleanup(cleanup) {}
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+    void refresh();
+
+private:
+    /// What of a row changes while it is shown.
+    struct Row {
+        std::optional<std::uint64_t> size;
+        bool isSelected = false;
+
+        bool operator==(const Row&) const = default;
+    };
+
+    const QList<RelatedFile>& items() const { return _cleanup.review().items; }
+
+    const LauncherCleanup& _cleanup;
+    std::vector<Row> _rows;
+};
+
+/// The sheet of a removal in QML's terms.
 class RemovalPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
     Q_PROPERTY(QString phase READ phase NOTIFY changed) ///< the name of the launcher's
-    Q_PROPERTY(QString appKey READ appKey NOTIFY changed)
     Q_PROPERTY(QString appName READ appName NOTIFY changed)
-    /// {path, name, place, reason, size, isSelected, isLocked} of what may go.
-    Q_PROPERTY(QVariantList items READ items NOTIFY changed)
+    Q_PROPERTY(tessellar::RemovalItems* items READ items CONSTANT)
     Q_PROPERTY(QString total READ total NOTIFY changed)
     Q_PROPERTY(bool canRemove READ canRemove NOTIFY changed)
     Q_PROPERTY(QString warning READ warning NOTIFY changed)
@@ -30,13 +69,13 @@ class RemovalPanel final : public QObject {
     Q_PROPERTY(QString lockText READ lockText CONSTANT)
 
 public:
-    explicit RemovalPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
+    explicit RemovalPanel(LauncherViewModel& viewModel)
+        : _viewModel(viewModel), _items(viewModel.cleanup()) {}
 
     bool isOpen() const { return _viewModel.cleanup().phase() != LauncherCleanup::Phase::idle; }
     QString phase() const;
-    QString appKey() const;
     QString appName() const;
-    QVariantList items() const;
+    RemovalItems* items() { return &_items; }
     QString total() const;
     bool canRemove() const;
     QString warning() const;
@@ -51,13 +90,16 @@ public:
     /// Ends what is under way, or closes.
     Q_INVOKABLE void cancel();
     Q_INVOKABLE void restore();
-    void refresh() { Q_EMIT changed(); }
+    /// Shows what is so now: once a turn of the event loop, however many sizes have come in it.
+    void refresh();
 
 Q_SIGNALS:
     void changed();
 
 private:
     LauncherViewModel& _viewModel;
+    RemovalItems _items;
+    bool _isRefreshWanted = false;
 };
 
 } // namespace tessellar

@@ -10,7 +10,7 @@
 
 namespace tessellar {
 
-/// What the sheet of a smart folder's rules shows and does, in QML's terms.
+/// The sheet of a smart folder's rules in QML's terms.
 class SmartFolderPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -115,8 +115,8 @@ void TileDrag::look() {
     const bool isGapHere = _gapFolder == area.folder && _gapPage == area.page;
     DropGrid grid{.pages = area.pages,
                   .page = area.page,
-                  .columns = area.columns,
-                  .rows = area.rows,
+                  .columns = area.cells.columns,
+                  .rows = area.cells.rows,
                   .gap = isGapHere ? _gap : std::nullopt,
                   .folder = area.folder,
                   .rulesDecide = area.rulesDecide,
@@ -142,7 +142,7 @@ void TileDrag::look() {
     rest(area);
 }
 
-/// Where the pointer stays for a while, something happens.
+/// Dwelling opens folders or turns pages.
 void TileDrag::rest(const Area& area) {
     QString on;
     std::function<void()> then;
@@ -160,15 +160,17 @@ void TileDrag::rest(const Area& area) {
     } else if (_pointer.x() < area.frame.left() + edge || _pointer.x() > area.frame.right() - edge) {
         const int by = _pointer.x() < area.frame.center().x() ? -1 : 1;
         on = QStringLiteral("turn %1 %2").arg(by).arg(area.page);
-        then = [this, by, page = area.page, count = static_cast<int>(area.pages.count()),
-                inFolder = area.folder.has_value()] {
-            if (inFolder)
-                return _viewModel.shown().setFolderPage(page + by);
-            if (page + by < 0 || page + by > count)
+        then = [this, by] {
+            const Area now = _area();
+            const int page = now.page + by;
+            const auto count = static_cast<int>(now.pages.count());
+            if (now.folder)
+                return _viewModel.shown().setFolderPage(page);
+            if (page < 0 || page > count)
                 return;
-            setNewPage(page + by == count);
+            setNewPage(page == count);
             if (!_isOnNewPage)
-                _viewModel.shown().setCurrentPage(page + by);
+                _viewModel.shown().setCurrentPage(page);
         };
     }
     if (on == _restingOn)
@@ -214,11 +216,9 @@ void TileDrag::drop() {
     end();
     LauncherEditor::Outcome outcome;
     if (drop.kind == Drop::Kind::onto)
-        outcome = _viewModel.editor().groupTiles(_viewModel.shown().mode(),
-                                                 tiles, drop.target);
+        outcome = _viewModel.editor().groupTiles(_viewModel.shown().mode(), tiles, drop.target);
     else if (drop.kind == Drop::Kind::between)
-        outcome = _viewModel.editor().moveTiles(_viewModel.shown().mode(),
-                                                tiles, drop.place);
+        outcome = _viewModel.editor().moveTiles(_viewModel.shown().mode(), tiles, drop.place);
     if (!outcome) {
         Q_EMIT refused(outcome.error());
         return;
@@ -234,6 +234,31 @@ bool TileDrag::cancel() {
     if (was)
         end();
     return was;
+}
+
+void TileDrag::follow() {
+    const QSet<QString>& hidden = _viewModel.shown().hiddenKeys();
+    QSet<QUuid> shown;
+    if (isPressed() || isLifted())
+        forEachItem(_viewModel.shown().pages(), [&](const LaunchpadItem& item) {
+            if ((item.id() == _pressed || _liftedSet.contains(item.id())) && isShown(item, hidden))
+                shown.insert(item.id());
+            return true;
+        });
+    if (_pressed && !shown.contains(*_pressed))
+        letGo();
+    if (!isLifted())
+        return;
+    if (!shown.contains(*_heldTile) || !_viewModel.history().guard(_viewModel.shown().mode())) {
+        cancel();
+        return;
+    }
+    if (_lifted.removeIf([&](const QUuid& tile) { return !shown.contains(tile); }) > 0)
+        Q_EMIT changed();
+    _liftedSet = shown;
+    ++_revision;
+    Q_EMIT dropChanged();
+    look();
 }
 
 void TileDrag::end() {

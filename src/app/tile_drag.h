@@ -14,9 +14,9 @@
 
 namespace tessellar {
 
-/// Tiles that the pointer lifts, carries and puts down. Begins with a press on a tile; what a point
-/// means is `dropAt`'s to say, what it comes to the editor's. Pages turn and folders open and close
-/// under tiles that rest at an edge, over a folder or beside its panel.
+/// Tiles that the pointer lifts, carries and puts down. Begins with a press on a tile; `dropAt` decides
+/// what a point means, the editor carries it out. Dwelling at an edge turns pages, over a folder opens
+/// it, beside its panel closes it.
 class TileDrag final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -40,9 +40,7 @@ public:
         int page = 0;
         QRectF frame; ///< of the window, or of the open folder's panel
         GridMetrics cells;
-        int columns = 1;
-        int rows = 1;
-        std::optional<QUuid> folder;
+        std::optional<QUuid> folder = {};
         bool rulesDecide = false;
     };
     using AreaNow = std::function<Area()>;
@@ -75,6 +73,9 @@ public:
     void drop();
     /// They go back to where they were; true when there were any.
     bool cancel();
+    /// The arrangement has changed under the tiles: those that are still shown stay in the hand, over
+    /// what lies there now. Ends when the one that the pointer holds is gone, or nothing may be moved.
+    void follow();
     /// The slots in which the tiles of a page are drawn; empty when each is in its own.
     Q_INVOKABLE QList<int> slotsOf(bool inFolder, int page) const;
 

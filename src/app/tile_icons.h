@@ -7,7 +7,7 @@
 
 namespace tessellar {
 
-/// The images of tiles for the window: icons as they come from the loader, and what is drawn of them.
+/// The images of tiles: icons as the loader decodes them, and what is drawn from them.
 /// Main thread only.
 class TileIcons final : public QObject {
     Q_OBJECT

@@ -1,11 +1,16 @@
 #include "app/tile_search.h"
 
 #include "launcher/launcher_search.h"
-#include "launcher/launcher_updates.h"
+#include "launcher/live_layout.h"
 
 #include <algorithm>
 
 namespace tessellar {
+
+TileSearch::TileSearch(LauncherViewModel& viewModel, const TileFacts& facts)
+    : _viewModel(viewModel), _results(facts) {
+    connect(&_results, &GridModel::turned, this, &TileSearch::turnTo);
+}
 
 void TileSearch::setText(const QString& text) {
     // Blanks alone are no query; typed first, they would only hide the grid.
@@ -17,36 +22,30 @@ void TileSearch::setText(const QString& text) {
     }
     _text = now;
     _selected.reset();
-    _page = 0;
+    _results.setPage(0);
     refresh();
-    if (const Page best = shown().tiles(0); !best.isEmpty())
-        _selected = best.first().id();
+    if (const PageModel* best = _results.tilesOf(0); best && !best->tiles().isEmpty())
+        _selected = QUuid::fromString(best->tiles().first().id);
     Q_EMIT changed();
-    Q_EMIT pageChanged();
     Q_EMIT selectionChanged();
 }
 
 void TileSearch::refresh() {
-    Pages pages;
-    if (isActive()) {
-        Page found;
-        for (const SearchIndex::Hit& hit : _viewModel.search().search(_viewModel.shown().mode(), _text))
-            found.append(*hit.entry);
-        const int capacity = pageGeometry(_viewModel.shown().settings()).capacity();
-        for (qsizetype first = 0; first < found.size(); first += capacity)
-            pages.append(found.mid(first, capacity));
-        _results.setPages(ShownPages(pages, {}, capacity), _viewModel.shown().unavailableAppKeys(), {},
-                          [this](const QString& key) { return _viewModel.updates().badge(key); });
-    } else if (_results.pageCount() > 0) {
-        _results.setPages({}, {}, {}, {});
-    }
-    setPage(_page);
+    if (!isActive())
+        return _results.setPages({});
+    const auto hits = _viewModel.search().search(_viewModel.shown().mode(), _text);
+    const qsizetype capacity = pageGeometry(_viewModel.shown().settings()).capacity();
+    _results.setPages({(hits.size() + capacity - 1) / capacity, [hits, capacity](qsizetype page) {
+                           Page tiles;
+                           for (const SearchIndex::Hit& hit : hits.mid(page * capacity, capacity))
+                               tiles.append(*hit.entry);
+                           return tiles;
+                       }});
+    turnTo(_results.page());
 }
 
-void TileSearch::setPage(int page) {
-    page = std::clamp(page, 0, std::max(0, _results.pageCount() - 1));
-    if (std::exchange(_page, page) != page)
-        Q_EMIT pageChanged();
+void TileSearch::turnTo(int page) {
+    _results.setPage(std::clamp(page, 0, std::max(0, _results.pageCount() - 1)));
 }
 
 void TileSearch::select(const QUuid& tile) {

@@ -6,7 +6,7 @@
 
 namespace tessellar {
 
-/// What is typed into the search field and the pages of what it finds, best first.
+/// What is typed into the search field, and the pages of what it finds, best first.
 class TileSearch final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -14,10 +14,9 @@ class TileSearch final : public QObject {
     Q_PROPERTY(bool isActive READ isActive NOTIFY changed)
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
     Q_PROPERTY(tessellar::GridModel* results READ results CONSTANT)
-    Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
 
 public:
-    explicit TileSearch(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
+    TileSearch(LauncherViewModel& viewModel, const TileFacts& facts);
 
     bool isActive() const { return !_text.isEmpty(); }
     QString text() const { return _text; }
@@ -27,22 +26,20 @@ public:
     void refresh();
 
     GridModel* results() { return &_results; }
-    const ShownPages& shown() const { return _results.shown(); }
-    int page() const { return _page; }
-    void setPage(int page);
+    const GridModel* results() const { return &_results; }
+    /// The nearest page there is.
+    void turnTo(int page);
     const std::optional<QUuid>& selected() const { return _selected; }
     void select(const QUuid& tile);
 
 Q_SIGNALS:
     void changed();
-    void pageChanged();
     void selectionChanged();
 
 private:
     LauncherViewModel& _viewModel;
     QString _text;
     GridModel _results;
-    int _page = 0;
     std::optional<QUuid> _selected;
 };
 

@@ -4,6 +4,8 @@
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_updates.h"
 
+#include <QMetaMethod>
+
 namespace tessellar {
 
 QString UpdatesPanel::title() { return update_texts::settingsTitle; }
@@ -12,9 +14,19 @@ bool UpdatesPanel::isEnabled() const { return _viewModel.updates().isEnabled(); 
 QString UpdatesPanel::summary() const { return _viewModel.updates().summary(); }
 bool UpdatesPanel::isChecking() const { return _viewModel.updates().isChecking(); }
 
+void UpdatesPanel::refresh() {
+    Q_EMIT changed();
+    // A check that goes on is told often; the list is made anew only when somebody sees it and it
+    // differs.
+    static const QMetaMethod watched = QMetaMethod::fromSignal(&UpdatesPanel::availableChanged);
+    if (!isSignalConnected(watched))
+        return;
+    if (const QVariantList now = available(); std::exchange(_listed, now) != now)
+        Q_EMIT availableChanged();
+}
+
 void UpdatesPanel::report(const LauncherUpdates::Outcome& outcome) {
-    if (!outcome)
-        _viewModel.messages().report(outcome.error());
+    _viewModel.messages().report(outcome);
 }
 
 void UpdatesPanel::setEnabled(bool isEnabled) {

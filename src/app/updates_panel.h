@@ -9,7 +9,7 @@
 
 namespace tessellar {
 
-/// What the sheet about updates shows and does, in QML's terms.
+/// The sheet about updates in QML's terms.
 class UpdatesPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -23,7 +23,7 @@ class UpdatesPanel final : public QObject {
     Q_PROPERTY(double progress READ progress NOTIFY changed) ///< from 0 to 1
     Q_PROPERTY(QString progressText READ progressText NOTIFY changed)
     /// {appKey, name, text, action, isRunning, canRun} of the applications that have one.
-    Q_PROPERTY(QVariantList available READ available NOTIFY changed)
+    Q_PROPERTY(QVariantList available READ available NOTIFY availableChanged)
 
 public:
     explicit UpdatesPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
@@ -44,15 +44,17 @@ public:
     Q_INVOKABLE void cancelCheck();
     Q_INVOKABLE void run(const QString& appKey);
     Q_INVOKABLE void cancelRun();
-    void refresh() { Q_EMIT changed(); }
+    void refresh();
 
 Q_SIGNALS:
     void changed();
+    void availableChanged();
 
 private:
     void report(const LauncherUpdates::Outcome& outcome);
 
     LauncherViewModel& _viewModel;
+    QVariantList _listed; ///< while the sheet shows them
 };
 
 } // namespace tessellar

@@ -5,8 +5,8 @@
 
 namespace tessellar {
 
-/// Turns what a wheel or a trackpad without phases sends into pages: one for each notch of a wheel, and
-/// one for a stroke of a trackpad, however long it coasts. Times in milliseconds.
+/// Turns the deltas of a wheel, or of a trackpad without phases, into pages: one for each notch of a
+/// wheel, one for each stroke of a trackpad, however long it coasts. Times in milliseconds.
 class WheelPaging {
 public:
     /// A delta in eighths of a degree (120 a notch), to higher pages where positive. Returns by how

@@ -23,51 +23,46 @@ bool IconLoader::isFresh(const IconWish& wish) const {
     return cached && !cached->isStale && cached->side == _side && cached->bundlePath == wish.bundlePath;
 }
 
-void IconLoader::want(const Wishes& wishes, int side) {
-    _wishes = wishes;
+void IconLoader::want(Wishes wishes, int side) {
+    _wishes = std::move(wishes);
     _side = side;
-    _waiting.clear();
 
-    QSet<QString> wanted;
-    for (const auto& phase : wishes)
-        for (const IconWish& wish : phase)
-            wanted.insert(wish.appKey);
+    QSet<QString> near;
+    for (const auto* list : {&_wishes.visible, &_wishes.neighbours})
+        for (const IconWish& wish : *list)
+            near.insert(wish.appKey);
     std::erase_if(_running, [&](const auto& entry) {
-        return entry.second.side != _side || !wanted.contains(entry.first);
+        return entry.second.side != _side || !(entry.second.isOfRest || near.contains(entry.first));
     });
 
     // What is looked up last is pushed out last: the visible page goes to the front of the cache after
     // its neighbours.
-    for (const Phase phase : {neighbours, visible})
-        for (const IconWish& wish : wishes[phase])
+    for (const auto* list : {&_wishes.neighbours, &_wishes.visible})
+        for (const IconWish& wish : *list)
             (void)_cache.object(wish.appKey);
-    for (const Phase phase : {visible, neighbours})
-        for (const IconWish& wish : wishes[phase])
+    for (const auto* list : {&_wishes.visible, &_wishes.neighbours})
+        for (const IconWish& wish : *list)
             if (!isFresh(wish))
                 start(wish);
-    for (const IconWish& wish : wishes[rest])
-        if (!isFresh(wish))
-            _waiting.append(wish);
-    startWaiting();
+    startRest();
 }
 
 bool IconLoader::hasVisible() const {
     return std::ranges::none_of(
-        _wishes[visible], [this](const IconWish& wish) { return _running.contains(wish.appKey); });
+        _wishes.visible, [this](const IconWish& wish) { return _running.contains(wish.appKey); });
 }
 
 void IconLoader::cancel() {
     _wishes = {};
-    _waiting.clear();
     _running.clear();
 }
 
-void IconLoader::start(const IconWish& wish) {
+void IconLoader::start(const IconWish& wish, bool isOfRest) {
     const auto found = _running.find(wish.appKey);
     if (found != _running.end() && found->second.wish == wish)
         return;
     std::optional<QString> custom = _customIcons ? _customIcons(wish.appKey) : std::nullopt;
-    Running running{.task = {}, .wish = wish, .side = _side};
+    Running running{.task = {}, .wish = wish, .side = _side, .isOfRest = isOfRest};
     running.task = _workers.run(
         [&files = _files, decoder = _decoder, path = wish.bundlePath, custom = std::move(custom),
          side = _side](std::stop_token) { return loadAppIcon(files, *decoder, path, custom, side); },
@@ -75,17 +70,18 @@ void IconLoader::start(const IconWish& wish) {
     _running.insert_or_assign(wish.appKey, std::move(running));
 }
 
-void IconLoader::startWaiting() {
+void IconLoader::startRest() {
     // Few at a time: what the user turns to next is not to wait behind a long queue.
     const std::size_t few = std::size_t(2) * _workers.threadCount();
     const qsizetype bytes = qsizetype(4) * _side * _side;
-    while (!_waiting.isEmpty() && _running.size() < few) {
+    while (_wishes.rest && _running.size() < few) {
         const qsizetype promised = static_cast<qsizetype>(_running.size() + 1) * bytes;
-        if (_cache.totalCost() + promised > _cache.maxCost()) {
-            _waiting.clear();
-            return;
-        }
-        start(_waiting.takeFirst());
+        const bool hasRoom = _cache.totalCost() + promised <= _cache.maxCost();
+        const auto next = hasRoom ? _wishes.rest() : std::nullopt;
+        if (!next)
+            _wishes.rest = nullptr;
+        else if (!isFresh(*next))
+            start(*next, true);
     }
 }
 
@@ -95,7 +91,7 @@ void IconLoader::finish(const IconWish& wish, int side, QImage image) {
     _cache.insert(wish.appKey,
                   new Cached{.image = std::move(image), .bundlePath = wish.bundlePath, .side = side},
                   cost);
-    startWaiting();
+    startRest();
     if (_ready)
         _ready(wish.appKey);
 }
@@ -115,8 +111,8 @@ void IconLoader::reload(const QString& appKey) {
     if (Cached* cached = _cache.object(appKey))
         cached->isStale = true;
     _running.erase(appKey);
-    for (const auto& phase : _wishes)
-        for (const IconWish& wish : phase)
+    for (const auto* list : {&_wishes.visible, &_wishes.neighbours})
+        for (const IconWish& wish : *list)
             if (wish.appKey == appKey)
                 return start(wish);
 }

@@ -10,7 +10,6 @@
 #include <QList>
 #include <QString>
 
-#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -29,15 +28,19 @@ struct IconWish {
 /// Decodes the icons of application tiles on workers, at the size in which they are shown, and keeps
 /// them in a cache that is bounded in bytes. Main thread only.
 ///
-/// What is wanted is said as a whole, in phases, whenever the user moves: the visible page, its
-/// neighbours, the rest. Work for what is no longer wanted is cancelled. The first two phases may push
-/// out what was shown longest ago; the rest is loaded only while there is room.
+/// The caller states everything it wants whenever the user moves: the visible page, its neighbours and
+/// the rest. Work for pages that are no longer near is cancelled. The first two may push out what was
+/// shown longest ago; the rest is asked for one by one, and loaded only while there is room.
 class IconLoader {
 public:
     static constexpr qsizetype defaultMaximumBytes = qsizetype(40) << 20;
 
-    enum Phase { visible, neighbours, rest };
-    using Wishes = std::array<QList<IconWish>, 3>;
+    struct Wishes {
+        QList<IconWish> visible;
+        QList<IconWish> neighbours;
+        /// The next one of the rest; nothing at its end. Thousands need not be listed at each move.
+        std::function<std::optional<IconWish>()> rest;
+    };
     /// The file of a user's own icon for an app key, where there is one; asked on the main thread.
     using CustomIcons = std::function<std::optional<QString>(const QString& appKey)>;
 
@@ -51,7 +54,7 @@ public:
 
     /// What is wanted from now on, `side` pixels a side. Icons that are there in this size are kept;
     /// those of another size serve until their successors have come.
-    void want(const Wishes& wishes, int side);
+    void want(Wishes wishes, int side);
     /// Nothing is wanted any more; what has been decoded stays.
     void cancel();
 
@@ -66,7 +69,7 @@ public:
 
     /// True when nothing of the visible page is awaited any more.
     bool hasVisible() const;
-    bool isIdle() const { return _running.empty() && _waiting.isEmpty(); }
+    bool isIdle() const { return _running.empty() && !_wishes.rest; }
     qsizetype cachedBytes() const { return _cache.totalCost(); }
     qsizetype maximumBytes() const { return _cache.maxCost(); }
 
@@ -81,11 +84,12 @@ private:
         Task task;
         IconWish wish;
         int side = 0;
+        bool isOfRest = false;
     };
 
     bool isFresh(const IconWish& wish) const;
-    void start(const IconWish& wish);
-    void startWaiting();
+    void start(const IconWish& wish, bool isOfRest = false);
+    void startRest();
     void finish(const IconWish& wish, int side, QImage image);
 
     const FileSystem& _files;
@@ -96,7 +100,6 @@ private:
 
     int _side = 128;
     Wishes _wishes;
-    QList<IconWish> _waiting; ///< of the rest; the two earlier phases are begun at once
     std::unordered_map<QString, Running> _running;
     QCache<QString, Cached> _cache;
     QImage _generic;

@@ -228,6 +228,7 @@ void LiveLayout::setDocument(LayoutDocument document) {
 void LiveLayout::setArrangement(LayoutDocument document) {
     _document = std::move(document);
     _lookups.reset();
+    replaced.notify();
     setNavigation({});
     changed.notify();
 }

@@ -86,7 +86,8 @@ public:
     /// The grid's settings, or what smart folders show, have changed.
     void refresh();
 
-    Signal<> changed; ///< tiles, hidden or unavailable applications, settings
+    Signal<> replaced; ///< by another arrangement; `changed` follows
+    Signal<> changed;  ///< tiles, hidden or unavailable applications, settings
     Signal<> navigationChanged;
     Signal<> selectionChanged;
 

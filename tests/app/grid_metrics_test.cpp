@@ -32,8 +32,9 @@ TEST(GridMetrics, FitEverySettingOnEveryScreen) {
                          {std::pair(0, 1), std::pair(7, 1), std::pair(15, 3)}) {
                         const FolderMetrics folder = folderMetrics(screen, full, layout, tiles, pages);
                         EXPECT_TRUE(QRectF({}, screen).contains(folder.panel));
-                        const int used = std::max(1, (tiles + folder.columns - 1) / folder.columns);
-                        expectFits(folder.grid, folder.columns, used, folder.panel.size(),
+                        const int used =
+                            std::max(1, (tiles + folder.grid.columns - 1) / folder.grid.columns);
+                        expectFits(folder.grid, folder.grid.columns, used, folder.panel.size(),
                                    "in a folder");
                     }
                 }
@@ -71,8 +72,8 @@ TEST(GridMetrics, AFolderOfFewIsSmall) {
     const FolderMetrics few = folderMetrics({1440, 900}, grid, layout, 3, 1);
     const FolderMetrics full = folderMetrics({1440, 900}, grid, layout, 15, 1);
     const FolderMetrics paged = folderMetrics({1440, 900}, grid, layout, 15, 2);
-    EXPECT_EQ(few.columns, 4);
-    EXPECT_EQ(full.columns, 5);
+    EXPECT_EQ(few.grid.columns, 4);
+    EXPECT_EQ(full.grid.columns, 5);
     EXPECT_LT(few.panel.height(), full.panel.height());
     EXPECT_GT(paged.panel.height(), full.panel.height()) << "room for the dots";
 }

@@ -1,5 +1,7 @@
 #include "app/grid_model.h"
 
+#include "app/icon_wishes.h"
+
 #include "support/items.h"
 #include "support/printers.h"
 
@@ -16,51 +18,79 @@ TEST(GridModel, SaysWhatATileShows) {
     FolderEntry trees =
         folder(u"Trees"_s, {{app(u"Ash"_s), folder(u"Inner"_s, {{app(u"Elm"_s), app(u"Fir"_s)}})}});
     trees.customSymbolName = u"star"_s;
-    GridModel model;
+    GridModel model({.isUnavailable = [](const QString& key) { return key == u"org.example.oak"; },
+                     .badge = [](const QString& key) { return key.right(3); },
+                     .smartFolder =
+                         [](const QUuid&) {
+                             return TileFacts::SmartFolder{.name = u"Large"_s,
+                                                           .symbolName = u"moon"_s,
+                                                           .icons = {iconWish(app(u"Elm"_s))},
+                                                           .count = 2000};
+                         }});
     model.setPages(
-        ShownPages({{app(u"Oak"_s), trees, SmartFolderReference{idOf(u"smart"_s)}}}, {}, 40),
-        {u"org.example.oak"_s},
-        [](const LaunchpadItem&) {
-            return folder(u"Large"_s, {{app(u"Elm"_s), app(u"Fir"_s)}});
-        },
-        [](const QString& appKey) { return appKey.right(3); });
+        ShownPages({{app(u"Oak"_s), trees, SmartFolderReference{idOf(u"smart"_s)}}}, {}, 40));
     ASSERT_EQ(model.pageCount(), 1);
-    const QList<TileView>& tiles = model.page(0)->tiles();
+    PageModel& page = *model.tilesOf(0);
+    const auto keys = [&](int row) { return page.data(page.index(row), PageModel::AppKeysRole); };
+    const QList<TileView>& tiles = page.tiles();
     ASSERT_EQ(tiles.size(), 3);
     EXPECT_EQ(tiles[0].label, u"Oak");
-    EXPECT_EQ(tiles[0].appKeys, QStringList{u"org.example.oak"_s});
+    EXPECT_EQ(keys(0), QStringList{u"org.example.oak"_s});
     EXPECT_TRUE(tiles[0].isUnavailable);
     EXPECT_EQ(tiles[0].badge, u"oak");
     EXPECT_EQ(tiles[1].kind, IconItem::Folder);
-    EXPECT_EQ(tiles[1].appKeys, (QStringList{u"org.example.ash"_s, u"org.example.elm"_s}));
+    EXPECT_EQ(keys(1), (QStringList{u"org.example.ash"_s, u"org.example.elm"_s}));
     EXPECT_EQ(tiles[1].symbolName, u"star");
     EXPECT_EQ(tiles[2].kind, IconItem::SmartFolder);
     EXPECT_EQ(tiles[2].label, u"Large");
-    EXPECT_EQ(tiles[2].appKeys, (QStringList{u"org.example.elm"_s, u"org.example.fir"_s}));
-    EXPECT_EQ(tiles[2].badge, u"2");
-    EXPECT_EQ(model.page(1), nullptr);
+    EXPECT_EQ(keys(2), QStringList{u"org.example.elm"_s});
+    EXPECT_EQ(tiles[2].symbolName, u"moon");
+    EXPECT_EQ(tiles[2].badge, u"2000");
+    EXPECT_EQ(model.tilesOf(1), nullptr);
 }
 
 TEST(GridModel, ReportsOnlyTheTilesThatChanged) {
-    GridModel model;
-    const auto show = [&](const Pages& pages) {
-        model.setPages(ShownPages(pages, {}, 40), {},
-                       [](const LaunchpadItem&) { return FolderEntry(); });
-    };
+    GridModel model({});
+    const auto show = [&](const Pages& pages) { model.setPages(ShownPages(pages, {}, 40)); };
     show({{app(u"Ash"_s), app(u"Elm"_s), app(u"Oak"_s)}});
-    QSignalSpy changed(model.page(0), &PageModel::dataChanged);
-    QSignalSpy inserted(model.page(0), &PageModel::rowsInserted);
-    QSignalSpy removed(model.page(0), &PageModel::rowsRemoved);
+    QSignalSpy changed(model.tilesOf(0), &PageModel::dataChanged);
+    QSignalSpy inserted(model.tilesOf(0), &PageModel::rowsInserted);
+    QSignalSpy removed(model.tilesOf(0), &PageModel::rowsRemoved);
     QSignalSpy counted(&model, &GridModel::pageCountChanged);
+    ASSERT_EQ(model.tilesOf(0)->rowCount(), 3);
     show({{app(u"Ash"_s), app(u"Fir"_s), app(u"Oak"_s), app(u"Yew"_s)}});
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
+    EXPECT_FALSE(changed[0][2].value<QList<int>>().contains(PageModel::BadgeRole));
     ASSERT_EQ(inserted.count(), 1);
     EXPECT_EQ(inserted[0][1].toInt(), 3);
     show({{app(u"Ash"_s)}, {app(u"Fir"_s)}});
     EXPECT_EQ(removed.count(), 1);
     EXPECT_EQ(counted.count(), 1);
-    EXPECT_EQ(model.page(0)->rowCount(), 1);
+    EXPECT_EQ(model.tilesOf(0)->rowCount(), 1);
+    model.setHasNewPage(true);
+    show({{app(u"Ash"_s), app(u"Elm"_s)}});
+    EXPECT_EQ(model.pageCount(), 2) << "the new page stays when pages change under it";
+    EXPECT_EQ(model.tilesOf(1)->rowCount(), 0);
+}
+
+TEST(GridModel, FillsAPageWhenItIsLookedAt) {
+    int asked = 0;
+    GridModel model({.isUnavailable = {},
+                     .badge = [&](const QString&) { return QString::number(++asked); },
+                     .smartFolder = {}});
+    const ShownPages pages({{app(u"Ash"_s)}, {app(u"Elm"_s), app(u"Fir"_s)}}, {}, 40);
+    model.setPages(pages);
+    EXPECT_EQ(asked, 0);
+    EXPECT_EQ(model.tilesOf(1)->rowCount(), 2);
+    EXPECT_EQ(asked, 2);
+    model.setPages(pages);
+    EXPECT_EQ(asked, 2) << "nobody watches that page";
+    EXPECT_EQ(model.tilesOf(1)->tiles().last().badge, u"4") << "yet what it says is so now";
+    const QSignalSpy watcher(model.tilesOf(1), &PageModel::dataChanged);
+    model.refresh();
+    EXPECT_EQ(asked, 6);
+    EXPECT_EQ(watcher.count(), 2);
 }
 
 } // namespace

@@ -152,7 +152,7 @@ protected:
                     resting = resting && !pager->isMoving();
                 if (item->objectName() == u"folderOverlay")
                     resting = resting && item->property("progress").toDouble() ==
-                                             (launcher().isFolderOpen() ? 1 : 0);
+                                             (launcher().folder()->isOpen() ? 1 : 0);
             });
             return resting;
         });

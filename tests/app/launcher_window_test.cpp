@@ -1,8 +1,8 @@
-#include "launcher/installed_applications.h"
-#include "launcher/live_layout.h"
 #include "launcher_fixture.h"
 
 #include "icns_bytes.h"
+#include "launcher/installed_applications.h"
+#include "launcher/live_layout.h"
 
 namespace tessellar::test {
 namespace {
@@ -98,12 +98,12 @@ TEST_F(LauncherWindowTest, AFolderOpensOverTheGridWithPagesOfItsOwn) {
     start();
 
     click(u"Trees"_s);
-    EXPECT_TRUE(launcher().isFolderOpen());
-    EXPECT_EQ(launcher().folderTitle(), u"Trees");
+    EXPECT_TRUE(launcher().folder()->isOpen());
+    EXPECT_EQ(launcher().folder()->title(), u"Trees");
     ASSERT_TRUE(rests());
-    EXPECT_EQ(launcher().folder()->pageCount(), 3);
+    EXPECT_EQ(launcher().folder()->tiles()->pageCount(), 3);
     wheel({0, -120});
-    EXPECT_EQ(launcher().folderPage(), 1);
+    EXPECT_EQ(launcher().folder()->tiles()->page(), 1);
     EXPECT_EQ(viewModel().shown().currentPage(), 0);
     press(Qt::Key_Right);
     EXPECT_EQ(selectedLabel(), u"A03");
@@ -111,13 +111,13 @@ TEST_F(LauncherWindowTest, AFolderOpensOverTheGridWithPagesOfItsOwn) {
     ASSERT_TRUE(rests());
 
     click(u"Inner"_s);
-    EXPECT_EQ(launcher().folderTitle(), u"Inner");
+    EXPECT_EQ(launcher().folder()->title(), u"Inner");
     ASSERT_TRUE(rests());
     press(Qt::Key_Escape);
-    EXPECT_EQ(launcher().folderTitle(), u"Trees");
+    EXPECT_EQ(launcher().folder()->title(), u"Trees");
     ASSERT_TRUE(rests());
     clickAt({20, 400}); // beside the panel
-    EXPECT_FALSE(launcher().isFolderOpen());
+    EXPECT_FALSE(launcher().folder()->isOpen());
     ASSERT_TRUE(rests());
 
     QSignalSpy closed(window.get(), &LauncherWindow::closed);
@@ -157,14 +157,14 @@ TEST_F(LauncherWindowTest, AnAlertStandsBeforeEverythingElse) {
     install({u"Ash"_s});
     mac.write(mac.machine.places.applicationFolder() + u"/layout.json"_s, "damaged");
     start();
-    ASSERT_TRUE(launcher().hasAlert());
-    EXPECT_FALSE(launcher().alertText().isEmpty());
+    ASSERT_TRUE(launcher().alert()->isOpen());
+    EXPECT_FALSE(launcher().alert()->text().isEmpty());
     press(Qt::Key_Right);
     EXPECT_EQ(selectedLabel(), QString());
     click(u"Ash"_s);
     EXPECT_EQ(opened(), QStringList());
     press(Qt::Key_Return);
-    EXPECT_FALSE(launcher().hasAlert());
+    EXPECT_FALSE(launcher().alert()->isOpen());
 }
 
 TEST_F(LauncherWindowTest, TheOtherModeHasItsOwnGridAndSize) {
@@ -173,7 +173,7 @@ TEST_F(LauncherWindowTest, TheOtherModeHasItsOwnGridAndSize) {
     EXPECT_EQ(view().size(), QSize(1280, 800));
     viewModel().layouts().show(LauncherWindowMode::windowed);
     EXPECT_LT(view().width(), 1000);
-    EXPECT_EQ(launcher().columns(), 7);
+    EXPECT_EQ(launcher().grid()->metrics().columns, 7);
     ASSERT_TRUE(QTest::qWaitFor([&] { return view().rootObject()->width() == view().width(); }));
     EXPECT_TRUE(tile(u"A35"_s));
     EXPECT_FALSE(tile(u"A36"_s));

@@ -25,7 +25,7 @@ protected:
     void openNew() {
         QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 400});
         choose(u"New Smart Folder…"_s);
-        ASSERT_EQ(launcher().sheet(), u"smartFolder");
+        ASSERT_EQ(launcher().sheets()->current(), u"smartFolder");
         layOut();
     }
     /// A frame lays the items out.
@@ -63,7 +63,7 @@ TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
     type(u"trees"_s);
     EXPECT_EQ(panel().issue(), u"Complete every rule.");
     press(Qt::Key_Return);
-    EXPECT_EQ(launcher().sheet(), u"smartFolder") << "not before it is complete";
+    EXPECT_EQ(launcher().sheets()->current(), u"smartFolder") << "not before it is complete";
     // To the rule, past the symbols, the mode, the field and its condition.
     for (int i = 0; i < 40 && !itemWith("objectName", u"ruleValue"_s)
                                    ->property("input")
@@ -82,7 +82,7 @@ TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return matches() == QStringList{u"Ash"_s, u"Aspen"_s}; }));
     EXPECT_EQ(panel().summary(), u"2 apps match.");
     press(Qt::Key_Return);
-    EXPECT_EQ(launcher().sheet(), QString());
+    EXPECT_EQ(launcher().sheets()->current(), QString());
     EXPECT_TRUE(tile(u"trees"_s));
     EXPECT_FALSE(launcher().search()->isActive());
     press(Qt::Key_Z, Qt::ControlModifier);
@@ -169,7 +169,7 @@ TEST_F(SmartFolderSheetTest, WhatIsTypedIsNotRewrittenUnderTheHands) {
     press(Qt::Key_Tab);
     EXPECT_EQ(value(), u"1/2/2020") << "afterwards as dates are written";
     clickNamed(u"smartFolderCancel"_s);
-    EXPECT_EQ(launcher().sheet(), QString());
+    EXPECT_EQ(launcher().sheets()->current(), QString());
     EXPECT_TRUE(definitions().isEmpty());
 }
 

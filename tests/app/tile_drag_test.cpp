@@ -1,9 +1,10 @@
-#include "launcher/launcher_editor.h"
-#include "launcher/live_layout.h"
-#include "launcher/smart_folder_library.h"
 #include "launcher_fixture.h"
 
-#include "smartfolders/smart_folder_rule.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/layout_archive.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
 
 namespace tessellar::test {
 namespace {
@@ -92,9 +93,9 @@ TEST_F(TileDragTest, OutsideAnOpenFoldersPanelATileComesOut) {
     const QPoint outside(view().width() / 2, view().height() - 30);
     QTest::mousePress(&view(), Qt::LeftButton, {}, from);
     carry(from, outside);
-    EXPECT_TRUE(launcher().isFolderOpen());
+    EXPECT_TRUE(launcher().folder()->isOpen());
     mac.time.advance(TileDrag::leaveDelay);
-    EXPECT_FALSE(launcher().isFolderOpen());
+    EXPECT_FALSE(launcher().folder()->isOpen());
     ASSERT_TRUE(rests());
     const QPoint first = beside(u"A01"_s, -50);
     QTest::mouseMove(&view(), first);
@@ -108,14 +109,14 @@ TEST_F(TileDragTest, LetGoBesideThePanelAtOnceItComesOutTooAndAFolderOpensUnderA
     QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
     carry(at(u"A01"_s), folder);
     mac.time.advance(TileDrag::openDelay);
-    EXPECT_TRUE(launcher().isFolderOpen());
+    EXPECT_TRUE(launcher().folder()->isOpen());
     ASSERT_TRUE(rests());
     const QPoint first = beside(u"A03"_s, -50);
     QTest::mouseMove(&view(), first);
     QTest::mouseRelease(&view(), Qt::LeftButton, {}, first);
     EXPECT_EQ(shownTiles(), u"A02 [F: A01 A03 A04]|A05 A06");
     drag(at(u"A04"_s), {view().width() / 2, view().height() - 30});
-    EXPECT_FALSE(launcher().isFolderOpen());
+    EXPECT_FALSE(launcher().folder()->isOpen());
     EXPECT_EQ(shownTiles(), u"A02 [F: A01 A03] A04|A05 A06");
 }
 
@@ -143,7 +144,7 @@ TEST_F(TileDragTest, InABlockedArrangementNothingIsLifted) {
     mac.write(mac.machine.places.applicationFolder() + u"/layout.json"_s, "damaged");
     start();
     press(Qt::Key_Return);
-    ASSERT_FALSE(launcher().hasAlert());
+    ASSERT_FALSE(launcher().alert()->isOpen());
     const QString before = shownTiles();
     QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
     carry(at(u"A01"_s), at(u"A02"_s));
@@ -167,18 +168,62 @@ TEST_F(TileDragTest, WhatASmartFolderShowsStaysInIt) {
     const QString before = shownTiles();
     drag(at(u"A01"_s), {view().width() / 2, view().height() - 30});
     EXPECT_EQ(shownTiles(), before);
-    EXPECT_TRUE(launcher().isFolderOpen());
+    EXPECT_TRUE(launcher().folder()->isOpen());
 }
 
-TEST_F(TileDragTest, ALayoutThatChangesMeanwhileTakesTheTileFromTheHand) {
+TEST_F(TileDragTest, ARescanAndAnEvaluationLeaveTheTileInTheHand) {
     showTwoPagesAndAFolder();
+    ASSERT_TRUE(viewModel().editor().addSmartFolder(viewModel().shown().mode(),
+                                                    SmartFolderTemplate::installedThisWeek));
     QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
     carry(at(u"A01"_s), beside(u"A02"_s, 50));
     ASSERT_TRUE(launcher().drag()->isLifted());
+    install({u"Birch"_s});
+    mac.remove(u"/Applications/A06.app"_s);
+    bool isDone = false;
+    viewModel().applications().look([&] { isDone = true; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        const auto& folders = viewModel().smartFolders();
+        return folders.appKeys(folders.definitions().first().id).size() == 6;
+    }));
+    EXPECT_TRUE(launcher().drag()->isLifted());
+    EXPECT_EQ(launcher().tileView(launcher().drag()->heldTile()).value(u"label"_s), u"A01"_s);
+    const QPoint after = beside(u"A02"_s, 50);
+    QTest::mouseMove(&view(), after);
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, after);
+    EXPECT_TRUE(shownTiles().startsWith(u"A02 A01 [F: A03 A04]")) << shownTiles().toStdString();
+}
+
+TEST_F(TileDragTest, TilesThatGoLeaveTheHandAndTheHeldOneEndsTheDrag) {
+    showTwoPagesAndAFolder();
+    QTest::mouseClick(&view(), Qt::LeftButton, Qt::ControlModifier, at(u"A01"_s));
+    QTest::mouseClick(&view(), Qt::LeftButton, Qt::ControlModifier, at(u"A02"_s));
+    QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
+    carry(at(u"A01"_s), {900, 500});
+    ASSERT_EQ(launcher().drag()->liftedIds().size(), 2);
     ASSERT_TRUE(viewModel().editor().hideApps(viewModel().shown().mode(), {idOf(u"A02"_s)}));
+    EXPECT_EQ(launcher().drag()->liftedIds(), QStringList{toText(idOf(u"A01"_s))});
+    ASSERT_TRUE(viewModel().editor().hideApps(viewModel().shown().mode(), {idOf(u"A01"_s)}));
     EXPECT_FALSE(launcher().drag()->isLifted());
     QTest::mouseRelease(&view(), Qt::LeftButton, {}, {200, 300});
     EXPECT_EQ(shownTiles(), u"A01 A02 [F: A03 A04]|A05 A06");
+}
+
+TEST_F(TileDragTest, AnArrangementThatIsReplacedTakesTheTileFromTheHand) {
+    showTwoPagesAndAFolder();
+    const auto saved = viewModel().archive().save(viewModel().shown().mode(), u"Before"_s);
+    ASSERT_TRUE(saved);
+    for (const auto& replace : std::initializer_list<std::function<void()>>{
+             [&] { ASSERT_TRUE(viewModel().archive().restore(viewModel().shown().mode(), saved->id)); },
+             [&] { ASSERT_TRUE(viewModel().archive().reset(viewModel().shown().mode())); }}) {
+        QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
+        carry(at(u"A01"_s), beside(u"A02"_s, 50));
+        ASSERT_TRUE(launcher().drag()->isLifted());
+        replace();
+        EXPECT_FALSE(launcher().drag()->isLifted());
+        QTest::mouseRelease(&view(), Qt::LeftButton, {}, {200, 300});
+    }
 }
 
 } // namespace

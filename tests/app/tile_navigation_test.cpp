@@ -26,7 +26,7 @@ TEST(TileNavigation, WalksRowsAndPages) {
     const GridGeometry geometry{.rows = 3, .columns = 3};
     const auto step = [&](QChar from, Direction direction) {
         const auto place = pages.placeOf(idOf(from));
-        const auto to = neighbour(pages, geometry, place->page, place, direction);
+        const auto to = neighbour(pages, geometry, place->page, place->slot, direction);
         return pages.tiles(to->page).at(to->slot).app()->name;
     };
     using enum Direction;
@@ -45,33 +45,46 @@ TEST(TileNavigation, WalksRowsAndPages) {
 
     const auto first = neighbour(pages, geometry, 1, std::nullopt, left);
     EXPECT_EQ(first, (ShownPlace{1, 0}));
-    EXPECT_EQ(neighbour(pages, geometry, 1, ShownPlace{0, 3}, right), (ShownPlace{1, 0}))
-        << "a tile on a page that is not shown is no beginning";
-    EXPECT_EQ(neighbour(ShownPages(), geometry, 0, std::nullopt, right), std::nullopt);
+    EXPECT_EQ(neighbour(TilePages(), geometry, 0, std::nullopt, right), std::nullopt);
 }
 
 TEST(IconWishes, ComeInTheOrderInWhichTheyAreSeen) {
-    const auto keys = [](const QList<IconWish>& wishes) {
+    const auto letter = [](const IconWish& wish) {
+        return FileSystem::fileName(wish.bundlePath).front();
+    };
+    const auto letters = [&](const QList<IconWish>& wishes) {
         QString text;
         for (const IconWish& wish : wishes)
-            text += FileSystem::fileName(wish.bundlePath).front();
+            text += letter(wish);
         return text;
+    };
+    const auto smart = [&](const QUuid&) {
+        return TileFacts::SmartFolder{.icons = {iconWish(app(u"z"_s))}};
     };
     const FolderEntry nested = folder(u"nested"_s, {tiles(u"xy"_s)});
     Page inside = tiles(u"mnopqrstu"_s); // nine show in the preview
     inside[1] = nested;
     const FolderEntry open = folder(u"open"_s, {inside, tiles(u"vw"_s)});
-    const ShownPages grid({tiles(u"ab"_s), {app(u"c"_s), open}, tiles(u"de"_s), tiles(u"fa"_s)}, {},
-                          40);
+    GridModel grid({.isUnavailable = {}, .badge = {}, .smartFolder = smart});
+    grid.setPages(ShownPages({tiles(u"ab"_s),
+                              {app(u"c"_s), open, SmartFolderReference{idOf(u"smart"_s)}},
+                              tiles(u"de"_s),
+                              tiles(u"fa"_s)},
+                             {}, 40));
+    grid.setPage(1);
 
-    const auto closed = iconWishes(grid, 1, nullptr, 0);
-    EXPECT_EQ(keys(closed[IconLoader::visible]), u"cmxopqrstu");
-    EXPECT_EQ(keys(closed[IconLoader::neighbours]), u"deabyvw");
-    EXPECT_EQ(keys(closed[IconLoader::rest]), u"f") << "each only once";
+    const auto closed = iconWishes(grid, nullptr);
+    EXPECT_EQ(letters(closed.visible), u"cmxopqrstuz") << "previews count";
+    EXPECT_EQ(letters(closed.neighbours), u"deabyvw") << "each only once";
+    QString rest;
+    while (const auto wish = closed.rest())
+        rest += letter(*wish);
+    EXPECT_EQ(rest, u"abcmxyopqrstuvwdefa") << "all, one by one";
 
-    const ShownPages folderPages(open.pages, {}, 15);
-    const auto opened = iconWishes(grid, 1, &folderPages, 1);
-    EXPECT_EQ(keys(opened[IconLoader::visible]), u"vwcmxopqrstu");
+    GridModel over({});
+    over.setPages(ShownPages(open.pages, {}, 15));
+    over.setPage(1);
+    EXPECT_EQ(letters(iconWishes(grid, &over).visible), u"vwcmxopqrstuz");
 }
 
 } // namespace

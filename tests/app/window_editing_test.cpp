@@ -29,7 +29,7 @@ protected:
 
 TEST_F(WindowEditingTest, AQuestionIsAnsweredWithButtonsAndKeys) {
     ask(false);
-    EXPECT_EQ(launcher().alertTitle(), u"Sure?");
+    EXPECT_EQ(launcher().alert()->title(), u"Sure?");
     click(u"Ash"_s);
     EXPECT_EQ(opened(), QStringList()) << "it stands before everything else";
     clickNamed(u"acceptButton"_s);
@@ -40,7 +40,7 @@ TEST_F(WindowEditingTest, AQuestionIsAnsweredWithButtonsAndKeys) {
     ask(false);
     press(Qt::Key_Escape);
     EXPECT_EQ(answers, (QStringList{u"yes"_s, u"no"_s, u"yes"_s, u"no"_s}));
-    EXPECT_FALSE(launcher().hasAlert());
+    EXPECT_FALSE(launcher().alert()->isOpen());
     EXPECT_TRUE(view().isVisible());
 }
 
@@ -76,7 +76,7 @@ TEST_F(WindowEditingTest, TheMenuOfATileEditsIt) {
     EXPECT_TRUE(tile(u"Games"_s));
     rightClick(u"Games"_s);
     choose(u"Delete…"_s);
-    EXPECT_EQ(launcher().alertTitle(), u"Delete “Games”?");
+    EXPECT_EQ(launcher().alert()->title(), u"Delete “Games”?");
     clickNamed(u"acceptButton"_s);
     EXPECT_FALSE(tile(u"Games"_s));
 }
@@ -115,8 +115,8 @@ TEST_F(WindowEditingTest, ANameIsTypedOverTheLabel) {
     clickAt(middle(itemWith("text", u"Trees"_s)));
     type(u"Wood"_s);
     press(Qt::Key_Return);
-    EXPECT_EQ(launcher().folderTitle(), u"Wood");
-    EXPECT_TRUE(launcher().isFolderOpen());
+    EXPECT_EQ(launcher().folder()->title(), u"Wood");
+    EXPECT_TRUE(launcher().folder()->isOpen());
 }
 
 TEST_F(WindowEditingTest, KeysCopyCutAndPasteThroughTheDesktop) {
@@ -170,7 +170,7 @@ TEST_F(WindowEditingTest, WhatIsFoundIsClickedOrThereIsNothing) {
     click(u"Trees"_s);
     ASSERT_TRUE(rests());
     type(u"bee"_s);
-    EXPECT_FALSE(launcher().isFolderOpen()) << "what is found lies over everything";
+    EXPECT_FALSE(launcher().folder()->isOpen()) << "what is found lies over everything";
     ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"Beech"_s); }));
     ASSERT_TRUE(rests());
     click(u"Beech"_s);
@@ -186,14 +186,17 @@ TEST_F(WindowEditingTest, AnApplicationIsReviewedMovedToTheTrashAndPutBack) {
     choose(u"Move to Trash…"_s);
     RemovalPanel& removal = *launcher().removal();
     ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"review"; }));
-    EXPECT_EQ(removal.items().size(), 2);
-    const auto isChosen = [&] { return removal.items().at(1).toMap().value(u"isSelected"_s).toBool(); };
+    RemovalItems& items = *removal.items();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return items.rowCount() == 2; }));
+    const auto isChosen = [&] {
+        return items.data(items.index(1), RemovalItems::SelectedRole).toBool();
+    };
     EXPECT_TRUE(isChosen());
     (void)window->photograph();   // a frame lays the items out
     clickNamed(u"removalItem"_s); // the last of them
-    EXPECT_FALSE(isChosen());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isChosen(); }));
     clickNamed(u"removalItem"_s);
-    EXPECT_TRUE(isChosen());
+    EXPECT_TRUE(QTest::qWaitFor(isChosen));
     clickNamed(u"removalAccept"_s);
     ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"done"; }));
     EXPECT_FALSE(mac.exists(leftover));

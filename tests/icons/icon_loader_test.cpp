@@ -22,9 +22,15 @@ protected:
     IconWish install(const QString& name, const QByteArray& icns) {
         return {name, builder.addApplication({.name = name, .icon = icns})};
     }
-    void load(const IconLoader::Wishes& wishes, int side = 32) {
-        loader->want(wishes, side);
+    void load(const QList<IconWish>& visible, const QList<IconWish>& neighbours = {},
+              const QList<IconWish>& rest = {}) {
+        loader->want({visible, neighbours, oneByOne(rest)}, 32);
         mac.settle();
+    }
+    static std::function<std::optional<IconWish>()> oneByOne(QList<IconWish> wishes) {
+        return [wishes]() mutable {
+            return wishes.isEmpty() ? std::nullopt : std::optional(wishes.takeFirst());
+        };
     }
     void makeLoader(qsizetype bytes) {
         loader.emplace(mac.files, mac.workers, std::make_shared<QtIconDecoder>(), bytes);
@@ -43,15 +49,15 @@ TEST_F(IconLoaderTest, DecodesAtTheSizeShownAndInTheOrderOfThePhases) {
     const IconWish green = install(u"Green"_s, icon(Qt::green));
     makeLoader(1 << 20);
     EXPECT_EQ(loader->icon(u"Red"_s), loader->genericIcon());
-    load({QList{red}, QList{blue}, QList{green}});
+    load({red}, {blue}, {green});
     EXPECT_EQ(ready, (QStringList{u"Red"_s, u"Blue"_s, u"Green"_s}));
     EXPECT_EQ(loader->icon(u"Red"_s).size(), QSize(32, 32));
     EXPECT_EQ(middle(loader->icon(u"Green"_s)), QColor(Qt::green));
     EXPECT_TRUE(loader->isIdle());
 
-    load({QList{blue}, QList{red}, {}});
+    load({blue}, {red});
     EXPECT_EQ(ready.size(), 3) << "what is there is not decoded again";
-    loader->want({QList{blue}, {}, {}}, 48);
+    loader->want({{blue}, {}, {}}, 48);
     EXPECT_EQ(loader->icon(u"Blue"_s).width(), 32) << "until its successor has come";
     mac.settle();
     EXPECT_EQ(loader->icon(u"Blue"_s).width(), 48);
@@ -62,11 +68,11 @@ TEST_F(IconLoaderTest, MissingAndBrokenIconsAreTheGenericOne) {
     const IconWish broken = install(u"Broken"_s, "icns\0\0\0\x10garbage!");
     const IconWish gone{u"Gone"_s, u"/Applications/Gone.app"_s};
     makeLoader(1 << 20);
-    load({QList{none, broken, gone}, {}, {}});
+    load({none, broken, gone});
     EXPECT_EQ(ready.size(), 3);
     for (const QString& key : {u"None"_s, u"Broken"_s, u"Gone"_s})
         EXPECT_EQ(loader->icon(key), loader->genericIcon()) << key.toStdString();
-    load({QList{none, broken, gone}, {}, {}});
+    load({none, broken, gone});
     EXPECT_EQ(ready.size(), 3) << "that there is none is remembered";
 }
 
@@ -76,13 +82,13 @@ TEST_F(IconLoaderTest, StaysWithinItsBytes) {
         wishes.append(install(u"App%1"_s.arg(i), icon(Qt::red)));
     const qsizetype one = 32 * 32 * 4;
     makeLoader(5 * one);
-    load({wishes.mid(0, 2), wishes.mid(2, 2), wishes.mid(4)});
+    load(wishes.mid(0, 2), wishes.mid(2, 2), wishes.mid(4));
     EXPECT_LE(loader->cachedBytes(), 5 * one);
     EXPECT_EQ(ready.size(), 5) << "the rest only while there is room";
     for (int i = 0; i < 4; ++i)
         EXPECT_TRUE(loader->isLoaded(wishes[i].appKey)) << i;
 
-    load({wishes.mid(6, 3), {}, {}});
+    load(wishes.mid(6, 3));
     EXPECT_LE(loader->cachedBytes(), 5 * one);
     for (int i = 6; i < 9; ++i)
         EXPECT_TRUE(loader->isLoaded(wishes[i].appKey))
@@ -110,7 +116,7 @@ TEST_F(IconLoaderTest, ACustomIconComesFirstAndAtOnce) {
     std::optional<QString> custom;
     makeLoader(1 << 20);
     loader->setCustomIcons([&](const QString& key) { return key == u"Red" ? custom : std::nullopt; });
-    load({QList{red}, {}, {}});
+    load({red});
     EXPECT_EQ(middle(loader->icon(u"Red"_s)), QColor(Qt::red));
 
     mac.write(u"/custom.icns"_s, icon(Qt::blue));

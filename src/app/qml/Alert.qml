@@ -3,10 +3,11 @@ import Tessellar
 
 // Something that the user has to take note of, or to decide, before going on.
 Item {
-    id: alert
+    id: box
 
     required property LauncherController launcher
-    readonly property bool isQuestion: launcher.alertAccept !== ""
+    readonly property AlertPanel alert: launcher.alert
+    readonly property bool isQuestion: alert.accept !== ""
 
     MouseArea {
         anchors.fill: parent
@@ -29,7 +30,7 @@ Item {
         border.color: "#40ffffff"
 
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: alert.launcher.alertTitle
+        Accessible.name: box.alert.title
 
         Column {
             id: column
@@ -40,7 +41,7 @@ Item {
 
             Text {
                 width: parent.width
-                text: alert.launcher.alertTitle
+                text: box.alert.title
                 color: "white"
                 wrapMode: Text.Wrap
                 textFormat: Text.PlainText
@@ -50,7 +51,7 @@ Item {
 
             Text {
                 width: parent.width
-                text: alert.launcher.alertText
+                text: box.alert.text
                 color: "#d9ffffff"
                 wrapMode: Text.Wrap
                 textFormat: Text.PlainText
@@ -67,18 +68,18 @@ Item {
 
                 PushButton {
                     objectName: "cancelButton"
-                    visible: alert.isQuestion
+                    visible: box.isQuestion
                     text: qsTr("Cancel")
-                    isDefault: alert.isQuestion && !alert.launcher.isAcceptDefault
-                    onClicked: alert.launcher.answerAlert(false)
+                    isDefault: box.isQuestion && !box.alert.isAcceptDefault
+                    onClicked: box.alert.answer(false)
                 }
 
                 PushButton {
                     objectName: "acceptButton"
-                    text: alert.isQuestion ? alert.launcher.alertAccept : qsTr("OK")
-                    isDefault: alert.launcher.isAcceptDefault
-                    isDestructive: alert.launcher.isAlertDestructive
-                    onClicked: alert.launcher.answerAlert(true)
+                    text: box.isQuestion ? box.alert.accept : qsTr("OK")
+                    isDefault: box.alert.isAcceptDefault
+                    isDestructive: box.alert.isDestructive
+                    onClicked: box.alert.answer(true)
                 }
             }
         }

@@ -8,10 +8,11 @@ Item {
     objectName: "folderOverlay"
 
     required property LauncherController launcher
+    readonly property OpenFolder folder: launcher.folder
     // Of the folder's tile, in this item; empty when it is not to be seen.
     property rect origin
-    property real progress: launcher.isFolderOpen ? 1 : 0
-    readonly property rect area: launcher.folderPanel
+    property real progress: folder.isOpen ? 1 : 0
+    readonly property rect area: folder.panel
     property rect from: Qt.rect(0, 0, 0, 0)
 
     function tileRect(tileId) {
@@ -20,16 +21,16 @@ Item {
     }
 
     visible: progress > 0
-    enabled: launcher.isFolderOpen
+    enabled: folder.isOpen
 
     Behavior on progress {
         NumberAnimation { duration: 240; easing.type: Easing.OutCubic }
     }
 
     Connections {
-        target: overlay.launcher
-        function onNavigationChanged() {
-            if (overlay.launcher.isFolderOpen && overlay.origin.width > 0)
+        target: overlay.folder
+        function onChanged() {
+            if (overlay.folder.isOpen && overlay.origin.width > 0)
                 overlay.from = overlay.origin;
         }
     }
@@ -38,7 +39,7 @@ Item {
     MouseArea {
         anchors.fill: parent
         hoverEnabled: true
-        onClicked: overlay.launcher.closeFolder()
+        onClicked: overlay.folder.close()
         onWheel: wheel => wheel.accepted = true
     }
 
@@ -86,7 +87,7 @@ Item {
             y: 20
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, parent.width - 60)
-            text: overlay.launcher.folderTitle
+            text: overlay.folder.title
             color: "white"
             elide: Text.ElideRight
             textFormat: Text.PlainText
@@ -97,7 +98,7 @@ Item {
             TapHandler {
                 cursorShape: Qt.IBeamCursor
                 gesturePolicy: TapHandler.ReleaseWithinBounds
-                onTapped: overlay.launcher.beginRename(overlay.launcher.folderId)
+                onTapped: overlay.launcher.renaming.begin(overlay.folder.tileId)
             }
         }
 
@@ -107,11 +108,11 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             y: title.y - 4
             z: 1
-            active: overlay.launcher.isFolderOpen && overlay.launcher.renamingId === overlay.launcher.folderId
-                    && overlay.launcher.folderId !== ""
+            active: overlay.folder.isOpen && overlay.launcher.renaming.tileId === overlay.folder.tileId
+                    && overlay.folder.tileId !== ""
             sourceComponent: NameField {
                 launcher: overlay.launcher
-                name: overlay.launcher.folderTitle
+                name: overlay.folder.title
                 width: Math.min(360, panel.width - 40)
                 font.pixelSize: 22
             }
@@ -122,7 +123,7 @@ Item {
             anchors.top: title.bottom
             width: Math.min(implicitWidth, parent.width - 40)
             visible: text !== ""
-            text: overlay.launcher.folderNotice
+            text: overlay.folder.notice
             color: "#99ffffff"
             elide: Text.ElideRight
             textFormat: Text.PlainText
@@ -131,7 +132,7 @@ Item {
 
         Item {
             anchors.fill: parent
-            clip: contents.item && contents.item.position !== overlay.launcher.folderPage
+            clip: contents.item && contents.item.position !== overlay.folder.tiles.page
 
             Loader {
                 id: contents
@@ -140,18 +141,9 @@ Item {
                 active: overlay.visible
                 sourceComponent: PageStrip {
                     launcher: overlay.launcher
-                    model: overlay.launcher.folder
-                    page: overlay.launcher.folderPage
-                    interactive: overlay.launcher.isFolderOpen
+                    model: overlay.folder.tiles
+                    interactive: overlay.folder.isOpen
                     isInFolder: true
-                    columns: overlay.launcher.folderColumns
-                    rows: overlay.launcher.folderRows
-                    leftMargin: overlay.launcher.folderLeft
-                    topMargin: overlay.launcher.folderTop
-                    cellWidth: overlay.launcher.folderCellWidth
-                    cellHeight: overlay.launcher.folderCellHeight
-                    iconSide: overlay.launcher.folderIconSide
-                    onTurned: page => overlay.launcher.folderPage = page
                 }
             }
         }
@@ -160,9 +152,9 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.bottom: parent.bottom
             anchors.bottomMargin: 12
-            count: overlay.launcher.folder.pageCount
+            count: overlay.folder.tiles.pageCount
             position: contents.item ? contents.item.position : 0
-            onChosen: page => overlay.launcher.folderPage = page
+            onChosen: page => overlay.folder.tiles.turnTo(page)
         }
     }
 }

@@ -10,13 +10,15 @@ Item {
     required property int index
     required property bool isInFolder
     required property bool canLift
-    required property int columns
-    required property int rows
-    required property int leftMargin
-    required property int topMargin
-    required property int cellWidth
-    required property int cellHeight
-    required property int iconSide
+    required property gridMetrics metrics
+    readonly property int columns: metrics.columns
+    readonly property int rows: metrics.rows
+    readonly property int leftMargin: metrics.left
+    readonly property int topMargin: metrics.top
+    readonly property int cellWidth: metrics.cellWidth
+    readonly property int cellHeight: metrics.cellHeight
+    readonly property int iconSide: metrics.iconSide
+    readonly property int labelPixels: metrics.labelPixels
     // Where the tiles make room for others that are carried over them; empty when each is in its own slot.
     property var places: canLift && launcher.drag.revision > 0 ? launcher.drag.slotsOf(isInFolder, index) : []
 
@@ -59,6 +61,7 @@ Item {
             height: page.cellHeight
             launcher: page.launcher
             iconSide: page.iconSide
+            labelPixels: page.labelPixels
             canLift: page.canLift
         }
     }

@@ -8,9 +8,9 @@ Sheet {
     required property LauncherController launcher
 
     objectName: "iconSheet"
-    title: qsTr("Change the Icon of “%1”").arg(launcher.sheetName)
+    title: qsTr("Change the Icon of “%1”").arg(launcher.sheets.appName)
     wanted: 520
-    onClosed: launcher.closeSheet()
+    onClosed: launcher.sheets.close()
 
     Column {
         width: sheet.bodyWidth
@@ -48,8 +48,8 @@ Sheet {
                 Accessible.name: qsTr("Path of an .icns file")
 
                 Component.onCompleted: forceActiveFocus()
-                Keys.onReturnPressed: sheet.launcher.changeIcon(text)
-                Keys.onEnterPressed: sheet.launcher.changeIcon(text)
+                Keys.onReturnPressed: sheet.launcher.sheets.changeIcon(text)
+                Keys.onEnterPressed: sheet.launcher.sheets.changeIcon(text)
             }
 
             DropArea {
@@ -58,7 +58,7 @@ Sheet {
                 anchors.fill: parent
                 onDropped: event => {
                     if (event.hasUrls)
-                        path.text = sheet.launcher.localFile(event.urls[0]);
+                        path.text = sheet.launcher.sheets.localFile(event.urls[0]);
                 }
             }
         }
@@ -69,7 +69,7 @@ Sheet {
 
             PushButton {
                 text: qsTr("Cancel")
-                onClicked: sheet.launcher.closeSheet()
+                onClicked: sheet.launcher.sheets.close()
             }
 
             PushButton {
@@ -77,7 +77,7 @@ Sheet {
                 text: qsTr("Change")
                 isDefault: true
                 enabled: path.text !== ""
-                onClicked: sheet.launcher.changeIcon(path.text)
+                onClicked: sheet.launcher.sheets.changeIcon(path.text)
             }
         }
     }

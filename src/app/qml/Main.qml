@@ -9,14 +9,14 @@ FocusScope {
 
     focus: true
     Keys.onPressed: event => {
-        if (launcher.renamingId === "")
+        if (launcher.renaming.tileId === "")
             event.accepted = launcher.pressKey(event.key, event.modifiers) || launcher.type(event.text);
     }
 
     Connections {
         target: root.launcher
         function onMenuWanted(tileId) {
-            const rect = root.launcher.isFolderOpen ? folder.tileRect(tileId) : pages.tileRect(tileId);
+            const rect = root.launcher.folder.isOpen ? folder.tileRect(tileId) : pages.tileRect(tileId);
             root.launcher.openMenu(tileId, rect.width > 0 ? Qt.point(rect.x + rect.width / 2, rect.y + rect.height / 2)
                                                           : Qt.point(root.width / 2, root.height / 2));
         }
@@ -58,16 +58,7 @@ FocusScope {
             anchors.fill: parent
             launcher: root.launcher
             model: root.launcher.grid
-            page: root.launcher.shownPage
-            interactive: !root.launcher.isFolderOpen && !root.launcher.hasAlert
-            columns: root.launcher.columns
-            rows: root.launcher.rows
-            leftMargin: root.launcher.left
-            topMargin: root.launcher.top
-            cellWidth: root.launcher.cellWidth
-            cellHeight: root.launcher.cellHeight
-            iconSide: root.launcher.iconSide
-            onTurned: page => root.launcher.currentPage = page
+            interactive: !root.launcher.folder.isOpen && !root.launcher.alert.isOpen
         }
 
         PageDots {
@@ -76,7 +67,7 @@ FocusScope {
             anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
             count: root.launcher.grid.pageCount
             position: pages.position
-            onChosen: page => root.launcher.currentPage = page
+            onChosen: page => root.launcher.grid.turnTo(page)
         }
 
         Text {
@@ -101,17 +92,8 @@ FocusScope {
                 anchors.fill: parent
                 launcher: root.launcher
                 model: root.launcher.search.results
-                page: root.launcher.search.page
-                interactive: !root.launcher.hasAlert
+                interactive: !root.launcher.alert.isOpen
                 canLift: false
-                columns: root.launcher.columns
-                rows: root.launcher.rows
-                leftMargin: root.launcher.left
-                topMargin: root.launcher.top
-                cellWidth: root.launcher.cellWidth
-                cellHeight: root.launcher.cellHeight
-                iconSide: root.launcher.iconSide
-                onTurned: page => root.launcher.search.page = page
             }
 
             PageDots {
@@ -120,7 +102,7 @@ FocusScope {
                 anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
                 count: root.launcher.search.results.pageCount
                 position: results.position
-                onChosen: page => root.launcher.search.page = page
+                onChosen: page => root.launcher.search.results.turnTo(page)
             }
 
             Text {
@@ -139,7 +121,7 @@ FocusScope {
 
     SearchField {
         anchors.horizontalCenter: parent.horizontalCenter
-        y: Math.max(4, Math.round((root.launcher.top - height) / 2))
+        y: Math.max(4, Math.round((root.launcher.grid.metrics.top - height) / 2))
         opacity: root.launcher.isReady ? 1 - folder.progress : 0
         visible: opacity > 0
         launcher: root.launcher
@@ -150,7 +132,7 @@ FocusScope {
 
         anchors.fill: parent
         launcher: root.launcher
-        origin: pages.tileRect(root.launcher.folderId)
+        origin: pages.tileRect(root.launcher.folder.tileId)
     }
 
     Loader {
@@ -158,7 +140,7 @@ FocusScope {
         active: root.launcher.drag.isLifted
         sourceComponent: LiftedTiles {
             launcher: root.launcher
-            iconSide: root.launcher.isFolderOpen ? root.launcher.folderIconSide : root.launcher.iconSide
+            iconSide: (root.launcher.folder.isOpen ? root.launcher.folder.tiles : root.launcher.grid).metrics.iconSide
         }
     }
 
@@ -174,67 +156,60 @@ FocusScope {
         text: root.launcher.notice
     }
 
-    Loader {
+    OnDemand {
         anchors.fill: parent
-        active: root.launcher.sheet === "icon"
-        sourceComponent: IconSheet {
-            launcher: root.launcher
-        }
+        file: "IconSheet.qml"
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "icon"
     }
 
-    Loader {
+    OnDemand {
         anchors.fill: parent
-        active: root.launcher.removal.isOpen
-        sourceComponent: RemovalSheet {
-            launcher: root.launcher
-        }
+        file: "RemovalSheet.qml"
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.removal.isOpen
     }
 
-    Loader {
+    OnDemand {
         anchors.fill: parent
-        active: root.launcher.sheet === "updates"
-        sourceComponent: UpdatesSheet {
-            launcher: root.launcher
-        }
+        file: "UpdatesSheet.qml"
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "updates"
     }
 
-    Loader {
+    OnDemand {
         anchors.fill: parent
-        active: root.launcher.sheet === "smartFolder"
-        sourceComponent: SmartFolderSheet {
-            launcher: root.launcher
-        }
+        file: "SmartFolderSheet.qml"
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "smartFolder"
     }
 
-    Loader {
+    OnDemand {
         // Who had the keyboard before, and has it again.
         property Item former: null
 
         anchors.fill: parent
-        active: root.launcher.smartFolder.choices.isOpen
+        file: "ContextMenu.qml"
+        initial: ({ menu: root.launcher.smartFolder.choices })
+        wanted: root.launcher.smartFolder.choices.isOpen
         onLoaded: {
             former = root.Window.activeFocusItem;
             item.forceActiveFocus();
         }
-        onActiveChanged: if (!active && former) former.forceActiveFocus()
-        sourceComponent: ContextMenu {
-            menu: root.launcher.smartFolder.choices
-        }
+        onWantedChanged: if (!wanted && former) former.forceActiveFocus()
     }
 
-    Loader {
+    OnDemand {
         anchors.fill: parent
-        active: root.launcher.menu.isOpen
-        sourceComponent: ContextMenu {
-            menu: root.launcher.menu
-        }
+        file: "ContextMenu.qml"
+        initial: ({ menu: root.launcher.menu })
+        wanted: root.launcher.menu.isOpen
     }
 
-    Loader {
+    OnDemand {
         anchors.fill: parent
-        active: root.launcher.hasAlert
-        sourceComponent: Alert {
-            launcher: root.launcher
-        }
+        file: "Alert.qml"
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.alert.isOpen
     }
 }

@@ -39,10 +39,10 @@ Rectangle {
 
         Accessible.name: qsTr("Name")
 
-        onEditingFinished: field.launcher.endRename(text)
-        Keys.onEscapePressed: field.launcher.cancelRename()
+        onEditingFinished: field.launcher.renaming.end(text)
+        Keys.onEscapePressed: field.launcher.renaming.cancel()
         // Not for the tile below as well.
-        Keys.onReturnPressed: field.launcher.endRename(text)
-        Keys.onEnterPressed: field.launcher.endRename(text)
+        Keys.onReturnPressed: field.launcher.renaming.end(text)
+        Keys.onEnterPressed: field.launcher.renaming.end(text)
     }
 }

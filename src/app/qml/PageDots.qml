@@ -1,6 +1,6 @@
 import QtQuick
 
-// One dot for each page; the brightest is the one that is shown.
+// One dot for each page; the brightest is the one that is shown. Of very many pages, those around it.
 Row {
     id: dots
 
@@ -8,26 +8,29 @@ Row {
     required property real position
     // Many pages have small dots.
     readonly property int pitch: count > 24 ? 12 : 22
+    readonly property int most: 41
+    readonly property int first: Math.max(0, Math.min(count - most, Math.round(position) - (most - 1) / 2))
 
     signal chosen(int page)
 
     visible: count > 1
 
     Repeater {
-        model: dots.count
+        model: Math.min(dots.count, dots.most)
 
         Item {
             id: dot
 
             required property int index
-            readonly property real nearness: Math.max(0, 1 - Math.abs(index - dots.position))
+            readonly property int page: dots.first + index
+            readonly property real nearness: Math.max(0, 1 - Math.abs(page - dots.position))
 
             width: dots.pitch
             height: 24
 
             Accessible.role: Accessible.PageTab
-            Accessible.name: qsTr("Page %1").arg(index + 1)
-            Accessible.onPressAction: dots.chosen(index)
+            Accessible.name: qsTr("Page %1").arg(page + 1)
+            Accessible.onPressAction: dots.chosen(page)
 
             Rectangle {
                 anchors.centerIn: parent
@@ -44,7 +47,7 @@ Row {
 
             TapHandler {
                 gesturePolicy: TapHandler.ReleaseWithinBounds
-                onTapped: dots.chosen(dot.index)
+                onTapped: dots.chosen(dot.page)
             }
         }
     }

@@ -7,26 +7,53 @@ PagerItem {
 
     required property LauncherController launcher
     required property GridModel model
-    required property int columns
-    required property int rows
-    required property int leftMargin
-    required property int topMargin
-    required property int cellWidth
-    required property int cellHeight
-    required property int iconSide
     property bool interactive: true
     property bool isInFolder: false
     property bool canLift: true
+    // None before the arrangement is there.
+    readonly property int existing: model.pageCount
     // The neighbours are made when there is time: after the first frame.
     property bool hasNeighbours: false
 
     // Where a tile of the page shown lies, or nowhere.
     function tileRect(tileId) {
-        const current = tileId ? repeater.itemAt(strip.page) : null;
-        return current && current.item ? current.item.tileRect(tileId) : Qt.rect(0, 0, 0, 0);
+        for (let i = 0; tileId && i < repeater.count; ++i) {
+            const slot = repeater.itemAt(i);
+            if (slot && slot.isCurrent && slot.item)
+                return slot.item.tileRect(tileId);
+        }
+        return Qt.rect(0, 0, 0, 0);
+    }
+
+    // The pages from the one before the first that is seen to the one after the last, and those beside the
+    // page on its way: however many there are, only these are made.
+    function updateNear() {
+        const wanted = [];
+        const add = page => {
+            if (page >= 0 && page < existing && !wanted.includes(page))
+                wanted.push(page);
+        };
+        [Math.floor(position), Math.ceil(position)].forEach(add);
+        [page, page + 1, page - 1].forEach(add);
+        for (let i = near.count - 1; i >= 0; --i)
+            if (!wanted.includes(near.get(i).page))
+                near.remove(i);
+        for (const page of wanted) {
+            let isThere = false;
+            for (let i = 0; i < near.count && !isThere; ++i)
+                isThere = near.get(i).page === page;
+            if (!isThere)
+                near.append({ page: page });
+        }
     }
 
     pageCount: model.pageCount
+    page: model.page
+    onTurned: page => model.turnTo(page)
+    onPositionChanged: updateNear()
+    onPageChanged: updateNear()
+    onExistingChanged: updateNear()
+    Component.onCompleted: updateNear()
     enabled: interactive
     clip: false
 
@@ -39,34 +66,30 @@ PagerItem {
         Repeater {
             id: repeater
 
-            model: strip.model.pageCount
+            model: ListModel {
+                id: near
+            }
 
             Loader {
                 id: slot
 
-                required property int index
-                readonly property bool isCurrent: index === strip.page
+                required property int page
+                readonly property bool isCurrent: page === strip.page
+                readonly property bool isSeen: Math.abs(page - strip.position) < 1
 
-                x: index * strip.width
+                x: page * strip.width
                 width: strip.width
                 height: strip.height
-                active: isCurrent || Math.abs(index - strip.position) < 1
-                        || (strip.hasNeighbours && Math.abs(index - strip.page) <= 1)
+                active: isCurrent || isSeen || strip.hasNeighbours
                 asynchronous: !isCurrent
-                visible: Math.abs(index - strip.position) < 1
+                visible: isSeen
                 sourceComponent: GridPage {
                     launcher: strip.launcher
-                    tiles: strip.model.page(slot.index)
-                    index: slot.index
+                    tiles: strip.model.tilesOf(slot.page)
+                    index: slot.page
                     isInFolder: strip.isInFolder
                     canLift: strip.canLift
-                    columns: strip.columns
-                    rows: strip.rows
-                    leftMargin: strip.leftMargin
-                    topMargin: strip.topMargin
-                    cellWidth: strip.cellWidth
-                    cellHeight: strip.cellHeight
-                    iconSide: strip.iconSide
+                    metrics: strip.model.metrics
                 }
             }
         }

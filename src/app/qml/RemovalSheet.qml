@@ -58,14 +58,18 @@ Sheet {
             clip: true
             spacing: 2
             boundsBehavior: Flickable.StopAtBounds
-            // Their number: the list stays where it is while sizes come in and choices change.
-            model: visible ? sheet.removal.items.length : 0
+            model: visible ? sheet.removal.items : null
 
             delegate: Rectangle {
                 id: row
 
-                required property int index
-                readonly property var modelData: sheet.removal.items[index] ?? ({})
+                required property string path
+                required property string name
+                required property string place
+                required property string reason
+                required property string size
+                required property bool isSelected
+                required property bool isLocked
 
                 objectName: "removalItem"
                 width: ListView.view.width
@@ -74,9 +78,9 @@ Sheet {
                 color: hover.hovered ? "#14ffffff" : "transparent"
 
                 Accessible.role: Accessible.CheckBox
-                Accessible.name: modelData.name
-                Accessible.checked: modelData.isSelected
-                Accessible.onPressAction: sheet.removal.select(modelData.path, !modelData.isSelected)
+                Accessible.name: name
+                Accessible.checked: isSelected
+                Accessible.onPressAction: sheet.removal.select(path, !isSelected)
 
                 HoverHandler {
                     id: hover
@@ -84,7 +88,7 @@ Sheet {
 
                 MouseArea {
                     anchors.fill: parent
-                    onClicked: sheet.removal.select(row.modelData.path, !row.modelData.isSelected)
+                    onClicked: sheet.removal.select(row.path, !row.isSelected)
                 }
 
                 Rectangle {
@@ -93,13 +97,13 @@ Sheet {
                     width: 20
                     height: 20
                     radius: 6
-                    color: row.modelData.isSelected ? "#4f80ff" : "transparent"
-                    border.width: row.modelData.isSelected ? 0 : 2
+                    color: row.isSelected ? "#4f80ff" : "transparent"
+                    border.width: row.isSelected ? 0 : 2
                     border.color: "#80ffffff"
 
                     Text {
                         anchors.centerIn: parent
-                        visible: row.modelData.isSelected
+                        visible: row.isSelected
                         text: "✓"
                         color: "white"
                         font.pixelSize: 14
@@ -110,12 +114,12 @@ Sheet {
                 Column {
                     x: 40
                     anchors.verticalCenter: parent.verticalCenter
-                    width: parent.width - x - size.width - 20
+                    width: parent.width - x - bytes.width - 20
                     spacing: 2
 
                     Text {
                         width: parent.width
-                        text: row.modelData.name
+                        text: row.name
                         color: "white"
                         elide: Text.ElideMiddle
                         textFormat: Text.PlainText
@@ -124,10 +128,10 @@ Sheet {
 
                     Text {
                         width: parent.width
-                        text: (row.modelData.isLocked ? "🔒 " : "")
-                              + [row.modelData.place, row.modelData.reason,
-                                 row.modelData.isLocked ? sheet.removal.lockText : ""].filter(t => t !== "").join(" · ")
-                        color: row.modelData.isLocked ? "#ffd479" : "#99ffffff"
+                        text: (row.isLocked ? "🔒 " : "")
+                              + [row.place, row.reason,
+                                 row.isLocked ? sheet.removal.lockText : ""].filter(t => t !== "").join(" · ")
+                        color: row.isLocked ? "#ffd479" : "#99ffffff"
                         elide: Text.ElideRight
                         textFormat: Text.PlainText
                         font.pixelSize: 12
@@ -135,12 +139,12 @@ Sheet {
                 }
 
                 Text {
-                    id: size
+                    id: bytes
 
                     anchors.right: parent.right
                     anchors.rightMargin: 10
                     anchors.verticalCenter: parent.verticalCenter
-                    text: row.modelData.size
+                    text: row.size
                     color: "#b3ffffff"
                     font.pixelSize: 13
                 }

@@ -71,7 +71,7 @@ Item {
         width: parent.width - 38
         height: parent.height
         active: false
-        onLoaded: if (field.launcher.renamingId === "" && field.launcher.sheet === "") item.forceActiveFocus()
+        onLoaded: if (field.launcher.renaming.tileId === "" && field.launcher.sheets.current === "") item.forceActiveFocus()
 
         sourceComponent: TextInput {
             id: typed
@@ -108,13 +108,17 @@ Item {
     }
 
     Connections {
-        target: field.launcher
-        function onSheetChanged() {
-            if (field.launcher.sheet === "")
+        target: field.launcher.sheets
+        function onChanged() {
+            if (field.launcher.sheets.current === "")
                 field.takeKeyboard();
         }
-        function onRenamingChanged() {
-            if (field.launcher.renamingId === "")
+    }
+
+    Connections {
+        target: field.launcher.renaming
+        function onChanged() {
+            if (field.launcher.renaming.tileId === "")
                 field.takeKeyboard();
         }
     }

@@ -20,7 +20,7 @@ Sheet {
     title: panel.title
     wanted: 820
     // A click beside it is no way to lose what was typed.
-    onClosed: if (!panel.isChanged) launcher.closeSheet()
+    onClosed: if (!panel.isChanged) launcher.sheets.close()
 
     // What has the keyboard is seen.
     onFocusItemChanged: {
@@ -322,7 +322,7 @@ Sheet {
                 PushButton {
                     objectName: "smartFolderCancel"
                     text: qsTr("Cancel")
-                    onClicked: sheet.launcher.closeSheet()
+                    onClicked: sheet.launcher.sheets.close()
                 }
 
                 PushButton {

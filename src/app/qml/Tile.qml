@@ -15,6 +15,7 @@ Item {
     required property bool isUnavailable
     property LauncherController launcher
     property int iconSide
+    property int labelPixels
     property bool canLift: true
     // Away from its own slot, while tiles make room.
     property real shiftX: 0
@@ -22,7 +23,7 @@ Item {
     property bool isPushedOff: false
     readonly property bool isSelected: launcher.selectedIds.indexOf(tileId) >= 0
     readonly property bool isTarget: launcher.drag.targetId === tileId
-    readonly property bool isRenamed: enabled && launcher.renamingId === tileId
+    readonly property bool isRenamed: enabled && launcher.renaming.tileId === tileId
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
 
     // The tiles that are carried leave their places.
@@ -71,29 +72,32 @@ Item {
         opacity: tile.isUnavailable ? 0.35 : mouse.pressed ? 0.7 : 1
         scale: tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
         // A folder that is open is shown by its panel.
-        visible: !(tile.launcher.isFolderOpen && tile.launcher.folderId === tile.tileId)
+        visible: !(tile.launcher.folder.isOpen && tile.launcher.folder.tileId === tile.tileId)
     }
 
-    Rectangle {
-        visible: tile.badge !== "" && picture.visible
+    Loader {
+        active: tile.badge !== ""
+        visible: picture.visible
         x: picture.x + picture.width - width * 0.7
         y: picture.y - height * 0.2
-        width: Math.max(height, badgeText.implicitWidth + 12)
-        height: badgeText.implicitHeight + 4
-        radius: height / 2
-        color: "#d93a3f4b"
-        border.width: 1
-        border.color: "#40ffffff"
+        sourceComponent: Rectangle {
+            width: Math.max(height, badgeText.implicitWidth + 12)
+            height: badgeText.implicitHeight + 4
+            radius: height / 2
+            color: "#d93a3f4b"
+            border.width: 1
+            border.color: "#40ffffff"
 
-        Text {
-            id: badgeText
+            Text {
+                id: badgeText
 
-            anchors.centerIn: parent
-            text: tile.badge
-            color: "#f5ffffff"
-            font.pixelSize: Math.max(10, tile.launcher.labelPixels - 2)
-            renderType: Text.QtRendering
-            textFormat: Text.PlainText
+                anchors.centerIn: parent
+                text: tile.badge
+                color: "#f5ffffff"
+                font.pixelSize: Math.max(10, tile.labelPixels - 2)
+                renderType: Text.QtRendering
+                textFormat: Text.PlainText
+            }
         }
     }
 
@@ -109,7 +113,7 @@ Item {
         maximumLineCount: 1
         horizontalAlignment: Text.AlignHCenter
         color: tile.isUnavailable ? "#80ffffff" : "#f5ffffff"
-        font.pixelSize: tile.launcher.labelPixels
+        font.pixelSize: tile.labelPixels
         renderType: Text.QtRendering
         textFormat: Text.PlainText
     }
@@ -146,7 +150,7 @@ Item {
             launcher: tile.launcher
             name: tile.label
             width: Math.max(tile.width - 4, 120)
-            font.pixelSize: tile.launcher.labelPixels
+            font.pixelSize: tile.labelPixels
         }
     }
 

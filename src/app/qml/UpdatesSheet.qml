@@ -11,7 +11,7 @@ Sheet {
     objectName: "updatesSheet"
     title: updates.title
     wanted: 680
-    onClosed: launcher.closeSheet()
+    onClosed: launcher.sheets.close()
 
     Column {
         width: sheet.bodyWidth
@@ -242,7 +242,7 @@ Sheet {
             PushButton {
                 text: qsTr("Done")
                 isDefault: true
-                onClicked: sheet.launcher.closeSheet()
+                onClicked: sheet.launcher.sheets.close()
             }
         }
     }

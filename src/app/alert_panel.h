@@ -1,0 +1,51 @@
+#pragma once
+
+#include "launcher/launcher_error.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/launcher_view_model.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace tessellar {
+
+/// What stands before everything else: an alert, or a question, in QML's terms.
+class AlertPanel final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
+    Q_PROPERTY(QString title READ title NOTIFY changed)
+    Q_PROPERTY(QString text READ text NOTIFY changed)
+    /// The label of the button that says yes; empty for an alert, which is only acknowledged.
+    Q_PROPERTY(QString accept READ accept NOTIFY changed)
+    Q_PROPERTY(bool isDestructive READ isDestructive NOTIFY changed)
+    /// True while Return means yes; arrow keys and Tab change that.
+    Q_PROPERTY(bool isAcceptDefault READ isAcceptDefault NOTIFY changed)
+
+public:
+    explicit AlertPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
+
+    bool isOpen() const { return !_alerts.isEmpty() || _viewModel.messages().question(); }
+    QString title() const;
+    QString text() const;
+    QString accept() const;
+    bool isDestructive() const;
+    bool isAcceptDefault() const { return _isAcceptDefault; }
+
+    /// Answers the question, or acknowledges the alert.
+    Q_INVOKABLE void answer(bool accepted);
+    /// While it is open, all keys are its own.
+    void pressKey(int key);
+    void refresh();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    LauncherViewModel& _viewModel;
+    QList<LauncherError> _alerts;
+    bool _isAcceptDefault = true;
+};
+
+} // namespace tessellar

@@ -1,0 +1,35 @@
+#include "app/open_folder.h"
+
+#include "launcher/smart_folder_library.h"
+#include "platform/uuid_source.h"
+
+namespace tessellar {
+
+OpenFolder::OpenFolder(LauncherViewModel& viewModel, const TileFacts& facts)
+    : _viewModel(viewModel), _tiles(facts) {
+    connect(&_tiles, &GridModel::turned, this,
+            [this](int page) { _viewModel.shown().setFolderPage(page); });
+}
+
+void OpenFolder::refresh() {
+    if (const auto open = _viewModel.shown().openFolder()) {
+        _tileId = toText(open->id);
+        _title = open->name;
+        _notice = rulesDecide() ? _viewModel.smartFolders().notice(open->id) : QString();
+        _shown = _viewModel.shown().shownPages(*open);
+        _tiles.setPages(_shown);
+        _tiles.setPage(_viewModel.shown().folderStack().last().page);
+    }
+    Q_EMIT changed();
+}
+
+void OpenFolder::layOut(QSizeF window, const GridMetrics& grid) {
+    const qsizetype tiles = _shown.count() > 0 ? _shown.tiles(0).size() : 0;
+    const FolderMetrics metrics =
+        folderMetrics(window, grid, _viewModel.shown().settings(), tiles, _shown.count());
+    _tiles.setMetrics(metrics.grid);
+    if (std::exchange(_panel, metrics.panel) != metrics.panel)
+        Q_EMIT panelChanged();
+}
+
+} // namespace tessellar

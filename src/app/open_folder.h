@@ -1,0 +1,54 @@
+#pragma once
+
+#include "app/grid_model.h"
+#include "launcher/launcher_view_model.h"
+#include "launcher/live_layout.h"
+
+namespace tessellar {
+
+/// The innermost open folder. What it was stays while its panel closes.
+class OpenFolder final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
+    Q_PROPERTY(QString tileId READ tileId NOTIFY changed)
+    Q_PROPERTY(QString title READ title NOTIFY changed)
+    Q_PROPERTY(QString notice READ notice NOTIFY changed)
+    Q_PROPERTY(tessellar::GridModel* tiles READ tiles CONSTANT)
+    Q_PROPERTY(QRectF panel READ panel NOTIFY panelChanged) ///< in the window
+
+public:
+    OpenFolder(LauncherViewModel& viewModel, const TileFacts& facts);
+
+    bool isOpen() const { return !_viewModel.shown().folderStack().isEmpty(); }
+    QString tileId() const { return _tileId; }
+    QString title() const { return _title; }
+    QString notice() const { return _notice; }
+    GridModel* tiles() { return &_tiles; }
+    const GridModel* tiles() const { return &_tiles; }
+    const ShownPages& shown() const { return _shown; }
+    QRectF panel() const { return _panel; }
+    /// A smart folder is open: its rules decide what is in it.
+    bool rulesDecide() const { return _viewModel.shown().isOpenFolderComputed(); }
+
+    Q_INVOKABLE void close() { _viewModel.shown().closeFolder(); }
+    void refresh();
+    /// Lays the panel out over a grid with these metrics.
+    void layOut(QSizeF window, const GridMetrics& grid);
+
+Q_SIGNALS:
+    void changed();
+    void panelChanged();
+
+private:
+    LauncherViewModel& _viewModel;
+    QString _tileId;
+    QString _title;
+    QString _notice;
+    GridModel _tiles;
+    ShownPages _shown;
+    QRectF _panel;
+};
+
+} // namespace tessellar

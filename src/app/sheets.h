@@ -1,0 +1,45 @@
+#pragma once
+
+#include "launcher/launcher_view_model.h"
+#include "model/items.h"
+
+#include <QObject>
+#include <QUrl>
+#include <QtQml/qqmlregistration.h>
+
+namespace tessellar {
+
+/// The sheet that lies over the grid, one at a time; that of a removal is its panel's.
+class Sheets final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(QString current READ current NOTIFY changed) ///< one of those below, or empty
+    Q_PROPERTY(QString appName READ appName NOTIFY changed) ///< of the application that it is about
+
+public:
+    static inline const QString icon = QStringLiteral("icon");
+    static inline const QString smartFolder = QStringLiteral("smartFolder");
+    static inline const QString updates = QStringLiteral("updates");
+
+    explicit Sheets(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
+
+    QString current() const { return _current; }
+    QString appName() const { return _app ? _app->name : QString(); }
+
+    void open(const QString& sheet, const AppEntry* app = nullptr);
+    Q_INVOKABLE void close() { open({}); }
+    /// Gives the application of the sheet the icon in a file of the host, and closes.
+    Q_INVOKABLE void changeIcon(const QString& file);
+    Q_INVOKABLE static QString localFile(const QUrl& url) { return url.toLocalFile(); }
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    LauncherViewModel& _viewModel;
+    QString _current;
+    std::optional<AppEntry> _app;
+};
+
+} // namespace tessellar

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "launcher/launcher_view_model.h"
+#include "platform/uuid_source.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace tessellar {
+
+/// The tile whose name is being typed over its label.
+class TileRenaming final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(QString tileId READ tileId NOTIFY changed) ///< empty for none
+
+public:
+    explicit TileRenaming(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
+
+    QString tileId() const { return _tile ? toText(*_tile) : QString(); }
+
+    Q_INVOKABLE void begin(const QString& tileId);
+    Q_INVOKABLE void end(const QString& name);
+    Q_INVOKABLE void cancel();
+    /// Cancelled when its tile is gone.
+    void refresh();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    LauncherViewModel& _viewModel;
+    std::optional<QUuid> _tile;
+};
+
+} // namespace tessellar

@@ -1,0 +1,164 @@
+#include "app/removal_panel.h"
+#include "app/tile_search.h"
+#include "app/updates_panel.h"
+#include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_search.h"
+#include "launcher/launcher_updates.h"
+#include "launcher/small_launcher.h"
+#include "support/fake_updates.h"
+
+#include <QCoreApplication>
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+
+namespace tessellar::test {
+namespace {
+
+/// What the window's parts say, without a window.
+class PanelsTest : public SmallLauncher {
+protected:
+    QStringList found(TileSearch& search) {
+        QStringList labels;
+        if (const PageModel* page = search.results()->tilesOf(search.results()->page()))
+            for (const TileView& tile : page->tiles())
+                labels += tile.label;
+        return labels;
+    }
+};
+
+TEST_F(PanelsTest, AllThatIsFoundIsReachedByPagingInTheOrderOfTheIndex) {
+    for (int i = 0; i < 90; ++i)
+        install(u"App %1"_s.arg(i, 2, 10, QLatin1Char('0')));
+    install(u"Zebra"_s);
+    int asked = 0;
+    TileSearch search(start(), {.isUnavailable = {},
+                                .badge =
+                                    [&](const QString&) {
+                                        ++asked;
+                                        return QString();
+                                    },
+                                .smartFolder = {}});
+    const QSignalSpy changed(&search, &TileSearch::changed);
+    search.setText(u"app"_s);
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(asked, 40) << "only the page that is seen is made";
+    EXPECT_EQ(search.results()->pageCount(), 3);
+    QStringList all = found(search);
+    EXPECT_EQ(search.selected(), QUuid::fromString(search.results()->tilesOf(0)->tiles().first().id))
+        << "the best one is selected";
+    for (const int page : {1, 2}) {
+        search.results()->turnTo(page);
+        all += found(search);
+    }
+    QStringList expected;
+    for (const SearchIndex::Hit& hit : launcher->search().search(launcher->shown().mode(), u"app"_s))
+        expected += hit.entry->name;
+    EXPECT_EQ(all.size(), 90);
+    EXPECT_EQ(all, expected);
+    search.results()->turnTo(7);
+    EXPECT_EQ(search.results()->page(), 2) << "the nearest there is";
+
+    search.setText(u"app 0"_s);
+    EXPECT_EQ(search.results()->page(), 0) << "another query begins at its best";
+    search.setText(u"  "_s);
+    EXPECT_FALSE(search.isActive()) << "blanks are no query";
+    EXPECT_EQ(search.results()->pageCount(), 0);
+    search.setText(u"nothing"_s);
+    EXPECT_TRUE(search.isActive());
+    EXPECT_EQ(search.selected(), std::nullopt);
+}
+
+TEST_F(PanelsTest, ASearchFollowsTheScan) {
+    install(u"Ash"_s);
+    TileSearch search(start(), {});
+    search.setText(u"as"_s);
+    EXPECT_EQ(found(search), QStringList{u"Ash"_s});
+    install(u"Aspen"_s);
+    rescan();
+    search.refresh();
+    EXPECT_EQ(found(search), (QStringList{u"Ash"_s, u"Aspen"_s}));
+}
+
+TEST_F(PanelsTest, ItemsOfARemovalChangeRowByRow) {
+    install(u"Ash"_s);
+    mac.write(mac.machine.places.home + u"/Library/Preferences/org.example.ash.plist"_s, "12345");
+    start();
+    RemovalPanel panel(*launcher);
+    const auto subscription = launcher->cleanup().changed.connect([&] { panel.refresh(); });
+    RemovalItems& items = *panel.items();
+    const QSignalSpy reset(&items, &QAbstractItemModel::modelReset);
+    const QSignalSpy rows(&items, &QAbstractItemModel::dataChanged);
+    const auto turn = [&] {
+        mac.settle();
+        QCoreApplication::sendPostedEvents(&panel);
+    };
+    launcher->cleanup().open(u"org.example.ash"_s);
+    turn();
+    ASSERT_EQ(panel.phase(), u"review");
+    ASSERT_EQ(items.rowCount(), 2);
+    EXPECT_EQ(reset.count(), 1) << "sizes that come in change rows";
+    const auto value = [&](RemovalItems::Role role) { return items.data(items.index(1), role); };
+    EXPECT_EQ(value(RemovalItems::NameRole), u"org.example.ash.plist"_s);
+    EXPECT_NE(value(RemovalItems::SizeRole), u"…"_s);
+    EXPECT_EQ(value(RemovalItems::SelectedRole), true);
+
+    const qsizetype before = rows.count();
+    panel.select(value(RemovalItems::PathRole).toString(), false);
+    turn();
+    EXPECT_EQ(value(RemovalItems::SelectedRole), false);
+    ASSERT_EQ(rows.count(), before + 1);
+    EXPECT_EQ(rows.last().at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(rows.last().at(2).value<QList<int>>(), QList<int>{RemovalItems::SelectedRole});
+
+    panel.cancel();
+    EXPECT_EQ(items.data(items.index(1), RemovalItems::NameRole), QVariant())
+        << "gone, though nobody was told yet";
+    turn();
+    EXPECT_EQ(items.rowCount(), 0);
+    EXPECT_EQ(reset.count(), 2);
+}
+
+TEST_F(PanelsTest, UpdatesAreListedAndTheirSettingsChosen) {
+    builder.addApplication(
+        {.name = u"Cask"_s, .identifier = u"org.example.cask"_s, .version = u"1.9"_s});
+    install(u"Plain"_s);
+    mac.tool(u"/opt/homebrew/bin/brew"_s, brewOfOneCask("2.0", 0));
+    start();
+    UpdatesPanel panel(*launcher);
+    EXPECT_TRUE(panel.available().isEmpty());
+    EXPECT_EQ(panel.progressText(), QString());
+    const auto chosen = [&] {
+        for (const QVariant& interval : panel.intervals())
+            if (interval.toMap()[u"isChosen"_s].toBool())
+                return interval.toMap()[u"title"_s].toString();
+        return QString();
+    };
+    panel.chooseInterval(7 * 24 * 3600);
+    EXPECT_EQ(chosen(), u"Week");
+    panel.chooseInterval(5);
+    EXPECT_EQ(chosen(), u"Week") << "no such interval";
+
+    panel.checkNow();
+    for (int i = 0; i < 3; ++i) {
+        mac.settle();
+        launcher->updates().waitForTools();
+        mac.time.advance(250ms);
+    }
+    mac.settle();
+    EXPECT_FALSE(panel.isChecking());
+    EXPECT_EQ(panel.summary(), launcher->updates().summary());
+    ASSERT_EQ(panel.available().size(), 1) << "an application without an update is not listed";
+    const QVariantMap row = panel.available().first().toMap();
+    EXPECT_EQ(row[u"name"_s], u"Cask"_s);
+    EXPECT_EQ(row[u"text"_s], launcher->updates().statusText(u"org.example.cask"_s));
+    EXPECT_EQ(row[u"canRun"_s], true);
+    EXPECT_EQ(row[u"isRunning"_s], false);
+
+    panel.setEnabled(false);
+    EXPECT_FALSE(panel.isEnabled());
+    EXPECT_FALSE(launcher->updates().isEnabled());
+}
+
+} // namespace
+} // namespace tessellar::test
