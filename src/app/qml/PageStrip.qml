@@ -25,8 +25,8 @@ PagerItem {
         return Qt.rect(0, 0, 0, 0);
     }
 
-    // The pages from the one before the first that is seen to the one after the last, and those beside the
-    // page on its way: however many there are, only these are made.
+    // The pages that are seen, and those beside the one that the strip moves to: however many there are,
+    // only these are made.
     function updateNear() {
         const wanted = [];
         const add = page => {
