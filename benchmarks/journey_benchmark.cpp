@@ -16,6 +16,7 @@
 #include "launcher/smart_folder_library.h"
 #include "platform/file_system.h"
 #include "sample/mac_builder.h"
+#include "smartfolders/smart_folder_rule.h"
 #include "support/collecting_log.h"
 #include "support/fake_http.h"
 #include "support/fake_updates.h"

@@ -124,8 +124,10 @@ void LauncherController::follow() {
         showLayout();
     });
     on(launcher.search().ready, [this](LauncherWindowMode mode) {
-        if (_search.isActive() && mode == _viewModel.layouts().shownMode())
-            _search.refresh();
+        if (!_search.isActive() || mode != _viewModel.layouts().shownMode())
+            return;
+        _search.refresh();
+        wantIcons();
     });
     on(launcher.updates().changed, [this] {
         showBadges();

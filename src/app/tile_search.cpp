@@ -24,8 +24,6 @@ void TileSearch::setText(const QString& text) {
     _selected.reset();
     _results.setPage(0);
     refresh();
-    if (const PageModel* best = _results.tilesOf(0); best && !best->tiles().isEmpty())
-        _selected = QUuid::fromString(best->tiles().first().id);
     Q_EMIT changed();
     Q_EMIT selectionChanged();
 }
@@ -42,6 +40,10 @@ void TileSearch::refresh() {
                            return tiles;
                        }});
     turnTo(_results.page());
+    if (_selected)
+        return;
+    if (const PageModel* best = _results.tilesOf(0); best && !best->tiles().isEmpty())
+        select(QUuid::fromString(best->tiles().first().id));
 }
 
 void TileSearch::turnTo(int page) {

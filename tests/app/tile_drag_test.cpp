@@ -5,6 +5,7 @@
 #include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
+#include "smartfolders/smart_folder_rule.h"
 
 namespace tessellar::test {
 namespace {
