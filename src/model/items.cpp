@@ -1,5 +1,6 @@
 #include "model/items.h"
 
+#include "model/json_unions.h"
 #include "platform/file_system.h"
 #include "platform/uuid_source.h"
 

@@ -1,4 +1,4 @@
-#include "model/json.h"
+#include "model/json_unions.h"
 
 #include "platform/uuid_source.h"
 
@@ -41,32 +41,13 @@ Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char*
     return *found;
 }
 
-static int hexDigit(char16_t c) {
-    const char16_t lower = c | 0x20;
-    return c >= u'0' && c <= u'9' ? c - u'0' : lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
-}
-
 Decoded<QUuid> Codec<QUuid>::decode(const QJsonValue& value) {
-    // By hand: QUuid itself takes braces and more, and does not tell damage from the null UUID.
     const QString text = value.toString();
-    if (text.size() != 36)
+    const QUuid id = QUuid::fromString(text);
+    // Braces are a form of others; and the null UUID is also what damage gives.
+    if (text.size() != 36 || (id.isNull() && text != toText(id)))
         return expected("a UUID");
-    std::array<unsigned char, 16> bytes = {};
-    int digits = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t c = text[i].unicode();
-        if (i == 8 || i == 13 || i == 18 || i == 23) {
-            if (c != u'-')
-                return expected("a UUID");
-            continue;
-        }
-        const int digit = hexDigit(c);
-        if (digit < 0)
-            return expected("a UUID");
-        auto& byte = bytes[static_cast<std::size_t>(digits++ / 2)];
-        byte = static_cast<unsigned char>(byte << 4 | digit);
-    }
-    return QUuid::fromRfc4122(QByteArrayView(bytes));
+    return id;
 }
 
 QJsonValue Codec<QUuid>::encode(const QUuid& value) { return toText(value); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/json_unions.h"
 #include "smartfolders/smart_folder_raw_values.h"
 
 namespace tessellar {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/json.h"
+#include "model/json_unions.h"
 
 #include <QHash>
 
