@@ -33,8 +33,9 @@ QImage TileIcons::backdrop(QSize size) {
 }
 
 void TileIcons::prepareBackdrop(QSize size) {
-    _drawing = _workers.run([size](std::stop_token) { return backdropArt(size); },
-                            [this](QImage art) { _backdrop = std::move(art); });
+    _drawing = _workers.run(
+        Lane::computing, [size](std::stop_token) { return backdropArt(size); },
+        [this](QImage art) { _backdrop = std::move(art); });
 }
 
 } // namespace tessellar

@@ -197,15 +197,15 @@ void LayoutUndoHistory::moveApps(bool intoTrash, const QList<TrashedAppRecord>& 
     }
     auto isWaiting = std::make_shared<bool>(true);
     const auto& operation = intoTrash ? _actions.moveToTrash : _actions.restoreFromTrash;
-    operation(records, [alive = std::weak_ptr(_alive), isWaiting, records,
-                        then = std::move(then)](QList<TrashOutcome> outcomes) {
-        if (alive.expired() || !std::exchange(*isWaiting, false))
+    operation(records, _lifetime.guard([isWaiting, records,
+                                        then = std::move(then)](QList<TrashOutcome> outcomes) {
+        if (!std::exchange(*isWaiting, false))
             return;
         // What was not told of was not moved.
         while (outcomes.size() < records.size())
             outcomes.append({records.at(outcomes.size()), QStringLiteral("The Trash did not answer.")});
         then(outcomes);
-    });
+    }));
 }
 
 void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,

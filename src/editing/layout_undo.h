@@ -3,6 +3,7 @@
 #include "editing/layout_edits.h"
 #include "editing/navigation.h"
 #include "model/launcher_window_mode.h"
+#include "platform/lifetime.h"
 #include "platform/scheduler.h"
 #include "platform/uuid_source.h"
 #include "smartfolders/smart_folder_definition.h"
@@ -197,7 +198,7 @@ private:
     Timer _undoFeedbackTask;
     std::optional<UndoRedoReflow> _undoReflow;
     Timer _undoReflowTask;
-    std::shared_ptr<char> _alive = std::make_shared<char>();
+    Lifetime _lifetime;
 };
 
 } // namespace tessellar

@@ -1,6 +1,7 @@
 #include "icons/custom_app_icon_store.h"
 
 #include "icons/icns_file.h"
+#include "model/json_file.h"
 
 #include <QCryptographicHash>
 
@@ -183,11 +184,8 @@ CustomAppIconStore::writeAppliedIconRecord(const AppliedIconRecord& record, cons
 }
 
 std::optional<AppliedIconRecord> CustomAppIconStore::appliedIconRecord(const QString& appKey) const {
-    const auto bytes = _files.read(path(appKey, recordSuffix), maximumRecordBytes);
-    if (!bytes)
-        return std::nullopt;
-    const auto record = json::decodeDocument<AppliedIconRecord>(*bytes);
-    return record ? std::optional(*record) : std::nullopt;
+    StoredFile file(_files, path(appKey, recordSuffix), maximumRecordBytes);
+    return loadJson<AppliedIconRecord>(file).value_or(std::nullopt);
 }
 
 CustomAppIconStore::Result<void> CustomAppIconStore::removeAppliedIconRecord(const QString& appKey) {
@@ -212,7 +210,7 @@ CustomAppIconStore::Result<void> CustomAppIconStore::removeOriginalIcon(const QS
 
 CustomAppIconStore::Result<void> CustomAppIconStore::write(const QString& path,
                                                            const QByteArray& bytes) const {
-    if (!_files.createDirectories(_directory) || !_files.writeAtomically(path, bytes))
+    if (!StoredFile(_files, path, maximumFileBytes).write(bytes))
         return std::unexpected(Error::couldNotSave);
     return {};
 }

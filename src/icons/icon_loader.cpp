@@ -64,6 +64,7 @@ void IconLoader::start(const IconWish& wish, bool isOfRest) {
     std::optional<QString> custom = _customIcons ? _customIcons(wish.appKey) : std::nullopt;
     Running running{.task = {}, .wish = wish, .side = _side, .isOfRest = isOfRest};
     running.task = _workers.run(
+        Lane::decoding,
         [&files = _files, decoder = _decoder, path = wish.bundlePath, custom = std::move(custom),
          side = _side](std::stop_token) { return loadAppIcon(files, *decoder, path, custom, side); },
         [this, wish, side = _side](QImage image) { finish(wish, side, std::move(image)); });
@@ -72,7 +73,7 @@ void IconLoader::start(const IconWish& wish, bool isOfRest) {
 
 void IconLoader::startRest() {
     // Few at a time: what the user turns to next is not to wait behind a long queue.
-    const std::size_t few = std::size_t(2) * _workers.threadCount();
+    const std::size_t few = std::size_t(2) * _workers.threadCount(Lane::decoding);
     const qsizetype bytes = qsizetype(4) * _side * _side;
     while (_wishes.rest && _running.size() < few) {
         const qsizetype promised = static_cast<qsizetype>(_running.size() + 1) * bytes;

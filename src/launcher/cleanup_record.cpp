@@ -1,5 +1,7 @@
 #include "launcher/cleanup_record.h"
 
+#include "model/json_file.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -7,7 +9,8 @@ namespace tessellar {
 namespace {
 
 struct RecordDocument {
-    qint64 version = CleanupRecordStore::supportedVersion;
+    static constexpr qint64 supportedVersion = CleanupRecordStore::supportedVersion;
+    qint64 version = supportedVersion;
     QList<CleanupRecord> records;
 };
 
@@ -49,34 +52,36 @@ const CleanupItemResult* CleanupRecord::bundle() const {
     return found == items.end() ? nullptr : &*found;
 }
 
-CleanupRecordStore::CleanupRecordStore(const Machine& machine, QString tag)
-    : _files(machine.files)
-    , _clock(machine.clock)
-    , _folder(machine.places.applicationFolder())
-    , _path(FileSystem::joined(_folder, QStringLiteral("removals.json")))
-    , _tag(std::move(tag)) {}
+CleanupRecordStore::CleanupRecordStore(const Machine& machine, const QUuid& tag)
+    : _machine(machine), _tag(tag) {}
 
-QList<CleanupRecord> CleanupRecordStore::read() const { return load().records; }
+StoredFile CleanupRecordStore::file() const {
+    return {_machine.files,
+            FileSystem::joined(_machine.places.applicationFolder(), QStringLiteral("removals.json")),
+            maximumBytes};
+}
 
-CleanupRecordStore::Loaded CleanupRecordStore::load() const {
-    const auto bytes = _files.read(_path, maximumBytes);
-    if (!bytes && bytes.error().code == FileError::Code::notFound)
-        return {};
-    auto document = bytes ? json::decodeDocument<RecordDocument>(*bytes)
-                          : json::Decoded<RecordDocument>(json::fail(message(bytes.error())));
-    if (document && document->version == supportedVersion)
-        return {std::move(document->records)};
-    const QString name = QStringLiteral("removals.damaged-%1-%2.json")
-                             .arg(_clock.now().toIso8601().replace(u':', u'-'),
-                                  _tag.first(std::min<qsizetype>(8, _tag.size())));
-    return {{}, _files.move(_path, FileSystem::joined(_folder, name)).has_value()};
+std::expected<QList<CleanupRecord>, QString> CleanupRecordStore::read() const {
+    StoredFile removals = file();
+    return read(removals);
+}
+
+std::expected<QList<CleanupRecord>, QString> CleanupRecordStore::read(StoredFile& file) const {
+    auto document = loadJson<RecordDocument>(file);
+    if (document)
+        return *document ? std::move((*document)->records) : QList<CleanupRecord>();
+    if (document.error().kind == JsonFileError::Kind::unreadable)
+        return std::unexpected(document.error().text);
+    _machine.log.warning(document.error().text);
+    (void)file.setAside(_machine.clock, _tag);
+    return QList<CleanupRecord>();
 }
 
 std::expected<void, FileError> CleanupRecordStore::put(const CleanupRecord& record) const {
-    Loaded loaded = load();
-    if (!loaded.isWritable)
-        return std::unexpected(FileError{FileError::Code::alreadyExists, _path});
-    QList<CleanupRecord>& records = loaded.records;
+    StoredFile removals = file();
+    QList<CleanupRecord> records = read(removals).value_or(QList<CleanupRecord>());
+    if (const auto& error = removals.blocked())
+        return std::unexpected(*error);
     const auto known = std::ranges::find(records, record.id, &CleanupRecord::id);
     if (known == records.end() && record.items.isEmpty())
         return {};
@@ -88,14 +93,10 @@ std::expected<void, FileError> CleanupRecordStore::put(const CleanupRecord& reco
         records.append(record);
     if (records.size() > maximumRecords)
         records.remove(0, records.size() - maximumRecords);
-    if (const auto made = _files.createDirectories(_folder); !made)
-        return made;
     for (;; records.removeFirst()) {
-        const QByteArray bytes = json::write(json::encode(RecordDocument{.records = records}));
-        if (static_cast<std::uint64_t>(bytes.size()) <= maximumBytes)
-            return _files.writeAtomically(_path, bytes);
-        if (records.size() <= 1)
-            return std::unexpected(FileError{FileError::Code::tooLarge, _path});
+        const auto written = saveJson(removals, RecordDocument{.records = records});
+        if (written || written.error().code != FileError::Code::tooLarge || records.size() <= 1)
+            return written;
     }
 }
 

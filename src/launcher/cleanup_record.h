@@ -4,6 +4,7 @@
 #include "model/items.h"
 #include "model/launcher_window_mode.h"
 #include "platform/machine.h"
+#include "platform/stored_file.h"
 
 namespace tessellar {
 
@@ -38,8 +39,8 @@ struct CleanupRecord {
 };
 
 /// The removals that were not brought back yet, oldest first, in "removals.json" in the application's
-/// folder. A file that cannot be read is moved aside ("removals.damaged-STAMP-TAG.json"); where it
-/// cannot be moved nothing is written. Holds `maximumRecords` at most, and no more than fit into
+/// folder. A damaged file is moved aside ("removals.damaged-STAMP-TAG.json"); while the file cannot be
+/// read, or not be moved, nothing is written. Holds `maximumRecords` at most, and no more than fit into
 /// `maximumBytes`: the oldest go first.
 ///
 /// Has no state: every call reads the file. One thread at a time.
@@ -50,25 +51,20 @@ public:
     static constexpr std::uint64_t maximumBytes = 16u << 20;
 
     /// `tag` tells a file that is moved aside from others.
-    CleanupRecordStore(const Machine& machine, QString tag);
+    CleanupRecordStore(const Machine& machine, const QUuid& tag);
 
-    QList<CleanupRecord> read() const;
+    /// An error while the file cannot be read: it says nothing of what there is to bring back.
+    std::expected<QList<CleanupRecord>, QString> read() const;
     /// Adds a record, or puts it in place of the one with its identifier; one without items is taken
     /// out.
     std::expected<void, FileError> put(const CleanupRecord& record) const;
 
 private:
-    struct Loaded {
-        QList<CleanupRecord> records;
-        bool isWritable = true;
-    };
-    Loaded load() const;
+    StoredFile file() const;
+    std::expected<QList<CleanupRecord>, QString> read(StoredFile& file) const;
 
-    const FileSystem& _files;
-    const Clock& _clock;
-    QString _folder;
-    QString _path;
-    QString _tag;
+    const Machine& _machine;
+    QUuid _tag;
 };
 
 namespace json {

@@ -24,7 +24,7 @@ LauncherCleanup::LauncherCleanup(Machine& machine, LiveLayouts& layouts,
     , _history(history)
     , _messages(messages) {
     // The setup of the helper speaks from a worker, perhaps after this has gone.
-    const auto present = [this, alive = std::weak_ptr(_alive), mailbox = &machine.workers.mailbox()](
+    const auto present = [this, alive = _lifetime.watch(), mailbox = &machine.workers.mailbox()](
                              const std::optional<HelperNotice>& notice) {
         mailbox->post([this, alive, notice] {
             if (alive.expired())
@@ -168,15 +168,18 @@ void LauncherCleanup::close() {
 // ---- removal
 
 void LauncherCleanup::findRunning(std::function<void(bool)> done) {
-    _looking =
-        _machine.workers.run([tools = _tools, application = _review.application](
-                                 std::stop_token) { return tools->running.isRunning(application); },
-                             std::move(done));
+    _looking = _machine.workers.run(
+        Lane::actions,
+        [tools = _tools, application = _review.application](std::stop_token) {
+            return tools->running.isRunning(application);
+        },
+        std::move(done));
 }
 
 void LauncherCleanup::checkHelper(std::function<void(std::expected<void, QString>)> done) {
     _checking = _machine.workers.run(
-        [tools = _tools](std::stop_token stop) { return tools->helperHealth(stop); }, std::move(done));
+        Lane::actions, [tools = _tools](std::stop_token stop) { return tools->helperHealth(stop); },
+        std::move(done));
 }
 
 void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
@@ -199,7 +202,7 @@ void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
                .text = QStringLiteral("It is asked to quit before it is moved to the Trash."),
                .accept = QStringLiteral("Quit and Remove"),
                .isDestructive = true},
-              [this, alive = std::weak_ptr(_alive), round = _round, done](bool accepted) {
+              [this, alive = _lifetime.watch(), round = _round, done](bool accepted) {
                   if (alive.expired() || round != _round)
                       return;
                   if (accepted)
@@ -256,13 +259,14 @@ void LauncherCleanup::startRemoval(const Done& done) {
         std::optional<FileError> failure; ///< of writing the record
     };
     _moving = _machine.workers.run(
+        Lane::actions,
         [tools = _tools, application = _review.application, items = _review.selectedItems(), record,
          source = _stopMoving, progress = progressTeller()](std::stop_token stop) {
             const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
             Removed removed{.record = record};
             removed.kind = installKind(tools->machine.files, application.path);
             // Before anything moves, so that even a launcher that is killed meanwhile loses nothing.
-            const CleanupRecordStore store(tools->machine, toText(record.id));
+            const CleanupRecordStore store(tools->machine, record.id);
             const auto note = [&](const QList<CleanupItemResult>& planned) {
                 removed.record.items = planned;
                 return store.put(removed.record);
@@ -285,7 +289,7 @@ void LauncherCleanup::startRemoval(const Done& done) {
 }
 
 AppCleanupRemover::Progress LauncherCleanup::progressTeller() {
-    return [this, alive = std::weak_ptr(_alive),
+    return [this, alive = _lifetime.watch(),
             mailbox = &_machine.workers.mailbox()](const CleanupRemovalProgress& progress) {
         mailbox->post([this, alive, progress] {
             if (alive.expired() || _phase != Phase::removing)

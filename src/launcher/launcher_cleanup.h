@@ -151,7 +151,7 @@ private:
     Task _moving;
     Task _looking;
     Task _checking;
-    std::shared_ptr<char> _alive = std::make_shared<char>();
+    Lifetime _lifetime;
 };
 
 } // namespace tessellar

@@ -147,22 +147,31 @@ void LauncherCleanup::restore(std::function<void(Restored)> done) {
 
     beginMoving();
     _moving = _machine.workers.run(
-        [tools = _tools, source = _stopMoving,
-         tag = toText(_machine.uuids.next())](std::stop_token stop) -> std::optional<BroughtBack> {
+        Lane::actions,
+        [tools = _tools, source = _stopMoving, tag = _machine.uuids.next()](
+            std::stop_token stop) -> std::expected<std::optional<BroughtBack>, QString> {
             const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
             const CleanupRecordStore store(tools->machine, tag);
-            QList<CleanupRecord> records = store.read();
-            while (!records.isEmpty()) {
-                BroughtBack result = bringBack(*tools, records.takeLast(), false, source.get_token());
+            auto records = store.read();
+            if (!records)
+                return std::unexpected(records.error());
+            while (!records->isEmpty()) {
+                BroughtBack result = bringBack(*tools, records->takeLast(), false, source.get_token());
                 warnOf(tools->machine, store.put(result.rest));
                 if (!result.log.isEmpty())
                     return result;
             }
             return std::nullopt;
         },
-        [this, done = std::move(done)](const std::optional<BroughtBack>& result) {
+        [this,
+         done = std::move(done)](const std::expected<std::optional<BroughtBack>, QString>& tried) {
+            const std::optional<BroughtBack> result = tried.value_or(std::nullopt);
             Restored restored;
-            if (!result) {
+            if (!tried) {
+                restored =
+                    std::unexpected(LauncherError{QStringLiteral("recordUnreadable"), tried.error(),
+                                                  QStringLiteral("Could not put everything back")});
+            } else if (!result) {
                 restored =
                     std::unexpected(LauncherError{QStringLiteral("nothingToRestore"),
                                                   QStringLiteral("There is no removal to bring back."),
@@ -241,8 +250,9 @@ void LauncherCleanup::restoreApps(QList<TrashedAppRecord> records, LayoutUndoAct
         return refuseTrash(records, done);
     beginMoving();
     _moving = _machine.workers.run(
+        Lane::actions,
         [tools = _tools, source = _stopMoving, wanted,
-         tag = toText(_machine.uuids.next())](std::stop_token stop) {
+         tag = _machine.uuids.next()](std::stop_token stop) {
             const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
             QList<BroughtBack> results;
             for (const CleanupRecord& record : wanted) {
@@ -294,6 +304,7 @@ void LauncherCleanup::trashApps(QList<TrashedAppRecord> records, LayoutUndoActio
     }
     beginMoving();
     _moving = _machine.workers.run(
+        Lane::actions,
         [tools = _tools, source = _stopMoving, wanted](std::stop_token stop) {
             const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
             QList<Again> results;
@@ -303,7 +314,7 @@ void LauncherCleanup::trashApps(QList<TrashedAppRecord> records, LayoutUndoActio
                     items.append(item.item);
                 Again again{.record = record, .log = {}, .failure = {}};
                 again.record.items.clear();
-                const CleanupRecordStore store(tools->machine, toText(record.id));
+                const CleanupRecordStore store(tools->machine, record.id);
                 // Nobody is asked here: an application that is open stays.
                 const CleanupRemovalResult result =
                     tools->remover(false).remove(record.application(), items, source.get_token(), {},

@@ -41,6 +41,7 @@ void LauncherSearch::make(Mode mode) {
         return;
     index.isOutdated = false;
     index.task = _machine.workers.run(
+        Lane::computing,
         [layout = _layouts[mode].document(), apps = _applications.all(), locale = _machine.locale,
          definitions = _smartFolders.definitions(),
          evaluations = _smartFolders.evaluations()](std::stop_token) {

@@ -237,6 +237,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
     };
     // On a worker: the volume may hang.
     *task = _machine.workers.run(
+        Lane::actions,
         [&files = _machine.files, path = app->path](std::stop_token) { return files.exists(path); },
         [this, task, key, path = app->path, opened, refuse, unavailable, done](bool exists) {
             if (exists) {

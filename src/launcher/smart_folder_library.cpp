@@ -24,7 +24,7 @@ static LauncherError launcherError(const SmartFolderStore::Error& error, const Q
 SmartFolderLibrary::SmartFolderLibrary(Machine& machine)
     : _machine(machine)
     , _store(machine.files, machine.places.applicationFolder(), machine.clock, machine.uuids)
-    , _usage(machine.files, machine.places.applicationFolder(), machine.clock, machine.uuids)
+    , _usage(machine, machine.places.applicationFolder())
     , _catalog(machine)
     , _calendar(Calendar::system(machine.locale)) {}
 
@@ -138,8 +138,7 @@ void SmartFolderLibrary::setApps(const QList<AppEntry>& apps) {
     for (const AppEntry& app : apps)
         keys.append(appKey(app));
     if (_usage.recordSeen(keys))
-        if (const auto saved = _usage.save(); !saved)
-            _machine.log.warning(message(saved.error()));
+        _usage.save();
     startRound();
 }
 
@@ -153,8 +152,7 @@ void SmartFolderLibrary::setCustomNames(const QHash<QString, QString>& names) {
 
 void SmartFolderLibrary::recordLaunch(const QString& key) {
     _usage.recordLaunch(key);
-    if (const auto saved = _usage.save(); !saved)
-        _machine.log.warning(message(saved.error()));
+    _usage.save();
     startRound();
 }
 
@@ -205,6 +203,7 @@ SmartFolderLibrary::request(const QSet<SmartFolderInspection>& inspections) cons
 void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
     _facts = facts;
     _evaluationTask = _machine.workers.run(
+        Lane::computing,
         // The worker has the index for itself; one that is still at work on an older round keeps it.
         [definitions = _definitions, facts = std::move(facts), index = std::move(_index),
          locale = _machine.locale, calendar = _calendar, now = _machine.clock.now(),
@@ -247,6 +246,7 @@ void SmartFolderLibrary::startPreview() {
         return;
     const auto evaluate = [this](SmartFolderFactsList facts) {
         _preview->task = _machine.workers.run(
+            Lane::computing,
             [definition = _preview->definition, facts, locale = _machine.locale, calendar = _calendar,
              now = _machine.clock.now(), &files = _machine.files](std::stop_token) {
                 return SmartFolderEvaluator(files).evaluate(definition, facts, locale, now, calendar);

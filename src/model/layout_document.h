@@ -20,8 +20,7 @@ struct LayoutDocument {
     bool operator==(const LayoutDocument&) const = default;
 };
 
-/// What `LayoutDocument`s, backups and arrangements may nest and weigh, read or written: whatever was
-/// written can be read again, and what was read be written.
+/// Limits on nesting and size, for reading and writing alike: whatever was written can be read back.
 inline constexpr int maximumFolderDepth = 100;
 inline constexpr std::uint64_t maximumLayoutBytes = 64u << 20;
 

@@ -141,10 +141,10 @@ static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout&
 
 std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
                                                    const ArrangementLayout& layout) {
+    QMap<QString, QJsonValue> changes;
     for (const auto& [key, value] : settingsOf(layout, mode))
-        if (const auto stored = settings.set(prefixed(mode, key), value); !stored)
-            return stored;
-    return {};
+        changes.insert(prefixed(mode, key), value);
+    return settings.set(changes);
 }
 
 } // namespace tessellar

@@ -31,15 +31,18 @@ QString LayoutStore::defaultDirectory(const Places& places, const std::optional<
                               identifier.value_or(QStringLiteral("com.quillane.app")));
 }
 
-LayoutStore::LayoutStore(const Machine& machine, QString directory)
-    : _machine(machine), _directory(std::move(directory)) {
-    (void)_machine.files.createDirectories(_directory);
+static QString workingPath(const QString& directory, LauncherWindowMode mode) {
+    return FileSystem::joined(directory, mode == LauncherWindowMode::fullScreen
+                                             ? QStringLiteral("layout.json")
+                                             : QStringLiteral("layout-windowed.json"));
 }
 
-QString LayoutStore::workingPath(LauncherWindowMode mode) const {
-    return FileSystem::joined(_directory, mode == LauncherWindowMode::fullScreen
-                                              ? QStringLiteral("layout.json")
-                                              : QStringLiteral("layout-windowed.json"));
+LayoutStore::LayoutStore(const Machine& machine, QString directory)
+    : _machine(machine)
+    , _directory(std::move(directory))
+    , _working{{{machine, workingPath(_directory, modes[0])},
+                {machine, workingPath(_directory, modes[1])}}} {
+    (void)_machine.files.createDirectories(_directory);
 }
 
 QString LayoutStore::arrangementsDirectory(LauncherWindowMode mode) const {
@@ -63,16 +66,16 @@ LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
         return Failed{std::move(error), std::move(detail)};
     };
 
-    const auto bytes = _machine.files.read(workingPath(mode), maximumLayoutBytes);
-    if (!bytes && bytes.error().code == FileError::Code::notFound) {
+    const auto bytes = file.file.read();
+    if (!bytes)
+        return fail(StorageError{Code::workingDocumentUnreadable}, message(bytes.error()));
+    if (!*bytes) {
         file.isBlocked = false;
         _machine.log.info(
             QStringLiteral("The layout of the mode %1 is missing.").arg(json::rawValue(mode)));
         return Missing();
     }
-    if (!bytes)
-        return fail(StorageError{Code::workingDocumentUnreadable}, message(bytes.error()));
-    auto document = json::decodeDocument<Document>(*bytes);
+    auto document = json::decodeDocument<Document>(**bytes);
     if (!document)
         return fail(StorageError{Code::workingDocumentUnreadable}, json::message(document.error()));
     if (!Document::isSupported(document->version))
@@ -86,43 +89,65 @@ LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
     return *std::move(document);
 }
 
-std::expected<void, FileError> LayoutStore::write(const QString& path, const QJsonValue& value,
-                                                  const Document& document) const {
-    const FileError tooLarge{FileError::Code::tooLarge, path};
+/// Any thread: takes some 60 ms for 5,000 tiles.
+template <typename Kept>
+static std::expected<QByteArray, FileError> encoded(const QString& path, const Kept& kept,
+                                                    const LayoutDocument& document) {
     if (folderDepth(document.pages) > maximumFolderDepth)
-        return std::unexpected(tooLarge);
-    const QByteArray bytes = json::write(value);
-    if (static_cast<std::uint64_t>(bytes.size()) > maximumLayoutBytes)
-        return std::unexpected(tooLarge);
-    if (const auto made = _machine.files.createDirectories(FileSystem::parent(path)); !made)
-        return made;
-    return _machine.files.writeAtomically(path, bytes);
+        return std::unexpected(FileError{FileError::Code::tooLarge, path});
+    return json::write(json::encode(kept));
+}
+
+template <typename Kept>
+std::expected<void, FileError> LayoutStore::write(const QString& path, const Kept& kept,
+                                                  const Document& document) const {
+    const auto bytes = encoded(path, kept, document);
+    if (!bytes)
+        return std::unexpected(bytes.error());
+    return StoredFile(_machine.files, path, maximumLayoutBytes).write(*bytes);
+}
+
+// ---- the working layouts
+
+LayoutStore::Working::Working(const Machine& machine, const QString& path)
+    : file(machine.workers, StoredFile(machine.files, path, maximumLayoutBytes)) {}
+
+std::optional<BackgroundFile::Result> LayoutStore::Working::outcome() const {
+    if (!unsaved)
+        return BackgroundFile::Result();
+    return unsaved->ticket ? file.result(*unsaved->ticket) : std::nullopt;
 }
 
 void LayoutStore::scheduleSave(LauncherWindowMode mode, const Document& document) {
     Working& file = working(mode);
     if (file.isBlocked)
         return;
-    file.unsaved = Unsaved{document, true};
-    file.pendingSave = _machine.scheduler.after(saveDelay, [this, mode] {
-        if (const auto written = writeUnsaved(mode); !written)
-            _machine.log.warning(message(written.error()));
-    });
+    file.unsaved = Unsaved{document, true, {}};
+    file.pendingSave = _machine.scheduler.after(saveDelay, [this, mode] { handOver(mode); });
 }
 
-std::expected<void, FileError> LayoutStore::writeUnsaved(LauncherWindowMode mode) {
+void LayoutStore::save(LauncherWindowMode mode, const Document& document) {
+    scheduleSave(mode, document);
+    handOver(mode);
+}
+
+/// What is unsaved goes to the worker, unless it is there already and may yet succeed.
+void LayoutStore::handOver(LauncherWindowMode mode) {
     Working& file = working(mode);
-    if (!file.unsaved || file.isBlocked)
-        return {};
-    const Document document = current(file.unsaved->document);
-    const auto written = write(workingPath(mode), json::encode(document), document);
-    if (!written) {
-        file.lastSaveError = written.error();
-        return written;
-    }
-    file.unsaved.reset();
-    file.lastSaveError.reset();
-    return {};
+    file.pendingSave.cancel();
+    if (!file.unsaved || (file.unsaved->ticket && (!file.outcome() || file.isSaved())))
+        return;
+    file.unsaved->ticket =
+        file.file.write([path = file.file.path(), document = current(file.unsaved->document)] {
+            return encoded(path, document, document);
+        });
+    file.file.whenWritten([this, mode](const BackgroundFile::Result& written) {
+        Working& saved = working(mode);
+        if (!written)
+            _machine.log.warning(message(written.error()));
+        else if (saved.isSaved())
+            saved.unsaved.reset();
+    });
 }
 
 std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode mode,
@@ -130,33 +155,61 @@ std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode 
     Working& file = working(mode);
     if (file.isBlocked)
         return std::unexpected(StorageError{Code::workingDocumentUnreadable});
-    file.pendingSave.cancel();
-    file.unsaved = Unsaved{document, false};
-    if (const auto written = writeUnsaved(mode); !written)
+    file.unsaved = Unsaved{document, false, {}};
+    handOver(mode);
+    if (const auto written = file.file.wait(); !written)
         return std::unexpected(written.error());
     return {};
 }
 
 std::expected<void, LayoutStore::Error> LayoutStore::flush() {
+    std::ranges::for_each(modes, [this](LauncherWindowMode mode) { handOver(mode); });
     std::expected<void, Error> result;
-    for (const LauncherWindowMode mode : modes) {
-        working(mode).pendingSave.cancel();
-        if (const auto written = writeUnsaved(mode); !written && result)
-            result = std::unexpected(written.error());
+    for (const Working& file : _working) {
+        (void)file.file.wait();
+        if (const auto outcome = file.outcome(); result && outcome && !*outcome)
+            result = std::unexpected(outcome->error());
     }
     return result;
 }
 
+void LayoutStore::whenSaved(MoveOnlyFunction<void(std::expected<void, Error>)> done) {
+    struct Waiting {
+        MoveOnlyFunction<void(std::expected<void, Error>)> done;
+        std::expected<void, Error> result;
+        std::size_t left = modes.size();
+    };
+    const auto waiting = std::make_shared<Waiting>(Waiting{std::move(done), {}});
+    for (const LauncherWindowMode mode : modes) {
+        handOver(mode);
+        Working& file = working(mode);
+        file.file.whenWritten(
+            [waiting, isOwed = file.unsaved.has_value()](const BackgroundFile::Result& written) {
+                if (isOwed && !written && waiting->result)
+                    waiting->result = std::unexpected(written.error());
+                if (--waiting->left == 0)
+                    waiting->done(waiting->result);
+            });
+    }
+}
+
 bool LayoutStore::hasUnsavedEdits() const {
-    return std::ranges::any_of(
-        _working, [](const Working& file) { return file.unsaved && file.unsaved->isEdit; });
+    return std::ranges::any_of(_working, [](const Working& file) {
+        return file.unsaved && file.unsaved->isEdit && !file.isSaved();
+    });
+}
+
+std::optional<LayoutStore::Error> LayoutStore::lastSaveError(LauncherWindowMode mode) const {
+    const auto error = working(mode).file.lastError();
+    return error ? std::optional<Error>(*error) : std::nullopt;
 }
 
 std::expected<void, FileError> LayoutStore::reset(LauncherWindowMode mode) {
     Working& file = working(mode);
     file.pendingSave.cancel();
     file.unsaved.reset();
-    const QString path = workingPath(mode);
+    (void)file.file.wait();
+    const QString& path = file.file.path();
     std::expected<void, FileError> removed;
     if (file.isBlocked && _machine.files.linkStatus(path)) {
         // What could not be read may hold years of somebody's order: it leaves its place, not the disk.
@@ -164,20 +217,19 @@ std::expected<void, FileError> LayoutStore::reset(LauncherWindowMode mode) {
         removed = _machine.files.createDirectories(backups);
         if (removed)
             removed = _machine.files.move(
-                path, FileSystem::joined(backups, stampedName(QStringLiteral("unreadable-layout-"))));
+                path, FileSystem::joined(backups, stampedName(QStringLiteral("unreadable-layout"))));
     } else {
         removed = _machine.files.remove(path);
     }
     if (!removed && removed.error().code != FileError::Code::notFound)
         return removed;
     file.isBlocked = false;
-    file.lastSaveError.reset();
+    file.file.forget();
     return {};
 }
 
 QString LayoutStore::stampedName(const QString& prefix) {
-    const QString stamp = _machine.clock.now().toIso8601().replace(u':', u'-');
-    return prefix + stamp + u'-' + toText(_machine.uuids.next()).first(8) + QLatin1StringView(".json");
+    return StoredFile::stampedName(prefix, _machine.clock, _machine.uuids.next());
 }
 
 std::expected<QString, FileError>
@@ -185,8 +237,8 @@ LayoutStore::makeBackup(const QString& reason, const std::optional<QString>& sou
                         const Document& document) {
     const BackupDocument backup{_machine.clock.now(), reason, sourceDatabasePath, current(document)};
     const QString path = FileSystem::joined(FileSystem::joined(_directory, QStringLiteral("Backups")),
-                                            stampedName(QStringLiteral("layout-")));
-    if (const auto written = write(path, json::encode(backup), backup.document); !written)
+                                            stampedName(QStringLiteral("layout")));
+    if (const auto written = write(path, backup, backup.document); !written)
         return std::unexpected(written.error());
     return path;
 }
@@ -209,7 +261,7 @@ LayoutStore::saveArrangement(LauncherWindowMode mode, const QString& name, const
                                   .folderCount = static_cast<int>(counts.folders),
                                   .layout = layout};
     const auto written =
-        write(arrangementPath(mode, arrangement.id), json::encode(arrangement), arrangement.document);
+        write(arrangementPath(mode, arrangement.id), arrangement, arrangement.document);
     if (!written)
         return std::unexpected(written.error());
     return summaryOf(arrangement);

@@ -2,7 +2,7 @@
 
 #include "model/launcher_window_mode.h"
 #include "model/layout_document.h"
-#include "platform/file_system.h"
+#include "platform/background_file.h"
 #include "platform/machine.h"
 
 #include <array>
@@ -20,10 +20,10 @@ namespace tessellar {
 ///
 /// A working file that exists but cannot be used blocks its mode: nothing is written for it until a
 /// reset, or a later load that finds a usable file or none. Edits are saved 300 ms after the last of a
-/// burst. What a failing disk kept from being saved stays here and is tried again at the next edit and
-/// at `flush`.
+/// burst, encoded and written on a worker. What a failing disk kept from being saved stays here and is
+/// tried again at the next edit, at `flush` and at `whenSaved`.
 ///
-/// Main thread only.
+/// Main thread only. The two modes have nothing in common but the folder.
 class LayoutStore {
 public:
     using Document = LayoutDocument;
@@ -65,19 +65,22 @@ public:
     // The working layouts. Documents are written with the current version.
     LoadResult load(LauncherWindowMode mode);
     void scheduleSave(LauncherWindowMode mode, const Document& document);
+    /// The same without the delay, for what is no burst.
+    void save(LauncherWindowMode mode, const Document& document);
+    /// Blocks until the document is on the disk.
     std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document);
     std::expected<void, FileError> reset(LauncherWindowMode mode);
     bool isWriteBlocked(LauncherWindowMode mode) const { return working(mode).isBlocked; }
-    /// Writes at once what is scheduled, or could not be saved earlier, for either mode. The first
-    /// error where both fail.
+    /// Writes what is scheduled, or could not be saved earlier, for either mode, and blocks until it is
+    /// on the disk. The first error where both fail.
     std::expected<void, Error> flush();
+    /// The same without blocking; `done` is called on the main thread, unless the store goes before.
+    void whenSaved(MoveOnlyFunction<void(std::expected<void, Error>)> done);
     /// True while the state of a scheduled save is not on the disk. What `saveNow` could not write does
     /// not count: its caller was told.
     bool hasUnsavedEdits() const;
     /// Why the last save failed; empty once one has succeeded. Shown at the next edit.
-    const std::optional<Error>& lastSaveError(LauncherWindowMode mode) const {
-        return working(mode).lastSaveError;
-    }
+    std::optional<Error> lastSaveError(LauncherWindowMode mode) const;
 
     /// The path of the backup.
     std::expected<QString, FileError> makeBackup(const QString& reason,
@@ -98,24 +101,30 @@ private:
     struct Unsaved {
         Document document;
         bool isEdit = false;
+        std::optional<BackgroundFile::Ticket> ticket; ///< once handed over
     };
-    /// What is known of one mode's working file.
+    /// One mode's working file.
     struct Working {
+        Working(const Machine& machine, const QString& path);
+        /// What became of the state that was to be saved; absent while it is not on the disk.
+        std::optional<BackgroundFile::Result> outcome() const;
+        bool isSaved() const { return outcome() == BackgroundFile::Result(); }
+
+        BackgroundFile file;
         bool isBlocked = false;
         std::optional<Unsaved> unsaved;
         Timer pendingSave;
-        std::optional<Error> lastSaveError;
     };
 
     Working& working(LauncherWindowMode mode) { return _working[static_cast<std::size_t>(mode)]; }
     const Working& working(LauncherWindowMode mode) const {
         return _working[static_cast<std::size_t>(mode)];
     }
-    QString workingPath(LauncherWindowMode mode) const;
     QString arrangementsDirectory(LauncherWindowMode mode) const;
     QString stampedName(const QString& prefix);
-    std::expected<void, FileError> writeUnsaved(LauncherWindowMode mode);
-    std::expected<void, FileError> write(const QString& path, const QJsonValue& value,
+    void handOver(LauncherWindowMode mode);
+    template <typename Kept>
+    std::expected<void, FileError> write(const QString& path, const Kept& kept,
                                          const Document& document) const;
 
     const Machine& _machine;

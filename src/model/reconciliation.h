@@ -25,8 +25,8 @@ struct MergeResult {
     QSet<QString> hiddenKeys;
     /// App keys of tiles whose application is out of reach.
     QSet<QString> unavailableAppKeys;
-    /// Keys that are others now, because a second copy of an application appeared or went away. What
-    /// else is kept by app key (icons, records) moves along.
+    /// Keys that changed, because a second copy of an application appeared or went away. What else is
+    /// kept by app key (icons, records) moves along.
     QHash<QString, QString> changedKeys;
 
     bool operator==(const MergeResult&) const = default;

@@ -8,7 +8,7 @@
 namespace tessellar {
 
 /// Which characters a text has, each as one of 64 bits: a text that lacks one of another's does not
-/// contain it. That takes one instruction to see, where very many texts are searched for few words.
+/// contain it. One instruction rules a text out where many are searched for a few words.
 class CharacterBits {
 public:
     CharacterBits() = default;

@@ -4,6 +4,11 @@
 
 #include <QJsonObject>
 
+#include <pugixml.hpp>
+
+#include <sstream>
+#include <string_view>
+
 namespace tessellar {
 
 namespace {
@@ -11,6 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 
 const QString toolPath = QStringLiteral("/usr/bin/defaults");
+
+bool removes(const QJsonValue& value) { return value.isNull() || value.isUndefined(); }
 
 /// What follows the key on the tool's command line. Texts go as they are: without a type the tool
 /// would read them as property lists.
@@ -42,28 +49,77 @@ DefaultsSettings::DefaultsSettings(const FileSystem& files, CommandRunner& comma
         _values.insert(member.key(), *member);
 }
 
-std::expected<void, FileError> DefaultsSettings::set(const QString& key, const QJsonValue& value) {
-    const bool removes = value.isNull() || value.isUndefined();
-    if (removes ? !_values.contains(key) : _values.value(key, QJsonValue::Undefined) == value)
+std::expected<void, FileError> DefaultsSettings::set(const QMap<QString, QJsonValue>& changes) {
+    QMap<QString, QJsonValue> changed;
+    for (auto it = changes.begin(); it != changes.end(); ++it)
+        if (removes(*it) ? _values.contains(it.key())
+                         : _values.value(it.key(), QJsonValue::Undefined) != *it)
+            changed.insert(it.key(), *it);
+    if (changed.isEmpty())
         return {};
-    const QByteArray name = key.toUtf8();
-    const CommandResult result =
-        removes ? run({"delete", _domain, name})
-                : run(QList<QByteArray>{"write", _domain, name} + valueArguments(value));
-    if (!result.succeeded())
+    if (!(changed.size() == 1 ? store(changed.firstKey(), changed.first()) : store(changed)))
         return std::unexpected(FileError{FileError::Code::io, toolPath});
-    if (removes)
-        _values.remove(key);
-    else
-        _values.insert(key, value);
+    for (auto it = changed.begin(); it != changed.end(); ++it) {
+        if (removes(*it))
+            _values.remove(it.key());
+        else
+            _values.insert(it.key(), *it);
+    }
     return {};
 }
 
-CommandResult DefaultsSettings::run(const QList<QByteArray>& arguments) const {
+bool DefaultsSettings::store(const QString& key, const QJsonValue& value) const {
+    const QByteArray name = key.toUtf8();
+    return (removes(value) ? run({"delete", _domain, name})
+                           : run(QList<QByteArray>{"write", _domain, name} + valueArguments(value)))
+        .succeeded();
+}
+
+/// The whole domain, changed: whatever `import` does with keys that it is not given, they stay.
+bool DefaultsSettings::store(const QMap<QString, QJsonValue>& changes) const {
+    const CommandResult exported = run({"export", _domain, "-"});
+    pugi::xml_document document;
+    if (!exported.succeeded() || exported.outputTruncated ||
+        !document.load_buffer(exported.standardOutput.constData(),
+                              static_cast<std::size_t>(exported.standardOutput.size()),
+                              pugi::parse_full | pugi::parse_ws_pcdata))
+        return false;
+    pugi::xml_node dict = document.child("plist").child("dict");
+    if (!dict)
+        return false;
+    for (auto it = changes.begin(); it != changes.end(); ++it) {
+        const QByteArray name = it.key().toUtf8();
+        pugi::xml_node key = dict.find_child([&](const pugi::xml_node& node) {
+            return name == node.child_value() && std::string_view(node.name()) == "key";
+        });
+        const bool wasThere = !key.empty();
+        if (wasThere) {
+            while (key.next_sibling() && key.next_sibling().type() != pugi::node_element)
+                dict.remove_child(key.next_sibling());
+            dict.remove_child(key.next_sibling());
+            dict.remove_child(key);
+        }
+        if (removes(*it)) {
+            if (wasThere && !store(it.key(), *it)) // should `import` only add
+                return false;
+            continue;
+        }
+        dict.append_child("key").text().set(name.constData());
+        const QByteArray element = toPropertyListElement(*it);
+        dict.append_buffer(element.constData(), static_cast<std::size_t>(element.size()));
+    }
+    std::ostringstream text;
+    document.save(text, "", pugi::format_raw);
+    return run({"import", _domain, "-"}, QByteArray::fromStdString(text.str())).succeeded();
+}
+
+CommandResult DefaultsSettings::run(const QList<QByteArray>& arguments,
+                                    const std::optional<QByteArray>& input) const {
     return _commands.run({.executable = _files.hostPath(toolPath),
                           .arguments = arguments,
                           .environment = _environment,
-                          .timeout = 5s},
+                          .timeout = 5s,
+                          .input = input},
                          {});
 }
 

@@ -9,7 +9,7 @@
 namespace tessellar {
 
 /// The system's own notices about folders: inotify, on a Mac kqueue. One thread adds, removes and
-/// waits; any thread may wake it. Nothing runs while nothing happens.
+/// waits; any thread may wake it. Costs nothing while nothing changes.
 class DirectoryEvents {
 public:
     struct Event {

@@ -12,8 +12,8 @@
 namespace tessellar {
 
 /// Lists an open folder in large pieces, with types and without a stat call for each entry; where the
-/// file system keeps no types, they are asked for one by one. Reusable: its buffer is what makes it
-/// dear. One thread at a time.
+/// file system keeps no types, they are asked for one by one. Reuse it: its buffer is expensive to
+/// make. One thread at a time.
 class DirectoryReader {
 public:
     struct Entry {

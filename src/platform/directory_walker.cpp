@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <list>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -61,8 +62,12 @@ public:
         _pending.push_back(new Folder{.open = _start, .held = _held.end()});
         {
             std::vector<std::jthread> others;
-            for (unsigned i = 1; i < _threads; ++i)
-                others.emplace_back([this] { work(); });
+            try {
+                for (unsigned i = 1; i < _threads; ++i)
+                    others.emplace_back([this] { work(); });
+            } catch (const std::system_error&) {
+                // No thread to be had: those at hand do all of it.
+            }
             work();
         }
         _result.complete = !_incomplete.load();

@@ -42,8 +42,8 @@ struct WalkResult {
 /// Walks a tree with several threads, by descriptors and large `getdents` reads; about a million
 /// entries a second on two cores. Links are reported, never followed, not even one at `path` itself,
 /// and so no loop can hold it. A mount point is reported but not entered, unless the options say so.
-/// What vanishes meanwhile is passed over. Any depth is walked with a hundred descriptors and a small
-/// stack.
+/// Entries that vanish during the walk are skipped. Any depth is walked with a hundred descriptors and
+/// a small stack.
 ///
 /// `visit` is called from several threads at once, this one among them, and decides for each directory
 /// whether it is entered; for other entries its answer means nothing. It must not throw. Directories

@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <mutex>
+#include <system_error>
 
 namespace tessellar {
 
@@ -266,8 +267,18 @@ DirectoryWatcher::DirectoryWatcher(const Machine& machine, Listener listener,
     : _machine(machine), _listener(std::move(listener)), _shared(std::make_shared<Shared>()) {
     _shared->watcher = this;
     _shared->events = std::move(events);
-    _thread = std::thread([&files = machine.files, &mailbox = machine.workers.mailbox(),
-                           shared = _shared] { Thread(files, mailbox, shared).run(); });
+    begin();
+}
+
+void DirectoryWatcher::begin() {
+    try {
+        _thread = std::thread([&files = _machine.files, &mailbox = _machine.workers.mailbox(),
+                               shared = _shared] { Thread(files, mailbox, shared).run(); });
+    } catch (const std::system_error& error) {
+        _machine.log.warning(
+            u"Folders cannot be watched for now: %1"_s.arg(QString::fromLocal8Bit(error.what())));
+        _poll = _machine.scheduler.after(pollInterval, [this] { begin(); });
+    }
 }
 
 DirectoryWatcher::~DirectoryWatcher() {
@@ -277,7 +288,8 @@ DirectoryWatcher::~DirectoryWatcher() {
     }
     _shared->watcher = nullptr;
     _shared->events->wake();
-    _thread.join();
+    if (_thread.joinable())
+        _thread.join();
 }
 
 void DirectoryWatcher::watch(const QStringList& directories, Instant since,

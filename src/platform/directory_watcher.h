@@ -15,10 +15,10 @@ namespace tessellar {
 /// thread of its own waits for the system's notices, so that neither a storm of them nor a server that
 /// does not answer holds up the main thread; while nothing changes it makes no system call.
 ///
-/// - A folder that is not there is told of when it appears, and one that goes when it goes, and when it
-///   comes again; so is one over which a volume comes, or from which it goes.
-/// - Where the system has no more watches to give, the folders left over are looked at every ten
-///   seconds; the log says so.
+/// - A missing folder is reported when it appears, a removed one when it goes and when it returns; so
+///   is a folder when a volume is mounted over it or unmounted.
+/// - Where the system is out of watches, the remaining folders are polled every ten seconds; the log
+///   says so. While no thread can be made, nothing is watched; that is tried again as often.
 ///
 /// Made, called and destroyed on the main thread, which is where the listener is called.
 class DirectoryWatcher {
@@ -36,13 +36,14 @@ public:
     /// and was changed since `since` counts as changed: nothing is missed between someone's reading of
     /// it and the beginning of its watch. `done` is called when the watches stand.
     void watch(const QStringList& directories, Instant since, std::function<void()> done = {});
-    /// True while folders are looked at by turns because the system's limit was reached.
+    /// True while some folders are polled: the system is out of watches.
     bool isPolling() const { return _isPolling; }
 
 private:
     struct Shared;
     class Thread;
 
+    void begin();
     void setPolling(bool polling);
     void schedulePoll();
 

@@ -6,8 +6,8 @@
 
 namespace tessellar {
 
-/// A lock that programs of one user agree on: held while this lives, given up by the system when the
-/// process ends in any way. The file stays, empty.
+/// An advisory lock between processes of one user. Held while this object lives; the system releases it
+/// however the process ends. The empty file stays.
 class FileLock {
 public:
     FileLock() = default;

@@ -1,6 +1,7 @@
 #include "platform/settings.h"
 
 #include "platform/property_list_json.h"
+#include "platform/stored_file.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -35,7 +36,7 @@ QString withoutSuffix(const QString& path) {
 struct FileSettings::State {
     State(const FileSystem& fileSystem, const QString& path)
         : files(fileSystem)
-        , json(withoutSuffix(path) + jsonSuffix)
+        , json(files, withoutSuffix(path) + jsonSuffix, maximumBytes)
         , propertyList(withoutSuffix(path) + propertyListSuffix) {
         load();
     }
@@ -44,21 +45,22 @@ struct FileSettings::State {
     std::expected<void, FileError> keepDamagedFile() const;
 
     const FileSystem& files;
-    const QString json;
+    StoredFile json;
     const QString propertyList;
     QMap<QString, QJsonValue> values;
-    bool damaged = false; ///< the JSON file is there but gave no values
+    bool damaged = false; ///< the JSON file was read whole but gives no values
 };
 
 void FileSettings::State::load() {
     values.clear();
     damaged = false;
-    if (const auto bytes = files.read(json, maximumBytes)) {
-        const QJsonDocument document = QJsonDocument::fromJson(*bytes);
+    const auto bytes = json.read();
+    if (!bytes)
+        return;
+    if (*bytes) {
+        const QJsonDocument document = QJsonDocument::fromJson(**bytes);
         values = members(document.object());
         damaged = !document.isObject();
-    } else if (bytes.error().code != FileError::Code::notFound) {
-        damaged = true;
     } else if (const auto list = files.read(propertyList, maximumBytes)) {
         if (const auto parsed = parsePropertyList(*list))
             values = members(toJson(*parsed).toObject());
@@ -68,10 +70,10 @@ void FileSettings::State::load() {
 std::expected<void, FileError> FileSettings::State::keepDamagedFile() const {
     std::expected<void, FileError> moved;
     for (int number = 1; number <= maximumDamagedFiles; ++number) {
-        QString kept = json + QStringLiteral(".damaged");
+        QString kept = json.path() + QStringLiteral(".damaged");
         if (number > 1)
             kept += QStringLiteral("-%1").arg(number);
-        moved = files.move(json, kept);
+        moved = files.move(json.path(), kept);
         if (moved || moved.error().code != FileError::Code::alreadyExists)
             break;
     }
@@ -85,34 +87,32 @@ FileSettings::~FileSettings() = default;
 
 QMap<QString, QJsonValue> FileSettings::values() const { return _state->values; }
 
-std::expected<void, FileError> FileSettings::set(const QString& key, const QJsonValue& value) {
-    // What another program stored meanwhile stays, and damage may have been a moment's failure.
+std::expected<void, FileError> FileSettings::set(const QMap<QString, QJsonValue>& changes) {
+    // What another program stored meanwhile stays, and damage may have been mended.
     const QMap<QString, QJsonValue> known = _state->values;
     _state->load();
-    if (_state->damaged)
+    const auto& unreadable = _state->json.blocked();
+    if (_state->damaged || unreadable)
         _state->values = known;
-    const bool removes = value.isNull() || value.isUndefined();
+    if (unreadable)
+        return std::unexpected(*unreadable);
     QMap<QString, QJsonValue> changed = _state->values;
-    if (removes)
-        changed.remove(key);
-    else
-        changed.insert(key, value);
+    for (auto it = changes.begin(); it != changes.end(); ++it) {
+        if (it->isNull() || it->isUndefined())
+            changed.remove(it.key());
+        else
+            changed.insert(it.key(), *it);
+    }
     if (changed == _state->values && !_state->damaged)
         return {};
 
     QJsonObject object;
     for (auto entry = changed.cbegin(); entry != changed.cend(); ++entry)
         object.insert(entry.key(), *entry);
-    if (_state->damaged) {
+    if (_state->damaged)
         if (const auto kept = _state->keepDamagedFile(); !kept)
             return kept;
-    } else if (const auto made = _state->files.createDirectories(FileSystem::parent(_state->json));
-               !made) {
-        return made;
-    }
-    if (const auto written =
-            _state->files.writeAtomically(_state->json, QJsonDocument(object).toJson());
-        !written)
+    if (const auto written = _state->json.write(QJsonDocument(object).toJson()); !written)
         return written;
     _state->values = changed;
     _state->damaged = false;

@@ -80,6 +80,14 @@ std::expected<FileStatus, int> statusAt(int directory, const char* name, int fla
     return status;
 }
 
+/// A failure is no failure of what was done in the folder: that has happened.
+void flushFolder(const Place& place) {
+    // A second descriptor: one that only looks cannot flush.
+    const Descriptor folder(::openat(place.directory.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder)
+        ::fsync(folder.get());
+}
+
 int renameWithoutReplacing(const Place& from, const Place& to) {
     const int error = renameExclusively(from.directory.get(), from.name, to.directory.get(), to.name);
 #ifdef __linux__
@@ -448,11 +456,7 @@ std::expected<void, FileError> FileSystem::createDirectories(const QString& path
         const int made = entry ? ::mkdirat(entry->directory.get(), entry->name.constData(), 0777) : -1;
         const int error = entry ? errno : entry.error();
         if (made == 0) {
-            // So that a file in it, once safe on the disk, can be found there.
-            const Descriptor above(
-                ::openat(entry->directory.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-            if (above)
-                ::fsync(above.get());
+            flushFolder(*entry); // so that a file in it, once safe on the disk, can be found there
         } else if (!isDirectory(step)) {
             return std::unexpected(error == EEXIST ? FileError{FileError::Code::notADirectory, step}
                                                    : fileError(error, step));
@@ -469,8 +473,12 @@ std::expected<void, FileError> FileSystem::move(const QString& from, const QStri
     if (!target)
         return std::unexpected(fileError(target.error(), to));
     const int error = renameWithoutReplacing(*source, *target);
-    if (error == 0)
+    if (error == 0) {
+        // The new name first: after a loss of power between them there are two rather than none.
+        flushFolder(*target);
+        flushFolder(*source);
         return {};
+    }
     const bool isOfTarget = error == EEXIST || error == EXDEV || error == ENOSPC || error == EDQUOT;
     return std::unexpected(fileError(error, isOfTarget ? to : from));
 }
@@ -479,13 +487,17 @@ std::expected<void, FileError> FileSystem::remove(const QString& path) const {
     const auto entry = place(path);
     if (!entry)
         return std::unexpected(fileError(entry.error(), path));
-    if (::unlinkat(entry->directory.get(), entry->name.constData(), 0) == 0)
+    if (::unlinkat(entry->directory.get(), entry->name.constData(), 0) == 0) {
+        flushFolder(*entry);
         return {};
+    }
     const int error = errno;
     // A directory is EISDIR on Linux and EPERM by the standard.
     if (error == EISDIR || error == EPERM) {
-        if (::unlinkat(entry->directory.get(), entry->name.constData(), AT_REMOVEDIR) == 0)
+        if (::unlinkat(entry->directory.get(), entry->name.constData(), AT_REMOVEDIR) == 0) {
+            flushFolder(*entry);
             return {};
+        }
         if (errno != ENOTDIR)
             return std::unexpected(fileError(errno, path));
     }

@@ -125,6 +125,7 @@ public:
     std::expected<void, FileError> writeAtomically(const QString& path, const QByteArray& bytes) const;
     /// Makes the folder and those on the way to it, where they are missing.
     std::expected<void, FileError> createDirectories(const QString& path) const;
+    // What these two did outlives a loss of power, as far as the volume can flush a folder.
     /// Renames within one volume and replaces nothing (`alreadyExists`).
     std::expected<void, FileError> move(const QString& from, const QString& to) const;
     /// Removes a file or link; a directory only when it is empty.

@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-// What differs between the machines that the window runs on. The build chooses the implementation:
+// Differences between platforms that the window cares about. The build chooses the implementation:
 // host_traits.cpp, or macos/host_traits.cpp on a Mac.
 
 /// The most memory that this program has had resident so far, in KiB; 0 where the system does not say.

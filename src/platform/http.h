@@ -43,22 +43,8 @@ QString message(HttpError error);
 bool isAllowedAddress(const QUrl& url);
 bool isLoopback(const QUrl& url);
 
-/// A request under way; destroying or cancelling it ends it, and its answer is never called.
-class HttpCall {
-public:
-    class Pending {
-    public:
-        virtual ~Pending() = default;
-    };
-
-    HttpCall() = default;
-    explicit HttpCall(std::unique_ptr<Pending> pending) : _pending(std::move(pending)) {}
-
-    void cancel() { _pending.reset(); }
-
-private:
-    std::unique_ptr<Pending> _pending;
-};
+/// A request under way.
+using HttpCall = Task;
 
 /// Fetches from the network. On the main thread; answers arrive there, never before `get` has returned.
 class HttpClient {

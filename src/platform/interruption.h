@@ -6,8 +6,8 @@
 namespace tessellar {
 
 /// While it lives, the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) do not end it: they
-/// call `interrupted` in the event loop of the thread that made it, so that the program can end in its
-/// own way. One at a time.
+/// call `interrupted` in the event loop of the thread that made it, so that the program can shut down
+/// cleanly. One at a time.
 class Interruption {
 public:
     explicit Interruption(std::function<void()> interrupted);

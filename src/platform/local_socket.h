@@ -26,8 +26,7 @@ std::expected<PeerCredentials, int> peerCredentials(int socket);
 /// When a process started, in the system's own count: with its number, it names a process for good.
 std::optional<std::uint64_t> processStartTime(std::int64_t process);
 
-/// Takes the place of a socket that nobody listens to any more. Anyone who may reach the folder may
-/// connect.
+/// Replaces a stale socket. Anyone who may reach the folder may connect.
 std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath);
 std::expected<Descriptor, int> connectLocally(const QByteArray& hostPath);
 /// The next connection, or ETIMEDOUT.

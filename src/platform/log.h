@@ -4,8 +4,8 @@
 
 namespace tessellar {
 
-/// Where the system says what went wrong without stopping anyone: for the person who looks into it
-/// later, not for the user. One sentence a call. Any thread.
+/// Diagnostics for whoever investigates later; never shown to the user. One sentence a call. Any
+/// thread.
 class Log {
 public:
     virtual ~Log() = default;

@@ -30,7 +30,7 @@ struct Places {
 };
 
 /// Everything that the launcher is given of the machine it runs on. One is made at the start and
-/// outlives all that refer to it; tests make their own of parts that they move by hand.
+/// outlives all that refer to it; tests assemble one from fakes.
 struct Machine {
     const FileSystem& files;
     Places places;

@@ -17,6 +17,7 @@ Task Opener::open(QList<QByteArray> arguments, Done done) const {
                     .maximumOutput = 64u << 10,
                     .input = {}};
     return _machine.workers.run(
+        Lane::actions,
         [&commands = _machine.commands, command = std::move(command)](std::stop_token stop) {
             return commands.run(command, stop);
         },

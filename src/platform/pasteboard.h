@@ -25,7 +25,7 @@ class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
 
-    /// What anyone put there last; may come from any program, so nothing about it can be relied on.
+    /// The current contents. Any program may have put them there: do not trust them.
     virtual QList<PasteboardItem> items() const = 0;
     /// Replaces everything on the pasteboard; false when the system does not take it.
     virtual bool write(const QList<PasteboardItem>& items) = 0;

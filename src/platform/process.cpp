@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <memory>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -368,10 +369,14 @@ void Run::reap() {
     if (!_childEnded) {
         // Killed, but held in the kernel, by a dead network volume for instance. It is reaped when it
         // is let go; this worker has other things to do.
-        std::thread([child = _child] {
-            while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-            }
-        }).detach();
+        try {
+            std::thread([child = _child] {
+                while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+                }
+            }).detach();
+        } catch (const std::system_error&) {
+            // No thread to be had: it stays a zombie until this process ends.
+        }
         return;
     }
     int status = 0;

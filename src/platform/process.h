@@ -19,7 +19,7 @@ struct Command {
     /// The whole environment of the child; nothing is inherited.
     std::map<QByteArray, QByteArray> environment;
     std::chrono::milliseconds timeout{30'000};
-    /// Output beyond this many bytes of either stream is read and thrown away.
+    /// Output beyond this many bytes of either stream is discarded.
     std::uint64_t maximumOutput = 16u << 20;
     /// Written to the child's standard input; without it the child reads /dev/null.
     std::optional<QByteArray> input;

@@ -1,33 +1,14 @@
 #pragma once
 
 #include "platform/move_only_function.h"
+#include "platform/task.h"
 
 #include <chrono>
-#include <memory>
-#include <utility>
 
 namespace tessellar {
 
-/// A delayed call that has not run yet; destroying or cancelling it means that it never runs.
-/// Movable; a default-constructed one stands for nothing.
-class Timer {
-public:
-    /// What a scheduler hands out: destroying it cancels the call.
-    class Pending {
-    public:
-        virtual ~Pending() = default;
-        virtual bool isActive() const = 0;
-    };
-
-    Timer() = default;
-    explicit Timer(std::unique_ptr<Pending> pending) : _pending(std::move(pending)) {}
-
-    void cancel() { _pending.reset(); }
-    bool isActive() const { return _pending && _pending->isActive(); }
-
-private:
-    std::unique_ptr<Pending> _pending;
-};
+/// A delayed call; inactive once it runs.
+using Timer = Task;
 
 /// Delays on the main thread. Calls run on the main thread, in the order of their times.
 class Scheduler {

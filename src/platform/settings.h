@@ -20,8 +20,11 @@ public:
     virtual ~Settings() = default;
 
     virtual QMap<QString, QJsonValue> values() const = 0;
-    /// Stores a value at once; null or undefined removes the key.
-    virtual std::expected<void, FileError> set(const QString& key, const QJsonValue& value) = 0;
+    /// Stores all of these values in one write, or none; null or undefined removes a key.
+    virtual std::expected<void, FileError> set(const QMap<QString, QJsonValue>& changes) = 0;
+    std::expected<void, FileError> set(const QString& key, const QJsonValue& value) {
+        return set({{key, value}});
+    }
 
     std::optional<QJsonValue> value(const QString& key) const;
     /// Present only as true or false; a number is no boolean and a boolean no number.
@@ -38,15 +41,17 @@ public:
 /// such file, the property list beside it (".plist" for ".json") is read instead, and carried over when
 /// a value is first set; `path` may name either. Read at the start and before each change, so that two
 /// programs that set different keys in turn lose neither. A damaged file costs nothing but the
-/// defaults: it is kept beside the new one (".damaged" added to its name) when a value is first set.
-/// The memory holds what the disk does: a value that could not be written is not set.
+/// defaults: it is kept beside the new one (".damaged" added to its name) when a value is first set;
+/// while it cannot be read, nothing is set. The memory holds what the disk does: a value that could not
+/// be written is not set.
 class FileSettings final : public Settings {
 public:
     FileSettings(const FileSystem& files, const QString& path);
     ~FileSettings() override;
 
     QMap<QString, QJsonValue> values() const override;
-    std::expected<void, FileError> set(const QString& key, const QJsonValue& value) override;
+    using Settings::set;
+    std::expected<void, FileError> set(const QMap<QString, QJsonValue>& changes) override;
 
 private:
     struct State;

@@ -7,8 +7,8 @@
 
 namespace tessellar {
 
-// Where this kind of machine keeps what a user's applications store. The build chooses the
-// implementation: user_settings.cpp, or macos/user_settings.cpp on a Mac.
+// Where this platform keeps the data of a user's applications. The build chooses the implementation:
+// user_settings.cpp, or macos/user_settings.cpp on a Mac.
 
 struct UserStore {
     const FileSystem& files;

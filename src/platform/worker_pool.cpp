@@ -5,11 +5,13 @@
 #include <QObject>
 
 #include <algorithm>
+#include <array>
 #include <condition_variable>
 #include <deque>
 #include <functional>
 #include <list>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -121,51 +123,99 @@ struct Job {
 } // namespace
 
 struct WorkerPool::State {
-    explicit State(Mailbox& box) : mailbox(box) {}
+    struct LaneState {
+        unsigned limit = 1; ///< of threads, and of what runs at once
+        unsigned threads = 0;
+        unsigned running = 0;
+        std::deque<Job> waiting;
+        std::condition_variable changed; ///< a job came, or the end
+    };
+    static constexpr std::size_t laneCount = static_cast<std::size_t>(Lane::saving) + 1;
 
-    void runJobs();
+    State(Mailbox& box, unsigned processors) : mailbox(box) {
+        const auto limit = [&](Lane lane, unsigned threadLimit) { at(lane).limit = threadLimit; };
+        limit(Lane::files, processors);
+        limit(Lane::computing, processors);
+        limit(Lane::decoding, processors);
+        limit(Lane::tools, processors + 1);
+        limit(Lane::network, 1);
+        limit(Lane::actions, 8);
+        limit(Lane::saving, 1);
+    }
+
+    LaneState& at(Lane lane) { return lanes[static_cast<std::size_t>(lane)]; }
+    LaneState* laneToServe(LaneState& home);
+    void addThread(LaneState& lane);
+    void runJobs(LaneState& home);
+    void runOne(LaneState& lane, std::unique_lock<std::mutex>& lock);
 
     Mailbox& mailbox;
     std::mutex mutex;
-    std::condition_variable changed; ///< a job came, or the end
+    std::array<LaneState, laneCount> lanes;
     std::condition_variable idle;
-    std::deque<Job> waiting;
     std::list<std::stop_source> running;
     bool ending = false;
     std::vector<std::thread> threads;
 };
 
-void WorkerPool::State::runJobs() {
-    std::unique_lock lock(mutex);
-    for (;;) {
-        changed.wait(lock, [&] { return ending || !waiting.empty(); });
-        if (waiting.empty())
-            return;
-        {
-            Job job = std::move(waiting.front());
-            waiting.pop_front();
-            if (ending)
-                job.stop.request_stop();
-            const auto place = running.insert(running.end(), job.stop);
-            lock.unlock();
-            {
-                const std::stop_callback forward(job.requested, [&job] { job.stop.request_stop(); });
-                job.work(job.stop.get_token());
-                job.work = nullptr; // what it holds goes before the pool counts as idle
-            }
-            lock.lock();
-            running.erase(place);
-        }
-        if (waiting.empty() && running.empty())
-            idle.notify_all();
+/// The thread's own lane, or one that waits and has no thread; at the end any, for those of its own may
+/// have gone.
+WorkerPool::State::LaneState* WorkerPool::State::laneToServe(LaneState& home) {
+    if (!home.waiting.empty() && home.running < home.limit)
+        return &home;
+    const auto found = std::ranges::find_if(lanes, [this](const LaneState& lane) {
+        return (lane.threads == 0 || ending) && !lane.waiting.empty() && lane.running < lane.limit;
+    });
+    return found == lanes.end() ? nullptr : &*found;
+}
+
+/// Under the lock.
+void WorkerPool::State::addThread(LaneState& lane) {
+    try {
+        threads.emplace_back([this, &lane] { runJobs(lane); });
+        ++lane.threads;
+    } catch (const std::system_error&) {
+        // Those at hand do the work.
     }
 }
 
-WorkerPool::WorkerPool(Mailbox& mailbox, unsigned threads) : _state(std::make_unique<State>(mailbox)) {
-    const unsigned count = threads > 0 ? threads : std::max(2u, std::thread::hardware_concurrency());
-    for (unsigned i = 0; i < count; ++i)
-        _state->threads.emplace_back([state = _state.get()] { state->runJobs(); });
+void WorkerPool::State::runJobs(LaneState& home) {
+    std::unique_lock lock(mutex);
+    for (;;) {
+        LaneState* lane = nullptr;
+        home.changed.wait(lock, [&] { return (lane = laneToServe(home)) || ending; });
+        if (!lane)
+            return;
+        runOne(*lane, lock);
+    }
 }
+
+void WorkerPool::State::runOne(LaneState& lane, std::unique_lock<std::mutex>& lock) {
+    {
+        Job job = std::move(lane.waiting.front());
+        lane.waiting.pop_front();
+        if (ending)
+            job.stop.request_stop();
+        const auto place = running.insert(running.end(), job.stop);
+        ++lane.running;
+        lock.unlock();
+        {
+            const std::stop_callback forward(job.requested, [&job] { job.stop.request_stop(); });
+            job.work(job.stop.get_token());
+            job.work = nullptr; // what it holds goes before the pool counts as idle
+        }
+        lock.lock();
+        running.erase(place);
+        --lane.running;
+    }
+    if (running.empty() &&
+        std::ranges::all_of(lanes, [](const LaneState& each) { return each.waiting.empty(); }))
+        idle.notify_all();
+}
+
+WorkerPool::WorkerPool(Mailbox& mailbox, unsigned threads)
+    : _state(std::make_unique<State>(
+          mailbox, threads > 0 ? threads : std::max(2u, std::thread::hardware_concurrency()))) {}
 
 WorkerPool::~WorkerPool() {
     std::vector<std::stop_source> running;
@@ -173,8 +223,9 @@ WorkerPool::~WorkerPool() {
         const std::lock_guard lock(_state->mutex);
         _state->ending = true;
         running.assign(_state->running.begin(), _state->running.end());
+        for (State::LaneState& lane : _state->lanes)
+            lane.changed.notify_all();
     }
-    _state->changed.notify_all();
     // Outside the lock: what the work hung on its token runs here.
     for (std::stop_source& stop : running)
         stop.request_stop();
@@ -182,21 +233,34 @@ WorkerPool::~WorkerPool() {
         thread.join();
 }
 
-unsigned WorkerPool::threadCount() const { return static_cast<unsigned>(_state->threads.size()); }
+unsigned WorkerPool::threadCount(Lane lane) const { return _state->at(lane).limit; }
 
 Mailbox& WorkerPool::mailbox() const { return _state->mailbox; }
 
-void WorkerPool::submit(std::stop_token stop, MoveOnlyFunction<void(std::stop_token)> work) {
-    {
-        const std::lock_guard lock(_state->mutex);
-        _state->waiting.push_back({std::move(stop), std::stop_source(), std::move(work)});
+void WorkerPool::submit(Lane lane, std::stop_token stop, MoveOnlyFunction<void(std::stop_token)> work) {
+    std::unique_lock lock(_state->mutex);
+    State::LaneState& wanted = _state->at(lane);
+    wanted.waiting.push_back({std::move(stop), std::stop_source(), std::move(work)});
+    if (!_state->ending && wanted.threads < wanted.limit &&
+        wanted.running + wanted.waiting.size() > wanted.threads)
+        _state->addThread(wanted);
+    if (wanted.threads > 0) {
+        wanted.changed.notify_one();
+    } else if (!_state->threads.empty()) {
+        for (State::LaneState& each : _state->lanes)
+            each.changed.notify_all();
+    } else {
+        _state->runOne(wanted, lock);
     }
-    _state->changed.notify_one();
 }
 
 void WorkerPool::waitIdle() {
     std::unique_lock lock(_state->mutex);
-    _state->idle.wait(lock, [&] { return _state->waiting.empty() && _state->running.empty(); });
+    _state->idle.wait(lock, [&] {
+        return _state->running.empty() &&
+               std::ranges::all_of(_state->lanes,
+                                   [](const State::LaneState& lane) { return lane.waiting.empty(); });
+    });
 }
 
 } // namespace tessellar

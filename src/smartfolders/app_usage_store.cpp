@@ -1,15 +1,23 @@
 #include "smartfolders/app_usage_store.h"
 
+#include "model/json_file.h"
+
 #include <limits>
 
 namespace tessellar {
 
 namespace {
 
+struct UsageRecords {
+    QMap<QString, AppUsage> byKey;
+    bool isWhole = true; ///< no damaged record was left out
+};
+
 struct UsageDocument {
-    qint64 version = AppUsageStore::supportedVersion;
+    static constexpr qint64 supportedVersion = AppUsageStore::supportedVersion;
+    qint64 version = supportedVersion;
     bool isComplete = true;
-    QMap<QString, AppUsage> records;
+    UsageRecords records;
 };
 
 } // namespace
@@ -22,6 +30,23 @@ struct Fields<AppUsage> {
                defaulted("count", &AppUsage::count));
 };
 template <>
+struct Codec<UsageRecords> {
+    static Decoded<UsageRecords> decode(const QJsonValue& value) {
+        if (!value.isObject())
+            return expected("an object");
+        const QJsonObject object = value.toObject();
+        UsageRecords records;
+        for (auto it = object.begin(); it != object.end(); ++it) {
+            if (auto usage = json::decode<AppUsage>(it.value()))
+                records.byKey.insert(it.key(), *std::move(usage));
+            else
+                records.isWhole = false;
+        }
+        return records;
+    }
+    static QJsonValue encode(const UsageRecords& records) { return json::encode(records.byKey); }
+};
+template <>
 struct Fields<UsageDocument> {
     static constexpr auto list = fields(required("version", &UsageDocument::version),
                                         defaulted("isComplete", &UsageDocument::isComplete),
@@ -29,39 +54,31 @@ struct Fields<UsageDocument> {
 };
 } // namespace json
 
-AppUsageStore::AppUsageStore(const FileSystem& files, const QString& directory, const Clock& clock,
-                             UuidSource& uuids)
-    : _files(files)
-    , _directory(directory)
-    , _path(FileSystem::joined(directory, QStringLiteral("app-usage.json")))
-    , _clock(clock)
-    , _uuids(uuids) {}
+AppUsageStore::AppUsageStore(const Machine& machine, const QString& directory)
+    : _machine(machine)
+    , _file(machine.workers,
+            StoredFile(machine.files, FileSystem::joined(directory, QStringLiteral("app-usage.json")),
+                       maximumBytes)) {}
+
+AppUsageStore::~AppUsageStore() {
+    if (const auto saved = flush(); !saved)
+        _machine.log.warning(message(saved.error()));
+}
 
 void AppUsageStore::load() {
     _records.clear();
     _isComplete = true;
-    _isBlocked = _isChanged = false;
-    const auto bytes = _files.read(_path, maximumBytes);
-    if (!bytes && bytes.error().code == FileError::Code::notFound)
-        return;
-    auto document = bytes ? json::decodeDocument<UsageDocument>(*bytes)
-                          : json::Decoded<UsageDocument>(json::fail(message(bytes.error())));
-    if (!document || document->version != supportedVersion) {
-        setAside();
-        return;
+    _isChanged = false;
+    auto document = loadJsonOrSetAside<UsageDocument>(_file, _machine.clock, _machine.uuids);
+    if (!document) {
+        _machine.log.warning(document.error().text);
+        _isComplete = false;
+        _isChanged = true; // so that the loss is remembered
+    } else if (*document) {
+        _records = std::move((*document)->records.byKey);
+        _isComplete = (*document)->isComplete && (*document)->records.isWhole;
+        makeRoom();
     }
-    _records = std::move(document->records);
-    _isComplete = document->isComplete;
-    makeRoom();
-}
-
-void AppUsageStore::setAside() {
-    _isComplete = false;
-    _isChanged = true; // so that the loss is remembered
-    const QString name =
-        QStringLiteral("app-usage.damaged-%1-%2.json")
-            .arg(_clock.now().toIso8601().replace(u':', u'-'), toText(_uuids.next()).first(8));
-    _isBlocked = !_files.move(_path, FileSystem::joined(_directory, name));
 }
 
 AppUsage* AppUsageStore::record(const QString& appKey, Instant now) {
@@ -77,7 +94,7 @@ AppUsage* AppUsageStore::record(const QString& appKey, Instant now) {
 
 bool AppUsageStore::recordSeen(const QStringList& appKeys) {
     const qsizetype before = _records.size();
-    const Instant now = _clock.now(); // one for all: what was seen together sorts by name
+    const Instant now = _machine.clock.now(); // one for all: what was seen together sorts by name
     for (const QString& key : appKeys)
         record(key, now);
     const bool isNew = _records.size() > before;
@@ -86,7 +103,7 @@ bool AppUsageStore::recordSeen(const QStringList& appKeys) {
 }
 
 void AppUsageStore::recordLaunch(const QString& appKey) {
-    const Instant now = _clock.now();
+    const Instant now = _machine.clock.now();
     if (AppUsage* usage = record(appKey, now)) {
         usage->lastUsed = now;
         if (usage->count < std::numeric_limits<qint64>::max())
@@ -112,20 +129,21 @@ void AppUsageStore::makeRoom() {
     _isChanged = true;
 }
 
-std::expected<void, FileError> AppUsageStore::save() {
-    if (!_isChanged)
-        return {};
-    if (_isBlocked)
-        return std::unexpected(FileError{FileError::Code::alreadyExists, _path});
-    if (const auto made = _files.createDirectories(_directory); !made)
-        return made;
-    const UsageDocument document{.isComplete = _isComplete, .records = _records};
-    const QByteArray bytes = json::write(json::encode(document));
-    if (static_cast<std::uint64_t>(bytes.size()) > maximumBytes)
-        return std::unexpected(FileError{FileError::Code::tooLarge, _path});
-    const auto written = _files.writeAtomically(_path, bytes);
-    _isChanged = !written;
-    return written;
+void AppUsageStore::save() {
+    if (!std::exchange(_isChanged, false))
+        return;
+    saveJson(_file, UsageDocument{.isComplete = _isComplete, .records = {_records}});
+    _file.whenWritten([this](const BackgroundFile::Result& written) {
+        if (written)
+            return;
+        _isChanged = true;
+        _machine.log.warning(message(written.error()));
+    });
+}
+
+std::expected<void, FileError> AppUsageStore::flush() {
+    save();
+    return _file.wait();
 }
 
 void AppUsageStore::fill(SmartFolderRuntimeFacts& facts) const {

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/clock.h"
-#include "platform/file_system.h"
-#include "platform/uuid_source.h"
+#include "platform/background_file.h"
+#include "platform/machine.h"
 #include "smartfolders/smart_folder_app_facts.h"
 
 namespace tessellar {
@@ -17,12 +16,12 @@ struct AppUsage {
 };
 
 /// The launcher's record of what it saw and launched, by app key, in "app-usage.json" (dates as seconds
-/// since 2001). A file that cannot be read is moved aside ("app-usage.damaged-STAMP-TAG.json") and the
-/// record begins anew, but is no longer complete: nothing may be called never used on its account.
-/// Where it cannot be moved nothing is written. Holds at most `maximumRecords`; those used longest ago
-/// go first.
+/// since 2001). A damaged record is left out, a damaged file moved aside
+/// ("app-usage.damaged-STAMP-TAG.json"); the records are no longer complete then: nothing may be called
+/// never used on their account. While the file cannot be read, or not be moved, nothing is written.
+/// Holds at most `maximumRecords`; those used longest ago go first.
 ///
-/// One thread at a time.
+/// Main thread only.
 class AppUsageStore {
 public:
     static constexpr qint64 supportedVersion = 1;
@@ -30,15 +29,19 @@ public:
     static constexpr qsizetype maximumKeyLength = 1'024;
     static constexpr std::uint64_t maximumBytes = 32u << 20;
 
-    AppUsageStore(const FileSystem& files, const QString& directory, const Clock& clock,
-                  UuidSource& uuids);
+    AppUsageStore(const Machine& machine, const QString& directory);
+    /// What could not be saved is logged.
+    ~AppUsageStore();
 
     void load();
     /// Applications that are there; true when one of them is new.
     bool recordSeen(const QStringList& appKeys);
     void recordLaunch(const QString& appKey);
-    /// Writes what has changed since the last save.
-    std::expected<void, FileError> save();
+    /// Hands over what has changed since the last save. What goes wrong is logged, and tried again with
+    /// the next.
+    void save();
+    /// Blocks until it is on the disk.
+    std::expected<void, FileError> flush();
 
     const QMap<QString, AppUsage>& records() const { return _records; }
     bool isComplete() const { return _isComplete; }
@@ -46,18 +49,13 @@ public:
     void fill(SmartFolderRuntimeFacts& facts) const;
 
 private:
-    void setAside();
     AppUsage* record(const QString& appKey, Instant now);
     void makeRoom();
 
-    const FileSystem& _files;
-    QString _directory;
-    QString _path;
-    const Clock& _clock;
-    UuidSource& _uuids;
+    const Machine& _machine;
+    BackgroundFile _file;
     QMap<QString, AppUsage> _records;
     bool _isComplete = true;
-    bool _isBlocked = true; ///< until loaded, and while an unreadable file is in the way
     bool _isChanged = false;
 };
 

@@ -173,11 +173,12 @@ private:
             round->items[i].entry = std::move(known->second);
             _cache.erase(known);
         }
+        const Lane lane = round->request.inspections.empty() ? Lane::files : Lane::tools;
         const auto workers =
             std::clamp<std::size_t>(round->items.size(), 1, _machine.workers.threadCount());
         round->working = static_cast<unsigned>(workers);
         for (std::size_t i = 0; i < workers; ++i)
-            _machine.workers.submit(round->stop,
+            _machine.workers.submit(lane, round->stop,
                                     [self = shared_from_this(), round](std::stop_token stop) {
                                         self->work(*round, stop);
                                         if (--round->working == 0)

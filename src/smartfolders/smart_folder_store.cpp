@@ -4,7 +4,7 @@ namespace tessellar {
 
 namespace {
 
-const QString quarantinePrefix = QStringLiteral("computed-folders.corrupt-");
+const QString quarantinePrefix = QStringLiteral("computed-folders.corrupt");
 
 /// Read before the definitions, whose form it decides.
 struct Version {
@@ -72,11 +72,10 @@ SmartFolderStore::SmartFolderStore(const FileSystem& files, QString directory, c
     , _directory(std::move(directory))
     , _clock(clock)
     , _uuids(uuids)
-    , _beforeStep(std::move(beforeStep)) {}
+    , _beforeStep(std::move(beforeStep))
+    , _registry(files, FileSystem::joined(_directory, QStringLiteral("computed-folders.json")),
+                maximumBytes) {}
 
-QString SmartFolderStore::registryPath() const {
-    return FileSystem::joined(_directory, QStringLiteral("computed-folders.json"));
-}
 QString SmartFolderStore::markerPath() const {
     return FileSystem::joined(_directory, QStringLiteral("computed-folders.recovery.json"));
 }
@@ -109,10 +108,10 @@ SmartFolderStore::check(const QList<SmartFolderDefinition>& definitions) {
 }
 
 SmartFolderStore::LoadResult SmartFolderStore::load() {
-    const auto bytes = _files.read(registryPath(), maximumBytes);
-    if (!bytes && bytes.error().code == FileError::Code::notFound)
+    const auto bytes = _registry.read();
+    if (bytes && !*bytes)
         return loadWithoutRegistry();
-    auto definitions = bytes ? decode(*bytes) : std::unexpected(Error(bytes.error()));
+    auto definitions = bytes ? decode(**bytes) : std::unexpected(Error(bytes.error()));
     if (!definitions) {
         _writeBlocked = true;
         // Where it cannot be moved it stays as it is, unread and unwritten.
@@ -140,22 +139,19 @@ std::optional<QString> SmartFolderStore::markedPath() const {
     const auto bytes = _files.read(markerPath(), maximumBytes);
     const auto marker = bytes ? json::decodeDocument<RecoveryMarker>(*bytes)
                               : json::Decoded<RecoveryMarker>(json::fail(QString()));
-    if (!marker || !marker->quarantinedFilename.startsWith(quarantinePrefix) ||
+    if (!marker || !marker->quarantinedFilename.startsWith(quarantinePrefix + u'-') ||
         marker->quarantinedFilename.contains(u'/'))
         return std::nullopt;
     return FileSystem::joined(_directory, marker->quarantinedFilename);
 }
 
 std::expected<void, FileError> SmartFolderStore::quarantine() {
-    const Instant now = _clock.now();
-    const QString stamp = now.toIso8601().replace(u':', u'-');
     QString name;
     do
-        name =
-            quarantinePrefix + stamp + u'-' + toText(_uuids.next()).first(8) + QStringLiteral(".json");
+        name = StoredFile::stampedName(quarantinePrefix, _clock, _uuids.next());
     while (_files.linkStatus(FileSystem::joined(_directory, name)));
 
-    const RecoveryMarker marker{.quarantinedFilename = name, .quarantinedAt = now};
+    const RecoveryMarker marker{.quarantinedFilename = name, .quarantinedAt = _clock.now()};
     step();
     if (const auto written = _files.writeAtomically(markerPath(), json::write(json::encode(marker)));
         !written)
@@ -164,6 +160,7 @@ std::expected<void, FileError> SmartFolderStore::quarantine() {
     step();
     if (const auto moved = _files.move(registryPath(), path); !moved)
         return moved;
+    _registry.forget();
     _lastQuarantinedPath = path;
     return {};
 }
@@ -171,12 +168,8 @@ std::expected<void, FileError> SmartFolderStore::quarantine() {
 std::expected<void, SmartFolderStore::Error>
 SmartFolderStore::write(const QList<SmartFolderDefinition>& definitions) {
     const QByteArray bytes = json::write(json::encode(Document{.definitions = definitions}));
-    if (static_cast<std::uint64_t>(bytes.size()) > maximumBytes)
-        return std::unexpected(FileError{FileError::Code::tooLarge, registryPath()});
-    if (const auto made = _files.createDirectories(_directory); !made)
-        return std::unexpected(made.error());
     step();
-    if (const auto written = _files.writeAtomically(registryPath(), bytes); !written)
+    if (const auto written = _registry.write(bytes); !written)
         return std::unexpected(written.error());
     return {};
 }

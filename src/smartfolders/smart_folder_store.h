@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/clock.h"
-#include "platform/file_system.h"
+#include "platform/stored_file.h"
 #include "smartfolders/smart_folder_definition.h"
 
 #include <functional>
+#include <variant>
 
 namespace tessellar {
 
@@ -96,7 +96,7 @@ public:
     static std::expected<void, StoreError> check(const QList<SmartFolderDefinition>& definitions);
 
 private:
-    QString registryPath() const;
+    const QString& registryPath() const { return _registry.path(); }
     QString markerPath() const;
     bool registryStands() const;
     std::optional<QString> markedPath() const; ///< where the marker says that a registry lies
@@ -110,6 +110,7 @@ private:
     const Clock& _clock;
     UuidSource& _uuids;
     std::function<void()> _beforeStep;
+    StoredFile _registry;
     std::optional<QString> _lastQuarantinedPath;
     bool _writeBlocked = true;
 };

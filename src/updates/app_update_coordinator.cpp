@@ -34,6 +34,7 @@ public:
         _left = std::max<qsizetype>(1, (apps.size() + atOnce - 1) / atOnce);
         for (qsizetype begin = 0; begin == 0 || begin < apps.size(); begin += atOnce)
             _tasks.push_back(machine.workers.run(
+                Lane::tools,
                 [view = AppUpdateInspection{machine.files, machine.commands, machine.environment},
                  part = apps.mid(begin, atOnce), known](const std::stop_token& stop) {
                     QList<AppUpdateCandidate> found;
@@ -446,20 +447,25 @@ void AppUpdateCoordinator::switchedOff() {
 
 void AppUpdateCoordinator::askForSave() {
     _isUnsaved = true;
-    _saveTask = _machine.scheduler.after(saveDelay, [this] { (void)flush(); });
+    _saveTask = _machine.scheduler.after(saveDelay, [this] { save(); });
+}
+
+void AppUpdateCoordinator::save() {
+    _saveTask.cancel();
+    if (!std::exchange(_isUnsaved, false))
+        return;
+    _store.save(_cache, [this](const std::expected<void, FileError>& saved) {
+        if (saved)
+            return;
+        _isUnsaved = true;
+        _machine.log.warning(
+            QStringLiteral("The cache of updates could not be saved: %1").arg(message(saved.error())));
+    });
 }
 
 std::expected<void, FileError> AppUpdateCoordinator::flush() {
-    _saveTask.cancel();
-    if (!_isUnsaved)
-        return {};
-    const auto saved = _store.save(_cache);
-    if (saved)
-        _isUnsaved = false;
-    else
-        _machine.log.warning(
-            QStringLiteral("The cache of updates could not be saved: %1").arg(message(saved.error())));
-    return saved;
+    save();
+    return _store.wait();
 }
 
 } // namespace tessellar

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "platform/background_file.h"
 #include "platform/machine.h"
 #include "updates/app_update_records.h"
 
 namespace tessellar {
 
-/// Keeps the update cache in "app-updates.json" in the application's folder. A file that cannot be read
-/// gives an empty cache and is set aside beside the new one; while even that fails, nothing is written.
-/// One thread at a time.
+/// Keeps the update cache in "app-updates.json" in the application's folder. A damaged file gives an
+/// empty cache and is set aside beside the new one; while that fails, and while the file cannot be
+/// read, nothing is written. One thread at a time, the main thread once something is saved.
 class AppUpdateStore {
 public:
     /// Makes the folder; a failure shows when something is saved.
@@ -16,15 +17,17 @@ public:
     /// Application Support, then a folder named by the application's identifier.
     static QString defaultPath(const Places& places,
                                const std::optional<QString>& identifier = applicationIdentifier);
-    QString path() const { return _path; }
+    const QString& path() const { return _file.path(); }
 
     AppUpdateCache load();
-    std::expected<void, FileError> save(const AppUpdateCache& cache);
+    /// Hands the cache over; `done` is called on the main thread when it is on the disk, or is not.
+    void save(const AppUpdateCache& cache, BackgroundFile::Done done = {});
+    /// Blocks until what was handed over is on the disk.
+    std::expected<void, FileError> wait() const { return _file.wait(); }
 
 private:
     const Machine& _machine;
-    QString _path;
-    bool _mayWrite = true;
+    BackgroundFile _file;
 };
 
 /// The cache, with the store that read it.

@@ -95,6 +95,7 @@ void WebUpdateChecker::answered(Fetches::iterator fetch, HttpClient::Answer answ
     for (const Listener& listener : std::as_const(fetch->listeners))
         candidates.append(listener.candidate);
     fetch->judging = _machine.workers.run(
+        Lane::network,
         [judge = judge(), answer = std::move(answer), candidates](std::stop_token) {
             return judge(answer, candidates);
         },

@@ -274,6 +274,12 @@ TEST_F(LauncherCleanupTest, WhatDidNotComeBackMayBeAskedForAgain) {
     EXPECT_EQ(restore(), u"nothingToRestore");
 }
 
+TEST_F(LauncherCleanupTest, ARecordThatCannotBeReadNowIsNoAbsenceAndStays) {
+    mac.makeFolder(data + u"/removals.json/in the way"_s);
+    EXPECT_EQ(restore(), u"recordUnreadable");
+    EXPECT_TRUE(mac.exists(data + u"/removals.json/in the way"_s));
+}
+
 TEST_F(LauncherCleanupTest, ADamagedRecordIsSetAside) {
     mac.write(data + u"/removals.json"_s, "{damaged");
     EXPECT_EQ(restore(), u"nothingToRestore");

@@ -111,6 +111,7 @@ TEST_F(EditorTest, ResetAndRestoredArrangementsAreStepsWithACopyKeptFirst) {
 TEST_F(EditorTest, AStepThatCannotBeSavedIsNotTaken) {
     ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Ash"_qs)}, {.page = 1}));
     mac.time.advance(300ms);
+    mac.settle();
     mac.remove(data + u"/layout.json"_qs);
     mac.makeFolder(data + u"/layout.json/in the way"_qs);
     const QString edited = sketched();
@@ -139,6 +140,7 @@ TEST_F(EditorTest, AFailedSaveIsSaidAtTheNextEdit) {
     mac.makeFolder(data + u"/layout.json/in the way"_qs);
     ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Ash"_qs)}, {.page = 1}));
     mac.time.advance(1s);
+    mac.settle();
     EXPECT_TRUE(launcher->messages().takeAlerts().isEmpty());
     mac.remove(data + u"/layout.json"_qs);
     ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Cedar"_qs)}, {.page = 0}));

@@ -6,6 +6,9 @@
 
 #include "small_launcher.h"
 
+#include <latch>
+#include <semaphore>
+
 namespace tessellar {
 namespace {
 
@@ -152,6 +155,30 @@ TEST_F(LauncherTest, LaunchingTellsTheSystemAndSaysWhatItAnswers) {
     mac.settle();
     EXPECT_EQ(launcher->messages().notice()->text, LiveLayout::unavailableNotice());
     EXPECT_TRUE(launcher->shown().pages().isEmpty());
+}
+
+TEST_F(LauncherTest, ALaunchWaitsForNothingThatHangs) {
+    install(u"Ash"_qs);
+    start();
+    std::latch opened{1};
+    for (const Lane lane :
+         {Lane::files, Lane::computing, Lane::decoding, Lane::tools, Lane::network, Lane::saving})
+        for (unsigned i = 0; i < mac.workers.threadCount(lane); ++i)
+            mac.workers.submit(lane, {}, [&](std::stop_token) { opened.wait(); });
+    std::binary_semaphore asked{0};
+    mac.tool(u"/usr/bin/open"_qs, [&](const Command&, std::stop_token) {
+        asked.release();
+        return test::exited(0);
+    });
+    launcher->launch(u"org.example.ash"_qs);
+    bool isAsked = false;
+    for (int i = 0; i < 3'000 && !isAsked; ++i) { // only a failure comes to the end
+        mac.mailbox.drain();
+        isAsked = asked.try_acquire_for(10ms);
+    }
+    EXPECT_TRUE(isAsked);
+    opened.count_down();
+    mac.settle();
 }
 
 TEST_F(LauncherTest, RestoringAnArrangementBacksUpMergesAndBringsItsSettings) {

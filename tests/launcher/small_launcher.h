@@ -50,6 +50,7 @@ protected:
                   json::write(json::encode(LayoutDocument{.pages = pages, .hiddenKeys = hidden})));
     }
     LayoutDocument stored(const char* name = "layout.json") {
+        mac.workers.waitIdle(); // what was handed over is on the disk then
         return json::decodeDocument<LayoutDocument>(mac.read(data + u'/' + QLatin1StringView(name)))
             .value_or(LayoutDocument());
     }

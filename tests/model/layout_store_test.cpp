@@ -6,8 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include <latch>
 
 namespace tessellar {
 namespace {
@@ -26,6 +25,11 @@ protected:
     LayoutStore store{mac.machine, LayoutStore::defaultDirectory(mac.machine.places)};
 
     QString path(const char* name) const { return directory + u'/' + QLatin1StringView(name); }
+    /// Moves the clock, and lets what is handed over then reach the disk.
+    void advance(std::chrono::milliseconds time) {
+        mac.time.advance(time);
+        mac.settle();
+    }
     QByteArray file(const char* name) const { return mac.read(path(name)); }
     void write(const char* name, const QByteArray& bytes) { mac.write(path(name), bytes); }
 
@@ -91,7 +95,7 @@ TEST_F(LayoutStoreTest, AFileThatCannotBeUsedBlocksItsModeUntilAReset) {
             u"The current layout file could not be read. Reset the layout before saving changes.");
         EXPECT_TRUE(store.isWriteBlocked(fullScreen));
         store.scheduleSave(fullScreen, {.pages = onePage});
-        mac.time.advance(1s);
+        advance(1s);
         const auto saved = store.saveNow(fullScreen, {.pages = onePage});
         ASSERT_FALSE(saved);
         EXPECT_EQ(std::get<LayoutStore::StorageError>(saved.error()).code,
@@ -131,12 +135,12 @@ TEST_F(LayoutStoreTest, AFolderInTheFilesPlaceBlocksAndIsNotThrownAway) {
 TEST_F(LayoutStoreTest, ABurstOfEditsIsOneWriteAfterItsEnd) {
     for (int i = 0; i < 10; ++i) {
         store.scheduleSave(fullScreen, {.pages = {{app(QString::number(i))}}});
-        mac.time.advance(100ms);
+        advance(100ms);
         EXPECT_FALSE(mac.exists(path("layout.json")));
     }
-    mac.time.advance(199ms);
+    advance(199ms);
     EXPECT_FALSE(mac.exists(path("layout.json")));
-    mac.time.advance(1ms);
+    advance(1ms);
     EXPECT_EQ(sketch(stored().pages), u"9");
     EXPECT_EQ(mac.time.pendingCount(), 0u);
 }
@@ -146,9 +150,9 @@ TEST_F(LayoutStoreTest, TheModesWaitFailAndBlockEachForItself) {
         return LayoutDocument{.pages = {{app(QLatin1StringView(name))}}};
     };
     store.scheduleSave(fullScreen, shown("a"));
-    mac.time.advance(200ms);
+    advance(200ms);
     store.scheduleSave(windowed, shown("b"));
-    mac.time.advance(100ms);
+    advance(100ms);
     EXPECT_EQ(sketch(stored().pages), u"a");
     EXPECT_FALSE(mac.exists(path("layout-windowed.json")));
     EXPECT_TRUE(store.hasUnsavedEdits());
@@ -156,7 +160,7 @@ TEST_F(LayoutStoreTest, TheModesWaitFailAndBlockEachForItself) {
     // Neither a save nor a reset of the one takes the other's pending save.
     EXPECT_TRUE(store.saveNow(fullScreen, shown("c")));
     EXPECT_TRUE(store.reset(fullScreen));
-    mac.time.advance(200ms);
+    advance(200ms);
     EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"b");
     EXPECT_FALSE(store.hasUnsavedEdits());
 
@@ -173,7 +177,7 @@ TEST_F(LayoutStoreTest, AScheduledSaveThatFailsIsTriedAgainAtQuitting) {
     // A folder in the file's place, made after the load, fails every write for root too.
     mac.makeFolder(path("layout.json/in the way"));
     store.scheduleSave(fullScreen, {.pages = onePage});
-    mac.time.advance(300ms);
+    advance(300ms);
     EXPECT_TRUE(store.lastSaveError(fullScreen));
     EXPECT_TRUE(store.hasUnsavedEdits());
     EXPECT_FALSE(store.flush());
@@ -181,6 +185,74 @@ TEST_F(LayoutStoreTest, AScheduledSaveThatFailsIsTriedAgainAtQuitting) {
     EXPECT_TRUE(store.flush());
     EXPECT_FALSE(store.lastSaveError(fullScreen));
     EXPECT_EQ(stored().pages, onePage);
+}
+
+TEST_F(LayoutStoreTest, ASaveIsHandedOverAndToldOfWhenItIsOnTheDisk) {
+    // The lane for saving is held up, as by a slow disk: nothing of the store's waits for it.
+    std::latch opened{1};
+    mac.workers.submit(Lane::saving, {}, [&](std::stop_token) { opened.wait(); });
+    const auto shown = [](const char* name) {
+        return LayoutDocument{.pages = {{app(QLatin1StringView(name))}}};
+    };
+    store.scheduleSave(fullScreen, shown("a"));
+    mac.time.advance(300ms);
+    store.save(windowed, shown("b"));
+    store.scheduleSave(fullScreen, shown("c")); // edited while the first is on its way
+    EXPECT_TRUE(store.hasUnsavedEdits());
+    QStringList told;
+    store.whenSaved([&](const std::expected<void, LayoutStore::Error>& saved) {
+        told += saved ? u"saved "_qs + sketch(stored().pages) : u"failed"_qs;
+    });
+    mac.mailbox.drain();
+    EXPECT_FALSE(mac.exists(path("layout.json")));
+    EXPECT_TRUE(told.isEmpty());
+    opened.count_down();
+    mac.settle();
+    EXPECT_EQ(told, QStringList{u"saved c"_qs});
+    EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"b");
+    EXPECT_FALSE(store.hasUnsavedEdits());
+
+    mac.remove(path("layout.json"));
+    mac.makeFolder(path("layout.json/in the way"));
+    store.scheduleSave(fullScreen, shown("d"));
+    store.whenSaved([&](const std::expected<void, LayoutStore::Error>& saved) {
+        told += saved ? u"saved"_qs : u"failed"_qs;
+    });
+    mac.settle();
+    EXPECT_EQ(told.last(), u"failed");
+    EXPECT_TRUE(store.hasUnsavedEdits());
+}
+
+TEST_F(LayoutStoreTest, WhatWasHandedOverIsWrittenAlsoAtTheEnd) {
+    std::latch opened{1};
+    auto own = std::make_unique<test::TestMachine>();
+    const QString root = own->root.path();
+    own->root.setAutoRemove(false);
+    own->workers.submit(Lane::saving, {}, [&](std::stop_token) { opened.wait(); });
+    {
+        LayoutStore last(own->machine, directory);
+        last.save(fullScreen, {.pages = onePage});
+    }
+    opened.count_down();
+    own.reset();
+    QFile written(root + path("layout.json"));
+    EXPECT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_EQ(json::decodeDocument<LayoutDocument>(written.readAll())->pages, onePage);
+    QDir(root).removeRecursively();
+}
+
+TEST_F(LayoutStoreTest, ALinkStaysALinkAndOneToNowhereIsNoAbsence) {
+    mac.write(u"/Users/ada/dotfiles/layout.json"_qs, documentOfVersion(3));
+    mac.link(path("layout.json"), u"../../../dotfiles/layout.json"_qs);
+    EXPECT_TRUE(std::holds_alternative<LayoutDocument>(store.load(fullScreen)));
+    EXPECT_TRUE(store.saveNow(fullScreen, {.pages = {{app(u"new"_qs)}}}));
+    EXPECT_TRUE(QFileInfo(mac.hostPath(path("layout.json"))).isSymLink());
+    EXPECT_TRUE(mac.read(u"/Users/ada/dotfiles/layout.json"_qs).contains("new"));
+
+    mac.remove(u"/Users/ada/dotfiles/layout.json"_qs);
+    EXPECT_TRUE(failure(store.load(fullScreen)));
+    EXPECT_FALSE(store.saveNow(fullScreen, {.pages = onePage}));
+    EXPECT_FALSE(mac.exists(u"/Users/ada/dotfiles/layout.json"_qs));
 }
 
 TEST_F(LayoutStoreTest, WhatCouldNotBeReadAgainIsNotWritten) {

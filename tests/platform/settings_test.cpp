@@ -1,6 +1,7 @@
 #include "platform/settings.h"
 
 #include "platform/defaults_settings.h"
+#include "platform/property_list.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
@@ -62,14 +63,14 @@ TEST(FileSettings, KeepsValuesInASortedJsonFile) {
         EXPECT_TRUE(settings.set(key("appUpdates.enabled"), false));
         EXPECT_TRUE(settings.set(key("big"), qint64(9'007'199'254'740'993)));
         EXPECT_TRUE(settings.set(key("gone"), 1));
-        EXPECT_TRUE(settings.set(key("gone"), QJsonValue::Undefined));
+        EXPECT_TRUE(settings.set({{key("gone"), QJsonValue::Undefined}, {key("gridColumns"), 8}}));
     }
     EXPECT_EQ(mac.read(json), "{\n    \"appUpdates.enabled\": false,\n    \"big\": 9007199254740993,\n"
-                              "    \"gridRows\": 5\n}\n");
+                              "    \"gridColumns\": 8,\n    \"gridRows\": 5\n}\n");
     const FileSettings again(mac.files, json);
     EXPECT_EQ(again.integer(key("big")), 9'007'199'254'740'993);
     EXPECT_EQ(again.boolean(key("appUpdates.enabled")), false);
-    EXPECT_EQ(again.values().size(), 3);
+    EXPECT_EQ(again.values().size(), 4);
 }
 
 TEST(FileSettings, CarriesThePropertyListOver) {
@@ -118,6 +119,21 @@ TEST(FileSettings, ADamagedFileCostsOnlyTheDefaultsAndIsKept) {
     EXPECT_TRUE(settings.set(key("gridRows"), 4));
     EXPECT_EQ(settings.integer(key("gridColumns")), 9);
     EXPECT_FALSE(mac.exists(json + QStringLiteral(".damaged-3")));
+}
+
+TEST(FileSettings, AFileThatCannotBeReadNowIsNeitherMovedNorWritten) {
+    const TestMachine mac;
+    mac.write(json, "{\"gridRows\": 5}");
+    FileSettings settings(mac.files, json);
+    mac.remove(json);
+    mac.link(json, QStringLiteral("/Volumes/Away/settings.json"));
+    EXPECT_FALSE(settings.set(key("gridColumns"), 9));
+    EXPECT_EQ(settings.integer(key("gridRows")), 5); // still known
+    EXPECT_EQ(mac.names(FileSystem::parent(json)).size(), 1);
+    mac.write(QStringLiteral("/Volumes/Away/settings.json"), "{\"gridRows\": 6}");
+    EXPECT_TRUE(settings.set(key("gridColumns"), 9));
+    EXPECT_EQ(settings.integer(key("gridRows")), 6);
+    EXPECT_TRUE(mac.read(QStringLiteral("/Volumes/Away/settings.json")).contains("gridColumns"));
 }
 
 TEST(FileSettings, WhatAnotherProgramStoredStays) {
@@ -191,6 +207,37 @@ TEST_F(DefaultsSettingsTest, ReadsTheDomainOnceAndWritesEachValueWithItsType) {
                                    "write|com.tessellar.app|paths|<array><string>/A &amp; B</string>"
                                    "<dict><key>n</key><integer>1</integer></dict></array>",
                                    "delete|com.tessellar.app|old"));
+}
+
+TEST_F(DefaultsSettingsTest, WritesSeveralValuesAtOnceAndLeavesTheOthersAsTheyAre) {
+    answer(test::exited(0, "<?xml version=\"1.0\"?>\n<plist version=\"1.0\">\n<dict>\n"
+                           "\t<key>when</key>\n\t<date>2026-11-14T21:05:40Z</date>\n"
+                           "\t<key>gridRows</key>\n\t<integer>6</integer>\n"
+                           "\t<key>blank</key><string> </string>\n"
+                           "\t<key>old</key>\n\t<true/>\n</dict>\n</plist>\n"),
+           test::exited(0));
+    DefaultsSettings defaults = settings();
+    EXPECT_TRUE(defaults.set({{key("gridRows"), 7},
+                              {key("blank"), QStringLiteral(" ")}, // as it is
+                              {key("name"), QStringLiteral("a & b")},
+                              {key("old"), QJsonValue::Null}}));
+    EXPECT_EQ(defaults.text(key("name")), QStringLiteral("a & b"));
+    QStringList words;
+    const QList<Command> commands = _mac.commands.commands();
+    for (const Command& command : commands)
+        words += QString::fromUtf8(command.arguments.join(' '));
+    const QString domain = QStringLiteral(" com.tessellar.app ");
+    EXPECT_EQ(words, (QStringList{QStringLiteral("export") + domain + u'-',
+                                  QStringLiteral("export") + domain + u'-',
+                                  QStringLiteral("delete") + domain + QStringLiteral("old"),
+                                  QStringLiteral("import") + domain + u'-'}));
+    const auto imported = parsePropertyList(*commands.last().input);
+    ASSERT_TRUE(imported);
+    EXPECT_EQ((*imported)[key("gridRows")].integer(), 7);
+    EXPECT_EQ((*imported)[key("blank")].text(), QStringLiteral(" "));
+    EXPECT_EQ((*imported)[key("name")].text(), QStringLiteral("a & b"));
+    EXPECT_TRUE((*imported)[key("old")].isAbsent());
+    EXPECT_TRUE(commands.last().input->contains("<date>2026-11-14T21:05:40Z</date>"));
 }
 
 TEST_F(DefaultsSettingsTest, AFailingToolCostsTheDefaultsAndChangesNothing) {

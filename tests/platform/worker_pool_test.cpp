@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <pthread.h>
+
 #include <atomic>
 #include <latch>
 #include <thread>
@@ -201,6 +203,83 @@ TEST(WorkerPool, EndsByStoppingWhatRunsAndShowingTheStopToWhatWaits) {
     EXPECT_FALSE(ran);
     EXPECT_TRUE(done.empty());
 }
+
+constexpr std::array allLanes{Lane::files,   Lane::computing, Lane::decoding, Lane::tools,
+                              Lane::network, Lane::actions,   Lane::saving};
+
+TEST(WorkerPool, WhatHangsInOneLaneHoldsUpNoOther) {
+    Mailbox mailbox;
+    WorkerPool pool(mailbox, 1);
+    for (const Lane hung : allLanes) {
+        std::latch opened{1};
+        for (unsigned i = 0; i < pool.threadCount(hung); ++i)
+            pool.submit(hung, {}, [&](std::stop_token) { opened.wait(); });
+        std::atomic<bool> waited = false;
+        pool.submit(hung, {}, [&](std::stop_token) { waited = true; });
+        for (const Lane other : allLanes) {
+            if (other == hung)
+                continue;
+            std::latch ran{1};
+            pool.submit(other, {}, [&](std::stop_token) { ran.count_down(); });
+            ran.wait();
+        }
+        EXPECT_FALSE(waited);
+        opened.count_down();
+        pool.waitIdle();
+        EXPECT_TRUE(waited);
+    }
+}
+
+TEST(WorkerPool, SavesInTheOrderOfTheCallsAndToTheEnd) {
+    Mailbox mailbox;
+    std::vector<int> saved; // by one thread at a time
+    {
+        WorkerPool pool(mailbox, 2);
+        for (int i = 0; i < 100; ++i)
+            pool.submit(Lane::saving, {}, [&, i](std::stop_token) { saved.push_back(i); });
+    }
+    EXPECT_EQ(saved.size(), 100u);
+    EXPECT_TRUE(std::ranges::is_sorted(saved));
+}
+
+#ifdef __GLIBC__
+/// No thread can be made while one of these lives: none has room for such a stack.
+struct NoThreads {
+    NoThreads() {
+        pthread_getattr_default_np(&usual);
+        pthread_attr_t vast;
+        pthread_attr_init(&vast);
+        pthread_attr_setstacksize(&vast, std::size_t(1) << 47);
+        pthread_setattr_default_np(&vast);
+        pthread_attr_destroy(&vast);
+    }
+    ~NoThreads() {
+        pthread_setattr_default_np(&usual);
+        pthread_attr_destroy(&usual);
+    }
+    pthread_attr_t usual;
+};
+
+TEST(WorkerPool, WorksWithTheThreadsThatCanBeMade) {
+    Mailbox mailbox;
+    WorkerPool pool(mailbox, 2);
+    std::thread::id ran;
+    const auto work = [&](std::stop_token) { ran = std::this_thread::get_id(); };
+    {
+        const NoThreads none;
+        pool.submit(Lane::tools, {}, work);
+        EXPECT_EQ(ran, std::this_thread::get_id()); // the caller's, for want of any other
+    }
+    pool.submit(Lane::files, {}, work);
+    pool.waitIdle();
+    const std::thread::id only = ran;
+    EXPECT_NE(only, std::this_thread::get_id());
+    const NoThreads none;
+    pool.submit(Lane::saving, {}, work);
+    pool.waitIdle();
+    EXPECT_EQ(ran, only); // another lane's
+}
+#endif
 
 } // namespace
 } // namespace tessellar

@@ -15,31 +15,31 @@ const QString other = QStringLiteral("/Applications/B.app");
 
 class AppUsageStores : public testing::Test {
 protected:
-    AppUsageStore loaded() {
-        AppUsageStore store(machine.files, folder, machine.time, machine.uuids);
-        store.load();
+    std::unique_ptr<AppUsageStore> loaded() {
+        auto store = std::make_unique<AppUsageStore>(machine.machine, folder);
+        store->load();
         return store;
     }
     test::TestMachine machine;
 };
 
 TEST_F(AppUsageStores, RemembersWhatWasSeenAndLaunched) {
-    AppUsageStore store = loaded();
-    EXPECT_TRUE(store.recordSeen({app, other}));
+    const auto store = loaded();
+    EXPECT_TRUE(store->recordSeen({app, other}));
     const Instant first = machine.time.now();
     machine.time.advance(std::chrono::hours(5));
-    EXPECT_FALSE(store.recordSeen({app}));
-    store.recordLaunch(app);
-    store.recordLaunch(app);
-    ASSERT_TRUE(store.save());
-    store.recordLaunch(QStringLiteral("x").repeated(2'000)); // no key of an application
-    EXPECT_EQ(store.records().size(), 2);
+    EXPECT_FALSE(store->recordSeen({app}));
+    store->recordLaunch(app);
+    store->recordLaunch(app);
+    ASSERT_TRUE(store->flush());
+    store->recordLaunch(QStringLiteral("x").repeated(2'000)); // no key of an application
+    EXPECT_EQ(store->records().size(), 2);
 
-    const AppUsageStore again = loaded();
-    EXPECT_EQ(again.records(), store.records());
-    EXPECT_EQ(again.records().value(app), (AppUsage{first, machine.time.now(), 2}));
+    const auto again = loaded();
+    EXPECT_EQ(again->records(), store->records());
+    EXPECT_EQ(again->records().value(app), (AppUsage{first, machine.time.now(), 2}));
     SmartFolderRuntimeFacts facts;
-    again.fill(facts);
+    again->fill(facts);
     EXPECT_EQ(facts.firstSeenDates.value(other), first);
     EXPECT_EQ(facts.launchCounts, (QHash<QString, qint64>{{app, 2}, {other, 0}}));
     EXPECT_EQ(facts.lastUsedDates.size(), 1);
@@ -47,18 +47,18 @@ TEST_F(AppUsageStores, RemembersWhatWasSeenAndLaunched) {
 }
 
 TEST_F(AppUsageStores, SetsADamagedFileAsideAndKnowsItsLoss) {
-    const QByteArray damaged = R"({"version": 1, "records": {"a": {"firstSeen": "yesterday"}}})";
+    const QByteArray damaged = R"({"version": 1, "records": ["a"]})";
     for (const QByteArray& bytes :
          {damaged, QByteArray(R"({"version": 2, "records": {}})"), QByteArray()}) {
         machine.write(path, bytes);
-        AppUsageStore store = loaded();
-        EXPECT_TRUE(store.records().isEmpty());
+        const auto store = loaded();
+        EXPECT_TRUE(store->records().isEmpty());
         EXPECT_FALSE(machine.exists(path));
-        store.recordSeen({app});
-        EXPECT_TRUE(store.save());
-        EXPECT_FALSE(loaded().isComplete());
+        store->recordSeen({app});
+        EXPECT_TRUE(store->flush());
+        EXPECT_FALSE(loaded()->isComplete());
         SmartFolderRuntimeFacts facts;
-        store.fill(facts);
+        store->fill(facts);
         EXPECT_FALSE(facts.usageDataIsComplete || facts.launchCounts.contains(app));
     }
     const QStringList aside = machine.names(folder).filter(QStringLiteral("app-usage.damaged-"));
@@ -69,17 +69,40 @@ TEST_F(AppUsageStores, SetsADamagedFileAsideAndKnowsItsLoss) {
     EXPECT_TRUE(kept.contains(damaged));
 }
 
+TEST_F(AppUsageStores, ADamagedRecordCostsItselfAlone) {
+    machine.write(path, R"({"version": 1, "records": {"a": {"firstSeen": "yesterday"},
+                            "b": {"firstSeen": 1, "count": 7}}})");
+    const auto store = loaded();
+    EXPECT_EQ(store->records().keys(), QStringList{QStringLiteral("b")});
+    EXPECT_EQ(store->records().first().count, 7);
+    EXPECT_FALSE(store->isComplete());
+    EXPECT_TRUE(machine.names(folder).filter(QStringLiteral("damaged")).isEmpty());
+}
+
+TEST_F(AppUsageStores, AFileThatCannotBeReadNowStaysWhereItIs) {
+    machine.makeFolder(path + QStringLiteral("/in the way"));
+    const auto store = loaded();
+    store->recordLaunch(app);
+    EXPECT_FALSE(store->flush());
+    EXPECT_FALSE(store->isComplete());
+    EXPECT_EQ(machine.names(folder), QStringList{QStringLiteral("app-usage.json")});
+    machine.remove(path);
+    machine.settle(); // what failed is known now, and goes with the next save
+    EXPECT_TRUE(store->flush());
+    EXPECT_EQ(loaded()->records().value(app).count, 1);
+}
+
 TEST_F(AppUsageStores, StaysWithinItsBounds) {
-    AppUsageStore store = loaded();
-    store.recordLaunch(app);
+    const auto store = loaded();
+    store->recordLaunch(app);
     machine.time.advance(std::chrono::hours(1));
     QStringList keys;
     for (int i = 0; i < AppUsageStore::maximumRecords; ++i)
         keys += QString::number(i);
-    store.recordSeen(keys);
-    EXPECT_LE(store.records().size(), AppUsageStore::maximumRecords);
-    EXPECT_FALSE(store.records().contains(app)); // used longest ago
-    EXPECT_FALSE(store.isComplete());
+    store->recordSeen(keys);
+    EXPECT_LE(store->records().size(), AppUsageStore::maximumRecords);
+    EXPECT_FALSE(store->records().contains(app)); // used longest ago
+    EXPECT_FALSE(store->isComplete());
 }
 
 } // namespace

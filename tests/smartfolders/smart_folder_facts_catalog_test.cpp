@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <latch>
+#include <semaphore>
 
 namespace tessellar {
 namespace {
@@ -332,6 +334,25 @@ TEST_F(SmartFolderFactsCatalogs, CancelledRequestsReachNobodyAndOthersComeInOrde
     shortLived.reset();
     machine.settle();
     EXPECT_EQ(order.size(), 2);
+}
+
+TEST_F(SmartFolderFactsCatalogs, AToolThatHangsHoldsUpNoOtherKindOfWork) {
+    std::latch opened{1};
+    machine.tool(u"/usr/bin/codesign"_s, [&](const Command&, std::stop_token) {
+        opened.wait();
+        return test::exited(1);
+    });
+    QList<AppEntry> apps;
+    for (const auto& name : {u"A"_s, u"B"_s, u"C"_s, u"D"_s})
+        apps.append(add({.name = name, .identifier = u"org.example."_s + name}));
+    const Task task = catalog.facts({apps, {}, all}, [](const SmartFolderFactsList&) {});
+    for (const Lane lane : {Lane::files, Lane::decoding, Lane::actions, Lane::saving}) {
+        const auto ran = std::make_shared<std::binary_semaphore>(0);
+        machine.workers.submit(lane, {}, [ran](std::stop_token) { ran->release(); });
+        EXPECT_TRUE(ran->try_acquire_for(std::chrono::seconds(30))); // only a failure takes so long
+    }
+    opened.count_down();
+    machine.settle();
 }
 
 } // namespace

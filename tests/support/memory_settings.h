@@ -9,17 +9,22 @@ class MemorySettings final : public Settings {
 public:
     QMap<QString, QJsonValue> values() const override { return _values; }
 
-    std::expected<void, FileError> set(const QString& key, const QJsonValue& value) override {
+    using Settings::set;
+    std::expected<void, FileError> set(const QMap<QString, QJsonValue>& changes) override {
         if (failure)
             return std::unexpected(*failure);
-        if (value.isNull() || value.isUndefined())
-            _values.remove(key);
-        else
-            _values.insert(key, value);
+        ++writes;
+        for (auto it = changes.begin(); it != changes.end(); ++it) {
+            if (it->isNull() || it->isUndefined())
+                _values.remove(it.key());
+            else
+                _values.insert(it.key(), *it);
+        }
         return {};
     }
 
     std::optional<FileError> failure;
+    int writes = 0;
 
 private:
     QMap<QString, QJsonValue> _values;

@@ -99,7 +99,8 @@ protected:
     static QString key(const QString& name) { return u"org.example."_s + name.toLower(); }
 
     /// What the file says, the cache's form aside.
-    AppUpdateCache stored() const {
+    AppUpdateCache stored() {
+        mac.workers.waitIdle();
         return json::decodeDocument<AppUpdateCache>(
                    mac.read(AppUpdateStore::defaultPath(mac.machine.places)))
             .value_or(AppUpdateCache());

@@ -25,7 +25,8 @@ TEST(AppUpdateStore, WritesTheCacheInItsForm) {
     test::TestMachine mac;
     AppUpdateStore store(mac.machine);
     EXPECT_EQ(store.load(), AppUpdateCache());
-    ASSERT_TRUE(store.save(someCache));
+    store.save(someCache);
+    ASSERT_TRUE(store.wait());
     const QByteArray bytes =
         mac.read(u"/Users/ada/Library/Application Support/com.tessellar.app/app-updates.json"_s);
     EXPECT_EQ(
@@ -51,7 +52,8 @@ TEST(AppUpdateStore, SetsADamagedFileAsideAndNeverOverwritesIt) {
     ASSERT_EQ(mac.names(folder).size(), 1);
     const QString aside = FileSystem::joined(folder, mac.names(folder).first());
     EXPECT_NE(aside, store.path());
-    ASSERT_TRUE(store.save(someCache));
+    store.save(someCache);
+    ASSERT_TRUE(store.wait());
     EXPECT_EQ(mac.read(aside), damaged);
     EXPECT_EQ(mac.log.lines().size(), 1);
 }

@@ -1,0 +1,141 @@
+#include "platform/background_file.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace tessellar {
+
+struct BackgroundFile::State {
+    explicit State(StoredFile stored) : file(std::move(stored)) {}
+
+    /// On the worker: writes the last that was handed over.
+    void writeNext();
+    /// On the main thread: tells those whose writes are done.
+    void tell();
+
+    mutable std::mutex mutex;
+    mutable std::condition_variable changed; ///< `finished` did
+    Encode next;                             ///< empty while none waits
+    Ticket handedOver = 0;
+    Ticket finished = 0;
+    Ticket succeeded = 0; ///< up to it everything is on the disk, or was replaced by what is
+    Result last;
+
+    /// Touched by the worker while a write is unfinished, by the main thread else.
+    StoredFile file;
+
+    // Main thread only.
+    std::vector<std::pair<Ticket, Done>> waiting;
+};
+
+void BackgroundFile::State::writeNext() {
+    std::unique_lock lock(mutex);
+    Encode encode = std::exchange(next, nullptr);
+    const Ticket ticket = handedOver;
+    if (!encode)
+        return;
+    lock.unlock();
+    const auto bytes = encode();
+    encode = nullptr;
+    const Result written = bytes ? file.write(*bytes) : Result(std::unexpected(bytes.error()));
+    lock.lock();
+    finished = ticket;
+    if (written)
+        succeeded = ticket;
+    last = written;
+    changed.notify_all();
+}
+
+void BackgroundFile::State::tell() {
+    for (;;) {
+        std::unique_lock lock(mutex);
+        const auto done =
+            std::ranges::find_if(waiting, [this](const auto& each) { return each.first <= finished; });
+        if (done == waiting.end())
+            return;
+        const Result result = done->first <= succeeded ? Result() : last;
+        auto call = std::move(done->second);
+        waiting.erase(done);
+        lock.unlock();
+        call(result);
+    }
+}
+
+BackgroundFile::BackgroundFile(WorkerPool& workers, StoredFile file)
+    : _workers(&workers), _path(file.path()), _state(std::make_shared<State>(std::move(file))) {}
+
+BackgroundFile::~BackgroundFile() {
+    if (_state)
+        _state->waiting.clear();
+}
+
+BackgroundFile::Ticket BackgroundFile::write(Encode encode) {
+    Ticket ticket = 0;
+    {
+        const std::lock_guard lock(_state->mutex);
+        ticket = ++_state->handedOver;
+        if (std::exchange(_state->next, std::move(encode)))
+            return ticket; // its turn is this one's now
+    }
+    _workers->submit(Lane::saving, {},
+                     [state = _state, &mailbox = _workers->mailbox()](std::stop_token) {
+                         state->writeNext();
+                         mailbox.post([weak = std::weak_ptr(state)] {
+                             if (const auto alive = weak.lock())
+                                 alive->tell();
+                         });
+                     });
+    return ticket;
+}
+
+std::optional<BackgroundFile::Result> BackgroundFile::result(Ticket ticket) const {
+    const std::lock_guard lock(_state->mutex);
+    if (ticket <= _state->succeeded)
+        return Result();
+    return ticket <= _state->finished ? std::optional(_state->last) : std::nullopt;
+}
+
+std::optional<FileError> BackgroundFile::lastError() const {
+    const std::lock_guard lock(_state->mutex);
+    return _state->last ? std::nullopt : std::optional(_state->last.error());
+}
+
+BackgroundFile::Result BackgroundFile::wait() const {
+    std::unique_lock lock(_state->mutex);
+    _state->changed.wait(lock, [this] { return _state->finished == _state->handedOver; });
+    return _state->last;
+}
+
+void BackgroundFile::whenWritten(Done done) {
+    {
+        const std::lock_guard lock(_state->mutex);
+        _state->waiting.emplace_back(_state->handedOver, std::move(done));
+    }
+    // By way of the mailbox where all is written: what is called while asking surprises.
+    _workers->mailbox().post([weak = std::weak_ptr(_state)] {
+        if (const auto alive = weak.lock())
+            alive->tell();
+    });
+}
+
+std::expected<std::optional<QByteArray>, FileError> BackgroundFile::read() {
+    (void)wait();
+    return _state->file.read();
+}
+
+std::expected<QString, FileError> BackgroundFile::setAside(const Clock& clock, const QUuid& tag) {
+    (void)wait();
+    return _state->file.setAside(clock, tag);
+}
+
+void BackgroundFile::forget() {
+    (void)wait();
+    _state->file.forget();
+    _state->last = {};
+    _state->succeeded = _state->finished;
+}
+
+} // namespace tessellar
