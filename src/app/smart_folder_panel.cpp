@@ -142,7 +142,7 @@ void SmartFolderPanel::removeRule(int rule) {
 void SmartFolderPanel::save() {
     if (!issue().isEmpty())
         return;
-    if (const auto saved = editing().save(_viewModel.shown().mode()); !saved)
+    if (const auto saved = editing().save(); !saved)
         _viewModel.messages().report(saved.error());
 }
 

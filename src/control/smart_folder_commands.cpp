@@ -79,10 +79,9 @@ void answerWithValidation(const Call& call, const SmartFolderDefinition& definit
 }
 
 /// The facts of now; what is known of updates is among them.
-void gatherFacts(const Call& call, const QSet<SmartFolderInspection>& inspections,
-                 const std::function<void()>& done) {
+void gatherFacts(const Call& call, SmartFolderNeeds needs, const std::function<void()>& done) {
     call->launcher().updates().whenKnown(
-        [call, inspections, done] { call->launcher().smartFolders().gatherFacts(inspections, done); });
+        [call, needs, done] { call->launcher().smartFolders().gatherFacts(needs, done); });
 }
 
 void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definition,
@@ -100,7 +99,8 @@ void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definit
         localeWord->empty() ? call->options.locale.value_or(QString()) : text(localeWord);
     const Locale locale = localeName.isEmpty() ? call->machine.locale : Locale(localeName);
     const auto answer = [call, definition, locale, now] {
-        const auto evaluation = call->launcher().smartFolders().evaluate(definition, locale, now);
+        const auto evaluation =
+            call->launcher().smartFolders().evaluate(definition, call->mode(), locale, now);
         QStringList rules;
         for (const QUuid& id : evaluation.unknownRuleIDs)
             rules.append(toText(id));
@@ -114,7 +114,7 @@ void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definit
                         {QStringLiteral("unknownRuleIDs"), QJsonArray::fromStringList(rules)}},
             lines);
     };
-    gatherFacts(call, inspectionsNeeded({definition}), answer);
+    gatherFacts(call, needsOf({definition}), answer);
 }
 
 QString factText(const QString& name, const QJsonValue& value) {
@@ -122,30 +122,43 @@ QString factText(const QString& name, const QJsonValue& value) {
                                                     : valueText(value);
 }
 
+QString factLines(const QJsonValue& facts) {
+    QJsonObject record = facts.toObject();
+    QString lines = record.take(u"entry").toObject().value(u"name").toString() + u'\n';
+    for (auto it = record.begin(); it != record.end(); ++it)
+        lines += QStringLiteral("    %1: %2\n").arg(it.key(), factText(it.key(), it.value()));
+    return lines;
+}
+
+void answerWithFactsOf(const Call& call, const QString& key) {
+    const AppEntry* app = call->launcher().applications().withKey(key);
+    if (!app)
+        return call->fail(InstalledApplications::unknown(key));
+    call->launcher().updates().whenKnown([call, entry = *app] {
+        call->launcher().smartFolders().gatherFactsOf(entry, call->mode(),
+                                                      [call](const SmartFolderAppFacts& facts) {
+                                                          const QJsonValue record = json::encode(facts);
+                                                          call->succeed(record, factLines(record));
+                                                      });
+    });
+}
+
 void addFacts(CommandSet& set) {
     CLI::App* facts = set.add("facts", "What is known of applications");
     set.onRun(
         facts, CommandNeeds::launcher,
         [key = optionalWord(facts, "appkey", "One application; without it all")](const Call& call) {
-            const auto answer = [call, key] {
+            if (!key->empty())
+                return answerWithFactsOf(call, text(key));
+            gatherFacts(call, allNeeds(), [call] {
                 QJsonArray all;
-                for (const auto& record : call->launcher().smartFolders().facts())
-                    if (key->empty() || appKey(record->entry) == text(key))
-                        all.append(json::encode(*record));
-                if (!key->empty() && all.isEmpty())
-                    return call->fail(InstalledApplications::unknown(text(key)));
                 QString lines;
-                for (const QJsonValue one : std::as_const(all)) {
-                    QJsonObject record = one.toObject();
-                    lines += record.take(u"entry").toObject().value(u"name").toString() + u'\n';
-                    for (auto it = record.begin(); it != record.end(); ++it)
-                        lines += QStringLiteral("    %1: %2\n")
-                                     .arg(it.key(), factText(it.key(), it.value()));
+                for (const auto& record : call->launcher().smartFolders().facts(call->mode())) {
+                    all.append(json::encode(*record));
+                    lines += factLines(all.last());
                 }
-                call->succeed(key->empty() ? QJsonValue(all) : all.first(), lines);
-            };
-            gatherFacts(call, {SmartFolderInspection::architectures, SmartFolderInspection::signature},
-                        answer);
+                call->succeed(all, lines);
+            });
         });
 }
 
@@ -199,6 +212,10 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                                                       machine.uuids);
                   } else {
                       definition = definitionFrom(call, file);
+                      if (definition)
+                          definition = withOwnIdentifiers(*std::move(definition),
+                                                          call->launcher().smartFolders().definitions(),
+                                                          call->machine.uuids);
                   }
                   if (definition)
                       answerWithValidation(call, *definition, [&] {

@@ -182,9 +182,9 @@ ActionRequest deleteSmartFolder(const Context& context, const QString&) {
 
 ActionRequest editSmartFolder(const Context& context, const QString&) {
     if (const SmartFolderDefinition* definition = context.definition())
-        context.launcher.smartFolderEditing().open(*definition);
+        context.launcher.smartFolderEditing().open(context.mode(), *definition);
     else
-        context.launcher.smartFolderEditing().openNew();
+        context.launcher.smartFolderEditing().openNew(context.mode());
     return ActionRequest::rules;
 }
 
@@ -272,10 +272,12 @@ const std::array rows = std::to_array<Row>({
      [](const Context& c) { return c.isOne() && c.isUnavailable(); },
      [](const Context&) { return false; }},
     {"smartFolderNotice",
-     [](const Context& c) { return c.launcher.smartFolders().notice(c.smartFolder()->definitionID); },
+     [](const Context& c) {
+         return c.launcher.smartFolders().notice(c.smartFolder()->definitionID, c.mode());
+     },
      [](const Context& c) {
          return c.isOne() && c.smartFolder() &&
-                !c.launcher.smartFolders().notice(c.smartFolder()->definitionID).isEmpty();
+                !c.launcher.smartFolders().notice(c.smartFolder()->definitionID, c.mode()).isEmpty();
      },
      [](const Context&) { return false; }},
     {},

@@ -60,7 +60,6 @@ Outcome LauncherEditor::rename(Mode mode, const QUuid& tile, const QString& name
     renamed.name = trimmed(name);
     if (renamed.name == known->name)
         return _history.guard(mode);
-    renamed.modifiedAt = _machine.clock.now();
     return changeSmartFolder(mode, renamed);
 }
 
@@ -170,12 +169,13 @@ Outcome LauncherEditor::removeSmartFolderTile(Mode mode, const QUuid& definition
                          });
 }
 
-Outcome LauncherEditor::changeSmartFolder(Mode mode, const SmartFolderDefinition& definition) {
+Outcome LauncherEditor::changeSmartFolder(Mode mode, SmartFolderDefinition definition) {
+    definition.modifiedAt = _machine.clock.now();
     QList<SmartFolderDefinition> definitions = _smartFolders.definitions();
     const auto found = std::ranges::find(definitions, definition.id, &SmartFolderDefinition::id);
     if (found == definitions.end())
         return std::unexpected(noSuchSmartFolder());
-    *found = definition;
+    *found = std::move(definition);
     return outcomeOf(_history.make(
         {.name = editName(EditKind::changeSmartFolder), .mode = mode, .definitions = definitions}));
 }

@@ -54,7 +54,7 @@ public:
                                const std::optional<LayoutPlace>& place = {});
     /// The tile goes, the definition stays.
     Outcome removeSmartFolderTile(Mode mode, const QUuid& definitionID);
-    Outcome changeSmartFolder(Mode mode, const SmartFolderDefinition& definition);
+    Outcome changeSmartFolder(Mode mode, SmartFolderDefinition definition);
     Outcome deleteSmartFolder(Mode mode, const QUuid& definitionID);
 
 private:

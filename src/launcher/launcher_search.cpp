@@ -44,7 +44,7 @@ void LauncherSearch::make(Mode mode) {
         Lane::computing,
         [layout = _layouts[mode].document(), apps = _applications.all(), locale = _machine.locale,
          definitions = _smartFolders.definitions(),
-         evaluations = _smartFolders.evaluations()](std::stop_token) {
+         evaluations = _smartFolders.evaluations(mode)](std::stop_token) {
             return SearchIndex(searchInput(layout, apps, namesByAppKey(definitions, evaluations)),
                                locale);
         },

@@ -3,7 +3,6 @@
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/smart_folder_library.h"
-#include "smartfolders/smart_folder_fields.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -151,22 +150,14 @@ void LauncherUpdates::whenChannelsKnown(std::function<void()> done) {
 // ---- smart folders
 
 bool LauncherUpdates::areSmartFoldersInterested() const {
-    const auto isOfUpdates = [](const QString& field) {
-        return field == u"updateStatus" || field == u"distributionChannel";
-    };
-    return std::ranges::any_of(
-        _smartFolders.definitions(), [&](const SmartFolderDefinition& definition) {
-            return isOfUpdates(definition.sort.field.rawValue()) ||
-                   std::ranges::any_of(definition.rules, [&](const SmartFolderRule& rule) {
-                       return isOfUpdates(rule.fieldName());
-                   });
-        });
+    return bool(_smartFolders.needs() & (SmartFolderNeed::updates | SmartFolderNeed::channels));
 }
 
 void LauncherUpdates::feedSmartFolders() {
     if (!_isKnown)
         return;
     SmartFolderRuntimeFacts facts = _smartFolders.runtimeFacts();
+    facts.pending = {};
     facts.updateCheckingEnabled = isEnabled();
     facts.updateStatuses.clear();
     facts.distributionChannels.clear();

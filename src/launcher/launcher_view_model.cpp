@@ -88,13 +88,11 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     follow(parts.applications.scanned, [&parts] { parts.search.invalidate(); });
     follow(parts.layouts.changed, [&parts](LauncherWindowMode mode) {
         parts.search.invalidate(mode);
-        if (mode == parts.layouts.shownMode())
-            parts.smartFolders.setCustomNames(parts.layouts.shown().customNames());
+        const LiveLayout& layout = parts.layouts[mode];
+        parts.smartFolders.setView(mode, {layout.customNames(), layout.hiddenKeys()});
     });
-    follow(parts.layouts.shownModeChanged, [&parts] {
-        parts.smartFolders.setCustomNames(parts.layouts.shown().customNames());
-        parts.search.invalidate(parts.layouts.shownMode());
-    });
+    follow(parts.layouts.shownModeChanged,
+           [&parts] { parts.search.invalidate(parts.layouts.shownMode()); });
     follow(parts.smartFolders.changed, [&parts] { parts.search.invalidate(); });
     follow(parts.listening->updates.settingStored, [this] { applySettings(); });
     follow(parts.listening->updates.opened, [this] { launched.notify(); });
@@ -202,7 +200,7 @@ void LauncherViewModel::open(LauncherWindowMode mode, const LaunchpadItem& item)
     const QUuid id = item.id();
     if (!layout(mode).openFolder(id) || !item.smartFolder())
         return;
-    if (const QString notice = smartFolders().notice(id); !notice.isEmpty())
+    if (const QString notice = smartFolders().notice(id, mode); !notice.isEmpty())
         messages().showNotice(notice);
 }
 

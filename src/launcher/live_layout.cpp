@@ -90,7 +90,8 @@ std::optional<FolderEntry> LiveLayout::openable(const LaunchpadItem& item, qsize
         return std::nullopt;
     // As the user named them; what has no tile of its own goes by the scan.
     Page shown;
-    if (const SmartFolderEvaluation* evaluation = _smartFolders.evaluation(reference->definitionID)) {
+    if (const SmartFolderEvaluation* evaluation =
+            _smartFolders.evaluation(reference->definitionID, _mode)) {
         for (const auto& facts : evaluation->matches) {
             if (most >= 0 && shown.size() >= most)
                 break;

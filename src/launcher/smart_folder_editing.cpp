@@ -10,28 +10,36 @@ SmartFolderEditing::SmartFolderEditing(Machine& machine, SmartFolderLibrary& lib
                                        LauncherEditor& editor)
     : _machine(machine), _library(library), _editor(editor) {}
 
-void SmartFolderEditing::openNew() {
+void SmartFolderEditing::openNew(LauncherWindowMode mode) {
     SmartFolderDefinition definition;
     definition.id = _machine.uuids.next();
     definition.sort.field = "name";
     _isNew = true;
-    begin(std::move(definition));
+    begin(mode, std::move(definition));
     insertRule(0);
     _before = _draft->definition();
 }
 
-void SmartFolderEditing::open(const SmartFolderDefinition& definition) {
+void SmartFolderEditing::open(LauncherWindowMode mode, const SmartFolderDefinition& definition) {
     _isNew = false;
-    begin(definition);
+    begin(mode, definition);
     renewPreview();
 }
 
-void SmartFolderEditing::begin(SmartFolderDefinition definition) {
+void SmartFolderEditing::begin(LauncherWindowMode mode, SmartFolderDefinition definition) {
     close();
+    _mode = mode;
     _before = definition;
     _draft.emplace(std::move(definition),
                    SmartFolderTyping(_machine.locale, Calendar::system(_machine.locale)),
                    _machine.clock.now());
+    _saved = saved();
+}
+
+/// What stands in the registry at the moment.
+std::optional<SmartFolderDefinition> SmartFolderEditing::saved() const {
+    const SmartFolderDefinition* found = _library.definition(_before.id);
+    return found ? std::optional(*found) : std::nullopt;
 }
 
 void SmartFolderEditing::close() {
@@ -40,7 +48,6 @@ void SmartFolderEditing::close() {
     _library.endPreview();
     _draft.reset();
     _preview.reset();
-    _facts.clear();
     changed.notify();
 }
 
@@ -69,13 +76,14 @@ void SmartFolderEditing::renewPreview() {
         previewed.name.clear();
     }
     // Of a draft that cannot be evaluated the facts still serve, for what can be typed.
-    _library.preview(previewed, [this, isPossible](SmartFolderEvaluation evaluation,
-                                                   const SmartFolderFactsList& facts) {
-        _facts = facts;
-        if (isPossible)
-            _preview = std::move(evaluation);
-        changed.notify();
-    });
+    _library.preview(
+        previewed, _mode,
+        [this, isPossible](SmartFolderEvaluation evaluation, const SmartFolderFactsList& facts) {
+            _draft->setFacts(facts, _machine.files);
+            if (isPossible)
+                _preview = std::move(evaluation);
+            changed.notify();
+        });
     changed.notify();
 }
 
@@ -84,11 +92,11 @@ QString SmartFolderEditing::notice() const {
 }
 
 QStringList SmartFolderEditing::suggestions(qsizetype rule, qsizetype operand) const {
-    return _draft ? _draft->suggestions(rule, operand, _facts, _machine.files) : QStringList();
+    return _draft ? _draft->suggestions(rule, operand) : QStringList();
 }
 
 bool SmartFolderEditing::hasSuggestions(qsizetype rule, qsizetype operand) const {
-    return _draft && _draft->hasSuggestions(rule, operand, _facts, _machine.files);
+    return _draft && _draft->hasSuggestions(rule, operand);
 }
 
 // ---- saving
@@ -98,18 +106,28 @@ QString SmartFolderEditing::issue() const {
     return issues.isEmpty() ? QString() : message(issues.first());
 }
 
-SmartFolderEditing::Outcome SmartFolderEditing::save(LauncherWindowMode mode) {
+SmartFolderEditing::Outcome SmartFolderEditing::save() {
     if (!_draft)
         return {};
     if (const QString why = issue(); !why.isEmpty())
         return std::unexpected(LauncherError{QStringLiteral("invalidDefinition"), why, {}});
     if (_isNew || isChanged()) {
+        const auto now = saved();
+        if (std::exchange(_saved, now) != now)
+            return std::unexpected(LauncherError{
+                QStringLiteral("changedElsewhere"),
+                (now ? QStringLiteral("“%1” was changed elsewhere while you edited it. Saving again "
+                                      "replaces that change.")
+                     : QStringLiteral("“%1” was deleted elsewhere while you edited it. Saving again "
+                                      "makes it anew."))
+                    .arg(_before.name),
+                QStringLiteral("Could not save Smart Folders")});
         SmartFolderDefinition definition = _draft->definition();
         definition.modifiedAt = _machine.clock.now();
-        if (auto saved = _isNew ? _editor.addSmartFolder(mode, definition)
-                                : _editor.changeSmartFolder(mode, definition);
-            !saved)
-            return saved;
+        if (auto done = now ? _editor.changeSmartFolder(_mode, definition)
+                            : _editor.addSmartFolder(_mode, definition);
+            !done)
+            return done;
     }
     close();
     return {};

@@ -5,7 +5,7 @@
 #include "platform/machine.h"
 #include "platform/signal.h"
 #include "smartfolders/smart_folder_draft.h"
-#include "smartfolders/smart_folder_evaluator.h"
+#include "smartfolders/smart_folder_evaluation.h"
 
 #include <functional>
 
@@ -25,8 +25,8 @@ public:
     SmartFolderEditing(Machine& machine, SmartFolderLibrary& library, LauncherEditor& editor);
 
     /// Begins with one rule that needs its text, in place of what was edited.
-    void openNew();
-    void open(const SmartFolderDefinition& definition);
+    void openNew(LauncherWindowMode mode);
+    void open(LauncherWindowMode mode, const SmartFolderDefinition& definition);
     /// Leaves everything as it was saved.
     void close();
 
@@ -34,15 +34,18 @@ public:
     const std::optional<SmartFolderDraft>& draft() const { return _draft; }
     bool isNew() const { return _isNew; }
     /// True when closing would lose something.
-    bool isChanged() const { return _draft && _draft->definition() != _before; }
+    bool isChanged() const {
+        return _draft && (_draft->hasUnread() || _draft->definition() != _before);
+    }
     void change(const std::function<void(SmartFolderDraft&)>& change);
     void insertRule(qsizetype place);
 
     /// What the editor says of the first issue; empty when the draft can be saved.
     QString issue() const;
     /// A new one gets its tile in the mode. A draft that is as it was saved is closed and leaves no
-    /// step of history.
-    Outcome save(LauncherWindowMode mode);
+    /// step of history. Where somebody else has changed or deleted the definition meanwhile, the first
+    /// attempt says so and saves nothing; another saves over it.
+    Outcome save();
 
     /// What it would show, whatever its name; nothing where rules are missing or not complete, and
     /// before it is worked out. Between two drafts it is the former's.
@@ -55,17 +58,19 @@ public:
     Signal<> changed; ///< the draft, or what it would show
 
 private:
-    void begin(SmartFolderDefinition definition);
+    void begin(LauncherWindowMode mode, SmartFolderDefinition definition);
+    std::optional<SmartFolderDefinition> saved() const;
     void renewPreview();
 
     Machine& _machine;
     SmartFolderLibrary& _library;
     LauncherEditor& _editor;
     std::optional<SmartFolderDraft> _draft;
+    LauncherWindowMode _mode = LauncherWindowMode::fullScreen;
     SmartFolderDefinition _before;
+    std::optional<SmartFolderDefinition> _saved; ///< as the user knows it
     bool _isNew = false;
     std::optional<SmartFolderEvaluation> _preview;
-    SmartFolderFactsList _facts;
 };
 
 } // namespace tessellar

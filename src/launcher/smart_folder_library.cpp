@@ -1,12 +1,17 @@
 #include "launcher/smart_folder_library.h"
 
+#include "smartfolders/smart_folder_evaluator.h"
 #include "smartfolders/smart_folder_facts_index.h"
+#include "smartfolders/smart_folder_notice.h"
 #include "updates/app_update_settings.h"
 #include "updates/app_update_texts.h"
 
 #include <algorithm>
 
 namespace tessellar {
+
+/// Between two looks at the clock.
+static constexpr std::chrono::minutes longestWait(10);
 
 static const QString unavailableTitle = QStringLiteral("Smart Folders are unavailable");
 
@@ -25,8 +30,39 @@ SmartFolderLibrary::SmartFolderLibrary(Machine& machine)
     : _machine(machine)
     , _store(machine.files, machine.places.applicationFolder(), machine.clock, machine.uuids)
     , _usage(machine, machine.places.applicationFolder())
-    , _catalog(machine)
+    , _catalog(machine, FileSystem::joined(machine.places.applicationFolder(),
+                                           QStringLiteral("bundle-answers.json")))
     , _calendar(Calendar::system(machine.locale)) {}
+
+SmartFolderLibrary::~SmartFolderLibrary() = default;
+
+/// The facts of the applications as a mode names them.
+static SmartFolderFactsList named(const SmartFolderFactsList& facts, const SmartFolderView& view) {
+    if (view.customNames.isEmpty())
+        return facts;
+    SmartFolderFactsList result;
+    result.reserve(facts.size());
+    for (const auto& record : facts) {
+        const auto name = view.customNames.constFind(appKey(record->entry));
+        if (name == view.customNames.constEnd() || *name == record->entry.name) {
+            result.append(record);
+            continue;
+        }
+        SmartFolderAppFacts renamed = *record;
+        renamed.entry.name = *name;
+        result.append(std::make_shared<const SmartFolderAppFacts>(std::move(renamed)));
+    }
+    return result;
+}
+
+/// Those that folders may show.
+static SmartFolderFactsList visible(const SmartFolderFactsList& facts, const SmartFolderView& view) {
+    SmartFolderFactsList result = named(facts, view);
+    if (!view.hiddenKeys.isEmpty())
+        result.removeIf(
+            [&](const auto& record) { return view.hiddenKeys.contains(appKey(record->entry)); });
+    return result;
+}
 
 // ---- definitions
 
@@ -74,43 +110,38 @@ SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitio
     return {};
 }
 
+SmartFolderNeeds SmartFolderLibrary::needs() const { return needsOf(_definitions); }
+
 QString SmartFolderLibrary::name(const QUuid& id) const {
     const SmartFolderDefinition* found = definition(id);
     return found ? found->name : QStringLiteral("Unavailable Smart Folder");
 }
 
-QString SmartFolderLibrary::notice(const QUuid& id) const {
+QString SmartFolderLibrary::notice(const QUuid& id, LauncherWindowMode mode) const {
     const SmartFolderDefinition* found = definition(id);
     if (!found)
         return QStringLiteral("This Smart Folder’s definition is unavailable.");
-    const SmartFolderEvaluation* shown = evaluation(id);
+    const SmartFolderEvaluation* shown = evaluation(id, mode);
     return shown ? notice(*found, *shown) : QString();
 }
 
 QString SmartFolderLibrary::notice(const SmartFolderDefinition& definition,
                                    const SmartFolderEvaluation& evaluation) const {
-    if (evaluation.unknownRuleIDs.isEmpty())
-        return {};
-    const bool isForWantOfChecks =
-        !readAppUpdateSettings(_machine.settings).enabled &&
-        std::ranges::any_of(definition.rules, [](const SmartFolderRule& rule) {
-            return rule.fieldName() == u"updateStatus";
-        });
-    return isForWantOfChecks
-               ? update_texts::checkingDisabled
-               : QStringLiteral(
-                     "Some app details are unavailable, so those rules cannot be evaluated yet.");
+    return smartFolderNotice(
+        definition, evaluation,
+        readAppUpdateSettings(_machine.settings).enabled ? QString() : update_texts::checkingDisabled);
 }
 
 // ---- what folders show
 
-const SmartFolderEvaluation* SmartFolderLibrary::evaluation(const QUuid& id) const {
-    const auto found = _evaluations.find(id);
-    return found == _evaluations.end() ? nullptr : &*found;
+const SmartFolderEvaluation* SmartFolderLibrary::evaluation(const QUuid& id,
+                                                            LauncherWindowMode mode) const {
+    const auto found = evaluations(mode).constFind(id);
+    return found == evaluations(mode).constEnd() ? nullptr : &*found;
 }
 
-QStringList SmartFolderLibrary::appKeys(const QUuid& id) const {
-    const SmartFolderEvaluation* shown = evaluation(id);
+QStringList SmartFolderLibrary::appKeys(const QUuid& id, LauncherWindowMode mode) const {
+    const SmartFolderEvaluation* shown = evaluation(id, mode);
     return shown ? shown->appKeys() : QStringList();
 }
 
@@ -125,42 +156,61 @@ QHash<QString, QStringList> namesByAppKey(const QList<SmartFolderDefinition>& de
 }
 
 SmartFolderEvaluation SmartFolderLibrary::evaluate(const SmartFolderDefinition& definition,
-                                                   const Locale& locale, Instant now) const {
+                                                   LauncherWindowMode mode, const Locale& locale,
+                                                   Instant now) const {
     return SmartFolderEvaluator(_machine.files)
-        .evaluate(definition, _facts, locale, now, Calendar(locale, _calendar.timeZone()));
+        .evaluate(definition, visible(_facts, _views[at(mode)]), locale, now,
+                  Calendar(locale, _calendar.timeZone()));
 }
 
-// ---- rounds
+SmartFolderFactsList SmartFolderLibrary::facts(LauncherWindowMode mode) const {
+    return named(_facts, _views[at(mode)]);
+}
+
+// ---- what evaluations depend on
 
 void SmartFolderLibrary::setApps(const QList<AppEntry>& apps) {
     _apps = apps;
     QStringList keys;
     for (const AppEntry& app : apps)
         keys.append(appKey(app));
-    if (_usage.recordSeen(keys))
+    if (_usage.recordSeen(keys)) {
+        _runtimeWithUsage.reset();
         _usage.save();
+    }
     startRound();
 }
 
-void SmartFolderLibrary::setCustomNames(const QHash<QString, QString>& names) {
-    if (names == _customNames)
+void SmartFolderLibrary::setView(LauncherWindowMode mode, SmartFolderView view) {
+    if (view == _views[at(mode)])
         return;
-    _customNames = names;
+    _views[at(mode)] = std::move(view);
     if (!_apps.isEmpty())
         startRound();
 }
 
 void SmartFolderLibrary::recordLaunch(const QString& key) {
     _usage.recordLaunch(key);
+    _runtimeWithUsage.reset();
     _usage.save();
-    startRound();
+    startRoundFor(SmartFolderNeed::usage);
 }
 
 void SmartFolderLibrary::setRuntimeFacts(SmartFolderRuntimeFacts facts) {
-    if (facts == _runtime)
+    SmartFolderNeeds others = facts.pending ^ _runtime.pending;
+    others.setFlag(SmartFolderNeed::updates,
+                   others.testFlag(SmartFolderNeed::updates) ||
+                       facts.updateStatuses != _runtime.updateStatuses ||
+                       facts.updateCheckingEnabled != _runtime.updateCheckingEnabled);
+    others.setFlag(SmartFolderNeed::channels,
+                   others.testFlag(SmartFolderNeed::channels) ||
+                       facts.distributionChannels != _runtime.distributionChannels);
+    others.setFlag(SmartFolderNeed::icons, facts.customIconKeys != _runtime.customIconKeys);
+    if (!others)
         return;
     _runtime = std::move(facts);
-    startRound();
+    _runtimeWithUsage.reset();
+    startRoundFor(others);
 }
 
 void SmartFolderLibrary::localeChanged() {
@@ -168,125 +218,187 @@ void SmartFolderLibrary::localeChanged() {
     startRound();
 }
 
-QList<AppEntry> SmartFolderLibrary::namedApps() const {
-    QList<AppEntry> apps = _apps;
-    if (!_customNames.isEmpty())
-        for (AppEntry& app : apps)
-            app.name = _customNames.value(appKey(app), app.name);
-    return apps;
+SmartFolderFactsCatalog::Request SmartFolderLibrary::request(QList<AppEntry> apps,
+                                                             SmartFolderNeeds needs) {
+    if (!_runtimeWithUsage) {
+        _runtimeWithUsage = _runtime;
+        _usage.fill(*_runtimeWithUsage);
+    }
+    return {.apps = std::move(apps), .runtime = *_runtimeWithUsage, .needs = needs};
 }
 
-SmartFolderRuntimeFacts SmartFolderLibrary::runtimeFactsNow() const {
-    SmartFolderRuntimeFacts facts = _runtime;
-    _usage.fill(facts);
-    return facts;
+// ---- rounds
+
+void SmartFolderLibrary::startRoundFor(SmartFolderNeeds others) {
+    const SmartFolderNeeds all =
+        needs() | _extraNeeds | (_preview ? _preview->needs : SmartFolderNeeds());
+    if (all & others)
+        startRound();
 }
 
 void SmartFolderLibrary::startRound() {
     // What is under way is of an older generation: its tasks end and reach nobody.
     _factsTask.cancel();
     _evaluationTask.cancel();
-    scheduleNextDay();
-    startPreview();
-    if (_definitions.isEmpty() && _settledCallbacks.empty())
-        return finishRound({}, nullptr);
-    _factsTask =
-        _catalog.facts(request(inspectionsNeeded(_definitions) + _extraInspections),
-                       [this](SmartFolderFactsList facts) { evaluateRound(std::move(facts)); });
+    scheduleNextLook();
+    if (_preview)
+        gatherForPreview();
+    if (_definitions.isEmpty() && _settledCallbacks.empty()) {
+        const bool wasShown =
+            std::ranges::any_of(_evaluations, [](const Evaluations& each) { return !each.isEmpty(); });
+        return finishRound({.evaluations = {}, .prepared = {}, .isAnother = wasShown}, true);
+    }
+    _factsTask = _catalog.facts(request(_apps, needs() | _extraNeeds),
+                                [this](const SmartFolderFactsList& facts, bool isComplete) {
+                                    evaluateRound(facts, isComplete);
+                                });
 }
 
-SmartFolderFactsCatalog::Request
-SmartFolderLibrary::request(const QSet<SmartFolderInspection>& inspections) const {
-    return {.apps = namedApps(), .runtime = runtimeFactsNow(), .inspections = inspections};
+SmartFolderLibrary::PreparedPointer SmartFolderLibrary::prepare(const SmartFolderFactsList& facts,
+                                                                const SmartFolderView& view,
+                                                                const ForModes<PreparedPointer>& before,
+                                                                const Locale& locale,
+                                                                const FileSystem& files) {
+    for (const PreparedPointer& known : before)
+        if (known && known->facts == facts && known->view == view &&
+            known->index->isGoodFor(known->index->facts(), locale))
+            return known;
+    return std::make_shared<const Prepared>(
+        facts, view,
+        std::make_shared<const SmartFolderFactsIndex>(visible(facts, view), locale, files));
 }
 
-void SmartFolderLibrary::evaluateRound(SmartFolderFactsList facts) {
+void SmartFolderLibrary::evaluateRound(const SmartFolderFactsList& facts, bool isComplete) {
     _facts = facts;
     _evaluationTask = _machine.workers.run(
         Lane::computing,
-        // The worker has the index for itself; one that is still at work on an older round keeps it.
-        [definitions = _definitions, facts = std::move(facts), index = std::move(_index),
+        [definitions = _definitions, facts, views = _views, prepared = _prepared, before = _evaluations,
          locale = _machine.locale, calendar = _calendar, now = _machine.clock.now(),
-         &files = _machine.files](std::stop_token stop) mutable {
-            Evaluations evaluations;
-            if (!index || !index->isGoodFor(facts, locale))
-                index = std::make_shared<SmartFolderFactsIndex>(std::move(facts), locale, files);
-            auto all = SmartFolderEvaluator::evaluateAll(definitions, *index, now, calendar, stop);
-            for (qsizetype i = 0; i < all.size(); ++i)
-                evaluations.insert(definitions.at(i).id, std::move(all[i]));
-            return std::pair(std::move(evaluations), std::move(index));
+         &files = _machine.files](const std::stop_token& stop) {
+            Evaluated result;
+            for (std::size_t mode = 0; mode < views.size(); ++mode) {
+                if (mode > 0 && views[mode] == views[0]) {
+                    result.prepared[mode] = result.prepared[0];
+                    result.evaluations[mode] = result.evaluations[0];
+                    continue;
+                }
+                result.prepared[mode] = prepare(facts, views[mode], prepared, locale, files);
+                auto all = SmartFolderEvaluator::evaluateAll(definitions, *result.prepared[mode]->index,
+                                                             now, calendar, stop);
+                for (qsizetype i = 0; i < all.size(); ++i)
+                    result.evaluations[mode].insert(definitions.at(i).id, std::move(all[i]));
+            }
+            result.isAnother = result.evaluations != before;
+            return result;
         },
-        [this](std::pair<Evaluations, Index> result) {
-            finishRound(std::move(result.first), std::move(result.second));
-        });
+        [this, isComplete](Evaluated evaluated) { finishRound(std::move(evaluated), isComplete); });
 }
 
-void SmartFolderLibrary::finishRound(Evaluations evaluations, Index index) {
-    _index = std::move(index);
-    _extraInspections.clear();
-    if (evaluations != _evaluations) {
-        _evaluations = std::move(evaluations);
+void SmartFolderLibrary::finishRound(Evaluated evaluated, bool isComplete) {
+    _prepared = std::move(evaluated.prepared);
+    if (evaluated.isAnother) {
+        _evaluations = std::move(evaluated.evaluations);
         changed.notify();
     }
+    if (!isComplete)
+        return;
+    _extraNeeds = {};
     for (const auto& callback : std::exchange(_settledCallbacks, {}))
         callback();
 }
 
+void SmartFolderLibrary::gatherFacts(SmartFolderNeeds needs, std::function<void()> done) {
+    _extraNeeds |= needs;
+    _settledCallbacks.push_back(std::move(done));
+    startRound();
+}
+
+void SmartFolderLibrary::gatherFactsOf(const AppEntry& app, LauncherWindowMode mode,
+                                       std::function<void(const SmartFolderAppFacts&)> done) {
+    const auto task = _singleTasks.emplace(_singleTasks.end());
+    *task = _catalog.facts(
+        request({app}, allNeeds()),
+        [this, task, mode, done = std::move(done)](const SmartFolderFactsList& facts, bool isComplete) {
+            if (!isComplete)
+                return;
+            _singleTasks.erase(task);
+            done(*named(facts, _views[at(mode)]).first());
+        });
+}
+
 // ---- what is not saved
 
-void SmartFolderLibrary::preview(const SmartFolderDefinition& definition, Previewed previewed) {
-    _preview = Preview{definition, std::move(previewed), {}};
-    startPreview();
+void SmartFolderLibrary::preview(const SmartFolderDefinition& definition, LauncherWindowMode mode,
+                                 Previewed previewed) {
+    const SmartFolderNeeds needs = needsOf({definition});
+    const bool isNew = !_preview || (needs & ~_preview->needs);
+    if (!_preview)
+        _preview.emplace();
+    _preview->definition = definition;
+    _preview->mode = mode;
+    _preview->previewed = std::move(previewed);
+    _preview->needs |= needs;
+    if (isNew)
+        gatherForPreview();
+    else if (_preview->facts)
+        evaluatePreview();
 }
 
 void SmartFolderLibrary::endPreview() { _preview.reset(); }
 
-void SmartFolderLibrary::startPreview() {
-    if (!_preview)
-        return;
-    const auto evaluate = [this](SmartFolderFactsList facts) {
-        _preview->task = _machine.workers.run(
-            Lane::computing,
-            [definition = _preview->definition, facts, locale = _machine.locale, calendar = _calendar,
-             now = _machine.clock.now(), &files = _machine.files](std::stop_token) {
-                return SmartFolderEvaluator(files).evaluate(definition, facts, locale, now, calendar);
-            },
-            [this, facts](SmartFolderEvaluation evaluation) {
-                // A copy: what is told may ask for another preview.
-                const Previewed previewed = _preview->previewed;
-                previewed(std::move(evaluation), facts);
-            });
-    };
-    _preview->task = _catalog.facts(request(inspectionsNeeded({_preview->definition})), evaluate);
+void SmartFolderLibrary::gatherForPreview() {
+    _preview->factsTask = _catalog.facts(request(_apps, _preview->needs),
+                                         [this](const SmartFolderFactsList& facts, bool) {
+                                             _preview->facts = facts;
+                                             evaluatePreview();
+                                         });
 }
 
-void SmartFolderLibrary::scheduleNextDay() {
+void SmartFolderLibrary::evaluatePreview() {
+    const std::size_t mode = at(_preview->mode);
+    _preview->evaluationTask = _machine.workers.run(
+        Lane::computing,
+        [definition = _preview->definition, facts = *_preview->facts, view = _views[mode],
+         before = ForModes<PreparedPointer>{_preview->prepared, _prepared[mode]},
+         locale = _machine.locale, calendar = _calendar, now = _machine.clock.now(),
+         &files = _machine.files](const std::stop_token& stop) {
+            auto prepared = prepare(facts, view, before, locale, files);
+            auto evaluations =
+                SmartFolderEvaluator::evaluateAll({definition}, *prepared->index, now, calendar, stop);
+            return std::pair(std::move(prepared), std::move(evaluations.first()));
+        },
+        [this](std::pair<PreparedPointer, SmartFolderEvaluation> result) {
+            _preview->prepared = std::move(result.first);
+            // Copies: what is told may ask for another preview, or for none.
+            const Previewed previewed = _preview->previewed;
+            const PreparedPointer prepared = _preview->prepared;
+            previewed(std::move(result.second), prepared->index->facts());
+        });
+}
+
+// ---- days
+
+void SmartFolderLibrary::lookAgain() {
     const Instant now = _machine.clock.now();
-    const auto day = _calendar.interval(CalendarUnit::day, now);
-    if (!day || _definitions.isEmpty())
-        return _nextDay.cancel();
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(day->end - now);
-    // A clock that was set, a machine that slept or came into another time zone is noticed within the
-    // hour.
-    _nextDay = _machine.scheduler.after(std::clamp<std::chrono::milliseconds>(
-                                            wait, std::chrono::milliseconds(1), std::chrono::hours(1)),
-                                        [this, end = day->end, start = day->start] {
-                                            const Instant later = _machine.clock.now();
-                                            const Calendar current = Calendar::system(_machine.locale);
-                                            if (current.timeZone() != _calendar.timeZone())
-                                                localeChanged();
-                                            else if (later >= end || later < start)
-                                                startRound();
-                                            else
-                                                scheduleNextDay();
-                                        });
+    if (Calendar::system(_machine.locale).timeZone() != _calendar.timeZone())
+        return localeChanged();
+    if (!_today || (_today->start <= now && now < _today->end))
+        return scheduleNextLook();
+    _runtimeWithUsage.reset(); // what was never used is known after so many days
+    startRound();
 }
 
-void SmartFolderLibrary::gatherFacts(const QSet<SmartFolderInspection>& inspections,
-                                     std::function<void()> done) {
-    _extraInspections += inspections;
-    _settledCallbacks.push_back(std::move(done));
-    startRound();
+void SmartFolderLibrary::scheduleNextLook() {
+    const Instant now = _machine.clock.now();
+    _today = _calendar.interval(CalendarUnit::day, now);
+    if (!_today || _definitions.isEmpty())
+        return _nextLook.cancel();
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(_today->end - now);
+    // A clock that was set, a machine that slept or came into another time zone is noticed before long
+    // even when nobody says so.
+    _nextLook = _machine.scheduler.after(
+        std::clamp<std::chrono::milliseconds>(wait, std::chrono::milliseconds(1), longestWait),
+        [this] { lookAgain(); });
 }
 
 } // namespace tessellar

@@ -1,5 +1,8 @@
 #include "platform/calendar.h"
 
+#include <QDateTime>
+#include <QTimeZone>
+
 #include <unicode/calendar.h>
 #include <unicode/timezone.h>
 
@@ -12,10 +15,6 @@ namespace {
 
 /// Some three hundred thousand years each way, well within what ICU computes with.
 constexpr double farthestSeconds = 1e13;
-
-icu::UnicodeString toIcu(const QString& text) {
-    return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<int32_t>(text.size())};
-}
 
 constexpr UCalendarDateFields field(CalendarUnit unit) {
     switch (unit) {
@@ -33,18 +32,26 @@ constexpr UCalendarDateFields field(CalendarUnit unit) {
 
 } // namespace
 
+/// ICU's calendar counts days, weeks and months by the clocks on the wall, as if those were UTC; when
+/// clocks show what, the system's own zone data says, as it does wherever Qt writes and reads times.
+/// ICU's own data is as old as the ICU.
 struct Calendar::Data {
     std::unique_ptr<const icu::Calendar> prototype;
+    QTimeZone zone;
 
-    explicit Data(const Locale& locale, const icu::TimeZone& zone) {
+    Data(const Locale& locale, QTimeZone where) : zone(std::move(where)) {
         UErrorCode status = U_ZERO_ERROR;
         std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(
-            zone, icu::Locale::createFromName(locale.identifier().toLatin1().constData()), status));
+            *icu::TimeZone::getGMT(),
+            icu::Locale::createFromName(locale.identifier().toLatin1().constData()), status));
         if (U_FAILURE(status))
             qFatal("The calendar data of ICU is missing: %s", u_errorName(status));
-        calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
-        calendar->setSkippedWallTimeOption(UCAL_WALLTIME_NEXT_VALID);
         prototype = std::move(calendar);
+    }
+
+    double offsetAt(double milliseconds) const {
+        const auto utc = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(milliseconds), Qt::UTC);
+        return zone.offsetFromUtc(utc) * 1000.0;
     }
 
     /// A calendar of its own that stands at an instant; ICU's cannot be shared while they compute.
@@ -53,53 +60,63 @@ struct Calendar::Data {
             return nullptr;
         std::unique_ptr<icu::Calendar> calendar(prototype->clone());
         UErrorCode status = U_ZERO_ERROR;
-        calendar->setTime(std::floor(instant.unixSeconds() * 1000), status);
+        const double milliseconds = std::floor(instant.unixSeconds() * 1000);
+        calendar->setTime(milliseconds + offsetAt(milliseconds), status);
         return U_SUCCESS(status) ? std::move(calendar) : nullptr;
+    }
+
+    /// When clocks show a time: where they show it twice the first, where they skip it the end of what
+    /// they skip.
+    double whenClocksShow(double wall) const {
+        constexpr double day = 24 * 3'600'000.0;
+        const double before = offsetAt(wall - day);
+        const double after = offsetAt(wall + day);
+        const double first = wall - std::max(before, after);
+        const double second = wall - std::min(before, after);
+        for (const double time : {first, second})
+            if (time + offsetAt(time) == wall)
+                return time;
+        // The change lies between the two.
+        double low = first;
+        double high = second;
+        while (high - low > 1) {
+            const double middle = std::floor((low + high) / 2);
+            (offsetAt(middle) == before ? low : high) = middle;
+        }
+        return high;
+    }
+
+    std::optional<Instant> startOfDay(icu::Calendar& calendar) const {
+        for (const auto part : {UCAL_HOUR_OF_DAY, UCAL_MINUTE, UCAL_SECOND, UCAL_MILLISECOND})
+            calendar.set(part, 0);
+        UErrorCode status = U_ZERO_ERROR;
+        const double wall = calendar.getTime(status);
+        const Instant start = Instant::fromUnixSeconds(whenClocksShow(wall) / 1000);
+        if (U_FAILURE(status) || !(std::abs(start.secondsSince2001) < farthestSeconds))
+            return std::nullopt;
+        return start;
+    }
+
+    std::optional<Instant> startOfDayAfter(icu::Calendar& calendar, CalendarUnit unit,
+                                           qint64 amount) const {
+        if (!std::in_range<int32_t>(amount))
+            return std::nullopt;
+        UErrorCode status = U_ZERO_ERROR;
+        calendar.add(field(unit), static_cast<int32_t>(amount), status);
+        return U_SUCCESS(status) ? startOfDay(calendar) : std::nullopt;
     }
 };
 
-namespace {
-
-std::optional<Instant> moveToStartOfDay(icu::Calendar& calendar) {
-    for (const auto part : {UCAL_HOUR_OF_DAY, UCAL_MINUTE, UCAL_SECOND, UCAL_MILLISECOND})
-        calendar.set(part, 0);
-    UErrorCode status = U_ZERO_ERROR;
-    const Instant start = Instant::fromUnixSeconds(calendar.getTime(status) / 1000);
-    if (U_FAILURE(status) || !(std::abs(start.secondsSince2001) < farthestSeconds))
-        return std::nullopt;
-    return start;
-}
-
-std::optional<Instant> startOfDayAfter(icu::Calendar& calendar, CalendarUnit unit, qint64 amount) {
-    if (!std::in_range<int32_t>(amount))
-        return std::nullopt;
-    // From noon, which no change of the clock touches, to a noon: so it is days that are counted.
-    calendar.set(UCAL_HOUR_OF_DAY, 12);
-    UErrorCode status = U_ZERO_ERROR;
-    calendar.add(field(unit), static_cast<int32_t>(amount), status);
-    return U_SUCCESS(status) ? moveToStartOfDay(calendar) : std::nullopt;
-}
-
-} // namespace
-
 Calendar::Calendar(const Locale& locale, const QString& timeZone) {
-    const std::unique_ptr<const icu::TimeZone> zone(icu::TimeZone::createTimeZone(toIcu(timeZone)));
-    _data = std::make_shared<const Data>(locale, *zone);
+    QTimeZone zone(timeZone.toUtf8());
+    _data = std::make_shared<const Data>(locale, zone.isValid() ? zone : QTimeZone::utc());
 }
 
 Calendar Calendar::system(const Locale& locale) {
-    const std::unique_ptr<const icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
-    icu::UnicodeString identifier;
-    zone->getID(identifier);
-    return {locale,
-            QString(reinterpret_cast<const QChar*>(identifier.getBuffer()), identifier.length())};
+    return {locale, QString::fromUtf8(QTimeZone::systemTimeZoneId())};
 }
 
-QString Calendar::timeZone() const {
-    icu::UnicodeString identifier;
-    _data->prototype->getTimeZone().getID(identifier);
-    return QString(reinterpret_cast<const QChar*>(identifier.getBuffer()), identifier.length());
-}
+QString Calendar::timeZone() const { return QString::fromUtf8(_data->zone.id()); }
 
 std::optional<CalendarInterval> Calendar::interval(CalendarUnit unit, Instant containing) const {
     const auto calendar = _data->at(containing);
@@ -112,7 +129,6 @@ std::optional<CalendarInterval> Calendar::interval(CalendarUnit unit, Instant co
     case CalendarUnit::week: {
         const int32_t first = calendar->getFirstDayOfWeek(status);
         const int32_t today = calendar->get(UCAL_DAY_OF_WEEK, status);
-        calendar->set(UCAL_HOUR_OF_DAY, 12);
         calendar->add(UCAL_DATE, -((today - first + 7) % 7), status);
         break;
     }
@@ -125,19 +141,19 @@ std::optional<CalendarInterval> Calendar::interval(CalendarUnit unit, Instant co
     }
     if (U_FAILURE(status))
         return std::nullopt;
-    const auto start = moveToStartOfDay(*calendar);
-    const auto end = start ? startOfDayAfter(*calendar, unit, 1) : std::nullopt;
+    const auto start = _data->startOfDay(*calendar);
+    const auto end = start ? _data->startOfDayAfter(*calendar, unit, 1) : std::nullopt;
     return end ? std::optional(CalendarInterval{*start, *end}) : std::nullopt;
 }
 
 std::optional<Instant> Calendar::startOfDay(Instant instant) const {
     const auto calendar = _data->at(instant);
-    return calendar ? moveToStartOfDay(*calendar) : std::nullopt;
+    return calendar ? _data->startOfDay(*calendar) : std::nullopt;
 }
 
 std::optional<Instant> Calendar::startOfDay(Instant instant, CalendarUnit unit, qint64 amount) const {
     const auto calendar = _data->at(instant);
-    return calendar ? startOfDayAfter(*calendar, unit, amount) : std::nullopt;
+    return calendar ? _data->startOfDayAfter(*calendar, unit, amount) : std::nullopt;
 }
 
 } // namespace tessellar

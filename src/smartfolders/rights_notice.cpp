@@ -18,9 +18,42 @@ const QString years =
     QStringLiteral(R"(\b(?:19|20)\d\d(?:\s*[-–—]\s*(?:(?:19|20)?\d\d|present|now))?\b)");
 const QString punctuation = QStringLiteral(R"([\s.,;:\-–—·•|/&。，]+)");
 
+/// "All rights reserved" as it is written around the world.
+const QStringList rightsSentences{
+    QStringLiteral("all rights reserved"),
+    QStringLiteral("alle rechte vorbehalten"),
+    QStringLiteral("tous (?:les )?droits r[ée]serv[ée]s"),
+    QStringLiteral("(?:todos los derechos reservados|reservados todos los derechos)"),
+    QStringLiteral("tots els drets reservats"),
+    QStringLiteral("tutti i diritti (?:sono )?riservati"),
+    QStringLiteral("todos os direitos reservados"),
+    QStringLiteral("toate drepturile rezervate"),
+    QStringLiteral("alle rechten voorbehouden"),
+    QStringLiteral("alle rettigheder forbeholdes"),
+    QStringLiteral("alle rettigheter (?:forbeholdt|forbeholdes|reservert)"),
+    QStringLiteral("alla rättigheter (?:förbehålls|förbehållna|reserverade)"),
+    QStringLiteral("kaikki oikeudet pidätetään"),
+    QStringLiteral("(?:wszelkie|wszystkie) prawa zastrzeżone"),
+    QStringLiteral("všechna práva vyhrazena"),
+    QStringLiteral("všetky práva vyhradené"),
+    QStringLiteral("sva prava pridržana"),
+    QStringLiteral("minden jog fenntartva"),
+    QStringLiteral("tüm hakları saklıdır"),
+    QStringLiteral("все права защищены"),
+    QStringLiteral("(?:усі|всі) права (?:захищено|захищені)"),
+    QStringLiteral("με επιφύλαξη παντός δικαιώματος"),
+    QStringLiteral("bảo lưu mọi quyền"),
+    QStringLiteral("جميع الحقوق محفوظة"),
+    QStringLiteral("כל הזכויות שמורות"),
+    QStringLiteral("สงวนลิขสิทธิ์"),
+    QStringLiteral("(?:保留一切[权權]利|保留所有[权權]利|[版著](?:作)?[权權]所有)"),
+    QStringLiteral("(?:無断(?:複写・|複製・)?転載を禁じます|全著作権所有)"),
+    QStringLiteral("모든 권리 보유"),
+};
+
 QString stripped(QString text) {
-    static const auto rights = pattern(
-        QStringLiteral("(?:all rights reserved|alle rechte vorbehalten|保留一切权利)[\\s.。]*"));
+    static const auto rights =
+        pattern(QStringLiteral("(?:%1)[\\s.。]*").arg(rightsSentences.join(u'|')));
     const QString atEnds = QStringLiteral("(?:%1|%2|%3)").arg(noticeWord, years, punctuation);
     static const auto leading = pattern(u'^' + atEnds);
     static const auto trailing = pattern(atEnds + u'$');

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/items.h"
+#include "smartfolders/smart_folder_needs.h"
 #include "smartfolders/smart_folder_vocabulary.h"
 
 #include <QHash>
@@ -10,7 +11,8 @@
 
 namespace tessellar {
 
-/// What is known of one application. A fact that is missing is unknown: rules on it cannot be decided.
+/// What is known of one application. A fact that is missing is unknown: rules on it cannot be decided,
+/// for good or, where it needs what is `pending`, not yet.
 struct SmartFolderAppFacts {
     AppEntry entry;
     std::optional<QString> developer;     ///< who signed it
@@ -32,6 +34,7 @@ struct SmartFolderAppFacts {
     std::optional<SmartFolderUpdateState> updateStatus;
     std::optional<bool> hasCustomIcon;
     QList<SmartFolderPermission> declaredPermissions; ///< in the order of the vocabulary
+    SmartFolderNeeds pending;                         ///< what is still being gathered; not in files
 
     bool operator==(const SmartFolderAppFacts&) const;
 };
@@ -50,6 +53,7 @@ struct SmartFolderRuntimeFacts {
     bool updateCheckingEnabled = false;
     QSet<QString> customIconKeys;
     QHash<QString, SmartFolderDistributionChannel> distributionChannels;
+    SmartFolderNeeds pending; ///< which of these are not known yet
 
     bool operator==(const SmartFolderRuntimeFacts&) const = default;
 };

@@ -126,16 +126,48 @@ SmartFolderDefinition templateDefinition(SmartFolderTemplate which, const QUuid&
     return definition;
 }
 
-QSet<SmartFolderInspection> inspectionsNeeded(const QList<SmartFolderDefinition>& definitions) {
-    QSet<SmartFolderInspection> needed;
-    for (const SmartFolderDefinition& definition : definitions) {
-        needed.insert(std::visit([](auto source) { return source.row().needs; },
-                                 definition.sort.field.row().source));
-        for (const SmartFolderRule& rule : definition.rules)
-            needed.insert(std::visit([](const auto& r) { return r.field.row().needs; }, rule.value()));
+SmartFolderDefinition withOwnIdentifiers(SmartFolderDefinition definition,
+                                         const QList<SmartFolderDefinition>& others,
+                                         UuidSource& uuids) {
+    QSet<QUuid> definitions;
+    QSet<QUuid> rules;
+    for (const SmartFolderDefinition& other : others) {
+        definitions.insert(other.id);
+        for (const SmartFolderRule& rule : other.rules)
+            rules.insert(rule.id());
     }
-    needed.remove(SmartFolderInspection::none);
-    return needed;
+    if (definitions.contains(definition.id))
+        definition.id = uuids.next();
+    for (SmartFolderRule& rule : definition.rules) {
+        if (rules.contains(rule.id()))
+            rule = rule.withID(uuids.next());
+        rules.insert(rule.id());
+    }
+    return definition;
+}
+
+SmartFolderNeeds needsOf(const QList<SmartFolderDefinition>& definitions) {
+    SmartFolderNeeds needs;
+    for (const SmartFolderDefinition& definition : definitions) {
+        needs |= std::visit([](auto source) { return source.row().needs; },
+                            definition.sort.field.row().source);
+        for (const SmartFolderRule& rule : definition.rules)
+            needs |= rule.needs();
+    }
+    return needs;
+}
+
+SmartFolderNeeds allNeeds() {
+    SmartFolderNeeds needs;
+    const auto add = [&]<typename... Rule>(const std::variant<Rule...>*) {
+        const auto addKind = [&]<typename Kind>(const SmartFolderRuleOf<Kind>*) {
+            for (const auto& row : Kind::fields)
+                needs |= row.needs;
+        };
+        (addKind(static_cast<const Rule*>(nullptr)), ...);
+    };
+    add(static_cast<const SmartFolderAnyRule::variant*>(nullptr));
+    return needs;
 }
 
 namespace json {

@@ -3,6 +3,7 @@
 #include "model/json.h"
 #include "platform/uuid_source.h"
 #include "smartfolders/smart_folder_field.h"
+#include "smartfolders/smart_folder_needs.h"
 #include "smartfolders/smart_folder_vocabulary.h"
 
 #include <QSet>
@@ -29,6 +30,7 @@ public:
     QUuid id() const;
     SmartFolderRule withID(const QUuid& id) const;
     QString fieldName() const;
+    SmartFolderNeeds needs() const;
     /// True when the predicate's values can be used; a rule that is not complete still needs input.
     bool isComplete() const;
 
@@ -97,8 +99,15 @@ SmartFolderDefinition templateDefinition(SmartFolderTemplate which, const QUuid&
                                          UuidSource& uuids);
 QString templateName(SmartFolderTemplate which);
 
-/// What has to be inspected before the rules and sorts of these definitions can be decided.
-QSet<SmartFolderInspection> inspectionsNeeded(const QList<SmartFolderDefinition>& definitions);
+/// The definition to add beside others: identifiers that one of them has, its own or a rule's, are
+/// exchanged for fresh ones.
+SmartFolderDefinition withOwnIdentifiers(SmartFolderDefinition definition,
+                                         const QList<SmartFolderDefinition>& others, UuidSource& uuids);
+
+/// What has to be gathered before the rules and sorts of these definitions can be decided.
+SmartFolderNeeds needsOf(const QList<SmartFolderDefinition>& definitions);
+/// Every fact's needs.
+SmartFolderNeeds allNeeds();
 
 template <>
 struct json::Codec<SmartFolderRule> {

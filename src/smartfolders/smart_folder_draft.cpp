@@ -1,6 +1,7 @@
 #include "smartfolders/smart_folder_draft.h"
 
-#include "smartfolders/smart_folder_rule.h"
+#include "smartfolders/smart_folder_fields.h"
+#include "smartfolders/smart_folder_rule_parts.h"
 #include "smartfolders/smart_folder_words.h"
 
 namespace tessellar {
@@ -9,147 +10,15 @@ namespace {
 using Edge = SmartFolderTyping::Edge;
 using Unit = SmartFolderRelativeDateUnit;
 
-/// A value that a predicate carries, whatever rule it belongs to.
-using Operand = std::variant<QString, QStringList, double, qint64, bool, Instant, Unit>;
+using Operand = SmartFolderOperand;
 
-constexpr qint64 usualAmount = 7;
 constexpr qint64 usualLimit = 25;
 constexpr qsizetype maximumSuggestions = 200;
-
-// ---- rules and their parts
-
-template <typename Rule>
-using KindOf = typename Rule::Kind;
-
-QString predicateOf(const SmartFolderRule& rule) {
-    return std::visit(
-        [](const auto& r) -> QString {
-            return QLatin1StringView(json::caseNames<decltype(r.predicate)>()[r.predicate.index()]);
-        },
-        rule.value());
-}
-
-QList<Operand> operandsOf(const SmartFolderRule& rule) {
-    const auto ofCase = [](const auto& asked) {
-        return std::apply(
-            [](const auto&... values) {
-                return QList<Operand>{
-                    Operand(std::in_place_type<std::remove_cvref_t<decltype(values)>>, values)...};
-            },
-            asked.values);
-    };
-    return std::visit([&](const auto& r) { return std::visit(ofCase, r.predicate); }, rule.value());
-}
-
-/// What an editor offers as the field's values; empty for those that are typed.
-QStringList wordsOf(const SmartFolderRule& rule) {
-    const auto* choice = std::get_if<SmartFolderChoiceRule>(&rule.value());
-    return choice && choice->field.row().words ? choice->field.row().words() : QStringList();
-}
 
 /// Which instant of a day a date behind a predicate stands for.
 Edge edgeOf(QStringView predicate, qsizetype operand) {
     return predicate == u"isAfter" || (predicate == u"isBetween" && operand == 1) ? Edge::end
                                                                                   : Edge::start;
-}
-
-/// What is behind a predicate that has just been chosen.
-struct Beginning {
-    QStringList words;
-    Instant today;
-
-    template <typename T>
-    T value() const {
-        if constexpr (std::same_as<T, QString>)
-            return words.value(0);
-        else if constexpr (std::same_as<T, qint64>)
-            return usualAmount;
-        else if constexpr (std::same_as<T, bool>)
-            return true;
-        else if constexpr (std::same_as<T, Instant>)
-            return today;
-        else
-            return T();
-    }
-};
-
-/// A value of this type from what stood there before: at the same place, else the last one.
-template <typename T>
-std::optional<T> carriedOver(const QList<Operand>& before, std::size_t place) {
-    if (before.isEmpty())
-        return std::nullopt;
-    const Operand& old = before.at(std::min(static_cast<qsizetype>(place), before.size() - 1));
-    if (const T* same = std::get_if<T>(&old))
-        return *same;
-    if constexpr (std::same_as<T, QStringList>)
-        if (const auto* one = std::get_if<QString>(&old))
-            return QStringList{*one};
-    if constexpr (std::same_as<T, QString>)
-        if (const auto* several = std::get_if<QStringList>(&old); several && !several->isEmpty())
-            return several->first();
-    return std::nullopt;
-}
-
-/// The case of this name; nothing when the predicate has none.
-template <typename Predicate>
-std::optional<Predicate> predicateNamed(QStringView name, const QList<Operand>& before,
-                                        const Beginning& beginning) {
-    std::optional<Predicate> result;
-    const auto tryCase = [&]<typename Case>(Case asked) {
-        if (result || name != QLatin1StringView(Case::key))
-            return;
-        [&]<std::size_t... I>(std::index_sequence<I...>) {
-            ((std::get<I>(asked.values) =
-                  carriedOver<std::tuple_element_t<I, decltype(asked.values)>>(before, I).value_or(
-                      beginning.value<std::tuple_element_t<I, decltype(asked.values)>>())),
-             ...);
-        }
-        (std::make_index_sequence<std::tuple_size_v<decltype(asked.values)>>());
-        result = std::move(asked);
-    };
-    [&]<std::size_t... I>(std::index_sequence<I...>) {
-        (tryCase(std::variant_alternative_t<I, Predicate>()), ...);
-    }
-    (std::make_index_sequence<std::variant_size_v<Predicate>>());
-    return result;
-}
-
-/// Of a kind of rule, the predicate to begin with: what is asked most, else the first.
-template <typename Predicate>
-QString usualPredicate() {
-    for (const char* name : json::caseNames<Predicate>())
-        for (const auto* usual : {"contains", "isAbove", "isWithinLast"})
-            if (QLatin1StringView(name) == QLatin1StringView(usual))
-                return QLatin1StringView(name);
-    return QLatin1StringView(json::caseNames<Predicate>()[0]);
-}
-
-/// Calls `visit` with an empty rule of each kind, in the order of the vocabulary.
-template <typename Visit>
-void forEachKind(Visit visit) {
-    [&]<std::size_t... I>(std::index_sequence<I...>) {
-        (visit(std::variant_alternative_t<I, SmartFolderAnyRule::variant>()), ...);
-    }
-    (std::make_index_sequence<std::variant_size_v<SmartFolderAnyRule::variant>>());
-}
-
-/// The value of one operand; one of another type than the operand's changes nothing.
-SmartFolderRule withOperand(const SmartFolderRule& rule, qsizetype place, const Operand& value) {
-    const auto set = [&](auto& asked) {
-        qsizetype i = 0;
-        std::apply(
-            [&](auto&... values) {
-                [[maybe_unused]] const auto setOne = [&](auto& to) {
-                    if (i++ == place)
-                        if (const auto* same =
-                                std::get_if<std::remove_reference_t<decltype(to)>>(&value))
-                            to = *same;
-                };
-                (setOne(values), ...);
-            },
-            asked.values);
-    };
-    return changed(rule, [&](auto& r) { std::visit(set, r.predicate); });
 }
 
 // ---- words
@@ -159,23 +28,20 @@ QString titleOf(const QStringList& words, const QString& word) {
     return words.contains(word) ? smartFolderTitle(word) : word;
 }
 
-template <typename Names>
-QList<SmartFolderWord> menuOf(const Names& names, const QString& chosen,
-                              QString (*title)(QStringView)) {
+QList<SmartFolderWord> menuOf(const QStringList& words, const QString& chosen,
+                              QString (*title)(QStringView) = smartFolderTitle) {
     QList<SmartFolderWord> result;
-    for (const auto& name : names) {
-        const QString word = QLatin1StringView(name);
+    for (const QString& word : words)
         result.append({word, title(word), word == chosen});
-    }
     return result;
 }
 
 template <typename E>
 QList<SmartFolderWord> menuOf(E chosen, QString (*title)(QStringView) = smartFolderTitle) {
-    QList<const char*> names;
+    QStringList words;
     for (const auto& [value, name] : json::RawValues<E>::values)
-        names.append(name);
-    return menuOf(names, json::rawValue(chosen), title);
+        words.append(QLatin1StringView(name));
+    return menuOf(words, json::rawValue(chosen), title);
 }
 
 } // namespace
@@ -191,7 +57,7 @@ QList<SmartFolderValidationIssue> SmartFolderDraft::issues() const {
     for (SmartFolderRule& rule : judged.rules)
         for (const auto& [id, operand] : _unread.keys())
             if (id == rule.id())
-                rule = SmartFolderTextRule{id, {}, predicate::Contains()};
+                rule = newRule(id);
     if (_unreadLimit)
         judged.resultLimit = 0;
     return validationIssues(judged);
@@ -209,10 +75,10 @@ void SmartFolderDraft::setMatchMode(const QString& word) {
 }
 
 QList<SmartFolderWord> SmartFolderDraft::sortFields() const {
-    QList<const char*> names;
+    QStringList names;
     for (const auto field : SmartFolderSortField::all())
-        names.append(field.row().rawValue);
-    return menuOf(names, _definition.sort.field.rawValue(), smartFolderTitle);
+        names.append(field.rawValue());
+    return menuOf(names, _definition.sort.field.rawValue());
 }
 
 void SmartFolderDraft::setSortField(const QString& word) {
@@ -258,8 +124,8 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
         return {};
     using Kind = SmartFolderOperandRow::Kind;
     const SmartFolderRule& rule = _definition.rules.at(place);
-    const QString predicate = predicateOf(rule);
-    const QStringList words = wordsOf(rule);
+    const QString predicate = predicateName(rule);
+    const QStringList words = this->words(rule);
     SmartFolderRuleRow row{.id = rule.id(),
                            .field = smartFolderTitle(rule.fieldName()),
                            .predicate = smartFolderPhrase(predicate),
@@ -302,6 +168,15 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
     return row;
 }
 
+QStringList SmartFolderDraft::words(const SmartFolderRule& rule) const {
+    if (!_files)
+        return wordsOf(rule);
+    const auto known = _words.constFind(rule.fieldName());
+    return known != _words.constEnd()
+               ? *known
+               : *_words.insert(rule.fieldName(), wordsOf(rule, _facts, *_files));
+}
+
 void SmartFolderDraft::forgetTyped(const SmartFolderRule& rule) {
     for (qsizetype operand = 0; operand < operandsOf(rule).size(); ++operand)
         _unread.remove({rule.id(), operand});
@@ -314,13 +189,12 @@ void SmartFolderDraft::replace(qsizetype place, SmartFolderRule with) {
     const QList<Operand> operands = operandsOf(with);
     for (qsizetype i = 0; i < operands.size(); ++i)
         if (const auto* instant = std::get_if<Instant>(&operands.at(i)))
-            with = withOperand(with, i, _typing.onEdge(*instant, edgeOf(predicateOf(with), i)));
+            with = withOperand(with, i, _typing.onEdge(*instant, edgeOf(predicateName(with), i)));
     rule = std::move(with);
 }
 
 void SmartFolderDraft::insertRule(qsizetype place, const QUuid& id) {
-    SmartFolderRule rule = SmartFolderTextRule{id, "displayName", predicate::Contains()};
-    _definition.rules.insert(std::clamp<qsizetype>(place, 0, ruleCount()), rule);
+    _definition.rules.insert(std::clamp<qsizetype>(place, 0, ruleCount()), newRule(id));
 }
 
 void SmartFolderDraft::removeRule(qsizetype place) {
@@ -333,61 +207,29 @@ void SmartFolderDraft::removeRule(qsizetype place) {
 QList<SmartFolderWord> SmartFolderDraft::fields(qsizetype place) const {
     QList<SmartFolderWord> result;
     const QString chosen = has(place) ? _definition.rules.at(place).fieldName() : QString();
-    forEachKind([&]<typename Rule>(const Rule&) {
+    for (const QStringList& names : smartFolderFieldNames()) {
         if (!result.isEmpty())
             result.append(SmartFolderWord());
-        for (const auto field : SmartFolderField<KindOf<Rule>>::all())
-            result.append(
-                {field.rawValue(), smartFolderTitle(field.rawValue()), field.rawValue() == chosen});
-    });
+        result.append(menuOf(names, chosen));
+    }
     return result;
 }
 
 void SmartFolderDraft::setField(qsizetype place, const QString& word) {
-    if (!has(place) || word == _definition.rules.at(place).fieldName())
-        return;
-    const SmartFolderRule before = _definition.rules.at(place);
-    forEachKind([&]<typename Rule>(Rule rule) {
-        const auto field = SmartFolderField<KindOf<Rule>>::named(word);
-        if (!field)
-            return;
-        rule.id = before.id();
-        rule.field = *field;
-        const Beginning beginning{wordsOf(rule), _today};
-        // Another field's texts and numbers may serve; its words do not.
-        const bool isAlike = std::holds_alternative<Rule>(before.value()) && beginning.words.isEmpty();
-        const QList<Operand> operands = isAlike ? operandsOf(before) : QList<Operand>();
-        using Predicate = decltype(rule.predicate);
-        auto same = predicateNamed<Predicate>(predicateOf(before), operands, beginning);
-        rule.predicate =
-            same ? *std::move(same)
-                 : *predicateNamed<Predicate>(usualPredicate<Predicate>(), operands, beginning);
-        replace(place, rule);
-    });
+    if (has(place) && word != _definition.rules.at(place).fieldName())
+        replace(place, withField(_definition.rules.at(place), word, _today));
 }
 
 QList<SmartFolderWord> SmartFolderDraft::predicates(qsizetype place) const {
     if (!has(place))
         return {};
     const SmartFolderRule& rule = _definition.rules.at(place);
-    return std::visit(
-        [&](const auto& r) {
-            return menuOf(json::caseNames<decltype(r.predicate)>(), predicateOf(rule),
-                          smartFolderPhrase);
-        },
-        rule.value());
+    return menuOf(predicateNames(rule), predicateName(rule), smartFolderPhrase);
 }
 
 void SmartFolderDraft::setPredicate(qsizetype place, const QString& word) {
-    if (!has(place) || word == predicateOf(_definition.rules.at(place)))
-        return;
-    const SmartFolderRule rule = _definition.rules.at(place);
-    const QList<Operand> before = operandsOf(rule);
-    const Beginning beginning{wordsOf(rule), _today};
-    replace(place, changed(rule, [&](auto& r) {
-                if (auto found = predicateNamed<decltype(r.predicate)>(word, before, beginning))
-                    r.predicate = *std::move(found);
-            }));
+    if (has(place) && word != predicateName(_definition.rules.at(place)))
+        replace(place, withPredicate(_definition.rules.at(place), word, _today));
 }
 
 // ---- operands
@@ -404,7 +246,7 @@ QList<SmartFolderWord> SmartFolderDraft::choices(qsizetype place, qsizetype oper
                 {QStringLiteral("false"), smartFolderTitle(u"false"), !*isTrue}};
     const auto* one = std::get_if<QString>(&value);
     const auto* several = std::get_if<QStringList>(&value);
-    const QStringList words = wordsOf(rule);
+    const QStringList words = this->words(rule);
     if (words.isEmpty() || (!one && !several))
         return {};
     const QStringList chosen = several ? *several : QStringList{*one};
@@ -451,7 +293,7 @@ void SmartFolderDraft::type(qsizetype place, qsizetype operand, const QString& t
             else if constexpr (std::same_as<T, qint64>)
                 return _typing.integer(text);
             else if constexpr (std::same_as<T, Instant>)
-                return _typing.instant(text, edgeOf(predicateOf(rule), operand));
+                return _typing.instant(text, edgeOf(predicateName(rule), operand));
             else
                 return std::nullopt;
         },
@@ -460,32 +302,75 @@ void SmartFolderDraft::type(qsizetype place, qsizetype operand, const QString& t
         _unread.insert({rule.id(), operand}, text);
         return;
     }
-    _unread.remove({rule.id(), operand});
-    _definition.rules[place] = withOperand(rule, operand, *read);
+    setOperand(place, operand, *read);
 }
+
+// ---- steps and days
+
+void SmartFolderDraft::stepLimit(int by) {
+    if (hasLimit()) {
+        _definition.resultLimit =
+            std::clamp(*_definition.resultLimit + by, SmartFolderDefinition::minimumResultLimit,
+                       SmartFolderDefinition::maximumResultLimit);
+        _unreadLimit.reset();
+    }
+}
+
+void SmartFolderDraft::step(qsizetype place, qsizetype operand, int by) {
+    if (!has(place))
+        return;
+    const SmartFolderRule& rule = _definition.rules.at(place);
+    SmartFolderOperand value = operandsOf(rule).value(operand);
+    if (auto* number = std::get_if<double>(&value))
+        *number += by;
+    else if (auto* amount = std::get_if<qint64>(&value))
+        *amount = std::max<qint64>(*amount + by, 1);
+    else if (const auto shown = day(place, operand))
+        return chooseDay(place, operand, shown->addDays(by));
+    else
+        return;
+    setOperand(place, operand, value);
+}
+
+std::optional<QDate> SmartFolderDraft::day(qsizetype place, qsizetype operand) const {
+    if (!has(place))
+        return std::nullopt;
+    const auto value = operandsOf(_definition.rules.at(place)).value(operand);
+    const auto* instant = std::get_if<Instant>(&value);
+    return instant ? std::optional(_typing.day(*instant)) : std::nullopt;
+}
+
+void SmartFolderDraft::chooseDay(qsizetype place, qsizetype operand, QDate chosen) {
+    if (!day(place, operand))
+        return;
+    const Edge edge = edgeOf(predicateName(_definition.rules.at(place)), operand);
+    if (const auto instant = _typing.instant(chosen, edge))
+        setOperand(place, operand, *instant);
+}
+
+SmartFolderMonth SmartFolderDraft::month(qsizetype place, qsizetype operand, QDate page) const {
+    return _typing.month(page, _typing.day(_today), day(place, operand).value_or(QDate()));
+}
+
+void SmartFolderDraft::setOperand(qsizetype place, qsizetype operand, const SmartFolderOperand& value) {
+    SmartFolderRule& rule = _definition.rules[place];
+    _unread.remove({rule.id(), operand});
+    rule = withOperand(rule, operand, value);
+}
+
+// ---- suggestions
 
 void SmartFolderDraft::visitValues(qsizetype place, qsizetype operand,
-                                   const SmartFolderFactsList& facts, const FileSystem& files,
                                    const std::function<bool(const QString&)>& visit) const {
-    if (!has(place) || row(place).operands.value(operand).kind != SmartFolderOperandRow::Kind::text ||
-        operand >= operandsOf(_definition.rules.at(place)).size())
-        return;
-    std::visit(
-        [&]<typename Rule>(const Rule& rule) {
-            if constexpr (std::same_as<typename KindOf<Rule>::Fact, QString>)
-                for (const auto& one : facts)
-                    if (const auto value = rule.field.row().read({*one, files});
-                        value && !value->isEmpty() && !visit(*value))
-                        return;
-        },
-        _definition.rules.at(place).value());
+    if (_files && has(place) && operand >= 0 &&
+        operand < operandsOf(_definition.rules.at(place)).size() &&
+        row(place).operands.at(operand).kind == SmartFolderOperandRow::Kind::text)
+        visitTexts(_definition.rules.at(place), _facts, *_files, visit);
 }
 
-QStringList SmartFolderDraft::suggestions(qsizetype place, qsizetype operand,
-                                          const SmartFolderFactsList& facts,
-                                          const FileSystem& files) const {
+QStringList SmartFolderDraft::suggestions(qsizetype place, qsizetype operand) const {
     QHash<QString, qsizetype> counts;
-    visitValues(place, operand, facts, files, [&](const QString& value) {
+    visitValues(place, operand, [&](const QString& value) {
         ++counts[value];
         return true;
     });
@@ -496,11 +381,9 @@ QStringList SmartFolderDraft::suggestions(qsizetype place, qsizetype operand,
     return values.first(std::min(values.size(), maximumSuggestions));
 }
 
-bool SmartFolderDraft::hasSuggestions(qsizetype place, qsizetype operand,
-                                      const SmartFolderFactsList& facts,
-                                      const FileSystem& files) const {
+bool SmartFolderDraft::hasSuggestions(qsizetype place, qsizetype operand) const {
     bool isAny = false;
-    visitValues(place, operand, facts, files, [&](const QString&) {
+    visitValues(place, operand, [&](const QString&) {
         isAny = true;
         return false;
     });

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "smartfolders/smart_folder_app_facts.h"
-#include "smartfolders/smart_folder_definition.h"
+#include "smartfolders/smart_folder_rule_parts.h"
 #include "smartfolders/smart_folder_typing.h"
 
 #include <QMap>
@@ -9,8 +8,6 @@
 #include <functional>
 
 namespace tessellar {
-
-class FileSystem;
 
 /// A word to choose, as a menu shows it.
 struct SmartFolderWord {
@@ -50,6 +47,8 @@ public:
 
     /// With what was typed last wherever that can be read.
     const SmartFolderDefinition& definition() const { return _definition; }
+    /// Something was typed that cannot be read.
+    bool hasUnread() const { return !_unread.isEmpty() || _unreadLimit; }
     /// Those of the definition; a number or a date that cannot be read counts as missing.
     QList<SmartFolderValidationIssue> issues() const;
 
@@ -67,6 +66,7 @@ public:
     void setHasLimit(bool hasLimit);
     QString limitText() const;
     void typeLimit(const QString& text);
+    void stepLimit(int by);
 
     // Rules by their place; there is none at a place out of range.
     qsizetype ruleCount() const { return _definition.rules.size(); }
@@ -83,24 +83,41 @@ public:
     /// Chooses a word; where several can be chosen, takes it in or out.
     void choose(qsizetype rule, qsizetype operand, const QString& word);
     void type(qsizetype rule, qsizetype operand, const QString& text);
+    /// A number or a day more or less.
+    void step(qsizetype rule, qsizetype operand, int by);
+    /// The day of an operand that is a date; nothing for others.
+    std::optional<QDate> day(qsizetype rule, qsizetype operand) const;
+    void chooseDay(qsizetype rule, qsizetype operand, QDate day);
+    /// The month around a day, to pick the operand's from.
+    SmartFolderMonth month(qsizetype rule, qsizetype operand, QDate page) const;
+
+    /// What is known of applications, for what follows and for words that only they have.
+    void setFacts(const SmartFolderFactsList& facts, const FileSystem& files) {
+        _facts = facts;
+        _files = &files;
+        _words.clear();
+    }
     /// For an operand that is typed: the values that applications have, most frequent first.
-    QStringList suggestions(qsizetype rule, qsizetype operand, const SmartFolderFactsList& facts,
-                            const FileSystem& files) const;
+    QStringList suggestions(qsizetype rule, qsizetype operand) const;
     /// Whether there are any.
-    bool hasSuggestions(qsizetype rule, qsizetype operand, const SmartFolderFactsList& facts,
-                        const FileSystem& files) const;
+    bool hasSuggestions(qsizetype rule, qsizetype operand) const;
 
 private:
     /// Calls `visit` with those values until it returns false.
-    void visitValues(qsizetype rule, qsizetype operand, const SmartFolderFactsList& facts,
-                     const FileSystem& files, const std::function<bool(const QString&)>& visit) const;
+    void visitValues(qsizetype rule, qsizetype operand,
+                     const std::function<bool(const QString&)>& visit) const;
     bool has(qsizetype rule) const { return rule >= 0 && rule < ruleCount(); }
     void replace(qsizetype rule, SmartFolderRule with);
+    void setOperand(qsizetype rule, qsizetype operand, const SmartFolderOperand& value);
+    QStringList words(const SmartFolderRule& rule) const;
     void forgetTyped(const SmartFolderRule& rule);
 
     SmartFolderDefinition _definition;
     SmartFolderTyping _typing;
     Instant _today;
+    SmartFolderFactsList _facts;
+    const FileSystem* _files = nullptr;
+    mutable QMap<QString, QStringList> _words; ///< by field, as they are asked for
     /// What was typed and cannot be read, by rule and operand.
     QMap<std::pair<QUuid, qsizetype>, QString> _unread;
     std::optional<QString> _unreadLimit;

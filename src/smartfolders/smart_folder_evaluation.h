@@ -10,6 +10,7 @@ namespace tessellar {
 struct SmartFolderEvaluation {
     SmartFolderFactsList matches; ///< sorted, no more than the limit
     QSet<QUuid> unknownRuleIDs;   ///< rules that could not be decided for some application
+    QSet<QUuid> waitingRuleIDs;   ///< of these, those whose facts are still being gathered
 
     /// The keys of the matches, in order.
     QStringList appKeys() const;

@@ -1,20 +1,15 @@
 #include "smartfolders/smart_folder_evaluator.h"
 
-#include "platform/for_each_index.h"
 #include "smartfolders/smart_folder_facts_index.h"
 #include "smartfolders/smart_folder_rule.h"
 
 #include <algorithm>
-#include <functional>
-#include <set>
 
 namespace tessellar {
 
 namespace {
 
 using namespace predicate;
-
-constexpr unsigned threadCount = 2;
 
 /// From `low` to `high`; `low` belongs to it, `high` where it says so.
 struct Range {
@@ -173,12 +168,13 @@ private:
 
 /// How one rule judges: a missing fact, and each of its field's values.
 struct Verdicts {
-    std::vector<char> matches; ///< the first of a missing one, then by slot
+    std::vector<char> matches; ///< the first two of a pending and a missing fact, then by slot
     const std::vector<int>* slots = nullptr;
     bool isUndecidedSomewhere = false;
+    bool isWaitingSomewhere = false;
 
     char of(std::size_t place) const {
-        return matches[static_cast<std::size_t>((*slots)[place] - SmartFolderFactsIndex::missing)];
+        return matches[static_cast<std::size_t>((*slots)[place] - SmartFolderFactsIndex::pending)];
     }
 };
 
@@ -187,12 +183,16 @@ Verdicts judge(const SmartFolderRuleOf<Kind>& rule, const SmartFolderFactsIndex&
                const Tests& tests) {
     const auto& column = index.column(rule.field);
     const bool missingMatches = std::holds_alternative<IsUnknown>(rule.predicate);
-    Verdicts verdicts{.matches = std::vector<char>(column.values.size() + 1, missingMatches),
+    Verdicts verdicts{.matches = std::vector<char>(column.values.size() + 2, false),
                       .slots = &column.slots,
-                      .isUndecidedSomewhere = column.hasMissing && !missingMatches};
+                      .isUndecidedSomewhere =
+                          column.hasPending || (column.hasMissing && !missingMatches),
+                      .isWaitingSomewhere = column.hasPending};
+    verdicts.matches[SmartFolderFactsIndex::missing - SmartFolderFactsIndex::pending] = missingMatches;
     std::visit(
         [&](const auto& asked) {
-            std::ranges::transform(column.values, verdicts.matches.begin() + 1, tests(asked));
+            std::ranges::transform(
+                column.values, verdicts.matches.begin() - SmartFolderFactsIndex::pending, tests(asked));
         },
         rule.predicate);
     return verdicts;
@@ -202,12 +202,13 @@ Verdicts judge(const SmartFolderRuleOf<Kind>& rule, const SmartFolderFactsIndex&
 struct Selection {
     std::vector<int> places; ///< sorted, no more than the limit
     QSet<QUuid> unknownRuleIDs;
+    QSet<QUuid> waitingRuleIDs;
 };
 
 Selection select(const SmartFolderDefinition& definition, const SmartFolderFactsIndex& index,
-                 Instant now, const Calendar& calendar) {
+                 Instant now, const Calendar& calendar, const std::stop_token& stop) {
     Selection selection;
-    if (!validationIssues(definition).isEmpty())
+    if (stop.stop_requested() || !validationIssues(definition).isEmpty())
         return selection;
 
     const std::size_t count = index.facts().size();
@@ -215,6 +216,8 @@ Selection select(const SmartFolderDefinition& definition, const SmartFolderFacts
     const Tests tests(index, now, calendar);
     std::vector<char> included(count, all);
     for (const SmartFolderRule& rule : definition.rules) {
+        if (stop.stop_requested())
+            return {};
         const Verdicts verdicts =
             std::visit([&](const auto& r) { return judge(r, index, tests); }, rule.value());
         for (std::size_t place = 0; place < count; ++place) {
@@ -223,6 +226,8 @@ Selection select(const SmartFolderDefinition& definition, const SmartFolderFacts
         }
         if (verdicts.isUndecidedSomewhere)
             selection.unknownRuleIDs.insert(rule.id());
+        if (verdicts.isWaitingSomewhere)
+            selection.waitingRuleIDs.insert(rule.id());
     }
 
     const auto found = static_cast<qint64>(std::ranges::count(included, char(true)));
@@ -237,46 +242,6 @@ Selection select(const SmartFolderDefinition& definition, const SmartFolderFacts
     return selection;
 }
 
-SmartFolderEvaluation evaluationOf(Selection selection, const SmartFolderFactsIndex& index) {
-    SmartFolderEvaluation evaluation{.unknownRuleIDs = std::move(selection.unknownRuleIDs)};
-    evaluation.matches.reserve(static_cast<qsizetype>(selection.places.size()));
-    for (const int place : selection.places)
-        evaluation.matches.append(index.facts().at(place));
-    return evaluation;
-}
-
-/// Has each fact and order that the definitions ask for made ready by one thread: else, as all ask for
-/// much the same, each thread would wait for what another is at.
-void makeReady(const QList<SmartFolderDefinition>& definitions, const SmartFolderFactsIndex& index,
-               const std::stop_token& stop) {
-    const auto sort = [&](SmartFolderSortField field) {
-        return [&index, field] { (void)index.order(field, SmartFolderSortDirection::ascending); };
-    };
-    // Every order begins with that of the names.
-    std::vector<std::function<void()>> facts{sort("name")};
-    std::vector<std::function<void()>> orders;
-    std::set<std::pair<std::size_t, std::size_t>> asked;
-    std::set<std::size_t> sorted;
-    for (const SmartFolderDefinition& definition : definitions) {
-        for (const SmartFolderRule& rule : definition.rules) {
-            std::visit(
-                [&](const auto& r) {
-                    if (asked.emplace(rule.value().index(), r.field.index()).second)
-                        facts.emplace_back([&index, field = r.field] { (void)index.column(field); });
-                },
-                rule.value());
-        }
-        if (sorted.insert(definition.sort.field.index()).second)
-            orders.emplace_back(sort(definition.sort.field));
-    }
-    for (const auto& tasks : {facts, orders}) {
-        forEachIndex(static_cast<qsizetype>(tasks.size()), threadCount, 1, [&](qsizetype i) {
-            if (!stop.stop_requested())
-                tasks[static_cast<std::size_t>(i)]();
-        });
-    }
-}
-
 } // namespace
 
 QStringList SmartFolderEvaluation::appKeys() const {
@@ -288,15 +253,22 @@ QStringList SmartFolderEvaluation::appKeys() const {
 }
 
 bool SmartFolderEvaluation::operator==(const SmartFolderEvaluation& other) const {
-    return unknownRuleIDs == other.unknownRuleIDs &&
+    return unknownRuleIDs == other.unknownRuleIDs && waitingRuleIDs == other.waitingRuleIDs &&
            std::ranges::equal(matches, other.matches,
                               [](const auto& a, const auto& b) { return a == b || *a == *b; });
 }
 
 SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition& definition,
                                                      const SmartFolderFactsIndex& index, Instant now,
-                                                     const Calendar& calendar) {
-    return evaluationOf(select(definition, index, now, calendar), index);
+                                                     const Calendar& calendar,
+                                                     const std::stop_token& stop) {
+    Selection selection = select(definition, index, now, calendar, stop);
+    SmartFolderEvaluation evaluation{.unknownRuleIDs = std::move(selection.unknownRuleIDs),
+                                     .waitingRuleIDs = std::move(selection.waitingRuleIDs)};
+    evaluation.matches.reserve(static_cast<qsizetype>(selection.places.size()));
+    for (const int place : selection.places)
+        evaluation.matches.append(index.facts().at(place));
+    return evaluation;
 }
 
 SmartFolderEvaluation SmartFolderEvaluator::evaluate(const SmartFolderDefinition& definition,
@@ -310,17 +282,10 @@ QList<SmartFolderEvaluation>
 SmartFolderEvaluator::evaluateAll(const QList<SmartFolderDefinition>& definitions,
                                   const SmartFolderFactsIndex& index, Instant now,
                                   const Calendar& calendar, const std::stop_token& stop) {
-    makeReady(definitions, index, stop);
-    std::vector<Selection> selections(static_cast<std::size_t>(definitions.size()));
-    forEachIndex(definitions.size(), threadCount, 1, [&, calendar](qsizetype i) {
-        if (!stop.stop_requested())
-            selections[static_cast<std::size_t>(i)] = select(definitions.at(i), index, now, calendar);
-    });
-    // By one thread: two would wait for each other at every record's count of owners.
     QList<SmartFolderEvaluation> evaluations;
     evaluations.reserve(definitions.size());
-    for (Selection& selection : selections)
-        evaluations.append(evaluationOf(std::move(selection), index));
+    for (const SmartFolderDefinition& definition : definitions)
+        evaluations.append(evaluate(definition, index, now, calendar, stop));
     return evaluations;
 }
 

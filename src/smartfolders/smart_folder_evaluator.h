@@ -24,9 +24,9 @@ public:
     /// The same for many definitions over one list, whose facts are then made ready once.
     static SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition,
                                           const SmartFolderFactsIndex& index, Instant now,
-                                          const Calendar& calendar);
+                                          const Calendar& calendar, const std::stop_token& stop = {});
 
-    /// Of each definition, worked out by two threads. After a stop those left over show nothing.
+    /// Of each definition. After a stop those left over show nothing.
     static QList<SmartFolderEvaluation> evaluateAll(const QList<SmartFolderDefinition>& definitions,
                                                     const SmartFolderFactsIndex& index, Instant now,
                                                     const Calendar& calendar,

@@ -1,5 +1,11 @@
 #include "smartfolders/smart_folder_facts_catalog.h"
 
+#include "smartfolders/bundle_answer_cache.h"
+#include "smartfolders/bundle_findings.h"
+#include "smartfolders/smart_folder_fields.h"
+
+#include <QCryptographicHash>
+
 #include <deque>
 #include <mutex>
 #include <unordered_map>
@@ -20,19 +26,44 @@ struct Entry {
     QString infoPath;
     std::optional<FileStatus> infoStatus; ///< tells without reading that version and build are the same
     BundleFindings findings;
-    SignatureFindings signature;
-    std::optional<QStringList> architectures;
-    bool inspectedArchitecture = false;
-    bool inspectedSigningTeamID = false;
-    std::shared_ptr<const SmartFolderAppFacts> record; ///< the last one that was given out
+    BundleAnswers answers;
 };
+
+/// The state of a bundle in a few letters, for a file.
+QString textOf(const Entry& entry) {
+    const Fingerprint& f = entry.fingerprint;
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    const auto add = [&](const QString& text) {
+        hash.addData(text.toUtf8());
+        hash.addData(QByteArrayView("\0", 1));
+    };
+    const auto addOptional = [&](const std::optional<QString>& text) {
+        add(text ? u'+' + *text : QString());
+    };
+    const auto addDate = [&](std::optional<Instant> date) {
+        add(date ? QString::number(date->secondsSince2001, 'f', 9) : QString());
+    };
+    add(f.standardizedPath);
+    addDate(f.modificationDate);
+    add(f.fileSize ? QString::number(*f.fileSize) : QString());
+    for (const auto& text : {f.bundleIdentifier, f.originalName, f.category, f.version, f.build})
+        addOptional(text);
+    if (const auto& info = entry.infoStatus) {
+        addDate(info->modified);
+        add(QString::number(info->size));
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
 
 std::optional<FileStatus> statusOf(const FileSystem& files, const QString& path) {
     const auto status = files.status(path);
     return status ? std::optional(*status) : std::nullopt;
 }
 
-SmartFolderDistributionChannel channel(const AppEntry& app, const BundleFindings& findings) {
+/// By the bundle; nothing where only the update channels themselves can tell and `channelsArePending`,
+/// for what declares a feed may have been installed by another.
+std::optional<SmartFolderDistributionChannel>
+channel(const AppEntry& app, const BundleFindings& findings, bool channelsArePending) {
     using enum SmartFolderDistributionChannel;
     if (findings.isFromStore)
         return macAppStore;
@@ -40,6 +71,8 @@ SmartFolderDistributionChannel channel(const AppEntry& app, const BundleFindings
         FileSystem::isWithin(app.path, QStringLiteral("/Library/Apple")) ||
         app.source == AppSource::system)
         return system;
+    if (channelsArePending)
+        return std::nullopt;
     if (findings.hasSparkle)
         return sparkle;
     const QString identifier = app.bundleIdentifier.value_or(QString());
@@ -54,15 +87,23 @@ std::optional<typename Map::mapped_type> found(const Map& map, const QString& ke
     return it == map.constEnd() ? std::nullopt : std::optional(*it);
 }
 
-SmartFolderAppFacts factsOf(const AppEntry& app, const Entry& entry,
+template <typename Findings>
+std::optional<Findings> findingsIn(const std::optional<ToolAnswer<Findings>>& answer) {
+    return answer ? answer->findings : std::nullopt;
+}
+
+SmartFolderAppFacts factsOf(const AppEntry& app, const Entry& entry, SmartFolderNeeds pending,
                             const SmartFolderRuntimeFacts& runtime, const QString& home) {
     const BundleFindings& bundle = entry.findings;
     const QString key = appKey(app);
+    const auto signature = findingsIn(entry.answers.signature).value_or(SignatureFindings());
     SmartFolderAppFacts facts{
         .entry = app,
-        .developer = bundle.storeArtist ? bundle.storeArtist : entry.signature.developer,
+        .developer = isProtected(app)     ? std::optional(systemDeveloper)
+                     : bundle.storeArtist ? bundle.storeArtist
+                                          : signature.developer,
         .publisher = bundle.publisher,
-        .signingTeamID = entry.signature.teamID,
+        .signingTeamID = signature.teamID,
         .version = bundle.version,
         .build = bundle.build,
         .installedDate = bundle.installedDate,
@@ -70,26 +111,30 @@ SmartFolderAppFacts factsOf(const AppEntry& app, const Entry& entry,
         .applicationLocation = SmartFolderFactsCatalog::location(app, home),
         .distributionChannel = found(runtime.distributionChannels, key),
         .platform = bundle.platform,
-        .architectures = entry.architectures,
+        .architectures = findingsIn(entry.answers.architectures),
         .minimumMacOSVersion = bundle.minimumMacOSVersion,
         .lastUsedDate = found(runtime.lastUsedDates, key),
         .launchCount = found(runtime.launchCounts, key),
         .hasCustomIcon = runtime.customIconKeys.contains(key),
         .declaredPermissions = bundle.declaredPermissions,
+        .pending = pending | runtime.pending,
     };
     if (bundle.exists) {
         facts.installSource = bundle.isFromStore ? SmartFolderInstallSource::macAppStore
                                                  : SmartFolderInstallSource::manual;
         if (!facts.distributionChannel)
-            facts.distributionChannel = channel(app, bundle);
+            facts.distributionChannel =
+                channel(app, bundle, runtime.pending.testFlag(SmartFolderNeed::channels));
     }
     if (facts.lastUsedDate || facts.launchCount.value_or(0) > 0)
         facts.isNeverUsed = false;
     else if (runtime.usageDataIsComplete)
         facts.isNeverUsed = true;
-    if (runtime.updateCheckingEnabled)
-        facts.updateStatus =
-            found(runtime.updateStatuses, key).value_or(SmartFolderUpdateState::notChecked);
+    if (runtime.updateCheckingEnabled) {
+        facts.updateStatus = found(runtime.updateStatuses, key);
+        if (!facts.updateStatus && !runtime.pending.testFlag(SmartFolderNeed::updates))
+            facts.updateStatus = SmartFolderUpdateState::notChecked;
+    }
     return facts;
 }
 
@@ -109,23 +154,16 @@ SmartFolderApplicationLocation SmartFolderFactsCatalog::location(const AppEntry&
     return other;
 }
 
-/// The requests and what is remembered. One request is worked on at a time: its first step takes the
-/// entries that it needs out of the cache and its last one puts them back, so that the workers in
-/// between have them for themselves and no bundle is inspected twice at once.
+/// What is remembered, and the two stages. Workers share entries, which never change: a new one takes
+/// the place of the old.
 class SmartFolderFactsCatalog::State : public std::enable_shared_from_this<State> {
 public:
-    explicit State(const Machine& machine) : _machine(machine) {}
+    State(const Machine& machine, const QString& cachePath)
+        : _machine(machine), _kept(machine.files, cachePath) {}
 
-    void add(Request request, std::stop_token stop, Done done) {
-        auto round =
-            std::make_shared<Round>(_machine, std::move(request), std::move(stop), std::move(done));
-        {
-            const std::lock_guard lock(_mutex);
-            _waiting.push_back(std::move(round));
-            if (std::exchange(_isWorking, true))
-                return;
-        }
-        beginNext();
+    void add(Request request, std::stop_token stop, Gathered gathered) {
+        enter(_fileStage, std::make_shared<Round>(_machine, std::move(request), std::move(stop),
+                                                  std::move(gathered)));
     }
 
     /// On the main thread, where results arrive.
@@ -134,80 +172,209 @@ public:
     std::atomic<quint64> inspectionCount = 0;
 
 private:
+    using EntryPointer = std::shared_ptr<const Entry>;
+    using Record = std::shared_ptr<const SmartFolderAppFacts>;
+
     struct Item {
-        std::optional<Entry> entry;
-        std::shared_ptr<const SmartFolderAppFacts> record;
+        EntryPointer entry;
+        Record record;
+        bool wasInspected = false;
     };
     struct Round {
-        Round(const Machine& machine, Request asked, std::stop_token token, Done call)
+        Round(const Machine& machine, Request asked, std::stop_token token, Gathered call)
             : request(std::move(asked))
             , stop(std::move(token))
-            , done(std::move(call))
+            , gathered(std::move(call))
             , tools(machine)
             , items(request.apps.size()) {}
+        const AppEntry& app(std::size_t i) const { return request.apps.at(static_cast<qsizetype>(i)); }
+
         Request request;
         std::stop_token stop;
-        Done done;
+        Gathered gathered;
         BundleTools tools;
+        std::mutex mutex; ///< of the records, once the tools are at work
         std::vector<Item> items;
+        std::vector<std::size_t> waiting; ///< items for the tools
+        Instant toldAt;
         std::atomic<std::size_t> next = 0;
-        std::atomic<unsigned> working = 0;
+        std::atomic<std::size_t> working = 0;
+    };
+    using RoundPointer = std::shared_ptr<Round>;
+
+    struct Stage {
+        void (State::*begin)(const RoundPointer&);
+        std::deque<RoundPointer> rounds = {};
+        bool isWorking = false;
     };
 
-    /// Puts the next round on all workers, or rests.
-    void beginNext() {
-        std::shared_ptr<Round> round;
+    void enter(Stage& stage, RoundPointer round) {
         {
             const std::lock_guard lock(_mutex);
-            if (_waiting.empty()) {
-                _isWorking = false;
+            stage.rounds.push_back(std::move(round));
+            if (std::exchange(stage.isWorking, true))
                 return;
-            }
-            round = std::move(_waiting.front());
-            _waiting.pop_front();
         }
-        for (std::size_t i = 0; i < round->items.size(); ++i) {
-            const auto known = _cache.find(round->request.apps.at(i).path);
-            if (known == _cache.end())
-                continue;
-            round->items[i].entry = std::move(known->second);
-            _cache.erase(known);
+        beginNext(stage);
+    }
+
+    void beginNext(Stage& stage) {
+        RoundPointer round;
+        {
+            const std::lock_guard lock(_mutex);
+            stage.isWorking = !stage.rounds.empty();
+            if (!stage.isWorking)
+                return;
+            round = std::move(stage.rounds.front());
+            stage.rounds.pop_front();
         }
-        const Lane lane = round->request.inspections.empty() ? Lane::files : Lane::tools;
-        const auto workers =
-            std::clamp<std::size_t>(round->items.size(), 1, _machine.workers.threadCount());
-        round->working = static_cast<unsigned>(workers);
+        (this->*stage.begin)(round);
+    }
+
+    /// Has some workers take `step` for each of so many places, and the last of them `end` the stage.
+    template <typename Step, typename End>
+    void spread(const RoundPointer& round, std::size_t most, std::size_t count, Step step, End end) {
+        const auto workers = std::clamp<std::size_t>(count, 1, std::max<std::size_t>(most, 1));
+        round->next = 0;
+        round->working = workers;
         for (std::size_t i = 0; i < workers; ++i)
-            _machine.workers.submit(lane, round->stop,
-                                    [self = shared_from_this(), round](std::stop_token stop) {
-                                        self->work(*round, stop);
-                                        if (--round->working == 0)
-                                            self->finish(*round);
-                                    });
+            _machine.workers.submit(round->stop, [self = shared_from_this(), round, count, step,
+                                                  end](std::stop_token stop) {
+                for (std::size_t place = round->next++;
+                     place < count && !stop.stop_requested() && !self->_isEnding; place = round->next++)
+                    step(place, stop);
+                if (--round->working == 0)
+                    end();
+            });
     }
 
-    void work(Round& round, const std::stop_token& stop) {
-        for (std::size_t i = round.next++;
-             i < round.items.size() && !stop.stop_requested() && !_isEnding; i = round.next++) {
-            Item& item = round.items[i];
-            const AppEntry& app = round.request.apps.at(static_cast<qsizetype>(i));
-            bool inspected = false;
-            // Once more when the bundle changed meanwhile; one that never rests is left to another
-            // time.
-            for (int attempt = 0; attempt < maximumAttempts && inspect(app, item.entry, round, stop);
-                 ++attempt)
-                inspected = true;
-            inspectionCount += inspected;
-            auto facts = factsOf(app, *item.entry, round.request.runtime, _machine.places.home);
-            if (!item.entry->record || *item.entry->record != facts)
-                item.entry->record = std::make_shared<const SmartFolderAppFacts>(std::move(facts));
-            item.record = item.entry->record;
+    // ---- the bundles' own files
+
+    void readBundles(const RoundPointer& round) {
+        spread(
+            round, _machine.workers.threadCount(), round->items.size(),
+            [this, round](std::size_t i, const std::stop_token& stop) {
+                std::call_once(_cacheLoaded, [this] { _kept.load(); });
+                Item& item = round->items[i];
+                const AppEntry& app = round->app(i);
+                item.entry = known(app.path);
+                if (round->request.needs & (toolNeeds | SmartFolderNeed::bundle))
+                    settle(
+                        item, app, [](const Entry&) { return std::optional<BundleAnswers>(); }, stop);
+                else if (!item.entry)
+                    item.entry = std::make_shared<const Entry>();
+                item.record = recordOf(*round, i, wanted(*round, app, *item.entry));
+            },
+            [this, round] { endReading(round); });
+    }
+
+    void endReading(const RoundPointer& round) {
+        const bool isWhole =
+            !round->stop.stop_requested() && !_isEnding &&
+            std::ranges::all_of(round->items, [](const Item& item) { return item.record != nullptr; });
+        if (isWhole) {
+            for (std::size_t i = 0; i < round->items.size(); ++i)
+                if (round->items[i].record->pending & toolNeeds)
+                    round->waiting.push_back(i);
+            tell(*round, round->waiting.empty());
+            if (!round->waiting.empty())
+                enter(_toolStage, round);
         }
+        beginNext(_fileStage);
     }
 
-    /// Brings an entry up to date; false when it was.
-    bool inspect(const AppEntry& app, std::optional<Entry>& entry, Round& round,
-                 const std::stop_token& stop) {
+    // ---- the tools
+
+    void askTools(const RoundPointer& round) {
+        spread(
+            // Not all: while tools run, there is other work to do.
+            round, _machine.workers.threadCount() - 1, round->waiting.size(),
+            [this, round](std::size_t place, const std::stop_token& stop) {
+                const std::size_t i = round->waiting[place];
+                const AppEntry& app = round->app(i);
+                // A copy: others read the records meanwhile. An earlier request may have asked by now.
+                Item item = round->items[i];
+                if (auto entry = known(app.path))
+                    item.entry = std::move(entry);
+                settle(
+                    item, app, [&](const Entry& entry) { return asked(*round, app, entry, stop); },
+                    stop);
+                const std::lock_guard lock(round->mutex);
+                round->items[i].entry = item.entry;
+                round->items[i].record = recordOf(*round, i, wanted(*round, app, *item.entry));
+                if (const Instant now = _machine.clock.now();
+                    now - round->toldAt >= partialResultInterval)
+                    tell(*round, false);
+            },
+            [this, round] { endAsking(round); });
+    }
+
+    void endAsking(const RoundPointer& round) {
+        // Whatever no tool has told by now stays unknown.
+        for (const std::size_t i : round->waiting)
+            if (round->items[i].record->pending & toolNeeds)
+                round->items[i].record = recordOf(*round, i, {});
+        tell(*round, true);
+        {
+            const std::lock_guard lock(_cacheMutex);
+            if (const auto saved = _kept.save(); !saved)
+                _machine.log.warning(message(saved.error()));
+        }
+        beginNext(_toolStage);
+    }
+
+    /// What tools have to be asked for, and can be.
+    static SmartFolderNeeds wanted(const Round& round, const AppEntry& app, const Entry& entry) {
+        const SmartFolderNeeds needs = round.request.needs;
+        SmartFolderNeeds result;
+        result.setFlag(SmartFolderNeed::signature, needs.testFlag(SmartFolderNeed::signature) &&
+                                                       !entry.answers.signature &&
+                                                       entry.findings.exists && !isProtected(app) &&
+                                                       round.tools.canTellSignatures());
+        result.setFlag(SmartFolderNeed::architectures,
+                       needs.testFlag(SmartFolderNeed::architectures) && !entry.answers.architectures &&
+                           entry.findings.executablePath && round.tools.canTellArchitectures());
+        return result;
+    }
+
+    /// The answers with those of the tools that had to be asked; nothing when none gave one.
+    static std::optional<BundleAnswers> asked(Round& round, const AppEntry& app, const Entry& entry,
+                                              const std::stop_token& stop) {
+        const SmartFolderNeeds needs = wanted(round, app, entry);
+        BundleAnswers answers = entry.answers;
+        if (needs.testFlag(SmartFolderNeed::architectures))
+            answers.architectures = round.tools.architectures(*entry.findings.executablePath, stop);
+        if (needs.testFlag(SmartFolderNeed::signature))
+            answers.signature = round.tools.signature(app.path, stop);
+        return answers == entry.answers ? std::nullopt : std::optional(std::move(answers));
+    }
+
+    // ---- entries
+
+    /// Brings an item's entry up to date, with what `ask` adds to it; once more when the bundle changed
+    /// meanwhile. One that never rests is left to another time.
+    template <typename Ask>
+    void settle(Item& item, const AppEntry& app, Ask ask, const std::stop_token& stop) {
+        for (int attempt = 0; attempt < maximumAttempts && !stop.stop_requested(); ++attempt) {
+            bool isNew = refresh(item.entry, app);
+            if (auto answers = ask(*item.entry)) {
+                auto entry = std::make_shared<Entry>(*item.entry);
+                entry->answers = *std::move(answers);
+                item.entry = std::move(entry);
+                isNew = true;
+            }
+            if (!isNew)
+                return;
+            item.entry = remember(app.path, item.entry);
+            if (!std::exchange(item.wasInspected, true))
+                ++inspectionCount;
+        }
+        if (!item.entry)
+            item.entry = std::make_shared<const Entry>();
+    }
+
+    /// Looks whether the entry is still right, and reads the bundle where it is not; true when it did.
+    bool refresh(EntryPointer& entry, const AppEntry& app) {
         const FileSystem& files = _machine.files;
         // All that is compared later is asked before the bundle is read: what changes meanwhile differs
         // then.
@@ -222,7 +389,7 @@ private:
             if (bundle->infoPath != infoPath)
                 infoStatus = statusOf(files, bundle->infoPath);
         }
-        const Fingerprint current{
+        Fingerprint current{
             .standardizedPath = FileSystem::standardized(app.path),
             .modificationDate = status ? std::optional(status->modified) : std::nullopt,
             .fileSize = status ? std::optional<quint64>(status->size) : std::nullopt,
@@ -233,75 +400,111 @@ private:
             .build = sameInfo ? entry->fingerprint.build : bundle->build(),
         };
         const bool sameBundle = entry && entry->fingerprint == current;
-        bool did = false;
-        if (!sameInfo || !sameBundle) {
-            if (!bundle)
-                bundle = readBundle(files, app.path);
-            if (!sameBundle)
-                entry = Entry{.record = entry ? std::move(entry->record) : nullptr};
-            entry->fingerprint = current;
-            entry->infoPath = bundle->infoPath;
-            entry->infoStatus = infoStatus;
-            entry->findings = readBundleFindings(files, *bundle);
-            did = true;
+        if (sameInfo && sameBundle)
+            return false;
+        if (!bundle)
+            bundle = readBundle(files, app.path);
+        Entry fresh{.fingerprint = std::move(current),
+                    .infoPath = bundle->infoPath,
+                    .infoStatus = infoStatus,
+                    .findings = readBundleFindings(files, *bundle)};
+        if (sameBundle) {
+            fresh.answers = entry->answers;
+        } else {
+            const std::lock_guard lock(_cacheMutex);
+            fresh.answers = _kept.answers(app.path, textOf(fresh));
         }
-        const auto& needed = round.request.inspections;
-        const auto& executable = entry->findings.executablePath;
-        if (needed.contains(SmartFolderInspection::architectures) && !entry->inspectedArchitecture &&
-            executable) {
-            if (auto answer = round.tools.architectures(*executable, stop)) {
-                entry->architectures = *std::move(answer);
-                entry->inspectedArchitecture = did = true;
-            }
-        }
-        if (needed.contains(SmartFolderInspection::signature) && !entry->inspectedSigningTeamID &&
-            status) {
-            if (auto answer = round.tools.signature(app.path, stop)) {
-                entry->signature = std::move(*answer).value_or(SignatureFindings());
-                entry->inspectedSigningTeamID = did = true;
-            }
-        }
-        return did;
+        entry = std::make_shared<const Entry>(std::move(fresh));
+        return true;
     }
 
-    void finish(Round& round) {
-        if (_cache.size() > maximumEntries)
-            _cache.clear();
-        SmartFolderFactsList records;
-        for (std::size_t i = 0; i < round.items.size(); ++i) {
-            Item& item = round.items[i];
-            if (item.entry)
-                _cache.insert_or_assign(round.request.apps.at(static_cast<qsizetype>(i)).path,
-                                        std::move(*item.entry));
-            if (item.record)
-                records.append(std::move(item.record));
-        }
-        if (records.size() == round.request.apps.size())
-            _machine.workers.mailbox().post([self = shared_from_this(), stop = round.stop,
-                                             done = std::move(round.done),
-                                             records = std::move(records)]() mutable {
-                if (!stop.stop_requested() && !self->_isEnding)
-                    done(std::move(records));
-            });
-        beginNext();
+    EntryPointer known(const QString& path) {
+        const std::lock_guard lock(_mutex);
+        const auto found = _entries.find(path);
+        return found == _entries.end() ? nullptr : found->second.entry;
     }
+
+    /// The entry that is remembered now: with the answers that another round has found meanwhile.
+    EntryPointer remember(const QString& path, EntryPointer entry) {
+        {
+            const std::lock_guard lock(_mutex);
+            if (_entries.size() > maximumEntries)
+                _entries.clear();
+            Known& known = _entries[path];
+            if (known.entry && known.entry->fingerprint == entry->fingerprint) {
+                const BundleAnswers& others = known.entry->answers;
+                BundleAnswers answers = entry->answers;
+                if (!answers.signature)
+                    answers.signature = others.signature;
+                if (!answers.architectures)
+                    answers.architectures = others.architectures;
+                if (answers != entry->answers) {
+                    auto joined = std::make_shared<Entry>(*entry);
+                    joined->answers = std::move(answers);
+                    entry = std::move(joined);
+                }
+            }
+            known.entry = entry;
+        }
+        if (entry->answers != BundleAnswers()) {
+            const std::lock_guard lock(_cacheMutex);
+            _kept.keep(path, textOf(*entry), entry->answers);
+        }
+        return entry;
+    }
+
+    // ---- records
+
+    /// The record that was given out last, where nothing in it has changed.
+    Record recordOf(const Round& round, std::size_t i, SmartFolderNeeds pending) {
+        const AppEntry& app = round.app(i);
+        auto facts =
+            factsOf(app, *round.items[i].entry, pending, round.request.runtime, _machine.places.home);
+        const std::lock_guard lock(_mutex);
+        Record& last = _entries[app.path].record;
+        if (!last || *last != facts)
+            last = std::make_shared<const SmartFolderAppFacts>(std::move(facts));
+        return last;
+    }
+
+    /// Posts the records of all items.
+    void tell(Round& round, bool isComplete) {
+        SmartFolderFactsList records;
+        records.reserve(static_cast<qsizetype>(round.items.size()));
+        for (const Item& item : round.items)
+            records.append(item.record);
+        round.toldAt = _machine.clock.now();
+        _machine.workers.mailbox().post([self = shared_from_this(), stop = round.stop, isComplete,
+                                         gathered = round.gathered, records = std::move(records)] {
+            if (!stop.stop_requested() && !self->_isEnding)
+                gathered(records, isComplete);
+        });
+    }
+
+    struct Known {
+        EntryPointer entry;
+        Record record; ///< the last one that was given out
+    };
 
     const Machine& _machine;
-    std::mutex _mutex; ///< of the queue; the cache belongs to the round that is worked on
-    std::deque<std::shared_ptr<Round>> _waiting;
-    bool _isWorking = false;
-    std::unordered_map<QString, Entry> _cache; ///< by path
+    std::mutex _mutex; ///< of the stages' queues and of the entries
+    Stage _fileStage{&State::readBundles};
+    Stage _toolStage{&State::askTools};
+    std::unordered_map<QString, Known> _entries; ///< by path
+    std::once_flag _cacheLoaded;
+    std::mutex _cacheMutex;
+    BundleAnswerCache _kept;
     std::atomic<bool> _isEnding = false;
 };
 
-SmartFolderFactsCatalog::SmartFolderFactsCatalog(const Machine& machine)
-    : _state(std::make_shared<State>(machine)) {}
+SmartFolderFactsCatalog::SmartFolderFactsCatalog(const Machine& machine, const QString& cachePath)
+    : _state(std::make_shared<State>(machine, cachePath)) {}
 
 SmartFolderFactsCatalog::~SmartFolderFactsCatalog() { _state->end(); }
 
-Task SmartFolderFactsCatalog::facts(Request request, Done done) {
+Task SmartFolderFactsCatalog::facts(Request request, Gathered gathered) {
     std::stop_source source;
-    _state->add(std::move(request), source.get_token(), std::move(done));
+    _state->add(std::move(request), source.get_token(), std::move(gathered));
     return Task(std::move(source));
 }
 

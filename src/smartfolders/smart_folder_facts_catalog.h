@@ -1,20 +1,25 @@
 #pragma once
 
 #include "platform/machine.h"
-#include "platform/move_only_function.h"
-#include "smartfolders/bundle_findings.h"
 #include "smartfolders/smart_folder_app_facts.h"
 
-#include <QSet>
+#include <functional>
 
 namespace tessellar {
 
 /// Gathers the facts of applications: looks into their bundles, remembers what it found as long as a
 /// bundle is unchanged, and adds what the launcher knows at the moment.
 ///
-/// Requests are worked off one after another, each on all workers, and their results arrive on the main
-/// thread. An unchanged application costs two calls of `stat` and keeps its very record. Inspections
-/// for which a tool has to run are made only when they are asked for.
+/// A request goes through two stages, of which it takes what its needs name:
+///
+///     1. the bundles' own files, on all workers: milliseconds, and two calls of `stat` for a bundle
+///        that is unchanged;
+///     2. the tools, for bundles whose answers are not known: seconds, and longer where one hangs.
+///
+/// Its result arrives after the first stage, while the second is under way, and at the end; an
+/// unchanged application keeps its very record. Each stage works off one request after another, so that
+/// no tool holds up what files tell, and no bundle is inspected twice at once. What tools said is kept
+/// between runs.
 class SmartFolderFactsCatalog {
 public:
     /// The state of a bundle: what was found counts while this stays equal.
@@ -34,19 +39,25 @@ public:
     struct Request {
         QList<AppEntry> apps;
         SmartFolderRuntimeFacts runtime;
-        QSet<SmartFolderInspection> inspections; ///< those that are needed, see `inspectionsNeeded`
+        SmartFolderNeeds needs; ///< see `needsOf`
     };
-    using Done = MoveOnlyFunction<void(SmartFolderFactsList)>;
+    /// One record for each application, in their order. While `isComplete` is false, some still have
+    /// facts that are pending, and more will come.
+    using Gathered = std::function<void(SmartFolderFactsList facts, bool isComplete)>;
 
-    explicit SmartFolderFactsCatalog(const Machine& machine);
+    /// How long it waits, while tools run, before it tells of what else is known.
+    static constexpr std::chrono::milliseconds partialResultInterval{500};
+
+    /// What tools said is kept in the file `cachePath`, if any.
+    explicit SmartFolderFactsCatalog(const Machine& machine, const QString& cachePath = {});
     /// What is under way ends by itself and reaches nobody.
     ~SmartFolderFactsCatalog();
     SmartFolderFactsCatalog(const SmartFolderFactsCatalog&) = delete;
     SmartFolderFactsCatalog& operator=(const SmartFolderFactsCatalog&) = delete;
 
-    /// Calls `done` with one record for each application, in their order, unless the task is cancelled.
-    /// What a cancelled request has found stays known.
-    [[nodiscard]] Task facts(Request request, Done done);
+    /// Calls `gathered` once or more, unless the task is cancelled. What a cancelled request has found
+    /// stays known.
+    [[nodiscard]] Task facts(Request request, Gathered gathered);
 
     /// How many times a bundle was looked into so far, by reading it or by a tool.
     quint64 inspectionCount() const;

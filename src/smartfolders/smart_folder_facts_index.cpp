@@ -160,8 +160,9 @@ auto SmartFolderFactsIndex::read(SmartFolderField<Kind> field) const -> Column<K
     for (qsizetype place = 0; place < _facts.size(); ++place) {
         const auto fact = field.row().read(subject(place));
         if (!fact) {
-            column.slots.push_back(missing);
-            column.hasMissing = true;
+            const bool isPending(_facts.at(place)->pending & field.row().needs);
+            column.slots.push_back(isPending ? pending : missing);
+            (isPending ? column.hasPending : column.hasMissing) = true;
         } else if constexpr (isInterned<Kind>) {
             column.slots.push_back(interner.slotOf(*fact));
         } else {
@@ -190,7 +191,8 @@ template auto SmartFolderFactsIndex::column(SmartFolderBooleanField) const
 
 /// What the different facts of a field sort by; of a text, its rank among them.
 template <typename Kind>
-std::vector<double> SmartFolderFactsIndex::magnitudes(const Column<Kind>& column) const {
+std::vector<double> SmartFolderFactsIndex::magnitudes(SmartFolderField<Kind> field) const {
+    const Column<Kind>& column = this->column(field);
     if constexpr (std::same_as<Kind, SmartFolderTextKind>) {
         return ranks(looseSortKeys(column, names().keys));
     } else if constexpr (std::same_as<Kind, SmartFolderVersionKind>) {
@@ -202,7 +204,7 @@ std::vector<double> SmartFolderFactsIndex::magnitudes(const Column<Kind>& column
         std::vector<double> result;
         for (const auto& fact : column.raw) {
             if constexpr (std::same_as<Kind, SmartFolderChoiceKind>)
-                result.push_back(sortRank(*json::fromRawValue<SmartFolderUpdateState>(fact.first())));
+                result.push_back(field.row().rank ? field.row().rank(fact.value(0)) : 0);
             else
                 result.push_back(magnitude(fact));
         }
@@ -262,7 +264,7 @@ template <typename Kind>
 auto SmartFolderFactsIndex::bothOrders(SmartFolderField<Kind> source) const -> Orders {
     const auto& column = this->column(source);
     const bool isName = std::same_as<Kind, SmartFolderTextKind> && source.rawValue() == u"displayName";
-    const std::vector<double> values = isName ? names().ranks : magnitudes(column);
+    const std::vector<double> values = isName ? names().ranks : magnitudes(source);
 
     // By name and key first; a stable sort by the value then leaves ties as they are.
     struct Item {

@@ -57,15 +57,17 @@ public:
     /// A key whose order is that of `compareNumeric`, and cheaper to compare.
     static std::u16string versionSortKey(QStringView version);
 
-    /// The slot of a fact that is missing.
+    /// The slots of facts that are missing: for good, or until they are gathered.
     static constexpr int missing = -1;
+    static constexpr int pending = -2;
     /// One field of all applications.
     template <typename Kind>
     struct Column {
         QList<typename Kind::Fact> raw; ///< the facts, mostly without repetition: many share a category
         std::vector<SmartFolderComparable<Kind>> values; ///< the same as they are compared
         bool hasMissing = false;
-        std::vector<int> slots; ///< for each application the place in both, or `missing`
+        bool hasPending = false;
+        std::vector<int> slots; ///< for each application the place in both, or one of the above
     };
     template <typename Kind>
     const Column<Kind>& column(SmartFolderField<Kind> field) const;
@@ -105,7 +107,7 @@ private:
     std::vector<QByteArray> looseSortKeys(const Column<SmartFolderTextKind>& column,
                                           const std::vector<QByteArray>& nameKeys) const;
     template <typename Kind>
-    std::vector<double> magnitudes(const Column<Kind>& column) const;
+    std::vector<double> magnitudes(SmartFolderField<Kind> field) const;
     template <typename Kind>
     Orders bothOrders(SmartFolderField<Kind> source) const;
     SmartFolderSubject subject(qsizetype place) const { return {*_facts.at(place), _files}; }

@@ -2,6 +2,7 @@
 
 #include "smartfolders/smart_folder_app_facts.h"
 #include "smartfolders/smart_folder_field.h"
+#include "smartfolders/smart_folder_needs.h"
 #include "smartfolders/smart_folder_predicates.h"
 
 namespace tessellar {
@@ -15,19 +16,36 @@ struct SmartFolderSubject {
     const FileSystem& files;
 };
 
-/// One row of a table of fields: its name in files, how its fact is read, what has to be inspected
-/// before the fact can be known, and what an editor offers as its values. A new field is a new row and
-/// nothing else.
+/// One row of a table of fields: its name in files, how its fact is read, and what has to be gathered
+/// before the fact can be known. A new field is a new row and nothing else: no other place knows one by
+/// its name.
 template <typename Fact>
 struct SmartFolderFieldRow {
     const char* rawValue;
     std::optional<Fact> (*read)(const SmartFolderSubject&);
-    SmartFolderInspection needs = SmartFolderInspection::none;
-    QStringList (*words)() = nullptr; ///< of a choice alone; others have values without end
+    SmartFolderNeeds needs = {};
+    // Of a choice alone; others have values without end.
+    QStringList (*words)() = nullptr;           ///< what an editor offers
+    int (*rank)(const QString& word) = nullptr; ///< what sorting compares
+    bool isOpen = false;                        ///< applications may have other words, too
 };
+
+/// By what a choice's values sort: as they are declared, but for update states, of which those that ask
+/// for something come first.
+template <typename E>
+constexpr int sortRank(E value) {
+    return static_cast<int>(value);
+}
+template <>
+constexpr int sortRank(SmartFolderUpdateState state) {
+    using enum SmartFolderUpdateState;
+    constexpr std::array order{updateAvailable, upToDate, failed, unsupported, notChecked};
+    return static_cast<int>(std::ranges::find(order, state) - order.begin());
+}
 
 namespace detail {
 
+using enum SmartFolderNeed;
 using Subject = const SmartFolderSubject&;
 
 template <auto member>
@@ -59,8 +77,15 @@ QStringList words() {
 }
 
 template <auto member>
-constexpr SmartFolderFieldRow<QStringList> choiceRow(const char* rawValue) {
-    return {rawValue, choice<member>, SmartFolderInspection::none, words<member>};
+int rank(const QString& word) {
+    using Value = std::remove_cvref_t<decltype(std::declval<SmartFolderAppFacts>().*member)>;
+    const auto value = json::fromRawValue<typename Value::value_type>(word);
+    return value ? sortRank(*value) : 0;
+}
+
+template <auto member>
+constexpr SmartFolderFieldRow<QStringList> choiceRow(const char* rawValue, SmartFolderNeeds needs) {
+    return {rawValue, choice<member>, needs, words<member>, rank<member>};
 }
 
 } // namespace detail
@@ -73,9 +98,9 @@ struct SmartFolderTextKind {
         {"displayName", [](detail::Subject s) { return std::optional(s.facts.entry.name); }},
         {"originalName", [](detail::Subject s) { return std::optional(s.facts.entry.originalName); }},
         {"bundleIdentifier", [](detail::Subject s) { return s.facts.entry.bundleIdentifier; }},
-        {"developer", detail::fact<&F::developer>, SmartFolderInspection::signature},
-        {"publisher", detail::fact<&F::publisher>},
-        {"signingTeamID", detail::fact<&F::signingTeamID>, SmartFolderInspection::signature},
+        {"developer", detail::fact<&F::developer>, detail::bundle | detail::signature},
+        {"publisher", detail::fact<&F::publisher>, detail::bundle},
+        {"signingTeamID", detail::fact<&F::signingTeamID>, detail::bundle | detail::signature},
         {"category", [](detail::Subject s) { return s.facts.entry.category; }},
         {"path", [](detail::Subject s) { return std::optional(s.facts.entry.path); }},
     });
@@ -85,27 +110,31 @@ struct SmartFolderChoiceKind {
     using Fact = QStringList;
     using Predicate = SmartFolderChoicePredicate;
     using F = SmartFolderAppFacts;
-    static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
-        detail::choiceRow<&F::applicationLocation>("applicationLocation"),
-        detail::choiceRow<&F::installSource>("installSource"),
-        detail::choiceRow<&F::distributionChannel>("distributionChannel"),
-        detail::choiceRow<&F::platform>("platform"),
-        // Whatever executables name; these are what Macs have run.
-        {"architecture", detail::fact<&F::architectures>, SmartFolderInspection::architectures,
-         [] {
-             return QStringList{QStringLiteral("arm64"), QStringLiteral("x86_64"),
-                                QStringLiteral("i386"), QStringLiteral("ppc")};
-         }},
-        detail::choiceRow<&F::updateStatus>("updateStatus"),
-        detail::choiceRow<&F::declaredPermissions>("permission"),
-    });
+    static constexpr std::array fields =
+        std::to_array<SmartFolderFieldRow<Fact>>({
+            detail::choiceRow<&F::applicationLocation>("applicationLocation", {}),
+            detail::choiceRow<&F::installSource>("installSource", detail::bundle),
+            detail::choiceRow<&F::distributionChannel>("distributionChannel",
+                                                       detail::bundle | detail::channels),
+            detail::choiceRow<&F::platform>("platform", detail::bundle),
+            // Whatever executables name; the words are what most Macs have run.
+            {"architecture", detail::fact<&F::architectures>, detail::bundle | detail::architectures,
+             [] {
+                 return QStringList{QStringLiteral("arm64"), QStringLiteral("x86_64"),
+                                    QStringLiteral("i386"), QStringLiteral("ppc")};
+             },
+             nullptr, true},
+            detail::choiceRow<&F::updateStatus>("updateStatus", detail::updates),
+            detail::choiceRow<&F::declaredPermissions>("permission", detail::bundle),
+        });
 };
 
 struct SmartFolderNumberKind {
     using Fact = double;
     using Predicate = SmartFolderNumberPredicate;
     static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
-        {"launchCount", [](detail::Subject s) -> std::optional<double> { return s.facts.launchCount; }},
+        {"launchCount", [](detail::Subject s) -> std::optional<double> { return s.facts.launchCount; },
+         detail::usage},
     });
 };
 
@@ -114,9 +143,9 @@ struct SmartFolderVersionKind {
     using Predicate = SmartFolderVersionPredicate;
     using F = SmartFolderAppFacts;
     static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
-        {"version", detail::fact<&F::version>},
-        {"build", detail::fact<&F::build>},
-        {"minimumMacOSVersion", detail::fact<&F::minimumMacOSVersion>},
+        {"version", detail::fact<&F::version>, detail::bundle},
+        {"build", detail::fact<&F::build>, detail::bundle},
+        {"minimumMacOSVersion", detail::fact<&F::minimumMacOSVersion>, detail::bundle},
     });
 };
 
@@ -125,9 +154,9 @@ struct SmartFolderDateKind {
     using Predicate = SmartFolderDatePredicate;
     using F = SmartFolderAppFacts;
     static constexpr std::array fields = std::to_array<SmartFolderFieldRow<Fact>>({
-        {"installedDate", detail::fact<&F::installedDate>},
-        {"firstSeenDate", detail::fact<&F::firstSeenDate>},
-        {"lastUsedDate", detail::fact<&F::lastUsedDate>},
+        {"installedDate", detail::fact<&F::installedDate>, detail::bundle},
+        {"firstSeenDate", detail::fact<&F::firstSeenDate>, detail::usage},
+        {"lastUsedDate", detail::fact<&F::lastUsedDate>, detail::usage},
     });
 };
 
@@ -148,12 +177,12 @@ struct SmartFolderBooleanKind {
          [](detail::Subject s) {
              return std::optional(isNestedInAnotherApplication(s.facts.entry.path));
          }},
-        {"isNeverUsed", detail::fact<&F::isNeverUsed>},
+        {"isNeverUsed", detail::fact<&F::isNeverUsed>, detail::usage},
         {"hasCustomName",
          [](detail::Subject s) {
              return std::optional(s.facts.entry.name != s.facts.entry.originalName);
          }},
-        {"hasCustomIcon", detail::fact<&F::hasCustomIcon>},
+        {"hasCustomIcon", detail::fact<&F::hasCustomIcon>, detail::icons},
     });
 };
 
@@ -165,8 +194,7 @@ using SmartFolderDateField = SmartFolderField<SmartFolderDateKind>;
 using SmartFolderBooleanField = SmartFolderField<SmartFolderBooleanKind>;
 
 /// What a sort compares: the fact of a field of any kind but boolean. Texts compare loosely, in the
-/// user's language, versions by their numbers, numbers and dates by magnitude, and of the choices the
-/// update states by `sortRank`.
+/// user's language, versions by their numbers, numbers and dates by magnitude, choices by their rank.
 using SmartFolderSortSource =
     std::variant<SmartFolderTextField, SmartFolderChoiceField, SmartFolderNumberField,
                  SmartFolderVersionField, SmartFolderDateField>;
@@ -192,13 +220,6 @@ struct SmartFolderSortKind {
     });
 };
 using SmartFolderSortField = SmartFolderField<SmartFolderSortKind>;
-
-/// Applications with updates come first; deliberately not the order of declaration.
-constexpr int sortRank(SmartFolderUpdateState state) {
-    using enum SmartFolderUpdateState;
-    constexpr std::array order{updateAvailable, upToDate, failed, unsupported, notChecked};
-    return static_cast<int>(std::ranges::find(order, state) - order.begin());
-}
 
 namespace json {
 

@@ -44,6 +44,10 @@ QString SmartFolderRule::fieldName() const {
     return std::visit([](const auto& rule) { return rule.field.rawValue(); }, value());
 }
 
+SmartFolderNeeds SmartFolderRule::needs() const {
+    return std::visit([](const auto& rule) { return rule.field.row().needs; }, value());
+}
+
 bool SmartFolderRule::isComplete() const {
     return std::visit([](const auto& rule) { return std::visit(completeness, rule.predicate); },
                       value());

@@ -104,4 +104,24 @@ std::optional<Instant> SmartFolderTyping::instant(const QString& text, Edge edge
     return std::nullopt;
 }
 
+SmartFolderMonth SmartFolderTyping::month(QDate within, QDate today, QDate chosen) const {
+    constexpr int weekLength = 7;
+    constexpr int weeks = 6;
+    const int firstWeekday = _locale.firstDayOfWeek();
+    const QDate first(within.year(), within.month(), 1);
+    SmartFolderMonth result{.title = _locale.standaloneMonthName(within.month()) + u' ' +
+                                     _locale.toString(first, QStringLiteral("yyyy"))};
+    for (int i = 0; i < weekLength; ++i)
+        result.weekdays.append(
+            _locale.standaloneDayName((firstWeekday - 1 + i) % weekLength + 1, QLocale::NarrowFormat));
+    QDate day = first.addDays(-((first.dayOfWeek() - firstWeekday + weekLength) % weekLength));
+    for (int i = 0; i < weeks * weekLength; ++i, day = day.addDays(1))
+        result.days.append({.date = day,
+                            .text = _locale.toString(day.day()),
+                            .isInMonth = day.month() == within.month(),
+                            .isToday = day == today,
+                            .isChosen = day == chosen});
+    return result;
+}
+
 } // namespace tessellar

@@ -8,6 +8,24 @@
 
 namespace tessellar {
 
+/// A month to pick a day from: whole weeks, in the user's language.
+struct SmartFolderMonth {
+    struct Day {
+        QDate date;
+        QString text;
+        bool isInMonth = false;
+        bool isToday = false;
+        bool isChosen = false;
+
+        bool operator==(const Day&) const = default;
+    };
+    QString title; ///< "November 2026"
+    QStringList weekdays;
+    QList<Day> days; ///< six weeks, so that no month is higher than another
+
+    bool operator==(const SmartFolderMonth&) const = default;
+};
+
 /// How numbers and dates are written for people and read as they type them: in their language and time
 /// zone.
 ///
@@ -33,6 +51,7 @@ public:
     /// The day that an instant lies in.
     QDate day(Instant instant) const;
     std::optional<Instant> instant(QDate day, Edge edge) const;
+    SmartFolderMonth month(QDate within, QDate today, QDate chosen) const;
 
 private:
     QString dayFormat() const;

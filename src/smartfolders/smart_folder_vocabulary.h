@@ -54,7 +54,4 @@ enum class SmartFolderTemplate {
     macAppStoreApps,
 };
 
-/// What is costly to find out about a bundle: a tool has to run.
-enum class SmartFolderInspection { none, architectures, signature };
-
 } // namespace tessellar

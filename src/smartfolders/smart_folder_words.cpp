@@ -28,6 +28,7 @@ static constexpr std::array texts = std::to_array<std::pair<const char16_t*, con
     {u"macOS", u"Mac"},
     {u"iOSOnMac", u"iPhone or iPad"},
     {u"arm64", u"Apple silicon (arm64)"},
+    {u"arm64e", u"Apple silicon (arm64e)"},
     {u"x86_64", u"Intel 64-bit (x86_64)"},
     {u"i386", u"Intel 32-bit (i386)"},
     {u"ppc", u"PowerPC (ppc)"},

@@ -140,7 +140,8 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
     EXPECT_EQ(std::get<SmartFolderTextRule>(after.rules.first().value()).predicate,
               SmartFolderTextPredicate(predicate::Contains(u"bee"_s)));
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        return viewModel().smartFolders().appKeys(before.id) == QStringList{u"org.example.beech"_s};
+        return viewModel().smartFolders().appKeys(before.id, viewModel().shown().mode()) ==
+               QStringList{u"org.example.beech"_s};
     }));
 }
 

@@ -164,7 +164,9 @@ TEST_F(TileDragTest, WhatASmartFolderShowsStaysInIt) {
     SmartFolderDefinition all = *viewModel().smartFolders().definition(id);
     all.rules = {SmartFolderTextRule{idOf(u"rule"_s), "displayName", predicate::BeginsWith(u"A"_s)}};
     ASSERT_TRUE(viewModel().editor().changeSmartFolder(viewModel().shown().mode(), all));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return viewModel().smartFolders().appKeys(id).size() == 6; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        return viewModel().smartFolders().appKeys(id, viewModel().shown().mode()).size() == 6;
+    }));
     ASSERT_TRUE(rests());
     const QString before = shownTiles();
     drag(at(u"A01"_s), {view().width() / 2, view().height() - 30});

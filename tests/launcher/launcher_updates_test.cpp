@@ -78,7 +78,8 @@ protected:
 
     /// What the folder of all updates shows, or that it cannot tell.
     QString shown() {
-        const SmartFolderEvaluation* found = launcher->smartFolders().evaluation(folder);
+        const SmartFolderEvaluation* found =
+            launcher->smartFolders().evaluation(folder, LauncherWindowMode::fullScreen);
         if (!found || !found->unknownRuleIDs.isEmpty())
             return u"unknown"_s;
         return found->appKeys().join(u' ');
@@ -153,7 +154,7 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
     ASSERT_TRUE(updates().setEnabled(false));
     settle();
     EXPECT_EQ(shown(), u"unknown"_s);
-    EXPECT_EQ(launcher->smartFolders().notice(folder),
+    EXPECT_EQ(launcher->smartFolders().notice(folder, LauncherWindowMode::fullScreen),
               u"Update checking is disabled, so update-status rules cannot be evaluated."_s);
     EXPECT_EQ(launcher->smartFolders().runtimeFacts().customIconKeys, QSet<QString>{plain});
     updates().checkNow();

@@ -35,7 +35,7 @@ protected:
     const QList<SmartFolderDefinition>& definitions() { return launcher->smartFolders().definitions(); }
     /// "A folder": applications whose names begin with A.
     void makeFolder() {
-        editing().openNew();
+        editing().openNew(LauncherWindowMode::fullScreen);
         change([](SmartFolderDraft& draft) {
             draft.setName(u"A folder"_s);
             draft.setPredicate(0, u"beginsWith"_s);
@@ -50,14 +50,14 @@ TEST_F(SmartFolderEditingTest, ANewFolderIsPreviewedAndSavedAsOneStep) {
     change([](SmartFolderDraft& draft) { draft.setName(u" "_s); });
     EXPECT_EQ(preview(), u"Ash Aspen") << "rules can be tried before there is a name";
     EXPECT_EQ(editing().issue(), u"Enter a name.");
-    EXPECT_FALSE(editing().save(LauncherWindowMode::fullScreen));
+    EXPECT_FALSE(editing().save());
     EXPECT_TRUE(definitions().isEmpty());
     change([](SmartFolderDraft& draft) { draft.setName(u" A folder"_s); });
     install(u"Alder"_s);
     rescan();
     EXPECT_EQ(preview(), u"Alder Ash Aspen") << "it follows what it depends on";
 
-    const auto saved = editing().save(LauncherWindowMode::fullScreen);
+    const auto saved = editing().save();
     ASSERT_TRUE(saved) << saved.error().message.toStdString();
     EXPECT_FALSE(editing().draft());
     ASSERT_EQ(definitions().size(), 1);
@@ -73,12 +73,12 @@ TEST_F(SmartFolderEditingTest, ANewFolderIsPreviewedAndSavedAsOneStep) {
 
 TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     makeFolder();
-    ASSERT_TRUE(editing().save(LauncherWindowMode::fullScreen));
+    ASSERT_TRUE(editing().save());
     mac.settle();
     const SmartFolderDefinition before = definitions().first();
     time.advance(1h);
 
-    editing().open(before);
+    editing().open(LauncherWindowMode::fullScreen, before);
     mac.settle();
     EXPECT_EQ(preview(), u"Ash Aspen");
     EXPECT_FALSE(editing().isChanged());
@@ -89,16 +89,17 @@ TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     mac.settle();
     EXPECT_EQ(definitions(), QList{before});
 
-    editing().open(before);
-    ASSERT_TRUE(editing().save(LauncherWindowMode::fullScreen));
+    editing().open(LauncherWindowMode::fullScreen, before);
+    ASSERT_TRUE(editing().save());
     EXPECT_EQ(definitions(), QList{before}) << "nothing was changed, not even its date";
     EXPECT_EQ(launcher->history().steps().undoStack().size(), 1);
 
-    editing().open(before);
+    editing().open(LauncherWindowMode::fullScreen, before);
     change([](SmartFolderDraft& draft) { draft.type(0, 0, u"b"_s); });
-    ASSERT_TRUE(editing().save(LauncherWindowMode::fullScreen));
+    ASSERT_TRUE(editing().save());
     mac.settle();
-    EXPECT_EQ(launcher->smartFolders().appKeys(before.id), QStringList{u"org.example.beech"_s});
+    EXPECT_EQ(launcher->smartFolders().appKeys(before.id, LauncherWindowMode::fullScreen),
+              QStringList{u"org.example.beech"_s});
     EXPECT_EQ(definitions().first().modifiedAt, mac.time.now());
     EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Edit Smart Folder");
     launcher->history().undo(launcher->shown().mode());
@@ -106,17 +107,41 @@ TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     EXPECT_EQ(definitions(), QList{before});
 
     // A refusal leaves what was typed.
-    editing().open(before);
+    editing().open(LauncherWindowMode::fullScreen, before);
     change([](SmartFolderDraft& draft) { draft.type(0, 0, u"c"_s); });
     ASSERT_TRUE(launcher->editor().deleteSmartFolder(launcher->shown().mode(), before.id));
-    EXPECT_FALSE(editing().save(LauncherWindowMode::fullScreen));
+    EXPECT_EQ(editing().save().error().code, u"changedElsewhere");
+    EXPECT_TRUE(editing().isChanged());
+    ASSERT_TRUE(editing().save()); // anew, with a tile
+    EXPECT_EQ(definitions().size(), 1);
+}
+
+TEST_F(SmartFolderEditingTest, WhatSomebodyElseChangedMeanwhileIsNotLostUnasked) {
+    makeFolder();
+    ASSERT_TRUE(editing().save());
+    const SmartFolderDefinition before = definitions().first();
+    editing().open(LauncherWindowMode::fullScreen, before);
+    change([](SmartFolderDraft& draft) { draft.setHasLimit(true); });
+    SmartFolderDefinition theirs = before;
+    theirs.name = u"Theirs"_s;
+    ASSERT_TRUE(launcher->editor().changeSmartFolder(LauncherWindowMode::fullScreen, theirs));
+    EXPECT_EQ(editing().save().error().code, u"changedElsewhere");
+    EXPECT_EQ(definitions().first().name, u"Theirs");
+    ASSERT_TRUE(editing().save());
+    EXPECT_EQ(definitions().first().name, u"A folder");
+    EXPECT_EQ(definitions().first().resultLimit, 25);
+
+    // What was typed and cannot be read would be lost, too.
+    editing().open(LauncherWindowMode::fullScreen, definitions().first());
+    EXPECT_FALSE(editing().isChanged());
+    change([](SmartFolderDraft& draft) { draft.typeLimit(u"x"_s); });
     EXPECT_TRUE(editing().isChanged());
 }
 
 TEST_F(SmartFolderEditingTest, WhatIsNotCompleteShowsNothingAndStillSuggests) {
     mac.tool(u"/usr/bin/codesign"_s,
              exited(0, {}, "Authority=Developer ID Application: Grove (ABCDE12345)\n"));
-    editing().openNew();
+    editing().openNew(LauncherWindowMode::fullScreen);
     EXPECT_EQ(preview(), u"none");
     change([](SmartFolderDraft& draft) { draft.setField(0, u"developer"_s); });
     EXPECT_EQ(preview(), u"none");

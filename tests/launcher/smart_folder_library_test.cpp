@@ -7,6 +7,8 @@
 
 #include "smartfolders/smart_folder_rule.h"
 
+#include <semaphore>
+
 namespace tessellar {
 namespace {
 
@@ -55,7 +57,7 @@ protected:
     /// The names that a folder shows, in order.
     QString shown(const QString& name) {
         QStringList names;
-        if (const SmartFolderEvaluation* evaluation = library().evaluation(idOf(name)))
+        if (const SmartFolderEvaluation* evaluation = library().evaluation(idOf(name), mode()))
             for (const auto& facts : evaluation->matches)
                 names += facts->entry.name;
         return names.join(u' ');
@@ -85,7 +87,11 @@ TEST_F(SmartFolderLibraryTest, ARoundFollowsAScanAndLooksIntoTheOneBundleThatCha
     start();
     add(definition(u"A"_qs, nameBegins(u"a"_qs)));
     EXPECT_EQ(shown(u"A"_qs), u"Ash");
-    EXPECT_EQ(toolRuns(), 0); // no rule asks for what a tool knows
+    EXPECT_EQ(library().inspectionCount(), 0); // no rule asks for what a bundle tells
+    add(definition(u"New"_qs, SmartFolderVersionRule{mac.uuids.next(), "version",
+                                                     predicate::IsAbove<QString>(u"0.5"_qs)}));
+    EXPECT_EQ(shown(u"New"_qs), u"Ash Beech Iris");
+    EXPECT_EQ(toolRuns(), 0); // or for what a tool knows
 
     const quint64 before = library().inspectionCount();
     announced = 0;
@@ -122,7 +128,7 @@ TEST_F(SmartFolderLibraryTest, LaunchesAreRecordedAndFoldersFollowThemAndTheDay)
     start();
     add(definition(u"Today"_qs, usedToday()));
     EXPECT_EQ(shown(u"Today"_qs), u"");
-    EXPECT_FALSE(library().notice(idOf(u"Today"_qs)).isEmpty());
+    EXPECT_FALSE(library().notice(idOf(u"Today"_qs), mode()).isEmpty());
     launcher->launch(u"org.example.beech"_qs);
     mac.settle();
     EXPECT_EQ(shown(u"Today"_qs), u"Beech");
@@ -130,7 +136,7 @@ TEST_F(SmartFolderLibraryTest, LaunchesAreRecordedAndFoldersFollowThemAndTheDay)
     // What was recorded outlives the program.
     start();
     EXPECT_EQ(shown(u"Today"_qs), u"Beech");
-    const auto& facts = library().facts();
+    const auto facts = library().facts(mode());
     ASSERT_EQ(facts.size(), 3);
     EXPECT_EQ(facts[1]->launchCount, 1);
     EXPECT_EQ(facts[0]->firstSeenDate, facts[2]->firstSeenDate); // seen by the same scan
@@ -182,11 +188,98 @@ TEST_F(SmartFolderLibraryTest, FoldersGoByTheNamesOfTheModeThatIsShown) {
     EXPECT_EQ(shown(u"Named"_qs), u"");
 }
 
+TEST_F(SmartFolderLibraryTest, AFolderThatWaitsForAToolHoldsUpNoOther) {
+    std::binary_semaphore answer(0);
+    mac.tool(u"/usr/bin/codesign"_qs, [&](const Command&, std::stop_token) {
+        answer.acquire();
+        answer.release();
+        return test::exited(0, {}, "Authority=Developer ID Application: Fern Ltd (ABCDE12345)\n");
+    });
+    start();
+    ASSERT_TRUE(editor().addSmartFolder(mode(), definition(u"A"_qs, nameBegins(u"a"_qs))));
+    auto signedOnes = definition(u"Fern"_qs, SmartFolderTextRule{mac.uuids.next(), "developer",
+                                                                 predicate::Contains(u"fern"_qs)});
+    signedOnes.rules += nameBegins(u"b"_qs);
+    signedOnes.matchMode = SmartFolderMatchMode::any;
+    ASSERT_TRUE(editor().addSmartFolder(mode(), signedOnes));
+    until([&] { return !shown(u"Fern"_qs).isEmpty(); });
+    EXPECT_EQ(shown(u"A"_qs), u"Ash");
+    EXPECT_EQ(library().notice(idOf(u"A"_qs), mode()), u"");
+    EXPECT_EQ(shown(u"Fern"_qs), u"Beech"); // what is known
+    EXPECT_EQ(library().notice(signedOnes.id, mode()), u"Still gathering… (Developer)");
+    answer.release();
+    mac.settle();
+    EXPECT_EQ(shown(u"Fern"_qs), u"Ash Beech Iris");
+    EXPECT_EQ(library().notice(signedOnes.id, mode()), u"");
+
+    // The next start asks no tool about bundles that are as they were.
+    const qsizetype before = toolRuns();
+    EXPECT_EQ(before, 3);
+    start();
+    EXPECT_EQ(shown(u"Fern"_qs), u"Ash Beech Iris");
+    EXPECT_EQ(toolRuns(), before);
+}
+
+TEST_F(SmartFolderLibraryTest, HiddenApplicationsCountNowhereInTheirMode) {
+    start();
+    auto two = definition(u"Two"_qs,
+                          SmartFolderTextRule{mac.uuids.next(), "path", predicate::Contains(u"/"_qs)});
+    two.resultLimit = 2;
+    add(two);
+    EXPECT_EQ(shown(u"Two"_qs), u"Ash Beech");
+    ASSERT_TRUE(editor().hideApps(mode(), {launcher->shown().pages()[0][0].id()}));
+    mac.settle();
+    EXPECT_EQ(shown(u"Two"_qs), u"Beech Iris");
+    EXPECT_EQ(library().appKeys(two.id, otherMode(mode())).first(), u"org.example.ash");
+}
+
+TEST_F(SmartFolderLibraryTest, FactsOfOneApplicationAskForNoOther) {
+    start();
+    std::optional<QString> team;
+    library().gatherFactsOf(*launcher->applications().withKey(u"org.example.beech"_qs), mode(),
+                            [&](const SmartFolderAppFacts& facts) { team = facts.signingTeamID; });
+    mac.settle();
+    EXPECT_EQ(team, u"ABCDE12345");
+    EXPECT_EQ(toolRuns(), 2);
+    EXPECT_EQ(library().inspectionCount(), 1);
+}
+
+TEST_F(SmartFolderLibraryTest, AfterASleepTheDayIsAnotherAsSoonAsSomebodyLooks) {
+    start();
+    add(definition(u"Today"_qs, usedToday()));
+    launcher->launch(u"org.example.beech"_qs);
+    mac.settle();
+    EXPECT_EQ(shown(u"Today"_qs), u"Beech");
+    mac.time.setNow(mac.time.now() + 24h); // timers did not run meanwhile
+    library().lookAgain();
+    mac.settle();
+    EXPECT_EQ(shown(u"Today"_qs), u"");
+}
+
+TEST_F(SmartFolderLibraryTest, OnlyWhatDefinitionsNeedBeginsARound) {
+    start();
+    add(definition(u"A"_qs, nameBegins(u"a"_qs)));
+    mac.write(u"/Applications/Ash.app/Contents/Info.plist"_qs, "changed");
+    SmartFolderRuntimeFacts facts;
+    facts.updateStatuses.insert(u"org.example.ash"_qs, SmartFolderUpdateState::failed);
+    facts.customIconKeys.insert(u"org.example.ash"_qs);
+    library().setRuntimeFacts(facts);
+    launcher->launch(u"org.example.beech"_qs);
+    mac.workers.waitIdle();
+    const auto before = library().facts(mode());
+    mac.settle();
+    EXPECT_EQ(library().facts(mode()), before); // the very records: nothing was gathered
+    add(definition(u"Failed"_qs,
+                   SmartFolderChoiceRule{mac.uuids.next(), "updateStatus", predicate::IsUnknown()}));
+    EXPECT_NE(library().facts(mode()), before);
+}
+
 TEST_F(SmartFolderLibraryTest, WhatIsAskedForOnceIsInspectedOnce) {
     start();
     add(definition(u"A"_qs, nameBegins(u"a"_qs)));
     bool isDone = false;
-    library().gatherFacts({SmartFolderInspection::architectures}, [&] { isDone = true; });
+    library().gatherFacts(SmartFolderNeed::bundle | SmartFolderNeed::architectures,
+                          [&] { isDone = true; });
     mac.settle();
     EXPECT_TRUE(isDone);
     EXPECT_EQ(toolRuns(), 3);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QTimeZone>
+
 namespace tessellar {
 namespace {
 
@@ -35,6 +37,17 @@ TEST(Calendar, DaysAreAsLongAsTheClocksMakeThem) {
     const Calendar havana = calendar("es_CU", "America/Havana");
     EXPECT_EQ(day(havana, "2022-11-06T18:00:00Z"), "2022-11-06T04:00:00Z 2022-11-07T05:00:00Z");
     EXPECT_EQ(day(havana, "2022-11-06T05:30:00Z"), "2022-11-06T04:00:00Z 2022-11-07T05:00:00Z");
+}
+
+TEST(Calendar, KnowsTheClocksThatTheRestOfTheSystemKnows) {
+    // Since 2023 Egypt has summer time again. Older data than the system's does not know it, and a rule
+    // would mean another day than its editor shows.
+    const QTimeZone zone("Africa/Cairo");
+    const QDateTime midnight(QDate(2026, 7, 15), QTime(0, 0), zone);
+    const Calendar cairo = calendar("ar_EG", "Africa/Cairo");
+    const Instant noon = at("2026-07-15T12:00:00Z");
+    EXPECT_EQ(cairo.startOfDay(noon)->unixSeconds(), static_cast<double>(midnight.toSecsSinceEpoch()));
+    EXPECT_EQ(day(cairo, "2026-04-24T12:00:00Z"), "2026-04-23T22:00:00Z 2026-04-24T21:00:00Z");
 }
 
 TEST(Calendar, WeeksBeginAsTheLocaleHasIt) {

@@ -1,5 +1,7 @@
 #include "smartfolders/bundle_findings.h"
 
+#include "smartfolders/bundle_tools.h"
+
 #include "smartfolders/rights_notice.h"
 #include "tests/support/printers.h"
 
@@ -14,6 +16,10 @@ TEST(RightsNotice, NamesWhomItProtects) {
         {"Copyright © 2000–2023 Pear Inc.\nAll rights reserved.", "Pear Inc"},
         {"COPYRIGHT (C) 2000—23 Pear Inc.\nALLE RECHTE VORBEHALTEN.", "Pear Inc"},
         {"Copyright © 2000–2023 Pear Inc.\n保留一切权利。", "Pear Inc"},
+        {"Copyright © 2023 Pear Inc. Tous droits réservés.", "Pear Inc"},
+        {"© 2023 Pear, s.r.o. Všechna práva vyhrazena.", "Pear, s.r.o"},
+        {"© 2023 Груша. ВСЕ ПРАВА ЗАЩИЩЕНЫ.", "Груша"},
+        {"版權所有 © 2023 梨子科技。保留所有權利。", "梨子科技"},
         {"10.14, Copyright © 2000-2018, Pear Inc.", "Pear Inc"},
         {"Pear Inc. © 2001, 2003 - present. All rights reserved", "Pear Inc"},
         {"℗ & © 2020 Cherry™", "Cherry™"},

@@ -1,5 +1,7 @@
 #include "smartfolders/smart_folder_rule.h"
 
+#include "smartfolders/smart_folder_store.h"
+
 #include "support/printers.h"
 #include "support/sequential_uuids.h"
 
@@ -186,12 +188,22 @@ TEST_F(SmartFolderDefinitions, TemplatesMayBeSavedAsTheyAre) {
 
     const auto microsoft = templateDefinition(SmartFolderTemplate::microsoftApps, ids.next(), {}, ids);
     EXPECT_EQ(microsoft.matchMode, SmartFolderMatchMode::any);
-    EXPECT_EQ(inspectionsNeeded({microsoft}), QSet{SmartFolderInspection::signature});
+    EXPECT_EQ(needsOf({microsoft}), SmartFolderNeed::bundle | SmartFolderNeed::signature);
     const auto games = templateDefinition(SmartFolderTemplate::games, ids.next(), {}, ids);
-    EXPECT_EQ(inspectionsNeeded({games}), QSet<SmartFolderInspection>());
+    EXPECT_EQ(needsOf({games}), SmartFolderNeeds());
     auto sorted = games;
     sorted.sort.field = "developer";
-    EXPECT_EQ(inspectionsNeeded({games, sorted}), QSet{SmartFolderInspection::signature});
+    EXPECT_EQ(needsOf({games, sorted}), SmartFolderNeed::bundle | SmartFolderNeed::signature);
+}
+
+TEST_F(SmartFolderDefinitions, ACopyGetsIdentifiersOfItsOwn) {
+    const auto original = templateDefinition(SmartFolderTemplate::microsoftApps, ids.next(), {}, ids);
+    const auto copy = withOwnIdentifiers(original, {original}, ids);
+    EXPECT_TRUE(SmartFolderStore::check({original, copy}));
+    EXPECT_EQ(withOwnIdentifiers(copy, {}, ids), copy);
+    auto twice = copy;
+    twice.rules += twice.rules.first();
+    EXPECT_TRUE(SmartFolderStore::check({original, withOwnIdentifiers(twice, {original}, ids)}));
 }
 
 } // namespace

@@ -264,18 +264,65 @@ TEST_F(SmartFolderDrafts, WhatIsTypedIsSuggestedFromWhatApplicationsHave) {
         SmartFolderAppFacts one;
         one.entry.category = QString::fromLatin1(category);
         one.version = u"1.10"_s;
+        one.architectures = QStringList{u"arm64"_s, u"arm64e"_s};
         facts.append(std::make_shared<const SmartFolderAppFacts>(one));
     }
     QTemporaryDir folder;
     const FileSystem files(folder.path());
     SmartFolderDraft d = fresh();
     d.setField(0, u"category"_s);
-    EXPECT_EQ(d.suggestions(0, 0, facts, files), (QStringList{u"tools"_s, u"games"_s}));
+    EXPECT_FALSE(d.hasSuggestions(0, 0)) << "before anything is known";
+    d.setFacts(facts, files);
+    EXPECT_EQ(d.suggestions(0, 0), (QStringList{u"tools"_s, u"games"_s}));
     d.setField(0, u"version"_s);
-    EXPECT_EQ(d.suggestions(0, 0, facts, files), QStringList{u"1.10"_s});
+    EXPECT_EQ(d.suggestions(0, 0), QStringList{u"1.10"_s});
     d.setField(0, u"platform"_s);
-    EXPECT_EQ(d.suggestions(0, 0, facts, files), QStringList());
-    EXPECT_EQ(d.suggestions(0, 3, facts, files), QStringList());
+    EXPECT_EQ(d.suggestions(0, 0), QStringList());
+    EXPECT_EQ(d.suggestions(0, 3), QStringList());
+    // A vocabulary that is open has what is installed besides.
+    d.setField(0, u"architecture"_s);
+    const auto words = d.choices(0, 0);
+    EXPECT_EQ(words.size(), 5);
+    EXPECT_EQ(words.last(), (SmartFolderWord{u"arm64e"_s, u"Apple silicon (arm64e)"_s}));
+    d.choose(0, 0, u"arm64e"_s);
+    EXPECT_EQ(d.row(0).operands.first().text, u"Apple silicon (arm64e)");
+}
+
+TEST_F(SmartFolderDrafts, StepsNumbersAndPicksDays) {
+    SmartFolderDraft d = fresh();
+    d.setField(0, u"launchCount"_s);
+    d.type(0, 0, u"x"_s);
+    d.step(0, 0, 3);
+    EXPECT_EQ(predicateIn<SmartFolderNumberRule>(d), SmartFolderNumberPredicate(IsAbove<double>(3)));
+    EXPECT_EQ(issue(d), QString());
+    EXPECT_FALSE(d.day(0, 0));
+
+    d.setField(0, u"installedDate"_s); // "is within the last 7 days"
+    d.step(0, 0, -100);
+    EXPECT_EQ(d.row(0).operands.first().text, u"1");
+    d.setPredicate(0, u"isAfter"_s);
+    d.chooseDay(0, 0, QDate(2026, 3, 28));
+    d.step(0, 0, 1); // a day of 23 hours
+    EXPECT_EQ(d.day(0, 0), QDate(2026, 3, 29));
+    const Instant end = std::get<IsAfter>(predicateIn<SmartFolderDateRule>(d)).value();
+    EXPECT_GT(end, at("2026-03-29T21:59:59Z"));
+    EXPECT_LT(end, at("2026-03-29T22:00:00Z"));
+
+    const SmartFolderMonth month = d.month(0, 0, QDate(2026, 3, 5));
+    EXPECT_EQ(month.title, u"March 2026");
+    EXPECT_EQ(month.weekdays.first(), u"S");
+    ASSERT_EQ(month.days.size(), 42);
+    EXPECT_EQ(month.days[0].date, QDate(2026, 3, 1)); // a Sunday, with which weeks begin here
+    EXPECT_TRUE(month.days[28].isChosen && month.days[28].isInMonth);
+    EXPECT_FALSE(month.days[31].isInMonth || month.days[27].isChosen);
+    EXPECT_EQ(typing(u"de_DE"_s).month(QDate(2026, 3, 5), {}, {}).days[0].date, QDate(2026, 2, 23));
+
+    d.setHasLimit(true);
+    d.typeLimit(u"x"_s);
+    d.stepLimit(-1);
+    EXPECT_EQ(d.limitText(), u"24");
+    d.stepLimit(1'000);
+    EXPECT_EQ(d.limitText(), u"500");
 }
 
 } // namespace

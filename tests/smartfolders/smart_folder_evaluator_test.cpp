@@ -1,6 +1,7 @@
 #include "smartfolders/smart_folder_evaluator.h"
 
 #include "plain_evaluation.h"
+#include "smartfolders/smart_folder_notice.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
@@ -106,6 +107,25 @@ TEST_F(SmartFolderEvaluators, AMissingFactIsNeitherAMatchNorAMiss) {
     d = definition({rule<SmartFolderTextRule>("developer", IsUnknown())});
     EXPECT_EQ(shown(d), "none");
     EXPECT_EQ(evaluate(d).unknownRuleIDs, QSet<QUuid>());
+    // A fact that is still being gathered is not unknown: nobody knows yet.
+    add("soon").pending = SmartFolderNeed::signature;
+    EXPECT_EQ(shown(d), "none");
+    EXPECT_EQ(evaluate(d).unknownRuleIDs, QSet{d.rules[0].id()});
+    EXPECT_EQ(evaluate(d).waitingRuleIDs, QSet{d.rules[0].id()});
+    // The notice names the rules that are undecided, and why they are, not those that are decided.
+    d.rules += rule<SmartFolderTextRule>("displayName", Contains(vendor));
+    d.rules += rule<SmartFolderTextRule>("publisher", Contains(vendor));
+    d.rules += rule<SmartFolderChoiceRule>("updateStatus", IsUnknown());
+    const QString off = QStringLiteral("Checking is off.");
+    EXPECT_EQ(smartFolderNotice(d, evaluate(d), off),
+              QStringLiteral("Still gathering… (Developer) Some app details are unavailable, so those "
+                             "rules cannot be evaluated yet. (Publisher)"));
+    d.rules = {rule<SmartFolderChoiceRule>("updateStatus", IsValue<QString>(QStringLiteral("failed")))};
+    EXPECT_EQ(smartFolderNotice(d, evaluate(d), off), off);
+    d = definition({rule<SmartFolderTextRule>("publisher", IsUnknown())}); // which needs no signature
+    EXPECT_EQ(shown(d), "empty ms none soon");
+    EXPECT_TRUE(evaluate(d).unknownRuleIDs.isEmpty());
+    apps.pop_back();
     d = definition({rule<SmartFolderTextRule>("developer", DoesNotContain(vendor))});
     EXPECT_EQ(shown(d), "empty");
 

@@ -1,0 +1,113 @@
+#include "smartfolders/bundle_tools.h"
+
+#include <QRegularExpression>
+
+namespace tessellar {
+
+namespace {
+
+constexpr int timeoutsBeforeGivingUp = 3;
+constexpr std::uint64_t maximumToolOutput = 64u << 10;
+constexpr qsizetype maximumArchitectures = 16;
+
+} // namespace
+
+SignatureFindings parseSignature(const QByteArray& output) {
+    static const QByteArray authority = "Authority=Developer ID Application: ";
+    static const QByteArray system = "Authority=Software Signing";
+    static const QByteArray team = "TeamIdentifier=";
+    static const QRegularExpression teamSuffix(QStringLiteral(R"(\s*\([0-9A-Z]{10}\)$)"));
+    SignatureFindings result;
+    for (const QByteArray& line : output.split('\n')) {
+        if (!result.developer && line.startsWith(authority)) {
+            result.developer =
+                QString::fromUtf8(line.sliced(authority.size())).trimmed().remove(teamSuffix);
+        } else if (!result.developer && line == system) {
+            result.developer = systemDeveloper;
+        } else if (!result.teamID && line.startsWith(team)) {
+            const QString identifier = QString::fromUtf8(line.sliced(team.size())).trimmed();
+            if (identifier != u"not set")
+                result.teamID = identifier;
+        }
+    }
+    if (result.developer && result.developer->isEmpty())
+        result.developer.reset();
+    if (result.teamID && result.teamID->isEmpty())
+        result.teamID.reset();
+    return result;
+}
+
+std::optional<QStringList> parseArchitectures(const QByteArray& output) {
+    static const QRegularExpression name(QStringLiteral("^[0-9A-Za-z_]{1,32}$"));
+    const QStringList words = QString::fromLatin1(output).split(
+        QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+    if (words.isEmpty() || words.size() > maximumArchitectures ||
+        !std::ranges::all_of(words, [](const QString& word) { return name.match(word).hasMatch(); }))
+        return std::nullopt;
+    return words;
+}
+
+BundleTools::BundleTools(const Machine& machine)
+    : _machine(machine)
+    , _lipo{.path = QStringLiteral("/usr/bin/lipo"),
+            .timeout = std::chrono::seconds(5),
+            .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/bin/lipo"))}
+    , _codesign{.path = QStringLiteral("/usr/bin/codesign"),
+                .timeout = std::chrono::seconds(10),
+                .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/bin/codesign"))} {}
+
+bool BundleTools::Tool::isUsable() const { return isThere && timeouts < timeoutsBeforeGivingUp; }
+
+std::optional<ToolAnswer<CommandResult>> BundleTools::run(Tool& tool, QList<QByteArray> arguments,
+                                                          const QString& path, std::stop_token stop) {
+    using Outcome = CommandResult::Outcome;
+    if (!tool.isUsable() || stop.stop_requested())
+        return std::nullopt;
+    // The tool follows links on the host; here they have to lead inside the root.
+    const auto resolved = _machine.files.resolved(path);
+    if (!resolved)
+        return ToolAnswer<CommandResult>();
+    arguments.append(_machine.files.hostPath(*resolved));
+    // A line break in a path would let a bundle write lines of its own into the output.
+    if (arguments.last().contains('\n') || arguments.last().contains('\r'))
+        return ToolAnswer<CommandResult>();
+    CommandResult result = _machine.commands.run({.executable = _machine.files.hostPath(tool.path),
+                                                  .arguments = std::move(arguments),
+                                                  .environment = _machine.environment,
+                                                  .timeout = tool.timeout,
+                                                  .maximumOutput = maximumToolOutput},
+                                                 stop);
+    if (result.outcome == Outcome::timedOut)
+        ++tool.timeouts;
+    if (result.outcome == Outcome::cancelled || result.outcome == Outcome::couldNotLaunch)
+        return std::nullopt;
+    ToolAnswer<CommandResult> answer{.isLasting = result.outcome == Outcome::exited};
+    if (result.succeeded() && !result.outputTruncated)
+        answer.findings = std::move(result);
+    return answer;
+}
+
+std::optional<ToolAnswer<QStringList>> BundleTools::architectures(const QString& executablePath,
+                                                                  std::stop_token stop) {
+    if (!_machine.files.isRegularFile(executablePath))
+        return ToolAnswer<QStringList>();
+    const auto answer = run(_lipo, {"-archs"}, executablePath, std::move(stop));
+    if (!answer)
+        return std::nullopt;
+    return ToolAnswer<QStringList>{
+        answer->findings ? parseArchitectures(answer->findings->standardOutput) : std::nullopt,
+        answer->isLasting};
+}
+
+std::optional<ToolAnswer<SignatureFindings>> BundleTools::signature(const QString& bundlePath,
+                                                                    std::stop_token stop) {
+    const auto answer = run(_codesign, {"-dvv"}, bundlePath, std::move(stop));
+    if (!answer)
+        return std::nullopt;
+    return ToolAnswer<SignatureFindings>{
+        answer->findings ? std::optional(parseSignature(answer->findings->standardError))
+                         : std::nullopt,
+        answer->isLasting};
+}
+
+} // namespace tessellar
