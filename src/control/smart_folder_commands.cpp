@@ -78,10 +78,17 @@ void answerWithValidation(const Call& call, const SmartFolderDefinition& definit
                   QStringLiteral("%1  %2").arg(toText(definition.id), definition.name));
 }
 
-/// The facts of now; what is known of updates is among them.
+/// The facts of now; what is known of updates is among them. Which applications are Homebrew's is asked
+/// of it where that matters and was never asked before.
 void gatherFacts(const Call& call, SmartFolderNeeds needs, const std::function<void()>& done) {
-    call->launcher().updates().whenKnown(
-        [call, needs, done] { call->launcher().smartFolders().gatherFacts(needs, done); });
+    LauncherUpdates& updates = call->launcher().updates();
+    const auto known = [call, needs, done] {
+        call->launcher().smartFolders().gatherFacts(needs, done);
+    };
+    if (needs & SmartFolderNeed::channels)
+        updates.whenChannelsKnown(known);
+    else
+        updates.whenKnown(known);
 }
 
 void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definition,

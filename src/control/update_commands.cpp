@@ -3,16 +3,18 @@
 #include "control/command_set.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_updates.h"
+#include "updates/outside_words.h"
 
 namespace tessellar {
 namespace {
 
 QString name(const Call& call, const QString& appKey) {
     const AppEntry* app = call->launcher().applications().withKey(appKey);
-    return app ? app->name : appKey;
+    return onOneLine(app ? app->name : appKey, 200);
 }
 
-/// A record in the form of the cache, with the application's channel and the way its update comes.
+/// A record in the form of the cache, with the application's channel, the way its update comes, and
+/// where its version is known from.
 QJsonObject described(const Call& call, const QString& appKey,
                       const std::optional<AppUpdateRecord>& record) {
     const LauncherUpdates& updates = call->launcher().updates();
@@ -21,24 +23,32 @@ QJsonObject described(const Call& call, const QString& appKey,
         object[QStringLiteral("channel")] = json::encode(*channel);
     if (const auto action = updates.actionKind(appKey))
         object[QStringLiteral("action")] = json::rawValue(*action);
+    if (const auto source = updates.sourceText(appKey))
+        object[QStringLiteral("source")] = source->explanation;
+    if (const auto why = updates.reason(appKey))
+        object[QStringLiteral("reason")] =
+            QJsonObject{{QStringLiteral("code"), json::rawValue(why->code)},
+                        {QStringLiteral("message"), message(*why)}};
+    if (const auto version = updates.skipped(appKey))
+        object[QStringLiteral("skipped")] = *version;
+    if (updates.isHeld(appKey))
+        object[QStringLiteral("isHeld")] = true;
+    if (const QString running = updates.runningText(appKey); !running.isEmpty())
+        object[QStringLiteral("running")] = running;
     return object;
 }
 
-QString statusText(const std::optional<AppUpdateRecord>& record) {
-    if (!record)
-        return QStringLiteral("Not checked");
-    static const std::array texts{QStringLiteral("Up to date"), QString(),
-                                  QStringLiteral("Its source cannot tell"),
-                                  QStringLiteral("The check failed")};
-    const auto text = [&](const AppUpdateStatus& status) {
-        const auto* update = std::get_if<UpdateAvailable>(&status);
-        return update ? update_texts::available(record->installedVersion, update->latestVersion)
-                      : texts[status.index()];
-    };
-    const QString last = text(record->status);
-    return record->lastKnownStatus
-               ? QStringLiteral("%1. Before: %2").arg(last, text(*record->lastKnownStatus))
-               : last;
+QString statusText(const Call& call, const QString& appKey,
+                   const std::optional<AppUpdateRecord>& record) {
+    const LauncherUpdates& updates = call->launcher().updates();
+    const QString running = updates.runningText(appKey);
+    if (!running.isEmpty())
+        return running;
+    const auto why = record ? std::nullopt : updates.reason(appKey);
+    const QString known = record ? update_texts::status(*record)
+                          : why  ? message(*why)
+                                 : QStringLiteral("Not checked");
+    return updates.isHeld(appKey) ? update_texts::held + QStringLiteral(". ") + known : known;
 }
 
 QString channelText(const AppUpdateChannel& channel) {
@@ -48,7 +58,7 @@ QString channelText(const AppUpdateChannel& channel) {
     if (const auto* store = std::get_if<MacAppStoreChannel>(&channel))
         return kind + u' ' + QString::number(store->itemIdentifier);
     const QString feed = std::get<SparkleChannel>(channel).feedUrl;
-    return feed.isEmpty() ? kind : kind + u' ' + feed;
+    return feed.isEmpty() ? kind : kind + u' ' + onOneLine(feed, 1'000);
 }
 
 bool refuseUnknown(const Call& call, const QString& appKey) {
@@ -61,51 +71,74 @@ bool refuseUnknown(const Call& call, const QString& appKey) {
 void answerWithStatus(const Call& call, const QString& appKey) {
     const LauncherUpdates& updates = call->launcher().updates();
     const auto record = updates.record(appKey);
-    QString lines = statusText(record) + u'\n';
+    QStringList lines{statusText(call, appKey, record)};
     if (const auto channel = updates.channel(appKey))
-        lines += channelText(*channel) + u'\n';
-    call->succeed(described(call, appKey, record), lines + updates.actionLabel(appKey));
+        lines.append(channelText(*channel));
+    lines.append(updates.actionLabel(appKey));
+    if (const auto source = updates.sourceText(appKey))
+        lines.append(source->explanation);
+    if (record && record->notes)
+        for (const QString& notes : {record->notes->text, record->notes->url})
+            if (!notes.isEmpty())
+                lines.append(notes);
+    call->succeed(described(call, appKey, record), lines.join(u'\n'));
 }
 
-void answerWithStatuses(const Call& call) {
+/// All that can be checked, or all that has no plain answer, with the reason.
+void answerWithStatuses(const Call& call, bool isUnchecked) {
     const LauncherUpdates& updates = call->launcher().updates();
     QJsonObject records;
     QString lines;
     for (const AppEntry& app : call->launcher().applications().all()) {
         const QString key = appKey(app);
         const auto record = updates.record(key);
-        if (!record && !updates.channel(key))
+        const bool isListed =
+            isUnchecked ? updates.reason(key) && !updates.isHeld(key) : record || updates.channel(key);
+        if (!isListed)
             continue;
         records.insert(key, described(call, key, record));
-        lines += QStringLiteral("%1  %2\n").arg(app.name, statusText(record));
+        lines += QStringLiteral("%1  %2\n").arg(name(call, key), statusText(call, key, record));
     }
     QJsonObject document{{QStringLiteral("records"), records}};
     if (const auto last = updates.lastCheck())
         document[QStringLiteral("lastCheck")] = json::encode(*last);
+    if (const auto problems = updates.problems(); !problems.isEmpty())
+        document[QStringLiteral("problems")] = json::encode(problems);
     call->succeed(document, lines + updates.summary());
 }
 
-/// Calls `answer` once the brews have told, which takes its time; an interruption ends it before.
-void whenChannelsKnown(const Call& call, const std::function<void()>& answer) {
+/// Answers once what is known is read, or once tools have told whose applications they are, which takes
+/// its time; an interruption ends it before.
+void whenKnown(const Call& call, bool asksTools, const std::function<void()>& answer) {
     const auto isOver = std::make_shared<bool>(false);
     call->whenUnwanted([call, isOver] {
         *isOver = true;
         call->fail({QStringLiteral("cancelled"), QStringLiteral("The command was cancelled."), {}});
     });
-    call->launcher().updates().whenChannelsKnown([isOver, answer] {
+    const auto known = [isOver, answer] {
         if (!*isOver)
             answer();
-    });
+    };
+    LauncherUpdates& updates = call->launcher().updates();
+    if (asksTools)
+        updates.whenChannelsKnown(known);
+    else
+        updates.whenKnown(known);
 }
 
 void addStatus(CommandSet& set, CLI::App* group) {
-    CLI::App* status = set.add("status", "What the last check found", group);
+    CLI::App* status =
+        set.add("status", "What the last check found; nothing is asked, not even Homebrew", group);
     auto wanted = std::make_shared<std::string>();
+    auto refresh = std::make_shared<bool>(false);
+    auto unchecked = std::make_shared<bool>(false);
     status->add_option("appkey", *wanted, "One application; without it all that can be checked");
-    set.onRun(status, CommandNeeds::launcher, [wanted](const Call& call) {
-        whenChannelsKnown(call, [call, wanted] {
+    status->add_flag("--refresh", *refresh, "Ask tools first whose applications they are");
+    status->add_flag("--unchecked", *unchecked, "The applications that have no plain answer, and why");
+    set.onRun(status, CommandNeeds::launcher, [wanted, refresh, unchecked](const Call& call) {
+        whenKnown(call, *refresh, [call, wanted, unchecked] {
             if (wanted->empty())
-                answerWithStatuses(call);
+                answerWithStatuses(call, *unchecked);
             else if (!refuseUnknown(call, text(wanted)))
                 answerWithStatus(call, text(wanted));
         });
@@ -115,7 +148,7 @@ void addStatus(CommandSet& set, CLI::App* group) {
 void addChannels(CommandSet& set, CLI::App* group) {
     set.onRun(set.add("channels", "Where version information of applications comes from", group),
               CommandNeeds::launcher, [](const Call& call) {
-                  whenChannelsKnown(call, [call] {
+                  whenKnown(call, true, [call] {
                       const auto channels = call->launcher().updates().channels();
                       QJsonObject object;
                       QString lines;
@@ -124,7 +157,8 @@ void addChannels(CommandSet& set, CLI::App* group) {
                           if (channel == channels.constEnd())
                               continue;
                           object.insert(channel.key(), json::encode(*channel));
-                          lines += QStringLiteral("%1  %2\n").arg(app.name, channelText(*channel));
+                          lines += QStringLiteral("%1  %2\n")
+                                       .arg(name(call, channel.key()), channelText(*channel));
                       }
                       call->succeed(object, lines);
                   });
@@ -134,11 +168,11 @@ void addChannels(CommandSet& set, CLI::App* group) {
 // ---- checks
 
 QString progressText(const AppUpdateProgress& progress) {
-    return progress.total == 0 ? update_texts::summary(true, 0, {})
+    return progress.total == 0 ? update_texts::checking
                                : QStringLiteral("Checked %1 of %2  %3")
                                      .arg(progress.checked)
                                      .arg(progress.total)
-                                     .arg(progress.currentAppName);
+                                     .arg(onOneLine(progress.currentAppName, 200));
 }
 
 void showResult(const Call& call, const QString& appKey, const AppUpdateRecord& record) {
@@ -149,7 +183,8 @@ void showResult(const Call& call, const QString& appKey, const AppUpdateRecord& 
     if (!call->options.json && !isWorthALine)
         return;
     call->showProgress({});
-    call->print(object, QStringLiteral("%1  %2").arg(name(call, appKey), statusText(record)));
+    call->print(object,
+                QStringLiteral("%1  %2").arg(name(call, appKey), statusText(call, appKey, record)));
 }
 
 void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcome) {
@@ -163,6 +198,8 @@ void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcom
     if (const auto saved = updates.flush(); !saved)
         return call->fail(saved.error());
     QJsonObject document{{QStringLiteral("availableUpdateCount"), updates.availableCount()}};
+    if (const auto problems = updates.problems(); !problems.isEmpty())
+        document[QStringLiteral("problems")] = json::encode(problems);
     if (const auto last = updates.lastCheck())
         document[QStringLiteral("lastCheck")] = json::encode(*last);
     call->succeed(document, updates.summary());
@@ -196,41 +233,122 @@ void addCheck(CommandSet& set, CLI::App* group) {
 
 // ---- updates
 
-void addRun(CommandSet& set, CLI::App* group) {
-    CLI::App* run =
-        set.add("run", "Bring an application up to date, by the way its updates come", group);
-    auto yes = std::make_shared<bool>(false);
-    run->add_flag("--yes", *yes, "Go on where the launcher would ask first");
-    set.onRun(
-        run, CommandNeeds::launcherUntilStopped,
-        [key = word(run, "appkey", ""), yes](const Call& call) {
-            if (refuseUnknown(call, text(key)))
+/// Each step of the updates that run, on a line that the next one takes the place of.
+void showSteps(const Call& call) {
+    LauncherUpdates& updates = call->launcher().updates();
+    call->held.push_back(std::make_shared<Subscription>(
+        updates.ran.connect([call = std::weak_ptr(call)](const QString& key) {
+            const Call running = call.lock();
+            if (!running)
                 return;
-            const auto asked = std::make_shared<QString>();
-            const auto answer = [yes, asked](const LauncherQuestion& question,
-                                             const std::function<void(bool)>& reply) {
-                *asked = QStringLiteral("%1 %2 --yes goes on.").arg(question.title, question.text);
-                reply(*yes);
-            };
+            const LauncherUpdates& told = running->launcher().updates();
+            const auto state = told.actionState(key);
+            if (!state || state->kind != AppUpdateActionState::Kind::running)
+                return;
+            const QString step = state->message.isEmpty() ? told.runningText(key) : state->message;
+            running->showProgress(
+                QStringLiteral("%1  %2 %3").arg(name(running, key), step, state->detail).trimmed());
+        })));
+}
+
+void endRun(const Call& call, const QStringList& keys,
+            const std::expected<QString, LauncherError>& outcome, const QString& asked) {
+    call->showProgress({});
+    if (!outcome)
+        return call->fail(outcome.error().code == u"declined"
+                              ? LauncherError{QStringLiteral("confirmationRequired"), asked, {}}
+                              : outcome.error());
+    LauncherUpdates& updates = call->launcher().updates();
+    if (const auto saved = updates.flush(); !saved)
+        return call->fail(saved.error());
+    QJsonObject document;
+    QString lines = *outcome;
+    for (const QString& key : keys) {
+        const auto record = updates.record(key);
+        QJsonObject object = described(call, key, record);
+        if (const auto state = updates.actionState(key))
+            object[QStringLiteral("message")] = state->message;
+        if (keys.size() == 1) {
+            document = object;
+            if (record && !outcome->isEmpty())
+                lines += u'\n' + statusText(call, key, record);
+        } else {
+            document[key] = object;
+        }
+    }
+    call->succeed(document, lines);
+}
+
+void addRun(CommandSet& set, CLI::App* group) {
+    CLI::App* run = set.add("run",
+                            "Bring applications up to date, by the way their updates come; an update "
+                            "that was begun goes on "
+                            "when the launcher ends, and is taken up by the next one",
+                            group);
+    auto wanted = std::make_shared<std::vector<std::string>>();
+    auto all = std::make_shared<bool>(false);
+    auto yes = std::make_shared<bool>(false);
+    CLI::Option* keys = run->add_option("appkey", *wanted, "Applications, one after the other");
+    run->add_flag("--all", *all, "All that Homebrew or Microsoft AutoUpdate can update")
+        ->excludes(keys);
+    run->add_flag("--yes", *yes, "Go on where the launcher would ask first");
+    set.onRun(run, CommandNeeds::launcherUntilStopped, [wanted, all, yes](const Call& call) {
+        QStringList given;
+        for (const std::string& word : *wanted)
+            given.append(QString::fromStdString(word));
+        if (given.isEmpty() && !*all)
+            return call->fail(
+                {QStringLiteral("usage"), QStringLiteral("Name an application, or say --all."), {}},
+                ExitStatus::wrongUsage);
+        for (const QString& key : std::as_const(given))
+            if (refuseUnknown(call, key))
+                return;
+        showSteps(call);
+        const auto asked = std::make_shared<QString>();
+        const auto answer = [yes, asked](const LauncherQuestion& question,
+                                         const std::function<void(bool)>& reply) {
+            *asked = QStringLiteral("%1 %2 --yes goes on.").arg(question.title, question.text);
+            reply(*yes);
+        };
+        LauncherUpdates& updates = call->launcher().updates();
+        const auto begin = [call, answer, asked](const QStringList& keys) {
             call->whenUnwanted(call->launcher().updates().run(
-                text(key), answer,
-                [call, key, asked](const std::expected<QString, LauncherError>& outcome) {
-                    if (!outcome)
-                        return call->fail(
-                            outcome.error().code == u"declined"
-                                ? LauncherError{QStringLiteral("confirmationRequired"), *asked, {}}
-                                : outcome.error());
-                    LauncherUpdates& updates = call->launcher().updates();
-                    if (const auto saved = updates.flush(); !saved)
-                        return call->fail(saved.error());
-                    const auto record = updates.record(text(key));
-                    QJsonObject document = described(call, text(key), record);
-                    document[QStringLiteral("message")] = *outcome;
-                    call->succeed(document, record && !outcome->isEmpty()
-                                                ? *outcome + u'\n' + statusText(record)
-                                                : *outcome);
+                keys, answer,
+                [call, keys, asked](const std::expected<QString, LauncherError>& outcome) {
+                    endRun(call, keys, outcome, *asked);
                 }));
+        };
+        if (!*all)
+            return begin(given);
+        updates.whenKnown([call, begin] {
+            const QStringList keys = call->launcher().updates().runnable();
+            if (keys.isEmpty())
+                return call->succeed(QJsonObject(), QStringLiteral("There is nothing to update."));
+            begin(keys);
         });
+    });
+}
+
+// ---- what the user does not want to hear of
+
+void addSkip(CommandSet& set, CLI::App* group) {
+    CLI::App* skip = set.add("skip", "Do not offer the version that is available now", group);
+    auto every = std::make_shared<bool>(false);
+    const Word skipped = word(skip, "appkey", "");
+    skip->add_flag("--every-version", *every, "Nor any other version of this application");
+    set.onRun(skip, CommandNeeds::launcher, [skipped, every](const Call& call) {
+        whenKnown(call, false, [call, skipped, every] {
+            if (!refuseUnknown(call, text(skipped)))
+                call->answer(call->launcher().updates().skip(text(skipped), *every));
+        });
+    });
+    CLI::App* unskip = set.add("unskip", "Offer all versions of an application again", group);
+    set.onRun(unskip, CommandNeeds::launcher, [key = word(unskip, "appkey", "")](const Call& call) {
+        whenKnown(call, false, [call, key] {
+            if (!refuseUnknown(call, text(key)))
+                call->answer(call->launcher().updates().unskip(text(key)));
+        });
+    });
 }
 
 } // namespace
@@ -240,6 +358,7 @@ void addUpdateCommands(CommandSet& set) {
     addStatus(set, group);
     addCheck(set, group);
     addRun(set, group);
+    addSkip(set, group);
     addChannels(set, group);
 }
 

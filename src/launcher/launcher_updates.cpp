@@ -21,16 +21,19 @@ static LauncherError launcherError(AppUpdateError error) {
 
 /// What one caller asked for: told of its end once, whatever ends it.
 struct LauncherUpdates::Wish {
-    enum class Stage { waiting, underWay, verifying, over };
+    enum class Stage { waiting, underWay, over };
     Stage stage = Stage::waiting;
     RunDone done;
-    QString text; ///< what is to be said of an update that has come through
 
     void end(const std::expected<QString, LauncherError>& outcome) {
         if (std::exchange(stage, Stage::over) != Stage::over && done)
             std::exchange(done, nullptr)(outcome);
     }
 };
+
+static LauncherError cancelled() {
+    return {QStringLiteral("cancelled"), message(AppUpdateOutcome::cancelled), {}};
+}
 
 LauncherUpdates::LauncherUpdates(Machine& machine, InstalledApplications& applications,
                                  SmartFolderLibrary& smartFolders, LauncherMessages& messages)
@@ -62,7 +65,7 @@ void LauncherUpdates::settingsChanged() {
         return;
     _coordinator->settingsChanged();
     feedSmartFolders();
-    publish();
+    changed.notify();
 }
 
 void LauncherUpdates::want() {
@@ -78,59 +81,63 @@ void LauncherUpdates::want() {
 void LauncherUpdates::loaded(StoredUpdates stored) {
     _isLoading = false;
     _coordinator = std::make_unique<AppUpdateCoordinator>(_machine, std::move(stored));
-    AppUpdateCoordinator& updates = *_coordinator;
-    updates.onStatusesChanged = [this] {
-        feedSmartFolders();
-        publish();
-    };
-    updates.onChannelsChanged = [this] { known(); };
-    updates.onProgress = [this] {
-        if (_watcher.progress)
-            _watcher.progress();
-        publish();
-    };
-    updates.onResult = [this](const QString& appKey, const AppUpdateRecord& record) {
-        if (_watcher.result)
-            _watcher.result(appKey, record);
-    };
-    updates.onActionStatesChanged = [this] { publish(); };
-    updates.presentAlert = [this](const AppUpdateAlert& alert, std::function<void(bool)> answer) {
-        if (!alert.isQuestion)
-            return _messages.alert({QStringLiteral("updateInProgress"), alert.title, {}});
-        _asker({.title = alert.title, .text = alert.text, .accept = QStringLiteral("Update")},
-               std::move(answer));
-    };
-    updates.beginExternalSystemUI = [this] {
-        ++_externalUpdaters;
-        publish();
-    };
-    updates.endExternalSystemUI = [this] {
-        --_externalUpdaters;
-        publish();
-    };
-    updates.onUpdateCompleted = [this](const QString& appKey) {
-        _applications.look();
-        const auto verified = _verified.values(appKey);
-        _verified.remove(appKey);
-        for (const auto& told : verified)
-            told();
-    };
+    _events = _coordinator->events.connect([this](const AppUpdateEvent& event) { heard(event); });
     if (_isScheduleWanted)
-        updates.start();
-    updates.updateApps(_applications.all());
+        _coordinator->start();
+    _coordinator->updateApps(_applications.all());
 }
 
-/// What the bundles say is known, or what the brews say.
+/// All that the coordinator has to say comes in here.
+void LauncherUpdates::heard(const AppUpdateEvent& event) {
+    using Kind = AppUpdateEvent::Kind;
+    switch (event.kind) {
+    case Kind::inspected:
+        return known();
+    case Kind::changed:
+        feedSmartFolders();
+        return changed.notify();
+    case Kind::progressed:
+        if (_watcher.progress)
+            _watcher.progress();
+        return;
+    case Kind::recorded:
+        if (const auto found = record(event.appKey); found && _watcher.result)
+            _watcher.result(event.appKey, *found);
+        return;
+    case Kind::actionChanged: {
+        const auto state = actionState(event.appKey);
+        const bool isPasswordAsked =
+            state && state->phase == AppUpdateActionState::Phase::password && !state->isOver();
+        // Its window would lie below a launcher that fills the screen.
+        if (!std::exchange(_wasPasswordAsked, isPasswordAsked) && isPasswordAsked)
+            opened.notify();
+        return ran.notify(event.appKey);
+    }
+    case Kind::updated:
+        return _applications.look();
+    }
+}
+
+/// What the bundles say is known.
 void LauncherUpdates::known() {
     _isKnown = true;
     feedSmartFolders();
-    publish();
     for (const auto& done : std::exchange(_waiting, {}))
         done();
+    // Which applications are Homebrew's, their bundles do not say; smart folders are not to guess.
+    if (!_coordinator->areChannelsKnown() &&
+        (_smartFolders.needs() & SmartFolderNeed::channels))
+        _coordinator->learnChannels([] {});
 }
 
-void LauncherUpdates::startSchedule() {
+void LauncherUpdates::startSchedule(std::unique_ptr<NetworkWatch> network) {
     _isScheduleWanted = true;
+    _network = std::move(network);
+    if (_network)
+        _networkReturned = _network->returned.connect([this] {
+            if (_coordinator)
+                _coordinator->networkReturned();
+        });
     want();
     if (_coordinator)
         _coordinator->start();
@@ -161,7 +168,7 @@ void LauncherUpdates::feedSmartFolders() {
     facts.updateCheckingEnabled = isEnabled();
     facts.updateStatuses.clear();
     facts.distributionChannels.clear();
-    const AppUpdateStatuses& statuses = _coordinator->knownStatuses();
+    const AppUpdateStatuses& statuses = _coordinator->statuses();
     if (facts.updateCheckingEnabled)
         for (auto it = statuses.constBegin(); it != statuses.constEnd(); ++it)
             facts.updateStatuses.insert(it.key(), static_cast<SmartFolderUpdateState>(it->index()));
@@ -169,21 +176,9 @@ void LauncherUpdates::feedSmartFolders() {
                                          SmartFolderDistributionChannel::macAppStore,
                                          SmartFolderDistributionChannel::sparkle};
     for (const AppEntry& app : _applications.all())
-        if (const auto kind = _coordinator->channelKind(appKey(app)))
-            facts.distributionChannels.insert(appKey(app), channels[static_cast<std::size_t>(*kind)]);
+        if (const auto channel = _coordinator->channel(appKey(app)))
+            facts.distributionChannels.insert(appKey(app), channels[channel->index()]);
     _smartFolders.setRuntimeFacts(std::move(facts));
-}
-
-void LauncherUpdates::publish() {
-    _isPublishWanted = true;
-    if (_publishTimer.isActive())
-        return;
-    _isPublishWanted = false;
-    _publishTimer = _machine.scheduler.after(AppUpdateCoordinator::publishInterval, [this] {
-        if (_isPublishWanted)
-            publish();
-    });
-    changed.notify();
 }
 
 // ---- of one application
@@ -220,13 +215,7 @@ std::optional<AppUpdateChannel> LauncherUpdates::channel(const QString& appKey) 
 
 std::optional<AppUpdateActionKind> LauncherUpdates::actionKind(const QString& appKey) const {
     const auto action = _coordinator ? _coordinator->action(appKey) : std::nullopt;
-    if (!action)
-        return std::nullopt;
-    // A cask's update runs through its brew, also while that one was not asked for its casks.
-    if (!_coordinator->areChannelsKnown() &&
-        _coordinator->channelKind(appKey) == AppUpdateChannelKind::homebrewCask)
-        return AppUpdateActionKind::homebrew;
-    return kindOf(*action);
+    return action ? std::optional(kindOf(*action)) : std::nullopt;
 }
 
 QString LauncherUpdates::actionLabel(const QString& appKey) const {
@@ -235,19 +224,54 @@ QString LauncherUpdates::actionLabel(const QString& appKey) const {
 }
 
 std::optional<AppUpdateActionState> LauncherUpdates::actionState(const QString& appKey) const {
-    if (!_coordinator || !_coordinator->actionStates().contains(appKey))
-        return std::nullopt;
-    return _coordinator->actionStates()[appKey];
+    return _coordinator ? _coordinator->runner().state(appKey) : std::nullopt;
+}
+
+QString LauncherUpdates::runningText(const QString& appKey) const {
+    using Kind = AppUpdateActionState::Kind;
+    const auto state = actionState(appKey);
+    if (!state || state->isOver())
+        return {};
+    return state->kind == Kind::waiting ? QStringLiteral("Waiting for the updates before it…")
+                                        : text(state->phase);
 }
 
 std::optional<AppUpdateSourceText> LauncherUpdates::sourceText(const QString& appKey) const {
     const AppUpdateCandidate* installed = _coordinator ? _coordinator->candidate(appKey) : nullptr;
-    if (!installed)
-        return std::nullopt;
-    auto from = _coordinator->channel(appKey);
-    if (_coordinator->channelKind(appKey) == AppUpdateChannelKind::homebrewCask)
-        from = HomebrewCaskChannel();
-    return tessellar::sourceText(from, *installed);
+    return installed ? std::optional(tessellar::sourceText(_coordinator->channel(appKey), *installed))
+                     : std::nullopt;
+}
+
+std::optional<AppUpdateReason> LauncherUpdates::reason(const QString& appKey) const {
+    return _coordinator ? _coordinator->reason(appKey) : std::nullopt;
+}
+
+// ---- what the user does not want to hear of
+
+LauncherUpdates::Outcome LauncherUpdates::skip(const QString& appKey, bool everyVersion) {
+    const auto found = record(appKey);
+    const auto* update = found ? std::get_if<UpdateAvailable>(&found->knownStatus()) : nullptr;
+    if (!_coordinator || !_coordinator->candidate(appKey))
+        return std::unexpected(InstalledApplications::unknown(appKey));
+    if (!update && !everyVersion)
+        return std::unexpected(LauncherError{
+            QStringLiteral("noUpdate"), QStringLiteral("There is no update to skip."), {}});
+    _coordinator->skip(appKey, everyVersion ? std::nullopt : std::optional(update->latestVersion));
+    return flush();
+}
+
+LauncherUpdates::Outcome LauncherUpdates::unskip(const QString& appKey) {
+    if (_coordinator)
+        _coordinator->unskip(appKey);
+    return flush();
+}
+
+bool LauncherUpdates::isHeld(const QString& appKey) const {
+    return _coordinator && _coordinator->isHeld(appKey);
+}
+
+std::optional<QString> LauncherUpdates::skipped(const QString& appKey) const {
+    return _coordinator ? _coordinator->skipped(appKey) : std::nullopt;
 }
 
 // ---- of all
@@ -269,7 +293,11 @@ QHash<QString, AppUpdateChannel> LauncherUpdates::channels() const {
 }
 
 std::optional<QString> LauncherUpdates::activeAppKey() const {
-    return _coordinator ? _coordinator->activeUpdateAppKey() : std::nullopt;
+    return _coordinator ? _coordinator->runner().activeAppKey() : std::nullopt;
+}
+
+QList<AppUpdateProblem> LauncherUpdates::problems() const {
+    return _coordinator ? _coordinator->problems() : QList<AppUpdateProblem>();
 }
 
 // ---- settings
@@ -306,7 +334,10 @@ QString LauncherUpdates::summary() const {
                                  static_cast<qint64>(date->unixSeconds() * 1'000), zone),
                              QLocale::ShortFormat);
     }
-    return update_texts::summary(isChecking(), availableCount(), last);
+    if (isChecking())
+        return update_texts::checking;
+    return update_texts::summary(_coordinator ? _coordinator->tally() : AppUpdateTally(), problems(),
+                                 last);
 }
 
 // ---- checks
@@ -354,7 +385,7 @@ std::function<void()> LauncherUpdates::check(std::optional<AppUpdateChannelKind>
 
 void LauncherUpdates::cancelRun() {
     if (_coordinator)
-        _coordinator->cancelAction();
+        _coordinator->runner().cancel();
 }
 
 void LauncherUpdates::cancelCheck() {
@@ -373,69 +404,123 @@ AppUpdateProgress LauncherUpdates::progress() const {
 void LauncherUpdates::run(const QString& appKey) {
     if (activeAppKey() == appKey)
         return;
-    run(appKey, _messages.asker(), [this](const std::expected<QString, LauncherError>& outcome) {
-        if (!outcome && outcome.error().code != u"declined")
+    run(QStringList{appKey}, _messages.asker(),
+        [this](const std::expected<QString, LauncherError>& outcome) {
+            if (outcome && !outcome->isEmpty())
+                _messages.showNotice(*outcome);
+            else if (!outcome && outcome.error().code != u"declined" &&
+                     outcome.error().code != u"cancelled")
+                _messages.alert(outcome.error());
+        });
+}
+
+void LauncherUpdates::runAll() {
+    run(runnable(), _messages.asker(), [this](const std::expected<QString, LauncherError>& outcome) {
+        if (!outcome && outcome.error().code != u"declined" && outcome.error().code != u"cancelled")
             _messages.alert(outcome.error());
     });
 }
 
-std::function<void()> LauncherUpdates::run(const QString& appKey, LauncherAsker asker, RunDone done) {
+QStringList LauncherUpdates::runnable() const {
+    QStringList keys;
+    for (const AppEntry& app : _applications.all()) {
+        const QString key = appKey(app);
+        const auto known = status(key);
+        const auto action = _coordinator ? _coordinator->action(key) : std::nullopt;
+        if (known && std::holds_alternative<UpdateAvailable>(*known) && action && command(*action))
+            keys.append(key);
+    }
+    return keys;
+}
+
+std::function<void()> LauncherUpdates::run(const QStringList& appKeys, LauncherAsker asker,
+                                           RunDone done) {
     using Stage = Wish::Stage;
     const auto wish = std::make_shared<Wish>(Wish{.done = std::move(done)});
-    whenChannelsKnown([this, wish, appKey, asker = std::move(asker)] {
+    const auto begin = [this, wish, appKeys, asker = std::move(asker)] {
         if (wish->stage == Stage::waiting)
-            runKnown(wish, appKey, asker);
+            runKnown(wish, appKeys, asker);
+    };
+    // Who is known to bring the update is not looked for again.
+    whenKnown([this, begin, appKeys] {
+        if (std::ranges::all_of(appKeys,
+                                [this](const QString& key) { return channel(key).has_value(); }))
+            begin();
+        else
+            _coordinator->learnChannels(begin);
     });
     return [this, waiting = std::weak_ptr(wish)] {
         const auto ended = waiting.lock();
         if (!ended)
             return;
         if (ended->stage == Stage::underWay)
-            _coordinator->cancelAction();
-        else if (ended->stage == Stage::verifying)
-            ended->end(ended->text);
+            cancelRun();
         else
-            ended->end(std::unexpected(
-                LauncherError{QStringLiteral("cancelled"),
-                              message({.outcome = AppUpdateCommandResult::Outcome::cancelled}),
-                              {}}));
+            ended->end(std::unexpected(cancelled()));
     };
 }
 
-void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QString& appKey,
+void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QStringList& appKeys,
                                const LauncherAsker& asker) {
-    if (!_coordinator->candidate(appKey))
-        return wish->end(std::unexpected(InstalledApplications::unknown(appKey)));
-    if (_coordinator->activeUpdateAppKey())
-        return wish->end(std::unexpected(
-            LauncherError{QStringLiteral("updateInProgress"), update_texts::alreadyRunning, {}}));
-    _asker = asker;
+    for (const QString& appKey : appKeys)
+        if (!_coordinator->candidate(appKey))
+            return wish->end(std::unexpected(InstalledApplications::unknown(appKey)));
     wish->stage = Wish::Stage::underWay;
-    _coordinator->runAction(appKey,
-                            [this, appKey, wish](const std::optional<AppUpdateActionState>& state) {
-                                runEnded(wish, appKey, state);
-                            });
+    const bool isBegun = _coordinator->runner().update(
+        appKeys,
+        [asker](const AppUpdateQuestion& question, const AppUpdateRunner::Answer& answer) {
+            asker({.title = question.title, .text = question.text, .accept = QStringLiteral("Update")},
+                  answer);
+        },
+        [this, wish, appKeys] { wish->end(outcome(appKeys)); });
+    if (!isBegun)
+        wish->end(std::unexpected(LauncherError{
+            QStringLiteral("updateInProgress"), message(AppUpdateOutcome::alreadyRunning), {}}));
 }
 
-void LauncherUpdates::runEnded(const std::shared_ptr<Wish>& wish, const QString& appKey,
-                               const std::optional<AppUpdateActionState>& state) {
-    if (!state)
-        return wish->end(std::unexpected(LauncherError{QStringLiteral("declined"), {}, {}}));
-    if (state->kind == AppUpdateActionState::Kind::failed) {
-        const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
-        return wish->end(std::unexpected(LauncherError{
-            QStringLiteral("updateFailed"), state->message,
-            QStringLiteral("Could not update “%1”").arg(installed ? installed->name : appKey)}));
+QString LauncherUpdates::name(const QString& appKey) const {
+    const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
+    return installed ? installed->name : appKey;
+}
+
+/// What is to be said of updates that have ended; their failures make one.
+std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList& appKeys) {
+    using Kind = AppUpdateActionState::Kind;
+    QStringList lines;
+    QStringList failures;
+    QString failedName;
+    bool isAnyCancelled = false;
+    bool isAnyKnown = appKeys.isEmpty();
+    for (const QString& appKey : appKeys) {
+        const auto state = actionState(appKey);
+        isAnyKnown = isAnyKnown || state;
+        if (!state)
+            continue;
+        isAnyCancelled = isAnyCancelled || state->kind == Kind::cancelled;
+        if (state->message.isEmpty()) // opened: the rest is the user's
+            // Not before: with its window the launcher may go, and what it was to open would stay
+            // closed.
+            opened.notify();
+        const QString said =
+            state->detail.isEmpty() ? state->message : state->message + u'\n' + state->detail;
+        const QString line = appKeys.size() == 1 ? said : name(appKey) + QStringLiteral(": ") + said;
+        if (state->kind == Kind::failed) {
+            failures.append(line);
+            failedName = name(appKey);
+        } else if (!said.isEmpty()) {
+            lines.append(line);
+        }
     }
-    if (state->message.isEmpty()) { // opened: the rest is the user's
-        // Not before: with its window the launcher may go, and what it was to open would stay closed.
-        opened.notify();
-        return wish->end(QString());
-    }
-    _messages.showNotice(state->message);
-    wish->text = state->message;
-    wish->stage = Wish::Stage::verifying;
-    _verified.insert(appKey, [wish] { wish->end(wish->text); });
+    if (!failures.isEmpty())
+        return std::unexpected(
+            LauncherError{QStringLiteral("updateFailed"), failures.join(u'\n'),
+                          failures.size() == 1 ? QStringLiteral("Could not update “%1”").arg(failedName)
+                                               : QStringLiteral("Could not update some apps")});
+    if (isAnyCancelled)
+        return std::unexpected(cancelled());
+    if (!isAnyKnown)
+        return std::unexpected(LauncherError{QStringLiteral("declined"), {}, {}});
+    return lines.join(u'\n');
 }
 
 LauncherUpdates::Outcome LauncherUpdates::flush() {

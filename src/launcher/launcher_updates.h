@@ -2,11 +2,8 @@
 
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_question.h"
-#include "platform/signal.h"
+#include "platform/network_watch.h"
 #include "updates/app_update_coordinator.h"
-#include "updates/app_update_texts.h"
-
-#include <QMultiHash>
 
 #include <functional>
 #include <memory>
@@ -17,6 +14,7 @@ namespace tessellar {
 class InstalledApplications;
 class LauncherMessages;
 class SmartFolderLibrary;
+struct SmartFolderDefinition;
 
 /// What the launcher knows of updates for the installed applications, and how it brings them.
 ///
@@ -28,8 +26,9 @@ class SmartFolderLibrary;
 ///   channels. The command line never starts the schedule.
 /// - Smart folders get the statuses while checking is switched on and something is known, and the
 ///   channels always; until then rules on them cannot be decided.
-/// - Where a check failed, what was known before stays on the tile and in the folders.
-/// - After an update the application folders are looked at again.
+/// - Where a check failed, what was known before stays on the tile; smart folders say that it failed.
+/// - After an update the application folders are looked at again. An update goes on when the launcher
+///   ends, and whoever starts the schedule next takes it up.
 ///
 /// Main thread only.
 class LauncherUpdates {
@@ -42,11 +41,12 @@ public:
     LauncherUpdates(const LauncherUpdates&) = delete;
     LauncherUpdates& operator=(const LauncherUpdates&) = delete;
 
-    /// Checks from now on as often as the settings say; the window's.
-    void startSchedule();
+    /// Checks from now on as often as the settings say, and soon after the network has returned; the
+    /// window's.
+    void startSchedule(std::unique_ptr<NetworkWatch> network = makeNetworkWatch());
     /// Calls `done` once the cache is read and the applications of the last scan have been looked at.
     void whenKnown(std::function<void()> done);
-    /// The same, and the brews have told which applications are theirs.
+    /// The same, and tools have told which applications are whose: once, it is known from then on.
     void whenChannelsKnown(std::function<void()> done);
     /// True once `whenKnown` would call at once.
     bool isKnown() const { return _isKnown; }
@@ -66,8 +66,20 @@ public:
     QString actionLabel(const QString& appKey) const;
     /// How its update runs or ended, until its next one begins.
     std::optional<AppUpdateActionState> actionState(const QString& appKey) const;
+    /// What is said of that while it runs: "Updating… Downloading."; else empty.
+    QString runningText(const QString& appKey) const;
     /// Where its version and its updates come from, for the information panel.
     std::optional<AppUpdateSourceText> sourceText(const QString& appKey) const;
+    /// Why there is no plain answer about it: no channel, one that cannot tell, or a failed check.
+    std::optional<AppUpdateReason> reason(const QString& appKey) const;
+
+    // What the user does not want to hear of.
+    /// The offered version, or every version of the application.
+    Outcome skip(const QString& appKey, bool everyVersion);
+    Outcome unskip(const QString& appKey);
+    /// True for an update that is skipped, or pinned in Homebrew.
+    bool isHeld(const QString& appKey) const;
+    std::optional<QString> skipped(const QString& appKey) const;
 
     // Of all.
     /// What is known, by app key; see `status`.
@@ -75,11 +87,15 @@ public:
     qsizetype availableCount() const;
     std::optional<Instant> lastCheck() const;
     QHash<QString, AppUpdateChannel> channels() const;
+    /// Channels that could not be asked as a whole.
+    QList<AppUpdateProblem> problems() const;
     /// The application whose update runs.
     std::optional<QString> activeAppKey() const;
     /// True while an updater runs that may show windows of its own, such as a question for a password:
     /// nothing of ours is to lie over them.
-    bool isExternalUpdaterRunning() const { return _externalUpdaters > 0; }
+    bool isExternalUpdaterRunning() const {
+        return _coordinator && _coordinator->runner().isExternalUpdaterRunning();
+    }
 
     // The settings' page; its constant texts are in `update_texts`.
     bool isEnabled() const;
@@ -109,29 +125,29 @@ public:
     // Updates.
     /// Runs the application's update as the window does: asks the user, and says how it went.
     void run(const QString& appKey);
-    /// Asks through `asker`. `done` is called with what is to be said when it has ended and the
-    /// application was checked again; a refusal of the user is "declined". The returned call ends this
-    /// update as that of `check` does; where it has come through, it is not waited for any further.
-    std::function<void()> run(const QString& appKey, LauncherAsker asker,
+    /// The same of all that commands bring, one after the other.
+    void runAll();
+    /// Those that `runAll` updates.
+    QStringList runnable() const;
+    /// Asks through `asker`. `done` is called with what is to be said when all have ended and were
+    /// checked again; a refusal of the user is "declined". The returned call ends this update as that
+    /// of `check` does.
+    std::function<void()> run(const QStringList& appKeys, LauncherAsker asker,
                               std::function<void(std::expected<QString, LauncherError>)> done);
-    /// Ends the update that runs, whoever asked for it.
+    /// Ends the updates that run and wait, whoever asked for them.
     void cancelRun();
 
     /// To be called after a setting was changed.
     void settingsChanged();
 
-    Signal<> changed;       ///< at most every quarter of a second while a check runs
+    Signal<> changed;       ///< at most every quarter of a second
+    Signal<QString> ran;    ///< an update began, came on or ended, at once; by app key
     Signal<> settingStored; ///< by `setEnabled` or `setInterval`
-    Signal<> opened;        ///< something else, where the update goes on: the window goes
+    /// Something else comes to the front, where the update goes on: the window makes way.
+    Signal<> opened;
 
     /// Saves at once what is unsaved.
     Outcome flush();
-
-    /// Blocks until no external tool runs; for tests.
-    void waitForTools() {
-        if (_coordinator)
-            _coordinator->waitForTools();
-    }
 
 private:
     using RunDone = std::function<void(std::expected<QString, LauncherError>)>;
@@ -142,13 +158,14 @@ private:
     Outcome set(const QString& key, const QJsonValue& value);
     void want();
     void loaded(StoredUpdates stored);
+    void heard(const AppUpdateEvent& event);
     void known();
     bool areSmartFoldersInterested() const;
     void feedSmartFolders();
-    void publish();
-    void runKnown(const std::shared_ptr<Wish>& wish, const QString& appKey, const LauncherAsker& asker);
-    void runEnded(const std::shared_ptr<Wish>& wish, const QString& appKey,
-                  const std::optional<AppUpdateActionState>& state);
+    void runKnown(const std::shared_ptr<Wish>& wish, const QStringList& appKeys,
+                  const LauncherAsker& asker);
+    std::expected<QString, LauncherError> outcome(const QStringList& appKeys);
+    QString name(const QString& appKey) const;
 
     Machine& _machine;
     InstalledApplications& _applications;
@@ -158,16 +175,14 @@ private:
     bool _isLoading = false;
     bool _isScheduleWanted = false;
     bool _isKnown = false;
-    int _externalUpdaters = 0;
+    bool _wasPasswordAsked = false;
     std::vector<std::function<void()>> _waiting;
-    Watcher _watcher;     ///< of the check that runs
-    LauncherAsker _asker; ///< of the update that is asked for
-    /// By app key, what waits until an application that was updated is checked again.
-    QMultiHash<QString, std::function<void()>> _verified;
-    bool _isPublishWanted = false;
-    Timer _publishTimer;
+    Watcher _watcher; ///< of the check that runs
+    std::unique_ptr<NetworkWatch> _network;
+    Subscription _networkReturned;
     Task _loading;
     std::unique_ptr<AppUpdateCoordinator> _coordinator;
+    Subscription _events;
     Subscription _scanned;
     Subscription _smartFoldersChanged;
 };

@@ -243,8 +243,15 @@ TEST_F(TessellarctlUpdatesTest, ACheckSaysWhatItFindsAndARunBringsIt) {
     const QJsonObject channel{{u"homebrewCask"_qs, QJsonObject{{u"token"_qs, u"ash"_qs}}}};
     const QJsonObject available{{u"updateAvailable"_qs, QJsonObject{{u"latestVersion"_qs, u"1.1"_qs}}}};
     EXPECT_EQ(run({u"updates"_qs, u"channels"_qs}).json(), (QJsonObject{{ash, channel}}));
-    EXPECT_EQ(run({u"updates"_qs, u"status"_qs, u"org.example.beech"_qs}).json(),
-              (QJsonObject{{u"action"_qs, u"openApp"_qs}}));
+    EXPECT_EQ(
+        run({u"updates"_qs, u"status"_qs, u"org.example.beech"_qs}).json(),
+        (QJsonObject{{u"action"_qs, u"openApp"_qs},
+                     {u"source"_qs, u"Version information comes from the app bundle. Open the app "
+                                    "or its vendor updater to check for updates."_qs},
+                     {u"reason"_qs,
+                      QJsonObject{{u"code"_qs, u"noChannel"_qs},
+                                  {u"message"_qs, u"The app declares no source of updates that can "
+                                                  "be checked."_qs}}}}));
     EXPECT_EQ(lines(run({u"updates"_qs, u"check"_qs, u"--channel"_qs, u"sparkle"_qs})),
               (QList<QJsonObject>{{{u"availableUpdateCount"_qs, 0}}}));
 
@@ -264,10 +271,22 @@ TEST_F(TessellarctlUpdatesTest, ACheckSaysWhatItFindsAndARunBringsIt) {
     QJsonObject record = stored[u"records"].toObject()[ash].toObject();
     record[u"channel"_qs] = channel;
     record[u"action"_qs] = u"homebrew"_qs;
-    stored[u"records"_qs] = QJsonObject{{ash, record}};
-    EXPECT_EQ(status, stored);
+    record[u"source"_qs] = u"Version information comes from the app bundle. Homebrew manages update "
+                           "checks for this cask."_qs;
+    EXPECT_EQ(status, (QJsonObject{{u"lastCheck"_qs, stored[u"lastCheck"]},
+                                   {u"records"_qs, QJsonObject{{ash, record}}}}));
     EXPECT_EQ(run({u"updates"_qs, u"status"_qs, ash}, {}, false).out,
-              "Update available: 1.0 → 1.1\nhomebrewCask ash\nUpdate with Homebrew\n");
+              "Update available: 1.0 → 1.1\nhomebrewCask ash\nUpdate with Homebrew\nVersion "
+              "information comes from the app bundle. Homebrew manages update checks for this cask.\n");
+    EXPECT_TRUE(run({u"updates"_qs, u"status"_qs, u"--unchecked"_qs}, {}, false)
+                    .out.startsWith("Beech  The app declares no source of updates"));
+    // A version that is skipped.
+    EXPECT_EQ(run({u"updates"_qs, u"skip"_qs, ash}).status, 0);
+    EXPECT_EQ(run({u"updates"_qs, u"status"_qs}, {}, false).out.split('\n').first(),
+              "Ash  Held back. Update available: 1.0 → 1.1");
+    EXPECT_EQ(run({u"updates"_qs, u"run"_qs, u"--all"_qs, u"--yes"_qs}, {}, false).out,
+              "There is nothing to update.\n");
+    EXPECT_EQ(run({u"updates"_qs, u"unskip"_qs, ash}).status, 0);
     const QJsonObject facts = run({u"facts"_qs, ash}).json();
     EXPECT_EQ(facts[u"updateStatus"], u"updateAvailable"_qs);
     EXPECT_EQ(facts[u"distributionChannel"], u"homebrew"_qs);
@@ -282,6 +301,7 @@ TEST_F(TessellarctlUpdatesTest, ACheckSaysWhatItFindsAndARunBringsIt) {
     const Result updated = run({u"updates"_qs, u"run"_qs, ash, u"--yes"_qs});
     EXPECT_EQ(updated.status, 0) << updated.error.toStdString();
     EXPECT_EQ(updated.json()[u"installedVersion"], u"1.1"_qs);
+    EXPECT_EQ(updated.json()[u"message"], u"Updated to version 1.1."_qs);
     EXPECT_EQ(updated.json()[u"status"], (QJsonObject{{u"upToDate"_qs, QJsonObject()}}));
 
     EXPECT_EQ(run({u"updates"_qs, u"run"_qs, u"nobody"_qs, u"--yes"_qs}).code(), u"unknownApplication");
@@ -296,8 +316,11 @@ TEST_F(TessellarctlUpdatesTest, VersionsGiveTheTerminalNoOrders) {
         "#!/bin/sh\nprintf '%s' '{\"casks\":[{\"token\":\"ash\",\"version\":\"2\",\"artifacts\":"
         "[{\"app\":[\"Ash.app\"]}],\"name\":\"ash\",\"current_version\":\"2\\u001b[31m\"}]}'\n");
     const QStringList check{u"updates"_qs, u"check"_qs};
-    EXPECT_EQ(run(check, {}, false).out, "Ash  Update available: 1.0 → 2 [31m\n1 update available.\n");
-    EXPECT_TRUE(run(check).out.contains("2\\u001b[31m"));
+    // A version that none can be is not taken for one.
+    const QByteArray said = run(check, {}, false).out;
+    EXPECT_TRUE(said.startsWith("Ash  The check failed. Homebrew’s answer could not be understood.\n"))
+        << said.toStdString();
+    EXPECT_FALSE(said.contains('\x1b') || run(check).out.contains("u001b"));
 }
 
 TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
@@ -335,8 +358,8 @@ TEST_F(TessellarctlUpdatesTest, AnInterruptionLeavesNoToolBehindAndBeginsNone) {
                           "#!/bin/sh\ncd \"$(dirname \"$0\")\"\necho $$ >pid.new\nmv pid.new pid\n"
                           "[ $1 = upgrade ] && touch upgraded\nexec sleep 60\n");
     const QString folder = root.path() + u"/opt/homebrew/bin/"_qs;
-    for (const QStringList& words :
-         {QStringList{u"status"_qs}, {u"run"_qs, u"org.example.ash"_qs, u"--yes"_qs}}) {
+    for (const QStringList& words : {QStringList{u"status"_qs, u"--refresh"_qs},
+                                     {u"run"_qs, u"org.example.ash"_qs, u"--yes"_qs}}) {
         QFile::remove(folder + u"pid"_qs);
         QProcess process;
         process.start(QStringLiteral(TESSELLARCTL),

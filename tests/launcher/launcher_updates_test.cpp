@@ -53,17 +53,14 @@ protected:
         return updates();
     }
     void settle() {
-        for (int i = 0; i < 3; ++i) { // what a round begins may go on in a timer
-            do {
-                mac.workers.waitIdle();
-                updates().waitForTools();
-            } while (mac.mailbox.drain() > 0);
+        for (int i = 0; i < 6; ++i) { // what a round begins may go on in a timer
+            mac.settle();
             mac.time.advance(0ms);
         }
     }
     /// The schedule's first check, to its end.
     LauncherUpdates& startAndCheck() {
-        start().startSchedule();
+        start().startSchedule(nullptr);
         settle();
         answerFeed("101");
         return updates();
@@ -121,7 +118,7 @@ TEST_F(LauncherUpdatesTest, TilesAndFoldersShowWhatTheScheduleFinds) {
     start();
     addFolder();
     EXPECT_EQ(shown(), u""_s) << "nothing was checked yet";
-    updates().startSchedule();
+    updates().startSchedule(nullptr);
     settle();
     EXPECT_EQ(updates().summary(), u"Checking your installed apps for updates…"_s);
     EXPECT_EQ(updates().progress().total, 2);
@@ -174,8 +171,9 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
 TEST_F(LauncherUpdatesTest, ALongCheckIsHeardOfInIntervals) {
     for (int i = 0; i < 40; ++i)
         install(u"Feed%1"_s.arg(i), u"https://feeds.test/%1"_s.arg(i));
-    start().startSchedule();
+    start().startSchedule(nullptr);
     settle();
+    mac.time.advance(250ms);
     announced = 0;
     while (!mac.http.waiting().isEmpty()) {
         mac.http.answer(u"feeds"_s, test::FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
@@ -206,8 +204,21 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
 
     install(u"Cask"_s, {}, u"2.0"_s); // what the command does
     brew({});
+    mac.commands.holdStarted(true);
     launcher->messages().answer(true);
+    settle();
     EXPECT_TRUE(updates().isExternalUpdaterRunning());
+    EXPECT_EQ(updates().runningText(cask), u"Updating…"_s);
+    EXPECT_EQ(went, 0);
+    mac.commands.say(
+        mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8(),
+        "Password:");
+    mac.time.advance(AppUpdateRunner::lookInterval);
+    settle();
+    EXPECT_EQ(std::exchange(went, 0), 1) << "a launcher in full screen makes way for the window";
+    EXPECT_EQ(updates().runningText(cask), u"Updating… Waiting for your password."_s);
+    mac.commands.holdStarted(false);
+    mac.time.advance(AppUpdateRunner::lookInterval);
     settle();
     mac.time.advance(250ms);
     settle();
@@ -215,8 +226,7 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     EXPECT_EQ(updates().badge(cask), QString());
     EXPECT_EQ(updates().record(cask)->installedVersion, u"2.0"_s);
     ASSERT_TRUE(launcher->messages().notice());
-    EXPECT_EQ(launcher->messages().notice()->text,
-              u"Update completed. Verifying the installed version…"_s);
+    EXPECT_EQ(launcher->messages().notice()->text, u"Updated to version 2.0."_s);
 
     brew("3.0", 1);
     updates().run(cask);
@@ -240,6 +250,31 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     EXPECT_EQ(went, 1);
 }
 
+TEST_F(LauncherUpdatesTest, FoldersSayWhatFailedAndWhatIsSkipped) {
+    startAndCheck();
+    addFolder();
+    EXPECT_EQ(shown(), cask + u' ' + feed);
+    ASSERT_TRUE(updates().skip(cask, false));
+    EXPECT_FALSE(updates().skip(plain, false)) << "there is no version to skip";
+    mac.time.advance(250ms);
+    settle();
+    EXPECT_EQ(shown(), feed);
+    EXPECT_EQ(updates().badge(cask), QString());
+    ASSERT_TRUE(updates().unskip(cask));
+    mac.tool(brewPath, test::exited(1, {}, "Error: offline"));
+    updates().checkNow();
+    settle();
+    mac.http.answer(u"feeds"_s, test::FakeHttp::Answer(std::unexpected(HttpError::transport)));
+    settle();
+    mac.time.advance(250ms);
+    settle();
+    EXPECT_EQ(launcher->smartFolders().runtimeFacts().updateStatuses[cask],
+              SmartFolderUpdateState::failed);
+    EXPECT_EQ(updates().badge(cask), u"↓"_s) << "what was known stays on the tile";
+    EXPECT_TRUE(updates().summary().contains(u"2 apps could not be checked."_s));
+    EXPECT_EQ(updates().reason(cask)->detail, u"Error: offline"_s);
+}
+
 TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
     start();
     QStringList ends;
@@ -257,24 +292,25 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
                         EXPECT_EQ(completed, false);
                         ends.append(u"check"_s);
                     }})();
-    updates().run(cask, accept, told)();
+    updates().run({cask}, accept, told)();
     EXPECT_EQ(ends, (QStringList{u"check"_s, u"cancelled"_s}));
     settle();
     EXPECT_TRUE(hasRun("info"));
     EXPECT_FALSE(hasRun("outdated") || hasRun("upgrade"));
 
     // Nobody ends the update of another; one that has come through need not be looked at.
-    const auto end = updates().run(cask, accept, told);
-    updates().run(feed, accept, told)();
+    mac.commands.holdStarted(true);
+    const auto end = updates().run({cask}, accept, told);
+    updates().run({feed}, accept, told)();
     EXPECT_EQ(ends.takeLast(), u"updateInProgress");
     EXPECT_EQ(updates().activeAppKey(), cask);
-    updates().waitForTools();
-    mac.mailbox.drain();
-    ASSERT_TRUE(hasRun("upgrade"));
-    EXPECT_EQ(ends.size(), 2);
-    end();
-    EXPECT_EQ(ends.last(), u"done");
     settle();
+    ASSERT_TRUE(hasRun("upgrade"));
+    EXPECT_EQ(ends.size(), 2) << "it still runs";
+    end();
+    settle();
+    EXPECT_EQ(ends.last(), u"cancelled");
+    EXPECT_EQ(mac.commands.terminated().size(), 1);
     EXPECT_EQ(ends.size(), 3);
 }
 
@@ -284,14 +320,17 @@ TEST_F(LauncherUpdatesTest, EverybodyHearsOfTheUpdateThatWasAskedFor) {
     QStringList verified;
     const auto ask = [&](const QString& key) {
         updates().run(
-            key, [](const LauncherQuestion&, const auto& answer) { answer(true); },
+            {key}, [](const LauncherQuestion&, const auto& answer) { answer(true); },
             [&, key](const auto& outcome) { verified.append(outcome ? key : u"failed"_s); });
-        updates().waitForTools();
-        mac.mailbox.drain();
+        settle();
     };
+    brew({});
+    mac.commands.holdStarted(true);
     ask(cask);
     ask(cask);
     EXPECT_EQ(verified, QStringList());
+    mac.commands.holdStarted(false);
+    mac.time.advance(AppUpdateRunner::lookInterval);
     settle();
     EXPECT_EQ(verified, (QStringList{cask, cask}));
 }
