@@ -17,6 +17,9 @@ struct AppDiscoverySettings {
 
     QStringList searchPaths;          ///< normalised, in the order in which they are looked at
     int scanDepth = defaultScanDepth; ///< a folder deeper than this below its search path is not listed
+    /// False when the user's settings could not be read and these are only the defaults: what lies
+    /// elsewhere may be searched too, for all that is known.
+    bool isCertain = true;
 
     bool operator==(const AppDiscoverySettings&) const = default;
 

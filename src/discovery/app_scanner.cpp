@@ -14,17 +14,6 @@ std::optional<AppScanner::LibraryScan> AppScanner::scan(ScanCache& cache, std::s
     return LibraryWalk(_context, cache, std::move(stop)).run();
 }
 
-bool AppScanner::LibraryScan::isOutOfReach(const QString& path) const {
-    for (const UnreadableDirectory& directory : unreadableDirectories)
-        if (directory.reason != UnreadableDirectory::Reason::absent &&
-            FileSystem::isWithin(path, directory.path))
-            return true;
-    for (const IncompleteBundle& bundle : incompleteBundles)
-        if (FileSystem::isWithin(path, bundle.path))
-            return true;
-    return false;
-}
-
 QStringList ScanCache::observedPaths() const {
     QStringList result;
     const auto add = [&](const ScanEvidence& evidence) {

@@ -2,12 +2,15 @@
 
 #include "discovery/app_discovery_settings.h"
 #include "discovery/app_source_places.h"
+#include "discovery/known_volumes.h"
 #include "model/items.h"
 #include "platform/bundle.h"
 #include "platform/text.h"
 #include "platform/uuid_source.h"
 
+#include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -68,6 +71,7 @@ public:
     /// What lies at a bundle's path.
     enum class InstallState {
         missing,    ///< no folder there
+        unseen,     ///< whatever is there could not be looked at
         incomplete, ///< being copied, or damaged: no readable Info.plist, or no executable
         ready,
     };
@@ -80,15 +84,12 @@ public:
         bool operator==(const IncompleteBundle&) const = default;
     };
 
-    /// A folder and its depth below its search path: visited, and still to visit.
+    /// A folder and its depth below its search path: visited, or still to visit.
     struct ScannedDirectory {
         QString path;
         int depth = 0;
     };
-    struct PendingDirectory {
-        QString path;
-        int depth = 0;
-    };
+    using PendingDirectory = ScannedDirectory;
 
     /// One entry of a folder, aliases and links resolved. Of files only their absence of use is known.
     struct TraversalCandidate {
@@ -125,18 +126,45 @@ public:
         bool operator==(const UnreadableDirectory&) const = default;
     };
 
+    /// Whether an application lies at a path, as far as a scan can tell.
+    enum class Presence {
+        there,
+        /// Looked at and not there: the folder that would hold it was listed to its end, or is gone
+        /// itself, on the volume on which the application was seen before. Also what was looked at and
+        /// is no application (any more).
+        gone,
+        notSeen, ///< anything else: it may be there
+    };
+
+    /// What a scan looked at, by which it judges what it did not find.
+    struct Sight {
+        QHash<QString, int> folders; ///< listed to their end, with their depths
+        QSet<QString> absent;        ///< search paths at which there is nothing
+        /// The bundles that were read, and whether there are applications in them.
+        QHash<QString, bool> bundles;
+        QSet<QString> applications;
+        QList<MountedVolume> volumes; ///< those of the folders, and the known ones that are mounted
+        KnownVolumes known;           ///< before this scan
+        int scanDepth = 0;
+        /// False while the search paths are only the defaults in place of what could not be read, and
+        /// for no scan at all.
+        bool isCertain = false;
+
+        bool operator==(const Sight&) const = default;
+    };
+
     /// The result. Equality is over everything, identifiers too.
     struct LibraryScan {
         QList<AppEntry> apps;             ///< by name, then by path
         QStringList watchableDirectories; ///< the folders that were listed, in the order of visiting
         QList<IncompleteBundle> incompleteBundles; ///< in the order of visiting
         QList<UnreadableDirectory> unreadableDirectories;
+        Sight sight;
 
         bool operator==(const LibraryScan&) const = default;
 
-        /// True for a path of which the scan cannot say that no application is there: below a folder
-        /// that it did not see the inside of, or that of an incomplete bundle.
-        bool isOutOfReach(const QString& path) const;
+        Presence presence(const QString& path) const;
+        bool isGone(const QString& path) const { return presence(path) == Presence::gone; }
     };
 
     explicit AppScanner(ScanContext context);
@@ -154,10 +182,14 @@ private:
 };
 
 /// What a scan leaves for the next: each folder and bundle that it read, with what it saw there. A
-/// plain value; a copy is a pointer. Of no use to a scan under another locale or other languages, which
-/// begins anew.
+/// plain value; a copy is a pointer. What was read is of no use to a scan under another locale or other
+/// languages, which begins anew.
 class ScanCache {
 public:
+    ScanCache() = default;
+    /// Empty but for what an earlier run of the launcher knew.
+    explicit ScanCache(KnownVolumes known) : _knownVolumes(std::move(known)) {}
+
     /// What the latest scan had to do.
     struct Work {
         qsizetype observationsChecked = 0; ///< each a stat call or the resolution of a link
@@ -168,6 +200,8 @@ public:
     const Work& work() const { return _work; }
     /// The paths that a scan of an unchanged machine looks at.
     QStringList observedPaths() const;
+    /// The volumes on which applications were seen, to be kept for the next run.
+    const KnownVolumes& knownVolumes() const { return _knownVolumes; }
     /// The bundles that are others than those that `before` saw at their paths, or were updated there.
     QStringList replacedBundles(const ScanCache& before) const;
 
@@ -183,6 +217,7 @@ private:
     QList<std::shared_ptr<const ScanListing>> _listings;
     QList<std::shared_ptr<const BundleRecord>> _bundles;
     AppScanner::LibraryScan _result;
+    KnownVolumes _knownVolumes;
     Work _work;
 };
 

@@ -13,13 +13,6 @@ std::optional<QString> usable(const std::optional<QString>& text) {
     return text;
 }
 
-QString withoutApplicationExtension(QString name) {
-    static const QString extension = QStringLiteral(".app");
-    if (name.endsWith(extension, Qt::CaseInsensitive))
-        name.chop(extension.size());
-    return name;
-}
-
 /// Where the executable has to be. One that is not declared bears the bundle's name; one that is
 /// declared outside of the bundle is nowhere.
 std::optional<QString> executableOf(const Bundle& bundle) {
@@ -32,6 +25,18 @@ std::optional<QString> executableOf(const Bundle& bundle) {
                               withoutApplicationExtension(name));
 }
 
+/// What a look at a bundle's path tells without a look inside; nothing for a folder.
+std::optional<AppScanner::InstallState> stateFromOutside(const ScanObservation& self) {
+    if (self.isDirectory())
+        return std::nullopt;
+    return self.hasFailed() ? AppScanner::InstallState::unseen : AppScanner::InstallState::missing;
+}
+
+AppScanner::InstallState stateFromInside(const Bundle& bundle, bool hasExecutable) {
+    return !bundle.info.isAbsent() && hasExecutable ? AppScanner::InstallState::ready
+                                                    : AppScanner::InstallState::incomplete;
+}
+
 /// Reads a bundle and notes everything that the reading rests upon. A look comes before the reading
 /// wherever the place is known before, so that a change between the two shows next time.
 class RecordReader {
@@ -41,8 +46,9 @@ public:
     }
 
     BundleRecord run() {
-        const ScanObservation self = note(_record.path);
-        if (self.isDirectory())
+        if (const auto state = stateFromOutside(note(_record.path)))
+            _record.state = *state;
+        else
             readContents();
         _record.evidence.settle(_context.now);
         return std::move(_record);
@@ -52,8 +58,10 @@ private:
     void readContents() {
         // A link in this place leads to something that is not the application's own.
         const QString applications = inBundle("Contents/Applications");
+        const ScanObservation inner = note(applications);
+        _record.isPartlyUnseen = inner.hasFailed();
         _record.holdsApplications =
-            note(applications).isDirectory() && _context.files.resolved(applications) == applications;
+            inner.isDirectory() && _context.files.resolved(applications) == applications;
         const bool hasInfo = note(inBundle("Contents/Info.plist")).found();
         if (!hasInfo)
             for (const auto* place :
@@ -69,12 +77,10 @@ private:
         }
         const auto executable = executableOf(bundle);
         const bool hasExecutable = executable && note(*executable).status.type == FileType::regular;
-        const bool isReady = !bundle.info.isAbsent() && hasExecutable;
-        _record.state =
-            isReady ? AppScanner::InstallState::ready : AppScanner::InstallState::incomplete;
+        _record.state = stateFromInside(bundle, hasExecutable);
         _record.isLaunchProhibited =
             bundle.storeMetadata[QStringLiteral("launchProhibited")].isTruthy();
-        if (isReady)
+        if (_record.state == AppScanner::InstallState::ready)
             describe(bundle);
     }
 
@@ -87,10 +93,8 @@ private:
         _record.name = usable(wrapped.name).value_or(QString());
         if (_record.name.isEmpty()) {
             noteNameSources(bundle);
-            const QString shown = withoutApplicationExtension(
-                finderDisplayName(_context.files, bundle, _context.languages));
-            _record.name =
-                usable(shown).value_or(withoutApplicationExtension(FileSystem::fileName(_record.path)));
+            _record.name = usable(finderDisplayName(_context.files, bundle, _context.languages))
+                               .value_or(nameOnDisk(_record.path));
         }
         _record.nameSortKey = _context.locale.nameSortKey(_record.name);
     }
@@ -134,7 +138,8 @@ std::optional<std::int64_t> BundleRecord::fileIdentifier() const {
 
 bool BundleRecord::sameFindings(const BundleRecord& other) const {
     return state == other.state && isLaunchProhibited == other.isLaunchProhibited &&
-           holdsApplications == other.holdsApplications && name == other.name &&
+           holdsApplications == other.holdsApplications &&
+           isPartlyUnseen == other.isPartlyUnseen && name == other.name &&
            bundleIdentifier == other.bundleIdentifier && category == other.category &&
            fileIdentifier() == other.fileIdentifier();
 }
@@ -161,20 +166,11 @@ std::optional<AppScanner::WrappedIOSAppMetadata> AppScanner::wrappedMetadata(con
 }
 
 AppScanner::InstallState AppScanner::installState(const FileSystem& files, const QString& path) {
-    const auto status = files.status(path);
-    if (!status) {
-        // What may not be looked at cannot be used, but it is not gone.
-        const bool isDenied = status.error().code == FileError::Code::permissionDenied ||
-                              status.error().code == FileError::Code::io;
-        return isDenied ? InstallState::incomplete : InstallState::missing;
-    }
-    if (status->type != FileType::directory)
-        return InstallState::missing;
+    if (const auto state = stateFromOutside(ScanObservation::ofStatus(files, path)))
+        return *state;
     const Bundle bundle = readBundle(files, path);
     const auto executable = executableOf(bundle);
-    return !bundle.info.isAbsent() && executable && files.isRegularFile(*executable)
-               ? InstallState::ready
-               : InstallState::incomplete;
+    return stateFromInside(bundle, executable && files.isRegularFile(*executable));
 }
 
 } // namespace tessellar

@@ -12,6 +12,7 @@ struct BundleRecord {
     AppScanner::InstallState state = AppScanner::InstallState::missing;
     bool isLaunchProhibited = false; ///< the store says that it does not run on this Mac
     bool holdsApplications = false;  ///< a folder "Contents/Applications"
+    bool isPartlyUnseen = false;     ///< whether there is one could not be told
     QString name;
     std::optional<QString> bundleIdentifier;
     std::optional<QString> category;

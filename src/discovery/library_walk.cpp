@@ -1,5 +1,7 @@
 #include "discovery/library_walk.h"
 
+#include "discovery/scan_sight.h"
+
 #include "platform/for_each_index.h"
 
 #include <algorithm>
@@ -47,6 +49,7 @@ std::optional<AppScanner::LibraryScan> LibraryWalk::run() {
     } else {
         return std::nullopt;
     }
+    lookAtVolumes();
     _cache = std::move(_next);
     return _cache._result;
 }
@@ -161,7 +164,8 @@ void LibraryWalk::addListing(const Listing& listing, int depth) {
         addUnreadable(directory);
     if (!listing->listed)
         return;
-    _scanned.append({listing->path, depth});
+    _next._result.sight.folders.insert(listing->path, depth);
+    _next._result.watchableDirectories.append(listing->path);
     for (const auto& candidate : std::as_const(listing->candidates))
         meet(candidate, depth + 1);
 }
@@ -211,6 +215,13 @@ void LibraryWalk::addRecord(const Record& record, int depth) {
     if (seenBefore(record->evidence))
         return;
     _next._bundles.append(record);
+    // Not there, although it was listed a moment ago: it is just being replaced.
+    if (record->state == AppScanner::InstallState::unseen ||
+        !record->evidence.observations.first().found())
+        return addUnreadable({record->path, Reason::unreadable});
+    _next._result.sight.bundles.insert(record->path, record->holdsApplications);
+    if (record->isPartlyUnseen)
+        addUnreadable({record->path + QStringLiteral("/Contents/Applications"), Reason::unreadable});
     if (record->holdsApplications)
         meet({record->path + QStringLiteral("/Contents/Applications"), true, false}, depth + 2);
     if (record->isLaunchProhibited)
@@ -232,6 +243,8 @@ bool LibraryWalk::seenBefore(const ScanEvidence& evidence) {
 }
 
 void LibraryWalk::addUnreadable(const AppScanner::UnreadableDirectory& directory) {
+    if (directory.reason == Reason::absent)
+        _next._result.sight.absent.insert(directory.path);
     auto& all = _next._result.unreadableDirectories;
     if (all.size() < maximumUnreadable && !all.contains(directory))
         all.append(directory);
@@ -280,9 +293,45 @@ void LibraryWalk::finish() {
         entry.isDuplicateBundleIdentifier =
             record->bundleIdentifier && declarations.value(*record->bundleIdentifier) > 1;
         result.apps.append(entry);
+        result.sight.applications.insert(record->path);
     }
-    for (const AppScanner::ScannedDirectory& directory : std::as_const(_scanned))
-        result.watchableDirectories.append(directory.path);
+    result.sight.scanDepth = _context.settings.scanDepth;
+    result.sight.isCertain = _context.settings.isCertain;
+}
+
+/// Which volumes were looked at: a few looks at the folders that lie highest, for of all others the
+/// device is known.
+void LibraryWalk::lookAtVolumes() {
+    VolumeFinder finder(_context.files);
+    for (const Listing& listing : std::as_const(_next._listings))
+        if (listing->listed)
+            finder.knowDevice(listing->path, listing->evidence.observations.first().status.device);
+    AppScanner::Sight& sight = _next._result.sight;
+    QStringList roots{QStringLiteral("/")};
+    const auto add = [&](const QString& root) {
+        if (!roots.contains(root))
+            roots.append(root);
+    };
+    for (const Listing& listing : std::as_const(_next._listings))
+        if (listing->listed)
+            add(finder.rootOf(listing->path));
+    for (const QString& path : std::as_const(sight.absent))
+        add(finder.rootOf(path));
+    for (const KnownVolume& volume : _cache._knownVolumes.volumes)
+        add(volume.root);
+    sight.known = _cache._knownVolumes;
+    sight.volumes.clear();
+    for (const QString& root : std::as_const(roots))
+        if (const auto identity = finder.identityOf(root))
+            sight.volumes.append({root, *identity});
+    if (_next._work.reusedResult && sight.volumes == _cache._result.sight.volumes &&
+        sight.known == _cache._result.sight.known) {
+        _next._knownVolumes = _cache._knownVolumes;
+        return;
+    }
+    _next._knownVolumes = knownAfter(sight, [&](const QString& path) {
+        return _next._result.isGone(path);
+    });
 }
 
 } // namespace tessellar

@@ -39,6 +39,7 @@ private:
     void cutOff();
     void doubtEverything();
     void finish();
+    void lookAtVolumes();
     bool seenBefore(const ScanEvidence& evidence);
 
     const ScanContext& _context;
@@ -52,7 +53,6 @@ private:
 
     std::vector<QList<PendingDirectory>> _pending; ///< by depth
     QList<PendingBundle> _pendingBundles;          ///< of the level at hand
-    QList<AppScanner::ScannedDirectory> _scanned;
     QSet<QString> _metPaths;
     QSet<std::pair<std::uint64_t, std::uint64_t>> _seenFiles; ///< device and inode
     QList<Record> _ready;

@@ -18,6 +18,11 @@ void LibraryWatcher::scanned(const AppScanner::LibraryScan& scan, Instant starte
     for (const AppEntry& app : scan.apps)
         _applications[FileSystem::parent(app.path)].append(app.path);
     QStringList directories = scan.watchableDirectories;
+    // What a link or an alias leads to can be taken away where it lies.
+    const QSet<QString> listed(directories.begin(), directories.end());
+    for (const QString& folder : _applications.keys())
+        if (!listed.contains(folder))
+            directories += folder;
     directories += u"/Volumes"_s;
     for (const auto& unreadable : scan.unreadableDirectories)
         if (unreadable.reason == AppScanner::UnreadableDirectory::Reason::absent ||
@@ -143,8 +148,9 @@ void LibraryWatcher::recheckIncomplete() {
                 const bool isAnother =
                     status && bundle.fileIdentifier &&
                     static_cast<std::uint64_t>(*bundle.fileIdentifier) != status->inode;
-                if (isAnother || AppScanner::installState(files, bundle.path) !=
-                                     AppScanner::InstallState::incomplete)
+                const auto state = AppScanner::installState(files, bundle.path);
+                if (isAnother || state == AppScanner::InstallState::ready ||
+                    state == AppScanner::InstallState::missing)
                     different += FileSystem::parent(bundle.path);
             }
             return different;

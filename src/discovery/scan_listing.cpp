@@ -24,26 +24,12 @@ Candidate directoryCandidate(const QString& path) {
     return {path, true, FileSystem::extension(path).compare(u"app", Qt::CaseInsensitive) == 0};
 }
 
-bool isNothingThere(FileError::Code code) {
-    return code == FileError::Code::notFound || code == FileError::Code::notADirectory ||
-           code == FileError::Code::linkLoop || code == FileError::Code::badPath;
-}
-
-/// "/Volumes/Work" for "/Volumes/Work/Apps/X.app".
-std::optional<QString> mountPoint(const QString& path) {
-    static const QString volumes = QStringLiteral("/Volumes/");
-    if (!path.startsWith(volumes) || path.size() == volumes.size())
-        return std::nullopt;
-    const qsizetype end = path.indexOf(u'/', volumes.size());
-    return end < 0 ? path : path.first(end);
-}
-
 /// The mount point of the volume that `path`, at which nothing is found, leads to if that volume is not
 /// there. Links on the way are followed as far as they lead.
 std::optional<QString> missingVolume(const FileSystem& files, QString path) {
     for (int hop = 0; hop < maximumHops; ++hop) {
         path = FileSystem::standardized(path);
-        if (const auto point = mountPoint(path); point && !files.exists(*point))
+        if (const auto point = volumeMountPoint(path); point && !files.exists(*point))
             return point;
         // The deepest part that exists, and the name below it that does not.
         QString existing = FileSystem::parent(path);
@@ -60,7 +46,7 @@ std::optional<QString> missingVolume(const FileSystem& files, QString path) {
             const auto resolved = files.resolved(existing);
             if (!resolved)
                 return std::nullopt;
-            const auto point = mountPoint(FileSystem::joined(*resolved, rest));
+            const auto point = volumeMountPoint(FileSystem::joined(*resolved, rest));
             return point && !files.exists(*point) ? point : std::nullopt;
         }
         if (!QByteArrayView(*link).isValidUtf8())
@@ -105,20 +91,36 @@ public:
     /// folder of a hundred thousand documents shall cost no more than one look at the folder.
     std::optional<QString> targetOfAlias(const QString& path) {
         const auto seen = ScanObservation::ofStatus(_files, path);
+        if (seen.hasFailed())
+            missed(path);
         if (!seen.found() || seen.status.type != FileType::regular)
             return std::nullopt;
-        const bool isAlias = seen.status.size >= smallestAlias && seen.status.size <= largestAlias &&
-                             isAliasFile(_files, path);
+        bool isAlias = false;
+        if (seen.status.size >= smallestAlias && seen.status.size <= largestAlias) {
+            const auto look = isAliasFile(_files, path);
+            if (!look && !isNothingThere(look.error().code))
+                missed(path);
+            isAlias = look.value_or(false);
+        }
         if (!isAlias && seen.isSettled(_now))
             return std::nullopt;
         note(seen);
-        return isAlias ? aliasTarget(_files, path) : std::nullopt;
+        auto target = isAlias ? aliasTarget(_files, path) : std::nullopt;
+        if (isAlias && !target)
+            missed(path);
+        return target;
     }
 
 private:
     ScanObservation note(ScanObservation observation) {
         _listing.evidence.observations.append(observation);
         return observation;
+    }
+
+    /// It may have led somewhere.
+    void missed(const QString& path) {
+        _listing.evidence.settled = false;
+        _listing.unreadable.append({path, Unreadable::Reason::unreadable});
     }
 
     void fail(const QString& from, const QString& at, FileError::Code error, bool isSearchPath) {
@@ -208,10 +210,10 @@ ScanListing listDirectory(const ScanContext& context, const QSet<std::uint64_t>&
         return listing;
     const auto entries = visibleEntries(context, listing);
     if (!entries) {
-        // Rights to look can come without any change to the folder.
+        // Rights to look can come without any change to the folder; and one that was there when the
+        // folder around it was listed, and is not now, is just being replaced.
         listing.evidence.settled = false;
-        if (!isNothingThere(entries.error()))
-            listing.unreadable.append({path, Unreadable::Reason::unreadable});
+        listing.unreadable.append({path, Unreadable::Reason::unreadable});
         return listing;
     }
     listing.listed = true;

@@ -15,6 +15,11 @@ bool looksUnchanged(const FileStatus& a, const FileStatus& b) {
 
 } // namespace
 
+bool isNothingThere(FileError::Code code) {
+    using enum FileError::Code;
+    return code == notFound || code == notADirectory || code == linkLoop || code == badPath;
+}
+
 ScanObservation ScanObservation::ofStatus(const FileSystem& files, const QString& path) {
     ScanObservation result{.kind = Kind::status, .path = path};
     if (auto status = files.status(path))
@@ -26,12 +31,18 @@ ScanObservation ScanObservation::ofStatus(const FileSystem& files, const QString
 
 ScanObservation ScanObservation::ofResolution(const FileSystem& files, const QString& path) {
     ScanObservation result{.kind = Kind::resolution, .path = path};
-    if (auto target = files.resolved(path)) {
-        result.target = *std::move(target);
-        result.leadsToDirectory = files.isDirectory(result.target);
-    } else {
+    auto target = files.resolved(path);
+    if (!target) {
         result.error = target.error().code;
+        return result;
     }
+    const auto status = files.status(*target);
+    if (!status) {
+        result.error = status.error().code;
+        return result;
+    }
+    result.target = *std::move(target);
+    result.leadsToDirectory = status->type == FileType::directory;
     return result;
 }
 

@@ -9,6 +9,9 @@
 
 namespace tessellar {
 
+/// A look that failed in this way showed that nothing is there; any other way shows nothing.
+bool isNothingThere(FileError::Code code);
+
 /// What a look at one path showed. As long as a new look shows the same, what was read there before
 /// need not be read again.
 struct ScanObservation {
@@ -34,6 +37,7 @@ struct ScanObservation {
     bool isSettled(Instant now) const;
 
     bool found() const { return !error; }
+    bool hasFailed() const { return error && !isNothingThere(*error); }
     bool isDirectory() const {
         return found() &&
                (kind == Kind::status ? status.type == FileType::directory : leadsToDirectory);

@@ -136,7 +136,7 @@ private:
             index = _applicationOfTile[_nextTile++];
         }
         if (index < 0) {
-            if (!_context.isOutOfReach || !_context.isOutOfReach(tile.path))
+            if (_context.isGone && _context.isGone(tile.path))
                 return std::nullopt;
             _result.unavailableAppKeys.insert(appKey(tile));
             return tile;

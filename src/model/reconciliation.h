@@ -12,9 +12,9 @@ namespace tessellar {
 /// What a merge is told of the machine and the grid.
 struct MergeContext {
     QList<AppEntry> scannedApps;
-    /// True for a path that the scan could not look at: an unmounted volume, an unreadable folder. An
-    /// application there is not gone.
-    std::function<bool(const QString& path)> isOutOfReach;
+    /// True for the path of an application that was looked for and is certainly not there. Every other
+    /// one that the scan did not find is only out of sight. Without it, nothing is gone.
+    std::function<bool(const QString& path)> isGone;
     qsizetype pageCapacity = 40;
     /// A restore puts new applications on pages of their own; otherwise the last page is filled first.
     bool isRestore = false;

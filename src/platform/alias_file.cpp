@@ -89,12 +89,16 @@ private:
 
 } // namespace
 
-bool isAliasFile(const FileSystem& files, const QString& path) {
+std::expected<bool, FileError> isAliasFile(const FileSystem& files, const QString& path) {
     const auto file = files.open(path);
-    if (!file)
+    if (!file && file.error().code == FileError::Code::notARegularFile)
         return false;
+    if (!file)
+        return std::unexpected(file.error());
     std::array<char, magic.size()> start{};
     const ssize_t size = retrying([&] { return ::pread(file->get(), start.data(), start.size(), 0); });
+    if (size < 0)
+        return std::unexpected(fileError(errno, path));
     return size == static_cast<ssize_t>(start.size()) && beginsAsAlias({start.data(), start.size()});
 }
 

@@ -4,12 +4,13 @@
 
 #include <QString>
 
+#include <expected>
 #include <optional>
 
 namespace tessellar {
 
 /// True for a regular file that begins as the Finder's alias files do. Reads at most 16 bytes.
-bool isAliasFile(const FileSystem& files, const QString& path);
+std::expected<bool, FileError> isAliasFile(const FileSystem& files, const QString& path);
 
 /// Where an alias file points, as far as its bytes say: the path components of its first table that
 /// has them. Nothing for a file that is none, is damaged or larger than 1 MiB. The target need not

@@ -132,12 +132,6 @@ PropertyValue localizedInfo(const FileSystem& files, const Bundle& bundle,
     return {};
 }
 
-QString withoutApplicationExtension(QString name) {
-    if (name.size() > 4 && isApplicationName(name))
-        name.chop(4);
-    return name;
-}
-
 bool hasLocalizedName(const Bundle& bundle) {
     const QString onDisk = FileSystem::fileName(bundle.path);
     const auto declared = bundle.info[QStringLiteral("CFBundleDisplayName")].text();
@@ -146,6 +140,16 @@ bool hasLocalizedName(const Bundle& bundle) {
 }
 
 } // namespace
+
+QString withoutApplicationExtension(QString name) {
+    if (name.size() > 4 && isApplicationName(name))
+        name.chop(4);
+    return name;
+}
+
+QString nameOnDisk(const QString& path) {
+    return withoutApplicationExtension(FileSystem::fileName(path)).replace(u':', u'/');
+}
 
 std::optional<QString> Bundle::identifier() const {
     return info[QStringLiteral("CFBundleIdentifier")].text();
@@ -210,7 +214,7 @@ bool isWrappedApplication(const FileSystem& files, const QString& path) {
 }
 
 QString finderDisplayName(const FileSystem& files, const Bundle& bundle, const QStringList& languages) {
-    const QString name = withoutApplicationExtension(FileSystem::fileName(bundle.path));
+    const QString name = nameOnDisk(bundle.path);
     if (!hasLocalizedName(bundle))
         return name;
     const PropertyValue localized = localizedInfo(files, bundle, languages);

@@ -41,9 +41,16 @@ Bundle readBundle(const FileSystem& files, const QString& path);
 /// True for a bundle that holds "Wrapper/iTunesMetadata.plist".
 bool isWrappedApplication(const FileSystem& files, const QString& path);
 
+/// "Maple" for "Maple.app", in any case; a name that is nothing but the extension stays.
+QString withoutApplicationExtension(QString name);
+
+/// The name on the disk as people see it: without ".app", and with the slash for which a disk has ":".
+QString nameOnDisk(const QString& path);
+
 /// The name that the Finder shows for a bundle, without ".app": a localized one when the bundle says so
-/// (its unlocalized display name is the name on the disk, or LSHasLocalizedDisplayName), else the name
-/// on the disk. `languages` in order of preference ("de", "en").
+/// (its unlocalized display name is the name on the disk, or LSHasLocalizedDisplayName), in the first
+/// of the user's languages that the bundle speaks, else in the one that it was developed in; else the
+/// name on the disk. `languages` in order of preference ("de", "zh-Hant-HK").
 QString finderDisplayName(const FileSystem& files, const Bundle& bundle, const QStringList& languages);
 
 /// The files besides the Info.plist that the Finder's name of a bundle may depend on, whether they

@@ -6,6 +6,7 @@ namespace tessellar {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+namespace fs = std::filesystem;
 using testing::Contains;
 using testing::IsEmpty;
 using testing::Not;
@@ -30,10 +31,9 @@ private:
 
 class UnreadableDirectoriesTest : public test::SmallLibrary {
 protected:
-    void forbid(const QString& path) { std::filesystem::permissions(host(path), {}); }
-    void allow(const QString& path) {
-        std::filesystem::permissions(host(path), std::filesystem::perms(0755));
-    }
+    void setMode(const QString& path, unsigned mode) { fs::permissions(host(path), fs::perms(mode)); }
+    void forbid(const QString& path) { setMode(path, 0); }
+    void allow(const QString& path) { setMode(path, 0755); }
 
     void SetUp() override {
         std::filesystem::permissions(root.path().toStdString(), std::filesystem::perms(0755));
@@ -56,7 +56,7 @@ TEST_F(UnreadableDirectoriesTest, FoldersWithoutRightsHideWhatLiesInThem) {
         const AsNobody nobody;
         blind = scan(cache);
         EXPECT_EQ(AppScanner::installState(files, sealed), AppScanner::InstallState::incomplete);
-        EXPECT_EQ(AppScanner::installState(files, inside), AppScanner::InstallState::incomplete);
+        EXPECT_EQ(AppScanner::installState(files, inside), AppScanner::InstallState::unseen);
     }
     for (const auto& path : {u"/Applications/Closed"_s, u"/opt/closed"_s, sealed})
         allow(path);
@@ -67,9 +67,9 @@ TEST_F(UnreadableDirectoriesTest, FoldersWithoutRightsHideWhatLiesInThem) {
     EXPECT_EQ(incomplete(blind), QStringList(sealed));
     EXPECT_FALSE(blind.watchableDirectories.contains(u"/Applications/Closed"_s));
     for (const QString& path : {inside, linked, sealed})
-        EXPECT_TRUE(blind.isOutOfReach(path)) << path.toStdString();
-    EXPECT_FALSE(blind.isOutOfReach(u"/Applications/Gone.app"_s));
-    EXPECT_FALSE(blind.isOutOfReach(u"/Applications/Closedness/Gone.app"_s));
+        EXPECT_FALSE(blind.isGone(path)) << path.toStdString();
+    EXPECT_TRUE(blind.isGone(u"/Applications/Gone.app"_s));
+    EXPECT_TRUE(blind.isGone(u"/Applications/Closedness/Gone.app"_s));
 
     EXPECT_EQ(scan(cache).apps.size(), 4) << "rights that come back are noticed";
 }
@@ -91,18 +91,145 @@ TEST_F(UnreadableDirectoriesTest, AVolumeThatIsNotMountedIsNotAnAbsentFolder) {
                                               Unreadable{u"/nowhere"_s, Reason::absent},
                                               Unreadable{u"/Volumes/Other"_s, Reason::volumeNotMounted},
                                               Unreadable{u"/Volumes/Work/Typo"_s, Reason::absent}));
-    EXPECT_FALSE(mounted.isOutOfReach(u"/nowhere/X.app"_s));
-    EXPECT_FALSE(mounted.isOutOfReach(u"/Volumes/Work/Apps/Gone.app"_s));
+    EXPECT_TRUE(mounted.isGone(u"/nowhere/X.app"_s));
+    EXPECT_TRUE(mounted.isGone(u"/Volumes/Work/Apps/Gone.app"_s));
 
     std::filesystem::rename(host(u"/Volumes/Work"_s), host(u"/away"_s));
     const auto unmounted = scan(cache);
     EXPECT_THAT(unmounted.apps, IsEmpty());
     for (const AppEntry& entry : mounted.apps)
-        EXPECT_TRUE(unmounted.isOutOfReach(entry.path)) << entry.path.toStdString();
-    EXPECT_FALSE(unmounted.isOutOfReach(u"/Volumes/Worker/X.app"_s));
+        EXPECT_FALSE(unmounted.isGone(entry.path)) << entry.path.toStdString();
 
     std::filesystem::rename(host(u"/away"_s), host(u"/Volumes/Work"_s));
     EXPECT_EQ(withoutIdentifiers(scan(cache)), withoutIdentifiers(mounted));
+}
+
+/// What is asked of every way in which an application can be out of sight for a while: it is not gone
+/// then, and seen again after; and once it is really taken away, it is gone.
+struct WayOutOfSight {
+    const char* what;
+    std::function<void()> hide;
+    std::function<void()> show;
+};
+
+TEST_F(UnreadableDirectoriesTest, WhatIsOutOfSightIsNotGone) {
+    const QString path = add(u"/Volumes/Work/Apps/One"_s, u"Fern"_s);
+    const QString custom = add(u"/Users/ada/Mine"_s, u"Moss"_s);
+    const QString deep = add(u"/Applications/A/B/C"_s, u"Oak"_s);
+    const QString linked = add(u"/opt/trees"_s, u"Elm"_s);
+    mac.addLink(u"/Applications/Elm.app"_s, linked);
+    const QString onDisk = add(u"/Applications"_s, u"Ivy"_s);
+    const QString inside = mac.addApplication({.name = u"Inner"_s,
+                                               .folder = onDisk + u"/Contents/Applications"_s,
+                                               .identifier = u"org.example.inner"_s});
+    settings.searchPaths += {u"/Volumes/Work/Apps"_s, u"/Users/ada/Mine"_s};
+    const AppDiscoverySettings whole = settings;
+    const QStringList all{path, custom, deep, linked, onDisk, inside};
+    const fs::path aside = host(u"/aside"_s);
+    const auto move = [](const fs::path& from, const fs::path& to) {
+        return [=] { fs::rename(from, to); };
+    };
+    const fs::path work = host(u"/Volumes/Work"_s);
+    const fs::path apps = host(u"/Volumes/Work/Apps"_s);
+    const WayOutOfSight ways[] = {
+        {"a listed bundle that cannot be looked at", [&] { setMode(u"/Applications"_s, 0444); },
+         [&] { setMode(u"/Applications"_s, 0755); }},
+        {"a folder that cannot be listed", [&] { setMode(u"/Applications"_s, 0); },
+         [&] { setMode(u"/Applications"_s, 0755); }},
+        {"an unmounted volume", move(work, aside), move(aside, work)},
+        {"a mount point without its mount",
+         [&] {
+             fs::rename(work, aside);
+             fs::create_directory(work);
+         },
+         [&] {
+             fs::remove(work);
+             fs::rename(aside, work);
+         }},
+        {"another volume in its place, with the same folder",
+         [&] {
+             fs::rename(work, aside);
+             fs::create_directories(apps);
+             add(u"/Volumes/Work/Apps"_s, u"Other"_s);
+         },
+         [&] {
+             fs::remove_all(work);
+             fs::rename(aside, work);
+         }},
+        {"settings that cannot be read",
+         [&] {
+             settings.searchPaths = AppDiscoverySettings::defaultSearchPaths(u"/Users/ada"_s);
+             settings.isCertain = false;
+         },
+         [&] { settings = whole; }},
+        {"a lower depth", [&] { settings.scanDepth = 1; }, [&] { settings = whole; }},
+        {"a limit", [&] { limits.directories = 2; }, [&] { limits = {}; }},
+    };
+    for (const bool isOneRun : {true, false}) {
+        for (const WayOutOfSight& way : ways) {
+            ScanCache cache;
+            for (const QString& application : all)
+                EXPECT_TRUE(paths(scan(cache)).contains(application)) << application.toStdString();
+            const auto again = [&] {
+                const AsNobody nobody;
+                // A command line begins with what an earlier run left, the launcher with its own scan.
+                if (!isOneRun)
+                    cache = ScanCache(cache.knownVolumes());
+                return scan(cache);
+            };
+            way.hide();
+            for (int i = 0; i < 2; ++i) {
+                const AppScanner::LibraryScan blind = again();
+                EXPECT_LT(blind.apps.size(), all.size()) << way.what;
+                for (const QString& application : all)
+                    EXPECT_FALSE(blind.isGone(application)) << way.what << application.toStdString();
+            }
+            way.show();
+            for (const QString& application : all)
+                EXPECT_EQ(again().presence(application), AppScanner::Presence::there) << way.what;
+        }
+    }
+
+    ScanCache cache;
+    (void)scan(cache);
+    for (const QString& application : {path, custom, deep, linked, inside, onDisk})
+        fs::remove_all(host(application));
+    const AppScanner::LibraryScan after = scan(cache);
+    for (const QString& application : {custom, deep, linked, inside, onDisk})
+        EXPECT_TRUE(after.isGone(application)) << application.toStdString();
+    EXPECT_TRUE(after.isGone(path)) << "the last one on its volume";
+    fs::remove_all(host(u"/Users/ada/Mine"_s));
+    EXPECT_TRUE(scan(cache).isGone(custom)) << "its search path with it";
+    for (const auto& volume : cache.knownVolumes().volumes)
+        EXPECT_THAT(volume.applications, IsEmpty());
+}
+
+/// A folder that the user's settings no longer name, and a link that was taken away, are the user's
+/// own doing; and a disk that was copied is known by what lies on it.
+TEST_F(UnreadableDirectoriesTest, WhatTheUserNoLongerSearchesIsGone) {
+    const QString kept = add(u"/Applications"_s, u"Kept"_s);
+    const QString custom = add(u"/Users/ada/Mine"_s, u"Moss"_s);
+    const QString linked = add(u"/opt/trees"_s, u"Elm"_s);
+    mac.addLink(u"/Applications/way"_s, u"/opt/trees"_s);
+    settings.searchPaths += u"/Users/ada/Mine"_s;
+    ScanCache cache;
+    EXPECT_EQ(scan(cache).apps.size(), 3);
+    settings.searchPaths.removeLast();
+    fs::remove(host(u"/Applications/way"_s));
+    EXPECT_TRUE(scan(cache).isGone(custom));
+    EXPECT_TRUE(scan(cache).isGone(linked));
+
+    const QString gone = add(u"/Applications"_s, u"Gone"_s);
+    (void)scan(cache);
+    KnownVolumes known = cache.knownVolumes();
+    ASSERT_EQ(known.volumes.size(), 1);
+    known.volumes[0].identity = u"of another disk"_s;
+    fs::remove_all(host(gone));
+    ScanCache copied(known);
+    EXPECT_TRUE(scan(copied).isGone(gone));
+    fs::remove_all(host(kept));
+    ScanCache bare(known);
+    EXPECT_FALSE(scan(bare).isGone(gone));
 }
 
 TEST_F(UnreadableDirectoriesTest, LimitsCutTheDeepAndSaySo) {
@@ -125,14 +252,14 @@ TEST_F(UnreadableDirectoriesTest, LimitsCutTheDeepAndSaySo) {
         EXPECT_EQ(scan.apps.size(), applications);
         EXPECT_TRUE(names(scan).contains(u"Mine"_s)) << "what lies high comes before what lies deep";
         EXPECT_THAT(scan.unreadableDirectories, Contains(everything));
-        EXPECT_TRUE(scan.isOutOfReach(u"/anywhere/X.app"_s));
+        EXPECT_FALSE(scan.isGone(u"/anywhere/X.app"_s));
     }
     limits = {.entriesPerDirectory = 20};
     const auto scan = this->scan();
     EXPECT_THAT(scan.unreadableDirectories,
                 Contains(Unreadable{u"/Applications/Deep"_s, Reason::limit}));
-    EXPECT_TRUE(scan.isOutOfReach(u"/Applications/Deep/1/Deep1.app"_s));
-    EXPECT_FALSE(scan.isOutOfReach(u"/Applications/Gone.app"_s));
+    EXPECT_FALSE(scan.isGone(u"/Applications/Deep/1/Deep1.app"_s));
+    EXPECT_TRUE(scan.isGone(u"/Applications/Gone.app"_s));
 }
 
 } // namespace

@@ -34,7 +34,7 @@ MergeResult merge(const Pages& pages, const QList<AppEntry>& scan, bool isRestor
     return mergeLayout(
         pages, hidden,
         {.scannedApps = scan,
-         .isOutOfReach = [](const QString& path) { return path.startsWith(u"/Volumes/Away/"); },
+         .isGone = [](const QString& path) { return !path.startsWith(u"/Volumes/Away/"); },
          .pageCapacity = 4,
          .isRestore = isRestore},
         english);

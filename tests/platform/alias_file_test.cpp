@@ -25,11 +25,14 @@ TEST(AliasFile, SaysWhereItPoints) {
     machine.link(QStringLiteral("/Applications/link"), QStringLiteral("Foo"));
     ASSERT_EQ(::mkfifo(files.hostPath(QStringLiteral("/Applications/pipe")).constData(), 0600), 0);
 
-    EXPECT_TRUE(isAliasFile(files, QStringLiteral("/Applications/Foo")));
-    EXPECT_TRUE(isAliasFile(files, QStringLiteral("/Applications/link")));
-    EXPECT_TRUE(isAliasFile(files, QStringLiteral("/Applications/large")));
-    for (const char16_t* other : {u"", u"/short", u"/bookmark", u"/pipe", u"/none"})
-        EXPECT_FALSE(isAliasFile(files, QStringLiteral("/Applications") + QString::fromUtf16(other)));
+    EXPECT_EQ(isAliasFile(files, QStringLiteral("/Applications/Foo")), true);
+    EXPECT_EQ(isAliasFile(files, QStringLiteral("/Applications/link")), true);
+    EXPECT_EQ(isAliasFile(files, QStringLiteral("/Applications/large")), true);
+    for (const char16_t* other : {u"/short", u"/bookmark", u"/pipe"})
+        EXPECT_EQ(isAliasFile(files, QStringLiteral("/Applications") + QString::fromUtf16(other)),
+                  false);
+    EXPECT_EQ(isAliasFile(files, QStringLiteral("/Applications/none")).error().code,
+              FileError::Code::notFound);
     EXPECT_EQ(aliasTarget(files, QStringLiteral("/Applications/Foo")), target);
     EXPECT_EQ(aliasTarget(files, QStringLiteral("/Applications/large")), std::nullopt);
     EXPECT_EQ(aliasTarget(files, QStringLiteral("/Applications/bookmark")), std::nullopt);

@@ -1,0 +1,128 @@
+#include "discovery/scan_sight.h"
+
+#include <algorithm>
+#include <map>
+
+namespace tessellar {
+
+namespace {
+
+using Sight = AppScanner::Sight;
+
+/// The volume that a path lies on, of those that were looked at.
+const MountedVolume* volumeOf(const Sight& sight, const QString& path) {
+    const MountedVolume* result = nullptr;
+    for (const MountedVolume& volume : sight.volumes)
+        if ((!result || volume.root.size() > result->root.size()) &&
+            FileSystem::isWithin(path, volume.root))
+            result = &volume;
+    return result;
+}
+
+const KnownVolume* knownVolumeOf(const Sight& sight, const QString& path) {
+    for (const KnownVolume& volume : sight.known.volumes)
+        if (std::ranges::binary_search(volume.applications, path))
+            return &volume;
+    return nullptr;
+}
+
+/// True when what was looked at is the volume on which the application at `path` was seen, or would
+/// have been.
+bool isSameVolume(const Sight& sight, const QString& path) {
+    const MountedVolume* mounted = volumeOf(sight, path);
+    const auto mountPoint = volumeMountPoint(path);
+    if (!mounted || (mountPoint && *mountPoint != mounted->root))
+        return false;
+    const auto isSeen = [&](const QString& application) {
+        return sight.applications.contains(application);
+    };
+    if (const KnownVolume* known = knownVolumeOf(sight, path)) {
+        if (known->root != mounted->root)
+            return false;
+        // The Mac's own disk may be a copy of the one before it. It is known by what lies on it.
+        return known->identity == mounted->identity ||
+               (!mountPoint && std::ranges::any_of(known->applications, isSeen));
+    }
+    // It was never seen there. A bare mount point has no applications, now or before.
+    return !mountPoint ||
+           std::ranges::any_of(sight.known.volumes,
+                               [&](const KnownVolume& known) {
+                                   return known.root == mounted->root &&
+                                          known.identity == mounted->identity;
+                               }) ||
+           std::ranges::any_of(sight.applications, [&](const QString& application) {
+               return FileSystem::isWithin(application, mounted->root);
+           });
+}
+
+/// True when the scan looked where the path would be and it was not there.
+bool isLookedAtInVain(const AppScanner::LibraryScan& scan, const QString& path) {
+    const Sight& sight = scan.sight;
+    if (sight.bundles.contains(path))
+        return true; // no application: it would be in the list
+    QString below = path;
+    for (QString at = FileSystem::parent(path);; below = at, at = FileSystem::parent(at)) {
+        if (sight.absent.contains(at))
+            return true;
+        if (const auto bundle = sight.bundles.constFind(at); bundle != sight.bundles.constEnd()) {
+            // Its applications were not looked for where that would have been too deep.
+            const QString inside = FileSystem::joined(at, QStringLiteral("Contents/Applications"));
+            if (FileSystem::isWithin(path, inside))
+                return !*bundle;
+            break; // a link led into it
+        }
+        if (const auto depth = sight.folders.constFind(at); depth != sight.folders.constEnd())
+            return below == path || *depth < sight.scanDepth;
+        if (at == u"/" || at.isEmpty())
+            break;
+    }
+    // Nothing that was looked at leads there.
+    return sight.isCertain &&
+           std::ranges::all_of(scan.unreadableDirectories, [](const auto& directory) {
+               return directory.reason == AppScanner::UnreadableDirectory::Reason::absent;
+           });
+}
+
+} // namespace
+
+AppScanner::Presence AppScanner::LibraryScan::presence(const QString& path) const {
+    if (sight.applications.contains(path))
+        return Presence::there;
+    for (const UnreadableDirectory& directory : unreadableDirectories)
+        if (directory.reason != UnreadableDirectory::Reason::absent &&
+            FileSystem::isWithin(path, directory.path))
+            return Presence::notSeen;
+    for (const IncompleteBundle& bundle : incompleteBundles)
+        if (FileSystem::isWithin(path, bundle.path))
+            return Presence::notSeen;
+    return isLookedAtInVain(*this, path) && isSameVolume(sight, path) ? Presence::gone
+                                                                      : Presence::notSeen;
+}
+
+KnownVolumes knownAfter(const Sight& sight, const std::function<bool(const QString&)>& isGone) {
+    std::map<std::pair<QString, QString>, QStringList> applications;
+    qsizetype count = 0;
+    const auto add = [&](const QString& root, const QString& identity, const QString& path) {
+        if (count++ < KnownVolumes::maximumApplications)
+            applications[{root, identity}].append(path);
+    };
+    for (const QString& path : sight.applications)
+        if (const MountedVolume* volume = volumeOf(sight, path))
+            add(volume->root, volume->identity, path);
+    for (const KnownVolume& volume : sight.known.volumes)
+        for (const QString& path : volume.applications)
+            if (!sight.applications.contains(path) && !isGone(path))
+                add(volume.root, volume.identity, path);
+
+    KnownVolumes result;
+    for (auto& [volume, paths] : applications) {
+        if (result.volumes.size() == KnownVolumes::maximumVolumes)
+            break;
+        std::ranges::sort(paths);
+        paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
+        result.volumes.append({volume.first, volume.second, paths});
+    }
+    return result;
+}
+
+} // namespace tessellar
