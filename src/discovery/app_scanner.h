@@ -150,7 +150,12 @@ public:
         /// for no scan at all.
         bool isCertain = false;
 
-        bool operator==(const Sight&) const = default;
+        /// Of what was seen: what was known before is no part of it.
+        bool operator==(const Sight& other) const {
+            return folders == other.folders && absent == other.absent && bundles == other.bundles &&
+                   applications == other.applications && volumes == other.volumes &&
+                   scanDepth == other.scanDepth && isCertain == other.isCertain;
+        }
     };
 
     /// The result. Equality is over everything, identifiers too.

@@ -93,8 +93,9 @@ private:
         _record.name = usable(wrapped.name).value_or(QString());
         if (_record.name.isEmpty()) {
             noteNameSources(bundle);
-            _record.name = usable(finderDisplayName(_context.files, bundle, _context.languages))
-                               .value_or(nameOnDisk(_record.path));
+            const QString shown = finderDisplayName(_context.files, bundle, _context.languages);
+            _record.name =
+                usable(withoutApplicationExtension(shown)).value_or(nameOnDisk(_record.path));
         }
         _record.nameSortKey = _context.locale.nameSortKey(_record.name);
     }

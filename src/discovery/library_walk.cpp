@@ -321,6 +321,7 @@ void LibraryWalk::lookAtVolumes() {
         add(volume.root);
     sight.known = _cache._knownVolumes;
     sight.volumes.clear();
+    roots.sort();
     for (const QString& root : std::as_const(roots))
         if (const auto identity = finder.identityOf(root))
             sight.volumes.append({root, *identity});

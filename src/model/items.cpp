@@ -194,6 +194,8 @@ static Pages folderContents(const QJsonObject& object) {
     if (const auto entries = json::decode<QList<AppEntry>>(items))
         for (const AppEntry& entry : *entries)
             page.append(entry);
+    else if (!items.isUndefined() || !object.value(u"pages").isUndefined())
+        Losses::note();
     return {page};
 }
 

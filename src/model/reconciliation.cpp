@@ -1,6 +1,7 @@
 #include "model/reconciliation.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace tessellar {
 namespace {
@@ -9,23 +10,39 @@ class Merger {
 public:
     Merger(const Pages& pages, const QSet<QString>& hiddenKeys, const MergeContext& context,
            const Locale& locale)
-        : _context(context), _locale(locale) {
+        : _context(context)
+        , _locale(locale)
+        , _woven(weave(pages, context.places, context.now - RememberedPlaces::duration)) {
+        // Folders that are made again may hold the user's own, moved there since.
+        if (!_woven.absent.isEmpty() && folderDepth(_woven.pages) > maximumFolderDepth)
+            _woven = {pages, {}};
         indexScan();
-        claimApplications(pages);
+        collectTiles();
+        claimApplications();
         _result.hiddenKeys = currentKeys(hiddenKeys);
-        _result.pages = rewritten(pages);
+        _result.pages = rewritten(_woven.pages);
+        remember(pages);
         addNewApplications();
     }
 
     MergeResult take() { return std::move(_result); }
 
 private:
+    /// An application tile, in the order in which they lie: a file may give one identifier to several.
+    struct Tile {
+        const AppEntry* entry;
+        bool wasAbsent;
+        bool stays = true;     ///< what was removed by the user is not looked for
+        qsizetype index = -1;  ///< of the scanned application
+        bool isAbsent = false; ///< after the merge
+        QUuid id;              ///< after the merge
+    };
+
     void indexScan() {
         const qsizetype count = _context.scannedApps.size();
         _byPath.reserve(count);
         _byKey.reserve(count);
         _byIdentifier.reserve(count);
-        _applicationOfTile.reserve(count);
         for (qsizetype i = 0; i < count; ++i) {
             const AppEntry& app = _context.scannedApps[i];
             _byPath.insert(app.path, i);
@@ -33,56 +50,122 @@ private:
             if (app.bundleIdentifier)
                 _byIdentifier[*app.bundleIdentifier].append(i);
         }
-        _claimed.resize(static_cast<std::size_t>(_context.scannedApps.size()));
+        _claims.resize(static_cast<std::size_t>(count));
+    }
+
+    void collectTiles() {
+        forEachItem(_woven.pages, [&](const LaunchpadItem& item) {
+            const AppEntry* entry = item.app();
+            if (!entry)
+                return true;
+            const auto absent = _woven.absent.constFind(entry->id);
+            const bool isAbsent = absent != _woven.absent.constEnd();
+            _tiles.push_back({entry, isAbsent, !isAbsent || !absent->isRemoved, -1, false, entry->id});
+            if (!isAbsent)
+                _pathsOfTiles.insert(entry->path);
+            return true;
+        });
+        for (const RememberedHome& home : _context.places.homes)
+            if (home.leftAt >= _context.now - RememberedPlaces::duration)
+                _homes.insert(home.id, home);
     }
 
     /// Finds out, before anything is rewritten, which scanned application each tile stands for: one
     /// that lies where it lay has the first claim, whatever the order of the tiles.
-    void claimApplications(const Pages& pages) {
-        QList<std::pair<qsizetype, AppEntry>> moved;
-        forEachItem(pages, [&](const LaunchpadItem& item) {
-            const AppEntry* tile = item.app();
-            if (!tile || tile->alias)
-                return true;
-            const qsizetype number = _applicationOfTile.size();
-            _applicationOfTile.append(-1);
-            const qsizetype index = _byPath.value(tile->path, -1);
-            if (index >= 0 && _context.scannedApps[index].bundleIdentifier == tile->bundleIdentifier)
-                claim(number, *tile, index);
-            else
-                moved.append({number, *tile});
-            return true;
-        });
-        for (const auto& [number, tile] : std::as_const(moved))
-            if (const qsizetype index = movedApplication(tile); index >= 0)
-                claim(number, tile, index);
+    void claimApplications() {
+        using Find = qsizetype (Merger::*)(const Tile&) const;
+        static constexpr Find ways[] = {&Merger::atHome, &Merger::inPlace, &Merger::backInPlace,
+                                        &Merger::moved, &Merger::backElsewhere, &Merger::renamed};
+        for (const Find find : ways)
+            for (Tile& tile : _tiles)
+                if (tile.index < 0 && tile.stays && !tile.entry->alias)
+                    if (const qsizetype index = (this->*find)(tile); index >= 0)
+                        claim(tile, index, find == &Merger::atHome);
+        for (Tile& tile : _tiles)
+            if (tile.stays && tile.entry->alias)
+                tile.index = _byKey.value(currentKey(tile.entry->alias->appKey), -1);
     }
 
-    /// Where the application of a tile is now that it does not lie where it lay.
-    qsizetype movedApplication(const AppEntry& tile) const {
-        if (!tile.bundleIdentifier)
-            return _byKey.value(tile.path, -1);
-        const QList<qsizetype> copies = _byIdentifier.value(*tile.bundleIdentifier);
-        if (copies.isEmpty())
+    /// The application where the tile's lay before the tile stood for another copy.
+    qsizetype atHome(const Tile& tile) const {
+        const auto home = _homes.constFind(tile.entry->id);
+        if (home == _homes.constEnd() || _pathsOfTiles.contains(home->path))
             return -1;
-        const auto free = std::ranges::find_if(copies, [&](qsizetype i) { return !isClaimed(i); });
-        if (free != copies.end())
-            return *free;
+        return unclaimed(sameAt(home->path, tile));
+    }
+    qsizetype inPlace(const Tile& tile) const {
+        const qsizetype index = tile.wasAbsent ? -1 : sameAt(tile.entry->path, tile);
+        // Two tiles for one application are the user's, unless one of them has just got it back.
+        return index >= 0 && claimOf(index) == Claim::byReturn ? -1 : index;
+    }
+    qsizetype backInPlace(const Tile& tile) const {
+        return tile.wasAbsent ? unclaimed(sameAt(tile.entry->path, tile)) : -1;
+    }
+    /// Where the application of a tile is now that it does not lie where it lay.
+    qsizetype moved(const Tile& tile) const {
+        if (tile.wasAbsent)
+            return -1;
+        if (!tile.entry->bundleIdentifier)
+            return _byKey.value(tile.entry->path, -1);
+        const QList<qsizetype> copies = _byIdentifier.value(*tile.entry->bundleIdentifier);
+        if (const qsizetype free = firstUnclaimed(copies); free >= 0 || copies.size() != 1)
+            return free;
         // All copies have their tiles. One that stood for a copy of its own is gone with it; a second
         // tile for the only copy is the user's.
-        return tile.isDuplicateBundleIdentifier || copies.size() > 1 ? -1 : copies.first();
+        return tile.entry->isDuplicateBundleIdentifier || claimOf(copies.first()) == Claim::byReturn
+                   ? -1
+                   : copies.first();
+    }
+    qsizetype backElsewhere(const Tile& tile) const {
+        if (!tile.wasAbsent || !tile.entry->bundleIdentifier)
+            return -1;
+        const QList<qsizetype> copies = _byIdentifier.value(*tile.entry->bundleIdentifier);
+        return tile.entry->isDuplicateBundleIdentifier && copies.size() > 1 ? -1
+                                                                            : firstUnclaimed(copies);
+    }
+    /// What lies at the tile's path under another identifier.
+    qsizetype renamed(const Tile& tile) const {
+        return unclaimed(_byPath.value(tile.entry->path, -1));
     }
 
-    void claim(qsizetype number, const AppEntry& tile, qsizetype index) {
-        _claimed[static_cast<std::size_t>(index)] = true;
-        _applicationOfTile[number] = index;
-        const QString before = appKey(tile);
-        const QString now = appKey(_context.scannedApps[index]);
-        if (before != now)
+    qsizetype sameAt(const QString& path, const Tile& tile) const {
+        const qsizetype index = _byPath.value(path, -1);
+        return index >= 0 &&
+                       _context.scannedApps[index].bundleIdentifier == tile.entry->bundleIdentifier
+                   ? index
+                   : -1;
+    }
+    qsizetype firstUnclaimed(const QList<qsizetype>& copies) const {
+        const auto free =
+            std::ranges::find_if(copies, [&](qsizetype i) { return claimOf(i) == Claim::none; });
+        return free == copies.end() ? -1 : *free;
+    }
+    qsizetype unclaimed(qsizetype index) const {
+        return index >= 0 && claimOf(index) == Claim::none ? index : -1;
+    }
+
+    enum class Claim { none, byTile, byReturn };
+    Claim claimOf(qsizetype index) const { return _claims[static_cast<std::size_t>(index)]; }
+
+    void claim(Tile& tile, qsizetype index, bool isHome) {
+        const AppEntry& app = _context.scannedApps[index];
+        const bool isReturn = isHome || tile.wasAbsent;
+        _claims[static_cast<std::size_t>(index)] = isReturn ? Claim::byReturn : Claim::byTile;
+        tile.index = index;
+        if (app.bundleIdentifier != tile.entry->bundleIdentifier)
+            tile.id = app.id;
+        const QString before = appKey(*tile.entry);
+        const QString now = appKey(app);
+        if (before != now && !_byKey.contains(before) && !_result.changedKeys.contains(before))
             _result.changedKeys.insert(before, now);
-    }
 
-    bool isClaimed(qsizetype index) const { return _claimed[static_cast<std::size_t>(index)]; }
+        if (isHome || app.path == tile.entry->path) {
+            if (isHome)
+                _homes.remove(tile.entry->id);
+        } else if (!_homes.contains(tile.entry->id)) {
+            _homes.insert(tile.entry->id, {tile.entry->id, tile.entry->path, _context.now});
+        }
+    }
 
     QString currentKey(const QString& key) const { return _result.changedKeys.value(key, key); }
 
@@ -108,8 +191,8 @@ private:
     }
 
     std::optional<LaunchpadItem> rewritten(const LaunchpadItem& item) {
-        if (const AppEntry* tile = item.app())
-            return rewritten(*tile);
+        if (item.app())
+            return rewritten(_tiles[_nextTile++]);
         if (const FolderEntry* folder = item.folder())
             return rewritten(*folder);
         return item;
@@ -117,42 +200,132 @@ private:
 
     std::optional<LaunchpadItem> rewritten(const FolderEntry& folder) {
         Pages pages = rewritten(folder.pages);
+        const bool hasOne = pages.size() == 1 && pages.first().size() == 1;
+        if (pages.isEmpty() || hasOne)
+            _closed.insert(folder.id);
         if (pages.isEmpty())
             return std::nullopt;
-        if (pages.size() == 1 && pages.first().size() == 1)
+        if (hasOne)
             return pages.first().first();
         FolderEntry result = folder;
         result.pages = std::move(pages);
         return result;
     }
 
-    std::optional<LaunchpadItem> rewritten(const AppEntry& tile) {
-        qsizetype index = -1;
-        std::optional<AppAliasReference> alias;
-        if (tile.alias) {
-            alias = AppAliasReference{currentKey(tile.alias->appKey)};
-            index = _byKey.value(alias->appKey, -1);
-        } else {
-            index = _applicationOfTile[_nextTile++];
-        }
-        if (index < 0) {
-            if (_context.isGone && _context.isGone(tile.path))
+    std::optional<LaunchpadItem> rewritten(Tile& tile) {
+        const AppEntry& entry = *tile.entry;
+        if (tile.index < 0) {
+            // At its path there may be another application, which another tile stands for.
+            tile.isAbsent = tile.wasAbsent || _byPath.contains(entry.path) ||
+                            (_context.isGone && _context.isGone(entry.path));
+            if (tile.isAbsent && !tile.wasAbsent)
+                _result.dropped.append(entry);
+            if (tile.isAbsent)
                 return std::nullopt;
-            _result.unavailableAppKeys.insert(appKey(tile));
-            return tile;
+            _result.unavailableAppKeys.insert(appKey(entry));
+            return entry;
         }
-        AppEntry fresh = _context.scannedApps[index];
+        AppEntry fresh = _context.scannedApps[tile.index];
         fresh.id = tile.id;
-        fresh.alias = std::move(alias);
-        if (tile.name != tile.originalName)
-            fresh.name = tile.name;
+        if (entry.alias)
+            fresh.alias = AppAliasReference{currentKey(entry.alias->appKey)};
+        if (entry.name != entry.originalName)
+            fresh.name = entry.name;
+        if (tile.wasAbsent)
+            _result.returned.append(fresh);
         return fresh;
+    }
+
+    // ---- what is remembered
+
+    void remember(const Pages& before) {
+        if (!_result.dropped.isEmpty() || !_closed.isEmpty())
+            sayWhatClosed(before);
+        RememberedPlaces& places = _result.places;
+        QSet<QUuid> ids;
+        for (const Tile& tile : std::as_const(_tiles)) {
+            ids.insert(tile.id);
+            if (tile.isAbsent || tile.wasAbsent)
+                places.places.append(_woven.absent.value(
+                    tile.entry->id, RememberedPlace{tile.entry->id, _context.now, false}));
+        }
+        for (const RememberedHome& home : std::as_const(_homes))
+            if (ids.contains(home.id))
+                places.homes.append(home);
+        keepLatest(places.places, &RememberedPlace::goneAt);
+        keepLatest(places.homes, &RememberedHome::leftAt);
+        if (places.places.isEmpty())
+            return;
+        QSet<QUuid> remembered;
+        for (const RememberedPlace& place : std::as_const(places.places))
+            remembered.insert(place.id);
+        _nextTile = 0;
+        places.pages = skeleton(_woven.pages, remembered);
+        places.closedFolders = QList<QUuid>(_closed.begin(), _closed.end());
+        std::ranges::sort(places.closedFolders);
+    }
+
+    void sayWhatClosed(const Pages& before) {
+        forEachItem(before, [&](const LaunchpadItem& item) {
+            if (item.folder() && _closed.contains(item.id()))
+                _result.closedFolders.append(item.id());
+            return true;
+        });
+        const auto isUsed = [](const Page& page) { return !page.isEmpty(); };
+        const qsizetype back = std::ranges::count_if(_result.pages, [&](const Page& page) {
+            return std::ranges::all_of(page, [&](const LaunchpadItem& item) {
+                return std::ranges::any_of(_result.returned, [&](const AppEntry& app) {
+                    return app.id == item.id();
+                });
+            });
+        });
+        _result.closedPages = std::max<qsizetype>(
+            0, std::ranges::count_if(before, isUsed) - (_result.pages.size() - back));
+    }
+
+    template <typename Remembered>
+    static void keepLatest(QList<Remembered>& all, Instant Remembered::*date) {
+        std::ranges::sort(all, [&](const Remembered& a, const Remembered& b) {
+            return a.*date != b.*date ? a.*date > b.*date : a.id < b.id;
+        });
+        if (all.size() > RememberedPlaces::maximumPlaces)
+            all.resize(RememberedPlaces::maximumPlaces);
+    }
+
+    /// The tiles that are remembered in full, of the others the identifiers, in the same order.
+    Pages skeleton(const Pages& pages, const QSet<QUuid>& remembered) {
+        Pages result;
+        for (const Page& page : pages) {
+            Page kept;
+            kept.reserve(page.size());
+            for (const LaunchpadItem& item : page) {
+                if (const FolderEntry* folder = item.folder()) {
+                    kept.append(FolderEntry{folder->id, folder->name, folder->customSymbolName,
+                                            skeleton(folder->pages, remembered)});
+                } else if (!item.app()) {
+                    kept.append(item);
+                } else {
+                    const Tile& tile = _tiles[_nextTile++];
+                    AppEntry entry = *tile.entry;
+                    if (entry.alias)
+                        entry.alias->appKey = currentKey(entry.alias->appKey);
+                    if ((tile.isAbsent || tile.wasAbsent) && remembered.contains(entry.id) &&
+                        tile.id == entry.id)
+                        kept.append(entry);
+                    else
+                        kept.append(SmartFolderReference{tile.id});
+                }
+            }
+            if (!kept.isEmpty())
+                result.append(std::move(kept));
+        }
+        return result;
     }
 
     void addNewApplications() {
         QList<AppEntry> fresh;
         for (qsizetype i = 0; i < _context.scannedApps.size(); ++i)
-            if (!isClaimed(i))
+            if (claimOf(i) == Claim::none)
                 fresh.append(_context.scannedApps[i]);
         Page sorted = sortedTiles(fresh, _locale);
         Pages& pages = _result.pages;
@@ -197,14 +370,16 @@ public:
 private:
     const MergeContext& _context;
     const Locale& _locale;
+    WovenPages _woven;
     QHash<QString, qsizetype> _byPath;
     QHash<QString, qsizetype> _byKey;
     QHash<QString, QList<qsizetype>> _byIdentifier;
-    std::vector<bool> _claimed;
-    /// By the number of the tile in the order of both passes: a file may give one identifier to
-    /// several.
-    QList<qsizetype> _applicationOfTile;
-    qsizetype _nextTile = 0;
+    std::vector<Claim> _claims; ///< on the scanned applications
+    std::vector<Tile> _tiles;
+    std::size_t _nextTile = 0;
+    QSet<QString> _pathsOfTiles;
+    QHash<QUuid, RememberedHome> _homes;
+    QSet<QUuid> _closed;
     MergeResult _result;
 };
 

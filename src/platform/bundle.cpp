@@ -63,7 +63,63 @@ std::optional<QString> placeWithin(const QString& bundle, const QString& directo
     return place;
 }
 
-/// How bundles name the folders of one language, the likeliest first: "de-DE", "de_DE", "de", "German".
+/// The name of a folder leads nowhere else.
+bool isFolderName(const QString& language) {
+    return !language.isEmpty() && language.size() <= 64 && !language.contains(u'/') &&
+           !language.startsWith(u'.');
+}
+
+/// A language tag by its parts, as bundles write them: "zh", "Hant", "HK".
+struct LanguageTag {
+    QString language;
+    QString script;
+    QString region;
+};
+
+LanguageTag parsedTag(const QString& text) {
+    // "de_DE.UTF-8@euro" as an environment may have it, too.
+    const QString plain = text.section(u'.', 0, 0).section(u'@', 0, 0);
+    const QStringList parts = QString(plain).replace(u'_', u'-').split(u'-', Qt::SkipEmptyParts);
+    LanguageTag tag{parts.value(0), {}, {}};
+    for (const QString& part : parts.mid(1)) {
+        if (part.size() == 4 && tag.script.isEmpty() && tag.region.isEmpty())
+            tag.script = part;
+        else if ((part.size() == 2 || part.size() == 3) && tag.region.isEmpty())
+            tag.region = part;
+    }
+    return tag;
+}
+
+/// Chinese without a script is written as its region writes it.
+QString scriptOf(const LanguageTag& tag) {
+    static const QStringList traditional{QStringLiteral("TW"), QStringLiteral("HK"),
+                                         QStringLiteral("MO")};
+    if (!tag.script.isEmpty() || tag.language != u"zh")
+        return tag.script;
+    return traditional.contains(tag.region) ? QStringLiteral("Hant") : QStringLiteral("Hans");
+}
+
+/// The wider region whose form of the language is the nearest, where there is one.
+QString widerRegion(const LanguageTag& tag) {
+    static const QStringList notLatinAmerican{QStringLiteral("ES"), QStringLiteral("EA"),
+                                              QStringLiteral("IC"), QStringLiteral("GQ"),
+                                              QStringLiteral("PH"), QStringLiteral("419")};
+    static const QStringList american{QStringLiteral("US"), QStringLiteral("CA"),
+                                      QStringLiteral("PH"), QStringLiteral("PR"),
+                                      QStringLiteral("GB")};
+    if (tag.region.isEmpty())
+        return {};
+    if (tag.language == u"es" && !notLatinAmerican.contains(tag.region))
+        return QStringLiteral("419");
+    if (tag.language == u"en" && !american.contains(tag.region))
+        return QStringLiteral("GB");
+    if (tag.language == u"pt" && tag.region != u"BR" && tag.region != u"PT")
+        return QStringLiteral("PT");
+    return {};
+}
+
+/// How bundles name the folders of one language, the likeliest first: "de-DE", "de_DE", "de", "German";
+/// "zh-Hant-HK", "zh-HK", "zh-Hant", "zh_TW", "zh"; "es-MX", "es-419", "es".
 QStringList folderNames(const QString& language) {
     static const QMap<QString, QString> olderNames{
         {QStringLiteral("de"), QStringLiteral("German")},
@@ -74,40 +130,54 @@ QStringList folderNames(const QString& language) {
         {QStringLiteral("ja"), QStringLiteral("Japanese")},
         {QStringLiteral("nb"), QStringLiteral("no")},
         {QStringLiteral("nl"), QStringLiteral("Dutch")},
-        {QStringLiteral("zh-CN"), QStringLiteral("zh-Hans")},
         {QStringLiteral("zh-Hans"), QStringLiteral("zh_CN")},
         {QStringLiteral("zh-Hant"), QStringLiteral("zh_TW")},
-        {QStringLiteral("zh-TW"), QStringLiteral("zh-Hant")},
     };
+    const LanguageTag tag = parsedTag(language);
+    const QString script = scriptOf(tag);
     QStringList names;
-    QString tag = QString(language).replace(u'_', u'-');
-    while (!tag.isEmpty()) {
-        names.append(tag);
-        if (tag.contains(u'-'))
-            names.append(QString(tag).replace(u'-', u'_'));
-        if (const QString older = olderNames.value(tag); !older.isEmpty())
-            names.append(older);
-        tag.truncate(std::max<qsizetype>(tag.lastIndexOf(u'-'), 0));
+    const auto add = [&](const QString& middle, const QString& region) {
+        QString name = tag.language;
+        for (const QString& part : {middle, region})
+            if (!part.isEmpty())
+                name += u'-' + part;
+        for (const QString& form :
+             {name, QString(name).replace(u'-', u'_'), olderNames.value(name)})
+            if (!form.isEmpty() && !names.contains(form))
+                names.append(form);
+    };
+    if (!tag.region.isEmpty()) {
+        if (!script.isEmpty())
+            add(script, tag.region);
+        // Where the script is not the region's own, the region alone names another form.
+        if (tag.script.isEmpty() || scriptOf({tag.language, {}, tag.region}) == script)
+            add({}, tag.region);
     }
+    if (const QString wider = widerRegion(tag); !wider.isEmpty())
+        add({}, wider);
+    if (!script.isEmpty())
+        add(script, {});
+    add({}, {});
     return names;
 }
 
-/// The names by which the folders of the user's languages may go, in order.
+/// The names by which the folders of the user's languages may go, in order; the language in which the
+/// bundle was developed comes last.
 QStringList localizationNames(const Bundle& bundle, const QStringList& languages) {
     const QString native =
         bundle.info[QStringLiteral("CFBundleDevelopmentRegion")].text().value_or(QString());
-    const QStringList nativeNames = folderNames(native);
+    const QStringList nativeNames = isFolderName(native) ? folderNames(native) : QStringList();
     QStringList result;
     for (const QString& language : languages) {
-        if (language.contains(u'/') || language.contains(u'.'))
-            continue; // no name of a folder
+        if (!isFolderName(language))
+            continue;
         const QStringList names = folderNames(language);
         result += names;
         // The language of the Info.plist itself needs no folder.
         if (names.contains(native) || nativeNames.contains(language))
-            break;
+            return result;
     }
-    return result;
+    return result + nativeNames;
 }
 
 QString tablePath(const Bundle& bundle) {

@@ -59,6 +59,7 @@ TEST(ItemJson, FoldersReadEveryFormTheyEverHad) {
     const struct {
         QByteArray contents;
         qsizetype tiles;
+        qsizetype losses = 0;
     } forms[] = {
         {"", 0},
         {"\"pages\": []", 0},
@@ -67,10 +68,13 @@ TEST(ItemJson, FoldersReadEveryFormTheyEverHad) {
         {"\"items\": [" + appObject() + "]", 1},
         {"\"items\": []", 0},
         {"\"pages\": 3, \"items\": [" + tile + "]", 1},
-        {"\"pages\": [[{}]], \"items\": \"x\"", 0},
+        {"\"pages\": [[{}]], \"items\": \"x\"", 0, 1},
+        {"\"pages\": [[{}, " + tile + "]]", 0, 1},
     };
     for (const auto& form : forms) {
+        const json::Losses losses;
         const auto item = decodeItem(folderObject(form.contents));
+        EXPECT_EQ(losses.count(), form.losses) << form.contents.toStdString();
         ASSERT_TRUE(item) << form.contents.toStdString();
         ASSERT_EQ(item->folder()->pages.size(), 1) << form.contents.toStdString();
         EXPECT_EQ(item->folder()->pages[0].size(), form.tiles) << form.contents.toStdString();

@@ -172,6 +172,36 @@ TEST_F(BundleTest, ShowsTheNameThatTheFinderShows) {
     EXPECT_EQ(finderDisplayName(files, added(renamed), {u"sv"_s}), u"Renamed"_s);
 }
 
+TEST_F(BundleTest, SpeaksTheNearestOfTheUsersLanguages) {
+    const auto shown = [&](const QStringList& spoken, const QStringList& languages,
+                           const QString& native = u"fr"_s) {
+        QMap<QString, QString> names;
+        for (const QString& language : spoken)
+            names.insert(language, language);
+        return finderDisplayName(files,
+                                 added({.name = u"Fern"_s,
+                                        .displayName = u"Fern"_s,
+                                        .localizedNames = names,
+                                        .info = {{u"CFBundleDevelopmentRegion"_s, native}}}),
+                                 languages);
+    };
+    const QStringList chinese{u"zh-Hans"_s, u"zh-Hant"_s};
+    for (const auto& language : {u"zh_HK"_s, u"zh-MO"_s, u"zh_TW"_s, u"zh-Hant-HK"_s, u"zh_Hant_SG"_s})
+        EXPECT_EQ(shown(chinese, {language}), u"zh-Hant"_s) << language.toStdString();
+    for (const auto& language : {u"zh_SG"_s, u"zh-CN"_s, u"zh"_s, u"zh-Hans-HK"_s})
+        EXPECT_EQ(shown(chinese, {language}), u"zh-Hans"_s) << language.toStdString();
+    EXPECT_EQ(shown({u"zh_TW"_s, u"zh_CN"_s}, {u"zh_HK"_s}), u"zh_TW"_s);
+    EXPECT_EQ(shown({u"zh-HK"_s, u"zh-Hant"_s}, {u"zh-Hant-HK"_s}), u"zh-HK"_s);
+    EXPECT_EQ(shown({u"es"_s, u"es-419"_s}, {u"es_MX"_s}), u"es-419"_s);
+    EXPECT_EQ(shown({u"es"_s, u"es-419"_s}, {u"es_ES"_s}), u"es"_s);
+    EXPECT_EQ(shown({u"pt-PT"_s, u"pt"_s}, {u"pt_AO"_s}), u"pt-PT"_s);
+    // The first that the bundle speaks; else the one that it was developed in; else the disk's.
+    EXPECT_EQ(shown({u"de"_s, u"sv"_s}, {u"ja"_s, u"de"_s, u"sv"_s}), u"de"_s);
+    EXPECT_EQ(shown({u"de"_s, u"fr"_s}, {u"ja"_s}), u"fr"_s);
+    EXPECT_EQ(shown({u"de"_s}, {u"ja"_s}), u"Fern"_s);
+    EXPECT_EQ(nameOnDisk(u"/Applications/Either:Or.app"_s), u"Either/Or"_s);
+}
+
 TEST(StringsFile, ReadsWhatPeopleWrite) {
     const auto reading = [](const QByteArray& bytes) {
         QMap<QString, QString> result;

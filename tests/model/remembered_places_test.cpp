@@ -1,0 +1,346 @@
+#include "model/reconciliation.h"
+
+#include "support/items.h"
+#include "support/printers.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using test::app;
+using test::folder;
+using test::sketch;
+
+const Locale english(u"en_US"_s);
+
+/// A machine on which applications come and go, and the arrangement that is merged with it.
+class RememberedPlacesTest : public testing::Test {
+protected:
+    void install(const QString& path, const QString& identifier) { installed.insert(path, identifier); }
+    void install(const QString& names) {
+        for (const QString& name : names.split(u' '))
+            install(app(name).path, app(name).bundleIdentifier.value_or(QString()));
+    }
+    void remove(const QString& names) {
+        for (const QString& name : names.split(u' '))
+            installed.remove(app(name).path);
+    }
+
+    bool isSeen(const QString& path) const {
+        return installed.contains(path) && !(isUnmounted && path.startsWith(u"/Volumes/"));
+    }
+    QList<AppEntry> scan() const {
+        QHash<QString, int> copies;
+        for (auto it = installed.begin(); it != installed.end(); ++it)
+            copies[it.value()] += isSeen(it.key());
+        QList<AppEntry> apps;
+        for (auto it = installed.begin(); it != installed.end(); ++it) {
+            if (!isSeen(it.key()))
+                continue;
+            AppEntry entry = app(it.key().section(u'/', -1).chopped(4));
+            entry.id = QUuid::createUuid();
+            entry.path = it.key();
+            entry.bundleIdentifier = it.value();
+            entry.isDuplicateBundleIdentifier = copies[it.value()] > 1;
+            apps.append(entry);
+        }
+        return apps;
+    }
+
+    /// The arrangement with what is installed now.
+    QString merge() {
+        // What is remembered has been saved and read again.
+        const auto read =
+            json::decodeDocument<RememberedPlaces>(json::write(json::encode(result.places)));
+        EXPECT_EQ(read, result.places);
+        const MergeContext context{
+            .scannedApps = scan(),
+            .isGone =
+                [&](const QString& path) {
+                    return !isSeen(path) && !(isUnmounted && path.startsWith(u"/Volumes/"));
+                },
+            .pageCapacity = 4,
+            .places = *read,
+            .now = now};
+        result = mergeLayout(pages, hiddenKeys, context, english);
+        pages = result.pages;
+        hiddenKeys = result.hiddenKeys;
+        return sketch(pages);
+    }
+
+    QMap<QString, QString> installed; ///< identifiers by path
+    bool isUnmounted = false;
+    Pages pages;
+    QSet<QString> hiddenKeys;
+    Instant now{1'000'000};
+    MergeResult result;
+};
+
+TEST_F(RememberedPlacesTest, WhatComesBackGoesWhereItLay) {
+    pages = {{app(u"a"_s), folder(u"f"_s, {{app(u"b"_s), app(u"c"_s)}}), app(u"d"_s)},
+             {app(u"e"_s)},
+             {app(u"g"_s),
+              folder(u"o"_s, {{folder(u"i"_s, {{app(u"h"_s), app(u"j"_s)}}), app(u"k"_s)}})}};
+    pages[0][1].folder()->customSymbolName = u"star"_s;
+    pages[1][0].app()->name = u"mine"_s;
+    install(u"a b c d e g h j k"_s);
+    const QString whole = merge();
+    const Pages before = pages;
+    const struct {
+        const char16_t* gone;
+        const char16_t* left;
+        qsizetype folders;
+        qsizetype closedPages;
+    } cases[] = {
+        {u"b", u"a c d|mine|g [o: [i: h j] k]", 1, 0}, {u"b c", u"a d|mine|g [o: [i: h j] k]", 1, 0},
+        {u"e", u"a [f: b c] d|g [o: [i: h j] k]", 0, 1}, {u"h j", u"a [f: b c] d|mine|g k", 2, 0},
+        {u"j k", u"a [f: b c] d|mine|g h", 2, 0}, {u"a b c d", u"mine|g [o: [i: h j] k]", 1, 1},
+        {u"a b c d e g h j k", u"", 3, 3},
+    };
+    for (const auto& c : cases) {
+        const QString gone = QString::fromUtf16(c.gone);
+        remove(gone);
+        EXPECT_EQ(merge(), QStringView(c.left)) << gone.toStdString();
+        EXPECT_EQ(result.dropped.size(), gone.count(u' ') + 1);
+        EXPECT_EQ(result.closedFolders.size(), c.folders) << gone.toStdString();
+        EXPECT_EQ(result.closedPages, c.closedPages) << gone.toStdString();
+        install(u"n"_s); // something new comes meanwhile, and goes
+        merge();
+        remove(u"n"_s);
+        merge();
+        // One after the other, the last first.
+        const QStringList names = gone.split(u' ');
+        for (auto name = names.rbegin(); name != names.rend(); ++name) {
+            install(*name);
+            merge();
+            EXPECT_EQ(result.returned.size(), 1);
+        }
+        EXPECT_EQ(pages, before) << whole.toStdString() << " is now " << sketch(pages).toStdString();
+        merge();
+        EXPECT_EQ(pages, before);
+    }
+}
+
+TEST_F(RememberedPlacesTest, WhatTheUserDidMeanwhileStands) {
+    pages = {{app(u"a"_s), folder(u"f"_s, {{app(u"b"_s), app(u"c"_s), app(u"d"_s)}}), app(u"e"_s)}};
+    install(u"a b c d e"_s);
+    merge();
+    const Pages before = pages;
+    const struct {
+        const char* what;
+        Pages arranged;
+        const char16_t* after;
+    } cases[] = {
+        {"the folder was moved and renamed",
+         {{app(u"a"_s), app(u"e"_s)}, {FolderEntry{test::idOf(u"f"_s), u"x"_s, {}, {{app(u"c"_s), app(u"d"_s)}}}}},
+         u"a e|[x: b c d]"},
+        {"the folder was dissolved", {{app(u"a"_s), app(u"c"_s), app(u"d"_s), app(u"e"_s)}}, u"a b c d e"},
+        {"the neighbours were turned round",
+         {{folder(u"f"_s, {{app(u"d"_s), app(u"c"_s)}}), app(u"e"_s), app(u"a"_s)}},
+         u"[f: d b c] e a"},
+        {"nothing is where it was",
+         {{folder(u"y"_s, {{app(u"e"_s), app(u"d"_s)}}), folder(u"z"_s, {{app(u"c"_s), app(u"a"_s)}})}},
+         u"[y: e d] [z: c a]|b"},
+    };
+    for (const auto& c : cases) {
+        pages = before;
+        result = {};
+        remove(u"b"_s);
+        merge();
+        pages = c.arranged;
+        install(u"b"_s);
+        EXPECT_EQ(merge(), QStringView(c.after)) << c.what;
+    }
+
+    // The tile that was left of a closed folder is in another one now: it stays there.
+    pages = {{folder(u"f"_s, {{app(u"b"_s), app(u"c"_s)}}), folder(u"y"_s, {{app(u"a"_s), app(u"d"_s)}}),
+              app(u"e"_s)}};
+    result = {};
+    remove(u"b"_s);
+    EXPECT_EQ(merge(), u"c [y: a d] e");
+    pages = {{folder(u"y"_s, {{app(u"a"_s), app(u"d"_s), app(u"c"_s)}}), app(u"e"_s)}};
+    install(u"b"_s);
+    EXPECT_EQ(merge(), u"b [y: a d c] e");
+}
+
+TEST_F(RememberedPlacesTest, AnotherIdentifierAtTheSamePathTakesThePlace) {
+    pages = {{app(u"a"_s), folder(u"f"_s, {{app(u"b"_s), app(u"c"_s)}})}};
+    pages[0][1].folder()->pages[0][0].app()->name = u"mine"_s;
+    install(u"a b c"_s);
+    merge();
+    hiddenKeys = {u"org.example.b"_s};
+    const QString path = app(u"b"_s).path;
+    for (const bool isAtOnce : {true, false}) {
+        const QString identifier = isAtOnce ? u"com.vendor.b"_s : u"com.vendor.B"_s;
+        const QString before = *hiddenKeys.begin();
+        if (!isAtOnce) {
+            installed.remove(path);
+            EXPECT_EQ(merge(), u"a c");
+        }
+        install(path, identifier);
+        EXPECT_EQ(merge(), u"a [f: mine c]");
+        EXPECT_EQ(hiddenKeys, QSet<QString>{identifier});
+        EXPECT_EQ(result.changedKeys, (QHash<QString, QString>{{before, identifier}}));
+    }
+}
+
+TEST_F(RememberedPlacesTest, APlaceIsForgottenWhenTheUserSaysSoOrInTime) {
+    pages = {{app(u"b"_s), app(u"a"_s), app(u"c"_s)}};
+    install(u"a b c"_s);
+    merge();
+    const Pages before = pages;
+    const auto goAndReturn = [&](const std::function<void(RememberedPlaces&)>& meanwhile) {
+        pages = before;
+        result = {};
+        remove(u"a b"_s);
+        merge();
+        meanwhile(result.places);
+        merge(); // a scan in between changes nothing
+        install(u"a b"_s);
+        return merge();
+    };
+    const QString path = app(u"b"_s).path;
+    const auto isIt = [&](const AppEntry& entry) { return entry.path == path; };
+    EXPECT_EQ(goAndReturn([](RememberedPlaces&) {}), u"b a c");
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces& places) {
+                  ASSERT_EQ(summaries(places).size(), 2);
+                  places.forget(isIt);
+                  ASSERT_EQ(summaries(places).size(), 1);
+                  EXPECT_EQ(summaries(places)[0].tile.name, u"a");
+              }),
+              u"a c b");
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces& places) { places.setRemoved(path, true); }), u"a c b");
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces& places) {
+                  places.setRemoved(path, true);
+                  merge();
+                  result.places.setRemoved(path, false);
+              }),
+              u"b a c");
+    using namespace std::chrono_literals;
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces&) { now = now + std::chrono::days(90); }), u"b a c");
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces&) { now = now + std::chrono::days(90) + 1s; }),
+              u"c a b");
+    EXPECT_TRUE(result.places.isEmpty());
+    EXPECT_TRUE(result.places.pages.isEmpty());
+}
+
+/// Applications, copies and a volume come and go at random. After everything has come back, everything
+/// lies where it lay, under the same names.
+TEST_F(RememberedPlacesTest, AfterEverythingHasComeBackEverythingLiesWhereItLay) {
+    std::mt19937 random(11);
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    for (int round = 0; round < 400; ++round) {
+        *static_cast<MergeResult*>(&result) = {};
+        installed.clear();
+        hiddenKeys.clear();
+        isUnmounted = false;
+        const bool withRenames = round % 4 == 0;
+        QList<AppEntry> apps;
+        for (int i = 0, count = 2 + below(14); i < count; ++i) {
+            AppEntry entry = app(u"a%1"_s.arg(i));
+            if (below(4) == 0)
+                entry.path = u"/Volumes/Work/a%1.app"_s.arg(i);
+            // Some come in two copies from the first.
+            if (i > 0 && below(6) == 0)
+                entry.bundleIdentifier = apps.last().bundleIdentifier;
+            if (below(4) == 0)
+                entry.name = u"my%1"_s.arg(i);
+            install(entry.path, *entry.bundleIdentifier);
+            apps.append(entry);
+        }
+        qsizetype next = 0;
+        const auto build = [&](const auto& self, int depth) -> Pages {
+            Pages built;
+            for (int p = below(3); p >= 0; --p) {
+                Page page;
+                for (int t = below(4); t >= 0 && next < apps.size(); --t) {
+                    if (depth < 3 && below(3) == 0)
+                        page.append(folder(u"f%1.%2"_s.arg(depth).arg(next), self(self, depth + 1)));
+                    else
+                        page.append(apps[next++]);
+                }
+                built.append(page);
+            }
+            return built;
+        };
+        pages = build(build, 0);
+        merge();
+        if (below(2)) {
+            AppEntry alias = apps[below(int(apps.size()))];
+            alias.alias = AppAliasReference{alias.bundleIdentifier.value()};
+            alias.id = QUuid::createUuid();
+            pages.first().append(alias);
+            merge();
+        }
+        if (!pages.isEmpty() && below(2))
+            hiddenKeys.insert(apps.first().bundleIdentifier.value());
+        merge();
+        const Pages before = pages;
+        const QSet<QString> hiddenBefore = hiddenKeys;
+        const QMap<QString, QString> everything = installed;
+
+        QStringList story;
+        for (int step = below(12); step >= 0; --step) {
+            for (int change = below(3); change >= 0; --change) {
+                const AppEntry& one = apps[below(int(apps.size()))];
+                const QString copy = u"/Users/ada/Applications/"_s + one.path.section(u'/', -1);
+                const QString identifier = everything.value(one.path);
+                switch (below(withRenames ? 7 : 6)) {
+                case 0:
+                case 1:
+                    story += u"-"_s + one.path;
+                    installed.remove(one.path);
+                    break;
+                case 2:
+                    story += u"+"_s + one.path;
+                    installed.insert(one.path, identifier);
+                    break;
+                case 3:
+                    story += u"+"_s + copy;
+                    installed.insert(copy, identifier);
+                    break;
+                case 4:
+                    story += u"-"_s + copy;
+                    installed.remove(copy);
+                    break;
+                case 5:
+                    story += u"mount"_s;
+                    isUnmounted = !isUnmounted;
+                    break;
+                case 6:
+                    story += u"="_s + one.path;
+                    if (installed.contains(one.path))
+                        installed.insert(one.path, u"com.vendor."_s + one.originalName);
+                    break;
+                }
+            }
+            story += u"merge: "_s + merge();
+            const Pages merged = pages;
+            merge();
+            ASSERT_EQ(pages, merged) << "a second merge changes nothing";
+        }
+        // Back in any order.
+        isUnmounted = false;
+        QStringList paths = everything.keys();
+        std::ranges::shuffle(paths, random);
+        for (const QString& path : std::as_const(paths)) {
+            installed.insert(path, everything[path]);
+            if (below(2))
+                story += u"back: "_s + merge();
+        }
+        installed = everything;
+        merge();
+        ASSERT_EQ(sketch(pages), sketch(before)) << round << '\n' << story.join(u'\n').toStdString();
+        if (withRenames)
+            continue;
+        EXPECT_EQ(pages, before) << round << '\n' << story.join(u'\n').toStdString();
+        EXPECT_EQ(hiddenKeys, hiddenBefore) << round << '\n' << story.join(u'\n').toStdString();
+    }
+}
+
+} // namespace
+} // namespace tessellar
