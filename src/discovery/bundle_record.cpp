@@ -139,10 +139,9 @@ std::optional<std::int64_t> BundleRecord::fileIdentifier() const {
 
 bool BundleRecord::sameFindings(const BundleRecord& other) const {
     return state == other.state && isLaunchProhibited == other.isLaunchProhibited &&
-           holdsApplications == other.holdsApplications &&
-           isPartlyUnseen == other.isPartlyUnseen && name == other.name &&
-           bundleIdentifier == other.bundleIdentifier && category == other.category &&
-           fileIdentifier() == other.fileIdentifier();
+           holdsApplications == other.holdsApplications && isPartlyUnseen == other.isPartlyUnseen &&
+           name == other.name && bundleIdentifier == other.bundleIdentifier &&
+           category == other.category && fileIdentifier() == other.fileIdentifier();
 }
 
 BundleRecord readBundleRecord(const ScanContext& context, const QString& path) {

@@ -27,8 +27,9 @@ std::optional<QString> VolumeFinder::identityOf(const QString& root) const {
     if (!status || status->type != FileType::directory)
         return std::nullopt;
     // Not the device: it is given anew whenever the volume is mounted.
-    return QStringLiteral("%1 %2").arg(status->inode).arg(
-        status->created ? status->created->toIso8601() : QString());
+    return QStringLiteral("%1 %2")
+        .arg(status->inode)
+        .arg(status->created ? status->created->toIso8601() : QString());
 }
 
 std::optional<std::uint64_t> VolumeFinder::deviceOf(const QString& folder) {

@@ -31,13 +31,13 @@ struct KnownVolume {
 
 /// Kept between scans, and from one run of the launcher to the next.
 struct KnownVolumes {
-    static constexpr int currentVersion = 1;
+    static constexpr int supportedVersion = 1;
     static inline const QString fileName = QStringLiteral("known-volumes.json");
     /// What is over these, a Mac never has.
     static constexpr qsizetype maximumVolumes = 256;
     static constexpr qsizetype maximumApplications = 20'000;
 
-    int version = currentVersion;
+    int version = supportedVersion;
     QList<KnownVolume> volumes;
 
     bool operator==(const KnownVolumes&) const = default;
@@ -71,9 +71,9 @@ namespace json {
 
 template <>
 struct Fields<KnownVolume> {
-    static constexpr auto list = fields(required("root", &KnownVolume::root),
-                                        required("identity", &KnownVolume::identity),
-                                        required("applications", &KnownVolume::applications));
+    static constexpr auto list =
+        fields(required("root", &KnownVolume::root), required("identity", &KnownVolume::identity),
+               required("applications", &KnownVolume::applications));
 };
 template <>
 struct Fields<KnownVolumes> {

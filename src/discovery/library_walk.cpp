@@ -330,9 +330,8 @@ void LibraryWalk::lookAtVolumes() {
         _next._knownVolumes = _cache._knownVolumes;
         return;
     }
-    _next._knownVolumes = knownAfter(sight, [&](const QString& path) {
-        return _next._result.isGone(path);
-    });
+    _next._knownVolumes =
+        knownAfter(sight, [&](const QString& path) { return _next._result.isGone(path); });
 }
 
 } // namespace tessellar

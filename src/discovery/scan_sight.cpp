@@ -44,15 +44,11 @@ bool isSameVolume(const Sight& sight, const QString& path) {
                (!mountPoint && std::ranges::any_of(known->applications, isSeen));
     }
     // It was never seen there. A bare mount point has no applications, now or before.
-    return !mountPoint ||
-           std::ranges::any_of(sight.known.volumes,
-                               [&](const KnownVolume& known) {
-                                   return known.root == mounted->root &&
-                                          known.identity == mounted->identity;
-                               }) ||
-           std::ranges::any_of(sight.applications, [&](const QString& application) {
-               return FileSystem::isWithin(application, mounted->root);
-           });
+    return !mountPoint || std::ranges::any_of(sight.known.volumes, [&](const KnownVolume& known) {
+        return known.root == mounted->root && known.identity == mounted->identity;
+    }) || std::ranges::any_of(sight.applications, [&](const QString& application) {
+        return FileSystem::isWithin(application, mounted->root);
+    });
 }
 
 /// True when the scan looked where the path would be and it was not there.

@@ -141,8 +141,7 @@ struct Codec<AppEntry> {
     static QJsonValue encode(const AppEntry& entry);
 };
 /// Besides "pages", reads the two older forms of a folder ("items", of tiles or of bare applications);
-/// contents that none of them fit leave an empty folder and never fail the document, but count among
-/// the `Losses`.
+/// contents that none of them fit leave an empty folder and never fail the document.
 template <>
 struct Codec<FolderEntry> {
     static Decoded<FolderEntry> decode(const QJsonValue& value);

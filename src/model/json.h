@@ -80,28 +80,6 @@ QJsonValue encode(const T& value) {
     return Codec<T>::encode(value);
 }
 
-/// Counts what the tolerant decoders on this thread leave out while it lives. A file that was not read
-/// whole is to be kept before anything is saved over it.
-class Losses {
-public:
-    Losses() : _outer(std::exchange(_current, this)) {}
-    ~Losses() { _current = _outer; }
-    Losses(const Losses&) = delete;
-    Losses& operator=(const Losses&) = delete;
-
-    qsizetype count() const { return _count; }
-    /// For decoders.
-    static void note() {
-        for (Losses* losses = _current; losses; losses = losses->_outer)
-            ++losses->_count;
-    }
-
-private:
-    static inline thread_local Losses* _current = nullptr;
-    Losses* _outer;
-    qsizetype _count = 0;
-};
-
 template <typename T>
 Decoded<T> decodeDocument(const QByteArray& bytes) {
     const auto value = parse(bytes);

@@ -62,7 +62,7 @@ private:
             const bool isAbsent = absent != _woven.absent.constEnd();
             _tiles.push_back({entry, isAbsent, !isAbsent || !absent->isRemoved, -1, false, entry->id});
             if (!isAbsent)
-                _pathsOfTiles.insert(entry->path);
+                _tilesInPlace.insert(placeOf(entry->path, *entry));
             return true;
         });
         for (const RememberedHome& home : _context.places.homes)
@@ -74,8 +74,8 @@ private:
     /// that lies where it lay has the first claim, whatever the order of the tiles.
     void claimApplications() {
         using Find = qsizetype (Merger::*)(const Tile&) const;
-        static constexpr Find ways[] = {&Merger::atHome, &Merger::inPlace, &Merger::backInPlace,
-                                        &Merger::moved, &Merger::backElsewhere, &Merger::renamed};
+        static constexpr Find ways[] = {&Merger::atHome, &Merger::inPlace,       &Merger::backInPlace,
+                                        &Merger::moved,  &Merger::backElsewhere, &Merger::renamed};
         for (const Find find : ways)
             for (Tile& tile : _tiles)
                 if (tile.index < 0 && tile.stays && !tile.entry->alias)
@@ -86,10 +86,14 @@ private:
                 tile.index = _byKey.value(currentKey(tile.entry->alias->appKey), -1);
     }
 
+    static std::pair<QString, QString> placeOf(const QString& path, const AppEntry& entry) {
+        return {path, entry.bundleIdentifier.value_or(QString())};
+    }
+
     /// The application where the tile's lay before the tile stood for another copy.
     qsizetype atHome(const Tile& tile) const {
         const auto home = _homes.constFind(tile.entry->id);
-        if (home == _homes.constEnd() || _pathsOfTiles.contains(home->path))
+        if (home == _homes.constEnd() || _tilesInPlace.contains(placeOf(home->path, *tile.entry)))
             return -1;
         return unclaimed(sameAt(home->path, tile));
     }
@@ -124,9 +128,7 @@ private:
                                                                             : firstUnclaimed(copies);
     }
     /// What lies at the tile's path under another identifier.
-    qsizetype renamed(const Tile& tile) const {
-        return unclaimed(_byPath.value(tile.entry->path, -1));
-    }
+    qsizetype renamed(const Tile& tile) const { return unclaimed(_byPath.value(tile.entry->path, -1)); }
 
     qsizetype sameAt(const QString& path, const Tile& tile) const {
         const qsizetype index = _byPath.value(path, -1);
@@ -274,13 +276,12 @@ private:
         const auto isUsed = [](const Page& page) { return !page.isEmpty(); };
         const qsizetype back = std::ranges::count_if(_result.pages, [&](const Page& page) {
             return std::ranges::all_of(page, [&](const LaunchpadItem& item) {
-                return std::ranges::any_of(_result.returned, [&](const AppEntry& app) {
-                    return app.id == item.id();
-                });
+                return std::ranges::any_of(_result.returned,
+                                           [&](const AppEntry& app) { return app.id == item.id(); });
             });
         });
-        _result.closedPages = std::max<qsizetype>(
-            0, std::ranges::count_if(before, isUsed) - (_result.pages.size() - back));
+        _result.closedPages = std::max<qsizetype>(0, std::ranges::count_if(before, isUsed) -
+                                                         (_result.pages.size() - back));
     }
 
     template <typename Remembered>
@@ -300,8 +301,9 @@ private:
             kept.reserve(page.size());
             for (const LaunchpadItem& item : page) {
                 if (const FolderEntry* folder = item.folder()) {
-                    kept.append(FolderEntry{folder->id, folder->name, folder->customSymbolName,
-                                            skeleton(folder->pages, remembered)});
+                    if (Pages inner = skeleton(folder->pages, remembered); !inner.isEmpty())
+                        kept.append(FolderEntry{folder->id, folder->name, folder->customSymbolName,
+                                                std::move(inner)});
                 } else if (!item.app()) {
                     kept.append(item);
                 } else {
@@ -377,7 +379,7 @@ private:
     std::vector<Claim> _claims; ///< on the scanned applications
     std::vector<Tile> _tiles;
     std::size_t _nextTile = 0;
-    QSet<QString> _pathsOfTiles;
+    QSet<std::pair<QString, QString>> _tilesInPlace;
     QHash<QUuid, RememberedHome> _homes;
     QSet<QUuid> _closed;
     MergeResult _result;

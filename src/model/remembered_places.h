@@ -32,12 +32,12 @@ struct RememberedHome {
 /// would be with them. An application that comes back finds its place there: its folder, which may
 /// have closed when it went, its page, and what lay before and after it, whether that is back or not.
 struct RememberedPlaces {
-    static constexpr int currentVersion = 1;
+    static constexpr int supportedVersion = 1;
     static constexpr std::chrono::days duration{90};
     /// Those that went first are forgotten when there are more.
     static constexpr qsizetype maximumPlaces = 2'000;
 
-    int version = currentVersion;
+    int version = supportedVersion;
     /// Applications are those that went. Of every other tile this holds its identifier alone, as a
     /// reference; of folders, all but that.
     Pages pages;
@@ -90,9 +90,9 @@ struct Fields<RememberedPlace> {
 };
 template <>
 struct Fields<RememberedHome> {
-    static constexpr auto list = fields(required("id", &RememberedHome::id),
-                                        required<BundleUrl>("path", &RememberedHome::path),
-                                        required<Iso8601>("leftAt", &RememberedHome::leftAt));
+    static constexpr auto list =
+        fields(required("id", &RememberedHome::id), required<BundleUrl>("path", &RememberedHome::path),
+               required<Iso8601>("leftAt", &RememberedHome::leftAt));
 };
 template <>
 struct Fields<RememberedPlaces> {

@@ -104,9 +104,8 @@ QString widerRegion(const LanguageTag& tag) {
     static const QStringList notLatinAmerican{QStringLiteral("ES"), QStringLiteral("EA"),
                                               QStringLiteral("IC"), QStringLiteral("GQ"),
                                               QStringLiteral("PH"), QStringLiteral("419")};
-    static const QStringList american{QStringLiteral("US"), QStringLiteral("CA"),
-                                      QStringLiteral("PH"), QStringLiteral("PR"),
-                                      QStringLiteral("GB")};
+    static const QStringList american{QStringLiteral("US"), QStringLiteral("CA"), QStringLiteral("PH"),
+                                      QStringLiteral("PR"), QStringLiteral("GB")};
     if (tag.region.isEmpty())
         return {};
     if (tag.language == u"es" && !notLatinAmerican.contains(tag.region))
@@ -141,8 +140,7 @@ QStringList folderNames(const QString& language) {
         for (const QString& part : {middle, region})
             if (!part.isEmpty())
                 name += u'-' + part;
-        for (const QString& form :
-             {name, QString(name).replace(u'-', u'_'), olderNames.value(name)})
+        for (const QString& form : {name, QString(name).replace(u'-', u'_'), olderNames.value(name)})
             if (!form.isEmpty() && !names.contains(form))
                 names.append(form);
     };

@@ -1,4 +1,5 @@
 #include "model/items.h"
+#include "model/json_losses.h"
 
 #include "support/printers.h"
 #include "support/sequential_uuids.h"

@@ -57,15 +57,15 @@ protected:
         const auto read =
             json::decodeDocument<RememberedPlaces>(json::write(json::encode(result.places)));
         EXPECT_EQ(read, result.places);
-        const MergeContext context{
-            .scannedApps = scan(),
-            .isGone =
-                [&](const QString& path) {
-                    return !isSeen(path) && !(isUnmounted && path.startsWith(u"/Volumes/"));
-                },
-            .pageCapacity = 4,
-            .places = *read,
-            .now = now};
+        const MergeContext context{.scannedApps = scan(),
+                                   .isGone =
+                                       [&](const QString& path) {
+                                           return !isSeen(path) &&
+                                                  !(isUnmounted && path.startsWith(u"/Volumes/"));
+                                       },
+                                   .pageCapacity = 4,
+                                   .places = *read,
+                                   .now = now};
         result = mergeLayout(pages, hiddenKeys, context, english);
         pages = result.pages;
         hiddenKeys = result.hiddenKeys;
@@ -81,10 +81,10 @@ protected:
 };
 
 TEST_F(RememberedPlacesTest, WhatComesBackGoesWhereItLay) {
-    pages = {{app(u"a"_s), folder(u"f"_s, {{app(u"b"_s), app(u"c"_s)}}), app(u"d"_s)},
-             {app(u"e"_s)},
-             {app(u"g"_s),
-              folder(u"o"_s, {{folder(u"i"_s, {{app(u"h"_s), app(u"j"_s)}}), app(u"k"_s)}})}};
+    pages = {
+        {app(u"a"_s), folder(u"f"_s, {{app(u"b"_s), app(u"c"_s)}}), app(u"d"_s)},
+        {app(u"e"_s)},
+        {app(u"g"_s), folder(u"o"_s, {{folder(u"i"_s, {{app(u"h"_s), app(u"j"_s)}}), app(u"k"_s)}})}};
     pages[0][1].folder()->customSymbolName = u"star"_s;
     pages[1][0].app()->name = u"mine"_s;
     install(u"a b c d e g h j k"_s);
@@ -96,9 +96,12 @@ TEST_F(RememberedPlacesTest, WhatComesBackGoesWhereItLay) {
         qsizetype folders;
         qsizetype closedPages;
     } cases[] = {
-        {u"b", u"a c d|mine|g [o: [i: h j] k]", 1, 0}, {u"b c", u"a d|mine|g [o: [i: h j] k]", 1, 0},
-        {u"e", u"a [f: b c] d|g [o: [i: h j] k]", 0, 1}, {u"h j", u"a [f: b c] d|mine|g k", 2, 0},
-        {u"j k", u"a [f: b c] d|mine|g h", 2, 0}, {u"a b c d", u"mine|g [o: [i: h j] k]", 1, 1},
+        {u"b", u"a c d|mine|g [o: [i: h j] k]", 1, 0},
+        {u"b c", u"a d|mine|g [o: [i: h j] k]", 1, 0},
+        {u"e", u"a [f: b c] d|g [o: [i: h j] k]", 0, 1},
+        {u"h j", u"a [f: b c] d|mine|g k", 2, 0},
+        {u"j k", u"a [f: b c] d|mine|g h", 2, 0},
+        {u"a b c d", u"mine|g [o: [i: h j] k]", 1, 1},
         {u"a b c d e g h j k", u"", 3, 3},
     };
     for (const auto& c : cases) {
@@ -136,9 +139,12 @@ TEST_F(RememberedPlacesTest, WhatTheUserDidMeanwhileStands) {
         const char16_t* after;
     } cases[] = {
         {"the folder was moved and renamed",
-         {{app(u"a"_s), app(u"e"_s)}, {FolderEntry{test::idOf(u"f"_s), u"x"_s, {}, {{app(u"c"_s), app(u"d"_s)}}}}},
+         {{app(u"a"_s), app(u"e"_s)},
+          {FolderEntry{test::idOf(u"f"_s), u"x"_s, {}, {{app(u"c"_s), app(u"d"_s)}}}}},
          u"a e|[x: b c d]"},
-        {"the folder was dissolved", {{app(u"a"_s), app(u"c"_s), app(u"d"_s), app(u"e"_s)}}, u"a b c d e"},
+        {"the folder was dissolved",
+         {{app(u"a"_s), app(u"c"_s), app(u"d"_s), app(u"e"_s)}},
+         u"a b c d e"},
         {"the neighbours were turned round",
          {{folder(u"f"_s, {{app(u"d"_s), app(u"c"_s)}}), app(u"e"_s), app(u"a"_s)}},
          u"[f: d b c] e a"},
@@ -157,8 +163,8 @@ TEST_F(RememberedPlacesTest, WhatTheUserDidMeanwhileStands) {
     }
 
     // The tile that was left of a closed folder is in another one now: it stays there.
-    pages = {{folder(u"f"_s, {{app(u"b"_s), app(u"c"_s)}}), folder(u"y"_s, {{app(u"a"_s), app(u"d"_s)}}),
-              app(u"e"_s)}};
+    pages = {{folder(u"f"_s, {{app(u"b"_s), app(u"c"_s)}}),
+              folder(u"y"_s, {{app(u"a"_s), app(u"d"_s)}}), app(u"e"_s)}};
     result = {};
     remove(u"b"_s);
     EXPECT_EQ(merge(), u"c [y: a d] e");
@@ -234,7 +240,7 @@ TEST_F(RememberedPlacesTest, AfterEverythingHasComeBackEverythingLiesWhereItLay)
     std::mt19937 random(11);
     const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
     for (int round = 0; round < 400; ++round) {
-        *static_cast<MergeResult*>(&result) = {};
+        result = {};
         installed.clear();
         hiddenKeys.clear();
         isUnmounted = false;
@@ -269,15 +275,20 @@ TEST_F(RememberedPlacesTest, AfterEverythingHasComeBackEverythingLiesWhereItLay)
         };
         pages = build(build, 0);
         merge();
+        QList<AppEntry> tiles;
+        forEachItem(pages, [&](const LaunchpadItem& item) {
+            if (item.app())
+                tiles.append(*item.app());
+            return true;
+        });
+        if (below(2))
+            hiddenKeys.insert(appKey(tiles.last()));
         if (below(2)) {
-            AppEntry alias = apps[below(int(apps.size()))];
-            alias.alias = AppAliasReference{alias.bundleIdentifier.value()};
+            AppEntry alias = tiles.first();
+            alias.alias = AppAliasReference{appKey(alias)};
             alias.id = QUuid::createUuid();
             pages.first().append(alias);
-            merge();
         }
-        if (!pages.isEmpty() && below(2))
-            hiddenKeys.insert(apps.first().bundleIdentifier.value());
         merge();
         const Pages before = pages;
         const QSet<QString> hiddenBefore = hiddenKeys;
@@ -286,7 +297,7 @@ TEST_F(RememberedPlacesTest, AfterEverythingHasComeBackEverythingLiesWhereItLay)
         QStringList story;
         for (int step = below(12); step >= 0; --step) {
             for (int change = below(3); change >= 0; --change) {
-                const AppEntry& one = apps[below(int(apps.size()))];
+                const AppEntry& one = apps[below(static_cast<int>(apps.size()))];
                 const QString copy = u"/Users/ada/Applications/"_s + one.path.section(u'/', -1);
                 const QString identifier = everything.value(one.path);
                 switch (below(withRenames ? 7 : 6)) {

@@ -1,0 +1,76 @@
+#include "model/layout_backups.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+static const QString prefix = QStringLiteral("layout-");
+static const QString suffix = QStringLiteral(".json");
+
+/// "2026-11-14T21-05-40Z" at the beginning of a backup's name.
+static std::optional<Instant> dateOf(const QString& name) {
+    static constexpr qsizetype size = 20;
+    static constexpr qsizetype hours = 11;
+    if (name.size() <= size)
+        return std::nullopt;
+    QString stamp = name.first(size);
+    return Instant::fromIso8601(
+        stamp.replace(hours, size - hours, stamp.sliced(hours).replace(u'-', u':')));
+}
+
+LayoutBackups::LayoutBackups(const FileSystem& files, const QString& applicationFolder)
+    : _files(files), _folder(FileSystem::joined(applicationFolder, QStringLiteral("Backups"))) {}
+
+QString LayoutBackups::path(const QString& name) const {
+    return FileSystem::joined(_folder, prefix + name + suffix);
+}
+
+/// Newest first, by the dates in the names.
+QStringList LayoutBackups::names() const {
+    QStringList result;
+    for (const DirectoryEntry& entry : _files.entries(_folder).value_or(QList<DirectoryEntry>())) {
+        const QString file = FileSystem::fromHostBytes(entry.name);
+        if (entry.type != FileType::regular || !file.startsWith(prefix) || !file.endsWith(suffix))
+            continue;
+        if (const QString name = file.sliced(prefix.size()).chopped(suffix.size()); dateOf(name))
+            result.append(name);
+    }
+    std::ranges::sort(result, std::ranges::greater());
+    return result;
+}
+
+QList<BackupSummary> LayoutBackups::list() const {
+    QList<BackupSummary> result;
+    for (const QString& name : names()) {
+        const auto backup = read(name);
+        if (!backup)
+            continue;
+        const ItemCounts counts = countItems(backup->document.pages);
+        result.append({name, backup->createdAt, backup->reason, static_cast<int>(counts.pages),
+                       static_cast<int>(counts.applications), static_cast<int>(counts.folders)});
+    }
+    return result;
+}
+
+std::expected<BackupDocument, FileError> LayoutBackups::read(const QString& name) const {
+    if (name.contains(u'/') || !dateOf(name))
+        return std::unexpected(FileError{FileError::Code::notFound, name.left(100)});
+    const auto bytes = _files.read(path(name), maximumLayoutBytes);
+    if (!bytes)
+        return std::unexpected(bytes.error());
+    auto backup = json::decodeDocument<BackupDocument>(*bytes);
+    if (!backup || !LayoutDocument::isSupported(backup->document.version) ||
+        folderDepth(backup->document.pages) > maximumFolderDepth)
+        return std::unexpected(FileError{FileError::Code::damaged, path(name)});
+    backup->document.version = LayoutDocument::currentVersion;
+    return *std::move(backup);
+}
+
+void LayoutBackups::prune(Instant now) const {
+    const QStringList all = names();
+    for (qsizetype i = alwaysKept; i < all.size(); ++i)
+        if (i >= maximumCount || *dateOf(all[i]) < now - maximumAge)
+            (void)_files.remove(path(all[i]));
+}
+
+} // namespace tessellar
