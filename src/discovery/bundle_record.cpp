@@ -13,6 +13,18 @@ std::optional<QString> usable(const std::optional<QString>& text) {
     return text;
 }
 
+/// On one line, and in the direction of its letters: what turns a text round can make a name look like
+/// another.
+QString onOneLine(QString name) {
+    name.removeIf([](QChar c) {
+        return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
+    });
+    for (QChar& c : name)
+        if (c.category() == QChar::Other_Control || c == QChar(0x2028) || c == QChar(0x2029))
+            c = u' ';
+    return name;
+}
+
 /// Where the executable has to be. One that is not declared bears the bundle's name; one that is
 /// declared outside of the bundle is nowhere.
 std::optional<QString> executableOf(const Bundle& bundle) {
@@ -90,12 +102,12 @@ private:
         _record.bundleIdentifier =
             usable(wrapped.bundleIdentifier ? wrapped.bundleIdentifier : bundle.identifier());
         _record.category = usable(wrapped.category ? wrapped.category : bundle.category());
-        _record.name = usable(wrapped.name).value_or(QString());
+        _record.name = usable(onOneLine(wrapped.name.value_or(QString()))).value_or(QString());
         if (_record.name.isEmpty()) {
             noteNameSources(bundle);
             const QString shown = finderDisplayName(_context.files, bundle, _context.languages);
-            _record.name =
-                usable(withoutApplicationExtension(shown)).value_or(nameOnDisk(_record.path));
+            _record.name = usable(onOneLine(withoutApplicationExtension(shown)))
+                               .value_or(onOneLine(nameOnDisk(_record.path)));
         }
         _record.nameSortKey = _context.locale.nameSortKey(_record.name);
     }

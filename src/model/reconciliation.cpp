@@ -329,6 +329,15 @@ private:
         for (qsizetype i = 0; i < _context.scannedApps.size(); ++i)
             if (claimOf(i) == Claim::none)
                 fresh.append(_context.scannedApps[i]);
+        for (const AppEntry& app : _context.unseenApps) {
+            const auto isIt = [&](const Tile& tile) {
+                return !tile.isAbsent && tile.entry->path == app.path;
+            };
+            if (_byPath.contains(app.path) || std::ranges::any_of(_tiles, isIt))
+                continue;
+            _result.unavailableAppKeys.insert(appKey(app));
+            fresh.append(app);
+        }
         Page sorted = sortedTiles(fresh, _locale);
         Pages& pages = _result.pages;
         if (!_context.isRestore && !pages.isEmpty()) {

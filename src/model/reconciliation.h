@@ -19,6 +19,9 @@ struct MergeContext {
     qsizetype pageCapacity = 40;
     /// A restore puts new applications on pages of their own; otherwise the last page is filled first.
     bool isRestore = false;
+    /// Applications out of sight that the arrangement had until now. Where the given pages do not have
+    /// them they are added like new ones, for nobody could say that they are to go.
+    QList<AppEntry> unseenApps = {};
     RememberedPlaces places = {}; ///< of this mode
     Instant now = {};
 };

@@ -235,7 +235,12 @@ TEST_F(AppScannerTest, NamesAreLocalisedAndNeverEmptyOrEndless) {
                         .displayName = u"Long"_s,
                         .localizedNames = {{u"de"_s, u"x"_s.repeated(100'000)}}});
     mac.addApplication({.name = u"Double.app"_s, .displayName = u"Other"_s});
-    EXPECT_EQ(names(scan()), QStringList({u"Double"_s, u"Farn"_s, u"Long"_s, u"Void"_s}));
+    mac.addApplication({.name = u"Either:Or"_s});
+    mac.addApplication({.name = u"Line"_s,
+                        .displayName = u"Line"_s,
+                        .localizedNames = {{u"de"_s, u"Zei\nle\u202Etxt"_s}}});
+    EXPECT_EQ(names(scan()), QStringList({u"Double"_s, u"Either/Or"_s, u"Farn"_s, u"Long"_s, u"Void"_s,
+                                          u"Zei letxt"_s}));
 }
 
 TEST_F(AppScannerTest, HostileMachinesOnlyLoseApplications) {

@@ -120,6 +120,17 @@ TEST_F(LibraryWatcherTest, TellsAtOnceOfAnApplicationThatIsGoneAndWaitsForItsRep
     EXPECT_EQ(gone.size(), 2);
 }
 
+TEST_F(LibraryWatcherTest, SeesTheTargetOfALinkTakenAway) {
+    scan.apps += app(u"C"_s);
+    scan.apps.last().path = u"/opt/C.app"_s;
+    machine.makeFolder(scan.apps.last().path);
+    machine.link(u"/Applications/C.app"_s, scan.apps.last().path);
+    start();
+    machine.remove(u"/opt/C.app"_s);
+    until([&] { return !gone.isEmpty(); });
+    EXPECT_EQ(gone, QStringList{u"/opt/C.app"_s});
+}
+
 TEST_F(LibraryWatcherTest, FollowsFoldersThatComeAndGo) {
     const QString later = u"/Users/ada/Later/Applications"_s;
     scan.unreadableDirectories = {{later, AppScanner::UnreadableDirectory::Reason::absent}};

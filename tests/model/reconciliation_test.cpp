@@ -172,12 +172,26 @@ TEST(Merge, ApplicationsOutOfReachKeepTheirPlaces) {
                                                         QStringLiteral("org.example.awaytoo")}));
 }
 
-TEST(Merge, AnApplicationWithAnotherIdentifierInTheSamePlaceIsAnotherApplication) {
+TEST(Merge, ApplicationsOutOfSightAreNotLostToOtherPages) {
+    AppEntry away = app(u"Away"_qs);
+    away.path = QStringLiteral("/Volumes/Away/Away.app");
+    away.name = QStringLiteral("Mine");
+    const auto merged = [&](const Pages& pages) {
+        return mergeLayout(
+            pages, {}, {.scannedApps = scanOf(words("Oak")), .isRestore = true, .unseenApps = {away}},
+            english);
+    };
+    EXPECT_EQ(sketch(merged({{app(u"Oak"_qs)}}).pages), u"Oak|Mine");
+    EXPECT_EQ(merged({{app(u"Oak"_qs)}}).unavailableAppKeys, QSet<QString>{appKey(away)});
+    EXPECT_EQ(sketch(merged({{folder(u"f"_qs, {{away, app(u"Oak"_qs)}})}}).pages), u"[f: Mine Oak]");
+}
+
+TEST(Merge, AnApplicationWithAnotherIdentifierTakesThePlaceUnderItsOwnIdentity) {
     auto scan = scanOf(words("Maple Oak"));
     scan[0].bundleIdentifier = QStringLiteral("org.example.other");
     const MergeResult result = merge({{app(u"Maple"_qs), app(u"Oak"_qs)}}, scan);
-    EXPECT_EQ(sketch(result.pages), u"Oak Maple");
-    EXPECT_NE(result.pages[0][1].id(), test::idOf(u"Maple"_qs));
+    EXPECT_EQ(sketch(result.pages), u"Maple Oak");
+    EXPECT_NE(result.pages[0][0].id(), test::idOf(u"Maple"_qs));
 }
 
 /// Laws that hold of any arrangement and any scan: no installed application is without a tile or has
