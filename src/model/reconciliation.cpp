@@ -54,6 +54,9 @@ private:
     }
 
     void collectTiles() {
+        for (const RememberedHome& home : _context.places.homes)
+            if (home.leftAt >= _context.now - RememberedPlaces::duration)
+                _homes.insert(home.id, home);
         forEachItem(_woven.pages, [&](const LaunchpadItem& item) {
             const AppEntry* entry = item.app();
             if (!entry)
@@ -61,13 +64,10 @@ private:
             const auto absent = _woven.absent.constFind(entry->id);
             const bool isAbsent = absent != _woven.absent.constEnd();
             _tiles.push_back({entry, isAbsent, !isAbsent || !absent->isRemoved, -1, false, entry->id});
-            if (!isAbsent)
+            if (!isAbsent && !_homes.isEmpty())
                 _tilesInPlace.insert(placeOf(entry->path, *entry));
             return true;
         });
-        for (const RememberedHome& home : _context.places.homes)
-            if (home.leftAt >= _context.now - RememberedPlaces::duration)
-                _homes.insert(home.id, home);
     }
 
     /// Finds out, before anything is rewritten, which scanned application each tile stands for: one
@@ -243,6 +243,8 @@ private:
     void remember(const Pages& before) {
         if (!_result.dropped.isEmpty() || !_closed.isEmpty())
             sayWhatClosed(before);
+        if (_result.dropped.isEmpty() && _woven.absent.isEmpty() && _homes.isEmpty())
+            return;
         RememberedPlaces& places = _result.places;
         QSet<QUuid> ids;
         for (const Tile& tile : std::as_const(_tiles)) {
@@ -399,6 +401,16 @@ private:
 MergeResult mergeLayout(const Pages& pages, const QSet<QString>& hiddenKeys,
                         const MergeContext& context, const Locale& locale) {
     return Merger(pages, hiddenKeys, context, locale).take();
+}
+
+RememberedPlaces placesAfterRemoval(const Pages& pages, const RememberedPlaces& places,
+                                    const QString& path, Instant now, const Locale& locale) {
+    // To a merge that sees nothing, all others are only out of sight.
+    const MergeContext context{
+        .isGone = [&](const QString& other) { return other == path; }, .places = places, .now = now};
+    RememberedPlaces result = mergeLayout(pages, {}, context, locale).places;
+    result.setRemoved(path, true);
+    return result;
 }
 
 Pages defaultLayout(const QList<AppEntry>& apps, qsizetype pageCapacity, const Locale& locale) {

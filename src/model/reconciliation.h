@@ -66,6 +66,11 @@ struct MergeResult {
 MergeResult mergeLayout(const Pages& pages, const QSet<QString>& hiddenKeys,
                         const MergeContext& context, const Locale& locale);
 
+/// What is to be remembered when the user removes the application at `path` from this arrangement: its
+/// place, for the case that it is put back.
+RememberedPlaces placesAfterRemoval(const Pages& pages, const RememberedPlaces& places,
+                                    const QString& path, Instant now, const Locale& locale);
+
 /// Every application as a top-level tile, in alphabetical order, filled page by page.
 Pages defaultLayout(const QList<AppEntry>& apps, qsizetype pageCapacity, const Locale& locale);
 

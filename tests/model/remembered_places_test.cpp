@@ -234,6 +234,24 @@ TEST_F(RememberedPlacesTest, APlaceIsForgottenWhenTheUserSaysSoOrInTime) {
     EXPECT_TRUE(result.places.pages.isEmpty());
 }
 
+TEST_F(RememberedPlacesTest, WhatTheUserRemovedComesBackOnlyWhenItIsPutBack) {
+    pages = {{app(u"a"_s), folder(u"f"_s, {{app(u"b"_s), app(u"c"_s)}})}};
+    install(u"a b c"_s);
+    merge();
+    const Pages before = pages;
+    for (const bool isPutBack : {true, false}) {
+        pages = before;
+        result.places = placesAfterRemoval(pages, {}, app(u"b"_s).path, now, english);
+        pages = {{app(u"a"_s), app(u"c"_s)}}; // as the removal leaves it
+        remove(u"b"_s);
+        EXPECT_EQ(merge(), u"a c");
+        if (isPutBack)
+            result.places.setRemoved(app(u"b"_s).path, false);
+        install(u"b"_s);
+        EXPECT_EQ(merge(), isPutBack ? u"a [f: b c]"_s : u"a c b"_s);
+    }
+}
+
 /// Applications, copies and a volume come and go at random. After everything has come back, everything
 /// lies where it lay, under the same names.
 TEST_F(RememberedPlacesTest, AfterEverythingHasComeBackEverythingLiesWhereItLay) {
