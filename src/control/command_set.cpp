@@ -24,6 +24,7 @@ CommandSet::CommandSet()
     addEditingCommands(*this);
     addActionCommands(*this);
     addLibraryCommands(*this);
+    addMemoryCommands(*this);
     addSettingsCommands(*this);
     addSmartFolderCommands(*this);
     addUpdateCommands(*this);

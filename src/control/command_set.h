@@ -61,6 +61,7 @@ void addActionCommands(CommandSet& set);
 void addLayoutCommands(CommandSet& set);
 void addEditingCommands(CommandSet& set);
 void addLibraryCommands(CommandSet& set);
+void addMemoryCommands(CommandSet& set);
 void addSettingsCommands(CommandSet& set);
 void addSmartFolderCommands(CommandSet& set);
 void addUpdateCommands(CommandSet& set);

@@ -253,6 +253,25 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                           call->launcher().editor().deleteSmartFolder(call->mode(), definition->id));
               });
 
+    CLI::App* place = set.add("place", "Give a smart folder a tile in the display mode", group);
+    set.onRun(place, CommandNeeds::launcher,
+              [id = word(place, "id", "Its identifier or name")](const Call& call) {
+                  if (const SmartFolderDefinition* definition = definitionOf(call, id))
+                      call->answer(
+                          call->launcher().editor().addSmartFolderTile(call->mode(), definition->id));
+              });
+    CLI::App* unplace = set.add(
+        "unplace", "Take a smart folder's tile out of the display mode, one without a definition too",
+        group);
+    set.onRun(unplace, CommandNeeds::launcher,
+              [id = word(unplace, "id", "Its identifier, or its name")](const Call& call) {
+                  const auto given = json::decode<QUuid>(text(id));
+                  const SmartFolderDefinition* definition = given ? nullptr : definitionOf(call, id);
+                  if (given || definition)
+                      call->answer(call->launcher().editor().removeSmartFolderTile(
+                          call->mode(), given ? *given : definition->id));
+              });
+
     CLI::App* recover = set.add("recover", "Deal with a registry that could not be read", group);
     set.onRun(
         recover, CommandNeeds::launcher,

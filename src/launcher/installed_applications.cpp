@@ -4,7 +4,16 @@
 
 namespace tessellar {
 
-InstalledApplications::InstalledApplications(Machine& machine) : _machine(machine) {}
+static constexpr std::uint64_t maximumKnownVolumesBytes = 16u << 20;
+
+InstalledApplications::InstalledApplications(Machine& machine)
+    : _machine(machine)
+    , _knownVolumes(machine,
+                    FileSystem::joined(machine.places.applicationFolder(), KnownVolumes::fileName),
+                    maximumKnownVolumesBytes) {
+    _knownVolumes.load();
+    _cache = ScanCache(_knownVolumes.value());
+}
 
 ScanContext InstalledApplications::scanContext(const Machine& machine) {
     const QString tag = QString(machine.locale.identifier()).replace(u'_', u'-');
@@ -25,6 +34,8 @@ struct InstalledApplications::Scanned {
     QStringList replacedBundles;
     Instant startedAt;
     quint64 holds = 0; ///< when it began
+    quint64 replacements = 0;
+    bool sawReplacing = false; ///< from the beginning
 };
 
 void InstalledApplications::look(std::function<void()> done) {
@@ -45,17 +56,32 @@ InstalledApplications::Hold InstalledApplications::hold() {
     return held;
 }
 
+InstalledApplications::Hold InstalledApplications::replacing() {
+    ++_replacements;
+    if (auto held = _replacing.lock())
+        return held;
+    const Hold held(static_cast<void*>(this), [this](void*) {
+        if (_isKnown)
+            look();
+    });
+    _replacing = held;
+    return held;
+}
+
 void InstalledApplications::start() {
     _isScanning = true;
     _isScanWanted = false;
     _task = _machine.workers.run(
         [scanner = AppScanner(scanContext(_machine)), before = _cache, startedAt = _machine.clock.now(),
-         holds = _holds](std::stop_token stop) {
+         holds = _holds, replacements = _replacements,
+         sawReplacing = !_replacing.expired()](std::stop_token stop) {
             Scanned result{.scan = {},
                            .cache = before,
                            .replacedBundles = {},
                            .startedAt = startedAt,
-                           .holds = holds};
+                           .holds = holds,
+                           .replacements = replacements,
+                           .sawReplacing = sawReplacing};
             result.scan = scanner.scan(result.cache, stop);
             result.replacedBundles = result.cache.replacedBundles(before);
             return result;
@@ -74,8 +100,11 @@ void InstalledApplications::finish(Scanned result) {
         _scanStartedAt = result.startedAt;
         _replacedBundles = std::move(result.replacedBundles);
         _isKnown = true;
+        _sawReplacing = result.sawReplacing || result.replacements != _replacements;
         index();
         scanned.notify();
+        // After the merge: what is no longer known is no longer in doubt.
+        _knownVolumes.set(_cache.knownVolumes());
     }
     if (isHeld())
         return; // its owner looks again

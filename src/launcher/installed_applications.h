@@ -2,6 +2,7 @@
 
 #include "discovery/app_scanner.h"
 #include "launcher/launcher_error.h"
+#include "model/kept_document.h"
 #include "platform/machine.h"
 #include "platform/signal.h"
 
@@ -36,6 +37,9 @@ public:
     void look(std::function<void()> done = {});
     [[nodiscard]] Hold hold();
     bool isHeld() const { return !_held.expired(); }
+    /// While this is held, an updater that the launcher started replaces bundles: scans go on, but what
+    /// they do not see is not gone. Destroying it looks again.
+    [[nodiscard]] Hold replacing();
     /// True once a scan was completed.
     bool isKnown() const { return _isKnown; }
 
@@ -44,6 +48,8 @@ public:
     /// Null where there is none.
     const AppEntry* withKey(const QString& appKey) const;
     const AppEntry* withPath(const QString& path) const;
+    /// The latest scan looked where the application would be, and it was not there.
+    bool isGone(const QString& path) const { return !_sawReplacing && _scan.isGone(path); }
     /// Just before the latest scan began to look.
     Instant scanStartedAt() const { return _scanStartedAt; }
     /// Bundles replaced or updated in place, between the latest scan and the one before.
@@ -71,6 +77,7 @@ private:
 
     Machine& _machine;
     Scan _scan;
+    KeptDocument<KnownVolumes> _knownVolumes;
     ScanCache _cache;
     QHash<QString, qsizetype> _byKey;
     QHash<QString, qsizetype> _byPath;
@@ -81,6 +88,9 @@ private:
     bool _isScanWanted = false; ///< once more, after the one under way or the hold
     quint64 _holds = 0;         ///< so far: a scan that saw one begin or end does not count
     std::weak_ptr<void> _held;
+    quint64 _replacements = 0; ///< so far
+    std::weak_ptr<void> _replacing;
+    bool _sawReplacing = false; ///< the latest scan did
     std::vector<std::function<void()>> _waiting;
     Task _task;
 };

@@ -5,6 +5,7 @@
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
+#include "launcher/place_memory.h"
 #include "model/app_state.h"
 
 #include <algorithm>
@@ -16,11 +17,12 @@ static LauncherError busy() {
 }
 
 LauncherCleanup::LauncherCleanup(Machine& machine, LiveLayouts& layouts,
-                                 InstalledApplications& applications, LauncherHistory& history,
-                                 LauncherMessages& messages)
+                                 InstalledApplications& applications, PlaceMemory& places,
+                                 LauncherHistory& history, LauncherMessages& messages)
     : _machine(machine)
     , _layouts(layouts)
     , _applications(applications)
+    , _places(places)
     , _history(history)
     , _messages(messages) {
     // The setup of the helper speaks from a worker, perhaps after this has gone.
@@ -336,6 +338,7 @@ void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind 
                                    .trashedURL = bundle ? bundle->trashedPath : std::nullopt}}};
     if (bundle) {
         const QSet<QString> keys{appKey(_app)};
+        _places.rememberRemoved(_layouts, _app.path);
         step.document = removeApplications(_layouts[step.mode].document(), keys);
         step.otherDocument = removeApplications(_layouts[otherMode(step.mode)].document(), keys);
         _applications.forget(_app.path);

@@ -19,6 +19,7 @@ class InstalledApplications;
 class LauncherHistory;
 class LauncherMessages;
 class LiveLayouts;
+class PlaceMemory;
 struct CleanupTools;
 
 /// The removal of an application with what it left on the machine, one application at a time:
@@ -49,7 +50,7 @@ public:
     };
 
     LauncherCleanup(Machine& machine, LiveLayouts& layouts, InstalledApplications& applications,
-                    LauncherHistory& history, LauncherMessages& messages);
+                    PlaceMemory& places, LauncherHistory& history, LauncherMessages& messages);
     ~LauncherCleanup();
 
     // What is shown.
@@ -117,6 +118,8 @@ private:
                        AppInstallKind kind, const Done& done);
     void keepInHistory(const CleanupRecord& record, AppInstallKind kind);
     void putTilesBack(const CleanupRecord& record);
+    void recall(LayoutDocument& document, const RemovedTile& tile) const;
+    void insert(LayoutDocument& document, const RemovedTile& tile) const;
     void restoreApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done);
     void trashApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done);
     void tellOfFailures(const QString& title);
@@ -127,6 +130,7 @@ private:
     Machine& _machine;
     LiveLayouts& _layouts;
     InstalledApplications& _applications;
+    PlaceMemory& _places;
     LauncherHistory& _history;
     LauncherMessages& _messages;
     std::shared_ptr<CleanupTools> _tools; ///< shared with workers that still use them at the end

@@ -6,6 +6,7 @@
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
+#include "launcher/place_memory.h"
 
 #include <algorithm>
 
@@ -205,23 +206,14 @@ void LauncherCleanup::restore(std::function<void(Restored)> done) {
 void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
     const LauncherWindowMode shown = _layouts.shownMode();
     LayoutDocument documents[]{_layouts[shown].document(), _layouts[otherMode(shown)].document()};
+    _places.putBack(record.path);
     for (const RemovedTile& tile : record.tiles) {
         LayoutDocument& document = documents[tile.mode == shown ? 0 : 1];
         if (locate(document.pages, tile.entry.id))
             continue;
-        const Pages* pages = pagesOf(document.pages, tile.folder);
-        // A folder that has gone has no place: then it comes after all the others.
-        LayoutPlace place{.folder = tile.folder, .page = tile.page, .index = tile.index};
-        if (!pages || pages->isEmpty()) {
-            pages = &document.pages;
-            place = {.folder = {}, .page = pages->size() - 1, .index = LayoutPlace::end};
-        }
-        place.page = std::clamp<qsizetype>(place.page, 0, std::max<qsizetype>(0, pages->size() - 1));
-        if (!pages->isEmpty() && place.index > pages->at(place.page).size())
-            place.index = LayoutPlace::end;
-        const auto capacities = _layouts[tile.mode].capacities();
-        if (auto inserted = insertTiles(document, {tile.entry}, place, capacities))
-            document = *std::move(inserted);
+        recall(document, tile);
+        if (!locate(document.pages, tile.entry.id))
+            insert(document, tile);
         if (tile.isHidden)
             document.hiddenKeys.insert(appKey(tile.entry));
     }
@@ -231,6 +223,36 @@ void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
                                      .otherDocument = documents[1]});
     if (!made)
         _messages.report(made.error());
+}
+
+/// Where its place is remembered the tile is put there, into a folder that closed when it went too.
+void LauncherCleanup::recall(LayoutDocument& document, const RemovedTile& tile) const {
+    const RememberedPlaces& places = _places[tile.mode];
+    if (tile.entry.alias ||
+        std::ranges::find(places.places, tile.entry.id, &RememberedPlace::id) == places.places.end())
+        return;
+    AppEntry back = tile.entry;
+    back.name = back.originalName;
+    const MergeContext context{.scannedApps = _applications.all() + QList{back},
+                               .places = places,
+                               .now = _machine.clock.now()};
+    document.pages = mergeLayout(document.pages, document.hiddenKeys, context, _machine.locale).pages;
+}
+
+void LauncherCleanup::insert(LayoutDocument& document, const RemovedTile& tile) const {
+    const Pages* pages = pagesOf(document.pages, tile.folder);
+    // A folder that has gone has no place: then it comes after all the others.
+    LayoutPlace place{.folder = tile.folder, .page = tile.page, .index = tile.index};
+    if (!pages || pages->isEmpty()) {
+        pages = &document.pages;
+        place = {.folder = {}, .page = pages->size() - 1, .index = LayoutPlace::end};
+    }
+    place.page = std::clamp<qsizetype>(place.page, 0, std::max<qsizetype>(0, pages->size() - 1));
+    if (!pages->isEmpty() && place.index > pages->at(place.page).size())
+        place.index = LayoutPlace::end;
+    const auto capacities = _layouts[tile.mode].capacities();
+    if (auto inserted = insertTiles(document, {tile.entry}, place, capacities))
+        document = *std::move(inserted);
 }
 
 // ---- for history

@@ -26,11 +26,12 @@ static LauncherError underImportTitle(LauncherError error) {
 }
 
 LauncherImport::LauncherImport(Machine& machine, LiveLayouts& layouts,
-                               InstalledApplications& applications, LauncherHistory& history,
-                               LauncherMessages& messages)
+                               InstalledApplications& applications, PlaceMemory& places,
+                               LauncherHistory& history, LauncherMessages& messages)
     : _machine(machine)
     , _layouts(layouts)
     , _applications(applications)
+    , _places(places)
     , _history(history)
     , _messages(messages) {}
 
@@ -51,7 +52,7 @@ void LauncherImport::preview(Mode mode, const std::optional<Database>& database,
     const FileSystem* files = database ? database->files : nullptr;
     _task = _machine.workers.run(
         [importer = NativeLaunchpadImporter(LaunchpadImportContext::of(
-             _machine, installedAsArranged(mode, false), files ? *files : _machine.files)),
+             _machine, installedAsArranged(mode, false, true), files ? *files : _machine.files)),
          path = database ? std::optional(database->path) : std::nullopt](std::stop_token stop) {
             return importer.run(path, stop);
         },
@@ -82,7 +83,7 @@ void LauncherImport::run(Mode mode, const std::optional<Database>& database,
     });
 }
 
-QList<AppEntry> LauncherImport::installedAsArranged(Mode mode, bool withNames) const {
+QList<AppEntry> LauncherImport::installedAsArranged(Mode mode, bool withNames, bool isUnseenToo) const {
     QList<AppEntry> apps = _applications.all();
     for (AppEntry& app : apps) {
         const AppEntry* tile = _layouts[mode].tileOf(appKey(app));
@@ -92,6 +93,14 @@ QList<AppEntry> LauncherImport::installedAsArranged(Mode mode, bool withNames) c
         if (withNames && tile->name != tile->originalName)
             app.name = tile->name;
     }
+    // So that their old places are found for them, too.
+    const LiveLayout& layout = _layouts[mode];
+    forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
+        const AppEntry* tile = item.app();
+        if (isUnseenToo && tile && !tile->alias && layout.unavailableAppKeys().contains(appKey(*tile)))
+            apps.append(*tile);
+        return true;
+    });
     return apps;
 }
 
@@ -99,9 +108,9 @@ std::expected<LegacyLaunchpadImportMetadata, LauncherError>
 LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
     LegacyLaunchpadImportMetadata metadata = imported.metadata;
     const LiveLayout& layout = _layouts[mode];
-    const MergeResult merged =
-        mergeWithInstalled({.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout,
-                           _applications, _machine.locale, true, installedAsArranged(mode, true));
+    const MergeResult merged = mergeWithInstalled(
+        {.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout, _applications, _places,
+        _machine, true, installedAsArranged(mode, true, false));
     const auto made = _history.make(
         {.name = editName(EditKind::importLaunchpad),
          .mode = mode,
@@ -111,6 +120,7 @@ LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
                           .title = LaunchpadImportTexts::failureTitle()}}});
     if (!made)
         return std::unexpected(underImportTitle(made.error()));
+    _places.set(mode, merged.places);
     metadata.backupPath = *made;
     // The arrangement is on the disk; that the record of it is not is no reason to take it back.
     if (const auto written =

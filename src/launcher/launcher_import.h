@@ -12,6 +12,7 @@ class InstalledApplications;
 class LauncherHistory;
 class LauncherMessages;
 class LiveLayouts;
+class PlaceMemory;
 
 /// Takes the old Launchpad's arrangement over into a display mode. The database is read on a worker;
 /// what it gives replaces the arrangement like a saved one that is restored: a backup first, what is
@@ -30,7 +31,7 @@ public:
     using Mode = LauncherWindowMode;
 
     LauncherImport(Machine& machine, LiveLayouts& layouts, InstalledApplications& applications,
-                   LauncherHistory& history, LauncherMessages& messages);
+                   PlaceMemory& places, LauncherHistory& history, LauncherMessages& messages);
 
     /// What an import into a mode would find; changes nothing.
     void preview(Mode mode, const std::optional<Database>& database,
@@ -48,12 +49,14 @@ private:
     void finish(std::expected<NativeLaunchpadImportResult, LaunchpadImportError> result);
     std::expected<LegacyLaunchpadImportMetadata, LauncherError>
     apply(Mode mode, const NativeLaunchpadImportResult& imported);
-    /// The installed applications with the identifiers of their tiles, and the names of these.
-    QList<AppEntry> installedAsArranged(Mode mode, bool withNames) const;
+    /// The installed applications, and those that are out of sight, with the identifiers of their tiles
+    /// and the names of these.
+    QList<AppEntry> installedAsArranged(Mode mode, bool withNames, bool isUnseenToo) const;
 
     Machine& _machine;
     LiveLayouts& _layouts;
     InstalledApplications& _applications;
+    PlaceMemory& _places;
     LauncherHistory& _history;
     LauncherMessages& _messages;
     Done<NativeLaunchpadImportResult> _done; ///< while one runs

@@ -42,6 +42,8 @@ LauncherUpdates::LauncherUpdates(Machine& machine, InstalledApplications& applic
     , _smartFolders(smartFolders)
     , _messages(messages)
     , _scanned(applications.scanned.connect([this] { scanned(); }))
+    , _keysChanged(applications.keysChanged.connect(
+          [this](const QHash<QString, QString>& changedKeys) { changeKeys(changedKeys); }))
     , _smartFoldersChanged(smartFolders.changed.connect([this] { smartFoldersChanged(); })) {}
 
 LauncherUpdates::~LauncherUpdates() = default;
@@ -53,6 +55,13 @@ void LauncherUpdates::scanned() {
         _coordinator->updateApps(_applications.all());
     else if (_isWanted || areSmartFoldersInterested())
         want();
+}
+
+void LauncherUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
+    if (_coordinator)
+        _coordinator->changeKeys(changedKeys);
+    else
+        _changedKeys.insert(changedKeys);
 }
 
 void LauncherUpdates::smartFoldersChanged() {
@@ -82,6 +91,7 @@ void LauncherUpdates::loaded(StoredUpdates stored) {
     _isLoading = false;
     _coordinator = std::make_unique<AppUpdateCoordinator>(_machine, std::move(stored));
     _events = _coordinator->events.connect([this](const AppUpdateEvent& event) { heard(event); });
+    _coordinator->changeKeys(std::exchange(_changedKeys, {}));
     if (_isScheduleWanted)
         _coordinator->start();
     _coordinator->updateApps(_applications.all());
@@ -105,6 +115,8 @@ void LauncherUpdates::heard(const AppUpdateEvent& event) {
             _watcher.result(event.appKey, *found);
         return;
     case Kind::actionChanged: {
+        // While a tool takes bundles away and puts others in their stead, none of them is gone.
+        _replacing = _coordinator->activeUpdateAppKey() ? _applications.replacing() : nullptr;
         const auto state = actionState(event.appKey);
         const bool isPasswordAsked =
             state && state->phase == AppUpdateActionState::Phase::password && !state->isOver();

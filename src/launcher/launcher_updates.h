@@ -154,6 +154,7 @@ private:
     struct Wish;
 
     void scanned();
+    void changeKeys(const QHash<QString, QString>& changedKeys);
     void smartFoldersChanged();
     Outcome set(const QString& key, const QJsonValue& value);
     void want();
@@ -169,6 +170,8 @@ private:
 
     Machine& _machine;
     InstalledApplications& _applications;
+    std::shared_ptr<void> _replacing;     ///< while a tool replaces bundles
+    QHash<QString, QString> _changedKeys; ///< before the records were read
     SmartFolderLibrary& _smartFolders;
     LauncherMessages& _messages;
     bool _isWanted = false;
@@ -184,6 +187,7 @@ private:
     std::unique_ptr<AppUpdateCoordinator> _coordinator;
     Subscription _events;
     Subscription _scanned;
+    Subscription _keysChanged;
     Subscription _smartFoldersChanged;
 };
 

@@ -32,10 +32,11 @@ struct LauncherViewModel::Parts {
         , applications(machine)
         , smartFolders(machine)
         , layouts(shown, machine.settings, smartFolders)
+        , places(machine)
         , history(machine, store, layouts, smartFolders, applications, messages)
         , editor(machine, history, layouts, smartFolders)
         , clipboard(machine, pasteboard, history, layouts, smartFolders, messages)
-        , archive(machine, store, layouts, applications, history, messages)
+        , archive(machine, store, layouts, applications, places, history, messages)
         , search(machine, layouts, applications, smartFolders)
         , opener(machine) {}
 
@@ -44,9 +45,11 @@ struct LauncherViewModel::Parts {
         Listening(Machine& machine, Parts& parts)
             : updates(machine, parts.applications, parts.smartFolders, parts.messages)
             , icons(machine, parts.layouts, parts.applications, parts.smartFolders)
-            , launchpadImport(machine, parts.layouts, parts.applications, parts.history, parts.messages)
+            , launchpadImport(machine, parts.layouts, parts.applications, parts.places, parts.history,
+                              parts.messages)
             , libraryWatch(machine, parts.applications, parts.layouts, parts.messages)
-            , cleanup(machine, parts.layouts, parts.applications, parts.history, parts.messages)
+            , cleanup(machine, parts.layouts, parts.applications, parts.places, parts.history,
+                      parts.messages)
             , smartFolderEditing(machine, parts.smartFolders, parts.editor) {}
 
         LauncherUpdates updates;
@@ -63,6 +66,7 @@ struct LauncherViewModel::Parts {
     InstalledApplications applications;
     SmartFolderLibrary smartFolders;
     LiveLayouts layouts;
+    PlaceMemory places;
     LauncherHistory history;
     LauncherEditor editor;
     LauncherClipboard clipboard;
@@ -93,6 +97,9 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     });
     follow(parts.layouts.shownModeChanged,
            [&parts] { parts.search.invalidate(parts.layouts.shownMode()); });
+    follow(parts.applications.keysChanged, [&parts](const QHash<QString, QString>& changedKeys) {
+        parts.smartFolders.changeKeys(changedKeys);
+    });
     follow(parts.smartFolders.changed, [&parts] { parts.search.invalidate(); });
     follow(parts.listening->updates.settingStored, [this] { applySettings(); });
     follow(parts.listening->updates.opened, [this] { launched.notify(); });
@@ -109,6 +116,7 @@ LauncherHistory& LauncherViewModel::history() const { return _parts->history; }
 LauncherEditor& LauncherViewModel::editor() const { return _parts->editor; }
 LauncherClipboard& LauncherViewModel::clipboard() const { return _parts->clipboard; }
 LayoutArchive& LauncherViewModel::archive() const { return _parts->archive; }
+PlaceMemory& LauncherViewModel::places() const { return _parts->places; }
 LauncherSearch& LauncherViewModel::search() const { return _parts->search; }
 SmartFolderLibrary& LauncherViewModel::smartFolders() const { return _parts->smartFolders; }
 SmartFolderEditing& LauncherViewModel::smartFolderEditing() const {
@@ -127,6 +135,7 @@ LauncherCleanup& LauncherViewModel::cleanup() const { return _parts->listening->
 void LauncherViewModel::start() {
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         _parts->loaded[std::size_t(mode)] = _parts->store.load(mode);
+    _parts->places.load();
     smartFolders().load();
     if (const auto& failure = smartFolders().failure())
         messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
@@ -169,7 +178,7 @@ void LauncherViewModel::merge() {
         if (isFirst)
             loadMode(layout);
         MergeResult merged =
-            mergeWithInstalled(layout.document(), layout, applications(), _machine.locale);
+            mergeWithInstalled(layout.document(), layout, applications(), _parts->places, _machine);
         changedKeys.insert(merged.changedKeys);
         LayoutDocument document{.pages = std::move(merged.pages),
                                 .hiddenKeys = std::move(merged.hiddenKeys)};
@@ -179,6 +188,7 @@ void LauncherViewModel::merge() {
         layout.setUnavailable(std::move(merged.unavailableAppKeys));
         if (_parts->store.isWriteBlocked(mode))
             continue;
+        _parts->places.set(mode, merged.places);
         if (!isFirst) {
             if (differs)
                 _parts->store.scheduleSave(mode, document);

@@ -28,6 +28,7 @@ class LibraryWatch;
 class LiveLayout;
 class LiveLayouts;
 class Pasteboard;
+class PlaceMemory;
 class SmartFolderEditing;
 class SmartFolderLibrary;
 struct LauncherError;
@@ -78,6 +79,7 @@ public:
     LauncherEditor& editor() const;
     LauncherClipboard& clipboard() const;
     LayoutArchive& archive() const;
+    PlaceMemory& places() const;
     LauncherSearch& search() const;
     SmartFolderLibrary& smartFolders() const;
     SmartFolderEditing& smartFolderEditing() const;

@@ -9,12 +9,13 @@ namespace tessellar {
 using StorageError = LayoutStore::StorageError;
 
 LayoutArchive::LayoutArchive(Machine& machine, LayoutStore& store, LiveLayouts& layouts,
-                             InstalledApplications& applications, LauncherHistory& history,
-                             LauncherMessages& messages)
+                             InstalledApplications& applications, PlaceMemory& places,
+                             LauncherHistory& history, LauncherMessages& messages)
     : _machine(machine)
     , _store(store)
     , _layouts(layouts)
     , _applications(applications)
+    , _places(places)
     , _history(history)
     , _messages(messages) {}
 
@@ -39,21 +40,76 @@ LayoutArchive::Outcome LayoutArchive::restore(Mode mode, const QUuid& id) {
     if (const auto guarded = _history.guard(mode); !guarded)
         return guarded;
     const auto arrangement = _store.arrangement(mode, id);
-    if (!arrangement)
-        return std::unexpected(launcherError(arrangement.error(), title));
+    if (!arrangement) {
+        LauncherError error = launcherError(arrangement.error(), title);
+        // The sentence is that of the working file, and would have the user reset the good one.
+        if (std::holds_alternative<StorageError>(arrangement.error()))
+            error.message = QStringLiteral(
+                "This arrangement was saved by another version of Tessellar and cannot be restored.");
+        return std::unexpected(error);
+    }
+    return replace(mode, arrangement->document, arrangement->layout,
+                   editName(EditKind::restoreArrangement), QStringLiteral("arrangement-restore"),
+                   title);
+}
+
+LayoutArchive::Outcome LayoutArchive::replace(Mode mode, const LayoutDocument& document,
+                                              const std::optional<ArrangementLayout>& settings,
+                                              const QString& name, const QString& reason,
+                                              const QString& title) {
     const MergeResult merged =
-        mergeWithInstalled(arrangement->document, _layouts[mode], _applications, _machine.locale, true);
+        mergeWithInstalled(document, _layouts[mode], _applications, _places, _machine, true);
     const auto made = _history.make(
-        {.name = editName(EditKind::restoreArrangement),
+        {.name = name,
          .mode = mode,
          .document = LayoutDocument{.pages = merged.pages, .hiddenKeys = merged.hiddenKeys},
-         .settings = arrangement->layout,
-         .replacement = {{.reason = QStringLiteral("arrangement-restore"), .title = title}}});
+         .settings = settings,
+         .replacement = {{.reason = reason, .title = title}}});
     if (!made)
         return std::unexpected(made.error());
+    _places.set(mode, merged.places);
     _applications.keysChanged.notify(merged.changedKeys);
     return {};
 }
+
+// ---- backups
+
+void LayoutArchive::listBackups(Listed done) {
+    const auto task = _reading.insert(_reading.end(), Task());
+    *task = _machine.workers.run(
+        [backups = LayoutBackups(_machine.files, _store.directory()),
+         now = _machine.clock.now()](std::stop_token) {
+            backups.prune(now);
+            return backups.list();
+        },
+        [this, task, done = std::move(done)](const QList<BackupSummary>& all) {
+            const Task ended = std::move(*task);
+            _reading.erase(task);
+            done(all);
+        });
+}
+
+void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<void(Outcome)> done) {
+    const QString title = QStringLiteral("Could not restore backup");
+    if (const auto guarded = _history.guard(mode); !guarded)
+        return done(guarded);
+    const auto task = _reading.insert(_reading.end(), Task());
+    *task = _machine.workers.run(
+        [backups = LayoutBackups(_machine.files, _store.directory()), name](std::stop_token) {
+            return backups.read(name);
+        },
+        [this, task, mode, title,
+         done = std::move(done)](const std::expected<BackupDocument, FileError>& backup) {
+            const Task ended = std::move(*task);
+            _reading.erase(task);
+            if (!backup)
+                return done(std::unexpected(launcherError(backup.error(), title)));
+            done(replace(mode, backup->document, {}, QStringLiteral("Restore Backup"),
+                         QStringLiteral("backup-restore"), title));
+        });
+}
+
+// ---- the rest
 
 LayoutArchive::Outcome LayoutArchive::remove(Mode mode, const QUuid& id) {
     if (const auto deleted = _store.deleteArrangement(mode, id); !deleted)

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "launcher/launcher_error.h"
-#include "model/layout_document.h"
+#include "model/layout_backups.h"
+#include "platform/worker_pool.h"
 
 #include <QList>
 
 #include <expected>
+#include <functional>
+#include <list>
 
 namespace tessellar {
 
@@ -13,6 +16,7 @@ class InstalledApplications;
 class LauncherHistory;
 class LauncherMessages;
 class LiveLayouts;
+class PlaceMemory;
 struct Machine;
 
 /// What can take the place of a mode's arrangement: those that the user saved, and the default one.
@@ -23,7 +27,7 @@ public:
     using Mode = LauncherWindowMode;
 
     LayoutArchive(Machine& machine, LayoutStore& store, LiveLayouts& layouts,
-                  InstalledApplications& applications, LauncherHistory& history,
+                  InstalledApplications& applications, PlaceMemory& places, LauncherHistory& history,
                   LauncherMessages& messages);
 
     QList<ArrangementSummary> arrangements(Mode mode) const { return _store.arrangements(mode); }
@@ -35,13 +39,26 @@ public:
     /// out: the file is moved to the backups, and the step cannot be undone.
     Outcome reset(Mode mode);
 
+    // The copies that were kept before a replacement, of both modes. Those that are too many or too old
+    // are removed when they are listed.
+    using Listed = std::function<void(const QList<BackupSummary>&)>;
+    void listBackups(Listed done);
+    /// In the mode that is named, whichever the copy was of.
+    void restoreBackup(Mode mode, const QString& name, std::function<void(Outcome)> done);
+
 private:
+    Outcome replace(Mode mode, const LayoutDocument& document,
+                    const std::optional<ArrangementLayout>& settings, const QString& name,
+                    const QString& reason, const QString& title);
+
     Machine& _machine;
     LayoutStore& _store;
     LiveLayouts& _layouts;
     InstalledApplications& _applications;
+    PlaceMemory& _places;
     LauncherHistory& _history;
     LauncherMessages& _messages;
+    std::list<Task> _reading;
 };
 
 } // namespace tessellar

@@ -196,6 +196,11 @@ void SmartFolderLibrary::recordLaunch(const QString& key) {
     startRoundFor(SmartFolderNeed::usage);
 }
 
+void SmartFolderLibrary::changeKeys(const QHash<QString, QString>& changedKeys) {
+    _usage.changeKeys(changedKeys);
+    _usage.save();
+}
+
 void SmartFolderLibrary::setRuntimeFacts(SmartFolderRuntimeFacts facts) {
     SmartFolderNeeds others = facts.pending ^ _runtime.pending;
     others.setFlag(SmartFolderNeed::updates,

@@ -98,6 +98,7 @@ public:
     void setApps(const QList<AppEntry>& apps);
     void setView(LauncherWindowMode mode, SmartFolderView view);
     void recordLaunch(const QString& appKey);
+    void changeKeys(const QHash<QString, QString>& changedKeys);
     /// Changes what the launcher knows besides: update statuses, channels, custom icons.
     void setRuntimeFacts(SmartFolderRuntimeFacts facts);
     const SmartFolderRuntimeFacts& runtimeFacts() const { return _runtime; }

@@ -113,6 +113,26 @@ void AppUsageStore::recordLaunch(const QString& appKey) {
     }
 }
 
+void AppUsageStore::changeKeys(const QHash<QString, QString>& changedKeys) {
+    // All are taken out before any is put in: two may change places.
+    QMap<QString, AppUsage> moved;
+    for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it)
+        if (const auto found = _records.constFind(it.key()); found != _records.constEnd()) {
+            moved.insert(it.value(), *found);
+            _records.erase(found);
+        }
+    for (auto it = moved.cbegin(); it != moved.cend(); ++it) {
+        AppUsage usage = *it;
+        if (const auto there = _records.constFind(it.key()); there != _records.constEnd()) {
+            usage.firstSeen = std::min(usage.firstSeen, there->firstSeen);
+            usage.lastUsed = std::max(usage.lastUsed, there->lastUsed);
+            usage.count = std::max(usage.count, there->count);
+        }
+        _records.insert(it.key(), usage);
+        _isChanged = true;
+    }
+}
+
 void AppUsageStore::makeRoom() {
     if (_records.size() <= maximumRecords)
         return;

@@ -37,6 +37,8 @@ public:
     /// Applications that are there; true when one of them is new.
     bool recordSeen(const QStringList& appKeys);
     void recordLaunch(const QString& appKey);
+    /// Applications are known by other keys now: their records go along.
+    void changeKeys(const QHash<QString, QString>& changedKeys);
     /// Hands over what has changed since the last save. What goes wrong is logged, and tried again with
     /// the next.
     void save();

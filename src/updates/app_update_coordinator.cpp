@@ -445,6 +445,19 @@ void AppUpdateCoordinator::switchedOff() {
 
 // ---- saving
 
+void AppUpdateCoordinator::changeKeys(const QHash<QString, QString>& changedKeys) {
+    QMap<QString, AppUpdateRecord> moved;
+    for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it)
+        if (const auto found = _cache.records.constFind(it.key()); found != _cache.records.constEnd()) {
+            moved.insert(it.value(), *found);
+            _cache.records.erase(found);
+        }
+    if (moved.isEmpty())
+        return;
+    _cache.records.insert(moved);
+    askForSave();
+}
+
 void AppUpdateCoordinator::askForSave() {
     _isUnsaved = true;
     _saveTask = _machine.scheduler.after(saveDelay, [this] { save(); });

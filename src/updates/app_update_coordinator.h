@@ -77,6 +77,8 @@ public:
     bool isEnabled() const;
     /// Takes the applications shown; what their bundles say follows, then `onChannelsChanged`.
     void updateApps(const QList<AppEntry>& apps);
+    /// Applications are known by other keys now: their records go along.
+    void changeKeys(const QHash<QString, QString>& changedKeys);
     /// Saves at once what is unsaved.
     std::expected<void, FileError> flush();
 

@@ -1,0 +1,89 @@
+// What is kept of arrangements that were: the places of applications that went, and backups.
+
+#include "control/command_set.h"
+#include "launcher/layout_archive.h"
+#include "launcher/place_memory.h"
+
+namespace tessellar {
+namespace {
+
+QString placeLine(const PlaceSummary& place) {
+    QString where = QStringLiteral("page %1").arg(place.page + 1);
+    for (const QString& folder : place.folderNames)
+        where += QStringLiteral(", “%1”").arg(folder);
+    return QStringLiteral("%1  %2  %3 (%4)%5\n")
+        .arg(appKey(place.tile), place.goneAt.toIso8601(), place.tile.name, where,
+             place.isRemoved ? QStringLiteral(", removed") : QString());
+}
+
+QJsonValue encoded(const PlaceSummary& place) {
+    return QJsonObject{{QStringLiteral("tile"), json::encode(place.tile)},
+                       {QStringLiteral("goneAt"), place.goneAt.toIso8601()},
+                       {QStringLiteral("isRemoved"), place.isRemoved},
+                       {QStringLiteral("page"), place.page},
+                       {QStringLiteral("folders"), QJsonArray::fromStringList(place.folderNames)}};
+}
+
+void addPlaces(CommandSet& set) {
+    CLI::App* group = set.addGroup("places", "The remembered places of applications that went");
+    set.onRun(set.add("list", "In the order of the arrangement", group), CommandNeeds::launcher,
+              [](const Call& call) {
+                  QJsonArray all;
+                  QString lines;
+                  const LiveLayout& layout = call->layout();
+                  for (const PlaceSummary& place : summaries(call->launcher().places()[call->mode()])) {
+                      if (layout.item(place.tile.id)) // it is back
+                          continue;
+                      all.append(encoded(place));
+                      lines += placeLine(place);
+                  }
+                  call->succeed(all,
+                                lines.isEmpty() ? QStringLiteral("No places are remembered.") : lines);
+              });
+    CLI::App* forget = set.add("forget", "Forget the place of an application, or all", group);
+    set.onRun(
+        forget, CommandNeeds::launcher,
+        [key = optionalWord(forget, "appkey", "Its key or path; without it all are forgotten")](
+            const Call& call) {
+            const auto application = key->empty() ? std::nullopt : std::optional(text(key));
+            if (call->launcher().places().forget(call->mode(), application) == 0 && application)
+                return call->fail(
+                    {QStringLiteral("noSuchPlace"),
+                     QStringLiteral("No place is remembered for “%1”.").arg(application->left(200)),
+                     {}});
+            call->succeed(QJsonObject(), QString());
+        });
+}
+
+void addBackups(CommandSet& set) {
+    CLI::App* group = set.addGroup("backups", "The arrangements that were kept before others came");
+    set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher, [](const Call& call) {
+        call->launcher().archive().listBackups([call](const QList<BackupSummary>& all) {
+            QString lines;
+            for (const BackupSummary& backup : all)
+                lines += QStringLiteral("%1  %2 (%3 applications on %4 pages)\n")
+                             .arg(backup.name, backup.reason)
+                             .arg(backup.appCount)
+                             .arg(backup.pageCount);
+            call->succeed(json::encode(all),
+                          lines.isEmpty() ? QStringLiteral("There are no backups.") : lines);
+        });
+    });
+    CLI::App* restore = set.add("restore", "Put a backup in place of the present arrangement", group);
+    set.onRun(restore, CommandNeeds::launcher,
+              [name = word(restore, "name", "As the list has it")](const Call& call) {
+                  call->launcher().archive().restoreBackup(
+                      call->mode(), text(name), [call](const LayoutArchive::Outcome& outcome) {
+                          call->answer(outcome, QStringLiteral("The backup was restored."));
+                      });
+              });
+}
+
+} // namespace
+
+void addMemoryCommands(CommandSet& set) {
+    addPlaces(set);
+    addBackups(set);
+}
+
+} // namespace tessellar

@@ -1,0 +1,50 @@
+#include "launcher/place_memory.h"
+
+namespace tessellar {
+
+static constexpr std::uint64_t maximumBytes = 16u << 20;
+
+static QString pathOf(const Machine& machine, const QString& name) {
+    return FileSystem::joined(machine.places.applicationFolder(), name);
+}
+
+PlaceMemory::PlaceMemory(const Machine& machine)
+    : _machine(machine)
+    , _kept{Kept(machine, pathOf(machine, QStringLiteral("remembered-places.json")), maximumBytes),
+            Kept(machine, pathOf(machine, QStringLiteral("remembered-places-windowed.json")),
+                 maximumBytes)} {}
+
+void PlaceMemory::load() {
+    for (const LauncherWindowMode mode : LiveLayouts::modes) {
+        kept(mode).load();
+        if (folderDepth((*this)[mode].pages) > maximumFolderDepth)
+            set(mode, {});
+    }
+}
+
+void PlaceMemory::rememberRemoved(const LiveLayouts& layouts, const QString& path) {
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        set(mode, placesAfterRemoval(layouts[mode].pages(), (*this)[mode], path, _machine.clock.now(),
+                                     _machine.locale));
+}
+
+void PlaceMemory::putBack(const QString& path) {
+    for (const LauncherWindowMode mode : LiveLayouts::modes) {
+        RememberedPlaces places = (*this)[mode];
+        places.setRemoved(path, false);
+        set(mode, places);
+    }
+}
+
+qsizetype PlaceMemory::forget(LauncherWindowMode mode, const std::optional<QString>& application) {
+    RememberedPlaces places = (*this)[mode];
+    const qsizetype before = places.places.size();
+    places.forget([&](const AppEntry& app) {
+        return !application || appKey(app) == *application || app.path == *application ||
+               app.bundleIdentifier == application;
+    });
+    set(mode, places);
+    return before - places.places.size();
+}
+
+} // namespace tessellar

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "launcher/live_layout.h"
+#include "model/kept_document.h"
+#include "model/reconciliation.h"
+
+namespace tessellar {
+
+/// The places of the applications that went, of each mode in a file of its own:
+///
+///     remembered-places.json, remembered-places-windowed.json
+///
+/// A place is written before the layout without its tile is, so that neither can be lost without the
+/// other. Main thread only.
+class PlaceMemory {
+public:
+    explicit PlaceMemory(const Machine& machine);
+
+    void load();
+    const RememberedPlaces& operator[](LauncherWindowMode mode) const { return kept(mode).value(); }
+    void set(LauncherWindowMode mode, const RememberedPlaces& places) { kept(mode).set(places); }
+
+    /// Before the user's removal of the application at `path` takes its tiles away.
+    void rememberRemoved(const LiveLayouts& layouts, const QString& path);
+    /// It is put back: it gets its place when it is seen.
+    void putBack(const QString& path);
+    /// Forgets the places of an application, by its key or path, or all of the mode; how many.
+    qsizetype forget(LauncherWindowMode mode, const std::optional<QString>& application);
+
+private:
+    using Kept = KeptDocument<RememberedPlaces>;
+
+    Kept& kept(LauncherWindowMode mode) { return _kept[std::size_t(mode)]; }
+    const Kept& kept(LauncherWindowMode mode) const { return _kept[std::size_t(mode)]; }
+
+    const Machine& _machine;
+    std::array<Kept, 2> _kept;
+};
+
+} // namespace tessellar
