@@ -100,9 +100,10 @@ TEST_F(LauncherTest, AnApplicationOnAVolumeThatIsNotMountedKeepsItsTile) {
                          refusal = outcome ? QString() : outcome.error().message;
                      });
     EXPECT_EQ(refusal, LiveLayout::unavailableNotice());
+    // Another folder of that name is not the volume.
     mac.makeFolder(QStringLiteral("/Volumes/Work/Tools"));
     rescan();
-    EXPECT_EQ(sketch(launcher->shown().pages()), u"Ash");
+    EXPECT_EQ(sketch(launcher->shown().pages()), u"Ash Zelkova");
 }
 
 TEST_F(LauncherTest, QuestionsAreAskedOneAtATimeInTheirOrder) {

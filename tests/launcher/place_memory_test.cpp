@@ -1,0 +1,173 @@
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/layout_archive.h"
+#include "launcher/place_memory.h"
+#include "launcher/small_launcher.h"
+#include "launcher/smart_folder_library.h"
+
+#include <filesystem>
+
+namespace tessellar::test {
+namespace {
+
+using Mode = LauncherWindowMode;
+
+class PlaceMemoryTest : public SmallLauncher {
+protected:
+    void remove(const QString& name) { mac.remove(u"/Applications/%1.app"_s.arg(name)); }
+    void move(const QString& from, const QString& to) {
+        std::filesystem::rename(mac.hostPath(from).toStdString(), mac.hostPath(to).toStdString());
+    }
+    void arrange() {
+        for (const char16_t* name : {u"Ash", u"Elm", u"Ivy", u"Oak"})
+            install(QString::fromUtf16(name));
+        store({{app(u"Oak"_s), folder(u"Trees"_s, {{app(u"Elm"_s), app(u"Ash"_s)}}), app(u"Ivy"_s)}});
+    }
+    const QString arranged = u"Oak [Trees: Elm Ash] Ivy"_s;
+    const QString places = data + u"/remembered-places.json"_s;
+};
+
+TEST_F(PlaceMemoryTest, AnApplicationThatComesBackAWeekLaterLiesWhereItLay) {
+    arrange();
+    start();
+    remove(u"Ash"_s);
+    start();
+    EXPECT_EQ(sketched(), u"Oak Elm Ivy");
+    time.advance(7 * 24h);
+    for (const bool isNewProcess : {true, false}) {
+        install(u"Ash"_s);
+        isNewProcess ? (void)start() : rescan();
+        EXPECT_EQ(sketched(), arranged);
+        EXPECT_EQ(launcher->shown().pages()[0][1].id(), idOf(u"Trees"_s));
+        remove(u"Ash"_s);
+        rescan();
+        EXPECT_EQ(sketched(), u"Oak Elm Ivy");
+    }
+    // Each mode has its own.
+    EXPECT_EQ(summaries(launcher->places()[Mode::fullScreen]).size(), 1);
+    EXPECT_EQ(launcher->places().forget(Mode::fullScreen, u"org.example.ash"_s), 1);
+    install(u"Ash"_s);
+    rescan();
+    EXPECT_EQ(sketched(), u"Oak Elm Ivy Ash");
+    EXPECT_EQ(sketch(launcher->layout(Mode::windowed).pages()), u"Ash Elm Ivy Oak");
+}
+
+TEST_F(PlaceMemoryTest, WhatCouldNotBeSeenCostsNoTile) {
+    arrange();
+    const QString custom = install(u"Fern"_s, u"/Volumes/Work/Apps"_s);
+    (void)mac.machine.settings.set(u"appDiscovery.additionalSearchPaths"_s,
+                                   QJsonArray{u"/Volumes/Work/Apps"_s});
+    start();
+    const QString whole = sketched();
+    ASSERT_TRUE(whole.contains(u"Fern"_s));
+    // A mount point without its mount, seen by the launcher that runs and by one that begins then.
+    move(u"/Volumes/Work"_s, u"/aside"_s);
+    mac.makeFolder(u"/Volumes/Work"_s);
+    for (int i = 0; i < 2; ++i) {
+        i ? rescan() : (void)start();
+        EXPECT_EQ(sketched(), whole);
+        EXPECT_EQ(launcher->shown().unavailableAppKeys(), QSet<QString>{u"org.example.fern"_s});
+    }
+    mac.remove(u"/Volumes/Work"_s);
+    move(u"/aside"_s, u"/Volumes/Work"_s);
+    rescan();
+    EXPECT_TRUE(launcher->shown().unavailableAppKeys().isEmpty());
+    mac.remove(custom);
+    rescan();
+    EXPECT_FALSE(sketched().contains(u"Fern"_s));
+}
+
+TEST_F(PlaceMemoryTest, NothingIsGoneWhileAnUpdaterReplacesBundles) {
+    arrange();
+    start();
+    move(u"/Applications/Oak.app"_s, u"/Oak.app"_s);
+    auto replacing = launcher->applications().replacing();
+    rescan();
+    EXPECT_EQ(sketched(), arranged);
+    EXPECT_TRUE(launcher->shown().unavailableAppKeys().contains(u"org.example.oak"_s));
+    move(u"/Oak.app"_s, u"/Applications/Oak.app"_s);
+    replacing.reset();
+    mac.settle();
+    EXPECT_EQ(sketched(), arranged);
+    EXPECT_TRUE(launcher->shown().unavailableAppKeys().isEmpty());
+    remove(u"Oak"_s);
+    rescan();
+    EXPECT_EQ(sketched(), u"[Trees: Elm Ash] Ivy");
+}
+
+TEST_F(PlaceMemoryTest, UsageGoesAlongWithAChangedKey) {
+    arrange();
+    start();
+    launcher->smartFolders().recordLaunch(u"org.example.oak"_s);
+    install(u"Oak"_s, u"/Users/ada/Applications"_s);
+    rescan();
+    start();
+    const auto counts = [&](const QString& key) {
+        for (const auto& facts : launcher->smartFolders().facts())
+            if (appKey(facts->entry) == key)
+                return json::encode(*facts).toObject().value(u"launchCount"_s).toInt(-1);
+        return -2;
+    };
+    bool isKnown = false;
+    launcher->smartFolders().gatherFacts({}, [&] { isKnown = true; });
+    until([&] { return isKnown; });
+    EXPECT_EQ(counts(u"/Applications/Oak.app"_s), 1);
+    EXPECT_EQ(counts(u"/Users/ada/Applications/Oak.app"_s), 0);
+}
+
+TEST_F(PlaceMemoryTest, FilesThatCannotBeUsedCostNothingElse) {
+    arrange();
+    for (const QByteArray& bytes :
+         {QByteArray("{"), QByteArray("{\"version\": 2}"), QByteArray(20 << 20, ' '), QByteArray()}) {
+        install(u"Ash"_s);
+        store({{app(u"Oak"_s), folder(u"Trees"_s, {{app(u"Elm"_s), app(u"Ash"_s)}}), app(u"Ivy"_s)}});
+        mac.write(places, bytes);
+        mac.write(data + u"/known-volumes.json"_s, bytes);
+        start();
+        EXPECT_EQ(sketched(), arranged);
+        remove(u"Ash"_s);
+        rescan();
+        EXPECT_EQ(sketched(), u"Oak Elm Ivy");
+        install(u"Ash"_s);
+        rescan();
+        EXPECT_EQ(sketched(), arranged) << "remembered as long as it runs";
+    }
+    const QStringList names = mac.names(data);
+    EXPECT_EQ(std::ranges::count_if(
+                  names,
+                  [](const QString& name) { return name.startsWith(u"remembered-places.damaged-"_s); }),
+              3);
+}
+
+TEST_F(PlaceMemoryTest, BackupsAreRestoredAsAStepOfHistory) {
+    arrange();
+    start();
+    LayoutArchive& archive = launcher->archive();
+    ASSERT_TRUE(archive.reset(Mode::fullScreen));
+    EXPECT_EQ(sketched(), u"Ash Elm Ivy Oak");
+    QList<BackupSummary> backups;
+    archive.listBackups([&](const QList<BackupSummary>& all) { backups = all; });
+    mac.settle();
+    ASSERT_EQ(backups.size(), 1);
+    EXPECT_EQ(backups[0].reason, u"reset");
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(sketched(), arranged);
+    EXPECT_EQ(redo(), u"done");
+    QString code;
+    const auto restored = [&](const LayoutArchive::Outcome& outcome) {
+        code = outcome ? u"done"_s : outcome.error().code;
+    };
+    archive.restoreBackup(Mode::fullScreen, backups[0].name, restored);
+    mac.settle();
+    EXPECT_EQ(code, u"done");
+    EXPECT_EQ(sketched(), arranged);
+    EXPECT_EQ(stored().pages, launcher->shown().pages());
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(sketched(), u"Ash Elm Ivy Oak");
+    archive.restoreBackup(Mode::fullScreen, u"../layout"_s, restored);
+    mac.settle();
+    EXPECT_NE(code, u"done");
+}
+
+} // namespace
+} // namespace tessellar::test
