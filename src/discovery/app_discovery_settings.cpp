@@ -7,6 +7,11 @@ namespace tessellar {
 
 AppDiscoverySettings AppDiscoverySettings::read(const Settings& settings, const QString& home) {
     AppDiscoverySettings result;
+    result.isCertain = settings.isReadable();
+    for (const auto& key : {QStringLiteral("appDiscovery.searchPaths"),
+                            QStringLiteral("appDiscovery.additionalSearchPaths")})
+        if (settings.value(key) && !settings.texts(key))
+            result.isCertain = false;
     const QStringList paths =
         settings.texts(QStringLiteral("appDiscovery.searchPaths")).value_or(defaultSearchPaths(home)) +
         settings.texts(QStringLiteral("appDiscovery.additionalSearchPaths")).value_or(QStringList());

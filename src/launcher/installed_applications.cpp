@@ -16,11 +16,10 @@ InstalledApplications::InstalledApplications(Machine& machine)
 }
 
 ScanContext InstalledApplications::scanContext(const Machine& machine) {
-    const QString tag = QString(machine.locale.identifier()).replace(u'_', u'-');
     return {.files = machine.files,
             .settings = AppDiscoverySettings::read(machine.settings, machine.places.home),
             .home = machine.places.home,
-            .languages = {tag, machine.locale.languageCode()},
+            .languages = machine.locale.languages(),
             .locale = machine.locale,
             .uuids = machine.uuids,
             .now = machine.clock.now()};

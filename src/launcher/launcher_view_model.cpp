@@ -269,7 +269,8 @@ void LauncherViewModel::applySettings() {
 }
 
 void LauncherViewModel::setLocale(const Locale& locale) {
-    if (locale.identifier() == _machine.locale.identifier())
+    if (locale.identifier() == _machine.locale.identifier() &&
+        locale.languages() == _machine.locale.languages())
         return;
     _machine.locale = locale;
     search().invalidate();

@@ -47,6 +47,7 @@ DefaultsSettings::DefaultsSettings(const FileSystem& files, CommandRunner& comma
     const QJsonObject object = toJson(*list).toObject();
     for (auto member = object.begin(); member != object.end(); ++member)
         _values.insert(member.key(), *member);
+    _isReadable = true;
 }
 
 std::expected<void, FileError> DefaultsSettings::set(const QMap<QString, QJsonValue>& changes) {

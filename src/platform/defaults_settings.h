@@ -16,6 +16,7 @@ public:
                      std::map<QByteArray, QByteArray> environment, const QString& domain);
 
     QMap<QString, QJsonValue> values() const override { return _values; }
+    bool isReadable() const override { return _isReadable; }
     /// When the tool fails, the error names the tool.
     using Settings::set;
     std::expected<void, FileError> set(const QMap<QString, QJsonValue>& changes) override;
@@ -31,6 +32,7 @@ private:
     std::map<QByteArray, QByteArray> _environment;
     QByteArray _domain;
     QMap<QString, QJsonValue> _values;
+    bool _isReadable = false;
 };
 
 } // namespace tessellar

@@ -48,12 +48,14 @@ struct FileSettings::State {
     StoredFile json;
     const QString propertyList;
     QMap<QString, QJsonValue> values;
-    bool damaged = false; ///< the JSON file was read whole but gives no values
+    bool damaged = false;       ///< the JSON file was read whole but gives no values
+    bool hasUnreadList = false; ///< the property list is there in its stead, and gave none
 };
 
 void FileSettings::State::load() {
     values.clear();
     damaged = false;
+    hasUnreadList = false;
     const auto bytes = json.read();
     if (!bytes)
         return;
@@ -61,9 +63,12 @@ void FileSettings::State::load() {
         const QJsonDocument document = QJsonDocument::fromJson(**bytes);
         values = members(document.object());
         damaged = !document.isObject();
-    } else if (const auto list = files.read(propertyList, maximumBytes)) {
-        if (const auto parsed = parsePropertyList(*list))
+    } else {
+        const auto list = files.read(propertyList, maximumBytes);
+        const auto parsed = list ? parsePropertyList(*list) : std::nullopt;
+        if (parsed)
             values = members(toJson(*parsed).toObject());
+        hasUnreadList = list ? !parsed : list.error().code != FileError::Code::notFound;
     }
 }
 
@@ -86,6 +91,10 @@ FileSettings::FileSettings(const FileSystem& files, const QString& path)
 FileSettings::~FileSettings() = default;
 
 QMap<QString, QJsonValue> FileSettings::values() const { return _state->values; }
+
+bool FileSettings::isReadable() const {
+    return !_state->damaged && !_state->hasUnreadList && !_state->json.blocked();
+}
 
 std::expected<void, FileError> FileSettings::set(const QMap<QString, QJsonValue>& changes) {
     // What another program stored meanwhile stays, and damage may have been mended.

@@ -20,6 +20,9 @@ public:
     virtual ~Settings() = default;
 
     virtual QMap<QString, QJsonValue> values() const = 0;
+    /// False when what is stored could not be read or is damaged: then `values` is not all that the
+    /// user has set.
+    virtual bool isReadable() const { return true; }
     /// Stores all of these values in one write, or none; null or undefined removes a key.
     virtual std::expected<void, FileError> set(const QMap<QString, QJsonValue>& changes) = 0;
     std::expected<void, FileError> set(const QString& key, const QJsonValue& value) {
@@ -50,6 +53,7 @@ public:
     ~FileSettings() override;
 
     QMap<QString, QJsonValue> values() const override;
+    bool isReadable() const override;
     using Settings::set;
     std::expected<void, FileError> set(const QMap<QString, QJsonValue>& changes) override;
 

@@ -144,27 +144,48 @@ std::strong_ordering compareNumeric(QStringView a, QStringView b) {
 }
 
 struct Locale::Data {
-    explicit Data(QByteArray id)
+    Data(QByteArray id, QStringList tags)
         : identifier(std::move(id))
+        , languages(std::move(tags))
         , names(openCollator(identifier, UCOL_SECONDARY, UCOL_OFF))
         , loose(openCollator(identifier, UCOL_PRIMARY, UCOL_ON))
         , folding(FoldingTable::forLanguage(part(identifier, uloc_getLanguage))) {}
 
     QByteArray identifier;
+    QStringList languages;
     // Set up here and constant from then on, which is what lets threads share them.
     Collator names;
     Collator loose;
     const FoldingTable& folding;
 };
 
-Locale::Locale(const QString& identifier)
-    : _data(std::make_shared<Data>(canonicalIdentifier(identifier))) {}
+static QStringList tagOf(const QByteArray& identifier) {
+    // Without keywords: "de_DE@collation=phonebook".
+    const QByteArray name = identifier.split('@').first();
+    return name.isEmpty() ? QStringList() : QStringList(QString::fromLatin1(name).replace(u'_', u'-'));
+}
+
+Locale::Locale(const QString& identifier) {
+    const QByteArray canonical = canonicalIdentifier(identifier);
+    _data = std::make_shared<Data>(canonical, tagOf(canonical));
+}
 
 // Qt knows where each system keeps the user's choice; ICU alone would only see the variables of a
 // shell.
-Locale Locale::system() { return Locale(QLocale::system().name()); }
+Locale Locale::system() {
+    const QLocale system = QLocale::system();
+    Locale result(system.name());
+    QStringList languages;
+    for (const QString& language : system.uiLanguages())
+        if (language != u"C" && !languages.contains(language))
+            languages.append(language);
+    if (!languages.isEmpty())
+        result._data = std::make_shared<Data>(result._data->identifier, languages + result.languages());
+    return result;
+}
 
 QString Locale::identifier() const { return QString::fromLatin1(_data->identifier); }
+QStringList Locale::languages() const { return _data->languages; }
 QString Locale::languageCode() const { return part(_data->identifier, uloc_getLanguage); }
 QString Locale::region() const { return part(_data->identifier, uloc_getCountry); }
 

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <compare>
 #include <memory>
@@ -35,6 +36,9 @@ public:
     QString identifier() const;
     QString languageCode() const; ///< "en"
     QString region() const;       ///< "US"; empty when it has none
+    /// All that the user reads, in order of preference, as tags: "zh-Hant-HK", "en". For other locales
+    /// than the user's own, its language alone.
+    QStringList languages() const;
 
     /// Case, diacritics and width folded; not trimmed.
     QString folded(QStringView text) const;

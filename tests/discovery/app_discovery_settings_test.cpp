@@ -55,6 +55,8 @@ TEST(AppDiscoverySettings, SearchPathsReplaceTheDefaultsAndAdditionalOnesFollow)
                                u"/System/Cryptexes/App/System/Applications"_s,
                                u"/Users/ada/Applications"_s};
     EXPECT_EQ(read({}).searchPaths, standard);
+    EXPECT_TRUE(read({}).isCertain);
+    EXPECT_FALSE(read({{u"additionalSearchPaths"_s, 5}}).isCertain);
     EXPECT_EQ(read({{u"searchPaths"_s, QJsonArray{u"/opt"_s}}}).searchPaths, QStringList(u"/opt"_s));
     EXPECT_EQ(read({{u"searchPaths"_s, QJsonArray()}}).searchPaths, QStringList());
     EXPECT_EQ(

@@ -97,6 +97,7 @@ TEST(FileSettings, CarriesThePropertyListOver) {
     mac.remove(json);
     mac.write(plist, "<plist><dict>");
     EXPECT_TRUE(FileSettings(mac.files, json).values().isEmpty());
+    EXPECT_FALSE(FileSettings(mac.files, json).isReadable());
 }
 
 TEST(FileSettings, ADamagedFileCostsOnlyTheDefaultsAndIsKept) {
@@ -105,8 +106,10 @@ TEST(FileSettings, ADamagedFileCostsOnlyTheDefaultsAndIsKept) {
         mac.write(json, damaged);
         FileSettings settings(mac.files, json);
         EXPECT_TRUE(settings.values().isEmpty());
+        EXPECT_FALSE(settings.isReadable());
         EXPECT_EQ(mac.read(json), damaged);
         EXPECT_TRUE(settings.set(key("gridRows"), 4));
+        EXPECT_TRUE(settings.isReadable());
         EXPECT_EQ(FileSettings(mac.files, json).integer(key("gridRows")), 4);
     }
     EXPECT_EQ(mac.read(json + QStringLiteral(".damaged")), "{\"gridRows\": 5,");

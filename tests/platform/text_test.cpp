@@ -202,6 +202,9 @@ TEST(Locale, UnderstandsTheWaysToNameOne) {
     is(u"de_DE.UTF-8", u"de_DE", u"de", u"DE");
     is(u"zh-Hans-CN", u"zh_Hans_CN", u"zh", u"CN");
     is(u"ja", u"ja", u"ja", u"");
+    EXPECT_EQ(Locale(text(u"zh_Hant_HK@collation=stroke")).languages(),
+              QStringList(text(u"zh-Hant-HK")));
+    EXPECT_FALSE(Locale::system().languages().contains(text(u"C")));
     for (const char16_t* none :
          {u"", u"C", u"C.UTF-8", u"POSIX", u"en-", u"Ünsinn", u"12", u"not a locale"})
         is(none, u"", u"", u"");
