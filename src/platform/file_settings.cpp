@@ -65,10 +65,11 @@ void FileSettings::State::load() {
         damaged = !document.isObject();
     } else {
         const auto list = files.read(propertyList, maximumBytes);
-        const auto parsed = list ? parsePropertyList(*list) : std::nullopt;
-        if (parsed)
+        hasUnreadList = list || list.error().code != FileError::Code::notFound;
+        if (const auto parsed = parsePropertyList(list.value_or(QByteArray())); list && parsed) {
             values = members(toJson(*parsed).toObject());
-        hasUnreadList = list ? !parsed : list.error().code != FileError::Code::notFound;
+            hasUnreadList = false;
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "model/json_file.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace tessellar {

@@ -105,8 +105,8 @@ TEST_F(PlaceMemoryTest, UsageGoesAlongWithAChangedKey) {
     const auto counts = [&](const QString& key) {
         for (const auto& facts : launcher->smartFolders().facts())
             if (appKey(facts->entry) == key)
-                return json::encode(*facts).toObject().value(u"launchCount"_s).toInt(-1);
-        return -2;
+                return facts->launchCount.value_or(-1);
+        return qint64{-2};
     };
     bool isKnown = false;
     launcher->smartFolders().gatherFacts({}, [&] { isKnown = true; });
