@@ -162,6 +162,13 @@ void LauncherViewModel::loadMode(LiveLayout& layout) {
     using Failed = LayoutStore::Failed;
     const auto loaded =
         std::exchange(_parts->loaded[std::size_t(layout.mode())], LayoutStore::Missing());
+    if (const auto& copy = _parts->store.lossyCopy(layout.mode()))
+        messages().alert({QStringLiteral("lossyLayout"),
+                          QStringLiteral("The contents of a folder could not be read, and its "
+                                         "applications come at the end. The layout as it was is kept "
+                                         "as “%1”.")
+                              .arg(*copy),
+                          QStringLiteral("Part of the layout could not be read")});
     if (const auto* document = std::get_if<LayoutDocument>(&loaded))
         return layout.setArrangement(*document);
     layout.setArrangement(

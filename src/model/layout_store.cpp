@@ -1,5 +1,7 @@
 #include "model/layout_store.h"
 
+#include "model/json_losses.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -75,6 +77,7 @@ LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
             QStringLiteral("The layout of the mode %1 is missing.").arg(json::rawValue(mode)));
         return Missing();
     }
+    const json::Losses losses;
     auto document = json::decodeDocument<Document>(**bytes);
     if (!document)
         return fail(StorageError{Code::workingDocumentUnreadable}, json::message(document.error()));
@@ -85,6 +88,19 @@ LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
         return fail(StorageError{Code::workingDocumentUnreadable},
                     QStringLiteral("folders are nested more than %1 deep").arg(maximumFolderDepth));
     document->version = Document::currentVersion;
+    file.lossyCopy.reset();
+    if (losses.count() > 0) {
+        // What was left out is in the file alone, and the next save is over it.
+        const QString copy =
+            FileSystem::joined(FileSystem::joined(_directory, QStringLiteral("Backups")),
+                               stampedName(QStringLiteral("unreadable-layout-")));
+        auto kept = _machine.files.createDirectories(FileSystem::parent(copy));
+        if (kept)
+            kept = _machine.files.writeAtomically(copy, **bytes);
+        if (!kept)
+            return fail(StorageError{Code::workingDocumentUnreadable}, message(kept.error()));
+        file.lossyCopy = copy;
+    }
     file.isBlocked = false;
     return *std::move(document);
 }

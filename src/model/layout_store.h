@@ -71,6 +71,10 @@ public:
     std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document);
     std::expected<void, FileError> reset(LauncherWindowMode mode);
     bool isWriteBlocked(LauncherWindowMode mode) const { return working(mode).isBlocked; }
+    /// Where the file is kept as it was, when the last load had to leave out contents of a folder.
+    const std::optional<QString>& lossyCopy(LauncherWindowMode mode) const {
+        return working(mode).lossyCopy;
+    }
     /// Writes what is scheduled, or could not be saved earlier, for either mode, and blocks until it is
     /// on the disk. The first error where both fail.
     std::expected<void, Error> flush();
@@ -112,6 +116,7 @@ private:
 
         BackgroundFile file;
         bool isBlocked = false;
+        std::optional<QString> lossyCopy;
         std::optional<Unsaved> unsaved;
         Timer pendingSave;
     };

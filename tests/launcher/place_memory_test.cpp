@@ -139,6 +139,21 @@ TEST_F(PlaceMemoryTest, FilesThatCannotBeUsedCostNothingElse) {
               3);
 }
 
+TEST_F(PlaceMemoryTest, AFileThatIsReadInPartIsKeptBeforeItIsSavedOver) {
+    arrange();
+    const QByteArray bad = QByteArray(mac.read(data + u"/layout.json"_s))
+                               .replace("file:///Applications/Ash.app/", "nowhere");
+    mac.write(data + u"/layout.json"_s, bad);
+    start();
+    const QList<LauncherError> alerts = launcher->messages().takeAlerts();
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].code, u"lossyLayout");
+    EXPECT_EQ(sketched(), u"Oak Ivy Ash Elm");
+    const QStringList kept = mac.names(data + u"/Backups"_s);
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(mac.read(data + u"/Backups/"_s + kept[0]), bad);
+}
+
 TEST_F(PlaceMemoryTest, BackupsAreRestoredAsAStepOfHistory) {
     arrange();
     start();
