@@ -217,15 +217,15 @@ private:
     std::optional<LaunchpadItem> rewritten(Tile& tile) {
         const AppEntry& entry = *tile.entry;
         if (tile.index < 0) {
-            // At its path there may be another application, which another tile stands for.
-            tile.isAbsent = tile.wasAbsent || _byPath.contains(entry.path) ||
-                            (_context.isGone && _context.isGone(entry.path));
-            if (tile.isAbsent && !tile.wasAbsent)
+            AppEntry away = entry;
+            if (isOnlyAway(tile, away)) {
+                _result.unavailableAppKeys.insert(appKey(away));
+                return away;
+            }
+            tile.isAbsent = true;
+            if (!tile.wasAbsent)
                 _result.dropped.append(entry);
-            if (tile.isAbsent)
-                return std::nullopt;
-            _result.unavailableAppKeys.insert(appKey(entry));
-            return entry;
+            return std::nullopt;
         }
         AppEntry fresh = _context.scannedApps[tile.index];
         fresh.id = tile.id;
@@ -236,6 +236,24 @@ private:
         if (tile.wasAbsent)
             _result.returned.append(fresh);
         return fresh;
+    }
+
+    /// True for the tile of an application that may be there, out of sight: where it lay, or where it
+    /// lay before the tile stood for another copy, which is gone. That is then where `away` lies.
+    bool isOnlyAway(const Tile& tile, AppEntry& away) {
+        // At its path there may be another application, which another tile stands for.
+        const auto mayBeAt = [&](const QString& path) {
+            return !_byPath.contains(path) && !(_context.isGone && _context.isGone(path));
+        };
+        if (tile.wasAbsent || mayBeAt(away.path))
+            return !tile.wasAbsent;
+        const auto home = _homes.constFind(away.id);
+        if (home == _homes.constEnd() || !mayBeAt(home->path))
+            return false;
+        away.path = home->path;
+        away.isDuplicateBundleIdentifier = false;
+        _homes.erase(home);
+        return true;
     }
 
     // ---- what is remembered
