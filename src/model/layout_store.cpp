@@ -294,13 +294,19 @@ QList<ArrangementSummary> LayoutStore::arrangements(LauncherWindowMode mode) con
         if (FileSystem::extension(path) != u"json")
             continue;
         const auto bytes = _machine.files.read(path, maximumLayoutBytes);
-        const auto arrangement =
+        auto arrangement =
             bytes ? json::decodeDocument<Arrangement>(*bytes) : json::fail(message(bytes.error()));
-        if (arrangement)
+        // It is restored and deleted by the name of its file, whatever identifier stands in it.
+        const auto id = json::decode<QUuid>(FileSystem::fileName(path).chopped(5));
+        if (arrangement && (!id || arrangementPath(mode, *id) != path))
+            arrangement = json::fail(QStringLiteral("Its name is no identifier."));
+        if (arrangement) {
+            arrangement->id = *id;
             result.append(summaryOf(*arrangement));
-        else
+        } else {
             _machine.log.warning(QStringLiteral("The saved arrangement %1 is left out: %2")
                                      .arg(path, json::message(arrangement.error())));
+        }
     }
     std::ranges::stable_sort(result, [&](const ArrangementSummary& a, const ArrangementSummary& b) {
         if (a.createdAt != b.createdAt)

@@ -307,6 +307,16 @@ TEST_F(LayoutStoreTest, ArrangementsListNewestFirstThenByNameWithoutRegardToCase
     EXPECT_FALSE(store.deleteArrangement(windowed, capital));
     EXPECT_TRUE(store.deleteArrangement(fullScreen, capital));
     EXPECT_EQ(store.arrangements(fullScreen).size(), 3);
+
+    // A copy that someone made bears another's identifier.
+    const QUuid copy = QUuid::createUuid();
+    const QUuid original = store.arrangements(fullScreen)[0].id;
+    const QByteArray bytes = mac.read(store.arrangementPath(fullScreen, original));
+    mac.write(store.arrangementPath(fullScreen, copy), bytes);
+    write("Arrangements/copy.json", bytes.constData());
+    EXPECT_EQ(store.arrangements(fullScreen).size(), 4);
+    EXPECT_TRUE(store.deleteArrangement(fullScreen, copy));
+    EXPECT_EQ(store.arrangements(fullScreen)[0].id, original);
 }
 
 TEST_F(LayoutStoreTest, ArrangementsCountTilesAtEveryDepthAndCarryTheirSettings) {
