@@ -17,7 +17,7 @@ struct HttpRequest {
     QUrl url; ///< https; http only on the loopback
     /// For the whole of it, from the first look-up to the last byte.
     std::chrono::milliseconds timeout{15'000};
-    std::int64_t maximumBytes = 1 << 20; ///< of the body, after any decompression
+    std::int64_t maximumBytes = 1 << 20; ///< of the body
     /// Each target must be an allowed address itself, and only what came from the loopback may lead
     /// there.
     int maximumRedirects = 0;
@@ -56,8 +56,12 @@ public:
     [[nodiscard]] virtual HttpCall get(const HttpRequest& request, Done done) = 0;
 };
 
-/// Over Qt Network: no cookies, no cache, no credentials. What the network stack needs is made with the
-/// first request.
+/// HTTP/1.1 over Qt's secure sockets: no cookies, no cache, no credentials, no compression. All
+/// connections live on one thread of their own, made with the first request, and take turns there, so
+/// many bytes at a time.
+///
+/// Our own rather than QNetworkAccessManager, which reads response headers without any bound, byte by
+/// byte on a thread that all requests share: one endless header made every request of a check fail.
 class NetworkHttpClient final : public HttpClient {
 public:
     explicit NetworkHttpClient(Scheduler& scheduler);
@@ -69,7 +73,7 @@ private:
     struct Stack;
 
     Scheduler& _scheduler;
-    std::unique_ptr<Stack> _stack;
+    std::shared_ptr<Stack> _stack;
 };
 
 } // namespace tessellar

@@ -14,6 +14,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -137,9 +138,12 @@ struct Spawning {
     posix_spawn_file_actions_t actions;
 };
 
-/// Starts the command as the leader of a new process group, with nothing of this process but the given
-/// streams: no descriptors, no environment, no blocked or ignored signals. Returns an errno.
-int spawn(const Command& command, int input, int output, int error, pid_t& child) {
+/// Of what a child is made the leader.
+enum class Leading { group, session };
+
+/// Starts the command as the leader of a new process group or session, with nothing of this process but
+/// the given streams: no descriptors, no environment, no blocked or ignored signals. Returns an errno.
+int spawn(const Command& command, Leading leading, int input, int output, int error, pid_t& child) {
     Strings arguments;
     arguments.append(command.executable);
     for (const QByteArray& argument : command.arguments)
@@ -161,7 +165,8 @@ int spawn(const Command& command, int input, int output, int error, pid_t& child
     ::posix_spawn_file_actions_adddup2(&spawning.actions, output, STDOUT_FILENO);
     ::posix_spawn_file_actions_adddup2(&spawning.actions, error, STDERR_FILENO);
 
-    int flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+    int flags = (leading == Leading::session ? POSIX_SPAWN_SETSID : POSIX_SPAWN_SETPGROUP) |
+                POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #ifdef __APPLE__
     flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
 #else
@@ -225,8 +230,8 @@ int Run::start() {
         return errno;
     makeNonBlocking(_output.reading);
     makeNonBlocking(_error.reading);
-    const int error =
-        spawn(_command, _input.reading.get(), _output.writing.get(), _error.writing.get(), _child);
+    const int error = spawn(_command, Leading::group, _input.reading.get(), _output.writing.get(),
+                            _error.writing.get(), _child);
     if (error != 0)
         return error;
     _output.writing = Descriptor();
@@ -412,6 +417,59 @@ CommandResult ProcessRunner::run(const Command& command, std::stop_token stop) {
         stop, [&wake] { [[maybe_unused]] const ssize_t written = ::write(wake.writing.get(), "", 1); });
     run.follow(wake.reading.get());
     return result;
+}
+
+// ---- detached commands
+
+std::expected<std::int64_t, int> ProcessRunner::start(const Command& command,
+                                                      const QByteArray& outputFile) {
+    // The child's streams are duplicates of this descriptor: the lock is theirs, and lasts as long as
+    // they do.
+    const Descriptor output(
+        ::open(outputFile.constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!output || ::flock(output.get(), LOCK_EX | LOCK_NB) != 0 || ::ftruncate(output.get(), 0) != 0)
+        return std::unexpected(errno);
+    pid_t child = -1;
+    if (const int error = spawn(command, Leading::session, -1, output.get(), output.get(), child);
+        error != 0)
+        return std::unexpected(error);
+    return child;
+}
+
+DetachedState ProcessRunner::look(std::int64_t number, const QByteArray& outputFile) {
+    using Kind = DetachedState::Kind;
+    const auto child = static_cast<pid_t>(number);
+    if (number <= 1 || child != number)
+        return {};
+    int status = 0;
+    pid_t ended = 0;
+    while ((ended = ::waitpid(child, &status, WNOHANG)) < 0 && errno == EINTR) {
+    }
+    if (ended == 0)
+        return {.kind = Kind::running};
+    if (ended == child)
+        return WIFEXITED(status) ? DetachedState{Kind::exited, WEXITSTATUS(status)}
+                                 : DetachedState{Kind::signalled, WTERMSIG(status)};
+    // Not this program's child. Its number may be another process's by now, and a process that it left
+    // behind may hold the file: it runs while both are there.
+    if (::kill(child, 0) != 0 && errno != EPERM)
+        return {};
+    const Descriptor output(::open(outputFile.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    const bool isHeld = output && ::flock(output.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    return {.kind = isHeld ? Kind::running : Kind::gone};
+}
+
+void ProcessRunner::terminate(std::int64_t number, const QByteArray& outputFile, bool now) {
+    // While the child is not reaped its number is its own; `look` would reap it.
+    const auto child = static_cast<pid_t>(number);
+    siginfo_t info{};
+    const bool isChild =
+        number > 1 && child == number &&
+        ::waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT) == 0;
+    if (!isChild && !look(number, outputFile).isRunning())
+        return;
+    ::kill(-child, now ? SIGKILL : SIGTERM);
+    ::kill(-child, SIGCONT);
 }
 
 } // namespace tessellar

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <expected>
 #include <map>
 #include <optional>
 #include <stop_token>
@@ -40,13 +41,39 @@ struct CommandResult {
     bool succeeded() const { return outcome == Outcome::exited && exitStatus == 0; }
 };
 
-/// Runs commands. An interface, so that tests can answer for a tool.
+/// What has become of a detached command.
+struct DetachedState {
+    enum class Kind {
+        running,
+        exited,
+        signalled,
+        gone, ///< it has ended; how, only the program that started it could know
+    };
+    Kind kind = Kind::gone;
+    int status = -1; ///< of `exited` its exit status, of `signalled` the signal
+
+    bool isRunning() const { return kind == Kind::running; }
+    bool operator==(const DetachedState&) const = default;
+};
+
+/// Runs commands. An interface, so that tests can answer for a tool. Safe from any thread.
 class CommandRunner {
 public:
     virtual ~CommandRunner() = default;
     /// Blocks the calling worker until the command has ended and its output is read, the time is up
-    /// or a stop is requested. Safe from any thread.
+    /// or a stop is requested.
     virtual CommandResult run(const Command& command, std::stop_token stop) = 0;
+
+    /// Starts a command that goes on when this program ends, in a session of its own. What it says on
+    /// both streams is written to a file (a host path), which it empties first and holds locked while
+    /// it runs; while another command holds it, EWOULDBLOCK. Gives the command's number, or an errno.
+    /// Time limit, input and graces of the command count for nothing here.
+    virtual std::expected<std::int64_t, int> start(const Command& command,
+                                                   const QByteArray& outputFile) = 0;
+    /// Of a command that this program, or one before it, started with that file.
+    virtual DetachedState look(std::int64_t number, const QByteArray& outputFile) = 0;
+    /// Asks a command that runs to end, with all that it started; `now` does not leave it a choice.
+    virtual void terminate(std::int64_t number, const QByteArray& outputFile, bool now) = 0;
 };
 
 /// Runs commands as children of this process with posix_spawn, each in a process group of its own,
@@ -58,6 +85,10 @@ public:
 class ProcessRunner final : public CommandRunner {
 public:
     CommandResult run(const Command& command, std::stop_token stop) override;
+    std::expected<std::int64_t, int> start(const Command& command,
+                                           const QByteArray& outputFile) override;
+    DetachedState look(std::int64_t number, const QByteArray& outputFile) override;
+    void terminate(std::int64_t number, const QByteArray& outputFile, bool now) override;
 };
 
 } // namespace tessellar

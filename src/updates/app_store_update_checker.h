@@ -1,70 +1,69 @@
 #pragma once
 
+#include "updates/tool_lanes.h"
 #include "updates/web_update_checker.h"
 
 namespace tessellar {
 
-/// One entry of the store's answer. Versions are trimmed, and an empty one is missing.
+/// One entry of the store's answer, as far as it is read. Versions are trimmed, and an empty one is
+/// missing; a value of the wrong type counts as absent.
 struct CatalogItem {
-    std::optional<qint64> trackId;
     std::optional<QString> version;
-    std::optional<QString> trackViewUrl;
     std::optional<QString> bundleId;
     std::optional<QStringList> supportedDevices;
-    std::optional<QString> artistName;
-    std::optional<QString> sellerName;
+    std::optional<QString> releaseNotes;
+    std::optional<QString> trackViewUrl;
 
     bool operator==(const CatalogItem&) const = default;
 };
 
-struct LookupResponse {
-    QList<CatalogItem> results;
-};
+/// The first entry of an answer, or none; fails where the answer is no answer.
+std::expected<std::optional<CatalogItem>, AppUpdateReason::Code>
+firstCatalogItem(const QByteArray& answer);
 
-/// Asks the Mac App Store's public lookup service about applications that carry its receipt.
+/// What Spotlight says of the attribute "kMDItemAppStoreAdamID": a positive integer, also as text with
+/// a sign; anything else is none.
+std::optional<qint64> storeItemIdentifier(const QByteArray& spotlightAnswer);
+
+/// Asks the Mac App Store's public lookup service about applications that carry its receipt. Which of
+/// its items they are, Spotlight is asked once for each bundle.
 class AppStoreUpdateChecker final : public WebUpdateChecker {
 public:
-    using WebUpdateChecker::WebUpdateChecker;
+    AppStoreUpdateChecker(Machine& machine, ToolLanes& lanes)
+        : WebUpdateChecker(machine), _lanes(lanes) {}
 
     static inline const QString recordFingerprint = QStringLiteral("mac-app-store-v2");
+    static constexpr std::chrono::seconds spotlightTimeout{10};
 
     AppUpdateChannelKind kind() const override { return AppUpdateChannelKind::macAppStore; }
     std::optional<AppUpdateChannel> channel(const AppUpdateCandidate& candidate) const override;
     QString fingerprint(const AppUpdateCandidate&) const override { return recordFingerprint; }
+    [[nodiscard]] std::unique_ptr<AppUpdateWork> discover(const QList<AppUpdateCandidate>& candidates,
+                                                          Findings findings) override;
+    void restore(const AppUpdateCache& cache) override { _items = cache.storeItems; }
+    void keep(AppUpdateCache& cache) const override { cache.storeItems = _items; }
 
     /// What a listing, if there is one, says of an installed application.
-    static AppUpdateStatus verdict(const std::optional<CatalogItem>& item,
-                                   const AppUpdateCandidate& candidate);
+    static AppUpdateVerdict verdict(const std::optional<CatalogItem>& item,
+                                    const AppUpdateCandidate& candidate);
     static QUrl lookupUrl(const QString& base, qint64 itemIdentifier, const QString& region);
     static QUrl storePageUrl(const QString& base, qint64 itemIdentifier);
 
 protected:
-    std::expected<HttpRequest, AppUpdateStatus>
+    std::expected<HttpRequest, AppUpdateVerdict>
     request(const AppUpdateCandidate& candidate) const override;
     Judge judge() const override;
+    bool isThrottling(int httpStatus) const override {
+        return httpStatus == 403 || WebUpdateChecker::isThrottling(httpStatus);
+    }
+
+private:
+    class Discovery;
+
+    const StoreItem* item(const AppUpdateCandidate& candidate) const;
+
+    ToolLanes& _lanes;
+    QMap<QString, StoreItem> _items; ///< by app key
 };
 
-namespace json {
-
-/// Named as a field's codec: trimmed text, which may turn out to be nothing.
-struct TrimmedText {
-    static Decoded<std::optional<QString>> decode(const QJsonValue& value);
-    static QJsonValue encode(const QString& value) { return value; }
-};
-
-template <>
-struct Fields<CatalogItem> {
-    using I = CatalogItem;
-    static constexpr auto list =
-        fields(optional("trackId", &I::trackId), optional<TrimmedText>("version", &I::version),
-               optional("trackViewUrl", &I::trackViewUrl), optional("bundleId", &I::bundleId),
-               optional<Codec<QList<QString>>>("supportedDevices", &I::supportedDevices),
-               optional("artistName", &I::artistName), optional("sellerName", &I::sellerName));
-};
-template <>
-struct Fields<LookupResponse> {
-    static constexpr auto list = fields(required("results", &LookupResponse::results));
-};
-
-} // namespace json
 } // namespace tessellar

@@ -58,43 +58,70 @@ std::optional<AppUpdateCommand> command(const AppUpdateAction& action) {
     return std::nullopt;
 }
 
-AppUpdateCommandResult AppUpdateCommandResult::of(const CommandResult& result) {
-    using From = CommandResult::Outcome;
-    AppUpdateCommandResult own{.output = result.standardOutput + result.standardError};
-    switch (result.outcome) {
-    case From::exited:
-        own.outcome = Outcome::completed;
-        own.exitStatus = result.exitStatus;
-        break;
-    case From::signalled:
-        own.outcome = Outcome::completed;
-        break;
-    case From::timedOut:
-        own.outcome = Outcome::timedOut;
-        break;
-    case From::cancelled:
-        own.outcome = Outcome::cancelled;
-        break;
-    case From::couldNotLaunch:
+QString message(AppUpdateOutcome outcome) {
+    switch (outcome) {
+    case AppUpdateOutcome::completed:
+        return QStringLiteral("Update completed. Verifying the installed version…");
+    case AppUpdateOutcome::timedOut:
+        return QStringLiteral("The update command timed out.");
+    case AppUpdateOutcome::cancelled:
+        return QStringLiteral("The update was cancelled.");
+    case AppUpdateOutcome::couldNotLaunch:
+        return QStringLiteral("The updater could not be started.");
+    case AppUpdateOutcome::alreadyRunning:
+        return QStringLiteral("Another app update is already in progress.");
+    case AppUpdateOutcome::failed:
         break;
     }
-    return own;
+    return QStringLiteral("The app could not be updated.");
 }
 
-QString message(const AppUpdateCommandResult& result) {
-    using Outcome = AppUpdateCommandResult::Outcome;
-    switch (result.outcome) {
-    case Outcome::timedOut:
-        return QStringLiteral("The update command timed out.");
-    case Outcome::cancelled:
-        return QStringLiteral("The update was cancelled.");
-    case Outcome::couldNotLaunch:
-        return QStringLiteral("The updater could not be started.");
-    case Outcome::completed:
+using Phase = AppUpdateActionState::Phase;
+
+QString text(Phase phase) {
+    switch (phase) {
+    case Phase::updatingItself:
+        return QStringLiteral("Updating… Homebrew is updating itself.");
+    case Phase::downloading:
+        return QStringLiteral("Updating… Downloading.");
+    case Phase::installing:
+        return QStringLiteral("Updating… Installing.");
+    case Phase::password:
+        return QStringLiteral("Updating… Waiting for your password.");
+    case Phase::verifying:
+        return QStringLiteral("Updating… Verifying the installed version.");
+    case Phase::none:
+    case Phase::starting:
         break;
     }
-    return result.succeeded() ? QStringLiteral("Update completed. Verifying the installed version…")
-                              : QStringLiteral("The app could not be updated.");
+    return QStringLiteral("Updating…");
+}
+
+Phase phaseOf(const QList<QByteArray>& lines) {
+    struct Row {
+        const char* word;
+        Phase phase;
+    };
+    static constexpr Row rows[] = {
+        {"Password:", Phase::password},
+        {"password is required", Phase::password},
+        {"required to read the password", Phase::password},
+        {"==> Updating Homebrew", Phase::updatingItself},
+        {"==> Auto-updat", Phase::updatingItself},
+        {"==> Downloading", Phase::downloading},
+        {"==> Fetching", Phase::downloading},
+        {"==> Upgrading", Phase::installing},
+        {"==> Installing", Phase::installing},
+        {"==> Running installer", Phase::installing},
+        {"==> Moving App", Phase::installing},
+        {"==> Backing App", Phase::installing},
+        {"==> Purging files", Phase::installing},
+    };
+    for (auto line = lines.crbegin(); line != lines.crend(); ++line)
+        for (const Row& row : rows)
+            if (line->contains(row.word))
+                return row.phase;
+    return lines.isEmpty() ? Phase::starting : Phase::none;
 }
 
 } // namespace tessellar

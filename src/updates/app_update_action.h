@@ -75,34 +75,44 @@ struct AppUpdateCommand {
 };
 std::optional<AppUpdateCommand> command(const AppUpdateAction& action);
 
-/// How an external update command ended.
-struct AppUpdateCommandResult {
-    enum class Outcome { completed, timedOut, cancelled, couldNotLaunch };
-    Outcome outcome = Outcome::couldNotLaunch;
-    int exitStatus = -1; ///< of `completed`; 0 is success, a signal is not
-    QByteArray output;
-
-    static AppUpdateCommandResult of(const CommandResult& result);
-    bool succeeded() const { return outcome == Outcome::completed && exitStatus == 0; }
-};
-/// The sentence that the user is shown.
-QString message(const AppUpdateCommandResult& result);
+/// What can be said of an update whose command was begun, or was to be.
+enum class AppUpdateOutcome { completed, failed, timedOut, cancelled, couldNotLaunch, alreadyRunning };
+QString message(AppUpdateOutcome outcome);
 
 /// Of an application's action while it runs and after.
 struct AppUpdateActionState {
-    enum class Kind { running, succeeded, failed };
+    enum class Kind {
+        waiting, ///< for those before it
+        running,
+        succeeded,
+        failed,
+        cancelled,
+    };
+    /// What a running command does, as far as it says.
+    enum class Phase { none, starting, updatingItself, downloading, installing, password, verifying };
     Kind kind = Kind::running;
     QString message;
+    Phase phase = Phase::none;
+    QString detail; ///< the command's own last words: a line while it runs, some where it failed
 
+    bool isOver() const { return kind > Kind::running; }
     bool operator==(const AppUpdateActionState&) const = default;
 };
+/// "Updating…", and what is being done where that is known.
+QString text(AppUpdateActionState::Phase phase);
+/// What the last lines of an updater say that it does.
+AppUpdateActionState::Phase phaseOf(const QList<QByteArray>& lines);
 
 namespace json {
 
 template <>
 struct RawValues<AppUpdateActionKind> : EnumeratorNames<AppUpdateActionKind::openApp> {};
 template <>
-struct RawValues<AppUpdateActionState::Kind> : EnumeratorNames<AppUpdateActionState::Kind::failed> {};
+struct RawValues<AppUpdateActionState::Kind> : EnumeratorNames<AppUpdateActionState::Kind::cancelled> {
+};
+template <>
+struct RawValues<AppUpdateActionState::Phase>
+    : EnumeratorNames<AppUpdateActionState::Phase::verifying> {};
 
 } // namespace json
 } // namespace tessellar

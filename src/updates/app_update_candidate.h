@@ -16,31 +16,23 @@ struct AppUpdateCandidate {
     std::optional<QString> build;
     bool isNativeMacApp = true;
     bool hasStoreReceipt = false;
-    std::optional<qint64> storeItemIdentifier; ///< only looked for beside a receipt
-    std::optional<QString> sparkleFeedUrl;     ///< SUFeedURL
+    std::optional<QString> sparkleFeedUrl; ///< SUFeedURL
     bool hasSparkleFramework = false;
     bool hasKeystone = false; ///< KSUpdateURL
 
+    /// Differs between bundles that may be different applications; an update leaves it as it is.
+    QString fingerprint() const;
+    /// What was installed: the same until an update has come.
+    bool isSameRelease(const AppUpdateCandidate& other) const {
+        return version == other.version && build == other.build;
+    }
     bool operator==(const AppUpdateCandidate&) const = default;
 };
 
-/// What looking at bundles needs of the machine; good for any thread.
-struct AppUpdateInspection {
-    const FileSystem& files;
-    CommandRunner& commands;
-    std::map<QByteArray, QByteArray> environment;
-};
-
-/// `before` is what was found of it last, if it was looked at: Spotlight is not asked again of what is
-/// the same.
-AppUpdateCandidate inspectForUpdates(const AppUpdateInspection& machine, const AppEntry& entry,
-                                     const AppUpdateCandidate* before, std::stop_token stop);
+/// Never starts a tool. Any thread.
+AppUpdateCandidate inspectForUpdates(const FileSystem& files, const AppEntry& entry);
 
 /// The two places of a store receipt: inside "Contents", and directly inside the bundle.
 bool hasStoreReceipt(const FileSystem& files, const QString& bundlePath);
-
-/// What Spotlight says of the attribute "kMDItemAppStoreAdamID": a positive integer, also as text with
-/// a sign; anything else is none.
-std::optional<qint64> storeItemIdentifier(const QByteArray& spotlightAnswer);
 
 } // namespace tessellar

@@ -15,159 +15,100 @@ QString message(AppUpdateError error) {
     case AppUpdateError::disabled:
         return QStringLiteral("Update checking is disabled.");
     case AppUpdateError::alreadyChecking:
-        return update_texts::summary(true, 0, {});
+        return update_texts::checking;
     case AppUpdateError::unknownApp:
         break;
     }
     return QStringLiteral("There is no such application.");
 }
 
-/// Looks at bundles on several workers at once, for Spotlight is asked of some of them.
-class AppUpdateCoordinator::Inspection {
-public:
-    using Done = std::function<void(const QList<AppUpdateCandidate>&)>;
-
-    Inspection(Machine& machine, const QList<AppEntry>& apps,
-               const QHash<QString, AppUpdateCandidate>& known, Done done)
-        : _done(std::move(done)) {
-        constexpr qsizetype atOnce = 64;
-        _left = std::max<qsizetype>(1, (apps.size() + atOnce - 1) / atOnce);
-        for (qsizetype begin = 0; begin == 0 || begin < apps.size(); begin += atOnce)
-            _tasks.push_back(machine.workers.run(
-                Lane::tools,
-                [view = AppUpdateInspection{machine.files, machine.commands, machine.environment},
-                 part = apps.mid(begin, atOnce), known](const std::stop_token& stop) {
-                    QList<AppUpdateCandidate> found;
-                    for (const AppEntry& app : part) {
-                        if (stop.stop_requested())
-                            break;
-                        const auto before = known.constFind(appKey(app));
-                        found.append(inspectForUpdates(
-                            view, app, before == known.constEnd() ? nullptr : &*before, stop));
-                    }
-                    return found;
-                },
-                [this](const QList<AppUpdateCandidate>& found) {
-                    _found += found;
-                    if (--_left > 0)
-                        return;
-                    const Done tell = std::move(_done);
-                    const QList<AppUpdateCandidate> all = std::move(_found);
-                    tell(all); // may destroy this object
-                }));
-    }
-
-private:
-    Done _done;
-    QList<AppUpdateCandidate> _found;
-    qsizetype _left = 0;
-    std::vector<Task> _tasks;
-};
-
-/// One group of checks that run together.
-struct AppUpdateCoordinator::Check {
-    Slot slot;
-    CheckRequest request;
-    std::function<void(bool)> done;
-    /// What its results took the place of, to be put back when checking is switched off.
-    QHash<QString, std::optional<AppUpdateRecord>> replaced;
-    QHash<QString, AppUpdateCandidate> left; ///< without a verdict yet
-    std::unique_ptr<Inspection> inspection;
-    Timer prepared;
-    std::vector<std::unique_ptr<AppUpdateWork>> works;
-
-    bool isFull() const { return !request.channel && !request.appKeys; }
-    bool includes(const QString& appKey) const {
-        return !request.appKeys || request.appKeys->contains(appKey);
-    }
-};
-
 AppUpdateCoordinator::AppUpdateCoordinator(Machine& machine, StoredUpdates stored)
     : _machine(machine)
     , _store(std::move(stored.store))
     , _cache(std::move(stored.cache))
+    , _leftRun(std::move(stored.run))
     , _settings(readAppUpdateSettings(machine.settings))
-    , _opener(machine)
-    , _lanes(machine.workers.mailbox()) {
+    , _lanes(machine.workers)
+    , _runner(machine, *this) {
     auto homebrew = std::make_unique<HomebrewUpdateChecker>(machine, _lanes);
     _homebrew = homebrew.get();
     _checkers.push_back(std::move(homebrew));
-    _checkers.push_back(std::make_unique<AppStoreUpdateChecker>(machine));
+    _checkers.push_back(std::make_unique<AppStoreUpdateChecker>(machine, _lanes));
     _checkers.push_back(std::make_unique<SparkleUpdateChecker>(machine));
+    for (const auto& checker : _checkers)
+        checker->restore(_cache);
 }
 
-AppUpdateCoordinator::~AppUpdateCoordinator() {
-    if (_actionStop)
-        _actionStop->request_stop();
-    (void)flush();
-}
+AppUpdateCoordinator::~AppUpdateCoordinator() { (void)flush(); }
 
 // ---- applications and their channels
 
 void AppUpdateCoordinator::updateApps(const QList<AppEntry>& apps) {
     _apps = apps;
-    _inspection = std::make_unique<Inspection>(_machine, apps, _candidates,
-                                               [this](const QList<AppUpdateCandidate>& inspected) {
-                                                   _inspection.reset();
-                                                   appsInspected(inspected);
-                                               });
+    _inspection.emplace(_machine, apps, [this](const QList<AppUpdateCandidate>& inspected) {
+        const auto over = std::exchange(_inspection, std::nullopt);
+        appsInspected(inspected);
+    });
 }
 
 void AppUpdateCoordinator::appsInspected(const QList<AppUpdateCandidate>& inspected) {
-    const bool hasNewcomers =
-        _areAppsInspected && std::ranges::any_of(inspected, [this](const AppUpdateCandidate& found) {
-            const AppUpdateCandidate* known = candidate(found.appKey);
-            return !known || known->resolvedPath != found.resolvedPath;
-        });
-    if (hasNewcomers) { // which may be casks
-        _channelWork.reset();
-        _homebrew->forget();
-    }
+    _hasNewcomers =
+        _hasNewcomers ||
+        (_areAppsInspected && std::ranges::any_of(inspected, [this](const AppUpdateCandidate& found) {
+             const AppUpdateCandidate* known = candidate(found.appKey);
+             return !known || known->resolvedPath != found.resolvedPath;
+         }));
     _candidates.clear();
-    for (const AppUpdateCandidate& candidate : inspected)
-        _candidates.insert(candidate.appKey, candidate);
+    for (const AppUpdateCandidate& found : inspected)
+        _candidates.insert(found.appKey, found);
     _areAppsInspected = true;
+    const auto alive = _lifetime.watch();
     publish();
-    tell(onChannelsChanged);
-
-    // Brews are slow. They are asked at the start only where their applications are known to be there.
-    const bool hasHomebrewRecords =
-        std::ranges::any_of(_cache.records, [](const AppUpdateRecord& record) {
-            return isHomebrewFingerprint(record.sourceFingerprint.value_or(QString()), {});
-        });
-    if (!_homebrew->isPrepared() &&
-        (!_waitingForChannels.empty() || (_isStarted && isEnabled() && hasHomebrewRecords)))
+    if (!alive.expired())
+        events.notify({AppUpdateEvent::Kind::inspected, {}});
+    if (alive.expired())
+        return;
+    if (_isStarted && _leftRun)
+        _runner.takeUp(*std::exchange(_leftRun, std::nullopt));
+    // Tools are slow. They are asked for newcomers only where they are known to own something.
+    const bool isHomebrewUsed = std::ranges::any_of(
+        _candidates, [this](const auto& known) { return _homebrew->channel(known).has_value(); });
+    if (!areChannelsKnown() &&
+        (!_waitingForChannels.empty() || (_isStarted && isEnabled() && isHomebrewUsed)))
         askForChannels();
     else
-        channelsLearned();
+        channelsAsked();
+}
+
+bool AppUpdateCoordinator::areChannelsKnown() const {
+    return !_hasNewcomers && std::ranges::all_of(_checkers, &AppUpdateChecker::isDiscovered);
 }
 
 void AppUpdateCoordinator::learnChannels(std::function<void()> done) {
     _waitingForChannels.push_back(std::move(done));
     if (!_areAppsInspected || _inspection)
         return;
-    if (_homebrew->isPrepared())
-        channelsLearned();
+    if (areChannelsKnown())
+        channelsAsked();
     else
         askForChannels();
 }
 
 void AppUpdateCoordinator::askForChannels() {
-    if (_channelWork)
+    if (std::exchange(_isAskingForChannels, true))
         return;
-    _channelWork =
-        _homebrew->prepare(candidates(), _cache.records, AppUpdateChecker::Depth::channels, [this] {
-            _channelWork.reset();
-            publish();
-            tell(onChannelsChanged);
-            channelsLearned();
-        });
+    begin(
+        {.appKeys = QStringList(), .asksAllTools = true},
+        [this](bool) {
+            _isAskingForChannels = false;
+            channelsAsked();
+        },
+        false);
 }
 
-void AppUpdateCoordinator::channelsLearned() {
-    const auto waiting = std::exchange(_waitingForChannels, {});
-    const std::weak_ptr<bool> alive = _alive;
-    for (const auto& done : waiting) {
+void AppUpdateCoordinator::channelsAsked() {
+    const auto alive = _lifetime.watch();
+    for (const auto& done : std::exchange(_waitingForChannels, {})) {
         done();
         if (alive.expired())
             return;
@@ -178,7 +119,7 @@ void AppUpdateCoordinator::channelsLearned() {
 
 /// Applications whose record is of another version, or of a checker that has changed.
 void AppUpdateCoordinator::recheckStale() {
-    if (!_isStarted || !isEnabled() || _check)
+    if (!_isStarted || !isEnabled() || isChecking())
         return;
     QStringList stale;
     for (auto it = _cache.records.constBegin(); it != _cache.records.constEnd(); ++it) {
@@ -186,30 +127,35 @@ void AppUpdateCoordinator::recheckStale() {
         if (known && checkerOf(*known) && !isValid(*it, *known))
             stale.append(it.key());
     }
-    if (!stale.isEmpty())
-        recheck(stale, {});
+    recheck(stale, {});
 }
 
-void AppUpdateCoordinator::recheck(QStringList appKeys, std::function<void(bool)> done) {
-    if (_recheck) {
-        appKeys += *_recheck->request.appKeys;
-        appKeys.removeDuplicates();
-        // Who waits for the one before waits for both.
-        if (auto first = std::exchange(_recheck->done, nullptr))
-            done = [first = std::move(first), second = std::move(done)](bool completed) {
-                first(completed);
-                if (second)
-                    second(completed);
-            };
-        end(&AppUpdateCoordinator::_recheck, false);
-    }
-    begin(&AppUpdateCoordinator::_recheck, {.appKeys = appKeys}, std::move(done));
+/// Beside whatever runs; what another one of these is already asking about, it leaves to it.
+void AppUpdateCoordinator::recheck(const QStringList& appKeys, std::function<void()> done) {
+    QStringList wanted = appKeys;
+    if (!done)
+        for (const Running& running : _running)
+            if (running.check->request().appKeys)
+                wanted.removeIf([&](const QString& appKey) {
+                    return running.check->request().appKeys->contains(appKey);
+                });
+    if (wanted.isEmpty() && !done)
+        return;
+    begin(
+        {.appKeys = wanted},
+        [done = std::move(done)](bool) {
+            if (done)
+                done();
+        },
+        false);
 }
 
 // ---- schedule
 
 void AppUpdateCoordinator::start() {
     _isStarted = true;
+    if (_areAppsInspected && _leftRun)
+        _runner.takeUp(*std::exchange(_leftRun, std::nullopt));
     schedule();
 }
 
@@ -220,196 +166,243 @@ void AppUpdateCoordinator::settingsChanged() {
     schedule();
 }
 
+void AppUpdateCoordinator::networkReturned() {
+    if (!_retryAt)
+        return;
+    _retries = 0;
+    _retryAt = _machine.clock.now();
+    schedule();
+}
+
 void AppUpdateCoordinator::schedule() {
     _scheduleTask.cancel();
     _settings = readAppUpdateSettings(_machine.settings);
     // A full check that runs begins the schedule anew at its end.
-    if (!_isStarted || !_settings.enabled || !_areAppsInspected || (_check && _check->isFull()))
+    const Running* running = shown();
+    if (!_isStarted || !_settings.enabled || !_areAppsInspected ||
+        (running && running->check->request().isFull()))
         return;
+    const Instant now = _machine.clock.now();
     const auto left = [&](const std::optional<Instant>& since) {
-        return since ? _settings.period() - (_machine.clock.now() - *since)
-                     : std::chrono::duration<double>::zero();
+        return since ? _settings.period() - (now - *since) : std::chrono::duration<double>::zero();
     };
     auto wait = left(_cache.lastCheck);
     if (!(wait.count() > 0))
         wait = left(_cancelledAt); // whoever cancels a check does not want it at once again
+    if (_retryAt) {
+        const auto pause = *_retryAt - now;
+        wait = wait.count() > 0 ? std::min<std::chrono::duration<double>>(wait, pause) : pause;
+    }
     if (!(wait.count() > 0))
         return checkDue();
-    constexpr std::chrono::duration<double> longest = std::chrono::hours(24 * 365 * 100);
-    _scheduleTask = _machine.scheduler.after(std::chrono::ceil<milliseconds>(std::min(wait, longest)),
-                                             [this] { checkDue(); });
+    // Timers stand still while the machine sleeps; the clock is looked at again before long.
+    constexpr std::chrono::duration<double> hop = std::chrono::hours(1);
+    _scheduleTask = _machine.scheduler.after(std::chrono::ceil<milliseconds>(std::min(wait, hop)),
+                                             [this, isLast = wait <= hop] {
+                                                 if (isLast)
+                                                     checkDue();
+                                                 else
+                                                     schedule();
+                                             });
 }
 
 void AppUpdateCoordinator::checkDue() {
-    _isCheckDue = _check != nullptr;
+    const bool isRetry = _retryAt && _cache.lastCheck &&
+                         _settings.period() - (_machine.clock.now() - *_cache.lastCheck) >
+                             std::chrono::duration<double>::zero();
+    if (isRetry) // the interval is not over
+        return retry();
+    _isCheckDue = isChecking();
     if (!_isCheckDue)
         (void)check();
 }
 
+/// Only what failed: the applications, and the channels whose tools did.
+void AppUpdateCoordinator::retry() {
+    _retryAt.reset();
+    const auto left = std::make_shared<qsizetype>(_cache.problems.size() + 1);
+    const auto over = [this, left] {
+        if (--*left > 0)
+            return;
+        planRetry();
+        schedule();
+    };
+    const QStringList failed = failedForNow();
+    for (const AppUpdateProblem& problem : QList<AppUpdateProblem>(_cache.problems))
+        begin(
+            {.channel = problem.channel}, [over](bool) { over(); }, false);
+    recheck(failed, over);
+}
+
+QStringList AppUpdateCoordinator::failedForNow() const {
+    QStringList failed;
+    for (auto it = _candidates.constBegin(); it != _candidates.constEnd(); ++it)
+        if (const auto known = record(it.key());
+            known && hasFailed(known->status) && known->reason && isPassing(*known->reason))
+            failed.append(it.key());
+    return failed;
+}
+
+/// After a short, growing pause, not a whole interval.
+void AppUpdateCoordinator::planRetry() {
+    using std::chrono::minutes;
+    static constexpr std::array pauses{minutes(1), minutes(5), minutes(15), minutes(60), minutes(180)};
+    const bool isProblem = std::ranges::any_of(
+        _cache.problems, [](const AppUpdateProblem& problem) { return isPassing(problem.reason); });
+    if (!isProblem && failedForNow().isEmpty()) {
+        _retries = 0;
+        _retryAt.reset();
+        return;
+    }
+    const auto pause = pauses[std::min(_retries++, pauses.size() - 1)];
+    _retryAt = _machine.clock.now() + std::chrono::duration<double>(pause);
+}
+
 // ---- checks
 
-std::expected<void, AppUpdateError> AppUpdateCoordinator::check(const CheckRequest& request,
+const AppUpdateCoordinator::Running* AppUpdateCoordinator::shown() const {
+    const auto found = std::ranges::find(_running, true, &Running::isShown);
+    return found == _running.end() ? nullptr : &*found;
+}
+
+AppUpdateCoordinator::RunningChecks::iterator
+AppUpdateCoordinator::runningOf(const AppUpdateCheck& check) {
+    return std::ranges::find_if(_running,
+                                [&](const Running& running) { return running.check.get() == &check; });
+}
+
+AppUpdateProgress AppUpdateCoordinator::progress() const {
+    const Running* running = shown();
+    return running ? running->check->progress() : _lastProgress;
+}
+
+std::expected<void, AppUpdateError> AppUpdateCoordinator::check(const AppUpdateCheckRequest& request,
                                                                 std::function<void(bool)> done) {
     if (!isEnabled())
         return std::unexpected(AppUpdateError::disabled);
-    if (_check)
+    if (isChecking())
         return std::unexpected(AppUpdateError::alreadyChecking);
     if (request.appKeys)
         for (const QString& key : *request.appKeys)
             if (std::ranges::none_of(_apps, [&](const AppEntry& app) { return appKey(app) == key; }))
                 return std::unexpected(AppUpdateError::unknownApp);
-    if (!request.channel && !request.appKeys)
+    if (request.isFull())
         _scheduleTask.cancel();
-    begin(&AppUpdateCoordinator::_check, request, std::move(done));
-    tell(onProgress);
+    begin(request, std::move(done), true);
+    events.notify({AppUpdateEvent::Kind::progressed, {}});
     return {};
 }
 
-void AppUpdateCoordinator::begin(Slot slot, const CheckRequest& request,
-                                 std::function<void(bool)> done) {
-    this->*slot =
-        std::make_unique<Check>(Check{.slot = slot, .request = request, .done = std::move(done)});
-    Check& check = *(this->*slot);
-    if (slot == &AppUpdateCoordinator::_check)
-        _progress = {};
-    QList<AppEntry> apps;
-    for (const AppEntry& app : std::as_const(_apps))
-        if (check.includes(appKey(app)))
-            apps.append(app);
-    check.inspection = std::make_unique<Inspection>(
-        _machine, apps, _candidates, [this, &check](const QList<AppUpdateCandidate>& inspected) {
-            check.inspection.reset();
-            for (const AppUpdateCandidate& candidate : inspected)
-                _candidates.insert(candidate.appKey, candidate);
-            prepare(check, 0);
-        });
+void AppUpdateCoordinator::begin(const AppUpdateCheckRequest& request, std::function<void(bool)> done,
+                                 bool isShown) {
+    AppUpdateCheck::Listener& listener = *this;
+    _running.push_back({std::make_unique<AppUpdateCheck>(_machine, _checkers, _apps, request, listener),
+                        std::move(done),
+                        {},
+                        isShown});
 }
 
-void AppUpdateCoordinator::prepare(Check& check, std::size_t index) {
-    using Depth = AppUpdateChecker::Depth;
-    if (index == _checkers.size()) {
-        check.prepared =
-            _machine.scheduler.after(milliseconds(0), [this, &check] { checkPrepared(check); });
-        return;
-    }
-    AppUpdateChecker& checker = *_checkers[index];
-    const auto isOwn = [&](const QString& key) {
-        const AppUpdateCandidate* known = candidate(key);
-        return known && checker.channel(*known);
-    };
-    std::optional<Depth> depth;
-    if (check.request.channel ? *check.request.channel == checker.kind()
-                              : !check.request.appKeys || !checker.isPrepared() ||
-                                    std::ranges::any_of(*check.request.appKeys, isOwn))
-        depth = Depth::statuses;
-    else if (!checker.isPrepared())
-        depth = Depth::channels;
-    if (!depth)
-        return prepare(check, index + 1);
-    check.works.push_back(checker.prepare(candidates(), _cache.records, *depth,
-                                          [this, &check, index] { prepare(check, index + 1); }));
+void AppUpdateCoordinator::inspected(AppUpdateCheck&, const QList<AppUpdateCandidate>& found) {
+    for (const AppUpdateCandidate& candidate : found)
+        _candidates.insert(candidate.appKey, candidate);
 }
 
-void AppUpdateCoordinator::checkPrepared(Check& check) {
-    std::vector<QList<AppUpdateCandidate>> shares(_checkers.size());
-    for (const AppUpdateCandidate& candidate : candidates())
-        for (std::size_t i = 0; i < _checkers.size() && check.includes(candidate.appKey); ++i)
-            if (_checkers[i]->channel(candidate)) {
-                if (check.request.channel.value_or(_checkers[i]->kind()) == _checkers[i]->kind()) {
-                    shares[i].append(candidate);
-                    check.left.insert(candidate.appKey, candidate);
-                }
-                break;
-            }
-    check.works.clear();
-    const bool isShown = check.slot == &AppUpdateCoordinator::_check;
-    for (std::size_t i = 0; i < _checkers.size(); ++i)
-        if (!shares[i].isEmpty())
-            check.works.push_back(_checkers[i]->check(
-                shares[i], {.began =
-                                [this, isShown](const QString& appKey) {
-                                    const AppUpdateCandidate* known = candidate(appKey);
-                                    if (!isShown || !known)
-                                        return;
-                                    _progress.currentAppKey = appKey;
-                                    _progress.currentAppName = known->name;
-                                    tell(onProgress);
-                                },
-                            .ended =
-                                [this, &check](const QString& appKey, const AppUpdateStatus& status) {
-                                    checked(check, appKey, status);
-                                }}));
-    if (isShown)
-        _progress.total = check.left.size();
-    if (check.left.isEmpty())
-        return end(check.slot, true);
+void AppUpdateCoordinator::channelsLearned(AppUpdateCheck&) {
+    keepChannels();
     publish();
-    tell(onChannelsChanged);
-    tell(isShown ? onProgress : std::function<void()>());
 }
 
-void AppUpdateCoordinator::checked(Check& check, const QString& appKey, const AppUpdateStatus& status) {
+void AppUpdateCoordinator::progressed(AppUpdateCheck& check) {
+    const auto running = runningOf(check);
+    if (running == _running.end() || !running->isShown)
+        return;
+    const auto alive = _lifetime.watch();
+    events.notify({AppUpdateEvent::Kind::progressed, {}});
+    if (!alive.expired())
+        publish();
+}
+
+void AppUpdateCoordinator::found(AppUpdateCheck& check, const AppUpdateCandidate& checked,
+                                 const AppUpdateChecker& checker, const AppUpdateVerdict& verdict) {
     if (!isEnabled())
         return switchedOff();
-    if (!check.left.contains(appKey))
+    const auto running = runningOf(check);
+    const QString& appKey = checked.appKey;
+    const AppUpdateCandidate* known = candidate(appKey);
+    // It may have left meanwhile, or been updated: then it is checked again anyway.
+    if (running == _running.end() || !known || !known->isSameRelease(checked))
         return;
-    const AppUpdateCandidate candidate = check.left.take(appKey);
-    const Slot slot = check.slot;
-    const std::weak_ptr<bool> alive = _alive;
-    const Check* const running = &check;
-    const auto isOver = [&] { return alive.expired() || (this->*slot).get() != running; };
-    if (_candidates.contains(appKey)) { // it has not left meanwhile
-        const AppUpdateChecker* checker = checkerOf(candidate);
-        AppUpdateRecord record{.status = status,
-                               .checkedAt = _machine.clock.now(),
-                               .installedVersion = candidate.version,
-                               .sourceFingerprint =
-                                   checker ? checker->fingerprint(candidate) : QString()};
-        const auto before = _cache.records.constFind(appKey);
-        const bool isFirst = before == _cache.records.constEnd();
-        if (!isFirst && hasFailed(status) && before->installedVersion == candidate.version &&
-            !hasFailed(before->knownStatus()))
-            record.lastKnownStatus = before->knownStatus();
-        check.replaced.insert(appKey, isFirst ? std::nullopt : std::optional(*before));
-        _cache.records.insert(appKey, record);
-        askForSave();
-        publish();
-        if (isOver())
-            return;
-        if (onResult)
-            onResult(appKey, record);
+    AppUpdateRecord record{.status = verdict.status,
+                           .checkedAt = _machine.clock.now(),
+                           .installedVersion = checked.version,
+                           .installedBuild = checked.build,
+                           .sourceFingerprint = checker.fingerprint(checked),
+                           .reason = verdict.reason,
+                           .notes = verdict.notes};
+    const auto before = _cache.records.constFind(appKey);
+    const bool isFirst = before == _cache.records.constEnd();
+    if (!isFirst && hasFailed(verdict.status) && before->installedVersion == checked.version &&
+        !hasFailed(before->knownStatus())) {
+        record.lastKnownStatus = before->knownStatus();
+        record.notes = before->notes;
     }
-    if (isOver())
-        return;
-    if (slot == &AppUpdateCoordinator::_check) {
-        ++_progress.checked;
-        tell(onProgress);
-    }
-    if (!isOver() && check.left.isEmpty())
-        end(slot, true);
+    if (!running->replaced.contains(appKey))
+        running->replaced.insert(appKey, isFirst ? std::nullopt : std::optional(*before));
+    _cache.records.insert(appKey, record);
+    askForSave();
+    const auto alive = _lifetime.watch();
+    publish();
+    if (!alive.expired())
+        events.notify({AppUpdateEvent::Kind::recorded, appKey});
 }
 
-void AppUpdateCoordinator::end(Slot slot, bool completed) {
-    const std::unique_ptr<Check> check = std::exchange(this->*slot, nullptr);
-    if (!check)
-        return;
-    if (completed && check->isFull()) {
-        _cache.lastCheck = _machine.clock.now();
+void AppUpdateCoordinator::ended(AppUpdateCheck& check) {
+    if (const auto running = runningOf(check); running != _running.end())
+        end(running, true);
+}
+
+void AppUpdateCoordinator::end(RunningChecks::iterator place, bool completed) {
+    RunningChecks over; // out of the list before anything is told
+    over.splice(over.begin(), _running, place);
+    const Running& running = over.front();
+    const AppUpdateCheckRequest request = running.check->request();
+    if (running.isShown)
+        _lastProgress = running.check->progress();
+    if (completed && (request.isFull() || request.asksAllTools))
+        _hasNewcomers = false;
+    if (completed && (request.isFull() || request.channel)) {
+        _cache.problems.removeIf([&](const AppUpdateProblem& problem) {
+            return !request.channel || problem.channel == *request.channel;
+        });
+        for (const AppUpdateProblem& problem : running.check->problems())
+            if (!_cache.problems.contains(problem))
+                _cache.problems.append(problem);
+    }
+    if (completed && request.isFull()) {
         _cache.records.removeIf(
             [this](const auto& entry) { return !_candidates.contains(entry.key()); });
-        askForSave();
+        // A check that came to nothing is none: the next one does not wait for an interval.
+        refreshStatuses();
+        const qsizetype answered = _tally.upToDate + _tally.unsupported +
+                                   (_tally.failed > 0 ? 0 : _tally.available + _tally.held);
+        const bool wasUseless = answered == 0 && (_tally.failed > 0 || !_cache.problems.isEmpty());
+        if (!wasUseless)
+            _cache.lastCheck = _machine.clock.now();
+        planRetry();
     }
-    const std::weak_ptr<bool> alive = _alive;
-    if (check->done) // who waits for the end sees then what came of it
+    keepChannels();
+    askForSave();
+    const auto alive = _lifetime.watch();
+    if (running.done) // who waits for the end sees then what came of it
         _publishThrottleTask.cancel();
     publish();
-    if (slot == &AppUpdateCoordinator::_check)
-        tell(onProgress);
-    if (check->done)
-        check->done(completed);
-    if (alive.expired() || slot != &AppUpdateCoordinator::_check)
+    if (running.isShown && !alive.expired())
+        events.notify({AppUpdateEvent::Kind::progressed, {}});
+    if (running.done && !alive.expired())
+        running.done(completed);
+    if (alive.expired() || !running.isShown)
         return;
-    if (std::exchange(_isCheckDue, false) && !_check && isEnabled())
+    if (std::exchange(_isCheckDue, false) && !isChecking() && isEnabled())
         (void)this->check();
     else
         schedule();
@@ -418,28 +411,29 @@ void AppUpdateCoordinator::end(Slot slot, bool completed) {
 }
 
 void AppUpdateCoordinator::cancelCheck() {
-    if (_check && _check->isFull())
+    const auto found = std::ranges::find(_running, true, &Running::isShown);
+    if (found == _running.end())
+        return;
+    if (found->check->request().isFull())
         _cancelledAt = _machine.clock.now();
-    end(&AppUpdateCoordinator::_check, false);
+    end(found, false);
 }
 
 void AppUpdateCoordinator::switchedOff() {
     _scheduleTask.cancel();
     _cancelledAt.reset();
+    _retryAt.reset();
     _isCheckDue = false;
-    for (const Slot slot : {&AppUpdateCoordinator::_check, &AppUpdateCoordinator::_recheck}) {
-        if (!(this->*slot))
-            continue;
-        const auto replaced = (this->*slot)->replaced;
+    const auto alive = _lifetime.watch();
+    while (!alive.expired() && !_running.empty()) {
+        const auto replaced = _running.front().replaced;
         for (auto it = replaced.constBegin(); it != replaced.constEnd(); ++it) {
             if (it.value())
                 _cache.records.insert(it.key(), *it.value());
             else
                 _cache.records.remove(it.key());
         }
-        if (!replaced.isEmpty())
-            askForSave();
-        end(slot, false);
+        end(_running.begin(), false);
     }
 }
 
@@ -455,6 +449,12 @@ void AppUpdateCoordinator::changeKeys(const QHash<QString, QString>& changedKeys
     if (moved.isEmpty())
         return;
     _cache.records.insert(moved);
+    askForSave();
+}
+
+void AppUpdateCoordinator::keepChannels() {
+    for (const auto& checker : _checkers)
+        checker->keep(_cache);
     askForSave();
 }
 

@@ -1,81 +1,69 @@
 #pragma once
 
-#include "platform/opener.h"
-#include "platform/resume_once.h"
-#include "updates/app_update_action.h"
-#include "updates/app_update_checker.h"
+#include "platform/lifetime.h"
+#include "platform/signal.h"
+#include "updates/app_update_check.h"
+#include "updates/app_update_runner.h"
 #include "updates/app_update_settings.h"
 #include "updates/app_update_store.h"
+#include "updates/app_update_texts.h"
 #include "updates/homebrew_update_checker.h"
 
-#include <vector>
+#include <list>
 
 namespace tessellar {
 
-/// Why a check or an update was not begun.
+/// Why a check was not begun.
 enum class AppUpdateError { disabled, alreadyChecking, unknownApp };
 QString message(AppUpdateError error);
 
-/// How far a check has come.
-struct AppUpdateProgress {
-    qsizetype checked = 0;
-    qsizetype total = 0;   ///< 0 while channels are still being found out
-    QString currentAppKey; ///< the application whose turn came last
-    QString currentAppName;
+/// Something that happened, for those who show it.
+struct AppUpdateEvent {
+    enum class Kind {
+        inspected,     ///< what the bundles of all applications say is known
+        changed,       ///< statuses, channels, checks, actions: at most every `publishInterval`
+        progressed,    ///< the check that is shown, at once
+        recorded,      ///< a verdict, at once
+        actionChanged, ///< an update, at once
+        updated,       ///< an update has ended and its application was looked at again
+    };
+    Kind kind = Kind::changed;
+    QString appKey; ///< of the last three
 
-    bool operator==(const AppUpdateProgress&) const = default;
+    bool operator==(const AppUpdateEvent&) const = default;
 };
 
-/// A question or a message to the user.
-struct AppUpdateAlert {
-    QString title;
-    QString text;
-    bool isQuestion = false;
-
-    bool operator==(const AppUpdateAlert&) const = default;
-};
-
-/// Knows which installed applications have newer versions, and runs their updates. Main thread; what
+/// Knows which installed applications have newer versions, and has them brought. Main thread; what
 /// blocks runs on workers and posts its results back.
 ///
 /// The cache is read when it is made, or was before. Nothing is contacted before `start`, except by
-/// what is asked for (`check`, `learnChannels`, `runAction`), so that a command line may use it
-/// without.
-class AppUpdateCoordinator {
+/// what is asked for (`check`, `learnChannels`, `update`), so that a command line may use it without.
+class AppUpdateCoordinator final : private AppUpdateCheck::Listener, private AppUpdateRunner::Owner {
 public:
     static constexpr std::chrono::milliseconds saveDelay{1'000};
     static constexpr std::chrono::milliseconds publishInterval{250};
-    static constexpr std::chrono::hours commandTimeout{2};
 
     explicit AppUpdateCoordinator(Machine& machine)
         : AppUpdateCoordinator(machine, StoredUpdates::read(machine)) {}
     /// With a cache that was read before, possibly on a worker.
     AppUpdateCoordinator(Machine& machine, StoredUpdates stored);
-    /// Ends what runs, and saves what is unsaved.
-    ~AppUpdateCoordinator();
+    /// Ends checks, and saves what is unsaved; an update that runs goes on.
+    ~AppUpdateCoordinator() override;
     AppUpdateCoordinator(const AppUpdateCoordinator&) = delete;
     AppUpdateCoordinator& operator=(const AppUpdateCoordinator&) = delete;
 
-    // Callbacks; each may be left empty.
-    std::function<void()> onStatusesChanged; ///< statuses, count; at most every `publishInterval`
-    std::function<void()> onChannelsChanged;
-    std::function<void()> onProgress; ///< progress, isChecking; at once
-    /// A record was made by a check, at once.
-    std::function<void(const QString& appKey, const AppUpdateRecord&)> onResult;
-    std::function<void()> onActionStatesChanged;
-    /// Shows an alert; a question is answered through `answer`, once. Without it, no.
-    std::function<void(const AppUpdateAlert&, std::function<void(bool confirmed)> answer)> presentAlert;
-    std::function<void()> prepareForExternalPresentation; ///< another program is about to come forward
-    std::function<void()> beginExternalSystemUI; ///< an external updater runs, which may show windows
-    std::function<void()> endExternalSystemUI;
-    std::function<void(const QString& appKey)> onUpdateCompleted; ///< after its re-check
+    /// The one way to hear of what happens here.
+    Signal<AppUpdateEvent> events;
 
-    /// Begins the schedule, once there are applications.
+    /// Begins the schedule, once there are applications, and takes up an update that an earlier run of
+    /// the launcher began.
     void start();
-    /// To be called when settings were changed, or the machine was woken.
+    /// To be called when settings were changed.
     void settingsChanged();
+    /// To be called when there is a network again: what failed without it is tried again.
+    void networkReturned();
     bool isEnabled() const;
-    /// Takes the applications shown; what their bundles say follows, then `onChannelsChanged`.
+    /// Takes the applications shown; what their bundles say follows, then `inspected`.
     void updateApps(const QList<AppEntry>& apps);
     /// Applications are known by other keys now: their records go along.
     void changeKeys(const QHash<QString, QString>& changedKeys);
@@ -83,135 +71,142 @@ public:
     std::expected<void, FileError> flush();
 
     // What is known, by app key.
-    /// The published statuses; a failed check is `failed`.
+    /// The published statuses: a failed check is `failed`; an update that the user skips, or that is
+    /// pinned, is none.
     const AppUpdateStatuses& statuses() const { return _statuses; }
-    /// The same, except that beside a failure what was known before counts: for badges and folders.
+    /// The same, except that beside a failure what was known before counts: for badges.
     const AppUpdateStatuses& knownStatuses() const { return _knownStatuses; }
     /// Of `knownStatuses`.
-    qsizetype availableUpdateCount() const { return _availableUpdateCount; }
-    std::optional<AppUpdateStatus> status(const QString& appKey) const;
+    qsizetype availableUpdateCount() const { return _tally.available; }
+    const AppUpdateTally& tally() const { return _tally; }
+    const QList<AppUpdateProblem>& problems() const { return _cache.problems; }
     /// The record, if it is valid for what is installed now; not throttled.
     std::optional<AppUpdateRecord> record(const QString& appKey) const;
     std::optional<Instant> lastCheck() const { return _cache.lastCheck; }
+    /// As far as it is known, also from earlier runs.
     std::optional<AppUpdateChannel> channel(const QString& appKey) const;
     QHash<QString, AppUpdateChannel> channels() const;
-    /// The same without what the channel carries; while the brews were not asked, a record of theirs
-    /// speaks for them.
-    std::optional<AppUpdateChannelKind> channelKind(const QString& appKey) const;
-    /// True once the brews were asked.
-    bool areChannelsKnown() const { return _homebrew->isPrepared(); }
-    const AppUpdateCandidate* candidate(const QString& appKey) const;
-    const QHash<QString, HomebrewCaskOwnership>& homebrewOwnershipByAppKey() const;
-    /// Finds out the channels of all applications, asking the brews where they were not asked yet;
-    /// `done` is called when they are known.
+    /// True once all tools were asked whose applications they are, since the last one came.
+    bool areChannelsKnown() const;
+    const AppUpdateCandidate* candidate(const QString& appKey) const override;
+    /// Why there is no plain answer about an application: it has no channel, its channel cannot tell,
+    /// or its check failed.
+    std::optional<AppUpdateReason> reason(const QString& appKey) const;
+    /// Finds out the channels of all applications, asking tools where they were not asked yet; `done`
+    /// is called when they are known, or cannot be.
     void learnChannels(std::function<void()> done);
 
+    // What the user does not want to hear of.
+    /// Without a version, of the application at all.
+    void skip(const QString& appKey, const std::optional<QString>& version);
+    void unskip(const QString& appKey);
+    /// The version that is skipped, or `AppUpdateCache::everyVersion`.
+    std::optional<QString> skipped(const QString& appKey) const;
+    /// True for an update that is skipped or pinned.
+    bool isHeld(const QString& appKey) const;
+
     // Checks.
-    struct CheckRequest {
-        std::optional<AppUpdateChannelKind> channel; ///< of this channel only; else it is a full check
-        std::optional<QStringList> appKeys;          ///< of these only
-    };
     /// Begins a check. `done` is called at its end with true, or with false when it was cancelled or
     /// switched off.
-    std::expected<void, AppUpdateError> check(const CheckRequest& request = {},
+    std::expected<void, AppUpdateError> check(const AppUpdateCheckRequest& request = {},
                                               std::function<void(bool completed)> done = {});
     /// Ends the running check; the results so far stay. The schedule waits for an interval after it.
     void cancelCheck();
-    bool isChecking() const { return _check != nullptr; }
-    const AppUpdateProgress& progress() const { return _progress; }
+    bool isChecking() const { return shown() != nullptr; }
+    AppUpdateProgress progress() const;
 
     // Updates.
     /// Nothing for an application that is not known.
-    std::optional<AppUpdateAction> action(const QString& appKey) const;
-    /// Runs its action, asking the user first where a command is run. `done` is called with the state
-    /// at its end, or with nothing when it was declined or another one runs.
-    void runAction(const QString& appKey,
-                   std::function<void(std::optional<AppUpdateActionState>)> done = {});
-    /// Ends the command that runs.
-    void cancelAction();
-    const std::optional<QString>& activeUpdateAppKey() const { return _activeUpdateAppKey; }
-    const QHash<QString, AppUpdateActionState>& actionStates() const { return _actionStates; }
-
-    /// Blocks until no external tool runs; for tests.
-    void waitForTools() { _lanes.waitIdle(); }
+    std::optional<AppUpdateAction> action(const QString& appKey) const override;
+    AppUpdateRunner& runner() { return _runner; }
+    const AppUpdateRunner& runner() const { return _runner; }
 
 private:
-    class Inspection;
-    struct Check;
-    using Done = std::function<void(std::optional<AppUpdateActionState>)>;
+    struct Running {
+        std::unique_ptr<AppUpdateCheck> check;
+        std::function<void(bool)> done;
+        /// What its results took the place of, to be put back when checking is switched off.
+        QHash<QString, std::optional<AppUpdateRecord>> replaced;
+        bool isShown = false;
+    };
+    using RunningChecks = std::list<Running>;
 
+    // AppUpdateCheck::Listener
+    void inspected(AppUpdateCheck& check, const QList<AppUpdateCandidate>& found) override;
+    void channelsLearned(AppUpdateCheck& check) override;
+    void progressed(AppUpdateCheck& check) override;
+    void found(AppUpdateCheck& check, const AppUpdateCandidate& candidate,
+               const AppUpdateChecker& checker, const AppUpdateVerdict& verdict) override;
+    void ended(AppUpdateCheck& check) override;
+    // AppUpdateRunner::Owner
+    QStringList siblings(const QString& appKey) const override;
+    bool hasUpdate(const QString& appKey) const override;
+    void verify(const QStringList& appKeys, std::function<void()> done) override;
+    void actionChanged(const QString& appKey) override;
+    void updated(const QString& appKey) override;
+
+    bool isHeld(const QString& appKey, const AppUpdateRecord& record) const;
     AppUpdateChecker* checkerOf(const AppUpdateCandidate& candidate) const;
     bool isValid(const AppUpdateRecord& record, const AppUpdateCandidate& candidate) const;
-    QList<AppUpdateCandidate> candidates() const;
     void appsInspected(const QList<AppUpdateCandidate>& inspected);
     void askForChannels();
-    void channelsLearned();
+    void channelsAsked();
     void recheckStale();
-    void recheck(QStringList appKeys, std::function<void(bool)> done);
+    void recheck(const QStringList& appKeys, std::function<void()> done);
 
-    using Slot = std::unique_ptr<Check> AppUpdateCoordinator::*;
-    void begin(Slot slot, const CheckRequest& request, std::function<void(bool)> done);
-    void prepare(Check& check, std::size_t checker);
-    void checkPrepared(Check& check);
-    void checked(Check& check, const QString& appKey, const AppUpdateStatus& status);
-    void end(Slot slot, bool completed);
+    const Running* shown() const;
+    RunningChecks::iterator runningOf(const AppUpdateCheck& check);
+    void begin(const AppUpdateCheckRequest& request, std::function<void(bool)> done, bool isShown);
+    void end(RunningChecks::iterator running, bool completed);
     void switchedOff();
 
     void schedule();
     void checkDue();
+    void retry();
+    void planRetry();
+    QStringList failedForNow() const;
     void publish();
     void refreshStatuses();
     void askForSave();
     void save();
-
-    void runCommand(const QString& appKey, const AppUpdateCommand& command, const Done& done);
-    void commandEnded(const QString& appKey, const AppUpdateCommandResult& result, const Done& done);
-    void open(const AppUpdateCandidate& known, const AppUpdateAction& action, const Done& done);
-    void actionEnded(const QString& appKey, AppUpdateActionState state, const Done& done);
-    void tell(const std::function<void()>& callback) const {
-        if (callback)
-            callback();
-    }
+    void keepChannels();
 
     Machine& _machine;
     AppUpdateStore _store;
     AppUpdateCache _cache;
+    std::optional<AppUpdateRun> _leftRun; ///< by an earlier launcher, until it is taken up
     AppUpdateSettings _settings;
-    Opener _opener;
     ToolLanes _lanes;
-    HomebrewUpdateChecker* _homebrew = nullptr;
+    HomebrewUpdateChecker* _homebrew = nullptr; ///< for updates through it
     /// In the order in which channels are decided.
-    std::vector<std::unique_ptr<AppUpdateChecker>> _checkers;
+    AppUpdateCheck::Checkers _checkers;
 
     QList<AppEntry> _apps;
     QHash<QString, AppUpdateCandidate> _candidates;
     AppUpdateStatuses _statuses;
     AppUpdateStatuses _knownStatuses;
-    qsizetype _availableUpdateCount = 0;
-    AppUpdateProgress _progress;
+    AppUpdateTally _tally;
+    AppUpdateProgress _lastProgress;
     bool _isStarted = false;
     bool _areAppsInspected = false;
+    bool _hasNewcomers = false;          ///< that tools were not asked about
     bool _isCheckDue = false;            ///< as soon as the running one is over
     std::optional<Instant> _cancelledAt; ///< the last full check, if it was
+    std::optional<Instant> _retryAt;     ///< what failed for now
+    std::size_t _retries = 0;            ///< in a row
     bool _isPublishWanted = false;
     bool _isUnsaved = false;
     std::vector<std::function<void()>> _waitingForChannels;
-
-    std::optional<QString> _activeUpdateAppKey;
-    QHash<QString, AppUpdateActionState> _actionStates;
-    std::optional<std::stop_source> _actionStop;
-    std::shared_ptr<ResumeOnce<AppUpdateCommandResult>> _actionResult;
+    bool _isAskingForChannels = false;
 
     // Work under way; last, so that it ends first.
     Timer _scheduleTask;
     Timer _publishThrottleTask;
     Timer _saveTask;
-    Task _updateActionTask;
-    std::unique_ptr<Inspection> _inspection;
-    std::unique_ptr<AppUpdateWork> _channelWork;
-    std::unique_ptr<Check> _check;
-    std::unique_ptr<Check> _recheck;
-    std::shared_ptr<bool> _alive = std::make_shared<bool>();
+    std::optional<AppUpdateInspection> _inspection;
+    RunningChecks _running;
+    AppUpdateRunner _runner;
+    Lifetime _lifetime;
 };
 
 } // namespace tessellar

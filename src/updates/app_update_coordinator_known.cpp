@@ -1,6 +1,9 @@
-// What the coordinator knows, and how it tells of it.
+// What the coordinator knows, how it tells of it, and what the runner of updates needs of it.
 
+#include "updates/app_store_update_checker.h"
 #include "updates/app_update_coordinator.h"
+#include "updates/app_update_texts.h"
+#include "updates/outside_words.h"
 
 #include <algorithm>
 
@@ -19,29 +22,15 @@ AppUpdateChecker* AppUpdateCoordinator::checkerOf(const AppUpdateCandidate& cand
 
 bool AppUpdateCoordinator::isValid(const AppUpdateRecord& record,
                                    const AppUpdateCandidate& candidate) const {
-    if (record.installedVersion != candidate.version || !record.sourceFingerprint)
-        return false;
-    for (const auto& checker : _checkers) {
-        const bool isItsOwn = checker->channel(candidate).has_value();
-        const bool accepted = (isItsOwn || !checker->isPrepared()) &&
-                              checker->accepts(*record.sourceFingerprint, candidate);
-        if (accepted || isItsOwn)
-            return accepted;
-    }
-    return false;
+    const AppUpdateChecker* checker = checkerOf(candidate);
+    return checker && record.installedVersion == candidate.version &&
+           (!record.installedBuild || record.installedBuild == candidate.build) &&
+           record.sourceFingerprint == checker->fingerprint(candidate);
 }
 
 const AppUpdateCandidate* AppUpdateCoordinator::candidate(const QString& appKey) const {
     const auto found = _candidates.constFind(appKey);
     return found == _candidates.constEnd() ? nullptr : &*found;
-}
-
-QList<AppUpdateCandidate> AppUpdateCoordinator::candidates() const {
-    QList<AppUpdateCandidate> list;
-    for (const AppEntry& app : _apps)
-        if (const AppUpdateCandidate* known = candidate(appKey(app)))
-            list.append(*known);
-    return list;
 }
 
 std::optional<AppUpdateRecord> AppUpdateCoordinator::record(const QString& appKey) const {
@@ -50,11 +39,6 @@ std::optional<AppUpdateRecord> AppUpdateCoordinator::record(const QString& appKe
     if (found == _cache.records.constEnd() || !known || !isValid(*found, *known))
         return std::nullopt;
     return *found;
-}
-
-std::optional<AppUpdateStatus> AppUpdateCoordinator::status(const QString& appKey) const {
-    const auto found = _statuses.constFind(appKey);
-    return found == _statuses.constEnd() ? std::nullopt : std::optional(*found);
 }
 
 std::optional<AppUpdateChannel> AppUpdateCoordinator::channel(const QString& appKey) const {
@@ -71,18 +55,50 @@ QHash<QString, AppUpdateChannel> AppUpdateCoordinator::channels() const {
     return result;
 }
 
-std::optional<AppUpdateChannelKind> AppUpdateCoordinator::channelKind(const QString& appKey) const {
-    if (!areChannelsKnown())
-        if (const auto known = record(appKey);
-            known && isHomebrewFingerprint(known->sourceFingerprint.value_or(QString()), {}))
-            return AppUpdateChannelKind::homebrewCask;
-    const auto found = channel(appKey);
-    return found ? std::optional(kindOf(*found)) : std::nullopt;
+std::optional<AppUpdateReason> AppUpdateCoordinator::reason(const QString& appKey) const {
+    using enum AppUpdateReason::Code;
+    if (const auto known = record(appKey))
+        return known->reason;
+    const AppUpdateCandidate* known = candidate(appKey);
+    if (!known || channel(appKey))
+        return std::nullopt;
+    return AppUpdateReason{known->hasStoreReceipt ? noStoreItem : noChannel, {}};
 }
 
-const QHash<QString, HomebrewCaskOwnership>& AppUpdateCoordinator::homebrewOwnershipByAppKey() const {
-    return _homebrew->ownershipByAppKey();
+// ---- what the user does not want to hear of
+
+void AppUpdateCoordinator::skip(const QString& appKey, const std::optional<QString>& version) {
+    _cache.skipped.insert(appKey, version.value_or(AppUpdateCache::everyVersion));
+    askForSave();
+    publish();
 }
+
+void AppUpdateCoordinator::unskip(const QString& appKey) {
+    _cache.skipped.remove(appKey);
+    askForSave();
+    publish();
+}
+
+std::optional<QString> AppUpdateCoordinator::skipped(const QString& appKey) const {
+    const auto found = _cache.skipped.constFind(appKey);
+    return found == _cache.skipped.constEnd() ? std::nullopt : std::optional(*found);
+}
+
+bool AppUpdateCoordinator::isHeld(const QString& appKey) const {
+    const auto known = record(appKey);
+    return known && isHeld(appKey, *known);
+}
+
+bool AppUpdateCoordinator::isHeld(const QString& appKey, const AppUpdateRecord& record) const {
+    const auto* update = std::get_if<UpdateAvailable>(&record.knownStatus());
+    if (!update)
+        return false;
+    const auto wish = skipped(appKey);
+    return wish == AppUpdateCache::everyVersion || wish == update->latestVersion ||
+           (record.reason && record.reason->code == AppUpdateReason::Code::pinned);
+}
+
+// ---- telling
 
 void AppUpdateCoordinator::publish() {
     _isPublishWanted = true;
@@ -94,26 +110,107 @@ void AppUpdateCoordinator::publish() {
             publish();
     });
     refreshStatuses();
+    events.notify({AppUpdateEvent::Kind::changed, {}});
 }
 
 void AppUpdateCoordinator::refreshStatuses() {
-    AppUpdateStatuses statuses;
-    AppUpdateStatuses known;
-    qsizetype available = 0;
+    _statuses.clear();
+    _knownStatuses.clear();
+    _tally = {};
+    QMap<AppUpdateReason::Code, std::pair<qsizetype, AppUpdateReason>> reasons;
     for (auto it = _cache.records.constBegin(); it != _cache.records.constEnd(); ++it) {
         const AppUpdateCandidate* installed = candidate(it.key());
         if (!installed || !isValid(*it, *installed))
             continue;
-        statuses.insert(it.key(), it->status);
-        known.insert(it.key(), it->knownStatus());
-        available += std::holds_alternative<UpdateAvailable>(it->knownStatus()) ? 1 : 0;
+        const bool isKeptBack = isHeld(it.key(), *it);
+        const auto shown = [&](const AppUpdateStatus& status) -> AppUpdateStatus {
+            return isKeptBack && std::holds_alternative<UpdateAvailable>(status) ? UpToDate() : status;
+        };
+        _statuses.insert(it.key(), shown(it->status));
+        _knownStatuses.insert(it.key(), shown(it->knownStatus()));
+        if (std::holds_alternative<UpdateAvailable>(it->knownStatus()))
+            ++(isKeptBack ? _tally.held : _tally.available);
+        else if (std::holds_alternative<UpToDate>(it->status))
+            ++_tally.upToDate;
+        else if (std::holds_alternative<UpdateUnsupported>(it->status))
+            ++_tally.unsupported;
+        if (!hasFailed(it->status))
+            continue;
+        ++_tally.failed;
+        if (it->reason) {
+            auto& [count, reason] = reasons[it->reason->code];
+            reason = *it->reason;
+            ++count;
+        }
     }
-    if (statuses == _statuses && known == _knownStatuses)
-        return;
-    _statuses = std::move(statuses);
-    _knownStatuses = std::move(known);
-    _availableUpdateCount = available;
-    tell(onStatusesChanged);
+    const auto most =
+        std::ranges::max_element(reasons, {}, [](const auto& counted) { return counted.first; });
+    if (most != reasons.end())
+        _tally.reason = most->second;
+}
+
+// ---- for updates
+
+std::optional<AppUpdateAction> AppUpdateCoordinator::action(const QString& appKey) const {
+    const AppUpdateCandidate* known = candidate(appKey);
+    if (!known)
+        return std::nullopt;
+    if (const auto found = channel(appKey)) {
+        if (const HomebrewCaskOwnership* cask = _homebrew->owner(*known);
+            cask && isCaskToken(cask->token))
+            return HomebrewAction{cask->token, cask->brewExecutablePath};
+        if (const auto* store = std::get_if<MacAppStoreChannel>(&*found))
+            return AppStoreAction{
+                AppStoreUpdateChecker::storePageUrl(
+                    readAppUpdateSettings(_machine.settings).storePageBase, store->itemIdentifier)
+                    .toString()};
+        if (std::holds_alternative<SparkleChannel>(*found))
+            return SparkleAction();
+    }
+    if (auto target = MicrosoftAutoUpdateTarget::find(_machine.files,
+                                                      known->bundleIdentifier.value_or(QString())))
+        return *std::move(target);
+    if (isBuiltIn(known->path))
+        return SystemSoftwareUpdateAction();
+    if (known->hasKeystone)
+        return VendorUpdaterAction();
+    return OpenAppAction();
+}
+
+QStringList AppUpdateCoordinator::siblings(const QString& appKey) const {
+    QStringList all{appKey};
+    const AppUpdateCandidate* known = candidate(appKey);
+    const HomebrewCaskOwnership* cask = known ? _homebrew->owner(*known) : nullptr;
+    for (auto it = _candidates.constBegin(); cask && it != _candidates.constEnd(); ++it)
+        if (const HomebrewCaskOwnership* other = _homebrew->owner(*it);
+            other && it.key() != appKey && other->token == cask->token &&
+            other->brewExecutablePath == cask->brewExecutablePath)
+            all.append(it.key());
+    return all;
+}
+
+bool AppUpdateCoordinator::hasUpdate(const QString& appKey) const {
+    const auto known = record(appKey);
+    return known && std::holds_alternative<UpdateAvailable>(known->knownStatus());
+}
+
+void AppUpdateCoordinator::verify(const QStringList& appKeys, std::function<void()> done) {
+    if (isEnabled())
+        return recheck(appKeys, std::move(done));
+    // Not checked, but looked at.
+    begin(
+        {.appKeys = QStringList()}, [done = std::move(done)](bool) { done(); }, false);
+}
+
+void AppUpdateCoordinator::actionChanged(const QString& appKey) {
+    const auto alive = _lifetime.watch();
+    events.notify({AppUpdateEvent::Kind::actionChanged, appKey});
+    if (!alive.expired())
+        publish();
+}
+
+void AppUpdateCoordinator::updated(const QString& appKey) {
+    events.notify({AppUpdateEvent::Kind::updated, appKey});
 }
 
 } // namespace tessellar

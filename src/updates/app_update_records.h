@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/json_unions.h"
+#include "updates/app_update_reason.h"
 
 #include <QHash>
 
@@ -47,24 +48,96 @@ inline bool hasFailed(const AppUpdateStatus& status) {
     return std::holds_alternative<UpdateCheckFailed>(status);
 }
 
+/// What a release brings, in its maker's words.
+struct AppUpdateNotes {
+    QString text; ///< plain, on one line; empty for none
+    QString url;  ///< of a page, at a secure address; empty for none
+
+    bool isEmpty() const { return text.isEmpty() && url.isEmpty(); }
+    bool operator==(const AppUpdateNotes&) const = default;
+};
+
+/// What a checker found out about one application.
+struct AppUpdateVerdict {
+    AppUpdateStatus status;
+    std::optional<AppUpdateReason> reason; ///< of anything but a plain answer
+    std::optional<AppUpdateNotes> notes;   ///< of an update
+
+    AppUpdateVerdict() = default;
+    AppUpdateVerdict(AppUpdateStatus found) : status(std::move(found)) {} // NOLINT: meant to convert
+    static AppUpdateVerdict failed(AppUpdateReason reason) {
+        AppUpdateVerdict verdict(UpdateCheckFailed{});
+        verdict.reason = std::move(reason);
+        return verdict;
+    }
+    static AppUpdateVerdict unsupported(AppUpdateReason::Code code) {
+        AppUpdateVerdict verdict(UpdateUnsupported{});
+        verdict.reason = AppUpdateReason{code, {}};
+        return verdict;
+    }
+    bool operator==(const AppUpdateVerdict&) const = default;
+};
+
 struct AppUpdateRecord {
     AppUpdateStatus status;
     Instant checkedAt;
     std::optional<QString> installedVersion;
+    std::optional<QString> installedBuild;
     std::optional<QString> sourceFingerprint; ///< the checker and its revision
     /// Beside a failure: what was known before of the same installed version. Present only then.
     std::optional<AppUpdateStatus> lastKnownStatus;
+    std::optional<AppUpdateReason> reason; ///< why it failed, cannot tell, or is held back
+    std::optional<AppUpdateNotes> notes;
 
     /// The status, or in place of a failure what is known from before.
     const AppUpdateStatus& knownStatus() const { return lastKnownStatus ? *lastKnownStatus : status; }
     bool operator==(const AppUpdateRecord&) const = default;
 };
 
+/// Which cask owns an application, as its brew last told.
+struct HomebrewCaskOwnership {
+    QString path; ///< of the application, links resolved: elsewhere it is another one
+    QString token;
+    QString brewExecutablePath;
+    QString catalogVersion;
+    bool updatesItself = false;
+
+    /// "homebrew:", the executable's path, a colon and the catalog's version.
+    QString fingerprint() const;
+    bool operator==(const HomebrewCaskOwnership&) const = default;
+};
+
+/// What Spotlight said of the store's number of an application; none is an answer too.
+struct StoreItem {
+    QString bundle; ///< which bundle was asked about, see `AppUpdateCandidate::fingerprint`
+    std::optional<qint64> identifier;
+    Instant askedAt;
+
+    bool operator==(const StoreItem&) const = default;
+};
+
+/// A channel that could not be asked as a whole, for one of its tools failed.
+struct AppUpdateProblem {
+    AppUpdateChannelKind channel = AppUpdateChannelKind::homebrewCask;
+    AppUpdateReason reason;
+
+    bool operator==(const AppUpdateProblem&) const = default;
+};
+
 /// What is kept in "app-updates.json".
 struct AppUpdateCache {
     QMap<QString, AppUpdateRecord> records; ///< by app key
-    std::optional<Instant> lastCheck;       ///< when a full check was last completed
+    std::optional<Instant> lastCheck;       ///< when a full check last came to something
+    QList<AppUpdateProblem> problems;       ///< of the last full check
+    /// By app key, what tools told of whose applications they are; absent until brews were asked once.
+    std::optional<QMap<QString, HomebrewCaskOwnership>> owners;
+    QMap<QString, StoreItem> storeItems;
+    /// By app key, the version that the user does not want to hear of, or `everyVersion`.
+    QMap<QString, QString> skipped;
+    /// In which of the seven groups of phased roll-outs this machine is.
+    std::optional<int> rolloutGroup;
 
+    static inline const QString everyVersion = QStringLiteral("*");
     bool operator==(const AppUpdateCache&) const = default;
 };
 
@@ -116,18 +189,45 @@ struct Fields<UpdateCheckFailed> {
 };
 
 template <>
+struct Fields<AppUpdateNotes> {
+    static constexpr auto list =
+        fields(defaulted("text", &AppUpdateNotes::text), defaulted("url", &AppUpdateNotes::url));
+};
+template <>
 struct Fields<AppUpdateRecord> {
     using R = AppUpdateRecord;
     static constexpr auto list =
         fields(required("status", &R::status), required("checkedAt", &R::checkedAt),
                optional("installedVersion", &R::installedVersion),
+               optional("installedBuild", &R::installedBuild),
                optional("sourceFingerprint", &R::sourceFingerprint),
-               optional("lastKnownStatus", &R::lastKnownStatus));
+               optional("lastKnownStatus", &R::lastKnownStatus), optional("reason", &R::reason),
+               optional("notes", &R::notes));
 };
 template <>
-struct Fields<AppUpdateCache> {
-    static constexpr auto list = fields(defaulted("records", &AppUpdateCache::records),
-                                        optional("lastCheck", &AppUpdateCache::lastCheck));
+struct Fields<HomebrewCaskOwnership> {
+    using O = HomebrewCaskOwnership;
+    static constexpr auto list =
+        fields(required("path", &O::path), required("token", &O::token),
+               required("brew", &O::brewExecutablePath), required("version", &O::catalogVersion),
+               defaulted("updatesItself", &O::updatesItself));
+};
+template <>
+struct Fields<StoreItem> {
+    static constexpr auto list =
+        fields(required("bundle", &StoreItem::bundle), optional("identifier", &StoreItem::identifier),
+               required("askedAt", &StoreItem::askedAt));
+};
+template <>
+struct Fields<AppUpdateProblem> {
+    static constexpr auto list = fields(required("channel", &AppUpdateProblem::channel),
+                                        required("reason", &AppUpdateProblem::reason));
+};
+/// Tables that hold nothing are left out.
+template <>
+struct Codec<AppUpdateCache> {
+    static Decoded<AppUpdateCache> decode(const QJsonValue& value);
+    static QJsonValue encode(const AppUpdateCache& cache);
 };
 
 } // namespace json

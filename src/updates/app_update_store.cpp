@@ -4,8 +4,33 @@
 
 namespace tessellar {
 
-/// Thousands of records have some hundred kilobytes.
-constexpr std::uint64_t maximumCacheBytes = 16u << 20;
+/// Thousands of records have some hundred kilobytes; five thousand with the longest of versions,
+/// reasons and notes in each stay below this.
+constexpr std::uint64_t maximumCacheBytes = 64u << 20;
+
+namespace json {
+
+using C = AppUpdateCache;
+static constexpr auto cacheFields =
+    fields(defaulted("records", &C::records), optional("lastCheck", &C::lastCheck),
+           defaulted("problems", &C::problems), optional("owners", &C::owners),
+           defaulted("storeItems", &C::storeItems), defaulted("skipped", &C::skipped),
+           optional("rolloutGroup", &C::rolloutGroup));
+
+Decoded<AppUpdateCache> Codec<AppUpdateCache>::decode(const QJsonValue& value) {
+    return decodeRecord<AppUpdateCache>(value, cacheFields);
+}
+
+QJsonValue Codec<AppUpdateCache>::encode(const AppUpdateCache& cache) {
+    QJsonObject object = encodeRecord(cache, cacheFields).toObject();
+    for (const char* table : {"problems", "storeItems", "skipped"})
+        if (const QJsonValue value = object.value(QLatin1StringView(table));
+            value.toObject().isEmpty() && value.toArray().isEmpty())
+            object.remove(QLatin1StringView(table));
+    return object;
+}
+
+} // namespace json
 
 QString AppUpdateStore::defaultPath(const Places& places, const std::optional<QString>& identifier) {
     const QString folder = FileSystem::joined(places.applicationSupport,

@@ -3,6 +3,7 @@
 #include "platform/background_file.h"
 #include "platform/machine.h"
 #include "updates/app_update_records.h"
+#include "updates/app_update_runner.h"
 
 namespace tessellar {
 
@@ -30,13 +31,14 @@ private:
     BackgroundFile _file;
 };
 
-/// The cache, with the store that read it.
+/// All that is kept between runs, with the store that read it.
 struct StoredUpdates {
     AppUpdateStore store;
     AppUpdateCache cache;
+    std::optional<AppUpdateRun> run; ///< an update that was begun
 
     static StoredUpdates read(const Machine& machine) {
-        StoredUpdates stored{AppUpdateStore(machine), {}};
+        StoredUpdates stored{AppUpdateStore(machine), {}, AppUpdateRunner::left(machine)};
         stored.cache = stored.store.load();
         return stored;
     }

@@ -4,6 +4,18 @@
 
 namespace tessellar {
 
+/// What the records come to.
+struct AppUpdateTally {
+    qsizetype available = 0;
+    qsizetype upToDate = 0;
+    qsizetype unsupported = 0;
+    qsizetype failed = 0;
+    qsizetype held = 0;                    ///< updates that are skipped or pinned
+    std::optional<AppUpdateReason> reason; ///< of most failures
+
+    bool operator==(const AppUpdateTally&) const = default;
+};
+
 /// Texts about updates, as settings, tiles and the information panel show them.
 namespace update_texts {
 
@@ -14,13 +26,19 @@ inline const QString settingsExplanation = QStringLiteral(
 inline const QString checkNow = QStringLiteral("Check My Installed Apps for Updates");
 inline const QString checkingDisabled =
     QStringLiteral("Update checking is disabled, so update-status rules cannot be evaluated.");
-inline const QString alreadyRunning = QStringLiteral("Another app update is already in progress.");
 inline const QString receiptDetected = QStringLiteral("Receipt detected");
 
 /// "Update available: 1.0 → 1.1", without the installed version where that is unknown.
 QString available(const std::optional<QString>& installed, const QString& latest);
-/// What the whole comes to; `lastCheck` already in the user's form, empty when there was none.
-QString summary(bool isChecking, qsizetype availableCount, const QString& lastCheck);
+/// What the whole comes to; `lastCheck` already in the user's form, empty when there was none. That
+/// nothing was found is said only where something could have been.
+QString summary(const AppUpdateTally& tally, const QList<AppUpdateProblem>& problems,
+                const QString& lastCheck);
+/// "Could not be checked: …" and the like: what stands beside an application's name.
+QString status(const AppUpdateRecord& record);
+/// Of an update that the user skips or that is pinned.
+inline const QString held = QStringLiteral("Held back");
+inline const QString checking = QStringLiteral("Checking your installed apps for updates…");
 
 } // namespace update_texts
 

@@ -1,5 +1,7 @@
 #include "updates/homebrew_casks.h"
 
+#include "updates/outside_words.h"
+
 #include <QSet>
 
 namespace tessellar {
@@ -8,7 +10,9 @@ static const QString fingerprintPrefix = QStringLiteral("homebrew:");
 
 namespace json {
 
-static QString baseName(const QString& name) { return name.section(u'/', -1); }
+static QString baseName(const QString& name) {
+    return name.section(u'/', -1, -1, QString::SectionSkipEmpty);
+}
 
 /// The installed names that one stanza gives. A "target" beside it is the place that brew itself came
 /// to; one within the list renames the name before it; else a name in a subfolder of the download is
@@ -39,28 +43,50 @@ Decoded<CaskArtifact> Codec<CaskArtifact>::decode(const QJsonValue& value) {
     return artifact;
 }
 
-Decoded<InfoCask> Codec<InfoCask>::decode(const QJsonValue& value) {
-    static constexpr auto list = fields(
-        required("token", &InfoCask::token), defaulted("full_token", &InfoCask::fullToken),
-        required("version", &InfoCask::version), optional("auto_updates", &InfoCask::autoUpdates));
-    auto cask = decodeRecord<InfoCask>(value, list);
-    if (!cask)
-        return cask;
+Decoded<InstalledCask> Codec<InstalledCask>::decode(const QJsonValue& value) {
+    InstalledCask cask{.token = value[QLatin1StringView("token")].toString(),
+                       .version = onOneLine(value[QLatin1StringView("version")].toString(), 100),
+                       .updatesItself = value[QLatin1StringView("auto_updates")].toBool()};
+    if (!isCaskToken(cask.token) || cask.version.isEmpty())
+        return expected("a cask with a token and a version");
     for (const QJsonArray items = value[QLatin1StringView("artifacts")].toArray();
-         const QJsonValue item : items)
-        cask->artifacts.append(*Codec<CaskArtifact>::decode(item));
+         const QJsonValue item : items) {
+        const auto artifact = Codec<CaskArtifact>::decode(item);
+        cask.appTargets += artifact->appTargets;
+        cask.suiteTargets += artifact->suiteTargets;
+    }
     return cask;
 }
 
-Decoded<InfoResponse> Codec<InfoResponse>::decode(const QJsonValue& value) {
-    const QJsonValue casks = value[QLatin1StringView("casks")];
-    if (!casks.isArray())
+/// The elements of the listing's casks.
+static Decoded<QJsonArray> casks(const QJsonValue& value) {
+    const QJsonValue list = value[QLatin1StringView("casks")];
+    if (!list.isArray())
         return expected("an object with a list of casks");
+    return list.toArray();
+}
+
+Decoded<InfoResponse> Codec<InfoResponse>::decode(const QJsonValue& value) {
+    const auto items = casks(value);
+    if (!items)
+        return std::unexpected(items.error());
     InfoResponse response;
-    // One cask that makes no sense owns nothing; the others are none the worse for it.
-    for (const QJsonArray items = casks.toArray(); const QJsonValue item : items)
-        if (auto cask = json::decode<InfoCask>(item))
+    for (const QJsonValue item : *items)
+        if (auto cask = json::decode<InstalledCask>(item))
             response.casks.append(*std::move(cask));
+    return response;
+}
+
+Decoded<OutdatedResponse> Codec<OutdatedResponse>::decode(const QJsonValue& value) {
+    const auto items = casks(value);
+    if (!items)
+        return std::unexpected(items.error());
+    OutdatedResponse response;
+    for (const QJsonValue item : *items)
+        if (const QString token = item[QLatin1StringView("name")].toString(); isCaskToken(token))
+            response.casks.insert(
+                token, {plausibleVersion(item[QLatin1StringView("current_version")].toString()),
+                        item[QLatin1StringView("pinned")].toBool()});
     return response;
 }
 
@@ -68,11 +94,12 @@ Decoded<InfoResponse> Codec<InfoResponse>::decode(const QJsonValue& value) {
 
 template <typename Response>
 static json::Decoded<Response> decodeListing(const QByteArray& output) {
-    auto whole = json::decodeDocument<Response>(output);
-    if (whole || output.trimmed().startsWith('{'))
-        return whole;
-    const qsizetype begin = output.indexOf("\n{");
-    return begin < 0 ? whole : json::decodeDocument<Response>(output.sliced(begin + 1));
+    auto listing = json::decodeDocument<Response>(output);
+    constexpr int mostTries = 8; // a warning's line may begin with a brace, too
+    qsizetype line = 0;
+    for (int i = 0; !listing && i < mostTries && (line = output.indexOf("\n{", line)) >= 0; ++i)
+        listing = json::decodeDocument<Response>(output.sliced(++line));
+    return listing;
 }
 
 json::Decoded<InfoResponse> decodeInfo(const QByteArray& output) {
@@ -83,47 +110,48 @@ json::Decoded<OutdatedResponse> decodeOutdated(const QByteArray& output) {
     return decodeListing<OutdatedResponse>(output);
 }
 
-DecodedCask decodedCask(const InfoCask& cask) {
-    DecodedCask decoded{.token = cask.token,
-                        .fullToken = cask.fullToken.isEmpty() ? cask.token : cask.fullToken,
-                        .version = cask.version,
-                        .autoUpdates = cask.autoUpdates.value_or(false)};
-    for (const CaskArtifact& artifact : cask.artifacts) {
-        decoded.appTargets += artifact.appTargets;
-        decoded.suiteTargets += artifact.suiteTargets;
-    }
-    return decoded;
-}
-
 QString HomebrewCaskOwnership::fingerprint() const {
     return fingerprintPrefix + brewExecutablePath + u':' + catalogVersion;
 }
 
-bool isHomebrewFingerprint(const QString& fingerprint, const QStringList& discoveredExecutablePaths) {
-    if (!fingerprint.startsWith(fingerprintPrefix))
-        return false;
-    const QStringView rest = QStringView(fingerprint).sliced(fingerprintPrefix.size());
-    return discoveredExecutablePaths.isEmpty() ||
-           std::ranges::any_of(discoveredExecutablePaths,
-                               [&](const QString& path) { return rest.startsWith(path + u':'); });
+std::optional<HomebrewCaskOwnership> ownershipOf(const QString& fingerprint) {
+    const QLatin1StringView end("/brew:");
+    const qsizetype found = fingerprint.indexOf(end);
+    if (!fingerprint.startsWith(fingerprintPrefix) || found < 0)
+        return std::nullopt;
+    const qsizetype brew = fingerprintPrefix.size();
+    return HomebrewCaskOwnership{.brewExecutablePath =
+                                     fingerprint.sliced(brew, found + end.size() - 1 - brew),
+                                 .catalogVersion = fingerprint.sliced(found + end.size())};
 }
 
-AppUpdateStatus HomebrewCaskSnapshot::status(const DecodedCask& cask) const {
+AppUpdateVerdict verdict(const HomebrewCaskOwnership& owner, const OutdatedResponse& outdated) {
+    using enum AppUpdateReason::Code;
     // Of these Homebrew cannot tell what is installed.
-    if (cask.autoUpdates || cask.version.compare(u"latest", Qt::CaseInsensitive) == 0)
-        return UpdateUnsupported();
-    const auto found = outdated.constFind(cask.token);
-    if (found != outdated.constEnd())
-        return UpdateAvailable{*found};
-    return UpToDate();
+    if (owner.updatesItself)
+        return AppUpdateVerdict::unsupported(updatesItself);
+    if (owner.catalogVersion.compare(u"latest", Qt::CaseInsensitive) == 0)
+        return AppUpdateVerdict::unsupported(alwaysLatest);
+    const auto found = outdated.casks.constFind(owner.token);
+    if (found == outdated.casks.constEnd())
+        return {UpToDate()};
+    if (!found->currentVersion)
+        return AppUpdateVerdict::failed({brewNotUnderstood, {}});
+    AppUpdateVerdict update{UpdateAvailable{*found->currentVersion}};
+    if (found->isPinned)
+        update.reason = AppUpdateReason{pinned, {}};
+    return update;
 }
 
 std::optional<HomebrewCaskOwnership>
 HomebrewCaskCheckResult::owner(const QString& resolvedAppPath) const {
-    const auto ownership = [](const HomebrewCaskSnapshot& snapshot, qsizetype index) {
-        const DecodedCask& cask = snapshot.casks[index];
-        return HomebrewCaskOwnership{cask.token, snapshot.brewExecutablePath, cask.version,
-                                     snapshot.status(cask)};
+    const auto ownership = [&](const HomebrewCaskSnapshot& snapshot, qsizetype index) {
+        const InstalledCask& cask = snapshot.casks[index];
+        return HomebrewCaskOwnership{.path = resolvedAppPath,
+                                     .token = cask.token,
+                                     .brewExecutablePath = snapshot.brewExecutablePath,
+                                     .catalogVersion = cask.version,
+                                     .updatesItself = cask.updatesItself};
     };
     for (const HomebrewCaskSnapshot& snapshot : snapshots)
         if (const auto found = snapshot.exactMatches.constFind(resolvedAppPath);
@@ -164,6 +192,14 @@ QStringList findBrews(const FileSystem& files, const std::map<QByteArray, QByteA
     return brews;
 }
 
+/// Not every application of a folder in which those of others lie, too, is a suite's.
+static bool isSuiteFolder(const QString& root, const QString& home) {
+    const QString own = FileSystem::joined(home, QStringLiteral("Applications"));
+    return root.count(u'/') > 1 && !FileSystem::isWithin(root, QStringLiteral("/System")) &&
+           !FileSystem::isWithin(own, root) &&
+           !FileSystem::isWithin(QStringLiteral("/Applications/Utilities"), root);
+}
+
 void buildMatches(const FileSystem& files, const QString& home, HomebrewCaskSnapshot& snapshot) {
     const auto place = [&](const QString& target) {
         QString path = FileSystem::joined(QStringLiteral("/Applications"), target);
@@ -175,13 +211,12 @@ void buildMatches(const FileSystem& files, const QString& home, HomebrewCaskSnap
         return files.resolved(path).value_or(path);
     };
     for (qsizetype i = 0; i < snapshot.casks.size(); ++i) {
-        const DecodedCask& cask = snapshot.casks.at(i);
+        const InstalledCask& cask = snapshot.casks.at(i);
         for (const QString& target : cask.appTargets)
             if (const QString path = place(target); !snapshot.exactMatches.contains(path))
                 snapshot.exactMatches.insert(path, i);
         for (const QString& target : cask.suiteTargets)
-            // Not every application of the folder in which all of them lie is a suite's.
-            if (const QString root = place(target); root != u"/" && root != u"/Applications")
+            if (const QString root = place(target); isSuiteFolder(root, home))
                 snapshot.suiteMatches.append({root, i});
     }
 }

@@ -16,55 +16,35 @@ struct CaskArtifact {
     bool operator==(const CaskArtifact&) const = default;
 };
 
-/// A cask of the installed listing.
-struct InfoCask {
+/// A cask of the installed listing, with all its targets together.
+struct InstalledCask {
     QString token;
-    QString fullToken;
     QString version;
-    std::optional<bool> autoUpdates;
-    QList<CaskArtifact> artifacts;
-};
-struct InfoResponse {
-    QList<InfoCask> casks;
-};
-
-struct OutdatedCask {
-    QString name; ///< the cask's token
-    QString currentVersion;
-};
-struct OutdatedResponse {
-    QList<OutdatedCask> casks;
-};
-
-/// A cask with all its targets together.
-struct DecodedCask {
-    QString token;
-    QString fullToken;
-    QString version;
-    bool autoUpdates = false;
+    bool updatesItself = false; ///< "auto_updates"
     QStringList appTargets;
     QStringList suiteTargets;
 
-    bool operator==(const DecodedCask&) const = default;
+    bool operator==(const InstalledCask&) const = default;
+};
+struct InfoResponse {
+    QList<InstalledCask> casks;
 };
 
-DecodedCask decodedCask(const InfoCask& cask);
+/// A cask of the listing of what is outdated.
+struct OutdatedCask {
+    std::optional<QString> currentVersion; ///< none where the listing gives no version that can be one
+    bool isPinned = false;
 
-/// The JSON of a listing decoded; a banner that stands on lines before it is passed over.
+    bool operator==(const OutdatedCask&) const = default;
+};
+struct OutdatedResponse {
+    QHash<QString, OutdatedCask> casks; ///< by token
+};
+
+/// A listing decoded. Warnings that stand on lines before it are passed over, and so is an element that
+/// makes no sense: one cask costs the others nothing.
 json::Decoded<InfoResponse> decodeInfo(const QByteArray& output);
 json::Decoded<OutdatedResponse> decodeOutdated(const QByteArray& output);
-
-/// Which cask owns an application.
-struct HomebrewCaskOwnership {
-    QString token;
-    QString brewExecutablePath;
-    QString catalogVersion;
-    AppUpdateStatus status;
-
-    /// "homebrew:", the executable's path, a colon and the catalog's version.
-    QString fingerprint() const;
-    bool operator==(const HomebrewCaskOwnership&) const = default;
-};
 
 /// What one brew tells of its casks. Tables by standardized path with links resolved.
 struct HomebrewCaskSnapshot {
@@ -76,18 +56,17 @@ struct HomebrewCaskSnapshot {
     };
 
     QString brewExecutablePath;
-    QList<DecodedCask> casks;
+    QList<InstalledCask> casks;
     QHash<QString, qsizetype> exactMatches; ///< application path to index of the cask
     QList<Suite> suiteMatches;              ///< in the order of the casks
-    QHash<QString, QString> outdated;       ///< token to the newest version
-
-    AppUpdateStatus status(const DecodedCask& cask) const;
 };
+
+/// What the listing of outdated casks says of an application.
+AppUpdateVerdict verdict(const HomebrewCaskOwnership& owner, const OutdatedResponse& outdated);
 
 struct HomebrewCaskCheckResult {
     QList<HomebrewCaskSnapshot> snapshots; ///< of the brews that answered, in their order
-    QStringList discoveredExecutablePaths;
-    QStringList failedExecutablePaths; ///< were found, but a command of theirs failed
+    QStringList failedExecutablePaths;     ///< were found, but have not answered
 
     /// Exact matches of any brew go before suites; then the first brew and its first cask count.
     std::optional<HomebrewCaskOwnership> owner(const QString& resolvedAppPath) const;
@@ -100,9 +79,8 @@ QStringList findBrews(const FileSystem& files, const std::map<QByteArray, QByteA
 /// Fills the tables of a snapshot from its casks.
 void buildMatches(const FileSystem& files, const QString& home, HomebrewCaskSnapshot& snapshot);
 
-/// True for a record of Homebrew's: its fingerprint begins with "homebrew:" and, when brews were found,
-/// goes on with the path of one of them and a colon.
-bool isHomebrewFingerprint(const QString& fingerprint, const QStringList& discoveredExecutablePaths);
+/// What a record of Homebrew's tells of its application's cask: all but the token and the place.
+std::optional<HomebrewCaskOwnership> ownershipOf(const QString& fingerprint);
 
 namespace json {
 
@@ -112,21 +90,16 @@ struct Codec<CaskArtifact> {
     static Decoded<CaskArtifact> decode(const QJsonValue& value);
 };
 template <>
-struct Codec<InfoCask> {
-    static Decoded<InfoCask> decode(const QJsonValue& value);
+struct Codec<InstalledCask> {
+    static Decoded<InstalledCask> decode(const QJsonValue& value);
 };
 template <>
 struct Codec<InfoResponse> {
     static Decoded<InfoResponse> decode(const QJsonValue& value);
 };
 template <>
-struct Fields<OutdatedCask> {
-    static constexpr auto list = fields(required("name", &OutdatedCask::name),
-                                        required("current_version", &OutdatedCask::currentVersion));
-};
-template <>
-struct Fields<OutdatedResponse> {
-    static constexpr auto list = fields(required("casks", &OutdatedResponse::casks));
+struct Codec<OutdatedResponse> {
+    static Decoded<OutdatedResponse> decode(const QJsonValue& value);
 };
 
 } // namespace json

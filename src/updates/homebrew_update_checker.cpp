@@ -1,105 +1,47 @@
 #include "updates/homebrew_update_checker.h"
 
+#include "platform/lifetime.h"
+#include "updates/outside_words.h"
+
+#include <QSet>
+
 namespace tessellar {
 
 /// Thousands of casks in full have some ten megabytes.
 constexpr std::uint64_t maximumListingBytes = 32u << 20;
+constexpr qsizetype longestComplaint = 200;
 
-/// Asks the brews, each in its lane, and hands over what they told when the last has answered.
-class HomebrewUpdateChecker::Preparation final : public AppUpdateWork {
-public:
-    Preparation(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> applications,
-                QMap<QString, AppUpdateRecord> known, Depth depth, std::function<void()> done)
-        : candidates(std::move(applications))
-        , records(std::move(known))
-        , _checker(checker)
-        , _depth(depth)
-        , _done(std::move(done)) {
-        Machine& machine = checker._machine;
-        _search = machine.workers.run([&files = machine.files, environment = machine.environment](
-                                          std::stop_token) { return findBrews(files, environment); },
-                                      [this](const QStringList& brews) { found(brews); });
-    }
-    ~Preparation() override { _stop.request_stop(); }
+namespace {
 
-    QList<AppUpdateCandidate> candidates;
-    QMap<QString, AppUpdateRecord> records;
+template <typename Response>
+using Listed = std::expected<Response, AppUpdateReason>;
 
-private:
-    using Answer = std::optional<HomebrewCaskSnapshot>;
+/// The last thing that a tool said of its failure.
+QString complaint(const CommandResult& result) {
+    const QByteArray said =
+        result.standardError.trimmed().isEmpty() ? result.standardOutput : result.standardError;
+    return onOneLine(QString::fromUtf8(said.trimmed().split('\n').last()), longestComplaint);
+}
 
-    void found(const QStringList& brews) {
-        _result.discoveredExecutablePaths = brews;
-        _answers.resize(brews.size());
-        _left = brews.size();
-        if (_left == 0)
-            return finish();
-        Machine& machine = _checker._machine;
-        for (qsizetype i = 0; i < brews.size(); ++i)
-            _checker._lanes.run(
-                brews[i], _stop.get_token(),
-                [&machine, brew = brews[i], depth = _depth](const std::stop_token& stop) {
-                    return ask(machine, brew, depth, stop);
-                },
-                [this, i, alive = std::weak_ptr(_alive)](Answer answer) {
-                    if (alive.expired())
-                        return;
-                    _answers[i] = std::move(answer);
-                    if (--_left == 0)
-                        finish();
-                });
-    }
-
-    static Answer ask(const Machine& machine, const QString& brew, Depth depth,
+/// Runs one listing command; blocks.
+template <typename Response>
+Listed<Response> list(const Machine& machine, const QString& brew, QList<QByteArray> arguments,
+                      json::Decoded<Response> (*decode)(const QByteArray&),
                       const std::stop_token& stop) {
-        const auto run = [&](QList<QByteArray> arguments) -> std::optional<QByteArray> {
-            const CommandResult result =
-                machine.commands.run(listing(machine, brew, std::move(arguments)), stop);
-            if (!result.succeeded() || result.outputTruncated)
-                return std::nullopt;
-            return result.standardOutput;
-        };
-        HomebrewCaskSnapshot snapshot{.brewExecutablePath = brew};
-        if (depth == Depth::statuses) {
-            const auto output = run({"outdated", "--cask", "--json=v2"});
-            const auto outdated = decodeOutdated(output.value_or(QByteArray()));
-            if (!outdated)
-                return std::nullopt;
-            for (const OutdatedCask& cask : outdated->casks)
-                snapshot.outdated.insert(cask.name, cask.currentVersion);
-        }
-        const auto output = run({"info", "--json=v2", "--cask", "--installed"});
-        const auto info = decodeInfo(output.value_or(QByteArray()));
-        if (!info)
-            return std::nullopt;
-        for (const InfoCask& cask : info->casks)
-            snapshot.casks.append(decodedCask(cask));
-        buildMatches(machine.files, machine.places.home, snapshot);
-        return snapshot;
-    }
+    using enum AppUpdateReason::Code;
+    const CommandResult result =
+        machine.commands.run(HomebrewUpdateChecker::listing(machine, brew, std::move(arguments)), stop);
+    if (result.outcome == CommandResult::Outcome::timedOut)
+        return std::unexpected(AppUpdateReason{brewTimedOut, {}});
+    if (!result.succeeded())
+        return std::unexpected(AppUpdateReason{brewFailed, complaint(result)});
+    auto listing = decode(result.standardOutput);
+    if (!listing || result.outputTruncated)
+        return std::unexpected(AppUpdateReason{brewNotUnderstood, {}});
+    return *std::move(listing);
+}
 
-    void finish() {
-        for (qsizetype i = 0; i < _answers.size(); ++i) {
-            if (_answers[i])
-                _result.snapshots.append(*std::move(_answers[i]));
-            else
-                _result.failedExecutablePaths.append(_result.discoveredExecutablePaths[i]);
-        }
-        _checker.learned(*this, _result);
-        const auto done = std::move(_done);
-        done(); // may destroy this object
-    }
-
-    HomebrewUpdateChecker& _checker;
-    Depth _depth;
-    std::function<void()> _done;
-    HomebrewCaskCheckResult _result;
-    QList<Answer> _answers;
-    qsizetype _left = 0;
-    std::stop_source _stop;
-    std::shared_ptr<bool> _alive = std::make_shared<bool>();
-    Task _search;
-};
+} // namespace
 
 Command HomebrewUpdateChecker::listing(const Machine& machine, const QString& brew,
                                        QList<QByteArray> arguments) {
@@ -114,92 +56,284 @@ Command HomebrewUpdateChecker::listing(const Machine& machine, const QString& br
             .terminationGrace = 2 * std::chrono::seconds(1)};
 }
 
+// ---- whose applications they are
+
+/// Asks the brews for their casks, each in its lane; what one tells counts at once.
+class HomebrewUpdateChecker::Discovery final : public AppUpdateWork {
+public:
+    Discovery(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> candidates, Findings findings)
+        : _checker(checker)
+        , _registry(checker._alive)
+        , _candidates(std::move(candidates))
+        , _findings(std::move(findings)) {
+        Machine& machine = checker._machine;
+        ++checker._searches;
+        _search = machine.workers.run([&files = machine.files, environment = machine.environment](
+                                          std::stop_token) { return findBrews(files, environment); },
+                                      [this](const QStringList& brews) { found(brews); });
+    }
+    ~Discovery() override {
+        _stop.request_stop();
+        const auto checker = _registry.lock();
+        if (!checker)
+            return;
+        if (!_isFound)
+            --_checker._searches;
+        for (const QString& brew : std::as_const(_left))
+            --_checker._asked[brew];
+        _checker.askSoon();
+    }
+    void forget(const QString&) override {}
+
+private:
+    using Answer = Listed<HomebrewCaskSnapshot>;
+
+    void found(const QStringList& brews) {
+        _isFound = true;
+        --_checker._searches;
+        _brews = brews;
+        _left = brews;
+        if (brews.isEmpty())
+            return tell();
+        Machine& machine = _checker._machine;
+        for (const QString& brew : brews) {
+            ++_checker._asked[brew];
+            _checker._lanes.run(
+                brew, _stop.get_token(),
+                [&machine, brew](const std::stop_token& stop) { return ask(machine, brew, stop); },
+                [this, brew, alive = _lifetime.watch()](Answer answer) {
+                    if (alive.expired())
+                        return;
+                    _checker._silent.remove(brew);
+                    if (answer) {
+                        _answers.insert(brew, *std::move(answer));
+                    } else {
+                        _problem = answer.error();
+                        if (_problem->code == AppUpdateReason::Code::brewTimedOut)
+                            _checker._silent.insert(brew, *_problem);
+                    }
+                    _left.removeOne(brew);
+                    --_checker._asked[brew];
+                    tell();
+                });
+        }
+    }
+
+    static Answer ask(const Machine& machine, const QString& brew, const std::stop_token& stop) {
+        const auto info = list<InfoResponse>(
+            machine, brew, {"info", "--json=v2", "--cask", "--installed"}, &decodeInfo, stop);
+        if (!info)
+            return std::unexpected(info.error());
+        HomebrewCaskSnapshot snapshot{.brewExecutablePath = brew, .casks = info->casks};
+        buildMatches(machine.files, machine.places.home, snapshot);
+        return snapshot;
+    }
+
+    void tell() {
+        HomebrewCaskCheckResult result;
+        for (const QString& brew : std::as_const(_brews)) {
+            if (const auto answer = _answers.constFind(brew); answer != _answers.constEnd())
+                result.snapshots.append(*answer);
+            else
+                result.failedExecutablePaths.append(brew);
+        }
+        _checker.learn(_candidates, result);
+        _checker.askSoon();
+        const auto alive = _lifetime.watch();
+        const Findings findings = _findings;
+        if (_left.isEmpty() && !_problem)
+            _checker._isDiscovered = true;
+        findings->learned();
+        if (!alive.expired() && _left.isEmpty())
+            findings->discovered(std::exchange(_problem, std::nullopt));
+    }
+
+    HomebrewUpdateChecker& _checker;
+    std::weak_ptr<HomebrewUpdateChecker*> _registry;
+    QList<AppUpdateCandidate> _candidates;
+    Findings _findings;
+    bool _isFound = false;
+    QStringList _brews;
+    QStringList _left; ///< have not answered yet
+    QHash<QString, HomebrewCaskSnapshot> _answers;
+    std::optional<AppUpdateReason> _problem;
+    std::stop_source _stop;
+    Lifetime _lifetime;
+    Task _search;
+};
+
 std::unique_ptr<AppUpdateWork>
-HomebrewUpdateChecker::prepare(const QList<AppUpdateCandidate>& candidates,
-                               const QMap<QString, AppUpdateRecord>& records, Depth depth,
-                               const std::function<void()>& done) {
-    return std::make_unique<Preparation>(*this, candidates, records, depth, done);
+HomebrewUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, Findings findings) {
+    return std::make_unique<Discovery>(*this, candidates, std::move(findings));
 }
 
-void HomebrewUpdateChecker::learned(const Preparation& preparation,
-                                    const HomebrewCaskCheckResult& result) {
-    _discoveredExecutablePaths = result.discoveredExecutablePaths;
-    _isPrepared = true;
-    QHash<QString, HomebrewCaskOwnership> ownership;
-    for (const AppUpdateCandidate& candidate : preparation.candidates) {
-        if (auto owner = result.owner(candidate.resolvedPath)) {
-            ownership.insert(candidate.appKey, *std::move(owner));
+void HomebrewUpdateChecker::learn(const QList<AppUpdateCandidate>& candidates,
+                                  const HomebrewCaskCheckResult& result) {
+    QMap<QString, HomebrewCaskOwnership> owners;
+    for (const AppUpdateCandidate& candidate : candidates) {
+        if (const auto told = result.owner(candidate.resolvedPath)) {
+            owners.insert(candidate.appKey, *told);
             continue;
         }
-        // A brew that did not answer still owns what it owned.
-        if (auto before = _ownership.constFind(candidate.appKey); before != _ownership.constEnd()) {
-            if (result.failedExecutablePaths.contains(before->brewExecutablePath)) {
-                HomebrewCaskOwnership kept = *before;
-                kept.status = UpdateCheckFailed();
-                ownership.insert(candidate.appKey, kept);
-            }
-            continue;
-        }
-        const QString recorded =
-            preparation.records.value(candidate.appKey).sourceFingerprint.value_or(QString());
-        for (const QString& path : result.failedExecutablePaths)
-            if (isHomebrewFingerprint(recorded, {path}))
-                ownership.insert(
-                    candidate.appKey,
-                    {.brewExecutablePath = path,
-                     .catalogVersion = recorded.sliced(recorded.indexOf(path + u':') + path.size() + 1),
-                     .status = UpdateCheckFailed()});
+        // A brew that has not answered still owns what it owned.
+        const HomebrewCaskOwnership* before = owner(candidate);
+        if (before && result.failedExecutablePaths.contains(before->brewExecutablePath))
+            owners.insert(candidate.appKey, *before);
     }
-    _ownership = std::move(ownership);
+    _owners = std::move(owners);
+}
+
+const HomebrewCaskOwnership* HomebrewUpdateChecker::owner(const AppUpdateCandidate& candidate) const {
+    const auto found = _owners.constFind(candidate.appKey);
+    const bool isIts =
+        found != _owners.constEnd() && (found->path.isEmpty() || found->path == candidate.resolvedPath);
+    return isIts ? &*found : nullptr;
 }
 
 std::optional<AppUpdateChannel>
 HomebrewUpdateChecker::channel(const AppUpdateCandidate& candidate) const {
-    const auto owner = _ownership.constFind(candidate.appKey);
-    if (owner == _ownership.constEnd())
-        return std::nullopt;
-    return HomebrewCaskChannel{owner->token};
+    const HomebrewCaskOwnership* cask = owner(candidate);
+    return cask ? std::optional<AppUpdateChannel>(HomebrewCaskChannel{cask->token}) : std::nullopt;
 }
 
 QString HomebrewUpdateChecker::fingerprint(const AppUpdateCandidate& candidate) const {
-    return _ownership.value(candidate.appKey).fingerprint();
+    const HomebrewCaskOwnership* cask = owner(candidate);
+    return cask ? cask->fingerprint() : QString();
 }
 
-bool HomebrewUpdateChecker::accepts(const QString& recordedFingerprint,
-                                    const AppUpdateCandidate& candidate) const {
-    if (const auto owner = _ownership.constFind(candidate.appKey); owner != _ownership.constEnd())
-        return recordedFingerprint == owner->fingerprint();
-    return !_isPrepared && isHomebrewFingerprint(recordedFingerprint, _discoveredExecutablePaths);
+void HomebrewUpdateChecker::restore(const AppUpdateCache& cache) {
+    _isDiscovered = cache.owners.has_value();
+    if (cache.owners)
+        for (const auto& [appKey, known] : cache.owners->asKeyValueRange())
+            if (isCaskToken(known.token))
+                _owners.insert(appKey, known);
+    // A record alone tells the brew, if not the cask.
+    for (const auto& [appKey, record] : cache.records.asKeyValueRange())
+        if (auto told = ownershipOf(record.sourceFingerprint.value_or(QString()));
+            told && !_owners.contains(appKey))
+            _owners.insert(appKey, *std::move(told));
 }
+
+void HomebrewUpdateChecker::keep(AppUpdateCache& cache) const {
+    if (_isDiscovered || cache.owners)
+        cache.owners = _owners;
+}
+
+// ---- what is outdated
+
+/// One check: its applications wait until their brews may be asked.
+class HomebrewUpdateChecker::Run final : public AppUpdateWork {
+public:
+    Run(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> candidates, Findings findings)
+        : waiting(std::move(candidates))
+        , _checker(checker)
+        , _registry(checker._alive)
+        , _findings(std::move(findings)) {
+        checker._runs.push_back(this);
+    }
+    ~Run() override {
+        if (_registry.expired())
+            return;
+        _checker._runs.remove(this);
+        for (const QString& brew : asked.keys())
+            if (std::ranges::none_of(_checker._runs,
+                                     [&](const Run* run) { return run->asked.contains(brew); }))
+                _checker._listings[brew].request_stop();
+    }
+    void forget(const QString& appKey) override {
+        const auto isIt = [&](const AppUpdateCandidate& one) { return one.appKey == appKey; };
+        waiting.removeIf(isIt);
+        for (auto& candidates : asked)
+            candidates.removeIf(isIt);
+    }
+
+    void answered(const QString& brew, const Listed<OutdatedResponse>& answer) {
+        QList<AppUpdateCandidate> candidates = asked.value(brew);
+        const auto alive = _lifetime.watch();
+        const Findings findings = _findings;
+        for (; !candidates.isEmpty(); candidates = asked.value(brew)) {
+            const AppUpdateCandidate candidate = asked[brew].takeFirst();
+            const HomebrewCaskOwnership* cask = _checker.owner(candidate);
+            const AppUpdateVerdict found =
+                !answer ? AppUpdateVerdict::failed(answer.error())
+                : cask && !cask->token.isEmpty()
+                    ? verdict(*cask, *answer)
+                    : AppUpdateVerdict::failed({AppUpdateReason::Code::brewNotUnderstood, {}});
+            findings->began(candidate.appKey);
+            if (!alive.expired())
+                findings->ended(candidate.appKey, found);
+            if (alive.expired())
+                return;
+        }
+        asked.remove(brew);
+    }
+
+    QList<AppUpdateCandidate> waiting;
+    QMap<QString, QList<AppUpdateCandidate>> asked; ///< by brew
+
+private:
+    HomebrewUpdateChecker& _checker;
+    std::weak_ptr<HomebrewUpdateChecker*> _registry;
+    Findings _findings;
+    Lifetime _lifetime;
+};
 
 std::unique_ptr<AppUpdateWork> HomebrewUpdateChecker::check(QList<AppUpdateCandidate> candidates,
-                                                            AppUpdateObserver observer) {
-    /// The brews have told everything before; what is left is to say it.
-    class Telling final : public AppUpdateWork {
-    public:
-        Timer timer;
-        std::shared_ptr<const AppUpdateObserver> observer;
-    };
-    auto telling = std::make_unique<Telling>();
-    telling->observer = std::make_shared<const AppUpdateObserver>(std::move(observer));
-    QList<std::pair<QString, AppUpdateStatus>> verdicts;
-    for (const AppUpdateCandidate& candidate : std::as_const(candidates)) {
-        const auto owner = _ownership.constFind(candidate.appKey);
-        verdicts.append({candidate.appKey, owner == _ownership.constEnd()
-                                               ? AppUpdateStatus(UpdateCheckFailed())
-                                               : owner->status});
-    }
-    telling->timer = _machine.scheduler.after(
-        std::chrono::milliseconds(0),
-        [verdicts = std::move(verdicts), observer = std::weak_ptr(telling->observer)] {
-            for (const auto& [appKey, status] : verdicts) {
-                if (const auto told = observer.lock())
-                    told->began(appKey);
-                if (const auto told = observer.lock())
-                    told->ended(appKey, status);
-            }
+                                                            Findings findings) {
+    auto run = std::make_unique<Run>(*this, std::move(candidates), std::move(findings));
+    askSoon();
+    return run;
+}
+
+bool HomebrewUpdateChecker::isBusy(const QString& brew) const {
+    return _searches > 0 || _asked.value(brew) > 0 || _listings.contains(brew);
+}
+
+/// In a moment: whoever begins now shares the answer, and nothing is told before `check` has returned.
+void HomebrewUpdateChecker::askSoon() {
+    _asking = _machine.scheduler.after(std::chrono::milliseconds(0), [this] { ask(); });
+}
+
+void HomebrewUpdateChecker::ask() {
+    QSet<QString> brews;
+    for (Run* run : _runs)
+        run->waiting.removeIf([&](const AppUpdateCandidate& candidate) {
+            const HomebrewCaskOwnership* cask = owner(candidate);
+            const QString brew = cask ? cask->brewExecutablePath : QString();
+            if (isBusy(brew))
+                return false;
+            run->asked[brew].append(candidate);
+            brews.insert(brew);
+            return true;
         });
-    return telling;
+    for (const QString& brew : std::as_const(brews)) {
+        const std::stop_token token = (_listings[brew] = std::stop_source()).get_token();
+        const auto answered = [this, brew,
+                               alive = std::weak_ptr(_alive)](const Listed<OutdatedResponse>& answer) {
+            if (alive.expired())
+                return;
+            _listings.remove(brew);
+            askSoon(); // for those who came too late for this answer
+            for (Run* run : std::list(_runs))
+                if (!alive.expired() && std::ranges::find(_runs, run) != _runs.end())
+                    run->answered(brew, answer);
+        };
+        // Who has not answered just now is not waited for again; who has no brew, for none.
+        const AppUpdateReason noBrew{AppUpdateReason::Code::brewFailed, {}};
+        if (brew.isEmpty() || _silent.contains(brew)) {
+            _machine.workers.mailbox().post([answered, reason = _silent.value(brew, noBrew)] {
+                answered(std::unexpected(reason));
+            });
+            continue;
+        }
+        _lanes.run(
+            brew, token,
+            [&machine = _machine, brew](const std::stop_token& stop) {
+                return list<OutdatedResponse>(machine, brew, {"outdated", "--cask", "--json=v2"},
+                                              &decodeOutdated, stop);
+            },
+            answered);
+    }
 }
 
 } // namespace tessellar

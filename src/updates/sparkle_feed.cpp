@@ -1,7 +1,11 @@
 #include "updates/sparkle_feed.h"
 
+#include "platform/http.h"
 #include "platform/text.h"
+#include "updates/outside_words.h"
+#include "updates/sparkle_version.h"
 
+#include <QDateTime>
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -12,7 +16,9 @@ namespace tessellar {
 namespace {
 
 constexpr std::string_view sparkleNamespace = "http://www.andymatuschak.org/xml-namespaces/sparkle";
-constexpr qsizetype longestVersion = 100;
+constexpr qsizetype longestNotes = 1'000;
+constexpr qsizetype longestDescription = 20'000; ///< of which the notes are the beginning
+constexpr qint64 longestPhase = 366 * 86'400;
 
 QString text(const char* utf8) { return trimmed(QString::fromUtf8(utf8)); }
 
@@ -57,7 +63,8 @@ int compareSystems(QString a, QString b) {
     return order < 0 ? -1 : order > 0 ? 1 : 0;
 }
 
-/// What follows the last underscore of an archive's name: "Fern_1.2.dmg" is 1.2.
+/// What follows the last underscore of an archive's name, where that is a version: "Fern_1.2.dmg" is
+/// 1.2, "my_app.zip" has none.
 QString versionInUrl(const QString& url) {
     QString name = url.section(u'/', -1).section(u'?', 0, 0).section(u'#', 0, 0);
     const qsizetype underscore = name.lastIndexOf(u'_');
@@ -68,7 +75,35 @@ QString versionInUrl(const QString& url) {
                                u".txz", u".aar", u".tar"})
         if (name.endsWith(QStringView(ending), Qt::CaseInsensitive))
             name.chop(QStringView(ending).size());
-    return name;
+    const qsizetype first = name.startsWith(u'v', Qt::CaseInsensitive) ? 1 : 0;
+    return name.size() > first && name[first].isDigit() ? name : QString();
+}
+
+/// The words of a description in HTML.
+QString plainText(QString html) {
+    html.truncate(longestDescription);
+    QString words;
+    bool isTag = false;
+    for (const QChar c : std::as_const(html)) {
+        if (c == u'<')
+            isTag = true;
+        else if (c == u'>' && std::exchange(isTag, false))
+            words += u' ';
+        else if (!isTag)
+            words += c;
+    }
+    for (const auto& [entity, character] : {std::pair{u"&lt;", u'<'},
+                                            {u"&gt;", u'>'},
+                                            {u"&quot;", u'"'},
+                                            {u"&#39;", u'\''},
+                                            {u"&nbsp;", u' '},
+                                            {u"&amp;", u'&'}})
+        words.replace(QStringView(entity).toString(), QString(QChar(character)));
+    return onOneLine(words, longestNotes);
+}
+
+QString pageAddress(const QString& url) {
+    return url.size() <= longestNotes && isAllowedAddress(QUrl(url)) ? url : QString();
 }
 
 /// What an item says, as far as it matters here.
@@ -80,6 +115,11 @@ struct Item {
     QString os;
     QString minimumSystem;
     QString maximumSystem;
+    QString published;
+    QString phase; ///< seconds between the groups of a phased roll-out
+    bool isCritical = false;
+    QString notesUrl;
+    QString description;
 };
 
 Item readItem(const pugi::xml_node& node, const Prefixes& outer) {
@@ -103,13 +143,20 @@ Item readItem(const pugi::xml_node& node, const Prefixes& outer) {
             }
             continue;
         }
+        if (std::string_view(child.name()) == "pubDate")
+            item.published = text(child.child_value());
+        else if (std::string_view(child.name()) == "description")
+            item.description = text(child.child_value());
         const std::string_view name = inner.local(child.name(), false);
+        item.isCritical = item.isCritical || name == "criticalUpdate";
         for (const auto& [wanted, value] : {std::pair{"version", &ownVersion},
                                             {"shortVersionString", &ownShownVersion},
                                             {"channel", &item.channel},
                                             {"os", &item.os},
                                             {"minimumSystemVersion", &item.minimumSystem},
-                                            {"maximumSystemVersion", &item.maximumSystem}})
+                                            {"maximumSystemVersion", &item.maximumSystem},
+                                            {"phasedRolloutInterval", &item.phase},
+                                            {"releaseNotesLink", &item.notesUrl}})
             if (name == wanted)
                 *value = text(child.child_value());
     }
@@ -119,24 +166,35 @@ Item readItem(const pugi::xml_node& node, const Prefixes& outer) {
         item.version = versionInUrl(item.url);
     if (item.shownVersion.isEmpty())
         item.shownVersion = ownShownVersion;
-    if (item.shownVersion.isEmpty() || item.shownVersion.size() > longestVersion)
-        item.shownVersion = item.version;
+    item.shownVersion = plausibleVersion(item.shownVersion).value_or(item.version);
     return item;
 }
 
-bool isOffered(const Item& item, const std::optional<QString>& system) {
-    return !item.version.isEmpty() && item.version.size() <= longestVersion && item.channel.isEmpty() &&
+/// A release that comes in phases is there for a group when its turn has come; what is critical, or
+/// does not say when it came out, is there for all.
+bool hasArrived(const Item& item, const SparkleCircumstances& here) {
+    const qint64 phase = std::clamp<qint64>(item.phase.toLongLong(), 0, longestPhase);
+    const QDateTime published = QDateTime::fromString(item.published, Qt::RFC2822Date);
+    return item.isCritical || phase == 0 || !published.isValid() ||
+           static_cast<double>(published.toSecsSinceEpoch() + phase * here.rolloutGroup) <=
+               here.now.unixSeconds();
+}
+
+bool isOffered(const Item& item, const SparkleCircumstances& here) {
+    const std::optional<QString>& system = here.systemVersion;
+    return plausibleVersion(item.version) && item.channel.isEmpty() &&
            (item.os.isEmpty() || item.os.compare(u"macos", Qt::CaseInsensitive) == 0) &&
            (!system || item.minimumSystem.isEmpty() ||
             compareSystems(item.minimumSystem, *system) <= 0) &&
            (!system || item.maximumSystem.isEmpty() ||
-            compareSystems(item.maximumSystem, *system) >= 0);
+            compareSystems(item.maximumSystem, *system) >= 0) &&
+           hasArrived(item, here);
 }
 
 } // namespace
 
 std::expected<std::optional<SparkleItem>, SparkleFeedError>
-bestSparkleItem(const QByteArray& feed, const std::optional<QString>& systemVersion) {
+bestSparkleItem(const QByteArray& feed, const SparkleCircumstances& circumstances) {
     pugi::xml_document document;
     const auto parsed = document.load_buffer(feed.constData(), static_cast<std::size_t>(feed.size()),
                                              pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
@@ -146,18 +204,21 @@ bestSparkleItem(const QByteArray& feed, const std::optional<QString>& systemVers
     if (!parsed || !channel)
         return std::unexpected(SparkleFeedError::damaged);
     const Prefixes prefixes(Prefixes(Prefixes(), rss), channel);
-    std::optional<SparkleItem> best;
+    std::optional<Item> best;
     bool hasItems = false;
     for (const pugi::xml_node& node : channel.children("item")) {
         hasItems = true;
-        const Item item = readItem(node, prefixes);
-        if (isOffered(item, systemVersion) &&
-            (!best || compareNumeric(item.version, best->version) > 0))
-            best = SparkleItem{item.version, item.shownVersion};
+        Item item = readItem(node, prefixes);
+        if (isOffered(item, circumstances) &&
+            (!best || compareSparkle(item.version, best->version) > 0))
+            best = std::move(item);
     }
     if (!hasItems)
         return std::unexpected(SparkleFeedError::noItems);
-    return best;
+    if (!best)
+        return std::nullopt;
+    return SparkleItem{
+        best->version, best->shownVersion, {plainText(best->description), pageAddress(best->notesUrl)}};
 }
 
 } // namespace tessellar

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
-
-#include <expected>
-#include <optional>
+#include "updates/app_update_records.h"
 
 namespace tessellar {
 
@@ -12,17 +8,25 @@ namespace tessellar {
 struct SparkleItem {
     QString version;      ///< to be compared with a bundle's CFBundleVersion
     QString shownVersion; ///< for people
+    AppUpdateNotes notes;
 
     bool operator==(const SparkleItem&) const = default;
 };
 
+/// What decides which releases are offered to a machine.
+struct SparkleCircumstances {
+    std::optional<QString> systemVersion; ///< without it every requirement counts as met
+    Instant now;
+    /// From 0 to 6: a release that is rolled out in phases comes to group N after N intervals.
+    int rolloutGroup = 0;
+};
+
 enum class SparkleFeedError { damaged, noItems };
 
-/// The best release of a feed for a system: the highest version among those that are offered to
-/// everybody on it, or none. Feeds are XML from strangers: entities that a document declares are not
-/// expanded, nothing outside it is looked at, and only the items of its channel are walked. Without a
-/// system version every system requirement counts as met.
+/// The best release of a feed: the highest version among those that are offered to everybody on such a
+/// machine by now, or none. Feeds are XML from strangers: entities that a document declares are not
+/// expanded, nothing outside it is looked at, and only the items of its channel are walked.
 std::expected<std::optional<SparkleItem>, SparkleFeedError>
-bestSparkleItem(const QByteArray& feed, const std::optional<QString>& systemVersion);
+bestSparkleItem(const QByteArray& feed, const SparkleCircumstances& circumstances);
 
 } // namespace tessellar

@@ -2,14 +2,6 @@
 
 namespace tessellar {
 
-ToolLanes::ToolLanes(Mailbox& mailbox) : _mailbox(mailbox) {}
-
-WorkerPool& ToolLanes::pool() {
-    if (!_pool)
-        _pool.emplace(_mailbox, 2);
-    return *_pool;
-}
-
 void ToolLanes::enter(const QString& tool, Entry start) {
     if (_busy.contains(tool)) {
         _waiting[tool].push_back(std::move(start));
@@ -29,11 +21,6 @@ void ToolLanes::leave(const QString& tool) {
     if (found->second.empty())
         _waiting.erase(found);
     enter(tool, std::move(next));
-}
-
-void ToolLanes::waitIdle() {
-    if (_pool)
-        _pool->waitIdle();
 }
 
 } // namespace tessellar

@@ -7,16 +7,14 @@
 
 #include <deque>
 #include <map>
-#include <optional>
 
 namespace tessellar {
 
-/// Work with external tools, one piece at a time for each tool and in the order of asking: two commands
-/// of one brew would fight over its locks. It runs on threads of its own, for a tool may take hours and
-/// the launcher's workers have more to do. Main thread.
+/// Questions to external tools, one at a time for each tool and in the order of asking: two commands of
+/// one brew would fight over its locks. Main thread.
 class ToolLanes {
 public:
-    explicit ToolLanes(Mailbox& mailbox);
+    explicit ToolLanes(WorkerPool& workers) : _workers(workers) {}
     ToolLanes(const ToolLanes&) = delete;
     ToolLanes& operator=(const ToolLanes&) = delete;
 
@@ -26,35 +24,31 @@ public:
     void run(const QString& tool, std::stop_token stop, Work work, Done done) {
         enter(tool, [this, tool, stop = std::move(stop), work = std::move(work),
                      done = std::move(done)]() mutable {
-            pool().submit(std::move(stop), [&mailbox = _mailbox, lanes = std::weak_ptr(_alive), tool,
-                                            work = std::move(work),
-                                            done = std::move(done)](std::stop_token token) mutable {
-                mailbox.post([lanes, tool, done = std::move(done), value = work(token)]() mutable {
-                    if (lanes.expired())
-                        return;
-                    done(std::move(value)); // may be the end of the lanes
-                    if (const auto alive = lanes.lock())
-                        (*alive)->leave(tool);
+            _workers.submit(
+                Lane::tools, std::move(stop),
+                [&mailbox = _workers.mailbox(), lanes = std::weak_ptr(_alive), tool,
+                 work = std::move(work), done = std::move(done)](std::stop_token token) mutable {
+                    mailbox.post([lanes, tool, done = std::move(done), value = work(token)]() mutable {
+                        if (lanes.expired())
+                            return;
+                        done(std::move(value)); // may be the end of the lanes
+                        if (const auto alive = lanes.lock())
+                            (*alive)->leave(tool);
+                    });
                 });
-            });
         });
     }
-
-    /// Blocks until nothing runs. What it came to may still lie in the mailbox.
-    void waitIdle();
 
 private:
     using Entry = MoveOnlyFunction<void()>;
 
     void enter(const QString& tool, Entry start);
     void leave(const QString& tool);
-    WorkerPool& pool();
 
-    Mailbox& _mailbox;
+    WorkerPool& _workers;
     std::map<QString, std::deque<Entry>> _waiting; ///< behind the tools that are busy
     QSet<QString> _busy;
     std::shared_ptr<ToolLanes*> _alive = std::make_shared<ToolLanes*>(this);
-    std::optional<WorkerPool> _pool; // last: it ends first
 };
 
 } // namespace tessellar

@@ -6,17 +6,22 @@ namespace tessellar {
 
 class WebUpdateChecker::Run final : public AppUpdateWork {
 public:
-    Run(std::weak_ptr<WebUpdateChecker*> checker, AppUpdateObserver told)
-        : observer(std::make_shared<const AppUpdateObserver>(std::move(told)))
-        , _checker(std::move(checker)) {}
+    Run(std::weak_ptr<WebUpdateChecker*> checker, Findings told)
+        : findings(std::move(told)), _checker(std::move(checker)) {}
     ~Run() override {
-        observer.reset();
+        findings.reset();
         if (const auto checker = _checker.lock())
             (*checker)->dropUnwanted();
     }
+    void forget(const QString& appKey) override {
+        atOnce->removeIf([&](const auto& verdict) { return verdict.first == appKey; });
+        if (const auto checker = _checker.lock())
+            (*checker)->forget(findings.get(), appKey);
+    }
 
-    std::shared_ptr<const AppUpdateObserver> observer;
-    QList<std::pair<QString, AppUpdateStatus>> atOnce; ///< verdicts that need no answer
+    using AtOnce = QList<std::pair<QString, AppUpdateVerdict>>;
+    Findings findings;
+    std::shared_ptr<AtOnce> atOnce = std::make_shared<AtOnce>(); ///< verdicts that need no answer
     Timer timer;
 
 private:
@@ -26,19 +31,20 @@ private:
 WebUpdateChecker::~WebUpdateChecker() = default;
 
 std::unique_ptr<AppUpdateWork> WebUpdateChecker::check(QList<AppUpdateCandidate> candidates,
-                                                       AppUpdateObserver observer) {
-    auto run = std::make_unique<Run>(_alive, std::move(observer));
+                                                       Findings findings) {
+    auto run = std::make_unique<Run>(_alive, std::move(findings));
     for (const AppUpdateCandidate& candidate : std::as_const(candidates))
         add(*run, candidate);
     // Nothing is told before the caller holds the work, with which it can end it.
     run->timer = _machine.scheduler.after(std::chrono::milliseconds(0),
-                                          [this, alive = std::weak_ptr(_alive), verdicts = run->atOnce,
-                                           observer = std::weak_ptr(run->observer)] {
-                                              for (const auto& [appKey, status] : verdicts) {
-                                                  if (const auto told = observer.lock())
+                                          [this, alive = std::weak_ptr(_alive), atOnce = run->atOnce,
+                                           findings = std::weak_ptr(run->findings)] {
+                                              while (!atOnce->isEmpty()) {
+                                                  const auto [appKey, verdict] = atOnce->takeFirst();
+                                                  if (const auto told = findings.lock())
                                                       told->began(appKey);
-                                                  if (const auto told = observer.lock())
-                                                      told->ended(appKey, status);
+                                                  if (const auto told = findings.lock())
+                                                      told->ended(appKey, verdict);
                                               }
                                               if (!alive.expired())
                                                   pump();
@@ -49,34 +55,52 @@ std::unique_ptr<AppUpdateWork> WebUpdateChecker::check(QList<AppUpdateCandidate>
 void WebUpdateChecker::add(Run& run, const AppUpdateCandidate& candidate) {
     const auto wanted = request(candidate);
     if (!wanted) {
-        run.atOnce.append({candidate.appKey, wanted.error()});
+        run.atOnce->append({candidate.appKey, wanted.error()});
         return;
     }
     const auto same = std::ranges::find_if(_fetches, [&](const Fetch& fetch) {
         return !fetch.isJudged && fetch.request.url == wanted->url;
     });
     Fetch& fetch = same != _fetches.end() ? *same : _fetches.emplace_back(Fetch{.request = *wanted});
-    fetch.listeners.append({run.observer, candidate});
+    fetch.listeners.append({run.findings, candidate});
+}
+
+void WebUpdateChecker::forget(const AppUpdateFindings* findings, const QString& appKey) {
+    for (Fetch& fetch : _fetches)
+        if (!fetch.isJudged)
+            fetch.listeners.removeIf([&](const Listener& listener) {
+                return listener.candidate.appKey == appKey &&
+                       listener.findings.lock().get() == findings;
+            });
+    dropUnwanted();
 }
 
 /// What nobody waits for any more is not asked for; its place goes to the next.
 void WebUpdateChecker::dropUnwanted() {
     const auto gone = _fetches.remove_if([](const Fetch& fetch) {
         return std::ranges::all_of(
-            fetch.listeners, [](const Listener& listener) { return listener.observer.expired(); });
+            fetch.listeners, [](const Listener& listener) { return listener.findings.expired(); });
     });
     if (gone > 0)
         pump();
 }
 
 void WebUpdateChecker::pump() {
-    auto running = std::ranges::count_if(_fetches, &Fetch::isRunning);
+    QHash<QString, qsizetype> running; // by server
+    qsizetype all = 0;
+    for (const Fetch& fetch : _fetches)
+        if (fetch.isRunning) {
+            ++running[fetch.request.url.host()];
+            ++all;
+        }
     QList<Listener> begun;
-    for (auto fetch = _fetches.begin(); fetch != _fetches.end() && running < maximumRequests; ++fetch) {
-        if (fetch->isRunning || fetch->isJudged)
+    for (auto fetch = _fetches.begin(); fetch != _fetches.end() && all < maximumRequests; ++fetch) {
+        qsizetype& ofServer = running[fetch->request.url.host()];
+        if (fetch->isRunning || fetch->isJudged || ofServer >= maximumRequestsOfOneServer)
             continue;
         fetch->isRunning = true;
-        ++running;
+        ++ofServer;
+        ++all;
         fetch->call = _machine.http.get(fetch->request, [this, fetch](HttpClient::Answer answer) {
             answered(fetch, std::move(answer));
         });
@@ -84,31 +108,67 @@ void WebUpdateChecker::pump() {
     }
     // Last: who is told may end runs, and with them fetches.
     for (const Listener& listener : std::as_const(begun))
-        if (const auto told = listener.observer.lock())
+        if (const auto told = listener.findings.lock())
             told->began(listener.candidate.appKey);
+}
+
+std::optional<AppUpdateReason> WebUpdateChecker::problem(const HttpClient::Answer& answer) const {
+    using enum AppUpdateReason::Code;
+    if (!answer) {
+        switch (answer.error()) {
+        case HttpError::addressRefused:
+            return AppUpdateReason{noSecureAddress, {}};
+        case HttpError::redirectRefused:
+            return AppUpdateReason{redirected, {}};
+        case HttpError::timedOut:
+            return AppUpdateReason{timedOut, {}};
+        case HttpError::tooLarge:
+            return AppUpdateReason{tooLarge, {}};
+        case HttpError::transport:
+            return AppUpdateReason{unreachable, {}};
+        }
+    }
+    if (isThrottling(answer->status))
+        return AppUpdateReason{throttled, {}};
+    if (answer->status != 200)
+        return AppUpdateReason{refused, QStringLiteral("(%1)").arg(answer->status)};
+    return std::nullopt;
 }
 
 void WebUpdateChecker::answered(Fetches::iterator fetch, HttpClient::Answer answer) {
     fetch->isRunning = false;
     fetch->isJudged = true;
-    QList<AppUpdateCandidate> candidates;
-    for (const Listener& listener : std::as_const(fetch->listeners))
-        candidates.append(listener.candidate);
-    fetch->judging = _machine.workers.run(
-        Lane::network,
-        [judge = judge(), answer = std::move(answer), candidates](std::stop_token) {
-            return judge(answer, candidates);
-        },
-        [this, fetch](const QList<AppUpdateStatus>& statuses) { judged(fetch, statuses); });
+    const auto failed = problem(answer);
+    std::vector<Fetches::iterator> unasked{fetch};
+    if (failed && failed->code == AppUpdateReason::Code::throttled)
+        for (auto other = _fetches.begin(); other != _fetches.end(); ++other)
+            if (!other->isRunning && !other->isJudged &&
+                other->request.url.host() == fetch->request.url.host()) {
+                other->isJudged = true;
+                unasked.push_back(other);
+            }
+    for (const auto& one : unasked) {
+        QList<AppUpdateCandidate> candidates;
+        for (const Listener& listener : std::as_const(one->listeners))
+            candidates.append(listener.candidate);
+        const auto work = [judge = judge(), failed, candidates,
+                           body = failed ? QByteArray() : answer->body](std::stop_token) {
+            return failed
+                       ? QList<AppUpdateVerdict>(candidates.size(), AppUpdateVerdict::failed(*failed))
+                       : judge(body, candidates);
+        };
+        one->judging = _machine.workers.run(
+            work, [this, one](const QList<AppUpdateVerdict>& verdicts) { judged(one, verdicts); });
+    }
     pump();
 }
 
-void WebUpdateChecker::judged(Fetches::iterator fetch, const QList<AppUpdateStatus>& statuses) {
+void WebUpdateChecker::judged(Fetches::iterator fetch, const QList<AppUpdateVerdict>& verdicts) {
     Fetches finished; // out of the list before its verdicts are told, which may end runs
     finished.splice(finished.begin(), _fetches, fetch);
-    for (qsizetype i = 0; i < statuses.size(); ++i)
-        if (const auto told = fetch->listeners[i].observer.lock())
-            told->ended(fetch->listeners[i].candidate.appKey, statuses[i]);
+    for (qsizetype i = 0; i < verdicts.size(); ++i)
+        if (const auto told = fetch->listeners[i].findings.lock())
+            told->ended(fetch->listeners[i].candidate.appKey, verdicts[i]);
 }
 
 } // namespace tessellar

@@ -52,6 +52,25 @@ private:
             return "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf";
         if (path == "/stalled")
             return {};
+        if (path == "/header")
+            return "HTTP/1.1 200 OK\r\n" + QByteArray("X-More: and more\r\n").repeated(100'000);
+        if (path == "/line")
+            return "HTTP/1.1 200 OK\r\nX-More: " + QByteArray(1 << 20, 'x');
+        if (path == "/chunks")
+            return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2;a=b\r\nbo\r\n"
+                   "2\r\ndy\r\n0\r\nX: y\r\n\r\n";
+        if (path == "/hugechunk")
+            return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nffffffffff\r\nx";
+        if (path == "/cutchunk")
+            return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\nbo";
+        if (path == "/interim")
+            return "HTTP/1.1 103 Early Hints\r\n\r\n" + httpAnswer("200 OK", "body");
+        if (path == "/toclose")
+            return "HTTP/1.1 200 OK\r\n\r\nbody";
+        if (path == "/nonsense")
+            return "SSH-2.0-OpenSSH\r\n\r\n";
+        if (path == "/lengths")
+            return "HTTP/1.1 200 OK\r\nContent-Length: 4\r\nContent-Length: 40\r\n\r\nbody";
         return httpAnswer("404 Not Found", "nothing");
     }
 };
@@ -65,6 +84,18 @@ TEST_F(NetworkHttpClientTest, EndsWhatIsTooLargeOrBreaksOff) {
     EXPECT_EQ(get(QStringLiteral("/limit")), (HttpResponse{200, QByteArray(1 << 20, 'x')}));
     EXPECT_EQ(get(QStringLiteral("/large")), std::unexpected(HttpError::tooLarge));
     EXPECT_EQ(get(QStringLiteral("/short")), std::unexpected(HttpError::transport));
+}
+
+TEST_F(NetworkHttpClientTest, BoundsWhatComesBeforeTheBody) {
+    for (const auto& path : {QStringLiteral("/header"), QStringLiteral("/line")})
+        EXPECT_EQ(get(path), std::unexpected(HttpError::tooLarge)) << path.toStdString();
+    EXPECT_EQ(get(QStringLiteral("/hugechunk")), std::unexpected(HttpError::tooLarge));
+    for (const auto& path :
+         {QStringLiteral("/chunks"), QStringLiteral("/interim"), QStringLiteral("/toclose")})
+        EXPECT_EQ(get(path), (HttpResponse{200, "body"})) << path.toStdString();
+    for (const auto& path :
+         {QStringLiteral("/cutchunk"), QStringLiteral("/nonsense"), QStringLiteral("/lengths")})
+        EXPECT_EQ(get(path), std::unexpected(HttpError::transport)) << path.toStdString();
 }
 
 TEST_F(NetworkHttpClientTest, FollowsAsManyRedirectsAsAreWantedAndOnlyToAllowedAddresses) {

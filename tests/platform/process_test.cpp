@@ -254,5 +254,60 @@ TEST_F(ProcessRunnerTest, RunsOnSeveralThreadsWhileStopsComeAtAnyMoment) {
     EXPECT_GE(ended, 4 * 5);
 }
 
+// ---- detached commands
+
+TEST_F(ProcessRunnerTest, ADetachedCommandGoesOnAndIsFollowedInItsFile) {
+    const QByteArray file = QFile::encodeName(_folder.filePath(QStringLiteral("output")));
+    const QByteArray gate = QFile::encodeName(_folder.filePath(QStringLiteral("gate")));
+    ASSERT_EQ(::mkfifo(gate.constData(), 0600), 0);
+    const auto output = [&] {
+        QFile opened(QFile::decodeName(file));
+        return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray();
+    };
+    const auto ended = [&](std::int64_t number) {
+        const auto begin = std::chrono::steady_clock::now();
+        DetachedState state{DetachedState::Kind::running};
+        while (state.isRunning() && std::chrono::steady_clock::now() - begin < soon) {
+            state = _runner.look(number, file);
+            std::this_thread::yield();
+        }
+        return state;
+    };
+    using Kind = DetachedState::Kind;
+
+    const auto number =
+        _runner.start(shell("echo out; echo err >&2; read line <$1; echo $line; exit 3", {gate}), file);
+    ASSERT_TRUE(number);
+    EXPECT_TRUE(_runner.look(*number, file).isRunning());
+    EXPECT_EQ(::getsid(static_cast<pid_t>(*number)), *number) << "nothing that ends us ends it";
+    EXPECT_EQ(_runner.start(shell("true"), file), std::unexpected(EWOULDBLOCK));
+    {
+        QFile opened(QFile::decodeName(gate));
+        ASSERT_TRUE(opened.open(QIODevice::WriteOnly));
+        opened.write("last\n");
+    }
+    EXPECT_EQ(ended(*number), (DetachedState{Kind::exited, 3}));
+    EXPECT_EQ(output(), "out\nerr\nlast\n");
+    EXPECT_EQ(_runner.look(*number, file), DetachedState()) << "it is nobody's child any more";
+    EXPECT_FALSE(_runner.look(::getpid(), file).isRunning()) << "a number that is another's";
+    EXPECT_FALSE(_runner.look(-1, file).isRunning());
+
+    // Another one replaces what it said; it is asked to end, and then made to.
+    const auto stubborn =
+        _runner.start(shell("trap '' TERM; echo on >$1; while :; do sleep 1; done", {gate}), file);
+    ASSERT_TRUE(stubborn);
+    {
+        QFile opened(QFile::decodeName(gate)); // until it has set its trap
+        ASSERT_TRUE(opened.open(QIODevice::ReadOnly));
+        EXPECT_EQ(opened.readAll(), "on\n");
+    }
+    EXPECT_EQ(output(), QByteArray());
+    _runner.terminate(*stubborn, file, false);
+    EXPECT_TRUE(_runner.look(*stubborn, file).isRunning());
+    _runner.terminate(*stubborn, file, true);
+    EXPECT_EQ(ended(*stubborn), (DetachedState{Kind::signalled, SIGKILL}));
+    EXPECT_EQ(_runner.start({.executable = "/nobody", .input = {}}, file), std::unexpected(ENOENT));
+}
+
 } // namespace
 } // namespace tessellar

@@ -8,7 +8,6 @@
 
 #include <gmock/gmock.h>
 
-#include <future>
 #include <thread>
 
 namespace tessellar {
@@ -43,22 +42,38 @@ protected:
     void make() {
         coordinator.reset();
         coordinator.emplace(mac.machine);
-        coordinator->onStatusesChanged = [this] { ++published; };
-        coordinator->presentAlert = [this](const AppUpdateAlert& alert, const auto& answer) {
-            alerts.append(alert.title + u'|' + alert.text);
-            answer(confirms);
-        };
-        coordinator->onUpdateCompleted = [this](const QString& key) { completed.append(key); };
+        subscription = coordinator->events.connect([this](const AppUpdateEvent& event) {
+            published += event.kind == AppUpdateEvent::Kind::changed ? 1 : 0;
+            if (event.kind == AppUpdateEvent::Kind::updated)
+                completed.append(event.appKey);
+            if (event.kind == AppUpdateEvent::Kind::actionChanged)
+                if (const auto state = coordinator->runner().state(event.appKey))
+                    phases.append(json::rawValue(state->phase));
+        });
+    }
+
+    /// Asks for an update as a window does; false when it was refused.
+    bool update(const QStringList& which, AppUpdateRunner::Done done = {}) {
+        QStringList keys;
+        for (const QString& name : which)
+            keys.append(key(name));
+        return coordinator->runner().update(
+            keys,
+            [this](const AppUpdateQuestion& question, const auto& answer) {
+                alerts.append(question.title + u'|' + question.text);
+                answer(confirms);
+            },
+            std::move(done));
+    }
+    AppUpdateActionState state(const QString& name) const {
+        return coordinator->runner().state(key(name)).value_or(AppUpdateActionState());
     }
 
     void brew(const QByteArray& newer) { mac.tool(brewPath, test::brewOfOneCask(newer)); }
 
     void settle() {
-        for (int i = 0; i < 3; ++i) { // what a round begins may go on in a timer
-            do {
-                mac.workers.waitIdle();
-                coordinator->waitForTools();
-            } while (mac.mailbox.drain() > 0);
+        for (int i = 0; i < 6; ++i) { // what a round begins may go on in a timer
+            mac.settle();
             mac.time.advance(0ms);
         }
     }
@@ -112,15 +127,18 @@ protected:
     QStringList completed;
     bool confirms = true;
     int published = 0;
+    QStringList phases;
     std::optional<AppUpdateCoordinator> coordinator;
+    Subscription subscription;
 };
 
 TEST_F(AppUpdateCoordinatorTest, AFullCheckGoesThroughAllChannelsAndKeepsWhatItFinds) {
     coordinator->start();
     load();
-    EXPECT_EQ(mac.http.waiting(),
-              (QStringList{u"https://itunes.apple.com/lookup?id=4711&entity=macSoftware&country=US"_s,
-                           u"https://feeds.test/Feed"_s}));
+    EXPECT_THAT(mac.http.waiting(),
+                testing::UnorderedElementsAre(
+                    u"https://itunes.apple.com/lookup?id=4711&entity=macSoftware&country=US"_s,
+                    u"https://feeds.test/Feed"_s));
     EXPECT_TRUE(coordinator->isChecking());
     EXPECT_EQ(coordinator->progress().total, 3);
     EXPECT_EQ(coordinator->progress().checked, 1); // the cask's verdict needs no network
@@ -197,7 +215,8 @@ TEST_F(AppUpdateCoordinatorTest, SwitchingOffDropsTheResultsOfTheRunningCheck) {
     EXPECT_EQ(mac.http.waiting(), QStringList());
     mac.time.advance(240h);
     settle();
-    EXPECT_EQ(stored(), AppUpdateCache());
+    EXPECT_EQ(stored().records.size(), 0);
+    EXPECT_EQ(stored().lastCheck, std::nullopt);
     EXPECT_EQ(coordinator->check(), std::unexpected(AppUpdateError::disabled));
     (void)mac.settings.set(AppUpdateSettings::enabledKey, true);
     coordinator->settingsChanged();
@@ -295,7 +314,7 @@ TEST_F(AppUpdateCoordinatorTest, AFailureKeepsWhatWasKnownBesideIt) {
     settle();
     EXPECT_EQ(sketch(), u"failed failed failed -"_s);
     EXPECT_EQ(kindOf(*coordinator->channel(key(u"Cask"_s))), AppUpdateChannelKind::homebrewCask);
-    EXPECT_EQ(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::openApp);
+    EXPECT_EQ(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
 }
 
 TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
@@ -375,71 +394,441 @@ TEST_F(AppUpdateCoordinatorTest, AsksFourAtATimeTheSameIdentifierOnceAndPublishe
     EXPECT_EQ(atTheEnd, 0);
 }
 
+/// What an update that comes through leaves behind.
+void install(const test::TestMachine& mac, const QString& name, const QString& version,
+             const QString& build) {
+    sample::MacBuilder(mac.root.path())
+        .addApplication({.name = name,
+                         .identifier = u"org.example."_s + name.toLower(),
+                         .version = version,
+                         .build = build});
+}
+
 TEST_F(AppUpdateCoordinatorTest, RunsOneUpdateAtATimeAfterAskingAndChecksAgain) {
     load();
     ASSERT_TRUE(coordinator->check());
     answerAll();
-    alerts.clear();
-    coordinator->runAction(key(u"Cask"_s));
+    mac.commands.holdStarted(true);
+    EXPECT_TRUE(update({u"Cask"_s}));
     EXPECT_EQ(alerts, QStringList{u"Update “Cask”?|Homebrew may quit the app while it downloads and "
                                   "installs the update."_s});
-    EXPECT_EQ(coordinator->activeUpdateAppKey(), key(u"Cask"_s));
-    coordinator->runAction(key(u"Store"_s));
-    EXPECT_EQ(alerts.last(), u"Another app update is already in progress.|"_s);
-    EXPECT_FALSE(coordinator->actionStates().contains(key(u"Store"_s)));
-    brew({});
+    EXPECT_EQ(coordinator->runner().activeAppKey(), key(u"Cask"_s));
     settle();
+    EXPECT_FALSE(update({u"Store"_s})) << "another one runs";
+    int joined = 0;
+    EXPECT_TRUE(update({u"Cask"_s}, [&] { ++joined; })) << "the same one is joined";
+    EXPECT_EQ(alerts.size(), 1);
+    EXPECT_TRUE(coordinator->runner().isExternalUpdaterRunning());
+
+    // A check goes on while it runs.
+    ASSERT_TRUE(coordinator->check());
+    answerAll();
+    EXPECT_FALSE(coordinator->isChecking());
+
     const auto commands = mac.commands.commands();
     const auto upgrade = std::ranges::find_if(
         commands, [](const Command& command) { return command.arguments.value(0) == "upgrade"; });
     ASSERT_NE(upgrade, commands.end());
     EXPECT_EQ(upgrade->arguments, (QList<QByteArray>{"upgrade", "--cask", "cask"}));
     EXPECT_EQ(upgrade->environment.at("HOMEBREW_NO_ANALYTICS"), "1");
-    EXPECT_EQ(coordinator->actionStates()[key(u"Cask"_s)],
-              (AppUpdateActionState{AppUpdateActionState::Kind::succeeded,
-                                    u"Update completed. Verifying the installed version…"_s}));
+
+    install(mac, u"Cask"_s, u"2.0"_s, u"200"_s);
+    brew({});
+    mac.commands.holdStarted(false);
+    mac.time.advance(AppUpdateRunner::lookInterval);
+    settle();
+    EXPECT_EQ(state(u"Cask"_s), (AppUpdateActionState{AppUpdateActionState::Kind::succeeded,
+                                                      u"Updated to version 2.0."_s}));
+    EXPECT_THAT(phases, testing::Contains(u"verifying"_s));
     EXPECT_EQ(completed, QStringList{key(u"Cask"_s)});
+    EXPECT_EQ(joined, 1);
     EXPECT_EQ(sketch(), u"upToDate 1.10 2.5 -"_s);
 
     confirms = false;
-    coordinator->runAction(key(u"Cask"_s));
-    EXPECT_EQ(coordinator->activeUpdateAppKey(), std::nullopt);
-    coordinator->runAction(key(u"Store"_s));
+    EXPECT_TRUE(update({u"Cask"_s}));
+    EXPECT_EQ(coordinator->runner().activeAppKey(), std::nullopt);
+    EXPECT_TRUE(update({u"Store"_s}));
     settle();
     EXPECT_EQ(mac.commands.commands().last().arguments,
               QList<QByteArray>{"https://apps.apple.com/app/id4711"});
 }
 
-TEST_F(AppUpdateCoordinatorTest, SaysHowACommandFailedAndCancelsAtOnce) {
+TEST_F(AppUpdateCoordinatorTest, WhatIsInstalledDecidesHowAnUpdateWent) {
     load();
     ASSERT_TRUE(coordinator->check());
     answerAll();
-    using Outcome = CommandResult::Outcome;
-    for (const auto& [outcome, status, text] :
-         {std::tuple{Outcome::exited, 1, u"The app could not be updated."_s},
-          {Outcome::signalled, 9, u"The app could not be updated."_s},
-          {Outcome::timedOut, -1, u"The update command timed out."_s},
-          {Outcome::couldNotLaunch, 2, u"The updater could not be started."_s}}) {
-        mac.tool(brewPath, CommandResult{.outcome = outcome, .exitStatus = status});
-        coordinator->runAction(key(u"Cask"_s));
+    using Kind = AppUpdateActionState::Kind;
+    const auto answer = [&](const CommandResult& upgrade) {
+        mac.tool(brewPath, [=](const Command& command, const std::stop_token& stop) {
+            return command.arguments.value(0) == "upgrade" ? upgrade
+                                                           : test::brewOfOneCask("2.0")(command, stop);
+        });
+        EXPECT_TRUE(update({u"Cask"_s}));
         settle();
-        EXPECT_EQ(coordinator->actionStates()[key(u"Cask"_s)].message, text);
-    }
-    EXPECT_EQ(completed, QStringList());
+        return state(u"Cask"_s);
+    };
+    // Its own last words stand with a failure, fit to be printed.
+    EXPECT_EQ(answer(test::exited(1, "==> Downloading x\n",
+                                  "curl: (6) no \x1b[31mhost\xE2\x80\xAE\nError: Download failed\n")),
+              (AppUpdateActionState{.kind = Kind::failed,
+                                    .message = u"The app could not be updated."_s,
+                                    .detail = u"==> Downloading x\ncurl: (6) no [31mhost\nError: "
+                                              "Download failed"_s}));
+    EXPECT_EQ(answer({.outcome = CommandResult::Outcome::signalled, .exitStatus = 9}).message,
+              u"The app could not be updated."_s);
+    EXPECT_EQ(answer({.outcome = CommandResult::Outcome::couldNotLaunch, .exitStatus = 2}).message,
+              u"The updater could not be started."_s);
+    // No error, and nothing new.
+    EXPECT_EQ(answer(test::exited(0, "Warning: not upgrading, the latest version is installed\n")),
+              (AppUpdateActionState{
+                  .kind = Kind::failed,
+                  .message = u"Homebrew reported no error, but version 1.9 is still installed."_s,
+                  .detail = u"Warning: not upgrading, the latest version is installed"_s}));
+    EXPECT_EQ(answer(test::exited(1, {}, "sudo: a terminal is required to read the password; use -S\n"))
+                  .message,
+              u"The app could not be updated. Homebrew asked for your password. Run the update in "
+              "Terminal."_s);
+    // An error after it was done.
+    mac.tool(brewPath, [&](const Command& command, const std::stop_token& stop) {
+        if (command.arguments.value(0) != "upgrade")
+            return test::brewOfOneCask({})(command, stop);
+        install(mac, u"Cask"_s, u"2.0"_s, u"200"_s);
+        return test::exited(1, {}, "Error: could not clean up");
+    });
+    EXPECT_TRUE(update({u"Cask"_s}));
+    settle();
+    EXPECT_EQ(state(u"Cask"_s).message, u"Updated to version 2.0."_s);
+    EXPECT_EQ(state(u"Cask"_s).detail, u"Error: could not clean up"_s);
+}
 
-    std::promise<void> begun;
+TEST_F(AppUpdateCoordinatorTest, AnUpdateThatRunsIsSeenToRunAndMayBeCancelled) {
+    load();
+    ASSERT_TRUE(coordinator->check());
+    answerAll();
+    mac.commands.holdStarted(true);
+    const QByteArray log =
+        mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8();
+    EXPECT_TRUE(update({u"Cask"_s}));
+    settle();
+    for (const auto& [words, phase] :
+         {std::pair{"==> Auto-updating Homebrew...\n"_ba, u"updatingItself"_s},
+          {"==> Downloading https://example.com/cask.zip\n######\r########\n"_ba, u"downloading"_s},
+          {"==> Upgrading cask\n"_ba, u"installing"_s},
+          {"Password:"_ba, u"password"_s}}) {
+        mac.commands.say(log, words);
+        mac.time.advance(AppUpdateRunner::lookInterval);
+        settle();
+        EXPECT_EQ(phases.last(), phase);
+    }
+    EXPECT_EQ(state(u"Cask"_s).detail, u"Password:"_s);
+    coordinator->runner().cancel();
+    settle();
+    EXPECT_EQ(mac.commands.terminated().size(), 1);
+    EXPECT_EQ(state(u"Cask"_s).kind, AppUpdateActionState::Kind::cancelled);
+    EXPECT_EQ(state(u"Cask"_s).message, u"The update was cancelled."_s);
+    EXPECT_FALSE(coordinator->runner().isBusy());
+}
+
+TEST_F(AppUpdateCoordinatorTest, AnUpdateOutlivesTheLauncherAndIsTakenUp) {
+    load();
+    ASSERT_TRUE(coordinator->check());
+    answerAll();
+    mac.commands.holdStarted(true);
+    EXPECT_TRUE(update({u"Cask"_s}));
+    settle();
+    make(); // the launcher ends, and is started again
+    EXPECT_EQ(mac.commands.terminated().size(), 0);
+    coordinator->start();
+    load();
+    EXPECT_EQ(coordinator->runner().activeAppKey(), key(u"Cask"_s));
+    EXPECT_FALSE(update({u"Store"_s}));
+    make(); // and once more; meanwhile it comes through
+    install(mac, u"Cask"_s, u"2.0"_s, u"200"_s);
+    brew({});
+    mac.commands.holdStarted(false);
+    load();
+    EXPECT_FALSE(coordinator->runner().isBusy()) << "nothing is begun before the start";
+    coordinator->start();
+    settle();
+    mac.time.advance(AppUpdateRunner::lookInterval);
+    settle();
+    EXPECT_EQ(state(u"Cask"_s).message, u"Updated to version 2.0."_s);
+    EXPECT_FALSE(mac.exists(mac.machine.places.applicationFolder() + u"/app-update-run.json"_s));
+}
+
+TEST_F(AppUpdateCoordinatorTest, SeveralAreUpdatedOneAfterTheOtherAfterOneQuestion) {
+    // Two applications of one cask, and one of another.
+    install(mac, u"Twin"_s, u"1.9"_s, u"1"_s);
+    install(mac, u"Other"_s, u"1.9"_s, u"1"_s);
+    names = {u"Cask"_s, u"Twin"_s, u"Other"_s, u"Store"_s};
+    bool isUpgraded = false;
+    mac.tool(brewPath, [&](const Command& command, const std::stop_token&) {
+        if (command.arguments.value(0) == "info")
+            return test::exited(0, R"({"casks":[
+                {"token":"cask","version":"2.0","artifacts":[{"app":["Cask.app"]},{"app":["Twin.app"]}]},
+                {"token":"other","version":"2.0","artifacts":[{"app":["Other.app"]}]}]})");
+        if (command.arguments.value(0) == "outdated")
+            return test::exited(
+                0, QByteArray(R"({"casks":[{"name":"other","current_version":"2.0"})") +
+                       (isUpgraded ? "" : R"(,{"name":"cask","current_version":"2.0"})") + "]}");
+        isUpgraded = true;
+        install(mac, u"Cask"_s, u"2.0"_s, u"2"_s);
+        install(mac, u"Twin"_s, u"2.0"_s, u"2"_s);
+        return test::exited(0);
+    });
+    load();
+    ASSERT_TRUE(coordinator->check());
+    answerAll();
+    int ended = 0;
+    EXPECT_TRUE(update({u"Cask"_s, u"Twin"_s, u"Store"_s}, [&] { ++ended; }));
+    settle();
+    EXPECT_EQ(alerts.size(), 1);
+    EXPECT_TRUE(alerts.first().startsWith(u"Update 2 apps?|Homebrew may quit the apps"));
+    EXPECT_EQ(ended, 1);
+    const auto upgrades = std::ranges::count_if(mac.commands.commands(), [](const Command& command) {
+        return command.arguments.value(0) == "upgrade";
+    });
+    EXPECT_EQ(upgrades, 1) << "the twin came with it";
+    EXPECT_EQ(coordinator->record(key(u"Twin"_s))->status, AppUpdateStatus(UpToDate()));
+    EXPECT_EQ(state(u"Twin"_s).kind, AppUpdateActionState::Kind::succeeded);
+
+    // Cancelled, none of those that wait is begun.
+    isUpgraded = false;
+    ASSERT_TRUE(coordinator->check());
+    answerAll();
+    mac.commands.holdStarted(true);
+    EXPECT_TRUE(update({u"Other"_s, u"Cask"_s}));
+    settle();
+    EXPECT_EQ(state(u"Cask"_s).kind, AppUpdateActionState::Kind::waiting);
+    coordinator->runner().cancel();
+    settle();
+    EXPECT_EQ(state(u"Other"_s).kind, AppUpdateActionState::Kind::cancelled);
+    EXPECT_EQ(state(u"Cask"_s).kind, AppUpdateActionState::Kind::cancelled);
+    EXPECT_FALSE(coordinator->runner().isBusy());
+}
+
+TEST_F(AppUpdateCoordinatorTest, BrewsThatHangHoldUpNothingElse) {
     mac.tool(brewPath, [&](const Command&, const std::stop_token& stop) {
-        begun.set_value();
         while (!stop.stop_requested())
             std::this_thread::yield();
-        return CommandResult{.outcome = Outcome::cancelled};
+        return CommandResult{.outcome = CommandResult::Outcome::cancelled};
     });
-    coordinator->runAction(key(u"Cask"_s));
-    begun.get_future().wait();
-    coordinator->cancelAction();
-    EXPECT_EQ(coordinator->actionStates()[key(u"Cask"_s)].message, u"The update was cancelled."_s);
-    EXPECT_EQ(coordinator->activeUpdateAppKey(), std::nullopt);
+    coordinator->updateApps({test::app(u"Store"_s), test::app(u"Feed"_s)});
+    mac.settle();
+    ASSERT_TRUE(coordinator->check());
+    while (mac.http.waiting().size() < 2) {
+        mac.mailbox.waitAndDrain();
+        mac.time.advance(0ms);
+    }
+    mac.http.answer(u"lookup"_s, lookup("1.10"));
+    mac.http.answer(u"feeds"_s, test::sparkleFeed("101"));
+    while (sketch() != u"- 1.10 2.5 -") {
+        mac.mailbox.waitAndDrain();
+        mac.time.advance(0ms);
+    }
+    EXPECT_TRUE(coordinator->isChecking()) << "the brew has not answered yet";
+    coordinator->cancelCheck();
+}
+
+TEST_F(AppUpdateCoordinatorTest, WhatIsKnownOfChannelsIsKept) {
+    load();
+    ASSERT_TRUE(coordinator->check());
+    answerAll();
+    const auto asked = mac.commands.commands().size();
+    make();
+    load();
+    EXPECT_EQ(coordinator->channel(key(u"Cask"_s)), AppUpdateChannel(HomebrewCaskChannel{u"cask"_s}));
+    EXPECT_EQ(coordinator->channel(key(u"Store"_s)), AppUpdateChannel(MacAppStoreChannel{4711}));
+    EXPECT_EQ(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
+    EXPECT_EQ(mac.commands.commands().size(), asked) << "without starting a tool";
+    EXPECT_EQ(coordinator->reason(key(u"Plain"_s))->code, AppUpdateReason::Code::noChannel);
+
+    // A token that is none was written by somebody else.
+    AppUpdateCache cache = stored();
+    (*cache.owners)[key(u"Cask"_s)].token = u"--force"_s;
+    mac.write(AppUpdateStore::defaultPath(mac.machine.places), json::write(json::encode(cache)));
+    make();
+    load();
+    EXPECT_NE(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
+}
+
+TEST_F(AppUpdateCoordinatorTest, ASpotlightThatHangsIsWaitedForOnce) {
+    sample::MacBuilder builder(mac.root.path());
+    names = {u"Feed"_s};
+    for (int i = 0; i < 12; ++i) {
+        names.append(u"S%1"_s.arg(i));
+        builder.addApplication({.name = names.last(),
+                                .identifier = u"org.example."_s + names.last().toLower(),
+                                .version = u"1"_s,
+                                .receipt = true});
+    }
+    mac.tool(u"/usr/bin/mdls"_s, CommandResult{.outcome = CommandResult::Outcome::timedOut});
+    load();
+    ASSERT_TRUE(coordinator->check());
+    answerAll();
+    EXPECT_FALSE(coordinator->isChecking());
+    const auto waits =
+        std::ranges::count(mac.commands.commands(), QByteArray("/usr/bin/mdls"), &Command::executable);
+    EXPECT_EQ(waits, 1);
+    ASSERT_EQ(coordinator->problems().size(), 1);
+    EXPECT_EQ(coordinator->problems().first().reason.code, AppUpdateReason::Code::noSpotlight);
+    EXPECT_EQ(coordinator->reason(key(u"S3"_s))->code, AppUpdateReason::Code::noStoreItem);
+}
+
+TEST_F(AppUpdateCoordinatorTest, OfflineIsSaidAndTriedAgainSoon) {
+    names = {u"Store"_s, u"Feed"_s, u"Plain"_s};
+    brew({});
+    const auto fail = [&] {
+        settle();
+        for (int i = 0; i < 2; ++i) {
+            mac.http.answer(u"test"_s, test::FakeHttp::Answer(std::unexpected(HttpError::transport)));
+            mac.http.answer(u"lookup"_s, test::FakeHttp::Answer(std::unexpected(HttpError::transport)));
+        }
+        settle();
+    };
+    coordinator->start();
+    load();
+    fail();
+    EXPECT_EQ(sketch(), u"- failed failed -"_s);
+    EXPECT_EQ(coordinator->lastCheck(), std::nullopt) << "it could not find anything";
+    const auto summary = [&] {
+        return update_texts::summary(coordinator->tally(), coordinator->problems(),
+                                     coordinator->lastCheck() ? u"now"_s : QString());
+    };
+    EXPECT_EQ(summary(), u"2 apps could not be checked. The server could not be reached."_s);
+    // After a minute, after five more, and when the network returns.
+    for (const auto pause : {60s, 300s}) {
+        mac.time.advance(pause - 1s);
+        settle();
+        EXPECT_FALSE(coordinator->isChecking());
+        mac.time.advance(1s);
+        EXPECT_TRUE(coordinator->isChecking());
+        fail();
+    }
+    coordinator->networkReturned();
+    EXPECT_TRUE(coordinator->isChecking());
     settle();
+    mac.http.answer(u"lookup"_s, lookup("1.9"));
+    mac.http.answer(u"feeds"_s, HttpResponse{503, {}});
+    settle();
+    mac.time.advance(250ms);
+    EXPECT_EQ(summary(), u"Last checked now. No updates found. 1 app could not be checked. The server "
+                         "takes no more questions for now."_s);
+    // Now only the one that failed is asked for again.
+    mac.time.advance(1min);
+    settle();
+    EXPECT_EQ(mac.http.waiting(), QStringList{u"https://feeds.test/Feed"_s});
+    mac.http.answer(u"feeds"_s, test::sparkleFeed("100"));
+    settle();
+    mac.time.advance(250ms);
+    EXPECT_EQ(summary(), u"Last checked now. No updates found."_s);
+    coordinator->networkReturned();
+    EXPECT_EQ(mac.http.waiting(), QStringList());
+}
+
+TEST_F(AppUpdateCoordinatorTest, AServerThatThrottlesIsAskedNoMoreForNow) {
+    sample::MacBuilder builder(mac.root.path());
+    mac.tool(u"/usr/bin/mdls"_s, [](const Command& command, const std::stop_token&) {
+        return test::exited(0, command.arguments.last().split('/').last().mid(1, 2));
+    });
+    names = {u"Feed"_s};
+    for (int i = 10; i < 40; ++i) {
+        names.append(u"S%1"_s.arg(i));
+        builder.addApplication({.name = names.last(),
+                                .identifier = u"org.example."_s + names.last().toLower(),
+                                .version = u"1"_s,
+                                .receipt = true});
+    }
+    load();
+    ASSERT_TRUE(coordinator->check());
+    settle();
+    mac.http.answer(u"lookup"_s, HttpResponse{403, {}});
+    settle();
+    while (mac.http.answer(u"lookup"_s, QByteArray(R"({"results":[{"version":"1"}]})")))
+        settle();
+    mac.http.answer(u"feeds"_s, test::sparkleFeed("101"));
+    settle();
+    EXPECT_FALSE(coordinator->isChecking());
+    EXPECT_EQ(mac.http.requests.size(), 5) << "four of the store, and one of another server";
+    EXPECT_EQ(coordinator->tally().failed, 27);
+    EXPECT_EQ(coordinator->tally().reason->code, AppUpdateReason::Code::throttled);
+}
+
+TEST_F(AppUpdateCoordinatorTest, AFailingBrewIsNotSilence) {
+    brew({});
+    names = {u"Cask"_s};
+    mac.tool(brewPath, test::exited(1, {}, "Error: Permission denied\n"));
+    load();
+    ASSERT_TRUE(coordinator->check());
+    settle();
+    mac.http.answer(u"feeds"_s, test::sparkleFeed("100"));
+    settle();
+    ASSERT_EQ(coordinator->problems().size(), 1);
+    EXPECT_EQ(message(coordinator->problems().first().reason),
+              u"Homebrew reported an error. Error: Permission denied"_s);
+    EXPECT_EQ(sketch(), u"upToDate - - -"_s) << "its feed can tell, as long as no cask is known";
+    EXPECT_EQ(update_texts::summary(coordinator->tally(), coordinator->problems(), u"now"_s),
+              u"Last checked now. No updates found. Homebrew reported an error. Error: Permission "
+              "denied"_s);
+
+    // It is asked again soon, and only it.
+    coordinator->start();
+    const auto asked = mac.http.requests.size();
+    for (const auto pause : {1min, 5min}) {
+        mac.time.advance(pause);
+        settle();
+        EXPECT_FALSE(coordinator->isChecking());
+    }
+    const auto attempts = std::ranges::count_if(mac.commands.commands(), [](const Command& command) {
+        return command.arguments.value(0) == "info";
+    });
+    EXPECT_EQ(attempts, 3);
+    EXPECT_EQ(mac.http.requests.size(), asked);
+
+    // When it lists its casks, but not which are outdated, they are its own and have failed.
+    mac.tool(brewPath, [](const Command& command, const std::stop_token& stop) {
+        return command.arguments.value(0) == "outdated" ? test::exited(1, {}, "Error: no network")
+                                                        : test::brewOfOneCask("2.0")(command, stop);
+    });
+    ASSERT_TRUE(coordinator->check());
+    settle();
+    EXPECT_EQ(sketch(), u"failed - - -"_s);
+    EXPECT_EQ(coordinator->reason(key(u"Cask"_s))->detail, u"Error: no network"_s);
+}
+
+TEST_F(AppUpdateCoordinatorTest, WhatIsSkippedOrPinnedIsNoUpdate) {
+    load();
+    ASSERT_TRUE(coordinator->check());
+    answerAll();
+    mac.time.advance(250ms);
+    EXPECT_EQ(coordinator->availableUpdateCount(), 3);
+    coordinator->skip(key(u"Store"_s), u"1.10"_s);
+    coordinator->skip(key(u"Feed"_s), std::nullopt);
+    mac.time.advance(250ms);
+    EXPECT_EQ(coordinator->availableUpdateCount(), 1);
+    EXPECT_EQ(coordinator->statuses()[key(u"Store"_s)], AppUpdateStatus(UpToDate()));
+    EXPECT_TRUE(coordinator->isHeld(key(u"Store"_s)));
+
+    mac.tool(brewPath, [](const Command& command, const std::stop_token& stop) {
+        return command.arguments.value(0) == "outdated"
+                   ? test::exited(
+                         0, R"({"casks":[{"name":"cask","current_version":"2.0","pinned":true}]})")
+                   : test::brewOfOneCask("2.0")(command, stop);
+    });
+    ASSERT_TRUE(coordinator->check());
+    settle();
+    mac.http.answer(u"lookup"_s, lookup("1.11")); // another version than the one that is skipped
+    mac.http.answer(u"feeds"_s, test::sparkleFeed("102"));
+    settle();
+    mac.time.advance(1s);
+    EXPECT_EQ(coordinator->availableUpdateCount(), 1);
+    EXPECT_EQ(coordinator->tally().held, 2);
+    make();
+    load();
+    EXPECT_TRUE(coordinator->isHeld(key(u"Feed"_s))) << "as the file says";
+    coordinator->unskip(key(u"Feed"_s));
+    mac.time.advance(250ms);
+    EXPECT_EQ(coordinator->availableUpdateCount(), 2);
 }
 
 TEST_F(AppUpdateCoordinatorTest, EachApplicationIsHandedToWhoUpdatesIt) {
@@ -475,17 +864,15 @@ TEST_F(AppUpdateCoordinatorTest, EachApplicationIsHandedToWhoUpdatesIt) {
     EXPECT_EQ(kinds(), u"microsoftAutoUpdate sparkle openApp systemSoftwareUpdate vendorUpdater"_s);
     EXPECT_EQ(coordinator->channels().size(), 1);
 
-    QString screen; // what was said of who comes to the front, "open" being a command
-    coordinator->beginExternalSystemUI = [&] { screen += u"begin "_s; };
-    coordinator->endExternalSystemUI = [&] { screen += u"end "_s; };
-    coordinator->prepareForExternalPresentation = [&] { screen += u"prepare "_s; };
-    mac.tool(u"/usr/bin/open"_s, [&](const Command&, const std::stop_token&) {
-        screen += u"open "_s; // while the main thread waits
-        return test::exited(0);
-    });
     std::optional<AppUpdateActionState> ended;
     const auto run = [&](const AppEntry& app) {
-        coordinator->runAction(appKey(app), [&](const auto& state) { ended = state; });
+        coordinator->runner().update(
+            {appKey(app)},
+            [this](const AppUpdateQuestion& question, const auto& answer) {
+                alerts.append(question.title + u'|' + question.text);
+                answer(true);
+            },
+            [&] { ended = coordinator->runner().state(appKey(app)); });
         settle();
         return mac.commands.commands().last();
     };
@@ -498,16 +885,14 @@ TEST_F(AppUpdateCoordinatorTest, EachApplicationIsHandedToWhoUpdatesIt) {
                              "downloads and installs the update."_s);
     EXPECT_EQ(update->arguments,
               (QList<QByteArray>{"--install", "--apps", "XCEL2019", "--wait", "1800"}));
-    EXPECT_EQ(update->timeout, 2h);
     EXPECT_EQ(completed, QStringList{u"COM.Microsoft.Excel"_s});
-    EXPECT_EQ(screen, u"begin end "_s);
+    EXPECT_EQ(ended->message, u"The app is up to date."_s);
 
     alerts.clear();
     EXPECT_EQ(
         run(apps[3]).arguments,
         QList<QByteArray>{"x-apple.systempreferences:com.apple.Software-Update-Settings.extension"});
     EXPECT_TRUE(run(apps[4]).arguments.last().endsWith("/Applications/Keystone.app"));
-    EXPECT_EQ(screen, u"begin end prepare open prepare open "_s);
     EXPECT_EQ(ended, (AppUpdateActionState{AppUpdateActionState::Kind::succeeded, {}}));
     mac.tool(u"/usr/bin/open"_s, test::exited(1, {}, "no such application"));
     run(apps[1]);
@@ -522,11 +907,13 @@ TEST_F(AppUpdateCoordinatorTest, TriesToSaveAgainAtTheNextResult) {
     ASSERT_TRUE(coordinator->check({.channel = AppUpdateChannelKind::homebrewCask}));
     settle();
     mac.time.advance(1s);
+    settle();
     EXPECT_EQ(mac.log.lines().size(), 1);
     mac.remove(path);
     ASSERT_TRUE(coordinator->check({.channel = AppUpdateChannelKind::homebrewCask}));
     settle();
     mac.time.advance(1s);
+    settle();
     EXPECT_EQ(stored().records.keys(), QStringList{key(u"Cask"_s)});
 }
 

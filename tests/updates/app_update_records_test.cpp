@@ -84,9 +84,16 @@ TEST(AppUpdateSettings, TakeOnlyTheIntervalsAndSecureAddresses) {
 TEST(AppUpdateTexts, SayWhatIsThere) {
     EXPECT_EQ(update_texts::available(u"1.0"_s, u"%1"_s), u"Update available: 1.0 → %1"_s);
     EXPECT_EQ(update_texts::available(std::nullopt, u"2"_s), u"Update available: 2"_s);
-    EXPECT_EQ(update_texts::summary(false, 1, u"now"_s), u"1 update available."_s);
-    EXPECT_EQ(update_texts::summary(false, 12, u"now"_s), u"12 updates available."_s);
-    EXPECT_EQ(update_texts::summary(false, 0, u"today"_s), u"Last checked today. No updates found."_s);
+    const auto summary = [](const AppUpdateTally& tally) {
+        return update_texts::summary(tally, {}, u"today"_s);
+    };
+    EXPECT_EQ(summary({.available = 1}), u"1 update available."_s);
+    EXPECT_EQ(summary({.available = 12, .failed = 1}),
+              u"12 updates available. 1 app could not be checked."_s);
+    EXPECT_EQ(summary({.upToDate = 3}), u"Last checked today. No updates found."_s);
+    EXPECT_EQ(summary({.unsupported = 3}),
+              u"Last checked today. None of your apps can be checked for updates."_s);
+    EXPECT_EQ(update_texts::summary({}, {}, {}), QString());
 
     const AppUpdateCandidate word{.path = u"/Applications/Word.app"_s,
                                   .bundleIdentifier = u"com.Microsoft.Word"_s};

@@ -2,7 +2,9 @@
 
 #include "updates/app_store_update_checker.h"
 #include "updates/homebrew_casks.h"
-#include "updates/sparkle_feed.h"
+#include "updates/outside_words.h"
+#include "updates/sparkle_update_checker.h"
+#include "updates/sparkle_version.h"
 
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
@@ -25,7 +27,7 @@ AppUpdateCandidate storeApp(const QString& version, bool isNative = true) {
 
 TEST(AppStoreVerdict, FollowsTheFiveRulesInTheirOrder) {
     const auto verdict = [](const std::optional<CatalogItem>& item, const AppUpdateCandidate& app) {
-        return AppStoreUpdateChecker::verdict(item, app);
+        return AppStoreUpdateChecker::verdict(item, app).status;
     };
     const QStringList shared{u"iPhone5s-iPhone5s"_s, u"macdesktop-MacDesktop"_s};
     const QStringList phones{u"iPhone5s-iPhone5s"_s};
@@ -53,19 +55,41 @@ TEST(AppStoreVerdict, FollowsTheFiveRulesInTheirOrder) {
 }
 
 TEST(AppStoreLookup, ReadsAnswersAndWritesTheRequestExactly) {
-    const auto decoded = json::decodeDocument<LookupResponse>(
-        R"({"results":[{"trackId":7,"version":" \n2.1\t","bundleId":"a.b"},{"version":" "}]})");
-    ASSERT_TRUE(decoded);
-    EXPECT_EQ(decoded->results[0].version, u"2.1"_s);
-    EXPECT_EQ(decoded->results[1].version, std::nullopt);
-    EXPECT_FALSE(json::decodeDocument<LookupResponse>("<html>"));
-    EXPECT_FALSE(json::decodeDocument<LookupResponse>(R"({"results":[{"version":2}]})"));
+    const auto first = firstCatalogItem(
+        R"({"results":[{"trackId":7,"version":" \n2.1\t","bundleId":"a.b","artistName":5,)"
+        R"("supportedDevices":[1,"MacDesktop-MacDesktop"],"releaseNotes":"- new\n- and \u202E fixed"},)"
+        R"({"version":2},null]})");
+    ASSERT_TRUE(first && *first);
+    EXPECT_EQ(**first, (CatalogItem{.version = u"2.1"_s,
+                                    .bundleId = u"a.b"_s,
+                                    .supportedDevices = QStringList{u"MacDesktop-MacDesktop"_s},
+                                    .releaseNotes = u"- new - and fixed"_s}));
+    EXPECT_EQ(firstCatalogItem(R"({"results":[]})").value(), std::nullopt);
+    EXPECT_EQ(firstCatalogItem(R"({"results":[{"version":" "}]})").value(), CatalogItem());
+    // Nothing newer is not said of what could not be read.
+    for (const QByteArray& answer :
+         {"<html>"_ba, R"({"results":{}})"_ba, R"({"results":[{"version":"2\n3"}]})"_ba,
+          R"({"results":[{"version":")" + QByteArray(1 << 20, '9') + R"("}]})"})
+        EXPECT_FALSE(firstCatalogItem(answer)) << answer.left(50).toStdString();
 
     EXPECT_EQ(AppStoreUpdateChecker::lookupUrl(u"https://x.test"_s, 904280696, u"NO"_s).toEncoded(),
               "https://x.test/lookup?id=904280696&entity=macSoftware&country=NO");
     EXPECT_TRUE(AppStoreUpdateChecker::lookupUrl(u"https://x.test"_s, 1, {}).query().endsWith(u"=US"));
     EXPECT_EQ(AppStoreUpdateChecker::storePageUrl(u"https://x.test/y"_s, 12).toString(),
               u"https://x.test/y/app/id12"_s);
+}
+
+TEST(OutsideWords, AreFitToBeShownAndRun) {
+    EXPECT_EQ(onOneLine(u" a\n\tb\u2028c\u202Ed\u200B\x1b[31m\u0000e "_s, 100), u"a b cd[31me"_s);
+    EXPECT_EQ(onOneLine(u"𝒜bc"_s, 2), u"𝒜"_s);
+    EXPECT_EQ(plausibleVersion(u" 1.2 (3) β "_s), u"1.2 (3) β"_s);
+    for (const QString& none : {QString(), u" "_s, u"1\n2"_s, u"1\u202E2"_s, QString(101, u'1')})
+        EXPECT_EQ(plausibleVersion(none), std::nullopt);
+    for (const auto& token : {u"visual-studio-code@insiders"_s, u"0-ad"_s, u"font.x_y+z"_s})
+        EXPECT_TRUE(isCaskToken(token));
+    for (const auto& word :
+         {u""_s, u"--force"_s, u"-x"_s, u"a b"_s, u"a\n"_s, u"a/b/c"_s, u"é"_s, QString(129, u'a')})
+        EXPECT_FALSE(isCaskToken(word)) << word.toStdString();
 }
 
 TEST(StoreItemIdentifier, IsAPositiveIntegerAndNothingElse) {
@@ -78,11 +102,11 @@ TEST(StoreItemIdentifier, IsAPositiveIntegerAndNothingElse) {
 
 // ---- Homebrew
 
-DecodedCask cask(const QByteArray& artifacts) {
+InstalledCask cask(const QByteArray& artifacts) {
     const auto info = decodeInfo(R"({"formulae":[],"casks":[{"token":"fern","full_token":"a/b/fern",)"
                                  R"("version":"1","auto_updates":null,"artifacts":)" +
                                  artifacts + "}]}");
-    return info && info->casks.size() == 1 ? decodedCask(info->casks[0]) : DecodedCask();
+    return info && info->casks.size() == 1 ? info->casks[0] : InstalledCask();
 }
 
 TEST(CaskArtifact, IsReadInAllItsShapes) {
@@ -95,28 +119,35 @@ TEST(CaskArtifact, IsReadInAllItsShapes) {
         QStringList{u"/Applications/c.app"_s});
     EXPECT_EQ(cask(R"([{"app":[{"target":"~/x.app"}]},{"app":["y.app"]}])").appTargets,
               (QStringList{u"~/x.app"_s, u"y.app"_s}));
-    EXPECT_EQ(cask(R"([{"suite":["Draw"]},{"suite":["d",{"target":"/opt/D"}]}])").suiteTargets,
+    EXPECT_EQ(cask(R"([{"suite":["Draw/"]},{"suite":["d",{"target":"/opt/D"}]}])").suiteTargets,
               (QStringList{u"Draw"_s, u"/opt/D"_s}));
 
-    const DecodedCask odd =
+    const InstalledCask odd =
         cask(R"([{"zap":null},{"app":null},{"app":"a.app"},{"app":[1,null,[],"",{}]},7,null,"x"])");
     EXPECT_EQ(odd.token, u"fern"_s);
     EXPECT_EQ(odd.appTargets, QStringList());
     EXPECT_EQ(cask("{}").token, u"fern"_s);
 }
 
-TEST(CaskListing, IsTakenBehindABannerAndRefusedWhenItIsNone) {
+TEST(CaskListing, IsTakenBehindWarningsAndRefusedWhenItIsNone) {
     const QByteArray outdated = R"({"casks":[{"name":"fern","current_version":"2"}]})";
-    EXPECT_EQ(decodeOutdated("==> Analytics\nSome {words}\n" + outdated)->casks[0].currentVersion,
+    EXPECT_EQ(decodeOutdated("==> Analytics\n{words} in\nWarning: a\n" + outdated)
+                  ->casks[u"fern"_s]
+                  .currentVersion,
               u"2"_s);
-    EXPECT_FALSE(decodeOutdated(R"({"casks":[{"name":"fern"}]})"));
     for (const char* garbage :
          {"", "garbage", "{}", "[]", R"({"casks":{}})", R"({"casks":[)", "banner\n{"}) {
         EXPECT_FALSE(decodeInfo(garbage)) << garbage;
         EXPECT_FALSE(decodeOutdated(garbage)) << garbage;
     }
     // One cask that makes no sense does not cost the others.
-    EXPECT_EQ(decodeInfo(R"({"casks":[{"token":1},{"token":"a","version":"1"}]})")->casks.size(), 1);
+    const auto info = decodeInfo(R"({"casks":[{"token":1},{"token":"--force","version":"1"},
+        {"token":"a","version":"1","auto_updates":"yes"}]})");
+    ASSERT_EQ(info->casks.size(), 1);
+    EXPECT_FALSE(info->casks[0].updatesItself);
+    EXPECT_EQ(
+        decodeOutdated(R"({"casks":[7,{"name":"-x","current_version":"2"},{"name":"fern"}]})")->casks,
+        (QHash<QString, OutdatedCask>{{u"fern"_s, {}}}));
 }
 
 TEST(HomebrewOwnership, PrefersExactMatchesThenTheFirstBrewAndTheFirstCask) {
@@ -125,7 +156,7 @@ TEST(HomebrewOwnership, PrefersExactMatchesThenTheFirstBrewAndTheFirstCask) {
     mac.makeFolder(u"/Applications/Suite Two.app"_s);
     mac.makeFolder(u"/opt/real/Linked.app"_s);
     mac.link(u"/Applications/Linked.app"_s, u"/opt/real/Linked.app"_s);
-    const auto snapshot = [&](const QString& brew, const QList<DecodedCask>& casks) {
+    const auto snapshot = [&](const QString& brew, const QList<InstalledCask>& casks) {
         HomebrewCaskSnapshot result{.brewExecutablePath = brew, .casks = casks};
         buildMatches(mac.files, u"/Users/ada"_s, result);
         return result;
@@ -135,7 +166,10 @@ TEST(HomebrewOwnership, PrefersExactMatchesThenTheFirstBrewAndTheFirstCask) {
                                               {.token = u"home"_s, .appTargets = {u"~/H.app"_s}},
                                               {.token = u"one"_s, .appTargets = {u"X.app"_s}},
                                               {.token = u"two"_s, .appTargets = {u"X.app"_s}},
-                                              {.token = u"wild"_s, .suiteTargets = {u"."_s, u"/"_s}}}),
+                                              {.token = u"wild"_s,
+                                               .suiteTargets = {u"."_s, u"/"_s, u"~"_s, u"/System"_s,
+                                                                u"~/Applications"_s, u"/Users"_s,
+                                                                u"/System/Applications"_s}}}),
                       snapshot(u"/b/brew"_s,
                                {{.token = u"inner"_s, .appTargets = {u"Suite/Inner.app"_s, u"X.app"_s}},
                                 {.token = u"linked"_s, .appTargets = {u"Linked.app"_s}}})}};
@@ -149,17 +183,27 @@ TEST(HomebrewOwnership, PrefersExactMatchesThenTheFirstBrewAndTheFirstCask) {
     EXPECT_EQ(owner(u"/Applications/X.app"_s), u"one"_s);
     EXPECT_EQ(owner(u"/Users/ada/H.app"_s), u"home"_s);
     EXPECT_EQ(owner(u"/Applications/Linked.app"_s), u"linked"_s);
+    for (const auto& other : {u"/Users/ada/Applications/Own.app"_s, u"/System/Applications/Clock.app"_s,
+                              u"/Users/Shared/S.app"_s})
+        EXPECT_EQ(owner(other), QString()) << other.toStdString();
 }
 
-TEST(HomebrewStatus, IsUnsupportedWhereHomebrewCannotTell) {
-    const HomebrewCaskSnapshot snapshot{.outdated = {{u"fern"_s, u"1.1,7"_s}}};
-    EXPECT_EQ(snapshot.status({.token = u"fern"_s, .version = u"1"_s}),
+TEST(HomebrewVerdict, IsUnsupportedWhereHomebrewCannotTell) {
+    const OutdatedResponse outdated{.casks = {{u"fern"_s, {.currentVersion = u"1.1,7"_s}},
+                                              {u"bad"_s, {}},
+                                              {u"kept"_s, {u"2"_s, true}}}};
+    const auto say = [&](const HomebrewCaskOwnership& cask) { return verdict(cask, outdated); };
+    EXPECT_EQ(say({.token = u"fern"_s, .catalogVersion = u"1"_s}).status,
               AppUpdateStatus(UpdateAvailable{u"1.1,7"_s}));
-    EXPECT_EQ(snapshot.status({.token = u"fern"_s, .version = u"LATEST"_s}),
-              AppUpdateStatus(UpdateUnsupported()));
-    EXPECT_EQ(snapshot.status({.token = u"fern"_s, .version = u"1"_s, .autoUpdates = true}),
-              AppUpdateStatus(UpdateUnsupported()));
-    EXPECT_EQ(snapshot.status({.token = u"moss"_s, .version = u"1"_s}), AppUpdateStatus(UpToDate()));
+    EXPECT_EQ(say({.token = u"fern"_s, .catalogVersion = u"LATEST"_s}).reason->code,
+              AppUpdateReason::Code::alwaysLatest);
+    EXPECT_EQ(say({.token = u"fern"_s, .catalogVersion = u"1"_s, .updatesItself = true}),
+              AppUpdateVerdict::unsupported(AppUpdateReason::Code::updatesItself));
+    EXPECT_EQ(say({.token = u"moss"_s, .catalogVersion = u"1"_s}).status, AppUpdateStatus(UpToDate()));
+    EXPECT_EQ(say({.token = u"bad"_s, .catalogVersion = u"1"_s}).status,
+              AppUpdateStatus(UpdateCheckFailed()));
+    EXPECT_EQ(say({.token = u"kept"_s, .catalogVersion = u"1"_s}).reason->code,
+              AppUpdateReason::Code::pinned);
 }
 
 TEST(FindBrews, GoesThroughThePlacesInOrderAndTakesEachBrewOnce) {
@@ -177,10 +221,9 @@ TEST(FindBrews, GoesThroughThePlacesInOrderAndTakesEachBrewOnce) {
     EXPECT_EQ(findBrews(mac.files, {{"HOMEBREW_PREFIX", ""}}),
               (QStringList{u"/opt/homebrew/bin/brew"_s, u"/usr/local/bin/brew"_s}));
 
-    EXPECT_TRUE(isHomebrewFingerprint(u"homebrew:/a/brew:1:2"_s, {u"/b/brew"_s, u"/a/brew"_s}));
-    EXPECT_FALSE(isHomebrewFingerprint(u"homebrew:/a/brew2:1"_s, {u"/a/brew"_s}));
-    EXPECT_TRUE(isHomebrewFingerprint(u"homebrew:/gone/brew:1"_s, {}));
-    EXPECT_FALSE(isHomebrewFingerprint(u"sparkle-v1"_s, {}));
+    EXPECT_EQ(ownershipOf(u"homebrew:/a/brew:1:2"_s),
+              (HomebrewCaskOwnership{.brewExecutablePath = u"/a/brew"_s, .catalogVersion = u"1:2"_s}));
+    EXPECT_EQ(ownershipOf(u"sparkle-v1"_s), std::nullopt);
 }
 
 // ---- feeds
@@ -191,8 +234,11 @@ QByteArray feed(const QByteArray& items, const QByteArray& prefix = "sparkle") {
            "</channel></rss>";
 }
 
-QString best(const QByteArray& document) {
-    const auto found = bestSparkleItem(document, u"14.0"_s);
+const Instant today = *Instant::fromIso8601(u"2026-11-14T12:00:00Z");
+
+QString best(const QByteArray& document, int rolloutGroup = 0) {
+    const auto found = bestSparkleItem(
+        document, {.systemVersion = u"14.0"_s, .now = today, .rolloutGroup = rolloutGroup});
     if (!found)
         return found.error() == SparkleFeedError::noItems ? u"no items"_s : u"damaged"_s;
     return *found ? (*found)->version + u'|' + (*found)->shownVersion : u"none"_s;
@@ -212,6 +258,74 @@ TEST(SparkleFeed, FindsVersionsWhereverTheyStand) {
     EXPECT_EQ(best(feed(R"(<item><sparkle:version>1</sparkle:version>
         <sparkle:deltas><enclosure sparkle:version="7"/></sparkle:deltas></item>)")),
               u"1|1"_s);
+}
+
+TEST(SparkleVersion, FollowsTheStandardComparison) {
+    struct Row {
+        const char16_t* older;
+        const char16_t* newer;
+    };
+    for (const auto& [older, newer] : {Row{u"3.7.0beta11", u"3.7.0"},
+                                       {u"v1.9", u"2.0"},
+                                       {u"1.9", u"V2.0"},
+                                       {u"3.0-rc1", u"3.0"},
+                                       {u"3.0-rc1", u"3.0-rc2"},
+                                       {u"2.9", u"2.10"},
+                                       {u"1.0b2", u"1.0b10"},
+                                       {u"1.0a9", u"1.0b1"},
+                                       {u"1.0b3", u"1.0.1"},
+                                       {u"1.0", u"1.0.1"},
+                                       {u"1.0", u"1.0.0.1"},
+                                       {u"1.0.0b1", u"1.0"},
+                                       {u"1.5 (22)", u"1.5 (23)"},
+                                       {u"1.5", u"1.5 (1)"},
+                                       {u"99", u"1117"},
+                                       {u"9", u"99999999999999999999999"}}) {
+        EXPECT_TRUE(compareSparkle(older, newer) < 0) << QString::fromUtf16(older).toStdString();
+        EXPECT_TRUE(compareSparkle(newer, older) > 0) << QString::fromUtf16(older).toStdString();
+    }
+    for (const auto& [one, same] :
+         {Row{u"1.0", u"1.0.0"}, {u"v2", u"2"}, {u"1.0", u"1.0"}, {u"007", u"7"}, {u"", u""}})
+        EXPECT_TRUE(compareSparkle(one, same) == 0) << QString::fromUtf16(one).toStdString();
+}
+
+TEST(SparkleVerdict, IsNoDowngradeAndTellsBuildsApart) {
+    const auto say = [](const QString& offered, const QString& shown, const QString& build) {
+        const auto verdict = SparkleUpdateChecker::verdict(SparkleItem{offered, shown, {}},
+                                                           {.version = u"1.0"_s, .build = build});
+        const auto* update = std::get_if<UpdateAvailable>(&verdict.status);
+        return update ? update->latestVersion : QString();
+    };
+    EXPECT_EQ(say(u"3.7.0beta11"_s, u"x"_s, u"3.7.0"_s), QString());
+    EXPECT_EQ(say(u"3.7.0"_s, u"3.7"_s, u"3.7.0beta11"_s), u"3.7"_s);
+    EXPECT_EQ(say(u"101"_s, u"1.0"_s, u"100"_s), u"1.0 (101)"_s);
+    EXPECT_EQ(best(feed(R"(<item><enclosure url="https://x/my_app.zip"/></item>)")), u"none"_s);
+}
+
+TEST(SparkleFeed, RollsOutInPhasesAndHasNotes) {
+    const QByteArray item = R"(<item><pubDate>Thu, 12 Nov 2026 12:00:00 +0000</pubDate>
+        <sparkle:version>2</sparkle:version>
+        <sparkle:phasedRolloutInterval>86400</sparkle:phasedRolloutInterval>%</item>
+        <item><sparkle:version>1</sparkle:version></item>)";
+    const QByteArray usual = feed(QByteArray(item).replace("%", ""));
+    EXPECT_EQ(best(usual, 2), u"2|2"_s) << "two days after it came out";
+    EXPECT_EQ(best(usual, 3), u"1|1"_s);
+    EXPECT_EQ(best(feed(QByteArray(item).replace("%", "<sparkle:criticalUpdate/>")), 6), u"2|2"_s);
+
+    const auto found = bestSparkleItem(feed(R"(<item><sparkle:version>2</sparkle:version>
+        <description><![CDATA[<h2>What&amp;s new</h2><ul><li>Faster &lt;3</li></ul>]]></description>
+        <sparkle:releaseNotesLink>https://example.com/notes</sparkle:releaseNotesLink></item>)"),
+                                       {.now = today});
+    ASSERT_TRUE(found && *found);
+    EXPECT_EQ((*found)->notes,
+              (AppUpdateNotes{u"What&s new Faster <3"_s, u"https://example.com/notes"_s}));
+
+    QByteArray many;
+    for (int i = 0; i < 500; ++i)
+        many += "<item><sparkle:version>" + QByteArray::number(i) + "</sparkle:version><description>" +
+                QByteArray(8'000, 'n') + "</description></item>";
+    EXPECT_EQ(best(feed(many)), u"499|499"_s);
+    EXPECT_LT(feed(many).size(), SparkleUpdateChecker::maximumFeedBytes);
 }
 
 TEST(SparkleFeed, LeavesOutWhatIsNotForEverybodyHere) {

@@ -8,7 +8,11 @@
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
+#include <QDeadlineTimer>
+
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 namespace tessellar {
 namespace {
@@ -26,8 +30,20 @@ public:
         Command shorter = command;
         shorter.timeout = 1'500ms;
         shorter.terminationGrace = shorter.finalGrace = 100ms;
-        return ProcessRunner().run(shorter, std::move(stop));
+        return _runner.run(shorter, std::move(stop));
     }
+    std::expected<std::int64_t, int> start(const Command& command, const QByteArray& file) override {
+        return _runner.start(command, file);
+    }
+    DetachedState look(std::int64_t number, const QByteArray& file) override {
+        return _runner.look(number, file);
+    }
+    void terminate(std::int64_t number, const QByteArray& file, bool now) override {
+        _runner.terminate(number, file, now);
+    }
+
+private:
+    ProcessRunner _runner;
 };
 
 /// Two brews, each with a cask of its own: one that does well, and one that does what a test says.
@@ -109,9 +125,63 @@ TEST_F(HomebrewProcessTest, WhatFailsCostsItsOwnApplicationsAlone) {
              "echo '{\"casks\":['\n"_ba,
              "exit 1\n"_ba,
              answers("Bad") + "kill -9 $$\n",
+             "if [ $1 = outdated ]; then exit 1; fi\n" + answers("Bad"),
              "if [ $1 = info ]; then sleep 60; fi\n" + answers("Bad"),
          })
         EXPECT_EQ((script(badBrew, body), check()), u"failed/2.0"_s) << body.toStdString();
+}
+
+TEST_F(HomebrewProcessTest, AnUpgradeOutlivesTheLauncher) {
+    // It downloads until the gate opens, and installs then.
+    const QString info = u"/Applications/Bad.app/Contents/Info.plist"_s;
+    const QString gate = u"/opt/homebrew/gate"_s;
+    mac.write(u"/opt/homebrew/new.plist"_s, mac.read(info).replace(">1.0<", ">2.0<"));
+    ASSERT_EQ(::mkfifo(mac.hostPath(gate).toUtf8().constData(), 0600), 0);
+    script(badBrew, R"(if [ "$1" = upgrade ]; then
+    echo '==> Downloading bad.zip'
+    read line <"GATE"
+    cp "NEW" "INFO"
+    exit 0
+fi
+)"_ba.replace("GATE", mac.hostPath(gate).toUtf8())
+                            .replace("NEW", mac.hostPath(u"/opt/homebrew/new.plist"_s).toUtf8())
+                            .replace("INFO", mac.hostPath(info).toUtf8()) +
+                        answers("Bad"));
+    const QString bad = u"org.example.bad"_s;
+    using Phase = AppUpdateActionState::Phase;
+    const auto until = [&](AppUpdateCoordinator& updates, const auto& isSo) {
+        QDeadlineTimer end(20s);
+        while (!isSo() && !end.hasExpired()) {
+            mac.settle();
+            mac.time.advance(AppUpdateRunner::lookInterval);
+        }
+        EXPECT_TRUE(isSo());
+        return updates.runner().state(bad).value_or(AppUpdateActionState());
+    };
+    {
+        AppUpdateCoordinator first(machine);
+        first.updateApps({test::app(u"Good"_s), test::app(u"Bad"_s)});
+        bool isKnown = false;
+        first.learnChannels([&] { isKnown = true; });
+        until(first, [&] { return isKnown; });
+        EXPECT_TRUE(first.runner().update(
+            {bad}, [](const AppUpdateQuestion&, const auto& answer) { answer(true); }));
+        until(first, [&] { return first.runner().state(bad)->phase == Phase::downloading; });
+    }
+    AppUpdateCoordinator second(machine);
+    second.start();
+    second.updateApps({test::app(u"Good"_s), test::app(u"Bad"_s)});
+    until(second, [&] {
+        const auto state = second.runner().state(bad);
+        return state && state->phase == Phase::downloading;
+    });
+    {
+        QFile opened(mac.hostPath(gate));
+        ASSERT_TRUE(opened.open(QIODevice::WriteOnly));
+        opened.write("go\n");
+    }
+    EXPECT_EQ(until(second, [&] { return !second.runner().isBusy(); }).message,
+              u"Updated to version 2.0."_s);
 }
 
 TEST_F(HomebrewProcessTest, ListingsGetTheirTimeAndBothPeriodsOfGrace) {

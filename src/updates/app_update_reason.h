@@ -1,0 +1,60 @@
+#pragma once
+
+#include "model/json.h"
+
+namespace tessellar {
+
+/// Why a check failed, why a channel cannot tell, or why an update is held back.
+struct AppUpdateReason {
+    enum class Code {
+        // failed
+        unreachable,
+        timedOut,
+        throttled,
+        refused, ///< the server answered with an error
+        redirected,
+        tooLarge,
+        notUnderstood,
+        notListed,
+        otherApplication,
+        noSpotlight,
+        brewFailed,
+        brewTimedOut,
+        brewNotUnderstood,
+        // cannot tell
+        noSecureAddress,
+        noFeed,
+        noInstalledVersion,
+        sharedListing,
+        noMacListing,
+        updatesItself,
+        alwaysLatest,
+        noStoreItem,
+        noChannel,
+        // held back
+        pinned, ///< in Homebrew
+    };
+    Code code = Code::unreachable;
+    QString detail; ///< a tool's own words, on one line; empty for none
+
+    bool operator==(const AppUpdateReason&) const = default;
+};
+
+/// One sentence, with the detail where there is one.
+QString message(const AppUpdateReason& reason);
+
+/// True where the same question may have another answer in a while.
+bool isPassing(const AppUpdateReason& reason);
+
+namespace json {
+
+template <>
+struct RawValues<AppUpdateReason::Code> : EnumeratorNames<AppUpdateReason::Code::pinned> {};
+template <>
+struct Fields<AppUpdateReason> {
+    static constexpr auto list =
+        fields(required("code", &AppUpdateReason::code), defaulted("detail", &AppUpdateReason::detail));
+};
+
+} // namespace json
+} // namespace tessellar

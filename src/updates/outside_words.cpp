@@ -1,0 +1,69 @@
+#include "updates/outside_words.h"
+
+#include "platform/text.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+constexpr qsizetype longestVersion = 100;
+constexpr qsizetype longestToken = 128;
+
+/// Of all that is neither seen nor a space: control and format characters, half surrogate pairs, what
+/// has no meaning.
+static bool isUnseen(QChar c) {
+    switch (c.category()) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Other_NotAssigned:
+    case QChar::Other_PrivateUse:
+        return true;
+    default:
+        return false;
+    }
+}
+
+static bool isSpace(QChar c) {
+    return c.isSpace() || c.category() == QChar::Separator_Line ||
+           c.category() == QChar::Separator_Paragraph;
+}
+
+QString onOneLine(QStringView text, qsizetype longest) {
+    QString line;
+    bool isSpaceDue = false;
+    for (qsizetype i = 0; i < text.size() && line.size() < longest; ++i) {
+        const QChar c = text[i];
+        if (isSpace(c)) {
+            isSpaceDue = !line.isEmpty();
+            continue;
+        }
+        const bool isPair = c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (isUnseen(c) || (c.isSurrogate() && !isPair))
+            continue;
+        if (std::exchange(isSpaceDue, false))
+            line += u' ';
+        line += c;
+        if (isPair)
+            line += text[++i];
+    }
+    return line;
+}
+
+std::optional<QString> plausibleVersion(QStringView text) {
+    const QString version = trimmed(text.left(4 * longestVersion));
+    if (version.isEmpty() || text.size() > 4 * longestVersion || version.size() > longestVersion ||
+        onOneLine(version, longestVersion) != version)
+        return std::nullopt;
+    return version;
+}
+
+bool isCaskToken(QStringView text) {
+    const auto isPlain = [](QChar c) {
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
+    };
+    return !text.isEmpty() && text.size() <= longestToken && isPlain(text[0]) &&
+           std::ranges::all_of(
+               text, [&](QChar c) { return isPlain(c) || QStringView(u"-_.+@").contains(c); });
+}
+
+} // namespace tessellar
