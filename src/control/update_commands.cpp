@@ -288,9 +288,9 @@ void addRun(CommandSet& set, CLI::App* group) {
     auto wanted = std::make_shared<std::vector<std::string>>();
     auto all = std::make_shared<bool>(false);
     auto yes = std::make_shared<bool>(false);
-    CLI::Option* keys = run->add_option("appkey", *wanted, "Applications, one after the other");
+    CLI::Option* named = run->add_option("appkey", *wanted, "Applications, one after the other");
     run->add_flag("--all", *all, "All that Homebrew or Microsoft AutoUpdate can update")
-        ->excludes(keys);
+        ->excludes(named);
     run->add_flag("--yes", *yes, "Go on where the launcher would ask first");
     set.onRun(run, CommandNeeds::launcherUntilStopped, [wanted, all, yes](const Call& call) {
         QStringList given;

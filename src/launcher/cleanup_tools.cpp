@@ -1,7 +1,7 @@
 #include "launcher/cleanup_tools.h"
 
 #include "platform/host_traits.h"
-#include "smartfolders/bundle_findings.h"
+#include "smartfolders/bundle_tools.h"
 
 namespace tessellar {
 
