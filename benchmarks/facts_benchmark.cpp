@@ -3,7 +3,6 @@
 // of its Info.plist.
 
 #include "sample/mac_builder.h"
-#include "smartfolders/bundle_findings.h"
 #include "smartfolders/smart_folder_evaluator.h"
 #include "smartfolders/smart_folder_facts_catalog.h"
 #include "smartfolders/smart_folder_facts_index.h"

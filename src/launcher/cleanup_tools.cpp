@@ -44,9 +44,9 @@ AppRelatedFilesScanner::TeamOf CleanupTools::teams() const {
             if (FileSystem::isWithin(application.path, QStringLiteral("/System")))
                 return QString();
             const auto answer = tools->signature(application.path, stop);
-            if (!answer)
+            if (!answer || !answer->isLasting)
                 return std::nullopt;
-            return *answer ? (*answer)->teamID.value_or(QString()) : QString();
+            return answer->findings ? answer->findings->teamID.value_or(QString()) : QString();
         };
 }
 

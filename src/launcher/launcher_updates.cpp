@@ -137,8 +137,7 @@ void LauncherUpdates::known() {
     for (const auto& done : std::exchange(_waiting, {}))
         done();
     // Which applications are Homebrew's, their bundles do not say; smart folders are not to guess.
-    if (!_coordinator->areChannelsKnown() &&
-        (_smartFolders.needs() & SmartFolderNeed::channels))
+    if (!_coordinator->areChannelsKnown() && (_smartFolders.needs() & SmartFolderNeed::channels))
         _coordinator->learnChannels([] {});
 }
 

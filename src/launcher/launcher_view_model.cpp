@@ -85,6 +85,9 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
         parts.subscriptions.push_back(signal.connect(std::move(call)));
     };
     follow(parts.applications.scanned, [this] { merge(); });
+    follow(parts.applications.keysChanged, [&parts](const QHash<QString, QString>& changedKeys) {
+        parts.smartFolders.followKeys(changedKeys);
+    });
     parts.listening.emplace(machine, parts);
     // Only now: icons that are seen are to be decoded before facts are gathered.
     follow(parts.applications.scanned,
@@ -97,9 +100,6 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     });
     follow(parts.layouts.shownModeChanged,
            [&parts] { parts.search.invalidate(parts.layouts.shownMode()); });
-    follow(parts.applications.keysChanged, [&parts](const QHash<QString, QString>& changedKeys) {
-        parts.smartFolders.changeKeys(changedKeys);
-    });
     follow(parts.smartFolders.changed, [&parts] { parts.search.invalidate(); });
     follow(parts.listening->updates.settingStored, [this] { applySettings(); });
     follow(parts.listening->updates.opened, [this] { launched.notify(); });

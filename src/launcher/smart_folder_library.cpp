@@ -196,8 +196,10 @@ void SmartFolderLibrary::recordLaunch(const QString& key) {
     startRoundFor(SmartFolderNeed::usage);
 }
 
-void SmartFolderLibrary::changeKeys(const QHash<QString, QString>& changedKeys) {
-    _usage.changeKeys(changedKeys);
+void SmartFolderLibrary::followKeys(const QHash<QString, QString>& changedKeys) {
+    if (!_usage.follow(changedKeys))
+        return;
+    _runtimeWithUsage.reset();
     _usage.save();
 }
 

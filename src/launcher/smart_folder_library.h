@@ -98,7 +98,8 @@ public:
     void setApps(const QList<AppEntry>& apps);
     void setView(LauncherWindowMode mode, SmartFolderView view);
     void recordLaunch(const QString& appKey);
-    void changeKeys(const QHash<QString, QString>& changedKeys);
+    /// Applications that go by another key now: what was recorded of them goes with them.
+    void followKeys(const QHash<QString, QString>& changedKeys);
     /// Changes what the launcher knows besides: update statuses, channels, custom icons.
     void setRuntimeFacts(SmartFolderRuntimeFacts facts);
     const SmartFolderRuntimeFacts& runtimeFacts() const { return _runtime; }

@@ -18,6 +18,7 @@ struct UsageDocument {
     static constexpr qint64 supportedVersion = AppUsageStore::supportedVersion;
     qint64 version = supportedVersion;
     bool isComplete = true;
+    std::optional<Instant> since; ///< not in older files
     UsageRecords records;
 };
 
@@ -49,9 +50,10 @@ struct Codec<UsageRecords> {
 };
 template <>
 struct Fields<UsageDocument> {
-    static constexpr auto list = fields(required("version", &UsageDocument::version),
-                                        defaulted("isComplete", &UsageDocument::isComplete),
-                                        required("records", &UsageDocument::records));
+    static constexpr auto list =
+        fields(required("version", &UsageDocument::version),
+               defaulted("isComplete", &UsageDocument::isComplete),
+               optional("since", &UsageDocument::since), required("records", &UsageDocument::records));
 };
 } // namespace json
 
@@ -70,16 +72,53 @@ void AppUsageStore::load() {
     _records.clear();
     _isComplete = true;
     _isChanged = false;
+    _since = _machine.clock.now();
     auto document = loadJsonOrSetAside<UsageDocument>(_file, _machine.clock, _machine.uuids);
     if (!document) {
         _machine.log.warning(document.error().text);
-        _isComplete = false;
-        _isChanged = true; // so that the loss is remembered
+        lose();
     } else if (*document) {
         _records = std::move((*document)->records.byKey);
-        _isComplete = (*document)->isComplete && (*document)->records.isWhole;
+        _isComplete = (*document)->isComplete;
+        for (const AppUsage& usage : std::as_const(_records))
+            if (_isComplete && !(*document)->since)
+                _since = std::min(_since, usage.firstSeen);
+        _since = (*document)->since.value_or(_since);
+        if (!(*document)->records.isWhole)
+            lose();
         makeRoom();
     }
+}
+
+/// From now on the records are whole again.
+void AppUsageStore::lose() {
+    _isComplete = false;
+    _since = _machine.clock.now();
+    _isChanged = true; // so that the loss is remembered
+}
+
+bool AppUsageStore::isOld() const { return _machine.clock.now() - _since >= completeAfter; }
+
+bool AppUsageStore::follow(const QHash<QString, QString>& changedKeys) {
+    bool isAny = false;
+    for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it) {
+        const auto before = _records.constFind(it.key());
+        if (before == _records.constEnd() || it.value().size() > maximumKeyLength)
+            continue;
+        const AppUsage old = *before;
+        _records.erase(before);
+        const bool isKnown = _records.contains(it.value());
+        AppUsage& usage = _records[it.value()];
+        if (!isKnown) {
+            usage = old;
+        } else {
+            usage.firstSeen = std::min(usage.firstSeen, old.firstSeen);
+            usage.lastUsed = std::max(usage.lastUsed, old.lastUsed);
+            usage.count += std::min(old.count, std::numeric_limits<qint64>::max() - usage.count);
+        }
+        isAny = _isChanged = true;
+    }
+    return isAny;
 }
 
 AppUsage* AppUsageStore::record(const QString& appKey, Instant now) {
@@ -114,26 +153,6 @@ void AppUsageStore::recordLaunch(const QString& appKey) {
     }
 }
 
-void AppUsageStore::changeKeys(const QHash<QString, QString>& changedKeys) {
-    // All are taken out before any is put in: two may change places.
-    QMap<QString, AppUsage> moved;
-    for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it)
-        if (const auto found = _records.constFind(it.key()); found != _records.constEnd()) {
-            moved.insert(it.value(), *found);
-            _records.erase(found);
-        }
-    for (auto it = moved.cbegin(); it != moved.cend(); ++it) {
-        AppUsage usage = *it;
-        if (const auto there = _records.constFind(it.key()); there != _records.constEnd()) {
-            usage.firstSeen = std::min(usage.firstSeen, there->firstSeen);
-            usage.lastUsed = std::max(usage.lastUsed, there->lastUsed);
-            usage.count = std::max(usage.count, there->count);
-        }
-        _records.insert(it.key(), usage);
-        _isChanged = true;
-    }
-}
-
 void AppUsageStore::makeRoom() {
     if (_records.size() <= maximumRecords)
         return;
@@ -144,8 +163,8 @@ void AppUsageStore::makeRoom() {
     std::ranges::sort(byUse);
     byUse.resize(byUse.size() - maximumRecords * 9 / 10);
     for (const auto& [used, key] : byUse) {
-        _isComplete = _isComplete && _records.value(key).count == 0;
-        _records.remove(key);
+        if (_records.take(key).count > 0)
+            lose();
     }
     _isChanged = true;
 }
@@ -153,7 +172,7 @@ void AppUsageStore::makeRoom() {
 void AppUsageStore::save() {
     if (!std::exchange(_isChanged, false))
         return;
-    saveJson(_file, UsageDocument{.isComplete = _isComplete, .records = {_records}});
+    saveJson(_file, UsageDocument{.isComplete = isComplete(), .since = _since, .records = {_records}});
     _file.whenWritten([this](const BackgroundFile::Result& written) {
         if (written)
             return;
@@ -170,12 +189,12 @@ std::expected<void, FileError> AppUsageStore::flush() {
 void AppUsageStore::fill(SmartFolderRuntimeFacts& facts) const {
     for (auto it = _records.cbegin(); it != _records.cend(); ++it) {
         facts.firstSeenDates.insert(it.key(), it->firstSeen);
-        if (it->count > 0 || _isComplete)
+        if (it->count > 0 || isComplete())
             facts.launchCounts.insert(it.key(), it->count);
         if (it->lastUsed)
             facts.lastUsedDates.insert(it.key(), *it->lastUsed);
     }
-    facts.usageDataIsComplete = _isComplete;
+    facts.usageDataIsComplete = isOld();
 }
 
 } // namespace tessellar

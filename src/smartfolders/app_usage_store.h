@@ -25,6 +25,8 @@ struct AppUsage {
 class AppUsageStore {
 public:
     static constexpr qint64 supportedVersion = 1;
+    /// How long launches have to be recorded before it can be said that there was none.
+    static constexpr std::chrono::days completeAfter{30};
     static constexpr qsizetype maximumRecords = 20'000;
     static constexpr qsizetype maximumKeyLength = 1'024;
     static constexpr std::uint64_t maximumBytes = 32u << 20;
@@ -37,8 +39,8 @@ public:
     /// Applications that are there; true when one of them is new.
     bool recordSeen(const QStringList& appKeys);
     void recordLaunch(const QString& appKey);
-    /// Applications are known by other keys now: their records go along.
-    void changeKeys(const QHash<QString, QString>& changedKeys);
+    /// Applications that go by another key now; true when one of them was recorded.
+    bool follow(const QHash<QString, QString>& changedKeys);
     /// Hands over what has changed since the last save. What goes wrong is logged, and tried again with
     /// the next.
     void save();
@@ -46,11 +48,14 @@ public:
     std::expected<void, FileError> flush();
 
     const QMap<QString, AppUsage>& records() const { return _records; }
-    bool isComplete() const { return _isComplete; }
+    /// No record was lost, or so long ago that it no longer matters.
+    bool isComplete() const { return _isComplete || isOld(); }
     /// Fills in what usage tells.
     void fill(SmartFolderRuntimeFacts& facts) const;
 
 private:
+    bool isOld() const;
+    void lose();
     AppUsage* record(const QString& appKey, Instant now);
     void makeRoom();
 
@@ -58,6 +63,7 @@ private:
     BackgroundFile _file;
     QMap<QString, AppUsage> _records;
     bool _isComplete = true;
+    Instant _since; ///< launches have been recorded, without a loss
     bool _isChanged = false;
 };
 

@@ -1,5 +1,7 @@
 #include "smartfolders/bundle_answer_cache.h"
 
+#include "model/json_file.h"
+
 namespace tessellar {
 
 namespace {
@@ -12,7 +14,8 @@ struct Record {
 };
 
 struct CacheDocument {
-    qint64 version = BundleAnswerCache::supportedVersion;
+    static constexpr qint64 supportedVersion = BundleAnswerCache::supportedVersion;
+    qint64 version = supportedVersion;
     QMap<QString, Record> bundles;
 };
 
@@ -40,17 +43,18 @@ struct Fields<CacheDocument> {
 
 } // namespace json
 
+BundleAnswerCache::BundleAnswerCache(const FileSystem& files, const QString& path) {
+    if (!path.isEmpty())
+        _file.emplace(files, path, maximumBytes);
+}
+
 void BundleAnswerCache::load() {
-    if (_path.isEmpty())
+    if (!_file)
         return;
-    const auto bytes = _files.read(_path, maximumBytes);
-    _isBlocked = !bytes && bytes.error().code != FileError::Code::notFound &&
-                 bytes.error().code != FileError::Code::tooLarge;
-    if (!bytes)
+    const auto loaded = loadJson<CacheDocument>(*_file);
+    if (!loaded || !*loaded)
         return;
-    auto document = json::decodeDocument<CacheDocument>(*bytes);
-    if (!document || document->version != supportedVersion)
-        return;
+    const std::optional<CacheDocument>& document = *loaded;
     for (auto it = document->bundles.cbegin(); it != document->bundles.cend(); ++it) {
         Kept kept{.fingerprint = it->fingerprint};
         if (const auto& names = it->architectures)
@@ -83,7 +87,7 @@ void BundleAnswerCache::keep(const QString& bundlePath, const QString& fingerpri
 }
 
 std::expected<void, FileError> BundleAnswerCache::save() {
-    if (!_isChanged || _isBlocked || _path.isEmpty())
+    if (!_file || _file->blocked() || !_isChanged)
         return {};
     if (_bundles.size() > maximumBundles)
         std::erase_if(_bundles, [](const auto& each) { return !each.second.isInUse; });
@@ -98,9 +102,7 @@ std::expected<void, FileError> BundleAnswerCache::save() {
             record.signature = answer->findings.value_or(SignatureFindings());
         document.bundles.insert(path, std::move(record));
     }
-    if (const auto made = _files.createDirectories(FileSystem::parent(_path)); !made)
-        return made;
-    const auto written = _files.writeAtomically(_path, json::writeCompact(json::encode(document)));
+    const auto written = saveJson(*_file, document);
     _isChanged = !written;
     return written;
 }

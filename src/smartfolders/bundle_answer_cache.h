@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/stored_file.h"
 #include "smartfolders/bundle_tools.h"
 
 #include <unordered_map>
@@ -18,7 +19,7 @@ public:
     static constexpr std::uint64_t maximumBytes = 16u << 20;
 
     /// Without a path nothing is kept.
-    BundleAnswerCache(const FileSystem& files, QString path) : _files(files), _path(std::move(path)) {}
+    BundleAnswerCache(const FileSystem& files, const QString& path);
 
     void load();
     /// What is known of a bundle in this state.
@@ -36,11 +37,9 @@ private:
         mutable bool isInUse = false;
     };
 
-    const FileSystem& _files;
-    QString _path;
+    std::optional<StoredFile> _file;
     std::unordered_map<QString, Kept> _bundles;
     bool _isChanged = false;
-    bool _isBlocked = false; ///< the file is there and could not be read: it may be good
 };
 
 } // namespace tessellar

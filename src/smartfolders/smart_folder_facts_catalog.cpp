@@ -233,26 +233,28 @@ private:
 
     /// Has some workers take `step` for each of so many places, and the last of them `end` the stage.
     template <typename Step, typename End>
-    void spread(const RoundPointer& round, std::size_t most, std::size_t count, Step step, End end) {
-        const auto workers = std::clamp<std::size_t>(count, 1, std::max<std::size_t>(most, 1));
+    void spread(Lane lane, const RoundPointer& round, std::size_t count, Step step, End end) {
+        const auto workers = std::clamp<std::size_t>(count, 1, _machine.workers.threadCount(lane));
         round->next = 0;
         round->working = workers;
         for (std::size_t i = 0; i < workers; ++i)
-            _machine.workers.submit(round->stop, [self = shared_from_this(), round, count, step,
-                                                  end](std::stop_token stop) {
-                for (std::size_t place = round->next++;
-                     place < count && !stop.stop_requested() && !self->_isEnding; place = round->next++)
-                    step(place, stop);
-                if (--round->working == 0)
-                    end();
-            });
+            _machine.workers.submit(
+                lane, round->stop,
+                [self = shared_from_this(), round, count, step, end](std::stop_token stop) {
+                    for (std::size_t place = round->next++;
+                         place < count && !stop.stop_requested() && !self->_isEnding;
+                         place = round->next++)
+                        step(place, stop);
+                    if (--round->working == 0)
+                        end();
+                });
     }
 
     // ---- the bundles' own files
 
     void readBundles(const RoundPointer& round) {
         spread(
-            round, _machine.workers.threadCount(), round->items.size(),
+            Lane::files, round, round->items.size(),
             [this, round](std::size_t i, const std::stop_token& stop) {
                 std::call_once(_cacheLoaded, [this] { _kept.load(); });
                 Item& item = round->items[i];
@@ -272,7 +274,9 @@ private:
         const bool isWhole =
             !round->stop.stop_requested() && !_isEnding &&
             std::ranges::all_of(round->items, [](const Item& item) { return item.record != nullptr; });
-        if (isWhole) {
+        if (!isWhole) {
+            drop(*round);
+        } else {
             for (std::size_t i = 0; i < round->items.size(); ++i)
                 if (round->items[i].record->pending & toolNeeds)
                     round->waiting.push_back(i);
@@ -287,8 +291,7 @@ private:
 
     void askTools(const RoundPointer& round) {
         spread(
-            // Not all: while tools run, there is other work to do.
-            round, _machine.workers.threadCount() - 1, round->waiting.size(),
+            Lane::tools, round, round->waiting.size(),
             [this, round](std::size_t place, const std::stop_token& stop) {
                 const std::size_t i = round->waiting[place];
                 const AppEntry& app = round->app(i);
@@ -479,6 +482,13 @@ private:
             if (!stop.stop_requested() && !self->_isEnding)
                 gathered(records, isComplete);
         });
+        if (isComplete)
+            drop(round);
+    }
+
+    /// Who asked may hold what only the main thread may touch, and let go of.
+    void drop(Round& round) {
+        _machine.workers.mailbox().post([gathered = std::move(round.gathered)] {});
     }
 
     struct Known {

@@ -7,7 +7,7 @@
 
 #include "smartfolders/smart_folder_rule.h"
 
-#include <semaphore>
+#include <latch>
 
 namespace tessellar {
 namespace {
@@ -189,10 +189,9 @@ TEST_F(SmartFolderLibraryTest, FoldersGoByTheNamesOfTheModeThatIsShown) {
 }
 
 TEST_F(SmartFolderLibraryTest, AFolderThatWaitsForAToolHoldsUpNoOther) {
-    std::binary_semaphore answer(0);
+    std::latch answer(1);
     mac.tool(u"/usr/bin/codesign"_qs, [&](const Command&, std::stop_token) {
-        answer.acquire();
-        answer.release();
+        answer.wait();
         return test::exited(0, {}, "Authority=Developer ID Application: Fern Ltd (ABCDE12345)\n");
     });
     start();
@@ -207,7 +206,7 @@ TEST_F(SmartFolderLibraryTest, AFolderThatWaitsForAToolHoldsUpNoOther) {
     EXPECT_EQ(library().notice(idOf(u"A"_qs), mode()), u"");
     EXPECT_EQ(shown(u"Fern"_qs), u"Beech"); // what is known
     EXPECT_EQ(library().notice(signedOnes.id, mode()), u"Still gathering… (Developer)");
-    answer.release();
+    answer.count_down();
     mac.settle();
     EXPECT_EQ(shown(u"Fern"_qs), u"Ash Beech Iris");
     EXPECT_EQ(library().notice(signedOnes.id, mode()), u"");

@@ -43,7 +43,24 @@ TEST_F(AppUsageStores, RemembersWhatWasSeenAndLaunched) {
     EXPECT_EQ(facts.firstSeenDates.value(other), first);
     EXPECT_EQ(facts.launchCounts, (QHash<QString, qint64>{{app, 2}, {other, 0}}));
     EXPECT_EQ(facts.lastUsedDates.size(), 1);
+    EXPECT_FALSE(facts.usageDataIsComplete); // on the first day nothing can be called never used
+    machine.time.advance(AppUsageStore::completeAfter);
+    again->fill(facts);
     EXPECT_TRUE(facts.usageDataIsComplete);
+}
+
+TEST_F(AppUsageStores, FollowsAnApplicationThatGoesByAnotherKey) {
+    const auto store = loaded();
+    store->recordLaunch(app);
+    const AppUsage usage = store->records().value(app);
+    EXPECT_TRUE(store->follow({{app, other}})); // a second copy has come
+    EXPECT_EQ(store->records(), (QMap<QString, AppUsage>{{other, usage}}));
+    machine.time.advance(std::chrono::hours(1));
+    store->recordLaunch(app);
+    EXPECT_TRUE(store->follow({{other, app}})); // and gone again
+    EXPECT_EQ(store->records().keys(), QStringList{app});
+    EXPECT_EQ(store->records().value(app), (AppUsage{usage.firstSeen, machine.time.now(), 2}));
+    EXPECT_FALSE(store->follow({{other, app}}));
 }
 
 TEST_F(AppUsageStores, SetsADamagedFileAsideAndKnowsItsLoss) {
@@ -60,6 +77,11 @@ TEST_F(AppUsageStores, SetsADamagedFileAsideAndKnowsItsLoss) {
         SmartFolderRuntimeFacts facts;
         store->fill(facts);
         EXPECT_FALSE(facts.usageDataIsComplete || facts.launchCounts.contains(app));
+        // A loss matters for so long, and no longer.
+        machine.time.advance(AppUsageStore::completeAfter);
+        EXPECT_TRUE(loaded()->isComplete());
+        store->fill(facts);
+        EXPECT_TRUE(facts.usageDataIsComplete && facts.launchCounts.contains(app));
     }
     const QStringList aside = machine.names(folder).filter(QStringLiteral("app-usage.damaged-"));
     ASSERT_EQ(aside.size(), 3);

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <latch>
 #include <semaphore>
 
 namespace tessellar {
@@ -178,10 +179,9 @@ TEST_F(SmartFolderFactsCatalogs, TellsWhatFilesSayBeforeAnyToolHasAnswered) {
     for (int i = 0; i < 3; ++i)
         apps += add({.name = u"App %1"_s.arg(i)});
     // A tool that answers only when the test lets it.
-    std::binary_semaphore answer(0);
+    std::latch answer(1);
     machine.tool(u"/usr/bin/codesign"_s, [&](const Command&, std::stop_token) {
-        answer.acquire();
-        answer.release();
+        answer.wait();
         return test::exited(0, {}, "TeamIdentifier=ABCDE12345\n");
     });
     QList<SmartFolderFactsList> told;
@@ -202,7 +202,7 @@ TEST_F(SmartFolderFactsCatalogs, TellsWhatFilesSayBeforeAnyToolHasAnswered) {
     });
     machine.mailbox.waitAndDrain();
     EXPECT_EQ(quick.size(), 3);
-    answer.release();
+    answer.count_down();
     machine.settle();
     EXPECT_EQ(told.last()[2]->signingTeamID, u"ABCDE12345");
     EXPECT_FALSE(told.last()[2]->pending);
@@ -450,6 +450,25 @@ TEST_F(SmartFolderFactsCatalogs, CancelledRequestsReachNobody) {
     shortLived.reset();
     machine.settle();
     EXPECT_EQ(order.size(), 2);
+}
+
+TEST_F(SmartFolderFactsCatalogs, AToolThatHangsHoldsUpNoOtherKindOfWork) {
+    std::latch opened{1};
+    machine.tool(u"/usr/bin/codesign"_s, [&](const Command&, std::stop_token) {
+        opened.wait();
+        return test::exited(1);
+    });
+    QList<AppEntry> apps;
+    for (const auto& name : {u"A"_s, u"B"_s, u"C"_s, u"D"_s})
+        apps.append(add({.name = name, .identifier = u"org.example."_s + name}));
+    const Task task = catalog.facts({apps, {}, all}, [](const SmartFolderFactsList&, bool) {});
+    for (const Lane lane : {Lane::files, Lane::decoding, Lane::actions, Lane::saving}) {
+        const auto ran = std::make_shared<std::binary_semaphore>(0);
+        machine.workers.submit(lane, {}, [ran](std::stop_token) { ran->release(); });
+        EXPECT_TRUE(ran->try_acquire_for(std::chrono::seconds(30))); // only a failure takes so long
+    }
+    opened.count_down();
+    machine.settle();
 }
 
 } // namespace
