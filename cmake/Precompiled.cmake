@@ -36,7 +36,9 @@ function(tessellar_use_precompiled target name)
 endfunction()
 
 tessellar_precompiled(core HEADERS ${precompiled_core} LIBRARIES Qt6::Core)
-tessellar_precompiled(tests HEADERS ${precompiled_core} <gmock/gmock.h> <gtest/gtest.h>
-    LIBRARIES Qt6::Core GTest::gmock)
+if(BUILD_TESTING)
+    tessellar_precompiled(tests HEADERS ${precompiled_core} <gmock/gmock.h> <gtest/gtest.h>
+        LIBRARIES Qt6::Core GTest::gmock)
+endif()
 tessellar_precompiled(window HEADERS ${precompiled_core} <QtQml/qqmlprivate.h> <QQmlEngine> <QQuickItem>
     LIBRARIES Qt6::Core Qt6::Qml Qt6::Quick)

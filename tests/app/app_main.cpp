@@ -1,9 +1,8 @@
 #include "launcher_fixture.h"
+#include "tests/support/run_tests.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
-
-#include <gmock/gmock.h>
 
 namespace {
 
@@ -27,6 +26,5 @@ int main(int argc, char** argv) {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QGuiApplication application(argc, argv);
     previous = qInstallMessageHandler(collect);
-    testing::InitGoogleMock(&argc, argv);
-    return RUN_ALL_TESTS();
+    return tessellar::test::runTests(argc, argv);
 }

@@ -135,6 +135,9 @@ TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
     RunningLauncher running(root.path());
     LauncherCleanup& cleanup = running.launcher.cleanup();
     Mailbox& mailbox = running.machine.workers.mailbox();
+    const auto until = [&](const std::function<bool()>& isSo) {
+        test::waitUntil(isSo, [&] { mailbox.waitAndDrain(); });
+    };
     std::function<void()> leave;
     const auto removeUnder = [&](const std::function<void()>& meanwhile) {
         std::optional<int> status;
@@ -145,8 +148,7 @@ TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
                                  .finished = [&](int ended) { status = ended; },
                                  .whenUnwanted = [&](std::function<void()> call) { leave = call; }});
         meanwhile();
-        while (!status)
-            mailbox.waitAndDrain();
+        until([&] { return status.has_value(); });
         EXPECT_EQ(*status, 1);
         return said;
     };
@@ -155,8 +157,7 @@ TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
     const QByteArray closed = "The review was closed meanwhile.\n";
     EXPECT_EQ(removeUnder([&] { cleanup.close(); }), closed);
     EXPECT_EQ(removeUnder([&] { cleanup.open(u"org.example.beech"_s); }), closed);
-    while (cleanup.phase() != LauncherCleanup::Phase::review || cleanup.isMeasuring())
-        mailbox.waitAndDrain();
+    until([&] { return cleanup.phase() == LauncherCleanup::Phase::review && !cleanup.isMeasuring(); });
     EXPECT_EQ(cleanup.app().name, u"Beech") << "the other review goes on";
     EXPECT_TRUE(exists(bundle) && exists(u"/Applications/Beech.app"_s));
 }

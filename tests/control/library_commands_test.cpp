@@ -46,8 +46,7 @@ protected:
         return paths;
     }
     static void wait(QProcess& process) {
-        while (process.state() != QProcess::NotRunning)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        test::processEventsUntil([&] { return process.state() == QProcess::NotRunning; });
     }
 };
 

@@ -6,6 +6,7 @@
 #include "platform/host_machine.h"
 #include "sample/mac_builder.h"
 #include "support/printers.h"
+#include "support/run_tests.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -67,8 +68,7 @@ protected:
         process.write(input);
         process.closeWriteChannel();
         // A launcher in this process may have to answer it.
-        while (process.state() != QProcess::NotRunning)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        test::processEventsUntil([&] { return process.state() == QProcess::NotRunning; });
         return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
     }
 };

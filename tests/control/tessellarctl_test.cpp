@@ -331,23 +331,19 @@ TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
     QProcess process;
     process.start(QStringLiteral(TESSELLARCTL),
                   {u"--root"_qs, root.path(), u"updates"_qs, u"check"_qs});
-    while (!launcher.updates().isChecking())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    test::processEventsUntil([&] { return launcher.updates().isChecking(); });
     EXPECT_EQ(run({u"updates"_qs, u"check"_qs}).code(), u"alreadyChecking");
     EXPECT_TRUE(launcher.updates().isChecking()) << "who was refused ends nothing";
     process.kill();
-    while (launcher.updates().isChecking())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    test::processEventsUntil([&] { return !launcher.updates().isChecking(); });
     process.waitForFinished();
 
     // Who asks for the end of it hears of that.
     process.start(QStringLiteral(TESSELLARCTL),
                   {u"--root"_qs, root.path(), u"updates"_qs, u"check"_qs});
-    while (!launcher.updates().isChecking())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    test::processEventsUntil([&] { return launcher.updates().isChecking(); });
     ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
-    while (process.state() != QProcess::NotRunning)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    test::processEventsUntil([&] { return process.state() == QProcess::NotRunning; });
     EXPECT_EQ(process.exitCode(), 1);
     EXPECT_EQ(process.readAllStandardError(), "The check was cancelled.\n");
     EXPECT_FALSE(launcher.updates().isChecking());

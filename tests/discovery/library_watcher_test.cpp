@@ -40,12 +40,7 @@ protected:
     void scanned(Instant startedAt = *Instant::fromIso8601(u"2100-01-01T00:00:00Z")) {
         const int before = established;
         watcher->scanned(scan, startedAt);
-        until([&] { return established > before; });
-    }
-    /// Waits for what comes from other threads; the hand-moved time stands still.
-    void until(const std::function<bool()>& isSo) {
-        while (!isSo())
-            machine.mailbox.waitAndDrain();
+        machine.until([&] { return established > before; });
     }
     /// Until the watcher has heard of a change and done what it does at once.
     void heard() {
@@ -99,7 +94,7 @@ TEST_F(LibraryWatcherTest, GathersChangesIntoOneScan) {
 TEST_F(LibraryWatcherTest, TellsAtOnceOfAnApplicationThatIsGoneAndWaitsForItsReplacement) {
     start();
     rename(u"/Applications/A.app"_s, u"/A.app"_s);
-    until([&] { return !gone.isEmpty(); });
+    machine.until([&] { return !gone.isEmpty(); });
     EXPECT_EQ(gone, QStringList{u"/Applications/A.app"_s});
     machine.time.advance(3s);
     EXPECT_TRUE(rescans.isEmpty());
@@ -111,7 +106,7 @@ TEST_F(LibraryWatcherTest, TellsAtOnceOfAnApplicationThatIsGoneAndWaitsForItsRep
     EXPECT_EQ(rescans.size(), 1);
     // One that stays away goes with the scan five seconds later.
     machine.remove(u"/Applications/B.app"_s);
-    until([&] { return gone.size() == 2; });
+    machine.until([&] { return gone.size() == 2; });
     machine.time.advance(4'999ms);
     EXPECT_EQ(rescans.size(), 1);
     machine.time.advance(1ms);
@@ -139,7 +134,7 @@ TEST_F(LibraryWatcherTest, FollowsFoldersThatComeAndGo) {
     start();
     const auto noticed = [&](const QString& directory) {
         rescans.clear();
-        until([&] {
+        machine.until([&] {
             machine.time.advance(500ms);
             return rescans.join(u' ').contains(directory);
         });
@@ -157,7 +152,7 @@ TEST_F(LibraryWatcherTest, FollowsFoldersThatComeAndGo) {
     machine.makeFolder(u"/Volumes/Stick"_s);
     noticed(u"/Volumes"_s);
     rename(u"/Applications"_s, u"/Elsewhere"_s);
-    until([&] { return gone.size() == 2; });
+    machine.until([&] { return gone.size() == 2; });
     // What lies beside a folder that is awaited is no one's concern.
     scanned();
     machine.remove(later);
@@ -183,7 +178,7 @@ TEST_F(LibraryWatcherTest, FollowsAPathToTheVolumeThatCameOverIt) {
     start(std::move(owned));
     const auto notices = [&](const QStringList& directories) {
         rescans.clear();
-        until([&] {
+        machine.until([&] {
             machine.time.advance(500ms);
             return !rescans.isEmpty();
         });
@@ -219,7 +214,7 @@ TEST_F(LibraryWatcherTest, LooksAtAnIncompleteBundleUntilItIsReadyOrGone) {
     machine.write(executable, "x");
     QFile::setPermissions(machine.hostPath(executable), QFile::ReadOwner | QFile::ExeOwner);
     EXPECT_TRUE(rescans.isEmpty());
-    until([&] {
+    machine.until([&] {
         machine.time.advance(1s);
         return !rescans.isEmpty();
     });
@@ -256,7 +251,7 @@ TEST_F(LibraryWatcherTest, PollsWhatTheSystemHasNoWatchesFor) {
     machine.time.advance(10s);
     machine.makeFolder(u"/Work/X.app"_s);
     machine.remove(u"/Applications/A.app"_s);
-    until([&] {
+    machine.until([&] {
         machine.time.advance(10s);
         return rescans.join(u' ').contains(u"/Work"_s) && !gone.isEmpty();
     });

@@ -29,20 +29,19 @@ protected:
             notices.append(json::rawValue(notice.kind) + u' ' + notice.paths.join(u' '));
         });
         launcher->libraryWatch().start(std::move(events));
-        until([&] { return !launcher->libraryWatch().watchedDirectories().isEmpty(); });
+        mac.until([&] { return !launcher->libraryWatch().watchedDirectories().isEmpty(); });
         notices.clear();
     }
     /// Lets time pass until a scan has found what is to be found.
     void follow(const std::function<bool()>& isSo) {
-        while (!isSo()) {
-            mac.settle();
-            if (isSo())
-                return;
+        mac.settle();
+        waitUntil(isSo, [this] {
             if (time.pendingCount() == 0)
                 mac.mailbox.waitAndDrain();
             else
                 time.advance(100ms);
-        }
+            mac.settle();
+        });
     }
     void rename(const QString& from, const QString& to) {
         std::filesystem::rename(mac.hostPath(from).toStdString(), mac.hostPath(to).toStdString());
@@ -68,7 +67,7 @@ TEST_F(LibraryWatchTest, ApplicationsComeAndGoByThemselves) {
 
     notices.clear();
     mac.remove(u"/Applications/Beech.app"_s);
-    until([&] { return isUnavailable(u"Beech"_s); });
+    mac.until([&] { return isUnavailable(u"Beech"_s); });
     EXPECT_EQ(sketched(), u"Ash Beech Cedar Dogwood") << "it leaves with the next scan";
     follow([&] { return sketched() == u"Ash Cedar Dogwood"; });
     EXPECT_EQ(notices.first(), u"gone /Applications/Beech.app");
@@ -104,7 +103,7 @@ TEST_F(LibraryWatchTest, ABundleReplacedInPlaceNeverLosesItsTile) {
     // The new one is made ready elsewhere, the old one taken away, the new one moved to its place.
     const QString ready = install(u"Beech"_s, u"/tmp/update"_s, u"2.0"_s);
     rename(u"/Applications/Beech.app"_s, u"/tmp/old.app"_s);
-    until([&] { return isUnavailable(u"Beech"_s); });
+    mac.until([&] { return isUnavailable(u"Beech"_s); });
     time.advance(3s);
     mac.settle();
     rename(ready, u"/Applications/Beech.app"_s);

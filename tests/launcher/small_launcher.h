@@ -40,11 +40,6 @@ protected:
         launcher->applications().look();
         mac.settle();
     }
-    /// Waits for what comes from other threads; the hand-moved time stands still.
-    void until(const std::function<bool()>& isSo) {
-        while (!isSo())
-            mac.mailbox.waitAndDrain();
-    }
     void store(const Pages& pages, const QSet<QString>& hidden = {}) {
         mac.write(data + u"/layout.json"_s,
                   json::write(json::encode(LayoutDocument{.pages = pages, .hiddenKeys = hidden})));

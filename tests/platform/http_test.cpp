@@ -3,6 +3,7 @@
 #include "tests/support/loopback_server.h"
 #include "tests/support/manual_time.h"
 #include "tests/support/printers.h"
+#include "tests/support/run_tests.h"
 
 #include <QCoreApplication>
 
@@ -22,8 +23,7 @@ protected:
             _client.get(request, [&](HttpClient::Answer answer) { result = std::move(answer); });
         EXPECT_FALSE(result) << "answered before get had returned";
         _time.advance(0ms);
-        while (!result)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        test::processEventsUntil([&] { return result.has_value(); });
         return *result;
     }
     HttpClient::Answer get(const QString& path) { return get({.url = _server.url(path)}); }
@@ -113,8 +113,7 @@ TEST_F(NetworkHttpClientTest, StopsAtItsTimeAndWhenTheCallIsDropped) {
     std::optional<HttpClient::Answer> result;
     const auto keep = [&](HttpClient::Answer answer) { result = std::move(answer); };
     HttpCall call = _client.get({.url = _server.url(QStringLiteral("/stalled"))}, keep);
-    while (_server.paths.isEmpty())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    test::processEventsUntil([&] { return !_server.paths.isEmpty(); });
     _time.advance(14'999ms);
     EXPECT_FALSE(result);
     _time.advance(1ms);

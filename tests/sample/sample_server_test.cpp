@@ -4,6 +4,7 @@
 #include "sample/demonstration_updates.h"
 #include "sample/tools.h"
 #include "support/altered_machine.h"
+#include "support/run_tests.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -78,8 +79,7 @@ TEST(SampleServer, AFullCheckFindsUpdatesThroughAllChannels) {
                  },
              .progress = {},
              .done = [&](const auto& outcome) { completed = outcome.value_or(false); }});
-    while (!completed)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    test::processEventsUntil([&] { return completed.has_value(); });
     EXPECT_EQ(completed, true);
     EXPECT_EQ(found, (QMap<QString, QString>{{u"com.example.ferrule"_s, u"2.0.1"_s},
                                              {u"com.example.newsreel"_s, u"2.0.1"_s},

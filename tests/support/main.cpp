@@ -1,9 +1,8 @@
-#include <QCoreApplication>
+#include "tests/support/run_tests.h"
 
-#include <gmock/gmock.h>
+#include <QCoreApplication>
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    testing::InitGoogleMock(&argc, argv);
-    return RUN_ALL_TESTS();
+    return tessellar::test::runTests(argc, argv);
 }

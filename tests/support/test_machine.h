@@ -6,6 +6,7 @@
 #include "tests/support/fake_http.h"
 #include "tests/support/manual_time.h"
 #include "tests/support/memory_settings.h"
+#include "tests/support/run_tests.h"
 #include "tests/support/sequential_uuids.h"
 
 #include <QDir>
@@ -73,6 +74,12 @@ public:
         commands.answer(path.toUtf8(), std::move(answer));
     }
 
+    /// Waits for what comes from other threads; the hand-moved time stands still.
+    void until(const std::function<bool()>& isSo,
+               const std::source_location& where = std::source_location::current()) {
+        waitUntil(
+            isSo, [this] { mailbox.waitAndDrain(); }, where);
+    }
     /// Lets all background work end and its results arrive, also of work that results begin.
     void settle() {
         do

@@ -85,8 +85,11 @@ fi
         bool isOver = false;
         EXPECT_TRUE(coordinator.check({.channel = AppUpdateChannelKind::homebrewCask},
                                       [&](bool) { isOver = true; }));
-        for (mac.time.advance(0ms); !isOver; mac.time.advance(0ms))
-            mac.mailbox.waitAndDrain();
+        mac.time.advance(0ms);
+        mac.until([&] {
+            mac.time.advance(0ms);
+            return isOver;
+        });
         QStringList parts;
         for (const auto& key : {u"org.example.bad"_s, u"org.example.good"_s}) {
             const auto record = coordinator.record(key);
