@@ -3,7 +3,7 @@
 # its suites, now: no list can be out of date.
 
 set(environment QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8)
-execute_process(COMMAND ${CMAKE_COMMAND} -E env ${environment} ${TEST_PROGRAM} --gtest_list_tests
+execute_process(COMMAND env ${environment} ${TEST_PROGRAM} --gtest_list_tests
     OUTPUT_VARIABLE listed ERROR_QUIET RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
     add_test(${TEST_ROOM} ${TEST_PROGRAM}) # Running it says what is wrong.

@@ -116,7 +116,7 @@ void LauncherUpdates::heard(const AppUpdateEvent& event) {
         return;
     case Kind::actionChanged: {
         // While a tool takes bundles away and puts others in their stead, none of them is gone.
-        _replacing = _coordinator->activeUpdateAppKey() ? _applications.replacing() : nullptr;
+        _replacing = activeAppKey() ? _applications.replacing() : nullptr;
         const auto state = actionState(event.appKey);
         const bool isPasswordAsked =
             state && state->phase == AppUpdateActionState::Phase::password && !state->isOver();

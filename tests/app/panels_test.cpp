@@ -142,7 +142,6 @@ TEST_F(PanelsTest, UpdatesAreListedAndTheirSettingsChosen) {
     panel.checkNow();
     for (int i = 0; i < 3; ++i) {
         mac.settle();
-        launcher->updates().waitForTools();
         mac.time.advance(250ms);
     }
     mac.settle();

@@ -178,6 +178,13 @@ TEST_F(TileDragTest, ARescanAndAnEvaluationLeaveTheTileInTheHand) {
     showTwoPagesAndAFolder();
     ASSERT_TRUE(viewModel().editor().addSmartFolder(viewModel().shown().mode(),
                                                     SmartFolderTemplate::installedThisWeek));
+    SmartFolderDefinition all = viewModel().smartFolders().definitions().first();
+    all.rules = {SmartFolderTextRule{idOf(u"rule"_s), "displayName", predicate::BeginsWith(u"A"_s)}};
+    ASSERT_TRUE(viewModel().editor().changeSmartFolder(viewModel().shown().mode(), all));
+    const auto count = [&] {
+        return viewModel().smartFolders().appKeys(all.id, viewModel().shown().mode()).size();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return count() == 6; }));
     QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
     carry(at(u"A01"_s), beside(u"A02"_s, 50));
     ASSERT_TRUE(launcher().drag()->isLifted());
@@ -186,10 +193,7 @@ TEST_F(TileDragTest, ARescanAndAnEvaluationLeaveTheTileInTheHand) {
     bool isDone = false;
     viewModel().applications().look([&] { isDone = true; });
     ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }));
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-        const auto& folders = viewModel().smartFolders();
-        return folders.appKeys(folders.definitions().first().id).size() == 6;
-    }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return count() == 5; }));
     EXPECT_TRUE(launcher().drag()->isLifted());
     EXPECT_EQ(launcher().tileView(launcher().drag()->heldTile()).value(u"label"_s), u"A01"_s);
     const QPoint after = beside(u"A02"_s, 50);

@@ -201,6 +201,7 @@ TEST_F(WindowEditingTest, AnApplicationIsReviewedMovedToTheTrashAndPutBack) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"done"; }));
     EXPECT_FALSE(mac.exists(leftover));
     EXPECT_FALSE(tile(u"Ash"_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("objectName", u"removalRestore"_s); }));
     clickNamed(u"removalRestore"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return tile(u"Ash"_s); }));
     EXPECT_TRUE(mac.exists(leftover));

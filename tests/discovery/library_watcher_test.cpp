@@ -122,7 +122,7 @@ TEST_F(LibraryWatcherTest, SeesTheTargetOfALinkTakenAway) {
     machine.link(u"/Applications/C.app"_s, scan.apps.last().path);
     start();
     machine.remove(u"/opt/C.app"_s);
-    until([&] { return !gone.isEmpty(); });
+    machine.until([&] { return !gone.isEmpty(); });
     EXPECT_EQ(gone, QStringList{u"/opt/C.app"_s});
 }
 

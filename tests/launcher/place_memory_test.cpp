@@ -103,14 +103,14 @@ TEST_F(PlaceMemoryTest, UsageGoesAlongWithAChangedKey) {
     rescan();
     start();
     const auto counts = [&](const QString& key) {
-        for (const auto& facts : launcher->smartFolders().facts())
+        for (const auto& facts : launcher->smartFolders().facts(LauncherWindowMode::fullScreen))
             if (appKey(facts->entry) == key)
                 return facts->launchCount.value_or(-1);
         return qint64{-2};
     };
     bool isKnown = false;
     launcher->smartFolders().gatherFacts({}, [&] { isKnown = true; });
-    until([&] { return isKnown; });
+    mac.until([&] { return isKnown; });
     EXPECT_EQ(counts(u"/Applications/Oak.app"_s), 1);
     EXPECT_EQ(counts(u"/Users/ada/Applications/Oak.app"_s), 0);
 }

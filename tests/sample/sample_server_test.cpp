@@ -1,4 +1,6 @@
+#include "launcher/launcher_updates.h"
 #include "launcher/launcher_view_model.h"
+#include "launcher/live_layout.h"
 #include "platform/host_machine.h"
 #include "sample/demonstration_mac.h"
 #include "sample/demonstration_updates.h"
