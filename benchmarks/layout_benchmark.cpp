@@ -13,6 +13,8 @@
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
+#include <QCoreApplication>
+
 #include <benchmark/benchmark.h>
 
 namespace tessellar {
