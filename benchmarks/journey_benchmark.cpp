@@ -210,6 +210,11 @@ public:
         _ended.wait(lock, stop, [] { return false; });
         return {.outcome = CommandResult::Outcome::cancelled};
     }
+    std::expected<std::int64_t, int> start(const Command&, const QByteArray&) override {
+        return std::unexpected(ENOENT);
+    }
+    DetachedState look(std::int64_t, const QByteArray&) override { return {}; }
+    void terminate(std::int64_t, const QByteArray&, bool) override {}
 
 private:
     std::mutex _mutex;
@@ -331,7 +336,8 @@ private:
         }
         (void)until([&] {
             const auto& folders = viewModel().smartFolders();
-            return !folders.appKeys(folders.definitions().last().id).isEmpty();
+            return !folders.appKeys(folders.definitions().last().id, viewModel().shown().mode())
+                        .isEmpty();
         });
         pass(1s);
     }
