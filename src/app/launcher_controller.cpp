@@ -66,7 +66,8 @@ TileFacts LauncherController::tileFacts() const {
                     TileFacts::SmartFolder folder{.name = library.name(id)};
                     if (const SmartFolderDefinition* definition = library.definition(id))
                         folder.symbolName = definition->customSymbolName.value_or(QString());
-                    if (const SmartFolderEvaluation* evaluation = library.evaluation(id, _viewModel.shown().mode())) {
+                    if (const SmartFolderEvaluation* evaluation =
+                            library.evaluation(id, _viewModel.shown().mode())) {
                         folder.count = evaluation->matches.size();
                         for (const auto& facts :
                              evaluation->matches.first(std::min(folder.count, previewCount)))

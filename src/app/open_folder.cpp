@@ -15,7 +15,8 @@ void OpenFolder::refresh() {
     if (const auto open = _viewModel.shown().openFolder()) {
         _tileId = toText(open->id);
         _title = open->name;
-        _notice = rulesDecide() ? _viewModel.smartFolders().notice(open->id, _viewModel.shown().mode()) : QString();
+        _notice = rulesDecide() ? _viewModel.smartFolders().notice(open->id, _viewModel.shown().mode())
+                                : QString();
         _shown = _viewModel.shown().shownPages(*open);
         _tiles.setPages(_shown);
         _tiles.setPage(_viewModel.shown().folderStack().last().page);

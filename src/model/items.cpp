@@ -1,7 +1,7 @@
 #include "model/items.h"
 
-#include "model/json_unions.h"
 #include "model/json_losses.h"
+#include "model/json_unions.h"
 #include "platform/file_system.h"
 #include "platform/uuid_source.h"
 
