@@ -34,6 +34,7 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
     , _messages(messages)
     , _restoreFromTrash(refuseTrash)
     , _moveToTrash(refuseTrash)
+    , _journal(machine, store.directory())
     , _steps(machine.scheduler, machine.uuids, actions()) {}
 
 LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
@@ -64,50 +65,110 @@ LauncherHistory::edit(LauncherWindowMode mode, const QString& name,
     return made ? Outcome() : std::unexpected(made.error());
 }
 
+/// What a step leaves as it is counts as not asked for.
+static void dropUnchanged(EditStep& step, const LayoutUndoState& before) {
+    const auto drop = [](auto& wanted, const auto& present) {
+        if (wanted && *wanted == present)
+            wanted.reset();
+    };
+    drop(step.document, before.document);
+    drop(step.otherDocument, *before.otherDocument);
+    drop(step.definitions, before.smartFolderDefinitions);
+    drop(step.settings, before.settings);
+}
+
 LauncherHistory::Made LauncherHistory::make(EditStep step) {
     const auto& replacement = step.replacement;
     const QString title = replacement ? replacement->title : QString();
+    const auto fail = [&](const LauncherError& error) {
+        return std::unexpected(title.isEmpty() ? error
+                                               : LauncherError{error.code, error.message, title});
+    };
     if (const auto guarded = guard(step.mode); !guarded)
         return std::unexpected(guarded.error());
     LayoutUndoState before = snapshot(step.mode);
+    const LauncherWindowMode other = otherMode(step.mode);
+    if (_store.isWriteBlocked(other))
+        step.otherDocument.reset();
     std::optional<QString> backup;
     if (replacement) {
         const auto kept =
             _store.makeBackup(replacement->reason, replacement->sourceDatabasePath, before.document);
         if (!kept)
-            return std::unexpected(launcherError(kept.error(), title));
+            return fail(launcherError(kept.error()));
         backup = *kept;
     }
-    if (step.settings && *step.settings != before.settings)
-        if (const auto stored = storeSettings(step.mode, *step.settings); !stored)
-            return std::unexpected(LauncherError{stored.error().code, stored.error().message, title});
-    const auto undoSettings = [&] {
-        if (step.settings && *step.settings != before.settings)
-            (void)storeSettings(step.mode, before.settings);
-    };
-    if (step.definitions)
-        if (const auto saved = _smartFolders.setDefinitions(*step.definitions); !saved) {
-            undoSettings();
-            return std::unexpected(saved.error());
-        }
-    if (step.document && (*step.document != before.document || replacement))
-        show(step.mode, *step.document, replacement.has_value());
-    if (replacement) {
-        if (const auto saved = save(step.mode, title); !saved) {
-            show(step.mode, before.document, false);
-            _layouts[step.mode].setNavigation(before.navigation);
-            undoSettings();
-            if (step.definitions)
-                (void)_smartFolders.setDefinitions(before.smartFolderDefinitions);
-            return std::unexpected(saved.error());
-        }
-    }
-    const LauncherWindowMode other = otherMode(step.mode);
-    if (step.otherDocument && *step.otherDocument != *before.otherDocument &&
-        !_store.isWriteBlocked(other))
+    const std::optional<LayoutDocument> arrangement = step.document;
+    dropUnchanged(step, before);
+    const bool isWhole = filesOf(step) > 1;
+    if (isWhole)
+        if (const auto begun = beginWhole(step, before); !begun)
+            return fail(begun.error());
+
+    Outcome made;
+    if (step.settings)
+        made = storeSettings(step.mode, *step.settings);
+    if (made && step.definitions)
+        made = _smartFolders.setDefinitions(*step.definitions);
+    if (made && (step.document || (replacement && arrangement)))
+        show(step.mode, *arrangement, replacement.has_value());
+    if (made && (replacement || (isWhole && step.document)))
+        made = save(step.mode, title);
+    if (made && step.otherDocument)
         show(other, *step.otherDocument, false);
+    if (made && isWhole && step.otherDocument)
+        made = save(other, title);
+    if (isWhole)
+        _journal.end(); // before anything is put back: that may need its room
+    if (!made) {
+        putBack(step, before);
+        return fail(made.error());
+    }
     (void)_steps.record(step.name, std::move(before), step.trashedApps);
     return backup;
+}
+
+int LauncherHistory::filesOf(const EditStep& step) {
+    return int(step.document.has_value()) + int(step.otherDocument.has_value()) +
+           int(step.definitions.has_value()) + int(step.settings.has_value());
+}
+
+/// What waits to be saved is saved first: the journal speaks of what is on the disk.
+LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
+                                                     const LayoutUndoState& before) {
+    if (const auto flushed = _store.flush(); !flushed)
+        return std::unexpected(launcherError(flushed.error(), saveFailed));
+    StepJournal::Change change{.mode = step.mode};
+    const bool isFullScreen = step.mode == LauncherWindowMode::fullScreen;
+    if (step.document)
+        (isFullScreen ? change.fullScreen : change.windowed) =
+            StepJournal::part(before.document, *step.document);
+    if (step.otherDocument)
+        (isFullScreen ? change.windowed : change.fullScreen) =
+            StepJournal::part(*before.otherDocument, *step.otherDocument);
+    if (step.definitions)
+        change.definitions = StepJournal::part(before.smartFolderDefinitions, *step.definitions);
+    if (step.settings)
+        change.settings = StepJournal::part(before.settings, *step.settings);
+    if (const auto begun = _journal.begin(change); !begun)
+        return std::unexpected(launcherError(begun.error(), saveFailed));
+    return {};
+}
+
+void LauncherHistory::putBack(const EditStep& step, const LayoutUndoState& before) {
+    if (step.settings)
+        (void)storeSettings(step.mode, before.settings);
+    if (step.definitions)
+        (void)_smartFolders.setDefinitions(before.smartFolderDefinitions);
+    for (const LauncherWindowMode mode : LiveLayouts::modes) {
+        const LayoutDocument& document = *before.documentOf(mode);
+        if (document == _layouts[mode].document())
+            continue;
+        _layouts[mode].setDocument(document);
+        markUnavailable(_layouts[mode]);
+        (void)_store.saveNow(mode, document);
+    }
+    _layouts[step.mode].setNavigation(before.navigation);
 }
 
 LauncherHistory::Outcome LauncherHistory::storeSettings(LauncherWindowMode mode,

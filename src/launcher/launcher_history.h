@@ -3,6 +3,7 @@
 #include "editing/edit_names.h"
 #include "editing/layout_undo.h"
 #include "launcher/launcher_error.h"
+#include "launcher/step_journal.h"
 #include "platform/signal.h"
 
 #include <functional>
@@ -42,11 +43,11 @@ struct EditStep {
 /// 1. The guard: the first load is complete, the mode's file is one that may be written, and no undo
 ///    waits for the Trash.
 /// 2. A copy of the arrangement is kept, where another takes its place.
-/// 3. Settings and definitions are saved: a definition without a tile loses nothing, a tile without its
-///    definition does.
-/// 4. The documents are shown, and saved: at once where another arrangement took the place of the
-///    present one, else after the last of a burst.
-/// 5. The step is kept for undo.
+/// 3. A step of several files is noted in the journal, which makes it whole.
+/// 4. Settings and definitions are saved.
+/// 5. The documents are shown, and saved: at once where another arrangement took the place of the
+///    present one, or with other files; else after the last of a burst.
+/// 6. The step is kept for undo.
 ///
 /// A step that fails has changed nothing. A mode whose file cannot be written is left alone by the
 /// steps of the other one. Main thread only.
@@ -76,6 +77,10 @@ public:
     LayoutUndoState snapshot(LauncherWindowMode mode) const;
 
     /// How applications come into and out of the Trash.
+    /// Before the first load is shown: ends a step in which the program was killed.
+    void finishCutOff(std::array<LayoutStore::LoadResult, 2>& loaded) {
+        _journal.finish(_store, loaded, _smartFolders);
+    }
     void setTrash(LayoutUndoActions::TrashMove restore, LayoutUndoActions::TrashMove trash);
 
     Signal<> changed; ///< what can be undone or redone, its notice, the grid's reflow
@@ -83,6 +88,9 @@ public:
 private:
     LayoutUndoActions actions();
     Outcome storeSettings(LauncherWindowMode mode, const ArrangementLayout& settings);
+    static int filesOf(const EditStep& step);
+    Outcome beginWhole(const EditStep& step, const LayoutUndoState& before);
+    void putBack(const EditStep& step, const LayoutUndoState& before);
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
     Outcome save(LauncherWindowMode mode, const QString& title);
     bool applyLayout(const LayoutUndoState& state);
@@ -98,6 +106,7 @@ private:
     LauncherMessages& _messages;
     LayoutUndoActions::TrashMove _restoreFromTrash;
     LayoutUndoActions::TrashMove _moveToTrash;
+    StepJournal _journal;
     LayoutUndoHistory _steps;
 };
 

@@ -105,7 +105,7 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     follow(parts.listening->updates.opened, [this] { launched.notify(); });
 }
 
-LauncherViewModel::~LauncherViewModel() { (void)quit(); }
+LauncherViewModel::~LauncherViewModel() = default;
 
 LiveLayouts& LauncherViewModel::layouts() const { return _parts->layouts; }
 LiveLayout& LauncherViewModel::layout(LauncherWindowMode mode) const { return _parts->layouts[mode]; }
@@ -137,6 +137,7 @@ void LauncherViewModel::start() {
         _parts->loaded[std::size_t(mode)] = _parts->store.load(mode);
     _parts->places.load();
     smartFolders().load();
+    history().finishCutOff(_parts->loaded);
     if (const auto& failure = smartFolders().failure())
         messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
     applications().look();
@@ -155,6 +156,13 @@ LauncherViewModel::Outcome LauncherViewModel::quit() {
 }
 
 bool LauncherViewModel::hasUnsavedEdits() const { return _parts->store.hasUnsavedEdits(); }
+
+void LauncherViewModel::whenSaved(std::function<void(Outcome)> done) {
+    _parts->store.whenSaved(
+        [done = std::move(done)](const std::expected<void, LayoutStore::Error>& saved) {
+            done(saved ? Outcome() : std::unexpected(launcherError(saved.error(), saveFailed)));
+        });
+}
 
 // ---- scans
 

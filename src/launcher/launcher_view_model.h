@@ -54,7 +54,7 @@ public:
     explicit LauncherViewModel(Machine& machine,
                                LauncherWindowMode shown = LauncherWindowMode::fullScreen,
                                Pasteboard* pasteboard = nullptr);
-    /// Saves what is unsaved.
+    /// Saves nothing any more; see `quit`.
     ~LauncherViewModel();
     LauncherViewModel(const LauncherViewModel&) = delete;
     LauncherViewModel& operator=(const LauncherViewModel&) = delete;
@@ -67,6 +67,9 @@ public:
     Outcome quit();
     /// True while an edit is not on the disk.
     bool hasUnsavedEdits() const;
+    /// Saves what is unsaved at once and behind the main thread. `done` is called there, unless the
+    /// launcher goes before.
+    void whenSaved(std::function<void(Outcome)> done);
 
     // The parts.
     LiveLayouts& layouts() const;

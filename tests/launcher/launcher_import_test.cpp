@@ -145,7 +145,7 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
     EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));
     EXPECT_FALSE(launcher->history().steps().canUndo(launcher->shown().mode()));
 
-    launcher.reset();
+    EXPECT_TRUE(launcher->quit());
     EXPECT_EQ(stored(), before) << "nor does what failed come later";
     mac.write(data + u"/layout.json"_s, "damaged");
     start();

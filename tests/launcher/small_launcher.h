@@ -28,8 +28,10 @@ protected:
                                        .identifier = u"org.example."_s + name.toLower(),
                                        .version = version});
     }
-    /// Begins anew, with what is on the disk.
+    /// Ends as the program does, and begins anew.
     LauncherViewModel& start() {
+        if (launcher)
+            (void)launcher->quit();
         launcher.reset();
         launcher = std::make_unique<LauncherViewModel>(mac.machine);
         launcher->startAndWait();

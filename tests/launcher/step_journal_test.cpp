@@ -1,0 +1,121 @@
+#include "launcher/step_journal.h"
+
+#include "launcher/launcher_editor.h"
+#include "launcher/layout_archive.h"
+#include "launcher/small_launcher.h"
+#include "launcher/smart_folder_library.h"
+#include "model/layout_settings.h"
+#include "smartfolders/smart_folder_rule.h"
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+/// Two states of a Mac's files, between which one step leads.
+struct StepJournalTest : test::SmallLauncher {
+    const QString layout = data + u"/layout.json"_s;
+    const QString registry = data + u"/computed-folders.json"_s;
+    const QString note = data + u"/unfinished-step.json"_s;
+
+    struct Files {
+        QByteArray layout;
+        QByteArray registry;
+        QJsonValue rows;
+    };
+    Files files() {
+        EXPECT_TRUE(launcher->quit());
+        return {mac.read(layout), mac.read(registry),
+                mac.settings.value(u"gridRows"_s).value_or(QJsonValue())};
+    }
+    void put(const Files& files) {
+        mac.write(layout, files.layout);
+        if (!files.registry.isEmpty())
+            mac.write(registry, files.registry);
+        else if (mac.exists(registry))
+            mac.remove(registry);
+        (void)mac.settings.set(u"gridRows"_s, files.rows);
+    }
+    SmartFolderDefinition trees() {
+        SmartFolderDefinition result{.id = test::idOf(u"Trees"_s), .name = u"Trees"_s};
+        result.rules = {
+            SmartFolderTextRule{mac.uuids.next(), "displayName", predicate::BeginsWith(u"A"_s)}};
+        result.sort.field = "name";
+        return result;
+    }
+};
+
+TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsBroughtToItsEnd) {
+    install(u"Ash"_s);
+    install(u"Beech"_s);
+    (void)mac.settings.set(u"gridRows"_s, 4);
+    start();
+    const LayoutUndoState before = launcher->history().snapshot(LauncherWindowMode::fullScreen);
+    const Files old = files();
+    ASSERT_TRUE(launcher->editor().addSmartFolder(LauncherWindowMode::fullScreen, trees()));
+    EXPECT_FALSE(mac.exists(note)) << "nothing is left of a step that came to its end";
+    ArrangementLayout settings = launcher->shown().settings();
+    settings.rows = 6;
+    ASSERT_TRUE(writeLayoutSettings(mac.settings, LauncherWindowMode::fullScreen, settings));
+    launcher->applySettings();
+    const LayoutUndoState after = launcher->history().snapshot(LauncherWindowMode::fullScreen);
+    const Files wanted = files();
+    ASSERT_NE(old.layout, wanted.layout);
+    ASSERT_NE(old.registry, wanted.registry);
+
+    const StepJournal::Change change{
+        .mode = LauncherWindowMode::fullScreen,
+        .fullScreen = StepJournal::part(before.document, after.document),
+        .windowed = {},
+        .definitions = StepJournal::part(before.smartFolderDefinitions, after.smartFolderDefinitions),
+        .settings = StepJournal::part(before.settings, after.settings)};
+    for (int written = 0; written < 8; ++written) {
+        put({written & 1 ? wanted.layout : old.layout, written & 2 ? wanted.registry : old.registry,
+             written & 4 ? wanted.rows : old.rows});
+        ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
+        launcher.reset();
+        start();
+        const Files found = files();
+        EXPECT_EQ(found.layout, wanted.layout) << written;
+        EXPECT_EQ(found.registry, wanted.registry) << written;
+        EXPECT_EQ(found.rows, wanted.rows) << written;
+        EXPECT_EQ(launcher->shown().pages(), after.document.pages);
+        EXPECT_FALSE(mac.exists(note));
+    }
+
+    // Once somebody has worked on a file, a note that could not be removed means nothing.
+    ASSERT_TRUE(
+        launcher->editor().rename(LauncherWindowMode::fullScreen, test::idOf(u"Trees"_s), u"Woods"_s));
+    (void)mac.settings.set(u"gridRows"_s, old.rows);
+    const Files later = files();
+    for (const QByteArray& left : {mac.read(note), QByteArray("{}"), QByteArray("no note")}) {
+        if (left.isEmpty())
+            ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
+        else
+            mac.write(note, left);
+        launcher.reset();
+        start();
+        EXPECT_EQ(files().registry, later.registry);
+        EXPECT_EQ(files().rows, old.rows);
+        EXPECT_FALSE(mac.exists(note));
+    }
+}
+
+TEST_F(StepJournalTest, AStepWhoseSecondFileCannotBeWrittenHasChangedNothing) {
+    install(u"Ash"_s);
+    start();
+    EXPECT_TRUE(launcher->quit());
+    // A link to nowhere: what it leads to is never replaced, nor is the link.
+    mac.remove(layout);
+    mac.link(layout, u"/Volumes/Away/layout.json"_s);
+    const auto added = launcher->editor().addSmartFolder(LauncherWindowMode::fullScreen, trees());
+    EXPECT_FALSE(added);
+    EXPECT_TRUE(launcher->smartFolders().definitions().isEmpty());
+    EXPECT_EQ(sketched(), u"Ash");
+    EXPECT_FALSE(mac.read(registry).contains("Trees"));
+    EXPECT_FALSE(mac.exists(note));
+    EXPECT_TRUE(launcher->history().steps().undoStack().isEmpty());
+}
+
+} // namespace
+} // namespace tessellar
