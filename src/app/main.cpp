@@ -3,8 +3,7 @@
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_updates.h"
 
-#include "control/control_socket.h"
-#include "platform/file_lock.h"
+#include "control/running_launcher.h"
 #include "platform/host_machine.h"
 #include "platform/host_traits.h"
 #include "platform/interruption.h"
@@ -85,21 +84,20 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     return arguments;
 }
 
-/// Asks the launcher that is running to show itself; false when there is none to be reached.
-bool showRunning(const Machine& machine) {
-    const auto running = RemoteExecutor::connect(machine);
-    if (!running)
-        return false;
+/// Asks the launcher that is running to show itself; false where it does not.
+bool showRunning(RemoteExecutor& running) {
     QEventLoop answered;
     bool isShown = false;
-    running->run({QStringLiteral("show")}, {},
-                 {.out = [](const QByteArray&) {},
-                  .error = [](const QByteArray&) {},
-                  .finished =
-                      [&](int status) {
-                          isShown = status == static_cast<int>(ExitStatus::done);
-                          answered.quit();
-                      }});
+    running.run(
+        {QStringLiteral("show")}, {},
+        {.out = [](const QByteArray&) {},
+         .error =
+             [](const QByteArray& text) { std::fprintf(stderr, "tessellar: %s", text.constData()); },
+         .finished =
+             [&](int status) {
+                 isShown = status == static_cast<int>(ExitStatus::done);
+                 answered.quit();
+             }});
     QTimer::singleShot(std::chrono::seconds(5), &answered, &QEventLoop::quit);
     answered.exec();
     return isShown;
@@ -129,28 +127,26 @@ int run(int argc, char** argv) {
     Machine& machine = (*host)->machine();
     // Ends as it does when its window is closed: with what is edited saved, and no tool left running.
     const Interruption interruption([] { QGuiApplication::quit(); });
-    const QString folder = machine.places.applicationFolder();
-    (void)machine.files.createDirectories(folder);
-    // Two writers never interleave. Where no lock can be made nothing can be saved either, and showing
-    // still works.
-    const auto lock =
-        FileLock::tryLock(machine.files, FileSystem::joined(folder, QStringLiteral("lock")));
-    if (lock && !*lock) {
-        if (showRunning(machine))
-            return 0;
-        std::fputs("tessellar: Tessellar is running already.\n", stderr);
+    // Two writers never interleave.
+    const auto found = findLauncherOrLock(
+        **host, QStringLiteral("Tessellar, process %1").arg(QGuiApplication::applicationPid()));
+    if (!found) {
+        std::fprintf(stderr, "tessellar: %s\n", qUtf8Printable(found.error()));
         return 1;
     }
+    if (found->launcher)
+        return showRunning(*found->launcher) ? 0 : 1;
 
     LauncherWindow window(machine, arguments->mode, arguments->screen);
     if (!arguments->machine.locale)
         window.followSystemLocale();
     CommandInterpreter interpreter(machine, window.viewModel());
+    // Another start, or a command, finds this launcher from now on.
     ControlServer server(machine, interpreter);
+    (void)server.listen();
     const bool isForShow = !arguments->screenshot.isEmpty() || arguments->measureStart;
     LauncherUpdates& updates = window.viewModel().updates();
     QObject::connect(&window, &LauncherWindow::firstFrame, &application, [&] {
-        (void)server.listen();
         if (!isForShow)
             updates.startSchedule();
     });

@@ -40,8 +40,10 @@ void CommandCall::showProgress(const QString& line) {
 }
 
 void CommandCall::succeed(const QJsonValue& json, const QString& text) {
-    print(json, text);
-    finish(ExitStatus::done);
+    onceSaved([this, json, text] {
+        print(json, text);
+        end(ExitStatus::done);
+    });
 }
 
 void CommandCall::answer(const LauncherViewModel::Outcome& outcome, const QString& text) {
@@ -52,13 +54,34 @@ void CommandCall::answer(const LauncherViewModel::Outcome& outcome, const QStrin
 }
 
 void CommandCall::fail(const LauncherError& error, ExitStatus status) {
+    if (std::exchange(_isFinished, true))
+        return;
     sayError(error, options, _output);
-    finish(status);
+    end(status);
 }
 
 void CommandCall::finish(ExitStatus status) {
+    if (status == ExitStatus::done)
+        onceSaved([this] { end(ExitStatus::done); });
+    else if (!std::exchange(_isFinished, true))
+        end(status);
+}
+
+void CommandCall::onceSaved(std::function<void()> answer) {
     if (std::exchange(_isFinished, true))
         return;
+    if (!_launcher || options.answersUnsaved || !_launcher->hasUnsavedEdits())
+        return answer();
+    _launcher->whenSaved([self = shared_from_this(),
+                          answer = std::move(answer)](const LauncherViewModel::Outcome& saved) {
+        if (saved)
+            return answer();
+        sayError(saved.error(), self->options, self->_output);
+        self->end(ExitStatus::refused);
+    });
+}
+
+void CommandCall::end(ExitStatus status) {
     // Let go of later: this may be called by the very work that is held.
     machine.workers.mailbox().post([work = std::move(held)] {});
     _output.finished(static_cast<int>(status));

@@ -27,6 +27,8 @@ struct CommandOptions {
     bool json = false;
     bool oneLine = false;       ///< JSON documents on one line each, as in a batch
     bool showsProgress = false; ///< standard error is a terminal, on which a line can be drawn anew
+    /// Answers do not wait until what was edited is on the disk: in a batch the last command does.
+    bool answersUnsaved = false;
     std::optional<LauncherWindowMode> mode;
     QString directory;             ///< host folder that relative names of files stand in
     std::optional<Instant> now;    ///< for what asks for the time
@@ -43,7 +45,11 @@ void sayError(const LauncherError& error, const CommandOptions& options, const C
 
 /// One command while it runs: what it may use, and how it says what came of it. Commands that wait for
 /// something keep it (it is shared) and answer later.
-class CommandCall {
+///
+/// A command has succeeded when what it edited is on the disk: the end of its answer waits for that,
+/// and where it could not be saved that is the answer. Commands that wait at the same time share a
+/// save.
+class CommandCall : public std::enable_shared_from_this<CommandCall> {
 public:
     CommandCall(Machine& machine_, LauncherViewModel* launcher, CommandOptions options_,
                 CommandOutput output)
@@ -80,6 +86,9 @@ public:
     std::vector<std::shared_ptr<void>> held;
 
 private:
+    void end(ExitStatus status);
+    void onceSaved(std::function<void()> answer);
+
     LauncherViewModel* _launcher;
     CommandOutput _output;
     QString _progress;

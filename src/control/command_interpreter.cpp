@@ -24,6 +24,18 @@ void CommandInterpreter::run(const QStringList& words, const CommandOptions& opt
     const auto parsed = CommandSet().parse(words);
     if (!parsed)
         return refuse(parsed.error(), options, output);
+    if (parsed->needs != CommandNeeds::window && !_launcher.isBootstrapped()) {
+        _early.emplace_back(
+            [this, words, options, output = std::move(output)] { run(words, options, output); });
+        // By way of the mailbox: others are still to learn of the first load.
+        _bootstrapped = _launcher.bootstrapped.connect([this] {
+            _machine.workers.mailbox().post(_lifetime.guard([this] {
+                for (const auto& command : std::exchange(_early, {}))
+                    command();
+            }));
+        });
+        return;
+    }
     parsed->run(std::make_shared<CommandCall>(_machine, &_launcher, options, std::move(output)));
 }
 

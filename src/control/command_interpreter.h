@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/command_set.h"
+#include "platform/lifetime.h"
 
 namespace tessellar {
 
@@ -12,7 +13,8 @@ public:
     virtual void run(const QStringList& words, const CommandOptions& options, CommandOutput output) = 0;
 };
 
-/// Carries commands out with a launcher that has been started. Main thread.
+/// Carries commands out with a launcher that has been started; those that come before its first load is
+/// complete wait for that. Main thread.
 class CommandInterpreter final : public CommandExecutor {
 public:
     CommandInterpreter(Machine& machine, LauncherViewModel& launcher)
@@ -30,6 +32,9 @@ public:
 private:
     Machine& _machine;
     LauncherViewModel& _launcher;
+    std::vector<std::function<void()>> _early;
+    Subscription _bootstrapped;
+    Lifetime _lifetime;
 };
 
 } // namespace tessellar

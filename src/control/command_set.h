@@ -19,6 +19,8 @@ enum class CommandNeeds {
     machine,              ///< files and settings alone
     launcher,             ///< the launcher, started: its answer is what the window shows
     launcherUntilStopped, ///< the same, and it goes on until nobody hears any more
+    window,               ///< the launcher, however far its start has come
+    launcherToLook,       ///< the same, but it changes nothing and is in nobody's way
 };
 
 /// The commands of tessellarctl, declared once: their words for CLI11, and what they do. One set reads

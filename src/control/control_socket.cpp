@@ -12,14 +12,20 @@ namespace {
 
 constexpr qint64 maximumLine = 1 << 20;
 constexpr qsizetype maximumAddress = 100; ///< sun_path holds 104 bytes on a Mac, 108 on Linux
-constexpr int connectTimeout = 2'000;     ///< milliseconds
+constexpr qint64 maximumUnread = 64 << 20;
+constexpr int connectTimeout = 2'000; ///< milliseconds
+constexpr std::chrono::milliseconds pingInterval{5'000};
+constexpr int maximumPings = 6;
+constexpr std::chrono::milliseconds stopPatience{2'000};
 const QByteArray stopLine = QByteArrayLiteral("{\"stop\":true}\n");
+const QByteArray pingLine = QByteArrayLiteral("{\"ping\":true}\n");
 
 struct Request {
     QStringList words;
     bool json = false;
     bool oneLine = false;
     bool showsProgress = false;
+    bool answersUnsaved = false;
     std::optional<LauncherWindowMode> mode;
     QString directory;
     std::optional<Instant> now;
@@ -33,8 +39,9 @@ struct json::Fields<Request> {
     static constexpr auto list = fields(
         required("words", &Request::words), defaulted("json", &Request::json),
         defaulted("oneLine", &Request::oneLine), defaulted("showsProgress", &Request::showsProgress),
-        optional("mode", &Request::mode), defaulted("directory", &Request::directory),
-        optional("now", &Request::now), optional("locale", &Request::locale));
+        defaulted("answersUnsaved", &Request::answersUnsaved), optional("mode", &Request::mode),
+        defaulted("directory", &Request::directory), optional("now", &Request::now),
+        optional("locale", &Request::locale));
 };
 
 QString controlSocketPath(const Machine& machine) {
@@ -61,8 +68,11 @@ public:
         : _executor(executor), _socket(socket) {}
 
     void start() {
+        _socket->setReadBufferSize(maximumLine + 1);
         // The socket keeps the connection; the answers of a command only know it weakly.
         QObject::connect(_socket, &QLocalSocket::readyRead, _socket,
+                         [self = shared_from_this()] { self->read(); });
+        QObject::connect(_socket, &QLocalSocket::bytesWritten, _socket,
                          [self = shared_from_this()] { self->read(); });
         QObject::connect(_socket, &QLocalSocket::disconnected, _socket, &QObject::deleteLater);
         QObject::connect(_socket, &QObject::destroyed, [weak = weak_from_this()] {
@@ -78,11 +88,17 @@ private:
     void read() {
         while (_socket && _socket->canReadLine()) {
             const bool isStop = _socket->peek(stopLine.size()) == stopLine;
-            if (_isBusy && !isStop)
+            const bool isPing = !isStop && _socket->peek(pingLine.size()) == pingLine;
+            // Whoever does not read is not worked for.
+            if (!isStop && !isPing && (_isBusy || _socket->bytesToWrite() > maximumLine))
                 return;
             const QByteArray line = _socket->readLine(maximumLine + 1);
             if (isStop) {
                 stop();
+                continue;
+            }
+            if (isPing) {
+                send(QStringLiteral("pong"), true);
                 continue;
             }
             const auto request = json::decodeDocument<Request>(line);
@@ -95,8 +111,11 @@ private:
     }
 
     void send(const QString& key, const QJsonValue& value) {
-        if (_socket)
-            _socket->write(json::writeCompact(QJsonObject{{key, value}}) + '\n');
+        if (!_socket)
+            return;
+        _socket->write(json::writeCompact(QJsonObject{{key, value}}) + '\n');
+        if (_socket->bytesToWrite() > maximumUnread)
+            _socket->abort();
     }
 
     /// What cannot be ended goes on, and nobody waits for it.
@@ -144,6 +163,7 @@ private:
         CommandOptions options{.json = request.json,
                                .oneLine = request.oneLine,
                                .showsProgress = request.showsProgress,
+                               .answersUnsaved = request.answersUnsaved,
                                .mode = request.mode,
                                .directory = request.directory,
                                .now = request.now,
@@ -186,12 +206,14 @@ std::unique_ptr<RemoteExecutor> RemoteExecutor::connect(const Machine& machine) 
     socket->connectToServer(path);
     if (!socket->waitForConnected(connectTimeout))
         return nullptr;
-    return std::unique_ptr<RemoteExecutor>(new RemoteExecutor(std::move(socket)));
+    return std::unique_ptr<RemoteExecutor>(new RemoteExecutor(std::move(socket), machine.scheduler));
 }
 
-RemoteExecutor::RemoteExecutor(std::unique_ptr<QLocalSocket> socket) : _socket(std::move(socket)) {
+RemoteExecutor::RemoteExecutor(std::unique_ptr<QLocalSocket> socket, Scheduler& scheduler)
+    : _socket(std::move(socket)), _scheduler(scheduler) {
     QObject::connect(_socket.get(), &QLocalSocket::readyRead, _socket.get(), [this] { read(); });
-    QObject::connect(_socket.get(), &QLocalSocket::disconnected, _socket.get(), [this] { lost(); });
+    QObject::connect(_socket.get(), &QLocalSocket::disconnected, _socket.get(),
+                     [this] { end("The launcher ended before it had answered.\n"); });
 }
 
 RemoteExecutor::~RemoteExecutor() { _socket->disconnect(); }
@@ -200,24 +222,49 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
                          CommandOutput output) {
     _output = std::move(output);
     _isRunning = true;
-    // The command says itself how it ended; whoever does not want to wait for that either, just goes.
-    _output.whenUnwanted([this] {
-        if (!_isRunning)
-            return;
-        _socket->write(stopLine);
-        _output.whenUnwanted([this] {
-            if (std::exchange(_isRunning, false))
-                std::exchange(_output, {}).finished(static_cast<int>(ExitStatus::refused));
-        });
-    });
-    const Request request{words,        options.json,      options.oneLine, options.showsProgress,
-                          options.mode, options.directory, options.now,     options.locale};
+    _output.whenUnwanted([this] { stop(); });
+    awaitSign();
+    const Request request{
+        words,        options.json,      options.oneLine, options.showsProgress, options.answersUnsaved,
+        options.mode, options.directory, options.now,     options.locale};
     _socket->write(json::writeCompact(json::encode(request)) + '\n');
     if (_socket->state() != QLocalSocket::ConnectedState)
-        lost();
+        end("The launcher ended before it had answered.\n");
+}
+
+void RemoteExecutor::awaitSign() {
+    _unanswered = 0;
+    struct Ping {
+        RemoteExecutor* self;
+        void operator()() const {
+            if (++self->_unanswered > maximumPings)
+                return self->end("The launcher does not answer.\n");
+            self->_socket->write(pingLine);
+            self->_patience = self->_scheduler.after(pingInterval, *this);
+        }
+    };
+    _patience = _scheduler.after(pingInterval, Ping{this});
+}
+
+/// The command says itself how it ended. Whoever does not want to wait for that either just goes, and
+/// nobody waits for a launcher that says nothing.
+void RemoteExecutor::stop() {
+    if (!_isRunning)
+        return;
+    _socket->write(stopLine);
+    _socket->write(pingLine);
+    _unanswered = 1;
+    _patience = _scheduler.after(stopPatience, [this] {
+        if (_unanswered == 0)
+            awaitSign();
+        else
+            end("The launcher does not answer.\n");
+    });
+    _output.whenUnwanted([this] { end({}); });
 }
 
 void RemoteExecutor::read() {
+    _unanswered = 0;
     while (_isRunning && _socket->canReadLine()) {
         const auto line = json::parse(_socket->readLine());
         const QJsonObject object = line ? line->toObject() : QJsonObject();
@@ -227,17 +274,20 @@ void RemoteExecutor::read() {
             _output.error(error.toString().toUtf8());
         } else if (const QJsonValue status = object.value(u"status"); status.isDouble()) {
             _isRunning = false;
+            _patience.cancel();
             const CommandOutput output = std::exchange(_output, {});
             output.finished(status.toInt());
         }
     }
 }
 
-void RemoteExecutor::lost() {
+void RemoteExecutor::end(const QByteArray& error) {
     if (!std::exchange(_isRunning, false))
         return;
+    _patience.cancel();
     const CommandOutput output = std::exchange(_output, {});
-    output.error("The launcher ended before it had answered.\n");
+    if (!error.isEmpty())
+        output.error(error);
     output.finished(static_cast<int>(ExitStatus::refused));
 }
 

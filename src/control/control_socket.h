@@ -18,7 +18,8 @@ namespace tessellar {
 /// What passes is one JSON object a line. A request: {"words": […], "options": {…}}; the answers to it:
 /// {"out": text} and {"error": text} as they come, then {"status": number}. A line is at most 1 MiB,
 /// one request is carried out at a time on a connection, {"stop":true} asks for the end of it, and a
-/// client that leaves ends what it asked for.
+/// client that leaves ends what it asked for. {"ping":true} is answered at once with {"pong":true},
+/// also while a request is carried out. A client that leaves 64 MiB of answers unread is cut off.
 QString controlSocketPath(const Machine& machine);
 
 /// Listens for commands on behalf of the launcher that is running, which holds the lock of its folder.
@@ -38,7 +39,8 @@ private:
     std::unique_ptr<QLocalServer> _server;
 };
 
-/// Hands commands to the launcher that is running.
+/// Hands commands to the launcher that is running. One that is heard of no more for half a minute (it
+/// was stopped, say) has refused the command.
 class RemoteExecutor final : public CommandExecutor {
 public:
     ~RemoteExecutor() override;
@@ -48,12 +50,17 @@ public:
     void run(const QStringList& words, const CommandOptions& options, CommandOutput output) override;
 
 private:
-    explicit RemoteExecutor(std::unique_ptr<QLocalSocket> socket);
+    RemoteExecutor(std::unique_ptr<QLocalSocket> socket, Scheduler& scheduler);
     void read();
-    void lost();
+    void awaitSign();
+    void stop();
+    void end(const QByteArray& error);
 
     std::unique_ptr<QLocalSocket> _socket;
+    Scheduler& _scheduler;
     CommandOutput _output;
+    Timer _patience;
+    int _unanswered = 0; ///< pings
     bool _isRunning = false;
 };
 

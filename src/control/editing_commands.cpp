@@ -206,6 +206,8 @@ void addHistory(CommandSet& set) {
                                             {QStringLiteral("redo"), names(history.redoStack())}},
                                 lines);
               });
+    set.onRun(set.add("save", "Wait until every edit is on the disk, as a batch does at its end"),
+              CommandNeeds::launcher, [](const Call& call) { call->answer({}); });
     CLI::App* select = set.add("select", "Select tiles; none clears the selection");
     auto chosen = std::make_shared<std::vector<std::string>>();
     select->add_option("tiles", *chosen, tilesHelp);

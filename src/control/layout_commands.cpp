@@ -161,7 +161,7 @@ void addLayoutCommands(CommandSet& set) {
                                QStringLiteral("Layout reset to the default alphabetical arrangement."));
               });
     set.onRun(set.add("show", "Bring the launcher that is running before the user"),
-              CommandNeeds::launcher, [](const std::shared_ptr<CommandCall>& command) {
+              CommandNeeds::window, [](const std::shared_ptr<CommandCall>& command) {
                   if (command->launcher().present())
                       return command->finish(ExitStatus::done);
                   command->fail({QStringLiteral("notRunning"),

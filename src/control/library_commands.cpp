@@ -159,7 +159,7 @@ QString noticeText(const LibraryNotice& notice) {
 
 void addWatch(CommandSet& set) {
     set.onRun(set.add("watch", "Print what happens to the applications, until stopped"),
-              CommandNeeds::launcherUntilStopped, [](const Call& call) {
+              CommandNeeds::launcherToLook, [](const Call& call) {
                   call->options.oneLine = true;
                   LibraryWatch& watch = call->launcher().libraryWatch();
                   const auto say = [call](const LibraryNotice& notice) {

@@ -2,9 +2,9 @@
 
 #include "control/command_interpreter.h"
 #include "control/control_socket.h"
+#include "control/running_launcher.h"
 #include "control/shell_words.h"
 #include "launcher/launcher_messages.h"
-#include "platform/file_lock.h"
 #include "platform/host_machine.h"
 #include "platform/interruption.h"
 
@@ -19,8 +19,6 @@ namespace tessellar {
 namespace {
 
 constexpr qint64 maximumBatch = 16 << 20;
-constexpr std::chrono::milliseconds lockRetry{50};
-constexpr int lockTries = 200; ///< ten seconds
 
 QString wrongMode() { return QStringLiteral("--mode is fullScreen or windowed."); }
 
@@ -92,7 +90,8 @@ bool takeMode(QStringList& words, CommandOptions& options) {
     return options.mode.has_value();
 }
 
-/// Carries commands out in this process: starts a launcher of its own, under the lock.
+/// Carries commands out in this process: starts a launcher of its own, under the lock unless it is only
+/// to look.
 class LocalExecutor final : public CommandExecutor {
 public:
     LocalExecutor(Machine& machine, FileLock lock, LauncherWindowMode mode)
@@ -113,8 +112,8 @@ private:
 
 class Program {
 public:
-    Program(Machine& machine, Invocation invocation)
-        : _machine(machine), _invocation(std::move(invocation)) {}
+    Program(HostMachine& host, Invocation invocation)
+        : _host(host), _machine(host.machine()), _invocation(std::move(invocation)) {}
 
     int run() {
         QStringList& words = _invocation.words;
@@ -130,7 +129,7 @@ public:
                                                    output());
             return waitForEnd();
         }
-        if (!findExecutor())
+        if (!findExecutor(parsed->needs))
             return _status;
         std::optional<ControlServer> server;
         // Others need not wait until it is stopped: this is the launcher that is running.
@@ -138,7 +137,7 @@ public:
             (void)server.emplace(_machine, *_local).listen();
         _executor->run(words, _invocation.options, output());
         waitForEnd();
-        return close();
+        return close(parsed->needs);
     }
 
 private:
@@ -160,9 +159,10 @@ private:
         if (!opened)
             return fail(
                 {QStringLiteral("unreadable"), QStringLiteral("%1 cannot be read.").arg(words[1]), {}});
-        if (!findExecutor())
+        if (!findExecutor(CommandNeeds::launcher))
             return _status;
         _invocation.options.oneLine = true;
+        _invocation.options.answersUnsaved = true;
         int status = 0;
         qint64 size = 0;
         while (!file.atEnd()) {
@@ -185,67 +185,72 @@ private:
                                                ExitStatus::wrongUsage));
                 continue;
             }
-            _isFinished = false;
-            _executor->run(*lineWords, options, output());
-            status = std::max(status, waitForEnd());
+            status = std::max(status, runAgain(*lineWords, options, output()));
             _interruption.reset();
             if (_isInterrupted)
                 break;
         }
-        return std::max(status, close());
+        CommandOptions options = _invocation.options;
+        options.answersUnsaved = options.json = false; // no answer of its own, unless it fails
+        status = std::max(status, runAgain({QStringLiteral("save")}, options, output()));
+        sayAlerts();
+        return status;
+    }
+
+    int runAgain(const QStringList& words, const CommandOptions& options, CommandOutput to) {
+        _isFinished = false;
+        _executor->run(words, options, std::move(to));
+        return waitForEnd();
     }
 
     /// The launcher that is running; or one of our own once nobody else holds the lock.
-    bool findExecutor() {
-        const QString folder = _machine.places.applicationFolder();
-        (void)_machine.files.createDirectories(folder);
-        for (int attempt = 0; attempt < lockTries; ++attempt) {
+    bool findExecutor(CommandNeeds needs) {
+        FileLock lock;
+        if (needs == CommandNeeds::launcherToLook) {
+            _invocation.options.answersUnsaved = true; // it edits nothing
             _executor = RemoteExecutor::connect(_machine);
-            if (_executor)
-                return true;
-            auto lock =
-                FileLock::tryLock(_machine.files, FileSystem::joined(folder, QStringLiteral("lock")));
-            // Where no lock can be made nothing can be saved either; what only shows still works.
-            if (!lock || *lock) {
-                auto local = std::make_unique<LocalExecutor>(
-                    _machine, lock ? *std::move(*lock) : FileLock(),
-                    _invocation.options.mode.value_or(LauncherWindowMode::fullScreen));
-                _local = local.get();
-                _executor = std::move(local);
-                sayAlerts();
-                return true;
+            if (!_executor)
+                _host.refuseChanges({FileError::Code::readOnly, _machine.places.applicationFolder()});
+        } else {
+            const QString name = QStringLiteral("tessellarctl %1, process %2")
+                                     .arg(_invocation.words.first())
+                                     .arg(QCoreApplication::applicationPid());
+            auto found = findLauncherOrLock(_host, name);
+            if (!found) {
+                fail({QStringLiteral("busy"), found.error(), {}});
+                return false;
             }
-            bool isOver = false;
-            const Timer timer = _machine.scheduler.after(lockRetry, [&] { isOver = true; });
-            while (!isOver)
-                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            _executor = std::move(found->launcher);
+            lock = std::move(found->lock);
         }
-        fail({QStringLiteral("busy"),
-              QStringLiteral("Another program is changing the arrangement. Try again in a moment."),
-              {}});
-        return false;
+        if (_executor)
+            return true;
+        auto local = std::make_unique<LocalExecutor>(
+            _machine, std::move(lock),
+            _invocation.options.mode.value_or(LauncherWindowMode::fullScreen));
+        _local = local.get();
+        _executor = std::move(local);
+        if (needs != CommandNeeds::launcherToLook)
+            sayAlerts();
+        return true;
     }
 
-    /// What a launcher of our own has to say and save before it goes.
-    int close() {
+    /// What a launcher of our own has to say before it goes. What could not be saved was said, and is
+    /// not tried again: that must stay true.
+    int close(CommandNeeds needs) {
         if (!_local)
             return _status;
-        save();
+        if (_status == 0 && needs != CommandNeeds::launcherToLook &&
+            _local->launcher().hasUnsavedEdits())
+            if (const auto saved = _local->launcher().quit(); !saved)
+                fail(saved.error());
         sayAlerts();
-        return _saveError ? fail(*_saveError) : _status;
-    }
-
-    /// Whether what was edited is on the disk. That a layout could not be saved at the start was said
-    /// then, and is no failure of a command that changed nothing.
-    bool save() {
-        if (_local && !_saveError)
-            if (const auto saved = _local->launcher().quit();
-                !saved && _local->launcher().hasUnsavedEdits())
-                _saveError = saved.error();
-        return !_saveError;
+        return _status;
     }
 
     void sayAlerts() {
+        if (!_local)
+            return;
         for (const LauncherError& error : _local->launcher().messages().takeAlerts()) {
             const QByteArray message = error.message.toUtf8() + '\n';
             if (_said.contains(message) || _alerts.contains(message))
@@ -265,12 +270,7 @@ private:
     }
 
     CommandOutput output() {
-        // One command answers only when what it did is on the disk; a batch is saved at its end.
-        return {.out =
-                    [this](const QByteArray& text) {
-                        if (_isBatch || save())
-                            write(stdout, text);
-                    },
+        return {.out = [](const QByteArray& text) { write(stdout, text); },
                 .error =
                     [this](const QByteArray& text) {
                         // Why nothing can be saved is said already; but in a batch, each refusal is.
@@ -312,13 +312,13 @@ private:
         std::fflush(file);
     }
 
+    HostMachine& _host;
     Machine& _machine;
     Invocation _invocation;
     std::optional<Interruption> _interruption; ///< goes after what is to be ended with care
     bool _isInterrupted = false;
     std::unique_ptr<CommandExecutor> _executor;
     LocalExecutor* _local = nullptr;
-    std::optional<LauncherError> _saveError;
     QByteArrayList _alerts; ///< that were said on standard error, titles aside
     QByteArrayList _said;   ///< there besides
     std::function<void()> _whenUnwanted;
@@ -347,7 +347,7 @@ int tessellarctl(int argc, char** argv) {
         CommandInterpreter::refuse({ExitStatus::refused, host.error()}, invocation->options, standard);
         return static_cast<int>(ExitStatus::refused);
     }
-    return Program((*host)->machine(), *std::move(invocation)).run();
+    return Program(**host, *std::move(invocation)).run();
 }
 
 } // namespace tessellar

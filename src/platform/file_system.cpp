@@ -426,6 +426,8 @@ std::expected<QByteArray, FileError> FileSystem::read(const QString& path,
 
 std::expected<void, FileError> FileSystem::writeAtomically(const QString& path,
                                                            const QByteArray& bytes) const {
+    if (_refusal)
+        return std::unexpected(*_refusal);
     const auto fail = [&](int error) { return std::unexpected(fileError(error, path)); };
     const auto entry = place(path);
     if (!entry)
@@ -444,6 +446,8 @@ std::expected<void, FileError> FileSystem::writeAtomically(const QString& path,
 std::expected<void, FileError> FileSystem::createDirectories(const QString& path) const {
     if (isDirectory(path))
         return {};
+    if (_refusal)
+        return std::unexpected(*_refusal);
     const auto all = hostBytes(path);
     if (!all)
         return std::unexpected(fileError(all.error(), path));
@@ -466,6 +470,8 @@ std::expected<void, FileError> FileSystem::createDirectories(const QString& path
 }
 
 std::expected<void, FileError> FileSystem::move(const QString& from, const QString& to) const {
+    if (_refusal)
+        return std::unexpected(*_refusal);
     const auto source = place(from);
     if (!source)
         return std::unexpected(fileError(source.error(), from));
@@ -484,6 +490,8 @@ std::expected<void, FileError> FileSystem::move(const QString& from, const QStri
 }
 
 std::expected<void, FileError> FileSystem::remove(const QString& path) const {
+    if (_refusal)
+        return std::unexpected(*_refusal);
     const auto entry = place(path);
     if (!entry)
         return std::unexpected(fileError(entry.error(), path));

@@ -82,7 +82,8 @@ struct DirectoryEntry {
 /// (U+DC80 to U+DCFF) in a path, so that every file can be named and `fromHostBytes` and `toHostBytes`
 /// undo one another.
 ///
-/// A trailing slash means nothing. Holds no state but the root; any thread may use it.
+/// A trailing slash means nothing. Holds no state but the root and whether it may be changed; any
+/// thread may use it.
 class FileSystem {
 public:
     /// The root is made absolute; it need not exist yet.
@@ -125,6 +126,9 @@ public:
     std::expected<void, FileError> writeAtomically(const QString& path, const QByteArray& bytes) const;
     /// Makes the folder and those on the way to it, where they are missing.
     std::expected<void, FileError> createDirectories(const QString& path) const;
+    /// From now on every change fails with `why`, and nothing is written: for a program that may only
+    /// look. To be called before other threads use it.
+    void refuseChanges(const FileError& why) { _refusal = why; }
     // What these two did outlives a loss of power, as far as the volume can flush a folder.
     /// Renames within one volume and replaces nothing (`alreadyExists`).
     std::expected<void, FileError> move(const QString& from, const QString& to) const;
@@ -153,6 +157,7 @@ private:
     QString _root; ///< host path without a trailing slash; empty for "/"
     QByteArray _rootBytes;
     QString _canonicalRoot; ///< the same without links, as tools may answer with it
+    std::optional<FileError> _refusal;
 };
 
 } // namespace tessellar

@@ -27,6 +27,8 @@ public:
     static std::expected<std::unique_ptr<HostMachine>, QString> make(const MachineOptions& options);
 
     Machine& machine() { return *_machine; }
+    /// As of the file system.
+    void refuseChanges(const FileError& why) { _files.refuseChanges(why); }
 
 private:
     explicit HostMachine(const MachineOptions& options);

@@ -115,13 +115,15 @@ TEST_F(LibraryCommandsTest, WatchesInAProcessOfItsOwnUntilItIsStopped) {
     EXPECT_EQ(heard(*watching, u"watching"_qs).first().toString(), u"/Applications");
     builder.addApplication({.name = u"Cedar"_qs, .identifier = u"org.example.cedar"_qs});
     EXPECT_EQ(heard(*watching, u"added"_qs), QJsonArray{u"/Applications/Cedar.app"_qs});
-    // It is the launcher that is running: it carries out what others ask for.
-    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash\n  Beech\n  Cedar\n");
+    // It is in nobody's way: it only looks.
+    EXPECT_EQ(run({u"rename"_qs, u"org.example.ash"_qs, u"Alder"_qs}).status, 0);
+    builder.addApplication({.name = u"Dogwood"_qs, .identifier = u"org.example.dogwood"_qs});
+    EXPECT_EQ(heard(*watching, u"added"_qs), QJsonArray{u"/Applications/Dogwood.app"_qs});
     ASSERT_EQ(::kill(static_cast<pid_t>(watching->processId()), SIGINT), 0);
     wait(*watching);
     EXPECT_EQ(watching->exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(watching->exitCode(), 0);
-    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash\n  Beech\n  Cedar\n");
+    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Alder\n  Beech\n  Cedar\n  Dogwood\n");
 }
 
 TEST_F(LibraryCommandsTest, WatchesThroughTheLauncherThatIsRunning) {

@@ -2,6 +2,7 @@
 
 #include "control/command_interpreter.h"
 #include "control/control_socket.h"
+#include "control/running_launcher.h"
 #include "platform/file_lock.h"
 #include "platform/host_machine.h"
 #include "sample/mac_builder.h"
@@ -58,6 +59,10 @@ protected:
         for (const QString& name : {u"Ash"_qs, u"Beech"_qs})
             builder.addApplication(
                 {.name = name, .identifier = QStringLiteral("org.example.") + name.toLower()});
+    }
+
+    QString supportFolder() const {
+        return root.path() + u"/Users/ada/Library/Application Support/com.tessellar.app"_qs;
     }
 
     Result run(QStringList words, const QByteArray& input = {}, bool json = true) {

@@ -76,7 +76,7 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusal) {
 TEST_F(TessellarctlTest, IsDoneOnlyWhenItsEditIsOnTheDisk) {
     const Result before = run({u"list"_qs});
     // Folders under every temporary name: nothing can be saved, whoever tries.
-    QDir folder(root.path() + u"/Users/ada/Library/Application Support/com.tessellar.app"_qs);
+    QDir folder(supportFolder());
     for (int i = 0; i < 64; ++i)
         ASSERT_TRUE(folder.mkdir(QStringLiteral(".tessellar-save-%1").arg(i)));
     const Result list = run({u"list"_qs});
@@ -197,6 +197,58 @@ TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
     EXPECT_EQ(launcher.layout(LauncherWindowMode::windowed).hiddenKeys().size(), 1);
     EXPECT_EQ(run({u"batch"_qs, u"-"_qs}, "--mode windowed undo\n--mode windowed redo\n").out,
               "{}\n{}\n");
+}
+
+TEST_F(TessellarctlTest, TheLauncherThatIsRunningAnswersOnceItHasSaved) {
+    const RunningLauncher running(root.path());
+    const auto saved = [&] {
+        QFile file(supportFolder() + u"/layout.json"_qs);
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    EXPECT_EQ(run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs}).status, 0);
+    EXPECT_TRUE(saved().contains("Tree"));
+    const QByteArray before = saved();
+    QDir folder(supportFolder());
+    const auto temporary = [](int i) { return QStringLiteral(".tessellar-save-%1").arg(i); };
+    for (int i = 0; i < 64; ++i)
+        ASSERT_TRUE(folder.mkdir(temporary(i)));
+    EXPECT_EQ(run({u"rename"_qs, u"org.example.ash"_qs, u"Bush"_qs}).status, 1);
+    const QByteArray renames = "rename org.example.beech One\nrename org.example.beech Two\n";
+    const Result batch = run({u"batch"_qs, u"-"_qs}, renames);
+    EXPECT_EQ(batch.status, 1);
+    EXPECT_EQ(batch.out, "{}\n{}\n") << "a batch is told at its end";
+    EXPECT_NE(batch.error, "");
+    EXPECT_EQ(saved(), before);
+    for (int i = 0; i < 64; ++i)
+        ASSERT_TRUE(folder.rmdir(temporary(i)));
+    EXPECT_EQ(run({u"save"_qs}).status, 0);
+    EXPECT_TRUE(saved().contains("Bush") && saved().contains("Two"));
+}
+
+TEST_F(TessellarctlTest, NothingIsWrittenWithoutTheLock) {
+    const Result before = run({u"list"_qs});
+    QFile::remove(supportFolder() + u"/lock"_qs);
+    ASSERT_TRUE(QDir(supportFolder()).mkdir(u"lock"_qs));
+    const Result rename = run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs});
+    EXPECT_EQ(rename.status, 1);
+    EXPECT_TRUE(rename.error.contains("/lock")) << rename.error.toStdString();
+    EXPECT_EQ(run({u"list"_qs}).out, before.out);
+}
+
+TEST_F(TessellarctlTest, ACommandWaitsForALauncherThatStarts) {
+    const auto host =
+        HostMachine::make({.root = root.path(), .home = {}, .locale = {}, .now = {}}).value();
+    const auto found = findLauncherOrLock(*host, u"a test"_qs);
+    ASSERT_TRUE(found && !found->launcher);
+    EXPECT_EQ(FileLock::holder(host->machine().files,
+                               host->machine().places.applicationFolder() + u"/lock"_qs),
+              u"a test");
+    LauncherViewModel launcher(host->machine());
+    CommandInterpreter interpreter(host->machine(), launcher);
+    ControlServer server(host->machine(), interpreter);
+    ASSERT_TRUE(server.listen());
+    launcher.start();
+    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash\n  Beech\n");
 }
 
 TEST_F(TessellarctlTest, OffersWhatTheMenusDo) {

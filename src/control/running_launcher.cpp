@@ -1,0 +1,38 @@
+#include "control/running_launcher.h"
+
+#include "platform/host_machine.h"
+
+#include <QCoreApplication>
+
+namespace tessellar {
+
+static constexpr std::chrono::milliseconds retryDelay{50};
+static constexpr int maximumTries = 200;
+
+std::expected<LauncherOrLock, QString> findLauncherOrLock(HostMachine& host, const QString& name) {
+    Machine& machine = host.machine();
+    const QString folder = machine.places.applicationFolder();
+    (void)machine.files.createDirectories(folder);
+    const QString path = FileSystem::joined(folder, QStringLiteral("lock"));
+    for (int attempt = 0; attempt < maximumTries; ++attempt) {
+        if (auto launcher = RemoteExecutor::connect(machine))
+            return LauncherOrLock{std::move(launcher), {}};
+        auto lock = FileLock::tryLock(machine.files, path, name);
+        if (!lock) {
+            host.refuseChanges(lock.error());
+            return LauncherOrLock();
+        }
+        if (*lock)
+            return LauncherOrLock{{}, **std::move(lock)};
+        bool isOver = false;
+        const Timer timer = machine.scheduler.after(retryDelay, [&] { isOver = true; });
+        while (!isOver)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    const QString holder = FileLock::holder(machine.files, path);
+    return std::unexpected(
+        QStringLiteral("Another program is changing the arrangement%1. Try again in a moment.")
+            .arg(holder.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(holder)));
+}
+
+} // namespace tessellar
