@@ -36,6 +36,7 @@
 #include <condition_variable>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <functional>
@@ -506,7 +507,10 @@ int main(int argc, char** argv) {
     mainThread = ::pthread_self();
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     MeteredApplication application(argc, argv);
+    const int only = argc > 1 ? std::atoi(argv[1]) : 0;
     for (const int applications : {135, 5000}) {
+        if (only != 0 && only != applications)
+            continue;
         std::printf("%d applications\n", applications);
         Journey(applications).run();
     }

@@ -102,7 +102,7 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
     dropUnchanged(step, before);
     const bool isWhole = filesOf(step) > 1;
     if (isWhole)
-        if (const auto begun = beginWhole(step, before); !begun)
+        if (const auto begun = beginWhole(step); !begun)
             return fail(begun.error());
 
     Outcome made;
@@ -134,22 +134,15 @@ int LauncherHistory::filesOf(const EditStep& step) {
 }
 
 /// What waits to be saved is saved first: the journal speaks of what is on the disk.
-LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
-                                                     const LayoutUndoState& before) {
+LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step) {
     if (const auto flushed = _store.flush(); !flushed)
         return std::unexpected(launcherError(flushed.error(), saveFailed));
-    StepJournal::Change change{.mode = step.mode};
     const bool isFullScreen = step.mode == LauncherWindowMode::fullScreen;
-    if (step.document)
-        (isFullScreen ? change.fullScreen : change.windowed) =
-            StepJournal::part(before.document, *step.document);
-    if (step.otherDocument)
-        (isFullScreen ? change.windowed : change.fullScreen) =
-            StepJournal::part(*before.otherDocument, *step.otherDocument);
-    if (step.definitions)
-        change.definitions = StepJournal::part(before.smartFolderDefinitions, *step.definitions);
-    if (step.settings)
-        change.settings = StepJournal::part(before.settings, *step.settings);
+    const StepJournal::Change change{.mode = step.mode,
+                                     .fullScreen = isFullScreen ? step.document : step.otherDocument,
+                                     .windowed = isFullScreen ? step.otherDocument : step.document,
+                                     .definitions = step.definitions,
+                                     .settings = step.settings};
     if (const auto begun = _journal.begin(change); !begun)
         return std::unexpected(launcherError(begun.error(), saveFailed));
     return {};

@@ -89,7 +89,7 @@ private:
     LayoutUndoActions actions();
     Outcome storeSettings(LauncherWindowMode mode, const ArrangementLayout& settings);
     static int filesOf(const EditStep& step);
-    Outcome beginWhole(const EditStep& step, const LayoutUndoState& before);
+    Outcome beginWhole(const EditStep& step);
     void putBack(const EditStep& step, const LayoutUndoState& before);
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
     Outcome save(LauncherWindowMode mode, const QString& title);

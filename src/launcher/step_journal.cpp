@@ -6,18 +6,15 @@
 
 #include <QCryptographicHash>
 
-#include <algorithm>
-
 namespace tessellar {
 
 using Change = StepJournal::Change;
 
-template <typename Value>
-struct json::Fields<Change::Part<Value>> {
-    using P = Change::Part<Value>;
-    static constexpr auto list =
-        json::fields(json::required("before", &P::before), json::required("after", &P::after));
+struct StepJournal::Note {
+    QStringList before; ///< digests
+    Change change;
 };
+
 template <>
 struct json::Fields<Change> {
     static constexpr auto list = json::fields(json::required("mode", &Change::mode),
@@ -26,37 +23,38 @@ struct json::Fields<Change> {
                                               json::optional("definitions", &Change::definitions),
                                               json::optional("settings", &Change::settings));
 };
+template <>
+struct json::Fields<StepJournal::Note> {
+    using Note = StepJournal::Note;
+    static constexpr auto list =
+        json::fields(json::required("before", &Note::before), json::required("change", &Note::change));
+};
 
-template <typename Value>
-static QString digest(const Value& value) {
-    // As a file has it: what is written and read again is the same.
-    const QByteArray bytes = json::writeCompact(json::encode(value));
+static QString digest(const QByteArray& bytes) {
     return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
-}
-
-template <typename Value>
-Change::Part<Value> StepJournal::part(const Value& before, const Value& after) {
-    return {digest(before), after};
-}
-template Change::Part<LayoutDocument> StepJournal::part(const LayoutDocument&, const LayoutDocument&);
-template Change::Part<ArrangementLayout> StepJournal::part(const ArrangementLayout&,
-                                                           const ArrangementLayout&);
-template Change::Part<QList<SmartFolderDefinition>>
-StepJournal::part(const QList<SmartFolderDefinition>&, const QList<SmartFolderDefinition>&);
-
-int Change::files() const {
-    return int(fullScreen.has_value()) + int(windowed.has_value()) + int(definitions.has_value()) +
-           int(settings.has_value());
 }
 
 StepJournal::StepJournal(const Machine& machine, const QString& directory)
     : _machine(machine)
+    , _directory(directory)
     , _file(machine.files, FileSystem::joined(directory, QStringLiteral("unfinished-step.json")),
             3 * maximumLayoutBytes) {}
 
-std::expected<void, FileError> StepJournal::begin(const Change& change) {
+std::array<QString, 4> StepJournal::digests(LauncherWindowMode mode) const {
+    const auto ofFile = [&](const QString& path) {
+        return digest(_machine.files.read(path, maximumLayoutBytes).value_or(QByteArray()));
+    };
+    const ArrangementLayout settings = readLayoutSettings(_machine.settings, mode);
+    return {ofFile(LayoutStore::workingPath(_directory, LauncherWindowMode::fullScreen)),
+            ofFile(LayoutStore::workingPath(_directory, LauncherWindowMode::windowed)),
+            ofFile(FileSystem::joined(_directory, SmartFolderStore::fileName())),
+            digest(json::writeCompact(json::encode(settings)))};
+}
+
+std::expected<void, FileError> StepJournal::begin(Change change) {
+    const auto before = digests(change.mode);
     _file.forget(); // one that could not be read is of a step that was cut off long ago
-    return saveJson(_file, change);
+    return saveJson(_file, Note{QStringList(before.begin(), before.end()), std::move(change)});
 }
 
 void StepJournal::end() {
@@ -66,53 +64,37 @@ void StepJournal::end() {
         _machine.log.warning(message(removed.error()));
 }
 
-namespace {
-enum class State { asItWas, asWanted, other };
-
-template <typename Value>
-State stateOf(const std::optional<Change::Part<Value>>& part, const Value& now) {
-    if (!part)
-        return State::asWanted;
-    const QString found = digest(now);
-    return found == part->before          ? State::asItWas
-           : found == digest(part->after) ? State::asWanted
-                                          : State::other;
-}
-} // namespace
-
 void StepJournal::finish(LayoutStore& store, std::array<LayoutStore::LoadResult, 2>& loaded,
                          SmartFolderLibrary& smartFolders) {
-    const auto change = loadJson<Change>(_file);
-    if (!change)
-        return change.error().kind == JsonFileError::Kind::damaged ? end() : void();
-    if (!*change)
+    const auto note = loadJson<Note>(_file);
+    if (!note)
+        return note.error().kind == JsonFileError::Kind::damaged ? end() : void();
+    if (!*note)
         return;
-    const std::array layouts{&(*change)->fullScreen, &(*change)->windowed};
-    std::array<State, 2> states{State::asWanted, State::asWanted};
-    for (std::size_t i = 0; i < layouts.size(); ++i)
-        if (*layouts[i]) {
-            const auto* document = std::get_if<LayoutDocument>(&loaded[i]);
-            states[i] = document ? stateOf(*layouts[i], *document) : State::other;
-        }
-    const State definitions = stateOf((*change)->definitions, smartFolders.definitions());
-    if (definitions == State::other || std::ranges::find(states, State::other) != states.end())
+    const Change& change = (*note)->change;
+    const auto now = digests(change.mode);
+    const auto isAsItWas = [&](std::size_t i) { return (*note)->before.value(qsizetype(i)) == now[i]; };
+    const std::array layouts{&change.fullScreen, &change.windowed};
+    const auto isOfTheStep = [&](std::size_t i) {
+        const auto* document = std::get_if<LayoutDocument>(&loaded[i]);
+        return !*layouts[i] || isAsItWas(i) || (document && *document == **layouts[i]);
+    };
+    if (!isOfTheStep(0) || !isOfTheStep(1) ||
+        (change.definitions && !isAsItWas(2) && *change.definitions != smartFolders.definitions()))
         return end();
 
     _machine.log.warning(QStringLiteral("A step that was cut off is brought to its end."));
     for (std::size_t i = 0; i < layouts.size(); ++i)
-        if (states[i] == State::asItWas) {
-            const LayoutDocument& after = (*layouts[i])->after;
-            if (!store.saveNow(static_cast<LauncherWindowMode>(i), after))
+        if (*layouts[i] && isAsItWas(i)) {
+            if (!store.saveNow(static_cast<LauncherWindowMode>(i), **layouts[i]))
                 return;
-            loaded[i] = after;
+            loaded[i] = **layouts[i];
         }
-    if (definitions == State::asItWas && !smartFolders.setDefinitions((*change)->definitions->after))
+    if (change.definitions && !smartFolders.setDefinitions(*change.definitions))
         return;
-    if (const auto& settings = (*change)->settings)
-        if (stateOf(settings, readLayoutSettings(_machine.settings, (*change)->mode)) ==
-                State::asItWas &&
-            !writeLayoutSettings(_machine.settings, (*change)->mode, settings->after))
-            return;
+    if (change.settings && isAsItWas(3) &&
+        !writeLayoutSettings(_machine.settings, change.mode, *change.settings))
+        return;
     end();
 }
 

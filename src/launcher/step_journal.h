@@ -5,6 +5,7 @@
 #include "smartfolders/smart_folder_definition.h"
 
 #include <array>
+#include <optional>
 
 namespace tessellar {
 
@@ -24,38 +25,33 @@ class SmartFolderLibrary;
 ///     unfinished-step.json
 class StepJournal {
 public:
-    /// What a step changes, file by file; absent where it leaves a file alone.
+    /// What the files are to hold that a step changes; absent where it leaves one alone.
     struct Change {
-        template <typename Value>
-        struct Part {
-            QString before; ///< the digest
-            Value after;
-        };
-        using Layouts = std::array<std::optional<LayoutDocument>, 2>; ///< by mode
-
         LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< whose settings they are
-        std::optional<Part<LayoutDocument>> fullScreen;
-        std::optional<Part<LayoutDocument>> windowed;
-        std::optional<Part<QList<SmartFolderDefinition>>> definitions;
-        std::optional<Part<ArrangementLayout>> settings;
-
-        int files() const;
+        std::optional<LayoutDocument> fullScreen = {};
+        std::optional<LayoutDocument> windowed = {};
+        std::optional<QList<SmartFolderDefinition>> definitions = {};
+        std::optional<ArrangementLayout> settings = {};
     };
 
     explicit StepJournal(const Machine& machine, const QString& directory);
 
-    template <typename Value>
-    static Change::Part<Value> part(const Value& before, const Value& after);
-
-    std::expected<void, FileError> begin(const Change& change);
+    /// Nothing may wait to be saved: it is the files as they are now that the step begins with.
+    std::expected<void, FileError> begin(Change change);
     void end();
 
     /// Brings a step that was cut off to its end: in the stores, and in what was loaded from them.
     void finish(LayoutStore& store, std::array<LayoutStore::LoadResult, 2>& loaded,
                 SmartFolderLibrary& smartFolders);
 
+    struct Note; ///< what the file holds
+
 private:
+    /// Of the files as they are, in the order of the changes: both layouts, definitions, settings.
+    std::array<QString, 4> digests(LauncherWindowMode mode) const;
+
     const Machine& _machine;
+    QString _directory;
     StoredFile _file;
 };
 

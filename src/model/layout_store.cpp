@@ -33,7 +33,7 @@ QString LayoutStore::defaultDirectory(const Places& places, const std::optional<
                               identifier.value_or(QStringLiteral("com.quillane.app")));
 }
 
-static QString workingPath(const QString& directory, LauncherWindowMode mode) {
+QString LayoutStore::workingPath(const QString& directory, LauncherWindowMode mode) {
     return FileSystem::joined(directory, mode == LauncherWindowMode::fullScreen
                                              ? QStringLiteral("layout.json")
                                              : QStringLiteral("layout-windowed.json"));

@@ -57,6 +57,8 @@ public:
     static QString defaultDirectory(const Places& places,
                                     const std::optional<QString>& identifier = applicationIdentifier);
 
+    static QString workingPath(const QString& directory, LauncherWindowMode mode);
+
     /// Creates the folder; a failure to do so shows at the first read or write.
     LayoutStore(const Machine& machine, QString directory);
 

@@ -81,6 +81,7 @@ public:
     SmartFolderStore(const FileSystem& files, QString directory, const Clock& clock, UuidSource& uuids,
                      std::function<void()> beforeStep = {});
 
+    static QString fileName() { return QStringLiteral("computed-folders.json"); }
     const QString& directory() const { return _directory; }
     /// Where the last registry was moved that could not be read, as far as it is known.
     const std::optional<QString>& lastQuarantinedPath() const { return _lastQuarantinedPath; }

@@ -63,16 +63,15 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsBroughtToItsEnd) {
     ASSERT_NE(old.layout, wanted.layout);
     ASSERT_NE(old.registry, wanted.registry);
 
-    const StepJournal::Change change{
-        .mode = LauncherWindowMode::fullScreen,
-        .fullScreen = StepJournal::part(before.document, after.document),
-        .windowed = {},
-        .definitions = StepJournal::part(before.smartFolderDefinitions, after.smartFolderDefinitions),
-        .settings = StepJournal::part(before.settings, after.settings)};
+    const StepJournal::Change change{.mode = LauncherWindowMode::fullScreen,
+                                     .fullScreen = after.document,
+                                     .definitions = after.smartFolderDefinitions,
+                                     .settings = after.settings};
     for (int written = 0; written < 8; ++written) {
+        put(old);
+        ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
         put({written & 1 ? wanted.layout : old.layout, written & 2 ? wanted.registry : old.registry,
              written & 4 ? wanted.rows : old.rows});
-        ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
         launcher.reset();
         start();
         const Files found = files();
@@ -84,15 +83,19 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsBroughtToItsEnd) {
     }
 
     // Once somebody has worked on a file, a note that could not be removed means nothing.
+    put(old);
+    ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
+    const QByteArray outdated = mac.read(note);
+    put(wanted);
+    launcher.reset();
+    mac.remove(note);
+    start();
     ASSERT_TRUE(
         launcher->editor().rename(LauncherWindowMode::fullScreen, test::idOf(u"Trees"_s), u"Woods"_s));
     (void)mac.settings.set(u"gridRows"_s, old.rows);
     const Files later = files();
-    for (const QByteArray& left : {mac.read(note), QByteArray("{}"), QByteArray("no note")}) {
-        if (left.isEmpty())
-            ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
-        else
-            mac.write(note, left);
+    for (const QByteArray& left : {outdated, QByteArray("{}"), QByteArray("no note")}) {
+        mac.write(note, left);
         launcher.reset();
         start();
         EXPECT_EQ(files().registry, later.registry);
