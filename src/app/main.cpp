@@ -3,10 +3,12 @@
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_updates.h"
 
+#include "control/manual.h"
 #include "control/running_launcher.h"
 #include "platform/host_machine.h"
 #include "platform/host_traits.h"
 #include "platform/interruption.h"
+#include "platform/version.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -36,9 +38,21 @@ struct Arguments {
 
 std::string text(const QString& value) { return value.toStdString(); }
 
+std::string manual(const CLI::App& app, const std::string& form) {
+    ProgramOutline outline = outlineOf(app);
+    outline.description = "application launcher: all applications as pages of tiles";
+    outline.remarks =
+        "Type anywhere to search; Return starts the best match. Press on a tile and pull to carry it; "
+        "the right button opens its menu.\n\nOn a Mac it runs on that Mac. Elsewhere --root names a "
+        "folder that holds a Mac's layout; tessellar-sample-mac builds one with some 130 invented "
+        "applications.";
+    outline.examples = "tessellar-sample-mac ~/sample-mac\ntessellar --root ~/sample-mac\n";
+    return writeManual(outline, form);
+}
+
 /// Nothing when the program is to end with `status`.
 std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
-    CLI::App app{"Shows the installed applications as pages of tiles."};
+    CLI::App app{"Shows the installed applications as pages of tiles.", "tessellar"};
     std::string root;
     std::string home;
     std::string mode = text(json::rawValue(LauncherWindowMode::fullScreen));
@@ -63,12 +77,20 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
                  "Draw by the graphics processor, or without it");
     app.add_flag("--resident,!--no-resident", arguments.isResident,
                  "Go on in the background without the window; another start shows it again");
+    std::string form;
+    app.add_option("--generate", form)->group("")->check(CLI::IsMember(manualForms));
+    app.set_version_flag("--version", "tessellar " + versionText(),
+                         "Say the version, and nothing else");
     app.add_flag("--measure-start", arguments.measureStart,
                  "Prints how long the first frame and the first whole frame took, and ends");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         status = app.exit(error) == 0 ? 0 : 2;
+        return std::nullopt;
+    }
+    if (!form.empty()) {
+        std::fputs(manual(app, form).c_str(), stdout);
         return std::nullopt;
     }
     if (!root.empty())

@@ -2,24 +2,37 @@
 
 namespace tessellar {
 
-static constexpr auto beforeTheCommand = R"(Before the command:
-  --root DIR                  The machine is the folder DIR, which holds a Mac's layout
-  --home PATH                 Whose arrangement, where the machine has several homes
-  --mode MODE                 The display mode: fullScreen (the default) or windowed
-  --locale ID                 How to compare and name things, such as de_DE
-  --now DATE                  What to take for the present, such as 2026-11-14T21:05:40Z
-  --json                      Answer with a JSON document
+std::span<const GlobalOption> globalOptions() {
+    static constexpr GlobalOption options[] = {
+        {"--root", "DIR", "The machine is the folder DIR, which holds a Mac's layout"},
+        {"--home", "PATH", "Whose arrangement, where the machine has several homes"},
+        {"--mode", "MODE", "The display mode: fullScreen (the default) or windowed"},
+        {"--locale", "ID", "How to compare and name things, such as de_DE"},
+        {"--now", "DATE", "What to take for the present, such as 2026-11-14T21:05:40Z"},
+        {"--json", nullptr, "Answer with a JSON document"},
+        {"--version", nullptr, "Say the version, and nothing else"},
+        {"--help", nullptr, "List the commands, and nothing else"},
+    };
+    return options;
+}
 
-batch FILE takes one command a line from a file, or with - from standard input.
-The exit status is 0 when it was done, 1 when it was refused or failed, 2 for wrong usage.)";
+static std::string beforeTheCommand() {
+    std::string text = "Before the command:\n";
+    for (const GlobalOption& option : globalOptions()) {
+        std::string line = std::string("  ") + option.name;
+        if (option.value)
+            line += std::string(" ") + option.value;
+        line.resize(30, ' ');
+        text += line + option.description + '\n';
+    }
+    return text + "\nbatch FILE takes one command a line from a file, or with - from standard input.\n"
+                  "The exit status is 0 when it was done, 1 when it was refused or failed, "
+                  "2 for wrong usage.";
+}
 
 CommandSet::CommandSet()
     : _parser("Everything that the launcher can do without a pointer.", "tessellarctl") {
     _parser.require_subcommand(1);
-    _parser.footer("batch FILE (or -) runs one command a line in one process, with one history and "
-                   "clipboard.\n"
-                   "Before the command: --root DIR, --home PATH, --mode fullScreen|windowed, "
-                   "--locale ID,\n--now DATE, --json. A line of a batch may begin with --mode.");
     addLayoutCommands(*this);
     addEditingCommands(*this);
     addActionCommands(*this);
@@ -29,7 +42,7 @@ CommandSet::CommandSet()
     addSmartFolderCommands(*this);
     addUpdateCommands(*this);
     addCleanupCommands(*this);
-    _parser.footer(beforeTheCommand); // last: commands would take it over
+    _parser.footer(beforeTheCommand()); // last: commands would take it over
 }
 
 QString valueText(const QJsonValue& value) {

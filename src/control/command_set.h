@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <span>
 #include <string>
 
 namespace tessellar {
@@ -22,6 +23,14 @@ enum class CommandNeeds {
     window,               ///< the launcher, however far its start has come
     launcherToLook,       ///< the same, but it changes nothing and is in nobody's way
 };
+
+/// An option of tessellarctl itself, which stands before the command.
+struct GlobalOption {
+    const char* name;
+    const char* value; ///< what stands for its value; none for a flag
+    const char* description;
+};
+std::span<const GlobalOption> globalOptions();
 
 /// The commands of tessellarctl, declared once: their words for CLI11, and what they do. One set reads
 /// one command: CLI11 keeps what it read in the variables that its options are bound to.
@@ -47,6 +56,7 @@ public:
     };
     std::expected<Parsed, Failure> parse(const QStringList& words);
 
+    const CLI::App& commands() const { return _parser; }
     /// The list of all commands.
     QString help() const { return QString::fromStdString(_parser.help()); }
 

@@ -2,11 +2,13 @@
 
 #include "control/command_interpreter.h"
 #include "control/control_socket.h"
+#include "control/manual.h"
 #include "control/running_launcher.h"
 #include "control/shell_words.h"
 #include "launcher/launcher_messages.h"
 #include "platform/host_machine.h"
 #include "platform/interruption.h"
+#include "platform/version.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -22,6 +24,42 @@ constexpr qint64 maximumBatch = 16 << 20;
 
 QString wrongMode() { return QStringLiteral("--mode is fullScreen or windowed."); }
 
+/// The manual page or completions, from the commands that are parsed and the options before them.
+std::string manual(const std::string& form) {
+    const CommandSet set;
+    ProgramOutline outline = outlineOf(set.commands());
+    outline.options.clear();
+    for (const GlobalOption& option : globalOptions()) {
+        const std::string name = option.name;
+        outline.options.push_back({.names = {name},
+                                   .value = option.value ? option.value : "",
+                                   .choices = name == "--mode"
+                                                  ? std::vector<std::string>{"fullScreen", "windowed"}
+                                                  : std::vector<std::string>(),
+                                   .description = option.description});
+    }
+    outline.commands.push_back({.path = "batch",
+                                .description = "One command a line, in one process, with one history",
+                                .options = {},
+                                .operands = {{.names = {},
+                                              .value = "file",
+                                              .choices = {},
+                                              .description = "The file, or - for standard input",
+                                              .isRequired = true}}});
+    outline.remarks =
+        "Tiles are named by identifier or app key, places as PAGE:INDEX or FOLDER/PAGE:INDEX, counted "
+        "from 0.\n\nWhile the launcher is running it carries the commands out itself. A line of a "
+        "batch "
+        "may begin with --mode.\n\nThe exit status is 0 when it was done, 1 when it was refused or "
+        "failed, 2 for wrong usage. With --json, errors are documents too: "
+        "{\"error\": {\"code\": ..., \"message\": ...}}.";
+    outline.examples = "tessellar-sample-mac ~/sample-mac\n"
+                       "tessellarctl --root ~/sample-mac list\n"
+                       "tessellarctl --root ~/sample-mac search mail\n"
+                       "tessellarctl --root ~/sample-mac cleanup review org.example.app\n";
+    return writeManual(outline, form);
+}
+
 struct Invocation {
     MachineOptions machine;
     CommandOptions options;
@@ -34,6 +72,9 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
     Invocation invocation;
     invocation.options.directory = QDir::currentPath();
     invocation.options.showsProgress = ::isatty(STDERR_FILENO) == 1;
+    const auto said = [](const QString& text) {
+        return std::unexpected(CommandSet::Failure{ExitStatus::done, text});
+    };
     const auto wrong = [](const QString& text) {
         return std::unexpected(CommandSet::Failure{ExitStatus::wrongUsage, text});
     };
@@ -49,7 +90,11 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
     while (!arguments.isEmpty() && arguments.first().startsWith(u'-')) {
         QString name = arguments.takeFirst();
         if (name == u"--help" || name == u"-h")
-            return std::unexpected(CommandSet::Failure{ExitStatus::done, CommandSet().help()});
+            return said(CommandSet().help());
+        if (name == u"--version")
+            return said(QString::fromStdString("tessellarctl " + versionText()));
+        if (name == u"--generate")
+            return said(QString::fromStdString(manual(arguments.value(0).toStdString())));
         QString value;
         if (const qsizetype equals = name.indexOf(u'='); equals > 0) {
             value = name.sliced(equals + 1);

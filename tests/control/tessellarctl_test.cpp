@@ -73,6 +73,32 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusal) {
     EXPECT_EQ(run({u"--home"_qs, u"/Users/bob"_qs, u"list"_qs}).status, 0);
 }
 
+TEST_F(TessellarctlTest, WritesItsOwnManualAndCompletions) {
+    const QByteArray page = run({u"--generate"_qs, u"man"_qs}, {}, false).out;
+    EXPECT_TRUE(page.startsWith(".TH TESSELLARCTL 1"));
+    for (const char* part : {"\\fBupdates check\\fR", "\\fB\\-\\-channel\\fR",
+                             "\\fB\\-\\-root\\fR \\fIDIR\\fR", "\\fBbatch\\fR \\fIfile\\fR"})
+        EXPECT_TRUE(page.contains(part)) << part;
+
+    QFile script(root.path() + u"/completion"_qs);
+    ASSERT_TRUE(script.open(QFile::WriteOnly));
+    script.write(
+        run({u"--generate"_qs, u"bash"_qs}, {}, false).out +
+        "COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _tessellarctl; echo \"${COMPREPLY[*]}\"\n");
+    script.close();
+    const auto completed = [&](const QStringList& words) {
+        QProcess bash;
+        bash.start(u"bash"_qs, QStringList{script.fileName(), u"tessellarctl"_qs} + words);
+        bash.waitForFinished();
+        return bash.readAllStandardOutput().trimmed();
+    };
+    EXPECT_EQ(completed({u"arr"_qs}), "arrangements");
+    EXPECT_EQ(completed({u"--mode"_qs, u""_qs}), "fullScreen windowed");
+    EXPECT_EQ(completed({u"--root"_qs, u"list"_qs, u"updates"_qs, u"ch"_qs}), "check channels");
+    EXPECT_EQ(completed({u"updates"_qs, u"check"_qs, u"--ch"_qs}), "--channel");
+    EXPECT_EQ(run({u"--version"_qs}, {}, false).out.split(' ').first(), "tessellarctl");
+}
+
 TEST_F(TessellarctlTest, IsDoneOnlyWhenItsEditIsOnTheDisk) {
     const Result before = run({u"list"_qs});
     // Folders under every temporary name: nothing can be saved, whoever tries.
