@@ -43,6 +43,8 @@ void HelperServer::attend(const Descriptor& socket) {
     const auto peer = peerCredentials(socket.get());
     if (!peer)
         return;
+    if (_options.accepts && !_options.accepts(socket.get()))
+        return;
     const QByteArray nonce = _nonces();
     const QByteArray challenge = json::writeCompact(json::encode(HelperChallenge{nonce}));
     if (writeFrame(socket.get(), challenge, _options.sendTime) != 0)

@@ -17,6 +17,7 @@ public:
         std::chrono::milliseconds idle{60'000};
         std::chrono::milliseconds sendTime{helper_limits::sendMilliseconds};
         unsigned mostConnections = 8;
+        std::function<bool(int socket)> accepts{}; ///< none: everyone who may connect
     };
 
     HelperServer(RequestDesk& desk, std::function<QByteArray()> nonces, Options options)

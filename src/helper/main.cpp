@@ -9,6 +9,11 @@
 #include "helper/helper_server.h"
 
 #include "cleanup/privileged/helper_transport.h"
+#include "platform/activated_socket.h"
+#include "platform/administrator_rights.h"
+#include "platform/machine.h"
+#include "platform/peer_code.h"
+#include "platform/version.h"
 
 #include <QRandomGenerator>
 
@@ -80,6 +85,10 @@ int fail(const char* what, int error) {
 } // namespace
 
 int main(int count, char** words) {
+    if (count == 2 && QByteArray(words[1]) == "--version") {
+        std::printf("tessellar-removal-helper %s\n", tessellar::versionText().c_str());
+        return 0;
+    }
     const auto options = optionsOf(count, words);
     if (!options) {
         std::fputs("tessellar-removal-helper [--root DIR --home PATH] [--socket PATH]\n", stderr);
@@ -92,7 +101,7 @@ int main(int count, char** words) {
     if (!prepareFolder(journal))
         return fail(journal.constData(), EACCES);
 
-    auto listening = inheritedSocket(::getenv("LISTEN_PID"), ::getenv("LISTEN_FDS"));
+    auto listening = activatedSocket();
     if (!listening) {
         auto own = listenLocally(options->socket);
         if (!own)
@@ -101,7 +110,10 @@ int main(int count, char** words) {
     }
     const FileSystem host;
     ProcessRunner commands;
-    PolkitCheck authorization(host, commands);
+    PolkitCheck polkit(host, commands);
+    GrantCheck grants;
+    AuthorizationCheck& authorization =
+        carriesAdministratorGrants() ? static_cast<AuthorizationCheck&>(grants) : polkit;
     FileOperations operations(options->root, journal);
     RequestDesk desk(operations, authorization, [&](std::uint32_t user) -> std::optional<HelperClient> {
         const auto home = options->home ? options->home : homeOf(user);
@@ -111,6 +123,9 @@ int main(int count, char** words) {
             user,
             {*home + QStringLiteral("/.Trash"), *home + QStringLiteral("/.local/share/Trash/files")}};
     });
-    HelperServer(desk, freshNonce, {}).serve(listening->get(), {});
+    HelperServer::Options serving;
+    if (!isRooted)
+        serving.accepts = [](int socket) { return isPeerCodeAccepted(socket, applicationIdentifier); };
+    HelperServer(desk, freshNonce, serving).serve(listening->get(), {});
     return 0;
 }

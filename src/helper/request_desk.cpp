@@ -1,5 +1,7 @@
 #include "helper/request_desk.h"
 
+#include "platform/administrator_rights.h"
+
 namespace tessellar {
 namespace {
 
@@ -38,6 +40,13 @@ std::expected<void, AuthorizationError> PolkitCheck::check(const PeerCredentials
                        .input = {}},
                       stop);
     if (!result.succeeded())
+        return std::unexpected(AuthorizationError::denied);
+    return {};
+}
+
+std::expected<void, AuthorizationError> GrantCheck::check(const PeerCredentials& peer,
+                                                          const QByteArray& grant, std::stop_token) {
+    if (peer.user != 0 && !isAdministratorGrant(grant))
         return std::unexpected(AuthorizationError::denied);
     return {};
 }

@@ -31,6 +31,13 @@ private:
     CommandRunner& _commands;
 };
 
+/// Checks the grant that the request carries, where the system makes such.
+class GrantCheck final : public AuthorizationCheck {
+public:
+    std::expected<void, AuthorizationError> check(const PeerCredentials& peer, const QByteArray& grant,
+                                                  std::stop_token stop) override;
+};
+
 /// Answers one message with one reply, whatever the message is.
 class RequestDesk {
 public:

@@ -45,7 +45,7 @@ private:
     DesktopTrash _desktop;
     Onlooker _onlooker;
     LocalSocketTransport _transport;
-    PeerAuthorization _authorization;
+    SystemAuthorization _authorization;
     std::optional<HelperSetupBroker> _broker;
     PrivilegedHelperCoordinator _coordinator;
 };

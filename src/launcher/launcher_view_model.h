@@ -33,7 +33,7 @@ class SmartFolderEditing;
 class SmartFolderLibrary;
 struct LauncherError;
 class LaunchpadItem;
-struct Locale;
+class Locale;
 struct Machine;
 
 /// Owns all state that the user sees and edits. It holds the parts, each of which says in its header

@@ -139,7 +139,7 @@ private:
             const std::uint64_t left =
                 _options.maximumEntries - std::min(before, _options.maximumEntries);
             for (const DirectoryReader::Entry& entry :
-                 entries->first(std::min(left, entries->size()))) {
+                 entries->first(std::min<std::uint64_t>(left, entries->size()))) {
                 if (over())
                     return;
                 ++listing.entries;

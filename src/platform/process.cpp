@@ -80,15 +80,15 @@ Descriptor openExitWatch(pid_t child) {
 class BrokenPipeGuard {
 public:
     BrokenPipeGuard() {
-        ::sigemptyset(&_signal);
-        ::sigaddset(&_signal, SIGPIPE);
+        sigemptyset(&_signal); // a macro on a Mac, as its kin are
+        sigaddset(&_signal, SIGPIPE);
         ::pthread_sigmask(SIG_BLOCK, &_signal, &_before);
     }
     ~BrokenPipeGuard() {
         sigset_t pending;
         ::sigpending(&pending);
         int taken = 0;
-        if (::sigismember(&pending, SIGPIPE) == 1 && ::sigismember(&_before, SIGPIPE) == 0)
+        if (sigismember(&pending, SIGPIPE) == 1 && sigismember(&_before, SIGPIPE) == 0)
             ::sigwait(&_signal, &taken);
         ::pthread_sigmask(SIG_SETMASK, &_before, nullptr);
     }
@@ -173,9 +173,9 @@ int spawn(const Command& command, Leading leading, int input, int output, int er
     ::posix_spawn_file_actions_addclosefrom_np(&spawning.actions, STDERR_FILENO + 1);
 #endif
     sigset_t none;
-    ::sigemptyset(&none);
+    sigemptyset(&none);
     sigset_t all;
-    ::sigfillset(&all);
+    sigfillset(&all);
     ::posix_spawnattr_setsigmask(&spawning.attributes, &none);
     ::posix_spawnattr_setsigdefault(&spawning.attributes, &all);
     ::posix_spawnattr_setpgroup(&spawning.attributes, 0);

@@ -1,5 +1,5 @@
-#include "cleanup/privileged/code_requirement.h"
 #include "cleanup/privileged/privileged_helper_coordinator.h"
+#include "platform/code_requirement.h"
 
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"

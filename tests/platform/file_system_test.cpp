@@ -1,5 +1,6 @@
 #include "platform/file_system.h"
 
+#include "platform/full_disk_access.h"
 #include "platform/rooted_path.h"
 #include "tests/platform/disk_folder.h"
 #include "tests/support/printers.h"
@@ -9,8 +10,8 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <random>
 
@@ -283,6 +284,19 @@ TEST_F(FileSystemTest, MakesFoldersMovesAndRemovesWithoutLoss) {
     EXPECT_TRUE(files.remove(u"/link/"_s));
     EXPECT_TRUE(fs::is_directory(root / "Applications/a"));
     EXPECT_EQ(failure(files.remove(u"/link"_s)), Code::notFound);
+}
+
+TEST_F(FileSystemTest, TellsFullDiskAccessByWhatItGuards) {
+    const QString home = u"/Users/ada"_s;
+    EXPECT_EQ(fullDiskAccess(files, home), FullDiskAccess::notGuarded);
+    const fs::path guarded = root / "Users/ada/Library/Application Support/com.apple.TCC";
+    fs::create_directories(guarded);
+    writeFile(guarded / "TCC.db", "guarded");
+    EXPECT_EQ(fullDiskAccess(files, home), FullDiskAccess::granted);
+    if (::geteuid() != 0) { // who may read everything
+        fs::permissions(guarded / "TCC.db", fs::perms::none);
+        EXPECT_EQ(fullDiskAccess(files, home), FullDiskAccess::denied);
+    }
 }
 
 TEST_F(FileSystemTest, NamesWhatStandsInTheWay) {

@@ -1,5 +1,6 @@
 #include "cleanup/privileged/privileged_helper_coordinator.h"
 
+#include "platform/administrator_rights.h"
 #include "platform/resume_once.h"
 
 #include <algorithm>
@@ -55,6 +56,22 @@ helperReply(const QByteArray& bytes, const PrivilegedFileOperationRequest& reque
     if (!fits || reply->outcomes.size() != request.items.size())
         return invalid;
     return *reply;
+}
+
+std::expected<QByteArray, AdministratorAuthorization::Refusal>
+SystemAuthorization::obtain(std::stop_token) {
+    auto grant = obtainAdministratorGrant();
+    if (grant)
+        return *std::move(grant);
+    switch (grant.error()) {
+    case RightsRefusal::canceled:
+        return std::unexpected(Refusal::canceled);
+    case RightsRefusal::externalizationFailed:
+        return std::unexpected(Refusal::externalizationFailed);
+    case RightsRefusal::denied:
+        break;
+    }
+    return std::unexpected(Refusal::denied);
 }
 
 std::expected<PrivilegedFileOperationResponse, QString>

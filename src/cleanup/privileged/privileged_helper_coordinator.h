@@ -22,6 +22,12 @@ public:
     std::expected<QByteArray, Refusal> obtain(std::stop_token) override { return QByteArray(); }
 };
 
+/// Asks this system, which on a Mac shows its own prompt.
+class SystemAuthorization final : public AdministratorAuthorization {
+public:
+    std::expected<QByteArray, Refusal> obtain(std::stop_token) override;
+};
+
 /// Sends requests to the helper and makes outcomes of its replies. Blocks; for a worker.
 class PrivilegedHelperCoordinator final : public AdminMover {
 public:

@@ -1,4 +1,4 @@
-#include "cleanup/privileged/code_requirement.h"
+#include "platform/code_requirement.h"
 
 #include <algorithm>
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tessellar {
+
+/// A key with modifiers, as a Mac's keyboard numbers it.
+struct KeyChord {
+    enum Modifier : unsigned { command = 1, shift = 2, option = 4, control = 8 };
+
+    unsigned keyCode = 0;
+    unsigned modifiers = 0;
+
+    bool operator==(const KeyChord&) const = default;
+};
+
+/// "option+space", "control+command+l", "f4". Nothing for what names no key, and for a key without a
+/// modifier that is no function key: no program could be typed into any more.
+std::optional<KeyChord> keyChord(const QString& text);
+
+/// A key that calls back whichever program has the focus. Destroying it gives the key back.
+///
+/// On a Mac through Carbon's hot keys, which need no permission: an event tap would ask for the right
+/// to watch every key, and there is no tool. Unproven: compiled against declarations, never run.
+/// Elsewhere there are none: desktops keep such keys themselves, and a shortcut of theirs can run
+/// `tessellarctl show`.
+class HotKey {
+public:
+    virtual ~HotKey() = default;
+
+    /// Nothing when another program has the key, or none can be had. Calls back on the main thread.
+    static std::unique_ptr<HotKey> make(KeyChord chord, std::function<void()> pressed);
+};
+
+} // namespace tessellar
