@@ -4,6 +4,7 @@
 #include "sample/demonstration_updates.h"
 #include "sample/launchpad_database.h"
 #include "sample/leftovers.h"
+#include "sample/picture.h"
 #include "sample/tools.h"
 
 #include <array>
@@ -24,7 +25,7 @@ const QDateTime& today() {
 /// Names and pictures for more applications than the catalog has.
 CatalogEntry madeUp(int number) {
     static constexpr std::array kinds{Kind::developer, Kind::sparkle, Kind::store};
-    static const QList<QByteArray> glyphs = glyphNames();
+    static const QList<QByteArray> glyphs = pictureNames();
     static constexpr std::array<std::pair<QRgb, QRgb>, 7> tones{{{0x6cc3ff, 0x1d7bf2},
                                                                  {0xffa94d, 0xf0642a},
                                                                  {0x6ee08a, 0x1f9e55},

@@ -1,31 +1,19 @@
 #include "sample/icon_artist.h"
 
-#include "sample/glyph_canvas.h"
+#include "sample/picture.h"
 
 #include <QBuffer>
 #include <QImageWriter>
+#include <QPainter>
+#include <QPainterPath>
 
-#include <array>
 #include <cmath>
-#include <cstring>
 #include <map>
 #include <numbers>
 
 namespace tessellar::sample {
 
 namespace {
-
-std::array<std::span<const Glyph>, 6> allGlyphs() {
-    return {homeGlyphs(), toolsGlyphs(), natureGlyphs(), playGlyphs(), mediaGlyphs(), signsGlyphs()};
-}
-
-const Glyph* glyphNamed(const char* name) {
-    for (const auto glyphs : allGlyphs())
-        for (const Glyph& glyph : glyphs)
-            if (std::strcmp(glyph.name, name) == 0)
-                return &glyph;
-    return nullptr;
-}
 
 QColor mixed(const QColor& a, const QColor& b, double part) {
     const auto channel = [part](int from, int to) {
@@ -238,10 +226,7 @@ QImage drawIcon(const IconDesign& design, int side) {
     icon.fill(Qt::transparent);
     if (!free)
         drawBody(icon, design, tile);
-    if (const Glyph* glyph = glyphNamed(design.glyph)) {
-        GlyphCanvas canvas(icon, tile, QColor(design.ink), QColor(design.accent));
-        glyph->draw(canvas);
-    }
+    drawPicture(icon, tile, design.glyph, QColor(design.ink), QColor(design.accent));
 
     QImage result(side, side, QImage::Format_ARGB32_Premultiplied);
     result.fill(Qt::transparent);
@@ -311,14 +296,6 @@ QByteArray icnsBytes(const IconDesign& design, IcnsForm form) {
         return icns.finish();
     }
     return {};
-}
-
-QList<QByteArray> glyphNames() {
-    QList<QByteArray> names;
-    for (const auto glyphs : allGlyphs())
-        for (const Glyph& glyph : glyphs)
-            names.append(glyph.name);
-    return names;
 }
 
 } // namespace tessellar::sample

@@ -21,7 +21,7 @@ enum class Backdrop { plain, glow, rays, rings, waves, dots, diagonal, horizon, 
 
 /// How an application's icon looks. Colours as 0xRRGGBB.
 struct IconDesign {
-    const char* glyph = "star"; ///< a name of glyph_canvas.h's tables
+    const char* glyph = "star"; ///< the name of a picture
     QRgb top = 0x5aa9ff;
     QRgb bottom = 0x2563eb;
     QRgb ink = 0xffffff;
@@ -43,8 +43,5 @@ Pixels pixelsOf(const QImage& image);
 
 /// The bytes of an .icns file of the design; drawn once and reduced for the smaller sizes.
 QByteArray icnsBytes(const IconDesign& design, IcnsForm form = IcnsForm::modern);
-
-/// The names of all pictures.
-QList<QByteArray> glyphNames();
 
 } // namespace tessellar::sample

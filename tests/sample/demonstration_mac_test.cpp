@@ -1,5 +1,6 @@
 #include "sample/catalog.h"
 #include "sample/demonstration_mac.h"
+#include "sample/picture.h"
 #include "sample/trees.h"
 
 #include <QTemporaryDir>
@@ -30,7 +31,7 @@ TEST(DemonstrationMac, IsTheSameToTheByteEveryTime) {
 }
 
 TEST(DemonstrationMac, TheCatalogNamesEachApplicationOnceAndDrawsWhatThereIs) {
-    const QList<QByteArray> glyphs = glyphNames();
+    const QList<QByteArray> glyphs = pictureNames();
     std::set<QByteArray> names;
     std::set<Kind> kinds;
     for (const CatalogEntry& entry : catalog()) {
