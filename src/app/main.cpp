@@ -1,10 +1,12 @@
 #include "app/launcher_window.h"
+#include "app/summons.h"
 
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_updates.h"
 
 #include "control/manual.h"
 #include "control/running_launcher.h"
+#include "platform/desktop/launch_at_login.h"
 #include "platform/host_machine.h"
 #include "platform/host_traits.h"
 #include "platform/interruption.h"
@@ -17,6 +19,7 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QStandardPaths>
 #include <QTimer>
 
 #include <CLI/CLI.hpp>
@@ -31,8 +34,11 @@ struct Arguments {
     LauncherWindowMode mode = LauncherWindowMode::fullScreen;
     QSize screen;
     QString screenshot; ///< a host path
+    QStringList steps;  ///< before it is taken
     bool measureStart = false;
     bool isResident = false;
+    bool isHidden = false;
+    std::optional<bool> atLogin;
     bool usesHardware = false;
 };
 
@@ -77,6 +83,12 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
                  "Draw by the graphics processor, or without it");
     app.add_flag("--resident,!--no-resident", arguments.isResident,
                  "Go on in the background without the window; another start shows it again");
+    app.add_flag("--hidden", arguments.isHidden, "Start in the background, without the window");
+    std::string atLogin;
+    app.add_option("--at-login", atLogin, "Whether to start when the user logs in; stored, and ends")
+        ->check(CLI::IsMember({"on", "off"}));
+    std::vector<std::string> steps;
+    app.add_option("--perform", steps)->group("");
     std::string form;
     app.add_option("--generate", form)->group("")->check(CLI::IsMember(manualForms));
     app.set_version_flag("--version", "tessellar " + versionText(),
@@ -99,11 +111,26 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
         arguments.machine.home = QString::fromStdString(home);
     if (!locale.empty())
         arguments.machine.locale = QString::fromStdString(locale);
+    if (!atLogin.empty())
+        arguments.atLogin = atLogin == "on";
+    arguments.isResident = arguments.isResident || arguments.isHidden;
     arguments.mode = *json::fromRawValue<LauncherWindowMode>(QString::fromStdString(mode));
     arguments.screenshot = QString::fromLocal8Bit(screenshot);
+    for (const std::string& step : steps)
+        arguments.steps.append(QString::fromLocal8Bit(step));
     if (screen.size() == 2)
         arguments.screen = QSize(screen[0], screen[1]);
     return arguments;
+}
+
+/// Ends with this status.
+int startAtLogin(bool on) {
+    const auto stored =
+        setLaunchesAtLogin(on, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+    if (stored)
+        return 0;
+    std::fprintf(stderr, "tessellar: %s\n", qUtf8Printable(stored.error()));
+    return 1;
 }
 
 /// Asks the launcher that is running to show itself; false where it does not.
@@ -125,6 +152,29 @@ bool showRunning(RemoteExecutor& running) {
     return isShown;
 }
 
+/// The tile of the arrangement that has this label, or nothing.
+QString tileLabelled(LauncherWindow& window, const QString& label) {
+    for (const Page& page : window.viewModel().shown().pages())
+        for (const LaunchpadItem& item : page) {
+            const QString id = toText(item.id());
+            if (window.controller().tileView(id).value(QStringLiteral("label")) == label)
+                return id;
+        }
+    return {};
+}
+
+/// A step before a picture: "type TEXT", or the entry of a menu, "ENTRY [LABEL OF TILE]".
+void performStep(LauncherWindow& window, const QString& step) {
+    LauncherController& controller = window.controller();
+    const QString verb = step.section(u' ', 0, 0);
+    const QString object = step.section(u' ', 1);
+    if (verb == u"type")
+        return controller.search()->setText(object);
+    controller.openMenu(tileLabelled(window, object), {});
+    controller.menu()->close();
+    Q_EMIT controller.menu()->chosen(verb);
+}
+
 int run(int argc, char** argv) {
     QElapsedTimer sinceStart;
     sinceStart.start();
@@ -132,6 +182,8 @@ int run(int argc, char** argv) {
     const auto arguments = readArguments(argc, argv, status);
     if (!arguments)
         return status;
+    if (arguments->atLogin)
+        return startAtLogin(*arguments->atLogin);
 
     if (!arguments->usesHardware)
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
@@ -168,11 +220,18 @@ int run(int argc, char** argv) {
     (void)server.listen();
     const bool isForShow = !arguments->screenshot.isEmpty() || arguments->measureStart;
     LauncherUpdates& updates = window.viewModel().updates();
-    QObject::connect(&window, &LauncherWindow::firstFrame, &application, [&] {
-        if (!isForShow)
-            updates.startSchedule();
-    });
+    const bool isHidden = arguments->isHidden && !isForShow;
+    if (isHidden)
+        updates.startSchedule();
+    else if (!isForShow)
+        QObject::connect(&window, &LauncherWindow::firstFrame, &application,
+                         [&] { updates.startSchedule(); });
+    std::optional<Summons> summons;
+    Subscription settingsChanged;
     if (arguments->isResident && !isForShow) {
+        summons.emplace(machine.settings, machine.log,
+                        [&] { window.view().isVisible() ? window.hide() : window.show(); });
+        settingsChanged = window.viewModel().settingsChanged.connect([&] { summons->apply(); });
         QGuiApplication::setQuitOnLastWindowClosed(false);
         QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
                          [&](Qt::ApplicationState state) {
@@ -192,8 +251,15 @@ int run(int argc, char** argv) {
             }
             application.exit(status);
         };
+        const auto stage = [&, photograph] {
+            for (const QString& step : arguments->steps)
+                performStep(window, step);
+            // What was opened is there to be seen once it has moved into its place and been filled.
+            const std::chrono::milliseconds settled(arguments->steps.isEmpty() ? 0 : 1500);
+            QTimer::singleShot(settled, &window, photograph);
+        };
         // The tiles are to say what the last check found.
-        updates.whenKnown([&, photograph] { window.whenComplete(photograph); });
+        updates.whenKnown([&, stage] { window.whenComplete(stage); });
     } else if (arguments->measureStart) {
         QObject::connect(&window, &LauncherWindow::firstFrame, &application, [&] {
             std::printf("first frame %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
@@ -206,7 +272,8 @@ int run(int argc, char** argv) {
             application.exit();
         });
     }
-    window.show();
+    if (!isHidden)
+        window.show();
     const int ended = application.exec();
     if (const auto saved = window.viewModel().quit(); !saved) {
         std::fprintf(stderr, "tessellar: %s\n", qUtf8Printable(saved.error().message));

@@ -1,6 +1,7 @@
-// The settings: list, get, set.
+// The settings: list, get, set; and what the system permits.
 
 #include "control/command_set.h"
+#include "platform/full_disk_access.h"
 
 namespace tessellar {
 namespace {
@@ -12,9 +13,46 @@ QJsonValue settingValue(const QString& text) {
     return text;
 }
 
+struct FullDiskAccessAnswer {
+    const char* code;
+    const char* sentence;
+};
+
+FullDiskAccessAnswer answerFor(FullDiskAccess access) {
+    switch (access) {
+    case FullDiskAccess::granted:
+        return {"granted", "Tessellar has full disk access."};
+    case FullDiskAccess::denied:
+        return {"denied",
+                "Tessellar has no full disk access: a removal does not find what applications left in "
+                "guarded folders. System Settings > Privacy & Security > Full Disk Access grants it."};
+    case FullDiskAccess::notGuarded:
+        break;
+    }
+    return {"notGuarded", "This system guards no folders from Tessellar."};
+}
+
+void addPermissions(CommandSet& set) {
+    set.onRun(set.add("permissions", "What the system lets Tessellar see"), CommandNeeds::machine,
+              [](const Call& call) {
+                  auto task = std::make_shared<Task>();
+                  call->held.push_back(task);
+                  *task = call->machine.workers.run(
+                      [&files = call->machine.files, home = call->machine.places.home](
+                          std::stop_token) { return fullDiskAccess(files, home); },
+                      [call](FullDiskAccess access) {
+                          const FullDiskAccessAnswer answer = answerFor(access);
+                          call->succeed(QJsonObject{{QStringLiteral("fullDiskAccess"),
+                                                     QLatin1String(answer.code)}},
+                                        QString::fromUtf8(answer.sentence));
+                      });
+              });
+}
+
 } // namespace
 
 void addSettingsCommands(CommandSet& set) {
+    addPermissions(set);
     CLI::App* group = set.addGroup("settings", "What the user has set");
     set.onRun(set.add("list", "Every setting that is stored", group), CommandNeeds::machine,
               [](const Call& call) {

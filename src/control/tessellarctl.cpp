@@ -56,7 +56,7 @@ std::string manual(const std::string& form) {
     outline.examples = "tessellar-sample-mac ~/sample-mac\n"
                        "tessellarctl --root ~/sample-mac list\n"
                        "tessellarctl --root ~/sample-mac search mail\n"
-                       "tessellarctl --root ~/sample-mac cleanup review org.example.app\n";
+                       "tessellarctl --root ~/sample-mac cleanup review co.marigoldmoss.fernlight\n";
     return writeManual(outline, form);
 }
 

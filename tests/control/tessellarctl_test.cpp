@@ -79,6 +79,7 @@ TEST_F(TessellarctlTest, WritesItsOwnManualAndCompletions) {
     for (const char* part : {"\\fBupdates check\\fR", "\\fB\\-\\-channel\\fR",
                              "\\fB\\-\\-root\\fR \\fIDIR\\fR", "\\fBbatch\\fR \\fIfile\\fR"})
         EXPECT_TRUE(page.contains(part)) << part;
+    EXPECT_FALSE(page.contains("ALL\\-MATCHES")) << "a flag takes no value";
 
     QFile script(root.path() + u"/completion"_qs);
     ASSERT_TRUE(script.open(QFile::WriteOnly));
@@ -201,6 +202,7 @@ TEST_F(TessellarctlTest, SettingsAreJsonOrElseText) {
               (QJsonObject{{u"gridRows"_qs, 3}, {u"note"_qs, u"hello there"_qs}}));
     EXPECT_EQ(run({u"settings"_qs, u"set"_qs, u"note"_qs, u"null"_qs}).status, 0);
     EXPECT_EQ(run({u"settings"_qs, u"get"_qs, u"note"_qs}).code(), u"notSet");
+    EXPECT_EQ(run({u"permissions"_qs}).json(), (QJsonObject{{u"fullDiskAccess"_qs, u"notGuarded"_qs}}));
 }
 
 TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
