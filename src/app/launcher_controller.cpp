@@ -36,6 +36,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     connect(&_menu, &MenuModel::chosen, this, &LauncherController::performMenuEntry);
     connect(&_drag, &TileDrag::refused, this,
             [this](const LauncherError& error) { _viewModel.messages().report(error); });
+    connect(&_drag, &TileDrag::folderMade, this, &LauncherController::nameFolderAround);
     connect(&_drag, &TileDrag::newPageChanged, this, &LauncherController::showGridPage);
     connect(&_search, &TileSearch::changed, this, [this] {
         _menu.close();
@@ -231,6 +232,20 @@ QString LauncherController::notice() const {
         return feedback->text();
     const auto& notice = _viewModel.messages().notice();
     return notice ? notice->text : QString();
+}
+
+/// A new folder opens with its suggested name ready to be typed over.
+void LauncherController::nameFolderAround(const QUuid& tile) {
+    std::optional<QUuid> folder;
+    forEachItem(_viewModel.shown().pages(), [&](const LaunchpadItem& item) {
+        const FolderEntry* entry = item.folder();
+        for (const Page& page : entry ? entry->pages : Pages())
+            if (std::ranges::find(page, tile, &LaunchpadItem::id) != page.end())
+                folder = item.id();
+        return true;
+    });
+    if (folder && _viewModel.shown().openFolder(*folder))
+        _renaming.begin(toText(*folder));
 }
 
 TileDrag::Area LauncherController::dragArea() const {

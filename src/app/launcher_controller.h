@@ -112,6 +112,7 @@ private:
     void updateMetrics();
     void wantIcons();
     void makeRoomForAlert();
+    void nameFolderAround(const QUuid& tile);
     TileDrag::Area dragArea() const;
 
     /// The tiles that keys and clicks are about: what was found, the open folder's, the grid's.

@@ -7,7 +7,9 @@
 #include <QMouseEvent>
 #include <QStyleHints>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace tessellar {
 
@@ -74,8 +76,7 @@ void TileDrag::lift() {
     const auto guard = _viewModel.history().guard(_viewModel.shown().mode());
     if (!guard || area.rulesDecide) {
         letGo();
-        if (!guard)
-            Q_EMIT refused(guard.error());
+        Q_EMIT refused(guard ? launcherError(EditRefusal::rulesDecide) : guard.error());
         return;
     }
     const QUuid tile = *_pressed;
@@ -88,16 +89,15 @@ void TileDrag::lift() {
             _lifted.append(item.id());
         return true;
     });
-    _gap.reset();
+    _home = {};
     if (const auto at = area.pages.placeOf(tile); at && at->page == area.page) {
         int before = 0;
         const Page tiles = area.pages.tiles(at->page);
         for (qsizetype slot = 0; slot < at->slot; ++slot)
             before += _liftedSet.contains(tiles.at(slot).id()) ? 0 : 1;
-        _gap = before;
-        _gapFolder = area.folder;
-        _gapPage = area.page;
+        _home = {area.folder, area.page, before};
     }
+    _gap = _home;
     _drop = {};
     Q_EMIT lifted(); // before the press ends
     letGo();
@@ -110,80 +110,125 @@ void TileDrag::lift() {
 
 // ---- on the way
 
+TileDrag::Gap TileDrag::gapIn(const Area& area) const {
+    if (_gap.isIn(area))
+        return _gap;
+    return _home.isIn(area) ? _home : Gap{area.folder, area.page, {}};
+}
+
+bool TileDrag::isPointerNear(QPointF point) const {
+    return (_pointer - point).manhattanLength() <= tremble;
+}
+
+Drop TileDrag::dropOn(const Area& area, const std::optional<int>& gap) const {
+    if (_sprung && area.folder == _sprung->first && isPointerNear(_sprung->second))
+        return {Drop::Kind::onto, 0, {}, _sprung->first};
+    if (!area.frame.contains(_pointer))
+        return {};
+    const DropGrid grid{.pages = area.pages,
+                        .page = area.page,
+                        .columns = area.cells.columns,
+                        .rows = area.cells.rows,
+                        .gap = gap,
+                        .folder = area.folder,
+                        .rulesDecide = area.rulesDecide,
+                        .lifted = _liftedSet};
+    const QPointF at = _pointer - area.frame.topLeft();
+    return dropAt(grid, {(at.x() - area.cells.left) / std::max(1, area.cells.cellWidth),
+                         (at.y() - area.cells.top) / std::max(1, area.cells.cellHeight)});
+}
+
 void TileDrag::look() {
     const Area area = _area();
-    const bool isGapHere = _gapFolder == area.folder && _gapPage == area.page;
-    DropGrid grid{.pages = area.pages,
-                  .page = area.page,
-                  .columns = area.cells.columns,
-                  .rows = area.cells.rows,
-                  .gap = isGapHere ? _gap : std::nullopt,
-                  .folder = area.folder,
-                  .rulesDecide = area.rulesDecide,
-                  .lifted = _liftedSet};
-    const QPointF at = _pointer - area.frame.topLeft();
-    Drop drop;
-    if (!area.folder || area.frame.contains(_pointer))
-        drop = dropAt(grid, {(at.x() - area.cells.left) / std::max(1, area.cells.cellWidth),
-                             (at.y() - area.cells.top) / std::max(1, area.cells.cellHeight)});
-    std::optional<int> gap = grid.gap;
-    if (drop.kind == Drop::Kind::between)
-        gap = drop.slot;
-    else if (drop.kind == Drop::Kind::nowhere)
-        gap.reset();
-    if (drop != _drop || gap != _gap || !isGapHere) {
+    if (_sprung && (area.folder != _sprung->first || !isPointerNear(_sprung->second)))
+        _sprung.reset();
+    Gap gap = gapIn(area);
+    const Drop drop = dropOn(area, gap.slot);
+    if (drop.kind == Drop::Kind::nowhere)
+        gap = _home.isIn(area) ? _home : Gap{area.folder, area.page, {}}; // they go back
+    if (drop != _drop || gap != _gap) {
+        if (drop.target != _drop.target || drop.kind != _drop.kind)
+            _suggestedName.clear();
         _drop = drop;
         _gap = gap;
-        _gapFolder = area.folder;
-        _gapPage = area.page;
         ++_revision;
         Q_EMIT dropChanged();
     }
     rest(area);
 }
 
-/// Dwelling opens folders or turns pages.
-void TileDrag::rest(const Area& area) {
-    QString on;
-    std::function<void()> then;
-    std::chrono::milliseconds delay = turnDelay;
+TileDrag::Rest TileDrag::restOn(const Area& area) {
+    if (area.folder && !area.frame.contains(_pointer))
+        return {QStringLiteral("outside"), leaveDelay, false,
+                [this] { _viewModel.shown().closeFolder(); }};
     const LaunchpadItem* target =
         _drop.kind == Drop::Kind::onto ? _viewModel.shown().item(_drop.target) : nullptr;
-    if (area.folder && !area.frame.contains(_pointer)) {
-        on = QStringLiteral("outside");
-        delay = leaveDelay;
-        then = [this] { _viewModel.shown().closeFolder(); };
-    } else if (target && target->folder() && !_liftedSet.contains(_drop.target)) {
-        on = toText(_drop.target);
-        delay = openDelay;
-        then = [this, id = _drop.target] { _viewModel.shown().openFolder(id); };
-    } else if (_pointer.x() < area.frame.left() + edge || _pointer.x() > area.frame.right() - edge) {
-        const int by = _pointer.x() < area.frame.center().x() ? -1 : 1;
-        on = QStringLiteral("turn %1 %2").arg(by).arg(area.page);
-        then = [this, by] {
-            const Area now = _area();
-            const int page = now.page + by;
-            const auto count = static_cast<int>(now.pages.count());
-            if (now.folder)
-                return _viewModel.shown().setFolderPage(page);
-            if (page < 0 || page > count)
-                return;
-            setNewPage(page == count);
-            if (!_isOnNewPage)
-                _viewModel.shown().setCurrentPage(page);
-        };
+    if (target && target->folder() && area.folder != _drop.target)
+        return {toText(_drop.target), openDelay, false, [this, id = _drop.target] {
+                    if (_viewModel.shown().openFolder(id))
+                        _sprung = std::pair(id, _pointer);
+                }};
+    const bool isLeft = _pointer.x() < area.frame.left() + edge;
+    if (isLeft || _pointer.x() > area.frame.right() - edge) {
+        const int by = isLeft ? -1 : 1;
+        return {QStringLiteral("turn %1 %2").arg(by).arg(area.page), turnDelay, false,
+                [this, by] { turnPage(by); }};
     }
-    if (on == _restingOn)
+    if (target && target->app())
+        return {QStringLiteral("form ") + toText(_drop.target), formDelay, true, [this] {
+                    Page tiles;
+                    for (const QUuid& id : QList{_drop.target} + _lifted)
+                        if (const LaunchpadItem* item = _viewModel.shown().item(id))
+                            tiles.append(*item);
+                    _suggestedName = _viewModel.editor().suggestedFolderName(tiles);
+                    Q_EMIT dropChanged();
+                }};
+    if (_drop.kind == Drop::Kind::between && _gap.slot != _drop.slot)
+        return {QStringLiteral("room %1").arg(_drop.slot), roomDelay, true, [this] {
+                    _gap.slot = _drop.slot;
+                    ++_revision;
+                    Q_EMIT dropChanged();
+                }};
+    return {};
+}
+
+void TileDrag::rest(const Area& area) {
+    Rest rest = restOn(area);
+    const int turning = !rest.name.startsWith(u"turn")           ? 0
+                        : _pointer.x() < area.frame.center().x() ? -1
+                                                                 : 1;
+    if (std::exchange(_turning, turning) != turning)
+        Q_EMIT dropChanged();
+    if (rest.name == _restingOn && (!rest.isStill || isPointerNear(_restPoint)))
         return;
-    _restingOn = on;
+    // What is shown already stays while the pointer is on it.
+    if (rest.name == _restingOn && !_suggestedName.isEmpty())
+        return;
+    _restingOn = rest.name;
+    _restPoint = _pointer;
     _rest.cancel();
-    if (then)
-        _rest = _scheduler.after(delay, [this, then = std::move(then)] {
-            _restingOn.clear();
-            then();
-            if (isLifted())
-                look();
-        });
+    if (rest.then)
+        _rest =
+            _scheduler.after(rest.delay, [this, then = std::move(rest.then), isStill = rest.isStill] {
+                if (!isStill)
+                    _restingOn.clear();
+                then();
+                if (isLifted())
+                    look();
+            });
+}
+
+void TileDrag::turnPage(int by) {
+    const Area now = _area();
+    const int page = now.page + by;
+    const auto count = static_cast<int>(now.pages.count());
+    if (now.folder)
+        return _viewModel.shown().setFolderPage(page);
+    if (page < 0 || page > count)
+        return;
+    setNewPage(page == count);
+    if (!_isOnNewPage)
+        _viewModel.shown().setCurrentPage(page);
 }
 
 void TileDrag::setNewPage(bool isOn) {
@@ -197,8 +242,32 @@ QList<int> TileDrag::slotsOf(bool inFolder, int page) const {
     const Area area = _area();
     if (area.folder.has_value() != inFolder)
         return {};
-    const bool isGapHere = _gapFolder == area.folder && _gapPage == page;
-    return slotsAround(area.pages.tiles(page), _liftedSet, isGapHere ? _gap : std::nullopt);
+    Area there = area;
+    there.page = page;
+    return slotsAround(area.pages.tiles(page), _liftedSet, gapIn(there).slot);
+}
+
+QRectF TileDrag::caretOf(bool inFolder, int page) const {
+    const Area area = _area();
+    if (!isLifted() || area.folder.has_value() != inFolder || area.page != page ||
+        _drop.kind != Drop::Kind::between || _gap.slot == _drop.slot)
+        return {};
+    // Beside the tile that the pointer is on, or after the last one.
+    const QList<int> slots = slotsOf(inFolder, page);
+    QList<int> staying;
+    std::ranges::copy_if(slots, std::back_inserter(staying), [](int slot) { return slot >= 0; });
+    if (staying.isEmpty())
+        return {};
+    const double column =
+        (_pointer.x() - area.frame.left() - area.cells.left) / std::max(1, area.cells.cellWidth);
+    const bool isAfter =
+        _drop.slot >= staying.size() || (_drop.slot > 0 && column - std::floor(column) >= 0.5);
+    const int cell = staying[isAfter ? _drop.slot - 1 : _drop.slot];
+    constexpr double width = 4;
+    const double x =
+        area.cells.left + (cell % area.cells.columns + (isAfter ? 1 : 0)) * area.cells.cellWidth;
+    const double y = area.cells.top + cell / area.cells.columns * area.cells.cellHeight;
+    return {x - width / 2, y + area.cells.cellHeight * 0.15, width, area.cells.cellHeight * 0.6};
 }
 
 // ---- the end
@@ -213,8 +282,13 @@ void TileDrag::drop() {
     const Drop drop = _drop;
     const QList<QUuid> tiles = _lifted;
     const bool wasNewPage = _isOnNewPage;
+    const bool isRefused = drop.kind == Drop::Kind::nowhere && _area().rulesDecide;
+    const LaunchpadItem* target = _viewModel.shown().item(drop.target);
+    const bool makesFolder = drop.kind == Drop::Kind::onto && target && target->app();
     end();
     LauncherEditor::Outcome outcome;
+    if (isRefused)
+        outcome = std::unexpected(launcherError(EditRefusal::rulesDecide));
     if (drop.kind == Drop::Kind::onto)
         outcome = _viewModel.editor().groupTiles(_viewModel.shown().mode(), tiles, drop.target);
     else if (drop.kind == Drop::Kind::between)
@@ -223,6 +297,8 @@ void TileDrag::drop() {
         Q_EMIT refused(outcome.error());
         return;
     }
+    if (makesFolder)
+        Q_EMIT folderMade(drop.target);
     if (wasNewPage && !tiles.isEmpty())
         if (const auto place = _viewModel.shown().shownPages().placeOf(tiles.first()))
             _viewModel.shown().setCurrentPage(static_cast<int>(place->page));
@@ -267,8 +343,10 @@ void TileDrag::end() {
     _lifted.clear();
     _liftedSet.clear();
     _drop = {};
-    _gap.reset();
-    _gapPage = -1;
+    _home = _gap = {};
+    _suggestedName.clear();
+    _turning = 0;
+    _sprung.reset();
     ++_revision;
     setNewPage(false);
     Q_EMIT dropChanged();

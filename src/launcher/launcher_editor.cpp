@@ -1,5 +1,6 @@
 #include "launcher/launcher_editor.h"
 
+#include "editing/folder_names.h"
 #include "editing/tile_paste.h"
 #include "launcher/launcher_history.h"
 #include "launcher/live_layout.h"
@@ -35,6 +36,10 @@ Outcome LauncherEditor::groupTiles(Mode mode, const QList<QUuid>& tiles, const Q
                              return tessellar::groupTiles(layout, tiles, target, _machine.uuids.next(),
                                                           _machine.locale, _layouts[mode].capacities());
                          });
+}
+
+QString LauncherEditor::suggestedFolderName(const Page& tiles) const {
+    return tessellar::suggestedFolderName(tiles, _machine.locale);
 }
 
 Outcome LauncherEditor::ungroupFolder(Mode mode, const QUuid& folder) {

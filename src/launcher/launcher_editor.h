@@ -33,6 +33,8 @@ public:
     Outcome ungroupFolder(Mode mode, const QUuid& folder);
     /// A folder, an application or a smart folder, whichever the tile is. A smart folder's name is the
     /// same in both modes.
+    /// What a folder of these tiles would be called.
+    QString suggestedFolderName(const Page& tiles) const;
     Outcome rename(Mode mode, const QUuid& tile, const QString& name);
     Outcome revertAppName(Mode mode, const QUuid& tile);
     Outcome setFolderSymbol(Mode mode, const QUuid& folder, const std::optional<QString>& symbolName);

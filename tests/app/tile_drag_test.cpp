@@ -46,6 +46,7 @@ TEST_F(TileDragTest, OthersMakeRoomUnderTheTile) {
     QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
     carry({first, at(u"A02"_s).y()}, beside(u"A02"_s, 50));
     ASSERT_TRUE(launcher().drag()->isLifted());
+    mac.time.advance(TileDrag::roomDelay);
     EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(at(u"A02"_s).x() - first) < 2; }));
     press(Qt::Key_Escape);
     EXPECT_FALSE(launcher().drag()->isLifted());
@@ -63,6 +64,12 @@ TEST_F(TileDragTest, OnTheMiddleOfATileAFolderIsMadeAndAFolderTakesTheTileIn) {
     ASSERT_TRUE(rests());
     drag(at(u"A06"_s), at(u"A05"_s));
     EXPECT_EQ(shownTiles(), u"A02 [F: A03 A04 A01]|[Folder: A05 A06]");
+    // It opens with its name ready to be typed over.
+    ASSERT_TRUE(launcher().folder()->isOpen());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("name", u"Folder"_s) != nullptr; }));
+    type(u"mine"_s);
+    press(Qt::Key_Return);
+    EXPECT_EQ(shownTiles(), u"A02 [F: A03 A04 A01]|[mine: A05 A06]");
 }
 
 TEST_F(TileDragTest, AtTheEdgeThePageTurnsAfterAWhileAndANewOneIsMadePastTheLast) {
@@ -121,6 +128,19 @@ TEST_F(TileDragTest, LetGoBesideThePanelAtOnceItComesOutTooAndAFolderOpensUnderA
     EXPECT_EQ(shownTiles(), u"A02 [F: A01 A03] A04|A05 A06");
 }
 
+TEST_F(TileDragTest, AFolderThatOpensUnderTheHandTakesTheTileInAsAWhole) {
+    showTwoPagesAndAFolder();
+    const QPoint folder = at(u"F"_s);
+    QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
+    carry(at(u"A01"_s), folder);
+    mac.time.advance(TileDrag::openDelay);
+    ASSERT_TRUE(launcher().folder()->isOpen());
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(launcher().drag()->targetId(), toText(idOf(u"F"_s)));
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, folder);
+    EXPECT_EQ(shownTiles(), u"A02 [F: A03 A04 A01]|A05 A06") << "not with what lay under the pointer";
+}
+
 TEST_F(TileDragTest, ASelectionIsCarriedWhole) {
     showTwoPagesAndAFolder();
     QTest::mouseClick(&view(), Qt::LeftButton, Qt::ControlModifier, at(u"A01"_s));
@@ -131,8 +151,10 @@ TEST_F(TileDragTest, ASelectionIsCarriedWhole) {
     const int second = at(u"A02"_s).x();
     QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A02"_s));
     carry(at(u"A02"_s), beside(u"F"_s, 300));
+    mac.time.advance(TileDrag::roomDelay);
     ASSERT_TRUE(QTest::qWaitFor([&] { return at(u"F"_s).x() < second; }));
     QTest::mouseMove(&view(), tile(u"A01"_s)->mapToScene({0, 0}).toPoint() + QPoint(5, 60));
+    mac.time.advance(TileDrag::roomDelay);
     ASSERT_TRUE(QTest::qWaitFor([&] { return std::abs(at(u"F"_s).x() - second) < 2; }));
     const QPoint folder = at(u"F"_s);
     QTest::mouseMove(&view(), folder);

@@ -67,7 +67,9 @@ Item {
             anchors.fill: parent
             radius: 30
             color: "#f52c3044"
-            border.color: "#30ffffff"
+            // It takes in what is carried over it as a whole.
+            border.width: overlay.launcher.drag.targetId === overlay.folder.tileId && overlay.folder.tileId !== "" ? 3 : 1
+            border.color: border.width > 1 ? "#b3ffffff" : "#30ffffff"
         }
 
         // Clicks beside the tiles stay in the folder.

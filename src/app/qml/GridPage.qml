@@ -47,6 +47,9 @@ Item {
         }
     }
 
+    readonly property rect caret: canLift && launcher.drag.revision > 0 && launcher.drag.isLifted
+                                  ? launcher.drag.caretOf(isInFolder, index) : Qt.rect(0, 0, 0, 0)
+
     onPlacesChanged: if (places.length === 0) slide(-1)
 
     Repeater {
@@ -64,6 +67,16 @@ Item {
             labelPixels: page.labelPixels
             canLift: page.canLift
         }
+    }
+
+    Rectangle {
+        x: page.caret.x
+        y: page.caret.y
+        width: page.caret.width
+        height: page.caret.height
+        visible: width > 0
+        radius: width / 2
+        color: "#d9ffffff"
     }
 
     Loader {

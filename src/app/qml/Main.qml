@@ -144,6 +144,21 @@ FocusScope {
         }
     }
 
+    // The side at which the page is about to turn.
+    Rectangle {
+        readonly property int side: root.launcher.drag.turning
+
+        x: side > 0 ? parent.width - width : 0
+        width: 36
+        height: parent.height
+        visible: side !== 0 && !root.launcher.folder.isOpen
+        gradient: Gradient {
+            orientation: Gradient.Horizontal
+            GradientStop { position: 0; color: root.launcher.drag.turning > 0 ? "#00ffffff" : "#4dffffff" }
+            GradientStop { position: 1; color: root.launcher.drag.turning > 0 ? "#4dffffff" : "#00ffffff" }
+        }
+    }
+
     DragStage {
         anchors.fill: parent
         drag: root.launcher.drag

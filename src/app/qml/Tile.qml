@@ -23,6 +23,8 @@ Item {
     property bool isPushedOff: false
     readonly property bool isSelected: launcher.selectedIds.indexOf(tileId) >= 0
     readonly property bool isTarget: launcher.drag.targetId === tileId
+    // The pointer rests on it with others: this is the folder that they would make.
+    readonly property bool isForming: isTarget && launcher.drag.suggestedName !== ""
     readonly property bool isRenamed: enabled && launcher.renaming.tileId === tileId
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
 
@@ -70,7 +72,7 @@ Item {
         appKeys: tile.appKeys
         symbolName: tile.symbolName
         opacity: tile.isUnavailable ? 0.35 : mouse.pressed ? 0.7 : 1
-        scale: tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
+        scale: tile.isForming ? 0.62 : tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
         // A folder that is open is shown by its panel.
         visible: !(tile.launcher.folder.isOpen && tile.launcher.folder.tileId === tile.tileId)
     }
@@ -104,7 +106,7 @@ Item {
     Text {
         id: name
 
-        visible: !tile.isRenamed
+        visible: !tile.isRenamed && !tile.isForming
         anchors.horizontalCenter: parent.horizontalCenter
         y: tile.iconTop + tile.iconSide + 4
         width: Math.min(implicitWidth, tile.width - 10)
@@ -116,6 +118,39 @@ Item {
         font.pixelSize: tile.labelPixels
         renderType: Text.QtRendering
         textFormat: Text.PlainText
+    }
+
+    Loader {
+        active: tile.isForming
+        x: picture.x
+        y: tile.iconTop
+        sourceComponent: Item {
+            width: tile.iconSide
+            height: tile.iconSide
+
+            Rectangle {
+                anchors.fill: parent
+                radius: width * 0.22
+                color: "#40ffffff"
+                border.width: 2
+                border.color: "#b3ffffff"
+                z: -1
+            }
+
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: tile.iconSide + 4
+                width: Math.min(implicitWidth, tile.width - 10)
+                text: tile.launcher.drag.suggestedName
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignHCenter
+                color: "#f5ffffff"
+                font.pixelSize: tile.labelPixels
+                font.weight: Font.DemiBold
+                renderType: Text.QtRendering
+                textFormat: Text.PlainText
+            }
+        }
     }
 
     MouseArea {
