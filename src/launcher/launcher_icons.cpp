@@ -90,25 +90,38 @@ void LauncherIcons::startNext() {
 
 // ---- what follows from changes elsewhere
 
+/// Each before the one that takes its key.
+static QList<std::pair<QString, QString>> inOrder(QHash<QString, QString> keys) {
+    QList<std::pair<QString, QString>> result;
+    while (!keys.isEmpty()) {
+        auto next = keys.constBegin();
+        for (qsizetype i = 0; i < keys.size() && keys.contains(*next); ++i)
+            next = keys.constFind(*next);
+        result.append({next.key(), *next});
+        keys.erase(next);
+    }
+    return result;
+}
+
 void LauncherIcons::changeKeys(const QHash<QString, QString>& keys) {
-    for (auto it = keys.begin(); it != keys.end(); ++it) {
+    for (const auto& [from, to] : inOrder(keys)) {
         bool waits = false;
         for (Request& request : _requests) {
-            if (request.appKey != it.key())
+            if (request.appKey != from)
                 continue;
             if (_isUnderWay && &request == &_requests.front())
                 waits = true;
             else
-                request.appKey = it.value();
+                request.appKey = to;
         }
         if (waits) {
-            _keysToChange.insert(it.key(), it.value());
-        } else if (has(it.key())) {
+            _keysToChange.insert(from, to);
+        } else if (has(from)) {
             // At once, though it asks the disk: the arrangement is about to be saved with the new keys.
-            if (const auto moved = _store->changeKey(it.key(), it.value()); !moved)
-                _machine.log.warning(QStringLiteral("The icon of %1 could not follow it to %2.")
-                                         .arg(it.key(), it.value()));
-            _toAnnounce += {it.key(), it.value()};
+            if (const auto moved = _store->changeKey(from, to); !moved)
+                _machine.log.warning(
+                    QStringLiteral("The icon of %1 could not follow it to %2.").arg(from, to));
+            _toAnnounce += {from, to};
         }
     }
     if (!_isUnderWay)

@@ -59,9 +59,12 @@ void LauncherUpdates::scanned() {
 
 void LauncherUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
     if (_coordinator)
-        _coordinator->changeKeys(changedKeys);
-    else
-        _changedKeys.insert(changedKeys);
+        return _coordinator->changeKeys(changedKeys);
+    // On top of what waits: a key may have changed twice.
+    QHash<QString, QString> all = changedKeys;
+    for (auto it = _changedKeys.cbegin(); it != _changedKeys.cend(); ++it)
+        all.insert(it.key(), changedKeys.value(it.value(), it.value()));
+    _changedKeys = std::move(all);
 }
 
 void LauncherUpdates::smartFoldersChanged() {

@@ -1,7 +1,8 @@
 #include "model/reconciliation.h"
 
+#include "model/application_match.h"
+
 #include <algorithm>
-#include <vector>
 
 namespace tessellar {
 namespace {
@@ -12,13 +13,9 @@ public:
            const Locale& locale)
         : _context(context)
         , _locale(locale)
-        , _woven(weave(pages, context.places, context.now - RememberedPlaces::duration)) {
-        // Folders that are made again may hold the user's own, moved there since.
-        if (!_woven.absent.isEmpty() && folderDepth(_woven.pages) > maximumFolderDepth)
-            _woven = {pages, {}};
-        indexScan();
-        collectTiles();
-        claimApplications();
+        , _woven(wovenWithin(pages, context))
+        , _match(matchApplications(_woven, context)) {
+        _result.changedKeys = _match.changedKeys;
         _result.hiddenKeys = currentKeys(hiddenKeys);
         _result.pages = rewritten(_woven.pages);
         remember(pages);
@@ -28,148 +25,15 @@ public:
     MergeResult take() { return std::move(_result); }
 
 private:
-    /// An application tile, in the order in which they lie: a file may give one identifier to several.
-    struct Tile {
-        const AppEntry* entry;
-        bool wasAbsent;
-        bool stays = true;     ///< what was removed by the user is not looked for
-        qsizetype index = -1;  ///< of the scanned application
-        bool isAbsent = false; ///< after the merge
-        QUuid id;              ///< after the merge
-    };
-
-    void indexScan() {
-        const qsizetype count = _context.scannedApps.size();
-        _byPath.reserve(count);
-        _byKey.reserve(count);
-        _byIdentifier.reserve(count);
-        for (qsizetype i = 0; i < count; ++i) {
-            const AppEntry& app = _context.scannedApps[i];
-            _byPath.insert(app.path, i);
-            _byKey.insert(appKey(app), i);
-            if (app.bundleIdentifier)
-                _byIdentifier[*app.bundleIdentifier].append(i);
-        }
-        _claims.resize(static_cast<std::size_t>(count));
+    /// Folders that are made again may hold the user's own, moved there since: then nothing is.
+    static WovenPages wovenWithin(const Pages& pages, const MergeContext& context) {
+        WovenPages woven = weave(pages, context.places, context.now - RememberedPlaces::duration);
+        if (!woven.absent.isEmpty() && folderDepth(woven.pages) > maximumFolderDepth)
+            return {pages, {}};
+        return woven;
     }
 
-    void collectTiles() {
-        for (const RememberedHome& home : _context.places.homes)
-            if (home.leftAt >= _context.now - RememberedPlaces::duration)
-                _homes.insert(home.id, home);
-        forEachItem(_woven.pages, [&](const LaunchpadItem& item) {
-            const AppEntry* entry = item.app();
-            if (!entry)
-                return true;
-            const auto absent = _woven.absent.constFind(entry->id);
-            const bool isAbsent = absent != _woven.absent.constEnd();
-            _tiles.push_back({entry, isAbsent, !isAbsent || !absent->isRemoved, -1, false, entry->id});
-            if (!isAbsent && !_homes.isEmpty())
-                _tilesInPlace.insert(placeOf(entry->path, *entry));
-            return true;
-        });
-    }
-
-    /// Finds out, before anything is rewritten, which scanned application each tile stands for: one
-    /// that lies where it lay has the first claim, whatever the order of the tiles.
-    void claimApplications() {
-        using Find = qsizetype (Merger::*)(const Tile&) const;
-        static constexpr Find ways[] = {&Merger::atHome, &Merger::inPlace,       &Merger::backInPlace,
-                                        &Merger::moved,  &Merger::backElsewhere, &Merger::renamed};
-        for (const Find find : ways)
-            for (Tile& tile : _tiles)
-                if (tile.index < 0 && tile.stays && !tile.entry->alias)
-                    if (const qsizetype index = (this->*find)(tile); index >= 0)
-                        claim(tile, index, find == &Merger::atHome);
-        for (Tile& tile : _tiles)
-            if (tile.stays && tile.entry->alias)
-                tile.index = _byKey.value(currentKey(tile.entry->alias->appKey), -1);
-    }
-
-    static std::pair<QString, QString> placeOf(const QString& path, const AppEntry& entry) {
-        return {path, entry.bundleIdentifier.value_or(QString())};
-    }
-
-    /// The application where the tile's lay before the tile stood for another copy.
-    qsizetype atHome(const Tile& tile) const {
-        const auto home = _homes.constFind(tile.entry->id);
-        if (home == _homes.constEnd() || _tilesInPlace.contains(placeOf(home->path, *tile.entry)))
-            return -1;
-        return unclaimed(sameAt(home->path, tile));
-    }
-    qsizetype inPlace(const Tile& tile) const {
-        const qsizetype index = tile.wasAbsent ? -1 : sameAt(tile.entry->path, tile);
-        // Two tiles for one application are the user's, unless one of them has just got it back.
-        return index >= 0 && claimOf(index) == Claim::byReturn ? -1 : index;
-    }
-    qsizetype backInPlace(const Tile& tile) const {
-        return tile.wasAbsent ? unclaimed(sameAt(tile.entry->path, tile)) : -1;
-    }
-    /// Where the application of a tile is now that it does not lie where it lay.
-    qsizetype moved(const Tile& tile) const {
-        if (tile.wasAbsent)
-            return -1;
-        if (!tile.entry->bundleIdentifier)
-            return _byKey.value(tile.entry->path, -1);
-        const QList<qsizetype> copies = _byIdentifier.value(*tile.entry->bundleIdentifier);
-        if (const qsizetype free = firstUnclaimed(copies); free >= 0 || copies.size() != 1)
-            return free;
-        // All copies have their tiles. One that stood for a copy of its own is gone with it; a second
-        // tile for the only copy is the user's.
-        return tile.entry->isDuplicateBundleIdentifier || claimOf(copies.first()) == Claim::byReturn
-                   ? -1
-                   : copies.first();
-    }
-    qsizetype backElsewhere(const Tile& tile) const {
-        if (!tile.wasAbsent || !tile.entry->bundleIdentifier)
-            return -1;
-        const QList<qsizetype> copies = _byIdentifier.value(*tile.entry->bundleIdentifier);
-        return tile.entry->isDuplicateBundleIdentifier && copies.size() > 1 ? -1
-                                                                            : firstUnclaimed(copies);
-    }
-    /// What lies at the tile's path under another identifier.
-    qsizetype renamed(const Tile& tile) const { return unclaimed(_byPath.value(tile.entry->path, -1)); }
-
-    qsizetype sameAt(const QString& path, const Tile& tile) const {
-        const qsizetype index = _byPath.value(path, -1);
-        return index >= 0 &&
-                       _context.scannedApps[index].bundleIdentifier == tile.entry->bundleIdentifier
-                   ? index
-                   : -1;
-    }
-    qsizetype firstUnclaimed(const QList<qsizetype>& copies) const {
-        const auto free =
-            std::ranges::find_if(copies, [&](qsizetype i) { return claimOf(i) == Claim::none; });
-        return free == copies.end() ? -1 : *free;
-    }
-    qsizetype unclaimed(qsizetype index) const {
-        return index >= 0 && claimOf(index) == Claim::none ? index : -1;
-    }
-
-    enum class Claim { none, byTile, byReturn };
-    Claim claimOf(qsizetype index) const { return _claims[static_cast<std::size_t>(index)]; }
-
-    void claim(Tile& tile, qsizetype index, bool isHome) {
-        const AppEntry& app = _context.scannedApps[index];
-        const bool isReturn = isHome || tile.wasAbsent;
-        _claims[static_cast<std::size_t>(index)] = isReturn ? Claim::byReturn : Claim::byTile;
-        tile.index = index;
-        if (app.bundleIdentifier != tile.entry->bundleIdentifier)
-            tile.id = app.id;
-        const QString before = appKey(*tile.entry);
-        const QString now = appKey(app);
-        if (before != now && !_byKey.contains(before) && !_result.changedKeys.contains(before))
-            _result.changedKeys.insert(before, now);
-
-        if (isHome || app.path == tile.entry->path) {
-            if (isHome)
-                _homes.remove(tile.entry->id);
-        } else if (!_homes.contains(tile.entry->id)) {
-            _homes.insert(tile.entry->id, {tile.entry->id, tile.entry->path, _context.now});
-        }
-    }
-
-    QString currentKey(const QString& key) const { return _result.changedKeys.value(key, key); }
+    QString currentKey(const QString& key) const { return _match.changedKeys.value(key, key); }
 
     QSet<QString> currentKeys(const QSet<QString>& keys) const {
         QSet<QString> result;
@@ -194,7 +58,7 @@ private:
 
     std::optional<LaunchpadItem> rewritten(const LaunchpadItem& item) {
         if (item.app())
-            return rewritten(_tiles[_nextTile++]);
+            return rewritten(_match.tiles[_nextTile++]);
         if (const FolderEntry* folder = item.folder())
             return rewritten(*folder);
         return item;
@@ -214,18 +78,16 @@ private:
         return result;
     }
 
-    std::optional<LaunchpadItem> rewritten(Tile& tile) {
+    std::optional<LaunchpadItem> rewritten(const MatchedTile& tile) {
         const AppEntry& entry = *tile.entry;
-        if (tile.index < 0) {
-            AppEntry away = entry;
-            if (isOnlyAway(tile, away)) {
-                _result.unavailableAppKeys.insert(appKey(away));
-                return away;
-            }
-            tile.isAbsent = true;
+        if (tile.isAbsent) {
             if (!tile.wasAbsent)
                 _result.dropped.append(entry);
             return std::nullopt;
+        }
+        if (tile.index < 0) {
+            _result.unavailableAppKeys.insert(appKey(tile.unscanned()));
+            return tile.unscanned();
         }
         AppEntry fresh = _context.scannedApps[tile.index];
         fresh.id = tile.id;
@@ -238,42 +100,19 @@ private:
         return fresh;
     }
 
-    /// True for the tile of an application that may be there, out of sight: where it lay, or where it
-    /// lay before the tile stood for another copy, which is gone. That is then where `away` lies.
-    bool isOnlyAway(const Tile& tile, AppEntry& away) {
-        // At its path there may be another application, which another tile stands for.
-        const auto mayBeAt = [&](const QString& path) {
-            return !_byPath.contains(path) && !(_context.isGone && _context.isGone(path));
-        };
-        if (tile.wasAbsent || mayBeAt(away.path))
-            return !tile.wasAbsent;
-        const auto home = _homes.constFind(away.id);
-        if (home == _homes.constEnd() || !mayBeAt(home->path))
-            return false;
-        away.path = home->path;
-        away.isDuplicateBundleIdentifier = false;
-        _homes.erase(home);
-        return true;
-    }
-
     // ---- what is remembered
 
     void remember(const Pages& before) {
         if (!_result.dropped.isEmpty() || !_closed.isEmpty())
             sayWhatClosed(before);
-        if (_result.dropped.isEmpty() && _woven.absent.isEmpty() && _homes.isEmpty())
-            return;
         RememberedPlaces& places = _result.places;
-        QSet<QUuid> ids;
-        for (const Tile& tile : std::as_const(_tiles)) {
-            ids.insert(tile.id);
+        for (const MatchedTile& tile : std::as_const(_match.tiles)) {
             if (tile.isAbsent || tile.wasAbsent)
                 places.places.append(_woven.absent.value(
                     tile.entry->id, RememberedPlace{tile.entry->id, _context.now, false}));
+            if (tile.home)
+                places.homes.append(*tile.home);
         }
-        for (const RememberedHome& home : std::as_const(_homes))
-            if (ids.contains(home.id))
-                places.homes.append(home);
         keepLatest(places.places, &RememberedPlace::goneAt);
         keepLatest(places.homes, &RememberedHome::leftAt);
         if (places.places.isEmpty())
@@ -313,6 +152,16 @@ private:
             all.resize(RememberedPlaces::maximumPlaces);
     }
 
+    /// As it went, but under the key that it has now.
+    AppEntry rememberedEntry(const MatchedTile& tile) const {
+        if (tile.index < 0)
+            return tile.unscanned();
+        AppEntry entry = *tile.entry;
+        if (entry.alias)
+            entry.alias->appKey = currentKey(entry.alias->appKey);
+        return entry;
+    }
+
     /// The tiles that are remembered in full, of the others the identifiers, in the same order.
     Pages skeleton(const Pages& pages, const QSet<QUuid>& remembered) {
         Pages result;
@@ -327,13 +176,10 @@ private:
                 } else if (!item.app()) {
                     kept.append(item);
                 } else {
-                    const Tile& tile = _tiles[_nextTile++];
-                    AppEntry entry = *tile.entry;
-                    if (entry.alias)
-                        entry.alias->appKey = currentKey(entry.alias->appKey);
-                    if ((tile.isAbsent || tile.wasAbsent) && remembered.contains(entry.id) &&
-                        tile.id == entry.id)
-                        kept.append(entry);
+                    const MatchedTile& tile = _match.tiles[_nextTile++];
+                    if ((tile.isAbsent || tile.wasAbsent) && remembered.contains(tile.entry->id) &&
+                        tile.id == tile.entry->id)
+                        kept.append(rememberedEntry(tile));
                     else
                         kept.append(SmartFolderReference{tile.id});
                 }
@@ -345,15 +191,14 @@ private:
     }
 
     void addNewApplications() {
-        QList<AppEntry> fresh;
-        for (qsizetype i = 0; i < _context.scannedApps.size(); ++i)
-            if (claimOf(i) == Claim::none)
-                fresh.append(_context.scannedApps[i]);
+        QList<AppEntry> fresh = _match.unclaimed;
         for (const AppEntry& app : _context.unseenApps) {
-            const auto isIt = [&](const Tile& tile) {
+            const auto isIt = [&](const MatchedTile& tile) {
                 return !tile.isAbsent && tile.entry->path == app.path;
             };
-            if (_byPath.contains(app.path) || std::ranges::any_of(_tiles, isIt))
+            const bool isScanned = std::ranges::find(_context.scannedApps, app.path, &AppEntry::path) !=
+                                   _context.scannedApps.end();
+            if (isScanned || std::ranges::any_of(_match.tiles, isIt))
                 continue;
             _result.unavailableAppKeys.insert(appKey(app));
             fresh.append(app);
@@ -402,14 +247,8 @@ private:
     const MergeContext& _context;
     const Locale& _locale;
     WovenPages _woven;
-    QHash<QString, qsizetype> _byPath;
-    QHash<QString, qsizetype> _byKey;
-    QHash<QString, QList<qsizetype>> _byIdentifier;
-    std::vector<Claim> _claims; ///< on the scanned applications
-    std::vector<Tile> _tiles;
+    ApplicationMatch _match;
     std::size_t _nextTile = 0;
-    QSet<std::pair<QString, QString>> _tilesInPlace;
-    QHash<QUuid, RememberedHome> _homes;
     QSet<QUuid> _closed;
     MergeResult _result;
 };

@@ -23,6 +23,7 @@ struct RememberedPlace {
 struct RememberedHome {
     QUuid id; ///< of the tile
     QString path;
+    std::optional<QString> bundleIdentifier;
     Instant leftAt;
 
     bool operator==(const RememberedHome&) const = default;
@@ -92,6 +93,7 @@ template <>
 struct Fields<RememberedHome> {
     static constexpr auto list =
         fields(required("id", &RememberedHome::id), required<BundleUrl>("path", &RememberedHome::path),
+               optional("bundleIdentifier", &RememberedHome::bundleIdentifier),
                required<Iso8601>("leftAt", &RememberedHome::leftAt));
 };
 template <>

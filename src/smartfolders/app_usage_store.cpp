@@ -100,25 +100,27 @@ void AppUsageStore::lose() {
 bool AppUsageStore::isOld() const { return _machine.clock.now() - _since >= completeAfter; }
 
 bool AppUsageStore::follow(const QHash<QString, QString>& changedKeys) {
-    bool isAny = false;
-    for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it) {
-        const auto before = _records.constFind(it.key());
-        if (before == _records.constEnd() || it.value().size() > maximumKeyLength)
-            continue;
-        const AppUsage old = *before;
-        _records.erase(before);
-        const bool isKnown = _records.contains(it.value());
-        AppUsage& usage = _records[it.value()];
+    // All leave before any arrives: one may take the key of another that goes on.
+    QList<std::pair<QString, AppUsage>> moved;
+    for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it)
+        if (const auto found = _records.constFind(it.key());
+            found != _records.constEnd() && it.value().size() <= maximumKeyLength) {
+            moved.append({it.value(), *found});
+            _records.erase(found);
+        }
+    for (const auto& [key, old] : std::as_const(moved)) {
+        const bool isKnown = _records.contains(key);
+        AppUsage& usage = _records[key];
         if (!isKnown) {
             usage = old;
-        } else {
-            usage.firstSeen = std::min(usage.firstSeen, old.firstSeen);
-            usage.lastUsed = std::max(usage.lastUsed, old.lastUsed);
-            usage.count += std::min(old.count, std::numeric_limits<qint64>::max() - usage.count);
+            continue;
         }
-        isAny = _isChanged = true;
+        usage.firstSeen = std::min(usage.firstSeen, old.firstSeen);
+        usage.lastUsed = std::max(usage.lastUsed, old.lastUsed);
+        usage.count += std::min(old.count, std::numeric_limits<qint64>::max() - usage.count);
     }
-    return isAny;
+    _isChanged = _isChanged || !moved.isEmpty();
+    return !moved.isEmpty();
 }
 
 AppUsage* AppUsageStore::record(const QString& appKey, Instant now) {

@@ -1,0 +1,277 @@
+#include "model/application_match.h"
+
+#include <algorithm>
+
+namespace tessellar {
+namespace {
+
+class Matcher {
+public:
+    Matcher(const WovenPages& woven, const MergeContext& context) : _woven(woven), _context(context) {
+        indexScan();
+        collectTiles();
+        claimApplications();
+        leaveOthers();
+        changeKeys();
+        settleAliases();
+        for (std::size_t i = 0; i < _claims.size(); ++i)
+            if (_claims[i].kind == Claim::none)
+                _match.unclaimed.append(_context.scannedApps[static_cast<qsizetype>(i)]);
+    }
+
+    ApplicationMatch take() { return std::move(_match); }
+
+private:
+    void indexScan() {
+        const qsizetype count = _context.scannedApps.size();
+        _byPath.reserve(count);
+        _byKey.reserve(count);
+        _byIdentifier.reserve(count);
+        for (qsizetype i = 0; i < count; ++i) {
+            const AppEntry& app = _context.scannedApps[i];
+            _byPath.insert(app.path, i);
+            _byKey.insert(appKey(app), i);
+            if (app.bundleIdentifier)
+                _byIdentifier[*app.bundleIdentifier].append(i);
+        }
+        _claims.resize(static_cast<std::size_t>(count));
+    }
+
+    void collectTiles() {
+        QHash<QUuid, RememberedHome> homes;
+        for (const RememberedHome& home : _context.places.homes)
+            if (home.leftAt >= _context.now - RememberedPlaces::duration)
+                homes.insert(home.id, home);
+        forEachItem(_woven.pages, [&](const LaunchpadItem& item) {
+            const AppEntry* entry = item.app();
+            if (!entry)
+                return true;
+            const auto absent = _woven.absent.constFind(entry->id);
+            const bool isAbsent = absent != _woven.absent.constEnd();
+            MatchedTile& tile = _match.tiles.emplace_back(
+                MatchedTile{entry, isAbsent, !isAbsent || !absent->isRemoved});
+            if (entry->alias)
+                return true;
+            if (const auto home = homes.constFind(entry->id); home != homes.constEnd())
+                tile.home = *home;
+            if (!isAbsent && !homes.isEmpty())
+                _tilesInPlace.insert(placeOf(entry->path, entry->bundleIdentifier));
+            if (tile.stays)
+                (isAbsent ? _absentPaths : _livePaths).insert(entry->path);
+            return true;
+        });
+    }
+
+    /// Finds out, before anything is rewritten, which scanned application each tile stands for: one
+    /// that lies where it lay has the first claim, whatever the order of the tiles.
+    void claimApplications() {
+        using Find = qsizetype (Matcher::*)(const MatchedTile&) const;
+        static constexpr Find ways[] = {
+            &Matcher::atHome,  &Matcher::inPlace,     &Matcher::backInPlace,  &Matcher::moved,
+            &Matcher::renamed, &Matcher::backRenamed, &Matcher::backElsewhere};
+        for (const Find find : ways)
+            for (MatchedTile& tile : _match.tiles)
+                if (tile.index < 0 && tile.stays && !tile.entry->alias)
+                    if (const qsizetype index = (this->*find)(tile); index >= 0)
+                        claim(tile, index, find == &Matcher::atHome);
+    }
+
+    using Place = std::pair<QString, QString>;
+    static Place placeOf(const QString& path, const std::optional<QString>& bundleIdentifier) {
+        return {path, bundleIdentifier.value_or(QString())};
+    }
+
+    /// The application where the tile's lay before the tile stood for another copy.
+    qsizetype atHome(const MatchedTile& tile) const {
+        if (!tile.home || _tilesInPlace.contains(placeOf(tile.home->path, tile.home->bundleIdentifier)))
+            return -1;
+        return unclaimed(at(tile.home->path, tile.home->bundleIdentifier));
+    }
+    qsizetype inPlace(const MatchedTile& tile) const {
+        const qsizetype index =
+            tile.wasAbsent ? -1 : at(tile.entry->path, tile.entry->bundleIdentifier);
+        // Two tiles for one application are the user's, unless one of them has just got it back.
+        return index >= 0 && claimOf(index).kind == Claim::byReturn ? -1 : index;
+    }
+    /// A tile that has this path now comes first, should only its identifier be another.
+    qsizetype backInPlace(const MatchedTile& tile) const {
+        return tile.wasAbsent && !_livePaths.contains(tile.entry->path)
+                   ? unclaimed(at(tile.entry->path, tile.entry->bundleIdentifier))
+                   : -1;
+    }
+    /// Where the application of a tile is now that it does not lie where it lay.
+    qsizetype moved(const MatchedTile& tile) const {
+        if (tile.wasAbsent || !tile.entry->bundleIdentifier)
+            return -1;
+        const QList<qsizetype> copies = _byIdentifier.value(*tile.entry->bundleIdentifier);
+        // One of several copies does not move to where another tile is at home.
+        const auto free = std::ranges::find_if(copies, [&](qsizetype i) {
+            const QString& path = _context.scannedApps[i].path;
+            return claimOf(i).kind == Claim::none &&
+                   !(tile.entry->isDuplicateBundleIdentifier &&
+                     (_livePaths.contains(path) || _absentPaths.contains(path)));
+        });
+        if (free != copies.end())
+            return *free;
+        if (copies.size() != 1)
+            return -1;
+        // The only copy has its tile. A second one for the same application is the user's; one that
+        // stood for a copy of its own is gone with it.
+        const Claim& first = claimOf(copies.first());
+        return first.kind == Claim::byTile && appKey(*first.by) == appKey(*tile.entry) ? copies.first()
+                                                                                       : -1;
+    }
+    qsizetype backElsewhere(const MatchedTile& tile) const {
+        if (!tile.wasAbsent || !tile.entry->bundleIdentifier)
+            return -1;
+        const QList<qsizetype> copies = _byIdentifier.value(*tile.entry->bundleIdentifier);
+        if (tile.entry->isDuplicateBundleIdentifier && copies.size() > 1)
+            return -1;
+        const auto free =
+            std::ranges::find_if(copies, [&](qsizetype i) { return claimOf(i).kind == Claim::none; });
+        return free == copies.end() ? -1 : *free;
+    }
+    /// What lies where the tile's application lay, under another identifier.
+    qsizetype renamed(const MatchedTile& tile) const {
+        return tile.wasAbsent ? -1 : unclaimed(_byPath.value(tile.entry->path, -1));
+    }
+    qsizetype backRenamed(const MatchedTile& tile) const {
+        const qsizetype index = unclaimed(_byPath.value(tile.entry->path, -1));
+        return index < 0 && tile.home ? unclaimed(_byPath.value(tile.home->path, -1)) : index;
+    }
+
+    qsizetype at(const QString& path, const std::optional<QString>& bundleIdentifier) const {
+        const qsizetype index = _byPath.value(path, -1);
+        return index >= 0 && _context.scannedApps[index].bundleIdentifier == bundleIdentifier ? index
+                                                                                              : -1;
+    }
+    qsizetype unclaimed(qsizetype index) const {
+        return index >= 0 && claimOf(index).kind == Claim::none ? index : -1;
+    }
+
+    struct Claim {
+        enum Kind { none, byTile, byReturn } kind = none;
+        const AppEntry* by = nullptr; ///< the latest
+    };
+    const Claim& claimOf(qsizetype index) const { return _claims[static_cast<std::size_t>(index)]; }
+
+    void claim(MatchedTile& tile, qsizetype index, bool isHome) {
+        const AppEntry& entry = *tile.entry;
+        const AppEntry& app = _context.scannedApps[index];
+        const bool isReturn = isHome || tile.wasAbsent;
+        _claims[static_cast<std::size_t>(index)] = {isReturn ? Claim::byReturn : Claim::byTile, &entry};
+        tile.index = index;
+        if (app.bundleIdentifier != entry.bundleIdentifier)
+            tile.id = app.id;
+        if (const QString before = appKey(entry), now = appKey(app); before == now)
+            _keptKeys.insert(now);
+        else
+            _keyChanges.append({before, now});
+
+        if (tile.home && tile.home->path == app.path)
+            tile.home.reset();
+        else if (tile.home)
+            tile.home->id = tile.id;
+        else if (app.path != entry.path)
+            tile.home = {tile.id, entry.path, entry.bundleIdentifier, _context.now};
+    }
+
+    /// Finds out of the other tiles which are only out of sight. Where an application that is there has
+    /// their key now, they are known by their paths: what belongs to one never passes to another.
+    void leaveOthers() {
+        for (std::size_t i = 0; i < _match.tiles.size(); ++i) {
+            MatchedTile& tile = _match.tiles[i];
+            if (tile.index >= 0 || tile.entry->alias)
+                continue;
+            tile.isAbsent = !isOnlyAway(tile);
+            if (tile.stays && tile.entry->bundleIdentifier &&
+                _byKey.contains(appKey(tile.unscanned()))) {
+                if (!tile.changed)
+                    tile.changed = *tile.entry;
+                tile.changed->isDuplicateBundleIdentifier = true;
+            }
+            const QString key = appKey(tile.unscanned());
+            if (const QString before = appKey(*tile.entry); before != key)
+                _keyChanges.append({before, key});
+            if (!_others.contains(key))
+                _others.insert(key, i);
+        }
+    }
+
+    /// True for the tile of an application that may be there, out of sight: where it lay, or where it
+    /// lay before the tile stood for another copy, which is gone.
+    bool isOnlyAway(MatchedTile& tile) {
+        // At its path there may be another application, which another tile stands for.
+        const auto mayBeAt = [&](const QString& path) {
+            return !_byPath.contains(path) && !(_context.isGone && _context.isGone(path));
+        };
+        if (tile.wasAbsent || mayBeAt(tile.entry->path))
+            return !tile.wasAbsent;
+        if (!tile.home || !mayBeAt(tile.home->path))
+            return false;
+        tile.changed = *tile.entry;
+        tile.changed->path = tile.home->path;
+        tile.changed->bundleIdentifier = tile.home->bundleIdentifier;
+        tile.changed->isDuplicateBundleIdentifier = false;
+        tile.home.reset();
+        return true;
+    }
+
+    // ---- keys
+
+    void changeKeys() {
+        for (const auto& [before, now] : std::as_const(_keyChanges))
+            if (!_keptKeys.contains(before) && !_match.changedKeys.contains(before))
+                _match.changedKeys.insert(before, now);
+    }
+
+    /// Aliases go with the tiles of their applications.
+    void settleAliases() {
+        for (MatchedTile& tile : _match.tiles) {
+            if (!tile.entry->alias)
+                continue;
+            const QString key = currentKey(tile.entry->alias->appKey);
+            tile.index = tile.stays ? _byKey.value(key, -1) : -1;
+            if (tile.index >= 0)
+                continue;
+            const auto other = _others.constFind(key);
+            if (other == _others.constEnd()) {
+                tile.isAbsent = !isOnlyAway(tile);
+            } else {
+                const MatchedTile& application = _match.tiles[*other];
+                tile.isAbsent = tile.wasAbsent || application.isAbsent;
+                tile.changed = *tile.entry;
+                tile.changed->path = application.unscanned().path;
+            }
+            if (key != tile.entry->alias->appKey) {
+                if (!tile.changed)
+                    tile.changed = *tile.entry;
+                tile.changed->alias->appKey = key;
+            }
+        }
+    }
+
+    QString currentKey(const QString& key) const { return _match.changedKeys.value(key, key); }
+
+    const WovenPages& _woven;
+    const MergeContext& _context;
+    QHash<QString, qsizetype> _byPath;
+    QHash<QString, qsizetype> _byKey;
+    QHash<QString, QList<qsizetype>> _byIdentifier;
+    std::vector<Claim> _claims; ///< on the scanned applications
+    QSet<Place> _tilesInPlace;
+    QSet<QString> _livePaths; ///< of tiles that the arrangement has
+    QSet<QString> _absentPaths;
+    QHash<QString, std::size_t> _others; ///< tiles without a scanned application, by their keys
+    QSet<QString> _keptKeys;             ///< of tiles that have a scanned application
+    QList<std::pair<QString, QString>> _keyChanges; ///< those with the first claim first
+    ApplicationMatch _match;
+};
+
+} // namespace
+
+ApplicationMatch matchApplications(const WovenPages& woven, const MergeContext& context) {
+    return Matcher(woven, context).take();
+}
+
+} // namespace tessellar
