@@ -74,9 +74,7 @@ std::optional<QUuid> identifier(const Call& call, const QString& text) {
 void answerNaming(const Call& call, const QString& sentence, const QUuid& id,
                   LayoutArchive::Outcome (LayoutArchive::*work)(LauncherWindowMode, const QUuid&)) {
     LayoutArchive& archive = call->launcher().archive();
-    const QList<ArrangementSummary> all = archive.arrangements(call->mode());
-    const auto named = std::ranges::find(all, id, &ArrangementSummary::id);
-    const QString name = named == all.end() ? QString() : named->name;
+    const QString name = archive.nameOf(call->mode(), id);
     call->answer((archive.*work)(call->mode(), id), sentence.arg(name));
 }
 
@@ -106,13 +104,15 @@ void addScan(CommandSet& set) {
 void addArrangements(CommandSet& set) {
     CLI::App* group = set.addGroup("arrangements", "The saved arrangements of the display mode");
     set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher, [](const Call& call) {
-        const QList<ArrangementSummary> summaries =
-            call->launcher().archive().arrangements(call->mode());
-        QString text;
-        for (const ArrangementSummary& summary : summaries)
-            text += arrangementLine(summary);
-        call->succeed(json::encode(summaries),
-                      text.isEmpty() ? QStringLiteral("There are no saved arrangements.") : text);
+        call->launcher().archive().listArrangements(
+            call->mode(), [call](const QList<ArrangementSummary>& summaries) {
+                QString text;
+                for (const ArrangementSummary& summary : summaries)
+                    text += arrangementLine(summary);
+                call->succeed(json::encode(summaries),
+                              text.isEmpty() ? QStringLiteral("There are no saved arrangements.")
+                                             : text);
+            });
     });
 
     CLI::App* save = set.add("save", "Save the arrangement under a name", group);

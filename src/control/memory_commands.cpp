@@ -51,7 +51,13 @@ void addPlaces(CommandSet& set) {
                     {QStringLiteral("noSuchPlace"),
                      QStringLiteral("No place is remembered for “%1”.").arg(application->left(200)),
                      {}});
-            call->succeed(QJsonObject(), QString());
+            call->launcher().places().whenWritten(call->mode(),
+                                                  [call](const BackgroundFile::Result& written) {
+                                                      if (written)
+                                                          call->succeed(QJsonObject(), QString());
+                                                      else
+                                                          call->fail(launcherError(written.error()));
+                                                  });
         });
 }
 

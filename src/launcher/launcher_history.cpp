@@ -4,6 +4,7 @@
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
+#include "model/layout_backups.h"
 #include "model/layout_settings.h"
 
 namespace tessellar {
@@ -97,6 +98,10 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
         if (!kept)
             return fail(launcherError(kept.error()));
         backup = *kept;
+        _machine.workers.submit({}, [backups = LayoutBackups(_machine.files, _store.directory()),
+                                     now = _machine.clock.now()](std::stop_token) {
+            backups.prune(now); // so that they stay bounded when nobody ever lists them
+        });
     }
     const std::optional<LayoutDocument> arrangement = step.document;
     dropUnchanged(step, before);

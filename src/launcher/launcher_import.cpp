@@ -111,6 +111,8 @@ LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
     const MergeResult merged = mergeWithInstalled(
         {.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout, _applications, _places,
         _machine, true, installedAsArranged(mode, true, false));
+    const RememberedPlaces before = _places[mode];
+    _places.set(mode, merged.places); // before the layout is saved without their tiles
     const auto made = _history.make(
         {.name = editName(EditKind::importLaunchpad),
          .mode = mode,
@@ -118,9 +120,10 @@ LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
          .replacement = {{.reason = QStringLiteral("legacy-launchpad-import"),
                           .sourceDatabasePath = metadata.sourceDatabasePath,
                           .title = LaunchpadImportTexts::failureTitle()}}});
-    if (!made)
+    if (!made) {
+        _places.set(mode, before);
         return std::unexpected(underImportTitle(made.error()));
-    _places.set(mode, merged.places);
+    }
     metadata.backupPath = *made;
     // The arrangement is on the disk; that the record of it is not is no reason to take it back.
     if (const auto written =

@@ -85,6 +85,13 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
         parts.subscriptions.push_back(signal.connect(std::move(call)));
     };
     follow(parts.applications.scanned, [this] { merge(); });
+    follow(parts.store.foreignVersionKept, [this](LauncherWindowMode, const QString& path) {
+        messages().alert({QStringLiteral("changedByAnotherProgram"),
+                          QStringLiteral("The arrangement that is shown here took its place. The other "
+                                         "version is kept as “%1”.")
+                              .arg(path),
+                          QStringLiteral("Another program changed the layout")});
+    });
     follow(parts.applications.keysChanged, [&parts](const QHash<QString, QString>& changedKeys) {
         parts.smartFolders.followKeys(changedKeys);
     });
@@ -145,7 +152,7 @@ void LauncherViewModel::start() {
 
 void LauncherViewModel::startAndWait() {
     start();
-    while (!_isBootstrapped)
+    while (!_isBootstrapped || _savesAtStart > 0)
         _machine.workers.mailbox().waitAndDrain();
 }
 
@@ -207,8 +214,13 @@ void LauncherViewModel::merge() {
         if (!isFirst) {
             if (differs)
                 _parts->store.scheduleSave(mode, document);
-        } else if (const auto saved = _parts->store.saveNow(mode, document); !saved) {
-            messages().alert(launcherError(saved.error(), saveFailed));
+        } else {
+            ++_savesAtStart;
+            _parts->store.saveBehind(mode, document, [this](const BackgroundFile::Result& saved) {
+                --_savesAtStart;
+                if (!saved)
+                    messages().alert(launcherError(saved.error(), saveFailed));
+            });
         }
     }
     if (!changedKeys.isEmpty())

@@ -60,7 +60,8 @@ public:
     LauncherViewModel& operator=(const LauncherViewModel&) = delete;
 
     void start();
-    /// Runs the start-up to its end on the calling (main) thread; for programs without an event loop.
+    /// Runs the start-up, with its save, to its end on the calling (main) thread; for programs without
+    /// an event loop.
     void startAndWait();
     bool isBootstrapped() const { return _isBootstrapped; }
     /// Saves what is unsaved; the way out of the program.
@@ -120,6 +121,7 @@ private:
     std::unique_ptr<Parts> _parts;
     std::function<void()> _present;
     bool _isBootstrapped = false;
+    int _savesAtStart = 0; ///< under way
 };
 
 } // namespace tessellar

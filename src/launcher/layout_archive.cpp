@@ -19,6 +19,27 @@ LayoutArchive::LayoutArchive(Machine& machine, LayoutStore& store, LiveLayouts& 
     , _history(history)
     , _messages(messages) {}
 
+template <typename Work, typename Done>
+void LayoutArchive::read(Work work, Done done) {
+    const auto task = _reading.insert(_reading.end(), Task());
+    *task =
+        _machine.workers.run(std::move(work), [this, task, done = std::move(done)](const auto& result) {
+            const Task ended = std::move(*task);
+            _reading.erase(task);
+            done(result);
+        });
+}
+
+void LayoutArchive::listArrangements(Mode mode,
+                                     std::function<void(const QList<ArrangementSummary>&)> done) {
+    read([list = _store.arrangementLister(mode)](std::stop_token) { return list(); }, std::move(done));
+}
+
+QString LayoutArchive::nameOf(Mode mode, const QUuid& id) const {
+    const auto arrangement = _store.arrangement(mode, id);
+    return arrangement ? arrangement->name : QString();
+}
+
 std::expected<ArrangementSummary, LauncherError> LayoutArchive::save(Mode mode, const QString& name) {
     const QString title = QStringLiteral("Could not save arrangement");
     if (const auto guarded = _history.guard(mode); !guarded)
@@ -59,54 +80,47 @@ LayoutArchive::Outcome LayoutArchive::replace(Mode mode, const LayoutDocument& d
                                               const QString& title) {
     const MergeResult merged =
         mergeWithInstalled(document, _layouts[mode], _applications, _places, _machine, true);
+    // Places first, as ever: the layout is saved without the tiles that they are of.
+    const RememberedPlaces before = _places[mode];
+    _places.set(mode, merged.places);
     const auto made = _history.make(
         {.name = name,
          .mode = mode,
          .document = LayoutDocument{.pages = merged.pages, .hiddenKeys = merged.hiddenKeys},
          .settings = settings,
          .replacement = {{.reason = reason, .title = title}}});
-    if (!made)
+    if (!made) {
+        _places.set(mode, before);
         return std::unexpected(made.error());
-    _places.set(mode, merged.places);
-    _applications.keysChanged.notify(merged.changedKeys);
+    }
     return {};
 }
 
 // ---- backups
 
 void LayoutArchive::listBackups(Listed done) {
-    const auto task = _reading.insert(_reading.end(), Task());
-    *task = _machine.workers.run(
+    read(
         [backups = LayoutBackups(_machine.files, _store.directory()),
          now = _machine.clock.now()](std::stop_token) {
             backups.prune(now);
             return backups.list();
         },
-        [this, task, done = std::move(done)](const QList<BackupSummary>& all) {
-            const Task ended = std::move(*task);
-            _reading.erase(task);
-            done(all);
-        });
+        std::move(done));
 }
 
 void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<void(Outcome)> done) {
     const QString title = QStringLiteral("Could not restore backup");
     if (const auto guarded = _history.guard(mode); !guarded)
         return done(guarded);
-    const auto task = _reading.insert(_reading.end(), Task());
-    *task = _machine.workers.run(
-        [backups = LayoutBackups(_machine.files, _store.directory()), name](std::stop_token) {
-            return backups.read(name);
-        },
-        [this, task, mode, title,
-         done = std::move(done)](const std::expected<BackupDocument, FileError>& backup) {
-            const Task ended = std::move(*task);
-            _reading.erase(task);
-            if (!backup)
-                return done(std::unexpected(launcherError(backup.error(), title)));
-            done(replace(mode, backup->document, {}, QStringLiteral("Restore Backup"),
-                         QStringLiteral("backup-restore"), title));
-        });
+    read([backups = LayoutBackups(_machine.files, _store.directory()),
+          name](std::stop_token) { return backups.read(name); },
+         [this, mode, title,
+          done = std::move(done)](const std::expected<BackupDocument, FileError>& backup) {
+             if (!backup)
+                 return done(std::unexpected(launcherError(backup.error(), title)));
+             done(replace(mode, backup->document, {}, QStringLiteral("Restore Backup"),
+                          QStringLiteral("backup-restore"), title));
+         });
 }
 
 // ---- the rest

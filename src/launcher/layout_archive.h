@@ -30,7 +30,9 @@ public:
                   InstalledApplications& applications, PlaceMemory& places, LauncherHistory& history,
                   LauncherMessages& messages);
 
-    QList<ArrangementSummary> arrangements(Mode mode) const { return _store.arrangements(mode); }
+    void listArrangements(Mode mode, std::function<void(const QList<ArrangementSummary>&)> done);
+    /// Empty where there is no such arrangement.
+    QString nameOf(Mode mode, const QUuid& id) const;
     std::expected<ArrangementSummary, LauncherError> save(Mode mode, const QString& name);
     /// With the grid's settings that it was saved with.
     Outcome restore(Mode mode, const QUuid& id);
@@ -47,6 +49,9 @@ public:
     void restoreBackup(Mode mode, const QString& name, std::function<void(Outcome)> done);
 
 private:
+    /// Reads on a worker; `done` is called with what was read.
+    template <typename Work, typename Done>
+    void read(Work work, Done done);
     Outcome replace(Mode mode, const LayoutDocument& document,
                     const std::optional<ArrangementLayout>& settings, const QString& name,
                     const QString& reason, const QString& title);

@@ -24,6 +24,9 @@ public:
     void rememberRemoved(const LiveLayouts& layouts, const QString& path);
     /// It is put back: it gets its place when it is seen.
     void putBack(const QString& path);
+    void whenWritten(LauncherWindowMode mode, BackgroundFile::Done done) {
+        kept(mode).whenWritten(std::move(done));
+    }
     /// Forgets the places of an application, by its key or path, or all of the mode; how many.
     qsizetype forget(LauncherWindowMode mode, const std::optional<QString>& application);
 

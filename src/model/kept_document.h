@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/json.h"
+#include "platform/background_file.h"
 #include "platform/machine.h"
 
 namespace tessellar {
@@ -10,60 +11,62 @@ namespace tessellar {
 /// ("NAME.damaged-STAMP-TAG.json"). What cannot be read now stays as it is: until the next load,
 /// changes are kept in memory alone.
 ///
-/// Main thread only; writes at once, and only what is others than before.
+/// Main thread only. Written behind it, before whatever is handed over to be saved later; destroying
+/// this waits for that.
 template <typename Document>
 class KeptDocument {
 public:
     KeptDocument(const Machine& machine, QString path, std::uint64_t maximumBytes)
-        : _machine(machine), _path(std::move(path)), _maximumBytes(maximumBytes) {}
+        : _machine(machine)
+        , _file(machine.workers, StoredFile(machine.files, std::move(path), maximumBytes)) {}
+    ~KeptDocument() { (void)_file.wait(); }
+    KeptDocument(const KeptDocument&) = delete;
+    KeptDocument& operator=(const KeptDocument&) = delete;
 
     const Document& value() const { return _value; }
 
     void load() {
         _value = {};
-        _mayWrite = true;
-        const auto bytes = _machine.files.read(_path, _maximumBytes);
-        if (!bytes && bytes.error().code == FileError::Code::notFound)
-            return;
+        const auto bytes = _file.read();
         if (!bytes)
-            return leaveOut(message(bytes.error()), false);
-        auto document = json::decodeDocument<Document>(*bytes);
-        if (!document)
-            return leaveOut(json::message(document.error()), true);
-        if (document->version != Document::supportedVersion)
-            return leaveOut(QStringLiteral("version %1 is not supported").arg(document->version), true);
-        _value = *std::move(document);
+            return leaveOut(message(bytes.error()));
+        if (!*bytes)
+            return;
+        auto document = json::decodeDocument<Document>(**bytes);
+        if (document && document->version != Document::supportedVersion)
+            document = json::fail(QStringLiteral("version %1 is not supported").arg(document->version));
+        if (document) {
+            _value = *std::move(document);
+        } else {
+            leaveOut(json::message(document.error()));
+            (void)_file.setAside(_machine.clock, _machine.uuids.next());
+        }
     }
 
     void set(Document value) {
-        if (value == _value)
+        if (value == _value && !_file.lastError())
             return;
         _value = std::move(value);
-        const QByteArray bytes = _mayWrite ? json::write(json::encode(_value)) : QByteArray();
-        if (bytes.isEmpty() || static_cast<std::uint64_t>(bytes.size()) > _maximumBytes)
-            return;
-        auto written = _machine.files.createDirectories(FileSystem::parent(_path));
-        if (written)
-            written = _machine.files.writeAtomically(_path, bytes);
-        if (!written)
-            _machine.log.warning(message(written.error()));
+        _file.write([value = _value]() -> std::expected<QByteArray, FileError> {
+            return json::write(json::encode(value));
+        });
+        _file.whenWritten([&log = _machine.log](const BackgroundFile::Result& written) {
+            if (!written)
+                log.warning(message(written.error()));
+        });
     }
 
+    /// Calls `done` on the main thread once what was set is on the disk, or is not.
+    void whenWritten(BackgroundFile::Done done) { _file.whenWritten(std::move(done)); }
+
 private:
-    void leaveOut(const QString& why, bool setAside) {
-        _machine.log.warning(QStringLiteral("%1 is left out: %2").arg(_path, why));
-        const QString aside =
-            QStringLiteral("%1.damaged-%2-%3.json")
-                .arg(_path.chopped(5), _machine.clock.now().toIso8601().replace(u':', u'-'),
-                     toText(_machine.uuids.next()).first(8));
-        _mayWrite = setAside && _machine.files.move(_path, aside).has_value();
+    void leaveOut(const QString& why) {
+        _machine.log.warning(QStringLiteral("%1 is left out: %2").arg(_file.path(), why));
     }
 
     const Machine& _machine;
-    QString _path;
-    std::uint64_t _maximumBytes;
+    BackgroundFile _file;
     Document _value;
-    bool _mayWrite = true;
 };
 
 } // namespace tessellar

@@ -1,5 +1,9 @@
 #include "model/layout_backups.h"
 
+#include "model/json_losses.h"
+
+#include <QCryptographicHash>
+
 #include <algorithm>
 
 namespace tessellar {
@@ -64,6 +68,30 @@ std::expected<BackupDocument, FileError> LayoutBackups::read(const QString& name
         return std::unexpected(FileError{FileError::Code::damaged, path(name)});
     backup->document.version = LayoutDocument::currentVersion;
     return *std::move(backup);
+}
+
+std::expected<QString, FileError> LayoutBackups::keep(const QByteArray& bytes, const QString& reason,
+                                                      Instant now) const {
+    const json::Losses losses;
+    const auto document = json::decodeDocument<LayoutDocument>(bytes);
+    const bool isLayout = document && losses.count() == 0 &&
+                          LayoutDocument::isSupported(document->version) &&
+                          folderDepth(document->pages) <= maximumFolderDepth;
+    const QByteArray tag =
+        QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().first(8).toUpper();
+    const QString file =
+        QStringLiteral("%1%2%3-%4%5")
+            .arg(isLayout ? QString() : QStringLiteral("unreadable-"), prefix,
+                 now.toIso8601().replace(u':', u'-'), QString::fromLatin1(tag), suffix);
+    const QString path = FileSystem::joined(_folder, file);
+    auto kept = _files.createDirectories(_folder);
+    if (kept)
+        kept = _files.writeAtomically(
+            path,
+            isLayout ? json::write(json::encode(BackupDocument{now, reason, {}, *document})) : bytes);
+    if (!kept)
+        return std::unexpected(kept.error());
+    return path;
 }
 
 void LayoutBackups::prune(Instant now) const {

@@ -34,6 +34,10 @@ public:
     /// Newest first. A file that is no backup is left out.
     QList<BackupSummary> list() const;
     std::expected<BackupDocument, FileError> read(const QString& name) const;
+    /// Keeps a working file as another program wrote it: as a backup, or where it cannot be read whole
+    /// as "unreadable-layout-STAMP-TAG.json". Its path.
+    std::expected<QString, FileError> keep(const QByteArray& bytes, const QString& reason,
+                                           Instant now) const;
     /// Removes those that are over the bounds; what is no backup stays.
     void prune(Instant now) const;
 

@@ -1,6 +1,7 @@
 #include "model/layout_store.h"
 
 #include "model/json_losses.h"
+#include "model/overwrite_guard.h"
 
 #include <algorithm>
 
@@ -42,8 +43,7 @@ QString LayoutStore::workingPath(const QString& directory, LauncherWindowMode mo
 LayoutStore::LayoutStore(const Machine& machine, QString directory)
     : _machine(machine)
     , _directory(std::move(directory))
-    , _working{{{machine, workingPath(_directory, modes[0])},
-                {machine, workingPath(_directory, modes[1])}}} {
+    , _working{{{machine, _directory, modes[0]}, {machine, _directory, modes[1]}}} {
     (void)_machine.files.createDirectories(_directory);
 }
 
@@ -71,6 +71,7 @@ LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
     const auto bytes = file.file.read();
     if (!bytes)
         return fail(StorageError{Code::workingDocumentUnreadable}, message(bytes.error()));
+    file.guard->wasRead(bytes->value_or(QByteArray()));
     if (!*bytes) {
         file.isBlocked = false;
         _machine.log.info(
@@ -125,8 +126,10 @@ std::expected<void, FileError> LayoutStore::write(const QString& path, const Kep
 
 // ---- the working layouts
 
-LayoutStore::Working::Working(const Machine& machine, const QString& path)
-    : file(machine.workers, StoredFile(machine.files, path, maximumLayoutBytes)) {}
+LayoutStore::Working::Working(const Machine& machine, const QString& directory, LauncherWindowMode mode)
+    : file(machine.workers, StoredFile(machine.files, workingPath(directory, mode), maximumLayoutBytes))
+    , guard(std::make_shared<OverwriteGuard>(machine.files, workingPath(directory, mode),
+                                             LayoutBackups(machine.files, directory))) {}
 
 std::optional<BackgroundFile::Result> LayoutStore::Working::outcome() const {
     if (!unsaved)
@@ -154,16 +157,33 @@ void LayoutStore::handOver(LauncherWindowMode mode) {
     if (!file.unsaved || (file.unsaved->ticket && (!file.outcome() || file.isSaved())))
         return;
     file.unsaved->ticket =
-        file.file.write([path = file.file.path(), document = current(file.unsaved->document)] {
-            return encoded(path, document, document);
+        file.file.write([path = file.file.path(), document = current(file.unsaved->document),
+                         guard = file.guard, now = _machine.clock.now()] {
+            auto bytes = encoded(path, document, document);
+            if (bytes)
+                if (const auto guarded = guard->beforeWriting(*bytes, now); !guarded)
+                    bytes = std::unexpected(guarded.error());
+            return bytes;
         });
     file.file.whenWritten([this, mode](const BackgroundFile::Result& written) {
         Working& saved = working(mode);
         if (!written)
-            _machine.log.warning(message(written.error()));
-        else if (saved.isSaved())
+            return _machine.log.warning(message(written.error()));
+        if (saved.isSaved())
             saved.unsaved.reset();
+        if (const auto kept = saved.guard->takeKept())
+            foreignVersionKept.notify(mode, *kept);
     });
+}
+
+void LayoutStore::saveBehind(LauncherWindowMode mode, const Document& document,
+                             BackgroundFile::Done done) {
+    Working& file = working(mode);
+    if (file.isBlocked)
+        return;
+    file.unsaved = Unsaved{document, false, {}};
+    handOver(mode);
+    file.file.whenWritten(std::move(done));
 }
 
 std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode mode,
@@ -283,37 +303,44 @@ LayoutStore::saveArrangement(LauncherWindowMode mode, const QString& name, const
     return summaryOf(arrangement);
 }
 
-QList<ArrangementSummary> LayoutStore::arrangements(LauncherWindowMode mode) const {
+static QList<ArrangementSummary> arrangementsIn(const QString& directory, const FileSystem& files,
+                                                const Locale& locale, Log& log) {
     QList<ArrangementSummary> result;
-    const QString directory = arrangementsDirectory(mode);
-    const auto entries = _machine.files.entries(directory);
+    const auto entries = files.entries(directory);
     if (!entries)
         return result;
     for (const DirectoryEntry& entry : *entries) {
         const QString path = FileSystem::joined(directory, QString::fromUtf8(entry.name));
         if (FileSystem::extension(path) != u"json")
             continue;
-        const auto bytes = _machine.files.read(path, maximumLayoutBytes);
+        const auto bytes = files.read(path, maximumLayoutBytes);
         auto arrangement =
             bytes ? json::decodeDocument<Arrangement>(*bytes) : json::fail(message(bytes.error()));
         // It is restored and deleted by the name of its file, whatever identifier stands in it.
         const auto id = json::decode<QUuid>(FileSystem::fileName(path).chopped(5));
-        if (arrangement && (!id || arrangementPath(mode, *id) != path))
+        if (arrangement &&
+            (!id || FileSystem::fileName(path) != toText(*id) + QLatin1StringView(".json")))
             arrangement = json::fail(QStringLiteral("Its name is no identifier."));
         if (arrangement) {
             arrangement->id = *id;
             result.append(summaryOf(*arrangement));
         } else {
-            _machine.log.warning(QStringLiteral("The saved arrangement %1 is left out: %2")
-                                     .arg(path, json::message(arrangement.error())));
+            log.warning(QStringLiteral("The saved arrangement %1 is left out: %2")
+                            .arg(path, json::message(arrangement.error())));
         }
     }
     std::ranges::stable_sort(result, [&](const ArrangementSummary& a, const ArrangementSummary& b) {
         if (a.createdAt != b.createdAt)
             return a.createdAt > b.createdAt;
-        return _machine.locale.compareNames(a.name, b.name) < 0;
+        return locale.compareNames(a.name, b.name) < 0;
     });
     return result;
+}
+
+std::function<QList<ArrangementSummary>()>
+LayoutStore::arrangementLister(LauncherWindowMode mode) const {
+    return [directory = arrangementsDirectory(mode), &files = _machine.files, locale = _machine.locale,
+            &log = _machine.log] { return arrangementsIn(directory, files, locale, log); };
 }
 
 std::expected<Arrangement, LayoutStore::Error> LayoutStore::arrangement(LauncherWindowMode mode,

@@ -4,18 +4,24 @@
 #include "model/layout_document.h"
 #include "platform/background_file.h"
 #include "platform/machine.h"
+#include "platform/signal.h"
 
 #include <array>
 #include <expected>
+#include <functional>
+#include <memory>
 #include <variant>
 
 namespace tessellar {
 
+class OverwriteGuard;
+
 /// Keeps the arrangement on disk: a working file for each display mode, backups, saved arrangements.
 ///
 ///     layout.json, layout-windowed.json          the working layouts
-///     Backups/layout-STAMP-TAG.json              layouts that were replaced wholesale, never pruned
-///     Backups/unreadable-layout-STAMP-TAG.json   working files that could not be read, since reset
+///     Backups/layout-STAMP-TAG.json              layouts that were replaced wholesale, or that another
+///                                                program wrote
+///     Backups/unreadable-layout-STAMP-TAG.json   working files that could not be read whole
 ///     Arrangements[-Windowed]/ID.json            arrangements that the user saved
 ///
 /// A working file that exists but cannot be used blocks its mode: nothing is written for it until a
@@ -69,6 +75,9 @@ public:
     void scheduleSave(LauncherWindowMode mode, const Document& document);
     /// The same without the delay, for what is no burst.
     void save(LauncherWindowMode mode, const Document& document);
+    /// As `saveNow`, but without blocking: `done` is called on the main thread, unless the store goes
+    /// before. Nothing in a blocked mode.
+    void saveBehind(LauncherWindowMode mode, const Document& document, BackgroundFile::Done done);
     /// Blocks until the document is on the disk.
     std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document);
     std::expected<void, FileError> reset(LauncherWindowMode mode);
@@ -88,6 +97,10 @@ public:
     /// Why the last save failed; empty once one has succeeded. Shown at the next edit.
     std::optional<Error> lastSaveError(LauncherWindowMode mode) const;
 
+    /// Another program changed a working file since it was read or written here: its version was kept
+    /// there before it was written over.
+    Signal<LauncherWindowMode, QString> foreignVersionKept;
+
     /// The path of the backup.
     std::expected<QString, FileError> makeBackup(const QString& reason,
                                                  const std::optional<QString>& sourceDatabasePath,
@@ -98,7 +111,11 @@ public:
     saveArrangement(LauncherWindowMode mode, const QString& name, const Document& document,
                     const std::optional<ArrangementLayout>& layout);
     /// Newest first. A file that cannot be decoded is left out and named in the log.
-    QList<ArrangementSummary> arrangements(LauncherWindowMode mode) const;
+    QList<ArrangementSummary> arrangements(LauncherWindowMode mode) const {
+        return arrangementLister(mode)();
+    }
+    /// What does that, on any thread: it reads whole documents.
+    std::function<QList<ArrangementSummary>()> arrangementLister(LauncherWindowMode mode) const;
     QString arrangementPath(LauncherWindowMode mode, const QUuid& id) const;
     std::expected<Arrangement, Error> arrangement(LauncherWindowMode mode, const QUuid& id) const;
     std::expected<void, FileError> deleteArrangement(LauncherWindowMode mode, const QUuid& id);
@@ -111,12 +128,13 @@ private:
     };
     /// One mode's working file.
     struct Working {
-        Working(const Machine& machine, const QString& path);
+        Working(const Machine& machine, const QString& directory, LauncherWindowMode mode);
         /// What became of the state that was to be saved; absent while it is not on the disk.
         std::optional<BackgroundFile::Result> outcome() const;
         bool isSaved() const { return outcome() == BackgroundFile::Result(); }
 
         BackgroundFile file;
+        std::shared_ptr<OverwriteGuard> guard; ///< shared with the work under way
         bool isBlocked = false;
         std::optional<QString> lossyCopy;
         std::optional<Unsaved> unsaved;

@@ -11,8 +11,9 @@ namespace tessellar {
 struct BackgroundFile::State {
     explicit State(StoredFile stored) : file(std::move(stored)) {}
 
-    /// On the worker: writes the last that was handed over.
-    void writeNext();
+    /// On the worker, in the turn of a write: does it unless a later one waits. That has a turn of its
+    /// own, so that it does not overtake what was handed over for other files before it.
+    void write(Ticket turn);
     /// On the main thread: tells those whose writes are done.
     void tell();
 
@@ -31,20 +32,19 @@ struct BackgroundFile::State {
     std::vector<std::pair<Ticket, Done>> waiting;
 };
 
-void BackgroundFile::State::writeNext() {
+void BackgroundFile::State::write(Ticket turn) {
     std::unique_lock lock(mutex);
-    Encode encode = std::exchange(next, nullptr);
-    const Ticket ticket = handedOver;
-    if (!encode)
+    if (turn != handedOver)
         return;
+    Encode encode = std::exchange(next, nullptr);
     lock.unlock();
     const auto bytes = encode();
     encode = nullptr;
     const Result written = bytes ? file.write(*bytes) : Result(std::unexpected(bytes.error()));
     lock.lock();
-    finished = ticket;
+    finished = turn;
     if (written)
-        succeeded = ticket;
+        succeeded = turn;
     last = written;
     changed.notify_all();
 }
@@ -77,12 +77,11 @@ BackgroundFile::Ticket BackgroundFile::write(Encode encode) {
     {
         const std::lock_guard lock(_state->mutex);
         ticket = ++_state->handedOver;
-        if (std::exchange(_state->next, std::move(encode)))
-            return ticket; // its turn is this one's now
+        _state->next = std::move(encode);
     }
     _workers->submit(Lane::saving, {},
-                     [state = _state, &mailbox = _workers->mailbox()](std::stop_token) {
-                         state->writeNext();
+                     [state = _state, ticket, &mailbox = _workers->mailbox()](std::stop_token) {
+                         state->write(ticket);
                          mailbox.post([weak = std::weak_ptr(state)] {
                              if (const auto alive = weak.lock())
                                  alive->tell();

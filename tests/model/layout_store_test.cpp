@@ -1,5 +1,6 @@
 #include "model/layout_store.h"
 
+#include "model/layout_backups.h"
 #include "support/items.h"
 #include "support/printers.h"
 #include "support/test_machine.h"
@@ -253,6 +254,44 @@ TEST_F(LayoutStoreTest, ALinkStaysALinkAndOneToNowhereIsNoAbsence) {
     EXPECT_TRUE(failure(store.load(fullScreen)));
     EXPECT_FALSE(store.saveNow(fullScreen, {.pages = onePage}));
     EXPECT_FALSE(mac.exists(u"/Users/ada/dotfiles/layout.json"_qs));
+}
+
+TEST_F(LayoutStoreTest, WhatAnotherProgramWroteIsKeptBeforeItIsSavedOver) {
+    const auto shown = [](const char* name) {
+        return LayoutDocument{.pages = {{app(QLatin1StringView(name))}}};
+    };
+    QStringList kept;
+    const Subscription told = store.foreignVersionKept.connect(
+        [&](LauncherWindowMode, const QString& path) { kept += path; });
+    write("layout.json", documentOfVersion(1));
+    (void)store.load(fullScreen);
+    for (const char* name : {"a", "b", "a"})
+        EXPECT_TRUE(store.saveNow(fullScreen, shown(name)));
+    mac.settle();
+    EXPECT_FALSE(mac.exists(path("Backups"))) << "what was read and written here is no other's";
+
+    write("layout.json", json::write(json::encode(shown("theirs"))));
+    EXPECT_TRUE(store.saveNow(fullScreen, shown("ours")));
+    mac.settle();
+    const LayoutBackups backups(mac.files, directory);
+    ASSERT_EQ(backups.list().size(), 1);
+    EXPECT_EQ(backups.list()[0].reason, u"changed-by-another-program");
+    EXPECT_EQ(backups.read(backups.list()[0].name)->document, shown("theirs"));
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(sketch(stored().pages), u"ours");
+
+    write("layout.json", documentOfVersion(4));
+    EXPECT_TRUE(store.saveNow(fullScreen, shown("ours")));
+    mac.settle();
+    ASSERT_EQ(kept.size(), 2);
+    EXPECT_TRUE(FileSystem::fileName(kept[1]).startsWith(u"unreadable-layout-"_qs));
+    EXPECT_EQ(mac.read(kept[1]), documentOfVersion(4));
+
+    mac.remove(path("Backups"));
+    write("Backups", "in the way");
+    write("layout.json", documentOfVersion(5));
+    EXPECT_FALSE(store.saveNow(fullScreen, shown("more")));
+    EXPECT_EQ(file("layout.json"), documentOfVersion(5)) << "what cannot be kept is not saved over";
 }
 
 TEST_F(LayoutStoreTest, WhatCouldNotBeReadAgainIsNotWritten) {

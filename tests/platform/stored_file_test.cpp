@@ -165,6 +165,21 @@ TEST_F(BackgroundFileTest, WritesTheLastOfThoseThatWaitAndTellsOfAll) {
     EXPECT_EQ(background->read(), "four");
 }
 
+TEST_F(BackgroundFileTest, ALaterWriteDoesNotOvertakeWhatWasHandedOverForAnotherFile) {
+    const QString otherPath = folder + u"/other.json"_s;
+    BackgroundFile other(mac.workers, StoredFile(mac.files, otherPath, 1'000));
+    background->write(bytes("one"));
+    other.write(bytes("two"));
+    QByteArray seen;
+    background->write([&]() -> std::expected<QByteArray, FileError> {
+        seen = mac.read(otherPath);
+        return QByteArray("three");
+    });
+    open();
+    EXPECT_EQ(seen, "two");
+    EXPECT_EQ(mac.read(path), "three");
+}
+
 TEST_F(BackgroundFileTest, IsWrittenButTellsNobodyWhenItGoes) {
     background->write(bytes("one"));
     background->whenWritten([](const auto&) { FAIL(); });
