@@ -26,10 +26,17 @@ std::optional<QString> VolumeFinder::identityOf(const QString& root) const {
     const auto status = _files.status(root);
     if (!status || status->type != FileType::directory)
         return std::nullopt;
-    // Not the device: it is given anew whenever the volume is mounted.
-    return QStringLiteral("%1 %2")
+    // A volume has at least the system's own files; an empty folder is what it would be mounted on, and
+    // may have come by the number and date of another.
+    if (volumeMountPoint(root) == root)
+        if (const auto entries = _files.entries(root); !entries || entries->isEmpty())
+            return std::nullopt;
+    const auto parent = _files.status(FileSystem::parent(root));
+    // Not the device itself: it is given anew whenever the volume is mounted.
+    return QStringLiteral("%1 %2%3")
         .arg(status->inode)
-        .arg(status->created ? status->created->toIso8601() : QString());
+        .arg(status->created ? status->created->toIso8601() : QString(),
+             parent && parent->device != status->device ? QStringLiteral(" mounted") : QString());
 }
 
 std::optional<std::uint64_t> VolumeFinder::deviceOf(const QString& folder) {

@@ -56,7 +56,8 @@ public:
     /// The folder that the volume of an existing resolved `folder` is mounted on: under "/Volumes" by
     /// name, elsewhere where the device changes.
     QString rootOf(const QString& folder);
-    /// Nothing where no folder is. A mount point differs from what is mounted on it in number and date.
+    /// Nothing where no volume can be: no folder, or an empty one where disks are mounted. Another
+    /// folder in its place differs in number and date.
     std::optional<QString> identityOf(const QString& root) const;
 
 private:

@@ -1,5 +1,7 @@
 #include "launcher/installed_applications.h"
 
+#include "updates/app_update_runner.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -72,15 +74,15 @@ void InstalledApplications::start() {
     _isScanWanted = false;
     _task = _machine.workers.run(
         [scanner = AppScanner(scanContext(_machine)), before = _cache, startedAt = _machine.clock.now(),
-         holds = _holds, replacements = _replacements,
-         sawReplacing = !_replacing.expired()](std::stop_token stop) {
+         holds = _holds, replacements = _replacements, isReplacing = !_replacing.expired(),
+         &machine = _machine](std::stop_token stop) {
             Scanned result{.scan = {},
                            .cache = before,
                            .replacedBundles = {},
                            .startedAt = startedAt,
                            .holds = holds,
                            .replacements = replacements,
-                           .sawReplacing = sawReplacing};
+                           .sawReplacing = isReplacing || AppUpdateRunner::isLeftRunning(machine)};
             result.scan = scanner.scan(result.cache, stop);
             result.replacedBundles = result.cache.replacedBundles(before);
             return result;

@@ -38,7 +38,8 @@ public:
     [[nodiscard]] Hold hold();
     bool isHeld() const { return !_held.expired(); }
     /// While this is held, an updater that the launcher started replaces bundles: scans go on, but what
-    /// they do not see is not gone. Destroying it looks again.
+    /// they do not see is not gone; nor is it while one runs that an earlier launcher left. Destroying
+    /// it looks again.
     [[nodiscard]] Hold replacing();
     /// True once a scan was completed.
     bool isKnown() const { return _isKnown; }

@@ -259,6 +259,12 @@ std::optional<AppUpdateRun> AppUpdateRunner::left(const Machine& machine) {
     return run ? std::optional(*std::move(run)) : std::nullopt;
 }
 
+bool AppUpdateRunner::isLeftRunning(const Machine& machine) {
+    const auto run = left(machine);
+    return run && machine.commands.look(run->processNumber, machine.files.hostPath(outputPath(machine)))
+                      .isRunning();
+}
+
 void AppUpdateRunner::takeUp(const AppUpdateRun& run) {
     if (_active)
         return;

@@ -64,6 +64,9 @@ public:
 
     /// What an earlier launcher left running. Any thread.
     static std::optional<AppUpdateRun> left(const Machine& machine);
+    /// True while its command runs. Not to be asked by the launcher that started it, which would miss
+    /// how it ended. Any thread.
+    static bool isLeftRunning(const Machine& machine);
     /// Takes it up; nothing is begun before it has ended.
     void takeUp(const AppUpdateRun& run);
 

@@ -204,6 +204,16 @@ TEST_F(UnreadableDirectoriesTest, WhatIsOutOfSightIsNotGone) {
         EXPECT_THAT(volume.applications, IsEmpty());
 }
 
+/// It may have come by the number of the volume that was there, within one tick of the file system's
+/// clock.
+TEST_F(UnreadableDirectoriesTest, AnEmptyFolderIsNoVolume) {
+    mac.addDirectory(u"/Volumes/Work"_s);
+    const auto identity = [&] { return VolumeFinder(files).identityOf(u"/Volumes/Work"_s); };
+    EXPECT_EQ(identity(), std::nullopt);
+    mac.addFile(u"/Volumes/Work/.volume"_s, {});
+    EXPECT_TRUE(identity());
+}
+
 /// A folder that the user's settings no longer name, and a link that was taken away, are the user's
 /// own doing; and a disk that was copied is known by what lies on it.
 TEST_F(UnreadableDirectoriesTest, WhatTheUserNoLongerSearchesIsGone) {

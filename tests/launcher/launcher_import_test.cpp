@@ -103,6 +103,28 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     EXPECT_EQ(sketched(), u"Elm [Work: Fagus|Dogwood]|Ash|Cedrus");
 }
 
+TEST_F(LauncherImportTest, TakesAVolumeThatIsAwayForWhatWasOnItBefore) {
+    install(u"Fern"_s, u"/Volumes/Work/Apps"_s);
+    install(u"Moss"_s, u"/Volumes/Work/Apps"_s);
+    (void)mac.machine.settings.set(u"appDiscovery.additionalSearchPaths"_s,
+                                   QJsonArray{u"/Volumes/Work/Apps"_s});
+    start();
+    ASSERT_TRUE(mac.files.move(u"/Volumes/Work"_s, u"/elsewhere"_s));
+    rescan();
+    const QSet<QString> away{u"org.example.fern"_s, u"org.example.moss"_s};
+    EXPECT_EQ(launcher->shown().unavailableAppKeys(), away);
+    sample::addOldLaunchpad(builder, {.pages = {{tile(u"Fern"_s), tile(u"Elm"_s)}}}, database);
+    const Outcome outcome = run();
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->unresolvedAppCount, 0);
+    EXPECT_EQ(sketched(), u"Fern Elm|Ash Beech Cedar Dogwood Moss");
+    EXPECT_EQ(launcher->shown().unavailableAppKeys(), away);
+    ASSERT_TRUE(mac.files.move(u"/elsewhere"_s, u"/Volumes/Work"_s));
+    rescan();
+    EXPECT_EQ(sketched(), u"Fern Elm|Ash Beech Cedar Dogwood Moss");
+    EXPECT_TRUE(launcher->shown().unavailableAppKeys().isEmpty());
+}
+
 TEST_F(LauncherImportTest, APreviewShowsTheOldArrangementAndChangesNothing) {
     addOldLaunchpad();
     start();

@@ -4,8 +4,10 @@
 #include "launcher/place_memory.h"
 #include "launcher/small_launcher.h"
 #include "launcher/smart_folder_library.h"
+#include "updates/app_update_runner.h"
 
 #include <filesystem>
+#include <latch>
 
 namespace tessellar::test {
 namespace {
@@ -95,6 +97,28 @@ TEST_F(PlaceMemoryTest, NothingIsGoneWhileAnUpdaterReplacesBundles) {
     EXPECT_EQ(sketched(), u"[Trees: Elm Ash] Ivy");
 }
 
+TEST_F(PlaceMemoryTest, NorWhileOneGoesOnThatAnEarlierLauncherStarted) {
+    arrange();
+    start();
+    const QString brew = u"/opt/homebrew/bin/brew"_s;
+    mac.tool(brew, exited(0));
+    mac.commands.holdStarted(true);
+    const auto number = mac.commands.start({.executable = mac.files.hostPath(brew)},
+                                           mac.files.hostPath(data + u"/app-update-run.log"_s));
+    ASSERT_TRUE(number);
+    mac.write(data + u"/app-update-run.json"_s,
+              json::write(json::encode(AppUpdateRun{.appKey = u"org.example.oak"_s,
+                                                    .updaterName = u"Homebrew"_s,
+                                                    .processNumber = *number,
+                                                    .startedAt = time.now()})));
+    remove(u"Oak"_s);
+    start();
+    EXPECT_EQ(sketched(), arranged);
+    mac.commands.holdStarted(false);
+    rescan();
+    EXPECT_EQ(sketched(), u"[Trees: Elm Ash] Ivy");
+}
+
 TEST_F(PlaceMemoryTest, UsageGoesAlongWithAChangedKey) {
     arrange();
     start();
@@ -154,11 +178,63 @@ TEST_F(PlaceMemoryTest, AFileThatIsReadInPartIsKeptBeforeItIsSavedOver) {
     EXPECT_EQ(mac.read(data + u"/Backups/"_s + kept[0]), bad);
 }
 
+TEST_F(PlaceMemoryTest, TheSaveAtTheStartKeepsNobodyWaitingAndItsFailureIsTold) {
+    arrange();
+    std::latch opened{1};
+    mac.workers.submit(Lane::saving, {}, [&](std::stop_token) { opened.wait(); });
+    launcher = std::make_unique<LauncherViewModel>(mac.machine);
+    launcher->start();
+    while (!launcher->isBootstrapped())
+        mac.mailbox.waitAndDrain();
+    EXPECT_TRUE(launcher->history().guard(Mode::fullScreen));
+    EXPECT_FALSE(mac.exists(data + u"/layout-windowed.json"_s));
+    opened.count_down();
+    EXPECT_EQ(stored().pages, launcher->shown().pages());
+
+    launcher.reset();
+    mac.remove(data + u"/layout-windowed.json"_s);
+    for (int i = 0; i < 64; ++i) // every name that a save may take for a while
+        mac.makeFolder(data + u"/.tessellar-save-%1"_s.arg(i));
+    start();
+    const QList<LauncherError> alerts = launcher->messages().takeAlerts();
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].title, u"Could not save the layout");
+}
+
+TEST_F(PlaceMemoryTest, ALayoutThatAnotherProgramChangedIsKeptAndTheUserTold) {
+    arrange();
+    start();
+    const QByteArray theirs = QByteArray(mac.read(data + u"/layout.json"_s)).replace("Trees", "Theirs");
+    mac.write(data + u"/layout.json"_s, theirs);
+    const auto turned = launcher->history().edit(Mode::fullScreen, u"Turn"_s,
+                                                 [](LayoutDocument document) -> EditResult {
+                                                     document.pages[0].swapItemsAt(0, 1);
+                                                     return document;
+                                                 });
+    ASSERT_TRUE(turned);
+    time.advance(300ms);
+    mac.settle();
+    const QList<LauncherError> alerts = launcher->messages().takeAlerts();
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].code, u"changedByAnotherProgram");
+    EXPECT_EQ(sketch(stored().pages), u"[Trees: Elm Ash] Oak Ivy");
+    QString kept;
+    launcher->archive().restoreBackup(Mode::fullScreen,
+                                      mac.names(data + u"/Backups"_s)[0].sliced(7).chopped(5),
+                                      [&](const auto&) { kept = sketched(); });
+    mac.settle();
+    EXPECT_EQ(kept, u"Oak [Theirs: Elm Ash] Ivy");
+}
+
 TEST_F(PlaceMemoryTest, BackupsAreRestoredAsAStepOfHistory) {
     arrange();
     start();
     LayoutArchive& archive = launcher->archive();
+    for (int i = 0; i < 10; ++i) // the latest are kept however old they are
+        mac.write(data + u"/Backups/layout-2001-01-1%1T00-00-00Z-00000000.json"_s.arg(i), "old");
     ASSERT_TRUE(archive.reset(Mode::fullScreen));
+    mac.settle();
+    EXPECT_EQ(mac.names(data + u"/Backups"_s).size(), 10) << "bounded also when nobody lists them";
     EXPECT_EQ(sketched(), u"Ash Elm Ivy Oak");
     QList<BackupSummary> backups;
     archive.listBackups([&](const QList<BackupSummary>& all) { backups = all; });
