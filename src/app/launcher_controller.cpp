@@ -27,6 +27,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _renaming(viewModel)
     , _sheets(viewModel)
     , _updates(viewModel)
+    , _backups(viewModel)
     , _removal(viewModel)
     , _smartFolder(viewModel)
     , _alert(viewModel) {

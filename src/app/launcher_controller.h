@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/alert_panel.h"
+#include "app/backups_panel.h"
 #include "app/grid_metrics.h"
 #include "app/grid_model.h"
 #include "app/menu_model.h"
@@ -44,6 +45,7 @@ class LauncherController final : public QObject {
 
     Q_PROPERTY(tessellar::Sheets* sheets READ sheets CONSTANT)
     Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
+    Q_PROPERTY(tessellar::BackupsPanel* backups READ backups CONSTANT)
     Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
     Q_PROPERTY(tessellar::SmartFolderPanel* smartFolder READ smartFolder CONSTANT)
     Q_PROPERTY(tessellar::AlertPanel* alert READ alert CONSTANT)
@@ -70,6 +72,7 @@ public:
     MenuModel* menu() { return &_menu; }
     Sheets* sheets() { return &_sheets; }
     UpdatesPanel* updates() { return &_updates; }
+    BackupsPanel* backups() { return &_backups; }
     RemovalPanel* removal() { return &_removal; }
     SmartFolderPanel* smartFolder() { return &_smartFolder; }
     AlertPanel* alert() { return &_alert; }
@@ -138,6 +141,7 @@ private:
     ActionTarget _menuTarget;
     Sheets _sheets;
     UpdatesPanel _updates;
+    BackupsPanel _backups;
     RemovalPanel _removal;
     SmartFolderPanel _smartFolder;
     AlertPanel _alert;

@@ -18,6 +18,7 @@ class Sheets final : public QObject {
     Q_PROPERTY(QString appName READ appName NOTIFY changed) ///< of the application that it is about
 
 public:
+    static inline const QString backups = QStringLiteral("backups");
     static inline const QString icon = QStringLiteral("icon");
     static inline const QString smartFolder = QStringLiteral("smartFolder");
     static inline const QString updates = QStringLiteral("updates");

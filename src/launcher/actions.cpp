@@ -494,6 +494,10 @@ const std::array rows = std::to_array<Row>({
          c.launcher.launchpadImport().offer(c.mode());
          return ActionRequest::none;
      }},
+    {"backups", always<"Backups…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); },
+     [](const Context& c) { return c.launcher.isBootstrapped(); },
+     [](const Context&, const QString&) { return ActionRequest::backups; }},
     {"resetLayout", always<"Reset Layout…">,
      [](const Context& c) { return c.isBackground() && !c.openFolder(); },
      [](const Context& c) { return c.launcher.isBootstrapped(); }, reset, true},

@@ -37,6 +37,7 @@ struct ActionTarget {
 enum class ActionRequest {
     none,
     rename,  ///< let the user type a name over the tile's label
+    backups, ///< show the backups of arrangements
     updates, ///< show what is known of updates
     icon,    ///< let the user choose a file for the tile's icon
     rules,   ///< let the user edit the smart folder that is open in `SmartFolderEditing`

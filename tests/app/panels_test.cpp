@@ -1,9 +1,12 @@
+#include "app/backups_panel.h"
 #include "app/removal_panel.h"
 #include "app/tile_search.h"
 #include "app/updates_panel.h"
 #include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_messages.h"
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
+#include "launcher/layout_archive.h"
 #include "launcher/small_launcher.h"
 #include "support/fake_updates.h"
 
@@ -157,6 +160,33 @@ TEST_F(PanelsTest, UpdatesAreListedAndTheirSettingsChosen) {
     panel.setEnabled(false);
     EXPECT_FALSE(panel.isEnabled());
     EXPECT_FALSE(launcher->updates().isEnabled());
+}
+
+TEST_F(PanelsTest, BackupsAreListedAndRestoredAfterAQuestion) {
+    install(u"Ash"_s);
+    install(u"Oak"_s);
+    store({{folder(u"Trees"_s, {{app(u"Oak"_s), app(u"Ash"_s)}})}});
+    start();
+    BackupsPanel panel(*launcher);
+    panel.refresh();
+    mac.settle();
+    EXPECT_EQ(panel.summary(), u"There are no backups yet.");
+    ASSERT_TRUE(launcher->archive().reset(LauncherWindowMode::fullScreen));
+    panel.refresh();
+    EXPECT_TRUE(panel.backups().isEmpty());
+    mac.settle();
+    EXPECT_EQ(panel.summary(), QString());
+    ASSERT_EQ(panel.backups().size(), 1);
+    const QVariantMap row = panel.backups().first().toMap();
+    EXPECT_EQ(row[u"text"_s], u"Before the layout was reset · 2 applications, 1 folder, 1 page"_s);
+    for (const bool isWanted : {false, true}) {
+        EXPECT_EQ(sketched(), u"Ash Oak");
+        panel.restore(row[u"name"_s].toString());
+        ASSERT_TRUE(launcher->messages().question());
+        launcher->messages().answer(isWanted);
+        mac.settle();
+    }
+    EXPECT_EQ(sketched(), u"[Trees: Oak Ash]");
 }
 
 } // namespace

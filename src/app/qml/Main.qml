@@ -187,6 +187,13 @@ FocusScope {
 
     OnDemand {
         anchors.fill: parent
+        file: "BackupsSheet.qml"
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "backups"
+    }
+
+    OnDemand {
+        anchors.fill: parent
         file: "UpdatesSheet.qml"
         initial: ({ launcher: root.launcher })
         wanted: root.launcher.sheets.current === "updates"
