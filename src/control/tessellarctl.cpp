@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QSocketNotifier>
 
 #include <cstdio>
 #include <unistd.h>
@@ -200,7 +201,7 @@ private:
                         ExitStatus::wrongUsage);
         QFile file(words[1] == u"-" ? QString() : words[1]);
         const bool opened =
-            words[1] == u"-" ? file.open(stdin, QFile::ReadOnly) : file.open(QFile::ReadOnly);
+            words[1] == u"-" ? file.open(STDIN_FILENO, QFile::ReadOnly) : file.open(QFile::ReadOnly);
         if (!opened)
             return fail(
                 {QStringLiteral("unreadable"), QStringLiteral("%1 cannot be read.").arg(words[1]), {}});
@@ -210,8 +211,12 @@ private:
         _invocation.options.answersUnsaved = true;
         int status = 0;
         qint64 size = 0;
-        while (!file.atEnd()) {
+        for (;;) {
+            if (words[1] == u"-" && !file.canReadLine())
+                waitForInput();
             const QByteArray line = file.readLine(maximumBatch);
+            if (line.isEmpty())
+                break;
             size += line.size();
             if (size > maximumBatch)
                 return fail(
@@ -246,6 +251,16 @@ private:
         _isFinished = false;
         _executor->run(words, options, std::move(to));
         return waitForEnd();
+    }
+
+    /// What was edited is saved, and others are answered, while nobody types.
+    static void waitForInput() {
+        bool isThere = false;
+        const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+        const auto connection = QObject::connect(&input, &QSocketNotifier::activated, &input,
+                                                 [&isThere] { isThere = true; });
+        while (connection && !isThere)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
     /// The launcher that is running; or one of our own once nobody else holds the lock.

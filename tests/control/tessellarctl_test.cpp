@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTimer>
 
 #include <csignal>
 
@@ -127,6 +128,25 @@ TEST_F(TessellarctlTest, SaysOnceThatALayoutCannotBeReadButRefusesEachCommandOfA
     EXPECT_EQ(batch.error.count(sentence), 3) << batch.error.toStdString();
     EXPECT_EQ(run({u"rename"_qs, u"org.example.ash"_qs, u"Tree"_qs}).code(),
               u"workingDocumentUnreadable");
+}
+
+TEST_F(TessellarctlTest, ABatchHasSavedWhatItDidWhileItWaitsForItsNextLine) {
+    QProcess batch;
+    batch.start(QStringLiteral(TESSELLARCTL), {u"--root"_qs, root.path(), u"batch"_qs, u"-"_qs});
+    batch.write("rename org.example.ash Tree\n");
+    QTimer lookAgain; // a file that is written is no event
+    lookAgain.start(5);
+    test::processEventsUntil([&] {
+        QFile file(root.path() +
+                   u"/Users/ada/Library/Application Support/com.tessellar.app/layout.json"_qs);
+        return file.open(QFile::ReadOnly) && file.readAll().contains("\"Tree\"");
+    });
+    EXPECT_EQ(batch.state(), QProcess::Running);
+    batch.write("rename org.example.ash Bush"); // the last line needs no end
+    batch.closeWriteChannel();
+    test::processEventsUntil([&] { return batch.state() == QProcess::NotRunning; });
+    EXPECT_EQ(batch.exitCode(), 0);
+    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Bush\n  Beech\n");
 }
 
 TEST_F(TessellarctlTest, SavesRestoresAndDeletesArrangementsByName) {
