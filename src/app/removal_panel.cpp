@@ -113,7 +113,7 @@ void RemovalPanel::refresh() {
 QString RemovalPanel::total() const {
     const CleanupReviewState& review = _viewModel.cleanup().review();
     const qsizetype count = review.selectedPaths.size();
-    const QString size = sizeText(review.selectedSize());
+    const QString size = sizeText(review.selectedSize().bytes);
     return count == 1 ? tr("1 item, %1").arg(size) : tr("%1 items, %2").arg(count).arg(size);
 }
 

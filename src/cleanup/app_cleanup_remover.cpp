@@ -2,6 +2,7 @@
 
 #include "cleanup/cleanup_locations.h"
 #include "platform/mount_points.h"
+#include "privileged/numbered_name.h"
 
 #include <algorithm>
 
@@ -17,7 +18,10 @@ const QString changedItem = QStringLiteral("It has changed since it was reviewed
 const QString missingItem = QStringLiteral("It is no longer there.");
 const QString volumeInside = QStringLiteral("A volume is mounted in it. Eject it, then try again.");
 const QString stoppedRemoval = QStringLiteral("The removal was stopped.");
-const QString notRestorable = QStringLiteral("Nobody knows where it lies in the Trash.");
+const QString notInTrash = QStringLiteral("It is no longer in the Trash.");
+const QString trashNotSeen = QStringLiteral("Its Trash could not be looked through. Try again later.");
+const QString helperNotSeen =
+    QStringLiteral("It may be with the administrator helper, which does not answer. Try again later.");
 const QString notNoted =
     QStringLiteral("It stayed, because what is removed could not be written down: %1");
 
@@ -28,7 +32,12 @@ constexpr qsizetype itemsTogether = 100;
 /// As much of a name as every Trash keeps when it tells two of one name apart.
 constexpr qsizetype keptStem = 200;
 
+QString nameOf(const CleanupApplication& application) {
+    return application.names.value(0, FileSystem::fileName(application.path));
+}
 QString nameOf(const RelatedFile& item) { return FileSystem::fileName(item.path); }
+
+bool isLink(const RelatedFile& item) { return item.identity.type == FileType::symbolicLink; }
 
 CleanupLogLine lineOf(const CleanupItemResult& result) {
     if (result.isMoved())
@@ -47,6 +56,10 @@ CleanupLogLine lineOf(const CleanupItemResult& result) {
 
 } // namespace
 
+QString CleanupRemovalProgress::text() const {
+    return isWaitingForQuit ? QStringLiteral("Waiting for %1 to quit…").arg(name) : name;
+}
+
 std::optional<QString> AppCleanupRemover::objection(const CleanupApplication& application,
                                                     const RelatedFile& item) const {
     const FileSystem& files = _parts.files;
@@ -56,6 +69,14 @@ std::optional<QString> AppCleanupRemover::objection(const CleanupApplication& ap
         return status.error().code == FileError::Code::notFound ? missingItem : message(status.error());
     if (identityOf(*status) != item.identity)
         return changedItem;
+    if (isLink(item)) {
+        const auto bundle = files.resolved(application.path);
+        const bool isOfBundle =
+            bundle && applicationFolders(_parts.home).contains(FileSystem::parent(item.path)) &&
+            FileSystem::standardized(item.path) == item.path &&
+            files.resolved(item.path).value_or(QString()) == *bundle;
+        return isOfBundle ? std::nullopt : std::optional(changedItem);
+    }
     const ProtectionClass place = protectionClass(files, item.path);
     const bool isWhereItMayBe =
         isBundle ? item.path == FileSystem::standardized(application.path) &&
@@ -88,14 +109,56 @@ bool AppCleanupRemover::isWithoutLinks(const QString& path) const {
            *real == *home + folder.sliced(_parts.home.size());
 }
 
-bool AppCleanupRemover::quit(const CleanupApplication& application, std::stop_token stop) {
-    if (!_parts.running.isRunning(application))
-        return true;
-    _parts.running.askToQuit(application, stop);
-    for (int i = 0; i < quitTries && _parts.running.isRunning(application); ++i)
+std::optional<QString> AppCleanupRemover::quit(const CleanupApplication& application,
+                                               std::stop_token stop,
+                                               const std::function<void()>& waits) {
+    using Seen = RunningApplications::Seen;
+    Seen seen = _parts.running.look(application);
+    if (seen == Seen::open) {
+        waits();
+        _parts.running.askToQuit(application, stop);
+    }
+    for (int i = 0; i < quitTries && seen == Seen::open; ++i) {
         if (!_parts.wait(quitPause, stop))
-            break;
-    return !_parts.running.isRunning(application);
+            i = quitTries;
+        seen = _parts.running.look(application);
+    }
+    switch (seen) {
+    case Seen::closed:
+        break;
+    case Seen::open:
+        return QStringLiteral("%1 is still open. Quit it, then try again.").arg(nameOf(application));
+    case Seen::unknown:
+        return QStringLiteral("It could not be found out whether %1 is open. Try again.")
+            .arg(nameOf(application));
+    }
+    return std::nullopt;
+}
+
+/// Finder would follow them.
+void AppCleanupRemover::moveLinks(const QList<CleanupItemResult*>& items,
+                                  const CleanupApplication& application, std::stop_token stop) {
+    constexpr int mostNames = 1'000;
+    const FileSystem& files = _parts.files;
+    const QString trash = trashFolder();
+    for (CleanupItemResult* item : items) {
+        item->failure = stop.stop_requested() ? stoppedRemoval : objection(application, item->item);
+        if (item->failure)
+            continue;
+        const QByteArray name = FileSystem::toHostBytes(nameOf(item->item)).value_or(QByteArray());
+        auto moved = std::expected<void, FileError>(std::unexpected(FileError{}));
+        for (int number = 1; number <= mostNames && !item->trashedPath; ++number) {
+            const QString trashed =
+                FileSystem::joined(trash, FileSystem::fromHostBytes(numberedName(name, number)));
+            moved = files.move(item->item.path, trashed);
+            if (moved)
+                item->trashedPath = trashed;
+            else if (moved.error().code != FileError::Code::alreadyExists)
+                break;
+        }
+        if (!moved)
+            item->failure = message(moved.error());
+    }
 }
 
 void AppCleanupRemover::settle(CleanupItemResult& result, const TrashResult& outcome) const {
@@ -124,26 +187,62 @@ bool AppCleanupRemover::isItem(const std::optional<QString>& path, const Related
     return status && isSameOnItsVolume(identityOf(*status), item.identity);
 }
 
-std::optional<QString> AppCleanupRemover::placeInTrash(const RelatedFile& item) const {
+AppCleanupRemover::Sighting AppCleanupRemover::lookInTrash(std::optional<QString>& trashedPath,
+                                                           const RelatedFile& item) const {
+    if (isItem(trashedPath, item))
+        return Sighting::there;
     const auto composed = [](const QString& name) {
         return name.normalized(QString::NormalizationForm_C);
     };
     const QString name = nameOf(item);
     const qsizetype dot = name.lastIndexOf(u'.');
     const QString stem = composed((dot > 0 ? name.first(dot) : name).left(keptStem));
-    for (const QString& folder : _parts.trashFolders) {
+    QStringList folders = _parts.trashFolders;
+    const QString known = trashedPath ? FileSystem::parent(*trashedPath) : QString();
+    if (trashedPath && !folders.contains(known))
+        folders.prepend(known);
+    bool isSeen = false;
+    bool isUnseen = false;
+    for (const QString& folder : std::as_const(folders)) {
         const auto entries = _parts.files.entries(folder);
+        isSeen = isSeen || entries.has_value();
+        // That there never was such a Trash says nothing against the others.
+        isUnseen = isUnseen ||
+                   (!entries && (folder == known || entries.error().code != FileError::Code::notFound));
         if (!entries)
             continue;
         for (const DirectoryEntry& entry : *entries) {
             // By the name too: the number of a file that is no more may have become another's.
             const QString found = FileSystem::fromHostBytes(entry.name);
             const QString path = FileSystem::joined(folder, found);
-            if (composed(found).startsWith(stem) && isItem(path, item))
-                return path;
+            if (!composed(found).startsWith(stem))
+                continue;
+            const auto status = _parts.files.linkStatus(path);
+            if (status && isSameOnItsVolume(identityOf(*status), item.identity)) {
+                trashedPath = path;
+                return Sighting::there;
+            }
+            isUnseen = isUnseen || (!status && status.error().code != FileError::Code::notFound);
         }
     }
-    return std::nullopt;
+    return isSeen && !isUnseen ? Sighting::gone : Sighting::unseen;
+}
+
+std::optional<QString> AppCleanupRemover::placeInTrash(const RelatedFile& item) const {
+    std::optional<QString> path;
+    (void)lookInTrash(path, item);
+    return path;
+}
+
+QString AppCleanupRemover::trashFolder() const {
+    const FileSystem& files = _parts.files;
+    for (const QString& folder : _parts.trashFolders)
+        if (files.linkStatus(folder))
+            return folder;
+    const QString likeliest = _parts.trashFolders.value(0);
+    if (!likeliest.isEmpty())
+        (void)files.createDirectories(likeliest);
+    return likeliest;
 }
 
 void AppCleanupRemover::moveByTrash(const CleanupApplication& application,
@@ -168,9 +267,13 @@ void AppCleanupRemover::moveByHelper(const CleanupApplication& application,
         item->failure = stop.stop_requested() ? stoppedRemoval : objection(application, item->item);
         return item->failure.has_value();
     });
+    if (!items.isEmpty())
+        (void)trashFolder(); // the helper makes none
     QList<AdminMove> moves;
     for (const CleanupItemResult* item : std::as_const(items))
-        moves.append({.path = item->item.path, .identity = item->item.identity});
+        moves.append({.path = item->item.path,
+                      .identity = item->item.identity,
+                      .application = nameOf(application)});
     if (moves.isEmpty())
         return;
     const QList<AdminMoveOutcome> outcomes = _parts.administrator.moveToTrash(moves, stop);
@@ -192,11 +295,21 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
         return r.item.match == RelatedFileMatch::appBundle;
     });
 
-    if (!quit(application, stop)) {
-        const QString name = application.names.value(0, FileSystem::fileName(application.path));
-        result.stillRunning.append(name);
+    CleanupRemovalProgress state{.total = result.items.size()};
+    const auto tell = [&](const QString& name) {
+        state.name = name;
+        if (progress)
+            progress(state);
+    };
+    const auto notClosed = quit(application, stop, [&] {
+        state.isWaitingForQuit = true;
+        tell(nameOf(application));
+        state.isWaitingForQuit = false;
+    });
+    if (notClosed) {
+        result.stillRunning.append(nameOf(application));
         for (CleanupItemResult& item : result.items)
-            item.failure = QStringLiteral("%1 is still open. Quit it, then try again.").arg(name);
+            item.failure = notClosed;
     }
 
     QList<CleanupItemResult> planned;
@@ -214,6 +327,7 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
 
     // The helper's first, in one piece, for each piece may ask for a password; the bundle by itself.
     QList<CleanupItemResult*> helpers;
+    QList<CleanupItemResult*> links;
     QList<QList<CleanupItemResult*>> runs;
     for (CleanupItemResult& item : result.items) {
         if (item.failure)
@@ -221,24 +335,30 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
         const bool isBundle = item.item.match == RelatedFileMatch::appBundle;
         if (item.isByHelper) {
             helpers.append(&item);
+        } else if (isLink(item.item)) {
+            links.append(&item);
         } else {
             if (runs.isEmpty() || isBundle || runs.last().size() == itemsTogether)
                 runs.append(QList<CleanupItemResult*>());
             runs.last().append(&item);
         }
     }
-    CleanupRemovalProgress state{.total = result.items.size()};
     state.done = static_cast<qsizetype>(
         std::ranges::count_if(result.items, [](const auto& item) { return item.failure.has_value(); }));
-    const auto tell = [&](const QString& name) {
-        state.name = name;
-        if (progress)
-            progress(state);
-    };
+    for (const CleanupItemResult& item : std::as_const(result.items))
+        if (!item.failure && item.item.location == u"Launch Agents" &&
+            item.item.domain == CleanupDomain::user && _parts.agents &&
+            _parts.agents->unload(item.item.path, stop))
+            result.log.append({CleanupLogLine::Kind::noted, item.item.path,
+                               nameOf(item.item) + QStringLiteral(": its agent was ended.")});
     if (!helpers.isEmpty()) {
         tell(nameOf(helpers.first()->item));
         moveByHelper(application, helpers, stop);
         state.done += helpers.size();
+    }
+    if (!links.isEmpty()) {
+        moveLinks(links, application, stop); // while they still lead to the bundle
+        state.done += links.size();
     }
     for (const QList<CleanupItemResult*>& run : std::as_const(runs)) {
         tell(nameOf(run.first()->item));
@@ -257,14 +377,22 @@ QList<CleanupItemResult> AppCleanupRemover::restore(const QList<CleanupItemResul
     std::ranges::reverse(results);
     QList<AdminMove> moves;
     QList<CleanupItemResult*> byHelper;
+    std::optional<bool> isHelperThere;
     for (CleanupItemResult& result : results) {
         if (!result.isMoved())
             continue;
-        if (!isItem(result.trashedPath, result.item))
-            if (const auto found = placeInTrash(result.item))
-                result.trashedPath = found;
-        if (!result.trashedPath) {
-            result.failure = notRestorable;
+        Sighting sighting = lookInTrash(result.trashedPath, result.item);
+        if (sighting == Sighting::gone && result.isByHelper) {
+            // A helper that was killed has it on the way; once it answers, it has arrived.
+            if (!isHelperThere)
+                isHelperThere = _parts.administrator.isThere(stop);
+            sighting = *isHelperThere ? lookInTrash(result.trashedPath, result.item) : Sighting::unseen;
+        }
+        result.isGone = sighting == Sighting::gone;
+        if (sighting != Sighting::there) {
+            result.failure = result.isGone            ? notInTrash
+                             : isHelperThere == false ? helperNotSeen
+                                                      : trashNotSeen;
         } else if (result.isByHelper) {
             moves.append({.path = *result.trashedPath,
                           .identity = result.item.identity,

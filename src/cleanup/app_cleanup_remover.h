@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cleanup/launch_agents.h"
 #include "cleanup/privileged/admin_mover.h"
 #include "cleanup/related_file.h"
 #include "cleanup/running_applications.h"
@@ -12,7 +13,7 @@ namespace tessellar {
 
 /// One line of what the user is told of a removal; every item has its own.
 struct CleanupLogLine {
-    enum class Kind { moved, failed };
+    enum class Kind { moved, failed, noted };
     Kind kind = Kind::moved;
     QString path;
     QString text; ///< begins with the item's name
@@ -23,7 +24,11 @@ struct CleanupLogLine {
 struct CleanupRemovalProgress {
     qsizetype done = 0;
     qsizetype total = 0;
-    QString name; ///< of what is being worked on; empty at the end
+    QString name;                  ///< of what is being worked on; empty at the end
+    bool isWaitingForQuit = false; ///< of the application of this name
+
+    /// What people are told meanwhile.
+    QString text() const;
 
     bool operator==(const CleanupRemovalProgress&) const = default;
 };
@@ -34,8 +39,11 @@ struct CleanupItemResult {
     std::optional<QString> trashedPath; ///< where it lies in the Trash, when that is known
     bool isByHelper = false;            ///< the helper took it, and only the helper puts it back
     std::optional<QString> failure;     ///< one sentence
+    /// It was not put back, and will never be: its Trash was looked through, and it is not there.
+    bool isGone = false;
 
     bool isMoved() const { return !failure; }
+    bool isBundle() const { return item.match == RelatedFileMatch::appBundle; }
     bool operator==(const CleanupItemResult&) const = default;
 };
 
@@ -67,7 +75,9 @@ public:
         Trash& trash;
         RunningApplications& running;
         AdminMover& administrator;
-        QStringList trashFolders = {}; ///< where items are looked for that nobody saw arrive
+        LaunchAgents* agents = nullptr; ///< none where there are no agents to end
+        /// Where items are looked for that nobody saw arrive, the likelier first.
+        QStringList trashFolders = {};
         Wait wait = waitForReal;
     };
 
@@ -79,7 +89,8 @@ public:
                                 const Note& note = {});
 
     /// Puts back what a removal moved, the bundle first; what was written down without its place in the
-    /// Trash is looked for there. The results say of each item why it is still in the Trash, if it is.
+    /// Trash is looked for there. The results say of each item why it did not come back; only one that
+    /// is called gone need not be tried again.
     QList<CleanupItemResult> restore(const QList<CleanupItemResult>& removed, std::stop_token stop);
 
     /// Why an item may not be moved now, or nothing.
@@ -88,14 +99,25 @@ public:
 
 private:
     bool isWithoutLinks(const QString& path) const;
-    bool quit(const CleanupApplication& application, std::stop_token stop);
+    /// Why the application is not closed, or nothing.
+    std::optional<QString> quit(const CleanupApplication& application, std::stop_token stop,
+                                const std::function<void()>& waits);
+    void moveLinks(const QList<CleanupItemResult*>& items, const CleanupApplication& application,
+                   std::stop_token stop);
     void moveByTrash(const CleanupApplication& application, QList<CleanupItemResult*> items,
                      std::stop_token stop);
     void moveByHelper(const CleanupApplication& application, QList<CleanupItemResult*> items,
                       std::stop_token stop);
     void settle(CleanupItemResult& result, const TrashResult& outcome) const;
     bool isItem(const std::optional<QString>& path, const RelatedFile& item) const;
+    enum class Sighting { there, gone, unseen };
+    /// Looks for an item in the Trash, and says where it is now. Gone only where all places that it may
+    /// be in were seen whole: a Trash that cannot be opened or lies on a volume that is not there says
+    /// nothing.
+    Sighting lookInTrash(std::optional<QString>& trashedPath, const RelatedFile& item) const;
     std::optional<QString> placeInTrash(const RelatedFile& item) const;
+    /// The first of the Trash folders that is there; the likeliest is made where none is.
+    QString trashFolder() const;
 
     Parts _parts;
 };

@@ -3,12 +3,17 @@
 #include "cleanup/cleanup_locations.h"
 #include "cleanup/related_file_names.h"
 #include "platform/directory_walker.h"
+#include "platform/property_list.h"
+
+#include <QUuid>
 
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <mutex>
+#include <set>
 
 namespace tessellar {
 namespace {
@@ -22,6 +27,9 @@ constexpr std::array<QByteArrayView, 22> packageExtensions{
 /// A walk that finds more has been led astray; the surest of them are still among those kept.
 constexpr qsizetype maximumFound = 10'000;
 constexpr std::uint64_t maximumEntries = 5'000'000;
+/// How far a folder is looked through for what other applications keep in it.
+constexpr int deepestProduct = 4;
+constexpr std::uint64_t mostProducts = 20'000;
 
 bool isPackage(QByteArrayView name) {
     const qsizetype dot = name.lastIndexOf('.');
@@ -43,37 +51,39 @@ bool mayMoveByRights(const FileSystem& files, const QString& path) {
            (!status || status->type != FileType::directory || mayWrite(path));
 }
 
-enum class Doubt { none, sharedName, othersInside };
-
-QString reasonOf(const ApplicationNames::Grade& grade, Doubt doubt) {
-    const QString word = QString::fromUtf8(grade.because);
+/// How an item was tied, and what speaks against choosing it beforehand.
+struct Tie {
+    RelatedFileMatch match = RelatedFileMatch::risky;
     QString reason;
+    bool isContested = false;
+    bool isShared = false; ///< with another application, by a word: what lies in it may be tied nearer
+};
+
+QString reasonOf(const ApplicationNames::Grade& grade) {
+    const QString word = QString::fromUtf8(grade.because);
     switch (grade.match) {
     case RelatedFileMatch::appBundle:
-        reason = QStringLiteral("The application itself.");
-        break;
+        return QStringLiteral("The application itself.");
     case RelatedFileMatch::strong:
-        reason = QStringLiteral("Its name is the identifier “%1”.").arg(word);
-        break;
+        return QStringLiteral("Its name is the identifier “%1”.").arg(word);
     case RelatedFileMatch::strongish:
-        reason = QStringLiteral("Its name begins or ends with the identifier “%1”.").arg(word);
-        break;
+        return QStringLiteral("Its name begins or ends with the identifier “%1”.").arg(word);
     case RelatedFileMatch::medium:
-        reason = QStringLiteral("It is named “%1” like the application.").arg(word);
-        break;
+        return QStringLiteral("It is named “%1” like the application.").arg(word);
     case RelatedFileMatch::risky:
-        reason = QStringLiteral("Its name contains “%1”.").arg(word);
-        break;
+        return QStringLiteral("Its name contains “%1”.").arg(word);
     }
-    switch (doubt) {
-    case Doubt::none:
-        break;
-    case Doubt::sharedName:
-        return reason + QStringLiteral(" Another application may own it.");
-    case Doubt::othersInside:
-        return reason + QStringLiteral(" Files of another application lie in it.");
-    }
-    return reason;
+    return {};
+}
+
+/// What a small property list says; absent where it cannot be read.
+PropertyValue propertyList(const FileSystem& files, const QString& path) {
+    constexpr std::uint64_t mostBytes = 1u << 20;
+    const auto status = files.linkStatus(path);
+    if (!status || status->type != FileType::regular || status->size > mostBytes)
+        return {};
+    const auto bytes = files.read(path, mostBytes);
+    return bytes ? parsePropertyList(*bytes).value_or(PropertyValue()) : PropertyValue();
 }
 
 class Search {
@@ -97,8 +107,32 @@ public:
         scan.files.append({.path = FileSystem::standardized(_application.path),
                            .location = QStringLiteral("Application"),
                            .match = RelatedFileMatch::appBundle,
-                           .reason = reasonOf({RelatedFileMatch::appBundle, {}}, Doubt::none),
+                           .reason = reasonOf({RelatedFileMatch::appBundle, {}}),
                            .identity = identityOf(*status)});
+        addLinks(scan);
+    }
+
+    /// Links among the applications that would lead nowhere once the bundle has gone.
+    void addLinks(RelatedFilesScan& scan) const {
+        const auto bundle = _files.resolved(_application.path);
+        if (!bundle)
+            return;
+        for (const QString& folder : applicationFolders(_home)) {
+            const auto entries = _files.entries(folder);
+            if (!entries)
+                continue;
+            for (const DirectoryEntry& entry : *entries) {
+                const QString path = FileSystem::joined(folder, FileSystem::fromHostBytes(entry.name));
+                const auto status = _files.linkStatus(path);
+                if (status && status->type == FileType::symbolicLink &&
+                    _files.resolved(path).value_or(QString()) == *bundle)
+                    scan.files.append({.path = path,
+                                       .location = QStringLiteral("Application"),
+                                       .match = RelatedFileMatch::strong,
+                                       .reason = QStringLiteral("It is a link to the application."),
+                                       .identity = identityOf(*status)});
+            }
+        }
     }
 
     void searchLocation(const CleanupLocation& location, RelatedFilesScan& scan) {
@@ -113,21 +147,31 @@ public:
         scan.unreadable += walked.unreadable;
         scan.isComplete = scan.isComplete && walked.complete && walked.unreadable.isEmpty() &&
                           _found.size() < maximumFound;
+        // What lies in a vendor's folder stands nearer than the folder.
+        const QList<Found> all = _found;
+        _found.removeIf([&all](const Found& found) {
+            return found.tie.isShared && std::ranges::any_of(all, [&](const Found& inner) {
+                       return inner.path.size() > found.path.size() &&
+                              FileSystem::isWithin(inner.path, found.path);
+                   });
+        });
         std::ranges::sort(_found, {}, &Found::path);
         for (const Found& found : std::as_const(_found)) {
             const auto item = _files.linkStatus(found.path);
             // Gone or exchanged meanwhile, or a volume of its own.
             if (!item || item->type != found.type || item->device != status->device)
                 continue;
-            const Doubt doubt = found.isContested      ? Doubt::sharedName
-                                : holdsAnothers(found) ? Doubt::othersInside
-                                                       : Doubt::none;
+            Tie tie = found.tie;
+            if (!tie.isContested && holdsAnothers(found)) {
+                tie.isContested = true;
+                tie.reason += QStringLiteral(" Files of another application lie in it.");
+            }
             scan.files.append({.path = found.path,
                                .location = QString::fromLatin1(location.label),
                                .domain = location.domain,
-                               .match = found.grade.match,
-                               .reason = reasonOf(found.grade, doubt),
-                               .isContested = doubt != Doubt::none,
+                               .match = tie.match,
+                               .reason = tie.reason,
+                               .isContested = tie.isContested,
                                .identity = identityOf(*item)});
         }
     }
@@ -136,8 +180,7 @@ private:
     struct Found {
         QString path;
         FileType type = FileType::other;
-        ApplicationNames::Grade grade;
-        bool isContested = false;
+        Tie tie;
     };
 
     static QList<CleanupApplication> othersOf(const CleanupApplication& application,
@@ -163,66 +206,152 @@ private:
         if (entry.type != FileType::directory && entry.type != FileType::regular)
             return WalkStep::skip;
         const MatchingName name(entry.name);
-        if (const auto grade = _names.grade(name); grade && isListed(*grade, name)) {
-            keep({entry.path(), entry.type, *grade, isContested(location, *grade, name)});
+        if (entersSystemFolder(location, entry))
+            return WalkStep::descend;
+        if (!_names.isApple() && (namesApple(name) || (entry.depth == 1 && isTheSystems(name))))
             return WalkStep::skip;
+        if (auto tie = tieOf(location, entry, name)) {
+            const bool goesOn =
+                tie->isShared && entry.type == FileType::directory && entry.depth < location.depth;
+            keep({entry.path(), entry.type, *std::move(tie)});
+            return goesOn ? WalkStep::descend : WalkStep::skip;
         }
-        if (entry.type != FileType::directory || isPackage(entry.name))
-            return WalkStep::skip;
-        const bool isByHost = location.domain == CleanupDomain::user && entry.depth == 1 &&
-                              QByteArrayView(location.folder) == "Preferences" &&
-                              entry.name == "ByHost";
-        if (!isByHost && (location.isFlat || entry.depth >= vendorFolderDepth))
+        if (entry.type != FileType::directory || isPackage(entry.name) || entry.depth >= location.depth)
             return WalkStep::skip;
         return isAnothers(name) ? WalkStep::skip : WalkStep::descend;
     }
 
-    bool isListed(const ApplicationNames::Grade& grade, const MatchingName& name) const {
-        if (!_names.isApple() && namesApple(name))
-            return false;
-        const auto claimed = _claims.strongest(name);
-        return !(claimed && *claimed <= grade.match) &&
-               !_claims.extendsLongerIdentifier(name, _names.identifier().size());
-    }
-
-    bool isContested(const CleanupLocation& location, const ApplicationNames::Grade& grade,
-                     const MatchingName& name) const {
-        if (_names.isApple() || namesVendor(_names.identifier()))
-            return true;
-        if (QByteArrayView(location.folder) == "Group Containers" && mayShareGroup())
-            return true;
-        return grade.match != RelatedFileMatch::strong &&
-               (!_names.ownsExtensions() || namesSiblingProduct(name, _names.identifier()) ||
-                _claims.strongest(name).has_value());
-    }
-
-    /// True for a folder in which lies, by its identifier, what belongs to another application: vendors
-    /// keep their products together under the shortest of their identifiers.
-    bool holdsAnothers(const Found& found) const {
-        if (found.type != FileType::directory)
-            return false;
-        const auto entries = _files.entries(found.path);
-        return entries && std::ranges::any_of(*entries, [this](const DirectoryEntry& entry) {
-                   const MatchingName name(entry.name);
-                   const auto claimed = _claims.strongestByWhole(name);
-                   if (!claimed || *claimed > RelatedFileMatch::strongish)
-                       return false;
-                   const auto own = _names.grade(name);
-                   return !own || *claimed < own->match ||
-                          _claims.extendsLongerIdentifier(name, _names.identifier().size());
+    /// Of what is the system's, only these hold entries for each application.
+    static bool entersSystemFolder(const CleanupLocation& location, const WalkEntry& entry) {
+        constexpr std::array<QByteArrayView, 6> folders{
+            "ByHost",
+            "CrashReporter",
+            "DiagnosticReports",
+            "com.apple.FileProvider",
+            "com.apple.sharedfilelist",
+            "com.apple.LSSharedFileList.ApplicationRecentDocuments"};
+        return entry.type == FileType::directory && entry.depth <= 2 &&
+               location.domain == CleanupDomain::user &&
+               std::ranges::any_of(folders, [&](QByteArrayView folder) {
+                   return entry.name.compare(folder, Qt::CaseInsensitive) == 0;
                });
     }
 
-    /// Group containers are for the applications of one team; one whose team nobody knows may be of it.
+    std::optional<Tie> tieOf(const CleanupLocation& location, const WalkEntry& entry,
+                             const MatchingName& name) const {
+        if (const auto grade = _names.grade(name))
+            if (auto tie = tieByName(location, *grade, name);
+                tie && (!location.isForCertain || tie->match <= RelatedFileMatch::strongish))
+                return tie;
+        if (auto tie = tieByContents(location, entry))
+            return tie;
+        return location.isForCertain ? std::nullopt : tieByDeveloper(name);
+    }
+
+    std::optional<Tie> tieByName(const CleanupLocation& location, const ApplicationNames::Grade& grade,
+                                 const MatchingName& name) const {
+        const auto verdict = _claims.judge(name, grade);
+        if (verdict.isAnothers)
+            return std::nullopt;
+        Tie tie{.match = grade.match, .reason = reasonOf(grade)};
+        const auto contest = [&](const QString& why) {
+            tie.isContested = true;
+            tie.reason += u' ' + why;
+        };
+        tie.isShared = !verdict.sharedWith.isEmpty() && !grade.isByIdentifier();
+        if (!verdict.sharedWith.isEmpty())
+            contest(QStringLiteral("May also belong to %1.")
+                        .arg(verdict.sharedWith.join(QStringLiteral(", "))));
+        else if (_names.isApple())
+            contest(QStringLiteral("macOS itself may use it."));
+        else if (namesVendor(_names.identifier()) ||
+                 (grade.isByIdentifier() && !grade.because.contains('.')))
+            contest(QStringLiteral("The identifier may be more than this application’s."));
+        else if (QByteArrayView(location.folder) == "Group Containers" && mayShareGroup())
+            contest(QStringLiteral("Applications of the same developer may share it."));
+        else if (grade.match == RelatedFileMatch::strongish &&
+                 (!_names.ownsExtensions() || namesSiblingProduct(name, _names.identifier())))
+            contest(QStringLiteral("It may be another product’s."));
+        return tie;
+    }
+
+    /// Property lists of agents and daemons name the program that they start, and the metadata of
+    /// containers that are named by a number the application that they are of.
+    std::optional<Tie> tieByContents(const CleanupLocation& location, const WalkEntry& entry) const {
+        if (entry.depth != 1)
+            return std::nullopt;
+        const QByteArrayView folder = location.folder;
+        if (folder.startsWith("Launch") && entry.type == FileType::regular &&
+            entry.name.endsWith(".plist")) {
+            const PropertyValue list = propertyList(_files, entry.path());
+            const auto words = list[QStringLiteral("ProgramArguments")].texts().value_or(QStringList());
+            const QString program = list[QStringLiteral("Program")].text().value_or(words.value(0));
+            if (program.startsWith(u'/') &&
+                FileSystem::isWithin(FileSystem::standardized(program), _application.path))
+                return Tie{.match = RelatedFileMatch::strongish,
+                           .reason = QStringLiteral("It starts a program of the application.")};
+        }
+        if (folder == "Containers" && entry.type == FileType::directory &&
+            !_names.identifier().isEmpty() &&
+            !QUuid::fromString(FileSystem::fromHostBytes(entry.name)).isNull()) {
+            const PropertyValue list = propertyList(
+                _files,
+                FileSystem::joined(entry.path(),
+                                   QStringLiteral(".com.apple.containermanagerd.metadata.plist")));
+            const auto owner = list[QStringLiteral("MCMMetadataIdentifier")].text();
+            if (owner && owner->compare(*_application.bundleIdentifier, Qt::CaseInsensitive) == 0)
+                return Tie{.match = RelatedFileMatch::strong,
+                           .reason = QStringLiteral("It is the container of “%1”.").arg(*owner)};
+        }
+        return std::nullopt;
+    }
+
+    /// What carries an identifier of the same developer that no application is known for: a helper's,
+    /// perhaps, or what another product left.
+    std::optional<Tie> tieByDeveloper(const MatchingName& name) const {
+        const QByteArray& developer = _names.developer();
+        if (developer.isEmpty() || !name.view().startsWith(developer + '.') ||
+            _claims.tiesByIdentifier(name))
+            return std::nullopt;
+        return Tie{.match = RelatedFileMatch::risky,
+                   .reason = QStringLiteral("Its name begins with “%1”, as the identifiers of this "
+                                            "developer do.")
+                                 .arg(QString::fromUtf8(developer)),
+                   .isContested = true};
+    }
+
+    /// True for a folder in which lies, at any depth that vendors use, what another application's
+    /// identifier ties: they keep their products together under the shortest of their identifiers.
+    bool holdsAnothers(const Found& found) const {
+        if (found.type != FileType::directory || found.tie.match > RelatedFileMatch::strongish)
+            return false;
+        std::atomic<bool> holds = false;
+        (void)walkDirectory(
+            _files, found.path, {.maximumDepth = deepestProduct, .maximumEntries = mostProducts}, _stop,
+            [&](const WalkEntry& entry) {
+                const MatchingName name(entry.name);
+                const auto own = _names.grade(name);
+                if (_claims.tiesByIdentifier(name,
+                                             own && own->isByIdentifier() ? own->because.size() : 0))
+                    holds.store(true, std::memory_order_relaxed);
+                return holds.load(std::memory_order_relaxed) ? WalkStep::skip : WalkStep::descend;
+            });
+        return holds.load();
+    }
+
+    /// Group containers are for the applications of one team. Signatures are slow: only this
+    /// application's is looked at, once, and another whose team nobody knows is taken for one of it
+    /// where its identifier begins alike.
     bool mayShareGroup() const {
-        // Asked for no more than once, and only when there is a group container: signatures are slow.
         std::call_once(_groupAsked, [this] {
             const auto team = teamOf(_application);
-            _mayShareGroup = !team || team->isEmpty() ||
-                             std::ranges::any_of(_others, [&](const CleanupApplication& other) {
-                                 const auto another = teamOf(other);
-                                 return !another || *another == *team;
-                             });
+            _mayShareGroup =
+                !team || team->isEmpty() ||
+                std::ranges::any_of(_others, [&](const CleanupApplication& other) {
+                    return other.team ? *other.team == *team
+                                      : !_names.developer().isEmpty() &&
+                                            ApplicationNames(other).developer() == _names.developer();
+                });
         });
         return _mayShareGroup;
     }
@@ -233,14 +362,8 @@ private:
         return _teamOf(application, _stop);
     }
 
-    /// A folder of another application, and not of a vendor of both.
-    bool isAnothers(const MatchingName& name) const {
-        const auto claimed = _claims.strongestByWhole(name);
-        if (!claimed)
-            return false;
-        const auto own = _names.grade(name);
-        return !own || *claimed < own->match || *claimed <= RelatedFileMatch::strongish;
-    }
+    /// A folder that is another application's by identifier or whole name.
+    bool isAnothers(const MatchingName& name) const { return _claims.areCalled(name); }
 
     void keep(Found found) {
         const std::scoped_lock lock(_mutex);
@@ -249,8 +372,8 @@ private:
             return;
         }
         const auto weakest =
-            std::ranges::max_element(_found, {}, [](const Found& f) { return f.grade.match; });
-        if (found.grade.match < weakest->grade.match)
+            std::ranges::max_element(_found, {}, [](const Found& f) { return f.tie.match; });
+        if (found.tie.match < weakest->tie.match)
             *weakest = std::move(found);
     }
 
@@ -308,20 +431,28 @@ std::optional<RelatedFilesScan> AppRelatedFilesScanner::scan(const CleanupApplic
 MeasuredSize AppRelatedFilesScanner::measure(const FileSystem& files, const QString& path,
                                              std::stop_token stop) {
     const auto status = files.linkStatus(path);
-    if (!status)
+    const auto own = WalkEntry::spaceAt(-1, files.hostPath(path).constData());
+    if (!status || !own)
         return {.isComplete = false};
     if (status->type != FileType::directory)
-        return {.bytes = status->size};
-    std::atomic<std::uint64_t> bytes = 0;
+        return {.bytes = own->allocated};
+    std::atomic<std::uint64_t> bytes = own->allocated;
     std::atomic<bool> isComplete = true;
+    std::mutex mutex;
+    std::set<std::pair<std::uint64_t, std::uint64_t>> linked;
     const auto walked =
         walkDirectory(files, path, {.maximumDepth = 100'000}, stop, [&](const WalkEntry& entry) {
-            if (entry.type == FileType::regular) {
-                if (const auto size = entry.size())
-                    bytes.fetch_add(*size, std::memory_order_relaxed);
-                else if (size.error() != ENOENT)
-                    isComplete.store(false, std::memory_order_relaxed);
+            const auto space = entry.space();
+            if (!space && space.error() != ENOENT)
+                isComplete.store(false, std::memory_order_relaxed);
+            bool counts = space.has_value();
+            // One file under several names takes its space once.
+            if (space && space->links > 1 && entry.type != FileType::directory) {
+                const std::scoped_lock lock(mutex);
+                counts = linked.emplace(space->device, space->inode).second;
             }
+            if (counts)
+                bytes.fetch_add(space->allocated, std::memory_order_relaxed);
             return WalkStep::descend;
         });
     return {bytes.load(), isComplete.load() && walked.complete && walked.unreadable.isEmpty()};

@@ -24,10 +24,11 @@ struct RelatedFilesScan {
     bool operator==(const RelatedFilesScan&) const = default;
 };
 
-/// Bytes of a file, or of all in a folder, links not followed and mounts not crossed.
+/// The space that a file takes on the disk, or a folder with all in it; links not followed, mounts not
+/// crossed.
 struct MeasuredSize {
     std::uint64_t bytes = 0;
-    bool isComplete = true;
+    bool isComplete = true; ///< else it is at least so much
 
     bool operator==(const MeasuredSize&) const = default;
 };

@@ -7,21 +7,22 @@ namespace {
 
 using enum CleanupDomain;
 constexpr std::array locations{
-    CleanupLocation{"Application Support", "Application Support", user, false},
-    CleanupLocation{"Caches", "Caches", user, false},
-    CleanupLocation{"Logs", "Logs", user, false},
-    CleanupLocation{"Preferences", "Preferences", user, true},
-    CleanupLocation{"Containers", "Containers", user, true},
-    CleanupLocation{"Group Containers", "Group Containers", user, true},
-    CleanupLocation{"Saved Application State", "Saved State", user, true},
-    CleanupLocation{"HTTPStorages", "HTTP Storage", user, true},
-    CleanupLocation{"WebKit", "WebKit", user, true},
-    CleanupLocation{"LaunchAgents", "Launch Agents", user, true},
-    CleanupLocation{"Application Support", "Application Support", system, true},
-    CleanupLocation{"Preferences", "Preferences", system, true},
-    CleanupLocation{"LaunchAgents", "Launch Agents", system, true},
-    CleanupLocation{"LaunchDaemons", "Launch Daemons", system, true},
-    CleanupLocation{"PrivilegedHelperTools", "Helper Tools", system, true},
+    CleanupLocation{"Application Support", "Application Support", user, 4},
+    CleanupLocation{"Caches", "Caches", user, 4},
+    CleanupLocation{"Logs", "Logs", user, 4},
+    CleanupLocation{"Preferences", "Preferences", user, 1},
+    CleanupLocation{"Containers", "Containers", user, 1},
+    CleanupLocation{"Group Containers", "Group Containers", user, 1},
+    CleanupLocation{"Saved Application State", "Saved State", user, 1},
+    CleanupLocation{"HTTPStorages", "HTTP Storage", user, 1},
+    CleanupLocation{"WebKit", "WebKit", user, 1},
+    CleanupLocation{"LaunchAgents", "Launch Agents", user, 1},
+    CleanupLocation{"Application Support", "Application Support", system, 3},
+    CleanupLocation{"Preferences", "Preferences", system, 1},
+    CleanupLocation{"LaunchAgents", "Launch Agents", system, 1},
+    CleanupLocation{"LaunchDaemons", "Launch Daemons", system, 1},
+    CleanupLocation{"PrivilegedHelperTools", "Helper Tools", system, 1},
+    CleanupLocation{"Application Scripts", "Application Scripts", user, 1, true},
 };
 
 } // namespace
@@ -33,6 +34,10 @@ QString CleanupLocation::path(const QString& home) const {
 }
 
 std::span<const CleanupLocation> cleanupLocations() { return locations; }
+
+QStringList applicationFolders(const QString& home) {
+    return {QStringLiteral("/Applications"), FileSystem::joined(home, QStringLiteral("Applications"))};
+}
 
 const CleanupLocation* cleanupLocationOf(const QString& path, const QString& home) {
     for (const CleanupLocation& location : locations) {

@@ -11,9 +11,11 @@ struct CleanupLocation {
     const char* folder; ///< in its Library
     const char* label;
     CleanupDomain domain;
-    /// Off where vendors keep a folder for each product: these are looked through to some depth, the
-    /// others at their own entries.
-    bool isFlat;
+    /// To which depth entries are looked at: more than one where vendors keep a folder for each
+    /// product.
+    int depth;
+    /// Only what an identifier ties is offered here.
+    bool isForCertain = false;
 
     /// Under the user's home or in "/Library".
     QString path(const QString& home) const;
@@ -22,8 +24,8 @@ struct CleanupLocation {
 /// In the order in which they are searched and shown.
 std::span<const CleanupLocation> cleanupLocations();
 
-/// How deep the entries are looked at where a location is not flat.
-inline constexpr int vendorFolderDepth = 3;
+/// Where applications lie, and links to them.
+QStringList applicationFolders(const QString& home);
 
 /// The location that a path lies strictly below, by its text.
 const CleanupLocation* cleanupLocationOf(const QString& path, const QString& home);

@@ -18,10 +18,12 @@ void CleanupReviewState::show(const RelatedFilesScan& scan) {
             selectedPaths.insert(file.path);
 }
 
-void CleanupReviewState::setSize(const QString& path, std::uint64_t bytes) {
+void CleanupReviewState::setSize(const QString& path, const MeasuredSize& size) {
     const auto item = std::ranges::find(items, path, &RelatedFile::path);
-    if (item != items.end())
-        item->size = bytes;
+    if (item == items.end())
+        return;
+    item->size = size.bytes;
+    item->isSizePartial = !size.isComplete;
 }
 
 void CleanupReviewState::setSelected(const QString& path, bool selected) {
@@ -43,10 +45,13 @@ QList<RelatedFile> CleanupReviewState::selectedItems() const {
     return selected;
 }
 
-std::uint64_t CleanupReviewState::selectedSize() const {
-    std::uint64_t total = 0;
+MeasuredSize CleanupReviewState::selectedSize() const {
+    MeasuredSize total;
     for (const RelatedFile& file : items)
-        total += isSelected(file.path) ? file.size.value_or(0) : 0;
+        if (isSelected(file.path)) {
+            total.bytes += file.size.value_or(0);
+            total.isComplete = total.isComplete && file.size && !file.isSizePartial;
+        }
     return total;
 }
 

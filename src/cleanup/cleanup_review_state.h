@@ -20,13 +20,13 @@ struct CleanupReviewState {
     static bool isPreselected(const RelatedFile& file);
 
     void show(const RelatedFilesScan& scan);
-    void setSize(const QString& path, std::uint64_t bytes);
+    void setSize(const QString& path, const MeasuredSize& size);
     void setSelected(const QString& path, bool selected);
     void selectAllMatches(); ///< also those that are only offered
 
     bool isSelected(const QString& path) const { return selectedPaths.contains(path); }
     QList<RelatedFile> selectedItems() const;
-    std::uint64_t selectedSize() const; ///< as far as it was counted
+    MeasuredSize selectedSize() const; ///< complete once all of them are counted whole
     bool needsAdministrator() const;
 
     bool operator==(const CleanupReviewState&) const = default;

@@ -1,21 +1,15 @@
 #include "cleanup/desktop_trash.h"
 
+#include "privileged/numbered_name.h"
+
 namespace tessellar {
 namespace {
 
 constexpr int mostNames = 10'000;
-constexpr qsizetype longestStem = 200;
 
-/// "Quill.app", "Quill 2.app", …
 QString numbered(const QString& name, int number) {
-    if (number == 1)
-        return name;
-    const qsizetype dot = name.lastIndexOf(u'.');
-    const QString stem = dot > 0 ? name.first(dot) : name;
-    return QStringLiteral("%1 %2%3")
-        .arg(stem.left(longestStem))
-        .arg(number)
-        .arg(dot > 0 ? name.sliced(dot) : QString());
+    return FileSystem::fromHostBytes(
+        numberedName(FileSystem::toHostBytes(name).value_or(QByteArray()), number));
 }
 
 QString dataFolder(const Machine& machine) {

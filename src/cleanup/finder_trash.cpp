@@ -6,6 +6,8 @@ namespace {
 constexpr QByteArrayView marker = "<<QZ-FINDER-TRASH>>";
 const QString notPrepared = QStringLiteral("Could not prepare the Finder trash request.");
 const QString notReported = QStringLiteral("Finder did not report the result of the trash operation.");
+const QString stoppedRemoval = QStringLiteral("The removal was stopped.");
+const QString notInTime = QStringLiteral("Finder did not answer in time.");
 const QString notMoved = QStringLiteral("Finder did not move the item to the Trash.");
 
 constexpr const char* body = R"(set reportLines to ""
@@ -114,7 +116,7 @@ QList<FinderTrashOutcome> FinderTrash::run(const QList<QByteArray>& hostPaths, s
     case Kind::notCompiled:
         return allFailed(hostPaths.size(), notPrepared);
     case Kind::cancelled:
-        return allFailed(hostPaths.size(), finderTrashMessage(-128));
+        return allFailed(hostPaths.size(), stop.stop_requested() ? stoppedRemoval : notInTime);
     case Kind::missing:
     case Kind::failed:
         break;

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "model/json.h"
-#include "platform/file_system.h"
+#include "privileged/file_identity.h"
 
 #include <QString>
 #include <QStringList>
@@ -27,23 +26,6 @@ struct CleanupApplication {
     bool operator==(const CleanupApplication&) const = default;
 };
 
-/// Tells whether an item is still the one that was reviewed.
-struct FileIdentity {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    FileType type = FileType::other;
-
-    bool operator==(const FileIdentity&) const = default;
-};
-/// The same for what was written down, perhaps before the machine was started anew: volumes are
-/// numbered as they are found.
-inline bool isSameOnItsVolume(const FileIdentity& a, const FileIdentity& b) {
-    return a.inode == b.inode && a.type == b.type;
-}
-inline FileIdentity identityOf(const FileStatus& status) {
-    return {status.device, status.inode, status.type};
-}
-
 /// One item that may go together with an application.
 struct RelatedFile {
     QString path;
@@ -56,7 +38,8 @@ struct RelatedFile {
     bool isContested = false;
     bool needsAdministrator = false;
     FileIdentity identity;
-    std::optional<std::uint64_t> size; ///< bytes of all in it; absent until it was counted
+    std::optional<std::uint64_t> size; ///< bytes on the disk of all in it; absent until counted
+    bool isSizePartial = false;        ///< a part of it could not be counted: it is at least `size`
 
     bool operator==(const RelatedFile&) const = default;
 };

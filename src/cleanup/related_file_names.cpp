@@ -16,8 +16,76 @@ constexpr auto genericWords =
                                      "preferences", "settings", "update", "updater", "helper", "agent",
                                      "install", "installer", "service", "tools", "utility", "support"});
 constexpr auto siblingWords = std::to_array<std::string_view>(
-    {"alpha", "beta", "canary", "ce", "community", "dev", "developer", "ea", "eap", "edu", "free",
-     "insiders", "lite", "next", "nightly", "preview", "pro", "rc", "trial"});
+    {"alpha", "beta",     "canary", "ce",   "community", "dev",  "developer", "ea",  "eap", "edu",
+     "free",  "insiders", "lite",   "next", "nightly",   "plus", "preview",   "pro", "rc",  "trial"});
+/// Under these first two components of identifiers many developers live.
+constexpr auto sharedDevelopers = std::to_array<std::string_view>(
+    {"com.github", "com.gitlab", "com.googlecode", "com.electron", "com.mac", "com.me",
+     "com.yourcompany", "com.example", "io.github", "io.gitlab", "me.mac", "net.sourceforge",
+     "org.sourceforge", "org.eclipse", "co.uk", "com.au"});
+/// Kept by the system under plain names.
+constexpr auto systemNames = std::to_array<std::string_view>({"addressbook",
+                                                              "animoji",
+                                                              "app store",
+                                                              "assistant",
+                                                              "audio",
+                                                              "automator",
+                                                              "backups",
+                                                              "bluetooth",
+                                                              "byhost",
+                                                              "callhistorydb",
+                                                              "callhistorytransactions",
+                                                              "cloudkit",
+                                                              "clouddocs",
+                                                              "colorsync",
+                                                              "com.apple.tcc",
+                                                              "configuration profiles",
+                                                              "coredataubiquitysupport",
+                                                              "coreparsec",
+                                                              "crashreporter",
+                                                              "default",
+                                                              "diagnosticreports",
+                                                              "diskimages",
+                                                              "dock",
+                                                              "facetime",
+                                                              "familycircle",
+                                                              "fileprovider",
+                                                              "gamekit",
+                                                              "geoservices",
+                                                              "homeenergyd",
+                                                              "icloud",
+                                                              "icdd",
+                                                              "identityservicesd",
+                                                              "ilifemediabrowser",
+                                                              "itunes",
+                                                              "keychains",
+                                                              "knowledge",
+                                                              "locationaccessstored",
+                                                              "loginwindow",
+                                                              "metadata",
+                                                              "mobiledevice",
+                                                              "mobilesync",
+                                                              "mobilemeaccounts",
+                                                              "networkserviceproxy",
+                                                              "passkit",
+                                                              "pbs",
+                                                              "privacypreservingmeasurement",
+                                                              "proapps",
+                                                              "quick look",
+                                                              "screensaver",
+                                                              "script editor",
+                                                              "sesstorage",
+                                                              "siri",
+                                                              "stickers",
+                                                              "syncdefaultsd",
+                                                              "syncservices",
+                                                              "temporaryitems",
+                                                              "tipsd",
+                                                              "transparencyd",
+                                                              "trustedpeershelper",
+                                                              "ubiquity",
+                                                              "videosubscriptionsd",
+                                                              "voiceassist"});
 
 constexpr std::array<std::string_view, 3> suffixes{".savedState", ".plist", ".binarycookies"};
 /// Letters that a word needs before it is looked for inside of names.
@@ -62,6 +130,27 @@ QByteArray usableIdentifier(const std::optional<QString>& identifier) {
     return identifier->toLower().toLatin1();
 }
 
+/// An identifier that only its very self can stand for: of one component, or with spaces in it.
+QByteArray exactName(const std::optional<QString>& identifier) {
+    if (!identifier || identifier->size() > longestIdentifier || identifier->contains(u'/') ||
+        identifier->startsWith(u'.') || countOf(*identifier, QChar::isLetter) < fewestLetters)
+        return {};
+    const QByteArray text = comparable(*identifier);
+    return isOneOf(text, genericWords) || isOneOf(text, vendorWords) || isOneOf(text, systemNames)
+               ? QByteArray()
+               : text;
+}
+
+/// "com.acme" of "com.acme.notes"; nothing where those may be anybody's.
+QByteArray developerOf(QByteArrayView identifier) {
+    const qsizetype second = identifier.indexOf('.', identifier.indexOf('.') + 1);
+    if (second < 0)
+        return {};
+    const QByteArrayView developer = identifier.first(second);
+    return isOneOf(developer, sharedDevelopers) || namesVendor(developer) ? QByteArray()
+                                                                          : developer.toByteArray();
+}
+
 class TokenCollector {
 public:
     explicit TokenCollector(QList<NameToken>& tokens) : _tokens(tokens) {}
@@ -70,10 +159,16 @@ public:
         name = name.normalized(QString::NormalizationForm_C).toLower().trimmed();
         if (name.endsWith(u".app"))
             name.chop(4);
-        add(name);
+        add(name, true);
         QString joined = name;
         joined.removeIf([](QChar c) { return c.isSpace(); });
-        add(joined);
+        add(joined, true);
+        // The words of a vendor's name say no more than the whole of it does.
+        for (const std::string_view vendor : vendorWords) {
+            const auto words = QLatin1StringView(vendor.data(), qsizetype(vendor.size()));
+            if (words.contains(u' ') && name.startsWith(words))
+                name.remove(0, words.size());
+        }
         QString word;
         for (const QChar c : std::as_const(name)) {
             if (c.isSpace() || c == u'-' || c == u'_' || c == u'.') {
@@ -88,16 +183,15 @@ public:
 private:
     void addWord(const QString& word) {
         if (countOf(word, QChar::isLetter) >= fewestLetters)
-            add(word);
+            add(word, false);
     }
-    void add(const QString& text) {
+    void add(const QString& text, bool isWholeName) {
         const QByteArray bytes = text.toUtf8();
         if (countOf(text, QChar::isLetterOrNumber) == 0 || isOneOf(bytes, genericWords) ||
             isOneOf(bytes, vendorWords))
             return;
-        const NameToken token{bytes, countOf(text, QChar::isLetter) >= fewestLetters};
-        if (!_tokens.contains(token))
-            _tokens.append(token);
+        if (std::ranges::find(_tokens, bytes, &NameToken::text) == _tokens.end())
+            _tokens.append({bytes, countOf(text, QChar::isLetter) >= fewestLetters, isWholeName});
     }
 
     QList<NameToken>& _tokens;
@@ -109,6 +203,16 @@ QList<NameToken> tokensOf(const QStringList& names) {
     for (const QString& name : names)
         collector.addName(name);
     return tokens;
+}
+
+/// Whether a token in a name is followed by a word that makes it another product's: "LogiOptionsPlus"
+/// is not Options.
+bool isSiblingAfter(QByteArrayView name, QByteArrayView token) {
+    QByteArrayView rest = name.sliced(name.indexOf(token) + token.size());
+    while (!rest.isEmpty() && (rest[0] == ' ' || rest[0] == '-' || rest[0] == '_' || rest[0] == '.'))
+        rest = rest.sliced(1);
+    const auto end = std::ranges::find_if(rest, [](char c) { return c < 'a' || c > 'z'; });
+    return isOneOf(rest.first(end - rest.begin()), siblingWords);
 }
 
 bool extends(QByteArrayView name, QByteArrayView identifier) {
@@ -149,12 +253,17 @@ MatchingName::MatchingName(QByteArrayView name) {
 
 ApplicationNames::ApplicationNames(const CleanupApplication& application)
     : _identifier(usableIdentifier(application.bundleIdentifier))
+    , _exactName(_identifier.isEmpty() ? exactName(application.bundleIdentifier) : QByteArray())
+    , _developer(developerOf(_identifier))
     , _isApple(_identifier == "com.apple" || _identifier.startsWith("com.apple."))
     , _tokens(tokensOf(application.names)) {
     _ownsExtensions = _identifier.count('.') >= 2 && !_isApple;
     for (const NameToken& token : std::as_const(_tokens))
         if (token.countsInside)
-            _inside.emplace_back(token.text);
+            _inside.emplace_back(SoughtText(token.text), token.isWholeName);
+    // The nearest first.
+    std::ranges::stable_sort(_inside, std::ranges::greater{},
+                             [](const auto& sought) { return sought.first.text.size(); });
 }
 
 std::optional<ApplicationNames::Grade> ApplicationNames::grade(const MatchingName& matching) const {
@@ -166,70 +275,110 @@ std::optional<ApplicationNames::Grade> ApplicationNames::grade(const MatchingNam
             return Grade{RelatedFileMatch::strong, _identifier};
         if (extends(name, _identifier) || isExtendedBy(name, _identifier))
             return Grade{RelatedFileMatch::strongish, _identifier};
+    } else if (!_exactName.isEmpty() && name == _exactName) {
+        return Grade{RelatedFileMatch::strong, _exactName};
     }
     for (const NameToken& token : _tokens)
         if (name == token.text)
-            return Grade{RelatedFileMatch::medium, token.text};
-    for (const SoughtText& sought : _inside)
-        if (matching.contains(sought) && !isOneOf(name, vendorWords))
-            return Grade{RelatedFileMatch::risky, sought.text};
+            return Grade{RelatedFileMatch::medium, token.text, token.isWholeName};
+    for (const auto& [sought, isWholeName] : _inside)
+        if (matching.contains(sought) && !isOneOf(name, vendorWords) &&
+            !isSiblingAfter(name, sought.text))
+            return Grade{RelatedFileMatch::risky, sought.text, isWholeName};
     return std::nullopt;
 }
 
 InstalledClaims::InstalledClaims(const QList<CleanupApplication>& others) {
     for (const CleanupApplication& other : others) {
+        const qsizetype number = _names.size();
+        _names.append(other.names.value(0, FileSystem::fileName(other.path)));
         if (const QByteArray identifier = usableIdentifier(other.bundleIdentifier);
             !identifier.isEmpty())
-            _identifiers.insert(identifier.toStdString());
-        for (const NameToken& token : tokensOf(other.names))
-            if (_tokens.insert(token.text.toStdString()).second && token.countsInside)
+            _identifiers[identifier.toStdString()].applications.append(number);
+        for (const NameToken& token : tokensOf(other.names)) {
+            const auto [known, isNew] = _tokens.try_emplace(token.text.toStdString());
+            if (isNew && token.countsInside)
                 _inside.emplace_back(token.text);
+            // Who has it as a name stands before who has it as a word.
+            if (token.isWholeName && !known->second.isWholeName)
+                known->second = {.isWholeName = true};
+            if (token.isWholeName == known->second.isWholeName)
+                known->second.applications.append(number);
+        }
     }
 }
 
-/// Visits what stands before and after each dot.
-template <typename Visit>
-bool InstalledClaims::anyPart(QByteArrayView name, Visit visit) {
-    for (qsizetype dot = name.indexOf('.'); dot >= 0; dot = name.indexOf('.', dot + 1))
-        if (visit(name.first(dot)) || visit(name.sliced(dot + 1)))
-            return true;
-    return false;
-}
-
-bool InstalledClaims::holdsIdentifier(QByteArrayView part) const {
+const InstalledClaims::Owners* InstalledClaims::ownersOf(QByteArrayView identifier) const {
     // None is without a dot: not worth a hash.
-    return part.contains('.') && _identifiers.contains(textOf(part));
+    if (!identifier.contains('.'))
+        return nullptr;
+    const auto found = _identifiers.find(textOf(identifier));
+    return found == _identifiers.end() ? nullptr : &found->second;
 }
 
-std::optional<RelatedFileMatch> InstalledClaims::strongestByWhole(const MatchingName& matching) const {
+/// Visits what stands between any two dots of a name, also in the middle, as in
+/// "TEAM.com.acme.notes.cache"; no more dots than a name has that is one.
+template <typename Visit>
+void InstalledClaims::eachIdentifierIn(QByteArrayView name, Visit visit) const {
+    constexpr qsizetype mostDots = 16;
+    if (_identifiers.empty() || !name.contains('.') || name.count('.') > mostDots)
+        return;
+    for (qsizetype from = 0; from >= 0 && from < name.size();) {
+        for (qsizetype to = name.size(); to > from; to = name.lastIndexOf('.', to - 1)) {
+            if (const Owners* owners = ownersOf(name.sliced(from, to - from)))
+                visit(to - from, *owners);
+        }
+        const qsizetype dot = name.indexOf('.', from);
+        from = dot < 0 ? -1 : dot + 1;
+    }
+}
+
+InstalledClaims::Verdict InstalledClaims::judge(const MatchingName& matching,
+                                                const ApplicationNames::Grade& own) const {
     const QByteArrayView name = matching.view();
-    if (holdsIdentifier(name))
-        return RelatedFileMatch::strong;
-    if (anyPart(name, [this](QByteArrayView part) { return holdsIdentifier(part); }))
-        return RelatedFileMatch::strongish;
-    if (_tokens.contains(textOf(name)))
-        return RelatedFileMatch::medium;
-    return std::nullopt;
-}
-
-std::optional<RelatedFileMatch> InstalledClaims::strongest(const MatchingName& name) const {
-    if (const auto whole = strongestByWhole(name))
-        return whole;
-    const bool isInside =
-        std::ranges::any_of(_inside, [&](const SoughtText& sought) { return name.contains(sought); });
-    return isInside ? std::optional(RelatedFileMatch::risky) : std::nullopt;
-}
-
-bool InstalledClaims::extendsLongerIdentifier(const MatchingName& matching, qsizetype length) const {
-    const QByteArrayView name = matching.view();
-    const auto isLonger = [&](QByteArrayView part) {
-        return part.size() > length && holdsIdentifier(part);
+    const qsizetype length = own.isByIdentifier() ? own.because.size() : 0;
+    Verdict verdict;
+    const auto share = [&](const Owners& owners) {
+        for (const qsizetype owner : owners.applications)
+            if (!verdict.sharedWith.contains(_names[owner]))
+                verdict.sharedWith.append(_names[owner]);
     };
-    // Also in the middle, as in "TEAM.com.acme.notes.cache".
-    return isLonger(name) || anyPart(name, [&](QByteArrayView part) {
-               return isLonger(part) || anyPart(part, isLonger);
-           });
+    eachIdentifierIn(name, [&](qsizetype size, const Owners& owners) {
+        verdict.isAnothers = verdict.isAnothers || size > length;
+        if (size == length)
+            share(owners);
+    });
+    if (verdict.isAnothers || own.isByIdentifier())
+        return verdict;
+    const auto weigh = [&](qsizetype size, const Owners& owners) {
+        const bool isNearer = size >= own.because.size() && owners.isWholeName >= own.isWholeName;
+        const bool isFarther = size <= own.because.size() && owners.isWholeName <= own.isWholeName;
+        verdict.isAnothers = verdict.isAnothers || (isNearer && !isFarther);
+        if (isNearer == isFarther)
+            share(owners);
+    };
+    if (const auto whole = _tokens.find(textOf(name)); whole != _tokens.end())
+        weigh(name.size(), whole->second);
+    for (const SoughtText& sought : _inside)
+        if (sought.text.size() < name.size() && matching.contains(sought) &&
+            !isSiblingAfter(name, sought.text))
+            weigh(sought.text.size(), _tokens.find(textOf(sought.text))->second);
+    return verdict;
 }
+
+bool InstalledClaims::tiesByIdentifier(const MatchingName& matching, qsizetype length) const {
+    bool isTied = false;
+    eachIdentifierIn(matching.view(),
+                     [&](qsizetype size, const Owners&) { isTied = isTied || size > length; });
+    return isTied;
+}
+
+bool InstalledClaims::areCalled(const MatchingName& matching) const {
+    const auto token = _tokens.find(textOf(matching.view()));
+    return (token != _tokens.end() && token->second.isWholeName) || tiesByIdentifier(matching);
+}
+
+bool isTheSystems(const MatchingName& matching) { return isOneOf(matching.view(), systemNames); }
 
 bool namesApple(const MatchingName& matching) {
     const QByteArrayView name = matching.view();

@@ -9,7 +9,7 @@
 #include <array>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 namespace tessellar {
@@ -20,6 +20,7 @@ struct NameToken {
     /// A name that merely contains it counts too; not for the short and for numbers, which would be
     /// found everywhere.
     bool countsInside = false;
+    bool isWholeName = false; ///< not a word of one
 
     bool operator==(const NameToken&) const = default;
 };
@@ -58,6 +59,9 @@ public:
     struct Grade {
         RelatedFileMatch match = RelatedFileMatch::risky;
         QByteArray because; ///< the identifier or token
+        bool isWholeName = false;
+
+        bool isByIdentifier() const { return match <= RelatedFileMatch::strongish; }
     };
 
     explicit ApplicationNames(const CleanupApplication& application);
@@ -69,46 +73,66 @@ public:
     /// vendor's ("com.acme"), and who says "com.apple" may be anybody.
     bool ownsExtensions() const { return _ownsExtensions; }
     bool isApple() const { return _isApple; }
+    /// What the identifiers of a developer's products begin with, without the last dot; empty where
+    /// that may be several developers.
+    const QByteArray& developer() const { return _developer; }
 
     std::optional<Grade> grade(const MatchingName& name) const;
 
 private:
     QByteArray _identifier;
+    QByteArray _exactName; ///< an identifier that only counts as a whole
+    QByteArray _developer;
     bool _ownsExtensions = false;
     bool _isApple = false;
     QList<NameToken> _tokens;
-    std::vector<SoughtText> _inside;
+    std::vector<std::pair<SoughtText, bool>> _inside; ///< and whether it is a whole name
 };
 
-/// What all other installed applications claim, answered by a few look-ups.
+/// What all other known applications claim, answered by a few look-ups.
+///
+/// Identifiers are measured against identifiers, the longer one is nearer; words are measured against
+/// words, where a whole name and the longer of two are nearer. Words never stand against an identifier.
 class InstalledClaims {
 public:
     InstalledClaims() = default;
     explicit InstalledClaims(const QList<CleanupApplication>& others);
 
-    /// The strongest grade that any of them would give.
-    std::optional<RelatedFileMatch> strongest(const MatchingName& name) const;
-    /// The same up to `medium`, in a time that does not grow with their number.
-    std::optional<RelatedFileMatch> strongestByWhole(const MatchingName& name) const;
-    /// True for a name that is or extends one of their identifiers longer than `length`.
-    bool extendsLongerIdentifier(const MatchingName& name, qsizetype length) const;
+    struct Verdict {
+        bool isAnothers = false;
+        QStringList sharedWith; ///< names of those that stand as near
+    };
+    Verdict judge(const MatchingName& name, const ApplicationNames::Grade& own) const;
+
+    /// True for what another application's identifier ties, longer than one of `length`.
+    bool tiesByIdentifier(const MatchingName& name, qsizetype length = 0) const;
+    /// True where one of them has the whole name, or its identifier.
+    bool areCalled(const MatchingName& name) const;
 
 private:
-    template <typename Visit>
-    static bool anyPart(QByteArrayView name, Visit visit);
-    bool holdsIdentifier(QByteArrayView part) const;
-
-    /// Asked by views of a name's parts; QSet's hashing took longer than all else in a walk.
+    struct Owners {
+        bool isWholeName = false;
+        QList<qsizetype> applications;
+    };
+    /// Asked by views of a name's parts; QHash's hashing took longer than all else in a walk.
     struct TextHash : std::hash<std::string_view> {
         using is_transparent = void;
     };
-    using Texts = std::unordered_set<std::string, TextHash, std::equal_to<>>;
+    using Texts = std::unordered_map<std::string, Owners, TextHash, std::equal_to<>>;
 
+    const Owners* ownersOf(QByteArrayView identifier) const;
+    template <typename Visit>
+    void eachIdentifierIn(QByteArrayView name, Visit visit) const;
+
+    QStringList _names;
     Texts _identifiers;
     Texts _tokens;
     std::vector<SoughtText> _inside;
 };
 
+/// True for the folders and files that the system itself keeps in the Libraries under plain names:
+/// device backups, the Dock's, the address book's.
+bool isTheSystems(const MatchingName& name);
 /// True for what is Apple's by its name, also as group containers are named ("TEAM.com.apple.notes").
 bool namesApple(const MatchingName& name);
 /// True for an identifier that is a whole vendor's, as "com.microsoft".

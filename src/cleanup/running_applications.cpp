@@ -13,19 +13,25 @@ SystemRunningApplications::SystemRunningApplications(Machine& machine,
     , _environment(machine.environment)
     , _interpreter(interpreter) {}
 
-bool SystemRunningApplications::isRunning(const CleanupApplication& application) {
+RunningApplications::Seen SystemRunningApplications::look(const CleanupApplication& application) {
+    const QString tool = QStringLiteral("/bin/ps");
+    if (!_files.isExecutableFile(tool))
+        return Seen::closed;
     const CommandResult result = _commands.run(
-        {.executable = _files.hostPath(QStringLiteral("/bin/ps")),
+        {.executable = _files.hostPath(tool),
          .arguments = {QByteArrayLiteral("-A"), QByteArrayLiteral("-o"), QByteArrayLiteral("comm=")},
          .environment = _environment,
          .timeout = std::chrono::seconds(10),
          .input = {}},
         {});
     const QByteArray inBundle = _files.hostPath(application.path) + '/';
-    return result.succeeded() &&
-           std::ranges::any_of(result.standardOutput.split('\n'), [&](const QByteArray& line) {
-               return line.trimmed().startsWith(inBundle);
-           });
+    if (!result.succeeded() || result.outputTruncated)
+        return Seen::unknown;
+    const bool isOpen =
+        std::ranges::any_of(result.standardOutput.split('\n'), [&](const QByteArray& line) {
+            return line.trimmed().startsWith(inBundle);
+        });
+    return isOpen ? Seen::open : Seen::closed;
 }
 
 void SystemRunningApplications::askToQuit(const CleanupApplication& application, std::stop_token stop) {

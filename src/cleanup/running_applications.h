@@ -8,18 +8,21 @@ namespace tessellar {
 /// Applications that are open. An interface, so that tests can open and close them. Both calls block.
 class RunningApplications {
 public:
+    enum class Seen { closed, open, unknown };
+
     virtual ~RunningApplications() = default;
-    virtual bool isRunning(const CleanupApplication& application) = 0;
+    virtual Seen look(const CleanupApplication& application) = 0;
     /// Asks; the application may ask its user in turn, and stay.
     virtual void askToQuit(const CleanupApplication& application, std::stop_token stop) = 0;
 };
 
-/// What runs by the process list (/bin/ps); quits through AppleScript.
+/// What runs by the process list (/bin/ps); quits through AppleScript. A machine that lies in a folder
+/// and has no such tool runs nothing.
 class SystemRunningApplications final : public RunningApplications {
 public:
     SystemRunningApplications(Machine& machine, AppleScriptInterpreter& interpreter);
 
-    bool isRunning(const CleanupApplication& application) override;
+    Seen look(const CleanupApplication& application) override;
     void askToQuit(const CleanupApplication& application, std::stop_token stop) override;
 
 private:

@@ -1,6 +1,6 @@
 #include "helper/allowed_places.h"
 
-#include "cleanup/privileged/records.h"
+#include "privileged/records.h"
 
 #include <algorithm>
 #include <array>

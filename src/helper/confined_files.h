@@ -1,11 +1,12 @@
 #pragma once
 
-#include "cleanup/related_file.h"
 #include "helper/allowed_places.h"
 #include "platform/descriptor.h"
+#include "privileged/file_identity.h"
+
+#include <sys/stat.h>
 
 #include <expected>
-#include <stop_token>
 
 namespace tessellar {
 
@@ -18,6 +19,13 @@ struct TakenItem {
     bool operator==(const TakenItem&) const = default;
 };
 
+TakenItem takenOf(const struct stat& status);
+/// What stands under a name; no link is followed. The error is errno's.
+std::expected<TakenItem, int> takenAt(int folder, const QByteArray& name);
+
+/// What an errno means to the user.
+QString fileSentence(int error);
+
 /// An item in an open folder, held open itself: its inode belongs to no other file as long as this
 /// lives.
 struct HeldItem {
@@ -28,29 +36,17 @@ struct HeldItem {
 };
 
 /// Files by descriptors from the root alone: no link is followed, no mount crossed below the folders of
-/// the root, and nothing that anyone swaps meanwhile leads anywhere else. Errors are sentences.
+/// the root, and nothing that anyone swaps meanwhile leads anywhere else.
 class ConfinedFiles {
 public:
     explicit ConfinedFiles(const QByteArray& hostRoot);
 
-    /// A folder, and its owner when one is demanded.
-    std::expected<Descriptor, QString> folder(const QByteArray& relativePath,
-                                              std::optional<std::uint32_t> owner = {}) const;
+    /// A folder, and its owner when one is demanded: EPERM for someone else's. The error is errno's.
+    std::expected<Descriptor, int> folder(const QByteArray& relativePath,
+                                          std::optional<std::uint32_t> owner = {}) const;
     /// A folder or regular file that is what was approved. A mount point is neither, nor is a folder in
     /// which one lies.
     std::expected<HeldItem, QString> hold(const NamedPlace& place, const FileIdentity& approved) const;
-
-    /// Renames into a folder under a name that is free; then looks whether that was the item, and puts
-    /// back what was not. EEXIST as `nameTaken`.
-    struct MoveError {
-        bool nameTaken = false;
-        QString sentence;
-    };
-    static std::expected<void, MoveError> move(const HeldItem& item, int toFolder,
-                                               const QByteArray& toName);
-
-    /// Removes an item with all in it; stopped or killed midway, the rest is still the same item.
-    static std::expected<void, QString> remove(const HeldItem& item, std::stop_token stop = {});
 
 private:
     QByteArray _rootPath;

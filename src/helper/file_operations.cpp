@@ -1,7 +1,11 @@
 #include "helper/file_operations.h"
 
+#include "platform/directory_reader.h"
+#include "privileged/numbered_name.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -18,175 +22,355 @@ const QString stopped = QStringLiteral("The removal was stopped.");
 const QString notTaken = QStringLiteral("The administrator helper did not take this item.");
 
 constexpr int mostNames = 1'000;
-constexpr qsizetype longestStem = 200;
+/// As many are written down at once, for the disk takes its time; each holds two descriptors.
+constexpr std::size_t itemsTogether = 32;
 
 PrivilegedFileOperationOutcome failed(const QString& sentence) {
     return {.status = Status::failed, .message = sentence};
 }
 
-/// "Agent.plist", "Agent 2.plist", …
-QByteArray numbered(const QByteArray& name, int number) {
-    if (number == 1)
-        return name;
-    const qsizetype dot = name.lastIndexOf('.');
-    const QByteArray stem = dot > 0 ? name.first(dot) : name;
-    const QByteArray end = dot > 0 && name.size() - dot < 32 ? name.sliced(dot) : QByteArray();
-    return stem.left(longestStem) + ' ' + QByteArray::number(number) + end;
+QByteArray nameOf(const MoveRecord& record) { return QByteArray::number(quint64(record.id)); }
+
+QByteArray pathOf(const NamedPlace& place) { return place.folderPath() + '/' + place.name; }
+
+/// Whether nobody else may change what lies in a folder.
+bool isOursAlone(int folder) {
+    struct stat status {};
+    return ::fstat(folder, &status) == 0 && status.st_uid == ::geteuid() && (status.st_mode & 022) == 0;
 }
 
-bool isFree(int folder, const QByteArray& name) {
-    struct stat status {};
-    return ::fstatat(folder, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT;
-}
+/// What lies in the users' Trashes, each listed once.
+class TrashContents {
+public:
+    explicit TrashContents(const ConfinedFiles& files) : _files(files) {}
+
+    /// Only where the Trash was seen whole.
+    bool areWithout(const MoveRecord& record) {
+        const auto place = namedPlace(record.trashed.value_or(QString()));
+        if (!place)
+            return false;
+        const auto [known, isNew] = _items.try_emplace(place->folderPath());
+        if (isNew)
+            known->second = list(place->folderPath());
+        return known->second && std::ranges::none_of(*known->second, [&](const TakenItem& item) {
+                   return record.isOf(item);
+               });
+    }
+
+private:
+    std::optional<std::vector<TakenItem>> list(const QByteArray& path) const {
+        const auto folder = _files.folder(path);
+        if (!folder)
+            return std::nullopt;
+        std::vector<TakenItem> items;
+        DirectoryReader reader;
+        reader.begin(folder->get());
+        while (true) {
+            const auto entries = reader.next();
+            if (!entries)
+                return std::nullopt;
+            if (entries->empty())
+                return items;
+            for (const DirectoryReader::Entry& entry : *entries) {
+                const auto item = takenAt(folder->get(), entry.name);
+                if (item)
+                    items.push_back(*item);
+                else if (item.error() != ENOENT)
+                    return std::nullopt;
+            }
+        }
+    }
+
+    const ConfinedFiles& _files;
+    std::map<QByteArray, std::optional<std::vector<TakenItem>>> _items;
+};
 
 } // namespace
 
-std::expected<HeldItem, QString> FileOperations::hold(const PrivilegedFileOperationItem& item) const {
-    const auto place = namedPlace(item.source);
-    if (!place || !isAllowed(*place))
-        return std::unexpected(notAllowed);
-    if (!item.approved)
-        return std::unexpected(notApproved);
-    return _files.hold(*place, *item.approved);
+void FileOperations::settle() {
+    const std::scoped_lock lock(_mutex);
+    if (auto journal = MoveJournal::open(_journalFolder))
+        settle(*journal);
 }
 
 QList<PrivilegedFileOperationOutcome>
 FileOperations::perform(const PrivilegedFileOperationRequest& request, const HelperClient& client,
                         std::stop_token stop) {
+    if (request.operation == Kind::healthCheck)
+        return {};
     const std::scoped_lock lock(_mutex);
-    switch (request.operation) {
-    case PrivilegedFileOperationKind::healthCheck:
-        break;
-    case PrivilegedFileOperationKind::moveToTrash:
-        return moveToTrash(request.items, client, stop);
-    case PrivilegedFileOperationKind::restoreFromTrash:
-        return restore(request.items, client, stop);
-    case PrivilegedFileOperationKind::remove: {
-        QList<Outcome> outcomes;
-        for (const PrivilegedFileOperationItem& item : request.items) {
-            const auto held = stop.stop_requested()
-                                  ? std::expected<HeldItem, QString>(std::unexpected(stopped))
-                                  : hold(item);
-            const auto removed = held ? ConfinedFiles::remove(*held, stop)
-                                      : std::expected<void, QString>(std::unexpected(held.error()));
-            outcomes.append(removed ? Outcome{.status = Status::removed} : failed(removed.error()));
-        }
-        return outcomes;
+    auto journal = MoveJournal::open(_journalFolder);
+    if (!journal)
+        return QList<Outcome>(request.items.size(), failed(notRecorded));
+    settle(*journal);
+    QList<Outcome> outcomes;
+    for (std::span<const Item> left = request.items; !left.empty();) {
+        const auto some = left.first(std::min(left.size(), itemsTogether));
+        outcomes += performSome(request.operation, some, client, *journal, stop);
+        left = left.subspan(some.size());
     }
+    return outcomes;
+}
+
+QList<PrivilegedFileOperationOutcome>
+FileOperations::performSome(Kind kind, std::span<const Item> items, const HelperClient& client,
+                            MoveJournal& journal, std::stop_token stop) const {
+    std::vector<std::expected<Move, QString>> moves;
+    QList<MoveRecord> steps;
+    for (const Item& item : items) {
+        auto move = stop.stop_requested()            ? std::unexpected(stopped)
+                    : kind == Kind::restoreFromTrash ? planReturn(item, client, journal.records())
+                                                     : planRemoval(kind, item, client);
+        if (move) {
+            if (kind != Kind::restoreFromTrash)
+                move->record.id = journal.freshId();
+            move->record.staged =
+                Staging::path(*namedPlace(move->record.original), nameOf(move->record));
+            steps.append(move->record);
+        }
+        moves.push_back(std::move(move));
+    }
+    // On the disk before the first of them moves.
+    const bool isRecorded = steps.isEmpty() || journal.append(steps);
+    steps.clear();
+    QList<Outcome> outcomes;
+    for (auto& move : moves) {
+        if (!move || !isRecorded) {
+            outcomes.append(failed(move ? notRecorded : move.error()));
+            continue;
+        }
+        carryOut(*move, journal, stop);
+        steps.append(move->record);
+        outcomes.append(move->outcome);
+    }
+    // Where this fails, the next start finds the items by looking.
+    (void)journal.append(steps);
+    return outcomes;
+}
+
+std::expected<FileOperations::Move, QString>
+FileOperations::planRemoval(Kind kind, const Item& item, const HelperClient& client) const {
+    const auto place = namedPlace(item.source);
+    if (!place || !isAllowed(*place))
+        return std::unexpected(notAllowed);
+    if (!item.approved)
+        return std::unexpected(notApproved);
+    MoveRecord record{.phase = kind == Kind::remove ? MovePhase::deleting : MovePhase::leaving,
+                      .user = client.user,
+                      .original = item.source};
+    if (kind == Kind::moveToTrash) {
+        const auto trash = std::ranges::find_if(client.trashFolders, [&](const QString& folder) {
+            const auto named = namedPlace(folder);
+            return named && _files.folder(pathOf(*named), client.user);
+        });
+        if (trash == client.trashFolders.end())
+            return std::unexpected(noTrash);
+        record.trashed = *trash + u'/' + FileSystem::fromHostBytes(place->name);
+    }
+    auto held = _files.hold(*place, *item.approved);
+    if (!held)
+        return std::unexpected(held.error());
+    record.identity = held->taken.identity;
+    record.owner = held->taken.owner;
+    record.mode = held->taken.mode;
+    return Move{*std::move(held), std::move(record), {}};
+}
+
+std::expected<FileOperations::Move, QString>
+FileOperations::planReturn(const Item& item, const HelperClient& client,
+                           const QList<MoveRecord>& records) const {
+    const auto from = namedPlace(item.source);
+    const auto to = namedPlace(item.destination.value_or(QString()));
+    if (!from || !to || !isAllowed(*to))
+        return std::unexpected(notAllowed);
+    const bool isInTrash = std::ranges::any_of(client.trashFolders, [&](const QString& folder) {
+        const auto trash = namedPlace(folder);
+        return trash && pathOf(*trash) == from->folderPath();
+    });
+    if (!isInTrash)
+        return std::unexpected(notTaken);
+    const auto around = _files.folder(from->folderPath());
+    if (!around)
+        return std::unexpected(noTrash);
+    const auto there = takenAt(around->get(), from->name);
+    if (!there)
+        return std::unexpected(fileSentence(there.error()));
+    // By what it is and not by its name there. Who may write to the Trash could put a file of their own
+    // under the same number: not one of the same owner, though.
+    const auto record = std::ranges::find_if(records, [&](const MoveRecord& r) {
+        return r.phase != MovePhase::kept && r.user == client.user && r.original == item.destination &&
+               r.isOf(*there);
+    });
+    if (record == records.end())
+        return std::unexpected(notTaken);
+    const auto folder = _files.folder(to->folderPath());
+    if (!folder)
+        return std::unexpected(fileSentence(folder.error()));
+    if (takenAt(folder->get(), to->name))
+        return std::unexpected(fileSentence(EEXIST));
+    auto held = _files.hold(*from, there->identity);
+    if (!held)
+        return std::unexpected(held.error());
+    if (held->taken != *there)
+        return std::unexpected(notTaken);
+    Move move{*std::move(held), *record, {}};
+    move.record.phase = MovePhase::returning;
+    move.record.trashed = item.source;
+    return move;
+}
+
+void FileOperations::carryOut(Move& move, MoveJournal& journal, std::stop_token stop) const {
+    MoveRecord& record = move.record;
+    const MovePhase untouched =
+        record.phase == MovePhase::returning ? MovePhase::trashed : MovePhase::closed;
+    const auto refuse = [&](const QString& sentence) {
+        record.phase = untouched;
+        move.outcome = failed(sentence);
+    };
+    if (stop.stop_requested())
+        return refuse(stopped);
+    const auto place = namedPlace(record.original);
+    const auto staging = Staging::open(_files, *place);
+    if (!staging)
+        return refuse(staging.error());
+    const bool isReturning = record.phase == MovePhase::returning;
+    if (const auto taken = staging->take(move.item, nameOf(record)); !taken) {
+        refuse(taken.error().sentence);
+        if (taken.error().isKept) {
+            // The item itself is elsewhere, and the number belongs to what is kept under it.
+            MoveRecord item = record;
+            item.id = journal.freshId();
+            if (!isReturning || journal.append({item}))
+                record.phase = MovePhase::kept;
+            else
+                record.phase = MovePhase::returning;
+        }
+        staging->tidy();
+        return;
+    }
+    const auto delivered = deliver(*staging, record, stop);
+    staging->tidy();
+    if (!delivered)
+        move.outcome = failed(delivered.error());
+    else if (isReturning)
+        move.outcome = {.status = Status::moved, .destination = record.original};
+    else if (record.phase == MovePhase::trashed)
+        move.outcome = {.status = Status::moved, .destination = record.trashed};
+    else
+        move.outcome = {.status = Status::removed};
+}
+
+std::expected<void, QString> FileOperations::deliver(const Staging& staging, MoveRecord& record,
+                                                     std::stop_token stop) const {
+    // Only what was looked at in the helper's folder comes this far: to give it back does as little
+    // harm as to give it on. Where neither can be done it stays, and the next start tries again.
+    const auto undone = [&](const QString& sentence, const std::expected<void, QString>& back) {
+        return std::unexpected(
+            back ? sentence : sentence + QStringLiteral(" It is kept at “%1”.").arg(record.staged));
+    };
+    switch (record.phase) {
+    case MovePhase::leaving:
+        if (const auto done = toTrash(staging, record); !done)
+            return undone(done.error(), toPlace(staging, record, true));
+        break;
+    case MovePhase::returning:
+        if (const auto done = toPlace(staging, record, false); !done)
+            return undone(done.error(), toTrash(staging, record));
+        break;
+    case MovePhase::deleting:
+        if (const auto done = staging.destroy(nameOf(record), record.taken(), stop); !done)
+            return undone(done.error(), toPlace(staging, record, true));
+        record.phase = MovePhase::closed;
+        break;
+    case MovePhase::trashed:
+    case MovePhase::kept:
+    case MovePhase::closed:
+        break;
     }
     return {};
 }
 
-QList<PrivilegedFileOperationOutcome>
-FileOperations::moveToTrash(const QList<PrivilegedFileOperationItem>& items, const HelperClient& client,
-                            std::stop_token stop) {
-    Descriptor trash;
-    QString trashPath;
-    for (const QString& folder : client.trashFolders) {
-        const auto place = namedPlace(folder);
-        auto opened = place ? _files.folder(place->folderPath() + '/' + place->name, client.user)
-                            : std::unexpected(noTrash);
-        if (opened) {
-            trash = *std::move(opened);
-            trashPath = folder;
-            break;
-        }
-    }
-    auto records = _journal.read();
-    QList<Outcome> outcomes;
-    for (const PrivilegedFileOperationItem& item : items) {
-        if (!trash || !records || stop.stop_requested()) {
-            outcomes.append(failed(!trash ? noTrash : !records ? notRecorded : stopped));
+std::expected<void, QString> FileOperations::toTrash(const Staging& staging, MoveRecord& record) const {
+    const auto place = namedPlace(record.trashed.value_or(QString()));
+    const auto trash = place
+                           ? _files.folder(place->folderPath(), static_cast<std::uint32_t>(record.user))
+                           : std::unexpected(EINVAL);
+    if (!trash)
+        return std::unexpected(noTrash);
+    const QByteArray original = namedPlace(record.original)->name;
+    for (int number = 1; number <= mostNames; ++number) {
+        const QByteArray name = numberedName(original, number);
+        const int error = staging.give(nameOf(record), trash->get(), name);
+        if (error == EEXIST)
             continue;
-        }
-        const auto held = hold(item);
-        if (!held) {
-            outcomes.append(failed(held.error()));
-            continue;
-        }
-        Outcome outcome = failed(noTrash);
-        for (int number = 1; number <= mostNames; ++number) {
-            const QByteArray name = numbered(held->name, number);
-            if (!isFree(trash.get(), name))
-                continue;
-            const QString destination = trashPath + u'/' + QString::fromUtf8(name);
-            records->append({.user = client.user,
-                             .original = item.source,
-                             .trashed = destination,
-                             .identity = held->taken.identity,
-                             .owner = held->taken.owner,
-                             .mode = held->taken.mode});
-            if (!_journal.write(*records)) {
-                records->removeLast();
-                outcome = failed(notRecorded);
-                break;
-            }
-            const auto moved = ConfinedFiles::move(*held, trash.get(), name);
-            if (moved) {
-                outcome = {.status = Status::moved, .destination = destination};
-                break;
-            }
-            records->removeLast();
-            outcome = failed(moved.error().sentence);
-            if (!moved.error().nameTaken)
-                break;
-        }
-        outcomes.append(outcome);
+        if (error != 0)
+            return std::unexpected(fileSentence(error));
+        record.phase = MovePhase::trashed;
+        record.trashed = FileSystem::fromHostBytes('/' + place->folderPath() + '/' + name);
+        return {};
     }
-    if (records &&
-        std::ranges::any_of(outcomes, [](const Outcome& o) { return o.status == Status::failed; }))
-        (void)_journal.write(*records); // without what was not moved after all
-    return outcomes;
+    return std::unexpected(noTrash);
 }
 
-QList<PrivilegedFileOperationOutcome>
-FileOperations::restore(const QList<PrivilegedFileOperationItem>& items, const HelperClient& client,
-                        std::stop_token stop) {
-    auto records = _journal.read();
-    QList<Outcome> outcomes;
-    for (const PrivilegedFileOperationItem& item : items)
-        outcomes.append(!records                ? failed(notRecorded)
-                        : stop.stop_requested() ? failed(stopped)
-                                                : restoreOne(item, client, *records));
-    if (records)
-        (void)_journal.write(*records);
-    return outcomes;
-}
-
-PrivilegedFileOperationOutcome FileOperations::restoreOne(const PrivilegedFileOperationItem& item,
-                                                          const HelperClient& client,
-                                                          QList<MoveRecord>& records) {
-    const auto record = std::ranges::find_if(records, [&](const MoveRecord& r) {
-        return r.user == client.user && r.trashed == item.source && r.original == item.destination;
-    });
-    if (record == records.end())
-        return failed(notTaken);
-    const auto from = namedPlace(record->trashed);
-    const auto to = namedPlace(record->original);
-    if (!from || !to || !isAllowed(*to))
-        return failed(notAllowed);
-    // By the number that the volume has now: it may have been another when the item was taken.
-    const auto around = _files.folder(from->folderPath());
-    struct stat status {};
-    if (!around || ::fstat(around->get(), &status) != 0)
-        return failed(around ? noTrash : around.error());
-    TakenItem taken = record->taken();
-    taken.identity.device = static_cast<std::uint64_t>(status.st_dev);
-    const auto held = _files.hold(*from, taken.identity);
-    if (!held)
-        return failed(held.error());
-    // Who may write to the Trash could put a file of their own under the same number: not one of the
-    // same owner, though.
-    if (held->taken != taken)
-        return failed(notTaken);
-    const auto folder = _files.folder(to->folderPath());
+std::expected<void, QString> FileOperations::toPlace(const Staging& staging, MoveRecord& record,
+                                                     bool onlyIfOurs) const {
+    const auto place = namedPlace(record.original);
+    const auto folder = _files.folder(place->folderPath());
     if (!folder)
-        return failed(folder.error());
-    if (const auto moved = ConfinedFiles::move(*held, folder->get(), to->name); !moved)
-        return failed(moved.error().sentence);
-    const QString original = record->original;
-    records.erase(record);
-    return {.status = Status::moved, .destination = original};
+        return std::unexpected(fileSentence(folder.error()));
+    if (onlyIfOurs && !isOursAlone(folder->get()))
+        return std::unexpected(fileSentence(EPERM));
+    if (const int error = staging.give(nameOf(record), folder->get(), place->name))
+        return std::unexpected(fileSentence(error));
+    record.phase = MovePhase::closed;
+    return {};
+}
+
+void FileOperations::settle(MoveJournal& journal) const {
+    TrashContents trashes(_files);
+    journal.compact([&](const MoveRecord& record) { return trashes.areWithout(record); });
+    QList<MoveRecord> steps;
+    for (MoveRecord record : journal.records()) {
+        const MovePhase before = record.phase;
+        const auto place = namedPlace(record.original);
+        if (before == MovePhase::trashed || before == MovePhase::kept || !place)
+            continue;
+        const auto staged = lookAt(record.staged);
+        const auto around = _files.folder(place->folderPath());
+        if (staged && !record.isOf(*staged)) {
+            // Taken by a helper that was killed before it looked.
+            if (before == MovePhase::returning) {
+                steps.append(record);
+                steps.last().id = journal.freshId();
+                steps.last().phase = MovePhase::trashed;
+            }
+            record.phase = MovePhase::kept;
+        } else if (staged) {
+            if (const auto staging = Staging::open(_files, *place)) {
+                (void)deliver(*staging, record, {});
+                staging->tidy();
+            }
+        } else if (staged.error() == ENOENT && around) {
+            // It had not left yet, or has arrived. Where its folder cannot be seen, nobody knows.
+            const auto original = takenAt(around->get(), place->name);
+            if ((original && record.isOf(*original)) || before == MovePhase::deleting)
+                record.phase = MovePhase::closed;
+            else if (original || original.error() == ENOENT)
+                record.phase = MovePhase::trashed;
+        }
+        if (record.phase != before)
+            steps.append(record);
+    }
+    if (!steps.isEmpty())
+        (void)journal.append(steps);
+}
+
+std::expected<TakenItem, int> FileOperations::lookAt(const QString& path) const {
+    const auto place = namedPlace(path);
+    const auto around = place ? _files.folder(place->folderPath()) : std::unexpected(EINVAL);
+    if (!around)
+        return std::unexpected(around.error());
+    return takenAt(around->get(), place->name);
 }
 
 } // namespace tessellar

@@ -1,5 +1,6 @@
 #include "helper/helper_server.h"
 
+#include <algorithm>
 #include <atomic>
 #include <list>
 #include <thread>
@@ -10,6 +11,7 @@ using std::chrono::milliseconds;
 
 void HelperServer::serve(int listening, std::stop_token stop) {
     struct Attendant {
+        std::uint32_t user = 0;
         std::atomic<bool> isDone = false;
         std::jthread thread;
     };
@@ -31,18 +33,24 @@ void HelperServer::serve(int listening, std::stop_token stop) {
             continue;
         }
         idle = milliseconds(0);
+        // Nobody keeps the others waiting, whatever they open and leave silent.
+        const auto peer = peerCredentials(socket->get());
+        const auto ofSameUser = [&](const Attendant& other) {
+            return other.user == peer->user && !other.isDone.load();
+        };
+        if (!peer ||
+            std::ranges::count_if(attendants, ofSameUser) >= std::ptrdiff_t(_options.mostOfOneUser))
+            continue;
         Attendant& attendant = attendants.emplace_back();
-        attendant.thread = std::jthread([this, &attendant, socket = *std::move(socket)] {
-            attend(socket);
+        attendant.user = peer->user;
+        attendant.thread = std::jthread([this, &attendant, peer = *peer, socket = *std::move(socket)] {
+            attend(socket, peer);
             attendant.isDone.store(true);
         });
     }
 }
 
-void HelperServer::attend(const Descriptor& socket) {
-    const auto peer = peerCredentials(socket.get());
-    if (!peer)
-        return;
+void HelperServer::attend(const Descriptor& socket, const PeerCredentials& peer) {
     if (_options.accepts && !_options.accepts(socket.get()))
         return;
     const QByteArray nonce = _nonces();
@@ -62,7 +70,7 @@ void HelperServer::attend(const Descriptor& socket) {
             }
     });
     const QByteArray reply =
-        _desk.answer(message.value_or(QByteArray()), *peer, nonce, enough.get_token());
+        _desk.answer(message.value_or(QByteArray()), peer, nonce, enough.get_token());
     (void)writeFrame(socket.get(), reply, _options.sendTime);
 }
 

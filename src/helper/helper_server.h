@@ -16,7 +16,8 @@ public:
     struct Options {
         std::chrono::milliseconds idle{60'000};
         std::chrono::milliseconds sendTime{helper_limits::sendMilliseconds};
-        unsigned mostConnections = 8;
+        unsigned mostConnections = 64;
+        unsigned mostOfOneUser = 4;                ///< more are closed unheard
         std::function<bool(int socket)> accepts{}; ///< none: everyone who may connect
     };
 
@@ -27,7 +28,7 @@ public:
     void serve(int listening, std::stop_token stop);
 
 private:
-    void attend(const Descriptor& socket);
+    void attend(const Descriptor& socket, const PeerCredentials& peer);
 
     RequestDesk& _desk;
     std::function<QByteArray()> _nonces;

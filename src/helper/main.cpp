@@ -8,7 +8,6 @@
 
 #include "helper/helper_server.h"
 
-#include "cleanup/privileged/helper_transport.h"
 #include "platform/activated_socket.h"
 #include "platform/administrator_rights.h"
 #include "platform/machine.h"
@@ -33,7 +32,7 @@ namespace {
 struct Options {
     QByteArray root = "/";
     std::optional<QString> home;
-    QByteArray socket = LocalSocketTransport::defaultPath();
+    QByteArray socket = removalHelperSocket();
 };
 
 std::optional<Options> optionsOf(int count, char** words) {
@@ -115,6 +114,7 @@ int main(int count, char** words) {
     AuthorizationCheck& authorization =
         carriesAdministratorGrants() ? static_cast<AuthorizationCheck&>(grants) : polkit;
     FileOperations operations(options->root, journal);
+    operations.settle();
     RequestDesk desk(operations, authorization, [&](std::uint32_t user) -> std::optional<HelperClient> {
         const auto home = options->home ? options->home : homeOf(user);
         if (!home)

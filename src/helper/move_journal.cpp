@@ -2,33 +2,147 @@
 
 #include "platform/atomic_file.h"
 
-#include <QFile>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <algorithm>
 
 namespace tessellar {
 namespace {
 
-constexpr qint64 maximumBytes = 32 << 20;
+const QByteArray fileName = "moves.journal";
+constexpr qint64 mostBytes = 64 << 20;
+constexpr qint64 worthCompacting = 1 << 20;
 
-QByteArray pathIn(const QByteArray& folder) { return folder + "/moves.json"; }
+QByteArray lineOf(const MoveRecord& record) {
+    const QByteArray text = json::writeCompact(json::encode(record));
+    return text.endsWith('\n') ? text : text + '\n';
+}
+
+int writeAll(int file, const QByteArray& bytes) {
+    for (qsizetype done = 0; done < bytes.size();) {
+        const auto written = retrying([&] {
+            return ::write(file, bytes.constData() + done,
+                           static_cast<std::size_t>(bytes.size() - done));
+        });
+        if (written <= 0)
+            return written < 0 ? errno : EIO;
+        done += written;
+    }
+    return 0;
+}
 
 } // namespace
 
-std::optional<QList<MoveRecord>> MoveJournal::read() const {
-    QFile file(QString::fromUtf8(pathIn(_folder)));
-    if (!file.exists())
-        return QList<MoveRecord>();
-    if (!file.open(QIODevice::ReadOnly) || file.size() > maximumBytes)
-        return std::nullopt;
-    auto records = json::decodeDocument<QList<MoveRecord>>(file.readAll());
-    if (!records)
-        return std::nullopt;
-    return *std::move(records);
+std::expected<MoveJournal, int> MoveJournal::open(const QByteArray& folder) {
+    const Descriptor around(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!around)
+        return std::unexpected(errno);
+    Descriptor file(retrying([&] {
+        return ::openat(around.get(), fileName.constData(),
+                        O_RDWR | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
+    }));
+    if (!file)
+        return std::unexpected(errno);
+    struct stat status {};
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0 || ::fstat(file.get(), &status) != 0)
+        return std::unexpected(errno);
+    if (!S_ISREG(status.st_mode) || status.st_size > mostBytes)
+        return std::unexpected(EFBIG);
+    // Before the first line in it is relied on, the file itself must be on the disk.
+    if (status.st_size == 0)
+        if (const int error = flushToDisk(around.get()); error != 0 && error != EINVAL)
+            return std::unexpected(error);
+    MoveJournal journal(folder, std::move(file));
+    if (const int error = journal.read())
+        return std::unexpected(error);
+    return journal;
 }
 
-bool MoveJournal::write(QList<MoveRecord> records) const {
-    if (records.size() > mostRecords)
-        records.remove(0, records.size() - mostRecords);
-    return replaceFile(pathIn(_folder), json::write(json::encode(records))).has_value();
+int MoveJournal::read() {
+    QByteArray bytes;
+    QByteArray piece(256 << 10, Qt::Uninitialized);
+    while (true) {
+        const auto count = retrying([&] {
+            return ::pread(_file.get(), piece.data(), static_cast<std::size_t>(piece.size()),
+                           bytes.size());
+        });
+        if (count < 0)
+            return errno;
+        if (count == 0)
+            break;
+        bytes += piece.first(count);
+    }
+    // A step that was cut short was never acted on.
+    _size = bytes.lastIndexOf('\n') + 1;
+    if (_size != bytes.size() && ::ftruncate(_file.get(), _size) != 0)
+        return errno;
+    for (qsizetype at = 0; at < _size;) {
+        const qsizetype end = bytes.indexOf('\n', at) + 1;
+        const QByteArray line = bytes.sliced(at, end - at);
+        if (const auto step = json::decodeDocument<MoveRecord>(line))
+            keep(*step);
+        else
+            _unreadable += line;
+        at = end;
+    }
+    return 0;
+}
+
+void MoveJournal::keep(const MoveRecord& step) {
+    _lastId = std::max(_lastId, step.id);
+    _records.insert_or_assign(step.id, step);
+}
+
+QList<MoveRecord> MoveJournal::records() const {
+    QList<MoveRecord> open;
+    for (const auto& [id, record] : _records)
+        if (record.phase != MovePhase::closed)
+            open.append(record);
+    return open;
+}
+
+bool MoveJournal::append(const QList<MoveRecord>& steps) {
+    QByteArray lines;
+    for (const MoveRecord& step : steps)
+        lines += lineOf(step);
+    if (_size < 0 || _size + lines.size() > mostBytes)
+        return false;
+    if (writeAll(_file.get(), lines) != 0 || flushToDisk(_file.get()) != 0) {
+        // What was written of it must not run into the next line.
+        if (::ftruncate(_file.get(), _size) != 0)
+            _size = -1;
+        return false;
+    }
+    _size += lines.size();
+    for (const MoveRecord& step : steps)
+        keep(step);
+    return true;
+}
+
+void MoveJournal::compact(const std::function<bool(const MoveRecord&)>& isGone) {
+    if (_size < worthCompacting)
+        return;
+    QByteArray lines = _unreadable;
+    for (const auto& [id, record] : _records) {
+        const bool isOver =
+            record.phase == MovePhase::closed || (record.phase == MovePhase::trashed && isGone(record));
+        if (!isOver) {
+            lines += lineOf(record);
+        } else if (id == _lastId) {
+            // Its number stays taken: something else may be kept under it.
+            MoveRecord last = record;
+            last.phase = MovePhase::closed;
+            lines += lineOf(last);
+        }
+    }
+    if (lines.size() > _size / 2 || !replaceFile(_folder + '/' + fileName, lines))
+        return;
+    if (auto renewed = open(_folder))
+        *this = *std::move(renewed);
+    else
+        _size = -1;
 }
 
 } // namespace tessellar

@@ -9,7 +9,8 @@ const QString polkitTool = QStringLiteral("/usr/bin/pkcheck");
 
 /// Before the digest is made, and before anything is asked of anyone.
 bool isBounded(const PrivilegedFileOperationRequest& request) {
-    if (request.items.size() > helper_limits::items)
+    if (request.items.size() > helper_limits::items ||
+        request.application.value_or(QString()).toUtf8().size() > helper_limits::nameBytes)
         return false;
     for (const PrivilegedFileOperationItem& item : request.items)
         for (const QString& path : {item.source, item.destination.value_or(QString())})
@@ -18,37 +19,85 @@ bool isBounded(const PrivilegedFileOperationRequest& request) {
     return true;
 }
 
+using Answer = AuthorizationCheck::Answer;
+
+constexpr int dismissed = 3; ///< the tool's exit status
+constexpr qsizetype itemsNamed = 3;
+constexpr qsizetype longestText = 100;
+
+QByteArray actionOf(PrivilegedFileOperationKind kind) {
+    const QByteArray service = removalHelperService.toLatin1();
+    switch (kind) {
+    case PrivilegedFileOperationKind::healthCheck:
+    case PrivilegedFileOperationKind::moveToTrash:
+        break;
+    case PrivilegedFileOperationKind::restoreFromTrash:
+        return service + ".restore";
+    case PrivilegedFileOperationKind::remove:
+        return service + ".delete";
+    }
+    return service + ".trash";
+}
+
+QString printable(const QString& text) {
+    QString clean;
+    for (const QChar c : text)
+        clean += c.isPrint() || c.isSurrogate() ? c : QChar(u'?');
+    if (clean.size() > longestText)
+        clean = clean.left(longestText / 2) + QChar(u'…') + clean.right(longestText / 2);
+    return u'“' + clean + u'”';
+}
+
 } // namespace
 
-std::expected<void, AuthorizationError> PolkitCheck::check(const PeerCredentials& peer,
-                                                           const QByteArray&, std::stop_token stop) {
+QByteArray promptItems(const PrivilegedFileOperationRequest& request) {
+    const bool isReturning = request.operation == PrivilegedFileOperationKind::restoreFromTrash;
+    const qsizetype named = std::min(request.items.size(), itemsNamed);
+    QStringList names;
+    for (const PrivilegedFileOperationItem& item : request.items.first(named))
+        names.append(printable(isReturning ? item.destination.value_or(item.source) : item.source));
+    QString text = names.join(QStringLiteral(", "));
+    if (const qsizetype more = request.items.size() - named; more > 0)
+        text += QStringLiteral(" and %1 more").arg(more);
+    return text.toUtf8();
+}
+
+QByteArray promptApplication(const PrivilegedFileOperationRequest& request) {
+    return request.application ? printable(*request.application).toUtf8()
+                               : QByteArrayLiteral("an application");
+}
+
+Answer PolkitCheck::check(const PeerCredentials& peer, const PrivilegedFileOperationRequest& request,
+                          const QByteArray&, std::stop_token stop) {
     if (peer.user == 0)
-        return {};
+        return Answer::granted;
     const auto start = processStartTime(peer.process);
     if (!start || !_files.isExecutableFile(polkitTool))
-        return std::unexpected(AuthorizationError::denied);
+        return Answer::denied;
     const QByteArray process = QByteArray::number(qint64(peer.process)) + ',' +
                                QByteArray::number(quint64(*start)) + ',' +
                                QByteArray::number(peer.user);
     const CommandResult result =
         _commands.run({.executable = _files.hostPath(polkitTool),
-                       .arguments = {"--action-id", "com.tessellar.app.removal-helper.manage",
-                                     "--process", process, "--allow-user-interaction"},
+                       .arguments = {"--action-id", actionOf(request.operation), "--process", process,
+                                     "--detail", "application", promptApplication(request), "--detail",
+                                     "items", promptItems(request), "--allow-user-interaction"},
                        .environment = {{"PATH", "/usr/bin:/bin"}},
                        .timeout = std::chrono::minutes(5),
                        .maximumOutput = 64u << 10,
                        .input = {}},
                       stop);
-    if (!result.succeeded())
-        return std::unexpected(AuthorizationError::denied);
-    return {};
+    if (result.succeeded())
+        return Answer::granted;
+    return result.outcome == CommandResult::Outcome::exited && result.exitStatus == dismissed
+               ? Answer::canceled
+               : Answer::denied;
 }
 
-std::expected<void, AuthorizationError> GrantCheck::check(const PeerCredentials& peer,
-                                                          const QByteArray& grant, std::stop_token) {
-    if (peer.user != 0 && !isAdministratorGrant(grant))
-        return std::unexpected(AuthorizationError::denied);
-    return {};
+AuthorizationCheck::Answer GrantCheck::check(const PeerCredentials& peer,
+                                             const PrivilegedFileOperationRequest&,
+                                             const QByteArray& grant, std::stop_token) {
+    return peer.user == 0 || isAdministratorGrant(grant) ? Answer::granted : Answer::denied;
 }
 
 QByteArray RequestDesk::answer(const QByteArray& message, const PeerCredentials& peer,
@@ -60,33 +109,38 @@ PrivilegedFileOperationResponse RequestDesk::respond(const QByteArray& message,
                                                      const PeerCredentials& peer,
                                                      const QByteArray& nonce, std::stop_token stop) {
     const auto request = json::decodeDocument<PrivilegedFileOperationRequest>(message);
+    PrivilegedFileOperationResponse response{.id = request ? request->id : QUuid()};
+    const auto refuse = [&](AuthorizationError error) {
+        response.error = error;
+        return response;
+    };
     if (!request || !isBounded(*request))
-        return {.id = request ? request->id : QUuid(), .error = AuthorizationError::malformed};
-    PrivilegedFileOperationResponse response{.id = request->id};
-    const auto client = _clientOf(peer.user);
-    if (const auto authorized = authorize(*request, peer, nonce, stop); !authorized)
-        response.error = authorized.error();
-    else if (!client)
-        response.error = AuthorizationError::denied;
-    else
-        response.outcomes = _operations.perform(*request, *client, stop);
-    return response;
-}
-
-std::expected<void, AuthorizationError>
-RequestDesk::authorize(const PrivilegedFileOperationRequest& request, const PeerCredentials& peer,
-                       const QByteArray& nonce, std::stop_token stop) {
-    if (request.authorization.isEmpty())
-        return std::unexpected(AuthorizationError::missing);
-    const auto approval = json::decodeDocument<AdministratorApproval>(request.authorization);
+        return refuse(AuthorizationError::malformed);
+    if (request->authorization.isEmpty())
+        return refuse(AuthorizationError::missing);
+    const auto approval = json::decodeDocument<AdministratorApproval>(request->authorization);
     if (!approval)
-        return std::unexpected(AuthorizationError::malformed);
-    if (nonce.isEmpty() || approval->nonce != nonce || approval->digest != requestDigest(request))
-        return std::unexpected(AuthorizationError::invalid);
+        return refuse(AuthorizationError::malformed);
+    if (nonce.isEmpty() || approval->nonce != nonce || approval->digest != requestDigest(*request))
+        return refuse(AuthorizationError::invalid);
     // Whether it is there may be asked by anyone who could see its socket.
-    if (request.operation == PrivilegedFileOperationKind::healthCheck && request.items.isEmpty())
-        return {};
-    return _authorization.check(peer, approval->grant, stop);
+    if (request->operation == PrivilegedFileOperationKind::healthCheck && request->items.isEmpty())
+        return response;
+    const auto client = _clientOf(peer.user);
+    if (!client)
+        return refuse(AuthorizationError::denied);
+    switch (_authorization.check(peer, *request, approval->grant, stop)) {
+    case Answer::granted:
+        response.outcomes = _operations.perform(*request, *client, stop);
+        break;
+    case Answer::denied:
+        return refuse(AuthorizationError::denied);
+    case Answer::canceled:
+        response.outcomes = QList<PrivilegedFileOperationOutcome>(
+            request->items.size(), {.message = administratorApprovalCanceled});
+        break;
+    }
+    return response;
 }
 
 } // namespace tessellar

@@ -8,34 +8,41 @@
 
 namespace tessellar {
 
-/// Whether the system grants a process an administrator's rights.
+/// Whether the system grants a process an administrator's rights, for one request.
 class AuthorizationCheck {
 public:
+    enum class Answer { granted, denied, canceled };
     virtual ~AuthorizationCheck() = default;
-    virtual std::expected<void, AuthorizationError>
-    check(const PeerCredentials& peer, const QByteArray& grant, std::stop_token stop) = 0;
+    virtual Answer check(const PeerCredentials& peer, const PrivilegedFileOperationRequest& request,
+                         const QByteArray& grant, std::stop_token stop) = 0;
 };
 
-/// Asks the desktop's authority with its own tool, by its fixed place and with nothing that the peer
-/// sent; it may prompt the user. Without that tool only root is granted anything. The one child that
-/// the helper ever starts.
+/// Asks the desktop's authority with its own tool, by its fixed place; it may prompt the user, and the
+/// prompt says what is to be done to which items. Each kind of operation is an action of its own, so
+/// that an approval of one is none of another. Without that tool only root is granted anything. The
+/// one child that the helper ever starts.
 class PolkitCheck final : public AuthorizationCheck {
 public:
     PolkitCheck(const FileSystem& files, CommandRunner& commands)
         : _files(files), _commands(commands) {}
-    std::expected<void, AuthorizationError> check(const PeerCredentials& peer, const QByteArray& grant,
-                                                  std::stop_token stop) override;
+    Answer check(const PeerCredentials& peer, const PrivilegedFileOperationRequest& request,
+                 const QByteArray& grant, std::stop_token stop) override;
 
 private:
     const FileSystem& _files;
     CommandRunner& _commands;
 };
 
+/// What a prompt says of a request's items, and of whose they are. Whoever asks chose these texts: they
+/// are short, on one line and without characters that would turn it about.
+QByteArray promptItems(const PrivilegedFileOperationRequest& request);
+QByteArray promptApplication(const PrivilegedFileOperationRequest& request);
+
 /// Checks the grant that the request carries, where the system makes such.
 class GrantCheck final : public AuthorizationCheck {
 public:
-    std::expected<void, AuthorizationError> check(const PeerCredentials& peer, const QByteArray& grant,
-                                                  std::stop_token stop) override;
+    Answer check(const PeerCredentials& peer, const PrivilegedFileOperationRequest& request,
+                 const QByteArray& grant, std::stop_token stop) override;
 };
 
 /// Answers one message with one reply, whatever the message is.
@@ -53,9 +60,6 @@ public:
 private:
     PrivilegedFileOperationResponse respond(const QByteArray& message, const PeerCredentials& peer,
                                             const QByteArray& nonce, std::stop_token stop);
-    std::expected<void, AuthorizationError> authorize(const PrivilegedFileOperationRequest& request,
-                                                      const PeerCredentials& peer,
-                                                      const QByteArray& nonce, std::stop_token stop);
 
     FileOperations& _operations;
     AuthorizationCheck& _authorization;

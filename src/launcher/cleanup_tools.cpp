@@ -3,6 +3,8 @@
 #include "platform/host_traits.h"
 #include "smartfolders/bundle_tools.h"
 
+#include <algorithm>
+
 namespace tessellar {
 
 CleanupTools::CleanupTools(Machine& machine_, HelperSetupBroker::Present present)
@@ -10,11 +12,12 @@ CleanupTools::CleanupTools(Machine& machine_, HelperSetupBroker::Present present
     , interpreter(machine_)
     , running(machine_, interpreter)
     , _finder(machine_.files, interpreter)
+    , _agents(machine_)
     , _desktop(machine_)
     , _onlooker(running)
     // Inside the root: the helper of this very computer knows nothing of a Mac that lies in a folder,
     // and must not take its paths for its own.
-    , _transport(machine_.files.hostPath(QString::fromLatin1(LocalSocketTransport::defaultPath())))
+    , _transport(machine_.files.hostPath(QString::fromLatin1(removalHelperSocket())))
     , _coordinator([&] {
         const QString setup = helperSetupFolder();
         if (machine_.files.hostRoot() == u"/" && !setup.isEmpty())
@@ -51,14 +54,18 @@ AppRelatedFilesScanner::TeamOf CleanupTools::teams() const {
 }
 
 AppCleanupRemover CleanupTools::remover(bool mayAsk) {
+    QStringList trashFolders{FileSystem::joined(machine.places.home, QStringLiteral(".Trash")),
+                             _desktop.folder() + QStringLiteral("/files")};
+    if (!_finder.isAvailable())
+        std::ranges::reverse(trashFolders);
     return AppCleanupRemover(
         {.files = machine.files,
          .home = machine.places.home,
          .trash = trash(),
          .running = mayAsk ? static_cast<RunningApplications&>(running) : _onlooker,
          .administrator = _coordinator,
-         .trashFolders = {FileSystem::joined(machine.places.home, QStringLiteral(".Trash")),
-                          _desktop.folder() + QStringLiteral("/files")},
+         .agents = &_agents,
+         .trashFolders = std::move(trashFolders),
          .wait = mayAsk ? Wait(waitForReal)
                         : Wait([](std::chrono::milliseconds, std::stop_token) { return false; })});
 }

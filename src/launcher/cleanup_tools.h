@@ -32,9 +32,7 @@ private:
     class Onlooker final : public RunningApplications {
     public:
         explicit Onlooker(RunningApplications& running) : _running(running) {}
-        bool isRunning(const CleanupApplication& application) override {
-            return _running.isRunning(application);
-        }
+        Seen look(const CleanupApplication& application) override { return _running.look(application); }
         void askToQuit(const CleanupApplication&, std::stop_token) override {}
 
     private:
@@ -42,6 +40,7 @@ private:
     };
 
     FinderTrash _finder;
+    SystemLaunchAgents _agents;
     DesktopTrash _desktop;
     Onlooker _onlooker;
     LocalSocketTransport _transport;

@@ -115,7 +115,7 @@ void LauncherCleanup::measure() {
     _measuring = AppRelatedFilesScanner::startMeasuring(
         _machine, paths,
         [this](const QString& path, const MeasuredSize& size) {
-            _review.setSize(path, size.bytes);
+            _review.setSize(path, size);
             changed.notify();
         },
         [this] {
@@ -173,7 +173,7 @@ void LauncherCleanup::findRunning(std::function<void(bool)> done) {
     _looking = _machine.workers.run(
         Lane::actions,
         [tools = _tools, application = _review.application](std::stop_token) {
-            return tools->running.isRunning(application);
+            return tools->running.look(application) == RunningApplications::Seen::open;
         },
         std::move(done));
 }

@@ -54,11 +54,7 @@ BroughtBack bringBack(CleanupTools& tools, const CleanupRecord& record, bool asO
             }
             result.log.append({CleanupLogLine::Kind::failed, outcome.item.path,
                                name + QStringLiteral(": ") + *outcome.failure});
-            // What has left the Trash meanwhile will never come back.
-            const bool mayComeBack =
-                outcome.trashedPath &&
-                (outcome.isByHelper || isThere(files, *outcome.trashedPath, outcome.item.identity));
-            if (mayComeBack) {
+            if (!std::exchange(outcome.isGone, false)) {
                 CleanupItemResult kept = outcome;
                 kept.failure.reset();
                 result.rest.items.append(kept);

@@ -113,15 +113,6 @@ int writeAll(int file, const QByteArray& bytes) {
     return 0;
 }
 
-int flushToDisk(int file) {
-#ifdef F_FULLFSYNC
-    // fsync alone leaves the bytes in the drive's cache there.
-    if (retrying([&] { return ::fcntl(file, F_FULLFSYNC); }) == 0)
-        return 0;
-#endif
-    return retrying([&] { return ::fsync(file); }) == 0 ? 0 : errno;
-}
-
 /// Gives the new file the mode and owner of the one that it replaces.
 int adoptAttributes(int directory, const QByteArray& name, int file) {
     struct stat old {};
@@ -138,6 +129,15 @@ int adoptAttributes(int directory, const QByteArray& name, int file) {
 }
 
 } // namespace
+
+int flushToDisk(int file) {
+#ifdef F_FULLFSYNC
+    // fsync alone leaves the bytes in the drive's cache there.
+    if (retrying([&] { return ::fcntl(file, F_FULLFSYNC); }) == 0)
+        return 0;
+#endif
+    return retrying([&] { return ::fsync(file); }) == 0 ? 0 : errno;
+}
 
 std::expected<void, int> replaceFileAt(int directory, const QByteArray& name, const QByteArray& bytes) {
     auto temporary = TemporaryFile::create(directory);

@@ -26,4 +26,8 @@ std::expected<void, int> replaceFile(const QByteArray& hostPath, const QByteArra
 /// The same for a name in an open folder. `directory` must be open for reading.
 std::expected<void, int> replaceFileAt(int directory, const QByteArray& name, const QByteArray& bytes);
 
+/// What was written to a file, or changed in a folder, is on the disk afterwards, past the drive's
+/// cache. 0 or an errno.
+int flushToDisk(int descriptor);
+
 } // namespace tessellar

@@ -303,12 +303,14 @@ private:
 
 } // namespace
 
-std::expected<std::uint64_t, int> WalkEntry::size() const {
+std::expected<WalkEntry::Space, int> WalkEntry::spaceAt(int folder, const char* name) {
     struct stat status {};
-    // The name is the system's own, with its zero.
-    if (::fstatat(folder, name.data(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (::fstatat(folder < 0 ? AT_FDCWD : folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return std::unexpected(errno);
-    return static_cast<std::uint64_t>(status.st_size);
+    return Space{.allocated = static_cast<std::uint64_t>(status.st_blocks) * 512,
+                 .links = static_cast<std::uint64_t>(status.st_nlink),
+                 .device = static_cast<std::uint64_t>(status.st_dev),
+                 .inode = static_cast<std::uint64_t>(status.st_ino)};
 }
 
 WalkResult walkDirectory(const FileSystem& files, const QString& path, const WalkOptions& options,

@@ -20,9 +20,18 @@ struct WalkEntry {
     int depth = 0;   ///< 1 for the entries of the folder where the walk began
     int folder = -1; ///< the directory's descriptor
 
-    /// Bytes of the entry itself, or an errno. However deep it lies, this costs one call, where a path
-    /// would be looked up from the root.
-    std::expected<std::uint64_t, int> size() const;
+    /// What the entry itself takes on the disk.
+    struct Space {
+        std::uint64_t allocated = 0; ///< bytes
+        std::uint64_t links = 1;     ///< names that the file has
+        std::uint64_t device = 0;
+        std::uint64_t inode = 0;
+    };
+    /// Or an errno. However deep it lies, this costs one call, where a path would be looked up from the
+    /// root.
+    std::expected<Space, int> space() const { return spaceAt(folder, name.data()); }
+    /// Of a name in an open folder, or, without one, of a path of the host.
+    static std::expected<Space, int> spaceAt(int folder, const char* name);
     QString path() const { return FileSystem::joined(directory, FileSystem::fromHostBytes(name)); }
 };
 

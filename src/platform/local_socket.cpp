@@ -22,7 +22,7 @@ namespace {
 using std::chrono::milliseconds;
 using Time = std::chrono::steady_clock::time_point;
 
-constexpr int backlog = 16;
+constexpr int backlog = 128;
 constexpr int firstInherited = 3;
 
 std::expected<sockaddr_un, int> addressOf(const QByteArray& path) {

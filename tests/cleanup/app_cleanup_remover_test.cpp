@@ -45,10 +45,22 @@ private:
 
 class FakeRunning final : public RunningApplications {
 public:
-    bool isRunning(const CleanupApplication&) override { return looksLeft-- > 0; }
+    Seen look(const CleanupApplication&) override {
+        return isHidden ? Seen::unknown : looksLeft-- > 0 ? Seen::open : Seen::closed;
+    }
     void askToQuit(const CleanupApplication&, std::stop_token) override { ++asked; }
     int looksLeft = 0;
     int asked = 0;
+    bool isHidden = false;
+};
+
+class FakeAgents final : public LaunchAgents {
+public:
+    bool unload(const QString& propertyList, std::stop_token) override {
+        unloaded.append(propertyList);
+        return true;
+    }
+    QStringList unloaded;
 };
 
 class FakeAdministrator final : public AdminMover {
@@ -64,6 +76,8 @@ public:
     QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>&, std::stop_token) override {
         return {};
     }
+    bool isThere(std::stop_token) override { return answers; }
+    bool answers = true;
     QList<AdminMove> asked;
     QString answer = administratorApprovalCanceled;
 };
@@ -93,12 +107,14 @@ protected:
     WatchedTrash trash{mac.machine};
     FakeRunning running;
     FakeAdministrator administrator;
+    FakeAgents agents;
     AppCleanupRemover remover{
         {.files = mac.files,
          .home = u"/Users/ada"_s,
          .trash = trash,
          .running = running,
          .administrator = administrator,
+         .agents = &agents,
          .trashFolders = {u"/Users/ada/.Trash"_s, u"/Users/ada/.local/share/Trash/files"_s},
          .wait = [](std::chrono::milliseconds, std::stop_token) { return true; }}};
     const QString changed = u"It has changed since it was reviewed, and was left alone."_s;
@@ -144,6 +160,63 @@ TEST_F(AppCleanupRemoverTest, WhatATrashSaysIsComparedWithWhereTheItemsAre) {
     EXPECT_EQ(result.items[2].failure, u"Stuck."_s);
     for (const CleanupItemResult& back : remover.restore(result.items, {}))
         EXPECT_TRUE(mac.exists(back.item.path + u"/x"_s)) << back.item.path.toStdString();
+}
+
+TEST_F(AppCleanupRemoverTest, OnlyWhatIsCertainlyGoneFromItsTrashIsCalledGone) {
+    const auto removed = remover.remove(quill, {made(u"one"_s), made(u"two"_s)}, {}).items;
+    const QString bin = u"/Users/ada/.local/share/Trash/files"_s;
+    // The volume with the Trash is not there; then somebody may not look into it.
+    ASSERT_TRUE(mac.files.move(bin, u"/away"_s));
+    for (const CleanupItemResult& back : remover.restore(removed, {}))
+        EXPECT_TRUE(back.failure && !back.isGone);
+    mac.write(bin, "no folder");
+    for (const CleanupItemResult& back : remover.restore(removed, {}))
+        EXPECT_TRUE(back.failure && !back.isGone);
+    mac.remove(bin);
+    ASSERT_TRUE(mac.files.move(u"/away"_s, bin));
+    mac.remove(bin + u"/two"_s);
+    const auto back = remover.restore(removed, {});
+    EXPECT_EQ(back[0].item.path, caches + u"two"_s);
+    EXPECT_TRUE(back[0].isGone);
+    EXPECT_EQ(back[0].failure, u"It is no longer in the Trash."_s);
+    EXPECT_FALSE(back[1].failure);
+    EXPECT_TRUE(mac.exists(caches + u"one/x"_s));
+
+    // A helper that does not answer may have it still.
+    QList<CleanupItemResult> helpers{removed[1]};
+    helpers[0].isByHelper = true;
+    administrator.answers = false;
+    EXPECT_FALSE(remover.restore(helpers, {}).first().isGone);
+    administrator.answers = true;
+    EXPECT_TRUE(remover.restore(helpers, {}).first().isGone);
+}
+
+TEST_F(AppCleanupRemoverTest, LinksGoWithTheBundleAndAgentsAreEndedFirst) {
+    mac.write(u"/Users/ada/Tools/Quill.app/Contents/Info.plist"_s, "x");
+    mac.link(u"/Applications/Pen.app"_s, u"/Users/ada/Tools/Quill.app"_s);
+    quill.path = u"/Users/ada/Tools/Quill.app"_s;
+    const QString agent = u"/Users/ada/Library/LaunchAgents/com.example.quill.plist"_s;
+    mac.write(agent, "x");
+    const auto found =
+        AppRelatedFilesScanner(mac.files, u"/Users/ada"_s).scan(quill, {}, {}).value().files;
+    QStringList paths;
+    for (const RelatedFile& file : found)
+        paths.append(file.path);
+    EXPECT_EQ(paths, (QStringList{quill.path, u"/Applications/Pen.app"_s, agent}));
+    const auto result = remover.remove(quill, found, {});
+    EXPECT_EQ(agents.unloaded, QStringList{agent});
+    EXPECT_EQ(result.log.first().text, u"com.example.quill.plist: its agent was ended."_s);
+    EXPECT_EQ(mac.names(u"/Applications"_s), QStringList{u"Quill.app"_s});
+    for (const CleanupItemResult& back : remover.restore(result.items, {}))
+        EXPECT_FALSE(back.failure) << back.failure->toStdString();
+    EXPECT_TRUE(mac.files.exists(u"/Applications/Pen.app/Contents/Info.plist"_s));
+
+    // A link that leads elsewhere by now stays.
+    mac.remove(u"/Applications/Pen.app"_s);
+    mac.link(u"/Applications/Pen.app"_s, u"/Users/ada"_s);
+    RelatedFile link = found[1];
+    link.identity = item(link.path).identity;
+    EXPECT_EQ(failureOf(link), changed);
 }
 
 TEST_F(AppCleanupRemoverTest, NothingMovesThatCouldNotBeWrittenDown) {
@@ -251,8 +324,15 @@ TEST_F(AppCleanupRemoverTest, ProtectedShallowAndForeignPlacesStay) {
 
 TEST_F(AppCleanupRemoverTest, ARunningApplicationIsAskedFirstAndNothingMovesWhileItStays) {
     running.looksLeft = 3;
-    EXPECT_EQ(remover.remove(quill, {made(u"one"_s)}, {}).stillRunning, QStringList());
+    QStringList told;
+    const auto tell = [&](const CleanupRemovalProgress& state) { told.append(state.text()); };
+    EXPECT_EQ(remover.remove(quill, {made(u"one"_s)}, {}, tell).stillRunning, QStringList());
     EXPECT_EQ(running.asked, 1);
+    EXPECT_EQ(told, (QStringList{u"Waiting for Quill to quit…"_s, u"one"_s, QString()}));
+    running.isHidden = true;
+    EXPECT_EQ(failureOf(made(u"three"_s)),
+              u"It could not be found out whether Quill is open. Try again."_s);
+    running.isHidden = false;
     running.looksLeft = 1'000;
     const auto result = remover.remove(quill, {made(u"two"_s), item(quill.path, appBundle)}, {});
     EXPECT_EQ(result.stillRunning, QStringList{u"Quill"_s});
@@ -270,7 +350,8 @@ TEST_F(AppCleanupRemoverTest, ARefusedPromptStopsOnlyWhatNeedsIt) {
     EXPECT_EQ(result.log[0].text, u"com.example.quill.plist: administrator approval was canceled."_s);
     EXPECT_EQ(result.log[1].kind, CleanupLogLine::Kind::moved);
     EXPECT_EQ(administrator.asked,
-              QList<AdminMove>({{.path = daemon.path, .identity = daemon.identity}}));
+              QList<AdminMove>(
+                  {{.path = daemon.path, .identity = daemon.identity, .application = u"Quill"_s}}));
 
     std::stop_source stop;
     stop.request_stop();
@@ -289,9 +370,14 @@ TEST(SystemRunningApplicationsTest, KnowsProcessesByTheirBundleAndQuitsByIdentif
     CleanupApplication quill{.names = {u"Quill"_s},
                              .bundleIdentifier = u"com.example.Quill"_s,
                              .path = u"/Applications/Quill.app"_s};
-    EXPECT_FALSE(running.isRunning(quill));
+    using Seen = RunningApplications::Seen;
+    EXPECT_EQ(running.look(quill), Seen::closed);
     processes += bundle + "/Contents/MacOS/Quill\n";
-    EXPECT_TRUE(running.isRunning(quill));
+    EXPECT_EQ(running.look(quill), Seen::open);
+    mac.tool(u"/bin/ps"_s, test::exited(1));
+    EXPECT_EQ(running.look(quill), Seen::unknown);
+    mac.remove(u"/bin/ps"_s);
+    EXPECT_EQ(running.look(quill), Seen::closed); // a Mac in a folder
     running.askToQuit(quill, {});
     EXPECT_EQ(mac.commands.commands().last().input,
               "tell application id \"com.example.Quill\" to quit\n");

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <unistd.h>
+
 namespace tessellar {
 namespace {
 
@@ -93,7 +95,7 @@ TEST_F(AppRelatedFilesScannerTest, WhatIsAnotherApplicationsIsNotListed) {
     folder(u"Group Containers/TEAM.com.foo.bar.baz.shared"_s);
     folder(u"Application Support/Baz Studio/com.foo.bar"_s);
     const CleanupApplication bar = app(u"Bar"_s, u"com.foo.bar"_s);
-    EXPECT_THAT(offered(bar), testing::SizeIs(4));
+    EXPECT_THAT(offered(bar), testing::SizeIs(5));
     others = {bar, app(u"Barista"_s, u"com.foo.barista"_s), app(u"Baz Studio"_s, u"com.foo.bar.baz"_s)};
     EXPECT_THAT(offered(bar), ElementsAre(library + u"Application Support/com.foo.bar"_s));
 
@@ -101,7 +103,8 @@ TEST_F(AppRelatedFilesScannerTest, WhatIsAnotherApplicationsIsNotListed) {
     CleanupApplication copy = bar;
     copy.path = u"/Users/ada/Applications/Bar.app"_s;
     others.append(copy);
-    EXPECT_THAT(offered(bar), IsEmpty());
+    EXPECT_THAT(offered(bar), testing::SizeIs(1));
+    EXPECT_THAT(chosen(bar), IsEmpty());
     // What lies in the bundle itself goes with it.
     others.last().path = bar.path + u"/Contents/Applications/Bar.app"_s;
     EXPECT_THAT(offered(bar), testing::SizeIs(1));
@@ -133,7 +136,7 @@ TEST_F(AppRelatedFilesScannerTest, AVendorsFolderBelongsToNoneOfItsProducts) {
 
 TEST_F(AppRelatedFilesScannerTest, AFolderInWhichAnotherApplicationKeepsFilesIsNotChosen) {
     const QString own = library + u"Application Support/com.acme.suite"_s;
-    folder(u"Application Support/com.acme.suite/com.acme.suite.draw"_s);
+    folder(u"Application Support/com.acme.suite/Products/2024/com.acme.suite.draw"_s);
     folder(u"Application Support/com.acme.suite/com.acme.suite.cache"_s);
     const CleanupApplication suite = app(u"Zed"_s, u"com.acme.suite"_s);
     EXPECT_THAT(chosen(suite), ElementsAre(own));
@@ -174,15 +177,15 @@ TEST_F(AppRelatedFilesScannerTest, DoubtfulIdentifiersChooseNoMoreThanTheirVeryN
     EXPECT_THAT(chosen(app(u"Zed"_s, u"com.acme.notes"_s)),
                 ElementsAre(library + u"Caches/com.acme.notes"_s));
     EXPECT_THAT(chosen(app(u"Zed"_s, u"com.apple.finder"_s)), IsEmpty());
-    EXPECT_THAT(offered(app(u"Finder"_s, u"com.acme.finder"_s)), IsEmpty());
+    EXPECT_THAT(offered(app(u"Finder"_s, u"org.other.finder"_s)), IsEmpty());
     for (const QString& bad : {u""_s, u"com"_s, u"/"_s, u"../../com.acme"_s, u"com.acme/../.."_s})
         EXPECT_THAT(offered(app(u"Zed"_s, bad)), IsEmpty()) << bad.toStdString();
 }
 
-TEST_F(AppRelatedFilesScannerTest, GoesThreeLevelsDeepIntoNeitherPackagesNorLinks) {
+TEST_F(AppRelatedFilesScannerTest, GoesFourLevelsDeepIntoNeitherPackagesNorLinks) {
     const QString id = u"com.acme.notes"_s;
-    folder(u"Application Support/A/B/"_s + id);
     folder(u"Application Support/A/B/C/"_s + id);
+    folder(u"Application Support/A/B/C/D/"_s + id);
     folder(u"Application Support/Tool.app/"_s + id);
     folder(u"Application Support/Zebra/"_s + id + u"/deeper/"_s + id);
     folder(u"Containers/Other/"_s + id);
@@ -193,7 +196,7 @@ TEST_F(AppRelatedFilesScannerTest, GoesThreeLevelsDeepIntoNeitherPackagesNorLink
     mac.link(library + u"Caches/"_s + id, u"/Users/ada/Elsewhere"_s);
     mac.link(library + u"WebKit"_s, u"/Users/ada/Elsewhere"_s);
     EXPECT_THAT(offered(app(u"Zed"_s, id)),
-                ElementsAre(library + u"Application Support/A/B/"_s + id,
+                ElementsAre(library + u"Application Support/A/B/C/"_s + id,
                             library + u"Application Support/Zebra/"_s + id,
                             library + u"Preferences/ByHost/"_s + id + u".ABC"_s));
 }
@@ -224,11 +227,23 @@ TEST_F(AppRelatedFilesScannerTest, TellsOfRightsProgressSizesAndStops) {
     ASSERT_EQ(found->files.size(), 2);
     EXPECT_FALSE(found->files[0].needsAdministrator); // the user's own is Finder's to ask for
     EXPECT_TRUE(found->files[1].needsAdministrator);
-    ASSERT_EQ(told.size(), 16);
-    EXPECT_EQ(told.last(), (RelatedFilesProgress{15, 15, {}, 2}));
+    ASSERT_EQ(told.size(), 17);
+    EXPECT_EQ(told.last(), (RelatedFilesProgress{16, 16, {}, 2}));
 
-    EXPECT_EQ(AppRelatedFilesScanner::measure(mac.files, found->files[0].path, {}),
-              (MeasuredSize{7, true}));
+    const auto size = [&] {
+        return AppRelatedFilesScanner::measure(mac.files, found->files[0].path, {});
+    };
+    const MeasuredSize before = size();
+    EXPECT_TRUE(before.isComplete);
+    // A sparse file takes no space of its own, a second name none at all.
+    const QString folderPath = mac.hostPath(found->files[0].path);
+    QFile sparse(folderPath + u"/sparse"_s);
+    ASSERT_TRUE(sparse.open(QIODevice::WriteOnly) && sparse.resize(1 << 30));
+    mac.write(found->files[0].path + u"/full"_s, QByteArray(64 << 10, 'x'));
+    ASSERT_EQ(::link((folderPath + u"/full"_s).toUtf8().constData(),
+                     (folderPath + u"/again"_s).toUtf8().constData()),
+              0);
+    EXPECT_EQ(size().bytes - before.bytes, 64u << 10);
     std::stop_source stop;
     stop.request_stop();
     EXPECT_FALSE(scanner.scan(notes, {}, stop.get_token()));
@@ -251,15 +266,14 @@ TEST_F(AppRelatedFilesScannerTest, RunsOnAWorkerAndIsDroppedWhenCancelled) {
     EXPECT_EQ(arrived, 1);
 }
 
-TEST_F(AppRelatedFilesScannerTest, AsksForTeamsOnceAndOnlyWhereAGroupIsAtStake) {
+TEST_F(AppRelatedFilesScannerTest, AsksForItsOwnTeamOnceAndOnlyWhereAGroupIsAtStake) {
     folder(u"Caches/com.acme.notes"_s);
     QStringList asked;
-    QHash<QString, QString> teams{{u"Notes"_s, u"TEAM"_s}, {u"Other"_s, u"OTHER"_s}};
     const AppRelatedFilesScanner asking(
         mac.files, u"/Users/ada"_s, {},
         [&](const CleanupApplication& application, std::stop_token) -> std::optional<QString> {
             asked.append(application.names.first());
-            return teams.value(application.names.first());
+            return u"TEAM"_s;
         });
     const auto notes = app(u"Notes"_s, u"com.acme.notes"_s, std::nullopt);
     others = {notes, app(u"Other"_s, u"org.other.thing"_s, std::nullopt)};
@@ -269,9 +283,79 @@ TEST_F(AppRelatedFilesScannerTest, AsksForTeamsOnceAndOnlyWhereAGroupIsAtStake) 
     folder(u"Group Containers/group.com.acme.notes"_s);
     const auto isContested = [&] { return asking.scan(notes, others, {})->files.last().isContested; };
     EXPECT_FALSE(isContested());
-    EXPECT_EQ(asked, (QStringList{u"Notes"_s, u"Other"_s}));
-    teams[u"Other"_s] = u"TEAM"_s;
+    EXPECT_EQ(asked, QStringList{u"Notes"_s});
+    others.append(app(u"Draw"_s, u"com.acme.draw"_s, std::nullopt));
     EXPECT_TRUE(isContested());
+    others.last() = app(u"Sketch"_s, u"org.sketch.app"_s, u"TEAM"_s);
+    EXPECT_TRUE(isContested());
+}
+
+TEST_F(AppRelatedFilesScannerTest, OfTwoNamesTheNearerOneCountsAndATieIsShownToBoth) {
+    const CleanupApplication bench = app(u"Photo Bench"_s, u"com.acme.bench"_s);
+    const CleanupApplication pro = app(u"Photo Bench Pro"_s, u"com.acme.benchpro"_s);
+    const CleanupApplication cord = app(u"Cord"_s, u"com.cord.Cord"_s);
+    const CleanupApplication canary = app(u"Cord Canary"_s, u"com.cord.CordCanary"_s);
+    others = {bench, pro, cord, canary, app(u"Acme Desktop"_s, u"com.other.desktop"_s)};
+    for (const QString& name : {u"Photo Bench"_s, u"Photo Bench Pro"_s, u"Photobooth"_s, u"cord"_s,
+                                u"cordcanary"_s, u"com.cord.Cord.desktop.ShipIt"_s})
+        folder(u"Application Support/"_s + name);
+    const auto names = [&](const CleanupApplication& application) {
+        QStringList found;
+        for (const QString& path : offered(application))
+            found.append(FileSystem::fileName(path));
+        return found;
+    };
+    EXPECT_THAT(names(bench), ElementsAre(u"Photo Bench"_s, u"Photobooth"_s));
+    EXPECT_THAT(names(pro), ElementsAre(u"Photo Bench Pro"_s, u"Photobooth"_s));
+    EXPECT_TRUE(scan(bench).files.last().reason.endsWith(u"May also belong to Photo Bench Pro."_s));
+    EXPECT_THAT(names(cord), UnorderedElementsAre(u"cord"_s, u"com.cord.Cord.desktop.ShipIt"_s));
+    EXPECT_THAT(names(canary), ElementsAre(u"cordcanary"_s));
+    // Words of others take no tick from what an identifier ties.
+    EXPECT_THAT(chosen(cord),
+                ElementsAre(library + u"Application Support/com.cord.Cord.desktop.ShipIt"_s));
+}
+
+TEST_F(AppRelatedFilesScannerTest, TheSystemsOwnFoldersAreNobodysLeftovers) {
+    for (const QString& name : {u"MobileSync/Backup"_s, u"Dock"_s, u"AddressBook"_s})
+        folder(u"Application Support/"_s + name);
+    for (const QString& name :
+         {u"Backup"_s, u"Dock Manager"_s, u"Address Book Manager"_s, u"AddressBook"_s, u"MobileSync"_s})
+        EXPECT_THAT(offered(app(name, u"com.acme.thing"_s)), IsEmpty()) << name.toStdString();
+    // Nor is another product of the vendor's.
+    folder(u"Application Support/LogiOptionsPlus"_s);
+    folder(u"Application Support/Epic"_s);
+    EXPECT_THAT(offered(app(u"Logitech Options"_s)), IsEmpty());
+    EXPECT_THAT(offered(app(u"Epic Games Launcher"_s)), IsEmpty());
+}
+
+TEST_F(AppRelatedFilesScannerTest, WhatIsTiedByMoreThanItsName) {
+    const auto list = [&](const QString& path, const QByteArray& body) {
+        mac.write(path, "<plist><dict>" + body + "</dict></plist>");
+    };
+    const QString daemon = u"/Library/LaunchDaemons/net.vendor.d.plist"_s;
+    list(daemon, "<key>ProgramArguments</key><array><string>/Applications/Zed.app/Contents/d</string>"
+                 "</array>");
+    list(u"/Library/LaunchDaemons/net.vendor.e.plist"_s,
+         "<key>Program</key><string>/Applications/Zed2.app/Contents/d</string>");
+    const QString container = library + u"Containers/0F2C3C4E-5A0B-4C51-9F4E-6D1A2B3C4D5E"_s;
+    list(container + u"/.com.apple.containermanagerd.metadata.plist"_s,
+         "<key>MCMMetadataIdentifier</key><string>com.acme.zed</string>");
+    folder(u"Application Scripts/com.acme.zed"_s);
+    folder(u"Application Scripts/Zed"_s);
+    folder(u"Caches/com.acme.helper"_s);
+    const CleanupApplication zed = app(u"Zed"_s, u"com.acme.zed"_s);
+    const QString scripts = library + u"Application Scripts/com.acme.zed"_s;
+    EXPECT_THAT(chosen(zed), UnorderedElementsAre(daemon, container, scripts));
+    const QString sibling = library + u"Caches/com.acme.helper"_s;
+    EXPECT_THAT(offered(zed), UnorderedElementsAre(daemon, container, scripts, sibling));
+    others = {app(u"Else"_s, u"com.acme.helper"_s)};
+    EXPECT_THAT(offered(zed), UnorderedElementsAre(daemon, container, scripts));
+    // An identifier of an odd form stands for its very self alone.
+    mac.write(library + u"Preferences/com.foo.My App.plist"_s, "x");
+    mac.write(library + u"Preferences/Sketchy.plist"_s, "x");
+    EXPECT_THAT(chosen(app(u"Q"_s, u"com.foo.My App"_s)), testing::SizeIs(1));
+    EXPECT_THAT(chosen(app(u"Q"_s, u"Sketchy"_s)), IsEmpty());
+    EXPECT_THAT(offered(app(u"Q"_s, u"Sketchy"_s)), testing::SizeIs(1));
 }
 
 TEST(ProtectionClassTest, IsOfThePlaceThatLinksLeadTo) {

@@ -1,3 +1,4 @@
+#include "privileged/numbered_name.h"
 #include "tests/helper/helper_fixture.h"
 #include "tests/platform/disk_folder.h"
 
@@ -81,18 +82,90 @@ TEST_F(FileOperationsTest, MovesToTheTrashAndRestoresWhatItTook) {
     EXPECT_EQ(perform(Kind::restoreFromTrash, back).status, Status::failed); // once
 }
 
-TEST_F(FileOperationsTest, RestoresAfterARestartThatNumberedTheVolumesAnew) {
+TEST_F(FileOperationsTest, RestoresAfterARestartThatNumberedTheVolumesAnewAndARenameInTheTrash) {
     const auto moved = perform(Kind::moveToTrash, item(daemon));
     ASSERT_EQ(moved.status, Status::moved);
-    const MoveJournal journal(state.path().toUtf8());
-    auto records = journal.read();
-    ASSERT_TRUE(records && records->size() == 1);
-    records->first().identity.device += 7;
-    ASSERT_TRUE(journal.write(*records));
+    {
+        auto journal = MoveJournal::open(state.path().toUtf8());
+        ASSERT_TRUE(journal && journal->records().size() == 1);
+        MoveRecord record = journal->records().first();
+        record.identity.device += 7;
+        ASSERT_TRUE(journal->append({record}));
+    }
+    const QString renamed = trash + u"/renamed"_s;
+    ASSERT_TRUE(mac.files.move(*moved.destination, renamed));
+    EXPECT_EQ(perform(Kind::restoreFromTrash, {.source = renamed, .destination = daemon}).status,
+              Status::moved);
+    EXPECT_EQ(mac.read(daemon), "daemon");
+}
+
+TEST_F(FileOperationsTest, RecordsAreAppendedAndOutliveCutAndUnreadableLines) {
+    const QString journal = state.path() + u"/moves.journal"_s;
+    const auto bytes = [&] {
+        QFile file(journal);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const auto moved = perform(Kind::moveToTrash, item(daemon));
+    ASSERT_EQ(moved.status, Status::moved);
+    const QByteArray first = bytes();
+    QFile file(journal);
+    ASSERT_TRUE(file.open(QIODevice::Append) && file.write("rubbish\n{\"id\":\"9") > 0);
+    file.close();
+    const QString other = u"/Library/LaunchDaemons/com.acme.other.plist"_s;
+    mac.write(other, "other");
+    ASSERT_EQ(perform(Kind::moveToTrash, item(other)).status, Status::moved);
+    EXPECT_TRUE(bytes().startsWith(first + "rubbish\n{"));
     EXPECT_EQ(
         perform(Kind::restoreFromTrash, {.source = *moved.destination, .destination = daemon}).status,
         Status::moved);
-    EXPECT_EQ(mac.read(daemon), "daemon");
+    EXPECT_EQ(bytes().count("rubbish"), 1);
+}
+
+TEST_F(FileOperationsTest, ForgetsOnlyWhatHasLeftTheTrash) {
+    const auto moved = perform(Kind::moveToTrash, item(daemon));
+    ASSERT_EQ(moved.status, Status::moved);
+    {
+        auto journal = MoveJournal::open(state.path().toUtf8());
+        ASSERT_TRUE(journal);
+        QList<MoveRecord> many;
+        for (int i = 0; i < 6'000; ++i) {
+            MoveRecord gone = journal->records().first();
+            gone.id = journal->freshId();
+            gone.identity.inode += 1'000'000 + std::uint64_t(i);
+            many.append(gone);
+        }
+        ASSERT_TRUE(journal->append(many));
+    }
+    // Not while the Trash cannot be seen.
+    const QString aside = u"/Users/ada/aside"_s;
+    ASSERT_TRUE(mac.files.move(trash, aside));
+    operations.settle();
+    EXPECT_EQ(MoveJournal::open(state.path().toUtf8())->records().size(), 6'001);
+    ASSERT_TRUE(mac.files.move(aside, trash));
+    operations.settle();
+    EXPECT_EQ(MoveJournal::open(state.path().toUtf8())->records().size(), 1);
+    EXPECT_EQ(
+        perform(Kind::restoreFromTrash, {.source = *moved.destination, .destination = daemon}).status,
+        Status::moved);
+}
+
+TEST_F(FileOperationsTest, LongNamesAreCutBetweenCharacters) {
+    const QString name = QString(80, QChar(0x6F22)) + u".plist"_s; // 246 bytes
+    const QString path = u"/Library/LaunchDaemons/"_s + name;
+    for (int i = 0; i < 2; ++i) {
+        mac.write(path, QByteArray::number(i));
+        const auto moved = perform(Kind::moveToTrash, item(path));
+        ASSERT_EQ(moved.status, Status::moved) << moved.message.value_or(QString()).toStdString();
+        EXPECT_EQ(mac.read(*moved.destination), QByteArray::number(i));
+    }
+    // A family is one character.
+    const QByteArray family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
+    QByteArray stem = family;
+    while (stem.size() < 240)
+        stem += family;
+    EXPECT_EQ(numberedName(stem, 12), stem.first(252 / family.size() * family.size()) + " 12");
+    EXPECT_EQ(numberedName("archive.tar", 2), "archive 2.tar");
+    EXPECT_EQ(numberedName(".hidden", 2), ".hidden 2");
 }
 
 TEST_F(FileOperationsTest, AnExchangedFileInTheTrashDoesNotComeBack) {
@@ -144,9 +217,8 @@ TEST_F(FileOperationsTest, RefusesATrashOfSomeoneElseAndAJournalThatItCannotRead
     client.trashFolders = {u"/Users/ada/Linked"_s};
     EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).message, u"Your Trash could not be opened."_s);
     client.trashFolders = {trash};
-    QFile journal(state.path() + u"/moves.json"_s);
-    ASSERT_TRUE(journal.open(QIODevice::WriteOnly) && journal.write("torn") == 4);
-    journal.close();
+    QFile::remove(state.path() + u"/moves.journal"_s);
+    ASSERT_TRUE(QDir(state.path()).mkdir(u"moves.journal"_s));
     EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).status, Status::failed);
     EXPECT_EQ(mac.read(daemon), "daemon");
 }

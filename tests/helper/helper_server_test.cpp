@@ -17,16 +17,14 @@ using Kind = PrivilegedFileOperationKind;
 
 class FakeCheck final : public AuthorizationCheck {
 public:
-    std::expected<void, AuthorizationError> check(const PeerCredentials& peer, const QByteArray&,
-                                                  std::stop_token stop) override {
+    Answer check(const PeerCredentials& peer, const PrivilegedFileOperationRequest&, const QByteArray&,
+                 std::stop_token stop) override {
         asked.append(peer);
         if (prompting)
             prompting(stop);
-        if (isGranted)
-            return {};
-        return std::unexpected(AuthorizationError::denied);
+        return given;
     }
-    bool isGranted = true;
+    Answer given = Answer::granted;
     std::function<void(std::stop_token)> prompting; ///< what happens before it is granted
     QList<PeerCredentials> asked;
 };
@@ -79,10 +77,12 @@ TEST_F(HelperServerTest, AnApprovalIsGoodForOneRequestOnOneConnection) {
         EXPECT_EQ(answer(forged, "one").error, AuthorizationError::invalid);
     }
     EXPECT_TRUE(check.asked.isEmpty());
-    check.isGranted = false;
+    check.given = FakeCheck::Answer::denied;
     EXPECT_EQ(answer(asked, "one").error, AuthorizationError::denied);
+    check.given = FakeCheck::Answer::canceled;
+    EXPECT_EQ(answer(asked, "one").outcomes.first().message, administratorApprovalCanceled);
     EXPECT_EQ(mac.read(daemon), "daemon");
-    check.isGranted = true;
+    check.given = FakeCheck::Answer::granted;
     EXPECT_EQ(answer(asked, "one").outcomes.size(), 1);
     EXPECT_FALSE(mac.exists(daemon));
 }
@@ -162,22 +162,52 @@ TEST_F(HelperServerTest, AWordOfThePeerEndsAPromptAndNothingIsMoved) {
     EXPECT_EQ(mac.read(daemon), "daemon");
 }
 
-TEST(PolkitCheckTest, AsksTheAuthorityAboutTheVeryProcess) {
+TEST_F(HelperServerTest, OneUserLeavesTheOthersNeitherWaitingNorWithoutAPlace) {
+    auto listening = listenLocally(socketPath);
+    ASSERT_TRUE(listening);
+    std::vector<Descriptor> silent;
+    std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });
+    for (int i = 0; i < 40; ++i)
+        silent.push_back(connectLocally(socketPath).value());
+    // The first few are listened to; the others are closed unheard.
+    int heard = 0;
+    for (const Descriptor& socket : silent)
+        heard += readFrame(socket.get(), 1 << 20, 5s).has_value();
+    EXPECT_EQ(heard, 4);
+}
+
+TEST(PolkitCheckTest, AsksTheAuthorityAboutTheVeryProcessAndSaysWhatFor) {
+    using Answer = PolkitCheck::Answer;
     test::TestMachine mac;
     PolkitCheck check(mac.files, mac.commands);
-    EXPECT_TRUE(check.check({0, 1}, {}, {}));
+    PrivilegedFileOperationRequest request{
+        .operation = Kind::moveToTrash,
+        .items = QList<PrivilegedFileOperationItem>(5, {.source = u"/Library/\u202EAcme\n"_s}),
+        .application = u"Quill"_s};
+    EXPECT_EQ(check.check({0, 1}, request, {}, {}), Answer::granted);
     const PeerCredentials peer{1000, ::getpid()};
-    EXPECT_FALSE(check.check(peer, {}, {})); // no authority: only root
+    EXPECT_EQ(check.check(peer, request, {}, {}), Answer::denied); // no authority: only root
     int status = 0;
     mac.tool(u"/usr/bin/pkcheck"_s,
              [&](const Command&, std::stop_token) { return test::exited(status); });
-    EXPECT_TRUE(check.check(peer, {}, {}));
-    EXPECT_THAT(mac.commands.commands().last().arguments,
-                testing::Contains(QByteArray::number(::getpid()) + ',' +
-                                  QByteArray::number(quint64(*processStartTime(::getpid()))) +
-                                  ",1000"));
+    QSet<QByteArray> actions;
+    for (const Kind kind : {Kind::moveToTrash, Kind::restoreFromTrash, Kind::remove}) {
+        request.operation = kind;
+        EXPECT_EQ(check.check(peer, request, {}, {}), Answer::granted);
+        actions.insert(mac.commands.commands().last().arguments.value(1));
+    }
+    EXPECT_EQ(actions.size(), 3);
+    const auto arguments = mac.commands.commands().last().arguments;
+    EXPECT_THAT(arguments, testing::Contains(
+                               QByteArray::number(::getpid()) + ',' +
+                               QByteArray::number(quint64(*processStartTime(::getpid()))) + ",1000"));
+    EXPECT_THAT(arguments, testing::Contains("“Quill”"));
+    const QByteArray one = "“/Library/?Acme?”";
+    EXPECT_THAT(arguments, testing::Contains(one + ", " + one + ", " + one + " and 2 more"));
     status = 3;
-    EXPECT_FALSE(check.check(peer, {}, {}));
+    EXPECT_EQ(check.check(peer, request, {}, {}), Answer::canceled);
+    status = 1;
+    EXPECT_EQ(check.check(peer, request, {}, {}), Answer::denied);
 }
 
 } // namespace

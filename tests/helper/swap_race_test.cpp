@@ -1,4 +1,14 @@
+// Someone who owns the folders around an item exchanges files under the helper's hands: at every single
+// system call of it, and as fast as another thread can. Beside the helper stands a mover that looks,
+// renames, looks again and puts back; it loses, which shows that the attacks are real.
+//
+// TESSELLAR_RACE_ROUNDS sets how many rounds the threads race.
+
 #include "tests/helper/helper_fixture.h"
+#include "tests/helper/system_call_steps.h"
+#include "tests/platform/disk_folder.h"
+
+#include "platform/rooted_path.h"
 
 #include <gmock/gmock.h>
 
@@ -12,91 +22,332 @@
 namespace tessellar {
 namespace {
 
+namespace fs = std::filesystem;
 using namespace Qt::StringLiterals;
+using Kind = PrivilegedFileOperationKind;
+using Status = PrivilegedFileOutcomeStatus;
 
-/// A thread exchanges the folder around an item with a link to another folder, which holds a file of
-/// the same name, as fast as it can, while the item is moved to the Trash and back.
-class SwapRace : public testing::Test, protected test::HelperMac {
-protected:
-    static constexpr int rounds = 20'000;
+bool exchange(const fs::path& a, const fs::path& b) {
+    return ::syscall(SYS_renameat2, AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), 2 /* exchange */) == 0;
+}
+void occupy(const fs::path& path) {
+    const Descriptor made(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0644));
+}
 
-    SwapRace() {
-        mac.write(folder + u"/item"_s, "item");
-        mac.write(u"/victim/item"_s, "victim");
-        mac.link(u"/Library/Application Support/link"_s, u"../../victim"_s);
-        approved = identity(folder + u"/item"_s);
-        swapper = std::jthread([this](std::stop_token stop) {
-            const QByteArray a = mac.hostPath(folder).toUtf8();
-            const QByteArray b = mac.hostPath(u"/Library/Application Support/link"_s).toUtf8();
-            while (!stop.stop_requested()) {
-                ::syscall(SYS_renameat2, AT_FDCWD, a.constData(), AT_FDCWD, b.constData(),
-                          2 /* exchange */);
-                ++swaps;
-            }
-        });
+/// A Mac in memory with one item, "the item", which goes from one folder to another, and a stranger
+/// beside it in the folder that it leaves.
+class Arena {
+public:
+    Arena() { reset(); }
+
+    const fs::path& root() const { return _folder; }
+    fs::path at(const char* path) const { return _folder / path; }
+
+    /// Everything in its first place.
+    void reset() {
+        fs::remove_all(_folder / "Library");
+        fs::remove_all(_folder / "Users");
+        fs::remove_all(_folder / "state");
+        fs::create_directories(_folder / "Library/Application Support/Acme");
+        fs::create_directories(_folder / "Users/ada/.Trash");
+        fs::create_directories(_folder / "state");
+        test::writeFile(place, "the item");
+        test::writeFile(at("Library/Application Support/Acme/stranger"), "a stranger");
+        test::writeFile(at("Users/ada/.Trash/stranger"), "a stranger");
+        isTrashed = false;
+    }
+    FileOperations operations() const {
+        return FileOperations(QByteArray::fromStdString(_folder.string()),
+                              QByteArray::fromStdString((_folder / "state").string()));
+    }
+    Status perform(Kind kind) const {
+        const FileSystem files(QString::fromStdString(_folder.string()));
+        PrivilegedFileOperationItem item{.source = original};
+        if (kind == Kind::restoreFromTrash)
+            item = {.source = u"/Users/ada/.Trash/item"_s, .destination = original};
+        else if (const auto status = files.linkStatus(original))
+            item.approved = approved ? *approved : identityOf(*status);
+        return operations()
+            .perform({.operation = kind, .items = {item}}, {::getuid(), {u"/Users/ada/.Trash"_s}})
+            .first()
+            .status;
+    }
+    FileIdentity identity() const {
+        const FileSystem files(QString::fromStdString(_folder.string()));
+        return identityOf(files.linkStatus(original).value());
+    }
+    /// How many files of the arena, or of a folder of it, hold a text.
+    int count(const char* text, const fs::path& folder) const {
+        int found = 0;
+        for (const auto& entry : fs::recursive_directory_iterator(folder))
+            found += entry.is_regular_file() && test::readFile(entry.path()) == text;
+        return found;
+    }
+    int itemsLeft() const {
+        return count("the item", _folder / "Library") + count("the item", _folder / "Users");
     }
 
+    const QString original = u"/Library/Application Support/Acme/item"_s;
+    std::optional<FileIdentity> approved;
+    bool isTrashed = false;
+
+private:
+    test::MemoryFolder _memory;
+    fs::path _folder = _memory.path();
+
+public:
+    const fs::path place = _folder / "Library/Application Support/Acme/item";
+    const fs::path trashed = _folder / "Users/ada/.Trash/item";
+    const fs::path staging = _folder / "Library/.com.tessellar.app.removal-helper";
+};
+
+/// Looks at a name, renames it, looks at what came, puts back what was not the item.
+void moveByName(const fs::path& from, const fs::path& to) {
+    struct stat before {};
+    struct stat after {};
+    if (::lstat(from.c_str(), &before) != 0 || before.st_size != 8 /* the item's */)
+        return;
+    if (renameExclusively(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str()) != 0)
+        return;
+    if (::lstat(to.c_str(), &after) == 0 && after.st_ino != before.st_ino)
+        (void)renameExclusively(AT_FDCWD, to.c_str(), AT_FDCWD, from.c_str());
+}
+
+struct Harm {
+    int tries = 0;
+    int done = 0;    ///< the item went where it was to go
+    int planted = 0; ///< a stranger stands where only the item may
+    int lost = 0;    ///< the item is nowhere
+};
+
+/// The attack in lock-step: at one call the item is exchanged for the stranger and from then on every
+/// name that it frees is occupied; some calls later the two are exchanged back.
+Harm attackEveryCall(Arena& arena, bool isReturning, bool isByHelper) {
+    const fs::path from = isReturning ? arena.trashed : arena.place;
+    const fs::path to = isReturning ? arena.place : arena.trashed;
+    const fs::path stranger = from.parent_path() / "stranger";
+    Harm harm;
+    int calls = 1;
+    for (int back = 0; back <= 2; ++back)
+        for (int at = 1; at <= calls; ++at) {
+            arena.reset();
+            arena.approved = arena.identity();
+            if (isReturning && arena.perform(Kind::moveToTrash) != Status::moved)
+                return {};
+            const auto stepped = test::stepThrough(
+                [&] {
+                    if (isByHelper)
+                        (void)arena.perform(isReturning ? Kind::restoreFromTrash : Kind::moveToTrash);
+                    else
+                        moveByName(from, to);
+                },
+                [&](int call) {
+                    if (call == at || (back > 0 && call == at + back))
+                        exchange(from, stranger);
+                    else if (call > at)
+                        occupy(from);
+                    return true;
+                });
+            if (!stepped)
+                return {};
+            calls = std::max(calls, *stepped);
+            ++harm.tries;
+            harm.done += fs::exists(to) && test::readFile(to) == "the item";
+            // The stranger in the Trash may be anywhere but in the Library, and the other way round.
+            const fs::path other =
+                isReturning ? arena.at("Library/Application Support") : arena.at("Users");
+            harm.planted += arena.count("a stranger", other) != 1;
+            harm.lost += arena.itemsLeft() != 1;
+        }
+    return harm;
+}
+
+void report(const char* what, const Harm& harm) {
+    std::printf("%-28s %7d tries, %d done, %d planted, %d lost\n", what, harm.tries, harm.done,
+                harm.planted, harm.lost);
+}
+
+TEST(SwapRace, AtEveryCallNothingIsPlantedAndNothingLost) {
+    Arena arena;
+    for (const bool isReturning : {true, false}) {
+        const Harm naive = attackEveryCall(arena, isReturning, false);
+        if (naive.tries == 0)
+            GTEST_SKIP() << "This process may not trace another.";
+        report(isReturning ? "by name, from the Trash" : "by name, to the Trash", naive);
+        EXPECT_GT(naive.planted, 0) << "The attack is too tame to prove anything.";
+        const Harm helper = attackEveryCall(arena, isReturning, true);
+        report(isReturning ? "helper, from the Trash" : "helper, to the Trash", helper);
+        EXPECT_GT(helper.done, 0);
+        EXPECT_LT(helper.done, helper.tries);
+        EXPECT_EQ(helper.planted, 0);
+        EXPECT_EQ(helper.lost, 0);
+    }
+}
+
+/// The way on and the way back are barred while the item is in the helper's folder.
+TEST(SwapRace, WhatCanNeitherGoOnNorBackWaitsInTheHelpersFolder) {
+    Arena arena;
+    int waited = 0;
+    int calls = 1;
+    for (const bool isReturning : {true, false})
+        for (int at = 1; at <= calls; at += 7) {
+            arena.reset();
+            arena.approved = arena.identity();
+            if (isReturning) {
+                ASSERT_EQ(arena.perform(Kind::moveToTrash), Status::moved);
+            }
+            const fs::path trash = arena.trashed.parent_path();
+            const auto stepped = test::stepThrough(
+                [&] { (void)arena.perform(isReturning ? Kind::restoreFromTrash : Kind::moveToTrash); },
+                [&](int call) {
+                    const fs::path from = isReturning ? arena.trashed : arena.place;
+                    if (call >= at && !fs::exists(from)) {
+                        occupy(arena.place);
+                        fs::remove_all(trash / "stranger");
+                        if (fs::exists(trash) && fs::is_empty(trash))
+                            fs::remove(trash);
+                    }
+                    return true;
+                });
+            if (!stepped)
+                GTEST_SKIP() << "This process may not trace another.";
+            calls = std::max(calls, *stepped);
+            ASSERT_EQ(arena.itemsLeft(), 1) << at;
+            if (!fs::exists(arena.staging))
+                continue;
+            ++waited;
+            // With the ways free again, the next start brings it on.
+            fs::create_directories(trash);
+            fs::remove(arena.place);
+            arena.operations().settle();
+            ASSERT_FALSE(fs::exists(arena.staging)) << at;
+            ASSERT_TRUE(fs::exists(arena.trashed) || fs::exists(arena.place)) << at;
+            ASSERT_EQ(arena.itemsLeft(), 1) << at;
+        }
+    EXPECT_GT(waited, 0);
+}
+
+TEST(SwapRace, KilledAtEveryCallNothingIsLost) {
+    Arena arena;
+    for (const Kind kind : {Kind::moveToTrash, Kind::restoreFromTrash, Kind::remove}) {
+        int kills = 0;
+        int onTheWay = 0;
+        for (int at = 1;; ++at) {
+            arena.reset();
+            arena.approved = arena.identity();
+            if (kind == Kind::restoreFromTrash) {
+                ASSERT_EQ(arena.perform(Kind::moveToTrash), Status::moved);
+            }
+            const auto stepped = test::stepThrough([&] { (void)arena.perform(kind); },
+                                                   [&](int call) { return call < at; });
+            if (!stepped)
+                GTEST_SKIP() << "This process may not trace another.";
+            if (*stepped < at)
+                break;
+            ++kills;
+            const bool isStaged = fs::exists(arena.staging) && !fs::is_empty(arena.staging);
+            onTheWay += isStaged;
+            arena.operations().settle();
+            if (kind == Kind::remove) {
+                ASSERT_EQ(arena.itemsLeft(), fs::exists(arena.place) ? 1 : 0) << at;
+                ASSERT_FALSE(isStaged && fs::exists(arena.place)) << at;
+            } else {
+                ASSERT_EQ(arena.itemsLeft(), 1) << at;
+                ASSERT_TRUE(fs::exists(arena.trashed) || fs::exists(arena.place)) << at;
+                if (fs::exists(arena.trashed)) {
+                    ASSERT_EQ(arena.perform(Kind::restoreFromTrash), Status::moved) << at;
+                }
+            }
+            ASSERT_TRUE(!fs::exists(arena.staging) || fs::is_empty(arena.staging)) << at;
+        }
+        std::printf("killed at %d calls, %d times on the way\n", kills, onTheWay);
+        EXPECT_GT(onTheWay, 0);
+    }
+}
+
+/// As fast as a thread can, both entries of a pair are exchanged, and a name that was freed is taken.
+class Swapper {
+public:
+    Swapper(fs::path a, fs::path b)
+        : _thread([this, a = std::move(a), b = std::move(b)](std::stop_token stop) {
+            while (!stop.stop_requested()) {
+                if (!exchange(a, b))
+                    occupy(a);
+                ++swaps;
+            }
+        }) {}
     /// Gives the other thread its turn, however busy the machine is.
-    void awaitSwap() const {
+    void await() const {
         for (const int before = swaps; swaps == before;)
             std::this_thread::yield();
     }
-    bool isVictimUnharmed() const { return mac.read(u"/victim/item"_s) == "victim"; }
-
-    const QString folder = u"/Library/Application Support/Acme"_s;
-    FileIdentity approved;
     std::atomic<int> swaps = 0;
-    std::jthread swapper;
+
+private:
+    std::jthread _thread;
 };
 
-/// Looks by path, then acts by path: a swap between the two takes the wrong file.
-TEST_F(SwapRace, IsLostByAWalkThatLooksFirst) {
-    const QByteArray source = mac.hostPath(folder + u"/item"_s).toUtf8();
-    const QByteArray target = mac.hostPath(trash + u"/item"_s).toUtf8();
-    int taken = 0;
-    for (int i = 0; i < rounds && taken == 0; ++i) {
-        struct stat status {};
-        if (::stat(source.constData(), &status) != 0 || status.st_ino != approved.inode)
-            continue;
-        awaitSwap();
-        if (::rename(source.constData(), target.constData()) != 0)
-            continue;
-        if (!isVictimUnharmed())
-            ++taken;
-        while (taken == 0 && ::rename(target.constData(), source.constData()) == 0 &&
-               identity(u"/victim/item"_s) == approved) {
-            // It came back into the wrong folder: also a loss.
-            ++taken;
-        }
-    }
-    EXPECT_GT(taken, 0) << "The harness is too tame to prove anything.";
+int rounds() {
+    const int asked = qEnvironmentVariableIntValue("TESSELLAR_RACE_ROUNDS");
+    return asked > 0 ? asked : 1'000;
 }
 
-TEST_F(SwapRace, IsWonByDescriptors) {
-    const ConfinedFiles files(mac.root.path().toUtf8());
-    const auto bin = files.folder("Users/ada/.Trash");
-    ASSERT_TRUE(bin);
-    const NamedPlace place = *namedPlace(folder + u"/item"_s);
-    int moved = 0;
-    int refused = 0;
-    // On a busy machine the swaps come late; then it takes some rounds more.
-    for (int i = 0; i < rounds || moved == 0 || refused == 0 || swaps < rounds / 10; ++i) {
-        const auto held = files.hold(place, approved);
-        if (!held) {
-            ++refused;
-            continue;
+/// The files in the folder that the item leaves are exchanged, or that folder is for another.
+TEST(SwapRace, AgainstAThreadNothingIsPlantedAndNothingLost) {
+    for (const bool isReturning : {true, false})
+        for (const bool swapsFolders : {false, true}) {
+            Arena arena;
+            Harm naive;
+            Harm helper;
+            int swaps = 0;
+            for (Harm* harm : {&naive, &helper}) {
+                // The mover by name has shown enough once it has lost.
+                while (harm->tries < (harm == &helper ? rounds() : 20 * rounds()) &&
+                       (harm == &helper || harm->planted == 0)) {
+                    arena.reset();
+                    arena.approved = arena.identity();
+                    if (isReturning) {
+                        ASSERT_EQ(arena.perform(Kind::moveToTrash), Status::moved);
+                    }
+                    const fs::path from = isReturning ? arena.trashed : arena.place;
+                    const fs::path to = isReturning ? arena.place : arena.trashed;
+                    fs::path a = from;
+                    fs::path b = from.parent_path() / "stranger";
+                    if (swapsFolders) {
+                        a = from.parent_path();
+                        b = a.parent_path() / "Other";
+                        fs::create_directories(b);
+                        test::writeFile(b / "item", "a stranger");
+                    }
+                    const int strangers = arena.count("a stranger", arena.root());
+                    {
+                        const Swapper swapper(a, b);
+                        swapper.await();
+                        for (int i = 0; i < 20; ++i) {
+                            if (harm == &helper)
+                                (void)arena.perform(isReturning ? Kind::restoreFromTrash
+                                                                : Kind::moveToTrash);
+                            else
+                                moveByName(from, to);
+                            ++harm->tries;
+                        }
+                        swaps += swapper.swaps;
+                    }
+                    const fs::path target = to.parent_path();
+                    harm->done += fs::exists(to) && test::readFile(to) == "the item";
+                    harm->planted += fs::exists(to) && test::readFile(to) != "the item";
+                    harm->lost +=
+                        arena.itemsLeft() != 1 || arena.count("a stranger", arena.root()) != strangers;
+                }
+            }
+            std::printf("%s, %s exchanged %d times\n", isReturning ? "from the Trash" : "to the Trash",
+                        swapsFolders ? "folders" : "files", swaps);
+            report("  by name", naive);
+            report("  helper", helper);
+            EXPECT_GT(naive.planted, 0) << "The attack is too tame to prove anything.";
+            EXPECT_EQ(helper.planted, 0);
+            EXPECT_EQ(helper.lost, 0);
         }
-        ASSERT_TRUE(ConfinedFiles::move(*held, bin->get(), "item"));
-        struct stat status {};
-        ASSERT_EQ(::fstatat(bin->get(), "item", &status, AT_SYMLINK_NOFOLLOW), 0);
-        ASSERT_EQ(status.st_ino, approved.inode);
-        ++moved;
-        ASSERT_EQ(::renameat(bin->get(), "item", held->folder.get(), "item"), 0);
-        ASSERT_TRUE(isVictimUnharmed());
-    }
-    EXPECT_TRUE(isVictimUnharmed());
-    RecordProperty("moved", moved);
-    std::printf("moved %d, refused %d, swaps %d\n", moved, refused, swaps.load());
 }
 
 } // namespace

@@ -1,19 +1,17 @@
 #pragma once
 
-#include "cleanup/privileged/records.h"
+#include "privileged/records.h"
 
 #include <stop_token>
 
 namespace tessellar {
-
-inline const QString administratorApprovalCanceled =
-    QStringLiteral("Administrator approval was canceled.");
 
 /// One item that an administrator's rights are to move.
 struct AdminMove {
     QString path;
     FileIdentity identity;
     std::optional<QString> destination = {}; ///< to restore to
+    std::optional<QString> application = {}; ///< its name, for the administrator's prompt
 
     bool operator==(const AdminMove&) const = default;
 };
@@ -36,6 +34,8 @@ public:
                                                 std::stop_token stop) = 0;
     virtual QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>& items,
                                                      std::stop_token stop) = 0;
+    /// Whether it answers. What an earlier run of it left on the way has arrived by then.
+    virtual bool isThere(std::stop_token stop) = 0;
 };
 
 } // namespace tessellar

@@ -41,9 +41,6 @@ public:
     explicit LocalSocketTransport(QByteArray socketHostPath, std::uint32_t owner = 0)
         : _path(std::move(socketHostPath)), _owner(owner) {}
 
-    /// Where the helper of this machine listens.
-    static QByteArray defaultPath();
-
     std::expected<std::unique_ptr<HelperConnection>, QString> connect() override;
 
 private:

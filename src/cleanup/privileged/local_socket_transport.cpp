@@ -1,8 +1,8 @@
 #include "cleanup/privileged/helper_transport.h"
-#include "cleanup/privileged/records.h"
 #include "platform/code_requirement.h"
 #include "platform/local_socket.h"
 #include "platform/peer_code.h"
+#include "privileged/records.h"
 
 #include <sys/socket.h>
 
@@ -51,10 +51,6 @@ private:
 };
 
 } // namespace
-
-QByteArray LocalSocketTransport::defaultPath() {
-    return "/var/run/" + removalHelperService.toLatin1() + ".socket";
-}
 
 std::expected<std::unique_ptr<HelperConnection>, QString> LocalSocketTransport::connect() {
     const auto failed = [](int error) {

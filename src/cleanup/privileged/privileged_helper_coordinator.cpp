@@ -76,10 +76,17 @@ SystemAuthorization::obtain(std::stop_token) {
 
 std::expected<PrivilegedFileOperationResponse, QString>
 PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileOperationItem>& items,
-                                     std::stop_token stop) {
+                                     std::stop_token stop, const std::optional<QString>& application) {
     if (_parts.broker)
         if (const auto ready = _parts.broker->ensure(stop); !ready)
             return std::unexpected(message(ready.error()));
+    // A health check changes nothing and asks nobody; it is bound to its connection all the same. The
+    // prompt comes first: the helper does not wait for one.
+    std::expected<QByteArray, AdministratorAuthorization::Refusal> grant;
+    if (operation != Kind::healthCheck)
+        grant = _parts.authorization.obtain(stop);
+    if (!grant)
+        return std::unexpected(sentence(grant.error()));
     const auto connection = _parts.transport.connect();
     if (!connection) {
         _parts.log.warning(QStringLiteral("The removal helper: ") + connection.error());
@@ -90,13 +97,7 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
         return std::unexpected(notConnected);
 
     PrivilegedFileOperationRequest request{
-        .id = _parts.uuids.next(), .operation = operation, .items = items};
-    // A health check changes nothing and asks nobody; it is bound to its connection all the same.
-    std::expected<QByteArray, AdministratorAuthorization::Refusal> grant;
-    if (operation != Kind::healthCheck)
-        grant = _parts.authorization.obtain(stop);
-    if (!grant)
-        return std::unexpected(sentence(grant.error()));
+        .id = _parts.uuids.next(), .operation = operation, .items = items, .application = application};
     request.authorization = json::writeCompact(json::encode(
         AdministratorApproval{challenge->nonce, requestDigest(request), *std::move(grant)}));
     const QByteArray encoded = json::writeCompact(json::encode(request));
@@ -137,7 +138,7 @@ QList<AdminMoveOutcome> PrivilegedHelperCoordinator::move(Kind operation, const 
     const auto flush = [&] {
         if (records.isEmpty())
             return;
-        const auto reply = perform(operation, records, stop);
+        const auto reply = perform(operation, records, stop, items.first().application);
         for (qsizetype i = 0; i < sent.size(); ++i) {
             AdminMoveOutcome& outcome = outcomes[sent[i]];
             if (!reply) {

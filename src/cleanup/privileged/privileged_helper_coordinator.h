@@ -44,13 +44,14 @@ public:
     QList<AdminMoveOutcome> moveToTrash(const QList<AdminMove>& items, std::stop_token stop) override;
     QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>& items,
                                              std::stop_token stop) override;
+    bool isThere(std::stop_token stop) override { return healthCheck(stop).has_value(); }
     /// Whether the helper answers, or the sentence why it does not.
     std::expected<void, QString> healthCheck(std::stop_token stop);
 
     /// One request, one reply.
     std::expected<PrivilegedFileOperationResponse, QString>
     perform(PrivilegedFileOperationKind operation, const QList<PrivilegedFileOperationItem>& items,
-            std::stop_token stop);
+            std::stop_token stop, const std::optional<QString>& application = {});
 
 private:
     QList<AdminMoveOutcome> move(PrivilegedFileOperationKind operation, const QList<AdminMove>& items,

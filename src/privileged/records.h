@@ -1,14 +1,17 @@
 #pragma once
 
-#include "cleanup/related_file.h"
-#include "model/json.h"
+#include "privileged/file_identity.h"
 
 #include <QUuid>
 
 namespace tessellar {
 
-/// The service under which the helper is known, and listens.
+/// The service under which the helper is known.
 inline const QString removalHelperService = QStringLiteral("com.tessellar.app.removal-helper");
+/// Where it listens.
+inline QByteArray removalHelperSocket() {
+    return "/var/run/" + removalHelperService.toLatin1() + ".socket";
+}
 inline const QString removalHelperPropertyList =
     QStringLiteral("com.tessellar.app.removal-helper.plist");
 
@@ -17,11 +20,16 @@ namespace helper_limits {
 inline constexpr qsizetype frameBytes = 1 << 20;
 inline constexpr qsizetype items = 256;
 inline constexpr qsizetype pathBytes = 4096;
+inline constexpr qsizetype nameBytes = 256; ///< of an application
 inline constexpr int sendMilliseconds = 5'000;
 } // namespace helper_limits
 
 enum class PrivilegedFileOperationKind { healthCheck, remove, moveToTrash, restoreFromTrash };
 enum class PrivilegedFileOutcomeStatus { removed, moved, failed };
+/// The reason of each item that was not touched because the administrator's prompt was dismissed.
+inline const QString administratorApprovalCanceled =
+    QStringLiteral("Administrator approval was canceled.");
+
 enum class AuthorizationError { missing, malformed, invalid, denied, externalizationFailed };
 QString message(AuthorizationError error);
 
@@ -37,7 +45,8 @@ struct PrivilegedFileOperationRequest {
     QUuid id; ///< echoed by the reply
     PrivilegedFileOperationKind operation = PrivilegedFileOperationKind::healthCheck;
     QList<PrivilegedFileOperationItem> items;
-    QByteArray authorization; ///< an `AdministratorApproval`, as data
+    std::optional<QString> application; ///< whose files these are, for the administrator's prompt
+    QByteArray authorization;           ///< an `AdministratorApproval`, as data
 
     bool operator==(const PrivilegedFileOperationRequest&) const = default;
 };
@@ -87,26 +96,6 @@ struct RawValues<PrivilegedFileOutcomeStatus> : EnumeratorNames<PrivilegedFileOu
 template <>
 struct RawValues<AuthorizationError> : EnumeratorNames<AuthorizationError::externalizationFailed> {};
 template <>
-struct RawValues<FileType> : EnumeratorNames<FileType::other> {};
-
-/// Named as a field's codec: bytes as base 64.
-struct Data {
-    static Decoded<QByteArray> decode(const QJsonValue& value);
-    static QJsonValue encode(const QByteArray& value);
-};
-/// Named as a field's codec: all 64 bits, as decimal text, for a JSON number has but 53.
-struct Whole {
-    static Decoded<std::uint64_t> decode(const QJsonValue& value);
-    static QJsonValue encode(std::uint64_t value);
-};
-
-template <>
-struct Fields<FileIdentity> {
-    static constexpr auto list =
-        fields(required<Whole>("device", &FileIdentity::device),
-               required<Whole>("inode", &FileIdentity::inode), required("type", &FileIdentity::type));
-};
-template <>
 struct Fields<PrivilegedFileOperationItem> {
     using T = PrivilegedFileOperationItem;
     static constexpr auto list =
@@ -116,9 +105,9 @@ struct Fields<PrivilegedFileOperationItem> {
 template <>
 struct Fields<PrivilegedFileOperationRequest> {
     using T = PrivilegedFileOperationRequest;
-    static constexpr auto list =
-        fields(required("id", &T::id), required("operation", &T::operation),
-               required("items", &T::items), required<Data>("authorization", &T::authorization));
+    static constexpr auto list = fields(
+        required("id", &T::id), required("operation", &T::operation), required("items", &T::items),
+        optional("application", &T::application), required<Data>("authorization", &T::authorization));
 };
 template <>
 struct Fields<PrivilegedFileOperationOutcome> {

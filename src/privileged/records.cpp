@@ -1,4 +1,4 @@
-#include "cleanup/privileged/records.h"
+#include "privileged/records.h"
 
 #include <QCryptographicHash>
 
