@@ -25,6 +25,8 @@ QJsonObject itemJson(const RelatedFile& file) {
             {QStringLiteral("match"), json::encode(file.match)},
             {QStringLiteral("size"),
              file.size ? QJsonValue(static_cast<qint64>(*file.size)) : QJsonValue()},
+            {QStringLiteral("sizeIsPartial"), file.isSizePartial},
+            {QStringLiteral("identity"), json::encode(file.identity)},
             {QStringLiteral("preselected"), CleanupReviewState::isPreselected(file)},
             {QStringLiteral("needsAdministrator"), file.needsAdministrator},
             {QStringLiteral("reason"), file.reason}};
@@ -33,7 +35,10 @@ QJsonObject itemJson(const RelatedFile& file) {
 QString itemText(const RelatedFile& file, bool isSelected) {
     QString text = QStringLiteral("%1 %2  %3  (%4)  %5\n")
                        .arg(isSelected ? QStringLiteral("[x]") : QStringLiteral("[ ]"))
-                       .arg(file.size ? sizeText(*file.size) : QStringLiteral("?"), 9)
+                       .arg(file.size ? (file.isSizePartial ? QStringLiteral("> ") : QString()) +
+                                            sizeText(*file.size)
+                                      : QStringLiteral("?"),
+                            9)
                        .arg(file.path, file.location, file.reason);
     if (file.needsAdministrator)
         text += QStringLiteral("               %1\n").arg(administratorMark);
@@ -44,7 +49,7 @@ QJsonArray logJson(const QList<CleanupLogLine>& log) {
     QJsonArray lines;
     for (const CleanupLogLine& line : log)
         lines.append(QJsonObject{{QStringLiteral("path"), line.path},
-                                 {QStringLiteral("done"), line.kind == CleanupLogLine::Kind::moved},
+                                 {QStringLiteral("done"), line.kind != CleanupLogLine::Kind::failed},
                                  {QStringLiteral("text"), line.text}});
     return lines;
 }
@@ -133,9 +138,15 @@ void addReview(CommandSet& set, CLI::App* group) {
     });
 }
 
-/// The paths that a file names: a JSON array of them, or what `cleanup review` answered, with the items
-/// that are to go.
-std::expected<QStringList, LauncherError> pathsFrom(const Call& call, const QString& name) {
+/// An item that a file names; with what lay there when it was reviewed, where the file says it.
+struct NamedItem {
+    QString path;
+    std::optional<FileIdentity> identity;
+};
+
+/// The items that a file names: a JSON array of their paths, or what `cleanup review` answered, with
+/// those that are to go.
+std::expected<QList<NamedItem>, LauncherError> itemsFrom(const Call& call, const QString& name) {
     QFile file(QDir(call->options.directory).absoluteFilePath(name));
     const auto damaged = [&] {
         return std::unexpected(LauncherError{
@@ -156,15 +167,17 @@ std::expected<QStringList, LauncherError> pathsFrom(const Call& call, const QStr
         document->isObject() ? document->toObject().value(QStringLiteral("items")) : *document;
     if (!list.isArray())
         return damaged();
-    QStringList paths;
+    QList<NamedItem> items;
     for (const QJsonValue entry : list.toArray()) {
-        const QJsonValue path =
-            entry.isObject() ? entry.toObject().value(QStringLiteral("path")) : entry;
-        if (!path.isString())
+        const QJsonObject item = entry.toObject();
+        const QJsonValue path = entry.isObject() ? item.value(QStringLiteral("path")) : entry;
+        const QJsonValue identity = item.value(QStringLiteral("identity"));
+        const auto known = json::decode<FileIdentity>(identity);
+        if (!path.isString() || (!identity.isUndefined() && !known))
             return damaged();
-        paths.append(path.toString());
+        items.append({path.toString(), known ? std::optional(*known) : std::nullopt});
     }
-    return paths;
+    return items;
 }
 
 std::expected<void, LauncherError> select(const Call& call, bool all, const Word& file) {
@@ -173,18 +186,28 @@ std::expected<void, LauncherError> select(const Call& call, bool all, const Word
         cleanup.selectAllMatches();
     if (file->empty())
         return {};
-    const auto paths = pathsFrom(call, text(file));
-    if (!paths)
-        return std::unexpected(paths.error());
+    const auto named = itemsFrom(call, text(file));
+    if (!named)
+        return std::unexpected(named.error());
     const QList<RelatedFile> items = cleanup.review().items;
-    for (const QString& path : *paths)
-        if (std::ranges::find(items, path, &RelatedFile::path) == items.end())
-            return std::unexpected(LauncherError{
-                QStringLiteral("notReviewed"),
-                QStringLiteral("“%1” is not among the items of the review.").arg(path.left(1'000)),
-                {}});
+    for (const NamedItem& wanted : *named) {
+        const auto item = std::ranges::find(items, wanted.path, &RelatedFile::path);
+        if (item == items.end())
+            return std::unexpected(
+                LauncherError{QStringLiteral("notReviewed"),
+                              QStringLiteral("“%1” is not among the items of the review.")
+                                  .arg(wanted.path.left(1'000)),
+                              {}});
+        if (wanted.identity && *wanted.identity != item->identity)
+            return std::unexpected(
+                LauncherError{QStringLiteral("changed"),
+                              QStringLiteral("“%1” is not what lay there when it was reviewed.")
+                                  .arg(wanted.path.left(1'000)),
+                              {}});
+    }
     for (const RelatedFile& item : items)
-        cleanup.setSelected(item.path, paths->contains(item.path));
+        cleanup.setSelected(item.path,
+                            std::ranges::find(*named, item.path, &NamedItem::path) != named->end());
     return {};
 }
 
@@ -246,8 +269,8 @@ void addRemove(CommandSet& set, CLI::App* group) {
                         call->print({}, logText(log));
                     return call->fail(outcome.error());
                 }
-                const bool isWhole = std::ranges::all_of(log, [](const CleanupLogLine& line) {
-                    return line.kind == CleanupLogLine::Kind::moved;
+                const bool isWhole = std::ranges::none_of(log, [](const CleanupLogLine& line) {
+                    return line.kind == CleanupLogLine::Kind::failed;
                 });
                 call->print(QJsonObject{{QStringLiteral("log"), logJson(log)}}, logText(log));
                 call->finish(isWhole ? ExitStatus::done : ExitStatus::refused);
@@ -256,15 +279,58 @@ void addRemove(CommandSet& set, CLI::App* group) {
     });
 }
 
+QJsonObject pastJson(const CleanupRecord& past) {
+    return {{QStringLiteral("id"), toText(past.id)},
+            {QStringLiteral("name"), past.name},
+            {QStringLiteral("path"), past.path},
+            {QStringLiteral("removedAt"), past.removedAt.toIso8601()},
+            {QStringLiteral("inTrash"), past.items.size()},
+            {QStringLiteral("restored"), past.restored.size()}};
+}
+
+QString pastText(const CleanupRecord& past) {
+    return QStringLiteral("%1  %2  %3  (%4)\n")
+        .arg(toText(past.id), past.removedAt.toIso8601(), past.name,
+             past.items.isEmpty() ? QStringLiteral("brought back")
+                                  : QStringLiteral("%1 in the Trash").arg(past.items.size()));
+}
+
+void addHistory(CommandSet& set, CLI::App* group) {
+    CLI::App* history = set.add("history", "The past removals, the last first", group);
+    set.onRun(history, CommandNeeds::launcher, [](const Call& call) {
+        call->launcher().cleanup().listPast([call](const LauncherCleanup::Past& past) {
+            if (!past)
+                return call->fail(past.error());
+            QJsonArray removals;
+            QString lines;
+            for (const CleanupRecord& record : *past) {
+                removals.append(pastJson(record));
+                lines += pastText(record);
+            }
+            call->succeed(QJsonObject{{QStringLiteral("removals"), removals}}, lines);
+        });
+    });
+}
+
 void addRestore(CommandSet& set, CLI::App* group) {
-    CLI::App* restore = set.add("restore", "Bring back what the last removal took", group);
-    set.onRun(restore, CommandNeeds::launcherUntilStopped, [](const Call& call) {
+    CLI::App* restore = set.add("restore", "Bring back what a removal took", group);
+    const Word id = std::make_shared<std::string>();
+    restore->add_option("id", *id, "Which one, as history lists it; the last one, if it is left out");
+    set.onRun(restore, CommandNeeds::launcherUntilStopped, [id](const Call& call) {
+        std::optional<QUuid> removal;
+        if (!id->empty()) {
+            removal = QUuid::fromString(text(id));
+            if (removal->isNull())
+                return call->fail({QStringLiteral("unknownRemoval"),
+                                   QStringLiteral("“%1” is no removal.").arg(text(id)),
+                                   {}});
+        }
         call->whenUnwanted([call] { call->launcher().cleanup().stop(); });
-        call->launcher().cleanup().restore([call](const LauncherCleanup::Restored& restored) {
+        call->launcher().cleanup().restore(removal, [call](const LauncherCleanup::Restored& restored) {
             if (!restored)
                 return call->fail(restored.error());
-            const bool isWhole = std::ranges::all_of(*restored, [](const CleanupLogLine& line) {
-                return line.kind == CleanupLogLine::Kind::moved;
+            const bool isWhole = std::ranges::none_of(*restored, [](const CleanupLogLine& line) {
+                return line.kind == CleanupLogLine::Kind::failed;
             });
             call->print(QJsonObject{{QStringLiteral("log"), logJson(*restored)}}, logText(*restored));
             call->finish(isWhole ? ExitStatus::done : ExitStatus::refused);
@@ -278,11 +344,13 @@ void addHelper(CommandSet& set) {
     set.onRun(status, CommandNeeds::launcher, [](const Call& call) {
         call->launcher().cleanup().checkHelper([call](const std::expected<void, QString>& health) {
             const QString said = health ? QStringLiteral("enabled") : QStringLiteral("unavailable");
-            QJsonObject answer{{QStringLiteral("status"), said}};
+            QJsonObject answer{{QStringLiteral("status"), said},
+                               {QStringLiteral("description"), removalHelperDescription}};
             if (!health)
                 answer.insert(QStringLiteral("message"), health.error());
             call->succeed(answer,
-                          health ? QStringLiteral("The removal helper answers.") : health.error());
+                          (health ? QStringLiteral("The removal helper answers.") : health.error()) +
+                              u'\n' + removalHelperDescription);
         });
     });
 }
@@ -293,6 +361,7 @@ void addCleanupCommands(CommandSet& set) {
     CLI::App* group = set.addGroup("cleanup", "Remove applications with what they left");
     addReview(set, group);
     addRemove(set, group);
+    addHistory(set, group);
     addRestore(set, group);
     addHelper(set);
 }

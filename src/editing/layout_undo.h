@@ -38,6 +38,7 @@ struct TrashedAppRecord {
     QString originalURL; ///< where the bundle was, as a path
     AppInstallKind installKind = AppInstallKind::manual;
     std::optional<QString> trashedURL; ///< where it lies in the Trash, when that is known
+    QUuid removal;                     ///< under which it was written down
 
     bool operator==(const TrashedAppRecord&) const = default;
 };

@@ -46,10 +46,12 @@ CleanupApplication CleanupRecord::application() const {
 }
 
 const CleanupItemResult* CleanupRecord::bundle() const {
-    const auto found = std::ranges::find_if(items, [](const CleanupItemResult& result) {
-        return result.item.match == RelatedFileMatch::appBundle;
-    });
-    return found == items.end() ? nullptr : &*found;
+    for (const auto* list : {&items, &restored}) {
+        const auto found = std::ranges::find_if(*list, &CleanupItemResult::isBundle);
+        if (found != list->end())
+            return &*found;
+    }
+    return nullptr;
 }
 
 CleanupRecordStore::CleanupRecordStore(const Machine& machine, const QUuid& tag)
@@ -83,17 +85,23 @@ std::expected<void, FileError> CleanupRecordStore::put(const CleanupRecord& reco
     if (const auto& error = removals.blocked())
         return std::unexpected(*error);
     const auto known = std::ranges::find(records, record.id, &CleanupRecord::id);
-    if (known == records.end() && record.items.isEmpty())
+    const bool isEmpty = record.items.isEmpty() && record.restored.isEmpty();
+    if (known == records.end() && isEmpty)
         return {};
-    if (known != records.end() && !record.items.isEmpty())
+    if (known != records.end() && !isEmpty)
         *known = record;
     else if (known != records.end())
         records.erase(known);
     else
         records.append(record);
-    if (records.size() > maximumRecords)
-        records.remove(0, records.size() - maximumRecords);
-    for (;; records.removeFirst()) {
+    const auto forgetOne = [&records] {
+        const auto done = std::ranges::find_if(
+            records, [](const CleanupRecord& past) { return past.items.isEmpty(); });
+        records.erase(done == records.end() ? records.begin() : done);
+    };
+    while (records.size() > maximumRecords)
+        forgetOne();
+    for (;; forgetOne()) {
         const auto written = saveJson(removals, RecordDocument{.records = records});
         if (written || written.error().code != FileError::Code::tooLarge || records.size() <= 1)
             return written;

@@ -29,25 +29,26 @@ struct CleanupRecord {
     Instant removedAt;
     /// Those that were moved; while a removal works, or where it was killed, all that it was to move.
     QList<CleanupItemResult> items;
+    QList<CleanupItemResult> restored; ///< those that came back, for a redo
     QList<RemovedTile> tiles;
 
     CleanupApplication application() const;
-    /// The bundle among the items, when it was moved too.
+    /// The bundle, when it was moved too, wherever it is now.
     const CleanupItemResult* bundle() const;
 
     bool operator==(const CleanupRecord&) const = default;
 };
 
-/// The removals that were not brought back yet, oldest first, in "removals.json" in the application's
-/// folder. A damaged file is moved aside ("removals.damaged-STAMP-TAG.json"); while the file cannot be
-/// read, or not be moved, nothing is written. Holds `maximumRecords` at most, and no more than fit into
-/// `maximumBytes`: the oldest go first.
+/// The past removals, oldest first, in "removals.json" in the application's folder. A damaged file is
+/// moved aside ("removals.damaged-STAMP-TAG.json"); while the file cannot be read, or not be moved,
+/// nothing is written. Holds `maximumRecords` at most, and no more than fit into `maximumBytes`: the
+/// oldest go first, and before them those of which nothing lies in the Trash.
 ///
 /// Has no state: every call reads the file. One thread at a time.
 class CleanupRecordStore {
 public:
     static constexpr qint64 supportedVersion = 1;
-    static constexpr qsizetype maximumRecords = 50;
+    static constexpr qsizetype maximumRecords = 200;
     static constexpr std::uint64_t maximumBytes = 16u << 20;
 
     /// `tag` tells a file that is moved aside from others.
@@ -55,8 +56,8 @@ public:
 
     /// An error while the file cannot be read: it says nothing of what there is to bring back.
     std::expected<QList<CleanupRecord>, QString> read() const;
-    /// Adds a record, or puts it in place of the one with its identifier; one without items is taken
-    /// out.
+    /// Adds a record, or puts it in place of the one with its identifier; one of which nothing was ever
+    /// taken is taken out.
     std::expected<void, FileError> put(const CleanupRecord& record) const;
 
 private:
@@ -104,7 +105,8 @@ struct Fields<CleanupRecord> {
     static constexpr auto list =
         fields(required("id", &T::id), required("name", &T::name), required<DiskPath>("path", &T::path),
                optional("bundleIdentifier", &T::bundleIdentifier), required("removedAt", &T::removedAt),
-               required("items", &T::items), required("tiles", &T::tiles));
+               required("items", &T::items), defaulted("restored", &T::restored),
+               required("tiles", &T::tiles));
 };
 
 } // namespace json

@@ -1,12 +1,12 @@
-#include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_cleanup_moving.h"
 
-#include "launcher/cleanup_tools.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/place_memory.h"
 #include "model/app_state.h"
+#include "platform/opener.h"
 
 #include <algorithm>
 
@@ -38,14 +38,14 @@ LauncherCleanup::LauncherCleanup(Machine& machine, LiveLayouts& layouts,
     _tools = std::make_shared<CleanupTools>(machine, present);
     _history.setTrash(
         [this](QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
-            restoreApps(std::move(records), std::move(done));
+            moveForHistory(false, records, done);
         },
         [this](QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
-            trashApps(std::move(records), std::move(done));
+            moveForHistory(true, records, done);
         });
 }
 
-LauncherCleanup::~LauncherCleanup() { stop(); }
+LauncherCleanup::~LauncherCleanup() { _stopMoving.request_stop(); }
 
 void LauncherCleanup::refuse(LauncherError error, const Done& done) {
     _error = error;
@@ -69,6 +69,20 @@ QList<CleanupApplication> LauncherCleanup::installedApplications() const {
     QList<CleanupApplication> all;
     for (const AppEntry& app : _applications.all())
         all.append(cleanupApplication(app));
+    // What cannot be used now, on a volume that is not there, has its files still; and so may have what
+    // went.
+    const auto add = [&](const AppEntry& app) {
+        if (!app.alias && !_applications.withKey(appKey(app)) && !_applications.withPath(app.path) &&
+            std::ranges::find(all, app.path, &CleanupApplication::path) == all.end())
+            all.append(cleanupApplication(app));
+    };
+    _layouts.forEachApplication([&](LauncherWindowMode, const AppEntry& app) { add(app); });
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        forEachItem(_places[mode].pages, [&](const LaunchpadItem& item) {
+            if (const AppEntry* app = item.app())
+                add(*app);
+            return true;
+        });
     // What is being installed has a name already, and perhaps files.
     for (const auto& bundle : _applications.scan().incompleteBundles)
         all.append({.names = {FileSystem::fileName(bundle.path)},
@@ -138,12 +152,23 @@ void LauncherCleanup::selectAllMatches() {
     changed.notify();
 }
 
-void LauncherCleanup::selectPreselected() {
+void LauncherCleanup::selectNothing() {
     if (_phase != Phase::review || _isAsking)
         return;
-    for (const RelatedFile& file : std::as_const(_review.items))
-        _review.setSelected(file.path, CleanupReviewState::isPreselected(file));
+    _review.selectedPaths.clear();
     changed.notify();
+}
+
+void LauncherCleanup::reveal(const QString& path, Done done) {
+    _revealing = Opener(_machine).reveal(
+        path, [done = std::move(done)](const std::expected<void, QString>& shown) {
+            if (!done)
+                return;
+            if (shown)
+                done({});
+            else
+                done(std::unexpected(LauncherError{QStringLiteral("notShown"), shown.error(), {}}));
+        });
 }
 
 void LauncherCleanup::reset() {
@@ -246,48 +271,25 @@ void LauncherCleanup::startRemoval(const Done& done) {
     _isMeasuring = false;
     _phase = Phase::removing;
     _progress = {.done = 0, .total = _review.selectedPaths.size(), .name = {}};
-    beginMoving();
-    CleanupRecord record{.id = _machine.uuids.next(),
-                         .name = _app.originalName,
-                         .path = _app.path,
-                         .bundleIdentifier = _app.bundleIdentifier,
-                         .removedAt = _machine.clock.now(),
-                         .items = {},
-                         .tiles = tilesOf(appKey(_app))};
-    struct Removed {
-        CleanupRemovalResult result;
-        CleanupRecord record;
+    const CleanupRecord record{.id = _machine.uuids.next(),
+                               .name = _app.originalName,
+                               .path = _app.path,
+                               .bundleIdentifier = _app.bundleIdentifier,
+                               .removedAt = _machine.clock.now(),
+                               .items = {},
+                               .restored = {},
+                               .tiles = tilesOf(appKey(_app))};
+    struct Taken {
+        RemovalStep step;
         AppInstallKind kind = AppInstallKind::manual;
-        std::optional<FileError> failure; ///< of writing the record
     };
-    _moving = _machine.workers.run(
-        Lane::actions,
-        [tools = _tools, application = _review.application, items = _review.selectedItems(), record,
-         source = _stopMoving, progress = progressTeller()](std::stop_token stop) {
-            const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
-            Removed removed{.record = record};
-            removed.kind = installKind(tools->machine.files, application.path);
-            // Before anything moves, so that even a launcher that is killed meanwhile loses nothing.
-            const CleanupRecordStore store(tools->machine, record.id);
-            const auto note = [&](const QList<CleanupItemResult>& planned) {
-                removed.record.items = planned;
-                return store.put(removed.record);
-            };
-            removed.result =
-                tools->remover(true).remove(application, items, source.get_token(), progress, note);
-            removed.record.items.clear();
-            std::ranges::copy_if(removed.result.items, std::back_inserter(removed.record.items),
-                                 &CleanupItemResult::isMoved);
-            if (const auto written = store.put(removed.record); !written)
-                removed.failure = written.error();
-            return removed;
+    move<Taken>(
+        [record, items = _review.selectedItems(), progress = progressTeller(),
+         &files = _machine.files](const RemovalSteps& steps, std::stop_token stop) {
+            const AppInstallKind kind = installKind(files, record.path);
+            return Taken{steps.take(record, items, true, stop, progress), kind};
         },
-        [this, done](Removed removed) { // NOLINT: what is said to leak is the work's, and moved with it
-            if (removed.failure)
-                _machine.log.warning(message(*removed.failure));
-            finishRemoval(removed.result, removed.record, removed.kind, done);
-        });
-    changed.notify();
+        [this, done](const Taken& taken) { finishRemoval(taken.step, taken.kind, done); });
 }
 
 AppCleanupRemover::Progress LauncherCleanup::progressTeller() {
@@ -302,26 +304,24 @@ AppCleanupRemover::Progress LauncherCleanup::progressTeller() {
     };
 }
 
-void LauncherCleanup::finishRemoval(const CleanupRemovalResult& result, const CleanupRecord& record,
-                                    AppInstallKind kind, const Done& done) {
+void LauncherCleanup::finishRemoval(const RemovalStep& step, AppInstallKind kind, const Done& done) {
     _helperNotice.reset();
-    _log = result.log;
-    if (record.items.isEmpty()) {
+    _log = step.log;
+    if (step.record.items.isEmpty()) {
         // Nothing has changed: the user may choose again, or try again.
         _phase = Phase::review;
         endMoving();
-        const auto failed = std::ranges::find_if(
-            result.items, [](const CleanupItemResult& item) { return !item.isMoved(); });
-        return refuse(!result.stillRunning.isEmpty() ? stillOpen(result.stillRunning.first())
-                      : failed == result.items.end()
-                          ? LauncherError{QStringLiteral("notRemoved"),
-                                          QStringLiteral("Nothing was moved to the Trash."),
-                                          {}}
-                          : LauncherError{QStringLiteral("notRemoved"), *failed->failure, {}},
-                      done);
+        return refuse(
+            !step.stillOpen.isEmpty()
+                ? LauncherError{QStringLiteral("stillOpen"), step.failure.value_or(QString()), {}}
+                : LauncherError{QStringLiteral("notRemoved"),
+                                step.failure.value_or(
+                                    QStringLiteral("Nothing was moved to the Trash.")),
+                                {}},
+            done);
     }
     _phase = Phase::done;
-    keepInHistory(record, kind);
+    keepInHistory(step.record, kind);
     endMoving();
     changed.notify();
     if (done)
@@ -335,7 +335,8 @@ void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind 
                   .trashedApps = {{.name = _app.name,
                                    .originalURL = record.path,
                                    .installKind = kind,
-                                   .trashedURL = bundle ? bundle->trashedPath : std::nullopt}}};
+                                   .trashedURL = bundle ? bundle->trashedPath : std::nullopt,
+                                   .removal = record.id}}};
     if (bundle) {
         const QSet<QString> keys{appKey(_app)};
         _places.rememberRemoved(_layouts, _app.path);
@@ -343,15 +344,15 @@ void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind 
         step.otherDocument = removeApplications(_layouts[otherMode(step.mode)].document(), keys);
         _applications.forget(_app.path);
     }
-    _taken.append(record);
     _lastRemoval = record.id;
-    if (_taken.size() > LayoutUndoHistory::undoLimit)
-        _taken.removeFirst();
     if (const auto made = _history.make(std::move(step)); !made)
         _messages.report(made.error());
 }
 
-void LauncherCleanup::stop() { _stopMoving.request_stop(); }
+void LauncherCleanup::stop() {
+    _stopMoving.request_stop();
+    changed.notify();
+}
 
 void LauncherCleanup::beginMoving() {
     _isMoving = true;

@@ -20,7 +20,9 @@ class LauncherHistory;
 class LauncherMessages;
 class LiveLayouts;
 class PlaceMemory;
+class RemovalSteps;
 struct CleanupTools;
+struct RemovalStep;
 
 /// The removal of an application with what it left on the machine, one application at a time:
 ///
@@ -69,8 +71,14 @@ public:
     const std::optional<HelperNotice>& helperNotice() const { return _helperNotice; }
     /// True while items are moved, into the Trash or out of it.
     bool isMoving() const { return _isMoving; }
+    /// True from `stop` until what is being moved has arrived.
+    bool isStopping() const { return _isMoving && _stopMoving.stop_requested(); }
     /// Done, and the user may have it all back with one step: the removal moved something.
     bool canRestore() const;
+    /// Of this process, as long as it was not brought back.
+    std::optional<QUuid> lastRemoval() const {
+        return _lastRemoval.isNull() ? std::nullopt : std::optional(_lastRemoval);
+    }
 
     // Review and choosing.
     /// Begins to look for an application's files, in place of any other review. Refused while items
@@ -80,7 +88,7 @@ public:
     void open(const QString& appKey, Done done = {});
     void setSelected(const QString& path, bool selected);
     void selectAllMatches();
-    void selectPreselected();
+    void selectNothing();
     /// Back to idle; while items are moved it does nothing, see `stop`.
     void close();
 
@@ -93,11 +101,20 @@ public:
     void stop();
 
     // Bringing back.
-    /// The last removal that was not brought back yet, also by another process. Where it is the last
-    /// step of history too, that step is undone. `done` gets a line for each item.
+    /// The past removals, also those of another process, the last first.
+    using Past = std::expected<QList<CleanupRecord>, LauncherError>;
+    void listPast(std::function<void(Past)> done);
+    /// When it was, as the user writes dates.
+    QString dateText(const CleanupRecord& removal) const;
+    /// Brings back the removal of an identifier, or the last one of which something lies in the Trash.
+    /// Where it is the last step of history, that step is undone; else the tiles come back as a step of
+    /// their own. `done` gets a line for each item.
     using Restored = std::expected<QList<CleanupLogLine>, LauncherError>;
     void restore(std::function<void(Restored)> done = {});
+    void restore(const std::optional<QUuid>& removal, std::function<void(Restored)> done);
 
+    /// Shows an item where it lies; `done` gets the refusal of the system.
+    void reveal(const QString& path, Done done = {});
     /// Whether the application that is reviewed is open now: a removal would ask about it.
     void findRunning(std::function<void(bool isRunning)> done);
     /// Whether the removal helper answers, or the sentence why not.
@@ -114,15 +131,19 @@ private:
     void reset();
     void startRemoval(const Done& done);
     AppCleanupRemover::Progress progressTeller();
-    void finishRemoval(const CleanupRemovalResult& result, const CleanupRecord& record,
-                       AppInstallKind kind, const Done& done);
+    void finishRemoval(const RemovalStep& step, AppInstallKind kind, const Done& done);
     void keepInHistory(const CleanupRecord& record, AppInstallKind kind);
+    void restore(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void putTilesBack(const CleanupRecord& record);
     void recall(LayoutDocument& document, const RemovedTile& tile) const;
     void insert(LayoutDocument& document, const RemovedTile& tile) const;
-    void restoreApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done);
-    void trashApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done);
-    void tellOfFailures(const QString& title);
+    void moveForHistory(bool intoTrash, const QList<TrashedAppRecord>& records,
+                        const LayoutUndoActions::TrashDone& done);
+    void tellOfFailures(const QStringList& lines, const QString& title);
+    /// Has a worker move items; `stop` ends that early. Whoever is called then ends the moving.
+    template <typename Result>
+    void move(std::function<Result(const RemovalSteps&, std::stop_token)> work,
+              std::function<void(Result)> done);
     void beginMoving();
     void endMoving(std::function<void()> scanned = {});
     void refuse(LauncherError error, const Done& done);
@@ -145,16 +166,17 @@ private:
     bool _isMoving = false;
     std::shared_ptr<void> _hold; ///< on scans, while bundles are moved
     bool _isAsking = false;
-    QUuid _lastRemoval;
-    quint64 _round = 0;                ///< answers to an earlier review's question are too late
-    QList<CleanupRecord> _taken;       ///< by removals of this process, for undo
-    QList<CleanupRecord> _broughtBack; ///< by undo, for redo
+    QUuid _lastRemoval; ///< as long as it was not brought back
+    quint64 _round = 0; ///< answers to an earlier review's question are too late
     std::stop_source _stopMoving;
     Task _scan;
     Task _measuring;
     Task _moving;
     Task _looking;
     Task _checking;
+    Task _listing;
+    Task _revealing;
+    QList<std::function<void(Past)>> _askedForPast;
     Lifetime _lifetime;
 };
 

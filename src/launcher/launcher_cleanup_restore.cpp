@@ -1,101 +1,36 @@
 // Bringing back what a removal took, for undo and for people, and taking it again for redo.
 
-#include "launcher/cleanup_tools.h"
 #include "launcher/installed_applications.h"
-#include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_cleanup_moving.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/place_memory.h"
+#include "platform/calendar.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QTimeZone>
 
 #include <algorithm>
 
 namespace tessellar {
+
 namespace {
 
-/// What became of the items of a record that was to come back.
-struct BroughtBack {
-    CleanupRecord record;           ///< with the items that came back
-    CleanupRecord rest;             ///< with those that still lie in the Trash
-    QList<CleanupLogLine> log;      ///< of all of them
-    std::optional<QString> failure; ///< why the whole is to count as not brought back
-};
+const QString notAllBack = QStringLiteral("Could not put everything back");
 
-bool isThere(const FileSystem& files, const QString& path, const FileIdentity& identity) {
-    const auto status = files.linkStatus(path);
-    return status && isSameOnItsVolume(identityOf(*status), identity);
-}
-
-/// Blocks. With `asOne`, nothing else comes back when the bundle does not.
-BroughtBack bringBack(CleanupTools& tools, const CleanupRecord& record, bool asOne,
-                      std::stop_token stop) {
-    const FileSystem& files = tools.machine.files;
-    BroughtBack result{.record = record, .rest = record, .log = {}, .failure = {}};
-    result.record.items.clear();
-    result.rest.items.clear();
-    AppCleanupRemover remover = tools.remover(false);
-    QList<CleanupItemResult> bundles;
-    QList<CleanupItemResult> others;
-    for (const CleanupItemResult& item : record.items)
-        // What a killed removal did not come to has never left.
-        if (item.trashedPath || !isThere(files, item.item.path, item.item.identity))
-            (item.item.match == RelatedFileMatch::appBundle ? bundles : others).append(item);
-
-    const auto settle = [&](const QList<CleanupItemResult>& outcomes) {
-        for (CleanupItemResult outcome : outcomes) {
-            const QString name = FileSystem::fileName(outcome.item.path);
-            if (outcome.failure && isThere(files, outcome.item.path, outcome.item.identity))
-                outcome.failure.reset(); // put back by other means
-            if (!outcome.failure) {
-                result.record.items.append(outcome);
-                result.log.append({CleanupLogLine::Kind::moved, outcome.item.path,
-                                   QStringLiteral("%1: put back.").arg(name)});
-                continue;
-            }
-            result.log.append({CleanupLogLine::Kind::failed, outcome.item.path,
-                               name + QStringLiteral(": ") + *outcome.failure});
-            if (!std::exchange(outcome.isGone, false)) {
-                CleanupItemResult kept = outcome;
-                kept.failure.reset();
-                result.rest.items.append(kept);
-            }
-            if (!result.failure && (outcome.item.match == RelatedFileMatch::appBundle))
-                result.failure = outcome.failure;
-        }
-    };
-    settle(remover.restore(bundles, stop));
-    if (asOne && result.failure) {
-        result.rest = record;
-        return result;
-    }
-    settle(remover.restore(others, stop));
-    if (result.record.items.isEmpty() && !result.failure && !result.log.isEmpty())
-        result.failure = result.log.first().text;
-    // In the order of removal, the bundle last, as another removal has them.
-    std::ranges::reverse(result.record.items);
-    return result;
-}
-
-void warnOf(const Machine& machine, const std::expected<void, FileError>& written) {
-    if (!written)
-        machine.log.warning(message(written.error()));
+QStringList failedLines(const QList<CleanupLogLine>& log) {
+    QStringList lines;
+    for (const CleanupLogLine& line : log)
+        if (line.kind == CleanupLogLine::Kind::failed)
+            lines.append(line.text);
+    return lines;
 }
 
 } // namespace
 
-static void refuseTrash(const QList<TrashedAppRecord>& records,
-                        const LayoutUndoActions::TrashDone& done) {
-    QList<TrashOutcome> outcomes;
-    for (const TrashedAppRecord& record : records)
-        outcomes.append({record, QStringLiteral("A removal is still in progress.")});
-    done(outcomes);
-}
-
-void LauncherCleanup::tellOfFailures(const QString& title) {
-    QStringList lines;
-    for (const CleanupLogLine& line : std::as_const(_log))
-        if (line.kind == CleanupLogLine::Kind::failed)
-            lines.append(line.text);
+void LauncherCleanup::tellOfFailures(const QStringList& lines, const QString& title) {
     constexpr qsizetype mostLines = 5;
     if (!lines.isEmpty())
         _messages.alert({QStringLiteral("notAll"),
@@ -103,34 +38,79 @@ void LauncherCleanup::tellOfFailures(const QString& title) {
 }
 
 bool LauncherCleanup::canRestore() const {
-    return _phase == Phase::done && !_isMoving &&
-           std::ranges::find(_taken, _lastRemoval, &CleanupRecord::id) != _taken.end();
+    return _phase == Phase::done && !_isMoving && !_lastRemoval.isNull();
+}
+
+void LauncherCleanup::listPast(std::function<void(Past)> done) {
+    _askedForPast.append(std::move(done));
+    _listing = _machine.workers.run(
+        Lane::actions,
+        [tools = _tools, tag = _machine.uuids.next()](std::stop_token) {
+            return RemovalSteps(*tools, tag).all();
+        },
+        [this](const std::expected<QList<CleanupRecord>, QString>& records) {
+            const Past past = records ? Past(*records)
+                                      : Past(std::unexpected(LauncherError{
+                                            QStringLiteral("recordUnreadable"), records.error(), {}}));
+            for (const auto& tell : std::exchange(_askedForPast, {}))
+                tell(past);
+        });
+}
+
+QString LauncherCleanup::dateText(const CleanupRecord& removal) const {
+    const Locale& locale = _machine.locale;
+    const QTimeZone zone(Calendar::system(locale).timeZone().toUtf8());
+    const auto milliseconds = static_cast<qint64>(removal.removedAt.unixSeconds() * 1'000);
+    return QLocale(locale.identifier())
+        .toString(QDateTime::fromMSecsSinceEpoch(milliseconds, zone), QLocale::ShortFormat);
 }
 
 void LauncherCleanup::restore(std::function<void(Restored)> done) {
-    const auto refused = [&](LauncherError error) {
+    restore(std::nullopt, std::move(done));
+}
+
+void LauncherCleanup::restore(const std::optional<QUuid>& removal, std::function<void(Restored)> done) {
+    const auto refuse = [this, done](LauncherError error) {
         _error = error;
         changed.notify();
         if (done)
             done(std::unexpected(std::move(error)));
     };
     if (_isMoving || (_phase != Phase::idle && _phase != Phase::done))
-        return refused({QStringLiteral("removalInProgress"),
-                        QStringLiteral("A removal is still in progress."),
-                        {}});
+        return refuse({QStringLiteral("removalInProgress"),
+                       QStringLiteral("A removal is still in progress."),
+                       {}});
     if (const auto guard = _history.guard(_layouts.shownMode()); !guard)
-        return refused(guard.error());
+        return refuse(guard.error());
     _error.reset();
+    beginMoving();
+    _moving = _machine.workers.run(
+        Lane::actions,
+        [tools = _tools, tag = _machine.uuids.next(), removal](std::stop_token) {
+            return RemovalSteps(*tools, tag).find(removal);
+        },
+        [this, refuse, done](const std::expected<std::optional<CleanupRecord>, QString>& found) {
+            _isMoving = false;
+            _hold.reset();
+            if (!found)
+                return refuse({QStringLiteral("recordUnreadable"), found.error(), notAllBack});
+            if (!*found || (*found)->items.isEmpty())
+                return refuse({QStringLiteral("nothingToRestore"),
+                               QStringLiteral("There is no removal to bring back."),
+                               {}});
+            restore(**found, done);
+        });
+    changed.notify();
+}
 
-    // The last step of history has the tiles as they were, to the folder.
+void LauncherCleanup::restore(const CleanupRecord& record, const std::function<void(Restored)>& done) {
+    // The last step of history has the tiles as they were.
     const LauncherWindowMode mode = _layouts.shownMode();
     const LayoutUndoEntry* next = _history.steps().nextUndo(mode).entry;
-    const bool isLastStep =
-        next && !_taken.isEmpty() && _history.steps().canUndo(mode) &&
-        std::ranges::find(next->trashedApps, _taken.last().path, &TrashedAppRecord::originalURL) !=
-            next->trashedApps.end();
-    if (isLastStep) {
-        _history.undo(mode, [this, done = std::move(done)](const Outcome& undone) {
+    if (next && _history.steps().canUndo(mode) &&
+        std::ranges::find(next->trashedApps, record.id, &TrashedAppRecord::removal) !=
+            next->trashedApps.end())
+        return _history.undo(mode, [this, done](const Outcome& undone) {
             if (!undone)
                 _error = undone.error();
             else
@@ -139,64 +119,35 @@ void LauncherCleanup::restore(std::function<void(Restored)> done) {
             if (done)
                 done(undone ? Restored(_log) : Restored(std::unexpected(undone.error())));
         });
-        return;
-    }
-
-    beginMoving();
-    _moving = _machine.workers.run(
-        Lane::actions,
-        [tools = _tools, source = _stopMoving, tag = _machine.uuids.next()](
-            std::stop_token stop) -> std::expected<std::optional<BroughtBack>, QString> {
-            const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
-            const CleanupRecordStore store(tools->machine, tag);
-            auto records = store.read();
-            if (!records)
-                return std::unexpected(records.error());
-            while (!records->isEmpty()) {
-                BroughtBack result = bringBack(*tools, records->takeLast(), false, source.get_token());
-                warnOf(tools->machine, store.put(result.rest));
-                if (!result.log.isEmpty())
-                    return result;
-            }
-            return std::nullopt;
-        },
-        [this,
-         done = std::move(done)](const std::expected<std::optional<BroughtBack>, QString>& tried) {
-            const std::optional<BroughtBack> result = tried.value_or(std::nullopt);
-            Restored restored;
-            if (!tried) {
-                restored =
-                    std::unexpected(LauncherError{QStringLiteral("recordUnreadable"), tried.error(),
-                                                  QStringLiteral("Could not put everything back")});
-            } else if (!result) {
-                restored =
-                    std::unexpected(LauncherError{QStringLiteral("nothingToRestore"),
-                                                  QStringLiteral("There is no removal to bring back."),
-                                                  {}});
-            } else {
-                _taken.removeIf([&](const CleanupRecord& r) { return r.id == result->record.id; });
-                if (!result->record.items.isEmpty())
-                    _broughtBack.append(result->record);
-                _phase = Phase::idle;
-                _log = result->log;
-                if (result->record.bundle())
-                    putTilesBack(result->record);
-                restored = _log;
-                if (result->record.items.isEmpty())
-                    restored = std::unexpected(LauncherError{
-                        QStringLiteral("notRestored"), result->failure.value_or(QString()),
-                        QStringLiteral("Could not put everything back")});
-            }
-            if (!restored)
-                _error = restored.error();
-            // The tiles are to be there before anyone hears of it.
-            endMoving([this, restored, done] {
-                changed.notify();
-                if (done)
-                    done(restored);
-            });
-        });
-    changed.notify();
+    move<RemovalStep>([record](const RemovalSteps& steps,
+                               std::stop_token stop) { return steps.bringBack(record, false, stop); },
+                      [this, done, before = record](const RemovalStep& step) {
+                          const auto hasBundle = [](const CleanupRecord& past) {
+                              return std::ranges::any_of(past.restored, &CleanupItemResult::isBundle);
+                          };
+                          const bool isAnyBack = step.record.restored.size() > before.restored.size();
+                          if (_lastRemoval == step.record.id && step.record.items.isEmpty())
+                              _lastRemoval = {};
+                          _phase = Phase::idle;
+                          _log = step.log;
+                          if (hasBundle(step.record) && !hasBundle(before))
+                              putTilesBack(step.record);
+                          Restored restored = _log;
+                          if (!isAnyBack && !_log.isEmpty())
+                              restored = std::unexpected(LauncherError{QStringLiteral("notRestored"),
+                                                                       step.failure.value_or(QString()),
+                                                                       notAllBack});
+                          else
+                              tellOfFailures(failedLines(_log), notAllBack);
+                          if (!restored)
+                              _error = restored.error();
+                          // The tiles are to be there before anyone hears of it.
+                          endMoving([this, restored, done] {
+                              changed.notify();
+                              if (done)
+                                  done(restored);
+                          });
+                      });
 }
 
 void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
@@ -253,137 +204,43 @@ void LauncherCleanup::insert(LayoutDocument& document, const RemovedTile& tile) 
 
 // ---- for history
 
-void LauncherCleanup::restoreApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
-    QList<CleanupRecord> wanted;
-    for (const TrashedAppRecord& app : std::as_const(records)) {
-        const auto found = std::ranges::find_if(_taken.rbegin(), _taken.rend(), [&](const auto& r) {
-            const CleanupItemResult* bundle = r.bundle();
-            return r.path == app.originalURL &&
-                   (bundle ? bundle->trashedPath : std::nullopt) == app.trashedURL;
-        });
-        wanted.append(found == _taken.rend() ? CleanupRecord{.name = app.name, .path = app.originalURL}
-                                             : *found);
+void LauncherCleanup::moveForHistory(bool intoTrash, const QList<TrashedAppRecord>& records,
+                                     const LayoutUndoActions::TrashDone& done) {
+    if (_isMoving) {
+        QList<TrashOutcome> outcomes;
+        for (const TrashedAppRecord& record : records)
+            outcomes.append({record, QStringLiteral("A removal is still in progress.")});
+        return done(outcomes);
     }
-    if (_isMoving)
-        return refuseTrash(records, done);
-    beginMoving();
-    _moving = _machine.workers.run(
-        Lane::actions,
-        [tools = _tools, source = _stopMoving, wanted,
-         tag = _machine.uuids.next()](std::stop_token stop) {
-            const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
-            QList<BroughtBack> results;
-            for (const CleanupRecord& record : wanted) {
-                results.append(bringBack(*tools, record, true, source.get_token()));
-                warnOf(tools->machine,
-                       CleanupRecordStore(tools->machine, tag).put(results.last().rest));
-                // Nothing is known to be taken: there is nothing to bring, and it may be there.
-                if (record.items.isEmpty() && !tools->machine.files.exists(record.path))
-                    results.last().failure = QStringLiteral("It is not known where it lies.");
-            }
+    move<QList<RemovalStep>>(
+        [intoTrash, records](const RemovalSteps& steps, std::stop_token stop) {
+            QList<RemovalStep> results;
+            for (const TrashedAppRecord& app : records)
+                results.append(intoTrash ? steps.takeAgain(app.removal, stop)
+                                         : steps.bringBack(app.removal, app.originalURL, stop));
             return results;
         },
-        [this, records, done = std::move(done)](const QList<BroughtBack>& results) {
+        [this, intoTrash, records, done](const QList<RemovalStep>& results) {
             QList<TrashOutcome> outcomes;
+            QStringList failures;
             _log.clear();
             for (qsizetype i = 0; i < results.size(); ++i) {
-                const BroughtBack& result = results[i];
-                _log += result.log;
-                outcomes.append({records[i], result.failure});
-                if (result.failure)
-                    continue;
-                _taken.removeIf([&](const CleanupRecord& r) { return r.id == result.record.id; });
-                if (!result.record.items.isEmpty())
-                    _broughtBack.append(result.record);
-                outcomes.last().record.trashedURL.reset();
-            }
-            tellOfFailures(QStringLiteral("Could not put everything back"));
-            endMoving();
-            changed.notify();
-            done(outcomes);
-        });
-    changed.notify();
-}
-
-void LauncherCleanup::trashApps(QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
-    if (_isMoving)
-        return refuseTrash(records, done);
-    struct Again {
-        CleanupRecord record;
-        QList<CleanupLogLine> log;
-        std::optional<QString> failure;
-    };
-    QList<CleanupRecord> wanted;
-    for (const TrashedAppRecord& app : std::as_const(records)) {
-        const auto found = std::ranges::find(_broughtBack.rbegin(), _broughtBack.rend(),
-                                             app.originalURL, &CleanupRecord::path);
-        wanted.append(found == _broughtBack.rend() ? CleanupRecord{.path = app.originalURL} : *found);
-        wanted.last().id = _machine.uuids.next();
-    }
-    beginMoving();
-    _moving = _machine.workers.run(
-        Lane::actions,
-        [tools = _tools, source = _stopMoving, wanted](std::stop_token stop) {
-            const std::stop_callback ended(stop, [source]() mutable { source.request_stop(); });
-            QList<Again> results;
-            for (const CleanupRecord& record : wanted) {
-                QList<RelatedFile> items;
-                for (const CleanupItemResult& item : record.items)
-                    items.append(item.item);
-                Again again{.record = record, .log = {}, .failure = {}};
-                again.record.items.clear();
-                const CleanupRecordStore store(tools->machine, record.id);
-                // Nobody is asked here: an application that is open stays.
-                const CleanupRemovalResult result =
-                    tools->remover(false).remove(record.application(), items, source.get_token(), {},
-                                                 [&](const QList<CleanupItemResult>& planned) {
-                                                     again.record.items = planned;
-                                                     return store.put(again.record);
-                                                 });
-                again.record.items.clear();
-                again.log = result.log;
-                for (const CleanupItemResult& item : result.items) {
-                    if (item.isMoved())
-                        again.record.items.append(item);
-                    else if (item.item.match == RelatedFileMatch::appBundle)
-                        again.failure = item.failure;
-                }
-                if (again.record.items.isEmpty() && !items.isEmpty() && !again.failure)
-                    again.failure = result.items.first().failure;
-                if (items.isEmpty() && tools->machine.files.exists(record.path))
-                    again.failure = QStringLiteral("It is not known what to remove.");
-                // A step that fails leaves everything as it was.
-                if (again.failure && !again.record.items.isEmpty())
-                    again.record = bringBack(*tools, again.record, false, source.get_token()).rest;
-                warnOf(tools->machine, store.put(again.record));
-                results.append(again);
-            }
-            return results;
-        },
-        [this, records, done = std::move(done)](const QList<Again>& results) {
-            QList<TrashOutcome> outcomes;
-            _log.clear();
-            for (qsizetype i = 0; i < results.size(); ++i) {
-                const Again& again = results[i];
-                _log += again.log;
-                outcomes.append({records[i], again.failure});
-                if (!again.record.items.isEmpty())
-                    _taken.append(again.record);
-                if (again.failure)
-                    continue;
-                const CleanupItemResult* bundle = again.record.bundle();
+                const RemovalStep& step = results[i];
+                _log += step.log;
+                outcomes.append({records[i], step.failure});
+                if (step.failure)
+                    continue; // history tells of it
+                failures += failedLines(step.log);
+                const CleanupItemResult* bundle = intoTrash ? step.record.bundle() : nullptr;
                 outcomes.last().record.trashedURL = bundle ? bundle->trashedPath : std::nullopt;
-                if (const auto undone =
-                        std::ranges::find(_broughtBack, records[i].originalURL, &CleanupRecord::path);
-                    undone != _broughtBack.end())
-                    _broughtBack.erase(undone);
+                _lastRemoval = intoTrash ? step.record.id : QUuid();
             }
-            tellOfFailures(QStringLiteral("Could not delete everything again"));
+            tellOfFailures(failures, intoTrash ? QStringLiteral("Could not delete everything again")
+                                               : notAllBack);
             endMoving();
             changed.notify();
             done(outcomes);
         });
-    changed.notify();
 }
 
 } // namespace tessellar

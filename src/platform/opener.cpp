@@ -10,7 +10,12 @@ Task Opener::openUrl(const QString& url, Done done) const {
     return open({url.toUtf8()}, std::move(done));
 }
 
-Task Opener::open(QList<QByteArray> arguments, Done done) const {
+Task Opener::reveal(const QString& path, Done done) const {
+    return open({QByteArrayLiteral("-R"), _machine.files.hostPath(path)}, std::move(done),
+                _machine.files.hostPath(FileSystem::parent(path)));
+}
+
+Task Opener::open(QList<QByteArray> arguments, Done done, std::optional<QByteArray> forDesktop) const {
     Command command{.executable = _machine.files.hostPath(QStringLiteral("/usr/bin/open")),
                     .arguments = std::move(arguments),
                     .environment = _machine.environment,
@@ -18,7 +23,13 @@ Task Opener::open(QList<QByteArray> arguments, Done done) const {
                     .input = {}};
     return _machine.workers.run(
         Lane::actions,
-        [&commands = _machine.commands, command = std::move(command)](std::stop_token stop) {
+        [&files = _machine.files, &commands = _machine.commands, command = std::move(command),
+         forDesktop = std::move(forDesktop)](std::stop_token stop) mutable {
+            const QString desktopTool = QStringLiteral("/usr/bin/xdg-open");
+            if (forDesktop && files.isExecutableFile(desktopTool)) {
+                command.executable = files.hostPath(desktopTool);
+                command.arguments = {*forDesktop};
+            }
             return commands.run(command, stop);
         },
         [done = std::move(done)](const CommandResult& result) mutable {

@@ -17,9 +17,12 @@ public:
     [[nodiscard]] Task openApplication(const QString& path, Done done) const;
     /// Opens an address with whatever the user has for it.
     [[nodiscard]] Task openUrl(const QString& url, Done done) const;
+    /// Shows an item in its folder; on a desktop that is not a Mac's, the folder.
+    [[nodiscard]] Task reveal(const QString& path, Done done) const;
 
 private:
-    Task open(QList<QByteArray> arguments, Done done) const;
+    Task open(QList<QByteArray> arguments, Done done,
+              std::optional<QByteArray> forDesktop = std::nullopt) const;
 
     Machine& _machine;
 };

@@ -48,8 +48,9 @@ TEST_F(CleanupCommandsTest, ReviewsWhatARemovalCouldTake) {
         items.insert(item.toObject().value(u"path").toString(), item.toObject());
     EXPECT_EQ(items.size(), 4);
     const QJsonObject item = items.value(support);
-    EXPECT_EQ(item.keys(), (QStringList{u"domain"_s, u"location"_s, u"match"_s, u"needsAdministrator"_s,
-                                        u"path"_s, u"preselected"_s, u"reason"_s, u"size"_s}));
+    EXPECT_EQ(item.keys(), (QStringList{u"domain"_s, u"identity"_s, u"location"_s, u"match"_s,
+                                        u"needsAdministrator"_s, u"path"_s, u"preselected"_s,
+                                        u"reason"_s, u"size"_s, u"sizeIsPartial"_s}));
     EXPECT_EQ(item.value(u"location").toString(), u"Application Support");
     EXPECT_EQ(item.value(u"match").toString(), u"medium");
     EXPECT_FALSE(item.value(u"preselected").toBool(true));
@@ -78,7 +79,12 @@ TEST_F(CleanupCommandsTest, RemovesOnlyAfterAYesAndAnotherProcessRestores) {
     EXPECT_TRUE(exists(support));
     EXPECT_EQ(trash().size(), 3);
     EXPECT_EQ(run({u"list"_s}, {}, false).out, "Page 1\n  Beech\n");
-    const Result restored = run({u"cleanup"_s, u"restore"_s});
+    const QJsonArray past = run({u"cleanup"_s, u"history"_s}).json().value(u"removals").toArray();
+    ASSERT_EQ(past.size(), 1);
+    EXPECT_EQ(past[0][u"name"].toString(), u"Ash");
+    EXPECT_EQ(past[0][u"inTrash"].toInt(), 3);
+    EXPECT_EQ(run({u"cleanup"_s, u"restore"_s, u"first"_s}).code(), u"unknownRemoval");
+    const Result restored = run({u"cleanup"_s, u"restore"_s, past[0][u"id"].toString()});
     EXPECT_EQ(restored.status, 0) << restored.error.toStdString();
     EXPECT_TRUE(exists(bundle));
     EXPECT_TRUE(exists(preferences));
@@ -99,6 +105,14 @@ TEST_F(CleanupCommandsTest, RemovesWhatAFileNamesOrAllThatMatches) {
     EXPECT_EQ(run(itemsFile("[]")).code(), u"nothingSelected");
     EXPECT_EQ(run({u"cleanup"_s, u"remove"_s, ash, u"--all-matches"_s, u"--items"_s, u"x"_s}).status,
               2);
+    // The answer of a review names what lay there then.
+    const QByteArray reviewed = run({u"cleanup"_s, u"review"_s, ash}).out;
+    ASSERT_TRUE(QDir().rename(root.path() + support, root.path() + u"/away"_s));
+    ASSERT_TRUE(QDir().mkpath(root.path() + support));
+    EXPECT_EQ(run(itemsFile(reviewed)).code(), u"changed");
+    EXPECT_TRUE(exists(bundle));
+    ASSERT_TRUE(QDir().rmdir(root.path() + support));
+    ASSERT_TRUE(QDir().rename(root.path() + u"/away"_s, root.path() + support));
     EXPECT_EQ(run(itemsFile("[\"" + support.toUtf8() + "\"]")).status, 0);
     EXPECT_TRUE(exists(bundle));
     EXPECT_FALSE(exists(support));
@@ -167,6 +181,7 @@ TEST_F(CleanupCommandsTest, SaysThatThereIsNoHelper) {
     EXPECT_EQ(status.status, 0);
     EXPECT_EQ(status.json(),
               (QJsonObject{{u"status"_s, u"unavailable"_s},
+                           {u"description"_s, removalHelperDescription},
                            {u"message"_s, u"Could not connect to the administrator helper."_s}}));
 }
 

@@ -56,9 +56,9 @@ protected:
         mac.settle();
         return result;
     }
-    QString restore() {
+    QString restore(const std::optional<QUuid>& removal = {}) {
         QString result = u"nothing"_s;
-        cleanup().restore([&](const LauncherCleanup::Restored& restored) {
+        cleanup().restore(removal, [&](const LauncherCleanup::Restored& restored) {
             result = restored ? u"done"_s : restored.error().code;
         });
         mac.settle();
@@ -95,8 +95,8 @@ TEST_F(LauncherCleanupTest, ReviewsAndMeasuresAndEndsWhenItIsClosed) {
     EXPECT_FALSE(cleanup().review().isSelected(offered));
     cleanup().selectAllMatches();
     EXPECT_TRUE(cleanup().review().isSelected(offered));
-    cleanup().selectPreselected();
-    EXPECT_EQ(cleanup().review().selectedItems().size(), 3);
+    cleanup().selectNothing();
+    EXPECT_TRUE(cleanup().review().selectedItems().isEmpty());
 
     cleanup().open(u"org.example.beech"_s);
     cleanup().close();
@@ -278,6 +278,60 @@ TEST_F(LauncherCleanupTest, ARecordThatCannotBeReadNowIsNoAbsenceAndStays) {
     mac.makeFolder(data + u"/removals.json/in the way"_s);
     EXPECT_EQ(restore(), u"recordUnreadable");
     EXPECT_TRUE(mac.exists(data + u"/removals.json/in the way"_s));
+}
+
+TEST_F(LauncherCleanupTest, AFailedAttemptLosesNoRecordAndAnyRemovalMayBeChosen) {
+    review();
+    ASSERT_EQ(remove(), u"done");
+    review(u"org.example.beech"_s);
+    ASSERT_EQ(remove(), u"done");
+    start();
+    const auto past = [&] {
+        QList<CleanupRecord> records;
+        cleanup().listPast([&](const LauncherCleanup::Past& found) { records = found.value(); });
+        mac.settle();
+        return records;
+    };
+    ASSERT_EQ(past().size(), 2);
+    EXPECT_EQ(past()[1].name, u"Ash");
+    const QUuid removal = past()[1].id;
+    // The Trash is out of reach; then it is there again.
+    ASSERT_TRUE(mac.files.move(trash, u"/away"_s));
+    EXPECT_EQ(restore(removal), u"notRestored");
+    EXPECT_EQ(restore(), u"notRestored");
+    EXPECT_EQ(past()[1].items.size(), 3);
+    ASSERT_TRUE(mac.files.move(u"/away"_s, trash));
+    EXPECT_EQ(restore(removal), u"done");
+    EXPECT_TRUE(mac.exists(bundle));
+    EXPECT_TRUE(findTile(launcher->shown().pages(), ash));
+    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Put App Back");
+    EXPECT_EQ(past()[1].restored.size(), 3);
+    EXPECT_EQ(restore(removal), u"nothingToRestore");
+    EXPECT_EQ(restore(), u"done"); // the other one
+    EXPECT_TRUE(mac.exists(u"/Applications/Beech.app"_s));
+}
+
+TEST_F(LauncherCleanupTest, WhatIsOutOfSightOrWentClaimsItsFiles) {
+    builder.addApplication({.name = u"Ash Studio"_s,
+                            .folder = u"/Volumes/Ext"_s,
+                            .identifier = u"org.example.ash.studio"_s});
+    mac.link(u"/Applications/Ash Studio.app"_s, u"/Volumes/Ext/Ash Studio.app"_s);
+    const QString studios = library + u"Caches/org.example.ash.studio"_s;
+    mac.makeFolder(studios);
+    const auto isOffered = [&] {
+        const QList<RelatedFile>& items = review().review().items;
+        return std::ranges::find(items, studios, &RelatedFile::path) != items.end();
+    };
+    start();
+    EXPECT_FALSE(isOffered());
+    ASSERT_TRUE(findTile(launcher->shown().pages(), u"org.example.ash.studio"_s));
+    // Its volume is gone, and then the link to it.
+    ASSERT_TRUE(mac.files.move(u"/Volumes/Ext"_s, u"/away"_s));
+    start();
+    EXPECT_FALSE(isOffered());
+    mac.remove(u"/Applications/Ash Studio.app"_s);
+    start();
+    EXPECT_FALSE(isOffered());
 }
 
 TEST_F(LauncherCleanupTest, ADamagedRecordIsSetAside) {

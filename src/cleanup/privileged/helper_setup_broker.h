@@ -17,6 +17,10 @@ struct BrokerError {
 };
 QString message(const BrokerError& error);
 
+/// What settings say of the helper.
+inline const QString removalHelperDescription =
+    QStringLiteral("Runs the signed removal helper only during an uninstall. Required.");
+
 /// What the user is shown while something waits for them.
 struct HelperNotice {
     QString title;
