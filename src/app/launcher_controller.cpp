@@ -29,6 +29,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _updates(viewModel)
     , _backups(viewModel)
     , _removal(viewModel)
+    , _pastRemovals(viewModel)
     , _smartFolder(viewModel)
     , _alert(viewModel) {
     follow();
@@ -136,7 +137,10 @@ void LauncherController::follow() {
         showBadges();
         _updates.refresh();
     });
-    on(launcher.cleanup().changed, [this] { _removal.refresh(); });
+    on(launcher.cleanup().changed, [this] {
+        _removal.refresh();
+        _pastRemovals.refresh();
+    });
     on(launcher.smartFolderEditing().changed, [this] {
         _smartFolder.refresh();
         if (!_smartFolder.isOpen() && _sheets.current() == Sheets::smartFolder)

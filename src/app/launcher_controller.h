@@ -6,6 +6,7 @@
 #include "app/grid_model.h"
 #include "app/menu_model.h"
 #include "app/open_folder.h"
+#include "app/past_removals_panel.h"
 #include "app/removal_panel.h"
 #include "app/sheets.h"
 #include "app/smart_folder_panel.h"
@@ -47,6 +48,7 @@ class LauncherController final : public QObject {
     Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
     Q_PROPERTY(tessellar::BackupsPanel* backups READ backups CONSTANT)
     Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
+    Q_PROPERTY(tessellar::PastRemovalsPanel* pastRemovals READ pastRemovals CONSTANT)
     Q_PROPERTY(tessellar::SmartFolderPanel* smartFolder READ smartFolder CONSTANT)
     Q_PROPERTY(tessellar::AlertPanel* alert READ alert CONSTANT)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
@@ -74,6 +76,7 @@ public:
     UpdatesPanel* updates() { return &_updates; }
     BackupsPanel* backups() { return &_backups; }
     RemovalPanel* removal() { return &_removal; }
+    PastRemovalsPanel* pastRemovals() { return &_pastRemovals; }
     SmartFolderPanel* smartFolder() { return &_smartFolder; }
     AlertPanel* alert() { return &_alert; }
     QString notice() const;
@@ -143,6 +146,7 @@ private:
     UpdatesPanel _updates;
     BackupsPanel _backups;
     RemovalPanel _removal;
+    PastRemovalsPanel _pastRemovals;
     SmartFolderPanel _smartFolder;
     AlertPanel _alert;
     std::vector<Subscription> _subscriptions;

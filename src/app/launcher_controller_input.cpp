@@ -93,6 +93,8 @@ bool LauncherController::pressKey(int key, int modifiers) {
     }
     if (_sheets.current() == Sheets::smartFolder && (key == Qt::Key_Return || key == Qt::Key_Enter))
         _smartFolder.save();
+    if (_removal.isOpen())
+        _removal.pressKey(key, modifiers & Qt::ControlModifier);
     if (_drag.isLifted() || isCovered())
         return true;
     GridModel& model = shown();
@@ -215,6 +217,9 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
         return _sheets.open(Sheets::backups);
     case ActionRequest::updates:
         return _sheets.open(Sheets::updates);
+    case ActionRequest::pastRemovals:
+        _pastRemovals.open();
+        return _sheets.open(Sheets::pastRemovals);
     }
 }
 

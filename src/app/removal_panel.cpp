@@ -9,8 +9,14 @@ namespace tessellar {
 
 using Phase = LauncherCleanup::Phase;
 
-static QString sizeText(std::uint64_t bytes) {
-    return QLocale().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+static QString sizeText(std::uint64_t bytes, bool isPartial) {
+    const QString text =
+        QLocale().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+    return isPartial ? RemovalPanel::tr("at least %1").arg(text) : text;
+}
+
+static QString countText(qsizetype count) {
+    return count == 1 ? RemovalPanel::tr("1 item") : RemovalPanel::tr("%1 items").arg(count);
 }
 
 // ---- the items
@@ -20,7 +26,7 @@ int RemovalItems::rowCount(const QModelIndex& parent) const {
 }
 
 QHash<int, QByteArray> RemovalItems::roleNames() const {
-    return {{PathRole, "path"},      {NameRole, "name"}, {PlaceRole, "place"},
+    return {{PathRole, "path"},      {NameRole, "name"}, {FolderRole, "folder"},
             {ReasonRole, "reason"},  {SizeRole, "size"}, {SelectedRole, "isSelected"},
             {LockedRole, "isLocked"}};
 }
@@ -35,12 +41,12 @@ QVariant RemovalItems::data(const QModelIndex& index, int role) const {
         return file.path;
     case NameRole:
         return FileSystem::fileName(file.path);
-    case PlaceRole:
-        return file.location;
+    case FolderRole:
+        return FileSystem::parent(file.path);
     case ReasonRole:
         return file.reason;
     case SizeRole:
-        return row.size ? sizeText(*row.size) : QStringLiteral("…");
+        return row.size ? sizeText(*row.size, row.isSizePartial) : QStringLiteral("…");
     case SelectedRole:
         return row.isSelected;
     case LockedRole:
@@ -55,7 +61,7 @@ void RemovalItems::refresh() {
     std::vector<Row> rows;
     rows.reserve(static_cast<std::size_t>(review.items.size()));
     for (const RelatedFile& file : review.items)
-        rows.push_back({file.size, review.isSelected(file.path)});
+        rows.push_back({file.size, file.isSizePartial, review.isSelected(file.path)});
     // Within a review the items stay the same; another review has passed through none.
     if (rows.size() != _rows.size()) {
         beginResetModel();
@@ -67,7 +73,7 @@ void RemovalItems::refresh() {
         if (rows[i] == _rows[i])
             continue;
         QList<int> roles;
-        if (rows[i].size != _rows[i].size)
+        if (rows[i].size != _rows[i].size || rows[i].isSizePartial != _rows[i].isSizePartial)
             roles.append(SizeRole);
         if (rows[i].isSelected != _rows[i].isSelected)
             roles.append(SelectedRole);
@@ -105,6 +111,7 @@ void RemovalPanel::refresh() {
         [this] {
             _isRefreshWanted = false;
             _items.refresh();
+            _currentRow = std::min(_currentRow, _items.rowCount() - 1);
             Q_EMIT changed();
         },
         Qt::QueuedConnection);
@@ -112,14 +119,30 @@ void RemovalPanel::refresh() {
 
 QString RemovalPanel::total() const {
     const CleanupReviewState& review = _viewModel.cleanup().review();
-    const qsizetype count = review.selectedPaths.size();
-    const QString size = sizeText(review.selectedSize().bytes);
-    return count == 1 ? tr("1 item, %1").arg(size) : tr("%1 items, %2").arg(count).arg(size);
+    const MeasuredSize size = review.selectedSize();
+    return QStringLiteral("%1, %2").arg(countText(review.selectedPaths.size()),
+                                        sizeText(size.bytes, !size.isComplete));
+}
+
+QString RemovalPanel::staying() const {
+    const CleanupReviewState& review = _viewModel.cleanup().review();
+    const qsizetype count = review.items.size() - review.selectedPaths.size();
+    return count == 0 ? QString() : tr("%1 will stay").arg(countText(count));
+}
+
+bool RemovalPanel::isAllSelected() const {
+    const CleanupReviewState& review = _viewModel.cleanup().review();
+    return review.items.size() == review.selectedPaths.size();
 }
 
 bool RemovalPanel::canRemove() const {
     return _viewModel.cleanup().phase() == Phase::review &&
            !_viewModel.cleanup().review().selectedPaths.isEmpty();
+}
+
+QString RemovalPanel::noticeTitle() const {
+    const auto& notice = _viewModel.cleanup().helperNotice();
+    return notice ? notice->title : QString();
 }
 
 QString RemovalPanel::warning() const {
@@ -145,7 +168,9 @@ QString RemovalPanel::progressText() const {
     const LauncherCleanup& cleanup = _viewModel.cleanup();
     if (cleanup.phase() == Phase::scanning)
         return tr("Looking for files of “%1”…").arg(appName());
-    return cleanup.phase() == Phase::removing ? cleanup.progress().name : QString();
+    if (cleanup.isStopping())
+        return tr("Stopping…");
+    return cleanup.phase() == Phase::removing ? cleanup.progress().text() : QString();
 }
 
 QVariantList RemovalPanel::log() const {
@@ -161,6 +186,65 @@ void RemovalPanel::select(const QString& path, bool isSelected) {
     _viewModel.cleanup().setSelected(path, isSelected);
 }
 
+void RemovalPanel::selectAll(bool isSelected) {
+    if (isSelected)
+        _viewModel.cleanup().selectAllMatches();
+    else
+        _viewModel.cleanup().selectNothing();
+}
+
+void RemovalPanel::reveal(const QString& path) {
+    _viewModel.cleanup().reveal(
+        path, [&messages = _viewModel.messages()](const LauncherCleanup::Outcome& shown) {
+            messages.report(shown);
+        });
+}
+
+void RemovalPanel::moveTo(int row) {
+    _currentRow = std::clamp(row, 0, std::max(0, _items.rowCount() - 1));
+    Q_EMIT changed();
+}
+
+void RemovalPanel::pressKey(int key, bool withControl) {
+    constexpr int rowsOfPage = 6;
+    const bool isReview = _viewModel.cleanup().phase() == Phase::review;
+    const QModelIndex current = _items.index(_currentRow);
+    const QString path = _items.data(current, RemovalItems::PathRole).toString();
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && phase() != u"removing")
+        return cancel(); // the button for haste
+    if (!isReview)
+        return;
+    if (withControl) {
+        if (key == Qt::Key_A)
+            selectAll(!isAllSelected());
+        else if (key == Qt::Key_R && !path.isEmpty())
+            reveal(path);
+        else if (key == Qt::Key_Backspace && canRemove())
+            remove();
+        return;
+    }
+    switch (key) {
+    case Qt::Key_Up:
+        return moveTo(_currentRow - 1);
+    case Qt::Key_Down:
+        return moveTo(_currentRow + 1);
+    case Qt::Key_PageUp:
+        return moveTo(_currentRow - rowsOfPage);
+    case Qt::Key_PageDown:
+        return moveTo(_currentRow + rowsOfPage);
+    case Qt::Key_Home:
+        return moveTo(0);
+    case Qt::Key_End:
+        return moveTo(_items.rowCount() - 1);
+    case Qt::Key_Space:
+        if (!path.isEmpty())
+            select(path, !_items.data(current, RemovalItems::SelectedRole).toBool());
+        return;
+    default:
+        return;
+    }
+}
+
 void RemovalPanel::remove() { _viewModel.cleanup().remove(_viewModel.messages().asker()); }
 
 void RemovalPanel::cancel() {
@@ -171,11 +255,12 @@ void RemovalPanel::cancel() {
 }
 
 void RemovalPanel::restore() {
-    _viewModel.cleanup().restore([this](const LauncherCleanup::Restored& restored) {
+    LauncherCleanup& cleanup = _viewModel.cleanup();
+    cleanup.restore(cleanup.lastRemoval(), [this](const LauncherCleanup::Restored& restored) {
         if (!restored)
             _viewModel.messages().report(restored.error());
     });
-    _viewModel.cleanup().close();
+    cleanup.close();
 }
 
 } // namespace tessellar

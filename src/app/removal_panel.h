@@ -21,7 +21,7 @@ public:
     enum Role {
         PathRole = Qt::UserRole,
         NameRole,
-        PlaceRole,
+        FolderRole,
         ReasonRole,
         SizeRole,
         SelectedRole,
@@ -39,6 +39,7 @@ private:
     /// What of a row changes while it is shown.
     struct Row {
         std::optional<std::uint64_t> size;
+        bool isSizePartial = false;
         bool isSelected = false;
 
         bool operator==(const Row&) const = default;
@@ -59,8 +60,14 @@ class RemovalPanel final : public QObject {
     Q_PROPERTY(QString phase READ phase NOTIFY changed) ///< the name of the launcher's
     Q_PROPERTY(QString appName READ appName NOTIFY changed)
     Q_PROPERTY(tessellar::RemovalItems* items READ items CONSTANT)
-    Q_PROPERTY(QString total READ total NOTIFY changed)
+    Q_PROPERTY(QString total READ total NOTIFY changed)     ///< of what goes
+    Q_PROPERTY(QString staying READ staying NOTIFY changed) ///< what does not; empty when all goes
+    Q_PROPERTY(bool isAllSelected READ isAllSelected NOTIFY changed)
+    /// The row that keys are about; -1 before the first of them.
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY changed)
     Q_PROPERTY(bool canRemove READ canRemove NOTIFY changed)
+    Q_PROPERTY(bool canCancel READ canCancel NOTIFY changed)
+    Q_PROPERTY(QString noticeTitle READ noticeTitle NOTIFY changed) ///< of the warning
     Q_PROPERTY(QString warning READ warning NOTIFY changed)
     Q_PROPERTY(double progress READ progress NOTIFY changed) ///< from 0 to 1
     Q_PROPERTY(QString progressText READ progressText NOTIFY changed)
@@ -77,7 +84,12 @@ public:
     QString appName() const;
     RemovalItems* items() { return &_items; }
     QString total() const;
+    QString staying() const;
+    bool isAllSelected() const;
+    int currentRow() const { return _currentRow; }
     bool canRemove() const;
+    bool canCancel() const { return !_viewModel.cleanup().isStopping(); }
+    QString noticeTitle() const;
     QString warning() const;
     double progress() const;
     QString progressText() const;
@@ -86,10 +98,15 @@ public:
     static QString lockText() { return administratorMark; }
 
     Q_INVOKABLE void select(const QString& path, bool isSelected);
+    Q_INVOKABLE void selectAll(bool isSelected);
+    Q_INVOKABLE void reveal(const QString& path);
     Q_INVOKABLE void remove();
     /// Ends what is under way, or closes.
     Q_INVOKABLE void cancel();
     Q_INVOKABLE void restore();
+    /// While it is open, all keys are its own: arrows and Space choose, with Control (Command on a Mac)
+    /// A chooses all, R reveals and Backspace removes.
+    void pressKey(int key, bool withControl);
     /// Shows what is so now: once a turn of the event loop, however many sizes have come in it.
     void refresh();
 
@@ -97,8 +114,11 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void moveTo(int row);
+
     LauncherViewModel& _viewModel;
     RemovalItems _items;
+    int _currentRow = -1;
     bool _isRefreshWanted = false;
 };
 

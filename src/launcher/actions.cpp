@@ -476,6 +476,9 @@ const std::array rows = std::to_array<Row>({
              c.launcher.updates().checkNow();
          return ActionRequest::updates;
      }},
+    {"pastRemovals", always<"Past Removals…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, nullptr,
+     [](const Context&, const QString&) { return ActionRequest::pastRemovals; }},
     {},
     {"mode",
      [](const Context& c) {

@@ -31,19 +31,21 @@ struct ActionTarget {
     LauncherWindowMode mode = LauncherWindowMode::fullScreen;
     std::optional<LaunchpadItem> item = {};
     bool isSearchResult = false;
+    bool isAboutUpdates = false; ///< no more is wanted than what concerns its update
 };
 
 /// What remains for the window to do after an action.
 enum class ActionRequest {
     none,
-    rename,  ///< let the user type a name over the tile's label
-    backups, ///< show the backups of arrangements
-    updates, ///< show what is known of updates
-    icon,    ///< let the user choose a file for the tile's icon
-    rules,   ///< let the user edit the smart folder that is open in `SmartFolderEditing`
+    rename,       ///< let the user type a name over the tile's label
+    backups,      ///< show the backups of arrangements
+    updates,      ///< show what is known of updates
+    pastRemovals, ///< show them, to put one back
+    icon,         ///< let the user choose a file for the tile's icon
+    rules,        ///< let the user edit the smart folder that is open in `SmartFolderEditing`
 };
 
-// What a menu, a key and `tessellarctl actions` offer is one table, in actions.cpp: each row has a
+// What a menu, a key and `tessellarctl actions` offer is one table, in action_table.cpp: each row has a
 // name, a title, perhaps a shortcut, says when it applies and when it is allowed, and what it does.
 
 /// The menu of a target. With the tile of a selection it is about all of these.

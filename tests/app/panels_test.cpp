@@ -1,4 +1,5 @@
 #include "app/backups_panel.h"
+#include "app/past_removals_panel.h"
 #include "app/removal_panel.h"
 #include "app/tile_search.h"
 #include "app/updates_panel.h"
@@ -8,7 +9,6 @@
 #include "launcher/launcher_updates.h"
 #include "launcher/layout_archive.h"
 #include "launcher/small_launcher.h"
-#include "support/fake_updates.h"
 
 #include <QCoreApplication>
 #include <QSignalSpy>
@@ -122,15 +122,73 @@ TEST_F(PanelsTest, ItemsOfARemovalChangeRowByRow) {
     EXPECT_EQ(reset.count(), 2);
 }
 
-TEST_F(PanelsTest, UpdatesAreListedAndTheirSettingsChosen) {
-    builder.addApplication(
-        {.name = u"Cask"_s, .identifier = u"org.example.cask"_s, .version = u"1.9"_s});
-    install(u"Plain"_s);
-    mac.tool(u"/opt/homebrew/bin/brew"_s, brewOfOneCask("2.0", 0));
+TEST_F(PanelsTest, AReviewIsReadAndChosenFromByKeyboard) {
+    install(u"Ash"_s);
+    const QString library = mac.machine.places.home + u"/Library/"_s;
+    mac.write(library + u"Preferences/org.example.ash.plist"_s, "12345");
+    mac.makeFolder(library + u"Application Support/Ash"_s);
+    QList<QByteArray> shown;
+    mac.tool(u"/usr/bin/open"_s, [&](const Command& command, std::stop_token) {
+        shown = command.arguments;
+        return exited(0);
+    });
+    start();
+    RemovalPanel panel(*launcher);
+    const auto subscription = launcher->cleanup().changed.connect([&] { panel.refresh(); });
+    RemovalItems& items = *panel.items();
+    const auto press = [&](int key, bool withControl = false) {
+        panel.pressKey(key, withControl);
+        mac.settle();
+        QCoreApplication::sendPostedEvents(&panel);
+    };
+    launcher->cleanup().open(u"org.example.ash"_s);
+    press(Qt::Key_Down); // nothing yet: a turn for the scan
+    ASSERT_EQ(items.rowCount(), 3);
+    EXPECT_EQ(items.data(items.index(1), RemovalItems::FolderRole), library + u"Application Support"_s);
+    EXPECT_EQ(panel.staying(), u"1 item will stay");
+    EXPECT_FALSE(panel.isAllSelected());
+
+    press(Qt::Key_Home);
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(panel.isAllSelected());
+    EXPECT_EQ(panel.staying(), QString());
+    press(Qt::Key_R, true);
+    EXPECT_EQ(shown,
+              (QList<QByteArray>{"-R", mac.hostPath(library + u"Application Support/Ash"_s).toUtf8()}));
+    press(Qt::Key_A, true);
+    EXPECT_FALSE(panel.canRemove());
+    press(Qt::Key_Backspace, true);
+    EXPECT_EQ(panel.phase(), u"review") << "nothing is chosen";
+    press(Qt::Key_End);
+    press(Qt::Key_Down);
+    EXPECT_EQ(panel.currentRow(), 2);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(panel.total().startsWith(u"1 item,"));
+    press(Qt::Key_Backspace, true);
+    EXPECT_EQ(panel.phase(), u"done");
+    EXPECT_FALSE(mac.exists(library + u"Preferences/org.example.ash.plist"_s));
+    press(Qt::Key_Return);
+    EXPECT_FALSE(panel.isOpen());
+
+    // Once more, after a restart.
+    start();
+    PastRemovalsPanel past(*launcher);
+    const auto following = launcher->cleanup().changed.connect([&] { past.refresh(); });
+    past.open();
+    mac.settle();
+    ASSERT_EQ(past.removals().size(), 1);
+    EXPECT_EQ(past.removals().first().toMap()[u"name"_s], u"Ash"_s);
+    EXPECT_EQ(past.removals().first().toMap()[u"canPutBack"_s], true);
+    past.putBack(past.removals().first().toMap()[u"id"_s].toString());
+    mac.settle();
+    EXPECT_TRUE(mac.exists(library + u"Preferences/org.example.ash.plist"_s));
+    EXPECT_EQ(past.removals().first().toMap()[u"canPutBack"_s], false);
+}
+
+TEST_F(PanelsTest, TheIntervalOfChecksIsChosenFromFour) {
     start();
     UpdatesPanel panel(*launcher);
-    EXPECT_TRUE(panel.available().isEmpty());
-    EXPECT_EQ(panel.progressText(), QString());
     const auto chosen = [&] {
         for (const QVariant& interval : panel.intervals())
             if (interval.toMap()[u"isChosen"_s].toBool())
@@ -141,25 +199,10 @@ TEST_F(PanelsTest, UpdatesAreListedAndTheirSettingsChosen) {
     EXPECT_EQ(chosen(), u"Week");
     panel.chooseInterval(5);
     EXPECT_EQ(chosen(), u"Week") << "no such interval";
-
-    panel.checkNow();
-    for (int i = 0; i < 3; ++i) {
-        mac.settle();
-        mac.time.advance(250ms);
-    }
-    mac.settle();
-    EXPECT_FALSE(panel.isChecking());
-    EXPECT_EQ(panel.summary(), launcher->updates().summary());
-    ASSERT_EQ(panel.available().size(), 1) << "an application without an update is not listed";
-    const QVariantMap row = panel.available().first().toMap();
-    EXPECT_EQ(row[u"name"_s], u"Cask"_s);
-    EXPECT_EQ(row[u"text"_s], launcher->updates().statusText(u"org.example.cask"_s));
-    EXPECT_EQ(row[u"canRun"_s], true);
-    EXPECT_EQ(row[u"isRunning"_s], false);
-
-    panel.setEnabled(false);
-    EXPECT_FALSE(panel.isEnabled());
-    EXPECT_FALSE(launcher->updates().isEnabled());
+    panel.stepInterval(1);
+    EXPECT_EQ(chosen(), u"Week");
+    panel.stepInterval(-1);
+    EXPECT_EQ(chosen(), u"3 Days");
 }
 
 TEST_F(PanelsTest, BackupsAreListedAndRestoredAfterAQuestion) {

@@ -27,141 +27,147 @@ FocusScope {
         icons: root.launcher.icons
     }
 
-    // A click beside the tiles closes the launcher, as it does on the Mac, or ends a search. Handlers, not
-    // an area: they get what the pages above only look at.
+    // The tiles and what belongs to them. Under a sheet or an alert they are only looked at.
     Item {
         anchors.fill: parent
+        enabled: !root.launcher.isCovered
 
-        TapHandler {
-            gesturePolicy: TapHandler.ReleaseWithinBounds
-            onTapped: root.launcher.escape()
-            onLongPressed: root.launcher.openMenu("", point.position)
+        // A click beside the tiles closes the launcher, as it does on the Mac, or ends a search. Handlers, not
+        // an area: they get what the pages above only look at.
+        Item {
+            anchors.fill: parent
+
+            TapHandler {
+                gesturePolicy: TapHandler.ReleaseWithinBounds
+                onTapped: root.launcher.escape()
+                onLongPressed: root.launcher.openMenu("", point.position)
+            }
+
+            TapHandler {
+                acceptedButtons: Qt.RightButton
+                gesturePolicy: TapHandler.ReleaseWithinBounds
+                onTapped: eventPoint => root.launcher.openMenu("", eventPoint.scenePosition)
+            }
         }
 
-        TapHandler {
-            acceptedButtons: Qt.RightButton
-            gesturePolicy: TapHandler.ReleaseWithinBounds
-            onTapped: eventPoint => root.launcher.openMenu("", eventPoint.scenePosition)
-        }
-    }
-
-    Item {
-        id: stage
-
-        anchors.fill: parent
-        opacity: root.launcher.isReady && !root.launcher.search.isActive ? 1 - 0.68 * folder.progress : 0
-        visible: opacity > 0
-
-        PageStrip {
-            id: pages
+        Item {
+            id: stage
 
             anchors.fill: parent
-            launcher: root.launcher
-            model: root.launcher.grid
-            interactive: !root.launcher.folder.isOpen && !root.launcher.alert.isOpen
-        }
+            opacity: root.launcher.isReady && !root.launcher.search.isActive ? 1 - 0.68 * folder.progress : 0
+            visible: opacity > 0
 
-        PageDots {
-            anchors.horizontalCenter: parent.horizontalCenter
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
-            count: root.launcher.grid.pageCount
-            position: pages.position
-            onChosen: page => root.launcher.grid.turnTo(page)
-        }
-
-        Text {
-            anchors.centerIn: parent
-            visible: root.launcher.isReady && root.launcher.grid.pageCount === 0
-            text: qsTr("No applications were found.")
-            color: "#b8ffffff"
-            font.pixelSize: 22
-            font.weight: Font.Light
-        }
-    }
-
-    Loader {
-        id: found
-
-        anchors.fill: parent
-        active: root.launcher.search.isActive
-        sourceComponent: Item {
             PageStrip {
-                id: results
+                id: pages
 
                 anchors.fill: parent
                 launcher: root.launcher
-                model: root.launcher.search.results
-                interactive: !root.launcher.alert.isOpen
-                canLift: false
+                model: root.launcher.grid
+                interactive: !root.launcher.folder.isOpen && !root.launcher.alert.isOpen
             }
 
             PageDots {
                 anchors.horizontalCenter: parent.horizontalCenter
                 anchors.bottom: parent.bottom
                 anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
-                count: root.launcher.search.results.pageCount
-                position: results.position
-                onChosen: page => root.launcher.search.results.turnTo(page)
+                count: root.launcher.grid.pageCount
+                position: pages.position
+                onChosen: page => root.launcher.grid.turnTo(page)
             }
 
             Text {
                 anchors.centerIn: parent
-                width: Math.min(implicitWidth, parent.width - 80)
-                visible: root.launcher.search.results.pageCount === 0
-                text: qsTr("No results for “%1”").arg(root.launcher.search.text)
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
+                visible: root.launcher.isReady && root.launcher.grid.pageCount === 0
+                text: qsTr("No applications were found.")
                 color: "#b8ffffff"
                 font.pixelSize: 22
                 font.weight: Font.Light
             }
         }
-    }
 
-    SearchField {
-        anchors.horizontalCenter: parent.horizontalCenter
-        y: Math.max(4, Math.round((root.launcher.grid.metrics.top - height) / 2))
-        opacity: root.launcher.isReady ? 1 - folder.progress : 0
-        visible: opacity > 0
-        launcher: root.launcher
-    }
+        Loader {
+            id: found
 
-    FolderOverlay {
-        id: folder
+            anchors.fill: parent
+            active: root.launcher.search.isActive
+            sourceComponent: Item {
+                PageStrip {
+                    id: results
 
-        anchors.fill: parent
-        launcher: root.launcher
-        origin: pages.tileRect(root.launcher.folder.tileId)
-    }
+                    anchors.fill: parent
+                    launcher: root.launcher
+                    model: root.launcher.search.results
+                    interactive: !root.launcher.alert.isOpen
+                    canLift: false
+                }
 
-    Loader {
-        anchors.fill: parent
-        active: root.launcher.drag.isLifted
-        sourceComponent: LiftedTiles {
+                PageDots {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    anchors.bottom: parent.bottom
+                    anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
+                    count: root.launcher.search.results.pageCount
+                    position: results.position
+                    onChosen: page => root.launcher.search.results.turnTo(page)
+                }
+
+                Text {
+                    anchors.centerIn: parent
+                    width: Math.min(implicitWidth, parent.width - 80)
+                    visible: root.launcher.search.results.pageCount === 0
+                    text: qsTr("No results for “%1”").arg(root.launcher.search.text)
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                    color: "#b8ffffff"
+                    font.pixelSize: 22
+                    font.weight: Font.Light
+                }
+            }
+        }
+
+        SearchField {
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: Math.max(4, Math.round((root.launcher.grid.metrics.top - height) / 2))
+            opacity: root.launcher.isReady ? 1 - folder.progress : 0
+            visible: opacity > 0
             launcher: root.launcher
-            iconSide: (root.launcher.folder.isOpen ? root.launcher.folder.tiles : root.launcher.grid).metrics.iconSide
         }
-    }
 
-    // The side at which the page is about to turn.
-    Rectangle {
-        readonly property int side: root.launcher.drag.turning
+        FolderOverlay {
+            id: folder
 
-        x: side > 0 ? parent.width - width : 0
-        width: 36
-        height: parent.height
-        visible: side !== 0 && !root.launcher.folder.isOpen
-        gradient: Gradient {
-            orientation: Gradient.Horizontal
-            GradientStop { position: 0; color: root.launcher.drag.turning > 0 ? "#00ffffff" : "#4dffffff" }
-            GradientStop { position: 1; color: root.launcher.drag.turning > 0 ? "#4dffffff" : "#00ffffff" }
+            anchors.fill: parent
+            launcher: root.launcher
+            origin: pages.tileRect(root.launcher.folder.tileId)
         }
-    }
 
-    DragStage {
-        anchors.fill: parent
-        drag: root.launcher.drag
+        Loader {
+            anchors.fill: parent
+            active: root.launcher.drag.isLifted
+            sourceComponent: LiftedTiles {
+                launcher: root.launcher
+                iconSide: (root.launcher.folder.isOpen ? root.launcher.folder.tiles : root.launcher.grid).metrics.iconSide
+            }
+        }
+
+        // The side at which the page is about to turn.
+        Rectangle {
+            readonly property int side: root.launcher.drag.turning
+
+            x: side > 0 ? parent.width - width : 0
+            width: 36
+            height: parent.height
+            visible: side !== 0 && !root.launcher.folder.isOpen
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+                GradientStop { position: 0; color: root.launcher.drag.turning > 0 ? "#00ffffff" : "#4dffffff" }
+                GradientStop { position: 1; color: root.launcher.drag.turning > 0 ? "#4dffffff" : "#00ffffff" }
+            }
+        }
+
+        DragStage {
+            anchors.fill: parent
+            drag: root.launcher.drag
+        }
     }
 
     Notice {
@@ -174,6 +180,7 @@ FocusScope {
     OnDemand {
         anchors.fill: parent
         file: "IconSheet.qml"
+        enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
         wanted: root.launcher.sheets.current === "icon"
     }
@@ -181,6 +188,7 @@ FocusScope {
     OnDemand {
         anchors.fill: parent
         file: "RemovalSheet.qml"
+        enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
         wanted: root.launcher.removal.isOpen
     }
@@ -188,13 +196,23 @@ FocusScope {
     OnDemand {
         anchors.fill: parent
         file: "BackupsSheet.qml"
+        enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
         wanted: root.launcher.sheets.current === "backups"
     }
 
     OnDemand {
         anchors.fill: parent
+        file: "PastRemovalsSheet.qml"
+        enabled: !root.launcher.alert.isOpen
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "pastRemovals"
+    }
+
+    OnDemand {
+        anchors.fill: parent
         file: "UpdatesSheet.qml"
+        enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
         wanted: root.launcher.sheets.current === "updates"
     }
@@ -202,6 +220,7 @@ FocusScope {
     OnDemand {
         anchors.fill: parent
         file: "SmartFolderSheet.qml"
+        enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
         wanted: root.launcher.sheets.current === "smartFolder"
     }
@@ -211,9 +230,9 @@ FocusScope {
         property Item former: null
 
         anchors.fill: parent
-        file: "ContextMenu.qml"
-        initial: ({ menu: root.launcher.smartFolder.choices })
-        wanted: root.launcher.smartFolder.choices.isOpen
+        file: "DayGrid.qml"
+        initial: ({ days: root.launcher.smartFolder.days })
+        wanted: root.launcher.smartFolder.days.isOpen
         onLoaded: {
             former = root.Window.activeFocusItem;
             item.forceActiveFocus();
@@ -221,11 +240,14 @@ FocusScope {
         onWantedChanged: if (!wanted && former) former.forceActiveFocus()
     }
 
-    OnDemand {
+    OpenMenu {
         anchors.fill: parent
-        file: "ContextMenu.qml"
-        initial: ({ menu: root.launcher.menu })
-        wanted: root.launcher.menu.isOpen
+        menu: root.launcher.smartFolder.choices
+    }
+
+    OpenMenu {
+        anchors.fill: parent
+        menu: root.launcher.menu
     }
 
     OnDemand {

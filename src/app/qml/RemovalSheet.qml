@@ -49,23 +49,39 @@ Sheet {
             }
         }
 
+        Item {
+            width: parent.width
+            height: 20
+            visible: sheet.removal.phase === "review"
+
+            CheckMark {
+                objectName: "removalSelectAll"
+                x: 8
+                text: qsTr("Select all")
+                isChecked: sheet.removal.isAllSelected
+                onToggled: sheet.removal.selectAll(!sheet.removal.isAllSelected)
+            }
+        }
+
         ListView {
             id: items
 
             width: parent.width
-            height: Math.min(contentHeight, Math.max(160, sheet.tallest - 190))
+            height: Math.min(contentHeight, Math.max(160, sheet.tallest - 240))
             visible: sheet.removal.phase === "review"
             clip: true
             spacing: 2
             boundsBehavior: Flickable.StopAtBounds
             model: visible ? sheet.removal.items : null
+            currentIndex: sheet.removal.currentRow
 
             delegate: Rectangle {
                 id: row
 
+                required property int index
                 required property string path
                 required property string name
-                required property string place
+                required property string folder
                 required property string reason
                 required property string size
                 required property bool isSelected
@@ -73,12 +89,15 @@ Sheet {
 
                 objectName: "removalItem"
                 width: ListView.view.width
-                height: 52
+                height: 70
                 radius: 10
                 color: hover.hovered ? "#14ffffff" : "transparent"
+                border.width: ListView.isCurrentItem ? 2 : 0
+                border.color: "#4f80ff"
 
                 Accessible.role: Accessible.CheckBox
                 Accessible.name: name
+                Accessible.description: [folder, size, about.text].join(", ")
                 Accessible.checked: isSelected
                 Accessible.onPressAction: sheet.removal.select(path, !isSelected)
 
@@ -114,7 +133,7 @@ Sheet {
                 Column {
                     x: 40
                     anchors.verticalCenter: parent.verticalCenter
-                    width: parent.width - x - bytes.width - 20
+                    width: parent.width - x - Math.max(bytes.width, reveal.width) - 20
                     spacing: 2
 
                     Text {
@@ -128,9 +147,18 @@ Sheet {
 
                     Text {
                         width: parent.width
-                        text: (row.isLocked ? "🔒 " : "")
-                              + [row.place, row.reason,
-                                 row.isLocked ? sheet.removal.lockText : ""].filter(t => t !== "").join(" · ")
+                        text: row.folder
+                        color: "#cfffffff"
+                        elide: Text.ElideMiddle
+                        textFormat: Text.PlainText
+                        font.pixelSize: 12
+                    }
+
+                    Text {
+                        id: about
+
+                        width: parent.width
+                        text: (row.isLocked ? "🔒 " + sheet.removal.lockText + " · " : "") + row.reason
                         color: row.isLocked ? "#ffd479" : "#99ffffff"
                         elide: Text.ElideRight
                         textFormat: Text.PlainText
@@ -143,10 +171,24 @@ Sheet {
 
                     anchors.right: parent.right
                     anchors.rightMargin: 10
-                    anchors.verticalCenter: parent.verticalCenter
+                    y: 10
                     text: row.size
                     color: "#b3ffffff"
                     font.pixelSize: 13
+                }
+
+                PushButton {
+                    id: reveal
+
+                    objectName: "removalReveal"
+                    anchors.right: parent.right
+                    anchors.rightMargin: 8
+                    anchors.bottom: parent.bottom
+                    anchors.bottomMargin: 8
+                    height: 24
+                    visible: hover.hovered || row.ListView.isCurrentItem
+                    text: qsTr("Reveal")
+                    onClicked: sheet.removal.reveal(row.path)
                 }
             }
         }
@@ -175,6 +217,16 @@ Sheet {
         Text {
             width: parent.width
             visible: text !== ""
+            text: sheet.removal.noticeTitle
+            color: "white"
+            textFormat: Text.PlainText
+            font.pixelSize: 15
+            font.weight: Font.DemiBold
+        }
+
+        Text {
+            width: parent.width
+            visible: text !== ""
             text: sheet.removal.warning
             color: "#ffd479"
             wrapMode: Text.Wrap
@@ -186,12 +238,22 @@ Sheet {
             width: parent.width
             height: 34
 
-            Text {
+            Column {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: sheet.removal.phase === "review"
-                text: sheet.removal.total
-                color: "white"
-                font.pixelSize: 14
+
+                Text {
+                    text: sheet.removal.total
+                    color: "white"
+                    font.pixelSize: 14
+                }
+
+                Text {
+                    visible: text !== ""
+                    text: sheet.removal.staying
+                    color: "#99ffffff"
+                    font.pixelSize: 12
+                }
             }
 
             Row {
@@ -202,6 +264,7 @@ Sheet {
                     objectName: "removalCancel"
                     text: sheet.removal.phase === "done" ? qsTr("Done") : qsTr("Cancel")
                     isDefault: true
+                    enabled: sheet.removal.canCancel
                     onClicked: sheet.removal.cancel()
                 }
 
