@@ -13,6 +13,7 @@
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/live_layout.h"
+#include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
 #include "platform/file_system.h"
 #include "sample/mac_builder.h"
@@ -296,6 +297,7 @@ public:
         addSmartFolders();
         setHanging(true);
         search();
+        editRules();
         changeLayout();
         dragAndSave();
         rescan();
@@ -340,6 +342,7 @@ private:
             return !folders.appKeys(folders.definitions().last().id, viewModel().shown().mode())
                         .isEmpty();
         });
+        viewModel().shown().setCurrentPage(0);
         pass(1s);
     }
 
@@ -365,6 +368,39 @@ private:
         turn("end of the search", [&] { controller().search()->clear(); });
         pass(200ms);
         printBudget("a keystroke until its results are in the model", keystrokes, median(floors), 3);
+    }
+
+    /// A rule is typed while what it matches is shown below it.
+    void editRules() {
+        step = "rules";
+        SmartFolderPanel& panel = *controller().smartFolder();
+        turn("the editor opens", [&] {
+            viewModel().smartFolderEditing().open(viewModel().shown().mode(),
+                                                  viewModel().smartFolders().definitions().first());
+            controller().sheets()->open(Sheets::smartFolder);
+        });
+        pass(500ms);
+        std::vector<double> keystrokes;
+        std::vector<double> previews;
+        for (const char* word : {"amber", "gold", "journal", "e"}) {
+            for (std::size_t length = 1; length <= std::strlen(word); ++length) {
+                const double typed = milliseconds(CLOCK_MONOTONIC);
+                const auto rules = viewModel().smartFolderEditing().draft()->ruleCount();
+                keystrokes.push_back(turn("keystroke", [&] {
+                    panel.type(static_cast<int>(rules - 1), 0,
+                               QString::fromLatin1(word, static_cast<qsizetype>(length)));
+                }));
+                const auto shown = QObject::connect(&panel, &SmartFolderPanel::changed, &panel, [&] {
+                    previews.push_back(milliseconds(CLOCK_MONOTONIC) - typed);
+                });
+                pass(80ms);
+                QObject::disconnect(shown);
+            }
+        }
+        turn("the editor closes", [&] { panel.cancel(); });
+        pass(200ms);
+        printBudget("a keystroke in a rule", keystrokes, 0, 16);
+        printBudget("a keystroke until its matches are shown (wall)", previews, 0, 50);
     }
 
     void changeLayout() {
@@ -439,8 +475,18 @@ private:
                          [&] { _mac.http.answer(u"feeds"_s, test::sparkleFeed("101")); });
         drip.start(10ms);
         turn("check", [&] { viewModel().updates().checkNow(); });
+        pass(1s);
+        step = "check for updates with its sheet";
+        turn("the sheet opens", [&] { controller().sheets()->open(Sheets::updates); });
         pass(3s);
         turn("end of the check", [&] { viewModel().updates().cancelCheck(); });
+        pass(300ms);
+        step = "sheet of updates";
+        UpdateRows& rows = *controller().updates()->rows();
+        turn("what cannot be checked is listed", [&] { rows.toggle(rows.rowCount() - 1); });
+        pass(500ms);
+        std::printf("  %d lines in the sheet of updates\n", rows.rowCount());
+        turn("the sheet closes", [&] { controller().sheets()->close(); });
         pass(300ms);
     }
 

@@ -17,6 +17,7 @@ TileView tileView(const LaunchpadItem& item, const TileFacts& facts) {
         view.label = app->name;
         view.isUnavailable = facts.isUnavailable && facts.isUnavailable(icon.appKey);
         view.badge = facts.badge ? facts.badge(icon.appKey) : QString();
+        view.activity = facts.activity ? facts.activity(icon.appKey) : QString();
         view.icons = {icon};
     } else if (const FolderEntry* folder = item.folder()) {
         view.kind = IconItem::Folder;
@@ -44,13 +45,10 @@ std::optional<qsizetype> TilePages::slotOf(const QUuid& id, qsizetype page) cons
 // ---- one page
 
 QHash<int, QByteArray> PageModel::names() {
-    return {{IdRole, "tileId"},
-            {KindRole, "kind"},
-            {LabelRole, "label"},
-            {AppKeysRole, "appKeys"},
-            {SymbolRole, "symbolName"},
-            {BadgeRole, "badge"},
-            {UnavailableRole, "isUnavailable"}};
+    return {{IdRole, "tileId"},         {KindRole, "kind"},
+            {LabelRole, "label"},       {AppKeysRole, "appKeys"},
+            {SymbolRole, "symbolName"}, {BadgeRole, "badge"},
+            {ActivityRole, "activity"}, {UnavailableRole, "isUnavailable"}};
 }
 
 QVariant PageModel::value(const TileView& tile, int role) {
@@ -71,6 +69,8 @@ QVariant PageModel::value(const TileView& tile, int role) {
         return tile.symbolName;
     case BadgeRole:
         return tile.badge;
+    case ActivityRole:
+        return tile.activity;
     case UnavailableRole:
         return tile.isUnavailable;
     default:
@@ -106,6 +106,7 @@ static QList<int> changedRoles(const TileView& a, const TileView& b) {
     compare(PageModel::AppKeysRole, &TileView::icons);
     compare(PageModel::SymbolRole, &TileView::symbolName);
     compare(PageModel::BadgeRole, &TileView::badge);
+    compare(PageModel::ActivityRole, &TileView::activity);
     compare(PageModel::UnavailableRole, &TileView::isUnavailable);
     return roles;
 }

@@ -21,7 +21,8 @@ struct TileView {
     QString label;
     QList<IconWish> icons; ///< the application's, or those that a folder previews
     QString symbolName;
-    QString badge; ///< at the picture's corner; empty for none
+    QString badge;    ///< at the picture's corner; empty for none
+    QString activity; ///< what is being done to it, in place of its name; empty for nothing
     bool isUnavailable = false;
 
     bool operator==(const TileView&) const = default;
@@ -38,6 +39,7 @@ struct TileFacts {
 
     std::function<bool(const QString& appKey)> isUnavailable;
     std::function<QString(const QString& appKey)> badge;
+    std::function<QString(const QString& appKey)> activity = {};
     std::function<SmartFolder(const QUuid& definition)> smartFolder;
 };
 
@@ -72,6 +74,7 @@ public:
         AppKeysRole,
         SymbolRole,
         BadgeRole,
+        ActivityRole,
         UnavailableRole
     };
     using Fill = std::function<QList<TileView>()>;

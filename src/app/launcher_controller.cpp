@@ -51,9 +51,13 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     connect(&_search, &TileSearch::selectionChanged, this, &LauncherController::selectionChanged);
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::makeRoomForAlert);
     connect(&_sheets, &Sheets::changed, this, [this] {
+        _updates.setShown(_sheets.current() == Sheets::updates);
         if (_sheets.current() != Sheets::smartFolder && _smartFolder.isOpen())
             _smartFolder.cancel();
     });
+    connect(&_alert, &AlertPanel::changed, this, &LauncherController::coveredChanged);
+    connect(&_removal, &RemovalPanel::changed, this, &LauncherController::coveredChanged);
+    connect(&_sheets, &Sheets::changed, this, &LauncherController::coveredChanged);
     showLayout();
 }
 
@@ -63,6 +67,7 @@ TileFacts LauncherController::tileFacts() const {
                     return _viewModel.shown().unavailableAppKeys().contains(key);
                 },
             .badge = [this](const QString& key) { return _viewModel.updates().badge(key); },
+            .activity = [this](const QString& key) { return _viewModel.updates().tileText(key); },
             .smartFolder =
                 [this](const QUuid& id) {
                     const SmartFolderLibrary& library = _viewModel.smartFolders();
@@ -94,7 +99,9 @@ void LauncherController::startAfresh() {
     _drag.cancel();
     _search.clear();
     _renaming.cancel();
-    _sheets.close();
+    // What was typed there is not lost with a key that hides the window.
+    if (!_smartFolder.isOpen() || !_smartFolder.isChanged())
+        _sheets.close();
 }
 
 // ---- what has changed
@@ -151,6 +158,11 @@ void LauncherController::follow() {
     on(launcher.messages().alerted, [this] { _alert.refresh(); });
     on(launcher.messages().questionChanged, [this] { _alert.refresh(); });
     on(launcher.launched, [this] { Q_EMIT closeRequested(); });
+    on(launcher.updates().passwordAsked, [this] {
+        // The question would lie below a launcher that fills the screen.
+        if (!isWindowed())
+            Q_EMIT closeRequested();
+    });
 }
 
 void LauncherController::showMode() {
@@ -217,7 +229,7 @@ void LauncherController::makeRoomForAlert() {
         return;
     _drag.cancel();
     _menu.close();
-    _smartFolder.choices()->close();
+    _smartFolder.closePopups();
 }
 
 QStringList LauncherController::selectedIds() const {

@@ -34,6 +34,8 @@ class LauncherController final : public QObject {
 
     Q_PROPERTY(bool isReady READ isReady NOTIFY readyChanged)
     Q_PROPERTY(bool isWindowed READ isWindowed NOTIFY modeChanged)
+    /// A sheet or an alert lies over the tiles and has the keyboard and the pointer.
+    Q_PROPERTY(bool isCovered READ isCovered NOTIFY coveredChanged)
     Q_PROPERTY(tessellar::TileIcons* icons READ icons CONSTANT)
 
     Q_PROPERTY(tessellar::GridModel* grid READ grid CONSTANT)
@@ -64,6 +66,7 @@ public:
 
     bool isReady() const { return _viewModel.isBootstrapped(); }
     bool isWindowed() const { return _viewModel.shown().mode() == LauncherWindowMode::windowed; }
+    bool isCovered() const;
     TileIcons* icons() const { return &_icons; }
     GridModel* grid() { return &_grid; }
     OpenFolder* folder() { return &_folder; }
@@ -96,10 +99,13 @@ public:
     Q_INVOKABLE bool type(const QString& text);
     /// The menu of a tile, or of the background where there is no identifier.
     Q_INVOKABLE void openMenu(const QString& tileId, QPointF point);
+    /// What can be done about an application's update.
+    Q_INVOKABLE void openUpdateMenu(const QString& appKey, QPointF point);
 
 Q_SIGNALS:
     void readyChanged();
     void modeChanged();
+    void coveredChanged();
     void selectionChanged();
     void noticeChanged();
     /// The Menu key was pressed: the selected tile knows where it lies.
@@ -123,7 +129,6 @@ private:
 
     /// The tiles that keys and clicks are about: what was found, the open folder's, the grid's.
     GridModel& shown();
-    bool isCovered() const;
     void unselect() { _viewModel.shown().select(std::nullopt); }
     void moveSelection(int key, bool extends);
     bool pressShortcut(int key, bool isShifted);

@@ -1,5 +1,6 @@
 #include "app/launcher_controller.h"
 #include "app/tile_navigation.h"
+#include "launcher/installed_applications.h"
 #include "launcher/live_layout.h"
 #include "platform/uuid_source.h"
 
@@ -13,7 +14,6 @@ GridModel& LauncherController::shown() {
     return _search.isActive() ? *_search.results() : _folder.isOpen() ? *_folder.tiles() : _grid;
 }
 
-/// Something lies over the tiles that has the keyboard and the pointer.
 bool LauncherController::isCovered() const {
     return _alert.isOpen() || !_sheets.current().isEmpty() || _removal.isOpen();
 }
@@ -58,12 +58,16 @@ void LauncherController::escape() {
         _menu.close();
     else if (_smartFolder.choices()->isOpen())
         _smartFolder.choices()->close();
+    else if (_smartFolder.days()->isOpen())
+        _smartFolder.days()->close();
     else if (_drag.cancel())
         return;
     else if (_alert.isOpen())
         _alert.answer(false);
     else if (_removal.isOpen())
         _removal.cancel();
+    else if (_sheets.current() == Sheets::smartFolder)
+        _smartFolder.leave();
     else if (!_sheets.current().isEmpty())
         _sheets.close();
     else if (_search.isActive())
@@ -82,6 +86,10 @@ bool LauncherController::pressKey(int key, int modifiers) {
             menu->pressKey(key);
             return true;
         }
+    }
+    if (_smartFolder.days()->isOpen()) {
+        _smartFolder.days()->pressKey(key);
+        return true;
     }
     if (key == Qt::Key_Escape) {
         escape();
@@ -195,6 +203,17 @@ void LauncherController::openMenu(const QString& tileId, QPointF point) {
     _menuTarget = {
         .mode = _viewModel.shown().mode(), .item = item, .isSearchResult = _search.isActive()};
     _menu.open(actionMenu(_viewModel, _menuTarget), point);
+}
+
+void LauncherController::openUpdateMenu(const QString& appKey, QPointF point) {
+    const AppEntry* app = _viewModel.applications().withKey(appKey);
+    if (!app)
+        return;
+    _menuTarget = {.mode = _viewModel.shown().mode(),
+                   .item = *app,
+                   .isSearchResult = true,
+                   .isAboutUpdates = true};
+    _menu.open(actionMenu(_viewModel, _menuTarget), point, 0);
 }
 
 void LauncherController::performMenuEntry(const QString& id) {

@@ -1,7 +1,10 @@
 #include "app/launcher_window.h"
 
 #include "launcher/launcher_icons.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/launcher_updates.h"
 #include "launcher/library_watch.h"
+#include "launcher/smart_folder_library.h"
 
 #include <QGuiApplication>
 #include <QQmlEngine>
@@ -40,10 +43,8 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
         if (_view.isVisible())
             show();
     });
-    connect(&_controller, &LauncherController::closeRequested, this, [this] {
-        hide();
-        Q_EMIT closed();
-    });
+    connect(&_controller, &LauncherController::closeRequested, this, &LauncherWindow::close);
+    _view.installEventFilter(this); // for the window's own close button
     connect(&_view, &QQuickWindow::frameSwapped, this, [this] {
         if (!std::exchange(_hasDrawn, true)) {
             _viewModel.libraryWatch().start();
@@ -52,11 +53,19 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
         if (_whenComplete && isComplete())
             std::exchange(_whenComplete, nullptr)();
     });
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+            [this](Qt::ApplicationState state) {
+                // An updater may ask for a password without a word of it in what it says.
+                if (state != Qt::ApplicationActive && _view.isVisible() && !_controller.isWindowed() &&
+                    _viewModel.updates().isExternalUpdaterRunning())
+                    close();
+            });
     _viewModel.setPresenter([this] { show(); });
     _controller.setWindow(_view.size(), _view.devicePixelRatio());
 }
 
 LauncherWindow::~LauncherWindow() {
+    disconnect(qGuiApp, nullptr, this, nullptr);
     // The scene refers to the controller, which goes first.
     _view.setSource({});
 }
@@ -87,6 +96,16 @@ void LauncherWindow::show() {
     else
         _view.showFullScreen();
     _view.requestActivate();
+    // It may not have been seen since yesterday.
+    _viewModel.smartFolders().lookAgain();
+}
+
+void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
+    _clock = std::move(watch);
+    _clockLeapt = _clock->leapt.connect([this] {
+        _viewModel.smartFolders().lookAgain();
+        _viewModel.updates().settingsChanged(); // a check may have come due meanwhile
+    });
 }
 
 void LauncherWindow::followSystemLocale() { QCoreApplication::instance()->installEventFilter(this); }
@@ -94,12 +113,38 @@ void LauncherWindow::followSystemLocale() { QCoreApplication::instance()->instal
 bool LauncherWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::LocaleChange && watched == QCoreApplication::instance())
         _viewModel.setLocale(Locale::system());
+    if (event->type() == QEvent::Close && watched == &_view)
+        QMetaObject::invokeMethod(
+            this, [this] { close(); }, Qt::QueuedConnection);
     return QObject::eventFilter(watched, event);
 }
 
 void LauncherWindow::hide() {
     _view.hide();
     _controller.startAfresh();
+}
+
+void LauncherWindow::endWhenClosed() {
+    connect(this, &LauncherWindow::closed, this, [this] {
+        // Nobody will see it.
+        while (_viewModel.messages().question())
+            _viewModel.messages().answer(false);
+        endIfIdle();
+    });
+    _updateRan = _viewModel.updates().ran.connect([this](const QString&) {
+        // The last one is over only after it has told of its end.
+        QMetaObject::invokeMethod(this, &LauncherWindow::endIfIdle, Qt::QueuedConnection);
+    });
+}
+
+void LauncherWindow::endIfIdle() {
+    if (!_view.isVisible() && !_viewModel.updates().isRunning())
+        Q_EMIT ended();
+}
+
+void LauncherWindow::close() {
+    hide();
+    Q_EMIT closed();
 }
 
 bool LauncherWindow::isComplete() const { return _controller.isReady() && _icons.hasVisible(); }

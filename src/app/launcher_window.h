@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/launcher_controller.h"
+#include "platform/clock_watch.h"
 #include "platform/desktop/desktop_pasteboard.h"
 
 #include <QQuickView>
@@ -26,8 +27,15 @@ public:
 
     void show();
     void hide();
+    /// Hides it and says so, as the user does.
+    void close();
     /// Follows the language and region of the system's settings.
     void followSystemLocale();
+    /// What depends on the day is looked at again when the clock leaps.
+    void followClock(std::unique_ptr<ClockWatch> watch);
+    /// From now on the program ends when its window has gone, but not before updates that run or wait
+    /// are over: `ended` says when. A window that is shown again meanwhile stays.
+    void endWhenClosed();
 
     /// True once the arrangement is loaded and the icons of the visible page are decoded.
     bool isComplete() const;
@@ -39,6 +47,7 @@ public:
 Q_SIGNALS:
     void firstFrame();
     void closed();
+    void ended();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -46,6 +55,7 @@ protected:
 private:
     void load();
     void fitToScreen();
+    void endIfIdle();
 
     DesktopPasteboard _pasteboard;
     LauncherViewModel _viewModel;
@@ -55,6 +65,9 @@ private:
     QQuickView _view;
     QSize _screen;
     bool _hasDrawn = false;
+    std::unique_ptr<ClockWatch> _clock;
+    Subscription _clockLeapt;
+    Subscription _updateRan;
     std::function<void()> _whenComplete;
 };
 

@@ -214,12 +214,14 @@ int run(int argc, char** argv) {
     LauncherWindow window(machine, arguments->mode, arguments->screen);
     if (!arguments->machine.locale)
         window.followSystemLocale();
+    window.followClock(makeClockWatch());
     CommandInterpreter interpreter(machine, window.viewModel());
     // Another start, or a command, finds this launcher from now on.
     ControlServer server(machine, interpreter);
     (void)server.listen();
     const bool isForShow = !arguments->screenshot.isEmpty() || arguments->measureStart;
     LauncherUpdates& updates = window.viewModel().updates();
+    QGuiApplication::setQuitOnLastWindowClosed(false);
     const bool isHidden = arguments->isHidden && !isForShow;
     if (isHidden)
         updates.startSchedule();
@@ -232,14 +234,14 @@ int run(int argc, char** argv) {
         summons.emplace(machine.settings, machine.log,
                         [&] { window.view().isVisible() ? window.hide() : window.show(); });
         settingsChanged = window.viewModel().settingsChanged.connect([&] { summons->apply(); });
-        QGuiApplication::setQuitOnLastWindowClosed(false);
         QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
                          [&](Qt::ApplicationState state) {
                              if (state == Qt::ApplicationActive && !window.view().isVisible())
                                  window.show();
                          });
     } else {
-        QObject::connect(&window, &LauncherWindow::closed, &application, &QGuiApplication::quit);
+        window.endWhenClosed();
+        QObject::connect(&window, &LauncherWindow::ended, &application, &QGuiApplication::quit);
     }
 
     if (!arguments->screenshot.isEmpty()) {

@@ -94,7 +94,10 @@ void SmartFolderPanel::refresh() {
                     QVariantMap{{QStringLiteral("kind"),
                                  QLatin1StringView(kinds.at(static_cast<std::size_t>(operand.kind)))},
                                 {QStringLiteral("text"), operand.text},
-                                {QStringLiteral("needsInput"), operand.needsInput}});
+                                {QStringLiteral("needsInput"), operand.needsInput},
+                                {QStringLiteral("hasSuggestions"),
+                                 editing().hasSuggestions(static_cast<int>(i),
+                                                          static_cast<int>(operands.size()))}});
             const bool isRange =
                 row.operands.size() == 2 && row.operands[0].kind == row.operands[1].kind;
             _rules.append(QVariantMap{{QStringLiteral("field"), row.field},
@@ -142,13 +145,70 @@ void SmartFolderPanel::removeRule(int rule) {
 void SmartFolderPanel::save() {
     if (!issue().isEmpty())
         return;
-    if (const auto saved = editing().save(); !saved)
-        _viewModel.messages().report(saved.error());
+    const auto saved = editing().save();
+    if (saved)
+        return;
+    if (saved.error().code != u"changedElsewhere")
+        return _viewModel.messages().report(saved.error());
+    _viewModel.messages().ask({.title = saved.error().title,
+                               .text = saved.error().message,
+                               .accept = tr("Save Anyway"),
+                               .isDestructive = true},
+                              [this](bool accepted) {
+                                  if (accepted)
+                                      save();
+                              });
 }
 
 void SmartFolderPanel::cancel() {
-    _choices.close();
+    closePopups();
     editing().close();
+}
+
+void SmartFolderPanel::leave() {
+    if (!isChanged())
+        return cancel();
+    const QString name = trimmed(editing().draft()->definition().name);
+    _viewModel.messages().ask({.title = tr("Discard your changes?"),
+                               .text = name.isEmpty()
+                                           ? tr("This Smart Folder has not been saved.")
+                                           : tr("“%1” has changes that have not been saved.").arg(name),
+                               .accept = tr("Discard"),
+                               .isDestructive = true},
+                              [this](bool accepted) {
+                                  if (accepted)
+                                      cancel();
+                              });
+}
+
+void SmartFolderPanel::closePopups() {
+    _choices.close();
+    _days.close();
+}
+
+// ---- numbers and days
+
+void SmartFolderPanel::step(int by, int rule, int operand) {
+    change([&](SmartFolderDraft& draft) {
+        if (rule < 0)
+            draft.stepLimit(by);
+        else
+            draft.step(rule, operand, by);
+    });
+}
+
+void SmartFolderPanel::openDays(QPointF point, int rule, int operand) {
+    const auto day = isOpen() ? editing().draft()->day(rule, operand) : std::nullopt;
+    if (!day)
+        return;
+    _days.open(
+        point, *day,
+        [this, rule, operand](QDate page) {
+            return isOpen() ? editing().draft()->month(rule, operand, page) : SmartFolderMonth();
+        },
+        [this, rule, operand](QDate chosen) {
+            change([&](SmartFolderDraft& draft) { draft.chooseDay(rule, operand, chosen); });
+        });
 }
 
 // ---- menus of buttons
@@ -199,10 +259,6 @@ QList<SmartFolderWord> SmartFolderPanel::words(const Button& button) const {
     for (const QString& value : editing().suggestions(button.rule, button.operand))
         words.append({value, value, value == typed});
     return words;
-}
-
-bool SmartFolderPanel::hasSuggestions(int rule, int operand) const {
-    return editing().hasSuggestions(rule, operand);
 }
 
 void SmartFolderPanel::openChoices(const QString& button, QPointF point, int rule, int operand) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/day_picker.h"
 #include "app/menu_model.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/smart_folder_editing.h"
@@ -20,8 +21,8 @@ class SmartFolderPanel final : public QObject {
     Q_PROPERTY(QString symbolName READ symbolName WRITE setSymbolName NOTIFY changed) ///< or empty
     Q_PROPERTY(QVariantList symbols READ symbols NOTIFY changed) ///< {name, isChosen, isDrawn}
     Q_PROPERTY(QString matchMode READ matchMode NOTIFY changed)
-    /// {field, predicate, joint, operands: {kind, text, needsInput}}; the joint stands between
-    /// operands.
+    /// {field, predicate, joint, operands: {kind, text, needsInput, hasSuggestions}}; the joint stands
+    /// between operands.
     Q_PROPERTY(QVariantList rules READ rules NOTIFY changed)
     Q_PROPERTY(QString sortField READ sortField NOTIFY changed)
     Q_PROPERTY(QString sortDirection READ sortDirection NOTIFY changed)
@@ -36,6 +37,7 @@ class SmartFolderPanel final : public QObject {
     Q_PROPERTY(QString notice READ notice NOTIFY changed)
     /// The menu of the button that was pressed last.
     Q_PROPERTY(tessellar::MenuModel* choices READ choices CONSTANT)
+    Q_PROPERTY(tessellar::DayPicker* days READ days CONSTANT)
 
 public:
     explicit SmartFolderPanel(LauncherViewModel& viewModel);
@@ -61,17 +63,24 @@ public:
     QStringList matchKeys() const;
     QString notice() const { return editing().notice(); }
     MenuModel* choices() { return &_choices; }
+    DayPicker* days() { return &_days; }
 
     /// Opens the menu of a button below a point of the window: "matchMode", "sortField",
     /// "sortDirection", and of a rule "field", "predicate", "operand", "suggestion".
     Q_INVOKABLE void openChoices(const QString& button, QPointF point, int rule = -1, int operand = -1);
-    Q_INVOKABLE bool hasSuggestions(int rule, int operand) const;
     Q_INVOKABLE void type(int rule, int operand, const QString& text);
     Q_INVOKABLE void typeLimit(const QString& text);
+    /// A number or a day more or less; of the limit without a rule.
+    Q_INVOKABLE void step(int by, int rule = -1, int operand = -1);
+    /// Opens a month below a point of the window, to pick an operand's day from.
+    Q_INVOKABLE void openDays(QPointF point, int rule, int operand);
     Q_INVOKABLE void insertRule(int place) { editing().insertRule(place); }
     Q_INVOKABLE void removeRule(int rule);
     Q_INVOKABLE void save();
     Q_INVOKABLE void cancel();
+    /// Asks first where something would be lost.
+    void leave();
+    void closePopups();
     void refresh();
 
 Q_SIGNALS:
@@ -95,6 +104,7 @@ private:
 
     LauncherViewModel& _viewModel;
     MenuModel _choices;
+    DayPicker _days;
     Button _button;
     QVariantList _rules;
     QVariantList _matches;

@@ -1,10 +1,9 @@
 #include "app/updates_panel.h"
 
-#include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_updates.h"
 
-#include <QMetaMethod>
+#include <algorithm>
 
 namespace tessellar {
 
@@ -14,15 +13,18 @@ bool UpdatesPanel::isEnabled() const { return _viewModel.updates().isEnabled(); 
 QString UpdatesPanel::summary() const { return _viewModel.updates().summary(); }
 bool UpdatesPanel::isChecking() const { return _viewModel.updates().isChecking(); }
 
+bool UpdatesPanel::isRunning() const { return _viewModel.updates().isRunning(); }
+
+void UpdatesPanel::setShown(bool isShown) {
+    if (!std::exchange(_isShown, isShown) && isShown)
+        refresh();
+}
+
 void UpdatesPanel::refresh() {
+    // A check that goes on is told often, whether anybody looks or not.
+    if (_isShown)
+        _rows.refresh();
     Q_EMIT changed();
-    // A check that goes on is told often; the list is made anew only when somebody sees it and it
-    // differs.
-    static const QMetaMethod watched = QMetaMethod::fromSignal(&UpdatesPanel::availableChanged);
-    if (!isSignalConnected(watched))
-        return;
-    if (const QVariantList now = available(); std::exchange(_listed, now) != now)
-        Q_EMIT availableChanged();
 }
 
 void UpdatesPanel::report(const LauncherUpdates::Outcome& outcome) {
@@ -34,16 +36,22 @@ void UpdatesPanel::setEnabled(bool isEnabled) {
     refresh();
 }
 
+namespace {
+
+struct IntervalRow {
+    AppUpdateInterval interval;
+    const char* title;
+};
+constexpr std::array intervalRows{IntervalRow{AppUpdateInterval::sixHours, "6 Hours"},
+                                  IntervalRow{AppUpdateInterval::daily, "Day"},
+                                  IntervalRow{AppUpdateInterval::threeDays, "3 Days"},
+                                  IntervalRow{AppUpdateInterval::weekly, "Week"}};
+
+} // namespace
+
 QVariantList UpdatesPanel::intervals() const {
-    struct Row {
-        AppUpdateInterval interval;
-        const char* title;
-    };
-    static constexpr std::array rows{
-        Row{AppUpdateInterval::sixHours, "6 Hours"}, Row{AppUpdateInterval::daily, "Day"},
-        Row{AppUpdateInterval::threeDays, "3 Days"}, Row{AppUpdateInterval::weekly, "Week"}};
     QVariantList result;
-    for (const Row& row : rows)
+    for (const IntervalRow& row : intervalRows)
         result.append(
             QVariantMap{{QStringLiteral("title"), QLatin1StringView(row.title)},
                         {QStringLiteral("seconds"), static_cast<int>(row.interval)},
@@ -55,6 +63,14 @@ void UpdatesPanel::chooseInterval(int seconds) {
     if (const auto interval = appUpdateInterval(seconds))
         report(_viewModel.updates().setInterval(*interval));
     refresh();
+}
+
+void UpdatesPanel::stepInterval(int by) {
+    const auto chosen =
+        std::ranges::find(intervalRows, _viewModel.updates().interval(), &IntervalRow::interval);
+    const auto place =
+        std::clamp<std::ptrdiff_t>(chosen - intervalRows.begin() + by, 0, std::ssize(intervalRows) - 1);
+    chooseInterval(static_cast<int>(intervalRows[static_cast<std::size_t>(place)].interval));
 }
 
 double UpdatesPanel::progress() const {
@@ -74,28 +90,27 @@ QString UpdatesPanel::progressText() const {
                : QStringLiteral("%1 · %2").arg(count, progress.currentAppName);
 }
 
-QVariantList UpdatesPanel::available() const {
-    const LauncherUpdates& updates = _viewModel.updates();
-    QVariantList result;
-    for (const AppEntry& app : _viewModel.applications().all()) {
-        const QString key = appKey(app);
-        const QString text = updates.statusText(key);
-        if (text.isEmpty())
-            continue;
-        result.append(QVariantMap{
-            {QStringLiteral("appKey"), key},
-            {QStringLiteral("name"), app.name},
-            {QStringLiteral("text"), text},
-            {QStringLiteral("action"), updates.actionLabel(key)},
-            {QStringLiteral("isRunning"), updates.activeAppKey() == key},
-            {QStringLiteral("canRun"), !updates.activeAppKey() && updates.actionKind(key)}});
-    }
-    return result;
+int UpdatesPanel::runnableCount() const {
+    // Asked at each change, and who can bring an update is not known for nothing.
+    return _isShown && _viewModel.updates().availableCount() > 0
+               ? static_cast<int>(_viewModel.updates().runnable().size())
+               : 0;
 }
 
 void UpdatesPanel::checkNow() { _viewModel.updates().checkNow(); }
 void UpdatesPanel::cancelCheck() { _viewModel.updates().cancelCheck(); }
-void UpdatesPanel::run(const QString& appKey) { _viewModel.updates().run(appKey); }
+void UpdatesPanel::runAll() { _viewModel.updates().runAll(); }
 void UpdatesPanel::cancelRun() { _viewModel.updates().cancelRun(); }
+
+void UpdatesPanel::act(int row) {
+    const QModelIndex line = _rows.index(row);
+    const QString key = _rows.appKey(row);
+    if (key.isEmpty())
+        _rows.toggle(row);
+    else if (_rows.data(line, UpdateRows::RunningRole).toBool())
+        cancelRun();
+    else if (_rows.data(line, UpdateRows::CanActRole).toBool())
+        _viewModel.updates().run(key);
+}
 
 } // namespace tessellar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/update_rows.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/launcher_view_model.h"
 
@@ -22,11 +23,13 @@ class UpdatesPanel final : public QObject {
     Q_PROPERTY(bool isChecking READ isChecking NOTIFY changed)
     Q_PROPERTY(double progress READ progress NOTIFY changed) ///< from 0 to 1
     Q_PROPERTY(QString progressText READ progressText NOTIFY changed)
-    /// {appKey, name, text, action, isRunning, canRun} of the applications that have one.
-    Q_PROPERTY(QVariantList available READ available NOTIFY availableChanged)
+    Q_PROPERTY(tessellar::UpdateRows* rows READ rows CONSTANT)
+    /// How many "Update All" would bring up to date.
+    Q_PROPERTY(int runnableCount READ runnableCount NOTIFY changed)
+    Q_PROPERTY(bool isRunning READ isRunning NOTIFY changed)
 
 public:
-    explicit UpdatesPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
+    explicit UpdatesPanel(LauncherViewModel& viewModel) : _viewModel(viewModel), _rows(viewModel) {}
 
     static QString title();
     static QString explanation();
@@ -37,24 +40,31 @@ public:
     bool isChecking() const;
     double progress() const;
     QString progressText() const;
-    QVariantList available() const;
+    UpdateRows* rows() { return &_rows; }
+    int runnableCount() const;
+    bool isRunning() const;
 
     Q_INVOKABLE void chooseInterval(int seconds);
+    Q_INVOKABLE void stepInterval(int by);
     Q_INVOKABLE void checkNow();
     Q_INVOKABLE void cancelCheck();
-    Q_INVOKABLE void run(const QString& appKey);
+    /// What a line's button does: brings the update or cancels it, lists a section or closes it.
+    Q_INVOKABLE void act(int row);
+    Q_INVOKABLE void runAll();
     Q_INVOKABLE void cancelRun();
+    /// While it is shown, its list follows what is known.
+    void setShown(bool isShown);
     void refresh();
 
 Q_SIGNALS:
     void changed();
-    void availableChanged();
 
 private:
     void report(const LauncherUpdates::Outcome& outcome);
 
     LauncherViewModel& _viewModel;
-    QVariantList _listed; ///< while the sheet shows them
+    UpdateRows _rows;
+    bool _isShown = false;
 };
 
 } // namespace tessellar

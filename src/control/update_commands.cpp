@@ -331,6 +331,11 @@ void addRun(CommandSet& set, CLI::App* group) {
 
 // ---- what the user does not want to hear of
 
+/// Done only once it is saved.
+void answerSaved(const Call& call, const LauncherUpdates::Outcome& outcome) {
+    call->answer(outcome ? call->launcher().updates().flush() : outcome);
+}
+
 void addSkip(CommandSet& set, CLI::App* group) {
     CLI::App* skip = set.add("skip", "Do not offer the version that is available now", group);
     auto every = std::make_shared<bool>(false);
@@ -339,14 +344,14 @@ void addSkip(CommandSet& set, CLI::App* group) {
     set.onRun(skip, CommandNeeds::launcher, [skipped, every](const Call& call) {
         whenKnown(call, false, [call, skipped, every] {
             if (!refuseUnknown(call, text(skipped)))
-                call->answer(call->launcher().updates().skip(text(skipped), *every));
+                answerSaved(call, call->launcher().updates().skip(text(skipped), *every));
         });
     });
     CLI::App* unskip = set.add("unskip", "Offer all versions of an application again", group);
     set.onRun(unskip, CommandNeeds::launcher, [key = word(unskip, "appkey", "")](const Call& call) {
         whenKnown(call, false, [call, key] {
             if (!refuseUnknown(call, text(key)))
-                call->answer(call->launcher().updates().unskip(text(key)));
+                answerSaved(call, call->launcher().updates().unskip(text(key)));
         });
     });
 }

@@ -143,10 +143,13 @@ Outcome LauncherEditor::addSmartFolder(Mode mode, const SmartFolderDefinition& d
                                               layout.capacities());
     if (!document)
         return std::unexpected(launcherError(document.error()));
-    return outcomeOf(_history.make({.name = editName(EditKind::addSmartFolder),
-                                    .mode = mode,
-                                    .document = *std::move(document),
-                                    .definitions = _smartFolders.definitions() + QList{definition}}));
+    const auto made = _history.make({.name = editName(EditKind::addSmartFolder),
+                                     .mode = mode,
+                                     .document = *std::move(document),
+                                     .definitions = _smartFolders.definitions() + QList{definition}});
+    if (made)
+        _layouts[mode].reveal(definition.id);
+    return outcomeOf(made);
 }
 
 Outcome LauncherEditor::addSmartFolder(Mode mode, SmartFolderTemplate which) {
@@ -158,10 +161,14 @@ Outcome LauncherEditor::addSmartFolderTile(Mode mode, const QUuid& definitionID,
                                            const std::optional<LayoutPlace>& place) {
     if (!_smartFolders.definition(definitionID))
         return std::unexpected(noSuchSmartFolder());
-    return _history.edit(mode, editName(EditKind::addSmartFolder), [&](const LayoutDocument& layout) {
-        return tessellar::addSmartFolder(layout, definitionID, placeFor(mode, place),
-                                         _layouts[mode].capacities());
-    });
+    const auto added =
+        _history.edit(mode, editName(EditKind::addSmartFolder), [&](const LayoutDocument& layout) {
+            return tessellar::addSmartFolder(layout, definitionID, placeFor(mode, place),
+                                             _layouts[mode].capacities());
+        });
+    if (added)
+        _layouts[mode].reveal(definitionID);
+    return added;
 }
 
 Outcome LauncherEditor::removeSmartFolderTile(Mode mode, const QUuid& definitionID) {

@@ -47,7 +47,8 @@ public:
 
     // Smart folders. Their definitions are the same in both modes; a new one gets its tile in one, one
     // that is deleted loses its tiles in both.
-    /// Without a place the tile comes after the selected one, else at the end of the page shown.
+    /// Without a place the tile comes after the selected one, else at the end of the page shown. Its
+    /// page is turned to, and it is selected.
     Outcome addSmartFolder(Mode mode, const SmartFolderDefinition& definition,
                            const std::optional<LayoutPlace>& place = {});
     Outcome addSmartFolder(Mode mode, SmartFolderTemplate which);

@@ -19,28 +19,13 @@ static LauncherError launcherError(AppUpdateError error) {
     return {QString::fromLatin1(codes[static_cast<std::size_t>(error)]), message(error), {}};
 }
 
-/// What one caller asked for: told of its end once, whatever ends it.
-struct LauncherUpdates::Wish {
-    enum class Stage { waiting, underWay, over };
-    Stage stage = Stage::waiting;
-    RunDone done;
-
-    void end(const std::expected<QString, LauncherError>& outcome) {
-        if (std::exchange(stage, Stage::over) != Stage::over && done)
-            std::exchange(done, nullptr)(outcome);
-    }
-};
-
-static LauncherError cancelled() {
-    return {QStringLiteral("cancelled"), message(AppUpdateOutcome::cancelled), {}};
-}
-
 LauncherUpdates::LauncherUpdates(Machine& machine, InstalledApplications& applications,
                                  SmartFolderLibrary& smartFolders, LauncherMessages& messages)
     : _machine(machine)
     , _applications(applications)
     , _smartFolders(smartFolders)
     , _messages(messages)
+    , _opener(machine)
     , _scanned(applications.scanned.connect([this] { scanned(); }))
     , _keysChanged(applications.keysChanged.connect(
           [this](const QHash<QString, QString>& changedKeys) { changeKeys(changedKeys); }))
@@ -70,6 +55,8 @@ void LauncherUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
 void LauncherUpdates::smartFoldersChanged() {
     if (!_isWanted && areSmartFoldersInterested())
         want();
+    else if (_isKnown)
+        learnChannelsForSmartFolders();
 }
 
 void LauncherUpdates::settingsChanged() {
@@ -123,9 +110,8 @@ void LauncherUpdates::heard(const AppUpdateEvent& event) {
         const auto state = actionState(event.appKey);
         const bool isPasswordAsked =
             state && state->phase == AppUpdateActionState::Phase::password && !state->isOver();
-        // Its window would lie below a launcher that fills the screen.
         if (!std::exchange(_wasPasswordAsked, isPasswordAsked) && isPasswordAsked)
-            opened.notify();
+            passwordAsked.notify();
         return ran.notify(event.appKey);
     }
     case Kind::updated:
@@ -139,9 +125,17 @@ void LauncherUpdates::known() {
     feedSmartFolders();
     for (const auto& done : std::exchange(_waiting, {}))
         done();
-    // Which applications are Homebrew's, their bundles do not say; smart folders are not to guess.
-    if (!_coordinator->areChannelsKnown() && (_smartFolders.needs() & SmartFolderNeed::channels))
-        _coordinator->learnChannels([] {});
+    learnChannelsForSmartFolders();
+}
+
+/// Which applications are Homebrew's, their bundles do not say; smart folders are not to guess.
+void LauncherUpdates::learnChannelsForSmartFolders() {
+    if (_coordinator->areChannelsKnown() || !(_smartFolders.needs() & SmartFolderNeed::channels))
+        return;
+    _coordinator->learnChannels([this] {
+        _wereChannelsAsked = true;
+        feedSmartFolders();
+    });
 }
 
 void LauncherUpdates::startSchedule(std::unique_ptr<NetworkWatch> network) {
@@ -178,7 +172,10 @@ void LauncherUpdates::feedSmartFolders() {
     if (!_isKnown)
         return;
     SmartFolderRuntimeFacts facts = _smartFolders.runtimeFacts();
-    facts.pending = {};
+    // A tool that fails will not tell more for now.
+    facts.pending = _coordinator->areChannelsKnown() || _wereChannelsAsked
+                        ? SmartFolderNeeds()
+                        : SmartFolderNeeds(SmartFolderNeed::channels);
     facts.updateCheckingEnabled = isEnabled();
     facts.updateStatuses.clear();
     facts.distributionChannels.clear();
@@ -202,6 +199,12 @@ std::optional<AppUpdateStatus> LauncherUpdates::status(const QString& appKey) co
         return std::nullopt;
     const auto found = _coordinator->knownStatuses().constFind(appKey);
     return found == _coordinator->knownStatuses().constEnd() ? std::nullopt : std::optional(*found);
+}
+
+bool LauncherUpdates::hasFailed(const QString& appKey) const {
+    const auto known =
+        _coordinator ? _coordinator->statuses().constFind(appKey) : AppUpdateStatuses::const_iterator();
+    return _coordinator && known != _coordinator->statuses().constEnd() && tessellar::hasFailed(*known);
 }
 
 QString LauncherUpdates::badge(const QString& appKey) const {
@@ -250,6 +253,14 @@ QString LauncherUpdates::runningText(const QString& appKey) const {
                                         : text(state->phase);
 }
 
+QString LauncherUpdates::tileText(const QString& appKey) const {
+    using Kind = AppUpdateActionState::Kind;
+    const auto state = actionState(appKey);
+    if (!state || state->isOver())
+        return {};
+    return state->kind == Kind::waiting ? QStringLiteral("Waiting…") : shortText(state->phase);
+}
+
 std::optional<AppUpdateSourceText> LauncherUpdates::sourceText(const QString& appKey) const {
     const AppUpdateCandidate* installed = _coordinator ? _coordinator->candidate(appKey) : nullptr;
     return installed ? std::optional(tessellar::sourceText(_coordinator->channel(appKey), *installed))
@@ -258,34 +269,6 @@ std::optional<AppUpdateSourceText> LauncherUpdates::sourceText(const QString& ap
 
 std::optional<AppUpdateReason> LauncherUpdates::reason(const QString& appKey) const {
     return _coordinator ? _coordinator->reason(appKey) : std::nullopt;
-}
-
-// ---- what the user does not want to hear of
-
-LauncherUpdates::Outcome LauncherUpdates::skip(const QString& appKey, bool everyVersion) {
-    const auto found = record(appKey);
-    const auto* update = found ? std::get_if<UpdateAvailable>(&found->knownStatus()) : nullptr;
-    if (!_coordinator || !_coordinator->candidate(appKey))
-        return std::unexpected(InstalledApplications::unknown(appKey));
-    if (!update && !everyVersion)
-        return std::unexpected(LauncherError{
-            QStringLiteral("noUpdate"), QStringLiteral("There is no update to skip."), {}});
-    _coordinator->skip(appKey, everyVersion ? std::nullopt : std::optional(update->latestVersion));
-    return flush();
-}
-
-LauncherUpdates::Outcome LauncherUpdates::unskip(const QString& appKey) {
-    if (_coordinator)
-        _coordinator->unskip(appKey);
-    return flush();
-}
-
-bool LauncherUpdates::isHeld(const QString& appKey) const {
-    return _coordinator && _coordinator->isHeld(appKey);
-}
-
-std::optional<QString> LauncherUpdates::skipped(const QString& appKey) const {
-    return _coordinator ? _coordinator->skipped(appKey) : std::nullopt;
 }
 
 // ---- of all
@@ -367,7 +350,6 @@ void LauncherUpdates::checkNow() {
 
 std::function<void()> LauncherUpdates::check(std::optional<AppUpdateChannelKind> channel,
                                              Watcher watcher) {
-    using Stage = Wish::Stage;
     const auto stage = std::make_shared<Stage>(Stage::waiting);
     const auto told = std::make_shared<Watcher>(std::move(watcher));
     whenKnown([this, channel, stage, told] {
@@ -397,11 +379,6 @@ std::function<void()> LauncherUpdates::check(std::optional<AppUpdateChannelKind>
     };
 }
 
-void LauncherUpdates::cancelRun() {
-    if (_coordinator)
-        _coordinator->runner().cancel();
-}
-
 void LauncherUpdates::cancelCheck() {
     if (_coordinator)
         _coordinator->cancelCheck();
@@ -413,129 +390,7 @@ AppUpdateProgress LauncherUpdates::progress() const {
     return _coordinator ? _coordinator->progress() : AppUpdateProgress();
 }
 
-// ---- updates
-
-void LauncherUpdates::run(const QString& appKey) {
-    if (activeAppKey() == appKey)
-        return;
-    run(QStringList{appKey}, _messages.asker(),
-        [this](const std::expected<QString, LauncherError>& outcome) {
-            if (outcome && !outcome->isEmpty())
-                _messages.showNotice(*outcome);
-            else if (!outcome && outcome.error().code != u"declined" &&
-                     outcome.error().code != u"cancelled")
-                _messages.alert(outcome.error());
-        });
-}
-
-void LauncherUpdates::runAll() {
-    run(runnable(), _messages.asker(), [this](const std::expected<QString, LauncherError>& outcome) {
-        if (!outcome && outcome.error().code != u"declined" && outcome.error().code != u"cancelled")
-            _messages.alert(outcome.error());
-    });
-}
-
-QStringList LauncherUpdates::runnable() const {
-    QStringList keys;
-    for (const AppEntry& app : _applications.all()) {
-        const QString key = appKey(app);
-        const auto known = status(key);
-        const auto action = _coordinator ? _coordinator->action(key) : std::nullopt;
-        if (known && std::holds_alternative<UpdateAvailable>(*known) && action && command(*action))
-            keys.append(key);
-    }
-    return keys;
-}
-
-std::function<void()> LauncherUpdates::run(const QStringList& appKeys, LauncherAsker asker,
-                                           RunDone done) {
-    using Stage = Wish::Stage;
-    const auto wish = std::make_shared<Wish>(Wish{.done = std::move(done)});
-    const auto begin = [this, wish, appKeys, asker = std::move(asker)] {
-        if (wish->stage == Stage::waiting)
-            runKnown(wish, appKeys, asker);
-    };
-    // Who is known to bring the update is not looked for again.
-    whenKnown([this, begin, appKeys] {
-        if (std::ranges::all_of(appKeys,
-                                [this](const QString& key) { return channel(key).has_value(); }))
-            begin();
-        else
-            _coordinator->learnChannels(begin);
-    });
-    return [this, waiting = std::weak_ptr(wish)] {
-        const auto ended = waiting.lock();
-        if (!ended)
-            return;
-        if (ended->stage == Stage::underWay)
-            cancelRun();
-        else
-            ended->end(std::unexpected(cancelled()));
-    };
-}
-
-void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QStringList& appKeys,
-                               const LauncherAsker& asker) {
-    for (const QString& appKey : appKeys)
-        if (!_coordinator->candidate(appKey))
-            return wish->end(std::unexpected(InstalledApplications::unknown(appKey)));
-    wish->stage = Wish::Stage::underWay;
-    const bool isBegun = _coordinator->runner().update(
-        appKeys,
-        [asker](const AppUpdateQuestion& question, const AppUpdateRunner::Answer& answer) {
-            asker({.title = question.title, .text = question.text, .accept = QStringLiteral("Update")},
-                  answer);
-        },
-        [this, wish, appKeys] { wish->end(outcome(appKeys)); });
-    if (!isBegun)
-        wish->end(std::unexpected(LauncherError{
-            QStringLiteral("updateInProgress"), message(AppUpdateOutcome::alreadyRunning), {}}));
-}
-
-QString LauncherUpdates::name(const QString& appKey) const {
-    const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
-    return installed ? installed->name : appKey;
-}
-
-/// What is to be said of updates that have ended; their failures make one.
-std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList& appKeys) {
-    using Kind = AppUpdateActionState::Kind;
-    QStringList lines;
-    QStringList failures;
-    QString failedName;
-    bool isAnyCancelled = false;
-    bool isAnyKnown = appKeys.isEmpty();
-    for (const QString& appKey : appKeys) {
-        const auto state = actionState(appKey);
-        isAnyKnown = isAnyKnown || state;
-        if (!state)
-            continue;
-        isAnyCancelled = isAnyCancelled || state->kind == Kind::cancelled;
-        if (state->message.isEmpty()) // opened: the rest is the user's
-            // Not before: with its window the launcher may go, and what it was to open would stay
-            // closed.
-            opened.notify();
-        const QString said =
-            state->detail.isEmpty() ? state->message : state->message + u'\n' + state->detail;
-        const QString line = appKeys.size() == 1 ? said : name(appKey) + QStringLiteral(": ") + said;
-        if (state->kind == Kind::failed) {
-            failures.append(line);
-            failedName = name(appKey);
-        } else if (!said.isEmpty()) {
-            lines.append(line);
-        }
-    }
-    if (!failures.isEmpty())
-        return std::unexpected(
-            LauncherError{QStringLiteral("updateFailed"), failures.join(u'\n'),
-                          failures.size() == 1 ? QStringLiteral("Could not update “%1”").arg(failedName)
-                                               : QStringLiteral("Could not update some apps")});
-    if (isAnyCancelled)
-        return std::unexpected(cancelled());
-    if (!isAnyKnown)
-        return std::unexpected(LauncherError{QStringLiteral("declined"), {}, {}});
-    return lines.join(u'\n');
-}
+// ---- the cache
 
 LauncherUpdates::Outcome LauncherUpdates::flush() {
     if (_coordinator)

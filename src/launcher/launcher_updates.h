@@ -58,6 +58,8 @@ public:
     QString statusText(const QString& appKey) const;
     /// What is known of it; a failed check leaves what was known before.
     std::optional<AppUpdateStatus> status(const QString& appKey) const;
+    /// Its last check has failed.
+    bool hasFailed(const QString& appKey) const;
     std::optional<AppUpdateRecord> record(const QString& appKey) const;
     std::optional<AppUpdateChannel> channel(const QString& appKey) const;
     /// Which way its update would come; nothing while it is not known.
@@ -68,13 +70,18 @@ public:
     std::optional<AppUpdateActionState> actionState(const QString& appKey) const;
     /// What is said of that while it runs: "Updating… Downloading."; else empty.
     QString runningText(const QString& appKey) const;
+    /// The same in a word or two, for a tile: "Downloading…".
+    QString tileText(const QString& appKey) const;
     /// Where its version and its updates come from, for the information panel.
     std::optional<AppUpdateSourceText> sourceText(const QString& appKey) const;
     /// Why there is no plain answer about it: no channel, one that cannot tell, or a failed check.
     std::optional<AppUpdateReason> reason(const QString& appKey) const;
 
+    /// Opens the page about the update that is offered, where its maker has one.
+    void openNotes(const QString& appKey);
+
     // What the user does not want to hear of.
-    /// The offered version, or every version of the application.
+    /// The offered version, or every version of the application. Saved before long; see `flush`.
     Outcome skip(const QString& appKey, bool everyVersion);
     Outcome unskip(const QString& appKey);
     /// True for an update that is skipped, or pinned in Homebrew.
@@ -91,6 +98,8 @@ public:
     QList<AppUpdateProblem> problems() const;
     /// The application whose update runs.
     std::optional<QString> activeAppKey() const;
+    /// True while updates run or wait for their turn.
+    bool isRunning() const { return activeAppKey().has_value(); }
     /// True while an updater runs that may show windows of its own, such as a question for a password:
     /// nothing of ours is to lie over them.
     bool isExternalUpdaterRunning() const {
@@ -137,20 +146,23 @@ public:
     /// Ends the updates that run and wait, whoever asked for them.
     void cancelRun();
 
-    /// To be called after a setting was changed.
+    /// To be called after a setting was changed, or the clock has leapt.
     void settingsChanged();
 
     Signal<> changed;       ///< at most every quarter of a second
     Signal<QString> ran;    ///< an update began, came on or ended, at once; by app key
     Signal<> settingStored; ///< by `setEnabled` or `setInterval`
-    /// Something else comes to the front, where the update goes on: the window makes way.
+    /// Something else comes to the front, where the update goes on: the window goes.
     Signal<> opened;
+    /// The updater that runs has begun to ask for a password, in a window of its own or in none.
+    Signal<> passwordAsked;
 
     /// Saves at once what is unsaved.
     Outcome flush();
 
 private:
     using RunDone = std::function<void(std::expected<QString, LauncherError>)>;
+    enum class Stage { waiting, underWay, over }; ///< of what somebody asked for
     struct Wish;
 
     void scanned();
@@ -163,6 +175,7 @@ private:
     void known();
     bool areSmartFoldersInterested() const;
     void feedSmartFolders();
+    void learnChannelsForSmartFolders();
     void runKnown(const std::shared_ptr<Wish>& wish, const QStringList& appKeys,
                   const LauncherAsker& asker);
     std::expected<QString, LauncherError> outcome(const QStringList& appKeys);
@@ -174,10 +187,13 @@ private:
     QHash<QString, QString> _changedKeys; ///< before the records were read
     SmartFolderLibrary& _smartFolders;
     LauncherMessages& _messages;
+    Opener _opener;
+    Task _opening;
     bool _isWanted = false;
     bool _isLoading = false;
     bool _isScheduleWanted = false;
     bool _isKnown = false;
+    bool _wereChannelsAsked = false; ///< of all tools, whatever they answered
     bool _wasPasswordAsked = false;
     std::vector<std::function<void()>> _waiting;
     Watcher _watcher; ///< of the check that runs

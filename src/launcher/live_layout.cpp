@@ -179,6 +179,16 @@ void LiveLayout::select(const QList<QUuid>& ids) {
         selectionChanged.notify();
 }
 
+void LiveLayout::reveal(const QUuid& id) {
+    const auto open = openFolder();
+    const auto place = (open ? shownPages(*open) : shownPages()).placeOf(id);
+    if (!place)
+        return;
+    const auto page = static_cast<int>(place->page);
+    open ? setFolderPage(page) : setCurrentPage(page);
+    select(id);
+}
+
 void LiveLayout::setNavigation(const Navigation& navigation) {
     _navigation = navigation;
     tidyNavigation();

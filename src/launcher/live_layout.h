@@ -75,6 +75,8 @@ public:
     const QSet<QUuid>& selectedItemIDs() const { return _navigation.selectedItemIDs; }
     void select(const std::optional<QUuid>& id);
     void select(const QList<QUuid>& ids);
+    /// Selects a tile of the innermost open folder, or of the grid, and turns to its page.
+    void reveal(const QUuid& id);
     /// As far as its pages, folders and tiles still exist.
     void setNavigation(const Navigation& navigation);
 

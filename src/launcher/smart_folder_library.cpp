@@ -386,13 +386,25 @@ void SmartFolderLibrary::evaluatePreview() {
 // ---- days
 
 void SmartFolderLibrary::lookAgain() {
+    // What was used meanwhile without the launcher, bundles tell.
+    if (!lookAtDay() && !_apps.isEmpty())
+        startRoundFor(SmartFolderNeed::usage);
+}
+
+/// False where it is the same day in the same zone.
+bool SmartFolderLibrary::lookAtDay() {
     const Instant now = _machine.clock.now();
-    if (Calendar::system(_machine.locale).timeZone() != _calendar.timeZone())
-        return localeChanged();
-    if (!_today || (_today->start <= now && now < _today->end))
-        return scheduleNextLook();
+    if (Calendar::system(_machine.locale).timeZone() != _calendar.timeZone()) {
+        localeChanged();
+        return true;
+    }
+    if (!_today || (_today->start <= now && now < _today->end)) {
+        scheduleNextLook();
+        return false;
+    }
     _runtimeWithUsage.reset(); // what was never used is known after so many days
     startRound();
+    return true;
 }
 
 void SmartFolderLibrary::scheduleNextLook() {
@@ -405,7 +417,7 @@ void SmartFolderLibrary::scheduleNextLook() {
     // even when nobody says so.
     _nextLook = _machine.scheduler.after(
         std::clamp<std::chrono::milliseconds>(wait, std::chrono::milliseconds(1), longestWait),
-        [this] { lookAgain(); });
+        [this] { (void)lookAtDay(); });
 }
 
 } // namespace tessellar

@@ -105,8 +105,8 @@ public:
     const SmartFolderRuntimeFacts& runtimeFacts() const { return _runtime; }
     /// To be called after the machine's locale was changed.
     void localeChanged();
-    /// Looks whether it is another day, or another time zone: to be called when the user may come back
-    /// after a while, as after a sleep, which timers do not notice.
+    /// Looks whether it is another day, or another time zone, and what was used meanwhile: to be called
+    /// when the user may come back after a while, as after a sleep, which timers do not notice.
     void lookAgain();
 
     quint64 inspectionCount() const { return _catalog.inspectionCount(); }
@@ -151,6 +151,7 @@ private:
     void finishRound(Evaluated evaluated, bool isComplete);
     void gatherForPreview();
     void evaluatePreview();
+    bool lookAtDay();
     void scheduleNextLook();
     SmartFolderFactsCatalog::Request request(QList<AppEntry> apps, SmartFolderNeeds needs);
 

@@ -1,6 +1,7 @@
 #include "smartfolders/smart_folder_facts_catalog.h"
 
 #include "smartfolders/bundle_answer_cache.h"
+#include "smartfolders/bundle_facts.h"
 #include "smartfolders/bundle_findings.h"
 #include "smartfolders/smart_folder_fields.h"
 
@@ -60,99 +61,7 @@ std::optional<FileStatus> statusOf(const FileSystem& files, const QString& path)
     return status ? std::optional(*status) : std::nullopt;
 }
 
-/// By the bundle; nothing where only the update channels themselves can tell and `channelsArePending`,
-/// for what declares a feed may have been installed by another.
-std::optional<SmartFolderDistributionChannel>
-channel(const AppEntry& app, const BundleFindings& findings, bool channelsArePending) {
-    using enum SmartFolderDistributionChannel;
-    if (findings.isFromStore)
-        return macAppStore;
-    if (FileSystem::isWithin(app.path, QStringLiteral("/System")) ||
-        FileSystem::isWithin(app.path, QStringLiteral("/Library/Apple")) ||
-        app.source == AppSource::system)
-        return system;
-    if (channelsArePending)
-        return std::nullopt;
-    if (findings.hasSparkle)
-        return sparkle;
-    const QString identifier = app.bundleIdentifier.value_or(QString());
-    if (findings.hasKeystone || identifier.startsWith(u"com.microsoft.", Qt::CaseInsensitive))
-        return vendor;
-    return unsupported;
-}
-
-template <typename Map>
-std::optional<typename Map::mapped_type> found(const Map& map, const QString& key) {
-    const auto it = map.constFind(key);
-    return it == map.constEnd() ? std::nullopt : std::optional(*it);
-}
-
-template <typename Findings>
-std::optional<Findings> findingsIn(const std::optional<ToolAnswer<Findings>>& answer) {
-    return answer ? answer->findings : std::nullopt;
-}
-
-SmartFolderAppFacts factsOf(const AppEntry& app, const Entry& entry, SmartFolderNeeds pending,
-                            const SmartFolderRuntimeFacts& runtime, const QString& home) {
-    const BundleFindings& bundle = entry.findings;
-    const QString key = appKey(app);
-    const auto signature = findingsIn(entry.answers.signature).value_or(SignatureFindings());
-    SmartFolderAppFacts facts{
-        .entry = app,
-        .developer = isProtected(app)     ? std::optional(systemDeveloper)
-                     : bundle.storeArtist ? bundle.storeArtist
-                                          : signature.developer,
-        .publisher = bundle.publisher,
-        .signingTeamID = signature.teamID,
-        .version = bundle.version,
-        .build = bundle.build,
-        .installedDate = bundle.installedDate,
-        .firstSeenDate = found(runtime.firstSeenDates, key),
-        .applicationLocation = SmartFolderFactsCatalog::location(app, home),
-        .distributionChannel = found(runtime.distributionChannels, key),
-        .platform = bundle.platform,
-        .architectures = findingsIn(entry.answers.architectures),
-        .minimumMacOSVersion = bundle.minimumMacOSVersion,
-        .lastUsedDate = found(runtime.lastUsedDates, key),
-        .launchCount = found(runtime.launchCounts, key),
-        .hasCustomIcon = runtime.customIconKeys.contains(key),
-        .declaredPermissions = bundle.declaredPermissions,
-        .pending = pending | runtime.pending,
-    };
-    if (bundle.exists) {
-        facts.installSource = bundle.isFromStore ? SmartFolderInstallSource::macAppStore
-                                                 : SmartFolderInstallSource::manual;
-        if (!facts.distributionChannel)
-            facts.distributionChannel =
-                channel(app, bundle, runtime.pending.testFlag(SmartFolderNeed::channels));
-    }
-    if (facts.lastUsedDate || facts.launchCount.value_or(0) > 0)
-        facts.isNeverUsed = false;
-    else if (runtime.usageDataIsComplete)
-        facts.isNeverUsed = true;
-    if (runtime.updateCheckingEnabled) {
-        facts.updateStatus = found(runtime.updateStatuses, key);
-        if (!facts.updateStatus && !runtime.pending.testFlag(SmartFolderNeed::updates))
-            facts.updateStatus = SmartFolderUpdateState::notChecked;
-    }
-    return facts;
-}
-
 } // namespace
-
-SmartFolderApplicationLocation SmartFolderFactsCatalog::location(const AppEntry& app,
-                                                                 const QString& home) {
-    using enum SmartFolderApplicationLocation;
-    if (isNestedInAnotherApplication(app.path))
-        return nestedApplication;
-    if (app.source == AppSource::system || FileSystem::isWithin(app.path, QStringLiteral("/System")))
-        return system;
-    if (FileSystem::isWithin(app.path, FileSystem::joined(home, QStringLiteral("Applications"))))
-        return userApplications;
-    if (FileSystem::isWithin(app.path, QStringLiteral("/Applications")))
-        return applications;
-    return other;
-}
 
 /// What is remembered, and the two stages. Workers share entries, which never change: a new one takes
 /// the place of the old.
@@ -178,6 +87,7 @@ private:
     struct Item {
         EntryPointer entry;
         Record record;
+        std::optional<Instant> lastUsed; ///< as the system knows it; asked anew in each round
         bool wasInspected = false;
     };
     struct Round {
@@ -265,6 +175,8 @@ private:
                         item, app, [](const Entry&) { return std::optional<BundleAnswers>(); }, stop);
                 else if (!item.entry)
                     item.entry = std::make_shared<const Entry>();
+                if (round->request.needs.testFlag(SmartFolderNeed::usage))
+                    item.lastUsed = lastUsedBySystem(_machine.files, app.path);
                 item.record = recordOf(*round, i, wanted(*round, app, *item.entry));
             },
             [this, round] { endReading(round); });
@@ -461,8 +373,9 @@ private:
     /// The record that was given out last, where nothing in it has changed.
     Record recordOf(const Round& round, std::size_t i, SmartFolderNeeds pending) {
         const AppEntry& app = round.app(i);
-        auto facts =
-            factsOf(app, *round.items[i].entry, pending, round.request.runtime, _machine.places.home);
+        const Item& item = round.items[i];
+        auto facts = factsOf(app, item.entry->findings, item.entry->answers, item.lastUsed, pending,
+                             round.request.runtime, _machine.places.home);
         const std::lock_guard lock(_mutex);
         Record& last = _entries[app.path].record;
         if (!last || *last != facts)

@@ -110,7 +110,8 @@ SmartFolderMonth SmartFolderTyping::month(QDate within, QDate today, QDate chose
     const int firstWeekday = _locale.firstDayOfWeek();
     const QDate first(within.year(), within.month(), 1);
     SmartFolderMonth result{.title = _locale.standaloneMonthName(within.month()) + u' ' +
-                                     _locale.toString(first, QStringLiteral("yyyy"))};
+                                     _locale.toString(first, QStringLiteral("yyyy")),
+                            .today = today};
     for (int i = 0; i < weekLength; ++i)
         result.weekdays.append(
             _locale.standaloneDayName((firstWeekday - 1 + i) % weekLength + 1, QLocale::NarrowFormat));

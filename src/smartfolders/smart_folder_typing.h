@@ -20,6 +20,7 @@ struct SmartFolderMonth {
         bool operator==(const Day&) const = default;
     };
     QString title; ///< "November 2026"
+    QDate today;
     QStringList weekdays;
     QList<Day> days; ///< six weeks, so that no month is higher than another
 

@@ -1,5 +1,7 @@
 #include "updates/app_update_action.h"
 
+#include <algorithm>
+
 namespace tessellar {
 
 std::optional<QString> MicrosoftAutoUpdateTarget::code(const QString& bundleIdentifier) {
@@ -78,23 +80,38 @@ QString message(AppUpdateOutcome outcome) {
 
 using Phase = AppUpdateActionState::Phase;
 
+namespace {
+
+struct PhaseText {
+    Phase phase;
+    const char16_t* sentence;
+    const char16_t* word; ///< in place of "Updating…"
+};
+
+constexpr PhaseText phaseTexts[] = {
+    {Phase::updatingItself, u"Homebrew is updating itself.", u"Updating…"},
+    {Phase::downloading, u"Downloading.", u"Downloading…"},
+    {Phase::installing, u"Installing.", u"Installing…"},
+    {Phase::password, u"Waiting for your password.", u"Asks for password"},
+    {Phase::verifying, u"Verifying the installed version.", u"Verifying…"},
+};
+
+const PhaseText* textOf(Phase phase) {
+    const auto* found = std::ranges::find(phaseTexts, phase, &PhaseText::phase);
+    return found == std::end(phaseTexts) ? nullptr : found;
+}
+
+} // namespace
+
 QString text(Phase phase) {
-    switch (phase) {
-    case Phase::updatingItself:
-        return QStringLiteral("Updating… Homebrew is updating itself.");
-    case Phase::downloading:
-        return QStringLiteral("Updating… Downloading.");
-    case Phase::installing:
-        return QStringLiteral("Updating… Installing.");
-    case Phase::password:
-        return QStringLiteral("Updating… Waiting for your password.");
-    case Phase::verifying:
-        return QStringLiteral("Updating… Verifying the installed version.");
-    case Phase::none:
-    case Phase::starting:
-        break;
-    }
-    return QStringLiteral("Updating…");
+    const PhaseText* found = textOf(phase);
+    return found ? QStringLiteral("Updating… ") + QString::fromUtf16(found->sentence)
+                 : QStringLiteral("Updating…");
+}
+
+QString shortText(Phase phase) {
+    const PhaseText* found = textOf(phase);
+    return found ? QString::fromUtf16(found->word) : QStringLiteral("Updating…");
 }
 
 Phase phaseOf(const QList<QByteArray>& lines) {

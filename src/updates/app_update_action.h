@@ -100,6 +100,8 @@ struct AppUpdateActionState {
 };
 /// "Updating…", and what is being done where that is known.
 QString text(AppUpdateActionState::Phase phase);
+/// That alone, where there is little room: "Downloading…".
+QString shortText(AppUpdateActionState::Phase phase);
 /// What the last lines of an updater say that it does.
 AppUpdateActionState::Phase phaseOf(const QList<QByteArray>& lines);
 

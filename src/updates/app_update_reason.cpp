@@ -53,7 +53,10 @@ static_assert([] {
 
 QString message(const AppUpdateReason& reason) {
     const QString text = QString::fromUtf16(rowOf(reason.code).text);
-    return reason.detail.isEmpty() ? text : text + u' ' + reason.detail;
+    if (reason.detail.isEmpty())
+        return text;
+    const bool isEnded = QStringView(u".!?…").contains(reason.detail.back());
+    return text + u' ' + reason.detail + (isEnded ? QString() : QStringLiteral("."));
 }
 
 bool isPassing(const AppUpdateReason& reason) { return rowOf(reason.code).isPassing; }

@@ -45,6 +45,10 @@ protected:
         auto* input = item->property("input").value<QQuickItem*>();
         return (input ? input : item)->property("text").toString();
     }
+    bool hasSuggestions() {
+        const QVariantList operands = panel().rules().value(0).toMap()[u"operands"_s].toList();
+        return operands.value(0).toMap()[u"hasSuggestions"_s].toBool();
+    }
     void setField(const QString& title) {
         clickNamed(u"ruleField"_s);
         choose(title);
@@ -117,6 +121,16 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
     press(Qt::Key_Escape);
     EXPECT_TRUE(panel().isOpen());
     press(Qt::Key_Escape);
+    ASSERT_TRUE(launcher().alert()->isOpen()) << "nothing is lost unasked";
+    EXPECT_EQ(launcher().alert()->title(), u"Discard your changes?");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(panel().isOpen()) << "nor in haste";
+    window->hide();
+    window->show();
+    EXPECT_TRUE(panel().isOpen());
+    press(Qt::Key_Escape);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Return);
     EXPECT_FALSE(panel().isOpen());
     EXPECT_EQ(definitions(), QList{before});
     EXPECT_TRUE(view().isVisible());
@@ -174,6 +188,73 @@ TEST_F(SmartFolderSheetTest, WhatIsTypedIsNotRewrittenUnderTheHands) {
     EXPECT_TRUE(definitions().isEmpty());
 }
 
+TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth) {
+    openNew();
+    type(u"x"_s);
+    setField(u"Launch Count"_s);
+    clickNamed(u"ruleValue"_s);
+    const double before = value().toDouble();
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    press(Qt::Key_Down);
+    EXPECT_EQ(value().toDouble(), before + 1);
+    QQuickItem* box = itemWith("objectName", u"ruleValue"_s);
+    clickAt(box->mapToScene(QPointF(box->width() - 9, box->height() / 2 - 6)).toPoint());
+    EXPECT_EQ(value().toDouble(), before + 2);
+    clickNamed(u"limitSwitch"_s);
+    clickNamed(u"limit"_s);
+    press(Qt::Key_Down);
+    EXPECT_EQ(panel().limitText(), u"24");
+
+    setField(u"Date Installed"_s);
+    setPredicate(u"is after"_s);
+    clickNamed(u"ruleValue"_s);
+    press(Qt::Key_A, Qt::ControlModifier);
+    type(u"2024-2-28"_s);
+    press(Qt::Key_Up);
+    EXPECT_EQ(value(), u"2/29/2024");
+    press(Qt::Key_Down, Qt::AltModifier);
+    ASSERT_TRUE(panel().days()->isOpen());
+    layOut();
+    EXPECT_EQ(panel().days()->title(), u"February 2024");
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Return})
+        press(key);
+    EXPECT_FALSE(panel().days()->isOpen());
+    EXPECT_EQ(value(), u"4/8/2024");
+    press(Qt::Key_Down, Qt::AltModifier);
+    layOut();
+    clickNamed(u"monthTurn-1"_s);
+    layOut();
+    clickNamed(u"day17"_s);
+    EXPECT_EQ(value(), u"3/17/2024");
+    press(Qt::Key_Down, Qt::AltModifier);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(panel().days()->isOpen());
+    EXPECT_TRUE(panel().isOpen());
+    type(u"1/2/2025"_s);
+    EXPECT_EQ(value(), u"1/2/2025") << "the field has the keyboard again";
+}
+
+TEST_F(SmartFolderSheetTest, WhatIsChangedElsewhereIsNotReplacedUnasked) {
+    ASSERT_TRUE(
+        viewModel().editor().addSmartFolder(viewModel().shown().mode(), SmartFolderTemplate::games));
+    SmartFolderDefinition other = definitions().first();
+    rightClick(u"Games"_s);
+    choose(u"Edit Smart Folder…"_s);
+    layOut();
+    type(u"Mine"_s);
+    other.name = u"Theirs"_s;
+    ASSERT_TRUE(viewModel().editor().changeSmartFolder(viewModel().shown().mode(), other));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(launcher().alert()->isOpen());
+    press(Qt::Key_Escape);
+    EXPECT_EQ(definitions().first().name, u"Theirs");
+    ASSERT_TRUE(panel().isOpen());
+    EXPECT_EQ(panel().name(), u"Mine");
+    press(Qt::Key_Return);
+    EXPECT_EQ(definitions().first().name, u"Mine") << "the second time it is meant";
+}
+
 TEST_F(SmartFolderSheetTest, SeveralAreChosenFromAMenuThatStays) {
     openNew();
     type(u"x"_s);
@@ -189,7 +270,7 @@ TEST_F(SmartFolderSheetTest, SeveralAreChosenFromAMenuThatStays) {
     EXPECT_EQ(value("ruleChoice"), u"Photos, Contacts");
     // A text is suggested from what applications have, and the field goes on from there.
     setField(u"Bundle Identifier"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return panel().hasSuggestions(0, 0); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return hasSuggestions(); }));
     layOut();
     QQuickItem* field = itemWith("objectName", u"ruleValue"_s);
     clickAt(field->mapToScene(QPointF(field->width() - 12, field->height() / 2)).toPoint());

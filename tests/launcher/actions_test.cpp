@@ -146,8 +146,19 @@ TEST_F(ActionsTest, ASmartFolderComesFromATemplateAndGoesWhenThatWasConfirmed) {
     ASSERT_EQ(launcher->smartFolders().definitions().size(), 1);
     const QUuid id = launcher->smartFolders().definitions().first().id;
     const ActionTarget target{.item = *launcher->shown().item(id)};
-    EXPECT_THAT(choices(target),
-                IsSupersetOf({u"open"_s, u"rename"_s, u"editSmartFolder"_s, u"deleteSmartFolder"_s}));
+    EXPECT_THAT(choices(target), IsSupersetOf({u"open"_s, u"rename"_s, u"editSmartFolder"_s,
+                                               u"removeSmartFolderTile"_s, u"deleteSmartFolder"_s}));
+    EXPECT_EQ(launcher->shown().selectedItemID(), id) << "a new one is shown";
+
+    // Its tile can go without it, and come back.
+    perform(u"removeSmartFolderTile"_s, target);
+    EXPECT_FALSE(launcher->shown().item(id));
+    EXPECT_EQ(titlesIn(u"showSmartFolder"_s), QStringList{u"Installed This Week"_s});
+    launcher->shown().setCurrentPage(1);
+    launcher->shown().select(std::nullopt);
+    perform(u"showSmartFolder:"_s + toText(id));
+    EXPECT_EQ(shown(), u"Ash [Trees: Beech Cedar]|Dogwood ~Cedar *");
+    EXPECT_THAT(choices(), Not(Contains(u"showSmartFolder"_s)));
 
     ASSERT_TRUE(launcher->shown().openFolder(id));
     EXPECT_EQ(perform(u"editSmartFolder"_s), ActionRequest::rules) << "the one whose background it is";
@@ -193,6 +204,20 @@ TEST_F(ActionsTest, ABlockedRegistrySaysSoAndCreatesNothing) {
     EXPECT_EQ(perform(u"newSmartFolder"_s), ActionRequest::none);
     perform(u"newFromTemplate:games"_s);
     EXPECT_EQ(shown(), u"Ash [Trees: Beech Cedar]|Dogwood ~Cedar");
+
+    // It is still damaged when it is read again; without it there is a beginning.
+    (void)launcher->messages().takeAlerts();
+    perform(u"smartFoldersUnavailable:restore"_s);
+    EXPECT_EQ(launcher->messages().takeAlerts().size(), 1);
+    perform(u"smartFoldersUnavailable:replace"_s);
+    ASSERT_TRUE(launcher->messages().question());
+    EXPECT_THAT(
+        launcher->messages().question()->text.toStdString(),
+        testing::StartsWith("The Smart Folder registry could not be read. Its original file was "
+                            "preserved"));
+    launcher->messages().answer(true);
+    EXPECT_THAT(choices(), Contains(u"newSmartFolder"_s));
+    EXPECT_THAT(choices(), Not(Contains(u"smartFoldersUnavailable"_s)));
 }
 
 TEST_F(ActionsTest, AFoundApplicationWithoutATileCanBeOpenedAndShown) {

@@ -304,10 +304,10 @@ TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
 
     mac.remove(registry);
     ASSERT_TRUE(launcher->clipboard().paste(mode()));
-    EXPECT_EQ(sketched(), u"Ash * Beech Cedar Dogwood *");
+    EXPECT_EQ(sketched(), u"Ash * * Beech Cedar Dogwood") << "after the one that is selected";
     ASSERT_EQ(definitions().size(), 2);
     SmartFolderDefinition copy = definitions().last();
-    EXPECT_EQ(launcher->shown().pages()[0].last().id(), copy.id);
+    EXPECT_EQ(launcher->shown().pages()[0][2].id(), copy.id);
     EXPECT_NE(copy.id, games.id);
     EXPECT_NE(copy.rules[0].id(), games.rules[0].id());
     EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Paste Tile");

@@ -6,7 +6,11 @@
 #include "small_launcher.h"
 #include "support/fake_updates.h"
 
+#include "smartfolders/smart_folder_rule.h"
+
 #include <gmock/gmock.h>
+
+#include <latch>
 
 namespace tessellar {
 namespace {
@@ -204,6 +208,8 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
 
     install(u"Cask"_s, {}, u"2.0"_s); // what the command does
     brew({});
+    int asked = 0;
+    const auto passwords = updates().passwordAsked.connect([&] { ++asked; });
     mac.commands.holdStarted(true);
     launcher->messages().answer(true);
     settle();
@@ -215,7 +221,9 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
         "Password:");
     mac.time.advance(AppUpdateRunner::lookInterval);
     settle();
-    EXPECT_EQ(std::exchange(went, 0), 1) << "a launcher in full screen makes way for the window";
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(went, 0) << "only a window that fills the screen is in the way";
+    EXPECT_EQ(updates().tileText(cask), u"Asks for password"_s);
     EXPECT_EQ(updates().runningText(cask), u"Updating… Waiting for your password."_s);
     mac.commands.holdStarted(false);
     mac.time.advance(AppUpdateRunner::lookInterval);
@@ -273,6 +281,37 @@ TEST_F(LauncherUpdatesTest, FoldersSayWhatFailedAndWhatIsSkipped) {
     EXPECT_EQ(updates().badge(cask), u"↓"_s) << "what was known stays on the tile";
     EXPECT_TRUE(updates().summary().contains(u"2 apps could not be checked."_s));
     EXPECT_EQ(updates().reason(cask)->detail, u"Error: offline"_s);
+}
+
+TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {
+    std::latch answer(1);
+    mac.tool(brewPath, [&](const Command& command, const std::stop_token& stop) {
+        answer.wait();
+        return test::brewOfOneCask("2.0")(command, stop);
+    });
+    start().whenKnown([] {});
+    settle();
+    SmartFolderDefinition casks{.id = folder, .name = u"Casks"_s};
+    casks.rules = {SmartFolderChoiceRule{mac.uuids.next(), "distributionChannel",
+                                         predicate::IsValue<QString>(u"homebrew"_s)}};
+    casks.sort.field = "name";
+    ASSERT_TRUE(launcher->editor().addSmartFolder(launcher->shown().mode(), casks));
+    const auto notice = [&] {
+        return launcher->smartFolders().notice(folder, LauncherWindowMode::fullScreen);
+    };
+    mac.until([&] { return !notice().isEmpty(); });
+    EXPECT_EQ(notice(), u"Still gathering… (Updates Come From)"_s)
+        << "what declares a feed may be another one's, too";
+    answer.count_down();
+    settle();
+    EXPECT_EQ(shown(), cask);
+    EXPECT_EQ(notice(), QString());
+
+    // A tool that fails does not leave a folder waiting for ever.
+    mac.write(mac.machine.places.applicationFolder() + u"/app-updates.json"_s, "{}");
+    mac.tool(brewPath, test::exited(1));
+    start();
+    EXPECT_EQ(notice(), QString());
 }
 
 TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {

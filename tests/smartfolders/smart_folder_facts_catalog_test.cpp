@@ -10,9 +10,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QtEndian>
+
 #include <filesystem>
 #include <latch>
 #include <semaphore>
+
+#include <sys/xattr.h>
 
 namespace tessellar {
 namespace {
@@ -281,6 +285,45 @@ TEST_F(SmartFolderFactsCatalogs, AddsWhatTheLauncherKnows) {
     f = factsOf(app, files, runtime);
     EXPECT_EQ(f.isNeverUsed, false);
     EXPECT_FALSE(f.updateStatus);
+}
+
+TEST_F(SmartFolderFactsCatalogs, KnowsFromTheSystemWhatWasUsedWithoutTheLauncher) {
+    const AppEntry app = add({.name = u"Fern"_s, .identifier = u"f"_s});
+#ifdef __APPLE__
+    const auto note = [&](const QByteArray& value) {
+        return ::setxattr(machine.hostPath(app.path).toUtf8().constData(), "com.apple.lastuseddate#PS",
+                          value.constData(), std::size_t(value.size()), 0, 0) == 0;
+    };
+#else
+    const auto note = [&](const QByteArray& value) {
+        return ::setxattr(machine.hostPath(app.path).toUtf8().constData(),
+                          "user.com.apple.lastuseddate#PS", value.constData(),
+                          std::size_t(value.size()), 0) == 0;
+    };
+#endif
+    const auto used = [](qint64 seconds, qint64 nanoseconds) {
+        QByteArray value(16, 0);
+        qToLittleEndian(seconds, value.data());
+        qToLittleEndian(nanoseconds, value.data() + 8);
+        return value;
+    };
+    if (!note(used(1'700'000'000, 500'000'000)))
+        GTEST_SKIP() << "no extended attributes on this disk";
+    SmartFolderRuntimeFacts runtime;
+    runtime.usageDataIsComplete = true;
+    auto f = factsOf(app, usage, runtime);
+    EXPECT_EQ(f.lastUsedDate, Instant::fromUnixSeconds(1'700'000'000.5));
+    EXPECT_EQ(f.isNeverUsed, false);
+    EXPECT_FALSE(f.launchCount) << "how often, it does not say";
+    runtime.lastUsedDates.insert(u"f"_s, Instant::fromUnixSeconds(1'800'000'000));
+    EXPECT_EQ(factsOf(app, usage, runtime).lastUsedDate, Instant::fromUnixSeconds(1'800'000'000));
+    runtime.lastUsedDates.clear();
+    EXPECT_FALSE(factsOf(app, files, runtime).lastUsedDate) << "nobody wants to know";
+    for (const QByteArray& nonsense : {QByteArray(), QByteArray("short"), used(-1, 0), used(1, -1),
+                                       used(std::numeric_limits<qint64>::max(), 0), QByteArray(64, 1)}) {
+        ASSERT_TRUE(note(nonsense));
+        EXPECT_FALSE(factsOf(app, usage, runtime).lastUsedDate) << nonsense.size();
+    }
 }
 
 TEST_F(SmartFolderFactsCatalogs, InspectsWhatChangedAndWhatIsNeededAndNothingElse) {

@@ -765,11 +765,11 @@ TEST_F(AppUpdateCoordinatorTest, AFailingBrewIsNotSilence) {
     settle();
     ASSERT_EQ(coordinator->problems().size(), 1);
     EXPECT_EQ(message(coordinator->problems().first().reason),
-              u"Homebrew reported an error. Error: Permission denied"_s);
+              u"Homebrew reported an error. Error: Permission denied."_s);
     EXPECT_EQ(sketch(), u"upToDate - - -"_s) << "its feed can tell, as long as no cask is known";
     EXPECT_EQ(update_texts::summary(coordinator->tally(), coordinator->problems(), u"now"_s),
               u"Last checked now. No updates found. Homebrew reported an error. Error: Permission "
-              "denied"_s);
+              "denied."_s);
 
     // It is asked again soon, and only it.
     coordinator->start();

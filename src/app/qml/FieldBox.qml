@@ -8,12 +8,20 @@ Rectangle {
     property string label
     property string placeholder
     property bool needsInput: false
-    // A button at its end, for what may be chosen instead.
+    // A button at its end, for what may be chosen instead: the key Alt+Down presses it.
     property bool hasButton: false
+    // Arrows at its end, and the arrow keys, for a little more or less.
+    property bool hasSteps: false
     property alias input: input
 
     signal edited(string text)
     signal buttonPressed
+    signal stepped(int by)
+
+    function pressButton() {
+        input.forceActiveFocus();
+        buttonPressed();
+    }
 
     implicitWidth: 120
     implicitHeight: 30
@@ -30,9 +38,15 @@ Rectangle {
 
         property bool isTyped: false
 
+        function step(by, event) {
+            event.accepted = box.hasSteps;
+            if (box.hasSteps)
+                box.stepped(by);
+        }
+
         anchors.fill: parent
         anchors.leftMargin: 9
-        anchors.rightMargin: box.hasButton ? 28 : 9
+        anchors.rightMargin: Math.max(9, ends.width)
         verticalAlignment: TextInput.AlignVCenter
         activeFocusOnTab: true
         color: "white"
@@ -59,6 +73,13 @@ Rectangle {
             if (!activeFocus)
                 deselect();
         }
+        Keys.onUpPressed: event => step(1, event)
+        Keys.onDownPressed: event => {
+            if (box.hasButton && (!box.hasSteps || event.modifiers & Qt.AltModifier))
+                box.buttonPressed();
+            else
+                step(-1, event);
+        }
     }
 
     Text {
@@ -72,26 +93,90 @@ Rectangle {
         font: input.font
     }
 
-    MouseArea {
+    Row {
+        id: ends
+
         anchors.right: parent.right
-        width: 28
         height: parent.height
-        visible: box.hasButton
-        hoverEnabled: true
-        onClicked: {
-            input.forceActiveFocus();
-            box.buttonPressed();
+
+        Column {
+            visible: box.hasSteps
+            anchors.verticalCenter: parent.verticalCenter
+            width: visible ? 18 : 0
+
+            Repeater {
+                model: 2
+
+                MouseArea {
+                    id: arrow
+
+                    required property int index
+                    readonly property int by: index === 0 ? 1 : -1
+
+                    objectName: index === 0 ? "stepUp" : "stepDown"
+                    width: 18
+                    height: 13
+                    hoverEnabled: true
+                    onPressed: {
+                        input.forceActiveFocus();
+                        box.stepped(by);
+                    }
+
+                    Accessible.role: Accessible.Button
+                    Accessible.name: index === 0 ? qsTr("More") : qsTr("Less")
+                    Accessible.onPressAction: box.stepped(by)
+
+                    Timer {
+                        interval: repeats ? 60 : 400
+                        repeat: true
+                        running: arrow.pressed
+                        property bool repeats: false
+                        onRunningChanged: repeats = false
+                        onTriggered: {
+                            repeats = true;
+                            box.stepped(arrow.by);
+                        }
+                    }
+
+                    // An arrowhead.
+                    Repeater {
+                        model: 2
+
+                        Rectangle {
+                            required property int index
+
+                            x: 5.5 + index * 3.5
+                            y: 6
+                            width: 5.5
+                            height: 1.6
+                            radius: 0.8
+                            rotation: (index === 0) === (arrow.by > 0) ? -42 : 42
+                            antialiasing: true
+                            color: arrow.containsMouse ? "white" : "#99ffffff"
+                        }
+                    }
+                }
+            }
         }
 
-        Accessible.role: Accessible.ButtonMenu
-        Accessible.name: qsTr("Suggestions")
-        Accessible.onPressAction: box.buttonPressed()
+        MouseArea {
+            objectName: "fieldButton"
+            width: box.hasButton ? 26 : 0
+            height: parent.height
+            visible: box.hasButton
+            hoverEnabled: true
+            onClicked: box.pressButton()
 
-        Text {
-            anchors.centerIn: parent
-            text: "▾"
-            color: parent.containsMouse ? "white" : "#99ffffff"
-            font.pixelSize: 12
+            Accessible.role: Accessible.ButtonMenu
+            Accessible.name: qsTr("Suggestions")
+            Accessible.onPressAction: box.pressButton()
+
+            Text {
+                anchors.centerIn: parent
+                text: "▾"
+                color: parent.containsMouse ? "white" : "#99ffffff"
+                font.pixelSize: 12
+            }
         }
     }
 }

@@ -16,13 +16,18 @@ Rectangle {
     color: isDestructive ? (mouse.pressed ? "#c9362c" : "#e5483d")
                          : isDefault ? (mouse.pressed ? "#3d6ff0" : "#4f80ff")
                                      : (mouse.pressed ? "#38ffffff" : "#24ffffff")
-    border.width: isDefault ? 2 : 0
-    border.color: "#99ffffff"
+    border.width: isDefault || activeFocus ? 2 : 0
+    border.color: activeFocus ? "white" : "#99ffffff"
     opacity: enabled ? 1 : 0.4
+    activeFocusOnTab: true
 
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: button.clicked()
+
+    Keys.onSpacePressed: button.clicked()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     Text {
         id: words

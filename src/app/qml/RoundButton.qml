@@ -11,7 +11,7 @@ Rectangle {
 
     implicitWidth: 26
     implicitHeight: 26
-    radius: 13
+    radius: height / 2
     color: mouse.pressed ? "#4dffffff" : mouse.containsMouse ? "#38ffffff" : "#1fffffff"
     border.width: activeFocus ? 2 : 0
     border.color: "#4f80ff"
@@ -23,8 +23,25 @@ Rectangle {
 
     Keys.onSpacePressed: button.clicked()
 
+    Row {
+        anchors.centerIn: parent
+        visible: button.sign === "…"
+        spacing: 3
+
+        Repeater {
+            model: 3
+
+            Rectangle {
+                width: 3
+                height: 3
+                radius: 1.5
+            }
+        }
+    }
+
     Rectangle {
         anchors.centerIn: parent
+        visible: button.sign !== "…"
         width: 11
         height: 2
         radius: 1

@@ -69,7 +69,7 @@ Item {
                 id: place
 
                 required property int index
-                readonly property var operand: row.rule.operands[index] ?? ({ kind: "", text: "", needsInput: false })
+                readonly property var operand: row.rule.operands[index] ?? ({ kind: "", text: "", needsInput: false, hasSuggestions: false })
 
                 function takeFocus() {
                     const editor = operandEditor.item;
@@ -116,16 +116,25 @@ Item {
                     FieldBox {
                         id: box
 
+                        readonly property bool isDate: place.operand.kind === "date"
+
                         objectName: "ruleValue"
                         value: place.operand.text
                         label: qsTr("Value")
-                        placeholder: place.operand.kind === "date" ? qsTr("Date")
+                        placeholder: isDate ? qsTr("Date")
                                    : place.operand.kind === "number" ? qsTr("Number") : qsTr("Value")
                         needsInput: place.operand.needsInput
-                        hasButton: row.panel.rules.length > row.index && row.panel.hasSuggestions(row.index, place.index)
+                        hasSteps: isDate || place.operand.kind === "number"
+                        hasButton: isDate || place.operand.hasSuggestions
                         onEdited: text => row.panel.type(row.index, place.index, text)
-                        onButtonPressed: row.panel.openChoices("suggestion", box.mapToItem(null, 0, box.height + 3),
-                                                               row.index, place.index)
+                        onStepped: by => row.panel.step(by, row.index, place.index)
+                        onButtonPressed: {
+                            const below = box.mapToItem(null, 0, box.height + 3);
+                            if (isDate)
+                                row.panel.openDays(below, row.index, place.index);
+                            else
+                                row.panel.openChoices("suggestion", below, row.index, place.index);
+                        }
                     }
                 }
             }

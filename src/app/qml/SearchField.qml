@@ -71,7 +71,7 @@ Item {
         width: parent.width - 38
         height: parent.height
         active: false
-        onLoaded: if (field.launcher.renaming.tileId === "" && field.launcher.sheets.current === "") item.forceActiveFocus()
+        onLoaded: if (field.launcher.renaming.tileId === "" && !field.launcher.isCovered) item.forceActiveFocus()
 
         sourceComponent: TextInput {
             id: typed
@@ -108,9 +108,9 @@ Item {
     }
 
     Connections {
-        target: field.launcher.sheets
-        function onChanged() {
-            if (field.launcher.sheets.current === "")
+        target: field.launcher
+        function onCoveredChanged() {
+            if (!field.launcher.isCovered && !field.launcher.menu.isOpen && field.launcher.renaming.tileId === "")
                 field.takeKeyboard();
         }
     }

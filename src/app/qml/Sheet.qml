@@ -1,7 +1,8 @@
 import QtQuick
 
 // The frame of what lies over the grid to be read and worked with. Its content is laid out by who uses it.
-Item {
+// It has the keyboard: Tab goes through what is in it and nowhere else.
+FocusScope {
     id: sheet
 
     required property string title
@@ -11,6 +12,12 @@ Item {
     readonly property int tallest: height - 120
 
     signal closed
+
+    focus: true
+    Component.onCompleted: if (!activeFocus) forceActiveFocus()
+    // Where nothing in it has the keyboard yet.
+    Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     MouseArea {
         anchors.fill: parent

@@ -207,11 +207,13 @@ Sheet {
 
                 FieldBox {
                     objectName: "limit"
-                    width: 64
+                    width: 70
                     enabled: sheet.panel.hasLimit
                     value: sheet.panel.limitText
                     label: qsTr("Limit")
+                    hasSteps: true
                     onEdited: text => sheet.panel.typeLimit(text)
+                    onStepped: by => sheet.panel.step(by)
                 }
 
                 Text {

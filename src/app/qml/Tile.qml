@@ -12,6 +12,7 @@ Item {
     required property list<string> appKeys
     required property string symbolName
     required property string badge
+    required property string activity
     required property bool isUnavailable
     property LauncherController launcher
     property int iconSide
@@ -33,6 +34,7 @@ Item {
 
     Accessible.role: Accessible.Button
     Accessible.name: label
+    Accessible.description: activity
     Accessible.onPressAction: launcher.activate(tileId)
 
     // The plate under the pointer, and the ring of the keyboard.
@@ -71,14 +73,25 @@ Item {
         kind: tile.kind
         appKeys: tile.appKeys
         symbolName: tile.symbolName
-        opacity: tile.isUnavailable ? 0.35 : mouse.pressed ? 0.7 : 1
+        opacity: tile.isUnavailable ? 0.35 : tile.activity !== "" ? 0.55 : mouse.pressed ? 0.7 : 1
         scale: tile.isForming ? 0.62 : tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
         // A folder that is open is shown by its panel.
         visible: !(tile.launcher.folder.isOpen && tile.launcher.folder.tileId === tile.tileId)
     }
 
+    // What is being done takes its time, and nobody knows how much.
     Loader {
-        active: tile.badge !== ""
+        active: tile.activity !== ""
+        visible: picture.visible
+        x: picture.x + (picture.width - width) / 2
+        y: picture.y + picture.height * 0.76
+        sourceComponent: BusyBar {
+            width: Math.round(picture.width * 0.6)
+        }
+    }
+
+    Loader {
+        active: tile.badge !== "" && tile.activity === ""
         visible: picture.visible
         x: picture.x + picture.width - width * 0.7
         y: picture.y - height * 0.2
@@ -110,7 +123,7 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
         y: tile.iconTop + tile.iconSide + 4
         width: Math.min(implicitWidth, tile.width - 10)
-        text: tile.label
+        text: tile.activity !== "" ? tile.activity : tile.label
         elide: Text.ElideRight
         maximumLineCount: 1
         horizontalAlignment: Text.AlignHCenter

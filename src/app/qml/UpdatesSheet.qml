@@ -1,155 +1,87 @@
 import QtQuick
 import Tessellar
 
-// What is known of updates, the check that runs, and the settings of checks.
+// What is known of updates, those that run and the check that does, and the settings of checks.
 Sheet {
     id: sheet
 
     required property LauncherController launcher
     readonly property UpdatesPanel updates: launcher.updates
+    readonly property bool isSmall: height < 620
 
     objectName: "updatesSheet"
     title: updates.title
-    wanted: 680
+    wanted: 720
     onClosed: launcher.sheets.close()
+    Component.onCompleted: list.forceActiveFocus()
 
     Column {
         width: sheet.bodyWidth
-        spacing: 14
-
-        Text {
-            width: parent.width
-            text: sheet.updates.explanation
-            color: "#b3ffffff"
-            wrapMode: Text.Wrap
-            textFormat: Text.PlainText
-            font.pixelSize: 13
-            lineHeight: 1.15
-        }
+        spacing: sheet.isSmall ? 8 : 12
 
         Item {
+            id: head
+
             width: parent.width
-            height: 32
+            height: Math.max(34, summary.height)
 
             Text {
+                id: summary
+
+                objectName: "updatesSummary"
+                anchors.left: parent.left
+                anchors.right: actions.left
+                anchors.rightMargin: 14
                 anchors.verticalCenter: parent.verticalCenter
-                text: qsTr("Check for updates")
+                text: sheet.updates.summary !== "" ? sheet.updates.summary : qsTr("Not checked yet.")
                 color: "white"
-                font.pixelSize: 14
-            }
-
-            Rectangle {
-                objectName: "updatesSwitch"
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                width: 46
-                height: 26
-                radius: 13
-                color: sheet.updates.isEnabled ? "#4f80ff" : "#33ffffff"
-
-                Accessible.role: Accessible.CheckBox
-                Accessible.name: qsTr("Check for updates")
-                Accessible.checked: sheet.updates.isEnabled
-                Accessible.onPressAction: sheet.updates.isEnabled = !sheet.updates.isEnabled
-
-                Rectangle {
-                    x: sheet.updates.isEnabled ? parent.width - width - 3 : 3
-                    y: 3
-                    width: 20
-                    height: 20
-                    radius: 10
-                }
-
-                MouseArea {
-                    anchors.fill: parent
-                    onClicked: sheet.updates.isEnabled = !sheet.updates.isEnabled
-                }
-            }
-        }
-
-        Item {
-            width: parent.width
-            height: 32
-            opacity: sheet.updates.isEnabled ? 1 : 0.4
-            enabled: sheet.updates.isEnabled
-
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                text: qsTr("Every")
-                color: "white"
+                wrapMode: Text.Wrap
+                elide: Text.ElideRight
+                maximumLineCount: 3
+                textFormat: Text.PlainText
                 font.pixelSize: 14
             }
 
             Row {
+                id: actions
+
                 anchors.right: parent.right
-                spacing: 6
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 8
 
-                Repeater {
-                    model: sheet.updates.intervals
+                PushButton {
+                    objectName: "checkButton"
+                    enabled: sheet.updates.isEnabled
+                    text: sheet.updates.isChecking ? qsTr("Stop") : qsTr("Check Now")
+                    onClicked: sheet.updates.isChecking ? sheet.updates.cancelCheck() : sheet.updates.checkNow()
+                }
 
-                    Rectangle {
-                        id: interval
-
-                        required property var modelData
-
-                        width: words.implicitWidth + 24
-                        height: 30
-                        radius: 9
-                        color: modelData.isChosen ? "#4f80ff" : "#24ffffff"
-
-                        Accessible.role: Accessible.RadioButton
-                        Accessible.name: modelData.title
-                        Accessible.onPressAction: sheet.updates.chooseInterval(modelData.seconds)
-
-                        Text {
-                            id: words
-
-                            anchors.centerIn: parent
-                            text: interval.modelData.title
-                            color: "white"
-                            font.pixelSize: 13
-                        }
-
-                        MouseArea {
-                            anchors.fill: parent
-                            onClicked: sheet.updates.chooseInterval(interval.modelData.seconds)
-                        }
-                    }
+                PushButton {
+                    objectName: "updateAllButton"
+                    visible: sheet.updates.isRunning || sheet.updates.runnableCount > 0
+                    text: sheet.updates.isRunning ? qsTr("Cancel All") : qsTr("Update All")
+                    onClicked: sheet.updates.isRunning ? sheet.updates.cancelRun() : sheet.updates.runAll()
                 }
             }
         }
 
-        Rectangle {
-            width: parent.width
-            height: 1
-            color: "#1fffffff"
-        }
-
-        Text {
-            width: parent.width
-            text: sheet.updates.summary
-            visible: text !== ""
-            color: "white"
-            wrapMode: Text.Wrap
-            textFormat: Text.PlainText
-            font.pixelSize: 15
-        }
-
         Column {
+            id: check
+
             width: parent.width
             visible: sheet.updates.isChecking
-            spacing: 6
+            spacing: 5
 
             Rectangle {
                 width: parent.width
-                height: 6
-                radius: 3
+                height: 5
+                radius: 2.5
                 color: "#24ffffff"
 
                 Rectangle {
-                    width: Math.max(6, parent.width * sheet.updates.progress)
-                    height: 6
-                    radius: 3
+                    width: Math.max(5, parent.width * sheet.updates.progress)
+                    height: 5
+                    radius: 2.5
                     color: "#4f80ff"
                 }
             }
@@ -165,85 +97,139 @@ Sheet {
         }
 
         ListView {
+            id: list
+
+            // What all else leaves of the window.
+            readonly property real room: sheet.height - 40 - 118 - head.height - settings.height - 34
+                                         - (check.visible ? check.height + parent.spacing : 0)
+                                         - parent.spacing * 4
+
+            // Until somebody has moved in it, it begins with what matters most.
+            property bool isUsed: false
+
+            objectName: "updatesList"
             width: parent.width
-            height: Math.min(contentHeight, Math.max(120, sheet.tallest - 330))
-            visible: count > 0
+            height: Math.max(72, Math.min(contentHeight, room))
             clip: true
+            spacing: 2
+            activeFocusOnTab: true
+            keyNavigationEnabled: true
             boundsBehavior: Flickable.StopAtBounds
-            model: sheet.updates.available
+            highlightMoveDuration: 0
+            model: sheet.updates.rows
 
-            delegate: Item {
-                id: row
+            onCountChanged: {
+                if (!isUsed) {
+                    currentIndex = 0;
+                    positionViewAtBeginning();
+                }
+            }
 
-                required property var modelData
+            Keys.onPressed: event => {
+                isUsed = true;
+                event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End;
+                if (event.accepted)
+                    currentIndex = event.key === Qt.Key_Home ? 0 : count - 1;
+            }
+            Keys.onReturnPressed: sheet.updates.act(currentIndex)
+            Keys.onEnterPressed: sheet.updates.act(currentIndex)
+            Keys.onSpacePressed: sheet.updates.act(currentIndex)
+            Keys.onMenuPressed: if (currentItem && !currentItem.isSection) currentItem.openMenu()
+            Keys.onRightPressed: if (currentItem && !currentItem.isSection) currentItem.openMenu()
 
+            Accessible.role: Accessible.List
+            Accessible.name: sheet.title
+
+            delegate: UpdateRow {
                 width: ListView.view.width
-                height: 56
-
-                IconItem {
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: 40
-                    height: 40
-                    icons: sheet.launcher.icons
-                    appKeys: [row.modelData.appKey]
+                launcher: sheet.launcher
+                isCurrent: ListView.isCurrentItem
+                hasKeyboard: list.activeFocus
+                onPressed: {
+                    list.isUsed = true;
+                    list.currentIndex = index;
+                    list.forceActiveFocus();
                 }
+            }
 
-                Column {
-                    x: 52
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: parent.width - x - action.width - 12
-
-                    Text {
-                        width: parent.width
-                        text: row.modelData.name
-                        color: "white"
-                        elide: Text.ElideRight
-                        textFormat: Text.PlainText
-                        font.pixelSize: 14
-                    }
-
-                    Text {
-                        width: parent.width
-                        text: row.modelData.text
-                        color: "#99ffffff"
-                        elide: Text.ElideRight
-                        textFormat: Text.PlainText
-                        font.pixelSize: 12
-                    }
-                }
-
-                PushButton {
-                    id: action
-
-                    anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: Math.min(implicitWidth, row.width * 0.55)
-                    height: 30
-                    visible: row.modelData.isRunning || row.modelData.action !== ""
-                    enabled: row.modelData.isRunning || row.modelData.canRun
-                    text: row.modelData.isRunning ? qsTr("Cancel") : row.modelData.action
-                    onClicked: row.modelData.isRunning ? sheet.updates.cancelRun()
-                                                       : sheet.updates.run(row.modelData.appKey)
-                }
+            Text {
+                anchors.centerIn: parent
+                visible: list.count === 0
+                text: sheet.updates.isChecking ? "" : qsTr("What can be updated is listed here.")
+                color: "#66ffffff"
+                font.pixelSize: 13
             }
         }
 
-        Row {
+        Column {
+            id: settings
+
+            width: parent.width
+            spacing: sheet.isSmall ? 6 : 10
+
+            Rectangle {
+                width: parent.width
+                height: 1
+                color: "#1fffffff"
+            }
+
+            Item {
+                width: parent.width
+                height: 32
+
+                Switch {
+                    id: power
+
+                    objectName: "updatesSwitch"
+                    anchors.verticalCenter: parent.verticalCenter
+                    label: qsTr("Check for updates")
+                    isOn: sheet.updates.isEnabled
+                    onToggled: sheet.updates.isEnabled = !sheet.updates.isEnabled
+                }
+
+                Text {
+                    anchors.left: power.right
+                    anchors.leftMargin: 10
+                    anchors.right: intervals.left
+                    anchors.rightMargin: 10
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: qsTr("Check for updates every")
+                    color: "white"
+                    elide: Text.ElideRight
+                    opacity: sheet.updates.isEnabled ? 1 : 0.6
+                    font.pixelSize: 13
+                }
+
+                SegmentedButton {
+                    id: intervals
+
+                    objectName: "updatesInterval"
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    opacity: sheet.updates.isEnabled ? 1 : 0.4
+                    enabled: sheet.updates.isEnabled
+                    choices: sheet.updates.intervals
+                    onChosen: index => sheet.updates.chooseInterval(sheet.updates.intervals[index].seconds)
+                    onStepped: by => sheet.updates.stepInterval(by)
+                }
+            }
+
+            Text {
+                width: parent.width
+                text: sheet.updates.explanation
+                color: "#80ffffff"
+                wrapMode: Text.Wrap
+                textFormat: Text.PlainText
+                font.pixelSize: 11
+            }
+        }
+
+        PushButton {
+            objectName: "updatesDone"
             anchors.right: parent.right
-            spacing: 10
-
-            PushButton {
-                objectName: "checkButton"
-                enabled: sheet.updates.isEnabled
-                text: sheet.updates.isChecking ? qsTr("Cancel") : qsTr("Check Now")
-                onClicked: sheet.updates.isChecking ? sheet.updates.cancelCheck() : sheet.updates.checkNow()
-            }
-
-            PushButton {
-                text: qsTr("Done")
-                isDefault: true
-                onClicked: sheet.launcher.sheets.close()
-            }
+            text: qsTr("Done")
+            isDefault: true
+            onClicked: sheet.launcher.sheets.close()
         }
     }
 }

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "smartfolders/smart_folder_typing.h"
+
+#include <QObject>
+#include <QPointF>
+#include <QVariant>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+
+namespace tessellar {
+
+/// A month to pick a day from, below a field of the window. Does not know what the day is for.
+class DayPicker : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the panel")
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
+    Q_PROPERTY(QPointF position READ position NOTIFY changed)
+    Q_PROPERTY(QString title READ title NOTIFY changed)
+    Q_PROPERTY(QStringList weekdays READ weekdays NOTIFY changed)
+    /// {text, name, isInMonth, isToday, isChosen, isCurrent} of six weeks.
+    Q_PROPERTY(QVariantList days READ days NOTIFY changed)
+
+public:
+    /// What the month around a day looks like.
+    using MonthOf = std::function<SmartFolderMonth(QDate)>;
+    using Choose = std::function<void(QDate)>;
+
+    bool isOpen() const { return bool(_monthOf); }
+    QPointF position() const { return _position; }
+    QString title() const { return _month.title; }
+    QStringList weekdays() const { return _month.weekdays; }
+    QVariantList days() const;
+
+    void open(QPointF position, QDate current, MonthOf monthOf, Choose choose);
+    Q_INVOKABLE void close();
+    Q_INVOKABLE void turn(int months);
+    /// Picks one of the days that are shown.
+    Q_INVOKABLE void choose(int place);
+    Q_INVOKABLE void goToToday();
+    /// While it is open, all keys are its own.
+    void pressKey(int key);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void show(QDate current);
+    void choose(QDate day);
+
+    QPointF _position;
+    QDate _current; ///< the keyboard's
+    SmartFolderMonth _month;
+    MonthOf _monthOf;
+    Choose _choose;
+};
+
+} // namespace tessellar

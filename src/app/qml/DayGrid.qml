@@ -1,0 +1,189 @@
+import QtQuick
+import Tessellar
+
+// A month to pick a day from, below the field that it is for.
+Item {
+    id: root
+
+    required property DayPicker days
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onClicked: root.days.close()
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    Rectangle {
+        id: panel
+
+        readonly property int cell: 34
+
+        objectName: "dayGrid"
+        x: Math.round(Math.max(8, Math.min(root.days.position.x, root.width - width - 8)))
+        y: Math.round(Math.max(8, Math.min(root.days.position.y, root.height - height - 8)))
+        width: 7 * cell + 24
+        height: column.height + 22
+        radius: 14
+        color: "#fa262a39"
+        border.color: "#38ffffff"
+
+        Accessible.role: Accessible.PopupMenu
+        Accessible.name: root.days.title
+
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.AllButtons
+            onWheel: wheel => root.days.turn(wheel.angleDelta.y > 0 ? -1 : 1)
+        }
+
+        Column {
+            id: column
+
+            x: 12
+            y: 10
+            width: parent.width - 24
+            spacing: 4
+
+            Item {
+                width: parent.width
+                height: 30
+
+                Text {
+                    x: 8
+                    width: parent.width - turning.width - 12
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: root.days.title
+                    color: "white"
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                    font.pixelSize: 15
+                    font.weight: Font.DemiBold
+                }
+
+                Row {
+                    id: turning
+
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    spacing: 2
+
+                    Repeater {
+                        model: [
+                            { sign: "‹", name: qsTr("Previous month"), by: -1 },
+                            { sign: "•", name: qsTr("Today"), by: 0 },
+                            { sign: "›", name: qsTr("Next month"), by: 1 }
+                        ]
+
+                        Rectangle {
+                            id: turn
+
+                            required property var modelData
+
+                            objectName: "monthTurn" + modelData.by
+                            width: 28
+                            height: 28
+                            radius: 14
+                            color: area.containsMouse ? "#24ffffff" : "transparent"
+
+                            Accessible.role: Accessible.Button
+                            Accessible.name: modelData.name
+                            Accessible.onPressAction: area.act()
+
+                            Text {
+                                anchors.centerIn: parent
+                                text: turn.modelData.sign
+                                color: "white"
+                                font.pixelSize: 18
+                            }
+
+                            MouseArea {
+                                id: area
+
+                                function act() {
+                                    if (turn.modelData.by === 0)
+                                        root.days.goToToday();
+                                    else
+                                        root.days.turn(turn.modelData.by);
+                                }
+
+                                anchors.fill: parent
+                                hoverEnabled: true
+                                onClicked: act()
+                            }
+                        }
+                    }
+                }
+            }
+
+            Row {
+                Repeater {
+                    model: root.days.weekdays
+
+                    Text {
+                        required property string modelData
+
+                        width: panel.cell
+                        height: 22
+                        horizontalAlignment: Text.AlignHCenter
+                        verticalAlignment: Text.AlignVCenter
+                        text: modelData
+                        color: "#80ffffff"
+                        font.pixelSize: 12
+                    }
+                }
+            }
+
+            Grid {
+                columns: 7
+
+                Repeater {
+                    // Their number is always the same: days change in their places.
+                    model: root.days.days.length
+
+                    Item {
+                        id: day
+
+                        required property int index
+                        readonly property var modelData: root.days.days[index]
+                            ?? ({ text: "", name: "", isInMonth: false, isToday: false, isChosen: false, isCurrent: false })
+
+                        objectName: modelData.isInMonth ? "day" + modelData.text : "dayBeside"
+                        width: panel.cell
+                        height: panel.cell - 2
+
+                        Accessible.role: Accessible.MenuItem
+                        Accessible.name: modelData.name
+                        Accessible.onPressAction: root.days.choose(index)
+
+                        Rectangle {
+                            anchors.centerIn: parent
+                            width: 30
+                            height: 30
+                            radius: 15
+                            color: day.modelData.isChosen ? "#4f80ff" : pointer.containsMouse ? "#24ffffff" : "transparent"
+                            border.width: day.modelData.isCurrent ? 2 : day.modelData.isToday ? 1 : 0
+                            border.color: day.modelData.isCurrent ? "white" : "#99ffffff"
+                        }
+
+                        Text {
+                            anchors.centerIn: parent
+                            text: day.modelData.text
+                            color: day.modelData.isInMonth ? "white" : "#59ffffff"
+                            font.pixelSize: 13
+                        }
+
+                        MouseArea {
+                            id: pointer
+
+                            anchors.fill: parent
+                            hoverEnabled: true
+                            onClicked: root.days.choose(day.index)
+                        }
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,208 @@
+import QtQuick
+import Tessellar
+
+// A line of the sheet about updates: the title of a section, or an application, which says more where it
+// is the current one.
+Item {
+    id: row
+
+    required property int index
+    required property string appKey
+    required property string name
+    required property string text
+    required property string detail
+    required property string source
+    required property string action
+    required property bool canAct
+    required property bool isRunning
+    required property bool isFailure
+    required property bool isOpen
+    required property LauncherController launcher
+    property bool isCurrent: false
+    property bool hasKeyboard: false
+    readonly property bool isSection: appKey === ""
+    readonly property UpdatesPanel updates: launcher.updates
+
+    function openMenu() {
+        launcher.openUpdateMenu(appKey, more.mapToItem(null, 0, more.height + 2));
+    }
+
+    signal pressed
+
+    objectName: isSection ? "updateSection" : "updateRow"
+    height: isSection ? 34 : Math.max(56, words.height + 16)
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.description: text
+    Accessible.onPressAction: updates.act(index)
+
+    Rectangle {
+        anchors.fill: parent
+        visible: row.isCurrent || area.containsMouse
+        radius: 10
+        color: row.isCurrent ? "#1fffffff" : "#0fffffff"
+        border.width: row.isCurrent && row.hasKeyboard ? 2 : 0
+        border.color: "#4f80ff"
+    }
+
+    MouseArea {
+        id: area
+
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: event => {
+            row.pressed();
+            if (row.isSection)
+                row.updates.act(row.index);
+            else if (event.button === Qt.RightButton)
+                row.launcher.openUpdateMenu(row.appKey, mapToItem(null, event.x, event.y));
+        }
+    }
+
+    // The title of a section.
+    Row {
+        x: 8
+        anchors.verticalCenter: parent.verticalCenter
+        visible: row.isSection
+        spacing: 8
+
+        Text {
+            width: 12
+            text: "›"
+            rotation: row.isOpen ? 90 : 0
+            horizontalAlignment: Text.AlignHCenter
+            color: "#b3ffffff"
+            font.pixelSize: 16
+        }
+
+        Text {
+            text: row.name
+            color: "#e6ffffff"
+            font.pixelSize: 13
+            font.weight: Font.DemiBold
+        }
+
+        Text {
+            text: row.text
+            color: "#80ffffff"
+            font.pixelSize: 13
+        }
+    }
+
+    IconItem {
+        x: 8
+        y: 8
+        width: 40
+        height: 40
+        visible: !row.isSection
+        icons: row.launcher.icons
+        appKeys: row.isSection ? [] : [row.appKey]
+    }
+
+    Column {
+        id: words
+
+        x: 60
+        y: Math.max(8, (56 - headline.height - said.height - 2) / 2)
+        width: parent.width - x - (buttons.visible ? buttons.width + 18 : 12)
+        visible: !row.isSection
+        spacing: 2
+
+        Text {
+            id: headline
+
+            width: parent.width
+            text: row.name
+            color: "white"
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            font.pixelSize: 14
+        }
+
+        Text {
+            id: said
+
+            width: parent.width
+            text: row.text
+            color: row.isFailure ? "#ff9d94" : "#b3ffffff"
+            wrapMode: row.isCurrent ? Text.Wrap : Text.NoWrap
+            elide: Text.ElideRight
+            maximumLineCount: row.isCurrent ? 4 : 1
+            textFormat: Text.PlainText
+            font.pixelSize: 12
+        }
+
+        BusyBar {
+            width: Math.min(220, parent.width)
+            height: 4
+            visible: row.isRunning
+            color: "#24ffffff"
+        }
+
+        Text {
+            objectName: "updateDetail"
+            width: parent.width
+            visible: text !== "" && (row.isCurrent || row.isRunning)
+            text: row.detail
+            color: "#99ffffff"
+            wrapMode: Text.Wrap
+            elide: Text.ElideRight
+            maximumLineCount: row.isRunning ? 1 : 6
+            textFormat: Text.PlainText
+            font.pixelSize: 12
+        }
+
+        Text {
+            objectName: "updateSource"
+            width: parent.width
+            visible: text !== "" && row.isCurrent
+            text: row.source
+            color: "#80ffffff"
+            wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+            font.pixelSize: 11
+        }
+    }
+
+    Row {
+        id: buttons
+
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        y: 13
+        visible: !row.isSection && (row.action !== "" || more.visible)
+        spacing: 6
+
+        PushButton {
+            objectName: "updateAction"
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, row.width * 0.36)
+            height: 30
+            // The line has the keyboard.
+            activeFocusOnTab: false
+            visible: row.action !== ""
+            enabled: row.canAct
+            text: row.action
+            onClicked: {
+                row.pressed();
+                row.updates.act(row.index);
+            }
+        }
+
+        RoundButton {
+            id: more
+
+            objectName: "updateMore"
+            anchors.verticalCenter: parent.verticalCenter
+            activeFocusOnTab: false
+            sign: "…"
+            label: qsTr("More")
+            onClicked: {
+                row.pressed();
+                row.openMenu();
+            }
+        }
+    }
+}

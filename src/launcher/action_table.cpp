@@ -1,0 +1,511 @@
+#include "launcher/action_table.h"
+
+#include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_clipboard.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_icons.h"
+#include "launcher/launcher_import.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/launcher_updates.h"
+#include "launcher/layout_archive.h"
+#include "launcher/smart_folder_editing.h"
+#include "smartfolders/smart_folder_raw_values.h"
+
+namespace tessellar {
+namespace {
+
+using Context = ActionContext;
+
+bool isApp(const LaunchpadItem& item) { return item.app() != nullptr; }
+bool isAlias(const LaunchpadItem& item) { return item.app() && item.app()->alias; }
+
+using Outcome = std::expected<void, LauncherError>;
+
+/// For what is told when it is done: a refusal is told to the user.
+auto reporting(const Context& context) {
+    return
+        [&messages = context.launcher.messages()](const Outcome& outcome) { messages.report(outcome); };
+}
+
+// ---- what entries do
+
+ActionRequest open(const Context& context, const QString&) {
+    context.launcher.open(context.mode(), *context.target.item);
+    return ActionRequest::none;
+}
+
+/// Asks first; `work` is done after a yes, and a refusal of it told.
+void confirm(const Context& context, LauncherQuestion question, std::function<Outcome()> work) {
+    question.isDestructive = true;
+    context.launcher.messages().ask(question,
+                                    [told = reporting(context), work = std::move(work)](bool accepted) {
+                                        if (accepted)
+                                            told(work());
+                                    });
+}
+
+ActionRequest reset(const Context& context, const QString&) {
+    confirm(
+        context,
+        {.title = QStringLiteral("Reset the Launchpad layout?"),
+         .text = QStringLiteral("Restores the default alphabetical layout and removes all folders, "
+                                "custom ordering, and hidden apps."),
+         .accept = QStringLiteral("Reset")},
+        [&archive = context.launcher.archive(), mode = context.mode()] { return archive.reset(mode); });
+    return ActionRequest::none;
+}
+
+ActionRequest deleteSmartFolder(const Context& context, const QString&) {
+    const QUuid id = context.smartFolder()->definitionID;
+    confirm(context,
+            {.title = QStringLiteral("Delete “%1”?").arg(context.launcher.smartFolders().name(id)),
+             .text = QStringLiteral("This deletes its shared rules and removes the Smart Folder from "
+                                    "both launcher modes. The apps themselves are not changed."),
+             .accept = QStringLiteral("Delete")},
+            [&editor = context.launcher.editor(), mode = context.mode(), id] {
+                return editor.deleteSmartFolder(mode, id);
+            });
+    return ActionRequest::none;
+}
+
+ActionRequest editSmartFolder(const Context& context, const QString&) {
+    if (const SmartFolderDefinition* definition = context.definition())
+        context.launcher.smartFolderEditing().open(context.mode(), *definition);
+    else
+        context.launcher.smartFolderEditing().openNew(context.mode());
+    return ActionRequest::rules;
+}
+
+ActionRequest selectAll(const Context& context, const QString&) {
+    LiveLayout& layout = context.layout;
+    const auto open = layout.openFolder();
+    const int page = open ? layout.folderStack().last().page : layout.currentPage();
+    QList<QUuid> tiles;
+    for (const LaunchpadItem& item :
+         (open ? layout.shownPages(*open) : layout.shownPages()).tiles(page))
+        tiles.append(item.id());
+    layout.select(tiles);
+    return ActionRequest::none;
+}
+
+template <typename Edit>
+ActionRequest edit(const Context& context, Edit change) {
+    context.launcher.messages().report(change(context.launcher.editor()));
+    return ActionRequest::none;
+}
+
+ActionRequest sortPage(const Context& context, const QString&) {
+    const LiveLayout& layout = context.layout;
+    const auto open = context.openFolder();
+    const FolderEntry* folder = open ? layout.folder(*open) : nullptr;
+    const ShownPages shown = folder ? layout.shownPages(*folder) : layout.shownPages();
+    const int page = folder ? layout.folderStack().last().page : layout.currentPage();
+    if (const auto stored = shown.tileAt({page, 0}))
+        return edit(context, [&](LauncherEditor& editor) {
+            return editor.sortPage(context.mode(), open, stored->page);
+        });
+    return ActionRequest::none;
+}
+
+// ---- the table
+
+bool isEditable(const Context& context) { return context.isEditable; }
+bool isBackground(const Context& context) { return context.isBackground(); }
+bool hasWritableRules(const Context& context) {
+    return context.isEditable && context.launcher.smartFolders().isWritable();
+}
+
+// ---- updates
+
+QString updateStatus(const Context& context) {
+    if (!context.app())
+        return {};
+    const LauncherUpdates& updates = context.launcher.updates();
+    const QString running = updates.runningText(appKey(*context.app()));
+    return running.isEmpty() ? updates.statusText(appKey(*context.app())) : running;
+}
+
+/// The version that is offered, or empty.
+QString offeredVersion(const Context& context) {
+    const auto known = context.app() && context.isOne()
+                           ? context.launcher.updates().status(appKey(*context.app()))
+                           : std::nullopt;
+    const auto* update = known ? std::get_if<UpdateAvailable>(&*known) : nullptr;
+    return update ? update->latestVersion : QString();
+}
+
+bool isUpdating(const Context& context) {
+    return context.isOne() && context.app() &&
+           !context.launcher.updates().runningText(appKey(*context.app())).isEmpty();
+}
+
+bool isUpdateOffered(const Context& context) {
+    return !offeredVersion(context).isEmpty() && !isUpdating(context);
+}
+
+/// A row of the table that concerns an application's update.
+constexpr ActionRow aboutUpdates(ActionRow row) {
+    row.isAboutUpdates = true;
+    return row;
+}
+
+template <bool everyVersion>
+ActionRequest skip(const Context& context, const QString&) {
+    context.launcher.messages().report(
+        context.launcher.updates().skip(appKey(*context.app()), everyVersion));
+    return ActionRequest::none;
+}
+
+// ---- smart folders
+
+QList<MenuEntry> recoveryEntries(const Context&, const QString& id) {
+    return {{.id = id + QStringLiteral(":restore"),
+             .title = QStringLiteral("Read the Preserved File Again")},
+            {.id = id + QStringLiteral(":replace"),
+             .title = QStringLiteral("Begin without Smart Folders…"),
+             .isDestructive = true}};
+}
+
+ActionRequest recoverSmartFolders(const Context& context, const QString& how) {
+    SmartFolderLibrary& library = context.launcher.smartFolders();
+    if (how == u"restore") {
+        context.launcher.messages().report(library.recover(SmartFolderRecovery::restore));
+    } else if (how == u"replace") {
+        confirm(context,
+                {.title = QStringLiteral("Begin without Smart Folders?"),
+                 .text = SmartFolderLibrary::unavailableNotice() +
+                         QStringLiteral(" It stays where it was put. New Smart Folders can be made "
+                                        "again; tiles of the old ones remain until they are removed."),
+                 .accept = QStringLiteral("Begin Anew")},
+                [&library] { return library.recover(SmartFolderRecovery::replace); });
+    }
+    return ActionRequest::none;
+}
+
+/// Smart folders that have no tile in the mode.
+QList<MenuEntry> tilelessEntries(const Context& context, const QString& id) {
+    QList<MenuEntry> entries;
+    for (const SmartFolderDefinition& definition : context.launcher.smartFolders().definitions())
+        if (!context.layout.item(definition.id))
+            entries.append({.id = id + u':' + toText(definition.id), .title = definition.name});
+    return entries;
+}
+
+/// A title that is always the same.
+template <json::Name text>
+QString always(const Context&) {
+    return QString::fromUtf8(text.text);
+}
+
+QList<MenuEntry> templateEntries(const Context&, const QString& id) {
+    QList<MenuEntry> entries;
+    for (const auto& [which, name] : json::RawValues<SmartFolderTemplate>::values)
+        entries.append({.id = id + u':' + QLatin1StringView(name), .title = templateName(which)});
+    return entries;
+}
+
+QList<MenuEntry> hiddenEntries(const Context& context, const QString& id) {
+    QList<MenuEntry> entries;
+    for (const QString& key : context.layout.hiddenKeys()) {
+        const AppEntry* app = context.launcher.applications().withKey(key);
+        entries.append({.id = id + u':' + key, .title = app ? app->name : key});
+    }
+    std::ranges::sort(entries, {}, [](const MenuEntry& entry) { return entry.title.toCaseFolded(); });
+    return entries;
+}
+
+const std::array rows = std::to_array<ActionRow>({
+    // What a tile that cannot be used says of itself.
+    {"unavailable", [](const Context&) { return LiveLayout::unavailableNotice(); },
+     [](const Context& c) { return c.isOne() && c.isUnavailable(); },
+     [](const Context&) { return false; }},
+    {"smartFolderNotice",
+     [](const Context& c) {
+         return c.launcher.smartFolders().notice(c.smartFolder()->definitionID, c.mode());
+     },
+     [](const Context& c) {
+         return c.isOne() && c.smartFolder() &&
+                !c.launcher.smartFolders().notice(c.smartFolder()->definitionID, c.mode()).isEmpty();
+     },
+     [](const Context&) { return false; }},
+    {},
+    aboutUpdates({"open", always<"Open">, [](const Context& c) { return c.isOne(); },
+                  [](const Context& c) { return !c.isUnavailable(); }, open}),
+    {},
+    {"updateStatus", [](const Context& c) { return updateStatus(c); },
+     [](const Context& c) { return c.isOne() && !updateStatus(c).isEmpty(); },
+     [](const Context&) { return false; }},
+    aboutUpdates({"update",
+                  [](const Context& c) { return c.launcher.updates().actionLabel(appKey(*c.app())); },
+                  [](const Context& c) {
+                      return isUpdateOffered(c) && c.launcher.updates().actionKind(appKey(*c.app()));
+                  },
+                  [](const Context& c) { return !c.launcher.updates().isRunning(); },
+                  [](const Context& c, const QString&) {
+                      c.launcher.updates().run(appKey(*c.app()));
+                      return ActionRequest::none;
+                  }}),
+    aboutUpdates({"cancelUpdate", always<"Cancel Update">, isUpdating, nullptr,
+                  [](const Context& c, const QString&) {
+                      c.launcher.updates().cancelRun();
+                      return ActionRequest::none;
+                  }}),
+    aboutUpdates(
+        {"releaseNotes", always<"Release Notes">,
+         [](const Context& c) {
+             const auto record =
+                 c.isOne() && c.app() ? c.launcher.updates().record(appKey(*c.app())) : std::nullopt;
+             return record && record->notes && !record->notes->url.isEmpty();
+         },
+         nullptr,
+         [](const Context& c, const QString&) {
+             c.launcher.updates().openNotes(appKey(*c.app()));
+             return ActionRequest::none;
+         }}),
+    aboutUpdates(
+        {"skipVersion",
+         [](const Context& c) { return QStringLiteral("Skip Version %1").arg(offeredVersion(c)); },
+         isUpdateOffered, nullptr, skip<false>}),
+    aboutUpdates({"skipUpdates", always<"Skip All Its Updates">, isUpdateOffered, nullptr, skip<true>}),
+    aboutUpdates({"offerUpdates", always<"Offer Its Updates Again">,
+                  [](const Context& c) {
+                      return c.isOne() && c.app() && c.launcher.updates().skipped(appKey(*c.app()));
+                  },
+                  nullptr,
+                  [](const Context& c, const QString&) {
+                      c.launcher.messages().report(c.launcher.updates().unskip(appKey(*c.app())));
+                      return ActionRequest::none;
+                  }}),
+    {},
+    {"rename", always<"Rename…">,
+     [](const Context& c) { return c.isOne() && c.hasTile && (!c.smartFolder() || c.definition()); },
+     [](const Context& c) { return c.smartFolder() ? hasWritableRules(c) : c.isEditable; },
+     [](const Context&, const QString&) { return ActionRequest::rename; }, false, nullptr, "F2"},
+    {"editSmartFolder", always<"Edit Smart Folder…">,
+     [](const Context& c) { return (c.isOne() || c.isBackground()) && c.definition(); },
+     hasWritableRules, editSmartFolder},
+    {"revertName", always<"Revert Name">,
+     [](const Context& c) {
+         return c.isOne() && c.hasTile && c.app() && c.app()->name != c.app()->originalName;
+     },
+     isEditable,
+     [](const Context& c, const QString&) {
+         return edit(c, [&](LauncherEditor& e) { return e.revertAppName(c.mode(), c.tiles.first()); });
+     }},
+    {"changeIcon", always<"Change Icon…">,
+     [](const Context& c) { return c.isOne() && c.app() && c.hasTile; }, nullptr,
+     [](const Context&, const QString&) { return ActionRequest::icon; }},
+    {"removeIcon", always<"Remove Custom Icon">,
+     [](const Context& c) { return c.isOne() && c.app() && c.launcher.icons().has(appKey(*c.app())); },
+     nullptr,
+     [](const Context& c, const QString&) {
+         c.launcher.icons().remove(appKey(*c.app()), reporting(c));
+         return ActionRequest::none;
+     }},
+    {},
+    {"cut", always<"Cut">, [](const Context& c) { return c.isPlaced(); }, isEditable,
+     [](const Context& c, const QString&) {
+         c.launcher.clipboard().cut(c.mode(), c.tiles);
+         return ActionRequest::none;
+     },
+     false, nullptr, "Ctrl+X"},
+    {"copy", always<"Copy">, [](const Context& c) { return c.hasTile; }, nullptr,
+     [](const Context& c, const QString&) {
+         c.launcher.clipboard().copy(c.mode(), c.tiles);
+         return ActionRequest::none;
+     },
+     false, nullptr, "Ctrl+C"},
+    {"paste", always<"Paste">,
+     [](const Context& c) { return (c.isPlaced() || c.isBackground()) && !c.isComputed; },
+     [](const Context& c) { return c.isEditable && c.launcher.clipboard().hasTiles(); },
+     [](const Context& c, const QString&) {
+         if (c.target.item)
+             c.layout.select(c.tiles);
+         c.launcher.clipboard().paste(c.mode());
+         return ActionRequest::none;
+     },
+     false, nullptr, "Ctrl+V"},
+    {},
+    {"moveTo", always<"Move to">, [](const Context& c) { return c.isPlaced(); }, isEditable,
+     [](const Context& c, const QString& argument) {
+         const auto place = LayoutPlace::fromText(argument);
+         return !place ? ActionRequest::none : edit(c, [&](LauncherEditor& e) {
+             return e.moveTiles(c.mode(), c.tiles, *place);
+         });
+     },
+     false, [](const Context& c, const QString& id) { return placeEntries(c, id, false); }},
+    {"createAlias", always<"Create Alias in…">,
+     [](const Context& c) { return c.isOne() && c.hasTile && c.app(); }, isEditable,
+     [](const Context& c, const QString& argument) {
+         const auto place = LayoutPlace::fromText(argument);
+         return !place ? ActionRequest::none : edit(c, [&](LauncherEditor& e) {
+             return e.createAlias(c.mode(), c.tiles.first(), *place);
+         });
+     },
+     false, [](const Context& c, const QString& id) { return placeEntries(c, id, true); }},
+    {"removeAlias",
+     [](const Context& c) {
+         if (c.tiles.size() > 1)
+             return editName(EditKind::removeAlias, c.tiles.size());
+         const AppEntry* app = c.launcher.applications().withKey(c.app()->alias->appKey);
+         return QStringLiteral("Remove alias to %1").arg(app ? app->name : c.app()->name);
+     },
+     [](const Context& c) { return c.isPlaced() && c.all(isAlias); }, isEditable,
+     [](const Context& c, const QString&) {
+         return edit(c, [&](LauncherEditor& e) { return e.removeAliases(c.mode(), c.tiles); });
+     }},
+    {"ungroup", always<"Ungroup">, [](const Context& c) { return c.isOne() && c.folder(); }, isEditable,
+     [](const Context& c, const QString&) {
+         return edit(c, [&](LauncherEditor& e) { return e.ungroupFolder(c.mode(), c.tiles.first()); });
+     }},
+    {"hide", always<"Hide">,
+     [](const Context& c) {
+         return c.all(isApp) && (!c.app() || !c.layout.hiddenKeys().contains(appKey(*c.app())));
+     },
+     isEditable,
+     [](const Context& c, const QString&) {
+         return edit(c, [&](LauncherEditor& e) { return e.hideApps(c.mode(), c.tiles); });
+     }},
+    {"show", always<"Unhide">,
+     [](const Context& c) { return c.app() && c.layout.hiddenKeys().contains(appKey(*c.app())); },
+     isEditable,
+     [](const Context& c, const QString&) {
+         return edit(c, [&](LauncherEditor& e) { return e.unhideApp(c.mode(), appKey(*c.app())); });
+     }},
+    {},
+    {"removeSmartFolderTile", always<"Remove from This Page">,
+     [](const Context& c) { return c.isOne() && c.isPlaced() && c.smartFolder(); }, isEditable,
+     [](const Context& c, const QString&) {
+         return edit(c, [&](LauncherEditor& e) {
+             return e.removeSmartFolderTile(c.mode(), c.smartFolder()->definitionID);
+         });
+     }},
+    {"deleteSmartFolder", always<"Delete…">,
+     [](const Context& c) { return c.isOne() && c.definition(); }, hasWritableRules, deleteSmartFolder,
+     true},
+    {"moveToTrash", always<"Move to Trash…">,
+     [](const Context& c) { return c.isOne() && c.app() && !c.isUnavailable(); },
+     [](const Context& c) {
+         return c.isEditable && !c.launcher.cleanup().isMoving() &&
+                !InstalledApplications::protection(*c.app());
+     },
+     [](const Context& c, const QString&) {
+         c.launcher.cleanup().open(appKey(*c.app()), reporting(c));
+         return ActionRequest::none;
+     },
+     true},
+
+    // The background.
+    {"undo",
+     [](const Context& c) {
+         const LayoutUndoEntry* next = c.launcher.history().steps().nextUndo(c.mode()).entry;
+         return next ? QStringLiteral("Undo %1").arg(next->name) : QStringLiteral("Undo");
+     },
+     isBackground,
+     [](const Context& c) { return c.launcher.history().steps().nextUndo(c.mode()).entry != nullptr; },
+     [](const Context& c, const QString&) {
+         c.launcher.history().undo(c.mode(), reporting(c));
+         return ActionRequest::none;
+     },
+     false, nullptr, "Ctrl+Z"},
+    {"redo",
+     [](const Context& c) {
+         const LayoutUndoEntry* next = c.launcher.history().steps().nextRedo(c.mode()).entry;
+         return next ? QStringLiteral("Redo %1").arg(next->name) : QStringLiteral("Redo");
+     },
+     isBackground,
+     [](const Context& c) { return c.launcher.history().steps().nextRedo(c.mode()).entry != nullptr; },
+     [](const Context& c, const QString&) {
+         c.launcher.history().redo(c.mode(), reporting(c));
+         return ActionRequest::none;
+     },
+     false, nullptr, "Ctrl+Shift+Z"},
+    {"selectAll", always<"Select All">, isBackground, nullptr, selectAll, false, nullptr, "Ctrl+A",
+     false},
+    {},
+    {"smartFoldersUnavailable", always<"Smart Folders are unavailable">,
+     [](const Context& c) { return c.isBackground() && !c.launcher.smartFolders().isWritable(); },
+     nullptr, recoverSmartFolders, false, recoveryEntries},
+    {"newSmartFolder", always<"New Smart Folder…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, hasWritableRules,
+     editSmartFolder},
+    {"newFromTemplate", always<"New Smart Folder from Template">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, hasWritableRules,
+     [](const Context& c, const QString& argument) {
+         const auto which = json::fromRawValue<SmartFolderTemplate>(argument);
+         return !which ? ActionRequest::none
+                       : edit(c, [&](LauncherEditor& e) { return e.addSmartFolder(c.mode(), *which); });
+     },
+     false, templateEntries},
+    {"showSmartFolder", always<"Existing Smart Folder">,
+     [](const Context& c) {
+         return c.isBackground() && !c.openFolder() && !tilelessEntries(c, {}).isEmpty();
+     },
+     isEditable,
+     [](const Context& c, const QString& id) {
+         return edit(c, [&](LauncherEditor& e) {
+             return e.addSmartFolderTile(c.mode(), QUuid::fromString(id));
+         });
+     },
+     false, tilelessEntries},
+    {"unhide", always<"Unhide">,
+     [](const Context& c) {
+         return c.isBackground() && !c.openFolder() && !c.layout.hiddenKeys().isEmpty();
+     },
+     isEditable,
+     [](const Context& c, const QString& key) {
+         return edit(c, [&](LauncherEditor& e) { return e.unhideApp(c.mode(), key); });
+     },
+     false, hiddenEntries},
+    {},
+    {"sortPage", always<"Sort Page by Name">,
+     [](const Context& c) { return c.isBackground() && !c.isComputed; }, isEditable, sortPage},
+    {"sortEverything", always<"Sort All Pages by Name">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, isEditable,
+     [](const Context& c, const QString&) {
+         return edit(c, [&](LauncherEditor& e) { return e.sortEverything(c.mode()); });
+     }},
+    {},
+    {"updates", [](const Context&) { return update_texts::checkNow; },
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, nullptr,
+     [](const Context& c, const QString&) {
+         if (c.launcher.updates().isEnabled())
+             c.launcher.updates().checkNow();
+         return ActionRequest::updates;
+     }},
+    {"pastRemovals", always<"Past Removals…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, nullptr,
+     [](const Context&, const QString&) { return ActionRequest::pastRemovals; }},
+    {},
+    {"mode",
+     [](const Context& c) {
+         return c.mode() == LauncherWindowMode::fullScreen ? QStringLiteral("Show in a Window")
+                                                           : QStringLiteral("Show in Full Screen");
+     },
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, nullptr,
+     [](const Context& c, const QString&) {
+         c.launcher.layouts().show(otherMode(c.mode()));
+         return ActionRequest::none;
+     }},
+    {"importLaunchpad", always<"Import Old Launchpad…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); },
+     [](const Context& c) { return c.isEditable && !c.launcher.launchpadImport().isRunning(); },
+     [](const Context& c, const QString&) {
+         c.launcher.launchpadImport().offer(c.mode());
+         return ActionRequest::none;
+     }},
+    {"backups", always<"Backups…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); },
+     [](const Context& c) { return c.launcher.isBootstrapped(); },
+     [](const Context&, const QString&) { return ActionRequest::backups; }},
+    {"resetLayout", always<"Reset Layout…">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); },
+     [](const Context& c) { return c.launcher.isBootstrapped(); }, reset, true},
+});
+
+} // namespace
+
+std::span<const ActionRow> actionRows() { return rows; }
+
+} // namespace tessellar

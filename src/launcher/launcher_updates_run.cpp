@@ -1,0 +1,199 @@
+// Bringing updates, and what the user does not want to hear of.
+
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/launcher_updates.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+/// What one caller asked for: told of its end once, whatever ends it.
+struct LauncherUpdates::Wish {
+    Stage stage = Stage::waiting;
+    RunDone done;
+
+    void end(const std::expected<QString, LauncherError>& outcome) {
+        if (std::exchange(stage, Stage::over) != Stage::over && done)
+            std::exchange(done, nullptr)(outcome);
+    }
+};
+
+static LauncherError cancelled() {
+    return {QStringLiteral("cancelled"), message(AppUpdateOutcome::cancelled), {}};
+}
+
+// ---- what the user does not want to hear of
+
+LauncherUpdates::Outcome LauncherUpdates::skip(const QString& appKey, bool everyVersion) {
+    const auto found = record(appKey);
+    const auto* update = found ? std::get_if<UpdateAvailable>(&found->knownStatus()) : nullptr;
+    if (!_coordinator || !_coordinator->candidate(appKey))
+        return std::unexpected(InstalledApplications::unknown(appKey));
+    if (!update && !everyVersion)
+        return std::unexpected(LauncherError{
+            QStringLiteral("noUpdate"), QStringLiteral("There is no update to skip."), {}});
+    _coordinator->skip(appKey, everyVersion ? std::nullopt : std::optional(update->latestVersion));
+    return {};
+}
+
+LauncherUpdates::Outcome LauncherUpdates::unskip(const QString& appKey) {
+    if (_coordinator)
+        _coordinator->unskip(appKey);
+    return {};
+}
+
+bool LauncherUpdates::isHeld(const QString& appKey) const {
+    return _coordinator && _coordinator->tally().held > 0 && _coordinator->isHeld(appKey);
+}
+
+std::optional<QString> LauncherUpdates::skipped(const QString& appKey) const {
+    return _coordinator ? _coordinator->skipped(appKey) : std::nullopt;
+}
+
+// ---- updates
+
+void LauncherUpdates::openNotes(const QString& appKey) {
+    const auto found = record(appKey);
+    if (!found || !found->notes || found->notes->url.isEmpty())
+        return;
+    _opening = _opener.openUrl(found->notes->url, [this](const std::expected<void, QString>& done) {
+        if (!done)
+            return _messages.showNotice(done.error());
+        opened.notify();
+    });
+}
+
+void LauncherUpdates::run(const QString& appKey) {
+    if (activeAppKey() == appKey)
+        return;
+    run(QStringList{appKey}, _messages.asker(),
+        [this](const std::expected<QString, LauncherError>& outcome) {
+            if (outcome && !outcome->isEmpty())
+                _messages.showNotice(*outcome);
+            else if (!outcome && outcome.error().code != u"declined" &&
+                     outcome.error().code != u"cancelled")
+                _messages.alert(outcome.error());
+        });
+}
+
+void LauncherUpdates::runAll() {
+    const QStringList keys = runnable();
+    run(keys, _messages.asker(), [this, keys](const std::expected<QString, LauncherError>& outcome) {
+        if (outcome)
+            _messages.showNotice(keys.size() == 1
+                                     ? *outcome
+                                     : QStringLiteral("%1 apps are up to date.").arg(keys.size()));
+        else if (outcome.error().code != u"declined" && outcome.error().code != u"cancelled")
+            _messages.alert(outcome.error());
+    });
+}
+
+QStringList LauncherUpdates::runnable() const {
+    QStringList keys;
+    for (const AppEntry& app : _applications.all()) {
+        const QString key = appKey(app);
+        const auto known = status(key);
+        if (!known || !std::holds_alternative<UpdateAvailable>(*known))
+            continue;
+        if (const auto action = _coordinator->action(key); action && command(*action))
+            keys.append(key);
+    }
+    return keys;
+}
+
+std::function<void()> LauncherUpdates::run(const QStringList& appKeys, LauncherAsker asker,
+                                           RunDone done) {
+    const auto wish = std::make_shared<Wish>(Wish{.done = std::move(done)});
+    const auto begin = [this, wish, appKeys, asker = std::move(asker)] {
+        if (wish->stage == Stage::waiting)
+            runKnown(wish, appKeys, asker);
+    };
+    // Who is known to bring the update is not looked for again.
+    whenKnown([this, begin, appKeys] {
+        if (std::ranges::all_of(appKeys,
+                                [this](const QString& key) { return channel(key).has_value(); }))
+            begin();
+        else
+            _coordinator->learnChannels(begin);
+    });
+    return [this, waiting = std::weak_ptr(wish)] {
+        const auto ended = waiting.lock();
+        if (!ended)
+            return;
+        if (ended->stage == Stage::underWay)
+            cancelRun();
+        else
+            ended->end(std::unexpected(cancelled()));
+    };
+}
+
+void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QStringList& appKeys,
+                               const LauncherAsker& asker) {
+    for (const QString& appKey : appKeys)
+        if (!_coordinator->candidate(appKey))
+            return wish->end(std::unexpected(InstalledApplications::unknown(appKey)));
+    wish->stage = Stage::underWay;
+    const bool isBegun = _coordinator->runner().update(
+        appKeys,
+        [asker](const AppUpdateQuestion& question, const AppUpdateRunner::Answer& answer) {
+            asker({.title = question.title, .text = question.text, .accept = QStringLiteral("Update")},
+                  answer);
+        },
+        [this, wish, appKeys] { wish->end(outcome(appKeys)); });
+    if (!isBegun)
+        wish->end(std::unexpected(LauncherError{
+            QStringLiteral("updateInProgress"), message(AppUpdateOutcome::alreadyRunning), {}}));
+}
+
+QString LauncherUpdates::name(const QString& appKey) const {
+    const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
+    return installed ? installed->name : appKey;
+}
+
+/// What is to be said of updates that have ended; their failures make one.
+std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList& appKeys) {
+    using Kind = AppUpdateActionState::Kind;
+    QStringList lines;
+    QStringList failures;
+    QString failedName;
+    bool isAnyCancelled = false;
+    bool isAnyKnown = appKeys.isEmpty();
+    for (const QString& appKey : appKeys) {
+        const auto state = actionState(appKey);
+        isAnyKnown = isAnyKnown || state;
+        if (!state)
+            continue;
+        isAnyCancelled = isAnyCancelled || state->kind == Kind::cancelled;
+        if (state->message.isEmpty()) // opened: the rest is the user's
+            // Not before: with its window the launcher may go, and what it was to open would stay
+            // closed.
+            opened.notify();
+        const QString said =
+            state->detail.isEmpty() ? state->message : state->message + u'\n' + state->detail;
+        const QString line = appKeys.size() == 1 ? said : name(appKey) + QStringLiteral(": ") + said;
+        if (state->kind == Kind::failed) {
+            failures.append(line);
+            failedName = name(appKey);
+        } else if (!said.isEmpty()) {
+            lines.append(line);
+        }
+    }
+    if (!failures.isEmpty())
+        return std::unexpected(
+            LauncherError{QStringLiteral("updateFailed"), failures.join(u'\n'),
+                          failures.size() == 1 ? QStringLiteral("Could not update “%1”").arg(failedName)
+                                               : QStringLiteral("Could not update some apps")});
+    if (isAnyCancelled)
+        return std::unexpected(cancelled());
+    if (!isAnyKnown)
+        return std::unexpected(LauncherError{QStringLiteral("declined"), {}, {}});
+    return lines.join(u'\n');
+}
+
+void LauncherUpdates::cancelRun() {
+    if (_coordinator)
+        _coordinator->runner().cancel();
+}
+
+} // namespace tessellar

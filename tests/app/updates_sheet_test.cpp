@@ -1,0 +1,207 @@
+#include "launcher/launcher_messages.h"
+#include "launcher/launcher_updates.h"
+#include "launcher_fixture.h"
+#include "support/fake_updates.h"
+
+namespace tessellar::test {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+const QString cask = u"org.example.cask"_s;
+const QString brewPath = u"/opt/homebrew/bin/brew"_s;
+
+/// The sheet about updates, as a user meets it: one application with an update that Homebrew brings,
+/// one whose feed fails, and two that nothing is known of.
+class UpdatesSheetTest : public LauncherFixture {
+protected:
+    void SetUp() override {
+        installCask(u"1.9"_s);
+        install({u"Plain"_s, u"Other"_s});
+        builder.addApplication({.name = u"Feed"_s,
+                                .identifier = u"org.example.feed"_s,
+                                .version = u"1.0"_s,
+                                .sparkleFeed = u"https://feeds.test/feed"_s});
+        mac.tool(brewPath, brewOfOneCask("2.0"));
+        start({1280, 800});
+        openAndCheck();
+    }
+    void installCask(const QString& version) {
+        builder.addApplication({.name = u"Cask"_s, .identifier = cask, .version = version});
+    }
+    LauncherUpdates& updates() { return viewModel().updates(); }
+    UpdatesPanel& panel() { return *launcher().updates(); }
+    /// Lets workers answer and timers ring until something is so.
+    bool becomes(const std::function<bool()>& isSo) {
+        return QTest::qWaitFor([&] {
+            mac.time.advance(250ms);
+            return isSo();
+        });
+    }
+    void openAndCheck() {
+        QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 700});
+        choose(update_texts::checkNow);
+        ASSERT_TRUE(becomes([&] { return !mac.http.waiting().isEmpty(); }));
+        mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
+        ASSERT_TRUE(becomes([&] { return !updates().isChecking() && panel().runnableCount() == 1; }));
+        (void)window->photograph();
+    }
+    /// The lines, as "Name: text".
+    QStringList lines() {
+        const UpdateRows& rows = *panel().rows();
+        QStringList result;
+        for (int i = 0; i < rows.rowCount(); ++i)
+            result += rows.data(rows.index(i), UpdateRows::NameRole).toString() + u": "_s +
+                      rows.data(rows.index(i), UpdateRows::TextRole).toString();
+        return result;
+    }
+    QString text(const char* objectName) {
+        (void)window->photograph();
+        QQuickItem* item = itemWith("objectName", QLatin1StringView(objectName));
+        return item ? item->property("text").toString() : QString();
+    }
+    void brewSays(const QByteArray& words) {
+        mac.commands.say(
+            mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8(),
+            words);
+    }
+    QString activity(const QString& label) {
+        QQuickItem* item = tile(label);
+        return item ? item->property("activity").toString() : QString();
+    }
+};
+
+TEST_F(UpdatesSheetTest, ItsLinesSayWhatIsKnownAndWhy) {
+    EXPECT_EQ(lines(),
+              (QStringList{u"Updates: 1"_s, u"Cask: Update available: 1.9 → 2.0"_s,
+                           u"Could Not Be Checked: 1"_s, u"Feed: The server did not answer in time."_s,
+                           u"Cannot Be Checked: 2"_s}));
+    EXPECT_EQ(panel().summary(),
+              u"1 update available. 1 app could not be checked. The server did not answer in time.");
+    // Up and down the list; the line that is current says more.
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down})
+        press(key);
+    EXPECT_EQ(text("updateSource"),
+              u"Declared in the app bundle. Version information comes from the app bundle. This app "
+              u"declares a Sparkle update feed.");
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    EXPECT_EQ(lines().mid(4),
+              (QStringList{u"Cannot Be Checked: 2"_s,
+                           u"Other: The app declares no source of updates that can be checked."_s,
+                           u"Plain: The app declares no source of updates that can be checked."_s}));
+    press(Qt::Key_Down);
+    EXPECT_THAT(text("updateSource").toStdString(),
+                testing::StartsWith("Version information comes from the app bundle."));
+    press(Qt::Key_Up);
+    press(Qt::Key_Return);
+    EXPECT_EQ(lines().size(), 5);
+}
+
+TEST_F(UpdatesSheetTest, AnUpdateIsRunWithTheKeyboardAndSeenToRun) {
+    mac.commands.holdStarted(true);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->isOpen(); }));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(becomes([&] { return updates().isExternalUpdaterRunning(); }));
+    brewSays("==> Downloading https://example.org/cask.dmg\n");
+    ASSERT_TRUE(becomes([&] { return activity(u"Cask"_s) == u"Downloading…"; }))
+        << activity(u"Cask"_s).toStdString() << lines().join(u'|').toStdString();
+    EXPECT_EQ(lines().value(1), u"Cask: Updating… Downloading."_s);
+    EXPECT_EQ(text("updateDetail"), u"==> Downloading https://example.org/cask.dmg");
+    EXPECT_EQ(text("updateAction"), u"Cancel");
+    EXPECT_TRUE(itemWith("objectName", u"updatesList"_s)->hasActiveFocus())
+        << "the keyboard comes back from the question";
+
+    // It fails, and its own words stay; then it comes.
+    mac.tool(brewPath, brewOfOneCask("2.0", 1));
+    press(Qt::Key_Space);
+    ASSERT_TRUE(becomes([&] { return !updates().isRunning(); }));
+    EXPECT_EQ(lines().value(1), u"Cask: Update available: 1.9 → 2.0 · The update was cancelled."_s);
+    installCask(u"2.0"_s);
+    mac.tool(brewPath, brewOfOneCask({}));
+    mac.commands.holdStarted(false);
+    ASSERT_TRUE(becomes([&] {
+        const QString action = text("updateAction");
+        return !action.isEmpty() && action != u"Cancel";
+    }));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->isOpen(); }));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(becomes([&] { return !updates().isRunning(); }));
+    ASSERT_TRUE(becomes([&] { return lines().value(0) == u"Updated: 1"; }));
+    EXPECT_EQ(lines().value(1), u"Cask: Updated to version 2.0."_s);
+    EXPECT_EQ(activity(u"Cask"_s), QString());
+}
+
+TEST_F(UpdatesSheetTest, AVersionIsSkippedAndOfferedAgain) {
+    press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    choose(u"Skip Version 2.0"_s);
+    ASSERT_TRUE(becomes([&] { return lines().value(0) == u"Held Back: 1"; }));
+    EXPECT_EQ(lines().value(1), u"Cask: Update available: 1.9 → 2.0"_s);
+    EXPECT_FALSE(itemWith("objectName", u"updateAllButton"_s));
+    press(Qt::Key_Home);
+    press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    choose(u"Offer Its Updates Again"_s);
+    ASSERT_TRUE(becomes([&] { return lines().value(0) == u"Updates: 1"; }));
+}
+
+TEST_F(UpdatesSheetTest, TabReachesAllOfItAndNothingBehindIt) {
+    QStringList reached;
+    for (int i = 0; i < 8; ++i) {
+        press(Qt::Key_Tab);
+        const QQuickItem* item = view().activeFocusItem();
+        reached += item ? item->objectName() : QString();
+    }
+    const QStringList all{u"updatesSwitch"_s, u"updatesInterval"_s, u"updatesDone"_s,
+                          u"checkButton"_s,   u"updateAllButton"_s, u"updateSection"_s};
+    EXPECT_EQ(reached.first(6), all);
+    EXPECT_EQ(reached.mid(6), all.first(2));
+    press(Qt::Key_Right);
+    EXPECT_EQ(updates().interval(), AppUpdateInterval::threeDays);
+    press(Qt::Key_Backtab);
+    press(Qt::Key_Space);
+    EXPECT_FALSE(updates().isEnabled());
+    press(Qt::Key_Escape);
+    EXPECT_EQ(launcher().sheets()->current(), QString());
+    type(u"ca"_s);
+    EXPECT_EQ(launcher().search()->text(), u"ca") << "the keyboard is the search's again";
+}
+
+TEST_F(UpdatesSheetTest, UpdateAllRunsWhatCanAndTheProgramWaitsForItsEnd) {
+    window->endWhenClosed();
+    const QSignalSpy ended(window.get(), &LauncherWindow::ended);
+    const QSignalSpy closed(window.get(), &LauncherWindow::closed);
+    mac.commands.holdStarted(true);
+    clickNamed(u"updateAllButton"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->isOpen(); }));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(becomes([&] { return updates().isExternalUpdaterRunning(); }));
+
+    // A question for a password is not covered; what runs goes on behind.
+    brewSays("Password:");
+    ASSERT_TRUE(becomes([&] { return !view().isVisible(); }));
+    EXPECT_EQ(closed.count(), 1);
+    EXPECT_EQ(ended.count(), 0);
+    EXPECT_TRUE(mac.commands.terminated().isEmpty());
+    mac.commands.holdStarted(false);
+    ASSERT_TRUE(becomes([&] { return ended.count() > 0; }));
+    EXPECT_FALSE(updates().isRunning());
+}
+
+TEST_F(UpdatesSheetTest, AQuestionThatNobodySeesIsDeclined) {
+    window->endWhenClosed();
+    const QSignalSpy ended(window.get(), &LauncherWindow::ended);
+    clickNamed(u"updateAllButton"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->isOpen(); }));
+    window->close();
+    EXPECT_EQ(ended.count(), 1);
+    EXPECT_FALSE(updates().isRunning());
+}
+
+} // namespace
+} // namespace tessellar::test
