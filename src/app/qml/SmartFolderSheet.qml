@@ -8,6 +8,7 @@ Sheet {
     required property LauncherController launcher
     readonly property SmartFolderPanel panel: launcher.smartFolder
     readonly property Item focusItem: Window.activeFocusItem
+    readonly property bool isSmall: height < 600
 
     function addRule(place) {
         panel.insertRule(place);
@@ -24,6 +25,9 @@ Sheet {
 
     // What has the keyboard is seen.
     onFocusItemChanged: {
+        if (focusItem && focusItem.parent === strip)
+            symbols.contentX = Math.max(focusItem.x + focusItem.width - symbols.width,
+                                        Math.min(symbols.contentX, focusItem.x));
         for (let i = 0; i < rows.count; ++i) {
             const row = rows.itemAt(i);
             let item = focusItem;
@@ -35,21 +39,23 @@ Sheet {
     }
 
     Column {
+        id: parts
+
         width: sheet.bodyWidth
-        spacing: 14
+        spacing: sheet.isSmall ? 8 : 14
 
         Item {
             id: header
 
             width: parent.width
-            height: Math.max(92, look.height)
+            height: Math.max(sheet.isSmall ? 82 : 92, look.height)
 
             IconItem {
                 // The plate has a margin of its own.
                 x: -6
                 y: -6
-                width: 104
-                height: 104
+                width: sheet.isSmall ? 94 : 104
+                height: width
                 icons: sheet.launcher.icons
                 kind: IconItem.SmartFolder
                 symbolName: sheet.panel.symbolName
@@ -62,7 +68,7 @@ Sheet {
                 anchors.left: parent.left
                 anchors.leftMargin: 110
                 anchors.right: parent.right
-                spacing: 10
+                spacing: sheet.isSmall ? 6 : 10
 
                 FieldBox {
                     id: name
@@ -79,11 +85,25 @@ Sheet {
                     Component.onCompleted: input.forceActiveFocus()
                 }
 
-                SymbolStrip {
+                // All at once where there is room, else one line to be drawn along.
+                Flickable {
+                    id: symbols
+
                     width: parent.width
-                    icons: sheet.launcher.icons
-                    symbols: sheet.panel.symbols
-                    onChosen: name => sheet.panel.symbolName = name
+                    height: sheet.isSmall ? 40 : strip.height
+                    contentWidth: strip.width
+                    interactive: sheet.isSmall
+                    clip: sheet.isSmall
+                    boundsBehavior: Flickable.StopAtBounds
+
+                    SymbolStrip {
+                        id: strip
+
+                        width: sheet.isSmall ? sheet.panel.symbols.length * 44 : symbols.width
+                        icons: sheet.launcher.icons
+                        symbols: sheet.panel.symbols
+                        onChosen: name => sheet.panel.symbolName = name
+                    }
                 }
             }
         }
@@ -121,7 +141,7 @@ Sheet {
             width: parent.width
             // What all else leaves of the window.
             height: Math.min(contentHeight, Math.max(38, sheet.height - 128 - header.height - mode.height
-                                                         - order.height - preview.height - answers.height - 100))
+                                                         - order.height - preview.height - answers.height - 7 * parts.spacing - 2))
             visible: rows.count > 0
             clip: true
             contentHeight: column.height
@@ -231,7 +251,7 @@ Sheet {
             id: preview
 
             width: parent.width
-            height: sheet.height < 600 ? 34 : 122
+            height: sheet.isSmall ? 30 : 122
             radius: 12
             color: "#33000000"
 
@@ -239,7 +259,7 @@ Sheet {
                 id: summary
 
                 x: 14
-                y: 9
+                y: sheet.isSmall ? 7 : 9
                 width: parent.width - 28
                 text: [sheet.panel.summary, sheet.panel.notice].filter(t => t !== "").join(" ")
                 color: "#b3ffffff"

@@ -100,9 +100,9 @@ Sheet {
             id: list
 
             // What all else leaves of the window.
-            readonly property real room: sheet.height - 40 - 118 - head.height - settings.height - 34
+            readonly property real room: sheet.height - 130 - head.height - settings.height - 34
                                          - (check.visible ? check.height + parent.spacing : 0)
-                                         - parent.spacing * 4
+                                         - parent.spacing * 3
 
             // Until somebody has moved in it, it begins with what matters most.
             property bool isUsed: false
