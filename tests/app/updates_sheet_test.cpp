@@ -123,12 +123,12 @@ TEST_F(UpdatesSheetTest, AnUpdateIsRunWithTheKeyboardAndSeenToRun) {
     installCask(u"2.0"_s);
     mac.tool(brewPath, brewOfOneCask({}));
     mac.commands.holdStarted(false);
+    // It can be run again once it was looked at what the first one left.
     ASSERT_TRUE(becomes([&] {
-        const QString action = text("updateAction");
-        return !action.isEmpty() && action != u"Cancel";
+        if (!launcher().alert()->isOpen())
+            press(Qt::Key_Return);
+        return launcher().alert()->isOpen();
     }));
-    press(Qt::Key_Return);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->isOpen(); }));
     press(Qt::Key_Return);
     ASSERT_TRUE(becomes([&] { return !updates().isRunning(); }));
     ASSERT_TRUE(becomes([&] { return lines().value(0) == u"Updated: 1"; }));

@@ -65,6 +65,7 @@ TEST_F(HardConditions, KilledAtAnyMomentNothingIsLostAndAllCanComeBack) {
 
         // The next one works with what is there: it knows all that lies in the Trash.
         FileOperations next(mac.root.path().toUtf8(), state.path().toUtf8());
+        next.settle(); // as at every start: one may have been on its way
         QList<PrivilegedFileOperationItem> back;
         for (const QString& name : mac.names(trash))
             back.append({.source = trash + u'/' + name, .destination = folder + name});
