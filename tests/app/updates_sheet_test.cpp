@@ -120,15 +120,15 @@ TEST_F(UpdatesSheetTest, AnUpdateIsRunWithTheKeyboardAndSeenToRun) {
     press(Qt::Key_Space);
     ASSERT_TRUE(becomes([&] { return !updates().isRunning(); }));
     EXPECT_EQ(lines().value(1), u"Cask: Update available: 1.9 → 2.0 · The update was cancelled."_s);
-    installCask(u"2.0"_s);
-    mac.tool(brewPath, brewOfOneCask({}));
-    mac.commands.holdStarted(false);
     // It can be run again once it was looked at what the first one left.
     ASSERT_TRUE(becomes([&] {
         if (!launcher().alert()->isOpen())
             press(Qt::Key_Return);
         return launcher().alert()->isOpen();
     }));
+    installCask(u"2.0"_s);
+    mac.tool(brewPath, brewOfOneCask({}));
+    mac.commands.holdStarted(false);
     press(Qt::Key_Return);
     ASSERT_TRUE(becomes([&] { return !updates().isRunning(); }));
     ASSERT_TRUE(becomes([&] { return lines().value(0) == u"Updated: 1"; }));
