@@ -3,6 +3,7 @@
 #include "cleanup/cleanup_locations.h"
 #include "platform/mount_points.h"
 #include "privileged/numbered_name.h"
+#include "privileged/records.h"
 
 #include <algorithm>
 
@@ -165,10 +166,13 @@ void AppCleanupRemover::settle(CleanupItemResult& result, const TrashResult& out
     const FileSystem& files = _parts.files;
     const auto still = files.linkStatus(result.item.path);
     const bool stays = still && identityOf(*still) == result.item.identity;
+    const bool hasLeft = still ? !stays : still.error().code == FileError::Code::notFound;
     if (!stays)
         result.trashedPath =
             isItem(outcome.trashedPath, result.item) ? outcome.trashedPath : placeInTrash(result.item);
-    if (outcome.failure && !result.trashedPath) {
+    // What has left is on its way, whatever became of whoever took it: a helper that was killed brings
+    // it to the Trash when it starts again.
+    if (outcome.failure && !result.trashedPath && !hasLeft) {
         result.failure = outcome.failure;
         const bool isContainer =
             result.item.location == u"Containers" || result.item.location == u"Group Containers";
@@ -198,6 +202,8 @@ AppCleanupRemover::Sighting AppCleanupRemover::lookInTrash(std::optional<QString
     const qsizetype dot = name.lastIndexOf(u'.');
     const QString stem = composed((dot > 0 ? name.first(dot) : name).left(keptStem));
     QStringList folders = _parts.trashFolders;
+    // Without a place that is known it may lie in the Trash of another volume.
+    bool isOnSeenVolume = trashedPath.has_value();
     const QString known = trashedPath ? FileSystem::parent(*trashedPath) : QString();
     if (trashedPath && !folders.contains(known))
         folders.prepend(known);
@@ -211,21 +217,32 @@ AppCleanupRemover::Sighting AppCleanupRemover::lookInTrash(std::optional<QString
                    (!entries && (folder == known || entries.error().code != FileError::Code::notFound));
         if (!entries)
             continue;
+        const auto volume = _parts.files.status(folder);
+        isOnSeenVolume = isOnSeenVolume || (volume && volume->device == item.identity.device);
         for (const DirectoryEntry& entry : *entries) {
-            // By the name too: the number of a file that is no more may have become another's.
             const QString found = FileSystem::fromHostBytes(entry.name);
             const QString path = FileSystem::joined(folder, found);
-            if (!composed(found).startsWith(stem))
-                continue;
             const auto status = _parts.files.linkStatus(path);
             if (status && isSameOnItsVolume(identityOf(*status), item.identity)) {
+                // By the name too: the number of a file that is no more may have become another's. It
+                // may as well be the item by a new name.
+                if (!composed(found).startsWith(stem)) {
+                    isUnseen = true;
+                    continue;
+                }
                 trashedPath = path;
                 return Sighting::there;
             }
             isUnseen = isUnseen || (!status && status.error().code != FileError::Code::notFound);
         }
     }
-    return isSeen && !isUnseen ? Sighting::gone : Sighting::unseen;
+    return isSeen && isOnSeenVolume && !isUnseen ? Sighting::gone : Sighting::unseen;
+}
+
+/// The helper's own folder stands as long as something lies in it.
+bool AppCleanupRemover::isStagingBeside(const QString& path) const {
+    const QString top = path.first(std::max<qsizetype>(path.indexOf(u'/', 1), 1));
+    return _parts.files.linkStatus(FileSystem::joined(top, u'.' + removalHelperService)).has_value();
 }
 
 std::optional<QString> AppCleanupRemover::placeInTrash(const RelatedFile& item) const {
@@ -387,6 +404,10 @@ QList<CleanupItemResult> AppCleanupRemover::restore(const QList<CleanupItemResul
             if (!isHelperThere)
                 isHelperThere = _parts.administrator.isThere(stop);
             sighting = *isHelperThere ? lookInTrash(result.trashedPath, result.item) : Sighting::unseen;
+            if (sighting == Sighting::gone &&
+                (isStagingBeside(result.item.path) ||
+                 (result.trashedPath && isStagingBeside(*result.trashedPath))))
+                sighting = Sighting::unseen;
         }
         result.isGone = sighting == Sighting::gone;
         if (sighting != Sighting::there) {

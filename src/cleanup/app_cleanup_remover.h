@@ -115,6 +115,7 @@ private:
     /// be in were seen whole: a Trash that cannot be opened or lies on a volume that is not there says
     /// nothing.
     Sighting lookInTrash(std::optional<QString>& trashedPath, const RelatedFile& item) const;
+    bool isStagingBeside(const QString& path) const;
     std::optional<QString> placeInTrash(const RelatedFile& item) const;
     /// The first of the Trash folders that is there; the likeliest is made where none is.
     QString trashFolder() const;

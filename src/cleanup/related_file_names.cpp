@@ -85,7 +85,12 @@ constexpr auto systemNames = std::to_array<std::string_view>({"addressbook",
                                                               "trustedpeershelper",
                                                               "ubiquity",
                                                               "videosubscriptionsd",
-                                                              "voiceassist"});
+                                                              "voiceassist",
+                                                              "coresimulator",
+                                                              "directoryservice",
+                                                              "logging",
+                                                              "opendirectory",
+                                                              "systemconfiguration"});
 
 constexpr std::array<std::string_view, 3> suffixes{".savedState", ".plist", ".binarycookies"};
 /// Letters that a word needs before it is looked for inside of names.

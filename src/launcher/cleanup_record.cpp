@@ -94,12 +94,16 @@ std::expected<void, FileError> CleanupRecordStore::put(const CleanupRecord& reco
         records.erase(known);
     else
         records.append(record);
-    const auto forgetOne = [&records] {
-        const auto done = std::ranges::find_if(
-            records, [](const CleanupRecord& past) { return past.items.isEmpty(); });
+    const auto nextDone = [&records] {
+        return std::ranges::find_if(records,
+                                    [](const CleanupRecord& past) { return past.items.isEmpty(); });
+    };
+    const auto forgetOne = [&] {
+        const auto done = nextDone();
         records.erase(done == records.end() ? records.begin() : done);
     };
-    while (records.size() > maximumRecords)
+    // What still lies in the Trash is not forgotten for their number.
+    while (records.size() > maximumRecords && nextDone() != records.end())
         forgetOne();
     for (;; forgetOne()) {
         const auto written = saveJson(removals, RecordDocument{.records = records});

@@ -4,10 +4,13 @@
 #include "platform/background_file.h"
 #include "platform/machine.h"
 
+#include <algorithm>
+#include <array>
+
 namespace tessellar {
 
 /// A document of the launcher's own that one can do without, in a file in the application's folder.
-/// What is damaged, or of another version, is set aside beside the file
+/// What is damaged, too large, or of another version, is set aside beside the file
 /// ("NAME.damaged-STAMP-TAG.json"). What cannot be read now stays as it is: until the next load,
 /// changes are kept in memory alone.
 ///
@@ -28,8 +31,15 @@ public:
     void load() {
         _value = {};
         const auto bytes = _file.read();
-        if (!bytes)
-            return leaveOut(message(bytes.error()));
+        if (!bytes) {
+            leaveOut(message(bytes.error()));
+            // What can never be read is in the way of all that is to be kept.
+            using Code = FileError::Code;
+            constexpr std::array never{Code::tooLarge, Code::isADirectory, Code::notARegularFile};
+            if (std::ranges::find(never, bytes.error().code) != never.end())
+                (void)_file.setAside(_machine.clock, _machine.uuids.next());
+            return;
+        }
         if (!*bytes)
             return;
         auto document = json::decodeDocument<Document>(**bytes);

@@ -94,7 +94,7 @@ LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
         // What was left out is in the file alone, and the next save is over it.
         const QString copy =
             FileSystem::joined(FileSystem::joined(_directory, QStringLiteral("Backups")),
-                               stampedName(QStringLiteral("unreadable-layout-")));
+                               stampedName(QStringLiteral("unreadable-layout")));
         auto kept = _machine.files.createDirectories(FileSystem::parent(copy));
         if (kept)
             kept = _machine.files.writeAtomically(copy, **bytes);

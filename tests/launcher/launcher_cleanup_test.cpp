@@ -245,6 +245,24 @@ TEST_F(LauncherCleanupTest, AKilledRemovalIsBroughtBackFromWhatWasWrittenBefore)
     EXPECT_EQ(restore(), u"nothingToRestore");
 }
 
+TEST_F(LauncherCleanupTest, WhatWasRenamedInTheTrashIsNotForgotten) {
+    review();
+    ASSERT_EQ(remove(), u"done");
+    const QString inTrash = trash + u'/';
+    QString lies;
+    for (const QString& name : mac.names(inTrash))
+        if (name.startsWith(u"Ash"))
+            lies = inTrash + name;
+    ASSERT_FALSE(lies.isEmpty());
+    const QString renamed = inTrash + u"Kept for later.app"_s;
+    ASSERT_TRUE(QDir().rename(mac.hostPath(lies), mac.hostPath(renamed)));
+    (void)restore();
+    EXPECT_FALSE(mac.exists(u"/Applications/Ash.app"_s));
+    ASSERT_TRUE(QDir().rename(mac.hostPath(renamed), mac.hostPath(lies)));
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_TRUE(mac.exists(u"/Applications/Ash.app"_s));
+}
+
 TEST_F(LauncherCleanupTest, NothingGoesThatCannotBeWrittenDown) {
     mac.makeFolder(data);
     const test::SmallDisk disk(mac.hostPath(data).toStdString(), "size=16k");
