@@ -73,8 +73,7 @@ SmartFolderStore::SmartFolderStore(const FileSystem& files, QString directory, c
     , _clock(clock)
     , _uuids(uuids)
     , _beforeStep(std::move(beforeStep))
-    , _registry(files, FileSystem::joined(_directory, fileName()),
-                maximumBytes) {}
+    , _registry(files, FileSystem::joined(_directory, fileName()), maximumBytes) {}
 
 QString SmartFolderStore::markerPath() const {
     return FileSystem::joined(_directory, QStringLiteral("computed-folders.recovery.json"));

@@ -319,8 +319,9 @@ TEST_F(SmartFolderFactsCatalogs, KnowsFromTheSystemWhatWasUsedWithoutTheLauncher
     EXPECT_EQ(factsOf(app, usage, runtime).lastUsedDate, Instant::fromUnixSeconds(1'800'000'000));
     runtime.lastUsedDates.clear();
     EXPECT_FALSE(factsOf(app, files, runtime).lastUsedDate) << "nobody wants to know";
-    for (const QByteArray& nonsense : {QByteArray(), QByteArray("short"), used(-1, 0), used(1, -1),
-                                       used(std::numeric_limits<qint64>::max(), 0), QByteArray(64, 1)}) {
+    for (const QByteArray& nonsense :
+         {QByteArray(), QByteArray("short"), used(-1, 0), used(1, -1),
+          used(std::numeric_limits<qint64>::max(), 0), QByteArray(64, 1)}) {
         ASSERT_TRUE(note(nonsense));
         EXPECT_FALSE(factsOf(app, usage, runtime).lastUsedDate) << nonsense.size();
     }
