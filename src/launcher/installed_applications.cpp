@@ -29,14 +29,22 @@ ScanContext InstalledApplications::scanContext(const Machine& machine) {
 
 // ---- scans
 
+void InstalledScan::index() {
+    byKey.clear();
+    byPath.clear();
+    for (qsizetype i = scan.apps.size() - 1; i >= 0; --i) {
+        byKey.insert(appKey(scan.apps.at(i)), i);
+        byPath.insert(scan.apps.at(i).path, i);
+    }
+}
+
 struct InstalledApplications::Scanned {
-    std::optional<Scan> scan;
+    std::shared_ptr<InstalledScan> found; ///< none when it was stopped
     ScanCache cache;
     QStringList replacedBundles;
     Instant startedAt;
     quint64 holds = 0; ///< when it began
     quint64 replacements = 0;
-    bool sawReplacing = false; ///< from the beginning
 };
 
 void InstalledApplications::look(std::function<void()> done) {
@@ -76,69 +84,80 @@ void InstalledApplications::start() {
         [scanner = AppScanner(scanContext(_machine)), before = _cache, startedAt = _machine.clock.now(),
          holds = _holds, replacements = _replacements, isReplacing = !_replacing.expired(),
          &machine = _machine](std::stop_token stop) {
-            Scanned result{.scan = {},
+            Scanned result{.found = {},
                            .cache = before,
                            .replacedBundles = {},
                            .startedAt = startedAt,
                            .holds = holds,
-                           .replacements = replacements,
-                           .sawReplacing = isReplacing || AppUpdateRunner::isLeftRunning(machine)};
-            result.scan = scanner.scan(result.cache, stop);
+                           .replacements = replacements};
+            const bool sawReplacing = isReplacing || AppUpdateRunner::isLeftRunning(machine);
+            if (auto scan = scanner.scan(result.cache, stop)) {
+                result.found = std::make_shared<InstalledScan>();
+                result.found->scan = *std::move(scan);
+                result.found->sawReplacing = sawReplacing;
+                result.found->index();
+            }
             result.replacedBundles = result.cache.replacedBundles(before);
             return result;
         },
         [this](Scanned result) { finish(std::move(result)); });
 }
 
+/// What was seen while bundles were moved is of no use; nor is a scan that was stopped, on whose
+/// account nothing may be dropped.
+bool InstalledApplications::counts(const Scanned& result) const {
+    return result.found && result.holds == _holds && !isHeld();
+}
+
 void InstalledApplications::finish(Scanned result) {
+    if (!counts(result))
+        return adopt(std::move(result));
+    if (std::exchange(result.replacements, _replacements) != _replacements)
+        result.found->sawReplacing = true;
+    if (!_prepare)
+        return adopt(std::move(result));
+    _prepare(result.found, [this, result] { adopt(result); });
+}
+
+void InstalledApplications::adopt(Scanned result) {
     _isScanning = false;
-    // What was seen while bundles were moved is of no use; nor is a scan that was stopped, on whose
-    // account nothing may be dropped.
-    const bool counts = result.scan && result.holds == _holds && !isHeld();
-    if (counts) {
+    const bool isUsed = counts(result) && result.replacements == _replacements;
+    if (isUsed) {
         _cache = std::move(result.cache);
-        _scan = *std::move(result.scan);
+        _latest = result.found;
         _scanStartedAt = result.startedAt;
         _replacedBundles = std::move(result.replacedBundles);
         _isKnown = true;
-        _sawReplacing = result.sawReplacing || result.replacements != _replacements;
-        index();
         scanned.notify();
         // After the merge: what is no longer known is no longer in doubt.
         _knownVolumes.set(_cache.knownVolumes());
     }
     if (isHeld())
         return; // its owner looks again
-    if (_isScanWanted || !counts)
-        return result.scan ? start() : void();
+    if (_isScanWanted || !isUsed)
+        return result.found ? start() : void();
     for (const auto& done : std::exchange(_waiting, {}))
         done();
-}
-
-void InstalledApplications::index() {
-    _byKey.clear();
-    _byPath.clear();
-    for (qsizetype i = _scan.apps.size() - 1; i >= 0; --i) { // of equal keys the first counts
-        _byKey.insert(appKey(_scan.apps.at(i)), i);
-        _byPath.insert(_scan.apps.at(i).path, i);
-    }
 }
 
 // ---- look-ups
 
 const AppEntry* InstalledApplications::withKey(const QString& key) const {
-    const auto found = _byKey.constFind(key);
-    return found == _byKey.constEnd() ? nullptr : &_scan.apps.at(*found);
+    const auto found = _latest->byKey.constFind(key);
+    return found == _latest->byKey.constEnd() ? nullptr : &all().at(*found);
 }
 
 const AppEntry* InstalledApplications::withPath(const QString& path) const {
-    const auto found = _byPath.constFind(path);
-    return found == _byPath.constEnd() ? nullptr : &_scan.apps.at(*found);
+    const auto found = _latest->byPath.constFind(path);
+    return found == _latest->byPath.constEnd() ? nullptr : &all().at(*found);
 }
 
 void InstalledApplications::forget(const QString& path) {
-    _scan.apps.removeIf([&](const AppEntry& app) { return FileSystem::isWithin(app.path, path); });
-    index();
+    auto without = std::make_shared<InstalledScan>(*_latest);
+    without->scan.apps.removeIf(
+        [&](const AppEntry& app) { return FileSystem::isWithin(app.path, path); });
+    without->index();
+    _latest = std::move(without);
 }
 
 LauncherError InstalledApplications::unknown(const QString& appKey) {

@@ -14,6 +14,18 @@
 
 namespace tessellar {
 
+/// What one scan found, with its look-ups. Not changed any more once it is shared; good for any thread.
+struct InstalledScan {
+    AppScanner::LibraryScan scan;
+    QHash<QString, qsizetype> byKey; ///< into `scan.apps`; of equal keys the first counts
+    QHash<QString, qsizetype> byPath;
+    bool sawReplacing = false; ///< an updater was at work: what was not seen is not gone
+
+    void index();
+    /// The scan looked where the application would be, and it was not there.
+    bool isGone(const QString& path) const { return !sawReplacing && scan.isGone(path); }
+};
+
 /// The applications that are installed, as the latest scan of the application folders found them.
 ///
 /// One scan runs at a time, on a worker. A request while one runs leads to another after it, for what
@@ -27,7 +39,13 @@ public:
     /// Destroying it ends the hold; what has changed meanwhile is for its owner to scan.
     using Hold = std::shared_ptr<void>;
 
+    /// Works on a scan before it counts, and calls `done` on the main thread, in the turn in which
+    /// `scanned` follows.
+    using Preparation =
+        std::function<void(const std::shared_ptr<const InstalledScan>&, std::function<void()> done)>;
+
     explicit InstalledApplications(Machine& machine);
+    void setPreparation(Preparation prepare) { _prepare = std::move(prepare); }
 
     /// What a scan of this machine depends on; good for any thread.
     static ScanContext scanContext(const Machine& machine);
@@ -44,13 +62,12 @@ public:
     /// True once a scan was completed.
     bool isKnown() const { return _isKnown; }
 
-    const Scan& scan() const { return _scan; }
-    const QList<AppEntry>& all() const { return _scan.apps; }
+    const std::shared_ptr<const InstalledScan>& latest() const { return _latest; }
+    const Scan& scan() const { return _latest->scan; }
+    const QList<AppEntry>& all() const { return _latest->scan.apps; }
     /// Null where there is none.
     const AppEntry* withKey(const QString& appKey) const;
     const AppEntry* withPath(const QString& path) const;
-    /// The latest scan looked where the application would be, and it was not there.
-    bool isGone(const QString& path) const { return !_sawReplacing && _scan.isGone(path); }
     /// Just before the latest scan began to look.
     Instant scanStartedAt() const { return _scanStartedAt; }
     /// Bundles replaced or updated in place, between the latest scan and the one before.
@@ -73,15 +90,15 @@ public:
 private:
     struct Scanned;
     void start();
-    void finish(Scanned scanned);
-    void index();
+    void finish(Scanned result);
+    bool counts(const Scanned& result) const;
+    void adopt(Scanned result);
 
     Machine& _machine;
-    Scan _scan;
+    Preparation _prepare;
+    std::shared_ptr<const InstalledScan> _latest = std::make_shared<const InstalledScan>();
     KeptDocument<KnownVolumes> _knownVolumes;
     ScanCache _cache;
-    QHash<QString, qsizetype> _byKey;
-    QHash<QString, qsizetype> _byPath;
     Instant _scanStartedAt;
     QStringList _replacedBundles;
     bool _isKnown = false;
@@ -91,7 +108,6 @@ private:
     std::weak_ptr<void> _held;
     quint64 _replacements = 0; ///< so far
     std::weak_ptr<void> _replacing;
-    bool _sawReplacing = false; ///< the latest scan did
     std::vector<std::function<void()>> _waiting;
     Task _task;
 };

@@ -45,4 +45,6 @@ LauncherError launcherError(const LayoutStore::Error& error, const QString& titl
     return {name, message(storage), title};
 }
 
+QString couldNotSaveLayout() { return QStringLiteral("Could not save the layout"); }
+
 } // namespace tessellar

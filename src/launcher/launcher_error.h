@@ -16,5 +16,7 @@ struct LauncherError {
 QString code(const FileError& error);
 LauncherError launcherError(const LayoutStore::Error& error, const QString& title = {});
 LauncherError launcherError(const FileError& error, const QString& title = {});
+/// The title of the alert about a save that failed.
+QString couldNotSaveLayout();
 
 } // namespace tessellar

@@ -11,8 +11,6 @@ namespace tessellar {
 
 using StorageError = LayoutStore::StorageError;
 
-static const QString saveFailed = QStringLiteral("Could not save the layout");
-
 LauncherError launcherError(EditRefusal refusal) { return {code(refusal), message(refusal), {}}; }
 
 /// Without a Trash nothing goes in or out of it.
@@ -141,7 +139,7 @@ int LauncherHistory::filesOf(const EditStep& step) {
 /// What waits to be saved is saved first: the journal speaks of what is on the disk.
 LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step) {
     if (const auto flushed = _store.flush(); !flushed)
-        return std::unexpected(launcherError(flushed.error(), saveFailed));
+        return std::unexpected(launcherError(flushed.error(), couldNotSaveLayout()));
     const bool isFullScreen = step.mode == LauncherWindowMode::fullScreen;
     const StepJournal::Change change{.mode = step.mode,
                                      .fullScreen = isFullScreen ? step.document : step.otherDocument,
@@ -149,7 +147,7 @@ LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step) {
                                      .definitions = step.definitions,
                                      .settings = step.settings};
     if (const auto begun = _journal.begin(change); !begun)
-        return std::unexpected(launcherError(begun.error(), saveFailed));
+        return std::unexpected(launcherError(begun.error(), couldNotSaveLayout()));
     return {};
 }
 
@@ -189,7 +187,7 @@ void LauncherHistory::show(LauncherWindowMode mode, const LayoutDocument& docume
         return;
     // What could not be saved after an earlier edit is said now; this edit's save tries again.
     if (const auto& error = _store.lastSaveError(mode))
-        _messages.alert(launcherError(*error, saveFailed));
+        _messages.alert(launcherError(*error, couldNotSaveLayout()));
     _store.scheduleSave(mode, document);
 }
 

@@ -2,7 +2,7 @@
 
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
-#include "launcher/layout_merge.h"
+#include "launcher/layout_merger.h"
 
 #include <array>
 
@@ -108,9 +108,9 @@ std::expected<LegacyLaunchpadImportMetadata, LauncherError>
 LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
     LegacyLaunchpadImportMetadata metadata = imported.metadata;
     const LiveLayout& layout = _layouts[mode];
-    const MergeResult merged = mergeWithInstalled(
-        {.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout, _applications, _places,
-        _machine, true, installedAsArranged(mode, true, false));
+    const MergeResult merged =
+        mergeReplacement({.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout,
+                         _applications, _places, _machine, installedAsArranged(mode, true, false));
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places); // before the layout is saved without their tiles
     const auto made = _history.make(

@@ -11,7 +11,7 @@
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/layout_archive.h"
-#include "launcher/layout_merge.h"
+#include "launcher/layout_merger.h"
 #include "launcher/library_watch.h"
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
@@ -22,8 +22,6 @@
 
 namespace tessellar {
 
-static const QString saveFailed = QStringLiteral("Could not save the layout");
-
 /// In the order in which they need one another.
 struct LauncherViewModel::Parts {
     Parts(Machine& machine, LauncherWindowMode shown, Pasteboard* pasteboard)
@@ -33,6 +31,7 @@ struct LauncherViewModel::Parts {
         , smartFolders(machine)
         , layouts(shown, machine.settings, smartFolders)
         , places(machine)
+        , merger(machine, store, layouts, applications, places, messages)
         , history(machine, store, layouts, smartFolders, applications, messages)
         , editor(machine, history, layouts, smartFolders)
         , clipboard(machine, pasteboard, history, layouts, smartFolders, messages)
@@ -61,12 +60,12 @@ struct LauncherViewModel::Parts {
     };
 
     LayoutStore store;
-    std::array<LayoutStore::LoadResult, 2> loaded;
     LauncherMessages messages;
     InstalledApplications applications;
     SmartFolderLibrary smartFolders;
     LiveLayouts layouts;
     PlaceMemory places;
+    LayoutMerger merger;
     LauncherHistory history;
     LauncherEditor editor;
     LauncherClipboard clipboard;
@@ -84,7 +83,10 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     const auto follow = [&](auto& signal, auto call) {
         parts.subscriptions.push_back(signal.connect(std::move(call)));
     };
-    follow(parts.applications.scanned, [this] { merge(); });
+    follow(parts.applications.scanned, [this] {
+        if (!std::exchange(_isBootstrapped, true))
+            bootstrapped.notify();
+    });
     follow(parts.store.foreignVersionKept, [this](LauncherWindowMode, const QString& path) {
         messages().alert({QStringLiteral("changedByAnotherProgram"),
                           QStringLiteral("The arrangement that is shown here took its place. The other "
@@ -140,11 +142,9 @@ LauncherCleanup& LauncherViewModel::cleanup() const { return _parts->listening->
 // ---- start and end
 
 void LauncherViewModel::start() {
-    for (const LauncherWindowMode mode : LiveLayouts::modes)
-        _parts->loaded[std::size_t(mode)] = _parts->store.load(mode);
-    _parts->places.load();
+    _parts->merger.load();
     smartFolders().load();
-    history().finishCutOff(_parts->loaded);
+    history().finishCutOff(_parts->merger.loaded());
     if (const auto& failure = smartFolders().failure())
         messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
     applications().look();
@@ -152,81 +152,23 @@ void LauncherViewModel::start() {
 
 void LauncherViewModel::startAndWait() {
     start();
-    while (!_isBootstrapped || _savesAtStart > 0)
+    while (!_isBootstrapped || _parts->merger.isSaving())
         _machine.workers.mailbox().waitAndDrain();
 }
 
 LauncherViewModel::Outcome LauncherViewModel::quit() {
     if (const auto flushed = _parts->store.flush(); !flushed)
-        return std::unexpected(launcherError(flushed.error(), saveFailed));
+        return std::unexpected(launcherError(flushed.error(), couldNotSaveLayout()));
     return {};
 }
 
 bool LauncherViewModel::hasUnsavedEdits() const { return _parts->store.hasUnsavedEdits(); }
 
 void LauncherViewModel::whenSaved(std::function<void(Outcome)> done) {
-    _parts->store.whenSaved(
-        [done = std::move(done)](const std::expected<void, LayoutStore::Error>& saved) {
-            done(saved ? Outcome() : std::unexpected(launcherError(saved.error(), saveFailed)));
-        });
-}
-
-// ---- scans
-
-void LauncherViewModel::loadMode(LiveLayout& layout) {
-    using Failed = LayoutStore::Failed;
-    const auto loaded =
-        std::exchange(_parts->loaded[std::size_t(layout.mode())], LayoutStore::Missing());
-    if (const auto& copy = _parts->store.lossyCopy(layout.mode()))
-        messages().alert({QStringLiteral("lossyLayout"),
-                          QStringLiteral("The contents of a folder could not be read, and its "
-                                         "applications come at the end. The layout as it was is kept "
-                                         "as “%1”.")
-                              .arg(*copy),
-                          QStringLiteral("Part of the layout could not be read")});
-    if (const auto* document = std::get_if<LayoutDocument>(&loaded))
-        return layout.setArrangement(*document);
-    layout.setArrangement(
-        {.pages = defaultLayout(applications().all(), layout.capacities().page, _machine.locale)});
-    if (const auto* failed = std::get_if<Failed>(&loaded))
-        messages().alert(launcherError(failed->error, QStringLiteral("Reset the Launchpad layout?")));
-}
-
-void LauncherViewModel::merge() {
-    const bool isFirst = !std::exchange(_isBootstrapped, true);
-    QHash<QString, QString> changedKeys;
-    for (const LauncherWindowMode mode : LiveLayouts::modes) {
-        LiveLayout& layout = this->layout(mode);
-        if (isFirst)
-            loadMode(layout);
-        MergeResult merged =
-            mergeWithInstalled(layout.document(), layout, applications(), _parts->places, _machine);
-        changedKeys.insert(merged.changedKeys);
-        LayoutDocument document{.pages = std::move(merged.pages),
-                                .hiddenKeys = std::move(merged.hiddenKeys)};
-        const bool differs = document != layout.document();
-        if (differs)
-            layout.setDocument(document);
-        layout.setUnavailable(std::move(merged.unavailableAppKeys));
-        if (_parts->store.isWriteBlocked(mode))
-            continue;
-        _parts->places.set(mode, merged.places);
-        if (!isFirst) {
-            if (differs)
-                _parts->store.scheduleSave(mode, document);
-        } else {
-            ++_savesAtStart;
-            _parts->store.saveBehind(mode, document, [this](const BackgroundFile::Result& saved) {
-                --_savesAtStart;
-                if (!saved)
-                    messages().alert(launcherError(saved.error(), saveFailed));
-            });
-        }
-    }
-    if (!changedKeys.isEmpty())
-        applications().keysChanged.notify(changedKeys);
-    if (isFirst)
-        bootstrapped.notify();
+    _parts->store.whenSaved([done = std::move(done)](
+                                const std::expected<void, LayoutStore::Error>& saved) {
+        done(saved ? Outcome() : std::unexpected(launcherError(saved.error(), couldNotSaveLayout())));
+    });
 }
 
 // ---- what the user does

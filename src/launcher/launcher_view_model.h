@@ -114,14 +114,10 @@ public:
 private:
     struct Parts;
 
-    void merge();
-    void loadMode(LiveLayout& layout);
-
     Machine& _machine;
     std::unique_ptr<Parts> _parts;
     std::function<void()> _present;
     bool _isBootstrapped = false;
-    int _savesAtStart = 0; ///< under way
 };
 
 } // namespace tessellar

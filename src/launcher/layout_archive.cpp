@@ -2,7 +2,7 @@
 
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
-#include "launcher/layout_merge.h"
+#include "launcher/layout_merger.h"
 
 namespace tessellar {
 
@@ -79,7 +79,7 @@ LayoutArchive::Outcome LayoutArchive::replace(Mode mode, const LayoutDocument& d
                                               const QString& name, const QString& reason,
                                               const QString& title) {
     const MergeResult merged =
-        mergeWithInstalled(document, _layouts[mode], _applications, _places, _machine, true);
+        mergeReplacement(document, _layouts[mode], _applications, _places, _machine);
     // Places first, as ever: the layout is saved without the tiles that they are of.
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places);

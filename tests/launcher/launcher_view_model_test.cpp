@@ -1,3 +1,4 @@
+#include "launcher/launcher_editor.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_view_model.h"
@@ -81,6 +82,29 @@ TEST_F(LauncherTest, ARescanMergesWhatChangedAndWritesNothingWhenNothingDid) {
     EXPECT_EQ(sketch(stored().pages), u"Beech Cedar");
     launcher->layouts().show(LauncherWindowMode::windowed);
     EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"Beech Cedar");
+}
+
+/// The merge is worked out behind the user's back; what he does meanwhile counts.
+TEST_F(LauncherTest, WhatIsEditedWhileAScanIsMergedStays) {
+    install(u"Amber"_qs);
+    install(u"Birch"_qs);
+    start();
+    const QUuid amber = launcher->shown().pages().first().first().id();
+    int edits = 0;
+    // Each scan that is ready to be merged is met by an edit, more often than a merge is tried again.
+    launcher->applications().look();
+    install(u"Cobalt"_qs);
+    launcher->applications().look();
+    const auto rename = [&] {
+        (void)launcher->editor().rename(launcher->shown().mode(), amber, u"Amber %1"_qs.arg(++edits));
+    };
+    do {
+        mac.workers.waitIdle();
+        if (edits < 10)
+            rename();
+    } while (mac.mailbox.drain() > 0);
+    EXPECT_EQ(edits, 10);
+    EXPECT_EQ(sketched(), u"Amber %1 Birch Cobalt"_qs.arg(edits));
 }
 
 TEST_F(LauncherTest, AnApplicationOnAVolumeThatIsNotMountedKeepsItsTile) {

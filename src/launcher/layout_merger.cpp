@@ -1,0 +1,163 @@
+#include "launcher/layout_merger.h"
+
+#include "launcher/launcher_error.h"
+#include "launcher/launcher_messages.h"
+
+namespace tessellar {
+
+MergeInput mergeInput(const LayoutDocument& document, const LiveLayout& layout,
+                      const std::shared_ptr<const InstalledScan>& installed, const PlaceMemory& places,
+                      const Machine& machine) {
+    return {document,
+            {.scannedApps = installed->scan.apps,
+             .isGone = [installed](const QString& path) { return installed->isGone(path); },
+             .pageCapacity = layout.capacities().page,
+             .places = places[layout.mode()],
+             .now = machine.clock.now()},
+            machine.locale};
+}
+
+MergeResult mergeReplacement(const LayoutDocument& document, const LiveLayout& layout,
+                             const InstalledApplications& installed, const PlaceMemory& places,
+                             const Machine& machine, const std::optional<QList<AppEntry>>& apps) {
+    MergeInput input = mergeInput(document, layout, installed.latest(), places, machine);
+    input.context.isRestore = true;
+    if (apps)
+        input.context.scannedApps = *apps;
+    forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
+        const AppEntry* app = item.app();
+        if (app && !app->alias && layout.unavailableAppKeys().contains(appKey(*app)))
+            input.context.unseenApps.append(*app);
+        return true;
+    });
+    return input.merge();
+}
+
+LayoutMerger::LayoutMerger(const Machine& machine, LayoutStore& store, LiveLayouts& layouts,
+                           InstalledApplications& applications, PlaceMemory& places,
+                           LauncherMessages& messages)
+    : _machine(machine)
+    , _store(store)
+    , _layouts(layouts)
+    , _applications(applications)
+    , _places(places)
+    , _messages(messages)
+    , _scanned(applications.scanned.connect([this] { apply(); })) {
+    applications.setPreparation([this](const Installed& installed, std::function<void()> done) {
+        prepare(installed, std::move(done), 3);
+    });
+}
+
+void LayoutMerger::load() {
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        _loaded[std::size_t(mode)] = _store.load(mode);
+    _places.load();
+}
+
+// ---- working it out
+
+LayoutMerger::Starts LayoutMerger::starts(const Installed& installed) const {
+    const auto of = [&](LauncherWindowMode mode) {
+        const LiveLayout& layout = _layouts[mode];
+        const auto* loaded = std::get_if<LayoutDocument>(&_loaded[std::size_t(mode)]);
+        const bool isDefault = !_hasMerged && !loaded;
+        const LayoutDocument& document = _hasMerged || isDefault ? layout.document() : *loaded;
+        return Start{mergeInput(document, layout, installed, _places, _machine), isDefault};
+    };
+    return {of(LiveLayouts::modes[0]), of(LiveLayouts::modes[1])};
+}
+
+LayoutMerger::Results LayoutMerger::merge(const Starts& starts) {
+    const auto of = [](const Start& start) {
+        MergeInput input = start.input;
+        if (start.isDefault)
+            input.document.pages =
+                defaultLayout(input.context.scannedApps, input.context.pageCapacity, input.locale);
+        Merged merged{.result = input.merge()};
+        merged.differs = merged.result.pages != start.input.document.pages ||
+                         merged.result.hiddenKeys != start.input.document.hiddenKeys;
+        return merged;
+    };
+    return {of(starts[0]), of(starts[1])};
+}
+
+/// Nothing that the merge depends on has changed; the scan is the same.
+static bool isCurrent(const MergeInput& now, const MergeInput& then) {
+    return now.document == then.document && now.context.pageCapacity == then.context.pageCapacity &&
+           now.context.places == then.context.places &&
+           now.locale.identifier() == then.locale.identifier();
+}
+
+void LayoutMerger::prepare(const Installed& installed, std::function<void()> done, int attemptsLeft) {
+    Starts starts = this->starts(installed);
+    if (attemptsLeft == 0) {
+        _merged = merge(starts);
+        return done();
+    }
+    _task = _machine.workers.run(
+        Lane::computing, [starts](std::stop_token) { return merge(starts); },
+        [this, installed, starts, attemptsLeft, done = std::move(done)](Results merged) {
+            const Task ended = std::move(_task); // kept until the end of this call
+            const Starts now = this->starts(installed);
+            if (!isCurrent(now[0].input, starts[0].input) || !isCurrent(now[1].input, starts[1].input))
+                return prepare(installed, done, attemptsLeft - 1);
+            _merged = std::move(merged);
+            done();
+        });
+}
+
+// ---- showing it
+
+void LayoutMerger::apply() {
+    const bool isFirst = !std::exchange(_hasMerged, true);
+    QHash<QString, QString> changedKeys;
+    for (const LauncherWindowMode mode : LiveLayouts::modes) {
+        Merged merged = std::exchange(_merged[std::size_t(mode)], {});
+        changedKeys.insert(merged.result.changedKeys);
+        show(_layouts[mode], std::move(merged), isFirst);
+        if (isFirst)
+            tellOfLoad(mode);
+    }
+    if (!changedKeys.isEmpty())
+        _applications.keysChanged.notify(changedKeys);
+}
+
+void LayoutMerger::show(LiveLayout& layout, Merged merged, bool isFirst) {
+    const LauncherWindowMode mode = layout.mode();
+    const LayoutDocument document{.pages = std::move(merged.result.pages),
+                                  .hiddenKeys = std::move(merged.result.hiddenKeys)};
+    if (isFirst)
+        layout.setArrangement(document);
+    else if (merged.differs)
+        layout.setDocument(document);
+    layout.setUnavailable(std::move(merged.result.unavailableAppKeys));
+    if (_store.isWriteBlocked(mode))
+        return;
+    // Places first: the layout is saved without the tiles that they are of.
+    _places.set(mode, merged.result.places);
+    if (isFirst) {
+        ++_saves;
+        _store.saveBehind(mode, document, [this](const BackgroundFile::Result& saved) {
+            --_saves;
+            if (!saved)
+                _messages.alert(launcherError(saved.error(), couldNotSaveLayout()));
+        });
+    } else if (merged.differs) {
+        _store.scheduleSave(mode, document);
+    }
+}
+
+void LayoutMerger::tellOfLoad(LauncherWindowMode mode) {
+    const auto loaded = std::exchange(_loaded[std::size_t(mode)], LayoutStore::Missing());
+    if (const auto& copy = _store.lossyCopy(mode))
+        _messages.alert({QStringLiteral("lossyLayout"),
+                         QStringLiteral("The contents of a folder could not be read, and its "
+                                        "applications come at the end. The layout as it was is kept "
+                                        "as “%1”.")
+                             .arg(*copy),
+                         QStringLiteral("Part of the layout could not be read")});
+    if (const auto* failed = std::get_if<LayoutStore::Failed>(&loaded))
+        _messages.alert(launcherError(failed->error, QStringLiteral("Reset the Launchpad layout?")));
+}
+
+} // namespace tessellar
