@@ -12,6 +12,7 @@ namespace tessellar {
 
 TileView tileView(const LaunchpadItem& item, const TileFacts& facts) {
     TileView view{.id = toText(item.id())};
+    view.isSelected = facts.isSelected && facts.isSelected(item.id());
     if (const AppEntry* app = item.app()) {
         const IconWish icon = iconWish(*app);
         view.label = app->name;
@@ -45,10 +46,11 @@ std::optional<qsizetype> TilePages::slotOf(const QUuid& id, qsizetype page) cons
 // ---- one page
 
 QHash<int, QByteArray> PageModel::names() {
-    return {{IdRole, "tileId"},         {KindRole, "kind"},
-            {LabelRole, "label"},       {AppKeysRole, "appKeys"},
-            {SymbolRole, "symbolName"}, {BadgeRole, "badge"},
-            {ActivityRole, "activity"}, {UnavailableRole, "isUnavailable"}};
+    return {{IdRole, "tileId"},           {KindRole, "kind"},
+            {LabelRole, "label"},         {AppKeysRole, "appKeys"},
+            {SymbolRole, "symbolName"},   {BadgeRole, "badge"},
+            {ActivityRole, "activity"},   {UnavailableRole, "isUnavailable"},
+            {SelectedRole, "isSelected"}, {VacantRole, "isVacant"}};
 }
 
 QVariant PageModel::value(const TileView& tile, int role) {
@@ -73,6 +75,10 @@ QVariant PageModel::value(const TileView& tile, int role) {
         return tile.activity;
     case UnavailableRole:
         return tile.isUnavailable;
+    case SelectedRole:
+        return tile.isSelected;
+    case VacantRole:
+        return tile.isVacant;
     default:
         return {};
     }
@@ -80,8 +86,36 @@ QVariant PageModel::value(const TileView& tile, int role) {
 
 const QList<TileView>& PageModel::tiles() const {
     if (!_tiles)
-        _tiles = _fill();
+        _tiles = filled();
     return *_tiles;
+}
+
+QList<TileView> PageModel::filled() const {
+    QList<TileView> tiles = _fill();
+    for (qsizetype row = tiles.size(); row < _keptRows; ++row) {
+        tiles.append(_tiles && row < _tiles->size() ? _tiles->at(row)
+                                                    : TileView{.id = toText(QUuid())});
+        tiles.last().isVacant = true;
+    }
+    return tiles;
+}
+
+void PageModel::keepRows(qsizetype count) {
+    if (count <= _keptRows)
+        return;
+    _keptRows = count;
+    refresh();
+}
+
+void PageModel::refreshSelection(const std::function<bool(const QUuid&)>& isSelected) {
+    for (int i = 0; _tiles && i < _tiles->size(); ++i) {
+        const TileView& tile = _tiles->at(i);
+        const bool isNow = isSelected(QUuid::fromString(tile.id));
+        if (tile.isVacant || isNow == tile.isSelected)
+            continue;
+        (*_tiles)[i].isSelected = isNow;
+        Q_EMIT dataChanged(index(i), index(i), {SelectedRole});
+    }
 }
 
 int PageModel::rowCount(const QModelIndex& parent) const {
@@ -108,6 +142,8 @@ static QList<int> changedRoles(const TileView& a, const TileView& b) {
     compare(PageModel::BadgeRole, &TileView::badge);
     compare(PageModel::ActivityRole, &TileView::activity);
     compare(PageModel::UnavailableRole, &TileView::isUnavailable);
+    compare(PageModel::SelectedRole, &TileView::isSelected);
+    compare(PageModel::VacantRole, &TileView::isVacant);
     return roles;
 }
 
@@ -117,7 +153,7 @@ void PageModel::refresh() {
         return;
     if (!isSignalConnected(watched))
         return _tiles.reset();
-    const QList<TileView> tiles = _fill();
+    const QList<TileView> tiles = filled();
     const int before = static_cast<int>(_tiles->size());
     const int now = static_cast<int>(tiles.size());
     if (now < before) {
@@ -141,8 +177,17 @@ void PageModel::refresh() {
 
 // ---- all pages
 
+GridModel::GridModel(TileFacts facts) : _facts(std::move(facts)) {
+    using namespace std::chrono_literals;
+    _later.setSingleShot(true);
+    _later.setInterval(100ms);
+    connect(&_later, &QTimer::timeout, this, &GridModel::refreshAll);
+}
+
 PageModel* GridModel::tilesOf(int page) const {
-    return page >= 0 && page < pageCount() ? _models[static_cast<std::size_t>(page)].get() : nullptr;
+    return page >= 0 && static_cast<std::size_t>(page) < _models.size()
+               ? _models[static_cast<std::size_t>(page)].get()
+               : nullptr;
 }
 
 QList<TileView> GridModel::views(qsizetype page) const {
@@ -154,6 +199,8 @@ QList<TileView> GridModel::views(qsizetype page) const {
 }
 
 void GridModel::setPage(int page) {
+    if (page != _page && _later.isActive())
+        refreshAll();
     if (std::exchange(_page, page) != page)
         Q_EMIT pageChanged();
 }
@@ -170,8 +217,30 @@ void GridModel::setPages(TilePages pages) {
 }
 
 void GridModel::refresh() {
+    if (_keptPages == 0)
+        return refreshAll();
+    if (PageModel* shown = tilesOf(_page))
+        shown->refresh();
+    _later.start();
+}
+
+void GridModel::refreshAll() {
+    _later.stop();
     for (const auto& model : _models)
         model->refresh();
+}
+
+void GridModel::refreshSelection() {
+    for (const auto& model : _models)
+        model->refreshSelection(_facts.isSelected);
+}
+
+void GridModel::keepPages(std::size_t count, qsizetype rows) {
+    _keptPages = count;
+    _keptRows = std::max(_keptRows, rows);
+    resize();
+    for (std::size_t page = 0; page < count; ++page)
+        _models[page]->keepRows(_keptRows);
 }
 
 void GridModel::setHasNewPage(bool hasNewPage) {
@@ -191,9 +260,8 @@ std::optional<LaunchpadItem> GridModel::tile(const QUuid& id) const {
 }
 
 void GridModel::resize() {
-    const std::size_t count = static_cast<std::size_t>(_pages.count) + (_hasNewPage ? 1 : 0);
-    if (count == _models.size())
-        return;
+    const qsizetype shown = _pages.count + (_hasNewPage ? 1 : 0);
+    const std::size_t count = std::max(static_cast<std::size_t>(shown), _keptPages);
     // Pages that go are kept until nobody is shown them any more.
     std::vector<std::unique_ptr<PageModel>> gone;
     while (_models.size() > count) {
@@ -205,7 +273,8 @@ void GridModel::resize() {
         _models.push_back(std::make_unique<PageModel>([this, page] { return views(page); }));
         QQmlEngine::setObjectOwnership(_models.back().get(), QQmlEngine::CppOwnership);
     }
-    Q_EMIT pageCountChanged();
+    if (std::exchange(_pageCount, static_cast<int>(shown)) != _pageCount)
+        Q_EMIT pageCountChanged();
 }
 
 } // namespace tessellar

@@ -6,6 +6,7 @@
 #include "icons/icon_loader.h"
 
 #include <QAbstractListModel>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -24,6 +25,8 @@ struct TileView {
     QString badge;    ///< at the picture's corner; empty for none
     QString activity; ///< what is being done to it, in place of its name; empty for nothing
     bool isUnavailable = false;
+    bool isSelected = false;
+    bool isVacant = false; ///< not shown; what it was last stays, and costs nothing
 
     bool operator==(const TileView&) const = default;
 };
@@ -41,6 +44,7 @@ struct TileFacts {
     std::function<QString(const QString& appKey)> badge;
     std::function<QString(const QString& appKey)> activity = {};
     std::function<SmartFolder(const QUuid& definition)> smartFolder;
+    std::function<bool(const QUuid& tile)> isSelected = {};
 };
 
 TileView tileView(const LaunchpadItem& item, const TileFacts& facts);
@@ -60,7 +64,8 @@ struct TilePages {
     std::function<Page(qsizetype page)> tiles;
 };
 
-/// The tiles of one page, in the order of their slots. Filled when somebody first asks.
+/// The tiles of one page, in the order of their slots. Filled when somebody first asks. A page that
+/// keeps its rows has vacant ones after its tiles: their items need not be made again.
 class PageModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -75,7 +80,9 @@ public:
         SymbolRole,
         BadgeRole,
         ActivityRole,
-        UnavailableRole
+        UnavailableRole,
+        SelectedRole,
+        VacantRole
     };
     using Fill = std::function<QList<TileView>()>;
 
@@ -91,9 +98,16 @@ public:
     /// The tiles may have changed. A page that is shown is filled at once, tiles that stay in their
     /// slots keeping their items; another one when somebody asks again.
     void refresh();
+    /// The same for which of them are selected.
+    void refreshSelection(const std::function<bool(const QUuid&)>& isSelected);
+    /// From now on there are at least so many rows, and never fewer than there were.
+    void keepRows(qsizetype count);
 
 private:
+    QList<TileView> filled() const;
+
     Fill _fill;
+    qsizetype _keptRows = 0;
     mutable std::optional<QList<TileView>> _tiles;
 };
 
@@ -108,9 +122,9 @@ class GridModel : public QObject {
     Q_PROPERTY(tessellar::GridMetrics metrics READ metrics NOTIFY metricsChanged)
 
 public:
-    explicit GridModel(TileFacts facts) : _facts(std::move(facts)) {}
+    explicit GridModel(TileFacts facts);
 
-    int pageCount() const { return static_cast<int>(_models.size()); }
+    int pageCount() const { return _pageCount; }
     int page() const { return _page; }
     void setPage(int page);
     /// The user turns to a page.
@@ -123,6 +137,11 @@ public:
     void setPages(TilePages pages);
     /// What is known of the tiles has changed.
     void refresh();
+    void refreshSelection();
+    /// So many pages stay when there are no tiles, each with at least so many rows: what is shown there
+    /// changes with every letter of a search. Those beside the page that is shown follow a moment
+    /// later.
+    void keepPages(std::size_t count, qsizetype rows);
     /// An empty page after the last, for tiles that are carried there.
     void setHasNewPage(bool hasNewPage);
     /// A tile of any page; the one shown is looked at first.
@@ -136,12 +155,17 @@ Q_SIGNALS:
 
 private:
     void resize();
+    void refreshAll();
     QList<TileView> views(qsizetype page) const;
 
     TileFacts _facts;
     TilePages _pages;
     std::vector<std::unique_ptr<PageModel>> _models;
     bool _hasNewPage = false;
+    std::size_t _keptPages = 0;
+    qsizetype _keptRows = 0; ///< of each of them
+    QTimer _later;           ///< until the pages beside the one that is shown follow
+    int _pageCount = 0;
     int _page = 0;
     GridMetrics _metrics;
 };

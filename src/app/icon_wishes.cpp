@@ -66,7 +66,7 @@ IconLoader::Wishes iconWishes(const GridModel& grid, const GridModel* over) {
     const auto addPage = [&](QList<IconWish>& list, const GridModel* model, int by) {
         if (const PageModel* page = model ? model->tilesOf(model->page() + by) : nullptr)
             for (const TileView& tile : page->tiles())
-                for (const IconWish& wish : tile.icons)
+                for (const IconWish& wish : tile.isVacant ? QList<IconWish>() : tile.icons)
                     add(list, wish);
     };
     for (const GridModel* model : {over, &grid})

@@ -48,7 +48,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
         wantIcons();
     });
     connect(_search.results(), &GridModel::turned, this, &LauncherController::wantIcons);
-    connect(&_search, &TileSearch::selectionChanged, this, &LauncherController::selectionChanged);
+    connect(&_search, &TileSearch::selectionChanged, this, &LauncherController::showSelection);
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::makeRoomForAlert);
     connect(&_sheets, &Sheets::changed, this, [this] {
         _updates.setShown(_sheets.current() == Sheets::updates);
@@ -82,7 +82,8 @@ TileFacts LauncherController::tileFacts() const {
                             folder.icons.append(iconWish(facts->entry));
                     }
                     return folder;
-                }};
+                },
+            .isSelected = [this](const QUuid& tile) { return isSelected(tile); }};
 }
 
 void LauncherController::setWindow(QSizeF size, double pixelRatio) {
@@ -122,7 +123,7 @@ void LauncherController::follow() {
         on(layout.replaced, whenShown([this] { _drag.cancel(); }));
         on(layout.changed, whenShown([this] { showLayout(); }));
         on(layout.navigationChanged, whenShown([this] { showNavigation(); }));
-        on(layout.selectionChanged, whenShown([this] { Q_EMIT selectionChanged(); }));
+        on(layout.selectionChanged, whenShown([this] { showSelection(); }));
     }
     on(launcher.smartFolders().changed, [this] { showLayout(); });
     on(launcher.layouts().shownModeChanged, [this] {
@@ -192,7 +193,12 @@ void LauncherController::showNavigation() {
     showGridPage();
     updateMetrics();
     wantIcons();
-    Q_EMIT selectionChanged();
+    showSelection();
+}
+
+void LauncherController::showSelection() {
+    for (GridModel* model : {&_grid, _folder.tiles(), _search.results()})
+        model->refreshSelection();
 }
 
 void LauncherController::showGridPage() {
@@ -209,6 +215,7 @@ void LauncherController::updateMetrics() {
                      : fullScreenMetrics(_windowSize, pageGeometry(layout), layout.tileLabelFontSize);
     _grid.setMetrics(metrics);
     _search.results()->setMetrics(metrics);
+    _search.results()->keepPages(2, qsizetype(metrics.columns) * metrics.rows);
     _folder.layOut(_windowSize, metrics);
 }
 
@@ -230,6 +237,11 @@ void LauncherController::makeRoomForAlert() {
     _drag.cancel();
     _menu.close();
     _smartFolder.closePopups();
+}
+
+bool LauncherController::isSelected(const QUuid& tile) const {
+    return _search.isActive() ? _search.selected() == tile
+                              : _viewModel.shown().selectedItemIDs().contains(tile);
 }
 
 QStringList LauncherController::selectedIds() const {

@@ -41,7 +41,6 @@ class LauncherController final : public QObject {
     Q_PROPERTY(tessellar::GridModel* grid READ grid CONSTANT)
     Q_PROPERTY(tessellar::OpenFolder* folder READ folder CONSTANT)
     Q_PROPERTY(tessellar::TileSearch* search READ search CONSTANT)
-    Q_PROPERTY(QStringList selectedIds READ selectedIds NOTIFY selectionChanged)
     Q_PROPERTY(tessellar::TileDrag* drag READ drag CONSTANT)
     Q_PROPERTY(tessellar::TileRenaming* renaming READ renaming CONSTANT)
     Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT)
@@ -72,6 +71,7 @@ public:
     OpenFolder* folder() { return &_folder; }
     TileSearch* search() { return &_search; }
     QStringList selectedIds() const;
+    bool isSelected(const QUuid& tile) const;
     TileDrag* drag() { return &_drag; }
     TileRenaming* renaming() { return &_renaming; }
     MenuModel* menu() { return &_menu; }
@@ -106,7 +106,6 @@ Q_SIGNALS:
     void readyChanged();
     void modeChanged();
     void coveredChanged();
-    void selectionChanged();
     void noticeChanged();
     /// The Menu key was pressed: the selected tile knows where it lies.
     void menuWanted(const QString& tileId);
@@ -115,6 +114,7 @@ Q_SIGNALS:
 
 private:
     TileFacts tileFacts() const;
+    void showSelection();
     void follow();
     void showMode();
     void showLayout();

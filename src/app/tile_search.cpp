@@ -25,12 +25,13 @@ void TileSearch::setText(const QString& text) {
     _results.setPage(0);
     refresh();
     Q_EMIT changed();
-    Q_EMIT selectionChanged();
 }
 
 void TileSearch::refresh() {
-    if (!isActive())
-        return _results.setPages({});
+    if (!isActive()) {
+        _results.setPages({});
+        return Q_EMIT selectionChanged();
+    }
     const auto hits = _viewModel.search().search(_viewModel.shown().mode(), _text);
     const qsizetype capacity = pageGeometry(_viewModel.shown().settings()).capacity();
     _results.setPages({(hits.size() + capacity - 1) / capacity, [hits, capacity](qsizetype page) {
@@ -42,8 +43,9 @@ void TileSearch::refresh() {
     turnTo(_results.page());
     if (_selected)
         return;
-    if (const PageModel* best = _results.tilesOf(0); best && !best->tiles().isEmpty())
-        select(QUuid::fromString(best->tiles().first().id));
+    if (!hits.isEmpty())
+        _selected = hits.first().entry->id;
+    Q_EMIT selectionChanged();
 }
 
 void TileSearch::turnTo(int page) {

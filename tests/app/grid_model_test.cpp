@@ -74,6 +74,29 @@ TEST(GridModel, ReportsOnlyTheTilesThatChanged) {
     EXPECT_EQ(model.tilesOf(1)->rowCount(), 0);
 }
 
+/// What a letter more or less changes is how many tiles there are: their items are not made anew.
+TEST(GridModel, KeptPagesKeepTheirRows) {
+    GridModel model({});
+    model.keepPages(2, 3);
+    EXPECT_EQ(model.pageCount(), 0);
+    ASSERT_EQ(model.tilesOf(0)->rowCount(), 3);
+    QSignalSpy changed(model.tilesOf(0), &PageModel::dataChanged);
+    QSignalSpy inserted(model.tilesOf(0), &PageModel::rowsInserted);
+    QSignalSpy removed(model.tilesOf(0), &PageModel::rowsRemoved);
+    const ShownPages pages({{app(u"Ash"_s), app(u"Elm"_s)}}, {}, 40);
+    model.setPages(pages);
+    EXPECT_EQ(model.pageCount(), 1);
+    EXPECT_EQ(changed.count(), 2);
+    model.setPages({});
+    ASSERT_EQ(changed.count(), 4);
+    EXPECT_EQ(changed[2][2].value<QList<int>>(), QList<int>{PageModel::VacantRole});
+    model.setPages(pages);
+    EXPECT_EQ(changed.count(), 6);
+    EXPECT_FALSE(model.tilesOf(0)->tiles().at(1).isVacant);
+    EXPECT_TRUE(model.tilesOf(0)->tiles().at(2).isVacant);
+    EXPECT_EQ(inserted.count() + removed.count(), 0);
+}
+
 TEST(GridModel, FillsAPageWhenItIsLookedAt) {
     int asked = 0;
     GridModel model({.isUnavailable = {},

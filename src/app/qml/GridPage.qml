@@ -25,7 +25,7 @@ Item {
     function tileRect(tileId) {
         for (let i = 0; i < repeater.count; ++i) {
             const tile = repeater.itemAt(i);
-            if (tile && tile.tileId === tileId)
+            if (tile && tile.tileId === tileId && !tile.isVacant)
                 return Qt.rect(tile.x + (tile.width - iconSide) / 2, tile.y + tile.iconTop, iconSide, iconSide);
         }
         return Qt.rect(0, 0, 0, 0);

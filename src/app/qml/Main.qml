@@ -14,6 +14,19 @@ FocusScope {
     }
 
     Connections {
+        target: root.launcher.search
+        function onChanged() {
+            found.active = true;
+        }
+    }
+
+    Timer {
+        running: root.launcher.isReady
+        interval: 200
+        onTriggered: found.active = true
+    }
+
+    Connections {
         target: root.launcher
         function onMenuWanted(tileId) {
             const rect = root.launcher.folder.isOpen ? folder.tileRect(tileId) : pages.tileRect(tileId);
@@ -88,11 +101,16 @@ FocusScope {
         Loader {
             id: found
 
+            // Made when there is time, so that the first letter does not have to wait for it.
             anchors.fill: parent
-            active: root.launcher.search.isActive
+            active: false
+            asynchronous: !root.launcher.search.isActive
+            visible: root.launcher.search.isActive
             sourceComponent: Item {
                 PageStrip {
                     id: results
+
+                    keptPages: 2
 
                     anchors.fill: parent
                     launcher: root.launcher

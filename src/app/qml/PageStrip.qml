@@ -11,7 +11,9 @@ PagerItem {
     property bool isInFolder: false
     property bool canLift: true
     // None before the arrangement is there.
-    readonly property int existing: model.pageCount
+    readonly property int existing: Math.max(model.pageCount, keptPages)
+    // Pages that exist even when nothing is in them, where that changes all the time.
+    property int keptPages: 0
     // The neighbours are made when there is time: after the first frame.
     property bool hasNeighbours: false
 

@@ -14,6 +14,8 @@ Item {
     required property string badge
     required property string activity
     required property bool isUnavailable
+    required property bool isSelected
+    required property bool isVacant
     property LauncherController launcher
     property int iconSide
     property int labelPixels
@@ -22,13 +24,13 @@ Item {
     property real shiftX: 0
     property real shiftY: 0
     property bool isPushedOff: false
-    readonly property bool isSelected: launcher.selectedIds.indexOf(tileId) >= 0
     readonly property bool isTarget: launcher.drag.targetId === tileId
     // The pointer rests on it with others: this is the folder that they would make.
     readonly property bool isForming: isTarget && launcher.drag.suggestedName !== ""
     readonly property bool isRenamed: enabled && launcher.renaming.tileId === tileId
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
 
+    visible: !isVacant
     // The tiles that are carried leave their places.
     opacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
 
@@ -122,7 +124,7 @@ Item {
         visible: !tile.isRenamed && !tile.isForming
         anchors.horizontalCenter: parent.horizontalCenter
         y: tile.iconTop + tile.iconSide + 4
-        width: Math.min(implicitWidth, tile.width - 10)
+        width: tile.width - 10
         text: tile.activity !== "" ? tile.activity : tile.label
         elide: Text.ElideRight
         maximumLineCount: 1
