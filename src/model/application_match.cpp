@@ -56,6 +56,9 @@ private:
                 tile.home = *home;
             if (!isAbsent && !homes.isEmpty())
                 _tilesInPlace.insert(placeOf(entry->path, entry->bundleIdentifier));
+            if (!isAbsent && entry->bundleIdentifier && !entry->isDuplicateBundleIdentifier &&
+                !_onlyCopies.contains(*entry->bundleIdentifier))
+                _onlyCopies.insert(*entry->bundleIdentifier, _match.tiles.size() - 1);
             if (tile.stays)
                 (isAbsent ? _absentPaths : _livePaths).insert(entry->path);
             return true;
@@ -93,11 +96,21 @@ private:
         // Two tiles for one application are the user's, unless one of them has just got it back.
         return index >= 0 && claimOf(index).kind == Claim::byReturn ? -1 : index;
     }
-    /// A tile that has this path now comes first, should only its identifier be another.
+    /// A tile that has this path now comes first, should only its identifier be another; so does the
+    /// tile of an application that moved here, where a later copy of it lay.
     qsizetype backInPlace(const MatchedTile& tile) const {
-        return tile.wasAbsent && !_livePaths.contains(tile.entry->path)
+        return tile.wasAbsent && !_livePaths.contains(tile.entry->path) && !isMovedTo(tile)
                    ? unclaimed(at(tile.entry->path, tile.entry->bundleIdentifier))
                    : -1;
+    }
+    /// The only copy that there was is gone from its path, and there is only one now. Of two tiles the
+    /// one that lies first is the application's: a copy that comes is put at the end.
+    bool isMovedTo(const MatchedTile& tile) const {
+        const QString identifier = tile.entry->bundleIdentifier.value_or(QString());
+        const auto only = _onlyCopies.constFind(identifier);
+        return only != _onlyCopies.constEnd() && &_match.tiles[*only] < &tile &&
+               _byIdentifier.value(identifier).size() == 1 && _context.isGone &&
+               _context.isGone(_match.tiles[*only].entry->path);
     }
     /// Where the application of a tile is now that it does not lie where it lay.
     qsizetype moved(const MatchedTile& tile) const {
@@ -262,8 +275,9 @@ private:
     QSet<Place> _tilesInPlace;
     QSet<QString> _livePaths; ///< of tiles that the arrangement has
     QSet<QString> _absentPaths;
-    QHash<QString, std::size_t> _others; ///< tiles without a scanned application, by their keys
-    QSet<QString> _keptKeys;             ///< of tiles that have a scanned application
+    QHash<QString, std::size_t> _onlyCopies; ///< the first tile of each by identifier
+    QHash<QString, std::size_t> _others;     ///< tiles without a scanned application, by their keys
+    QSet<QString> _keptKeys;                 ///< of tiles that have a scanned application
     QList<std::pair<QString, QString>> _keyChanges; ///< those with the first claim first
     ApplicationMatch _match;
 };
