@@ -45,11 +45,14 @@ void LauncherUpdates::scanned() {
 void LauncherUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
     if (_coordinator)
         return _coordinator->changeKeys(changedKeys);
-    // On top of what waits: a key may have changed twice.
-    QHash<QString, QString> all = changedKeys;
-    for (auto it = _changedKeys.cbegin(); it != _changedKeys.cend(); ++it)
-        all.insert(it.key(), changedKeys.value(it.value(), it.value()));
-    _changedKeys = std::move(all);
+    // In the file, for nobody may come to open it before the launcher ends. What is read of it just now
+    // is outdated.
+    _haveKeysChanged = true;
+    _machine.workers.submit(Lane::saving, {}, [&machine = _machine, changedKeys](std::stop_token) {
+        AppUpdateStore::changeKeys(machine, changedKeys);
+    });
+    if (std::exchange(_isLoading, false))
+        want();
 }
 
 void LauncherUpdates::smartFoldersChanged() {
@@ -73,6 +76,7 @@ void LauncherUpdates::want() {
         return;
     _isLoading = true;
     _loading = _machine.workers.run(
+        _haveKeysChanged ? Lane::saving : Lane::files, // after the change
         [&machine = _machine](std::stop_token) { return StoredUpdates::read(machine); },
         [this](StoredUpdates stored) { loaded(std::move(stored)); });
 }
@@ -81,7 +85,6 @@ void LauncherUpdates::loaded(StoredUpdates stored) {
     _isLoading = false;
     _coordinator = std::make_unique<AppUpdateCoordinator>(_machine, std::move(stored));
     _events = _coordinator->events.connect([this](const AppUpdateEvent& event) { heard(event); });
-    _coordinator->changeKeys(std::exchange(_changedKeys, {}));
     if (_isScheduleWanted)
         _coordinator->start();
     _coordinator->updateApps(_applications.all());

@@ -183,14 +183,14 @@ private:
 
     Machine& _machine;
     InstalledApplications& _applications;
-    std::shared_ptr<void> _replacing;     ///< while a tool replaces bundles
-    QHash<QString, QString> _changedKeys; ///< before the records were read
+    std::shared_ptr<void> _replacing; ///< while a tool replaces bundles
     SmartFolderLibrary& _smartFolders;
     LauncherMessages& _messages;
     Opener _opener;
     Task _opening;
     bool _isWanted = false;
     bool _isLoading = false;
+    bool _haveKeysChanged = false; ///< in the file, or they are about to
     bool _isScheduleWanted = false;
     bool _isKnown = false;
     bool _wereChannelsAsked = false; ///< of all tools, whatever they answered

@@ -112,29 +112,34 @@ void LayoutMerger::apply() {
     const bool isFirst = !std::exchange(_hasMerged, true);
     QHash<QString, QString> changedKeys;
     for (const LauncherWindowMode mode : LiveLayouts::modes) {
-        Merged merged = std::exchange(_merged[std::size_t(mode)], {});
+        const Merged& merged = _merged[std::size_t(mode)];
         changedKeys.insert(merged.result.changedKeys);
-        show(_layouts[mode], std::move(merged), isFirst);
+        show(_layouts[mode], merged, isFirst);
         if (isFirst)
             tellOfLoad(mode);
     }
+    // Before the layouts are saved: from those nobody could tell the former keys.
     if (!changedKeys.isEmpty())
         _applications.keysChanged.notify(changedKeys);
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        save(mode, std::exchange(_merged[std::size_t(mode)], {}), isFirst);
 }
 
-void LayoutMerger::show(LiveLayout& layout, Merged merged, bool isFirst) {
-    const LauncherWindowMode mode = layout.mode();
-    const LayoutDocument document{.pages = std::move(merged.result.pages),
-                                  .hiddenKeys = std::move(merged.result.hiddenKeys)};
+void LayoutMerger::show(LiveLayout& layout, const Merged& merged, bool isFirst) {
+    const LayoutDocument document{.pages = merged.result.pages, .hiddenKeys = merged.result.hiddenKeys};
     if (isFirst)
         layout.setArrangement(document);
     else if (merged.differs)
         layout.setDocument(document);
-    layout.setUnavailable(std::move(merged.result.unavailableAppKeys));
+    layout.setUnavailable(merged.result.unavailableAppKeys);
+}
+
+void LayoutMerger::save(LauncherWindowMode mode, const Merged& merged, bool isFirst) {
     if (_store.isWriteBlocked(mode))
         return;
     // Places first: the layout is saved without the tiles that they are of.
     _places.set(mode, merged.result.places);
+    const LayoutDocument& document = _layouts[mode].document();
     if (isFirst) {
         ++_saves;
         _store.saveBehind(mode, document, [this](const BackgroundFile::Result& saved) {

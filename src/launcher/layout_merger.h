@@ -74,7 +74,8 @@ private:
     static Results merge(const Starts& starts);
     void prepare(const Installed& installed, std::function<void()> done, int attemptsLeft);
     void apply();
-    void show(LiveLayout& layout, Merged merged, bool isFirst);
+    static void show(LiveLayout& layout, const Merged& merged, bool isFirst);
+    void save(LauncherWindowMode mode, const Merged& merged, bool isFirst);
     void tellOfLoad(LauncherWindowMode mode);
 
     const Machine& _machine;

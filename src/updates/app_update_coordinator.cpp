@@ -440,16 +440,11 @@ void AppUpdateCoordinator::switchedOff() {
 // ---- saving
 
 void AppUpdateCoordinator::changeKeys(const QHash<QString, QString>& changedKeys) {
-    QMap<QString, AppUpdateRecord> moved;
-    for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it)
-        if (const auto found = _cache.records.constFind(it.key()); found != _cache.records.constEnd()) {
-            moved.insert(it.value(), *found);
-            _cache.records.erase(found);
-        }
-    if (moved.isEmpty())
+    if (!_cache.changeKeys(changedKeys))
         return;
-    _cache.records.insert(moved);
-    askForSave();
+    // At once: the arrangement is about to be saved with the new keys.
+    _isUnsaved = true;
+    save();
 }
 
 void AppUpdateCoordinator::keepChannels() {

@@ -138,6 +138,11 @@ struct AppUpdateCache {
     std::optional<int> rolloutGroup;
 
     static inline const QString everyVersion = QStringLiteral("*");
+
+    /// Applications are known by other keys now: all that is kept by key goes along. False when there
+    /// is nothing of theirs.
+    bool changeKeys(const QHash<QString, QString>& changedKeys);
+
     bool operator==(const AppUpdateCache&) const = default;
 };
 

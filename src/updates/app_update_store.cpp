@@ -8,6 +8,24 @@ namespace tessellar {
 /// reasons and notes in each stay below this.
 constexpr std::uint64_t maximumCacheBytes = 64u << 20;
 
+/// All at once: one may take the key that another gives up.
+template <typename Map>
+static bool follow(Map& map, const QHash<QString, QString>& changedKeys) {
+    Map moved;
+    for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it)
+        if (map.contains(it.key()))
+            moved.insert(it.value(), map.take(it.key()));
+    map.insert(moved);
+    return !moved.isEmpty();
+}
+
+bool AppUpdateCache::changeKeys(const QHash<QString, QString>& changedKeys) {
+    bool isChanged = follow(records, changedKeys);
+    isChanged = follow(storeItems, changedKeys) || isChanged;
+    isChanged = follow(skipped, changedKeys) || isChanged;
+    return (owners && follow(*owners, changedKeys)) || isChanged;
+}
+
 namespace json {
 
 using C = AppUpdateCache;
@@ -51,6 +69,17 @@ AppUpdateCache AppUpdateStore::load() {
         _machine.log.warning(
             QStringLiteral("The cache of updates could not be read: %1").arg(cache.error().text));
     return cache ? std::move(*cache).value_or(AppUpdateCache()) : AppUpdateCache();
+}
+
+void AppUpdateStore::changeKeys(const Machine& machine, const QHash<QString, QString>& changedKeys) {
+    StoredFile file(machine.files, defaultPath(machine.places), maximumCacheBytes);
+    auto cache = loadJson<AppUpdateCache>(file);
+    if (!cache || !*cache || !(*cache)->changeKeys(changedKeys))
+        return; // what is damaged is for `load` to set aside
+    if (const auto saved = saveJson(file, **cache); !saved)
+        machine.log.warning(
+            QStringLiteral("The updates of applications could not follow their keys: %1")
+                .arg(message(saved.error())));
 }
 
 void AppUpdateStore::save(const AppUpdateCache& cache, BackgroundFile::Done done) {

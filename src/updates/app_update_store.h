@@ -26,6 +26,11 @@ public:
     /// Blocks until what was handed over is on the disk.
     std::expected<void, FileError> wait() const { return _file.wait(); }
 
+    /// Applications are known by other keys now, and nobody has the cache in memory: what is kept of
+    /// them goes along. To be called on the lane for saving, where it comes before what is handed over
+    /// later.
+    static void changeKeys(const Machine& machine, const QHash<QString, QString>& changedKeys);
+
 private:
     const Machine& _machine;
     BackgroundFile _file;

@@ -1,5 +1,6 @@
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/launcher_updates.h"
 #include "launcher/layout_archive.h"
 #include "launcher/place_memory.h"
 #include "launcher/small_launcher.h"
@@ -119,13 +120,37 @@ TEST_F(PlaceMemoryTest, NorWhileOneGoesOnThatAnEarlierLauncherStarted) {
     EXPECT_EQ(sketched(), u"[Trees: Elm Ash] Ivy");
 }
 
-TEST_F(PlaceMemoryTest, UsageGoesAlongWithAChangedKey) {
+TEST_F(PlaceMemoryTest, UsageAndUpdatesGoAlongWithAChangedKey) {
     arrange();
+    const QString key = u"org.example.oak"_s;
+    const QString path = u"/Applications/Oak.app"_s;
+    AppUpdateCache cache;
+    cache.records[key] = {.status = UpdateAvailable{u"9"_s}, .checkedAt = time.now()};
+    cache.skipped[key] = u"9"_s;
+    mac.write(data + u"/app-updates.json"_s, json::write(json::encode(cache)));
+    const auto keyOfUpdates = [&] {
+        mac.workers.waitIdle();
+        const auto read = json::decodeDocument<AppUpdateCache>(mac.read(data + u"/app-updates.json"_s));
+        return read && read->records.size() == 1 && read->records.keys() == read->skipped.keys()
+                   ? read->records.firstKey()
+                   : u"another"_s;
+    };
     start();
-    launcher->smartFolders().recordLaunch(u"org.example.oak"_s);
+    launcher->smartFolders().recordLaunch(key);
     install(u"Oak"_s, u"/Users/ada/Applications"_s);
     rescan();
+    EXPECT_EQ(keyOfUpdates(), path) << "though nobody has asked for updates";
     start();
+    bool areUpdatesKnown = false;
+    launcher->updates().whenKnown([&] { areUpdatesKnown = true; });
+    launcher->applications().keysChanged.notify(
+        QHash<QString, QString>{{path, key}}); // while the cache is read
+    mac.until([&] { return areUpdatesKnown; });
+    EXPECT_EQ(keyOfUpdates(), key);
+    EXPECT_EQ(launcher->updates().skipped(key), u"9");
+    launcher->applications().keysChanged.notify(QHash<QString, QString>{{key, path}});
+    EXPECT_EQ(keyOfUpdates(), path) << "at once";
+    EXPECT_EQ(launcher->updates().skipped(path), u"9");
     const auto counts = [&](const QString& key) {
         for (const auto& facts : launcher->smartFolders().facts(LauncherWindowMode::fullScreen))
             if (appKey(facts->entry) == key)
@@ -135,7 +160,7 @@ TEST_F(PlaceMemoryTest, UsageGoesAlongWithAChangedKey) {
     bool isKnown = false;
     launcher->smartFolders().gatherFacts({}, [&] { isKnown = true; });
     mac.until([&] { return isKnown; });
-    EXPECT_EQ(counts(u"/Applications/Oak.app"_s), 1);
+    EXPECT_EQ(counts(path), 1);
     EXPECT_EQ(counts(u"/Users/ada/Applications/Oak.app"_s), 0);
 }
 
