@@ -5,20 +5,27 @@
 
 namespace tessellar {
 
+static const QString searchPathsKey = QStringLiteral("appDiscovery.searchPaths");
+static const QString additionalSearchPathsKey = QStringLiteral("appDiscovery.additionalSearchPaths");
+static const QString scanDepthKey = QStringLiteral("appDiscovery.scanDepth");
+
+bool AppDiscoverySettings::areIn(const Settings& settings) {
+    return settings.value(searchPathsKey) || settings.value(additionalSearchPathsKey) ||
+           settings.value(scanDepthKey);
+}
+
 AppDiscoverySettings AppDiscoverySettings::read(const Settings& settings, const QString& home) {
     AppDiscoverySettings result;
     result.isCertain = settings.isReadable();
-    for (const auto& key : {QStringLiteral("appDiscovery.searchPaths"),
-                            QStringLiteral("appDiscovery.additionalSearchPaths")})
+    for (const auto& key : {searchPathsKey, additionalSearchPathsKey})
         if (settings.value(key) && !settings.texts(key))
             result.isCertain = false;
-    const QStringList paths =
-        settings.texts(QStringLiteral("appDiscovery.searchPaths")).value_or(defaultSearchPaths(home)) +
-        settings.texts(QStringLiteral("appDiscovery.additionalSearchPaths")).value_or(QStringList());
+    const QStringList paths = settings.texts(searchPathsKey).value_or(defaultSearchPaths(home)) +
+                              settings.texts(additionalSearchPathsKey).value_or(QStringList());
     result.searchPaths = normalized(paths, home);
 
     // Any integral number counts, also one beyond the integer types: it is clamped like the rest.
-    const auto depth = settings.number(QStringLiteral("appDiscovery.scanDepth"));
+    const auto depth = settings.number(scanDepthKey);
     if (depth && std::isfinite(*depth) && std::trunc(*depth) == *depth)
         result.scanDepth =
             static_cast<int>(std::clamp<double>(*depth, minimumScanDepth, maximumScanDepth));

@@ -27,6 +27,8 @@ struct AppDiscoverySettings {
     /// added to whichever list it is, "appDiscovery.scanDepth" is clamped. A value of a wrong type
     /// counts as absent.
     static AppDiscoverySettings read(const Settings& settings, const QString& home);
+    /// True when the settings say anything of this.
+    static bool areIn(const Settings& settings);
 
     static QStringList defaultSearchPaths(const QString& home);
     /// Standardized, "~" standing for the home, each path once at its first place. What is not

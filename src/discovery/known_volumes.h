@@ -39,6 +39,8 @@ struct KnownVolumes {
 
     int version = supportedVersion;
     QList<KnownVolume> volumes;
+    /// The user's settings said where to look for applications, or how deep.
+    bool hasSearchSettings = false;
 
     bool operator==(const KnownVolumes&) const = default;
 };
@@ -78,8 +80,9 @@ struct Fields<KnownVolume> {
 };
 template <>
 struct Fields<KnownVolumes> {
-    static constexpr auto list = fields(required("version", &KnownVolumes::version),
-                                        required("volumes", &KnownVolumes::volumes));
+    static constexpr auto list =
+        fields(required("version", &KnownVolumes::version), required("volumes", &KnownVolumes::volumes),
+               defaulted("hasSearchSettings", &KnownVolumes::hasSearchSettings));
 };
 
 } // namespace json

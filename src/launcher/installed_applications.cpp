@@ -80,8 +80,11 @@ InstalledApplications::Hold InstalledApplications::replacing() {
 void InstalledApplications::start() {
     _isScanning = true;
     _isScanWanted = false;
+    ScanContext context = scanContext(_machine);
+    if (haveSettingsVanished())
+        context.settings.isCertain = false;
     _task = _machine.workers.run(
-        [scanner = AppScanner(scanContext(_machine)), before = _cache, startedAt = _machine.clock.now(),
+        [scanner = AppScanner(std::move(context)), before = _cache, startedAt = _machine.clock.now(),
          holds = _holds, replacements = _replacements, isReplacing = !_replacing.expired(),
          &machine = _machine](std::stop_token stop) {
             Scanned result{.found = {},
@@ -130,7 +133,10 @@ void InstalledApplications::adopt(Scanned result) {
         _isKnown = true;
         scanned.notify();
         // After the merge: what is no longer known is no longer in doubt.
-        _knownVolumes.set(_cache.knownVolumes());
+        KnownVolumes known = _cache.knownVolumes();
+        known.hasSearchSettings =
+            haveSettingsVanished() || AppDiscoverySettings::areIn(_machine.settings);
+        _knownVolumes.set(std::move(known));
     }
     if (isHeld())
         return; // its owner looks again
@@ -138,6 +144,18 @@ void InstalledApplications::adopt(Scanned result) {
         return result.found ? start() : void();
     for (const auto& done : std::exchange(_waiting, {}))
         done();
+}
+
+/// A file that is lost looks like none that ever was. Where the settings once said where to look, that
+/// they say nothing at all now is not the user's word.
+bool InstalledApplications::haveSettingsVanished() const {
+    return _knownVolumes.value().hasSearchSettings && _machine.settings.values().isEmpty();
+}
+
+void InstalledApplications::settingsChanged() {
+    KnownVolumes known = _knownVolumes.value();
+    known.hasSearchSettings = AppDiscoverySettings::areIn(_machine.settings);
+    _knownVolumes.set(std::move(known));
 }
 
 // ---- look-ups

@@ -76,6 +76,9 @@ public:
     /// The application at this path has gone, before a scan says so; so have those inside it.
     void forget(const QString& path);
 
+    /// The user has set something: what the settings hold now is the user's word.
+    void settingsChanged();
+
     static LauncherError unknown(const QString& appKey);
     /// Why an application may not be removed; nothing where it may.
     static std::optional<LauncherError> protection(const AppEntry& app);
@@ -93,6 +96,7 @@ private:
     void finish(Scanned result);
     bool counts(const Scanned& result) const;
     void adopt(Scanned result);
+    bool haveSettingsVanished() const;
 
     Machine& _machine;
     Preparation _prepare;

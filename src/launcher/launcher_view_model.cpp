@@ -233,6 +233,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
 void LauncherViewModel::applySettings() {
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         layout(mode).refresh();
+    applications().settingsChanged();
     updates().settingsChanged();
     settingsChanged.notify();
 }

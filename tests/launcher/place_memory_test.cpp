@@ -75,6 +75,22 @@ TEST_F(PlaceMemoryTest, WhatCouldNotBeSeenCostsNoTile) {
     move(u"/aside"_s, u"/Volumes/Work"_s);
     rescan();
     EXPECT_TRUE(launcher->shown().unavailableAppKeys().isEmpty());
+    // Settings that are lost say nothing. Those that the user takes back do.
+    const auto set = [&](const QJsonValue& paths) {
+        ASSERT_TRUE(mac.machine.settings.set(u"appDiscovery.additionalSearchPaths"_s, paths));
+    };
+    const QJsonArray paths{u"/Volumes/Work/Apps"_s};
+    for (const bool isLost : {true, false}) {
+        set(QJsonValue());
+        isLost ? void() : launcher->applySettings();
+        for (int i = 0; i < 2; ++i) {
+            start();
+            EXPECT_EQ(sketched().contains(u"Fern"_s), isLost);
+        }
+        set(paths);
+        start();
+        EXPECT_EQ(sketched(), whole);
+    }
     mac.remove(custom);
     rescan();
     EXPECT_FALSE(sketched().contains(u"Fern"_s));
