@@ -37,7 +37,7 @@ void LayoutArchive::listArrangements(Mode mode,
 
 QString LayoutArchive::nameOf(Mode mode, const QUuid& id) const {
     const auto arrangement = _store.arrangement(mode, id);
-    return arrangement ? arrangement->name : QString();
+    return arrangement ? arrangement->value.name : QString();
 }
 
 std::expected<ArrangementSummary, LauncherError> LayoutArchive::save(Mode mode, const QString& name) {
@@ -69,15 +69,15 @@ LayoutArchive::Outcome LayoutArchive::restore(Mode mode, const QUuid& id) {
                 "This arrangement was saved by another version of Tessellar and cannot be restored.");
         return std::unexpected(error);
     }
-    return replace(mode, arrangement->document, arrangement->layout,
-                   editName(EditKind::restoreArrangement), QStringLiteral("arrangement-restore"),
-                   title);
+    return replace(mode, arrangement->value.document, arrangement->value.layout,
+                   editName(EditKind::restoreArrangement), QStringLiteral("arrangement-restore"), title,
+                   arrangement->isLossy);
 }
 
 LayoutArchive::Outcome LayoutArchive::replace(Mode mode, const LayoutDocument& document,
                                               const std::optional<ArrangementLayout>& settings,
                                               const QString& name, const QString& reason,
-                                              const QString& title) {
+                                              const QString& title, bool isLossy) {
     const MergeResult merged =
         mergeReplacement(document, _layouts[mode], _applications, _places, _machine);
     // Places first, as ever: the layout is saved without the tiles that they are of.
@@ -93,6 +93,12 @@ LayoutArchive::Outcome LayoutArchive::replace(Mode mode, const LayoutDocument& d
         _places.set(mode, before);
         return std::unexpected(made.error());
     }
+    if (isLossy)
+        _messages.alert({QStringLiteral("lossyRestore"),
+                         QStringLiteral("The contents of a folder could not be read, and its "
+                                        "applications come at the end. What was restored is kept as it "
+                                        "is, and “Undo” brings the former layout back."),
+                         QStringLiteral("Part of what was restored could not be read")});
     return {};
 }
 
@@ -114,12 +120,11 @@ void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<
         return done(guarded);
     read([backups = LayoutBackups(_machine.files, _store.directory()),
           name](std::stop_token) { return backups.read(name); },
-         [this, mode, title,
-          done = std::move(done)](const std::expected<BackupDocument, FileError>& backup) {
+         [this, mode, title, done = std::move(done)](const auto& backup) {
              if (!backup)
                  return done(std::unexpected(launcherError(backup.error(), title)));
-             done(replace(mode, backup->document, {}, QStringLiteral("Restore Backup"),
-                          QStringLiteral("backup-restore"), title));
+             done(replace(mode, backup->value.document, {}, QStringLiteral("Restore Backup"),
+                          QStringLiteral("backup-restore"), title, backup->isLossy));
          });
 }
 

@@ -54,7 +54,7 @@ private:
     void read(Work work, Done done);
     Outcome replace(Mode mode, const LayoutDocument& document,
                     const std::optional<ArrangementLayout>& settings, const QString& name,
-                    const QString& reason, const QString& title);
+                    const QString& reason, const QString& title, bool isLossy);
 
     Machine& _machine;
     LayoutStore& _store;

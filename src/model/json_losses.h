@@ -29,4 +29,11 @@ private:
     qsizetype _count = 0;
 };
 
+/// What was read, perhaps with something left out.
+template <typename T>
+struct MaybeLossy {
+    T value;
+    bool isLossy = false;
+};
+
 } // namespace tessellar::json

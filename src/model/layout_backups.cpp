@@ -1,7 +1,5 @@
 #include "model/layout_backups.h"
 
-#include "model/json_losses.h"
-
 #include <QCryptographicHash>
 
 #include <algorithm>
@@ -49,25 +47,28 @@ QList<BackupSummary> LayoutBackups::list() const {
         const auto backup = read(name);
         if (!backup)
             continue;
-        const ItemCounts counts = countItems(backup->document.pages);
-        result.append({name, backup->createdAt, backup->reason, static_cast<int>(counts.pages),
-                       static_cast<int>(counts.applications), static_cast<int>(counts.folders)});
+        const ItemCounts counts = countItems(backup->value.document.pages);
+        result.append({name, backup->value.createdAt, backup->value.reason,
+                       static_cast<int>(counts.pages), static_cast<int>(counts.applications),
+                       static_cast<int>(counts.folders)});
     }
     return result;
 }
 
-std::expected<BackupDocument, FileError> LayoutBackups::read(const QString& name) const {
+std::expected<json::MaybeLossy<BackupDocument>, FileError>
+LayoutBackups::read(const QString& name) const {
     if (name.contains(u'/') || !dateOf(name))
         return std::unexpected(FileError{FileError::Code::notFound, name.left(100)});
     const auto bytes = _files.read(path(name), maximumLayoutBytes);
     if (!bytes)
         return std::unexpected(bytes.error());
+    const json::Losses losses;
     auto backup = json::decodeDocument<BackupDocument>(*bytes);
     if (!backup || !LayoutDocument::isSupported(backup->document.version) ||
         folderDepth(backup->document.pages) > maximumFolderDepth)
         return std::unexpected(FileError{FileError::Code::damaged, path(name)});
     backup->document.version = LayoutDocument::currentVersion;
-    return *std::move(backup);
+    return json::MaybeLossy<BackupDocument>{*std::move(backup), losses.count() > 0};
 }
 
 std::expected<QString, FileError> LayoutBackups::keep(const QByteArray& bytes, const QString& reason,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/json_losses.h"
 #include "model/layout_document.h"
 #include "platform/file_system.h"
 
@@ -33,7 +34,7 @@ public:
 
     /// Newest first. A file that is no backup is left out.
     QList<BackupSummary> list() const;
-    std::expected<BackupDocument, FileError> read(const QString& name) const;
+    std::expected<json::MaybeLossy<BackupDocument>, FileError> read(const QString& name) const;
     /// Keeps a working file as another program wrote it: as a backup, or where it cannot be read whole
     /// as "unreadable-layout-STAMP-TAG.json". Its path.
     std::expected<QString, FileError> keep(const QByteArray& bytes, const QString& reason,

@@ -1,6 +1,5 @@
 #include "model/layout_store.h"
 
-#include "model/json_losses.h"
 #include "model/overwrite_guard.h"
 
 #include <algorithm>
@@ -343,11 +342,12 @@ LayoutStore::arrangementLister(LauncherWindowMode mode) const {
             &log = _machine.log] { return arrangementsIn(directory, files, locale, log); };
 }
 
-std::expected<Arrangement, LayoutStore::Error> LayoutStore::arrangement(LauncherWindowMode mode,
-                                                                        const QUuid& id) const {
+std::expected<json::MaybeLossy<Arrangement>, LayoutStore::Error>
+LayoutStore::arrangement(LauncherWindowMode mode, const QUuid& id) const {
     const auto bytes = _machine.files.read(arrangementPath(mode, id), maximumLayoutBytes);
     if (!bytes)
         return std::unexpected(bytes.error());
+    const json::Losses losses;
     auto arrangement = json::decodeDocument<Arrangement>(*bytes);
     if (!arrangement) {
         _machine.log.warning(json::message(arrangement.error()));
@@ -359,7 +359,7 @@ std::expected<Arrangement, LayoutStore::Error> LayoutStore::arrangement(Launcher
     if (folderDepth(arrangement->document.pages) > maximumFolderDepth)
         return std::unexpected(FileError{FileError::Code::tooLarge, arrangementPath(mode, id)});
     arrangement->document.version = Document::currentVersion;
-    return *std::move(arrangement);
+    return json::MaybeLossy<Arrangement>{*std::move(arrangement), losses.count() > 0};
 }
 
 std::expected<void, FileError> LayoutStore::deleteArrangement(LauncherWindowMode mode,

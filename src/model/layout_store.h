@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/json_losses.h"
 #include "model/launcher_window_mode.h"
 #include "model/layout_document.h"
 #include "platform/background_file.h"
@@ -117,7 +118,8 @@ public:
     /// What does that, on any thread: it reads whole documents.
     std::function<QList<ArrangementSummary>()> arrangementLister(LauncherWindowMode mode) const;
     QString arrangementPath(LauncherWindowMode mode, const QUuid& id) const;
-    std::expected<Arrangement, Error> arrangement(LauncherWindowMode mode, const QUuid& id) const;
+    std::expected<json::MaybeLossy<Arrangement>, Error> arrangement(LauncherWindowMode mode,
+                                                                    const QUuid& id) const;
     std::expected<void, FileError> deleteArrangement(LauncherWindowMode mode, const QUuid& id);
 
 private:

@@ -40,7 +40,7 @@ TEST(LayoutBackups, AreListedReadAndBoundedInNumberAndAge) {
     ASSERT_EQ(all.size(), 105);
     EXPECT_EQ(all[0].name, recent[0]);
     EXPECT_EQ(all[0].appCount, 1);
-    EXPECT_EQ(backups.read(recent[1])->document.pages[0][0].app()->name, u"1"_s);
+    EXPECT_EQ(backups.read(recent[1])->value.document.pages[0][0].app()->name, u"1"_s);
     EXPECT_EQ(backups.read(damaged).error().code, FileError::Code::damaged);
     for (const QString& odd : {u"../../layout"_s, u""_s, u"2026"_s, recent[1] + u"/x"_s})
         EXPECT_EQ(backups.read(odd).error().code, FileError::Code::notFound);

@@ -276,7 +276,7 @@ TEST_F(LayoutStoreTest, WhatAnotherProgramWroteIsKeptBeforeItIsSavedOver) {
     const LayoutBackups backups(mac.files, directory);
     ASSERT_EQ(backups.list().size(), 1);
     EXPECT_EQ(backups.list()[0].reason, u"changed-by-another-program");
-    EXPECT_EQ(backups.read(backups.list()[0].name)->document, shown("theirs"));
+    EXPECT_EQ(backups.read(backups.list()[0].name)->value.document, shown("theirs"));
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(sketch(stored().pages), u"ours");
 
@@ -375,8 +375,8 @@ TEST_F(LayoutStoreTest, ArrangementsCountTilesAtEveryDepthAndCarryTheirSettings)
     EXPECT_EQ(saved->folderCount, 3);
     const auto read = store.arrangement(fullScreen, saved->id);
     ASSERT_TRUE(read);
-    EXPECT_EQ(read->document.pages, pages);
-    EXPECT_EQ(read->layout, layout);
+    EXPECT_EQ(read->value.document.pages, pages);
+    EXPECT_EQ(read->value.layout, layout);
 }
 
 TEST_F(LayoutStoreTest, AnArrangementOfAnUnknownVersionIsRefused) {
