@@ -3,6 +3,8 @@
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_messages.h"
 
+#include <algorithm>
+
 namespace tessellar {
 
 MergeInput mergeInput(const LayoutDocument& document, const LiveLayout& layout,
@@ -10,7 +12,8 @@ MergeInput mergeInput(const LayoutDocument& document, const LiveLayout& layout,
                       const Machine& machine) {
     return {document,
             {.scannedApps = installed->scan.apps,
-             .isGone = [installed](const QString& path) { return installed->isGone(path); },
+             .isGone = [installed, canRemember = places.canRemember(layout.mode())](
+                           const QString& path) { return canRemember && installed->isGone(path); },
              .pageCapacity = layout.capacities().page,
              .places = places[layout.mode()],
              .now = machine.clock.now()},
@@ -43,6 +46,7 @@ LayoutMerger::LayoutMerger(const Machine& machine, LayoutStore& store, LiveLayou
     , _places(places)
     , _messages(messages)
     , _scanned(applications.scanned.connect([this] { apply(); })) {
+    store.setPrecondition([&places](LauncherWindowMode mode) { return places.written(mode); });
     applications.setPreparation([this](const Installed& installed, std::function<void()> done) {
         prepare(installed, std::move(done), 3);
     });
@@ -52,6 +56,12 @@ void LayoutMerger::load() {
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         _loaded[std::size_t(mode)] = _store.load(mode);
     _places.load();
+    if (!std::ranges::all_of(LiveLayouts::modes,
+                             [this](LauncherWindowMode mode) { return _places.canRemember(mode); }))
+        _messages.alert(
+            {QStringLiteral("placesUnreadable"),
+             QStringLiteral("Until they can be, applications that are gone keep their tiles."),
+             QStringLiteral("The places of applications that went could not be read")});
 }
 
 // ---- working it out

@@ -10,8 +10,8 @@ namespace tessellar {
 ///
 ///     remembered-places.json, remembered-places-windowed.json
 ///
-/// A place is written before the layout without its tile is, so that neither can be lost without the
-/// other. Main thread only.
+/// A place is on the disk before the layout without its tile is, so that neither can be lost without
+/// the other. While a file cannot be read, nothing is to be dropped in its mode. Main thread only.
 class PlaceMemory {
 public:
     explicit PlaceMemory(const Machine& machine);
@@ -19,6 +19,13 @@ public:
     void load();
     const RememberedPlaces& operator[](LauncherWindowMode mode) const { return kept(mode).value(); }
     void set(LauncherWindowMode mode, const RememberedPlaces& places) { kept(mode).set(places); }
+
+    /// False while the mode's file cannot be read.
+    bool canRemember(LauncherWindowMode mode) const { return !kept(mode).isBlocked(); }
+    /// What is to come before a save of the mode's layout, see `LayoutStore::setPrecondition`.
+    std::function<BackgroundFile::Result()> written(LauncherWindowMode mode) {
+        return kept(mode).written();
+    }
 
     /// Before the user's removal of the application at `path` takes its tiles away.
     void rememberRemoved(const LiveLayouts& layouts, const QString& path);

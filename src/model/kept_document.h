@@ -30,6 +30,7 @@ public:
 
     void load() {
         _value = {};
+        _isBlocked = false;
         const auto bytes = _file.read();
         if (!bytes) {
             leaveOut(message(bytes.error()));
@@ -37,7 +38,9 @@ public:
             using Code = FileError::Code;
             constexpr std::array never{Code::tooLarge, Code::isADirectory, Code::notARegularFile};
             if (std::ranges::find(never, bytes.error().code) != never.end())
-                (void)_file.setAside(_machine.clock, _machine.uuids.next());
+                setAside();
+            else
+                _isBlocked = true;
             return;
         }
         if (!*bytes)
@@ -49,14 +52,33 @@ public:
             _value = *std::move(document);
         } else {
             leaveOut(json::message(document.error()));
-            (void)_file.setAside(_machine.clock, _machine.uuids.next());
+            setAside();
         }
     }
+
+    /// What the file holds is not known, and what is set here does not reach it.
+    bool isBlocked() const { return _isBlocked; }
 
     void set(Document value) {
         if (value == _value && !_file.lastError())
             return;
         _value = std::move(value);
+        write();
+    }
+
+    /// Calls `done` on the main thread once what was set is on the disk, or is not.
+    void whenWritten(BackgroundFile::Done done) { _file.whenWritten(std::move(done)); }
+    /// As of a background file, with another try at what failed. Nothing waits for a blocked one.
+    std::function<BackgroundFile::Result()> written() {
+        if (_isBlocked)
+            return [] { return BackgroundFile::Result(); };
+        if (_file.lastError())
+            write();
+        return _file.written();
+    }
+
+private:
+    void write() {
         _file.write([value = _value]() -> std::expected<QByteArray, FileError> {
             return json::write(json::encode(value));
         });
@@ -65,11 +87,7 @@ public:
                 log.warning(message(written.error()));
         });
     }
-
-    /// Calls `done` on the main thread once what was set is on the disk, or is not.
-    void whenWritten(BackgroundFile::Done done) { _file.whenWritten(std::move(done)); }
-
-private:
+    void setAside() { _isBlocked = !_file.setAside(_machine.clock, _machine.uuids.next()).has_value(); }
     void leaveOut(const QString& why) {
         _machine.log.warning(QStringLiteral("%1 is left out: %2").arg(_file.path(), why));
     }
@@ -77,6 +95,7 @@ private:
     const Machine& _machine;
     BackgroundFile _file;
     Document _value;
+    bool _isBlocked = false;
 };
 
 } // namespace tessellar

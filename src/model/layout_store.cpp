@@ -155,9 +155,14 @@ void LayoutStore::handOver(LauncherWindowMode mode) {
     file.pendingSave.cancel();
     if (!file.unsaved || (file.unsaved->ticket && (!file.outcome() || file.isSaved())))
         return;
-    file.unsaved->ticket =
-        file.file.write([path = file.file.path(), document = current(file.unsaved->document),
-                         guard = file.guard, now = _machine.clock.now()] {
+    file.unsaved->ticket = file.file.write(
+        [path = file.file.path(), document = current(file.unsaved->document), guard = file.guard,
+         now = _machine.clock.now(),
+         precondition =
+             _precondition ? _precondition(mode) : nullptr] -> std::expected<QByteArray, FileError> {
+            if (precondition)
+                if (const auto met = precondition(); !met)
+                    return std::unexpected(met.error());
             auto bytes = encoded(path, document, document);
             if (bytes)
                 if (const auto guarded = guard->beforeWriting(*bytes, now); !guarded)

@@ -102,6 +102,12 @@ public:
     /// there before it was written over.
     Signal<LauncherWindowMode, QString> foreignVersionKept;
 
+    /// What is to be on the disk before a mode's working file. Called on the main thread when a save is
+    /// handed over; what it gives is called before the file is written, on the lane for saving. Where
+    /// that fails the save has failed.
+    using Precondition = std::function<std::function<BackgroundFile::Result()>(LauncherWindowMode)>;
+    void setPrecondition(Precondition precondition) { _precondition = std::move(precondition); }
+
     /// The path of the backup.
     std::expected<QString, FileError> makeBackup(const QString& reason,
                                                  const std::optional<QString>& sourceDatabasePath,
@@ -157,6 +163,7 @@ private:
     const Machine& _machine;
     QString _directory;
     std::array<Working, 2> _working;
+    Precondition _precondition;
 };
 
 /// The user-facing sentence.

@@ -14,6 +14,8 @@ struct BackgroundFile::State {
     /// On the worker, in the turn of a write: does it unless a later one waits. That has a turn of its
     /// own, so that it does not overtake what was handed over for other files before it.
     void write(Ticket turn);
+    /// On the worker: the write that waits, if any, whenever its turn would be.
+    void writeNext(std::unique_lock<std::mutex>& lock);
     /// On the main thread: tells those whose writes are done.
     void tell();
 
@@ -34,8 +36,14 @@ struct BackgroundFile::State {
 
 void BackgroundFile::State::write(Ticket turn) {
     std::unique_lock lock(mutex);
-    if (turn != handedOver)
+    if (turn == handedOver)
+        writeNext(lock);
+}
+
+void BackgroundFile::State::writeNext(std::unique_lock<std::mutex>& lock) {
+    if (!next)
         return;
+    const Ticket turn = handedOver;
     Encode encode = std::exchange(next, nullptr);
     lock.unlock();
     const auto bytes = encode();
@@ -106,6 +114,16 @@ BackgroundFile::Result BackgroundFile::wait() const {
     std::unique_lock lock(_state->mutex);
     _state->changed.wait(lock, [this] { return _state->finished == _state->handedOver; });
     return _state->last;
+}
+
+std::function<BackgroundFile::Result()> BackgroundFile::written() const {
+    const std::lock_guard lock(_state->mutex);
+    return [state = _state, ticket = _state->handedOver] {
+        std::unique_lock turn(state->mutex);
+        if (state->finished < ticket)
+            state->writeNext(turn);
+        return ticket <= state->succeeded ? Result() : state->last;
+    };
 }
 
 void BackgroundFile::whenWritten(Done done) {

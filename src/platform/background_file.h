@@ -3,6 +3,7 @@
 #include "platform/stored_file.h"
 #include "platform/worker_pool.h"
 
+#include <functional>
 #include <memory>
 
 namespace tessellar {
@@ -37,6 +38,9 @@ public:
     std::optional<FileError> lastError() const;
     /// Blocks until all that was handed over is on the disk, or has failed; gives the last result.
     Result wait() const;
+    /// For a file that may only be written after this one. To be called in its turn on the lane for
+    /// saving: writes what still waits here, and gives what became of all that is handed over by now.
+    std::function<Result()> written() const;
     /// Calls `done` on the main thread once that is so, with that result.
     void whenWritten(Done done);
     /// Waits for what runs, then reads.

@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <latch>
+#include <random>
 
 namespace tessellar::test {
 namespace {
@@ -218,6 +219,184 @@ TEST_F(PlaceMemoryTest, AFileThatIsReadInPartIsKeptBeforeItIsSavedOver) {
     const QStringList kept = mac.names(data + u"/Backups"_s);
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(mac.read(data + u"/Backups/"_s + kept[0]), bad);
+}
+
+TEST_F(PlaceMemoryTest, WhatIsRestoredOnlyInPartIsToldAndKeptWhole) {
+    arrange();
+    start();
+    const auto saved = launcher->archive().save(Mode::fullScreen, u"Mine"_s);
+    ASSERT_TRUE(saved);
+    ASSERT_TRUE(launcher->archive().reset(Mode::fullScreen));
+    mac.settle();
+    const QString backup = mac.names(data + u"/Backups"_s)[0];
+    const QString files[] = {data + u"/Arrangements/"_s + toText(saved->id) + u".json"_s,
+                             data + u"/Backups/"_s + backup};
+    for (const QString& file : files) {
+        const QByteArray bad = mac.read(file).replace("file:///Applications/Ash.app/", "nowhere");
+        mac.write(file, bad);
+        std::optional<LayoutArchive::Outcome> outcome;
+        if (file == files[0])
+            outcome = launcher->archive().restore(Mode::fullScreen, saved->id);
+        else
+            launcher->archive().restoreBackup(Mode::fullScreen, backup.sliced(7).chopped(5),
+                                              [&](const auto& restored) { outcome = restored; });
+        mac.settle();
+        EXPECT_EQ(outcome, LayoutArchive::Outcome());
+        EXPECT_EQ(sketched(), u"Oak Ivy|Ash Elm");
+        const QList<LauncherError> alerts = launcher->messages().takeAlerts();
+        ASSERT_EQ(alerts.size(), 1);
+        EXPECT_EQ(alerts[0].code, u"lossyRestore");
+        EXPECT_EQ(mac.read(file), bad);
+    }
+}
+
+TEST_F(PlaceMemoryTest, NoTileLeavesTheDiskBeforeItsPlaceIsThere) {
+    arrange();
+    start();
+    const auto pressOn = [&] {
+        ASSERT_TRUE(launcher->editor().rename(Mode::fullScreen, idOf(u"Ivy"_s),
+                                              sketched().contains(u"Ivy"_s) ? u"Yew"_s : u"Ivy"_s));
+        time.advance(300ms);
+        mac.settle();
+    };
+    mac.makeFolder(places); // no file can take its place
+    remove(u"Ash"_s);
+    rescan();
+    time.advance(300ms);
+    EXPECT_EQ(sketched(), u"Oak Elm Ivy");
+    EXPECT_EQ(sketch(stored().pages), arranged);
+    pressOn();
+    EXPECT_EQ(sketch(stored().pages), arranged);
+    EXPECT_EQ(launcher->messages().takeAlerts().value(0).title, u"Could not save the layout");
+    mac.remove(places);
+    pressOn();
+    EXPECT_EQ(sketch(stored().pages), u"Oak Elm Ivy");
+    install(u"Ash"_s);
+    start();
+    EXPECT_EQ(sketched(), arranged);
+
+    // Nor is one dropped while it is not known what the file holds.
+    launcher.reset();
+    mac.remove(places);
+    mac.link(places, u"nowhere"_s);
+    remove(u"Ash"_s);
+    start();
+    EXPECT_EQ(launcher->messages().takeAlerts().value(0).code, u"placesUnreadable");
+    pressOn();
+    EXPECT_EQ(sketch(stored().pages), u"Oak [Trees: Elm Ash] Yew");
+    EXPECT_EQ(launcher->shown().unavailableAppKeys(), QSet<QString>{u"org.example.ash"_s});
+    launcher.reset();
+    mac.remove(places);
+    start();
+    EXPECT_EQ(sketched(), u"Oak Elm Yew");
+}
+
+/// Steps are undone, applications and copies of them come and go, and when the machine is as it was and
+/// the steps are made again, so is the arrangement. In between every application has one tile.
+TEST_F(PlaceMemoryTest, UndoAndRedoSurviveCopiesThatComeAndGo) {
+    arrange();
+    const QStringList names{u"Ash"_s, u"Elm"_s, u"Ivy"_s, u"Oak"_s};
+    const QStringList folders{u"/Applications"_s, u"/Users/ada/Applications"_s};
+    std::mt19937 random(5);
+    const auto below = [&](auto n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const auto pathOf = [&](int i) {
+        return FileSystem::joined(folders[i / 4], names[i % 4] + u".app"_s);
+    };
+    const auto put = [&](int i, bool isThere) {
+        if (isThere == mac.exists(pathOf(i)))
+            return;
+        isThere ? (void)install(names[i % 4], folders[i / 4]) : mac.remove(pathOf(i));
+    };
+    QStringList story;
+    const auto check = [&] {
+        QStringList tiles;
+        QSet<QString> hidden;
+        forEachItem(launcher->shown().pages(), [&](const LaunchpadItem& item) {
+            if (const AppEntry* entry = item.app()) {
+                tiles.append(entry->path);
+                if (launcher->shown().hiddenKeys().contains(appKey(*entry)))
+                    hidden.insert(entry->path);
+            }
+            return true;
+        });
+        tiles.sort();
+        QStringList installed;
+        for (int i = 0; i < 8; ++i)
+            if (mac.exists(pathOf(i)))
+                installed.append(pathOf(i));
+        EXPECT_EQ(tiles, installed) << story.join(u'\n').toStdString();
+        return hidden;
+    };
+    for (int round = 0; round < 40 && !HasFailure(); ++round) {
+        start();
+        story.clear();
+        int steps = 0;
+        // What comes between two edits lies where it is put anew, whichever is made again.
+        const bool isSteady = below(2) == 0;
+        for (int i = below(4); i >= 0; --i) {
+            const QList<QUuid> apps = [&] {
+                QList<QUuid> ids;
+                launcher->layouts().forEachApplication([&](Mode mode, const AppEntry& entry) {
+                    if (mode == Mode::fullScreen)
+                        ids.append(entry.id);
+                });
+                return ids;
+            }();
+            const QUuid one = apps[below(apps.size())];
+            const auto before = launcher->history().steps().undoStack().size();
+            LauncherEditor& editor = launcher->editor();
+            switch (below(4)) {
+            case 0:
+                (void)editor.hideApps(Mode::fullScreen, {one});
+                break;
+            case 1:
+                (void)editor.rename(Mode::fullScreen, one, u"My %1"_s.arg(below(100)));
+                break;
+            case 2:
+                (void)editor.groupTiles(Mode::fullScreen, {one}, apps[below(apps.size())]);
+                break;
+            case 3:
+                (void)editor.sortPage(Mode::fullScreen, {}, 0);
+                break;
+            }
+            steps += launcher->history().steps().undoStack().size() > before;
+            if (!isSteady && below(2) == 0) {
+                const int i = below(8);
+                story += u"machine: "_s + pathOf(i);
+                put(i, !mac.exists(pathOf(i)) || (!mac.exists(pathOf((i + 4) % 8))));
+                rescan();
+            }
+            story += u"edited: "_s + sketched();
+        }
+        const QString arrangement = sketched();
+        const QSet<QString> hidden = check();
+        std::array<bool, 8> machine{};
+        for (int i = 0; i < 8; ++i)
+            machine[std::size_t(i)] = mac.exists(pathOf(i));
+
+        for (int i = 0; i < steps; ++i) {
+            EXPECT_EQ(undo(), u"done");
+            story += u"undone: "_s + sketched();
+            check();
+            const int other = below(8);
+            put(other, below(2) == 0);
+            rescan();
+            story += (mac.exists(pathOf(other)) ? u"there: "_s : u"gone: "_s) + pathOf(other) + u' ' +
+                     sketched();
+            check();
+        }
+        for (int i = 0; i < 8; ++i)
+            put(i, machine[std::size_t(i)]);
+        rescan();
+        for (int i = 0; i < steps; ++i) {
+            EXPECT_EQ(redo(), u"done");
+            check();
+        }
+        if (isSteady && steps > 0) {
+            EXPECT_EQ(sketched(), arrangement) << story.join(u'\n').toStdString();
+            EXPECT_EQ(check(), hidden) << story.join(u'\n').toStdString();
+        }
+    }
 }
 
 TEST_F(PlaceMemoryTest, TheSaveAtTheStartKeepsNobodyWaitingAndItsFailureIsTold) {

@@ -180,6 +180,34 @@ TEST_F(BackgroundFileTest, ALaterWriteDoesNotOvertakeWhatWasHandedOverForAnother
     EXPECT_EQ(mac.read(path), "three");
 }
 
+TEST_F(BackgroundFileTest, WhatMayOnlyBeWrittenAfterItFindsItThere) {
+    BackgroundFile other(mac.workers, StoredFile(mac.files, folder + u"/other.json"_s, 1'000));
+    background->write(bytes("one"));
+    QByteArrayList seen;
+    const auto write = [&] {
+        return other.write(
+            [&, written = background->written()]() -> std::expected<QByteArray, FileError> {
+                if (const auto there = written(); !there)
+                    return std::unexpected(there.error());
+                seen.append(mac.read(path));
+                return QByteArray("other");
+            });
+    };
+    write();
+    background->write(bytes("two")); // in place of the first, whose turn is over then
+    open();
+    EXPECT_EQ(seen, QByteArrayList{"two"});
+    EXPECT_EQ(encoded, 1);
+    EXPECT_TRUE(background->wait());
+
+    mac.remove(path);
+    mac.makeFolder(path);
+    background->write(bytes("three"));
+    write();
+    EXPECT_EQ(other.wait().error().code, Code::isADirectory);
+    EXPECT_EQ(seen.size(), 1);
+}
+
 TEST_F(BackgroundFileTest, IsWrittenButTellsNobodyWhenItGoes) {
     background->write(bytes("one"));
     background->whenWritten([](const auto&) { FAIL(); });
