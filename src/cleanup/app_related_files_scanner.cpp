@@ -1,11 +1,7 @@
 #include "cleanup/app_related_files_scanner.h"
 
 #include "cleanup/cleanup_locations.h"
-#include "cleanup/related_file_names.h"
-#include "platform/directory_walker.h"
-#include "platform/property_list.h"
-
-#include <QUuid>
+#include "cleanup/related_file_ties.h"
 
 #include <unistd.h>
 
@@ -27,9 +23,6 @@ constexpr std::array<QByteArrayView, 22> packageExtensions{
 /// A walk that finds more has been led astray; the surest of them are still among those kept.
 constexpr qsizetype maximumFound = 10'000;
 constexpr std::uint64_t maximumEntries = 5'000'000;
-/// How far a folder is looked through for what other applications keep in it.
-constexpr int deepestProduct = 4;
-constexpr std::uint64_t mostProducts = 20'000;
 
 bool isPackage(QByteArrayView name) {
     const qsizetype dot = name.lastIndexOf('.');
@@ -51,41 +44,6 @@ bool mayMoveByRights(const FileSystem& files, const QString& path) {
            (!status || status->type != FileType::directory || mayWrite(path));
 }
 
-/// How an item was tied, and what speaks against choosing it beforehand.
-struct Tie {
-    RelatedFileMatch match = RelatedFileMatch::risky;
-    QString reason;
-    bool isContested = false;
-    bool isShared = false; ///< with another application, by a word: what lies in it may be tied nearer
-};
-
-QString reasonOf(const ApplicationNames::Grade& grade) {
-    const QString word = QString::fromUtf8(grade.because);
-    switch (grade.match) {
-    case RelatedFileMatch::appBundle:
-        return QStringLiteral("The application itself.");
-    case RelatedFileMatch::strong:
-        return QStringLiteral("Its name is the identifier “%1”.").arg(word);
-    case RelatedFileMatch::strongish:
-        return QStringLiteral("Its name begins or ends with the identifier “%1”.").arg(word);
-    case RelatedFileMatch::medium:
-        return QStringLiteral("It is named “%1” like the application.").arg(word);
-    case RelatedFileMatch::risky:
-        return QStringLiteral("Its name contains “%1”.").arg(word);
-    }
-    return {};
-}
-
-/// What a small property list says; absent where it cannot be read.
-PropertyValue propertyList(const FileSystem& files, const QString& path) {
-    constexpr std::uint64_t mostBytes = 1u << 20;
-    const auto status = files.linkStatus(path);
-    if (!status || status->type != FileType::regular || status->size > mostBytes)
-        return {};
-    const auto bytes = files.read(path, mostBytes);
-    return bytes ? parsePropertyList(*bytes).value_or(PropertyValue()) : PropertyValue();
-}
-
 class Search {
 public:
     Search(const FileSystem& files, const QString& home, const CleanupApplication& application,
@@ -94,10 +52,7 @@ public:
         : _files(files)
         , _home(home)
         , _application(application)
-        , _teamOf(teamOf)
-        , _names(application)
-        , _others(othersOf(application, others))
-        , _claims(_others)
+        , _ties(files, application, others, teamOf, stop)
         , _stop(std::move(stop)) {}
 
     void addBundle(RelatedFilesScan& scan) const {
@@ -107,7 +62,7 @@ public:
         scan.files.append({.path = FileSystem::standardized(_application.path),
                            .location = QStringLiteral("Application"),
                            .match = RelatedFileMatch::appBundle,
-                           .reason = reasonOf({RelatedFileMatch::appBundle, {}}),
+                           .reason = RelatedFileTies::reasonOf({RelatedFileMatch::appBundle, {}}),
                            .identity = identityOf(*status)});
         addLinks(scan);
     }
@@ -161,8 +116,9 @@ public:
             // Gone or exchanged meanwhile, or a volume of its own.
             if (!item || item->type != found.type || item->device != status->device)
                 continue;
-            Tie tie = found.tie;
-            if (!tie.isContested && holdsAnothers(found)) {
+            RelatedFileTie tie = found.tie;
+            if (!tie.isContested && found.type == FileType::directory &&
+                _ties.holdAnothers(found.path)) {
                 tie.isContested = true;
                 tie.reason += QStringLiteral(" Files of another application lie in it.");
             }
@@ -180,18 +136,8 @@ private:
     struct Found {
         QString path;
         FileType type = FileType::other;
-        Tie tie;
+        RelatedFileTie tie;
     };
-
-    static QList<CleanupApplication> othersOf(const CleanupApplication& application,
-                                              const QList<CleanupApplication>& all) {
-        QList<CleanupApplication> others;
-        // What lies in the bundle goes with it.
-        std::ranges::copy_if(all, std::back_inserter(others), [&](const CleanupApplication& other) {
-            return !FileSystem::isWithin(other.path, application.path);
-        });
-        return others;
-    }
 
     /// A location that a link leads elsewhere is not what it is called.
     bool isInItsPlace(const CleanupLocation& location, const QString& folder) const {
@@ -208,9 +154,9 @@ private:
         const MatchingName name(entry.name);
         if (entersSystemFolder(location, entry))
             return WalkStep::descend;
-        if (!_names.isApple() && (namesApple(name) || (entry.depth == 1 && isTheSystems(name))))
+        if (!_ties.areApples() && (namesApple(name) || (entry.depth == 1 && isTheSystems(name))))
             return WalkStep::skip;
-        if (auto tie = tieOf(location, entry, name)) {
+        if (auto tie = _ties.of(location, entry, name)) {
             const bool goesOn =
                 tie->isShared && entry.type == FileType::directory && entry.depth < location.depth;
             keep({entry.path(), entry.type, *std::move(tie)});
@@ -218,7 +164,7 @@ private:
         }
         if (entry.type != FileType::directory || isPackage(entry.name) || entry.depth >= location.depth)
             return WalkStep::skip;
-        return isAnothers(name) ? WalkStep::skip : WalkStep::descend;
+        return _ties.areAnothers(name) ? WalkStep::skip : WalkStep::descend;
     }
 
     /// Of what is the system's, only these hold entries for each application.
@@ -237,134 +183,6 @@ private:
                });
     }
 
-    std::optional<Tie> tieOf(const CleanupLocation& location, const WalkEntry& entry,
-                             const MatchingName& name) const {
-        if (const auto grade = _names.grade(name))
-            if (auto tie = tieByName(location, *grade, name);
-                tie && (!location.isForCertain || tie->match <= RelatedFileMatch::strongish))
-                return tie;
-        if (auto tie = tieByContents(location, entry))
-            return tie;
-        return location.isForCertain ? std::nullopt : tieByDeveloper(name);
-    }
-
-    std::optional<Tie> tieByName(const CleanupLocation& location, const ApplicationNames::Grade& grade,
-                                 const MatchingName& name) const {
-        const auto verdict = _claims.judge(name, grade);
-        if (verdict.isAnothers)
-            return std::nullopt;
-        Tie tie{.match = grade.match, .reason = reasonOf(grade)};
-        const auto contest = [&](const QString& why) {
-            tie.isContested = true;
-            tie.reason += u' ' + why;
-        };
-        tie.isShared = !verdict.sharedWith.isEmpty() && !grade.isByIdentifier();
-        if (!verdict.sharedWith.isEmpty())
-            contest(QStringLiteral("May also belong to %1.")
-                        .arg(verdict.sharedWith.join(QStringLiteral(", "))));
-        else if (_names.isApple())
-            contest(QStringLiteral("macOS itself may use it."));
-        else if (namesVendor(_names.identifier()) ||
-                 (grade.isByIdentifier() && !grade.because.contains('.')))
-            contest(QStringLiteral("The identifier may be more than this application’s."));
-        else if (QByteArrayView(location.folder) == "Group Containers" && mayShareGroup())
-            contest(QStringLiteral("Applications of the same developer may share it."));
-        else if (grade.match == RelatedFileMatch::strongish &&
-                 (!_names.ownsExtensions() || namesSiblingProduct(name, _names.identifier())))
-            contest(QStringLiteral("It may be another product’s."));
-        return tie;
-    }
-
-    /// Property lists of agents and daemons name the program that they start, and the metadata of
-    /// containers that are named by a number the application that they are of.
-    std::optional<Tie> tieByContents(const CleanupLocation& location, const WalkEntry& entry) const {
-        if (entry.depth != 1)
-            return std::nullopt;
-        const QByteArrayView folder = location.folder;
-        if (folder.startsWith("Launch") && entry.type == FileType::regular &&
-            entry.name.endsWith(".plist")) {
-            const PropertyValue list = propertyList(_files, entry.path());
-            const auto words = list[QStringLiteral("ProgramArguments")].texts().value_or(QStringList());
-            const QString program = list[QStringLiteral("Program")].text().value_or(words.value(0));
-            if (program.startsWith(u'/') &&
-                FileSystem::isWithin(FileSystem::standardized(program), _application.path))
-                return Tie{.match = RelatedFileMatch::strongish,
-                           .reason = QStringLiteral("It starts a program of the application.")};
-        }
-        if (folder == "Containers" && entry.type == FileType::directory &&
-            !_names.identifier().isEmpty() &&
-            !QUuid::fromString(FileSystem::fromHostBytes(entry.name)).isNull()) {
-            const PropertyValue list = propertyList(
-                _files,
-                FileSystem::joined(entry.path(),
-                                   QStringLiteral(".com.apple.containermanagerd.metadata.plist")));
-            const auto owner = list[QStringLiteral("MCMMetadataIdentifier")].text();
-            if (owner && owner->compare(*_application.bundleIdentifier, Qt::CaseInsensitive) == 0)
-                return Tie{.match = RelatedFileMatch::strong,
-                           .reason = QStringLiteral("It is the container of “%1”.").arg(*owner)};
-        }
-        return std::nullopt;
-    }
-
-    /// What carries an identifier of the same developer that no application is known for: a helper's,
-    /// perhaps, or what another product left.
-    std::optional<Tie> tieByDeveloper(const MatchingName& name) const {
-        const QByteArray& developer = _names.developer();
-        if (developer.isEmpty() || !name.view().startsWith(developer + '.') ||
-            _claims.tiesByIdentifier(name))
-            return std::nullopt;
-        return Tie{.match = RelatedFileMatch::risky,
-                   .reason = QStringLiteral("Its name begins with “%1”, as the identifiers of this "
-                                            "developer do.")
-                                 .arg(QString::fromUtf8(developer)),
-                   .isContested = true};
-    }
-
-    /// True for a folder in which lies, at any depth that vendors use, what another application's
-    /// identifier ties: they keep their products together under the shortest of their identifiers.
-    bool holdsAnothers(const Found& found) const {
-        if (found.type != FileType::directory || found.tie.match > RelatedFileMatch::strongish)
-            return false;
-        std::atomic<bool> holds = false;
-        (void)walkDirectory(
-            _files, found.path, {.maximumDepth = deepestProduct, .maximumEntries = mostProducts}, _stop,
-            [&](const WalkEntry& entry) {
-                const MatchingName name(entry.name);
-                const auto own = _names.grade(name);
-                if (_claims.tiesByIdentifier(name,
-                                             own && own->isByIdentifier() ? own->because.size() : 0))
-                    holds.store(true, std::memory_order_relaxed);
-                return holds.load(std::memory_order_relaxed) ? WalkStep::skip : WalkStep::descend;
-            });
-        return holds.load();
-    }
-
-    /// Group containers are for the applications of one team. Signatures are slow: only this
-    /// application's is looked at, once, and another whose team nobody knows is taken for one of it
-    /// where its identifier begins alike.
-    bool mayShareGroup() const {
-        std::call_once(_groupAsked, [this] {
-            const auto team = teamOf(_application);
-            _mayShareGroup =
-                !team || team->isEmpty() ||
-                std::ranges::any_of(_others, [&](const CleanupApplication& other) {
-                    return other.team ? *other.team == *team
-                                      : !_names.developer().isEmpty() &&
-                                            ApplicationNames(other).developer() == _names.developer();
-                });
-        });
-        return _mayShareGroup;
-    }
-
-    std::optional<QString> teamOf(const CleanupApplication& application) const {
-        if (application.team || !_teamOf)
-            return application.team;
-        return _teamOf(application, _stop);
-    }
-
-    /// A folder that is another application's by identifier or whole name.
-    bool isAnothers(const MatchingName& name) const { return _claims.areCalled(name); }
-
     void keep(Found found) {
         const std::scoped_lock lock(_mutex);
         if (_found.size() < maximumFound) {
@@ -380,15 +198,10 @@ private:
     const FileSystem& _files;
     const QString& _home;
     const CleanupApplication& _application;
-    const AppRelatedFilesScanner::TeamOf& _teamOf;
-    const ApplicationNames _names;
-    const QList<CleanupApplication> _others;
-    const InstalledClaims _claims;
+    const RelatedFileTies _ties;
     const std::stop_token _stop;
     std::mutex _mutex;
     QList<Found> _found;
-    mutable std::once_flag _groupAsked;
-    mutable bool _mayShareGroup = true;
 };
 
 } // namespace

@@ -6,6 +6,8 @@
 namespace tessellar {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 /// Never enough by themselves to tie a folder to one application.
 constexpr auto vendorWords = std::to_array<std::string_view>(
     {"google", "microsoft", "adobe", "apple", "mozilla", "logitech", "logi", "amazon", "jetbrains",
@@ -156,6 +158,9 @@ QByteArray developerOf(QByteArrayView identifier) {
                                                                           : developer.toByteArray();
 }
 
+/// Whether words of a name are told apart by it.
+bool isJoint(char c) { return c == ' ' || c == '-' || c == '_' || c == '.'; }
+
 class TokenCollector {
 public:
     explicit TokenCollector(QList<NameToken>& tokens) : _tokens(tokens) {}
@@ -165,30 +170,29 @@ public:
         if (name.endsWith(u".app"))
             name.chop(4);
         add(name, true);
-        QString joined = name;
-        joined.removeIf([](QChar c) { return c.isSpace(); });
-        add(joined, true);
+        // On the disk "Photo Bench" may as well be "Photo-Bench".
+        const QStringList words = wordsOf(name);
+        if (!isOneOf(words.join(u' ').toUtf8(), vendorWords))
+            for (const QLatin1StringView joint : {""_L1, " "_L1, "-"_L1, "_"_L1, "."_L1})
+                add(words.join(joint), true);
         // The words of a vendor's name say no more than the whole of it does.
         for (const std::string_view vendor : vendorWords) {
-            const auto words = QLatin1StringView(vendor.data(), qsizetype(vendor.size()));
-            if (words.contains(u' ') && name.startsWith(words))
-                name.remove(0, words.size());
+            const auto named = QLatin1StringView(vendor.data(), qsizetype(vendor.size()));
+            if (named.contains(u' ') && name.startsWith(named))
+                name.remove(0, named.size());
         }
-        QString word;
-        for (const QChar c : std::as_const(name)) {
-            if (c.isSpace() || c == u'-' || c == u'_' || c == u'.') {
-                addWord(std::exchange(word, {}));
-            } else {
-                word += c;
-            }
-        }
-        addWord(word);
+        for (const QString& word : wordsOf(name))
+            if (countOf(word, QChar::isLetter) >= fewestLetters)
+                add(word, false);
     }
 
 private:
-    void addWord(const QString& word) {
-        if (countOf(word, QChar::isLetter) >= fewestLetters)
-            add(word, false);
+    static QStringList wordsOf(const QString& name) {
+        QString spaced = name;
+        for (QChar& c : spaced)
+            if (c.unicode() < 128 && isJoint(c.toLatin1()))
+                c = u' ';
+        return spaced.simplified().split(u' ', Qt::SkipEmptyParts);
     }
     void add(const QString& text, bool isWholeName) {
         const QByteArray bytes = text.toUtf8();
@@ -214,7 +218,7 @@ QList<NameToken> tokensOf(const QStringList& names) {
 /// is not Options.
 bool isSiblingAfter(QByteArrayView name, QByteArrayView token) {
     QByteArrayView rest = name.sliced(name.indexOf(token) + token.size());
-    while (!rest.isEmpty() && (rest[0] == ' ' || rest[0] == '-' || rest[0] == '_' || rest[0] == '.'))
+    while (!rest.isEmpty() && isJoint(rest[0]))
         rest = rest.sliced(1);
     const auto end = std::ranges::find_if(rest, [](char c) { return c < 'a' || c > 'z'; });
     return isOneOf(rest.first(end - rest.begin()), siblingWords);

@@ -136,13 +136,17 @@ TEST_F(AppRelatedFilesScannerTest, AVendorsFolderBelongsToNoneOfItsProducts) {
 
 TEST_F(AppRelatedFilesScannerTest, AFolderInWhichAnotherApplicationKeepsFilesIsNotChosen) {
     const QString own = library + u"Application Support/com.acme.suite"_s;
-    folder(u"Application Support/com.acme.suite/Products/2024/com.acme.suite.draw"_s);
+    folder(u"Application Support/com.acme.suite/Products/Mac/All/User/2024/com.acme.suite.draw"_s);
     folder(u"Application Support/com.acme.suite/com.acme.suite.cache"_s);
     const CleanupApplication suite = app(u"Zed"_s, u"com.acme.suite"_s);
     EXPECT_THAT(chosen(suite), ElementsAre(own));
     others = {suite, app(u"Draw"_s, u"com.acme.suite.draw"_s)};
     EXPECT_THAT(chosen(suite), IsEmpty());
     EXPECT_TRUE(scan(suite).files.first().reason.endsWith(u"Files of another application lie in it."));
+    // Who chooses everything is told, too.
+    folder(u"Application Support/Zed/com.acme.suite.draw"_s);
+    for (const RelatedFile& file : scan(suite).files)
+        EXPECT_TRUE(file.reason.endsWith(u"Files of another application lie in it."));
 
     // Whoever says to be a whole vendor is believed in nothing.
     folder(u"Caches/com.microsoft"_s);
@@ -296,8 +300,9 @@ TEST_F(AppRelatedFilesScannerTest, OfTwoNamesTheNearerOneCountsAndATieIsShownToB
     const CleanupApplication cord = app(u"Cord"_s, u"com.cord.Cord"_s);
     const CleanupApplication canary = app(u"Cord Canary"_s, u"com.cord.CordCanary"_s);
     others = {bench, pro, cord, canary, app(u"Acme Desktop"_s, u"com.other.desktop"_s)};
-    for (const QString& name : {u"Photo Bench"_s, u"Photo Bench Pro"_s, u"Photobooth"_s, u"cord"_s,
-                                u"cordcanary"_s, u"com.cord.Cord.desktop.ShipIt"_s})
+    for (const QString& name :
+         {u"Photo Bench"_s, u"Photo_Bench"_s, u"Photo Bench Pro"_s, u"Photo-Bench-Pro"_s,
+          u"Photobooth"_s, u"cord"_s, u"cordcanary"_s, u"com.cord.Cord.desktop.ShipIt"_s})
         folder(u"Application Support/"_s + name);
     const auto names = [&](const CleanupApplication& application) {
         QStringList found;
@@ -305,8 +310,8 @@ TEST_F(AppRelatedFilesScannerTest, OfTwoNamesTheNearerOneCountsAndATieIsShownToB
             found.append(FileSystem::fileName(path));
         return found;
     };
-    EXPECT_THAT(names(bench), ElementsAre(u"Photo Bench"_s, u"Photobooth"_s));
-    EXPECT_THAT(names(pro), ElementsAre(u"Photo Bench Pro"_s, u"Photobooth"_s));
+    EXPECT_THAT(names(bench), ElementsAre(u"Photo Bench"_s, u"Photo_Bench"_s, u"Photobooth"_s));
+    EXPECT_THAT(names(pro), ElementsAre(u"Photo Bench Pro"_s, u"Photo-Bench-Pro"_s, u"Photobooth"_s));
     EXPECT_TRUE(scan(bench).files.last().reason.endsWith(u"May also belong to Photo Bench Pro."_s));
     EXPECT_THAT(names(cord), UnorderedElementsAre(u"cord"_s, u"com.cord.Cord.desktop.ShipIt"_s));
     EXPECT_THAT(names(canary), ElementsAre(u"cordcanary"_s));

@@ -35,6 +35,8 @@ TEST(RelatedFileNames, GradesByIdentifierThenByName) {
         {"xcom.acme.notes", risky},
         {"acme notes", medium},
         {"AcmeNotes", medium},
+        {"Acme-Notes", medium},
+        {"acme_notes.plist", medium},
         {"Notes", medium},
         {"my notes of 2024", risky},
         {"com.acme", risky},
@@ -50,7 +52,8 @@ TEST(RelatedFileNames, NeitherVendorsNorPartsStandForAnApplication) {
     EXPECT_EQ(gradeOf(named(u"Google Chrome"_s), "Google"), std::nullopt);
     EXPECT_EQ(gradeOf(named(u"Google Chrome"_s), "Chrome"), medium);
     EXPECT_EQ(gradeOf(named(u"Steam"_s), "Steam"), std::nullopt);
-    EXPECT_EQ(gradeOf(named(u"Epic Games"_s), "Epic Games"), std::nullopt);
+    for (const char* name : {"Epic Games", "epic-games", "EpicGames"})
+        EXPECT_EQ(gradeOf(named(u"Epic Games"_s), name), std::nullopt) << name;
     EXPECT_EQ(gradeOf(named(u"Core Data Helper"_s), "Data"), std::nullopt);
     EXPECT_EQ(gradeOf(named(u"Update.app"_s), "Update"), std::nullopt);
 }

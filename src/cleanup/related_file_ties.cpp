@@ -1,0 +1,189 @@
+#include "cleanup/related_file_ties.h"
+
+#include "platform/property_list.h"
+
+#include <QUuid>
+
+#include <algorithm>
+#include <atomic>
+
+namespace tessellar {
+namespace {
+
+/// How far a folder is looked through for what other applications keep in it.
+constexpr int deepestProduct = 8;
+constexpr std::uint64_t mostProducts = 200'000;
+
+/// What a small property list says; absent where it cannot be read.
+PropertyValue propertyList(const FileSystem& files, const QString& path) {
+    constexpr std::uint64_t mostBytes = 1u << 20;
+    const auto status = files.linkStatus(path);
+    if (!status || status->type != FileType::regular || status->size > mostBytes)
+        return {};
+    const auto bytes = files.read(path, mostBytes);
+    return bytes ? parsePropertyList(*bytes).value_or(PropertyValue()) : PropertyValue();
+}
+
+QList<CleanupApplication> othersOf(const CleanupApplication& application,
+                                   const QList<CleanupApplication>& all) {
+    QList<CleanupApplication> others;
+    // What lies in the bundle goes with it.
+    std::ranges::copy_if(all, std::back_inserter(others), [&](const CleanupApplication& other) {
+        return !FileSystem::isWithin(other.path, application.path);
+    });
+    return others;
+}
+
+} // namespace
+
+RelatedFileTies::RelatedFileTies(const FileSystem& files, const CleanupApplication& application,
+                                 const QList<CleanupApplication>& others,
+                                 const AppRelatedFilesScanner::TeamOf& teamOf, std::stop_token stop)
+    : _files(files)
+    , _application(application)
+    , _teamOf(teamOf)
+    , _names(application)
+    , _others(othersOf(application, others))
+    , _claims(_others)
+    , _stop(std::move(stop)) {}
+
+QString RelatedFileTies::reasonOf(const ApplicationNames::Grade& grade) {
+    const QString word = QString::fromUtf8(grade.because);
+    switch (grade.match) {
+    case RelatedFileMatch::appBundle:
+        return QStringLiteral("The application itself.");
+    case RelatedFileMatch::strong:
+        return QStringLiteral("Its name is the identifier “%1”.").arg(word);
+    case RelatedFileMatch::strongish:
+        return QStringLiteral("Its name begins or ends with the identifier “%1”.").arg(word);
+    case RelatedFileMatch::medium:
+        return QStringLiteral("It is named “%1” like the application.").arg(word);
+    case RelatedFileMatch::risky:
+        return QStringLiteral("Its name contains “%1”.").arg(word);
+    }
+    return {};
+}
+
+std::optional<RelatedFileTie> RelatedFileTies::of(const CleanupLocation& location,
+                                                  const WalkEntry& entry,
+                                                  const MatchingName& name) const {
+    if (const auto grade = _names.grade(name))
+        if (auto tie = byName(location, *grade, name);
+            tie && (!location.isForCertain || tie->match <= RelatedFileMatch::strongish))
+            return tie;
+    if (auto tie = byContents(location, entry))
+        return tie;
+    return location.isForCertain ? std::nullopt : byDeveloper(name);
+}
+
+std::optional<RelatedFileTie> RelatedFileTies::byName(const CleanupLocation& location,
+                                                      const ApplicationNames::Grade& grade,
+                                                      const MatchingName& name) const {
+    const auto verdict = _claims.judge(name, grade);
+    if (verdict.isAnothers)
+        return std::nullopt;
+    RelatedFileTie tie{.match = grade.match, .reason = reasonOf(grade)};
+    const auto contest = [&](const QString& why) {
+        tie.isContested = true;
+        tie.reason += u' ' + why;
+    };
+    tie.isShared = !verdict.sharedWith.isEmpty() && !grade.isByIdentifier();
+    if (!verdict.sharedWith.isEmpty())
+        contest(QStringLiteral("May also belong to %1.")
+                    .arg(verdict.sharedWith.join(QStringLiteral(", "))));
+    else if (_names.isApple())
+        contest(QStringLiteral("macOS itself may use it."));
+    else if (namesVendor(_names.identifier()) ||
+             (grade.isByIdentifier() && !grade.because.contains('.')))
+        contest(QStringLiteral("The identifier may be more than this application’s."));
+    else if (QByteArrayView(location.folder) == "Group Containers" && mayShareGroup())
+        contest(QStringLiteral("Applications of the same developer may share it."));
+    else if (grade.match == RelatedFileMatch::strongish &&
+             (!_names.ownsExtensions() || namesSiblingProduct(name, _names.identifier())))
+        contest(QStringLiteral("It may be another product’s."));
+    return tie;
+}
+
+/// Property lists of agents and daemons name the program that they start, and the metadata of
+/// containers that are named by a number the application that they are of.
+std::optional<RelatedFileTie> RelatedFileTies::byContents(const CleanupLocation& location,
+                                                          const WalkEntry& entry) const {
+    if (entry.depth != 1)
+        return std::nullopt;
+    const QByteArrayView folder = location.folder;
+    if (folder.startsWith("Launch") && entry.type == FileType::regular &&
+        entry.name.endsWith(".plist")) {
+        const PropertyValue list = propertyList(_files, entry.path());
+        const auto words = list[QStringLiteral("ProgramArguments")].texts().value_or(QStringList());
+        const QString program = list[QStringLiteral("Program")].text().value_or(words.value(0));
+        if (program.startsWith(u'/') &&
+            FileSystem::isWithin(FileSystem::standardized(program), _application.path))
+            return RelatedFileTie{.match = RelatedFileMatch::strongish,
+                                  .reason = QStringLiteral("It starts a program of the application.")};
+    }
+    if (folder == "Containers" && entry.type == FileType::directory && !_names.identifier().isEmpty() &&
+        !QUuid::fromString(FileSystem::fromHostBytes(entry.name)).isNull()) {
+        const PropertyValue list = propertyList(
+            _files, FileSystem::joined(entry.path(),
+                                       QStringLiteral(".com.apple.containermanagerd.metadata.plist")));
+        const auto owner = list[QStringLiteral("MCMMetadataIdentifier")].text();
+        if (owner && owner->compare(*_application.bundleIdentifier, Qt::CaseInsensitive) == 0)
+            return RelatedFileTie{.match = RelatedFileMatch::strong,
+                                  .reason = QStringLiteral("It is the container of “%1”.").arg(*owner)};
+    }
+    return std::nullopt;
+}
+
+/// What carries an identifier of the same developer that no application is known for: a helper's,
+/// perhaps, or what another product left.
+std::optional<RelatedFileTie> RelatedFileTies::byDeveloper(const MatchingName& name) const {
+    const QByteArray& developer = _names.developer();
+    if (developer.isEmpty() || !name.view().startsWith(developer + '.') ||
+        _claims.tiesByIdentifier(name))
+        return std::nullopt;
+    return RelatedFileTie{.match = RelatedFileMatch::risky,
+                          .reason =
+                              QStringLiteral("Its name begins with “%1”, as the identifiers of this "
+                                             "developer do.")
+                                  .arg(QString::fromUtf8(developer)),
+                          .isContested = true};
+}
+
+bool RelatedFileTies::holdAnothers(const QString& folder) const {
+    std::atomic<bool> hold = false;
+    (void)walkDirectory(
+        _files, folder, {.maximumDepth = deepestProduct, .maximumEntries = mostProducts}, _stop,
+        [&](const WalkEntry& entry) {
+            const MatchingName name(entry.name);
+            const auto own = _names.grade(name);
+            if (_claims.tiesByIdentifier(name, own && own->isByIdentifier() ? own->because.size() : 0))
+                hold.store(true, std::memory_order_relaxed);
+            return hold.load(std::memory_order_relaxed) ? WalkStep::skip : WalkStep::descend;
+        });
+    return hold.load();
+}
+
+/// Group containers are for the applications of one team. Signatures are slow: only this
+/// application's is looked at, once, and another whose team nobody knows is taken for one of it
+/// where its identifier begins alike.
+bool RelatedFileTies::mayShareGroup() const {
+    std::call_once(_groupAsked, [this] {
+        const auto team = teamOf(_application);
+        _mayShareGroup = !team || team->isEmpty() ||
+                         std::ranges::any_of(_others, [&](const CleanupApplication& other) {
+                             return other.team
+                                        ? *other.team == *team
+                                        : !_names.developer().isEmpty() &&
+                                              ApplicationNames(other).developer() == _names.developer();
+                         });
+    });
+    return _mayShareGroup;
+}
+
+std::optional<QString> RelatedFileTies::teamOf(const CleanupApplication& application) const {
+    if (application.team || !_teamOf)
+        return application.team;
+    return _teamOf(application, _stop);
+}
+
+} // namespace tessellar
