@@ -124,8 +124,10 @@ PrivilegedFileOperationResponse RequestDesk::respond(const QByteArray& message,
     if (nonce.isEmpty() || approval->nonce != nonce || approval->digest != requestDigest(*request))
         return refuse(AuthorizationError::invalid);
     // Whether it is there may be asked by anyone who could see its socket.
-    if (request->operation == PrivilegedFileOperationKind::healthCheck && request->items.isEmpty())
+    if (request->operation == PrivilegedFileOperationKind::healthCheck && request->items.isEmpty()) {
+        _operations.settle();
         return response;
+    }
     const auto client = _clientOf(peer.user);
     if (!client)
         return refuse(AuthorizationError::denied);

@@ -1,6 +1,7 @@
 #include "helper/helper_server.h"
 
 #include "cleanup/privileged/privileged_helper_coordinator.h"
+#include "helper/move_journal.h"
 #include "tests/helper/helper_fixture.h"
 
 #include <gmock/gmock.h>
@@ -85,6 +86,29 @@ TEST_F(HelperServerTest, AnApprovalIsGoodForOneRequestOnOneConnection) {
     check.given = FakeCheck::Answer::granted;
     EXPECT_EQ(answer(asked, "one").outcomes.size(), 1);
     EXPECT_FALSE(mac.exists(daemon));
+}
+
+TEST_F(HelperServerTest, AHealthCheckBringsToItsEndWhatAKilledHelperLeft) {
+    const QString stagingFolder = u"/Library/.com.tessellar.app.removal-helper"_s;
+    struct stat status {};
+    ASSERT_EQ(::lstat(mac.hostPath(daemon).toUtf8().constData(), &status), 0);
+    ASSERT_TRUE(MoveJournal::open(state.path().toUtf8())
+                    ->append({{.id = 1,
+                               .user = ::getuid(),
+                               .original = daemon,
+                               .trashed = trash + u"/com.acme.plist"_s,
+                               .staged = stagingFolder + u"/1"_s,
+                               .identity = identity(daemon),
+                               .owner = status.st_uid,
+                               .mode = status.st_mode & 07777u}}));
+    mac.makeFolder(stagingFolder);
+    ASSERT_EQ(::chmod(mac.hostPath(stagingFolder).toUtf8().constData(), 0700), 0);
+    ASSERT_TRUE(mac.files.move(daemon, stagingFolder + u"/1"_s));
+    PrivilegedFileOperationRequest health{.id = QUuid::createUuid()};
+    approve(health, "one");
+    EXPECT_FALSE(answer(health, "one").error);
+    EXPECT_EQ(mac.read(trash + u"/com.acme.plist"_s), "daemon");
+    EXPECT_TRUE(check.asked.isEmpty());
 }
 
 TEST_F(HelperServerTest, EveryMessageHasOneReply) {
