@@ -14,8 +14,13 @@ namespace {
 
 constexpr qint64 maximumItemsFile = 16 << 20;
 
-QString sizeText(std::uint64_t bytes) {
-    return QLocale::c().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+QString sizeText(std::uint64_t bytes, bool isPartial) {
+    return (isPartial ? QStringLiteral("at least ") : QString()) +
+           QLocale::c().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+}
+
+QString countText(qsizetype count) {
+    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 items").arg(count);
 }
 
 QJsonObject itemJson(const RelatedFile& file) {
@@ -33,15 +38,28 @@ QJsonObject itemJson(const RelatedFile& file) {
 }
 
 QString itemText(const RelatedFile& file, bool isSelected) {
-    QString text = QStringLiteral("%1 %2  %3  (%4)  %5\n")
-                       .arg(isSelected ? QStringLiteral("[x]") : QStringLiteral("[ ]"))
-                       .arg(file.size ? (file.isSizePartial ? QStringLiteral("> ") : QString()) +
-                                            sizeText(*file.size)
-                                      : QStringLiteral("?"),
-                            9)
-                       .arg(file.path, file.location, file.reason);
+    QString text =
+        QStringLiteral("%1 %2  %3  (%4)  %5\n")
+            .arg(isSelected ? QStringLiteral("[x]") : QStringLiteral("[ ]"))
+            .arg(file.size ? sizeText(*file.size, file.isSizePartial) : QStringLiteral("?"), 9)
+            .arg(file.path, file.location, file.reason);
     if (file.needsAdministrator)
         text += QStringLiteral("               %1\n").arg(administratorMark);
+    return text;
+}
+
+/// Of what goes and what does not, and what is to be known of it.
+QString totalText(const CleanupReviewState& review) {
+    const MeasuredSize size = review.selectedSize();
+    QString text = countText(review.selectedPaths.size()) + QStringLiteral(", ") +
+                   sizeText(size.bytes, !size.isComplete);
+    if (const qsizetype staying = review.items.size() - review.selectedPaths.size(); staying > 0)
+        text += QStringLiteral("; %1 will stay").arg(countText(staying));
+    text += u'\n';
+    if (review.needsAdministrator())
+        text += administratorWarning + u'\n';
+    if (!review.isComplete)
+        text += QStringLiteral("Some folders could not be searched.\n");
     return text;
 }
 
@@ -126,10 +144,7 @@ void addReview(CommandSet& set, CLI::App* group) {
                 items.append(itemJson(file));
                 lines += itemText(file, CleanupReviewState::isPreselected(file));
             }
-            if (cleanup.review().needsAdministrator())
-                lines += administratorWarning + u'\n';
-            if (!cleanup.review().isComplete)
-                lines += QStringLiteral("Some folders could not be searched.\n");
+            lines += totalText(cleanup.review());
             const QJsonObject answer{{QStringLiteral("app"), json::encode(cleanup.app())},
                                      {QStringLiteral("items"), items}};
             endReview(call);
@@ -219,8 +234,7 @@ void refuseWithoutYes(const Call& call) {
         QString lines;
         for (const RelatedFile& file : review.selectedItems())
             lines += itemText(file, true);
-        if (review.needsAdministrator())
-            lines += administratorWarning + u'\n';
+        lines += totalText(review);
         if (isRunning)
             lines += QStringLiteral("%1 is open and would be asked to quit.\n")
                          .arg(call->launcher().cleanup().app().name);

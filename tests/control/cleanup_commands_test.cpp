@@ -57,7 +57,9 @@ TEST_F(CleanupCommandsTest, ReviewsWhatARemovalCouldTake) {
     EXPECT_GT(item.value(u"size").toInteger(), 0);
     EXPECT_EQ(items.value(bundle).value(u"match").toString(), u"appBundle");
     EXPECT_EQ(items.value(systemPreferences).value(u"domain").toString(), u"system");
-    EXPECT_TRUE(run({u"cleanup"_s, u"review"_s, ash}, {}, false).out.contains("[x]"));
+    const QByteArray text = run({u"cleanup"_s, u"review"_s, ash}, {}, false).out;
+    EXPECT_TRUE(text.contains("[x]"));
+    EXPECT_TRUE(text.contains("; 1 item will stay\n")) << text.toStdString();
     EXPECT_EQ(run({u"cleanup"_s, u"review"_s, u"nobody"_s}).code(), u"unknownApplication");
 }
 
