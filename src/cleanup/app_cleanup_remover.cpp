@@ -30,8 +30,9 @@ constexpr int quitTries = 40;
 constexpr std::chrono::milliseconds quitPause{250};
 /// As many as one prompt or script takes together; between them the removal can be stopped.
 constexpr qsizetype itemsTogether = 100;
-/// As much of a name as every Trash keeps when it tells two of one name apart.
-constexpr qsizetype keptStem = 200;
+/// As many characters of a name as every Trash keeps when it tells two of one name apart or cuts a long
+/// one, whatever the script: names are limited in bytes, and a Mac's may be decomposed.
+constexpr qsizetype keptStem = 20;
 
 QString nameOf(const CleanupApplication& application) {
     return application.names.value(0, FileSystem::fileName(application.path));
@@ -340,7 +341,7 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
         if (const auto noted = note(planned); !noted)
             for (CleanupItemResult& item : result.items)
                 if (!item.failure)
-                    item.failure = notNoted.arg(message(noted.error()));
+                    item.failure = notNoted.arg(noted.error());
 
     // The helper's first, in one piece, for each piece may ask for a password; the bundle by itself.
     QList<CleanupItemResult*> helpers;
@@ -388,7 +389,8 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
     return result;
 }
 
-QList<CleanupItemResult> AppCleanupRemover::restore(const QList<CleanupItemResult>& removed,
+QList<CleanupItemResult> AppCleanupRemover::restore(const CleanupApplication& application,
+                                                    const QList<CleanupItemResult>& removed,
                                                     std::stop_token stop) {
     QList<CleanupItemResult> results = removed;
     std::ranges::reverse(results);
@@ -417,7 +419,8 @@ QList<CleanupItemResult> AppCleanupRemover::restore(const QList<CleanupItemResul
         } else if (result.isByHelper) {
             moves.append({.path = *result.trashedPath,
                           .identity = result.item.identity,
-                          .destination = result.item.path});
+                          .destination = result.item.path,
+                          .application = nameOf(application)});
             byHelper.append(&result);
         } else if (const auto restored = restoreFromTrash(_parts.files, *result.trashedPath,
                                                           result.item.path, result.item.identity);

@@ -67,7 +67,7 @@ class AppCleanupRemover {
 public:
     using Progress = std::function<void(const CleanupRemovalProgress&)>;
     /// Writes down what is about to move, without where to. Nothing moves after an error.
-    using Note = std::function<std::expected<void, FileError>(const QList<CleanupItemResult>&)>;
+    using Note = std::function<std::expected<void, QString>(const QList<CleanupItemResult>&)>;
 
     struct Parts {
         const FileSystem& files;
@@ -91,7 +91,8 @@ public:
     /// Puts back what a removal moved, the bundle first; what was written down without its place in the
     /// Trash is looked for there. The results say of each item why it did not come back; only one that
     /// is called gone need not be tried again.
-    QList<CleanupItemResult> restore(const QList<CleanupItemResult>& removed, std::stop_token stop);
+    QList<CleanupItemResult> restore(const CleanupApplication& application,
+                                     const QList<CleanupItemResult>& removed, std::stop_token stop);
 
     /// Why an item may not be moved now, or nothing.
     std::optional<QString> objection(const CleanupApplication& application,

@@ -7,9 +7,12 @@ namespace {
 
 constexpr int mostNames = 10'000;
 
+const QString noteSuffix = QStringLiteral(".trashinfo");
+
+/// Short enough that the note may have the same name with its suffix.
 QString numbered(const QString& name, int number) {
-    return FileSystem::fromHostBytes(
-        numberedName(FileSystem::toHostBytes(name).value_or(QByteArray()), number));
+    return FileSystem::fromHostBytes(numberedName(FileSystem::toHostBytes(name).value_or(QByteArray()),
+                                                  number, longestName - noteSuffix.size()));
 }
 
 QString dataFolder(const Machine& machine) {
@@ -54,9 +57,9 @@ TrashResult DesktopTrash::moveOne(const QString& path) {
         return failed(written.error());
     const QString name = FileSystem::fileName(path);
     for (int number = 1; number <= mostNames; ++number) {
-        const QString trashed = _folder + QStringLiteral("/files/") + numbered(name, number);
-        const QString noted =
-            _folder + QStringLiteral("/info/") + numbered(name, number) + QStringLiteral(".trashinfo");
+        const QString free = numbered(name, number);
+        const QString trashed = _folder + QStringLiteral("/files/") + free;
+        const QString noted = _folder + QStringLiteral("/info/") + free + noteSuffix;
         auto moved = _files.move(note, noted);
         if (moved) {
             moved = _files.move(path, trashed);
@@ -89,7 +92,7 @@ std::expected<void, FileError> restoreFromTrash(const FileSystem& files, const Q
     const QString folder = FileSystem::parent(trashedPath);
     if (folder.endsWith(u"/Trash/files"))
         (void)files.remove(FileSystem::parent(folder) + QStringLiteral("/info/") +
-                           FileSystem::fileName(trashedPath) + QStringLiteral(".trashinfo"));
+                           FileSystem::fileName(trashedPath) + noteSuffix);
     return {};
 }
 

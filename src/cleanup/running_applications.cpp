@@ -15,7 +15,8 @@ SystemRunningApplications::SystemRunningApplications(Machine& machine,
 
 RunningApplications::Seen SystemRunningApplications::look(const CleanupApplication& application) {
     const QString tool = QStringLiteral("/bin/ps");
-    if (!_files.isExecutableFile(tool))
+    if (const auto there = _files.linkStatus(tool);
+        !there && there.error().code == FileError::Code::notFound && _files.hostRoot() != u"/")
         return Seen::closed;
     const CommandResult result = _commands.run(
         {.executable = _files.hostPath(tool),

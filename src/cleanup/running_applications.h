@@ -17,7 +17,7 @@ public:
 };
 
 /// What runs by the process list (/bin/ps); quits through AppleScript. A machine that lies in a folder
-/// and has no such tool runs nothing.
+/// and has no such tool runs nothing; a tool that cannot be started, or fails, says nothing.
 class SystemRunningApplications final : public RunningApplications {
 public:
     SystemRunningApplications(Machine& machine, AppleScriptInterpreter& interpreter);

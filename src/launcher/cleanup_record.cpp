@@ -72,26 +72,29 @@ std::expected<QList<CleanupRecord>, QString> CleanupRecordStore::read(StoredFile
     auto document = loadJson<RecordDocument>(file);
     if (document)
         return *document ? std::move((*document)->records) : QList<CleanupRecord>();
-    if (document.error().kind == JsonFileError::Kind::unreadable)
+    if (document.error().kind != JsonFileError::Kind::damaged)
         return std::unexpected(document.error().text);
     _machine.log.warning(document.error().text);
     (void)file.setAside(_machine.clock, _tag);
     return QList<CleanupRecord>();
 }
 
-std::expected<void, FileError> CleanupRecordStore::put(const CleanupRecord& record) const {
+std::expected<void, QString> CleanupRecordStore::put(const CleanupRecord& record) const {
     StoredFile removals = file();
-    QList<CleanupRecord> records = read(removals).value_or(QList<CleanupRecord>());
+    auto known = read(removals);
+    if (!known)
+        return std::unexpected(known.error());
     if (const auto& error = removals.blocked())
-        return std::unexpected(*error);
-    const auto known = std::ranges::find(records, record.id, &CleanupRecord::id);
+        return std::unexpected(message(*error));
+    QList<CleanupRecord>& records = *known;
+    const auto place = std::ranges::find(records, record.id, &CleanupRecord::id);
     const bool isEmpty = record.items.isEmpty() && record.restored.isEmpty();
-    if (known == records.end() && isEmpty)
+    if (place == records.end() && isEmpty)
         return {};
-    if (known != records.end() && !isEmpty)
-        *known = record;
-    else if (known != records.end())
-        records.erase(known);
+    if (place != records.end() && !isEmpty)
+        *place = record;
+    else if (place != records.end())
+        records.erase(place);
     else
         records.append(record);
     const auto nextDone = [&records] {
@@ -107,8 +110,10 @@ std::expected<void, FileError> CleanupRecordStore::put(const CleanupRecord& reco
         forgetOne();
     for (;; forgetOne()) {
         const auto written = saveJson(removals, RecordDocument{.records = records});
-        if (written || written.error().code != FileError::Code::tooLarge || records.size() <= 1)
-            return written;
+        if (written)
+            return {};
+        if (written.error().code != FileError::Code::tooLarge || records.size() <= 1)
+            return std::unexpected(message(written.error()));
     }
 }
 

@@ -40,9 +40,9 @@ struct CleanupRecord {
 };
 
 /// The past removals, oldest first, in "removals.json" in the application's folder. A damaged file is
-/// moved aside ("removals.damaged-STAMP-TAG.json"); while the file cannot be read, or not be moved,
-/// nothing is written. Holds `maximumRecords` at most, and no more than fit into `maximumBytes`: the
-/// oldest go first, and before them those of which nothing lies in the Trash.
+/// moved aside ("removals.damaged-STAMP-TAG.json"); while the file cannot be read, or not be moved, or
+/// is from a later version, nothing is written. Holds `maximumRecords` at most, and no more than fit
+/// into `maximumBytes`: the oldest go first, and before them those of which nothing lies in the Trash.
 ///
 /// Has no state: every call reads the file. One thread at a time.
 class CleanupRecordStore {
@@ -58,7 +58,7 @@ public:
     std::expected<QList<CleanupRecord>, QString> read() const;
     /// Adds a record, or puts it in place of the one with its identifier; one of which nothing was ever
     /// taken is taken out.
-    std::expected<void, FileError> put(const CleanupRecord& record) const;
+    std::expected<void, QString> put(const CleanupRecord& record) const;
 
 private:
     StoredFile file() const;

@@ -18,7 +18,7 @@ constexpr auto isBundle = &CleanupItemResult::isBundle;
 
 void RemovalSteps::write(const CleanupRecord& record) const {
     if (const auto written = _store.put(record); !written)
-        _tools.machine.log.warning(message(written.error()));
+        _tools.machine.log.warning(written.error());
 }
 
 RemovalStep RemovalSteps::take(CleanupRecord record, const QList<RelatedFile>& items, bool mayAsk,
@@ -74,7 +74,7 @@ RemovalStep RemovalSteps::bringBack(CleanupRecord record, bool asOne, std::stop_
     RemovalStep step{.record = record, .log = {}, .stillOpen = {}, .failure = {}};
     step.record.items.clear();
     const auto bring = [&](const QList<CleanupItemResult>& items) {
-        for (CleanupItemResult outcome : remover.restore(items, stop)) {
+        for (CleanupItemResult outcome : remover.restore(record.application(), items, stop)) {
             const QString name = FileSystem::fileName(outcome.item.path);
             if (outcome.failure && isThere(files, outcome.item))
                 outcome.failure.reset(); // put back by other means

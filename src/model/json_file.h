@@ -12,14 +12,15 @@ namespace tessellar {
 struct JsonFileError {
     enum class Kind {
         unreadable, ///< now: a read error, which says nothing of what the file holds
-        damaged,    ///< read whole, but no such document, or of a later version
+        damaged,    ///< read whole, but no such document
+        later,      ///< a later launcher's, who knows what it says
     };
     Kind kind = Kind::unreadable;
     QString text; ///< one sentence
 };
 
-/// The document, or nothing where there is certainly no file. A document that declares its
-/// `supportedVersion` is damaged in any other.
+/// The document, or nothing where there is certainly no file. What declares its `supportedVersion` is
+/// damaged in an earlier one.
 template <typename Document, typename File>
 std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
     const auto bytes = file.read();
@@ -27,7 +28,15 @@ std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
         return std::unexpected(JsonFileError{JsonFileError::Kind::unreadable, message(bytes.error())});
     if (!*bytes)
         return std::nullopt;
-    auto document = json::decodeDocument<Document>(**bytes);
+    const auto value = json::parse(**bytes);
+    if constexpr (requires { Document::supportedVersion; })
+        // Before the rest, whose form it decides.
+        if (value &&
+            value->toObject().value(QStringLiteral("version")).toInteger() > Document::supportedVersion)
+            return std::unexpected(JsonFileError{
+                JsonFileError::Kind::later,
+                QStringLiteral("“%1” is from a later version of Tessellar.").arg(file.path())});
+    auto document = value ? json::decode<Document>(*value) : std::unexpected(value.error());
     if constexpr (requires { Document::supportedVersion; })
         if (document && document->version != Document::supportedVersion)
             document =
@@ -38,13 +47,14 @@ std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
     return *std::move(document);
 }
 
-/// The same for files that one can do without: what is damaged is set aside beside the file, so that a
-/// new one can begin. While the file is unreadable, or cannot be set aside, it is not written.
+/// The same for files that one can do without: what is damaged, or a later launcher's, is set aside
+/// beside the file, so that a new one can begin. While the file is unreadable, or cannot be set aside,
+/// it is not written.
 template <typename Document, typename File>
 std::expected<std::optional<Document>, JsonFileError> loadJsonOrSetAside(File& file, const Clock& clock,
                                                                          UuidSource& uuids) {
     auto loaded = loadJson<Document>(file);
-    if (!loaded && loaded.error().kind == JsonFileError::Kind::damaged) {
+    if (!loaded && loaded.error().kind != JsonFileError::Kind::unreadable) {
         const auto aside = file.setAside(clock, uuids.next());
         loaded.error().text +=
             aside ? QStringLiteral(" It is kept as %1.").arg(*aside)

@@ -6,7 +6,6 @@
 namespace tessellar {
 namespace {
 
-constexpr qsizetype longestName = 255;
 constexpr qsizetype longestExtension = 32;
 
 /// As many whole characters from the start as fit. What is no text is cut anywhere.
@@ -29,15 +28,15 @@ QByteArray cut(const QByteArray& stem, qsizetype bytes) {
 
 } // namespace
 
-QByteArray numberedName(const QByteArray& name, int number) {
-    if (number == 1)
+QByteArray numberedName(const QByteArray& name, int number, qsizetype mostBytes) {
+    if (number == 1 && name.size() <= mostBytes)
         return name;
     const qsizetype dot = name.lastIndexOf('.');
     const bool hasExtension = dot > 0 && name.size() - dot <= longestExtension;
     const QByteArray stem = hasExtension ? name.first(dot) : name;
-    const QByteArray end =
-        ' ' + QByteArray::number(number) + (hasExtension ? name.sliced(dot) : QByteArray());
-    return cut(stem, longestName - end.size()) + end;
+    const QByteArray end = (number == 1 ? QByteArray() : ' ' + QByteArray::number(number)) +
+                           (hasExtension ? name.sliced(dot) : QByteArray());
+    return cut(stem, mostBytes - end.size()) + end;
 }
 
 } // namespace tessellar

@@ -73,7 +73,8 @@ public:
         }
         return outcomes;
     }
-    QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>&, std::stop_token) override {
+    QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>& items, std::stop_token) override {
+        asked += items;
         return {};
     }
     bool isThere(std::stop_token) override { return answers; }
@@ -140,7 +141,7 @@ TEST_F(AppCleanupRemoverTest, MovesTheBundleLastTellsOfEachAndBringsAllBack) {
     EXPECT_FALSE(mac.exists(quill.path));
 
     mac.write(caches + u"two"_s, "in the way");
-    const auto restored = remover.restore(result.items, {});
+    const auto restored = remover.restore(quill, result.items, {});
     EXPECT_EQ(restored.first().item.path, quill.path);
     EXPECT_TRUE(mac.exists(quill.path + u"/Contents/Info.plist"_s));
     EXPECT_TRUE(mac.exists(caches + u"one/x"_s));
@@ -158,7 +159,7 @@ TEST_F(AppCleanupRemoverTest, WhatATrashSaysIsComparedWithWhereTheItemsAre) {
     EXPECT_EQ(result.log[0].text, u"cut: moved to the Trash."_s);
     EXPECT_EQ(result.items[1].trashedPath, u"/Users/ada/.local/share/Trash/files/mumble 2"_s);
     EXPECT_EQ(result.items[2].failure, u"Stuck."_s);
-    for (const CleanupItemResult& back : remover.restore(result.items, {}))
+    for (const CleanupItemResult& back : remover.restore(quill, result.items, {}))
         EXPECT_TRUE(mac.exists(back.item.path + u"/x"_s)) << back.item.path.toStdString();
 }
 
@@ -167,15 +168,15 @@ TEST_F(AppCleanupRemoverTest, OnlyWhatIsCertainlyGoneFromItsTrashIsCalledGone) {
     const QString bin = u"/Users/ada/.local/share/Trash/files"_s;
     // The volume with the Trash is not there; then somebody may not look into it.
     ASSERT_TRUE(mac.files.move(bin, u"/away"_s));
-    for (const CleanupItemResult& back : remover.restore(removed, {}))
+    for (const CleanupItemResult& back : remover.restore(quill, removed, {}))
         EXPECT_TRUE(back.failure && !back.isGone);
     mac.write(bin, "no folder");
-    for (const CleanupItemResult& back : remover.restore(removed, {}))
+    for (const CleanupItemResult& back : remover.restore(quill, removed, {}))
         EXPECT_TRUE(back.failure && !back.isGone);
     mac.remove(bin);
     ASSERT_TRUE(mac.files.move(u"/away"_s, bin));
     mac.remove(bin + u"/two"_s);
-    const auto back = remover.restore(removed, {});
+    const auto back = remover.restore(quill, removed, {});
     EXPECT_EQ(back[0].item.path, caches + u"two"_s);
     EXPECT_TRUE(back[0].isGone);
     EXPECT_EQ(back[0].failure, u"It is no longer in the Trash."_s);
@@ -185,10 +186,16 @@ TEST_F(AppCleanupRemoverTest, OnlyWhatIsCertainlyGoneFromItsTrashIsCalledGone) {
     // A helper that does not answer may have it still.
     QList<CleanupItemResult> helpers{removed[1]};
     helpers[0].isByHelper = true;
+    mac.write(*helpers[0].trashedPath + u"/x"_s, "another");
+    helpers[0].item.identity = item(*helpers[0].trashedPath).identity;
+    (void)remover.restore(quill, helpers, {});
+    ASSERT_EQ(administrator.asked.size(), 1);
+    EXPECT_EQ(administrator.asked[0].application, u"Quill"_s); // as the prompt says it
+    mac.remove(*helpers[0].trashedPath);
     administrator.answers = false;
-    EXPECT_FALSE(remover.restore(helpers, {}).first().isGone);
+    EXPECT_FALSE(remover.restore(quill, helpers, {}).first().isGone);
     administrator.answers = true;
-    EXPECT_TRUE(remover.restore(helpers, {}).first().isGone);
+    EXPECT_TRUE(remover.restore(quill, helpers, {}).first().isGone);
 }
 
 TEST_F(AppCleanupRemoverTest, LinksGoWithTheBundleAndAgentsAreEndedFirst) {
@@ -207,7 +214,7 @@ TEST_F(AppCleanupRemoverTest, LinksGoWithTheBundleAndAgentsAreEndedFirst) {
     EXPECT_EQ(agents.unloaded, QStringList{agent});
     EXPECT_EQ(result.log.first().text, u"com.example.quill.plist: its agent was ended."_s);
     EXPECT_EQ(mac.names(u"/Applications"_s), QStringList{u"Quill.app"_s});
-    for (const CleanupItemResult& back : remover.restore(result.items, {}))
+    for (const CleanupItemResult& back : remover.restore(quill, result.items, {}))
         EXPECT_FALSE(back.failure) << back.failure->toStdString();
     EXPECT_TRUE(mac.files.exists(u"/Applications/Pen.app/Contents/Info.plist"_s));
 
@@ -226,8 +233,7 @@ TEST_F(AppCleanupRemoverTest, NothingMovesThatCouldNotBeWrittenDown) {
         remover.remove(quill, items, {}, {}, [&](const QList<CleanupItemResult>& planned) {
             EXPECT_EQ(planned.size(), 2);
             EXPECT_TRUE(mac.exists(caches + u"one"_s));
-            return std::expected<void, FileError>(
-                std::unexpected(FileError{FileError::Code::noSpace, u"/record"_s}));
+            return std::expected<void, QString>(std::unexpected(u"The disk is full."_s));
         });
     for (const CleanupItemResult& each : refused.items)
         EXPECT_TRUE(each.failure);
@@ -239,13 +245,13 @@ TEST_F(AppCleanupRemoverTest, NothingMovesThatCouldNotBeWrittenDown) {
                     .remove(quill, items, {}, {},
                             [&](const QList<CleanupItemResult>& planned) {
                                 noted = planned;
-                                return std::expected<void, FileError>();
+                                return std::expected<void, QString>();
                             })
                     .items.first()
                     .isMoved());
     for (CleanupItemResult& each : noted)
         each.item.identity.device += 7;
-    for (const CleanupItemResult& back : remover.restore(noted, {}))
+    for (const CleanupItemResult& back : remover.restore(quill, noted, {}))
         EXPECT_FALSE(back.failure) << back.failure->toStdString();
     EXPECT_TRUE(mac.exists(quill.path + u"/Contents/Info.plist"_s));
     EXPECT_TRUE(mac.exists(caches + u"one/x"_s));
@@ -378,6 +384,8 @@ TEST(SystemRunningApplicationsTest, KnowsProcessesByTheirBundleAndQuitsByIdentif
     EXPECT_EQ(running.look(quill), Seen::unknown);
     mac.remove(u"/bin/ps"_s);
     EXPECT_EQ(running.look(quill), Seen::closed); // a Mac in a folder
+    mac.write(u"/bin/ps"_s, "may not be started");
+    EXPECT_EQ(running.look(quill), Seen::unknown);
     running.askToQuit(quill, {});
     EXPECT_EQ(mac.commands.commands().last().input,
               "tell application id \"com.example.Quill\" to quit\n");

@@ -293,9 +293,22 @@ TEST_F(LauncherCleanupTest, WhatDidNotComeBackMayBeAskedForAgain) {
 }
 
 TEST_F(LauncherCleanupTest, ARecordThatCannotBeReadNowIsNoAbsenceAndStays) {
-    mac.makeFolder(data + u"/removals.json/in the way"_s);
+    const QString record = data + u"/removals.json"_s;
+    mac.makeFolder(record + u"/in the way"_s);
     EXPECT_EQ(restore(), u"recordUnreadable");
-    EXPECT_TRUE(mac.exists(data + u"/removals.json/in the way"_s));
+    EXPECT_TRUE(mac.exists(record + u"/in the way"_s));
+
+    // Nor is one that a later launcher wrote: what stands in it is not lost to an earlier one.
+    mac.remove(record);
+    const QByteArray later = R"({"version": 2, "removals": {"form": "another"}})";
+    mac.write(record, later);
+    EXPECT_EQ(restore(), u"recordUnreadable");
+    review();
+    EXPECT_EQ(remove(), u"notRemoved");
+    EXPECT_TRUE(cleanup().error()->message.endsWith(u"is from a later version of Tessellar."));
+    EXPECT_TRUE(mac.exists(bundle));
+    EXPECT_EQ(mac.read(record), later);
+    EXPECT_TRUE(mac.names(data).filter(u"removals.damaged-"_s).isEmpty());
 }
 
 TEST_F(LauncherCleanupTest, AFailedAttemptLosesNoRecordAndAnyRemovalMayBeChosen) {
