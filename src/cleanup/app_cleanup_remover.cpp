@@ -201,7 +201,7 @@ AppCleanupRemover::Sighting AppCleanupRemover::lookInTrash(std::optional<QString
     };
     const QString name = nameOf(item);
     const qsizetype dot = name.lastIndexOf(u'.');
-    const QString stem = composed((dot > 0 ? name.first(dot) : name).left(keptStem));
+    const QString stem = composed(dot > 0 ? name.first(dot) : name).left(keptStem);
     QStringList folders = _parts.trashFolders;
     // Without a place that is known it may lie in the Trash of another volume.
     bool isOnSeenVolume = trashedPath.has_value();

@@ -88,7 +88,9 @@ private:
 } // namespace
 
 void FileOperations::settle() {
-    const std::scoped_lock lock(_mutex);
+    const std::unique_lock lock(_mutex, std::try_to_lock);
+    if (!lock)
+        return; // whoever works here has settled first
     if (auto journal = MoveJournal::open(_journalFolder))
         settle(*journal);
 }

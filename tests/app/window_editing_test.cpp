@@ -208,5 +208,23 @@ TEST_F(WindowEditingTest, AnApplicationIsReviewedMovedToTheTrashAndPutBack) {
     EXPECT_FALSE(removal.isOpen());
 }
 
+TEST_F(WindowEditingTest, KeysLeadFromOneEndOfALongReviewToTheOther) {
+    for (int i = 0; i < 150; ++i)
+        mac.write(mac.machine.places.home + u"/Library/Caches/org.example.ash.%1"_s.arg(i), "x");
+    rightClick(u"Ash"_s);
+    choose(u"Move to Trash…"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().removal()->items()->rowCount() == 151; }));
+    const auto isAt = [&](const char* end) {
+        (void)window->photograph(); // a frame lays the items out
+        const QQuickItem* items = itemWith("objectName", u"removalItems"_s);
+        return items && items->property(end).toBool();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isAt("atYBeginning") && !isAt("atYEnd"); }));
+    press(Qt::Key_End);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isAt("atYEnd"); }));
+    press(Qt::Key_Home);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isAt("atYBeginning"); }));
+}
+
 } // namespace
 } // namespace tessellar::test

@@ -227,11 +227,13 @@ TEST_F(AppCleanupRemoverTest, LinksGoWithTheBundleAndAgentsAreEndedFirst) {
 }
 
 TEST_F(AppCleanupRemoverTest, NothingMovesThatCouldNotBeWrittenDown) {
-    const QList<RelatedFile> items{made(u"one"_s), item(caches + u"gone"_s),
+    // A name that the Trash cuts; the last of its characters that count there is of two.
+    const QString longName = u"0123456789012345678e\u0301"_s + QString(77, u'写');
+    const QList<RelatedFile> items{made(u"one"_s), made(longName), item(caches + u"gone"_s),
                                    item(quill.path, appBundle)};
     const auto refused =
         remover.remove(quill, items, {}, {}, [&](const QList<CleanupItemResult>& planned) {
-            EXPECT_EQ(planned.size(), 2);
+            EXPECT_EQ(planned.size(), 3);
             EXPECT_TRUE(mac.exists(caches + u"one"_s));
             return std::expected<void, QString>(std::unexpected(u"The disk is full."_s));
         });
@@ -255,6 +257,7 @@ TEST_F(AppCleanupRemoverTest, NothingMovesThatCouldNotBeWrittenDown) {
         EXPECT_FALSE(back.failure) << back.failure->toStdString();
     EXPECT_TRUE(mac.exists(quill.path + u"/Contents/Info.plist"_s));
     EXPECT_TRUE(mac.exists(caches + u"one/x"_s));
+    EXPECT_TRUE(mac.exists(caches + longName + u"/x"_s));
 }
 
 TEST_F(AppCleanupRemoverTest, WhatHasChangedSinceTheReviewStays) {

@@ -66,6 +66,7 @@ Sheet {
         ListView {
             id: items
 
+            objectName: "removalItems"
             width: parent.width
             height: Math.min(contentHeight, Math.max(160, sheet.tallest - 240))
             visible: sheet.removal.phase === "review"
@@ -74,6 +75,19 @@ Sheet {
             boundsBehavior: Flickable.StopAtBounds
             model: visible ? sheet.removal.items : null
             currentIndex: sheet.removal.currentRow
+            highlightMoveDuration: 0 // from one end to the other at once
+
+            // How far down it is; there may be a thousand.
+            Rectangle {
+                parent: items
+                anchors.right: parent.right
+                y: items.visibleArea.yPosition * items.height
+                width: 4
+                height: Math.max(12, items.visibleArea.heightRatio * items.height)
+                radius: 2
+                color: "#4dffffff"
+                visible: items.visibleArea.heightRatio < 1
+            }
 
             delegate: Rectangle {
                 id: row
@@ -89,7 +103,7 @@ Sheet {
 
                 objectName: "removalItem"
                 width: ListView.view.width
-                height: 70
+                height: Math.max(70, words.height + 18)
                 radius: 10
                 color: hover.hovered ? "#14ffffff" : "transparent"
                 border.width: ListView.isCurrentItem ? 2 : 0
@@ -131,6 +145,8 @@ Sheet {
                 }
 
                 Column {
+                    id: words
+
                     x: 40
                     anchors.verticalCenter: parent.verticalCenter
                     width: parent.width - x - Math.max(bytes.width, reveal.width) - 20
@@ -160,6 +176,8 @@ Sheet {
                         width: parent.width
                         text: (row.isLocked ? "🔒 " + sheet.removal.lockText + " · " : "") + row.reason
                         color: row.isLocked ? "#ffd479" : "#99ffffff"
+                        wrapMode: Text.Wrap
+                        maximumLineCount: 3
                         elide: Text.ElideRight
                         textFormat: Text.PlainText
                         font.pixelSize: 12
