@@ -12,8 +12,6 @@ inline const QString removalHelperService = QStringLiteral("com.tessellar.app.re
 inline QByteArray removalHelperSocket() {
     return "/var/run/" + removalHelperService.toLatin1() + ".socket";
 }
-inline const QString removalHelperPropertyList =
-    QStringLiteral("com.tessellar.app.removal-helper.plist");
 
 /// What passes to and from the helper is bounded; each side holds to it by itself.
 namespace helper_limits {

@@ -74,10 +74,6 @@ std::expected<Status, BrokerError> HelperSetupBroker::status(std::stop_token sto
     return run("status", stop);
 }
 
-std::expected<Status, BrokerError> HelperSetupBroker::unregister(std::stop_token stop) {
-    return run("unregister", stop);
-}
-
 std::expected<void, BrokerError> HelperSetupBroker::ensure(std::stop_token stop) {
     auto now = status(stop);
     if (now && (*now == Status::notRegistered || *now == Status::notFound)) {

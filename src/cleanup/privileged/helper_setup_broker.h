@@ -47,7 +47,6 @@ public:
     std::expected<Status, BrokerError> status(std::stop_token stop);
     /// Registers where needed and waits for the user's approval.
     std::expected<void, BrokerError> ensure(std::stop_token stop);
-    std::expected<Status, BrokerError> unregister(std::stop_token stop);
 
 private:
     std::expected<Status, BrokerError> run(const QByteArray& word, std::stop_token stop);
