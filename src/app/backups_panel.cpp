@@ -8,6 +8,8 @@
 #include <QLocale>
 #include <QPointer>
 
+#include <algorithm>
+
 namespace tessellar {
 
 /// What came after a backup, by the reason that it gives.
@@ -30,6 +32,13 @@ static QString reasonText(const QString& reason) {
 
 static QString counted(int count, const QString& one) {
     return QStringLiteral("%1 %2%3").arg(count).arg(one, count == 1 ? QString() : QStringLiteral("s"));
+}
+
+static QStringList counts(const BackupSummary& backup) {
+    QStringList all{counted(backup.appCount, QStringLiteral("application"))};
+    if (backup.folderCount > 0)
+        all.append(counted(backup.folderCount, QStringLiteral("folder")));
+    return all + QStringList(counted(backup.pageCount, QStringLiteral("page")));
 }
 
 QString BackupsPanel::summary() const {
@@ -55,21 +64,24 @@ void BackupsPanel::show(const QList<BackupSummary>& all) {
     for (const BackupSummary& backup : all) {
         const QDateTime date =
             QDateTime::fromString(backup.createdAt.toIso8601(), Qt::ISODate).toLocalTime();
-        _backups.append(QVariantMap{
-            {QStringLiteral("name"), backup.name},
-            {QStringLiteral("title"), locale.toString(date, QLocale::ShortFormat)},
-            {QStringLiteral("text"), QStringLiteral("%1 · %2, %3, %4")
-                                         .arg(reasonText(backup.reason),
-                                              counted(backup.appCount, QStringLiteral("application")),
-                                              counted(backup.folderCount, QStringLiteral("folder")),
-                                              counted(backup.pageCount, QStringLiteral("page")))}});
+        _backups.append(
+            QVariantMap{{QStringLiteral("name"), backup.name},
+                        {QStringLiteral("title"), locale.toString(date, QLocale::ShortFormat)},
+                        {QStringLiteral("text"), reasonText(backup.reason) + QStringLiteral(" · ") +
+                                                     counts(backup).join(QStringLiteral(", "))}});
     }
     Q_EMIT changed();
 }
 
 void BackupsPanel::restore(const QString& name) {
+    const auto backup = std::ranges::find_if(std::as_const(_backups), [&](const QVariant& row) {
+        return row.toMap()[QStringLiteral("name")].toString() == name;
+    });
+    if (backup == _backups.cend())
+        return;
     _viewModel.messages().ask(
-        {.title = QStringLiteral("Restore this backup?"),
+        {.title = QStringLiteral("Restore the backup of %1?")
+                      .arg(backup->toMap()[QStringLiteral("title")].toString()),
          .text = QStringLiteral(
              "The current arrangement will be backed up first. Apps that are no longer installed will "
              "be removed, and newly installed apps will be placed on new pages at the end."),

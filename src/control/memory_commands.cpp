@@ -67,10 +67,11 @@ void addBackups(CommandSet& set) {
         call->launcher().archive().listBackups([call](const QList<BackupSummary>& all) {
             QString lines;
             for (const BackupSummary& backup : all)
-                lines += QStringLiteral("%1  %2 (%3 applications on %4 pages)\n")
+                lines += QStringLiteral("%1  %2 (%3 pages, %4 applications, %5 folders)\n")
                              .arg(backup.name, backup.reason)
+                             .arg(backup.pageCount)
                              .arg(backup.appCount)
-                             .arg(backup.pageCount);
+                             .arg(backup.folderCount);
             call->succeed(json::encode(all),
                           lines.isEmpty() ? QStringLiteral("There are no backups.") : lines);
         });

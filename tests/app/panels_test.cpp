@@ -226,10 +226,15 @@ TEST_F(PanelsTest, BackupsAreListedAndRestoredAfterAQuestion) {
         EXPECT_EQ(sketched(), u"Ash Oak");
         panel.restore(row[u"name"_s].toString());
         ASSERT_TRUE(launcher->messages().question());
+        EXPECT_TRUE(launcher->messages().question()->title.contains(row[u"title"_s].toString()));
         launcher->messages().answer(isWanted);
         mac.settle();
     }
     EXPECT_EQ(sketched(), u"[Trees: Oak Ash]");
+    panel.refresh();
+    mac.settle();
+    EXPECT_EQ(panel.backups().first().toMap()[u"text"_s],
+              u"Before a backup was restored · 2 applications, 1 page"_s);
 }
 
 } // namespace

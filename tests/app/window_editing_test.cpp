@@ -1,4 +1,5 @@
 #include "launcher/launcher_messages.h"
+#include "launcher/layout_archive.h"
 #include "launcher_fixture.h"
 
 #include <QClipboard>
@@ -130,6 +131,24 @@ TEST_F(WindowEditingTest, KeysCopyCutAndPasteThroughTheDesktop) {
     press(Qt::Key_Escape);
     EXPECT_TRUE(view().isVisible());
     EXPECT_TRUE(launcher().selectedIds().isEmpty());
+}
+
+TEST_F(WindowEditingTest, TabGoesToBackupsThatAreOutOfView) {
+    for (int i = 0; i < 14; ++i)
+        ASSERT_TRUE(viewModel().archive().reset(LauncherWindowMode::fullScreen));
+    QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 700});
+    choose(u"Backups…"_s);
+    const auto list = [&] { return itemWith("objectName", u"backupsList"_s); };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list(); }));
+    for (int i = 0; i < 14; ++i) {
+        press(Qt::Key_Tab);
+        const QQuickItem* focused = view().activeFocusItem();
+        ASSERT_EQ(focused->objectName(), u"restoreButton");
+        const QRectF shown = focused->mapRectToItem(list(), focused->boundingRect());
+        EXPECT_TRUE(list()->boundingRect().contains(shown)) << i;
+    }
+    press(Qt::Key_Escape);
+    EXPECT_EQ(launcher().sheets()->current(), QString());
 }
 
 TEST_F(WindowEditingTest, TypingSearches) {

@@ -28,6 +28,7 @@ Sheet {
         }
 
         ListView {
+            objectName: "backupsList"
             width: parent.width
             height: Math.min(contentHeight, Math.max(120, sheet.tallest - 120))
             visible: count > 0
@@ -39,6 +40,7 @@ Sheet {
                 id: row
 
                 required property var modelData
+                required property int index
 
                 width: ListView.view.width
                 height: 56
@@ -74,6 +76,9 @@ Sheet {
                     anchors.verticalCenter: parent.verticalCenter
                     height: 30
                     text: qsTr("Restore…")
+                    // Tab goes to rows out of view, too.
+                    onActiveFocusChanged: if (activeFocus)
+                        row.ListView.view.positionViewAtIndex(row.index, ListView.Contain)
                     onClicked: {
                         const name = row.modelData.name;
                         const panel = sheet.panel;
