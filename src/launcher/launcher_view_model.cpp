@@ -142,11 +142,12 @@ LauncherCleanup& LauncherViewModel::cleanup() const { return _parts->listening->
 // ---- start and end
 
 void LauncherViewModel::start() {
-    _parts->merger.load();
     smartFolders().load();
-    history().finishCutOff(_parts->merger.loaded());
-    if (const auto& failure = smartFolders().failure())
-        messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
+    _parts->merger.load([this] {
+        history().finishCutOff(_parts->merger.loaded());
+        if (const auto& failure = smartFolders().failure())
+            messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
+    });
     applications().look();
 }
 

@@ -41,8 +41,8 @@ struct Machine;
 /// main thread; scans and other work on disks run on workers and come back through the mailbox.
 ///
 /// Start-up, each step after the one before:
-/// 1. both working layouts are loaded;
-/// 2. the application folders are scanned on a worker;
+/// 1. both working layouts are loaded, on a worker;
+/// 2. meanwhile the application folders are scanned on another;
 /// 3. each mode's layout is merged with the scan, or the default one is built where there is no
 ///    file; what comes of it is saved, unless the mode is blocked because its file cannot be read;
 /// 4. edits pass the guard of `history()`.

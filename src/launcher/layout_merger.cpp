@@ -52,9 +52,13 @@ LayoutMerger::LayoutMerger(const Machine& machine, LayoutStore& store, LiveLayou
     });
 }
 
-void LayoutMerger::load() {
+void LayoutMerger::load(std::function<void()> done) {
+    _loadsLeft = _loading.size();
     for (const LauncherWindowMode mode : LiveLayouts::modes)
-        _loaded[std::size_t(mode)] = _store.load(mode);
+        _loading[std::size_t(mode)] =
+            _store.loadBehind(mode, [this, mode, done](LayoutStore::LoadResult result) {
+                loaded(mode, std::move(result), done);
+            });
     _places.load();
     if (!std::ranges::all_of(LiveLayouts::modes,
                              [this](LauncherWindowMode mode) { return _places.canRemember(mode); }))
@@ -62,6 +66,16 @@ void LayoutMerger::load() {
             {QStringLiteral("placesUnreadable"),
              QStringLiteral("Until they can be, applications that are gone keep their tiles."),
              QStringLiteral("The places of applications that went could not be read")});
+}
+
+void LayoutMerger::loaded(LauncherWindowMode mode, LayoutStore::LoadResult result,
+                          const std::function<void()>& done) {
+    _loaded[std::size_t(mode)] = std::move(result);
+    if (--_loadsLeft > 0)
+        return;
+    done();
+    if (const auto merge = std::exchange(_whenLoaded, {}))
+        merge();
 }
 
 // ---- working it out
@@ -99,6 +113,10 @@ static bool isCurrent(const MergeInput& now, const MergeInput& then) {
 }
 
 void LayoutMerger::prepare(const Installed& installed, std::function<void()> done, int attemptsLeft) {
+    if (_loadsLeft > 0) {
+        _whenLoaded = [=, this] { prepare(installed, done, attemptsLeft); };
+        return;
+    }
     Starts starts = this->starts(installed);
     if (attemptsLeft == 0) {
         _merged = merge(starts);

@@ -49,8 +49,9 @@ public:
     LayoutMerger(const Machine& machine, LayoutStore& store, LiveLayouts& layouts,
                  InstalledApplications& applications, PlaceMemory& places, LauncherMessages& messages);
 
-    /// Reads the working layouts and the remembered places.
-    void load();
+    /// Reads the remembered places, and the working layouts on a worker. No scan is merged before
+    /// `done`, which is called on the main thread.
+    void load(std::function<void()> done);
     /// What was read; nothing is left of it after the first merge.
     Loaded& loaded() { return _loaded; }
     bool hasMerged() const { return _hasMerged; }
@@ -72,6 +73,8 @@ private:
 
     Starts starts(const Installed& installed) const;
     static Results merge(const Starts& starts);
+    void loaded(LauncherWindowMode mode, LayoutStore::LoadResult result,
+                const std::function<void()>& done);
     void prepare(const Installed& installed, std::function<void()> done, int attemptsLeft);
     void apply();
     static void show(LiveLayout& layout, const Merged& merged, bool isFirst);
@@ -86,6 +89,9 @@ private:
     LauncherMessages& _messages;
     Loaded _loaded;
     Results _merged; ///< ready to be shown
+    std::array<Task, 2> _loading;
+    std::size_t _loadsLeft = 0;
+    std::function<void()> _whenLoaded; ///< a scan that waits for that
     bool _hasMerged = false;
     int _saves = 0;
     Task _task;

@@ -56,53 +56,84 @@ QString LayoutStore::arrangementPath(LauncherWindowMode mode, const QUuid& id) c
     return FileSystem::joined(arrangementsDirectory(mode), toText(id) + QLatin1StringView(".json"));
 }
 
+/// What a working file holds. Decoding takes longer than reading.
+struct LayoutStore::Read {
+    std::expected<std::optional<QByteArray>, FileError> bytes;
+    std::expected<Document, Failed> document;
+    bool isLossy = false;
+};
+
+LayoutStore::Read LayoutStore::read(BackgroundFile& file) {
+    Read read{.bytes = file.read(), .document = {}};
+    const auto fail = [&](const StorageError& error, const QString& detail) {
+        read.document = std::unexpected(Failed{error, detail});
+    };
+    if (!read.bytes) {
+        fail({Code::workingDocumentUnreadable}, message(read.bytes.error()));
+    } else if (*read.bytes) {
+        const json::Losses losses;
+        auto document = json::decodeDocument<Document>(**read.bytes);
+        if (!document) {
+            fail({Code::workingDocumentUnreadable}, json::message(document.error()));
+        } else if (!Document::isSupported(document->version)) {
+            fail({Code::unsupportedWorkingDocumentVersion, document->version},
+                 QStringLiteral("version %1 is not supported").arg(document->version));
+        } else if (folderDepth(document->pages) > maximumFolderDepth) {
+            fail({Code::workingDocumentUnreadable},
+                 QStringLiteral("folders are nested more than %1 deep").arg(maximumFolderDepth));
+        } else {
+            read.document = current(*std::move(document));
+            read.isLossy = losses.count() > 0;
+        }
+    }
+    return read;
+}
+
 LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
+    return accept(mode, read(*working(mode).file));
+}
+
+Task LayoutStore::loadBehind(LauncherWindowMode mode, std::function<void(LoadResult)> done) {
+    return _machine.workers.run(
+        [file = working(mode).file](std::stop_token) { return read(*file); },
+        [this, mode, done = std::move(done)](Read read) { done(accept(mode, std::move(read))); });
+}
+
+LayoutStore::LoadResult LayoutStore::accept(LauncherWindowMode mode, Read read) {
     Working& file = working(mode);
-    const auto fail = [&](Error error, QString detail) -> LoadResult {
+    const auto fail = [&](Failed failed) -> LoadResult {
         file.pendingSave.cancel();
         file.unsaved.reset();
         file.isBlocked = true;
         _machine.log.warning(QStringLiteral("The layout of the mode %1 failed to load: %2")
-                                 .arg(json::rawValue(mode), detail));
-        return Failed{std::move(error), std::move(detail)};
+                                 .arg(json::rawValue(mode), failed.detail));
+        return failed;
     };
 
-    const auto bytes = file.file.read();
-    if (!bytes)
-        return fail(StorageError{Code::workingDocumentUnreadable}, message(bytes.error()));
-    file.guard->wasRead(bytes->value_or(QByteArray()));
-    if (!*bytes) {
-        file.isBlocked = false;
+    if (read.bytes)
+        file.guard->wasRead(read.bytes->value_or(QByteArray()));
+    if (!read.document)
+        return fail(read.document.error());
+    file.isBlocked = false;
+    if (!*read.bytes) {
         _machine.log.info(
             QStringLiteral("The layout of the mode %1 is missing.").arg(json::rawValue(mode)));
         return Missing();
     }
-    const json::Losses losses;
-    auto document = json::decodeDocument<Document>(**bytes);
-    if (!document)
-        return fail(StorageError{Code::workingDocumentUnreadable}, json::message(document.error()));
-    if (!Document::isSupported(document->version))
-        return fail(StorageError{Code::unsupportedWorkingDocumentVersion, document->version},
-                    QStringLiteral("version %1 is not supported").arg(document->version));
-    if (folderDepth(document->pages) > maximumFolderDepth)
-        return fail(StorageError{Code::workingDocumentUnreadable},
-                    QStringLiteral("folders are nested more than %1 deep").arg(maximumFolderDepth));
-    document->version = Document::currentVersion;
     file.lossyCopy.reset();
-    if (losses.count() > 0) {
+    if (read.isLossy) {
         // What was left out is in the file alone, and the next save is over it.
         const QString copy =
             FileSystem::joined(FileSystem::joined(_directory, QStringLiteral("Backups")),
                                stampedName(QStringLiteral("unreadable-layout")));
         auto kept = _machine.files.createDirectories(FileSystem::parent(copy));
         if (kept)
-            kept = _machine.files.writeAtomically(copy, **bytes);
+            kept = _machine.files.writeAtomically(copy, **read.bytes);
         if (!kept)
-            return fail(StorageError{Code::workingDocumentUnreadable}, message(kept.error()));
+            return fail({StorageError{Code::workingDocumentUnreadable}, message(kept.error())});
         file.lossyCopy = copy;
     }
-    file.isBlocked = false;
-    return *std::move(document);
+    return *std::move(read.document);
 }
 
 /// Any thread: takes some 60 ms for 5,000 tiles.
@@ -126,14 +157,15 @@ std::expected<void, FileError> LayoutStore::write(const QString& path, const Kep
 // ---- the working layouts
 
 LayoutStore::Working::Working(const Machine& machine, const QString& directory, LauncherWindowMode mode)
-    : file(machine.workers, StoredFile(machine.files, workingPath(directory, mode), maximumLayoutBytes))
+    : file(std::make_shared<BackgroundFile>(
+          machine.workers, StoredFile(machine.files, workingPath(directory, mode), maximumLayoutBytes)))
     , guard(std::make_shared<OverwriteGuard>(machine.files, workingPath(directory, mode),
                                              LayoutBackups(machine.files, directory))) {}
 
 std::optional<BackgroundFile::Result> LayoutStore::Working::outcome() const {
     if (!unsaved)
         return BackgroundFile::Result();
-    return unsaved->ticket ? file.result(*unsaved->ticket) : std::nullopt;
+    return unsaved->ticket ? file->result(*unsaved->ticket) : std::nullopt;
 }
 
 void LayoutStore::scheduleSave(LauncherWindowMode mode, const Document& document) {
@@ -155,8 +187,8 @@ void LayoutStore::handOver(LauncherWindowMode mode) {
     file.pendingSave.cancel();
     if (!file.unsaved || (file.unsaved->ticket && (!file.outcome() || file.isSaved())))
         return;
-    file.unsaved->ticket = file.file.write(
-        [path = file.file.path(), document = current(file.unsaved->document), guard = file.guard,
+    file.unsaved->ticket = file.file->write(
+        [path = file.file->path(), document = current(file.unsaved->document), guard = file.guard,
          now = _machine.clock.now(),
          precondition =
              _precondition ? _precondition(mode) : nullptr] -> std::expected<QByteArray, FileError> {
@@ -169,7 +201,7 @@ void LayoutStore::handOver(LauncherWindowMode mode) {
                     bytes = std::unexpected(guarded.error());
             return bytes;
         });
-    file.file.whenWritten([this, mode](const BackgroundFile::Result& written) {
+    file.file->whenWritten([this, mode](const BackgroundFile::Result& written) {
         Working& saved = working(mode);
         if (!written)
             return _machine.log.warning(message(written.error()));
@@ -187,7 +219,7 @@ void LayoutStore::saveBehind(LauncherWindowMode mode, const Document& document,
         return;
     file.unsaved = Unsaved{document, false, {}};
     handOver(mode);
-    file.file.whenWritten(std::move(done));
+    file.file->whenWritten(std::move(done));
 }
 
 std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode mode,
@@ -197,7 +229,7 @@ std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode 
         return std::unexpected(StorageError{Code::workingDocumentUnreadable});
     file.unsaved = Unsaved{document, false, {}};
     handOver(mode);
-    if (const auto written = file.file.wait(); !written)
+    if (const auto written = file.file->wait(); !written)
         return std::unexpected(written.error());
     return {};
 }
@@ -206,7 +238,7 @@ std::expected<void, LayoutStore::Error> LayoutStore::flush() {
     std::ranges::for_each(modes, [this](LauncherWindowMode mode) { handOver(mode); });
     std::expected<void, Error> result;
     for (const Working& file : _working) {
-        (void)file.file.wait();
+        (void)file.file->wait();
         if (const auto outcome = file.outcome(); result && outcome && !*outcome)
             result = std::unexpected(outcome->error());
     }
@@ -223,7 +255,7 @@ void LayoutStore::whenSaved(MoveOnlyFunction<void(std::expected<void, Error>)> d
     for (const LauncherWindowMode mode : modes) {
         handOver(mode);
         Working& file = working(mode);
-        file.file.whenWritten(
+        file.file->whenWritten(
             [waiting, isOwed = file.unsaved.has_value()](const BackgroundFile::Result& written) {
                 if (isOwed && !written && waiting->result)
                     waiting->result = std::unexpected(written.error());
@@ -240,7 +272,7 @@ bool LayoutStore::hasUnsavedEdits() const {
 }
 
 std::optional<LayoutStore::Error> LayoutStore::lastSaveError(LauncherWindowMode mode) const {
-    const auto error = working(mode).file.lastError();
+    const auto error = working(mode).file->lastError();
     return error ? std::optional<Error>(*error) : std::nullopt;
 }
 
@@ -248,8 +280,8 @@ std::expected<void, FileError> LayoutStore::reset(LauncherWindowMode mode) {
     Working& file = working(mode);
     file.pendingSave.cancel();
     file.unsaved.reset();
-    (void)file.file.wait();
-    const QString& path = file.file.path();
+    (void)file.file->wait();
+    const QString& path = file.file->path();
     std::expected<void, FileError> removed;
     if (file.isBlocked && _machine.files.linkStatus(path)) {
         // What could not be read may hold years of somebody's order: it leaves its place, not the disk.
@@ -264,7 +296,7 @@ std::expected<void, FileError> LayoutStore::reset(LauncherWindowMode mode) {
     if (!removed && removed.error().code != FileError::Code::notFound)
         return removed;
     file.isBlocked = false;
-    file.file.forget();
+    file.file->forget();
     return {};
 }
 

@@ -73,6 +73,9 @@ public:
 
     // The working layouts. Documents are written with the current version.
     LoadResult load(LauncherWindowMode mode);
+    /// The same with reading and decoding on a worker; `done` is called on the main thread. Nothing is
+    /// saved until then.
+    [[nodiscard]] Task loadBehind(LauncherWindowMode mode, std::function<void(LoadResult)> done);
     void scheduleSave(LauncherWindowMode mode, const Document& document);
     /// The same without the delay, for what is no burst.
     void save(LauncherWindowMode mode, const Document& document);
@@ -134,6 +137,9 @@ private:
         bool isEdit = false;
         std::optional<BackgroundFile::Ticket> ticket; ///< once handed over
     };
+    struct Read;
+    static Read read(BackgroundFile& file);
+    LoadResult accept(LauncherWindowMode mode, Read read);
     /// One mode's working file.
     struct Working {
         Working(const Machine& machine, const QString& directory, LauncherWindowMode mode);
@@ -141,7 +147,7 @@ private:
         std::optional<BackgroundFile::Result> outcome() const;
         bool isSaved() const { return outcome() == BackgroundFile::Result(); }
 
-        BackgroundFile file;
+        std::shared_ptr<BackgroundFile> file;  ///< shared with a load under way
         std::shared_ptr<OverwriteGuard> guard; ///< shared with the work under way
         bool isBlocked = false;
         std::optional<QString> lossyCopy;

@@ -43,7 +43,7 @@ public:
     std::function<Result()> written() const;
     /// Calls `done` on the main thread once that is so, with that result.
     void whenWritten(Done done);
-    /// Waits for what runs, then reads.
+    /// Waits for what runs, then reads. From any thread as long as nothing is handed over.
     std::expected<std::optional<QByteArray>, FileError> read();
     /// As of a stored file.
     std::expected<QString, FileError> setAside(const Clock& clock, const QUuid& tag);
