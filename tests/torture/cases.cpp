@@ -1,0 +1,180 @@
+#include "torture/cases.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <random>
+
+namespace tessellar::torture {
+
+using Kind = SystemCall::Kind;
+
+const QList<Command>& commands() {
+    static const QList<Command> all{
+        {"list", "list"},
+        {"list-windowed", "--mode windowed list"},
+        {"rename", "rename org.example.hazel Witch"},
+        {"rename-windowed", "--mode windowed rename org.example.hazel Witch"},
+        {"revert-name", "revert-name org.example.hazel"},
+        {"symbol", "symbol {folder} leaf"},
+        {"hide", "hide org.example.fir"},
+        {"unhide", "unhide org.example.elm"},
+        {"move", "move org.example.ash --to 0:0"},
+        {"group", "group org.example.maple --with org.example.iris"},
+        {"ungroup", "ungroup {folder}"},
+        {"sort", "sort"},
+        {"alias-create", "alias create org.example.cedar --to 0"},
+        {"reset", "reset"},
+        {"arrangements-save", "arrangements save Second"},
+        {"arrangements-restore", "arrangements restore {arrangement}"},
+        {"arrangements-delete", "arrangements delete {arrangement}"},
+        {"backups-restore", "backups restore {backup}"},
+        {"places-forget", "places forget"},
+        {"smart-folders-add", "smart-folders add --template games"},
+        {"smart-folders-replace",
+         "smart-folders replace {smartFolder} {root}/Users/ada/definition.json"},
+        {"smart-folders-remove", "smart-folders remove {smartFolder}"},
+        {"smart-folders-place", "smart-folders place {unplaced}"},
+        {"smart-folders-unplace", "smart-folders unplace {smartFolder}"},
+        {"settings-set", "settings set gridColumns 9"},
+        {"icon-set", "icon set org.example.ash /Users/ada/icon.icns"},
+        {"icon-remove", "icon remove org.example.oak"},
+        {"import-launchpad", "import-launchpad"},
+        {"open", "open org.example.ash"},
+        {"cleanup-remove", "cleanup remove org.example.cedar --yes"},
+        {"cleanup-restore", "cleanup restore"},
+        {"batch", "batch {root}/Users/ada/edits"},
+    };
+    return all;
+}
+
+const QList<Command>& independentCommands() {
+    static const QList<Command> all{
+        {"", "rename org.example.ash 'Ash of mine'"},
+        {"", "rename org.example.gorse 'Gorse of mine'"},
+        {"", "rename org.example.nettle 'Nettle of mine'"},
+        {"", "hide org.example.fir"},
+        {"", "hide org.example.maple"},
+        {"", "unhide org.example.elm"},
+        {"", "symbol {folder} leaf"},
+        {"", "settings set gridColumns 9"},
+        {"", "--mode windowed rename org.example.ash 'Ash of the window'"},
+        {"", "icon remove org.example.oak"},
+    };
+    return all;
+}
+
+const Command* commandNamed(const QByteArray& name) {
+    const auto found =
+        std::ranges::find_if(commands(), [&](const Command& command) { return name == command.name; });
+    return found == commands().end() ? nullptr : &*found;
+}
+
+const QMap<QByteArray, int>& errors() {
+    static const QMap<QByteArray, int> all{{"EIO", EIO},       {"ENOSPC", ENOSPC}, {"EDQUOT", EDQUOT},
+                                           {"EROFS", EROFS},   {"EINTR", EINTR},   {"EACCES", EACCES},
+                                           {"ESTALE", ESTALE}, {"EMFILE", EMFILE}, {"ENOLCK", ENOLCK},
+                                           {"EAGAIN", EAGAIN}};
+    return all;
+}
+
+namespace {
+
+/// What can befall a call in earnest.
+QByteArrayList fatesOf(const Site& site) {
+    switch (site.kind) {
+    case Kind::changes:
+        return {"EIO", "ENOSPC", "EDQUOT", "EROFS", "EINTR", "EIO+", "ENOSPC+", "EROFS+"};
+    case Kind::makesThread:
+        return {"EAGAIN", "EAGAIN+"};
+    case Kind::makesDescriptor:
+        return {"EMFILE", "EMFILE+"};
+    case Kind::serves:
+        return {"EMFILE"};
+    case Kind::reads:
+        break;
+    }
+    if (site.call == "close")
+        return {"EIO", "EINTR", "ENOSPC"};
+    if (site.call == "flock")
+        return {"EIO", "EINTR", "ENOLCK", "ENOLCK+"};
+    if (site.call.startsWith("open") || site.call == "read")
+        return {"EIO", "EIO+", "EINTR", "EACCES", "ESTALE", "EMFILE"};
+    return {"EIO", "EIO+", "EACCES+", "ESTALE"};
+}
+
+} // namespace
+
+void CaseList::addFates(const QByteArray& row, const Command& command, const Site& site) {
+    const QByteArray what = QByteArray(command.name) + ':' + site.name() + ':';
+    const QByteArray bucket = ' ' + QByteArray(command.name) + (site.kind == Kind::reads ? " r" : " w");
+    for (const QByteArray& fate : fatesOf(site))
+        add(row + bucket, row + ':' + what + fate);
+    if (site.kind != Kind::changes)
+        return;
+    const QByteArray killed = row == "call" ? QByteArray("kill") : row;
+    for (const char* when : {"before", "after"})
+        add(killed + bucket, killed + ':' + what + when);
+}
+
+void CaseList::addCalls(const Command& command, const QList<Site>& sites) {
+    for (const Site& site : sites)
+        addFates("call", command, site);
+}
+
+void CaseList::addServed(const Command& command, const QList<Site>& sites) {
+    for (const Site& site : sites)
+        addFates("served", command, site);
+}
+
+void CaseList::addLimits(const Command& command, bool hasDisk) {
+    const QByteArray name = command.name;
+    for (int pages = 0; hasDisk && pages <= 20; ++pages)
+        add("full", "full:" + name + ':' + QByteArray::number(pages));
+    for (const int count : {4, 5, 6, 7, 8, 9, 10, 11, 12, 14, 16, 20, 24, 32})
+        add("limit " + name, "limit:" + name + ":descriptors:" + QByteArray::number(count));
+    for (const int size : {0, 1, 100, 1'000, 2'000, 4'000, 8'000, 16'000})
+        add("limit " + name, "limit:" + name + ":fileSize:" + QByteArray::number(size));
+#if !defined(__SANITIZE_ADDRESS__) // which takes terabytes of addresses
+    for (const int megabytes : {4, 16, 64, 256})
+        add("limit " + name, "limit:" + name + ":memory:" + QByteArray::number(megabytes));
+#endif
+}
+
+void CaseList::addDamage(const QByteArray& file, qsizetype size) {
+    for (qsizetype at = 0; at < size; ++at) {
+        add("cut " + file, "cut:" + file + ':' + QByteArray::number(at));
+        for (qsizetype bit = at * 8; bit < at * 8 + 8; ++bit)
+            add("bits " + file, "bits:" + file + ':' + QByteArray::number(bit));
+    }
+}
+
+void CaseList::addTogether() {
+    for (int number = 0; number < 200; ++number)
+        for (const char* served : {"alone", "served"})
+            add(QByteArray("together ") + served,
+                QByteArray("together:") + served + ':' + QByteArray::number(number));
+}
+
+QList<Case> CaseList::drawn() const {
+    std::mt19937 random(_seed);
+    std::vector<QList<Case>> buckets;
+    for (QList<Case> bucket : _buckets) {
+        // By hand: what std::shuffle makes of a seed is each library's own affair.
+        for (qsizetype left = bucket.size(); left > 1; --left)
+            bucket.swapItemsAt(left - 1,
+                               static_cast<qsizetype>(random() % static_cast<unsigned>(left)));
+        buckets.push_back(std::move(bucket));
+    }
+    for (std::size_t left = buckets.size(); left > 1; --left)
+        std::swap(buckets[left - 1], buckets[random() % left]);
+    QList<Case> all;
+    for (qsizetype round = 0, before = -1; all.size() != before; ++round) {
+        before = all.size();
+        for (const QList<Case>& bucket : buckets)
+            if (round < bucket.size())
+                all.append(bucket[round]);
+    }
+    return all;
+}
+
+} // namespace tessellar::torture

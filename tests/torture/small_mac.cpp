@@ -1,0 +1,430 @@
+#include "torture/small_mac.h"
+
+#include "control/shell_words.h"
+#include "control/tessellarctl.h"
+#include "model/json.h"
+#include "sample/launchpad_database.h"
+#include "sample/mac_builder.h"
+#include "sample/tools.h"
+#include "tests/icons/icns_bytes.h"
+
+#include <QColor>
+
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace tessellar::torture {
+
+namespace fs = std::filesystem;
+
+const QByteArray SmallMac::applicationFolder =
+    "Users/ada/Library/Application Support/com.tessellar.app";
+const QByteArray SmallMac::settingsFile = "Users/ada/Library/Preferences/com.tessellar.app.json";
+
+namespace {
+
+constexpr auto diskSize = "size=64m";
+
+bool isHexadecimal(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+}
+
+/// How long an identifier or a tag of eight digits is that begins here; 0 where none does.
+qsizetype identifierLength(const QByteArray& text, qsizetype at) {
+    static constexpr std::array groups{8, 4, 4, 4, 12};
+    if (at > 0 && isHexadecimal(text[at - 1]))
+        return 0;
+    qsizetype end = at;
+    for (std::size_t group = 0; group < groups.size(); ++group) {
+        if (group > 0 && (end >= text.size() || text[end++] != '-'))
+            return 0;
+        for (int digit = 0; digit < groups[group]; ++digit, ++end)
+            if (end >= text.size() || !isHexadecimal(text[end]))
+                return 0;
+    }
+    return end - at;
+}
+
+/// Gives identifiers that are not known numbers, in the order in which they come.
+QByteArray withNumberedIdentifiers(const QByteArray& text, const QSet<QByteArray>& known,
+                                   QMap<QByteArray, QByteArray>& numbers) {
+    QByteArray result;
+    for (qsizetype at = 0; at < text.size();) {
+        const qsizetype length = identifierLength(text, at);
+        const QByteArray found = text.sliced(at, length);
+        if (length == 0) {
+            result += text[at++];
+            continue;
+        }
+        if (!known.contains(found) && !numbers.contains(found))
+            numbers.insert(found, "new-" + QByteArray::number(numbers.size() + 1));
+        result += numbers.value(found, found);
+        at += length;
+    }
+    return result;
+}
+
+/// "-2026-11-14T12-00-00Z-1A2B3C4D", the part of a name that differs from run to run.
+QByteArray withoutStamps(const QByteArray& name) {
+    QByteArray result;
+    for (qsizetype at = 0; at < name.size();) {
+        const qsizetype length = identifierLength(name, at);
+        qsizetype digits = 0;
+        while (at + digits < name.size() && isHexadecimal(name[at + digits]))
+            ++digits;
+        const bool isTag = digits == 8 && (at == 0 || name[at - 1] == '-' || name[at - 1] == '/');
+        if (length > 0 || isTag) {
+            result += '#';
+            at += std::max(length, digits);
+        } else {
+            result += name[at++];
+        }
+    }
+    return result;
+}
+
+/// Where a file lies on the disk differs each time that it is put back.
+QJsonValue withoutIdentities(const QJsonValue& value) {
+    if (value.isArray()) {
+        QJsonArray array;
+        for (const QJsonValue& item : value.toArray())
+            array.append(withoutIdentities(item));
+        return array;
+    }
+    if (!value.isObject())
+        return value;
+    QJsonObject object = value.toObject();
+    object.remove(QStringLiteral("identity"));
+    for (auto member = object.begin(); member != object.end(); ++member)
+        *member = withoutIdentities(*member);
+    return object;
+}
+
+/// What the launcher can do without, what serves one moment, and what the Mac's tools write.
+bool isPassing(const QByteArray& path) {
+    if (path.startsWith("private/var/tessellar-sample/") || path.startsWith("tmp/"))
+        return true;
+    if (!path.startsWith(SmallMac::applicationFolder + '/'))
+        return path.contains("/.tessellar-save-");
+    const QByteArray name = path.sliced(SmallMac::applicationFolder.size() + 1);
+    static const QSet<QByteArray> names{
+        "known-volumes.json", "bundle-answers.json", "app-updates.json", "app-update-run.json", "lock",
+        "control.socket"};
+    return names.contains(name) || name.contains(".tessellar-save-") || name.contains(".damaged") ||
+           name.startsWith("Backups");
+}
+
+} // namespace
+
+QByteArray difference(const State& expected, const State& actual) {
+    for (auto entry = expected.begin(); entry != expected.end(); ++entry) {
+        if (!actual.contains(entry.key()))
+            return entry.key() + " is gone";
+        const QByteArray now = actual.value(entry.key());
+        if (now == *entry)
+            continue;
+        qsizetype at = 0;
+        while (at < now.size() && at < entry->size() && now[at] == entry->at(at))
+            ++at;
+        const qsizetype from = std::max<qsizetype>(0, at - 60);
+        return entry.key() + " differs: …" + now.mid(from, 160).simplified() + "… instead of …" +
+               entry->mid(from, 160).simplified() + "…";
+    }
+    for (const QByteArray& path : actual.keys())
+        if (!expected.contains(path))
+            return path + " is new";
+    return "nothing";
+}
+
+SmallMac::SmallMac(const QByteArray& folder) : _root(folder) {
+    std::error_code ignored;
+    fs::create_directories(_root.toStdString(), ignored);
+    _hasDisk = ::mount("none", _root.constData(), "tmpfs", 0, diskSize) == 0;
+    build();
+    if (!_failure)
+        arrange();
+    if (_failure)
+        return;
+    _built = walk();
+    _builtFiles = files();
+    for (auto file = _builtFiles.begin(); file != _builtFiles.end(); ++file) {
+        const QByteArray text = file.key() + '\n' + *file;
+        for (qsizetype at = 0; at < text.size(); ++at)
+            if (const qsizetype length = identifierLength(text, at))
+                _knownIdentifiers.insert(text.sliced(at, length));
+    }
+}
+
+SmallMac::~SmallMac() {
+    if (_hasDisk)
+        ::umount2(_root.constData(), MNT_DETACH);
+    std::error_code ignored;
+    fs::remove_all(_root.toStdString(), ignored);
+}
+
+void SmallMac::leaveFree(std::optional<qint64> bytes) {
+    if (!_hasDisk)
+        return;
+    struct statvfs disk {};
+    ::statvfs(_root.constData(), &disk);
+    const qint64 used =
+        static_cast<qint64>(disk.f_blocks - disk.f_bfree) * static_cast<qint64>(disk.f_frsize);
+    const QByteArray size = bytes ? "size=" + QByteArray::number(used + *bytes) : QByteArray(diskSize);
+    ::mount("none", _root.constData(), "tmpfs", MS_REMOUNT, size.constData());
+}
+
+void SmallMac::build() {
+    sample::MacBuilder mac(QString::fromUtf8(_root));
+    mac.addStandardFolders();
+    sample::addTools(mac);
+    const auto add = [&](const QString& name, const QString& folder) {
+        mac.addApplication({.name = name,
+                            .folder = folder,
+                            .identifier = QStringLiteral("org.example.") + name.toLower(),
+                            .category = QStringLiteral("public.app-category.utilities")});
+    };
+    for (const char* name :
+         {"Ash", "Beech", "Cedar", "Dogwood", "Elm", "Fir", "Gorse", "Hazel", "Kelp", "Larch", "Maple"})
+        add(QString::fromLatin1(name), QStringLiteral("/Applications"));
+    add(QStringLiteral("Iris"), QStringLiteral("/Applications/Tools"));
+    add(QStringLiteral("Juniper"), QStringLiteral("/Users/ada/Extra"));
+    add(QStringLiteral("Nettle"), QStringLiteral("/System/Applications"));
+    add(QStringLiteral("Oak"), QStringLiteral("/Users/ada/Applications"));
+    add(QStringLiteral("Pine"), QStringLiteral("/Users/ada/Elsewhere"));
+    mac.addLink(QStringLiteral("/Applications/Pine.app"),
+                QStringLiteral("/Users/ada/Elsewhere/Pine.app"));
+    for (const char* name : {"cedar", "larch"}) {
+        const QString identifier = QStringLiteral("org.example.") + QLatin1StringView(name);
+        mac.addFile(QStringLiteral("/Users/ada/Library/Preferences/%1.plist").arg(identifier), "old");
+        mac.addFile(QStringLiteral("/Users/ada/Library/Caches/%1/cache").arg(identifier), "old");
+    }
+    sample::addOldLaunchpad(
+        mac, {.pages = {{sample::OldTile{QStringLiteral("Hazel"), QStringLiteral("org.example.hazel")},
+                         sample::OldFolder{
+                             QStringLiteral("Trees"),
+                             {{{QStringLiteral("Fir"), QStringLiteral("org.example.fir")},
+                               {QStringLiteral("Elm"), QStringLiteral("org.example.elm")}}}}}}});
+    mac.addFile(QStringLiteral("/Users/ada/icon.icns"),
+                test::icnsFile(test::icnsEntry("ic07", test::png(128, Qt::darkGreen))));
+    mac.addFile(QStringLiteral("/Users/ada/edits"),
+                "rename org.example.gorse Batched\nhide org.example.fir\nundo\n"
+                "group org.example.hazel --with org.example.gorse\n");
+    mac.settleDates(QDateTime::fromString(QStringLiteral("2026-01-02T03:04:05Z"), Qt::ISODate));
+    if (const auto failure = mac.failure())
+        _failure = failure->toUtf8();
+}
+
+/// An arrangement as a user may have made it, through the commands.
+void SmallMac::arrange() {
+    const auto done = [&](const QByteArray& line) {
+        if (_failure)
+            return QJsonValue();
+        const Ending ending = run(line);
+        if (ending.status != 0)
+            _failure = line + ": " + ending.error.trimmed();
+        return json::parse(ending.out).value_or(QJsonValue());
+    };
+    const auto name = [&](const char* word, const QJsonValue& value) {
+        if (value.toString().isEmpty() && !_failure)
+            _failure = QByteArray("there is nothing to call ") + word;
+        _words.insert(QByteArray(word), value.toString().toUtf8());
+    };
+    _words.insert("{root}", _root);
+    done("settings set appDiscovery.additionalSearchPaths '[\"/Users/ada/Extra\"]'");
+    done("list");
+    done("group org.example.beech --with org.example.ash");
+    done("group org.example.gorse --with org.example.dogwood");
+    for (const QJsonValue page : done("list").toObject().value(u"pages").toArray())
+        for (const QJsonValue tile : page.toArray())
+            if (const QJsonValue folder = tile.toObject().value(u"folder"); folder.isObject())
+                name("{folder}", folder.toObject().value(u"_0").toObject().value(u"id"));
+    done("rename {folder} Broad");
+    done("hide org.example.elm");
+    done("rename org.example.hazel 'Hazel of mine'");
+    name("{arrangement}", done("arrangements save First").toObject().value(u"id"));
+    done("move org.example.fir --to 0:0");
+    done("arrangements restore {arrangement}");
+    name("{backup}", done("backups list").toArray().first().toObject().value(u"name"));
+    name("{smartFolder}",
+         done("smart-folders add --template installedThisWeek").toObject().value(u"id"));
+    QJsonObject definition = done("smart-folders show {smartFolder}").toObject();
+    definition.insert(QStringLiteral("name"), QStringLiteral("Newest"));
+    write("Users/ada/definition.json", json::write(definition));
+    name("{unplaced}", done("smart-folders add --template games").toObject().value(u"id"));
+    done("smart-folders unplace {unplaced}");
+    done("alias create org.example.nettle --to 0");
+    done("icon set org.example.oak /Users/ada/icon.icns");
+    done("open org.example.oak");
+    std::error_code ignored;
+    fs::remove_all((_root + "/Applications/Kelp.app").toStdString(), ignored);
+    done("list");
+    done("cleanup remove org.example.larch --yes");
+    done("settings set gridRows 4");
+    // What a start settles is settled.
+    done("list");
+    done("--mode windowed list");
+    done("list");
+}
+
+Programs::Main SmallMac::tessellarctl(const QByteArray& line) const {
+    QByteArray text = line;
+    for (auto word = _words.begin(); word != _words.end(); ++word)
+        text.replace(word.key(), *word);
+    std::vector<std::string> words{
+        "tessellarctl", "--root", _root.toStdString(),   "--json", "--locale",
+        "en_GB",        "--now",  "2026-11-14T12:00:00Z"};
+    for (const QString& word : splitWords(QString::fromUtf8(text)).value_or(QStringList()))
+        words.push_back(word.toStdString());
+    return [words = std::move(words)]() mutable {
+        std::vector<char*> arguments;
+        for (std::string& word : words)
+            arguments.push_back(word.data());
+        arguments.push_back(nullptr);
+        return tessellar::tessellarctl(static_cast<int>(words.size()), arguments.data());
+    };
+}
+
+Ending SmallMac::run(const QByteArray& line) {
+    Programs programs;
+    return programs.waitFor(programs.start(tessellarctl(line)), 60);
+}
+
+SmallMac::Tree SmallMac::walk() const {
+    Tree tree;
+    std::error_code error;
+    for (fs::recursive_directory_iterator at(_root.toStdString(), error), end; at != end;
+         at.increment(error)) {
+        const std::string path = at->path().string();
+        struct stat status {};
+        if (::lstat(path.c_str(), &status) != 0)
+            continue;
+        Entry entry{status.st_mode, {}, status.st_mtim, status.st_ctim, status.st_ino};
+        if (S_ISLNK(status.st_mode))
+            entry.bytes = QByteArray::fromStdString(fs::read_symlink(path, error).string());
+        tree.insert(QByteArray::fromStdString(path.substr(static_cast<std::size_t>(_root.size()) + 1)),
+                    entry);
+    }
+    // The bytes of those that have not changed since the Mac was built are known.
+    for (auto entry = tree.begin(); entry != tree.end(); ++entry) {
+        if (!S_ISREG(entry->mode))
+            continue;
+        const auto built = _built.constFind(entry.key());
+        if (built != _built.cend() && built->inode == entry->inode &&
+            built->changed.tv_sec == entry->changed.tv_sec &&
+            built->changed.tv_nsec == entry->changed.tv_nsec) {
+            entry->bytes = built->bytes;
+            continue;
+        }
+        std::ifstream in((_root + '/' + entry.key()).toStdString(), std::ios::binary);
+        entry->bytes = QByteArray::fromStdString({std::istreambuf_iterator<char>(in), {}});
+    }
+    return tree;
+}
+
+QMap<QByteArray, QByteArray> SmallMac::files() const {
+    QMap<QByteArray, QByteArray> files;
+    const Tree tree = walk();
+    for (auto entry = tree.begin(); entry != tree.end(); ++entry)
+        files.insert(entry.key(), entry->bytes);
+    return files;
+}
+
+void SmallMac::write(const QByteArray& path, const QByteArray& bytes) const {
+    // As a new file: a change within one tick of the disk's clock would not be seen.
+    ::unlink((_root + '/' + path).constData());
+    std::ofstream((_root + '/' + path).toStdString(), std::ios::binary)
+        .write(bytes.constData(), bytes.size());
+}
+
+void SmallMac::put(const QByteArray& path, const Entry& entry) const {
+    const QByteArray host = _root + '/' + path;
+    if (S_ISDIR(entry.mode))
+        ::mkdir(host.constData(), entry.mode & 07777);
+    else if (S_ISLNK(entry.mode))
+        (void)::symlink(entry.bytes.constData(), host.constData());
+    else if (S_ISREG(entry.mode)) {
+        write(path, entry.bytes);
+        ::chmod(host.constData(), entry.mode & 07777);
+    }
+}
+
+void SmallMac::restore() {
+    leaveFree(std::nullopt);
+    const Tree now = walk();
+    std::error_code ignored;
+    bool isChanged = false;
+    for (auto entry = now.end(); entry != now.begin();) {
+        --entry;
+        const auto built = _built.constFind(entry.key());
+        if (built != _built.cend() && built->mode == entry->mode && built->bytes == entry->bytes)
+            continue;
+        fs::remove_all((_root + '/' + entry.key()).toStdString(), ignored);
+        isChanged = true;
+    }
+    for (auto entry = _built.begin(); entry != _built.end(); ++entry) {
+        struct stat status {};
+        if (::lstat((_root + '/' + entry.key()).constData(), &status) == 0)
+            continue;
+        put(entry.key(), *entry);
+        isChanged = true;
+    }
+    if (!isChanged)
+        return;
+    // What lies in a folder changes its date: deeper ones come first.
+    for (auto entry = _built.end(); entry != _built.begin();) {
+        --entry;
+        const QByteArray host = _root + '/' + entry.key();
+        const timespec times[] = {entry->modified, entry->modified};
+        struct stat status {};
+        ::lstat(host.constData(), &status);
+        if (status.st_mtim.tv_sec != entry->modified.tv_sec ||
+            status.st_mtim.tv_nsec != entry->modified.tv_nsec)
+            ::utimensat(AT_FDCWD, host.constData(), times, AT_SYMLINK_NOFOLLOW);
+        ::lstat(host.constData(), &status);
+        entry->inode = status.st_ino;
+        entry->changed = status.st_ctim;
+    }
+}
+
+State SmallMac::state() const {
+    const Tree tree = walk();
+    State state;
+    QMap<QByteArray, QByteArray> numbers;
+    for (auto entry = tree.begin(); entry != tree.end(); ++entry) {
+        const auto built = _built.constFind(entry.key());
+        const bool isKeptBackup =
+            entry.key().startsWith(applicationFolder + "/Backups") && built != _built.cend();
+        if (isPassing(entry.key()) && !isKeptBackup)
+            continue;
+        QByteArray contents;
+        if (S_ISREG(entry->mode)) {
+            const auto value =
+                entry.key().endsWith(".json") ? json::parse(entry->bytes) : json::Decoded<QJsonValue>();
+            contents =
+                value && !value->isNull() ? json::write(withoutIdentities(*value)) : entry->bytes;
+        }
+        state.insert(withNumberedIdentifiers(entry.key(), _knownIdentifiers, numbers),
+                     withNumberedIdentifiers(contents, _knownIdentifiers, numbers));
+    }
+    return state;
+}
+
+std::optional<QByteArray> SmallMac::siteOf(const QByteArray& hostPath) const {
+    if (hostPath == _root)
+        return ".";
+    if (!hostPath.startsWith(_root + '/'))
+        return std::nullopt;
+    QByteArray path = hostPath.sliced(_root.size() + 1);
+    if (path.endsWith(" (deleted)"))
+        path.chop(10);
+    return withoutStamps(path);
+}
+
+} // namespace tessellar::torture
