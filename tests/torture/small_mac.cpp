@@ -1,5 +1,15 @@
 #include "torture/small_mac.h"
 
+#include "control/command_interpreter.h"
+#include "control/running_launcher.h"
+#include "launcher/launcher_view_model.h"
+#include "platform/host_machine.h"
+#include "platform/interruption.h"
+
+#include <QCoreApplication>
+
+#include <array>
+
 #include "control/shell_words.h"
 #include "control/tessellarctl.h"
 #include "model/json.h"
@@ -288,6 +298,33 @@ Programs::Main SmallMac::tessellarctl(const QByteArray& line) const {
             arguments.push_back(word.data());
         arguments.push_back(nullptr);
         return tessellar::tessellarctl(static_cast<int>(words.size()), arguments.data());
+    };
+}
+
+Programs::Main SmallMac::launcher() const {
+    return [root = _root]() -> int {
+        int count = 1;
+        std::string name = "launcher";
+        std::array<char*, 2> words{name.data(), nullptr};
+        const QCoreApplication application(count, words.data());
+        const auto host = HostMachine::make({.root = QString::fromUtf8(root),
+                                             .home = {},
+                                             .locale = QStringLiteral("en_GB"),
+                                             .now = Instant::fromIso8601(u"2026-11-14T12:00:00Z")});
+        if (!host)
+            return 2;
+        const auto found = findLauncherOrLock(**host, QStringLiteral("a launcher"));
+        if (!found || found->launcher)
+            return 2;
+        const Interruption interruption([] { QCoreApplication::quit(); });
+        LauncherViewModel launcher((*host)->machine());
+        CommandInterpreter interpreter((*host)->machine(), launcher);
+        ControlServer server((*host)->machine(), interpreter);
+        if (!server.listen())
+            return 2;
+        launcher.start();
+        QCoreApplication::exec();
+        return launcher.quit() ? 0 : 1;
     };
 }
 

@@ -40,6 +40,8 @@ public:
     void leaveFree(std::optional<qint64> bytes);
 
     /// A program that carries out one command, or a line of shell words.
+    /// A launcher without a window, which carries out what others ask for until it is told to end.
+    Programs::Main launcher() const;
     Programs::Main tessellarctl(const QByteArray& line) const;
     Ending run(const QByteArray& line);
 

@@ -113,7 +113,7 @@ std::optional<QList<Site>> Trials::sites(const Command& command) {
 Ending Trials::runServed(const Command& command, const Programs::Decide& decide, bool& isServing) {
     Programs programs;
     bool isListening = false;
-    const pid_t launcher = programs.start(_mac.tessellarctl("watch"), [&](const SystemCall& call) {
+    const pid_t launcher = programs.start(_mac.launcher(), [&](const SystemCall& call) {
         isListening = isListening || qstrcmp(call.name, "listen") == 0;
         isServing = isServing || qstrcmp(call.name, "accept4") == 0;
         return isServing ? decide(call) : Fate{};
@@ -298,7 +298,7 @@ Verdict Trials::judgeTogether(const QByteArrayList& parts) {
         pid_t launcher = 0;
         if (isServed) {
             bool isListening = false;
-            launcher = programs.start(_mac.tessellarctl("watch"), [&](const SystemCall& call) {
+            launcher = programs.start(_mac.launcher(), [&](const SystemCall& call) {
                 isListening = isListening || qstrcmp(call.name, "listen") == 0;
                 return Fate{};
             });
