@@ -207,6 +207,9 @@ void WorkerPool::State::runOne(LaneState& lane, std::unique_lock<std::mutex>& lo
         lock.lock();
         running.erase(place);
         --lane.running;
+        // Where another lane's thread did it, one that was made meanwhile may wait for the next.
+        if (!lane.waiting.empty())
+            lane.changed.notify_one();
     }
     if (running.empty() &&
         std::ranges::all_of(lanes, [](const LaneState& each) { return each.waiting.empty(); }))

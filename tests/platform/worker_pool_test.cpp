@@ -279,6 +279,30 @@ TEST(WorkerPool, WorksWithTheThreadsThatCanBeMade) {
     pool.waitIdle();
     EXPECT_EQ(ran, only); // another lane's
 }
+
+TEST(WorkerPool, LeavesNothingToALaneWhoseThreadCameLate) {
+    // Often: the late thread has to find its lane at its limit, and wait.
+    for (int round = 0; round < 50; ++round) {
+        Mailbox mailbox;
+        WorkerPool pool(mailbox, 2);
+        pool.submit(Lane::files, {}, [](std::stop_token) {});
+        std::latch begun(1);
+        std::latch ending(1);
+        {
+            const NoThreads none;
+            pool.submit(Lane::saving, {}, [&](std::stop_token) {
+                begun.count_down();
+                ending.wait();
+            });
+        }
+        begun.wait();
+        pool.submit(Lane::saving, {}, [](std::stop_token) {});
+        for (int i = 0; i < 100; ++i)
+            std::this_thread::yield();
+        ending.count_down();
+        pool.waitIdle();
+    }
+}
 #endif
 
 } // namespace
