@@ -145,12 +145,11 @@ void CustomAppIconStore::refresh() {
 // ---- removal and change of key
 
 CustomAppIconStore::Result<void> CustomAppIconStore::deleteFiles(const QString& appKey) const {
-    // All of them, whatever becomes of one.
-    Result<void> result;
+    // The icon goes last: while it is there, nothing was removed, and all of it can be tried again.
     for (const char* suffix : {originalSuffix, recordSuffix, iconSuffix})
         if (const auto removed = removeFile(path(appKey, suffix)); !removed)
-            result = removed;
-    return result;
+            return removed;
+    return {};
 }
 
 CustomAppIconStore::Result<void> CustomAppIconStore::removeIcon(const QString& appKey) {

@@ -113,9 +113,12 @@ TEST_F(CustomAppIconStoreTest, removesTheIconWithItsRecordAndBackup) {
     EXPECT_EQ(files.entries(directory)->size(), 0);
     EXPECT_TRUE(store.removeIcon(key)) << "nothing to remove is no failure";
 
-    // A folder in the place of the record cannot be removed as a file.
+    // A folder in the place of the record cannot be removed as a file: then the icon stays, too.
+    ASSERT_EQ(importing(icon), std::nullopt);
     write(directory + u'/' + CustomAppIconStore::baseName(key) + u".macos-icon.json/x"_s, "x");
     EXPECT_EQ(store.removeIcon(key), std::unexpected(Error::couldNotRemove));
+    EXPECT_TRUE(store.iconPath(key));
+    EXPECT_TRUE(store.knownIconPath(key));
 }
 
 TEST_F(CustomAppIconStoreTest, followsAnApplicationToItsNewKey) {
