@@ -255,13 +255,14 @@ void LayoutStore::whenSaved(MoveOnlyFunction<void(std::expected<void, Error>)> d
     for (const LauncherWindowMode mode : modes) {
         handOver(mode);
         Working& file = working(mode);
-        file.file->whenWritten(
-            [waiting, isOwed = file.unsaved.has_value()](const BackgroundFile::Result& written) {
-                if (isOwed && !written && waiting->result)
-                    waiting->result = std::unexpected(written.error());
-                if (--waiting->left == 0)
-                    waiting->done(waiting->result);
-            });
+        // What a start brought up to date, and could not save, is no failure of anybody's edit.
+        const bool isOwed = file.unsaved && file.unsaved->isEdit;
+        file.file->whenWritten([waiting, isOwed](const BackgroundFile::Result& written) {
+            if (isOwed && !written && waiting->result)
+                waiting->result = std::unexpected(written.error());
+            if (--waiting->left == 0)
+                waiting->done(waiting->result);
+        });
     }
 }
 

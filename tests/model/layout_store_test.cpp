@@ -222,6 +222,16 @@ TEST_F(LayoutStoreTest, ASaveIsHandedOverAndToldOfWhenItIsOnTheDisk) {
     mac.settle();
     EXPECT_EQ(told.last(), u"failed");
     EXPECT_TRUE(store.hasUnsavedEdits());
+
+    // What a start could not bring up to date is no failure of an edit in the other mode.
+    store.saveBehind(fullScreen, shown("e"), [](const BackgroundFile::Result&) {});
+    store.scheduleSave(windowed, shown("f"));
+    store.whenSaved([&](const std::expected<void, LayoutStore::Error>& saved) {
+        told += saved ? u"saved"_qs : u"failed"_qs;
+    });
+    mac.settle();
+    EXPECT_EQ(told.last(), u"saved");
+    EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"f");
 }
 
 TEST_F(LayoutStoreTest, WhatWasHandedOverIsWrittenAlsoAtTheEnd) {
