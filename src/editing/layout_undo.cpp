@@ -7,15 +7,6 @@
 namespace tessellar {
 namespace {
 
-bool hasDocuments(const LayoutUndoState& present, const LayoutUndoState& wanted) {
-    const auto has = [&](LauncherWindowMode mode) {
-        const LayoutDocument* want = wanted.documentOf(mode);
-        const LayoutDocument* have = present.documentOf(mode);
-        return !want || (have && *have == *want);
-    };
-    return has(wanted.mode) && has(otherMode(wanted.mode));
-}
-
 /// The definitions that differ between two states, by identifier.
 QSet<QUuid> changedDefinitions(const LayoutUndoEntry& entry) {
     const auto& before = entry.before.smartFolderDefinitions;
@@ -294,24 +285,12 @@ QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
 
 bool LayoutUndoHistory::apply(const LayoutUndoState& from, const LayoutUndoState& state) {
     const LayoutUndoState present = _actions.snapshot(state.mode);
-    const auto definitions = withDefinitionsOf(from, state, present.smartFolderDefinitions);
-    // A part that is as it should be is not written: a layout step can be undone while the smart
-    // folders cannot be saved.
     LayoutUndoState wanted = state;
+    wanted.smartFolderDefinitions = withDefinitionsOf(from, state, present.smartFolderDefinitions);
     if (from.settings == state.settings)
         wanted.settings = present.settings;
-    const bool changesLayout = !hasDocuments(present, wanted) || present.settings != wanted.settings;
-    const bool changesDefinitions = present.smartFolderDefinitions != definitions;
-    const bool layoutApplied = !changesLayout || _actions.applyLayout(wanted);
-    const bool definitionsApplied =
-        layoutApplied && (!changesDefinitions || _actions.applyDefinitions(definitions));
-    if (!definitionsApplied) {
-        if (layoutApplied)
-            _actions.applyDefinitions(present.smartFolderDefinitions);
-        if (changesLayout)
-            _actions.applyLayout(present);
+    if (!_actions.apply(wanted))
         return false;
-    }
     _actions.applyNavigation(state);
     const GridCapacities capacities =
         _actions.capacities ? _actions.capacities(state.mode) : GridCapacities();

@@ -98,11 +98,10 @@ struct LayoutUndoActions {
 
     /// The present state of a mode, with the other mode's document.
     std::function<LayoutUndoState(LauncherWindowMode)> snapshot;
-    /// Replaces the documents and settings that a state has and saves them; false when they could not
-    /// be saved.
-    std::function<bool(const LayoutUndoState&)> applyLayout;
-    /// The same for the smart folder definitions.
-    std::function<bool(const QList<SmartFolderDefinition>&)> applyDefinitions;
+    /// Shows and saves the documents, settings and definitions that a state has, as one step: when a
+    /// part of it cannot be saved, it leaves all as it was, and gives false. A part that is as it
+    /// should be is not written: a layout step can be undone while the smart folders cannot be saved.
+    std::function<bool(const LayoutUndoState&)> apply;
     /// Puts the mode's page, open folders and selection back, as far as they still exist.
     std::function<void(const LayoutUndoState&)> applyNavigation;
     /// Both move applications and tell of each, in order, on the main thread, at once or later. One

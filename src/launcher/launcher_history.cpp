@@ -1,5 +1,6 @@
 #include "launcher/launcher_history.h"
 
+#include "discovery/launchpad_import.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
@@ -77,25 +78,28 @@ static void dropUnchanged(EditStep& step, const LayoutUndoState& before) {
 }
 
 LauncherHistory::Made LauncherHistory::make(EditStep step) {
-    const auto& replacement = step.replacement;
-    const QString title = replacement ? replacement->title : QString();
+    auto& replacement = step.replacement;
     const auto fail = [&](const LauncherError& error) {
-        return std::unexpected(title.isEmpty() ? error
-                                               : LauncherError{error.code, error.message, title});
+        return std::unexpected(replacement && !replacement->title.isEmpty()
+                                   ? LauncherError{error.code, error.message, replacement->title}
+                                   : error);
     };
     if (const auto guarded = guard(step.mode); !guarded)
         return std::unexpected(guarded.error());
     LayoutUndoState before = snapshot(step.mode);
-    const LauncherWindowMode other = otherMode(step.mode);
-    if (_store.isWriteBlocked(other))
+    if (_store.isWriteBlocked(otherMode(step.mode)))
         step.otherDocument.reset();
     std::optional<QString> backup;
     if (replacement) {
-        const auto kept =
-            _store.makeBackup(replacement->reason, replacement->sourceDatabasePath, before.document);
+        auto& record = replacement->importRecord;
+        const auto kept = _store.makeBackup(
+            replacement->reason, record ? std::optional(record->sourceDatabasePath) : std::nullopt,
+            before.document);
         if (!kept)
             return fail(launcherError(kept.error()));
         backup = *kept;
+        if (record)
+            record->backupPath = backup;
         _machine.workers.submit({}, [backups = LayoutBackups(_machine.files, _store.directory()),
                                      now = _machine.clock.now()](std::stop_token) {
             backups.prune(now); // so that they stay bounded when nobody ever lists them
@@ -103,37 +107,48 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
     }
     const std::optional<LayoutDocument> arrangement = step.document;
     dropUnchanged(step, before);
-    const bool isWhole = filesOf(step) > 1;
-    if (isWhole)
-        if (const auto begun = beginWhole(step); !begun)
-            return fail(begun.error());
-
-    Outcome made;
-    if (step.settings)
-        made = storeSettings(step.mode, *step.settings);
-    if (made && step.definitions)
-        made = _smartFolders.setDefinitions(*step.definitions);
-    if (made && (step.document || (replacement && arrangement)))
-        show(step.mode, *arrangement, replacement.has_value());
-    if (made && (replacement || (isWhole && step.document)))
-        made = save(step.mode, title);
-    if (made && step.otherDocument)
-        show(other, *step.otherDocument, false);
-    if (made && isWhole && step.otherDocument)
-        made = save(other, title);
-    if (isWhole)
-        _journal.end(); // before anything is put back: that may need its room
-    if (!made) {
-        putBack(step, before);
+    if (replacement)
+        step.document = arrangement; // an import of the same is saved, too
+    if (const auto made = carryOut(step, before, replacement ? Saved::now : Saved::soon); !made)
         return fail(made.error());
-    }
     (void)_steps.record(step.name, std::move(before), step.trashedApps);
     return backup;
 }
 
 int LauncherHistory::filesOf(const EditStep& step) {
     return int(step.document.has_value()) + int(step.otherDocument.has_value()) +
-           int(step.definitions.has_value()) + int(step.settings.has_value());
+           int(step.definitions.has_value()) + int(step.settings.has_value()) +
+           int(step.replacement && step.replacement->importRecord);
+}
+
+LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const LayoutUndoState& before,
+                                                   Saved saved) {
+    const bool isWhole = filesOf(step) > 1;
+    if (isWhole) {
+        saved = Saved::now;
+        if (auto begun = beginWhole(step); !begun)
+            return begun;
+    }
+    Outcome made;
+    if (step.settings)
+        made = storeSettings(step.mode, *step.settings);
+    if (made && step.definitions)
+        made = _smartFolders.setDefinitions(*step.definitions);
+    if (made && step.document) {
+        show(step.mode, *step.document, step.replacement.has_value());
+        made = save(step.mode, saved);
+    }
+    if (made && step.otherDocument) {
+        show(otherMode(step.mode), *step.otherDocument, false);
+        made = save(otherMode(step.mode), saved);
+    }
+    if (made && step.replacement && step.replacement->importRecord)
+        made = storeImportRecord(*step.replacement->importRecord);
+    if (isWhole)
+        _journal.end(); // before anything is put back: that may need its room
+    if (!made)
+        putBack(step, before);
+    return made;
 }
 
 /// What waits to be saved is saved first: the journal speaks of what is on the disk.
@@ -145,7 +160,9 @@ LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step) {
                                      .fullScreen = isFullScreen ? step.document : step.otherDocument,
                                      .windowed = isFullScreen ? step.otherDocument : step.document,
                                      .definitions = step.definitions,
-                                     .settings = step.settings};
+                                     .settings = step.settings,
+                                     .importRecord = step.replacement ? step.replacement->importRecord
+                                                                      : std::nullopt};
     if (const auto begun = _journal.begin(change); !begun)
         return std::unexpected(launcherError(begun.error(), couldNotSaveLayout()));
     return {};
@@ -175,6 +192,22 @@ LauncherHistory::Outcome LauncherHistory::storeSettings(LauncherWindowMode mode,
     return {};
 }
 
+/// The last of its step; one that could not be made safe is taken back.
+LauncherHistory::Outcome
+LauncherHistory::storeImportRecord(const LegacyLaunchpadImportMetadata& record) {
+    const QString path =
+        FileSystem::joined(_store.directory(), LegacyLaunchpadImportMetadata::fileName);
+    const auto before = _machine.files.read(path, maximumLayoutBytes);
+    const auto written = writeImportMetadata(_machine.files, _store.directory(), record);
+    if (written)
+        return {};
+    if (before)
+        (void)_machine.files.writeAtomically(path, *before);
+    else if (before.error().code == FileError::Code::notFound)
+        (void)_machine.files.remove(path);
+    return std::unexpected(launcherError(written.error()));
+}
+
 void LauncherHistory::show(LauncherWindowMode mode, const LayoutDocument& document,
                            bool isReplacement) {
     LiveLayout& layout = _layouts[mode];
@@ -183,17 +216,19 @@ void LauncherHistory::show(LauncherWindowMode mode, const LayoutDocument& docume
     else
         layout.setDocument(document);
     markUnavailable(layout);
-    if (isReplacement)
-        return;
+}
+
+LauncherHistory::Outcome LauncherHistory::save(LauncherWindowMode mode, Saved saved) {
+    const LayoutDocument& document = _layouts[mode].document();
+    if (saved == Saved::now) {
+        if (const auto written = _store.saveNow(mode, document); !written)
+            return std::unexpected(launcherError(written.error(), couldNotSaveLayout()));
+        return {};
+    }
     // What could not be saved after an earlier edit is said now; this edit's save tries again.
     if (const auto& error = _store.lastSaveError(mode))
         _messages.alert(launcherError(*error, couldNotSaveLayout()));
     _store.scheduleSave(mode, document);
-}
-
-LauncherHistory::Outcome LauncherHistory::save(LauncherWindowMode mode, const QString& title) {
-    if (const auto saved = _store.saveNow(mode, _layouts[mode].document()); !saved)
-        return std::unexpected(launcherError(saved.error(), title));
     return {};
 }
 
@@ -214,11 +249,7 @@ LayoutUndoActions LauncherHistory::actions() {
     using TrashDone = LayoutUndoActions::TrashDone;
     return {
         .snapshot = [this](LauncherWindowMode mode) { return snapshot(mode); },
-        .applyLayout = [this](const LayoutUndoState& state) { return applyLayout(state); },
-        .applyDefinitions =
-            [this](const QList<SmartFolderDefinition>& definitions) {
-                return _smartFolders.setDefinitions(definitions).has_value();
-            },
+        .apply = [this](const LayoutUndoState& state) { return apply(state); },
         .applyNavigation =
             [this](const LayoutUndoState& state) {
                 _layouts[state.mode].setNavigation(state.navigation);
@@ -242,30 +273,21 @@ void LauncherHistory::setTrash(LayoutUndoActions::TrashMove restore,
     _moveToTrash = std::move(trash);
 }
 
-bool LauncherHistory::applyLayout(const LayoutUndoState& state) {
-    const LayoutUndoState present = snapshot(state.mode);
-    if (present.settings != state.settings && !storeSettings(state.mode, state.settings))
-        return false;
-    for (const LauncherWindowMode mode : {state.mode, otherMode(state.mode)}) {
-        const LayoutDocument* document = state.documentOf(mode);
-        // The file of a blocked mode stays as it is, and so does what is shown in its stead.
-        if (!document || *document == _layouts[mode].document() || _store.isWriteBlocked(mode))
-            continue;
-        if (!_store.saveNow(mode, *document)) {
-            // The first mode may have been saved before the second failed: its file goes back too.
-            for (const LauncherWindowMode saved : {state.mode, otherMode(state.mode)})
-                if (state.documentOf(saved) && !_store.isWriteBlocked(saved)) {
-                    _layouts[saved].setDocument(*present.documentOf(saved));
-                    _store.scheduleSave(saved, *present.documentOf(saved));
-                }
-            if (present.settings != state.settings)
-                (void)storeSettings(state.mode, present.settings);
-            return false;
-        }
-        _layouts[mode].setDocument(*document);
-        markUnavailable(_layouts[mode]);
-    }
-    return true;
+bool LauncherHistory::apply(const LayoutUndoState& state) {
+    const LayoutUndoState before = snapshot(state.mode);
+    EditStep step{.name = {},
+                  .mode = state.mode,
+                  .document = state.document,
+                  .otherDocument = state.otherDocument,
+                  .definitions = state.smartFolderDefinitions,
+                  .settings = state.settings};
+    dropUnchanged(step, before);
+    // The file of a blocked mode stays as it is, and so does what is shown in its stead.
+    if (_store.isWriteBlocked(state.mode))
+        step.document.reset();
+    if (_store.isWriteBlocked(otherMode(state.mode)))
+        step.otherDocument.reset();
+    return carryOut(step, before, Saved::now).has_value();
 }
 
 void LauncherHistory::markUnavailable(LiveLayout& layout) const {

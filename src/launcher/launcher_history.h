@@ -30,9 +30,10 @@ struct EditStep {
     /// Another arrangement takes the place of the present one: a copy is kept first, and the result is
     /// on the disk when the step has been made.
     struct Replacement {
-        QString reason; ///< as the copy gives it, such as "arrangement-restore"
-        std::optional<QString> sourceDatabasePath = {};
+        QString reason;     ///< as the copy gives it, such as "arrangement-restore"
         QString title = {}; ///< of an alert about what failed
+        /// Where an import brought it: kept in a file of its own, once it knows the copy's path.
+        std::optional<LegacyLaunchpadImportMetadata> importRecord = {};
     };
     std::optional<Replacement> replacement = {};
 };
@@ -47,7 +48,7 @@ struct EditStep {
 /// 4. Settings and definitions are saved.
 /// 5. The documents are shown, and saved: at once where another arrangement took the place of the
 ///    present one, or with other files; else after the last of a burst.
-/// 6. The step is kept for undo.
+/// 6. The step is kept for undo, which is whole in the same way.
 ///
 /// A step that fails has changed nothing. A mode whose file cannot be written is left alone by the
 /// steps of the other one. Main thread only.
@@ -76,11 +77,11 @@ public:
     const LayoutUndoHistory& steps() const { return _steps; }
     LayoutUndoState snapshot(LauncherWindowMode mode) const;
 
-    /// How applications come into and out of the Trash.
     /// Before the first load is shown: ends a step in which the program was killed.
     void finishCutOff(std::array<LayoutStore::LoadResult, 2>& loaded) {
         _journal.finish(_store, loaded, _smartFolders);
     }
+    /// How applications come into and out of the Trash.
     void setTrash(LayoutUndoActions::TrashMove restore, LayoutUndoActions::TrashMove trash);
 
     Signal<> changed; ///< what can be undone or redone, its notice, the grid's reflow
@@ -89,11 +90,15 @@ private:
     LayoutUndoActions actions();
     Outcome storeSettings(LauncherWindowMode mode, const ArrangementLayout& settings);
     static int filesOf(const EditStep& step);
+    /// When its documents are on the disk.
+    enum class Saved { now, soon };
+    Outcome carryOut(const EditStep& step, const LayoutUndoState& before, Saved saved);
     Outcome beginWhole(const EditStep& step);
     void putBack(const EditStep& step, const LayoutUndoState& before);
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
-    Outcome save(LauncherWindowMode mode, const QString& title);
-    bool applyLayout(const LayoutUndoState& state);
+    Outcome save(LauncherWindowMode mode, Saved saved);
+    Outcome storeImportRecord(const LegacyLaunchpadImportMetadata& record);
+    bool apply(const LayoutUndoState& state);
     void markUnavailable(LiveLayout& layout) const;
     bool differsFromInstalled(const LiveLayout& layout) const;
     void step(bool isUndo, LauncherWindowMode mode, Done done);

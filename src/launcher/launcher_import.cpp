@@ -118,18 +118,13 @@ LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
          .mode = mode,
          .document = LayoutDocument{.pages = merged.pages, .hiddenKeys = merged.hiddenKeys},
          .replacement = {{.reason = QStringLiteral("legacy-launchpad-import"),
-                          .sourceDatabasePath = metadata.sourceDatabasePath,
-                          .title = LaunchpadImportTexts::failureTitle()}}});
+                          .title = LaunchpadImportTexts::failureTitle(),
+                          .importRecord = metadata}}});
     if (!made) {
         _places.set(mode, before);
         return std::unexpected(underImportTitle(made.error()));
     }
     metadata.backupPath = *made;
-    // The arrangement is on the disk; that the record of it is not is no reason to take it back.
-    if (const auto written =
-            writeImportMetadata(_machine.files, _machine.places.applicationFolder(), metadata);
-        !written)
-        _machine.log.warning(message(written.error()));
     return metadata;
 }
 

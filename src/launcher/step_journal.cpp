@@ -21,7 +21,8 @@ struct json::Fields<Change> {
                                               json::optional("fullScreen", &Change::fullScreen),
                                               json::optional("windowed", &Change::windowed),
                                               json::optional("definitions", &Change::definitions),
-                                              json::optional("settings", &Change::settings));
+                                              json::optional("settings", &Change::settings),
+                                              json::optional("importRecord", &Change::importRecord));
 };
 template <>
 struct json::Fields<StepJournal::Note> {
@@ -40,7 +41,7 @@ StepJournal::StepJournal(const Machine& machine, const QString& directory)
     , _file(machine.files, FileSystem::joined(directory, QStringLiteral("unfinished-step.json")),
             3 * maximumLayoutBytes) {}
 
-std::array<QString, 4> StepJournal::digests(LauncherWindowMode mode) const {
+QStringList StepJournal::digests(LauncherWindowMode mode) const {
     const auto ofFile = [&](const QString& path) {
         return digest(_machine.files.read(path, maximumLayoutBytes).value_or(QByteArray()));
     };
@@ -48,13 +49,14 @@ std::array<QString, 4> StepJournal::digests(LauncherWindowMode mode) const {
     return {ofFile(LayoutStore::workingPath(_directory, LauncherWindowMode::fullScreen)),
             ofFile(LayoutStore::workingPath(_directory, LauncherWindowMode::windowed)),
             ofFile(FileSystem::joined(_directory, SmartFolderStore::fileName())),
-            digest(json::writeCompact(json::encode(settings)))};
+            digest(json::writeCompact(json::encode(settings))),
+            ofFile(FileSystem::joined(_directory, LegacyLaunchpadImportMetadata::fileName))};
 }
 
 std::expected<void, FileError> StepJournal::begin(Change change) {
-    const auto before = digests(change.mode);
+    const QStringList before = digests(change.mode);
     _file.forget(); // one that could not be read is of a step that was cut off long ago
-    return saveJson(_file, Note{QStringList(before.begin(), before.end()), std::move(change)});
+    return saveJson(_file, Note{before, std::move(change)});
 }
 
 void StepJournal::end() {
@@ -72,8 +74,8 @@ void StepJournal::finish(LayoutStore& store, std::array<LayoutStore::LoadResult,
     if (!*note)
         return;
     const Change& change = (*note)->change;
-    const auto now = digests(change.mode);
-    const auto isAsItWas = [&](std::size_t i) { return (*note)->before.value(qsizetype(i)) == now[i]; };
+    const QStringList now = digests(change.mode);
+    const auto isAsItWas = [&](qsizetype i) { return (*note)->before.value(i) == now[i]; };
     const std::array layouts{&change.fullScreen, &change.windowed};
     const auto isOfTheStep = [&](std::size_t i) {
         const auto* document = std::get_if<LayoutDocument>(&loaded[i]);
@@ -94,6 +96,9 @@ void StepJournal::finish(LayoutStore& store, std::array<LayoutStore::LoadResult,
         return;
     if (change.settings && isAsItWas(3) &&
         !writeLayoutSettings(_machine.settings, change.mode, *change.settings))
+        return;
+    if (change.importRecord && isAsItWas(4) &&
+        !writeImportMetadata(_machine.files, _directory, *change.importRecord))
         return;
     end();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "discovery/launchpad_import.h"
 #include "model/layout_store.h"
 #include "platform/stored_file.h"
 #include "smartfolders/smart_folder_definition.h"
@@ -32,6 +33,7 @@ public:
         std::optional<LayoutDocument> windowed = {};
         std::optional<QList<SmartFolderDefinition>> definitions = {};
         std::optional<ArrangementLayout> settings = {};
+        std::optional<LegacyLaunchpadImportMetadata> importRecord = {};
     };
 
     explicit StepJournal(const Machine& machine, const QString& directory);
@@ -47,8 +49,8 @@ public:
     struct Note; ///< what the file holds
 
 private:
-    /// Of the files as they are, in the order of the changes: both layouts, definitions, settings.
-    std::array<QString, 4> digests(LauncherWindowMode mode) const;
+    /// Of the files as they are, in the order of the changes.
+    QStringList digests(LauncherWindowMode mode) const;
 
     const Machine& _machine;
     QString _directory;

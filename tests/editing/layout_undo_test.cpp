@@ -49,18 +49,21 @@ public:
                         show(mode);
                         return live;
                     },
-                .applyLayout =
+                .apply =
                     [this](const LayoutUndoState& state) {
                         show(state.mode);
-                        live.document = state.document;
+                        LayoutUndoState next = live;
+                        next.document = state.document;
                         if (state.otherDocument)
-                            live.otherDocument = state.otherDocument;
-                        return layoutSaves;
-                    },
-                .applyDefinitions =
-                    [this](const QList<SmartFolderDefinition>& definitions) {
-                        live.smartFolderDefinitions = definitions;
-                        return definitionsSave;
+                            next.otherDocument = state.otherDocument;
+                        next.smartFolderDefinitions = state.smartFolderDefinitions;
+                        if ((!layoutSaves && (next.document != live.document ||
+                                              next.otherDocument != live.otherDocument)) ||
+                            (!definitionsSave &&
+                             next.smartFolderDefinitions != live.smartFolderDefinitions))
+                            return false;
+                        live = next;
+                        return true;
                     },
                 .applyNavigation =
                     [this](const LayoutUndoState& state) {

@@ -162,6 +162,10 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
     EXPECT_FALSE(failure().isEmpty());
     EXPECT_EQ(mac.names(data + u"/Backups"_s).size(), 1);
     mac.remove(data + u"/layout.json"_s);
+    // The record belongs to it.
+    mac.makeFolder(data + u"/legacy-launchpad-import.json/x"_s);
+    EXPECT_FALSE(failure().isEmpty());
+    mac.remove(data + u"/legacy-launchpad-import.json"_s);
 
     EXPECT_EQ(launcher->shown().document(), before);
     EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));

@@ -16,24 +16,27 @@ using namespace Qt::Literals::StringLiterals;
 struct StepJournalTest : test::SmallLauncher {
     const QString layout = data + u"/layout.json"_s;
     const QString registry = data + u"/computed-folders.json"_s;
+    const QString record = data + u"/legacy-launchpad-import.json"_s;
     const QString note = data + u"/unfinished-step.json"_s;
 
     struct Files {
         QByteArray layout;
         QByteArray registry;
         QJsonValue rows;
+        QByteArray record;
     };
     Files files() {
         EXPECT_TRUE(launcher->quit());
         return {mac.read(layout), mac.read(registry),
-                mac.settings.value(u"gridRows"_s).value_or(QJsonValue())};
+                mac.settings.value(u"gridRows"_s).value_or(QJsonValue()), mac.read(record)};
     }
     void put(const Files& files) {
         mac.write(layout, files.layout);
-        if (!files.registry.isEmpty())
-            mac.write(registry, files.registry);
-        else if (mac.exists(registry))
-            mac.remove(registry);
+        for (const auto& [path, bytes] : {std::pair(registry, files.registry), {record, files.record}})
+            if (!bytes.isEmpty())
+                mac.write(path, bytes);
+            else if (mac.exists(path))
+                mac.remove(path);
         (void)mac.settings.set(u"gridRows"_s, files.rows);
     }
     SmartFolderDefinition trees() {
@@ -58,6 +61,8 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsBroughtToItsEnd) {
     settings.rows = 6;
     ASSERT_TRUE(writeLayoutSettings(mac.settings, LauncherWindowMode::fullScreen, settings));
     launcher->applySettings();
+    const LegacyLaunchpadImportMetadata imported{.sourceDatabasePath = u"/old/db"_s, .appCount = 2};
+    ASSERT_TRUE(writeImportMetadata(mac.files, data, imported));
     const LayoutUndoState after = launcher->history().snapshot(LauncherWindowMode::fullScreen);
     const Files wanted = files();
     ASSERT_NE(old.layout, wanted.layout);
@@ -66,18 +71,20 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsBroughtToItsEnd) {
     const StepJournal::Change change{.mode = LauncherWindowMode::fullScreen,
                                      .fullScreen = after.document,
                                      .definitions = after.smartFolderDefinitions,
-                                     .settings = after.settings};
-    for (int written = 0; written < 8; ++written) {
+                                     .settings = after.settings,
+                                     .importRecord = imported};
+    for (int written = 0; written < 16; ++written) {
         put(old);
         ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
         put({written & 1 ? wanted.layout : old.layout, written & 2 ? wanted.registry : old.registry,
-             written & 4 ? wanted.rows : old.rows});
+             written & 4 ? wanted.rows : old.rows, written & 8 ? wanted.record : old.record});
         launcher.reset();
         start();
         const Files found = files();
         EXPECT_EQ(found.layout, wanted.layout) << written;
         EXPECT_EQ(found.registry, wanted.registry) << written;
         EXPECT_EQ(found.rows, wanted.rows) << written;
+        EXPECT_EQ(found.record, wanted.record) << written;
         EXPECT_EQ(launcher->shown().pages(), after.document.pages);
         EXPECT_FALSE(mac.exists(note));
     }
@@ -118,6 +125,29 @@ TEST_F(StepJournalTest, AStepWhoseSecondFileCannotBeWrittenHasChangedNothing) {
     EXPECT_FALSE(mac.read(registry).contains("Trees"));
     EXPECT_FALSE(mac.exists(note));
     EXPECT_TRUE(launcher->history().steps().undoStack().isEmpty());
+}
+
+TEST_F(StepJournalTest, AStepThatCannotBeNotedIsNotUndone) {
+    install(u"Ash"_s);
+    start();
+    ASSERT_TRUE(launcher->editor().addSmartFolder(LauncherWindowMode::fullScreen, trees()));
+    const Files before = files();
+    const auto undo = [&] {
+        std::optional<LauncherHistory::Outcome> outcome;
+        launcher->history().undo(LauncherWindowMode::fullScreen,
+                                 [&](const auto& undone) { outcome = undone; });
+        return outcome->has_value();
+    };
+    mac.makeFolder(note + u"/in its place"_s);
+    EXPECT_FALSE(undo());
+    EXPECT_EQ(launcher->smartFolders().definitions().size(), 1);
+    EXPECT_EQ(files().layout, before.layout);
+    EXPECT_EQ(files().registry, before.registry);
+    mac.remove(note);
+    EXPECT_TRUE(undo());
+    EXPECT_TRUE(launcher->smartFolders().definitions().isEmpty());
+    EXPECT_EQ(sketched(), u"Ash");
+    EXPECT_FALSE(mac.exists(note));
 }
 
 } // namespace
