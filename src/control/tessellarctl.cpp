@@ -6,6 +6,7 @@
 #include "control/running_launcher.h"
 #include "control/shell_words.h"
 #include "launcher/launcher_messages.h"
+#include "platform/descriptor.h"
 #include "platform/host_machine.h"
 #include "platform/interruption.h"
 #include "platform/version.h"
@@ -15,8 +16,11 @@
 #include <QFile>
 #include <QSocketNotifier>
 
-#include <cstdio>
+#include <fcntl.h>
 #include <unistd.h>
+
+#include <array>
+#include <cstdio>
 
 namespace tessellar {
 namespace {
@@ -155,6 +159,14 @@ private:
     LauncherViewModel _launcher;
     CommandInterpreter _interpreter;
 };
+
+/// Without them the event loop cannot be made, and its libraries end the process in their own way.
+bool canOpenFiles() {
+    std::array<Descriptor, 6> files;
+    for (Descriptor& file : files)
+        file = Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    return static_cast<bool>(files.back());
+}
 
 class Program {
 public:
@@ -390,6 +402,10 @@ private:
 } // namespace
 
 int tessellarctl(int argc, char** argv) {
+    if (!canOpenFiles()) {
+        std::fputs("tessellarctl: Too many files are open.\n", stderr);
+        return static_cast<int>(ExitStatus::refused);
+    }
     const QCoreApplication application(argc, argv);
     const CommandOutput standard{
         .out = [](const QByteArray& text) { std::fputs(text.constData(), stdout); },
