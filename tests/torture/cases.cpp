@@ -23,7 +23,7 @@ const QList<Command>& commands() {
         {"ungroup", "ungroup {folder}"},
         {"sort", "sort"},
         {"alias-create", "alias create org.example.cedar --to 0"},
-        {"reset", "reset"},
+        {"reset", "reset", false, true},
         {"arrangements-save", "arrangements save Second"},
         {"arrangements-restore", "arrangements restore {arrangement}"},
         {"arrangements-delete", "arrangements delete {arrangement}"},
@@ -40,9 +40,10 @@ const QList<Command>& commands() {
         {"icon-remove", "icon remove org.example.oak"},
         {"import-launchpad", "import-launchpad"},
         {"open", "open org.example.ash"},
-        {"cleanup-remove", "cleanup remove org.example.cedar --yes"},
-        {"cleanup-restore", "cleanup restore"},
+        {"cleanup-remove", "cleanup remove org.example.cedar --yes", true},
+        {"cleanup-restore", "cleanup restore", true},
         {"batch", "batch {root}/Users/ada/edits"},
+        {"batch-undone", "batch {root}/Users/ada/undone"},
     };
     return all;
 }

@@ -8,17 +8,17 @@ namespace tessellar::torture {
 
 /// One thing that is done to the program: a name of its own, from which it can be done again. The first
 /// part is its row in the table.
-///     call:COMMAND:CALL:PATH:N:ERROR     the Nth such call fails once; with a "+" at the end, from
-///     then on
-///                                        all that would change the disk fail, or all on that path
-///     kill:COMMAND:CALL:PATH:N:before    or after
-///     served:COMMAND:CALL:PATH:N:FATE    both, in a launcher that is running, for a command that it
-///     carries out full:COMMAND:PAGES                 so many pages are free on the disk
-///     limit:COMMAND:RESOURCE:N           the process may have so much of a resource
-///     bits:FILE:N                        a bit of a file of the launcher's is turned over
-///     cut:FILE:N                         the file ends there
-///     together:SERVED:N                  some commands at once, with or without a launcher that is
-///     running
+///
+///     call:COMMAND:CALL:PATH:N:ERROR   the Nth such call fails once; with a "+" at the end, from then
+///     on
+///                                      all that would change the disk fail, or all on that path
+///     kill:COMMAND:CALL:PATH:N:WHEN    the program dies there, "before" or "after"
+///     served:COMMAND:CALL:PATH:N:FATE  both, in a launcher that is running and carries the command out
+///     full:COMMAND:PAGES               so many pages are free on the disk
+///     limit:COMMAND:RESOURCE:N         the process may have so much of a resource
+///     bits:FILE:N                      a bit of a file of the launcher's is turned over
+///     cut:FILE:N                       the file ends there
+///     together:SERVED:N                some commands at once, "served" by a launcher or "alone"
 using Case = QByteArray;
 
 /// A call that a command makes on the small Mac, as cases name it.

@@ -24,6 +24,7 @@ using Time = std::chrono::steady_clock;
 
 struct Options {
     double minutes = 10;
+    qsizetype count = 0; ///< of cases; all where it is 0
     unsigned seed = 1;
     unsigned jobs = std::max(1u, std::thread::hardware_concurrency());
     QByteArray only; ///< cases that begin like this
@@ -32,11 +33,12 @@ struct Options {
 };
 
 constexpr auto usage =
-    R"(torture [--minutes N] [--seed N] [--jobs N] [--only PREFIX] [--case CASE] [--list]
+    R"(torture [--minutes N] [--count N] [--seed N] [--jobs N] [--only PREFIX] [--case CASE] [--list]
 
 Runs every command that writes with a system call that fails, killed around each change, with a disk that is
 full, limits, damaged files and other commands at once; and judges by laws what came of it. In the time given,
 cases are drawn evenly from all, always the same for a seed.
+  --count N      no more than so many, however fast the machine is
   --only PREFIX  of the cases, such as "kill" or "call:rename:"
   --case CASE    that one, and say what came of it
   --list         the cases, in their order
@@ -57,6 +59,8 @@ std::optional<Options> read(int argc, char** argv) {
         bool isRight = true;
         if (name == "--minutes")
             options.minutes = value.toDouble(&isRight);
+        else if (name == "--count")
+            options.count = value.toLongLong(&isRight);
         else if (name == "--seed")
             options.seed = value.toUInt(&isRight);
         else if (name == "--jobs")
@@ -112,18 +116,14 @@ std::optional<QList<Case>> allCases(const Options& options, QByteArray& why) {
     }
     const QMap<QByteArray, QByteArray>& files = trials.mac().builtFiles();
     for (auto file = files.begin(); file != files.end(); ++file) {
-        const bool isOurs =
-            file.key().startsWith(SmallMac::applicationFolder) && file.key().endsWith(".json");
-        if (isOurs && !file.key().contains("/Backups/"))
-            if (const QByteArray name = file.key().sliced(SmallMac::applicationFolder.size() + 1);
-                !name.contains('/'))
-                list.addDamage(name, file->size());
-        if (file.key() == SmallMac::settingsFile)
-            list.addDamage(file.key().sliced(file.key().lastIndexOf('/') + 1), file->size());
+        if (file.key().startsWith(SmallMac::applicationFolder) || file.key() == SmallMac::settingsFile)
+            list.addDamage(withoutStamps(file.key()), file->size());
     }
     list.addTogether();
     QList<Case> drawn = list.drawn();
     drawn.removeIf([&](const Case& one) { return !one.startsWith(options.only); });
+    if (options.count > 0)
+        drawn.resize(std::min(drawn.size(), options.count));
     return drawn;
 }
 

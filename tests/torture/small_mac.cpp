@@ -2,23 +2,19 @@
 
 #include "control/command_interpreter.h"
 #include "control/running_launcher.h"
-#include "launcher/launcher_view_model.h"
-#include "platform/host_machine.h"
-#include "platform/interruption.h"
-
-#include <QCoreApplication>
-
-#include <array>
-
 #include "control/shell_words.h"
 #include "control/tessellarctl.h"
+#include "launcher/launcher_view_model.h"
 #include "model/json.h"
+#include "platform/host_machine.h"
+#include "platform/interruption.h"
 #include "sample/launchpad_database.h"
 #include "sample/mac_builder.h"
 #include "sample/tools.h"
 #include "tests/icons/icns_bytes.h"
 
 #include <QColor>
+#include <QCoreApplication>
 
 #include <fcntl.h>
 #include <sys/mount.h>
@@ -26,6 +22,7 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -41,81 +38,6 @@ const QByteArray SmallMac::settingsFile = "Users/ada/Library/Preferences/com.tes
 namespace {
 
 constexpr auto diskSize = "size=64m";
-
-bool isHexadecimal(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-}
-
-/// How long an identifier or a tag of eight digits is that begins here; 0 where none does.
-qsizetype identifierLength(const QByteArray& text, qsizetype at) {
-    static constexpr std::array groups{8, 4, 4, 4, 12};
-    if (at > 0 && isHexadecimal(text[at - 1]))
-        return 0;
-    qsizetype end = at;
-    for (std::size_t group = 0; group < groups.size(); ++group) {
-        if (group > 0 && (end >= text.size() || text[end++] != '-'))
-            return 0;
-        for (int digit = 0; digit < groups[group]; ++digit, ++end)
-            if (end >= text.size() || !isHexadecimal(text[end]))
-                return 0;
-    }
-    return end - at;
-}
-
-/// Gives identifiers that are not known numbers, in the order in which they come.
-QByteArray withNumberedIdentifiers(const QByteArray& text, const QSet<QByteArray>& known,
-                                   QMap<QByteArray, QByteArray>& numbers) {
-    QByteArray result;
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype length = identifierLength(text, at);
-        const QByteArray found = text.sliced(at, length);
-        if (length == 0) {
-            result += text[at++];
-            continue;
-        }
-        if (!known.contains(found) && !numbers.contains(found))
-            numbers.insert(found, "new-" + QByteArray::number(numbers.size() + 1));
-        result += numbers.value(found, found);
-        at += length;
-    }
-    return result;
-}
-
-/// "-2026-11-14T12-00-00Z-1A2B3C4D", the part of a name that differs from run to run.
-QByteArray withoutStamps(const QByteArray& name) {
-    QByteArray result;
-    for (qsizetype at = 0; at < name.size();) {
-        const qsizetype length = identifierLength(name, at);
-        qsizetype digits = 0;
-        while (at + digits < name.size() && isHexadecimal(name[at + digits]))
-            ++digits;
-        const bool isTag = digits == 8 && (at == 0 || name[at - 1] == '-' || name[at - 1] == '/');
-        if (length > 0 || isTag) {
-            result += '#';
-            at += std::max(length, digits);
-        } else {
-            result += name[at++];
-        }
-    }
-    return result;
-}
-
-/// Where a file lies on the disk differs each time that it is put back.
-QJsonValue withoutIdentities(const QJsonValue& value) {
-    if (value.isArray()) {
-        QJsonArray array;
-        for (const QJsonValue& item : value.toArray())
-            array.append(withoutIdentities(item));
-        return array;
-    }
-    if (!value.isObject())
-        return value;
-    QJsonObject object = value.toObject();
-    object.remove(QStringLiteral("identity"));
-    for (auto member = object.begin(); member != object.end(); ++member)
-        *member = withoutIdentities(*member);
-    return object;
-}
 
 /// What the launcher can do without, what serves one moment, and what the Mac's tools write.
 bool isPassing(const QByteArray& path) {
@@ -133,26 +55,6 @@ bool isPassing(const QByteArray& path) {
 
 } // namespace
 
-QByteArray difference(const State& expected, const State& actual) {
-    for (auto entry = expected.begin(); entry != expected.end(); ++entry) {
-        if (!actual.contains(entry.key()))
-            return entry.key() + " is gone";
-        const QByteArray now = actual.value(entry.key());
-        if (now == *entry)
-            continue;
-        qsizetype at = 0;
-        while (at < now.size() && at < entry->size() && now[at] == entry->at(at))
-            ++at;
-        const qsizetype from = std::max<qsizetype>(0, at - 60);
-        return entry.key() + " differs: …" + now.mid(from, 160).simplified() + "… instead of …" +
-               entry->mid(from, 160).simplified() + "…";
-    }
-    for (const QByteArray& path : actual.keys())
-        if (!expected.contains(path))
-            return path + " is new";
-    return "nothing";
-}
-
 SmallMac::SmallMac(const QByteArray& folder) : _root(folder) {
     std::error_code ignored;
     fs::create_directories(_root.toStdString(), ignored);
@@ -164,12 +66,8 @@ SmallMac::SmallMac(const QByteArray& folder) : _root(folder) {
         return;
     _built = walk();
     _builtFiles = files();
-    for (auto file = _builtFiles.begin(); file != _builtFiles.end(); ++file) {
-        const QByteArray text = file.key() + '\n' + *file;
-        for (qsizetype at = 0; at < text.size(); ++at)
-            if (const qsizetype length = identifierLength(text, at))
-                _knownIdentifiers.insert(text.sliced(at, length));
-    }
+    for (auto file = _builtFiles.begin(); file != _builtFiles.end(); ++file)
+        _knownIdentifiers += identifiersIn(file.key() + '\n' + *file);
 }
 
 SmallMac::~SmallMac() {
@@ -226,6 +124,8 @@ void SmallMac::build() {
     mac.addFile(QStringLiteral("/Users/ada/edits"),
                 "rename org.example.gorse Batched\nhide org.example.fir\nundo\n"
                 "group org.example.hazel --with org.example.gorse\n");
+    mac.addFile(QStringLiteral("/Users/ada/undone"),
+                "smart-folders add --template games\nundo\nredo\n");
     mac.settleDates(QDateTime::fromString(QStringLiteral("2026-01-02T03:04:05Z"), Qt::ISODate));
     if (const auto failure = mac.failure())
         _failure = failure->toUtf8();
@@ -333,6 +233,26 @@ Ending SmallMac::run(const QByteArray& line) {
     return programs.waitFor(programs.start(tessellarctl(line)), 60);
 }
 
+void SmallMac::bringAllBack() {
+    // At most that of the built Mac, and one of a trial's.
+    for (int removal = 0; removal < 2; ++removal)
+        run("cleanup restore");
+    run("list");
+}
+
+QByteArray SmallMac::batchFile(const Command& command) {
+    static const QByteArray start = "batch {root}/";
+    const QByteArray line = command.line;
+    return line.startsWith(start) ? line.sliced(start.size()) : QByteArray();
+}
+
+QByteArray SmallMac::builtFile(const QByteArray& path) const {
+    for (auto file = _builtFiles.begin(); file != _builtFiles.end(); ++file)
+        if (withoutStamps(file.key()) == path)
+            return file.key();
+    return {};
+}
+
 SmallMac::Tree SmallMac::walk() const {
     Tree tree;
     std::error_code error;
@@ -392,11 +312,29 @@ void SmallMac::put(const QByteArray& path, const Entry& entry) const {
     }
 }
 
+/// What was moved goes back as it is: the record of a removal knows its items by their identity.
+bool SmallMac::moveBack(const Tree& now) const {
+    QHash<ino_t, QByteArray> places;
+    for (auto entry = now.begin(); entry != now.end(); ++entry)
+        places.insert(entry->inode, entry.key());
+    bool isMoved = false;
+    for (auto entry = _built.begin(); entry != _built.end(); ++entry) {
+        const QByteArray host = _root + '/' + entry.key();
+        struct stat status {};
+        if (const QByteArray place = places.value(entry->inode);
+            !place.isEmpty() && ::lstat(host.constData(), &status) != 0)
+            isMoved |= ::rename((_root + '/' + place).constData(), host.constData()) == 0;
+    }
+    return isMoved;
+}
+
 void SmallMac::restore() {
     leaveFree(std::nullopt);
-    const Tree now = walk();
+    Tree now = walk();
+    bool isChanged = moveBack(now);
+    if (isChanged)
+        now = walk();
     std::error_code ignored;
-    bool isChanged = false;
     for (auto entry = now.end(); entry != now.begin();) {
         --entry;
         const auto built = _built.constFind(entry.key());

@@ -1,25 +1,18 @@
 #pragma once
 
+#include "torture/state.h"
 #include "torture/system_calls.h"
 
-#include <QMap>
-#include <QSet>
 #include <QStringList>
 
 namespace tessellar::torture {
-
-/// What the launcher keeps of the user's, and where things lie: the contents of its durable files, and
-/// the names of all others. By paths below the root; identifiers and stamps that are new are numbered,
-/// so that two runs of one command come to the same.
-using State = QMap<QByteArray, QByteArray>;
-
-/// One difference between two states, for people.
-QByteArray difference(const State& expected, const State& actual);
 
 /// A command of the case table. In its words, "{NAME}" stands for an identifier that the Mac knows.
 struct Command {
     const char* name;
     const char* line;
+    bool isBroughtBack = false; ///< a later command brings back what it moves to the Trash
+    bool isOfAllSeen = false;   ///< it arranges anew what its scan has seen
 };
 
 /// A small Mac on a disk of its own in memory, which is put back as it was after each case.
@@ -39,11 +32,15 @@ public:
     /// Leaves this many bytes free on its disk, or all that it had.
     void leaveFree(std::optional<qint64> bytes);
 
-    /// A program that carries out one command, or a line of shell words.
+    /// A program that carries out one command, a line of shell words.
+    Programs::Main tessellarctl(const QByteArray& line) const;
     /// A launcher without a window, which carries out what others ask for until it is told to end.
     Programs::Main launcher() const;
-    Programs::Main tessellarctl(const QByteArray& line) const;
     Ending run(const QByteArray& line);
+    /// Brings back all that commands have moved to the Trash.
+    void bringAllBack();
+    /// The file below the root that a command reads its commands from; empty for others.
+    static QByteArray batchFile(const Command& command);
 
     void restore();
     State state() const;
@@ -51,9 +48,11 @@ public:
     QMap<QByteArray, QByteArray> files() const;
     /// As it was built.
     const QMap<QByteArray, QByteArray>& builtFiles() const { return _builtFiles; }
+    /// The path of the first built file that this is without stamps.
+    QByteArray builtFile(const QByteArray& name) const;
     void write(const QByteArray& path, const QByteArray& bytes) const;
 
-    /// The path below the root with what differs from run to run replaced; nothing for other paths.
+    /// The path below the root, without stamps; nothing for other paths.
     std::optional<QByteArray> siteOf(const QByteArray& hostPath) const;
 
     static const QByteArray applicationFolder;
@@ -73,6 +72,7 @@ private:
     void arrange();
     Tree walk() const;
     void put(const QByteArray& path, const Entry& entry) const;
+    bool moveBack(const Tree& now) const;
 
     QByteArray _root;
     bool _hasDisk = false;

@@ -1,7 +1,6 @@
 #include "torture/trials.h"
 
 #include "model/json.h"
-#include "model/layout_document.h"
 
 #include <signal.h>
 #include <sys/resource.h>
@@ -57,11 +56,8 @@ public:
     }
 
     bool wasReached() const { return _wasReached; }
+    Kind metKind() const { return _kind; } ///< of the call that met its fate
     const QList<Site>& sites() const { return _sites; }
-    void forgetSites() {
-        _sites.clear();
-        _counts.clear();
-    }
 
 private:
     /// A disk that is full or read-only is so for all that would change it; a bad sector is one file's.
@@ -95,6 +91,13 @@ QSet<QByteArray> identifiers(const QByteArray& text) {
 
 QByteArray shortened(const QByteArray& text) { return text.simplified().left(300); }
 
+/// Without memory, or what an event loop is made of, libraries end a program in their own way: that is
+/// no worse than being killed, as long as it harms nothing.
+void endedAsItCould(Ending& ending) {
+    if (!ending.status && !ending.isLate)
+        ending.signal = SIGKILL;
+}
+
 } // namespace
 
 std::optional<QList<Site>> Trials::sites(const Command& command) {
@@ -108,8 +111,6 @@ std::optional<QList<Site>> Trials::sites(const Command& command) {
     return injection.sites();
 }
 
-/// A launcher that is running serves the command; at its answer it is killed, so that what it has put
-/// off is lost. It leaves in its own way where it has said that something failed.
 Ending Trials::runServed(const Command& command, const Programs::Decide& decide, bool& isServing) {
     Programs programs;
     bool isListening = false;
@@ -121,10 +122,13 @@ Ending Trials::runServed(const Command& command, const Programs::Decide& decide,
     if (!programs.runUntil(isListening, secondsForAProgram))
         return {.isLate = true};
     const pid_t client = programs.start(_mac.tessellarctl(command.line));
-    const Ending ending = programs.waitFor(client, secondsForAProgram);
+    Ending ending = programs.waitFor(client, secondsForAProgram);
     programs.signal(launcher, ending.status == 0 ? SIGKILL : SIGTERM);
     const Ending end = programs.waitFor(launcher, secondsForAProgram);
-    return end.isLate ? end : ending;
+    if (end.isLate)
+        return end;
+    ending.error += end.error;
+    return ending;
 }
 
 std::optional<QList<Site>> Trials::servedSites(const Command& command) {
@@ -135,20 +139,6 @@ std::optional<QList<Site>> Trials::servedSites(const Command& command) {
     if (ending.status != 0 || !isServing)
         return std::nullopt;
     return injection.sites();
-}
-
-const Trials::Reference& Trials::reference(const Command& command) {
-    const auto known = _references.constFind(command.line);
-    if (known != _references.cend())
-        return *known;
-    Reference reference;
-    _mac.restore();
-    reference.before = _mac.state();
-    _mac.run(command.line);
-    reference.after = _mac.state();
-    _mac.run("list");
-    reference.settledAfter = _mac.state();
-    return *_references.insert(command.line, reference);
 }
 
 Verdict Trials::judge(const Case& one) {
@@ -172,44 +162,42 @@ Verdict Trials::judgeCall(const QByteArrayList& parts) {
     const Command* command = commandNamed(parts.first());
     if (!command)
         return {"there is no such command", false};
-    reference(*command);
-    _mac.restore();
+    _laws.prepare(*command);
     Injection injection(_mac, parts.sliced(1));
     Programs programs;
     const pid_t program = programs.start(_mac.tessellarctl(command->line), injection.asDecide());
-    const Ending ending = programs.waitFor(program, secondsForAProgram);
+    Ending ending = programs.waitFor(program, secondsForAProgram);
+    if (injection.metKind() == Kind::makesDescriptor)
+        endedAsItCould(ending);
     // What was renamed is there although its folder could not be made safe.
     const bool mayFailLate = parts[1] == "fsync" || parts[1] == "fdatasync";
-    return {brokenLaw(*command, ending, mayFailLate), injection.wasReached()};
+    return {_laws.broken(*command, ending, mayFailLate), injection.wasReached()};
 }
 
 Verdict Trials::judgeServed(const QByteArrayList& parts) {
     const Command* command = commandNamed(parts.first());
     if (!command)
         return {"there is no such command", false};
-    reference(*command);
-    _mac.restore();
+    _laws.prepare(*command);
     Injection injection(_mac, parts.sliced(1));
     bool isServing = false;
     const Ending ending = runServed(*command, injection.asDecide(), isServing);
-    const bool isKilled = parts.last() == "before" || parts.last() == "after";
-    return {brokenLaw(*command, ending, isKilled || parts[1] == "fsync" || parts[1] == "accept4"),
-            injection.wasReached()};
+    // An edit that could not be saved stays in the launcher's window, and is saved when it can be.
+    return {_laws.broken(*command, ending, true), injection.wasReached()};
 }
 
 Verdict Trials::judgeLimit(const QByteArrayList& parts) {
     const Command* command = commandNamed(parts.first());
     if (!command)
         return {"there is no such command", false};
-    reference(*command);
-    _mac.restore();
+    _laws.prepare(*command);
     const auto main = _mac.tessellarctl(command->line);
     Programs programs;
     if (parts.size() == 2) {
         _mac.leaveFree(parts.last().toInt() * pageSize);
         const Ending ending = programs.waitFor(programs.start(main), secondsForAProgram);
         _mac.leaveFree(std::nullopt);
-        return {brokenLaw(*command, ending, false)};
+        return {_laws.broken(*command, ending, false)};
     }
     const bool isMemory = parts[1] == "memory";
     const pid_t program = programs.start([&, count = parts[2].toULongLong()]() -> int {
@@ -234,17 +222,16 @@ Verdict Trials::judgeLimit(const QByteArrayList& parts) {
         return main();
     });
     Ending ending = programs.waitFor(program, secondsForAProgram);
-    // Without memory a program may end as it can, as long as it harms nothing.
-    if (isMemory && !ending.status && !ending.isLate)
-        ending.signal = SIGKILL;
-    return {brokenLaw(*command, ending, false)};
+    if (isMemory)
+        endedAsItCould(ending);
+    return {_laws.broken(*command, ending, false)};
 }
 
 /// What one place of one file spoils is at most one thing; else the bytes are kept.
 Verdict Trials::judgeDamage(const QByteArrayList& parts) {
-    const QByteArray path = parts[1].startsWith("com.tessellar.app.json")
-                                ? SmallMac::settingsFile
-                                : SmallMac::applicationFolder + '/' + parts[1];
+    const QByteArray path = _mac.builtFile(parts[1]);
+    if (path.isEmpty())
+        return {"there is no such file", false};
     const qsizetype at = parts[2].toLongLong();
     _mac.restore();
     const QMap<QByteArray, QByteArray> before = _mac.files();
@@ -254,7 +241,8 @@ Verdict Trials::judgeDamage(const QByteArrayList& parts) {
     else if (at / 8 < damaged.size())
         damaged[at / 8] = static_cast<char>(damaged[at / 8] ^ (1 << (at % 8)));
     _mac.write(path, damaged);
-    for (const char* line : {"list", "rename org.example.maple Acer"}) {
+    for (const char* line :
+         {"list", "rename org.example.maple Acer", "arrangements list", "backups list"}) {
         const Ending ending = _mac.run(line);
         if (!ending.status)
             return {ending.isLate ? "it did not end" : "it crashed: " + shortened(ending.error)};
@@ -320,89 +308,22 @@ Verdict Trials::judgeTogether(const QByteArrayList& parts) {
             programs.waitFor(launcher, secondsForAProgram);
         }
     }
-    const State together = _mac.state();
-    if (const QByteArray broken = brokenFile(); !broken.isEmpty())
+    // Where things stood when one of them started, which their order says.
+    const auto withoutPlaces = [](State state) {
+        state.removeIf([](const auto& entry) { return entry.key().contains("/remembered-places"); });
+        return state;
+    };
+    const State together = withoutPlaces(_mac.state());
+    if (const QByteArray broken = _laws.brokenFile(); !broken.isEmpty())
         return {broken};
     _mac.restore();
     for (const Command& command : done)
         _mac.run(command.line);
-    const State inTurn = _mac.state();
+    const State inTurn = withoutPlaces(_mac.state());
     if (together != inTurn)
         return {QByteArray::number(done.size()) + " commands said that they were done, but " +
                 difference(inTurn, together)};
     return {};
-}
-
-QByteArray Trials::brokenFile() const {
-    const QMap<QByteArray, QByteArray> files = _mac.files();
-    int temporary = 0;
-    for (auto file = files.begin(); file != files.end(); ++file) {
-        const QByteArray& path = file.key();
-        if (!path.startsWith(SmallMac::applicationFolder) && path != SmallMac::settingsFile)
-            continue;
-        const bool isNew = !_mac.builtFiles().contains(path);
-        temporary += path.contains(".tessellar-save-") ? 1 : 0;
-        if (isNew &&
-            (path.contains(".damaged") || path.contains(".corrupt") || path.contains("recovery")))
-            return path + " was set aside, and nothing was damaged";
-        if (path.endsWith(".json") && !json::parse(*file))
-            return path + " is broken";
-        if (path.contains("/Backups/") && path.endsWith(".json") &&
-            !json::decodeDocument<BackupDocument>(*file))
-            return path + " is no backup";
-    }
-    return temporary > 2 ? QByteArray("temporary files add up") : QByteArray();
-}
-
-/// The registry of smart folders is set aside by whatever keeps it from being read, byte for byte, and
-/// comes back when the user says so.
-QByteArray Trials::putRegistryBack() {
-    const QByteArray marker = SmallMac::applicationFolder + "/computed-folders.recovery.json";
-    if (!_mac.files().contains(marker))
-        return {};
-    const Ending ending = _mac.run("smart-folders recover restore");
-    return ending.status == 0 ? QByteArray()
-                              : "the registry cannot be put back: " + shortened(ending.error);
-}
-
-QByteArray Trials::brokenLaw(const Command& command, const Ending& ending, bool mayFailLate) {
-    const auto with = [&](const QByteArray& law) {
-        return law + (ending.error.isEmpty() ? QByteArray() : "; it said: " + shortened(ending.error));
-    };
-    if (ending.isLate)
-        return with("it did not end");
-    if (!ending.status && ending.signal != SIGKILL)
-        return with("it crashed with signal " + QByteArray::number(ending.signal));
-    if (const QByteArray broken = brokenFile(); !broken.isEmpty())
-        return with(broken);
-    if (const QByteArray broken = putRegistryBack(); !broken.isEmpty())
-        return with(broken);
-    const Reference& expected = reference(command);
-    State now = _mac.state();
-    if (ending.status == 0)
-        return now == expected.after
-                   ? QByteArray()
-                   : with("it said that it was done, but " + difference(expected.after, now));
-    if (ending.status && !mayFailLate && now == expected.after && expected.after != expected.before)
-        return with("it said that it failed, and did it");
-    const auto isWhole = [&] {
-        return now == expected.before || now == expected.after || now == expected.settledAfter;
-    };
-    if (!isWhole()) {
-        _mac.run("list");
-        now = _mac.state();
-        if (!isWhole())
-            return with("it was half done: from before, " + difference(expected.before, now) +
-                        "; from after, " + difference(expected.after, now));
-    }
-    if (now != expected.before)
-        return {};
-    const Ending again = _mac.run(command.line);
-    if (again.status != 0)
-        return with("it cannot be done again: " + shortened(again.error));
-    const State later = _mac.state();
-    return later == expected.after ? QByteArray()
-                                   : with("done again, " + difference(expected.after, later));
 }
 
 } // namespace tessellar::torture

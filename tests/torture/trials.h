@@ -1,6 +1,7 @@
 #pragma once
 
 #include "torture/cases.h"
+#include "torture/laws.h"
 
 namespace tessellar::torture {
 
@@ -10,17 +11,10 @@ struct Verdict {
     bool wasReached = true; ///< false where the call never came: threads went another way
 };
 
-/// Carries out cases on a small Mac and judges them by laws:
-///  - a program ends in time, by itself;
-///  - every file is whole, nothing is set aside that was, and no heap of temporary files is left;
-///  - after success, what a command does is on the disk, and nothing else is;
-///  - after failure or death all of it is there or none of it, at the latest when the next command has
-///  started;
-///    failure that was said is the last word that is true;
-///  - what has failed can be done again.
+/// Carries out cases on a small Mac, and has the laws judge them.
 class Trials {
 public:
-    explicit Trials(const QByteArray& folder) : _mac(folder) {}
+    explicit Trials(const QByteArray& folder) : _mac(folder), _laws(_mac) {}
 
     SmallMac& mac() { return _mac; }
 
@@ -32,27 +26,18 @@ public:
     Verdict judge(const Case& one);
 
 private:
-    /// The states around a command without a fault.
-    struct Reference {
-        State before, after;
-        State settledAfter; ///< once the next command has started
-    };
-    const Reference& reference(const Command& command);
-
     Verdict judgeCall(const QByteArrayList& parts);
     Verdict judgeServed(const QByteArrayList& parts);
     Verdict judgeLimit(const QByteArrayList& parts);
     Verdict judgeDamage(const QByteArrayList& parts);
     Verdict judgeTogether(const QByteArrayList& parts);
 
-    QByteArray brokenLaw(const Command& command, const Ending& ending, bool mayFailLate);
-    QByteArray brokenFile() const;
-    QByteArray putRegistryBack();
-    /// Runs the command with this limit or fault, beside a launcher where there is one.
+    /// A launcher that is running serves the command; at its answer it is killed, so that what it has
+    /// put off is lost. It leaves in its own way where it has said that something failed.
     Ending runServed(const Command& command, const Programs::Decide& decide, bool& isServing);
 
     SmallMac _mac;
-    QMap<QByteArray, Reference> _references;
+    Laws _laws;
 };
 
 } // namespace tessellar::torture

@@ -1,0 +1,174 @@
+#include "torture/laws.h"
+
+#include "model/json.h"
+#include "model/layout_document.h"
+
+#include <signal.h>
+
+#include <algorithm>
+
+namespace tessellar::torture {
+
+static QByteArray shortened(const QByteArray& text) { return text.simplified().left(300); }
+
+// ---- without a fault
+
+void Laws::prepare(const Command& command) {
+    (void)reference(command);
+    _mac.restore();
+}
+
+const Laws::Reference& Laws::reference(const Command& command) {
+    const auto known = _references.constFind(command.line);
+    if (known != _references.cend())
+        return *known;
+    Reference reference;
+    reference.between = statesWithin(command);
+    _mac.restore();
+    reference.before = _mac.state();
+    _mac.run(command.line);
+    reference.after = _mac.state();
+    _mac.run("list");
+    reference.settledAfter = _mac.state();
+    if (command.isBroughtBack) {
+        _mac.bringAllBack();
+        reference.allBack = _mac.state();
+    }
+    return *_references.insert(command.line, reference);
+}
+
+/// A batch that is cut off stands where one of its lines has ended.
+QList<State> Laws::statesWithin(const Command& command) {
+    QList<State> states;
+    const QByteArray batch = SmallMac::batchFile(command);
+    if (batch.isEmpty())
+        return states;
+    const QByteArrayList lines = _mac.builtFiles().value(batch).split('\n');
+    for (qsizetype count = 1; count < lines.size(); ++count) {
+        _mac.restore();
+        _mac.write(batch, lines.first(count).join('\n') + '\n');
+        _mac.run(command.line);
+        _mac.write(batch, lines.join('\n'));
+        states.append(_mac.state());
+    }
+    return states;
+}
+
+// ---- after one
+
+QByteArray Laws::brokenFile() const {
+    const QMap<QByteArray, QByteArray> files = _mac.files();
+    int temporary = 0;
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        const QByteArray& path = file.key();
+        if (!path.startsWith(SmallMac::applicationFolder) && path != SmallMac::settingsFile)
+            continue;
+        const bool isNew = !_mac.builtFiles().contains(path);
+        temporary += path.contains(".tessellar-save-") ? 1 : 0;
+        if (isNew &&
+            (path.contains(".damaged") || path.contains(".corrupt") || path.contains("recovery")))
+            return path + " was set aside, and nothing was damaged";
+        if (path.endsWith(".json") && !json::parse(*file))
+            return path + " is broken";
+        if (path.contains("/Backups/") && path.endsWith(".json") &&
+            !json::decodeDocument<BackupDocument>(*file))
+            return path + " is no backup";
+    }
+    return temporary > 2 ? QByteArray("temporary files add up") : QByteArray();
+}
+
+/// The registry of smart folders is set aside by whatever keeps it from being read, byte for byte, and
+/// comes back when the user says so.
+QByteArray Laws::putRegistryBack() {
+    const QByteArray marker = SmallMac::applicationFolder + "/computed-folders.recovery.json";
+    if (!_mac.files().contains(marker))
+        return {};
+    const Ending ending = _mac.run("smart-folders recover restore");
+    return ending.status == 0 ? QByteArray()
+                              : "the registry cannot be put back: " + shortened(ending.error);
+}
+
+bool Laws::isWhole(const Command& command) {
+    const Reference& expected = reference(command);
+    const State now = _mac.state();
+    return now == expected.before || now == expected.after || now == expected.settledAfter ||
+           expected.between.contains(now);
+}
+
+/// A removal is of many items, and its record is written twice. What counts is that nothing is lost,
+/// wherever it ended.
+bool Laws::comesBack(const Command& command) {
+    if (!command.isBroughtBack)
+        return false;
+    _mac.bringAllBack();
+    // Where things stood is remembered anew at each start: one more or less shows there.
+    const auto withoutPlaces = [](State state) {
+        state.removeIf([](const auto& entry) { return entry.key().contains("/remembered-places"); });
+        return state;
+    };
+    return withoutPlaces(_mac.state()) == withoutPlaces(reference(command).allBack);
+}
+
+/// An application that the scan could not see has no place in what is arranged anew; once it is seen
+/// again it comes at the end.
+bool Laws::holdsAll(const Command& command) {
+    if (!command.isOfAllSeen)
+        return false;
+    const auto tiles = [](const State& state) {
+        QByteArrayList all = state.value(SmallMac::applicationFolder + "/layout.json").split('\n');
+        all.removeIf([](const QByteArray& line) { return !line.contains("\"path\""); });
+        std::ranges::sort(all);
+        return all;
+    };
+    _mac.run("list");
+    return tiles(_mac.state()) == tiles(reference(command).settledAfter);
+}
+
+QByteArray Laws::broken(const Command& command, const Ending& ending, bool mayFailLate) {
+    const auto with = [&](const QByteArray& law) {
+        return law + (ending.error.isEmpty() ? QByteArray() : "; it said: " + shortened(ending.error));
+    };
+    if (ending.isLate)
+        return with("it did not end");
+    if (!ending.status && ending.signal != SIGKILL)
+        return with("it crashed with signal " + QByteArray::number(ending.signal));
+    if (const QByteArray broken = brokenFile(); !broken.isEmpty())
+        return with(broken);
+    if (const QByteArray broken = putRegistryBack(); !broken.isEmpty())
+        return with(broken);
+    const Reference& expected = reference(command);
+    State now = _mac.state();
+    const bool hasWarned = !ending.error.trimmed().isEmpty();
+    if (ending.status == 0) {
+        State wanted = expected.after;
+        // What is recorded besides, of which nobody asked, may be missing where that was said.
+        const QByteArray usage = SmallMac::applicationFolder + "/app-usage.json";
+        if (hasWarned && now.value(usage) == expected.before.value(usage))
+            wanted.insert(usage, now.value(usage));
+        if (now == wanted || holdsAll(command) || (hasWarned && comesBack(command)))
+            return {};
+        return with("it said that it was done, but " + difference(wanted, now));
+    }
+    if (ending.status && !mayFailLate && now == expected.after && expected.after != expected.before)
+        return with("it said that it failed, and did it");
+    if (!isWhole(command)) {
+        _mac.run("list");
+        if (!isWhole(command)) {
+            now = _mac.state();
+            if (comesBack(command))
+                return {};
+            return with("it was half done: from before, " + difference(expected.before, now) +
+                        "; from after, " + difference(expected.after, now));
+        }
+    }
+    if (_mac.state() != expected.before)
+        return {};
+    const Ending again = _mac.run(command.line);
+    if (again.status != 0)
+        return with("it cannot be done again: " + shortened(again.error));
+    const State later = _mac.state();
+    return later == expected.after ? QByteArray()
+                                   : with("done again, " + difference(expected.after, later));
+}
+
+} // namespace tessellar::torture

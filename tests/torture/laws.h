@@ -1,0 +1,48 @@
+#pragma once
+
+#include "torture/small_mac.h"
+
+namespace tessellar::torture {
+
+/// By which it is judged what came of a fault:
+///
+/// 1. A program ends in time, by itself.
+/// 2. Every file is whole; nothing is set aside that was; no heap of temporary files is left.
+/// 3. After success what the command does is on the disk, and nothing else is.
+/// 4. A failure that was said is the last word that is true.
+/// 5. After failure or death all of it is there or none of it, at the latest once the next command has
+///    started; what went into the Trash comes back.
+/// 6. What has failed can be done again.
+class Laws {
+public:
+    explicit Laws(SmallMac& mac) : _mac(mac) {}
+
+    /// Learns what the command leads to without a fault; puts the Mac back for the trial.
+    void prepare(const Command& command);
+    /// The law that was broken, and how; empty where all were kept. With `mayFailLate` the fault comes
+    /// after the last moment in which the command could be taken back.
+    QByteArray broken(const Command& command, const Ending& ending, bool mayFailLate);
+    /// Of the second law alone.
+    QByteArray brokenFile() const;
+
+private:
+    /// The states around a command without a fault.
+    struct Reference {
+        State before, after;
+        State settledAfter;   ///< once the next command has started
+        State allBack;        ///< once all has come back from the Trash, where it went there
+        QList<State> between; ///< after each line of a batch
+    };
+    const Reference& reference(const Command& command);
+    QList<State> statesWithin(const Command& command);
+
+    bool isWhole(const Command& command);
+    bool comesBack(const Command& command);
+    bool holdsAll(const Command& command);
+    QByteArray putRegistryBack();
+
+    SmallMac& _mac;
+    QMap<QByteArray, Reference> _references;
+};
+
+} // namespace tessellar::torture
