@@ -148,6 +148,11 @@ void LauncherViewModel::start() {
         if (const auto& failure = smartFolders().failure())
             messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
     });
+    if (!_machine.settings.isReadable())
+        messages().alert({QStringLiteral("settingsUnreadable"),
+                          QStringLiteral("The usual ones are used meanwhile. Applications in search "
+                                         "folders of your own keep their places."),
+                          QStringLiteral("The settings could not be read")});
     applications().look();
 }
 

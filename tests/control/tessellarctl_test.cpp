@@ -130,6 +130,22 @@ TEST_F(TessellarctlTest, SaysOnceThatALayoutCannotBeReadButRefusesEachCommandOfA
               u"workingDocumentUnreadable");
 }
 
+TEST_F(TessellarctlTest, SaysThatSettingsCannotBeReadAndKeepsTheTilesOfTheirFolders) {
+    builder.addApplication(
+        {.name = u"Cedar"_qs, .folder = u"/Users/ada/Extra"_qs, .identifier = u"org.example.cedar"_qs});
+    run({u"settings"_qs, u"set"_qs, u"appDiscovery.additionalSearchPaths"_qs,
+         u"[\"/Users/ada/Extra\"]"_qs});
+    const Result before = run({u"list"_qs});
+    EXPECT_TRUE(before.out.contains("Cedar"));
+    EXPECT_TRUE(before.error.isEmpty());
+    QFile file(root.path() + u"/Users/ada/Library/Preferences/com.tessellar.app.json"_qs);
+    ASSERT_TRUE(file.resize(file.size() - 3));
+    const Result after = run({u"list"_qs});
+    EXPECT_EQ(after.status, 0);
+    EXPECT_TRUE(after.out.contains("Cedar"));
+    EXPECT_TRUE(after.error.contains("The settings could not be read"));
+}
+
 TEST_F(TessellarctlTest, ABatchHasSavedWhatItDidWhileItWaitsForItsNextLine) {
     QProcess batch;
     batch.start(QStringLiteral(TESSELLARCTL), {u"--root"_qs, root.path(), u"batch"_qs, u"-"_qs});
