@@ -36,6 +36,7 @@ private:
     const Reference& reference(const Command& command);
     QList<State> statesWithin(const Command& command);
 
+    bool isSettledByTheNext(const Command& command, const State& wanted);
     bool isWhole(const Command& command);
     bool comesBack(const Command& command);
     bool holdsAll(const Command& command);
