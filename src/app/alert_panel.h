@@ -19,6 +19,7 @@ class AlertPanel final : public QObject {
     Q_PROPERTY(QString text READ text NOTIFY changed)
     /// The label of the button that says yes; empty for an alert, which is only acknowledged.
     Q_PROPERTY(QString accept READ accept NOTIFY changed)
+    Q_PROPERTY(QString decline READ decline NOTIFY changed) ///< of the button that says no
     Q_PROPERTY(bool isDestructive READ isDestructive NOTIFY changed)
     /// True while Return means yes; arrow keys and Tab change that.
     Q_PROPERTY(bool isAcceptDefault READ isAcceptDefault NOTIFY changed)
@@ -30,6 +31,7 @@ public:
     QString title() const;
     QString text() const;
     QString accept() const;
+    QString decline() const { return tr("Cancel"); }
     bool isDestructive() const;
     bool isAcceptDefault() const { return _isAcceptDefault; }
 

@@ -17,9 +17,10 @@
 namespace tessellar {
 
 LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& icons,
-                                       Scheduler& scheduler)
+                                       Scheduler& scheduler, const Settings& settings)
     : _viewModel(viewModel)
     , _icons(icons)
+    , _settings(settings)
     , _grid(tileFacts())
     , _folder(viewModel, tileFacts())
     , _search(viewModel, tileFacts())
@@ -130,7 +131,10 @@ void LauncherController::follow() {
         showMode();
         showLayout();
     });
-    on(launcher.settingsChanged, [this] { showMode(); });
+    on(launcher.settingsChanged, [this] {
+        showMode();
+        Q_EMIT appearanceChanged();
+    });
     on(launcher.bootstrapped, [this] {
         Q_EMIT readyChanged();
         showLayout();
@@ -242,6 +246,14 @@ void LauncherController::makeRoomForAlert() {
 bool LauncherController::isSelected(const QUuid& tile) const {
     return _search.isActive() ? _search.selected() == tile
                               : _viewModel.shown().selectedItemIDs().contains(tile);
+}
+
+QString LauncherController::appearance() const {
+    return _settings.text(QStringLiteral("appearance")).value_or(QStringLiteral("system"));
+}
+
+bool LauncherController::reducesMotion() const {
+    return _settings.boolean(QStringLiteral("reducesMotion")).value_or(false);
 }
 
 QStringList LauncherController::selectedIds() const {

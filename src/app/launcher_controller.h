@@ -17,6 +17,7 @@
 #include "app/updates_panel.h"
 #include "launcher/actions.h"
 #include "launcher/launcher_view_model.h"
+#include "platform/settings.h"
 
 #include <QObject>
 #include <QSizeF>
@@ -37,6 +38,9 @@ class LauncherController final : public QObject {
     /// A sheet or an alert lies over the tiles and has the keyboard and the pointer.
     Q_PROPERTY(bool isCovered READ isCovered NOTIFY coveredChanged)
     Q_PROPERTY(tessellar::TileIcons* icons READ icons CONSTANT)
+    /// "light", "dark", or anything else for what the system has.
+    Q_PROPERTY(QString appearance READ appearance NOTIFY appearanceChanged)
+    Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY appearanceChanged)
 
     Q_PROPERTY(tessellar::GridModel* grid READ grid CONSTANT)
     Q_PROPERTY(tessellar::OpenFolder* folder READ folder CONSTANT)
@@ -56,7 +60,8 @@ class LauncherController final : public QObject {
     Q_PROPERTY(QString unavailableNotice READ unavailableNotice CONSTANT)
 
 public:
-    LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Scheduler& scheduler);
+    LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Scheduler& scheduler,
+                       const Settings& settings);
 
     /// The size of the window in its own pixels, and how many of the screen's each of them has.
     void setWindow(QSizeF size, double pixelRatio);
@@ -67,6 +72,8 @@ public:
     bool isWindowed() const { return _viewModel.shown().mode() == LauncherWindowMode::windowed; }
     bool isCovered() const;
     TileIcons* icons() const { return &_icons; }
+    QString appearance() const;
+    bool reducesMotion() const;
     GridModel* grid() { return &_grid; }
     OpenFolder* folder() { return &_folder; }
     TileSearch* search() { return &_search; }
@@ -105,6 +112,7 @@ public:
 Q_SIGNALS:
     void readyChanged();
     void modeChanged();
+    void appearanceChanged();
     void coveredChanged();
     void noticeChanged();
     /// The Menu key was pressed: the selected tile knows where it lies.
@@ -137,6 +145,7 @@ private:
 
     LauncherViewModel& _viewModel;
     TileIcons& _icons;
+    const Settings& _settings;
     QSizeF _windowSize;
     double _pixelRatio = 1;
     ShownPages _shownPages;

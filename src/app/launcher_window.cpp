@@ -18,7 +18,7 @@ namespace tessellar {
 LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize screen)
     : _viewModel(machine, mode, &_pasteboard)
     , _icons(machine.files, machine.workers)
-    , _controller(_viewModel, _icons, machine.scheduler)
+    , _controller(_viewModel, _icons, machine.scheduler, machine.settings)
     , _screen(screen) {
     _view.setResizeMode(QQuickView::SizeRootObjectToView);
     _view.setTitle(QStringLiteral("Tessellar"));

@@ -1,11 +1,13 @@
 #include "app/sheets.h"
 
+#include <QPointer>
+
 #include "launcher/launcher_icons.h"
-#include "launcher/launcher_messages.h"
 
 namespace tessellar {
 
 void Sheets::open(const QString& sheet, const AppEntry* app) {
+    setIssue({});
     _app = app ? std::optional(*app) : std::nullopt;
     if (std::exchange(_current, sheet) != sheet)
         Q_EMIT changed();
@@ -17,11 +19,21 @@ void Sheets::changeIcon(const QString& file) {
     static const FileSystem host;
     _viewModel.icons().set(
         appKey(*_app), file,
-        [&viewModel = _viewModel](const LauncherIcons::Outcome& outcome) {
-            viewModel.messages().report(outcome);
+        [sheet = QPointer(this), app = appKey(*_app)](const LauncherIcons::Outcome& outcome) {
+            // It may be closed by now, or be about another one.
+            if (!sheet || !sheet->_app || appKey(*sheet->_app) != app)
+                return;
+            if (outcome)
+                sheet->close();
+            else
+                sheet->setIssue(outcome.error().message);
         },
         &host);
-    close();
+}
+
+void Sheets::setIssue(const QString& issue) {
+    if (std::exchange(_issue, issue) != issue)
+        Q_EMIT issueChanged();
 }
 
 } // namespace tessellar

@@ -16,6 +16,8 @@ class Sheets final : public QObject {
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(QString current READ current NOTIFY changed) ///< one of those below, or empty
     Q_PROPERTY(QString appName READ appName NOTIFY changed) ///< of the application that it is about
+    /// Why what was last asked for in it was not done; empty where it was.
+    Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)
 
 public:
     static inline const QString backups = QStringLiteral("backups");
@@ -28,20 +30,25 @@ public:
 
     QString current() const { return _current; }
     QString appName() const { return _app ? _app->name : QString(); }
+    QString issue() const { return _issue; }
 
     void open(const QString& sheet, const AppEntry* app = nullptr);
     Q_INVOKABLE void close() { open({}); }
-    /// Gives the application of the sheet the icon in a file of the host, and closes.
+    /// Gives the application of the sheet the icon in a file of the host, and closes once it has it.
     Q_INVOKABLE void changeIcon(const QString& file);
     Q_INVOKABLE static QString localFile(const QUrl& url) { return url.toLocalFile(); }
 
 Q_SIGNALS:
     void changed();
+    void issueChanged();
 
 private:
+    void setIssue(const QString& issue);
+
     LauncherViewModel& _viewModel;
     QString _current;
     std::optional<AppEntry> _app;
+    QString _issue;
 };
 
 } // namespace tessellar

@@ -1,56 +1,39 @@
 import QtQuick
+import QtQuick.Templates as T
+import Tessellar
 
-// A box to tick, with its words.
-Item {
+// A box to tick, with its words. Shows what is, not what was asked for.
+T.CheckBox {
     id: mark
 
-    required property string text
     required property bool isChecked
 
-    signal toggled
-
-    implicitWidth: words.x + words.implicitWidth
-    implicitHeight: Math.max(18, words.implicitHeight)
-    activeFocusOnTab: true
+    implicitWidth: box.width + (text === "" ? 0 : words.implicitWidth + 8)
+    implicitHeight: Math.max(box.height, words.implicitHeight)
+    opacity: enabled ? 1 : Theme.unavailable
+    checked: isChecked
+    onToggled: checked = Qt.binding(() => mark.isChecked)
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
-    Accessible.checked: isChecked
-    Accessible.onPressAction: mark.toggled()
 
-    Keys.onSpacePressed: mark.toggled()
+    indicator: CheckBoxMark {
+        id: box
 
-    Rectangle {
-        anchors.verticalCenter: parent.verticalCenter
-        width: 18
-        height: 18
-        radius: 5
-        color: mark.isChecked ? "#4f80ff" : "transparent"
-        border.width: mark.activeFocus ? 2 : mark.isChecked ? 0 : 1
-        border.color: mark.activeFocus ? "white" : "#80ffffff"
-
-        Text {
-            anchors.centerIn: parent
-            visible: mark.isChecked
-            text: "✓"
-            color: "white"
-            font.pixelSize: 13
-            font.weight: Font.Bold
-        }
+        y: (mark.height - height) / 2
+        isChecked: mark.isChecked
+        hasKeyboard: mark.activeFocus
     }
 
-    Text {
+    contentItem: Text {
         id: words
 
-        x: 26
-        anchors.verticalCenter: parent.verticalCenter
+        leftPadding: box.width + 8
+        verticalAlignment: Text.AlignVCenter
         text: mark.text
-        color: "white"
-        font.pixelSize: 14
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        onClicked: mark.toggled()
+        color: Theme.text
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+        font.pixelSize: Theme.textFont
     }
 }

@@ -25,9 +25,9 @@ Item {
         y: Math.round(Math.max(8, Math.min(root.days.position.y, root.height - height - 8)))
         width: 7 * cell + 24
         height: column.height + 22
-        radius: 14
-        color: "#fa262a39"
-        border.color: "#38ffffff"
+        radius: Theme.menuRadius
+        color: Theme.panel
+        border.color: Theme.panelOutline
 
         Accessible.role: Accessible.PopupMenu
         Accessible.name: root.days.title
@@ -55,10 +55,10 @@ Item {
                     width: parent.width - turning.width - 12
                     anchors.verticalCenter: parent.verticalCenter
                     text: root.days.title
-                    color: "white"
+                    color: Theme.text
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
-                    font.pixelSize: 15
+                    font.pixelSize: Theme.titleFont
                     font.weight: Font.DemiBold
                 }
 
@@ -84,8 +84,8 @@ Item {
                             objectName: "monthTurn" + modelData.by
                             width: 28
                             height: 28
-                            radius: 14
-                            color: area.containsMouse ? "#24ffffff" : "transparent"
+                            radius: width / 2
+                            color: area.containsMouse ? Theme.control : Theme.clear
 
                             Accessible.role: Accessible.Button
                             Accessible.name: modelData.name
@@ -94,8 +94,8 @@ Item {
                             Text {
                                 anchors.centerIn: parent
                                 text: turn.modelData.sign
-                                color: "white"
-                                font.pixelSize: 18
+                                color: Theme.text
+                                font.pixelSize: Theme.alertFont
                             }
 
                             MouseArea {
@@ -129,8 +129,8 @@ Item {
                         horizontalAlignment: Text.AlignHCenter
                         verticalAlignment: Text.AlignVCenter
                         text: modelData
-                        color: "#80ffffff"
-                        font.pixelSize: 12
+                        color: Theme.textFaint
+                        font.pixelSize: Theme.noteFont
                     }
                 }
             }
@@ -161,17 +161,17 @@ Item {
                             anchors.centerIn: parent
                             width: 30
                             height: 30
-                            radius: 15
-                            color: day.modelData.isChosen ? "#4f80ff" : pointer.containsMouse ? "#24ffffff" : "transparent"
+                            radius: width / 2
+                            color: day.modelData.isChosen ? Theme.accent : pointer.containsMouse ? Theme.control : Theme.clear
                             border.width: day.modelData.isCurrent ? 2 : day.modelData.isToday ? 1 : 0
-                            border.color: day.modelData.isCurrent ? "white" : "#99ffffff"
+                            border.color: day.modelData.isCurrent ? Theme.text : Theme.textFaint
                         }
 
                         Text {
                             anchors.centerIn: parent
                             text: day.modelData.text
-                            color: day.modelData.isInMonth ? "white" : "#59ffffff"
-                            font.pixelSize: 13
+                            color: day.modelData.isChosen ? Theme.onAccent : day.modelData.isInMonth ? Theme.text : Theme.textHint
+                            font.pixelSize: Theme.controlFont
                         }
 
                         MouseArea {

@@ -1,7 +1,9 @@
 import QtQuick
+import QtQuick.Templates as T
+import Tessellar
 
 // Where text is typed, in a sheet. What is shown follows `value`, but never under the hands of who types.
-Rectangle {
+Item {
     id: box
 
     required property string value
@@ -24,16 +26,12 @@ Rectangle {
     }
 
     implicitWidth: 120
-    implicitHeight: 30
-    radius: 7
-    color: "#1b1e2a"
-    border.width: input.activeFocus ? 2 : 1
-    border.color: input.activeFocus ? "#4f80ff" : needsInput ? "#ffb340" : "#30ffffff"
-    opacity: enabled ? 1 : 0.4
+    implicitHeight: Theme.controlHeight
+    opacity: enabled ? 1 : Theme.unavailable
 
     onValueChanged: if (!input.isTyped && input.text !== value) input.text = value
 
-    TextInput {
+    T.TextField {
         id: input
 
         property bool isTyped: false
@@ -45,16 +43,22 @@ Rectangle {
         }
 
         anchors.fill: parent
-        anchors.leftMargin: 9
-        anchors.rightMargin: Math.max(9, ends.width)
+        leftPadding: 9
+        rightPadding: Math.max(9, ends.width)
         verticalAlignment: TextInput.AlignVCenter
         activeFocusOnTab: true
-        color: "white"
-        selectionColor: "#4f80ff"
-        selectedTextColor: "white"
+        color: Theme.text
+        selectionColor: Theme.accent
+        selectedTextColor: Theme.onAccent
         selectByMouse: true
         clip: true
-        font.pixelSize: 13
+        font.pixelSize: Theme.controlFont
+        background: Rectangle {
+            radius: Theme.fieldRadius
+            color: Theme.well
+            border.width: input.activeFocus ? Theme.focusWidth : 1
+            border.color: input.activeFocus ? Theme.accent : box.needsInput ? Theme.warning : Theme.wellOutline
+        }
 
         Accessible.name: box.label
 
@@ -84,9 +88,11 @@ Rectangle {
 
     Text {
         anchors.fill: input
+        anchors.leftMargin: input.leftPadding
+        anchors.rightMargin: input.rightPadding
         visible: input.text === "" && input.preeditText === ""
         text: box.placeholder
-        color: "#66ffffff"
+        color: Theme.textHint
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
         textFormat: Text.PlainText
@@ -138,22 +144,10 @@ Rectangle {
                         }
                     }
 
-                    // An arrowhead.
-                    Repeater {
-                        model: 2
-
-                        Rectangle {
-                            required property int index
-
-                            x: 5.5 + index * 3.5
-                            y: 6
-                            width: 5.5
-                            height: 1.6
-                            radius: 0.8
-                            rotation: (index === 0) === (arrow.by > 0) ? -42 : 42
-                            antialiasing: true
-                            color: arrow.containsMouse ? "white" : "#99ffffff"
-                        }
+                    Sign {
+                        anchors.centerIn: parent
+                        kind: arrow.by > 0 ? "up" : "down"
+                        color: arrow.containsMouse ? Theme.text : Theme.textFaint
                     }
                 }
             }
@@ -171,11 +165,10 @@ Rectangle {
             Accessible.name: qsTr("Suggestions")
             Accessible.onPressAction: box.pressButton()
 
-            Text {
+            Sign {
                 anchors.centerIn: parent
-                text: "▾"
-                color: parent.containsMouse ? "white" : "#99ffffff"
-                font.pixelSize: 12
+                kind: "down"
+                color: parent.containsMouse ? Theme.text : Theme.textFaint
             }
         }
     }

@@ -24,7 +24,7 @@ Item {
     enabled: folder.isOpen
 
     Behavior on progress {
-        NumberAnimation { duration: 240; easing.type: Easing.OutCubic }
+        NumberAnimation { duration: Theme.moveTime; easing.type: Theme.curve }
     }
 
     Connections {
@@ -65,11 +65,11 @@ Item {
 
         Rectangle {
             anchors.fill: parent
-            radius: 30
-            color: "#f52c3044"
+            radius: Theme.folderRadius
+            color: Theme.folderPanel
             // It takes in what is carried over it as a whole.
             border.width: overlay.launcher.drag.targetId === overlay.folder.tileId && overlay.folder.tileId !== "" ? 3 : 1
-            border.color: border.width > 1 ? "#b3ffffff" : "#30ffffff"
+            border.color: border.width > 1 ? Theme.tileRing : Theme.folderOutline
         }
 
         // Clicks beside the tiles stay in the folder.
@@ -90,10 +90,10 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, parent.width - 60)
             text: overlay.folder.title
-            color: "white"
+            color: Theme.backdropText
             elide: Text.ElideRight
             textFormat: Text.PlainText
-            font.pixelSize: 24
+            font.pixelSize: Theme.bigFont
             font.weight: Font.Medium
             visible: !titleField.active
 
@@ -116,7 +116,7 @@ Item {
                 launcher: overlay.launcher
                 name: overlay.folder.title
                 width: Math.min(360, panel.width - 40)
-                font.pixelSize: 22
+                font.pixelSize: Theme.bigFont
             }
         }
 
@@ -126,10 +126,10 @@ Item {
             width: Math.min(implicitWidth, parent.width - 40)
             visible: text !== ""
             text: overlay.folder.notice
-            color: "#99ffffff"
+            color: Theme.backdropTextFaint
             elide: Text.ElideRight
             textFormat: Text.PlainText
-            font.pixelSize: 12
+            font.pixelSize: Theme.noteFont
         }
 
         Item {

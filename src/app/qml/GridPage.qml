@@ -76,7 +76,7 @@ Item {
         height: page.caret.height
         visible: width > 0
         radius: width / 2
-        color: "#d9ffffff"
+        color: Theme.caret
     }
 
     Loader {

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// Which file an application's icon is to come from.
+// Which file an application's icon is to come from. It stays until the icon has been taken.
 Sheet {
     id: sheet
 
@@ -10,75 +10,57 @@ Sheet {
     objectName: "iconSheet"
     title: qsTr("Change the Icon of “%1”").arg(launcher.sheets.appName)
     wanted: 520
-    onClosed: launcher.sheets.close()
+    onClosed: if (path.input.text === "") launcher.sheets.close()
 
-    Column {
+    WordsText {
         width: sheet.bodyWidth
-        spacing: 14
+        text: qsTr("Drop an .icns file here, or give its path.")
+        color: drop.containsDrag ? Theme.accent : Theme.textDim
+    }
 
-        Text {
-            width: parent.width
-            text: qsTr("Drop an .icns file here, or give its path.")
-            color: "#b3ffffff"
-            wrapMode: Text.Wrap
-            font.pixelSize: 14
-        }
+    FieldBox {
+        id: path
 
-        Rectangle {
-            width: parent.width
-            height: 38
-            radius: 8
-            color: drop.containsDrag ? "#404f80ff" : "#1b1e2a"
-            border.width: 2
-            border.color: "#4f80ff"
+        width: sheet.bodyWidth
+        height: Theme.buttonHeight
+        value: ""
+        label: qsTr("Path of an .icns file")
+        placeholder: label
+        onEdited: text => value = text
+        Component.onCompleted: input.forceActiveFocus()
+    }
 
-            TextInput {
-                id: path
+    WordsText {
+        objectName: "iconIssue"
+        width: sheet.bodyWidth
+        text: sheet.launcher.sheets.issue
+        color: Theme.warningText
+        font.pixelSize: Theme.controlFont
+    }
 
-                anchors.fill: parent
-                anchors.leftMargin: 10
-                anchors.rightMargin: 10
-                verticalAlignment: TextInput.AlignVCenter
-                color: "white"
-                selectionColor: "#4f80ff"
-                selectByMouse: true
-                clip: true
-                font.pixelSize: 14
+    // The whole sheet takes what is dropped.
+    DropArea {
+        id: drop
 
-                Accessible.name: qsTr("Path of an .icns file")
-
-                Component.onCompleted: forceActiveFocus()
-                Keys.onReturnPressed: sheet.launcher.sheets.changeIcon(text)
-                Keys.onEnterPressed: sheet.launcher.sheets.changeIcon(text)
-            }
-
-            DropArea {
-                id: drop
-
-                anchors.fill: parent
-                onDropped: event => {
-                    if (event.hasUrls)
-                        path.text = sheet.launcher.sheets.localFile(event.urls[0]);
-                }
-            }
-        }
-
-        Row {
-            anchors.right: parent.right
-            spacing: 10
-
-            PushButton {
-                text: qsTr("Cancel")
-                onClicked: sheet.launcher.sheets.close()
-            }
-
-            PushButton {
-                objectName: "iconAccept"
-                text: qsTr("Change")
-                isDefault: true
-                enabled: path.text !== ""
-                onClicked: sheet.launcher.sheets.changeIcon(path.text)
-            }
+        parent: sheet
+        anchors.fill: parent
+        onDropped: event => {
+            if (event.hasUrls)
+                path.value = sheet.launcher.sheets.localFile(event.urls[0]);
         }
     }
+
+    buttons: [
+        PushButton {
+            text: qsTr("Cancel")
+            onClicked: sheet.launcher.sheets.close()
+        },
+        PushButton {
+            objectName: "iconAccept"
+            text: qsTr("Change")
+            isDefault: true
+            enabled: path.value !== ""
+            onClicked: sheet.launcher.sheets.changeIcon(path.value)
+        }
+    ]
 }

@@ -31,16 +31,16 @@ Item {
         y: picture.y - height * 0.35
         width: Math.max(height, count.implicitWidth + 14)
         height: 24
-        radius: 12
-        color: "#e5483d"
+        radius: height / 2
+        color: Theme.danger
 
         Text {
             id: count
 
             anchors.centerIn: parent
             text: lifted.drag.liftedIds.length
-            color: "white"
-            font.pixelSize: 13
+            color: Theme.backdropText
+            font.pixelSize: Theme.controlFont
             font.weight: Font.DemiBold
         }
     }

@@ -35,6 +35,18 @@ FocusScope {
         }
     }
 
+    Binding {
+        target: Theme
+        property: "appearance"
+        value: root.launcher.appearance
+    }
+
+    Binding {
+        target: Theme
+        property: "reducesMotion"
+        value: root.launcher.reducesMotion
+    }
+
     BackdropItem {
         anchors.fill: parent
         icons: root.launcher.icons
@@ -92,8 +104,8 @@ FocusScope {
                 anchors.centerIn: parent
                 visible: root.launcher.isReady && root.launcher.grid.pageCount === 0
                 text: qsTr("No applications were found.")
-                color: "#b8ffffff"
-                font.pixelSize: 22
+                color: Theme.backdropTextDim
+                font.pixelSize: Theme.bigFont
                 font.weight: Font.Light
             }
         }
@@ -135,8 +147,8 @@ FocusScope {
                     text: qsTr("No results for “%1”").arg(root.launcher.search.text)
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
-                    color: "#b8ffffff"
-                    font.pixelSize: 22
+                    color: Theme.backdropTextDim
+                    font.pixelSize: Theme.bigFont
                     font.weight: Font.Light
                 }
             }
@@ -172,13 +184,13 @@ FocusScope {
             readonly property int side: root.launcher.drag.turning
 
             x: side > 0 ? parent.width - width : 0
-            width: 36
+            width: Theme.edgeWidth
             height: parent.height
             visible: side !== 0 && !root.launcher.folder.isOpen
             gradient: Gradient {
                 orientation: Gradient.Horizontal
-                GradientStop { position: 0; color: root.launcher.drag.turning > 0 ? "#00ffffff" : "#4dffffff" }
-                GradientStop { position: 1; color: root.launcher.drag.turning > 0 ? "#4dffffff" : "#00ffffff" }
+                GradientStop { position: 0; color: root.launcher.drag.turning > 0 ? Theme.glowEnd : Theme.glow }
+                GradientStop { position: 1; color: root.launcher.drag.turning > 0 ? Theme.glow : Theme.glowEnd }
             }
         }
 

@@ -1,4 +1,5 @@
 import QtQuick
+import Tessellar
 
 // The lines of a menu, or of its submenu.
 Rectangle {
@@ -28,9 +29,9 @@ Rectangle {
 
     width: lineWidth + 12
     height: Math.min(tallest, column.height + 12)
-    radius: 12
-    color: "#fa262a39"
-    border.color: "#38ffffff"
+    radius: Theme.menuRadius
+    color: Theme.panel
+    border.color: Theme.panelOutline
 
     Accessible.role: Accessible.PopupMenu
 
@@ -47,7 +48,7 @@ Rectangle {
     FontMetrics {
         id: metrics
 
-        font.pixelSize: 14
+        font.pixelSize: Theme.textFont
     }
 
     Flickable {
@@ -88,14 +89,14 @@ Rectangle {
                         x: 10
                         width: parent.width - 20
                         height: 1
-                        color: "#24ffffff"
+                        color: Theme.control
                     }
 
                     Rectangle {
                         anchors.fill: parent
                         visible: line.isCurrent
-                        radius: 7
-                        color: line.modelData.isDestructive ? "#e5483d" : "#4f80ff"
+                        radius: Theme.fieldRadius
+                        color: line.modelData.isDestructive ? Theme.danger : Theme.accent
                     }
 
                     Text {
@@ -104,7 +105,7 @@ Rectangle {
                         visible: line.modelData.isChosen
                         text: "✓"
                         color: words.color
-                        font.pixelSize: 13
+                        font.pixelSize: Theme.controlFont
                         font.weight: Font.Bold
                     }
 
@@ -115,12 +116,12 @@ Rectangle {
                         anchors.verticalCenter: parent.verticalCenter
                         width: parent.width - x - 12 - (line.modelData.hasEntries ? 14 : 0)
                         text: line.modelData.title
-                        color: !line.modelData.isEnabled ? "#80ffffff"
-                               : line.modelData.isDestructive && !line.isCurrent ? "#ff7b72" : "#f5ffffff"
+                        color: !line.modelData.isEnabled ? Theme.textFaint
+                               : line.modelData.isDestructive && !line.isCurrent ? Theme.dangerText : Theme.text
                         wrapMode: line.modelData.isEnabled ? Text.NoWrap : Text.Wrap
                         elide: Text.ElideRight
                         textFormat: Text.PlainText
-                        font.pixelSize: 14
+                        font.pixelSize: Theme.textFont
                     }
 
                     Text {
@@ -130,7 +131,7 @@ Rectangle {
                         visible: line.modelData.hasEntries
                         text: "›"
                         color: words.color
-                        font.pixelSize: 17
+                        font.pixelSize: Theme.alertFont
                     }
 
                     MouseArea {

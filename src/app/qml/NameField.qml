@@ -1,48 +1,44 @@
 import QtQuick
+import QtQuick.Templates as T
 import Tessellar
 
 // Where a new name is typed, over the old one.
-Rectangle {
+T.TextField {
     id: field
 
     required property LauncherController launcher
     required property string name
-    property alias font: input.font
 
-    height: input.implicitHeight + 8
-    radius: 6
-    color: "#f01b1e2a"
-    border.width: 2
-    border.color: "#4f80ff"
+    height: implicitHeight
+    implicitHeight: contentHeight + 8
+    leftPadding: 8
+    rightPadding: 8
+    verticalAlignment: TextInput.AlignVCenter
+    horizontalAlignment: contentWidth < width - 16 ? TextInput.AlignHCenter : TextInput.AlignLeft
+    color: Theme.text
+    selectionColor: Theme.accent
+    selectedTextColor: Theme.onAccent
+    selectByMouse: true
+    clip: true
+    maximumLength: 255
+    renderType: Text.QtRendering
+    background: Rectangle {
+        radius: Theme.fieldRadius
+        color: Theme.well
+        border.width: Theme.focusWidth
+        border.color: Theme.accent
+    }
+
+    Accessible.name: qsTr("Name")
 
     Component.onCompleted: {
-        input.text = field.name;
-        input.selectAll();
-        input.forceActiveFocus();
+        text = field.name;
+        selectAll();
+        forceActiveFocus();
     }
-
-    TextInput {
-        id: input
-
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.margins: 8
-        anchors.verticalCenter: parent.verticalCenter
-        horizontalAlignment: contentWidth < width ? TextInput.AlignHCenter : TextInput.AlignLeft
-        color: "white"
-        selectionColor: "#4f80ff"
-        selectedTextColor: "white"
-        selectByMouse: true
-        clip: true
-        maximumLength: 255
-        renderType: Text.QtRendering
-
-        Accessible.name: qsTr("Name")
-
-        onEditingFinished: field.launcher.renaming.end(text)
-        Keys.onEscapePressed: field.launcher.renaming.cancel()
-        // Not for the tile below as well.
-        Keys.onReturnPressed: field.launcher.renaming.end(text)
-        Keys.onEnterPressed: field.launcher.renaming.end(text)
-    }
+    onEditingFinished: field.launcher.renaming.end(text)
+    Keys.onEscapePressed: field.launcher.renaming.cancel()
+    // Not for the tile below as well.
+    Keys.onReturnPressed: field.launcher.renaming.end(text)
+    Keys.onEnterPressed: field.launcher.renaming.end(text)
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Tessellar
 
 // A short message that goes by itself. Its last words stay while it fades.
 Rectangle {
@@ -12,8 +13,8 @@ Rectangle {
     width: words.width + 44
     height: words.height + 24
     radius: Math.min(height / 2, 22)
-    color: "#e6262a38"
-    border.color: "#30ffffff"
+    color: Theme.panel
+    border.color: Theme.panelOutline
     opacity: text !== "" ? 1 : 0
     visible: opacity > 0
 
@@ -21,7 +22,7 @@ Rectangle {
     Accessible.name: shown
 
     Behavior on opacity {
-        NumberAnimation { duration: 180 }
+        NumberAnimation { duration: Theme.fadeTime }
     }
 
     Text {
@@ -30,10 +31,10 @@ Rectangle {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, 560)
         text: notice.shown
-        color: "white"
+        color: Theme.text
         wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
         textFormat: Text.PlainText
-        font.pixelSize: 14
+        font.pixelSize: Theme.textFont
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Tessellar
 
 // One dot for each page; the brightest is the one that is shown. Of very many pages, those around it.
 Row {
@@ -37,7 +38,7 @@ Row {
                 width: Math.min(8, dots.pitch - 5)
                 height: width
                 radius: width / 2
-                color: "white"
+                color: Theme.backdropText
                 opacity: 0.28 + 0.67 * dot.nearness + (hover.hovered ? 0.2 : 0)
             }
 

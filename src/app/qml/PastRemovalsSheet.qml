@@ -11,82 +11,39 @@ Sheet {
     objectName: "pastRemovalsSheet"
     title: qsTr("Past Removals")
     wanted: 600
+    stretched: list
     onClosed: launcher.sheets.close()
     Component.onDestruction: past.close()
 
-    Column {
+    WordsText {
         width: sheet.bodyWidth
-        spacing: 14
+        text: sheet.past.message
+    }
 
-        Text {
-            width: parent.width
-            visible: text !== ""
-            text: sheet.past.message
-            color: "#b3ffffff"
-            wrapMode: Text.Wrap
-            textFormat: Text.PlainText
-            font.pixelSize: 14
+    ItemList {
+        id: list
+
+        width: sheet.bodyWidth
+        height: Math.min(contentHeight, Math.max(120, sheet.stretchedRoom))
+        visible: count > 0
+        model: sheet.past.removals
+
+        delegate: ListRow {
+            required property var modelData
+
+            title: modelData.name
+            text: modelData.text
+            action: qsTr("Put Back")
+            actionName: "putBackButton"
+            hasAction: modelData.canPutBack
+            canAct: !sheet.past.isMoving
+            onActed: sheet.past.putBack(modelData.id)
         }
+    }
 
-        ListView {
-            width: parent.width
-            height: Math.min(contentHeight, Math.max(120, sheet.tallest - 110))
-            visible: count > 0
-            clip: true
-            boundsBehavior: Flickable.StopAtBounds
-            model: sheet.past.removals
-
-            delegate: Item {
-                id: row
-
-                required property var modelData
-
-                width: ListView.view.width
-                height: 52
-
-                Column {
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: parent.width - action.width - 12
-
-                    Text {
-                        width: parent.width
-                        text: row.modelData.name
-                        color: "white"
-                        elide: Text.ElideRight
-                        textFormat: Text.PlainText
-                        font.pixelSize: 14
-                    }
-
-                    Text {
-                        width: parent.width
-                        text: row.modelData.text
-                        color: "#99ffffff"
-                        elide: Text.ElideRight
-                        textFormat: Text.PlainText
-                        font.pixelSize: 12
-                    }
-                }
-
-                PushButton {
-                    id: action
-
-                    objectName: "putBackButton"
-                    anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
-                    height: 30
-                    visible: row.modelData.canPutBack
-                    enabled: !sheet.past.isMoving
-                    text: qsTr("Put Back")
-                    onClicked: sheet.past.putBack(row.modelData.id)
-                }
-            }
-        }
-
-        PushButton {
-            anchors.right: parent.right
-            text: qsTr("Done")
-            isDefault: true
-            onClicked: sheet.launcher.sheets.close()
-        }
+    buttons: PushButton {
+        text: qsTr("Done")
+        isDefault: true
+        onClicked: sheet.launcher.sheets.close()
     }
 }

@@ -1,78 +1,73 @@
 import QtQuick
+import QtQuick.Templates as T
+import Tessellar
 
 // A button that shows what is chosen and opens a menu of what may be.
-Rectangle {
+T.AbstractButton {
     id: button
 
-    required property string text
     property string label
     property string placeholder
     property bool needsInput: false
 
     // With the place, in the window, below which the menu is to open.
-    signal pressed(point below)
+    signal opened(point below)
 
-    function press() {
+    function open() {
         forceActiveFocus();
-        pressed(mapToItem(null, 0, height + 3));
+        opened(mapToItem(null, 0, height + 3));
     }
 
     implicitWidth: words.implicitWidth + 38
-    implicitHeight: 30
-    radius: 7
-    color: mouse.containsMouse ? "#38ffffff" : "#24ffffff"
-    border.width: activeFocus ? 2 : needsInput ? 1 : 0
-    border.color: activeFocus ? "#4f80ff" : "#ffb340"
-    activeFocusOnTab: true
+    implicitHeight: Theme.controlHeight
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : Theme.unavailable
 
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: label
     Accessible.description: text
-    Accessible.onPressAction: button.press()
+    Accessible.onPressAction: button.open()
 
-    Keys.onSpacePressed: button.press()
-    Keys.onDownPressed: button.press()
+    Keys.onSpacePressed: button.open()
+    Keys.onDownPressed: button.open()
+    onPressed: open()
 
-    Text {
-        id: words
-
-        anchors.left: parent.left
-        anchors.leftMargin: 11
-        anchors.right: parent.right
-        anchors.rightMargin: 24
-        anchors.verticalCenter: parent.verticalCenter
-        text: button.text === "" ? button.placeholder : button.text
-        color: button.text === "" ? "#99ffffff" : "white"
-        elide: Text.ElideRight
-        textFormat: Text.PlainText
-        font.pixelSize: 13
+    background: Rectangle {
+        radius: Theme.fieldRadius
+        color: button.hovered ? Theme.controlHovered : Theme.control
+        border.width: button.activeFocus ? Theme.focusWidth : button.needsInput ? 1 : 0
+        border.color: button.activeFocus ? Theme.accent : Theme.warning
     }
 
-    // Two arrowheads, up and down.
-    Repeater {
-        model: 4
+    contentItem: Item {
+        Text {
+            id: words
 
-        Rectangle {
-            required property int index
-            readonly property bool isRight: index % 2
-            readonly property bool isLower: index > 1
-
-            x: button.width - 19 + (isRight ? 3.5 : 0)
-            y: button.height / 2 + (isLower ? 3 : -5)
-            width: 6
-            height: 1.6
-            radius: 0.8
-            rotation: isRight === isLower ? -45 : 45
-            antialiasing: true
-            color: "#b3ffffff"
+            anchors.left: parent.left
+            anchors.leftMargin: 11
+            anchors.right: parent.right
+            anchors.rightMargin: 24
+            anchors.verticalCenter: parent.verticalCenter
+            text: button.text === "" ? button.placeholder : button.text
+            color: button.text === "" ? Theme.textFaint : Theme.text
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.controlFont
         }
-    }
 
-    MouseArea {
-        id: mouse
+        Repeater {
+            model: ["up", "down"]
 
-        anchors.fill: parent
-        hoverEnabled: true
-        onPressed: button.press()
+            Sign {
+                required property int index
+                required property string modelData
+
+                x: button.width - width - 7
+                y: button.height / 2 - height / 2 + (index === 0 ? -4 : 4)
+                kind: modelData
+                color: Theme.textDim
+            }
+        }
     }
 }

@@ -1,51 +1,46 @@
 import QtQuick
+import QtQuick.Templates as T
+import Tessellar
 
-// A button of alerts and panels. The default one answers to Return.
-Rectangle {
+// A button of alerts and sheets. The default one of a sheet answers to Return.
+T.Button {
     id: button
 
-    required property string text
     property bool isDefault: false
     property bool isDestructive: false
 
-    signal clicked
-
     implicitWidth: Math.max(88, words.implicitWidth + 32)
-    implicitHeight: 34
-    radius: 10
-    color: isDestructive ? (mouse.pressed ? "#c9362c" : "#e5483d")
-                         : isDefault ? (mouse.pressed ? "#3d6ff0" : "#4f80ff")
-                                     : (mouse.pressed ? "#38ffffff" : "#24ffffff")
-    border.width: isDefault || activeFocus ? 2 : 0
-    border.color: activeFocus ? "white" : "#99ffffff"
-    opacity: enabled ? 1 : 0.4
-    activeFocusOnTab: true
+    implicitHeight: Theme.buttonHeight
+    opacity: enabled ? 1 : Theme.unavailable
+    hoverEnabled: true
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.onPressAction: button.clicked()
 
-    Keys.onSpacePressed: button.clicked()
-    Keys.onReturnPressed: button.clicked()
-    Keys.onEnterPressed: button.clicked()
+    Keys.onReturnPressed: button.click()
+    Keys.onEnterPressed: button.click()
 
-    Text {
-        id: words
-
-        anchors.centerIn: parent
-        width: Math.min(implicitWidth, parent.width - 20)
-        elide: Text.ElideRight
-        text: button.text
-        color: "white"
-        textFormat: Text.PlainText
-        font.pixelSize: 14
-        font.weight: Font.Medium
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: button.isDestructive ? (button.down ? Theme.dangerPressed : Theme.danger)
+             : button.isDefault ? (button.down ? Theme.accentPressed : Theme.accent)
+             : button.down ? Theme.controlPressed : button.hovered ? Theme.controlHovered : Theme.control
+        border.width: button.isDefault || button.activeFocus ? Theme.focusWidth : 0
+        border.color: button.activeFocus ? Theme.focusRing : Theme.defaultRing
     }
 
-    MouseArea {
-        id: mouse
+    contentItem: Item {
+        Text {
+            id: words
 
-        anchors.fill: parent
-        onClicked: button.clicked()
+            anchors.centerIn: parent
+            width: Math.min(implicitWidth, parent.width - 20)
+            elide: Text.ElideRight
+            text: button.text
+            color: button.isDefault || button.isDestructive ? Theme.onAccent : Theme.text
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.textFont
+            font.weight: Font.Medium
+        }
     }
 }

@@ -7,8 +7,9 @@ Item {
 
     required property SmartFolderPanel panel
     required property int index
-    // Two values and little room: they go below.
-    readonly property bool isTall: width < 640 && values.count > 1
+    // Two values and little room, or hardly any: they go below.
+    readonly property bool isNarrow: width < 480
+    readonly property bool isTall: isNarrow || (width < 640 && values.count > 1)
     readonly property var rule: panel.rules[index] ?? ({ field: "", predicate: "", joint: "", operands: [] })
 
     signal added
@@ -30,10 +31,10 @@ Item {
 
         objectName: "ruleField"
         y: 4
-        width: Math.min(186, row.width * 0.27)
+        width: row.isNarrow ? (row.width - 8) / 2 : Math.min(186, row.width * 0.27)
         text: row.rule.field
         label: qsTr("Field")
-        onPressed: below => row.panel.openChoices("field", below, row.index)
+        onOpened: below => row.panel.openChoices("field", below, row.index)
     }
 
     PopUpButton {
@@ -42,10 +43,10 @@ Item {
         objectName: "rulePredicate"
         x: field.width + 8
         y: 4
-        width: Math.min(158, row.width * 0.23)
+        width: row.isNarrow ? (row.width - 8) / 2 : Math.min(158, row.width * 0.23)
         text: row.rule.predicate
         label: qsTr("Condition")
-        onPressed: below => row.panel.openChoices("predicate", below, row.index)
+        onOpened: below => row.panel.openChoices("predicate", below, row.index)
     }
 
     Row {
@@ -55,9 +56,9 @@ Item {
         readonly property bool hasJoint: row.rule.joint !== ""
         readonly property real share: (width - (count - 1) * spacing - (hasJoint ? 28 + spacing : 0)) / Math.max(1, count)
 
-        x: row.isTall ? predicate.x : predicate.x + predicate.width + 8
+        x: row.isNarrow ? 0 : row.isTall ? predicate.x : predicate.x + predicate.width + 8
         y: row.isTall ? 42 : 4
-        width: (row.isTall ? row.width : buttons.x - 10) - x
+        width: (row.isTall && !row.isNarrow ? row.width : buttons.x - 10) - x
         spacing: 8
 
         Repeater {
@@ -84,8 +85,8 @@ Item {
                     anchors.verticalCenter: parent.verticalCenter
                     horizontalAlignment: Text.AlignHCenter
                     text: row.rule.joint
-                    color: "#b3ffffff"
-                    font.pixelSize: 13
+                    color: Theme.textDim
+                    font.pixelSize: Theme.controlFont
                 }
 
                 Loader {
@@ -106,7 +107,7 @@ Item {
                         label: qsTr("Value")
                         placeholder: qsTr("Choose…")
                         needsInput: place.operand.needsInput
-                        onPressed: below => row.panel.openChoices("operand", below, row.index, place.index)
+                        onOpened: below => row.panel.openChoices("operand", below, row.index, place.index)
                     }
                 }
 
@@ -145,7 +146,7 @@ Item {
         id: buttons
 
         anchors.right: parent.right
-        y: 6
+        y: row.isNarrow ? 44 : 6
         spacing: 6
 
         RoundButton {

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Tessellar
 
 // What is typed anywhere comes here. It has the keyboard as soon as there is time to make it.
@@ -6,6 +7,8 @@ Item {
     id: field
 
     required property LauncherController launcher
+    // An input method has text that is not there yet.
+    readonly property bool isComposing: input.item !== null && input.item.preeditText !== ""
 
     // Back to it after something else had the keyboard.
     function takeKeyboard() {
@@ -18,45 +21,25 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        radius: 9
-        color: field.launcher.search.isActive ? "#40ffffff" : "#1fffffff"
-        border.color: "#2bffffff"
+        radius: Theme.controlRadius
+        color: field.launcher.search.isActive ? Theme.backdropFieldTyped : Theme.backdropField
+        border.color: Theme.backdropOutline
     }
 
-    // A magnifying glass.
-    Item {
+    Sign {
         x: 9
         anchors.verticalCenter: parent.verticalCenter
-        width: 14
-        height: 14
-        opacity: 0.75
-
-        Rectangle {
-            width: 10
-            height: 10
-            radius: 5
-            color: "transparent"
-            border.width: 2
-            border.color: "white"
-        }
-
-        Rectangle {
-            x: 8
-            y: 10
-            width: 6
-            height: 2
-            radius: 1
-            rotation: 45
-        }
+        kind: "search"
+        color: Theme.backdropTextDim
     }
 
     Text {
         x: 30
         anchors.verticalCenter: parent.verticalCenter
-        visible: !field.launcher.search.isActive
+        visible: !field.launcher.search.isActive && !field.isComposing
         text: qsTr("Search")
-        color: "#99ffffff"
-        font.pixelSize: 14
+        color: Theme.backdropTextFaint
+        font.pixelSize: Theme.textFont
     }
 
     MouseArea {
@@ -73,16 +56,19 @@ Item {
         active: false
         onLoaded: if (field.launcher.renaming.tileId === "" && !field.launcher.isCovered) item.forceActiveFocus()
 
-        sourceComponent: TextInput {
+        sourceComponent: T.TextField {
             id: typed
 
             objectName: "searchInput"
             verticalAlignment: TextInput.AlignVCenter
-            opacity: text !== "" ? 1 : 0
-            color: "white"
-            selectionColor: "#4f80ff"
+            // No cursor blinks where nothing is typed.
+            opacity: text !== "" || preeditText !== "" ? 1 : 0
+            color: Theme.backdropText
+            selectionColor: Theme.accent
+            selectedTextColor: Theme.onAccent
+            selectByMouse: true
             clip: true
-            font.pixelSize: 14
+            font.pixelSize: Theme.textFont
             maximumLength: 200
 
             Accessible.name: qsTr("Search")

@@ -1,23 +1,72 @@
 import QtQuick
+import QtQuick.Templates as T
+import Tessellar
 
-// The frame of what lies over the grid to be read and worked with. Its content is laid out by who uses it.
-// It has the keyboard: Tab goes through what is in it and nowhere else.
+// The frame of what lies over the grid to be read and worked with: a title, parts below each other, which scroll
+// where they do not fit, and buttons below them, which always stay.
+//
+// It has the keyboard: Tab goes through what is in it and nowhere else, Return presses the default button unless
+// something else in it has a use for it, Escape is the controller's, which asks before anything is lost.
 FocusScope {
     id: sheet
 
     required property string title
     property int wanted: 560
     default property alias content: body.data
+    // At the left of the buttons, or above them where there is no room beside.
+    property alias foot: foot.data
+    property alias buttons: buttons.data
+    property alias spacing: body.spacing
+    // The part, if any, that takes the room that the others leave.
+    property Item stretched: null
+    // False for one whose keys are the controller's.
+    property bool takesKeyboard: true
+    property int headingFont: Theme.headingFont
+    property int role: Accessible.Dialog
     readonly property int bodyWidth: body.width
-    readonly property int tallest: height - 120
+    readonly property bool isSmall: height < 620
+    readonly property bool isNarrow: width < 560
+    // What the parts have at most without scrolling.
+    readonly property real room: height - 2 * margin - heading.height - ends.height - 2 * padding - 2 * gap
+    readonly property real stretchedRoom: {
+        let left = room;
+        for (const part of body.children)
+            if (part !== stretched && part.visible && part.height > 0)
+                left -= part.height + body.spacing;
+        return left;
+    }
+
+    readonly property int margin: isSmall ? 8 : 20
+    readonly property int padding: isNarrow ? 14 : isSmall ? 18 : 24
+    readonly property int gap: isSmall ? 10 : 14
 
     signal closed
 
-    focus: true
-    Component.onCompleted: if (!activeFocus) forceActiveFocus()
+    function pressDefault() {
+        for (const button of buttons.children)
+            if (button.isDefault && button.enabled && button.visible)
+                return button.click();
+    }
+
+    // What has the keyboard is seen.
+    readonly property Item focusItem: Window.activeFocusItem
+    onFocusItemChanged: {
+        let item = focusItem;
+        while (item && item !== body)
+            item = item.parent;
+        if (!item || focusItem.height > flick.height)
+            return;
+        const top = focusItem.mapToItem(body, 0, 0).y;
+        flick.contentY = Math.max(top + focusItem.height + 3 - flick.height, Math.min(flick.contentY, Math.max(0, top - 3)));
+    }
+
+    focus: takesKeyboard
+    Component.onCompleted: if (takesKeyboard && !activeFocus) forceActiveFocus()
     // Where nothing in it has the keyboard yet.
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+    Keys.onReturnPressed: pressDefault()
+    Keys.onEnterPressed: pressDefault()
 
     MouseArea {
         anchors.fill: parent
@@ -29,18 +78,22 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: "#80000000"
+        color: Theme.shade
     }
 
     Rectangle {
-        anchors.centerIn: parent
-        width: Math.min(sheet.wanted, parent.width - 40)
-        height: Math.min(sheet.height - 40, heading.height + body.childrenRect.height + 64)
-        radius: 22
-        color: "#fa262a39"
-        border.color: "#38ffffff"
+        id: card
 
-        Accessible.role: Accessible.Dialog
+        objectName: "sheetCard"
+        anchors.centerIn: parent
+        width: Math.min(sheet.wanted, parent.width - 2 * sheet.margin)
+        height: Math.min(sheet.height - 2 * sheet.margin,
+                         heading.height + body.height + ends.height + 2 * sheet.padding + 2 * sheet.gap)
+        radius: Theme.sheetRadius
+        color: Theme.panel
+        border.color: Theme.panelOutline
+
+        Accessible.role: sheet.role
         Accessible.name: sheet.title
 
         MouseArea {
@@ -51,25 +104,93 @@ FocusScope {
         Text {
             id: heading
 
-            x: 26
-            y: 22
-            width: parent.width - 52
+            x: sheet.padding
+            y: sheet.padding
+            width: parent.width - 2 * sheet.padding
             text: sheet.title
-            color: "white"
+            color: Theme.text
+            wrapMode: Text.Wrap
+            maximumLineCount: sheet.isSmall ? 2 : 3
             elide: Text.ElideRight
             textFormat: Text.PlainText
-            font.pixelSize: 19
+            font.pixelSize: sheet.headingFont
             font.weight: Font.DemiBold
+
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        Flickable {
+            id: flick
+
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.leftMargin: sheet.padding
+            anchors.rightMargin: sheet.padding
+            anchors.top: heading.bottom
+            anchors.topMargin: sheet.gap
+            anchors.bottom: ends.top
+            anchors.bottomMargin: sheet.gap
+            clip: interactive
+            interactive: contentHeight > height + 1
+            contentHeight: body.height
+            boundsBehavior: Flickable.StopAtBounds
+
+            Column {
+                id: body
+
+                width: flick.width
+                spacing: sheet.gap
+            }
+
+            T.ScrollBar.vertical: ScrollLine {
+                visible: flick.interactive
+            }
         }
 
         Item {
-            id: body
+            id: ends
 
-            anchors.fill: parent
-            anchors.leftMargin: 26
-            anchors.rightMargin: 26
-            anchors.topMargin: heading.y + heading.height + 14
-            anchors.bottomMargin: 24
+            readonly property real footWidth: {
+                let widest = 0;
+                for (const part of foot.children)
+                    if (part.visible)
+                        widest = Math.max(widest, part.implicitWidth);
+                return widest;
+            }
+            readonly property bool isBeside: footWidth + buttons.wantedWidth + 16 <= width
+
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.leftMargin: sheet.padding
+            anchors.rightMargin: sheet.padding
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: sheet.padding
+            height: isBeside ? Math.max(buttons.height, foot.height) : foot.height + 6 + buttons.height
+
+            Column {
+                id: foot
+
+                width: ends.isBeside ? ends.width - buttons.width - 16 : ends.width
+                y: ends.isBeside ? (ends.height - height) / 2 : 0
+            }
+
+            Flow {
+                id: buttons
+
+                readonly property real wantedWidth: {
+                    let sum = -spacing;
+                    for (const button of children)
+                        if (button.visible)
+                            sum += button.width + spacing;
+                    return sum;
+                }
+
+                anchors.right: parent.right
+                anchors.bottom: parent.bottom
+                width: Math.min(wantedWidth, ends.width)
+                spacing: 10
+            }
         }
     }
 }

@@ -1,43 +1,39 @@
 import QtQuick
+import QtQuick.Templates as T
+import Tessellar
 
-// Something that is on or off.
-Rectangle {
+// Something that is on or off. Shows what is, not what was asked for.
+T.Switch {
     id: control
 
     required property bool isOn
     property string label
 
-    signal toggled
-
     implicitWidth: 46
     implicitHeight: 26
-    radius: 13
-    color: isOn ? "#4f80ff" : "#33ffffff"
-    border.width: activeFocus ? 2 : 0
-    border.color: "white"
-    activeFocusOnTab: true
+    checked: isOn
+    onToggled: checked = Qt.binding(() => control.isOn)
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: label
-    Accessible.checked: isOn
-    Accessible.onPressAction: control.toggled()
 
-    Keys.onSpacePressed: control.toggled()
-
-    Rectangle {
-        x: control.isOn ? parent.width - width - 3 : 3
-        y: 3
-        width: 20
-        height: 20
-        radius: 10
-
-        Behavior on x {
-            NumberAnimation { duration: 120 }
-        }
+    background: Rectangle {
+        radius: height / 2
+        color: control.isOn ? Theme.accent : Theme.controlHovered
+        border.width: control.activeFocus ? Theme.focusWidth : 0
+        border.color: Theme.focusRing
     }
 
-    MouseArea {
-        anchors.fill: parent
-        onClicked: control.toggled()
+    indicator: Rectangle {
+        x: control.isOn ? control.width - width - 3 : 3
+        y: 3
+        width: control.height - 6
+        height: width
+        radius: width / 2
+        color: Theme.knob
+
+        Behavior on x {
+            NumberAnimation { duration: Theme.quickTime }
+        }
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Tessellar
 
 // The symbols that a folder can have, one of them chosen.
@@ -15,58 +16,54 @@ Flow {
     Repeater {
         model: strip.symbols.length
 
-        Rectangle {
+        T.AbstractButton {
             id: symbol
 
             required property int index
             readonly property var modelData: strip.symbols[index] ?? ({ name: "", isChosen: false, isDrawn: true })
-            readonly property string title: modelData.name === "" ? qsTr("Contents") : modelData.name
 
             objectName: "symbol"
-            width: 40
-            height: 40
-            radius: 9
-            color: modelData.isChosen ? "#404f80ff" : mouse.containsMouse ? "#1fffffff" : "transparent"
-            border.width: modelData.isChosen || activeFocus ? 2 : 0
-            border.color: activeFocus ? "white" : "#4f80ff"
-            activeFocusOnTab: true
+            implicitWidth: 40
+            implicitHeight: 40
+            text: modelData.name === "" ? qsTr("Contents") : modelData.name
+            focusPolicy: Qt.StrongFocus
+            hoverEnabled: true
+            onClicked: strip.chosen(modelData.name)
 
             Accessible.role: Accessible.RadioButton
-            Accessible.name: title
+            Accessible.name: text
             Accessible.checked: modelData.isChosen
-            Accessible.onPressAction: strip.chosen(modelData.name)
 
-            Keys.onSpacePressed: strip.chosen(modelData.name)
-
-            IconItem {
-                anchors.centerIn: parent
-                width: 32
-                height: 32
-                visible: symbol.modelData.isDrawn
-                icons: strip.icons
-                kind: IconItem.SmartFolder
-                symbolName: symbol.modelData.name
+            background: Rectangle {
+                radius: Theme.controlRadius
+                color: symbol.modelData.isChosen ? Theme.accentSoft : symbol.hovered ? Theme.rowCurrent : Theme.clear
+                border.width: symbol.modelData.isChosen || symbol.activeFocus ? Theme.focusWidth : 0
+                border.color: symbol.activeFocus ? Theme.focusRing : Theme.accent
             }
 
-            Text {
-                anchors.fill: parent
-                anchors.margins: 3
-                visible: !symbol.modelData.isDrawn
-                verticalAlignment: Text.AlignVCenter
-                horizontalAlignment: Text.AlignHCenter
-                text: symbol.modelData.name
-                color: "#b3ffffff"
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
-                font.pixelSize: 10
-            }
+            contentItem: Item {
+                IconItem {
+                    anchors.centerIn: parent
+                    width: 32
+                    height: 32
+                    visible: symbol.modelData.isDrawn
+                    icons: strip.icons
+                    kind: IconItem.SmartFolder
+                    symbolName: symbol.modelData.name
+                }
 
-            MouseArea {
-                id: mouse
-
-                anchors.fill: parent
-                hoverEnabled: true
-                onClicked: strip.chosen(symbol.modelData.name)
+                Text {
+                    anchors.fill: parent
+                    anchors.margins: 3
+                    visible: !symbol.modelData.isDrawn
+                    verticalAlignment: Text.AlignVCenter
+                    horizontalAlignment: Text.AlignHCenter
+                    text: symbol.modelData.name
+                    color: Theme.textDim
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                    font.pixelSize: Theme.tinyFont
+                }
             }
         }
     }

@@ -45,10 +45,10 @@ Item {
         width: plate.width + 2
         height: plate.height + 2
         visible: (hover.hovered && !tile.launcher.drag.isLifted) || tile.isSelected || tile.isTarget
-        radius: 18
-        color: tile.isTarget ? "#4dffffff" : tile.isSelected ? "#26ffffff" : "#14ffffff"
+        radius: Theme.tileRadius
+        color: tile.isTarget ? Theme.tileTarget : tile.isSelected ? Theme.tileSelected : Theme.tileHovered
         border.width: tile.isSelected ? 2 : 0
-        border.color: "#b3ffffff"
+        border.color: Theme.tileRing
     }
 
     Item {
@@ -87,8 +87,11 @@ Item {
         visible: picture.visible
         x: picture.x + (picture.width - width) / 2
         y: picture.y + picture.height * 0.76
-        sourceComponent: BusyBar {
+        sourceComponent: ProgressLine {
             width: Math.round(picture.width * 0.6)
+            indeterminate: true
+            track: Theme.backdropShade
+            part: Theme.backdropText
         }
     }
 
@@ -101,17 +104,17 @@ Item {
             width: Math.max(height, badgeText.implicitWidth + 12)
             height: badgeText.implicitHeight + 4
             radius: height / 2
-            color: "#d93a3f4b"
+            color: Theme.badge
             border.width: 1
-            border.color: "#40ffffff"
+            border.color: Theme.badgeOutline
 
             Text {
                 id: badgeText
 
                 anchors.centerIn: parent
                 text: tile.badge
-                color: "#f5ffffff"
-                font.pixelSize: Math.max(10, tile.labelPixels - 2)
+                color: Theme.backdropText
+                font.pixelSize: Math.max(Theme.tinyFont, tile.labelPixels - 2)
                 renderType: Text.QtRendering
                 textFormat: Text.PlainText
             }
@@ -129,7 +132,7 @@ Item {
         elide: Text.ElideRight
         maximumLineCount: 1
         horizontalAlignment: Text.AlignHCenter
-        color: tile.isUnavailable ? "#80ffffff" : "#f5ffffff"
+        color: tile.isUnavailable ? Theme.backdropTextFaint : Theme.backdropText
         font.pixelSize: tile.labelPixels
         renderType: Text.QtRendering
         textFormat: Text.PlainText
@@ -146,9 +149,9 @@ Item {
             Rectangle {
                 anchors.fill: parent
                 radius: width * 0.22
-                color: "#40ffffff"
+                color: Theme.badgeOutline
                 border.width: 2
-                border.color: "#b3ffffff"
+                border.color: Theme.tileRing
                 z: -1
             }
 
@@ -159,7 +162,7 @@ Item {
                 text: tile.launcher.drag.suggestedName
                 elide: Text.ElideRight
                 horizontalAlignment: Text.AlignHCenter
-                color: "#f5ffffff"
+                color: Theme.backdropText
                 font.pixelSize: tile.labelPixels
                 font.weight: Font.DemiBold
                 renderType: Text.QtRendering

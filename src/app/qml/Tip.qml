@@ -1,4 +1,5 @@
 import QtQuick
+import Tessellar
 
 // A few words about the tile under the pointer.
 Rectangle {
@@ -8,9 +9,9 @@ Rectangle {
 
     width: words.width + 24
     height: words.height + 16
-    radius: 10
-    color: "#f0242732"
-    border.color: "#33ffffff"
+    radius: Theme.controlRadius
+    color: Theme.panel
+    border.color: Theme.panelOutline
 
     Text {
         id: words
@@ -18,8 +19,8 @@ Rectangle {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, 260)
         text: tip.text
-        color: "#e6ffffff"
-        font.pixelSize: 12
+        color: Theme.textSoft
+        font.pixelSize: Theme.noteFont
         wrapMode: Text.Wrap
         textFormat: Text.PlainText
     }

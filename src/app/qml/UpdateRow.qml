@@ -40,10 +40,10 @@ Item {
     Rectangle {
         anchors.fill: parent
         visible: row.isCurrent || area.containsMouse
-        radius: 10
-        color: row.isCurrent ? "#1fffffff" : "#0fffffff"
+        radius: Theme.controlRadius
+        color: row.isCurrent ? Theme.separator : Theme.rowHovered
         border.width: row.isCurrent && row.hasKeyboard ? 2 : 0
-        border.color: "#4f80ff"
+        border.color: Theme.accent
     }
 
     MouseArea {
@@ -73,21 +73,21 @@ Item {
             text: "›"
             rotation: row.isOpen ? 90 : 0
             horizontalAlignment: Text.AlignHCenter
-            color: "#b3ffffff"
-            font.pixelSize: 16
+            color: Theme.textDim
+            font.pixelSize: Theme.titleFont
         }
 
         Text {
             text: row.name
-            color: "#e6ffffff"
-            font.pixelSize: 13
+            color: Theme.textSoft
+            font.pixelSize: Theme.controlFont
             font.weight: Font.DemiBold
         }
 
         Text {
             text: row.text
-            color: "#80ffffff"
-            font.pixelSize: 13
+            color: Theme.textFaint
+            font.pixelSize: Theme.controlFont
         }
     }
 
@@ -115,10 +115,10 @@ Item {
 
             width: parent.width
             text: row.name
-            color: "white"
+            color: Theme.text
             elide: Text.ElideRight
             textFormat: Text.PlainText
-            font.pixelSize: 14
+            font.pixelSize: Theme.textFont
         }
 
         Text {
@@ -126,19 +126,19 @@ Item {
 
             width: parent.width
             text: row.text
-            color: row.isFailure ? "#ff9d94" : "#b3ffffff"
+            color: row.isFailure ? Theme.dangerText : Theme.textDim
             wrapMode: row.isCurrent ? Text.Wrap : Text.NoWrap
             elide: Text.ElideRight
             maximumLineCount: row.isCurrent ? 4 : 1
             textFormat: Text.PlainText
-            font.pixelSize: 12
+            font.pixelSize: Theme.noteFont
         }
 
-        BusyBar {
+        ProgressLine {
             width: Math.min(220, parent.width)
             height: 4
             visible: row.isRunning
-            color: "#24ffffff"
+            indeterminate: true
         }
 
         Text {
@@ -146,12 +146,12 @@ Item {
             width: parent.width
             visible: text !== "" && (row.isCurrent || row.isRunning)
             text: row.detail
-            color: "#99ffffff"
+            color: Theme.textFaint
             wrapMode: Text.Wrap
             elide: Text.ElideRight
             maximumLineCount: row.isRunning ? 1 : 6
             textFormat: Text.PlainText
-            font.pixelSize: 12
+            font.pixelSize: Theme.noteFont
         }
 
         Text {
@@ -159,10 +159,10 @@ Item {
             width: parent.width
             visible: text !== "" && row.isCurrent
             text: row.source
-            color: "#80ffffff"
+            color: Theme.textFaint
             wrapMode: Text.Wrap
             textFormat: Text.PlainText
-            font.pixelSize: 11
+            font.pixelSize: Theme.captionFont
         }
     }
 

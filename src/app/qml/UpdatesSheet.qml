@@ -7,229 +7,186 @@ Sheet {
 
     required property LauncherController launcher
     readonly property UpdatesPanel updates: launcher.updates
-    readonly property bool isSmall: height < 620
 
     objectName: "updatesSheet"
     title: updates.title
     wanted: 720
+    spacing: isSmall ? 8 : 12
+    stretched: list
     onClosed: launcher.sheets.close()
     Component.onCompleted: list.forceActiveFocus()
 
+    Item {
+        width: sheet.bodyWidth
+        height: sheet.isNarrow ? summary.height + 8 + actions.height : Math.max(Theme.buttonHeight, summary.height)
+
+        Text {
+            id: summary
+
+            objectName: "updatesSummary"
+            width: sheet.isNarrow ? parent.width : parent.width - actions.width - 14
+            y: sheet.isNarrow ? 0 : (parent.height - height) / 2
+            text: sheet.updates.summary !== "" ? sheet.updates.summary : qsTr("Not checked yet.")
+            color: Theme.text
+            wrapMode: Text.Wrap
+            elide: Text.ElideRight
+            maximumLineCount: 3
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.textFont
+        }
+
+        Row {
+            id: actions
+
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            spacing: 8
+
+            PushButton {
+                objectName: "checkButton"
+                enabled: sheet.updates.isEnabled
+                text: sheet.updates.isChecking ? qsTr("Stop") : qsTr("Check Now")
+                onClicked: sheet.updates.isChecking ? sheet.updates.cancelCheck() : sheet.updates.checkNow()
+            }
+
+            PushButton {
+                objectName: "updateAllButton"
+                visible: sheet.updates.isRunning || sheet.updates.runnableCount > 0
+                text: sheet.updates.isRunning ? qsTr("Cancel All") : qsTr("Update All")
+                onClicked: sheet.updates.isRunning ? sheet.updates.cancelRun() : sheet.updates.runAll()
+            }
+        }
+    }
+
     Column {
         width: sheet.bodyWidth
-        spacing: sheet.isSmall ? 8 : 12
+        visible: sheet.updates.isChecking
+        spacing: 5
 
-        Item {
-            id: head
-
+        ProgressLine {
             width: parent.width
-            height: Math.max(34, summary.height)
+            height: 5
+            value: sheet.updates.progress
+        }
 
-            Text {
-                id: summary
+        Text {
+            width: parent.width
+            text: sheet.updates.progressText
+            color: Theme.textFaint
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.noteFont
+        }
+    }
 
-                objectName: "updatesSummary"
-                anchors.left: parent.left
-                anchors.right: actions.left
-                anchors.rightMargin: 14
-                anchors.verticalCenter: parent.verticalCenter
-                text: sheet.updates.summary !== "" ? sheet.updates.summary : qsTr("Not checked yet.")
-                color: "white"
-                wrapMode: Text.Wrap
-                elide: Text.ElideRight
-                maximumLineCount: 3
-                textFormat: Text.PlainText
-                font.pixelSize: 14
-            }
+    ItemList {
+        id: list
 
-            Row {
-                id: actions
+        // Until somebody has moved in it, it begins with what matters most.
+        property bool isUsed: false
 
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 8
+        objectName: "updatesList"
+        width: sheet.bodyWidth
+        height: Math.max(sheet.isSmall ? 64 : 72, Math.min(contentHeight, sheet.stretchedRoom))
+        activeFocusOnTab: true
+        model: sheet.updates.rows
 
-                PushButton {
-                    objectName: "checkButton"
-                    enabled: sheet.updates.isEnabled
-                    text: sheet.updates.isChecking ? qsTr("Stop") : qsTr("Check Now")
-                    onClicked: sheet.updates.isChecking ? sheet.updates.cancelCheck() : sheet.updates.checkNow()
-                }
-
-                PushButton {
-                    objectName: "updateAllButton"
-                    visible: sheet.updates.isRunning || sheet.updates.runnableCount > 0
-                    text: sheet.updates.isRunning ? qsTr("Cancel All") : qsTr("Update All")
-                    onClicked: sheet.updates.isRunning ? sheet.updates.cancelRun() : sheet.updates.runAll()
-                }
+        onCountChanged: {
+            if (!isUsed) {
+                currentIndex = 0;
+                positionViewAtBeginning();
             }
         }
 
-        Column {
-            id: check
+        onCurrentIndexChanged: if (activeFocus && currentIndex > 0) isUsed = true
+        Keys.onReturnPressed: sheet.updates.act(currentIndex)
+        Keys.onEnterPressed: sheet.updates.act(currentIndex)
+        Keys.onSpacePressed: sheet.updates.act(currentIndex)
+        Keys.onMenuPressed: if (currentItem && !currentItem.isSection) currentItem.openMenu()
+        Keys.onRightPressed: if (currentItem && !currentItem.isSection) currentItem.openMenu()
 
-            width: parent.width
-            visible: sheet.updates.isChecking
-            spacing: 5
+        Accessible.role: Accessible.List
+        Accessible.name: sheet.title
 
-            Rectangle {
-                width: parent.width
-                height: 5
-                radius: 2.5
-                color: "#24ffffff"
-
-                Rectangle {
-                    width: Math.max(5, parent.width * sheet.updates.progress)
-                    height: 5
-                    radius: 2.5
-                    color: "#4f80ff"
-                }
-            }
-
-            Text {
-                width: parent.width
-                text: sheet.updates.progressText
-                color: "#99ffffff"
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
-                font.pixelSize: 12
+        delegate: UpdateRow {
+            width: ListView.view.width
+            launcher: sheet.launcher
+            isCurrent: ListView.isCurrentItem
+            hasKeyboard: list.activeFocus
+            onPressed: {
+                list.isUsed = true;
+                list.currentIndex = index;
+                list.forceActiveFocus();
             }
         }
 
-        ListView {
-            id: list
+        Text {
+            anchors.centerIn: parent
+            visible: list.count === 0
+            text: sheet.updates.isChecking ? "" : qsTr("What can be updated is listed here.")
+            color: Theme.textHint
+            font.pixelSize: Theme.controlFont
+        }
+    }
 
-            // What all else leaves of the window.
-            readonly property real room: sheet.height - 130 - head.height - settings.height - 34
-                                         - (check.visible ? check.height + parent.spacing : 0)
-                                         - parent.spacing * 3
+    Rectangle {
+        width: sheet.bodyWidth
+        height: 1
+        color: Theme.separator
+    }
 
-            // Until somebody has moved in it, it begins with what matters most.
-            property bool isUsed: false
+    Item {
+        width: sheet.bodyWidth
+        height: sheet.isNarrow ? power.height + 8 + intervals.height : Math.max(32, intervals.height)
 
-            objectName: "updatesList"
-            width: parent.width
-            height: Math.max(72, Math.min(contentHeight, room))
-            clip: true
-            spacing: 2
-            activeFocusOnTab: true
-            keyNavigationEnabled: true
-            boundsBehavior: Flickable.StopAtBounds
-            highlightMoveDuration: 0
-            model: sheet.updates.rows
+        Switch {
+            id: power
 
-            onCountChanged: {
-                if (!isUsed) {
-                    currentIndex = 0;
-                    positionViewAtBeginning();
-                }
-            }
-
-            Keys.onPressed: event => {
-                isUsed = true;
-                event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End;
-                if (event.accepted)
-                    currentIndex = event.key === Qt.Key_Home ? 0 : count - 1;
-            }
-            Keys.onReturnPressed: sheet.updates.act(currentIndex)
-            Keys.onEnterPressed: sheet.updates.act(currentIndex)
-            Keys.onSpacePressed: sheet.updates.act(currentIndex)
-            Keys.onMenuPressed: if (currentItem && !currentItem.isSection) currentItem.openMenu()
-            Keys.onRightPressed: if (currentItem && !currentItem.isSection) currentItem.openMenu()
-
-            Accessible.role: Accessible.List
-            Accessible.name: sheet.title
-
-            delegate: UpdateRow {
-                width: ListView.view.width
-                launcher: sheet.launcher
-                isCurrent: ListView.isCurrentItem
-                hasKeyboard: list.activeFocus
-                onPressed: {
-                    list.isUsed = true;
-                    list.currentIndex = index;
-                    list.forceActiveFocus();
-                }
-            }
-
-            Text {
-                anchors.centerIn: parent
-                visible: list.count === 0
-                text: sheet.updates.isChecking ? "" : qsTr("What can be updated is listed here.")
-                color: "#66ffffff"
-                font.pixelSize: 13
-            }
+            objectName: "updatesSwitch"
+            y: sheet.isNarrow ? 0 : (parent.height - height) / 2
+            label: qsTr("Check for updates")
+            isOn: sheet.updates.isEnabled
+            onToggled: sheet.updates.isEnabled = !sheet.updates.isEnabled
         }
 
-        Column {
-            id: settings
-
-            width: parent.width
-            spacing: sheet.isSmall ? 6 : 10
-
-            Rectangle {
-                width: parent.width
-                height: 1
-                color: "#1fffffff"
-            }
-
-            Item {
-                width: parent.width
-                height: 32
-
-                Switch {
-                    id: power
-
-                    objectName: "updatesSwitch"
-                    anchors.verticalCenter: parent.verticalCenter
-                    label: qsTr("Check for updates")
-                    isOn: sheet.updates.isEnabled
-                    onToggled: sheet.updates.isEnabled = !sheet.updates.isEnabled
-                }
-
-                Text {
-                    anchors.left: power.right
-                    anchors.leftMargin: 10
-                    anchors.right: intervals.left
-                    anchors.rightMargin: 10
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: qsTr("Check for updates every")
-                    color: "white"
-                    elide: Text.ElideRight
-                    opacity: sheet.updates.isEnabled ? 1 : 0.6
-                    font.pixelSize: 13
-                }
-
-                SegmentedButton {
-                    id: intervals
-
-                    objectName: "updatesInterval"
-                    anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
-                    opacity: sheet.updates.isEnabled ? 1 : 0.4
-                    enabled: sheet.updates.isEnabled
-                    choices: sheet.updates.intervals
-                    onChosen: index => sheet.updates.chooseInterval(sheet.updates.intervals[index].seconds)
-                    onStepped: by => sheet.updates.stepInterval(by)
-                }
-            }
-
-            Text {
-                width: parent.width
-                text: sheet.updates.explanation
-                color: "#80ffffff"
-                wrapMode: Text.Wrap
-                textFormat: Text.PlainText
-                font.pixelSize: 11
-            }
+        Text {
+            anchors.left: power.right
+            anchors.leftMargin: 10
+            anchors.right: sheet.isNarrow ? parent.right : intervals.left
+            anchors.rightMargin: 10
+            anchors.verticalCenter: power.verticalCenter
+            text: qsTr("Check for updates every")
+            color: Theme.text
+            elide: Text.ElideRight
+            opacity: sheet.updates.isEnabled ? 1 : Theme.unavailable
+            font.pixelSize: Theme.controlFont
         }
 
-        PushButton {
-            objectName: "updatesDone"
+        SegmentedButton {
+            id: intervals
+
+            objectName: "updatesInterval"
             anchors.right: parent.right
-            text: qsTr("Done")
-            isDefault: true
-            onClicked: sheet.launcher.sheets.close()
+            anchors.bottom: parent.bottom
+            width: sheet.isNarrow ? parent.width : implicitWidth
+            enabled: sheet.updates.isEnabled
+            choices: sheet.updates.intervals
+            onChosen: index => sheet.updates.chooseInterval(sheet.updates.intervals[index].seconds)
+            onStepped: by => sheet.updates.stepInterval(by)
         }
+    }
+
+    WordsText {
+        width: sheet.bodyWidth
+        text: sheet.updates.explanation
+        color: Theme.textFaint
+        font.pixelSize: Theme.captionFont
+    }
+
+    buttons: PushButton {
+        objectName: "updatesDone"
+        text: qsTr("Done")
+        isDefault: true
+        onClicked: sheet.launcher.sheets.close()
     }
 }

@@ -1,0 +1,26 @@
+import QtQuick
+import Tessellar
+
+// The box itself: of a box to tick, or of a row that can be ticked.
+Rectangle {
+    id: box
+
+    required property bool isChecked
+    property bool hasKeyboard: false
+
+    implicitWidth: 18
+    implicitHeight: 18
+    radius: width * 0.28
+    color: isChecked ? Theme.accent : Theme.clear
+    border.width: hasKeyboard ? Theme.focusWidth : isChecked ? 0 : 1.5
+    border.color: hasKeyboard ? Theme.focusRing : Theme.boxOutline
+
+    Text {
+        anchors.centerIn: parent
+        visible: box.isChecked
+        text: "✓"
+        color: Theme.onAccent
+        font.pixelSize: Theme.controlFont
+        font.weight: Font.Bold
+    }
+}

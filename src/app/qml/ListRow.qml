@@ -1,0 +1,67 @@
+import QtQuick
+import Tessellar
+
+// A line of a list: a title with a few words below, and a button at its end.
+Item {
+    id: row
+
+    required property int index
+    required property string title
+    property string text
+    property string action
+    property bool hasAction: action !== ""
+    property bool canAct: true
+    property alias actionName: button.objectName
+
+    signal acted
+
+    width: ListView.view ? ListView.view.width : 0
+    height: 54
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: title
+    Accessible.description: text
+
+    Column {
+        anchors.left: parent.left
+        anchors.right: button.visible ? button.left : parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 1
+
+        Text {
+            width: parent.width
+            text: row.title
+            color: Theme.text
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.textFont
+        }
+
+        Text {
+            width: parent.width
+            visible: text !== ""
+            text: row.text
+            color: Theme.textFaint
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.noteFont
+        }
+    }
+
+    PushButton {
+        id: button
+
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        height: Theme.controlHeight
+        visible: row.hasAction
+        enabled: row.canAct
+        text: row.action
+        // Tab goes to rows out of view, too.
+        onActiveFocusChanged: if (activeFocus && row.ListView.view)
+            row.ListView.view.positionViewAtIndex(row.index, ListView.Contain)
+        onClicked: row.acted()
+    }
+}

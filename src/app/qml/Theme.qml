@@ -1,0 +1,112 @@
+pragma Singleton
+import QtQuick
+
+// The look of the window, in one place: colours, sizes, and how things move. Nothing else in QML names a colour,
+// a font's size, a radius or a time.
+//
+// Panels (sheets, menus, alerts and what lies in them) are light or dark as the user or the system wants them.
+// What lies on the backdrop, which is dark, is the same in both.
+QtObject {
+    id: theme
+
+    // "light", "dark", or as the system has it.
+    property string appearance: "system"
+    property bool reducesMotion: false
+
+    readonly property SystemPalette system: SystemPalette {}
+    // What Qt shows where no desktop says anything: no wish of anybody's.
+    readonly property color untold: "#efefef"
+    readonly property bool isLight: appearance === "light"
+        || (appearance !== "dark" && system.window.hslLightness > 0.5 && !Qt.colorEqual(system.window, untold))
+
+    // ---- what lies on the backdrop
+
+    readonly property color backdropText: "#f5ffffff"
+    readonly property color backdropTextDim: "#b8ffffff"
+    readonly property color backdropTextFaint: "#80ffffff"
+    readonly property color backdropField: "#1fffffff"
+    readonly property color backdropFieldTyped: "#40ffffff"
+    readonly property color backdropOutline: "#2bffffff"
+    readonly property color backdropSign: "#ffffff"
+    readonly property color backdropShade: "#66000000"
+    readonly property color tileHovered: "#14ffffff"
+    readonly property color tileSelected: "#26ffffff"
+    readonly property color tileTarget: "#4dffffff"
+    readonly property color tileRing: "#b3ffffff"
+    readonly property color caret: "#d9ffffff"
+    readonly property color glow: "#4dffffff"
+    readonly property color glowEnd: "#00ffffff"
+    readonly property color badge: "#d93a3f4b"
+    readonly property color badgeOutline: "#40ffffff"
+    readonly property color folderPanel: "#f52c3044"
+    readonly property color folderOutline: "#30ffffff"
+    readonly property color matched: "#ffd479"
+
+    // ---- panels
+
+    readonly property color panel: isLight ? "#fafbfbfd" : "#fa262a39"
+    readonly property color panelOutline: isLight ? "#24000000" : "#38ffffff"
+    readonly property color shade: isLight ? "#59000000" : "#80000000"
+    readonly property color text: isLight ? "#1d1f27" : "#ffffff"
+    readonly property color textSoft: isLight ? "#d91d1f27" : "#d9ffffff"
+    readonly property color textDim: isLight ? "#b81d1f27" : "#b3ffffff"
+    readonly property color textFaint: isLight ? "#a61d1f27" : "#99ffffff"
+    readonly property color textHint: isLight ? "#801d1f27" : "#66ffffff"
+    readonly property color control: isLight ? "#14000000" : "#24ffffff"
+    readonly property color controlHovered: isLight ? "#1f000000" : "#38ffffff"
+    readonly property color controlPressed: isLight ? "#33000000" : "#4dffffff"
+    readonly property color knob: "#ffffff"
+    readonly property color well: isLight ? "#ffffff" : "#1b1e2a"
+    readonly property color wellOutline: isLight ? "#38000000" : "#30ffffff"
+    readonly property color sunken: isLight ? "#0d000000" : "#33000000"
+    readonly property color boxOutline: isLight ? "#73000000" : "#80ffffff"
+    readonly property color separator: isLight ? "#1f000000" : "#1fffffff"
+    readonly property color rowHovered: isLight ? "#0a000000" : "#14ffffff"
+    readonly property color rowCurrent: isLight ? "#12000000" : "#1fffffff"
+    readonly property color accent: isLight ? "#2f66f0" : "#4f80ff"
+    readonly property color accentPressed: isLight ? "#2556d6" : "#3d6ff0"
+    readonly property color accentSoft: "#404f80ff"
+    readonly property color onAccent: "#ffffff"
+    readonly property color focusRing: isLight ? "#0b3fc4" : "#ffffff"
+    readonly property color defaultRing: isLight ? "#4d0b3fc4" : "#99ffffff"
+    readonly property color danger: isLight ? "#d93a2f" : "#e5483d"
+    readonly property color dangerPressed: "#c9362c"
+    readonly property color dangerText: isLight ? "#b3261c" : "#ff8a80"
+    readonly property color warning: isLight ? "#c77700" : "#ffb340"
+    readonly property color warningText: isLight ? "#7d5200" : "#ffd479"
+    readonly property color clear: "#00000000"
+
+    // ---- sizes
+
+    readonly property int tinyFont: 10
+    readonly property int captionFont: 11
+    readonly property int noteFont: 12
+    readonly property int controlFont: 13
+    readonly property int textFont: 14
+    readonly property int titleFont: 15
+    readonly property int alertFont: 17
+    readonly property int headingFont: 19
+    readonly property int bigFont: 22
+
+    readonly property int controlHeight: 30
+    readonly property int buttonHeight: 34
+    readonly property int focusWidth: 2
+    readonly property int edgeWidth: 36
+    readonly property int fieldRadius: 7
+    readonly property int controlRadius: 10
+    readonly property int menuRadius: 12
+    readonly property int tileRadius: 18
+    readonly property int sheetRadius: 22
+    readonly property int folderRadius: 30
+    readonly property real unavailable: 0.4 // opacity of a control that cannot be used
+
+    // ---- motion
+
+    // What moves jumps for who wants little motion; what fades still does.
+    readonly property int quickTime: reducesMotion ? 0 : 120
+    readonly property int moveTime: reducesMotion ? 0 : 260
+    readonly property int fadeTime: 180
+    readonly property int busyTime: 700
+    readonly property int curve: Easing.OutCubic
+    readonly property int swing: Easing.InOutSine
+}

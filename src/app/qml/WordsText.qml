@@ -1,0 +1,11 @@
+import QtQuick
+import Tessellar
+
+// Text of sheets that says something in sentences.
+Text {
+    color: Theme.textDim
+    wrapMode: Text.Wrap
+    textFormat: Text.PlainText
+    font.pixelSize: Theme.textFont
+    visible: text !== ""
+}
