@@ -1,5 +1,9 @@
 #include "app/alert_panel.h"
 
+#include "launcher/launcher_history.h"
+#include "launcher/layout_archive.h"
+#include "launcher/live_layout.h"
+
 namespace tessellar {
 
 QString AlertPanel::title() const {
@@ -14,15 +18,21 @@ QString AlertPanel::text() const {
     return _viewModel.messages().question() ? _viewModel.messages().question()->text : QString();
 }
 
+bool AlertPanel::offersReset() const {
+    return !_alerts.isEmpty() && _alerts.first().title == LayoutArchive::resetTitle();
+}
+
 QString AlertPanel::accept() const {
+    if (offersReset())
+        return tr("Reset");
     return _alerts.isEmpty() && _viewModel.messages().question()
                ? _viewModel.messages().question()->accept
                : QString();
 }
 
 bool AlertPanel::isDestructive() const {
-    return _alerts.isEmpty() && _viewModel.messages().question() &&
-           _viewModel.messages().question()->isDestructive;
+    return offersReset() || (_alerts.isEmpty() && _viewModel.messages().question() &&
+                             _viewModel.messages().question()->isDestructive);
 }
 
 void AlertPanel::refresh() {
@@ -34,8 +44,15 @@ void AlertPanel::refresh() {
 void AlertPanel::answer(bool accepted) {
     if (_alerts.isEmpty())
         return _viewModel.messages().answer(accepted);
+    const bool resets = accepted && offersReset();
     _alerts.removeFirst();
     refresh();
+    if (!resets)
+        return;
+    // Each mode that cannot be read has its own alert; one answer is enough.
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        if (!_viewModel.history().guard(mode))
+            _viewModel.messages().report(_viewModel.archive().reset(mode));
 }
 
 void AlertPanel::pressKey(int key) {

@@ -8,6 +8,7 @@ namespace tessellar {
 namespace {
 
 constexpr double dotsHeight = 64;
+constexpr double searchHeight = 40; ///< of the field above the tiles, with its margins
 constexpr double windowMargin = 28;
 constexpr double folderTitleHeight = 72;
 constexpr double folderMargin = 32;
@@ -17,27 +18,35 @@ int whole(double value) { return static_cast<int>(std::floor(value)); }
 int labelPixels(int iconSide, std::optional<double> labelFontSize) {
     if (labelFontSize)
         return static_cast<int>(std::clamp(std::round(*labelFontSize), 8.0, 32.0));
-    return std::clamp(iconSide / 7, 11, 15);
+    // As large as text is elsewhere, except beside very small and very large icons.
+    return std::clamp(std::max(std::min(iconSide / 7, 15), iconSide / 9), iconSide < 40 ? 8 : 11, 48);
 }
 
-/// The label and the air around it.
-double labelHeight(double labelFont) { return labelFont * 1.4 + 14; }
+/// The label and the air around it, of which small cells have little.
+double labelHeight(double labelFont, double cellHeight = 1000) {
+    return labelFont * 1.4 + std::min(14.0, cellHeight * 0.12);
+}
 
 /// An icon of at most the wanted side that fits a cell with its label.
 int fittingIcon(double wanted, double cellWidth, double cellHeight, double labelFont) {
-    return std::max(16,
-                    whole(std::min({wanted, cellWidth - 12, cellHeight - labelHeight(labelFont) - 8})));
+    const double air = std::min(8.0, cellHeight * 0.07);
+    return std::max(12, whole(std::min({wanted, cellWidth - 1.5 * air,
+                                        cellHeight - labelHeight(labelFont, cellHeight) - air})));
 }
+
+/// Below the tiles, for the dots.
+double bottomHeight(double window) { return std::min(dotsHeight, window * 0.14); }
 
 } // namespace
 
 GridMetrics fullScreenMetrics(QSizeF window, const GridGeometry& geometry,
                               std::optional<double> labelFontSize) {
     const double side = window.width() * 0.075;
-    const double top = window.height() * 0.06;
+    const double top = std::max(window.height() * 0.06, searchHeight);
     GridMetrics metrics{.columns = geometry.columns, .rows = geometry.rows};
     metrics.cellWidth = whole((window.width() - 2 * side) / geometry.columns);
-    metrics.cellHeight = whole((window.height() - top - dotsHeight - 16) / geometry.rows);
+    metrics.cellHeight =
+        whole((window.height() - top - bottomHeight(window.height()) * 1.25) / geometry.rows);
     const double wanted = std::min(metrics.cellWidth * 0.72, metrics.cellHeight * 0.68);
     metrics.labelPixels = labelPixels(whole(wanted), labelFontSize);
     metrics.iconSide = fittingIcon(wanted * geometry.iconScale, metrics.cellWidth, metrics.cellHeight,
@@ -55,18 +64,19 @@ QSizeF windowedSize(const ArrangementLayout& layout) {
     const double cellWidth = std::max(icon + layout.windowedHorizontalSpacing, 88.0);
     const double cellHeight = icon + labelHeight(label) + layout.windowedVerticalSpacing;
     return {std::ceil(cellWidth * layout.columns + 2 * windowMargin),
-            std::ceil(cellHeight * layout.rows + windowMargin + dotsHeight)};
+            std::ceil(cellHeight * layout.rows + searchHeight + dotsHeight)};
 }
 
 GridMetrics windowedMetrics(QSizeF window, const ArrangementLayout& layout) {
     GridMetrics metrics{.columns = layout.columns, .rows = layout.rows};
     metrics.cellWidth = whole((window.width() - 2 * windowMargin) / layout.columns);
-    metrics.cellHeight = whole((window.height() - windowMargin - dotsHeight) / layout.rows);
+    metrics.cellHeight =
+        whole((window.height() - searchHeight - bottomHeight(window.height())) / layout.rows);
     const double wanted = layout.windowedIconSize * layout.iconScale;
     metrics.labelPixels = labelPixels(whole(wanted), layout.tileLabelFontSize);
     metrics.iconSide = fittingIcon(wanted, metrics.cellWidth, metrics.cellHeight, metrics.labelPixels);
     metrics.left = whole((window.width() - metrics.cellWidth * layout.columns) / 2);
-    metrics.top = whole(windowMargin);
+    metrics.top = whole(searchHeight);
     return metrics;
 }
 

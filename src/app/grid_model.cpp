@@ -13,6 +13,7 @@ namespace tessellar {
 TileView tileView(const LaunchpadItem& item, const TileFacts& facts) {
     TileView view{.id = toText(item.id())};
     view.isSelected = facts.isSelected && facts.isSelected(item.id());
+    view.isCut = facts.isCut && facts.isCut(item.id());
     if (const AppEntry* app = item.app()) {
         const IconWish icon = iconWish(*app);
         view.label = app->name;
@@ -46,11 +47,20 @@ std::optional<qsizetype> TilePages::slotOf(const QUuid& id, qsizetype page) cons
 // ---- one page
 
 QHash<int, QByteArray> PageModel::names() {
-    return {{IdRole, "tileId"},           {KindRole, "kind"},
-            {LabelRole, "label"},         {AppKeysRole, "appKeys"},
-            {SymbolRole, "symbolName"},   {BadgeRole, "badge"},
-            {ActivityRole, "activity"},   {UnavailableRole, "isUnavailable"},
-            {SelectedRole, "isSelected"}, {VacantRole, "isVacant"}};
+    return {{IdRole, "tileId"},
+            {KindRole, "kind"},
+            {LabelRole, "label"},
+            {AppKeysRole, "appKeys"},
+            {SymbolRole, "symbolName"},
+            {BadgeRole, "badge"},
+            {ActivityRole, "activity"},
+            {UnavailableRole, "isUnavailable"},
+            {SelectedRole, "isSelected"},
+            {VacantRole, "isVacant"},
+            {MarkedLabelRole, "markedLabel"},
+            {PlaceRole, "place"},
+            {WeakRole, "isWeak"},
+            {CutRole, "isCut"}};
 }
 
 QVariant PageModel::value(const TileView& tile, int role) {
@@ -79,6 +89,14 @@ QVariant PageModel::value(const TileView& tile, int role) {
         return tile.isSelected;
     case VacantRole:
         return tile.isVacant;
+    case MarkedLabelRole:
+        return tile.markedLabel;
+    case PlaceRole:
+        return tile.place;
+    case WeakRole:
+        return tile.isWeak;
+    case CutRole:
+        return tile.isCut;
     default:
         return {};
     }
@@ -144,6 +162,10 @@ static QList<int> changedRoles(const TileView& a, const TileView& b) {
     compare(PageModel::UnavailableRole, &TileView::isUnavailable);
     compare(PageModel::SelectedRole, &TileView::isSelected);
     compare(PageModel::VacantRole, &TileView::isVacant);
+    compare(PageModel::MarkedLabelRole, &TileView::markedLabel);
+    compare(PageModel::PlaceRole, &TileView::place);
+    compare(PageModel::WeakRole, &TileView::isWeak);
+    compare(PageModel::CutRole, &TileView::isCut);
     return roles;
 }
 
@@ -195,6 +217,8 @@ QList<TileView> GridModel::views(qsizetype page) const {
     if (page < _pages.count)
         for (const LaunchpadItem& item : _pages.tiles(page))
             views.append(tileView(item, _facts));
+    if (_annotate)
+        _annotate(page, views);
     return views;
 }
 
@@ -211,9 +235,11 @@ void GridModel::setMetrics(const GridMetrics& metrics) {
 }
 
 void GridModel::setPages(TilePages pages) {
+    Q_EMIT aboutToRearrange();
     _pages = std::move(pages);
     refresh();
     resize();
+    Q_EMIT rearranged();
 }
 
 void GridModel::refresh() {

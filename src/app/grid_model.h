@@ -27,6 +27,10 @@ struct TileView {
     bool isUnavailable = false;
     bool isSelected = false;
     bool isVacant = false; ///< not shown; what it was last stays, and costs nothing
+    QString markedLabel;   ///< the label with what was searched for set off, in Qt's styled text
+    QString place;         ///< where a tile that was found lies; empty for the grid itself
+    bool isWeak = false;   ///< found by letters that lie apart: less than the ones before
+    bool isCut = false;    ///< waits to be pasted elsewhere
 
     bool operator==(const TileView&) const = default;
 };
@@ -45,6 +49,7 @@ struct TileFacts {
     std::function<QString(const QString& appKey)> activity = {};
     std::function<SmartFolder(const QUuid& definition)> smartFolder;
     std::function<bool(const QUuid& tile)> isSelected = {};
+    std::function<bool(const QUuid& tile)> isCut = {};
 };
 
 TileView tileView(const LaunchpadItem& item, const TileFacts& facts);
@@ -82,7 +87,11 @@ public:
         ActivityRole,
         UnavailableRole,
         SelectedRole,
-        VacantRole
+        VacantRole,
+        MarkedLabelRole,
+        PlaceRole,
+        WeakRole,
+        CutRole
     };
     using Fill = std::function<QList<TileView>()>;
 
@@ -135,6 +144,9 @@ public:
 
     const TilePages& pages() const { return _pages; }
     void setPages(TilePages pages);
+    /// What is added to the tiles of a page, where something is: of those that were found.
+    using Annotate = std::function<void(qsizetype page, QList<TileView>& views)>;
+    void setAnnotate(Annotate annotate) { _annotate = std::move(annotate); }
     /// What is known of the tiles has changed.
     void refresh();
     void refreshSelection();
@@ -152,6 +164,9 @@ Q_SIGNALS:
     void pageChanged();
     void metricsChanged();
     void turned(int page);
+    /// Tiles are about to come to other places; they have.
+    void aboutToRearrange();
+    void rearranged();
 
 private:
     void resize();
@@ -159,6 +174,7 @@ private:
     QList<TileView> views(qsizetype page) const;
 
     TileFacts _facts;
+    Annotate _annotate;
     TilePages _pages;
     std::vector<std::unique_ptr<PageModel>> _models;
     bool _hasNewPage = false;

@@ -2,6 +2,7 @@
 
 #include "app/icon_wishes.h"
 #include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_clipboard.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_search.h"
@@ -11,20 +12,22 @@
 #include "launcher/smart_folder_library.h"
 #include "platform/uuid_source.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 #include <algorithm>
 #include <cmath>
 
 namespace tessellar {
 
-LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& icons,
-                                       Scheduler& scheduler, const Settings& settings)
+LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Machine& machine)
     : _viewModel(viewModel)
     , _icons(icons)
-    , _settings(settings)
+    , _machine(machine)
     , _grid(tileFacts())
     , _folder(viewModel, tileFacts())
-    , _search(viewModel, tileFacts())
-    , _drag(viewModel, scheduler, [this] { return dragArea(); })
+    , _search(viewModel, tileFacts(), machine)
+    , _drag(viewModel, machine.scheduler, [this] { return dragArea(); })
     , _renaming(viewModel)
     , _sheets(viewModel)
     , _updates(viewModel)
@@ -36,6 +39,9 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     follow();
     connect(&_grid, &GridModel::turned, this,
             [this](int page) { _viewModel.shown().setCurrentPage(page); });
+    for (const GridModel* model : {&_grid, _folder.tiles()})
+        connect(model, &GridModel::turned, this, &LauncherController::leaveBehind);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &LauncherController::showCut);
     connect(&_menu, &MenuModel::chosen, this, &LauncherController::performMenuEntry);
     connect(&_drag, &TileDrag::refused, this,
             [this](const LauncherError& error) { _viewModel.messages().report(error); });
@@ -84,7 +90,8 @@ TileFacts LauncherController::tileFacts() const {
                     }
                     return folder;
                 },
-            .isSelected = [this](const QUuid& tile) { return isSelected(tile); }};
+            .isSelected = [this](const QUuid& tile) { return isSelected(tile); },
+            .isCut = [this](const QUuid& tile) { return _cut.contains(tile); }};
 }
 
 void LauncherController::setWindow(QSizeF size, double pixelRatio) {
@@ -158,7 +165,10 @@ void LauncherController::follow() {
         if (!_smartFolder.isOpen() && _sheets.current() == Sheets::smartFolder)
             _sheets.close();
     });
-    on(launcher.history().changed, [this] { Q_EMIT noticeChanged(); });
+    on(launcher.history().changed, [this] {
+        followUndo();
+        Q_EMIT noticeChanged();
+    });
     on(launcher.messages().noticeChanged, [this] { Q_EMIT noticeChanged(); });
     on(launcher.messages().alerted, [this] { _alert.refresh(); });
     on(launcher.messages().questionChanged, [this] { _alert.refresh(); });
@@ -186,10 +196,41 @@ void LauncherController::showBadges() {
 void LauncherController::showLayout() {
     _renaming.refresh();
     _search.refresh();
-    _shownPages = _viewModel.shown().shownPages();
+    _formerPages = std::exchange(_shownPages, _viewModel.shown().shownPages());
     _grid.setPages(_shownPages);
     showNavigation();
+    // What is hidden is not selected.
+    const QSet<QString>& hidden = _viewModel.shown().hiddenKeys();
+    QList<QUuid> selected = _viewModel.shown().inOrder(_viewModel.shown().selectedItemIDs());
+    if (selected.removeIf([&](const QUuid& id) {
+            const LaunchpadItem* item = _viewModel.shown().item(id);
+            return item && !isShown(*item, hidden);
+        }) > 0)
+        _viewModel.shown().select(selected);
+    showCut();
     _drag.follow();
+}
+
+void LauncherController::showCut() {
+    const QSet<QUuid> cut = _viewModel.clipboard().cutTiles(_viewModel.shown().mode());
+    if (std::exchange(_cut, cut) != cut)
+        showBadges();
+}
+
+/// An undo that changed nothing on the page where the user is leads to the page where it did.
+void LauncherController::followUndo() {
+    const auto& reflow = _viewModel.history().steps().reflow();
+    if (!reflow || std::exchange(_lastReflow, reflow->id) == reflow->id ||
+        !reflow->movedOrder.isEmpty() || !reflow->appearing.isEmpty() || _folder.isOpen())
+        return;
+    QHash<QUuid, qsizetype> former;
+    for (qsizetype page = 0; page < _formerPages.count(); ++page)
+        for (const LaunchpadItem& item : _formerPages.tiles(page))
+            former.insert(item.id(), page);
+    for (qsizetype page = 0; page < _shownPages.count(); ++page)
+        for (const LaunchpadItem& item : _shownPages.tiles(page))
+            if (former.value(item.id(), -1) != page)
+                return _viewModel.shown().setCurrentPage(static_cast<int>(page));
 }
 
 void LauncherController::showNavigation() {
@@ -249,11 +290,11 @@ bool LauncherController::isSelected(const QUuid& tile) const {
 }
 
 QString LauncherController::appearance() const {
-    return _settings.text(QStringLiteral("appearance")).value_or(QStringLiteral("system"));
+    return _machine.settings.text(QStringLiteral("appearance")).value_or(QStringLiteral("system"));
 }
 
 bool LauncherController::reducesMotion() const {
-    return _settings.boolean(QStringLiteral("reducesMotion")).value_or(false);
+    return _machine.settings.boolean(QStringLiteral("reducesMotion")).value_or(false);
 }
 
 QStringList LauncherController::selectedIds() const {

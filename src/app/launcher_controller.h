@@ -12,12 +12,13 @@
 #include "app/smart_folder_panel.h"
 #include "app/tile_drag.h"
 #include "app/tile_icons.h"
+#include "app/tile_navigation.h"
 #include "app/tile_renaming.h"
 #include "app/tile_search.h"
 #include "app/updates_panel.h"
 #include "launcher/actions.h"
 #include "launcher/launcher_view_model.h"
-#include "platform/settings.h"
+#include "platform/machine.h"
 
 #include <QObject>
 #include <QSizeF>
@@ -60,8 +61,7 @@ class LauncherController final : public QObject {
     Q_PROPERTY(QString unavailableNotice READ unavailableNotice CONSTANT)
 
 public:
-    LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Scheduler& scheduler,
-                       const Settings& settings);
+    LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Machine& machine);
 
     /// The size of the window in its own pixels, and how many of the screen's each of them has.
     void setWindow(QSizeF size, double pixelRatio);
@@ -96,12 +96,18 @@ public:
     Q_INVOKABLE QVariantMap tileView(const QString& tileId) const;
     /// Launches an application, opens a folder.
     Q_INVOKABLE void activate(const QString& tileId);
-    /// A click on a tile: with the control key it joins the selection or leaves it.
+    /// A click on a tile opens it. With the control key it joins the selection or leaves it, with shift
+    /// all from the anchor to it are selected; with a modifier nothing is ever opened.
     Q_INVOKABLE void click(const QString& tileId, int modifiers);
+    /// A click beside the tiles: ends a search or a selection, or closes a launcher that fills the
+    /// screen.
+    Q_INVOKABLE void clickBeside();
+    /// Selects just these tiles of the page, or these besides those that are.
+    Q_INVOKABLE void selectTiles(const QStringList& tileIds, bool adds);
     /// One step back: an alert, a search, a folder, the window.
     Q_INVOKABLE void escape();
     /// A Qt::Key with Qt::KeyboardModifiers; true when it means something here.
-    Q_INVOKABLE bool pressKey(int key, int modifiers = 0);
+    Q_INVOKABLE bool pressKey(int key, int modifiers = 0, const QString& text = {});
     /// Text that comes while no field has the keyboard.
     Q_INVOKABLE bool type(const QString& text);
     /// The menu of a tile, or of the background where there is no identifier.
@@ -132,23 +138,34 @@ private:
     void updateMetrics();
     void wantIcons();
     void makeRoomForAlert();
+    void showCut();
+    void followUndo();
     void nameFolderAround(const QUuid& tile);
     TileDrag::Area dragArea() const;
 
     /// The tiles that keys and clicks are about: what was found, the open folder's, the grid's.
     GridModel& shown();
     void unselect() { _viewModel.shown().select(std::nullopt); }
-    void moveSelection(int key, bool extends);
+    void selectRange(const QUuid& to);
+    void leaveBehind();
+    void moveSelection(Direction direction, bool extends);
+    bool pressArrow(int key, int modifiers);
+    void moveTiles(Direction direction);
+    void groupWith(Direction direction);
+    std::optional<ShownPlace> beside(Direction direction);
     bool pressShortcut(int key, bool isShifted);
     void performMenuEntry(const QString& id);
     void perform(const ActionTarget& target, std::optional<ActionRequest> request);
 
     LauncherViewModel& _viewModel;
     TileIcons& _icons;
-    const Settings& _settings;
+    const Machine& _machine;
     QSizeF _windowSize;
     double _pixelRatio = 1;
     ShownPages _shownPages;
+    ShownPages _formerPages; ///< before they last changed
+    std::optional<QUuid> _lastReflow;
+    QSet<QUuid> _cut; ///< tiles that wait to be pasted
     GridModel _grid;
     OpenFolder _folder;
     TileSearch _search;

@@ -1,6 +1,9 @@
 #include "app/launcher_controller.h"
-#include "app/tile_navigation.h"
+#include "editing/tile_drop.h"
 #include "launcher/installed_applications.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "platform/uuid_source.h"
 
@@ -40,15 +43,71 @@ void LauncherController::activate(const QString& tileId) {
 }
 
 void LauncherController::click(const QString& tileId, int modifiers) {
-    if (!(modifiers & Qt::ControlModifier) || _search.isActive()) {
+    const QUuid id = QUuid::fromString(tileId);
+    constexpr int meant = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    if (!(modifiers & meant)) {
         unselect();
         return activate(tileId);
     }
-    const QUuid id = QUuid::fromString(tileId);
-    QList<QUuid> selected = _viewModel.shown().selectedItemIDs().values();
+    if (_search.isActive())
+        return _search.select(id);
+    if (modifiers & Qt::ShiftModifier)
+        return selectRange(id);
+    QList<QUuid> selected = _viewModel.shown().inOrder(_viewModel.shown().selectedItemIDs());
+    // The next range begins with the tile that was clicked last.
     if (!selected.removeOne(id))
-        selected.append(id);
+        selected = QList{id} + selected + QList{id};
     _viewModel.shown().select(selected);
+}
+
+/// All from the anchor to a tile of the page that is shown.
+void LauncherController::selectRange(const QUuid& to) {
+    const GridModel& model = shown();
+    const auto end = model.pages().slotOf(to, model.page());
+    if (!end)
+        return;
+    const auto& anchor = _viewModel.shown().navigation().selectionAnchorID;
+    const auto begin = anchor ? model.pages().slotOf(*anchor, model.page()) : std::nullopt;
+    const Page tiles = model.pages().tiles(model.page());
+    QList<QUuid> range;
+    const qsizetype by = begin && *begin > *end ? -1 : 1;
+    for (qsizetype slot = begin.value_or(*end);; slot += by) {
+        range.append(tiles.at(slot).id());
+        if (slot == *end)
+            break;
+    }
+    _viewModel.shown().select(range);
+}
+
+void LauncherController::selectTiles(const QStringList& tileIds, bool adds) {
+    if (_search.isActive())
+        return;
+    QList<QUuid> selected =
+        adds ? _viewModel.shown().inOrder(_viewModel.shown().selectedItemIDs()) : QList<QUuid>();
+    for (const QString& text : tileIds)
+        if (const QUuid id = QUuid::fromString(text); !selected.contains(id))
+            selected.append(id);
+    _viewModel.shown().select(selected);
+}
+
+void LauncherController::clickBeside() {
+    if (_menu.isOpen())
+        return _menu.close();
+    if (_search.isActive())
+        return _search.clear();
+    const bool isSelection = _viewModel.shown().selectedItemIDs().size() > 1;
+    if (isSelection || _folder.isOpen() || isWindowed())
+        unselect();
+    else
+        Q_EMIT closeRequested();
+}
+
+/// The page was turned: what is left behind is not selected.
+void LauncherController::leaveBehind() {
+    const GridModel& model = _folder.isOpen() ? *_folder.tiles() : _grid;
+    QList<QUuid> selected = _viewModel.shown().inOrder(_viewModel.shown().selectedItemIDs());
+    if (selected.removeIf([&](const QUuid& id) { return !model.pages().slotOf(id, model.page()); }) > 0)
+        _viewModel.shown().select(selected);
 }
 
 // ---- keys
@@ -80,10 +139,10 @@ void LauncherController::escape() {
         Q_EMIT closeRequested();
 }
 
-bool LauncherController::pressKey(int key, int modifiers) {
+bool LauncherController::pressKey(int key, int modifiers, const QString& text) {
     for (MenuModel* menu : {&_menu, _smartFolder.choices()}) {
         if (menu->isOpen()) {
-            menu->pressKey(key);
+            menu->pressKey(key, modifiers & Qt::ControlModifier ? QString() : text);
             return true;
         }
     }
@@ -99,23 +158,20 @@ bool LauncherController::pressKey(int key, int modifiers) {
         _alert.pressKey(key);
         return true;
     }
-    if (_sheets.current() == Sheets::smartFolder && (key == Qt::Key_Return || key == Qt::Key_Enter))
-        _smartFolder.save();
     if (_removal.isOpen())
         _removal.pressKey(key, modifiers & Qt::ControlModifier);
     if (_drag.isLifted() || isCovered())
         return true;
     GridModel& model = shown();
-    const bool isShifted = modifiers & Qt::ShiftModifier;
-    if (modifiers & Qt::ControlModifier)
-        return pressShortcut(key, isShifted);
-    switch (key) {
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        moveSelection(key, isShifted);
+    if (pressArrow(key, modifiers))
         return true;
+    if (modifiers & Qt::ControlModifier)
+        return pressShortcut(key, modifiers & Qt::ShiftModifier);
+    if (text == u"?" && !_search.isActive()) {
+        _sheets.open(Sheets::keys);
+        return true;
+    }
+    switch (key) {
     case Qt::Key_PageUp:
         model.turnTo(model.page() - 1);
         return true;
@@ -134,7 +190,7 @@ bool LauncherController::pressKey(int key, int modifiers) {
             activate(selected.first());
         return true;
     case Qt::Key_F2:
-        if (const QStringList selected = selectedIds(); selected.size() == 1 && !_search.isActive())
+        if (const QStringList selected = selectedIds(); selected.size() == 1)
             _renaming.begin(selected.first());
         return true;
     case Qt::Key_Menu:
@@ -146,9 +202,14 @@ bool LauncherController::pressKey(int key, int modifiers) {
 }
 
 bool LauncherController::pressShortcut(int key, bool isShifted) {
-    // While something is typed, these are the field's.
-    if (_search.isActive())
-        return false;
+    if (_search.isActive()) {
+        if (key >= Qt::Key_1 && key <= Qt::Key_9)
+            if (const auto result = _search.resultAt(key - Qt::Key_1)) {
+                activate(toText(*result));
+                return true;
+            }
+        return false; // while something is typed, these are the field's
+    }
     const auto modifiers = isShifted ? Qt::ControlModifier | Qt::ShiftModifier : Qt::ControlModifier;
     const auto done = performShortcut(_viewModel, _viewModel.shown().mode(), Qt::Key(key), modifiers);
     if (done)
@@ -163,30 +224,113 @@ bool LauncherController::type(const QString& text) {
     return true;
 }
 
-void LauncherController::moveSelection(int key, bool extends) {
-    const Direction direction = key == Qt::Key_Left    ? Direction::left
-                                : key == Qt::Key_Right ? Direction::right
-                                : key == Qt::Key_Up    ? Direction::up
-                                                       : Direction::down;
-    GridModel& model = shown();
+bool LauncherController::pressArrow(int key, int modifiers) {
+    static const QHash<int, Direction> directions{{Qt::Key_Left, Direction::left},
+                                                  {Qt::Key_Right, Direction::right},
+                                                  {Qt::Key_Up, Direction::up},
+                                                  {Qt::Key_Down, Direction::down}};
+    const auto direction = directions.find(key);
+    if (direction == directions.end())
+        return false;
+    const bool isShifted = modifiers & Qt::ShiftModifier;
+    if (!(modifiers & Qt::ControlModifier) || _search.isActive())
+        moveSelection(*direction, isShifted && !_search.isActive());
+    else if (isShifted)
+        groupWith(*direction);
+    else
+        moveTiles(*direction);
+    return true;
+}
+
+/// The slot beside the tile that the keyboard is at.
+std::optional<ShownPlace> LauncherController::beside(Direction direction) {
+    const GridModel& model = shown();
     const GridGeometry geometry{.rows = model.metrics().rows, .columns = model.metrics().columns};
-    std::optional<qsizetype> from;
-    if (const auto& selected =
-            _search.isActive() ? _search.selected() : _viewModel.shown().selectedItemID())
-        from = model.pages().slotOf(*selected, model.page());
-    const auto to = neighbour(model.pages(), geometry, model.page(), from, direction);
-    if (!to)
-        return;
+    const auto& selected =
+        _search.isActive() ? _search.selected() : _viewModel.shown().selectedItemID();
+    return neighbour(model.pages(), geometry, model.page(),
+                     selected ? model.pages().slotOf(*selected, model.page()) : std::nullopt,
+                     direction);
+}
+
+void LauncherController::moveSelection(Direction direction, bool extends) {
+    GridModel& model = shown();
+    const auto to = beside(direction);
+    if (!to || (extends && to->page != model.page()))
+        return; // a selection stays on its page
     const QUuid tile = model.pages().tiles(to->page).at(to->slot).id();
     if (to->page != model.page())
         model.turnTo(static_cast<int>(to->page));
     if (_search.isActive())
         return _search.select(tile);
-    if (!extends)
-        return _viewModel.shown().select(tile);
-    QList<QUuid> selected = _viewModel.shown().selectedItemIDs().values();
-    selected.removeOne(tile);
-    _viewModel.shown().select(selected + QList{tile});
+    if (extends)
+        return selectRange(tile);
+    _viewModel.shown().select(tile);
+}
+
+/// Moves the selected tiles one slot or row on; past the end of a page to the next.
+void LauncherController::moveTiles(Direction direction) {
+    LiveLayout& layout = _viewModel.shown();
+    const QSet<QUuid> selected = layout.selectedItemIDs();
+    const TileDrag::Area area = dragArea();
+    if (area.rulesDecide)
+        return _viewModel.messages().report(launcherError(EditRefusal::rulesDecide));
+    const Page tiles = area.pages.tiles(area.page);
+    int home = -1; // how many tiles that stay are before the first that moves
+    int staying = 0;
+    for (const LaunchpadItem& item : tiles) {
+        if (!selected.contains(item.id()))
+            ++staying;
+        else if (home < 0)
+            home = staying;
+    }
+    if (home < 0)
+        return;
+    const bool isBack = direction == Direction::left || direction == Direction::up;
+    const bool isAcross = direction == Direction::left || direction == Direction::right;
+    int page = area.page;
+    int slot = home + (isBack ? -1 : 1) * (isAcross ? 1 : area.cells.columns);
+    if (isAcross && (slot < 0 || slot > staying)) {
+        page += isBack ? -1 : 1;
+        if (page < 0 || (page >= area.pages.count() && staying == 0))
+            return;
+        slot = isBack ? static_cast<int>(area.pages.tiles(page).size()) : 0;
+    }
+    slot = std::max(0, slot);
+    const Drop drop = dropAt({.pages = area.pages,
+                              .page = page,
+                              .columns = area.cells.columns,
+                              .rows = area.cells.rows + 1, // past a full page too
+                              .gap = slot,
+                              .folder = area.folder,
+                              .lifted = selected},
+                             {slot % area.cells.columns + 0.5, slot / area.cells.columns + 0.5});
+    if (drop.kind != Drop::Kind::between)
+        return;
+    const QList<QUuid> moved = layout.inOrder(selected);
+    _viewModel.messages().report(_viewModel.editor().moveTiles(layout.mode(), moved, drop.place));
+    shown().turnTo(page);
+    layout.select(moved);
+}
+
+/// Puts the selected tiles together with the one beside them.
+void LauncherController::groupWith(Direction direction) {
+    const GridModel& model = shown();
+    const auto to = beside(direction);
+    LiveLayout& layout = _viewModel.shown();
+    if (!to || to->page != model.page() || layout.selectedItemIDs().isEmpty())
+        return;
+    const LaunchpadItem target = model.pages().tiles(to->page).at(to->slot);
+    if (layout.selectedItemIDs().contains(target.id()))
+        return;
+    const auto grouped = _viewModel.editor().groupTiles(
+        layout.mode(), layout.inOrder(layout.selectedItemIDs()), target.id());
+    _viewModel.messages().report(grouped);
+    unselect();
+    if (grouped && target.app())
+        nameFolderAround(target.id());
+    else if (grouped)
+        layout.select(target.id());
 }
 
 // ---- menus
@@ -227,6 +371,10 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
         return;
     case ActionRequest::rename:
         return _renaming.begin(target.item ? toText(target.item->id()) : selectedIds().value(0));
+    case ActionRequest::whereabouts:
+        return _search.clear();
+    case ActionRequest::keys:
+        return _sheets.open(Sheets::keys);
     case ActionRequest::icon:
         return _sheets.open(Sheets::icon, target.item ? target.item->app() : nullptr);
     case ActionRequest::rules:

@@ -7,19 +7,29 @@
 #include "launcher/smart_folder_library.h"
 
 #include <QGuiApplication>
+#include <QMouseEvent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QScreen>
 #include <QtQml/qqmlextensionplugin.h>
+
+#include <algorithm>
 
 Q_IMPORT_QML_PLUGIN(TessellarPlugin)
 
 namespace tessellar {
 
+/// As long as it takes to fade, and not a frame less.
+static constexpr std::chrono::milliseconds fadeTime{200};
+
 LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize screen)
-    : _viewModel(machine, mode, &_pasteboard)
+    : _settings(machine.settings)
+    , _scheduler(machine.scheduler)
+    , _viewModel(machine, mode, &_pasteboard)
     , _icons(machine.files, machine.workers)
-    , _controller(_viewModel, _icons, machine.scheduler, machine.settings)
-    , _screen(screen) {
+    , _controller(_viewModel, _icons, machine)
+    , _screen(screen)
+    , _mode(mode) {
     _view.setResizeMode(QQuickView::SizeRootObjectToView);
     _view.setTitle(QStringLiteral("Tessellar"));
     _view.setColor(QColor(13, 15, 27));
@@ -39,12 +49,16 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     connect(&_view, &QWindow::widthChanged, this, resized);
     connect(&_view, &QWindow::heightChanged, this, resized);
     connect(&_controller, &LauncherController::modeChanged, this, [this] {
+        if (const auto now = _viewModel.shown().mode(); std::exchange(_mode, now) != now) {
+            (void)_settings.set(QStringLiteral("window.mode"), json::rawValue(now));
+            _fitted = {};
+        }
         fitToScreen();
         if (_view.isVisible())
             show();
     });
     connect(&_controller, &LauncherController::closeRequested, this, &LauncherWindow::close);
-    _view.installEventFilter(this); // for the window's own close button
+    _view.installEventFilter(this); // for its own close button, and for clicks beside a name
     connect(&_view, &QQuickWindow::frameSwapped, this, [this] {
         if (!std::exchange(_hasDrawn, true)) {
             _viewModel.libraryWatch().start();
@@ -65,6 +79,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
 }
 
 LauncherWindow::~LauncherWindow() {
+    remember();
     disconnect(qGuiApp, nullptr, this, nullptr);
     // The scene refers to the controller, which goes first.
     _view.setSource({});
@@ -86,11 +101,39 @@ void LauncherWindow::fitToScreen() {
     }
     const QSize size =
         windowedSize(_viewModel.shown().settings()).toSize().boundedTo(area.size() * 0.95);
-    _view.setMinimumSize({480, 360});
-    _view.setGeometry(QRect(area.center() - QPoint(size.width() / 2, size.height() / 2), size));
+    QRect wanted(area.center() - QPoint(size.width() / 2, size.height() / 2), size);
+    const auto left = _settings.integer(QStringLiteral("window.left"));
+    const auto top = _settings.integer(QStringLiteral("window.top"));
+    if (left && top) {
+        // On a screen that is there now.
+        wanted.moveLeft(std::clamp(static_cast<int>(*left), area.left(), area.right() - size.width()));
+        wanted.moveTop(std::clamp(static_cast<int>(*top), area.top(), area.bottom() - size.height()));
+    }
+    _view.setMinimumSize({320, 240});
+    // Another setting is no reason to put it back.
+    if (std::exchange(_fitted, wanted) != wanted)
+        _view.setGeometry(wanted);
+}
+
+void LauncherWindow::remember() {
+    const QRect now = _view.geometry();
+    if (!_controller.isWindowed() || !_view.isVisible() || now == _fitted)
+        return;
+    QMap<QString, QJsonValue> changes{{QStringLiteral("window.left"), now.x()},
+                                      {QStringLiteral("window.top"), now.y()}};
+    if (now.size() != _fitted.size()) {
+        changes.insert(QStringLiteral("windowed.windowSize.width"), now.width());
+        changes.insert(QStringLiteral("windowed.windowSize.height"), now.height());
+    }
+    if (!_settings.set(changes))
+        return;
+    _fitted = now;
+    _viewModel.applySettings();
 }
 
 void LauncherWindow::show() {
+    _leaving.cancel();
+    setAway(false);
     if (_controller.isWindowed() || !_screen.isEmpty())
         _view.show();
     else
@@ -110,7 +153,31 @@ void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
 
 void LauncherWindow::followSystemLocale() { QCoreApplication::instance()->installEventFilter(this); }
 
+/// A click beside a name that is being typed ends the typing, and does nothing else.
+bool LauncherWindow::commitNameBeside(QEvent* event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: {
+        QQuickItem* field = _view.activeFocusItem();
+        const QPointF point = static_cast<QMouseEvent*>(event)->position();
+        if (_controller.renaming()->tileId().isEmpty() || !field ||
+            field->contains(field->mapFromScene(point)))
+            return false;
+        field->setFocus(false); // which it takes for the end of typing
+        return _swallowsClick = true;
+    }
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonDblClick:
+        return _swallowsClick;
+    case QEvent::MouseButtonRelease:
+        return std::exchange(_swallowsClick, false);
+    default:
+        return false;
+    }
+}
+
 bool LauncherWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &_view && commitNameBeside(event))
+        return true;
     if (event->type() == QEvent::LocaleChange && watched == QCoreApplication::instance())
         _viewModel.setLocale(Locale::system());
     if (event->type() == QEvent::Close && watched == &_view)
@@ -120,6 +187,7 @@ bool LauncherWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void LauncherWindow::hide() {
+    remember();
     _view.hide();
     _controller.startAfresh();
 }
@@ -143,8 +211,19 @@ void LauncherWindow::endIfIdle() {
 }
 
 void LauncherWindow::close() {
-    hide();
-    Q_EMIT closed();
+    const auto leave = [this] {
+        hide();
+        Q_EMIT closed();
+    };
+    if (!_fades || !_view.isVisible())
+        return leave();
+    setAway(true);
+    _leaving = _scheduler.after(fadeTime, leave);
+}
+
+void LauncherWindow::setAway(bool isAway) {
+    if (QQuickItem* root = _view.rootObject())
+        root->setProperty("isAway", isAway);
 }
 
 bool LauncherWindow::isComplete() const { return _controller.isReady() && _icons.hasVisible(); }

@@ -29,6 +29,8 @@ public:
     void hide();
     /// Hides it and says so, as the user does.
     void close();
+    /// From now on it fades when it closes, and when it is shown again.
+    void fadeWhenClosed() { _fades = true; }
     /// Follows the language and region of the system's settings.
     void followSystemLocale();
     /// What depends on the day is looked at again when the clock leaps.
@@ -55,8 +57,13 @@ protected:
 private:
     void load();
     void fitToScreen();
+    void remember();
+    bool commitNameBeside(QEvent* event);
+    void setAway(bool isAway);
     void endIfIdle();
 
+    Settings& _settings;
+    Scheduler& _scheduler;
     DesktopPasteboard _pasteboard;
     LauncherViewModel _viewModel;
     TileIcons _icons;
@@ -64,7 +71,12 @@ private:
     LauncherController _controller;
     QQuickView _view;
     QSize _screen;
+    QRect _fitted; ///< what the window was given when it was last laid out
+    LauncherWindowMode _mode;
+    bool _swallowsClick = false; ///< the press was for a name that was being typed
     bool _hasDrawn = false;
+    bool _fades = false;
+    Timer _leaving;
     std::unique_ptr<ClockWatch> _clock;
     Subscription _clockLeapt;
     Subscription _updateRan;

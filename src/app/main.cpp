@@ -18,6 +18,7 @@
 #include <QFile>
 #include <QFont>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQuickWindow>
 #include <QStandardPaths>
 #include <QTimer>
@@ -31,7 +32,7 @@ namespace {
 
 struct Arguments {
     MachineOptions machine;
-    LauncherWindowMode mode = LauncherWindowMode::fullScreen;
+    std::optional<LauncherWindowMode> mode; ///< that of last time without
     QSize screen;
     QString screenshot; ///< a host path
     QStringList steps;  ///< before it is taken
@@ -61,7 +62,7 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     CLI::App app{"Shows the installed applications as pages of tiles.", "tessellar"};
     std::string root;
     std::string home;
-    std::string mode = text(json::rawValue(LauncherWindowMode::fullScreen));
+    std::string mode;
     std::string locale;
     std::string screenshot;
     std::vector<int> screen;
@@ -71,14 +72,14 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     app.add_option("--root", root,
                    "A folder that holds a Mac's layout, to run on instead of this machine");
     app.add_option("--home", home, "The user's home, under the root");
-    app.add_option("--mode", mode, "fullScreen or windowed")
+    app.add_option("--mode", mode, "fullScreen or windowed; without, as it was last")
         ->check(CLI::IsMember({"fullScreen", "windowed"}));
     app.add_option("--locale", locale, "The user's locale, such as de_DE");
     app.add_option("--screenshot", screenshot,
                    "Writes a picture of the first whole frame to a PNG file and ends");
     app.add_option("--screen", screen, "WIDTH HEIGHT of a screen to fill instead of the real one")
         ->expected(2)
-        ->check(CLI::Range(320, 8192));
+        ->check(CLI::Range(240, 8192));
     app.add_flag("--hardware,!--software", arguments.usesHardware,
                  "Draw by the graphics processor, or without it");
     app.add_flag("--resident,!--no-resident", arguments.isResident,
@@ -114,7 +115,7 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     if (!atLogin.empty())
         arguments.atLogin = atLogin == "on";
     arguments.isResident = arguments.isResident || arguments.isHidden;
-    arguments.mode = *json::fromRawValue<LauncherWindowMode>(QString::fromStdString(mode));
+    arguments.mode = json::fromRawValue<LauncherWindowMode>(QString::fromStdString(mode));
     arguments.screenshot = QString::fromLocal8Bit(screenshot);
     for (const std::string& step : steps)
         arguments.steps.append(QString::fromLocal8Bit(step));
@@ -189,6 +190,8 @@ int run(int argc, char** argv) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Tessellar"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.tessellar.app"),
+                                                    QIcon(QStringLiteral(":/com.tessellar.app.svg"))));
     QFont font = QGuiApplication::font();
     font.setFamilies(preferredFontFamilies() + QStringList{font.family()});
     QGuiApplication::setFont(font);
@@ -211,7 +214,11 @@ int run(int argc, char** argv) {
     if (found->launcher)
         return showRunning(*found->launcher) ? 0 : 1;
 
-    LauncherWindow window(machine, arguments->mode, arguments->screen);
+    const auto lastMode = json::fromRawValue<LauncherWindowMode>(
+        machine.settings.text(QStringLiteral("window.mode")).value_or(QString()));
+    LauncherWindow window(machine,
+                          arguments->mode.value_or(lastMode.value_or(LauncherWindowMode::fullScreen)),
+                          arguments->screen);
     if (!arguments->machine.locale)
         window.followSystemLocale();
     window.followClock(makeClockWatch());
@@ -222,6 +229,7 @@ int run(int argc, char** argv) {
     const bool isForShow = !arguments->screenshot.isEmpty() || arguments->measureStart;
     LauncherUpdates& updates = window.viewModel().updates();
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    window.fadeWhenClosed();
     const bool isHidden = arguments->isHidden && !isForShow;
     if (isHidden)
         updates.startSchedule();
@@ -232,7 +240,7 @@ int run(int argc, char** argv) {
     Subscription settingsChanged;
     if (arguments->isResident && !isForShow) {
         summons.emplace(machine.settings, machine.log,
-                        [&] { window.view().isVisible() ? window.hide() : window.show(); });
+                        [&] { window.view().isVisible() ? window.close() : window.show(); });
         settingsChanged = window.viewModel().settingsChanged.connect([&] { summons->apply(); });
         QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
                          [&](Qt::ApplicationState state) {

@@ -1,8 +1,19 @@
 #include "app/menu_model.h"
 
+#include <QKeySequence>
+
+#include <algorithm>
+
 namespace tessellar {
 
 static bool canBeCurrent(const MenuEntry& entry) { return !entry.isSeparator() && entry.isEnabled; }
+
+/// A shortcut as the system writes it.
+static QString shortcutText(const QString& shortcut) {
+    return shortcut.isEmpty()
+               ? QString()
+               : QKeySequence(shortcut, QKeySequence::PortableText).toString(QKeySequence::NativeText);
+}
 
 const QList<MenuEntry>& MenuModel::sub() const {
     static const QList<MenuEntry> none;
@@ -14,6 +25,7 @@ QVariantList MenuModel::list(const QList<MenuEntry>& entries) {
     for (const MenuEntry& entry : entries)
         result.append(QVariantMap{{QStringLiteral("title"), entry.title},
                                   {QStringLiteral("isEnabled"), entry.isEnabled},
+                                  {QStringLiteral("shortcut"), shortcutText(entry.shortcut)},
                                   {QStringLiteral("isDestructive"), entry.isDestructive},
                                   {QStringLiteral("isChosen"), entry.isChosen},
                                   {QStringLiteral("isSeparator"), entry.isSeparator()},
@@ -26,6 +38,7 @@ void MenuModel::open(const QList<MenuEntry>& entries, QPointF position, int curr
     _position = position;
     _current = current;
     _parent = _subCurrent = -1;
+    _typed.clear();
     Q_EMIT currentChanged();
     Q_EMIT changed();
 }
@@ -61,19 +74,43 @@ void MenuModel::choose(bool isSubmenu, int index) {
 }
 
 void MenuModel::step(int by) {
-    const QList<MenuEntry>& entries = _subCurrent >= 0 ? sub() : _entries;
-    int& current = _subCurrent >= 0 ? _subCurrent : _current;
-    int next = current < 0 && by < 0 ? 0 : current;
+    const QList<MenuEntry>& entries = lines();
+    int next = line() < 0 && by < 0 ? 0 : line();
     for (qsizetype tries = 0; tries < entries.size(); ++tries) {
         next = static_cast<int>((next + by + entries.size()) % entries.size());
-        if (canBeCurrent(entries[next])) {
-            current = next;
-            break;
-        }
+        if (canBeCurrent(entries[next]))
+            return setLine(next);
     }
+}
+
+void MenuModel::goTo(bool isLast) {
+    // One step on from beyond the other end.
+    line() = isLast ? 0 : static_cast<int>(lines().size()) - 1;
+    step(isLast ? -1 : 1);
+}
+
+void MenuModel::setLine(int next) {
+    int& current = line();
+    current = next;
     if (&current == &_current)
         _parent = -1;
     Q_EMIT currentChanged();
+}
+
+void MenuModel::typeAhead(const QString& text) {
+    const QList<MenuEntry>& entries = lines();
+    // On with the word as long as something begins with it, else another one begins.
+    for (const QString& typed : {_typed + text.toCaseFolded(), text.toCaseFolded()}) {
+        const int from = std::max(0, line() + (typed.size() > 1 ? 0 : 1));
+        for (qsizetype i = 0; i < entries.size(); ++i) {
+            const auto at = static_cast<int>((from + i) % entries.size());
+            if (!canBeCurrent(entries[at]) || !entries[at].title.toCaseFolded().startsWith(typed))
+                continue;
+            setLine(at);
+            _typed = typed;
+            return;
+        }
+    }
 }
 
 void MenuModel::enterSubmenu() {
@@ -84,8 +121,18 @@ void MenuModel::enterSubmenu() {
     Q_EMIT currentChanged();
 }
 
-void MenuModel::pressKey(int key) {
+void MenuModel::pressKey(int key, const QString& text) {
+    // A blank chooses, unless it is part of a word.
+    if (!text.isEmpty() && text.front().isPrint() && (text != u" " || !_typed.isEmpty()))
+        return typeAhead(text);
+    _typed.clear();
     switch (key) {
+    case Qt::Key_Home:
+    case Qt::Key_PageUp:
+        return goTo(false);
+    case Qt::Key_End:
+    case Qt::Key_PageDown:
+        return goTo(true);
     case Qt::Key_Up:
         return step(-1);
     case Qt::Key_Down:

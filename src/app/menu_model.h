@@ -39,8 +39,9 @@ public:
     Q_INVOKABLE void hover(bool isSubmenu, int index);
     /// A line is chosen: its submenu opens, or it is performed.
     Q_INVOKABLE void choose(bool isSubmenu, int index);
-    /// While the menu is open, all keys are its own.
-    void pressKey(int key);
+    /// While the menu is open, all keys are its own. Letters go to the next entry that begins with
+    /// what was typed.
+    void pressKey(int key, const QString& text = {});
 
 Q_SIGNALS:
     void changed();
@@ -51,6 +52,12 @@ private:
     const QList<MenuEntry>& sub() const;
     static QVariantList list(const QList<MenuEntry>& entries);
     void step(int by);
+    void goTo(bool isLast);
+    void typeAhead(const QString& text);
+    /// The lines that the keyboard is in, and which of them is current.
+    const QList<MenuEntry>& lines() const { return _subCurrent >= 0 ? sub() : _entries; }
+    int& line() { return _subCurrent >= 0 ? _subCurrent : _current; }
+    void setLine(int line);
     void enterSubmenu();
 
     QList<MenuEntry> _entries;
@@ -58,6 +65,7 @@ private:
     int _current = -1;
     int _parent = -1;
     int _subCurrent = -1;
+    QString _typed; ///< of the word that the current line begins with
 };
 
 } // namespace tessellar

@@ -15,6 +15,7 @@ class OpenFolder final : public QObject {
     Q_PROPERTY(QString tileId READ tileId NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString notice READ notice NOTIFY changed)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
     Q_PROPERTY(tessellar::GridModel* tiles READ tiles CONSTANT)
     Q_PROPERTY(QRectF panel READ panel NOTIFY panelChanged) ///< in the window
 
@@ -25,6 +26,7 @@ public:
     QString tileId() const { return _tileId; }
     QString title() const { return _title; }
     QString notice() const { return _notice; }
+    bool isEmpty() const { return _shown.count() == 0 || _shown.tiles(0).isEmpty(); }
     GridModel* tiles() { return &_tiles; }
     const GridModel* tiles() const { return &_tiles; }
     const ShownPages& shown() const { return _shown; }

@@ -22,6 +22,7 @@ class Sheets final : public QObject {
 public:
     static inline const QString backups = QStringLiteral("backups");
     static inline const QString icon = QStringLiteral("icon");
+    static inline const QString keys = QStringLiteral("keys");
     static inline const QString pastRemovals = QStringLiteral("pastRemovals");
     static inline const QString smartFolder = QStringLiteral("smartFolder");
     static inline const QString updates = QStringLiteral("updates");

@@ -256,7 +256,10 @@ QList<SmartFolderWord> SmartFolderPanel::words(const Button& button) const {
         return menu->words(*editing().draft(), button.rule, button.operand);
     QList<SmartFolderWord> words;
     const QString typed = editing().draft()->row(button.rule).operands.value(button.operand).text;
-    for (const QString& value : editing().suggestions(button.rule, button.operand))
+    const QStringList all = editing().suggestions(button.rule, button.operand);
+    // What was begun to be typed narrows them, unless nothing has it.
+    const QStringList begun = all.contains(typed) ? all : all.filter(typed, Qt::CaseInsensitive);
+    for (const QString& value : begun.isEmpty() ? all : begun)
         words.append({value, value, value == typed});
     return words;
 }

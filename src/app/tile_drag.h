@@ -43,6 +43,9 @@ class TileDrag final : public QObject {
     Q_PROPERTY(QString suggestedName READ suggestedName NOTIFY dropChanged)
     /// The side at which the page is about to turn: -1 the left one, 1 the right one, 0 neither.
     Q_PROPERTY(int turning READ turning NOTIFY dropChanged)
+    /// Where the picture was when it was let go last, in the window.
+    Q_PROPERTY(QString releasedTile READ releasedTile NOTIFY changed)
+    Q_PROPERTY(QPointF releasedAt READ releasedAt NOTIFY changed)
     Q_PROPERTY(int revision READ revision NOTIFY dropChanged) ///< of what `slots` says
 
 public:
@@ -78,6 +81,8 @@ public:
     QString targetId() const;
     const QString& suggestedName() const { return _suggestedName; }
     int turning() const { return _turning; }
+    QString releasedTile() const { return _heldTile && !isLifted() ? toText(*_heldTile) : QString(); }
+    QPointF releasedAt() const { return _pointer - _grip; }
     int revision() const { return _revision; }
     /// The page past the last one is shown: letting go there makes a new one.
     bool isOnNewPage() const { return _isOnNewPage; }

@@ -1,15 +1,22 @@
 #include "app/tile_search.h"
 
+#include "app/matched_letters.h"
 #include "launcher/launcher_search.h"
 #include "launcher/live_layout.h"
+#include "platform/machine.h"
+#include "platform/uuid_source.h"
 
 #include <algorithm>
 
 namespace tessellar {
 
-TileSearch::TileSearch(LauncherViewModel& viewModel, const TileFacts& facts)
-    : _viewModel(viewModel), _results(facts) {
+/// Of a hit whose letters lie in one piece in one of its better names. Below are those that lie apart.
+static constexpr double wholeMatch = 300;
+
+TileSearch::TileSearch(LauncherViewModel& viewModel, const TileFacts& facts, const Machine& machine)
+    : _viewModel(viewModel), _machine(machine), _results(facts) {
     connect(&_results, &GridModel::turned, this, &TileSearch::turnTo);
+    _results.setAnnotate([this](qsizetype page, QList<TileView>& views) { annotate(page, views); });
 }
 
 void TileSearch::setText(const QString& text) {
@@ -29,23 +36,57 @@ void TileSearch::setText(const QString& text) {
 
 void TileSearch::refresh() {
     if (!isActive()) {
+        _hits.clear();
         _results.setPages({});
         return Q_EMIT selectionChanged();
     }
-    const auto hits = _viewModel.search().search(_viewModel.shown().mode(), _text);
+    _hits = _viewModel.search().search(_viewModel.shown().mode(), _text);
     const qsizetype capacity = pageGeometry(_viewModel.shown().settings()).capacity();
-    _results.setPages({(hits.size() + capacity - 1) / capacity, [hits, capacity](qsizetype page) {
-                           Page tiles;
-                           for (const SearchIndex::Hit& hit : hits.mid(page * capacity, capacity))
-                               tiles.append(*hit.entry);
-                           return tiles;
-                       }});
+    _results.setPages(
+        {(_hits.size() + capacity - 1) / capacity, [hits = _hits, capacity](qsizetype page) {
+             Page tiles;
+             for (const SearchIndex::Hit& hit : hits.mid(page * capacity, capacity))
+                 tiles.append(*hit.entry);
+             return tiles;
+         }});
     turnTo(_results.page());
-    if (_selected)
+    const bool isThere = _selected && std::ranges::any_of(_hits, [this](const SearchIndex::Hit& hit) {
+                             return hit.entry->id == *_selected;
+                         });
+    if (isThere)
         return;
-    if (!hits.isEmpty())
-        _selected = hits.first().entry->id;
+    _selected = _hits.isEmpty() ? std::nullopt : std::optional(_hits.first().entry->id);
     Q_EMIT selectionChanged();
+}
+
+/// The folder that each of these tiles lies in.
+static void collectFolders(const Pages& pages, const QString& folder, const QSet<QString>& wanted,
+                           QHash<QString, QString>& found) {
+    for (const Page& page : pages)
+        for (const LaunchpadItem& item : page) {
+            if (const FolderEntry* inner = item.folder())
+                collectFolders(inner->pages, inner->name, wanted, found);
+            else if (const AppEntry* app = item.app(); app && !app->alias && !folder.isEmpty())
+                if (const QString key = appKey(*app); wanted.contains(key))
+                    found.insert(key, folder);
+        }
+}
+
+void TileSearch::annotate(qsizetype page, QList<TileView>& views) const {
+    const qsizetype first = page * pageGeometry(_viewModel.shown().settings()).capacity();
+    QSet<QString> keys;
+    for (const TileView& view : views)
+        for (const IconWish& icon : view.icons)
+            keys.insert(icon.appKey);
+    QHash<QString, QString> folders;
+    collectFolders(_viewModel.shown().pages(), {}, keys, folders);
+    for (qsizetype i = 0; i < views.size() && first + i < _hits.size(); ++i) {
+        TileView& view = views[i];
+        const QString key = view.icons.isEmpty() ? QString() : view.icons.first().appKey;
+        view.markedLabel = markedLabel(view.label, _text, _machine.locale);
+        view.isWeak = _hits[first + i].score < wholeMatch;
+        view.place = _viewModel.shown().hiddenKeys().contains(key) ? tr("Hidden") : folders.value(key);
+    }
 }
 
 void TileSearch::turnTo(int page) {
@@ -55,6 +96,13 @@ void TileSearch::turnTo(int page) {
 void TileSearch::select(const QUuid& tile) {
     _selected = tile;
     Q_EMIT selectionChanged();
+}
+
+std::optional<QUuid> TileSearch::resultAt(int slot) const {
+    const qsizetype capacity = pageGeometry(_viewModel.shown().settings()).capacity();
+    const qsizetype hit = _results.page() * capacity + slot;
+    return slot >= 0 && slot < capacity && hit < _hits.size() ? std::optional(_hits[hit].entry->id)
+                                                              : std::nullopt;
 }
 
 } // namespace tessellar

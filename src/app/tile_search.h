@@ -1,12 +1,16 @@
 #pragma once
 
 #include "app/grid_model.h"
+#include "editing/search_index.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/live_layout.h"
 
 namespace tessellar {
 
-/// What is typed into the search field, and the pages of what it finds, best first.
+struct Machine;
+
+/// What is typed into the search field, and the pages of what it finds, best first. Only a page that
+/// is looked at is filled.
 class TileSearch final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -16,7 +20,7 @@ class TileSearch final : public QObject {
     Q_PROPERTY(tessellar::GridModel* results READ results CONSTANT)
 
 public:
-    TileSearch(LauncherViewModel& viewModel, const TileFacts& facts);
+    TileSearch(LauncherViewModel& viewModel, const TileFacts& facts, const Machine& machine);
 
     bool isActive() const { return !_text.isEmpty(); }
     QString text() const { return _text; }
@@ -31,14 +35,20 @@ public:
     void turnTo(int page);
     const std::optional<QUuid>& selected() const { return _selected; }
     void select(const QUuid& tile);
+    /// The result in a slot of the page that is shown.
+    std::optional<QUuid> resultAt(int slot) const;
 
 Q_SIGNALS:
     void changed();
     void selectionChanged();
 
 private:
+    void annotate(qsizetype page, QList<TileView>& views) const;
+
     LauncherViewModel& _viewModel;
+    const Machine& _machine;
     QString _text;
+    QList<SearchIndex::Hit> _hits;
     GridModel _results;
     std::optional<QUuid> _selected;
 };

@@ -48,7 +48,7 @@ void confirm(const Context& context, LauncherQuestion question, std::function<Ou
 ActionRequest reset(const Context& context, const QString&) {
     confirm(
         context,
-        {.title = QStringLiteral("Reset the Launchpad layout?"),
+        {.title = LayoutArchive::resetTitle(),
          .text = QStringLiteral("Restores the default alphabetical layout and removes all folders, "
                                 "custom ordering, and hidden apps."),
          .accept = QStringLiteral("Reset")},
@@ -93,6 +93,30 @@ template <typename Edit>
 ActionRequest edit(const Context& context, Edit change) {
     context.launcher.messages().report(change(context.launcher.editor()));
     return ActionRequest::none;
+}
+
+/// Opens the folders that a tile lies in, and selects it there.
+ActionRequest showWhere(const Context& context, const QString&) {
+    const auto at = locate(context.layout.pages(), context.target.item->id());
+    if (!at)
+        return ActionRequest::none;
+    while (!context.layout.folderStack().isEmpty())
+        context.layout.closeFolder();
+    for (const QUuid& folder : at->folders) {
+        context.layout.reveal(folder);
+        context.layout.openFolder(folder);
+    }
+    context.layout.reveal(context.target.item->id());
+    return ActionRequest::whereabouts;
+}
+
+/// The first application among the tiles stays in its place, and becomes the folder.
+ActionRequest group(const Context& context, const QString&) {
+    QList<QUuid> tiles = context.tiles;
+    const QUuid target = tiles.takeFirst();
+    return edit(context, [&](LauncherEditor& editor) {
+        return editor.groupTiles(context.mode(), tiles, target);
+    });
 }
 
 ActionRequest sortPage(const Context& context, const QString&) {
@@ -278,6 +302,12 @@ const std::array rows = std::to_array<ActionRow>({
                       return ActionRequest::none;
                   }}),
     {},
+    {"showWhere", always<"Show Where It Is">,
+     [](const Context& c) {
+         return c.target.isSearchResult && !c.target.isAboutUpdates && c.hasTile && c.app() &&
+                !c.layout.hiddenKeys().contains(appKey(*c.app()));
+     },
+     nullptr, showWhere},
     {"rename", always<"Rename…">,
      [](const Context& c) { return c.isOne() && c.hasTile && (!c.smartFolder() || c.definition()); },
      [](const Context& c) { return c.smartFolder() ? hasWritableRules(c) : c.isEditable; },
@@ -355,6 +385,13 @@ const std::array rows = std::to_array<ActionRow>({
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.removeAliases(c.mode(), c.tiles); });
      }},
+    {"group", always<"Group">,
+     [](const Context& c) { return c.isPlaced() && c.tiles.size() > 1; },
+     [](const Context& c) {
+         const LaunchpadItem* first = c.layout.item(c.tiles.first());
+         return c.isEditable && first && !first->smartFolder();
+     },
+     group, false, nullptr, "Ctrl+G"},
     {"ungroup", always<"Ungroup">, [](const Context& c) { return c.isOne() && c.folder(); }, isEditable,
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.ungroupFolder(c.mode(), c.tiles.first()); });
@@ -421,8 +458,7 @@ const std::array rows = std::to_array<ActionRow>({
          return ActionRequest::none;
      },
      false, nullptr, "Ctrl+Shift+Z"},
-    {"selectAll", always<"Select All">, isBackground, nullptr, selectAll, false, nullptr, "Ctrl+A",
-     false},
+    {"selectAll", always<"Select All">, isBackground, nullptr, selectAll, false, nullptr, "Ctrl+A"},
     {},
     {"smartFoldersUnavailable", always<"Smart Folders are unavailable">,
      [](const Context& c) { return c.isBackground() && !c.launcher.smartFolders().isWritable(); },
@@ -478,6 +514,9 @@ const std::array rows = std::to_array<ActionRow>({
      [](const Context& c) { return c.isBackground() && !c.openFolder(); }, nullptr,
      [](const Context&, const QString&) { return ActionRequest::pastRemovals; }},
     {},
+    {"keys", always<"Keyboard Shortcuts">,
+     [](const Context& c) { return c.isBackground() && !c.openFolder(); }, nullptr,
+     [](const Context&, const QString&) { return ActionRequest::keys; }},
     {"mode",
      [](const Context& c) {
          return c.mode() == LauncherWindowMode::fullScreen ? QStringLiteral("Show in a Window")

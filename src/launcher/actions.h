@@ -42,6 +42,8 @@ enum class ActionRequest {
     updates,      ///< show what is known of updates
     pastRemovals, ///< show them, to put one back
     icon,         ///< let the user choose a file for the tile's icon
+    whereabouts,  ///< show the tile of the application that was found, in place of what was found
+    keys,         ///< show what the keys do
     rules,        ///< let the user edit the smart folder that is open in `SmartFolderEditing`
 };
 

@@ -36,6 +36,16 @@ bool LauncherClipboard::cut(Mode mode, const QList<QUuid>& tiles) {
     return write(mode, tiles, TileClipboardPayload::Operation::cut);
 }
 
+QSet<QUuid> LauncherClipboard::cutTiles(Mode mode) const {
+    QSet<QUuid> tiles;
+    const auto payload = _clipboard.read();
+    if (payload && payload->operation == TileClipboardPayload::Operation::cut &&
+        payload->sourceMode == mode)
+        for (const LaunchpadItem& item : payload->items)
+            tiles.insert(item.id());
+    return tiles;
+}
+
 bool LauncherClipboard::paste(Mode mode, const std::optional<LayoutPlace>& place) {
     const auto payload = _clipboard.read();
     if (!payload || !_history.guard(mode))

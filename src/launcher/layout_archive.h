@@ -23,6 +23,9 @@ struct Machine;
 /// Each replacement keeps a copy of the present one first and is a step of history. Main thread only.
 class LayoutArchive {
 public:
+    /// Of the question before a reset, and of the alert about an arrangement that cannot be read.
+    static QString resetTitle() { return QStringLiteral("Reset the Launchpad layout?"); }
+
     using Outcome = std::expected<void, LauncherError>;
     using Mode = LauncherWindowMode;
 

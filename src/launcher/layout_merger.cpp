@@ -2,6 +2,7 @@
 
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/layout_archive.h"
 
 #include <algorithm>
 
@@ -190,7 +191,7 @@ void LayoutMerger::tellOfLoad(LauncherWindowMode mode) {
                              .arg(*copy),
                          QStringLiteral("Part of the layout could not be read")});
     if (const auto* failed = std::get_if<LayoutStore::Failed>(&loaded))
-        _messages.alert(launcherError(failed->error, QStringLiteral("Reset the Launchpad layout?")));
+        _messages.alert(launcherError(failed->error, LayoutArchive::resetTitle()));
 }
 
 } // namespace tessellar

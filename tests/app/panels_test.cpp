@@ -35,13 +35,15 @@ TEST_F(PanelsTest, AllThatIsFoundIsReachedByPagingInTheOrderOfTheIndex) {
         install(u"App %1"_s.arg(i, 2, 10, QLatin1Char('0')));
     install(u"Zebra"_s);
     int asked = 0;
-    TileSearch search(start(), {.isUnavailable = {},
-                                .badge =
-                                    [&](const QString&) {
-                                        ++asked;
-                                        return QString();
-                                    },
-                                .smartFolder = {}});
+    TileSearch search(start(),
+                      {.isUnavailable = {},
+                       .badge =
+                           [&](const QString&) {
+                               ++asked;
+                               return QString();
+                           },
+                       .smartFolder = {}},
+                      mac.machine);
     const QSignalSpy changed(&search, &TileSearch::changed);
     search.setText(u"app"_s);
     EXPECT_EQ(changed.count(), 1);
@@ -74,7 +76,7 @@ TEST_F(PanelsTest, AllThatIsFoundIsReachedByPagingInTheOrderOfTheIndex) {
 
 TEST_F(PanelsTest, ASearchFollowsTheScan) {
     install(u"Ash"_s);
-    TileSearch search(start(), {});
+    TileSearch search(start(), {}, mac.machine);
     search.setText(u"as"_s);
     EXPECT_EQ(found(search), QStringList{u"Ash"_s});
     install(u"Aspen"_s);

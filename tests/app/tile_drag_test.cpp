@@ -50,7 +50,7 @@ TEST_F(TileDragTest, OthersMakeRoomUnderTheTile) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(at(u"A02"_s).x() - first) < 2; }));
     press(Qt::Key_Escape);
     EXPECT_FALSE(launcher().drag()->isLifted());
-    EXPECT_EQ(at(u"A02"_s).x(), second);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return at(u"A02"_s).x() == second; }));
     QTest::mouseRelease(&view(), Qt::LeftButton, {}, beside(u"A02"_s, 50));
     EXPECT_EQ(shownTiles(), u"A01 A02 [F: A03 A04]|A05 A06") << "Escape puts everything back";
     EXPECT_TRUE(view().isVisible());
@@ -246,6 +246,7 @@ TEST_F(TileDragTest, AnArrangementThatIsReplacedTakesTheTileFromTheHand) {
     for (const auto& replace : std::initializer_list<std::function<void()>>{
              [&] { ASSERT_TRUE(viewModel().archive().restore(viewModel().shown().mode(), saved->id)); },
              [&] { ASSERT_TRUE(viewModel().archive().reset(viewModel().shown().mode())); }}) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"A01"_s)->property("shiftX") == 0; }));
         QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));
         carry(at(u"A01"_s), beside(u"A02"_s, 50));
         ASSERT_TRUE(launcher().drag()->isLifted());

@@ -19,7 +19,7 @@ Rectangle {
         anchors.centerIn: parent
         visible: box.isChecked
         text: "✓"
-        color: Theme.onAccent
+        color: Theme.accentText
         font.pixelSize: Theme.controlFont
         font.weight: Font.Bold
     }

@@ -26,7 +26,9 @@ Item {
 
         objectName: "menuPanel"
         x: root.within(root.menu.position.x + 1, width, root.width)
-        y: root.within(root.menu.position.y + 1, height, root.height)
+        // Above the pointer where there is no room below: never under it.
+        y: root.menu.position.y + 1 + height <= root.height - 8 ? root.menu.position.y + 1
+           : root.within(root.menu.position.y - 1 - height >= 8 ? root.menu.position.y - 1 - height : root.menu.position.y, height, root.height)
         tallest: root.height - 16
         entries: root.menu.entries
         current: root.menu.current

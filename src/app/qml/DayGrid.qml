@@ -170,7 +170,7 @@ Item {
                         Text {
                             anchors.centerIn: parent
                             text: day.modelData.text
-                            color: day.modelData.isChosen ? Theme.onAccent : day.modelData.isInMonth ? Theme.text : Theme.textHint
+                            color: day.modelData.isChosen ? Theme.accentText : day.modelData.isInMonth ? Theme.text : Theme.textHint
                             font.pixelSize: Theme.controlFont
                         }
 

@@ -49,7 +49,7 @@ Item {
         activeFocusOnTab: true
         color: Theme.text
         selectionColor: Theme.accent
-        selectedTextColor: Theme.onAccent
+        selectedTextColor: Theme.accentText
         selectByMouse: true
         clip: true
         font.pixelSize: Theme.controlFont

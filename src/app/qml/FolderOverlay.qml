@@ -24,7 +24,7 @@ Item {
     enabled: folder.isOpen
 
     Behavior on progress {
-        NumberAnimation { duration: Theme.moveTime; easing.type: Theme.curve }
+        NumberAnimation { duration: Theme.reducesMotion ? Theme.fadeTime : Theme.moveTime; easing.type: Theme.curve }
     }
 
     Connections {
@@ -46,10 +46,10 @@ Item {
     Item {
         id: panel
 
-        readonly property real startScale: overlay.from.width > 0 ? overlay.from.width / width : 0.85
-        readonly property real startX: overlay.from.width > 0
+        readonly property real startScale: Theme.reducesMotion ? 1 : overlay.from.width > 0 ? overlay.from.width / width : 0.85
+        readonly property real startX: overlay.from.width > 0 && !Theme.reducesMotion
                                        ? overlay.from.x + overlay.from.width / 2 - (x + width / 2) : 0
-        readonly property real startY: overlay.from.width > 0
+        readonly property real startY: overlay.from.width > 0 && !Theme.reducesMotion
                                        ? overlay.from.y + overlay.from.height / 2 - (y + height / 2) : 0
 
         x: overlay.area.x
@@ -150,7 +150,19 @@ Item {
             }
         }
 
+        Text {
+            anchors.centerIn: parent
+            width: parent.width - 60
+            visible: overlay.folder.isOpen && overlay.folder.isEmpty
+            text: qsTr("Nothing matches its rules.")
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignHCenter
+            color: Theme.backdropTextDim
+            font.pixelSize: Theme.textFont
+        }
+
         PageDots {
+            room: panel.width - 40
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.bottom: parent.bottom
             anchors.bottomMargin: 12

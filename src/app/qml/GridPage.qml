@@ -31,26 +31,136 @@ Item {
         return Qt.rect(0, 0, 0, 0);
     }
 
-    // Moves the tiles on their way to where they make room; all the way without a time.
+    // Tiles are on their way to where they belong.
+    property bool isGliding: false
+
+    function offsetOf(index) {
+        const place = index < places.length && places[index] >= 0 ? places[index] : index;
+        return Qt.point((place % columns - index % columns) * cellWidth,
+                        (Math.floor(place / columns) - Math.floor(index / columns)) * cellHeight);
+    }
+
+    // Moves the tiles on, all the way without a time.
     function slide(seconds) {
-        const share = seconds < 0 ? 1 : Math.min(1, seconds * 16);
+        const share = seconds < 0 || Theme.reducesMotion ? 1 : 1 - Math.exp(-seconds * Theme.glide);
+        let isMoving = false;
         for (let i = 0; i < repeater.count; ++i) {
             const tile = repeater.itemAt(i);
             if (!tile)
                 continue;
-            const place = i < places.length && places[i] >= 0 ? places[i] : i;
-            const across = (place % columns - i % columns) * cellWidth;
-            const down = (Math.floor(place / columns) - Math.floor(i / columns)) * cellHeight;
-            tile.shiftX += (across - tile.shiftX) * share;
-            tile.shiftY += (down - tile.shiftY) * share;
-            tile.isPushedOff = place >= columns * rows;
+            const to = offsetOf(i);
+            const across = to.x - tile.shiftX;
+            const down = to.y - tile.shiftY;
+            const isThere = Math.abs(across) + Math.abs(down) < 0.5;
+            tile.shiftX = isThere ? to.x : tile.shiftX + across * share;
+            tile.shiftY = isThere ? to.y : tile.shiftY + down * share;
+            tile.isPushedOff = i < places.length && places[i] >= columns * rows;
+            isMoving = isMoving || !isThere;
         }
+        isGliding = isMoving;
+    }
+
+    // Notes where each tile is seen, by its identifier, in pixels along the strip.
+    function remember(positions) {
+        for (let i = 0; i < repeater.count; ++i) {
+            const tile = repeater.itemAt(i);
+            if (tile && !tile.isVacant)
+                positions[tile.tileId] = Qt.point(index * width + tile.x, tile.y);
+        }
+    }
+
+    // Tiles that were elsewhere begin there; those that were nowhere fade in.
+    function begin(positions) {
+        for (let i = 0; i < repeater.count; ++i) {
+            const tile = repeater.itemAt(i);
+            if (!tile || tile.isVacant)
+                continue;
+            const from = positions[tile.tileId];
+            const x = leftMargin + i % columns * cellWidth;
+            const y = topMargin + Math.floor(i / columns) * cellHeight;
+            const isMoved = from !== undefined && Math.abs(from.x - index * width - x) + Math.abs(from.y - y) > 1;
+            tile.shiftX = isMoved && !Theme.reducesMotion ? from.x - index * width - x : 0;
+            tile.shiftY = isMoved && !Theme.reducesMotion ? from.y - y : 0;
+            isGliding = isGliding || isMoved;
+            if (from === undefined || (isMoved && Theme.reducesMotion))
+                tile.appear();
+        }
+    }
+
+    // The tile that was let go flies home from there: a point of this page.
+    function flyHome(tileId, point) {
+        for (let i = 0; i < repeater.count; ++i) {
+            const tile = repeater.itemAt(i);
+            if (!tile || tile.tileId !== tileId || tile.isVacant)
+                continue;
+            tile.shiftX = point.x - (tile.width - iconSide) / 2 - (leftMargin + i % columns * cellWidth);
+            tile.shiftY = point.y - tile.iconTop - (topMargin + Math.floor(i / columns) * cellHeight);
+            isGliding = true;
+        }
+    }
+
+    // The tiles that a rectangle of the page touches.
+    function tilesIn(rect) {
+        const found = [];
+        for (let i = 0; i < repeater.count; ++i) {
+            const tile = repeater.itemAt(i);
+            const side = tile ? (tile.width - iconSide) / 2 : 0;
+            if (tile && !tile.isVacant && tile.x + side < rect.x + rect.width && tile.x + side + iconSide > rect.x
+                    && tile.y + tile.iconTop < rect.y + rect.height && tile.y + tile.iconTop + iconSide > rect.y)
+                found.push(tile.tileId);
+        }
+        return found;
     }
 
     readonly property rect caret: canLift && launcher.drag.revision > 0 && launcher.drag.isLifted
                                   ? launcher.drag.caretOf(isInFolder, index) : Qt.rect(0, 0, 0, 0)
 
-    onPlacesChanged: if (places.length === 0) slide(-1)
+    onPlacesChanged: if (places.length === 0) isGliding = true
+
+    // Between the tiles a mouse draws a band that selects; a finger, and what begins beyond the tiles, turns pages.
+    MouseArea {
+        id: band
+
+        property point from
+        property bool isDrawn: false
+        property bool adds: false
+        readonly property rect area: Qt.rect(Math.min(from.x, mouseX), Math.min(from.y, mouseY),
+                                             Math.abs(mouseX - from.x), Math.abs(mouseY - from.y))
+
+        function select() {
+            page.launcher.selectTiles(page.tilesIn(Qt.rect(x + area.x, y + area.y, area.width, area.height)), adds);
+        }
+
+        objectName: "selectionBand"
+        x: page.leftMargin
+        y: page.topMargin
+        width: page.columns * page.cellWidth
+        height: page.rows * page.cellHeight
+        enabled: page.canLift
+        preventStealing: true
+        pressAndHoldInterval: 900
+        onPressed: event => {
+            event.accepted = event.source === Qt.MouseEventNotSynthesized;
+            from = Qt.point(event.x, event.y);
+            isDrawn = false;
+            adds = event.modifiers & (Qt.ControlModifier | Qt.ShiftModifier);
+        }
+        onPositionChanged: {
+            isDrawn = isDrawn || area.width + area.height > Qt.styleHints.startDragDistance;
+            if (isDrawn)
+                select();
+        }
+        onPressAndHold: event => {
+            if (!isDrawn)
+                page.launcher.openMenu("", mapToItem(null, event.x, event.y));
+        }
+        onReleased: isDrawn = false
+        onCanceled: isDrawn = false
+        onClicked: event => {
+            if (area.width + area.height <= Qt.styleHints.startDragDistance && !adds)
+                page.launcher.clickBeside();
+        }
+    }
 
     Repeater {
         id: repeater
@@ -79,8 +189,38 @@ Item {
         color: Theme.caret
     }
 
+    // Before what was found by letters that lie apart.
+    Rectangle {
+        readonly property int first: {
+            for (let i = 0; i < repeater.count; ++i)
+                if (repeater.itemAt(i) && repeater.itemAt(i).isWeak && !repeater.itemAt(i).isVacant)
+                    return i;
+            return -1;
+        }
+        readonly property bool isRow: first % page.columns === 0
+
+        objectName: "matchDivider"
+        visible: first > 0
+        x: page.leftMargin + (isRow ? 0 : first % page.columns * page.cellWidth - 1)
+        y: page.topMargin + Math.floor(first / page.columns) * page.cellHeight + (isRow ? -1 : page.cellHeight * 0.12)
+        width: isRow ? page.columns * page.cellWidth : 2
+        height: isRow ? 2 : page.cellHeight * 0.76
+        color: Theme.backdropOutline
+    }
+
+    Rectangle {
+        visible: band.isDrawn
+        x: band.x + band.area.x
+        y: band.y + band.area.y
+        width: band.area.width
+        height: band.area.height
+        radius: Theme.fieldRadius
+        color: Theme.tileHovered
+        border.color: Theme.tileRing
+    }
+
     Loader {
-        active: page.places.length > 0
+        active: page.places.length > 0 || page.isGliding
         sourceComponent: FrameAnimation {
             running: true
             onTriggered: page.slide(frameTime)

@@ -7,10 +7,15 @@ FocusScope {
 
     required property LauncherController launcher
 
+    // The launcher goes, or has gone: it fades, and comes back a little nearer.
+    property bool isAway: false
+
     focus: true
+    opacity: isAway ? 0 : 1
+    scale: isAway && !Theme.reducesMotion ? 1.04 : 1
     Keys.onPressed: event => {
         if (launcher.renaming.tileId === "")
-            event.accepted = launcher.pressKey(event.key, event.modifiers) || launcher.type(event.text);
+            event.accepted = launcher.pressKey(event.key, event.modifiers, event.text) || launcher.type(event.text);
     }
 
     Connections {
@@ -33,6 +38,14 @@ FocusScope {
             root.launcher.openMenu(tileId, rect.width > 0 ? Qt.point(rect.x + rect.width / 2, rect.y + rect.height / 2)
                                                           : Qt.point(root.width / 2, root.height / 2));
         }
+    }
+
+    Behavior on opacity {
+        NumberAnimation { duration: Theme.fadeTime }
+    }
+
+    Behavior on scale {
+        NumberAnimation { duration: Theme.fadeTime; easing.type: Theme.curve }
     }
 
     Binding {
@@ -64,7 +77,7 @@ FocusScope {
 
             TapHandler {
                 gesturePolicy: TapHandler.ReleaseWithinBounds
-                onTapped: root.launcher.escape()
+                onTapped: root.launcher.clickBeside()
                 onLongPressed: root.launcher.openMenu("", point.position)
             }
 
@@ -95,6 +108,7 @@ FocusScope {
                 anchors.horizontalCenter: parent.horizontalCenter
                 anchors.bottom: parent.bottom
                 anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
+                room: root.width - 40
                 count: root.launcher.grid.pageCount
                 position: pages.position
                 onChosen: page => root.launcher.grid.turnTo(page)
@@ -135,6 +149,7 @@ FocusScope {
                     anchors.horizontalCenter: parent.horizontalCenter
                     anchors.bottom: parent.bottom
                     anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
+                    room: root.width - 40
                     count: root.launcher.search.results.pageCount
                     position: results.position
                     onChosen: page => root.launcher.search.results.turnTo(page)
@@ -203,7 +218,7 @@ FocusScope {
     Notice {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: root.launcher.isWindowed ? 48 : 76
+        anchors.bottomMargin: root.launcher.isWindowed ? 8 : 20
         text: root.launcher.notice
     }
 
@@ -245,6 +260,14 @@ FocusScope {
         enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
         wanted: root.launcher.sheets.current === "updates"
+    }
+
+    OnDemand {
+        anchors.fill: parent
+        file: "KeysSheet.qml"
+        enabled: !root.launcher.alert.isOpen
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "keys"
     }
 
     OnDemand {

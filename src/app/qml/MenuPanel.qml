@@ -14,7 +14,8 @@ Rectangle {
     readonly property real lineWidth: {
         let widest = 150;
         for (const entry of entries)
-            widest = Math.max(widest, metrics.advanceWidth(entry.title));
+            widest = Math.max(widest, metrics.advanceWidth(entry.title)
+                              + (entry.shortcut ? metrics.advanceWidth(entry.shortcut) + 28 : 0));
         return Math.ceil(Math.min(longest, widest + 50)) + markWidth;
     }
 
@@ -114,14 +115,27 @@ Rectangle {
 
                         x: 12 + panel.markWidth
                         anchors.verticalCenter: parent.verticalCenter
-                        width: parent.width - x - 12 - (line.modelData.hasEntries ? 14 : 0)
+                        width: parent.width - x - 12 - (line.modelData.hasEntries ? 14 : keys.text !== "" ? keys.width + 14 : 0)
                         text: line.modelData.title
-                        color: !line.modelData.isEnabled ? Theme.textFaint
-                               : line.modelData.isDestructive && !line.isCurrent ? Theme.dangerText : Theme.text
+                        color: !line.modelData.isEnabled ? Theme.textFaint : line.isCurrent ? Theme.accentText
+                               : line.modelData.isDestructive ? Theme.dangerText : Theme.text
                         wrapMode: line.modelData.isEnabled ? Text.NoWrap : Text.Wrap
                         elide: Text.ElideRight
                         textFormat: Text.PlainText
                         font.pixelSize: Theme.textFont
+                    }
+
+                    Text {
+                        id: keys
+
+                        anchors.right: parent.right
+                        anchors.rightMargin: 12
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: line.modelData.shortcut ?? ""
+                        color: words.color
+                        opacity: 0.6
+                        textFormat: Text.PlainText
+                        font.pixelSize: Theme.controlFont
                     }
 
                     Text {

@@ -9,15 +9,14 @@ T.TextField {
     required property LauncherController launcher
     required property string name
 
-    height: implicitHeight
-    implicitHeight: contentHeight + 8
+    height: contentHeight + 8
     leftPadding: 8
     rightPadding: 8
     verticalAlignment: TextInput.AlignVCenter
     horizontalAlignment: contentWidth < width - 16 ? TextInput.AlignHCenter : TextInput.AlignLeft
     color: Theme.text
     selectionColor: Theme.accent
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.accentText
     selectByMouse: true
     clip: true
     maximumLength: 255

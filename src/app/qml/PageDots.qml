@@ -9,7 +9,8 @@ Row {
     required property real position
     // Many pages have small dots.
     readonly property int pitch: count > 24 ? 12 : 22
-    readonly property int most: 41
+    property real room: 1000
+    readonly property int most: Math.max(5, Math.min(41, Math.floor(room / pitch) - 1)) | 1
     readonly property int first: Math.max(0, Math.min(count - most, Math.round(position) - (most - 1) / 2))
 
     signal chosen(int page)

@@ -49,6 +49,56 @@ PagerItem {
         }
     }
 
+    // Where tiles were before a change, and where one was let go.
+    property var positions: ({})
+    property var released: null
+
+    Connections {
+        target: strip.canLift ? strip.model : null
+
+        function onAboutToRearrange() {
+            const positions = {};
+            for (let i = 0; i < repeater.count; ++i)
+                if (repeater.itemAt(i) && repeater.itemAt(i).item)
+                    repeater.itemAt(i).item.remember(positions);
+            if (strip.released && positions[strip.released.tile] === undefined)
+                positions[strip.released.tile] = strip.released.at;
+            strip.positions = positions;
+        }
+        function onRearranged() {
+            for (let i = 0; i < repeater.count && Object.keys(strip.positions).length > 0; ++i)
+                if (repeater.itemAt(i) && repeater.itemAt(i).item)
+                    repeater.itemAt(i).item.begin(strip.positions);
+            strip.positions = {};
+        }
+    }
+
+    Connections {
+        target: strip.launcher.drag
+
+        function onChanged() {
+            const drag = strip.launcher.drag;
+            if (drag.isLifted || drag.releasedTile === "" || !strip.enabled || Theme.reducesMotion)
+                return;
+            for (let i = 0; i < repeater.count; ++i) {
+                const slot = repeater.itemAt(i);
+                if (!slot || !slot.item)
+                    continue;
+                slot.item.flyHome(drag.releasedTile, slot.item.mapFromItem(null, drag.releasedAt.x, drag.releasedAt.y));
+                if (slot.isCurrent) {
+                    const at = slot.item.mapFromItem(null, drag.releasedAt.x, drag.releasedAt.y);
+                    const metrics = strip.model.metrics;
+                    strip.released = {
+                        tile: drag.releasedTile,
+                        at: Qt.point(slot.x + at.x - (metrics.cellWidth - metrics.iconSide) / 2, at.y - metrics.cellHeight * 0.1)
+                    };
+                }
+            }
+            // The drop follows at once, if there is one.
+            Qt.callLater(() => strip.released = null);
+        }
+    }
+
     pageCount: model.pageCount
     page: model.page
     onTurned: page => model.turnTo(page)

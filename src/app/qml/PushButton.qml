@@ -17,8 +17,8 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
 
-    Keys.onReturnPressed: button.click()
-    Keys.onEnterPressed: button.click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     background: Rectangle {
         radius: Theme.controlRadius
@@ -37,7 +37,7 @@ T.Button {
             width: Math.min(implicitWidth, parent.width - 20)
             elide: Text.ElideRight
             text: button.text
-            color: button.isDefault || button.isDestructive ? Theme.onAccent : Theme.text
+            color: button.isDefault || button.isDestructive ? Theme.accentText : Theme.text
             textFormat: Text.PlainText
             font.pixelSize: Theme.textFont
             font.weight: Font.Medium

@@ -17,8 +17,8 @@ T.RoundButton {
     Accessible.role: Accessible.Button
     Accessible.name: label
 
-    Keys.onReturnPressed: button.click()
-    Keys.onEnterPressed: button.click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     background: Rectangle {
         radius: height / 2

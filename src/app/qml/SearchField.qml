@@ -16,7 +16,7 @@ Item {
             input.item.forceActiveFocus();
     }
 
-    width: 240
+    width: Math.min(240, parent.width - 24)
     height: 30
 
     Rectangle {
@@ -65,7 +65,7 @@ Item {
             opacity: text !== "" || preeditText !== "" ? 1 : 0
             color: Theme.backdropText
             selectionColor: Theme.accent
-            selectedTextColor: Theme.onAccent
+            selectedTextColor: Theme.accentText
             selectByMouse: true
             clip: true
             font.pixelSize: Theme.textFont
@@ -75,7 +75,7 @@ Item {
 
             Component.onCompleted: text = field.launcher.search.text
             onTextEdited: field.launcher.search.text = text
-            Keys.onPressed: event => event.accepted = field.launcher.pressKey(event.key, event.modifiers)
+            Keys.onPressed: event => event.accepted = field.launcher.pressKey(event.key, event.modifiers, event.text)
 
             Connections {
                 target: field.launcher.search

@@ -12,9 +12,15 @@ FocusScope {
     signal chosen(int index)
     signal stepped(int by)
 
-    implicitWidth: row.implicitWidth
-    implicitHeight: row.implicitHeight
-    height: row.height
+    // Beside each other.
+    implicitWidth: {
+        let sum = 0;
+        for (let i = 0; i < row.children.length; ++i)
+            if (row.children[i].implicitWidth > 0)
+                sum += row.children[i].implicitWidth + (sum > 0 ? row.spacing : 0);
+        return sum;
+    }
+    implicitHeight: row.height
     activeFocusOnTab: true
     opacity: enabled ? 1 : Theme.unavailable
 
@@ -60,7 +66,7 @@ FocusScope {
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                     text: choice.text
-                    color: choice.modelData.isChosen ? Theme.onAccent : Theme.text
+                    color: choice.modelData.isChosen ? Theme.accentText : Theme.text
                     textFormat: Text.PlainText
                     font.pixelSize: Theme.controlFont
                 }

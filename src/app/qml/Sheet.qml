@@ -30,9 +30,11 @@ FocusScope {
     readonly property real room: height - 2 * margin - heading.height - ends.height - 2 * padding - 2 * gap
     readonly property real stretchedRoom: {
         let left = room;
-        for (const part of body.children)
+        for (let i = 0; i < body.children.length; ++i) {
+            const part = body.children[i];
             if (part !== stretched && part.visible && part.height > 0)
                 left -= part.height + body.spacing;
+        }
         return left;
     }
 
@@ -43,9 +45,11 @@ FocusScope {
     signal closed
 
     function pressDefault() {
-        for (const button of buttons.children)
+        for (let i = 0; i < buttons.children.length; ++i) {
+            const button = buttons.children[i];
             if (button.isDefault && button.enabled && button.visible)
-                return button.click();
+                return button.clicked();
+        }
     }
 
     // What has the keyboard is seen.
@@ -153,9 +157,9 @@ FocusScope {
 
             readonly property real footWidth: {
                 let widest = 0;
-                for (const part of foot.children)
-                    if (part.visible)
-                        widest = Math.max(widest, part.implicitWidth);
+                for (let i = 0; i < foot.children.length; ++i)
+                    if (foot.children[i].visible)
+                        widest = Math.max(widest, foot.children[i].implicitWidth);
                 return widest;
             }
             readonly property bool isBeside: footWidth + buttons.wantedWidth + 16 <= width
@@ -180,9 +184,9 @@ FocusScope {
 
                 readonly property real wantedWidth: {
                     let sum = -spacing;
-                    for (const button of children)
-                        if (button.visible)
-                            sum += button.width + spacing;
+                    for (let i = 0; i < children.length; ++i)
+                        if (children[i].visible)
+                            sum += children[i].width + spacing;
                     return sum;
                 }
 

@@ -66,7 +66,7 @@ QtObject {
     readonly property color accent: isLight ? "#2f66f0" : "#4f80ff"
     readonly property color accentPressed: isLight ? "#2556d6" : "#3d6ff0"
     readonly property color accentSoft: "#404f80ff"
-    readonly property color onAccent: "#ffffff"
+    readonly property color accentText: "#ffffff"
     readonly property color focusRing: isLight ? "#0b3fc4" : "#ffffff"
     readonly property color defaultRing: isLight ? "#4d0b3fc4" : "#99ffffff"
     readonly property color danger: isLight ? "#d93a2f" : "#e5483d"
@@ -107,6 +107,7 @@ QtObject {
     readonly property int moveTime: reducesMotion ? 0 : 260
     readonly property int fadeTime: 180
     readonly property int busyTime: 700
+    readonly property real glide: 16 // a second: how fast tiles come to their places
     readonly property int curve: Easing.OutCubic
     readonly property int swing: Easing.InOutSine
 }

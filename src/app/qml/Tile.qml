@@ -16,6 +16,10 @@ Item {
     required property bool isUnavailable
     required property bool isSelected
     required property bool isVacant
+    required property bool isCut
+    required property string markedLabel
+    required property string place
+    required property bool isWeak
     property LauncherController launcher
     property int iconSide
     property int labelPixels
@@ -27,17 +31,42 @@ Item {
     readonly property bool isTarget: launcher.drag.targetId === tileId
     // The pointer rests on it with others: this is the folder that they would make.
     readonly property bool isForming: isTarget && launcher.drag.suggestedName !== ""
-    readonly property bool isRenamed: enabled && launcher.renaming.tileId === tileId
+    // The same tile may be on a page behind.
+    readonly property bool isRenamed: enabled && visible && launcher.renaming.tileId === tileId
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
+    readonly property real wholeOpacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
+
+    function setOff(marked) {
+        return marked.replace(/<b>/g, "<font color=\"" + Theme.matched + "\"><b>").replace(/<\/b>/g, "</b></font>");
+    }
+
+    function appear() {
+        fadeIn.restart();
+    }
 
     visible: !isVacant
     // The tiles that are carried leave their places.
-    opacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
+    opacity: wholeOpacity
+
+    NumberAnimation {
+        id: fadeIn
+
+        target: tile
+        property: "opacity"
+        from: 0
+        to: 1
+        duration: Theme.fadeTime
+        onStopped: tile.opacity = Qt.binding(() => tile.wholeOpacity)
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: label
-    Accessible.description: activity
+    Accessible.description: [activity, place].filter(text => text !== "").join(", ")
+    Accessible.focusable: true
+    Accessible.focused: isSelected
     Accessible.onPressAction: launcher.activate(tileId)
+
+    z: tip.active ? 1 : 0
 
     // The plate under the pointer, and the ring of the keyboard.
     Rectangle {
@@ -75,7 +104,7 @@ Item {
         kind: tile.kind
         appKeys: tile.appKeys
         symbolName: tile.symbolName
-        opacity: tile.isUnavailable ? 0.35 : tile.activity !== "" ? 0.55 : mouse.pressed ? 0.7 : 1
+        opacity: tile.isUnavailable ? 0.35 : tile.isCut ? 0.4 : tile.isWeak ? 0.75 : tile.activity !== "" ? 0.55 : mouse.pressed ? 0.7 : 1
         scale: tile.isForming ? 0.62 : tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
         // A folder that is open is shown by its panel.
         visible: !(tile.launcher.folder.isOpen && tile.launcher.folder.tileId === tile.tileId)
@@ -128,14 +157,30 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
         y: tile.iconTop + tile.iconSide + 4
         width: tile.width - 10
-        text: tile.activity !== "" ? tile.activity : tile.label
+        text: tile.activity !== "" ? tile.activity : tile.markedLabel !== "" ? tile.setOff(tile.markedLabel) : tile.label
         elide: Text.ElideRight
         maximumLineCount: 1
         horizontalAlignment: Text.AlignHCenter
-        color: tile.isUnavailable ? Theme.backdropTextFaint : Theme.backdropText
+        color: tile.isUnavailable || tile.isCut ? Theme.backdropTextFaint : tile.isWeak ? Theme.backdropTextDim : Theme.backdropText
         font.pixelSize: tile.labelPixels
         renderType: Text.QtRendering
-        textFormat: Text.PlainText
+        textFormat: tile.markedLabel !== "" && tile.activity === "" ? Text.StyledText : Text.PlainText
+    }
+
+    // Where it lies, of what was found.
+    Loader {
+        active: tile.place !== "" && !tile.isRenamed
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: name.y + name.height
+        sourceComponent: Text {
+            width: Math.min(implicitWidth, tile.width - 10)
+            text: tile.place
+            elide: Text.ElideRight
+            color: Theme.backdropTextFaint
+            font.pixelSize: Math.max(Theme.tinyFont, tile.labelPixels - 3)
+            renderType: Text.QtRendering
+            textFormat: Text.PlainText
+        }
     }
 
     Loader {
@@ -208,12 +253,14 @@ Item {
     }
 
     Loader {
-        active: tile.isUnavailable && hover.hovered
+        id: tip
+
+        active: hover.hovered && !tile.launcher.drag.isLifted && !tile.isRenamed && (tile.isUnavailable || name.truncated)
         anchors.horizontalCenter: parent.horizontalCenter
-        y: tile.iconTop - 10
+        y: tile.isUnavailable ? tile.iconTop - 10 : name.y + name.height + 2
         z: 10
         sourceComponent: Tip {
-            text: tile.launcher.unavailableNotice
+            text: tile.isUnavailable ? tile.launcher.unavailableNotice : tile.label
         }
     }
 }

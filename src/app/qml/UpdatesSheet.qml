@@ -98,9 +98,10 @@ Sheet {
             }
         }
 
-        onCurrentIndexChanged: if (activeFocus && currentIndex > 0) isUsed = true
-        Keys.onReturnPressed: sheet.updates.act(currentIndex)
-        Keys.onEnterPressed: sheet.updates.act(currentIndex)
+        // Not by its index: that also changes as lines come.
+        Keys.onPressed: isUsed = true
+        Keys.onReturnPressed: count > 0 ? sheet.updates.act(currentIndex) : sheet.pressDefault()
+        Keys.onEnterPressed: count > 0 ? sheet.updates.act(currentIndex) : sheet.pressDefault()
         Keys.onSpacePressed: sheet.updates.act(currentIndex)
         Keys.onMenuPressed: if (currentItem && !currentItem.isSection) currentItem.openMenu()
         Keys.onRightPressed: if (currentItem && !currentItem.isSection) currentItem.openMenu()
