@@ -250,7 +250,7 @@ void SmartFolderLibrary::startRound() {
     scheduleNextLook();
     if (_preview)
         gatherForPreview();
-    if (_definitions.isEmpty() && _settledCallbacks.empty()) {
+    if (_definitions.isEmpty() && _waiting.empty()) {
         const bool wasShown =
             std::ranges::any_of(_evaluations, [](const Evaluations& each) { return !each.isEmpty(); });
         return finishRound({.evaluations = {}, .prepared = {}, .isAnother = wasShown}, true);
@@ -307,16 +307,24 @@ void SmartFolderLibrary::finishRound(Evaluated evaluated, bool isComplete) {
         _evaluations = std::move(evaluated.evaluations);
         changed.notify();
     }
-    if (!isComplete)
-        return;
-    _extraNeeds = {};
-    for (const auto& callback : std::exchange(_settledCallbacks, {}))
-        callback();
+    SmartFolderNeeds pending;
+    if (isComplete)
+        _extraNeeds = {};
+    else
+        for (const auto& record : std::as_const(_facts))
+            pending |= record->pending & toolNeeds;
+    const auto first = std::ranges::stable_partition(
+        _waiting, [&](const Waiting& waiting) { return static_cast<bool>(waiting.needs & pending); });
+    const std::vector<Waiting> served(std::make_move_iterator(first.begin()),
+                                      std::make_move_iterator(first.end()));
+    _waiting.erase(first.begin(), first.end());
+    for (const Waiting& waiting : served)
+        waiting.done();
 }
 
 void SmartFolderLibrary::gatherFacts(SmartFolderNeeds needs, std::function<void()> done) {
     _extraNeeds |= needs;
-    _settledCallbacks.push_back(std::move(done));
+    _waiting.push_back({needs, std::move(done)});
     startRound();
 }
 

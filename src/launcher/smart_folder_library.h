@@ -88,7 +88,8 @@ public:
 
     /// The facts of the last round, of hidden applications too, in the order of the applications.
     SmartFolderFactsList facts(LauncherWindowMode mode) const;
-    /// Calls `done` once the facts are those of now, with these needs beside those of the definitions.
+    /// Calls `done` once the facts are those of now, with these needs beside those of the definitions;
+    /// for what only definitions need it does not wait.
     void gatherFacts(SmartFolderNeeds needs, std::function<void()> done);
     /// All facts of one application, without a look at any other.
     void gatherFactsOf(const AppEntry& app, LauncherWindowMode mode,
@@ -177,7 +178,11 @@ private:
     std::list<Task> _singleTasks;
     std::optional<CalendarInterval> _today;
     Timer _nextLook;
-    std::vector<std::function<void()>> _settledCallbacks;
+    struct Waiting {
+        SmartFolderNeeds needs;
+        std::function<void()> done;
+    };
+    std::vector<Waiting> _waiting; ///< for facts
 };
 
 /// The smart folders that show each application, by app key. Good for any thread.

@@ -219,6 +219,26 @@ TEST_F(SmartFolderLibraryTest, AFolderThatWaitsForAToolHoldsUpNoOther) {
     EXPECT_EQ(toolRuns(), before);
 }
 
+TEST_F(SmartFolderLibraryTest, WhoAsksForWhatBundlesTellWaitsForNoTool) {
+    std::latch answer(1);
+    mac.tool(u"/usr/bin/codesign"_qs, [&](const Command&, std::stop_token) {
+        answer.wait();
+        return test::exited(1);
+    });
+    start();
+    ASSERT_TRUE(editor().addSmartFolder(
+        mode(), definition(u"Fern"_qs, SmartFolderTextRule{mac.uuids.next(), "developer",
+                                                           predicate::Contains(u"fern"_qs)})));
+    QStringList told;
+    library().gatherFacts(SmartFolderNeed::signature, [&] { told += u"tools"_qs; });
+    library().gatherFacts(SmartFolderNeed::bundle, [&] { told += u"files"_qs; });
+    mac.until([&] { return !told.isEmpty(); });
+    EXPECT_EQ(told, QStringList{u"files"_qs});
+    answer.count_down();
+    mac.settle();
+    EXPECT_EQ(told, (QStringList{u"files"_qs, u"tools"_qs}));
+}
+
 TEST_F(SmartFolderLibraryTest, HiddenApplicationsCountNowhereInTheirMode) {
     start();
     auto two = definition(u"Two"_qs,
