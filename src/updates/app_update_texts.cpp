@@ -1,10 +1,14 @@
 #include "updates/app_update_texts.h"
 
+#include "platform/text.h"
+
 namespace tessellar {
 
 QString update_texts::available(const std::optional<QString>& installed, const QString& latest) {
-    return installed ? QStringLiteral("Update available: %1 → %2").arg(*installed, latest)
-                     : QStringLiteral("Update available: %1").arg(latest);
+    // A cask of several applications has a version of its own, which may read as older than theirs.
+    return installed && compareNumeric(*installed, latest) <= 0
+               ? QStringLiteral("Update available: %1 → %2").arg(*installed, latest)
+               : QStringLiteral("Update available: %1").arg(latest);
 }
 
 QString update_texts::summary(const AppUpdateTally& tally, const QList<AppUpdateProblem>& problems,
@@ -35,20 +39,20 @@ QString update_texts::summary(const AppUpdateTally& tally, const QList<AppUpdate
 }
 
 QString update_texts::status(const AppUpdateRecord& record) {
-    const auto why = [&] { return record.reason ? message(*record.reason) : QString(); };
     const auto text = [&](const AppUpdateStatus& status) {
         if (const auto* update = std::get_if<UpdateAvailable>(&status))
             return available(record.installedVersion, update->latestVersion);
         return std::holds_alternative<UpToDate>(status) ? QStringLiteral("Up to date")
-               : hasFailed(status) ? QStringLiteral("The check failed. %1").arg(why()).trimmed()
-                                   : QStringLiteral("Its source cannot tell. %1").arg(why()).trimmed();
+               : hasFailed(status)                      ? QStringLiteral("The check failed")
+                                                        : QStringLiteral("Its source cannot tell");
     };
     QString line = text(record.status);
-    if (record.reason && std::holds_alternative<UpdateAvailable>(record.status))
+    if (record.reason)
         line += QStringLiteral(". %1").arg(message(*record.reason));
-    return record.lastKnownStatus
-               ? QStringLiteral("%1 Before: %2").arg(line, text(*record.lastKnownStatus))
-               : line;
+    if (record.lastKnownStatus)
+        line += (record.reason ? QStringLiteral(" Before: ") : QStringLiteral(". Before: ")) +
+                text(*record.lastKnownStatus);
+    return line;
 }
 
 bool isBuiltIn(const QString& path) { return FileSystem::isWithin(path, QStringLiteral("/System")); }

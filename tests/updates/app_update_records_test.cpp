@@ -82,8 +82,14 @@ TEST(AppUpdateSettings, TakeOnlyTheIntervalsAndSecureAddresses) {
 }
 
 TEST(AppUpdateTexts, SayWhatIsThere) {
-    EXPECT_EQ(update_texts::available(u"1.0"_s, u"%1"_s), u"Update available: 1.0 → %1"_s);
+    EXPECT_EQ(update_texts::available(u"1.0"_s, u"2%1"_s), u"Update available: 1.0 → 2%1"_s);
     EXPECT_EQ(update_texts::available(std::nullopt, u"2"_s), u"Update available: 2"_s);
+    EXPECT_EQ(update_texts::available(u"3.2"_s, u"3.1"_s), u"Update available: 3.1"_s);
+    EXPECT_EQ(update_texts::status({.status = UpdateCheckFailed(),
+                                    .lastKnownStatus = UpdateUnsupported(),
+                                    .reason = AppUpdateReason{AppUpdateReason::Code::throttled, {}}}),
+              u"The check failed. The server takes no more questions for now. Before: Its source "
+              "cannot tell"_s);
     const auto summary = [](const AppUpdateTally& tally) {
         return update_texts::summary(tally, {}, u"today"_s);
     };
