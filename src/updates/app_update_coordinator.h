@@ -65,7 +65,7 @@ public:
     bool isEnabled() const;
     /// Takes the applications shown; what their bundles say follows, then `inspected`.
     void updateApps(const QList<AppEntry>& apps);
-    /// Applications are known by other keys now: their records go along.
+    /// Applications are known by other keys now: their records go along, and what is skipped of them.
     void changeKeys(const QHash<QString, QString>& changedKeys);
     /// Saves at once what is unsaved.
     std::expected<void, FileError> flush();
