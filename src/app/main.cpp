@@ -43,8 +43,6 @@ struct Arguments {
     bool usesHardware = false;
 };
 
-std::string text(const QString& value) { return value.toStdString(); }
-
 std::string manual(const CLI::App& app, const std::string& form) {
     ProgramOutline outline = outlineOf(app);
     outline.description = "application launcher: all applications as pages of tiles";
@@ -203,7 +201,7 @@ int run(int argc, char** argv) {
     }
     Machine& machine = (*host)->machine();
     // Ends as it does when its window is closed: with what is edited saved, and no tool left running.
-    const Interruption interruption([] { QGuiApplication::quit(); });
+    const Interruption interruption([](int) { QGuiApplication::quit(); });
     // Two writers never interleave.
     const auto found = findLauncherOrLock(
         **host, QStringLiteral("Tessellar, process %1").arg(QGuiApplication::applicationPid()));

@@ -12,6 +12,12 @@
 
 namespace tessellar {
 
+/// Why nobody waits for a command any more.
+enum class Unwanted {
+    stopped, ///< the user wants it to end
+    left,    ///< whoever began it is gone: a terminal that was closed, a machine that shuts down
+};
+
 /// Where the words of a command go as they come.
 struct CommandOutput {
     std::function<void(const QByteArray&)> out;
@@ -19,7 +25,7 @@ struct CommandOutput {
     std::function<void(int status)> finished; ///< once, last
     /// Takes what is to be called once nobody hears any more: a command that would go on until it is
     /// stopped ends then.
-    std::function<void(std::function<void()>)> whenUnwanted = [](const auto&) {};
+    std::function<void(std::function<void(Unwanted)>)> whenUnwanted = [](const auto&) {};
 };
 
 /// How the words of a command are to be understood.
@@ -80,7 +86,10 @@ public:
     void finish(ExitStatus status);
 
     /// Calls back once nobody hears any more, so that waiting for it costs nothing.
-    void whenUnwanted(std::function<void()> call) { _output.whenUnwanted(std::move(call)); }
+    void whenUnwanted(std::function<void()> call) {
+        whenUnwanted([call = std::move(call)](Unwanted) { call(); });
+    }
+    void whenUnwanted(std::function<void(Unwanted)> call) { _output.whenUnwanted(std::move(call)); }
 
     /// What the command waits for; kept while the command is.
     std::vector<std::shared_ptr<void>> held;

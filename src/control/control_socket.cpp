@@ -18,6 +18,7 @@ constexpr std::chrono::milliseconds pingInterval{5'000};
 constexpr int maximumPings = 6;
 constexpr std::chrono::milliseconds stopPatience{2'000};
 const QByteArray stopLine = QByteArrayLiteral("{\"stop\":true}\n");
+const QByteArray leaveLine = QByteArrayLiteral("{\"leave\":true}\n");
 const QByteArray pingLine = QByteArrayLiteral("{\"ping\":true}\n");
 
 struct Request {
@@ -78,8 +79,7 @@ public:
         QObject::connect(_socket, &QObject::destroyed, [weak = weak_from_this()] {
             if (const auto self = weak.lock()) {
                 self->_socket = nullptr;
-                if (const auto call = std::exchange(self->_whenUnwanted, nullptr))
-                    call();
+                self->end(Unwanted::left);
             }
         });
     }
@@ -87,14 +87,19 @@ public:
 private:
     void read() {
         while (_socket && _socket->canReadLine()) {
-            const bool isStop = _socket->peek(stopLine.size()) == stopLine;
-            const bool isPing = !isStop && _socket->peek(pingLine.size()) == pingLine;
+            const auto isNext = [this](const QByteArray& line) {
+                return _socket->peek(line.size()) == line;
+            };
+            const bool isStop = isNext(stopLine);
+            const bool isEnd = isStop || isNext(leaveLine);
+            const bool isPing = !isEnd && isNext(pingLine);
             // Whoever does not read is not worked for.
-            if (!isStop && !isPing && (_isBusy || _socket->bytesToWrite() > maximumLine))
+            if (!isEnd && !isPing && (_isBusy || _socket->bytesToWrite() > maximumLine))
                 return;
             const QByteArray line = _socket->readLine(maximumLine + 1);
-            if (isStop) {
-                stop();
+            if (isEnd) {
+                if (!end(isStop ? Unwanted::stopped : Unwanted::left) && _isBusy)
+                    send(QStringLiteral("status"), static_cast<int>(ExitStatus::refused));
                 continue;
             }
             if (isPing) {
@@ -118,12 +123,12 @@ private:
             _socket->abort();
     }
 
-    /// What cannot be ended goes on, and nobody waits for it.
-    void stop() {
-        if (const auto call = std::exchange(_whenUnwanted, nullptr))
-            call();
-        else if (_isBusy)
-            send(QStringLiteral("status"), static_cast<int>(ExitStatus::refused));
+    /// False where the command cannot be ended: it goes on, and nobody waits for it.
+    bool end(Unwanted why) {
+        const auto call = std::exchange(_whenUnwanted, nullptr);
+        if (call)
+            call(why);
+        return call != nullptr;
     }
 
     void carryOut(const Request& request) {
@@ -156,7 +161,7 @@ private:
                     }
                 },
             .whenUnwanted =
-                [weak = weak_from_this()](std::function<void()> call) {
+                [weak = weak_from_this()](std::function<void(Unwanted)> call) {
                     if (const auto self = weak.lock())
                         self->_whenUnwanted = std::move(call);
                 }};
@@ -173,7 +178,7 @@ private:
 
     CommandExecutor& _executor;
     QLocalSocket* _socket;
-    std::function<void()> _whenUnwanted; ///< of the command under way
+    std::function<void(Unwanted)> _whenUnwanted; ///< of the command under way
     bool _isBusy = false;
 };
 
@@ -222,7 +227,7 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
                          CommandOutput output) {
     _output = std::move(output);
     _isRunning = true;
-    _output.whenUnwanted([this] { stop(); });
+    _output.whenUnwanted([this](Unwanted why) { stop(why); });
     awaitSign();
     const Request request{
         words,        options.json,      options.oneLine, options.showsProgress, options.answersUnsaved,
@@ -248,10 +253,10 @@ void RemoteExecutor::awaitSign() {
 
 /// The command says itself how it ended. Whoever does not want to wait for that either just goes, and
 /// nobody waits for a launcher that says nothing.
-void RemoteExecutor::stop() {
+void RemoteExecutor::stop(Unwanted why) {
     if (!_isRunning)
         return;
-    _socket->write(stopLine);
+    _socket->write(why == Unwanted::stopped ? stopLine : leaveLine);
     _socket->write(pingLine);
     _unanswered = 1;
     _patience = _scheduler.after(stopPatience, [this] {
@@ -260,7 +265,7 @@ void RemoteExecutor::stop() {
         else
             end("The launcher does not answer.\n");
     });
-    _output.whenUnwanted([this] { end({}); });
+    _output.whenUnwanted([this](Unwanted) { end({}); });
 }
 
 void RemoteExecutor::read() {

@@ -53,7 +53,7 @@ private:
     RemoteExecutor(std::unique_ptr<QLocalSocket> socket, Scheduler& scheduler);
     void read();
     void awaitSign();
-    void stop();
+    void stop(Unwanted why);
     void end(const QByteArray& error);
 
     std::unique_ptr<QLocalSocket> _socket;

@@ -20,6 +20,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
 
 namespace tessellar {
@@ -342,32 +343,33 @@ private:
     }
 
     CommandOutput output() {
-        return {.out = [](const QByteArray& text) { write(stdout, text); },
-                .error =
-                    [this](const QByteArray& text) {
-                        // Why nothing can be saved is said already; but in a batch, each refusal is.
-                        if (!_isBatch && _alerts.contains(text))
-                            return;
-                        _said.append(text);
-                        write(stderr, text);
-                    },
-                .finished =
-                    [this](int status) {
-                        _status = status;
-                        _isFinished = true;
-                    },
-                .whenUnwanted =
-                    [this](std::function<void()> call) { endWhenInterrupted(std::move(call)); }};
+        return {
+            .out = [](const QByteArray& text) { write(stdout, text); },
+            .error =
+                [this](const QByteArray& text) {
+                    // Why nothing can be saved is said already; but in a batch, each refusal is.
+                    if (!_isBatch && _alerts.contains(text))
+                        return;
+                    _said.append(text);
+                    write(stderr, text);
+                },
+            .finished =
+                [this](int status) {
+                    _status = status;
+                    _isFinished = true;
+                },
+            .whenUnwanted =
+                [this](std::function<void(Unwanted)> call) { endWhenInterrupted(std::move(call)); }};
     }
 
     /// A command that can end in its own way does so, with what it has started; others end at once.
-    void endWhenInterrupted(std::function<void()> call) {
+    void endWhenInterrupted(std::function<void(Unwanted)> call) {
         _whenUnwanted = std::move(call);
         if (!_interruption)
-            _interruption.emplace([this] {
+            _interruption.emplace([this](int signal) {
                 _isInterrupted = true;
                 if (const auto end = std::exchange(_whenUnwanted, nullptr))
-                    end();
+                    end(signal == SIGINT ? Unwanted::stopped : Unwanted::left);
             });
     }
 
@@ -393,7 +395,7 @@ private:
     LocalExecutor* _local = nullptr;
     QByteArrayList _alerts; ///< that were said on standard error, titles aside
     QByteArrayList _said;   ///< there besides
-    std::function<void()> _whenUnwanted;
+    std::function<void(Unwanted)> _whenUnwanted;
     bool _isBatch = false;
     int _status = 0;
     bool _isFinished = false;

@@ -5,6 +5,8 @@
 #include "launcher/launcher_updates.h"
 #include "updates/outside_words.h"
 
+#include <algorithm>
+
 namespace tessellar {
 namespace {
 
@@ -187,7 +189,8 @@ void showResult(const Call& call, const QString& appKey, const AppUpdateRecord& 
                 QStringLiteral("%1  %2").arg(name(call, appKey), statusText(call, appKey, record)));
 }
 
-void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcome) {
+/// A check that nobody answered, offline or with a brew that fails, has not succeeded.
+void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcome, bool wasAnswered) {
     call->showProgress({});
     if (!outcome)
         return call->fail(outcome.error());
@@ -197,6 +200,8 @@ void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcom
             {QStringLiteral("cancelled"), QStringLiteral("The check was cancelled."), {}});
     if (const auto saved = updates.flush(); !saved)
         return call->fail(saved.error());
+    if (!wasAnswered)
+        return call->fail({QStringLiteral("checkFailed"), updates.summary(), {}});
     QJsonObject document{{QStringLiteral("availableUpdateCount"), updates.availableCount()}};
     if (const auto problems = updates.problems(); !problems.isEmpty())
         document[QStringLiteral("problems")] = json::encode(problems);
@@ -218,15 +223,30 @@ void addCheck(CommandSet& set, CLI::App* group) {
         ->check(CLI::IsMember(kinds));
     set.onRun(check, CommandNeeds::launcherUntilStopped, [channel](const Call& call) {
         call->options.oneLine = true;
+        struct Answers {
+            bool areAny = false;
+            bool areFailures = false;
+        };
+        const auto answers = std::make_shared<Answers>();
+        const auto wanted = json::fromRawValue<AppUpdateChannelKind>(text(channel));
         call->whenUnwanted(call->launcher().updates().check(
-            json::fromRawValue<AppUpdateChannelKind>(text(channel)),
-            {.result = [call](const QString& appKey,
-                              const AppUpdateRecord& record) { showResult(call, appKey, record); },
+            wanted,
+            {.result =
+                 [call, answers](const QString& appKey, const AppUpdateRecord& record) {
+                     (hasFailed(record.status) ? answers->areFailures : answers->areAny) = true;
+                     showResult(call, appKey, record);
+                 },
              .progress =
                  [call] { call->showProgress(progressText(call->launcher().updates().progress())); },
              .done =
-                 [call](const std::expected<bool, LauncherError>& outcome) {
-                     endCheck(call, outcome);
+                 [call, answers, wanted](const std::expected<bool, LauncherError>& outcome) {
+                     const bool isTrouble =
+                         answers->areFailures ||
+                         std::ranges::any_of(call->launcher().updates().problems(),
+                                             [&](const AppUpdateProblem& problem) {
+                                                 return !wanted || problem.channel == *wanted;
+                                             });
+                     endCheck(call, outcome, answers->areAny || !isTrouble);
                  }}));
     });
 }
@@ -312,11 +332,16 @@ void addRun(CommandSet& set, CLI::App* group) {
         };
         LauncherUpdates& updates = call->launcher().updates();
         const auto begin = [call, answer, asked](const QStringList& keys) {
-            call->whenUnwanted(call->launcher().updates().run(
+            const auto giveUp = call->launcher().updates().run(
                 keys, answer,
                 [call, keys, asked](const std::expected<QString, LauncherError>& outcome) {
                     endRun(call, keys, outcome, *asked);
-                }));
+                });
+            // An upgrade is ended by who says so, not by a terminal that is closed.
+            call->whenUnwanted([giveUp](Unwanted why) {
+                using enum LauncherUpdates::GivingUp;
+                giveUp(why == Unwanted::stopped ? ending : leaving);
+            });
         };
         if (!*all)
             return begin(given);

@@ -111,10 +111,13 @@ void LauncherUpdates::heard(const AppUpdateEvent& event) {
         // While a tool takes bundles away and puts others in their stead, none of them is gone.
         _replacing = activeAppKey() ? _applications.replacing() : nullptr;
         const auto state = actionState(event.appKey);
-        const bool isPasswordAsked =
-            state && state->phase == AppUpdateActionState::Phase::password && !state->isOver();
-        if (!std::exchange(_wasPasswordAsked, isPasswordAsked) && isPasswordAsked)
+        using enum AppUpdateActionState::Phase;
+        const bool isPasswordAsked = state && state->phase == password && !state->isOver();
+        if (isPasswordAsked && !_wasPasswordAsked)
             passwordAsked.notify();
+        // What an earlier launcher began may have asked long ago: this one is here to stay.
+        _wasPasswordAsked = isPasswordAsked ||
+                            (state && state->phase == starting && _coordinator->runner().isTakenUp());
         return ran.notify(event.appKey);
     }
     case Kind::updated:

@@ -140,9 +140,10 @@ public:
     QStringList runnable() const;
     /// Asks through `asker`. `done` is called with what is to be said when all have ended and were
     /// checked again; a refusal of the user is "declined". The returned call ends this update as that
-    /// of `check` does.
-    std::function<void()> run(const QStringList& appKeys, LauncherAsker asker,
-                              std::function<void(std::expected<QString, LauncherError>)> done);
+    /// of `check` does, or leaves what is under way to itself: "left".
+    enum class GivingUp { ending, leaving };
+    std::function<void(GivingUp)> run(const QStringList& appKeys, LauncherAsker asker,
+                                      std::function<void(std::expected<QString, LauncherError>)> done);
     /// Ends the updates that run and wait, whoever asked for them.
     void cancelRun();
 

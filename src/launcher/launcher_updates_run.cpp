@@ -102,8 +102,8 @@ QStringList LauncherUpdates::runnable() const {
     return keys;
 }
 
-std::function<void()> LauncherUpdates::run(const QStringList& appKeys, LauncherAsker asker,
-                                           RunDone done) {
+std::function<void(LauncherUpdates::GivingUp)> LauncherUpdates::run(const QStringList& appKeys,
+                                                                    LauncherAsker asker, RunDone done) {
     const auto wish = std::make_shared<Wish>(Wish{.done = std::move(done)});
     const auto begin = [this, wish, appKeys, asker = std::move(asker)] {
         if (wish->stage == Stage::waiting)
@@ -117,14 +117,17 @@ std::function<void()> LauncherUpdates::run(const QStringList& appKeys, LauncherA
         else
             _coordinator->learnChannels(begin);
     });
-    return [this, waiting = std::weak_ptr(wish)] {
+    return [this, waiting = std::weak_ptr(wish)](GivingUp how) {
         const auto ended = waiting.lock();
         if (!ended)
             return;
-        if (ended->stage == Stage::underWay)
+        if (ended->stage != Stage::underWay)
+            ended->end(std::unexpected(cancelled()));
+        else if (how == GivingUp::ending)
             cancelRun();
         else
-            ended->end(std::unexpected(cancelled()));
+            ended->end(std::unexpected(LauncherError{
+                QStringLiteral("left"), QStringLiteral("The update goes on by itself."), {}}));
     };
 }
 

@@ -18,9 +18,9 @@ constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP};
 // All that a signal's handler can reach.
 volatile std::sig_atomic_t writeEnd = -1;
 
-void tell(int) {
+void tell(int signal) {
     const int before = errno;
-    const char byte = 0;
+    const char byte = static_cast<char>(signal);
     (void)!::write(writeEnd, &byte, 1);
     errno = before;
 }
@@ -33,7 +33,7 @@ struct Interruption::State {
     std::unique_ptr<QSocketNotifier> notifier;
 };
 
-Interruption::Interruption(std::function<void()> interrupted) : _state(std::make_unique<State>()) {
+Interruption::Interruption(std::function<void(int)> interrupted) : _state(std::make_unique<State>()) {
     std::array<int, 2> ends = {-1, -1};
     if (::pipe(ends.data()) != 0)
         return; // the signals end the program at once then
@@ -48,8 +48,8 @@ Interruption::Interruption(std::function<void()> interrupted) : _state(std::make
     QObject::connect(_state->notifier.get(), &QSocketNotifier::activated,
                      [end = ends[0], interrupted = std::move(interrupted)] {
                          std::array<char, 16> bytes = {};
-                         (void)!::read(end, bytes.data(), bytes.size());
-                         interrupted();
+                         if (::read(end, bytes.data(), bytes.size()) > 0)
+                             interrupted(bytes.front());
                      });
     struct sigaction action = {};
     action.sa_handler = tell;

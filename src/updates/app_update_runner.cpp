@@ -218,7 +218,7 @@ void AppUpdateRunner::run(const QString& appKey, const AppUpdateCommand& updater
                         .installedBuild = app ? app->build : std::nullopt};
     _lines.clear();
     _terminatedAt.reset();
-    _isTimedOut = false;
+    _isTimedOut = _isTakenUp = false;
     // The command is started and written down in one go, on a worker that nothing cancels half way.
     _work = _machine.workers.run(
         Lane::actions,
@@ -270,6 +270,7 @@ void AppUpdateRunner::takeUp(const AppUpdateRun& run) {
         return;
     _active = run.appKey;
     _run = run;
+    _isTakenUp = true;
     set(run.appKey, {Kind::running, {}, Phase::starting});
     look();
 }
@@ -354,7 +355,7 @@ void AppUpdateRunner::verified(const DetachedState& state) {
         result = {Kind::cancelled, message(AppUpdateOutcome::cancelled)};
     else if (!app)
         result.message = QStringLiteral("The app is no longer installed.");
-    else if (isUnfinished)
+    else if (isUnfinished || state.kind == DetachedState::Kind::gone) // nobody saw how it ended
         result.message = message(AppUpdateOutcome::failed);
     else
         result.message =

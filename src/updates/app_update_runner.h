@@ -83,6 +83,8 @@ public:
     /// True while a command runs that may show windows of its own, such as a question for a password.
     bool isExternalUpdaterRunning() const { return _run && !_isVerifying; }
     const std::optional<QString>& activeAppKey() const { return _active; }
+    /// True while the command is one that an earlier launcher began.
+    bool isTakenUp() const { return _run && _isTakenUp; }
     /// How an update runs, waits, or ended, until its next one begins.
     std::optional<AppUpdateActionState> state(const QString& appKey) const;
 
@@ -116,6 +118,7 @@ private:
     std::optional<AppUpdateRun> _run; ///< while its command runs
     QList<QByteArray> _lines;         ///< the last ones that it said
     std::optional<Instant> _terminatedAt;
+    bool _isTakenUp = false;
     bool _isCancelled = false;
     bool _isTimedOut = false;
     bool _isLooking = false;

@@ -465,28 +465,62 @@ TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
     EXPECT_FALSE(launcher.updates().isChecking());
 }
 
-TEST_F(TessellarctlUpdatesTest, AnInterruptionLeavesNoToolBehindAndBeginsNone) {
-    builder.addExecutable(u"/opt/homebrew/bin/brew"_qs,
-                          "#!/bin/sh\ncd \"$(dirname \"$0\")\"\necho $$ >pid.new\nmv pid.new pid\n"
-                          "[ $1 = upgrade ] && touch upgraded\nexec sleep 60\n");
-    const QString folder = root.path() + u"/opt/homebrew/bin/"_qs;
-    for (const QStringList& words : {QStringList{u"status"_qs, u"--refresh"_qs},
-                                     {u"run"_qs, u"org.example.ash"_qs, u"--yes"_qs}}) {
-        QFile::remove(folder + u"pid"_qs);
+class TessellarctlInterruptedTest : public TessellarctlUpdatesTest {
+protected:
+    struct Ended {
+        int tool = 0; ///< which ran when the signal came
+        int status = -1;
+        QByteArray error;
+        bool isToolAlive() const { return ::kill(tool, 0) == 0; }
+    };
+    /// Runs a command of updates, and sends it a signal once the brew has written its number.
+    Ended interrupted(const QStringList& words, int signal) {
+        QFile pid(folder + u"pid"_qs);
+        pid.remove();
         QProcess process;
         process.start(QStringLiteral(TESSELLARCTL),
                       QStringList{u"--root"_qs, root.path(), u"updates"_qs} + words);
-        QFile pid(folder + u"pid"_qs);
         while (!pid.exists() && process.state() != QProcess::NotRunning)
             process.waitForReadyRead(10);
-        ASSERT_TRUE(pid.open(QFile::ReadOnly));
-        ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
-        ASSERT_TRUE(process.waitForFinished(20'000));
+        EXPECT_TRUE(pid.open(QFile::ReadOnly));
+        EXPECT_EQ(::kill(static_cast<pid_t>(process.processId()), signal), 0);
+        EXPECT_TRUE(process.waitForFinished(20'000));
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(process.exitCode(), 1);
-        EXPECT_NE(::kill(pid.readAll().trimmed().toInt(), 0), 0);
-        EXPECT_FALSE(QFile::exists(folder + u"upgraded"_qs));
+        return {pid.readAll().trimmed().toInt(), process.exitCode(), process.readAllStandardError()};
     }
+
+    const QString folder = root.path() + u"/opt/homebrew/bin/"_qs;
+    const QStringList runAsh{u"run"_qs, u"org.example.ash"_qs, u"--yes"_qs};
+    const QByteArray hang = "cd \"$(dirname \"$0\")\"\necho $$ >pid.new\nmv pid.new pid\n"
+                            "exec sleep 60\n";
+};
+
+TEST_F(TessellarctlInterruptedTest, AnInterruptionLeavesNoToolBehindAndBeginsNone) {
+    builder.addExecutable(u"/opt/homebrew/bin/brew"_qs,
+                          "#!/bin/sh\n[ $1 = upgrade ] && touch \"$0.upgraded\"\n" + hang);
+    for (const QStringList& words : {QStringList{u"status"_qs, u"--refresh"_qs}, runAsh}) {
+        const Ended ended = interrupted(words, SIGTERM);
+        EXPECT_EQ(ended.status, 1);
+        EXPECT_FALSE(ended.isToolAlive());
+        EXPECT_FALSE(QFile::exists(folder + u"brew.upgraded"_qs));
+    }
+}
+
+TEST_F(TessellarctlInterruptedTest, AnUpgradeIsEndedByWhoSaysSoAndNotByATerminalThatCloses) {
+    builder.addExecutable(u"/opt/homebrew/bin/brew"_qs,
+                          "#!/bin/sh\nif [ $1 != upgrade ]; then\n"
+                          "echo '{\"casks\":[{\"token\":\"ash\",\"version\":\"2\",\"artifacts\":"
+                          "[{\"app\":[\"Ash.app\"]}]}]}'\nexit\nfi\n" +
+                              hang);
+    const Ended stopped = interrupted(runAsh, SIGINT);
+    EXPECT_EQ(stopped.status, 1);
+    EXPECT_TRUE(stopped.error.endsWith("The update was cancelled.\n")) << stopped.error.toStdString();
+    EXPECT_FALSE(stopped.isToolAlive());
+    const Ended left = interrupted(runAsh, SIGHUP);
+    EXPECT_EQ(left.status, 1);
+    EXPECT_EQ(left.error, "The update goes on by itself.\n");
+    EXPECT_TRUE(left.isToolAlive());
+    ::kill(left.tool, SIGKILL);
 }
 
 } // namespace

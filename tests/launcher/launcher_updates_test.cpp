@@ -315,6 +315,7 @@ TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {
 }
 
 TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
+    using enum LauncherUpdates::GivingUp;
     start();
     QStringList ends;
     const auto told = [&](const auto& outcome) {
@@ -331,7 +332,7 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
                         EXPECT_EQ(completed, false);
                         ends.append(u"check"_s);
                     }})();
-    updates().run({cask}, accept, told)();
+    updates().run({cask}, accept, told)(ending);
     EXPECT_EQ(ends, (QStringList{u"check"_s, u"cancelled"_s}));
     settle();
     EXPECT_TRUE(hasRun("info"));
@@ -340,17 +341,57 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
     // Nobody ends the update of another; one that has come through need not be looked at.
     mac.commands.holdStarted(true);
     const auto end = updates().run({cask}, accept, told);
-    updates().run({feed}, accept, told)();
+    updates().run({feed}, accept, told)(ending);
     EXPECT_EQ(ends.takeLast(), u"updateInProgress");
     EXPECT_EQ(updates().activeAppKey(), cask);
     settle();
     ASSERT_TRUE(hasRun("upgrade"));
     EXPECT_EQ(ends.size(), 2) << "it still runs";
-    end();
+    // Who only leaves kills nothing that is half done.
+    end(leaving);
+    EXPECT_EQ(ends.last(), u"left");
+    settle();
+    EXPECT_EQ(mac.commands.terminated().size(), 0);
+    EXPECT_EQ(updates().activeAppKey(), cask);
+    const auto other = updates().run({cask}, accept, told);
+    settle();
+    other(ending);
     settle();
     EXPECT_EQ(ends.last(), u"cancelled");
     EXPECT_EQ(mac.commands.terminated().size(), 1);
-    EXPECT_EQ(ends.size(), 3);
+    EXPECT_EQ(ends.size(), 4);
+}
+
+TEST_F(LauncherUpdatesTest, AQuestionForAPasswordIsMadeWayForOnce) {
+    int asked = 0;
+    Subscription subscribed;
+    const auto hear = [&] { subscribed = updates().passwordAsked.connect([&] { ++asked; }); };
+    const auto say = [&](const QByteArray& words) {
+        mac.commands.say(
+            mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8(),
+            words);
+        mac.time.advance(AppUpdateRunner::lookInterval);
+        settle();
+        return asked;
+    };
+    start();
+    hear();
+    mac.commands.holdStarted(true);
+    updates().run(
+        {cask}, [](const LauncherQuestion&, const auto& answer) { answer(true); }, [](const auto&) {});
+    settle();
+    EXPECT_EQ(say("Password:"), 1);
+    EXPECT_EQ(say("\nPassword:"), 1);
+    // Who starts the launcher again while it waits is not sent away.
+    subscribed.cancel();
+    start();
+    hear();
+    updates().startSchedule(nullptr);
+    settle();
+    EXPECT_EQ(updates().activeAppKey(), cask);
+    EXPECT_EQ(say("\nSorry, try again.\nPassword:"), 1);
+    EXPECT_EQ(say("\n==> Installing\n"), 1);
+    EXPECT_EQ(say("Password:"), 2);
 }
 
 TEST_F(LauncherUpdatesTest, EverybodyHearsOfTheUpdateThatWasAskedFor) {

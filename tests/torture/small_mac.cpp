@@ -216,7 +216,7 @@ Programs::Main SmallMac::launcher() const {
         const auto found = findLauncherOrLock(**host, QStringLiteral("a launcher"));
         if (!found || found->launcher)
             return 2;
-        const Interruption interruption([] { QCoreApplication::quit(); });
+        const Interruption interruption([](int) { QCoreApplication::quit(); });
         LauncherViewModel launcher((*host)->machine());
         CommandInterpreter interpreter((*host)->machine(), launcher);
         ControlServer server((*host)->machine(), interpreter);
