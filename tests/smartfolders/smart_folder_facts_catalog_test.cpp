@@ -206,6 +206,12 @@ TEST_F(SmartFolderFactsCatalogs, TellsWhatFilesSayBeforeAnyToolHasAnswered) {
     });
     machine.mailbox.waitAndDrain();
     EXPECT_EQ(quick.size(), 3);
+    // Nor does work of any other kind.
+    for (const Lane lane : {Lane::files, Lane::decoding, Lane::actions, Lane::saving}) {
+        const auto ran = std::make_shared<std::binary_semaphore>(0);
+        machine.workers.submit(lane, {}, [ran](std::stop_token) { ran->release(); });
+        EXPECT_TRUE(ran->try_acquire_for(std::chrono::seconds(30))); // only a failure takes so long
+    }
     answer.count_down();
     machine.settle();
     EXPECT_EQ(told.last()[2]->signingTeamID, u"ABCDE12345");
@@ -289,18 +295,15 @@ TEST_F(SmartFolderFactsCatalogs, AddsWhatTheLauncherKnows) {
 
 TEST_F(SmartFolderFactsCatalogs, KnowsFromTheSystemWhatWasUsedWithoutTheLauncher) {
     const AppEntry app = add({.name = u"Fern"_s, .identifier = u"f"_s});
+    const QByteArray path = machine.hostPath(app.path).toUtf8();
+    const auto note = [&](const QByteArray& value) {
+        const auto size = static_cast<std::size_t>(value.size());
 #ifdef __APPLE__
-    const auto note = [&](const QByteArray& value) {
-        return ::setxattr(machine.hostPath(app.path).toUtf8().constData(), "com.apple.lastuseddate#PS",
-                          value.constData(), std::size_t(value.size()), 0, 0) == 0;
-    };
+        return ::setxattr(path, "com.apple.lastuseddate#PS", value, size, 0, 0) == 0;
 #else
-    const auto note = [&](const QByteArray& value) {
-        return ::setxattr(machine.hostPath(app.path).toUtf8().constData(),
-                          "user.com.apple.lastuseddate#PS", value.constData(),
-                          std::size_t(value.size()), 0) == 0;
-    };
+        return ::setxattr(path, "user.com.apple.lastuseddate#PS", value, size, 0) == 0;
 #endif
+    };
     const auto used = [](qint64 seconds, qint64 nanoseconds) {
         QByteArray value(16, 0);
         qToLittleEndian(seconds, value.data());
@@ -494,25 +497,6 @@ TEST_F(SmartFolderFactsCatalogs, CancelledRequestsReachNobody) {
     shortLived.reset();
     machine.settle();
     EXPECT_EQ(order.size(), 2);
-}
-
-TEST_F(SmartFolderFactsCatalogs, AToolThatHangsHoldsUpNoOtherKindOfWork) {
-    std::latch opened{1};
-    machine.tool(u"/usr/bin/codesign"_s, [&](const Command&, std::stop_token) {
-        opened.wait();
-        return test::exited(1);
-    });
-    QList<AppEntry> apps;
-    for (const auto& name : {u"A"_s, u"B"_s, u"C"_s, u"D"_s})
-        apps.append(add({.name = name, .identifier = u"org.example."_s + name}));
-    const Task task = catalog.facts({apps, {}, all}, [](const SmartFolderFactsList&, bool) {});
-    for (const Lane lane : {Lane::files, Lane::decoding, Lane::actions, Lane::saving}) {
-        const auto ran = std::make_shared<std::binary_semaphore>(0);
-        machine.workers.submit(lane, {}, [ran](std::stop_token) { ran->release(); });
-        EXPECT_TRUE(ran->try_acquire_for(std::chrono::seconds(30))); // only a failure takes so long
-    }
-    opened.count_down();
-    machine.settle();
 }
 
 } // namespace
