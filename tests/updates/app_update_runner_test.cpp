@@ -146,7 +146,21 @@ TEST_F(AppUpdateRunnerTest, AnUpdateOutlivesTheLauncherAndIsTakenUp) {
     mac.time.advance(AppUpdateRunner::lookInterval);
     settle();
     EXPECT_EQ(state(u"Cask"_s).message, u"Updated to version 2.0."_s);
-    EXPECT_FALSE(mac.exists(mac.machine.places.applicationFolder() + u"/app-update-run.json"_s));
+    const QString journal = mac.machine.places.applicationFolder() + u"/app-update-run.json"_s;
+    EXPECT_FALSE(mac.exists(journal));
+
+    // One whose end nobody saw, and that changed nothing.
+    brew("3.0");
+    mac.write(journal, json::write(json::encode(AppUpdateRun{.appKey = key(u"Cask"_s),
+                                                             .updaterName = u"Homebrew"_s,
+                                                             .processNumber = 99,
+                                                             .startedAt = mac.time.now(),
+                                                             .installedVersion = u"2.0"_s,
+                                                             .installedBuild = u"200"_s})));
+    make();
+    coordinator->start();
+    load();
+    EXPECT_EQ(state(u"Cask"_s).message, u"The app could not be updated."_s);
 }
 
 TEST_F(AppUpdateRunnerTest, SeveralAreUpdatedOneAfterTheOtherAfterOneQuestion) {
