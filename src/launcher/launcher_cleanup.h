@@ -134,6 +134,7 @@ private:
     void finishRemoval(const RemovalStep& step, AppInstallKind kind, const Done& done);
     void keepInHistory(const CleanupRecord& record, AppInstallKind kind);
     void restore(const CleanupRecord& record, const std::function<void(Restored)>& done);
+    void bringBack(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void putTilesBack(const CleanupRecord& record);
     void recall(LayoutDocument& document, const RemovedTile& tile) const;
     void insert(LayoutDocument& document, const RemovedTile& tile) const;

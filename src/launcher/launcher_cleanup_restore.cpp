@@ -119,6 +119,20 @@ void LauncherCleanup::restore(const CleanupRecord& record, const std::function<v
             if (done)
                 done(undone ? Restored(_log) : Restored(std::unexpected(undone.error())));
         });
+    // The places first: where the program ends before the tiles are saved, its next start has them.
+    _places.putBack(record.path);
+    beginMoving();
+    _places.whenWritten(LauncherWindowMode::fullScreen, [this, record, done](const auto&) {
+        _places.whenWritten(LauncherWindowMode::windowed, [this, record, done](const auto&) {
+            _isMoving = false;
+            _hold.reset();
+            bringBack(record, done);
+        });
+    });
+}
+
+void LauncherCleanup::bringBack(const CleanupRecord& record,
+                                const std::function<void(Restored)>& done) {
     move<RemovalStep>([record](const RemovalSteps& steps,
                                std::stop_token stop) { return steps.bringBack(record, false, stop); },
                       [this, done, before = record](const RemovalStep& step) {
@@ -132,6 +146,8 @@ void LauncherCleanup::restore(const CleanupRecord& record, const std::function<v
                           _log = step.log;
                           if (hasBundle(step.record) && !hasBundle(before))
                               putTilesBack(step.record);
+                          else if (!hasBundle(step.record))
+                              _places.putBack(step.record.path, false);
                           Restored restored = _log;
                           if (!isAnyBack && !_log.isEmpty())
                               restored = std::unexpected(LauncherError{QStringLiteral("notRestored"),

@@ -28,10 +28,10 @@ void PlaceMemory::rememberRemoved(const LiveLayouts& layouts, const QString& pat
                                      _machine.locale));
 }
 
-void PlaceMemory::putBack(const QString& path) {
+void PlaceMemory::putBack(const QString& path, bool isBack) {
     for (const LauncherWindowMode mode : LiveLayouts::modes) {
         RememberedPlaces places = (*this)[mode];
-        places.setRemoved(path, false);
+        places.setRemoved(path, !isBack);
         set(mode, places);
     }
 }

@@ -29,8 +29,8 @@ public:
 
     /// Before the user's removal of the application at `path` takes its tiles away.
     void rememberRemoved(const LiveLayouts& layouts, const QString& path);
-    /// It is put back: it gets its place when it is seen.
-    void putBack(const QString& path);
+    /// It is put back: it gets its place when it is seen. Or, after all, it is not.
+    void putBack(const QString& path, bool isBack = true);
     void whenWritten(LauncherWindowMode mode, BackgroundFile::Done done) {
         kept(mode).whenWritten(std::move(done));
     }
