@@ -168,9 +168,9 @@ TEST_F(PlaceMemoryTest, UsageAndUpdatesGoAlongWithAChangedKey) {
     launcher->applications().keysChanged.notify(QHash<QString, QString>{{key, path}});
     EXPECT_EQ(keyOfUpdates(), path) << "at once";
     EXPECT_EQ(launcher->updates().skipped(path), u"9");
-    const auto counts = [&](const QString& key) {
+    const auto counts = [&](const QString& of) {
         for (const auto& facts : launcher->smartFolders().facts(LauncherWindowMode::fullScreen))
-            if (appKey(facts->entry) == key)
+            if (appKey(facts->entry) == of)
                 return facts->launchCount.value_or(-1);
         return qint64{-2};
     };
@@ -361,9 +361,9 @@ TEST_F(PlaceMemoryTest, UndoAndRedoSurviveCopiesThatComeAndGo) {
             }
             steps += launcher->history().steps().undoStack().size() > before;
             if (!isSteady && below(2) == 0) {
-                const int i = below(8);
-                story += u"machine: "_s + pathOf(i);
-                put(i, !mac.exists(pathOf(i)) || (!mac.exists(pathOf((i + 4) % 8))));
+                const int changed = below(8);
+                story += u"machine: "_s + pathOf(changed);
+                put(changed, !mac.exists(pathOf(changed)) || (!mac.exists(pathOf((changed + 4) % 8))));
                 rescan();
             }
             story += u"edited: "_s + sketched();
