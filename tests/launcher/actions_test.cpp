@@ -132,7 +132,8 @@ TEST_F(ActionsTest, EntriesDoWhatTheySay) {
 
 TEST_F(ActionsTest, TheMenuOfASelectionIsAboutAllOfIt) {
     launcher->shown().select({idOf(u"Dogwood"_s), idOf(u"Ash"_s)});
-    EXPECT_EQ(choices(on(u"Ash"_s)), (QStringList{u"cut"_s, u"copy"_s, u"moveTo"_s, u"group"_s, u"hide"_s}));
+    EXPECT_EQ(choices(on(u"Ash"_s)),
+              (QStringList{u"cut"_s, u"copy"_s, u"moveTo"_s, u"group"_s, u"hide"_s}));
     perform(u"moveTo:2"_s, on(u"Ash"_s));
     EXPECT_EQ(shown(), u"[Trees: Beech Cedar]|~Cedar|Ash Dogwood");
     EXPECT_THAT(choices(on(u"alias"_s)), Contains(u"open"_s)) << "it is not of the selection";
