@@ -169,7 +169,6 @@ void LauncherCleanup::bringBack(const CleanupRecord& record,
 void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
     const LauncherWindowMode shown = _layouts.shownMode();
     LayoutDocument documents[]{_layouts[shown].document(), _layouts[otherMode(shown)].document()};
-    _places.putBack(record.path);
     for (const RemovedTile& tile : record.tiles) {
         LayoutDocument& document = documents[tile.mode == shown ? 0 : 1];
         if (locate(document.pages, tile.entry.id))
