@@ -2,6 +2,7 @@
 
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup_moving.h"
+#include "launcher/launcher_error.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
@@ -120,14 +121,23 @@ void LauncherCleanup::restore(const CleanupRecord& record, const std::function<v
                 done(undone ? Restored(_log) : Restored(std::unexpected(undone.error())));
         });
     // The places first: where the program ends before the tiles are saved, its next start has them.
+    // Where they cannot be written the layout cannot either, and everything stays in the Trash.
     _places.putBack(record.path);
     beginMoving();
-    _places.whenWritten(LauncherWindowMode::fullScreen, [this, record, done](const auto&) {
-        _places.whenWritten(LauncherWindowMode::windowed, [this, record, done](const auto&) {
-            _isMoving = false;
-            _hold.reset();
-            bringBack(record, done);
-        });
+    using Written = BackgroundFile::Result;
+    _places.whenWritten(LauncherWindowMode::fullScreen, [this, record, done](const Written& first) {
+        _places.whenWritten(LauncherWindowMode::windowed,
+                            [this, record, done, first](const Written& second) {
+                                _isMoving = false;
+                                _hold.reset();
+                                if (first && second)
+                                    return bringBack(record, done);
+                                _places.putBack(record.path, false);
+                                _error = launcherError((first ? second : first).error(), notAllBack);
+                                changed.notify();
+                                if (done)
+                                    done(std::unexpected(*_error));
+                            });
     });
 }
 

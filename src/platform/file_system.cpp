@@ -461,10 +461,14 @@ std::expected<void, FileError> FileSystem::createDirectories(const QString& path
         const int error = entry ? errno : entry.error();
         if (made == 0) {
             flushFolder(*entry); // so that a file in it, once safe on the disk, can be found there
-        } else if (!isDirectory(step)) {
-            return std::unexpected(error == EEXIST ? FileError{FileError::Code::notADirectory, step}
-                                                   : fileError(error, step));
+            continue;
         }
+        const auto there = status(step);
+        if (there && there->type == FileType::directory)
+            continue;
+        if (error != EEXIST)
+            return std::unexpected(fileError(error, step));
+        return std::unexpected(there ? FileError{FileError::Code::notADirectory, step} : there.error());
     }
     return {};
 }

@@ -217,6 +217,25 @@ TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
     EXPECT_EQ(launcher->shown().pages(), before);
 }
 
+TEST_F(LauncherCleanupTest, NothingLeavesTheTrashWhilePlacesCannotBeWritten) {
+    for (const QString& name : {u"remembered-places.json"_s, u"remembered-places-windowed.json"_s}) {
+        review();
+        ASSERT_EQ(remove(), u"done");
+        start();
+        const QString places = data + u'/' + name;
+        const QByteArray before = mac.read(places);
+        mac.remove(places);
+        mac.makeFolder(places);
+        EXPECT_EQ(restore(), u"isADirectory");
+        EXPECT_FALSE(mac.exists(bundle));
+        EXPECT_FALSE(mac.exists(preferences));
+        mac.remove(places);
+        mac.write(places, before);
+        EXPECT_EQ(restore(), u"done");
+        EXPECT_TRUE(mac.exists(bundle));
+    }
+}
+
 TEST_F(LauncherCleanupTest, AKilledRemovalIsBroughtBackFromWhatWasWrittenBefore) {
     // A Finder in whose middle the launcher is killed: what is on the disk then is all that remains.
     const QString record = data + u"/removals.json"_s;
