@@ -2,6 +2,8 @@
 
 #include "torture/trials.h"
 
+#include <QFile>
+
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
@@ -29,6 +31,7 @@ struct Options {
     unsigned jobs = std::max(1u, std::thread::hardware_concurrency());
     QByteArray only; ///< cases that begin like this
     QByteArray one;  ///< this case alone
+    QString from;    ///< a file of cases, a line each, instead of all
     bool lists = false;
 };
 
@@ -41,6 +44,7 @@ cases are drawn evenly from all, always the same for a seed.
   --count N      no more than so many, however fast the machine is
   --only PREFIX  of the cases, such as "kill" or "call:rename:"
   --case CASE    that one, and say what came of it
+  --from FILE    those that the file names, a line each
   --list         the cases, in their order
 Exit status 1 says that a law was broken; 77 that calls cannot be traced here.
 )";
@@ -69,6 +73,8 @@ std::optional<Options> read(int argc, char** argv) {
             options.only = value;
         else if (name == "--case")
             options.one = value;
+        else if (name == "--from")
+            options.from = QString::fromLocal8Bit(value);
         else
             isRight = false;
         if (!isRight)
@@ -125,6 +131,18 @@ std::optional<QList<Case>> allCases(const Options& options, QByteArray& why) {
     if (options.count > 0)
         drawn.resize(std::min(drawn.size(), options.count));
     return drawn;
+}
+
+/// Those that a file names.
+std::optional<QList<Case>> listedCases(const QString& path, QByteArray& why) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        why = path.toUtf8() + " cannot be read";
+        return std::nullopt;
+    }
+    QList<Case> cases = file.readAll().split('\n');
+    cases.removeIf([](const Case& one) { return one.isEmpty() || one.startsWith('#'); });
+    return cases;
 }
 
 /// What a job tells of the cases that it has tried.
@@ -252,7 +270,8 @@ int torture(int argc, char** argv) {
         return verdict.fault.isEmpty() ? 0 : 1;
     }
     QByteArray why;
-    const auto cases = allCases(*options, why);
+    const auto cases =
+        options->from.isEmpty() ? allCases(*options, why) : listedCases(options->from, why);
     if (!cases) {
         std::fprintf(stderr, "torture: %s\n", why.constData());
         return 1;
