@@ -40,6 +40,17 @@ Item {
         return marked.replace(/<b>/g, "<font color=\"" + Theme.matched + "\"><b>").replace(/<\/b>/g, "</b></font>");
     }
 
+    // What the name's line says. Once a turn, however much of it changes: laying out text is what tiles cost most.
+    readonly property string line: activity !== "" ? activity : markedLabel !== "" ? setOff(markedLabel) : label
+
+    function layOutName() {
+        name.textFormat = markedLabel !== "" && activity === "" ? Text.StyledText : Text.PlainText;
+        name.text = line;
+    }
+
+    onLineChanged: Qt.callLater(layOutName)
+    Component.onCompleted: layOutName()
+
     function appear() {
         fadeIn.restart();
     }
@@ -157,14 +168,12 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
         y: tile.iconTop + tile.iconSide + 4
         width: tile.width - 10
-        text: tile.activity !== "" ? tile.activity : tile.markedLabel !== "" ? tile.setOff(tile.markedLabel) : tile.label
         elide: Text.ElideRight
         maximumLineCount: 1
         horizontalAlignment: Text.AlignHCenter
         color: tile.isUnavailable || tile.isCut ? Theme.backdropTextFaint : tile.isWeak ? Theme.backdropTextDim : Theme.backdropText
         font.pixelSize: tile.labelPixels
         renderType: Text.QtRendering
-        textFormat: tile.markedLabel !== "" && tile.activity === "" ? Text.StyledText : Text.PlainText
     }
 
     // Where it lies, of what was found.
