@@ -1,6 +1,7 @@
 // The settings: list, get, set; and what the system permits.
 
 #include "control/command_set.h"
+#include "launcher/setting_table.h"
 #include "platform/full_disk_access.h"
 
 namespace tessellar {
@@ -49,27 +50,48 @@ void addPermissions(CommandSet& set) {
               });
 }
 
+void list(const Call& call) {
+    const Settings& settings = call->machine.settings;
+    QJsonObject all;
+    QString text;
+    for (const Setting& setting : settingTable()) {
+        const QJsonValue now = settingNow(settings, setting);
+        const bool isSet = settings.value(setting.key).has_value();
+        all.insert(setting.key, QJsonObject{{QStringLiteral("value"), now},
+                                            {QStringLiteral("default"), setting.usual},
+                                            {QStringLiteral("isSet"), isSet},
+                                            {QStringLiteral("range"), rangeText(setting)},
+                                            {QStringLiteral("description"), setting.sentence}});
+        text += QStringLiteral("%1 = %2%3\n    %4: %5.\n")
+                    .arg(setting.key, now.isNull() ? QStringLiteral("(not set)") : valueText(now),
+                         isSet || now.isNull() ? QString() : QStringLiteral(" (the default)"),
+                         setting.sentence, rangeText(setting));
+    }
+    // Of another version, perhaps.
+    const auto values = settings.values();
+    for (auto it = values.begin(); it != values.end(); ++it)
+        if (!settingNamed(it.key())) {
+            all.insert(it.key(), QJsonObject{{QStringLiteral("value"), it.value()},
+                                             {QStringLiteral("isSet"), true}});
+            text += QStringLiteral("%1 = %2 (not used here)\n").arg(it.key(), valueText(it.value()));
+        }
+    call->succeed(all, text);
+}
+
 } // namespace
 
 void addSettingsCommands(CommandSet& set) {
     addPermissions(set);
     CLI::App* group = set.addGroup("settings", "What the user has set");
-    set.onRun(set.add("list", "Every setting that is stored", group), CommandNeeds::machine,
-              [](const Call& call) {
-                  QJsonObject object;
-                  QString text;
-                  const auto values = call->machine.settings.values();
-                  for (auto it = values.begin(); it != values.end(); ++it) {
-                      object.insert(it.key(), it.value());
-                      text += QStringLiteral("%1 = %2\n").arg(it.key(), valueText(it.value()));
-                  }
-                  call->succeed(object, text);
-              });
+    set.onRun(set.add("list", "Every setting, with what holds now and what it may be", group),
+              CommandNeeds::machine, [](const Call& call) { list(call); });
 
     CLI::App* get = set.add("get", "One setting", group);
     set.onRun(get, CommandNeeds::machine, [key = word(get, "key", "Its name")](const Call& call) {
-        const auto value = call->machine.settings.value(text(key));
-        if (!value)
+        auto value = call->machine.settings.value(text(key));
+        if (const Setting* setting = settingNamed(text(key)))
+            value = settingNow(call->machine.settings, *setting);
+        if (!value || value->isNull())
             return call->fail(
                 {QStringLiteral("notSet"), QStringLiteral("“%1” is not set.").arg(text(key)), {}});
         call->succeed(QJsonObject{{text(key), *value}}, valueText(*value));
@@ -79,11 +101,12 @@ void addSettingsCommands(CommandSet& set) {
     set.onRun(put, CommandNeeds::launcher,
               [key = word(put, "key", "Its name"),
                value = word(put, "value", "JSON, or else text")](const Call& call) {
-                  const auto stored = call->machine.settings.set(text(key), settingValue(text(value)));
-                  if (!stored)
-                      return call->fail(launcherError(stored.error()));
+                  const QJsonValue wanted = settingValue(text(value));
+                  if (const auto stored = storeSetting(call->machine.settings, text(key), wanted);
+                      !stored)
+                      return call->fail(stored.error());
                   call->launcher().applySettings();
-                  call->succeed(QJsonObject{{text(key), settingValue(text(value))}}, {});
+                  call->succeed(QJsonObject{{text(key), wanted}}, {});
               });
 }
 

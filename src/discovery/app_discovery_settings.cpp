@@ -5,10 +5,6 @@
 
 namespace tessellar {
 
-static const QString searchPathsKey = QStringLiteral("appDiscovery.searchPaths");
-static const QString additionalSearchPathsKey = QStringLiteral("appDiscovery.additionalSearchPaths");
-static const QString scanDepthKey = QStringLiteral("appDiscovery.scanDepth");
-
 bool AppDiscoverySettings::areIn(const Settings& settings) {
     return settings.value(searchPathsKey) || settings.value(additionalSearchPathsKey) ||
            settings.value(scanDepthKey);

@@ -9,6 +9,11 @@ namespace tessellar {
 
 /// Where applications are looked for, and how deep.
 struct AppDiscoverySettings {
+    static inline const QString searchPathsKey = QStringLiteral("appDiscovery.searchPaths");
+    static inline const QString additionalSearchPathsKey =
+        QStringLiteral("appDiscovery.additionalSearchPaths");
+    static inline const QString scanDepthKey = QStringLiteral("appDiscovery.scanDepth");
+
     static constexpr int minimumScanDepth = 1;
     static constexpr int maximumScanDepth = 10;
     static constexpr int defaultScanDepth = 4;

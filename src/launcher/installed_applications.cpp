@@ -81,6 +81,7 @@ void InstalledApplications::start() {
     _isScanning = true;
     _isScanWanted = false;
     ScanContext context = scanContext(_machine);
+    _lookedIn = context.settings;
     if (haveSettingsVanished())
         context.settings.isCertain = false;
     _task = _machine.workers.run(
@@ -156,6 +157,8 @@ void InstalledApplications::settingsChanged() {
     KnownVolumes known = _knownVolumes.value();
     known.hasSearchSettings = AppDiscoverySettings::areIn(_machine.settings);
     _knownVolumes.set(std::move(known));
+    if (_lookedIn && *_lookedIn != AppDiscoverySettings::read(_machine.settings, _machine.places.home))
+        look();
 }
 
 // ---- look-ups

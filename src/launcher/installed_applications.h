@@ -76,7 +76,8 @@ public:
     /// The application at this path has gone, before a scan says so; so have those inside it.
     void forget(const QString& path);
 
-    /// The user has set something: what the settings hold now is the user's word.
+    /// The user has set something: what the settings hold now is the user's word. Looks again where they
+    /// name other folders.
     void settingsChanged();
 
     static LauncherError unknown(const QString& appKey);
@@ -103,6 +104,7 @@ private:
     std::shared_ptr<const InstalledScan> _latest = std::make_shared<const InstalledScan>();
     KeptDocument<KnownVolumes> _knownVolumes;
     ScanCache _cache;
+    std::optional<AppDiscoverySettings> _lookedIn; ///< by the scan that began last
     Instant _scanStartedAt;
     QStringList _replacedBundles;
     bool _isKnown = false;

@@ -251,8 +251,10 @@ void LiveLayout::setUnavailable(QSet<QString> appKeys) {
     changed.notify();
 }
 
-void LiveLayout::refresh() {
-    _settings = readLayoutSettings(_store, _mode);
+void LiveLayout::refresh() { tryOut(readLayoutSettings(_store, _mode)); }
+
+void LiveLayout::tryOut(const ArrangementLayout& settings) {
+    _settings = settings;
     documentChanged();
 }
 

@@ -87,6 +87,8 @@ public:
     void setUnavailable(QSet<QString> appKeys);
     /// The grid's settings, or what smart folders show, have changed.
     void refresh();
+    /// Shows the grid with other settings, which are not stored, until the next `refresh`.
+    void tryOut(const ArrangementLayout& settings);
 
     Signal<> replaced; ///< by another arrangement; `changed` follows
     Signal<> changed;  ///< tiles, hidden or unavailable applications, settings

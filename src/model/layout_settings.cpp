@@ -103,6 +103,20 @@ ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMod
     return layout;
 }
 
+QList<LayoutRange> layoutRanges(LauncherWindowMode mode) {
+    const ArrangementLayout usual = defaultsOf(mode);
+    QList<LayoutRange> all;
+    for (const auto& field : integers)
+        all.append({QLatin1StringView(field.key), double(field.low), double(field.high), true,
+                    usual.*field.member});
+    for (const auto& field : reals)
+        all.append({QLatin1StringView(field.key), field.low, field.high, false, usual.*field.member});
+    all.append({QStringLiteral("tileLabelFontSize"), minimumFontSize, maximumFontSize, false, {}});
+    for (const auto& key : {QStringLiteral("windowSize.width"), QStringLiteral("windowSize.height")})
+        all.append({key, minimumWindowSide, maximumWindowSide, false, {}});
+    return all;
+}
+
 /// Key and value of every setting of a layout. Out of range becomes the default; what has none is
 /// undefined then.
 static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout& layout,

@@ -11,6 +11,16 @@ namespace tessellar {
 /// full-screen key. A value out of range is the default of the mode, wherever it was found.
 ArrangementLayout readLayoutSettings(const Settings& settings, LauncherWindowMode mode);
 
+/// What one of them may be, when it is a number.
+struct LayoutRange {
+    QString key; ///< without the mode's prefix
+    double low;
+    double high;
+    bool isInteger;
+    QJsonValue usual; ///< in the mode; null where there is none
+};
+QList<LayoutRange> layoutRanges(LauncherWindowMode mode);
+
 /// Stores them for the mode. What lies outside its range is stored as the default; a font size or a
 /// window's size, which have none, are left out then.
 std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,

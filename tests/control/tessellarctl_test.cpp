@@ -190,14 +190,20 @@ TEST_F(TessellarctlTest, TellsASmartFolderThatIsMissingFromSeveralOfAName) {
 }
 
 TEST_F(TessellarctlTest, SettingsStoredAtTheSameTimeAllStay) {
-    std::array<QProcess, 6> processes;
-    for (std::size_t i = 0; i < processes.size(); ++i)
-        processes[i].start(QStringLiteral(TESSELLARCTL),
-                           {u"--root"_qs, root.path(), u"settings"_qs, u"set"_qs,
-                            QStringLiteral("key%1").arg(i), u"1"_qs});
-    for (QProcess& process : processes)
-        ASSERT_TRUE(process.waitForFinished());
-    EXPECT_EQ(run({u"settings"_qs, u"list"_qs}).json().size(), 6);
+    const QStringList keys{u"gridRows"_qs,   u"gridColumns"_qs, u"windowed.gridRows"_qs,
+                           u"folderRows"_qs, u"iconScale"_qs,   u"appDiscovery.scanDepth"_qs};
+    std::vector<std::unique_ptr<QProcess>> processes;
+    for (const QString& key : keys) {
+        processes.push_back(std::make_unique<QProcess>());
+        processes.back()->start(QStringLiteral(TESSELLARCTL),
+                                {u"--root"_qs, root.path(), u"settings"_qs, u"set"_qs, key,
+                                 key == u"iconScale" ? u"0.9"_qs : u"6"_qs});
+    }
+    for (const auto& process : processes)
+        ASSERT_TRUE(process->waitForFinished());
+    const QJsonObject all = run({u"settings"_qs, u"list"_qs}).json();
+    for (const QString& key : keys)
+        EXPECT_TRUE(all[key][u"isSet"].toBool()) << key.toStdString();
 }
 
 TEST_F(TessellarctlTest, ABatchIsOneProcessWithOneHistory) {
@@ -229,15 +235,27 @@ TEST_F(TessellarctlTest, ABatchIsOneProcessWithOneHistory) {
     EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash\n  Beech\n");
 }
 
-TEST_F(TessellarctlTest, SettingsAreJsonOrElseText) {
-    EXPECT_EQ(run({u"settings"_qs, u"set"_qs, u"gridRows"_qs, u"3"_qs}).status, 0);
-    EXPECT_EQ(run({u"settings"_qs, u"set"_qs, u"note"_qs, u"hello there"_qs}).status, 0);
-    EXPECT_EQ(run({u"settings"_qs, u"get"_qs, u"gridRows"_qs}).json(),
-              (QJsonObject{{u"gridRows"_qs, 3}}));
-    EXPECT_EQ(run({u"settings"_qs, u"list"_qs}).json(),
-              (QJsonObject{{u"gridRows"_qs, 3}, {u"note"_qs, u"hello there"_qs}}));
-    EXPECT_EQ(run({u"settings"_qs, u"set"_qs, u"note"_qs, u"null"_qs}).status, 0);
-    EXPECT_EQ(run({u"settings"_qs, u"get"_qs, u"note"_qs}).code(), u"notSet");
+TEST_F(TessellarctlTest, SettingsAreCheckedWhereTheyAreSet) {
+    const auto set = [&](const QString& key, const QString& value) {
+        return run({u"settings"_qs, u"set"_qs, key, value});
+    };
+    const auto get = [&](const QString& key) { return run({u"settings"_qs, u"get"_qs, key}); };
+    EXPECT_EQ(set(u"gridRows"_qs, u"3"_qs).status, 0);
+    EXPECT_EQ(set(u"gridRows"_qs, u"99"_qs).code(), u"outOfRange");
+    EXPECT_EQ(set(u"gridRow"_qs, u"3"_qs).code(), u"unknownSetting");
+    EXPECT_EQ(get(u"windowed.gridRows"_qs).json(), (QJsonObject{{u"windowed.gridRows"_qs, 3}}));
+    EXPECT_EQ(set(u"gridRows"_qs, u"null"_qs).status, 0);
+    EXPECT_EQ(get(u"gridRows"_qs).json(), (QJsonObject{{u"gridRows"_qs, 5}}));
+    EXPECT_EQ(set(u"summon.hotKey"_qs, u"option+space"_qs).status, 0);
+    EXPECT_EQ(get(u"summon.hotKey"_qs).json(),
+              (QJsonObject{{u"summon.hotKey"_qs, u"option+space"_qs}}));
+    EXPECT_EQ(get(u"note"_qs).code(), u"notSet");
+    const QJsonObject all = run({u"settings"_qs, u"list"_qs}).json();
+    EXPECT_EQ(all[u"gridRows"], (QJsonObject{{u"value"_qs, 5},
+                                             {u"default"_qs, 5},
+                                             {u"isSet"_qs, false},
+                                             {u"range"_qs, u"3 to 9"_qs},
+                                             {u"description"_qs, u"Rows of tiles on a page"_qs}}));
     EXPECT_EQ(run({u"permissions"_qs}).json(), (QJsonObject{{u"fullDiskAccess"_qs, u"notGuarded"_qs}}));
 }
 

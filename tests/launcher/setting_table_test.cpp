@@ -1,0 +1,79 @@
+#include "launcher/setting_table.h"
+
+#include "discovery/app_discovery_settings.h"
+#include "model/layout_settings.h"
+#include "updates/app_update_settings.h"
+
+#include "support/memory_settings.h"
+
+#include <gtest/gtest.h>
+
+#include <QJsonArray>
+
+namespace tessellar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Kind = Setting::Kind;
+
+TEST(SettingTable, SaysWhatHoldsWhereNothingIsSet) {
+    test::MemorySettings settings;
+    for (const auto mode : {LauncherWindowMode::fullScreen, LauncherWindowMode::windowed}) {
+        const ArrangementLayout layout = readLayoutSettings(settings, mode);
+        const auto now = [&](const QString& key) {
+            return settingNow(settings, *settingNamed(settingKey(mode, key)));
+        };
+        EXPECT_EQ(now(u"gridColumns"_s), layout.columns);
+        EXPECT_EQ(now(u"windowedIconSize"_s), layout.windowedIconSize);
+        EXPECT_EQ(now(u"folderIconScale"_s), layout.folderIconScale);
+    }
+    const AppUpdateSettings updates = readAppUpdateSettings(settings);
+    EXPECT_EQ(settingNow(settings, *settingNamed(updates.enabledKey)), updates.enabled);
+    EXPECT_EQ(settingNow(settings, *settingNamed(updates.intervalKey)),
+              qToUnderlying(updates.interval));
+}
+
+/// What the table lets through is what readers take, and what it refuses they would not.
+TEST(SettingTable, AgreesWithThoseWhoReadTheGrid) {
+    test::MemorySettings settings;
+    for (const Setting& setting : settingTable()) {
+        if (!setting.usual.isNull())
+            EXPECT_FALSE(refusal(setting, setting.usual)) << setting.key.toStdString();
+        if (setting.kind != Kind::integer && setting.kind != Kind::number)
+            continue;
+        const bool isWindowed = setting.key.startsWith(u"windowed."_s);
+        const auto mode = isWindowed ? LauncherWindowMode::windowed : LauncherWindowMode::fullScreen;
+        const ArrangementLayout before = readLayoutSettings(settings, mode);
+        for (const double value : {setting.low, setting.high}) {
+            EXPECT_FALSE(refusal(setting, value)) << setting.key.toStdString();
+            EXPECT_TRUE(refusal(setting, value == setting.low ? value - 1 : value + 1));
+        }
+        for (const QJsonValue& wrong : {QJsonValue(setting.high + 1), QJsonValue(u"4"_s)}) {
+            EXPECT_EQ(storeSetting(settings, setting.key, wrong).error().code, u"outOfRange");
+            EXPECT_TRUE(settings.set(setting.key, wrong)); // by another program
+            EXPECT_EQ(readLayoutSettings(settings, mode), before) << setting.key.toStdString();
+            EXPECT_EQ(settingNow(settings, setting), setting.usual);
+        }
+        EXPECT_TRUE(storeSetting(settings, setting.key, QJsonValue()));
+    }
+    EXPECT_TRUE(settings.values().isEmpty());
+}
+
+TEST(SettingTable, RefusesWhatNobodyWouldRead) {
+    test::MemorySettings settings;
+    const auto store = [&](const QString& key, const QJsonValue& value) {
+        const auto stored = storeSetting(settings, key, value);
+        return stored ? u"stored"_s : stored.error().code;
+    };
+    EXPECT_EQ(store(u"appearance"_s, u"light"_s), u"stored");
+    EXPECT_EQ(store(u"appearance"_s, u"pink"_s), u"outOfRange");
+    EXPECT_EQ(store(u"appUpdates.intervalSeconds"_s, 86'400), u"stored");
+    EXPECT_EQ(store(u"appUpdates.intervalSeconds"_s, 5), u"outOfRange");
+    EXPECT_EQ(store(u"appDiscovery.searchPaths"_s, QJsonArray{u"/Applications"_s}), u"stored");
+    EXPECT_EQ(store(u"appDiscovery.searchPaths"_s, QJsonArray{1}), u"outOfRange");
+    EXPECT_EQ(store(u"reducesMotion"_s, 1), u"outOfRange");
+    EXPECT_EQ(store(u"gridRow"_s, 4), u"unknownSetting");
+}
+
+} // namespace
+} // namespace tessellar
