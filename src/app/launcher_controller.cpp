@@ -34,6 +34,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _backups(viewModel)
     , _removal(viewModel)
     , _pastRemovals(viewModel)
+    , _settings(viewModel, machine)
     , _smartFolder(viewModel)
     , _alert(viewModel) {
     follow();
@@ -59,9 +60,11 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::makeRoomForAlert);
     connect(&_sheets, &Sheets::changed, this, [this] {
         _updates.setShown(_sheets.current() == Sheets::updates);
+        _settings.setShown(_sheets.current() == Sheets::settings);
         if (_sheets.current() != Sheets::smartFolder && _smartFolder.isOpen())
             _smartFolder.cancel();
     });
+    connect(&_settings, &SettingsPanel::updatesWanted, this, [this] { _sheets.open(Sheets::updates); });
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::coveredChanged);
     connect(&_removal, &RemovalPanel::changed, this, &LauncherController::coveredChanged);
     connect(&_sheets, &Sheets::changed, this, &LauncherController::coveredChanged);

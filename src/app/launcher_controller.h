@@ -9,6 +9,7 @@
 #include "app/past_removals_panel.h"
 #include "app/removal_panel.h"
 #include "app/sheets.h"
+#include "app/settings_panel.h"
 #include "app/smart_folder_panel.h"
 #include "app/tile_drag.h"
 #include "app/tile_icons.h"
@@ -55,6 +56,7 @@ class LauncherController final : public QObject {
     Q_PROPERTY(tessellar::BackupsPanel* backups READ backups CONSTANT)
     Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
     Q_PROPERTY(tessellar::PastRemovalsPanel* pastRemovals READ pastRemovals CONSTANT)
+    Q_PROPERTY(tessellar::SettingsPanel* settings READ settings CONSTANT)
     Q_PROPERTY(tessellar::SmartFolderPanel* smartFolder READ smartFolder CONSTANT)
     Q_PROPERTY(tessellar::AlertPanel* alert READ alert CONSTANT)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
@@ -87,6 +89,7 @@ public:
     BackupsPanel* backups() { return &_backups; }
     RemovalPanel* removal() { return &_removal; }
     PastRemovalsPanel* pastRemovals() { return &_pastRemovals; }
+    SettingsPanel* settings() { return &_settings; }
     SmartFolderPanel* smartFolder() { return &_smartFolder; }
     AlertPanel* alert() { return &_alert; }
     QString notice() const;
@@ -178,6 +181,7 @@ private:
     BackupsPanel _backups;
     RemovalPanel _removal;
     PastRemovalsPanel _pastRemovals;
+    SettingsPanel _settings;
     SmartFolderPanel _smartFolder;
     AlertPanel _alert;
     std::vector<Subscription> _subscriptions;

@@ -379,6 +379,8 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
         return _sheets.open(Sheets::icon, target.item ? target.item->app() : nullptr);
     case ActionRequest::rules:
         return _sheets.open(Sheets::smartFolder);
+    case ActionRequest::settings:
+        return _sheets.open(Sheets::settings);
     case ActionRequest::backups:
         _backups.refresh();
         return _sheets.open(Sheets::backups);

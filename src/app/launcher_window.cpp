@@ -11,6 +11,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
+#include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -74,7 +75,11 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
                     _viewModel.updates().isExternalUpdaterRunning())
                     close();
             });
-    _viewModel.setPresenter([this] { show(); });
+    _viewModel.setPresenter({.show = [this] { show(); },
+                             .dismiss = [this] { close(); },
+                             .isShown = [this] { return _view.isVisible(); },
+                             // After the answer to who asked for it.
+                             .quit = [] { QTimer::singleShot(0, qApp, &QGuiApplication::quit); }});
     _controller.setWindow(_view.size(), _view.devicePixelRatio());
 }
 

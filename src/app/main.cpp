@@ -220,6 +220,13 @@ int run(int argc, char** argv) {
     if (!arguments->machine.locale)
         window.followSystemLocale();
     window.followClock(makeClockWatch());
+    if (!arguments->machine.root) { // a folder that holds a Mac's layout has no logins
+        const QString configuration =
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+        window.controller().settings()->setLoginItem(
+            {.isOn = [configuration] { return launchesAtLogin(configuration); },
+             .set = [configuration](bool on) { return setLaunchesAtLogin(on, configuration); }});
+    }
     CommandInterpreter interpreter(machine, window.viewModel());
     // Another start, or a command, finds this launcher from now on.
     ControlServer server(machine, interpreter);

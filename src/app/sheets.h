@@ -24,6 +24,7 @@ public:
     static inline const QString icon = QStringLiteral("icon");
     static inline const QString keys = QStringLiteral("keys");
     static inline const QString pastRemovals = QStringLiteral("pastRemovals");
+    static inline const QString settings = QStringLiteral("settings");
     static inline const QString smartFolder = QStringLiteral("smartFolder");
     static inline const QString updates = QStringLiteral("updates");
 

@@ -78,9 +78,11 @@ void addActionCommands(CommandSet& set) {
                   LauncherMessages& messages = call->launcher().messages();
                   if (*request == ActionRequest::none && !messages.question())
                       return call->succeed(QJsonObject(), {});
-                  if (call->launcher().present())
+                  if (const auto& window = call->launcher().presenter()) {
+                      window->show();
                       return call->succeed(QJsonObject(),
                                            QStringLiteral("The rest is asked for in the window."));
+                  }
                   messages.answer(false);
                   call->fail({QStringLiteral("needsWindow"),
                               QStringLiteral("“%1” asks for more, in the window; there is none.")

@@ -143,6 +143,19 @@ void addArrangements(CommandSet& set) {
               });
 }
 
+/// A command to the window of a launcher that is running.
+void addPresence(CommandSet& set, const char* name, const char* description,
+                 void (*act)(const LauncherViewModel::Presenter&)) {
+    set.onRun(set.add(name, description), CommandNeeds::window, [act](const Call& call) {
+        const auto& window = call->launcher().presenter();
+        if (!window)
+            return call->fail(
+                {QStringLiteral("notRunning"), QStringLiteral("The launcher is not running."), {}});
+        act(*window);
+        call->finish(ExitStatus::done);
+    });
+}
+
 } // namespace
 
 void addLayoutCommands(CommandSet& set) {
@@ -160,14 +173,15 @@ void addLayoutCommands(CommandSet& set) {
                   call->answer(outcome,
                                QStringLiteral("Layout reset to the default alphabetical arrangement."));
               });
-    set.onRun(set.add("show", "Bring the launcher that is running before the user"),
-              CommandNeeds::window, [](const std::shared_ptr<CommandCall>& command) {
-                  if (command->launcher().present())
-                      return command->finish(ExitStatus::done);
-                  command->fail({QStringLiteral("notRunning"),
-                                 QStringLiteral("The launcher is not running."),
-                                 {}});
-              });
+    using Presenter = LauncherViewModel::Presenter;
+    addPresence(set, "show", "Bring the launcher that is running before the user",
+                [](const Presenter& window) { window.show(); });
+    addPresence(set, "dismiss", "Put its window away",
+                [](const Presenter& window) { window.dismiss(); });
+    addPresence(set, "toggle", "Show it, or put it away where it is shown",
+                [](const Presenter& window) { window.isShown() ? window.dismiss() : window.show(); });
+    addPresence(set, "quit", "End it, with everything saved",
+                [](const Presenter& window) { window.quit(); });
     CLI::App* open = set.add("open", "Start an application");
     set.onRun(open, CommandNeeds::launcher, [key = word(open, "appkey", appKeyHelp)](const Call& call) {
         call->launcher().launch(

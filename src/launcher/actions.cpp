@@ -60,7 +60,7 @@ static QString shortcutText(Qt::Key key, Qt::KeyboardModifiers modifiers) {
         text += QStringLiteral("Shift+");
     if (key >= Qt::Key_F1 && key <= Qt::Key_F35)
         return text + u'F' + QString::number(key - Qt::Key_F1 + 1);
-    return key >= Qt::Key_A && key <= Qt::Key_Z ? text + QChar(ushort(key)) : QString();
+    return key > Qt::Key_Space && key <= Qt::Key_AsciiTilde ? text + QChar(ushort(key)) : QString();
 }
 
 std::optional<ActionRequest> performShortcut(LauncherViewModel& launcher, LauncherWindowMode mode,

@@ -38,6 +38,7 @@ struct ActionTarget {
 enum class ActionRequest {
     none,
     rename,       ///< let the user type a name over the tile's label
+    settings,     ///< show what can be set
     backups,      ///< show the backups of arrangements
     updates,      ///< show what is known of updates
     pastRemovals, ///< show them, to put one back

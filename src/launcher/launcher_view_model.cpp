@@ -254,12 +254,4 @@ void LauncherViewModel::setLocale(const Locale& locale) {
     applications().look(); // they may have other names in it
 }
 
-void LauncherViewModel::setPresenter(std::function<void()> present) { _present = std::move(present); }
-
-bool LauncherViewModel::present() {
-    if (_present)
-        _present();
-    return _present != nullptr;
-}
-
 } // namespace tessellar

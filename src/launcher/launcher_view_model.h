@@ -102,10 +102,16 @@ public:
     void applySettings();
     /// The locale changed: what is compared and searched follows; tiles stay where they are.
     void setLocale(const Locale& locale);
-    /// How the launcher comes before the user again while it runs in the background.
-    void setPresenter(std::function<void()> present);
-    /// False when there is no window to show.
-    bool present();
+    /// How the window comes and goes, while the launcher runs.
+    struct Presenter {
+        std::function<void()> show;
+        std::function<void()> dismiss; ///< puts it away, as the user does
+        std::function<bool()> isShown;
+        std::function<void()> quit; ///< ends the launcher, soon
+    };
+    void setPresenter(Presenter presenter) { _presenter = std::move(presenter); }
+    /// Nothing without a window.
+    const std::optional<Presenter>& presenter() const { return _presenter; }
 
     Signal<> bootstrapped; ///< the first load is complete
     Signal<> settingsChanged;
@@ -116,7 +122,7 @@ private:
 
     Machine& _machine;
     std::unique_ptr<Parts> _parts;
-    std::function<void()> _present;
+    std::optional<Presenter> _presenter;
     bool _isBootstrapped = false;
 };
 

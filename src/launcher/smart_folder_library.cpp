@@ -196,6 +196,13 @@ void SmartFolderLibrary::recordLaunch(const QString& key) {
     startRoundFor(SmartFolderNeed::usage);
 }
 
+void SmartFolderLibrary::forgetUsage() {
+    _usage.forget();
+    _runtimeWithUsage.reset();
+    _usage.save();
+    startRoundFor(SmartFolderNeed::usage);
+}
+
 void SmartFolderLibrary::followKeys(const QHash<QString, QString>& changedKeys) {
     if (!_usage.follow(changedKeys))
         return;

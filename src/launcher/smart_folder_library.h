@@ -99,6 +99,8 @@ public:
     void setApps(const QList<AppEntry>& apps);
     void setView(LauncherWindowMode mode, SmartFolderView view);
     void recordLaunch(const QString& appKey);
+    /// What was recorded of use, at the user's wish.
+    void forgetUsage();
     /// Applications that go by another key now: what was recorded of them goes with them.
     void followKeys(const QHash<QString, QString>& changedKeys);
     /// Changes what the launcher knows besides: update statuses, channels, custom icons.

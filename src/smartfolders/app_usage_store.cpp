@@ -97,6 +97,13 @@ void AppUsageStore::lose() {
     _isChanged = true; // so that the loss is remembered
 }
 
+void AppUsageStore::forget() {
+    const QStringList seen = _records.keys();
+    _records.clear();
+    lose();
+    recordSeen(seen);
+}
+
 bool AppUsageStore::isOld() const { return _machine.clock.now() - _since >= completeAfter; }
 
 bool AppUsageStore::follow(const QHash<QString, QString>& changedKeys) {

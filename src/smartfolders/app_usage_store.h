@@ -39,6 +39,8 @@ public:
     /// Applications that are there; true when one of them is new.
     bool recordSeen(const QStringList& appKeys);
     void recordLaunch(const QString& appKey);
+    /// All of it, for good. What is there counts as seen just now.
+    void forget();
     /// Applications that go by another key now; true when one of them was recorded.
     bool follow(const QHash<QString, QString>& changedKeys);
     /// Hands over what has changed since the last save. What goes wrong is logged, and tried again with

@@ -49,6 +49,22 @@ TEST_F(AppUsageStores, RemembersWhatWasSeenAndLaunched) {
     EXPECT_TRUE(facts.usageDataIsComplete);
 }
 
+TEST_F(AppUsageStores, ForgetsForGoodAndSaysOfNoneThatItWasNeverUsed) {
+    const auto store = loaded();
+    store->recordSeen({app, other});
+    store->recordLaunch(app);
+    machine.time.advance(2 * AppUsageStore::completeAfter);
+    store->forget();
+    ASSERT_TRUE(store->flush());
+    const auto again = loaded();
+    const AppUsage unused{machine.time.now(), std::nullopt, 0};
+    EXPECT_EQ(again->records(), (QMap<QString, AppUsage>{{app, unused}, {other, unused}}));
+    SmartFolderRuntimeFacts facts;
+    again->fill(facts);
+    EXPECT_FALSE(facts.usageDataIsComplete);
+    EXPECT_TRUE(facts.launchCounts.isEmpty());
+}
+
 TEST_F(AppUsageStores, FollowsAnApplicationThatGoesByAnotherKey) {
     const auto store = loaded();
     store->recordLaunch(app);

@@ -15,7 +15,8 @@ FocusScope {
     scale: isAway && !Theme.reducesMotion ? 1.04 : 1
     Keys.onPressed: event => {
         if (launcher.renaming.tileId === "")
-            event.accepted = launcher.pressKey(event.key, event.modifiers, event.text) || launcher.type(event.text);
+            event.accepted = launcher.pressKey(event.key, event.modifiers, event.text)
+                || (!(event.modifiers & (Qt.ControlModifier | Qt.MetaModifier)) && launcher.type(event.text));
     }
 
     Connections {
@@ -260,6 +261,14 @@ FocusScope {
         enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
         wanted: root.launcher.sheets.current === "updates"
+    }
+
+    OnDemand {
+        anchors.fill: parent
+        file: "SettingsSheet.qml"
+        enabled: !root.launcher.alert.isOpen
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "settings"
     }
 
     OnDemand {

@@ -23,6 +23,11 @@ FocusScope {
     property bool takesKeyboard: true
     property int headingFont: Theme.headingFont
     property int role: Accessible.Dialog
+    // Beside what it is about, where there is room, which then stays in sight.
+    property bool isBeside: false
+    // Its parts are worked at, and what lies behind shows the result.
+    property bool isSeenThrough: false
+    readonly property bool standsBeside: isBeside && width >= 2 * wanted
     readonly property int bodyWidth: body.width
     readonly property bool isSmall: height < 620
     readonly property bool isNarrow: width < 560
@@ -82,6 +87,7 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
+        visible: !sheet.standsBeside && !sheet.isSeenThrough
         color: Theme.shade
     }
 
@@ -89,7 +95,9 @@ FocusScope {
         id: card
 
         objectName: "sheetCard"
-        anchors.centerIn: parent
+        opacity: sheet.isSeenThrough && !sheet.standsBeside ? Theme.unavailable : 1
+        x: sheet.standsBeside ? parent.width - width - sheet.margin : (parent.width - width) / 2
+        y: (parent.height - height) / 2
         width: Math.min(sheet.wanted, parent.width - 2 * sheet.margin)
         height: Math.min(sheet.height - 2 * sheet.margin,
                          heading.height + body.height + ends.height + 2 * sheet.padding + 2 * sheet.gap)
@@ -127,10 +135,13 @@ FocusScope {
         Flickable {
             id: flick
 
+            // The bar lies beside the parts, in their margin.
+            readonly property int barRoom: 12
+
             anchors.left: parent.left
             anchors.right: parent.right
             anchors.leftMargin: sheet.padding
-            anchors.rightMargin: sheet.padding
+            anchors.rightMargin: sheet.padding - barRoom
             anchors.top: heading.bottom
             anchors.topMargin: sheet.gap
             anchors.bottom: ends.top
@@ -143,7 +154,7 @@ FocusScope {
             Column {
                 id: body
 
-                width: flick.width
+                width: flick.width - flick.barRoom
                 spacing: sheet.gap
             }
 

@@ -32,6 +32,8 @@ class HotKey {
 public:
     virtual ~HotKey() = default;
 
+    /// Whether there are such keys here at all.
+    static bool areAvailable();
     /// Nothing when another program has the key, or none can be had. Calls back on the main thread.
     static std::unique_ptr<HotKey> make(KeyChord chord, std::function<void()> pressed);
 };

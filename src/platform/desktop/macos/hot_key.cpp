@@ -57,6 +57,8 @@ private:
 
 } // namespace
 
+bool HotKey::areAvailable() { return true; }
+
 std::unique_ptr<HotKey> HotKey::make(KeyChord chord, std::function<void()> pressed) {
     auto key = std::make_unique<CarbonHotKey>(std::move(pressed));
     if (!key->start(chord.keyCode, carbonModifiers(chord.modifiers)))

@@ -1,0 +1,321 @@
+#include "app/settings_panel.h"
+
+#include "discovery/app_discovery_settings.h"
+#include "launcher/installed_applications.h"
+#include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
+#include "model/layout_settings.h"
+#include "platform/desktop/hot_key.h"
+#include "updates/app_update_settings.h"
+
+#include <QJsonArray>
+#include <QLocale>
+#include <QPointer>
+
+#include <algorithm>
+
+namespace tessellar {
+namespace {
+
+using Kind = Setting::Kind;
+using Discovery = AppDiscoverySettings;
+
+// Rows that are no settings of their own.
+const QString folderPrefix = QStringLiteral("folder:");
+const QString addedFolder = QStringLiteral("addFolder");
+const QString loginKey = QStringLiteral("launchAtLogin");
+const QString usageKey = QStringLiteral("forgetUsage");
+const QString skippedKey = QStringLiteral("skippedUpdates");
+
+QString text(const char* string) { return SettingsPanel::tr(string); }
+
+/// What is stored, with one value that is not.
+class TriedSettings final : public Settings {
+public:
+    TriedSettings(const Settings& stored, const QString& key, const QJsonValue& value)
+        : _values(stored.values()) {
+        _values.insert(key, value);
+    }
+    QMap<QString, QJsonValue> values() const override { return _values; }
+    std::expected<void, FileError> set(const QMap<QString, QJsonValue>&) override { return {}; }
+
+private:
+    QMap<QString, QJsonValue> _values;
+};
+
+const char* kindName(Kind kind) {
+    switch (kind) {
+    case Kind::integer:
+    case Kind::number:
+        return "slider";
+    case Kind::boolean:
+        return "switch";
+    case Kind::choice:
+        return "choice";
+    case Kind::text:
+    case Kind::folders:
+        break;
+    }
+    return "field";
+}
+
+/// "5", "110 %", "64".
+QString valueText(const Setting& setting, const QJsonValue& value) {
+    const QLocale locale;
+    if (value.isNull())
+        return text("Automatic");
+    const bool isShare = setting.high <= 2;
+    return isShare ? locale.toString(qRound(value.toDouble() * 100)) + QStringLiteral(" %")
+                   : locale.toString(qRound(value.toDouble()));
+}
+
+QVariantMap note(const QString& words) {
+    return {{QStringLiteral("kind"), QStringLiteral("note")}, {QStringLiteral("title"), words}};
+}
+
+} // namespace
+
+SettingsPanel::SettingsPanel(LauncherViewModel& viewModel, Machine& machine)
+    : _viewModel(viewModel), _machine(machine) {}
+
+// ---- what it shows
+
+QVariantMap SettingsPanel::row(const QString& key, const QString& title) const {
+    const Setting& setting = *settingNamed(key);
+    const QJsonValue now = settingNow(_machine.settings, setting);
+    QVariantList choices;
+    for (qsizetype i = 0; i < setting.choices.size(); ++i)
+        choices.append(QVariantMap{{QStringLiteral("title"), text(setting.titles[i].toUtf8())},
+                                   {QStringLiteral("isChosen"), setting.choices[i] == now}});
+    return {{QStringLiteral("key"), key},
+            {QStringLiteral("kind"), QLatin1StringView(kindName(setting.kind))},
+            {QStringLiteral("title"), title},
+            {QStringLiteral("hint"), text(setting.sentence.toUtf8())},
+            {QStringLiteral("value"), now.toVariant()},
+            {QStringLiteral("text"), valueText(setting, now)},
+            {QStringLiteral("low"), setting.low},
+            {QStringLiteral("high"), setting.high},
+            {QStringLiteral("step"), setting.step},
+            {QStringLiteral("choices"), choices},
+            {QStringLiteral("isSet"), _machine.settings.value(key).has_value()}};
+}
+
+QVariantMap SettingsPanel::section(const QString& title, const QVariantList& rows,
+                                   const QString& note) const {
+    return {{QStringLiteral("title"), title},
+            {QStringLiteral("rows"), rows},
+            {QStringLiteral("note"), note}};
+}
+
+QVariantMap SettingsPanel::grid() const {
+    struct Row {
+        const char* key;
+        const char* title;
+        bool isOfWindows = true;
+        bool isOfScreens = true;
+    };
+    static constexpr std::array all{
+        Row{"gridRows", QT_TR_NOOP("Rows")},
+        Row{"gridColumns", QT_TR_NOOP("Columns")},
+        Row{"iconScale", QT_TR_NOOP("Icon size"), false},
+        Row{"windowedIconSize", QT_TR_NOOP("Icon size"), true, false},
+        Row{"windowedHorizontalSpacing", QT_TR_NOOP("Space between columns"), true, false},
+        Row{"windowedVerticalSpacing", QT_TR_NOOP("Space between rows"), true, false},
+        Row{"tileLabelFontSize", QT_TR_NOOP("Size of names")},
+        Row{"folderRows", QT_TR_NOOP("Rows in a folder")},
+        Row{"folderColumns", QT_TR_NOOP("Columns in a folder")},
+        Row{"folderIconScale", QT_TR_NOOP("Icon size in a folder")},
+        Row{"folderIconSpacing", QT_TR_NOOP("Space in a folder")}};
+    const LauncherWindowMode mode = _viewModel.shown().mode();
+    const bool isWindowed = mode == LauncherWindowMode::windowed;
+    QVariantList rows;
+    for (const Row& each : all)
+        if (isWindowed ? each.isOfWindows : each.isOfScreens)
+            rows.append(row(settingKey(mode, QLatin1StringView(each.key)), text(each.title)));
+    return section(isWindowed ? tr("Grid in the window") : tr("Grid in full screen"), rows,
+                   tr("Layout settings are remembered separately for each mode."));
+}
+
+QStringList SettingsPanel::additionalFolders() const {
+    return _machine.settings.texts(Discovery::additionalSearchPathsKey).value_or(QStringList());
+}
+
+QVariantMap SettingsPanel::folders() const {
+    const QString home = _machine.places.home;
+    const QStringList added = Discovery::normalized(additionalFolders(), home);
+    QVariantList rows;
+    for (const QString& path : Discovery::read(_machine.settings, home).searchPaths) {
+        const auto count = std::ranges::count_if(_viewModel.applications().all(), [&](const auto& app) {
+            return app.path.startsWith(path + u'/');
+        });
+        rows.append(
+            QVariantMap{{QStringLiteral("key"), folderPrefix + path},
+                        {QStringLiteral("kind"), QStringLiteral("action")},
+                        {QStringLiteral("title"), path},
+                        {QStringLiteral("text"),
+                         count == 1 ? tr("1 application")
+                                    : tr("%1 applications").arg(QLocale().toString(qint64(count)))},
+                        {QStringLiteral("action"), added.contains(path) ? tr("Remove") : QString()}});
+    }
+    rows.append(QVariantMap{{QStringLiteral("key"), addedFolder},
+                            {QStringLiteral("kind"), QStringLiteral("field")},
+                            {QStringLiteral("title"), tr("Add a folder")},
+                            {QStringLiteral("hint"), tr("Its path, such as ~/Tools")},
+                            {QStringLiteral("value"), QString()}});
+    rows.append(row(Discovery::scanDepthKey, tr("Depth")));
+    return section(tr("Applications"), rows);
+}
+
+QVariantMap SettingsPanel::opening() const {
+    QVariantList rows{row(QStringLiteral("window.mode"), tr("Show in"))};
+    if (_loginItem.isOn)
+        rows.append(QVariantMap{{QStringLiteral("key"), loginKey},
+                                {QStringLiteral("kind"), QStringLiteral("switch")},
+                                {QStringLiteral("title"), tr("Start at login")},
+                                {QStringLiteral("value"), _loginItem.isOn()}});
+    if (HotKey::areAvailable())
+        rows.append(row(QStringLiteral("summon.hotKey"), tr("Shortcut")));
+    else
+        rows.append(
+            note(tr("A shortcut of your desktop that runs “tessellarctl toggle” shows the launcher "
+                    "from anywhere.")));
+    rows.append(row(QStringLiteral("summon.hotCorner"), tr("Hot corner")));
+    return section(tr("Opening"), rows);
+}
+
+QVariantMap SettingsPanel::privacy() const {
+    QVariantList rows{QVariantMap{
+        {QStringLiteral("key"), usageKey},
+        {QStringLiteral("kind"), QStringLiteral("action")},
+        {QStringLiteral("title"), tr("Usage")},
+        {QStringLiteral("text"),
+         tr("When and how often applications are started here, for smart folders. It stays on this "
+            "computer.")},
+        {QStringLiteral("action"), tr("Forget…")}}};
+    rows.append(note(tr("Removal helper: %1").arg(removalHelperDescription)));
+    if (!_helper.isEmpty())
+        rows.append(note(_helper));
+    return section(tr("Usage and Removal"), rows);
+}
+
+void SettingsPanel::show() {
+    _sections = {grid(),
+                 section(tr("Appearance"), {row(QStringLiteral("appearance"), tr("Sheets and menus")),
+                                            row(QStringLiteral("reducesMotion"), tr("Reduce motion"))}),
+                 opening(),
+                 folders(),
+                 section(tr("Updates for Installed Apps"),
+                         {row(AppUpdateSettings::enabledKey, tr("Check for updates")),
+                          row(AppUpdateSettings::intervalKey, tr("How often")),
+                          QVariantMap{{QStringLiteral("key"), skippedKey},
+                                      {QStringLiteral("kind"), QStringLiteral("action")},
+                                      {QStringLiteral("title"), tr("Sources, and what is skipped")},
+                                      {QStringLiteral("action"), tr("Show…")}}}),
+                 privacy()};
+    Q_EMIT changed();
+}
+
+void SettingsPanel::setShown(bool isShown) {
+    if (isShown != _shown.empty())
+        return;
+    _shown.clear();
+    if (!isShown)
+        return;
+    _issue.clear();
+    const auto follow = [this](auto& signal) { _shown.push_back(signal.connect([this] { show(); })); };
+    follow(_viewModel.settingsChanged);
+    follow(_viewModel.layouts().shownModeChanged);
+    follow(_viewModel.applications().scanned);
+    _viewModel.cleanup().checkHelper(
+        [self = QPointer(this)](const std::expected<void, QString>& health) {
+            if (!self)
+                return;
+            self->_helper = health ? tr("The removal helper answers.") : health.error();
+            self->show();
+        });
+    show();
+}
+
+// ---- what is changed
+
+void SettingsPanel::tell(const QString& issue) {
+    _issue = issue;
+    show();
+}
+
+void SettingsPanel::tryOut(const QString& key, double value) {
+    const LauncherWindowMode mode = _viewModel.shown().mode();
+    _viewModel.shown().tryOut(readLayoutSettings(TriedSettings(_machine.settings, key, value), mode));
+}
+
+void SettingsPanel::store(const QString& key, const QJsonValue& value) {
+    const auto stored = storeSetting(_machine.settings, key, value);
+    _viewModel.applySettings();
+    tell(stored ? QString() : stored.error().message);
+}
+
+void SettingsPanel::set(const QString& key, const QVariant& value) {
+    if (key == loginKey) {
+        const auto stored = _loginItem.set(value.toBool());
+        return tell(stored ? QString() : stored.error());
+    }
+    const QString text = value.toString().trimmed();
+    if (key == addedFolder) {
+        if (Discovery::normalized({text}, _machine.places.home).isEmpty())
+            return tell(tr("“%1” is no folder: a path begins with “/” or “~/”.").arg(text.left(200)));
+        return setFolders(additionalFolders() + QStringList(text));
+    }
+    if (key == u"summon.hotKey") {
+        if (!text.isEmpty() && !keyChord(text))
+            return tell(tr("“%1” names no keys. “option+space” does.").arg(text.left(200)));
+        return store(key, text.isEmpty() ? QJsonValue() : QJsonValue(text));
+    }
+    store(key, QJsonValue::fromVariant(value));
+}
+
+void SettingsPanel::choose(const QString& key, int index) {
+    const Setting* setting = settingNamed(key);
+    if (!setting || index < 0 || index >= setting->choices.size())
+        return;
+    store(key, setting->choices[index]);
+    if (key == u"window.mode")
+        if (const auto mode =
+                json::fromRawValue<LauncherWindowMode>(setting->choices[index].toString()))
+            _viewModel.layouts().show(*mode);
+}
+
+void SettingsPanel::setFolders(const QStringList& folders) {
+    store(Discovery::additionalSearchPathsKey,
+          folders.isEmpty() ? QJsonValue() : QJsonValue(QJsonArray::fromStringList(folders)));
+}
+
+void SettingsPanel::act(const QString& key) {
+    if (key == usageKey)
+        return askToForgetUsage();
+    if (key == skippedKey)
+        return Q_EMIT updatesWanted();
+    if (!key.startsWith(folderPrefix))
+        return;
+    QStringList folders = additionalFolders();
+    folders.removeIf([&](const QString& folder) {
+        return Discovery::normalized({folder}, _machine.places.home)
+            .contains(key.sliced(folderPrefix.size()));
+    });
+    setFolders(folders);
+}
+
+void SettingsPanel::askToForgetUsage() {
+    _viewModel.messages().ask(
+        {.title = tr("Forget when applications were started?"),
+         .text = tr("Smart folders that go by use begin anew. This cannot be undone."),
+         .accept = tr("Forget"),
+         .isDestructive = true},
+        [&library = _viewModel.smartFolders()](bool accepted) {
+            if (accepted)
+                library.forgetUsage();
+        });
+}
+
+} // namespace tessellar
