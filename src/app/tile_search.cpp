@@ -30,11 +30,16 @@ void TileSearch::setText(const QString& text) {
     _text = now;
     _selected.reset();
     _results.setPage(0);
-    refresh();
+    find();
     Q_EMIT changed();
 }
 
 void TileSearch::refresh() {
+    _folders.reset();
+    find();
+}
+
+void TileSearch::find() {
     if (!isActive()) {
         _hits.clear();
         _results.setPages({});
@@ -59,33 +64,27 @@ void TileSearch::refresh() {
     Q_EMIT selectionChanged();
 }
 
-/// The folder that each of these tiles lies in.
-static void collectFolders(const Pages& pages, const QString& folder, const QSet<QString>& wanted,
-                           QHash<QString, QString>& found) {
+static void collectFolders(const Pages& pages, const QString& folder, QHash<QString, QString>& found) {
     for (const Page& page : pages)
         for (const LaunchpadItem& item : page) {
             if (const FolderEntry* inner = item.folder())
-                collectFolders(inner->pages, inner->name, wanted, found);
+                collectFolders(inner->pages, inner->name, found);
             else if (const AppEntry* app = item.app(); app && !app->alias && !folder.isEmpty())
-                if (const QString key = appKey(*app); wanted.contains(key))
-                    found.insert(key, folder);
+                found.insert(appKey(*app), folder);
         }
 }
 
-void TileSearch::annotate(qsizetype page, QList<TileView>& views) const {
+void TileSearch::annotate(qsizetype page, QList<TileView>& views) {
     const qsizetype first = page * pageGeometry(_viewModel.shown().settings()).capacity();
-    QSet<QString> keys;
-    for (const TileView& view : views)
-        for (const IconWish& icon : view.icons)
-            keys.insert(icon.appKey);
-    QHash<QString, QString> folders;
-    collectFolders(_viewModel.shown().pages(), {}, keys, folders);
+    if (!_folders)
+        collectFolders(_viewModel.shown().pages(), {}, _folders.emplace());
     for (qsizetype i = 0; i < views.size() && first + i < _hits.size(); ++i) {
         TileView& view = views[i];
         const QString key = view.icons.isEmpty() ? QString() : view.icons.first().appKey;
         view.markedLabel = markedLabel(view.label, _text, _machine.locale);
         view.isWeak = _hits[first + i].score < wholeMatch;
-        view.place = _viewModel.shown().hiddenKeys().contains(key) ? tr("Hidden") : folders.value(key);
+        view.place =
+            _viewModel.shown().hiddenKeys().contains(key) ? tr("Hidden") : _folders->value(key);
     }
 }
 

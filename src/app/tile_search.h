@@ -43,7 +43,8 @@ Q_SIGNALS:
     void selectionChanged();
 
 private:
-    void annotate(qsizetype page, QList<TileView>& views) const;
+    void find();
+    void annotate(qsizetype page, QList<TileView>& views);
 
     LauncherViewModel& _viewModel;
     const Machine& _machine;
@@ -51,6 +52,8 @@ private:
     QList<SearchIndex::Hit> _hits;
     GridModel _results;
     std::optional<QUuid> _selected;
+    /// The folder that each application's tile lies in, by app key; until the layout changes.
+    std::optional<QHash<QString, QString>> _folders;
 };
 
 } // namespace tessellar

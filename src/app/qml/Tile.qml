@@ -37,7 +37,7 @@ Item {
     readonly property real wholeOpacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
 
     function setOff(marked) {
-        return marked.replace(/<b>/g, "<font color=\"" + Theme.matched + "\"><b>").replace(/<\/b>/g, "</b></font>");
+        return marked.split("<b>").join("<font color=\"" + Theme.matched + "\"><b>").split("</b>").join("</b></font>");
     }
 
     // What the name's line says. Once a turn, however much of it changes: laying out text is what tiles cost most.
