@@ -48,6 +48,7 @@ string(JOIN " " c_flags -nostdlibinc
     -isystem ${clang_resources}/include
     -isystem ${zigc}/libc/include/any-darwin-any
     -isystem ${headers}/libraries
+    -isystem ${CMAKE_CURRENT_LIST_DIR}/mac-frameworks/include
     -F${CMAKE_CURRENT_LIST_DIR}/mac-frameworks)
 # libc++'s headers come without the configuration of a place where it is installed.
 set(site)
