@@ -141,10 +141,13 @@ Item {
         x: picture.x + picture.width - width * 0.7
         y: picture.y - height * 0.2
         sourceComponent: Rectangle {
-            width: Math.max(height, badgeText.implicitWidth + 12)
-            height: badgeText.implicitHeight + 4
+            // Beside a small icon words would hide it: a dot says that there is something.
+            readonly property bool isDot: tile.iconSide < 40
+
+            width: isDot ? height : Math.max(height, badgeText.implicitWidth + 12)
+            height: isDot ? Math.ceil(tile.iconSide / 3) : badgeText.implicitHeight + 4
             radius: height / 2
-            color: Theme.badge
+            color: isDot ? Theme.accent : Theme.badge
             border.width: 1
             border.color: Theme.badgeOutline
 
@@ -152,6 +155,7 @@ Item {
                 id: badgeText
 
                 anchors.centerIn: parent
+                visible: !parent.isDot
                 text: tile.badge
                 color: Theme.backdropText
                 font.pixelSize: Math.max(Theme.tinyFont, tile.labelPixels - 2)
