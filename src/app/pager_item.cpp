@@ -14,6 +14,8 @@ void PagerItem::change(bool byUser, Change change) {
     const double position = _motion.position();
     const bool moved = isMoving();
     change(_motion);
+    if (_jumps && !_motion.isDragged())
+        _motion.jumpTo(_motion.page());
     if (_motion.page() != page) {
         Q_EMIT pageChanged();
         if (byUser)

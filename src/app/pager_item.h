@@ -18,6 +18,8 @@ class PagerItem : public QQuickItem {
     /// In pages; a fraction while they move.
     Q_PROPERTY(double position READ position NOTIFY positionChanged)
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY positionChanged)
+    /// For who wants little motion: pages follow a finger, and never move by themselves.
+    Q_PROPERTY(bool jumps MEMBER _jumps NOTIFY jumpsChanged)
 
 public:
     explicit PagerItem(QQuickItem* parent = nullptr);
@@ -41,6 +43,7 @@ Q_SIGNALS:
     void pageCountChanged();
     void pageChanged();
     void positionChanged();
+    void jumpsChanged();
     /// The user has turned to a page.
     void turned(int page);
 
@@ -53,6 +56,7 @@ private:
     void change(bool byUser, Change change);
 
     PageMotion _motion;
+    bool _jumps = false;
     WheelPaging _wheel;
     std::uint64_t _lastScroll = 0;
     double _scrollVelocity = 0; ///< pixels a second

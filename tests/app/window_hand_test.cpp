@@ -1,5 +1,8 @@
 #include "app/matched_letters.h"
+#include "app/menu_model.h"
+#include "app/pager_item.h"
 #include "launcher/launcher_clipboard.h"
+#include "launcher/launcher_editor.h"
 #include "launcher/launcher_history.h"
 #include "launcher/layout_archive.h"
 #include "launcher_fixture.h"
@@ -184,6 +187,62 @@ TEST_F(WindowHandTest, AnUndoSlidesTilesBackUnlessMotionIsReduced) {
     viewModel().applySettings();
 }
 
+TEST_F(WindowHandTest, APageFadesInWhereMotionIsReduced) {
+    start();
+    auto* pager = qobject_cast<PagerItem*>(tile(u"A01"_s)->parentItem());
+    for (QQuickItem* item = tile(u"A01"_s); item && !pager; item = item->parentItem())
+        pager = qobject_cast<PagerItem*>(item);
+    ASSERT_TRUE(pager);
+    press(Qt::Key_PageDown);
+    EXPECT_TRUE(pager->isMoving());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !pager->isMoving(); }));
+    ASSERT_TRUE(mac.machine.settings.set(u"reducesMotion"_s, true));
+    viewModel().applySettings();
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(pager->position(), 0) << "at once";
+    ASSERT_TRUE(mac.machine.settings.set(u"reducesMotion"_s, QJsonValue()));
+    viewModel().applySettings();
+}
+
+TEST_F(WindowHandTest, ScatteredHitsStandApartAndHiddenOnesSayIt) {
+    install({u"Nine Oaks Wide"_s, u"Nowhere"_s, u"Unknown"_s});
+    start();
+    ASSERT_TRUE(viewModel().editor().hideApps(
+        LauncherWindowMode::fullScreen,
+        {*findTile(viewModel().shown().pages(), u"org.example.nowhere"_s)}));
+    type(u"now"_s);
+    const auto found = [&](const QString& label) {
+        return QTest::qWaitFor([&] { return tile(label); }) ? tile(label) : nullptr;
+    };
+    ASSERT_TRUE(found(u"Nowhere"_s) && found(u"Nine Oaks Wide"_s) && found(u"Unknown"_s));
+    EXPECT_EQ(tile(u"Nowhere"_s)->property("place").toString(), u"Hidden");
+    EXPECT_FALSE(tile(u"Nowhere"_s)->property("isWeak").toBool());
+    EXPECT_FALSE(tile(u"Unknown"_s)->property("isWeak").toBool());
+    EXPECT_TRUE(tile(u"Nine Oaks Wide"_s)->property("isWeak").toBool());
+}
+
+TEST_F(WindowHandTest, AMenuIsUsedByKeysAlone) {
+    start();
+    press(Qt::Key_Right);
+    press(Qt::Key_Menu);
+    MenuModel& menu = *launcher().menu();
+    ASSERT_TRUE(menu.isOpen());
+    const auto current = [&] {
+        return menu.entries().value(menu.current()).toMap()[u"title"_s].toString();
+    };
+    press(Qt::Key_End);
+    const QString last = current();
+    press(Qt::Key_Home);
+    EXPECT_EQ(current(), u"Open");
+    press(Qt::Key_Up);
+    EXPECT_EQ(current(), last) << "round the end";
+    type(u"hi"_s);
+    EXPECT_EQ(current(), u"Hide");
+    press(Qt::Key_Return);
+    EXPECT_FALSE(menu.isOpen());
+    EXPECT_FALSE(tile(u"A01"_s));
+}
+
 TEST_F(WindowHandTest, AnUndoLeadsToThePageWhereSomethingReturned) {
     start();
     clickWith(Qt::ControlModifier, u"A09"_s);
@@ -227,8 +286,8 @@ TEST_F(WindowHandTest, ADamagedLayoutIsResetOrLeft) {
 
 TEST_F(WindowHandTest, EverySheetKeepsItsButtonsInTheSmallestWindow) {
     start({320, 240});
-    for (const QString& sheet :
-         {Sheets::keys, Sheets::backups, Sheets::updates, Sheets::pastRemovals, Sheets::icon}) {
+    for (const QString& sheet : {Sheets::keys, Sheets::backups, Sheets::updates, Sheets::pastRemovals,
+                                 Sheets::settings, Sheets::icon}) {
         launcher().sheets()->open(sheet);
         QQuickItem* card = nullptr;
         ASSERT_TRUE(QTest::qWaitFor([&] { return card = itemWith("objectName", u"sheetCard"_s); }))

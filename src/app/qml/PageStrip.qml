@@ -103,13 +103,30 @@ PagerItem {
     page: model.page
     onTurned: page => model.turnTo(page)
     onPositionChanged: updateNear()
-    onPageChanged: updateNear()
+    jumps: Theme.reducesMotion
+    onPageChanged: {
+        updateNear();
+        if (jumps)
+            fadeIn.restart();
+    }
     onExistingChanged: updateNear()
     Component.onCompleted: updateNear()
     enabled: interactive
     clip: false
 
+    NumberAnimation {
+        id: fadeIn
+
+        target: all
+        property: "opacity"
+        from: 0
+        to: 1
+        duration: Theme.fadeTime
+    }
+
     Item {
+        id: all
+
         // Whole pixels, so that icons are not smoothed again.
         x: Math.round(-strip.position * strip.width)
         width: strip.width
