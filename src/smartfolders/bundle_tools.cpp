@@ -9,6 +9,8 @@ namespace {
 constexpr int timeoutsBeforeGivingUp = 3;
 constexpr std::uint64_t maximumToolOutput = 64u << 10;
 constexpr qsizetype maximumArchitectures = 16;
+/// A certificate of one's own may name anything, and what it names is kept.
+constexpr qsizetype longestName = 500;
 
 } // namespace
 
@@ -20,14 +22,16 @@ SignatureFindings parseSignature(const QByteArray& output) {
     SignatureFindings result;
     for (const QByteArray& line : output.split('\n')) {
         if (!result.developer && line.startsWith(authority)) {
-            result.developer =
-                QString::fromUtf8(line.sliced(authority.size())).trimmed().remove(teamSuffix);
+            result.developer = QString::fromUtf8(line.sliced(authority.size()))
+                                   .trimmed()
+                                   .remove(teamSuffix)
+                                   .left(longestName);
         } else if (!result.developer && line == system) {
             result.developer = systemDeveloper;
         } else if (!result.teamID && line.startsWith(team)) {
             const QString identifier = QString::fromUtf8(line.sliced(team.size())).trimmed();
             if (identifier != u"not set")
-                result.teamID = identifier;
+                result.teamID = identifier.left(longestName);
         }
     }
     if (result.developer && result.developer->isEmpty())

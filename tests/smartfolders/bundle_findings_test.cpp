@@ -54,6 +54,11 @@ TEST(Signatures, TheDeveloperIsTheNameInTheAuthority) {
     EXPECT_EQ(parsed("Authority=Apple Mac OS Application Signing\nTeamIdentifier=74J34U3R6X"), store);
     EXPECT_EQ(parsed("Signature=adhoc\nTeamIdentifier=not set\n"), SignatureFindings());
     EXPECT_EQ(parseSignature("/tmp/x: code object is not signed at all\n"), SignatureFindings());
+    const QByteArray endless = QByteArray("x").repeated(50'000);
+    const SignatureFindings bounded =
+        parsed("Authority=Developer ID Application: " + endless + "\nTeamIdentifier=" + endless);
+    EXPECT_EQ(bounded.developer->size(), 500);
+    EXPECT_EQ(bounded.teamID->size(), 500);
 }
 
 TEST(Architectures, AreTheWordsOfTheTool) {
