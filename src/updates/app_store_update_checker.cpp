@@ -4,6 +4,7 @@
 #include "updates/app_update_settings.h"
 #include "updates/outside_words.h"
 
+#include <QSet>
 #include <QUrlQuery>
 
 #include <algorithm>
@@ -101,6 +102,10 @@ private:
 
 std::unique_ptr<AppUpdateWork>
 AppStoreUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, Findings findings) {
+    QSet<QString> installed;
+    for (const AppUpdateCandidate& candidate : candidates)
+        installed.insert(candidate.appKey);
+    _items.removeIf([&](const auto& known) { return !installed.contains(known.key()); });
     QList<AppUpdateCandidate> unknown;
     for (const AppUpdateCandidate& candidate : candidates)
         if (candidate.hasStoreReceipt && !item(candidate))

@@ -211,6 +211,15 @@ TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
     settle();
     coordinator.reset();
     EXPECT_EQ(stored().records.keys(), (QStringList{key(u"Cask"_s), key(u"Store"_s)}));
+    EXPECT_EQ(stored().storeItems.keys(), QStringList{key(u"Store"_s)});
+
+    names = {u"Cask"_s};
+    make();
+    load();
+    ASSERT_TRUE(coordinator->check());
+    settle();
+    coordinator.reset();
+    EXPECT_EQ(stored().storeItems.keys(), QStringList());
 }
 
 TEST_F(AppUpdateCoordinatorTest, AsksFourAtATimeTheSameIdentifierOnceAndPublishesInBursts) {
