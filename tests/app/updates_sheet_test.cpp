@@ -108,6 +108,17 @@ TEST_F(UpdatesSheetTest, ItsLinesSayWhatIsKnownAndWhy) {
     press(Qt::Key_Up);
     press(Qt::Key_Return);
     EXPECT_EQ(lines().size(), 5);
+
+    // Where the list scrolls, the rest of the sheet stays where it is.
+    view().resize(800, 400);
+    press(Qt::Key_Home);
+    (void)window->photograph();
+    press(Qt::Key_End);
+    (void)window->photograph();
+    const QQuickItem* list = itemWith("objectName", u"updatesList"_s);
+    EXPECT_LT(list->height(), list->property("contentHeight").toReal());
+    const QQuickItem* scrolled = list->parentItem()->parentItem();
+    EXPECT_EQ(scrolled->y(), 0);
 }
 
 TEST_F(UpdatesSheetTest, AnUpdateIsRunWithTheKeyboardAndSeenToRun) {

@@ -60,12 +60,13 @@ FocusScope {
     // What has the keyboard is seen.
     readonly property Item focusItem: Window.activeFocusItem
     onFocusItemChanged: {
-        let item = focusItem;
-        while (item && item !== body)
-            item = item.parent;
-        if (!item || focusItem.height > flick.height)
+        let part = focusItem;
+        while (part && part.parent !== body)
+            part = part.parent;
+        if (!part || focusItem.height > flick.height)
             return;
-        const top = focusItem.mapToItem(body, 0, 0).y;
+        // A part that scrolls by itself is about to show it within its own bounds.
+        const top = Math.max(part.y, Math.min(focusItem.mapToItem(body, 0, 0).y, part.y + part.height - focusItem.height));
         flick.contentY = Math.max(top + focusItem.height + 3 - flick.height, Math.min(flick.contentY, Math.max(0, top - 3)));
     }
 
