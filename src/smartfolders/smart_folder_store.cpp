@@ -216,6 +216,8 @@ QString message(const SmartFolderStore::StoreError& error) {
 }
 
 QString message(const SmartFolderStore::Error& error) {
+    if (const auto* damage = std::get_if<json::DecodeError>(&error))
+        return QStringLiteral("The Smart Folder registry is damaged: %1").arg(message(*damage));
     return std::visit([](const auto& e) { return message(e); }, error);
 }
 

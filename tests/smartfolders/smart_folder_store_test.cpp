@@ -103,6 +103,8 @@ TEST_F(SmartFolderStores, MovesAsideWhatItCannotReadAndSavesNothingUntilRecovere
         if (fault.error) {
             EXPECT_EQ(*error, Store::Error(*fault.error));
             EXPECT_EQ(message(*error), QLatin1StringView(fault.message));
+        } else {
+            EXPECT_TRUE(message(*error).startsWith(u"The Smart Folder registry is damaged: "));
         }
         ASSERT_TRUE(s.lastQuarantinedPath());
         EXPECT_EQ(machine->read(*s.lastQuarantinedPath()), fault.bytes);
