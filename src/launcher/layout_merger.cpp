@@ -49,6 +49,7 @@ LayoutMerger::LayoutMerger(const Machine& machine, LayoutStore& store, LiveLayou
     , _scanned(applications.scanned.connect([this] { apply(); })) {
     store.setPrecondition([&places](LauncherWindowMode mode) { return places.written(mode); });
     applications.setPreparation([this](const Installed& installed, std::function<void()> done) {
+        loadAgain();
         prepare(installed, std::move(done), 3);
     });
 }
@@ -71,12 +72,44 @@ void LayoutMerger::load(std::function<void()> done) {
 
 void LayoutMerger::loaded(LauncherWindowMode mode, LayoutStore::LoadResult result,
                           const std::function<void()>& done) {
-    _loaded[std::size_t(mode)] = std::move(result);
+    const std::size_t i = std::size_t(mode);
+    const auto* failed = std::get_if<LayoutStore::Failed>(&result);
+    _mayPass[i] = failed && failed->mayPass;
+    // The first time a failure is something to show as well.
+    if (!failed || !_hasMerged) {
+        _loaded[i] = std::move(result);
+        _isNew[i] = true;
+    }
     if (--_loadsLeft > 0)
         return;
     done();
     if (const auto merge = std::exchange(_whenLoaded, {}))
         merge();
+}
+
+void LayoutMerger::loadAgain() {
+    if (!_hasMerged)
+        return;
+    _places.load();
+    for (const LauncherWindowMode mode : LiveLayouts::modes) {
+        if (!_mayPass[std::size_t(mode)])
+            continue;
+        ++_loadsLeft;
+        _loading[std::size_t(mode)] =
+            _store.loadBehind(mode, [this, mode](LayoutStore::LoadResult result) {
+                loaded(mode, std::move(result), [] {});
+            });
+    }
+}
+
+void LayoutMerger::askForAnother() {
+    constexpr std::chrono::seconds longest{300};
+    if (std::ranges::all_of(LiveLayouts::modes, [this](LauncherWindowMode mode) {
+            return !_mayPass[std::size_t(mode)] && _places.canRemember(mode);
+        }))
+        return _again.cancel();
+    _again = _machine.scheduler.after(_patience, [this] { _applications.look(); });
+    _patience = std::min(2 * _patience, longest);
 }
 
 // ---- working it out
@@ -85,8 +118,9 @@ LayoutMerger::Starts LayoutMerger::starts(const Installed& installed) const {
     const auto of = [&](LauncherWindowMode mode) {
         const LiveLayout& layout = _layouts[mode];
         const auto* loaded = std::get_if<LayoutDocument>(&_loaded[std::size_t(mode)]);
-        const bool isDefault = !_hasMerged && !loaded;
-        const LayoutDocument& document = _hasMerged || isDefault ? layout.document() : *loaded;
+        const bool isNew = _isNew[std::size_t(mode)];
+        const bool isDefault = isNew && !loaded;
+        const LayoutDocument& document = isNew && loaded ? *loaded : layout.document();
         return Start{mergeInput(document, layout, installed, _places, _machine), isDefault};
     };
     return {of(LiveLayouts::modes[0]), of(LiveLayouts::modes[1])};
@@ -115,7 +149,11 @@ static bool isCurrent(const MergeInput& now, const MergeInput& then) {
 
 void LayoutMerger::prepare(const Installed& installed, std::function<void()> done, int attemptsLeft) {
     if (_loadsLeft > 0) {
-        _whenLoaded = [=, this] { prepare(installed, done, attemptsLeft); };
+        _whenLoaded = [=, this] {
+            // What is loaded in place of a layout that is shown is merged at once, before any edit.
+            const bool isLate = _hasMerged && (_isNew[0] || _isNew[1]);
+            prepare(installed, done, isLate ? 0 : attemptsLeft);
+        };
         return;
     }
     Starts starts = this->starts(installed);
@@ -138,20 +176,22 @@ void LayoutMerger::prepare(const Installed& installed, std::function<void()> don
 // ---- showing it
 
 void LayoutMerger::apply() {
-    const bool isFirst = !std::exchange(_hasMerged, true);
+    _hasMerged = true;
+    const std::array<bool, 2> isFirst = std::exchange(_isNew, {});
     QHash<QString, QString> changedKeys;
     for (const LauncherWindowMode mode : LiveLayouts::modes) {
         const Merged& merged = _merged[std::size_t(mode)];
         changedKeys.insert(merged.result.changedKeys);
-        show(_layouts[mode], merged, isFirst);
-        if (isFirst)
+        show(_layouts[mode], merged, isFirst[std::size_t(mode)]);
+        if (isFirst[std::size_t(mode)])
             tellOfLoad(mode);
     }
     // Before the layouts are saved: from those nobody could tell the former keys.
     if (!changedKeys.isEmpty())
         _applications.keysChanged.notify(changedKeys);
     for (const LauncherWindowMode mode : LiveLayouts::modes)
-        save(mode, std::exchange(_merged[std::size_t(mode)], {}), isFirst);
+        save(mode, std::exchange(_merged[std::size_t(mode)], {}), isFirst[std::size_t(mode)]);
+    askForAnother();
 }
 
 void LayoutMerger::show(LiveLayout& layout, const Merged& merged, bool isFirst) {

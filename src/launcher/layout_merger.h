@@ -41,6 +41,8 @@ MergeResult mergeReplacement(const LayoutDocument& document, const LiveLayout& l
 ///    by working them out on the main thread.
 /// 3. With `InstalledApplications::scanned` what came of it is shown, remembered and saved.
 ///
+/// What could not be read is tried again before each merge, and a scan is asked for until it can be.
+///
 /// Main thread only.
 class LayoutMerger {
 public:
@@ -54,7 +56,6 @@ public:
     void load(std::function<void()> done);
     /// What was read; nothing is left of it after the first merge.
     Loaded& loaded() { return _loaded; }
-    bool hasMerged() const { return _hasMerged; }
     /// True while the first merge is on its way to the disk.
     bool isSaving() const { return _saves > 0; }
 
@@ -75,6 +76,8 @@ private:
     static Results merge(const Starts& starts);
     void loaded(LauncherWindowMode mode, LayoutStore::LoadResult result,
                 const std::function<void()>& done);
+    void loadAgain();
+    void askForAnother();
     void prepare(const Installed& installed, std::function<void()> done, int attemptsLeft);
     void apply();
     static void show(LiveLayout& layout, const Merged& merged, bool isFirst);
@@ -91,7 +94,11 @@ private:
     Results _merged; ///< ready to be shown
     std::array<Task, 2> _loading;
     std::size_t _loadsLeft = 0;
-    std::function<void()> _whenLoaded; ///< a scan that waits for that
+    std::function<void()> _whenLoaded;      ///< a scan that waits for that
+    std::array<bool, 2> _isNew{true, true}; ///< loaded, and not merged yet
+    std::array<bool, 2> _mayPass{};         ///< what kept it from being loaded
+    std::chrono::seconds _patience{5};      ///< until the next try
+    Timer _again;
     bool _hasMerged = false;
     int _saves = 0;
     Task _task;

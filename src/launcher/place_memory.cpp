@@ -16,6 +16,8 @@ PlaceMemory::PlaceMemory(const Machine& machine)
 
 void PlaceMemory::load() {
     for (const LauncherWindowMode mode : LiveLayouts::modes) {
+        if (canRemember(mode))
+            continue;
         kept(mode).load();
         if (folderDepth((*this)[mode].pages) > maximumFolderDepth)
             set(mode, {});

@@ -16,6 +16,7 @@ class PlaceMemory {
 public:
     explicit PlaceMemory(const Machine& machine);
 
+    /// Reads what is not known yet: called again, what could not be read.
     void load();
     const RememberedPlaces& operator[](LauncherWindowMode mode) const { return kept(mode).value(); }
     void set(LauncherWindowMode mode, const RememberedPlaces& places) { kept(mode).set(places); }

@@ -12,7 +12,7 @@ namespace tessellar {
 /// A document of the launcher's own that one can do without, in a file in the application's folder.
 /// What is damaged, too large, or of another version, is set aside beside the file
 /// ("NAME.damaged-STAMP-TAG.json"). What cannot be read now stays as it is: until the next load,
-/// changes are kept in memory alone.
+/// changes are kept in memory alone, and that load forgets them.
 ///
 /// Main thread only. Written behind it, before whatever is handed over to be saved later; destroying
 /// this waits for that.
@@ -22,7 +22,10 @@ public:
     KeptDocument(const Machine& machine, QString path, std::uint64_t maximumBytes)
         : _machine(machine)
         , _file(machine.workers, StoredFile(machine.files, std::move(path), maximumBytes)) {}
-    ~KeptDocument() { (void)_file.wait(); }
+    ~KeptDocument() {
+        if (const auto written = _file.wait(); !written && _untold > 0)
+            warn(written);
+    }
     KeptDocument(const KeptDocument&) = delete;
     KeptDocument& operator=(const KeptDocument&) = delete;
 
@@ -82,10 +85,15 @@ private:
         _file.write([value = _value]() -> std::expected<QByteArray, FileError> {
             return json::write(json::encode(value));
         });
-        _file.whenWritten([&log = _machine.log](const BackgroundFile::Result& written) {
-            if (!written)
-                log.warning(message(written.error()));
+        ++_untold;
+        _file.whenWritten([this](const BackgroundFile::Result& written) {
+            --_untold;
+            warn(written);
         });
+    }
+    void warn(const BackgroundFile::Result& written) {
+        if (!written)
+            _machine.log.warning(message(written.error()));
     }
     void setAside() { _isBlocked = !_file.setAside(_machine.clock, _machine.uuids.next()).has_value(); }
     void leaveOut(const QString& why) {
@@ -95,7 +103,8 @@ private:
     const Machine& _machine;
     BackgroundFile _file;
     Document _value;
-    bool _isBlocked = false;
+    int _untold = 0; ///< writes of which the main thread has not heard yet
+    bool _isBlocked = true;
 };
 
 } // namespace tessellar

@@ -66,7 +66,7 @@ struct LayoutStore::Read {
 LayoutStore::Read LayoutStore::read(BackgroundFile& file) {
     Read read{.bytes = file.read(), .document = {}};
     const auto fail = [&](const StorageError& error, const QString& detail) {
-        read.document = std::unexpected(Failed{error, detail});
+        read.document = std::unexpected(Failed{error, detail, !read.bytes});
     };
     if (!read.bytes) {
         fail({Code::workingDocumentUnreadable}, message(read.bytes.error()));
@@ -96,7 +96,11 @@ LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
 Task LayoutStore::loadBehind(LauncherWindowMode mode, std::function<void(LoadResult)> done) {
     return _machine.workers.run(
         [file = working(mode).file](std::stop_token) { return read(*file); },
-        [this, mode, done = std::move(done)](Read read) { done(accept(mode, std::move(read))); });
+        [this, mode, wasBlocked = isWriteBlocked(mode), done = std::move(done)](Read read) {
+            const bool isReset = wasBlocked && !isWriteBlocked(mode);
+            done(isReset ? Failed{StorageError{Code::workingDocumentUnreadable}, {}}
+                         : accept(mode, std::move(read)));
+        });
 }
 
 LayoutStore::LoadResult LayoutStore::accept(LauncherWindowMode mode, Read read) {
@@ -130,7 +134,7 @@ LayoutStore::LoadResult LayoutStore::accept(LauncherWindowMode mode, Read read) 
         if (kept)
             kept = _machine.files.writeAtomically(copy, **read.bytes);
         if (!kept)
-            return fail({StorageError{Code::workingDocumentUnreadable}, message(kept.error())});
+            return fail({StorageError{Code::workingDocumentUnreadable}, message(kept.error()), true});
         file.lossyCopy = copy;
     }
     return *std::move(read.document);

@@ -53,7 +53,8 @@ public:
     };
     struct Failed {
         Error error;
-        QString detail; ///< for the log: what was wrong, and where
+        QString detail;       ///< for the log: what was wrong, and where
+        bool mayPass = false; ///< it could not be read now, which says nothing of what it holds
     };
     using LoadResult = std::variant<Document, Missing, Failed>;
 
@@ -74,7 +75,7 @@ public:
     // The working layouts. Documents are written with the current version.
     LoadResult load(LauncherWindowMode mode);
     /// The same with reading and decoding on a worker; `done` is called on the main thread. Nothing is
-    /// saved until then.
+    /// saved until then. A blocked mode that is reset meanwhile stays as the reset left it.
     [[nodiscard]] Task loadBehind(LauncherWindowMode mode, std::function<void(LoadResult)> done);
     void scheduleSave(LauncherWindowMode mode, const Document& document);
     /// The same without the delay, for what is no burst.

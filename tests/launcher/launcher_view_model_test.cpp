@@ -4,6 +4,7 @@
 #include "launcher/launcher_view_model.h"
 #include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"
+#include "launcher/place_memory.h"
 
 #include "small_launcher.h"
 
@@ -64,6 +65,34 @@ TEST_F(LauncherTest, ADamagedFileShowsTheDefaultLayoutAndOnlyAResetWritesAgain) 
               u"Layout reset to the default alphabetical arrangement.");
     EXPECT_TRUE(launcher->history().guard(launcher->shown().mode()));
     EXPECT_EQ(sketch(stored().pages), u"Ash");
+}
+
+TEST_F(LauncherTest, WhatCouldNotBeReadIsTriedAgain) {
+    const auto mode = LauncherWindowMode::fullScreen;
+    const QString layout = u"/Volumes/Away/layout.json"_qs;
+    const QString places = u"/Volumes/Away/places.json"_qs;
+    for (const char16_t* name : {u"Ash", u"Beech"})
+        install(QString::fromUtf16(name));
+    mac.link(data + u"/layout.json"_qs, layout);
+    mac.link(data + u"/remembered-places.json"_qs, places);
+    start();
+    EXPECT_EQ(sketched(), u"Ash Beech");
+    EXPECT_EQ(launcher->messages().takeAlerts().size(), 2);
+    const auto wait = [&] {
+        time.advance(1min);
+        mac.settle();
+    };
+    wait();
+    EXPECT_FALSE(launcher->history().guard(mode));
+    EXPECT_TRUE(launcher->messages().takeAlerts().isEmpty()) << "it was said";
+
+    mac.write(layout, json::write(json::encode(LayoutDocument{
+                          .pages = {{test::app(u"Beech"_qs)}, {test::app(u"Ash"_qs)}}})));
+    mac.write(places, json::write(json::encode(RememberedPlaces())));
+    wait();
+    EXPECT_EQ(sketched(), u"Beech | Ash");
+    EXPECT_TRUE(launcher->history().guard(mode));
+    EXPECT_TRUE(launcher->places().canRemember(mode));
 }
 
 TEST_F(LauncherTest, ARescanMergesWhatChangedAndWritesNothingWhenNothingDid) {

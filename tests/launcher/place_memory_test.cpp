@@ -206,6 +206,17 @@ TEST_F(PlaceMemoryTest, FilesThatCannotBeUsedCostNothingElse) {
         << "one that is too large would be in the way for good";
 }
 
+TEST_F(PlaceMemoryTest, WhatCouldNotBeWrittenInTheEndIsLogged) {
+    mac.makeFolder(data);
+    std::optional<PlaceMemory> memory(std::in_place, mac.machine);
+    memory->load();
+    mac.makeFolder(places);
+    memory->set(Mode::fullScreen, {.places = {{.id = QUuid::createUuid(), .goneAt = Instant{1}}}});
+    memory.reset();
+    mac.settle();
+    EXPECT_EQ(mac.log.lines().filter(u"remembered-places.json"_s).size(), 1);
+}
+
 TEST_F(PlaceMemoryTest, AFileThatIsReadInPartIsKeptBeforeItIsSavedOver) {
     arrange();
     const QByteArray bad = QByteArray(mac.read(data + u"/layout.json"_s))
