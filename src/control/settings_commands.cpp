@@ -33,6 +33,15 @@ FullDiskAccessAnswer answerFor(FullDiskAccess access) {
     return {"notGuarded", "This system guards no folders from Tessellar."};
 }
 
+/// False, and the command has failed, where nobody knows all that is set.
+bool areReadable(const Call& call) {
+    if (call->machine.settings.isReadable())
+        return true;
+    call->fail(
+        {QStringLiteral("settingsUnreadable"), QStringLiteral("The settings could not be read."), {}});
+    return false;
+}
+
 void addPermissions(CommandSet& set) {
     set.onRun(set.add("permissions", "What the system lets Tessellar see"), CommandNeeds::machine,
               [](const Call& call) {
@@ -51,6 +60,8 @@ void addPermissions(CommandSet& set) {
 }
 
 void list(const Call& call) {
+    if (!areReadable(call))
+        return;
     const Settings& settings = call->machine.settings;
     QJsonObject all;
     QString text;
@@ -88,6 +99,8 @@ void addSettingsCommands(CommandSet& set) {
 
     CLI::App* get = set.add("get", "One setting", group);
     set.onRun(get, CommandNeeds::machine, [key = word(get, "key", "Its name")](const Call& call) {
+        if (!areReadable(call))
+            return;
         auto value = call->machine.settings.value(text(key));
         if (const Setting* setting = settingNamed(text(key)))
             value = settingNow(call->machine.settings, *setting);

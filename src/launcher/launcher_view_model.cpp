@@ -151,7 +151,8 @@ void LauncherViewModel::start() {
     if (!_machine.settings.isReadable())
         messages().alert({QStringLiteral("settingsUnreadable"),
                           QStringLiteral("The usual ones are used meanwhile. Applications in search "
-                                         "folders of your own keep their places."),
+                                         "folders of your own keep their places. The first change "
+                                         "begins a new file, and the old one is kept beside it."),
                           QStringLiteral("The settings could not be read")});
     applications().look();
 }

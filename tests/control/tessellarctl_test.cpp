@@ -144,6 +144,12 @@ TEST_F(TessellarctlTest, SaysThatSettingsCannotBeReadAndKeepsTheTilesOfTheirFold
     EXPECT_EQ(after.status, 0);
     EXPECT_TRUE(after.out.contains("Cedar"));
     EXPECT_TRUE(after.error.contains("The settings could not be read"));
+    // What cannot be read is not unset.
+    for (const QStringList& words : {QStringList{u"list"_qs}, {u"get"_qs, u"gridRows"_qs}})
+        EXPECT_EQ(run(QStringList{u"settings"_qs} + words).code(), u"settingsUnreadable");
+    EXPECT_EQ(run({u"settings"_qs, u"set"_qs, u"gridRows"_qs, u"4"_qs}).status, 0);
+    EXPECT_TRUE(QFile::exists(file.fileName() + u".damaged"_qs));
+    EXPECT_TRUE(run({u"list"_qs}).out.contains("Cedar"));
 }
 
 TEST_F(TessellarctlTest, ABatchHasSavedWhatItDidWhileItWaitsForItsNextLine) {
