@@ -146,7 +146,10 @@ bool showRunning(RemoteExecutor& running) {
                  isShown = status == static_cast<int>(ExitStatus::done);
                  answered.quit();
              }});
-    QTimer::singleShot(std::chrono::seconds(5), &answered, &QEventLoop::quit);
+    QTimer::singleShot(std::chrono::seconds(5), &answered, [&] {
+        std::fputs("tessellar: The launcher that is running does not answer.\n", stderr);
+        answered.quit();
+    });
     answered.exec();
     return isShown;
 }
@@ -200,8 +203,6 @@ int run(int argc, char** argv) {
         return 1;
     }
     Machine& machine = (*host)->machine();
-    // Ends as it does when its window is closed: with what is edited saved, and no tool left running.
-    const Interruption interruption([](int) { QGuiApplication::quit(); });
     // Two writers never interleave.
     const auto found = findLauncherOrLock(
         **host, QStringLiteral("Tessellar, process %1").arg(QGuiApplication::applicationPid()));
@@ -211,6 +212,8 @@ int run(int argc, char** argv) {
     }
     if (found->launcher)
         return showRunning(*found->launcher) ? 0 : 1;
+    // Ends as it does when its window is closed: with what is edited saved, and no tool left running.
+    const Interruption interruption([](int) { QGuiApplication::quit(); });
 
     const auto lastMode = json::fromRawValue<LauncherWindowMode>(
         machine.settings.text(QStringLiteral("window.mode")).value_or(QString()));

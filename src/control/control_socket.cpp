@@ -4,6 +4,7 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -109,10 +110,19 @@ private:
             const auto request = json::decodeDocument<Request>(line);
             if (!request)
                 return _socket->abort();
+            if (hasLeft())
+                return;
             carryOut(*request);
         }
         if (_socket && !_isBusy && _socket->bytesAvailable() > maximumLine)
             _socket->abort();
+    }
+
+    /// While this launcher was stopped, say: whoever gave up has told that nothing was done.
+    bool hasLeft() const {
+        char next = 0;
+        return ::recv(static_cast<int>(_socket->socketDescriptor()), &next, 1,
+                      MSG_PEEK | MSG_DONTWAIT) == 0;
     }
 
     void send(const QString& key, const QJsonValue& value) {

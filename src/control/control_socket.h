@@ -18,8 +18,9 @@ namespace tessellar {
 /// What passes is one JSON object a line. A request: {"words": […], "options": {…}}; the answers to it:
 /// {"out": text} and {"error": text} as they come, then {"status": number}. A line is at most 1 MiB,
 /// one request is carried out at a time on a connection, {"stop":true} asks for the end of it, and a
-/// client that leaves ends what it asked for. {"ping":true} is answered at once with {"pong":true},
-/// also while a request is carried out. A client that leaves 64 MiB of answers unread is cut off.
+/// client that leaves ends what it asked for; where it left before it was heard, nothing is done.
+/// {"ping":true} is answered at once with {"pong":true}, also while a request is carried out. A client
+/// that leaves 64 MiB of answers unread is cut off.
 QString controlSocketPath(const Machine& machine);
 
 /// Listens for commands on behalf of the launcher that is running, which holds the lock of its folder.

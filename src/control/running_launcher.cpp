@@ -7,14 +7,17 @@
 namespace tessellar {
 
 static constexpr std::chrono::milliseconds retryDelay{50};
-static constexpr int maximumTries = 200;
+static constexpr std::chrono::seconds patience{10};
 
 std::expected<LauncherOrLock, QString> findLauncherOrLock(HostMachine& host, const QString& name) {
     Machine& machine = host.machine();
     const QString folder = machine.places.applicationFolder();
     (void)machine.files.createDirectories(folder);
     const QString path = FileSystem::joined(folder, QStringLiteral("lock"));
-    for (int attempt = 0; attempt < maximumTries; ++attempt) {
+    // By time: each try takes some while itself where a launcher neither answers nor has ended.
+    bool isLate = false;
+    const Timer end = machine.scheduler.after(patience, [&] { isLate = true; });
+    while (!isLate) {
         if (auto launcher = RemoteExecutor::connect(machine))
             return LauncherOrLock{std::move(launcher), {}};
         auto lock = FileLock::tryLock(machine.files, path, name);

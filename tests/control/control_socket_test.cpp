@@ -57,6 +57,24 @@ TEST_F(ControlSocketTest, NobodyWaitsForALauncherThatSaysNothing) {
     }
 }
 
+TEST_F(ControlSocketTest, NothingIsDoneForWhoeverLeftBeforeItWasHeard) {
+    Talker talker;
+    ControlServer server(machine, talker);
+    ASSERT_TRUE(server.listen());
+    for (const bool stays : {false, true}) {
+        QLocalSocket client;
+        client.connectToServer(controlSocketPath(machine));
+        ASSERT_TRUE(client.waitForConnected(5'000));
+        client.write("{\"words\":[\"hide\"]}\n{\"ping\":true}\n");
+        ASSERT_TRUE(client.waitForBytesWritten(5'000));
+        if (!stays)
+            client.abort();
+        for (int turns = 0; turns < 100; ++turns)
+            QCoreApplication::processEvents();
+        EXPECT_EQ(talker.commands, stays ? 1 : 0);
+    }
+}
+
 TEST_F(ControlSocketTest, WhoeverDoesNotReadIsNotWorkedFor) {
     Talker talker;
     ControlServer server(machine, talker);
