@@ -19,7 +19,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 
@@ -204,7 +206,7 @@ private:
         _isBatch = true;
         const QStringList& words = _invocation.words;
         if (words.contains(QStringLiteral("--help")) || words.contains(QStringLiteral("-h"))) {
-            write(stdout, CommandSet().help().toUtf8());
+            write(STDOUT_FILENO, CommandSet().help().toUtf8());
             return 0;
         }
         if (words.size() != 2)
@@ -331,7 +333,7 @@ private:
             _alerts.append(message);
             const QString separator =
                 error.title.endsWith(u'?') ? QStringLiteral(" ") : QStringLiteral(": ");
-            write(stderr,
+            write(STDERR_FILENO,
                   error.title.isEmpty() ? message : (error.title + separator).toUtf8() + message);
         }
     }
@@ -344,14 +346,14 @@ private:
 
     CommandOutput output() {
         return {
-            .out = [](const QByteArray& text) { write(stdout, text); },
+            .out = [this](const QByteArray& text) { write(STDOUT_FILENO, text); },
             .error =
                 [this](const QByteArray& text) {
                     // Why nothing can be saved is said already; but in a batch, each refusal is.
                     if (!_isBatch && _alerts.contains(text))
                         return;
                     _said.append(text);
-                    write(stderr, text);
+                    write(STDERR_FILENO, text);
                 },
             .finished =
                 [this](int status) {
@@ -375,15 +377,22 @@ private:
 
     int fail(const LauncherError& error, ExitStatus status = ExitStatus::refused) {
         sayError(error, _invocation.options,
-                 {.out = [](const QByteArray& text) { write(stdout, text); },
-                  .error = [](const QByteArray& text) { write(stderr, text); },
+                 {.out = [this](const QByteArray& text) { write(STDOUT_FILENO, text); },
+                  .error = [this](const QByteArray& text) { write(STDERR_FILENO, text); },
                   .finished = {}});
         return _status = static_cast<int>(status);
     }
 
-    static void write(FILE* file, const QByteArray& text) {
-        std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), file);
-        std::fflush(file);
+    /// Whoever does not read keeps no command from ending: what is left is not said then.
+    void write(int descriptor, QByteArrayView text) const {
+        constexpr qsizetype atOnce = 4096; // as much as a pipe that takes any takes whole
+        while (!text.isEmpty() && (!_interruption || _interruption->waitToWrite(descriptor))) {
+            const auto count = static_cast<std::size_t>(std::min(text.size(), atOnce));
+            const ssize_t written = ::write(descriptor, text.data(), count);
+            if (written < 0 && errno != EINTR)
+                return;
+            text = text.sliced(std::max<ssize_t>(written, 0));
+        }
     }
 
     HostMachine& _host;

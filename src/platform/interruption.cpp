@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace tessellar {
@@ -68,6 +69,14 @@ Interruption::~Interruption() {
     for (std::size_t i = 0; i < endingSignals.size(); ++i)
         ::sigaction(endingSignals[i], &_state->before[i], nullptr);
     writeEnd = -1;
+}
+
+bool Interruption::waitToWrite(int descriptor) const {
+    std::array<pollfd, 2> ends{
+        {{.fd = _state->read.get(), .events = POLLIN}, {.fd = descriptor, .events = POLLOUT}}};
+    while (::poll(ends.data(), ends.size(), -1) < 0 && errno == EINTR) {
+    }
+    return ends[0].revents == 0;
 }
 
 } // namespace tessellar

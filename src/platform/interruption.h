@@ -15,6 +15,9 @@ public:
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
+    /// Blocks until `descriptor` takes some more bytes; false where a signal waits to be told of.
+    bool waitToWrite(int descriptor) const;
+
 private:
     struct State;
     std::unique_ptr<State> _state;

@@ -1,6 +1,9 @@
 #include "platform/process.h"
 
+#include "platform/descriptor.h"
+#include "platform/interruption.h"
 #include "tests/support/printers.h"
+#include "tests/support/run_tests.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -309,6 +313,23 @@ TEST_F(ProcessRunnerTest, ADetachedCommandGoesOnAndIsFollowedInItsFile) {
     // What the killed command had started may still hold its file.
     EXPECT_EQ(_runner.start({.executable = "/nobody", .input = {}}, file + "-2"),
               std::unexpected(ENOENT));
+}
+
+TEST(Interruption, EndsTheWaitForWhoeverDoesNotRead) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    const Descriptor reading(ends[0]);
+    const Descriptor writing(ends[1]);
+    int told = 0;
+    const Interruption interruption([&](int signal) { told = signal; });
+    EXPECT_TRUE(interruption.waitToWrite(writing.get()));
+    ::fcntl(writing.get(), F_SETFL, O_NONBLOCK);
+    while (::write(writing.get(), "x", 1) == 1) {
+    }
+    ASSERT_EQ(::raise(SIGTERM), 0);
+    EXPECT_FALSE(interruption.waitToWrite(writing.get()));
+    test::processEventsUntil([&] { return told != 0; });
+    EXPECT_EQ(told, SIGTERM);
 }
 
 } // namespace
