@@ -21,7 +21,7 @@ public:
     void run(const QStringList& words, const CommandOptions& options, CommandOutput output) override {
         output.out(words.join(u' ').toUtf8() + options.directory.toUtf8());
         if (words.size() % 3 == 2 && output.whenUnwanted)
-            output.whenUnwanted([finished = output.finished] { finished(1); });
+            output.whenUnwanted([finished = output.finished](Unwanted) { finished(1); });
         else
             output.finished(0);
     }

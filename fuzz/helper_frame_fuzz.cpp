@@ -14,9 +14,9 @@ namespace {
 
 class Nobody final : public AuthorizationCheck {
 public:
-    std::expected<void, AuthorizationError> check(const PeerCredentials&, const QByteArray&,
-                                                  std::stop_token) override {
-        return std::unexpected(AuthorizationError::denied);
+    Answer check(const PeerCredentials&, const PrivilegedFileOperationRequest&, const QByteArray&,
+                 std::stop_token) override {
+        return Answer::denied;
     }
 };
 

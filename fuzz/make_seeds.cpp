@@ -1,5 +1,5 @@
-#include "cleanup/privileged/records.h"
 #include "model/remembered_places.h"
+#include "privileged/records.h"
 #include "sample/alias_writer.h"
 #include "sample/launchpad_database.h"
 #include "sample/plist.h"
