@@ -38,6 +38,7 @@ private:
 
     bool isSettledByTheNext(const Command& command, const State& wanted);
     bool isWhole(const Command& command);
+    bool arePlacesKept() const;
     bool comesBack(const Command& command);
     bool holdsAll(const Command& command);
     QByteArray putRegistryBack();
