@@ -4,6 +4,12 @@
 
 namespace tessellar::torture {
 
+/// What may be otherwise than the laws have it.
+struct Lenience {
+    bool mayFailLate = false;    ///< after the last moment in which it could be taken back
+    bool warnsElsewhere = false; ///< in the launcher's log
+};
+
 /// By which it is judged what came of a fault:
 ///
 /// 1. A program ends in time, by itself.
@@ -19,9 +25,8 @@ public:
 
     /// Learns what the command leads to without a fault; puts the Mac back for the trial.
     void prepare(const Command& command);
-    /// The law that was broken, and how; empty where all were kept. With `mayFailLate` the fault comes
-    /// after the last moment in which the command could be taken back.
-    QByteArray broken(const Command& command, const Ending& ending, bool mayFailLate);
+    /// The law that was broken, and how; empty where all were kept.
+    QByteArray broken(const Command& command, const Ending& ending, Lenience lenience = {});
     /// Of the second law alone.
     QByteArray brokenFile() const;
 
@@ -29,9 +34,10 @@ private:
     /// The states around a command without a fault.
     struct Reference {
         State before, after;
-        State settledAfter;   ///< once the next command has started
-        State allBack;        ///< once all has come back from the Trash, where it went there
-        QList<State> between; ///< after each line of a batch
+        State settledAfter; ///< once the next command has started
+        State allBack;      ///< once all has come back from the Trash, where it went there
+        QList<State>
+            between; ///< where the lines of a batch lead that is cut off, or of which one fails
     };
     const Reference& reference(const Command& command);
     QList<State> statesWithin(const Command& command);

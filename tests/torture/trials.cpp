@@ -171,7 +171,7 @@ Verdict Trials::judgeCall(const QByteArrayList& parts) {
         endedAsItCould(ending);
     // What was renamed is there although its folder could not be made safe.
     const bool mayFailLate = parts[1] == "fsync" || parts[1] == "fdatasync";
-    return {_laws.broken(*command, ending, mayFailLate), injection.wasReached()};
+    return {_laws.broken(*command, ending, {.mayFailLate = mayFailLate}), injection.wasReached()};
 }
 
 Verdict Trials::judgeServed(const QByteArrayList& parts) {
@@ -183,7 +183,8 @@ Verdict Trials::judgeServed(const QByteArrayList& parts) {
     bool isServing = false;
     const Ending ending = runServed(*command, injection.asDecide(), isServing);
     // An edit that could not be saved stays in the launcher's window, and is saved when it can be.
-    return {_laws.broken(*command, ending, true), injection.wasReached()};
+    return {_laws.broken(*command, ending, {.mayFailLate = true, .warnsElsewhere = true}),
+            injection.wasReached()};
 }
 
 Verdict Trials::judgeLimit(const QByteArrayList& parts) {
@@ -197,7 +198,7 @@ Verdict Trials::judgeLimit(const QByteArrayList& parts) {
         _mac.leaveFree(parts.last().toInt() * pageSize);
         const Ending ending = programs.waitFor(programs.start(main), secondsForAProgram);
         _mac.leaveFree(std::nullopt);
-        return {_laws.broken(*command, ending, false)};
+        return {_laws.broken(*command, ending)};
     }
     const bool isMemory = parts[1] == "memory";
     const pid_t program = programs.start([&, count = parts[2].toULongLong()]() -> int {
@@ -224,7 +225,7 @@ Verdict Trials::judgeLimit(const QByteArrayList& parts) {
     Ending ending = programs.waitFor(program, secondsForAProgram);
     if (isMemory)
         endedAsItCould(ending);
-    return {_laws.broken(*command, ending, false)};
+    return {_laws.broken(*command, ending)};
 }
 
 /// What one place of one file spoils is at most one thing; else the bytes are kept.
