@@ -121,6 +121,15 @@ int LauncherHistory::filesOf(const EditStep& step) {
            int(step.replacement && step.replacement->importRecord);
 }
 
+/// As they were stored: what was absent is absent again.
+static bool putBackSettings(Settings& settings, const QMap<QString, QJsonValue>& stored) {
+    QMap<QString, QJsonValue> changes = stored;
+    for (const QString& key : settings.values().keys())
+        if (!stored.contains(key))
+            changes.insert(key, QJsonValue::Null);
+    return settings.set(changes).has_value();
+}
+
 LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const LayoutUndoState& before,
                                                    Saved saved) {
     const bool isWhole = filesOf(step) > 1;
@@ -129,6 +138,7 @@ LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const L
         if (auto begun = beginWhole(step); !begun)
             return begun;
     }
+    const QMap<QString, QJsonValue> stored = _machine.settings.values();
     Outcome made;
     if (step.settings)
         made = storeSettings(step.mode, *step.settings);
@@ -146,8 +156,11 @@ LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const L
         made = storeImportRecord(*step.replacement->importRecord);
     if (isWhole)
         _journal.end(); // before anything is put back: that may need its room
-    if (!made)
+    if (!made) {
+        if (step.settings && putBackSettings(_machine.settings, stored))
+            _layouts[step.mode].refresh();
         putBack(step, before);
+    }
     return made;
 }
 
@@ -169,8 +182,6 @@ LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step) {
 }
 
 void LauncherHistory::putBack(const EditStep& step, const LayoutUndoState& before) {
-    if (step.settings)
-        (void)storeSettings(step.mode, before.settings);
     if (step.definitions)
         (void)_smartFolders.setDefinitions(before.smartFolderDefinitions);
     for (const LauncherWindowMode mode : LiveLayouts::modes) {

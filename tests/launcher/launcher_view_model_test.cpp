@@ -90,7 +90,7 @@ TEST_F(LauncherTest, WhatCouldNotBeReadIsTriedAgain) {
                           .pages = {{test::app(u"Beech"_qs)}, {test::app(u"Ash"_qs)}}})));
     mac.write(places, json::write(json::encode(RememberedPlaces())));
     wait();
-    EXPECT_EQ(sketched(), u"Beech | Ash");
+    EXPECT_EQ(sketched(), u"Beech|Ash");
     EXPECT_TRUE(launcher->history().guard(mode));
     EXPECT_TRUE(launcher->places().canRemember(mode));
 }

@@ -127,6 +127,25 @@ TEST_F(StepJournalTest, AStepWhoseSecondFileCannotBeWrittenHasChangedNothing) {
     EXPECT_TRUE(launcher->history().steps().undoStack().isEmpty());
 }
 
+TEST_F(StepJournalTest, AStepThatFailsLeavesTheSettingsAsTheyWereStored) {
+    install(u"Ash"_s);
+    (void)mac.settings.set(u"gridRows"_s, 4);
+    start();
+    EXPECT_TRUE(launcher->quit());
+    mac.remove(layout);
+    mac.link(layout, u"/Volumes/Away/layout.json"_s);
+    const auto stored = mac.settings.values();
+    const int writes = mac.settings.writes;
+    EditStep step{.name = u"Restore"_s, .mode = LauncherWindowMode::fullScreen};
+    step.document = LayoutDocument();
+    step.settings = launcher->shown().settings();
+    step.settings->columns = 9;
+    EXPECT_FALSE(launcher->history().make(step));
+    EXPECT_GT(mac.settings.writes, writes + 1);
+    EXPECT_EQ(mac.settings.values(), stored) << "what was absent is absent again";
+    EXPECT_EQ(launcher->shown().settings().columns, 8);
+}
+
 TEST_F(StepJournalTest, AStepThatCannotBeNotedIsNotUndone) {
     install(u"Ash"_s);
     start();
