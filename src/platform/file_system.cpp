@@ -468,7 +468,10 @@ std::expected<void, FileError> FileSystem::createDirectories(const QString& path
             continue;
         if (error != EEXIST)
             return std::unexpected(fileError(error, step));
-        return std::unexpected(there ? FileError{FileError::Code::notADirectory, step} : there.error());
+        // A link to nowhere is in the way as much as a file.
+        const bool isKnown = there || there.error().code == FileError::Code::notFound;
+        return std::unexpected(isKnown ? FileError{FileError::Code::notADirectory, step}
+                                       : there.error());
     }
     return {};
 }
