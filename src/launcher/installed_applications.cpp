@@ -81,9 +81,9 @@ void InstalledApplications::start() {
     _isScanning = true;
     _isScanWanted = false;
     ScanContext context = scanContext(_machine);
-    _lookedIn = context.settings;
     if (haveSettingsVanished())
         context.settings.isCertain = false;
+    _lookedIn = context.settings;
     _task = _machine.workers.run(
         [scanner = AppScanner(std::move(context)), before = _cache, startedAt = _machine.clock.now(),
          holds = _holds, replacements = _replacements, isReplacing = !_replacing.expired(),
@@ -147,15 +147,18 @@ void InstalledApplications::adopt(Scanned result) {
         done();
 }
 
-/// A file that is lost looks like none that ever was. Where the settings once said where to look, that
-/// they say nothing at all now is not the user's word.
+/// A file that is lost looks like none that ever was, and one that could not be read begins anew with
+/// the next setting. Where the settings once said where to look, that they say nothing of it now is not
+/// the user's word.
 bool InstalledApplications::haveSettingsVanished() const {
-    return _knownVolumes.value().hasSearchSettings && _machine.settings.values().isEmpty();
+    return _knownVolumes.value().hasSearchSettings && !AppDiscoverySettings::areIn(_machine.settings);
 }
 
 void InstalledApplications::settingsChanged() {
     KnownVolumes known = _knownVolumes.value();
-    known.hasSearchSettings = AppDiscoverySettings::areIn(_machine.settings);
+    const bool wasCertain = !_lookedIn || _lookedIn->isCertain;
+    known.hasSearchSettings =
+        AppDiscoverySettings::areIn(_machine.settings) || (known.hasSearchSettings && !wasCertain);
     _knownVolumes.set(std::move(known));
     if (_lookedIn && *_lookedIn != AppDiscoverySettings::read(_machine.settings, _machine.places.home))
         look();
