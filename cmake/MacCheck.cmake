@@ -24,6 +24,10 @@ endforeach()
 set(CMAKE_AR true)
 set(CMAKE_RANLIB true)
 set(CMAKE_INSTALL_NAME_TOOL true)
+# Sources that wait for a program wait for nothing here.
+foreach(language C CXX OBJCXX)
+    set(CMAKE_${language}_LINK_EXECUTABLE "true")
+endforeach()
 set(CMAKE_SIZEOF_VOID_P 8)
 # What configuring would try to link.
 set(CMAKE_HAVE_LIBC_PTHREAD TRUE)

@@ -5,6 +5,12 @@
 
 #include <fstream>
 
+#ifdef __APPLE__
+#define STAT_TIME(which) st_##which##timespec
+#else
+#define STAT_TIME(which) st_##which##tim
+#endif
+
 namespace tessellar {
 namespace {
 
@@ -22,7 +28,8 @@ protected:
             struct stat status {};
             EXPECT_EQ(::utimensat(AT_FDCWD, host(u"/tick"_s).c_str(), nullptr, 0), 0);
             EXPECT_EQ(::stat(host(u"/tick"_s).c_str(), &status), 0);
-            return std::pair(status.st_ctim.tv_sec, status.st_ctim.tv_nsec);
+            const timespec changed = status.STAT_TIME(c);
+            return std::pair(changed.tv_sec, changed.tv_nsec);
         };
         const auto start = stamp();
         while (stamp() == start) {
@@ -35,7 +42,7 @@ protected:
         ASSERT_TRUE(bytes.contains(before));
         bytes.replace(before, after);
         std::ofstream(host(path), std::ios::binary) << bytes.toStdString();
-        const timespec times[] = {status.st_atim, status.st_mtim};
+        const timespec times[] = {status.STAT_TIME(a), status.STAT_TIME(m)};
         ASSERT_EQ(::utimensat(AT_FDCWD, host(path).c_str(), times, 0), 0);
     }
     void swap(const QString& a, const QString& b) {

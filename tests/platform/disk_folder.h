@@ -3,7 +3,9 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#ifdef __linux__
 #include <sys/mount.h>
+#endif
 #include <unistd.h>
 
 #include <filesystem>
@@ -47,25 +49,38 @@ private:
                               : QDir::temp().filePath(QStringLiteral("tessellar-XXXXXX"))};
 };
 
-/// A small disk of its own, where the process may mount one.
+/// A small disk of its own, where the process may mount one: never on a Mac.
 class SmallDisk {
 public:
     SmallDisk(std::filesystem::path folder, const char* options)
-        : _folder(std::move(folder))
-        , _mounted(::mount("none", _folder.c_str(), "tmpfs", 0, options) == 0) {}
+        : _folder(std::move(folder)), _mounted(mount(0, options)) {}
     ~SmallDisk() {
+#ifdef __linux__
         if (_mounted)
             ::umount2(_folder.c_str(), MNT_DETACH);
+#endif
     }
     SmallDisk(const SmallDisk&) = delete;
     SmallDisk& operator=(const SmallDisk&) = delete;
 
     explicit operator bool() const { return _mounted; }
     bool makeReadOnly() const {
-        return ::mount("none", _folder.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+#ifdef __linux__
+        return mount(MS_REMOUNT | MS_RDONLY, nullptr);
+#else
+        return false;
+#endif
     }
 
 private:
+    bool mount([[maybe_unused]] unsigned long flags, [[maybe_unused]] const char* options) const {
+#ifdef __linux__
+        return ::mount("none", _folder.c_str(), "tmpfs", flags, options) == 0;
+#else
+        return false;
+#endif
+    }
+
     std::filesystem::path _folder;
     bool _mounted;
 };
