@@ -194,10 +194,13 @@ void UpdateRows::refresh() {
             remove(i);
     for (std::size_t i = 0; i < wanted.size(); ++i) {
         const int at = static_cast<int>(i);
-        // One that comes later now is moved by being taken out and put in again.
         if (const auto later = find(_rows, i, wanted[i]);
-            later != _rows.end() && later != _rows.begin() + at)
-            remove(static_cast<int>(later - _rows.begin()));
+            later != _rows.end() && later != _rows.begin() + at) {
+            const int from = static_cast<int>(later - _rows.begin());
+            beginMoveRows({}, from, from, {}, at);
+            std::rotate(_rows.begin() + at, later, later + 1);
+            endMoveRows();
+        }
         if (i >= _rows.size() || !_rows[i].isSame(wanted[i])) {
             beginInsertRows({}, at, at);
             _rows.insert(_rows.begin() + at, std::move(wanted[i]));

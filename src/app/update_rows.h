@@ -60,7 +60,7 @@ private:
         bool isOpen = false;
 
         bool isSame(const Row& other) const {
-            return section == other.section && appKey == other.appKey;
+            return appKey == other.appKey && (!appKey.isEmpty() || section == other.section);
         }
         bool operator==(const Row&) const = default;
     };

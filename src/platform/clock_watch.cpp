@@ -6,7 +6,7 @@
 #include <QFileSystemWatcher>
 #include <QSocketNotifier>
 
-#include <cstdint>
+#include <ctime>
 
 #include <sys/timerfd.h>
 #include <unistd.h>
@@ -39,7 +39,7 @@ private:
 
     bool arm() {
         itimerspec never{};
-        never.it_value.tv_sec = std::numeric_limits<std::int32_t>::max();
+        never.it_value.tv_sec = std::time_t{1} << 33; // centuries
         return ::timerfd_settime(_timer.get(), TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &never,
                                  nullptr) == 0;
     }

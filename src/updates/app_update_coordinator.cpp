@@ -386,9 +386,10 @@ void AppUpdateCoordinator::end(RunningChecks::iterator place, bool completed) {
         const qsizetype answered = _tally.upToDate + _tally.unsupported +
                                    (_tally.failed > 0 ? 0 : _tally.available + _tally.held);
         const bool wasUseless = answered == 0 && (_tally.failed > 0 || !_cache.problems.isEmpty());
-        if (!wasUseless)
-            _cache.lastCheck = _machine.clock.now();
         planRetry();
+        // What will not pass is not asked for again before the interval is over.
+        if (!wasUseless || !_retryAt)
+            _cache.lastCheck = _machine.clock.now();
     }
     keepChannels();
     askForSave();

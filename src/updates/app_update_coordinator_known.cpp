@@ -113,6 +113,12 @@ void AppUpdateCoordinator::publish() {
     events.notify({AppUpdateEvent::Kind::changed, {}});
 }
 
+/// Of one application: no sentence about several.
+static bool isAboutOne(const AppUpdateReason& reason) {
+    using enum AppUpdateReason::Code;
+    return reason.code == notListed || reason.code == otherApplication;
+}
+
 void AppUpdateCoordinator::refreshStatuses() {
     _statuses.clear();
     _knownStatuses.clear();
@@ -143,10 +149,9 @@ void AppUpdateCoordinator::refreshStatuses() {
             ++count;
         }
     }
-    const auto most =
-        std::ranges::max_element(reasons, {}, [](const auto& counted) { return counted.first; });
-    if (most != reasons.end())
-        _tally.reason = most->second;
+    if (reasons.size() == 1 && reasons.first().first == _tally.failed &&
+        (_tally.failed == 1 || !isAboutOne(reasons.first().second)))
+        _tally.reason = reasons.first().second;
 }
 
 // ---- for updates

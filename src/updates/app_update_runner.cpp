@@ -217,7 +217,9 @@ void AppUpdateRunner::run(const QString& appKey, const AppUpdateCommand& updater
                         .installedVersion = app ? app->version : std::nullopt,
                         .installedBuild = app ? app->build : std::nullopt};
     _lines.clear();
-    _terminatedAt.reset();
+    _seen = {};
+    _lookedAt.reset();
+    _terminatedAfter.reset();
     _isTimedOut = _isTakenUp = false;
     // The command is started and written down in one go, on a worker that nothing cancels half way.
     _work = _machine.workers.run(
@@ -277,14 +279,18 @@ void AppUpdateRunner::takeUp(const AppUpdateRun& run) {
 
 /// Looks at the command on a worker, and again in a while.
 void AppUpdateRunner::look() {
+    using Seconds = std::chrono::duration<double>;
     const Instant now = _machine.clock.now();
-    _isTimedOut = _isTimedOut || now - _run->startedAt >= std::chrono::duration<double>(commandTimeout);
+    if (_lookedAt)
+        _seen += std::clamp<Seconds>(now - *_lookedAt, Seconds::zero(), 4 * Seconds(lookInterval));
+    _lookedAt = now;
+    _isTimedOut = _isTimedOut || _seen >= Seconds(commandTimeout);
     const bool isToEnd = _isCancelled || _isTimedOut;
     std::optional<bool> terminates; // and whether at once
-    if (isToEnd && !_terminatedAt) {
-        _terminatedAt = now;
+    if (isToEnd && !_terminatedAfter) {
+        _terminatedAfter = _seen;
         terminates = false;
-    } else if (isToEnd && now - *_terminatedAt >= std::chrono::duration<double>(terminationGrace)) {
+    } else if (isToEnd && _seen - *_terminatedAfter >= Seconds(terminationGrace)) {
         terminates = true;
     }
     _nextLook.cancel();
@@ -308,7 +314,7 @@ void AppUpdateRunner::looked(const Look& seen) {
         _lines = lastLines(*seen.output);
     if (!seen.state.isRunning())
         return ended(seen.state);
-    if (_isCancelled && !_terminatedAt)
+    if (_isCancelled && !_terminatedAfter)
         return look();
     _nextLook = _machine.scheduler.after(lookInterval, [this] { look(); });
     AppUpdateActionState state{Kind::running, {}, phaseOf(_lines)};

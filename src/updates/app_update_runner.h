@@ -117,7 +117,10 @@ private:
 
     std::optional<AppUpdateRun> _run; ///< while its command runs
     QList<QByteArray> _lines;         ///< the last ones that it said
-    std::optional<Instant> _terminatedAt;
+    /// How long the command was seen to run: a leap of the clock, or a sleep, is no part of it.
+    std::chrono::duration<double> _seen{0};
+    std::optional<Instant> _lookedAt;
+    std::optional<std::chrono::duration<double>> _terminatedAfter; ///< of `_seen`
     bool _isTakenUp = false;
     bool _isCancelled = false;
     bool _isTimedOut = false;

@@ -11,7 +11,7 @@ struct AppUpdateTally {
     qsizetype unsupported = 0;
     qsizetype failed = 0;
     qsizetype held = 0;                    ///< updates that are skipped or pinned
-    std::optional<AppUpdateReason> reason; ///< of most failures
+    std::optional<AppUpdateReason> reason; ///< that all failures have, if its sentence fits them
 
     bool operator==(const AppUpdateTally&) const = default;
 };

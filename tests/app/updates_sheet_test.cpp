@@ -153,6 +153,8 @@ TEST_F(UpdatesSheetTest, AnUpdateIsRunWithTheKeyboardAndSeenToRun) {
     until([&] { return !updates().isRunning(); });
     until([&] { return lines().value(0) == u"Updated: 1"; });
     EXPECT_EQ(lines().value(1), u"Cask: Updated to version 2.0."_s);
+    EXPECT_EQ(itemWith("objectName", u"updatesList"_s)->property("currentIndex"), 1)
+        << "Return is not to act on the next one";
     EXPECT_EQ(activity(u"Cask"_s), QString());
 }
 

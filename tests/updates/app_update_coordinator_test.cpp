@@ -35,6 +35,24 @@ TEST_F(AppUpdateCoordinatorTest, AFullCheckGoesThroughAllChannelsAndKeepsWhatItF
         EXPECT_EQ(command.environment.contains("LC_ALL"), command.executable.endsWith("brew"));
 }
 
+TEST_F(AppUpdateCoordinatorTest, WhatNoServerWillEverAnswerIsNotAskedForAtOnceAgain) {
+    names = {u"Store"_s};
+    brew({});
+    coordinator->start();
+    load();
+    settle();
+    mac.http.answer(u"lookup"_s, HttpResponse{200, R"({"resultCount": 0, "results": []})"});
+    settle();
+    EXPECT_EQ(sketch(), u"- failed - -"_s);
+    mac.time.advance(23h);
+    settle();
+    EXPECT_FALSE(coordinator->isChecking());
+    EXPECT_EQ(mac.http.waiting(), QStringList());
+    mac.time.advance(1h);
+    settle();
+    EXPECT_EQ(mac.http.waiting().size(), 1);
+}
+
 TEST_F(AppUpdateCoordinatorTest, TheScheduleFollowsTheLastCheckAndTheInterval) {
     coordinator->start();
     load();

@@ -115,6 +115,14 @@ TEST_F(AppUpdateRunnerTest, AnUpdateThatRunsIsSeenToRunAndMayBeCancelled) {
         EXPECT_EQ(phases.last(), phase);
     }
     EXPECT_EQ(state(u"Cask"_s).detail, u"Password:"_s);
+    // A night's sleep is no time in which it ran.
+    mac.time.setNow(mac.time.now() + 9h);
+    for (int i = 0; i < 3; ++i) {
+        mac.time.advance(AppUpdateRunner::lookInterval);
+        settle();
+    }
+    EXPECT_TRUE(mac.commands.terminated().isEmpty());
+    EXPECT_TRUE(coordinator->runner().isBusy());
     coordinator->runner().cancel();
     settle();
     EXPECT_EQ(mac.commands.terminated().size(), 1);
