@@ -176,8 +176,11 @@ LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step) {
                                      .settings = step.settings,
                                      .importRecord = step.replacement ? step.replacement->importRecord
                                                                       : std::nullopt};
-    if (const auto begun = _journal.begin(change); !begun)
+    if (const auto begun = _journal.begin(change); !begun) {
+        // It may lie there all the same, and the next start is not to carry out what was refused.
+        _journal.end();
         return std::unexpected(launcherError(begun.error(), couldNotSaveLayout()));
+    }
     return {};
 }
 

@@ -101,9 +101,12 @@ SmartFolderLibrary::Outcome
 SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitions) {
     if (definitions == _definitions)
         return {};
-    if (const auto saved = _store.save(definitions); !saved)
+    if (const auto saved = _store.save(definitions); !saved) {
+        // They may be on the disk all the same.
+        (void)_store.save(_definitions);
         return std::unexpected(
             launcherError(saved.error(), QStringLiteral("Could not save Smart Folders")));
+    }
     _definitions = definitions;
     changed.notify();
     startRound();
@@ -410,6 +413,7 @@ void SmartFolderLibrary::lookAgain() {
 bool SmartFolderLibrary::lookAtDay() {
     const Instant now = _machine.clock.now();
     if (Calendar::system(_machine.locale).timeZone() != _calendar.timeZone()) {
+        _runtimeWithUsage.reset();
         localeChanged();
         return true;
     }
@@ -417,14 +421,16 @@ bool SmartFolderLibrary::lookAtDay() {
         scheduleNextLook();
         return false;
     }
-    _runtimeWithUsage.reset(); // what was never used is known after so many days
+    _runtimeWithUsage.reset();
     startRound();
     return true;
 }
 
 void SmartFolderLibrary::scheduleNextLook() {
     const Instant now = _machine.clock.now();
-    _today = _calendar.interval(CalendarUnit::day, now);
+    const auto today = _calendar.interval(CalendarUnit::day, now);
+    if (today != std::exchange(_today, today))
+        _runtimeWithUsage.reset(); // what was never used is known after so many days
     if (!_today || _definitions.isEmpty())
         return _nextLook.cancel();
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(_today->end - now);
