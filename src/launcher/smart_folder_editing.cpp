@@ -54,6 +54,8 @@ void SmartFolderEditing::close() {
 void SmartFolderEditing::change(const std::function<void(SmartFolderDraft&)>& change) {
     if (!_draft)
         return;
+    _draft->follow(SmartFolderTyping(_machine.locale, Calendar::system(_machine.locale)),
+                   _machine.clock.now());
     change(*_draft);
     renewPreview();
 }

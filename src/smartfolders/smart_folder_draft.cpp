@@ -52,6 +52,11 @@ SmartFolderDraft::SmartFolderDraft(SmartFolderDefinition definition, SmartFolder
     , _typing(std::move(typing))
     , _today(_typing.instant(_typing.day(now), Edge::start).value_or(now)) {}
 
+void SmartFolderDraft::follow(SmartFolderTyping typing, Instant now) {
+    _typing = std::move(typing);
+    _today = _typing.instant(_typing.day(now), Edge::start).value_or(now);
+}
+
 QList<SmartFolderValidationIssue> SmartFolderDraft::issues() const {
     SmartFolderDefinition judged = _definition;
     for (SmartFolderRule& rule : judged.rules)

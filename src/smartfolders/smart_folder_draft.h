@@ -45,6 +45,9 @@ class SmartFolderDraft {
 public:
     SmartFolderDraft(SmartFolderDefinition definition, SmartFolderTyping typing, Instant now);
 
+    /// The day, the zone or the locale may be another: what is typed and picked from now on follows.
+    void follow(SmartFolderTyping typing, Instant now);
+
     /// With what was typed last wherever that can be read.
     const SmartFolderDefinition& definition() const { return _definition; }
     /// Something was typed that cannot be read.

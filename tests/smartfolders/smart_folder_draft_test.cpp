@@ -234,6 +234,14 @@ TEST_F(SmartFolderDrafts, ADayIsTheWholeDayWhereTheUserIs) {
     EXPECT_EQ(predicateIn<SmartFolderDateRule>(d),
               SmartFolderDatePredicate(IsBetween<Instant>(at("2026-11-20T23:00:00Z"), end)));
 
+    // Whoever travels meanwhile means the days where he is now.
+    SmartFolderDraft travelled = d;
+    travelled.follow({Locale(u"en_US"_s), Calendar(Locale(u"en_US"_s), u"Pacific/Kiritimati"_s)}, now);
+    travelled.setPredicate(0, u"isBefore"_s);
+    travelled.type(0, 0, u"11/22/2026"_s);
+    EXPECT_EQ(predicateIn<SmartFolderDateRule>(travelled),
+              SmartFolderDatePredicate(IsBefore(at("2026-11-21T10:00:00Z"))));
+
     const auto read = [&](const QString& text) {
         d.type(0, 0, text);
         return issue(d).isEmpty() ? std::get<IsBetween<Instant>>(predicateIn<SmartFolderDateRule>(d))
