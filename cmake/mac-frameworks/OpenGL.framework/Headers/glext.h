@@ -1,0 +1,2 @@
+#pragma once
+#include <OpenGL/gl.h>
