@@ -11,8 +11,9 @@ namespace {
 
 TEST(KeyChord, IsReadFromTheNamesOnTheKeyboard) {
     const auto chord = [](const char* text) { return keyChord(QString::fromUtf8(text)); };
-    EXPECT_EQ(chord("option+space"), (KeyChord{49, KeyChord::option}));
-    EXPECT_EQ(chord("Control + Command + L"), (KeyChord{37, KeyChord::control | KeyChord::command}));
+    EXPECT_EQ(chord("option+space"), (KeyChord{49, KeyChord::withOption}));
+    EXPECT_EQ(chord("Control + Command + L"),
+              (KeyChord{37, KeyChord::withControl | KeyChord::withCommand}));
     EXPECT_EQ(chord("f4"), (KeyChord{118, 0}));
     for (const char* refused : {"", "l", "shift+l", "option+", "meta+l", "option+ß"})
         EXPECT_EQ(chord(refused), std::nullopt) << refused;

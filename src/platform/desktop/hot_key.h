@@ -10,7 +10,7 @@ namespace tessellar {
 
 /// A key with modifiers, as a Mac's keyboard numbers it.
 struct KeyChord {
-    enum Modifier : unsigned { command = 1, shift = 2, option = 4, control = 8 };
+    enum Modifier : unsigned { withCommand = 1, withShift = 2, withOption = 4, withControl = 8 };
 
     unsigned keyCode = 0;
     unsigned modifiers = 0;

@@ -14,10 +14,10 @@ struct Named {
     unsigned value;
 };
 
-constexpr Named modifiers[] = {{"command", KeyChord::command},
-                               {"shift", KeyChord::shift},
-                               {"option", KeyChord::option},
-                               {"control", KeyChord::control}};
+constexpr Named modifiers[] = {{"command", KeyChord::withCommand},
+                               {"shift", KeyChord::withShift},
+                               {"option", KeyChord::withOption},
+                               {"control", KeyChord::withControl}};
 
 constexpr Named functionKeys[] = {{"f1", 122},  {"f2", 120},  {"f3", 99},   {"f4", 118},  {"f5", 96},
                                   {"f6", 97},   {"f7", 98},   {"f8", 100},  {"f9", 101},  {"f10", 109},
@@ -54,7 +54,7 @@ std::optional<KeyChord> keyChord(const QString& text) {
         chord.modifiers |= *modifier;
     }
     auto code = find(functionKeys, key);
-    if (!code && (chord.modifiers & ~unsigned{KeyChord::shift}))
+    if (!code && (chord.modifiers & ~unsigned{KeyChord::withShift}))
         code = find(keys, key);
     if (!code)
         return std::nullopt;

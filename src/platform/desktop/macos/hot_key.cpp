@@ -10,10 +10,10 @@ namespace {
 
 UInt32 carbonModifiers(unsigned modifiers) {
     UInt32 carbon = 0;
-    for (const auto& [ours, theirs] : {std::pair<unsigned, UInt32>{KeyChord::command, cmdKey},
-                                       {KeyChord::shift, shiftKey},
-                                       {KeyChord::option, optionKey},
-                                       {KeyChord::control, controlKey}})
+    for (const auto& [ours, theirs] : {std::pair<unsigned, UInt32>{KeyChord::withCommand, cmdKey},
+                                       {KeyChord::withShift, shiftKey},
+                                       {KeyChord::withOption, optionKey},
+                                       {KeyChord::withControl, controlKey}})
         carbon |= modifiers & ours ? theirs : 0;
     return carbon;
 }
