@@ -3,7 +3,6 @@
 #include "launcher/launcher_view_model.h"
 #include "launcher/setting_table.h"
 
-#include <QJSValue>
 #include <QObject>
 #include <QVariant>
 #include <QtQml/qqmlregistration.h>

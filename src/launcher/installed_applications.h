@@ -76,8 +76,8 @@ public:
     /// The application at this path has gone, before a scan says so; so have those inside it.
     void forget(const QString& path);
 
-    /// The user has set something: what the settings hold now is the user's word. Looks again where they
-    /// name other folders.
+    /// The user has set something: what the settings hold now is the user's word. Looks again where
+    /// they name other folders.
     void settingsChanged();
 
     static LauncherError unknown(const QString& appKey);
