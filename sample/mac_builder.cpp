@@ -95,20 +95,23 @@ QByteArray signatureText(const Signature& signature, const Application& applicat
                 "location=embedded\nSignature=adhoc\nTeamIdentifier=not set\n"_s;
         break;
     case Signature::Kind::developerId:
-        text += u"Authority=Developer ID Application: %1 (%2)\n"_s.arg(signature.developer,
+        text += u"CodeDirectory v=20500 size=612 flags=0x10000(runtime) hashes=8+7 "
+                "location=embedded\n"_s +
+                u"Authority=Developer ID Application: %1 (%2)\n"_s.arg(signature.developer,
                                                                        signature.team) +
                 u"Authority=Developer ID Certification Authority\n"_s + root +
-                u"TeamIdentifier=%1\n"_s.arg(signature.team);
+                u"Notarization Ticket=stapled\nTeamIdentifier=%1\n"_s.arg(signature.team);
         break;
     case Signature::Kind::appStore:
-        text += u"Authority=Apple Mac OS Application Signing\n"
+        text += u"CodeDirectory v=20500 size=612 flags=0x200(kill) hashes=8+7 location=embedded\n"
+                "Authority=Apple Mac OS Application Signing\n"
                 "Authority=Apple Worldwide Developer Relations Certification Authority\n"_s +
                 root + u"TeamIdentifier=%1\n"_s.arg(signature.team);
         break;
     case Signature::Kind::system:
-        text +=
-            u"Authority=Software Signing\nAuthority=Apple Code Signing Certification Authority\n"_s +
-            root + u"TeamIdentifier=not set\n"_s;
+        text += u"CodeDirectory v=20400 size=388 flags=0x0(none) hashes=9+0 location=embedded\n"
+                "Authority=Software Signing\nAuthority=Apple Code Signing Certification Authority\n"_s +
+                root + u"TeamIdentifier=not set\n"_s;
         break;
     }
     return text.toUtf8();
@@ -346,6 +349,9 @@ void MacBuilder::addAnswers(const QString& path, const QString& executable,
     const QString answers = toolData() + u"/answers"_s;
     if (const QByteArray text = signatureText(application.signature, application); !text.isEmpty())
         addFile(answers + path + u"/codesign"_s, "Executable=" + executable.toUtf8() + '\n' + text);
+    if (application.signature.kind == Signature::Kind::appStore)
+        addPropertyList(answers + path + u"/entitlements"_s,
+                        Plist::Dictionary{{u"com.apple.security.app-sandbox"_s, true}}, PlistForm::xml);
     if (application.storeIdentifier)
         addFile(answers + path + u"/mdls"_s,
                 "kMDItemAppStoreAdamID=" + QByteArray::number(*application.storeIdentifier) + '\n');

@@ -31,11 +31,12 @@ own() {
 }
 
 constexpr auto codesign = R"sh(
-display= verbose= path=
+display= verbose= entitlements= path=
 for argument do
     case $argument in
     --display | -d*) display=1 ;;
     --verbose* | -v?*) verbose=1 ;;
+    --entitlements) entitlements=1 ;;
     -*) ;;
     *) path=${argument%/} ;;
     esac
@@ -62,6 +63,9 @@ if [ -n "$display" ]; then
         printf 'Executable=%s%s\n' "$root" "${first#Executable=}"
         cat
     } <"$data/answers$mac/codesign" >&2
+    if [ -n "$entitlements" ] && [ -f "$data/answers$mac/entitlements" ]; then
+        cat "$data/answers$mac/entitlements"
+    fi
 elif [ -n "$verbose" ]; then
     printf '%s: valid on disk\n%s: satisfies its Designated Requirement\n' "$path" "$path" >&2
 fi

@@ -5,6 +5,8 @@
 #include <QQuickWindow>
 #include <QSGImageNode>
 
+#include <algorithm>
+
 namespace tessellar {
 
 ImageItem::ImageItem(QQuickItem* parent) : QQuickItem(parent) { setFlag(ItemHasContents); }
@@ -73,18 +75,67 @@ void IconItem::setSymbolName(const QString& symbolName) {
         refresh();
 }
 
-QImage IconItem::image(QSize pixels) {
-    if (!_icons || pixels.isEmpty())
-        return {};
-    switch (_kind) {
-    case App:
-        return _appKeys.isEmpty() ? _icons->genericIcon() : _icons->icon(_appKeys.first());
-    case Folder:
-        return _icons->folder(_appKeys, _symbolName, pixels.width());
-    case SmartFolder:
-        return _icons->smartFolder(_appKeys, _symbolName, pixels.width());
+static QImage art(TileIcons& icons, IconItem::Kind kind, const QStringList& appKeys,
+                  const QString& symbolName, int side) {
+    switch (kind) {
+    case IconItem::App:
+        return appKeys.isEmpty() ? icons.genericIcon() : icons.icon(appKeys.first());
+    case IconItem::Folder:
+        return icons.folder(appKeys, symbolName, side);
+    case IconItem::SmartFolder:
+        return icons.smartFolder(appKeys, symbolName, side);
     }
     return {};
+}
+
+QImage IconItem::image(QSize pixels) {
+    return _icons && !pixels.isEmpty() ? art(*_icons, _kind, _appKeys, _symbolName, pixels.width())
+                                       : QImage();
+}
+
+// ---- pages
+
+void PagePicture::setIcons(TileIcons* icons) {
+    if (_icons == icons)
+        return;
+    if (_icons)
+        disconnect(_icons, nullptr, this, nullptr);
+    _icons = icons;
+    if (_icons)
+        connect(_icons, &TileIcons::ready, this, &PagePicture::refresh);
+    refresh();
+}
+
+void PagePicture::setRows(int rows) {
+    if (std::exchange(_rows, std::max(1, rows)) != rows)
+        refresh();
+}
+
+void PagePicture::setColumns(int columns) {
+    if (std::exchange(_columns, std::max(1, columns)) != columns)
+        refresh();
+}
+
+void PagePicture::setTiles(const QVariantList& tiles) {
+    if (std::exchange(_tiles, tiles) != tiles)
+        refresh();
+}
+
+QImage PagePicture::image(QSize pixels) {
+    if (!_icons || pixels.isEmpty())
+        return {};
+    QList<QImage> tiles;
+    // Drawn larger than they are shown: what is in a folder has to be seen.
+    const int side = 4 * std::max(1, pixels.height() / _rows);
+    for (const QVariant& each : std::as_const(_tiles)) {
+        if (tiles.size() >= qsizetype(_rows) * _columns)
+            break;
+        const QVariantMap tile = each.toMap();
+        tiles.append(art(*_icons, IconItem::Kind(tile[QStringLiteral("kind")].toInt()),
+                         tile[QStringLiteral("appKeys")].toStringList(),
+                         tile[QStringLiteral("symbolName")].toString(), side));
+    }
+    return pageArt(tiles, _rows, _columns, pixels);
 }
 
 QImage BackdropItem::image(QSize pixels) { return _icons ? _icons->backdrop(pixels) : QImage(); }

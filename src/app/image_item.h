@@ -4,6 +4,7 @@
 
 #include <QPointer>
 #include <QQuickItem>
+#include <QVariant>
 
 namespace tessellar {
 
@@ -56,6 +57,34 @@ private:
     Kind _kind = App;
     QStringList _appKeys;
     QString _symbolName;
+};
+
+/// A small picture of a page of the grid.
+class PagePicture : public ImageItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons WRITE setIcons REQUIRED)
+    Q_PROPERTY(int rows MEMBER _rows WRITE setRows)
+    Q_PROPERTY(int columns MEMBER _columns WRITE setColumns)
+    /// {kind, appKeys, symbolName} by slot, with the kinds of `IconItem`.
+    Q_PROPERTY(QVariantList tiles MEMBER _tiles WRITE setTiles)
+
+public:
+    using ImageItem::ImageItem;
+
+    void setIcons(TileIcons* icons);
+    void setRows(int rows);
+    void setColumns(int columns);
+    void setTiles(const QVariantList& tiles);
+
+protected:
+    QImage image(QSize pixels) override;
+
+private:
+    QPointer<TileIcons> _icons;
+    int _rows = 1;
+    int _columns = 1;
+    QVariantList _tiles;
 };
 
 /// What lies behind the tiles.

@@ -1,6 +1,7 @@
 #include "app/launcher_controller.h"
 
 #include "app/icon_wishes.h"
+#include "launcher/arrangement_shelf.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_clipboard.h"
 #include "launcher/launcher_history.h"
@@ -31,11 +32,14 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _renaming(viewModel)
     , _sheets(viewModel)
     , _updates(viewModel)
+    , _arrangements(viewModel, machine)
     , _backups(viewModel)
+    , _information(viewModel, machine)
     , _removal(viewModel)
     , _pastRemovals(viewModel)
     , _settings(viewModel, machine)
     , _smartFolder(viewModel)
+    , _unplaced(viewModel, machine)
     , _alert(viewModel) {
     follow();
     connect(&_grid, &GridModel::turned, this,
@@ -159,6 +163,10 @@ void LauncherController::follow() {
         showBadges();
         _updates.refresh();
     });
+    on(launcher.arrangements().changed, [this] {
+        if (_sheets.current() == Sheets::arrangements)
+            _arrangements.refresh();
+    });
     on(launcher.cleanup().changed, [this] {
         _removal.refresh();
         _pastRemovals.refresh();
@@ -197,6 +205,8 @@ void LauncherController::showBadges() {
 }
 
 void LauncherController::showLayout() {
+    if (_sheets.current() == Sheets::unplaced)
+        _unplaced.refresh();
     _renaming.refresh();
     _search.refresh();
     _formerPages = std::exchange(_shownPages, _viewModel.shown().shownPages());
@@ -283,7 +293,8 @@ void LauncherController::makeRoomForAlert() {
     if (!_alert.isOpen())
         return;
     _drag.cancel();
-    _menu.close();
+    for (MenuModel* menu : menus())
+        menu->close();
     _smartFolder.closePopups();
 }
 

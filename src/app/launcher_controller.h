@@ -1,9 +1,11 @@
 #pragma once
 
 #include "app/alert_panel.h"
+#include "app/arrangements_panel.h"
 #include "app/backups_panel.h"
 #include "app/grid_metrics.h"
 #include "app/grid_model.h"
+#include "app/information_panel.h"
 #include "app/menu_model.h"
 #include "app/open_folder.h"
 #include "app/past_removals_panel.h"
@@ -16,6 +18,7 @@
 #include "app/tile_navigation.h"
 #include "app/tile_renaming.h"
 #include "app/tile_search.h"
+#include "app/unplaced_panel.h"
 #include "app/updates_panel.h"
 #include "launcher/actions.h"
 #include "launcher/launcher_view_model.h"
@@ -24,6 +27,7 @@
 #include <QObject>
 #include <QSizeF>
 
+#include <array>
 #include <vector>
 
 namespace tessellar {
@@ -53,11 +57,14 @@ class LauncherController final : public QObject {
 
     Q_PROPERTY(tessellar::Sheets* sheets READ sheets CONSTANT)
     Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
+    Q_PROPERTY(tessellar::ArrangementsPanel* arrangements READ arrangements CONSTANT)
     Q_PROPERTY(tessellar::BackupsPanel* backups READ backups CONSTANT)
+    Q_PROPERTY(tessellar::InformationPanel* information READ information CONSTANT)
     Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
     Q_PROPERTY(tessellar::PastRemovalsPanel* pastRemovals READ pastRemovals CONSTANT)
     Q_PROPERTY(tessellar::SettingsPanel* settings READ settings CONSTANT)
     Q_PROPERTY(tessellar::SmartFolderPanel* smartFolder READ smartFolder CONSTANT)
+    Q_PROPERTY(tessellar::UnplacedPanel* unplaced READ unplaced CONSTANT)
     Q_PROPERTY(tessellar::AlertPanel* alert READ alert CONSTANT)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(QString unavailableNotice READ unavailableNotice CONSTANT)
@@ -86,11 +93,14 @@ public:
     MenuModel* menu() { return &_menu; }
     Sheets* sheets() { return &_sheets; }
     UpdatesPanel* updates() { return &_updates; }
+    ArrangementsPanel* arrangements() { return &_arrangements; }
     BackupsPanel* backups() { return &_backups; }
+    InformationPanel* information() { return &_information; }
     RemovalPanel* removal() { return &_removal; }
     PastRemovalsPanel* pastRemovals() { return &_pastRemovals; }
     SettingsPanel* settings() { return &_settings; }
     SmartFolderPanel* smartFolder() { return &_smartFolder; }
+    UnplacedPanel* unplaced() { return &_unplaced; }
     AlertPanel* alert() { return &_alert; }
     QString notice() const;
     static QString unavailableNotice() { return LiveLayout::unavailableNotice(); }
@@ -115,6 +125,8 @@ public:
     Q_INVOKABLE bool type(const QString& text);
     /// The menu of a tile, or of the background where there is no identifier.
     Q_INVOKABLE void openMenu(const QString& tileId, QPointF point);
+    Q_INVOKABLE void openArrangements();
+    Q_INVOKABLE void openBackups();
     /// What can be done about an application's update.
     Q_INVOKABLE void openUpdateMenu(const QString& appKey, QPointF point);
 
@@ -148,6 +160,8 @@ private:
 
     /// The tiles that keys and clicks are about: what was found, the open folder's, the grid's.
     GridModel& shown();
+    /// Each has the keyboard while it is open.
+    std::array<MenuModel*, 3> menus() { return {&_menu, _smartFolder.choices(), _arrangements.menu()}; }
     void unselect() { _viewModel.shown().select(std::nullopt); }
     void selectRange(const QUuid& to);
     void leaveBehind();
@@ -157,6 +171,7 @@ private:
     void groupWith(Direction direction);
     std::optional<ShownPlace> beside(Direction direction);
     bool pressShortcut(int key, bool isShifted);
+    ActionTarget selectedTarget();
     void performMenuEntry(const QString& id);
     void perform(const ActionTarget& target, std::optional<ActionRequest> request);
 
@@ -178,11 +193,14 @@ private:
     ActionTarget _menuTarget;
     Sheets _sheets;
     UpdatesPanel _updates;
+    ArrangementsPanel _arrangements;
     BackupsPanel _backups;
+    InformationPanel _information;
     RemovalPanel _removal;
     PastRemovalsPanel _pastRemovals;
     SettingsPanel _settings;
     SmartFolderPanel _smartFolder;
+    UnplacedPanel _unplaced;
     AlertPanel _alert;
     std::vector<Subscription> _subscriptions;
 };

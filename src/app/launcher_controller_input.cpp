@@ -113,10 +113,10 @@ void LauncherController::leaveBehind() {
 // ---- keys
 
 void LauncherController::escape() {
-    if (_menu.isOpen())
-        _menu.close();
-    else if (_smartFolder.choices()->isOpen())
-        _smartFolder.choices()->close();
+    const auto all = menus();
+    const auto open = std::ranges::find_if(all, &MenuModel::isOpen);
+    if (open != all.end())
+        (*open)->close();
     else if (_smartFolder.days()->isOpen())
         _smartFolder.days()->close();
     else if (_drag.cancel())
@@ -127,6 +127,8 @@ void LauncherController::escape() {
         _removal.cancel();
     else if (_sheets.current() == Sheets::smartFolder)
         _smartFolder.leave();
+    else if (_sheets.current() == Sheets::arrangements && _arrangements.endTask())
+        return;
     else if (!_sheets.current().isEmpty())
         _sheets.close();
     else if (_search.isActive())
@@ -140,7 +142,7 @@ void LauncherController::escape() {
 }
 
 bool LauncherController::pressKey(int key, int modifiers, const QString& text) {
-    for (MenuModel* menu : {&_menu, _smartFolder.choices()}) {
+    for (MenuModel* menu : menus()) {
         if (menu->isOpen()) {
             menu->pressKey(key, modifiers & Qt::ControlModifier ? QString() : text);
             return true;
@@ -208,13 +210,24 @@ bool LauncherController::pressShortcut(int key, bool isShifted) {
                 activate(toText(*result));
                 return true;
             }
-        return false; // while something is typed, these are the field's
+        if (key != Qt::Key_I)
+            return false; // while something is typed, these are the field's
     }
     const auto modifiers = isShifted ? Qt::ControlModifier | Qt::ShiftModifier : Qt::ControlModifier;
-    const auto done = performShortcut(_viewModel, _viewModel.shown().mode(), Qt::Key(key), modifiers);
+    const ActionTarget target = selectedTarget();
+    const auto done = performShortcut(_viewModel, target, Qt::Key(key), modifiers);
     if (done)
-        perform({}, done);
+        perform(target, done);
     return done.has_value();
+}
+
+/// What keys are about: the tile that was selected last, with all that are, or what was found.
+ActionTarget LauncherController::selectedTarget() {
+    const auto& selected =
+        _search.isActive() ? _search.selected() : _viewModel.shown().selectedItemID();
+    return {.mode = _viewModel.shown().mode(),
+            .item = selected ? shown().tile(*selected) : std::nullopt,
+            .isSearchResult = _search.isActive()};
 }
 
 bool LauncherController::type(const QString& text) {
@@ -349,6 +362,16 @@ void LauncherController::openMenu(const QString& tileId, QPointF point) {
     _menu.open(actionMenu(_viewModel, _menuTarget), point);
 }
 
+void LauncherController::openArrangements() {
+    _arrangements.open();
+    _sheets.open(Sheets::arrangements);
+}
+
+void LauncherController::openBackups() {
+    _backups.refresh();
+    _sheets.open(Sheets::backups);
+}
+
 void LauncherController::openUpdateMenu(const QString& appKey, QPointF point) {
     const AppEntry* app = _viewModel.applications().withKey(appKey);
     if (!app)
@@ -375,15 +398,25 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
         return _search.clear();
     case ActionRequest::keys:
         return _sheets.open(Sheets::keys);
+    case ActionRequest::information:
+        if (const AppEntry* app = target.item ? target.item->app() : nullptr) {
+            _information.open(target.mode, *app);
+            _sheets.open(Sheets::information);
+        }
+        return;
     case ActionRequest::icon:
         return _sheets.open(Sheets::icon, target.item ? target.item->app() : nullptr);
     case ActionRequest::rules:
         return _sheets.open(Sheets::smartFolder);
     case ActionRequest::settings:
         return _sheets.open(Sheets::settings);
+    case ActionRequest::arrangements:
+        return openArrangements();
     case ActionRequest::backups:
-        _backups.refresh();
-        return _sheets.open(Sheets::backups);
+        return openBackups();
+    case ActionRequest::unplaced:
+        _unplaced.refresh();
+        return _sheets.open(Sheets::unplaced);
     case ActionRequest::updates:
         return _sheets.open(Sheets::updates);
     case ActionRequest::pastRemovals:

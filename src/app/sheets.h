@@ -20,12 +20,15 @@ class Sheets final : public QObject {
     Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)
 
 public:
+    static inline const QString arrangements = QStringLiteral("arrangements");
     static inline const QString backups = QStringLiteral("backups");
     static inline const QString icon = QStringLiteral("icon");
+    static inline const QString information = QStringLiteral("information");
     static inline const QString keys = QStringLiteral("keys");
     static inline const QString pastRemovals = QStringLiteral("pastRemovals");
     static inline const QString settings = QStringLiteral("settings");
     static inline const QString smartFolder = QStringLiteral("smartFolder");
+    static inline const QString unplaced = QStringLiteral("unplaced");
     static inline const QString updates = QStringLiteral("updates");
 
     explicit Sheets(LauncherViewModel& viewModel) : _viewModel(viewModel) {}

@@ -321,6 +321,29 @@ QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, 
     });
 }
 
+QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size) {
+    QImage page(size, QImage::Format_ARGB32_Premultiplied);
+    page.fill(Qt::transparent);
+    QPainter painter(&page);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(backdropArt(size));
+    painter.drawRoundedRect(page.rect(), size.height() / 10.0, size.height() / 10.0);
+    const QRectF area = QRectF(page.rect())
+                            .adjusted(0.06 * size.width(), 0.08 * size.height(), -0.06 * size.width(),
+                                      -0.08 * size.height());
+    const QSizeF cell(area.width() / columns, area.height() / rows);
+    const int side = static_cast<int>(0.76 * std::min(cell.width(), cell.height()));
+    for (qsizetype slot = 0; side > 0 && slot < tiles.size(); ++slot) {
+        const QPointF middle = area.topLeft() + QPointF((slot % columns + 0.5) * cell.width(),
+                                                        (slot / columns + 0.5) * cell.height());
+        painter.drawImage(
+            middle - QPointF(side, side) / 2,
+            tiles[slot].scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    }
+    return page;
+}
+
 QImage backdropArt(QSize size) {
     struct Glow {
         float x, y, radius; ///< of the width and height

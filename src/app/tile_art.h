@@ -23,6 +23,9 @@ QImage symbolFolderArt(const QString& symbolName, int side);
 /// shows, else the sign of smart folders.
 QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, int side);
 
+/// A page of the grid in small.
+QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size);
+
 /// The night sky behind the tiles, dithered: a gradient of eight bits shows bands on a large screen.
 QImage backdropArt(QSize size);
 

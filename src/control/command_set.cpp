@@ -34,8 +34,10 @@ CommandSet::CommandSet()
     : _parser("Everything that the launcher can do without a pointer.", "tessellarctl") {
     _parser.require_subcommand(1);
     addLayoutCommands(*this);
+    addArrangementCommands(*this);
     addEditingCommands(*this);
     addActionCommands(*this);
+    addInformationCommands(*this);
     addLibraryCommands(*this);
     addMemoryCommands(*this);
     addSettingsCommands(*this);

@@ -70,8 +70,10 @@ private:
 
 // The families of commands, each in a file of its own.
 void addActionCommands(CommandSet& set);
+void addArrangementCommands(CommandSet& set);
 void addLayoutCommands(CommandSet& set);
 void addEditingCommands(CommandSet& set);
+void addInformationCommands(CommandSet& set);
 void addLibraryCommands(CommandSet& set);
 void addMemoryCommands(CommandSet& set);
 void addSettingsCommands(CommandSet& set);

@@ -1,4 +1,4 @@
-// The arrangement: scan, list, reset, open, saved arrangements.
+// The arrangement: scan, list, reset, open.
 
 #include "control/command_set.h"
 #include "launcher/installed_applications.h"
@@ -49,35 +49,6 @@ QString gridText(const Call& call) {
     return out.isEmpty() ? QStringLiteral("There are no applications.") : out;
 }
 
-QString counted(int count, const QString& one) {
-    return QStringLiteral("%1 %2%3").arg(count).arg(one, count == 1 ? QString() : QStringLiteral("s"));
-}
-
-QString arrangementLine(const ArrangementSummary& summary) {
-    return QStringLiteral("%1  %2  %3 (%4, %5, %6)\n")
-        .arg(toText(summary.id), summary.createdAt.toIso8601(), summary.name,
-             counted(summary.pageCount, QStringLiteral("page")),
-             counted(summary.appCount, QStringLiteral("application")),
-             counted(summary.folderCount, QStringLiteral("folder")));
-}
-
-std::optional<QUuid> identifier(const Call& call, const QString& text) {
-    if (const auto id = json::decode<QUuid>(text))
-        return *id;
-    call->fail({QStringLiteral("notAnIdentifier"),
-                QStringLiteral("“%1” is no identifier.").arg(text.left(80)),
-                {}});
-    return std::nullopt;
-}
-
-/// Does it, and says so of the arrangement by its name.
-void answerNaming(const Call& call, const QString& sentence, const QUuid& id,
-                  LayoutArchive::Outcome (LayoutArchive::*work)(LauncherWindowMode, const QUuid&)) {
-    LayoutArchive& archive = call->launcher().archive();
-    const QString name = archive.nameOf(call->mode(), id);
-    call->answer((archive.*work)(call->mode(), id), sentence.arg(name));
-}
-
 void addScan(CommandSet& set) {
     set.onRun(set.add("scan", "Look for applications and print what is found"), CommandNeeds::machine,
               [](const Call& call) {
@@ -98,48 +69,6 @@ void addScan(CommandSet& set) {
                               text += QStringLiteral("(incomplete)  %1\n").arg(bundle.path);
                           call->succeed(json::encode(scan), text);
                       });
-              });
-}
-
-void addArrangements(CommandSet& set) {
-    CLI::App* group = set.addGroup("arrangements", "The saved arrangements of the display mode");
-    set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher, [](const Call& call) {
-        call->launcher().archive().listArrangements(
-            call->mode(), [call](const QList<ArrangementSummary>& summaries) {
-                QString text;
-                for (const ArrangementSummary& summary : summaries)
-                    text += arrangementLine(summary);
-                call->succeed(json::encode(summaries),
-                              text.isEmpty() ? QStringLiteral("There are no saved arrangements.")
-                                             : text);
-            });
-    });
-
-    CLI::App* save = set.add("save", "Save the arrangement under a name", group);
-    set.onRun(save, CommandNeeds::launcher,
-              [name = word(save, "name", "What to call it")](const Call& call) {
-                  const auto saved = call->launcher().archive().save(call->mode(), text(name));
-                  if (saved)
-                      call->succeed(json::encode(*saved), arrangementLine(*saved));
-                  else
-                      call->fail(saved.error());
-              });
-
-    CLI::App* restore =
-        set.add("restore", "Put a saved arrangement in place of the present one", group);
-    set.onRun(restore, CommandNeeds::launcher,
-              [id = word(restore, "id", "The arrangement's identifier")](const Call& call) {
-                  if (const auto uuid = identifier(call, text(id)))
-                      answerNaming(call, QStringLiteral("Restored “%1”."), *uuid,
-                                   &LayoutArchive::restore);
-              });
-
-    CLI::App* remove = set.add("delete", "Remove a saved arrangement", group);
-    set.onRun(remove, CommandNeeds::launcher,
-              [id = word(remove, "id", "The arrangement's identifier")](const Call& call) {
-                  if (const auto uuid = identifier(call, text(id)))
-                      answerNaming(call, QStringLiteral("Deleted “%1”."), *uuid,
-                                   &LayoutArchive::remove);
               });
 }
 
@@ -187,7 +116,6 @@ void addLayoutCommands(CommandSet& set) {
         call->launcher().launch(
             text(key), [call](const LauncherViewModel::Outcome& outcome) { call->answer(outcome); });
     });
-    addArrangements(set);
 }
 
 } // namespace tessellar

@@ -2,35 +2,13 @@
 // come and go.
 
 #include "control/command_set.h"
+#include "control/named_file.h"
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_import.h"
 #include "launcher/library_watch.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 namespace tessellar {
 namespace {
-
-// ---- files that the user names
-
-struct NamedFile {
-    QString path;
-    const FileSystem* files = nullptr;
-};
-
-/// A file is named as the host names it, on the machine or not; one that is not there is looked for
-/// under the machine's own names.
-NamedFile namedFile(const Call& call, const QString& name) {
-    static const FileSystem host;
-    const FileSystem& files = call->machine.files;
-    const QString path = QDir::cleanPath(QDir(call->options.directory).absoluteFilePath(name));
-    if (const auto onMachine = files.pathFromHost(FileSystem::toHostBytes(path).value_or(QByteArray())))
-        return {*onMachine, &files};
-    if (!QFileInfo::exists(path) && name.startsWith(u'/') && files.exists(name))
-        return {name, &files};
-    return {path, &host};
-}
 
 // ---- import
 
@@ -68,7 +46,7 @@ void addImport(CommandSet& set) {
     set.onRun(import, CommandNeeds::launcher, [database, isPreview](const Call& call) {
         std::optional<LauncherImport::Database> file;
         if (!database->empty()) {
-            const NamedFile named = namedFile(call, text(database));
+            const NamedFile named = namedFile(*call, text(database));
             file = {named.path, named.files};
         }
         LauncherImport& importer = call->launcher().launchpadImport();
@@ -102,7 +80,7 @@ void addIcons(CommandSet& set) {
     set.onRun(put, CommandNeeds::launcher,
               [key = word(put, "appkey", appKeyHelp),
                file = word(put, "file", "An .icns file, of which a copy is kept")](const Call& call) {
-                  const NamedFile named = namedFile(call, text(file));
+                  const NamedFile named = namedFile(*call, text(file));
                   call->launcher().icons().set(
                       text(key), named.path,
                       [call](const LauncherIcons::Outcome& outcome) { call->answer(outcome); },

@@ -3,6 +3,7 @@
 #include "control/command_set.h"
 #include "launcher/layout_archive.h"
 #include "launcher/place_memory.h"
+#include "launcher/unplaced.h"
 
 namespace tessellar {
 namespace {
@@ -61,6 +62,20 @@ void addPlaces(CommandSet& set) {
         });
 }
 
+void addUnplaced(CommandSet& set) {
+    set.onRun(
+        set.add("unplaced", "What is hidden, has no tile, or has gone and may come back"),
+        CommandNeeds::launcher, [](const Call& call) {
+            const auto things = unplacedThings(call->launcher(), call->mode(), call->machine.locale);
+            QString lines;
+            for (const UnplacedThing& thing : things)
+                lines += QStringLiteral("%1  %2  %3\n")
+                             .arg(json::rawValue(thing.kind), thing.id, thing.name);
+            call->succeed(json::encode(things),
+                          lines.isEmpty() ? QStringLiteral("Everything is on the pages.") : lines);
+        });
+}
+
 void addBackups(CommandSet& set) {
     CLI::App* group = set.addGroup("backups", "The arrangements that were kept before others came");
     set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher, [](const Call& call) {
@@ -89,6 +104,7 @@ void addBackups(CommandSet& set) {
 } // namespace
 
 void addMemoryCommands(CommandSet& set) {
+    addUnplaced(set);
     addPlaces(set);
     addBackups(set);
 }

@@ -142,11 +142,13 @@ void answerWithFactsOf(const Call& call, const QString& key) {
     if (!app)
         return call->fail(InstalledApplications::unknown(key));
     call->launcher().updates().whenKnown([call, entry = *app] {
-        call->launcher().smartFolders().gatherFactsOf(entry, call->mode(),
-                                                      [call](const SmartFolderAppFacts& facts) {
-                                                          const QJsonValue record = json::encode(facts);
-                                                          call->succeed(record, factLines(record));
-                                                      });
+        call->launcher().smartFolders().gatherFactsOf(
+            entry, call->mode(), [call](const SmartFolderAppFacts& facts, bool isComplete) {
+                if (!isComplete)
+                    return;
+                const QJsonValue record = json::encode(facts);
+                call->succeed(record, factLines(record));
+            });
     });
 }
 

@@ -63,7 +63,7 @@ static QString shortcutText(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     return key > Qt::Key_Space && key <= Qt::Key_AsciiTilde ? text + QChar(ushort(key)) : QString();
 }
 
-std::optional<ActionRequest> performShortcut(LauncherViewModel& launcher, LauncherWindowMode mode,
+std::optional<ActionRequest> performShortcut(LauncherViewModel& launcher, const ActionTarget& target,
                                              Qt::Key key, Qt::KeyboardModifiers modifiers) {
     const QString shortcut = shortcutText(key, modifiers);
     const auto rows = actionRows();
@@ -72,14 +72,9 @@ std::optional<ActionRequest> performShortcut(LauncherViewModel& launcher, Launch
     });
     if (row == rows.end())
         return std::nullopt;
-    const LiveLayout& layout = launcher.layout(mode);
-    ActionTarget target{.mode = mode};
-    if (const auto& selected = layout.selectedItemID())
-        if (const LaunchpadItem* item = layout.item(*selected))
-            target.item = *item;
     const QString id = QLatin1StringView(row->id);
     const auto done = performAction(launcher, target, id);
-    return done || !target.item ? done : performAction(launcher, {.mode = mode}, id);
+    return done || !target.item ? done : performAction(launcher, {.mode = target.mode}, id);
 }
 
 } // namespace tessellar

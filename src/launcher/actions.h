@@ -46,10 +46,14 @@ enum class ActionRequest {
     whereabouts,  ///< show the tile of the application that was found, in place of what was found
     keys,         ///< show what the keys do
     rules,        ///< let the user edit the smart folder that is open in `SmartFolderEditing`
+    information,  ///< show all that is known of the application
+    arrangements, ///< show the saved arrangements
+    unplaced,     ///< show what is hidden, has no tile, or has gone and may come back
 };
 
-// What a menu, a key and `tessellarctl actions` offer is one table, in action_table.cpp: each row has a
-// name, a title, perhaps a shortcut, says when it applies and when it is allowed, and what it does.
+// What a menu, a key and `tessellarctl actions` offer is one table, in tile_actions.cpp and
+// background_actions.cpp: each row has a name, a title, perhaps a shortcut, says when it applies and
+// when it is allowed, and what it does.
 
 /// The menu of a target. With the tile of a selection it is about all of these.
 QList<MenuEntry> actionMenu(LauncherViewModel& launcher, const ActionTarget& target);
@@ -59,9 +63,9 @@ QList<MenuEntry> actionMenu(LauncherViewModel& launcher, const ActionTarget& tar
 std::optional<ActionRequest> performAction(LauncherViewModel& launcher, const ActionTarget& target,
                                            const QString& id);
 
-/// Does what a key stands for: with the selected tile, or the background where it does not apply to
-/// that. Nothing where it stands for nothing now.
-std::optional<ActionRequest> performShortcut(LauncherViewModel& launcher, LauncherWindowMode mode,
+/// Does what a key stands for: with the target, or the background where it does not apply to that.
+/// Nothing where it stands for nothing now.
+std::optional<ActionRequest> performShortcut(LauncherViewModel& launcher, const ActionTarget& target,
                                              Qt::Key key, Qt::KeyboardModifiers modifiers);
 
 } // namespace tessellar

@@ -1,5 +1,6 @@
 // Bringing back what a removal took, for undo and for people, and taking it again for redo.
 
+#include "launcher/date_text.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup_moving.h"
 #include "launcher/launcher_error.h"
@@ -7,11 +8,6 @@
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/place_memory.h"
-#include "platform/calendar.h"
-
-#include <QDateTime>
-#include <QLocale>
-#include <QTimeZone>
 
 #include <algorithm>
 
@@ -59,11 +55,7 @@ void LauncherCleanup::listPast(std::function<void(Past)> done) {
 }
 
 QString LauncherCleanup::dateText(const CleanupRecord& removal) const {
-    const Locale& locale = _machine.locale;
-    const QTimeZone zone(Calendar::system(locale).timeZone().toUtf8());
-    const auto milliseconds = static_cast<qint64>(removal.removedAt.unixSeconds() * 1'000);
-    return QLocale(locale.identifier())
-        .toString(QDateTime::fromMSecsSinceEpoch(milliseconds, zone), QLocale::ShortFormat);
+    return tessellar::dateText(removal.removedAt, _machine.locale);
 }
 
 void LauncherCleanup::restore(std::function<void(Restored)> done) {

@@ -1,12 +1,9 @@
 #include "launcher/launcher_updates.h"
 
+#include "launcher/date_text.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/smart_folder_library.h"
-
-#include <QDateTime>
-#include <QLocale>
-#include <QTimeZone>
 
 #include <algorithm>
 
@@ -328,15 +325,8 @@ LauncherUpdates::Outcome LauncherUpdates::set(const QString& key, const QJsonVal
 }
 
 QString LauncherUpdates::summary() const {
-    QString last;
-    if (const auto date = lastCheck()) {
-        const Locale& locale = _machine.locale;
-        const QTimeZone zone(Calendar::system(locale).timeZone().toUtf8());
-        last = QLocale(locale.identifier())
-                   .toString(QDateTime::fromMSecsSinceEpoch(
-                                 static_cast<qint64>(date->unixSeconds() * 1'000), zone),
-                             QLocale::ShortFormat);
-    }
+    const auto date = lastCheck();
+    const QString last = date ? dateText(*date, _machine.locale) : QString();
     if (isChecking())
         return update_texts::checking;
     return update_texts::summary(_coordinator ? _coordinator->tally() : AppUpdateTally(), problems(),

@@ -1,5 +1,6 @@
 #include "launcher/launcher_view_model.h"
 
+#include "launcher/arrangement_shelf.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_clipboard.h"
@@ -35,6 +36,7 @@ struct LauncherViewModel::Parts {
         , history(machine, store, layouts, smartFolders, applications, messages)
         , editor(machine, history, layouts, smartFolders)
         , clipboard(machine, pasteboard, history, layouts, smartFolders, messages)
+        , arrangements(machine, store, layouts, history)
         , archive(machine, store, layouts, applications, places, history, messages)
         , search(machine, layouts, applications, smartFolders)
         , opener(machine) {}
@@ -69,6 +71,7 @@ struct LauncherViewModel::Parts {
     LauncherHistory history;
     LauncherEditor editor;
     LauncherClipboard clipboard;
+    ArrangementShelf arrangements;
     LayoutArchive archive;
     LauncherSearch search;
     Opener opener;
@@ -124,6 +127,7 @@ LauncherMessages& LauncherViewModel::messages() const { return _parts->messages;
 LauncherHistory& LauncherViewModel::history() const { return _parts->history; }
 LauncherEditor& LauncherViewModel::editor() const { return _parts->editor; }
 LauncherClipboard& LauncherViewModel::clipboard() const { return _parts->clipboard; }
+ArrangementShelf& LauncherViewModel::arrangements() const { return _parts->arrangements; }
 LayoutArchive& LauncherViewModel::archive() const { return _parts->archive; }
 PlaceMemory& LauncherViewModel::places() const { return _parts->places; }
 LauncherSearch& LauncherViewModel::search() const { return _parts->search; }

@@ -12,6 +12,7 @@ class QString;
 
 namespace tessellar {
 
+class ArrangementShelf;
 class InstalledApplications;
 class LauncherCleanup;
 class LauncherClipboard;
@@ -82,6 +83,7 @@ public:
     LauncherHistory& history() const;
     LauncherEditor& editor() const;
     LauncherClipboard& clipboard() const;
+    ArrangementShelf& arrangements() const;
     LayoutArchive& archive() const;
     PlaceMemory& places() const;
     LauncherSearch& search() const;

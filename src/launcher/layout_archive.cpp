@@ -1,5 +1,6 @@
 #include "launcher/layout_archive.h"
 
+#include "launcher/arrangement_shelf.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/layout_merger.h"
@@ -30,48 +31,20 @@ void LayoutArchive::read(Work work, Done done) {
         });
 }
 
-void LayoutArchive::listArrangements(Mode mode,
-                                     std::function<void(const QList<ArrangementSummary>&)> done) {
-    read([list = _store.arrangementLister(mode)](std::stop_token) { return list(); }, std::move(done));
-}
-
-QString LayoutArchive::nameOf(Mode mode, const QUuid& id) const {
-    const auto arrangement = _store.arrangement(mode, id);
-    return arrangement ? arrangement->value.name : QString();
-}
-
-std::expected<ArrangementSummary, LauncherError> LayoutArchive::save(Mode mode, const QString& name) {
-    const QString title = QStringLiteral("Could not save arrangement");
-    if (const auto guarded = _history.guard(mode); !guarded)
-        return std::unexpected(guarded.error());
-    if (trimmed(name).isEmpty())
-        return std::unexpected(
-            LauncherError{QStringLiteral("emptyName"),
-                          QStringLiteral("Name this arrangement so it can be restored later."), title});
-    const LiveLayout& layout = _layouts[mode];
-    const auto saved =
-        _store.saveArrangement(mode, trimmed(name), layout.document(), layout.settings());
-    if (!saved)
-        return std::unexpected(launcherError(saved.error(), title));
-    return *saved;
-}
-
-LayoutArchive::Outcome LayoutArchive::restore(Mode mode, const QUuid& id) {
+void LayoutArchive::restore(Mode mode, const QUuid& id, std::function<void(Restored)> done) {
     const QString title = QStringLiteral("Could not restore arrangement");
     if (const auto guarded = _history.guard(mode); !guarded)
-        return guarded;
-    const auto arrangement = _store.arrangement(mode, id);
-    if (!arrangement) {
-        LauncherError error = launcherError(arrangement.error(), title);
-        // The sentence is that of the working file, and would have the user reset the good one.
-        if (std::holds_alternative<StorageError>(arrangement.error()))
-            error.message = QStringLiteral(
-                "This arrangement was saved by another version of Tessellar and cannot be restored.");
-        return std::unexpected(error);
-    }
-    return replace(mode, arrangement->value.document, arrangement->value.layout,
-                   editName(EditKind::restoreArrangement), QStringLiteral("arrangement-restore"), title,
-                   arrangement->isLossy);
+        return done(std::unexpected(guarded.error()));
+    read([saved = _store.arrangements(mode), id](std::stop_token) { return saved.read(id); },
+         [this, mode, title, done = std::move(done)](const auto& arrangement) {
+             if (!arrangement)
+                 return done(std::unexpected(arrangementError(arrangement.error(), title)));
+             const Arrangement& saved = arrangement->value;
+             const Outcome replaced =
+                 replace(mode, saved.document, saved.layout, editName(EditKind::restoreArrangement),
+                         QStringLiteral("arrangement-restore"), title, arrangement->isLossy);
+             done(replaced ? Restored(saved.name) : std::unexpected(replaced.error()));
+         });
 }
 
 LayoutArchive::Outcome LayoutArchive::replace(Mode mode, const LayoutDocument& document,
@@ -129,13 +102,6 @@ void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<
 }
 
 // ---- the rest
-
-LayoutArchive::Outcome LayoutArchive::remove(Mode mode, const QUuid& id) {
-    if (const auto deleted = _store.deleteArrangement(mode, id); !deleted)
-        return std::unexpected(
-            launcherError(deleted.error(), QStringLiteral("Could not delete arrangement")));
-    return {};
-}
 
 LayoutArchive::Outcome LayoutArchive::reset(Mode mode) {
     const QString title = QStringLiteral("Could not reset layout");

@@ -33,13 +33,10 @@ public:
                   InstalledApplications& applications, PlaceMemory& places, LauncherHistory& history,
                   LauncherMessages& messages);
 
-    void listArrangements(Mode mode, std::function<void(const QList<ArrangementSummary>&)> done);
-    /// Empty where there is no such arrangement.
-    QString nameOf(Mode mode, const QUuid& id) const;
-    std::expected<ArrangementSummary, LauncherError> save(Mode mode, const QString& name);
-    /// With the grid's settings that it was saved with.
-    Outcome restore(Mode mode, const QUuid& id);
-    Outcome remove(Mode mode, const QUuid& id);
+    /// A saved arrangement, with the grid's settings that it was saved with; `done` is called with its
+    /// name.
+    using Restored = std::expected<QString, LauncherError>;
+    void restore(Mode mode, const QUuid& id, std::function<void(Restored)> done);
     /// The default alphabetical arrangement. Where the working file could not be read this is the way
     /// out: the file is moved to the backups, and the step cannot be undone.
     Outcome reset(Mode mode);

@@ -338,16 +338,16 @@ void SmartFolderLibrary::gatherFacts(SmartFolderNeeds needs, std::function<void(
     startRound();
 }
 
-void SmartFolderLibrary::gatherFactsOf(const AppEntry& app, LauncherWindowMode mode,
-                                       std::function<void(const SmartFolderAppFacts&)> done) {
+void SmartFolderLibrary::gatherFactsOf(
+    const AppEntry& app, LauncherWindowMode mode,
+    std::function<void(const SmartFolderAppFacts&, bool isComplete)> told) {
     const auto task = _singleTasks.emplace(_singleTasks.end());
     *task = _catalog.facts(
         request({app}, allNeeds()),
-        [this, task, mode, done = std::move(done)](const SmartFolderFactsList& facts, bool isComplete) {
-            if (!isComplete)
-                return;
-            _singleTasks.erase(task);
-            done(*named(facts, _views[at(mode)]).first());
+        [this, task, mode, told = std::move(told)](const SmartFolderFactsList& facts, bool isComplete) {
+            if (isComplete)
+                _singleTasks.erase(task);
+            told(*named(facts, _views[at(mode)]).first(), isComplete);
         });
 }
 

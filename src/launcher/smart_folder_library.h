@@ -91,9 +91,10 @@ public:
     /// Calls `done` once the facts are those of now, with these needs beside those of the definitions;
     /// for what only definitions need it does not wait.
     void gatherFacts(SmartFolderNeeds needs, std::function<void()> done);
-    /// All facts of one application, without a look at any other.
+    /// All facts of one application, without a look at any other: what is known at first, and all at
+    /// the end.
     void gatherFactsOf(const AppEntry& app, LauncherWindowMode mode,
-                       std::function<void(const SmartFolderAppFacts&)> done);
+                       std::function<void(const SmartFolderAppFacts&, bool isComplete)> told);
 
     // What evaluations depend on.
     void setApps(const QList<AppEntry>& apps);

@@ -1,6 +1,8 @@
 #include "model/layout_store.h"
 
+#include "model/json_losses.h"
 #include "model/overwrite_guard.h"
+#include "model/saved_arrangements.h"
 
 #include <algorithm>
 
@@ -44,16 +46,6 @@ LayoutStore::LayoutStore(const Machine& machine, QString directory)
     , _directory(std::move(directory))
     , _working{{{machine, _directory, modes[0]}, {machine, _directory, modes[1]}}} {
     (void)_machine.files.createDirectories(_directory);
-}
-
-QString LayoutStore::arrangementsDirectory(LauncherWindowMode mode) const {
-    return FileSystem::joined(_directory, mode == LauncherWindowMode::fullScreen
-                                              ? QStringLiteral("Arrangements")
-                                              : QStringLiteral("Arrangements-Windowed"));
-}
-
-QString LayoutStore::arrangementPath(LauncherWindowMode mode, const QUuid& id) const {
-    return FileSystem::joined(arrangementsDirectory(mode), toText(id) + QLatin1StringView(".json"));
 }
 
 /// What a working file holds. Decoding takes longer than reading.
@@ -320,93 +312,8 @@ LayoutStore::makeBackup(const QString& reason, const std::optional<QString>& sou
     return path;
 }
 
-static ArrangementSummary summaryOf(const Arrangement& arrangement) {
-    return {arrangement.id,        arrangement.name,     arrangement.createdAt,
-            arrangement.pageCount, arrangement.appCount, arrangement.folderCount};
-}
-
-std::expected<ArrangementSummary, FileError>
-LayoutStore::saveArrangement(LauncherWindowMode mode, const QString& name, const Document& document,
-                             const std::optional<ArrangementLayout>& layout) {
-    const ItemCounts counts = countItems(document.pages);
-    const Arrangement arrangement{.id = _machine.uuids.next(),
-                                  .name = name,
-                                  .createdAt = _machine.clock.now(),
-                                  .document = current(document),
-                                  .pageCount = static_cast<int>(counts.pages),
-                                  .appCount = static_cast<int>(counts.applications),
-                                  .folderCount = static_cast<int>(counts.folders),
-                                  .layout = layout};
-    const auto written =
-        write(arrangementPath(mode, arrangement.id), arrangement, arrangement.document);
-    if (!written)
-        return std::unexpected(written.error());
-    return summaryOf(arrangement);
-}
-
-static QList<ArrangementSummary> arrangementsIn(const QString& directory, const FileSystem& files,
-                                                const Locale& locale, Log& log) {
-    QList<ArrangementSummary> result;
-    const auto entries = files.entries(directory);
-    if (!entries)
-        return result;
-    for (const DirectoryEntry& entry : *entries) {
-        const QString path = FileSystem::joined(directory, QString::fromUtf8(entry.name));
-        if (FileSystem::extension(path) != u"json")
-            continue;
-        const auto bytes = files.read(path, maximumLayoutBytes);
-        auto arrangement =
-            bytes ? json::decodeDocument<Arrangement>(*bytes) : json::fail(message(bytes.error()));
-        // It is restored and deleted by the name of its file, whatever identifier stands in it.
-        const auto id = json::decode<QUuid>(FileSystem::fileName(path).chopped(5));
-        if (arrangement &&
-            (!id || FileSystem::fileName(path) != toText(*id) + QLatin1StringView(".json")))
-            arrangement = json::fail(QStringLiteral("Its name is no identifier."));
-        if (arrangement) {
-            arrangement->id = *id;
-            result.append(summaryOf(*arrangement));
-        } else {
-            log.warning(QStringLiteral("The saved arrangement %1 is left out: %2")
-                            .arg(path, json::message(arrangement.error())));
-        }
-    }
-    std::ranges::stable_sort(result, [&](const ArrangementSummary& a, const ArrangementSummary& b) {
-        if (a.createdAt != b.createdAt)
-            return a.createdAt > b.createdAt;
-        return locale.compareNames(a.name, b.name) < 0;
-    });
-    return result;
-}
-
-std::function<QList<ArrangementSummary>()>
-LayoutStore::arrangementLister(LauncherWindowMode mode) const {
-    return [directory = arrangementsDirectory(mode), &files = _machine.files, locale = _machine.locale,
-            &log = _machine.log] { return arrangementsIn(directory, files, locale, log); };
-}
-
-std::expected<json::MaybeLossy<Arrangement>, LayoutStore::Error>
-LayoutStore::arrangement(LauncherWindowMode mode, const QUuid& id) const {
-    const auto bytes = _machine.files.read(arrangementPath(mode, id), maximumLayoutBytes);
-    if (!bytes)
-        return std::unexpected(bytes.error());
-    const json::Losses losses;
-    auto arrangement = json::decodeDocument<Arrangement>(*bytes);
-    if (!arrangement) {
-        _machine.log.warning(json::message(arrangement.error()));
-        return std::unexpected(FileError{FileError::Code::damaged, arrangementPath(mode, id)});
-    }
-    if (!Document::isSupported(arrangement->document.version))
-        return std::unexpected(
-            StorageError{Code::unsupportedWorkingDocumentVersion, arrangement->document.version});
-    if (folderDepth(arrangement->document.pages) > maximumFolderDepth)
-        return std::unexpected(FileError{FileError::Code::tooLarge, arrangementPath(mode, id)});
-    arrangement->document.version = Document::currentVersion;
-    return json::MaybeLossy<Arrangement>{*std::move(arrangement), losses.count() > 0};
-}
-
-std::expected<void, FileError> LayoutStore::deleteArrangement(LauncherWindowMode mode,
-                                                              const QUuid& id) {
-    return _machine.files.remove(arrangementPath(mode, id));
+SavedArrangements LayoutStore::arrangements(LauncherWindowMode mode) const {
+    return {_machine, _directory, mode};
 }
 
 } // namespace tessellar

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "model/json_losses.h"
 #include "model/launcher_window_mode.h"
 #include "model/layout_document.h"
 #include "platform/background_file.h"
@@ -16,6 +15,7 @@
 namespace tessellar {
 
 class OverwriteGuard;
+class SavedArrangements;
 
 /// Keeps the arrangement on disk: a working file for each display mode, backups, saved arrangements.
 ///
@@ -117,20 +117,7 @@ public:
                                                  const std::optional<QString>& sourceDatabasePath,
                                                  const Document& document);
 
-    // The saved arrangements of each mode.
-    std::expected<ArrangementSummary, FileError>
-    saveArrangement(LauncherWindowMode mode, const QString& name, const Document& document,
-                    const std::optional<ArrangementLayout>& layout);
-    /// Newest first. A file that cannot be decoded is left out and named in the log.
-    QList<ArrangementSummary> arrangements(LauncherWindowMode mode) const {
-        return arrangementLister(mode)();
-    }
-    /// What does that, on any thread: it reads whole documents.
-    std::function<QList<ArrangementSummary>()> arrangementLister(LauncherWindowMode mode) const;
-    QString arrangementPath(LauncherWindowMode mode, const QUuid& id) const;
-    std::expected<json::MaybeLossy<Arrangement>, Error> arrangement(LauncherWindowMode mode,
-                                                                    const QUuid& id) const;
-    std::expected<void, FileError> deleteArrangement(LauncherWindowMode mode, const QUuid& id);
+    SavedArrangements arrangements(LauncherWindowMode mode) const;
 
 private:
     struct Unsaved {
@@ -160,7 +147,6 @@ private:
     const Working& working(LauncherWindowMode mode) const {
         return _working[static_cast<std::size_t>(mode)];
     }
-    QString arrangementsDirectory(LauncherWindowMode mode) const;
     QString stampedName(const QString& prefix);
     void handOver(LauncherWindowMode mode);
     template <typename Kept>

@@ -58,7 +58,10 @@ BundleTools::BundleTools(const Machine& machine)
             .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/bin/lipo"))}
     , _codesign{.path = QStringLiteral("/usr/bin/codesign"),
                 .timeout = std::chrono::seconds(10),
-                .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/bin/codesign"))} {}
+                .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/bin/codesign"))}
+    , _spctl{.path = QStringLiteral("/usr/sbin/spctl"),
+             .timeout = std::chrono::seconds(20),
+             .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/sbin/spctl"))} {}
 
 bool BundleTools::Tool::isUsable() const { return isThere && timeouts < timeoutsBeforeGivingUp; }
 
@@ -86,9 +89,13 @@ std::optional<ToolAnswer<CommandResult>> BundleTools::run(Tool& tool, QList<QByt
     if (result.outcome == Outcome::cancelled || result.outcome == Outcome::couldNotLaunch)
         return std::nullopt;
     ToolAnswer<CommandResult> answer{.isLasting = result.outcome == Outcome::exited};
-    if (result.succeeded() && !result.outputTruncated)
+    if (answer.isLasting && !result.outputTruncated)
         answer.findings = std::move(result);
     return answer;
+}
+
+static bool hasSucceeded(const ToolAnswer<CommandResult>& answer) {
+    return answer.findings && answer.findings->succeeded();
 }
 
 std::optional<ToolAnswer<QStringList>> BundleTools::architectures(const QString& executablePath,
@@ -99,7 +106,7 @@ std::optional<ToolAnswer<QStringList>> BundleTools::architectures(const QString&
     if (!answer)
         return std::nullopt;
     return ToolAnswer<QStringList>{
-        answer->findings ? parseArchitectures(answer->findings->standardOutput) : std::nullopt,
+        hasSucceeded(*answer) ? parseArchitectures(answer->findings->standardOutput) : std::nullopt,
         answer->isLasting};
 }
 
@@ -109,9 +116,24 @@ std::optional<ToolAnswer<SignatureFindings>> BundleTools::signature(const QStrin
     if (!answer)
         return std::nullopt;
     return ToolAnswer<SignatureFindings>{
-        answer->findings ? std::optional(parseSignature(answer->findings->standardError))
-                         : std::nullopt,
+        hasSucceeded(*answer) ? std::optional(parseSignature(answer->findings->standardError))
+                              : std::nullopt,
         answer->isLasting};
+}
+
+std::optional<CodeFindings> BundleTools::code(const QString& bundlePath, std::stop_token stop) {
+    const auto shown = run(_codesign, {"-dvv", "--entitlements", "-", "--xml"}, bundlePath, stop);
+    if (!shown || !shown->findings)
+        return std::nullopt;
+    CodeFindings found = parseCode(*shown->findings);
+    // A ticket need not be kept with the bundle.
+    if (found.signature != CodeSignature::developerId || found.isNotarized)
+        return found;
+    const auto assessed =
+        run(_spctl, {"--assess", "--type", "execute", "-vv"}, bundlePath, std::move(stop));
+    if (assessed && assessed->findings)
+        found.isNotarized = parseAssessment(*assessed->findings);
+    return found;
 }
 
 } // namespace tessellar

@@ -2,6 +2,7 @@
 
 #include "model/json.h"
 #include "platform/machine.h"
+#include "smartfolders/code_findings.h"
 
 #include <atomic>
 
@@ -57,6 +58,9 @@ public:
                                                          std::stop_token stop);
     std::optional<ToolAnswer<SignatureFindings>> signature(const QString& bundlePath,
                                                            std::stop_token stop);
+    /// For one application at a time: what the signature does not say, the system has to assess, which
+    /// takes seconds.
+    std::optional<CodeFindings> code(const QString& bundlePath, std::stop_token stop);
 
 private:
     struct Tool {
@@ -67,13 +71,14 @@ private:
 
         bool isUsable() const;
     };
-    /// The result of a run that ended by itself in time and within bounds.
+    /// The result of a run that ended by itself in time and within bounds, whether it succeeded or not.
     std::optional<ToolAnswer<CommandResult>> run(Tool& tool, QList<QByteArray> arguments,
                                                  const QString& path, std::stop_token stop);
 
     const Machine& _machine;
     Tool _lipo;
     Tool _codesign;
+    Tool _spctl;
 };
 
 } // namespace tessellar

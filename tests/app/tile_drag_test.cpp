@@ -4,6 +4,7 @@
 #include "launcher/launcher_editor.h"
 #include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"
+#include "launcher/small_launcher.h"
 #include "launcher/smart_folder_library.h"
 #include "smartfolders/smart_folder_rule.h"
 
@@ -241,10 +242,10 @@ TEST_F(TileDragTest, TilesThatGoLeaveTheHandAndTheHeldOneEndsTheDrag) {
 
 TEST_F(TileDragTest, AnArrangementThatIsReplacedTakesTheTileFromTheHand) {
     showTwoPagesAndAFolder();
-    const auto saved = viewModel().archive().save(viewModel().shown().mode(), u"Before"_s);
+    const auto saved = saveArrangement(viewModel(), mac, u"Before"_s);
     ASSERT_TRUE(saved);
     for (const auto& replace : std::initializer_list<std::function<void()>>{
-             [&] { ASSERT_TRUE(viewModel().archive().restore(viewModel().shown().mode(), saved->id)); },
+             [&] { ASSERT_TRUE(restoreArrangement(viewModel(), mac, saved->id)); },
              [&] { ASSERT_TRUE(viewModel().archive().reset(viewModel().shown().mode())); }}) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"A01"_s)->property("shiftX") == 0; }));
         QTest::mousePress(&view(), Qt::LeftButton, {}, at(u"A01"_s));

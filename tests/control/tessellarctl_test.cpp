@@ -54,8 +54,9 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusal) {
                                      {u"arrangements"_qs, u"--bogus"_qs}}) {
         const Result family = run(words);
         EXPECT_EQ(family.status, 2);
-        EXPECT_EQ(family.error,
-                  "“arrangements” takes one of these words: list, save, restore, delete.\n");
+        EXPECT_EQ(family.error, "“arrangements” takes one of these words: list, save, replace, rename, "
+                                "delete, restore, export, "
+                                "import, undo, redo.\n");
     }
     EXPECT_EQ(run({u"arrangements"_qs, u"--help"_qs}).status, 0);
     EXPECT_EQ(run({u"--mode"_qs, u"sideways"_qs, u"list"_qs}).status, 2);

@@ -81,8 +81,10 @@ protected:
         return request.value_or(ActionRequest::none);
     }
     bool press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
-        const bool meant =
-            performShortcut(*launcher, launcher->shown().mode(), key, modifiers).has_value();
+        ActionTarget target;
+        if (const auto& selected = launcher->shown().selectedItemID())
+            target.item = *launcher->shown().item(*selected);
+        const bool meant = performShortcut(*launcher, target, key, modifiers).has_value();
         mac.settle();
         return meant;
     }
@@ -94,9 +96,9 @@ protected:
 };
 
 TEST_F(ActionsTest, EachKindOfTileHasItsEntries) {
-    EXPECT_EQ(choices(on(u"Ash"_s)),
-              (QStringList{u"open"_s, u"rename"_s, u"changeIcon"_s, u"cut"_s, u"copy"_s, u"moveTo"_s,
-                           u"createAlias"_s, u"hide"_s, u"moveToTrash"_s}));
+    EXPECT_EQ(choices(on(u"Ash"_s)), (QStringList{u"open"_s, u"information"_s, u"reveal"_s, u"rename"_s,
+                                                  u"changeIcon"_s, u"cut"_s, u"copy"_s, u"moveTo"_s,
+                                                  u"createAlias"_s, u"hide"_s, u"moveToTrash"_s}));
     EXPECT_EQ(choices(on(u"Trees"_s)),
               (QStringList{u"open"_s, u"rename"_s, u"cut"_s, u"copy"_s, u"moveTo"_s, u"ungroup"_s}));
     EXPECT_THAT(choices(on(u"alias"_s)), Contains(u"removeAlias"_s));
@@ -185,7 +187,8 @@ TEST_F(ActionsTest, ABlockedModeOffersWhatChangesNothingAndTheReset) {
     mac.write(directory + u"/layout.json"_s, "damaged");
     start();
     const ActionTarget target{.item = launcher->shown().pages()[0][0]};
-    EXPECT_EQ(choices(target), (QStringList{u"open"_s, u"changeIcon"_s, u"copy"_s}));
+    EXPECT_EQ(choices(target),
+              (QStringList{u"open"_s, u"information"_s, u"reveal"_s, u"changeIcon"_s, u"copy"_s}));
     EXPECT_EQ(perform(u"rename"_s, target), ActionRequest::none);
     EXPECT_THAT(choices(), Not(Contains(u"newSmartFolder"_s)));
     ASSERT_THAT(choices(), Contains(u"resetLayout"_s));
@@ -225,7 +228,8 @@ TEST_F(ActionsTest, AFoundApplicationWithoutATileCanBeOpenedAndShown) {
     perform(u"hide"_s, on(u"Ash"_s));
     const ActionTarget found{.item = *launcher->applications().withKey(u"org.example.ash"_s),
                              .isSearchResult = true};
-    EXPECT_EQ(choices(found), (QStringList{u"open"_s, u"show"_s, u"moveToTrash"_s}));
+    EXPECT_EQ(choices(found),
+              (QStringList{u"open"_s, u"information"_s, u"reveal"_s, u"show"_s, u"moveToTrash"_s}));
     perform(u"show"_s, found);
     EXPECT_TRUE(launcher->shown().hiddenKeys().isEmpty());
 }

@@ -85,7 +85,7 @@ TEST_F(EditorTest, UndoTakesTheNewestStepOfTheModeThatIsShown) {
 TEST_F(EditorTest, ResetAndRestoredArrangementsAreStepsWithACopyKeptFirst) {
     ASSERT_TRUE(editor().groupTiles(mode(), {idOf(u"Ash"_qs)}, idOf(u"Cedar"_qs)));
     const QString grouped = sketched();
-    const auto kept = launcher->archive().save(mode(), u"Mine"_qs);
+    const auto kept = test::saveArrangement(*launcher, mac, u"Mine"_qs);
     ASSERT_TRUE(kept);
     ASSERT_TRUE(launcher->archive().reset(mode()));
     EXPECT_EQ(sketched(), u"Ash Beech Cedar Dogwood");
@@ -93,7 +93,7 @@ TEST_F(EditorTest, ResetAndRestoredArrangementsAreStepsWithACopyKeptFirst) {
     EXPECT_EQ(mac.names(data + u"/Backups"_qs).size(), 1);
     ASSERT_TRUE(mac.settings.set(u"gridRows"_qs, 6));
     launcher->applySettings();
-    ASSERT_TRUE(launcher->archive().restore(mode(), kept->id));
+    ASSERT_TRUE(test::restoreArrangement(*launcher, mac, kept->id));
     EXPECT_EQ(sketched(), grouped);
     EXPECT_EQ(launcher->shown().settings().rows, 5);
 

@@ -32,10 +32,9 @@ TEST_F(LauncherTest, AFirstStartShowsAndSavesTheDefaultLayoutOfBothModes) {
 
 TEST_F(LauncherTest, EditsAreRefusedUntilTheFirstLoadIsComplete) {
     launcher = std::make_unique<LauncherViewModel>(mac.machine);
-    for (const auto& outcome :
-         {launcher->history().guard(launcher->shown().mode()),
-          launcher->archive().reset(launcher->shown().mode()),
-          launcher->archive().restore(launcher->shown().mode(), QUuid::createUuid())}) {
+    for (const auto& outcome : {launcher->history().guard(launcher->shown().mode()),
+                                launcher->archive().reset(launcher->shown().mode()),
+                                test::restoreArrangement(*launcher, mac, QUuid::createUuid())}) {
         ASSERT_FALSE(outcome);
         EXPECT_EQ(outcome.error().code, u"layoutNotReady");
         EXPECT_EQ(outcome.error().message,
@@ -52,7 +51,7 @@ TEST_F(LauncherTest, ADamagedFileShowsTheDefaultLayoutAndOnlyAResetWritesAgain) 
     ASSERT_FALSE(launcher->history().guard(launcher->shown().mode()));
     EXPECT_EQ(launcher->history().guard(launcher->shown().mode()).error().code,
               u"workingDocumentUnreadable");
-    EXPECT_FALSE(launcher->archive().save(launcher->shown().mode(), u"x"_qs));
+    EXPECT_FALSE(test::saveArrangement(*launcher, mac, u"x"_qs));
     rescan();
     EXPECT_TRUE(launcher->quit());
     EXPECT_EQ(mac.read(data + QStringLiteral("/layout.json")), "damaged");
@@ -244,7 +243,7 @@ TEST_F(LauncherTest, RestoringAnArrangementBacksUpMergesAndBringsItsSettings) {
           {u"org.example.beech"_qs});
     (void)mac.settings.set(u"gridRows"_qs, 3);
     start();
-    const auto saved = launcher->archive().save(launcher->shown().mode(), u"  Mine "_qs);
+    const auto saved = test::saveArrangement(*launcher, mac, u"  Mine "_qs);
     ASSERT_TRUE(saved);
     EXPECT_EQ(saved->name, u"Mine");
     (void)mac.settings.set(u"gridRows"_qs, 6);
@@ -255,7 +254,7 @@ TEST_F(LauncherTest, RestoringAnArrangementBacksUpMergesAndBringsItsSettings) {
     rescan();
     const QString before = sketch(launcher->shown().pages());
 
-    ASSERT_TRUE(launcher->archive().restore(launcher->shown().mode(), saved->id));
+    ASSERT_TRUE(test::restoreArrangement(*launcher, mac, saved->id));
     EXPECT_EQ(sketch(launcher->shown().pages()), u"Beech|Cedar|Dogwood");
     EXPECT_EQ(launcher->shown().hiddenKeys(), QSet<QString>{u"org.example.beech"_qs});
     EXPECT_EQ(launcher->shown().settings().rows, 3);
@@ -274,10 +273,10 @@ TEST_F(LauncherTest, RestoringAnArrangementBacksUpMergesAndBringsItsSettings) {
 TEST_F(LauncherTest, ARestoreThatCannotBeReadChangesNothing) {
     install(u"Ash"_qs);
     start();
-    const auto saved = launcher->archive().save(launcher->shown().mode(), u"x"_qs);
+    const auto saved = test::saveArrangement(*launcher, mac, u"x"_qs);
     ASSERT_TRUE(saved);
     mac.write(data + u"/Arrangements/"_qs + toText(saved->id) + u".json"_qs, "{");
-    const auto restored = launcher->archive().restore(launcher->shown().mode(), saved->id);
+    const auto restored = test::restoreArrangement(*launcher, mac, saved->id);
     ASSERT_FALSE(restored);
     EXPECT_EQ(restored.error().title, u"Could not restore arrangement");
     EXPECT_FALSE(mac.exists(data + u"/Backups"_qs));

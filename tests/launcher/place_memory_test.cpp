@@ -235,7 +235,7 @@ TEST_F(PlaceMemoryTest, AFileThatIsReadInPartIsKeptBeforeItIsSavedOver) {
 TEST_F(PlaceMemoryTest, WhatIsRestoredOnlyInPartIsToldAndKeptWhole) {
     arrange();
     start();
-    const auto saved = launcher->archive().save(Mode::fullScreen, u"Mine"_s);
+    const auto saved = test::saveArrangement(*launcher, mac, u"Mine"_s);
     ASSERT_TRUE(saved);
     ASSERT_TRUE(launcher->archive().reset(Mode::fullScreen));
     mac.settle();
@@ -247,7 +247,7 @@ TEST_F(PlaceMemoryTest, WhatIsRestoredOnlyInPartIsToldAndKeptWhole) {
         mac.write(file, bad);
         std::optional<LayoutArchive::Outcome> outcome;
         if (file == files[0])
-            outcome = launcher->archive().restore(Mode::fullScreen, saved->id);
+            outcome = test::restoreArrangement(*launcher, mac, saved->id);
         else
             launcher->archive().restoreBackup(Mode::fullScreen, backup.sliced(7).chopped(5),
                                               [&](const auto& restored) { outcome = restored; });

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "launcher/arrangement_shelf.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_view_model.h"
+#include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"
 #include "sample/mac_builder.h"
 #include "support/items.h"
@@ -15,6 +17,27 @@ namespace tessellar::test {
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
+
+// The saved arrangements of the mode that is shown, waited for.
+inline ArrangementShelf::Saved saveArrangement(const LauncherViewModel& launcher, TestMachine& mac,
+                                               const QString& name) {
+    ArrangementShelf::Saved result;
+    launcher.arrangements().save(launcher.shown().mode(), name,
+                                 [&](const ArrangementShelf::Saved& saved) { result = saved; });
+    mac.settle();
+    return result;
+}
+inline LayoutArchive::Outcome restoreArrangement(const LauncherViewModel& launcher, TestMachine& mac,
+                                                 const QUuid& id) {
+    LayoutArchive::Outcome result;
+    launcher.archive().restore(launcher.shown().mode(), id,
+                               [&](const LayoutArchive::Restored& restored) {
+                                   if (!restored)
+                                       result = std::unexpected(restored.error());
+                               });
+    mac.settle();
+    return result;
+}
 
 /// A launcher on a small Mac. Its time is far ahead of the files' own: none counts as changed just now.
 class SmallLauncher : public testing::Test {

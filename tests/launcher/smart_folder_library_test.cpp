@@ -255,8 +255,9 @@ TEST_F(SmartFolderLibraryTest, HiddenApplicationsCountNowhereInTheirMode) {
 TEST_F(SmartFolderLibraryTest, FactsOfOneApplicationAskForNoOther) {
     start();
     std::optional<QString> team;
-    library().gatherFactsOf(*launcher->applications().withKey(u"org.example.beech"_qs), mode(),
-                            [&](const SmartFolderAppFacts& facts) { team = facts.signingTeamID; });
+    library().gatherFactsOf(
+        *launcher->applications().withKey(u"org.example.beech"_qs), mode(),
+        [&](const SmartFolderAppFacts& facts, bool) { team = facts.signingTeamID; });
     mac.settle();
     EXPECT_EQ(team, u"ABCDE12345");
     EXPECT_EQ(toolRuns(), 2);

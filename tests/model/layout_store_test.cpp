@@ -1,4 +1,4 @@
-#include "model/layout_store.h"
+#include "model/saved_arrangements.h"
 
 #include "model/layout_backups.h"
 #include "support/items.h"
@@ -316,9 +316,10 @@ TEST_F(LayoutStoreTest, WhatCouldNotBeReadAgainIsNotWritten) {
         deep = {{folder(QString::number(i), deep)}};
     EXPECT_TRUE(store.saveNow(fullScreen, {.pages = deep}));
     EXPECT_TRUE(std::holds_alternative<LayoutDocument>(store.load(fullScreen)));
-    EXPECT_TRUE(store.saveArrangement(fullScreen, u"deep"_qs, {.pages = deep, .hiddenKeys = {}}, {}));
-    EXPECT_EQ(store.arrangements(fullScreen).size(), 1);
+    const SavedArrangements saved = store.arrangements(fullScreen);
+    EXPECT_TRUE(saved.encoded(makeArrangement({}, u"deep"_qs, {}, {.pages = deep}, {})));
     const Pages deeper{{folder(u"one more"_qs, deep)}};
+    EXPECT_FALSE(saved.encoded(makeArrangement({}, u"deeper"_qs, {}, {.pages = deeper}, {})));
     EXPECT_FALSE(store.saveNow(fullScreen, {.pages = deeper}));
     EXPECT_EQ(stored().pages, deep);
     // What could not be saved again is not taken up either.
@@ -342,8 +343,12 @@ TEST_F(LayoutStoreTest, BackupsOfOneSecondHaveNamesOfTheirOwn) {
 }
 
 TEST_F(LayoutStoreTest, ArrangementsListNewestFirstThenByNameWithoutRegardToCase) {
+    const SavedArrangements saved = store.arrangements(fullScreen);
     const auto save = [&](const char* name) {
-        return store.saveArrangement(fullScreen, QLatin1StringView(name), {.pages = onePage}, {})->id;
+        const Arrangement arrangement = makeArrangement(QUuid::createUuid(), QLatin1StringView(name),
+                                                        mac.time.now(), {.pages = onePage}, {});
+        EXPECT_TRUE(saved.writeBytes(arrangement.id, saved.encoded(arrangement).value()));
+        return arrangement.id;
     };
     save("old");
     mac.time.advance(2s);
@@ -353,25 +358,25 @@ TEST_F(LayoutStoreTest, ArrangementsListNewestFirstThenByNameWithoutRegardToCase
     write("Arrangements/broken.json", "{");
     write("Arrangements/notes.txt", "not ours");
     QStringList names;
-    for (const ArrangementSummary& summary : store.arrangements(fullScreen))
-        names += summary.name;
+    for (const ListedArrangement& arrangement : saved.list())
+        names += arrangement.summary.name;
     EXPECT_EQ(names.join(u' '), u"A b c old");
     EXPECT_TRUE(mac.log.lines().join(u' ').contains(u"broken.json"_qs));
 
-    EXPECT_TRUE(store.arrangements(windowed).isEmpty());
-    EXPECT_FALSE(store.deleteArrangement(windowed, capital));
-    EXPECT_TRUE(store.deleteArrangement(fullScreen, capital));
-    EXPECT_EQ(store.arrangements(fullScreen).size(), 3);
+    EXPECT_TRUE(store.arrangements(windowed).list().isEmpty());
+    EXPECT_FALSE(store.arrangements(windowed).remove(capital));
+    EXPECT_TRUE(saved.remove(capital));
+    EXPECT_EQ(saved.list().size(), 3);
 
     // A copy that someone made bears another's identifier.
     const QUuid copy = QUuid::createUuid();
-    const QUuid original = store.arrangements(fullScreen)[0].id;
-    const QByteArray bytes = mac.read(store.arrangementPath(fullScreen, original));
-    mac.write(store.arrangementPath(fullScreen, copy), bytes);
+    const QUuid original = saved.list()[0].summary.id;
+    const QByteArray bytes = mac.read(saved.path(original));
+    mac.write(saved.path(copy), bytes);
     write("Arrangements/copy.json", bytes.constData());
-    EXPECT_EQ(store.arrangements(fullScreen).size(), 4);
-    EXPECT_TRUE(store.deleteArrangement(fullScreen, copy));
-    EXPECT_EQ(store.arrangements(fullScreen)[0].id, original);
+    EXPECT_EQ(saved.list().size(), 4);
+    EXPECT_TRUE(saved.remove(copy));
+    EXPECT_EQ(saved.list()[0].summary.id, original);
 }
 
 TEST_F(LayoutStoreTest, ArrangementsCountTilesAtEveryDepthAndCarryTheirSettings) {
@@ -383,27 +388,31 @@ TEST_F(LayoutStoreTest, ArrangementsCountTilesAtEveryDepthAndCarryTheirSettings)
     ArrangementLayout layout;
     layout.rows = 4;
     layout.windowSize = WindowSize{800, 600};
-    const auto saved =
-        store.saveArrangement(fullScreen, u"x"_qs, {.pages = pages, .hiddenKeys = {}}, layout);
-    ASSERT_TRUE(saved);
-    EXPECT_EQ(saved->pageCount, 2);
-    EXPECT_EQ(saved->appCount, 3);
-    EXPECT_EQ(saved->folderCount, 3);
-    const auto read = store.arrangement(fullScreen, saved->id);
+    const SavedArrangements saved = store.arrangements(fullScreen);
+    const Arrangement arrangement =
+        makeArrangement(QUuid::createUuid(), u"x"_qs, mac.time.now(),
+                        {.pages = pages, .hiddenKeys = {u"org.example.a"_qs}}, layout);
+    EXPECT_EQ(arrangement.pageCount, 2);
+    EXPECT_EQ(arrangement.appCount, 3);
+    EXPECT_EQ(arrangement.folderCount, 3);
+    ASSERT_TRUE(saved.writeBytes(arrangement.id, saved.encoded(arrangement).value()));
+    const auto read = saved.read(arrangement.id);
     ASSERT_TRUE(read);
-    EXPECT_EQ(read->value.document.pages, pages);
-    EXPECT_EQ(read->value.layout, layout);
+    EXPECT_EQ(read->value, arrangement);
+    // What a picture of it is made from.
+    EXPECT_EQ(saved.list(), (QList<ListedArrangement>{
+                                {summaryOf(arrangement), Page{pages[0][1]}, 4, layout.columns}}));
 }
 
 TEST_F(LayoutStoreTest, AnArrangementOfAnUnknownVersionIsRefused) {
     Arrangement arrangement{
         .id = QUuid::createUuid(), .name = u"x"_qs, .createdAt = {}, .document = {.version = 9}};
-    mac.write(store.arrangementPath(fullScreen, arrangement.id),
-              json::write(json::encode(arrangement)));
-    const auto read = store.arrangement(fullScreen, arrangement.id);
+    const SavedArrangements saved = store.arrangements(fullScreen);
+    mac.write(saved.path(arrangement.id), json::write(json::encode(arrangement)));
+    const auto read = saved.read(arrangement.id);
     ASSERT_FALSE(read);
     EXPECT_EQ(std::get<LayoutStore::StorageError>(read.error()).version, 9);
-    EXPECT_FALSE(store.arrangement(fullScreen, QUuid::createUuid()));
+    EXPECT_FALSE(saved.read(QUuid::createUuid()));
 }
 
 } // namespace

@@ -44,9 +44,15 @@ Sheet {
         }
     }
 
-    buttons: PushButton {
-        text: qsTr("Done")
-        isDefault: true
-        onClicked: sheet.launcher.sheets.close()
-    }
+    buttons: [
+        PushButton {
+            text: qsTr("Saved Arrangements…")
+            onClicked: sheet.launcher.openArrangements()
+        },
+        PushButton {
+            text: qsTr("Done")
+            isDefault: true
+            onClicked: sheet.launcher.sheets.close()
+        }
+    ]
 }

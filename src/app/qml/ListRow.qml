@@ -12,10 +12,12 @@ Item {
     property bool hasAction: action !== ""
     property bool canAct: true
     property alias actionName: button.objectName
+    // The list that it is a line of, or a part of one.
+    property ListView list: ListView.view
 
     signal acted
 
-    width: ListView.view ? ListView.view.width : 0
+    width: list ? list.width : 0
     height: 54
 
     Accessible.role: Accessible.ListItem
@@ -60,8 +62,8 @@ Item {
         enabled: row.canAct
         text: row.action
         // Tab goes to rows out of view, too.
-        onActiveFocusChanged: if (activeFocus && row.ListView.view)
-            row.ListView.view.positionViewAtIndex(row.index, ListView.Contain)
+        onActiveFocusChanged: if (activeFocus && row.list)
+            row.list.positionViewAtIndex(row.index, ListView.Contain)
         onClicked: row.acted()
     }
 }

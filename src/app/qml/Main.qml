@@ -249,6 +249,30 @@ FocusScope {
 
     OnDemand {
         anchors.fill: parent
+        file: "ArrangementsSheet.qml"
+        enabled: !root.launcher.alert.isOpen
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "arrangements"
+    }
+
+    OnDemand {
+        anchors.fill: parent
+        file: "UnplacedSheet.qml"
+        enabled: !root.launcher.alert.isOpen
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "unplaced"
+    }
+
+    OnDemand {
+        anchors.fill: parent
+        file: "InformationSheet.qml"
+        enabled: !root.launcher.alert.isOpen
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "information"
+    }
+
+    OnDemand {
+        anchors.fill: parent
         file: "PastRemovalsSheet.qml"
         enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
@@ -305,6 +329,11 @@ FocusScope {
     OpenMenu {
         anchors.fill: parent
         menu: root.launcher.smartFolder.choices
+    }
+
+    OpenMenu {
+        anchors.fill: parent
+        menu: root.launcher.arrangements.menu
     }
 
     OpenMenu {

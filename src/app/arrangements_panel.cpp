@@ -1,0 +1,259 @@
+#include "app/arrangements_panel.h"
+
+#include "app/icon_wishes.h"
+#include "app/image_item.h"
+#include "launcher/date_text.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/layout_archive.h"
+#include "launcher/live_layout.h"
+#include "launcher/smart_folder_library.h"
+#include "platform/uuid_source.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+static const QString fileExtension = QStringLiteral(".tessellar-arrangement");
+
+ArrangementsPanel::ArrangementsPanel(LauncherViewModel& viewModel, const Machine& machine)
+    : _viewModel(viewModel), _machine(machine) {
+    connect(&_menu, &MenuModel::chosen, this, &ArrangementsPanel::choose);
+}
+
+// ---- the list
+
+QString ArrangementsPanel::summary() const {
+    if (!_rows.isEmpty())
+        return {};
+    return _isLooking ? tr("Looking for arrangements…") : tr("There are no saved arrangements yet.");
+}
+
+QString ArrangementsPanel::modeText() const {
+    return tr("Arrangements belong to the current display mode (%1).")
+        .arg(_viewModel.shown().mode() == LauncherWindowMode::fullScreen ? tr("Full Screen")
+                                                                         : tr("Window"));
+}
+
+QString ArrangementsPanel::undoText() const {
+    const QString name = shelf().undoName();
+    return name.isEmpty() ? QString() : tr("Undo %1").arg(name);
+}
+
+void ArrangementsPanel::open() {
+    begin(QStringLiteral("save"));
+    _rows.clear();
+    _isLooking = true;
+    refresh();
+    Q_EMIT changed();
+}
+
+void ArrangementsPanel::refresh() {
+    shelf().list(_viewModel.shown().mode(),
+                 _lifetime.guard([this](const QList<ListedArrangement>& all) { show(all); }));
+}
+
+static QString counted(int count, const QString& one, const QString& many) {
+    return count == 1 ? one : many.arg(count);
+}
+
+void ArrangementsPanel::show(const QList<ListedArrangement>& all) {
+    _isLooking = false;
+    _all = all;
+    _rows.clear();
+    for (const ListedArrangement& arrangement : all) {
+        const ArrangementSummary& summary = arrangement.summary;
+        const QStringList text{
+            dateText(summary.createdAt, _machine.locale),
+            QStringList{counted(summary.appCount, tr("1 application"), tr("%1 applications")),
+                        counted(summary.folderCount, tr("1 folder"), tr("%1 folders")),
+                        counted(summary.pageCount, tr("1 page"), tr("%1 pages"))}
+                .join(QStringLiteral(", "))};
+        const GridGeometry shown = pageGeometry(_viewModel.shown().settings());
+        _rows.append(QVariantMap{
+            {QStringLiteral("id"), toText(summary.id)},
+            {QStringLiteral("title"), summary.name},
+            {QStringLiteral("text"), text.join(QStringLiteral(" · "))},
+            {QStringLiteral("rows"), arrangement.rows > 0 ? arrangement.rows : shown.rows},
+            {QStringLiteral("columns"), arrangement.columns > 0 ? arrangement.columns : shown.columns},
+            {QStringLiteral("tiles"), tiles(arrangement)}});
+    }
+    Q_EMIT changed();
+}
+
+/// Of the first page, for a picture.
+QVariantList ArrangementsPanel::tiles(const ListedArrangement& arrangement) const {
+    QVariantList tiles;
+    for (const LaunchpadItem& item : arrangement.firstPage) {
+        QStringList keys;
+        QString symbol;
+        IconItem::Kind kind = IconItem::App;
+        if (const AppEntry* app = item.app()) {
+            keys.append(appKey(*app));
+        } else if (const FolderEntry* folder = item.folder()) {
+            kind = IconItem::Folder;
+            symbol = folder->customSymbolName.value_or(QString());
+            for (const IconWish& wish : previewIcons(*folder))
+                keys.append(wish.appKey);
+        } else {
+            kind = IconItem::SmartFolder;
+            const SmartFolderDefinition* definition =
+                _viewModel.smartFolders().definition(item.smartFolder()->definitionID);
+            symbol = definition ? definition->customSymbolName.value_or(QString()) : QString();
+        }
+        tiles.append(QVariantMap{{QStringLiteral("kind"), int(kind)},
+                                 {QStringLiteral("appKeys"), keys},
+                                 {QStringLiteral("symbolName"), symbol}});
+    }
+    return tiles;
+}
+
+QString ArrangementsPanel::nameOf(const QUuid& id) const {
+    const auto found = std::ranges::find(
+        _all, id, [](const ListedArrangement& arrangement) { return arrangement.summary.id; });
+    return found == _all.end() ? QString() : found->summary.name;
+}
+
+// ---- what is done with one
+
+void ArrangementsPanel::ask(const QString& title, const QString& text, const QString& accept,
+                            bool isDestructive, std::function<void()> work) {
+    setIssue({});
+    _viewModel.messages().ask(
+        {.title = title, .text = text, .accept = accept, .isDestructive = isDestructive},
+        _lifetime.guard([work = std::move(work)](bool accepted) {
+            if (accepted)
+                work();
+        }));
+}
+
+void ArrangementsPanel::restore(const QString& text) {
+    const QUuid id = QUuid::fromString(text);
+    ask(tr("Restore “%1”?").arg(nameOf(id)),
+        tr("The current arrangement will be backed up first. Apps that are no longer installed will be "
+           "removed, and newly installed apps will be placed on new pages at the end."),
+        tr("Restore"), false, [&viewModel = _viewModel, mode = _viewModel.shown().mode(), id] {
+            viewModel.archive().restore(
+                mode, id, [&messages = viewModel.messages()](const LayoutArchive::Restored& restored) {
+                    if (!restored)
+                        messages.report(restored.error());
+                });
+        });
+}
+
+void ArrangementsPanel::openMenu(const QString& id, QPointF point) {
+    _id = QUuid::fromString(id);
+    _menu.open({{.id = QStringLiteral("rename"), .title = tr("Rename…")},
+                {.id = QStringLiteral("replace"), .title = tr("Replace with the Current One…")},
+                {.id = QStringLiteral("export"), .title = tr("Export…")},
+                {},
+                {.id = QStringLiteral("delete"), .title = tr("Delete…"), .isDestructive = true}},
+               point, 0);
+}
+
+void ArrangementsPanel::choose(const QString& entry) {
+    const auto mode = _viewModel.shown().mode();
+    const QString name = nameOf(_id);
+    if (entry == u"replace")
+        ask(tr("Replace “%1”?").arg(name),
+            tr("The current arrangement is saved under this name. The current launcher layout will not "
+               "change."),
+            tr("Replace"), true, [this, mode, id = _id] { shelf().replace(mode, id, reporting()); });
+    else if (entry == u"delete")
+        ask(tr("Delete “%1”?").arg(name),
+            tr("This saved arrangement will be removed. The current launcher layout will not change."),
+            tr("Delete"), true, [this, mode, id = _id] { shelf().remove(mode, id, reporting()); });
+    else
+        begin(entry, _id);
+}
+
+void ArrangementsPanel::undo() {
+    if (!shelf().undoName().isEmpty())
+        shelf().undo(reporting());
+}
+
+void ArrangementsPanel::redo() {
+    if (!shelf().redoName().isEmpty())
+        shelf().redo(reporting());
+}
+
+// ---- the field
+
+void ArrangementsPanel::begin(const QString& task, const QUuid& id) {
+    _task = task;
+    _id = id;
+    setIssue({});
+    Q_EMIT taskChanged();
+}
+
+bool ArrangementsPanel::endTask() {
+    if (_task == u"save")
+        return false;
+    begin(QStringLiteral("save"));
+    return true;
+}
+
+QString ArrangementsPanel::prompt() const {
+    if (_task == u"rename")
+        return tr("New name of “%1”").arg(nameOf(_id));
+    if (_task == u"export")
+        return tr("Where “%1” is copied to").arg(nameOf(_id));
+    if (_task == u"import")
+        return tr("Path of a file that was exported; it can be dropped here, too");
+    return tr("Name this arrangement so it can be restored later.");
+}
+
+QString ArrangementsPanel::suggestion() const {
+    if (_task == u"rename")
+        return nameOf(_id);
+    if (_task == u"export")
+        return QStringLiteral("~/") + nameOf(_id).replace(u'/', u'-') + fileExtension;
+    return {};
+}
+
+QString ArrangementsPanel::accept() const {
+    return _task == u"rename"   ? tr("Rename")
+           : _task == u"export" ? tr("Export")
+           : _task == u"import" ? tr("Import")
+                                : tr("Save");
+}
+
+/// Of the host, or below the user's home.
+std::optional<ArrangementsPanel::File> ArrangementsPanel::file(const QString& text) const {
+    static const FileSystem host;
+    if (text.startsWith(u"~/"))
+        return File{&_machine.files, FileSystem::joined(_machine.places.home, text.sliced(2))};
+    return text.startsWith(u'/') ? std::optional(File{&host, text}) : std::nullopt;
+}
+
+void ArrangementsPanel::finish(const QString& text) {
+    const auto mode = _viewModel.shown().mode();
+    if (_task == u"save")
+        return shelf().save(mode, text, reporting());
+    if (_task == u"rename")
+        return shelf().rename(mode, _id, text, reporting());
+    const auto named = file(text.trimmed());
+    if (!named)
+        return setIssue(tr("Give the whole path, beginning with “/” or “~/”."));
+    if (_task == u"export")
+        shelf().exportTo(mode, _id, *named->files, named->path, reporting());
+    else
+        shelf().importFrom(mode, *named->files, named->path, reporting());
+}
+
+/// A refusal is said in the sheet, where what was typed still stands.
+ArrangementShelf::Done ArrangementsPanel::reporting() {
+    return _lifetime.guard([this](const ArrangementShelf::Saved& saved) {
+        if (!saved)
+            return setIssue(saved.error().message);
+        if (_task == u"export")
+            _viewModel.messages().showNotice(tr("Exported “%1”.").arg(saved->name));
+        begin(QStringLiteral("save"));
+    });
+}
+
+void ArrangementsPanel::setIssue(const QString& issue) {
+    if (std::exchange(_issue, issue) != issue)
+        Q_EMIT issueChanged();
+}
+
+} // namespace tessellar

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "launcher/app_inquiry.h"
+
+#include <QObject>
+#include <QVariant>
+#include <QtQml/qqmlregistration.h>
+
+#include <memory>
+
+namespace tessellar {
+
+/// The sheet about one application in QML's terms. It only shows.
+class InformationPanel final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the controller")
+    Q_PROPERTY(QString appKey READ appKey NOTIFY changed)
+    Q_PROPERTY(QString name READ name NOTIFY changed)
+    Q_PROPERTY(QString version READ version NOTIFY changed) ///< "Version 1.2 (34)", or empty
+    /// {title, rows: {label, text, isKnown, path}}.
+    Q_PROPERTY(QVariantList sections READ sections NOTIFY changed)
+    Q_PROPERTY(bool isPending READ isPending NOTIFY changed) ///< more will come
+
+public:
+    InformationPanel(LauncherViewModel& viewModel, Machine& machine)
+        : _viewModel(viewModel), _machine(machine) {}
+
+    QString appKey() const;
+    QString name() const { return _information.entry().name; }
+    QString version() const;
+    const QVariantList& sections() const { return _sections; }
+    bool isPending() const { return _information.pending.any(); }
+
+    void open(LauncherWindowMode mode, const AppEntry& app);
+    Q_INVOKABLE void close();
+    Q_INVOKABLE void reveal(const QString& path);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void show(const AppInformation& information);
+
+    LauncherViewModel& _viewModel;
+    Machine& _machine;
+    std::unique_ptr<AppInquiry> _inquiry;
+    AppInformation _information;
+    QVariantList _sections;
+};
+
+} // namespace tessellar

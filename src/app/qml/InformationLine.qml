@@ -1,0 +1,61 @@
+import QtQuick
+import Tessellar
+
+// What something is, beside what it is called. Without a name it is a remark.
+Item {
+    id: line
+
+    required property string label
+    required property string text
+    property bool isKnown: true
+    property string path
+    property int labelWidth: 150
+
+    signal revealed
+
+    objectName: "informationLine"
+    height: Math.max(name.height, words.height, button.visible ? button.height : 0)
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: [label, text].filter(part => part !== "").join(": ")
+
+    Text {
+        id: name
+
+        width: line.labelWidth
+        text: line.label
+        color: Theme.textFaint
+        wrapMode: Text.Wrap
+        font.pixelSize: Theme.controlFont
+    }
+
+    TextEdit {
+        id: words
+
+        x: line.labelWidth + 10
+        width: line.width - x - (button.visible ? button.width + 8 : 0)
+        text: line.text
+        readOnly: true
+        selectByMouse: true
+        activeFocusOnPress: true
+        persistentSelection: false
+        wrapMode: TextEdit.Wrap
+        textFormat: TextEdit.PlainText
+        color: line.isKnown ? line.label === "" ? Theme.textDim : Theme.text : Theme.textHint
+        selectionColor: Theme.accent
+        selectedTextColor: Theme.accentText
+        font.pixelSize: line.label === "" ? Theme.noteFont : Theme.controlFont
+        onActiveFocusChanged: if (!activeFocus) deselect()
+    }
+
+    PushButton {
+        id: button
+
+        objectName: "revealButton"
+        anchors.right: parent.right
+        height: 24
+        visible: line.path !== ""
+        text: qsTr("Reveal")
+        onClicked: line.revealed()
+    }
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "launcher/app_information.h"
+#include "launcher/launcher_view_model.h"
+#include "platform/lifetime.h"
+#include "platform/machine.h"
+#include "platform/signal.h"
+
+#include <functional>
+#include <vector>
+
+namespace tessellar {
+
+/// Finds out all that can be said of one application, and follows it while it is there: what is known
+/// at once is told first, and again with all that comes. Destroying it ends it. Main thread only.
+class AppInquiry {
+public:
+    /// Never called before the constructor has returned.
+    using Told = std::function<void(const AppInformation&)>;
+
+    AppInquiry(LauncherViewModel& launcher, Machine& machine, LauncherWindowMode mode,
+               const AppEntry& app, Told told);
+
+    /// The application with a key, by the name that a mode gives it; also one that has only a tile
+    /// left.
+    static std::optional<AppEntry> application(const LauncherViewModel& launcher,
+                                               LauncherWindowMode mode, const QString& appKey);
+
+    const AppInformation& information() const { return _information; }
+
+private:
+    void gatherFacts();
+    void measure();
+    void inspectCode();
+    void learnUpdates();
+    void lookAtLauncher();
+    void tell();
+
+    LauncherViewModel& _launcher;
+    Machine& _machine;
+    const LauncherWindowMode _mode;
+    const QString _key;
+    Told _told;
+    AppInformation _information;
+    bool _areChannelsKnown = false;
+    bool _areFoldersKnown = false;
+    Task _measuring;
+    Task _inspecting;
+    std::vector<Subscription> _subscriptions;
+    Lifetime _lifetime;
+};
+
+} // namespace tessellar

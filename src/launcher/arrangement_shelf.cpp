@@ -1,0 +1,278 @@
+#include "launcher/arrangement_shelf.h"
+
+#include "launcher/launcher_history.h"
+#include "launcher/live_layout.h"
+
+namespace tessellar {
+
+namespace {
+
+const QString couldNotSave = QStringLiteral("Could not save arrangement");
+
+LauncherError nameless(const QString& title) {
+    return {QStringLiteral("emptyName"),
+            QStringLiteral("Name this arrangement so it can be restored later."), title};
+}
+
+/// A file with another name in it; whatever else it says stays, known or not.
+std::optional<QByteArray> renamed(const QByteArray& bytes, const QString& name) {
+    const auto value = json::parse(bytes);
+    if (!value || !value->isObject())
+        return std::nullopt;
+    QJsonObject object = value->toObject();
+    object.insert(QStringLiteral("name"), name);
+    return json::write(object);
+}
+
+} // namespace
+
+LauncherError arrangementError(const LayoutStore::Error& error, const QString& title) {
+    LauncherError result = launcherError(error, title);
+    // The sentence is that of the working file, and would have the user reset the good one.
+    if (std::holds_alternative<LayoutStore::StorageError>(error))
+        result.message = QStringLiteral(
+            "This arrangement was saved by another version of Tessellar and cannot be restored.");
+    return result;
+}
+
+ArrangementShelf::ArrangementShelf(Machine& machine, const LayoutStore& store,
+                                   const LiveLayouts& layouts, const LauncherHistory& history)
+    : _machine(machine), _store(store), _layouts(layouts), _history(history) {}
+
+/// On the lane for saving, whose work is done in order.
+template <typename Work, typename Then>
+void ArrangementShelf::run(Work work, Then then) {
+    const auto task = _running.emplace(_running.end());
+    *task = _machine.workers.run(
+        Lane::saving, [work = std::move(work)](std::stop_token) { return work(); },
+        [this, task, then = std::move(then)](const auto& result) {
+            const Task ended = std::move(*task);
+            _running.erase(task);
+            then(result);
+        });
+}
+
+void ArrangementShelf::list(Mode mode, std::function<void(const QList<ListedArrangement>&)> done) {
+    run([saved = _store.arrangements(mode)] { return saved.list(); }, std::move(done));
+}
+
+// ---- changes
+
+/// Makes of a file what the step says, provided that it still is what the step began with.
+ArrangementShelf::Made ArrangementShelf::apply(const SavedArrangements& saved, Step step,
+                                               const QString& title) {
+    const auto bytes = saved.bytes(step.id);
+    const bool isThere = bytes || bytes.error().code != FileError::Code::notFound;
+    if (isThere != step.before.has_value() || (bytes && *bytes != *step.before))
+        return std::unexpected(LauncherError{
+            QStringLiteral("changedMeanwhile"),
+            QStringLiteral("The arrangement was changed meanwhile, and is left as it is."), title});
+    const auto done = step.after ? saved.writeBytes(step.id, *step.after) : saved.remove(step.id);
+    if (!done)
+        return std::unexpected(launcherError(done.error(), title));
+    return step;
+}
+
+ArrangementShelf::Saved ArrangementShelf::summary(const SavedArrangements& saved, const Step& step) {
+    const auto arrangement = saved.decode(step.after ? *step.after : step.before.value_or(QByteArray()),
+                                          saved.path(step.id));
+    ArrangementSummary result = arrangement ? summaryOf(arrangement->value) : ArrangementSummary();
+    result.id = step.id;
+    return result;
+}
+
+/// `make` is called on the worker, with the folder, and gives the step that is to be taken.
+template <typename Make>
+void ArrangementShelf::change(Mode mode, const QString& title, Make make, Done done) {
+    using Result = std::pair<Made, Saved>;
+    run(
+        [saved = _store.arrangements(mode), mode, title, make = std::move(make)]() -> Result {
+            Made made = make(saved);
+            if (made) {
+                made->mode = mode;
+                made = apply(saved, *std::move(made), title);
+            }
+            const Saved known = made ? summary(saved, *made) : Saved(std::unexpected(made.error()));
+            return {std::move(made), known};
+        },
+        [this, done = std::move(done)](const Result& result) {
+            if (result.first) {
+                _redo.clear();
+                _undo.push_back(*result.first);
+                if (_undo.size() > maximumSteps)
+                    _undo.pop_front();
+            }
+            changed.notify();
+            done(result.second);
+        });
+}
+
+void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
+    if (const auto guarded = _history.guard(mode); !guarded)
+        return done(std::unexpected(guarded.error()));
+    if (trimmed(name).isEmpty())
+        return done(std::unexpected(nameless(couldNotSave)));
+    const LiveLayout& layout = _layouts[mode];
+    change(
+        mode, couldNotSave,
+        [name = trimmed(name), id = _machine.uuids.next(), now = _machine.clock.now(),
+         document = layout.document(),
+         settings = layout.settings()](const SavedArrangements& saved) -> Made {
+            const auto bytes = saved.encoded(makeArrangement(id, name, now, document, settings));
+            if (!bytes)
+                return std::unexpected(launcherError(bytes.error(), couldNotSave));
+            return Step{.name = QStringLiteral("Save “%1”").arg(name),
+                        .mode = {},
+                        .id = id,
+                        .before = {},
+                        .after = *bytes};
+        },
+        std::move(done));
+}
+
+void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
+    if (const auto guarded = _history.guard(mode); !guarded)
+        return done(std::unexpected(guarded.error()));
+    const LiveLayout& layout = _layouts[mode];
+    const QString title = QStringLiteral("Could not replace arrangement");
+    change(
+        mode, title,
+        [title, id, now = _machine.clock.now(), document = layout.document(),
+         settings = layout.settings()](const SavedArrangements& saved) -> Made {
+            const auto before = saved.bytes(id);
+            const auto old = saved.read(id);
+            if (!before || !old)
+                return std::unexpected(
+                    arrangementError(old ? LayoutStore::Error(before.error()) : old.error(), title));
+            const QString& name = old->value.name;
+            const auto bytes = saved.encoded(makeArrangement(id, name, now, document, settings));
+            if (!bytes)
+                return std::unexpected(launcherError(bytes.error(), title));
+            return Step{.name = QStringLiteral("Replace “%1”").arg(name),
+                        .mode = {},
+                        .id = id,
+                        .before = *before,
+                        .after = *bytes};
+        },
+        std::move(done));
+}
+
+void ArrangementShelf::rename(Mode mode, const QUuid& id, const QString& name, Done done) {
+    const QString title = QStringLiteral("Could not rename arrangement");
+    if (trimmed(name).isEmpty())
+        return done(std::unexpected(nameless(title)));
+    change(
+        mode, title,
+        [title, id, name = trimmed(name)](const SavedArrangements& saved) -> Made {
+            const auto before = saved.bytes(id);
+            if (!before)
+                return std::unexpected(launcherError(before.error(), title));
+            const auto after = renamed(*before, name);
+            if (!after)
+                return std::unexpected(
+                    launcherError(FileError{FileError::Code::damaged, saved.path(id)}, title));
+            return Step{.name = QStringLiteral("Rename to “%1”").arg(name),
+                        .mode = {},
+                        .id = id,
+                        .before = *before,
+                        .after = *after};
+        },
+        std::move(done));
+}
+
+void ArrangementShelf::remove(Mode mode, const QUuid& id, Done done) {
+    const QString title = QStringLiteral("Could not delete arrangement");
+    change(
+        mode, title,
+        [title, id](const SavedArrangements& saved) -> Made {
+            const auto before = saved.bytes(id);
+            if (!before)
+                return std::unexpected(launcherError(before.error(), title));
+            const auto old = saved.decode(*before, saved.path(id));
+            return Step{.name = QStringLiteral("Delete “%1”").arg(old ? old->value.name : toText(id)),
+                        .mode = {},
+                        .id = id,
+                        .before = *before,
+                        .after = {}};
+        },
+        std::move(done));
+}
+
+// ---- files elsewhere
+
+void ArrangementShelf::exportTo(Mode mode, const QUuid& id, const FileSystem& files,
+                                const QString& path, Done done) {
+    run(
+        [saved = _store.arrangements(mode), id, &files, path]() -> Saved {
+            const QString title = QStringLiteral("Could not export arrangement");
+            const auto bytes = saved.bytes(id);
+            if (!bytes)
+                return std::unexpected(launcherError(bytes.error(), title));
+            const auto arrangement = saved.decode(*bytes, saved.path(id));
+            if (!arrangement)
+                return std::unexpected(arrangementError(arrangement.error(), title));
+            auto written = files.linkStatus(path)
+                               ? std::unexpected(FileError{FileError::Code::alreadyExists, path})
+                               : files.writeAtomically(path, *bytes);
+            if (!written)
+                return std::unexpected(launcherError(written.error(), title));
+            ArrangementSummary result = summaryOf(arrangement->value);
+            result.id = id;
+            return result;
+        },
+        std::move(done));
+}
+
+void ArrangementShelf::importFrom(Mode mode, const FileSystem& files, const QString& path, Done done) {
+    const QString title = QStringLiteral("Could not import arrangement");
+    change(
+        mode, title,
+        [title, &files, path, id = _machine.uuids.next()](const SavedArrangements& saved) -> Made {
+            const auto bytes = files.read(path, maximumLayoutBytes);
+            if (!bytes)
+                return std::unexpected(launcherError(bytes.error(), title));
+            const auto arrangement = saved.decode(*bytes, path);
+            if (!arrangement)
+                return std::unexpected(arrangementError(arrangement.error(), title));
+            return Step{.name = QStringLiteral("Import “%1”").arg(arrangement->value.name),
+                        .mode = {},
+                        .id = id,
+                        .before = {},
+                        .after = *bytes};
+        },
+        std::move(done));
+}
+
+// ---- back and forth
+
+void ArrangementShelf::undo(Done done) { step(_undo, _redo, true, std::move(done)); }
+void ArrangementShelf::redo(Done done) { step(_redo, _undo, false, std::move(done)); }
+
+void ArrangementShelf::step(Steps& from, Steps& to, bool isBack, Done done) {
+    const QString title = isBack ? QStringLiteral("Could not undo") : QStringLiteral("Could not redo");
+    if (from.empty())
+        return done(std::unexpected(
+            LauncherError{isBack ? QStringLiteral("nothingToUndo") : QStringLiteral("nothingToRedo"),
+                          isBack ? QStringLiteral("There is nothing to undo.")
+                                 : QStringLiteral("There is nothing to redo."),
+                          {}}));
+    // Taken out at once, so that no other request takes the same one.
+    const Step step = from.back();
+    from.pop_back();
+    run(
+        [saved = _store.arrangements(step.mode), step, isBack, title]() -> Saved {
+            Step taken = step;
+            if (isBack)
+                std::swap(taken.before, taken.after);
+            const Made made = apply(saved, taken, title);
+            return made ? summary(saved, *made) : Saved(std::unexpected(made.error()));
+        },
+        [this, step, &to, done = std::move(done)](const Saved& result) {
+            if (result)
+                to.push_back(step);
+            changed.notify();
+            done(result);
+        });
+}
+
+} // namespace tessellar
