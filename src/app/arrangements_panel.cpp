@@ -62,12 +62,12 @@ void ArrangementsPanel::show(const QList<ListedArrangement>& all) {
     _rows.clear();
     for (const ListedArrangement& arrangement : all) {
         const ArrangementSummary& summary = arrangement.summary;
-        const QStringList text{
-            dateText(summary.createdAt, _machine.locale),
-            QStringList{counted(summary.appCount, tr("1 application"), tr("%1 applications")),
-                        counted(summary.folderCount, tr("1 folder"), tr("%1 folders")),
-                        counted(summary.pageCount, tr("1 page"), tr("%1 pages"))}
-                .join(QStringLiteral(", "))};
+        QStringList counts{counted(summary.appCount, tr("1 application"), tr("%1 applications"))};
+        if (summary.folderCount > 0)
+            counts.append(counted(summary.folderCount, tr("1 folder"), tr("%1 folders")));
+        counts.append(counted(summary.pageCount, tr("1 page"), tr("%1 pages")));
+        const QStringList text{dateText(summary.createdAt, _machine.locale),
+                               counts.join(QStringLiteral(", "))};
         const GridGeometry shown = pageGeometry(_viewModel.shown().settings());
         _rows.append(QVariantMap{
             {QStringLiteral("id"), toText(summary.id)},

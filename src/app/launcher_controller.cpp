@@ -285,7 +285,10 @@ void LauncherController::wantIcons() {
                             : _folder.isOpen() ? _folder.tiles()
                                                : nullptr;
     const int side = std::max(_grid.metrics().iconSide, over ? over->metrics().iconSide : 0);
-    _icons.loader().want(iconWishes(_grid, over),
+    IconLoader::Wishes wishes = iconWishes(_grid, over);
+    if (_sheets.current() == Sheets::unplaced)
+        wishes.neighbours += _unplaced.icons();
+    _icons.loader().want(std::move(wishes),
                          std::clamp(static_cast<int>(std::lround(side * _pixelRatio)), 16, 1024));
 }
 

@@ -416,7 +416,8 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
         return openBackups();
     case ActionRequest::unplaced:
         _unplaced.refresh();
-        return _sheets.open(Sheets::unplaced);
+        _sheets.open(Sheets::unplaced);
+        return wantIcons();
     case ActionRequest::updates:
         return _sheets.open(Sheets::updates);
     case ActionRequest::pastRemovals:

@@ -1,6 +1,8 @@
 #include "app/unplaced_panel.h"
 
+#include "app/icon_wishes.h"
 #include "app/image_item.h"
+#include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
@@ -44,6 +46,14 @@ void UnplacedPanel::act(int row) {
     const auto done = placeOrForget(_viewModel, _viewModel.shown().mode(), thing);
     _viewModel.messages().report(done);
     refresh();
+}
+
+QList<IconWish> UnplacedPanel::icons() const {
+    QList<IconWish> icons;
+    for (const auto& thing : _things)
+        if (const AppEntry* app = thing ? _viewModel.applications().withKey(thing->id) : nullptr)
+            icons.append(iconWish(*app));
+    return icons;
 }
 
 void UnplacedPanel::refresh() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "icons/icon_loader.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/unplaced.h"
 #include "platform/machine.h"
@@ -28,6 +29,8 @@ public:
     /// Does what the button of a row says.
     Q_INVOKABLE void act(int row);
     void refresh();
+    /// The icons that it shows: what is hidden is on no page that would want them.
+    QList<IconWish> icons() const;
 
 Q_SIGNALS:
     void changed();

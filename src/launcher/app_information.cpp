@@ -44,6 +44,14 @@ QString signatureText(CodeSignature signature) {
     return QStringLiteral("Another certificate");
 }
 
+/// What Apple signs itself it does not notarize as well.
+std::optional<QString> notarization(const CodeFindings& code) {
+    const bool isApples =
+        code.signature == CodeSignature::apple || code.signature == CodeSignature::appStore;
+    return isApples && !code.isNotarized ? std::optional(QStringLiteral("Not needed"))
+                                         : yesOrNo(code.isNotarized);
+}
+
 /// What of an application is told where; in the order in which people look for it.
 class Writer {
 public:
@@ -77,7 +85,9 @@ public:
     }
 
     Rows origin() const {
-        return {fact("Installed From", wordText(_facts.installSource)),
+        return {fact("Installed From", isBuiltIn(_facts.entry.path)
+                                           ? std::optional(QStringLiteral("It comes with macOS"))
+                                           : wordText(_facts.installSource)),
                 fact("Developer", _facts.developer),
                 fact("Publisher", _facts.publisher),
                 fact("Built For", wordText(_facts.platform)),
@@ -94,11 +104,11 @@ public:
         return {row("Signature",
                     code.signature ? std::optional(signatureText(*code.signature)) : std::nullopt,
                     isPending),
-                code.signature == CodeSignature::none
+                code.signature == CodeSignature::none || code.signature == CodeSignature::apple
                     ? InformationRow{QStringLiteral("Team"), QStringLiteral("None")}
                     : fact("Team", _facts.signingTeamID),
                 row("Hardened Runtime", yesOrNo(code.isHardened), isPending),
-                row("Notarized", yesOrNo(code.isNotarized), isPending),
+                row("Notarized", notarization(code), isPending),
                 row("Sandboxed", yesOrNo(code.isSandboxed), isPending),
                 fact("May Ask For", !_about.isInstalled ? std::nullopt
                                     : permissions.isEmpty()
