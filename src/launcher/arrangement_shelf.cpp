@@ -8,6 +8,7 @@ namespace tessellar {
 namespace {
 
 const QString couldNotSave = QStringLiteral("Could not save arrangement");
+const QString changedMeanwhile = QStringLiteral("changedMeanwhile");
 
 LauncherError nameless(const QString& title) {
     return {QStringLiteral("emptyName"),
@@ -65,7 +66,7 @@ ArrangementShelf::Made ArrangementShelf::apply(const SavedArrangements& saved, S
     const bool isThere = bytes || bytes.error().code != FileError::Code::notFound;
     if (isThere != step.before.has_value() || (bytes && *bytes != *step.before))
         return std::unexpected(LauncherError{
-            QStringLiteral("changedMeanwhile"),
+            changedMeanwhile,
             QStringLiteral("The arrangement was changed meanwhile, and is left as it is."), title});
     const auto done = step.after ? saved.writeBytes(step.id, *step.after) : saved.remove(step.id);
     if (!done)
@@ -267,9 +268,11 @@ void ArrangementShelf::step(Steps& from, Steps& to, bool isBack, Done done) {
             const Made made = apply(saved, taken, title);
             return made ? summary(saved, *made) : Saved(std::unexpected(made.error()));
         },
-        [this, step, &to, done = std::move(done)](const Saved& result) {
+        [this, step, &from, &to, done = std::move(done)](const Saved& result) {
             if (result)
                 to.push_back(step);
+            else if (result.error().code != changedMeanwhile) // the disk may have room for it later
+                from.push_back(step);
             changed.notify();
             done(result);
         });

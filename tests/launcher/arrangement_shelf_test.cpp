@@ -96,6 +96,14 @@ TEST_F(ArrangementShelfTest, EachChangeIsMadeAndTakenBackFileByFile) {
     EXPECT_EQ(sketched(), u"Oak Ash Beech") << "the layout never changed by any of this";
 }
 
+TEST_F(ArrangementShelfTest, AStepThatTheDiskRefusesIsNotLost) {
+    save(u"Mine"_s);
+    EXPECT_EQ(outcome([&](auto done) { shelf().remove(mode(), last.id, done); }), u"Mine");
+    mac.files.refuseChanges({FileError::Code::noSpace, fileOf(last.id)});
+    EXPECT_EQ(undo(), u"noSpace");
+    EXPECT_EQ(shelf().undoName(), u"Delete “Mine”");
+}
+
 TEST_F(ArrangementShelfTest, WhatAnotherChangedMeanwhileIsLeftAlone) {
     save(u"Mine"_s);
     const QUuid id = last.id;
