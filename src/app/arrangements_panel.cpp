@@ -75,36 +75,9 @@ void ArrangementsPanel::show(const QList<ListedArrangement>& all) {
             {QStringLiteral("text"), text.join(QStringLiteral(" · "))},
             {QStringLiteral("rows"), arrangement.rows > 0 ? arrangement.rows : shown.rows},
             {QStringLiteral("columns"), arrangement.columns > 0 ? arrangement.columns : shown.columns},
-            {QStringLiteral("tiles"), tiles(arrangement)}});
+            {QStringLiteral("tiles"), pictureTiles(arrangement.firstPage, _viewModel.smartFolders())}});
     }
     Q_EMIT changed();
-}
-
-/// Of the first page, for a picture.
-QVariantList ArrangementsPanel::tiles(const ListedArrangement& arrangement) const {
-    QVariantList tiles;
-    for (const LaunchpadItem& item : arrangement.firstPage) {
-        QStringList keys;
-        QString symbol;
-        IconItem::Kind kind = IconItem::App;
-        if (const AppEntry* app = item.app()) {
-            keys.append(appKey(*app));
-        } else if (const FolderEntry* folder = item.folder()) {
-            kind = IconItem::Folder;
-            symbol = folder->customSymbolName.value_or(QString());
-            for (const IconWish& wish : previewIcons(*folder))
-                keys.append(wish.appKey);
-        } else {
-            kind = IconItem::SmartFolder;
-            const SmartFolderDefinition* definition =
-                _viewModel.smartFolders().definition(item.smartFolder()->definitionID);
-            symbol = definition ? definition->customSymbolName.value_or(QString()) : QString();
-        }
-        tiles.append(QVariantMap{{QStringLiteral("kind"), int(kind)},
-                                 {QStringLiteral("appKeys"), keys},
-                                 {QStringLiteral("symbolName"), symbol}});
-    }
-    return tiles;
 }
 
 QString ArrangementsPanel::nameOf(const QUuid& id) const {

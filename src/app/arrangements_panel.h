@@ -72,7 +72,6 @@ private:
 
     ArrangementShelf& shelf() const { return _viewModel.arrangements(); }
     void show(const QList<ListedArrangement>& all);
-    QVariantList tiles(const ListedArrangement& arrangement) const;
     void begin(const QString& task, const QUuid& id = {});
     void choose(const QString& entry);
     void ask(const QString& title, const QString& text, const QString& accept, bool isDestructive,

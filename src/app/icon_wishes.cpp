@@ -1,5 +1,8 @@
 #include "app/icon_wishes.h"
 
+#include "app/image_item.h"
+#include "launcher/smart_folder_library.h"
+
 #include <QSet>
 
 namespace tessellar {
@@ -16,6 +19,32 @@ QList<IconWish> previewIcons(const FolderEntry& folder) {
                 icons.append(iconWish(first));
     }
     return icons;
+}
+
+QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolders) {
+    QVariantList tiles;
+    for (const LaunchpadItem& item : page) {
+        QStringList keys;
+        QString symbol;
+        IconItem::Kind kind = IconItem::App;
+        if (const AppEntry* app = item.app()) {
+            keys.append(appKey(*app));
+        } else if (const FolderEntry* folder = item.folder()) {
+            kind = IconItem::Folder;
+            symbol = folder->customSymbolName.value_or(QString());
+            for (const IconWish& wish : previewIcons(*folder))
+                keys.append(wish.appKey);
+        } else {
+            kind = IconItem::SmartFolder;
+            const SmartFolderDefinition* definition =
+                smartFolders.definition(item.smartFolder()->definitionID);
+            symbol = definition ? definition->customSymbolName.value_or(QString()) : QString();
+        }
+        tiles.append(QVariantMap{{QStringLiteral("kind"), int(kind)},
+                                 {QStringLiteral("appKeys"), keys},
+                                 {QStringLiteral("symbolName"), symbol}});
+    }
+    return tiles;
 }
 
 namespace {

@@ -2,7 +2,11 @@
 
 #include "app/grid_model.h"
 
+#include <QVariant>
+
 namespace tessellar {
+
+class SmartFolderLibrary;
 
 /// How many of its tiles a folder's tile previews.
 constexpr qsizetype previewCount = 9;
@@ -12,6 +16,9 @@ IconWish iconWish(const AppEntry& app);
 /// What a folder's tile previews: the applications among its first tiles, a nested folder standing
 /// with its own first application.
 QList<IconWish> previewIcons(const FolderEntry& folder);
+
+/// The tiles of a page for a `PagePicture`.
+QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolders);
 
 /// The icons that a window wants, in the order in which the user is likely to see them: first the page
 /// that is shown (of what lies over the grid before the grid's), then the pages beside it and the

@@ -33,6 +33,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _sheets(viewModel)
     , _updates(viewModel)
     , _arrangements(viewModel, machine)
+    , _arranging(viewModel)
     , _backups(viewModel)
     , _information(viewModel, machine)
     , _removal(viewModel)

@@ -2,6 +2,7 @@
 
 #include "app/alert_panel.h"
 #include "app/arrangements_panel.h"
+#include "app/arranging_panel.h"
 #include "app/backups_panel.h"
 #include "app/grid_metrics.h"
 #include "app/grid_model.h"
@@ -58,6 +59,7 @@ class LauncherController final : public QObject {
     Q_PROPERTY(tessellar::Sheets* sheets READ sheets CONSTANT)
     Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
     Q_PROPERTY(tessellar::ArrangementsPanel* arrangements READ arrangements CONSTANT)
+    Q_PROPERTY(tessellar::ArrangingPanel* arranging READ arranging CONSTANT)
     Q_PROPERTY(tessellar::BackupsPanel* backups READ backups CONSTANT)
     Q_PROPERTY(tessellar::InformationPanel* information READ information CONSTANT)
     Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
@@ -94,6 +96,7 @@ public:
     Sheets* sheets() { return &_sheets; }
     UpdatesPanel* updates() { return &_updates; }
     ArrangementsPanel* arrangements() { return &_arrangements; }
+    ArrangingPanel* arranging() { return &_arranging; }
     BackupsPanel* backups() { return &_backups; }
     InformationPanel* information() { return &_information; }
     RemovalPanel* removal() { return &_removal; }
@@ -127,6 +130,8 @@ public:
     Q_INVOKABLE void openMenu(const QString& tileId, QPointF point);
     Q_INVOKABLE void openArrangements();
     Q_INVOKABLE void openBackups();
+    /// The ways to arrange what is installed; to a new user with a welcome.
+    void openArranging(bool isFirstRun);
     /// What can be done about an application's update.
     Q_INVOKABLE void openUpdateMenu(const QString& appKey, QPointF point);
 
@@ -194,6 +199,7 @@ private:
     Sheets _sheets;
     UpdatesPanel _updates;
     ArrangementsPanel _arrangements;
+    ArrangingPanel _arranging;
     BackupsPanel _backups;
     InformationPanel _information;
     RemovalPanel _removal;

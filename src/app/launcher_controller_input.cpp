@@ -367,6 +367,11 @@ void LauncherController::openArrangements() {
     _sheets.open(Sheets::arrangements);
 }
 
+void LauncherController::openArranging(bool isFirstRun) {
+    _arranging.open(isFirstRun);
+    _sheets.open(Sheets::arranging);
+}
+
 void LauncherController::openBackups() {
     _backups.refresh();
     _sheets.open(Sheets::backups);
@@ -412,6 +417,8 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
         return _sheets.open(Sheets::settings);
     case ActionRequest::arrangements:
         return openArrangements();
+    case ActionRequest::arranging:
+        return openArranging(false);
     case ActionRequest::backups:
         return openBackups();
     case ActionRequest::unplaced:

@@ -156,6 +156,17 @@ void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
     });
 }
 
+void LauncherWindow::welcome() {
+    const auto offer = [this] {
+        if (_viewModel.isFirstRun())
+            _controller.openArranging(true);
+    };
+    if (_viewModel.isBootstrapped())
+        offer();
+    else
+        _bootstrapped = _viewModel.bootstrapped.connect(offer);
+}
+
 void LauncherWindow::followSystemLocale() { QCoreApplication::instance()->installEventFilter(this); }
 
 /// A click beside a name that is being typed ends the typing, and does nothing else.

@@ -29,6 +29,8 @@ public:
     void hide();
     /// Hides it and says so, as the user does.
     void close();
+    /// Offers ways to arrange what is installed, where there was no arrangement before.
+    void welcome();
     /// From now on it fades when it closes, and when it is shown again.
     void fadeWhenClosed() { _fades = true; }
     /// Follows the language and region of the system's settings.
@@ -80,6 +82,7 @@ private:
     std::unique_ptr<ClockWatch> _clock;
     Subscription _clockLeapt;
     Subscription _updateRan;
+    Subscription _bootstrapped;
     std::function<void()> _whenComplete;
 };
 

@@ -238,6 +238,8 @@ int run(int argc, char** argv) {
     LauncherUpdates& updates = window.viewModel().updates();
     QGuiApplication::setQuitOnLastWindowClosed(false);
     window.fadeWhenClosed();
+    if (!isForShow)
+        window.welcome();
     const bool isHidden = arguments->isHidden && !isForShow;
     if (isHidden)
         updates.startSchedule();

@@ -21,6 +21,7 @@ class Sheets final : public QObject {
 
 public:
     static inline const QString arrangements = QStringLiteral("arrangements");
+    static inline const QString arranging = QStringLiteral("arranging");
     static inline const QString backups = QStringLiteral("backups");
     static inline const QString icon = QStringLiteral("icon");
     static inline const QString information = QStringLiteral("information");

@@ -4,9 +4,11 @@
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_history.h"
 #include "launcher/layout_archive.h"
+#include "launcher/layout_proposals.h"
 #include "launcher/smart_folder_library.h"
 
 #include <algorithm>
+#include <map>
 
 namespace tessellar {
 namespace {
@@ -36,10 +38,10 @@ void writeTiles(QString& out, const Call& call, const Page& page, int indent) {
     }
 }
 
-QString gridText(const Call& call) {
+QString gridText(const Call& call, const Pages& pages) {
     QString out;
     int number = 0;
-    for (const Page& page : call->layout().pages()) {
+    for (const Page& page : pages) {
         out += QStringLiteral("%1Page %2\n")
                    .arg(number ? QStringLiteral("\n") : QString())
                    .arg(number + 1);
@@ -72,6 +74,30 @@ void addScan(CommandSet& set) {
               });
 }
 
+/// All that is installed, arranged anew in one of the ways that need nothing but the applications.
+void addArrange(CommandSet& set) {
+    using Kind = LayoutProposal::Kind;
+    static const std::map<std::string, Kind> ways{{"by-category", Kind::byCategory},
+                                                  {"by-name", Kind::byName}};
+    CLI::App* arrange = set.add("arrange", "Arrange all applications anew; a backup is kept");
+    const Word way = word(arrange, "way", "by-category, with a folder for each, or by-name");
+    arrange->get_option("way")->check(CLI::IsMember(ways));
+    const Flag isPreview = flag(arrange, "--preview", "Only print what would come of it");
+    set.onRun(arrange, CommandNeeds::launcher, [way, isPreview](const Call& call) {
+        call->launcher().proposals().propose(
+            call->mode(), [call, way, isPreview](const LayoutProposals::All& all) {
+                const LayoutProposal& proposal =
+                    *std::ranges::find(all.proposals, ways.at(*way), &LayoutProposal::kind);
+                if (*isPreview)
+                    return call->succeed(
+                        QJsonObject{{QStringLiteral("pages"), json::encode(proposal.pages)}},
+                        gridText(call, proposal.pages));
+                call->answer(call->launcher().proposals().take(call->mode(), proposal),
+                             explanation(proposal));
+            });
+    });
+}
+
 /// A command to the window of a launcher that is running.
 void addPresence(CommandSet& set, const char* name, const char* description,
                  void (*act)(const LauncherViewModel::Presenter&)) {
@@ -94,7 +120,8 @@ void addLayoutCommands(CommandSet& set) {
               CommandNeeds::launcher, [](const Call& call) {
                   if (!call->launcher().isBootstrapped())
                       return call->answer(call->launcher().history().guard(call->mode()));
-                  call->succeed(json::encode(call->layout().document()), gridText(call));
+                  call->succeed(json::encode(call->layout().document()),
+                                gridText(call, call->layout().pages()));
               });
     set.onRun(set.add("reset", "Back to the default alphabetical arrangement"), CommandNeeds::launcher,
               [](const Call& call) {
@@ -102,6 +129,7 @@ void addLayoutCommands(CommandSet& set) {
                   call->answer(outcome,
                                QStringLiteral("Layout reset to the default alphabetical arrangement."));
               });
+    addArrange(set);
     using Presenter = LauncherViewModel::Presenter;
     addPresence(set, "show", "Bring the launcher that is running before the user",
                 [](const Presenter& window) { window.show(); });

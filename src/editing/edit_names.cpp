@@ -37,6 +37,7 @@ constexpr EditTexts texts[] = {
     {EditKind::restoreArrangement, QT_TRANSLATE_NOOP("Edits", "Restore Arrangement"), nullptr},
     {EditKind::restoreBackup, QT_TRANSLATE_NOOP("Edits", "Restore Backup"), nullptr},
     {EditKind::resetLayout, QT_TRANSLATE_NOOP("Edits", "Reset Layout"), nullptr},
+    {EditKind::arrange, QT_TRANSLATE_NOOP("Edits", "Arrange Applications"), nullptr},
     {EditKind::putBack, QT_TRANSLATE_NOOP("Edits", "Put App Back"),
      QT_TRANSLATE_NOOP("Edits", "Put Apps Back")},
 };

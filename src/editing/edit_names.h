@@ -28,6 +28,7 @@ enum class EditKind {
     restoreArrangement,
     restoreBackup,
     resetLayout,
+    arrange,
     putBack,
 };
 

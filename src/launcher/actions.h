@@ -48,6 +48,7 @@ enum class ActionRequest {
     rules,        ///< let the user edit the smart folder that is open in `SmartFolderEditing`
     information,  ///< show all that is known of the application
     arrangements, ///< show the saved arrangements
+    arranging,    ///< show the ways to arrange all applications anew
     unplaced,     ///< show what is hidden, has no tile, or has gone and may come back
 };
 

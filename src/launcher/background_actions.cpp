@@ -199,6 +199,8 @@ constexpr std::array rows = std::to_array<ActionRow>({
          c.launcher.launchpadImport().offer(c.mode());
          return ActionRequest::none;
      }},
+    {"arrange", always<"Arrange Applications…">, isOfGrid, isEditable,
+     [](const Context&, const QString&) { return ActionRequest::arranging; }},
     {"arrangements", always<"Saved Arrangements…">, isOfGrid,
      [](const Context& c) { return c.launcher.isBootstrapped(); },
      [](const Context&, const QString&) { return ActionRequest::arrangements; }},

@@ -51,8 +51,8 @@ void LauncherImport::preview(Mode mode, const std::optional<Database>& database,
     _done = std::move(done);
     const FileSystem* files = database ? database->files : nullptr;
     _task = _machine.workers.run(
-        [importer = NativeLaunchpadImporter(LaunchpadImportContext::of(
-             _machine, installedAsArranged(mode, false, true), files ? *files : _machine.files)),
+        [importer = NativeLaunchpadImporter(
+             LaunchpadImportContext::of(_machine, candidates(mode), files ? *files : _machine.files)),
          path = database ? std::optional(database->path) : std::nullopt](std::stop_token stop) {
             return importer.run(path, stop);
         },
@@ -83,34 +83,25 @@ void LauncherImport::run(Mode mode, const std::optional<Database>& database,
     });
 }
 
-QList<AppEntry> LauncherImport::installedAsArranged(Mode mode, bool withNames, bool isUnseenToo) const {
-    QList<AppEntry> apps = _applications.all();
-    for (AppEntry& app : apps) {
-        const AppEntry* tile = _layouts[mode].tileOf(appKey(app));
-        if (!tile)
-            continue;
-        app.id = tile->id; // so that selections hold, and undo finds every tile again
-        if (withNames && tile->name != tile->originalName)
-            app.name = tile->name;
-    }
-    // So that their old places are found for them, too.
+/// The installed applications, and those that are out of sight, whose old places are found, too.
+QList<AppEntry> LauncherImport::candidates(Mode mode) const {
     const LiveLayout& layout = _layouts[mode];
+    QList<AppEntry> apps = installedAsArranged(layout, _applications, false);
     forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
         const AppEntry* tile = item.app();
-        if (isUnseenToo && tile && !tile->alias && layout.unavailableAppKeys().contains(appKey(*tile)))
+        if (tile && !tile->alias && layout.unavailableAppKeys().contains(appKey(*tile)))
             apps.append(*tile);
         return true;
     });
     return apps;
 }
 
-std::expected<LegacyLaunchpadImportMetadata, LauncherError>
-LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
+LauncherImport::Imported LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
     LegacyLaunchpadImportMetadata metadata = imported.metadata;
     const LiveLayout& layout = _layouts[mode];
-    const MergeResult merged =
-        mergeReplacement({.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout,
-                         _applications, _places, _machine, installedAsArranged(mode, true, false));
+    const MergeResult merged = mergeReplacement(
+        {.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout, _applications, _places,
+        _machine, installedAsArranged(layout, _applications, true));
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places); // before the layout is saved without their tiles
     const auto made = _history.make(
@@ -128,6 +119,14 @@ LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
     return metadata;
 }
 
+void LauncherImport::tell(const Imported& imported) {
+    if (imported)
+        _messages.alert(
+            {{}, LaunchpadImportTexts::report(*imported), LaunchpadImportTexts::doneTitle()});
+    else if (imported.error().code != u"cancelled")
+        _messages.alert(imported.error());
+}
+
 void LauncherImport::offer(Mode mode) {
     _messages.ask({.title = LaunchpadImportTexts::question(),
                    .text = LaunchpadImportTexts::explanation(),
@@ -135,14 +134,7 @@ void LauncherImport::offer(Mode mode) {
                   [this, mode](bool accepted) {
                       if (!accepted)
                           return;
-                      run(mode, {}, [this](const auto& metadata) {
-                          if (metadata)
-                              _messages.alert({{},
-                                               LaunchpadImportTexts::report(*metadata),
-                                               LaunchpadImportTexts::doneTitle()});
-                          else if (metadata.error().code != u"cancelled")
-                              _messages.alert(metadata.error());
-                      });
+                      run(mode, {}, [this](const auto& metadata) { tell(metadata); });
                   });
 }
 

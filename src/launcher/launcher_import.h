@@ -39,6 +39,11 @@ public:
     /// After a failure the arrangement is as it was.
     void run(Mode mode, const std::optional<Database>& database,
              Done<LegacyLaunchpadImportMetadata> done);
+    /// What a preview found takes the place of the arrangement.
+    using Imported = std::expected<LegacyLaunchpadImportMetadata, LauncherError>;
+    Imported apply(Mode mode, const NativeLaunchpadImportResult& imported);
+    /// Says in an alert what came of it.
+    void tell(const Imported& imported);
     /// Asks the user first and says in an alert what came of it; for a window.
     void offer(Mode mode);
 
@@ -47,11 +52,7 @@ public:
 
 private:
     void finish(std::expected<NativeLaunchpadImportResult, LaunchpadImportError> result);
-    std::expected<LegacyLaunchpadImportMetadata, LauncherError>
-    apply(Mode mode, const NativeLaunchpadImportResult& imported);
-    /// The installed applications, and those that are out of sight, with the identifiers of their tiles
-    /// and the names of these.
-    QList<AppEntry> installedAsArranged(Mode mode, bool withNames, bool isUnseenToo) const;
+    QList<AppEntry> candidates(Mode mode) const;
 
     Machine& _machine;
     LiveLayouts& _layouts;

@@ -13,6 +13,7 @@
 #include "launcher/launcher_updates.h"
 #include "launcher/layout_archive.h"
 #include "launcher/layout_merger.h"
+#include "launcher/layout_proposals.h"
 #include "launcher/library_watch.h"
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
@@ -51,7 +52,8 @@ struct LauncherViewModel::Parts {
             , libraryWatch(machine, parts.applications, parts.layouts, parts.messages)
             , cleanup(machine, parts.layouts, parts.applications, parts.places, parts.history,
                       parts.messages)
-            , smartFolderEditing(machine, parts.smartFolders, parts.editor) {}
+            , smartFolderEditing(machine, parts.smartFolders, parts.editor)
+            , proposals(machine, parts.layouts, parts.applications, launchpadImport, parts.archive) {}
 
         LauncherUpdates updates;
         LauncherIcons icons;
@@ -59,6 +61,7 @@ struct LauncherViewModel::Parts {
         LibraryWatch libraryWatch;
         LauncherCleanup cleanup;
         SmartFolderEditing smartFolderEditing;
+        LayoutProposals proposals;
     };
 
     LayoutStore store;
@@ -119,6 +122,8 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
 
 LauncherViewModel::~LauncherViewModel() = default;
 
+bool LauncherViewModel::isFirstRun() const { return _parts->merger.isFirstRun(); }
+
 LiveLayouts& LauncherViewModel::layouts() const { return _parts->layouts; }
 LiveLayout& LauncherViewModel::layout(LauncherWindowMode mode) const { return _parts->layouts[mode]; }
 LiveLayout& LauncherViewModel::shown() const { return _parts->layouts.shown(); }
@@ -130,6 +135,7 @@ LauncherClipboard& LauncherViewModel::clipboard() const { return _parts->clipboa
 ArrangementShelf& LauncherViewModel::arrangements() const { return _parts->arrangements; }
 LayoutArchive& LauncherViewModel::archive() const { return _parts->archive; }
 PlaceMemory& LauncherViewModel::places() const { return _parts->places; }
+LayoutProposals& LauncherViewModel::proposals() const { return _parts->listening->proposals; }
 LauncherSearch& LauncherViewModel::search() const { return _parts->search; }
 SmartFolderLibrary& LauncherViewModel::smartFolders() const { return _parts->smartFolders; }
 SmartFolderEditing& LauncherViewModel::smartFolderEditing() const {

@@ -24,6 +24,7 @@ class LauncherMessages;
 class LauncherSearch;
 class LauncherUpdates;
 class LayoutArchive;
+class LayoutProposals;
 class LayoutStore;
 class LibraryWatch;
 class LiveLayout;
@@ -65,6 +66,8 @@ public:
     /// an event loop.
     void startAndWait();
     bool isBootstrapped() const { return _isBootstrapped; }
+    /// There was no arrangement before: the user may be asked how to begin. Known once bootstrapped.
+    bool isFirstRun() const;
     /// Saves what is unsaved; the way out of the program.
     Outcome quit();
     /// True while an edit is not on the disk.
@@ -85,6 +88,7 @@ public:
     LauncherClipboard& clipboard() const;
     ArrangementShelf& arrangements() const;
     LayoutArchive& archive() const;
+    LayoutProposals& proposals() const;
     PlaceMemory& places() const;
     LauncherSearch& search() const;
     SmartFolderLibrary& smartFolders() const;

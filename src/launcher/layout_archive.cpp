@@ -103,6 +103,14 @@ void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<
 
 // ---- the rest
 
+LayoutArchive::Outcome LayoutArchive::arrange(Mode mode, const Pages& pages, const QString& name) {
+    if (const auto guarded = _history.guard(mode); !guarded)
+        return guarded;
+    return replace(mode, {.pages = pages, .hiddenKeys = _layouts[mode].hiddenKeys()}, {}, name,
+                   QStringLiteral("arrange"), QStringLiteral("Could not arrange the applications"),
+                   false);
+}
+
 LayoutArchive::Outcome LayoutArchive::reset(Mode mode) {
     const QString title = QStringLiteral("Could not reset layout");
     if (!_applications.isKnown())

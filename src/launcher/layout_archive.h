@@ -37,6 +37,8 @@ public:
     /// name.
     using Restored = std::expected<QString, LauncherError>;
     void restore(Mode mode, const QUuid& id, std::function<void(Restored)> done);
+    /// All that is installed in other places. Hidden applications stay hidden, and names stay.
+    Outcome arrange(Mode mode, const Pages& pages, const QString& name);
     /// The default alphabetical arrangement. Where the working file could not be read this is the way
     /// out: the file is moved to the backups, and the step cannot be undone.
     Outcome reset(Mode mode);

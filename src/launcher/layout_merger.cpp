@@ -21,6 +21,20 @@ MergeInput mergeInput(const LayoutDocument& document, const LiveLayout& layout,
             machine.locale};
 }
 
+QList<AppEntry> installedAsArranged(const LiveLayout& layout, const InstalledApplications& installed,
+                                    bool withNames) {
+    QList<AppEntry> apps = installed.all();
+    for (AppEntry& app : apps) {
+        const AppEntry* tile = layout.tileOf(appKey(app));
+        if (!tile)
+            continue;
+        app.id = tile->id;
+        if (withNames && tile->name != tile->originalName)
+            app.name = tile->name;
+    }
+    return apps;
+}
+
 MergeResult mergeReplacement(const LayoutDocument& document, const LiveLayout& layout,
                              const InstalledApplications& installed, const PlaceMemory& places,
                              const Machine& machine, const std::optional<QList<AppEntry>>& apps) {
@@ -176,7 +190,10 @@ void LayoutMerger::prepare(const Installed& installed, std::function<void()> don
 // ---- showing it
 
 void LayoutMerger::apply() {
-    _hasMerged = true;
+    if (!std::exchange(_hasMerged, true))
+        _isFirstRun = std::ranges::all_of(_loaded, [](const auto& loaded) {
+            return std::holds_alternative<LayoutStore::Missing>(loaded);
+        });
     const std::array<bool, 2> isFirst = std::exchange(_isNew, {});
     QHash<QString, QString> changedKeys;
     for (const LauncherWindowMode mode : LiveLayouts::modes) {

@@ -27,6 +27,11 @@ MergeInput mergeInput(const LayoutDocument& document, const LiveLayout& layout,
                       const std::shared_ptr<const InstalledScan>& installed, const PlaceMemory& places,
                       const Machine& machine);
 
+/// The installed applications with the identifiers of their tiles, so that selections hold and undo
+/// finds every tile again; and with the names that the user gave them, where those are wanted.
+QList<AppEntry> installedAsArranged(const LiveLayout& layout, const InstalledApplications& installed,
+                                    bool withNames);
+
 /// Brings a document that is to take the place of the layout together with the installed applications,
 /// which come with other names or identifiers where `apps` is given. What is out of sight now stays.
 MergeResult mergeReplacement(const LayoutDocument& document, const LiveLayout& layout,
@@ -56,6 +61,8 @@ public:
     void load(std::function<void()> done);
     /// What was read; nothing is left of it after the first merge.
     Loaded& loaded() { return _loaded; }
+    /// There was no arrangement of either mode when the launcher started.
+    bool isFirstRun() const { return _isFirstRun; }
     /// True while the first merge is on its way to the disk.
     bool isSaving() const { return _saves > 0; }
 
@@ -100,6 +107,7 @@ private:
     std::chrono::seconds _patience{5};      ///< until the next try
     Timer _again;
     bool _hasMerged = false;
+    bool _isFirstRun = false;
     int _saves = 0;
     Task _task;
     Subscription _scanned;

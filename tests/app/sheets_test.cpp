@@ -138,6 +138,29 @@ TEST_F(SheetsTest, WhatIsHiddenComesBackFromItsSheet) {
     ASSERT_TRUE(goes("unplacedSheet"));
 }
 
+TEST_F(SheetsTest, WaysToArrangeAreLookedThroughBeforeOneIsTaken) {
+    show();
+    const Pages before = viewModel().shown().pages();
+    launcher().openArranging(true);
+    ASSERT_TRUE(comes("arrangingSheet"));
+    EXPECT_EQ(sheet("arrangingSheet")->property("title"), u"Welcome to Tessellar"_qs);
+    ArrangingPanel& panel = *launcher().arranging();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel.choices().size() == 2; }));
+    EXPECT_EQ(panel.picture()[u"tiles"_qs].toList().size(), 3) << "no category: no folder";
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(goes("arrangingSheet"));
+    EXPECT_EQ(viewModel().shown().pages(), before);
+
+    launcher().openArranging(false);
+    ASSERT_TRUE(comes("arrangingSheet"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel.choices().size() == 2; }));
+    press(Qt::Key_Right);
+    EXPECT_TRUE(panel.choices()[1].toMap()[u"isChosen"_qs].toBool());
+    press(Qt::Key_Return);
+    ASSERT_TRUE(goes("arrangingSheet"));
+    EXPECT_EQ(sketch(viewModel().shown().pages()), u"Ash Beech Oak");
+}
+
 TEST_F(SheetsTest, TheyFitTheSmallestWindow) {
     install({u"Ash"_qs});
     start({320, 240}, LauncherWindowMode::windowed);

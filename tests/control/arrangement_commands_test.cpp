@@ -42,6 +42,17 @@ TEST_F(ArrangementCommandsTest, AnArrangementIsRenamedReplacedTakenElsewhereAndB
     EXPECT_EQ(names(), QStringList{u"Ours"_qs});
 }
 
+TEST_F(ArrangementCommandsTest, AllIsArrangedAnew) {
+    run({u"group"_qs, u"org.example.ash"_qs, u"--with"_qs, u"org.example.beech"_qs});
+    const QByteArray before = run({u"list"_qs}, {}, false).out;
+    const QByteArray preview = run({u"arrange"_qs, u"by-name"_qs, u"--preview"_qs}, {}, false).out;
+    EXPECT_NE(preview, before);
+    EXPECT_EQ(run({u"list"_qs}, {}, false).out, before);
+    EXPECT_EQ(run({u"arrange"_qs, u"by-name"_qs}).status, 0);
+    EXPECT_EQ(run({u"list"_qs}, {}, false).out, preview);
+    EXPECT_EQ(run({u"arrange"_qs, u"by-size"_qs}).status, 2);
+}
+
 TEST_F(ArrangementCommandsTest, InformationSaysWhatThePanelShows) {
     const Result info = run({u"info"_qs, u"org.example.ash"_qs});
     ASSERT_EQ(info.status, 0) << info.error.toStdString();

@@ -95,7 +95,7 @@ TEST_F(TessellarctlTest, WritesItsOwnManualAndCompletions) {
         bash.waitForFinished();
         return bash.readAllStandardOutput().trimmed();
     };
-    EXPECT_EQ(completed({u"arr"_qs}), "arrangements");
+    EXPECT_EQ(completed({u"arrangem"_qs}), "arrangements");
     EXPECT_EQ(completed({u"--mode"_qs, u""_qs}), "fullScreen windowed");
     EXPECT_EQ(completed({u"--root"_qs, u"list"_qs, u"updates"_qs, u"ch"_qs}), "check channels");
     EXPECT_EQ(completed({u"updates"_qs, u"check"_qs, u"--ch"_qs}), "--channel");

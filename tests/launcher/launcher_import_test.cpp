@@ -1,6 +1,8 @@
+#include "launcher/launcher_editor.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_import.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/layout_proposals.h"
 #include "launcher/live_layout.h"
 
 #include "sample/launchpad_database.h"
@@ -214,6 +216,56 @@ TEST_F(LauncherImportTest, OffersItselfWithAQuestionAndAReport) {
     EXPECT_EQ(alerts[0].title, u"Imported old Launchpad configuration");
     EXPECT_TRUE(alerts[0].message.contains(u"2 apps were skipped")) << alerts[0].message.toStdString();
     EXPECT_TRUE(sketched().startsWith(u"Elm [Work"));
+}
+
+TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOwn) {
+    using Kind = LayoutProposal::Kind;
+    LayoutProposals::All all;
+    const auto propose = [&] {
+        launcher->proposals().propose(launcher->shown().mode(),
+                                      [&](const LayoutProposals::All& found) { all = found; });
+        mac.settle();
+        return all.proposals.size();
+    };
+    start();
+    EXPECT_TRUE(launcher->isFirstRun());
+    EXPECT_EQ(propose(), 2);
+    EXPECT_FALSE(all.importFailure) << "there is no old Launchpad";
+    mac.write(database, "no database");
+    EXPECT_EQ(propose(), 2);
+    EXPECT_TRUE(all.importFailure);
+    ASSERT_TRUE(mac.files.remove(database));
+    addOldLaunchpad();
+
+    AppEntry cedar = app(u"Cedar"_s);
+    cedar.name = u"Cedrus"_s;
+    store({{cedar, test::folder(u"f"_s, {{app(u"Ash"_s), app(u"Elm"_s)}})}},
+          {u"org.example.dogwood"_s});
+    start();
+    EXPECT_FALSE(launcher->isFirstRun());
+    ASSERT_TRUE(launcher->editor().addSmartFolder(launcher->shown().mode(),
+                                                  SmartFolderTemplate::updatesAvailable));
+    const LayoutDocument before = launcher->shown().document();
+    ASSERT_EQ(propose(), 3);
+    EXPECT_EQ(all.proposals[0].kind, Kind::oldLaunchpad);
+    EXPECT_EQ(sketch(all.proposals[0].pages), u"Elm [Work: Beech|Dogwood]|[Alone: Ash]");
+    const QString text = explanation(all.proposals[0]);
+    EXPECT_TRUE(text.contains(u"Skipped: Gone, Lost\n1 other application comes on a new page"))
+        << text.toStdString();
+
+    ASSERT_TRUE(launcher->proposals().take(launcher->shown().mode(), all.proposals[2]));
+    EXPECT_EQ(sketched(), u"* Ash Beech Cedrus Dogwood Elm");
+    EXPECT_EQ(launcher->shown().hiddenKeys(), before.hiddenKeys);
+    EXPECT_EQ(stored(), launcher->shown().document());
+    EXPECT_EQ(mac.names(data + u"/Backups"_s).size(), 1);
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(launcher->shown().document(), before);
+
+    ASSERT_TRUE(launcher->proposals().take(launcher->shown().mode(), all.proposals[0]));
+    EXPECT_EQ(sketched(), u"Elm [Work: Beech|Dogwood]|Ash|Cedrus");
+    const QList<LauncherError> alerts = launcher->messages().takeAlerts();
+    ASSERT_FALSE(alerts.isEmpty());
+    EXPECT_EQ(alerts.last().title, u"Imported old Launchpad configuration");
 }
 
 } // namespace

@@ -257,6 +257,14 @@ FocusScope {
 
     OnDemand {
         anchors.fill: parent
+        file: "ArrangingSheet.qml"
+        enabled: !root.launcher.alert.isOpen
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "arranging"
+    }
+
+    OnDemand {
+        anchors.fill: parent
         file: "UnplacedSheet.qml"
         enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
