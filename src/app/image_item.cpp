@@ -138,6 +138,26 @@ QImage PagePicture::image(QSize pixels) {
     return pageArt(tiles, _rows, _columns, pixels);
 }
 
-QImage BackdropItem::image(QSize pixels) { return _icons ? _icons->backdrop(pixels) : QImage(); }
+// ---- what lies behind
+
+void BackdropItem::setBackdrop(Backdrop* backdrop) {
+    if (_backdrop == backdrop)
+        return;
+    if (_backdrop)
+        disconnect(_backdrop, nullptr, this, nullptr);
+    _backdrop = backdrop;
+    if (_backdrop)
+        connect(_backdrop, &Backdrop::changed, this, &BackdropItem::refresh);
+    refresh();
+}
+
+void BackdropItem::setDark(bool isDark) {
+    if (std::exchange(_isDark, isDark) != isDark)
+        refresh();
+}
+
+QImage BackdropItem::image(QSize pixels) {
+    return _backdrop ? _backdrop->image(pixels, _isDark) : QImage();
+}
 
 } // namespace tessellar

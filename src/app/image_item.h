@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/backdrop.h"
 #include "app/tile_icons.h"
 
 #include <QPointer>
@@ -91,16 +92,21 @@ private:
 class BackdropItem : public ImageItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons REQUIRED)
+    Q_PROPERTY(tessellar::Backdrop* backdrop MEMBER _backdrop WRITE setBackdrop REQUIRED)
+    Q_PROPERTY(bool isDark MEMBER _isDark WRITE setDark) ///< as the user wants panels
 
 public:
     using ImageItem::ImageItem;
+
+    void setBackdrop(Backdrop* backdrop);
+    void setDark(bool isDark);
 
 protected:
     QImage image(QSize pixels) override;
 
 private:
-    QPointer<TileIcons> _icons;
+    QPointer<Backdrop> _backdrop;
+    bool _isDark = false;
 };
 
 } // namespace tessellar

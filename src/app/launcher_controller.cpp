@@ -25,6 +25,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     : _viewModel(viewModel)
     , _icons(icons)
     , _machine(machine)
+    , _backdrop(machine)
     , _grid(tileFacts())
     , _folder(viewModel, tileFacts())
     , _search(viewModel, tileFacts(), machine)
@@ -112,6 +113,7 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
 }
 
 void LauncherController::startAfresh() {
+    _backdrop.look();
     _menu.close();
     _drag.cancel();
     _search.clear();
@@ -147,6 +149,7 @@ void LauncherController::follow() {
         showLayout();
     });
     on(launcher.settingsChanged, [this] {
+        _backdrop.applySettings();
         showMode();
         Q_EMIT appearanceChanged();
     });

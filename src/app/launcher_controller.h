@@ -3,6 +3,7 @@
 #include "app/alert_panel.h"
 #include "app/arrangements_panel.h"
 #include "app/arranging_panel.h"
+#include "app/backdrop.h"
 #include "app/backups_panel.h"
 #include "app/grid_metrics.h"
 #include "app/grid_model.h"
@@ -45,6 +46,7 @@ class LauncherController final : public QObject {
     /// A sheet or an alert lies over the tiles and has the keyboard and the pointer.
     Q_PROPERTY(bool isCovered READ isCovered NOTIFY coveredChanged)
     Q_PROPERTY(tessellar::TileIcons* icons READ icons CONSTANT)
+    Q_PROPERTY(tessellar::Backdrop* backdrop READ backdrop CONSTANT)
     /// "light", "dark", or anything else for what the system has.
     Q_PROPERTY(QString appearance READ appearance NOTIFY appearanceChanged)
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY appearanceChanged)
@@ -83,6 +85,7 @@ public:
     bool isWindowed() const { return _viewModel.shown().mode() == LauncherWindowMode::windowed; }
     bool isCovered() const;
     TileIcons* icons() const { return &_icons; }
+    Backdrop* backdrop() { return &_backdrop; }
     QString appearance() const;
     bool reducesMotion() const;
     GridModel* grid() { return &_grid; }
@@ -183,6 +186,7 @@ private:
     LauncherViewModel& _viewModel;
     TileIcons& _icons;
     const Machine& _machine;
+    Backdrop _backdrop;
     QSizeF _windowSize;
     double _pixelRatio = 1;
     ShownPages _shownPages;

@@ -42,7 +42,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
             _icons.loader().reload(appKey);
     });
     // The folders are scanned and the backdrop is drawn while QML is loaded.
-    _icons.prepareBackdrop((QSizeF(_view.size()) * _view.devicePixelRatio()).toSize());
+    _controller.backdrop()->prepare((QSizeF(_view.size()) * _view.devicePixelRatio()).toSize());
     _viewModel.start();
     load();
 

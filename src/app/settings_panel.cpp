@@ -203,6 +203,7 @@ QVariantMap SettingsPanel::privacy() const {
 void SettingsPanel::show() {
     _sections = {grid(),
                  section(tr("Appearance"), {row(QStringLiteral("appearance"), tr("Sheets and menus")),
+                                            row(QStringLiteral("background"), tr("Background")),
                                             row(QStringLiteral("reducesMotion"), tr("Reduce motion"))}),
                  opening(),
                  folders(),

@@ -1,5 +1,7 @@
 #include "app/tile_art.h"
 
+#include "app/backdrop_art.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -342,69 +344,6 @@ QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size) {
             tiles[slot].scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     }
     return page;
-}
-
-QImage backdropArt(QSize size) {
-    struct Glow {
-        float x, y, radius; ///< of the width and height
-        float red, green, blue;
-    };
-    constexpr std::array glows{
-        Glow{0.12f, 0.05f, 0.55f, 34, 52, 112}, Glow{0.88f, 0.18f, 0.50f, 74, 32, 98},
-        Glow{0.72f, 0.95f, 0.60f, 12, 70, 96},  Glow{0.20f, 0.98f, 0.45f, 46, 22, 74},
-        Glow{0.50f, 0.45f, 0.40f, 14, 20, 46},
-    };
-    if (size.isEmpty())
-        return {};
-
-    // The light is smooth: it is worked out at few points and laid between them.
-    constexpr int step = 16;
-    const auto columns = static_cast<std::size_t>(size.width()) / step + 2;
-    const auto rows = static_cast<std::size_t>(size.height()) / step + 2;
-    const auto width = static_cast<float>(size.width());
-    const auto height = static_cast<float>(size.height());
-    using Light = std::array<float, 3>;
-    std::vector<Light> lights(columns * rows);
-    for (std::size_t row = 0; row < rows; ++row) {
-        for (std::size_t column = 0; column < columns; ++column) {
-            Light& light = lights[row * columns + column];
-            light = {13, 15, 27};
-            for (const Glow& glow : glows) {
-                const float x = (static_cast<float>(column * step) / width - glow.x) / glow.radius;
-                const float y = (static_cast<float>(row * step) / height - glow.y) / glow.radius;
-                const float strength = std::exp(-2.2f * (x * x + y * y));
-                light[0] += strength * glow.red;
-                light[1] += strength * glow.green;
-                light[2] += strength * glow.blue;
-            }
-        }
-    }
-
-    QImage image(size, QImage::Format_RGB32);
-    std::uint32_t noise = 0x9e3779b9;
-    for (int y = 0; y < size.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        const float down = static_cast<float>(y % step) / step;
-        const Light* above = &lights[static_cast<std::size_t>(y / step) * columns];
-        const Light* below = above + columns;
-        for (int left = 0; left < size.width(); left += step, ++above, ++below) {
-            Light light;
-            Light change;
-            for (std::size_t c = 0; c < 3; ++c) {
-                light[c] = above[0][c] + (below[0][c] - above[0][c]) * down;
-                change[c] = (above[1][c] + (below[1][c] - above[1][c]) * down - light[c]) / step;
-            }
-            for (int x = left; x < std::min(left + step, size.width()); ++x) {
-                noise = noise * 1664525u + 1013904223u;
-                const float dither = static_cast<float>(noise >> 8) / static_cast<float>(1u << 24);
-                line[x] = qRgb(static_cast<int>(light[0] + dither), static_cast<int>(light[1] + dither),
-                               static_cast<int>(light[2] + dither));
-                for (std::size_t c = 0; c < 3; ++c)
-                    light[c] += change[c];
-            }
-        }
-    }
-    return image;
 }
 
 } // namespace tessellar

@@ -26,7 +26,4 @@ QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, 
 /// A page of the grid in small.
 QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size);
 
-/// The night sky behind the tiles, dithered: a gradient of eight bits shows bands on a large screen.
-QImage backdropArt(QSize size);
-
 } // namespace tessellar

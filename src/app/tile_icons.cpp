@@ -4,8 +4,7 @@
 
 namespace tessellar {
 
-TileIcons::TileIcons(const FileSystem& files, WorkerPool& workers)
-    : _loader(files, workers), _workers(workers) {
+TileIcons::TileIcons(const FileSystem& files, WorkerPool& workers) : _loader(files, workers) {
     _loader.setReady([this](const QString& appKey) { Q_EMIT ready(appKey); });
 }
 
@@ -24,18 +23,6 @@ QImage TileIcons::smartFolder(const QStringList& appKeys, const QString& symbolN
     for (const QString& key : appKeys)
         contents.append(icon(key));
     return smartFolderArt(contents, symbolName, side);
-}
-
-QImage TileIcons::backdrop(QSize size) {
-    if (_backdrop.size() != size)
-        _backdrop = backdropArt(size);
-    return _backdrop;
-}
-
-void TileIcons::prepareBackdrop(QSize size) {
-    _drawing = _workers.run(
-        Lane::computing, [size](std::stop_token) { return backdropArt(size); },
-        [this](QImage art) { _backdrop = std::move(art); });
 }
 
 } // namespace tessellar

@@ -24,9 +24,6 @@ public:
     QImage genericIcon() { return _loader.genericIcon(); }
     QImage folder(const QStringList& appKeys, const QString& symbolName, int side);
     QImage smartFolder(const QStringList& appKeys, const QString& symbolName, int side);
-    QImage backdrop(QSize size);
-    /// Begins to draw the backdrop for a window of this size on a worker.
-    void prepareBackdrop(QSize size);
 
 Q_SIGNALS:
     /// The icon of an app key has changed.
@@ -34,9 +31,6 @@ Q_SIGNALS:
 
 private:
     IconLoader _loader;
-    WorkerPool& _workers;
-    QImage _backdrop;
-    Task _drawing;
 };
 
 } // namespace tessellar

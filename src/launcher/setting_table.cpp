@@ -74,6 +74,14 @@ QList<Setting> makeTable() {
                     {QStringLiteral("system"), QStringLiteral("light"), QStringLiteral("dark")}),
                 .titles = {QStringLiteral("As the system"), QStringLiteral("Light"),
                            QStringLiteral("Dark")}},
+               {.key = QStringLiteral("background"),
+                .kind = Kind::choice,
+                .usual = QStringLiteral("desktopPicture"),
+                .sentence =
+                    QStringLiteral("What lies behind the tiles: the desktop's picture, blurred, "
+                                   "or the launcher's own"),
+                .choices = choices({QStringLiteral("desktopPicture"), QStringLiteral("own")}),
+                .titles = {QStringLiteral("Desktop picture"), QStringLiteral("Plain")}},
                {.key = QStringLiteral("reducesMotion"),
                 .kind = Kind::boolean,
                 .usual = false,

@@ -63,7 +63,8 @@ FocusScope {
 
     BackdropItem {
         anchors.fill: parent
-        icons: root.launcher.icons
+        backdrop: root.launcher.backdrop
+        isDark: !Theme.isLight
     }
 
     // The tiles and what belongs to them. Under a sheet or an alert they are only looked at.

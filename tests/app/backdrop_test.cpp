@@ -1,0 +1,116 @@
+#include "app/backdrop.h"
+
+#include "app/backdrop_art.h"
+#include "support/test_machine.h"
+
+#include <QBuffer>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace tessellar::test {
+namespace {
+
+QByteArray png(const QBrush& brush) {
+    QImage image(900, 600, QImage::Format_RGB32);
+    QPainter painter(&image);
+    painter.fillRect(image.rect(), brush);
+    painter.end();
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "png");
+    return buffer.data();
+}
+
+double lightOf(QColor colour) {
+    const auto linear = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+double leastContrast(const QImage& backdrop) {
+    constexpr double opacity = 0xf5 / 255.0; // of a label's white
+    double least = 21;
+    for (int y = 0; y < backdrop.height(); y += 7) {
+        for (int x = 0; x < backdrop.width(); x += 7) {
+            const QColor behind = backdrop.pixelColor(x, y);
+            const auto over = [&](float channel) { return opacity + (1 - opacity) * double(channel); };
+            const QColor label = QColor::fromRgbF(
+                float(over(behind.redF())), float(over(behind.greenF())), float(over(behind.blueF())));
+            least = std::min(least, (lightOf(label) + 0.05) / (lightOf(behind) + 0.05));
+        }
+    }
+    return least;
+}
+
+TEST(BackdropArt, LabelsStandOutFromEveryPicture) {
+    QLinearGradient sunrise(0, 0, 900, 600);
+    sunrise.setColorAt(0, Qt::black);
+    sunrise.setColorAt(0.5, Qt::yellow);
+    sunrise.setColorAt(1, Qt::white);
+    for (const QBrush& brush : {QBrush(Qt::white), QBrush(Qt::cyan), QBrush(sunrise)}) {
+        const QImage blurred = blurredPicture(png(brush));
+        for (const bool isDark : {false, true})
+            for (const QSize size : {QSize(800, 500), QSize(300, 900)}) {
+                const QImage backdrop = pictureBackdrop(blurred, size, isDark);
+                EXPECT_EQ(backdrop.size(), size);
+                EXPECT_GE(leastContrast(backdrop), isDark ? 6 : 4.5);
+            }
+    }
+    EXPECT_GE(leastContrast(backdropArt({800, 500})), 4.5);
+    EXPECT_TRUE(blurredPicture("no picture").isNull());
+}
+
+TEST(BackdropTest, FollowsTheDesktopsPictureAndKeepsItBlurred) {
+    TestMachine mac;
+    const QString picture = u"/Users/ada/lake.png"_qs;
+    const QString kept = mac.machine.places.applicationFolder() + u"/Backdrop.png"_qs;
+    mac.write(u"/Users/ada/.config/plasma-org.kde.plasma.desktop-appletsrc"_qs,
+              "Image=/Users/ada/lake.png\n");
+    const auto middle = [&](Backdrop& backdrop) {
+        mac.settle();
+        (void)backdrop.image({64, 40}, true);
+        mac.settle();
+        return backdrop.image({64, 40}, true).pixelColor(32, 20);
+    };
+    Backdrop backdrop(mac.machine);
+    backdrop.prepare({64, 40});
+    const QColor own = middle(backdrop);
+
+    mac.write(picture, png(Qt::green));
+    backdrop.look();
+    const QColor green = middle(backdrop);
+    EXPECT_GT(green.green(), 2 * green.blue());
+    EXPECT_TRUE(mac.exists(kept));
+
+    // At the next start it is there before anybody has asked for the picture.
+    Backdrop second(mac.machine);
+    QColor first;
+    QObject::connect(&second, &Backdrop::changed, &second, [&] {
+        if (!first.isValid())
+            first = second.image({64, 40}, true).pixelColor(32, 20);
+    });
+    second.prepare({64, 40});
+    EXPECT_EQ(middle(second), green);
+    EXPECT_EQ(first, green);
+
+    mac.write(picture, png(Qt::red));
+    second.look();
+    EXPECT_GT(middle(second).red(), 100);
+    (void)mac.machine.settings.set(u"background"_qs, u"own"_qs);
+    second.applySettings();
+    EXPECT_EQ(middle(second), own);
+    (void)mac.machine.settings.set(u"background"_qs, QJsonValue());
+    mac.write(picture, "no picture any more");
+    second.applySettings();
+    EXPECT_EQ(middle(second), own);
+}
+
+} // namespace
+} // namespace tessellar::test
