@@ -22,12 +22,16 @@ struct KeyChord {
 /// modifier that is no function key: no program could be typed into any more.
 std::optional<KeyChord> keyChord(const QString& text);
 
+/// The lower-case letter or the digit that a US layout has on a key; 0 for any other key.
+char keyCharacter(unsigned keyCode);
+
 /// A key that calls back whichever program has the focus. Destroying it gives the key back.
 ///
 /// On a Mac through Carbon's hot keys, which need no permission: an event tap would ask for the right
-/// to watch every key, and there is no tool. Unproven: compiled against declarations, never run.
-/// Elsewhere there are none: desktops keep such keys themselves, and a shortcut of theirs can run
-/// `tessellarctl show`.
+/// to watch every key, and there is no tool. Unproven: compiled against declarations, never run. With
+/// X11 the server sends the key to who grabbed it; command is its Super key, option is Alt. Elsewhere
+/// there are none: those desktops keep such keys themselves, and a shortcut of theirs can run
+/// `tessellarctl toggle`.
 class HotKey {
 public:
     virtual ~HotKey() = default;

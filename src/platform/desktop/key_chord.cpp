@@ -43,6 +43,12 @@ std::optional<unsigned> find(std::span<const Named> table, const QString& name) 
 
 } // namespace
 
+char keyCharacter(unsigned keyCode) {
+    const auto* found = std::ranges::find_if(
+        keys, [&](const Named& key) { return key.value == keyCode && key.name[1] == 0; });
+    return found == std::end(keys) ? '\0' : found->name[0];
+}
+
 std::optional<KeyChord> keyChord(const QString& text) {
     QStringList names = text.toLower().split(u'+');
     const QString key = names.takeLast().trimmed();

@@ -12,7 +12,8 @@ namespace tessellar {
 ///
 /// On a Mac through an event monitor for movements of the mouse, which needs no permission and, unlike
 /// asking by a timer, costs nothing while the pointer rests. Unproven: compiled against declarations,
-/// never run. Elsewhere there is none: desktops have corners of their own.
+/// never run. With X11 through the raw movements that its input extension reports. Elsewhere there is
+/// none: those desktops have corners of their own.
 class PointerWatch {
 public:
     virtual ~PointerWatch() = default;
