@@ -114,7 +114,7 @@ void ArrangementsPanel::restore(const QString& text) {
 }
 
 void ArrangementsPanel::openMenu(const QString& id, QPointF point) {
-    _id = QUuid::fromString(id);
+    _subject = QUuid::fromString(id);
     _menu.open({{.id = QStringLiteral("rename"), .title = tr("Rename…")},
                 {.id = QStringLiteral("replace"), .title = tr("Replace with the Current One…")},
                 {.id = QStringLiteral("export"), .title = tr("Export…")},
@@ -125,18 +125,18 @@ void ArrangementsPanel::openMenu(const QString& id, QPointF point) {
 
 void ArrangementsPanel::choose(const QString& entry) {
     const auto mode = _viewModel.shown().mode();
-    const QString name = nameOf(_id);
+    const QString name = nameOf(_subject);
     if (entry == u"replace")
         ask(tr("Replace “%1”?").arg(name),
             tr("The current arrangement is saved under this name. The current launcher layout will not "
                "change."),
-            tr("Replace"), true, [this, mode, id = _id] { shelf().replace(mode, id, reporting()); });
+            tr("Replace"), true, [this, mode, id = _subject] { shelf().replace(mode, id, reporting()); });
     else if (entry == u"delete")
         ask(tr("Delete “%1”?").arg(name),
             tr("This saved arrangement will be removed. The current launcher layout will not change."),
-            tr("Delete"), true, [this, mode, id = _id] { shelf().remove(mode, id, reporting()); });
+            tr("Delete"), true, [this, mode, id = _subject] { shelf().remove(mode, id, reporting()); });
     else
-        begin(entry, _id);
+        begin(entry, _subject);
 }
 
 void ArrangementsPanel::undo() {
@@ -153,7 +153,7 @@ void ArrangementsPanel::redo() {
 
 void ArrangementsPanel::begin(const QString& task, const QUuid& id) {
     _task = task;
-    _id = id;
+    _subject = id;
     setIssue({});
     Q_EMIT taskChanged();
 }
@@ -167,9 +167,9 @@ bool ArrangementsPanel::endTask() {
 
 QString ArrangementsPanel::prompt() const {
     if (_task == u"rename")
-        return tr("New name of “%1”").arg(nameOf(_id));
+        return tr("New name of “%1”").arg(nameOf(_subject));
     if (_task == u"export")
-        return tr("Where “%1” is copied to").arg(nameOf(_id));
+        return tr("Where “%1” is copied to").arg(nameOf(_subject));
     if (_task == u"import")
         return tr("Path of a file that was exported; it can be dropped here, too");
     return tr("Name this arrangement so it can be restored later.");
@@ -177,9 +177,9 @@ QString ArrangementsPanel::prompt() const {
 
 QString ArrangementsPanel::suggestion() const {
     if (_task == u"rename")
-        return nameOf(_id);
+        return nameOf(_subject);
     if (_task == u"export")
-        return QStringLiteral("~/") + nameOf(_id).replace(u'/', u'-') + fileExtension;
+        return QStringLiteral("~/") + nameOf(_subject).replace(u'/', u'-') + fileExtension;
     return {};
 }
 
@@ -203,12 +203,12 @@ void ArrangementsPanel::finish(const QString& text) {
     if (_task == u"save")
         return shelf().save(mode, text, reporting());
     if (_task == u"rename")
-        return shelf().rename(mode, _id, text, reporting());
+        return shelf().rename(mode, _subject, text, reporting());
     const auto named = file(text.trimmed());
     if (!named)
         return setIssue(tr("Give the whole path, beginning with “/” or “~/”."));
     if (_task == u"export")
-        shelf().exportTo(mode, _id, *named->files, named->path, reporting());
+        shelf().exportTo(mode, _subject, *named->files, named->path, reporting());
     else
         shelf().importFrom(mode, *named->files, named->path, reporting());
 }

@@ -87,7 +87,7 @@ private:
     QVariantList _rows;
     bool _isLooking = false;
     QString _task = QStringLiteral("save");
-    QUuid _id; ///< that the field or the menu is about
+    QUuid _subject; ///< that the field or the menu is about
     QString _issue;
     MenuModel _menu;
     Lifetime _lifetime;

@@ -95,7 +95,20 @@ void LauncherWindow::load() {
     _view.setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Tessellar/qml/Main.qml")));
 }
 
+/// The one with the place where the user left the window, or else the pointer.
+QScreen* LauncherWindow::wantedScreen() const {
+    const auto left = _settings.integer(QStringLiteral("window.left"));
+    const auto top = _settings.integer(QStringLiteral("window.top"));
+    if (_controller.isWindowed() && left && top)
+        if (QScreen* known =
+                QGuiApplication::screenAt({static_cast<int>(*left), static_cast<int>(*top)}))
+            return known;
+    return QGuiApplication::screenAt(QCursor::pos());
+}
+
 void LauncherWindow::fitToScreen() {
+    if (QScreen* wanted = _view.isVisible() ? nullptr : wantedScreen(); wanted && _screen.isEmpty())
+        _view.setScreen(wanted);
     const QScreen* screen = _view.screen();
     const QRect area = !_screen.isEmpty() ? QRect({}, _screen)
                        : screen           ? screen->geometry()
@@ -139,6 +152,8 @@ void LauncherWindow::remember() {
 void LauncherWindow::show() {
     _leaving.cancel();
     setAway(false);
+    if (!_view.isVisible() && wantedScreen() && wantedScreen() != _view.screen())
+        fitToScreen();
     if (_controller.isWindowed() || !_screen.isEmpty())
         _view.show();
     else

@@ -58,6 +58,7 @@ protected:
 
 private:
     void load();
+    QScreen* wantedScreen() const;
     void fitToScreen();
     void remember();
     bool commitNameBeside(QEvent* event);

@@ -10,6 +10,8 @@
 #include "platform/desktop/hot_key.h"
 #include "updates/app_update_settings.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QLocale>
 #include <QPointer>
@@ -26,6 +28,8 @@ using Discovery = AppDiscoverySettings;
 const QString folderPrefix = QStringLiteral("folder:");
 const QString addedFolder = QStringLiteral("addFolder");
 const QString loginKey = QStringLiteral("launchAtLogin");
+const QString copyKey = QStringLiteral("copyToggleCommand");
+const QString toggleCommand = QStringLiteral("tessellarctl toggle");
 const QString usageKey = QStringLiteral("forgetUsage");
 const QString skippedKey = QStringLiteral("skippedUpdates");
 
@@ -178,9 +182,14 @@ QVariantMap SettingsPanel::opening() const {
     if (HotKey::areAvailable())
         rows.append(row(QStringLiteral("summon.hotKey"), tr("Shortcut")));
     else
-        rows.append(
-            note(tr("A shortcut of your desktop that runs “tessellarctl toggle” shows the launcher "
-                    "from anywhere.")));
+        rows.append(QVariantMap{
+            {QStringLiteral("key"), copyKey},
+            {QStringLiteral("kind"), QStringLiteral("action")},
+            {QStringLiteral("title"), tr("Shortcut")},
+            {QStringLiteral("text"), tr("A shortcut of your desktop that runs “%1” shows the launcher "
+                                        "from anywhere.")
+                                         .arg(toggleCommand)},
+            {QStringLiteral("action"), tr("Copy Command")}});
     rows.append(row(QStringLiteral("summon.hotCorner"), tr("Hot corner")));
     return section(tr("Opening"), rows);
 }
@@ -295,6 +304,8 @@ void SettingsPanel::setFolders(const QStringList& folders) {
 void SettingsPanel::act(const QString& key) {
     if (key == usageKey)
         return askToForgetUsage();
+    if (key == copyKey)
+        return QGuiApplication::clipboard()->setText(toggleCommand);
     if (key == skippedKey)
         return Q_EMIT updatesWanted();
     if (!key.startsWith(folderPrefix))

@@ -2,6 +2,9 @@
 #include "launcher/installed_applications.h"
 #include "launcher_fixture.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 namespace tessellar::test {
 namespace {
 
@@ -87,6 +90,8 @@ TEST_F(SettingsSheetTest, WhatCannotBeIsSaidAndNotStored) {
     panel().choose(u"appearance"_s, 1);
     EXPECT_EQ(launcher().appearance(), u"light");
     EXPECT_TRUE(panel().issue().isEmpty());
+    panel().act(u"copyToggleCommand"_s); // where the desktop keeps keys to itself
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"tessellarctl toggle");
     bool isOn = false;
     panel().setLoginItem({.isOn = [&] { return isOn; },
                           .set = [&](bool on) -> std::expected<void, QString> {
