@@ -4,7 +4,9 @@
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/library_watch.h"
+#include "launcher/release_notes.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/version.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -171,10 +173,14 @@ void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
     });
 }
 
-void LauncherWindow::welcome() {
-    const auto offer = [this] {
+void LauncherWindow::welcome(const QString& changelog) {
+    const auto offer = [this, changelog] {
+        const QString news =
+            newsAfterUpdate(_settings, changelog, QString::fromStdString(versionNumber()));
         if (_viewModel.isFirstRun())
             _controller.openArranging(true);
+        else if (!news.isEmpty())
+            _controller.sheets()->openNews(news);
     };
     if (_viewModel.isBootstrapped())
         offer();

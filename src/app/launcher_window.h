@@ -29,8 +29,9 @@ public:
     void hide();
     /// Hides it and says so, as the user does.
     void close();
-    /// Offers ways to arrange what is installed, where there was no arrangement before.
-    void welcome();
+    /// Offers ways to arrange what is installed, where there was no arrangement before; after an update
+    /// of the launcher itself says what is new, as its changelog has it.
+    void welcome(const QString& changelog);
     /// From now on it fades when it closes, and when it is shown again.
     void fadeWhenClosed() { _fades = true; }
     /// Follows the language and region of the system's settings.

@@ -154,6 +154,11 @@ bool showRunning(RemoteExecutor& running) {
     return isShown;
 }
 
+QString changelog() {
+    QFile file(QStringLiteral(":/CHANGELOG.md"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
 /// The tile of the arrangement that has this label, or nothing.
 QString tileLabelled(LauncherWindow& window, const QString& label) {
     for (const Page& page : window.viewModel().shown().pages())
@@ -239,7 +244,7 @@ int run(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     window.fadeWhenClosed();
     if (!isForShow)
-        window.welcome();
+        window.welcome(changelog());
     const bool isHidden = arguments->isHidden && !isForShow;
     if (isHidden)
         updates.startSchedule();

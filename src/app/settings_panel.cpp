@@ -163,6 +163,13 @@ QVariantMap SettingsPanel::folders() const {
                                     : tr("%1 applications").arg(QLocale().toString(qint64(count)))},
                         {QStringLiteral("action"), added.contains(path) ? tr("Remove") : QString()}});
     }
+    QStringList incomplete;
+    for (const auto& bundle : _viewModel.applications().scan().incompleteBundles)
+        incomplete.append(bundle.path);
+    if (!incomplete.isEmpty())
+        rows.append(note(tr("Left out, because they are incomplete: %1")
+                             .arg(incomplete.mid(0, 5).join(QStringLiteral(", ")) +
+                                  (incomplete.size() > 5 ? QStringLiteral(", …") : QString()))));
     rows.append(QVariantMap{{QStringLiteral("key"), addedFolder},
                             {QStringLiteral("kind"), QStringLiteral("field")},
                             {QStringLiteral("title"), tr("Add a folder")},

@@ -13,6 +13,11 @@ void Sheets::open(const QString& sheet, const AppEntry* app) {
         Q_EMIT changed();
 }
 
+void Sheets::openNews(const QString& news) {
+    _news = news;
+    open(whatIsNew);
+}
+
 void Sheets::changeIcon(const QString& file) {
     if (!_app || file.isEmpty())
         return;

@@ -15,6 +15,7 @@ class Sheets final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(QString current READ current NOTIFY changed) ///< one of those below, or empty
+    Q_PROPERTY(QString news READ news NOTIFY changed)       ///< Markdown
     Q_PROPERTY(QString appName READ appName NOTIFY changed) ///< of the application that it is about
     /// Why what was last asked for in it was not done; empty where it was.
     Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)
@@ -26,6 +27,7 @@ public:
     static inline const QString icon = QStringLiteral("icon");
     static inline const QString information = QStringLiteral("information");
     static inline const QString keys = QStringLiteral("keys");
+    static inline const QString whatIsNew = QStringLiteral("news");
     static inline const QString pastRemovals = QStringLiteral("pastRemovals");
     static inline const QString settings = QStringLiteral("settings");
     static inline const QString smartFolder = QStringLiteral("smartFolder");
@@ -37,8 +39,11 @@ public:
     QString current() const { return _current; }
     QString appName() const { return _app ? _app->name : QString(); }
     QString issue() const { return _issue; }
+    QString news() const { return _news; }
 
     void open(const QString& sheet, const AppEntry* app = nullptr);
+    /// Says what is new in the launcher itself.
+    void openNews(const QString& news);
     Q_INVOKABLE void close() { open({}); }
     /// Gives the application of the sheet the icon in a file of the host, and closes once it has it.
     Q_INVOKABLE void changeIcon(const QString& file);
@@ -55,6 +60,7 @@ private:
     QString _current;
     std::optional<AppEntry> _app;
     QString _issue;
+    QString _news;
 };
 
 } // namespace tessellar

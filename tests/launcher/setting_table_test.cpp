@@ -1,5 +1,7 @@
 #include "launcher/setting_table.h"
 
+#include "launcher/release_notes.h"
+
 #include "discovery/app_discovery_settings.h"
 #include "model/layout_settings.h"
 #include "updates/app_update_settings.h"
@@ -73,6 +75,21 @@ TEST(SettingTable, RefusesWhatNobodyWouldRead) {
     EXPECT_EQ(store(u"appDiscovery.searchPaths"_s, QJsonArray{1}), u"outOfRange");
     EXPECT_EQ(store(u"reducesMotion"_s, 1), u"outOfRange");
     EXPECT_EQ(store(u"gridRow"_s, 4), u"unknownSetting");
+}
+
+TEST(ReleaseNotes, AreOfTheVersionsSinceTheLastOne) {
+    const QString changelog =
+        u"# Changelog\n\n## 1.10.0 (unreleased)\n\n- ten\n\n## 1.9.0\n\n- nine\n\n"
+        "## 1.8.0\n\n- eight\n"_s;
+    EXPECT_EQ(releaseNotes(changelog, u"1.8.0"_s, u"1.9.0"_s), u"## 1.9.0\n\n- nine");
+    EXPECT_EQ(releaseNotes(changelog, u"1.8.0"_s, u"1.10.0"_s),
+              u"## 1.10.0 (unreleased)\n\n- ten\n\n## 1.9.0\n\n- nine");
+    EXPECT_EQ(releaseNotes(changelog, u"1.9.0"_s, u"1.8.0"_s), QString());
+
+    test::MemorySettings settings;
+    EXPECT_EQ(newsAfterUpdate(settings, changelog, u"1.8.0"_s), QString()) << "nothing is new at first";
+    EXPECT_EQ(newsAfterUpdate(settings, changelog, u"1.9.0"_s), u"## 1.9.0\n\n- nine");
+    EXPECT_EQ(newsAfterUpdate(settings, changelog, u"1.9.0"_s), QString()) << "told once";
 }
 
 } // namespace

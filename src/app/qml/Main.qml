@@ -306,6 +306,14 @@ FocusScope {
 
     OnDemand {
         anchors.fill: parent
+        file: "NewsSheet.qml"
+        enabled: !root.launcher.alert.isOpen
+        initial: ({ launcher: root.launcher })
+        wanted: root.launcher.sheets.current === "news"
+    }
+
+    OnDemand {
+        anchors.fill: parent
         file: "KeysSheet.qml"
         enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })

@@ -1,0 +1,36 @@
+#include "launcher/release_notes.h"
+
+#include "platform/settings.h"
+
+#include <QStringList>
+#include <QVersionNumber>
+
+namespace tessellar {
+
+QString releaseNotes(const QString& changelog, const QString& last, const QString& current) {
+    const QVersionNumber from = QVersionNumber::fromString(last);
+    const QVersionNumber to = QVersionNumber::fromString(current);
+    const QString heading = QStringLiteral("## ");
+    QStringList lines;
+    bool isTold = false;
+    for (const QString& line : changelog.split(u'\n')) {
+        if (line.startsWith(heading)) {
+            const auto version = QVersionNumber::fromString(line.sliced(heading.size()).trimmed());
+            isTold = version > from && version <= to;
+        }
+        if (isTold)
+            lines.append(line);
+    }
+    return lines.join(u'\n').trimmed();
+}
+
+QString newsAfterUpdate(Settings& settings, const QString& changelog, const QString& version) {
+    const QString key = QStringLiteral("lastVersion");
+    const auto last = settings.text(key);
+    if (last == version)
+        return {};
+    (void)settings.set(key, version); // else it is told once more
+    return last ? releaseNotes(changelog, *last, version) : QString();
+}
+
+} // namespace tessellar

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+namespace tessellar {
+
+class Settings;
+
+/// What a changelog says of the versions after `last` up to `current`, newest first: its sections
+/// "## 1.2.0", as they stand. Empty where there are none, as after a step back. Pure.
+QString releaseNotes(const QString& changelog, const QString& last, const QString& current);
+
+/// What is new since the version that ran here before, which is remembered from then on. Empty at the
+/// first start.
+QString newsAfterUpdate(Settings& settings, const QString& changelog, const QString& version);
+
+} // namespace tessellar
