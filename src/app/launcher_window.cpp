@@ -6,7 +6,6 @@
 #include "launcher/library_watch.h"
 #include "launcher/release_notes.h"
 #include "launcher/smart_folder_library.h"
-#include "platform/version.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -173,10 +172,9 @@ void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
     });
 }
 
-void LauncherWindow::welcome(const QString& changelog) {
-    const auto offer = [this, changelog] {
-        const QString news =
-            newsAfterUpdate(_settings, changelog, QString::fromStdString(versionNumber()));
+void LauncherWindow::welcome(const QString& changelog, const QString& version) {
+    const auto offer = [this, changelog, version] {
+        const QString news = newsAfterUpdate(_settings, changelog, version);
         if (_viewModel.isFirstRun())
             _controller.openArranging(true);
         else if (!news.isEmpty())

@@ -31,7 +31,7 @@ public:
     void close();
     /// Offers ways to arrange what is installed, where there was no arrangement before; after an update
     /// of the launcher itself says what is new, as its changelog has it.
-    void welcome(const QString& changelog);
+    void welcome(const QString& changelog, const QString& version);
     /// From now on it fades when it closes, and when it is shown again.
     void fadeWhenClosed() { _fades = true; }
     /// Follows the language and region of the system's settings.

@@ -244,7 +244,7 @@ int run(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     window.fadeWhenClosed();
     if (!isForShow)
-        window.welcome(changelog());
+        window.welcome(changelog(), QString::fromStdString(versionNumber()));
     const bool isHidden = arguments->isHidden && !isForShow;
     if (isHidden)
         updates.startSchedule();

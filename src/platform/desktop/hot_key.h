@@ -29,9 +29,9 @@ char keyCharacter(unsigned keyCode);
 ///
 /// On a Mac through Carbon's hot keys, which need no permission: an event tap would ask for the right
 /// to watch every key, and there is no tool. Unproven: compiled against declarations, never run. With
-/// X11 the server sends the key to who grabbed it; command is its Super key, option is Alt. Elsewhere
-/// there are none: those desktops keep such keys themselves, and a shortcut of theirs can run
-/// `tessellarctl toggle`.
+/// X11 the server sends the key to who grabbed it; command is its Super key, option is Alt. With
+/// Wayland the desktop's portal is asked, and its user decides. Where there is none, a shortcut of the
+/// desktop's own can run `tessellarctl toggle`.
 class HotKey {
 public:
     virtual ~HotKey() = default;

@@ -1,10 +1,9 @@
-#include "platform/desktop/hot_key.h"
+#include "platform/desktop/x11/x11_hot_key.h"
 
+#include "platform/desktop/key_symbols.h"
 #include "platform/desktop/x11/x11_session.h"
 
 #include <xcb/xcb_keysyms.h>
-
-#include <X11/keysym.h>
 
 #include <algorithm>
 #include <array>
@@ -16,26 +15,6 @@ namespace {
 
 template <typename T>
 using Freed = std::unique_ptr<T, decltype(&std::free)>;
-
-/// What keys that are not letters or digits are called here, by the number that a Mac has for them.
-struct SpecialKey {
-    unsigned code;
-    xcb_keysym_t symbol;
-};
-constexpr SpecialKey specialKeys[] = {
-    {49, XK_space}, {48, XK_Tab},    {36, XK_Return}, {53, XK_Escape}, {51, XK_BackSpace},
-    {123, XK_Left}, {124, XK_Right}, {125, XK_Down},  {126, XK_Up},    {122, XK_F1},
-    {120, XK_F2},   {99, XK_F3},     {118, XK_F4},    {96, XK_F5},     {97, XK_F6},
-    {98, XK_F7},    {100, XK_F8},    {101, XK_F9},    {109, XK_F10},   {103, XK_F11},
-    {111, XK_F12},  {105, XK_F13},   {107, XK_F14},   {113, XK_F15},
-};
-
-std::optional<xcb_keysym_t> keysym(unsigned keyCode) {
-    if (const char name = keyCharacter(keyCode))
-        return static_cast<xcb_keysym_t>(name); // letters and digits are numbered as in Latin-1
-    const auto* found = std::ranges::find(specialKeys, keyCode, &SpecialKey::code);
-    return found == std::end(specialKeys) ? std::nullopt : std::optional(found->symbol);
-}
 
 std::uint16_t modifierMask(unsigned modifiers) {
     unsigned mask = 0;
@@ -122,19 +101,15 @@ std::vector<xcb_keycode_t> codesOf(xcb_connection_t* connection, xcb_keysym_t ke
 
 } // namespace
 
-bool HotKey::areAvailable() { return x11Connection() != nullptr; }
-
-std::unique_ptr<HotKey> HotKey::make(KeyChord chord, std::function<void()> pressed) {
+std::unique_ptr<HotKey> makeX11HotKey(KeyChord chord, std::function<void()> pressed) {
     xcb_connection_t* connection = x11Connection();
-    const auto symbol = keysym(chord.keyCode);
-    if (!connection || !symbol)
-        return nullptr;
-    auto codes = codesOf(connection, *symbol);
+    const auto key = keySymbol(chord.keyCode);
+    auto codes = connection && key ? codesOf(connection, key->symbol) : std::vector<xcb_keycode_t>();
     if (codes.empty())
         return nullptr;
-    auto key = std::make_unique<X11HotKey>(connection, std::move(codes), modifierMask(chord.modifiers),
-                                           std::move(pressed));
-    return key->grab() ? std::move(key) : nullptr;
+    auto hotKey = std::make_unique<X11HotKey>(connection, std::move(codes),
+                                              modifierMask(chord.modifiers), std::move(pressed));
+    return hotKey->grab() ? std::move(hotKey) : nullptr;
 }
 
 } // namespace tessellar

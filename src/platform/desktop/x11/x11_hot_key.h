@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/desktop/hot_key.h"
+
+namespace tessellar {
+
+/// A key that the X server sends to this program, whichever window has the focus.
+std::unique_ptr<HotKey> makeX11HotKey(KeyChord chord, std::function<void()> pressed);
+
+} // namespace tessellar
