@@ -1,5 +1,6 @@
 #include "app/arrangements_panel.h"
 
+#include "app/counts_text.h"
 #include "app/icon_wishes.h"
 #include "app/image_item.h"
 #include "launcher/date_text.h"
@@ -52,22 +53,14 @@ void ArrangementsPanel::refresh() {
                  _lifetime.guard([this](const QList<ListedArrangement>& all) { show(all); }));
 }
 
-static QString counted(int count, const QString& one, const QString& many) {
-    return count == 1 ? one : many.arg(count);
-}
-
 void ArrangementsPanel::show(const QList<ListedArrangement>& all) {
     _isLooking = false;
     _all = all;
     _rows.clear();
     for (const ListedArrangement& arrangement : all) {
         const ArrangementSummary& summary = arrangement.summary;
-        QStringList counts{counted(summary.appCount, tr("1 application"), tr("%1 applications"))};
-        if (summary.folderCount > 0)
-            counts.append(counted(summary.folderCount, tr("1 folder"), tr("%1 folders")));
-        counts.append(counted(summary.pageCount, tr("1 page"), tr("%1 pages")));
         const QStringList text{dateText(summary.createdAt, _machine.locale),
-                               counts.join(QStringLiteral(", "))};
+                               countsText(summary.appCount, summary.folderCount, summary.pageCount)};
         const GridGeometry shown = pageGeometry(_viewModel.shown().settings());
         _rows.append(QVariantMap{
             {QStringLiteral("id"), toText(summary.id)},

@@ -1,8 +1,10 @@
 #include "app/backups_panel.h"
 
+#include "app/counts_text.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"
+#include "platform/texts.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -19,26 +21,15 @@ static QString reasonText(const QString& reason) {
         const char* text;
     };
     static constexpr std::array rows{
-        Row{"reset", "Before the layout was reset"},
-        Row{"arrangement-restore", "Before an arrangement was restored"},
-        Row{"backup-restore", "Before a backup was restored"},
-        Row{"legacy-launchpad-import", "Before the old Launchpad was imported"},
-        Row{"changed-by-another-program", "Written by another program"}};
+        Row{"reset", Texts::noop("Before the layout was reset")},
+        Row{"arrangement-restore", Texts::noop("Before an arrangement was restored")},
+        Row{"backup-restore", Texts::noop("Before a backup was restored")},
+        Row{"legacy-launchpad-import", Texts::noop("Before the old Launchpad was imported")},
+        Row{"changed-by-another-program", Texts::noop("Written by another program")}};
     for (const Row& row : rows)
         if (reason == QLatin1StringView(row.reason))
-            return QLatin1StringView(row.text);
+            return Texts::tr(row.text);
     return reason.left(100);
-}
-
-static QString counted(int count, const QString& one) {
-    return QStringLiteral("%1 %2%3").arg(count).arg(one, count == 1 ? QString() : QStringLiteral("s"));
-}
-
-static QStringList counts(const BackupSummary& backup) {
-    QStringList all{counted(backup.appCount, QStringLiteral("application"))};
-    if (backup.folderCount > 0)
-        all.append(counted(backup.folderCount, QStringLiteral("folder")));
-    return all + QStringList(counted(backup.pageCount, QStringLiteral("page")));
 }
 
 QString BackupsPanel::summary() const {
@@ -67,8 +58,9 @@ void BackupsPanel::show(const QList<BackupSummary>& all) {
         _backups.append(
             QVariantMap{{QStringLiteral("name"), backup.name},
                         {QStringLiteral("title"), locale.toString(date, QLocale::ShortFormat)},
-                        {QStringLiteral("text"), reasonText(backup.reason) + QStringLiteral(" · ") +
-                                                     counts(backup).join(QStringLiteral(", "))}});
+                        {QStringLiteral("text"),
+                         reasonText(backup.reason) + QStringLiteral(" · ") +
+                             countsText(backup.appCount, backup.folderCount, backup.pageCount)}});
     }
     Q_EMIT changed();
 }
@@ -80,12 +72,12 @@ void BackupsPanel::restore(const QString& name) {
     if (backup == _backups.cend())
         return;
     _viewModel.messages().ask(
-        {.title = QStringLiteral("Restore the backup of %1?")
-                      .arg(backup->toMap()[QStringLiteral("title")].toString()),
-         .text = QStringLiteral(
+        {.title =
+             tr("Restore the backup of %1?").arg(backup->toMap()[QStringLiteral("title")].toString()),
+         .text = tr(
              "The current arrangement will be backed up first. Apps that are no longer installed will "
              "be removed, and newly installed apps will be placed on new pages at the end."),
-         .accept = QStringLiteral("Restore")},
+         .accept = tr("Restore")},
         [&viewModel = _viewModel, mode = _viewModel.shown().mode(), name](bool accepted) {
             if (accepted)
                 viewModel.archive().restoreBackup(mode, name,

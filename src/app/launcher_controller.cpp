@@ -9,11 +9,13 @@
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/live_layout.h"
+#include "launcher/setting_table.h"
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
 #include "platform/uuid_source.h"
 
 #include <QClipboard>
+#include <QFontInfo>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -312,6 +314,16 @@ bool LauncherController::isSelected(const QUuid& tile) const {
 
 QString LauncherController::appearance() const {
     return _machine.settings.text(QStringLiteral("appearance")).value_or(QStringLiteral("system"));
+}
+
+double LauncherController::textScale() const {
+    const Setting& setting = *settingNamed(QStringLiteral("textScale"));
+    const QJsonValue set = settingNow(_machine.settings, setting);
+    if (set.isDouble())
+        return set.toDouble();
+    // Desktops differ by some points; somebody who wants large text has made theirs larger than that.
+    const int pixels = QFontInfo(QGuiApplication::font()).pixelSize();
+    return pixels <= 16 ? 1 : std::min(pixels / 14.0, setting.high);
 }
 
 bool LauncherController::reducesMotion() const {

@@ -50,6 +50,8 @@ class LauncherController final : public QObject {
     /// "light", "dark", or anything else for what the system has.
     Q_PROPERTY(QString appearance READ appearance NOTIFY appearanceChanged)
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY appearanceChanged)
+    /// Of the usual size.
+    Q_PROPERTY(double textScale READ textScale NOTIFY appearanceChanged)
 
     Q_PROPERTY(tessellar::GridModel* grid READ grid CONSTANT)
     Q_PROPERTY(tessellar::OpenFolder* folder READ folder CONSTANT)
@@ -88,6 +90,7 @@ public:
     Backdrop* backdrop() { return &_backdrop; }
     QString appearance() const;
     bool reducesMotion() const;
+    double textScale() const;
     GridModel* grid() { return &_grid; }
     OpenFolder* folder() { return &_folder; }
     TileSearch* search() { return &_search; }

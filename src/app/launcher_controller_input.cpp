@@ -7,6 +7,8 @@
 #include "launcher/live_layout.h"
 #include "platform/uuid_source.h"
 
+#include <QGuiApplication>
+
 #include <algorithm>
 
 namespace tessellar {
@@ -141,7 +143,15 @@ void LauncherController::escape() {
         Q_EMIT closeRequested();
 }
 
+/// Where everything is drawn from right to left, the key that points to the next has the other arrow.
+static int inReadingOrder(int key) {
+    if (!QGuiApplication::isRightToLeft())
+        return key;
+    return key == Qt::Key_Left ? Qt::Key_Right : key == Qt::Key_Right ? Qt::Key_Left : key;
+}
+
 bool LauncherController::pressKey(int key, int modifiers, const QString& text) {
+    key = inReadingOrder(key);
     for (MenuModel* menu : menus()) {
         if (menu->isOpen()) {
             menu->pressKey(key, modifiers & Qt::ControlModifier ? QString() : text);

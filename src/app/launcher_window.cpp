@@ -91,6 +91,8 @@ LauncherWindow::~LauncherWindow() {
     _view.setSource({});
 }
 
+void LauncherWindow::retranslate() { _view.engine()->retranslate(); }
+
 void LauncherWindow::load() {
     _view.setInitialProperties({{QStringLiteral("launcher"), QVariant::fromValue(&_controller)}});
     _view.setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Tessellar/qml/Main.qml")));

@@ -34,6 +34,8 @@ public:
     void welcome(const QString& changelog, const QString& version);
     /// From now on it fades when it closes, and when it is shown again.
     void fadeWhenClosed() { _fades = true; }
+    /// Shows everything in the language that texts are given in now.
+    void retranslate();
     /// Follows the language and region of the system's settings.
     void followSystemLocale();
     /// What depends on the day is looked at again when the clock leaps.

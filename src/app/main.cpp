@@ -1,6 +1,7 @@
 #include "app/launcher_window.h"
 #include "app/summons.h"
 
+#include "launcher/language.h"
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_updates.h"
 
@@ -10,6 +11,7 @@
 #include "platform/host_machine.h"
 #include "platform/host_traits.h"
 #include "platform/interruption.h"
+#include "platform/texts.h"
 #include "platform/version.h"
 
 #include <QDir>
@@ -57,7 +59,7 @@ std::string manual(const CLI::App& app, const std::string& form) {
 
 /// Nothing when the program is to end with `status`.
 std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
-    CLI::App app{"Shows the installed applications as pages of tiles.", "tessellar"};
+    CLI::App app{Texts::noop("Shows the installed applications as pages of tiles."), "tessellar"};
     std::string root;
     std::string home;
     std::string mode;
@@ -67,35 +69,49 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     Arguments arguments;
     arguments.usesHardware = hasReliableGraphics();
     arguments.isResident = staysWithoutWindow();
-    app.add_option("--root", root,
-                   "A folder that holds a Mac's layout, to run on instead of this machine");
-    app.add_option("--home", home, "The user's home, under the root");
-    app.add_option("--mode", mode, "fullScreen or windowed; without, as it was last")
+    app.add_option(
+        "--root", root,
+        Texts::noop("A folder that holds a Mac's layout, to run on instead of this machine"));
+    app.add_option("--home", home, Texts::noop("The user's home, under the root"));
+    app.add_option("--mode", mode, Texts::noop("fullScreen or windowed; without, as it was last"))
         ->check(CLI::IsMember({"fullScreen", "windowed"}));
-    app.add_option("--locale", locale, "The user's locale, such as de_DE");
+    app.add_option("--locale", locale, Texts::noop("The user's locale, such as de_DE"));
     app.add_option("--screenshot", screenshot,
-                   "Writes a picture of the first whole frame to a PNG file and ends");
-    app.add_option("--screen", screen, "WIDTH HEIGHT of a screen to fill instead of the real one")
+                   Texts::noop("Writes a picture of the first whole frame to a PNG file and ends"));
+    app.add_option("--screen", screen,
+                   Texts::noop("WIDTH HEIGHT of a screen to fill instead of the real one"))
         ->expected(2)
         ->check(CLI::Range(240, 8192));
     app.add_flag("--hardware,!--software", arguments.usesHardware,
-                 "Draw by the graphics processor, or without it");
-    app.add_flag("--resident,!--no-resident", arguments.isResident,
-                 "Go on in the background without the window; another start shows it again");
-    app.add_flag("--hidden", arguments.isHidden, "Start in the background, without the window");
+                 Texts::noop("Draw by the graphics processor, or without it"));
+    app.add_flag(
+        "--resident,!--no-resident", arguments.isResident,
+        Texts::noop("Go on in the background without the window; another start shows it again"));
+    app.add_flag("--hidden", arguments.isHidden,
+                 Texts::noop("Start in the background, without the window"));
     std::string atLogin;
-    app.add_option("--at-login", atLogin, "Whether to start when the user logs in; stored, and ends")
+    app.add_option("--at-login", atLogin,
+                   Texts::noop("Whether to start when the user logs in; stored, and ends"))
         ->check(CLI::IsMember({"on", "off"}));
     std::vector<std::string> steps;
     app.add_option("--perform", steps)->group("");
     std::string form;
     app.add_option("--generate", form)->group("")->check(CLI::IsMember(manualForms));
     app.set_version_flag("--version", "tessellar " + versionText(),
-                         "Say the version, and nothing else");
-    app.add_flag("--measure-start", arguments.measureStart,
-                 "Prints how long the first frame and the first whole frame took, and ends");
+                         Texts::noop("Say the version, and nothing else"));
+    app.add_flag(
+        "--measure-start", arguments.measureStart,
+        Texts::noop("Prints how long the first frame and the first whole frame took, and ends"));
     try {
         app.parse(argc, argv);
+    } catch (const CLI::CallForHelp& help) {
+        const QCoreApplication application(argc, argv); // translations belong to one
+        Language language;
+        language.follow(std::nullopt,
+                        locale.empty() ? Locale::system() : Locale(QString::fromStdString(locale)));
+        translateHelp(app);
+        status = app.exit(help);
+        return std::nullopt;
     } catch (const CLI::ParseError& error) {
         status = app.exit(error) == 0 ? 0 : 2;
         return std::nullopt;
@@ -147,7 +163,8 @@ bool showRunning(RemoteExecutor& running) {
                  answered.quit();
              }});
     QTimer::singleShot(std::chrono::seconds(5), &answered, [&] {
-        std::fputs("tessellar: The launcher that is running does not answer.\n", stderr);
+        std::fprintf(stderr, "tessellar: %s\n",
+                     qUtf8Printable(Texts::tr("The launcher that is running does not answer.")));
         answered.quit();
     });
     answered.exec();
@@ -208,6 +225,14 @@ int run(int argc, char** argv) {
         return 1;
     }
     Machine& machine = (*host)->machine();
+    QLocale::setDefault(QLocale(machine.locale.identifier()));
+    Language language;
+    const auto followLanguage = [&] {
+        const bool isAnother = language.follow(machine.settings, machine.locale);
+        QGuiApplication::setLayoutDirection(language.direction());
+        return isAnother;
+    };
+    followLanguage();
     // Two writers never interleave.
     const auto found = findLauncherOrLock(
         **host, QStringLiteral("Tessellar, process %1").arg(QGuiApplication::applicationPid()));
@@ -251,6 +276,10 @@ int run(int argc, char** argv) {
     else if (!isForShow)
         QObject::connect(&window, &LauncherWindow::firstFrame, &application,
                          [&] { updates.startSchedule(); });
+    const Subscription languageChanged = window.viewModel().settingsChanged.connect([&] {
+        if (followLanguage())
+            window.retranslate();
+    });
     std::optional<Summons> summons;
     Subscription settingsChanged;
     if (arguments->isResident && !isForShow) {
@@ -270,8 +299,9 @@ int run(int argc, char** argv) {
     if (!arguments->screenshot.isEmpty()) {
         const auto photograph = [&] {
             if (!window.photograph().save(arguments->screenshot, "png")) {
-                std::fprintf(stderr, "tessellar: %s could not be written.\n",
-                             qUtf8Printable(arguments->screenshot));
+                std::fprintf(
+                    stderr, "tessellar: %s\n",
+                    qUtf8Printable(Texts::tr("%1 cannot be written.").arg(arguments->screenshot)));
                 status = 1;
             }
             application.exit(status);

@@ -62,7 +62,7 @@ void PagerItem::wheelEvent(QWheelEvent* event) {
         event->phase() == Qt::ScrollUpdate) {
         const double elapsed =
             std::max<double>(1, static_cast<double>(event->timestamp() - _lastScroll));
-        const int pixels = event->pixelDelta().x();
+        const int pixels = _isMirrored ? -event->pixelDelta().x() : event->pixelDelta().x();
         _scrollVelocity = elapsed > 100 ? 0 : 0.5 * _scrollVelocity + 0.5 * pixels * 1000 / elapsed;
         _lastScroll = event->timestamp();
         return drag(pixels);
@@ -78,7 +78,9 @@ void PagerItem::wheelEvent(QWheelEvent* event) {
         return;
 
     const QPoint angle = event->angleDelta();
-    const int along = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
+    const int along = std::abs(angle.x()) <= std::abs(angle.y()) ? angle.y()
+                      : _isMirrored                              ? -angle.x()
+                                                                 : angle.x();
     if (const int pages = _wheel.turn(-along, event->timestamp()); pages != 0)
         change(true, [&](PageMotion& motion) { motion.goTo(motion.page() + pages); });
 }

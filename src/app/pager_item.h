@@ -20,6 +20,8 @@ class PagerItem : public QQuickItem {
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY positionChanged)
     /// For who wants little motion: pages follow a finger, and never move by themselves.
     Q_PROPERTY(bool jumps MEMBER _jumps NOTIFY jumpsChanged)
+    /// Drawn from right to left: wheel and trackpad turn them the other way.
+    Q_PROPERTY(bool isMirrored MEMBER _isMirrored NOTIFY isMirroredChanged)
 
 public:
     explicit PagerItem(QQuickItem* parent = nullptr);
@@ -44,6 +46,7 @@ Q_SIGNALS:
     void pageChanged();
     void positionChanged();
     void jumpsChanged();
+    void isMirroredChanged();
     /// The user has turned to a page.
     void turned(int page);
 
@@ -57,6 +60,7 @@ private:
 
     PageMotion _motion;
     bool _jumps = false;
+    bool _isMirrored = false;
     WheelPaging _wheel;
     std::uint64_t _lastScroll = 0;
     double _scrollVelocity = 0; ///< pixels a second

@@ -27,9 +27,10 @@ void PastRemovalsPanel::list() {
                                      : QString();
         for (const CleanupRecord& removal : past.value_or(QList<CleanupRecord>())) {
             const qsizetype count = removal.items.size();
-            const QString state = count == 0   ? tr("put back")
-                                  : count == 1 ? tr("1 item in the Trash")
-                                               : tr("%1 items in the Trash").arg(count);
+            const QString state = count == 0 ? tr("put back")
+                                  : count == 1
+                                      ? tr("1 item in the Trash")
+                                      : tr("%n items in the Trash", nullptr, static_cast<int>(count));
             _removals.append(QVariantMap{
                 {QStringLiteral("id"), toText(removal.id)},
                 {QStringLiteral("name"), removal.name},

@@ -16,7 +16,8 @@ static QString sizeText(std::uint64_t bytes, bool isPartial) {
 }
 
 static QString countText(qsizetype count) {
-    return count == 1 ? RemovalPanel::tr("1 item") : RemovalPanel::tr("%1 items").arg(count);
+    return count == 1 ? RemovalPanel::tr("1 item")
+                      : RemovalPanel::tr("%n items", nullptr, static_cast<int>(count));
 }
 
 // ---- the items
@@ -155,7 +156,7 @@ QString RemovalPanel::warning() const {
         return {};
     if (!cleanup.review().isComplete)
         return tr("Some folders could not be searched.");
-    return cleanup.review().needsAdministrator() ? administratorWarning : QString();
+    return cleanup.review().needsAdministrator() ? administratorWarning() : QString();
 }
 
 double RemovalPanel::progress() const {

@@ -95,7 +95,7 @@ public:
     QString progressText() const;
     QVariantList log() const;
     bool canRestore() const { return _viewModel.cleanup().canRestore(); }
-    static QString lockText() { return administratorMark; }
+    static QString lockText() { return administratorMark(); }
 
     Q_INVOKABLE void select(const QString& path, bool isSelected);
     Q_INVOKABLE void selectAll(bool isSelected);

@@ -2,12 +2,14 @@
 
 #include "discovery/app_discovery_settings.h"
 #include "launcher/installed_applications.h"
+#include "launcher/language.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
 #include "model/layout_settings.h"
 #include "platform/desktop/hot_key.h"
+#include "platform/texts.h"
 #include "updates/app_update_settings.h"
 
 #include <QClipboard>
@@ -69,7 +71,7 @@ const char* kindName(Kind kind) {
 QString valueText(const Setting& setting, const QJsonValue& value) {
     const QLocale locale;
     if (value.isNull())
-        return text("Automatic");
+        return SettingsPanel::tr("Automatic");
     const bool isShare = setting.high <= 2;
     return isShare ? locale.toString(qRound(value.toDouble() * 100)) + QStringLiteral(" %")
                    : locale.toString(qRound(value.toDouble()));
@@ -91,12 +93,12 @@ QVariantMap SettingsPanel::row(const QString& key, const QString& title) const {
     const QJsonValue now = settingNow(_machine.settings, setting);
     QVariantList choices;
     for (qsizetype i = 0; i < setting.choices.size(); ++i)
-        choices.append(QVariantMap{{QStringLiteral("title"), text(setting.titles[i].toUtf8())},
+        choices.append(QVariantMap{{QStringLiteral("title"), Texts::tr(setting.titles[i])},
                                    {QStringLiteral("isChosen"), setting.choices[i] == now}});
     return {{QStringLiteral("key"), key},
             {QStringLiteral("kind"), QLatin1StringView(kindName(setting.kind))},
             {QStringLiteral("title"), title},
-            {QStringLiteral("hint"), text(setting.sentence.toUtf8())},
+            {QStringLiteral("hint"), Texts::tr(setting.sentence)},
             {QStringLiteral("value"), now.toVariant()},
             {QStringLiteral("text"), valueText(setting, now)},
             {QStringLiteral("low"), setting.low},
@@ -160,7 +162,7 @@ QVariantMap SettingsPanel::folders() const {
                         {QStringLiteral("title"), path},
                         {QStringLiteral("text"),
                          count == 1 ? tr("1 application")
-                                    : tr("%1 applications").arg(QLocale().toString(qint64(count)))},
+                                    : tr("%Ln applications", nullptr, static_cast<int>(count))},
                         {QStringLiteral("action"), added.contains(path) ? tr("Remove") : QString()}});
     }
     QStringList incomplete;
@@ -210,7 +212,7 @@ QVariantMap SettingsPanel::privacy() const {
          tr("When and how often applications are started here, for smart folders. It stays on this "
             "computer.")},
         {QStringLiteral("action"), tr("Forget…")}}};
-    rows.append(note(tr("Removal helper: %1").arg(removalHelperDescription)));
+    rows.append(note(tr("Removal helper: %1").arg(removalHelperDescription())));
     if (!_helper.isEmpty())
         rows.append(note(_helper));
     return section(tr("Usage and Removal"), rows);
@@ -220,6 +222,8 @@ void SettingsPanel::show() {
     _sections = {grid(),
                  section(tr("Appearance"), {row(QStringLiteral("appearance"), tr("Sheets and menus")),
                                             row(QStringLiteral("background"), tr("Background")),
+                                            row(Language::settingKey, tr("Language")),
+                                            row(QStringLiteral("textScale"), tr("Text size")),
                                             row(QStringLiteral("reducesMotion"), tr("Reduce motion"))}),
                  opening(),
                  folders(),

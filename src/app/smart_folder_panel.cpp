@@ -72,7 +72,7 @@ QString SmartFolderPanel::summary() const {
     const qsizetype count = editing().preview()->matches.size();
     return count == 0   ? tr("No apps match.")
            : count == 1 ? tr("1 app matches.")
-                        : tr("%1 apps match.").arg(count);
+                        : tr("%n apps match.", nullptr, static_cast<int>(count));
 }
 
 QStringList SmartFolderPanel::matchKeys() const {

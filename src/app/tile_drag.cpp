@@ -365,10 +365,10 @@ void DragStage::setDrag(TileDrag* drag) {
         connect(_drag, &TileDrag::lifted, this, [this] { grabMouse(); });
 }
 
-void DragStage::mouseMoveEvent(QMouseEvent* event) { _drag->move(event->scenePosition()); }
+void DragStage::mouseMoveEvent(QMouseEvent* event) { _drag->move(event->position()); }
 
 void DragStage::mouseReleaseEvent(QMouseEvent* event) {
-    _drag->move(event->scenePosition());
+    _drag->move(event->position());
     _drag->drop();
 }
 

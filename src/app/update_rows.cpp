@@ -124,7 +124,7 @@ UpdateRows::Row UpdateRows::rowOf(const AppEntry& app, Section section) const {
     case Section::held:
         row.text = !updates.isHeld(key) ? tr("Its updates are not offered.")
                    : record             ? update_texts::status(*record)
-                                        : update_texts::held;
+                                        : update_texts::held();
         break;
     case Section::failed:
     case Section::unchecked:

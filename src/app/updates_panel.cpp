@@ -2,13 +2,14 @@
 
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_updates.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
 namespace tessellar {
 
-QString UpdatesPanel::title() { return update_texts::settingsTitle; }
-QString UpdatesPanel::explanation() { return update_texts::settingsExplanation; }
+QString UpdatesPanel::title() { return update_texts::settingsTitle(); }
+QString UpdatesPanel::explanation() { return update_texts::settingsExplanation(); }
 bool UpdatesPanel::isEnabled() const { return _viewModel.updates().isEnabled(); }
 QString UpdatesPanel::summary() const { return _viewModel.updates().summary(); }
 bool UpdatesPanel::isChecking() const { return _viewModel.updates().isChecking(); }
@@ -42,10 +43,10 @@ struct IntervalRow {
     AppUpdateInterval interval;
     const char* title;
 };
-constexpr std::array intervalRows{IntervalRow{AppUpdateInterval::sixHours, "6 Hours"},
-                                  IntervalRow{AppUpdateInterval::daily, "Day"},
-                                  IntervalRow{AppUpdateInterval::threeDays, "3 Days"},
-                                  IntervalRow{AppUpdateInterval::weekly, "Week"}};
+constexpr std::array intervalRows{IntervalRow{AppUpdateInterval::sixHours, Texts::noop("6 Hours")},
+                                  IntervalRow{AppUpdateInterval::daily, Texts::noop("Day")},
+                                  IntervalRow{AppUpdateInterval::threeDays, Texts::noop("3 Days")},
+                                  IntervalRow{AppUpdateInterval::weekly, Texts::noop("Week")}};
 
 } // namespace
 
@@ -53,7 +54,7 @@ QVariantList UpdatesPanel::intervals() const {
     QVariantList result;
     for (const IntervalRow& row : intervalRows)
         result.append(
-            QVariantMap{{QStringLiteral("title"), QLatin1StringView(row.title)},
+            QVariantMap{{QStringLiteral("title"), Texts::tr(row.title)},
                         {QStringLiteral("seconds"), static_cast<int>(row.interval)},
                         {QStringLiteral("isChosen"), _viewModel.updates().interval() == row.interval}});
     return result;

@@ -2,6 +2,7 @@
 
 #include "cleanup/cleanup_locations.h"
 #include "platform/mount_points.h"
+#include "platform/texts.h"
 #include "privileged/numbered_name.h"
 #include "privileged/records.h"
 
@@ -10,21 +11,22 @@
 namespace tessellar {
 namespace {
 
-const QString protectedItem =
-    QStringLiteral("macOS protects this item, and it couldn’t be moved to the Trash.");
-const QString deniedContainer = QStringLiteral(
-    "macOS denied access to this app’s protected data. Grant Tessellar Full Disk Access in "
-    "System Settings > Privacy & Security, then try again.");
-const QString changedItem = QStringLiteral("It has changed since it was reviewed, and was left alone.");
-const QString missingItem = QStringLiteral("It is no longer there.");
-const QString volumeInside = QStringLiteral("A volume is mounted in it. Eject it, then try again.");
-const QString stoppedRemoval = QStringLiteral("The removal was stopped.");
-const QString notInTrash = QStringLiteral("It is no longer in the Trash.");
-const QString trashNotSeen = QStringLiteral("Its Trash could not be looked through. Try again later.");
-const QString helperNotSeen =
-    QStringLiteral("It may be with the administrator helper, which does not answer. Try again later.");
-const QString notNoted =
-    QStringLiteral("It stayed, because what is removed could not be written down: %1");
+const char* const protectedItem =
+    Texts::noop("macOS protects this item, and it couldn’t be moved to the Trash.");
+const char* const deniedContainer =
+    Texts::noop("macOS denied access to this app’s protected data. Grant Tessellar Full Disk Access in "
+                "System Settings > Privacy & Security, then try again.");
+const char* const changedItem =
+    Texts::noop("It has changed since it was reviewed, and was left alone.");
+const char* const missingItem = Texts::noop("It is no longer there.");
+const char* const volumeInside = Texts::noop("A volume is mounted in it. Eject it, then try again.");
+const char* const stoppedRemoval = Texts::noop("The removal was stopped.");
+const char* const notInTrash = Texts::noop("It is no longer in the Trash.");
+const char* const trashNotSeen = Texts::noop("Its Trash could not be looked through. Try again later.");
+const char* const helperNotSeen =
+    Texts::noop("It may be with the administrator helper, which does not answer. Try again later.");
+const char* const notNoted =
+    Texts::noop("It stayed, because what is removed could not be written down: %1");
 
 constexpr int quitTries = 40;
 constexpr std::chrono::milliseconds quitPause{250};
@@ -44,22 +46,22 @@ bool isLink(const RelatedFile& item) { return item.identity.type == FileType::sy
 CleanupLogLine lineOf(const CleanupItemResult& result) {
     if (result.isMoved())
         return {CleanupLogLine::Kind::moved, result.item.path,
-                nameOf(result.item) +
-                    (result.trashedPath
-                         ? QStringLiteral(": moved to the Trash.")
-                         : QStringLiteral(": it has left its place, and was not found in the Trash."))};
+                (result.trashedPath
+                     ? Texts::tr("%1: moved to the Trash.")
+                     : Texts::tr("%1: it has left its place, and was not found in the Trash."))
+                    .arg(nameOf(result.item))};
     const QString& failure = *result.failure;
     return {CleanupLogLine::Kind::failed, result.item.path,
             nameOf(result.item) + QStringLiteral(": ") +
-                (failure == administratorApprovalCanceled
-                     ? QStringLiteral("administrator approval was canceled.")
+                (failure == administratorApprovalCanceled()
+                     ? Texts::tr("administrator approval was canceled.")
                      : failure)};
 }
 
 } // namespace
 
 QString CleanupRemovalProgress::text() const {
-    return isWaitingForQuit ? QStringLiteral("Waiting for %1 to quit…").arg(name) : name;
+    return isWaitingForQuit ? Texts::tr("Waiting for %1 to quit…").arg(name) : name;
 }
 
 std::optional<QString> AppCleanupRemover::objection(const CleanupApplication& application,
@@ -68,16 +70,17 @@ std::optional<QString> AppCleanupRemover::objection(const CleanupApplication& ap
     const bool isBundle = item.match == RelatedFileMatch::appBundle;
     const auto status = files.linkStatus(item.path);
     if (!status)
-        return status.error().code == FileError::Code::notFound ? missingItem : message(status.error());
+        return status.error().code == FileError::Code::notFound ? Texts::tr(missingItem)
+                                                                : message(status.error());
     if (identityOf(*status) != item.identity)
-        return changedItem;
+        return Texts::tr(changedItem);
     if (isLink(item)) {
         const auto bundle = files.resolved(application.path);
         const bool isOfBundle =
             bundle && applicationFolders(_parts.home).contains(FileSystem::parent(item.path)) &&
             FileSystem::standardized(item.path) == item.path &&
             files.resolved(item.path).value_or(QString()) == *bundle;
-        return isOfBundle ? std::nullopt : std::optional(changedItem);
+        return isOfBundle ? std::nullopt : std::optional(Texts::tr(changedItem));
     }
     const ProtectionClass place = protectionClass(files, item.path);
     const bool isWhereItMayBe =
@@ -87,16 +90,16 @@ std::optional<QString> AppCleanupRemover::objection(const CleanupApplication& ap
                  : place == ProtectionClass::ordinary && cleanupLocationOf(item.path, _parts.home);
     if (place == ProtectionClass::systemProtected || !isWhereItMayBe ||
         FileSystem::standardized(item.path) != item.path)
-        return protectedItem;
+        return Texts::tr(protectedItem);
     const auto around = files.linkStatus(FileSystem::parent(item.path));
     if (!around || around->type != FileType::directory || (!isBundle && !isWithoutLinks(item.path)))
-        return changedItem;
+        return Texts::tr(changedItem);
     if (around->device != status->device)
-        return protectedItem; // a volume is mounted there
+        return Texts::tr(protectedItem); // a volume is mounted there
     // What is thrown out of the Trash later would be the volume's.
     if (const auto real = files.resolved(item.path);
         status->type == FileType::directory && real && holdsMountPoint(files.hostPath(*real)))
-        return volumeInside;
+        return Texts::tr(volumeInside);
     return std::nullopt;
 }
 
@@ -129,9 +132,9 @@ std::optional<QString> AppCleanupRemover::quit(const CleanupApplication& applica
     case Seen::closed:
         break;
     case Seen::open:
-        return QStringLiteral("%1 is still open. Quit it, then try again.").arg(nameOf(application));
+        return Texts::tr("%1 is still open. Quit it, then try again.").arg(nameOf(application));
     case Seen::unknown:
-        return QStringLiteral("It could not be found out whether %1 is open. Try again.")
+        return Texts::tr("It could not be found out whether %1 is open. Try again.")
             .arg(nameOf(application));
     }
     return std::nullopt;
@@ -144,7 +147,8 @@ void AppCleanupRemover::moveLinks(const QList<CleanupItemResult*>& items,
     const FileSystem& files = _parts.files;
     const QString trash = trashFolder();
     for (CleanupItemResult* item : items) {
-        item->failure = stop.stop_requested() ? stoppedRemoval : objection(application, item->item);
+        item->failure =
+            stop.stop_requested() ? Texts::tr(stoppedRemoval) : objection(application, item->item);
         if (item->failure)
             continue;
         const QByteArray name = FileSystem::toHostBytes(nameOf(item->item)).value_or(QByteArray());
@@ -179,12 +183,12 @@ void AppCleanupRemover::settle(CleanupItemResult& result, const TrashResult& out
             result.item.location == u"Containers" || result.item.location == u"Group Containers";
         if (const auto inside = files.entries(result.item.path);
             isContainer && !inside && inside.error().code == FileError::Code::permissionDenied)
-            result.failure = deniedContainer;
+            result.failure = Texts::tr(deniedContainer);
         return;
     }
     // Believed only when it has gone.
-    result.failure = stays ? std::optional(QStringLiteral("Finder did not move the item to the Trash."))
-                           : std::nullopt;
+    result.failure =
+        stays ? std::optional(Texts::tr("Finder did not move the item to the Trash.")) : std::nullopt;
 }
 
 bool AppCleanupRemover::isItem(const std::optional<QString>& path, const RelatedFile& item) const {
@@ -266,7 +270,8 @@ QString AppCleanupRemover::trashFolder() const {
 void AppCleanupRemover::moveByTrash(const CleanupApplication& application,
                                     QList<CleanupItemResult*> items, std::stop_token stop) {
     items.removeIf([&](CleanupItemResult* item) {
-        item->failure = stop.stop_requested() ? stoppedRemoval : objection(application, item->item);
+        item->failure =
+            stop.stop_requested() ? Texts::tr(stoppedRemoval) : objection(application, item->item);
         return item->failure.has_value();
     });
     QStringList paths;
@@ -276,13 +281,14 @@ void AppCleanupRemover::moveByTrash(const CleanupApplication& application,
         return;
     const QList<TrashResult> outcomes = _parts.trash.moveToTrash(paths, stop);
     for (qsizetype i = 0; i < items.size(); ++i)
-        settle(*items[i], outcomes.value(i, TrashResult{.failure = stoppedRemoval}));
+        settle(*items[i], outcomes.value(i, TrashResult{.failure = Texts::tr(stoppedRemoval)}));
 }
 
 void AppCleanupRemover::moveByHelper(const CleanupApplication& application,
                                      QList<CleanupItemResult*> items, std::stop_token stop) {
     items.removeIf([&](CleanupItemResult* item) {
-        item->failure = stop.stop_requested() ? stoppedRemoval : objection(application, item->item);
+        item->failure =
+            stop.stop_requested() ? Texts::tr(stoppedRemoval) : objection(application, item->item);
         return item->failure.has_value();
     });
     if (!items.isEmpty())
@@ -297,9 +303,10 @@ void AppCleanupRemover::moveByHelper(const CleanupApplication& application,
     const QList<AdminMoveOutcome> outcomes = _parts.administrator.moveToTrash(moves, stop);
     for (qsizetype i = 0; i < items.size(); ++i) {
         const AdminMoveOutcome outcome = outcomes.value(i);
-        settle(*items[i], outcome.status == PrivilegedFileOutcomeStatus::moved
-                              ? TrashResult{.trashedPath = outcome.destination}
-                              : TrashResult{.failure = outcome.message.value_or(protectedItem)});
+        settle(*items[i],
+               outcome.status == PrivilegedFileOutcomeStatus::moved
+                   ? TrashResult{.trashedPath = outcome.destination}
+                   : TrashResult{.failure = outcome.message.value_or(Texts::tr(protectedItem))});
     }
 }
 
@@ -341,7 +348,7 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
         if (const auto noted = note(planned); !noted)
             for (CleanupItemResult& item : result.items)
                 if (!item.failure)
-                    item.failure = notNoted.arg(noted.error());
+                    item.failure = Texts::tr(notNoted).arg(noted.error());
 
     // The helper's first, in one piece, for each piece may ask for a password; the bundle by itself.
     QList<CleanupItemResult*> helpers;
@@ -368,7 +375,7 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
             item.item.domain == CleanupDomain::user && _parts.agents &&
             _parts.agents->unload(item.item.path, stop))
             result.log.append({CleanupLogLine::Kind::noted, item.item.path,
-                               nameOf(item.item) + QStringLiteral(": its agent was ended.")});
+                               Texts::tr("%1: its agent was ended.").arg(nameOf(item.item))});
     if (!helpers.isEmpty()) {
         tell(nameOf(helpers.first()->item));
         moveByHelper(application, helpers, stop);
@@ -413,9 +420,9 @@ QList<CleanupItemResult> AppCleanupRemover::restore(const CleanupApplication& ap
         }
         result.isGone = sighting == Sighting::gone;
         if (sighting != Sighting::there) {
-            result.failure = result.isGone            ? notInTrash
-                             : isHelperThere == false ? helperNotSeen
-                                                      : trashNotSeen;
+            result.failure = result.isGone            ? Texts::tr(notInTrash)
+                             : isHelperThere == false ? Texts::tr(helperNotSeen)
+                                                      : Texts::tr(trashNotSeen);
         } else if (result.isByHelper) {
             moves.append({.path = *result.trashedPath,
                           .identity = result.item.identity,
@@ -433,7 +440,7 @@ QList<CleanupItemResult> AppCleanupRemover::restore(const CleanupApplication& ap
         for (qsizetype i = 0; i < byHelper.size(); ++i)
             if (const auto outcome = outcomes.value(i);
                 outcome.status == PrivilegedFileOutcomeStatus::failed)
-                byHelper[i]->failure = outcome.message.value_or(stoppedRemoval);
+                byHelper[i]->failure = outcome.message.value_or(Texts::tr(stoppedRemoval));
     }
     return results;
 }

@@ -2,6 +2,7 @@
 
 #include "cleanup/cleanup_locations.h"
 #include "cleanup/related_file_ties.h"
+#include "platform/texts.h"
 
 #include <unistd.h>
 
@@ -60,7 +61,7 @@ public:
         if (!status || status->type != FileType::directory)
             return;
         scan.files.append({.path = FileSystem::standardized(_application.path),
-                           .location = QStringLiteral("Application"),
+                           .location = QLatin1StringView(Texts::noop("Application")),
                            .match = RelatedFileMatch::appBundle,
                            .reason = RelatedFileTies::reasonOf({RelatedFileMatch::appBundle, {}}),
                            .identity = identityOf(*status)});
@@ -82,9 +83,9 @@ public:
                 if (status && status->type == FileType::symbolicLink &&
                     _files.resolved(path).value_or(QString()) == *bundle)
                     scan.files.append({.path = path,
-                                       .location = QStringLiteral("Application"),
+                                       .location = QLatin1StringView(Texts::noop("Application")),
                                        .match = RelatedFileMatch::strong,
-                                       .reason = QStringLiteral("It is a link to the application."),
+                                       .reason = Texts::tr("It is a link to the application."),
                                        .identity = identityOf(*status)});
             }
         }
@@ -120,7 +121,7 @@ public:
             if (!tie.isContested && found.type == FileType::directory &&
                 _ties.holdAnothers(found.path)) {
                 tie.isContested = true;
-                tie.reason += QStringLiteral(" Files of another application lie in it.");
+                tie.reason += Texts::tr(" Files of another application lie in it.");
             }
             scan.files.append({.path = found.path,
                                .location = QString::fromLatin1(location.label),

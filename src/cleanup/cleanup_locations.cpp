@@ -1,5 +1,7 @@
 #include "cleanup/cleanup_locations.h"
 
+#include "platform/texts.h"
+
 #include <array>
 
 namespace tessellar {
@@ -7,22 +9,22 @@ namespace {
 
 using enum CleanupDomain;
 constexpr std::array locations{
-    CleanupLocation{"Application Support", "Application Support", user, 4},
-    CleanupLocation{"Caches", "Caches", user, 4},
-    CleanupLocation{"Logs", "Logs", user, 4},
-    CleanupLocation{"Preferences", "Preferences", user, 1},
-    CleanupLocation{"Containers", "Containers", user, 1},
-    CleanupLocation{"Group Containers", "Group Containers", user, 1},
-    CleanupLocation{"Saved Application State", "Saved State", user, 1},
-    CleanupLocation{"HTTPStorages", "HTTP Storage", user, 1},
-    CleanupLocation{"WebKit", "WebKit", user, 1},
-    CleanupLocation{"LaunchAgents", "Launch Agents", user, 1},
-    CleanupLocation{"Application Support", "Application Support", system, 3},
-    CleanupLocation{"Preferences", "Preferences", system, 1},
-    CleanupLocation{"LaunchAgents", "Launch Agents", system, 1},
-    CleanupLocation{"LaunchDaemons", "Launch Daemons", system, 1},
-    CleanupLocation{"PrivilegedHelperTools", "Helper Tools", system, 1},
-    CleanupLocation{"Application Scripts", "Application Scripts", user, 1, true},
+    CleanupLocation{"Application Support", Texts::noop("Application Support"), user, 4},
+    CleanupLocation{"Caches", Texts::noop("Caches"), user, 4},
+    CleanupLocation{"Logs", Texts::noop("Logs"), user, 4},
+    CleanupLocation{"Preferences", Texts::noop("Preferences"), user, 1},
+    CleanupLocation{"Containers", Texts::noop("Containers"), user, 1},
+    CleanupLocation{"Group Containers", Texts::noop("Group Containers"), user, 1},
+    CleanupLocation{"Saved Application State", Texts::noop("Saved State"), user, 1},
+    CleanupLocation{"HTTPStorages", Texts::noop("HTTP Storage"), user, 1},
+    CleanupLocation{"WebKit", Texts::noop("WebKit"), user, 1},
+    CleanupLocation{"LaunchAgents", Texts::noop("Launch Agents"), user, 1},
+    CleanupLocation{"Application Support", Texts::noop("Application Support"), system, 3},
+    CleanupLocation{"Preferences", Texts::noop("Preferences"), system, 1},
+    CleanupLocation{"LaunchAgents", Texts::noop("Launch Agents"), system, 1},
+    CleanupLocation{"LaunchDaemons", Texts::noop("Launch Daemons"), system, 1},
+    CleanupLocation{"PrivilegedHelperTools", Texts::noop("Helper Tools"), system, 1},
+    CleanupLocation{"Application Scripts", Texts::noop("Application Scripts"), user, 1, true},
 };
 
 } // namespace

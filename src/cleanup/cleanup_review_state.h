@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cleanup/app_related_files_scanner.h"
+#include "platform/texts.h"
 
 #include <QSet>
 
@@ -33,8 +34,9 @@ struct CleanupReviewState {
 };
 
 /// What the review says of items in the system's Library.
-inline const QString administratorWarning =
-    QStringLiteral("Some selected items are in /Library and need administrator approval.");
-inline const QString administratorMark = QStringLiteral("Needs administrator approval to delete");
+inline QString administratorWarning() {
+    return Texts::tr("Some selected items are in /Library and need administrator approval.");
+}
+inline QString administratorMark() { return Texts::tr("Needs administrator approval to delete"); }
 
 } // namespace tessellar

@@ -1,5 +1,6 @@
 #include "cleanup/desktop_trash.h"
 
+#include "platform/texts.h"
 #include "privileged/numbered_name.h"
 
 namespace tessellar {
@@ -34,7 +35,7 @@ QList<TrashResult> DesktopTrash::moveToTrash(const QStringList& paths, std::stop
     QList<TrashResult> results;
     for (const QString& path : paths)
         results.append(stop.stop_requested()
-                           ? TrashResult{.failure = QStringLiteral("The removal was stopped.")}
+                           ? TrashResult{.failure = Texts::tr("The removal was stopped.")}
                            : moveOne(path));
     return results;
 }

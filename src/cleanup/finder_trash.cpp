@@ -1,14 +1,16 @@
 #include "cleanup/finder_trash.h"
 
+#include "platform/texts.h"
+
 namespace tessellar {
 namespace {
 
 constexpr QByteArrayView marker = "<<QZ-FINDER-TRASH>>";
-const QString notPrepared = QStringLiteral("Could not prepare the Finder trash request.");
-const QString notReported = QStringLiteral("Finder did not report the result of the trash operation.");
-const QString stoppedRemoval = QStringLiteral("The removal was stopped.");
-const QString notInTime = QStringLiteral("Finder did not answer in time.");
-const QString notMoved = QStringLiteral("Finder did not move the item to the Trash.");
+const char* const notPrepared = Texts::noop("Could not prepare the Finder trash request.");
+const char* const notReported = Texts::noop("Finder did not report the result of the trash operation.");
+const char* const stoppedRemoval = Texts::noop("The removal was stopped.");
+const char* const notInTime = Texts::noop("Finder did not answer in time.");
+const char* const notMoved = Texts::noop("Finder did not move the item to the Trash.");
 
 constexpr const char* body = R"(set reportLines to ""
 tell application "Finder"
@@ -43,11 +45,11 @@ FinderTrashOutcome outcomeOf(const QByteArray& line, const QList<QByteArray>& pa
         while (path.size() > 1 && path.endsWith('/'))
             path.chop(1);
         if (path.isEmpty())
-            return {.message = notMoved};
+            return {.message = Texts::tr(notMoved)};
         return {.trashedURL = path};
     }
     if (parts.value(2) != "ERR")
-        return {.message = notReported};
+        return {.message = Texts::tr(notReported)};
     bool isNumber = false;
     const int number = parts.value(3).toInt(&isNumber);
     return {.message = finderTrashMessage(isNumber ? std::optional(number) : std::nullopt)};
@@ -74,16 +76,15 @@ std::optional<QByteArray> finderTrashScript(const QList<QByteArray>& hostPaths) 
 QString finderTrashMessage(std::optional<int> number) {
     switch (number.value_or(0)) {
     case 0:
-        return number ? QStringLiteral("Finder could not move the item to the Trash (error 0).")
-                      : QStringLiteral("Finder could not move the item to the Trash.");
+        return number ? Texts::tr("Finder could not move the item to the Trash (error 0).")
+                      : Texts::tr("Finder could not move the item to the Trash.");
     case -1743:
-        return QStringLiteral(
-            "Finder automation is not allowed. Enable Tessellar under System Settings > "
-            "Privacy & Security > Automation, then try again.");
+        return Texts::tr("Finder automation is not allowed. Enable Tessellar under System Settings > "
+                         "Privacy & Security > Automation, then try again.");
     case -128:
-        return QStringLiteral("Finder trash approval was canceled.");
+        return Texts::tr("Finder trash approval was canceled.");
     default:
-        return QStringLiteral("Finder could not move the item to the Trash (error %1).").arg(*number);
+        return Texts::tr("Finder could not move the item to the Trash (error %1).").arg(*number);
     }
 }
 
@@ -100,23 +101,24 @@ QList<FinderTrashOutcome> finderTrashOutcomes(const QByteArray& report, qsizetyp
     }
     QList<FinderTrashOutcome> outcomes;
     for (const auto& outcome : std::as_const(found))
-        outcomes.append(outcome.value_or(FinderTrashOutcome{.message = notReported}));
+        outcomes.append(outcome.value_or(FinderTrashOutcome{.message = Texts::tr(notReported)}));
     return outcomes;
 }
 
 QList<FinderTrashOutcome> FinderTrash::run(const QList<QByteArray>& hostPaths, std::stop_token stop) {
     const auto script = finderTrashScript(hostPaths);
     if (!script)
-        return allFailed(hostPaths.size(), notPrepared);
+        return allFailed(hostPaths.size(), Texts::tr(notPrepared));
     const auto report = _interpreter.run(*script, stop);
     if (report)
         return finderTrashOutcomes(*report, hostPaths.size());
     using Kind = AppleScriptInterpreter::Error::Kind;
     switch (report.error().kind) {
     case Kind::notCompiled:
-        return allFailed(hostPaths.size(), notPrepared);
+        return allFailed(hostPaths.size(), Texts::tr(notPrepared));
     case Kind::cancelled:
-        return allFailed(hostPaths.size(), stop.stop_requested() ? stoppedRemoval : notInTime);
+        return allFailed(hostPaths.size(),
+                         stop.stop_requested() ? Texts::tr(stoppedRemoval) : Texts::tr(notInTime));
     case Kind::missing:
     case Kind::failed:
         break;
@@ -143,7 +145,8 @@ QList<TrashResult> FinderTrash::moveToTrash(const QStringList& paths, std::stop_
         for (const FinderTrashOutcome& outcome : this->run(run, stop)) {
             const auto trashed =
                 outcome.trashedURL ? _files.pathFromHost(*outcome.trashedURL) : std::nullopt;
-            results.append({trashed, outcome.trashedURL && !trashed ? notReported : outcome.message});
+            results.append(
+                {trashed, outcome.trashedURL && !trashed ? Texts::tr(notReported) : outcome.message});
         }
     }
     return results;

@@ -1,6 +1,7 @@
 #include "cleanup/related_file_ties.h"
 
 #include "platform/property_list.h"
+#include "platform/texts.h"
 
 #include <QUuid>
 
@@ -51,15 +52,15 @@ QString RelatedFileTies::reasonOf(const ApplicationNames::Grade& grade) {
     const QString word = QString::fromUtf8(grade.because);
     switch (grade.match) {
     case RelatedFileMatch::appBundle:
-        return QStringLiteral("The application itself.");
+        return Texts::tr("The application itself.");
     case RelatedFileMatch::strong:
-        return QStringLiteral("Its name is the identifier “%1”.").arg(word);
+        return Texts::tr("Its name is the identifier “%1”.").arg(word);
     case RelatedFileMatch::strongish:
-        return QStringLiteral("Its name begins or ends with the identifier “%1”.").arg(word);
+        return Texts::tr("Its name begins or ends with the identifier “%1”.").arg(word);
     case RelatedFileMatch::medium:
-        return QStringLiteral("It is named “%1” like the application.").arg(word);
+        return Texts::tr("It is named “%1” like the application.").arg(word);
     case RelatedFileMatch::risky:
-        return QStringLiteral("Its name contains “%1”.").arg(word);
+        return Texts::tr("Its name contains “%1”.").arg(word);
     }
     return {};
 }
@@ -89,18 +90,17 @@ std::optional<RelatedFileTie> RelatedFileTies::byName(const CleanupLocation& loc
     };
     tie.isShared = !verdict.sharedWith.isEmpty() && !grade.isByIdentifier();
     if (!verdict.sharedWith.isEmpty())
-        contest(QStringLiteral("May also belong to %1.")
-                    .arg(verdict.sharedWith.join(QStringLiteral(", "))));
+        contest(Texts::tr("May also belong to %1.").arg(verdict.sharedWith.join(QStringLiteral(", "))));
     else if (_names.isApple())
-        contest(QStringLiteral("macOS itself may use it."));
+        contest(Texts::tr("macOS itself may use it."));
     else if (namesVendor(_names.identifier()) ||
              (grade.isByIdentifier() && !grade.because.contains('.')))
-        contest(QStringLiteral("The identifier may be more than this application’s."));
+        contest(Texts::tr("The identifier may be more than this application’s."));
     else if (QByteArrayView(location.folder) == "Group Containers" && mayShareGroup())
-        contest(QStringLiteral("Applications of the same developer may share it."));
+        contest(Texts::tr("Applications of the same developer may share it."));
     else if (grade.match == RelatedFileMatch::strongish &&
              (!_names.ownsExtensions() || namesSiblingProduct(name, _names.identifier())))
-        contest(QStringLiteral("It may be another product’s."));
+        contest(Texts::tr("It may be another product’s."));
     return tie;
 }
 
@@ -119,7 +119,7 @@ std::optional<RelatedFileTie> RelatedFileTies::byContents(const CleanupLocation&
         if (program.startsWith(u'/') &&
             FileSystem::isWithin(FileSystem::standardized(program), _application.path))
             return RelatedFileTie{.match = RelatedFileMatch::strongish,
-                                  .reason = QStringLiteral("It starts a program of the application.")};
+                                  .reason = Texts::tr("It starts a program of the application.")};
     }
     if (folder == "Containers" && entry.type == FileType::directory && !_names.identifier().isEmpty() &&
         !QUuid::fromString(FileSystem::fromHostBytes(entry.name)).isNull()) {
@@ -129,7 +129,7 @@ std::optional<RelatedFileTie> RelatedFileTies::byContents(const CleanupLocation&
         const auto owner = list[QStringLiteral("MCMMetadataIdentifier")].text();
         if (owner && owner->compare(*_application.bundleIdentifier, Qt::CaseInsensitive) == 0)
             return RelatedFileTie{.match = RelatedFileMatch::strong,
-                                  .reason = QStringLiteral("It is the container of “%1”.").arg(*owner)};
+                                  .reason = Texts::tr("It is the container of “%1”.").arg(*owner)};
     }
     return std::nullopt;
 }
@@ -142,10 +142,9 @@ std::optional<RelatedFileTie> RelatedFileTies::byDeveloper(const MatchingName& n
         _claims.tiesByIdentifier(name))
         return std::nullopt;
     return RelatedFileTie{.match = RelatedFileMatch::risky,
-                          .reason =
-                              QStringLiteral("Its name begins with “%1”, as the identifiers of this "
-                                             "developer do.")
-                                  .arg(QString::fromUtf8(developer)),
+                          .reason = Texts::tr("Its name begins with “%1”, as the identifiers of this "
+                                              "developer do.")
+                                        .arg(QString::fromUtf8(developer)),
                           .isContested = true};
 }
 

@@ -3,6 +3,7 @@
 #include "control/command_set.h"
 #include "launcher/actions.h"
 #include "launcher/launcher_messages.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
@@ -15,7 +16,7 @@ std::optional<ActionTarget> target(const Call& call, const Word& name) {
     const auto id = findTile(call->layout().pages(), text(name));
     if (!id) {
         call->fail({QStringLiteral("noSuchTile"),
-                    QStringLiteral("There is no tile “%1”.").arg(text(name).left(200)),
+                    Texts::tr("There is no tile “%1”.").arg(text(name).left(200)),
                     {}});
         return std::nullopt;
     }
@@ -35,7 +36,7 @@ void writeEntries(QJsonArray& array, QString& lines, const QList<MenuEntry>& ent
         lines += QString(indent, u' ') + entry.id.leftJustified(24 - indent) + QStringLiteral("  ") +
                  entry.title +
                  (entry.shortcut.isEmpty() ? QString() : QStringLiteral("  (%1)").arg(entry.shortcut)) +
-                 (entry.isEnabled ? QString() : QStringLiteral("  (not now)")) + u'\n';
+                 (entry.isEnabled ? QString() : Texts::tr("  (not now)")) + u'\n';
         QJsonArray inner;
         writeEntries(inner, lines, entry.entries, indent + 2);
         if (!inner.isEmpty())
@@ -47,10 +48,11 @@ void writeEntries(QJsonArray& array, QString& lines, const QList<MenuEntry>& ent
 } // namespace
 
 void addActionCommands(CommandSet& set) {
-    CLI::App* group =
-        set.addGroup("actions", "What the menu of a tile offers, or that of the background");
-    CLI::App* list = set.add("list", "The entries of a menu, with their shortcuts", group);
-    const char* tileHelp = "A tile, by its identifier or app key; without one the background";
+    CLI::App* group = set.addGroup(
+        "actions", Texts::noop("What the menu of a tile offers, or that of the background"));
+    CLI::App* list = set.add("list", Texts::noop("The entries of a menu, with their shortcuts"), group);
+    const char* tileHelp =
+        Texts::noop("A tile, by its identifier or app key; without one the background");
     set.onRun(list, CommandNeeds::launcher,
               [tile = optionalWord(list, "tile", tileHelp)](const Call& call) {
                   const auto about = target(call, tile);
@@ -62,33 +64,32 @@ void addActionCommands(CommandSet& set) {
                   call->succeed(entries, lines);
               });
 
-    CLI::App* run = set.add("run", "Do what an entry says", group);
-    set.onRun(run, CommandNeeds::launcher,
-              [id = word(run, "id", "The entry, as the list names it"),
-               tile = optionalWord(run, "tile", tileHelp)](const Call& call) {
-                  const auto about = target(call, tile);
-                  if (!about)
-                      return;
-                  const auto request = performAction(call->launcher(), *about, text(id));
-                  if (!request)
-                      return call->fail(
-                          {QStringLiteral("noSuchAction"),
-                           QStringLiteral("“%1” is not offered there now.").arg(text(id).left(80)),
-                           {}});
-                  LauncherMessages& messages = call->launcher().messages();
-                  if (*request == ActionRequest::none && !messages.question())
-                      return call->succeed(QJsonObject(), {});
-                  if (const auto& window = call->launcher().presenter()) {
-                      window->show();
-                      return call->succeed(QJsonObject(),
-                                           QStringLiteral("The rest is asked for in the window."));
-                  }
-                  messages.answer(false);
-                  call->fail({QStringLiteral("needsWindow"),
-                              QStringLiteral("“%1” asks for more, in the window; there is none.")
-                                  .arg(text(id).left(80)),
-                              {}});
-              });
+    CLI::App* run = set.add("run", Texts::noop("Do what an entry says"), group);
+    set.onRun(
+        run, CommandNeeds::launcher,
+        [id = word(run, "id", Texts::noop("The entry, as the list names it")),
+         tile = optionalWord(run, "tile", tileHelp)](const Call& call) {
+            const auto about = target(call, tile);
+            if (!about)
+                return;
+            const auto request = performAction(call->launcher(), *about, text(id));
+            if (!request)
+                return call->fail({QStringLiteral("noSuchAction"),
+                                   Texts::tr("“%1” is not offered there now.").arg(text(id).left(80)),
+                                   {}});
+            LauncherMessages& messages = call->launcher().messages();
+            if (*request == ActionRequest::none && !messages.question())
+                return call->succeed(QJsonObject(), {});
+            if (const auto& window = call->launcher().presenter()) {
+                window->show();
+                return call->succeed(QJsonObject(), Texts::tr("The rest is asked for in the window."));
+            }
+            messages.answer(false);
+            call->fail(
+                {QStringLiteral("needsWindow"),
+                 Texts::tr("“%1” asks for more, in the window; there is none.").arg(text(id).left(80)),
+                 {}});
+        });
 }
 
 } // namespace tessellar

@@ -4,6 +4,7 @@
 #include "control/named_file.h"
 #include "launcher/arrangement_shelf.h"
 #include "launcher/layout_archive.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
@@ -21,13 +22,15 @@ QString arrangementLine(const ArrangementSummary& summary) {
 }
 
 /// The arrangement that a command is about.
-Word arrangementWord(CLI::App* command) { return word(command, "id", "The arrangement's identifier"); }
+Word arrangementWord(CLI::App* command) {
+    return word(command, "id", Texts::noop("The arrangement's identifier"));
+}
 
 std::optional<QUuid> identifier(const Call& call, const Word& word) {
     if (const auto id = json::decode<QUuid>(text(word)))
         return *id;
     call->fail({QStringLiteral("notAnIdentifier"),
-                QStringLiteral("“%1” is no identifier.").arg(text(word).left(80)),
+                Texts::tr("“%1” is no identifier.").arg(text(word).left(80)),
                 {}});
     return std::nullopt;
 }
@@ -49,63 +52,67 @@ ArrangementShelf::Done answering(const Call& call, const QString& sentence) {
 }
 
 void addList(CommandSet& set, CLI::App* group) {
-    set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher, [](const Call& call) {
-        call->launcher().arrangements().list(call->mode(), [call](const QList<ListedArrangement>& all) {
-            QJsonArray summaries;
-            QString lines;
-            for (const ListedArrangement& arrangement : all) {
-                summaries.append(json::encode(arrangement.summary));
-                lines += arrangementLine(arrangement.summary);
-            }
-            call->succeed(summaries,
-                          lines.isEmpty() ? QStringLiteral("There are no saved arrangements.") : lines);
-        });
-    });
+    set.onRun(set.add("list", Texts::noop("Newest first"), group), CommandNeeds::launcher,
+              [](const Call& call) {
+                  call->launcher().arrangements().list(
+                      call->mode(), [call](const QList<ListedArrangement>& all) {
+                          QJsonArray summaries;
+                          QString lines;
+                          for (const ListedArrangement& arrangement : all) {
+                              summaries.append(json::encode(arrangement.summary));
+                              lines += arrangementLine(arrangement.summary);
+                          }
+                          call->succeed(summaries, lines.isEmpty()
+                                                       ? Texts::tr("There are no saved arrangements.")
+                                                       : lines);
+                      });
+              });
 }
 
 void addChanges(CommandSet& set, CLI::App* group) {
-    CLI::App* save = set.add("save", "Save the arrangement under a name", group);
+    CLI::App* save = set.add("save", Texts::noop("Save the arrangement under a name"), group);
     set.onRun(save, CommandNeeds::launcher,
-              [name = word(save, "name", "What to call it")](const Call& call) {
+              [name = word(save, "name", Texts::noop("What to call it"))](const Call& call) {
                   call->launcher().arrangements().save(call->mode(), text(name),
                                                        answering(call, arrangementLine));
               });
 
-    CLI::App* replace =
-        set.add("replace", "Save the arrangement in place of a saved one, under its name", group);
+    CLI::App* replace = set.add(
+        "replace", Texts::noop("Save the arrangement in place of a saved one, under its name"), group);
     set.onRun(replace, CommandNeeds::launcher, [word = arrangementWord(replace)](const Call& call) {
         if (const auto id = identifier(call, word))
             call->launcher().arrangements().replace(call->mode(), *id,
-                                                    answering(call, QStringLiteral("Replaced “%1”.")));
+                                                    answering(call, Texts::tr("Replaced “%1”.")));
     });
 
-    CLI::App* rename = set.add("rename", "Give a saved arrangement another name", group);
-    set.onRun(rename, CommandNeeds::launcher,
-              [word = arrangementWord(rename),
-               name = tessellar::word(rename, "name", "What to call it")](const Call& call) {
-                  if (const auto id = identifier(call, word))
-                      call->launcher().arrangements().rename(
-                          call->mode(), *id, text(name),
-                          answering(call, QStringLiteral("It is called “%1” now.")));
-              });
+    CLI::App* rename = set.add("rename", Texts::noop("Give a saved arrangement another name"), group);
+    set.onRun(
+        rename, CommandNeeds::launcher,
+        [word = arrangementWord(rename),
+         name = tessellar::word(rename, "name", Texts::noop("What to call it"))](const Call& call) {
+            if (const auto id = identifier(call, word))
+                call->launcher().arrangements().rename(
+                    call->mode(), *id, text(name),
+                    answering(call, Texts::tr("It is called “%1” now.")));
+        });
 
-    CLI::App* remove = set.add("delete", "Remove a saved arrangement", group);
+    CLI::App* remove = set.add("delete", Texts::noop("Remove a saved arrangement"), group);
     set.onRun(remove, CommandNeeds::launcher, [word = arrangementWord(remove)](const Call& call) {
         if (const auto id = identifier(call, word))
             call->launcher().arrangements().remove(call->mode(), *id,
-                                                   answering(call, QStringLiteral("Deleted “%1”.")));
+                                                   answering(call, Texts::tr("Deleted “%1”.")));
     });
 }
 
 void addRestore(CommandSet& set, CLI::App* group) {
     CLI::App* restore =
-        set.add("restore", "Put a saved arrangement in place of the present one", group);
+        set.add("restore", Texts::noop("Put a saved arrangement in place of the present one"), group);
     set.onRun(restore, CommandNeeds::launcher, [word = arrangementWord(restore)](const Call& call) {
         if (const auto id = identifier(call, word))
             call->launcher().archive().restore(
                 call->mode(), *id, [call](const LayoutArchive::Restored& restored) {
                     if (restored)
-                        call->succeed(QJsonObject(), QStringLiteral("Restored “%1”.").arg(*restored));
+                        call->succeed(QJsonObject(), Texts::tr("Restored “%1”.").arg(*restored));
                     else
                         call->fail(restored.error());
                 });
@@ -113,52 +120,51 @@ void addRestore(CommandSet& set, CLI::App* group) {
 }
 
 void addFiles(CommandSet& set, CLI::App* group) {
-    CLI::App* give =
-        set.add("export", "Copy a saved arrangement to a file that is not there yet", group);
+    CLI::App* give = set.add(
+        "export", Texts::noop("Copy a saved arrangement to a file that is not there yet"), group);
     set.onRun(give, CommandNeeds::launcher,
               [word = arrangementWord(give),
-               file = tessellar::word(give, "file", "Where to")](const Call& call) {
+               file = tessellar::word(give, "file", Texts::noop("Where to"))](const Call& call) {
                   const NamedFile named = namedFile(*call, text(file));
                   if (const auto id = identifier(call, word))
                       call->launcher().arrangements().exportTo(
                           call->mode(), *id, *named.files, named.path,
-                          answering(call, QStringLiteral("Exported “%1”.")));
+                          answering(call, Texts::tr("Exported “%1”.")));
               });
-    CLI::App* take =
-        set.add("import", "Take an arrangement that was exported among the saved ones", group);
+    CLI::App* take = set.add(
+        "import", Texts::noop("Take an arrangement that was exported among the saved ones"), group);
     set.onRun(take, CommandNeeds::launcher,
-              [file = word(take, "file", "A file that was exported")](const Call& call) {
+              [file = word(take, "file", Texts::noop("A file that was exported"))](const Call& call) {
                   const NamedFile named = namedFile(*call, text(file));
                   call->launcher().arrangements().importFrom(
                       call->mode(), *named.files, named.path,
-                      answering(call, QStringLiteral("Imported “%1”.")));
+                      answering(call, Texts::tr("Imported “%1”.")));
               });
 }
 
 /// For a launcher that goes on running: each command of its own is another one.
 void addSteps(CommandSet& set, CLI::App* group) {
-    set.onRun(set.add("undo", "Take back the last change of the saved arrangements", group),
-              CommandNeeds::launcher, [](const Call& call) {
-                  const QString name = call->launcher().arrangements().undoName();
-                  call->launcher().arrangements().undo(
-                      answering(call, [name](const ArrangementSummary&) {
-                          return QStringLiteral("Undid: %1.").arg(name);
-                      }));
-              });
-    set.onRun(set.add("redo", "Make the change again that was taken back", group),
-              CommandNeeds::launcher, [](const Call& call) {
-                  const QString name = call->launcher().arrangements().redoName();
-                  call->launcher().arrangements().redo(
-                      answering(call, [name](const ArrangementSummary&) {
-                          return QStringLiteral("Redid: %1.").arg(name);
-                      }));
-              });
+    set.onRun(
+        set.add("undo", Texts::noop("Take back the last change of the saved arrangements"), group),
+        CommandNeeds::launcher, [](const Call& call) {
+            const QString name = call->launcher().arrangements().undoName();
+            call->launcher().arrangements().undo(answering(
+                call, [name](const ArrangementSummary&) { return Texts::tr("Undid: %1.").arg(name); }));
+        });
+    set.onRun(
+        set.add("redo", Texts::noop("Make the change again that was taken back"), group),
+        CommandNeeds::launcher, [](const Call& call) {
+            const QString name = call->launcher().arrangements().redoName();
+            call->launcher().arrangements().redo(answering(
+                call, [name](const ArrangementSummary&) { return Texts::tr("Redid: %1.").arg(name); }));
+        });
 }
 
 } // namespace
 
 void addArrangementCommands(CommandSet& set) {
-    CLI::App* group = set.addGroup("arrangements", "The saved arrangements of the display mode");
+    CLI::App* group =
+        set.addGroup("arrangements", Texts::noop("The saved arrangements of the display mode"));
     addList(set, group);
     addChanges(set, group);
     addRestore(set, group);

@@ -2,6 +2,7 @@
 
 #include "control/command_set.h"
 #include "launcher/launcher_cleanup.h"
+#include "platform/texts.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,12 +16,13 @@ namespace {
 constexpr qint64 maximumItemsFile = 16 << 20;
 
 QString sizeText(std::uint64_t bytes, bool isPartial) {
-    return (isPartial ? QStringLiteral("at least ") : QString()) +
-           QLocale::c().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+    const QString size =
+        QLocale::c().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+    return isPartial ? Texts::tr("at least %1").arg(size) : size;
 }
 
 QString countText(qsizetype count) {
-    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 items").arg(count);
+    return count == 1 ? Texts::tr("1 item") : Texts::tr("%n items", nullptr, static_cast<int>(count));
 }
 
 QJsonObject itemJson(const RelatedFile& file) {
@@ -42,9 +44,9 @@ QString itemText(const RelatedFile& file, bool isSelected) {
         QStringLiteral("%1 %2  %3  (%4)  %5\n")
             .arg(isSelected ? QStringLiteral("[x]") : QStringLiteral("[ ]"))
             .arg(file.size ? sizeText(*file.size, file.isSizePartial) : QStringLiteral("?"), 9)
-            .arg(file.path, file.location, file.reason);
+            .arg(file.path, Texts::tr(file.location.toUtf8()), file.reason);
     if (file.needsAdministrator)
-        text += QStringLiteral("               %1\n").arg(administratorMark);
+        text += QStringLiteral("               %1\n").arg(administratorMark());
     return text;
 }
 
@@ -54,12 +56,12 @@ QString totalText(const CleanupReviewState& review) {
     QString text = countText(review.selectedPaths.size()) + QStringLiteral(", ") +
                    sizeText(size.bytes, !size.isComplete);
     if (const qsizetype staying = review.items.size() - review.selectedPaths.size(); staying > 0)
-        text += QStringLiteral("; %1 will stay").arg(countText(staying));
+        text += QStringLiteral("; ") + Texts::tr("%1 will stay").arg(countText(staying));
     text += u'\n';
     if (review.needsAdministrator())
-        text += administratorWarning + u'\n';
+        text += administratorWarning() + u'\n';
     if (!review.isComplete)
-        text += QStringLiteral("Some folders could not be searched.\n");
+        text += Texts::tr("Some folders could not be searched.\n");
     return text;
 }
 
@@ -91,9 +93,8 @@ void reviewed(const Call& call, const QString& key, std::function<void()> then) 
     LauncherCleanup& cleanup = call->launcher().cleanup();
     if (cleanup.phase() != LauncherCleanup::Phase::idle &&
         cleanup.phase() != LauncherCleanup::Phase::done)
-        return call->fail({QStringLiteral("removalInProgress"),
-                           QStringLiteral("Another removal is being reviewed."),
-                           {}});
+        return call->fail(
+            {QStringLiteral("removalInProgress"), Texts::tr("Another removal is being reviewed."), {}});
     const auto isMeasured = std::make_shared<bool>(false);
     cleanup.open(key, [call](const LauncherCleanup::Outcome& outcome) {
         if (!outcome)
@@ -109,9 +110,8 @@ void reviewed(const Call& call, const QString& key, std::function<void()> then) 
                 return;
             if (state.phase() == LauncherCleanup::Phase::idle || appKey(state.app()) != key) {
                 call->held.clear();
-                return call->fail({QStringLiteral("reviewEnded"),
-                                   QStringLiteral("The review was closed meanwhile."),
-                                   {}});
+                return call->fail(
+                    {QStringLiteral("reviewEnded"), Texts::tr("The review was closed meanwhile."), {}});
             }
             if (state.phase() != LauncherCleanup::Phase::review || state.isMeasuring() ||
                 std::exchange(*isMeasured, true))
@@ -128,12 +128,13 @@ void endWhenUnwanted(const Call& call) {
         if (cleanup.phase() == LauncherCleanup::Phase::removing)
             return cleanup.stop();
         endReview(call);
-        call->fail({QStringLiteral("cancelled"), QStringLiteral("The removal was cancelled."), {}});
+        call->fail({QStringLiteral("cancelled"), Texts::tr("The removal was cancelled."), {}});
     });
 }
 
 void addReview(CommandSet& set, CLI::App* group) {
-    CLI::App* review = set.add("review", "What a removal of an application could take", group);
+    CLI::App* review =
+        set.add("review", Texts::noop("What a removal of an application could take"), group);
     const Word key = word(review, "appkey", appKeyHelp);
     set.onRun(review, CommandNeeds::launcher, [key](const Call& call) {
         reviewed(call, text(key), [call] {
@@ -166,13 +167,13 @@ std::expected<QList<NamedItem>, LauncherError> itemsFrom(const Call& call, const
     const auto damaged = [&] {
         return std::unexpected(LauncherError{
             QStringLiteral("damaged"),
-            QStringLiteral("%1 is no list of paths: a JSON array, or the answer of cleanup review.")
+            Texts::tr("%1 is no list of paths: a JSON array, or the answer of cleanup review.")
                 .arg(name),
             {}});
     };
     if (!file.open(QFile::ReadOnly))
-        return std::unexpected(LauncherError{
-            QStringLiteral("unreadable"), QStringLiteral("%1 cannot be read.").arg(name), {}});
+        return std::unexpected(
+            LauncherError{QStringLiteral("unreadable"), Texts::tr("%1 cannot be read.").arg(name), {}});
     if (file.size() > maximumItemsFile)
         return damaged();
     const auto document = json::parse(file.readAll());
@@ -208,15 +209,14 @@ std::expected<void, LauncherError> select(const Call& call, bool all, const Word
     for (const NamedItem& wanted : *named) {
         const auto item = std::ranges::find(items, wanted.path, &RelatedFile::path);
         if (item == items.end())
-            return std::unexpected(
-                LauncherError{QStringLiteral("notReviewed"),
-                              QStringLiteral("“%1” is not among the items of the review.")
-                                  .arg(wanted.path.left(1'000)),
-                              {}});
+            return std::unexpected(LauncherError{
+                QStringLiteral("notReviewed"),
+                Texts::tr("“%1” is not among the items of the review.").arg(wanted.path.left(1'000)),
+                {}});
         if (wanted.identity && *wanted.identity != item->identity)
             return std::unexpected(
                 LauncherError{QStringLiteral("changed"),
-                              QStringLiteral("“%1” is not what lay there when it was reviewed.")
+                              Texts::tr("“%1” is not what lay there when it was reviewed.")
                                   .arg(wanted.path.left(1'000)),
                               {}});
     }
@@ -236,10 +236,10 @@ void refuseWithoutYes(const Call& call) {
             lines += itemText(file, true);
         lines += totalText(review);
         if (isRunning)
-            lines += QStringLiteral("%1 is open and would be asked to quit.\n")
+            lines += Texts::tr("%1 is open and would be asked to quit.\n")
                          .arg(call->launcher().cleanup().app().name);
         const LauncherError error{QStringLiteral("confirmationRequired"),
-                                  QStringLiteral("%1Nothing was removed; --yes goes on.").arg(lines),
+                                  Texts::tr("%1Nothing was removed; --yes goes on.").arg(lines),
                                   {}};
         endReview(call);
         call->fail(error);
@@ -247,17 +247,20 @@ void refuseWithoutYes(const Call& call) {
 }
 
 void addRemove(CommandSet& set, CLI::App* group) {
-    CLI::App* remove =
-        set.add("remove", "Move an application and what is surely its own to the Trash", group);
+    CLI::App* remove = set.add(
+        "remove", Texts::noop("Move an application and what is surely its own to the Trash"), group);
     const Word key = word(remove, "appkey", appKeyHelp);
-    const Flag all = flag(remove, "--all-matches", "Also what may belong to something else");
+    const Flag all =
+        flag(remove, "--all-matches", Texts::noop("Also what may belong to something else"));
     const Word file = std::make_shared<std::string>();
     remove
-        ->add_option("--items", *file,
-                     "These items alone: a file with their paths as a JSON array, or with the "
-                     "answer of a review")
+        ->add_option(
+            "--items", *file,
+            Texts::noop("These items alone: a file with their paths as a JSON array, or with the "
+                        "answer of a review"))
         ->excludes("--all-matches");
-    const Flag yes = flag(remove, "--yes", "Do it, and ask the application to quit if it is open");
+    const Flag yes =
+        flag(remove, "--yes", Texts::noop("Do it, and ask the application to quit if it is open"));
     set.onRun(remove, CommandNeeds::launcherUntilStopped, [key, all, file, yes](const Call& call) {
         endWhenUnwanted(call);
         reviewed(call, text(key), [call, all = *all, file, yes = *yes] {
@@ -305,12 +308,12 @@ QJsonObject pastJson(const CleanupRecord& past) {
 QString pastText(const CleanupRecord& past) {
     return QStringLiteral("%1  %2  %3  (%4)\n")
         .arg(toText(past.id), past.removedAt.toIso8601(), past.name,
-             past.items.isEmpty() ? QStringLiteral("brought back")
-                                  : QStringLiteral("%1 in the Trash").arg(past.items.size()));
+             past.items.isEmpty() ? Texts::tr("brought back")
+                                  : Texts::tr("%1 in the Trash").arg(past.items.size()));
 }
 
 void addHistory(CommandSet& set, CLI::App* group) {
-    CLI::App* history = set.add("history", "The past removals, the last first", group);
+    CLI::App* history = set.add("history", Texts::noop("The past removals, the last first"), group);
     set.onRun(history, CommandNeeds::launcher, [](const Call& call) {
         call->launcher().cleanup().listPast([call](const LauncherCleanup::Past& past) {
             if (!past)
@@ -327,16 +330,17 @@ void addHistory(CommandSet& set, CLI::App* group) {
 }
 
 void addRestore(CommandSet& set, CLI::App* group) {
-    CLI::App* restore = set.add("restore", "Bring back what a removal took", group);
+    CLI::App* restore = set.add("restore", Texts::noop("Bring back what a removal took"), group);
     const Word id = std::make_shared<std::string>();
-    restore->add_option("id", *id, "Which one, as history lists it; the last one, if it is left out");
+    restore->add_option("id", *id,
+                        Texts::noop("Which one, as history lists it; the last one, if it is left out"));
     set.onRun(restore, CommandNeeds::launcherUntilStopped, [id](const Call& call) {
         std::optional<QUuid> removal;
         if (!id->empty()) {
             removal = QUuid::fromString(text(id));
             if (removal->isNull())
                 return call->fail({QStringLiteral("unknownRemoval"),
-                                   QStringLiteral("“%1” is no removal.").arg(text(id)),
+                                   Texts::tr("“%1” is no removal.").arg(text(id)),
                                    {}});
         }
         call->whenUnwanted([call] { call->launcher().cleanup().stop(); });
@@ -353,18 +357,17 @@ void addRestore(CommandSet& set, CLI::App* group) {
 }
 
 void addHelper(CommandSet& set) {
-    CLI::App* helper = set.addGroup("helper", "The removal helper");
-    CLI::App* status = set.add("status", "Whether the helper answers", helper);
+    CLI::App* helper = set.addGroup("helper", Texts::noop("The removal helper"));
+    CLI::App* status = set.add("status", Texts::noop("Whether the helper answers"), helper);
     set.onRun(status, CommandNeeds::launcher, [](const Call& call) {
         call->launcher().cleanup().checkHelper([call](const std::expected<void, QString>& health) {
             const QString said = health ? QStringLiteral("enabled") : QStringLiteral("unavailable");
             QJsonObject answer{{QStringLiteral("status"), said},
-                               {QStringLiteral("description"), removalHelperDescription}};
+                               {QStringLiteral("description"), removalHelperDescription()}};
             if (!health)
                 answer.insert(QStringLiteral("message"), health.error());
-            call->succeed(answer,
-                          (health ? QStringLiteral("The removal helper answers.") : health.error()) +
-                              u'\n' + removalHelperDescription);
+            call->succeed(answer, (health ? Texts::tr("The removal helper answers.") : health.error()) +
+                                      u'\n' + removalHelperDescription());
         });
     });
 }
@@ -372,7 +375,7 @@ void addHelper(CommandSet& set) {
 } // namespace
 
 void addCleanupCommands(CommandSet& set) {
-    CLI::App* group = set.addGroup("cleanup", "Remove applications with what they left");
+    CLI::App* group = set.addGroup("cleanup", Texts::noop("Remove applications with what they left"));
     addReview(set, group);
     addRemove(set, group);
     addHistory(set, group);

@@ -1,37 +1,42 @@
 #include "control/command_set.h"
 
+#include "control/manual.h"
+#include "platform/texts.h"
+
 namespace tessellar {
 
 std::span<const GlobalOption> globalOptions() {
     static constexpr GlobalOption options[] = {
-        {"--root", "DIR", "The machine is the folder DIR, which holds a Mac's layout"},
-        {"--home", "PATH", "Whose arrangement, where the machine has several homes"},
-        {"--mode", "MODE", "The display mode: fullScreen (the default) or windowed"},
-        {"--locale", "ID", "How to compare and name things, such as de_DE"},
-        {"--now", "DATE", "What to take for the present, such as 2026-11-14T21:05:40Z"},
-        {"--json", nullptr, "Answer with a JSON document"},
-        {"--version", nullptr, "Say the version, and nothing else"},
-        {"--help", nullptr, "List the commands, and nothing else"},
+        {"--root", "DIR", Texts::noop("The machine is the folder DIR, which holds a Mac's layout")},
+        {"--home", "PATH", Texts::noop("Whose arrangement, where the machine has several homes")},
+        {"--mode", "MODE", Texts::noop("The display mode: fullScreen (the default) or windowed")},
+        {"--locale", "ID", Texts::noop("The user's locale, such as de_DE")},
+        {"--now", "DATE", Texts::noop("What to take for the present, such as 2026-11-14T21:05:40Z")},
+        {"--json", nullptr, Texts::noop("Answer with a JSON document")},
+        {"--version", nullptr, Texts::noop("Say the version, and nothing else")},
+        {"--help", nullptr, Texts::noop("List the commands, and nothing else")},
     };
     return options;
 }
 
 static std::string beforeTheCommand() {
-    std::string text = "Before the command:\n";
+    std::string text = Texts::tr("Before the command:").toStdString() + '\n';
     for (const GlobalOption& option : globalOptions()) {
         std::string line = std::string("  ") + option.name;
         if (option.value)
             line += std::string(" ") + option.value;
         line.resize(30, ' ');
-        text += line + option.description + '\n';
+        text += line + Texts::tr(option.description).toStdString() + '\n';
     }
-    return text + "\nbatch FILE takes one command a line from a file, or with - from standard input.\n"
-                  "The exit status is 0 when it was done, 1 when it was refused or failed, "
-                  "2 for wrong usage.";
+    return text + '\n' +
+           Texts::tr("batch FILE takes one command a line from a file, or with - from standard input.\n"
+                     "The exit status is 0 when it was done, 1 when it was refused or failed, "
+                     "2 for wrong usage.")
+               .toStdString();
 }
 
 CommandSet::CommandSet()
-    : _parser("Everything that the launcher can do without a pointer.", "tessellarctl") {
+    : _parser(Texts::noop("Everything that the launcher can do without a pointer."), "tessellarctl") {
     _parser.require_subcommand(1);
     addLayoutCommands(*this);
     addArrangementCommands(*this);
@@ -44,6 +49,7 @@ CommandSet::CommandSet()
     addSmartFolderCommands(*this);
     addUpdateCommands(*this);
     addCleanupCommands(*this);
+    translateHelp(_parser);
     _parser.footer(beforeTheCommand()); // last: commands would take it over
 }
 
@@ -77,13 +83,13 @@ static const CLI::App* commandNamed(const CLI::App& parent, const QString& name)
 
 std::optional<QString> CommandSet::nameFailure(const QStringList& words) const {
     if (words.isEmpty())
-        return QStringLiteral("Name a command; tessellarctl --help lists them.");
+        return Texts::tr("Name a command; tessellarctl --help lists them.");
     const QString& name = words.first();
     if (name.startsWith(u'-'))
         return std::nullopt;
     const CLI::App* command = commandNamed(_parser, name);
     if (!command)
-        return QStringLiteral("There is no command “%1”; tessellarctl --help lists them.")
+        return Texts::tr("There is no command “%1”; tessellarctl --help lists them.")
             .arg(name.left(80));
     const QString next = words.value(1);
     if (command->get_require_subcommand_min() == 0 || commandNamed(*command, next) ||
@@ -92,8 +98,7 @@ std::optional<QString> CommandSet::nameFailure(const QStringList& words) const {
     QStringList names;
     for (const CLI::App* one : command->get_subcommands({}))
         names.append(QString::fromStdString(one->get_name()));
-    return QStringLiteral("“%1” takes one of these words: %2.")
-        .arg(name, names.join(QStringLiteral(", ")));
+    return Texts::tr("“%1” takes one of these words: %2.").arg(name, names.join(QStringLiteral(", ")));
 }
 
 std::expected<CommandSet::Parsed, CommandSet::Failure> CommandSet::parse(const QStringList& words) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/command_call.h"
+#include "platform/texts.h"
 
 #include <CLI/CLI.hpp>
 
@@ -86,7 +87,7 @@ QString valueText(const QJsonValue& value);
 
 /// What the help says of the word `appkey`.
 inline constexpr auto appKeyHelp =
-    "The application's bundle identifier, or the path of one of several copies";
+    Texts::noop("The application's bundle identifier, or the path of one of several copies");
 
 /// An optional word or option; empty when it was not given.
 inline Word optionalWord(CLI::App* command, const std::string& name, const std::string& description) {

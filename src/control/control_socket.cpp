@@ -1,5 +1,7 @@
 #include "control/control_socket.h"
 
+#include "platform/texts.h"
+
 #include <QCryptographicHash>
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -228,7 +230,7 @@ RemoteExecutor::RemoteExecutor(std::unique_ptr<QLocalSocket> socket, Scheduler& 
     : _socket(std::move(socket)), _scheduler(scheduler) {
     QObject::connect(_socket.get(), &QLocalSocket::readyRead, _socket.get(), [this] { read(); });
     QObject::connect(_socket.get(), &QLocalSocket::disconnected, _socket.get(),
-                     [this] { end("The launcher ended before it had answered.\n"); });
+                     [this] { end(Texts::tr("The launcher ended before it had answered.")); });
 }
 
 RemoteExecutor::~RemoteExecutor() { _socket->disconnect(); }
@@ -244,7 +246,7 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
         options.mode, options.directory, options.now,     options.locale};
     _socket->write(json::writeCompact(json::encode(request)) + '\n');
     if (_socket->state() != QLocalSocket::ConnectedState)
-        end("The launcher ended before it had answered.\n");
+        end(Texts::tr("The launcher ended before it had answered."));
 }
 
 void RemoteExecutor::awaitSign() {
@@ -253,7 +255,7 @@ void RemoteExecutor::awaitSign() {
         RemoteExecutor* self;
         void operator()() const {
             if (++self->_unanswered > maximumPings)
-                return self->end("The launcher does not answer.\n");
+                return self->end(Texts::tr("The launcher does not answer."));
             self->_socket->write(pingLine);
             self->_patience = self->_scheduler.after(pingInterval, *this);
         }
@@ -273,7 +275,7 @@ void RemoteExecutor::stop(Unwanted why) {
         if (_unanswered == 0)
             awaitSign();
         else
-            end("The launcher does not answer.\n");
+            end(Texts::tr("The launcher does not answer."));
     });
     _output.whenUnwanted([this](Unwanted) { end({}); });
 }
@@ -296,13 +298,13 @@ void RemoteExecutor::read() {
     }
 }
 
-void RemoteExecutor::end(const QByteArray& error) {
+void RemoteExecutor::end(const QString& error) {
     if (!std::exchange(_isRunning, false))
         return;
     _patience.cancel();
     const CommandOutput output = std::exchange(_output, {});
     if (!error.isEmpty())
-        output.error(error);
+        output.error(error.toUtf8() + '\n');
     output.finished(static_cast<int>(ExitStatus::refused));
 }
 

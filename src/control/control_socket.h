@@ -55,7 +55,7 @@ private:
     void read();
     void awaitSign();
     void stop(Unwanted why);
-    void end(const QByteArray& error);
+    void end(const QString& error); ///< nothing for none
 
     std::unique_ptr<QLocalSocket> _socket;
     Scheduler& _scheduler;

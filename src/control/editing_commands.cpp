@@ -10,14 +10,15 @@
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
 
-constexpr const char* tileHelp = "A tile, by its identifier or app key";
-constexpr const char* tilesHelp = "Tiles, by identifier or app key";
+constexpr const char* tileHelp = Texts::noop("A tile, by its identifier or app key");
+constexpr const char* tilesHelp = Texts::noop("Tiles, by identifier or app key");
 constexpr const char* placeHelp =
-    "PAGE:INDEX or FOLDER/PAGE:INDEX, counted from 0; without INDEX the page's end";
+    Texts::noop("PAGE:INDEX or FOLDER/PAGE:INDEX, counted from 0; without INDEX the page's end");
 
 void answerWithHits(const Call& call, const Word& query) {
     QJsonArray hits;
@@ -44,7 +45,7 @@ std::optional<QUuid> tile(const Call& call, const QString& name, AppTiles which 
     const auto found = findTile(call->layout().pages(), name, which);
     if (!found)
         call->fail({QStringLiteral("noSuchTile"),
-                    QStringLiteral("There is no tile “%1”.").arg(name.left(200)),
+                    Texts::tr("There is no tile “%1”.").arg(name.left(200)),
                     {}});
     return found;
 }
@@ -69,14 +70,14 @@ std::optional<LayoutPlace> place(const Call& call, const Word& word) {
     const auto found = LayoutPlace::fromText(text(word));
     if (!found)
         call->fail({QStringLiteral("noSuchPlace"),
-                    QStringLiteral("“%1” is no place; write PAGE:INDEX or FOLDER/PAGE:INDEX.")
+                    Texts::tr("“%1” is no place; write PAGE:INDEX or FOLDER/PAGE:INDEX.")
                         .arg(text(word).left(200)),
                     {}});
     return found;
 }
 
 void addMoves(CommandSet& set) {
-    CLI::App* move = set.add("move", "Move tiles to a place");
+    CLI::App* move = set.add("move", Texts::noop("Move tiles to a place"));
     set.onRun(move, CommandNeeds::launcher,
               [names = words(move, "tiles", tilesHelp),
                to = requiredOption(move, "--to", placeHelp)](const Call& call) {
@@ -87,26 +88,28 @@ void addMoves(CommandSet& set) {
               });
 
     CLI::App* group =
-        set.add("group", "Put tiles together with another: into it, or into a new folder");
-    set.onRun(group, CommandNeeds::launcher,
-              [names = words(group, "tiles", tilesHelp),
-               with = requiredOption(group, "--with", "The tile that they are dropped on")](
-                  const Call& call) {
-                  const auto ids = tiles(call, names);
-                  const auto target = ids ? tile(call, with) : std::nullopt;
-                  if (target)
-                      call->answer(call->launcher().editor().groupTiles(call->mode(), *ids, *target));
-              });
+        set.add("group", Texts::noop("Put tiles together with another: into it, or into a new folder"));
+    set.onRun(
+        group, CommandNeeds::launcher,
+        [names = words(group, "tiles", tilesHelp),
+         with = requiredOption(group, "--with", Texts::noop("The tile that they are dropped on"))](
+            const Call& call) {
+            const auto ids = tiles(call, names);
+            const auto target = ids ? tile(call, with) : std::nullopt;
+            if (target)
+                call->answer(call->launcher().editor().groupTiles(call->mode(), *ids, *target));
+        });
 
-    CLI::App* ungroup = set.add("ungroup", "Put a folder's tiles in its place");
+    CLI::App* ungroup = set.add("ungroup", Texts::noop("Put a folder's tiles in its place"));
     set.onRun(ungroup, CommandNeeds::launcher,
               [name = word(ungroup, "folder", tileHelp)](const Call& call) {
                   if (const auto id = tile(call, name))
                       call->answer(call->launcher().editor().ungroupFolder(call->mode(), *id));
               });
 
-    CLI::App* sort = set.add("sort", "Sort a page by name, or everything");
-    const Word page = optionalWord(sort, "page", "PAGE or FOLDER/PAGE; without it everything");
+    CLI::App* sort = set.add("sort", Texts::noop("Sort a page by name, or everything"));
+    const Word page =
+        optionalWord(sort, "page", Texts::noop("PAGE or FOLDER/PAGE; without it everything"));
     set.onRun(sort, CommandNeeds::launcher, [page](const Call& call) {
         if (page->empty())
             return call->answer(call->launcher().editor().sortEverything(call->mode()));
@@ -116,26 +119,26 @@ void addMoves(CommandSet& set) {
 }
 
 void addNames(CommandSet& set) {
-    CLI::App* rename = set.add("rename", "Give a folder or an application another name");
+    CLI::App* rename = set.add("rename", Texts::noop("Give a folder or an application another name"));
     set.onRun(rename, CommandNeeds::launcher,
               [name = word(rename, "tile", tileHelp),
-               to = word(rename, "name", "The new name")](const Call& call) {
+               to = word(rename, "name", Texts::noop("The new name"))](const Call& call) {
                   if (const auto id = tile(call, name))
                       call->answer(call->launcher().editor().rename(call->mode(), *id, text(to)));
               });
 
-    CLI::App* revert = set.add("revert-name", "Back to what the application calls itself");
+    CLI::App* revert = set.add("revert-name", Texts::noop("Back to what the application calls itself"));
     set.onRun(revert, CommandNeeds::launcher,
               [name = word(revert, "tile", tileHelp)](const Call& call) {
                   if (const auto id = tile(call, name))
                       call->answer(call->launcher().editor().revertAppName(call->mode(), *id));
               });
 
-    CLI::App* symbol = set.add("symbol", "Show a symbol on a folder; none clears it");
+    CLI::App* symbol = set.add("symbol", Texts::noop("Show a symbol on a folder; none clears it"));
     set.onRun(
         symbol, CommandNeeds::launcher,
         [name = word(symbol, "folder", tileHelp),
-         to = word(symbol, "symbol", "Its name, or none")](const Call& call) {
+         to = word(symbol, "symbol", Texts::noop("Its name, or none"))](const Call& call) {
             if (const auto id = tile(call, name))
                 call->answer(call->launcher().editor().setFolderSymbol(
                     call->mode(), *id, text(to) == u"none" ? std::nullopt : std::optional(text(to))));
@@ -143,14 +146,14 @@ void addNames(CommandSet& set) {
 }
 
 void addHiding(CommandSet& set) {
-    CLI::App* hide = set.add("hide", "Hide applications from the grid");
+    CLI::App* hide = set.add("hide", Texts::noop("Hide applications from the grid"));
     set.onRun(hide, CommandNeeds::launcher,
               [names = words(hide, "tiles", tilesHelp)](const Call& call) {
                   if (const auto ids = tiles(call, names))
                       call->answer(call->launcher().editor().hideApps(call->mode(), *ids));
               });
 
-    CLI::App* unhide = set.add("unhide", "Show a hidden application again");
+    CLI::App* unhide = set.add("unhide", Texts::noop("Show a hidden application again"));
     set.onRun(unhide, CommandNeeds::launcher,
               [key = word(unhide, "appkey", appKeyHelp)](const Call& call) {
                   call->answer(call->launcher().editor().unhideApp(call->mode(), text(key)));
@@ -158,8 +161,8 @@ void addHiding(CommandSet& set) {
 }
 
 void addAliases(CommandSet& set) {
-    CLI::App* alias = set.addGroup("alias", "Second tiles for applications");
-    CLI::App* create = set.add("create", "A second tile for an application", alias);
+    CLI::App* alias = set.addGroup("alias", Texts::noop("Second tiles for applications"));
+    CLI::App* create = set.add("create", Texts::noop("A second tile for an application"), alias);
     set.onRun(create, CommandNeeds::launcher,
               [name = word(create, "tile", tileHelp),
                to = requiredOption(create, "--to", placeHelp)](const Call& call) {
@@ -168,7 +171,7 @@ void addAliases(CommandSet& set) {
                   if (where)
                       call->answer(call->launcher().editor().createAlias(call->mode(), *id, *where));
               });
-    CLI::App* remove = set.add("remove", "Remove alias tiles", alias);
+    CLI::App* remove = set.add("remove", Texts::noop("Remove alias tiles"), alias);
     set.onRun(remove, CommandNeeds::launcher,
               [names = words(remove, "tiles", tilesHelp)](const Call& call) {
                   if (const auto ids = tiles(call, names, AppTiles::aliasesOnly))
@@ -184,31 +187,34 @@ QJsonArray names(const QList<LayoutUndoEntry>& stack) {
 }
 
 void addHistory(CommandSet& set) {
-    set.onRun(set.add("undo", "Take the last edit back"), CommandNeeds::launcher, [](const Call& call) {
-        call->launcher().history().undo(
-            call->mode(), [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
-    });
-    set.onRun(set.add("redo", "Make the last undone edit again"), CommandNeeds::launcher,
+    set.onRun(set.add("undo", Texts::noop("Take the last edit back")), CommandNeeds::launcher,
+              [](const Call& call) {
+                  call->launcher().history().undo(
+                      call->mode(),
+                      [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
+              });
+    set.onRun(set.add("redo", Texts::noop("Make the last undone edit again")), CommandNeeds::launcher,
               [](const Call& call) {
                   call->launcher().history().redo(
                       call->mode(),
                       [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
               });
-    set.onRun(set.add("history", "What can be undone and redone, oldest first"), CommandNeeds::launcher,
-              [](const Call& call) {
+    set.onRun(set.add("history", Texts::noop("What can be undone and redone, oldest first")),
+              CommandNeeds::launcher, [](const Call& call) {
                   const LayoutUndoHistory& history = call->launcher().history().steps();
                   QString lines;
                   for (const LayoutUndoEntry& entry : history.undoStack())
-                      lines += QStringLiteral("Undo %1\n").arg(entry.name);
+                      lines += Texts::tr("Undo %1\n").arg(entry.name);
                   for (const LayoutUndoEntry& entry : history.redoStack())
-                      lines += QStringLiteral("Redo %1\n").arg(entry.name);
+                      lines += Texts::tr("Redo %1\n").arg(entry.name);
                   call->succeed(QJsonObject{{QStringLiteral("undo"), names(history.undoStack())},
                                             {QStringLiteral("redo"), names(history.redoStack())}},
                                 lines);
               });
-    set.onRun(set.add("save", "Wait until every edit is on the disk, as a batch does at its end"),
+    set.onRun(set.add("save",
+                      Texts::noop("Wait until every edit is on the disk, as a batch does at its end")),
               CommandNeeds::launcher, [](const Call& call) { call->answer({}); });
-    CLI::App* select = set.add("select", "Select tiles; none clears the selection");
+    CLI::App* select = set.add("select", Texts::noop("Select tiles; none clears the selection"));
     auto chosen = std::make_shared<std::vector<std::string>>();
     select->add_option("tiles", *chosen, tilesHelp);
     set.onRun(select, CommandNeeds::launcher, [chosen](const Call& call) {
@@ -224,23 +230,23 @@ void answerClipboard(const Call& call, bool isDone) {
     if (isDone)
         return call->answer({});
     call->fail({QStringLiteral("clipboardRefused"),
-                QStringLiteral("There is nothing that could be taken there."),
+                Texts::tr("There is nothing that could be taken there."),
                 {}});
 }
 
 void addClipboard(CommandSet& set) {
-    CLI::App* copy = set.add("copy", "Copy tiles to the clipboard");
+    CLI::App* copy = set.add("copy", Texts::noop("Copy tiles to the clipboard"));
     set.onRun(copy, CommandNeeds::launcher,
               [names = words(copy, "tiles", tilesHelp)](const Call& call) {
                   if (const auto ids = tiles(call, names))
                       answerClipboard(call, call->launcher().clipboard().copy(call->mode(), *ids));
               });
-    CLI::App* cut = set.add("cut", "Cut tiles: they move when they are pasted");
+    CLI::App* cut = set.add("cut", Texts::noop("Cut tiles: they move when they are pasted"));
     set.onRun(cut, CommandNeeds::launcher, [names = words(cut, "tiles", tilesHelp)](const Call& call) {
         if (const auto ids = tiles(call, names))
             answerClipboard(call, call->launcher().clipboard().cut(call->mode(), *ids));
     });
-    CLI::App* paste = set.add("paste", "Paste after the selected tile, or at a place");
+    CLI::App* paste = set.add("paste", Texts::noop("Paste after the selected tile, or at a place"));
     const Word to = optionalWord(paste, "--to", placeHelp);
     set.onRun(paste, CommandNeeds::launcher, [to](const Call& call) {
         const auto where = to->empty() ? std::nullopt : place(call, to);
@@ -250,9 +256,9 @@ void addClipboard(CommandSet& set) {
 }
 
 void addSearch(CommandSet& set) {
-    CLI::App* search = set.add("search", "Applications by name, best first");
+    CLI::App* search = set.add("search", Texts::noop("Applications by name, best first"));
     set.onRun(search, CommandNeeds::launcher,
-              [query = word(search, "query", "What to look for")](const Call& call) {
+              [query = word(search, "query", Texts::noop("What to look for"))](const Call& call) {
                   // What smart folders show is found by their names: they are evaluated first.
                   LauncherViewModel& launcher = call->launcher();
                   launcher.updates().whenKnown([call, query, &launcher] {

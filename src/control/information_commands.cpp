@@ -3,6 +3,7 @@
 #include "control/command_set.h"
 #include "launcher/app_inquiry.h"
 #include "launcher/installed_applications.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
@@ -33,7 +34,7 @@ void answer(const Call& call, const AppInformation& information) {
 } // namespace
 
 void addInformationCommands(CommandSet& set) {
-    CLI::App* info = set.add("info", "All that is known of an application");
+    CLI::App* info = set.add("info", Texts::noop("All that is known of an application"));
     set.onRun(info, CommandNeeds::launcher, [key = word(info, "appkey", appKeyHelp)](const Call& call) {
         const auto app = AppInquiry::application(call->launcher(), call->mode(), text(key));
         if (!app)

@@ -6,6 +6,7 @@
 #include "launcher/layout_archive.h"
 #include "launcher/layout_proposals.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 #include <map>
@@ -25,7 +26,7 @@ void writeTiles(QString& out, const Call& call, const Page& page, int indent) {
             if (layout.hiddenKeys().contains(appKey(*app)))
                 out += QStringLiteral(" (hidden)");
             if (layout.unavailableAppKeys().contains(appKey(*app)))
-                out += QStringLiteral(" (not available)");
+                out += Texts::tr(" (not available)");
             out += u'\n';
         } else if (const FolderEntry* folder = item.folder()) {
             out += folder->name + QStringLiteral("/\n");
@@ -33,7 +34,7 @@ void writeTiles(QString& out, const Call& call, const Page& page, int indent) {
                 writeTiles(out, call, inner, indent + 4);
         } else {
             out += call->launcher().smartFolders().name(item.smartFolder()->definitionID) +
-                   QStringLiteral(" (smart folder)\n");
+                   Texts::tr(" (smart folder)\n");
         }
     }
 }
@@ -42,18 +43,16 @@ QString gridText(const Call& call, const Pages& pages) {
     QString out;
     int number = 0;
     for (const Page& page : pages) {
-        out += QStringLiteral("%1Page %2\n")
-                   .arg(number ? QStringLiteral("\n") : QString())
-                   .arg(number + 1);
+        out += Texts::tr("%1Page %2\n").arg(number ? QStringLiteral("\n") : QString()).arg(number + 1);
         writeTiles(out, call, page, 2);
         ++number;
     }
-    return out.isEmpty() ? QStringLiteral("There are no applications.") : out;
+    return out.isEmpty() ? Texts::tr("There are no applications.") : out;
 }
 
 void addScan(CommandSet& set) {
-    set.onRun(set.add("scan", "Look for applications and print what is found"), CommandNeeds::machine,
-              [](const Call& call) {
+    set.onRun(set.add("scan", Texts::noop("Look for applications and print what is found")),
+              CommandNeeds::machine, [](const Call& call) {
                   Machine& machine = call->machine;
                   auto task = std::make_shared<Task>();
                   call->held.push_back(task);
@@ -79,10 +78,12 @@ void addArrange(CommandSet& set) {
     using Kind = LayoutProposal::Kind;
     static const std::map<std::string, Kind> ways{{"by-category", Kind::byCategory},
                                                   {"by-name", Kind::byName}};
-    CLI::App* arrange = set.add("arrange", "Arrange all applications anew; a backup is kept");
-    const Word way = word(arrange, "way", "by-category, with a folder for each, or by-name");
+    CLI::App* arrange =
+        set.add("arrange", Texts::noop("Arrange all applications anew; a backup is kept"));
+    const Word way =
+        word(arrange, "way", Texts::noop("by-category, with a folder for each, or by-name"));
     arrange->get_option("way")->check(CLI::IsMember(ways));
-    const Flag isPreview = flag(arrange, "--preview", "Only print what would come of it");
+    const Flag isPreview = flag(arrange, "--preview", Texts::noop("Only print what would come of it"));
     set.onRun(arrange, CommandNeeds::launcher, [way, isPreview](const Call& call) {
         call->launcher().proposals().propose(
             call->mode(), [call, way, isPreview](const LayoutProposals::All& all) {
@@ -105,7 +106,7 @@ void addPresence(CommandSet& set, const char* name, const char* description,
         const auto& window = call->launcher().presenter();
         if (!window)
             return call->fail(
-                {QStringLiteral("notRunning"), QStringLiteral("The launcher is not running."), {}});
+                {QStringLiteral("notRunning"), Texts::tr("The launcher is not running."), {}});
         act(*window);
         call->finish(ExitStatus::done);
     });
@@ -115,31 +116,33 @@ void addPresence(CommandSet& set, const char* name, const char* description,
 
 void addLayoutCommands(CommandSet& set) {
     addScan(set);
-    set.onRun(set.add("list",
-                      "Print the arrangement: the working layout, in the form of its file with --json"),
+    set.onRun(
+        set.add("list",
+                Texts::noop(
+                    "Print the arrangement: the working layout, in the form of its file with --json")),
+        CommandNeeds::launcher, [](const Call& call) {
+            if (!call->launcher().isBootstrapped())
+                return call->answer(call->launcher().history().guard(call->mode()));
+            call->succeed(json::encode(call->layout().document()),
+                          gridText(call, call->layout().pages()));
+        });
+    set.onRun(set.add("reset", Texts::noop("Back to the default alphabetical arrangement")),
               CommandNeeds::launcher, [](const Call& call) {
-                  if (!call->launcher().isBootstrapped())
-                      return call->answer(call->launcher().history().guard(call->mode()));
-                  call->succeed(json::encode(call->layout().document()),
-                                gridText(call, call->layout().pages()));
-              });
-    set.onRun(set.add("reset", "Back to the default alphabetical arrangement"), CommandNeeds::launcher,
-              [](const Call& call) {
                   const auto outcome = call->launcher().archive().reset(call->mode());
                   call->answer(outcome,
-                               QStringLiteral("Layout reset to the default alphabetical arrangement."));
+                               Texts::tr("Layout reset to the default alphabetical arrangement."));
               });
     addArrange(set);
     using Presenter = LauncherViewModel::Presenter;
-    addPresence(set, "show", "Bring the launcher that is running before the user",
+    addPresence(set, "show", Texts::noop("Bring the launcher that is running before the user"),
                 [](const Presenter& window) { window.show(); });
-    addPresence(set, "dismiss", "Put its window away",
+    addPresence(set, "dismiss", Texts::noop("Put its window away"),
                 [](const Presenter& window) { window.dismiss(); });
-    addPresence(set, "toggle", "Show it, or put it away where it is shown",
+    addPresence(set, "toggle", Texts::noop("Show it, or put it away where it is shown"),
                 [](const Presenter& window) { window.isShown() ? window.dismiss() : window.show(); });
-    addPresence(set, "quit", "End it, with everything saved",
+    addPresence(set, "quit", Texts::noop("End it, with everything saved"),
                 [](const Presenter& window) { window.quit(); });
-    CLI::App* open = set.add("open", "Start an application");
+    CLI::App* open = set.add("open", Texts::noop("Start an application"));
     set.onRun(open, CommandNeeds::launcher, [key = word(open, "appkey", appKeyHelp)](const Call& call) {
         call->launcher().launch(
             text(key), [call](const LauncherViewModel::Outcome& outcome) { call->answer(outcome); });

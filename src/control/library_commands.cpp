@@ -6,6 +6,7 @@
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_import.h"
 #include "launcher/library_watch.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
@@ -25,7 +26,7 @@ void writeNames(QString& text, const Page& page, int indent) {
 void answerWithPreview(const Call& call, const NativeLaunchpadImportResult& found) {
     QString text;
     for (qsizetype page = 0; page < found.pages.size(); ++page) {
-        text += QStringLiteral("Page %1\n").arg(page + 1);
+        text += Texts::tr("Page %1\n").arg(page + 1);
         writeNames(text, found.pages.at(page), 2);
         text += u'\n';
     }
@@ -39,10 +40,11 @@ void answerWithPreview(const Call& call, const NativeLaunchpadImportResult& foun
 }
 
 void addImport(CommandSet& set) {
-    CLI::App* import = set.add("import-launchpad", "Take over the arrangement of the old Launchpad");
+    CLI::App* import =
+        set.add("import-launchpad", Texts::noop("Take over the arrangement of the old Launchpad"));
     const Word database =
-        optionalWord(import, "--database", "Its database, where it is not the system's");
-    const Flag isPreview = flag(import, "--preview", "Only print what would be imported");
+        optionalWord(import, "--database", Texts::noop("Its database, where it is not the system's"));
+    const Flag isPreview = flag(import, "--preview", Texts::noop("Only print what would be imported"));
     set.onRun(import, CommandNeeds::launcher, [database, isPreview](const Call& call) {
         std::optional<LauncherImport::Database> file;
         if (!database->empty()) {
@@ -75,11 +77,12 @@ QJsonObject iconObject(const LauncherIcons& icons, const QString& appKey) {
 }
 
 void addIcons(CommandSet& set) {
-    CLI::App* group = set.addGroup("icon", "Icons of your own for applications");
-    CLI::App* put = set.add("set", "Give an application the icon in an .icns file", group);
+    CLI::App* group = set.addGroup("icon", Texts::noop("Icons of your own for applications"));
+    CLI::App* put = set.add("set", Texts::noop("Give an application the icon in an .icns file"), group);
     set.onRun(put, CommandNeeds::launcher,
               [key = word(put, "appkey", appKeyHelp),
-               file = word(put, "file", "An .icns file, of which a copy is kept")](const Call& call) {
+               file = word(put, "file", Texts::noop("An .icns file, of which a copy is kept"))](
+                  const Call& call) {
                   const NamedFile named = namedFile(*call, text(file));
                   call->launcher().icons().set(
                       text(key), named.path,
@@ -87,24 +90,25 @@ void addIcons(CommandSet& set) {
                       named.files);
               });
 
-    CLI::App* show = set.add("show", "Where the copy of an application's own icon lies", group);
+    CLI::App* show =
+        set.add("show", Texts::noop("Where the copy of an application's own icon lies"), group);
     set.onRun(show, CommandNeeds::launcher, [key = word(show, "appkey", appKeyHelp)](const Call& call) {
         const LauncherIcons& icons = call->launcher().icons();
         if (const auto path = icons.path(text(key)))
             return call->succeed(iconObject(icons, text(key)), *path);
         call->fail({QStringLiteral("noCustomIcon"),
-                    QStringLiteral("“%1” has no custom icon.").arg(text(key).left(200)),
+                    Texts::tr("“%1” has no custom icon.").arg(text(key).left(200)),
                     {}});
     });
 
-    CLI::App* remove = set.add("remove", "Back to the application's own icon", group);
+    CLI::App* remove = set.add("remove", Texts::noop("Back to the application's own icon"), group);
     set.onRun(
         remove, CommandNeeds::launcher, [key = word(remove, "appkey", appKeyHelp)](const Call& call) {
             call->launcher().icons().remove(
                 text(key), [call](const LauncherIcons::Outcome& outcome) { call->answer(outcome); });
         });
 
-    set.onRun(set.add("list", "The applications that have a custom icon", group),
+    set.onRun(set.add("list", Texts::noop("The applications that have a custom icon"), group),
               CommandNeeds::launcher, [](const Call& call) {
                   const LauncherIcons& icons = call->launcher().icons();
                   QJsonArray array;
@@ -113,9 +117,8 @@ void addIcons(CommandSet& set) {
                       array.append(iconObject(icons, key));
                       text += key + u'\n';
                   }
-                  call->succeed(array, text.isEmpty()
-                                           ? QStringLiteral("No application has a custom icon.")
-                                           : text);
+                  call->succeed(array,
+                                text.isEmpty() ? Texts::tr("No application has a custom icon.") : text);
               });
 }
 
@@ -124,11 +127,10 @@ void addIcons(CommandSet& set) {
 QString noticeText(const LibraryNotice& notice) {
     using Kind = LibraryNotice::Kind;
     if (notice.kind == Kind::watching)
-        return QStringLiteral("Watching %1 folders.").arg(notice.paths.size());
+        return Texts::tr("Watching %n folders.", nullptr, static_cast<int>(notice.paths.size()));
     if (notice.kind == Kind::polling)
-        return QStringLiteral(
-            "The system has no more watches to give: some folders are looked at every "
-            "ten seconds.");
+        return Texts::tr("The system has no more watches to give: some folders are looked at every "
+                         "ten seconds.");
     QString text;
     for (const QString& path : notice.paths)
         text += QStringLiteral("%1  %2\n").arg(json::rawValue(notice.kind), path);
@@ -136,7 +138,7 @@ QString noticeText(const LibraryNotice& notice) {
 }
 
 void addWatch(CommandSet& set) {
-    set.onRun(set.add("watch", "Print what happens to the applications, until stopped"),
+    set.onRun(set.add("watch", Texts::noop("Print what happens to the applications, until stopped")),
               CommandNeeds::launcherToLook, [](const Call& call) {
                   call->options.oneLine = true;
                   LibraryWatch& watch = call->launcher().libraryWatch();

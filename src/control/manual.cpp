@@ -1,5 +1,6 @@
 #include "control/manual.h"
 
+#include "platform/texts.h"
 #include "platform/version.h"
 
 #include <algorithm>
@@ -284,6 +285,18 @@ std::string fish(const ProgramOutline& program) {
 }
 
 } // namespace
+
+void translateHelp(CLI::App& program) {
+    (void)Texts::noop("Print this help message and exit"); // of CLI11
+    const auto inLanguage = [](const std::string& text) {
+        return text.empty() ? text : Texts::tr(text.c_str()).toStdString();
+    };
+    program.description(inLanguage(program.get_description()));
+    for (CLI::Option* option : program.get_options())
+        option->description(inLanguage(option->get_description()));
+    for (CLI::App* command : program.get_subcommands({}))
+        translateHelp(*command);
+}
 
 Option outlineOf(const CLI::Option& option) {
     Option found{.names = {},

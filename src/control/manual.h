@@ -34,6 +34,9 @@ struct ProgramOutline {
     std::string examples;
 };
 
+/// Gives what a program says of its commands and options in the language of its texts.
+void translateHelp(CLI::App& program);
+
 ProgramOutline::Option outlineOf(const CLI::Option& option);
 ProgramOutline outlineOf(const CLI::App& program);
 

@@ -4,17 +4,18 @@
 #include "launcher/layout_archive.h"
 #include "launcher/place_memory.h"
 #include "launcher/unplaced.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
 
 QString placeLine(const PlaceSummary& place) {
-    QString where = QStringLiteral("page %1").arg(place.page + 1);
+    QString where = Texts::tr("page %1").arg(place.page + 1);
     for (const QString& folder : place.folderNames)
         where += QStringLiteral(", “%1”").arg(folder);
     return QStringLiteral("%1  %2  %3 (%4)%5\n")
         .arg(appKey(place.tile), place.goneAt.toIso8601(), place.tile.name, where,
-             place.isRemoved ? QStringLiteral(", removed") : QString());
+             place.isRemoved ? Texts::tr(", removed") : QString());
 }
 
 QJsonValue encoded(const PlaceSummary& place) {
@@ -26,9 +27,10 @@ QJsonValue encoded(const PlaceSummary& place) {
 }
 
 void addPlaces(CommandSet& set) {
-    CLI::App* group = set.addGroup("places", "The remembered places of applications that went");
-    set.onRun(set.add("list", "In the order of the arrangement", group), CommandNeeds::launcher,
-              [](const Call& call) {
+    CLI::App* group =
+        set.addGroup("places", Texts::noop("The remembered places of applications that went"));
+    set.onRun(set.add("list", Texts::noop("In the order of the arrangement"), group),
+              CommandNeeds::launcher, [](const Call& call) {
                   QJsonArray all;
                   QString lines;
                   const LiveLayout& layout = call->layout();
@@ -38,33 +40,33 @@ void addPlaces(CommandSet& set) {
                       all.append(encoded(place));
                       lines += placeLine(place);
                   }
-                  call->succeed(all,
-                                lines.isEmpty() ? QStringLiteral("No places are remembered.") : lines);
+                  call->succeed(all, lines.isEmpty() ? Texts::tr("No places are remembered.") : lines);
               });
-    CLI::App* forget = set.add("forget", "Forget the place of an application, or all", group);
-    set.onRun(
-        forget, CommandNeeds::launcher,
-        [key = optionalWord(forget, "appkey", "Its key or path; without it all are forgotten")](
-            const Call& call) {
-            const auto application = key->empty() ? std::nullopt : std::optional(text(key));
-            if (call->launcher().places().forget(call->mode(), application) == 0 && application)
-                return call->fail(
-                    {QStringLiteral("noSuchPlace"),
-                     QStringLiteral("No place is remembered for “%1”.").arg(application->left(200)),
-                     {}});
-            call->launcher().places().whenWritten(call->mode(),
-                                                  [call](const BackgroundFile::Result& written) {
-                                                      if (written)
-                                                          call->succeed(QJsonObject(), QString());
-                                                      else
-                                                          call->fail(launcherError(written.error()));
-                                                  });
-        });
+    CLI::App* forget =
+        set.add("forget", Texts::noop("Forget the place of an application, or all"), group);
+    set.onRun(forget, CommandNeeds::launcher,
+              [key = optionalWord(forget, "appkey",
+                                  Texts::noop("Its key or path; without it all are forgotten"))](
+                  const Call& call) {
+                  const auto application = key->empty() ? std::nullopt : std::optional(text(key));
+                  if (call->launcher().places().forget(call->mode(), application) == 0 && application)
+                      return call->fail(
+                          {QStringLiteral("noSuchPlace"),
+                           Texts::tr("No place is remembered for “%1”.").arg(application->left(200)),
+                           {}});
+                  call->launcher().places().whenWritten(
+                      call->mode(), [call](const BackgroundFile::Result& written) {
+                          if (written)
+                              call->succeed(QJsonObject(), QString());
+                          else
+                              call->fail(launcherError(written.error()));
+                      });
+              });
 }
 
 void addUnplaced(CommandSet& set) {
     set.onRun(
-        set.add("unplaced", "What is hidden, has no tile, or has gone and may come back"),
+        set.add("unplaced", Texts::noop("What is hidden, has no tile, or has gone and may come back")),
         CommandNeeds::launcher, [](const Call& call) {
             const auto things = unplacedThings(call->launcher(), call->mode(), call->machine.locale);
             QString lines;
@@ -72,31 +74,34 @@ void addUnplaced(CommandSet& set) {
                 lines += QStringLiteral("%1  %2  %3\n")
                              .arg(json::rawValue(thing.kind), thing.id, thing.name);
             call->succeed(json::encode(things),
-                          lines.isEmpty() ? QStringLiteral("Everything is on the pages.") : lines);
+                          lines.isEmpty() ? Texts::tr("Everything is on the pages.") : lines);
         });
 }
 
 void addBackups(CommandSet& set) {
-    CLI::App* group = set.addGroup("backups", "The arrangements that were kept before others came");
-    set.onRun(set.add("list", "Newest first", group), CommandNeeds::launcher, [](const Call& call) {
-        call->launcher().archive().listBackups([call](const QList<BackupSummary>& all) {
-            QString lines;
-            for (const BackupSummary& backup : all)
-                lines += QStringLiteral("%1  %2 (%3 pages, %4 applications, %5 folders)\n")
-                             .arg(backup.name, backup.reason)
-                             .arg(backup.pageCount)
-                             .arg(backup.appCount)
-                             .arg(backup.folderCount);
-            call->succeed(json::encode(all),
-                          lines.isEmpty() ? QStringLiteral("There are no backups.") : lines);
-        });
-    });
-    CLI::App* restore = set.add("restore", "Put a backup in place of the present arrangement", group);
+    CLI::App* group =
+        set.addGroup("backups", Texts::noop("The arrangements that were kept before others came"));
+    set.onRun(set.add("list", Texts::noop("Newest first"), group), CommandNeeds::launcher,
+              [](const Call& call) {
+                  call->launcher().archive().listBackups([call](const QList<BackupSummary>& all) {
+                      QString lines;
+                      for (const BackupSummary& backup : all)
+                          lines += Texts::tr("%1  %2 (%3 pages, %4 applications, %5 folders)\n")
+                                       .arg(backup.name, backup.reason)
+                                       .arg(backup.pageCount)
+                                       .arg(backup.appCount)
+                                       .arg(backup.folderCount);
+                      call->succeed(json::encode(all),
+                                    lines.isEmpty() ? Texts::tr("There are no backups.") : lines);
+                  });
+              });
+    CLI::App* restore =
+        set.add("restore", Texts::noop("Put a backup in place of the present arrangement"), group);
     set.onRun(restore, CommandNeeds::launcher,
-              [name = word(restore, "name", "As the list has it")](const Call& call) {
+              [name = word(restore, "name", Texts::noop("As the list has it"))](const Call& call) {
                   call->launcher().archive().restoreBackup(
                       call->mode(), text(name), [call](const LayoutArchive::Outcome& outcome) {
-                          call->answer(outcome, QStringLiteral("The backup was restored."));
+                          call->answer(outcome, Texts::tr("The backup was restored."));
                       });
               });
 }

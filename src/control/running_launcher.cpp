@@ -1,6 +1,7 @@
 #include "control/running_launcher.h"
 
 #include "platform/host_machine.h"
+#include "platform/texts.h"
 
 #include <QCoreApplication>
 
@@ -34,7 +35,7 @@ std::expected<LauncherOrLock, QString> findLauncherOrLock(HostMachine& host, con
     }
     const QString holder = FileLock::holder(machine.files, path);
     return std::unexpected(
-        QStringLiteral("Another program is changing the arrangement%1. Try again in a moment.")
+        Texts::tr("Another program is changing the arrangement%1. Try again in a moment.")
             .arg(holder.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(holder)));
 }
 

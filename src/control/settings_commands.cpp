@@ -3,6 +3,7 @@
 #include "control/command_set.h"
 #include "launcher/setting_table.h"
 #include "platform/full_disk_access.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
@@ -22,15 +23,17 @@ struct FullDiskAccessAnswer {
 FullDiskAccessAnswer answerFor(FullDiskAccess access) {
     switch (access) {
     case FullDiskAccess::granted:
-        return {"granted", "Tessellar has full disk access."};
+        return {"granted", Texts::noop("Tessellar has full disk access.")};
     case FullDiskAccess::denied:
-        return {"denied",
+        return {
+            "denied",
+            Texts::noop(
                 "Tessellar has no full disk access: a removal does not find what applications left in "
-                "guarded folders. System Settings > Privacy & Security > Full Disk Access grants it."};
+                "guarded folders. System Settings > Privacy & Security > Full Disk Access grants it.")};
     case FullDiskAccess::notGuarded:
         break;
     }
-    return {"notGuarded", "This system guards no folders from Tessellar."};
+    return {"notGuarded", Texts::noop("This system guards no folders from Tessellar.")};
 }
 
 /// False, and the command has failed, where nobody knows all that is set.
@@ -38,13 +41,13 @@ bool areReadable(const Call& call) {
     if (call->machine.settings.isReadable())
         return true;
     call->fail(
-        {QStringLiteral("settingsUnreadable"), QStringLiteral("The settings could not be read."), {}});
+        {QStringLiteral("settingsUnreadable"), Texts::tr("The settings could not be read."), {}});
     return false;
 }
 
 void addPermissions(CommandSet& set) {
-    set.onRun(set.add("permissions", "What the system lets Tessellar see"), CommandNeeds::machine,
-              [](const Call& call) {
+    set.onRun(set.add("permissions", Texts::noop("What the system lets Tessellar see")),
+              CommandNeeds::machine, [](const Call& call) {
                   auto task = std::make_shared<Task>();
                   call->held.push_back(task);
                   *task = call->machine.workers.run(
@@ -68,15 +71,16 @@ void list(const Call& call) {
     for (const Setting& setting : settingTable()) {
         const QJsonValue now = settingNow(settings, setting);
         const bool isSet = settings.value(setting.key).has_value();
-        all.insert(setting.key, QJsonObject{{QStringLiteral("value"), now},
-                                            {QStringLiteral("default"), setting.usual},
-                                            {QStringLiteral("isSet"), isSet},
-                                            {QStringLiteral("range"), rangeText(setting)},
-                                            {QStringLiteral("description"), setting.sentence}});
+        all.insert(setting.key,
+                   QJsonObject{{QStringLiteral("value"), now},
+                               {QStringLiteral("default"), setting.usual},
+                               {QStringLiteral("isSet"), isSet},
+                               {QStringLiteral("range"), rangeText(setting)},
+                               {QStringLiteral("description"), Texts::tr(setting.sentence)}});
         text += QStringLiteral("%1 = %2%3\n    %4: %5.\n")
-                    .arg(setting.key, now.isNull() ? QStringLiteral("(not set)") : valueText(now),
-                         isSet || now.isNull() ? QString() : QStringLiteral(" (the default)"),
-                         setting.sentence, rangeText(setting));
+                    .arg(setting.key, now.isNull() ? Texts::tr("(not set)") : valueText(now),
+                         isSet || now.isNull() ? QString() : Texts::tr(" (the default)"),
+                         Texts::tr(setting.sentence), rangeText(setting));
     }
     // Of another version, perhaps.
     const auto values = settings.values();
@@ -84,7 +88,7 @@ void list(const Call& call) {
         if (!settingNamed(it.key())) {
             all.insert(it.key(), QJsonObject{{QStringLiteral("value"), it.value()},
                                              {QStringLiteral("isSet"), true}});
-            text += QStringLiteral("%1 = %2 (not used here)\n").arg(it.key(), valueText(it.value()));
+            text += Texts::tr("%1 = %2 (not used here)\n").arg(it.key(), valueText(it.value()));
         }
     call->succeed(all, text);
 }
@@ -93,27 +97,29 @@ void list(const Call& call) {
 
 void addSettingsCommands(CommandSet& set) {
     addPermissions(set);
-    CLI::App* group = set.addGroup("settings", "What the user has set");
-    set.onRun(set.add("list", "Every setting, with what holds now and what it may be", group),
-              CommandNeeds::machine, [](const Call& call) { list(call); });
+    CLI::App* group = set.addGroup("settings", Texts::noop("What the user has set"));
+    set.onRun(
+        set.add("list", Texts::noop("Every setting, with what holds now and what it may be"), group),
+        CommandNeeds::machine, [](const Call& call) { list(call); });
 
-    CLI::App* get = set.add("get", "One setting", group);
-    set.onRun(get, CommandNeeds::machine, [key = word(get, "key", "Its name")](const Call& call) {
-        if (!areReadable(call))
-            return;
-        auto value = call->machine.settings.value(text(key));
-        if (const Setting* setting = settingNamed(text(key)))
-            value = settingNow(call->machine.settings, *setting);
-        if (!value || value->isNull())
-            return call->fail(
-                {QStringLiteral("notSet"), QStringLiteral("“%1” is not set.").arg(text(key)), {}});
-        call->succeed(QJsonObject{{text(key), *value}}, valueText(*value));
-    });
+    CLI::App* get = set.add("get", Texts::noop("One setting"), group);
+    set.onRun(get, CommandNeeds::machine,
+              [key = word(get, "key", Texts::noop("Its name"))](const Call& call) {
+                  if (!areReadable(call))
+                      return;
+                  auto value = call->machine.settings.value(text(key));
+                  if (const Setting* setting = settingNamed(text(key)))
+                      value = settingNow(call->machine.settings, *setting);
+                  if (!value || value->isNull())
+                      return call->fail(
+                          {QStringLiteral("notSet"), Texts::tr("“%1” is not set.").arg(text(key)), {}});
+                  call->succeed(QJsonObject{{text(key), *value}}, valueText(*value));
+              });
 
-    CLI::App* put = set.add("set", "Store a setting; null removes it", group);
+    CLI::App* put = set.add("set", Texts::noop("Store a setting; null removes it"), group);
     set.onRun(put, CommandNeeds::launcher,
-              [key = word(put, "key", "Its name"),
-               value = word(put, "value", "JSON, or else text")](const Call& call) {
+              [key = word(put, "key", Texts::noop("Its name")),
+               value = word(put, "value", Texts::noop("JSON, or else text"))](const Call& call) {
                   const QJsonValue wanted = settingValue(text(value));
                   if (const auto stored = storeSetting(call->machine.settings, text(key), wanted);
                       !stored)

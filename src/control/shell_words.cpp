@@ -1,5 +1,7 @@
 #include "control/shell_words.h"
 
+#include "platform/texts.h"
+
 namespace tessellar {
 
 std::expected<QStringList, QString> splitWords(const QString& line) {
@@ -12,7 +14,7 @@ std::expected<QStringList, QString> splitWords(const QString& line) {
         const bool hasNext = i + 1 < line.size();
         if (c == u'\\' && quote != u'\'') {
             if (!hasNext)
-                return std::unexpected(QStringLiteral("The line ends in a backslash."));
+                return std::unexpected(Texts::tr("The line ends in a backslash."));
             const QChar next = line[++i];
             // Within double quotes a backslash stands for itself unless it takes a meaning away.
             if (!quote.isNull() && next != u'"' && next != u'\\')
@@ -38,7 +40,7 @@ std::expected<QStringList, QString> splitWords(const QString& line) {
         }
     }
     if (!quote.isNull())
-        return std::unexpected(QStringLiteral("A quote is not closed."));
+        return std::unexpected(Texts::tr("A quote is not closed."));
     if (inWord)
         words.append(word);
     return words;

@@ -5,6 +5,7 @@
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 #include "smartfolders/smart_folder_raw_values.h"
 
 #include <QDir>
@@ -21,8 +22,7 @@ void refuseUsage(const Call& call, const QString& message) {
 std::optional<SmartFolderDefinition> definitionFrom(const Call& call, const Word& name) {
     QFile file(QDir(call->options.directory).absoluteFilePath(text(name)));
     if (!file.open(QFile::ReadOnly)) {
-        call->fail(
-            {QStringLiteral("unreadable"), QStringLiteral("%1 cannot be read.").arg(text(name)), {}});
+        call->fail({QStringLiteral("unreadable"), Texts::tr("%1 cannot be read.").arg(text(name)), {}});
         return std::nullopt;
     }
     auto definition = json::decodeDocument<SmartFolderDefinition>(
@@ -56,13 +56,13 @@ const SmartFolderDefinition* definitionOf(const Call& call, const Word& word) {
         call->fail(*failure);
     else if (count > 1)
         call->fail({QStringLiteral("ambiguousName"),
-                    QStringLiteral("%1 Smart Folders are called “%2”: name one by its identifier.")
+                    Texts::tr("%1 Smart Folders are called “%2”: name one by its identifier.")
                         .arg(count)
                         .arg(shown),
                     {}});
     else
         call->fail({QStringLiteral("noSuchSmartFolder"),
-                    QStringLiteral("There is no Smart Folder “%1”.").arg(shown),
+                    Texts::tr("There is no Smart Folder “%1”.").arg(shown),
                     {}});
     return nullptr;
 }
@@ -97,9 +97,8 @@ void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definit
     if (!nowWord->empty()) {
         const auto given = Instant::fromIso8601(text(nowWord));
         if (!given)
-            return call->fail({QStringLiteral("notADate"),
-                               QStringLiteral("“%1” is no date.").arg(text(nowWord)),
-                               {}});
+            return call->fail(
+                {QStringLiteral("notADate"), Texts::tr("“%1” is no date.").arg(text(nowWord)), {}});
         now = *given;
     }
     const QString localeName =
@@ -125,8 +124,7 @@ void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definit
 }
 
 QString factText(const QString& name, const QJsonValue& value) {
-    return name.endsWith(QLatin1StringView("Date")) ? Instant{value.toDouble()}.toIso8601()
-                                                    : valueText(value);
+    return name.endsWith(Texts::tr("Date")) ? Instant{value.toDouble()}.toIso8601() : valueText(value);
 }
 
 QString factLines(const QJsonValue& facts) {
@@ -153,26 +151,26 @@ void answerWithFactsOf(const Call& call, const QString& key) {
 }
 
 void addFacts(CommandSet& set) {
-    CLI::App* facts = set.add("facts", "What is known of applications");
-    set.onRun(
-        facts, CommandNeeds::launcher,
-        [key = optionalWord(facts, "appkey", "One application; without it all")](const Call& call) {
-            if (!key->empty())
-                return answerWithFactsOf(call, text(key));
-            gatherFacts(call, allNeeds(), [call] {
-                QJsonArray all;
-                QString lines;
-                for (const auto& record : call->launcher().smartFolders().facts(call->mode())) {
-                    all.append(json::encode(*record));
-                    lines += factLines(all.last());
-                }
-                call->succeed(all, lines);
-            });
-        });
+    CLI::App* facts = set.add("facts", Texts::noop("What is known of applications"));
+    set.onRun(facts, CommandNeeds::launcher,
+              [key = optionalWord(facts, "appkey", Texts::noop("One application; without it all"))](
+                  const Call& call) {
+                  if (!key->empty())
+                      return answerWithFactsOf(call, text(key));
+                  gatherFacts(call, allNeeds(), [call] {
+                      QJsonArray all;
+                      QString lines;
+                      for (const auto& record : call->launcher().smartFolders().facts(call->mode())) {
+                          all.append(json::encode(*record));
+                          lines += factLines(all.last());
+                      }
+                      call->succeed(all, lines);
+                  });
+              });
 }
 
 void addDefinitions(CommandSet& set, CLI::App* group) {
-    set.onRun(set.add("templates", "What a smart folder can be made from", group),
+    set.onRun(set.add("templates", Texts::noop("What a smart folder can be made from"), group),
               CommandNeeds::machine, [](const Call& call) {
                   QJsonArray names;
                   QString lines;
@@ -183,7 +181,7 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                   }
                   call->succeed(names, lines);
               });
-    set.onRun(set.add("list", "All smart folders", group), CommandNeeds::launcher,
+    set.onRun(set.add("list", Texts::noop("All smart folders"), group), CommandNeeds::launcher,
               [](const Call& call) {
                   const SmartFolderLibrary& library = call->launcher().smartFolders();
                   if (const auto& failure = library.failure())
@@ -193,80 +191,83 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                       lines += QStringLiteral("%1  %2\n").arg(toText(definition.id), definition.name);
                   call->succeed(json::encode(library.definitions()), lines);
               });
-    CLI::App* show = set.add("show", "One smart folder's definition", group);
+    CLI::App* show = set.add("show", Texts::noop("One smart folder's definition"), group);
     set.onRun(show, CommandNeeds::launcher,
-              [id = word(show, "id", "Its identifier or name")](const Call& call) {
+              [id = word(show, "id", Texts::noop("Its identifier or name"))](const Call& call) {
                   if (const SmartFolderDefinition* definition = definitionOf(call, id))
                       call->succeed(json::encode(*definition),
                                     QString::fromUtf8(json::write(json::encode(*definition))));
               });
 
-    CLI::App* add = set.add("add", "Make a smart folder from a template or a file", group);
-    set.onRun(add, CommandNeeds::launcher,
-              [file = optionalWord(add, "file", "A definition in the form of the registry"),
-               name = optionalWord(add, "--template", "The template's name")](const Call& call) {
-                  if (name->empty() == file->empty())
-                      return refuseUsage(call,
-                                         QStringLiteral("Name a file, or a template with --template."));
-                  std::optional<SmartFolderDefinition> definition;
-                  if (!name->empty()) {
-                      const auto which = json::fromRawValue<SmartFolderTemplate>(text(name));
-                      if (!which)
-                          return call->fail(
-                              {QStringLiteral("noSuchTemplate"),
-                               QStringLiteral("There is no template “%1”.").arg(text(name).left(80)),
-                               {}});
-                      Machine& machine = call->machine;
-                      definition = templateDefinition(*which, machine.uuids.next(), machine.clock.now(),
-                                                      machine.uuids);
-                  } else {
-                      definition = definitionFrom(call, file);
-                      if (definition)
-                          definition = withOwnIdentifiers(*std::move(definition),
-                                                          call->launcher().smartFolders().definitions(),
-                                                          call->machine.uuids);
-                  }
-                  if (definition)
-                      answerWithValidation(call, *definition, [&] {
-                          return call->launcher().editor().addSmartFolder(call->mode(), *definition);
-                      });
-              });
-
-    CLI::App* replace = set.add("replace", "Give a smart folder the definition in a file", group);
+    CLI::App* add = set.add("add", Texts::noop("Make a smart folder from a template or a file"), group);
     set.onRun(
-        replace, CommandNeeds::launcher,
-        [id = word(replace, "id", "Its identifier or name"),
-         file = word(replace, "file", "A definition in the form of the registry")](const Call& call) {
-            const SmartFolderDefinition* old = definitionOf(call, id);
-            auto definition = old ? definitionFrom(call, file) : std::nullopt;
-            if (!definition)
-                return;
-            definition->id = old->id;
-            answerWithValidation(call, *definition, [&] {
-                return call->launcher().editor().changeSmartFolder(call->mode(), *definition);
-            });
+        add, CommandNeeds::launcher,
+        [file = optionalWord(add, "file", Texts::noop("A definition in the form of the registry")),
+         name = optionalWord(add, "--template", Texts::noop("The template's name"))](const Call& call) {
+            if (name->empty() == file->empty())
+                return refuseUsage(call, Texts::tr("Name a file, or a template with --template."));
+            std::optional<SmartFolderDefinition> definition;
+            if (!name->empty()) {
+                const auto which = json::fromRawValue<SmartFolderTemplate>(text(name));
+                if (!which)
+                    return call->fail({QStringLiteral("noSuchTemplate"),
+                                       Texts::tr("There is no template “%1”.").arg(text(name).left(80)),
+                                       {}});
+                Machine& machine = call->machine;
+                definition = templateDefinition(*which, machine.uuids.next(), machine.clock.now(),
+                                                machine.uuids);
+            } else {
+                definition = definitionFrom(call, file);
+                if (definition)
+                    definition = withOwnIdentifiers(*std::move(definition),
+                                                    call->launcher().smartFolders().definitions(),
+                                                    call->machine.uuids);
+            }
+            if (definition)
+                answerWithValidation(call, *definition, [&] {
+                    return call->launcher().editor().addSmartFolder(call->mode(), *definition);
+                });
         });
 
-    CLI::App* remove = set.add("remove", "Delete a smart folder and its tiles in both modes", group);
+    CLI::App* replace =
+        set.add("replace", Texts::noop("Give a smart folder the definition in a file"), group);
+    set.onRun(replace, CommandNeeds::launcher,
+              [id = word(replace, "id", Texts::noop("Its identifier or name")),
+               file = word(replace, "file", Texts::noop("A definition in the form of the registry"))](
+                  const Call& call) {
+                  const SmartFolderDefinition* old = definitionOf(call, id);
+                  auto definition = old ? definitionFrom(call, file) : std::nullopt;
+                  if (!definition)
+                      return;
+                  definition->id = old->id;
+                  answerWithValidation(call, *definition, [&] {
+                      return call->launcher().editor().changeSmartFolder(call->mode(), *definition);
+                  });
+              });
+
+    CLI::App* remove =
+        set.add("remove", Texts::noop("Delete a smart folder and its tiles in both modes"), group);
     set.onRun(remove, CommandNeeds::launcher,
-              [id = word(remove, "id", "Its identifier or name")](const Call& call) {
+              [id = word(remove, "id", Texts::noop("Its identifier or name"))](const Call& call) {
                   if (const SmartFolderDefinition* definition = definitionOf(call, id))
                       call->answer(
                           call->launcher().editor().deleteSmartFolder(call->mode(), definition->id));
               });
 
-    CLI::App* place = set.add("place", "Give a smart folder a tile in the display mode", group);
+    CLI::App* place =
+        set.add("place", Texts::noop("Give a smart folder a tile in the display mode"), group);
     set.onRun(place, CommandNeeds::launcher,
-              [id = word(place, "id", "Its identifier or name")](const Call& call) {
+              [id = word(place, "id", Texts::noop("Its identifier or name"))](const Call& call) {
                   if (const SmartFolderDefinition* definition = definitionOf(call, id))
                       call->answer(
                           call->launcher().editor().addSmartFolderTile(call->mode(), definition->id));
               });
     CLI::App* unplace = set.add(
-        "unplace", "Take a smart folder's tile out of the display mode, one without a definition too",
+        "unplace",
+        Texts::noop("Take a smart folder's tile out of the display mode, one without a definition too"),
         group);
     set.onRun(unplace, CommandNeeds::launcher,
-              [id = word(unplace, "id", "Its identifier, or its name")](const Call& call) {
+              [id = word(unplace, "id", Texts::noop("Its identifier, or its name"))](const Call& call) {
                   const auto given = json::decode<QUuid>(text(id));
                   const SmartFolderDefinition* definition = given ? nullptr : definitionOf(call, id);
                   if (given || definition)
@@ -274,42 +275,47 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                           call->mode(), given ? *given : definition->id));
               });
 
-    CLI::App* recover = set.add("recover", "Deal with a registry that could not be read", group);
+    CLI::App* recover =
+        set.add("recover", Texts::noop("Deal with a registry that could not be read"), group);
     set.onRun(
         recover, CommandNeeds::launcher,
-        [how = word(recover, "how", "restore: put it back for another try; replace: start anew")](
+        [how = word(recover, "how",
+                    Texts::noop("restore: put it back for another try; replace: start anew"))](
             const Call& call) {
             if (text(how) != u"restore" && text(how) != u"replace")
-                return refuseUsage(call, QStringLiteral("recover takes restore or replace."));
+                return refuseUsage(call, Texts::tr("recover takes restore or replace."));
             call->answer(call->launcher().smartFolders().recover(
                 text(how) == u"restore" ? SmartFolderRecovery::restore : SmartFolderRecovery::replace));
         });
 }
 
 void addEvaluate(CommandSet& set, CLI::App* group) {
-    CLI::App* evaluate = set.add("evaluate", "What a smart folder shows, in order", group);
-    set.onRun(evaluate, CommandNeeds::launcher,
-              [id = optionalWord(evaluate, "id", "Its identifier or name"),
-               file = optionalWord(evaluate, "--definition", "A definition in a file instead"),
-               now = optionalWord(evaluate, "--now", "The time, such as 2026-11-14T21:05:40Z"),
-               locale = optionalWord(evaluate, "--locale", "Whose text and weeks")](const Call& call) {
-                  if (id->empty() == file->empty())
-                      return refuseUsage(
-                          call, QStringLiteral("Name a Smart Folder, or a file with --definition."));
-                  if (!file->empty()) {
-                      if (const auto definition = definitionFrom(call, file))
-                          answerWithEvaluation(call, *definition, now, locale);
-                  } else if (const SmartFolderDefinition* definition = definitionOf(call, id)) {
-                      answerWithEvaluation(call, *definition, now, locale);
-                  }
-              });
+    CLI::App* evaluate = set.add("evaluate", Texts::noop("What a smart folder shows, in order"), group);
+    set.onRun(
+        evaluate, CommandNeeds::launcher,
+        [id = optionalWord(evaluate, "id", Texts::noop("Its identifier or name")),
+         file = optionalWord(evaluate, "--definition", Texts::noop("A definition in a file instead")),
+         now = optionalWord(evaluate, "--now", Texts::noop("The time, such as 2026-11-14T21:05:40Z")),
+         locale = optionalWord(evaluate, "--locale", Texts::noop("Whose text and weeks"))](
+            const Call& call) {
+            if (id->empty() == file->empty())
+                return refuseUsage(call,
+                                   Texts::tr("Name a Smart Folder, or a file with --definition."));
+            if (!file->empty()) {
+                if (const auto definition = definitionFrom(call, file))
+                    answerWithEvaluation(call, *definition, now, locale);
+            } else if (const SmartFolderDefinition* definition = definitionOf(call, id)) {
+                answerWithEvaluation(call, *definition, now, locale);
+            }
+        });
 }
 
 } // namespace
 
 void addSmartFolderCommands(CommandSet& set) {
     addFacts(set);
-    CLI::App* group = set.addGroup("smart-folders", "Folders whose contents follow from rules");
+    CLI::App* group =
+        set.addGroup("smart-folders", Texts::noop("Folders whose contents follow from rules"));
     addDefinitions(set, group);
     addEvaluate(set, group);
 }

@@ -5,10 +5,12 @@
 #include "control/manual.h"
 #include "control/running_launcher.h"
 #include "control/shell_words.h"
+#include "launcher/language.h"
 #include "launcher/launcher_messages.h"
 #include "platform/descriptor.h"
 #include "platform/host_machine.h"
 #include "platform/interruption.h"
+#include "platform/texts.h"
 #include "platform/version.h"
 
 #include <QCoreApplication>
@@ -30,7 +32,7 @@ namespace {
 
 constexpr qint64 maximumBatch = 16 << 20;
 
-QString wrongMode() { return QStringLiteral("--mode is fullScreen or windowed."); }
+QString wrongMode() { return Texts::tr("--mode is fullScreen or windowed."); }
 
 /// The manual page or completions, from the commands that are parsed and the options before them.
 std::string manual(const std::string& form) {
@@ -110,7 +112,7 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
         } else if (!arguments.isEmpty()) {
             value = arguments.takeFirst();
         } else {
-            return wrong(QStringLiteral("%1 needs a value, or is no option.").arg(name));
+            return wrong(Texts::tr("%1 needs a value, or is no option.").arg(name));
         }
         if (name == u"--root") {
             invocation.machine.root = QDir(value).absolutePath();
@@ -125,13 +127,25 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
         } else if (name == u"--now") {
             invocation.machine.now = invocation.options.now = Instant::fromIso8601(value);
             if (!invocation.options.now)
-                return wrong(QStringLiteral("--now takes a date such as 2026-11-14T21:05:40Z."));
+                return wrong(Texts::tr("--now takes a date such as 2026-11-14T21:05:40Z."));
         } else {
-            return wrong(QStringLiteral("There is no option %1.").arg(name));
+            return wrong(Texts::tr("There is no option %1.").arg(name));
         }
     }
     invocation.words = arguments;
     return invocation;
+}
+
+/// What help and refusals are said in, before there is a machine.
+Locale localeNamed(const QStringList& arguments) {
+    const QString option = QStringLiteral("--locale");
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        if (arguments[i] == option && i + 1 < arguments.size())
+            return Locale(arguments[i + 1]);
+        if (arguments[i].startsWith(option + u'='))
+            return Locale(arguments[i].sliced(option.size() + 1));
+    }
+    return Locale::system();
 }
 
 /// A line of a batch may begin with `--mode` and a mode of its own.
@@ -211,7 +225,7 @@ private:
         }
         if (words.size() != 2)
             return fail({QStringLiteral("wrongUsage"),
-                         QStringLiteral("batch takes one file, or - for standard input."),
+                         Texts::tr("batch takes one file, or - for standard input."),
                          {}},
                         ExitStatus::wrongUsage);
         QFile file(words[1] == u"-" ? QString() : words[1]);
@@ -219,7 +233,7 @@ private:
             words[1] == u"-" ? file.open(STDIN_FILENO, QFile::ReadOnly) : file.open(QFile::ReadOnly);
         if (!opened)
             return fail(
-                {QStringLiteral("unreadable"), QStringLiteral("%1 cannot be read.").arg(words[1]), {}});
+                {QStringLiteral("unreadable"), Texts::tr("%1 cannot be read.").arg(words[1]), {}});
         if (!findExecutor(CommandNeeds::launcher))
             return _status;
         _invocation.options.oneLine = true;
@@ -234,8 +248,7 @@ private:
                 break;
             size += line.size();
             if (size > maximumBatch)
-                return fail(
-                    {QStringLiteral("tooLarge"), QStringLiteral("The batch is too large."), {}});
+                return fail({QStringLiteral("tooLarge"), Texts::tr("The batch is too large."), {}});
             auto lineWords = splitWords(QString::fromUtf8(line));
             if (!lineWords) {
                 status = std::max(status, fail({QStringLiteral("wrongUsage"), lineWords.error(), {}},
@@ -423,6 +436,8 @@ int tessellarctl(int argc, char** argv) {
         .error = [](const QByteArray& text) { std::fputs(text.constData(), stderr); },
         .finished = [](int) {}};
     const QStringList arguments = QCoreApplication::arguments().sliced(1);
+    Language language;
+    language.follow(std::nullopt, localeNamed(arguments));
     auto invocation = readInvocation(arguments);
     if (!invocation) {
         CommandInterpreter::refuse(invocation.error(),
@@ -434,6 +449,7 @@ int tessellarctl(int argc, char** argv) {
         CommandInterpreter::refuse({ExitStatus::refused, host.error()}, invocation->options, standard);
         return static_cast<int>(ExitStatus::refused);
     }
+    language.follow((*host)->machine().settings, (*host)->machine().locale);
     return Program(**host, *std::move(invocation)).run();
 }
 

@@ -3,6 +3,7 @@
 #include "control/command_set.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_updates.h"
+#include "platform/texts.h"
 #include "updates/outside_words.h"
 
 #include <algorithm>
@@ -49,8 +50,8 @@ QString statusText(const Call& call, const QString& appKey,
     const auto why = record ? std::nullopt : updates.reason(appKey);
     const QString known = record ? update_texts::status(*record)
                           : why  ? message(*why)
-                                 : QStringLiteral("Not checked");
-    return updates.isHeld(appKey) ? update_texts::held + QStringLiteral(". ") + known : known;
+                                 : Texts::tr("Not checked");
+    return updates.isHeld(appKey) ? update_texts::held() + QStringLiteral(". ") + known : known;
 }
 
 QString channelText(const AppUpdateChannel& channel) {
@@ -115,7 +116,7 @@ void whenKnown(const Call& call, bool asksTools, const std::function<void()>& an
     const auto isOver = std::make_shared<bool>(false);
     call->whenUnwanted([call, isOver] {
         *isOver = true;
-        call->fail({QStringLiteral("cancelled"), QStringLiteral("The command was cancelled."), {}});
+        call->fail({QStringLiteral("cancelled"), Texts::tr("The command was cancelled."), {}});
     });
     const auto known = [isOver, answer] {
         if (!*isOver)
@@ -129,14 +130,16 @@ void whenKnown(const Call& call, bool asksTools, const std::function<void()>& an
 }
 
 void addStatus(CommandSet& set, CLI::App* group) {
-    CLI::App* status =
-        set.add("status", "What the last check found; nothing is asked, not even Homebrew", group);
+    CLI::App* status = set.add(
+        "status", Texts::noop("What the last check found; nothing is asked, not even Homebrew"), group);
     auto wanted = std::make_shared<std::string>();
     auto refresh = std::make_shared<bool>(false);
     auto unchecked = std::make_shared<bool>(false);
-    status->add_option("appkey", *wanted, "One application; without it all that can be checked");
-    status->add_flag("--refresh", *refresh, "Ask tools first whose applications they are");
-    status->add_flag("--unchecked", *unchecked, "The applications that have no plain answer, and why");
+    status->add_option("appkey", *wanted,
+                       Texts::noop("One application; without it all that can be checked"));
+    status->add_flag("--refresh", *refresh, Texts::noop("Ask tools first whose applications they are"));
+    status->add_flag("--unchecked", *unchecked,
+                     Texts::noop("The applications that have no plain answer, and why"));
     set.onRun(status, CommandNeeds::launcher, [wanted, refresh, unchecked](const Call& call) {
         whenKnown(call, *refresh, [call, wanted, unchecked] {
             if (wanted->empty())
@@ -148,30 +151,31 @@ void addStatus(CommandSet& set, CLI::App* group) {
 }
 
 void addChannels(CommandSet& set, CLI::App* group) {
-    set.onRun(set.add("channels", "Where version information of applications comes from", group),
-              CommandNeeds::launcher, [](const Call& call) {
-                  whenKnown(call, true, [call] {
-                      const auto channels = call->launcher().updates().channels();
-                      QJsonObject object;
-                      QString lines;
-                      for (const AppEntry& app : call->launcher().applications().all()) {
-                          const auto channel = channels.constFind(appKey(app));
-                          if (channel == channels.constEnd())
-                              continue;
-                          object.insert(channel.key(), json::encode(*channel));
-                          lines += QStringLiteral("%1  %2\n")
-                                       .arg(name(call, channel.key()), channelText(*channel));
-                      }
-                      call->succeed(object, lines);
-                  });
-              });
+    set.onRun(
+        set.add("channels", Texts::noop("Where version information of applications comes from"), group),
+        CommandNeeds::launcher, [](const Call& call) {
+            whenKnown(call, true, [call] {
+                const auto channels = call->launcher().updates().channels();
+                QJsonObject object;
+                QString lines;
+                for (const AppEntry& app : call->launcher().applications().all()) {
+                    const auto channel = channels.constFind(appKey(app));
+                    if (channel == channels.constEnd())
+                        continue;
+                    object.insert(channel.key(), json::encode(*channel));
+                    lines += QStringLiteral("%1  %2\n")
+                                 .arg(name(call, channel.key()), channelText(*channel));
+                }
+                call->succeed(object, lines);
+            });
+        });
 }
 
 // ---- checks
 
 QString progressText(const AppUpdateProgress& progress) {
-    return progress.total == 0 ? update_texts::checking
-                               : QStringLiteral("Checked %1 of %2  %3")
+    return progress.total == 0 ? update_texts::checking()
+                               : Texts::tr("Checked %1 of %2  %3")
                                      .arg(progress.checked)
                                      .arg(progress.total)
                                      .arg(onOneLine(progress.currentAppName, 200));
@@ -196,8 +200,7 @@ void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcom
         return call->fail(outcome.error());
     LauncherUpdates& updates = call->launcher().updates();
     if (!*outcome)
-        return call->fail(
-            {QStringLiteral("cancelled"), QStringLiteral("The check was cancelled."), {}});
+        return call->fail({QStringLiteral("cancelled"), Texts::tr("The check was cancelled."), {}});
     if (const auto saved = updates.flush(); !saved)
         return call->fail(saved.error());
     if (!wasAnswered)
@@ -211,15 +214,16 @@ void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcom
 }
 
 void addCheck(CommandSet& set, CLI::App* group) {
-    CLI::App* check = set.add("check",
-                              "Look for newer versions now; with --json one document a line, each "
-                              "result as it comes and a summary last",
-                              group);
+    CLI::App* check =
+        set.add("check",
+                Texts::noop("Look for newer versions now; with --json one document a line, each "
+                            "result as it comes and a summary last"),
+                group);
     auto channel = std::make_shared<std::string>();
     std::vector<std::string> kinds;
     for (const auto& [kind, raw] : json::RawValues<AppUpdateChannelKind>::values)
         kinds.emplace_back(raw);
-    check->add_option("--channel", *channel, "Of the applications of this channel only")
+    check->add_option("--channel", *channel, Texts::noop("Of the applications of this channel only"))
         ->check(CLI::IsMember(kinds));
     set.onRun(check, CommandNeeds::launcherUntilStopped, [channel](const Call& call) {
         call->options.oneLine = true;
@@ -300,25 +304,27 @@ void endRun(const Call& call, const QStringList& keys,
 }
 
 void addRun(CommandSet& set, CLI::App* group) {
-    CLI::App* run = set.add("run",
-                            "Bring applications up to date, by the way their updates come; an update "
+    CLI::App* run =
+        set.add("run",
+                Texts::noop("Bring applications up to date, by the way their updates come; an update "
                             "that was begun goes on "
-                            "when the launcher ends, and is taken up by the next one",
-                            group);
+                            "when the launcher ends, and is taken up by the next one"),
+                group);
     auto wanted = std::make_shared<std::vector<std::string>>();
     auto all = std::make_shared<bool>(false);
     auto yes = std::make_shared<bool>(false);
-    CLI::Option* named = run->add_option("appkey", *wanted, "Applications, one after the other");
-    run->add_flag("--all", *all, "All that Homebrew or Microsoft AutoUpdate can update")
+    CLI::Option* named =
+        run->add_option("appkey", *wanted, Texts::noop("Applications, one after the other"));
+    run->add_flag("--all", *all, Texts::noop("All that Homebrew or Microsoft AutoUpdate can update"))
         ->excludes(named);
-    run->add_flag("--yes", *yes, "Go on where the launcher would ask first");
+    run->add_flag("--yes", *yes, Texts::noop("Go on where the launcher would ask first"));
     set.onRun(run, CommandNeeds::launcherUntilStopped, [wanted, all, yes](const Call& call) {
         QStringList given;
         for (const std::string& word : *wanted)
             given.append(QString::fromStdString(word));
         if (given.isEmpty() && !*all)
             return call->fail(
-                {QStringLiteral("usage"), QStringLiteral("Name an application, or say --all."), {}},
+                {QStringLiteral("usage"), Texts::tr("Name an application, or say --all."), {}},
                 ExitStatus::wrongUsage);
         for (const QString& key : std::as_const(given))
             if (refuseUnknown(call, key))
@@ -327,7 +333,7 @@ void addRun(CommandSet& set, CLI::App* group) {
         const auto asked = std::make_shared<QString>();
         const auto answer = [yes, asked](const LauncherQuestion& question,
                                          const std::function<void(bool)>& reply) {
-            *asked = QStringLiteral("%1 %2 --yes goes on.").arg(question.title, question.text);
+            *asked = Texts::tr("%1 %2 --yes goes on.").arg(question.title, question.text);
             reply(*yes);
         };
         LauncherUpdates& updates = call->launcher().updates();
@@ -348,7 +354,7 @@ void addRun(CommandSet& set, CLI::App* group) {
         updates.whenKnown([call, begin] {
             const QStringList keys = call->launcher().updates().runnable();
             if (keys.isEmpty())
-                return call->succeed(QJsonObject(), QStringLiteral("There is nothing to update."));
+                return call->succeed(QJsonObject(), Texts::tr("There is nothing to update."));
             begin(keys);
         });
     });
@@ -362,17 +368,19 @@ void answerSaved(const Call& call, const LauncherUpdates::Outcome& outcome) {
 }
 
 void addSkip(CommandSet& set, CLI::App* group) {
-    CLI::App* skip = set.add("skip", "Do not offer the version that is available now", group);
+    CLI::App* skip =
+        set.add("skip", Texts::noop("Do not offer the version that is available now"), group);
     auto every = std::make_shared<bool>(false);
     const Word skipped = word(skip, "appkey", "");
-    skip->add_flag("--every-version", *every, "Nor any other version of this application");
+    skip->add_flag("--every-version", *every, Texts::noop("Nor any other version of this application"));
     set.onRun(skip, CommandNeeds::launcher, [skipped, every](const Call& call) {
         whenKnown(call, false, [call, skipped, every] {
             if (!refuseUnknown(call, text(skipped)))
                 answerSaved(call, call->launcher().updates().skip(text(skipped), *every));
         });
     });
-    CLI::App* unskip = set.add("unskip", "Offer all versions of an application again", group);
+    CLI::App* unskip =
+        set.add("unskip", Texts::noop("Offer all versions of an application again"), group);
     set.onRun(unskip, CommandNeeds::launcher, [key = word(unskip, "appkey", "")](const Call& call) {
         whenKnown(call, false, [call, key] {
             if (!refuseUnknown(call, text(key)))
@@ -384,7 +392,7 @@ void addSkip(CommandSet& set, CLI::App* group) {
 } // namespace
 
 void addUpdateCommands(CommandSet& set) {
-    CLI::App* group = set.addGroup("updates", "Newer versions of installed applications");
+    CLI::App* group = set.addGroup("updates", Texts::noop("Newer versions of installed applications"));
     addStatus(set, group);
     addCheck(set, group);
     addRun(set, group);

@@ -2,6 +2,7 @@
 
 #include "discovery/launchpad_snapshot.h"
 #include "discovery/launchpad_tree.h"
+#include "platform/texts.h"
 
 #include <QHash>
 
@@ -93,7 +94,7 @@ private:
             const QString name = app.title.trimmed();
             _result.skippedApps += !name.isEmpty()           ? name
                                    : !app.bundleid.isEmpty() ? app.bundleid
-                                                             : u"Item %1"_s.arg(app.item_id);
+                                                             : Texts::tr("Item %1").arg(app.item_id);
         }
     }
 
@@ -233,30 +234,30 @@ std::expected<void, FileError> writeImportMetadata(const FileSystem& files,
         json::write(json::encode(metadata)));
 }
 
-QString LaunchpadImportTexts::question() { return u"Import old Launchpad configuration?"_s; }
+QString LaunchpadImportTexts::question() { return Texts::tr("Import old Launchpad configuration?"); }
 
 QString LaunchpadImportTexts::explanation() {
-    return u"Tessellar will replace the current arrangement with the legacy Launchpad "_s +
-           u"layout and save a backup first. "_s +
-           u"The system Launchpad database is opened read-only."_s;
+    return Texts::tr("Tessellar will replace the current arrangement with the legacy Launchpad layout "
+                     "and save a backup first. The system Launchpad database is opened read-only.");
 }
 
-QString LaunchpadImportTexts::doneTitle() { return u"Imported old Launchpad configuration"_s; }
+QString LaunchpadImportTexts::doneTitle() { return Texts::tr("Imported old Launchpad configuration"); }
 
 QString LaunchpadImportTexts::report(const LegacyLaunchpadImportMetadata& metadata) {
-    QStringList lines{u"Found %1 apps, %2 folders, and %3 layout items."_s.arg(metadata.appCount)
+    QStringList lines{Texts::tr("Found %1 apps, %2 folders, and %3 layout items.")
+                          .arg(metadata.appCount)
                           .arg(metadata.folderCount)
                           .arg(metadata.itemCount)};
     if (metadata.unresolvedAppCount > 0)
-        lines += u"%1 apps were skipped because they could not be resolved to installed apps."_s.arg(
-            metadata.unresolvedAppCount);
+        lines += Texts::tr("%n apps were skipped because they could not be resolved to installed apps.",
+                           nullptr, static_cast<int>(metadata.unresolvedAppCount));
     if (metadata.backupPath)
-        lines += u"A backup of the previous Tessellar layout was saved."_s;
+        lines += Texts::tr("A backup of the previous Tessellar layout was saved.");
     return lines.join(u'\n');
 }
 
 QString LaunchpadImportTexts::failureTitle() {
-    return u"Could not import old Launchpad configuration"_s;
+    return Texts::tr("Could not import old Launchpad configuration");
 }
 
 } // namespace tessellar

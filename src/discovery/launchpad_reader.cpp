@@ -1,5 +1,7 @@
 #include "discovery/launchpad_reader.h"
 
+#include "platform/texts.h"
+
 #include <QByteArray>
 #include <QSet>
 #include <QStringList>
@@ -159,7 +161,7 @@ private:
         for (const RequiredTable& table : {apps, groups, items}) {
             const QString name = QLatin1StringView(table.name);
             if (!tables.contains(name))
-                return unsupported(u"Missing required table: %1"_s.arg(name));
+                return unsupported(Texts::tr("Missing required table: %1").arg(name));
             QSet<QString> columns;
             const QByteArray query = "PRAGMA table_info(" + QByteArray(table.name) + ")";
             if (const auto described = forEachRow(
@@ -171,7 +173,8 @@ private:
                 if (!columns.contains(QLatin1StringView(column)))
                     missing += QLatin1StringView(column);
             if (!missing.isEmpty())
-                return unsupported(u"%1 is missing columns: %2"_s.arg(name, missing.join(u", "_s)));
+                return unsupported(
+                    Texts::tr("%1 is missing columns: %2").arg(name, missing.join(u", "_s)));
         }
         return {};
     }
@@ -186,7 +189,7 @@ private:
         int result = SQLITE_ROW;
         while ((result = sqlite3_step(raw)) == SQLITE_ROW) {
             if (++count > _limits.rows)
-                return Failure({Code::queryFailed, u"There are too many rows."_s});
+                return Failure({Code::queryFailed, Texts::tr("There are too many rows.")});
             visit(Row(raw, _limits.textBytes));
         }
         return result == SQLITE_DONE ? Outcome() : fail(Code::queryFailed);

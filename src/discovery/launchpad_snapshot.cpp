@@ -1,6 +1,7 @@
 #include "discovery/launchpad_snapshot.h"
 
 #include "platform/descriptor.h"
+#include "platform/texts.h"
 
 #include <QFile>
 
@@ -170,7 +171,7 @@ LaunchpadSnapshot::take(const FileSystem& files, const QString& path, const QStr
             momentOf(files, path, *databaseAfter, *logAfter) == before)
             return snapshot;
     }
-    return cannotOpen(u"The database kept changing while it was copied."_s);
+    return cannotOpen(Texts::tr("The database kept changing while it was copied."));
 }
 
 } // namespace tessellar

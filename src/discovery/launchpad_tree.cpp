@@ -1,6 +1,7 @@
 #include "discovery/launchpad_tree.h"
 
 #include "model/layout_document.h"
+#include "platform/texts.h"
 
 #include <QHash>
 #include <QSet>
@@ -83,7 +84,7 @@ private:
                 const QString title = _titles.value(item.rowid).trimmed();
                 add({.kind = Kind::folder,
                      .item = item.rowid,
-                     .title = title.isEmpty() ? u"Folder"_s : title,
+                     .title = title.isEmpty() ? Texts::tr("Folder") : title,
                      .children = pagesOf(item.rowid, depth + 1)});
             }
         }

@@ -1,5 +1,7 @@
 #include "editing/folder_names.h"
 
+#include "platform/texts.h"
+
 #include <QHash>
 
 namespace tessellar {
@@ -72,7 +74,7 @@ QString suggestedFolderName(const Page& tiles, const Locale& locale) {
         return *category;
     if (const auto word = commonWord(names, locale))
         return *word;
-    return QStringLiteral("Folder");
+    return Texts::tr("Folder");
 }
 
 } // namespace tessellar

@@ -1,6 +1,7 @@
 #include "editing/layout_edits.h"
 
 #include "editing/folder_names.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -14,25 +15,27 @@ struct RefusalText {
 };
 
 constexpr RefusalText refusalTexts[] = {
-    {EditRefusal::noTiles, "noTiles", "Select at least one tile."},
-    {EditRefusal::noSuchTile, "noSuchTile", "The tile is no longer in this layout."},
-    {EditRefusal::noSuchFolder, "noSuchFolder", "The folder is no longer in this layout."},
-    {EditRefusal::noSuchPlace, "noSuchPlace", "There is no such place in this layout."},
-    {EditRefusal::intoItself, "intoItself", "A folder cannot be moved into itself."},
-    {EditRefusal::tooDeep, "tooDeep", "Folders cannot be nested any deeper."},
-    {EditRefusal::notAFolder, "notAFolder", "The tile is not a folder."},
-    {EditRefusal::notAnApplication, "notAnApplication", "The tile is not an app."},
-    {EditRefusal::notAnAlias, "notAnAlias", "The tile is not an alias."},
-    {EditRefusal::notHidden, "notHidden", "The app is not hidden."},
+    {EditRefusal::noTiles, "noTiles", Texts::noop("Select at least one tile.")},
+    {EditRefusal::noSuchTile, "noSuchTile", Texts::noop("The tile is no longer in this layout.")},
+    {EditRefusal::noSuchFolder, "noSuchFolder", Texts::noop("The folder is no longer in this layout.")},
+    {EditRefusal::noSuchPlace, "noSuchPlace", Texts::noop("There is no such place in this layout.")},
+    {EditRefusal::intoItself, "intoItself", Texts::noop("A folder cannot be moved into itself.")},
+    {EditRefusal::tooDeep, "tooDeep", Texts::noop("Folders cannot be nested any deeper.")},
+    {EditRefusal::notAFolder, "notAFolder", Texts::noop("The tile is not a folder.")},
+    {EditRefusal::notAnApplication, "notAnApplication", Texts::noop("The tile is not an app.")},
+    {EditRefusal::notAnAlias, "notAnAlias", Texts::noop("The tile is not an alias.")},
+    {EditRefusal::notHidden, "notHidden", Texts::noop("The app is not hidden.")},
     {EditRefusal::rulesDecide, "rulesDecide",
-     "A smart folder shows what its rules choose; tiles cannot be added to it."},
-    {EditRefusal::alreadyPresent, "alreadyPresent", "The smart folder is already in this layout."},
-    {EditRefusal::emptyName, "emptyName", "A name cannot be empty."},
-    {EditRefusal::nameTooLong, "nameTooLong", "The name is too long."},
+     Texts::noop("A smart folder shows what its rules choose; tiles cannot be added to it.")},
+    {EditRefusal::alreadyPresent, "alreadyPresent",
+     Texts::noop("The smart folder is already in this layout.")},
+    {EditRefusal::emptyName, "emptyName", Texts::noop("A name cannot be empty.")},
+    {EditRefusal::nameTooLong, "nameTooLong", Texts::noop("The name is too long.")},
     {EditRefusal::otherMode, "otherMode",
-     "Tiles that were cut can only be pasted in the display mode that they were cut in."},
-    {EditRefusal::tilesGone, "tilesGone", "The tiles that were cut are no longer in this layout."},
-    {EditRefusal::nothingToPaste, "nothingToPaste", "There are no tiles to paste."},
+     Texts::noop("Tiles that were cut can only be pasted in the display mode that they were cut in.")},
+    {EditRefusal::tilesGone, "tilesGone",
+     Texts::noop("The tiles that were cut are no longer in this layout.")},
+    {EditRefusal::nothingToPaste, "nothingToPaste", Texts::noop("There are no tiles to paste.")},
 };
 
 const RefusalText& textOf(EditRefusal refusal) {

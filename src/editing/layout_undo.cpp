@@ -1,6 +1,6 @@
 #include "editing/layout_undo.h"
 
-#include <QCoreApplication>
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -76,9 +76,7 @@ const LayoutDocument* LayoutUndoState::documentOf(LauncherWindowMode which) cons
 }
 
 QString UndoRedoFeedback::text() const {
-    const char* word = direction == Direction::undo ? QT_TRANSLATE_NOOP("Edits", "Undo")
-                                                    : QT_TRANSLATE_NOOP("Edits", "Redo");
-    return QCoreApplication::translate("Edits", word) + u' ' + name;
+    return (direction == Direction::undo ? Texts::tr("Undo %1") : Texts::tr("Redo %1")).arg(name);
 }
 
 QString UndoRedoFeedback::symbolName() const {
@@ -194,7 +192,7 @@ void LayoutUndoHistory::moveApps(bool intoTrash, const QList<TrashedAppRecord>& 
             return;
         // What was not told of was not moved.
         while (outcomes.size() < records.size())
-            outcomes.append({records.at(outcomes.size()), QStringLiteral("The Trash did not answer.")});
+            outcomes.append({records.at(outcomes.size()), Texts::tr("The Trash did not answer.")});
         then(outcomes);
     }));
 }
@@ -213,9 +211,8 @@ void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,
     }
     if (!failures.isEmpty()) {
         if (_actions.alert)
-            _actions.alert(direction == Direction::undo
-                               ? QCoreApplication::translate("Edits", "Could not put apps back")
-                               : QCoreApplication::translate("Edits", "Could not delete apps again"),
+            _actions.alert(direction == Direction::undo ? Texts::tr("Could not put apps back")
+                                                        : Texts::tr("Could not delete apps again"),
                            failures.join(u'\n'));
         moveBack(direction, std::move(entry), moved, Result::trashFailed, done);
         return;

@@ -1,6 +1,6 @@
 #include "editing/tile_clipboard.h"
 
-#include <QCoreApplication>
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
@@ -18,7 +18,7 @@ QString lineFor(const LaunchpadItem& item) {
     else if (const FolderEntry* folder = item.folder())
         name = folder->name;
     else
-        name = QCoreApplication::translate("Edits", "Smart Folder");
+        name = Texts::tr("Smart Folder");
     return name.replace(u'\n', u' ');
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/mount_points.h"
 #include "platform/rooted_path.h"
+#include "platform/texts.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,7 +15,8 @@ namespace {
 constexpr int forFolder = O_RDONLY | O_DIRECTORY | O_NONBLOCK;
 constexpr int forItem = O_RDONLY | O_NONBLOCK | O_NOCTTY;
 
-const QString changed = QStringLiteral("It has changed since it was approved, and was left alone.");
+const QString changed =
+    QLatin1StringView(Texts::noop("It has changed since it was approved, and was left alone."));
 
 std::unexpected<QString> failed(int error) { return std::unexpected(fileSentence(error)); }
 
@@ -30,17 +32,17 @@ FileType typeOf(mode_t mode) {
 QString fileSentence(int error) {
     switch (error) {
     case EPERM:
-        return QStringLiteral("Its folder belongs to someone else.");
+        return QLatin1StringView(Texts::noop("Its folder belongs to someone else."));
     case ELOOP:
-        return QStringLiteral("A link stands on the way to it.");
+        return QLatin1StringView(Texts::noop("A link stands on the way to it."));
     case EXDEV:
-        return QStringLiteral("It lies on another volume.");
+        return QLatin1StringView(Texts::noop("It lies on another volume."));
     case ENOENT:
-        return QStringLiteral("It is no longer there.");
+        return QLatin1StringView(Texts::noop("It is no longer there."));
     case EEXIST:
-        return QStringLiteral("Something else stands in its place.");
+        return QLatin1StringView(Texts::noop("Something else stands in its place."));
     case ECANCELED:
-        return QStringLiteral("The removal was stopped.");
+        return QLatin1StringView(Texts::noop("The removal was stopped."));
     default:
         return QString::fromLocal8Bit(std::strerror(error));
     }
@@ -101,7 +103,7 @@ std::expected<HeldItem, QString> ConfinedFiles::hold(const NamedPlace& place,
         return std::unexpected(changed);
     if (S_ISDIR(held.st_mode) &&
         holdsMountPoint(_rootPath + '/' + place.folderPath() + '/' + place.name))
-        return std::unexpected(QStringLiteral("A volume is mounted in it."));
+        return std::unexpected(QString::fromLatin1(Texts::noop("A volume is mounted in it.")));
     return HeldItem{*std::move(around), *std::move(item), place.name, takenOf(held)};
 }
 

@@ -1,6 +1,7 @@
 #include "helper/file_operations.h"
 
 #include "platform/directory_reader.h"
+#include "platform/texts.h"
 #include "privileged/numbered_name.h"
 
 #include <fcntl.h>
@@ -14,12 +15,15 @@ namespace {
 
 using Status = PrivilegedFileOutcomeStatus;
 
-const QString notAllowed = QStringLiteral("The administrator helper does not touch this place.");
-const QString notApproved = QStringLiteral("It was not said which item was approved.");
-const QString notRecorded = QStringLiteral("The administrator helper could not record the move.");
-const QString noTrash = QStringLiteral("Your Trash could not be opened.");
-const QString stopped = QStringLiteral("The removal was stopped.");
-const QString notTaken = QStringLiteral("The administrator helper did not take this item.");
+const QString notAllowed =
+    QLatin1StringView(Texts::noop("The administrator helper does not touch this place."));
+const QString notApproved = QLatin1StringView(Texts::noop("It was not said which item was approved."));
+const QString notRecorded =
+    QLatin1StringView(Texts::noop("The administrator helper could not record the move."));
+const QString noTrash = QLatin1StringView(Texts::noop("Your Trash could not be opened."));
+const QString stopped = QLatin1StringView(Texts::noop("The removal was stopped."));
+const QString notTaken =
+    QLatin1StringView(Texts::noop("The administrator helper did not take this item."));
 
 constexpr int mostNames = 1'000;
 /// As many are written down at once, for the disk takes its time; each holds two descriptors.

@@ -139,7 +139,7 @@ PrivilegedFileOperationResponse RequestDesk::respond(const QByteArray& message,
         return refuse(AuthorizationError::denied);
     case Answer::canceled:
         response.outcomes = QList<PrivilegedFileOperationOutcome>(
-            request->items.size(), {.message = administratorApprovalCanceled});
+            request->items.size(), {.message = administratorApprovalCanceled()});
         break;
     }
     return response;

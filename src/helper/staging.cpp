@@ -2,6 +2,7 @@
 
 #include "helper/emptying.h"
 #include "platform/rooted_path.h"
+#include "platform/texts.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -28,8 +29,8 @@ std::expected<Staging, QString> Staging::open(const ConfinedFiles& files, const 
     if (::fstat(folder->get(), &status) != 0)
         return std::unexpected(fileSentence(errno));
     if (status.st_uid != ::geteuid() || (status.st_mode & 077) != 0)
-        return std::unexpected(
-            QStringLiteral("Someone else has access to the administrator helper's folder."));
+        return std::unexpected(QString::fromLatin1(
+            Texts::noop("Someone else has access to the administrator helper's folder.")));
     return Staging(*std::move(around), *std::move(folder));
 }
 
@@ -43,11 +44,10 @@ std::expected<void, Staging::Refusal> Staging::take(const HeldItem& item,
         return std::unexpected(Refusal{.sentence = fileSentence(error)});
     if (look(name) == item.taken)
         return {};
-    return std::unexpected(Refusal{
-        .isKept = true,
-        .sentence =
-            QStringLiteral("It was exchanged while it was moved. What stood in its place is kept "
-                           "for an administrator to look at.")});
+    return std::unexpected(Refusal{.isKept = true,
+                                   .sentence = QLatin1StringView(Texts::noop(
+                                       "It was exchanged while it was moved. What stood in its place "
+                                       "is kept for an administrator to look at."))});
 }
 
 int Staging::give(const QByteArray& name, int toFolder, const QByteArray& toName) const {

@@ -2,6 +2,7 @@
 
 #include "icons/icns_file.h"
 #include "model/json_file.h"
+#include "platform/texts.h"
 
 #include <QCryptographicHash>
 
@@ -20,17 +21,17 @@ QString message(CustomAppIconStore::Error error) {
     using enum CustomAppIconStore::Error;
     switch (error) {
     case notICNSFile:
-        return QStringLiteral("Only .icns files can be used as custom app icons.");
+        return Texts::tr("Only .icns files can be used as custom app icons.");
     case unreadableFile:
-        return QStringLiteral("The selected .icns file could not be read.");
+        return Texts::tr("The selected .icns file could not be read.");
     case invalidICNSFile:
-        return QStringLiteral("The selected file is not a valid .icns icon.");
+        return Texts::tr("The selected file is not a valid .icns icon.");
     case fileTooLarge:
-        return QStringLiteral("The selected .icns file is too large.");
+        return Texts::tr("The selected .icns file is too large.");
     case couldNotSave:
-        return QStringLiteral("Tessellar could not save the custom icon.");
+        return Texts::tr("Tessellar could not save the custom icon.");
     case couldNotRemove:
-        return QStringLiteral("Tessellar could not remove the custom icon.");
+        return Texts::tr("Tessellar could not remove the custom icon.");
     }
     return {};
 }

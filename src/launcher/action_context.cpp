@@ -1,6 +1,7 @@
 #include "launcher/action_table.h"
 
 #include "launcher/launcher_history.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 
@@ -45,12 +46,11 @@ QList<MenuEntry> placeEntries(const ActionContext& context, const QString& id, b
         const bool isAnother = page == 0 || shown.tileAt({page - 1, 0})->page != stored->page;
         if ((isOwn && !withOwn) || !isAnother)
             continue;
-        entries.append(
-            {.id = id + u':' + placeText({.folder = {}, .page = stored->page}),
-             .title = isOwn ? QStringLiteral("This Page") : QStringLiteral("Page %1").arg(page + 1)});
+        entries.append({.id = id + u':' + placeText({.folder = {}, .page = stored->page}),
+                        .title = isOwn ? Texts::tr("This Page") : Texts::tr("Page %1").arg(page + 1)});
     }
     entries.append({.id = id + u':' + placeText({.folder = {}, .page = pages.size()}),
-                    .title = QStringLiteral("New Page")});
+                    .title = Texts::tr("New Page")});
     bool isFirst = true;
     forEachItem(pages, [&](const LaunchpadItem& item) {
         const FolderEntry* folder = item.folder();

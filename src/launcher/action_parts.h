@@ -11,12 +11,6 @@ namespace tessellar {
 
 using Outcome = std::expected<void, LauncherError>;
 
-/// A title that is always the same.
-template <json::Name text>
-QString always(const ActionContext&) {
-    return QString::fromUtf8(text.text);
-}
-
 /// For what is told when it is done: a refusal is told to the user.
 inline auto reporting(const ActionContext& context) {
     return

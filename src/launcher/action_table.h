@@ -5,8 +5,10 @@
 #include "launcher/launcher_view_model.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 
 #include <algorithm>
+#include <concepts>
 #include <span>
 
 namespace tessellar {
@@ -59,10 +61,29 @@ ActionContext contextOf(LauncherViewModel& launcher, const ActionTarget& target)
 /// the identifier.
 QList<MenuEntry> placeEntries(const ActionContext& context, const QString& id, bool withOwn);
 
+/// What an action is called: always the same text, or one that depends on what it is about.
+class ActionTitle {
+public:
+    using Of = QString (*)(const ActionContext&);
+
+    constexpr ActionTitle() = default;
+    constexpr ActionTitle(const char* text) : _text(text) {}
+    template <std::convertible_to<Of> Function>
+    constexpr ActionTitle(Function of) : _of(of) {}
+
+    QString operator()(const ActionContext& context) const {
+        return _of ? _of(context) : Texts::tr(_text);
+    }
+
+private:
+    const char* _text = nullptr;
+    Of _of = nullptr;
+};
+
 /// One action: its name, when it applies and when it is allowed, and what it does.
 struct ActionRow {
     const char* id; ///< nothing: a line between groups
-    QString (*title)(const ActionContext&);
+    ActionTitle title;
     bool (*applies)(const ActionContext&);
     bool (*isEnabled)(const ActionContext&) = nullptr; ///< always without
     /// Nothing for what is only said.

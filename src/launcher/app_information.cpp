@@ -1,6 +1,7 @@
 #include "launcher/app_information.h"
 
 #include "launcher/date_text.h"
+#include "platform/texts.h"
 #include "smartfolders/smart_folder_raw_values.h"
 #include "smartfolders/smart_folder_words.h"
 
@@ -13,13 +14,13 @@ namespace {
 using Rows = QList<InformationRow>;
 
 std::optional<QString> yesOrNo(const std::optional<bool>& value) {
-    return value ? std::optional(*value ? QStringLiteral("Yes") : QStringLiteral("No")) : std::nullopt;
+    return value ? std::optional(*value ? Texts::tr("Yes") : Texts::tr("No")) : std::nullopt;
 }
 
 /// A word of the vocabulary of smart folders, as their editor has it.
 template <typename Word>
 QString wordText(Word word) {
-    return smartFolderTitle(json::rawValue(word));
+    return smartFolderText(json::rawValue(word));
 }
 template <typename Word>
 std::optional<QString> wordText(const std::optional<Word>& word) {
@@ -29,9 +30,9 @@ std::optional<QString> wordText(const std::optional<Word>& word) {
 QString signatureText(CodeSignature signature) {
     switch (signature) {
     case CodeSignature::none:
-        return QStringLiteral("Not signed");
+        return Texts::tr("Not signed");
     case CodeSignature::adHoc:
-        return QStringLiteral("Signed by nobody (ad hoc)");
+        return Texts::tr("Signed by nobody (ad hoc)");
     case CodeSignature::developerId:
         return QStringLiteral("Developer ID");
     case CodeSignature::appStore:
@@ -41,14 +42,14 @@ QString signatureText(CodeSignature signature) {
     case CodeSignature::other:
         break;
     }
-    return QStringLiteral("Another certificate");
+    return Texts::tr("Another certificate");
 }
 
 /// What Apple signs itself it does not notarize as well.
 std::optional<QString> notarization(const CodeFindings& code) {
     const bool isApples =
         code.signature == CodeSignature::apple || code.signature == CodeSignature::appStore;
-    return isApples && !code.isNotarized ? std::optional(QStringLiteral("Not needed"))
+    return isApples && !code.isNotarized ? std::optional(Texts::tr("Not needed"))
                                          : yesOrNo(code.isNotarized);
 }
 
@@ -63,36 +64,36 @@ public:
 
     Rows general() const {
         const AppEntry& entry = _facts.entry;
-        Rows rows{{QStringLiteral("Name"), entry.name}};
+        Rows rows{{Texts::tr("Name"), entry.name}};
         if (entry.originalName != entry.name)
-            rows.append({QStringLiteral("Calls Itself"), entry.originalName});
+            rows.append({Texts::tr("Calls Itself"), entry.originalName});
         if (!_about.isInstalled)
-            rows.append({QStringLiteral("Installed"), QStringLiteral("Not found where it was")});
+            rows.append({Texts::tr("Installed"), Texts::tr("Not found where it was")});
         if (_about.isHidden)
-            rows.append({QStringLiteral("Shown"), QStringLiteral("Hidden from the pages")});
+            rows.append({Texts::tr("Shown"), Texts::tr("Hidden from the pages")});
         rows.append(
-            {fact("Version", _facts.version), fact("Build", _facts.build),
-             fact("Bundle Identifier", entry.bundleIdentifier),
-             fact("Category",
+            {fact(Texts::noop("Version"), _facts.version), fact(Texts::noop("Build"), _facts.build),
+             fact(Texts::noop("Bundle Identifier"), entry.bundleIdentifier),
+             fact(Texts::noop("Category"),
                   entry.category
                       ? std::optional(categoryDisplayName(*entry.category).value_or(*entry.category))
                       : std::nullopt),
-             row("Size", sizeText(), _about.pending.size)});
-        rows.append({QStringLiteral("Where"), entry.path, true, entry.path});
+             row(Texts::noop("Size"), sizeText(), _about.pending.size)});
+        rows.append({Texts::tr("Where"), entry.path, true, entry.path});
         for (const QString& path : _about.copies)
-            rows.append({QStringLiteral("Another Copy"), path, true, path});
+            rows.append({Texts::tr("Another Copy"), path, true, path});
         return rows;
     }
 
     Rows origin() const {
-        return {fact("Installed From", isBuiltIn(_facts.entry.path)
-                                           ? std::optional(QStringLiteral("It comes with macOS"))
-                                           : wordText(_facts.installSource)),
-                fact("Developer", _facts.developer),
-                fact("Publisher", _facts.publisher),
-                fact("Built For", wordText(_facts.platform)),
-                fact("Architectures", architectures()),
-                fact("Minimum macOS", _facts.minimumMacOSVersion)};
+        return {fact(Texts::noop("Installed From"),
+                     isBuiltIn(_facts.entry.path) ? std::optional(Texts::tr("It comes with macOS"))
+                                                  : wordText(_facts.installSource)),
+                fact(Texts::noop("Developer"), _facts.developer),
+                fact(Texts::noop("Publisher"), _facts.publisher),
+                fact(Texts::noop("Built For"), wordText(_facts.platform)),
+                fact(Texts::noop("Architectures"), architectures()),
+                fact(Texts::noop("Minimum macOS"), _facts.minimumMacOSVersion)};
     }
 
     Rows security() const {
@@ -101,47 +102,49 @@ public:
         QStringList permissions;
         for (const SmartFolderPermission permission : _facts.declaredPermissions)
             permissions.append(wordText(permission));
-        return {row("Signature",
+        return {row(Texts::noop("Signature"),
                     code.signature ? std::optional(signatureText(*code.signature)) : std::nullopt,
                     isPending),
                 code.signature == CodeSignature::none || code.signature == CodeSignature::apple
-                    ? InformationRow{QStringLiteral("Team"), QStringLiteral("None")}
-                    : fact("Team", _facts.signingTeamID),
-                row("Hardened Runtime", yesOrNo(code.isHardened), isPending),
-                row("Notarized", notarization(code), isPending),
-                row("Sandboxed", yesOrNo(code.isSandboxed), isPending),
-                fact("May Ask For", !_about.isInstalled ? std::nullopt
-                                    : permissions.isEmpty()
-                                        ? std::optional(QStringLiteral("Nothing that it declares"))
-                                        : std::optional(permissions.join(QStringLiteral(", "))))};
+                    ? InformationRow{Texts::tr("Team"), Texts::tr("None")}
+                    : fact(Texts::noop("Team"), _facts.signingTeamID),
+                row(Texts::noop("Hardened Runtime"), yesOrNo(code.isHardened), isPending),
+                row(Texts::noop("Notarized"), notarization(code), isPending),
+                row(Texts::noop("Sandboxed"), yesOrNo(code.isSandboxed), isPending),
+                fact(Texts::noop("May Ask For"),
+                     !_about.isInstalled     ? std::nullopt
+                     : permissions.isEmpty() ? std::optional(Texts::tr("Nothing that it declares"))
+                                             : std::optional(permissions.join(QStringLiteral(", "))))};
     }
 
     Rows updates() const {
         const AppUpdateSourceText& source = _about.updateSource;
         const bool isPending = _about.pending.updates;
         const auto& update = _about.update;
-        Rows rows{row("Come From", comeFrom(), isPending)};
+        Rows rows{row(Texts::noop("Come From"), comeFrom(), isPending)};
         if (!source.explanation.isEmpty())
             rows.append({QString(), source.explanation});
         if (!source.label.isEmpty())
-            rows.append({QStringLiteral("Evidence"), source.label});
-        rows.append(row("State", update ? std::optional(update_texts::status(*update)) : notChecked(),
+            rows.append({Texts::tr("Evidence"), source.label});
+        rows.append(row(Texts::noop("State"),
+                        update ? std::optional(update_texts::status(*update)) : notChecked(),
                         isPending));
-        rows.append(row("Last Checked",
+        rows.append(row(Texts::noop("Last Checked"),
                         update ? std::optional(dateText(update->checkedAt, _locale)) : never(),
                         isPending));
         return rows;
     }
 
     Rows use() const {
-        return {fact("Added", date(_facts.installedDate)),
-                row("Modified", date(_about.modifiedDate), _about.pending.size),
-                fact("First Seen", date(_facts.firstSeenDate)),
-                fact("Last Used", _facts.isNeverUsed == true ? never() : date(_facts.lastUsedDate)),
-                fact("Opened", timesOpened()),
-                row("Smart Folders",
+        return {fact(Texts::noop("Added"), date(_facts.installedDate)),
+                row(Texts::noop("Modified"), date(_about.modifiedDate), _about.pending.size),
+                fact(Texts::noop("First Seen"), date(_facts.firstSeenDate)),
+                fact(Texts::noop("Last Used"),
+                     _facts.isNeverUsed == true ? never() : date(_facts.lastUsedDate)),
+                fact(Texts::noop("Opened"), timesOpened()),
+                row(Texts::noop("Smart Folders"),
                     _about.pending.smartFolders     ? std::nullopt
-                    : _about.smartFolders.isEmpty() ? std::optional(QStringLiteral("None shows it"))
+                    : _about.smartFolders.isEmpty() ? std::optional(Texts::tr("None shows it"))
                                                     : std::optional(_about.smartFolders.join(u'\n')),
                     _about.pending.smartFolders)};
     }
@@ -149,18 +152,18 @@ public:
 private:
     /// Of what may be unknown, or still on its way.
     static InformationRow row(const char* label, const std::optional<QString>& text, bool isPending) {
-        return {.label = QString::fromLatin1(label),
+        return {.label = Texts::tr(label),
                 .text = text        ? *text
                         : isPending ? QStringLiteral("…")
-                                    : QStringLiteral("Unknown"),
+                                    : Texts::tr("Unknown"),
                 .isKnown = text.has_value()};
     }
     InformationRow fact(const char* label, const std::optional<QString>& text) const {
         return row(label, text, _about.pending.facts);
     }
 
-    static std::optional<QString> never() { return QStringLiteral("Never"); }
-    static std::optional<QString> notChecked() { return QStringLiteral("Not checked yet"); }
+    static std::optional<QString> never() { return Texts::tr("Never"); }
+    static std::optional<QString> notChecked() { return Texts::tr("Not checked yet"); }
     std::optional<QString> date(const std::optional<Instant>& instant) const {
         return instant ? std::optional(dateText(*instant, _locale)) : std::nullopt;
     }
@@ -168,14 +171,14 @@ private:
         if (!_about.size)
             return std::nullopt;
         const QString text = _numbers.formattedDataSize(*_about.size, 1, QLocale::DataSizeSIFormat);
-        return _about.isSizeWhole ? text : QStringLiteral("At least %1").arg(text);
+        return _about.isSizeWhole ? text : Texts::tr("At least %1").arg(text);
     }
     std::optional<QString> architectures() const {
         if (!_facts.architectures)
             return std::nullopt;
         QStringList words;
         for (const QString& name : *_facts.architectures)
-            words.append(smartFolderTitle(name));
+            words.append(smartFolderText(name));
         return words.join(QStringLiteral(", "));
     }
     std::optional<QString> comeFrom() const {
@@ -185,7 +188,7 @@ private:
                 _about.channel ? std::get_if<HomebrewCaskChannel>(&*_about.channel) : nullptr)
             return QStringLiteral("Homebrew (%1)").arg(cask->token);
         if (_facts.distributionChannel == SmartFolderDistributionChannel::unsupported)
-            return QStringLiteral("Nowhere that is known");
+            return Texts::tr("Nowhere that is known");
         return wordText(_facts.distributionChannel);
     }
     std::optional<QString> timesOpened() const {
@@ -193,8 +196,8 @@ private:
             return std::nullopt;
         return *_facts.launchCount == 0 ? never()
                : *_facts.launchCount == 1
-                   ? QStringLiteral("Once from here")
-                   : QStringLiteral("%1 times from here").arg(_numbers.toString(*_facts.launchCount));
+                   ? Texts::tr("Once from here")
+                   : Texts::tr("%1 times from here").arg(_numbers.toString(*_facts.launchCount));
     }
 
     const AppInformation& _about;
@@ -207,11 +210,11 @@ private:
 
 QList<InformationSection> informationSections(const AppInformation& information, const Locale& locale) {
     const Writer writer(information, locale);
-    return {{QStringLiteral("General"), writer.general()},
-            {QStringLiteral("Origin"), writer.origin()},
-            {QStringLiteral("Security"), writer.security()},
-            {QStringLiteral("Updates"), writer.updates()},
-            {QStringLiteral("Use"), writer.use()}};
+    return {{Texts::tr("General"), writer.general()},
+            {Texts::tr("Origin"), writer.origin()},
+            {Texts::tr("Security"), writer.security()},
+            {Texts::tr("Updates"), writer.updates()},
+            {Texts::tr("Use"), writer.use()}};
 }
 
 } // namespace tessellar

@@ -2,17 +2,18 @@
 
 #include "launcher/launcher_history.h"
 #include "launcher/live_layout.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 
 namespace {
 
-const QString couldNotSave = QStringLiteral("Could not save arrangement");
+const char* const couldNotSave = Texts::noop("Could not save arrangement");
 const QString changedMeanwhile = QStringLiteral("changedMeanwhile");
 
 LauncherError nameless(const QString& title) {
     return {QStringLiteral("emptyName"),
-            QStringLiteral("Name this arrangement so it can be restored later."), title};
+            Texts::tr("Name this arrangement so it can be restored later."), title};
 }
 
 /// A file with another name in it; whatever else it says stays, known or not.
@@ -31,7 +32,7 @@ LauncherError arrangementError(const LayoutStore::Error& error, const QString& t
     LauncherError result = launcherError(error, title);
     // The sentence is that of the working file, and would have the user reset the good one.
     if (std::holds_alternative<LayoutStore::StorageError>(error))
-        result.message = QStringLiteral(
+        result.message = Texts::tr(
             "This arrangement was saved by another version of Tessellar and cannot be restored.");
     return result;
 }
@@ -67,7 +68,7 @@ ArrangementShelf::Made ArrangementShelf::apply(const SavedArrangements& saved, S
     if (isThere != step.before.has_value() || (bytes && *bytes != *step.before))
         return std::unexpected(LauncherError{
             changedMeanwhile,
-            QStringLiteral("The arrangement was changed meanwhile, and is left as it is."), title});
+            Texts::tr("The arrangement was changed meanwhile, and is left as it is."), title});
     const auto done = step.after ? saved.writeBytes(step.id, *step.after) : saved.remove(step.id);
     if (!done)
         return std::unexpected(launcherError(done.error(), title));
@@ -112,17 +113,17 @@ void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
     if (const auto guarded = _history.guard(mode); !guarded)
         return done(std::unexpected(guarded.error()));
     if (trimmed(name).isEmpty())
-        return done(std::unexpected(nameless(couldNotSave)));
+        return done(std::unexpected(nameless(Texts::tr(couldNotSave))));
     const LiveLayout& layout = _layouts[mode];
     change(
-        mode, couldNotSave,
+        mode, Texts::tr(couldNotSave),
         [name = trimmed(name), id = _machine.uuids.next(), now = _machine.clock.now(),
          document = layout.document(),
          settings = layout.settings()](const SavedArrangements& saved) -> Made {
             const auto bytes = saved.encoded(makeArrangement(id, name, now, document, settings));
             if (!bytes)
-                return std::unexpected(launcherError(bytes.error(), couldNotSave));
-            return Step{.name = QStringLiteral("Save “%1”").arg(name),
+                return std::unexpected(launcherError(bytes.error(), Texts::tr(couldNotSave)));
+            return Step{.name = Texts::tr("Save “%1”").arg(name),
                         .mode = {},
                         .id = id,
                         .before = {},
@@ -135,7 +136,7 @@ void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
     if (const auto guarded = _history.guard(mode); !guarded)
         return done(std::unexpected(guarded.error()));
     const LiveLayout& layout = _layouts[mode];
-    const QString title = QStringLiteral("Could not replace arrangement");
+    const QString title = Texts::tr("Could not replace arrangement");
     change(
         mode, title,
         [title, id, now = _machine.clock.now(), document = layout.document(),
@@ -149,7 +150,7 @@ void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
             const auto bytes = saved.encoded(makeArrangement(id, name, now, document, settings));
             if (!bytes)
                 return std::unexpected(launcherError(bytes.error(), title));
-            return Step{.name = QStringLiteral("Replace “%1”").arg(name),
+            return Step{.name = Texts::tr("Replace “%1”").arg(name),
                         .mode = {},
                         .id = id,
                         .before = *before,
@@ -159,7 +160,7 @@ void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
 }
 
 void ArrangementShelf::rename(Mode mode, const QUuid& id, const QString& name, Done done) {
-    const QString title = QStringLiteral("Could not rename arrangement");
+    const QString title = Texts::tr("Could not rename arrangement");
     if (trimmed(name).isEmpty())
         return done(std::unexpected(nameless(title)));
     change(
@@ -172,7 +173,7 @@ void ArrangementShelf::rename(Mode mode, const QUuid& id, const QString& name, D
             if (!after)
                 return std::unexpected(
                     launcherError(FileError{FileError::Code::damaged, saved.path(id)}, title));
-            return Step{.name = QStringLiteral("Rename to “%1”").arg(name),
+            return Step{.name = Texts::tr("Rename to “%1”").arg(name),
                         .mode = {},
                         .id = id,
                         .before = *before,
@@ -182,7 +183,7 @@ void ArrangementShelf::rename(Mode mode, const QUuid& id, const QString& name, D
 }
 
 void ArrangementShelf::remove(Mode mode, const QUuid& id, Done done) {
-    const QString title = QStringLiteral("Could not delete arrangement");
+    const QString title = Texts::tr("Could not delete arrangement");
     change(
         mode, title,
         [title, id](const SavedArrangements& saved) -> Made {
@@ -190,7 +191,7 @@ void ArrangementShelf::remove(Mode mode, const QUuid& id, Done done) {
             if (!before)
                 return std::unexpected(launcherError(before.error(), title));
             const auto old = saved.decode(*before, saved.path(id));
-            return Step{.name = QStringLiteral("Delete “%1”").arg(old ? old->value.name : toText(id)),
+            return Step{.name = Texts::tr("Delete “%1”").arg(old ? old->value.name : toText(id)),
                         .mode = {},
                         .id = id,
                         .before = *before,
@@ -205,7 +206,7 @@ void ArrangementShelf::exportTo(Mode mode, const QUuid& id, const FileSystem& fi
                                 const QString& path, Done done) {
     run(
         [saved = _store.arrangements(mode), id, &files, path]() -> Saved {
-            const QString title = QStringLiteral("Could not export arrangement");
+            const QString title = Texts::tr("Could not export arrangement");
             const auto bytes = saved.bytes(id);
             if (!bytes)
                 return std::unexpected(launcherError(bytes.error(), title));
@@ -225,7 +226,7 @@ void ArrangementShelf::exportTo(Mode mode, const QUuid& id, const FileSystem& fi
 }
 
 void ArrangementShelf::importFrom(Mode mode, const FileSystem& files, const QString& path, Done done) {
-    const QString title = QStringLiteral("Could not import arrangement");
+    const QString title = Texts::tr("Could not import arrangement");
     change(
         mode, title,
         [title, &files, path, id = _machine.uuids.next()](const SavedArrangements& saved) -> Made {
@@ -235,7 +236,7 @@ void ArrangementShelf::importFrom(Mode mode, const FileSystem& files, const QStr
             const auto arrangement = saved.decode(*bytes, path);
             if (!arrangement)
                 return std::unexpected(arrangementError(arrangement.error(), title));
-            return Step{.name = QStringLiteral("Import “%1”").arg(arrangement->value.name),
+            return Step{.name = Texts::tr("Import “%1”").arg(arrangement->value.name),
                         .mode = {},
                         .id = id,
                         .before = {},
@@ -250,13 +251,12 @@ void ArrangementShelf::undo(Done done) { step(_undo, _redo, true, std::move(done
 void ArrangementShelf::redo(Done done) { step(_redo, _undo, false, std::move(done)); }
 
 void ArrangementShelf::step(Steps& from, Steps& to, bool isBack, Done done) {
-    const QString title = isBack ? QStringLiteral("Could not undo") : QStringLiteral("Could not redo");
+    const QString title = isBack ? Texts::tr("Could not undo") : Texts::tr("Could not redo");
     if (from.empty())
-        return done(std::unexpected(
-            LauncherError{isBack ? QStringLiteral("nothingToUndo") : QStringLiteral("nothingToRedo"),
-                          isBack ? QStringLiteral("There is nothing to undo.")
-                                 : QStringLiteral("There is nothing to redo."),
-                          {}}));
+        return done(std::unexpected(LauncherError{
+            isBack ? QStringLiteral("nothingToUndo") : QStringLiteral("nothingToRedo"),
+            isBack ? Texts::tr("There is nothing to undo.") : Texts::tr("There is nothing to redo."),
+            {}}));
     // Taken out at once, so that no other request takes the same one.
     const Step step = from.back();
     from.pop_back();

@@ -4,6 +4,7 @@
 #include "launcher/launcher_import.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/layout_archive.h"
+#include "platform/texts.h"
 #include "smartfolders/smart_folder_raw_values.h"
 
 namespace tessellar {
@@ -17,9 +18,9 @@ ActionRequest reset(const Context& context, const QString&) {
     confirm(
         context,
         {.title = LayoutArchive::resetTitle(),
-         .text = QStringLiteral("Restores the default alphabetical layout and removes all folders, "
-                                "custom ordering, and hidden apps."),
-         .accept = QStringLiteral("Reset")},
+         .text = Texts::tr("Restores the default alphabetical layout and removes all folders, "
+                           "custom ordering, and hidden apps."),
+         .accept = Texts::tr("Reset")},
         [&archive = context.launcher.archive(), mode = context.mode()] { return archive.reset(mode); });
     return ActionRequest::none;
 }
@@ -56,11 +57,11 @@ bool isOfGrid(const Context& context) { return context.isBackground() && !contex
 // ---- smart folders
 
 QList<MenuEntry> recoveryEntries(const Context&, const QString& id) {
-    return {{.id = id + QStringLiteral(":restore"),
-             .title = QStringLiteral("Read the Preserved File Again")},
-            {.id = id + QStringLiteral(":replace"),
-             .title = QStringLiteral("Begin without Smart Folders…"),
-             .isDestructive = true}};
+    return {
+        {.id = id + QStringLiteral(":restore"), .title = Texts::tr("Read the Preserved File Again")},
+        {.id = id + QStringLiteral(":replace"),
+         .title = Texts::tr("Begin without Smart Folders…"),
+         .isDestructive = true}};
 }
 
 ActionRequest recoverSmartFolders(const Context& context, const QString& how) {
@@ -69,11 +70,11 @@ ActionRequest recoverSmartFolders(const Context& context, const QString& how) {
         context.launcher.messages().report(library.recover(SmartFolderRecovery::restore));
     } else if (how == u"replace") {
         confirm(context,
-                {.title = QStringLiteral("Begin without Smart Folders?"),
+                {.title = Texts::tr("Begin without Smart Folders?"),
                  .text = SmartFolderLibrary::unavailableNotice() +
-                         QStringLiteral(" It stays where it was put. New Smart Folders can be made "
-                                        "again; tiles of the old ones remain until they are removed."),
-                 .accept = QStringLiteral("Begin Anew")},
+                         Texts::tr(" It stays where it was put. New Smart Folders can be made "
+                                   "again; tiles of the old ones remain until they are removed."),
+                 .accept = Texts::tr("Begin Anew")},
                 [&library] { return library.recover(SmartFolderRecovery::replace); });
     }
     return ActionRequest::none;
@@ -111,7 +112,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
     {"undo",
      [](const Context& c) {
          const LayoutUndoEntry* next = c.launcher.history().steps().nextUndo(c.mode()).entry;
-         return next ? QStringLiteral("Undo %1").arg(next->name) : QStringLiteral("Undo");
+         return next ? Texts::tr("Undo %1").arg(next->name) : Texts::tr("Undo");
      },
      isBackground,
      [](const Context& c) { return c.launcher.history().steps().nextUndo(c.mode()).entry != nullptr; },
@@ -123,7 +124,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
     {"redo",
      [](const Context& c) {
          const LayoutUndoEntry* next = c.launcher.history().steps().nextRedo(c.mode()).entry;
-         return next ? QStringLiteral("Redo %1").arg(next->name) : QStringLiteral("Redo");
+         return next ? Texts::tr("Redo %1").arg(next->name) : Texts::tr("Redo");
      },
      isBackground,
      [](const Context& c) { return c.launcher.history().steps().nextRedo(c.mode()).entry != nullptr; },
@@ -132,20 +133,21 @@ constexpr std::array rows = std::to_array<ActionRow>({
          return ActionRequest::none;
      },
      false, nullptr, "Ctrl+Shift+Z"},
-    {"selectAll", always<"Select All">, isBackground, nullptr, selectAll, false, nullptr, "Ctrl+A"},
+    {"selectAll", Texts::noop("Select All"), isBackground, nullptr, selectAll, false, nullptr,
+     "Ctrl+A"},
     {},
-    {"smartFoldersUnavailable", always<"Smart Folders are unavailable">,
+    {"smartFoldersUnavailable", Texts::noop("Smart Folders are unavailable"),
      [](const Context& c) { return c.isBackground() && !c.launcher.smartFolders().isWritable(); },
      nullptr, recoverSmartFolders, false, recoveryEntries},
-    {"newSmartFolder", always<"New Smart Folder…">, isOfGrid, hasWritableRules, editSmartFolder},
-    {"newFromTemplate", always<"New Smart Folder from Template">, isOfGrid, hasWritableRules,
+    {"newSmartFolder", Texts::noop("New Smart Folder…"), isOfGrid, hasWritableRules, editSmartFolder},
+    {"newFromTemplate", Texts::noop("New Smart Folder from Template"), isOfGrid, hasWritableRules,
      [](const Context& c, const QString& argument) {
          const auto which = json::fromRawValue<SmartFolderTemplate>(argument);
          return !which ? ActionRequest::none
                        : edit(c, [&](LauncherEditor& e) { return e.addSmartFolder(c.mode(), *which); });
      },
      false, templateEntries},
-    {"showSmartFolder", always<"Existing Smart Folder">,
+    {"showSmartFolder", Texts::noop("Existing Smart Folder"),
      [](const Context& c) { return isOfGrid(c) && !tilelessEntries(c, {}).isEmpty(); }, isEditable,
      [](const Context& c, const QString& id) {
          return edit(c, [&](LauncherEditor& e) {
@@ -153,61 +155,61 @@ constexpr std::array rows = std::to_array<ActionRow>({
          });
      },
      false, tilelessEntries},
-    {"unhide", always<"Unhide">,
+    {"unhide", Texts::noop("Unhide"),
      [](const Context& c) { return isOfGrid(c) && !c.layout.hiddenKeys().isEmpty(); }, isEditable,
      [](const Context& c, const QString& key) {
          return edit(c, [&](LauncherEditor& e) { return e.unhideApp(c.mode(), key); });
      },
      false, hiddenEntries},
-    {"unplaced", always<"Hidden and Remembered…">, isOfGrid,
+    {"unplaced", Texts::noop("Hidden and Remembered…"), isOfGrid,
      [](const Context& c) { return c.launcher.isBootstrapped(); },
      [](const Context&, const QString&) { return ActionRequest::unplaced; }},
     {},
-    {"sortPage", always<"Sort Page by Name">,
+    {"sortPage", Texts::noop("Sort Page by Name"),
      [](const Context& c) { return c.isBackground() && !c.isComputed; }, isEditable, sortPage},
-    {"sortEverything", always<"Sort All Pages by Name">, isOfGrid, isEditable,
+    {"sortEverything", Texts::noop("Sort All Pages by Name"), isOfGrid, isEditable,
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.sortEverything(c.mode()); });
      }},
     {},
-    {"updates", [](const Context&) { return update_texts::checkNow; }, isOfGrid, nullptr,
+    {"updates", [](const Context&) { return update_texts::checkNow(); }, isOfGrid, nullptr,
      [](const Context& c, const QString&) {
          if (c.launcher.updates().isEnabled())
              c.launcher.updates().checkNow();
          return ActionRequest::updates;
      }},
-    {"pastRemovals", always<"Past Removals…">, isOfGrid, nullptr,
+    {"pastRemovals", Texts::noop("Past Removals…"), isOfGrid, nullptr,
      [](const Context&, const QString&) { return ActionRequest::pastRemovals; }},
     {},
-    {"settings", always<"Settings…">, isOfGrid, nullptr,
+    {"settings", Texts::noop("Settings…"), isOfGrid, nullptr,
      [](const Context&, const QString&) { return ActionRequest::settings; }, false, nullptr, "Ctrl+,"},
-    {"keys", always<"Keyboard Shortcuts">, isOfGrid, nullptr,
+    {"keys", Texts::noop("Keyboard Shortcuts"), isOfGrid, nullptr,
      [](const Context&, const QString&) { return ActionRequest::keys; }},
     {"mode",
      [](const Context& c) {
-         return c.mode() == LauncherWindowMode::fullScreen ? QStringLiteral("Show in a Window")
-                                                           : QStringLiteral("Show in Full Screen");
+         return c.mode() == LauncherWindowMode::fullScreen ? Texts::tr("Show in a Window")
+                                                           : Texts::tr("Show in Full Screen");
      },
      isOfGrid, nullptr,
      [](const Context& c, const QString&) {
          c.launcher.layouts().show(otherMode(c.mode()));
          return ActionRequest::none;
      }},
-    {"importLaunchpad", always<"Import Old Launchpad…">, isOfGrid,
+    {"importLaunchpad", Texts::noop("Import Old Launchpad…"), isOfGrid,
      [](const Context& c) { return c.isEditable && !c.launcher.launchpadImport().isRunning(); },
      [](const Context& c, const QString&) {
          c.launcher.launchpadImport().offer(c.mode());
          return ActionRequest::none;
      }},
-    {"arrange", always<"Arrange Applications…">, isOfGrid, isEditable,
+    {"arrange", Texts::noop("Arrange Applications…"), isOfGrid, isEditable,
      [](const Context&, const QString&) { return ActionRequest::arranging; }},
-    {"arrangements", always<"Saved Arrangements…">, isOfGrid,
+    {"arrangements", Texts::noop("Saved Arrangements…"), isOfGrid,
      [](const Context& c) { return c.launcher.isBootstrapped(); },
      [](const Context&, const QString&) { return ActionRequest::arrangements; }},
-    {"backups", always<"Backups…">, isOfGrid,
+    {"backups", Texts::noop("Backups…"), isOfGrid,
      [](const Context& c) { return c.launcher.isBootstrapped(); },
      [](const Context&, const QString&) { return ActionRequest::backups; }},
-    {"resetLayout", always<"Reset Layout…">, isOfGrid,
+    {"resetLayout", Texts::noop("Reset Layout…"), isOfGrid,
      [](const Context& c) { return c.launcher.isBootstrapped(); }, reset, true},
 });
 

@@ -1,5 +1,6 @@
 #include "launcher/installed_applications.h"
 
+#include "platform/texts.h"
 #include "updates/app_update_runner.h"
 
 #include <algorithm>
@@ -186,7 +187,7 @@ void InstalledApplications::forget(const QString& path) {
 
 LauncherError InstalledApplications::unknown(const QString& appKey) {
     return {QStringLiteral("unknownApplication"),
-            QStringLiteral("No installed application is known by “%1”.").arg(appKey.left(200)),
+            Texts::tr("No installed application is known by “%1”.").arg(appKey.left(200)),
             {}};
 }
 
@@ -195,13 +196,12 @@ std::optional<LauncherError> InstalledApplications::protection(const AppEntry& a
         return LauncherError{QStringLiteral("protectedApplication"), why, {}};
     };
     if (FileSystem::isWithin(app.path, QStringLiteral("/System")))
-        return isProtected(
-            QStringLiteral("“%1” belongs to macOS and cannot be removed.").arg(app.name));
+        return isProtected(Texts::tr("“%1” belongs to macOS and cannot be removed.").arg(app.name));
     if (isNestedInAnotherApplication(app.path))
         return isProtected(
-            QStringLiteral("“%1” is a part of another application and goes with it.").arg(app.name));
+            Texts::tr("“%1” is a part of another application and goes with it.").arg(app.name));
     if (app.bundleIdentifier == applicationIdentifier)
-        return isProtected(QStringLiteral("Tessellar cannot remove itself."));
+        return isProtected(Texts::tr("Tessellar cannot remove itself."));
     return std::nullopt;
 }
 

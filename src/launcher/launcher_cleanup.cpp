@@ -7,13 +7,14 @@
 #include "launcher/place_memory.h"
 #include "model/app_state.h"
 #include "platform/opener.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
 namespace tessellar {
 
 static LauncherError busy() {
-    return {QStringLiteral("removalInProgress"), QStringLiteral("A removal is still in progress."), {}};
+    return {QStringLiteral("removalInProgress"), Texts::tr("A removal is still in progress."), {}};
 }
 
 LauncherCleanup::LauncherCleanup(Machine& machine, LiveLayouts& layouts,
@@ -213,10 +214,9 @@ void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
     if (_isMoving || _isAsking)
         return refuse(busy(), done);
     if (_phase != Phase::review || _review.selectedPaths.isEmpty())
-        return refuse({QStringLiteral("nothingSelected"),
-                       QStringLiteral("There is nothing chosen to remove."),
-                       {}},
-                      done);
+        return refuse(
+            {QStringLiteral("nothingSelected"), Texts::tr("There is nothing chosen to remove."), {}},
+            done);
     if (const auto guard = _history.guard(_layouts.shownMode()); !guard)
         return refuse(guard.error(), done);
     _isAsking = true;
@@ -225,9 +225,9 @@ void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
     findRunning([this, asker, done = std::move(done)](bool isRunning) {
         if (!isRunning)
             return startRemoval(done);
-        asker({.title = QStringLiteral("“%1” is open").arg(_app.name),
-               .text = QStringLiteral("It is asked to quit before it is moved to the Trash."),
-               .accept = QStringLiteral("Quit and Remove"),
+        asker({.title = Texts::tr("“%1” is open").arg(_app.name),
+               .text = Texts::tr("It is asked to quit before it is moved to the Trash."),
+               .accept = Texts::tr("Quit and Remove"),
                .isDestructive = true},
               [this, alive = _lifetime.watch(), round = _round, done](bool accepted) {
                   if (alive.expired() || round != _round)
@@ -242,7 +242,7 @@ void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
 
 LauncherError LauncherCleanup::stillOpen(const QString& name) {
     return {QStringLiteral("stillOpen"),
-            QStringLiteral("%1 is still open. Quit it, then try again.").arg(name),
+            Texts::tr("%1 is still open. Quit it, then try again.").arg(name),
             {}};
 }
 
@@ -315,8 +315,7 @@ void LauncherCleanup::finishRemoval(const RemovalStep& step, AppInstallKind kind
             !step.stillOpen.isEmpty()
                 ? LauncherError{QStringLiteral("stillOpen"), step.failure.value_or(QString()), {}}
                 : LauncherError{QStringLiteral("notRemoved"),
-                                step.failure.value_or(
-                                    QStringLiteral("Nothing was moved to the Trash.")),
+                                step.failure.value_or(Texts::tr("Nothing was moved to the Trash.")),
                                 {}},
             done);
     }

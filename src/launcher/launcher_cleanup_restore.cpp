@@ -8,6 +8,7 @@
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/place_memory.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -15,7 +16,7 @@ namespace tessellar {
 
 namespace {
 
-const QString notAllBack = QStringLiteral("Could not put everything back");
+const char* const notAllBack = Texts::noop("Could not put everything back");
 
 QStringList failedLines(const QList<CleanupLogLine>& log) {
     QStringList lines;
@@ -70,9 +71,8 @@ void LauncherCleanup::restore(const std::optional<QUuid>& removal, std::function
             done(std::unexpected(std::move(error)));
     };
     if (_isMoving || (_phase != Phase::idle && _phase != Phase::done))
-        return refuse({QStringLiteral("removalInProgress"),
-                       QStringLiteral("A removal is still in progress."),
-                       {}});
+        return refuse(
+            {QStringLiteral("removalInProgress"), Texts::tr("A removal is still in progress."), {}});
     if (const auto guard = _history.guard(_layouts.shownMode()); !guard)
         return refuse(guard.error());
     _error.reset();
@@ -86,10 +86,11 @@ void LauncherCleanup::restore(const std::optional<QUuid>& removal, std::function
             _isMoving = false;
             _hold.reset();
             if (!found)
-                return refuse({QStringLiteral("recordUnreadable"), found.error(), notAllBack});
+                return refuse(
+                    {QStringLiteral("recordUnreadable"), found.error(), Texts::tr(notAllBack)});
             if (!*found || (*found)->items.isEmpty())
                 return refuse({QStringLiteral("nothingToRestore"),
-                               QStringLiteral("There is no removal to bring back."),
+                               Texts::tr("There is no removal to bring back."),
                                {}});
             restore(**found, done);
         });
@@ -118,18 +119,18 @@ void LauncherCleanup::restore(const CleanupRecord& record, const std::function<v
     beginMoving();
     using Written = BackgroundFile::Result;
     _places.whenWritten(LauncherWindowMode::fullScreen, [this, record, done](const Written& first) {
-        _places.whenWritten(LauncherWindowMode::windowed,
-                            [this, record, done, first](const Written& second) {
-                                _isMoving = false;
-                                _hold.reset();
-                                if (first && second)
-                                    return bringBack(record, done);
-                                _places.putBack(record.path, false);
-                                _error = launcherError((first ? second : first).error(), notAllBack);
-                                changed.notify();
-                                if (done)
-                                    done(std::unexpected(*_error));
-                            });
+        _places.whenWritten(
+            LauncherWindowMode::windowed, [this, record, done, first](const Written& second) {
+                _isMoving = false;
+                _hold.reset();
+                if (first && second)
+                    return bringBack(record, done);
+                _places.putBack(record.path, false);
+                _error = launcherError((first ? second : first).error(), Texts::tr(notAllBack));
+                changed.notify();
+                if (done)
+                    done(std::unexpected(*_error));
+            });
     });
 }
 
@@ -154,9 +155,9 @@ void LauncherCleanup::bringBack(const CleanupRecord& record,
                           if (!isAnyBack && !_log.isEmpty())
                               restored = std::unexpected(LauncherError{QStringLiteral("notRestored"),
                                                                        step.failure.value_or(QString()),
-                                                                       notAllBack});
+                                                                       Texts::tr(notAllBack)});
                           else
-                              tellOfFailures(failedLines(_log), notAllBack);
+                              tellOfFailures(failedLines(_log), Texts::tr(notAllBack));
                           if (!restored)
                               _error = restored.error();
                           // The tiles are to be there before anyone hears of it.
@@ -226,7 +227,7 @@ void LauncherCleanup::moveForHistory(bool intoTrash, const QList<TrashedAppRecor
     if (_isMoving) {
         QList<TrashOutcome> outcomes;
         for (const TrashedAppRecord& record : records)
-            outcomes.append({record, QStringLiteral("A removal is still in progress.")});
+            outcomes.append({record, Texts::tr("A removal is still in progress.")});
         return done(outcomes);
     }
     move<QList<RemovalStep>>(
@@ -252,8 +253,8 @@ void LauncherCleanup::moveForHistory(bool intoTrash, const QList<TrashedAppRecor
                 outcomes.last().record.trashedURL = bundle ? bundle->trashedPath : std::nullopt;
                 _lastRemoval = intoTrash ? step.record.id : QUuid();
             }
-            tellOfFailures(failures, intoTrash ? QStringLiteral("Could not delete everything again")
-                                               : notAllBack);
+            tellOfFailures(failures, intoTrash ? Texts::tr("Could not delete everything again")
+                                               : Texts::tr(notAllBack));
             endMoving();
             changed.notify();
             done(outcomes);

@@ -6,6 +6,7 @@
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
 #include "platform/machine.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -14,7 +15,7 @@ namespace tessellar {
 using Outcome = LauncherEditor::Outcome;
 
 static LauncherError noSuchSmartFolder() {
-    return {QStringLiteral("noSuchSmartFolder"), QStringLiteral("There is no such Smart Folder."), {}};
+    return {QStringLiteral("noSuchSmartFolder"), Texts::tr("There is no such Smart Folder."), {}};
 }
 
 LauncherEditor::LauncherEditor(Machine& machine, LauncherHistory& history, LiveLayouts& layouts,

@@ -1,5 +1,7 @@
 #include "launcher/launcher_error.h"
 
+#include "platform/texts.h"
+
 #include <array>
 
 namespace tessellar {
@@ -45,6 +47,6 @@ LauncherError launcherError(const LayoutStore::Error& error, const QString& titl
     return {name, message(storage), title};
 }
 
-QString couldNotSaveLayout() { return QStringLiteral("Could not save the layout"); }
+QString couldNotSaveLayout() { return Texts::tr("Could not save the layout"); }
 
 } // namespace tessellar

@@ -7,6 +7,7 @@
 #include "launcher/smart_folder_library.h"
 #include "model/layout_backups.h"
 #include "model/layout_settings.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 
@@ -19,7 +20,7 @@ static void refuseTrash(const QList<TrashedAppRecord>& records,
                         const LayoutUndoActions::TrashDone& done) {
     QList<TrashOutcome> outcomes;
     for (const TrashedAppRecord& record : records)
-        outcomes.append({record, QStringLiteral("There is no Trash here.")});
+        outcomes.append({record, Texts::tr("There is no Trash here.")});
     done(std::move(outcomes));
 }
 
@@ -44,9 +45,8 @@ LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
         return std::unexpected(
             launcherError(StorageError{StorageError::Code::workingDocumentUnreadable}));
     if (_steps.isInProgress())
-        return std::unexpected(LauncherError{QStringLiteral("stepInProgress"),
-                                             QStringLiteral("An undo or redo is still in progress."),
-                                             {}});
+        return std::unexpected(LauncherError{
+            QStringLiteral("stepInProgress"), Texts::tr("An undo or redo is still in progress."), {}});
     return {};
 }
 
@@ -339,21 +339,18 @@ static std::expected<void, LauncherError> outcomeOf(LayoutUndoHistory::Result re
     case Result::done:
         return {};
     case Result::refused:
-        return isUndo ? failed(QStringLiteral("nothingToUndo"),
-                               QStringLiteral("There is nothing to undo."))
-                      : failed(QStringLiteral("nothingToRedo"),
-                               QStringLiteral("There is nothing to redo."));
+        return isUndo ? failed(QStringLiteral("nothingToUndo"), Texts::tr("There is nothing to undo."))
+                      : failed(QStringLiteral("nothingToRedo"), Texts::tr("There is nothing to redo."));
     case Result::blocked:
         return failed(QStringLiteral("stepInTheWay"),
-                      QStringLiteral("“%1” in the other display mode comes first: it changed the same.")
+                      Texts::tr("“%1” in the other display mode comes first: it changed the same.")
                           .arg(blockedBy));
     case Result::trashFailed:
-        return failed(QStringLiteral("trashFailed"),
-                      QStringLiteral("An application could not be moved."));
+        return failed(QStringLiteral("trashFailed"), Texts::tr("An application could not be moved."));
     case Result::notApplied:
         break;
     }
-    return failed(QStringLiteral("notApplied"), QStringLiteral("The arrangement could not be saved."));
+    return failed(QStringLiteral("notApplied"), Texts::tr("The arrangement could not be saved."));
 }
 
 void LauncherHistory::step(bool isUndo, LauncherWindowMode mode, Done done) {

@@ -3,6 +3,7 @@
 #include "launcher/installed_applications.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 #include <array>
@@ -14,8 +15,8 @@ static LauncherError launcherError(CustomAppIconStore::Error error) {
                                       "fileTooLarge", "couldNotSave",   "couldNotRemove"};
     return {QLatin1StringView(names.at(static_cast<std::size_t>(error))), message(error),
             error == CustomAppIconStore::Error::couldNotRemove
-                ? QStringLiteral("Could not remove the custom icon")
-                : QStringLiteral("Could not change the icon")};
+                ? Texts::tr("Could not remove the custom icon")
+                : Texts::tr("Could not change the icon")};
 }
 
 LauncherIcons::LauncherIcons(Machine& machine, const LiveLayouts& layouts,

@@ -3,6 +3,7 @@
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/layout_merger.h"
+#include "platform/texts.h"
 
 #include <array>
 
@@ -43,9 +44,8 @@ void LauncherImport::preview(Mode mode, const std::optional<Database>& database,
         done(std::unexpected(underImportTitle(error)));
     };
     if (isRunning())
-        return refuse({QStringLiteral("importInProgress"),
-                       QStringLiteral("An import is already in progress."),
-                       {}});
+        return refuse(
+            {QStringLiteral("importInProgress"), Texts::tr("An import is already in progress."), {}});
     if (!_applications.isKnown())
         return refuse(_history.guard(mode).error());
     _done = std::move(done);
@@ -130,7 +130,7 @@ void LauncherImport::tell(const Imported& imported) {
 void LauncherImport::offer(Mode mode) {
     _messages.ask({.title = LaunchpadImportTexts::question(),
                    .text = LaunchpadImportTexts::explanation(),
-                   .accept = QStringLiteral("Import")},
+                   .accept = Texts::tr("Import")},
                   [this, mode](bool accepted) {
                       if (!accepted)
                           return;

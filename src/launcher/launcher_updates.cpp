@@ -4,6 +4,7 @@
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -252,7 +253,7 @@ QString LauncherUpdates::runningText(const QString& appKey) const {
     const auto state = actionState(appKey);
     if (!state || state->isOver())
         return {};
-    return state->kind == Kind::waiting ? QStringLiteral("Waiting for the updates before it…")
+    return state->kind == Kind::waiting ? Texts::tr("Waiting for the updates before it…")
                                         : text(state->phase);
 }
 
@@ -261,7 +262,7 @@ QString LauncherUpdates::tileText(const QString& appKey) const {
     const auto state = actionState(appKey);
     if (!state || state->isOver())
         return {};
-    return state->kind == Kind::waiting ? QStringLiteral("Waiting…") : shortText(state->phase);
+    return state->kind == Kind::waiting ? Texts::tr("Waiting…") : shortText(state->phase);
 }
 
 std::optional<AppUpdateSourceText> LauncherUpdates::sourceText(const QString& appKey) const {
@@ -318,8 +319,7 @@ LauncherUpdates::Outcome LauncherUpdates::setInterval(AppUpdateInterval interval
 
 LauncherUpdates::Outcome LauncherUpdates::set(const QString& key, const QJsonValue& value) {
     if (const auto stored = _machine.settings.set(key, value); !stored)
-        return std::unexpected(
-            launcherError(stored.error(), QStringLiteral("Could not save the settings")));
+        return std::unexpected(launcherError(stored.error(), Texts::tr("Could not save the settings")));
     settingStored.notify();
     return {};
 }
@@ -328,7 +328,7 @@ QString LauncherUpdates::summary() const {
     const auto date = lastCheck();
     const QString last = date ? dateText(*date, _machine.locale) : QString();
     if (isChecking())
-        return update_texts::checking;
+        return update_texts::checking();
     return update_texts::summary(_coordinator ? _coordinator->tally() : AppUpdateTally(), problems(),
                                  last);
 }

@@ -3,6 +3,7 @@
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_updates.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -31,8 +32,8 @@ LauncherUpdates::Outcome LauncherUpdates::skip(const QString& appKey, bool every
     if (!_coordinator || !_coordinator->candidate(appKey))
         return std::unexpected(InstalledApplications::unknown(appKey));
     if (!update && !everyVersion)
-        return std::unexpected(LauncherError{
-            QStringLiteral("noUpdate"), QStringLiteral("There is no update to skip."), {}});
+        return std::unexpected(
+            LauncherError{QStringLiteral("noUpdate"), Texts::tr("There is no update to skip."), {}});
     _coordinator->skip(appKey, everyVersion ? std::nullopt : std::optional(update->latestVersion));
     return {};
 }
@@ -81,9 +82,9 @@ void LauncherUpdates::runAll() {
     const QStringList keys = runnable();
     run(keys, _messages.asker(), [this, keys](const std::expected<QString, LauncherError>& outcome) {
         if (outcome)
-            _messages.showNotice(keys.size() == 1
-                                     ? *outcome
-                                     : QStringLiteral("%1 apps are up to date.").arg(keys.size()));
+            _messages.showNotice(keys.size() == 1 ? *outcome
+                                                  : Texts::tr("%n apps are up to date.", nullptr,
+                                                              static_cast<int>(keys.size())));
         else if (outcome.error().code != u"declined" && outcome.error().code != u"cancelled")
             _messages.alert(outcome.error());
     });
@@ -126,8 +127,8 @@ std::function<void(LauncherUpdates::GivingUp)> LauncherUpdates::run(const QStrin
         else if (how == GivingUp::ending)
             cancelRun();
         else
-            ended->end(std::unexpected(LauncherError{
-                QStringLiteral("left"), QStringLiteral("The update goes on by itself."), {}}));
+            ended->end(std::unexpected(
+                LauncherError{QStringLiteral("left"), Texts::tr("The update goes on by itself."), {}}));
     };
 }
 
@@ -140,7 +141,7 @@ void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QStringL
     const bool isBegun = _coordinator->runner().update(
         appKeys,
         [asker](const AppUpdateQuestion& question, const AppUpdateRunner::Answer& answer) {
-            asker({.title = question.title, .text = question.text, .accept = QStringLiteral("Update")},
+            asker({.title = question.title, .text = question.text, .accept = Texts::tr("Update")},
                   answer);
         },
         [this, wish, appKeys] { wish->end(outcome(appKeys)); });
@@ -183,10 +184,10 @@ std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList
         }
     }
     if (!failures.isEmpty())
-        return std::unexpected(
-            LauncherError{QStringLiteral("updateFailed"), failures.join(u'\n'),
-                          failures.size() == 1 ? QStringLiteral("Could not update “%1”").arg(failedName)
-                                               : QStringLiteral("Could not update some apps")});
+        return std::unexpected(LauncherError{QStringLiteral("updateFailed"), failures.join(u'\n'),
+                                             failures.size() == 1
+                                                 ? Texts::tr("Could not update “%1”").arg(failedName)
+                                                 : Texts::tr("Could not update some apps")});
     if (isAnyCancelled)
         return std::unexpected(cancelled());
     if (!isAnyKnown)

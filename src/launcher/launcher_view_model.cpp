@@ -18,6 +18,7 @@
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
 #include "platform/opener.h"
+#include "platform/texts.h"
 
 #include <list>
 #include <vector>
@@ -95,10 +96,10 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     });
     follow(parts.store.foreignVersionKept, [this](LauncherWindowMode, const QString& path) {
         messages().alert({QStringLiteral("changedByAnotherProgram"),
-                          QStringLiteral("The arrangement that is shown here took its place. The other "
-                                         "version is kept as “%1”.")
+                          Texts::tr("The arrangement that is shown here took its place. The other "
+                                    "version is kept as “%1”.")
                               .arg(path),
-                          QStringLiteral("Another program changed the layout")});
+                          Texts::tr("Another program changed the layout")});
     });
     follow(parts.applications.keysChanged, [&parts](const QHash<QString, QString>& changedKeys) {
         parts.smartFolders.followKeys(changedKeys);
@@ -160,10 +161,10 @@ void LauncherViewModel::start() {
     });
     if (!_machine.settings.isReadable())
         messages().alert({QStringLiteral("settingsUnreadable"),
-                          QStringLiteral("The usual ones are used meanwhile. Applications in search "
-                                         "folders of your own keep their places. The first change "
-                                         "begins a new file, and the old one is kept beside it."),
-                          QStringLiteral("The settings could not be read")});
+                          Texts::tr("The usual ones are used meanwhile. Applications in search "
+                                    "folders of your own keep their places. The first change "
+                                    "begins a new file, and the old one is kept beside it."),
+                          Texts::tr("The settings could not be read")});
     applications().look();
 }
 
@@ -220,7 +221,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
         _parts->launches.erase(task);
         if (!outcome) {
             const LauncherError error{QStringLiteral("couldNotLaunch"), outcome.error(),
-                                      QStringLiteral("Could not open “%1”").arg(name)};
+                                      Texts::tr("Could not open “%1”").arg(name)};
             messages().alert(error);
             return done ? done(std::unexpected(error)) : void();
         }

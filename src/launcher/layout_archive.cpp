@@ -4,6 +4,7 @@
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/layout_merger.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 
@@ -32,7 +33,7 @@ void LayoutArchive::read(Work work, Done done) {
 }
 
 void LayoutArchive::restore(Mode mode, const QUuid& id, std::function<void(Restored)> done) {
-    const QString title = QStringLiteral("Could not restore arrangement");
+    const QString title = Texts::tr("Could not restore arrangement");
     if (const auto guarded = _history.guard(mode); !guarded)
         return done(std::unexpected(guarded.error()));
     read([saved = _store.arrangements(mode), id](std::stop_token) { return saved.read(id); },
@@ -68,10 +69,10 @@ LayoutArchive::Outcome LayoutArchive::replace(Mode mode, const LayoutDocument& d
     }
     if (isLossy)
         _messages.alert({QStringLiteral("lossyRestore"),
-                         QStringLiteral("The contents of a folder could not be read, and its "
-                                        "applications come at the end. What was restored is kept as it "
-                                        "is, and “Undo” brings the former layout back."),
-                         QStringLiteral("Part of what was restored could not be read")});
+                         Texts::tr("The contents of a folder could not be read, and its "
+                                   "applications come at the end. What was restored is kept as it "
+                                   "is, and “Undo” brings the former layout back."),
+                         Texts::tr("Part of what was restored could not be read")});
     return {};
 }
 
@@ -88,7 +89,7 @@ void LayoutArchive::listBackups(Listed done) {
 }
 
 void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<void(Outcome)> done) {
-    const QString title = QStringLiteral("Could not restore backup");
+    const QString title = Texts::tr("Could not restore backup");
     if (const auto guarded = _history.guard(mode); !guarded)
         return done(guarded);
     read([backups = LayoutBackups(_machine.files, _store.directory()),
@@ -96,7 +97,7 @@ void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<
          [this, mode, title, done = std::move(done)](const auto& backup) {
              if (!backup)
                  return done(std::unexpected(launcherError(backup.error(), title)));
-             done(replace(mode, backup->value.document, {}, QStringLiteral("Restore Backup"),
+             done(replace(mode, backup->value.document, {}, Texts::tr("Restore Backup"),
                           QStringLiteral("backup-restore"), title, backup->isLossy));
          });
 }
@@ -107,12 +108,11 @@ LayoutArchive::Outcome LayoutArchive::arrange(Mode mode, const Pages& pages, con
     if (const auto guarded = _history.guard(mode); !guarded)
         return guarded;
     return replace(mode, {.pages = pages, .hiddenKeys = _layouts[mode].hiddenKeys()}, {}, name,
-                   QStringLiteral("arrange"), QStringLiteral("Could not arrange the applications"),
-                   false);
+                   QStringLiteral("arrange"), Texts::tr("Could not arrange the applications"), false);
 }
 
 LayoutArchive::Outcome LayoutArchive::reset(Mode mode) {
-    const QString title = QStringLiteral("Could not reset layout");
+    const QString title = Texts::tr("Could not reset layout");
     if (!_applications.isKnown())
         return std::unexpected(launcherError(StorageError{StorageError::Code::layoutNotReady}, title));
     LiveLayout& layout = _layouts[mode];
@@ -134,7 +134,7 @@ LayoutArchive::Outcome LayoutArchive::reset(Mode mode) {
         if (!made)
             return std::unexpected(made.error());
     }
-    _messages.showNotice(QStringLiteral("Layout reset to the default alphabetical arrangement."));
+    _messages.showNotice(Texts::tr("Layout reset to the default alphabetical arrangement."));
     return {};
 }
 

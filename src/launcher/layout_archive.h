@@ -2,6 +2,7 @@
 
 #include "launcher/launcher_error.h"
 #include "model/layout_backups.h"
+#include "platform/texts.h"
 #include "platform/worker_pool.h"
 
 #include <QList>
@@ -24,7 +25,7 @@ struct Machine;
 class LayoutArchive {
 public:
     /// Of the question before a reset, and of the alert about an arrangement that cannot be read.
-    static QString resetTitle() { return QStringLiteral("Reset the Launchpad layout?"); }
+    static QString resetTitle() { return Texts::tr("Reset the Launchpad layout?"); }
 
     using Outcome = std::expected<void, LauncherError>;
     using Mode = LauncherWindowMode;

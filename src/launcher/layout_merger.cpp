@@ -3,6 +3,7 @@
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/layout_archive.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -78,10 +79,9 @@ void LayoutMerger::load(std::function<void()> done) {
     _places.load();
     if (!std::ranges::all_of(LiveLayouts::modes,
                              [this](LauncherWindowMode mode) { return _places.canRemember(mode); }))
-        _messages.alert(
-            {QStringLiteral("placesUnreadable"),
-             QStringLiteral("Until they can be, applications that are gone keep their tiles."),
-             QStringLiteral("The places of applications that went could not be read")});
+        _messages.alert({QStringLiteral("placesUnreadable"),
+                         Texts::tr("Until they can be, applications that are gone keep their tiles."),
+                         Texts::tr("The places of applications that went could not be read")});
 }
 
 void LayoutMerger::loaded(LauncherWindowMode mode, LayoutStore::LoadResult result,
@@ -242,11 +242,11 @@ void LayoutMerger::tellOfLoad(LauncherWindowMode mode) {
     const auto loaded = std::exchange(_loaded[std::size_t(mode)], LayoutStore::Missing());
     if (const auto& copy = _store.lossyCopy(mode))
         _messages.alert({QStringLiteral("lossyLayout"),
-                         QStringLiteral("The contents of a folder could not be read, and its "
-                                        "applications come at the end. The layout as it was is kept "
-                                        "as “%1”.")
+                         Texts::tr("The contents of a folder could not be read, and its "
+                                   "applications come at the end. The layout as it was is kept "
+                                   "as “%1”.")
                              .arg(*copy),
-                         QStringLiteral("Part of the layout could not be read")});
+                         Texts::tr("Part of the layout could not be read")});
     if (const auto* failed = std::get_if<LayoutStore::Failed>(&loaded))
         _messages.alert(launcherError(failed->error, LayoutArchive::resetTitle()));
 }

@@ -5,25 +5,22 @@
 #include "launcher/launcher_import.h"
 #include "launcher/layout_archive.h"
 #include "launcher/layout_merger.h"
-
-#include <QCoreApplication>
+#include "platform/texts.h"
 
 namespace tessellar {
 
 using Kind = LayoutProposal::Kind;
 
-static QString words(const char* text) { return QCoreApplication::translate("LayoutProposals", text); }
-
 QString title(Kind kind) {
     switch (kind) {
     case Kind::oldLaunchpad:
-        return words(QT_TRANSLATE_NOOP("LayoutProposals", "Old Launchpad"));
+        return Texts::tr("Old Launchpad");
     case Kind::byCategory:
-        return words(QT_TRANSLATE_NOOP("LayoutProposals", "By Category"));
+        return Texts::tr("By Category");
     case Kind::byName:
         break;
     }
-    return words(QT_TRANSLATE_NOOP("LayoutProposals", "By Name"));
+    return Texts::tr("By Name");
 }
 
 /// The first of many names, in a line.
@@ -40,26 +37,21 @@ QString explanation(const LayoutProposal& proposal) {
             return LaunchpadImportTexts::explanation();
         QStringList lines = LaunchpadImportTexts::report(proposal.imported->metadata).split(u'\n');
         if (const QStringList& skipped = proposal.imported->skippedApps; !skipped.isEmpty())
-            lines.append(
-                words(QT_TRANSLATE_NOOP("LayoutProposals", "Skipped: %1")).arg(someOf(skipped)));
+            lines.append(Texts::tr("Skipped: %1").arg(someOf(skipped)));
         if (const qsizetype count = proposal.newAppCount; count > 0)
-            lines.append(QCoreApplication::translate(
-                "LayoutProposals",
-                count == 1 ? "%n other application comes on a new page at the end."
-                           : "%n other applications come on new pages at the end.",
-                nullptr, static_cast<int>(count)));
+            lines.append(count == 1 ? Texts::tr("1 other application comes on a new page at the end.")
+                                    : Texts::tr("%n other applications come on new pages at the end.",
+                                                nullptr, static_cast<int>(count)));
         lines.prepend(LaunchpadImportTexts::explanation());
         return lines.join(u'\n');
     }
     case Kind::byCategory:
-        return words(QT_TRANSLATE_NOOP("LayoutProposals",
-                                       "A folder for each category of applications, and those without "
-                                       "one by name after the folders."));
+        return Texts::tr("A folder for each category of applications, and those without "
+                         "one by name after the folders.");
     case Kind::byName:
         break;
     }
-    return words(QT_TRANSLATE_NOOP("LayoutProposals",
-                                   "All applications in alphabetical order, without folders."));
+    return Texts::tr("All applications in alphabetical order, without folders.");
 }
 
 LayoutProposals::LayoutProposals(Machine& machine, LiveLayouts& layouts,
@@ -109,7 +101,7 @@ void LayoutProposals::propose(Mode mode, All all, std::function<void(const All&)
             all.proposals.append({.kind = Kind::byName, .pages = filledPages(tiles, capacities.page)});
             return all;
         },
-        [done = std::move(done)](const All& all) { done(all); });
+        [done = std::move(done)](const All& found) { done(found); });
 }
 
 std::expected<void, LauncherError> LayoutProposals::take(Mode mode, const LayoutProposal& proposal) {

@@ -3,6 +3,7 @@
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 
@@ -68,9 +69,8 @@ void LibraryWatch::watching() {
     notice(LibraryNotice::Kind::watching, _watched);
     if (_isPolling && !wasPolling) {
         notice(LibraryNotice::Kind::polling, _watched);
-        _messages.showNotice(
-            QStringLiteral("There are more application folders than this Mac can watch. "
-                           "New applications may take some seconds to appear."));
+        _messages.showNotice(Texts::tr("There are more application folders than this Mac can watch. "
+                                       "New applications may take some seconds to appear."));
     }
     changed.notify();
 }

@@ -2,6 +2,7 @@
 
 #include "launcher/smart_folder_library.h"
 #include "model/layout_settings.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -24,9 +25,8 @@ LiveLayout::LiveLayout(LauncherWindowMode mode, const Settings& settings,
 LiveLayout::~LiveLayout() = default;
 
 QString LiveLayout::unavailableNotice() {
-    return QStringLiteral(
-        "This app is not currently available. Tessellar will remove it from the layout "
-        "when the installed-app list refreshes.");
+    return Texts::tr("This app is not currently available. Tessellar will remove it from the layout "
+                     "when the installed-app list refreshes.");
 }
 
 // ---- tiles

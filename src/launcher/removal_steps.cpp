@@ -1,11 +1,13 @@
 #include "launcher/removal_steps.h"
 
+#include "platform/texts.h"
+
 #include <algorithm>
 
 namespace tessellar {
 namespace {
 
-const QString notKnown = QStringLiteral("It is not known where it lies.");
+const char* const notKnown = Texts::noop("It is not known where it lies.");
 
 bool isThere(const FileSystem& files, const RelatedFile& item) {
     const auto status = files.linkStatus(item.path);
@@ -51,7 +53,10 @@ RemovalStep RemovalSteps::take(CleanupRecord record, const QList<RelatedFile>& i
 RemovalStep RemovalSteps::takeAgain(const QUuid& removal, std::stop_token stop) const {
     const auto found = find(removal);
     if (!found || !*found || (*found)->restored.isEmpty())
-        return {.record = {}, .log = {}, .stillOpen = {}, .failure = found ? notKnown : found.error()};
+        return {.record = {},
+                .log = {},
+                .stillOpen = {},
+                .failure = found ? Texts::tr(notKnown) : found.error()};
     const CleanupRecord before = **found;
     QList<RelatedFile> items;
     for (const CleanupItemResult& item : before.restored)
@@ -81,7 +86,7 @@ RemovalStep RemovalSteps::bringBack(CleanupRecord record, bool asOne, std::stop_
             if (!outcome.failure) {
                 step.record.restored.append(outcome);
                 step.log.append({CleanupLogLine::Kind::moved, outcome.item.path,
-                                 QStringLiteral("%1: put back.").arg(name)});
+                                 Texts::tr("%1: put back.").arg(name)});
                 continue;
             }
             step.log.append({CleanupLogLine::Kind::failed, outcome.item.path,
@@ -120,7 +125,7 @@ RemovalStep RemovalSteps::bringBack(const QUuid& removal, const QString& path,
     if (!found)
         step.failure = found.error();
     else if (!_tools.machine.files.exists(path)) // else it was put back by other means
-        step.failure = notKnown;
+        step.failure = Texts::tr(notKnown);
     return step;
 }
 

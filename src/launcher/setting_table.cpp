@@ -1,8 +1,10 @@
 #include "launcher/setting_table.h"
 
 #include "discovery/app_discovery_settings.h"
+#include "launcher/language.h"
 #include "model/json_unions.h"
 #include "model/layout_settings.h"
+#include "platform/texts.h"
 #include "updates/app_update_settings.h"
 
 #include <QJsonArray>
@@ -20,19 +22,22 @@ struct GridRow {
     double step = 1;
 };
 constexpr std::array gridRows{
-    GridRow{"gridRows", "Rows of tiles on a page"},
-    GridRow{"gridColumns", "Columns of tiles on a page"},
-    GridRow{"iconScale", "Size of the icons, of what their cells hold", 0.05},
-    GridRow{"windowedIconSize", "Size of the icons in a window, in points", 4},
-    GridRow{"windowedHorizontalSpacing", "Space between columns in a window, in points", 2},
-    GridRow{"windowedVerticalSpacing", "Space between rows in a window, in points", 2},
-    GridRow{"tileLabelFontSize", "Size of the names; as it fits the icons, where it is not set"},
-    GridRow{"folderRows", "Rows of tiles in a folder"},
-    GridRow{"folderColumns", "Columns of tiles in a folder"},
-    GridRow{"folderIconScale", "Size of the icons in a folder, of those of the grid", 0.05},
-    GridRow{"folderIconSpacing", "Space between the icons in a folder, in points", 2},
-    GridRow{"windowSize.width", "Width of the window, in points"},
-    GridRow{"windowSize.height", "Height of the window, in points"},
+    GridRow{"gridRows", Texts::noop("Rows of tiles on a page")},
+    GridRow{"gridColumns", Texts::noop("Columns of tiles on a page")},
+    GridRow{"iconScale", Texts::noop("Size of the icons, of what their cells hold"), 0.05},
+    GridRow{"windowedIconSize", Texts::noop("Size of the icons in a window, in points"), 4},
+    GridRow{"windowedHorizontalSpacing", Texts::noop("Space between columns in a window, in points"),
+            2},
+    GridRow{"windowedVerticalSpacing", Texts::noop("Space between rows in a window, in points"), 2},
+    GridRow{"tileLabelFontSize",
+            Texts::noop("Size of the names; as it fits the icons, where it is not set")},
+    GridRow{"folderRows", Texts::noop("Rows of tiles in a folder")},
+    GridRow{"folderColumns", Texts::noop("Columns of tiles in a folder")},
+    GridRow{"folderIconScale", Texts::noop("Size of the icons in a folder, of those of the grid"),
+            0.05},
+    GridRow{"folderIconSpacing", Texts::noop("Space between the icons in a folder, in points"), 2},
+    GridRow{"windowSize.width", Texts::noop("Width of the window, in points")},
+    GridRow{"windowSize.height", Texts::noop("Height of the window, in points")},
 };
 
 QList<Setting> gridSettings(LauncherWindowMode mode) {
@@ -43,7 +48,7 @@ QList<Setting> gridSettings(LauncherWindowMode mode) {
         all.append({.key = settingKey(mode, range->key),
                     .kind = range->isInteger ? Kind::integer : Kind::number,
                     .usual = range->usual,
-                    .sentence = QLatin1StringView(row.sentence),
+                    .sentence = row.sentence,
                     .low = range->low,
                     .high = range->high,
                     .step = row.step});
@@ -69,84 +74,94 @@ QList<Setting> makeTable() {
                {.key = QStringLiteral("appearance"),
                 .kind = Kind::choice,
                 .usual = QStringLiteral("system"),
-                .sentence = QStringLiteral("Whether sheets, menus and alerts are light or dark"),
+                .sentence = Texts::noop("Whether sheets, menus and alerts are light or dark"),
                 .choices = choices(
                     {QStringLiteral("system"), QStringLiteral("light"), QStringLiteral("dark")}),
-                .titles = {QStringLiteral("As the system"), QStringLiteral("Light"),
-                           QStringLiteral("Dark")}},
+                .titles = {Texts::noop("As the system"), Texts::noop("Light"), Texts::noop("Dark")}},
                {.key = QStringLiteral("background"),
                 .kind = Kind::choice,
                 .usual = QStringLiteral("desktopPicture"),
-                .sentence =
-                    QStringLiteral("What lies behind the tiles: the desktop's picture, blurred, "
-                                   "or the launcher's own"),
+                .sentence = Texts::noop("What lies behind the tiles: the desktop's picture, blurred, "
+                                        "or the launcher's own"),
                 .choices = choices({QStringLiteral("desktopPicture"), QStringLiteral("own")}),
-                .titles = {QStringLiteral("Desktop picture"), QStringLiteral("Plain")}},
+                .titles = {Texts::noop("Desktop picture"), Texts::noop("Plain")}},
+               {.key = Language::settingKey,
+                .kind = Kind::choice,
+                .usual = Language::asSystem,
+                .sentence = Texts::noop("The language of menus, sheets and messages"),
+                .choices = choices({Language::asSystem, QStringLiteral("en"), QStringLiteral("de")}),
+                .titles = {Texts::noop("As the system"), "English", "Deutsch"}},
+               {.key = QStringLiteral("textScale"),
+                .kind = Kind::number,
+                .sentence =
+                    Texts::noop("Size of text in sheets and menus, of the usual; as large as the "
+                                "system's, where it is not set"),
+                .low = 0.8,
+                .high = 1.4,
+                .step = 0.1},
                {.key = QStringLiteral("reducesMotion"),
                 .kind = Kind::boolean,
                 .usual = false,
-                .sentence = QStringLiteral("Tiles and pages jump to their places instead of sliding")},
+                .sentence = Texts::noop("Tiles and pages jump to their places instead of sliding")},
                {.key = QStringLiteral("window.mode"),
                 .kind = Kind::choice,
                 .usual = json::rawValue(LauncherWindowMode::fullScreen),
-                .sentence = QStringLiteral("The display mode that the launcher opens in"),
+                .sentence = Texts::noop("The display mode that the launcher opens in"),
                 .choices = choices({json::rawValue(LauncherWindowMode::fullScreen),
                                     json::rawValue(LauncherWindowMode::windowed)}),
-                .titles = {QStringLiteral("Full screen"), QStringLiteral("Window")}},
+                .titles = {Texts::noop("Full screen"), Texts::noop("Window")}},
                {.key = QStringLiteral("window.left"),
                 .kind = Kind::integer,
-                .sentence = QStringLiteral("Where the window lies, in points from the left"),
+                .sentence = Texts::noop("Where the window lies, in points from the left"),
                 .low = -100'000,
                 .high = 100'000},
                {.key = QStringLiteral("window.top"),
                 .kind = Kind::integer,
-                .sentence = QStringLiteral("Where the window lies, in points from the top"),
+                .sentence = Texts::noop("Where the window lies, in points from the top"),
                 .low = -100'000,
                 .high = 100'000},
                {.key = QStringLiteral("summon.hotKey"),
-                .sentence = QStringLiteral("The keys that show the launcher from anywhere, such as "
-                                           "option+space")},
+                .sentence = Texts::noop("The keys that show the launcher from anywhere, such as "
+                                        "option+space")},
                {.key = QStringLiteral("summon.hotCorner"),
                 .kind = Kind::choice,
                 .usual = QString(),
-                .sentence = QStringLiteral("The corner of the screen that shows the launcher when the "
-                                           "pointer is pushed into it"),
+                .sentence = Texts::noop("The corner of the screen that shows the launcher when the "
+                                        "pointer is pushed into it"),
                 .choices = choices({QString(), QStringLiteral("topLeft"), QStringLiteral("topRight"),
                                     QStringLiteral("bottomLeft"), QStringLiteral("bottomRight")}),
-                .titles = {QStringLiteral("None"), QStringLiteral("Top left"),
-                           QStringLiteral("Top right"), QStringLiteral("Bottom left"),
-                           QStringLiteral("Bottom right")}},
+                .titles = {Texts::noop("None"), Texts::noop("Top left"), Texts::noop("Top right"),
+                           Texts::noop("Bottom left"), Texts::noop("Bottom right")}},
                {.key = Discovery::searchPathsKey,
                 .kind = Kind::folders,
-                .sentence =
-                    QStringLiteral("The folders that applications are looked for in, instead of "
-                                   "the usual ones")},
+                .sentence = Texts::noop("The folders that applications are looked for in, instead of "
+                                        "the usual ones")},
                {.key = Discovery::additionalSearchPathsKey,
                 .kind = Kind::folders,
                 .usual = QJsonArray(),
-                .sentence = QStringLiteral("Folders that applications are looked for in besides")},
+                .sentence = Texts::noop("Folders that applications are looked for in besides")},
                {.key = Discovery::scanDepthKey,
                 .kind = Kind::integer,
                 .usual = Discovery::defaultScanDepth,
-                .sentence = QStringLiteral("How many folders deep applications are looked for"),
+                .sentence = Texts::noop("How many folders deep applications are looked for"),
                 .low = Discovery::minimumScanDepth,
                 .high = Discovery::maximumScanDepth},
                {.key = Updates::enabledKey,
                 .kind = Kind::boolean,
                 .usual = true,
-                .sentence = QStringLiteral("Whether applications are checked for newer versions")},
+                .sentence = Texts::noop("Whether applications are checked for newer versions")},
                {.key = Updates::intervalKey,
                 .kind = Kind::choice,
                 .usual = qToUnderlying(AppUpdateInterval::daily),
-                .sentence = QStringLiteral("How often they are checked, in seconds"),
+                .sentence = Texts::noop("How often they are checked, in seconds"),
                 .choices = intervals(),
-                .titles = {QStringLiteral("Every six hours"), QStringLiteral("Every day"),
-                           QStringLiteral("Every three days"), QStringLiteral("Every week")}},
+                .titles = {Texts::noop("Every six hours"), Texts::noop("Every day"),
+                           Texts::noop("Every three days"), Texts::noop("Every week")}},
                {.key = Updates::storeLookupKey,
-                .sentence = QStringLiteral("Where the store is asked for versions, instead of its own "
-                                           "address")},
+                .sentence = Texts::noop("Where the store is asked for versions, instead of its own "
+                                        "address")},
                {.key = Updates::storePageKey,
-                .sentence = QStringLiteral("Where the store's pages are, instead of its own address")},
+                .sentence = Texts::noop("Where the store's pages are, instead of its own address")},
            };
 }
 
@@ -183,17 +198,17 @@ QString rangeText(const Setting& setting) {
     switch (setting.kind) {
     case Kind::integer:
     case Kind::number:
-        return QStringLiteral("%1 to %2").arg(setting.low).arg(setting.high);
+        return Texts::tr("%1 to %2").arg(setting.low).arg(setting.high);
     case Kind::boolean:
-        return QStringLiteral("true or false");
+        return Texts::tr("true or false");
     case Kind::choice:
-        return withCommas(setting.choices, QStringLiteral(" or "));
+        return withCommas(setting.choices, Texts::tr(" or "));
     case Kind::folders:
-        return QStringLiteral("a list of folders");
+        return Texts::tr("a list of folders");
     case Kind::text:
         break;
     }
-    return QStringLiteral("a text");
+    return Texts::tr("a text");
 }
 
 std::optional<LauncherError> refusal(const Setting& setting, const QJsonValue& value) {
@@ -220,7 +235,7 @@ std::optional<LauncherError> refusal(const Setting& setting, const QJsonValue& v
     if (isRight())
         return std::nullopt;
     return LauncherError{QStringLiteral("outOfRange"),
-                         QStringLiteral("“%1” is to be %2.").arg(setting.key, rangeText(setting)),
+                         Texts::tr("“%1” is to be %2.").arg(setting.key, rangeText(setting)),
                          {}};
 }
 
@@ -242,13 +257,13 @@ std::expected<void, LauncherError> storeSetting(Settings& settings, const QStrin
         if (!setting)
             return std::unexpected(
                 LauncherError{QStringLiteral("unknownSetting"),
-                              QStringLiteral("There is no setting “%1”.").arg(key.left(200)),
+                              Texts::tr("There is no setting “%1”.").arg(key.left(200)),
                               {}});
         if (const auto refused = refusal(*setting, value))
             return std::unexpected(*refused);
     }
     if (const auto stored = settings.set(key, value); !stored)
-        return std::unexpected(launcherError(stored.error(), QStringLiteral("Could not save setting")));
+        return std::unexpected(launcherError(stored.error(), Texts::tr("Could not save setting")));
     return {};
 }
 

@@ -16,13 +16,13 @@ struct Setting {
 
     QString key;
     Kind kind = Kind::text;
-    QJsonValue usual; ///< what holds where nothing is set; null for nothing
-    QString sentence; ///< what it decides, for people
-    double low = 0;   ///< of a number, as `high`
+    QJsonValue usual;          ///< what holds where nothing is set; null for nothing
+    const char* sentence = ""; ///< what it decides, for `Texts::tr`
+    double low = 0;            ///< of a number, as `high`
     double high = 0;
     double step = 1; ///< that a person notices
     QJsonArray choices = {};
-    QStringList titles = {}; ///< of the choices, for people
+    QList<const char*> titles = {}; ///< of the choices, the same
 };
 
 /// All of them, one row each: what `tessellarctl settings` lists and takes, and what the window offers.

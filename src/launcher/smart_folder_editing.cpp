@@ -2,6 +2,7 @@
 
 #include "launcher/launcher_editor.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 #include "smartfolders/smart_folder_fields.h"
 
 namespace tessellar {
@@ -118,12 +119,12 @@ SmartFolderEditing::Outcome SmartFolderEditing::save() {
         if (std::exchange(_saved, now) != now)
             return std::unexpected(LauncherError{
                 QStringLiteral("changedElsewhere"),
-                (now ? QStringLiteral("“%1” was changed elsewhere while you edited it. Saving again "
-                                      "replaces that change.")
-                     : QStringLiteral("“%1” was deleted elsewhere while you edited it. Saving again "
-                                      "makes it anew."))
+                (now ? Texts::tr("“%1” was changed elsewhere while you edited it. Saving again "
+                                 "replaces that change.")
+                     : Texts::tr("“%1” was deleted elsewhere while you edited it. Saving again "
+                                 "makes it anew."))
                     .arg(_before.name),
-                QStringLiteral("Could not save Smart Folders")});
+                Texts::tr("Could not save Smart Folders")});
         SmartFolderDefinition definition = _draft->definition();
         definition.modifiedAt = _machine.clock.now();
         if (auto done = now ? _editor.changeSmartFolder(_mode, definition)

@@ -1,5 +1,6 @@
 #include "launcher/smart_folder_library.h"
 
+#include "platform/texts.h"
 #include "smartfolders/smart_folder_evaluator.h"
 #include "smartfolders/smart_folder_facts_index.h"
 #include "smartfolders/smart_folder_notice.h"
@@ -13,7 +14,7 @@ namespace tessellar {
 /// Between two looks at the clock.
 static constexpr std::chrono::minutes longestWait(10);
 
-static const QString unavailableTitle = QStringLiteral("Smart Folders are unavailable");
+static const char* const unavailableTitle = Texts::noop("Smart Folders are unavailable");
 
 static LauncherError launcherError(const SmartFolderStore::Error& error, const QString& title) {
     if (const auto* file = std::get_if<FileError>(&error))
@@ -77,7 +78,8 @@ void SmartFolderLibrary::accept(const SmartFolderStore::LoadResult& result) {
     const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result);
     const auto* failed = std::get_if<SmartFolderStore::Failed>(&result);
     _definitions = loaded ? loaded->definitions : QList<SmartFolderDefinition>();
-    _failure = failed ? std::optional(launcherError(failed->error, unavailableTitle)) : std::nullopt;
+    _failure = failed ? std::optional(launcherError(failed->error, Texts::tr(unavailableTitle)))
+                      : std::nullopt;
 }
 
 SmartFolderLibrary::Outcome SmartFolderLibrary::recover(SmartFolderRecovery how) {
@@ -88,8 +90,8 @@ SmartFolderLibrary::Outcome SmartFolderLibrary::recover(SmartFolderRecovery how)
 }
 
 QString SmartFolderLibrary::unavailableNotice() {
-    return QStringLiteral("The Smart Folder registry could not be read. Its original file was "
-                          "preserved, so no rules can be changed until the registry is repaired.");
+    return Texts::tr("The Smart Folder registry could not be read. Its original file was "
+                     "preserved, so no rules can be changed until the registry is repaired.");
 }
 
 const SmartFolderDefinition* SmartFolderLibrary::definition(const QUuid& id) const {
@@ -104,8 +106,7 @@ SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitio
     if (const auto saved = _store.save(definitions); !saved) {
         // They may be on the disk all the same.
         (void)_store.save(_definitions);
-        return std::unexpected(
-            launcherError(saved.error(), QStringLiteral("Could not save Smart Folders")));
+        return std::unexpected(launcherError(saved.error(), Texts::tr("Could not save Smart Folders")));
     }
     _definitions = definitions;
     changed.notify();
@@ -117,22 +118,23 @@ SmartFolderNeeds SmartFolderLibrary::needs() const { return needsOf(_definitions
 
 QString SmartFolderLibrary::name(const QUuid& id) const {
     const SmartFolderDefinition* found = definition(id);
-    return found ? found->name : QStringLiteral("Unavailable Smart Folder");
+    return found ? found->name : Texts::tr("Unavailable Smart Folder");
 }
 
 QString SmartFolderLibrary::notice(const QUuid& id, LauncherWindowMode mode) const {
     const SmartFolderDefinition* found = definition(id);
     if (!found)
-        return QStringLiteral("This Smart Folder’s definition is unavailable.");
+        return Texts::tr("This Smart Folder’s definition is unavailable.");
     const SmartFolderEvaluation* shown = evaluation(id, mode);
     return shown ? notice(*found, *shown) : QString();
 }
 
 QString SmartFolderLibrary::notice(const SmartFolderDefinition& definition,
                                    const SmartFolderEvaluation& evaluation) const {
-    return smartFolderNotice(
-        definition, evaluation,
-        readAppUpdateSettings(_machine.settings).enabled ? QString() : update_texts::checkingDisabled);
+    return smartFolderNotice(definition, evaluation,
+                             readAppUpdateSettings(_machine.settings).enabled
+                                 ? QString()
+                                 : update_texts::checkingDisabled());
 }
 
 // ---- what folders show

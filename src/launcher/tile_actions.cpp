@@ -5,6 +5,7 @@
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_updates.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 namespace {
@@ -24,10 +25,10 @@ ActionRequest open(const Context& context, const QString&) {
 ActionRequest deleteSmartFolder(const Context& context, const QString&) {
     const QUuid id = context.smartFolder()->definitionID;
     confirm(context,
-            {.title = QStringLiteral("Delete “%1”?").arg(context.launcher.smartFolders().name(id)),
-             .text = QStringLiteral("This deletes its shared rules and removes the Smart Folder from "
-                                    "both launcher modes. The apps themselves are not changed."),
-             .accept = QStringLiteral("Delete")},
+            {.title = Texts::tr("Delete “%1”?").arg(context.launcher.smartFolders().name(id)),
+             .text = Texts::tr("This deletes its shared rules and removes the Smart Folder from "
+                               "both launcher modes. The apps themselves are not changed."),
+             .accept = Texts::tr("Delete")},
             [&editor = context.launcher.editor(), mode = context.mode(), id] {
                 return editor.deleteSmartFolder(mode, id);
             });
@@ -116,7 +117,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
      },
      [](const Context&) { return false; }},
     {},
-    aboutUpdates({"open", always<"Open">, [](const Context& c) { return c.isOne(); },
+    aboutUpdates({"open", Texts::noop("Open"), [](const Context& c) { return c.isOne(); },
                   [](const Context& c) { return !c.isUnavailable(); }, open}),
     {},
     {"updateStatus", [](const Context& c) { return updateStatus(c); },
@@ -132,13 +133,13 @@ constexpr std::array rows = std::to_array<ActionRow>({
                       c.launcher.updates().run(appKey(*c.app()));
                       return ActionRequest::none;
                   }}),
-    aboutUpdates({"cancelUpdate", always<"Cancel Update">, isUpdating, nullptr,
+    aboutUpdates({"cancelUpdate", Texts::noop("Cancel Update"), isUpdating, nullptr,
                   [](const Context& c, const QString&) {
                       c.launcher.updates().cancelRun();
                       return ActionRequest::none;
                   }}),
     aboutUpdates(
-        {"releaseNotes", always<"Release Notes">,
+        {"releaseNotes", Texts::noop("Release Notes"),
          [](const Context& c) {
              const auto record =
                  c.isOne() && c.app() ? c.launcher.updates().record(appKey(*c.app())) : std::nullopt;
@@ -151,10 +152,10 @@ constexpr std::array rows = std::to_array<ActionRow>({
          }}),
     aboutUpdates(
         {"skipVersion",
-         [](const Context& c) { return QStringLiteral("Skip Version %1").arg(offeredVersion(c)); },
+         [](const Context& c) { return Texts::tr("Skip Version %1").arg(offeredVersion(c)); },
          isUpdateOffered, nullptr, skip<false>}),
-    aboutUpdates({"skipUpdates", always<"Skip All Its Updates">, isUpdateOffered, nullptr, skip<true>}),
-    aboutUpdates({"offerUpdates", always<"Offer Its Updates Again">,
+    aboutUpdates({"skipUpdates", Texts::noop("Skip All Its Updates"), isUpdateOffered, nullptr, skip<true>}),
+    aboutUpdates({"offerUpdates", Texts::noop("Offer Its Updates Again"),
                   [](const Context& c) {
                       return c.isOne() && c.app() && c.launcher.updates().skipped(appKey(*c.app()));
                   },
@@ -164,29 +165,29 @@ constexpr std::array rows = std::to_array<ActionRow>({
                       return ActionRequest::none;
                   }}),
     {},
-    {"showWhere", always<"Show Where It Is">,
+    {"showWhere", Texts::noop("Show Where It Is"),
      [](const Context& c) {
          return c.target.isSearchResult && !c.target.isAboutUpdates && c.hasTile && c.app() &&
                 !c.layout.hiddenKeys().contains(appKey(*c.app()));
      },
      nullptr, showWhere},
-    {"information", always<"Information">, [](const Context& c) { return c.isOne() && c.app(); },
+    {"information", Texts::noop("Information"), [](const Context& c) { return c.isOne() && c.app(); },
      nullptr, [](const Context&, const QString&) { return ActionRequest::information; }, false, nullptr,
      "Ctrl+I"},
-    {"reveal", always<"Reveal">,
+    {"reveal", Texts::noop("Reveal"),
      [](const Context& c) { return c.isOne() && c.app() && !c.isUnavailable(); }, nullptr,
      [](const Context& c, const QString&) {
          c.launcher.cleanup().reveal(c.app()->path, reporting(c));
          return ActionRequest::none;
      }},
-    {"rename", always<"Rename…">,
+    {"rename", Texts::noop("Rename…"),
      [](const Context& c) { return c.isOne() && c.hasTile && (!c.smartFolder() || c.definition()); },
      [](const Context& c) { return c.smartFolder() ? hasWritableRules(c) : c.isEditable; },
      [](const Context&, const QString&) { return ActionRequest::rename; }, false, nullptr, "F2"},
-    {"editSmartFolder", always<"Edit Smart Folder…">,
+    {"editSmartFolder", Texts::noop("Edit Smart Folder…"),
      [](const Context& c) { return (c.isOne() || c.isBackground()) && c.definition(); },
      hasWritableRules, editSmartFolder},
-    {"revertName", always<"Revert Name">,
+    {"revertName", Texts::noop("Revert Name"),
      [](const Context& c) {
          return c.isOne() && c.hasTile && c.app() && c.app()->name != c.app()->originalName;
      },
@@ -194,10 +195,10 @@ constexpr std::array rows = std::to_array<ActionRow>({
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.revertAppName(c.mode(), c.tiles.first()); });
      }},
-    {"changeIcon", always<"Change Icon…">,
+    {"changeIcon", Texts::noop("Change Icon…"),
      [](const Context& c) { return c.isOne() && c.app() && c.hasTile; }, nullptr,
      [](const Context&, const QString&) { return ActionRequest::icon; }},
-    {"removeIcon", always<"Remove Custom Icon">,
+    {"removeIcon", Texts::noop("Remove Custom Icon"),
      [](const Context& c) { return c.isOne() && c.app() && c.launcher.icons().has(appKey(*c.app())); },
      nullptr,
      [](const Context& c, const QString&) {
@@ -205,19 +206,19 @@ constexpr std::array rows = std::to_array<ActionRow>({
          return ActionRequest::none;
      }},
     {},
-    {"cut", always<"Cut">, [](const Context& c) { return c.isPlaced(); }, isEditable,
+    {"cut", Texts::noop("Cut"), [](const Context& c) { return c.isPlaced(); }, isEditable,
      [](const Context& c, const QString&) {
          c.launcher.clipboard().cut(c.mode(), c.tiles);
          return ActionRequest::none;
      },
      false, nullptr, "Ctrl+X"},
-    {"copy", always<"Copy">, [](const Context& c) { return c.hasTile; }, nullptr,
+    {"copy", Texts::noop("Copy"), [](const Context& c) { return c.hasTile; }, nullptr,
      [](const Context& c, const QString&) {
          c.launcher.clipboard().copy(c.mode(), c.tiles);
          return ActionRequest::none;
      },
      false, nullptr, "Ctrl+C"},
-    {"paste", always<"Paste">,
+    {"paste", Texts::noop("Paste"),
      [](const Context& c) { return (c.isPlaced() || c.isBackground()) && !c.isComputed; },
      [](const Context& c) { return c.isEditable && c.launcher.clipboard().hasTiles(); },
      [](const Context& c, const QString&) {
@@ -228,7 +229,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
      },
      false, nullptr, "Ctrl+V"},
     {},
-    {"moveTo", always<"Move to">, [](const Context& c) { return c.isPlaced(); }, isEditable,
+    {"moveTo", Texts::noop("Move to"), [](const Context& c) { return c.isPlaced(); }, isEditable,
      [](const Context& c, const QString& argument) {
          const auto place = LayoutPlace::fromText(argument);
          return !place ? ActionRequest::none : edit(c, [&](LauncherEditor& e) {
@@ -236,7 +237,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
          });
      },
      false, [](const Context& c, const QString& id) { return placeEntries(c, id, false); }},
-    {"createAlias", always<"Create Alias in…">,
+    {"createAlias", Texts::noop("Create Alias in…"),
      [](const Context& c) { return c.isOne() && c.hasTile && c.app(); }, isEditable,
      [](const Context& c, const QString& argument) {
          const auto place = LayoutPlace::fromText(argument);
@@ -250,24 +251,24 @@ constexpr std::array rows = std::to_array<ActionRow>({
          if (c.tiles.size() > 1)
              return editName(EditKind::removeAlias, c.tiles.size());
          const AppEntry* app = c.launcher.applications().withKey(c.app()->alias->appKey);
-         return QStringLiteral("Remove alias to %1").arg(app ? app->name : c.app()->name);
+         return Texts::tr("Remove alias to %1").arg(app ? app->name : c.app()->name);
      },
      [](const Context& c) { return c.isPlaced() && c.all(isAlias); }, isEditable,
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.removeAliases(c.mode(), c.tiles); });
      }},
-    {"group", always<"Group">,
+    {"group", Texts::noop("Group"),
      [](const Context& c) { return c.isPlaced() && c.tiles.size() > 1; },
      [](const Context& c) {
          const LaunchpadItem* first = c.layout.item(c.tiles.first());
          return c.isEditable && first && !first->smartFolder();
      },
      group, false, nullptr, "Ctrl+G"},
-    {"ungroup", always<"Ungroup">, [](const Context& c) { return c.isOne() && c.folder(); }, isEditable,
+    {"ungroup", Texts::noop("Ungroup"), [](const Context& c) { return c.isOne() && c.folder(); }, isEditable,
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.ungroupFolder(c.mode(), c.tiles.first()); });
      }},
-    {"hide", always<"Hide">,
+    {"hide", Texts::noop("Hide"),
      [](const Context& c) {
          return c.all(isApp) && (!c.app() || !c.layout.hiddenKeys().contains(appKey(*c.app())));
      },
@@ -275,24 +276,24 @@ constexpr std::array rows = std::to_array<ActionRow>({
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.hideApps(c.mode(), c.tiles); });
      }},
-    {"show", always<"Unhide">,
+    {"show", Texts::noop("Unhide"),
      [](const Context& c) { return c.app() && c.layout.hiddenKeys().contains(appKey(*c.app())); },
      isEditable,
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) { return e.unhideApp(c.mode(), appKey(*c.app())); });
      }},
     {},
-    {"removeSmartFolderTile", always<"Remove from This Page">,
+    {"removeSmartFolderTile", Texts::noop("Remove from This Page"),
      [](const Context& c) { return c.isOne() && c.isPlaced() && c.smartFolder(); }, isEditable,
      [](const Context& c, const QString&) {
          return edit(c, [&](LauncherEditor& e) {
              return e.removeSmartFolderTile(c.mode(), c.smartFolder()->definitionID);
          });
      }},
-    {"deleteSmartFolder", always<"Delete…">,
+    {"deleteSmartFolder", Texts::noop("Delete…"),
      [](const Context& c) { return c.isOne() && c.definition(); }, hasWritableRules, deleteSmartFolder,
      true},
-    {"moveToTrash", always<"Move to Trash…">,
+    {"moveToTrash", Texts::noop("Move to Trash…"),
      [](const Context& c) { return c.isOne() && c.app() && !c.isUnavailable(); },
      [](const Context& c) {
          return c.isEditable && !c.launcher.cleanup().isMoving() &&

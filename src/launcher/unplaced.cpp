@@ -7,6 +7,7 @@
 #include "launcher/live_layout.h"
 #include "launcher/place_memory.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -31,7 +32,7 @@ Things hidden(const LauncherViewModel& launcher, const LiveLayout& layout) {
         const AppEntry* installed = launcher.applications().withKey(key);
         const AppEntry* app = tile ? tile : installed;
         things.append({Kind::hidden, key, app ? app->name : key,
-                       installed ? installed->path : QStringLiteral("Not installed")});
+                       installed ? installed->path : Texts::tr("Not installed")});
     }
     return things;
 }
@@ -46,12 +47,11 @@ Things withoutTile(const LauncherViewModel& launcher, const LiveLayout& layout) 
 
 /// Where it was, and since when it is gone.
 QString text(const PlaceSummary& place, const Locale& locale) {
-    QString where = QStringLiteral("Page %1").arg(place.page + 1);
+    QString where = Texts::tr("Page %1").arg(place.page + 1);
     for (const QString& folder : place.folderNames)
         where += QStringLiteral(", “%1”").arg(folder);
-    return QStringLiteral("%1 · %2 %3")
-        .arg(where, place.isRemoved ? QStringLiteral("removed") : QStringLiteral("not seen since"),
-             dateText(place.goneAt, locale));
+    return (place.isRemoved ? Texts::tr("%1 · removed %2") : Texts::tr("%1 · not seen since %2"))
+        .arg(where, dateText(place.goneAt, locale));
 }
 
 Things places(const LauncherViewModel& launcher, const LiveLayout& layout, const Locale& locale) {

@@ -3,6 +3,7 @@
 #include "model/json_losses.h"
 #include "model/json_unions.h"
 #include "platform/file_system.h"
+#include "platform/texts.h"
 #include "platform/uuid_source.h"
 
 #include <QHash>
@@ -94,35 +95,35 @@ Page previewItems(const FolderEntry& folder, qsizetype limit) {
 
 std::optional<QString> categoryDisplayName(const QString& category) {
     static constexpr QLatin1StringView prefix("public.app-category.");
-    static const QHash<QStringView, QString> names{
-        {u"business", QStringLiteral("Business")},
-        {u"developer-tools", QStringLiteral("Developer")},
-        {u"education", QStringLiteral("Education")},
-        {u"entertainment", QStringLiteral("Entertainment")},
-        {u"finance", QStringLiteral("Finance")},
-        {u"games", QStringLiteral("Games")},
-        {u"graphics-design", QStringLiteral("Design")},
-        {u"health-fitness", QStringLiteral("Health & Fitness")},
-        {u"lifestyle", QStringLiteral("Lifestyle")},
-        {u"medical", QStringLiteral("Medical")},
-        {u"music", QStringLiteral("Music")},
-        {u"news", QStringLiteral("News")},
-        {u"photography", QStringLiteral("Photography")},
-        {u"productivity", QStringLiteral("Productivity")},
-        {u"reference", QStringLiteral("Reference")},
-        {u"social-networking", QStringLiteral("Social")},
-        {u"sports", QStringLiteral("Sports")},
-        {u"travel", QStringLiteral("Travel")},
-        {u"utilities", QStringLiteral("Utilities")},
-        {u"video", QStringLiteral("Video")},
-        {u"weather", QStringLiteral("Weather")},
+    static const QHash<QStringView, const char*> names{
+        {u"business", Texts::noop("Business")},
+        {u"developer-tools", Texts::noop("Developer")},
+        {u"education", Texts::noop("Education")},
+        {u"entertainment", Texts::noop("Entertainment")},
+        {u"finance", Texts::noop("Finance")},
+        {u"games", Texts::noop("Games")},
+        {u"graphics-design", Texts::noop("Design")},
+        {u"health-fitness", Texts::noop("Health & Fitness")},
+        {u"lifestyle", Texts::noop("Lifestyle")},
+        {u"medical", Texts::noop("Medical")},
+        {u"music", Texts::noop("Music")},
+        {u"news", Texts::noop("News")},
+        {u"photography", Texts::noop("Photography")},
+        {u"productivity", Texts::noop("Productivity")},
+        {u"reference", Texts::noop("Reference")},
+        {u"social-networking", Texts::noop("Social")},
+        {u"sports", Texts::noop("Sports")},
+        {u"travel", Texts::noop("Travel")},
+        {u"utilities", Texts::noop("Utilities")},
+        {u"video", Texts::noop("Video")},
+        {u"weather", Texts::noop("Weather")},
     };
     if (!category.startsWith(prefix))
         return std::nullopt;
     if (category.endsWith(QLatin1StringView("-games")))
-        return names.value(u"games");
+        return Texts::tr(names.value(u"games"));
     const auto found = names.find(QStringView(category).sliced(prefix.size()));
-    return found == names.end() ? std::nullopt : std::optional(*found);
+    return found == names.end() ? std::nullopt : std::optional(Texts::tr(*found));
 }
 
 namespace json {

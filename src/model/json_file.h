@@ -2,6 +2,7 @@
 
 #include "model/json.h"
 #include "platform/background_file.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 
@@ -35,12 +36,11 @@ std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
             value->toObject().value(QStringLiteral("version")).toInteger() > Document::supportedVersion)
             return std::unexpected(JsonFileError{
                 JsonFileError::Kind::later,
-                QStringLiteral("“%1” is from a later version of Tessellar.").arg(file.path())});
+                Texts::tr("“%1” is from a later version of Tessellar.").arg(file.path())});
     auto document = value ? json::decode<Document>(*value) : std::unexpected(value.error());
     if constexpr (requires { Document::supportedVersion; })
         if (document && document->version != Document::supportedVersion)
-            document =
-                json::fail(QStringLiteral("Version %1 is not supported.").arg(document->version));
+            document = json::fail(Texts::tr("Version %1 is not supported.").arg(document->version));
     if (!document)
         return std::unexpected(
             JsonFileError{JsonFileError::Kind::damaged, json::message(document.error())});
@@ -57,8 +57,8 @@ std::expected<std::optional<Document>, JsonFileError> loadJsonOrSetAside(File& f
     if (!loaded && loaded.error().kind != JsonFileError::Kind::unreadable) {
         const auto aside = file.setAside(clock, uuids.next());
         loaded.error().text +=
-            aside ? QStringLiteral(" It is kept as %1.").arg(*aside)
-                  : QStringLiteral(" It could not be set aside and stays: ") + message(aside.error());
+            aside ? Texts::tr(" It is kept as %1.").arg(*aside)
+                  : Texts::tr(" It could not be set aside and stays: ") + message(aside.error());
     }
     return loaded;
 }

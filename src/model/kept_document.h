@@ -3,6 +3,7 @@
 #include "model/json.h"
 #include "platform/background_file.h"
 #include "platform/machine.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 #include <array>
@@ -50,7 +51,7 @@ public:
             return;
         auto document = json::decodeDocument<Document>(**bytes);
         if (document && document->version != Document::supportedVersion)
-            document = json::fail(QStringLiteral("version %1 is not supported").arg(document->version));
+            document = json::fail(Texts::tr("version %1 is not supported").arg(document->version));
         if (document) {
             _value = *std::move(document);
         } else {

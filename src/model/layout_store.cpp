@@ -3,6 +3,7 @@
 #include "model/json_losses.h"
 #include "model/overwrite_guard.h"
 #include "model/saved_arrangements.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 
@@ -12,9 +13,9 @@ using Code = LayoutStore::StorageError::Code;
 
 QString message(const LayoutStore::StorageError& error) {
     if (error.code == Code::layoutNotReady)
-        return QStringLiteral("The launcher layout is still loading. Try again in a moment.");
+        return Texts::tr("The launcher layout is still loading. Try again in a moment.");
     // An unknown version deliberately reads like damage: both mean that the file must be reset.
-    return QStringLiteral(
+    return Texts::tr(
         "The current layout file could not be read. Reset the layout before saving changes.");
 }
 
@@ -69,10 +70,10 @@ LayoutStore::Read LayoutStore::read(BackgroundFile& file) {
             fail({Code::workingDocumentUnreadable}, json::message(document.error()));
         } else if (!Document::isSupported(document->version)) {
             fail({Code::unsupportedWorkingDocumentVersion, document->version},
-                 QStringLiteral("version %1 is not supported").arg(document->version));
+                 Texts::tr("version %1 is not supported").arg(document->version));
         } else if (folderDepth(document->pages) > maximumFolderDepth) {
             fail({Code::workingDocumentUnreadable},
-                 QStringLiteral("folders are nested more than %1 deep").arg(maximumFolderDepth));
+                 Texts::tr("folders are nested more than %1 deep").arg(maximumFolderDepth));
         } else {
             read.document = current(*std::move(document));
             read.isLossy = losses.count() > 0;

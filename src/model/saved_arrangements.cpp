@@ -1,5 +1,7 @@
 #include "model/saved_arrangements.h"
 
+#include "platform/texts.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -64,7 +66,7 @@ QList<ListedArrangement> SavedArrangements::list() const {
         // It is restored and deleted by the name of its file, whatever identifier stands in it.
         const auto id = json::decode<QUuid>(FileSystem::fileName(path).chopped(5));
         if (arrangement && (!id || path != this->path(*id)))
-            arrangement = json::fail(QStringLiteral("Its name is no identifier."));
+            arrangement = json::fail(Texts::tr("Its name is no identifier."));
         if (arrangement) {
             arrangement->id = *id;
             result.append(listed(*arrangement));

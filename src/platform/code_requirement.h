@@ -1,13 +1,16 @@
 #pragma once
 
+#include "platform/texts.h"
+
 #include <QString>
 
 #include <optional>
 
 namespace tessellar {
 
-inline const QString unverifiedSignature =
-    QStringLiteral("Could not verify Tessellar’s code signature.");
+inline QString unverifiedSignature() {
+    return Texts::tr("Could not verify Tessellar’s code signature.");
+}
 
 /// The requirement that the code of a peer must satisfy. Nothing for an identifier or team that could
 /// end its quotes, or is empty.

@@ -1,5 +1,7 @@
 #include "platform/file_system.h"
 
+#include "platform/texts.h"
+
 #include <cerrno>
 
 namespace tessellar {
@@ -9,39 +11,39 @@ QString message(const FileError& error) {
     const auto sentence = [&] {
         switch (error.code) {
         case notFound:
-            return u"“%1” does not exist.";
+            return Texts::tr("“%1” does not exist.");
         case permissionDenied:
-            return u"You do not have permission to use “%1”.";
+            return Texts::tr("You do not have permission to use “%1”.");
         case notADirectory:
-            return u"“%1” is not a folder.";
+            return Texts::tr("“%1” is not a folder.");
         case isADirectory:
-            return u"“%1” is a folder.";
+            return Texts::tr("“%1” is a folder.");
         case notARegularFile:
-            return u"“%1” is not a regular file.";
+            return Texts::tr("“%1” is not a regular file.");
         case tooLarge:
-            return u"“%1” is too large.";
+            return Texts::tr("“%1” is too large.");
         case noSpace:
-            return u"There is not enough space on the disk for “%1”.";
+            return Texts::tr("There is not enough space on the disk for “%1”.");
         case readOnly:
-            return u"“%1” is on a volume that cannot be written to.";
+            return Texts::tr("“%1” is on a volume that cannot be written to.");
         case alreadyExists:
-            return u"“%1” already exists.";
+            return Texts::tr("“%1” already exists.");
         case notEmpty:
-            return u"The folder “%1” is not empty.";
+            return Texts::tr("The folder “%1” is not empty.");
         case otherVolume:
-            return u"“%1” is on another volume.";
+            return Texts::tr("“%1” is on another volume.");
         case linkLoop:
-            return u"“%1” leads through too many links.";
+            return Texts::tr("“%1” leads through too many links.");
         case badPath:
-            return u"“%1” is not a usable path.";
+            return Texts::tr("“%1” is not a usable path.");
         case damaged:
-            return u"“%1” is damaged.";
+            return Texts::tr("“%1” is damaged.");
         case io:
             break;
         }
-        return u"“%1” could not be read or written.";
+        return Texts::tr("“%1” could not be read or written.");
     };
-    return QString::fromUtf16(sentence()).arg(error.path);
+    return sentence().arg(error.path);
 }
 
 FileError fileError(int error, const QString& path) {

@@ -1,5 +1,6 @@
 #include "platform/host_machine.h"
 
+#include "platform/texts.h"
 #include "platform/user_settings.h"
 
 #include <cstdlib>
@@ -59,27 +60,25 @@ std::expected<Places, QString> HostMachine::findPlaces(const MachineOptions& opt
         if (homes.size() != 1)
             return std::unexpected(
                 homes.isEmpty()
-                    ? QStringLiteral(
-                          "There is no home in the folder “Users” of %1; name one with --home.")
+                    ? Texts::tr("There is no home in the folder “Users” of %1; name one with --home.")
                           .arg(*options.root)
-                    : QStringLiteral("There are several homes in %1 (%2); name one with --home.")
+                    : Texts::tr("There are several homes in %1 (%2); name one with --home.")
                           .arg(*options.root, homes.join(QLatin1StringView(", "))));
         places.home = FileSystem::joined(QStringLiteral("/Users"), homes.first());
     } else {
         places.home = FileSystem::standardized(variable("HOME"));
         if (places.home == u"/")
-            return std::unexpected(QStringLiteral("HOME is not set; name the home with --home."));
+            return std::unexpected(Texts::tr("HOME is not set; name the home with --home."));
     }
     if (!_files.isDirectory(places.home))
-        return std::unexpected(QStringLiteral("The home %1 is no folder.").arg(places.home));
+        return std::unexpected(Texts::tr("The home %1 is no folder.").arg(places.home));
     return places;
 }
 
 std::expected<std::unique_ptr<HostMachine>, QString> HostMachine::make(const MachineOptions& options) {
     std::unique_ptr<HostMachine> host(new HostMachine(options));
     if (!host->_files.isDirectory(QStringLiteral("/")))
-        return std::unexpected(
-            QStringLiteral("The root %1 is no folder.").arg(host->_files.hostRoot()));
+        return std::unexpected(Texts::tr("The root %1 is no folder.").arg(host->_files.hostRoot()));
     auto places = host->findPlaces(options);
     if (!places)
         return std::unexpected(places.error());

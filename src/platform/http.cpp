@@ -1,5 +1,6 @@
 #include "platform/http.h"
 
+#include "platform/texts.h"
 #include "platform/worker_pool.h"
 
 #include <QEventLoop>
@@ -18,17 +19,17 @@ namespace tessellar {
 QString message(HttpError error) {
     switch (error) {
     case HttpError::addressRefused:
-        return QStringLiteral("The address is not a secure one.");
+        return Texts::tr("The address is not a secure one.");
     case HttpError::redirectRefused:
-        return QStringLiteral("The server leads to another address.");
+        return Texts::tr("The server leads to another address.");
     case HttpError::timedOut:
-        return QStringLiteral("The server did not answer in time.");
+        return Texts::tr("The server did not answer in time.");
     case HttpError::tooLarge:
-        return QStringLiteral("The server's answer is too large.");
+        return Texts::tr("The server's answer is too large.");
     case HttpError::transport:
         break;
     }
-    return QStringLiteral("The server could not be reached.");
+    return Texts::tr("The server could not be reached.");
 }
 
 bool isLoopback(const QUrl& url) {

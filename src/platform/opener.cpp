@@ -1,5 +1,7 @@
 #include "platform/opener.h"
 
+#include "platform/texts.h"
+
 namespace tessellar {
 
 Task Opener::openApplication(const QString& path, Done done) const {
@@ -36,8 +38,7 @@ Task Opener::open(QList<QByteArray> arguments, Done done, std::optional<QByteArr
             if (result.succeeded())
                 return done({});
             const QString words = trimmed(QString::fromUtf8(result.standardError));
-            done(std::unexpected(words.isEmpty() ? QStringLiteral("The system did not open it.")
-                                                 : words));
+            done(std::unexpected(words.isEmpty() ? Texts::tr("The system did not open it.") : words));
         });
 }
 

@@ -1,6 +1,7 @@
 #include "platform/property_list.h"
 
 #include "platform/property_list_document.h"
+#include "platform/texts.h"
 
 #include <QtEndian>
 
@@ -221,15 +222,15 @@ bool PropertyValue::operator==(const PropertyValue& other) const {
 QString message(PropertyListError error) {
     switch (error) {
     case PropertyListError::notAPropertyList:
-        return QStringLiteral("The file is not a property list.");
+        return Texts::tr("The file is not a property list.");
     case PropertyListError::damaged:
-        return QStringLiteral("The property list is damaged.");
+        return Texts::tr("The property list is damaged.");
     case PropertyListError::tooLarge:
-        return QStringLiteral("The property list is too large.");
+        return Texts::tr("The property list is too large.");
     case PropertyListError::tooDeep:
-        return QStringLiteral("The property list is nested too deeply.");
+        return Texts::tr("The property list is nested too deeply.");
     case PropertyListError::tooManyNodes:
-        return QStringLiteral("The property list holds too many values.");
+        return Texts::tr("The property list holds too many values.");
     }
     return {};
 }

@@ -1,5 +1,7 @@
 #include "privileged/records.h"
 
+#include "platform/texts.h"
+
 #include <QCryptographicHash>
 
 namespace tessellar {
@@ -7,15 +9,15 @@ namespace tessellar {
 QString message(AuthorizationError error) {
     switch (error) {
     case AuthorizationError::missing:
-        return QStringLiteral("The administrator request is missing authorization.");
+        return Texts::tr("The administrator request is missing authorization.");
     case AuthorizationError::malformed:
-        return QStringLiteral("The administrator request contains malformed authorization.");
+        return Texts::tr("The administrator request contains malformed authorization.");
     case AuthorizationError::invalid:
-        return QStringLiteral("The administrator authorization is no longer valid.");
+        return Texts::tr("The administrator authorization is no longer valid.");
     case AuthorizationError::denied:
-        return QStringLiteral("Administrator authorization was not granted.");
+        return Texts::tr("Administrator authorization was not granted.");
     case AuthorizationError::externalizationFailed:
-        return QStringLiteral("Could not prepare administrator authorization.");
+        return Texts::tr("Could not prepare administrator authorization.");
     }
     return {};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/texts.h"
 #include "privileged/file_identity.h"
 
 #include <QUuid>
@@ -25,8 +26,9 @@ inline constexpr int sendMilliseconds = 5'000;
 enum class PrivilegedFileOperationKind { healthCheck, remove, moveToTrash, restoreFromTrash };
 enum class PrivilegedFileOutcomeStatus { removed, moved, failed };
 /// The reason of each item that was not touched because the administrator's prompt was dismissed.
-inline const QString administratorApprovalCanceled =
-    QStringLiteral("Administrator approval was canceled.");
+inline QString administratorApprovalCanceled() {
+    return Texts::tr("Administrator approval was canceled.");
+}
 
 enum class AuthorizationError { missing, malformed, invalid, denied, externalizationFailed };
 QString message(AuthorizationError error);

@@ -1,6 +1,7 @@
 #include "smartfolders/smart_folder_definition.h"
 
 #include "platform/text.h"
+#include "platform/texts.h"
 #include "smartfolders/smart_folder_rule.h"
 
 namespace tessellar {
@@ -21,7 +22,7 @@ using enum SmartFolderSortDirection;
 
 // In the order of SmartFolderTemplate. The rules' identifiers are filled in later.
 const std::array templates = std::to_array<TemplateRow>({
-    {"Installed This Week",
+    {Texts::noop("Installed This Week"),
      "calendar.badge.plus",
      SmartFolderMatchMode::all,
      [] {
@@ -29,7 +30,7 @@ const std::array templates = std::to_array<TemplateRow>({
              SmartFolderDateRule{{}, "installedDate", predicate::IsThisWeek()}};
      },
      {"installedDate", descending}},
-    {"Microsoft Apps",
+    {Texts::noop("Microsoft Apps"),
      "square.grid.2x2.fill",
      SmartFolderMatchMode::any,
      [] {
@@ -41,7 +42,7 @@ const std::array templates = std::to_array<TemplateRow>({
                  {}, "bundleIdentifier", predicate::BeginsWith(QStringLiteral("com.microsoft"))}};
      },
      {"name", ascending}},
-    {"Recently Used",
+    {Texts::noop("Recently Used"),
      "clock.fill",
      SmartFolderMatchMode::all,
      [] {
@@ -49,7 +50,7 @@ const std::array templates = std::to_array<TemplateRow>({
              {}, "lastUsedDate", predicate::IsWithinLast(7, SmartFolderRelativeDateUnit::days)}};
      },
      {"lastUsedDate", descending}},
-    {"Updates Available",
+    {Texts::noop("Updates Available"),
      "arrow.down.circle.fill",
      SmartFolderMatchMode::all,
      [] {
@@ -57,7 +58,7 @@ const std::array templates = std::to_array<TemplateRow>({
              {}, "updateStatus", predicate::IsValue<QString>(QStringLiteral("updateAvailable"))}};
      },
      {"name", ascending}},
-    {"Games",
+    {Texts::noop("Games"),
      "gamecontroller.fill",
      SmartFolderMatchMode::all,
      [] {
@@ -65,7 +66,7 @@ const std::array templates = std::to_array<TemplateRow>({
              SmartFolderTextRule{{}, "category", predicate::Contains(QStringLiteral("games"))}};
      },
      {"name", ascending}},
-    {"Mac App Store Apps",
+    {Texts::noop("Mac App Store Apps"),
      "apple.logo",
      SmartFolderMatchMode::all,
      [] {
@@ -101,12 +102,13 @@ QList<SmartFolderValidationIssue> validationIssues(const SmartFolderDefinition& 
 
 QString message(const SmartFolderValidationIssue& issue) {
     // In the order of the cases.
-    static constexpr std::array texts{"Complete every rule.", "Enter a name.", "Add at least one rule.",
-                                      "Choose a limit from 1 to 500."};
-    return QLatin1StringView(texts[issue.index()]);
+    static constexpr std::array texts{Texts::noop("Complete every rule."), Texts::noop("Enter a name."),
+                                      Texts::noop("Add at least one rule."),
+                                      Texts::noop("Choose a limit from 1 to 500.")};
+    return Texts::tr(texts[issue.index()]);
 }
 
-QString templateName(SmartFolderTemplate which) { return QLatin1StringView(row(which).name); }
+QString templateName(SmartFolderTemplate which) { return Texts::tr(row(which).name); }
 
 SmartFolderDefinition templateDefinition(SmartFolderTemplate which, const QUuid& id, Instant modifiedAt,
                                          UuidSource& uuids) {

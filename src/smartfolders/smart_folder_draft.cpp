@@ -25,23 +25,22 @@ Edge edgeOf(QStringView predicate, qsizetype operand) {
 
 QString titleOf(const QStringList& words, const QString& word) {
     // A word of another vocabulary is shown as it is.
-    return words.contains(word) ? smartFolderTitle(word) : word;
+    return words.contains(word) ? smartFolderText(word) : word;
 }
 
-QList<SmartFolderWord> menuOf(const QStringList& words, const QString& chosen,
-                              QString (*title)(QStringView) = smartFolderTitle) {
+QList<SmartFolderWord> menuOf(const QStringList& words, const QString& chosen) {
     QList<SmartFolderWord> result;
     for (const QString& word : words)
-        result.append({word, title(word), word == chosen});
+        result.append({word, smartFolderText(word), word == chosen});
     return result;
 }
 
 template <typename E>
-QList<SmartFolderWord> menuOf(E chosen, QString (*title)(QStringView) = smartFolderTitle) {
+QList<SmartFolderWord> menuOf(E chosen) {
     QStringList words;
     for (const auto& [value, name] : json::RawValues<E>::values)
         words.append(QLatin1StringView(name));
-    return menuOf(words, json::rawValue(chosen), title);
+    return menuOf(words, json::rawValue(chosen));
 }
 
 } // namespace
@@ -70,9 +69,7 @@ QList<SmartFolderValidationIssue> SmartFolderDraft::issues() const {
 
 // ---- beside the rules
 
-QList<SmartFolderWord> SmartFolderDraft::matchModes() const {
-    return menuOf(_definition.matchMode, smartFolderPhrase);
-}
+QList<SmartFolderWord> SmartFolderDraft::matchModes() const { return menuOf(_definition.matchMode); }
 
 void SmartFolderDraft::setMatchMode(const QString& word) {
     if (const auto mode = json::fromRawValue<SmartFolderMatchMode>(word))
@@ -132,8 +129,8 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
     const QString predicate = predicateName(rule);
     const QStringList words = this->words(rule);
     SmartFolderRuleRow row{.id = rule.id(),
-                           .field = smartFolderTitle(rule.fieldName()),
-                           .predicate = smartFolderPhrase(predicate),
+                           .field = smartFolderText(rule.fieldName()),
+                           .predicate = smartFolderText(predicate),
                            .operands = {}};
     bool isOneMarked = false;
     const auto add = [&](Kind kind, const QString& text, bool needsInput = false) {
@@ -158,11 +155,11 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
                 else if constexpr (std::same_as<T, qint64>)
                     add(Kind::number, QString::number(value));
                 else if constexpr (std::same_as<T, bool>)
-                    add(Kind::choice, smartFolderTitle(value ? u"true" : u"false"));
+                    add(Kind::choice, smartFolderText(value ? u"true" : u"false"));
                 else if constexpr (std::same_as<T, Instant>)
                     add(Kind::date, _typing.text(value, edgeOf(predicate, row.operands.size())));
                 else
-                    add(Kind::choice, smartFolderPhrase(json::rawValue(value)));
+                    add(Kind::choice, smartFolderText(json::rawValue(value)));
             },
             operand);
     }
@@ -229,7 +226,7 @@ QList<SmartFolderWord> SmartFolderDraft::predicates(qsizetype place) const {
     if (!has(place))
         return {};
     const SmartFolderRule& rule = _definition.rules.at(place);
-    return menuOf(predicateNames(rule), predicateName(rule), smartFolderPhrase);
+    return menuOf(predicateNames(rule), predicateName(rule));
 }
 
 void SmartFolderDraft::setPredicate(qsizetype place, const QString& word) {
@@ -245,10 +242,10 @@ QList<SmartFolderWord> SmartFolderDraft::choices(qsizetype place, qsizetype oper
     const SmartFolderRule& rule = _definition.rules.at(place);
     const Operand value = operandsOf(rule).at(operand);
     if (const auto* unit = std::get_if<Unit>(&value))
-        return menuOf(*unit, smartFolderPhrase);
+        return menuOf(*unit);
     if (const auto* isTrue = std::get_if<bool>(&value))
-        return {{QStringLiteral("true"), smartFolderTitle(u"true"), *isTrue},
-                {QStringLiteral("false"), smartFolderTitle(u"false"), !*isTrue}};
+        return {{QStringLiteral("true"), smartFolderText(u"true"), *isTrue},
+                {QStringLiteral("false"), smartFolderText(u"false"), !*isTrue}};
     const auto* one = std::get_if<QString>(&value);
     const auto* several = std::get_if<QStringList>(&value);
     const QStringList words = this->words(rule);

@@ -1,5 +1,6 @@
 #include "smartfolders/smart_folder_notice.h"
 
+#include "platform/texts.h"
 #include "smartfolders/smart_folder_words.h"
 
 namespace tessellar {
@@ -12,7 +13,7 @@ QString smartFolderNotice(const SmartFolderDefinition& definition,
     for (const SmartFolderRule& rule : definition.rules) {
         if (!evaluation.unknownRuleIDs.contains(rule.id()))
             continue;
-        const QString title = smartFolderTitle(rule.fieldName());
+        const QString title = smartFolderText(rule.fieldName());
         if (evaluation.waitingRuleIDs.contains(rule.id()))
             waiting.append(title);
         else if (!checkingDisabled.isEmpty() && rule.needs().testFlag(SmartFolderNeed::updates))
@@ -26,12 +27,12 @@ QString smartFolderNotice(const SmartFolderDefinition& definition,
     };
     QStringList sentences;
     if (!waiting.isEmpty())
-        sentences.append(withNames(QStringLiteral("Still gathering…"), waiting));
+        sentences.append(withNames(Texts::tr("Still gathering…"), waiting));
     if (wantsChecking)
         sentences.append(checkingDisabled);
     if (!missing.isEmpty())
         sentences.append(withNames(
-            QStringLiteral("Some app details are unavailable, so those rules cannot be evaluated yet."),
+            Texts::tr("Some app details are unavailable, so those rules cannot be evaluated yet."),
             missing));
     return sentences.join(u' ');
 }

@@ -1,5 +1,7 @@
 #include "smartfolders/smart_folder_store.h"
 
+#include "platform/texts.h"
+
 namespace tessellar {
 
 namespace {
@@ -203,21 +205,22 @@ SmartFolderStore::LoadResult SmartFolderStore::recover(SmartFolderRecovery how) 
 QString message(const SmartFolderStore::StoreError& error) {
     // In the order of the cases.
     static constexpr std::array texts{
-        "Unsupported Smart Folder registry version %1.",
-        "The Smart Folder registry contains an invalid definition.",
-        "The Smart Folder registry contains a duplicate definition identifier.",
-        "The Smart Folder registry contains a duplicate rule identifier.",
-        "Smart Folders cannot be saved until the quarantined registry is recovered or replaced.",
-        "A quarantined Smart Folder registry needs recovery.",
+        Texts::noop("Unsupported Smart Folder registry version %1."),
+        Texts::noop("The Smart Folder registry contains an invalid definition."),
+        Texts::noop("The Smart Folder registry contains a duplicate definition identifier."),
+        Texts::noop("The Smart Folder registry contains a duplicate rule identifier."),
+        Texts::noop(
+            "Smart Folders cannot be saved until the quarantined registry is recovered or replaced."),
+        Texts::noop("A quarantined Smart Folder registry needs recovery."),
     };
-    const QString text = QLatin1StringView(texts[error.index()]);
+    const QString text = Texts::tr(texts[error.index()]);
     const auto* unsupported = std::get_if<SmartFolderStore::UnsupportedVersion>(&error);
     return unsupported ? text.arg(unsupported->version) : text;
 }
 
 QString message(const SmartFolderStore::Error& error) {
     if (const auto* damage = std::get_if<json::DecodeError>(&error))
-        return QStringLiteral("The Smart Folder registry is damaged: %1").arg(message(*damage));
+        return Texts::tr("The Smart Folder registry is damaged: %1").arg(message(*damage));
     return std::visit([](const auto& e) { return message(e); }, error);
 }
 

@@ -4,12 +4,8 @@
 
 namespace tessellar {
 
-// What people read for the words of the vocabulary. A word that has no text of its own is taken apart:
-// "launchCount" reads "Launch Count", "isBetween" reads "is between".
-
-/// Of a field, a sort order, or a value to choose.
-QString smartFolderTitle(QStringView word);
-/// Of what stands within a line: a predicate, a unit of time.
-QString smartFolderPhrase(QStringView word);
+/// What people read for a word of the vocabulary: a field, a value to choose, a predicate, a unit. A
+/// word that is in none, such as an architecture of tomorrow, is shown as it is.
+QString smartFolderText(QStringView word);
 
 } // namespace tessellar

@@ -1,5 +1,7 @@
 #include "updates/app_update_action.h"
 
+#include "platform/texts.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -33,15 +35,15 @@ MicrosoftAutoUpdateTarget::find(const FileSystem& files, const QString& bundleId
 QString label(AppUpdateActionKind action) {
     switch (action) {
     case AppUpdateActionKind::homebrew:
-        return QStringLiteral("Update with Homebrew");
+        return Texts::tr("Update with Homebrew");
     case AppUpdateActionKind::microsoftAutoUpdate:
-        return QStringLiteral("Update with Microsoft AutoUpdate");
+        return Texts::tr("Update with Microsoft AutoUpdate");
     case AppUpdateActionKind::appStore:
-        return QStringLiteral("Open in App Store");
+        return Texts::tr("Open in App Store");
     case AppUpdateActionKind::systemSoftwareUpdate:
-        return QStringLiteral("Check System Updates");
+        return Texts::tr("Check System Updates");
     default:
-        return QStringLiteral("Uses the app’s update source to continue.");
+        return Texts::tr("Uses the app’s update source to continue.");
     }
 }
 
@@ -63,19 +65,19 @@ std::optional<AppUpdateCommand> command(const AppUpdateAction& action) {
 QString message(AppUpdateOutcome outcome) {
     switch (outcome) {
     case AppUpdateOutcome::completed:
-        return QStringLiteral("Update completed. Verifying the installed version…");
+        return Texts::tr("Update completed. Verifying the installed version…");
     case AppUpdateOutcome::timedOut:
-        return QStringLiteral("The update command timed out.");
+        return Texts::tr("The update command timed out.");
     case AppUpdateOutcome::cancelled:
-        return QStringLiteral("The update was cancelled.");
+        return Texts::tr("The update was cancelled.");
     case AppUpdateOutcome::couldNotLaunch:
-        return QStringLiteral("The updater could not be started.");
+        return Texts::tr("The updater could not be started.");
     case AppUpdateOutcome::alreadyRunning:
-        return QStringLiteral("Another app update is already in progress.");
+        return Texts::tr("Another app update is already in progress.");
     case AppUpdateOutcome::failed:
         break;
     }
-    return QStringLiteral("The app could not be updated.");
+    return Texts::tr("The app could not be updated.");
 }
 
 using Phase = AppUpdateActionState::Phase;
@@ -84,16 +86,16 @@ namespace {
 
 struct PhaseText {
     Phase phase;
-    const char16_t* sentence;
-    const char16_t* word; ///< in place of "Updating…"
+    const char* sentence;
+    const char* word; ///< in place of "Updating…"
 };
 
 constexpr PhaseText phaseTexts[] = {
-    {Phase::updatingItself, u"Homebrew is updating itself.", u"Updating…"},
-    {Phase::downloading, u"Downloading.", u"Downloading…"},
-    {Phase::installing, u"Installing.", u"Installing…"},
-    {Phase::password, u"Waiting for your password.", u"Asks for password"},
-    {Phase::verifying, u"Verifying the installed version.", u"Verifying…"},
+    {Phase::updatingItself, Texts::noop("Homebrew is updating itself."), Texts::noop("Updating…")},
+    {Phase::downloading, Texts::noop("Downloading."), Texts::noop("Downloading…")},
+    {Phase::installing, Texts::noop("Installing."), Texts::noop("Installing…")},
+    {Phase::password, Texts::noop("Waiting for your password."), Texts::noop("Asks for password")},
+    {Phase::verifying, Texts::noop("Verifying the installed version."), Texts::noop("Verifying…")},
 };
 
 const PhaseText* textOf(Phase phase) {
@@ -105,13 +107,12 @@ const PhaseText* textOf(Phase phase) {
 
 QString text(Phase phase) {
     const PhaseText* found = textOf(phase);
-    return found ? QStringLiteral("Updating… ") + QString::fromUtf16(found->sentence)
-                 : QStringLiteral("Updating…");
+    return found ? Texts::tr("Updating… ") + Texts::tr(found->sentence) : Texts::tr("Updating…");
 }
 
 QString shortText(Phase phase) {
     const PhaseText* found = textOf(phase);
-    return found ? QString::fromUtf16(found->word) : QStringLiteral("Updating…");
+    return found ? Texts::tr(found->word) : Texts::tr("Updating…");
 }
 
 Phase phaseOf(const QList<QByteArray>& lines) {

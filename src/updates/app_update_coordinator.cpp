@@ -1,5 +1,6 @@
 #include "updates/app_update_coordinator.h"
 
+#include "platform/texts.h"
 #include "updates/app_store_update_checker.h"
 #include "updates/app_update_texts.h"
 #include "updates/sparkle_update_checker.h"
@@ -13,13 +14,13 @@ using std::chrono::milliseconds;
 QString message(AppUpdateError error) {
     switch (error) {
     case AppUpdateError::disabled:
-        return QStringLiteral("Update checking is disabled.");
+        return Texts::tr("Update checking is disabled.");
     case AppUpdateError::alreadyChecking:
-        return update_texts::checking;
+        return update_texts::checking();
     case AppUpdateError::unknownApp:
         break;
     }
-    return QStringLiteral("There is no such application.");
+    return Texts::tr("There is no such application.");
 }
 
 AppUpdateCoordinator::AppUpdateCoordinator(Machine& machine, StoredUpdates stored)

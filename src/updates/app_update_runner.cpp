@@ -1,5 +1,6 @@
 #include "updates/app_update_runner.h"
 
+#include "platform/texts.h"
 #include "updates/outside_words.h"
 
 #include <algorithm>
@@ -91,15 +92,14 @@ std::optional<AppUpdateQuestion> AppUpdateRunner::question(const QStringList& ap
         return std::nullopt;
     if (names.size() == 1)
         return AppUpdateQuestion{
-            QStringLiteral("Update “%1”?").arg(names.first()),
-            QStringLiteral("%1 may quit the app while it downloads and installs the update.")
+            Texts::tr("Update “%1”?").arg(names.first()),
+            Texts::tr("%1 may quit the app while it downloads and installs the update.")
                 .arg(updaters.first())};
     return AppUpdateQuestion{
-        QStringLiteral("Update %1 apps?").arg(names.size()),
-        QStringLiteral(
-            "%1 may quit the apps while it downloads and installs the updates, one after the "
-            "other: %2.")
-            .arg(updaters.join(QStringLiteral(" and ")), names.join(QStringLiteral(", ")))};
+        Texts::tr("Update %n apps?", nullptr, static_cast<int>(names.size())),
+        Texts::tr("%1 may quit the apps while it downloads and installs the updates, one after the "
+                  "other: %2.")
+            .arg(updaters.join(Texts::tr(" and ")), names.join(QStringLiteral(", ")))};
 }
 
 bool AppUpdateRunner::update(const QStringList& appKeys, const Asker& ask, Done done) {
@@ -168,7 +168,7 @@ void AppUpdateRunner::next() {
         const auto kind = state(appKey) ? state(appKey)->kind : Kind::running;
         // What an update before it brought along needs none of its own.
         if (!action || (kind == Kind::waiting && !_owner.hasUpdate(appKey))) {
-            set(appKey, {Kind::succeeded, QStringLiteral("The app is up to date.")});
+            set(appKey, {Kind::succeeded, Texts::tr("The app is up to date.")});
             continue;
         }
         _active = appKey;
@@ -353,27 +353,27 @@ void AppUpdateRunner::verified(const DetachedState& state) {
         result.kind = Kind::succeeded;
     if (result.kind == Kind::succeeded)
         result.message = isOther && app->version
-                             ? QStringLiteral("Updated to version %1.").arg(*app->version)
-                             : QStringLiteral("The app is up to date.");
+                             ? Texts::tr("Updated to version %1.").arg(*app->version)
+                             : Texts::tr("The app is up to date.");
     else if (_isTimedOut)
         result.message = message(AppUpdateOutcome::timedOut);
     else if (_isCancelled)
         result = {Kind::cancelled, message(AppUpdateOutcome::cancelled)};
     else if (!app)
-        result.message = QStringLiteral("The app is no longer installed.");
+        result.message = Texts::tr("The app is no longer installed.");
     else if (isUnfinished || state.kind == DetachedState::Kind::gone) // nobody saw how it ended
         result.message = message(AppUpdateOutcome::failed);
     else
         result.message =
-            QStringLiteral("%1 reported no error, but %2 is still installed.")
+            Texts::tr("%1 reported no error, but %2 is still installed.")
                 .arg(run.updaterName, run.installedVersion
-                                          ? QStringLiteral("version %1").arg(*run.installedVersion)
-                                          : QStringLiteral("the old version"));
+                                          ? Texts::tr("version %1").arg(*run.installedVersion)
+                                          : Texts::tr("the old version"));
     if (result.kind == Kind::failed || isUnfinished)
         result.detail = detail(_lines);
     if (result.kind == Kind::failed && phaseOf(_lines) == Phase::password)
-        result.message += QStringLiteral(" %1 asked for your password. Run the update in Terminal.")
-                              .arg(run.updaterName);
+        result.message +=
+            Texts::tr(" %1 asked for your password. Run the update in Terminal.").arg(run.updaterName);
     if (!result.detail.isEmpty())
         _machine.log.warning(
             QStringLiteral("The update of %1: %2\n%3").arg(run.appKey, result.message, result.detail));

@@ -1,23 +1,24 @@
 #include "updates/app_update_texts.h"
 
 #include "platform/text.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 
 QString update_texts::available(const std::optional<QString>& installed, const QString& latest) {
     // A cask of several applications has a version of its own, which may read as older than theirs.
     return installed && compareNumeric(*installed, latest) <= 0
-               ? QStringLiteral("Update available: %1 → %2").arg(*installed, latest)
-               : QStringLiteral("Update available: %1").arg(latest);
+               ? Texts::tr("Update available: %1 → %2").arg(*installed, latest)
+               : Texts::tr("Update available: %1").arg(latest);
 }
 
 QString update_texts::summary(const AppUpdateTally& tally, const QList<AppUpdateProblem>& problems,
                               const QString& lastCheck) {
     QString trouble;
     if (tally.failed == 1)
-        trouble = QStringLiteral("1 app could not be checked.");
+        trouble = Texts::tr("1 app could not be checked.");
     else if (tally.failed > 1)
-        trouble = QStringLiteral("%1 apps could not be checked.").arg(tally.failed);
+        trouble = Texts::tr("%n apps could not be checked.", nullptr, static_cast<int>(tally.failed));
     const auto reason = tally.reason         ? tally.reason
                         : problems.isEmpty() ? std::nullopt
                                              : std::optional(problems.first().reason);
@@ -27,30 +28,30 @@ QString update_texts::summary(const AppUpdateTally& tally, const QList<AppUpdate
         return trouble.isEmpty() ? text : text + u' ' + trouble;
     };
     if (tally.available == 1)
-        return with(QStringLiteral("1 update available."));
+        return with(Texts::tr("1 update available."));
     if (tally.available > 1)
-        return with(QStringLiteral("%1 updates available.").arg(tally.available));
+        return with(Texts::tr("%n updates available.", nullptr, static_cast<int>(tally.available)));
     if (lastCheck.isEmpty() || (tally.upToDate == 0 && tally.held == 0 && !trouble.isEmpty()))
         return trouble;
     if (tally.upToDate == 0 && tally.held == 0)
-        return QStringLiteral("Last checked %1. None of your apps can be checked for updates.")
+        return Texts::tr("Last checked %1. None of your apps can be checked for updates.")
             .arg(lastCheck);
-    return with(QStringLiteral("Last checked %1. No updates found.").arg(lastCheck));
+    return with(Texts::tr("Last checked %1. No updates found.").arg(lastCheck));
 }
 
 QString update_texts::status(const AppUpdateRecord& record) {
     const auto text = [&](const AppUpdateStatus& status) {
         if (const auto* update = std::get_if<UpdateAvailable>(&status))
             return available(record.installedVersion, update->latestVersion);
-        return std::holds_alternative<UpToDate>(status) ? QStringLiteral("Up to date")
-               : hasFailed(status)                      ? QStringLiteral("The check failed")
-                                                        : QStringLiteral("Its source cannot tell");
+        return std::holds_alternative<UpToDate>(status) ? Texts::tr("Up to date")
+               : hasFailed(status)                      ? Texts::tr("The check failed")
+                                                        : Texts::tr("Its source cannot tell");
     };
     QString line = text(record.status);
     if (record.reason)
         line += QStringLiteral(". %1").arg(message(*record.reason));
     if (record.lastKnownStatus)
-        line += (record.reason ? QStringLiteral(" Before: ") : QStringLiteral(". Before: ")) +
+        line += (record.reason ? Texts::tr(" Before: ") : Texts::tr(". Before: ")) +
                 text(*record.lastKnownStatus);
     return line;
 }
@@ -59,34 +60,31 @@ bool isBuiltIn(const QString& path) { return FileSystem::isWithin(path, QStringL
 
 AppUpdateSourceText sourceText(const std::optional<AppUpdateChannel>& channel,
                                const AppUpdateCandidate& candidate) {
-    const auto fromBundle = [](QLatin1StringView rest) {
-        return QStringLiteral("Version information comes from the app bundle. ") + rest;
+    const auto fromBundle = [](const QString& rest) {
+        return Texts::tr("Version information comes from the app bundle.") + u' ' + rest;
     };
     if (channel) {
         switch (kindOf(*channel)) {
         case AppUpdateChannelKind::homebrewCask:
-            return {
-                fromBundle(QLatin1StringView("Homebrew manages update checks for this cask.")), {}, {}};
+            return {fromBundle(Texts::tr("Homebrew manages update checks for this cask.")), {}, {}};
         case AppUpdateChannelKind::macAppStore:
-            return {fromBundle(QLatin1StringView("The App Store manages update checks for this app.")),
-                    update_texts::receiptDetected,
+            return {fromBundle(Texts::tr("The App Store manages update checks for this app.")),
+                    update_texts::receiptDetected(),
                     {}};
         case AppUpdateChannelKind::sparkle:
-            return {fromBundle(QLatin1StringView("This app declares a Sparkle update feed.")),
-                    QStringLiteral("Declared in the app bundle"),
+            return {fromBundle(Texts::tr("This app declares a Sparkle update feed.")),
+                    Texts::tr("Declared in the app bundle"),
                     {}};
         }
     }
     if (isBuiltIn(candidate.path))
-        return {QStringLiteral("Built-in apps are updated together with macOS in Software Update."),
-                QStringLiteral("Managed by macOS"), QStringLiteral("Apple Software Update")};
+        return {Texts::tr("Built-in apps are updated together with macOS in Software Update."),
+                Texts::tr("Managed by macOS"), QStringLiteral("Apple Software Update")};
     if (MicrosoftAutoUpdateTarget::code(candidate.bundleIdentifier.value_or(QString())))
-        return {QStringLiteral("Microsoft AutoUpdate manages updates for this app."), {}, {}};
+        return {Texts::tr("Microsoft AutoUpdate manages updates for this app."), {}, {}};
     if (candidate.hasKeystone)
-        return {fromBundle(QLatin1StringView("This app declares a Keystone update endpoint.")), {}, {}};
-    return {fromBundle(QLatin1StringView("Open the app or its vendor updater to check for updates.")),
-            {},
-            {}};
+        return {fromBundle(Texts::tr("This app declares a Keystone update endpoint.")), {}, {}};
+    return {fromBundle(Texts::tr("Open the app or its vendor updater to check for updates.")), {}, {}};
 }
 
 } // namespace tessellar

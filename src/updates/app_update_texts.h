@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/texts.h"
 #include "updates/app_update_action.h"
 
 namespace tessellar {
@@ -19,14 +20,17 @@ struct AppUpdateTally {
 /// Texts about updates, as settings, tiles and the information panel show them.
 namespace update_texts {
 
-inline const QString settingsTitle = QStringLiteral("Updates for Installed Apps");
-inline const QString settingsExplanation = QStringLiteral(
-    "App Store, Homebrew Cask, and Sparkle-updated apps can be checked. Checking may contact Apple, "
-    "Homebrew, and each app’s update server.");
-inline const QString checkNow = QStringLiteral("Check My Installed Apps for Updates");
-inline const QString checkingDisabled =
-    QStringLiteral("Update checking is disabled, so update-status rules cannot be evaluated.");
-inline const QString receiptDetected = QStringLiteral("Receipt detected");
+inline QString settingsTitle() { return Texts::tr("Updates for Installed Apps"); }
+inline QString settingsExplanation() {
+    return Texts::tr("App Store, Homebrew Cask, and Sparkle-updated apps can be checked. Checking may "
+                     "contact Apple, "
+                     "Homebrew, and each app’s update server.");
+}
+inline QString checkNow() { return Texts::tr("Check My Installed Apps for Updates"); }
+inline QString checkingDisabled() {
+    return Texts::tr("Update checking is disabled, so update-status rules cannot be evaluated.");
+}
+inline QString receiptDetected() { return Texts::tr("Receipt detected"); }
 
 /// "Update available: 1.0 → 1.1", without the installed version where that is unknown.
 QString available(const std::optional<QString>& installed, const QString& latest);
@@ -37,8 +41,8 @@ QString summary(const AppUpdateTally& tally, const QList<AppUpdateProblem>& prob
 /// "Could not be checked: …" and the like: what stands beside an application's name.
 QString status(const AppUpdateRecord& record);
 /// Of an update that the user skips or that is pinned.
-inline const QString held = QStringLiteral("Held back");
-inline const QString checking = QStringLiteral("Checking your installed apps for updates…");
+inline QString held() { return Texts::tr("Held back"); }
+inline QString checking() { return Texts::tr("Checking your installed apps for updates…"); }
 
 } // namespace update_texts
 

@@ -52,7 +52,7 @@ protected:
     }
     void openAndCheck() {
         QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 700});
-        choose(update_texts::checkNow);
+        choose(update_texts::checkNow());
         until([&] { return !mac.http.waiting().isEmpty(); });
         mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
         until([&] { return !updates().isChecking() && panel().runnableCount() == 1; });

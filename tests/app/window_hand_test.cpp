@@ -7,8 +7,13 @@
 #include "launcher/layout_archive.h"
 #include "launcher_fixture.h"
 
+#include <QColor>
 #include <QDir>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QRegularExpression>
+
+#include <cmath>
 
 namespace tessellar::test {
 namespace {
@@ -337,6 +342,52 @@ TEST(Theme, IsTheOnlyPlaceWithLiterals) {
                 << name.toStdString() << ": " << literal.match(text).captured().toStdString();
         }
     }
+}
+
+/// Of a text as it is drawn on what lies behind it, as the web's guidelines have it.
+double contrast(const QColor& text, const QColor& behind) {
+    const auto luminance = [](double red, double green, double blue) {
+        const auto linear = [](double share) {
+            return share <= 0.03928 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(red) + 0.7152 * linear(green) + 0.0722 * linear(blue);
+    };
+    const double share = text.alphaF();
+    const auto drawn = [&](double over, double under) { return over * share + under * (1 - share); };
+    const double front =
+        luminance(drawn(text.redF(), behind.redF()), drawn(text.greenF(), behind.greenF()),
+                  drawn(text.blueF(), behind.blueF()));
+    const double back = luminance(behind.redF(), behind.greenF(), behind.blueF());
+    return (std::max(front, back) + 0.05) / (std::min(front, back) + 0.05);
+}
+
+TEST(Theme, TextStandsOutFromWhatItIsOn) {
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData("import QtQml\nimport Tessellar\nQtObject { readonly property var theme: Theme }",
+                      {});
+    const std::unique_ptr<QObject> holder(component.create());
+    ASSERT_TRUE(holder) << component.errorString().toStdString();
+    auto* theme = holder->property("theme").value<QObject*>();
+    ASSERT_TRUE(theme);
+    const auto expect = [&](const char* text, const char* behind) {
+        const double found =
+            contrast(theme->property(text).value<QColor>(), theme->property(behind).value<QColor>());
+        EXPECT_GE(found, 4.5) << text << " on " << behind;
+    };
+    for (const auto& appearance : {u"light"_s, u"dark"_s}) {
+        SCOPED_TRACE(appearance.toStdString());
+        theme->setProperty("appearance", appearance);
+        for (const auto* text :
+             {"text", "textSoft", "textDim", "textFaint", "textHint", "dangerText", "warningText"})
+            for (const auto* behind : {"panel", "well"})
+                expect(text, behind);
+        for (const auto* behind : {"accent", "accentPressed", "danger", "dangerPressed"})
+            expect("accentText", behind);
+        for (const auto* text : {"backdropText", "backdropTextDim", "backdropTextFaint", "matched"})
+            expect(text, "folderPanel");
+    }
+    theme->setProperty("appearance", u"system"_s);
 }
 
 } // namespace

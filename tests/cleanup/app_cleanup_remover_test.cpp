@@ -80,7 +80,7 @@ public:
     bool isThere(std::stop_token) override { return answers; }
     bool answers = true;
     QList<AdminMove> asked;
-    QString answer = administratorApprovalCanceled;
+    QString answer = administratorApprovalCanceled();
 };
 
 class AppCleanupRemoverTest : public testing::Test {

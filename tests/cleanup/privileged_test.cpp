@@ -239,7 +239,7 @@ TEST_F(PrivilegedHelperCoordinatorTest, SaysWhatWentWrong) {
               u"moved"_s);
     using Refusal = AdministratorAuthorization::Refusal;
     authorization.refusal = Refusal::canceled;
-    EXPECT_EQ(saidOf(transport.behaviour), administratorApprovalCanceled);
+    EXPECT_EQ(saidOf(transport.behaviour), administratorApprovalCanceled());
     authorization.refusal = Refusal::externalizationFailed;
     EXPECT_EQ(saidOf(transport.behaviour), u"Could not prepare administrator authorization."_s);
 }

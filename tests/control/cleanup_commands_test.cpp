@@ -184,7 +184,7 @@ TEST_F(CleanupCommandsTest, SaysThatThereIsNoHelper) {
     EXPECT_EQ(status.status, 0);
     EXPECT_EQ(status.json(),
               (QJsonObject{{u"status"_s, u"unavailable"_s},
-                           {u"description"_s, removalHelperDescription},
+                           {u"description"_s, removalHelperDescription()},
                            {u"message"_s, u"Could not connect to the administrator helper."_s}}));
 }
 

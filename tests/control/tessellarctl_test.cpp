@@ -75,6 +75,23 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusal) {
     EXPECT_EQ(run({u"--home"_qs, u"/Users/bob"_qs, u"list"_qs}).status, 0);
 }
 
+TEST_F(TessellarctlTest, SpeaksTheLanguageOfItsUserAndCodesTheSame) {
+    const QStringList german{u"--locale"_qs, u"de_DE"_qs};
+    const QByteArray help = run(german + QStringList{u"--help"_qs}, {}, false).out;
+    EXPECT_TRUE(help.contains("Vor dem Befehl:")) << help.toStdString();
+    EXPECT_TRUE(help.contains("Die letzte Änderung zurücknehmen")) << "of a command";
+    EXPECT_TRUE(run(german + QStringList{u"move"_qs, u"--help"_qs}, {}, false)
+                    .out.contains("Kacheln nach Kennung oder App-Schlüssel"))
+        << "of its words";
+    const Result refused = run(german + QStringList{u"hide"_qs, u"nobody"_qs});
+    EXPECT_EQ(refused.code(), u"noSuchTile");
+    EXPECT_EQ(refused.error, "Es gibt keine Kachel „nobody“.\n");
+    // What is set comes before what the system says.
+    EXPECT_EQ(run({u"settings"_qs, u"set"_qs, u"language"_qs, u"de"_qs}).status, 0);
+    EXPECT_EQ(run({u"hide"_qs, u"nobody"_qs}).error, "Es gibt keine Kachel „nobody“.\n");
+    EXPECT_EQ(run({u"settings"_qs, u"set"_qs, u"language"_qs, u"tlh"_qs}).code(), u"outOfRange");
+}
+
 TEST_F(TessellarctlTest, WritesItsOwnManualAndCompletions) {
     const QByteArray page = run({u"--generate"_qs, u"man"_qs}, {}, false).out;
     EXPECT_TRUE(page.startsWith(".TH TESSELLARCTL 1"));

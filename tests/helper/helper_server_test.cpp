@@ -81,7 +81,7 @@ TEST_F(HelperServerTest, AnApprovalIsGoodForOneRequestOnOneConnection) {
     check.given = FakeCheck::Answer::denied;
     EXPECT_EQ(answer(asked, "one").error, AuthorizationError::denied);
     check.given = FakeCheck::Answer::canceled;
-    EXPECT_EQ(answer(asked, "one").outcomes.first().message, administratorApprovalCanceled);
+    EXPECT_EQ(answer(asked, "one").outcomes.first().message, administratorApprovalCanceled());
     EXPECT_EQ(mac.read(daemon), "daemon");
     check.given = FakeCheck::Answer::granted;
     EXPECT_EQ(answer(asked, "one").outcomes.size(), 1);

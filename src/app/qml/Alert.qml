@@ -10,6 +10,7 @@ Sheet {
     readonly property bool isQuestion: alert.accept !== ""
 
     title: alert.title
+    message: alert.text
     role: Accessible.AlertMessage
     wanted: 440
     headingFont: Theme.alertFont

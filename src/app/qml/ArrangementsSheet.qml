@@ -127,8 +127,9 @@ Sheet {
             }
 
             ListRow {
-                x: picture.width + 12
-                width: parent.width - x - more.width - 8
+                anchors.left: parent.left
+                anchors.leftMargin: picture.width + 12
+                width: parent.width - anchors.leftMargin - more.width - 8
                 height: parent.height
                 index: row.index
                 list: row.ListView.view

@@ -8,6 +8,7 @@ Item {
     objectName: "folderOverlay"
 
     required property LauncherController launcher
+    required property Item stage
     readonly property OpenFolder folder: launcher.folder
     // Of the folder's tile, in this item; empty when it is not to be seen.
     property rect origin
@@ -87,6 +88,7 @@ Item {
             id: title
 
             y: 20
+            transform: Unmirrored { target: title }
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, parent.width - 60)
             text: overlay.folder.title
@@ -113,6 +115,9 @@ Item {
             active: overlay.folder.isOpen && overlay.launcher.renaming.tileId === overlay.folder.tileId
                     && overlay.folder.tileId !== ""
             sourceComponent: NameField {
+                id: nameField
+
+                transform: Unmirrored { target: nameField }
                 launcher: overlay.launcher
                 name: overlay.folder.title
                 width: Math.min(360, panel.width - 40)
@@ -121,6 +126,9 @@ Item {
         }
 
         Text {
+            id: notice
+
+            transform: Unmirrored { target: notice }
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.top: title.bottom
             width: Math.min(implicitWidth, parent.width - 40)
@@ -143,6 +151,7 @@ Item {
                 active: overlay.visible
                 sourceComponent: PageStrip {
                     launcher: overlay.launcher
+                    stage: overlay.stage
                     model: overlay.folder.tiles
                     interactive: overlay.folder.isOpen
                     isInFolder: true
@@ -151,6 +160,9 @@ Item {
         }
 
         Text {
+            id: nothing
+
+            transform: Unmirrored { target: nothing }
             anchors.centerIn: parent
             width: parent.width - 60
             visible: overlay.folder.isOpen && overlay.folder.isEmpty

@@ -6,6 +6,7 @@ Item {
     id: page
 
     required property LauncherController launcher
+    required property Item stage
     required property PageModel tiles
     required property int index
     required property bool isInFolder
@@ -173,6 +174,7 @@ Item {
             width: page.cellWidth
             height: page.cellHeight
             launcher: page.launcher
+            stage: page.stage
             iconSide: page.iconSide
             labelPixels: page.labelPixels
             canLift: page.canLift

@@ -22,6 +22,7 @@ Item {
     Text {
         id: name
 
+        anchors.left: parent.left
         width: line.labelWidth
         text: line.label
         color: Theme.textFaint
@@ -32,8 +33,9 @@ Item {
     TextEdit {
         id: words
 
-        x: line.labelWidth + 10
-        width: line.width - x - (button.visible ? button.width + 8 : 0)
+        anchors.left: parent.left
+        anchors.leftMargin: line.labelWidth + 10
+        width: line.width - anchors.leftMargin - (button.visible ? button.width + 8 : 0)
         text: line.text
         readOnly: true
         selectByMouse: true

@@ -56,7 +56,8 @@ Sheet {
             Accessible.name: modelData.join(": ")
 
             Text {
-                width: parent.width * 0.36
+                anchors.left: parent.left
+                width: parent.width * 0.42
                 anchors.verticalCenter: parent.verticalCenter
                 text: row.modelData[0]
                 color: Theme.text
@@ -66,8 +67,9 @@ Sheet {
             }
 
             Text {
-                x: parent.width * 0.38
-                width: parent.width - x - 12
+                anchors.left: parent.left
+                anchors.leftMargin: parent.width * 0.44
+                width: parent.width - anchors.leftMargin - 12
                 anchors.verticalCenter: parent.verticalCenter
                 text: row.modelData[1]
                 color: Theme.textDim

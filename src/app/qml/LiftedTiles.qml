@@ -18,6 +18,7 @@ Item {
         width: lifted.iconSide
         height: lifted.iconSide
         scale: 1.08
+        transform: Unmirrored { target: picture }
         opacity: 0.92
         icons: lifted.launcher.icons
         kind: lifted.tile.kind
@@ -38,6 +39,7 @@ Item {
             id: count
 
             anchors.centerIn: parent
+            transform: Unmirrored { target: count }
             text: lifted.drag.liftedIds.length
             color: Theme.backdropText
             font.pixelSize: Theme.controlFont

@@ -10,6 +10,9 @@ FocusScope {
     // The launcher goes, or has gone: it fades, and comes back a little nearer.
     property bool isAway: false
 
+    LayoutMirroring.enabled: Theme.isMirrored
+    LayoutMirroring.childrenInherit: true
+
     focus: true
     opacity: isAway ? 0 : 1
     scale: isAway && !Theme.reducesMotion ? 1.04 : 1
@@ -36,7 +39,7 @@ FocusScope {
         target: root.launcher
         function onMenuWanted(tileId) {
             const rect = root.launcher.folder.isOpen ? folder.tileRect(tileId) : pages.tileRect(tileId);
-            root.launcher.openMenu(tileId, rect.width > 0 ? Qt.point(rect.x + rect.width / 2, rect.y + rect.height / 2)
+            root.launcher.openMenu(tileId, rect.width > 0 ? tiles.mapToItem(null, rect.x + rect.width / 2, rect.y + rect.height / 2)
                                                           : Qt.point(root.width / 2, root.height / 2));
         }
     }
@@ -61,14 +64,27 @@ FocusScope {
         value: root.launcher.reducesMotion
     }
 
+    Binding {
+        target: Theme
+        property: "textScale"
+        value: root.launcher.textScale
+    }
+
     BackdropItem {
         anchors.fill: parent
         backdrop: root.launcher.backdrop
         isDark: !Theme.isLight
     }
 
-    // The tiles and what belongs to them. Under a sheet or an alert they are only looked at.
+    // The tiles and what belongs to them. Under a sheet or an alert they are only looked at. For who reads from the
+    // right all of it is mirrored, and what is to be read turned back.
     Item {
+        id: tiles
+
+        transform: Unmirrored { target: tiles }
+        LayoutMirroring.enabled: false
+        LayoutMirroring.childrenInherit: true
+
         anchors.fill: parent
         enabled: !root.launcher.isCovered
 
@@ -102,6 +118,7 @@ FocusScope {
 
                 anchors.fill: parent
                 launcher: root.launcher
+                stage: tiles
                 model: root.launcher.grid
                 interactive: !root.launcher.folder.isOpen && !root.launcher.alert.isOpen
             }
@@ -117,6 +134,9 @@ FocusScope {
             }
 
             Text {
+                id: nothingInstalled
+
+                transform: Unmirrored { target: nothingInstalled }
                 anchors.centerIn: parent
                 visible: root.launcher.isReady && root.launcher.grid.pageCount === 0
                 text: qsTr("No applications were found.")
@@ -142,6 +162,7 @@ FocusScope {
 
                     anchors.fill: parent
                     launcher: root.launcher
+                    stage: tiles
                     model: root.launcher.search.results
                     interactive: !root.launcher.alert.isOpen
                     canLift: false
@@ -158,6 +179,9 @@ FocusScope {
                 }
 
                 Text {
+                    id: nothingFound
+
+                    transform: Unmirrored { target: nothingFound }
                     anchors.centerIn: parent
                     width: Math.min(implicitWidth, parent.width - 80)
                     visible: root.launcher.search.results.pageCount === 0
@@ -172,6 +196,11 @@ FocusScope {
         }
 
         SearchField {
+            id: searchField
+
+            transform: Unmirrored { target: searchField }
+            LayoutMirroring.enabled: Theme.isMirrored
+            LayoutMirroring.childrenInherit: true
             anchors.horizontalCenter: parent.horizontalCenter
             y: Math.max(4, Math.round((root.launcher.grid.metrics.top - height) / 2))
             opacity: root.launcher.isReady ? 1 - folder.progress : 0
@@ -184,6 +213,7 @@ FocusScope {
 
             anchors.fill: parent
             launcher: root.launcher
+            stage: tiles
             origin: pages.tileRect(root.launcher.folder.tileId)
         }
 

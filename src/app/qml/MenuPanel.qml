@@ -35,6 +35,7 @@ Rectangle {
     border.color: Theme.panelOutline
 
     Accessible.role: Accessible.PopupMenu
+    Accessible.name: qsTr("Menu")
 
     function showLine(index) {
         const line = lines.itemAt(index);
@@ -80,9 +81,18 @@ Rectangle {
                     width: panel.lineWidth
                     height: modelData.isSeparator ? 9 : Math.max(28, words.implicitHeight + 10)
 
-                    Accessible.role: modelData.isSeparator ? Accessible.Separator : Accessible.MenuItem
-                    Accessible.name: modelData.title
-                    Accessible.onPressAction: panel.chosen(index)
+                    // Apart from the line, which the pointer finds also where it cannot be chosen.
+                    Item {
+                        anchors.fill: parent
+                        enabled: line.modelData.isSeparator || line.modelData.isEnabled
+
+                        Accessible.role: line.modelData.isSeparator ? Accessible.Separator : Accessible.MenuItem
+                        Accessible.name: line.modelData.title
+                        Accessible.description: line.modelData.shortcut ?? ""
+                        Accessible.focused: line.isCurrent
+                        Accessible.checked: line.modelData.isChosen
+                        Accessible.onPressAction: panel.chosen(line.index)
+                    }
 
                     Rectangle {
                         visible: line.modelData.isSeparator
@@ -101,7 +111,8 @@ Rectangle {
                     }
 
                     Text {
-                        x: 11
+                        anchors.left: parent.left
+                        anchors.leftMargin: 11
                         anchors.verticalCenter: parent.verticalCenter
                         visible: line.modelData.isChosen
                         text: "✓"
@@ -113,9 +124,10 @@ Rectangle {
                     Text {
                         id: words
 
-                        x: 12 + panel.markWidth
+                        anchors.left: parent.left
+                        anchors.leftMargin: 12 + panel.markWidth
                         anchors.verticalCenter: parent.verticalCenter
-                        width: parent.width - x - 12 - (line.modelData.hasEntries ? 14 : keys.text !== "" ? keys.width + 14 : 0)
+                        width: parent.width - anchors.leftMargin - 12 - (line.modelData.hasEntries ? 14 : keys.text !== "" ? keys.width + 14 : 0)
                         text: line.modelData.title
                         color: !line.modelData.isEnabled ? Theme.textFaint : line.isCurrent ? Theme.accentText
                                : line.modelData.isDestructive ? Theme.dangerText : Theme.text
@@ -143,7 +155,7 @@ Rectangle {
                         anchors.rightMargin: 10
                         anchors.verticalCenter: parent.verticalCenter
                         visible: line.modelData.hasEntries
-                        text: "›"
+                        text: Theme.isMirrored ? "‹" : "›"
                         color: words.color
                         font.pixelSize: Theme.alertFont
                     }

@@ -6,8 +6,11 @@ PagerItem {
     id: strip
 
     required property LauncherController launcher
+    // What the pointer's places are told in.
+    required property Item stage
     required property GridModel model
     property bool interactive: true
+    readonly property int sign: isMirrored ? -1 : 1
     property bool isInFolder: false
     property bool canLift: true
     // None before the arrangement is there.
@@ -84,9 +87,9 @@ PagerItem {
                 const slot = repeater.itemAt(i);
                 if (!slot || !slot.item)
                     continue;
-                slot.item.flyHome(drag.releasedTile, slot.item.mapFromItem(null, drag.releasedAt.x, drag.releasedAt.y));
+                slot.item.flyHome(drag.releasedTile, slot.item.mapFromItem(strip.stage, drag.releasedAt.x, drag.releasedAt.y));
                 if (slot.isCurrent) {
-                    const at = slot.item.mapFromItem(null, drag.releasedAt.x, drag.releasedAt.y);
+                    const at = slot.item.mapFromItem(strip.stage, drag.releasedAt.x, drag.releasedAt.y);
                     const metrics = strip.model.metrics;
                     strip.released = {
                         tile: drag.releasedTile,
@@ -104,6 +107,7 @@ PagerItem {
     onTurned: page => model.turnTo(page)
     onPositionChanged: updateNear()
     jumps: Theme.reducesMotion
+    isMirrored: Theme.isMirrored
     onPageChanged: {
         updateNear();
         if (jumps)
@@ -154,6 +158,7 @@ PagerItem {
                 visible: isSeen
                 sourceComponent: GridPage {
                     launcher: strip.launcher
+                    stage: strip.stage
                     tiles: strip.model.tilesOf(slot.page)
                     index: slot.page
                     isInFolder: strip.isInFolder
@@ -176,12 +181,12 @@ PagerItem {
             if (active)
                 last = 0;
             else
-                strip.release(centroid.velocity.x);
+                strip.release(strip.sign * centroid.velocity.x);
         }
         onTranslationChanged: {
             if (!active)
                 return;
-            strip.drag(translation.x - last);
+            strip.drag(strip.sign * (translation.x - last));
             last = translation.x;
         }
     }

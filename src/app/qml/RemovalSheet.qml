@@ -36,7 +36,8 @@ Sheet {
 
     CheckMark {
         objectName: "removalSelectAll"
-        x: 8
+        anchors.left: parent.left
+        anchors.leftMargin: 8
         visible: sheet.isReview
         text: qsTr("Select all")
         isChecked: sheet.removal.isAllSelected
@@ -91,7 +92,8 @@ Sheet {
             }
 
             CheckBoxMark {
-                x: 8
+                anchors.left: parent.left
+                anchors.leftMargin: 8
                 anchors.verticalCenter: parent.verticalCenter
                 isChecked: row.isSelected
             }
@@ -99,9 +101,10 @@ Sheet {
             Column {
                 id: words
 
-                x: 40
+                anchors.left: parent.left
+                anchors.leftMargin: 40
                 anchors.verticalCenter: parent.verticalCenter
-                width: parent.width - x - Math.max(bytes.width, reveal.visible ? reveal.width : 0) - 20
+                width: parent.width - anchors.leftMargin - Math.max(bytes.width, reveal.visible ? reveal.width : 0) - 20
                 spacing: 2
 
                 Text {

@@ -27,14 +27,16 @@ Item {
     }
 
     Sign {
-        x: 9
+        anchors.left: parent.left
+        anchors.leftMargin: 9
         anchors.verticalCenter: parent.verticalCenter
         kind: "search"
         color: Theme.backdropTextDim
     }
 
     Text {
-        x: 30
+        anchors.left: parent.left
+        anchors.leftMargin: 30
         anchors.verticalCenter: parent.verticalCenter
         visible: !field.launcher.search.isActive && !field.isComposing
         text: qsTr("Search")
@@ -50,7 +52,8 @@ Item {
     Loader {
         id: input
 
-        x: 30
+        anchors.left: parent.left
+        anchors.leftMargin: 30
         width: parent.width - 38
         height: parent.height
         active: false

@@ -23,6 +23,8 @@ FocusScope {
     property bool takesKeyboard: true
     property int headingFont: Theme.headingFont
     property int role: Accessible.Dialog
+    // What is said with the title, for who does not see it.
+    property string message
     // Beside what it is about, where there is room, which then stays in sight.
     property bool isBeside: false
     // Its parts are worked at, and what lies behind shows the result.
@@ -108,6 +110,7 @@ FocusScope {
 
         Accessible.role: sheet.role
         Accessible.name: sheet.title
+        Accessible.description: sheet.message
 
         MouseArea {
             anchors.fill: parent
@@ -117,7 +120,8 @@ FocusScope {
         Text {
             id: heading
 
-            x: sheet.padding
+            anchors.left: parent.left
+            anchors.leftMargin: sheet.padding
             y: sheet.padding
             width: parent.width - 2 * sheet.padding
             text: sheet.title

@@ -12,6 +12,9 @@ QtObject {
     // "light", "dark", or as the system has it.
     property string appearance: "system"
     property bool reducesMotion: false
+    property real textScale: 1
+    // For who reads from the right.
+    readonly property bool isMirrored: Qt.application.layoutDirection === Qt.RightToLeft
 
     readonly property SystemPalette system: SystemPalette {}
     // What Qt shows where no desktop says anything: no wish of anybody's.
@@ -51,7 +54,7 @@ QtObject {
     readonly property color textSoft: isLight ? "#d91d1f27" : "#d9ffffff"
     readonly property color textDim: isLight ? "#b81d1f27" : "#b3ffffff"
     readonly property color textFaint: isLight ? "#a61d1f27" : "#99ffffff"
-    readonly property color textHint: isLight ? "#801d1f27" : "#66ffffff"
+    readonly property color textHint: isLight ? "#a01d1f27" : "#8cffffff"
     readonly property color control: isLight ? "#14000000" : "#24ffffff"
     readonly property color controlHovered: isLight ? "#1f000000" : "#38ffffff"
     readonly property color controlPressed: isLight ? "#33000000" : "#4dffffff"
@@ -63,33 +66,33 @@ QtObject {
     readonly property color separator: isLight ? "#1f000000" : "#1fffffff"
     readonly property color rowHovered: isLight ? "#0a000000" : "#14ffffff"
     readonly property color rowCurrent: isLight ? "#12000000" : "#1fffffff"
-    readonly property color accent: isLight ? "#2f66f0" : "#4f80ff"
-    readonly property color accentPressed: isLight ? "#2556d6" : "#3d6ff0"
+    readonly property color accent: isLight ? "#2f66f0" : "#3a68ea"
+    readonly property color accentPressed: isLight ? "#2556d6" : "#2f5bd6"
     readonly property color accentSoft: "#404f80ff"
     readonly property color accentText: "#ffffff"
     readonly property color focusRing: isLight ? "#0b3fc4" : "#ffffff"
     readonly property color defaultRing: isLight ? "#4d0b3fc4" : "#99ffffff"
-    readonly property color danger: isLight ? "#d93a2f" : "#e5483d"
+    readonly property color danger: isLight ? "#d93a2f" : "#d4392f"
     readonly property color dangerPressed: "#c9362c"
-    readonly property color dangerText: isLight ? "#b3261c" : "#ff8a80"
+    readonly property color dangerText: isLight ? "#b3261c" : "#ff9a91"
     readonly property color warning: isLight ? "#c77700" : "#ffb340"
     readonly property color warningText: isLight ? "#7d5200" : "#ffd479"
     readonly property color clear: "#00000000"
 
     // ---- sizes
 
-    readonly property int tinyFont: 10
-    readonly property int captionFont: 11
-    readonly property int noteFont: 12
-    readonly property int controlFont: 13
-    readonly property int textFont: 14
-    readonly property int titleFont: 15
-    readonly property int alertFont: 17
-    readonly property int headingFont: 19
-    readonly property int bigFont: 22
+    readonly property int tinyFont: Math.round(10 * textScale)
+    readonly property int captionFont: Math.round(11 * textScale)
+    readonly property int noteFont: Math.round(12 * textScale)
+    readonly property int controlFont: Math.round(13 * textScale)
+    readonly property int textFont: Math.round(14 * textScale)
+    readonly property int titleFont: Math.round(15 * textScale)
+    readonly property int alertFont: Math.round(17 * textScale)
+    readonly property int headingFont: Math.round(19 * textScale)
+    readonly property int bigFont: Math.round(22 * textScale)
 
-    readonly property int controlHeight: 30
-    readonly property int buttonHeight: 34
+    readonly property int controlHeight: Math.round(30 * textScale)
+    readonly property int buttonHeight: Math.round(34 * textScale)
     readonly property int focusWidth: 2
     readonly property int edgeWidth: 36
     readonly property int fieldRadius: 7

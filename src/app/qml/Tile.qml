@@ -21,6 +21,7 @@ Item {
     required property string place
     required property bool isWeak
     property LauncherController launcher
+    property Item stage
     property int iconSide
     property int labelPixels
     property bool canLift: true
@@ -55,6 +56,8 @@ Item {
         fadeIn.restart();
     }
 
+    transform: Unmirrored { target: tile }
+
     visible: !isVacant
     // The tiles that are carried leave their places.
     opacity: wholeOpacity
@@ -72,9 +75,11 @@ Item {
 
     Accessible.role: Accessible.Button
     Accessible.name: label
-    Accessible.description: [activity, place].filter(text => text !== "").join(", ")
+    Accessible.description: [activity !== "" ? activity : badge, isUnavailable ? launcher.unavailableNotice : "", place].filter(text => text !== "").join(", ")
     Accessible.focusable: true
     Accessible.focused: isSelected
+    Accessible.selectable: true
+    Accessible.selected: isSelected
     Accessible.onPressAction: launcher.activate(tileId)
 
     z: tip.active ? 1 : 0
@@ -236,13 +241,13 @@ Item {
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         pressAndHoldInterval: 900
         onPressed: event => {
-            const point = mapToItem(null, event.x, event.y);
             if (event.button === Qt.RightButton)
-                tile.launcher.openMenu(tile.tileId, point);
+                tile.launcher.openMenu(tile.tileId, mapToItem(null, event.x, event.y));
             else if (tile.canLift && event.source === Qt.MouseEventNotSynthesized)
-                tile.launcher.drag.press(tile.tileId, point, picture.mapToItem(null, 0, 0));
+                tile.launcher.drag.press(tile.tileId, mapToItem(tile.stage, event.x, event.y),
+                                         picture.mapToItem(tile.stage, Theme.isMirrored ? picture.width : 0, 0));
         }
-        onPositionChanged: event => tile.launcher.drag.move(mapToItem(null, event.x, event.y))
+        onPositionChanged: event => tile.launcher.drag.move(mapToItem(tile.stage, event.x, event.y))
         onPressAndHold: event => tile.launcher.openMenu(tile.tileId, mapToItem(null, event.x, event.y))
         onReleased: tile.launcher.drag.letGo()
         onCanceled: tile.launcher.drag.letGo()

@@ -69,8 +69,9 @@ Sheet {
             ListRow {
                 id: line
 
-                x: 48
-                width: parent.width - x
+                anchors.left: parent.left
+                anchors.leftMargin: 48
+                width: parent.width - anchors.leftMargin
                 index: row.index
                 visible: !row.isSection
                 title: row.modelData.title

@@ -63,7 +63,8 @@ Item {
 
     // The title of a section.
     Row {
-        x: 8
+        anchors.left: parent.left
+        anchors.leftMargin: 8
         anchors.verticalCenter: parent.verticalCenter
         visible: row.isSection
         spacing: 8
@@ -92,7 +93,8 @@ Item {
     }
 
     IconItem {
-        x: 8
+        anchors.left: parent.left
+        anchors.leftMargin: 8
         y: 8
         width: 40
         height: 40
@@ -104,9 +106,10 @@ Item {
     Column {
         id: words
 
-        x: 60
+        anchors.left: parent.left
+        anchors.leftMargin: 60
         y: Math.max(8, (56 - headline.height - said.height - 2) / 2)
-        width: parent.width - x - (buttons.visible ? buttons.width + 18 : 12)
+        width: parent.width - anchors.leftMargin - (buttons.visible ? buttons.width + 18 : 12)
         visible: !row.isSection
         spacing: 2
 

@@ -1,5 +1,7 @@
 #include "cleanup/privileged/helper_setup_broker.h"
 
+#include "platform/texts.h"
+
 namespace tessellar {
 namespace {
 
@@ -9,31 +11,34 @@ constexpr std::array statusWords{
     std::pair{"enabled", Status::enabled}, std::pair{"notRegistered", Status::notRegistered},
     std::pair{"notFound", Status::notFound}, std::pair{"requiresApproval", Status::requiresApproval}};
 
-const HelperNotice approvalNeeded{
-    QStringLiteral("Approval Needed to Finish"),
-    QStringLiteral("Waiting for approval in System Settings — the uninstall continues automatically.")};
-const HelperNotice approvalTurnedOff{
-    QStringLiteral("Approval Needed to Finish"),
-    QStringLiteral("An approval Tessellar needs was turned off in System Settings. Grant it again to "
-                   "finish this uninstall — nothing has been deleted yet.")};
+HelperNotice approvalNeeded() {
+    return {
+        Texts::tr("Approval Needed to Finish"),
+        Texts::tr("Waiting for approval in System Settings — the uninstall continues automatically.")};
+}
+HelperNotice approvalTurnedOff() {
+    return {
+        Texts::tr("Approval Needed to Finish"),
+        Texts::tr("An approval Tessellar needs was turned off in System Settings. Grant it again to "
+                  "finish this uninstall — nothing has been deleted yet.")};
+}
 
 } // namespace
 
 QString message(const BrokerError& error) {
     switch (error.kind) {
     case BrokerError::Kind::missingComponent:
-        return QStringLiteral("Tessellar’s administrator-helper setup component is missing.");
+        return Texts::tr("Tessellar’s administrator-helper setup component is missing.");
     case BrokerError::Kind::notRegistered:
-        return QStringLiteral("macOS did not register the administrator helper.");
+        return Texts::tr("macOS did not register the administrator helper.");
     case BrokerError::Kind::unknownStatus:
-        return QStringLiteral("macOS returned an unknown administrator-helper status.");
+        return Texts::tr("macOS returned an unknown administrator-helper status.");
     case BrokerError::Kind::failed:
         return error.words.isEmpty()
-                   ? QStringLiteral("macOS could not configure Tessellar’s administrator helper.")
+                   ? Texts::tr("macOS could not configure Tessellar’s administrator helper.")
                    : error.words;
     case BrokerError::Kind::notApproved:
-        return QStringLiteral(
-            "Enable Tessellar’s administrator helper in System Settings, then try again.");
+        return Texts::tr("Enable Tessellar’s administrator helper in System Settings, then try again.");
     }
     return {};
 }
@@ -94,7 +99,7 @@ std::expected<void, BrokerError> HelperSetupBroker::awaitApproval(std::stop_toke
         if (_present)
             _present(notice);
     };
-    show(_wasEnabled ? approvalTurnedOff : approvalNeeded);
+    show(_wasEnabled ? approvalTurnedOff() : approvalNeeded());
     std::expected<void, BrokerError> result =
         std::unexpected(BrokerError{BrokerError::Kind::notApproved});
     for (int i = 0; i < mostPolls && _wait(pollInterval, stop); ++i) {

@@ -2,6 +2,7 @@
 
 #include "cleanup/waiting.h"
 #include "platform/machine.h"
+#include "platform/texts.h"
 
 #include <expected>
 
@@ -18,8 +19,9 @@ struct BrokerError {
 QString message(const BrokerError& error);
 
 /// What settings say of the helper.
-inline const QString removalHelperDescription =
-    QStringLiteral("Runs the signed removal helper only during an uninstall. Required.");
+inline QString removalHelperDescription() {
+    return Texts::tr("Runs the signed removal helper only during an uninstall. Required.");
+}
 
 /// What the user is shown while something waits for them.
 struct HelperNotice {

@@ -2,6 +2,7 @@
 #include "platform/code_requirement.h"
 #include "platform/local_socket.h"
 #include "platform/peer_code.h"
+#include "platform/texts.h"
 #include "privileged/records.h"
 
 #include <sys/socket.h>
@@ -63,10 +64,10 @@ std::expected<std::unique_ptr<HelperConnection>, QString> LocalSocketTransport::
     if (!peer)
         return failed(peer.error());
     if (peer->user != _owner)
-        return std::unexpected(QStringLiteral("Someone else listens in the helper's place."));
+        return std::unexpected(Texts::tr("Someone else listens in the helper's place."));
     // An administrator's own helper; one that a test started is whatever it is.
     if (_owner == 0 && !isPeerCodeAccepted(socket->get(), removalHelperService))
-        return std::unexpected(unverifiedSignature);
+        return std::unexpected(unverifiedSignature());
     auto challenge = readFrame(socket->get(), helper_limits::frameBytes, sendTime);
     if (!challenge)
         return failed(challenge.error());

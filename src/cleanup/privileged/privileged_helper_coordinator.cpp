@@ -2,6 +2,7 @@
 
 #include "platform/administrator_rights.h"
 #include "platform/resume_once.h"
+#include "platform/texts.h"
 
 #include <algorithm>
 #include <future>
@@ -12,10 +13,10 @@ namespace {
 using Kind = PrivilegedFileOperationKind;
 using Status = PrivilegedFileOutcomeStatus;
 
-const QString notEncoded = QStringLiteral("Could not encode the administrator request.");
-const QString interrupted = QStringLiteral("The administrator helper was interrupted.");
-const QString closed = QStringLiteral("The administrator helper connection closed unexpectedly.");
-const QString notConnected = QStringLiteral("Could not connect to the administrator helper.");
+const char* const notEncoded = Texts::noop("Could not encode the administrator request.");
+const char* const interrupted = Texts::noop("The administrator helper was interrupted.");
+const char* const closed = Texts::noop("The administrator helper connection closed unexpectedly.");
+const char* const notConnected = Texts::noop("Could not connect to the administrator helper.");
 
 constexpr std::chrono::milliseconds look{100};
 constexpr int patienceAfterStop = 100; ///< looks
@@ -23,7 +24,7 @@ constexpr int patienceAfterStop = 100; ///< looks
 QString sentence(AdministratorAuthorization::Refusal refusal) {
     switch (refusal) {
     case AdministratorAuthorization::Refusal::canceled:
-        return administratorApprovalCanceled;
+        return administratorApprovalCanceled();
     case AdministratorAuthorization::Refusal::denied:
         return message(AuthorizationError::denied);
     case AdministratorAuthorization::Refusal::externalizationFailed:
@@ -39,11 +40,11 @@ bool canBeEncoded(const QString& path) { return path.isValidUtf16() && !path.con
 
 std::expected<PrivilegedFileOperationResponse, QString>
 helperReply(const QByteArray& bytes, const PrivilegedFileOperationRequest& request) {
-    const auto reply = json::decodeDocument<PrivilegedFileOperationResponse>(bytes);
+    auto reply = json::decodeDocument<PrivilegedFileOperationResponse>(bytes);
     if (!reply)
-        return std::unexpected(QStringLiteral("The administrator helper returned unreadable data."));
+        return std::unexpected(Texts::tr("The administrator helper returned unreadable data."));
     const auto invalid =
-        std::unexpected(QStringLiteral("The administrator helper returned an invalid response."));
+        std::unexpected(Texts::tr("The administrator helper returned an invalid response."));
     if (reply->id != request.id)
         return invalid;
     if (reply->error)
@@ -55,7 +56,11 @@ helperReply(const QByteArray& bytes, const PrivilegedFileOperationRequest& reque
         });
     if (!fits || reply->outcomes.size() != request.items.size())
         return invalid;
-    return *reply;
+    // It serves every user, and knows the language of none.
+    for (PrivilegedFileOperationOutcome& outcome : reply->outcomes)
+        if (outcome.message)
+            outcome.message = Texts::tr(outcome.message->toUtf8());
+    return *std::move(reply);
 }
 
 std::expected<QByteArray, AdministratorAuthorization::Refusal>
@@ -90,11 +95,11 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
     const auto connection = _parts.transport.connect();
     if (!connection) {
         _parts.log.warning(QStringLiteral("The removal helper: ") + connection.error());
-        return std::unexpected(notConnected);
+        return std::unexpected(Texts::tr(notConnected));
     }
     const auto challenge = json::decodeDocument<HelperChallenge>((*connection)->challenge());
     if (!challenge)
-        return std::unexpected(notConnected);
+        return std::unexpected(Texts::tr(notConnected));
 
     PrivilegedFileOperationRequest request{
         .id = _parts.uuids.next(), .operation = operation, .items = items, .application = application};
@@ -102,7 +107,7 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
         AdministratorApproval{challenge->nonce, requestDigest(request), *std::move(grant)}));
     const QByteArray encoded = json::writeCompact(json::encode(request));
     if (encoded.size() > helper_limits::frameBytes)
-        return std::unexpected(notEncoded);
+        return std::unexpected(Texts::tr(notEncoded));
 
     // Shared: the thread that brings the reply may be in it still when this one has gone on.
     using Reply = std::expected<QByteArray, QString>;
@@ -115,14 +120,14 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
     };
     (*connection)
         ->send(encoded, {.reply = [replied](const QByteArray& message) { replied->resume(message); },
-                         .interrupted = [fail] { fail(interrupted); },
-                         .invalidated = [fail] { fail(closed); }});
+                         .interrupted = [fail] { fail(Texts::tr(interrupted)); },
+                         .invalidated = [fail] { fail(Texts::tr(closed)); }});
     // Once work has begun there, the truth about it is in the reply: at a stop the helper is told, and
     // only one that says nothing is not waited for.
     const std::stop_callback stopped(stop, [&] { (*connection)->stop(); });
     for (int left = patienceAfterStop; left > 0 && arrived.wait_for(look) != std::future_status::ready;)
         if (stop.stop_requested() && --left == 0)
-            fail(QStringLiteral("The removal was stopped."));
+            fail(Texts::tr("The removal was stopped."));
     const auto result = arrived.get();
     if (!result)
         return std::unexpected(result.error());
@@ -154,7 +159,7 @@ QList<AdminMoveOutcome> PrivilegedHelperCoordinator::move(Kind operation, const 
         bytes = 0;
     };
     for (const AdminMove& item : items) {
-        outcomes.append({.path = item.path, .message = notEncoded});
+        outcomes.append({.path = item.path, .message = Texts::tr(notEncoded)});
         const qsizetype size = 6 * (item.path.size() + item.destination.value_or(QString()).size());
         if (!canBeEncoded(item.path) || !canBeEncoded(item.destination.value_or(QString())))
             continue;

@@ -1,6 +1,7 @@
 #include "platform/desktop/launch_at_login.h"
 
 #include "platform/atomic_file.h"
+#include "platform/texts.h"
 
 #include <QDir>
 #include <QFile>
@@ -28,13 +29,13 @@ std::expected<void, QString> setLaunchesAtLogin(bool on, const QString& configur
     const QString path = entryPath(configuration);
     if (!on) {
         if (QFile::exists(path) && !QFile::remove(path))
-            return std::unexpected(QStringLiteral("“%1” could not be removed.").arg(path));
+            return std::unexpected(Texts::tr("“%1” could not be removed.").arg(path));
         return {};
     }
     if (!QDir().mkpath(configuration + QStringLiteral("/autostart")) ||
         !replaceFile(QFile::encodeName(path), "[Desktop Entry]\nType=Application\nName=Tessellar\n"
                                               "Exec=tessellar --hidden\nIcon=com.tessellar.app\n"))
-        return std::unexpected(QStringLiteral("“%1” could not be written.").arg(path));
+        return std::unexpected(Texts::tr("“%1” could not be written.").arg(path));
     return {};
 }
 

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QString>
+
+namespace tessellar {
+
+/// What an arrangement holds: "12 applications, 1 folder, 3 pages".
+QString countsText(int applications, int folders, int pages);
+
+} // namespace tessellar

@@ -1,0 +1,245 @@
+#include "app/settings_panel.h"
+#include "app/sheets.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_messages.h"
+#include "launcher_fixture.h"
+
+#include <QAccessible>
+#include <QSet>
+
+#include <algorithm>
+
+namespace tessellar::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The window as a screen reader meets it: the tree of what says of itself what it is.
+class AccessibilityTest : public LauncherFixture {
+protected:
+    using Role = QAccessible::Role;
+
+    static std::string nameOf(QAccessibleInterface* thing) {
+        const auto* object = thing->object();
+        return QStringLiteral("%1 “%2” (%3)")
+            .arg(QString::number(static_cast<int>(thing->role())), thing->text(QAccessible::Name),
+                 object ? QString::fromLatin1(object->metaObject()->className()) : QString())
+            .toStdString();
+    }
+    static bool isForHands(Role role) {
+        switch (role) {
+        case Role::Button:
+        case Role::ButtonMenu:
+        case Role::CheckBox:
+        case Role::RadioButton:
+        case Role::MenuItem:
+        case Role::PageTab:
+        case Role::Slider:
+        case Role::EditableText:
+            return true;
+        default:
+            return false;
+        }
+    }
+
+    /// All that can be seen of the tree.
+    std::vector<QAccessibleInterface*> things() {
+        std::vector<QAccessibleInterface*> found;
+        visit(QAccessible::queryAccessibleInterface(&view()), found);
+        return found;
+    }
+    QAccessibleInterface* thing(Role role, const QString& name) {
+        for (QAccessibleInterface* each : things())
+            if (each->role() == role && each->text(QAccessible::Name) == name)
+                return each;
+        return nullptr;
+    }
+
+    /// What every state of the window owes to those who do not see it.
+    void expectAccessible(const std::string& where) {
+        SCOPED_TRACE(where);
+        QSet<const QObject*> reached;
+        for (QAccessibleInterface* each : things()) {
+            reached.insert(each->object());
+            const bool hasName = !each->text(QAccessible::Name).trimmed().isEmpty();
+            if (isForHands(each->role()) || each->role() == Role::Dialog ||
+                each->role() == Role::AlertMessage || each->role() == Role::ListItem) {
+                EXPECT_TRUE(hasName) << nameOf(each) << " has no name";
+            }
+            if (isForHands(each->role()) && each->role() != Role::EditableText &&
+                each->role() != Role::Slider && !each->state().disabled) {
+                EXPECT_TRUE(each->actionInterface() &&
+                            !each->actionInterface()->actionNames().isEmpty())
+                    << nameOf(each) << " cannot be pressed";
+            }
+        }
+        forEach(view().rootObject(), [&](QQuickItem* item) {
+            // Their children are items as well, but what they are is said by themselves.
+            if (!item->activeFocusOnTab() && !takesClicks(item))
+                return;
+            const QQuickItem* said = item;
+            while (said && !reached.contains(said))
+                said = said->parentItem();
+            QAccessibleInterface* spokenFor =
+                said ? QAccessible::queryAccessibleInterface(const_cast<QQuickItem*>(said)) : nullptr;
+            EXPECT_TRUE(spokenFor && spokenFor->role() != Role::NoRole)
+                << item->metaObject()->className() << " at " << item->mapToScene({}).x() << ", "
+                << item->mapToScene({}).y() << " is not in the tree";
+            if (item->activeFocusOnTab() && said == item) {
+                EXPECT_FALSE(spokenFor->text(QAccessible::Name).isEmpty())
+                    << item->metaObject()->className() << " has the keyboard and no name";
+            }
+        });
+    }
+
+    void open(const QString& action, const QString& label = {}) {
+        launcher().openMenu(label.isEmpty() ? QString() : tile(label)->property("tileId").toString(),
+                            {100, 100});
+        launcher().menu()->close();
+        Q_EMIT launcher().menu()->chosen(action);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("objectName", u"sheetCard"_s); }))
+            << action.toStdString();
+    }
+
+private:
+    static void visit(QAccessibleInterface* thing, std::vector<QAccessibleInterface*>& found) {
+        if (!thing || !thing->isValid() || thing->state().invisible)
+            return;
+        found.push_back(thing);
+        for (int i = 0; i < thing->childCount(); ++i)
+            visit(thing->child(i), found);
+    }
+    static void forEach(QQuickItem* item, const std::function<void(QQuickItem*)>& visit) {
+        if (!item->isVisible() || !item->isEnabled() || item->opacity() == 0)
+            return;
+        visit(item);
+        for (QQuickItem* child : item->childItems())
+            forEach(child, visit);
+    }
+    /// An area for a finger on its own: not the window's whole, which only closes what lies over it.
+    bool takesClicks(const QQuickItem* item) const {
+        return item->inherits("QQuickMouseArea") && item->width() < view().width() / 2.0 &&
+               item->height() < view().height() / 2.0;
+    }
+};
+
+TEST_F(AccessibilityTest, TilesSayWhatTheyAreAndHowTheyStand) {
+    install(manyNames(50));
+    start();
+    QAccessibleInterface* first = thing(Role::Button, u"A01"_s);
+    ASSERT_TRUE(first);
+    EXPECT_TRUE(first->state().focusable);
+    EXPECT_FALSE(first->state().selected);
+    EXPECT_TRUE(first->state().selectable);
+    if (QAccessibleInterface* last = thing(Role::Button, u"A50"_s)) {
+        EXPECT_TRUE(last->state().offscreen) << "on a page that is not shown";
+    }
+    press(Qt::Key_Right);
+    const QString selected = selectedLabel();
+    QAccessibleInterface* focused = thing(Role::Button, selected);
+    ASSERT_TRUE(focused) << selected.toStdString();
+    EXPECT_TRUE(focused->state().focused);
+    EXPECT_TRUE(focused->state().selected);
+    EXPECT_TRUE(thing(Role::PageTab, u"Page 2"_s));
+    expectAccessible("grid");
+    first->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !opened().isEmpty(); }));
+}
+
+TEST_F(AccessibilityTest, FoldersSearchAndMenusAreInTheTree) {
+    install({u"Ash"_s, u"Beech"_s, u"Cedar"_s, u"Dogwood"_s});
+    start();
+    rightClick(u"Ash"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return line(u"Hide"_s); }));
+    QAccessibleInterface* hide = thing(Role::MenuItem, u"Hide"_s);
+    ASSERT_TRUE(hide);
+    EXPECT_FALSE(hide->state().disabled);
+    expectAccessible("menu");
+    press(Qt::Key_Escape);
+    type(u"bee"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"Beech"_s) && !tile(u"Cedar"_s); }));
+    QAccessibleInterface* field = thing(Role::EditableText, u"Search"_s);
+    ASSERT_TRUE(field);
+    EXPECT_EQ(field->text(QAccessible::Value), u"bee");
+    EXPECT_TRUE(thing(Role::Button, u"Beech"_s));
+    expectAccessible("search");
+    press(Qt::Key_Escape);
+    const Page page = viewModel().shown().pages().first();
+    ASSERT_TRUE(
+        viewModel().editor().groupTiles(LauncherWindowMode::fullScreen, {page[0].id()}, page[1].id()));
+    click(viewModel().shown().pages().first().first().folder()->name);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().folder()->isOpen(); }));
+    ASSERT_TRUE(rests());
+    expectAccessible("folder");
+}
+
+TEST_F(AccessibilityTest, EachSheetSaysItsNameAndThatOfEveryControl) {
+    install(manyNames(6));
+    start({1280, 900});
+    const std::pair<QString, QString> sheets[] = {{u"settings"_s, {}},
+                                                  {u"updates"_s, {}},
+                                                  {u"backups"_s, {}},
+                                                  {u"arrangements"_s, {}},
+                                                  {u"unplaced"_s, {}},
+                                                  {u"pastRemovals"_s, {}},
+                                                  {u"keys"_s, {}},
+                                                  {u"newSmartFolder"_s, {}},
+                                                  {u"arrange"_s, {}},
+                                                  {u"information"_s, u"A01"_s},
+                                                  {u"changeIcon"_s, u"A01"_s},
+                                                  {u"moveToTrash"_s, u"A01"_s}};
+    for (const auto& [action, label] : sheets) {
+        open(action, label);
+        EXPECT_TRUE(std::ranges::any_of(things(), [](auto* each) {
+            return each->role() == Role::Dialog && !each->text(QAccessible::Name).isEmpty();
+        })) << action.toStdString();
+        expectAccessible(action.toStdString());
+        press(Qt::Key_Escape);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !itemWith("objectName", u"sheetCard"_s); }))
+            << action.toStdString();
+    }
+}
+
+TEST_F(AccessibilityTest, AlertsAreSaidWithTheirAnswers) {
+    install(manyNames(2));
+    start();
+    viewModel().messages().ask({.title = u"Reset?"_s, .text = u"All goes."_s, .accept = u"Reset"_s},
+                               [](bool) {});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return thing(Role::Button, u"Reset"_s); }));
+    QAccessibleInterface* alert = thing(Role::AlertMessage, u"Reset?"_s);
+    ASSERT_TRUE(alert);
+    EXPECT_EQ(alert->text(QAccessible::Description), u"All goes.");
+    EXPECT_TRUE(thing(Role::Button, u"Cancel"_s));
+    expectAccessible("alert");
+    thing(Role::Button, u"Cancel"_s)
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_FALSE(launcher().alert()->isOpen());
+}
+
+/// For who reads from the right the first tile is at the right, pages come from the left, and the hand
+/// and the keys find everything where it is drawn.
+TEST_F(AccessibilityTest, TheWindowIsMirroredForWhoReadsFromTheRight) {
+    struct Direction {
+        Direction() { QGuiApplication::setLayoutDirection(Qt::RightToLeft); }
+        ~Direction() { QGuiApplication::setLayoutDirection(Qt::LeftToRight); }
+    } const direction;
+    install(manyNames(50));
+    start();
+    ASSERT_TRUE(rests());
+    EXPECT_GT(middle(tile(u"A01"_s)).x(), middle(tile(u"A02"_s)).x());
+    EXPECT_GT(middle(tile(u"A01"_s)).x(), view().width() / 2);
+    press(Qt::Key_Left);
+    press(Qt::Key_Left);
+    EXPECT_EQ(selectedLabel(), u"A02") << "an arrow goes where it points";
+    drag(middle(tile(u"A01"_s)), middle(tile(u"A03"_s)) - QPoint(tile(u"A03"_s)->width() / 2, 0));
+    EXPECT_TRUE(shownTiles().startsWith(u"A02 A03 A01"_s)) << shownTiles().toStdString();
+    swipe(400);
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(launcher().grid()->page(), 1) << "the next page comes from the left";
+    click(u"A41"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return opened().contains(u"A41.app"_s); }));
+}
+
+} // namespace
+} // namespace tessellar::test
