@@ -91,6 +91,27 @@ TEST_F(WindowHandTest, CutTilesLookCutAndGoWhereThePageIsTurned) {
     EXPECT_EQ(shownTiles(), u"A02 A03 A04 A05 A06 A07 A08 A09|A10 [Both: A11 A12] A01");
 }
 
+TEST_F(WindowHandTest, AnUndoTakesAPageThatItChangesOutOfSight) {
+    const QStringList names = manyNames(90);
+    install(names);
+    Pages pages(3);
+    for (qsizetype i = 0; i < names.size(); ++i)
+        pages[i / 40].append(app(names[i]));
+    store(pages);
+    start();
+    clickWith(Qt::ControlModifier, u"A01"_s);
+    press(Qt::Key_X, Qt::ControlModifier);
+    press(Qt::Key_PageDown);
+    ASSERT_TRUE(rests());
+    press(Qt::Key_V, Qt::ControlModifier);
+    ASSERT_TRUE(shownTiles().endsWith(u" A90"_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"A01"_s); }));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(launcher().grid()->page(), 0);
+    EXPECT_TRUE(rests());
+    EXPECT_TRUE(tile(u"A01"_s));
+}
+
 TEST_F(WindowHandTest, KeysMoveAndGroup) {
     start();
     press(Qt::Key_Right);

@@ -44,13 +44,15 @@ Item {
     // What the name's line says. Once a turn, however much of it changes: laying out text is what tiles cost most.
     readonly property string line: activity !== "" ? activity : markedLabel !== "" ? setOff(markedLabel) : label
 
-    function layOutName() {
+    // A signal, which is not heard of any more when the tile goes with its page before the turn ends.
+    signal nameSettled
+
+    onNameSettled: {
         name.textFormat = markedLabel !== "" && activity === "" ? Text.StyledText : Text.PlainText;
         name.text = line;
     }
-
-    onLineChanged: Qt.callLater(layOutName)
-    Component.onCompleted: layOutName()
+    onLineChanged: Qt.callLater(nameSettled)
+    Component.onCompleted: nameSettled()
 
     function appear() {
         fadeIn.restart();
