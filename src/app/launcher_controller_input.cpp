@@ -121,7 +121,7 @@ void LauncherController::escape() {
         (*open)->close();
     else if (_smartFolder.days()->isOpen())
         _smartFolder.days()->close();
-    else if (_drag.cancel())
+    else if (_drag.putBack())
         return;
     else if (_alert.isOpen())
         _alert.answer(false);

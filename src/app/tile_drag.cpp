@@ -81,6 +81,7 @@ void TileDrag::lift() {
     }
     const QUuid tile = *_pressed;
     _heldTile = tile;
+    _before = _viewModel.shown().navigation();
     const QSet<QUuid>& selected = _viewModel.shown().selectedItemIDs();
     _liftedSet = selected.contains(tile) ? selected : QSet<QUuid>{tile};
     _lifted.clear();
@@ -293,6 +294,8 @@ void TileDrag::drop() {
         outcome = _viewModel.editor().groupTiles(_viewModel.shown().mode(), tiles, drop.target);
     else if (drop.kind == Drop::Kind::between)
         outcome = _viewModel.editor().moveTiles(_viewModel.shown().mode(), tiles, drop.place);
+    else
+        _viewModel.shown().setNavigation(_before);
     if (!outcome) {
         Q_EMIT refused(outcome.error());
         return;
@@ -309,6 +312,13 @@ bool TileDrag::cancel() {
     letGo();
     if (was)
         end();
+    return was;
+}
+
+bool TileDrag::putBack() {
+    const bool was = cancel();
+    if (was)
+        _viewModel.shown().setNavigation(_before);
     return was;
 }
 
@@ -361,8 +371,14 @@ DragStage::DragStage(QQuickItem* parent) : QQuickItem(parent) {
 
 void DragStage::setDrag(TileDrag* drag) {
     _drag = drag;
-    if (_drag)
-        connect(_drag, &TileDrag::lifted, this, [this] { grabMouse(); });
+    if (!_drag)
+        return;
+    connect(_drag, &TileDrag::lifted, this, [this] { grabMouse(); });
+    // Nothing is hovered while somebody has the grab.
+    connect(_drag, &TileDrag::changed, this, [this] {
+        if (!_drag->isLifted())
+            ungrabMouse();
+    });
 }
 
 void DragStage::mouseMoveEvent(QMouseEvent* event) { _drag->move(event->position()); }

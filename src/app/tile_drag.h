@@ -96,6 +96,8 @@ public:
     void drop();
     /// They go back to where they were; true when there were any.
     bool cancel();
+    /// The same, and the user is again where the drag began.
+    bool putBack();
     /// The arrangement has changed under the tiles: those that are still shown stay in the hand, over
     /// what lies there now. Ends when the one that the pointer holds is gone, or nothing may be moved.
     void follow();
@@ -155,6 +157,7 @@ private:
     QPointF _pointer;
     QPointF _grip;
     std::optional<QUuid> _heldTile;
+    Navigation _before;   ///< where the user was when they were lifted
     QList<QUuid> _lifted; ///< in the order of the arrangement
     QSet<QUuid> _liftedSet;
     Drop _drop;

@@ -1,5 +1,6 @@
 #include "app/tile_drag.h"
 
+#include "launcher/launcher_editor.h"
 #include "launcher/small_launcher.h"
 
 #include <cmath>
@@ -16,16 +17,21 @@ struct DragIntentTest : SmallLauncher {
     DragIntentTest() {
         for (int i = 0; i < count; ++i)
             install(name(i));
-        start();
         metrics.columns = 8;
         metrics.rows = 5;
         metrics.left = 100;
         metrics.top = 60;
         metrics.cellWidth = 150;
         metrics.cellHeight = 140;
+        begin();
+    }
+
+    void begin() {
+        drag.reset();
+        start();
         drag = std::make_unique<TileDrag>(*launcher, time, [this] {
             return TileDrag::Area{.pages = launcher->shown().shownPages(),
-                                  .page = 0,
+                                  .page = launcher->shown().currentPage(),
                                   .frame = {0, 0, 1400, 800},
                                   .cells = metrics};
         });
@@ -38,7 +44,8 @@ struct DragIntentTest : SmallLauncher {
         return {metrics.left + (cell % 8 + 0.5) * metrics.cellWidth,
                 metrics.top + (cell / 8 + 0.5) * metrics.cellHeight};
     }
-    QString idOf(int i) { return toText(launcher->shown().shownPages().tiles(0).at(i).id()); }
+    Page tiles() const { return launcher->shown().shownPages().tiles(launcher->shown().currentPage()); }
+    QString idOf(int i) { return toText(tiles().at(i).id()); }
     double random(double from, double to) {
         return std::uniform_real_distribution(from, to)(generator);
     }
@@ -56,15 +63,17 @@ struct DragIntentTest : SmallLauncher {
     }
     /// The order that what is shown promises; empty where a folder is promised, or nothing.
     QStringList promised(int lifted) {
-        const QList<int> slots = drag->slotsOf(false, 0);
+        const int page = launcher->shown().currentPage();
+        const QList<int> slots = drag->slotsOf(false, page);
+        const QStringList shown = labels();
         QStringList order;
         QList<int> drawn;
         for (int i = 0; i < slots.size(); ++i)
             if (slots[i] >= 0) {
-                order.append(name(i));
+                order.append(shown[i]);
                 drawn.append(slots[i]);
             }
-        const QRectF caret = drag->caretOf(false, 0);
+        const QRectF caret = drag->caretOf(false, page);
         qsizetype before = 0;
         if (caret.isEmpty()) {
             while (before < drawn.size() && drawn[before] == before)
@@ -81,7 +90,7 @@ struct DragIntentTest : SmallLauncher {
     }
     QStringList labels() {
         QStringList result;
-        for (const LaunchpadItem& item : launcher->shown().shownPages().tiles(0))
+        for (const LaunchpadItem& item : tiles())
             result.append(item.app() ? item.app()->name : item.folder()->name);
         return result;
     }
@@ -144,6 +153,51 @@ TEST_F(DragIntentTest, WhatIsShownIsWhatHappens) {
     }
     EXPECT_GT(grouped, 20);
     EXPECT_GT(moved, 100);
+}
+
+TEST_F(DragIntentTest, WhereAPageGoesUnderTheHandTheNextIsAimedAt) {
+    const auto page = [](int from, int to) {
+        Page result;
+        for (int i = from; i < to; ++i)
+            result.append(app(name(i)));
+        return result;
+    };
+    store({page(0, 8), page(8, 9), page(9, count)});
+    begin();
+    int grouped = 0;
+    for (int i = 0; i < 60; ++i) {
+        const int tile = int(generator() % 8);
+        pick(tile);
+        carry(middleOf(tile), {1399, 300}, 2000);
+        time.advance(TileDrag::turnDelay);
+        ASSERT_EQ(labels(), QStringList{name(8)});
+        const QPointF aim(random(150, 1250), random(70, 330));
+        carry({1399, 300}, aim, 800);
+        if (generator() % 2)
+            time.advance(std::chrono::milliseconds(int(random(0, 600))));
+        ASSERT_TRUE(launcher->editor().hideApps(launcher->shown().mode(), {test::idOf(name(8))}));
+        drag->follow();
+        ASSERT_TRUE(drag->isLifted()) << i;
+        ASSERT_EQ(labels().first(), name(9)) << "the page that was behind it";
+        if (generator() % 2)
+            time.advance(std::chrono::milliseconds(int(random(0, 600))));
+        const QString target = drag->targetId();
+        const QStringList order = promised(tile);
+        drag->drop();
+        if (target.isEmpty()) {
+            ASSERT_EQ(labels(), order) << i;
+        } else {
+            ASSERT_EQ(made ? toText(*made) : QString(), target) << i;
+        }
+        grouped += target.isEmpty() ? 0 : 1;
+        made.reset();
+        while (launcher->history().steps().canUndo(launcher->shown().mode())) {
+            ASSERT_EQ(undo(), u"done");
+        }
+        launcher->shown().setCurrentPage(0);
+    }
+    EXPECT_GT(grouped, 5);
+    EXPECT_LT(grouped, 55);
 }
 
 TEST_F(DragIntentTest, NothingFleesFromAHandThatMovesAndRestingMakesRoomOrAFolder) {

@@ -92,6 +92,50 @@ TEST_F(TileDragTest, AtTheEdgeThePageTurnsAfterAWhileAndANewOneIsMadePastTheLast
     EXPECT_EQ(viewModel().shown().currentPage(), 2);
 }
 
+TEST_F(TileDragTest, WhatIsPutBackIsSeenWhereItWasAndThePointerHoversOverWhatItIsOn) {
+    showTwoPagesAndAFolder();
+    const QPoint edge(view().width() - 4, 300);
+    const auto carryToTheNextPage = [&](const QString& label) {
+        const QPoint from = at(label);
+        QTest::mouseMove(&view(), from);
+        QTest::mousePress(&view(), Qt::LeftButton, {}, from);
+        carry(from, edge);
+        mac.time.advance(TileDrag::leaveDelay); // beside the folder's panel it closes
+        mac.time.advance(TileDrag::turnDelay);
+        ASSERT_EQ(viewModel().shown().currentPage(), 1);
+    };
+    carryToTheNextPage(u"A01"_s);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(viewModel().shown().currentPage(), 0);
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, edge);
+    ASSERT_TRUE(rests());
+    click(u"F"_s);
+    ASSERT_TRUE(rests());
+    carryToTheNextPage(u"A03"_s);
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, {view().width() + 50, 300}); // out of the window
+    EXPECT_EQ(shownTiles(), u"A01 A02 [F: A03 A04]|A05 A06");
+    EXPECT_EQ(viewModel().shown().currentPage(), 0);
+    EXPECT_TRUE(launcher().folder()->isOpen());
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(rests());
+
+    const auto isHovered = [&](const QString& label) {
+        for (QObject* handler : tile(label)->findChildren<QObject*>())
+            if (handler->inherits("QQuickHoverHandler"))
+                return handler->property("hovered").toBool();
+        return false;
+    };
+    const QPoint from = at(u"A01"_s);
+    QTest::mouseMove(&view(), from);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isHovered(u"A01"_s); }));
+    QTest::mousePress(&view(), Qt::LeftButton, {}, from);
+    carry(from, {900, 600});
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isHovered(u"A01"_s); })) << "it was left behind";
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, {900, 600});
+    EXPECT_TRUE(view().isVisible());
+}
+
 TEST_F(TileDragTest, OutsideAnOpenFoldersPanelATileComesOut) {
     showTwoPagesAndAFolder();
     click(u"F"_s);
