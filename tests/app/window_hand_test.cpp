@@ -4,6 +4,7 @@
 #include "launcher/launcher_clipboard.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
 #include "launcher/layout_archive.h"
 #include "launcher_fixture.h"
 
@@ -335,6 +336,32 @@ TEST_F(WindowHandTest, EverySheetKeepsItsButtonsInTheSmallestWindow) {
     EXPECT_EQ(launcher().sheets()->current(), Sheets::keys);
     press(Qt::Key_Escape);
     EXPECT_EQ(launcher().sheets()->current(), QString());
+}
+
+TEST_F(WindowHandTest, WhatComesAndGoesFitsTheSmallestWindow) {
+    const QString name(240, u'W');
+    install({name});
+    start({320, 240});
+    const auto isWithin = [&](QQuickItem* item) {
+        return item &&
+               QRectF({}, QSizeF(view().size())).contains(item->mapRectToScene(item->boundingRect()));
+    };
+    press(Qt::Key_End);
+    ASSERT_TRUE(rests());
+    QQuickItem* longest = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return longest = tile(name); }));
+    QTest::mouseMove(&view(), middle(longest));
+    QQuickItem* tip = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tip = itemWith("objectName", u"tip"_s); }));
+    EXPECT_TRUE(isWithin(tip));
+    QTest::mouseClick(&view(), Qt::RightButton, {}, middle(longest));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("objectName", u"menuPanel"_s); }));
+    EXPECT_TRUE(isWithin(itemWith("objectName", u"menuPanel"_s)));
+    press(Qt::Key_Escape);
+    const QString sentence = name.left(60);
+    viewModel().messages().showNotice(sentence);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("shown", sentence); }));
+    EXPECT_TRUE(isWithin(itemWith("shown", sentence)));
 }
 
 TEST(MatchedLetters, AreSetOffAsAWholeAtAWordOrOneByOne) {

@@ -30,6 +30,7 @@ Item {
         y: root.menu.position.y + 1 + height <= root.height - 8 ? root.menu.position.y + 1
            : root.within(root.menu.position.y - 1 - height >= 8 ? root.menu.position.y - 1 - height : root.menu.position.y, height, root.height)
         tallest: root.height - 16
+        widest: root.width - 16
         entries: root.menu.entries
         current: root.menu.current
         onHovered: index => root.menu.hover(false, index)
@@ -42,9 +43,10 @@ Item {
             readonly property bool fitsRight: main.x + main.width + width - 4 < root.width - 8
 
             objectName: "subMenuPanel"
-            x: fitsRight ? main.x + main.width - 4 : Math.max(8, main.x - width + 4)
+            x: fitsRight ? main.x + main.width - 4 : root.within(main.x - width + 4, width, root.width)
             y: root.within(main.y + main.lineTop(root.menu.parentEntry) - 6, height, root.height)
             tallest: root.height - 16
+            widest: root.width - 16
             entries: root.menu.subEntries
             current: root.menu.subCurrent
             onHovered: index => root.menu.hover(true, index)

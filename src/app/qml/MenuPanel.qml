@@ -8,7 +8,8 @@ Rectangle {
     required property var entries
     required property int current
     property real tallest: 600
-    readonly property int longest: 340
+    property real widest: 370
+    readonly property real longest: Math.min(340, widest - 12 - markWidth)
     // Room for the mark of what is chosen.
     readonly property int markWidth: entries.some(entry => entry.isChosen) ? 18 : 0
     readonly property real lineWidth: {

@@ -29,7 +29,7 @@ Rectangle {
         id: words
 
         anchors.centerIn: parent
-        width: Math.min(implicitWidth, 560)
+        width: Math.min(implicitWidth, 560, notice.parent.width - 60)
         text: notice.shown
         color: Theme.text
         wrapMode: Text.Wrap

@@ -276,9 +276,14 @@ Item {
         id: tip
 
         active: hover.hovered && !tile.launcher.drag.isLifted && !tile.isRenamed && (tile.isUnavailable || name.truncated)
-        anchors.horizontalCenter: parent.horizontalCenter
-        y: tile.isUnavailable ? tile.iconTop - 10 : name.y + name.height + 2
         z: 10
+        // Below the name or on the icon, and within the window.
+        onLoaded: {
+            const at = tile.mapToItem(null, 0, 0);
+            const top = tile.isUnavailable ? tile.iconTop - 10 : name.y + name.height + 2;
+            x = Math.max(4 - at.x, Math.min((tile.width - width) / 2, tile.Window.width - at.x - width - 4));
+            y = Math.max(4 - at.y, Math.min(top, tile.Window.height - at.y - height - 4));
+        }
         sourceComponent: Tip {
             text: tile.isUnavailable ? tile.launcher.unavailableNotice : tile.label
         }

@@ -5,6 +5,8 @@ import Tessellar
 Rectangle {
     id: tip
 
+    objectName: "tip"
+
     required property string text
 
     width: words.width + 24
@@ -17,7 +19,7 @@ Rectangle {
         id: words
 
         anchors.centerIn: parent
-        width: Math.min(implicitWidth, 260)
+        width: Math.min(implicitWidth, 260, tip.Window.width - 32)
         text: tip.text
         color: Theme.textSoft
         font.pixelSize: Theme.noteFont
