@@ -121,7 +121,7 @@ void LauncherController::startAfresh() {
     _search.clear();
     _renaming.cancel();
     // What was typed there is not lost with a key that hides the window.
-    if (!_smartFolder.isOpen() || !_smartFolder.isChanged())
+    if (!_sheets.isTyped() && (!_smartFolder.isOpen() || !_smartFolder.isChanged()))
         _sheets.close();
 }
 

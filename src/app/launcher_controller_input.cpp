@@ -132,7 +132,7 @@ void LauncherController::escape() {
     else if (_sheets.current() == Sheets::arrangements && _arrangements.endTask())
         return;
     else if (!_sheets.current().isEmpty())
-        _sheets.close();
+        _sheets.leave();
     else if (_search.isActive())
         _search.clear();
     else if (_viewModel.shown().selectedItemIDs().size() > 1)

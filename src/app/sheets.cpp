@@ -3,12 +3,14 @@
 #include <QPointer>
 
 #include "launcher/launcher_icons.h"
+#include "launcher/launcher_messages.h"
 
 namespace tessellar {
 
 void Sheets::open(const QString& sheet, const AppEntry* app) {
     setIssue({});
     _app = app ? std::optional(*app) : std::nullopt;
+    _isTyped = false;
     if (std::exchange(_current, sheet) != sheet)
         Q_EMIT changed();
 }
@@ -16,6 +18,19 @@ void Sheets::open(const QString& sheet, const AppEntry* app) {
 void Sheets::openNews(const QString& news) {
     _news = news;
     open(whatIsNew);
+}
+
+void Sheets::leave() {
+    if (!_isTyped)
+        return close();
+    _viewModel.messages().ask({.title = tr("Discard your changes?"),
+                               .text = tr("What you entered has not been used yet."),
+                               .accept = tr("Discard"),
+                               .isDestructive = true},
+                              [sheet = QPointer(this)](bool accepted) {
+                                  if (sheet && accepted)
+                                      sheet->close();
+                              });
 }
 
 void Sheets::changeIcon(const QString& file) {

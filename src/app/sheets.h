@@ -19,6 +19,8 @@ class Sheets final : public QObject {
     Q_PROPERTY(QString appName READ appName NOTIFY changed) ///< of the application that it is about
     /// Why what was last asked for in it was not done; empty where it was.
     Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)
+    /// Something was typed in it, which would be lost if it were closed now.
+    Q_PROPERTY(bool isTyped READ isTyped WRITE setTyped)
 
 public:
     static inline const QString arrangements = QStringLiteral("arrangements");
@@ -40,11 +42,15 @@ public:
     QString appName() const { return _app ? _app->name : QString(); }
     QString issue() const { return _issue; }
     QString news() const { return _news; }
+    bool isTyped() const { return _isTyped; }
+    void setTyped(bool isTyped) { _isTyped = isTyped; }
 
     void open(const QString& sheet, const AppEntry* app = nullptr);
     /// Says what is new in the launcher itself.
     void openNews(const QString& news);
     Q_INVOKABLE void close() { open({}); }
+    /// Closes it, after a question where something would be lost.
+    Q_INVOKABLE void leave();
     /// Gives the application of the sheet the icon in a file of the host, and closes once it has it.
     Q_INVOKABLE void changeIcon(const QString& file);
     Q_INVOKABLE static QString localFile(const QUrl& url) { return url.toLocalFile(); }
@@ -61,6 +67,7 @@ private:
     std::optional<AppEntry> _app;
     QString _issue;
     QString _news;
+    bool _isTyped = false;
 };
 
 } // namespace tessellar

@@ -161,6 +161,43 @@ TEST_F(SheetsTest, WaysToArrangeAreLookedThroughBeforeOneIsTaken) {
     EXPECT_EQ(sketch(viewModel().shown().pages()), u"Ash Beech Oak");
 }
 
+TEST_F(SheetsTest, AnIconsFileIsTypedOrChosenAndNotLostByEscape) {
+    show();
+    rightClick(u"Ash"_qs);
+    choose(u"Change Icon…"_qs);
+    ASSERT_TRUE(comes("iconSheet"));
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(goes("iconSheet")) << "nothing was typed";
+    rightClick(u"Ash"_qs);
+    choose(u"Change Icon…"_qs);
+    ASSERT_TRUE(comes("iconSheet"));
+    type(u"/nowhere.icns"_qs);
+    press(Qt::Key_Escape);
+    answer(false);
+    EXPECT_EQ(itemWith("objectName", u"iconPath"_qs)->property("value").toString(), u"/nowhere.icns");
+    clickNamed(u"iconAccept"_qs);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !launcher().sheets()->issue().isEmpty(); }));
+    ASSERT_TRUE(sheet("iconSheet")) << "with what was typed";
+    clickAt({3, 3});
+    answer(true);
+    ASSERT_TRUE(goes("iconSheet"));
+
+    rightClick(u"Ash"_qs);
+    choose(u"Change Icon…"_qs);
+    ASSERT_TRUE(comes("iconSheet"));
+    clickNamed(u"iconBrowse"_qs);
+    QObject* dialog = nullptr;
+    for (QObject* object : sheet("iconSheet")->findChildren<QObject*>())
+        if (object->inherits("QQuickFileDialog"))
+            dialog = object;
+    ASSERT_TRUE(dialog);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->property("visible").toBool(); }));
+    ASSERT_TRUE(QMetaObject::invokeMethod(sheet("iconBrowse"), "chosen",
+                                          Q_ARG(QUrl, QUrl(u"file:///chosen/tree.icns"_qs))));
+    EXPECT_EQ(itemWith("objectName", u"iconPath"_qs)->property("value").toString(),
+              u"/chosen/tree.icns");
+}
+
 TEST_F(SheetsTest, TheyFitTheSmallestWindow) {
     install({u"Ash"_qs});
     start({320, 240}, LauncherWindowMode::windowed);

@@ -18,13 +18,19 @@ Sheet {
     title: qsTr("Saved Arrangements")
     wanted: 680
     stretched: list
-    onClosed: launcher.sheets.close()
+    onClosed: launcher.sheets.leave()
     Keys.onPressed: event => {
         event.accepted = event.matches(StandardKey.Undo) || event.matches(StandardKey.Redo);
         if (event.matches(StandardKey.Undo))
             panel.undo();
         else if (event.matches(StandardKey.Redo))
             panel.redo();
+    }
+
+    Binding {
+        target: sheet.launcher.sheets
+        property: "isTyped"
+        value: field.value !== sheet.panel.suggestion
     }
 
     WordsText {
@@ -41,7 +47,7 @@ Sheet {
             id: field
 
             objectName: "arrangementField"
-            width: parent.width - accepting.width - parent.spacing
+            width: parent.width - accepting.width - parent.spacing - (browse.visible ? browse.width + parent.spacing : 0)
             height: Theme.buttonHeight
             value: sheet.panel.suggestion
             label: sheet.panel.prompt
@@ -50,6 +56,14 @@ Sheet {
             Component.onCompleted: input.forceActiveFocus()
             Keys.onReturnPressed: sheet.accept()
             Keys.onEnterPressed: sheet.accept()
+        }
+
+        FileButton {
+            id: browse
+
+            visible: sheet.panel.task === "import"
+            filter: qsTr("Arrangements (*.tessellar-arrangement)")
+            onChosen: file => sheet.panel.finish(sheet.launcher.sheets.localFile(file))
         }
 
         PushButton {

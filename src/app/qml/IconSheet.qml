@@ -7,27 +7,52 @@ Sheet {
 
     required property LauncherController launcher
 
+    function take(file) {
+        path.value = launcher.sheets.localFile(file);
+        path.input.forceActiveFocus();
+    }
+
     objectName: "iconSheet"
     title: qsTr("Change the Icon of “%1”").arg(launcher.sheets.appName)
     wanted: 520
-    onClosed: if (path.input.text === "") launcher.sheets.close()
+    onClosed: launcher.sheets.leave()
+
+    Binding {
+        target: sheet.launcher.sheets
+        property: "isTyped"
+        value: path.value !== ""
+    }
 
     WordsText {
         width: sheet.bodyWidth
-        text: qsTr("Drop an .icns file here, or give its path.")
+        text: qsTr("Drop an .icns file here, choose one, or give its path.")
         color: drop.containsDrag ? Theme.accent : Theme.textDim
     }
 
-    FieldBox {
-        id: path
-
+    Row {
         width: sheet.bodyWidth
-        height: Theme.buttonHeight
-        value: ""
-        label: qsTr("Path of an .icns file")
-        placeholder: label
-        onEdited: text => value = text
-        Component.onCompleted: input.forceActiveFocus()
+        spacing: 8
+
+        FieldBox {
+            id: path
+
+            objectName: "iconPath"
+            width: parent.width - browse.width - parent.spacing
+            height: Theme.buttonHeight
+            value: ""
+            label: qsTr("Path of an .icns file")
+            placeholder: label
+            onEdited: text => value = text
+            Component.onCompleted: input.forceActiveFocus()
+        }
+
+        FileButton {
+            id: browse
+
+            objectName: "iconBrowse"
+            filter: qsTr("Icons (*.icns)")
+            onChosen: file => sheet.take(file)
+        }
     }
 
     WordsText {
@@ -46,7 +71,7 @@ Sheet {
         anchors.fill: parent
         onDropped: event => {
             if (event.hasUrls)
-                path.value = sheet.launcher.sheets.localFile(event.urls[0]);
+                sheet.take(event.urls[0]);
         }
     }
 
