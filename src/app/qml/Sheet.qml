@@ -65,11 +65,14 @@ FocusScope {
         let part = focusItem;
         while (part && part.parent !== body)
             part = part.parent;
-        if (!part || focusItem.height > flick.height)
+        if (!part)
             return;
         // A part that scrolls by itself is about to show it within its own bounds.
         const top = Math.max(part.y, Math.min(focusItem.mapToItem(body, 0, 0).y, part.y + part.height - focusItem.height));
-        flick.contentY = Math.max(top + focusItem.height + 3 - flick.height, Math.min(flick.contentY, Math.max(0, top - 3)));
+        const height = Math.min(focusItem.height, flick.height - 3);
+        // What is longer than the room stays as it is, when some of it is seen.
+        if (height === focusItem.height || top >= flick.contentY + flick.height || top + focusItem.height <= flick.contentY)
+            flick.contentY = Math.max(top + height + 3 - flick.height, Math.min(flick.contentY, Math.max(0, top - 3)));
     }
 
     focus: takesKeyboard
