@@ -3,7 +3,9 @@
 // and a tool hang and a server drips; and a second start. First the budgets of the main thread, each
 // beside its floor in the same run, in milliseconds of its processor time; then its longest turns by
 // name. A turn is what the event loop delivers at once: nothing else happens meanwhile, so none is to
-// take over 16 ms.
+// take over 16 ms. Last the frames of what moves under the hand: how many a second, and the longest
+// wait for one, which is not to pass 33 ms. Those are wall time, and mean something on a quiet machine
+// alone.
 
 #include "app/launcher_window.h"
 #include "editing/search_index.h"
@@ -11,6 +13,7 @@
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_editor.h"
+#include "launcher/launcher_history.h"
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/live_layout.h"
@@ -296,6 +299,7 @@ public:
                     "floor", "budget");
         start("start");
         addSmartFolders();
+        printFrames();
         setHanging(true);
         search();
         editRules();
@@ -429,29 +433,132 @@ private:
         pass(1500ms);
     }
 
-    void dragAndSave() {
-        step = "drag";
-        QQuickView& view = _window->view();
+    QPointF cell(double column, double row) {
         const GridMetrics metrics = controller().grid()->metrics();
-        const auto cell = [&](double column, double row) {
-            return QPointF(metrics.left + column * metrics.cellWidth,
-                           metrics.top + row * metrics.cellHeight);
-        };
-        const auto send = [&](QEvent::Type type, QPointF at, Qt::MouseButtons buttons) {
-            QMouseEvent event(type, at, view.mapToGlobal(at),
-                              type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, {});
-            QCoreApplication::sendEvent(&view, &event);
-        };
+        return {metrics.left + column * metrics.cellWidth, metrics.top + row * metrics.cellHeight};
+    }
+
+    void send(QEvent::Type type, QPointF at, Qt::MouseButtons buttons) {
+        QQuickView& view = _window->view();
+        QMouseEvent event(type, at, view.mapToGlobal(at),
+                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, {});
+        QCoreApplication::sendEvent(&view, &event);
+    }
+
+    /// Lifts the first tile and carries it over others, a step every few milliseconds.
+    void carry(std::chrono::milliseconds pace) {
         send(QEvent::MouseButtonPress, cell(0.5, 0.4), Qt::LeftButton);
         for (int i = 1; i <= 40; ++i) {
             send(QEvent::MouseMove, cell(0.5 + i * 0.12, 0.4 + i * 0.05), Qt::LeftButton);
-            pass(16ms);
+            pass(pace);
         }
         if (!controller().drag()->isLifted())
             std::printf("  nothing was lifted\n");
+    }
+
+    void dragAndSave() {
+        step = "drag";
+        carry(16ms);
         send(QEvent::MouseButtonRelease, cell(5.3, 2.4), {});
         step = "save after the drag";
         pass(1500ms);
+    }
+
+    /// The waits for frames while something moves: from what sets it off to the first, and on to the
+    /// last.
+    class Frames {
+    public:
+        explicit Frames(QQuickWindow& window) {
+            QObject::connect(&window, &QQuickWindow::frameSwapped, &_context, [this] {
+                const double now = milliseconds(CLOCK_MONOTONIC);
+                _waits.push_back(now - std::exchange(_last, now));
+            });
+        }
+        /// Something sets off a motion: what was waited before does not count.
+        void begin() { _last = milliseconds(CLOCK_MONOTONIC); }
+        void print(const char* what) const {
+            double sum = 0;
+            for (const double wait : _waits)
+                sum += wait;
+            const double most = _waits.empty() ? 0 : std::ranges::max(_waits);
+            const auto count = static_cast<double>(_waits.size());
+            std::printf("  %-52s %8.0f %8.1f %8.1f %8.1f  %s\n", what, count,
+                        sum > 0 ? 1000 * count / sum : 0, median(_waits), most,
+                        most <= 33 ? "" : "over");
+        }
+
+    private:
+        QObject _context;
+        std::vector<double> _waits;
+        double _last = 0;
+    };
+
+    void printFrames() {
+        step = "frames";
+        std::printf("  %-52s %8s %8s %8s %8s\n", "frames, ms of wall time", "count", "a second",
+                    "median", "most");
+        const LiveLayout& layout = viewModel().shown();
+        {
+            Frames frames(_window->view());
+            for (const int page : {1, 2, 3, 2, 1, 0}) {
+                frames.begin();
+                controller().grid()->turnTo(page);
+                pass(300ms); // it is still on its way, as it is under an impatient hand
+            }
+            frames.print("pages turned");
+        }
+        pass(500ms);
+        {
+            Frames frames(_window->view());
+            frames.begin();
+            carry(8ms);
+            send(QEvent::MouseMove, cell(5.95, 2.4), Qt::LeftButton);
+            pass(TileDrag::roomDelay);
+            frames.begin();
+            pass(200ms); // others make room
+            frames.begin();
+            for (int i = 1; i <= 40; ++i) {
+                send(QEvent::MouseMove, cell(5.95 - i * 0.1, 2.4 + i * 0.03), Qt::LeftButton);
+                pass(8ms);
+            }
+            frames.print("a tile carried over others");
+        }
+        (void)controller().drag()->putBack();
+        send(QEvent::MouseButtonRelease, cell(2, 3.6), {});
+        pass(500ms);
+        const Page page = layout.shownPages().tiles(0);
+        if (!viewModel().editor().moveTiles(layout.mode(), {page.first().id()},
+                                            {.page = 0, .index = page.size() - 1}))
+            return (void)std::printf("  nothing can be moved\n");
+        pass(700ms);
+        {
+            Frames frames(_window->view());
+            frames.begin();
+            viewModel().history().undo(layout.mode());
+            pass(300ms);
+            frames.print("an undo slides all tiles of a page");
+        }
+        pass(300ms);
+        if (!viewModel().editor().groupTiles(layout.mode(), {page.at(1).id(), page.at(2).id()},
+                                             page.first().id()))
+            return (void)std::printf("  nothing can be grouped\n");
+        const QUuid folder = layout.shownPages().tiles(0).first().id();
+        pass(500ms);
+        {
+            Frames frames(_window->view());
+            for (int i = 0; i < 3; ++i) {
+                frames.begin();
+                if (!viewModel().shown().openFolder(folder))
+                    return (void)std::printf("  there is no folder\n");
+                pass(240ms);
+                frames.begin();
+                viewModel().shown().closeFolder();
+                pass(240ms);
+            }
+            frames.print("a folder opened and closed");
+        }
+        viewModel().history().undo(layout.mode());
+        pass(1s);
     }
 
     void rescan() {
