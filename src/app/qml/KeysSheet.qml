@@ -20,6 +20,7 @@ Sheet {
         [command + "X, C, V", qsTr("Cut, copy, paste")],
         [command + "Z, " + command + qsTr("Shift+Z"), qsTr("Undo, redo")],
         [command + "I", qsTr("Information about the application")],
+        [command + ",", qsTr("Settings")],
         ["F2", qsTr("Rename")],
         [qsTr("Page Up, Page Down"), qsTr("Turn the page")],
         [qsTr("Home, End"), qsTr("First page, last page")],
