@@ -69,6 +69,7 @@ bool LauncherClipboard::paste(Mode mode, const std::optional<LayoutPlace>& place
         _messages.alert(made.error()); // definitions that could not be saved
         return false;
     }
+    layout.reveal(pasted->tiles.first()); // a full page hands them on
     layout.select(pasted->tiles);
     return true;
 }
