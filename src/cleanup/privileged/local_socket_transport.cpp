@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 
 #include <cstring>
+#include <system_error>
 #include <thread>
 
 namespace tessellar {
@@ -32,15 +33,19 @@ public:
     void send(const QByteArray& message, HelperConnectionHandlers handlers) override {
         if (writeFrame(_socket.get(), message, sendTime) != 0)
             return handlers.invalidated();
-        _reader = std::jthread([socket = _socket.get(), handlers = std::move(handlers)] {
-            const auto reply = readFrame(socket, helper_limits::frameBytes, longestWork);
-            if (reply)
-                handlers.reply(*reply);
-            else if (reply.error() == ECONNRESET)
-                handlers.invalidated();
-            else
-                handlers.interrupted();
-        });
+        try {
+            _reader = std::jthread([socket = _socket.get(), handlers] {
+                const auto reply = readFrame(socket, helper_limits::frameBytes, longestWork);
+                if (reply)
+                    handlers.reply(*reply);
+                else if (reply.error() == ECONNRESET)
+                    handlers.invalidated();
+                else
+                    handlers.interrupted();
+            });
+        } catch (const std::system_error&) {
+            handlers.interrupted(); // without a thread nobody hears what comes of it
+        }
     }
 
     void stop() override { endWriting(_socket.get()); }
