@@ -44,24 +44,24 @@ void addPlaces(CommandSet& set) {
               });
     CLI::App* forget =
         set.add("forget", Texts::noop("Forget the place of an application, or all"), group);
-    set.onRun(forget, CommandNeeds::launcher,
-              [key = optionalWord(forget, "appkey",
-                                  Texts::noop("Its key or path; without it all are forgotten"))](
-                  const Call& call) {
-                  const auto application = key->empty() ? std::nullopt : std::optional(text(key));
-                  if (call->launcher().places().forget(call->mode(), application) == 0 && application)
-                      return call->fail(
-                          {QStringLiteral("noSuchPlace"),
-                           Texts::tr("No place is remembered for “%1”.").arg(application->left(200)),
-                           {}});
-                  call->launcher().places().whenWritten(
-                      call->mode(), [call](const BackgroundFile::Result& written) {
-                          if (written)
-                              call->succeed(QJsonObject(), QString());
-                          else
-                              call->fail(launcherError(written.error()));
-                      });
-              });
+    set.onRun(
+        forget, CommandNeeds::launcher,
+        [key = optionalWord(forget, "appkey",
+                            Texts::noop("Its key or path; without it all are forgotten"))](
+            const Call& call) {
+            const auto application = key->empty() ? std::nullopt : std::optional(text(key));
+            call->launcher().places().forget(
+                call->mode(), application, [call, application](const auto& forgotten) {
+                    if (!forgotten)
+                        return call->fail(forgotten.error());
+                    if (*forgotten > 0 || !application)
+                        return call->succeed(QJsonObject(), QString());
+                    call->fail(
+                        {QStringLiteral("noSuchPlace"),
+                         Texts::tr("No place is remembered for “%1”.").arg(application->left(200)),
+                         {}});
+                });
+        });
 }
 
 void addUnplaced(CommandSet& set) {

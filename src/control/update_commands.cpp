@@ -362,11 +362,6 @@ void addRun(CommandSet& set, CLI::App* group) {
 
 // ---- what the user does not want to hear of
 
-/// Done only once it is saved.
-void answerSaved(const Call& call, const LauncherUpdates::Outcome& outcome) {
-    call->answer(outcome ? call->launcher().updates().flush() : outcome);
-}
-
 void addSkip(CommandSet& set, CLI::App* group) {
     CLI::App* skip =
         set.add("skip", Texts::noop("Do not offer the version that is available now"), group);
@@ -375,16 +370,19 @@ void addSkip(CommandSet& set, CLI::App* group) {
     skip->add_flag("--every-version", *every, Texts::noop("Nor any other version of this application"));
     set.onRun(skip, CommandNeeds::launcher, [skipped, every](const Call& call) {
         whenKnown(call, false, [call, skipped, every] {
-            if (!refuseUnknown(call, text(skipped)))
-                answerSaved(call, call->launcher().updates().skip(text(skipped), *every));
+            LauncherUpdates& updates = call->launcher().updates();
+            const QString key = text(skipped);
+            if (!refuseUnknown(call, key))
+                call->answer(updates.saved(key, [&] { return updates.skip(key, *every); }));
         });
     });
     CLI::App* unskip =
         set.add("unskip", Texts::noop("Offer all versions of an application again"), group);
     set.onRun(unskip, CommandNeeds::launcher, [key = word(unskip, "appkey", "")](const Call& call) {
         whenKnown(call, false, [call, key] {
+            LauncherUpdates& updates = call->launcher().updates();
             if (!refuseUnknown(call, text(key)))
-                answerSaved(call, call->launcher().updates().unskip(text(key)));
+                call->answer(updates.saved(text(key), [&] { return updates.unskip(text(key)); }));
         });
     });
 }

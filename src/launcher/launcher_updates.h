@@ -84,6 +84,8 @@ public:
     /// The offered version, or every version of the application. Saved before long; see `flush`.
     Outcome skip(const QString& appKey, bool everyVersion);
     Outcome unskip(const QString& appKey);
+    /// Makes one of these changes so that it is on the disk, or has not been made. Blocks meanwhile.
+    Outcome saved(const QString& appKey, const std::function<Outcome()>& change);
     /// True for an update that is skipped, or pinned in Homebrew.
     bool isHeld(const QString& appKey) const;
     std::optional<QString> skipped(const QString& appKey) const;

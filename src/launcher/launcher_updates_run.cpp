@@ -44,6 +44,19 @@ LauncherUpdates::Outcome LauncherUpdates::unskip(const QString& appKey) {
     return {};
 }
 
+LauncherUpdates::Outcome LauncherUpdates::saved(const QString& appKey,
+                                                const std::function<Outcome()>& change) {
+    const std::optional<QString> before = skipped(appKey);
+    if (auto made = change(); !made || !_coordinator)
+        return made;
+    auto onDisk = flush();
+    if (!onDisk) {
+        before ? _coordinator->skip(appKey, before) : _coordinator->unskip(appKey);
+        (void)flush();
+    }
+    return onDisk;
+}
+
 bool LauncherUpdates::isHeld(const QString& appKey) const {
     return _coordinator && _coordinator->tally().held > 0 && _coordinator->isHeld(appKey);
 }

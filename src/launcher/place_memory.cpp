@@ -38,15 +38,26 @@ void PlaceMemory::putBack(const QString& path, bool isBack) {
     }
 }
 
-qsizetype PlaceMemory::forget(LauncherWindowMode mode, const std::optional<QString>& application) {
-    RememberedPlaces places = (*this)[mode];
-    const qsizetype before = places.places.size();
+void PlaceMemory::forget(LauncherWindowMode mode, const std::optional<QString>& application,
+                         Forgotten done) {
+    const RememberedPlaces before = (*this)[mode];
+    RememberedPlaces places = before;
     places.forget([&](const AppEntry& app) {
         return !application || appKey(app) == *application || app.path == *application ||
                app.bundleIdentifier == application;
     });
+    const qsizetype count = before.places.size() - places.places.size();
     set(mode, places);
-    return before - places.places.size();
+    kept(mode).whenWritten([this, mode, before, places, count,
+                            done = std::move(done)](const BackgroundFile::Result& written) mutable {
+        if (written)
+            return done(count);
+        // Else they would be forgotten by a later save, after all.
+        if ((*this)[mode] == places)
+            set(mode, before);
+        kept(mode).whenWritten([error = launcherError(written.error()), done = std::move(done)](
+                                   const BackgroundFile::Result&) { done(std::unexpected(error)); });
+    });
 }
 
 } // namespace tessellar

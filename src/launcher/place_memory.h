@@ -1,5 +1,6 @@
 #pragma once
 
+#include "launcher/launcher_error.h"
 #include "launcher/live_layout.h"
 #include "model/kept_document.h"
 #include "model/reconciliation.h"
@@ -35,8 +36,10 @@ public:
     void whenWritten(LauncherWindowMode mode, BackgroundFile::Done done) {
         kept(mode).whenWritten(std::move(done));
     }
-    /// Forgets the places of an application, by its key or path, or all of the mode; how many.
-    qsizetype forget(LauncherWindowMode mode, const std::optional<QString>& application);
+    /// Forgets the places of an application, by its key or path, or all of the mode. `done` is told how
+    /// many once that is on the disk; where it cannot be, they are remembered as before.
+    using Forgotten = std::function<void(std::expected<qsizetype, LauncherError>)>;
+    void forget(LauncherWindowMode mode, const std::optional<QString>& application, Forgotten done);
 
 private:
     using Kept = KeptDocument<RememberedPlaces>;

@@ -3,6 +3,7 @@
 #include "launcher/date_text.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_editor.h"
+#include "launcher/launcher_messages.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/live_layout.h"
 #include "launcher/place_memory.h"
@@ -79,7 +80,12 @@ std::expected<void, LauncherError> placeOrForget(LauncherViewModel& launcher, La
     case Kind::smartFolder:
         return launcher.editor().addSmartFolderTile(mode, QUuid::fromString(thing.id));
     case Kind::place:
-        launcher.places().forget(mode, thing.id);
+        launcher.places().forget(
+            mode, thing.id, [&messages = launcher.messages()](const auto& forgotten) {
+                if (!forgotten)
+                    messages.alert({forgotten.error().code, forgotten.error().message,
+                                    QStringLiteral("Could not forget the place")});
+            });
         break;
     }
     return {};

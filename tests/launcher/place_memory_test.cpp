@@ -49,7 +49,25 @@ TEST_F(PlaceMemoryTest, AnApplicationThatComesBackAWeekLaterLiesWhereItLay) {
     }
     // Each mode has its own.
     EXPECT_EQ(summaries(launcher->places()[Mode::fullScreen]).size(), 1);
-    EXPECT_EQ(launcher->places().forget(Mode::fullScreen, u"org.example.ash"_s), 1);
+    // Success is what is on the disk; else it is remembered, and no later save forgets it.
+    for (const bool isOnDisk : {false, true}) {
+        const QByteArray kept = mac.read(places);
+        if (!isOnDisk) {
+            mac.remove(places);
+            mac.makeFolder(places + u"/in the way"_s);
+        }
+        std::expected<qsizetype, LauncherError> forgotten;
+        launcher->places().forget(Mode::fullScreen, u"org.example.ash"_s,
+                                  [&](const auto& outcome) { forgotten = outcome; });
+        mac.settle();
+        if (!isOnDisk) {
+            mac.remove(places);
+            mac.write(places, kept);
+        }
+        EXPECT_EQ(forgotten.has_value(), isOnDisk);
+        EXPECT_EQ(forgotten.value_or(0), isOnDisk ? 1 : 0);
+        EXPECT_EQ(summaries(launcher->places()[Mode::fullScreen]).size(), isOnDisk ? 0 : 1);
+    }
     install(u"Ash"_s);
     rescan();
     EXPECT_EQ(sketched(), u"Oak Elm Ivy Ash");
