@@ -107,7 +107,8 @@ void saveOnTheMainThread(benchmark::State& state) {
     }
     for (auto _ : state) {
         std::get<AppEntry>(document.pages.first().first()).name += u'x';
-        store.save(LauncherWindowMode::fullScreen, document);
+        store.scheduleSave(LauncherWindowMode::fullScreen, document);
+        store.hurry(LauncherWindowMode::fullScreen);
         state.PauseTiming();
         if (!store.flush())
             return state.SkipWithError("the layout was not saved");

@@ -1,6 +1,10 @@
 #include "control/command_call.h"
 
+#include "launcher/launcher_history.h"
+
 namespace tessellar {
+
+using Whose = UnsavedEdits::Whose;
 
 QByteArray document(const QJsonValue& json, const CommandOptions& options) {
     return options.oneLine ? json::writeCompact(json) + '\n' : json::write(json);
@@ -40,7 +44,7 @@ void CommandCall::showProgress(const QString& line) {
 }
 
 void CommandCall::succeed(const QJsonValue& json, const QString& text) {
-    onceSaved([this, json, text] {
+    onceSaved(Whose::own, [this, json, text] {
         print(json, text);
         end(ExitStatus::done);
     });
@@ -62,23 +66,31 @@ void CommandCall::fail(const LauncherError& error, ExitStatus status) {
 
 void CommandCall::finish(ExitStatus status) {
     if (status == ExitStatus::done)
-        onceSaved([this] { end(ExitStatus::done); });
+        onceSaved(Whose::own, [this] { end(ExitStatus::done); });
     else if (!std::exchange(_isFinished, true))
         end(status);
 }
 
-void CommandCall::onceSaved(std::function<void()> answer) {
+void CommandCall::answerAllSaved() {
+    onceSaved(Whose::all, [this] {
+        print(QJsonObject(), {});
+        end(ExitStatus::done);
+    });
+}
+
+void CommandCall::onceSaved(Whose whose, std::function<void()> answer) {
     if (std::exchange(_isFinished, true))
         return;
-    if (!_launcher || options.answersUnsaved || !_launcher->hasUnsavedEdits())
+    if (!_launcher || options.answersUnsaved)
         return answer();
-    _launcher->whenSaved([self = shared_from_this(),
-                          answer = std::move(answer)](const LauncherViewModel::Outcome& saved) {
-        if (saved)
-            return answer();
-        sayError(saved.error(), self->options, self->_output);
-        self->end(ExitStatus::refused);
-    });
+    _launcher->history().unsaved().whenSaved(
+        options.editor, whose,
+        [self = shared_from_this(), answer = std::move(answer)](const UnsavedEdits::Outcome& saved) {
+            if (saved)
+                return answer();
+            sayError(saved.error(), self->options, self->_output);
+            self->end(ExitStatus::refused);
+        });
 }
 
 void CommandCall::end(ExitStatus status) {

@@ -3,9 +3,11 @@
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/live_layout.h"
+#include "launcher/unsaved_edits.h"
 
 #include <QJsonValue>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -35,6 +37,8 @@ struct CommandOptions {
     bool showsProgress = false; ///< standard error is a terminal, on which a line can be drawn anew
     /// Answers do not wait until what was edited is on the disk: in a batch the last command does.
     bool answersUnsaved = false;
+    /// For whom edits are made: all commands of a batch have the same. None is the command itself.
+    UnsavedEdits::Editor editor;
     std::optional<LauncherWindowMode> mode;
     QString directory;             ///< host folder that relative names of files stand in
     std::optional<Instant> now;    ///< for what asks for the time
@@ -53,8 +57,8 @@ void sayError(const LauncherError& error, const CommandOptions& options, const C
 /// something keep it (it is shared) and answer later.
 ///
 /// A command has succeeded when what it edited is on the disk: the end of its answer waits for that,
-/// and where it could not be saved that is the answer. Commands that wait at the same time share a
-/// save.
+/// and where it could not be saved that is the answer, see `UnsavedEdits`. One that edited nothing
+/// waits for nobody's edits.
 class CommandCall : public std::enable_shared_from_this<CommandCall> {
 public:
     CommandCall(Machine& machine_, LauncherViewModel* launcher, CommandOptions options_,
@@ -62,7 +66,10 @@ public:
         : machine(machine_)
         , options(std::move(options_))
         , _launcher(launcher)
-        , _output(std::move(output)) {}
+        , _output(std::move(output)) {
+        if (!options.editor)
+            options.editor = std::make_shared<std::byte>();
+    }
 
     Machine& machine;
     CommandOptions options;
@@ -84,6 +91,8 @@ public:
     void answer(const LauncherViewModel::Outcome& outcome, const QString& text = {});
     /// Ends the command after what it printed.
     void finish(ExitStatus status);
+    /// Ends the command once all edits are on the disk, whoever made them.
+    void answerAllSaved();
 
     /// Calls back once nobody hears any more, so that waiting for it costs nothing.
     void whenUnwanted(std::function<void()> call) {
@@ -96,7 +105,7 @@ public:
 
 private:
     void end(ExitStatus status);
-    void onceSaved(std::function<void()> answer);
+    void onceSaved(UnsavedEdits::Whose whose, std::function<void()> answer);
 
     LauncherViewModel* _launcher;
     CommandOutput _output;

@@ -1,5 +1,7 @@
 #include "control/command_interpreter.h"
 
+#include "launcher/launcher_history.h"
+
 namespace tessellar {
 
 void CommandInterpreter::refuse(const CommandSet::Failure& failure, const CommandOptions& options,
@@ -36,7 +38,8 @@ void CommandInterpreter::run(const QStringList& words, const CommandOptions& opt
         });
         return;
     }
-    parsed->run(std::make_shared<CommandCall>(_machine, &_launcher, options, std::move(output)));
+    const auto call = std::make_shared<CommandCall>(_machine, &_launcher, options, std::move(output));
+    _launcher.history().unsaved().editAs(call->options.editor, [&] { parsed->run(call); });
 }
 
 } // namespace tessellar

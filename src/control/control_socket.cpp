@@ -181,6 +181,7 @@ private:
                                .oneLine = request.oneLine,
                                .showsProgress = request.showsProgress,
                                .answersUnsaved = request.answersUnsaved,
+                               .editor = _editor,
                                .mode = request.mode,
                                .directory = request.directory,
                                .now = request.now,
@@ -190,6 +191,7 @@ private:
 
     CommandExecutor& _executor;
     QLocalSocket* _socket;
+    UnsavedEdits::Editor _editor = std::make_shared<std::byte>();
     std::function<void(Unwanted)> _whenUnwanted; ///< of the command under way
     bool _isBusy = false;
 };

@@ -213,7 +213,7 @@ void addHistory(CommandSet& set) {
               });
     set.onRun(set.add("save",
                       Texts::noop("Wait until every edit is on the disk, as a batch does at its end")),
-              CommandNeeds::launcher, [](const Call& call) { call->answer({}); });
+              CommandNeeds::launcher, [](const Call& call) { call->answerAllSaved(); });
     CLI::App* select = set.add("select", Texts::noop("Select tiles; none clears the selection"));
     auto chosen = std::make_shared<std::vector<std::string>>();
     select->add_option("tiles", *chosen, tilesHelp);

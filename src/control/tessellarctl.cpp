@@ -238,6 +238,7 @@ private:
             return _status;
         _invocation.options.oneLine = true;
         _invocation.options.answersUnsaved = true;
+        _invocation.options.editor = std::make_shared<std::byte>();
         int status = 0;
         qint64 size = 0;
         for (;;) {
@@ -295,7 +296,6 @@ private:
     bool findExecutor(CommandNeeds needs) {
         FileLock lock;
         if (needs == CommandNeeds::launcherToLook) {
-            _invocation.options.answersUnsaved = true; // it edits nothing
             _executor = RemoteExecutor::connect(_machine);
             if (!_executor)
                 _host.refuseChanges({FileError::Code::readOnly, _machine.places.applicationFolder()});

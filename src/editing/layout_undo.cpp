@@ -130,10 +130,21 @@ bool LayoutUndoHistory::record(const QString& name, LayoutUndoState before,
         before.otherDocument == after.otherDocument &&
         before.smartFolderDefinitions == after.smartFolderDefinitions)
         return false;
-    push({name, std::move(before), std::move(after), trashedApps}, _undoStack.size());
+    push({name, std::move(before), std::move(after), trashedApps, ++_lastNumber}, _undoStack.size());
     _redoStack.clear();
     changed();
     return true;
+}
+
+void LayoutUndoHistory::withdraw(std::uint64_t number, const QList<LayoutUndoEntry>& redoStack) {
+    const auto found = std::ranges::find(_undoStack, number, &LayoutUndoEntry::number);
+    if (found == _undoStack.end())
+        return;
+    const bool isNewest = found + 1 == _undoStack.end() && _redoStack.isEmpty();
+    _undoStack.erase(found);
+    if (isNewest)
+        _redoStack = redoStack;
+    changed();
 }
 
 LayoutUndoHistory::Next LayoutUndoHistory::nextUndo(LauncherWindowMode mode) const {

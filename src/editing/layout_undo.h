@@ -49,6 +49,7 @@ struct LayoutUndoEntry {
     LayoutUndoState before;
     LayoutUndoState after;
     QList<TrashedAppRecord> trashedApps;
+    std::uint64_t number = 0; ///< of its own, in this history
 };
 
 /// The notice that confirms a step.
@@ -146,6 +147,10 @@ public:
     bool record(const QString& name, LayoutUndoState before,
                 const QList<TrashedAppRecord>& trashedApps = {});
 
+    /// Takes out a step that was not to be after all, and puts back those that it kept from being
+    /// redone, unless others came after it.
+    void withdraw(std::uint64_t number, const QList<LayoutUndoEntry>& redoStack);
+
     /// Takes the next step of a mode. `done` is called at the end of the step, which may be before the
     /// call returns.
     void undo(LauncherWindowMode mode, const Done& done = {});
@@ -191,6 +196,7 @@ private:
     LayoutUndoActions _actions;
     QList<LayoutUndoEntry> _undoStack;
     QList<LayoutUndoEntry> _redoStack;
+    std::uint64_t _lastNumber = 0;
     bool _isUndoRedoOperationInProgress = false;
     qsizetype _placeOfStep = 0; ///< in its stack, where a step that fails goes back to
     std::optional<UndoRedoFeedback> _undoFeedback;

@@ -36,7 +36,8 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
     , _restoreFromTrash(refuseTrash)
     , _moveToTrash(refuseTrash)
     , _journal(machine, store.directory())
-    , _steps(machine.scheduler, machine.uuids, actions()) {}
+    , _steps(machine.scheduler, machine.uuids, actions())
+    , _unsaved(store, [this](const QList<UnsavedEdit>& edits) { takeBack(edits); }) {}
 
 LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
     if (!_applications.isKnown())
@@ -109,10 +110,31 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
     dropUnchanged(step, before);
     if (replacement)
         step.document = arrangement; // an import of the same is saved, too
-    if (const auto made = carryOut(step, before, replacement ? Saved::now : Saved::soon); !made)
+    const Saved saved = replacement || filesOf(step) > 1 ? Saved::now : Saved::soon;
+    if (const auto made = carryOut(step, before, saved); !made)
         return fail(made.error());
-    (void)_steps.record(step.name, std::move(before), step.trashedApps);
+    const QList<LayoutUndoEntry> redoStack = _steps.redoStack();
+    const bool isRecorded = _steps.record(step.name, before, step.trashedApps);
+    if (saved == Saved::soon && isRecorded && (step.document || step.otherDocument)) {
+        const LauncherWindowMode edited = step.document ? step.mode : otherMode(step.mode);
+        _unsaved.add({.mode = edited,
+                      .before = *before.documentOf(edited),
+                      .step = _steps.undoStack().last().number,
+                      .redoStack = redoStack});
+    }
     return backup;
+}
+
+/// As after an undo that cannot be redone. The place where the user is stays his.
+void LauncherHistory::takeBack(const QList<UnsavedEdit>& edits) {
+    for (const UnsavedEdit& edit : edits)
+        _steps.withdraw(edit.step, edit.redoStack);
+    const UnsavedEdit& first = edits.last();
+    show(first.mode, first.before, false);
+    // What failed may lie on the disk all the same.
+    (void)_store.saveNow(first.mode, first.before);
+    if (differsFromInstalled(_layouts[first.mode]))
+        _applications.look();
 }
 
 int LauncherHistory::filesOf(const EditStep& step) {
@@ -133,11 +155,9 @@ static bool putBackSettings(Settings& settings, const QMap<QString, QJsonValue>&
 LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const LayoutUndoState& before,
                                                    Saved saved) {
     const bool isWhole = filesOf(step) > 1;
-    if (isWhole) {
-        saved = Saved::now;
+    if (isWhole)
         if (auto begun = beginWhole(step); !begun)
             return begun;
-    }
     const QMap<QString, QJsonValue> stored = _machine.settings.values();
     Outcome made;
     if (step.settings)
@@ -154,12 +174,12 @@ LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const L
     }
     if (made && step.replacement && step.replacement->importRecord)
         made = storeImportRecord(*step.replacement->importRecord);
-    if (isWhole)
-        _journal.end(); // before anything is put back: that may need its room
-    if (!made) {
-        if (step.settings && putBackSettings(_machine.settings, stored))
-            _layouts[step.mode].refresh();
-        putBack(step, before);
+    // Killed while it is put back, the step is still whole: the next start brings it to its end.
+    const bool isAsBefore = made || putBack(step, before, stored);
+    if (isWhole) {
+        _journal.end();
+        if (!isAsBefore)
+            (void)putBack(step, before, stored); // the journal may have had the room that it takes
     }
     return made;
 }
@@ -184,18 +204,28 @@ LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step) {
     return {};
 }
 
-void LauncherHistory::putBack(const EditStep& step, const LayoutUndoState& before) {
-    if (step.definitions)
-        (void)_smartFolders.setDefinitions(before.smartFolderDefinitions);
+bool LauncherHistory::putBack(const EditStep& step, const LayoutUndoState& before,
+                              const QMap<QString, QJsonValue>& stored) {
+    bool isWritten = true;
+    if (step.settings) {
+        isWritten = putBackSettings(_machine.settings, stored);
+        _layouts[step.mode].refresh();
+    }
+    if (step.definitions && !_smartFolders.setDefinitions(before.smartFolderDefinitions))
+        isWritten = false;
     for (const LauncherWindowMode mode : LiveLayouts::modes) {
+        const bool isChanged =
+            mode == step.mode ? step.document.has_value() : step.otherDocument.has_value();
         const LayoutDocument& document = *before.documentOf(mode);
-        if (document == _layouts[mode].document())
+        if (!isChanged)
             continue;
-        _layouts[mode].setDocument(document);
-        markUnavailable(_layouts[mode]);
-        (void)_store.saveNow(mode, document);
+        if (document != _layouts[mode].document())
+            show(mode, document, false);
+        if (!_store.saveNow(mode, document))
+            isWritten = false;
     }
     _layouts[step.mode].setNavigation(before.navigation);
+    return isWritten;
 }
 
 LauncherHistory::Outcome LauncherHistory::storeSettings(LauncherWindowMode mode,

@@ -4,6 +4,7 @@
 #include "editing/layout_undo.h"
 #include "launcher/launcher_error.h"
 #include "launcher/step_journal.h"
+#include "launcher/unsaved_edits.h"
 #include "platform/signal.h"
 
 #include <functional>
@@ -50,8 +51,8 @@ struct EditStep {
 ///    present one, or with other files; else after the last of a burst.
 /// 6. The step is kept for undo, which is whole in the same way.
 ///
-/// A step that fails has changed nothing. A mode whose file cannot be written is left alone by the
-/// steps of the other one. Main thread only.
+/// A step that fails has changed nothing. One that was saved later, or not, see `UnsavedEdits`. A mode
+/// whose file cannot be written is left alone by the steps of the other one. Main thread only.
 class LauncherHistory {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -75,6 +76,8 @@ public:
     void undo(LauncherWindowMode mode, Done done = {});
     void redo(LauncherWindowMode mode, Done done = {});
     const LayoutUndoHistory& steps() const { return _steps; }
+    /// The steps whose documents are not on the disk yet.
+    UnsavedEdits& unsaved() { return _unsaved; }
     LayoutUndoState snapshot(LauncherWindowMode mode) const;
 
     /// Before the first load is shown: ends a step in which the program was killed.
@@ -94,7 +97,10 @@ private:
     enum class Saved { now, soon };
     Outcome carryOut(const EditStep& step, const LayoutUndoState& before, Saved saved);
     Outcome beginWhole(const EditStep& step);
-    void putBack(const EditStep& step, const LayoutUndoState& before);
+    /// True when what the step changed is on the disk as it was.
+    bool putBack(const EditStep& step, const LayoutUndoState& before,
+                 const QMap<QString, QJsonValue>& stored);
+    void takeBack(const QList<UnsavedEdit>& edits);
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
     Outcome save(LauncherWindowMode mode, Saved saved);
     Outcome storeImportRecord(const LegacyLaunchpadImportMetadata& record);
@@ -113,6 +119,7 @@ private:
     LayoutUndoActions::TrashMove _moveToTrash;
     StepJournal _journal;
     LayoutUndoHistory _steps;
+    UnsavedEdits _unsaved;
 };
 
 LauncherError launcherError(EditRefusal refusal);

@@ -182,13 +182,6 @@ LauncherViewModel::Outcome LauncherViewModel::quit() {
 
 bool LauncherViewModel::hasUnsavedEdits() const { return _parts->store.hasUnsavedEdits(); }
 
-void LauncherViewModel::whenSaved(std::function<void(Outcome)> done) {
-    _parts->store.whenSaved([done = std::move(done)](
-                                const std::expected<void, LayoutStore::Error>& saved) {
-        done(saved ? Outcome() : std::unexpected(launcherError(saved.error(), couldNotSaveLayout())));
-    });
-}
-
 // ---- what the user does
 
 void LauncherViewModel::open(LauncherWindowMode mode, const LaunchpadItem& item) {

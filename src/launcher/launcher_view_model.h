@@ -72,9 +72,6 @@ public:
     Outcome quit();
     /// True while an edit is not on the disk.
     bool hasUnsavedEdits() const;
-    /// Saves what is unsaved at once and behind the main thread. `done` is called there, unless the
-    /// launcher goes before.
-    void whenSaved(std::function<void(Outcome)> done);
 
     // The parts.
     LiveLayouts& layouts() const;

@@ -165,17 +165,17 @@ std::optional<BackgroundFile::Result> LayoutStore::Working::outcome() const {
     return unsaved->ticket ? file->result(*unsaved->ticket) : std::nullopt;
 }
 
+void LayoutStore::setUnsaved(LauncherWindowMode mode, const Document& document, bool isEdit) {
+    working(mode).unsaved = Unsaved{document, isEdit, {}};
+    ++working(mode).revision;
+}
+
 void LayoutStore::scheduleSave(LauncherWindowMode mode, const Document& document) {
     Working& file = working(mode);
     if (file.isBlocked)
         return;
-    file.unsaved = Unsaved{document, true, {}};
+    setUnsaved(mode, document, true);
     file.pendingSave = _machine.scheduler.after(saveDelay, [this, mode] { handOver(mode); });
-}
-
-void LayoutStore::save(LauncherWindowMode mode, const Document& document) {
-    scheduleSave(mode, document);
-    handOver(mode);
 }
 
 /// What is unsaved goes to the worker, unless it is there already and may yet succeed.
@@ -184,7 +184,7 @@ void LayoutStore::handOver(LauncherWindowMode mode) {
     file.pendingSave.cancel();
     if (!file.unsaved || (file.unsaved->ticket && (!file.outcome() || file.isSaved())))
         return;
-    file.unsaved->ticket = file.file->write(
+    file.handedOver = file.file->write(
         [path = file.file->path(), document = current(file.unsaved->document), guard = file.guard,
          now = _machine.clock.now(),
          precondition =
@@ -198,14 +198,21 @@ void LayoutStore::handOver(LauncherWindowMode mode) {
                     bytes = std::unexpected(guarded.error());
             return bytes;
         });
-    file.file->whenWritten([this, mode](const BackgroundFile::Result& written) {
+    file.unsaved->ticket = file.handedOver;
+    file.file->whenWritten([this, mode, revision = file.revision,
+                            ticket = file.handedOver](const BackgroundFile::Result& written) {
         Working& saved = working(mode);
-        if (!written)
-            return _machine.log.warning(message(written.error()));
+        if (!written) {
+            _machine.log.warning(message(written.error()));
+            if (ticket == saved.handedOver)
+                saveEnded.notify(mode, revision, written);
+            return;
+        }
         if (saved.isSaved())
             saved.unsaved.reset();
         if (const auto kept = saved.guard->takeKept())
             foreignVersionKept.notify(mode, *kept);
+        saveEnded.notify(mode, revision, written);
     });
 }
 
@@ -214,7 +221,7 @@ void LayoutStore::saveBehind(LauncherWindowMode mode, const Document& document,
     Working& file = working(mode);
     if (file.isBlocked)
         return;
-    file.unsaved = Unsaved{document, false, {}};
+    setUnsaved(mode, document, false);
     handOver(mode);
     file.file->whenWritten(std::move(done));
 }
@@ -224,7 +231,7 @@ std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode 
     Working& file = working(mode);
     if (file.isBlocked)
         return std::unexpected(StorageError{Code::workingDocumentUnreadable});
-    file.unsaved = Unsaved{document, false, {}};
+    setUnsaved(mode, document, false);
     handOver(mode);
     if (const auto written = file.file->wait(); !written)
         return std::unexpected(written.error());
@@ -240,27 +247,6 @@ std::expected<void, LayoutStore::Error> LayoutStore::flush() {
             result = std::unexpected(outcome->error());
     }
     return result;
-}
-
-void LayoutStore::whenSaved(MoveOnlyFunction<void(std::expected<void, Error>)> done) {
-    struct Waiting {
-        MoveOnlyFunction<void(std::expected<void, Error>)> done;
-        std::expected<void, Error> result;
-        std::size_t left = modes.size();
-    };
-    const auto waiting = std::make_shared<Waiting>(Waiting{std::move(done), {}});
-    for (const LauncherWindowMode mode : modes) {
-        handOver(mode);
-        Working& file = working(mode);
-        // What a start brought up to date, and could not save, is no failure of anybody's edit.
-        const bool isOwed = file.unsaved && file.unsaved->isEdit;
-        file.file->whenWritten([waiting, isOwed](const BackgroundFile::Result& written) {
-            if (isOwed && !written && waiting->result)
-                waiting->result = std::unexpected(written.error());
-            if (--waiting->left == 0)
-                waiting->done(waiting->result);
-        });
-    }
 }
 
 bool LayoutStore::hasUnsavedEdits() const {

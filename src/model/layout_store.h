@@ -28,7 +28,7 @@ class SavedArrangements;
 /// A working file that exists but cannot be used blocks its mode: nothing is written for it until a
 /// reset, or a later load that finds a usable file or none. Edits are saved 300 ms after the last of a
 /// burst, encoded and written on a worker. What a failing disk kept from being saved stays here and is
-/// tried again at the next edit, at `flush` and at `whenSaved`.
+/// tried again at the next edit, at `flush` and at `hurry`.
 ///
 /// Main thread only. The two modes have nothing in common but the folder.
 class LayoutStore {
@@ -78,8 +78,8 @@ public:
     /// saved until then. A blocked mode that is reset meanwhile stays as the reset left it.
     [[nodiscard]] Task loadBehind(LauncherWindowMode mode, std::function<void(LoadResult)> done);
     void scheduleSave(LauncherWindowMode mode, const Document& document);
-    /// The same without the delay, for what is no burst.
-    void save(LauncherWindowMode mode, const Document& document);
+    /// Hands over what is scheduled, or could not be saved earlier, without blocking and at once.
+    void hurry(LauncherWindowMode mode) { handOver(mode); }
     /// As `saveNow`, but without blocking: `done` is called on the main thread, unless the store goes
     /// before. Nothing in a blocked mode.
     void saveBehind(LauncherWindowMode mode, const Document& document, BackgroundFile::Done done);
@@ -94,8 +94,12 @@ public:
     /// Writes what is scheduled, or could not be saved earlier, for either mode, and blocks until it is
     /// on the disk. The first error where both fail.
     std::expected<void, Error> flush();
-    /// The same without blocking; `done` is called on the main thread, unless the store goes before.
-    void whenSaved(MoveOnlyFunction<void(std::expected<void, Error>)> done);
+    /// Numbers the states of a mode that were to be saved, in their order: that of the last one.
+    using Revision = std::uint64_t;
+    Revision revision(LauncherWindowMode mode) const { return working(mode).revision; }
+    /// A save has ended: the state of that number is on the disk with all before it; or it has failed,
+    /// and no later one is under way.
+    Signal<LauncherWindowMode, Revision, BackgroundFile::Result> saveEnded;
     /// True while the state of a scheduled save is not on the disk. What `saveNow` could not write does
     /// not count: its caller was told.
     bool hasUnsavedEdits() const;
@@ -140,6 +144,8 @@ private:
         bool isBlocked = false;
         std::optional<QString> lossyCopy;
         std::optional<Unsaved> unsaved;
+        Revision revision = 0;
+        BackgroundFile::Ticket handedOver = 0; ///< the last of them
         Timer pendingSave;
     };
 
@@ -148,6 +154,7 @@ private:
         return _working[static_cast<std::size_t>(mode)];
     }
     QString stampedName(const QString& prefix);
+    void setUnsaved(LauncherWindowMode mode, const Document& document, bool isEdit);
     void handOver(LauncherWindowMode mode);
     template <typename Kept>
     std::expected<void, FileError> write(const QString& path, const Kept& kept,

@@ -136,6 +136,9 @@ TEST_F(StepJournalTest, AStepThatFailsLeavesTheSettingsAsTheyWereStored) {
     mac.link(layout, u"/Volumes/Away/layout.json"_s);
     const auto stored = mac.settings.values();
     const int writes = mac.settings.writes;
+    bool isNoted = false;
+    const auto watched = launcher->shown().changed.connect(
+        [&] { isNoted = isNoted || (mac.settings.values() == stored && mac.exists(note)); });
     EditStep step{.name = u"Restore"_s, .mode = LauncherWindowMode::fullScreen};
     step.document = LayoutDocument();
     step.settings = launcher->shown().settings();
@@ -143,6 +146,8 @@ TEST_F(StepJournalTest, AStepThatFailsLeavesTheSettingsAsTheyWereStored) {
     EXPECT_FALSE(launcher->history().make(step));
     EXPECT_GT(mac.settings.writes, writes + 1);
     EXPECT_EQ(mac.settings.values(), stored) << "what was absent is absent again";
+    EXPECT_TRUE(isNoted) << "until all is put back: it may be killed before that";
+    EXPECT_FALSE(mac.exists(note));
     EXPECT_EQ(launcher->shown().settings().columns, 8);
 }
 

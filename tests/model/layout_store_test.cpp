@@ -203,41 +203,46 @@ TEST_F(LayoutStoreTest, ASaveIsHandedOverAndToldOfWhenItIsOnTheDisk) {
     };
     store.scheduleSave(fullScreen, shown("a"));
     mac.time.advance(300ms);
-    store.save(windowed, shown("b"));
+    store.scheduleSave(windowed, shown("b"));
     store.scheduleSave(fullScreen, shown("c")); // edited while the first is on its way
     EXPECT_TRUE(store.hasUnsavedEdits());
     QStringList told;
-    store.whenSaved([&](const std::expected<void, LayoutStore::Error>& saved) {
-        told += saved ? u"saved "_qs + sketch(stored().pages) : u"failed"_qs;
-    });
+    const Subscription ended =
+        store.saveEnded.connect([&](LauncherWindowMode mode, LayoutStore::Revision revision,
+                                    const BackgroundFile::Result& saved) {
+            EXPECT_LE(revision, store.revision(mode));
+            told += !saved               ? u"failed"_qs
+                    : mode == fullScreen ? u"%1 "_qs.arg(revision) + sketch(stored().pages)
+                                         : u"windowed"_qs;
+        });
+    store.hurry(fullScreen);
+    store.hurry(windowed);
     mac.mailbox.drain();
     EXPECT_FALSE(mac.exists(path("layout.json")));
     EXPECT_TRUE(told.isEmpty());
     opened.count_down();
     mac.settle();
-    EXPECT_EQ(told, QStringList{u"saved c"_qs});
+    // Of what waited only the last is written, and the others are safe with it.
+    EXPECT_EQ(told, QStringList({u"1 c"_qs, u"2 c"_qs, u"windowed"_qs}));
     EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"b");
     EXPECT_FALSE(store.hasUnsavedEdits());
 
+    // A failure is told once nothing is under way that may still succeed.
+    told.clear();
     mac.remove(path("layout.json"));
     mac.makeFolder(path("layout.json/in the way"));
-    store.scheduleSave(fullScreen, shown("d"));
-    store.whenSaved([&](const std::expected<void, LayoutStore::Error>& saved) {
-        told += saved ? u"saved"_qs : u"failed"_qs;
-    });
+    for (const char* name : {"d", "e"}) {
+        store.scheduleSave(fullScreen, shown(name));
+        store.hurry(fullScreen);
+    }
     mac.settle();
-    EXPECT_EQ(told.last(), u"failed");
+    EXPECT_EQ(told, QStringList{u"failed"_qs});
     EXPECT_TRUE(store.hasUnsavedEdits());
-
-    // What a start could not bring up to date is no failure of an edit in the other mode.
-    store.saveBehind(fullScreen, shown("e"), [](const BackgroundFile::Result&) {});
-    store.scheduleSave(windowed, shown("f"));
-    store.whenSaved([&](const std::expected<void, LayoutStore::Error>& saved) {
-        told += saved ? u"saved"_qs : u"failed"_qs;
-    });
+    // What a start could not bring up to date is nobody's edit.
+    store.saveBehind(fullScreen, shown("f"), [](const BackgroundFile::Result&) {});
     mac.settle();
-    EXPECT_EQ(told.last(), u"saved");
-    EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"f");
+    EXPECT_FALSE(store.hasUnsavedEdits());
+    EXPECT_TRUE(store.lastSaveError(fullScreen));
 }
 
 TEST_F(LayoutStoreTest, WhatWasHandedOverIsWrittenAlsoAtTheEnd) {
@@ -248,7 +253,8 @@ TEST_F(LayoutStoreTest, WhatWasHandedOverIsWrittenAlsoAtTheEnd) {
     own->workers.submit(Lane::saving, {}, [&](std::stop_token) { opened.wait(); });
     {
         LayoutStore last(own->machine, directory);
-        last.save(fullScreen, {.pages = onePage});
+        last.scheduleSave(fullScreen, {.pages = onePage});
+        last.hurry(fullScreen);
     }
     opened.count_down();
     own.reset();

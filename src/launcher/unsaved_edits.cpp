@@ -1,0 +1,100 @@
+#include "launcher/unsaved_edits.h"
+
+#include <algorithm>
+
+namespace tessellar {
+
+static constexpr std::array modes{LauncherWindowMode::fullScreen, LauncherWindowMode::windowed};
+
+UnsavedEdits::UnsavedEdits(LayoutStore& store, TakeBack takeBack)
+    : _store(store)
+    , _takeBack(std::move(takeBack))
+    , _saveEnded(store.saveEnded.connect(
+          [this](LauncherWindowMode mode, LayoutStore::Revision revision,
+                 const BackgroundFile::Result& saved) { saveEnded(mode, revision, saved); })) {}
+
+void UnsavedEdits::editAs(const Editor& editor, const std::function<void()>& call) {
+    const Editor before = std::exchange(_editor, editor);
+    call();
+    _editor = before;
+}
+
+void UnsavedEdits::add(UnsavedEdit edit) {
+    auto& edits = _edits[std::size_t(edit.mode)];
+    const LayoutStore::Revision revision = _store.revision(edit.mode);
+    // What is not taken back needs no more than to be there.
+    if (!_editor && !edits.isEmpty() && !edits.last().editor)
+        edits.last().revision = revision;
+    else
+        edits.append({std::move(edit), _editor, revision});
+}
+
+void UnsavedEdits::whenSaved(const Editor& editor, Whose whose, Done done) {
+    Waiting waiting{.editor = editor, .done = std::move(done), .outcome = {}};
+    for (const LauncherWindowMode mode : modes)
+        for (const Unsaved& unsaved : std::as_const(_edits[std::size_t(mode)]))
+            if (whose == Whose::all || unsaved.editor == editor)
+                waiting.until[std::size_t(mode)] = unsaved.revision;
+    const auto until = waiting.until;
+    _waiting.push_back(std::move(waiting));
+    for (const LauncherWindowMode mode : modes)
+        if (until[std::size_t(mode)] != 0)
+            _store.hurry(mode);
+    tell();
+}
+
+void UnsavedEdits::saveEnded(LauncherWindowMode mode, LayoutStore::Revision revision,
+                             const BackgroundFile::Result& saved) {
+    if (saved) {
+        _edits[std::size_t(mode)].removeIf(
+            [revision](const Unsaved& unsaved) { return unsaved.revision <= revision; });
+        for (Waiting& waiting : _waiting)
+            if (auto& until = waiting.until[std::size_t(mode)]; until <= revision)
+                until = 0;
+    } else {
+        fail(mode, launcherError(saved.error(), couldNotSaveLayout()));
+    }
+    tell();
+}
+
+void UnsavedEdits::fail(LauncherWindowMode mode, const LauncherError& error) {
+    const auto isAwaited = [&](const Unsaved& unsaved) {
+        return unsaved.editor && std::ranges::any_of(_waiting, [&](const Waiting& waiting) {
+                   return waiting.editor == unsaved.editor && waiting.until[std::size_t(mode)] != 0;
+               });
+    };
+    auto& edits = _edits[std::size_t(mode)];
+    QList<UnsavedEdit> takenBack;
+    while (!edits.isEmpty() && isAwaited(edits.last()))
+        takenBack.append(edits.takeLast().edit);
+    for (Waiting& waiting : _waiting) {
+        if (std::exchange(waiting.until[std::size_t(mode)], 0) == 0 || !waiting.outcome)
+            continue;
+        const bool isKept = waiting.editor && std::ranges::find(std::as_const(edits), waiting.editor,
+                                                                &Unsaved::editor) != edits.cend();
+        waiting.outcome = std::unexpected(
+            isKept
+                ? LauncherError{QStringLiteral("keptUnsaved"),
+                                error.message +
+                                    QStringLiteral(" The edit stays in the window, below later ones, "
+                                                   "and is saved with them."),
+                                error.title}
+                : error);
+    }
+    if (!takenBack.isEmpty())
+        _takeBack(takenBack);
+}
+
+void UnsavedEdits::tell() {
+    std::list<Waiting> told;
+    for (auto it = _waiting.begin(); it != _waiting.end();) {
+        const auto next = std::next(it);
+        if (it->until == std::array<LayoutStore::Revision, 2>{})
+            told.splice(told.end(), _waiting, it);
+        it = next;
+    }
+    for (const Waiting& waiting : told)
+        waiting.done(waiting.outcome);
+}
+
+} // namespace tessellar

@@ -1,0 +1,132 @@
+#include "launcher/unsaved_edits.h"
+
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_messages.h"
+#include "launcher/small_launcher.h"
+
+namespace tessellar::test {
+namespace {
+
+using Mode = LauncherWindowMode;
+using Whose = UnsavedEdits::Whose;
+
+class UnsavedEditsTest : public SmallLauncher {
+protected:
+    UnsavedEditsTest() {
+        for (const char16_t* name : {u"Ash", u"Elm"})
+            install(QString::fromUtf16(name));
+        store({{app(u"Ash"_s), app(u"Elm"_s)}});
+        start();
+    }
+
+    static UnsavedEdits::Editor command() { return std::make_shared<std::byte>(); }
+    /// By hand, or by a command.
+    void rename(const QString& app, const QString& name, const UnsavedEdits::Editor& editor = {},
+                Mode mode = Mode::fullScreen) {
+        unsaved().editAs(editor, [&] {
+            const AppEntry* tile = launcher->layout(mode).tileOf(u"org.example."_s + app.toLower());
+            EXPECT_TRUE(launcher->editor().rename(mode, tile->id, name));
+        });
+    }
+    /// Notes what the editor is answered.
+    void await(const UnsavedEdits::Editor& editor, Whose whose = Whose::own) {
+        unsaved().whenSaved(editor, whose, [this, name = QString::number(_asked++)](const auto& saved) {
+            answers += name + (saved ? u" saved"_s : u' ' + saved.error().code);
+        });
+    }
+    void setDiskFails(bool fails) {
+        mac.workers.waitIdle();
+        if (fails) {
+            _kept = mac.read(layout);
+            mac.remove(layout);
+            mac.makeFolder(layout + u"/in the way"_s);
+        } else {
+            mac.remove(layout);
+            mac.write(layout, _kept);
+        }
+    }
+    QStringList taken() { return std::exchange(answers, {}); }
+    /// The window, and the file once all that waits to be saved is.
+    QStringList shownAndStored() {
+        const QString shown = sketched();
+        EXPECT_TRUE(launcher->quit());
+        return {shown, sketch(stored().pages)};
+    }
+    UnsavedEdits& unsaved() { return launcher->history().unsaved(); }
+    qsizetype steps() { return launcher->history().steps().undoStack().size(); }
+
+    const QString layout = data + u"/layout.json"_s;
+    QStringList answers;
+
+private:
+    int _asked = 0;
+    QByteArray _kept;
+};
+
+TEST_F(UnsavedEditsTest, WhatACommandCouldNotSaveIsAsIfItHadNotBeen) {
+    rename(u"Ash"_s, u"Mine"_s);
+    ASSERT_EQ(undo(), u"done");
+    setDiskFails(true);
+    const auto rename1 = command();
+    const auto rename2 = command();
+    rename(u"Ash"_s, u"One"_s, rename1);
+    await(rename1);
+    rename(u"Elm"_s, u"Two"_s, rename2);
+    await(rename2);
+    await(command());
+    EXPECT_EQ(taken(), QStringList{u"2 saved"_s}) << "who only reads waits for nobody";
+    EXPECT_EQ(sketched(), u"One Two");
+    mac.settle();
+    EXPECT_EQ(taken(), QStringList({u"0 isADirectory"_s, u"1 isADirectory"_s}));
+    EXPECT_EQ(steps(), 0);
+    EXPECT_EQ(sketched(), u"Ash Elm");
+    setDiskFails(false);
+    EXPECT_EQ(redo(), u"done") << "nor does it keep anything from being redone";
+    EXPECT_EQ(shownAndStored(), QStringList({u"Mine Elm"_s, u"Mine Elm"_s}));
+
+    // One that fails leaves what was saved before it, in the other mode too.
+    const auto batch = command();
+    rename(u"Elm"_s, u"First"_s, batch);
+    time.advance(1s);
+    mac.settle();
+    setDiskFails(true);
+    rename(u"Elm"_s, u"Second"_s, batch);
+    rename(u"Elm"_s, u"Third"_s, batch, Mode::windowed);
+    await(batch, Whose::all);
+    mac.settle();
+    EXPECT_EQ(taken(), QStringList{u"3 isADirectory"_s});
+    setDiskFails(false);
+    EXPECT_EQ(shownAndStored(), QStringList({u"Mine First"_s, u"Mine First"_s}));
+    EXPECT_EQ(sketch(stored("layout-windowed.json").pages), u"Ash Third");
+}
+
+TEST_F(UnsavedEditsTest, WhatTheUserEditsByHandIsKept) {
+    setDiskFails(true);
+    rename(u"Ash"_s, u"Below"_s);
+    const auto peeled = command();
+    rename(u"Elm"_s, u"Peeled"_s, peeled);
+    await(peeled);
+    await(command(), Whose::all);
+    mac.settle();
+    EXPECT_EQ(taken(), QStringList({u"0 isADirectory"_s, u"1 isADirectory"_s}));
+    EXPECT_EQ(sketched(), u"Below Elm");
+    EXPECT_EQ(steps(), 1);
+
+    // What lies below it stays, and is said to.
+    const auto kept = command();
+    rename(u"Elm"_s, u"Kept"_s, kept);
+    await(kept);
+    rename(u"Ash"_s, u"Above"_s);
+    mac.settle();
+    EXPECT_EQ(taken(), QStringList{u"2 keptUnsaved"_s});
+    EXPECT_EQ(sketched(), u"Above Kept");
+    setDiskFails(false);
+    EXPECT_EQ(shownAndStored(), QStringList({u"Above Kept"_s, u"Above Kept"_s}));
+    await(kept, Whose::all);
+    mac.settle();
+    EXPECT_EQ(taken(), QStringList{u"3 saved"_s});
+    EXPECT_EQ(steps(), 3);
+}
+
+} // namespace
+} // namespace tessellar::test
