@@ -22,12 +22,19 @@ const QList<Command>& commands() {
         {"group", "group org.example.maple --with org.example.iris"},
         {"ungroup", "ungroup {folder}"},
         {"sort", "sort"},
+        {"sort-page", "sort 0"},
         {"alias-create", "alias create org.example.cedar --to 0"},
-        {"reset", "reset", false, true},
+        {"alias-remove", "alias remove {alias}"},
+        {.name = "reset", .line = "reset", .isOfAllSeen = true, .keepsCopy = true},
+        {.name = "arrange", .line = "arrange by-category", .isOfAllSeen = true, .keepsCopy = true},
         {"arrangements-save", "arrangements save Second"},
-        {"arrangements-restore", "arrangements restore {arrangement}"},
+        {"arrangements-rename", "arrangements rename {arrangement} Other"},
+        {"arrangements-replace", "arrangements replace {arrangement}"},
+        {.name = "arrangements-restore",
+         .line = "arrangements restore {arrangement}",
+         .keepsCopy = true},
         {"arrangements-delete", "arrangements delete {arrangement}"},
-        {"backups-restore", "backups restore {backup}"},
+        {.name = "backups-restore", .line = "backups restore {backup}", .keepsCopy = true},
         {"places-forget", "places forget"},
         {"smart-folders-add", "smart-folders add --template games"},
         {"smart-folders-replace",
@@ -35,14 +42,23 @@ const QList<Command>& commands() {
         {"smart-folders-remove", "smart-folders remove {smartFolder}"},
         {"smart-folders-place", "smart-folders place {unplaced}"},
         {"smart-folders-unplace", "smart-folders unplace {smartFolder}"},
+        {.name = "smart-folders-recover",
+         .line = "smart-folders recover replace",
+         .repairsRegistry = true},
         {"settings-set", "settings set gridColumns 9"},
         {"icon-set", "icon set org.example.ash /Users/ada/icon.icns"},
         {"icon-remove", "icon remove org.example.oak"},
-        {"import-launchpad", "import-launchpad"},
+        {.name = "import-launchpad", .line = "import-launchpad", .keepsCopy = true},
         {"open", "open org.example.ash"},
-        {"cleanup-remove", "cleanup remove org.example.cedar --yes", true},
-        {"cleanup-restore", "cleanup restore", true},
+        {.name = "cleanup-remove",
+         .line = "cleanup remove org.example.cedar --yes",
+         .isBroughtBack = true},
+        {.name = "cleanup-restore", .line = "cleanup restore", .isBroughtBack = true},
+        {"updates-check", "updates check"},
+        {"updates-skip", "updates skip org.example.maple"},
+        {"updates-unskip", "updates unskip org.example.gorse"},
         {"batch", "batch {root}/Users/ada/edits"},
+        {"batch-pasted", "batch {root}/Users/ada/pasted"},
         {"batch-undone", "batch {root}/Users/ada/undone"},
     };
     return all;
@@ -122,9 +138,9 @@ void CaseList::addCalls(const Command& command, const QList<Site>& sites) {
         addFates("call", command, site);
 }
 
-void CaseList::addServed(const Command& command, const QList<Site>& sites) {
+void CaseList::addServed(const QByteArray& row, const Command& command, const QList<Site>& sites) {
     for (const Site& site : sites)
-        addFates("served", command, site);
+        addFates(row, command, site);
 }
 
 void CaseList::addLimits(const Command& command, bool hasDisk) {

@@ -14,6 +14,7 @@ namespace tessellar::torture {
 ///                                      all that would change the disk fail, or all on that path
 ///     kill:COMMAND:CALL:PATH:N:WHEN    the program dies there, "before" or "after"
 ///     served:COMMAND:CALL:PATH:N:FATE  both, in a launcher that is running and carries the command out
+///     started:COMMAND:CALL:PATH:N:FATE  while such a launcher starts; it serves without a fault then
 ///     full:COMMAND:PAGES               so many pages are free on the disk
 ///     limit:COMMAND:RESOURCE:N         the process may have so much of a resource
 ///     bits:FILE:N                      a bit of a file of the launcher's is turned over
@@ -47,7 +48,8 @@ public:
     explicit CaseList(unsigned seed) : _seed(seed) {}
 
     void addCalls(const Command& command, const QList<Site>& sites);
-    void addServed(const Command& command, const QList<Site>& sites);
+    /// Of a launcher that serves it, "served", or that "started" before.
+    void addServed(const QByteArray& row, const Command& command, const QList<Site>& sites);
     void addLimits(const Command& command, bool hasDisk);
     void addDamage(const QByteArray& file, qsizetype size);
     void addTogether();

@@ -22,7 +22,7 @@ static QByteArray shortened(const QByteArray& text) { return text.simplified().l
 
 void Laws::prepare(const Command& command) {
     (void)reference(command);
-    _mac.restore();
+    _mac.restoreFor(command);
 }
 
 const Laws::Reference& Laws::reference(const Command& command) {
@@ -31,7 +31,7 @@ const Laws::Reference& Laws::reference(const Command& command) {
         return *known;
     Reference reference;
     reference.between = statesWithin(command);
-    _mac.restore();
+    _mac.restoreFor(command);
     reference.before = _mac.state();
     _mac.run(command.line);
     reference.after = _mac.state();
@@ -70,7 +70,8 @@ QList<State> Laws::statesWithin(const Command& command) {
 
 // ---- after one
 
-QByteArray Laws::brokenFile() const {
+QByteArray Laws::brokenFile(const Command* command) const {
+    const bool isRepaired = command && command->repairsRegistry;
     const QMap<QByteArray, QByteArray> files = _mac.files();
     int temporary = 0;
     for (auto file = files.begin(); file != files.end(); ++file) {
@@ -79,10 +80,11 @@ QByteArray Laws::brokenFile() const {
             continue;
         const bool isNew = !_mac.builtFiles().contains(path);
         temporary += path.contains(".tessellar-save-") ? 1 : 0;
-        if (isNew &&
+        if (isNew && !(isRepaired && path.contains("/computed-folders.")) &&
             (path.contains(".damaged") || path.contains(".corrupt") || path.contains("recovery")))
             return path + " was set aside, and nothing was damaged";
-        if (path.endsWith(".json") && !json::parse(*file))
+        const bool isSetAside = isRepaired && path.contains("/computed-folders.corrupt");
+        if (path.endsWith(".json") && !isSetAside && !json::parse(*file))
             return path + " is broken";
         if (path.contains("/Backups/") && path.endsWith(".json") &&
             !json::decodeDocument<BackupDocument>(*file))
@@ -118,26 +120,88 @@ bool Laws::isWhole(const Command& command) {
     const State now = _mac.state();
     return now == expected.before || now == expected.after || now == expected.settledAfter ||
            expected.between.contains(now) ||
-           (withoutPlaces(now) == withoutPlaces(expected.before) && arePlacesKept());
+           (withoutPlaces(now) == withoutPlaces(expected.before) && arePlacesKept(command));
 }
 
-/// Places are on the disk before the layout without their tiles is: what is cut off there may remember
-/// more than before, or in another order, but nothing less.
-bool Laws::arePlacesKept() const {
-    const auto remembered = [](const QByteArray& bytes) {
-        QSet<QUuid> all;
-        const auto places = json::decodeDocument<RememberedPlaces>(bytes);
-        for (const RememberedPlace& place : places.value_or(RememberedPlaces()).places)
-            all.insert(place.id);
+namespace {
+
+/// Every tile that is remembered, with the folder that it lies in, in order.
+QList<std::pair<QUuid, QUuid>> positions(const Pages& pages, const QUuid& folder = {}) {
+    QList<std::pair<QUuid, QUuid>> all;
+    for (const Page& page : pages)
+        for (const LaunchpadItem& item : page) {
+            all.append({item.id(), folder});
+            if (const FolderEntry* inner = item.folder())
+                all += positions(inner->pages, inner->id);
+        }
+    return all;
+}
+
+struct Remembered {
+    QSet<QUuid> places;
+    QList<std::pair<QUuid, QUuid>> positions;
+    bool isRead = false; ///< states have numbers in place of new identifiers
+
+    explicit Remembered(const QByteArray& bytes) {
+        const auto read = json::decodeDocument<RememberedPlaces>(bytes);
+        if (!read)
+            return;
+        isRead = true;
+        for (const RememberedPlace& place : read->places)
+            places.insert(place.id);
+        positions = torture::positions(read->pages);
+    }
+    /// As far as another knows them.
+    QList<std::pair<QUuid, QUuid>> positionsIn(const Remembered& other) const {
+        QSet<QUuid> known;
+        for (const auto& [tile, folder] : other.positions)
+            known.insert(tile);
+        QList<std::pair<QUuid, QUuid>> all = positions;
+        all.removeIf([&](const auto& position) { return !known.contains(position.first); });
         return all;
-    };
+    }
+};
+
+} // namespace
+
+/// Places are on the disk before the layout without their tiles is: what is cut off there may remember
+/// more than before, but nothing less, and each place lies where it lay, or where the command put it.
+bool Laws::arePlacesKept(const Command& command) {
     const QMap<QByteArray, QByteArray> files = _mac.files();
-    const QMap<QByteArray, QByteArray>& before = _mac.builtFiles();
-    for (auto file = before.begin(); file != before.end(); ++file)
-        if (file.key().contains("/remembered-places") &&
-            !remembered(files.value(file.key())).contains(remembered(*file)))
+    const Reference& expected = reference(command);
+    const QMap<QByteArray, QByteArray>& built = _mac.builtFiles();
+    for (auto file = built.begin(); file != built.end(); ++file) {
+        if (!file.key().contains("/remembered-places"))
+            continue;
+        const Remembered before(*file);
+        const Remembered now(files.value(file.key()));
+        const auto isAsIn = [&](const State& state) {
+            const Remembered then(state.value(file.key()));
+            return then.isRead && now.positionsIn(then) == then.positionsIn(now);
+        };
+        if (!now.places.contains(before.places) ||
+            !(isAsIn(expected.before) || isAsIn(expected.after) || isAsIn(expected.settledAfter)))
             return false;
+    }
     return true;
+}
+
+/// Where the layout is another than it was.
+bool Laws::isCopyKept() const {
+    const QByteArray layout = SmallMac::applicationFolder + "/layout.json";
+    const QMap<QByteArray, QByteArray> files = _mac.files();
+    const auto pages = [](const QByteArray& bytes) {
+        return json::decodeDocument<LayoutDocument>(bytes).value_or(LayoutDocument()).pages;
+    };
+    const Pages before = pages(_mac.builtFiles().value(layout));
+    if (pages(files.value(layout)) == before)
+        return true;
+    for (auto file = files.begin(); file != files.end(); ++file)
+        if (file.key().contains("/Backups/") && !_mac.builtFiles().contains(file.key()))
+            if (const auto copy = json::decodeDocument<BackupDocument>(*file);
+                copy && copy->document.pages == before)
+                return true;
+    return false;
 }
 
 /// A removal is of many items, and its record is written twice. What counts is that nothing is lost,
@@ -173,10 +237,13 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
         return with("it did not end");
     if (!ending.status && ending.signal != SIGKILL)
         return with("it crashed with signal " + QByteArray::number(ending.signal));
-    if (const QByteArray broken = brokenFile(); !broken.isEmpty())
+    if (const QByteArray broken = brokenFile(&command); !broken.isEmpty())
         return with(broken);
-    if (const QByteArray broken = putRegistryBack(); !broken.isEmpty())
-        return with(broken);
+    if (!command.repairsRegistry)
+        if (const QByteArray broken = putRegistryBack(); !broken.isEmpty())
+            return with(broken);
+    if (command.keepsCopy && !isCopyKept())
+        return with("another arrangement took the place of the first, of which no copy is kept");
     const Reference& expected = reference(command);
     State now = _mac.state();
     const bool hasWarned = !ending.error.trimmed().isEmpty();

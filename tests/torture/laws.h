@@ -13,7 +13,8 @@ struct Lenience {
 /// By which it is judged what came of a fault:
 ///
 /// 1. A program ends in time, by itself.
-/// 2. Every file is whole; nothing is set aside that was; no heap of temporary files is left.
+/// 2. Every file is whole; nothing is set aside that was; no heap of temporary files is left; of an
+///    arrangement that another took the place of there is a copy.
 /// 3. After success what the command does is on the disk, and nothing else is.
 /// 4. A failure that was said is the last word that is true.
 /// 5. After failure or death all of it is there or none of it, at the latest once the next command has
@@ -27,8 +28,8 @@ public:
     void prepare(const Command& command);
     /// The law that was broken, and how; empty where all were kept.
     QByteArray broken(const Command& command, const Ending& ending, Lenience lenience = {});
-    /// Of the second law alone.
-    QByteArray brokenFile() const;
+    /// Of the second law alone, whatever the command may do to the registry of smart folders.
+    QByteArray brokenFile(const Command* command = nullptr) const;
 
 private:
     /// The states around a command without a fault.
@@ -44,7 +45,8 @@ private:
 
     bool isSettledByTheNext(const Command& command, const State& wanted);
     bool isWhole(const Command& command);
-    bool arePlacesKept() const;
+    bool arePlacesKept(const Command& command);
+    bool isCopyKept() const;
     bool comesBack(const Command& command);
     bool holdsAll(const Command& command);
     QByteArray putRegistryBack();

@@ -110,13 +110,16 @@ std::optional<QList<Case>> allCases(const Options& options, QByteArray& why) {
             }
             list.addCalls(command, *sites);
         }
-        if (isWanted("served:" + name + ':') && !name.startsWith("batch")) {
-            const auto sites = trials.servedSites(command);
+        for (const auto& [row, phase] : {std::pair("served", Trials::Phase::serving),
+                                         std::pair("started", Trials::Phase::starting)}) {
+            if (!isWanted(row + QByteArray(":") + name + ':'))
+                continue;
+            const auto sites = trials.servedSites(command, phase);
             if (!sites) {
                 why = name + " fails without a fault beside a launcher";
                 return std::nullopt;
             }
-            list.addServed(command, *sites);
+            list.addServed(row, command, *sites);
         }
         list.addLimits(command, trials.mac().hasDisk());
     }
@@ -194,14 +197,17 @@ Tally tryAll(const Options& options, const QList<Case>& cases) {
     char* line = nullptr;
     std::size_t capacity = 0;
     while (::getline(&line, &capacity, lines) > 0) {
-        const QByteArrayList parts = QByteArray(line).trimmed().isEmpty()
-                                         ? QByteArrayList()
-                                         : QByteArray(line).replace('\n', "").split('\t');
+        QByteArrayList parts = QByteArray(line).trimmed().isEmpty()
+                                   ? QByteArrayList()
+                                   : QByteArray(line).replace('\n', "").split('\t');
         if (parts.size() != 3)
             continue;
         Tally::Row& row = tally.rows[parts[0].first(parts[0].indexOf(':'))];
         ++row.tries;
         row.unreached += parts[1].isEmpty() ? 0 : 1;
+        // A case that was chosen and tests nothing any more is to be chosen anew.
+        if (!parts[1].isEmpty() && !options.from.isEmpty() && parts[2].isEmpty())
+            parts[2] = "the call was not met";
         if (parts[2].isEmpty())
             continue;
         ++row.faults;
@@ -220,6 +226,7 @@ int report(const Options& options, qsizetype count, const Tally& tally) {
         {"call", "a system call fails"},
         {"kill", "killed before or after a call"},
         {"served", "the same in a launcher that serves the command"},
+        {"started", "the same while such a launcher starts"},
         {"full", "a disk that is nearly full"},
         {"limit", "few descriptors, small files, little memory"},
         {"bits", "a bit of a file is wrong"},

@@ -46,9 +46,8 @@ bool isPassing(const QByteArray& path) {
     if (!path.startsWith(SmallMac::applicationFolder + '/'))
         return path.contains("/.tessellar-save-");
     const QByteArray name = path.sliced(SmallMac::applicationFolder.size() + 1);
-    static const QSet<QByteArray> names{
-        "known-volumes.json", "bundle-answers.json", "app-updates.json", "app-update-run.json", "lock",
-        "control.socket"};
+    static const QSet<QByteArray> names{"known-volumes.json", "bundle-answers.json",
+                                        "app-update-run.json", "lock", "control.socket"};
     return names.contains(name) || name.contains(".tessellar-save-") || name.contains(".damaged") ||
            name.startsWith("Backups");
 }
@@ -126,6 +125,20 @@ void SmallMac::build() {
                 "group org.example.hazel --with org.example.gorse\n");
     mac.addFile(QStringLiteral("/Users/ada/undone"),
                 "smart-folders add --template games\nundo\nredo\n");
+    mac.addFile(QStringLiteral("/Users/ada/pasted"), "cut org.example.ash\npaste --to 0:0\n");
+    const auto cask = [](const QString& name) {
+        return sample::Cask{.token = name,
+                            .version = QStringLiteral("2.0"),
+                            .installedVersion = QStringLiteral("1.0"),
+                            .artifacts = {QJsonObject{
+                                {QStringLiteral("app"), QJsonArray{name + QStringLiteral(".app")}}}},
+                            .update = sample::PendingUpdate{
+                                name,
+                                QStringLiteral("2.0"),
+                                QStringLiteral("/Applications/%1.app/Contents/Info.plist").arg(name),
+                                {}}};
+    };
+    sample::addHomebrew(mac, {cask(QStringLiteral("Maple")), cask(QStringLiteral("Gorse"))});
     mac.settleDates(QDateTime::fromString(QStringLiteral("2026-01-02T03:04:05Z"), Qt::ISODate));
     if (const auto failure = mac.failure())
         _failure = failure->toUtf8();
@@ -170,8 +183,16 @@ void SmallMac::arrange() {
     name("{unplaced}", done("smart-folders add --template games").toObject().value(u"id"));
     done("smart-folders unplace {unplaced}");
     done("alias create org.example.nettle --to 0");
+    for (const QJsonValue page : done("list").toObject().value(u"pages").toArray())
+        for (const QJsonValue tile : page.toArray())
+            if (const QJsonObject app =
+                    tile.toObject().value(u"app").toObject().value(u"_0").toObject();
+                app.contains(u"alias"))
+                name("{alias}", app.value(u"id"));
     done("icon set org.example.oak /Users/ada/icon.icns");
     done("open org.example.oak");
+    done("updates check");
+    done("updates skip org.example.gorse");
     std::error_code ignored;
     fs::remove_all((_root + "/Applications/Kelp.app").toStdString(), ignored);
     done("list");
@@ -366,6 +387,14 @@ void SmallMac::restore() {
         entry->inode = status.st_ino;
         entry->changed = status.st_ctim;
     }
+}
+
+void SmallMac::restoreFor(const Command& command) {
+    restore();
+    if (!command.repairsRegistry)
+        return;
+    write(applicationFolder + "/computed-folders.json", "{");
+    run("list"); // sets it aside
 }
 
 State SmallMac::state() const {

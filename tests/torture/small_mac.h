@@ -11,8 +11,10 @@ namespace tessellar::torture {
 struct Command {
     const char* name;
     const char* line;
-    bool isBroughtBack = false; ///< a later command brings back what it moves to the Trash
-    bool isOfAllSeen = false;   ///< it arranges anew what its scan has seen
+    bool isBroughtBack = false;   ///< a later command brings back what it moves to the Trash
+    bool isOfAllSeen = false;     ///< it arranges anew what its scan has seen
+    bool keepsCopy = false;       ///< of the arrangement, which another takes the place of
+    bool repairsRegistry = false; ///< that of smart folders, which is damaged before
 };
 
 /// A small Mac on a disk of its own in memory, which is put back as it was after each case.
@@ -43,6 +45,8 @@ public:
     static QByteArray batchFile(const Command& command);
 
     void restore();
+    /// As a command finds it.
+    void restoreFor(const Command& command);
     State state() const;
     /// All files below the root as they are, by path.
     QMap<QByteArray, QByteArray> files() const;

@@ -98,10 +98,13 @@ void endedAsItCould(Ending& ending) {
         ending.signal = SIGKILL;
 }
 
+/// What was renamed is there although its folder could not be made safe.
+bool isSync(const QByteArrayList& parts) { return parts[1] == "fsync" || parts[1] == "fdatasync"; }
+
 } // namespace
 
 std::optional<QList<Site>> Trials::sites(const Command& command) {
-    _mac.restore();
+    _mac.restoreFor(command);
     Injection injection(_mac);
     Programs programs;
     const pid_t program = programs.start(_mac.tessellarctl(command.line), injection.asDecide());
@@ -111,16 +114,19 @@ std::optional<QList<Site>> Trials::sites(const Command& command) {
     return injection.sites();
 }
 
-Ending Trials::runServed(const Command& command, const Programs::Decide& decide, bool& isServing) {
+Ending Trials::runServed(const Command& command, const Programs::Decide& decide, Phase phase) {
     Programs programs;
     bool isListening = false;
+    bool isServing = false;
     const pid_t launcher = programs.start(_mac.launcher(), [&](const SystemCall& call) {
         isListening = isListening || qstrcmp(call.name, "listen") == 0;
         isServing = isServing || qstrcmp(call.name, "accept4") == 0;
-        return isServing ? decide(call) : Fate{};
+        return isServing == (phase == Phase::serving) ? decide(call) : Fate{};
     });
     if (!programs.runUntil(isListening, secondsForAProgram))
-        return {.isLate = true};
+        // One that cannot start ends by itself, and the command is carried out without it.
+        if (phase == Phase::serving || programs.waitFor(launcher, secondsForAProgram).isLate)
+            return {.isLate = true};
     const pid_t client = programs.start(_mac.tessellarctl(command.line));
     Ending ending = programs.waitFor(client, secondsForAProgram);
     programs.signal(launcher, ending.status == 0 ? SIGKILL : SIGTERM);
@@ -131,12 +137,11 @@ Ending Trials::runServed(const Command& command, const Programs::Decide& decide,
     return ending;
 }
 
-std::optional<QList<Site>> Trials::servedSites(const Command& command) {
-    _mac.restore();
+std::optional<QList<Site>> Trials::servedSites(const Command& command, Phase phase) {
+    _mac.restoreFor(command);
     Injection injection(_mac);
-    bool isServing = false;
-    const Ending ending = runServed(command, injection.asDecide(), isServing);
-    if (ending.status != 0 || !isServing)
+    const Ending ending = runServed(command, injection.asDecide(), phase);
+    if (ending.status != 0 || injection.sites().isEmpty())
         return std::nullopt;
     return injection.sites();
 }
@@ -147,8 +152,8 @@ Verdict Trials::judge(const Case& one) {
     const QByteArray& row = parts.first();
     if ((row == "call" || row == "kill") && rest.size() == 5)
         return judgeCall(rest);
-    if (row == "served" && rest.size() == 5)
-        return judgeServed(rest);
+    if ((row == "served" || row == "started") && rest.size() == 5)
+        return judgeServed(rest, row == "served" ? Phase::serving : Phase::starting);
     if ((row == "full" && rest.size() == 2) || (row == "limit" && rest.size() == 3))
         return judgeLimit(rest);
     if ((row == "bits" || row == "cut") && rest.size() == 2)
@@ -169,21 +174,17 @@ Verdict Trials::judgeCall(const QByteArrayList& parts) {
     Ending ending = programs.waitFor(program, secondsForAProgram);
     if (injection.metKind() == Kind::makesDescriptor)
         endedAsItCould(ending);
-    // What was renamed is there although its folder could not be made safe.
-    const bool mayFailLate = parts[1] == "fsync" || parts[1] == "fdatasync";
-    return {_laws.broken(*command, ending, {.mayFailLate = mayFailLate}), injection.wasReached()};
+    return {_laws.broken(*command, ending, {.mayFailLate = isSync(parts)}), injection.wasReached()};
 }
 
-Verdict Trials::judgeServed(const QByteArrayList& parts) {
+Verdict Trials::judgeServed(const QByteArrayList& parts, Phase phase) {
     const Command* command = commandNamed(parts.first());
     if (!command)
         return {"there is no such command", false};
     _laws.prepare(*command);
     Injection injection(_mac, parts.sliced(1));
-    bool isServing = false;
-    const Ending ending = runServed(*command, injection.asDecide(), isServing);
-    // An edit that could not be saved stays in the launcher's window, and is saved when it can be.
-    return {_laws.broken(*command, ending, {.mayFailLate = true, .warnsElsewhere = true}),
+    const Ending ending = runServed(*command, injection.asDecide(), phase);
+    return {_laws.broken(*command, ending, {.mayFailLate = isSync(parts), .warnsElsewhere = true}),
             injection.wasReached()};
 }
 

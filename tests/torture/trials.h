@@ -20,21 +20,23 @@ public:
 
     /// The calls that a command makes; nothing where it fails without any fault.
     std::optional<QList<Site>> sites(const Command& command);
-    /// Those that a launcher makes that is running, from the moment in which the command reaches it.
-    std::optional<QList<Site>> servedSites(const Command& command);
+    /// When faults befall a launcher: until the command reaches it, or from then on.
+    enum class Phase { starting, serving };
+    /// The calls that a launcher makes in that phase.
+    std::optional<QList<Site>> servedSites(const Command& command, Phase phase);
 
     Verdict judge(const Case& one);
 
 private:
     Verdict judgeCall(const QByteArrayList& parts);
-    Verdict judgeServed(const QByteArrayList& parts);
+    Verdict judgeServed(const QByteArrayList& parts, Phase phase);
     Verdict judgeLimit(const QByteArrayList& parts);
     Verdict judgeDamage(const QByteArrayList& parts);
     Verdict judgeTogether(const QByteArrayList& parts);
 
     /// A launcher that is running serves the command; at its answer it is killed, so that what it has
     /// put off is lost. It leaves in its own way where it has said that something failed.
-    Ending runServed(const Command& command, const Programs::Decide& decide, bool& isServing);
+    Ending runServed(const Command& command, const Programs::Decide& decide, Phase phase);
 
     SmallMac _mac;
     Laws _laws;
