@@ -18,21 +18,27 @@ QString AlertPanel::text() const {
     return _viewModel.messages().question() ? _viewModel.messages().question()->text : QString();
 }
 
-bool AlertPanel::offersReset() const {
-    return !_alerts.isEmpty() && _alerts.first().title == LayoutArchive::resetTitle();
+AlertPanel::Remedy AlertPanel::remedy() const {
+    return _alerts.isEmpty() ? Remedy::none : _alerts.first().remedy;
 }
 
 QString AlertPanel::accept() const {
-    if (offersReset())
+    switch (remedy()) {
+    case Remedy::resetLayout:
         return tr("Reset");
+    case Remedy::saveAgain:
+        return tr("Try Again");
+    case Remedy::none:
+        break;
+    }
     return _alerts.isEmpty() && _viewModel.messages().question()
                ? _viewModel.messages().question()->accept
                : QString();
 }
 
 bool AlertPanel::isDestructive() const {
-    return offersReset() || (_alerts.isEmpty() && _viewModel.messages().question() &&
-                             _viewModel.messages().question()->isDestructive);
+    return remedy() == Remedy::resetLayout || (_alerts.isEmpty() && _viewModel.messages().question() &&
+                                               _viewModel.messages().question()->isDestructive);
 }
 
 void AlertPanel::refresh() {
@@ -44,11 +50,25 @@ void AlertPanel::refresh() {
 void AlertPanel::answer(bool accepted) {
     if (_alerts.isEmpty())
         return _viewModel.messages().answer(accepted);
-    const bool resets = accepted && offersReset();
+    const Remedy wanted = accepted ? remedy() : Remedy::none;
     _alerts.removeFirst();
     refresh();
-    if (!resets)
-        return;
+    if (wanted == Remedy::saveAgain)
+        saveAgain();
+    else if (wanted == Remedy::resetLayout)
+        resetLayouts();
+}
+
+void AlertPanel::saveAgain() {
+    _viewModel.history().unsaved().whenSaved(
+        {}, UnsavedEdits::Whose::all,
+        [&messages = _viewModel.messages()](const UnsavedEdits::Outcome& saved) {
+            if (!saved)
+                messages.alert(offering(Remedy::saveAgain, saved.error()));
+        });
+}
+
+void AlertPanel::resetLayouts() {
     // Each mode that cannot be read has its own alert; one answer is enough.
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (!_viewModel.history().guard(mode))

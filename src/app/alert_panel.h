@@ -31,7 +31,7 @@ public:
     QString title() const;
     QString text() const;
     QString accept() const;
-    QString decline() const { return offersReset() ? tr("Leave It") : tr("Cancel"); }
+    QString decline() const { return remedy() != Remedy::none ? tr("Leave It") : tr("Cancel"); }
     bool isDestructive() const;
     bool isAcceptDefault() const { return _isAcceptDefault; }
 
@@ -45,8 +45,12 @@ Q_SIGNALS:
     void changed();
 
 private:
-    /// The alert is about an arrangement that could not be read: resetting it is the way out.
-    bool offersReset() const;
+    using Remedy = LauncherError::Remedy;
+
+    /// What the alert that is shown offers.
+    Remedy remedy() const;
+    void saveAgain();
+    void resetLayouts();
 
     LauncherViewModel& _viewModel;
     QList<LauncherError> _alerts;

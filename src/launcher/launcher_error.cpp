@@ -47,6 +47,11 @@ LauncherError launcherError(const LayoutStore::Error& error, const QString& titl
     return {name, message(storage), title};
 }
 
+LauncherError offering(LauncherError::Remedy remedy, LauncherError error) {
+    error.remedy = remedy;
+    return error;
+}
+
 QString couldNotSaveLayout() { return Texts::tr("Could not save the layout"); }
 
 } // namespace tessellar

@@ -271,7 +271,8 @@ LauncherHistory::Outcome LauncherHistory::save(LauncherWindowMode mode, Saved sa
     }
     // What could not be saved after an earlier edit is said now; this edit's save tries again.
     if (const auto& error = _store.lastSaveError(mode))
-        _messages.alert(launcherError(*error, couldNotSaveLayout()));
+        _messages.alert(
+            offering(LauncherError::Remedy::saveAgain, launcherError(*error, couldNotSaveLayout())));
     _store.scheduleSave(mode, document);
     return {};
 }

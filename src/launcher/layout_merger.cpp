@@ -248,7 +248,8 @@ void LayoutMerger::tellOfLoad(LauncherWindowMode mode) {
                              .arg(*copy),
                          Texts::tr("Part of the layout could not be read")});
     if (const auto* failed = std::get_if<LayoutStore::Failed>(&loaded))
-        _messages.alert(launcherError(failed->error, LayoutArchive::resetTitle()));
+        _messages.alert(offering(LauncherError::Remedy::resetLayout,
+                                 launcherError(failed->error, LayoutArchive::resetTitle())));
 }
 
 } // namespace tessellar

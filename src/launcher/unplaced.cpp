@@ -84,7 +84,7 @@ std::expected<void, LauncherError> placeOrForget(LauncherViewModel& launcher, La
             mode, thing.id, [&messages = launcher.messages()](const auto& forgotten) {
                 if (!forgotten)
                     messages.alert({forgotten.error().code, forgotten.error().message,
-                                    QStringLiteral("Could not forget the place")});
+                                    Texts::tr("Could not forget the place")});
             });
         break;
     }

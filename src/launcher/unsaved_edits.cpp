@@ -1,5 +1,7 @@
 #include "launcher/unsaved_edits.h"
 
+#include "platform/texts.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -73,13 +75,12 @@ void UnsavedEdits::fail(LauncherWindowMode mode, const LauncherError& error) {
         const bool isKept = waiting.editor && std::ranges::find(std::as_const(edits), waiting.editor,
                                                                 &Unsaved::editor) != edits.cend();
         waiting.outcome = std::unexpected(
-            isKept
-                ? LauncherError{QStringLiteral("keptUnsaved"),
-                                error.message +
-                                    QStringLiteral(" The edit stays in the window, below later ones, "
-                                                   "and is saved with them."),
-                                error.title}
-                : error);
+            isKept ? LauncherError{QStringLiteral("keptUnsaved"),
+                                   error.message + u' ' +
+                                       Texts::tr("The edit stays in the window, below later ones, "
+                                                 "and is saved with them."),
+                                   error.title}
+                   : error);
     }
     if (!takenBack.isEmpty())
         _takeBack(takenBack);

@@ -34,6 +34,10 @@
         <source>Done</source>
         <translation>Fertig</translation>
     </message>
+    <message>
+        <source>Arrangements (*.tessellar-arrangement)</source>
+        <translation>Anordnungen (*.tessellar-arrangement)</translation>
+    </message>
 </context>
 <context>
     <name>ArrangingSheet</name>
@@ -128,6 +132,13 @@
     </message>
 </context>
 <context>
+    <name>FileButton</name>
+    <message>
+        <source>Browse…</source>
+        <translation>Durchsuchen …</translation>
+    </message>
+</context>
+<context>
     <name>FolderOverlay</name>
     <message>
         <source>Nothing matches its rules.</source>
@@ -141,10 +152,6 @@
         <translation>Symbol von „%1“ ändern</translation>
     </message>
     <message>
-        <source>Drop an .icns file here, or give its path.</source>
-        <translation>Legen Sie eine .icns-Datei hier ab oder geben Sie ihren Pfad an.</translation>
-    </message>
-    <message>
         <source>Path of an .icns file</source>
         <translation>Pfad einer .icns-Datei</translation>
     </message>
@@ -155,6 +162,14 @@
     <message>
         <source>Change</source>
         <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>Drop an .icns file here, choose one, or give its path.</source>
+        <translation>Ziehen Sie eine .icns-Datei hierher, wählen Sie eine aus oder geben Sie ihren Pfad an.</translation>
+    </message>
+    <message>
+        <source>Icons (*.icns)</source>
+        <translation>Symbole (*.icns)</translation>
     </message>
 </context>
 <context>
@@ -304,6 +319,10 @@
     <message>
         <source>Done</source>
         <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
     </message>
 </context>
 <context>
@@ -4360,6 +4379,14 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <source>Size of text in sheets and menus, of the usual; as large as the system&apos;s, where it is not set</source>
         <translation>Größe der Texte in Dialogen und Menüs, gemessen an der üblichen; ohne Angabe so groß wie die des Systems</translation>
     </message>
+    <message>
+        <source>Could not forget the place</source>
+        <translation>Der Platz konnte nicht vergessen werden</translation>
+    </message>
+    <message>
+        <source>The edit stays in the window, below later ones, and is saved with them.</source>
+        <translation>Die Änderung bleibt im Fenster, unter späteren, und wird mit ihnen gesichert.</translation>
+    </message>
 </context>
 <context>
     <name>UnplacedSheet</name>
@@ -4431,6 +4458,10 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
     </message>
 </context>
 <context>
@@ -4857,6 +4888,21 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
     <message>
         <source>Copy Command</source>
         <translation>Befehl kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>tessellar::Sheets</name>
+    <message>
+        <source>Discard your changes?</source>
+        <translation>Änderungen verwerfen?</translation>
+    </message>
+    <message>
+        <source>What you entered has not been used yet.</source>
+        <translation>Ihre Eingaben wurden noch nicht verwendet.</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
     </message>
 </context>
 <context>

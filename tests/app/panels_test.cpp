@@ -1,3 +1,4 @@
+#include "app/alert_panel.h"
 #include "app/backups_panel.h"
 #include "app/past_removals_panel.h"
 #include "app/removal_panel.h"
@@ -237,6 +238,49 @@ TEST_F(PanelsTest, BackupsAreListedAndRestoredAfterAQuestion) {
     mac.settle();
     EXPECT_EQ(panel.backups().first().toMap()[u"text"_s],
               u"Before a backup was restored · 2 applications, 1 page"_s);
+}
+
+TEST_F(PanelsTest, AlertsOfferTheWayOut) {
+    install(u"Ash"_s);
+    install(u"Oak"_s);
+    mac.write(data + u"/layout.json"_s, "no layout");
+    start();
+    AlertPanel alert(*launcher);
+    alert.refresh();
+    EXPECT_EQ(alert.title(), u"Reset the Launchpad layout?");
+    EXPECT_EQ(alert.accept(), u"Reset");
+    EXPECT_FALSE(alert.isAcceptDefault());
+    alert.answer(true);
+    EXPECT_EQ(sketched(), u"Ash Oak");
+
+    const auto block = [&](bool isBlocked) { // every name that a save may take for a while
+        for (int i = 0; i < 64; ++i) {
+            const QString path = data + u"/.tessellar-save-%1"_s.arg(i);
+            isBlocked ? mac.makeFolder(path) : mac.remove(path);
+        }
+    };
+    const auto rename = [&](const QString& name) {
+        const QUuid oak = launcher->shown().tileOf(u"org.example.oak"_s)->id;
+        ASSERT_TRUE(launcher->editor().renameApp(launcher->shown().mode(), oak, name));
+        time.advance(1s);
+        mac.settle();
+    };
+    block(true);
+    rename(u"Elm"_s);
+    rename(u"Fir"_s);
+    alert.refresh();
+    EXPECT_EQ(alert.title(), u"Could not save the layout");
+    EXPECT_EQ(alert.accept(), u"Try Again");
+    alert.answer(true);
+    mac.settle();
+    alert.refresh();
+    EXPECT_EQ(alert.accept(), u"Try Again") << "it is not there yet";
+    block(false);
+    alert.answer(true);
+    mac.settle();
+    alert.refresh();
+    EXPECT_FALSE(alert.isOpen());
+    EXPECT_EQ(sketch(stored().pages), u"Ash Fir");
 }
 
 } // namespace
