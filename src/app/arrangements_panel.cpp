@@ -123,7 +123,8 @@ void ArrangementsPanel::choose(const QString& entry) {
         ask(tr("Replace “%1”?").arg(name),
             tr("The current arrangement is saved under this name. The current launcher layout will not "
                "change."),
-            tr("Replace"), true, [this, mode, id = _subject] { shelf().replace(mode, id, reporting()); });
+            tr("Replace"), true,
+            [this, mode, id = _subject] { shelf().replace(mode, id, reporting()); });
     else if (entry == u"delete")
         ask(tr("Delete “%1”?").arg(name),
             tr("This saved arrangement will be removed. The current launcher layout will not change."),

@@ -58,6 +58,17 @@ Page ArrangingPanel::shownPage() const {
     return page;
 }
 
+QList<IconWish> ArrangingPanel::icons() const {
+    QList<IconWish> icons;
+    for (const LaunchpadItem& item : shownPage()) {
+        if (const AppEntry* app = item.app())
+            icons.append(iconWish(*app));
+        else if (const FolderEntry* folder = item.folder())
+            icons += previewIcons(*folder);
+    }
+    return icons;
+}
+
 QVariantMap ArrangingPanel::picture() const {
     const GridGeometry geometry = pageGeometry(_viewModel.layout(_mode).settings());
     return {{QStringLiteral("rows"), geometry.rows},
@@ -77,8 +88,11 @@ void ArrangingPanel::turn(int by) {
 }
 
 void ArrangingPanel::take() {
+    // At first there is nothing of one's own in the other mode either.
+    const auto modes =
+        _isFirstRun ? QList(LiveLayouts::modes.begin(), LiveLayouts::modes.end()) : QList{_mode};
     if (const LayoutProposal* proposal = chosen())
-        _viewModel.messages().report(_viewModel.proposals().take(_mode, *proposal));
+        _viewModel.messages().report(_viewModel.proposals().take(modes, *proposal));
 }
 
 } // namespace tessellar

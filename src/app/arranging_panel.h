@@ -1,5 +1,6 @@
 #pragma once
 
+#include "icons/icon_loader.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/layout_proposals.h"
 #include "platform/lifetime.h"
@@ -39,6 +40,8 @@ public:
     int pageCount() const;
     QString issue() const;
 
+    /// The icons that the page shows.
+    QList<IconWish> icons() const;
     void open(bool isFirstRun);
     Q_INVOKABLE void choose(int index);
     Q_INVOKABLE void turn(int by);

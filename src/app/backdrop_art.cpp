@@ -144,7 +144,11 @@ QImage blurredPicture(const QByteArray& encoded) {
     if (!size.isValid() || size.isEmpty() || qint64(size.width()) * size.height() > maximumPixels)
         return {};
     const QSize small = size.scaled(blurredSide, blurredSide, Qt::KeepAspectRatioByExpanding);
-    if (size.width() > 2 * small.width())
+    // A picture with a palette loses it when it is read in another size.
+    const QImage::Format format = reader.imageFormat();
+    const bool isIndexed = format == QImage::Format_Indexed8 || format == QImage::Format_Mono ||
+                           format == QImage::Format_MonoLSB;
+    if (size.width() > 2 * small.width() && !isIndexed)
         reader.setScaledSize(2 * small);
     QImage picture = reader.read();
     if (picture.isNull())
@@ -162,9 +166,10 @@ QImage blurredPicture(const QByteArray& encoded) {
 }
 
 QImage pictureBackdrop(const QImage& blurred, QSize size, bool isDark) {
-    // White on a light of 0.18 is 4.5:1; the labels are a little less than white.
-    constexpr float limit = 0.16f;
-    constexpr float darkLimit = 0.09f;
+    // White on a light of 0.18 is 4.5:1, but there are dimmer texts, and a field that brightens what is
+    // behind them.
+    constexpr float limit = 0.075f;
+    constexpr float darkLimit = 0.05f;
     if (size.isEmpty() || blurred.isNull())
         return {};
     const QSize cut = size.scaled(blurred.size(), Qt::KeepAspectRatio).expandedTo({1, 1});

@@ -72,6 +72,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
         if (_sheets.current() != Sheets::smartFolder && _smartFolder.isOpen())
             _smartFolder.cancel();
     });
+    connect(&_arranging, &ArrangingPanel::changed, this, &LauncherController::wantIcons);
     connect(&_settings, &SettingsPanel::updatesWanted, this, [this] { _sheets.open(Sheets::updates); });
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::coveredChanged);
     connect(&_removal, &RemovalPanel::changed, this, &LauncherController::coveredChanged);
@@ -115,13 +116,14 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
 }
 
 void LauncherController::startAfresh() {
-    _backdrop.look();
     _menu.close();
     _drag.cancel();
     _search.clear();
     _renaming.cancel();
-    // What was typed there is not lost with a key that hides the window.
-    if (!_sheets.isTyped() && (!_smartFolder.isOpen() || !_smartFolder.isChanged()))
+    // What was typed there, or not read yet, is not lost with a key that hides the window.
+    const bool isWelcome = _sheets.current() == Sheets::whatIsNew ||
+                           (_sheets.current() == Sheets::arranging && _arranging.isFirstRun());
+    if (!isWelcome && !_sheets.isTyped() && (!_smartFolder.isOpen() || !_smartFolder.isChanged()))
         _sheets.close();
 }
 
@@ -292,6 +294,8 @@ void LauncherController::wantIcons() {
                                                : nullptr;
     const int side = std::max(_grid.metrics().iconSide, over ? over->metrics().iconSide : 0);
     IconLoader::Wishes wishes = iconWishes(_grid, over);
+    if (_sheets.current() == Sheets::arranging)
+        wishes.visible += _arranging.icons();
     if (_sheets.current() == Sheets::unplaced)
         wishes.neighbours += _unplaced.icons();
     _icons.loader().want(std::move(wishes),

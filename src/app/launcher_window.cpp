@@ -155,6 +155,8 @@ void LauncherWindow::remember() {
 void LauncherWindow::show() {
     _leaving.cancel();
     setAway(false);
+    if (!_view.isVisible() && _hasDrawn)
+        _controller.backdrop()->look(); // it may have been put away for days
     if (!_view.isVisible() && wantedScreen() && wantedScreen() != _view.screen())
         fitToScreen();
     if (_controller.isWindowed() || !_screen.isEmpty())

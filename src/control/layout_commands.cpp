@@ -93,7 +93,7 @@ void addArrange(CommandSet& set) {
                     return call->succeed(
                         QJsonObject{{QStringLiteral("pages"), json::encode(proposal.pages)}},
                         gridText(call, proposal.pages));
-                call->answer(call->launcher().proposals().take(call->mode(), proposal),
+                call->answer(call->launcher().proposals().take({call->mode()}, proposal),
                              explanation(proposal));
             });
     });

@@ -31,6 +31,11 @@ static QString someOf(const QStringList& names) {
 }
 
 QString explanation(const LayoutProposal& proposal) {
+    QString losses;
+    if (proposal.losesAliases)
+        losses += u'\n' + Texts::tr("Aliases are not kept.");
+    if (proposal.losesSmartFolders)
+        losses += u'\n' + Texts::tr("Smart Folders lose their tiles, which can be added again.");
     switch (proposal.kind) {
     case Kind::oldLaunchpad: {
         if (!proposal.imported)
@@ -43,15 +48,16 @@ QString explanation(const LayoutProposal& proposal) {
                                     : Texts::tr("%n other applications come on new pages at the end.",
                                                 nullptr, static_cast<int>(count)));
         lines.prepend(LaunchpadImportTexts::explanation());
-        return lines.join(u'\n');
+        return lines.join(u'\n') + losses;
     }
     case Kind::byCategory:
         return Texts::tr("A folder for each category of applications, and those without "
-                         "one by name after the folders.");
+                         "one by name after the folders.") +
+               losses;
     case Kind::byName:
         break;
     }
-    return Texts::tr("All applications in alphabetical order, without folders.");
+    return Texts::tr("All applications in alphabetical order, without folders.") + losses;
 }
 
 LayoutProposals::LayoutProposals(Machine& machine, LiveLayouts& layouts,
@@ -79,36 +85,75 @@ void LayoutProposals::propose(Mode mode, std::function<void(const All&)> done) {
     });
 }
 
-void LayoutProposals::propose(Mode mode, All all, std::function<void(const All&)> done) {
-    const LiveLayout& layout = _layouts[mode];
+/// What the ways that need nothing but the applications are worked out from.
+struct LayoutProposals::Input {
+    QList<AppEntry> apps;
     Page smartFolders;
+    bool hasAliases = false;
+    GridCapacities capacities;
+    Locale locale;
+    UuidSource* uuids = nullptr;
+
+    LayoutProposal made(Kind kind) const {
+        if (kind == Kind::byCategory)
+            return {.kind = kind,
+                    .pages = layoutByCategory(apps, smartFolders, capacities, locale, *uuids),
+                    .losesAliases = hasAliases};
+        Page tiles = smartFolders;
+        for (const Page& page : defaultLayout(apps, capacities.page, locale))
+            tiles += page;
+        return {.kind = kind, .pages = filledPages(tiles, capacities.page), .losesAliases = hasAliases};
+    }
+};
+
+LayoutProposals::Input LayoutProposals::input(Mode mode) const {
+    const LiveLayout& layout = _layouts[mode];
+    Input input{.apps = installedAsArranged(layout, _applications, true),
+                .smartFolders = {},
+                .capacities = layout.capacities(),
+                .locale = _machine.locale,
+                .uuids = &_machine.uuids};
     forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
         if (item.smartFolder())
-            smartFolders.append(item);
+            input.smartFolders.append(item);
+        input.hasAliases = input.hasAliases || (item.app() && item.app()->alias);
         return true;
     });
+    return input;
+}
+
+void LayoutProposals::propose(Mode mode, All all, std::function<void(const All&)> done) {
+    Input from = input(mode);
+    for (LayoutProposal& imported : all.proposals) {
+        imported.losesAliases = from.hasAliases;
+        imported.losesSmartFolders = !from.smartFolders.isEmpty();
+    }
     _task = _machine.workers.run(
         Lane::computing,
-        [all = std::move(all), smartFolders, apps = installedAsArranged(layout, _applications, true),
-         capacities = layout.capacities(), locale = _machine.locale,
-         &uuids = _machine.uuids](std::stop_token) mutable {
-            all.proposals.append(
-                {.kind = Kind::byCategory,
-                 .pages = layoutByCategory(apps, smartFolders, capacities, locale, uuids)});
-            Page tiles = smartFolders;
-            for (const Page& page : defaultLayout(apps, capacities.page, locale))
-                tiles += page;
-            all.proposals.append({.kind = Kind::byName, .pages = filledPages(tiles, capacities.page)});
-            return all;
+        [proposed = std::move(all), from = std::move(from)](std::stop_token) mutable {
+            for (const Kind kind : {Kind::byCategory, Kind::byName})
+                proposed.proposals.append(from.made(kind));
+            return proposed;
         },
         [done = std::move(done)](const All& found) { done(found); });
 }
 
-std::expected<void, LauncherError> LayoutProposals::take(Mode mode, const LayoutProposal& proposal) {
-    if (!proposal.imported)
-        return _archive.arrange(mode, proposal.pages, editName(EditKind::arrange));
-    const auto imported = _launchpadImport.apply(mode, *proposal.imported);
-    _launchpadImport.tell(imported);
+std::expected<void, LauncherError> LayoutProposals::take(const QList<Mode>& modes,
+                                                         const LayoutProposal& proposal) {
+    for (const Mode mode : modes) {
+        if (!proposal.imported) {
+            const auto arranged = _archive.arrange(mode, input(mode).made(proposal.kind).pages,
+                                                   editName(EditKind::arrange));
+            if (!arranged)
+                return arranged;
+            continue;
+        }
+        const auto imported = _launchpadImport.apply(mode, *proposal.imported);
+        if (!imported || mode == modes.last())
+            _launchpadImport.tell(imported);
+        if (!imported)
+            break;
+    }
     return {};
 }
 

@@ -22,7 +22,9 @@ struct LayoutProposal {
     Pages pages;
     /// Of the old Launchpad's: what it is made from, with what would be skipped.
     std::optional<NativeLaunchpadImportResult> imported = {};
-    qsizetype newAppCount = 0; ///< installed applications that it has no place for yet
+    bool losesAliases = false;
+    bool losesSmartFolders = false; ///< their tiles; the folders can be shown again
+    qsizetype newAppCount = 0;      ///< installed applications that it has no place for yet
 };
 
 /// "By Category"
@@ -31,8 +33,8 @@ QString title(LayoutProposal::Kind kind);
 QString explanation(const LayoutProposal& proposal);
 
 /// The ways to begin, or to begin anew: what the old Launchpad had, a folder for each category, or all
-/// by name. Tiles of smart folders come first; they, hidden applications and names of the user's own
-/// stay in each but the first. To take one is a step of history, with a backup. Main thread only.
+/// by name. Tiles of smart folders come first, but for the old Launchpad's; hidden applications and
+/// names of the user's own stay. To take one is a step of history, with a backup. Main thread only.
 class LayoutProposals {
 public:
     using Mode = LauncherWindowMode;
@@ -47,9 +49,13 @@ public:
 
     /// Worked out on workers, from the layout as it is now.
     void propose(Mode mode, std::function<void(const All&)> done);
-    std::expected<void, LauncherError> take(Mode mode, const LayoutProposal& proposal);
+    /// In the given modes, with what is installed and named now.
+    std::expected<void, LauncherError> take(const QList<Mode>& modes, const LayoutProposal& proposal);
 
 private:
+    struct Input;
+
+    Input input(Mode mode) const;
     void propose(Mode mode, All all, std::function<void(const All&)> done);
 
     Machine& _machine;

@@ -4387,6 +4387,14 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <source>The edit stays in the window, below later ones, and is saved with them.</source>
         <translation>Die Änderung bleibt im Fenster, unter späteren, und wird mit ihnen gesichert.</translation>
     </message>
+    <message>
+        <source>Aliases are not kept.</source>
+        <translation>Aliasse werden nicht behalten.</translation>
+    </message>
+    <message>
+        <source>Smart Folders lose their tiles, which can be added again.</source>
+        <translation>Intelligente Ordner verlieren ihre Kacheln; sie können wieder hinzugefügt werden.</translation>
+    </message>
 </context>
 <context>
     <name>UnplacedSheet</name>

@@ -49,7 +49,12 @@ TEST(Language, IsReadAsTheUserReads) {
 TEST(Language, HasATextForEveryWordOfRules) {
     Language language;
     language.follow(u"de"_s, Locale(u"en"_s));
-    const auto expectText = [](const QString& word) {
+    const auto expectText = [](const auto& name) {
+        QString word;
+        if constexpr (std::is_convertible_v<decltype(name), const char*>)
+            word = QLatin1StringView(name);
+        else
+            word = name;
         EXPECT_NE(smartFolderText(word), word) << word.toStdString();
     };
     const auto expectFields = [&]<typename... Kinds>(std::type_identity<Kinds>...) {

@@ -253,15 +253,23 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     EXPECT_TRUE(text.contains(u"Skipped: Gone, Lost\n1 other application comes on a new page"))
         << text.toStdString();
 
-    ASSERT_TRUE(launcher->proposals().take(launcher->shown().mode(), all.proposals[2]));
-    EXPECT_EQ(sketched(), u"* Ash Beech Cedrus Dogwood Elm");
+    EXPECT_TRUE(text.endsWith(u"Smart Folders lose their tiles, which can be added again."));
+
+    // What was renamed since is taken with its new name.
+    const QUuid elm = launcher->shown().tileOf(u"org.example.elm"_s)->id;
+    ASSERT_TRUE(launcher->editor().renameApp(launcher->shown().mode(), elm, u"Ulmus"_s));
+    const LayoutDocument renamed = launcher->shown().document();
+    ASSERT_TRUE(launcher->proposals().take({launcher->shown().mode()}, all.proposals[2]));
+    EXPECT_EQ(sketched(), u"* Ash Beech Cedrus Dogwood Ulmus");
     EXPECT_EQ(launcher->shown().hiddenKeys(), before.hiddenKeys);
     EXPECT_EQ(stored(), launcher->shown().document());
     EXPECT_EQ(mac.names(data + u"/Backups"_s).size(), 1);
     EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(launcher->shown().document(), renamed);
+    EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(launcher->shown().document(), before);
 
-    ASSERT_TRUE(launcher->proposals().take(launcher->shown().mode(), all.proposals[0]));
+    ASSERT_TRUE(launcher->proposals().take({launcher->shown().mode()}, all.proposals[0]));
     EXPECT_EQ(sketched(), u"Elm [Work: Beech|Dogwood]|Ash|Cedrus");
     const QList<LauncherError> alerts = launcher->messages().takeAlerts();
     ASSERT_FALSE(alerts.isEmpty());

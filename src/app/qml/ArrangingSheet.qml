@@ -12,11 +12,13 @@ Sheet {
     objectName: "arrangingSheet"
     title: panel.isFirstRun ? qsTr("Welcome to Tessellar") : qsTr("Arrange Applications")
     wanted: 640
+    scrollsByPages: false
     onClosed: launcher.sheets.close()
     Keys.onPressed: event => {
-        event.accepted = event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown;
-        if (event.accepted)
-            panel.turn(event.key === Qt.Key_PageUp ? -1 : 1);
+        if (event.key !== Qt.Key_PageUp && event.key !== Qt.Key_PageDown)
+            return;
+        event.accepted = true;
+        panel.turn(event.key === Qt.Key_PageUp ? -1 : 1);
     }
 
     WordsText {

@@ -40,7 +40,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         visible: !field.launcher.search.isActive && !field.isComposing
         text: qsTr("Search")
-        color: Theme.backdropTextFaint
+        color: Theme.backdropTextDim
         font.pixelSize: Theme.textFont
     }
 

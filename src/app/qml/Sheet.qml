@@ -21,6 +21,8 @@ FocusScope {
     property Item stretched: null
     // False for one whose keys are the controller's.
     property bool takesKeyboard: true
+    // False for one that has another use for Page Up and Page Down.
+    property bool scrollsByPages: true
     property int headingFont: Theme.headingFont
     property int role: Accessible.Dialog
     // What is said with the title, for who does not see it.
@@ -82,6 +84,19 @@ FocusScope {
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Keys.onReturnPressed: pressDefault()
     Keys.onEnterPressed: pressDefault()
+    // What nothing in it has a use for scrolls it.
+    Keys.onPressed: event => {
+        const line = 40;
+        const by = event.key === Qt.Key_Down ? line : event.key === Qt.Key_Up ? -line
+                 : event.key === Qt.Key_End ? flick.contentHeight : event.key === Qt.Key_Home ? -flick.contentHeight
+                 : !scrollsByPages ? 0
+                 : event.key === Qt.Key_PageDown ? flick.height - line
+                 : event.key === Qt.Key_PageUp ? line - flick.height : 0;
+        if (by === 0 || !flick.interactive)
+            return;
+        flick.contentY = Math.max(0, Math.min(flick.contentHeight - flick.height, flick.contentY + by));
+        event.accepted = true;
+    }
 
     MouseArea {
         anchors.fill: parent

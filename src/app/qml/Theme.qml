@@ -25,10 +25,10 @@ QtObject {
     // ---- what lies on the backdrop
 
     readonly property color backdropText: "#f5ffffff"
-    readonly property color backdropTextDim: "#b8ffffff"
-    readonly property color backdropTextFaint: "#80ffffff"
+    readonly property color backdropTextDim: "#ccffffff"
+    readonly property color backdropTextFaint: "#b8ffffff"
     readonly property color backdropField: "#1fffffff"
-    readonly property color backdropFieldTyped: "#40ffffff"
+    readonly property color backdropFieldTyped: "#2effffff"
     readonly property color backdropOutline: "#2bffffff"
     readonly property color backdropSign: "#ffffff"
     readonly property color backdropShade: "#66000000"
