@@ -153,7 +153,7 @@ QImage blurredPicture(const QByteArray& encoded) {
     QImage picture = reader.read();
     if (picture.isNull())
         return {};
-    picture = picture
+    picture = picture.convertToFormat(QImage::Format_RGB32)
                   .scaled(picture.size().scaled(blurredSide, blurredSide, Qt::KeepAspectRatio),
                           Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                   .convertToFormat(QImage::Format_RGB32);

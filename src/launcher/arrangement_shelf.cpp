@@ -67,8 +67,8 @@ ArrangementShelf::Made ArrangementShelf::apply(const SavedArrangements& saved, S
     const bool isThere = bytes || bytes.error().code != FileError::Code::notFound;
     if (isThere != step.before.has_value() || (bytes && *bytes != *step.before))
         return std::unexpected(LauncherError{
-            changedMeanwhile,
-            Texts::tr("The arrangement was changed meanwhile, and is left as it is."), title});
+            changedMeanwhile, Texts::tr("The arrangement was changed meanwhile, and is left as it is."),
+            title});
     const auto done = step.after ? saved.writeBytes(step.id, *step.after) : saved.remove(step.id);
     if (!done)
         return std::unexpected(launcherError(done.error(), title));

@@ -5,6 +5,7 @@
 #include "app/tile_search.h"
 #include "app/updates_panel.h"
 #include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_editor.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
@@ -261,7 +262,7 @@ TEST_F(PanelsTest, AlertsOfferTheWayOut) {
     };
     const auto rename = [&](const QString& name) {
         const QUuid oak = launcher->shown().tileOf(u"org.example.oak"_s)->id;
-        ASSERT_TRUE(launcher->editor().renameApp(launcher->shown().mode(), oak, name));
+        ASSERT_TRUE(launcher->editor().rename(launcher->shown().mode(), oak, name));
         time.advance(1s);
         mac.settle();
     };

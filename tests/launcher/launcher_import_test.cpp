@@ -257,7 +257,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
 
     // What was renamed since is taken with its new name.
     const QUuid elm = launcher->shown().tileOf(u"org.example.elm"_s)->id;
-    ASSERT_TRUE(launcher->editor().renameApp(launcher->shown().mode(), elm, u"Ulmus"_s));
+    ASSERT_TRUE(launcher->editor().rename(launcher->shown().mode(), elm, u"Ulmus"_s));
     const LayoutDocument renamed = launcher->shown().document();
     ASSERT_TRUE(launcher->proposals().take({launcher->shown().mode()}, all.proposals[2]));
     EXPECT_EQ(sketched(), u"* Ash Beech Cedrus Dogwood Ulmus");

@@ -5,7 +5,7 @@ import Tessellar
 PushButton {
     id: button
 
-    // As the dialog has it: "Words (*.suffix)".
+    // As the dialog has it: words, and a pattern in parentheses.
     required property string filter
 
     signal chosen(url file)

@@ -16,6 +16,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: button.clicked()
 
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()

@@ -16,6 +16,7 @@ T.RoundButton {
 
     Accessible.role: Accessible.Button
     Accessible.name: label
+    Accessible.onPressAction: button.clicked()
 
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()

@@ -47,6 +47,11 @@ Item {
     MouseArea {
         anchors.fill: parent
         onClicked: field.takeKeyboard()
+
+        // The field itself is out of sight until something is typed.
+        Accessible.role: Accessible.Button
+        Accessible.name: qsTr("Search")
+        Accessible.onPressAction: field.takeKeyboard()
     }
 
     Loader {
@@ -74,6 +79,7 @@ Item {
             font.pixelSize: Theme.textFont
             maximumLength: 200
 
+            Accessible.role: Accessible.EditableText
             Accessible.name: qsTr("Search")
 
             Component.onCompleted: text = field.launcher.search.text

@@ -52,6 +52,7 @@ FocusScope {
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text
                 Accessible.checked: modelData.isChosen
+                Accessible.onPressAction: control.chosen(index)
 
                 background: Rectangle {
                     radius: Theme.controlRadius
