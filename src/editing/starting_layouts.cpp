@@ -8,10 +8,14 @@
 
 namespace tessellar {
 
-Pages filledPages(const Page& tiles, qsizetype capacity) {
-    Pages pages;
-    for (qsizetype i = 0; i < tiles.size(); i += capacity)
-        pages.append(tiles.sliced(i, std::min(capacity, tiles.size() - i)));
+Pages layoutByName(const QList<AppEntry>& apps, const Page& first, const GridCapacities& capacities,
+                   const Locale& locale) {
+    Pages pages{first};
+    for (const Page& page : defaultLayout(apps, capacities.page, locale))
+        pages.first() += page;
+    if (pages.first().isEmpty())
+        return {};
+    passOverflowOn(pages, {}, capacities.page, {});
     return pages;
 }
 
@@ -38,9 +42,7 @@ Pages layoutByCategory(const QList<AppEntry>& apps, const Page& first, const Gri
     Page tiles = first;
     for (const auto& [key, folder] : folders)
         tiles.append(folder);
-    for (const Page& page : defaultLayout(others, capacities.page, locale))
-        tiles += page;
-    return filledPages(tiles, capacities.page);
+    return layoutByName(others, tiles, capacities, locale);
 }
 
 } // namespace tessellar

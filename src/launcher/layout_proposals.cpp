@@ -95,14 +95,11 @@ struct LayoutProposals::Input {
     UuidSource* uuids = nullptr;
 
     LayoutProposal made(Kind kind) const {
-        if (kind == Kind::byCategory)
-            return {.kind = kind,
-                    .pages = layoutByCategory(apps, smartFolders, capacities, locale, *uuids),
-                    .losesAliases = hasAliases};
-        Page tiles = smartFolders;
-        for (const Page& page : defaultLayout(apps, capacities.page, locale))
-            tiles += page;
-        return {.kind = kind, .pages = filledPages(tiles, capacities.page), .losesAliases = hasAliases};
+        return {.kind = kind,
+                .pages = kind == Kind::byCategory
+                             ? layoutByCategory(apps, smartFolders, capacities, locale, *uuids)
+                             : layoutByName(apps, smartFolders, capacities, locale),
+                .losesAliases = hasAliases};
     }
 };
 
