@@ -47,17 +47,10 @@ QSGNode* ImageItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
 // ---- icons
 
 void IconItem::setIcons(TileIcons* icons) {
-    if (_icons == icons)
-        return;
-    if (_icons)
-        disconnect(_icons, nullptr, this, nullptr);
-    _icons = icons;
-    if (_icons)
-        connect(_icons, &TileIcons::ready, this, [this](const QString& appKey) {
-            if (_appKeys.contains(appKey))
-                refresh();
-        });
-    refresh();
+    follow(_icons, icons, &TileIcons::ready, [this](const QString& appKey) {
+        if (_appKeys.contains(appKey))
+            refresh();
+    });
 }
 
 void IconItem::setKind(Kind kind) {
@@ -96,14 +89,7 @@ QImage IconItem::image(QSize pixels) {
 // ---- pages
 
 void PagePicture::setIcons(TileIcons* icons) {
-    if (_icons == icons)
-        return;
-    if (_icons)
-        disconnect(_icons, nullptr, this, nullptr);
-    _icons = icons;
-    if (_icons)
-        connect(_icons, &TileIcons::ready, this, &PagePicture::refresh);
-    refresh();
+    follow(_icons, icons, &TileIcons::ready, [this] { refresh(); });
 }
 
 void PagePicture::setRows(int rows) {
@@ -141,14 +127,7 @@ QImage PagePicture::image(QSize pixels) {
 // ---- what lies behind
 
 void BackdropItem::setBackdrop(Backdrop* backdrop) {
-    if (_backdrop == backdrop)
-        return;
-    if (_backdrop)
-        disconnect(_backdrop, nullptr, this, nullptr);
-    _backdrop = backdrop;
-    if (_backdrop)
-        connect(_backdrop, &Backdrop::changed, this, &BackdropItem::refresh);
-    refresh();
+    follow(_backdrop, backdrop, &Backdrop::changed, [this] { refresh(); });
 }
 
 void BackdropItem::setDark(bool isDark) {

@@ -19,6 +19,18 @@ public:
 protected:
     /// Calls `image()` again before the next frame.
     void refresh();
+    /// Takes another source in place of the former one, and listens to it.
+    template <typename Source, typename Signal, typename Call>
+    void follow(QPointer<Source>& source, Source* now, Signal signal, Call call) {
+        if (source == now)
+            return;
+        if (source)
+            disconnect(source, nullptr, this, nullptr);
+        source = now;
+        if (source)
+            connect(source, signal, this, std::move(call));
+        refresh();
+    }
     /// The image for a number of screen pixels.
     virtual QImage image(QSize pixels) = 0;
 
