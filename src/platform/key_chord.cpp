@@ -1,4 +1,4 @@
-#include "platform/desktop/hot_key.h"
+#include "platform/key_chord.h"
 
 #include <QStringList>
 
