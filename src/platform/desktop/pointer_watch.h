@@ -18,6 +18,8 @@ class PointerWatch {
 public:
     virtual ~PointerWatch() = default;
 
+    /// Whether it can be followed here at all.
+    static bool isAvailable();
     /// Nothing where the pointer cannot be followed. Calls back on the main thread, in the screens'
     /// common coordinates.
     static std::unique_ptr<PointerWatch> make(std::function<void(QPoint)> moved);

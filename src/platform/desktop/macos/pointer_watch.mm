@@ -39,6 +39,8 @@ private:
 
 } // namespace
 
+bool PointerWatch::isAvailable() { return true; }
+
 std::unique_ptr<PointerWatch> PointerWatch::make(std::function<void(QPoint)> moved) {
     return std::make_unique<MonitoredPointer>(std::move(moved));
 }

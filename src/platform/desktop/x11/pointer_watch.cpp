@@ -60,11 +60,15 @@ bool hasInputExtension(xcb_connection_t* connection) {
 
 } // namespace
 
-std::unique_ptr<PointerWatch> PointerWatch::make(std::function<void(QPoint)> moved) {
+bool PointerWatch::isAvailable() {
     xcb_connection_t* connection = x11Connection();
-    if (!connection || !hasInputExtension(connection))
+    return connection && hasInputExtension(connection);
+}
+
+std::unique_ptr<PointerWatch> PointerWatch::make(std::function<void(QPoint)> moved) {
+    if (!isAvailable())
         return nullptr;
-    return std::make_unique<X11PointerWatch>(connection, std::move(moved));
+    return std::make_unique<X11PointerWatch>(x11Connection(), std::move(moved));
 }
 
 } // namespace tessellar
