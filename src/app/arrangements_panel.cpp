@@ -1,8 +1,8 @@
 #include "app/arrangements_panel.h"
 
-#include "app/counts_text.h"
 #include "app/icon_wishes.h"
 #include "app/image_item.h"
+#include "launcher/counts_text.h"
 #include "launcher/date_text.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/layout_archive.h"
@@ -15,6 +15,14 @@
 namespace tessellar {
 
 static const QString fileExtension = QStringLiteral(".tessellar-arrangement");
+
+/// What a file is called after an arrangement: as much of the name as a file system takes.
+static QString fileName(QString name) {
+    constexpr qsizetype mostBytes = 200;
+    while (name.toUtf8().size() > mostBytes)
+        name.chop(name.back().isLowSurrogate() ? 2 : 1);
+    return name.replace(u'/', u'-');
+}
 
 ArrangementsPanel::ArrangementsPanel(LauncherViewModel& viewModel, const Machine& machine)
     : _viewModel(viewModel), _machine(machine) {
@@ -36,7 +44,7 @@ QString ArrangementsPanel::modeText() const {
 }
 
 QString ArrangementsPanel::undoText() const {
-    const QString name = shelf().undoName();
+    const QString name = shelf().undoName(_viewModel.shown().mode());
     return name.isEmpty() ? QString() : tr("Undo %1").arg(name);
 }
 
@@ -64,13 +72,22 @@ void ArrangementsPanel::show(const QList<ListedArrangement>& all) {
         const GridGeometry shown = pageGeometry(_viewModel.shown().settings());
         _rows.append(QVariantMap{
             {QStringLiteral("id"), toText(summary.id)},
-            {QStringLiteral("title"), summary.name},
-            {QStringLiteral("text"), text.join(QStringLiteral(" · "))},
+            {QStringLiteral("title"), arrangement.isReadable ? summary.name : tr("Cannot be read")},
+            {QStringLiteral("text"), arrangement.isReadable ? text.join(QStringLiteral(" · "))
+                                                            : toText(summary.id) + u".json"_qs},
+            {QStringLiteral("isReadable"), arrangement.isReadable},
             {QStringLiteral("rows"), arrangement.rows > 0 ? arrangement.rows : shown.rows},
             {QStringLiteral("columns"), arrangement.columns > 0 ? arrangement.columns : shown.columns},
             {QStringLiteral("tiles"), pictureTiles(arrangement.firstPage, _viewModel.smartFolders())}});
     }
     Q_EMIT changed();
+}
+
+QList<IconWish> ArrangementsPanel::icons() const {
+    QList<IconWish> icons;
+    for (const ListedArrangement& arrangement : _all)
+        icons += pageIcons(arrangement.firstPage);
+    return icons;
 }
 
 QString ArrangementsPanel::nameOf(const QUuid& id) const {
@@ -108,12 +125,17 @@ void ArrangementsPanel::restore(const QString& text) {
 
 void ArrangementsPanel::openMenu(const QString& id, QPointF point) {
     _subject = QUuid::fromString(id);
-    _menu.open({{.id = QStringLiteral("rename"), .title = tr("Rename…")},
-                {.id = QStringLiteral("replace"), .title = tr("Replace with the Current One…")},
-                {.id = QStringLiteral("export"), .title = tr("Export…")},
-                {},
-                {.id = QStringLiteral("delete"), .title = tr("Delete…"), .isDestructive = true}},
-               point, 0);
+    const auto found = std::ranges::find(
+        _all, _subject, [](const ListedArrangement& arrangement) { return arrangement.summary.id; });
+    QList<MenuEntry> entries{
+        {.id = QStringLiteral("rename"), .title = tr("Rename…")},
+        {.id = QStringLiteral("replace"), .title = tr("Replace with the Current One…")},
+        {.id = QStringLiteral("export"), .title = tr("Export…")},
+        {},
+        {.id = QStringLiteral("delete"), .title = tr("Delete…"), .isDestructive = true}};
+    if (found != _all.end() && !found->isReadable)
+        entries = {entries.last()};
+    _menu.open(entries, point, 0);
 }
 
 void ArrangementsPanel::choose(const QString& entry) {
@@ -134,13 +156,15 @@ void ArrangementsPanel::choose(const QString& entry) {
 }
 
 void ArrangementsPanel::undo() {
-    if (!shelf().undoName().isEmpty())
-        shelf().undo(reporting());
+    const auto mode = _viewModel.shown().mode();
+    if (!shelf().undoName(mode).isEmpty())
+        shelf().undo(mode, reporting());
 }
 
 void ArrangementsPanel::redo() {
-    if (!shelf().redoName().isEmpty())
-        shelf().redo(reporting());
+    const auto mode = _viewModel.shown().mode();
+    if (!shelf().redoName(mode).isEmpty())
+        shelf().redo(mode, reporting());
 }
 
 // ---- the field
@@ -173,7 +197,7 @@ QString ArrangementsPanel::suggestion() const {
     if (_task == u"rename")
         return nameOf(_subject);
     if (_task == u"export")
-        return QStringLiteral("~/") + nameOf(_subject).replace(u'/', u'-') + fileExtension;
+        return QStringLiteral("~/") + fileName(nameOf(_subject)) + fileExtension;
     return {};
 }
 

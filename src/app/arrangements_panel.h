@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/menu_model.h"
+#include "icons/icon_loader.h"
 #include "launcher/arrangement_shelf.h"
 #include "launcher/launcher_view_model.h"
 #include "platform/lifetime.h"
@@ -18,7 +19,7 @@ class ArrangementsPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    /// {id, title, text, columns, rows, tiles: {kind, appKeys, symbolName}}, newest first.
+    /// {id, title, text, columns, rows, tiles: {kind, appKeys, symbolName}, isReadable}, newest first.
     Q_PROPERTY(QVariantList arrangements READ arrangements NOTIFY changed)
     Q_PROPERTY(QString summary READ summary NOTIFY changed)   ///< in place of a list
     Q_PROPERTY(QString modeText READ modeText NOTIFY changed) ///< whose arrangements these are
@@ -46,6 +47,8 @@ public:
     MenuModel* menu() { return &_menu; }
 
     void open();
+    /// The icons in the pictures.
+    QList<IconWish> icons() const;
     /// Asks first.
     Q_INVOKABLE void restore(const QString& id);
     /// What else can be done with an arrangement, below a point of the window.

@@ -58,16 +58,7 @@ Page ArrangingPanel::shownPage() const {
     return page;
 }
 
-QList<IconWish> ArrangingPanel::icons() const {
-    QList<IconWish> icons;
-    for (const LaunchpadItem& item : shownPage()) {
-        if (const AppEntry* app = item.app())
-            icons.append(iconWish(*app));
-        else if (const FolderEntry* folder = item.folder())
-            icons += previewIcons(*folder);
-    }
-    return icons;
-}
+QList<IconWish> ArrangingPanel::icons() const { return pageIcons(shownPage()); }
 
 QVariantMap ArrangingPanel::picture() const {
     const GridGeometry geometry = pageGeometry(_viewModel.layout(_mode).settings());

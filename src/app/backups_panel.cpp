@@ -1,6 +1,6 @@
 #include "app/backups_panel.h"
 
-#include "app/counts_text.h"
+#include "launcher/counts_text.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"

@@ -21,6 +21,17 @@ QList<IconWish> previewIcons(const FolderEntry& folder) {
     return icons;
 }
 
+QList<IconWish> pageIcons(const Page& page) {
+    QList<IconWish> icons;
+    for (const LaunchpadItem& item : page) {
+        if (const AppEntry* app = item.app())
+            icons.append(iconWish(*app));
+        else if (const FolderEntry* folder = item.folder())
+            icons += previewIcons(*folder);
+    }
+    return icons;
+}
+
 QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolders) {
     QVariantList tiles;
     for (const LaunchpadItem& item : page) {

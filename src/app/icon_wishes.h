@@ -17,6 +17,9 @@ IconWish iconWish(const AppEntry& app);
 /// with its own first application.
 QList<IconWish> previewIcons(const FolderEntry& folder);
 
+/// What a picture of a page shows.
+QList<IconWish> pageIcons(const Page& page);
+
 /// The tiles of a page for a `PagePicture`.
 QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolders);
 

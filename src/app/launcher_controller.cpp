@@ -73,6 +73,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
             _smartFolder.cancel();
     });
     connect(&_arranging, &ArrangingPanel::changed, this, &LauncherController::wantIcons);
+    connect(&_arrangements, &ArrangementsPanel::changed, this, &LauncherController::wantIcons);
     connect(&_settings, &SettingsPanel::updatesWanted, this, [this] { _sheets.open(Sheets::updates); });
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::coveredChanged);
     connect(&_removal, &RemovalPanel::changed, this, &LauncherController::coveredChanged);
@@ -115,15 +116,18 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
     wantIcons();
 }
 
+bool LauncherController::isWelcoming() const {
+    return _sheets.current() == Sheets::whatIsNew ||
+           (_sheets.current() == Sheets::arranging && _arranging.isFirstRun());
+}
+
 void LauncherController::startAfresh() {
     _menu.close();
     _drag.cancel();
     _search.clear();
     _renaming.cancel();
     // What was typed there, or not read yet, is not lost with a key that hides the window.
-    const bool isWelcome = _sheets.current() == Sheets::whatIsNew ||
-                           (_sheets.current() == Sheets::arranging && _arranging.isFirstRun());
-    if (!isWelcome && !_sheets.isTyped() && (!_smartFolder.isOpen() || !_smartFolder.isChanged()))
+    if (!isWelcoming() && !_sheets.isTyped() && (!_smartFolder.isOpen() || !_smartFolder.isChanged()))
         _sheets.close();
 }
 
@@ -298,6 +302,8 @@ void LauncherController::wantIcons() {
         wishes.visible += _arranging.icons();
     if (_sheets.current() == Sheets::unplaced)
         wishes.neighbours += _unplaced.icons();
+    if (_sheets.current() == Sheets::arrangements)
+        wishes.neighbours += _arrangements.icons();
     _icons.loader().want(std::move(wishes),
                          std::clamp(static_cast<int>(std::lround(side * _pixelRatio)), 16, 1024));
 }

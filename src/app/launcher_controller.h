@@ -136,6 +136,8 @@ public:
     Q_INVOKABLE void openMenu(const QString& tileId, QPointF point);
     Q_INVOKABLE void openArrangements();
     Q_INVOKABLE void openBackups();
+    /// Whether there is something to be answered, or read, before all else.
+    bool isWelcoming() const;
     /// The ways to arrange what is installed; to a new user with a welcome.
     void openArranging(bool isFirstRun);
     /// What can be done about an application's update.

@@ -178,11 +178,20 @@ void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
 
 void LauncherWindow::welcome(const QString& changelog, const QString& version) {
     const auto offer = [this, changelog, version] {
-        const QString news = newsAfterUpdate(_settings, changelog, version);
-        if (_viewModel.isFirstRun())
-            _controller.openArranging(true);
-        else if (!news.isEmpty())
+        const bool isNewHere = !_settings.value(ReleaseNotes::lastVersionKey);
+        const QString news = ReleaseNotes::unseen(_settings, changelog, version);
+        if (!news.isEmpty())
             _controller.sheets()->openNews(news);
+        else if (isNewHere && _viewModel.isUnarranged())
+            _controller.openArranging(true);
+        // What ends before it was answered is offered again at the next start.
+        const auto isAnswered = [this] { return !_controller.isWelcoming(); };
+        if (isAnswered())
+            return ReleaseNotes::setSeen(_settings, version);
+        connect(_controller.sheets(), &Sheets::changed, this, [this, version, isAnswered] {
+            if (isAnswered())
+                ReleaseNotes::setSeen(_settings, version);
+        });
     };
     if (_viewModel.isBootstrapped())
         offer();

@@ -286,6 +286,8 @@ int run(int argc, char** argv) {
         summons.emplace(machine.settings, machine.log,
                         [&] { window.view().isVisible() ? window.close() : window.show(); });
         settingsChanged = window.viewModel().settingsChanged.connect([&] { summons->apply(); });
+        window.controller().settings()->setHotKeyState(
+            [&] { return summons->isKeyRefused() ? HotKeyState::refused : HotKeyState::taken; });
         QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
                          [&](Qt::ApplicationState state) {
                              if (state == Qt::ApplicationActive && !window.view().isVisible())
@@ -293,6 +295,8 @@ int run(int argc, char** argv) {
                          });
     } else {
         window.endWhenClosed();
+        if (!isForShow)
+            window.controller().settings()->setHotKeyState([] { return HotKeyState::away; });
         QObject::connect(&window, &LauncherWindow::ended, &application, &QGuiApplication::quit);
     }
 

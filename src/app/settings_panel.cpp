@@ -9,6 +9,7 @@
 #include "launcher/smart_folder_library.h"
 #include "model/layout_settings.h"
 #include "platform/desktop/hot_key.h"
+#include "platform/desktop/pointer_watch.h"
 #include "platform/texts.h"
 #include "updates/app_update_settings.h"
 
@@ -62,6 +63,8 @@ const char* kindName(Kind kind) {
         return "choice";
     case Kind::text:
     case Kind::folders:
+    case Kind::keys:
+    case Kind::address:
         break;
     }
     return "field";
@@ -75,6 +78,19 @@ QString valueText(const Setting& setting, const QJsonValue& value) {
     const bool isShare = setting.high <= 2;
     return isShare ? locale.toString(qRound(value.toDouble() * 100)) + QStringLiteral(" %")
                    : locale.toString(qRound(value.toDouble()));
+}
+
+QString text(HotKeyState state) {
+    switch (state) {
+    case HotKeyState::refused:
+        return SettingsPanel::tr("Another program has these keys.");
+    case HotKeyState::away:
+        return SettingsPanel::tr("The keys and the corner need a launcher that goes on without its "
+                                 "window: start it with “tessellar --resident”, or at login.");
+    case HotKeyState::taken:
+        break;
+    }
+    return {};
 }
 
 QVariantMap note(const QString& words) {
@@ -145,7 +161,13 @@ QVariantMap SettingsPanel::grid() const {
 }
 
 QStringList SettingsPanel::additionalFolders() const {
-    return _machine.settings.texts(Discovery::additionalSearchPathsKey).value_or(QStringList());
+    QStringList folders =
+        _machine.settings.texts(Discovery::additionalSearchPathsKey).value_or(QStringList());
+    // What names no place is neither shown nor kept.
+    folders.removeIf([this](const QString& folder) {
+        return Discovery::normalized({folder}, _machine.places.home).isEmpty();
+    });
+    return folders;
 }
 
 QVariantMap SettingsPanel::folders() const {
@@ -188,9 +210,11 @@ QVariantMap SettingsPanel::opening() const {
                                 {QStringLiteral("kind"), QStringLiteral("switch")},
                                 {QStringLiteral("title"), tr("Start at login")},
                                 {QStringLiteral("value"), _loginItem.isOn()}});
-    if (HotKey::areAvailable())
+    if (HotKey::areAvailable()) {
         rows.append(row(QStringLiteral("summon.hotKey"), tr("Shortcut")));
-    else
+        if (const QString trouble = text(_hotKeyState()); !trouble.isEmpty())
+            rows.append(note(trouble));
+    } else {
         rows.append(QVariantMap{
             {QStringLiteral("key"), copyKey},
             {QStringLiteral("kind"), QStringLiteral("action")},
@@ -199,7 +223,9 @@ QVariantMap SettingsPanel::opening() const {
                                         "from anywhere.")
                                          .arg(toggleCommand)},
             {QStringLiteral("action"), tr("Copy Command")}});
-    rows.append(row(QStringLiteral("summon.hotCorner"), tr("Hot corner")));
+    }
+    if (PointerWatch::isAvailable())
+        rows.append(row(QStringLiteral("summon.hotCorner"), tr("Hot corner")));
     return section(tr("Opening"), rows);
 }
 
@@ -283,17 +309,11 @@ void SettingsPanel::set(const QString& key, const QVariant& value) {
         return tell(stored ? QString() : stored.error());
     }
     const QString text = value.toString().trimmed();
-    if (key == addedFolder) {
-        if (Discovery::normalized({text}, _machine.places.home).isEmpty())
-            return tell(tr("“%1” is no folder: a path begins with “/” or “~/”.").arg(text.left(200)));
+    if (key == addedFolder)
         return setFolders(additionalFolders() + QStringList(text));
-    }
-    if (key == u"summon.hotKey") {
-        if (!text.isEmpty() && !keyChord(text))
-            return tell(tr("“%1” names no keys. “option+space” does.").arg(text.left(200)));
-        return store(key, text.isEmpty() ? QJsonValue() : QJsonValue(text));
-    }
-    store(key, QJsonValue::fromVariant(value));
+    const Setting* setting = settingNamed(key);
+    const bool isCleared = setting && setting->kind == Kind::keys && text.isEmpty();
+    store(key, isCleared ? QJsonValue() : QJsonValue::fromVariant(value));
 }
 
 void SettingsPanel::choose(const QString& key, int index) {

@@ -18,6 +18,13 @@ struct LoginItem {
     std::function<std::expected<void, QString>(bool)> set;
 };
 
+/// What has become of the keys that show the launcher from anywhere.
+enum class HotKeyState {
+    taken,
+    refused, ///< they are another program's
+    away,    ///< this launcher ends with its window, and its keys with it
+};
+
 /// The sheet about settings in QML's terms. Rows are of the one table; what is changed holds at once.
 class SettingsPanel final : public QObject {
     Q_OBJECT
@@ -36,6 +43,7 @@ public:
     const QVariantList& sections() const { return _sections; }
     const QString& issue() const { return _issue; }
     void setLoginItem(LoginItem item) { _loginItem = std::move(item); }
+    void setHotKeyState(std::function<HotKeyState()> state) { _hotKeyState = std::move(state); }
 
     /// Shows the grid with a value that is not stored yet.
     Q_INVOKABLE void tryOut(const QString& key, double value);
@@ -70,6 +78,7 @@ private:
     LauncherViewModel& _viewModel;
     Machine& _machine;
     LoginItem _loginItem;
+    std::function<HotKeyState()> _hotKeyState = [] { return HotKeyState::taken; };
     QString _helper; ///< what is known of the removal helper
     QString _issue;
     QVariantList _sections;

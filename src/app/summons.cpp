@@ -71,7 +71,8 @@ void Summons::takeKey() {
     _key.reset(); // before another is asked for: it may be the same
     if (chord)
         _key = HotKey::make(*chord, _summoned);
-    if (!_key && !text.isEmpty())
+    _isKeyRefused = !_key && !text.isEmpty();
+    if (_isKeyRefused)
         _log.warning(QStringLiteral("The hot key “%1” cannot be had.").arg(text));
 }
 

@@ -37,6 +37,8 @@ public:
 
     /// Does as the settings say now.
     void apply();
+    /// Whether keys are set and are another program's, or cannot be had here.
+    bool isKeyRefused() const { return _isKeyRefused; }
 
 private:
     void takeKey();
@@ -47,6 +49,7 @@ private:
     std::function<void()> _summoned;
     std::optional<KeyChord> _chord;
     std::unique_ptr<HotKey> _key;
+    bool _isKeyRefused = false;
     std::optional<HotCorner> _corner;
     std::unique_ptr<PointerWatch> _pointer;
 };

@@ -42,10 +42,21 @@ QString UnplacedPanel::summary() const {
 void UnplacedPanel::act(int row) {
     if (row < 0 || row >= _things.size() || !_things[row])
         return;
-    const UnplacedThing thing = *_things[row];
-    const auto done = placeOrForget(_viewModel, _viewModel.shown().mode(), thing);
-    _viewModel.messages().report(done);
-    refresh();
+    auto act =
+        _lifetime.guard([this, thing = *_things[row], mode = _viewModel.shown().mode()](bool isWanted) {
+            if (!isWanted)
+                return;
+            _viewModel.messages().report(placeOrForget(_viewModel, mode, thing));
+            refresh();
+        });
+    if (_things[row]->kind != Kind::place)
+        return act(true);
+    _viewModel.messages().ask(
+        {.title = tr("Forget the place of “%1”?").arg(_things[row]->name),
+         .text = tr("Should it be installed again, its tile comes at the end. This cannot be undone."),
+         .accept = tr("Forget"),
+         .isDestructive = true},
+        act);
 }
 
 QList<IconWish> UnplacedPanel::icons() const {

@@ -3,6 +3,7 @@
 #include "icons/icon_loader.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/unplaced.h"
+#include "platform/lifetime.h"
 #include "platform/machine.h"
 
 #include <QObject>
@@ -40,6 +41,7 @@ private:
     const Machine& _machine;
     QList<std::optional<UnplacedThing>> _things; ///< by row; none for a title
     QVariantList _rows;
+    Lifetime _lifetime;
 };
 
 } // namespace tessellar

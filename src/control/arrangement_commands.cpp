@@ -3,22 +3,17 @@
 #include "control/command_set.h"
 #include "control/named_file.h"
 #include "launcher/arrangement_shelf.h"
+#include "launcher/counts_text.h"
 #include "launcher/layout_archive.h"
 #include "platform/texts.h"
 
 namespace tessellar {
 namespace {
 
-QString counted(int count, const QString& one) {
-    return QStringLiteral("%1 %2%3").arg(count).arg(one, count == 1 ? QString() : QStringLiteral("s"));
-}
-
 QString arrangementLine(const ArrangementSummary& summary) {
-    return QStringLiteral("%1  %2  %3 (%4, %5, %6)\n")
+    return QStringLiteral("%1  %2  %3 (%4)\n")
         .arg(toText(summary.id), summary.createdAt.toIso8601(), summary.name,
-             counted(summary.pageCount, QStringLiteral("page")),
-             counted(summary.appCount, QStringLiteral("application")),
-             counted(summary.folderCount, QStringLiteral("folder")));
+             countsText(summary.appCount, summary.folderCount, summary.pageCount));
 }
 
 /// The arrangement that a command is about.
@@ -52,21 +47,28 @@ ArrangementShelf::Done answering(const Call& call, const QString& sentence) {
 }
 
 void addList(CommandSet& set, CLI::App* group) {
-    set.onRun(set.add("list", Texts::noop("Newest first"), group), CommandNeeds::launcher,
-              [](const Call& call) {
-                  call->launcher().arrangements().list(
-                      call->mode(), [call](const QList<ListedArrangement>& all) {
-                          QJsonArray summaries;
-                          QString lines;
-                          for (const ListedArrangement& arrangement : all) {
-                              summaries.append(json::encode(arrangement.summary));
-                              lines += arrangementLine(arrangement.summary);
-                          }
-                          call->succeed(summaries, lines.isEmpty()
-                                                       ? Texts::tr("There are no saved arrangements.")
-                                                       : lines);
-                      });
-              });
+    set.onRun(
+        set.add("list", Texts::noop("Newest first"), group), CommandNeeds::launcher,
+        [](const Call& call) {
+            call->launcher().arrangements().list(
+                call->mode(), [call](const QList<ListedArrangement>& all) {
+                    QJsonArray summaries;
+                    QString lines;
+                    for (const ListedArrangement& arrangement : all) {
+                        QJsonObject summary = json::encode(arrangement.summary).toObject();
+                        if (!arrangement.isReadable)
+                            summary.insert(QStringLiteral("isReadable"), false);
+                        summaries.append(summary);
+                        lines +=
+                            arrangement.isReadable
+                                ? arrangementLine(arrangement.summary)
+                                : Texts::tr("%1  cannot be read\n").arg(toText(arrangement.summary.id));
+                    }
+                    call->succeed(summaries, lines.isEmpty()
+                                                 ? Texts::tr("There are no saved arrangements.")
+                                                 : lines);
+                });
+        });
 }
 
 void addChanges(CommandSet& set, CLI::App* group) {
@@ -147,17 +149,20 @@ void addSteps(CommandSet& set, CLI::App* group) {
     set.onRun(
         set.add("undo", Texts::noop("Take back the last change of the saved arrangements"), group),
         CommandNeeds::launcher, [](const Call& call) {
-            const QString name = call->launcher().arrangements().undoName();
-            call->launcher().arrangements().undo(answering(
-                call, [name](const ArrangementSummary&) { return Texts::tr("Undid: %1.").arg(name); }));
+            const QString name = call->launcher().arrangements().undoName(call->mode());
+            call->launcher().arrangements().undo(call->mode(),
+                                                 answering(call, [name](const ArrangementSummary&) {
+                                                     return Texts::tr("Undid: %1.").arg(name);
+                                                 }));
         });
-    set.onRun(
-        set.add("redo", Texts::noop("Make the change again that was taken back"), group),
-        CommandNeeds::launcher, [](const Call& call) {
-            const QString name = call->launcher().arrangements().redoName();
-            call->launcher().arrangements().redo(answering(
-                call, [name](const ArrangementSummary&) { return Texts::tr("Redid: %1.").arg(name); }));
-        });
+    set.onRun(set.add("redo", Texts::noop("Make the change again that was taken back"), group),
+              CommandNeeds::launcher, [](const Call& call) {
+                  const QString name = call->launcher().arrangements().redoName(call->mode());
+                  call->launcher().arrangements().redo(
+                      call->mode(), answering(call, [name](const ArrangementSummary&) {
+                          return Texts::tr("Redid: %1.").arg(name);
+                      }));
+              });
 }
 
 } // namespace

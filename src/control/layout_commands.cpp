@@ -22,9 +22,9 @@ void writeTiles(QString& out, const Call& call, const Page& page, int indent) {
         if (const AppEntry* app = item.app()) {
             out += app->name;
             if (app->alias)
-                out += QStringLiteral(" (alias)");
+                out += Texts::tr(" (alias)");
             if (layout.hiddenKeys().contains(appKey(*app)))
-                out += QStringLiteral(" (hidden)");
+                out += Texts::tr(" (hidden)");
             if (layout.unavailableAppKeys().contains(appKey(*app)))
                 out += Texts::tr(" (not available)");
             out += u'\n';

@@ -129,19 +129,6 @@ EditResult changingEntry(const LayoutDocument& layout, const QUuid& tile, EditRe
     return result;
 }
 
-std::expected<QString, EditRefusal> usableName(QString name) {
-    for (QChar& c : name)
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator)
-            c = u' ';
-    name = trimmed(name);
-    if (name.isEmpty())
-        return Refused(EditRefusal::emptyName);
-    if (name.size() > maximumNameLength)
-        return Refused(EditRefusal::nameTooLong);
-    return name;
-}
-
 LayoutDocument without(const LayoutDocument& layout,
                        const std::function<bool(const LaunchpadItem&)>& isUnwanted) {
     const TreeRewriter rewriter{.enter = [&](const LaunchpadItem& item) {
@@ -155,6 +142,19 @@ LayoutDocument without(const LayoutDocument& layout,
 }
 
 } // namespace
+
+std::expected<QString, EditRefusal> usableName(QString name) {
+    for (QChar& c : name)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = u' ';
+    name = trimmed(name);
+    if (name.isEmpty())
+        return Refused(EditRefusal::emptyName);
+    if (name.size() > maximumNameLength)
+        return Refused(EditRefusal::nameTooLong);
+    return name;
+}
 
 QString code(EditRefusal refusal) { return QLatin1StringView(textOf(refusal).code); }
 

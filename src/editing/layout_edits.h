@@ -36,6 +36,9 @@ QString message(EditRefusal refusal);
 /// An edit's result: the whole layout with the change made.
 using EditResult = std::expected<LayoutDocument, EditRefusal>;
 
+/// What was given as a name, as it is kept: in one line, without white space at its ends.
+std::expected<QString, EditRefusal> usableName(QString name);
+
 /// How many tiles a page shows, of the arrangement and of an open folder. A page that an edit would
 /// make longer passes its last tiles on to the next.
 struct GridCapacities {

@@ -45,4 +45,19 @@ Pages layoutByCategory(const QList<AppEntry>& apps, const Page& first, const Gri
     return layoutByName(others, tiles, capacities, locale);
 }
 
+bool isUnarranged(const LayoutDocument& document, const Locale& locale) {
+    if (!document.hiddenKeys.isEmpty())
+        return false;
+    const AppEntry* last = nullptr;
+    for (const Page& page : document.pages)
+        for (const LaunchpadItem& item : page) {
+            const AppEntry* app = item.app();
+            if (!app || app->alias || app->name != app->originalName ||
+                (last && locale.compareNames(last->name, app->name) > 0))
+                return false;
+            last = app;
+        }
+    return true;
+}
+
 } // namespace tessellar

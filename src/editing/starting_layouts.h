@@ -17,4 +17,8 @@ Pages layoutByName(const QList<AppEntry>& apps, const Page& first, const GridCap
 Pages layoutByCategory(const QList<AppEntry>& apps, const Page& first, const GridCapacities& capacities,
                        const Locale& locale, UuidSource& uuids);
 
+/// Whether nobody has arranged anything yet: applications alone, under their own names and in that
+/// order, none hidden.
+bool isUnarranged(const LayoutDocument& document, const Locale& locale);
+
 } // namespace tessellar

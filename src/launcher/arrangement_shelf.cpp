@@ -1,5 +1,6 @@
 #include "launcher/arrangement_shelf.h"
 
+#include "editing/layout_edits.h"
 #include "launcher/launcher_history.h"
 #include "launcher/live_layout.h"
 #include "platform/texts.h"
@@ -11,9 +12,17 @@ namespace {
 const char* const couldNotSave = Texts::noop("Could not save arrangement");
 const QString changedMeanwhile = QStringLiteral("changedMeanwhile");
 
-LauncherError nameless(const QString& title) {
-    return {QStringLiteral("emptyName"),
-            Texts::tr("Name this arrangement so it can be restored later."), title};
+/// A name as it is kept, or why it cannot be.
+std::expected<QString, LauncherError> nameToKeep(const QString& name, const QString& title) {
+    const auto usable = usableName(name);
+    if (usable)
+        return *usable;
+    return std::unexpected(
+        LauncherError{code(usable.error()),
+                      usable.error() == EditRefusal::emptyName
+                          ? Texts::tr("Name this arrangement so it can be restored later.")
+                          : message(usable.error()),
+                      title});
 }
 
 /// A file with another name in it; whatever else it says stays, known or not.
@@ -99,10 +108,11 @@ void ArrangementShelf::change(Mode mode, const QString& title, Make make, Done d
         },
         [this, done = std::move(done)](const Result& result) {
             if (result.first) {
-                _redo.clear();
-                _undo.push_back(*result.first);
-                if (_undo.size() > maximumSteps)
-                    _undo.pop_front();
+                auto& [undo, redo] = steps(result.first->mode);
+                redo.clear();
+                undo.push_back(*result.first);
+                if (undo.size() > maximumSteps)
+                    undo.pop_front();
             }
             changed.notify();
             done(result.second);
@@ -112,12 +122,13 @@ void ArrangementShelf::change(Mode mode, const QString& title, Make make, Done d
 void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
     if (const auto guarded = _history.guard(mode); !guarded)
         return done(std::unexpected(guarded.error()));
-    if (trimmed(name).isEmpty())
-        return done(std::unexpected(nameless(Texts::tr(couldNotSave))));
+    const auto kept = nameToKeep(name, Texts::tr(couldNotSave));
+    if (!kept)
+        return done(std::unexpected(kept.error()));
     const LiveLayout& layout = _layouts[mode];
     change(
         mode, Texts::tr(couldNotSave),
-        [name = trimmed(name), id = _machine.uuids.next(), now = _machine.clock.now(),
+        [name = *kept, id = _machine.uuids.next(), now = _machine.clock.now(),
          document = layout.document(),
          settings = layout.settings()](const SavedArrangements& saved) -> Made {
             const auto bytes = saved.encoded(makeArrangement(id, name, now, document, settings));
@@ -161,11 +172,12 @@ void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
 
 void ArrangementShelf::rename(Mode mode, const QUuid& id, const QString& name, Done done) {
     const QString title = Texts::tr("Could not rename arrangement");
-    if (trimmed(name).isEmpty())
-        return done(std::unexpected(nameless(title)));
+    const auto kept = nameToKeep(name, title);
+    if (!kept)
+        return done(std::unexpected(kept.error()));
     change(
         mode, title,
-        [title, id, name = trimmed(name)](const SavedArrangements& saved) -> Made {
+        [title, id, name = *kept](const SavedArrangements& saved) -> Made {
             const auto before = saved.bytes(id);
             if (!before)
                 return std::unexpected(launcherError(before.error(), title));
@@ -247,8 +259,18 @@ void ArrangementShelf::importFrom(Mode mode, const FileSystem& files, const QStr
 
 // ---- back and forth
 
-void ArrangementShelf::undo(Done done) { step(_undo, _redo, true, std::move(done)); }
-void ArrangementShelf::redo(Done done) { step(_redo, _undo, false, std::move(done)); }
+static QString nameOfLast(const auto& steps) { return steps.empty() ? QString() : steps.back().name; }
+
+QString ArrangementShelf::undoName(Mode mode) const { return nameOfLast(steps(mode).undo); }
+QString ArrangementShelf::redoName(Mode mode) const { return nameOfLast(steps(mode).redo); }
+
+void ArrangementShelf::undo(Mode mode, Done done) {
+    step(steps(mode).undo, steps(mode).redo, true, std::move(done));
+}
+
+void ArrangementShelf::redo(Mode mode, Done done) {
+    step(steps(mode).redo, steps(mode).undo, false, std::move(done));
+}
 
 void ArrangementShelf::step(Steps& from, Steps& to, bool isBack, Done done) {
     const QString title = isBack ? Texts::tr("Could not undo") : Texts::tr("Could not redo");

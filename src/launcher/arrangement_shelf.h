@@ -5,6 +5,7 @@
 #include "platform/signal.h"
 #include "platform/task.h"
 
+#include <array>
 #include <expected>
 #include <functional>
 #include <list>
@@ -45,10 +46,10 @@ public:
     void importFrom(Mode mode, const FileSystem& files, const QString& path, Done done);
 
     /// "Delete “Work”", or empty where there is nothing to undo or redo.
-    QString undoName() const { return _undo.empty() ? QString() : _undo.back().name; }
-    QString redoName() const { return _redo.empty() ? QString() : _redo.back().name; }
-    void undo(Done done);
-    void redo(Done done);
+    QString undoName(Mode mode) const;
+    QString redoName(Mode mode) const;
+    void undo(Mode mode, Done done);
+    void redo(Mode mode, Done done);
 
     Signal<> changed; ///< what is saved, or what can be undone
 
@@ -63,11 +64,17 @@ private:
     };
     using Made = std::expected<Step, LauncherError>;
     using Steps = std::list<Step>;
+    struct History {
+        Steps undo;
+        Steps redo;
+    };
 
     template <typename Work, typename Then>
     void run(Work work, Then then);
     template <typename Make>
     void change(Mode mode, const QString& title, Make make, Done done);
+    History& steps(Mode mode) { return _histories[std::size_t(mode)]; }
+    const History& steps(Mode mode) const { return _histories[std::size_t(mode)]; }
     void step(Steps& from, Steps& to, bool isBack, Done done);
     static Made apply(const SavedArrangements& saved, Step step, const QString& title);
     static Saved summary(const SavedArrangements& saved, const Step& step);
@@ -76,8 +83,7 @@ private:
     const LayoutStore& _store;
     const LiveLayouts& _layouts;
     const LauncherHistory& _history;
-    Steps _undo;
-    Steps _redo;
+    std::array<History, 2> _histories; ///< by mode
     std::list<Task> _running;
 };
 

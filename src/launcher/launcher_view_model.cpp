@@ -1,5 +1,6 @@
 #include "launcher/launcher_view_model.h"
 
+#include "editing/starting_layouts.h"
 #include "launcher/arrangement_shelf.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup.h"
@@ -20,6 +21,7 @@
 #include "platform/opener.h"
 #include "platform/texts.h"
 
+#include <algorithm>
 #include <list>
 #include <vector>
 
@@ -123,7 +125,11 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
 
 LauncherViewModel::~LauncherViewModel() = default;
 
-bool LauncherViewModel::isFirstRun() const { return _parts->merger.isFirstRun(); }
+bool LauncherViewModel::isUnarranged() const {
+    return std::ranges::all_of(LiveLayouts::modes, [this](LauncherWindowMode mode) {
+        return tessellar::isUnarranged(layout(mode).document(), _machine.locale);
+    });
+}
 
 LiveLayouts& LauncherViewModel::layouts() const { return _parts->layouts; }
 LiveLayout& LauncherViewModel::layout(LauncherWindowMode mode) const { return _parts->layouts[mode]; }

@@ -66,8 +66,8 @@ public:
     /// an event loop.
     void startAndWait();
     bool isBootstrapped() const { return _isBootstrapped; }
-    /// There was no arrangement before: the user may be asked how to begin. Known once bootstrapped.
-    bool isFirstRun() const;
+    /// Nobody has arranged anything yet in either mode: a new user may be asked how to begin.
+    bool isUnarranged() const;
     /// Saves what is unsaved; the way out of the program.
     Outcome quit();
     /// True while an edit is not on the disk.

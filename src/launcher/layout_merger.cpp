@@ -190,10 +190,7 @@ void LayoutMerger::prepare(const Installed& installed, std::function<void()> don
 // ---- showing it
 
 void LayoutMerger::apply() {
-    if (!std::exchange(_hasMerged, true))
-        _isFirstRun = std::ranges::all_of(_loaded, [](const auto& loaded) {
-            return std::holds_alternative<LayoutStore::Missing>(loaded);
-        });
+    _hasMerged = true;
     const std::array<bool, 2> isFirst = std::exchange(_isNew, {});
     QHash<QString, QString> changedKeys;
     for (const LauncherWindowMode mode : LiveLayouts::modes) {

@@ -61,8 +61,6 @@ public:
     void load(std::function<void()> done);
     /// What was read; nothing is left of it after the first merge.
     Loaded& loaded() { return _loaded; }
-    /// There was no arrangement of either mode when the launcher started.
-    bool isFirstRun() const { return _isFirstRun; }
     /// True while the first merge is on its way to the disk.
     bool isSaving() const { return _saves > 0; }
 
@@ -107,7 +105,6 @@ private:
     std::chrono::seconds _patience{5};      ///< until the next try
     Timer _again;
     bool _hasMerged = false;
-    bool _isFirstRun = false;
     int _saves = 0;
     Task _task;
     Subscription _scanned;

@@ -24,13 +24,15 @@ QString releaseNotes(const QString& changelog, const QString& last, const QStrin
     return lines.join(u'\n').trimmed();
 }
 
-QString newsAfterUpdate(Settings& settings, const QString& changelog, const QString& version) {
-    const QString key = QStringLiteral("lastVersion");
-    const auto last = settings.text(key);
-    if (last == version)
-        return {};
-    (void)settings.set(key, version); // else it is told once more
-    return last ? releaseNotes(changelog, *last, version) : QString();
+QString ReleaseNotes::unseen(const Settings& settings, const QString& changelog,
+                             const QString& version) {
+    const auto last = settings.text(lastVersionKey);
+    return last && *last != version ? releaseNotes(changelog, *last, version) : QString();
+}
+
+void ReleaseNotes::setSeen(Settings& settings, const QString& version) {
+    if (settings.text(lastVersionKey) != version)
+        (void)settings.set(lastVersionKey, version);
 }
 
 } // namespace tessellar

@@ -2,8 +2,10 @@
 
 #include "discovery/app_discovery_settings.h"
 #include "launcher/language.h"
+#include "launcher/release_notes.h"
 #include "model/json_unions.h"
 #include "model/layout_settings.h"
+#include "platform/key_chord.h"
 #include "platform/texts.h"
 #include "updates/app_update_settings.h"
 
@@ -121,6 +123,7 @@ QList<Setting> makeTable() {
                 .low = -100'000,
                 .high = 100'000},
                {.key = QStringLiteral("summon.hotKey"),
+                .kind = Kind::keys,
                 .sentence = Texts::noop("The keys that show the launcher from anywhere, such as "
                                         "option+space")},
                {.key = QStringLiteral("summon.hotCorner"),
@@ -145,7 +148,8 @@ QList<Setting> makeTable() {
                 .usual = Discovery::defaultScanDepth,
                 .sentence = Texts::noop("How many folders deep applications are looked for"),
                 .low = Discovery::minimumScanDepth,
-                .high = Discovery::maximumScanDepth},
+                .high = Discovery::maximumScanDepth,
+                .isClamped = true},
                {.key = Updates::enabledKey,
                 .kind = Kind::boolean,
                 .usual = true,
@@ -158,10 +162,14 @@ QList<Setting> makeTable() {
                 .titles = {Texts::noop("Every six hours"), Texts::noop("Every day"),
                            Texts::noop("Every three days"), Texts::noop("Every week")}},
                {.key = Updates::storeLookupKey,
+                .kind = Kind::address,
                 .sentence = Texts::noop("Where the store is asked for versions, instead of its own "
                                         "address")},
                {.key = Updates::storePageKey,
+                .kind = Kind::address,
                 .sentence = Texts::noop("Where the store's pages are, instead of its own address")},
+               {.key = ReleaseNotes::lastVersionKey,
+                .sentence = Texts::noop("The version whose news was shown last")},
            };
 }
 
@@ -177,6 +185,61 @@ QString withCommas(const QJsonArray& values, const QString& last) {
 }
 
 bool isText(const QJsonValue& value) { return value.isString(); }
+
+LauncherError outOfRange(const QString& sentence) {
+    return {QStringLiteral("outOfRange"), sentence, {}};
+}
+
+/// Of the right type, and within the range.
+bool isInRange(const Setting& setting, const QJsonValue& value) {
+    switch (setting.kind) {
+    case Kind::integer:
+    case Kind::number: {
+        const double number = value.toDouble(std::numeric_limits<double>::quiet_NaN());
+        return number >= setting.low && number <= setting.high &&
+               (setting.kind == Kind::number || std::trunc(number) == number);
+    }
+    case Kind::boolean:
+        return value.isBool();
+    case Kind::choice:
+        return setting.choices.contains(value);
+    case Kind::folders:
+        return value.isArray() && std::ranges::all_of(value.toArray(), isText) &&
+               value.toArray().size() <= AppDiscoverySettings::maximumSearchPaths;
+    case Kind::text:
+    case Kind::keys:
+    case Kind::address:
+        break;
+    }
+    return value.isString();
+}
+
+/// Why a text cannot be used though it is one; empty where it can.
+QString misspelling(const Setting& setting, const QJsonValue& value) {
+    const QString text = value.toString();
+    if (setting.kind == Kind::keys && !text.isEmpty() && !keyChord(text))
+        return Texts::tr("“%1” names no keys. “option+space” does.").arg(text.left(200));
+    if (setting.kind == Kind::address && !isStoreAddress(text))
+        return Texts::tr("“%1” is no address that can be asked: it begins with “https://” and has no "
+                         "query.")
+            .arg(text.left(200));
+    if (setting.kind == Kind::folders)
+        for (const QJsonValue& folder : value.toArray())
+            if (AppDiscoverySettings::normalized({folder.toString()}, QStringLiteral("/")).isEmpty())
+                return Texts::tr("“%1” is no folder: a path begins with “/” or “~/”.")
+                    .arg(folder.toString().left(200));
+    return {};
+}
+
+/// What a stored value comes to.
+QJsonValue inForce(const Setting& setting, const QJsonValue& value) {
+    if (setting.isClamped && value.isDouble() && std::trunc(value.toDouble()) == value.toDouble())
+        return std::clamp(value.toDouble(), setting.low, setting.high);
+    // Of a list the folders that can be looked at count all the same.
+    const bool isRight = isInRange(setting, value) &&
+                         (setting.kind == Kind::folders || misspelling(setting, value).isEmpty());
+    return isRight ? value : setting.usual;
+}
 
 } // namespace
 
@@ -205,6 +268,10 @@ QString rangeText(const Setting& setting) {
         return withCommas(setting.choices, Texts::tr(" or "));
     case Kind::folders:
         return Texts::tr("a list of folders");
+    case Kind::keys:
+        return Texts::tr("keys such as option+space");
+    case Kind::address:
+        return Texts::tr("an address");
     case Kind::text:
         break;
     }
@@ -212,41 +279,21 @@ QString rangeText(const Setting& setting) {
 }
 
 std::optional<LauncherError> refusal(const Setting& setting, const QJsonValue& value) {
-    const auto isRight = [&] {
-        switch (setting.kind) {
-        case Kind::integer:
-        case Kind::number: {
-            const double number = value.toDouble(std::numeric_limits<double>::quiet_NaN());
-            return number >= setting.low && number <= setting.high &&
-                   (setting.kind == Kind::number || std::trunc(number) == number);
-        }
-        case Kind::boolean:
-            return value.isBool();
-        case Kind::choice:
-            return setting.choices.contains(value);
-        case Kind::folders:
-            return value.isArray() && std::ranges::all_of(value.toArray(), isText) &&
-                   value.toArray().size() <= AppDiscoverySettings::maximumSearchPaths;
-        case Kind::text:
-            break;
-        }
-        return value.isString();
-    };
-    if (isRight())
-        return std::nullopt;
-    return LauncherError{QStringLiteral("outOfRange"),
-                         Texts::tr("“%1” is to be %2.").arg(setting.key, rangeText(setting)),
-                         {}};
+    if (!isInRange(setting, value))
+        return outOfRange(Texts::tr("“%1” is to be %2.").arg(setting.key, rangeText(setting)));
+    if (const QString misspelt = misspelling(setting, value); !misspelt.isEmpty())
+        return outOfRange(misspelt);
+    return std::nullopt;
 }
 
 QJsonValue settingNow(const Settings& settings, const Setting& setting) {
     const QString prefix = settingKey(LauncherWindowMode::windowed, {});
     if (const auto value = settings.value(setting.key))
-        return refusal(setting, *value) ? setting.usual : *value;
+        return inForce(setting, *value);
     const Setting* general =
         setting.key.startsWith(prefix) ? settingNamed(setting.key.sliced(prefix.size())) : nullptr;
     if (const auto value = general ? settings.value(general->key) : std::nullopt)
-        return refusal(setting, *value) ? setting.usual : *value;
+        return inForce(setting, *value);
     return setting.usual;
 }
 

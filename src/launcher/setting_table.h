@@ -12,7 +12,7 @@ namespace tessellar {
 
 /// One setting that people may change.
 struct Setting {
-    enum class Kind { integer, number, boolean, choice, text, folders };
+    enum class Kind { integer, number, boolean, choice, text, folders, keys, address };
 
     QString key;
     Kind kind = Kind::text;
@@ -23,6 +23,7 @@ struct Setting {
     double step = 1; ///< that a person notices
     QJsonArray choices = {};
     QList<const char*> titles = {}; ///< of the choices, the same
+    bool isClamped = false;         ///< a stored number out of range counts as the nearest within it
 };
 
 /// All of them, one row each: what `tessellarctl settings` lists and takes, and what the window offers.

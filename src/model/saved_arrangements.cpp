@@ -60,22 +60,22 @@ QList<ListedArrangement> SavedArrangements::list() const {
         const QString path = FileSystem::joined(_folder, QString::fromUtf8(entry.name));
         if (FileSystem::extension(path) != u"json")
             continue;
-        const auto bytes = _files->read(path, maximumLayoutBytes);
-        auto arrangement =
-            bytes ? json::decodeDocument<Arrangement>(*bytes) : json::fail(message(bytes.error()));
         // It is restored and deleted by the name of its file, whatever identifier stands in it.
         const auto id = json::decode<QUuid>(FileSystem::fileName(path).chopped(5));
-        if (arrangement && (!id || path != this->path(*id)))
-            arrangement = json::fail(Texts::tr("Its name is no identifier."));
-        if (arrangement) {
-            arrangement->id = *id;
-            result.append(listed(*arrangement));
-        } else {
-            _log->warning(QStringLiteral("The saved arrangement %1 is left out: %2")
+        if (!id || path != this->path(*id))
+            continue;
+        const auto bytes = _files->read(path, maximumLayoutBytes);
+        const auto arrangement =
+            bytes ? json::decodeDocument<Arrangement>(*bytes) : json::fail(message(bytes.error()));
+        if (!arrangement)
+            _log->warning(QStringLiteral("The saved arrangement %1 cannot be read: %2")
                               .arg(path, json::message(arrangement.error())));
-        }
+        result.append(arrangement ? listed(*arrangement) : ListedArrangement{.isReadable = false});
+        result.last().summary.id = *id;
     }
     std::ranges::stable_sort(result, [&](const ListedArrangement& a, const ListedArrangement& b) {
+        if (a.isReadable != b.isReadable)
+            return a.isReadable;
         if (a.summary.createdAt != b.summary.createdAt)
             return a.summary.createdAt > b.summary.createdAt;
         return _locale.compareNames(a.summary.name, b.summary.name) < 0;

@@ -11,6 +11,7 @@ struct ListedArrangement {
     Page firstPage; ///< without what is hidden
     int rows = 0;   ///< of the grid that it was saved with; 0 where that is not known
     int columns = 0;
+    bool isReadable = true; ///< else no more than the identifier is known
 
     bool operator==(const ListedArrangement&) const = default;
 };
@@ -31,7 +32,8 @@ public:
                       LauncherWindowMode mode);
 
     QString path(const QUuid& id) const;
-    /// Newest first. A file that cannot be decoded is left out and named in the log.
+    /// Newest first, those that cannot be read last; the log says why. A file whose name is no
+    /// identifier is somebody else's.
     QList<ListedArrangement> list() const;
     /// It goes by the name of its file, whatever identifier stands in that.
     Read read(const QUuid& id) const;

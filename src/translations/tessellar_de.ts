@@ -3225,10 +3225,6 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Ordner sind mehr als %1 tief verschachtelt</translation>
     </message>
     <message>
-        <source>Its name is no identifier.</source>
-        <translation>Der Name ist keine Kennung.</translation>
-    </message>
-    <message>
         <source>Could not verify Tessellar’s code signature.</source>
         <translation>Die Codesignatur von Tessellar konnte nicht bestätigt werden.</translation>
     </message>
@@ -4395,6 +4391,44 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <source>Smart Folders lose their tiles, which can be added again.</source>
         <translation>Intelligente Ordner verlieren ihre Kacheln; sie können wieder hinzugefügt werden.</translation>
     </message>
+    <message>
+        <source>%1  cannot be read
+</source>
+        <translation>%1  kann nicht gelesen werden
+</translation>
+    </message>
+    <message>
+        <source> (alias)</source>
+        <translation> (Alias)</translation>
+    </message>
+    <message>
+        <source> (hidden)</source>
+        <translation> (ausgeblendet)</translation>
+    </message>
+    <message>
+        <source>The version whose news was shown last</source>
+        <translation>Die Version, deren Neuigkeiten zuletzt gezeigt wurden</translation>
+    </message>
+    <message>
+        <source>“%1” names no keys. “option+space” does.</source>
+        <translation>„%1“ nennt keine Tasten. „option+space“ tut es.</translation>
+    </message>
+    <message>
+        <source>“%1” is no address that can be asked: it begins with “https://” and has no query.</source>
+        <translation>„%1“ ist keine Adresse, die gefragt werden kann: Sie beginnt mit „https://“ und hat keine Abfrage.</translation>
+    </message>
+    <message>
+        <source>“%1” is no folder: a path begins with “/” or “~/”.</source>
+        <translation>„%1“ ist kein Ordner: Ein Pfad beginnt mit „/“ oder „~/“.</translation>
+    </message>
+    <message>
+        <source>keys such as option+space</source>
+        <translation>Tasten wie option+space</translation>
+    </message>
+    <message>
+        <source>an address</source>
+        <translation>eine Adresse</translation>
+    </message>
 </context>
 <context>
     <name>UnplacedSheet</name>
@@ -4589,6 +4623,10 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
     <message>
         <source>Exported “%1”.</source>
         <translation>„%1“ exportiert.</translation>
+    </message>
+    <message>
+        <source>Cannot be read</source>
+        <translation>Nicht lesbar</translation>
     </message>
 </context>
 <context>
@@ -4847,14 +4885,6 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Das Hilfsprogramm zum Entfernen antwortet.</translation>
     </message>
     <message>
-        <source>“%1” is no folder: a path begins with “/” or “~/”.</source>
-        <translation>„%1“ ist kein Ordner: Ein Pfad beginnt mit „/“ oder „~/“.</translation>
-    </message>
-    <message>
-        <source>“%1” names no keys. “option+space” does.</source>
-        <translation>„%1“ nennt keine Tasten. „option+space“ tut es.</translation>
-    </message>
-    <message>
         <source>Forget when applications were started?</source>
         <translation>Vergessen, wann Programme gestartet wurden?</translation>
     </message>
@@ -4896,6 +4926,14 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
     <message>
         <source>Copy Command</source>
         <translation>Befehl kopieren</translation>
+    </message>
+    <message>
+        <source>Another program has these keys.</source>
+        <translation>Ein anderes Programm hat diese Tasten.</translation>
+    </message>
+    <message>
+        <source>The keys and the corner need a launcher that goes on without its window: start it with “tessellar --resident”, or at login.</source>
+        <translation>Die Tasten und die Ecke brauchen einen Launcher, der ohne sein Fenster weiterläuft: Starten Sie ihn mit „tessellar --resident“ oder bei der Anmeldung.</translation>
     </message>
 </context>
 <context>
@@ -4999,6 +5037,14 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
     <message>
         <source>Nothing is hidden, and everything has its tile.</source>
         <translation>Nichts ist ausgeblendet, und alles hat seine Kachel.</translation>
+    </message>
+    <message>
+        <source>Forget the place of “%1”?</source>
+        <translation>Den Platz von „%1“ vergessen?</translation>
+    </message>
+    <message>
+        <source>Should it be installed again, its tile comes at the end. This cannot be undone.</source>
+        <translation>Wird sie wieder installiert, kommt ihre Kachel ans Ende. Das kann nicht rückgängig gemacht werden.</translation>
     </message>
 </context>
 <context>

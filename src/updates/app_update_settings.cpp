@@ -14,10 +14,14 @@ std::optional<AppUpdateInterval> appUpdateInterval(qint64 seconds) {
     return std::nullopt;
 }
 
+bool isStoreAddress(const QString& base) {
+    const QUrl url(base, QUrl::StrictMode);
+    return isAllowedAddress(url) && !url.hasQuery() && !url.hasFragment();
+}
+
 static QString base(const Settings& settings, const QString& key, const QString& usual) {
     QString text = settings.text(key).value_or(usual);
-    const QUrl url(text, QUrl::StrictMode);
-    if (!isAllowedAddress(url) || url.hasQuery() || url.hasFragment())
+    if (!isStoreAddress(text))
         return usual;
     while (text.endsWith(u'/'))
         text.chop(1);

@@ -19,10 +19,14 @@ enum class AppUpdateInterval : qint64 {
 /// The interval of a stored number: 0 is a day, and nothing comes of a number that is no interval.
 std::optional<AppUpdateInterval> appUpdateInterval(qint64 seconds);
 
+/// Whether the store can be asked at this base of addresses: https, or http on the loopback, without a
+/// query.
+bool isStoreAddress(const QString& base);
+
 struct AppUpdateSettings {
     static inline const QString enabledKey = QStringLiteral("appUpdates.enabled");
     static inline const QString intervalKey = QStringLiteral("appUpdates.intervalSeconds");
-    /// Bases of addresses, to which the path is appended; https, or http on the loopback.
+    /// Bases of addresses, to which the path is appended.
     static inline const QString storeLookupKey = QStringLiteral("appUpdates.storeLookupURL");
     static inline const QString storePageKey = QStringLiteral("appUpdates.storePageURL");
 

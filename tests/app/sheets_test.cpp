@@ -1,6 +1,8 @@
 #include "launcher/arrangement_shelf.h"
 #include "launcher/launcher_editor.h"
+#include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/place_memory.h"
 #include "launcher_fixture.h"
 
 namespace tessellar::test {
@@ -136,6 +138,44 @@ TEST_F(SheetsTest, WhatIsHiddenComesBackFromItsSheet) {
     EXPECT_EQ(launcher().unplaced()->summary(), u"Nothing is hidden, and everything has its tile.");
     press(Qt::Key_Escape);
     ASSERT_TRUE(goes("unplacedSheet"));
+}
+
+TEST_F(SheetsTest, APlaceIsForgottenAfterAQuestion) {
+    show();
+    const LauncherWindowMode mode = viewModel().shown().mode();
+    const auto remembered = [&] { return summaries(viewModel().places()[mode]).size(); };
+    mac.remove(u"/Applications/Oak.app"_qs);
+    viewModel().applications().look();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return remembered() == 1; }));
+    launcher().openMenu({}, {640, 700});
+    choose(u"Hidden and Remembered…"_qs);
+    ASSERT_TRUE(comes("unplacedSheet"));
+    for (const bool isWanted : {false, true}) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("objectName", u"unplacedAction"_qs); }));
+        clickNamed(u"unplacedAction"_qs);
+        EXPECT_EQ(remembered(), 1);
+        answer(isWanted);
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return remembered() == 0; }));
+}
+
+TEST_F(SheetsTest, ANewUserIsWelcomedUntilTheWelcomeIsAnswered) {
+    install({u"Ash"_qs, u"Beech"_qs});
+    start();
+    const auto version = [&] { return mac.machine.settings.text(u"lastVersion"_qs); };
+    const QString changelog = u"## 1.1.0\n\n- More\n"_qs;
+    window->welcome(changelog, u"1.0.0"_qs);
+    ASSERT_TRUE(comes("arrangingSheet"));
+    EXPECT_FALSE(version()) << "a start that ends here was not the first";
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(goes("arrangingSheet"));
+    EXPECT_EQ(version(), u"1.0.0");
+    window->welcome(changelog, u"1.1.0"_qs);
+    ASSERT_TRUE(comes("newsSheet"));
+    EXPECT_EQ(version(), u"1.0.0");
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(goes("newsSheet"));
+    EXPECT_EQ(version(), u"1.1.0");
 }
 
 TEST_F(SheetsTest, WaysToArrangeAreLookedThroughBeforeOneIsTaken) {

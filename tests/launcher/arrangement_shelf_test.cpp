@@ -34,10 +34,10 @@ protected:
         return outcome([&](auto done) { shelf().save(mode(), name, done); });
     }
     QString undo() {
-        return outcome([&](auto done) { shelf().undo(done); });
+        return outcome([&](auto done) { shelf().undo(mode(), done); });
     }
     QString redo() {
-        return outcome([&](auto done) { shelf().redo(done); });
+        return outcome([&](auto done) { shelf().redo(mode(), done); });
     }
     QString listed() {
         QStringList names;
@@ -77,7 +77,7 @@ TEST_F(ArrangementShelfTest, EachChangeIsMadeAndTakenBackFileByFile) {
     EXPECT_EQ(outcome([&](auto done) { shelf().remove(mode(), id, done); }), u"Ours");
     EXPECT_EQ(listed(), u"");
 
-    EXPECT_EQ(shelf().undoName(), u"Delete “Ours”");
+    EXPECT_EQ(shelf().undoName(mode()), u"Delete “Ours”");
     EXPECT_EQ(undo(), u"Ours");
     EXPECT_EQ(undo(), u"Ours"); // before it was replaced
     EXPECT_EQ(sketchOf(id), u"[Trees: Oak Ash] Beech");
@@ -93,7 +93,16 @@ TEST_F(ArrangementShelfTest, EachChangeIsMadeAndTakenBackFileByFile) {
     EXPECT_EQ(undo(), u"Ours");
     EXPECT_EQ(save(u"Other"_s), u"Other");
     EXPECT_EQ(redo(), u"nothingToRedo") << "another change was made";
+    launcher->layouts().show(LauncherWindowMode::windowed);
+    EXPECT_EQ(undo(), u"nothingToUndo") << "that was done in the other mode";
+    launcher->layouts().show(LauncherWindowMode::fullScreen);
     EXPECT_EQ(sketched(), u"Oak Ash Beech") << "the layout never changed by any of this";
+}
+
+TEST_F(ArrangementShelfTest, NamesAreKeptInOneLine) {
+    EXPECT_EQ(save(u" At\nhome "_s), u"At home");
+    EXPECT_EQ(save(u"\n"_s), u"emptyName");
+    EXPECT_EQ(save(QString(300, u'x')), u"nameTooLong");
 }
 
 TEST_F(ArrangementShelfTest, AStepThatTheDiskRefusesIsNotLost) {
@@ -101,7 +110,7 @@ TEST_F(ArrangementShelfTest, AStepThatTheDiskRefusesIsNotLost) {
     EXPECT_EQ(outcome([&](auto done) { shelf().remove(mode(), last.id, done); }), u"Mine");
     mac.files.refuseChanges({FileError::Code::noSpace, fileOf(last.id)});
     EXPECT_EQ(undo(), u"noSpace");
-    EXPECT_EQ(shelf().undoName(), u"Delete “Mine”");
+    EXPECT_EQ(shelf().undoName(mode()), u"Delete “Mine”");
 }
 
 TEST_F(ArrangementShelfTest, WhatAnotherChangedMeanwhileIsLeftAlone) {
@@ -142,7 +151,7 @@ TEST_F(ArrangementShelfTest, AnArrangementGoesElsewhereAndComesBackAsAnother) {
     EXPECT_EQ(give(), u"Mine");
     EXPECT_EQ(mac.read(file), mac.read(fileOf(id)));
     EXPECT_EQ(give(), u"alreadyExists") << "what stands there is somebody's";
-    EXPECT_EQ(shelf().undoName(), u"Save “Mine”") << "nothing of ours has changed";
+    EXPECT_EQ(shelf().undoName(mode()), u"Save “Mine”") << "nothing of ours has changed";
 
     const auto take = [&](LauncherWindowMode to) {
         return outcome([&](auto done) { shelf().importFrom(to, mac.files, file, done); });
@@ -152,7 +161,7 @@ TEST_F(ArrangementShelfTest, AnArrangementGoesElsewhereAndComesBackAsAnother) {
     EXPECT_EQ(listed(), u"Mine Mine");
     EXPECT_TRUE(restoreArrangement(*launcher, mac, last.id));
     EXPECT_EQ(take(LauncherWindowMode::windowed), u"Mine") << "also into the other mode";
-    undo();
+    outcome([&](auto done) { shelf().undo(LauncherWindowMode::windowed, done); });
     EXPECT_EQ(mac.names(data + u"/Arrangements-Windowed"_s), QStringList());
 
     mac.write(file, "{}");

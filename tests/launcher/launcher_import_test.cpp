@@ -228,7 +228,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
         return all.proposals.size();
     };
     start();
-    EXPECT_TRUE(launcher->isFirstRun());
+    EXPECT_TRUE(launcher->isUnarranged());
     EXPECT_EQ(propose(), 2);
     EXPECT_FALSE(all.importFailure) << "there is no old Launchpad";
     mac.write(database, "no database");
@@ -242,7 +242,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     store({{cedar, test::folder(u"f"_s, {{app(u"Ash"_s), app(u"Elm"_s)}})}},
           {u"org.example.dogwood"_s});
     start();
-    EXPECT_FALSE(launcher->isFirstRun());
+    EXPECT_FALSE(launcher->isUnarranged());
     ASSERT_TRUE(launcher->editor().addSmartFolder(launcher->shown().mode(),
                                                   SmartFolderTemplate::updatesAvailable));
     const LayoutDocument before = launcher->shown().document();

@@ -54,7 +54,8 @@ TEST(SettingTable, AgreesWithThoseWhoReadTheGrid) {
             EXPECT_EQ(storeSetting(settings, setting.key, wrong).error().code, u"outOfRange");
             EXPECT_TRUE(settings.set(setting.key, wrong)); // by another program
             EXPECT_EQ(readLayoutSettings(settings, mode), before) << setting.key.toStdString();
-            EXPECT_EQ(settingNow(settings, setting), setting.usual);
+            const bool isClamped = setting.isClamped && wrong.isDouble();
+            EXPECT_EQ(settingNow(settings, setting), isClamped ? setting.high : setting.usual);
         }
         EXPECT_TRUE(storeSetting(settings, setting.key, QJsonValue()));
     }
@@ -73,7 +74,12 @@ TEST(SettingTable, RefusesWhatNobodyWouldRead) {
     EXPECT_EQ(store(u"appUpdates.intervalSeconds"_s, 5), u"outOfRange");
     EXPECT_EQ(store(u"appDiscovery.searchPaths"_s, QJsonArray{u"/Applications"_s}), u"stored");
     EXPECT_EQ(store(u"appDiscovery.searchPaths"_s, QJsonArray{1}), u"outOfRange");
+    EXPECT_EQ(store(u"appDiscovery.searchPaths"_s, QJsonArray{u"Tools"_s}), u"outOfRange");
     EXPECT_EQ(store(u"reducesMotion"_s, 1), u"outOfRange");
+    EXPECT_EQ(store(u"summon.hotKey"_s, u"banana"_s), u"outOfRange");
+    EXPECT_EQ(store(u"summon.hotKey"_s, u"option+space"_s), u"stored");
+    EXPECT_EQ(store(u"appUpdates.storePageURL"_s, u"http://example.org"_s), u"outOfRange");
+    EXPECT_EQ(store(u"appUpdates.storePageURL"_s, u"https://example.org/apps"_s), u"stored");
     EXPECT_EQ(store(u"gridRow"_s, 4), u"unknownSetting");
 }
 
@@ -87,9 +93,13 @@ TEST(ReleaseNotes, AreOfTheVersionsSinceTheLastOne) {
     EXPECT_EQ(releaseNotes(changelog, u"1.9.0"_s, u"1.8.0"_s), QString());
 
     test::MemorySettings settings;
-    EXPECT_EQ(newsAfterUpdate(settings, changelog, u"1.8.0"_s), QString()) << "nothing is new at first";
-    EXPECT_EQ(newsAfterUpdate(settings, changelog, u"1.9.0"_s), u"## 1.9.0\n\n- nine");
-    EXPECT_EQ(newsAfterUpdate(settings, changelog, u"1.9.0"_s), QString()) << "told once";
+    const auto unseen = [&] { return ReleaseNotes::unseen(settings, changelog, u"1.9.0"_s); };
+    EXPECT_EQ(unseen(), QString()) << "nothing is new at first";
+    ReleaseNotes::setSeen(settings, u"1.8.0"_s);
+    EXPECT_EQ(unseen(), u"## 1.9.0\n\n- nine");
+    EXPECT_EQ(unseen(), u"## 1.9.0\n\n- nine") << "until it was seen";
+    ReleaseNotes::setSeen(settings, u"1.9.0"_s);
+    EXPECT_EQ(unseen(), QString());
 }
 
 } // namespace

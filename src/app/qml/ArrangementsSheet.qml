@@ -122,7 +122,7 @@ Sheet {
 
             required property int index
             readonly property var modelData: sheet.panel.arrangements[index]
-                ?? ({ id: "", title: "", text: "", rows: 1, columns: 1, tiles: [] })
+                ?? ({ id: "", title: "", text: "", rows: 1, columns: 1, tiles: [], isReadable: true })
 
             objectName: "arrangementRow"
             width: ListView.view.width
@@ -149,7 +149,7 @@ Sheet {
                 list: row.ListView.view
                 title: row.modelData.title
                 text: row.modelData.text
-                action: qsTr("Restore…")
+                action: row.modelData.isReadable ? qsTr("Restore…") : ""
                 actionName: "restoreButton"
                 onActed: {
                     const panel = sheet.panel;

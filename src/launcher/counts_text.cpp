@@ -1,4 +1,4 @@
-#include "app/counts_text.h"
+#include "launcher/counts_text.h"
 
 #include "platform/texts.h"
 
