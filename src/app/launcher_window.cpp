@@ -50,6 +50,8 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     const auto resized = [this] { _controller.setWindow(_view.size(), _view.devicePixelRatio()); };
     connect(&_view, &QWindow::widthChanged, this, resized);
     connect(&_view, &QWindow::heightChanged, this, resized);
+    connect(&_view, &QWindow::screenChanged, this, &LauncherWindow::followScreen);
+    followScreen();
     connect(&_controller, &LauncherController::modeChanged, this, [this] {
         if (const auto now = _viewModel.shown().mode(); std::exchange(_mode, now) != now) {
             (void)_settings.set(QStringLiteral("window.mode"), json::rawValue(now));
@@ -134,6 +136,23 @@ void LauncherWindow::fitToScreen() {
     // Another setting is no reason to put it back.
     if (std::exchange(_fitted, wanted) != wanted)
         _view.setGeometry(wanted);
+}
+
+/// A screen may change its size, or be taken away with the window on it.
+void LauncherWindow::followScreen() {
+    disconnect(_screenChanged);
+    const QScreen* screen = _view.screen();
+    if (!screen || !_screen.isEmpty())
+        return;
+    _screenChanged =
+        connect(screen, &QScreen::geometryChanged, this, &LauncherWindow::followScreen);
+    const bool isSeen = std::ranges::any_of(QGuiApplication::screens(), [this](const QScreen* each) {
+        return each->geometry().intersects(_view.geometry());
+    });
+    if (!_view.isVisible() || (_controller.isWindowed() && isSeen))
+        return; // where the user has put it
+    _fitted = {};
+    fitToScreen();
 }
 
 void LauncherWindow::remember() {

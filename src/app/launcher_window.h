@@ -63,6 +63,7 @@ private:
     void load();
     QScreen* wantedScreen() const;
     void fitToScreen();
+    void followScreen();
     void remember();
     bool commitNameBeside(QEvent* event);
     void setAway(bool isAway);
@@ -77,6 +78,7 @@ private:
     LauncherController _controller;
     QQuickView _view;
     QSize _screen;
+    QMetaObject::Connection _screenChanged;
     QRect _fitted; ///< what the window was given when it was last laid out
     LauncherWindowMode _mode;
     bool _swallowsClick = false; ///< the press was for a name that was being typed
