@@ -102,6 +102,11 @@ void PagePicture::setColumns(int columns) {
         refresh();
 }
 
+void PagePicture::setMirrored(bool isMirrored) {
+    if (std::exchange(_isMirrored, isMirrored) != isMirrored)
+        refresh();
+}
+
 void PagePicture::setTiles(const QVariantList& tiles) {
     if (std::exchange(_tiles, tiles) != tiles)
         refresh();
@@ -121,7 +126,7 @@ QImage PagePicture::image(QSize pixels) {
                          tile[QStringLiteral("appKeys")].toStringList(),
                          tile[QStringLiteral("symbolName")].toString(), side));
     }
-    return pageArt(tiles, _rows, _columns, pixels);
+    return pageArt(tiles, _rows, _columns, pixels, _isMirrored);
 }
 
 // ---- what lies behind

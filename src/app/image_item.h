@@ -79,6 +79,7 @@ class PagePicture : public ImageItem {
     Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons WRITE setIcons REQUIRED)
     Q_PROPERTY(int rows MEMBER _rows WRITE setRows)
     Q_PROPERTY(int columns MEMBER _columns WRITE setColumns)
+    Q_PROPERTY(bool isMirrored MEMBER _isMirrored WRITE setMirrored) ///< the first tile is at the right
     /// {kind, appKeys, symbolName} by slot, with the kinds of `IconItem`.
     Q_PROPERTY(QVariantList tiles MEMBER _tiles WRITE setTiles)
 
@@ -88,6 +89,7 @@ public:
     void setIcons(TileIcons* icons);
     void setRows(int rows);
     void setColumns(int columns);
+    void setMirrored(bool isMirrored);
     void setTiles(const QVariantList& tiles);
 
 protected:
@@ -97,6 +99,7 @@ private:
     QPointer<TileIcons> _icons;
     int _rows = 1;
     int _columns = 1;
+    bool _isMirrored = false;
     QVariantList _tiles;
 };
 

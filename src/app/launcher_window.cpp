@@ -144,8 +144,7 @@ void LauncherWindow::followScreen() {
     const QScreen* screen = _view.screen();
     if (!screen || !_screen.isEmpty())
         return;
-    _screenChanged =
-        connect(screen, &QScreen::geometryChanged, this, &LauncherWindow::followScreen);
+    _screenChanged = connect(screen, &QScreen::geometryChanged, this, &LauncherWindow::followScreen);
     const bool isSeen = std::ranges::any_of(QGuiApplication::screens(), [this](const QScreen* each) {
         return each->geometry().intersects(_view.geometry());
     });

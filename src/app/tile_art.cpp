@@ -323,7 +323,7 @@ QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, 
     });
 }
 
-QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size) {
+QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size, bool isMirrored) {
     QImage page(size, QImage::Format_ARGB32_Premultiplied);
     page.fill(Qt::transparent);
     QPainter painter(&page);
@@ -337,7 +337,8 @@ QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size) {
     const QSizeF cell(area.width() / columns, area.height() / rows);
     const int side = static_cast<int>(0.76 * std::min(cell.width(), cell.height()));
     for (qsizetype slot = 0; side > 0 && slot < tiles.size(); ++slot) {
-        const QPointF middle = area.topLeft() + QPointF((slot % columns + 0.5) * cell.width(),
+        const qsizetype column = isMirrored ? columns - 1 - slot % columns : slot % columns;
+        const QPointF middle = area.topLeft() + QPointF((column + 0.5) * cell.width(),
                                                         (slot / columns + 0.5) * cell.height());
         painter.drawImage(
             middle - QPointF(side, side) / 2,

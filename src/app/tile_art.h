@@ -24,6 +24,6 @@ QImage symbolFolderArt(const QString& symbolName, int side);
 QImage smartFolderArt(const QList<QImage>& contents, const QString& symbolName, int side);
 
 /// A page of the grid in small.
-QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size);
+QImage pageArt(const QList<QImage>& tiles, int rows, int columns, QSize size, bool isMirrored);
 
 } // namespace tessellar

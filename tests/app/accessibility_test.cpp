@@ -1,5 +1,6 @@
 #include "app/settings_panel.h"
 #include "app/sheets.h"
+#include "launcher/arrangement_shelf.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_messages.h"
 #include "launcher_fixture.h"
@@ -25,6 +26,56 @@ protected:
             .arg(QString::number(static_cast<int>(thing->role())), thing->text(QAccessible::Name),
                  object ? QString::fromLatin1(object->metaObject()->className()) : QString())
             .toStdString();
+    }
+    /// What can be read or worked at in the sheet, and where each is drawn, as far as it is seen.
+    QList<std::pair<QQuickItem*, QRectF>> contents() {
+        QList<std::pair<QQuickItem*, QRectF>> all;
+        forEachItem(itemWith("objectName", u"sheetCard"_s), [&](QQuickItem* item) {
+            const bool isText = item->inherits("QQuickText") && item->opacity() > 0 &&
+                                !item->property("text").toString().isEmpty();
+            if (!item->isVisible() ||
+                (!isText && !item->inherits("QQuickControl") && !item->inherits("QQuickTextInput") &&
+                 !item->inherits("QQuickTextEdit") && !item->inherits("tessellar::ImageItem")))
+                return;
+            QRectF drawn = item->boundingRect();
+            if (isText && item->rotation() == 0) { // no more of its width than the words take
+                drawn.adjust(item->property("leftPadding").toDouble(), 0,
+                             -item->property("rightPadding").toDouble(), 0);
+                const int alignment = item->property("effectiveHorizontalAlignment").toInt();
+                const double width = std::min(drawn.width(), item->property("contentWidth").toDouble());
+                drawn.setLeft(alignment == Qt::AlignRight     ? drawn.right() - width
+                              : alignment == Qt::AlignHCenter ? drawn.center().x() - width / 2
+                                                              : drawn.left());
+                drawn.setWidth(width);
+            }
+            QRectF seen = item->mapRectToScene(drawn);
+            for (QQuickItem* part = item->parentItem(); part; part = part->parentItem())
+                if (part->clip())
+                    seen &= part->mapRectToScene(part->boundingRect());
+            if (seen.width() > 1 && seen.height() > 1)
+                all.append({item, seen});
+        });
+        return all;
+    }
+    QStringList overlaps() {
+        QStringList found;
+        const auto all = contents();
+        const auto words = [](const QQuickItem* item) {
+            return QStringLiteral("%1 “%2”").arg(
+                QString::fromLatin1(item->metaObject()->className()).section(u'_', 0, 0),
+                item->property("text").toString().left(30));
+        };
+        for (qsizetype i = 0; i < all.size(); ++i)
+            for (qsizetype k = i + 1; k < all.size(); ++k) {
+                const auto& [one, where] = all[i];
+                const auto& [other, there] = all[k];
+                const QRectF both = where & there;
+                if (one->isAncestorOf(other) || other->isAncestorOf(one) || both.width() <= 1.5 ||
+                    both.height() <= 3) // lines of text have air above and below
+                    continue;
+                found += words(one) + u" and "_s + words(other);
+            }
+        return found;
     }
     static bool isForHands(Role role) {
         switch (role) {
@@ -173,21 +224,23 @@ TEST_F(AccessibilityTest, FoldersSearchAndMenusAreInTheTree) {
     expectAccessible("folder");
 }
 
+/// Every sheet, with the action that opens it and the tile that it is about.
+const std::pair<QString, QString> sheets[] = {{u"settings"_s, {}},
+                                              {u"updates"_s, {}},
+                                              {u"backups"_s, {}},
+                                              {u"arrangements"_s, {}},
+                                              {u"unplaced"_s, {}},
+                                              {u"pastRemovals"_s, {}},
+                                              {u"keys"_s, {}},
+                                              {u"newSmartFolder"_s, {}},
+                                              {u"arrange"_s, {}},
+                                              {u"information"_s, u"A01"_s},
+                                              {u"changeIcon"_s, u"A01"_s},
+                                              {u"moveToTrash"_s, u"A01"_s}};
+
 TEST_F(AccessibilityTest, EachSheetSaysItsNameAndThatOfEveryControl) {
     install(manyNames(6));
     start({1280, 900});
-    const std::pair<QString, QString> sheets[] = {{u"settings"_s, {}},
-                                                  {u"updates"_s, {}},
-                                                  {u"backups"_s, {}},
-                                                  {u"arrangements"_s, {}},
-                                                  {u"unplaced"_s, {}},
-                                                  {u"pastRemovals"_s, {}},
-                                                  {u"keys"_s, {}},
-                                                  {u"newSmartFolder"_s, {}},
-                                                  {u"arrange"_s, {}},
-                                                  {u"information"_s, u"A01"_s},
-                                                  {u"changeIcon"_s, u"A01"_s},
-                                                  {u"moveToTrash"_s, u"A01"_s}};
     for (const auto& [action, label] : sheets) {
         open(action, label);
         EXPECT_TRUE(std::ranges::any_of(things(), [](auto* each) {
@@ -215,6 +268,31 @@ TEST_F(AccessibilityTest, AlertsAreSaidWithTheirAnswers) {
         ->actionInterface()
         ->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(QTest::qWaitFor([&] { return !launcher().alert()->isOpen(); }));
+}
+
+TEST_F(AccessibilityTest, NothingLiesOverAnythingElseWhicheverWayAndHoweverLargeOneReads) {
+    install(manyNames(6));
+    start({1280, 900});
+    ASSERT_TRUE(viewModel().editor().hideApps(viewModel().shown().mode(),
+                                              {viewModel().shown().tileOf(u"org.example.a06"_s)->id}));
+    viewModel().arrangements().save(viewModel().shown().mode(), u"Mine"_s, [](const auto&) {});
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft})
+        for (const double scale : {1.0, 1.4}) {
+            QGuiApplication::setLayoutDirection(direction);
+            ASSERT_TRUE(mac.machine.settings.set(u"textScale"_s, scale));
+            viewModel().applySettings();
+            for (const auto& [action, label] : sheets) {
+                open(action, label);
+                QStringList found; // until all has come to its place
+                EXPECT_TRUE(QTest::qWaitFor([&] { return (found = overlaps()).isEmpty(); }, 2000))
+                    << action.toStdString() << (direction == Qt::RightToLeft ? " mirrored" : "")
+                    << " at " << scale << ":\n"
+                    << found.join(u'\n').toStdString();
+                press(Qt::Key_Escape);
+                ASSERT_TRUE(QTest::qWaitFor([&] { return !itemWith("objectName", u"sheetCard"_s); }));
+            }
+        }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 /// For who reads from the right the first tile is at the right, pages come from the left, and the hand

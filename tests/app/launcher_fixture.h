@@ -177,12 +177,13 @@ protected:
     sample::MacBuilder builder{mac.root.path()};
     std::unique_ptr<LauncherWindow> window;
 
-private:
     static void forEachItem(QQuickItem* item, const std::function<void(QQuickItem*)>& visit) {
         visit(item);
         for (QQuickItem* child : item->childItems())
             forEachItem(child, visit);
     }
+
+private:
     static QQuickItem* tileBelow(QQuickItem* root, const QString& label) {
         QQuickItem* found = nullptr;
         forEachItem(root, [&](QQuickItem* item) {

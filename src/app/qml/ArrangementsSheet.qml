@@ -131,10 +131,12 @@ Sheet {
             PagePicture {
                 id: picture
 
+                anchors.left: parent.left
                 anchors.verticalCenter: parent.verticalCenter
                 width: sheet.isNarrow ? 64 : 96
                 height: sheet.isNarrow ? 42 : 60
                 icons: sheet.launcher.icons
+                isMirrored: Theme.isMirrored
                 rows: row.modelData.rows
                 columns: row.modelData.columns
                 tiles: row.modelData.tiles

@@ -49,6 +49,7 @@ Sheet {
             width: parent.width - 2 * (back.width + 10)
             height: parent.height
             icons: sheet.launcher.icons
+            isMirrored: Theme.isMirrored
             rows: sheet.panel.picture.rows
             columns: sheet.panel.picture.columns
             tiles: sheet.panel.picture.tiles
@@ -57,8 +58,9 @@ Sheet {
         RoundButton {
             id: back
 
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
-            sign: "left"
+            sign: Theme.isMirrored ? "right" : "left"
             label: qsTr("Previous Page")
             enabled: sheet.panel.page > 0
             onClicked: sheet.panel.turn(-1)
@@ -68,7 +70,7 @@ Sheet {
             objectName: "arrangingNextPage"
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            sign: "right"
+            sign: Theme.isMirrored ? "left" : "right"
             label: qsTr("Next Page")
             enabled: sheet.panel.page + 1 < sheet.panel.pageCount
             onClicked: sheet.panel.turn(1)

@@ -8,8 +8,8 @@ Rectangle {
     required property bool isChecked
     property bool hasKeyboard: false
 
-    implicitWidth: 18
-    implicitHeight: 18
+    implicitWidth: Math.round(18 * Theme.textScale)
+    implicitHeight: implicitWidth
     radius: width * 0.28
     color: isChecked ? Theme.accent : Theme.clear
     border.width: hasKeyboard ? Theme.focusWidth : isChecked ? 0 : 1.5

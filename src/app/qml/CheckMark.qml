@@ -20,6 +20,7 @@ T.CheckBox {
     indicator: CheckBoxMark {
         id: box
 
+        x: mark.mirrored ? mark.width - width : 0
         y: (mark.height - height) / 2
         isChecked: mark.isChecked
         hasKeyboard: mark.activeFocus
@@ -28,7 +29,8 @@ T.CheckBox {
     contentItem: Text {
         id: words
 
-        leftPadding: box.width + 8
+        leftPadding: mark.mirrored ? 0 : box.width + 8
+        rightPadding: mark.mirrored ? box.width + 8 : 0
         verticalAlignment: Text.AlignVCenter
         text: mark.text
         color: Theme.text

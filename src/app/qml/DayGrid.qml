@@ -51,7 +51,8 @@ Item {
                 height: 30
 
                 Text {
-                    x: 8
+                    anchors.left: parent.left
+                    anchors.leftMargin: 8
                     width: parent.width - turning.width - 12
                     anchors.verticalCenter: parent.verticalCenter
                     text: root.days.title

@@ -16,6 +16,9 @@ Item {
     property bool hasSteps: false
     property alias input: input
 
+    readonly property int edge: 9
+    readonly property real endRoom: Math.max(edge, ends.width)
+
     signal edited(string text)
     signal buttonPressed
     signal stepped(int by)
@@ -43,8 +46,8 @@ Item {
         }
 
         anchors.fill: parent
-        leftPadding: 9
-        rightPadding: Math.max(9, ends.width)
+        leftPadding: Theme.isMirrored ? box.endRoom : box.edge
+        rightPadding: Theme.isMirrored ? box.edge : box.endRoom
         verticalAlignment: TextInput.AlignVCenter
         activeFocusOnTab: true
         color: Theme.text
@@ -88,9 +91,10 @@ Item {
 
     Text {
         anchors.fill: input
-        anchors.leftMargin: input.leftPadding
-        anchors.rightMargin: input.rightPadding
+        anchors.leftMargin: box.edge
+        anchors.rightMargin: box.endRoom
         visible: input.text === "" && input.preeditText === ""
+        horizontalAlignment: Text.AlignLeft
         text: box.placeholder
         color: Theme.textHint
         verticalAlignment: Text.AlignVCenter

@@ -24,6 +24,7 @@ Item {
 
         anchors.left: parent.left
         width: line.labelWidth
+        horizontalAlignment: Text.AlignLeft
         text: line.label
         color: Theme.textFaint
         wrapMode: Text.Wrap
@@ -36,6 +37,7 @@ Item {
         anchors.left: parent.left
         anchors.leftMargin: line.labelWidth + 10
         width: line.width - anchors.leftMargin - (button.visible ? button.width + 8 : 0)
+        horizontalAlignment: TextEdit.AlignLeft
         text: line.text
         readOnly: true
         selectByMouse: true

@@ -18,6 +18,7 @@ Sheet {
     Component.onDestruction: about.close()
 
     Row {
+        width: sheet.bodyWidth
         spacing: 14
 
         IconItem {
@@ -49,6 +50,8 @@ Sheet {
             spacing: 5
 
             Text {
+                width: parent.width
+                horizontalAlignment: Text.AlignLeft
                 text: section.modelData.title
                 color: Theme.textSoft
                 font.pixelSize: Theme.controlFont

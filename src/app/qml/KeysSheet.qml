@@ -51,30 +51,36 @@ Sheet {
             required property var modelData
 
             width: ListView.view.width
-            height: Theme.controlHeight - 2
+            height: Math.max(Theme.controlHeight - 2, keys.implicitHeight + 6, meaning.implicitHeight + 6)
 
             Accessible.role: Accessible.ListItem
             Accessible.name: modelData.join(": ")
 
             Text {
+                id: keys
+
                 anchors.left: parent.left
                 width: parent.width * 0.42
                 anchors.verticalCenter: parent.verticalCenter
+                horizontalAlignment: Text.AlignLeft
                 text: row.modelData[0]
                 color: Theme.text
-                elide: Text.ElideRight
+                wrapMode: Text.Wrap
                 font.pixelSize: Theme.controlFont
                 font.weight: Font.Medium
             }
 
             Text {
+                id: meaning
+
                 anchors.left: parent.left
                 anchors.leftMargin: parent.width * 0.44
                 width: parent.width - anchors.leftMargin - 12
                 anchors.verticalCenter: parent.verticalCenter
+                horizontalAlignment: Text.AlignLeft
                 text: row.modelData[1]
                 color: Theme.textDim
-                elide: Text.ElideRight
+                wrapMode: Text.Wrap
                 font.pixelSize: Theme.controlFont
             }
         }

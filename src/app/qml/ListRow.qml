@@ -18,7 +18,7 @@ Item {
     signal acted
 
     width: list ? list.width : 0
-    height: 54
+    height: Math.round(54 * Theme.textScale)
 
     Accessible.role: Accessible.ListItem
     Accessible.name: title
@@ -33,6 +33,7 @@ Item {
 
         Text {
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             text: row.title
             color: Theme.text
             elide: Text.ElideRight
@@ -43,6 +44,7 @@ Item {
         Text {
             width: parent.width
             visible: text !== ""
+            horizontalAlignment: Text.AlignLeft
             text: row.text
             color: Theme.textFaint
             elide: Text.ElideRight

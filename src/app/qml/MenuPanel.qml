@@ -129,6 +129,7 @@ Rectangle {
                         anchors.leftMargin: 12 + panel.markWidth
                         anchors.verticalCenter: parent.verticalCenter
                         width: parent.width - anchors.leftMargin - 12 - (line.modelData.hasEntries ? 14 : keys.text !== "" ? keys.width + 14 : 0)
+                        horizontalAlignment: Text.AlignLeft
                         text: line.modelData.title
                         color: !line.modelData.isEnabled ? Theme.textFaint : line.isCurrent ? Theme.accentText
                                : line.modelData.isDestructive ? Theme.dangerText : Theme.text

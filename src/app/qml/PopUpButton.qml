@@ -49,6 +49,7 @@ T.AbstractButton {
             anchors.right: parent.right
             anchors.rightMargin: 24
             anchors.verticalCenter: parent.verticalCenter
+            horizontalAlignment: Text.AlignLeft
             text: button.text === "" ? button.placeholder : button.text
             color: button.text === "" ? Theme.textFaint : Theme.text
             elide: Text.ElideRight
@@ -63,7 +64,8 @@ T.AbstractButton {
                 required property int index
                 required property string modelData
 
-                x: button.width - width - 7
+                anchors.right: parent.right
+                anchors.rightMargin: 7
                 y: button.height / 2 - height / 2 + (index === 0 ? -4 : 4)
                 kind: modelData
                 color: Theme.textDim

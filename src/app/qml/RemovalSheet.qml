@@ -20,6 +20,7 @@ Sheet {
     Text {
         width: sheet.bodyWidth
         visible: sheet.removal.phase === "scanning" || sheet.removal.phase === "removing"
+        horizontalAlignment: Text.AlignLeft
         text: sheet.removal.progressText
         color: Theme.textSoft
         elide: Text.ElideMiddle
@@ -109,6 +110,7 @@ Sheet {
 
                 Text {
                     width: parent.width
+                    horizontalAlignment: Text.AlignLeft
                     text: row.name
                     color: Theme.text
                     elide: Text.ElideMiddle
@@ -118,6 +120,7 @@ Sheet {
 
                 Text {
                     width: parent.width
+                    horizontalAlignment: Text.AlignLeft
                     text: row.folder
                     color: Theme.textSoft
                     elide: Text.ElideMiddle
@@ -129,6 +132,7 @@ Sheet {
                     id: about
 
                     width: parent.width
+                    horizontalAlignment: Text.AlignLeft
                     text: (row.isLocked ? "🔒 " + sheet.removal.lockText + " · " : "") + row.reason
                     color: row.isLocked ? Theme.warningText : Theme.textFaint
                     wrapMode: Text.Wrap
@@ -204,6 +208,7 @@ Sheet {
         Text {
             width: parent.width
             visible: sheet.isReview
+            horizontalAlignment: Text.AlignLeft
             text: sheet.removal.total
             color: Theme.text
             elide: Text.ElideRight
@@ -212,6 +217,7 @@ Sheet {
         Text {
             width: parent.width
             visible: sheet.isReview && text !== ""
+            horizontalAlignment: Text.AlignLeft
             text: sheet.removal.staying
             color: Theme.textFaint
             elide: Text.ElideRight

@@ -24,12 +24,13 @@ Item {
     }
 
     objectName: "ruleRow"
-    height: isTall ? 76 : 38
+    height: Math.round((isTall ? 76 : 38) * Theme.textScale)
 
     PopUpButton {
         id: field
 
         objectName: "ruleField"
+        anchors.left: parent.left
         y: 4
         width: row.isNarrow ? (row.width - 8) / 2 : Math.min(186, row.width * 0.27)
         text: row.rule.field
@@ -41,7 +42,8 @@ Item {
         id: predicate
 
         objectName: "rulePredicate"
-        x: field.width + 8
+        anchors.left: field.right
+        anchors.leftMargin: 8
         y: 4
         width: row.isNarrow ? (row.width - 8) / 2 : Math.min(158, row.width * 0.23)
         text: row.rule.predicate
@@ -56,9 +58,12 @@ Item {
         readonly property bool hasJoint: row.rule.joint !== ""
         readonly property real share: (width - (count - 1) * spacing - (hasJoint ? 28 + spacing : 0)) / Math.max(1, count)
 
-        x: row.isNarrow ? 0 : row.isTall ? predicate.x : predicate.x + predicate.width + 8
-        y: row.isTall ? 42 : 4
-        width: (row.isTall && !row.isNarrow ? row.width : buttons.x - 10) - x
+        readonly property real start: row.isNarrow ? 0 : field.width + 8 + (row.isTall ? 0 : predicate.width + 8)
+
+        anchors.left: parent.left
+        anchors.leftMargin: start
+        y: 4 + (row.isTall ? row.height / 2 : 0)
+        width: row.width - start - (row.isTall && !row.isNarrow ? 0 : buttons.width + 10)
         spacing: 8
 
         Repeater {
@@ -146,7 +151,7 @@ Item {
         id: buttons
 
         anchors.right: parent.right
-        y: row.isNarrow ? 44 : 6
+        y: 6 + (row.isNarrow ? row.height / 2 : 0)
         spacing: 6
 
         RoundButton {

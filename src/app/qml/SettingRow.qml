@@ -13,11 +13,13 @@ Item {
     readonly property bool isTall: isNote || kind === "field" || control.implicitWidth > width * 0.62
     readonly property bool canReset: modelData.isSet === true && kind === "slider"
 
-    height: words.height + (isTall && !isNote ? control.height + 4 : 0) + 6
+    height: 6 + (isNote ? words.height
+                 : isTall ? words.height + 4 + control.height : Math.max(words.height, control.height))
 
     Column {
         id: words
 
+        anchors.left: parent.left
         width: row.isTall ? row.width : row.width - control.width - 12
         y: Math.max(0, ((row.isTall ? height : row.height) - height) / 2)
         spacing: 1
@@ -26,6 +28,7 @@ Item {
             width: parent.width
             height: row.isNote ? implicitHeight : Math.max(implicitHeight, row.isTall ? 0 : 26)
             verticalAlignment: Text.AlignVCenter
+            horizontalAlignment: Text.AlignLeft
             text: row.modelData.title
             color: row.isNote ? Theme.textFaint : Theme.text
             wrapMode: row.isNote ? Text.Wrap : Text.NoWrap
@@ -37,6 +40,7 @@ Item {
         Text {
             width: parent.width
             visible: row.kind === "action" && text !== ""
+            horizontalAlignment: Text.AlignLeft
             text: row.kind === "action" ? row.modelData.text ?? "" : ""
             color: Theme.textFaint
             wrapMode: Text.Wrap
@@ -72,7 +76,7 @@ Item {
                 id: words
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: 68
+                width: Math.max(Math.round(68 * Theme.textScale), implicitWidth)
                 horizontalAlignment: Text.AlignRight
                 text: row.modelData.text
                 color: Theme.textDim

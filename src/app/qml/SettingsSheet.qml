@@ -33,6 +33,7 @@ Sheet {
                 width: parent.width
                 height: implicitHeight + (section.index === 0 ? 0 : 14)
                 verticalAlignment: Text.AlignBottom
+                horizontalAlignment: Text.AlignLeft
                 text: section.modelData.title
                 color: Theme.text
                 elide: Text.ElideRight

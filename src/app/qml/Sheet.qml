@@ -11,7 +11,8 @@ FocusScope {
     id: sheet
 
     required property string title
-    property int wanted: 560
+    property int wanted: 560 // at the usual size of text
+    readonly property real wantedWidth: wanted * Math.max(1, Theme.textScale)
     default property alias content: body.data
     // At the left of the buttons, or above them where there is no room beside.
     property alias foot: foot.data
@@ -31,7 +32,7 @@ FocusScope {
     property bool isBeside: false
     // Its parts are worked at, and what lies behind shows the result.
     property bool isSeenThrough: false
-    readonly property bool standsBeside: isBeside && width >= 2 * wanted
+    readonly property bool standsBeside: isBeside && width >= 2 * wantedWidth
     readonly property int bodyWidth: body.width
     readonly property bool isSmall: height < 620
     readonly property bool isNarrow: width < 560
@@ -117,9 +118,10 @@ FocusScope {
 
         objectName: "sheetCard"
         opacity: sheet.isSeenThrough && !sheet.standsBeside ? Theme.unavailable : 1
-        x: sheet.standsBeside ? parent.width - width - sheet.margin : (parent.width - width) / 2
+        x: !sheet.standsBeside ? (parent.width - width) / 2
+           : Theme.isMirrored ? sheet.margin : parent.width - width - sheet.margin
         y: (parent.height - height) / 2
-        width: Math.min(sheet.wanted, parent.width - 2 * sheet.margin)
+        width: Math.min(sheet.wantedWidth, parent.width - 2 * sheet.margin)
         height: Math.min(sheet.height - 2 * sheet.margin,
                          heading.height + body.height + ends.height + 2 * sheet.padding + 2 * sheet.gap)
         radius: Theme.sheetRadius
@@ -142,6 +144,7 @@ FocusScope {
             anchors.leftMargin: sheet.padding
             y: sheet.padding
             width: parent.width - 2 * sheet.padding
+            horizontalAlignment: Text.AlignLeft
             text: sheet.title
             color: Theme.text
             wrapMode: Text.Wrap
@@ -177,6 +180,7 @@ FocusScope {
             Column {
                 id: body
 
+                x: Theme.isMirrored ? flick.barRoom : 0
                 width: flick.width - flick.barRoom
                 spacing: sheet.gap
             }
@@ -209,6 +213,7 @@ FocusScope {
             Column {
                 id: foot
 
+                anchors.left: parent.left
                 width: ends.isBeside ? ends.width - buttons.width - 16 : ends.width
                 y: ends.isBeside ? (ends.height - height) / 2 : 0
             }

@@ -33,7 +33,8 @@ T.Slider {
         color: Theme.controlHovered
 
         Rectangle {
-            width: slider.visualPosition * parent.width
+            anchors.left: parent.left
+            width: slider.position * parent.width
             height: parent.height
             radius: height / 2
             color: Theme.accent

@@ -43,7 +43,8 @@ Sheet {
 
         IconItem {
             // The plate has a margin of its own.
-            x: -6
+            anchors.left: parent.left
+            anchors.leftMargin: -6
             y: -6
             width: sheet.isNarrow ? 64 : sheet.isSmall ? 94 : 104
             height: width
@@ -83,6 +84,7 @@ Sheet {
                 width: parent.width
                 height: isOneLine ? 40 : strip.height
                 contentWidth: strip.width
+                contentX: Theme.isMirrored ? Math.max(0, contentWidth - width) : 0
                 interactive: isOneLine
                 clip: isOneLine
                 boundsBehavior: Flickable.StopAtBounds
@@ -131,7 +133,7 @@ Sheet {
         id: list
 
         width: sheet.bodyWidth
-        height: Math.min(contentHeight, Math.max(sheet.isNarrow ? 84 : 76, sheet.stretchedRoom))
+        height: Math.min(contentHeight, Math.max(Math.round((sheet.isNarrow ? 84 : 76) * Theme.textScale), sheet.stretchedRoom))
         visible: rows.count > 0
         clip: true
         contentHeight: column.height
@@ -252,6 +254,7 @@ Sheet {
             x: 14
             y: sheet.isSmall ? 7 : 9
             width: parent.width - 28
+            horizontalAlignment: Text.AlignLeft
             text: [sheet.panel.summary, sheet.panel.notice].filter(t => t !== "").join(" ")
             color: Theme.textDim
             elide: Text.ElideRight
@@ -313,6 +316,7 @@ Sheet {
         objectName: "smartFolderIssue"
         width: parent.width
         visible: text !== ""
+        horizontalAlignment: Text.AlignLeft
         text: sheet.panel.issue
         color: Theme.warningText
         elide: Text.ElideRight

@@ -25,7 +25,7 @@ T.Switch {
     }
 
     indicator: Rectangle {
-        x: control.isOn ? control.width - width - 3 : 3
+        x: control.isOn !== control.mirrored ? control.width - width - 3 : 3
         y: 3
         width: control.height - 6
         height: width

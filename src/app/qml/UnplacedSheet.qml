@@ -45,6 +45,7 @@ Sheet {
                 anchors.bottomMargin: 6
                 visible: row.isSection
                 width: parent.width
+                horizontalAlignment: Text.AlignLeft
                 text: row.modelData.title
                 color: Theme.textSoft
                 elide: Text.ElideRight
@@ -56,6 +57,7 @@ Sheet {
             }
 
             IconItem {
+                anchors.left: parent.left
                 anchors.verticalCenter: parent.verticalCenter
                 width: 36
                 height: 36

@@ -71,8 +71,8 @@ Item {
 
         Text {
             width: 12
-            text: "›"
-            rotation: row.isOpen ? 90 : 0
+            text: Theme.isMirrored ? "‹" : "›"
+            rotation: !row.isOpen ? 0 : Theme.isMirrored ? -90 : 90
             horizontalAlignment: Text.AlignHCenter
             color: Theme.textDim
             font.pixelSize: Theme.titleFont
@@ -117,6 +117,7 @@ Item {
             id: headline
 
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             text: row.name
             color: Theme.text
             elide: Text.ElideRight
@@ -128,6 +129,7 @@ Item {
             id: said
 
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             text: row.text
             color: row.isFailure ? Theme.dangerText : Theme.textDim
             wrapMode: row.isCurrent ? Text.Wrap : Text.NoWrap
@@ -148,6 +150,7 @@ Item {
             objectName: "updateDetail"
             width: parent.width
             visible: text !== "" && (row.isCurrent || row.isRunning)
+            horizontalAlignment: Text.AlignLeft
             text: row.detail
             color: Theme.textFaint
             wrapMode: Text.Wrap
@@ -161,6 +164,7 @@ Item {
             objectName: "updateSource"
             width: parent.width
             visible: text !== "" && row.isCurrent
+            horizontalAlignment: Text.AlignLeft
             text: row.source
             color: Theme.textFaint
             wrapMode: Text.Wrap

@@ -24,8 +24,10 @@ Sheet {
             id: summary
 
             objectName: "updatesSummary"
+            anchors.left: parent.left
             width: sheet.isNarrow ? parent.width : parent.width - actions.width - 14
             y: sheet.isNarrow ? 0 : (parent.height - height) / 2
+            horizontalAlignment: Text.AlignLeft
             text: sheet.updates.summary !== "" ? sheet.updates.summary : qsTr("Not checked yet.")
             color: Theme.text
             wrapMode: Text.Wrap
@@ -71,6 +73,7 @@ Sheet {
 
         Text {
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             text: sheet.updates.progressText
             color: Theme.textFaint
             elide: Text.ElideRight
@@ -144,6 +147,7 @@ Sheet {
             id: power
 
             objectName: "updatesSwitch"
+            anchors.left: parent.left
             y: sheet.isNarrow ? 0 : (parent.height - height) / 2
             label: qsTr("Check for updates")
             isOn: sheet.updates.isEnabled
@@ -156,6 +160,7 @@ Sheet {
             anchors.right: sheet.isNarrow ? parent.right : intervals.left
             anchors.rightMargin: 10
             anchors.verticalCenter: power.verticalCenter
+            horizontalAlignment: Text.AlignLeft
             text: qsTr("Check for updates every")
             color: Theme.text
             elide: Text.ElideRight

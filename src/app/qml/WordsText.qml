@@ -4,6 +4,7 @@ import Tessellar
 // Text of sheets that says something in sentences.
 Text {
     color: Theme.textDim
+    horizontalAlignment: Text.AlignLeft
     wrapMode: Text.Wrap
     textFormat: Text.PlainText
     font.pixelSize: Theme.textFont
