@@ -1,3 +1,4 @@
+#include "app/accessible_focus.h"
 #include "app/settings_panel.h"
 #include "app/sheets.h"
 #include "launcher/arrangement_shelf.h"
@@ -195,6 +196,36 @@ TEST_F(AccessibilityTest, TilesSayWhatTheyAreAndHowTheyStand) {
     expectAccessible("grid");
     first->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(QTest::qWaitFor([&] { return !opened().isEmpty(); }));
+}
+
+/// What a screen reader says while keys are pressed.
+TEST_F(AccessibilityTest, WhatKeysLeadToIsSaid) {
+    install({u"Ash"_s, u"Beech"_s, u"Cedar"_s});
+    start();
+    const auto says = [&](const QString& name) {
+        QString said;
+        const bool isSaid = QTest::qWaitFor([&] {
+            auto* thing = QAccessible::queryAccessibleInterface(AccessibleFocus::item());
+            return (said = thing ? thing->text(QAccessible::Name) : QString()) == name;
+        });
+        return isSaid ? testing::AssertionSuccess()
+                      : testing::AssertionFailure() << "it says " << said.toStdString();
+    };
+    press(Qt::Key_Right);
+    EXPECT_TRUE(says(u"Ash"_s));
+    press(Qt::Key_Right);
+    EXPECT_TRUE(says(u"Beech"_s));
+    press(Qt::Key_Menu);
+    press(Qt::Key_Down);
+    EXPECT_TRUE(says(u"Open"_s));
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(says(u"Beech"_s)) << "where the menu was opened";
+    type(u"ced"_s);
+    EXPECT_TRUE(says(u"Cedar"_s)) << "the best of what is found";
+    press(Qt::Key_Escape);
+    press(Qt::Key_Question);
+    press(Qt::Key_Down);
+    EXPECT_TRUE(says(u"Return: Open what is selected, or found"_s));
 }
 
 TEST_F(AccessibilityTest, FoldersSearchAndMenusAreInTheTree) {

@@ -13,6 +13,9 @@ ListView {
     keyNavigationEnabled: true
     highlightMoveDuration: 0
 
+    readonly property Item spokenItem: activeFocus ? currentItem : null
+    onSpokenItemChanged: if (spokenItem) AccessibleFocus.moveTo(spokenItem)
+
     Keys.onPressed: event => {
         const last = count - 1;
         const page = Math.max(1, Math.floor(height / Math.max(1, contentHeight / Math.max(1, count))) - 1);

@@ -82,8 +82,12 @@ Rectangle {
                     width: panel.lineWidth
                     height: modelData.isSeparator ? 9 : Math.max(28, words.implicitHeight + 10)
 
+                    onIsCurrentChanged: if (isCurrent) AccessibleFocus.moveTo(spoken)
+
                     // Apart from the line, which the pointer finds also where it cannot be chosen.
                     Item {
+                        id: spoken
+
                         anchors.fill: parent
                         enabled: line.modelData.isSeparator || line.modelData.isEnabled
 

@@ -52,7 +52,11 @@ Item {
         name.text = line;
     }
     onLineChanged: Qt.callLater(nameSettled)
-    Component.onCompleted: nameSettled()
+    Component.onCompleted: {
+        nameSettled();
+        if (isSpoken)
+            AccessibleFocus.moveTo(tile);
+    }
 
     function appear() {
         fadeIn.restart();
@@ -83,6 +87,10 @@ Item {
     Accessible.selectable: true
     Accessible.selected: isSelected
     Accessible.onPressAction: launcher.activate(tileId)
+
+    // Also when a menu or a sheet over it has gone.
+    readonly property bool isSpoken: isSelected && !launcher.isCovered && !launcher.menu.isOpen
+    onIsSpokenChanged: if (isSpoken) AccessibleFocus.moveTo(tile)
 
     z: tip.active ? 1 : 0
 
