@@ -7,6 +7,7 @@
 
 #include "control/manual.h"
 #include "control/running_launcher.h"
+#include "control/usage_error.h"
 #include "platform/desktop/launch_at_login.h"
 #include "platform/host_machine.h"
 #include "platform/host_traits.h"
@@ -104,16 +105,19 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
         Texts::noop("Prints how long the first frame and the first whole frame took, and ends"));
     try {
         app.parse(argc, argv);
-    } catch (const CLI::CallForHelp& help) {
+    } catch (const CLI::ParseError& error) {
         const QCoreApplication application(argc, argv); // translations belong to one
         Language language;
         language.follow(std::nullopt,
                         locale.empty() ? Locale::system() : Locale(QString::fromStdString(locale)));
-        translateHelp(app);
-        status = app.exit(help);
-        return std::nullopt;
-    } catch (const CLI::ParseError& error) {
-        status = app.exit(error) == 0 ? 0 : 2;
+        if (error.get_exit_code() == 0) { // help, or the version
+            translateHelp(app);
+            status = app.exit(error);
+            return std::nullopt;
+        }
+        std::fprintf(stderr, "tessellar: %s\n",
+                     qUtf8Printable(usageSentence(QString::fromUtf8(error.what()))));
+        status = 2;
         return std::nullopt;
     }
     if (!form.empty()) {

@@ -1,6 +1,7 @@
 #include "control/command_set.h"
 
 #include "control/manual.h"
+#include "control/usage_error.h"
 #include "platform/texts.h"
 
 namespace tessellar {
@@ -112,7 +113,8 @@ std::expected<CommandSet::Parsed, CommandSet::Failure> CommandSet::parse(const Q
     } catch (const CLI::CallForHelp&) {
         return std::unexpected(Failure{ExitStatus::done, help()});
     } catch (const CLI::ParseError& error) {
-        return std::unexpected(Failure{ExitStatus::wrongUsage, QString::fromUtf8(error.what())});
+        return std::unexpected(
+            Failure{ExitStatus::wrongUsage, usageSentence(QString::fromUtf8(error.what()))});
     }
     if (!_parsed)
         return std::unexpected(Failure{ExitStatus::wrongUsage, help()});

@@ -4429,6 +4429,38 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <source>an address</source>
         <translation>eine Adresse</translation>
     </message>
+    <message>
+        <source>“%1” is missing.</source>
+        <translation>„%1“ fehlt.</translation>
+    </message>
+    <message>
+        <source>%1 needs a value.</source>
+        <translation>%1 braucht einen Wert.</translation>
+    </message>
+    <message>
+        <source>%1 needs %2 values.</source>
+        <translation>%1 braucht %2 Werte.</translation>
+    </message>
+    <message>
+        <source>There is no use for: %1</source>
+        <translation>Damit ist nichts anzufangen: %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be “%2”, but one of these: %3.</source>
+        <translation>%1 kann nicht „%2“ sein, sondern eines von diesen: %3.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be “%2”: it goes from %3 to %4.</source>
+        <translation>%1 kann nicht „%2“ sein: Es geht von %3 bis %4.</translation>
+    </message>
+    <message>
+        <source>%1 and %2 do not go together.</source>
+        <translation>%1 und %2 gehen nicht zusammen.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be “%2”.</source>
+        <translation>%1 kann nicht „%2“ sein.</translation>
+    </message>
 </context>
 <context>
     <name>UnplacedSheet</name>

@@ -75,6 +75,19 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusal) {
     EXPECT_EQ(run({u"--home"_qs, u"/Users/bob"_qs, u"list"_qs}).status, 0);
 }
 
+/// In words of its own, not in those of the parser, which has no languages.
+TEST_F(TessellarctlTest, SaysWhatIsWrongWithACommand) {
+    const auto said = [&](const char* line) {
+        return run(QString::fromUtf8(line).split(u' ')).error.trimmed();
+    };
+    EXPECT_EQ(said("rename"), "“tile” is missing.");
+    EXPECT_EQ(said("move x --to"), "--to needs a value.");
+    EXPECT_EQ(said("settings get a %1"), "There is no use for: %1");
+    EXPECT_EQ(said("arrange sideways"),
+              "way cannot be “sideways”, but one of these: by-category,by-name.");
+    EXPECT_EQ(said("updates run --all x"), "appkey and --all do not go together.");
+}
+
 TEST_F(TessellarctlTest, SpeaksTheLanguageOfItsUserAndCodesTheSame) {
     const QStringList german{u"--locale"_qs, u"de_DE"_qs};
     const QByteArray help = run(german + QStringList{u"--help"_qs}, {}, false).out;
