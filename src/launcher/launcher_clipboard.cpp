@@ -25,6 +25,7 @@ bool LauncherClipboard::write(Mode mode, const QList<QUuid>& tiles,
         if (const LaunchpadItem* item = _layouts[mode].item(id))
             items.append(*item);
     const bool isCut = operation == TileClipboardPayload::Operation::cut;
+    _pasted.reset();
     return _clipboard.write(items, operation, isCut ? std::optional(mode) : std::nullopt);
 }
 
@@ -40,7 +41,7 @@ QSet<QUuid> LauncherClipboard::cutTiles(Mode mode) const {
     QSet<QUuid> tiles;
     const auto payload = _clipboard.read();
     if (payload && payload->operation == TileClipboardPayload::Operation::cut &&
-        payload->sourceMode == mode)
+        payload->sourceMode == mode && payload != _pasted)
         for (const LaunchpadItem& item : payload->items)
             tiles.insert(item.id());
     return tiles;
@@ -65,7 +66,9 @@ bool LauncherClipboard::paste(Mode mode, const std::optional<LayoutPlace>& place
                   .document = std::move(pasted->layout)};
     if (!pasted->addedDefinitions.isEmpty())
         step.definitions = _smartFolders.definitions() + pasted->addedDefinitions;
+    const auto before = std::exchange(_pasted, payload); // known to those who are told of the change
     if (const auto made = _history.make(std::move(step)); !made) {
+        _pasted = before;
         _messages.alert(made.error()); // definitions that could not be saved
         return false;
     }

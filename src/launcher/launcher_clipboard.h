@@ -30,7 +30,8 @@ public:
     /// Copies come as new tiles, cut tiles are moved: after the selected tile, else at the end of the
     /// page shown. One step of history. False when there is nothing that can be pasted here.
     bool paste(Mode mode, const std::optional<LayoutPlace>& place = {});
-    /// The tiles of a mode that wait to be pasted elsewhere.
+    /// The tiles of a mode that wait to be pasted elsewhere. A paste ends that, though what was cut can
+    /// be pasted again.
     QSet<QUuid> cutTiles(Mode mode) const;
     /// True when there are tiles to paste.
     bool hasTiles() const { return _clipboard.read().has_value(); }
@@ -41,6 +42,7 @@ private:
     Machine& _machine;
     MemoryPasteboard _ownPasteboard;
     TileClipboard _clipboard;
+    std::optional<TileClipboardPayload> _pasted; ///< what was pasted last
     LauncherHistory& _history;
     LiveLayouts& _layouts;
     SmartFolderLibrary& _smartFolders;

@@ -90,6 +90,13 @@ TEST_F(WindowHandTest, CutTilesLookCutAndGoWhereThePageIsTurned) {
     ASSERT_TRUE(rests());
     press(Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(shownTiles(), u"A02 A03 A04 A05 A06 A07 A08 A09|A10 [Both: A11 A12] A01");
+    EXPECT_FALSE(tile(u"A01"_s)->property("isCut").toBool()) << "it has been pasted";
+    press(Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(rests());
+    EXPECT_FALSE(tile(u"A01"_s)->property("isCut").toBool());
+    clickWith(Qt::ControlModifier, u"A01"_s);
+    press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_TRUE(tile(u"A01"_s)->property("isCut").toBool()) << "the same, cut anew";
 }
 
 TEST_F(WindowHandTest, APasteOntoAFullPageIsSeenWhereItWentAndUndone) {
