@@ -291,9 +291,10 @@ void TileDrag::drop() {
     if (isRefused)
         outcome = std::unexpected(launcherError(EditRefusal::rulesDecide));
     if (drop.kind == Drop::Kind::onto)
-        outcome = _viewModel.editor().groupTiles(_viewModel.shown().mode(), tiles, drop.target);
+        outcome =
+            _viewModel.editor().groupTiles(_viewModel.shown().mode(), tiles, drop.target, _before);
     else if (drop.kind == Drop::Kind::between)
-        outcome = _viewModel.editor().moveTiles(_viewModel.shown().mode(), tiles, drop.place);
+        outcome = _viewModel.editor().moveTiles(_viewModel.shown().mode(), tiles, drop.place, _before);
     else
         _viewModel.shown().setNavigation(_before);
     if (!outcome) {

@@ -22,21 +22,27 @@ LauncherEditor::LauncherEditor(Machine& machine, LauncherHistory& history, LiveL
                                SmartFolderLibrary& smartFolders)
     : _machine(machine), _history(history), _layouts(layouts), _smartFolders(smartFolders) {}
 
-Outcome LauncherEditor::moveTiles(Mode mode, const QList<QUuid>& tiles, const LayoutPlace& place) {
+Outcome LauncherEditor::moveTiles(Mode mode, const QList<QUuid>& tiles, const LayoutPlace& place,
+                                  const std::optional<Navigation>& begunAt) {
     return _history.edit(
-        mode, editName(EditKind::move, tiles.size()), [&](const LayoutDocument& layout) {
+        mode, editName(EditKind::move, tiles.size()),
+        [&](const LayoutDocument& layout) {
             return tessellar::moveTiles(layout, tiles, place, _layouts[mode].capacities());
-        });
+        },
+        begunAt);
 }
 
-Outcome LauncherEditor::groupTiles(Mode mode, const QList<QUuid>& tiles, const QUuid& target) {
+Outcome LauncherEditor::groupTiles(Mode mode, const QList<QUuid>& tiles, const QUuid& target,
+                                   const std::optional<Navigation>& begunAt) {
     // Into a folder that is there already they only move.
     const EditKind kind = _layouts[mode].folder(target) ? EditKind::move : EditKind::group;
-    return _history.edit(mode, editName(kind, tiles.size() - tiles.count(target)),
-                         [&](const LayoutDocument& layout) {
-                             return tessellar::groupTiles(layout, tiles, target, _machine.uuids.next(),
-                                                          _machine.locale, _layouts[mode].capacities());
-                         });
+    return _history.edit(
+        mode, editName(kind, tiles.size() - tiles.count(target)),
+        [&](const LayoutDocument& layout) {
+            return tessellar::groupTiles(layout, tiles, target, _machine.uuids.next(), _machine.locale,
+                                         _layouts[mode].capacities());
+        },
+        begunAt);
 }
 
 QString LauncherEditor::suggestedFolderName(const Page& tiles) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editing/edit_names.h"
+#include "editing/navigation.h"
 #include "editing/page_tree.h"
 #include "launcher/launcher_error.h"
 #include "model/launcher_window_mode.h"
@@ -28,8 +29,10 @@ public:
     LauncherEditor(Machine& machine, LauncherHistory& history, LiveLayouts& layouts,
                    SmartFolderLibrary& smartFolders);
 
-    Outcome moveTiles(Mode mode, const QList<QUuid>& tiles, const LayoutPlace& place);
-    Outcome groupTiles(Mode mode, const QList<QUuid>& tiles, const QUuid& target);
+    Outcome moveTiles(Mode mode, const QList<QUuid>& tiles, const LayoutPlace& place,
+                      const std::optional<Navigation>& begunAt = {});
+    Outcome groupTiles(Mode mode, const QList<QUuid>& tiles, const QUuid& target,
+                       const std::optional<Navigation>& begunAt = {});
     Outcome ungroupFolder(Mode mode, const QUuid& folder);
     /// A folder, an application or a smart folder, whichever the tile is. A smart folder's name is the
     /// same in both modes.

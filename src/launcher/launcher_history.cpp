@@ -55,14 +55,16 @@ LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
 
 LauncherHistory::Outcome
 LauncherHistory::edit(LauncherWindowMode mode, const QString& name,
-                      const std::function<EditResult(const LayoutDocument&)>& change) {
+                      const std::function<EditResult(const LayoutDocument&)>& change,
+                      const std::optional<Navigation>& begunAt) {
     // Before the change is tried: in a mode that must not be edited, that is the reason to be told.
     if (auto guarded = guard(mode); !guarded)
         return guarded;
     auto document = change(_layouts[mode].document());
     if (!document)
         return std::unexpected(launcherError(document.error()));
-    const auto made = make({.name = name, .mode = mode, .document = *std::move(document)});
+    const auto made =
+        make({.name = name, .mode = mode, .document = *std::move(document), .begunAt = begunAt});
     return made ? Outcome() : std::unexpected(made.error());
 }
 
@@ -88,6 +90,7 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
     if (const auto guarded = guard(step.mode); !guarded)
         return std::unexpected(guarded.error());
     LayoutUndoState before = snapshot(step.mode);
+    before.navigation = step.begunAt.value_or(before.navigation);
     if (_store.isWriteBlocked(otherMode(step.mode)))
         step.otherDocument.reset();
     std::optional<QString> backup;

@@ -23,6 +23,8 @@ struct EditStep {
     QString name;                                ///< for history
     LauncherWindowMode mode;                     ///< that it is made in
     std::optional<LayoutDocument> document = {}; ///< of that mode
+    /// Where an undo leads, when the user has gone on since the edit began, as with tiles in the hand.
+    std::optional<Navigation> begunAt = {};
     std::optional<LayoutDocument> otherDocument = {};
     std::optional<QList<SmartFolderDefinition>> definitions = {};
     std::optional<ArrangementLayout> settings = {}; ///< of the grid in that mode
@@ -70,7 +72,8 @@ public:
     Made make(EditStep step);
     /// The same for most edits: a pure change of one document.
     Outcome edit(LauncherWindowMode mode, const QString& name,
-                 const std::function<EditResult(const LayoutDocument&)>& change);
+                 const std::function<EditResult(const LayoutDocument&)>& change,
+                 const std::optional<Navigation>& begunAt = {});
 
     /// Takes the next step of a mode. `done` is called at its end; a refusal says why.
     void undo(LauncherWindowMode mode, Done done = {});

@@ -109,6 +109,17 @@ TEST_F(TileDragTest, WhatIsPutBackIsSeenWhereItWasAndThePointerHoversOverWhatItI
     EXPECT_EQ(viewModel().shown().currentPage(), 0);
     QTest::mouseRelease(&view(), Qt::LeftButton, {}, edge);
     ASSERT_TRUE(rests());
+    carryToTheNextPage(u"A02"_s);
+    ASSERT_TRUE(rests());
+    carry(edge, beside(u"A05"_s, 50));
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, beside(u"A05"_s, 50));
+    EXPECT_EQ(shownTiles(), u"A01 [F: A03 A04]|A05 A02 A06");
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(viewModel().shown().currentPage(), 0) << "by an undo, too";
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(viewModel().shown().currentPage(), 1);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(rests());
     click(u"F"_s);
     ASSERT_TRUE(rests());
     carryToTheNextPage(u"A03"_s);
