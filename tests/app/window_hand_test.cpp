@@ -189,10 +189,13 @@ TEST_F(WindowHandTest, AResultIsRenamedNumberedAndFoundInItsPlace) {
 }
 
 TEST_F(WindowHandTest, ComposedTextIsSeenInTheSearchField) {
+    const QFont before = QGuiApplication::font();
+    QGuiApplication::setFont(QFont(u"Inter"_s));
     start();
     QQuickItem* field = nullptr;
     ASSERT_TRUE(QTest::qWaitFor([&] { return field = itemWith("objectName", u"searchInput"_s); }));
     EXPECT_EQ(field->opacity(), 0) << "no cursor without a search";
+    EXPECT_EQ(field->property("font").value<QFont>().family(), u"Inter") << "as all text around it";
     QInputMethodEvent composing(u"あ"_s, {});
     QCoreApplication::sendEvent(field, &composing);
     EXPECT_EQ(field->opacity(), 1);
@@ -200,6 +203,7 @@ TEST_F(WindowHandTest, ComposedTextIsSeenInTheSearchField) {
     committed.setCommitString(u"A05"_s);
     QCoreApplication::sendEvent(field, &committed);
     EXPECT_EQ(launcher().search()->text(), u"A05");
+    QGuiApplication::setFont(before);
 }
 
 TEST_F(WindowHandTest, AnUndoSlidesTilesBackUnlessMotionIsReduced) {
@@ -276,6 +280,13 @@ TEST_F(WindowHandTest, AMenuIsUsedByKeysAlone) {
     press(Qt::Key_Return);
     EXPECT_FALSE(menu.isOpen());
     EXPECT_FALSE(tile(u"A01"_s));
+    type(u"a1"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"A11"_s); }));
+    press(Qt::Key_Right);
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menu.isOpen());
+    const QPointF away = menu.position() - middle(tile(selected().value(0)));
+    EXPECT_LT(away.manhattanLength(), 60) << "at the result that it is about";
 }
 
 TEST_F(WindowHandTest, AnUndoLeadsToThePageWhereSomethingReturned) {
@@ -385,7 +396,7 @@ TEST(MatchedLetters, AreSetOffAsAWholeAtAWordOrOneByOne) {
 /// One place has the colours, sizes, radii and times; the rest of QML has them from there.
 TEST(Theme, IsTheOnlyPlaceWithLiterals) {
     const QRegularExpression literal(
-        uR"re("#[0-9a-fA-F]{3,8}"|"(white|black|transparent)"|pixelSize: *\d|radius: *[1-9]|duration: *\d|easing\.type: *Easing)re"_s);
+        uR"re("#[0-9a-fA-F]{3,8}"|"(white|black|transparent)"|pixelSize: *\d|radius: *[1-9]|(duration|[iI]nterval): *([^\n]*[?:] *)?\d|easing\.type: *Easing)re"_s);
     const QDir folder(QStringLiteral(TESSELLAR_QML));
     const QStringList files = folder.entryList({u"*.qml"_s});
     EXPECT_GT(files.size(), 30);
@@ -397,6 +408,8 @@ TEST(Theme, IsTheOnlyPlaceWithLiterals) {
             EXPECT_FALSE(literal.match(text).hasMatch())
                 << name.toStdString() << ": " << literal.match(text).captured().toStdString();
         }
+        EXPECT_EQ(text.count(u"T.TextField {"_s), text.count(u"font.family: Theme.family"_s))
+            << name.toStdString();
     }
 }
 

@@ -55,6 +55,7 @@ Item {
         selectedTextColor: Theme.accentText
         selectByMouse: true
         clip: true
+        font.family: Theme.family
         font.pixelSize: Theme.controlFont
         background: Rectangle {
             radius: Theme.fieldRadius
@@ -137,7 +138,7 @@ Item {
                     Accessible.onPressAction: box.stepped(by)
 
                     Timer {
-                        interval: repeats ? 60 : 400
+                        interval: repeats ? Theme.repeatTime : Theme.repeatDelay
                         repeat: true
                         running: arrow.pressed
                         property bool repeats: false

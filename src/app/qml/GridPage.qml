@@ -139,7 +139,7 @@ Item {
         height: page.rows * page.cellHeight
         enabled: page.canLift
         preventStealing: true
-        pressAndHoldInterval: 900
+        pressAndHoldInterval: Theme.longPressDelay
         onPressed: event => {
             event.accepted = event.source === Qt.MouseEventNotSynthesized;
             from = Qt.point(event.x, event.y);

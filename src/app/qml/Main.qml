@@ -9,6 +9,8 @@ FocusScope {
 
     // The launcher goes, or has gone: it fades, and comes back a little nearer.
     property bool isAway: false
+    // On very large screens what surrounds the tiles grows with them, as their names do.
+    readonly property real largeScale: Math.max(1, launcher.grid.metrics.iconSide / Theme.largeIcon)
 
     LayoutMirroring.enabled: Theme.isMirrored
     LayoutMirroring.childrenInherit: true
@@ -31,14 +33,15 @@ FocusScope {
 
     Timer {
         running: root.launcher.isReady
-        interval: 200
+        interval: Theme.resultsDelay
         onTriggered: found.active = true
     }
 
     Connections {
         target: root.launcher
         function onMenuWanted(tileId) {
-            const rect = root.launcher.folder.isOpen ? folder.tileRect(tileId) : pages.tileRect(tileId);
+            const shown = root.launcher.search.isActive ? found.item : root.launcher.folder.isOpen ? folder : pages;
+            const rect = shown.tileRect(tileId);
             root.launcher.openMenu(tileId, rect.width > 0 ? tiles.mapToItem(null, rect.x + rect.width / 2, rect.y + rect.height / 2)
                                                           : Qt.point(root.width / 2, root.height / 2));
         }
@@ -127,7 +130,8 @@ FocusScope {
                 anchors.horizontalCenter: parent.horizontalCenter
                 anchors.bottom: parent.bottom
                 anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
-                room: root.width - 40
+                scale: root.largeScale
+                room: (root.width - 40) / scale
                 count: root.launcher.grid.pageCount
                 position: pages.position
                 onChosen: page => root.launcher.grid.turnTo(page)
@@ -155,6 +159,10 @@ FocusScope {
             asynchronous: !root.launcher.search.isActive
             visible: root.launcher.search.isActive
             sourceComponent: Item {
+                function tileRect(tileId) {
+                    return results.tileRect(tileId);
+                }
+
                 PageStrip {
                     id: results
 
@@ -172,7 +180,8 @@ FocusScope {
                     anchors.horizontalCenter: parent.horizontalCenter
                     anchors.bottom: parent.bottom
                     anchors.bottomMargin: root.launcher.isWindowed ? 14 : 28
-                    room: root.width - 40
+                    scale: root.largeScale
+                    room: (root.width - 40) / scale
                     count: root.launcher.search.results.pageCount
                     position: results.position
                     onChosen: page => root.launcher.search.results.turnTo(page)
@@ -203,6 +212,7 @@ FocusScope {
             LayoutMirroring.childrenInherit: true
             anchors.horizontalCenter: parent.horizontalCenter
             y: Math.max(4, Math.round((root.launcher.grid.metrics.top - height) / 2))
+            scale: root.largeScale
             opacity: root.launcher.isReady ? 1 - folder.progress : 0
             visible: opacity > 0
             launcher: root.launcher

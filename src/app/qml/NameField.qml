@@ -20,6 +20,7 @@ T.TextField {
     selectByMouse: true
     clip: true
     maximumLength: 255
+    font.family: Theme.family
     renderType: Text.QtRendering
     background: Rectangle {
         radius: Theme.fieldRadius

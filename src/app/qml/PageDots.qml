@@ -16,6 +16,7 @@ Row {
     signal chosen(int page)
 
     visible: count > 1
+    transformOrigin: Item.Bottom
 
     Repeater {
         model: Math.min(dots.count, dots.most)

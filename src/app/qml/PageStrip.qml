@@ -198,7 +198,7 @@ PagerItem {
 
     Timer {
         running: strip.launcher.isReady
-        interval: 60
+        interval: Theme.neighboursDelay
         onTriggered: strip.hasNeighbours = true
     }
 }

@@ -76,6 +76,7 @@ Item {
             selectedTextColor: Theme.accentText
             selectByMouse: true
             clip: true
+            font.family: Theme.family
             font.pixelSize: Theme.textFont
             maximumLength: 200
 
@@ -98,7 +99,7 @@ Item {
 
     Timer {
         running: field.launcher.isReady
-        interval: 80
+        interval: Theme.searchInputDelay
         onTriggered: input.active = true
     }
 

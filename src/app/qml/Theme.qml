@@ -79,7 +79,10 @@ QtObject {
     readonly property color warningText: isLight ? "#7d5200" : "#ffd479"
     readonly property color clear: "#00000000"
 
-    // ---- sizes
+    // ---- letters and sizes
+
+    // Said where text is typed: fields do not take it from the application, as all other text does.
+    readonly property string family: Qt.application.font.family
 
     readonly property int tinyFont: Math.round(10 * textScale)
     readonly property int captionFont: Math.round(11 * textScale)
@@ -101,6 +104,7 @@ QtObject {
     readonly property int tileRadius: 18
     readonly property int sheetRadius: 22
     readonly property int folderRadius: 30
+    readonly property int largeIcon: 135 // from here on names, and what surrounds the tiles, grow with them
     readonly property real unavailable: 0.4 // opacity of a control that cannot be used
 
     // ---- motion
@@ -110,6 +114,14 @@ QtObject {
     readonly property int moveTime: reducesMotion ? 0 : 260
     readonly property int fadeTime: 180
     readonly property int busyTime: 700
+    // A press this long opens a menu; a button held steps on after the first time, and then again and again.
+    readonly property int longPressDelay: 900
+    readonly property int repeatDelay: 400
+    readonly property int repeatTime: 60
+    // What the first frame does not need is made this long after it: one thing at a time, the likeliest first.
+    readonly property int neighboursDelay: 60
+    readonly property int searchInputDelay: 80
+    readonly property int resultsDelay: 200
     readonly property real glide: 16 // a second: how fast tiles come to their places
     readonly property int curve: Easing.OutCubic
     readonly property int swing: Easing.InOutSine

@@ -100,7 +100,7 @@ Item {
         width: plate.width + 2
         height: plate.height + 2
         visible: (hover.hovered && !tile.launcher.drag.isLifted) || tile.isSelected || tile.isTarget
-        radius: Theme.tileRadius
+        radius: Math.min(Theme.tileRadius, width / 4)
         color: tile.isTarget ? Theme.tileTarget : tile.isSelected ? Theme.tileSelected : Theme.tileHovered
         border.width: tile.isSelected ? 2 : 0
         border.color: Theme.tileRing
@@ -249,7 +249,7 @@ Item {
 
         anchors.fill: plate
         acceptedButtons: Qt.LeftButton | Qt.RightButton
-        pressAndHoldInterval: 900
+        pressAndHoldInterval: Theme.longPressDelay
         onPressed: event => {
             if (event.button === Qt.RightButton)
                 tile.launcher.openMenu(tile.tileId, mapToItem(null, event.x, event.y));
