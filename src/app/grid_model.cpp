@@ -108,6 +108,12 @@ const QList<TileView>& PageModel::tiles() const {
     return *_tiles;
 }
 
+int PageModel::firstWeak() const {
+    const auto found = std::ranges::find_if(
+        tiles(), [](const TileView& tile) { return tile.isWeak && !tile.isVacant; });
+    return found == tiles().end() ? -1 : static_cast<int>(found - tiles().begin());
+}
+
 QList<TileView> PageModel::filled() const {
     QList<TileView> tiles = _fill();
     for (qsizetype row = tiles.size(); row < _keptRows; ++row) {
@@ -169,6 +175,71 @@ static QList<int> changedRoles(const TileView& a, const TileView& b) {
     return roles;
 }
 
+static QSet<QString> idsOf(const QList<TileView>& tiles) {
+    QSet<QString> ids;
+    for (const TileView& tile : tiles)
+        ids.insert(tile.id);
+    return ids;
+}
+
+void PageModel::setRow(qsizetype row, const TileView& tile) {
+    const QList<int> roles = changedRoles(_tiles->at(row), tile);
+    if (roles.isEmpty())
+        return;
+    (*_tiles)[row] = tile;
+    const QModelIndex changed = index(static_cast<int>(row));
+    Q_EMIT dataChanged(changed, changed, roles);
+}
+
+void PageModel::moveRow(qsizetype from, qsizetype to) {
+    beginMoveRows({}, static_cast<int>(from), static_cast<int>(from), {},
+                  static_cast<int>(to > from ? to + 1 : to));
+    _tiles->move(from, to);
+    endMoveRows();
+}
+
+/// Rows go with their tiles, for what an item shows is dear and where it shows it is not. Those of
+/// tiles that have gone are given to tiles that have come.
+void PageModel::letRowsFollow(const QList<TileView>& tiles) {
+    const QSet<QString> before = idsOf(*_tiles);
+    const QSet<QString> now = idsOf(tiles);
+    if (before.size() != _tiles->size() || now.size() != tiles.size())
+        return; // no telling which is which
+    QList<TileView> come;
+    std::ranges::copy_if(tiles, std::back_inserter(come),
+                         [&](const TileView& tile) { return !before.contains(tile.id); });
+    for (qsizetype row = 0; row < _tiles->size(); ++row) {
+        qsizetype end = row;
+        while (end < _tiles->size() && !now.contains(_tiles->at(end).id))
+            ++end;
+        for (; row < end && !come.isEmpty(); ++row)
+            setRow(row, come.takeFirst());
+        if (row == end)
+            continue;
+        beginRemoveRows({}, static_cast<int>(row), static_cast<int>(end - 1));
+        _tiles->remove(row, end - row);
+        endRemoveRows();
+    }
+    if (!come.isEmpty()) {
+        beginInsertRows({}, static_cast<int>(_tiles->size()), static_cast<int>(tiles.size() - 1));
+        *_tiles += come;
+        endInsertRows();
+    }
+    const auto slotOf = [](const QList<TileView>& all, const QString& id) {
+        return std::ranges::find(all, id, &TileView::id) - all.begin();
+    };
+    for (qsizetype slot = 0; slot < tiles.size(); ++slot) {
+        const QString id = _tiles->at(slot).id;
+        if (id == tiles.at(slot).id)
+            continue;
+        // One that goes on past others is one move, not one of each that it passes.
+        if (_tiles->at(slot + 1).id == tiles.at(slot).id)
+            moveRow(slot, slotOf(tiles, id));
+        else
+            moveRow(slotOf(*_tiles, tiles.at(slot).id), slot);
+    }
+}
+
 void PageModel::refresh() {
     static const QMetaMethod watched = QMetaMethod::fromSignal(&QAbstractItemModel::dataChanged);
     if (!_tiles)
@@ -176,6 +247,8 @@ void PageModel::refresh() {
     if (!isSignalConnected(watched))
         return _tiles.reset();
     const QList<TileView> tiles = filled();
+    if (_keptRows == 0)
+        letRowsFollow(tiles);
     const int before = static_cast<int>(_tiles->size());
     const int now = static_cast<int>(tiles.size());
     if (now < before) {
@@ -183,18 +256,14 @@ void PageModel::refresh() {
         _tiles->resize(now);
         endRemoveRows();
     }
-    for (int i = 0; i < std::min(before, now); ++i) {
-        const QList<int> roles = changedRoles(_tiles->at(i), tiles.at(i));
-        if (roles.isEmpty())
-            continue;
-        (*_tiles)[i] = tiles.at(i);
-        Q_EMIT dataChanged(index(i), index(i), roles);
-    }
+    for (int i = 0; i < std::min(before, now); ++i)
+        setRow(i, tiles.at(i));
     if (now > before) {
         beginInsertRows({}, before, now - 1);
         _tiles = tiles;
         endInsertRows();
     }
+    Q_EMIT refreshed();
 }
 
 // ---- all pages

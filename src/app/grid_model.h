@@ -75,6 +75,8 @@ class PageModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the grid's model")
+    /// The first tile that was found by letters that lie apart; -1 for none.
+    Q_PROPERTY(int firstWeak READ firstWeak NOTIFY refreshed)
 
 public:
     enum Role {
@@ -104,16 +106,23 @@ public:
     static QVariant value(const TileView& tile, int role);
 
     const QList<TileView>& tiles() const;
-    /// The tiles may have changed. A page that is shown is filled at once, tiles that stay in their
-    /// slots keeping their items; another one when somebody asks again.
+    int firstWeak() const;
+    /// The tiles may have changed. A page that is shown is filled at once, tiles that stay on it
+    /// keeping their rows, which move with them; another one when somebody asks again.
     void refresh();
     /// The same for which of them are selected.
     void refreshSelection(const std::function<bool(const QUuid&)>& isSelected);
     /// From now on there are at least so many rows, and never fewer than there were.
     void keepRows(qsizetype count);
 
+Q_SIGNALS:
+    void refreshed();
+
 private:
     QList<TileView> filled() const;
+    void setRow(qsizetype row, const TileView& tile);
+    void moveRow(qsizetype from, qsizetype to);
+    void letRowsFollow(const QList<TileView>& tiles);
 
     Fill _fill;
     qsizetype _keptRows = 0;

@@ -74,6 +74,48 @@ TEST(GridModel, ReportsOnlyTheTilesThatChanged) {
     EXPECT_EQ(model.tilesOf(1)->rowCount(), 0);
 }
 
+TEST(GridModel, RowsGoWithTheirTiles) {
+    GridModel model({});
+    const auto show = [&](const QStringList& names) {
+        Page tiles;
+        for (const QString& name : names)
+            tiles.append(app(name));
+        model.setPages(ShownPages({tiles}, {}, 40));
+    };
+    const QStringList all{u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s};
+    show(all);
+    PageModel& page = *model.tilesOf(0);
+    ASSERT_EQ(page.rowCount(), 5);
+    QSignalSpy changed(&page, &PageModel::dataChanged);
+    QSignalSpy moved(&page, &PageModel::rowsMoved);
+    QSignalSpy inserted(&page, &PageModel::rowsInserted);
+    const QPersistentModelIndex held = page.index(2);
+    const auto labels = [&] {
+        QStringList result;
+        for (int row = 0; row < page.rowCount(); ++row)
+            result += page.data(page.index(row), PageModel::LabelRole).toString();
+        return result;
+    };
+    const auto expect = [&](const QStringList& names, int moves, int changes) {
+        moved.clear();
+        changed.clear();
+        show(names);
+        EXPECT_EQ(labels(), names);
+        EXPECT_EQ(moved.count(), moves) << names.join(u' ').toStdString();
+        EXPECT_EQ(changed.count(), changes) << names.join(u' ').toStdString();
+    };
+    expect({u"B"_s, u"C"_s, u"D"_s, u"E"_s, u"A"_s}, 1, 0);
+    EXPECT_EQ(held.row(), 1);
+    expect(all, 1, 0);
+    expect({u"A"_s, u"X"_s, u"B"_s, u"C"_s, u"D"_s}, 1, 1); // E makes room
+    expect({u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s}, 1, 1); // and returns
+    expect({u"B"_s, u"C"_s, u"D"_s, u"E"_s}, 0, 0);
+    expect(all, 1, 0);
+    EXPECT_EQ(inserted.count(), 1);
+    expect({u"E"_s, u"C"_s, u"A"_s, u"D"_s, u"B"_s}, 3, 0);
+    EXPECT_EQ(held.row(), 1) << "it is still where C is";
+}
+
 /// What a letter more or less changes is how many tiles there are: their items are not made anew.
 TEST(GridModel, KeptPagesKeepTheirRows) {
     GridModel model({});

@@ -258,6 +258,10 @@ TEST_F(WindowHandTest, ScatteredHitsStandApartAndHiddenOnesSayIt) {
     EXPECT_FALSE(tile(u"Nowhere"_s)->property("isWeak").toBool());
     EXPECT_FALSE(tile(u"Unknown"_s)->property("isWeak").toBool());
     EXPECT_TRUE(tile(u"Nine Oaks Wide"_s)->property("isWeak").toBool());
+    QQuickItem* divider = itemWith("objectName", u"matchDivider"_s);
+    ASSERT_TRUE(divider && divider->isVisible());
+    const QPointF before = tile(u"Nine Oaks Wide"_s)->mapToItem(divider, {});
+    EXPECT_NEAR(before.x(), 1, 1) << "at its left";
 }
 
 TEST_F(WindowHandTest, AMenuIsUsedByKeysAlone) {

@@ -193,12 +193,7 @@ Item {
 
     // Before what was found by letters that lie apart.
     Rectangle {
-        readonly property int first: {
-            for (let i = 0; i < repeater.count; ++i)
-                if (repeater.itemAt(i) && repeater.itemAt(i).isWeak && !repeater.itemAt(i).isVacant)
-                    return i;
-            return -1;
-        }
+        readonly property int first: page.tiles.firstWeak
         readonly property bool isRow: first % page.columns === 0
 
         objectName: "matchDivider"
