@@ -558,7 +558,23 @@ private:
             frames.print("a folder opened and closed");
         }
         viewModel().history().undo(layout.mode());
-        pass(1s);
+        pass(500ms);
+        bool isReady = false;
+        viewModel().search().whenReady(layout.mode(), [&] { isReady = true; });
+        (void)until([&] { return isReady; });
+        {
+            Frames frames(_window->view());
+            for (const auto* word : {u"amber", u"gold", u"e"}) {
+                for (qsizetype length = 1; length <= QStringView(word).size(); ++length) {
+                    frames.begin();
+                    controller().search()->setText(QStringView(word).first(length).toString());
+                    pass(80ms);
+                }
+            }
+            frames.print("a search typed");
+        }
+        controller().search()->clear();
+        pass(500ms);
     }
 
     void rescan() {
