@@ -24,6 +24,16 @@ void OpenFolder::refresh() {
     Q_EMIT changed();
 }
 
+void OpenFolder::close() {
+    LiveLayout& layout = _viewModel.shown();
+    if (layout.folderStack().isEmpty())
+        return;
+    const QUuid folder = layout.folderStack().last().id;
+    layout.closeFolder();
+    if (layout.selectedItemID())
+        layout.select(folder);
+}
+
 void OpenFolder::layOut(QSizeF window, const GridMetrics& grid) {
     const qsizetype tiles = _shown.count() > 0 ? _shown.tiles(0).size() : 0;
     const FolderMetrics metrics =

@@ -34,7 +34,8 @@ public:
     /// A smart folder is open: its rules decide what is in it.
     bool rulesDecide() const { return _viewModel.shown().isOpenFolderComputed(); }
 
-    Q_INVOKABLE void close() { _viewModel.shown().closeFolder(); }
+    /// What was selected in it is left behind: the keyboard goes on from the folder.
+    Q_INVOKABLE void close();
     void refresh();
     /// Lays the panel out over a grid with these metrics.
     void layOut(QSizeF window, const GridMetrics& grid);

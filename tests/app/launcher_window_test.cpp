@@ -113,11 +113,15 @@ TEST_F(LauncherWindowTest, AFolderOpensOverTheGridWithPagesOfItsOwn) {
     click(u"Inner"_s);
     EXPECT_EQ(launcher().folder()->title(), u"Inner");
     ASSERT_TRUE(rests());
+    press(Qt::Key_Right);
+    EXPECT_EQ(selectedLabel(), u"A01");
     press(Qt::Key_Escape);
     EXPECT_EQ(launcher().folder()->title(), u"Trees");
+    EXPECT_EQ(selectedLabel(), u"Inner") << "what lies in it is left behind";
     ASSERT_TRUE(rests());
     clickAt({20, 400}); // beside the panel
     EXPECT_FALSE(launcher().folder()->isOpen());
+    EXPECT_EQ(selectedLabel(), u"Trees");
     ASSERT_TRUE(rests());
 
     QSignalSpy closed(window.get(), &LauncherWindow::closed);
