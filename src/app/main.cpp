@@ -191,13 +191,20 @@ QString tileLabelled(LauncherWindow& window, const QString& label) {
     return {};
 }
 
-/// A step before a picture: "type TEXT", or the entry of a menu, "ENTRY [LABEL OF TILE]".
+/// A step before a picture: "type TEXT", "menu [LABEL OF TILE]", or the entry of a menu, "ENTRY [LABEL
+/// OF TILE]".
 void performStep(LauncherWindow& window, const QString& step) {
     LauncherController& controller = window.controller();
     const QString verb = step.section(u' ', 0, 0);
     const QString object = step.section(u' ', 1);
     if (verb == u"type")
         return controller.search()->setText(object);
+    if (verb == u"menu") {
+        if (!object.isEmpty())
+            controller.selectTiles({tileLabelled(window, object)}, false);
+        (void)controller.pressKey(Qt::Key_Menu);
+        return;
+    }
     controller.openMenu(tileLabelled(window, object), {});
     controller.menu()->close();
     Q_EMIT controller.menu()->chosen(verb);
