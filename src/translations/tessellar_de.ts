@@ -4786,19 +4786,19 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
     </message>
     <message>
         <source>Rows in a folder</source>
-        <translation>Zeilen in einem Ordner</translation>
+        <translation>Zeilen im Ordner</translation>
     </message>
     <message>
         <source>Columns in a folder</source>
-        <translation>Spalten in einem Ordner</translation>
+        <translation>Spalten im Ordner</translation>
     </message>
     <message>
         <source>Icon size in a folder</source>
-        <translation>Symbolgröße in einem Ordner</translation>
+        <translation>Symbolgröße im Ordner</translation>
     </message>
     <message>
         <source>Space in a folder</source>
-        <translation>Abstand in einem Ordner</translation>
+        <translation>Abstand im Ordner</translation>
     </message>
     <message>
         <source>Grid in the window</source>

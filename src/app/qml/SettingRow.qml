@@ -90,7 +90,8 @@ Item {
                 from: row.modelData.low
                 to: row.modelData.high
                 stepSize: row.modelData.step
-                current: row.modelData.value ?? 13
+                // Where nothing is set, what is usual: all of a share, or letters of this size.
+                current: row.modelData.value ?? (row.modelData.high <= 2 ? 1 : 13)
                 onTried: value => row.panel.tryOut(row.modelData.key, value)
                 onChosen: value => row.panel.set(row.modelData.key, value)
             }
