@@ -7,9 +7,10 @@
 // wait for one, which is not to pass 33 ms. Those are wall time, and mean something on a quiet machine
 // alone.
 
+#include "hanging_mac.h"
+
 #include "app/launcher_window.h"
 #include "editing/search_index.h"
-#include "icns_bytes.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_editor.h"
@@ -19,109 +20,25 @@
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
-#include "platform/file_system.h"
-#include "sample/mac_builder.h"
 #include "smartfolders/smart_folder_rule.h"
-#include "support/collecting_log.h"
-#include "support/fake_http.h"
 #include "support/fake_updates.h"
-#include "support/memory_settings.h"
 
 #include <QGuiApplication>
 #include <QMetaEnum>
 #include <QMouseEvent>
-#include <QTemporaryDir>
 #include <QTimer>
 
-#include <dlfcn.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <condition_variable>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <functional>
-#include <mutex>
 #include <vector>
 
 using namespace tessellar;
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
-
-// ---- a volume that hangs: calls of the C library on it wait until it is let go
-
-namespace {
-
-constexpr const char* hungVolume = "/Volumes/Hung";
-std::mutex hangMutex;
-std::condition_variable hangEnded;
-bool isHanging = false;
-pthread_t mainThread;
-int mainThreadHung = 0;
-
-void hangOn(const char* path) {
-    if (!std::strstr(path, hungVolume))
-        return;
-    std::unique_lock lock(hangMutex);
-    if (!isHanging)
-        return;
-    if (::pthread_equal(::pthread_self(), mainThread)) {
-        // For good it would end the benchmark; long enough to be the longest turn.
-        ++mainThreadHung;
-        hangEnded.wait_for(lock, 500ms);
-        return;
-    }
-    hangEnded.wait(lock, [] { return !isHanging; });
-}
-
-void setHanging(bool isOn) {
-    const std::lock_guard lock(hangMutex);
-    isHanging = isOn;
-    hangEnded.notify_all();
-}
-
-template <typename Function>
-Function* next(const char* name) {
-    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
-}
-
-} // namespace
-
-extern "C" {
-int open(const char* path, int flags, ...) {
-    va_list rest;
-    va_start(rest, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) ? va_arg(rest, mode_t) : 0;
-    va_end(rest);
-    hangOn(path);
-    static const auto call = next<int(const char*, int, ...)>("open");
-    return call(path, flags, mode);
-}
-int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept {
-    hangOn(path);
-    static const auto call = next<int(int, const char*, struct stat*, int)>("fstatat");
-    return call(folder, path, status, flags);
-}
-int statx(int folder, const char* path, int flags, unsigned mask, struct statx* status) noexcept {
-    hangOn(path);
-    static const auto call = next<int(int, const char*, int, unsigned, struct statx*)>("statx");
-    return call(folder, path, flags, mask, status);
-}
-int faccessat(int folder, const char* path, int mode, int flags) noexcept {
-    hangOn(path);
-    static const auto call = next<int(int, const char*, int, int)>("faccessat");
-    return call(folder, path, mode, flags);
-}
-char* realpath(const char* path, char* resolved) noexcept {
-    hangOn(path);
-    static const auto call = next<char*(const char*, char*)>("realpath");
-    return call(path, resolved);
-}
-}
 
 namespace {
 
@@ -206,87 +123,6 @@ void printBudget(const char* what, const std::vector<double>& work, double floor
                 most <= budget ? "" : "over");
 }
 
-// ---- a machine whose parts hang
-
-/// Every tool is there and never ends by itself.
-class HangingCommands final : public CommandRunner {
-public:
-    CommandResult run(const Command&, std::stop_token stop) override {
-        std::unique_lock lock(_mutex);
-        _ended.wait(lock, stop, [] { return false; });
-        return {.outcome = CommandResult::Outcome::cancelled};
-    }
-    std::expected<std::int64_t, int> start(const Command&, const QByteArray&) override {
-        return std::unexpected(ENOENT);
-    }
-    DetachedState look(std::int64_t, const QByteArray&) override { return {}; }
-    void terminate(std::int64_t, const QByteArray&, bool) override {}
-
-private:
-    std::mutex _mutex;
-    std::condition_variable_any _ended;
-};
-
-class HangingMac {
-public:
-    explicit HangingMac(int applications) {
-        static const QStringList colours{u"Amber"_s, u"Birch"_s, u"Cobalt"_s, u"Dusk"_s, u"Ember"_s,
-                                         u"Fern"_s,  u"Gold"_s,  u"Hazel"_s,  u"Iris"_s, u"Jade"_s};
-        static const QStringList things{u"Atlas"_s,  u"Board"_s,  u"Compass"_s, u"Diary"_s,
-                                        u"Editor"_s, u"Finder"_s, u"Grid"_s,    u"Harbor"_s,
-                                        u"Ink"_s,    u"Journal"_s};
-        const QByteArray icon = test::icnsFile(test::icnsEntry("ic07", test::png(128, Qt::darkCyan)));
-        builder.addStandardFolders();
-        for (int i = 0; i < applications; ++i) {
-            const QString name = u"%1 %2 %3"_s.arg(colours[i % 10], things[i / 10 % 10]).arg(i);
-            builder.addApplication(
-                {.name = name,
-                 .identifier = u"org.example.app%1"_s.arg(i),
-                 .sparkleFeed =
-                     i % 20 == 0 ? std::optional(u"https://feeds.test/%1"_s.arg(i)) : std::nullopt,
-                 .icon = icon});
-        }
-        builder.addApplication({.name = u"Away"_s,
-                                .folder = QString::fromLatin1(hungVolume),
-                                .identifier = u"org.example.away"_s});
-        for (int i = 0; i < 1200; ++i)
-            builder.addFile(u"/Users/ada/Library/Preferences/org.example.app0.part%1.plist"_s.arg(i),
-                            "x");
-        for (const auto* tool : {"/usr/bin/codesign", "/usr/bin/lipo", "/usr/bin/mdls"})
-            builder.addExecutable(QString::fromLatin1(tool), "stand-in");
-        builder.addExecutable(u"/usr/bin/open"_s, "stand-in");
-        (void)settings.set(u"appDiscovery.additionalSearchPaths"_s,
-                           QJsonArray{QString::fromLatin1(hungVolume)});
-        (void)settings.set(u"appUpdates.enabled"_s, true);
-    }
-
-    QTemporaryDir root;
-    sample::MacBuilder builder{root.path()};
-    FileSystem files{root.path()};
-    SystemClock clock;
-    EventLoopScheduler scheduler;
-    Mailbox mailbox;
-    HangingCommands commands;
-    test::FakeHttp http;
-    test::MemorySettings settings;
-    RandomUuidSource uuids;
-    test::CollectingLog log;
-    WorkerPool workers{mailbox};
-    Machine machine{.files = files,
-                    .places = {.home = u"/Users/ada"_s,
-                               .applicationSupport = u"/Users/ada/Library/Application Support"_s},
-                    .clock = clock,
-                    .scheduler = scheduler,
-                    .workers = workers,
-                    .commands = commands,
-                    .http = http,
-                    .settings = settings,
-                    .uuids = uuids,
-                    .log = log,
-                    .locale = Locale(u"en_US"_s),
-                    .environment = {}};
-};
-
 // ---- the journey
 
 class Journey {
@@ -300,7 +136,7 @@ public:
         start("start");
         addSmartFolders();
         printFrames();
-        setHanging(true);
+        hanging_volume::setHanging(true);
         search();
         editRules();
         changeLayout();
@@ -309,7 +145,7 @@ public:
         check();
         review();
         launchFromHungVolume();
-        setHanging(false);
+        hanging_volume::setHanging(false);
         step = "end";
         turn("the window goes", [&] { _window.reset(); });
         start("start with an arrangement");
@@ -579,19 +415,20 @@ private:
 
     void rescan() {
         step = "rescan";
-        setHanging(false); // a scan looks at every volume; one that hangs would hold it up for good
+        hanging_volume::setHanging(
+            false); // a scan looks at every volume; one that hangs would hold it up for good
         _mac.builder.addApplication({.name = u"Newly There"_s, .identifier = u"org.example.new"_s});
         bool isDone = false;
         turn("rescan", [&] { viewModel().applications().look([&] { isDone = true; }); });
         (void)until([&] { return isDone; });
         pass(1s);
         step = "rescan while a volume hangs";
-        setHanging(true);
+        hanging_volume::setHanging(true);
         turn("rescan", [&] { viewModel().applications().look(); });
         pass(300ms);
-        setHanging(false);
+        hanging_volume::setHanging(false);
         pass(1s);
-        setHanging(true);
+        hanging_volume::setHanging(true);
     }
 
     void check() {
@@ -646,11 +483,11 @@ private:
 
     void launchFromHungVolume() {
         step = "launch from a volume that hangs";
-        mainThreadHung = 0;
+        (void)hanging_volume::takeCallsOfMainThread();
         turn("launch", [&] { viewModel().launch(u"org.example.away"_s); });
         pass(300ms);
-        if (mainThreadHung > 0)
-            std::printf("  the main thread waited for the volume %d times\n", mainThreadHung);
+        if (const int waits = hanging_volume::takeCallsOfMainThread(); waits > 0)
+            std::printf("  the main thread waited for the volume %d times\n", waits);
     }
 
     static void printTurns() {
@@ -676,7 +513,7 @@ private:
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    mainThread = ::pthread_self();
+    hanging_volume::watchMainThread();
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     MeteredApplication application(argc, argv);
     const int only = argc > 1 ? std::atoi(argv[1]) : 0;
