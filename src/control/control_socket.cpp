@@ -1,8 +1,10 @@
 #include "control/control_socket.h"
 
+#include "platform/local_socket.h"
 #include "platform/texts.h"
 
 #include <QCryptographicHash>
+#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 
@@ -205,14 +207,20 @@ bool ControlServer::listen() {
     const QString path = controlSocketPath(_machine);
     if (path.isEmpty())
         return false;
-    // Whoever holds the lock may clear away what a killed launcher left.
-    QLocalServer::removeServer(path);
-    _server->setSocketOptions(QLocalServer::UserAccessOption);
     QObject::connect(_server.get(), &QLocalServer::newConnection, _server.get(), [this] {
         while (QLocalSocket* socket = _server->nextPendingConnection())
             std::make_shared<Connection>(_executor, socket)->start();
     });
-    return _server->listen(path);
+    // Whoever holds the lock may clear away what a killed launcher left. Qt's own way to a socket of
+    // the user's alone goes by a folder that it leaves behind where it is killed or fails.
+    QLocalServer::removeServer(path);
+    auto socket = listenLocally(QFile::encodeName(path), SocketReach::user);
+    if (!socket) {
+        _machine.log.warning(QStringLiteral("Commands cannot reach this launcher: %1")
+                                 .arg(qt_error_string(socket.error())));
+        return false;
+    }
+    return _server->listen(socket->release());
 }
 
 // ---- the side of the command line

@@ -102,7 +102,7 @@ int main(int count, char** words) {
 
     auto listening = activatedSocket();
     if (!listening) {
-        auto own = listenLocally(options->socket);
+        auto own = listenLocally(options->socket, SocketReach::everyone);
         if (!own)
             return fail(options->socket.constData(), own.error());
         listening = *std::move(own);

@@ -115,7 +115,7 @@ std::optional<std::uint64_t> processStartTime(std::int64_t process) {
 #endif
 }
 
-std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath) {
+std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath, SocketReach reach) {
     const auto address = addressOf(hostPath);
     if (!address)
         return std::unexpected(address.error());
@@ -128,10 +128,15 @@ std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath) {
     auto socket = openSocket();
     if (!socket)
         return socket;
-    if (::bind(socket->get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0 ||
-        ::chmod(hostPath.constData(), 0666) != 0 || ::listen(socket->get(), backlog) != 0)
+    if (::bind(socket->get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0)
         return std::unexpected(errno);
-    return socket;
+    // Nobody connects before it listens, whatever its mode was until then.
+    const mode_t mode = reach == SocketReach::everyone ? 0666 : 0600;
+    if (::chmod(hostPath.constData(), mode) == 0 && ::listen(socket->get(), backlog) == 0)
+        return socket;
+    const int error = errno;
+    ::unlink(hostPath.constData());
+    return std::unexpected(error);
 }
 
 std::expected<Descriptor, int> connectLocally(const QByteArray& hostPath) {

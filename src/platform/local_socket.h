@@ -26,8 +26,10 @@ std::expected<PeerCredentials, int> peerCredentials(int socket);
 /// When a process started, in the system's own count: with its number, it names a process for good.
 std::optional<std::uint64_t> processStartTime(std::int64_t process);
 
-/// Replaces a stale socket. Anyone who may reach the folder may connect.
-std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath);
+/// Who may connect, of those who may reach the folder.
+enum class SocketReach { everyone, user };
+/// Replaces a stale socket; one that fails leaves none. EADDRINUSE where somebody listens there.
+std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath, SocketReach reach);
 std::expected<Descriptor, int> connectLocally(const QByteArray& hostPath);
 /// The next connection, or ETIMEDOUT.
 std::expected<Descriptor, int> acceptLocally(int listening, std::chrono::milliseconds patience);

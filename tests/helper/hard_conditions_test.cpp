@@ -152,7 +152,7 @@ TEST_F(HardConditions, AnotherUserIsKnownByTheKernelAndGetsNothing) {
     HelperServer server(desk, [] { return QByteArray("nonce"); }, {});
     ASSERT_EQ(::chmod(state.path().toUtf8().constData(), 0755), 0);
     const QByteArray path = state.path().toUtf8() + "/helper.socket";
-    auto listening = listenLocally(path);
+    auto listening = listenLocally(path, SocketReach::everyone);
     ASSERT_TRUE(listening);
     std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });
 

@@ -126,9 +126,9 @@ TEST_F(HelperServerTest, EveryMessageHasOneReply) {
 }
 
 TEST_F(HelperServerTest, ServesOverItsSocketAndOutlivesBadPeers) {
-    auto listening = listenLocally(socketPath);
+    auto listening = listenLocally(socketPath, SocketReach::everyone);
     ASSERT_TRUE(listening);
-    EXPECT_FALSE(listenLocally(socketPath)); // taken
+    EXPECT_FALSE(listenLocally(socketPath, SocketReach::everyone)); // taken
     // The probe above, and those below that leave, may be counted for a while yet.
     HelperServer patient(desk, [this] { return "nonce" + QByteArray::number(++nonces); },
                          {.idle = 60s, .sendTime = 300ms, .mostOfOneUser = 16});
@@ -168,7 +168,7 @@ TEST_F(HelperServerTest, ServesOverItsSocketAndOutlivesBadPeers) {
 }
 
 TEST_F(HelperServerTest, AWordOfThePeerEndsAPromptAndNothingIsMoved) {
-    auto listening = listenLocally(socketPath);
+    auto listening = listenLocally(socketPath, SocketReach::everyone);
     ASSERT_TRUE(listening);
     std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });
     std::stop_source stop;
@@ -190,7 +190,7 @@ TEST_F(HelperServerTest, AWordOfThePeerEndsAPromptAndNothingIsMoved) {
 }
 
 TEST_F(HelperServerTest, OneUserLeavesTheOthersNeitherWaitingNorWithoutAPlace) {
-    auto listening = listenLocally(socketPath);
+    auto listening = listenLocally(socketPath, SocketReach::everyone);
     ASSERT_TRUE(listening);
     std::vector<Descriptor> silent;
     std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });
