@@ -1,6 +1,5 @@
 #include "launcher/launcher_history.h"
 
-#include "discovery/launchpad_import.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
@@ -113,7 +112,8 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
     dropUnchanged(step, before);
     if (replacement)
         step.document = arrangement; // an import of the same is saved, too
-    const Saved saved = replacement || filesOf(step) > 1 ? Saved::now : Saved::soon;
+    const Saved saved =
+        replacement || step.isSavedAtOnce || filesOf(step) > 1 ? Saved::now : Saved::soon;
     if (const auto made = carryOut(step, before, saved); !made)
         return fail(made.error());
     const QList<LayoutUndoEntry> redoStack = _steps.redoStack();
@@ -146,88 +146,149 @@ int LauncherHistory::filesOf(const EditStep& step) {
            int(step.replacement && step.replacement->importRecord);
 }
 
-/// As they were stored: what was absent is absent again.
-static bool putBackSettings(Settings& settings, const QMap<QString, QJsonValue>& stored) {
-    QMap<QString, QJsonValue> changes = stored;
-    for (const QString& key : settings.values().keys())
-        if (!stored.contains(key))
-            changes.insert(key, QJsonValue::Null);
-    return settings.set(changes).has_value();
+StepJournal::Files LauncherHistory::filesBefore(const EditStep& step,
+                                                const LayoutUndoState& before) const {
+    StepJournal::Files files;
+    const auto documentOf = [&](LauncherWindowMode mode) {
+        return step.documentOf(mode) ? std::optional(*before.documentOf(mode)) : std::nullopt;
+    };
+    files.fullScreen = documentOf(LauncherWindowMode::fullScreen);
+    files.windowed = documentOf(LauncherWindowMode::windowed);
+    if (step.definitions)
+        files.definitions = before.smartFolderDefinitions;
+    if (step.settings) {
+        // As they are stored: what is absent is to be absent again.
+        files.settings.emplace();
+        for (const QString& key : storedLayoutSettings(step.mode, *step.settings).keys())
+            files.settings->insert(key, _machine.settings.value(key).value_or(QJsonValue()));
+    }
+    if (step.replacement && step.replacement->importRecord)
+        files.importRecord = _journal.importRecord();
+    return files;
 }
 
-LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const LayoutUndoState& before,
+LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const LayoutUndoState& state,
                                                    Saved saved) {
+    if (auto settled = settle(); !settled)
+        return settled;
     const bool isWhole = filesOf(step) > 1;
+    const StepJournal::Files before = filesBefore(step, state);
     if (isWhole)
-        if (auto begun = beginWhole(step); !begun)
+        if (auto begun = beginWhole(step, before); !begun)
             return begun;
-    const QMap<QString, QJsonValue> stored = _machine.settings.values();
     Outcome made;
     if (step.settings)
         made = storeSettings(step.mode, *step.settings);
     if (made && step.definitions)
         made = _smartFolders.setDefinitions(*step.definitions);
-    if (made && step.document) {
-        show(step.mode, *step.document, step.replacement.has_value());
-        made = save(step.mode, saved);
-    }
-    if (made && step.otherDocument) {
-        show(otherMode(step.mode), *step.otherDocument, false);
-        made = save(otherMode(step.mode), saved);
-    }
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        if (const auto& document = step.documentOf(mode); made && document) {
+            show(mode, *document, mode == step.mode && step.replacement);
+            made = save(mode, saved);
+        }
     if (made && step.replacement && step.replacement->importRecord)
         made = storeImportRecord(*step.replacement->importRecord);
-    // Killed while it is put back, the step is still whole: the next start brings it to its end.
-    const bool isAsBefore = made || putBack(step, before, stored);
-    if (isWhole) {
-        _journal.end();
-        if (!isAsBefore)
-            (void)putBack(step, before, stored); // the journal may have had the room that it takes
-    }
+    if (made && isWhole)
+        if (const auto ended = _journal.end(); !ended)
+            made = std::unexpected(launcherError(ended.error(), couldNotSaveLayout()));
+    if (made)
+        return {};
+    // Killed while it is put back, or where it cannot be, the next start does so.
+    showBefore(step, state);
+    _unsettled = {before, isWhole, made.error()};
+    (void)settle();
     return made;
 }
 
+void LauncherHistory::undoCutOff(std::array<LayoutStore::LoadResult, 2>& loaded) {
+    const auto before = _journal.cutOff(loaded, _smartFolders);
+    if (!before)
+        return;
+    _machine.log.warning(QStringLiteral("A step that was cut off is taken back."));
+    if (!putBack(*before) || !_journal.end())
+        _unsettled = {*before,
+                      true,
+                      {QStringLiteral("notTakenBack"), Texts::tr("The arrangement could not be saved."),
+                       couldNotSaveLayout()}};
+    // What is edited from here on begins with what is to be there.
+    if (before->fullScreen)
+        loaded[0] = *before->fullScreen;
+    if (before->windowed)
+        loaded[1] = *before->windowed;
+}
+
+LauncherHistory::Outcome LauncherHistory::settle() {
+    if (!_unsettled)
+        return {};
+    if (!_applications.isKnown())
+        return std::unexpected(_unsettled->error); // nothing is shown yet
+    // The documents may have been merged with a scan since: they are as they are to be.
+    StepJournal::Files files = _unsettled->before;
+    for (auto [mode, document] : {std::pair(LauncherWindowMode::fullScreen, &files.fullScreen),
+                                  {LauncherWindowMode::windowed, &files.windowed}})
+        if (*document)
+            *document = _layouts[mode].document();
+    if (!putBack(files) || (_unsettled->isNoted && !_journal.end()))
+        return std::unexpected(_unsettled->error);
+    _unsettled.reset();
+    return {};
+}
+
+/// As it is written.
+static QString importRecordText(const LegacyLaunchpadImportMetadata& record) {
+    return QString::fromLatin1(json::write(json::encode(record)));
+}
+
 /// What waits to be saved is saved first: the journal speaks of what is on the disk.
-LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step) {
+LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
+                                                     const StepJournal::Files& before) {
     if (const auto flushed = _store.flush(); !flushed)
         return std::unexpected(launcherError(flushed.error(), couldNotSaveLayout()));
-    const bool isFullScreen = step.mode == LauncherWindowMode::fullScreen;
-    const StepJournal::Change change{.mode = step.mode,
-                                     .fullScreen = isFullScreen ? step.document : step.otherDocument,
-                                     .windowed = isFullScreen ? step.otherDocument : step.document,
-                                     .definitions = step.definitions,
-                                     .settings = step.settings,
-                                     .importRecord = step.replacement ? step.replacement->importRecord
-                                                                      : std::nullopt};
-    if (const auto begun = _journal.begin(change); !begun) {
-        // It may lie there all the same, and the next start is not to carry out what was refused.
-        _journal.end();
+    StepJournal::Files after{.fullScreen = step.documentOf(LauncherWindowMode::fullScreen),
+                             .windowed = step.documentOf(LauncherWindowMode::windowed),
+                             .definitions = step.definitions};
+    if (step.settings)
+        after.settings = storedLayoutSettings(step.mode, *step.settings);
+    if (step.replacement && step.replacement->importRecord)
+        after.importRecord = importRecordText(*step.replacement->importRecord);
+    if (const auto begun = _journal.begin(before, after); !begun) {
+        // It may lie there all the same, and then speaks of files that are as they were.
+        (void)_journal.end();
         return std::unexpected(launcherError(begun.error(), couldNotSaveLayout()));
     }
     return {};
 }
 
-bool LauncherHistory::putBack(const EditStep& step, const LayoutUndoState& before,
-                              const QMap<QString, QJsonValue>& stored) {
-    bool isWritten = true;
-    if (step.settings) {
-        isWritten = putBackSettings(_machine.settings, stored);
+void LauncherHistory::showBefore(const EditStep& step, const LayoutUndoState& before) {
+    if (step.settings)
         _layouts[step.mode].refresh();
-    }
-    if (step.definitions && !_smartFolders.setDefinitions(before.smartFolderDefinitions))
-        isWritten = false;
-    for (const LauncherWindowMode mode : LiveLayouts::modes) {
-        const bool isChanged =
-            mode == step.mode ? step.document.has_value() : step.otherDocument.has_value();
-        const LayoutDocument& document = *before.documentOf(mode);
-        if (!isChanged)
-            continue;
-        if (document != _layouts[mode].document())
-            show(mode, document, false);
-        if (!_store.saveNow(mode, document))
-            isWritten = false;
-    }
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        if (step.documentOf(mode) && *before.documentOf(mode) != _layouts[mode].document())
+            show(mode, *before.documentOf(mode), false);
     _layouts[step.mode].setNavigation(before.navigation);
+}
+
+/// Backwards: what the last of them took of the disk's room is there for the one before it.
+bool LauncherHistory::putBack(const StepJournal::Files& files) {
+    bool isWritten = true;
+    const auto holdsNothing = [&](LauncherWindowMode mode) {
+        const auto there = _machine.files.status(LayoutStore::workingPath(_store.directory(), mode));
+        return !there && there.error().code == FileError::Code::notFound;
+    };
+    if (files.importRecord && _journal.importRecord() != files.importRecord &&
+        !_journal.putImportRecordBack(*files.importRecord))
+        isWritten = false;
+    for (const auto& [mode, document] : {std::pair(LauncherWindowMode::windowed, &files.windowed),
+                                         {LauncherWindowMode::fullScreen, &files.fullScreen}})
+        if (*document && !_store.saveNow(mode, **document) && !holdsNothing(mode))
+            isWritten = false;
+    if (files.definitions && !_smartFolders.takeBack(*files.definitions))
+        isWritten = false;
+    if (files.settings) {
+        isWritten = _machine.settings.set(*files.settings).has_value() && isWritten;
+        for (const LauncherWindowMode mode : LiveLayouts::modes)
+            _layouts[mode].refresh();
+    }
     return isWritten;
 }
 
@@ -239,20 +300,10 @@ LauncherHistory::Outcome LauncherHistory::storeSettings(LauncherWindowMode mode,
     return {};
 }
 
-/// The last of its step; one that could not be made safe is taken back.
 LauncherHistory::Outcome
 LauncherHistory::storeImportRecord(const LegacyLaunchpadImportMetadata& record) {
-    const QString path =
-        FileSystem::joined(_store.directory(), LegacyLaunchpadImportMetadata::fileName);
-    const auto before = _machine.files.read(path, maximumLayoutBytes);
     const auto written = writeImportMetadata(_machine.files, _store.directory(), record);
-    if (written)
-        return {};
-    if (before)
-        (void)_machine.files.writeAtomically(path, *before);
-    else if (before.error().code == FileError::Code::notFound)
-        (void)_machine.files.remove(path);
-    return std::unexpected(launcherError(written.error()));
+    return written ? Outcome() : std::unexpected(launcherError(written.error()));
 }
 
 void LauncherHistory::show(LauncherWindowMode mode, const LayoutDocument& document,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "discovery/launchpad_import.h"
 #include "editing/edit_names.h"
 #include "editing/layout_undo.h"
 #include "launcher/launcher_error.h"
@@ -29,6 +30,7 @@ struct EditStep {
     std::optional<QList<SmartFolderDefinition>> definitions = {};
     std::optional<ArrangementLayout> settings = {}; ///< of the grid in that mode
     QList<TrashedAppRecord> trashedApps = {};       ///< that it has moved to the Trash already
+    bool isSavedAtOnce = false;                     ///< as a step of several files is in any case
 
     /// Another arrangement takes the place of the present one: a copy is kept first, and the result is
     /// on the disk when the step has been made.
@@ -39,6 +41,10 @@ struct EditStep {
         std::optional<LegacyLaunchpadImportMetadata> importRecord = {};
     };
     std::optional<Replacement> replacement = {};
+
+    const std::optional<LayoutDocument>& documentOf(LauncherWindowMode which) const {
+        return which == mode ? document : otherDocument;
+    }
 };
 
 /// The one way in which arrangements, and the smart folders' definitions, are changed: every edit,
@@ -53,8 +59,10 @@ struct EditStep {
 ///    present one, or with other files; else after the last of a burst.
 /// 6. The step is kept for undo, which is whole in the same way.
 ///
-/// A step that fails has changed nothing. One that was saved later, or not, see `UnsavedEdits`. A mode
-/// whose file cannot be written is left alone by the steps of the other one. Main thread only.
+/// A step that fails has changed nothing; where the disk does not take back what it has written, no
+/// other is made until it does, and the next start takes it back. One that was saved later, or not, see
+/// `UnsavedEdits`. A mode whose file cannot be written is left alone by the steps of the other one.
+/// Main thread only.
 class LauncherHistory {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -83,10 +91,10 @@ public:
     UnsavedEdits& unsaved() { return _unsaved; }
     LayoutUndoState snapshot(LauncherWindowMode mode) const;
 
-    /// Before the first load is shown: ends a step in which the program was killed.
-    void finishCutOff(std::array<LayoutStore::LoadResult, 2>& loaded) {
-        _journal.finish(_store, loaded, _smartFolders);
-    }
+    /// Before the first load is shown: takes back a step in which the program was killed.
+    void undoCutOff(std::array<LayoutStore::LoadResult, 2>& loaded);
+    /// Tries again to take back what a step that failed has left on the disk.
+    Outcome settle();
     /// How applications come into and out of the Trash.
     void setTrash(LayoutUndoActions::TrashMove restore, LayoutUndoActions::TrashMove trash);
 
@@ -99,10 +107,11 @@ private:
     /// When its documents are on the disk.
     enum class Saved { now, soon };
     Outcome carryOut(const EditStep& step, const LayoutUndoState& before, Saved saved);
-    Outcome beginWhole(const EditStep& step);
-    /// True when what the step changed is on the disk as it was.
-    bool putBack(const EditStep& step, const LayoutUndoState& before,
-                 const QMap<QString, QJsonValue>& stored);
+    StepJournal::Files filesBefore(const EditStep& step, const LayoutUndoState& before) const;
+    Outcome beginWhole(const EditStep& step, const StepJournal::Files& before);
+    void showBefore(const EditStep& step, const LayoutUndoState& before);
+    /// True when they are on the disk.
+    bool putBack(const StepJournal::Files& files);
     void takeBack(const QList<UnsavedEdit>& edits);
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
     Outcome save(LauncherWindowMode mode, Saved saved);
@@ -121,6 +130,13 @@ private:
     LayoutUndoActions::TrashMove _restoreFromTrash;
     LayoutUndoActions::TrashMove _moveToTrash;
     StepJournal _journal;
+    /// What a step that failed has left, and why it failed.
+    struct Unsettled {
+        StepJournal::Files before;
+        bool isNoted = false;
+        LauncherError error;
+    };
+    std::optional<Unsettled> _unsettled;
     LayoutUndoHistory _steps;
     UnsavedEdits _unsaved;
 };

@@ -161,7 +161,7 @@ LauncherCleanup& LauncherViewModel::cleanup() const { return _parts->listening->
 void LauncherViewModel::start() {
     smartFolders().load();
     _parts->merger.load([this] {
-        history().finishCutOff(_parts->merger.loaded());
+        history().undoCutOff(_parts->merger.loaded());
         if (const auto& failure = smartFolders().failure())
             messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
     });
@@ -181,9 +181,10 @@ void LauncherViewModel::startAndWait() {
 }
 
 LauncherViewModel::Outcome LauncherViewModel::quit() {
+    const auto settled = history().settle();
     if (const auto flushed = _parts->store.flush(); !flushed)
         return std::unexpected(launcherError(flushed.error(), couldNotSaveLayout()));
-    return {};
+    return settled;
 }
 
 bool LauncherViewModel::hasUnsavedEdits() const { return _parts->store.hasUnsavedEdits(); }

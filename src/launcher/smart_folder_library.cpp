@@ -78,6 +78,7 @@ void SmartFolderLibrary::accept(const SmartFolderStore::LoadResult& result) {
     const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result);
     const auto* failed = std::get_if<SmartFolderStore::Failed>(&result);
     _definitions = loaded ? loaded->definitions : QList<SmartFolderDefinition>();
+    _isUnsure = false;
     _failure = failed ? std::optional(launcherError(failed->error, Texts::tr(unavailableTitle)))
                       : std::nullopt;
 }
@@ -101,17 +102,29 @@ const SmartFolderDefinition* SmartFolderLibrary::definition(const QUuid& id) con
 
 SmartFolderLibrary::Outcome
 SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitions) {
-    if (definitions == _definitions)
+    if (definitions == _definitions && !_isUnsure)
         return {};
     if (const auto saved = _store.save(definitions); !saved) {
         // They may be on the disk all the same.
-        (void)_store.save(_definitions);
+        _isUnsure = !_store.save(_definitions);
         return std::unexpected(launcherError(saved.error(), Texts::tr("Could not save Smart Folders")));
     }
+    _isUnsure = false;
+    show(definitions);
+    return {};
+}
+
+bool SmartFolderLibrary::takeBack(const QList<SmartFolderDefinition>& definitions) {
+    if (definitions != _definitions || _isUnsure)
+        _isUnsure = !_store.save(definitions);
+    show(definitions);
+    return !_isUnsure;
+}
+
+void SmartFolderLibrary::show(const QList<SmartFolderDefinition>& definitions) {
     _definitions = definitions;
     changed.notify();
     startRound();
-    return {};
 }
 
 SmartFolderNeeds SmartFolderLibrary::needs() const { return needsOf(_definitions); }

@@ -59,6 +59,8 @@ public:
     const SmartFolderDefinition* definition(const QUuid& id) const;
     /// Checks and saves; a refusal has changed nothing.
     Outcome setDefinitions(const QList<SmartFolderDefinition>& definitions);
+    /// Shows these again, in any case; false while the registry may hold others.
+    bool takeBack(const QList<SmartFolderDefinition>& definitions);
     /// What the definitions need to be decided: who knows such facts has reason to find them out.
     SmartFolderNeeds needs() const;
 
@@ -148,6 +150,7 @@ private:
                                    const ForModes<PreparedPointer>& before, const Locale& locale,
                                    const FileSystem& files);
     void accept(const SmartFolderStore::LoadResult& result);
+    void show(const QList<SmartFolderDefinition>& definitions);
     /// Begins a round when anything shown needs one of these.
     void startRoundFor(SmartFolderNeeds others);
     void startRound();
@@ -166,7 +169,8 @@ private:
     Calendar _calendar;
     std::optional<LauncherError> _failure;
     QList<SmartFolderDefinition> _definitions;
-    QList<AppEntry> _apps; ///< as the scan names them
+    bool _isUnsure = false; ///< whether the registry holds them: a save failed, and so did the way back
+    QList<AppEntry> _apps;  ///< as the scan names them
     ForModes<SmartFolderView> _views;
     /// Without usage. Of updates nothing is known before somebody says so.
     SmartFolderRuntimeFacts _runtime{.pending = SmartFolderNeed::updates | SmartFolderNeed::channels};

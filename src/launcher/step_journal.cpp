@@ -1,38 +1,53 @@
 #include "launcher/step_journal.h"
 
+#include "discovery/launchpad_import.h"
 #include "launcher/smart_folder_library.h"
 #include "model/json_file.h"
-#include "model/layout_settings.h"
 
 #include <QCryptographicHash>
 
+#include <algorithm>
+
 namespace tessellar {
 
-using Change = StepJournal::Change;
+using Files = StepJournal::Files;
 
 struct StepJournal::Note {
-    QStringList before; ///< digests
-    Change change;
+    Files before;
+    QMap<QString, QString> after; ///< digests, by the names of the files
 };
 
+/// As it is.
 template <>
-struct json::Fields<Change> {
-    static constexpr auto list = json::fields(json::required("mode", &Change::mode),
-                                              json::optional("fullScreen", &Change::fullScreen),
-                                              json::optional("windowed", &Change::windowed),
-                                              json::optional("definitions", &Change::definitions),
-                                              json::optional("settings", &Change::settings),
-                                              json::optional("importRecord", &Change::importRecord));
+struct json::Codec<QJsonValue> {
+    static Decoded<QJsonValue> decode(const QJsonValue& value) { return value; }
+    static QJsonValue encode(const QJsonValue& value) { return value; }
+};
+template <>
+struct json::Fields<Files> {
+    static constexpr auto list = json::fields(json::optional("fullScreen", &Files::fullScreen),
+                                              json::optional("windowed", &Files::windowed),
+                                              json::optional("definitions", &Files::definitions),
+                                              json::optional("settings", &Files::settings),
+                                              json::optional("importRecord", &Files::importRecord));
 };
 template <>
 struct json::Fields<StepJournal::Note> {
     using Note = StepJournal::Note;
     static constexpr auto list =
-        json::fields(json::required("before", &Note::before), json::required("change", &Note::change));
+        json::fields(json::required("before", &Note::before), json::required("after", &Note::after));
 };
 
-static QString digest(const QByteArray& bytes) {
-    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+static QMap<QString, QString> digests(const Files& files) {
+    QMap<QString, QString> all;
+    const QJsonObject encoded = json::encode(files).toObject();
+    for (auto file = encoded.begin(); file != encoded.end(); ++file)
+        all.insert(file.key(),
+                   QString::fromLatin1(QCryptographicHash::hash(
+                                           json::writeCompact(QJsonObject{{file.key(), file.value()}}),
+                                           QCryptographicHash::Sha256)
+                                           .toHex()));
+    return all;
 }
 
 StepJournal::StepJournal(const Machine& machine, const QString& directory)
@@ -41,66 +56,88 @@ StepJournal::StepJournal(const Machine& machine, const QString& directory)
     , _file(machine.files, FileSystem::joined(directory, QStringLiteral("unfinished-step.json")),
             3 * maximumLayoutBytes) {}
 
-QStringList StepJournal::digests(LauncherWindowMode mode) const {
-    const auto ofFile = [&](const QString& path) {
-        return digest(_machine.files.read(path, maximumLayoutBytes).value_or(QByteArray()));
-    };
-    const ArrangementLayout settings = readLayoutSettings(_machine.settings, mode);
-    return {ofFile(LayoutStore::workingPath(_directory, LauncherWindowMode::fullScreen)),
-            ofFile(LayoutStore::workingPath(_directory, LauncherWindowMode::windowed)),
-            ofFile(FileSystem::joined(_directory, SmartFolderStore::fileName())),
-            digest(json::writeCompact(json::encode(settings))),
-            ofFile(FileSystem::joined(_directory, LegacyLaunchpadImportMetadata::fileName))};
-}
-
-std::expected<void, FileError> StepJournal::begin(Change change) {
-    const QStringList before = digests(change.mode);
+std::expected<void, FileError> StepJournal::begin(const Files& before, const Files& after) {
     _file.forget(); // one that could not be read is of a step that was cut off long ago
-    return saveJson(_file, Note{before, std::move(change)});
+    return saveJson(_file, Note{before, digests(after)});
 }
 
-void StepJournal::end() {
+std::expected<void, FileError> StepJournal::end() {
+    // Written over, it stands for no step, and that is safe on the disk; where only the room for that
+    // is missing, it goes without.
+    const auto ended = _file.write("{}");
     const auto removed = _machine.files.remove(_file.path());
-    // Empty, it stands for no step either.
-    if (!removed && removed.error().code != FileError::Code::notFound && !_file.write("{}"))
-        _machine.log.warning(message(removed.error()));
+    const bool isGone = removed || removed.error().code == FileError::Code::notFound;
+    if (ended || (isGone && ended.error().code == FileError::Code::noSpace))
+        return {};
+    return ended;
 }
 
-void StepJournal::finish(LayoutStore& store, std::array<LayoutStore::LoadResult, 2>& loaded,
-                         SmartFolderLibrary& smartFolders) {
-    const auto note = loadJson<Note>(_file);
-    if (!note)
-        return note.error().kind == JsonFileError::Kind::damaged ? end() : void();
-    if (!*note)
-        return;
-    const Change& change = (*note)->change;
-    const QStringList now = digests(change.mode);
-    const auto isAsItWas = [&](qsizetype i) { return (*note)->before.value(i) == now[i]; };
-    const std::array layouts{&change.fullScreen, &change.windowed};
-    const auto isOfTheStep = [&](std::size_t i) {
-        const auto* document = std::get_if<LayoutDocument>(&loaded[i]);
-        return !*layouts[i] || isAsItWas(i) || (document && *document == **layouts[i]);
-    };
-    if (!isOfTheStep(0) || !isOfTheStep(1) ||
-        (change.definitions && !isAsItWas(2) && *change.definitions != smartFolders.definitions()))
-        return end();
+std::optional<QString> StepJournal::importRecord() const {
+    const auto bytes = _machine.files.read(
+        FileSystem::joined(_directory, LegacyLaunchpadImportMetadata::fileName), maximumLayoutBytes);
+    if (!bytes && bytes.error().code != FileError::Code::notFound)
+        return std::nullopt;
+    return QString::fromLatin1(bytes.value_or(QByteArray()));
+}
 
-    _machine.log.warning(QStringLiteral("A step that was cut off is brought to its end."));
-    for (std::size_t i = 0; i < layouts.size(); ++i)
-        if (*layouts[i] && isAsItWas(i)) {
-            if (!store.saveNow(static_cast<LauncherWindowMode>(i), **layouts[i]))
-                return;
-            loaded[i] = **layouts[i];
-        }
-    if (change.definitions && !smartFolders.setDefinitions(*change.definitions))
-        return;
-    if (change.settings && isAsItWas(3) &&
-        !writeLayoutSettings(_machine.settings, change.mode, *change.settings))
-        return;
-    if (change.importRecord && isAsItWas(4) &&
-        !writeImportMetadata(_machine.files, _directory, *change.importRecord))
-        return;
-    end();
+std::expected<void, FileError> StepJournal::putImportRecordBack(const QString& record) const {
+    const QString path = FileSystem::joined(_directory, LegacyLaunchpadImportMetadata::fileName);
+    if (!record.isEmpty())
+        return _machine.files.writeAtomically(path, record.toLatin1());
+    const auto removed = _machine.files.remove(path);
+    return removed || removed.error().code == FileError::Code::notFound
+               ? std::expected<void, FileError>()
+               : removed;
+}
+
+std::optional<Files> StepJournal::cutOff(const std::array<LayoutStore::LoadResult, 2>& loaded,
+                                         const SmartFolderLibrary& smartFolders) {
+    auto note = loadJson<Note>(_file);
+    if (!note && note.error().kind == JsonFileError::Kind::damaged)
+        (void)end();
+    if (!note || !*note)
+        return std::nullopt;
+    Files& before = (*note)->before;
+    Files now;
+    // What cannot be seen now is no sign that others have worked on it: the note waits.
+    bool isSeen = true;
+    const auto look = [&](const std::optional<LayoutDocument>& wanted,
+                          const LayoutStore::LoadResult& result, std::optional<LayoutDocument>& into) {
+        if (!wanted)
+            return;
+        if (const auto* document = std::get_if<LayoutDocument>(&result))
+            into = *document;
+        isSeen = isSeen && !std::holds_alternative<LayoutStore::Failed>(result);
+    };
+    look(before.fullScreen, loaded[0], now.fullScreen);
+    look(before.windowed, loaded[1], now.windowed);
+    if (before.definitions) {
+        now.definitions = smartFolders.definitions();
+        isSeen = isSeen && !smartFolders.failure();
+    }
+    if (before.settings) {
+        now.settings.emplace();
+        for (const QString& key : before.settings->keys())
+            now.settings->insert(key, _machine.settings.value(key).value_or(QJsonValue()));
+        isSeen = isSeen && _machine.settings.isReadable();
+    }
+    if (before.importRecord) {
+        now.importRecord = importRecord();
+        isSeen = isSeen && now.importRecord;
+    }
+    if (!isSeen)
+        return std::nullopt;
+
+    const QMap<QString, QString> then = digests(before);
+    const QMap<QString, QString> here = digests(now);
+    if (!std::ranges::all_of(then.keys(), [&](const QString& file) {
+            const QString digest = here.value(file);
+            return digest == then[file] || digest == (*note)->after.value(file);
+        })) {
+        (void)end();
+        return std::nullopt;
+    }
+    return std::move(before);
 }
 
 } // namespace tessellar

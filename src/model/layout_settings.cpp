@@ -117,8 +117,7 @@ QList<LayoutRange> layoutRanges(LauncherWindowMode mode) {
     return all;
 }
 
-/// Key and value of every setting of a layout. Out of range becomes the default; what has none is
-/// undefined then.
+/// As `storedLayoutSettings`, without the mode's prefix, and undefined for null.
 static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout& layout,
                                                         LauncherWindowMode mode) {
     const ArrangementLayout defaults = defaultsOf(mode);
@@ -153,12 +152,17 @@ static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout&
     return result;
 }
 
+QMap<QString, QJsonValue> storedLayoutSettings(LauncherWindowMode mode,
+                                               const ArrangementLayout& layout) {
+    QMap<QString, QJsonValue> stored;
+    for (const auto& [key, value] : settingsOf(layout, mode))
+        stored.insert(prefixed(mode, key), value.isUndefined() ? QJsonValue() : value);
+    return stored;
+}
+
 std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
                                                    const ArrangementLayout& layout) {
-    QMap<QString, QJsonValue> changes;
-    for (const auto& [key, value] : settingsOf(layout, mode))
-        changes.insert(prefixed(mode, key), value);
-    return settings.set(changes);
+    return settings.set(storedLayoutSettings(mode, layout));
 }
 
 } // namespace tessellar

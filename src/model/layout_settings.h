@@ -21,8 +21,11 @@ struct LayoutRange {
 };
 QList<LayoutRange> layoutRanges(LauncherWindowMode mode);
 
-/// Stores them for the mode. What lies outside its range is stored as the default; a font size or a
-/// window's size, which have none, are left out then.
+/// What they are stored as: key and value of each, null where it is left out. What lies outside its
+/// range is stored as the default; a font size or a window's size, which have none, are left out then.
+QMap<QString, QJsonValue> storedLayoutSettings(LauncherWindowMode mode,
+                                               const ArrangementLayout& layout);
+/// Stores them so, for the mode.
 std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
                                                    const ArrangementLayout& layout);
 

@@ -22,13 +22,12 @@ struct StepJournalTest : test::SmallLauncher {
     struct Files {
         QByteArray layout;
         QByteArray registry;
-        QJsonValue rows;
+        QMap<QString, QJsonValue> settings;
         QByteArray record;
     };
     Files files() {
         EXPECT_TRUE(launcher->quit());
-        return {mac.read(layout), mac.read(registry),
-                mac.settings.value(u"gridRows"_s).value_or(QJsonValue()), mac.read(record)};
+        return {mac.read(layout), mac.read(registry), mac.settings.values(), mac.read(record)};
     }
     void put(const Files& files) {
         mac.write(layout, files.layout);
@@ -37,7 +36,11 @@ struct StepJournalTest : test::SmallLauncher {
                 mac.write(path, bytes);
             else if (mac.exists(path))
                 mac.remove(path);
-        (void)mac.settings.set(u"gridRows"_s, files.rows);
+        QMap<QString, QJsonValue> changes = files.settings;
+        for (const QString& key : mac.settings.values().keys())
+            if (!changes.contains(key))
+                changes.insert(key, QJsonValue());
+        (void)mac.settings.set(changes);
     }
     SmartFolderDefinition trees() {
         SmartFolderDefinition result{.id = test::idOf(u"Trees"_s), .name = u"Trees"_s};
@@ -48,7 +51,7 @@ struct StepJournalTest : test::SmallLauncher {
     }
 };
 
-TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsBroughtToItsEnd) {
+TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
     install(u"Ash"_s);
     install(u"Beech"_s);
     (void)mac.settings.set(u"gridRows"_s, 4);
@@ -68,30 +71,37 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsBroughtToItsEnd) {
     ASSERT_NE(old.layout, wanted.layout);
     ASSERT_NE(old.registry, wanted.registry);
 
-    const StepJournal::Change change{.mode = LauncherWindowMode::fullScreen,
-                                     .fullScreen = after.document,
-                                     .definitions = after.smartFolderDefinitions,
-                                     .settings = after.settings,
-                                     .importRecord = imported};
-    for (int written = 0; written < 16; ++written) {
+    const auto filesOf = [&](const LayoutUndoState& state, const QByteArray& importRecord) {
+        return StepJournal::Files{
+            .fullScreen = state.document,
+            .definitions = state.smartFolderDefinitions,
+            .settings = storedLayoutSettings(LauncherWindowMode::fullScreen, state.settings),
+            .importRecord = QString::fromLatin1(importRecord)};
+    };
+    const auto begin = [&] {
         put(old);
-        ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
+        StepJournal::Files held = filesOf(before, old.record);
+        for (auto setting = held.settings->begin(); setting != held.settings->end(); ++setting)
+            *setting = old.settings.value(setting.key(), QJsonValue());
+        ASSERT_TRUE(StepJournal(mac.machine, data).begin(held, filesOf(after, wanted.record)));
+    };
+    for (int written = 0; written < 16; ++written) {
+        begin();
         put({written & 1 ? wanted.layout : old.layout, written & 2 ? wanted.registry : old.registry,
-             written & 4 ? wanted.rows : old.rows, written & 8 ? wanted.record : old.record});
+             written & 4 ? wanted.settings : old.settings, written & 8 ? wanted.record : old.record});
         launcher.reset();
         start();
         const Files found = files();
-        EXPECT_EQ(found.layout, wanted.layout) << written;
-        EXPECT_EQ(found.registry, wanted.registry) << written;
-        EXPECT_EQ(found.rows, wanted.rows) << written;
-        EXPECT_EQ(found.record, wanted.record) << written;
-        EXPECT_EQ(launcher->shown().pages(), after.document.pages);
+        EXPECT_EQ(found.layout, old.layout) << written;
+        EXPECT_TRUE(launcher->smartFolders().definitions().isEmpty()) << written;
+        EXPECT_EQ(found.settings, old.settings) << written;
+        EXPECT_EQ(found.record, old.record) << written;
+        EXPECT_EQ(launcher->shown().pages(), before.document.pages);
         EXPECT_FALSE(mac.exists(note));
     }
 
     // Once somebody has worked on a file, a note that could not be removed means nothing.
-    put(old);
-    ASSERT_TRUE(StepJournal(mac.machine, data).begin(change));
+    begin();
     const QByteArray outdated = mac.read(note);
     put(wanted);
     launcher.reset();
@@ -99,14 +109,14 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsBroughtToItsEnd) {
     start();
     ASSERT_TRUE(
         launcher->editor().rename(LauncherWindowMode::fullScreen, test::idOf(u"Trees"_s), u"Woods"_s));
-    (void)mac.settings.set(u"gridRows"_s, old.rows);
+    (void)mac.settings.set(u"gridRows"_s, 5);
     const Files later = files();
     for (const QByteArray& left : {outdated, QByteArray("{}"), QByteArray("no note")}) {
         mac.write(note, left);
         launcher.reset();
         start();
         EXPECT_EQ(files().registry, later.registry);
-        EXPECT_EQ(files().rows, old.rows);
+        EXPECT_EQ(files().settings, later.settings);
         EXPECT_FALSE(mac.exists(note));
     }
 }
