@@ -109,7 +109,9 @@ SmartFolderStore::check(const QList<SmartFolderDefinition>& definitions) {
 }
 
 SmartFolderStore::LoadResult SmartFolderStore::load() {
-    const auto bytes = _registry.read();
+    auto bytes = _registry.read();
+    if (!bytes)
+        bytes = _registry.read(); // what passes at once is no reason to move it
     if (bytes && !*bytes)
         return loadWithoutRegistry();
     auto definitions = bytes ? decode(**bytes) : std::unexpected(Error(bytes.error()));

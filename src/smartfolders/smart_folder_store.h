@@ -18,9 +18,10 @@ enum class SmartFolderRecovery { restore, replace };
 ///     computed-folders.recovery.json                 the marker: a registry lies aside
 ///     computed-folders.corrupt-STAMP-TAG.json        a registry that could not be read, byte for byte
 ///
-/// A registry that cannot be read is moved aside and named by the marker, and nothing is saved until a
-/// registry has been read again. The marker is written first: killed between the two, the registry
-/// still stands and is moved at the next load. Until the first load, too, nothing is saved.
+/// A registry that cannot be read, nor at a second try, is moved aside and named by the marker, and
+/// nothing is saved until a registry has been read again. The marker is written first: killed between
+/// the two, the registry still stands and is moved at the next load. Until the first load, too, nothing
+/// is saved.
 ///
 /// Main thread only.
 class SmartFolderStore {
