@@ -94,7 +94,14 @@ public:
     void searchLocation(const CleanupLocation& location, RelatedFilesScan& scan) {
         const QString folder = location.path(_home);
         const auto status = _files.linkStatus(folder);
-        if (!status || status->type != FileType::directory || !isInItsPlace(location, folder))
+        if (!status)
+            return leaveOut(status.error(), scan);
+        if (status->type != FileType::directory)
+            return;
+        const auto isSearched = isInItsPlace(location, folder);
+        if (!isSearched)
+            return leaveOut(isSearched.error(), scan);
+        if (!*isSearched)
             return;
         _found.clear();
         const auto walked =
@@ -114,6 +121,8 @@ public:
         std::ranges::sort(_found, {}, &Found::path);
         for (const Found& found : std::as_const(_found)) {
             const auto item = _files.linkStatus(found.path);
+            if (!item)
+                leaveOut(item.error(), scan);
             // Gone or exchanged meanwhile, or a volume of its own.
             if (!item || item->type != found.type || item->device != status->device)
                 continue;
@@ -140,12 +149,24 @@ private:
         RelatedFileTie tie;
     };
 
+    /// What is certainly not there is not missed.
+    static void leaveOut(const FileError& why, RelatedFilesScan& scan) {
+        if (why.code == FileError::Code::notFound)
+            return;
+        scan.unreadable.append(why);
+        scan.isComplete = false;
+    }
+
     /// A location that a link leads elsewhere is not what it is called.
-    bool isInItsPlace(const CleanupLocation& location, const QString& folder) const {
+    std::expected<bool, FileError> isInItsPlace(const CleanupLocation& location,
+                                                const QString& folder) const {
         const auto real = _files.resolved(folder);
+        if (!real)
+            return std::unexpected(real.error());
         const auto home = _files.resolved(_home);
-        return real && (location.domain == CleanupDomain::system || home) &&
-               *real == location.path(home.value_or(_home)) &&
+        if (!home && location.domain != CleanupDomain::system)
+            return std::unexpected(home.error());
+        return *real == location.path(home.value_or(_home)) &&
                protectionClass(_files, *real) == ProtectionClass::ordinary;
     }
 

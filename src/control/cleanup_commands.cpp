@@ -50,6 +50,8 @@ QString itemText(const RelatedFile& file, bool isSelected) {
     return text;
 }
 
+QString unsearched() { return Texts::tr("Some folders could not be searched."); }
+
 /// Of what goes and what does not, and what is to be known of it.
 QString totalText(const CleanupReviewState& review) {
     const MeasuredSize size = review.selectedSize();
@@ -61,7 +63,7 @@ QString totalText(const CleanupReviewState& review) {
     if (review.needsAdministrator())
         text += administratorWarning() + u'\n';
     if (!review.isComplete)
-        text += Texts::tr("Some folders could not be searched.\n");
+        text += unsearched() + u'\n';
     return text;
 }
 
@@ -279,6 +281,8 @@ void addRemove(CommandSet& set, CLI::App* group) {
             };
             cleanup.remove(asker, [call](const LauncherCleanup::Outcome& outcome) {
                 const QList<CleanupLogLine> log = call->launcher().cleanup().log();
+                if (!call->launcher().cleanup().review().isComplete)
+                    call->warn(unsearched());
                 endReview(call);
                 if (!outcome) {
                     // The refusal says why the first of them stayed.

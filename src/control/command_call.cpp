@@ -27,6 +27,8 @@ static QString printable(QString text, const QString& kept = {}) {
     return text;
 }
 
+void CommandCall::warn(const QString& sentence) { _output.error(printable(sentence).toUtf8() + '\n'); }
+
 void CommandCall::print(const QJsonValue& json, const QString& text) {
     if (options.json)
         return _output.out(document(json, options));

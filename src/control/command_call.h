@@ -81,6 +81,8 @@ public:
 
     /// Part of the answer, before its end: a JSON document, or text.
     void print(const QJsonValue& json, const QString& text);
+    /// What is to be known besides the answer, on standard error.
+    void warn(const QString& sentence);
     /// How far a long command has come: a line that the next one takes the place of, on a terminal
     /// alone. To be cleared with an empty one before anything else is said.
     void showProgress(const QString& line);

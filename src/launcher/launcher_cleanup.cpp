@@ -335,7 +335,8 @@ void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind 
                                    .originalURL = record.path,
                                    .installKind = kind,
                                    .trashedURL = bundle ? bundle->trashedPath : std::nullopt,
-                                   .removal = record.id}}};
+                                   .removal = record.id}},
+                  .isSavedAtOnce = true};
     if (bundle) {
         const QSet<QString> keys{appKey(_app)};
         _places.rememberRemoved(_layouts, _app.path);
@@ -345,7 +346,13 @@ void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind 
     }
     _lastRemoval = record.id;
     if (const auto made = _history.make(std::move(step)); !made)
-        _messages.report(made.error());
+        reportTiles(record, made.error());
+}
+
+void LauncherCleanup::reportTiles(const CleanupRecord& record, const LauncherError& error) {
+    _log.append({CleanupLogLine::Kind::failed, record.path,
+                 record.name + QStringLiteral(": ") + error.message});
+    _messages.report(error);
 }
 
 void LauncherCleanup::stop() {

@@ -136,6 +136,8 @@ private:
     void restore(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void bringBack(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void putTilesBack(const CleanupRecord& record);
+    /// They are not on the disk as the removal, or its taking back, has them.
+    void reportTiles(const CleanupRecord& record, const LauncherError& error);
     void recall(LayoutDocument& document, const RemovedTile& tile) const;
     void insert(LayoutDocument& document, const RemovedTile& tile) const;
     void moveForHistory(bool intoTrash, const QList<TrashedAppRecord>& records,

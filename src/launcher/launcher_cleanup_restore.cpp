@@ -185,9 +185,10 @@ void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
     const auto made = _history.make({.name = editName(EditKind::putBack),
                                      .mode = shown,
                                      .document = documents[0],
-                                     .otherDocument = documents[1]});
+                                     .otherDocument = documents[1],
+                                     .isSavedAtOnce = true});
     if (!made)
-        _messages.report(made.error());
+        reportTiles(record, made.error());
 }
 
 /// Where its place is remembered the tile is put there, into a folder that closed when it went too.
