@@ -380,8 +380,12 @@ void AppUpdateCoordinator::end(RunningChecks::iterator place, bool completed) {
                 _cache.problems.append(problem);
     }
     if (completed && request.isFull()) {
-        _cache.records.removeIf(
-            [this](const auto& entry) { return !_candidates.contains(entry.key()); });
+        // What is not there now may only be out of sight.
+        static constexpr std::chrono::duration<double> patience = std::chrono::days(90);
+        _cache.records.removeIf([this](const auto& entry) {
+            return !_candidates.contains(entry.key()) &&
+                   _machine.clock.now() - entry.value().checkedAt > patience;
+        });
         // A check that came to nothing is none: the next one does not wait for an interval.
         refreshStatuses();
         const qsizetype answered = _tally.upToDate + _tally.unsupported +
@@ -452,6 +456,10 @@ void AppUpdateCoordinator::changeKeys(const QHash<QString, QString>& changedKeys
 void AppUpdateCoordinator::keepChannels() {
     for (const auto& checker : _checkers)
         checker->keep(_cache);
+    if (_cache.owners)
+        _cache.owners->removeIf([this](const auto& entry) {
+            return !_candidates.contains(entry.key()) && !_cache.records.contains(entry.key());
+        });
     askForSave();
 }
 

@@ -68,9 +68,21 @@ public:
         , _findings(std::move(findings)) {
         Machine& machine = checker._machine;
         ++checker._searches;
-        _search = machine.workers.run([&files = machine.files, environment = machine.environment](
-                                          std::stop_token) { return findBrews(files, environment); },
-                                      [this](const QStringList& brews) { found(brews); });
+        QSet<QString> owning;
+        for (const HomebrewCaskOwnership& known : std::as_const(checker._owners))
+            owning.insert(known.brewExecutablePath);
+        _search = machine.workers.run(
+            [&files = machine.files, environment = machine.environment, owning](std::stop_token) {
+                QStringList brews = findBrews(files, environment);
+                // One that owned something is asked unless it is certainly gone.
+                for (const QString& brew : owning)
+                    if (const auto there = files.status(brew);
+                        !there && there.error().code != FileError::Code::notFound &&
+                        !brews.contains(brew))
+                        brews.append(brew);
+                return brews;
+            },
+            [this](const QStringList& brews) { found(brews); });
     }
     ~Discovery() override {
         _stop.request_stop();
@@ -169,8 +181,9 @@ HomebrewUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, Fin
 
 void HomebrewUpdateChecker::learn(const QList<AppUpdateCandidate>& candidates,
                                   const HomebrewCaskCheckResult& result) {
-    QMap<QString, HomebrewCaskOwnership> owners;
+    QMap<QString, HomebrewCaskOwnership> owners = _owners; // of what cannot be seen now, too
     for (const AppUpdateCandidate& candidate : candidates) {
+        owners.remove(candidate.appKey);
         if (const auto told = result.owner(candidate.resolvedPath)) {
             owners.insert(candidate.appKey, *told);
             continue;
