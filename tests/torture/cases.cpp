@@ -54,7 +54,7 @@ const QList<Command>& commands() {
          .line = "cleanup remove org.example.cedar --yes",
          .isBroughtBack = true},
         {.name = "cleanup-restore", .line = "cleanup restore", .isBroughtBack = true},
-        {"updates-check", "updates check"},
+        {.name = "updates-check", .line = "updates check", .asksForUpdates = true},
         {"updates-skip", "updates skip org.example.maple"},
         {"updates-unskip", "updates unskip org.example.gorse"},
         {"batch", "batch {root}/Users/ada/edits"},

@@ -4,6 +4,8 @@
 #include "model/layout_document.h"
 #include "model/remembered_places.h"
 
+#include <QRegularExpression>
+
 #include <signal.h>
 
 #include <algorithm>
@@ -70,8 +72,8 @@ QList<State> Laws::statesWithin(const Command& command) {
 
 // ---- after one
 
-QByteArray Laws::brokenFile(const Command* command) const {
-    const bool isRepaired = command && command->repairsRegistry;
+QByteArray Laws::brokenFile(const Command* command, Lenience lenience) const {
+    const bool isRepaired = (command && command->repairsRegistry) || lenience.hidesRegistry;
     const QMap<QByteArray, QByteArray> files = _mac.files();
     int temporary = 0;
     for (auto file = files.begin(); file != files.end(); ++file) {
@@ -93,8 +95,7 @@ QByteArray Laws::brokenFile(const Command* command) const {
     return temporary > 2 ? QByteArray("temporary files add up") : QByteArray();
 }
 
-/// The registry of smart folders is set aside by whatever keeps it from being read, byte for byte, and
-/// comes back when the user says so.
+/// What was set aside comes back when the user says so.
 QByteArray Laws::putRegistryBack() {
     const QByteArray marker = SmallMac::applicationFolder + "/computed-folders.recovery.json";
     if (!_mac.files().contains(marker))
@@ -104,20 +105,29 @@ QByteArray Laws::putRegistryBack() {
                               : "the registry cannot be put back: " + shortened(ending.error);
 }
 
-/// What only remembers, and could not be written, is brought up to date by the next start; so is the
-/// note of a step that has come to its end.
+/// A note that stands for no step is nothing, and so is what says that a registry lies aside while one
+/// stands: the next start takes them away.
+State Laws::now() const {
+    const QByteArray note = SmallMac::applicationFolder + "/unfinished-step.json";
+    State state = _mac.state();
+    if (const auto value = json::parse(state.value(note)); value && value->toObject().isEmpty())
+        state.remove(note);
+    if (state.contains(SmallMac::applicationFolder + "/computed-folders.json"))
+        state.remove(SmallMac::applicationFolder + "/computed-folders.recovery.json");
+    return state;
+}
+
+/// What only remembers, and could not be written, is brought up to date by the next start.
 bool Laws::isSettledByTheNext(const Command& command, const State& wanted) {
-    State now = withoutPlaces(_mac.state());
-    now.remove(SmallMac::applicationFolder + "/unfinished-step.json");
-    if (now != withoutPlaces(wanted))
+    if (withoutPlaces(now()) != withoutPlaces(wanted))
         return false;
     _mac.run("list");
-    return _mac.state() == reference(command).settledAfter;
+    return now() == reference(command).settledAfter;
 }
 
 bool Laws::isWhole(const Command& command) {
     const Reference& expected = reference(command);
-    const State now = _mac.state();
+    const State now = this->now();
     return now == expected.before || now == expected.after || now == expected.settledAfter ||
            expected.between.contains(now) ||
            (withoutPlaces(now) == withoutPlaces(expected.before) && arePlacesKept(command));
@@ -140,13 +150,15 @@ QList<std::pair<QUuid, QUuid>> positions(const Pages& pages, const QUuid& folder
 struct Remembered {
     QSet<QUuid> places;
     QList<std::pair<QUuid, QUuid>> positions;
-    bool isRead = false; ///< states have numbers in place of new identifiers
 
-    explicit Remembered(const QByteArray& bytes) {
-        const auto read = json::decodeDocument<RememberedPlaces>(bytes);
+    /// As a state has it: what is new is all one here.
+    explicit Remembered(const QByteArray& state) {
+        const QString bytes = QString::fromUtf8(state).replace(
+            QRegularExpression(QStringLiteral("new-[0-9]+")),
+            QUuid(1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0).toString(QUuid::WithoutBraces));
+        const auto read = json::decodeDocument<RememberedPlaces>(bytes.toUtf8());
         if (!read)
             return;
-        isRead = true;
         for (const RememberedPlace& place : read->places)
             places.insert(place.id);
         positions = torture::positions(read->pages);
@@ -167,17 +179,16 @@ struct Remembered {
 /// Places are on the disk before the layout without their tiles is: what is cut off there may remember
 /// more than before, but nothing less, and each place lies where it lay, or where the command put it.
 bool Laws::arePlacesKept(const Command& command) {
-    const QMap<QByteArray, QByteArray> files = _mac.files();
+    const State state = _mac.state();
     const Reference& expected = reference(command);
-    const QMap<QByteArray, QByteArray>& built = _mac.builtFiles();
-    for (auto file = built.begin(); file != built.end(); ++file) {
+    for (auto file = expected.before.begin(); file != expected.before.end(); ++file) {
         if (!file.key().contains("/remembered-places"))
             continue;
         const Remembered before(*file);
-        const Remembered now(files.value(file.key()));
-        const auto isAsIn = [&](const State& state) {
-            const Remembered then(state.value(file.key()));
-            return then.isRead && now.positionsIn(then) == then.positionsIn(now);
+        const Remembered now(state.value(file.key()));
+        const auto isAsIn = [&](const State& reference) {
+            const Remembered then(reference.value(file.key()));
+            return now.positionsIn(then) == then.positionsIn(now);
         };
         if (!now.places.contains(before.places) ||
             !(isAsIn(expected.before) || isAsIn(expected.after) || isAsIn(expected.settledAfter)))
@@ -210,8 +221,13 @@ bool Laws::comesBack(const Command& command) {
     if (!command.isBroughtBack)
         return false;
     _mac.bringAllBack();
-    // Where things stood is remembered anew at each start: one more or less shows there.
-    return withoutPlaces(_mac.state()) == withoutPlaces(reference(command).allBack);
+    // Where things stood is remembered anew at each start: one more or less shows there. Of what never
+    // left there may be a record, which nobody is shown.
+    const auto told = [](State state) {
+        state.remove(SmallMac::applicationFolder + "/removals.json");
+        return withoutPlaces(state);
+    };
+    return told(now()) == told(reference(command).allBack) && _mac.run("cleanup restore").status != 0;
 }
 
 /// An application that the scan could not see has no place in what is arranged anew; once it is seen
@@ -222,11 +238,46 @@ bool Laws::holdsAll(const Command& command) {
     const auto tiles = [](const State& state) {
         QByteArrayList all = state.value(SmallMac::applicationFolder + "/layout.json").split('\n');
         all.removeIf([](const QByteArray& line) { return !line.contains("\"path\""); });
+        for (QByteArray& line : all)
+            line = line.trimmed(); // in a folder, or not
         std::ranges::sort(all);
         return all;
     };
     _mac.run("list");
     return tiles(_mac.state()) == tiles(reference(command).settledAfter);
+}
+
+/// A check that could not ask somebody says so, keeps what it knew of each application and of whose it
+/// is, or has the new, and the next one has it all.
+bool Laws::keepsWhatItKnew(const Command& command, bool isDone) {
+    if (!command.asksForUpdates)
+        return false;
+    const QByteArray path = SmallMac::applicationFolder + "/app-updates.json";
+    const auto cacheIn = [&](const State& state) {
+        return json::parse(state.value(path)).value_or(QJsonValue()).toObject();
+    };
+    const Reference& expected = reference(command);
+    State state = now();
+    const QJsonObject cache = cacheIn(state);
+    const QJsonObject before = cacheIn(expected.before);
+    const QJsonObject after = cacheIn(expected.after);
+    const auto known = [](const QJsonObject& some, const QString& key) {
+        const QJsonObject record = some.value(u"records").toObject().value(key).toObject();
+        return record.value(record.contains(u"lastKnownStatus") ? u"lastKnownStatus" : u"status");
+    };
+    const QJsonObject records = cache.value(u"records").toObject();
+    if (records.keys() != after.value(u"records").toObject().keys() ||
+        (isDone && cache.value(u"problems").toArray().isEmpty()))
+        return false;
+    for (const QString& key : records.keys())
+        if (known(cache, key) != known(before, key) && known(cache, key) != known(after, key))
+            return false;
+    for (const char* kept : {"owners", "skipped", "rolloutGroup"})
+        if (const QString key = QString::fromLatin1(kept); cache.value(key) != before.value(key))
+            return false;
+    state.insert(path, expected.before.value(path));
+    return withoutPlaces(state) == withoutPlaces(expected.before) &&
+           _mac.run(command.line).status == 0 && now() == expected.after;
 }
 
 QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience lenience) {
@@ -237,7 +288,7 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
         return with("it did not end");
     if (!ending.status && ending.signal != SIGKILL)
         return with("it crashed with signal " + QByteArray::number(ending.signal));
-    if (const QByteArray broken = brokenFile(&command); !broken.isEmpty())
+    if (const QByteArray broken = brokenFile(&command, lenience); !broken.isEmpty())
         return with(broken);
     if (!command.repairsRegistry)
         if (const QByteArray broken = putRegistryBack(); !broken.isEmpty())
@@ -245,7 +296,7 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
     if (command.keepsCopy && !isCopyKept())
         return with("another arrangement took the place of the first, of which no copy is kept");
     const Reference& expected = reference(command);
-    State now = _mac.state();
+    State now = this->now();
     const bool hasWarned = !ending.error.trimmed().isEmpty();
     if (ending.status == 0) {
         State wanted = expected.after;
@@ -253,8 +304,8 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
         const QByteArray usage = SmallMac::applicationFolder + "/app-usage.json";
         if ((hasWarned || lenience.warnsElsewhere) && now.value(usage) == expected.before.value(usage))
             wanted.insert(usage, now.value(usage));
-        if (now == wanted || isSettledByTheNext(command, wanted) || holdsAll(command) ||
-            (hasWarned && comesBack(command)))
+        if (now == wanted || keepsWhatItKnew(command, true) || isSettledByTheNext(command, wanted) ||
+            holdsAll(command) || (hasWarned && comesBack(command)))
             return {};
         return with("it said that it was done, but " + difference(wanted, now));
     }
@@ -262,13 +313,15 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
     if (ending.status && !lenience.mayFailLate && now == expected.after &&
         expected.after != expected.before && !expected.between.contains(now))
         return with("it said that it failed, and did it");
+    if (keepsWhatItKnew(command, false))
+        return {};
     if (!isWhole(command)) {
         _mac.run("list");
         if (ending.status && now.contains(SmallMac::applicationFolder + "/unfinished-step.json") &&
             _mac.state() == expected.settledAfter)
             return with("it said that it failed, and the next command did it");
         if (!isWhole(command)) {
-            now = _mac.state();
+            now = this->now();
             if (comesBack(command))
                 return {};
             return with("it was half done: from before, " + difference(expected.before, now) +

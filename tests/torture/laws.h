@@ -8,6 +8,9 @@ namespace tessellar::torture {
 struct Lenience {
     bool mayFailLate = false;    ///< after the last moment in which it could be taken back
     bool warnsElsewhere = false; ///< in the launcher's log
+    /// The registry of smart folders cannot be read for as long as the program runs, and is then set
+    /// aside, byte for byte, until the user puts it back.
+    bool hidesRegistry = false;
 };
 
 /// By which it is judged what came of a fault:
@@ -17,8 +20,9 @@ struct Lenience {
 ///    arrangement that another took the place of there is a copy.
 /// 3. After success what the command does is on the disk, and nothing else is.
 /// 4. A failure that was said is the last word that is true.
-/// 5. After failure or death all of it is there or none of it, at the latest once the next command has
-///    started; what went into the Trash comes back.
+/// 5. After failure all of it is there or none of it, at the latest once the next command has started;
+///    what went into the Trash comes back. So it is after death, of which a client of a launcher knows
+///    no more than that it had no answer.
 /// 6. What has failed can be done again.
 class Laws {
 public:
@@ -29,7 +33,7 @@ public:
     /// The law that was broken, and how; empty where all were kept.
     QByteArray broken(const Command& command, const Ending& ending, Lenience lenience = {});
     /// Of the second law alone, whatever the command may do to the registry of smart folders.
-    QByteArray brokenFile(const Command* command = nullptr) const;
+    QByteArray brokenFile(const Command* command = nullptr, Lenience lenience = {}) const;
 
 private:
     /// The states around a command without a fault.
@@ -42,6 +46,7 @@ private:
     };
     const Reference& reference(const Command& command);
     QList<State> statesWithin(const Command& command);
+    State now() const;
 
     bool isSettledByTheNext(const Command& command, const State& wanted);
     bool isWhole(const Command& command);
@@ -49,6 +54,7 @@ private:
     bool isCopyKept() const;
     bool comesBack(const Command& command);
     bool holdsAll(const Command& command);
+    bool keepsWhatItKnew(const Command& command, bool isDone);
     QByteArray putRegistryBack();
 
     SmallMac& _mac;

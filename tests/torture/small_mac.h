@@ -14,6 +14,7 @@ struct Command {
     bool isBroughtBack = false;   ///< a later command brings back what it moves to the Trash
     bool isOfAllSeen = false;     ///< it arranges anew what its scan has seen
     bool keepsCopy = false;       ///< of the arrangement, which another takes the place of
+    bool asksForUpdates = false;  ///< and may learn less than it could
     bool repairsRegistry = false; ///< that of smart folders, which is damaged before
 };
 

@@ -56,6 +56,14 @@ public:
     }
 
     bool wasReached() const { return _wasReached; }
+    bool isDeath() const {
+        return _fate.kind == Fate::Kind::killedBefore || _fate.kind == Fate::Kind::killedAfter;
+    }
+    /// It keeps whoever reads from a file, or from a folder on the way to it, for as long as he lives.
+    bool hides(const QByteArray& file) const {
+        return _wasReached && _isLasting && _kind == Kind::reads &&
+               (_path == "." || file == _path || file.startsWith(_path + '/'));
+    }
     Kind metKind() const { return _kind; } ///< of the call that met its fate
     const QList<Site>& sites() const { return _sites; }
 
@@ -98,6 +106,8 @@ void endedAsItCould(Ending& ending) {
         ending.signal = SIGKILL;
 }
 
+const QByteArray registry = SmallMac::applicationFolder + "/computed-folders.json";
+
 /// What was renamed is there although its folder could not be made safe.
 bool isSync(const QByteArrayList& parts) { return parts[1] == "fsync" || parts[1] == "fdatasync"; }
 
@@ -131,7 +141,7 @@ Ending Trials::runServed(const Command& command, const Programs::Decide& decide,
     Ending ending = programs.waitFor(client, secondsForAProgram);
     programs.signal(launcher, ending.status == 0 ? SIGKILL : SIGTERM);
     const Ending end = programs.waitFor(launcher, secondsForAProgram);
-    if (end.isLate)
+    if (end.isLate || (!end.status && end.signal != SIGKILL))
         return end;
     ending.error += end.error;
     return ending;
@@ -174,7 +184,9 @@ Verdict Trials::judgeCall(const QByteArrayList& parts) {
     Ending ending = programs.waitFor(program, secondsForAProgram);
     if (injection.metKind() == Kind::makesDescriptor)
         endedAsItCould(ending);
-    return {_laws.broken(*command, ending, {.mayFailLate = isSync(parts)}), injection.wasReached()};
+    return {_laws.broken(*command, ending,
+                         {.mayFailLate = isSync(parts), .hidesRegistry = injection.hides(registry)}),
+            injection.wasReached()};
 }
 
 Verdict Trials::judgeServed(const QByteArrayList& parts, Phase phase) {
@@ -183,8 +195,16 @@ Verdict Trials::judgeServed(const QByteArrayList& parts, Phase phase) {
         return {"there is no such command", false};
     _laws.prepare(*command);
     Injection injection(_mac, parts.sliced(1));
-    const Ending ending = runServed(*command, injection.asDecide(), phase);
-    return {_laws.broken(*command, ending, {.mayFailLate = isSync(parts), .warnsElsewhere = true}),
+    Ending ending = runServed(*command, injection.asDecide(), phase);
+    // Whoever had no answer says so, and knows no more.
+    if (injection.isDeath() && ending.error.contains("The launcher ended before it had answered.")) {
+        ending.status.reset();
+        ending.signal = SIGKILL;
+    }
+    return {_laws.broken(*command, ending,
+                         {.mayFailLate = isSync(parts),
+                          .warnsElsewhere = true,
+                          .hidesRegistry = injection.hides(registry)}),
             injection.wasReached()};
 }
 
