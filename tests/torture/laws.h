@@ -49,7 +49,7 @@ private:
     State now() const;
 
     bool isSettledByTheNext(const Command& command, const State& wanted);
-    bool isWhole(const Command& command);
+    bool isWhole(const Command& command, bool werePlacesKept = false);
     bool arePlacesKept(const Command& command);
     bool isCopyKept() const;
     bool comesBack(const Command& command);

@@ -196,6 +196,8 @@ Verdict Trials::judgeServed(const QByteArrayList& parts, Phase phase) {
     _laws.prepare(*command);
     Injection injection(_mac, parts.sliced(1));
     Ending ending = runServed(*command, injection.asDecide(), phase);
+    if (injection.metKind() == Kind::makesDescriptor)
+        endedAsItCould(ending);
     // Whoever had no answer says so, and knows no more.
     if (injection.isDeath() && ending.error.contains("The launcher ended before it had answered.")) {
         ending.status.reset();
