@@ -108,13 +108,17 @@ std::expected<void, QString> CleanupRecordStore::put(const CleanupRecord& record
     // What still lies in the Trash is not forgotten for their number.
     while (records.size() > maximumRecords && nextDone() != records.end())
         forgetOne();
-    for (;; forgetOne()) {
-        const auto written = saveJson(removals, RecordDocument{.records = records});
-        if (written)
-            return {};
-        if (written.error().code != FileError::Code::tooLarge || records.size() <= 1)
-            return std::unexpected(message(written.error()));
-    }
+    const auto encoded = [&records] {
+        return json::write(json::encode(RecordDocument{.records = records}));
+    };
+    QByteArray bytes = encoded();
+    for (; static_cast<std::uint64_t>(bytes.size()) > maximumBytes && records.size() > 1;
+         bytes = encoded())
+        forgetOne();
+    // A disk that takes less is no reason to forget.
+    if (const auto written = removals.write(bytes); !written)
+        return std::unexpected(message(written.error()));
+    return {};
 }
 
 } // namespace tessellar

@@ -62,14 +62,14 @@ std::expected<void, FileError> StepJournal::begin(const Files& before, const Fil
 }
 
 std::expected<void, FileError> StepJournal::end() {
-    // Written over, it stands for no step, and that is safe on the disk; where only the room for that
-    // is missing, it goes without.
+    // Written over, it stands for no step, and that is safe on the disk; where only the room for that is
+    // missing, it goes without.
     const auto ended = _file.write("{}");
+    if (!ended && ended.error().code != FileError::Code::noSpace)
+        return ended;
     const auto removed = _machine.files.remove(_file.path());
     const bool isGone = removed || removed.error().code == FileError::Code::notFound;
-    if (ended || (isGone && ended.error().code == FileError::Code::noSpace))
-        return {};
-    return ended;
+    return ended || isGone ? std::expected<void, FileError>() : removed;
 }
 
 std::optional<QString> StepJournal::importRecord() const {
