@@ -119,6 +119,11 @@ void ArrangementShelf::change(Mode mode, const QString& title, Make make, Done d
         });
 }
 
+/// The usual ones, which stand in for those that cannot be read, are not the user's to be kept.
+std::optional<ArrangementLayout> ArrangementShelf::knownSettings(const LiveLayout& layout) const {
+    return _machine.settings.isReadable() ? std::optional(layout.settings()) : std::nullopt;
+}
+
 void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
     if (const auto guarded = _history.guard(mode); !guarded)
         return done(std::unexpected(guarded.error()));
@@ -130,7 +135,7 @@ void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
         mode, Texts::tr(couldNotSave),
         [name = *kept, id = _machine.uuids.next(), now = _machine.clock.now(),
          document = layout.document(),
-         settings = layout.settings()](const SavedArrangements& saved) -> Made {
+         settings = knownSettings(layout)](const SavedArrangements& saved) -> Made {
             const auto bytes = saved.encoded(makeArrangement(id, name, now, document, settings));
             if (!bytes)
                 return std::unexpected(launcherError(bytes.error(), Texts::tr(couldNotSave)));
@@ -151,7 +156,7 @@ void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
     change(
         mode, title,
         [title, id, now = _machine.clock.now(), document = layout.document(),
-         settings = layout.settings()](const SavedArrangements& saved) -> Made {
+         settings = knownSettings(layout)](const SavedArrangements& saved) -> Made {
             const auto before = saved.bytes(id);
             const auto old = saved.read(id);
             if (!before || !old)

@@ -13,6 +13,7 @@
 namespace tessellar {
 
 class LauncherHistory;
+class LiveLayout;
 class LiveLayouts;
 
 /// The arrangements that the user saved, of each display mode: kept, changed, taken elsewhere and
@@ -54,6 +55,8 @@ public:
     Signal<> changed; ///< what is saved, or what can be undone
 
 private:
+    std::optional<ArrangementLayout> knownSettings(const LiveLayout& layout) const;
+
     /// What a change made of a file; nothing where there was or is none.
     struct Step {
         QString name;

@@ -56,7 +56,9 @@ void FileSettings::State::load() {
     values.clear();
     damaged = false;
     hasUnreadList = false;
-    const auto bytes = json.read();
+    auto bytes = json.read();
+    if (!bytes)
+        bytes = json.read(); // what passes at once costs no settings
     if (!bytes)
         return;
     if (*bytes) {
