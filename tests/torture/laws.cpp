@@ -298,6 +298,8 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
         return with("another arrangement took the place of the first, of which no copy is kept");
     const Reference& expected = reference(command);
     State now = this->now();
+    if (lenience.deniesLock && withoutPlaces(now) != withoutPlaces(expected.before))
+        return with("without the lock it changed " + difference(expected.before, now));
     const bool hasWarned = !ending.error.trimmed().isEmpty();
     if (ending.status == 0) {
         State wanted = expected.after;

@@ -11,6 +11,7 @@ struct Lenience {
     /// The registry of smart folders cannot be read for as long as the program runs, and is then set
     /// aside, byte for byte, until the user puts it back.
     bool hidesRegistry = false;
+    bool deniesLock = false; ///< for as long as the program runs: then nothing may change
 };
 
 /// By which it is judged what came of a fault:

@@ -59,6 +59,9 @@ public:
     bool isDeath() const {
         return _fate.kind == Fate::Kind::killedBefore || _fate.kind == Fate::Kind::killedAfter;
     }
+    bool denies(const QByteArray& file) const {
+        return _wasReached && _isLasting && _path == file && _place.startsWith("open");
+    }
     /// It keeps whoever reads from a file, or from a folder on the way to it, for as long as he lives.
     bool hides(const QByteArray& file) const {
         return _wasReached && _isLasting && _kind == Kind::reads &&
@@ -107,6 +110,7 @@ void endedAsItCould(Ending& ending) {
 }
 
 const QByteArray registry = SmallMac::applicationFolder + "/computed-folders.json";
+const QByteArray lock = SmallMac::applicationFolder + "/lock";
 
 /// What was renamed is there although its folder could not be made safe.
 bool isSync(const QByteArrayList& parts) { return parts[1] == "fsync" || parts[1] == "fdatasync"; }
@@ -185,7 +189,9 @@ Verdict Trials::judgeCall(const QByteArrayList& parts) {
     if (injection.metKind() == Kind::makesDescriptor)
         endedAsItCould(ending);
     return {_laws.broken(*command, ending,
-                         {.mayFailLate = isSync(parts), .hidesRegistry = injection.hides(registry)}),
+                         {.mayFailLate = isSync(parts),
+                          .hidesRegistry = injection.hides(registry),
+                          .deniesLock = injection.denies(lock)}),
             injection.wasReached()};
 }
 
