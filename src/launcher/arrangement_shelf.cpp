@@ -119,13 +119,17 @@ void ArrangementShelf::change(Mode mode, const QString& title, Make make, Done d
         });
 }
 
-/// The usual ones, which stand in for those that cannot be read, are not the user's to be kept.
-std::optional<ArrangementLayout> ArrangementShelf::knownSettings(const LiveLayout& layout) const {
-    return _machine.settings.isReadable() ? std::optional(layout.settings()) : std::nullopt;
+/// The usual ones, which stand in for settings that cannot be read, are not the user's to be kept.
+LauncherHistory::Outcome ArrangementShelf::guard(Mode mode, const QString& title) const {
+    if (!_machine.settings.isReadable())
+        return std::unexpected(LauncherError{QStringLiteral("settingsUnreadable"),
+                                             Texts::tr("The settings could not be read") + u'.',
+                                             title});
+    return _history.guard(mode);
 }
 
 void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
-    if (const auto guarded = _history.guard(mode); !guarded)
+    if (const auto guarded = guard(mode, Texts::tr(couldNotSave)); !guarded)
         return done(std::unexpected(guarded.error()));
     const auto kept = nameToKeep(name, Texts::tr(couldNotSave));
     if (!kept)
@@ -135,7 +139,7 @@ void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
         mode, Texts::tr(couldNotSave),
         [name = *kept, id = _machine.uuids.next(), now = _machine.clock.now(),
          document = layout.document(),
-         settings = knownSettings(layout)](const SavedArrangements& saved) -> Made {
+         settings = layout.settings()](const SavedArrangements& saved) -> Made {
             const auto bytes = saved.encoded(makeArrangement(id, name, now, document, settings));
             if (!bytes)
                 return std::unexpected(launcherError(bytes.error(), Texts::tr(couldNotSave)));
@@ -149,14 +153,14 @@ void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
 }
 
 void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
-    if (const auto guarded = _history.guard(mode); !guarded)
+    const QString title = Texts::tr("Could not replace arrangement");
+    if (const auto guarded = guard(mode, title); !guarded)
         return done(std::unexpected(guarded.error()));
     const LiveLayout& layout = _layouts[mode];
-    const QString title = Texts::tr("Could not replace arrangement");
     change(
         mode, title,
         [title, id, now = _machine.clock.now(), document = layout.document(),
-         settings = knownSettings(layout)](const SavedArrangements& saved) -> Made {
+         settings = layout.settings()](const SavedArrangements& saved) -> Made {
             const auto before = saved.bytes(id);
             const auto old = saved.read(id);
             if (!before || !old)

@@ -13,7 +13,6 @@
 namespace tessellar {
 
 class LauncherHistory;
-class LiveLayout;
 class LiveLayouts;
 
 /// The arrangements that the user saved, of each display mode: kept, changed, taken elsewhere and
@@ -55,7 +54,7 @@ public:
     Signal<> changed; ///< what is saved, or what can be undone
 
 private:
-    std::optional<ArrangementLayout> knownSettings(const LiveLayout& layout) const;
+    std::expected<void, LauncherError> guard(LauncherWindowMode mode, const QString& title) const;
 
     /// What a change made of a file; nothing where there was or is none.
     struct Step {
