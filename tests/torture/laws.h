@@ -11,6 +11,7 @@ struct Lenience {
     /// The registry of smart folders cannot be read for as long as the program runs, and is then set
     /// aside, byte for byte, until the user puts it back.
     bool hidesRegistry = false;
+    bool hidesSome = false;  ///< a read failed: a scan may have seen less than there is
     bool deniesLock = false; ///< for as long as the program runs: then nothing may change
 };
 

@@ -191,6 +191,7 @@ Verdict Trials::judgeCall(const QByteArrayList& parts) {
     return {_laws.broken(*command, ending,
                          {.mayFailLate = isSync(parts),
                           .hidesRegistry = injection.hides(registry),
+                          .hidesSome = injection.metKind() == Kind::reads,
                           .deniesLock = injection.denies(lock)}),
             injection.wasReached()};
 }
@@ -212,7 +213,8 @@ Verdict Trials::judgeServed(const QByteArrayList& parts, Phase phase) {
     return {_laws.broken(*command, ending,
                          {.mayFailLate = isSync(parts),
                           .warnsElsewhere = true,
-                          .hidesRegistry = injection.hides(registry)}),
+                          .hidesRegistry = injection.hides(registry),
+                          .hidesSome = injection.metKind() == Kind::reads}),
             injection.wasReached()};
 }
 
