@@ -6,10 +6,10 @@
 
 namespace tessellar {
 
-/// The listening socket that the system opened for this program when it started it on demand; nothing
-/// when it was started otherwise. The build chooses the implementation: activated_socket.cpp (systemd),
-/// or macos/activated_socket.cpp (launchd, which has no tool that could hand it over; its C library has
-/// the call. Unproven: compiled, never run).
+/// The listening socket that the system passed to this program when starting it on demand; nullopt when
+/// it was started any other way. The build picks the implementation: activated_socket.cpp (systemd) or
+/// macos/activated_socket.cpp (launchd, through its C call, as no tool hands the socket over. Unproven:
+/// compiled, never run).
 std::optional<Descriptor> activatedSocket();
 
 } // namespace tessellar

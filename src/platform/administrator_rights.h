@@ -6,24 +6,24 @@
 
 namespace tessellar {
 
-// Administrator's rights that one program obtains from the system and another checks. The build chooses
-// the implementation: administrator_rights.cpp, where the system is asked about the peer itself and
-// there is nothing to carry, or macos/administrator_rights.cpp.
+// Administrator's rights that one program obtains and another verifies. The build picks the
+// implementation: macos/administrator_rights.cpp, or administrator_rights.cpp where the verifier asks
+// the system about its peer and no grant is passed.
 //
-// On a Mac this is Authorization Services' C interface and not `osascript ... with administrator
-// privileges`: that runs a command as root, while the helper needs proof that the user agreed to this
-// request, in a form that it can check. Unproven: compiled against declarations, never run.
+// macOS uses the C interface of Authorization Services rather than `osascript ... with administrator
+// privileges`: the latter only runs a command as root, while the helper needs verifiable proof that the
+// user agreed to this request. Unproven: compiled against declarations, never run.
 
 enum class RightsRefusal { canceled, denied, externalizationFailed };
 
-/// Whether grants are carried at all.
+/// Whether this platform passes grants between programs.
 bool carriesAdministratorGrants();
 
-/// Asks for an administrator's rights, with a prompt where the system wants one; blocks. The external
-/// form of the grant.
+/// Requests administrator's rights, prompting the user if the system wants to, and returns the grant in
+/// its external form. Blocks.
 std::expected<QByteArray, RightsRefusal> obtainAdministratorGrant();
 
-/// Whether a grant from another program holds now. Asks nobody.
+/// Whether a grant obtained by another program is valid now. Never prompts.
 bool isAdministratorGrant(const QByteArray& grant);
 
 } // namespace tessellar

@@ -9,15 +9,14 @@
 
 namespace tessellar {
 
-/// True for a regular file that begins as the Finder's alias files do. Reads at most 16 bytes.
+/// True for a regular file with the header of a Finder alias. Reads at most 16 bytes.
 std::expected<bool, FileError> isAliasFile(const FileSystem& files, const QString& path);
 
-/// Where an alias file points, as far as its bytes say: the path components of its first table that
-/// has them. Nothing for a file that is none, is damaged or larger than 1 MiB. The target need not
-/// exist.
+/// The path stored in a Finder alias file; the target need not exist. nullopt for any other file, and
+/// for one that is damaged or larger than 1 MiB.
 std::optional<QString> aliasTarget(const FileSystem& files, const QString& path);
 
-/// The same for bytes at hand. Every offset is bounded; a loop among its tables ends the reading.
+/// The same for bytes in memory. Offsets are bounds-checked and cycles among the tables detected.
 std::optional<QString> aliasTarget(const QByteArray& bytes);
 
 } // namespace tessellar

@@ -8,19 +8,18 @@
 
 namespace tessellar {
 
-/// Writes a stored file behind the main thread: a write is handed over in microseconds, encoded and
-/// written on the lane for saving, in the order of the calls. Of writes that wait only the last is
-/// done: it is what the others would have led to.
+/// Writes a stored file off the main thread. A call takes microseconds; encoding and writing happen on
+/// the saving lane, in the order of the calls. Only the latest of the pending writes is carried out.
 ///
-/// One thread at a time, and the main thread once something is written. Destroying it leaves what was
-/// handed over to be written, and nobody told.
+/// Not thread-safe; main thread only once something has been written. Destroying it still writes what
+/// is pending, but calls no callbacks.
 class BackgroundFile {
 public:
     using Result = std::expected<void, FileError>;
     using Done = MoveOnlyFunction<void(Result)>;
-    /// Makes the bytes, on the worker.
+    /// Produces the bytes; called on the worker.
     using Encode = MoveOnlyFunction<std::expected<QByteArray, FileError>()>;
-    /// Stands for one write; later ones are greater.
+    /// Identifies one write; increases with each.
     using Ticket = std::uint64_t;
 
     BackgroundFile(WorkerPool& workers, StoredFile file);
@@ -31,23 +30,24 @@ public:
     const QString& path() const { return _path; }
 
     Ticket write(Encode encode);
-    /// What became of a write: absent while it waits or runs. One that a later write took the place of
-    /// shares its result.
+    /// The outcome of a write; nullopt while it is pending or running. A superseded write has the
+    /// result of the one that replaced it.
     std::optional<Result> result(Ticket ticket) const;
-    /// Why the last finished write failed; empty once one has succeeded.
+    /// Why the last finished write failed; nullopt if it succeeded.
     std::optional<FileError> lastError() const;
-    /// Blocks until all that was handed over is on the disk, or has failed; gives the last result.
+    /// Blocks until every write so far has finished; returns the last result.
     Result wait() const;
-    /// For a file that may only be written after this one. To be called in its turn on the lane for
-    /// saving: writes what still waits here, and gives what became of all that is handed over by now.
+    /// For a file that must only be written after this one. Call the returned function on the saving
+    /// lane: it carries out what is still pending here and returns the result.
     std::function<Result()> written() const;
-    /// Calls `done` on the main thread once that is so, with that result.
+    /// Calls `done` on the main thread with the last result, once every write so far has finished.
     void whenWritten(Done done);
-    /// Waits for what runs, then reads. From any thread as long as nothing is handed over.
+    /// Waits for the running write, then reads. Callable from any thread while nothing is being
+    /// written.
     std::expected<std::optional<QByteArray>, FileError> read();
-    /// As of a stored file.
+    /// As StoredFile::setAside.
     std::expected<QString, FileError> setAside(const Clock& clock, const QUuid& tag);
-    /// Waits, then forgets what failed: the file has left its place, and may be written again.
+    /// Waits, then clears the error: the file was moved away and may be written again.
     void forget();
 
 private:

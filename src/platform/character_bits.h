@@ -7,8 +7,8 @@
 
 namespace tessellar {
 
-/// Which characters a text has, each as one of 64 bits: a text that lacks one of another's does not
-/// contain it. One instruction rules a text out where many are searched for a few words.
+/// A 64-bit set of the characters in a text, hashed: a text whose set lacks a bit of another's cannot
+/// contain it. Rules out most texts with one instruction when searching many for a few words.
 class CharacterBits {
 public:
     CharacterBits() = default;

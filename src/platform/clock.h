@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-/// Where the present moment comes from. Nothing else in the system reads a clock.
+/// The source of the current time; nothing else reads a clock.
 class Clock {
 public:
     virtual ~Clock() = default;

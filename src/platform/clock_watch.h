@@ -6,8 +6,8 @@
 
 namespace tessellar {
 
-/// Tells when the clock has leapt: the machine has slept, the clock was set, or its time zone is
-/// another one. An interface, so that tests can say so.
+/// Notifies when the clock jumps: after sleep, when the clock is set, or when the time zone changes. An
+/// interface, so that tests can fake it.
 class ClockWatch {
 public:
     virtual ~ClockWatch() = default;
@@ -15,7 +15,7 @@ public:
     Signal<> leapt;
 };
 
-/// By what the system tells; where it tells nothing, `leapt` is never heard. Main thread.
+/// Uses the system's notifications; without them `leapt` never fires. Main thread.
 std::unique_ptr<ClockWatch> makeClockWatch();
 
 } // namespace tessellar

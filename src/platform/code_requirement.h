@@ -12,8 +12,8 @@ inline QString unverifiedSignature() {
     return Texts::tr("Could not verify Tessellar’s code signature.");
 }
 
-/// The requirement that the code of a peer must satisfy. Nothing for an identifier or team that could
-/// end its quotes, or is empty.
+/// The code-signing requirement for a peer. nullopt if an identifier is empty or contains characters
+/// that would end its quotes.
 std::optional<QString> codeRequirement(const QString& bundleIdentifier, const QString& teamIdentifier);
 
 } // namespace tessellar

@@ -5,13 +5,13 @@
 
 namespace tessellar {
 
-/// Settings in the Mac's own store of user defaults, through its tool /usr/bin/defaults: other
-/// programs may hold that store open, so its files are not for us to write. Each `set` runs the tool
-/// and waits for it: once for one value, and for several once to learn the domain as it is now and once
-/// to put it back changed. A tool that fails costs only the defaults when reading.
+/// Settings in macOS user defaults, through /usr/bin/defaults: other programs may have the store open,
+/// so its files must not be written directly. Each `set` blocks on the tool: one run for a single
+/// value; two for several, to export the domain and import it changed. If reading fails, the defaults
+/// apply.
 class DefaultsSettings final : public Settings {
 public:
-    /// `domain` is the application's identifier, `environment` that of the user.
+    /// `domain` is the application's identifier, `environment` the user's.
     DefaultsSettings(const FileSystem& files, CommandRunner& commands,
                      std::map<QByteArray, QByteArray> environment, const QString& domain);
 

@@ -17,7 +17,7 @@ public:
         std::swap(_descriptor, other._descriptor);
         return *this;
     }
-    /// Keeps errno, so that it may run between a failure and its report.
+    /// Preserves errno, so that it may run between a failure and its report.
     ~Descriptor() {
         if (_descriptor >= 0) {
             const int kept = errno;
@@ -34,7 +34,7 @@ private:
     int _descriptor = -1;
 };
 
-/// Calls again while a signal interrupts; for calls that give -1 and errno.
+/// Retries while interrupted by a signal (EINTR); for calls that return -1 and set errno.
 template <typename Call>
 auto retrying(Call call) {
     auto result = call();

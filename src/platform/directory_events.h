@@ -8,33 +8,34 @@
 
 namespace tessellar {
 
-/// The system's own notices about folders: inotify, on a Mac kqueue. One thread adds, removes and
+/// The system's notifications about folders: inotify, or kqueue on macOS. One thread adds, removes and
 /// waits; any thread may wake it. Costs nothing while nothing changes.
 class DirectoryEvents {
 public:
     struct Event {
         enum class Kind {
-            entries, ///< something in the folder came, went or was renamed
-            gone,    ///< the folder itself; its watch has ended
+            entries, ///< an entry appeared, vanished or was renamed
+            gone,    ///< the folder itself was removed; its watch has ended
             lost,    ///< events were dropped: anything may have changed
-            mounted, ///< a volume came or went: a path may lead to another folder than before
+            mounted, ///< a volume was mounted or unmounted: a path may now lead to another folder
         };
         Kind kind = Kind::entries;
         int watch = -1;
-        QByteArray name = {}; ///< of `entries`, where the system tells
+        QByteArray name = {}; ///< for `entries`, if the system reports it
     };
 
     virtual ~DirectoryEvents() = default;
-    /// A number for the watch of a folder, never that of one that goes on; or an errno. ENOSPC, EMFILE,
-    /// ENFILE and ENOMEM mean that the system has no more to give.
+    /// Starts watching a folder; returns a watch number unique among the active watches, or an errno.
+    /// ENOSPC, EMFILE, ENFILE and ENOMEM mean that the system is out of watches.
     virtual std::expected<int, int> add(const QByteArray& hostPath) = 0;
     virtual void remove(int watch) = 0;
-    /// Blocks until there are events or someone wakes it; then there may be none.
+    /// Blocks until there are events or `wake` is called; may return none.
     virtual QList<Event> wait() = 0;
     virtual void wake() = 0;
 };
 
-/// Those of this system. Where it has none to give, every `add` fails with the limit's errno.
+/// The implementation for this system. If it is unavailable, every `add` fails with the errno of the
+/// limit.
 std::unique_ptr<DirectoryEvents> makeDirectoryEvents();
 
 } // namespace tessellar

@@ -11,13 +11,12 @@
 
 namespace tessellar {
 
-/// Lists an open folder in large pieces, with types and without a stat call for each entry; where the
-/// file system keeps no types, they are asked for one by one. Reuse it: its buffer is expensive to
-/// make. One thread at a time.
+/// Lists an open folder in large reads, with entry types and no stat per entry (except where the file
+/// system stores no types). Reuse it: its buffer is expensive to allocate. Not thread-safe.
 class DirectoryReader {
 public:
     struct Entry {
-        const char* name = nullptr; ///< ends in a zero byte
+        const char* name = nullptr; ///< null-terminated
         std::size_t size = 0;
         FileType type = FileType::other;
 
@@ -29,11 +28,11 @@ public:
     DirectoryReader(const DirectoryReader&) = delete;
     DirectoryReader& operator=(const DirectoryReader&) = delete;
 
-    /// Begins with a folder that was opened for reading, at its start. The descriptor stays the
-    /// caller's and must outlive the reading.
+    /// Starts listing a folder opened for reading, from its start. The caller keeps the descriptor and
+    /// must keep it open while reading.
     void begin(int directory);
-    /// The next entries, without "." and ".."; none at the end. They hold until the next call. The
-    /// error is errno's.
+    /// The next batch, without "." and ".."; empty at the end. Valid until the next call. The error is
+    /// an errno.
     std::expected<std::span<const Entry>, int> next();
 
 private:

@@ -11,16 +11,17 @@
 
 namespace tessellar {
 
-/// Tells which folders have changed: entries that came, went or were renamed, not what is in files. A
-/// thread of its own waits for the system's notices, so that neither a storm of them nor a server that
-/// does not answer holds up the main thread; while nothing changes it makes no system call.
+/// Reports folders whose entries were added, removed or renamed; not changes of file contents. Its own
+/// thread waits for the system's notifications, so neither a flood of them nor a hung server blocks the
+/// main thread; it makes no system calls while nothing changes.
 ///
-/// - A missing folder is reported when it appears, a removed one when it goes and when it returns; so
-///   is a folder when a volume is mounted over it or unmounted.
-/// - Where the system is out of watches, the remaining folders are polled every ten seconds; the log
-///   says so. While no thread can be made, nothing is watched; that is tried again as often.
+/// - A missing folder is reported when it appears, a removed one when it vanishes and when it returns;
+/// a folder also when a volume is mounted over it or unmounted.
+/// - If the system runs out of watches, the remaining folders are polled every ten seconds, which is
+/// logged. If no thread can be created, nothing is watched and creation is retried at the same
+/// interval.
 ///
-/// Made, called and destroyed on the main thread, which is where the listener is called.
+/// Main thread only; calls the listener there.
 class DirectoryWatcher {
 public:
     using Listener = std::function<void(const QStringList& changedDirectories)>;
@@ -32,11 +33,11 @@ public:
     DirectoryWatcher(const DirectoryWatcher&) = delete;
     DirectoryWatcher& operator=(const DirectoryWatcher&) = delete;
 
-    /// Watches these folders (resolved paths) in place of those before. A folder that is new among them
-    /// and was changed since `since` counts as changed: nothing is missed between someone's reading of
-    /// it and the beginning of its watch. `done` is called when the watches stand.
+    /// Replaces the set of watched folders (resolved paths). A new one that changed after `since` is
+    /// reported, so nothing is missed between the caller's last scan and the start of the watch. `done`
+    /// is called once the watches are active.
     void watch(const QStringList& directories, Instant since, std::function<void()> done = {});
-    /// True while some folders are polled: the system is out of watches.
+    /// True while some folders are polled because the system is out of watches.
     bool isPolling() const { return _isPolling; }
 
 private:

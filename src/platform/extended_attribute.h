@@ -8,9 +8,8 @@
 
 namespace tessellar {
 
-/// The value of an extended attribute of a file or folder, if it has one of no more than so many bytes.
-/// On a Mac its name is as given; elsewhere it is among the user's own ("user." and the name). Does not
-/// read the file.
+/// The value of an extended attribute; nullopt if missing or longer than `maximumBytes`. `name` is used
+/// as is on macOS and prefixed with "user." elsewhere. Does not read the file's contents.
 std::optional<QByteArray> extendedAttribute(const FileSystem& files, const QString& path,
                                             const char* name, std::size_t maximumBytes);
 

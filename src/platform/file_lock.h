@@ -6,8 +6,8 @@
 
 namespace tessellar {
 
-/// An advisory lock between processes of one user. Held while this object lives; the system releases it
-/// however the process ends. The file stays, with the name of whoever held it last.
+/// An advisory lock between processes of one user, held for this object's lifetime; the system releases
+/// it however the process ends. The file is left behind, with the last holder's name in it.
 class FileLock {
 public:
     FileLock() = default;
@@ -18,11 +18,11 @@ public:
     }
     ~FileLock();
 
-    /// The lock, or nothing when somebody else holds it. Creates the file; does not wait. `name` is
-    /// what others are told of the holder, as far as the disk has room for it.
+    /// nullopt if another process holds the lock. Creates the file; does not block. `name` is shown to
+    /// others as the holder, truncated if the disk is full.
     static std::expected<std::optional<FileLock>, FileError>
     tryLock(const FileSystem& files, const QString& path, const QString& name = {});
-    /// Who holds the lock by its own account; empty where that is not known.
+    /// The name that the holder gave; empty if unknown.
     static QString holder(const FileSystem& files, const QString& path);
 
 private:

@@ -32,7 +32,7 @@ struct FileError {
         io,
     };
     Code code = Code::io;
-    QString path; ///< as the launcher speaks of it, not as the host does
+    QString path; ///< the launcher's path, not the host's
 
     bool operator==(const FileError&) const = default;
 };
@@ -48,7 +48,7 @@ struct Place;
 
 enum class FileType { regular, directory, symbolicLink, other };
 
-/// What `stat` tells. Device and inode identify a file while it exists.
+/// The result of `stat`. Device and inode identify a file while it exists.
 struct FileStatus {
     FileType type = FileType::other;
     std::uint64_t size = 0;
@@ -58,12 +58,12 @@ struct FileStatus {
     std::uint32_t owner = 0;
     Instant modified;
     Instant changed;                ///< status change
-    std::optional<Instant> created; ///< where the file system keeps it
+    std::optional<Instant> created; ///< if the file system records it
 
     bool operator==(const FileStatus&) const = default;
 };
 
-/// One entry of a directory. `name` holds the bytes on the disk; they need not be UTF-8.
+/// One directory entry. `name` holds the raw bytes, which need not be UTF-8.
 struct DirectoryEntry {
     QByteArray name;
     FileType type = FileType::other; ///< of the entry itself: links are not followed
@@ -71,33 +71,30 @@ struct DirectoryEntry {
     bool operator==(const DirectoryEntry&) const = default;
 };
 
-/// The machine's files under the paths of a Mac ("/Applications", "/System/Library").
+/// The machine's files, addressed by a Mac's paths ("/Applications", "/System/Library").
 ///
-/// On a Mac the root is "/"; elsewhere it may be any folder that holds a Mac's layout, as package
-/// managers have it with --root. Every path given or returned here is absolute and relative to that
-/// root; symbolic links, absolute ones too, resolve inside it and "..", wherever it stands, does not
-/// lead out of it. What a tool or the system is to be told is mapped with `hostPath` at that moment.
+/// On macOS the root is "/"; elsewhere it may be any folder with a Mac's layout (--root). All paths,
+/// given or returned, are absolute and relative to that root. Symbolic links, even absolute ones, and
+/// ".." resolve inside it. Map paths with `hostPath` only when passing them to a tool or the system.
 ///
-/// Names on a disk are bytes. Those that are UTF-8 are their text; any other byte is one lone surrogate
-/// (U+DC80 to U+DCFF) in a path, so that every file can be named and `fromHostBytes` and `toHostBytes`
-/// undo one another.
+/// File names are bytes. Valid UTF-8 is decoded; any other byte becomes a lone surrogate (U+DC80 to
+/// U+DCFF), so every file can be named and `fromHostBytes` and `toHostBytes` are inverses.
 ///
-/// A trailing slash means nothing. Holds no state but the root and whether it may be changed; any
-/// thread may use it.
+/// Trailing slashes are ignored. Immutable apart from `refuseChanges`, and thread-safe.
 class FileSystem {
 public:
-    /// The root is made absolute; it need not exist yet.
+    /// The root is made absolute; it need not exist.
     explicit FileSystem(const QString& hostRoot = QStringLiteral("/"));
 
     QString hostRoot() const { return _root.isEmpty() ? QStringLiteral("/") : _root; }
-    /// Where `path` lies on the host, its bytes as the host takes them. Links are not resolved, and
-    /// ".." goes by text. Empty for a path that is not absolute or cannot be written in bytes.
+    /// The path on the host, in its bytes. Textual: resolves ".." but not links. Empty if `path` is not
+    /// absolute or has no byte form.
     QByteArray hostPath(const QString& path) const;
-    /// The other way: the path under the root of a host path, or nothing for one outside it.
+    /// The inverse of `hostPath`; nullopt for a path outside the root.
     std::optional<QString> pathFromHost(const QByteArray& hostPath) const;
 
     static QString fromHostBytes(QByteArrayView bytes);
-    /// Nothing for text that no bytes stand for: a zero character or half a surrogate pair.
+    /// nullopt for text that no bytes decode to: a null character or half a surrogate pair.
     static std::optional<QByteArray> toHostBytes(const QString& text);
 
     std::expected<FileStatus, FileError> status(const QString& path) const;     ///< follows links
@@ -107,43 +104,44 @@ public:
     bool isRegularFile(const QString& path) const;
     bool isExecutableFile(const QString& path) const; ///< by this process
 
-    /// The path with every link resolved; fails where something on the way is missing.
+    /// Resolves every link; fails if any component is missing.
     std::expected<QString, FileError> resolved(const QString& path) const;
     std::expected<QByteArray, FileError> linkTarget(const QString& path) const;
 
-    /// The entries in the order of their bytes, without "." and "..".
+    /// Sorted bytewise, without "." and "..".
     std::expected<QList<DirectoryEntry>, FileError> entries(const QString& path) const;
 
-    /// Opens a folder or regular file for reading, following links. A pipe, socket or device is
-    /// `notARegularFile`; it is not opened, because that alone can wake or change something.
+    /// Opens a folder or regular file for reading, following links. A pipe, socket or device gives
+    /// `notARegularFile` and is never opened, as opening can have side effects.
     std::expected<Descriptor, FileError> open(const QString& path) const;
-    /// Opens a folder for listing; a link to one is `notADirectory`.
+    /// Opens a folder for listing; a link to a folder gives `notADirectory`.
     std::expected<Descriptor, FileError> openFolder(const QString& path) const;
-    /// The whole of a regular file. A larger one is `tooLarge`, even when it grows while it is read.
+    /// The contents of a regular file; `tooLarge` beyond `maximumBytes`, even if it grows while being
+    /// read.
     std::expected<QByteArray, FileError> read(const QString& path, std::uint64_t maximumBytes) const;
 
-    /// Replaces `path` by a file with these bytes, or leaves it as it was; see atomic_file.h.
+    /// Replaces the file at `path`, or leaves it untouched; see atomic_file.h.
     std::expected<void, FileError> writeAtomically(const QString& path, const QByteArray& bytes) const;
-    /// Makes the folder and those on the way to it, where they are missing.
+    /// Creates the folder and its missing parents.
     std::expected<void, FileError> createDirectories(const QString& path) const;
-    /// From now on every change fails with `why`, and nothing is written: for a program that may only
-    /// look. To be called before other threads use it.
+    /// Makes every change fail with `why` from now on: for read-only programs. Call before other
+    /// threads use this object.
     void refuseChanges(const FileError& why) { _refusal = why; }
-    // What these two did outlives a loss of power, as far as the volume can flush a folder.
-    /// Renames within one volume and replaces nothing (`alreadyExists`).
+    // `move` and `remove` are flushed to the disk, as far as the volume supports flushing a folder.
+    /// Renames within one volume; never replaces (`alreadyExists`).
     std::expected<void, FileError> move(const QString& from, const QString& to) const;
-    /// Removes a file or link; a directory only when it is empty.
+    /// Removes a file, a link or an empty directory.
     std::expected<void, FileError> remove(const QString& path) const;
 
-    /// Purely by text: absolute, "." and ".." taken out, no doubled or trailing slash.
+    /// Textual: makes the path absolute, resolves "." and "..", drops doubled and trailing slashes.
     static QString standardized(const QString& path);
-    /// True when `path` is `directory` or lies in it, compared by component.
+    /// True if `path` equals `directory` or lies in it, compared by component.
     static bool isWithin(const QString& path, const QString& directory);
     static QString joined(const QString& directory, const QString& name);
     static QString fileName(const QString& path);
     static QString parent(const QString& path);
-    /// The last extension without the dot, as written; empty when there is none or the name begins
-    /// with its only dot.
+    /// The last extension without the dot, as written; empty if there is none, or if the only dot is
+    /// the first character.
     static QString extension(const QString& path);
 
 private:
@@ -156,7 +154,7 @@ private:
 
     QString _root; ///< host path without a trailing slash; empty for "/"
     QByteArray _rootBytes;
-    QString _canonicalRoot; ///< the same without links, as tools may answer with it
+    QString _canonicalRoot; ///< with links resolved, as tools may return it
     std::optional<FileError> _refusal;
 };
 

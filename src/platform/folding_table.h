@@ -8,8 +8,8 @@
 
 namespace tessellar {
 
-/// Folding of case, diacritics and width by one look-up a character; `Locale` says what the folding is.
-/// There are two, made on first use and kept: for Turkic languages, and for all others.
+/// Folds case, diacritics and width with one table look-up per character; `Locale` defines the folding.
+/// Two tables, built on first use: one for Turkic languages, one for all others.
 class FoldingTable {
 public:
     static const FoldingTable& forLanguage(const QString& languageCode);
@@ -24,8 +24,8 @@ private:
     void fill();
 
     std::uint32_t _caseOptions;
-    /// What a code unit of text in NFC becomes, or one of the escapes, which are surrogates and so
-    /// nothing that a character could become.
+    /// Maps each code unit of NFC text to its folding, or to an escape: a surrogate, which no character
+    /// folds to.
     std::array<char16_t, 0x10000> _units;
     std::map<char16_t, QString> _expansions; ///< ß to ss, ligatures
 };

@@ -10,8 +10,8 @@
 
 namespace tessellar {
 
-/// Calls `work` for each index below `count`, on this thread and on others, `share` indices at a time:
-/// as many as are worth a thread's start. Returns when all are done. `work` must not throw.
+/// Calls `work` for each index below `count`, on this thread and helpers, in batches of `share`: choose
+/// it large enough to be worth starting a thread. Blocks until all are done. `work` must not throw.
 template <typename Work>
 void forEachIndex(qsizetype count, unsigned threads, qsizetype share, const Work& work) {
     std::atomic<qsizetype> next{0};
@@ -26,7 +26,7 @@ void forEachIndex(qsizetype count, unsigned threads, qsizetype share, const Work
         for (qsizetype i = 1; i < std::min<qsizetype>(threads, shares); ++i)
             helpers.emplace_back(run);
     } catch (const std::system_error&) {
-        // No thread to be had: those at hand do all of it.
+        // Out of threads: the existing ones do all the work.
     }
     run();
 }

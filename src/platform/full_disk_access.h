@@ -4,12 +4,13 @@
 
 namespace tessellar {
 
-/// Whether a Mac lets this program see what it guards of the user's. Elsewhere there is no such guard.
+/// Whether macOS lets this program read the user's protected files. Other systems have no such
+/// protection.
 enum class FullDiskAccess { granted, denied, notGuarded };
 
-/// No call says so: the system's own list of such permissions is what the guard surely covers, so
-/// whether it opens is the answer. Works on a folder that holds a Mac's layout as well, therefore here
-/// and not in macos/. Touches the disk; for a worker.
+/// Probes by opening the system's own database of such permissions, which is always protected; no API
+/// reports it. Not in macos/, as it also works on a folder with a Mac's layout. Reads the disk; call on
+/// a worker.
 FullDiskAccess fullDiskAccess(const FileSystem& files, const QString& home);
 
 } // namespace tessellar

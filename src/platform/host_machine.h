@@ -8,26 +8,26 @@
 
 namespace tessellar {
 
-/// What a program was told about the machine it is to run on.
+/// How to set up the machine that a program runs on.
 struct MachineOptions {
-    /// A host folder that holds a Mac's layout; without it the machine is this one.
+    /// A host folder with a Mac's layout; nullopt for this machine.
     std::optional<QString> root;
-    /// The user's home, under the root. Without it: with a root the only folder of its "Users", else
+    /// The user's home, under the root. nullopt: with a root, the only folder in its "Users"; else
     /// $HOME.
     std::optional<QString> home;
-    std::optional<QString> locale; ///< an identifier; without it the user's own
-    std::optional<Instant> now;    ///< a clock that stands still, for reproducible output
+    std::optional<QString> locale; ///< an identifier; nullopt for the user's own
+    std::optional<Instant> now;    ///< freezes the clock, for reproducible output
 };
 
-/// The real parts of a machine, made in their order and kept together. On the main thread, after the
+/// Owns the real parts of a machine, constructed in dependency order. Main thread only; needs a
 /// QCoreApplication.
 class HostMachine {
 public:
-    /// Or why there is no such machine, in one sentence.
+    /// The error is one sentence for the user.
     static std::expected<std::unique_ptr<HostMachine>, QString> make(const MachineOptions& options);
 
     Machine& machine() { return *_machine; }
-    /// As of the file system.
+    /// See FileSystem::refuseChanges.
     void refuseChanges(const FileError& why) { _files.refuseChanges(why); }
 
 private:
@@ -46,7 +46,7 @@ private:
     StandardErrorLog _log;
     std::map<QByteArray, QByteArray> _environment;
     std::unique_ptr<Machine> _machine;
-    WorkerPool _workers; // last: work that is still running uses all the others
+    WorkerPool _workers; // last: running work uses all other members
 };
 
 } // namespace tessellar

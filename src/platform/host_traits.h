@@ -4,23 +4,23 @@
 
 namespace tessellar {
 
-// Differences between platforms that the window cares about. The build chooses the implementation:
-// host_traits.cpp, or macos/host_traits.cpp on a Mac.
+// Platform differences that matter to the window. The build picks the implementation: host_traits.cpp,
+// or macos/host_traits.cpp on macOS.
 
-/// The most memory that this program has had resident so far, in KiB; 0 where the system does not say.
+/// This program's peak resident memory in KiB; 0 if unknown.
 qint64 peakResidentMemory();
 
-/// Whether the graphics processor can be relied on to draw.
+/// Whether hardware rendering can be relied on.
 bool hasReliableGraphics();
 
-/// Whether a program goes on without a window, to be brought back at once.
+/// Whether the program keeps running without a window, ready to show it again at once.
 bool staysWithoutWindow();
 
-/// Font families to look for before the system's own; empty where that is the right one.
+/// Font families to prefer to the system's default; empty to use the default.
 QStringList preferredFontFamilies();
 
-/// Where this program carries the component that registers the removal helper with the system, as a
-/// path under "/"; empty where the helper is installed by hand.
+/// The folder, under "/", of the component that registers the removal helper with the system; empty
+/// where the helper is installed by hand.
 QString helperSetupFolder();
 
 } // namespace tessellar

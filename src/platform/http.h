@@ -12,14 +12,13 @@
 
 namespace tessellar {
 
-/// One GET. Everything about it is bounded.
+/// One GET request; every resource it uses is limited.
 struct HttpRequest {
     QUrl url; ///< https; http only on the loopback
-    /// For the whole of it, from the first look-up to the last byte.
+    /// For the entire request, from name look-up to the last byte.
     std::chrono::milliseconds timeout{15'000};
     std::int64_t maximumBytes = 1 << 20; ///< of the body
-    /// Each target must be an allowed address itself, and only what came from the loopback may lead
-    /// there.
+    /// Each target must satisfy `isAllowedAddress`; only a loopback address may redirect to loopback.
     int maximumRedirects = 0;
 };
 
@@ -46,7 +45,7 @@ bool isLoopback(const QUrl& url);
 /// A request under way.
 using HttpCall = Task;
 
-/// Fetches from the network. On the main thread; answers arrive there, never before `get` has returned.
+/// Main thread only. Answers arrive there, never before `get` has returned.
 class HttpClient {
 public:
     using Answer = std::expected<HttpResponse, HttpError>;
@@ -56,12 +55,11 @@ public:
     [[nodiscard]] virtual HttpCall get(const HttpRequest& request, Done done) = 0;
 };
 
-/// HTTP/1.1 over Qt's secure sockets: no cookies, no cache, no credentials, no compression. All
-/// connections live on one thread of their own, made with the first request, and take turns there, so
-/// many bytes at a time.
+/// HTTP/1.1 over Qt's secure sockets: no cookies, cache, credentials or compression. All connections
+/// share one thread, started with the first request, and take turns on it by bytes.
 ///
-/// Our own rather than QNetworkAccessManager, which reads response headers without any bound, byte by
-/// byte on a thread that all requests share: one endless header made every request of a check fail.
+/// Used instead of QNetworkAccessManager, which reads response headers without a limit, byte by byte on
+/// one shared thread: a single endless header made every request of a check fail.
 class NetworkHttpClient final : public HttpClient {
 public:
     explicit NetworkHttpClient(Scheduler& scheduler);

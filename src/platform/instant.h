@@ -8,9 +8,8 @@
 
 namespace tessellar {
 
-/// A point in time as a Mac's files have it: seconds since 1 January 2001 00:00:00 UTC, with a
-/// fraction. Kept as the very number that is stored, so that a date that was read is written back
-/// unchanged to the last bit.
+/// A point in time as macOS stores it: fractional seconds since 1 January 2001 00:00:00 UTC. Kept as
+/// the stored number, so dates round-trip exactly.
 struct Instant {
     double secondsSince2001 = 0;
 
@@ -20,8 +19,8 @@ struct Instant {
     static constexpr Instant fromUnixSeconds(double seconds) { return {seconds - unixEpochOffset}; }
     constexpr double unixSeconds() const { return secondsSince2001 + unixEpochOffset; }
 
-    /// Internet date-time form: "2026-11-14T21:05:40Z". Reading takes a fraction and a numeric zone
-    /// too; writing is in UTC, cut to the second. Years outside 1 to 9999 do not read.
+    /// ISO 8601 date and time: "2026-11-14T21:05:40Z". Reading accepts fractions and numeric zones;
+    /// writing is in UTC, truncated to seconds. Years outside 1 to 9999 are rejected.
     static std::optional<Instant> fromIso8601(QStringView text);
     QString toIso8601() const;
 

@@ -5,9 +5,8 @@
 
 namespace tessellar {
 
-/// While it lives, the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) do not end it: they
-/// call `interrupted` with the signal in the event loop of the thread that made it, so that the program
-/// can shut down cleanly. One at a time.
+/// While this object lives, SIGINT, SIGTERM and SIGHUP do not end the program but call `interrupted` in
+/// the event loop of the thread that constructed it, for a clean shutdown. One instance at a time.
 class Interruption {
 public:
     explicit Interruption(std::function<void(int signal)> interrupted);
@@ -15,7 +14,7 @@ public:
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
-    /// Blocks until `descriptor` takes some more bytes; false where a signal waits to be told of.
+    /// Blocks until `descriptor` is writable; false if a signal is pending.
     bool waitToWrite(int descriptor) const;
 
 private:

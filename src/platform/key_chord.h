@@ -6,7 +6,7 @@
 
 namespace tessellar {
 
-/// A key with modifiers, as a Mac's keyboard numbers it.
+/// A key with modifiers, by a Mac keyboard's key codes.
 struct KeyChord {
     enum Modifier : unsigned { withCommand = 1, withShift = 2, withOption = 4, withControl = 8 };
 
@@ -16,11 +16,11 @@ struct KeyChord {
     bool operator==(const KeyChord&) const = default;
 };
 
-/// "option+space", "control+command+l", "f4". Nothing for what names no key, and for a key without a
-/// modifier that is no function key: no program could be typed into any more.
+/// Parses "option+space", "control+command+l", "f4". nullopt for unknown keys, and for a key without a
+/// modifier unless it is a function key: it could no longer be typed anywhere.
 std::optional<KeyChord> keyChord(const QString& text);
 
-/// The lower-case letter or the digit that a US layout has on a key; 0 for any other key.
+/// The lower-case letter or digit of a key on a US layout; 0 for any other key.
 char keyCharacter(unsigned keyCode);
 
 } // namespace tessellar

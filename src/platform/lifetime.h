@@ -5,8 +5,8 @@
 
 namespace tessellar {
 
-/// Lets a callback that may outlive its owner see that the owner is gone. A member of the owner; on the
-/// owner's thread.
+/// Lets a callback detect that its owner was destroyed. Make it a member of the owner; owner's thread
+/// only.
 class Lifetime {
 public:
     Lifetime() = default;
@@ -15,7 +15,7 @@ public:
 
     /// Expires with the owner.
     std::weak_ptr<const void> watch() const { return _token; }
-    /// The call, or nothing once the owner is gone.
+    /// Wraps a call; does nothing once the owner is destroyed.
     template <typename Call>
     auto guard(Call call) const {
         return [alive = watch(), call = std::move(call)](auto&&... arguments) mutable {

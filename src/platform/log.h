@@ -4,8 +4,7 @@
 
 namespace tessellar {
 
-/// Diagnostics for whoever investigates later; never shown to the user. One sentence a call. Any
-/// thread.
+/// Diagnostics for developers; never shown to the user. One sentence per call. Thread-safe.
 class Log {
 public:
     virtual ~Log() = default;
@@ -13,8 +12,8 @@ public:
     virtual void warning(const QString& text) = 0;
 };
 
-/// To standard error through Qt's category "tessellar", whose rules (QT_LOGGING_RULES) apply;
-/// `info` is silent until they ask for it.
+/// Writes to standard error through Qt's logging category "tessellar" and its rules (QT_LOGGING_RULES),
+/// which must enable `info`.
 class StandardErrorLog final : public Log {
 public:
     void info(const QString& text) override;

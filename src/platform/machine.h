@@ -15,13 +15,13 @@
 
 namespace tessellar {
 
-/// The application's bundle identifier wherever it runs.
+/// The application's bundle identifier, on every platform.
 inline const QString applicationIdentifier = QStringLiteral("com.tessellar.app");
 
-/// The folders of the user on this machine, under the file system's root.
+/// The user's folders, under the file system's root.
 struct Places {
     QString home;
-    QString applicationSupport; ///< the application's folder lies in it, named by its identifier
+    QString applicationSupport; ///< parent of the application's folder
 
     QString library() const { return FileSystem::joined(home, QStringLiteral("Library")); }
     QString applicationFolder() const {
@@ -29,8 +29,8 @@ struct Places {
     }
 };
 
-/// Everything that the launcher is given of the machine it runs on. One is made at the start and
-/// outlives all that refer to it; tests assemble one from fakes.
+/// The launcher's interface to the machine. Created once at start-up; must outlive everything that
+/// refers to it. Tests build one from fakes.
 struct Machine {
     const FileSystem& files;
     Places places;

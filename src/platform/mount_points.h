@@ -9,11 +9,11 @@
 
 namespace tessellar {
 
-/// Where volumes are mounted on this machine now, as host paths without links.
+/// The current mount points, as host paths with links resolved.
 QList<QByteArray> mountPoints();
 
-/// Whether a volume is mounted at a folder or anywhere below it: renaming such a folder takes the
-/// volume along. `hostPath` may lead through links.
+/// Whether a volume is mounted at or below a folder: renaming the folder would move the volume along.
+/// `hostPath` may contain links.
 inline bool holdsMountPoint(const QByteArray& hostPath) {
     const std::unique_ptr<char, decltype(&std::free)> real(::realpath(hostPath.constData(), nullptr),
                                                            &std::free);

@@ -7,8 +7,8 @@
 
 namespace tessellar {
 
-/// A callable that is moved, not copied, so that it may own what cannot be copied. Stands in for
-/// std::move_only_function, which libc++ lacks; goes when libc++ has it.
+/// A move-only callable, which may own move-only values. Replaces std::move_only_function until libc++
+/// has it.
 template <typename Signature>
 class MoveOnlyFunction;
 
@@ -18,7 +18,7 @@ public:
     MoveOnlyFunction() = default;
     MoveOnlyFunction(std::nullptr_t) {}
 
-    /// Empty where `callable` is a null pointer or an empty std::function.
+    /// Empty if `callable` is a null pointer or an empty std::function.
     template <typename Callable>
     requires(!std::is_same_v<std::remove_cvref_t<Callable>, MoveOnlyFunction> &&
              std::is_invocable_r_v<Result, std::decay_t<Callable>&, Args...>)

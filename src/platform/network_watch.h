@@ -6,7 +6,7 @@
 
 namespace tessellar {
 
-/// Tells when the machine is on a network again. An interface, so that tests can say so.
+/// Notifies when the machine is online again. An interface, so that tests can fake it.
 class NetworkWatch {
 public:
     virtual ~NetworkWatch() = default;
@@ -14,7 +14,7 @@ public:
     Signal<> returned;
 };
 
-/// By what the system tells; where it tells nothing, `returned` is never heard. Main thread.
+/// Uses the system's notifications; without them `returned` never fires. Main thread.
 std::unique_ptr<NetworkWatch> makeNetworkWatch();
 
 } // namespace tessellar

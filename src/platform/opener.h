@@ -4,20 +4,20 @@
 
 namespace tessellar {
 
-/// What is handed to the system to open: applications, and addresses of pages or settings. Through the
-/// Mac's own /usr/bin/open, looked for inside the file system's root.
+/// Opens applications, web pages and settings panes through macOS's /usr/bin/open, looked up inside the
+/// file system's root.
 class Opener {
 public:
-    using Done =
-        std::function<void(std::expected<void, QString>)>; ///< the tool's words, or why there are none
+    using Done = std::function<void(std::expected<void, QString>)>; ///< the error is the tool's, or why
+                                                                    ///< it did not run
 
     explicit Opener(Machine& machine) : _machine(machine) {}
 
-    /// Starts a bundle, on a worker; `done` is called on the main thread.
+    /// Launches a bundle from a worker; `done` is called on the main thread.
     [[nodiscard]] Task openApplication(const QString& path, Done done) const;
-    /// Opens an address with whatever the user has for it.
+    /// Opens a URL with the user's default application.
     [[nodiscard]] Task openUrl(const QString& url, Done done) const;
-    /// Shows an item in its folder; on a desktop that is not a Mac's, the folder.
+    /// Shows an item in its folder; outside macOS, opens the folder.
     [[nodiscard]] Task reveal(const QString& path, Done done) const;
 
 private:

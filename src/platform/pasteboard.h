@@ -7,31 +7,31 @@
 
 namespace tessellar {
 
-/// Types of data that every desktop understands, under the Mac's names.
+/// Types that every desktop supports, by their macOS names.
 namespace pasteboard {
 inline const QString text = QStringLiteral("public.utf8-plain-text"); ///< UTF-8
 inline const QString fileUrl = QStringLiteral("public.file-url");     ///< one URL, UTF-8
 } // namespace pasteboard
 
-/// One thing on the pasteboard, in as many forms as it has.
+/// One item in one or more representations.
 struct PasteboardItem {
     QMap<QString, QByteArray> data; ///< by type
 
     bool operator==(const PasteboardItem&) const = default;
 };
 
-/// What programs exchange by copying and pasting. Main thread only.
+/// The system's clipboard. Main thread only.
 class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
 
-    /// The current contents. Any program may have put them there: do not trust them.
+    /// The current contents. Untrusted: any program may have written them.
     virtual QList<PasteboardItem> items() const = 0;
-    /// Replaces everything on the pasteboard; false when the system does not take it.
+    /// Replaces the contents; false if the system refuses.
     virtual bool write(const QList<PasteboardItem>& items) = 0;
 };
 
-/// A pasteboard of this program alone: for the command line and for tests.
+/// Private to this program: for the command line and tests.
 class MemoryPasteboard final : public Pasteboard {
 public:
     QList<PasteboardItem> items() const override { return _items; }

@@ -13,18 +13,18 @@
 
 namespace tessellar {
 
-/// One external command. No shell is involved: the executable and its arguments, as bytes.
+/// One external command. No shell: the executable and its arguments are passed as bytes.
 struct Command {
     QByteArray executable; ///< host path
     QList<QByteArray> arguments;
-    /// The whole environment of the child; nothing is inherited.
+    /// The child's complete environment; nothing is inherited.
     std::map<QByteArray, QByteArray> environment;
     std::chrono::milliseconds timeout{30'000};
-    /// Output beyond this many bytes of either stream is discarded.
+    /// Limit for each output stream; the rest is discarded.
     std::uint64_t maximumOutput = 16u << 20;
-    /// Written to the child's standard input; without it the child reads /dev/null.
+    /// The child's standard input; nullopt for /dev/null.
     std::optional<QByteArray> input;
-    /// How long the group may take to go after TERM, then how long output is awaited after KILL.
+    /// How long to wait for the process group after TERM, and for its output after KILL.
     std::chrono::milliseconds terminationGrace{1'000};
     std::chrono::milliseconds finalGrace{1'000};
 };
@@ -41,47 +41,47 @@ struct CommandResult {
     bool succeeded() const { return outcome == Outcome::exited && exitStatus == 0; }
 };
 
-/// What has become of a detached command.
+/// The state of a detached command.
 struct DetachedState {
     enum class Kind {
         running,
         exited,
         signalled,
-        gone, ///< it has ended; how, only the program that started it could know
+        gone, ///< ended; its status is known only to the program that started it
     };
     Kind kind = Kind::gone;
-    int status = -1; ///< of `exited` its exit status, of `signalled` the signal
+    int status = -1; ///< exit status of `exited`, signal of `signalled`
 
     bool isRunning() const { return kind == Kind::running; }
     bool operator==(const DetachedState&) const = default;
 };
 
-/// Runs commands. An interface, so that tests can answer for a tool. Safe from any thread.
+/// Runs commands. An interface, so that tests can fake tools. Thread-safe.
 class CommandRunner {
 public:
     virtual ~CommandRunner() = default;
-    /// Blocks the calling worker until the command has ended and its output is read, the time is up
-    /// or a stop is requested.
+    /// Blocks until the command has ended and its output is read, the timeout expires or a stop is
+    /// requested.
     virtual CommandResult run(const Command& command, std::stop_token stop) = 0;
 
-    /// Starts a command that goes on when this program ends, in a session of its own. What it says on
-    /// both streams is written to a file (a host path), which it empties first and holds locked while
-    /// it runs; while another command holds it, EWOULDBLOCK. Gives the command's number, or an errno.
-    /// Time limit, input and graces of the command count for nothing here.
+    /// Starts a detached command in a session of its own; it outlives this program. Both output streams
+    /// go to `outputFile` (a host path), which is truncated first and locked while the command runs;
+    /// EWOULDBLOCK if another command holds it. Returns the command's number, or an errno. Ignores the
+    /// command's timeout, input and graces.
     virtual std::expected<std::int64_t, int> start(const Command& command,
                                                    const QByteArray& outputFile) = 0;
-    /// Of a command that this program, or one before it, started with that file.
+    /// The state of a command started with that file, by this program or an earlier run of it.
     virtual DetachedState look(std::int64_t number, const QByteArray& outputFile) = 0;
-    /// Asks a command that runs to end, with all that it started; `now` does not leave it a choice.
+    /// Asks a running command and all its children to end; `now` kills them.
     virtual void terminate(std::int64_t number, const QByteArray& outputFile, bool now) = 0;
 };
 
-/// Runs commands as children of this process with posix_spawn, each in a process group of its own,
-/// both pipes drained while it runs. When the time is up or a stop is requested the whole group gets
-/// TERM, after the grace KILL, and is reaped in any case; a grandchild that left the group and holds
-/// the pipes open is not waited for longer than the final grace.
+/// Runs commands with posix_spawn, each in its own process group, draining both pipes meanwhile. On a
+/// timeout or stop request the whole group gets TERM and, after the grace, KILL; it is always reaped. A
+/// grandchild that left the group and holds the pipes open delays the result by at most the final
+/// grace.
 ///
-/// Our own rather than QProcess, which leaves grandchildren behind and has no cap on output.
+/// Used instead of QProcess, which leaves grandchildren behind and cannot limit output.
 class ProcessRunner final : public CommandRunner {
 public:
     CommandResult run(const Command& command, std::stop_token stop) override;

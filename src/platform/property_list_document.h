@@ -9,8 +9,8 @@
 
 namespace tessellar {
 
-/// What the two readers make of a property list: its nodes in the order of the text, each container
-/// before what it holds, a key before its value. Immutable once read.
+/// The parsed nodes of a property list, in document order: containers before their contents, keys
+/// before values. Immutable once parsed.
 struct PropertyListDocument {
     enum class Kind : std::uint8_t {
         absent,
@@ -19,10 +19,10 @@ struct PropertyListDocument {
         integer,
         real,
         date,
-        text,     ///< UTF-8, not checked
+        text,     ///< UTF-8, unvalidated
         wideText, ///< UTF-16, big-endian
         data,
-        base64, ///< data as the XML form writes it
+        base64, ///< data as text, in the XML form
         array,
         dictionary,
     };
@@ -35,10 +35,10 @@ struct PropertyListDocument {
     struct Node {
         union {
             qint64 integer = 0;
-            double real; ///< or a date: seconds since 2001
+            double real; ///< or a date, in seconds since 2001
             Slice slice; ///< of text and data
         };
-        std::uint32_t end = 0; ///< index behind its last descendant
+        std::uint32_t end = 0; ///< index past its last descendant
         Kind kind = Kind::absent;
     };
 
@@ -64,7 +64,7 @@ struct PropertyListDocument {
     }
 };
 
-/// The readers of the two forms. The limits' bytes were checked and are below 2 GiB.
+/// Parsers of the two forms. The caller has checked the size: within the limit and below 2 GiB.
 std::expected<PropertyListDocument, PropertyListError>
 readXmlPropertyList(const QByteArray& bytes, const PropertyListLimits& limits);
 std::expected<PropertyListDocument, PropertyListError>

@@ -6,12 +6,12 @@
 
 namespace tessellar {
 
-/// A property list's value as JSON. What JSON cannot hold (dates, data, numbers that are none) is
-/// undefined, and left out of lists and dictionaries.
+/// Converts to JSON. Values without a JSON form (dates, data, NaN and infinities) become undefined and
+/// are left out of containers.
 QJsonValue toJson(const PropertyValue& value);
 
-/// A JSON value as an element of an XML property list, without a document around it. Nulls are left
-/// out of lists and dictionaries; a null itself gives an empty text.
+/// Converts to an element of an XML property list, without the surrounding document. Nulls are left out
+/// of containers; a top-level null gives an empty string.
 QByteArray toPropertyListElement(const QJsonValue& value);
 
 } // namespace tessellar

@@ -7,14 +7,14 @@
 
 namespace tessellar {
 
-/// Settles a race: the first of several events resumes what waits, with its value; later ones do
-/// nothing. Any thread; what waits is called by the thread that came first.
+/// Settles a race: calls `waiting` with the first event's values and ignores later ones. Thread-safe;
+/// the first caller's thread makes the call.
 template <typename... Values>
 class ResumeOnce {
 public:
     explicit ResumeOnce(MoveOnlyFunction<void(Values...)> waiting) : _waiting(std::move(waiting)) {}
 
-    /// True for the first event.
+    /// True for the first call.
     bool resume(Values... values) {
         MoveOnlyFunction<void(Values...)> waiting;
         {

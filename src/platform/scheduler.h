@@ -7,10 +7,10 @@
 
 namespace tessellar {
 
-/// A delayed call; inactive once it runs.
+/// A delayed call; inactive once the call has started.
 using Timer = Task;
 
-/// Delays on the main thread. Calls run on the main thread, in the order of their times.
+/// Delayed calls on the main thread, in order of their due times.
 class Scheduler {
 public:
     virtual ~Scheduler() = default;
@@ -18,7 +18,7 @@ public:
                                       MoveOnlyFunction<void()> call) = 0;
 };
 
-/// Runs delayed calls in the main thread's Qt event loop.
+/// Runs the calls in the main thread's Qt event loop.
 class EventLoopScheduler final : public Scheduler {
 public:
     [[nodiscard]] Timer after(std::chrono::milliseconds delay, MoveOnlyFunction<void()> call) override;

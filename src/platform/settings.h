@@ -12,41 +12,39 @@
 
 namespace tessellar {
 
-/// The user's settings: a flat map from dotted keys to JSON values, kept in memory.
-/// Reading never fails: a value of the wrong type counts as absent. Main thread only; `values` is a
-/// plain copy that may travel to a worker.
+/// The user's settings: an in-memory map from dotted keys to JSON values. Reading never fails: a value
+/// of the wrong type counts as absent. Main thread only; the copy that `values` returns may be passed
+/// to workers.
 class Settings {
 public:
     virtual ~Settings() = default;
 
     virtual QMap<QString, QJsonValue> values() const = 0;
-    /// False when what is stored could not be read or is damaged: then `values` is not all that the
-    /// user has set.
+    /// False if the stored settings are unreadable or damaged: `values` may then be incomplete.
     virtual bool isReadable() const { return true; }
-    /// Stores all of these values in one write, or none; null or undefined removes a key.
+    /// Stores all of these values or none, in one write; null or undefined removes a key.
     virtual std::expected<void, FileError> set(const QMap<QString, QJsonValue>& changes) = 0;
     std::expected<void, FileError> set(const QString& key, const QJsonValue& value) {
         return set({{key, value}});
     }
 
     std::optional<QJsonValue> value(const QString& key) const;
-    /// Present only as true or false; a number is no boolean and a boolean no number.
+    /// nullopt unless it is true or false; numbers are not converted, nor are booleans to numbers.
     std::optional<bool> boolean(const QString& key) const;
     std::optional<double> number(const QString& key) const;
-    /// A finite number without a fraction, within the range of the type.
+    /// nullopt unless it is a finite whole number within the type's range.
     std::optional<qint64> integer(const QString& key) const;
     std::optional<QString> text(const QString& key) const;
-    /// Present only when it is a list and every element is a string.
+    /// nullopt unless it is a list of strings only.
     std::optional<QStringList> texts(const QString& key) const;
 };
 
-/// Settings in a JSON object in a file, of the home's Library/Preferences as a rule. While there is no
-/// such file, the property list beside it (".plist" for ".json") is read instead, and carried over when
-/// a value is first set; `path` may name either. Read at the start and before each change, so that two
-/// programs that set different keys in turn lose neither. A damaged file costs nothing but the
-/// defaults: it is kept beside the new one (".damaged" added to its name) when a value is first set;
-/// while it cannot be read, nothing is set. The memory holds what the disk does: a value that could not
-/// be written is not set.
+/// Settings in a JSON file, usually in the home's Library/Preferences; `path` may end in ".json" or
+/// ".plist". While only the ".plist" beside it exists, that is read, and migrated on the first `set`.
+/// The file is re-read before each change, so that programs setting different keys in turn lose
+/// nothing. If it is damaged, defaults apply, and the first `set` keeps it with ".damaged" appended;
+/// while it is unreadable, every `set` fails. A value that could not be written is not kept in memory
+/// either.
 class FileSettings final : public Settings {
 public:
     FileSettings(const FileSystem& files, const QString& path);

@@ -9,8 +9,8 @@
 
 namespace tessellar {
 
-/// A listener's hold on a signal. Destroying it unsubscribes; it may outlive the signal. Movable; a
-/// default-constructed one stands for nothing.
+/// A listener's connection to a signal. Destroying it unsubscribes; it may outlive the signal. Movable;
+/// empty when default-constructed.
 class [[nodiscard]] Subscription {
 public:
     Subscription() = default;
@@ -25,9 +25,9 @@ private:
     std::shared_ptr<void> _listener;
 };
 
-/// Tells listeners, in the order in which they connected. A listener may connect others (called from
-/// the next time on), unsubscribe itself or others (not called any more), notify again, or destroy the
-/// signal (nobody else is called). Main thread only.
+/// Calls listeners in the order in which they connected. During a notification a listener may connect
+/// others (first called the next time), unsubscribe itself or others (no longer called), notify again,
+/// or destroy the signal (the rest are not called). Main thread only.
 template <typename... Args>
 class Signal {
 public:
@@ -48,7 +48,7 @@ public:
         const std::shared_ptr<State> state = _state; // outlives the signal
         const std::size_t count = state->listeners.size();
         ++state->depth;
-        // By index: the list grows when a listener connects, and is empty when the signal has gone.
+        // By index: connecting grows the list, and destroying the signal empties it.
         for (std::size_t i = 0; i < std::min(count, state->listeners.size()); ++i)
             if (const auto listener = state->listeners[i].lock())
                 (*listener)(args...);
@@ -59,7 +59,7 @@ public:
 private:
     struct State {
         std::vector<std::weak_ptr<Listener>> listeners;
-        int depth = 0; ///< of notifications under way: no place in the list moves meanwhile
+        int depth = 0; ///< of running notifications, during which indices must stay valid
     };
 
     std::shared_ptr<State> _state = std::make_shared<State>();

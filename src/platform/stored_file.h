@@ -8,36 +8,35 @@
 
 namespace tessellar {
 
-/// A file in which the launcher keeps something of the user's: read whole or not at all, written whole,
-/// and never overwritten while it holds what could not be read.
+/// A file of the user's data: read whole or not at all, written whole, and never overwritten while its
+/// contents could not be read.
 ///
-/// Seeing it has three outcomes here: there, certainly not there, or unreadable now (any error of
-/// reading, too large, a link to nowhere). Whether what was read makes sense the reader says, and may
-/// set the file aside when it does not: that alone, never a read error, moves it.
+/// Reading has three outcomes: the bytes, certainly no file, or unreadable for now (any read error, too
+/// large, a dangling link). Callers judge the contents and may set a damaged file aside; read errors
+/// never move it.
 ///
-/// A link in the file's place stays a link; what it points to is written.
+/// A link in the file's place is kept; its target is written.
 ///
-/// One thread at a time.
+/// Not thread-safe.
 class StoredFile {
 public:
     StoredFile(const FileSystem& files, QString path, std::uint64_t maximumBytes);
 
     const QString& path() const { return _path; }
-    /// Why the file is not written while it stands: `read` failed the last time, or it could not be set
-    /// aside.
+    /// Why the file must not be overwritten: the last `read` failed, or setting it aside did.
     const std::optional<FileError>& blocked() const { return _blocked; }
 
-    /// The bytes, or nothing where there is certainly no file.
+    /// nullopt if there is certainly no file.
     std::expected<std::optional<QByteArray>, FileError> read();
-    /// Makes the folder, and writes unless the file holds these bytes already. Success means that they
-    /// are on the disk.
+    /// Creates the folder if needed; does nothing if the file already has these bytes. Success means
+    /// that they are on the disk.
     std::expected<void, FileError> write(const QByteArray& bytes);
-    /// Moves the file away as "NAME.damaged-STAMP-TAG.json" for "NAME.json"; the new path. Where that
-    /// fails the file stays and is not written.
+    /// Renames "NAME.json" to "NAME.damaged-STAMP-TAG.json" and returns the new path. If that fails,
+    /// the file stays and writing is blocked.
     std::expected<QString, FileError> setAside(const Clock& clock, const QUuid& tag);
-    /// The file has left its place, or was given up: it may be written again.
+    /// Unblocks writing: the file was moved away or given up.
     void forget() { _blocked.reset(); }
-    /// "PREFIX-STAMP-TAG.json", for what is kept beside others of its kind.
+    /// "PREFIX-STAMP-TAG.json", for files kept beside others of their kind.
     static QString stampedName(const QString& prefix, const Clock& clock, const QUuid& tag);
 
 private:
@@ -47,7 +46,7 @@ private:
     QString _path;
     std::uint64_t _maximumBytes;
     std::optional<FileError> _blocked;
-    bool _isUnsure = false; ///< a write failed: what stands there may not be safe on the disk
+    bool _isUnsure = false; ///< a write failed: the file may not be safely on the disk
 };
 
 } // namespace tessellar

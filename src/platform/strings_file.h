@@ -4,9 +4,9 @@
 
 namespace tessellar {
 
-/// Reads a ".strings" file: `"key" = "value";` lines in UTF-8 or UTF-16, or a property list. A
-/// dictionary, or an absent value for what is none. Text that is damaged gives what stands before the
-/// damage. The work is linear in the bytes, which the caller bounds.
+/// Parses a ".strings" file: `"key" = "value";` lines in UTF-8 or UTF-16, or a property list. Returns a
+/// dictionary, or an absent value if it is neither; of damaged text, the part before the damage. Linear
+/// in the bytes, which the caller limits.
 PropertyValue readStringsFile(const QByteArray& bytes);
 
 } // namespace tessellar

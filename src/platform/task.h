@@ -6,12 +6,12 @@
 
 namespace tessellar {
 
-/// Something under way or still to come: background work, a delayed call, a request. Destroying or
-/// cancelling it ends it: once `cancel` has returned on the main thread, no completion is called any
-/// more. Movable; a default-constructed one stands for nothing.
+/// A handle to background work, a delayed call or a request. Destroying or cancelling it cancels the
+/// work: once `cancel` has returned on the main thread, no completion is called. Movable; empty when
+/// default-constructed.
 class Task {
 public:
-    /// What is under way; destroying it ends it.
+    /// The work itself; destroying it cancels it.
     class Pending {
     public:
         virtual ~Pending() = default;
@@ -20,11 +20,11 @@ public:
 
     Task() = default;
     explicit Task(std::unique_ptr<Pending> pending) : _pending(std::move(pending)) {}
-    /// Work that is asked to stop.
+    /// Work that is cancelled through a stop token.
     explicit Task(std::stop_source stop) : _pending(std::make_unique<Stopping>(std::move(stop))) {}
 
     void cancel() { _pending.reset(); }
-    /// Background work does not tell its end: it stays active until it is cancelled.
+    /// Stays true for background work until it is cancelled, even once it is done.
     bool isActive() const { return _pending && _pending->isActive(); }
 
 private:

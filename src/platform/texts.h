@@ -4,8 +4,8 @@
 
 namespace tessellar {
 
-/// The texts that people read. `tr` gives one in their language; a table holds `noop` of it, which
-/// lupdate finds as well, and gives it to `tr` where it is shown.
+/// Text for users. `tr` translates; `noop` marks a text in a table for lupdate, to be passed to `tr`
+/// when shown.
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
 public:

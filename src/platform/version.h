@@ -4,10 +4,10 @@
 
 namespace tessellar {
 
-/// Such as "0.1.0".
+/// For example "0.1.0".
 std::string versionNumber();
 
-/// What --version says: the number, and the commit that it was built from where that is known.
+/// The output of --version: the number, and the commit it was built from, if known.
 std::string versionText();
 
 } // namespace tessellar

@@ -11,8 +11,8 @@
 
 namespace tessellar {
 
-/// The one way from any thread to the main thread: a locked queue of calls and one posted event.
-/// Calls run on the thread that made the mailbox, in the order in which they were posted.
+/// Passes calls from any thread to the main thread: a locked queue and one posted event. Calls run in
+/// order, on the thread that constructed the mailbox.
 class Mailbox {
 public:
     Mailbox();
@@ -20,12 +20,12 @@ public:
     Mailbox(const Mailbox&) = delete;
     Mailbox& operator=(const Mailbox&) = delete;
 
-    /// From any thread. Calls still queued when the mailbox is destroyed are dropped.
+    /// Thread-safe. Calls still queued when the mailbox is destroyed are dropped.
     void post(MoveOnlyFunction<void()> call);
-    /// Runs what is queued, on the owner's thread, and tells how many calls that were; for owners
-    /// without an event loop. What the calls themselves post waits for the next time.
+    /// Runs the queued calls on the owner's thread and returns their number; for owners without an
+    /// event loop. Calls posted meanwhile wait for the next time.
     std::size_t drain();
-    /// Blocks the owner's thread until something is queued, then drains.
+    /// Blocks the owner's thread until a call is queued, then drains.
     std::size_t waitAndDrain();
 
 private:
@@ -33,46 +33,46 @@ private:
     std::shared_ptr<State> _state;
 };
 
-/// What work waits for. Each lane has threads of its own, made when they are first needed, so that what
-/// hangs holds up only its own kind.
+/// Work is grouped by what it waits for. Each lane has its own threads, created on demand, so hanging
+/// work delays only its own kind.
 enum class Lane {
     files,     ///< reads and changes disks
-    computing, ///< waits for nobody
-    decoding,  ///< reads icons and makes pictures of them
-    tools,     ///< asks external tools about applications
-    network,   ///< judges what servers answered
-    actions,   ///< does what the user just asked for: opens, removes, brings back
-    saving,    ///< writes the user's files; one thread, in the order of the calls
+    computing, ///< pure computation; never blocks
+    decoding,  ///< reads and renders icons
+    tools,     ///< queries external tools about applications
+    network,   ///< processes servers' responses
+    actions,   ///< what the user just asked for: open, remove, restore
+    saving,    ///< writes the user's files; one thread, in call order
 };
 
-/// Threads for work that touches disks, networks or processes. Work gets a stop token and returns a
-/// value; the completion gets the value on the main thread, through the mailbox.
+/// Threads for work on disks, networks and processes. Work receives a stop token and returns a value,
+/// which its completion receives on the main thread through the mailbox.
 ///
-/// Where no thread can be made, a lane without one is served by the others; where there is none at all,
-/// work runs at once on the thread that submits it.
+/// If no thread can be created for a lane, other lanes serve it; with no threads at all, work runs
+/// synchronously in `submit`.
 class WorkerPool {
 public:
-    /// `threads` limits the lane for files; 0 means one for each processor, at least two. Of the lanes
-    /// that wait for others rather than compute, some have more.
+    /// `threads` limits the files lane; 0 means one per processor, at least two. Some of the lanes that
+    /// mostly wait have more.
     explicit WorkerPool(Mailbox& mailbox, unsigned threads = 0);
-    /// Asks everything to stop and waits for it.
+    /// Requests a stop of all work and waits for it.
     ~WorkerPool();
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
-    /// How many pieces of work a lane runs at once.
+    /// How many jobs a lane runs at once.
     unsigned threadCount(Lane lane = Lane::files) const;
     Mailbox& mailbox() const;
 
-    /// Queues bare work. It runs even when a stop was requested meanwhile, by `stop` or by the end of
-    /// the pool: the work checks its token itself.
+    /// Queues work without a completion. It runs even if a stop was requested meanwhile, by `stop` or
+    /// by the pool's destruction, so it must check its token.
     void submit(Lane lane, std::stop_token stop, MoveOnlyFunction<void(std::stop_token)> work);
     void submit(std::stop_token stop, MoveOnlyFunction<void(std::stop_token)> work) {
         submit(Lane::files, std::move(stop), std::move(work));
     }
 
-    /// Runs `work(stop)` on a worker, then `done(value)` on the main thread unless the task was
-    /// cancelled by then, or the pool ended while it ran.
+    /// Runs `work(stop)` on a worker, then `done(value)` on the main thread, unless the task was
+    /// cancelled or the pool destroyed meanwhile.
     template <typename Work, typename Done>
     [[nodiscard]] Task run(Work work, Done done) {
         return run(Lane::files, std::move(work), std::move(done));
@@ -83,8 +83,8 @@ public:
         submit(lane, source.get_token(),
                [mailbox = &mailbox(), wanted = source.get_token(), work = std::move(work),
                 done = std::move(done)](std::stop_token stop) mutable {
-                   // Even what is dropped travels to the main thread: `done` may hold what only that
-                   // may touch.
+                   // Even a dropped `done` is sent to the main thread: it may own objects that only
+                   // that thread may touch.
                    if (stop.stop_requested()) {
                        mailbox->post([done = std::move(done)] {});
                    } else if constexpr (std::is_void_v<std::invoke_result_t<Work&, std::stop_token>>) {
@@ -104,7 +104,7 @@ public:
         return Task(std::move(source));
     }
 
-    /// Blocks until no work is queued or running. Its results may still lie in the mailbox.
+    /// Blocks until no work is queued or running. Results may still be queued in the mailbox.
     void waitIdle();
 
 private:

@@ -6,10 +6,9 @@ namespace tessellar {
 
 /// The desktop's own pasteboard. Needs a running QGuiApplication.
 ///
-/// Where the desktop's clipboard holds one thing in several forms, and not several things, all file
-/// URLs go into one list and are given back as one item each; other types are kept under their own
-/// names, of the first item that has them. Of what other programs put there, text, file URLs and types
-/// with the application's prefix are seen.
+/// A desktop's clipboard holds one item in several forms, not several items: all file URLs are written
+/// as one list and read back as one item each; of the other types, the first item that has one wins.
+/// From other programs, reads text, file URLs and types with the application's prefix.
 class DesktopPasteboard final : public Pasteboard {
 public:
     QList<PasteboardItem> items() const override;

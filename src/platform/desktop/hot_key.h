@@ -7,20 +7,19 @@
 
 namespace tessellar {
 
-/// A key that calls back whichever program has the focus. Destroying it gives the key back.
+/// A system-wide key that calls back whichever program has the focus. Destroying it releases the key.
 ///
-/// On a Mac through Carbon's hot keys, which need no permission: an event tap would ask for the right
-/// to watch every key, and there is no tool. Unproven: compiled against declarations, never run. With
-/// X11 the server sends the key to who grabbed it; command is its Super key, option is Alt. With
-/// Wayland the desktop's portal is asked, and its user decides. Where there is none, a shortcut of the
-/// desktop's own can run `tessellarctl toggle`.
+/// macOS: Carbon's hot keys, which need no permission (an event tap would need permission to watch
+/// every key). Unproven: compiled against declarations, never run. X11: a key grab; command is Super,
+/// option is Alt. Wayland: the desktop's portal, where the user decides. Elsewhere a shortcut of the
+/// desktop can run `tessellarctl toggle`.
 class HotKey {
 public:
     virtual ~HotKey() = default;
 
-    /// Whether there are such keys here at all.
+    /// Whether this platform offers such keys.
     static bool areAvailable();
-    /// Nothing when another program has the key, or none can be had. Calls back on the main thread.
+    /// Null if the key is taken or unavailable. Calls back on the main thread.
     static std::unique_ptr<HotKey> make(KeyChord chord, std::function<void()> pressed);
 };
 

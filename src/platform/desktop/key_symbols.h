@@ -6,7 +6,7 @@
 
 namespace tessellar {
 
-/// What X11 and the desktops that follow it call a key.
+/// The key's name and number in X11.
 struct KeySymbol {
     std::uint32_t symbol = 0;
     std::string name; ///< "space", "l", "F4"
@@ -14,7 +14,7 @@ struct KeySymbol {
     bool operator==(const KeySymbol&) const = default;
 };
 
-/// By the number that a Mac has for the key, as in `KeyChord`.
+/// `keyCode` is the Mac's, as in `KeyChord`.
 std::optional<KeySymbol> keySymbol(unsigned keyCode);
 
 } // namespace tessellar

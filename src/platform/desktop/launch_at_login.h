@@ -6,17 +6,17 @@
 
 namespace tessellar {
 
-// Whether the launcher starts when its user logs in. The build chooses the implementation.
+// Launching at login. The build picks the implementation.
 //
-// On a Mac through ServiceManagement's own service of the main application: the user sees it among the
-// login items and can turn it off there, which an agent's property list written by hand would not let
-// them. Unproven: compiled against declarations, never run. Elsewhere a file of the desktop's autostart
-// folder, under the `configuration` folder of the user's (~/.config as a rule).
+// macOS: ServiceManagement's main application service, which users see among their login items and can
+// turn off there, unlike a hand-written agent. Unproven: compiled against declarations, never run.
+// Elsewhere: a file in the desktop's autostart folder, inside the user's `configuration` folder
+// (usually ~/.config).
 
-/// As the system says now; the user may have changed it there.
+/// The current state in the system, where the user may have changed it.
 bool launchesAtLogin(const QString& configuration);
 
-/// Says why where the system refuses.
+/// The error is the system's reason.
 std::expected<void, QString> setLaunchesAtLogin(bool on, const QString& configuration);
 
 } // namespace tessellar

@@ -7,21 +7,19 @@
 
 namespace tessellar {
 
-/// Tells where the pointer is while it moves, over other programs' windows too: what hot corners are
-/// made of. Destroying it ends that.
+/// Reports pointer movements anywhere on the screen, over other programs' windows too; for hot corners.
+/// Destroying it stops the reports.
 ///
-/// On a Mac through an event monitor for movements of the mouse, which needs no permission and, unlike
-/// asking by a timer, costs nothing while the pointer rests. Unproven: compiled against declarations,
-/// never run. With X11 through the raw movements that its input extension reports. Elsewhere there is
-/// none: those desktops have corners of their own.
+/// macOS: an event monitor for mouse movements, which needs no permission and, unlike polling, costs
+/// nothing while the pointer rests. Unproven: compiled against declarations, never run. X11: raw motion
+/// events of XInput. Elsewhere unavailable: those desktops have their own hot corners.
 class PointerWatch {
 public:
     virtual ~PointerWatch() = default;
 
-    /// Whether it can be followed here at all.
+    /// Whether this platform can follow the pointer.
     static bool isAvailable();
-    /// Nothing where the pointer cannot be followed. Calls back on the main thread, in the screens'
-    /// common coordinates.
+    /// Null if unavailable. Calls back on the main thread, in the coordinates common to all screens.
     static std::unique_ptr<PointerWatch> make(std::function<void(QPoint)> moved);
 };
 

@@ -8,10 +8,9 @@
 
 namespace tessellar {
 
-/// A key that the desktop keeps for this program and that its user can change there: the interface
-/// org.freedesktop.portal.GlobalShortcuts, version 1. It is asked for in steps, each answered by a
-/// signal: a session, then the key in it; from then on it tells of each press. A desktop that refuses
-/// says nothing more.
+/// A hot key through the interface org.freedesktop.portal.GlobalShortcuts, version 1; users can change
+/// it in the desktop's settings. Requested in two steps, a session and then the key in it, each
+/// answered by a signal. If the desktop refuses, the key never fires.
 class PortalHotKey final : public QObject, public HotKey {
     Q_OBJECT
 
@@ -32,11 +31,11 @@ private:
     QDBusConnection _bus;
     KeyChord _chord;
     std::function<void()> _pressed;
-    QString _token; ///< that the names of its requests begin with
+    QString _token; ///< prefix of its request names
     QDBusObjectPath _session;
 };
 
-/// As the shortcuts specification of the desktops writes it: "CTRL+ALT+space".
+/// In the format of the desktops' shortcuts specification: "CTRL+ALT+space".
 QString shortcutTrigger(KeyChord chord);
 
 } // namespace tessellar

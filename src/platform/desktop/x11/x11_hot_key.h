@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-/// A key that the X server sends to this program, whichever window has the focus.
+/// A key grabbed from the X server, whichever window has the focus.
 std::unique_ptr<HotKey> makeX11HotKey(KeyChord chord, std::function<void()> pressed);
 
 } // namespace tessellar

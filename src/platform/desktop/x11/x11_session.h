@@ -8,11 +8,11 @@
 
 namespace tessellar {
 
-/// The connection of this program to the X server, or null where its windows are another system's.
+/// This program's X connection; null if it does not run under X11.
 xcb_connection_t* x11Connection();
 xcb_window_t x11RootWindow(xcb_connection_t* connection);
 
-/// Sees the events that the X server sends to this program, before Qt does. Main thread only.
+/// Sees X events before Qt does. Main thread only.
 class X11EventFilter : private QAbstractNativeEventFilter {
 public:
     explicit X11EventFilter(std::function<void(const xcb_generic_event_t&)> seen);
