@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// An absolute path as the names on its way.
+/// An absolute path, split into its components.
 struct NamedPlace {
     QList<QByteArray> folders;
     QByteArray name;
@@ -16,13 +16,12 @@ struct NamedPlace {
     QByteArray folderPath() const { return folders.join('/'); } ///< relative to the root
 };
 
-/// Takes a path apart; nothing for one that is not absolute, too long, or has an empty, "." or ".."
-/// component.
+/// Splits a path; nullopt if it is not absolute, too long, or has an empty, "." or ".." component.
 std::optional<NamedPlace> namedPlace(const QString& path);
 
-/// Whether the helper may take an item from a place, or put one back there. The folders are compiled in
-/// and compared by component, case ignored: strictly below one of those of "/Library" in which
-/// applications leave files, but for what is Apple's or the helper's own.
+/// Whether the helper may take an item from this path, or restore one to it. The allowed folders are
+/// compiled in and compared by component, ignoring case: strictly below the folders of "/Library" where
+/// applications leave files, except for items of Apple or the helper.
 bool isAllowed(const NamedPlace& place);
 
 } // namespace tessellar

@@ -10,7 +10,7 @@
 
 namespace tessellar {
 
-/// What an item was when it was taken: another file in its place has other values.
+/// Identifies an item that was taken; any replacement differs.
 struct TakenItem {
     FileIdentity identity;
     std::uint32_t owner = 0;
@@ -20,14 +20,13 @@ struct TakenItem {
 };
 
 TakenItem takenOf(const struct stat& status);
-/// What stands under a name; no link is followed. The error is errno's.
+/// The item with this name; does not follow links. The error is an errno.
 std::expected<TakenItem, int> takenAt(int folder, const QByteArray& name);
 
-/// What an errno means to the user.
+/// Describes an errno to the user.
 QString fileSentence(int error);
 
-/// An item in an open folder, held open itself: its inode belongs to no other file as long as this
-/// lives.
+/// An item in an open folder. The item is also held open, so that its inode cannot be reused meanwhile.
 struct HeldItem {
     Descriptor folder;
     Descriptor item;
@@ -35,17 +34,17 @@ struct HeldItem {
     TakenItem taken;
 };
 
-/// Files by descriptors from the root alone: no link is followed, no mount crossed below the folders of
-/// the root, and nothing that anyone swaps meanwhile leads anywhere else.
+/// Access to files by descriptor, starting at the root: never follows links, never crosses mounts below
+/// the root's folders, and cannot be redirected by concurrent replacements.
 class ConfinedFiles {
 public:
     explicit ConfinedFiles(const QByteArray& hostRoot);
 
-    /// A folder, and its owner when one is demanded: EPERM for someone else's. The error is errno's.
+    /// Opens a folder; EPERM if `owner` is given and does not own it. The error is an errno.
     std::expected<Descriptor, int> folder(const QByteArray& relativePath,
                                           std::optional<std::uint32_t> owner = {}) const;
-    /// A folder or regular file that is what was approved. A mount point is neither, nor is a folder in
-    /// which one lies.
+    /// A folder or regular file, if it is the approved one. Refuses mount points and folders that
+    /// contain one.
     std::expected<HeldItem, QString> hold(const NamedPlace& place, const FileIdentity& approved) const;
 
 private:

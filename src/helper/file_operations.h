@@ -12,15 +12,15 @@ namespace tessellar {
 /// The user on whose behalf the helper works.
 struct HelperClient {
     std::uint32_t user = 0;
-    /// Where the user's Trash may be, the likelier first, as paths under the root.
+    /// Candidates for the user's Trash, likeliest first, as paths under the root.
     QStringList trashFolders;
 };
 
-/// The four operations. Each item has its own outcome; whatever happens to one, the others are worked
-/// on, until a stop is requested. Any thread; one request at a time is carried out.
+/// The helper's operations. Items are processed independently, each with its own outcome, until a stop
+/// is requested. Thread-safe; requests are serialized.
 ///
-/// An item goes from its place into the helper's own folder and from there to where it is to be. What
-/// was cut short on the way is brought to its end before anything else is done.
+/// Every item passes through the helper's own staging folder on its way. Interrupted moves are
+/// completed before any new one starts.
 class FileOperations {
 public:
     FileOperations(const QByteArray& hostRoot, const QByteArray& journalFolder)
@@ -29,7 +29,7 @@ public:
     QList<PrivilegedFileOperationOutcome> perform(const PrivilegedFileOperationRequest& request,
                                                   const HelperClient& client,
                                                   std::stop_token stop = {});
-    /// Brings to its end what a killed helper left on the way.
+    /// Completes the moves that a killed helper left unfinished.
     void settle();
 
 private:
@@ -50,7 +50,8 @@ private:
     std::expected<Move, QString> planReturn(const Item& item, const HelperClient& client,
                                             const QList<MoveRecord>& records) const;
     void carryOut(Move& move, MoveJournal& journal, std::stop_token stop) const;
-    /// From the helper's folder to where the record says; else back, as long as that is as safe.
+    /// Moves from staging to the record's destination; if that fails, back, provided that it is just as
+    /// safe.
     std::expected<void, QString> deliver(const Staging& staging, MoveRecord& record,
                                          std::stop_token stop) const;
     std::expected<void, QString> toTrash(const Staging& staging, MoveRecord& record) const;

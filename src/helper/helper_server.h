@@ -8,23 +8,23 @@
 
 namespace tessellar {
 
-/// Takes connections one by one or several at a time, each for one request: sends a fresh nonce, reads
-/// one frame within the time for it, writes one reply, closes. A peer that ends its writing ends the
-/// work that it asked for; the reply tells how far it came.
+/// Serves concurrent connections, one request each: sends a fresh nonce, reads one frame before a
+/// timeout, writes one reply, closes. If the peer closes its writing end, the work is stopped; the
+/// reply reports what was done.
 class HelperServer {
 public:
     struct Options {
         std::chrono::milliseconds idle{60'000};
         std::chrono::milliseconds sendTime{helper_limits::sendMilliseconds};
         unsigned mostConnections = 64;
-        unsigned mostOfOneUser = 4;                ///< more are closed unheard
-        std::function<bool(int socket)> accepts{}; ///< none: everyone who may connect
+        unsigned mostOfOneUser = 4;                ///< further connections are closed unread
+        std::function<bool(int socket)> accepts{}; ///< empty: accepts every peer
     };
 
     HelperServer(RequestDesk& desk, std::function<QByteArray()> nonces, Options options)
         : _desk(desk), _nonces(std::move(nonces)), _options(options) {}
 
-    /// Returns when nobody has come for the idle time and all work is done, or at a stop.
+    /// Returns on a stop request, or once idle for `idle` with all work done.
     void serve(int listening, std::stop_token stop);
 
 private:

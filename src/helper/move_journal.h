@@ -7,25 +7,24 @@
 
 namespace tessellar {
 
-/// How far an item has come.
+/// The state of an item.
 enum class MovePhase {
-    leaving,   ///< on its way to the Trash
-    trashed,   ///< it lies there
-    returning, ///< on its way back to its place
-    deleting,  ///< about to be deleted for good
-    kept,      ///< what was taken was another item; it stays where it was looked at
-    closed,    ///< back in its place, or gone: of no more concern
+    leaving,   ///< being moved to the Trash
+    trashed,   ///< in the Trash
+    returning, ///< being restored
+    deleting,  ///< about to be deleted permanently
+    kept,      ///< not the approved item; kept in the staging folder
+    closed,    ///< restored or deleted; needs no further attention
 };
 
-/// One item that the helper took, or was about to take when it was killed.
+/// An item that the helper took, or was about to take when it was killed.
 struct MoveRecord {
     std::uint64_t id = 0;
     MovePhase phase = MovePhase::leaving;
-    std::uint64_t user = 0; ///< for whom
+    std::uint64_t user = 0; ///< who requested it
     QString original;
-    std::optional<QString>
-        trashed;    ///< where it was put, or was to be put; the user may rename it there
-    QString staged; ///< where it is looked at on its way
+    std::optional<QString> trashed; ///< its path in the Trash, intended or actual
+    QString staged;                 ///< where it is verified on its way
     FileIdentity identity;
     std::uint64_t owner = 0;
     std::uint64_t mode = 0;
@@ -33,30 +32,30 @@ struct MoveRecord {
     TakenItem taken() const {
         return {identity, static_cast<std::uint32_t>(owner), static_cast<std::uint32_t>(mode)};
     }
-    /// Whether this is the item; its volume may have another number by now.
+    /// Whether `item` is the recorded one; its volume's device number may have changed.
     bool isOf(const TakenItem& item) const {
         return isSameOnItsVolume(item.identity, identity) && item.owner == owner && item.mode == mode;
     }
     bool operator==(const MoveRecord&) const = default;
 };
 
-/// What the helper took, in a file of its own that nobody else may write: a line for each step, the
-/// last one on an item holds. A step is on the disk before its item moves. Nothing is forgotten that
-/// may still lie in a Trash; a line that cannot be read is kept as it stands.
+/// The log of what the helper took, in a file that only the helper may write: one line per step, the
+/// latest for an item wins. A step is on the disk before its item moves. Keeps every item that may
+/// still be in a Trash, and unreadable lines verbatim.
 ///
-/// One process and one thread at a time: the file is locked while this lives.
+/// One process and one thread at a time: the file stays locked while this object lives.
 class MoveJournal {
 public:
-    /// `folder` exists and is the helper's own. The error is errno's; then nothing may be moved.
+    /// `folder` must exist and belong to the helper. The error is an errno; nothing may be moved then.
     static std::expected<MoveJournal, int> open(const QByteArray& folder);
 
-    /// All but the closed, oldest first.
+    /// All records that are not closed, oldest first.
     QList<MoveRecord> records() const;
     std::uint64_t freshId() { return ++_lastId; }
-    /// All of them or none; true when they are on the disk.
+    /// Appends all steps or none; true once they are on the disk.
     bool append(const QList<MoveRecord>& steps);
-    /// Above a size that is worth it, writes the file anew without what is closed, or gone from its
-    /// Trash for certain.
+    /// If the file is large enough, rewrites it without records that are closed or certainly gone from
+    /// their Trash.
     void compact(const std::function<bool(const MoveRecord&)>& isGone);
 
 private:

@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// Whether the system grants a process an administrator's rights, for one request.
+/// Asks the system whether a process has administrator's rights for one request.
 class AuthorizationCheck {
 public:
     enum class Answer { granted, denied, canceled };
@@ -17,10 +17,9 @@ public:
                          const QByteArray& grant, std::stop_token stop) = 0;
 };
 
-/// Asks the desktop's authority with its own tool, by its fixed place; it may prompt the user, and the
-/// prompt says what is to be done to which items. Each kind of operation is an action of its own, so
-/// that an approval of one is none of another. Without that tool only root is granted anything. The
-/// one child that the helper ever starts.
+/// Asks polkit through its tool at a fixed path. It may prompt the user, naming the operation and the
+/// items. Each kind of operation is a separate polkit action, so that approving one approves no other.
+/// Without the tool, only root is authorized. The helper starts no other child process.
 class PolkitCheck final : public AuthorizationCheck {
 public:
     PolkitCheck(const FileSystem& files, CommandRunner& commands)
@@ -33,19 +32,19 @@ private:
     CommandRunner& _commands;
 };
 
-/// What a prompt says of a request's items, and of whose they are. Whoever asks chose these texts: they
-/// are short, on one line and without characters that would turn it about.
+/// The request's items and application as shown in the prompt. Untrusted text: shortened to one line,
+/// without characters that could reorder it.
 QByteArray promptItems(const PrivilegedFileOperationRequest& request);
 QByteArray promptApplication(const PrivilegedFileOperationRequest& request);
 
-/// Checks the grant that the request carries, where the system makes such.
+/// Verifies the grant in the request, where the system issues grants.
 class GrantCheck final : public AuthorizationCheck {
 public:
     Answer check(const PeerCredentials& peer, const PrivilegedFileOperationRequest& request,
                  const QByteArray& grant, std::stop_token stop) override;
 };
 
-/// Answers one message with one reply, whatever the message is.
+/// Replies to any message, valid or not.
 class RequestDesk {
 public:
     using ClientOf = std::function<std::optional<HelperClient>(std::uint32_t user)>;
@@ -53,7 +52,7 @@ public:
     RequestDesk(FileOperations& operations, AuthorizationCheck& authorization, ClientOf clientOf)
         : _operations(operations), _authorization(authorization), _clientOf(std::move(clientOf)) {}
 
-    /// `nonce` was made for this connection alone and is good for this message alone.
+    /// `nonce` is unique to this connection and valid for this message only.
     QByteArray answer(const QByteArray& message, const PeerCredentials& peer, const QByteArray& nonce,
                       std::stop_token stop = {});
 

@@ -6,32 +6,32 @@
 
 namespace tessellar {
 
-/// The helper's own folder on the volume of a Library, which nobody else may enter. Every item passes
-/// through it, for a rename takes whatever stands under a name, and a name in someone else's folder may
-/// stand for another file at any moment: only here, where nobody can exchange it any more, is it looked
-/// at what was taken. What is not the item stays.
+/// The helper's private folder on the volume of a Library; nobody else may enter it. A rename takes
+/// whatever currently has the name, and in a folder that others can write that may change at any
+/// moment. So every item is moved here first and verified here, where nobody can replace it. Anything
+/// but the approved item stays here.
 class Staging {
 public:
-    /// In the first folder on the way to a place; made where it is missing.
+    /// In the topmost folder on the path to `place`; created if missing.
     static std::expected<Staging, QString> open(const ConfinedFiles& files, const NamedPlace& place);
     /// As a path under the root.
     static QString path(const NamedPlace& place, const QByteArray& name);
 
     struct Refusal {
-        bool isKept = false; ///< something else was taken, and lies here now
+        bool isKept = false; ///< another item was taken, and is now kept here
         QString sentence;
     };
     std::expected<void, Refusal> take(const HeldItem& item, const QByteArray& name) const;
-    /// What lies here under a name; the error is errno's.
+    /// The item with this name; the error is an errno.
     std::expected<TakenItem, int> look(const QByteArray& name) const {
         return takenAt(_folder.get(), name);
     }
-    /// Renames into a folder under a name that must be free; 0 or an errno.
+    /// Renames into a folder; `toName` must be unused. Returns 0 or an errno.
     int give(const QByteArray& name, int toFolder, const QByteArray& toName) const;
-    /// Removes an item with all in it. Stopped or killed midway, the rest is still the same item.
+    /// Deletes an item recursively. If interrupted, what remains still has the item's identity.
     std::expected<void, QString> destroy(const QByteArray& name, const TakenItem& taken,
                                          std::stop_token stop) const;
-    /// Removes the folder when nothing lies in it.
+    /// Removes the folder if it is empty.
     void tidy() const;
 
 private:

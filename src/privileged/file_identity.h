@@ -5,7 +5,7 @@
 
 namespace tessellar {
 
-/// Tells whether an item is still the one that was reviewed.
+/// Identifies a file, to tell whether an item is still the one that was reviewed.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -13,8 +13,8 @@ struct FileIdentity {
 
     bool operator==(const FileIdentity&) const = default;
 };
-/// The same for what was written down, perhaps before the machine was restarted: volumes are numbered
-/// as they are found.
+/// For identities read from disk, possibly after a restart: ignores the device, as its number may have
+/// changed.
 inline bool isSameOnItsVolume(const FileIdentity& a, const FileIdentity& b) {
     return a.inode == b.inode && a.type == b.type;
 }
@@ -27,12 +27,12 @@ namespace json {
 template <>
 struct RawValues<FileType> : EnumeratorNames<FileType::other> {};
 
-/// Named as a field's codec: bytes as base 64.
+/// Field codec: bytes as Base64.
 struct Data {
     static Decoded<QByteArray> decode(const QJsonValue& value);
     static QJsonValue encode(const QByteArray& value);
 };
-/// Named as a field's codec: all 64 bits, as decimal text, for a JSON number has but 53.
+/// Field codec: all 64 bits as decimal text, as JSON numbers are exact only to 53.
 struct Whole {
     static Decoded<std::uint64_t> decode(const QJsonValue& value);
     static QJsonValue encode(std::uint64_t value);

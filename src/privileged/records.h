@@ -7,25 +7,25 @@
 
 namespace tessellar {
 
-/// The service under which the helper is known.
+/// The helper's service name.
 inline const QString removalHelperService = QStringLiteral("com.tessellar.app.removal-helper");
-/// Where it listens.
+/// The socket it listens on.
 inline QByteArray removalHelperSocket() {
     return "/var/run/" + removalHelperService.toLatin1() + ".socket";
 }
 
-/// What passes to and from the helper is bounded; each side holds to it by itself.
+/// Limits on messages to and from the helper, enforced independently by both sides.
 namespace helper_limits {
 inline constexpr qsizetype frameBytes = 1 << 20;
 inline constexpr qsizetype items = 256;
 inline constexpr qsizetype pathBytes = 4096;
-inline constexpr qsizetype nameBytes = 256; ///< of an application
+inline constexpr qsizetype nameBytes = 256; ///< of an application's name
 inline constexpr int sendMilliseconds = 5'000;
 } // namespace helper_limits
 
 enum class PrivilegedFileOperationKind { healthCheck, remove, moveToTrash, restoreFromTrash };
 enum class PrivilegedFileOutcomeStatus { removed, moved, failed };
-/// The reason of each item that was not touched because the administrator's prompt was dismissed.
+/// The failure reason of every item when the user dismissed the administrator's prompt.
 inline QString administratorApprovalCanceled() {
     return Texts::tr("Administrator approval was canceled.");
 }
@@ -36,7 +36,7 @@ QString message(AuthorizationError error);
 struct PrivilegedFileOperationItem {
     QString source;                       ///< absolute
     std::optional<QString> destination;   ///< absolute; for `restoreFromTrash`
-    std::optional<FileIdentity> approved; ///< what the user saw there; nothing else is touched
+    std::optional<FileIdentity> approved; ///< as the user reviewed it; anything else is left alone
 
     bool operator==(const PrivilegedFileOperationItem&) const = default;
 };
@@ -45,8 +45,8 @@ struct PrivilegedFileOperationRequest {
     QUuid id; ///< echoed by the reply
     PrivilegedFileOperationKind operation = PrivilegedFileOperationKind::healthCheck;
     QList<PrivilegedFileOperationItem> items;
-    std::optional<QString> application; ///< whose files these are, for the administrator's prompt
-    QByteArray authorization;           ///< an `AdministratorApproval`, as data
+    std::optional<QString> application; ///< the owner of the files, for the administrator's prompt
+    QByteArray authorization;           ///< an encoded `AdministratorApproval`
 
     bool operator==(const PrivilegedFileOperationRequest&) const = default;
 };
@@ -67,7 +67,7 @@ struct PrivilegedFileOperationResponse {
     bool operator==(const PrivilegedFileOperationResponse&) const = default;
 };
 
-/// The helper's first words on a connection: the number, used once, that the approval must be for.
+/// The helper's first message on a connection: a single-use nonce that the approval must contain.
 struct HelperChallenge {
     QByteArray nonce;
 
@@ -78,12 +78,12 @@ struct HelperChallenge {
 struct AdministratorApproval {
     QByteArray nonce;
     QByteArray digest; ///< `requestDigest` of the request
-    QByteArray grant;  ///< the system's own form of it; empty where the helper asks the system itself
+    QByteArray grant;  ///< in the system's external form; empty where the helper asks the system itself
 
     bool operator==(const AdministratorApproval&) const = default;
 };
 
-/// SHA-256 over all of the request but its authorization.
+/// SHA-256 over the request without its authorization.
 QByteArray requestDigest(PrivilegedFileOperationRequest request);
 
 namespace json {
