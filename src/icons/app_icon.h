@@ -7,25 +7,24 @@
 
 namespace tessellar {
 
-/// No icon file is read beyond this many bytes.
+/// Larger icon files are not read.
 inline constexpr std::uint64_t maximumIconBytes = 64u << 20;
 
-/// The PNG files that a wrapped iPhone application's property list names for its icon, those that suit
-/// most displays first. Not looked for on the disk; names that leave the bundle are left out.
+/// The PNG files that a wrapped iPhone application's property list names as its icon, best match for
+/// most displays first. Not checked to exist; paths outside the bundle are left out.
 QStringList wrappedIconPaths(const Bundle& bundle);
 
-/// What an application is shown with: the custom icon where there is a file of one, else what the
-/// bundle holds, `side` pixels a side, premultiplied. An image that is not square is centred; a wrapped
-/// application's, which is a plain square, gets the rounded shape of the others. Null where nothing can
-/// be decoded. For workers: reads files.
+/// An application's icon: the custom icon if its file exists, else the bundle's own, `side` pixels a
+/// side, premultiplied. Images that are not square are centred; a wrapped application's square icon
+/// gets the rounded shape. Null if nothing can be decoded. Reads files; call on a worker.
 QImage loadAppIcon(const FileSystem& files, const IconDecoder& decoder, const QString& bundlePath,
                    const std::optional<QString>& customIconPath, int side);
 
-/// Stands for an application without an icon of its own. Drawn; the same for every one.
+/// The icon of every application without one.
 QImage genericAppIcon(int side);
 
-/// The rounded shape that the icons of applications share, with its margin, and a soft shadow baked in:
-/// effects at run time cost a frame where a processor draws.
+/// Applies the rounded icon shape, its margin and a baked-in soft shadow: without a GPU, run-time
+/// effects would cost a frame.
 QImage inIconShape(const QImage& square, int side);
 
 } // namespace tessellar

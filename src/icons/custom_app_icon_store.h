@@ -13,10 +13,10 @@
 
 namespace tessellar {
 
-/// What was put onto an application's bundle in the system itself.
+/// A custom icon set on an application's bundle in the system.
 struct AppliedIconRecord {
     QString appPath; ///< standardized
-    /// The bundle carried a custom icon of its own before: restoring puts that one back.
+    /// The bundle already had a custom icon, which restoring puts back.
     bool originalIconWasCustom = false;
 
     bool operator==(const AppliedIconRecord&) const = default;
@@ -29,12 +29,11 @@ struct json::Fields<AppliedIconRecord> {
                required("originalIconWasCustom", &AppliedIconRecord::originalIconWasCustom));
 };
 
-/// The icons that the user gave to applications: for each app key a private copy of an `.icns` file,
-/// and what has to be remembered when it is also put onto the bundle in the system. Files are named by
-/// the SHA-256 digest of the key.
+/// Custom icons given by the user: for each app key a private copy of an `.icns` file, and what is
+/// needed if it is also set on the bundle. Files are named by the SHA-256 digest of the key.
 ///
-/// Main thread only, but for what is said to be good for any. Which keys have an icon is kept in
-/// memory: asking for it costs no file system call.
+/// Main thread only, except where noted. The set of keys with an icon is cached, so looking one up
+/// makes no file system call.
 class CustomAppIconStore {
 public:
     enum class Error {
@@ -49,54 +48,51 @@ public:
     using Result = std::expected<T, Error>;
 
     static constexpr std::uint64_t maximumFileBytes = 64u << 20;
-    /// Opens access to a file that the user chose, where the system guards it; the access ends when the
-    /// value goes.
+    /// Grants access to a file chosen by the user, where the system requires that; destroying the value
+    /// ends it.
     using FileAccess = std::function<std::shared_ptr<void>(const QString& path)>;
 
     CustomAppIconStore(const FileSystem& files, QString directory, Locale locale,
                        std::shared_ptr<const IconDecoder> decoder = std::make_shared<QtIconDecoder>(),
                        FileAccess access = {});
 
-    /// "Custom Icons" in the application's folder; an empty Application Support stands for none.
+    /// "Custom Icons" in the application's folder; empty if there is no Application Support.
     static QString
     defaultDirectory(const Places& places,
                      const std::optional<QString>& bundleIdentifier = applicationIdentifier);
     /// 64 lower-case hexadecimal digits.
     static QString baseName(const QString& appKey);
 
-    /// Checks the file and keeps a copy of it as the icon of the app key. After a failure an earlier
-    /// icon is untouched.
+    /// Validates the file and stores a copy. On failure an existing icon is unchanged.
     Result<void> importIcon(const QString& file, const QString& appKey);
 
-    // The same in steps, for those who let a worker do what asks the disk. Any thread may call these
-    // three; what they did is to be noted on the main thread.
+    // `importIcon` in steps, so that a worker can access the disk. These three are thread-safe; report
+    // their results with `note` on the main thread.
     Result<QByteArray> readIcon(const QString& file) const { return readIcon(file, _files); }
     Result<QByteArray> readIcon(const QString& file, const FileSystem& files) const;
     Result<void> writeIcon(const QByteArray& checkedBytes, const QString& appKey) const;
     Result<void> deleteFiles(const QString& appKey) const;
     void note(const QString& appKey, bool hasIcon);
 
-    /// The icon's file, when it exists. Any thread.
+    /// The icon's path, if the file exists. Thread-safe.
     std::optional<QString> iconPath(const QString& appKey) const;
-    /// The same by what is known in memory.
+    /// As `iconPath`, from the cache.
     std::optional<QString> knownIconPath(const QString& appKey) const;
-    /// Those of the keys that have an icon.
+    /// The subset of keys that have an icon.
     QSet<QString> keysWithIcon(const QStringList& appKeys) const;
-    /// Looks at the folder again.
+    /// Reads the folder again.
     void refresh();
 
-    /// Deletes the icon, and the record and the backup that belong to it. What is not there is no
-    /// failure.
+    /// Deletes the icon with its record and backup. Succeeds if there is none.
     Result<void> removeIcon(const QString& appKey);
-    /// An application is known by another key now: what is kept for it goes along, unless the new key
-    /// has an icon already.
+    /// Moves everything stored for one key to another, unless that has an icon already.
     Result<void> changeKey(const QString& from, const QString& to);
 
-    // For a service that puts icons onto bundles.
+    // For a service that sets icons on bundles.
     Result<void> writeAppliedIconRecord(const AppliedIconRecord& record, const QString& appKey);
     std::optional<AppliedIconRecord> appliedIconRecord(const QString& appKey) const;
     Result<void> removeAppliedIconRecord(const QString& appKey);
-    /// TIFF data, as it was before the custom icon came.
+    /// TIFF data of the bundle's icon before the custom one was set.
     Result<void> writeOriginalIcon(const QByteArray& tiff, const QString& appKey);
     std::optional<QByteArray> originalIcon(const QString& appKey) const;
     Result<void> removeOriginalIcon(const QString& appKey);

@@ -9,47 +9,46 @@
 
 namespace tessellar {
 
-/// The directory of an `.icns` file, and its images one by one.
+/// Parses an `.icns` file and decodes its images individually.
 ///
-/// Our own rather than Qt's reader of the format: that one returns the first image instead of the best,
-/// knows neither ARGB nor JPEG 2000 entries, and rejects a whole file for one wrong length. PNG and
-/// JPEG 2000 data are handed to Qt's decoders once their own headers have told a bearable size.
+/// Used instead of Qt's reader, which returns the first image rather than the best, supports neither
+/// ARGB nor JPEG 2000 entries, and rejects a whole file for one wrong length. PNG and JPEG 2000 data go
+/// to Qt's decoders once their headers show an acceptable size.
 ///
-/// A plain value; any thread may use it.
+/// A plain value; any thread may use a copy.
 class IcnsFile {
 public:
-    /// Images with a longer side are refused before they are decoded.
+    /// Larger images are rejected before decoding.
     static constexpr int maximumSide = 1024;
-    /// Entries after these are not looked at; real files have about twenty.
+    /// Further entries are ignored; real files have about twenty.
     static constexpr qsizetype maximumEntries = 256;
 
     enum class Error { notIcns };
     enum class Form { png, jpeg2000, argb, runLengthRgb };
 
     struct Entry {
-        std::uint32_t type = 0; ///< four characters, the first in the highest byte
+        std::uint32_t type = 0; ///< four characters, the first in the most significant byte
         Form form = Form::png;
-        int side = 0; ///< pixels, as the type or the image's own header says
+        int side = 0; ///< pixels, by the type or the image's own header
         QByteArrayView data;
-        QByteArrayView mask; ///< of run-length RGB: one byte a pixel, or empty for opaque
+        QByteArrayView mask; ///< for run-length RGB: one byte per pixel; empty if opaque
     };
 
-    /// Reads the directory. The length in the file's header is not held against it, and an entry with
-    /// an impossible length ends the reading: what came before it counts. Bytes that do not begin as
-    /// such a file does are `notIcns`; a file without images is one with no entries.
+    /// Reads the directory. Ignores the length in the file's header; stops at an entry with an
+    /// impossible length, keeping those before it. `notIcns` if the header is wrong; without images,
+    /// `entries` is empty.
     static std::expected<IcnsFile, Error> parse(const QByteArray& bytes);
-    /// True when the length that the header declares is the length of the bytes.
+    /// True if the header declares the actual length.
     static bool hasExactLength(const QByteArray& bytes);
 
-    /// The images that this machine can be expected to decode, in the order of the file. Their views
-    /// point into the file's bytes, which this value keeps.
+    /// The images in a supported form, in file order. The views point into the bytes held by this
+    /// value.
     const QList<Entry>& entries() const { return _entries; }
-    /// Null for data that cannot be decoded.
+    /// Null if the data cannot be decoded.
     static QImage decode(const Entry& entry);
 
-    /// The image for a wanted number of pixels a side: the smallest that is large enough, else the
-    /// largest; one that cannot be decoded is passed over for the next best. Not scaled. Null when no
-    /// entry can be decoded.
+    /// The smallest image with at least `wantedSide` pixels a side, else the largest, unscaled; skips
+    /// images that cannot be decoded. Null if none can.
     QImage image(int wantedSide) const;
 
 private:
@@ -57,8 +56,8 @@ private:
     QList<Entry> _entries;
 };
 
-/// Decodes a PNG, as every icon from outside is decoded: null for one with a side above
-/// `IcnsFile::maximumSide`, as its header tells before anything is allocated for it.
+/// Decodes an untrusted PNG; null if a side exceeds `IcnsFile::maximumSide`, checked in the header
+/// before allocating.
 QImage decodeBoundedPng(QByteArrayView data);
 
 } // namespace tessellar

@@ -17,7 +17,7 @@
 
 namespace tessellar {
 
-/// An application whose icon is to be shown.
+/// An icon to load.
 struct IconWish {
     QString appKey;
     QString bundlePath;
@@ -25,12 +25,12 @@ struct IconWish {
     bool operator==(const IconWish&) const = default;
 };
 
-/// Decodes the icons of application tiles on workers, at the size in which they are shown, and keeps
-/// them in a cache that is bounded in bytes. Main thread only.
+/// Decodes application icons on workers at their display size, into a cache limited in bytes. Main
+/// thread only.
 ///
-/// The caller states everything it wants whenever the user moves: the visible page, its neighbours and
-/// the rest. Work for pages that are no longer near is cancelled. The first two may push out what was
-/// shown longest ago; the rest is asked for one by one, and loaded only while there is room.
+/// After each navigation the caller states everything it wants: the visible page, its neighbours and
+/// the rest. Work for pages no longer near is cancelled. The first two may evict the least recently
+/// shown; the rest is requested one by one, and only loaded while there is room.
 class IconLoader {
 public:
     static constexpr qsizetype defaultMaximumBytes = qsizetype(40) << 20;
@@ -38,10 +38,11 @@ public:
     struct Wishes {
         QList<IconWish> visible;
         QList<IconWish> neighbours;
-        /// The next one of the rest; nothing at its end. Thousands need not be listed at each move.
+        /// Returns the next of the rest, nullopt at the end: saves listing thousands on each
+        /// navigation.
         std::function<std::optional<IconWish>()> rest;
     };
-    /// The file of a user's own icon for an app key, where there is one; asked on the main thread.
+    /// The path of an app key's custom icon, if any; called on the main thread.
     using CustomIcons = std::function<std::optional<QString>(const QString& appKey)>;
 
     IconLoader(const FileSystem& files, WorkerPool& workers,
@@ -49,25 +50,24 @@ public:
                qsizetype maximumBytes = defaultMaximumBytes);
 
     void setCustomIcons(CustomIcons customIcons) { _customIcons = std::move(customIcons); }
-    /// Called when the icon of an app key has come, or is known to be the generic one.
+    /// Called when an icon has been loaded, or turned out to be the generic one.
     void setReady(std::function<void(const QString& appKey)> ready) { _ready = std::move(ready); }
 
-    /// What is wanted from now on, `side` pixels a side. Icons that are there in this size are kept;
-    /// those of another size serve until their successors have come.
+    /// Replaces the set of wanted icons; `side` in pixels. Cached icons of that size are kept; those of
+    /// another are shown until replaced.
     void want(Wishes wishes, int side);
-    /// Nothing is wanted any more; what has been decoded stays.
+    /// Cancels all loading; keeps the cache.
     void cancel();
 
-    /// What to show for an app key now: its icon, else the generic one.
+    /// The icon to show now: the cached one, else the generic one.
     QImage icon(const QString& appKey);
     bool isLoaded(const QString& appKey) const { return _cache.contains(appKey); }
     QImage genericIcon();
 
-    /// The icon of an app key has changed: it is read anew if it is wanted, and the old one shown until
-    /// then.
+    /// The icon changed: reloads it if wanted, showing the old one until then.
     void reload(const QString& appKey);
 
-    /// True when nothing of the visible page is awaited any more.
+    /// True once every icon of the visible page is loaded.
     bool hasVisible() const;
     bool isIdle() const { return _running.empty() && !_wishes.rest; }
     qsizetype cachedBytes() const { return _cache.totalCost(); }
@@ -75,7 +75,7 @@ public:
 
 private:
     struct Cached {
-        QImage image; ///< null for an application that has none
+        QImage image; ///< null if the application has no icon
         QString bundlePath;
         int side = 0;
         bool isStale = false;
