@@ -5,10 +5,11 @@
 
 namespace tessellar {
 
-/// `appStore` for a bundle with a store receipt, or a wrapped iPhone application with its metadata.
+/// `appStore` for a bundle with a store receipt, and for a wrapped iPhone application with store
+/// metadata.
 AppInstallKind installKind(const FileSystem& files, const QString& bundlePath);
 
-/// False only for an entry that came from a legacy import and whose path holds no file.
+/// False only for an entry from a legacy import whose path does not exist.
 bool isAvailable(const FileSystem& files, const AppEntry& entry);
 
 } // namespace tessellar

@@ -6,29 +6,29 @@
 
 namespace tessellar {
 
-/// An application tile of an arrangement, and what becomes of it.
+/// An application tile of the arrangement, matched against the scan.
 struct MatchedTile {
     const AppEntry* entry;
-    bool wasAbsent;    ///< it went earlier, and its place is remembered
-    bool stays = true; ///< what was removed by the user is not looked for
+    bool wasAbsent;    ///< dropped earlier; its place is remembered
+    bool stays = true; ///< false if the user removed it: it is not matched
     std::optional<RememberedHome> home = {};
-    qsizetype index = -1; ///< of the scanned application
+    qsizetype index = -1; ///< of the scanned application; -1 if unmatched
     bool isAbsent = false;
     QUuid id = entry->id;
-    /// Where it stands for no scanned application, and is other than it was.
+    /// Set if the unmatched tile's entry has to be updated.
     std::optional<AppEntry> changed = {};
 
     const AppEntry& unscanned() const { return changed ? *changed : *entry; }
 };
 
-/// What was found out of an arrangement and a scan before anything is rewritten.
+/// The result of matching an arrangement against a scan, before anything is rewritten.
 struct ApplicationMatch {
-    std::vector<MatchedTile> tiles; ///< as they lie: a file may give one identifier to several
+    std::vector<MatchedTile> tiles; ///< in layout order; a file may contain duplicate identifiers
     QHash<QString, QString> changedKeys;
-    QList<AppEntry> unclaimed; ///< applications that no tile stands for
+    QList<AppEntry> unclaimed; ///< applications without a tile
 };
 
-/// `woven` is to outlive the match.
+/// `woven` must outlive the result.
 ApplicationMatch matchApplications(const WovenPages& woven, const MergeContext& context);
 
 } // namespace tessellar

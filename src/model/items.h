@@ -14,21 +14,21 @@ namespace tessellar {
 
 class LaunchpadItem;
 
-/// An ordered list of tiles, and an ordered list of such pages: the arrangement, and every folder's
-/// contents. Implicitly shared: a copy is a pointer. Iterate over std::as_const, for a loop over a
-/// non-const shared copy detaches it.
+/// A page is an ordered list of tiles; pages make up the arrangement, and every folder's contents.
+/// Implicitly shared: copying costs a pointer. Iterate over std::as_const: a loop over a non-const
+/// shared copy detaches it.
 using Page = QList<LaunchpadItem>;
 using Pages = QList<Page>;
 
-/// Where an entry came from. The first three are the kinds of place in which a scan finds bundles.
+/// Where an entry was found; the first three are kinds of scanned folders.
 enum class AppSource { system, local, user, legacyImport };
 
-/// How an application came onto the disk; derived from the bundle when needed, see app_state.h.
+/// How an application was installed; derived from the bundle on demand, see app_state.h.
 enum class AppInstallKind { manual, appStore };
 
-/// Marks an alias tile: a second tile for an application that has its own.
+/// Marks an alias tile: an additional tile for an application.
 struct AppAliasReference {
-    QString appKey; ///< of the application that the tile stands for
+    QString appKey; ///< of the aliased application
 
     bool operator==(const AppAliasReference&) const = default;
 };
@@ -37,29 +37,29 @@ struct AppAliasReference {
 struct AppEntry {
     QUuid id; ///< identity of the tile
     std::optional<QString> bundleIdentifier;
-    QString name;         ///< shown under the tile; the user may change it
-    QString originalName; ///< what the application calls itself
-    QString path;         ///< of the bundle, without a trailing slash; a file URL in JSON
+    QString name;         ///< shown under the tile; editable by the user
+    QString originalName; ///< the application's own name
+    QString path;         ///< of the bundle, without trailing slash; a file URL in JSON
     AppSource source = AppSource::local;
-    std::optional<QString> category; ///< such as "public.app-category.games"
+    std::optional<QString> category; ///< for example "public.app-category.games"
     bool isDuplicateBundleIdentifier = false;
     std::optional<AppAliasReference> alias;
 
     bool operator==(const AppEntry&) const = default;
 };
 
-/// The tile of a smart folder, whose definition is kept elsewhere.
+/// The tile of a smart folder; its definition is stored separately.
 struct SmartFolderReference {
     QUuid definitionID;
 
     bool operator==(const SmartFolderReference&) const = default;
 };
 
-/// A folder made by the user. A decoded one has at least one page.
+/// A folder made by the user. Has at least one page after decoding.
 struct FolderEntry {
     QUuid id;
     QString name;
-    std::optional<QString> customSymbolName; ///< shown instead of the preview of the contents
+    std::optional<QString> customSymbolName; ///< replaces the preview of the contents
     Pages pages;
 
     bool operator==(const FolderEntry&) const;
@@ -81,29 +81,28 @@ public:
 
 inline bool FolderEntry::operator==(const FolderEntry&) const = default;
 
-/// Over all fields, as equality is.
+/// Hashes all fields, consistent with equality.
 std::size_t qHash(const AppEntry& entry, std::size_t seed = 0);
 std::size_t qHash(const FolderEntry& folder, std::size_t seed = 0);
 std::size_t qHash(const LaunchpadItem& item, std::size_t seed = 0);
 
-/// The string by which everything per application is keyed: an alias's own; else the path where several
+/// The key for everything stored per application: an alias's own key; else the path if several
 /// installed bundles share the identifier; else the bundle identifier; else the path.
 QString appKey(const AppEntry& entry);
 
-/// True when a component of the standardized path other than the last ends in ".app", in any case.
+/// True if a component of the standardized path other than the last ends in ".app", ignoring case.
 bool isNestedInAnotherApplication(const QString& path);
 
-/// The applications of a folder, page by page in order, nested folders depth first.
+/// The applications of a folder in page order, nested folders depth first.
 QList<AppEntry> allApplications(const FolderEntry& folder);
 
 /// The first `limit` tiles of a folder, page by page, without entering folders.
 Page previewItems(const FolderEntry& folder, qsizetype limit);
 
-/// Calls `visit` for each tile at any depth, a folder before its contents. Stops when it returns false.
+/// Calls `visit` for each tile at any depth, folders before their contents, until it returns false.
 bool forEachItem(const Pages& pages, const std::function<bool(const LaunchpadItem&)>& visit);
 
-/// What a category is called, in English; nothing for an identifier that has no name. Every games
-/// subcategory is "Games".
+/// A category's English name; nullopt for an unknown identifier. All games subcategories are "Games".
 std::optional<QString> categoryDisplayName(const QString& category);
 
 namespace json {
@@ -120,7 +119,7 @@ struct RawValues<AppInstallKind> {
                                        std::pair{AppInstallKind::appStore, "appStore"}};
 };
 
-/// Named as a field's codec: a path as the file URL of a folder.
+/// Field codec: a path as the file URL of a folder.
 struct BundleUrl {
     static Decoded<QString> decode(const QJsonValue& value);
     static QJsonValue encode(const QString& path);
@@ -140,8 +139,8 @@ struct Codec<AppEntry> {
     static Decoded<AppEntry> decode(const QJsonValue& value);
     static QJsonValue encode(const AppEntry& entry);
 };
-/// Besides "pages", reads the two older forms of a folder ("items", of tiles or of bare applications);
-/// contents that none of them fit leave an empty folder and never fail the document.
+/// Also reads the two older forms of a folder ("items": tiles or bare applications). Contents in no
+/// known form give an empty folder rather than an error.
 template <>
 struct Codec<FolderEntry> {
     static Decoded<FolderEntry> decode(const QJsonValue& value);

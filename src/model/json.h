@@ -21,7 +21,7 @@
 #include <string_view>
 #include <utility>
 
-/// JSON both ways from one declaration.
+/// JSON encoding and decoding from one declaration.
 ///
 /// A record lists its fields once:
 ///
@@ -30,14 +30,14 @@
 ///             fields(required("x", &Point::x), optional("name", &Point::name));
 ///     };
 ///
-/// an enumeration its raw values, a tagged union (see json_unions.h) the keys of its cases; `decode<T>`
-/// and `encode` then serve both directions. A decode error names the path of the offending value. Keys
-/// that a declaration does not name are ignored; whether a missing key is an error, an absence or a
-/// default is said field by field.
+/// Enumerations declare raw values, tagged unions (see json_unions.h) the keys of their cases;
+/// `decode<T>` and `encode` then work both ways. A decode error has the path of the offending value.
+/// Unknown keys are ignored; each field declares whether a missing key is an error, nullopt or a
+/// default.
 namespace tessellar::json {
 
 struct DecodeError {
-    QString path; ///< such as "pages[0][3].app._0.id"; empty for the document itself
+    QString path; ///< for example "pages[0][3].app._0.id"; empty for the document itself
     QString message;
 
     bool operator==(const DecodeError&) const = default;
@@ -47,7 +47,7 @@ struct DecodeError {
     }
 };
 
-/// One line for people: the message, and the path when there is one.
+/// One line for people: the message, and the path if there is one.
 QString message(const DecodeError& error);
 
 template <typename T>
@@ -60,14 +60,14 @@ inline std::unexpected<DecodeError> expected(const char* what) {
     return fail(QStringLiteral("Expected %1.").arg(QLatin1StringView(what)));
 }
 
-/// The whole of a document. Refused: nesting deeper than 1,024, anything after the document's end.
+/// Parses a document; fails on nesting deeper than 1,024 and on trailing content.
 Decoded<QJsonValue> parse(const QByteArray& bytes);
-/// Pretty-printed, keys sorted, one line feed at the end.
+/// Pretty-printed, keys sorted, with a final newline.
 QByteArray write(const QJsonValue& value);
-/// The same on one line.
+/// As `write`, but on a single line.
 QByteArray writeCompact(const QJsonValue& value);
 
-/// How one type is read and written; specialised below and beside the types themselves.
+/// How a type is encoded; specialized below and beside the types themselves.
 template <typename T>
 struct Codec;
 
@@ -103,7 +103,7 @@ struct Codec<bool> {
 template <std::signed_integral T>
 struct Codec<T> {
     static Decoded<T> decode(const QJsonValue& value) {
-        // Two different defaults tell a value out of range, or with a fraction, from a real one.
+        // Comparing two defaults detects fractions and values out of range.
         if (!value.isDouble() || value.toInteger(0) != value.toInteger(1) ||
             !std::in_range<T>(value.toInteger()))
             return expected("an integer");
@@ -132,14 +132,14 @@ struct Codec<QString> {
     static QJsonValue encode(const QString& value) { return value; }
 };
 
-/// 36 characters with hyphens; read in either case, written in upper case.
+/// 36 characters with hyphens; decoded in either case, encoded in upper case.
 template <>
 struct Codec<QUuid> {
     static Decoded<QUuid> decode(const QJsonValue& value);
     static QJsonValue encode(const QUuid& value);
 };
 
-/// Seconds since 1 January 2001: the form of every file that does not say otherwise.
+/// Seconds since 1 January 2001: the default for dates.
 template <>
 struct Codec<Instant> {
     static Decoded<Instant> decode(const QJsonValue& value) {
@@ -150,7 +150,7 @@ struct Codec<Instant> {
     static QJsonValue encode(const Instant& value) { return value.secondsSince2001; }
 };
 
-/// Named as a field's codec: ISO 8601 text.
+/// Field codec: ISO 8601 text.
 struct Iso8601 {
     static Decoded<Instant> decode(const QJsonValue& value);
     static QJsonValue encode(const Instant& value) { return value.toIso8601(); }
@@ -183,7 +183,7 @@ struct Codec<QList<T>> {
     }
 };
 
-/// An object whose keys are data.
+/// An object with arbitrary keys.
 template <typename T>
 struct Codec<QMap<QString, T>> {
     static Decoded<QMap<QString, T>> decode(const QJsonValue& value) {
@@ -207,9 +207,9 @@ struct Codec<QMap<QString, T>> {
     }
 };
 
-// ---- enumerations: the raw values, in the order of declaration
+// ---- enumerations: raw values in declaration order
 
-/// Specialise with `static constexpr std::array values{std::pair{E::a, "a"}, …}`.
+/// Specialize with `static constexpr std::array values{std::pair{E::a, "a"}, …}`.
 template <typename E>
 struct RawValues;
 
@@ -217,8 +217,7 @@ namespace detail {
 
 template <auto value>
 consteval std::string_view enumeratorName() {
-    // "… [with auto value = tessellar::Kind::name; …]" with one compiler, "… [value = …]" with the
-    // other
+    // One compiler gives "… [with auto value = tessellar::Kind::name; …]", the other "… [value = …]".
     std::string_view text = std::source_location::current().function_name();
     text.remove_prefix(text.rfind("value = ") + 8);
     text = text.substr(0, text.find_first_of(";]"));
@@ -234,8 +233,8 @@ inline constexpr auto enumeratorText = [] {
 
 } // namespace detail
 
-/// Raw values that are the enumerators' own names, up to `last`; for an enumeration that numbers
-/// itself: `template <> struct RawValues<E> : EnumeratorNames<E::last> {};`
+/// Raw values equal to the enumerators' names, for an enumeration numbered from 0 to `last`: `template
+/// <> struct RawValues<E> : EnumeratorNames<E::last> {};`
 template <auto last>
 struct EnumeratorNames {
     using E = decltype(last);
@@ -282,8 +281,8 @@ struct Codec<E> {
 
 enum class Presence {
     required,  ///< a missing key is an error
-    optional,  ///< a std::optional; missing or null is absent, absent is left out
-    defaulted, ///< missing or null keeps the value that a default-constructed record has
+    optional,  ///< a std::optional; missing or null decodes to nullopt, which is not encoded
+    defaulted, ///< missing or null leaves the member's default
 };
 
 template <Presence P, typename C, typename Owner, typename Member>
@@ -294,7 +293,7 @@ struct Field {
     Member Owner::*member;
 };
 
-/// `required<Iso8601>("at", &T::at)` names another codec than the member's own.
+/// `required<Iso8601>("at", &T::at)` overrides the member's codec.
 template <typename C = void, typename Owner, typename Member>
 constexpr auto required(const char* key, Member Owner::*member) {
     using Coding = std::conditional_t<std::is_void_v<C>, Codec<Member>, C>;
@@ -311,14 +310,14 @@ constexpr auto defaulted(const char* key, Member Owner::*member) {
     return Field<Presence::defaulted, Coding, Owner, Member>{key, member};
 }
 
-/// A list of fields: calls what it is given with all of them. Not a std::tuple: checking whether one
-/// can be made of so many types took the compiler 3 s in each source that saw a table.
+/// A list of fields, which calls its argument with all of them. Not a std::tuple: checking its
+/// constructibility took the compiler 3 s in each source that included a table.
 template <typename... F>
 constexpr auto fields(F... field) {
     return [=](auto&& call) { return call(field...); };
 }
 
-/// Specialise with `static constexpr auto list = fields(required(…), …)`.
+/// Specialize with `static constexpr auto list = fields(required(…), …)`.
 template <typename T>
 struct Fields;
 
@@ -363,7 +362,7 @@ void encodeField(QJsonObject& object, const F& field, const T& record) {
 
 } // namespace detail
 
-/// For codecs that do more than their list of fields says.
+/// For codecs that do more than their field list.
 template <typename T, typename List>
 Decoded<T> decodeRecord(const QJsonValue& value, const List& list) {
     if (!value.isObject())

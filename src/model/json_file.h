@@ -6,22 +6,21 @@
 
 namespace tessellar {
 
-// A stored file of one JSON document, by the document's declaration. `File` is a StoredFile, or a
-// BackgroundFile.
+// Reads and writes files that hold one JSON document. `File` is a StoredFile or a BackgroundFile.
 
-/// Why a file's document cannot be had.
+/// Why a document could not be loaded.
 struct JsonFileError {
     enum class Kind {
-        unreadable, ///< now: a read error, which says nothing of what the file holds
-        damaged,    ///< read whole, but no such document
-        later,      ///< a later launcher's, who knows what it says
+        unreadable, ///< a read error, perhaps temporary; the contents are unknown
+        damaged,    ///< read, but not a valid document
+        later,      ///< written by a later version of the launcher
     };
     Kind kind = Kind::unreadable;
     QString text; ///< one sentence
 };
 
-/// The document, or nothing where there is certainly no file. What declares its `supportedVersion` is
-/// damaged in an earlier one.
+/// nullopt if there is certainly no file. If the document type declares a `supportedVersion`, earlier
+/// versions count as damaged.
 template <typename Document, typename File>
 std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
     const auto bytes = file.read();
@@ -31,7 +30,7 @@ std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
         return std::nullopt;
     const auto value = json::parse(**bytes);
     if constexpr (requires { Document::supportedVersion; })
-        // Before the rest, whose form it decides.
+        // First of all: the version decides the form of the rest.
         if (value &&
             value->toObject().value(QStringLiteral("version")).toInteger() > Document::supportedVersion)
             return std::unexpected(JsonFileError{
@@ -47,9 +46,9 @@ std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
     return *std::move(document);
 }
 
-/// The same for files that one can do without: what is damaged, or a later launcher's, is set aside
-/// beside the file, so that a new one can begin. While the file is unreadable, or cannot be set aside,
-/// it is not written.
+/// As `loadJson`, for files that are not essential: a damaged file, or one of a later version, is set
+/// aside so that a new one can be written. While the file is unreadable or cannot be set aside, it is
+/// not written.
 template <typename Document, typename File>
 std::expected<std::optional<Document>, JsonFileError> loadJsonOrSetAside(File& file, const Clock& clock,
                                                                          UuidSource& uuids) {
@@ -63,13 +62,13 @@ std::expected<std::optional<Document>, JsonFileError> loadJsonOrSetAside(File& f
     return loaded;
 }
 
-/// Encodes and writes here and now.
+/// Encodes and writes synchronously.
 template <typename Document>
 std::expected<void, FileError> saveJson(StoredFile& file, const Document& document) {
     return file.write(json::write(json::encode(document)));
 }
 
-/// Hands the document over, to be encoded and written on a worker.
+/// Encodes and writes on a worker.
 template <typename Document>
 BackgroundFile::Ticket saveJson(BackgroundFile& file, Document document) {
     return file.write([document = std::move(document)]() -> std::expected<QByteArray, FileError> {

@@ -6,9 +6,8 @@
 
 namespace tessellar::json {
 
-/// Counts what the tolerant decoders on this thread leave out while it lives: the contents of a folder
-/// in no form that a folder ever had. A file that was not read whole is to be kept before anything is
-/// saved over it.
+/// While it lives, counts what tolerant decoders on this thread drop: folder contents in no known form.
+/// Back up a file that lost something before overwriting it.
 class Losses {
 public:
     Losses() : _outer(std::exchange(_current, this)) {}
@@ -17,7 +16,7 @@ public:
     Losses& operator=(const Losses&) = delete;
 
     qsizetype count() const { return _count; }
-    /// For decoders.
+    /// Called by decoders.
     static void note() {
         for (Losses* losses = _current; losses; losses = losses->_outer)
             ++losses->_count;
@@ -29,7 +28,7 @@ private:
     qsizetype _count = 0;
 };
 
-/// What was read, perhaps with something left out.
+/// A decoded value, and whether anything was dropped.
 template <typename T>
 struct MaybeLossy {
     T value;

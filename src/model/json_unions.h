@@ -10,8 +10,8 @@
 /// JSON of tagged unions: a one-key object named by the case.
 namespace tessellar::json {
 
-/// Specialise for a std::variant with `static constexpr std::array<const char*, N> names{…}`, one for
-/// each alternative in order. The payload is encoded by its own codec.
+/// Specialize for a std::variant with `static constexpr std::array<const char*, N> names{…}`, one name
+/// per alternative, in order. The payload is encoded with its own codec.
 template <typename V>
 struct Cases;
 
@@ -20,14 +20,14 @@ concept HasCases = requires {
     Cases<V>::names;
 };
 
-/// A `Cases` that also says `static constexpr bool strict = true` refuses an object with other keys
-/// beside the case's; without it they are ignored.
+/// With `static constexpr bool strict = true` in its `Cases`, decoding fails on additional keys;
+/// otherwise they are ignored.
 template <typename V>
 concept IsStrict = requires {
     requires Cases<V>::strict;
 };
 
-/// The index of the one case that an object names.
+/// The index of the one case named in an object.
 Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char* const> names,
                                 bool strict = false);
 
@@ -70,16 +70,16 @@ private:
     }
 };
 
-/// A text that a template can take.
+/// A string as a template parameter.
 template <std::size_t N>
 struct Name {
     char text[N];
     consteval Name(const char (&name)[N]) { std::copy_n(name, N, text); }
 };
 
-/// One case of a tagged union, declared by the very words of its JSON: `Case<"isBetween", double,
-/// double>` is {"isBetween": {"_0": 1, "_1": 2}}, and a case that carries nothing holds an empty
-/// object. A std::variant of such cases needs no other declaration; it is strict.
+/// One case of a tagged union, declared by its JSON: `Case<"isBetween", double, double>` is
+/// {"isBetween": {"_0": 1, "_1": 2}}; a case without values has an empty object. A std::variant of such
+/// cases needs no further declaration and is strict.
 template <Name name, typename... Values>
 struct Case {
     static constexpr const char* key = name.text;

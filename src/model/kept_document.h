@@ -10,13 +10,12 @@
 
 namespace tessellar {
 
-/// A document of the launcher's own that one can do without, in a file in the application's folder.
-/// What is damaged, too large, or of another version, is set aside beside the file
-/// ("NAME.damaged-STAMP-TAG.json"). What cannot be read now stays as it is: until the next load,
-/// changes are kept in memory alone, and that load forgets them.
+/// A non-essential document in a file in the application's folder. If it is damaged, too large or of
+/// another version, it is set aside ("NAME.damaged-STAMP-TAG.json"). While it is unreadable, the file
+/// is left alone and changes stay in memory only, until the next load discards them.
 ///
-/// Main thread only. Written behind it, before whatever is handed over to be saved later; destroying
-/// this waits for that.
+/// Main thread only. Written on a worker, before anything that is queued for saving later; the
+/// destructor waits for that.
 template <typename Document>
 class KeptDocument {
 public:
@@ -38,7 +37,7 @@ public:
         const auto bytes = _file.read();
         if (!bytes) {
             leaveOut(message(bytes.error()));
-            // What can never be read is in the way of all that is to be kept.
+            // A file that can never be read would block saving forever.
             using Code = FileError::Code;
             constexpr std::array never{Code::tooLarge, Code::isADirectory, Code::notARegularFile};
             if (std::ranges::find(never, bytes.error().code) != never.end())
@@ -60,7 +59,7 @@ public:
         }
     }
 
-    /// What the file holds is not known, and what is set here does not reach it.
+    /// The file's contents are unknown; changes are not written to it.
     bool isBlocked() const { return _isBlocked; }
 
     void set(Document value) {
@@ -70,9 +69,9 @@ public:
         write();
     }
 
-    /// Calls `done` on the main thread once what was set is on the disk, or is not.
+    /// Calls `done` on the main thread once writing has finished or failed.
     void whenWritten(BackgroundFile::Done done) { _file.whenWritten(std::move(done)); }
-    /// As of a background file, with another try at what failed. Nothing waits for a blocked one.
+    /// As BackgroundFile::written, after retrying a failed write. Succeeds at once if blocked.
     std::function<BackgroundFile::Result()> written() {
         if (_isBlocked)
             return [] { return BackgroundFile::Result(); };
@@ -104,7 +103,7 @@ private:
     const Machine& _machine;
     BackgroundFile _file;
     Document _value;
-    int _untold = 0; ///< writes of which the main thread has not heard yet
+    int _untold = 0; ///< writes whose result has not reached the main thread
     bool _isBlocked = true;
 };
 

@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-/// Working layouts, layout settings and saved arrangements are kept for each mode.
+/// Each mode has its own working layout, layout settings and saved arrangements.
 enum class LauncherWindowMode { fullScreen, windowed };
 
 constexpr LauncherWindowMode otherMode(LauncherWindowMode mode) {

@@ -8,9 +8,9 @@
 
 namespace tessellar {
 
-/// What a list shows of a backup.
+/// A backup as shown in a list.
 struct BackupSummary {
-    QString name; ///< of its file, without "layout-" and ".json": "2026-11-14T21-05-40Z-0F3C9A61"
+    QString name; ///< the file name without "layout-" and ".json": "2026-11-14T21-05-40Z-0F3C9A61"
     Instant createdAt;
     QString reason;
     int pageCount = 0;
@@ -20,26 +20,26 @@ struct BackupSummary {
     bool operator==(const BackupSummary&) const = default;
 };
 
-/// The folder of the layouts that were kept before they were replaced; any thread, for it reads whole
-/// documents.
+/// The folder of layouts backed up before they were replaced. Reads whole documents; callable from any
+/// thread.
 class LayoutBackups {
 public:
-    /// The latest are kept however old they are; of the others, so many, for so long.
+    /// The newest `alwaysKept` stay at any age; the rest are limited in count and age.
     static constexpr qsizetype alwaysKept = 10;
     static constexpr qsizetype maximumCount = 100;
     static constexpr std::chrono::days maximumAge{365};
 
-    /// `applicationFolder` is that of the layout store.
+    /// The folder of the layout store.
     LayoutBackups(const FileSystem& files, const QString& applicationFolder);
 
-    /// Newest first. A file that is no backup is left out.
+    /// Newest first, without files that are not backups.
     QList<BackupSummary> list() const;
     std::expected<json::MaybeLossy<BackupDocument>, FileError> read(const QString& name) const;
-    /// Keeps a working file as another program wrote it: as a backup, or where it cannot be read whole
-    /// as "unreadable-layout-STAMP-TAG.json". Its path.
+    /// Backs up a working file written by another program; if it cannot be read completely, as
+    /// "unreadable-layout-STAMP-TAG.json". Returns the path.
     std::expected<QString, FileError> keep(const QByteArray& bytes, const QString& reason,
                                            Instant now) const;
-    /// Removes those that are over the bounds; what is no backup stays.
+    /// Deletes backups beyond the limits; leaves other files alone.
     void prune(Instant now) const;
 
 private:

@@ -6,10 +6,10 @@
 
 namespace tessellar {
 
-/// The working layout of one display mode, as its file holds it; also what backups, saved arrangements
-/// and undo snapshots hold. Copies share their pages.
+/// The working layout of one display mode; also the contents of backups, saved arrangements and undo
+/// snapshots. Copies share their pages.
 struct LayoutDocument {
-    /// The version that is written. Versions 1 and 2 read like it and become it.
+    /// The version written. Versions 1 and 2 are read the same way and upgraded.
     static constexpr int currentVersion = 3;
     static bool isSupported(int version) { return version >= 1 && version <= currentVersion; }
 
@@ -20,23 +20,23 @@ struct LayoutDocument {
     bool operator==(const LayoutDocument&) const = default;
 };
 
-/// Limits on nesting and size, for reading and writing alike: whatever was written can be read back.
+/// Limits on nesting and size, enforced on writing too, so that whatever was written can be read.
 inline constexpr int maximumFolderDepth = 100;
 inline constexpr std::uint64_t maximumLayoutBytes = 64u << 20;
 
-/// How deep folders are nested: 0 without folders, 1 with a folder that holds none.
+/// The nesting of folders: 0 without folders, 1 if no folder contains another.
 int folderDepth(const Pages& pages);
 
 struct ItemCounts {
     qsizetype pages = 0;        ///< top-level pages
-    qsizetype applications = 0; ///< at any depth, alias tiles not counted
+    qsizetype applications = 0; ///< at any depth, without alias tiles
     qsizetype folders = 0;      ///< folders and smart folders at any depth
 
     bool operator==(const ItemCounts&) const = default;
 };
 ItemCounts countItems(const Pages& pages);
 
-/// A layout kept before it was replaced wholesale.
+/// A layout backed up before it was replaced as a whole.
 struct BackupDocument {
     Instant createdAt;
     QString reason; ///< "arrangement-restore" or "legacy-launchpad-import"
@@ -46,7 +46,7 @@ struct BackupDocument {
     bool operator==(const BackupDocument&) const = default;
 };
 
-/// A column of the grid given to recently or most used applications.
+/// A grid column for recently or most used applications.
 struct SpecialColumn {
     bool isVisible = false;
     int columns = 1;
@@ -63,12 +63,12 @@ struct WindowSize {
     bool operator==(const WindowSize&) const = default;
 };
 
-/// The grid and appearance settings in force when an arrangement was saved.
+/// The grid and appearance settings when an arrangement was saved.
 struct ArrangementLayout {
     int rows = 5;
     int columns = 8;
     double iconScale = 1;
-    std::optional<double> tileLabelFontSize; ///< absent means the default
+    std::optional<double> tileLabelFontSize; ///< nullopt for the default
     double windowedIconSize = 64;
     double windowedHorizontalSpacing = 24;
     double windowedVerticalSpacing = 24;
@@ -83,7 +83,7 @@ struct ArrangementLayout {
     bool operator==(const ArrangementLayout&) const = default;
 };
 
-/// A named arrangement that the user saved. Its file is named by its identifier.
+/// A named arrangement saved by the user, in a file named by its identifier.
 struct Arrangement {
     QUuid id;
     QString name;
@@ -97,7 +97,7 @@ struct Arrangement {
     bool operator==(const Arrangement&) const = default;
 };
 
-/// What a list shows of a saved arrangement.
+/// A saved arrangement as shown in a list.
 struct ArrangementSummary {
     QUuid id;
     QString name;
@@ -111,7 +111,7 @@ struct ArrangementSummary {
 
 namespace json {
 
-/// Written in sorted order, so that equal sets are equal bytes.
+/// Sorted, so that equal sets encode to equal bytes.
 template <>
 struct Codec<QSet<QString>> {
     static Decoded<QSet<QString>> decode(const QJsonValue& value);

@@ -25,12 +25,12 @@ class SavedArrangements;
 ///     Backups/unreadable-layout-STAMP-TAG.json   working files that could not be read whole
 ///     Arrangements[-Windowed]/ID.json            arrangements that the user saved
 ///
-/// A working file that exists but cannot be used blocks its mode: nothing is written for it until a
-/// reset, or a later load that finds a usable file or none. Edits are saved 300 ms after the last of a
-/// burst, encoded and written on a worker. What a failing disk kept from being saved stays here and is
-/// tried again at the next edit, at `flush` and at `hurry`.
+/// A working file that exists but cannot be used blocks its mode: nothing is written until a reset, or
+/// until a later load finds a usable file or none. Edits are saved 300 ms after the last one, encoded
+/// and written on a worker. Failed saves are kept in memory and retried at the next edit, `flush` or
+/// `hurry`.
 ///
-/// Main thread only. The two modes have nothing in common but the folder.
+/// Main thread only. The two modes share nothing but the folder.
 class LayoutStore {
 public:
     using Document = LayoutDocument;
@@ -42,7 +42,7 @@ public:
             workingDocumentUnreadable
         };
         Code code = Code::workingDocumentUnreadable;
-        int version = 0; ///< found, with an unsupported version
+        int version = 0; ///< the unsupported version
 
         bool operator==(const StorageError&) const = default;
     };
@@ -54,69 +54,69 @@ public:
     struct Failed {
         Error error;
         QString detail;       ///< for the log: what was wrong, and where
-        bool mayPass = false; ///< it could not be read now, which says nothing of what it holds
+        bool mayPass = false; ///< a read error, perhaps temporary; the contents are unknown
     };
     using LoadResult = std::variant<Document, Missing, Failed>;
 
     static constexpr std::chrono::milliseconds saveDelay{300};
 
-    /// The user's Application Support, and in it a folder named by the application's identifier, or by
-    /// "com.quillane.app" where the application has none.
+    /// In the user's Application Support: the folder named by the application's identifier, or
+    /// "com.quillane.app" if there is none.
     static QString defaultDirectory(const Places& places,
                                     const std::optional<QString>& identifier = applicationIdentifier);
 
     static QString workingPath(const QString& directory, LauncherWindowMode mode);
 
-    /// Creates the folder; a failure to do so shows at the first read or write.
+    /// Creates the folder; if that fails, the first read or write reports it.
     LayoutStore(const Machine& machine, QString directory);
 
     const QString& directory() const { return _directory; }
 
-    // The working layouts. Documents are written with the current version.
+    // The working layouts. Written in the current version.
     LoadResult load(LauncherWindowMode mode);
-    /// The same with reading and decoding on a worker; `done` is called on the main thread. Nothing is
-    /// saved until then. A blocked mode that is reset meanwhile stays as the reset left it.
+    /// As `load`, on a worker; `done` is called on the main thread. Nothing is saved until then. If a
+    /// blocked mode is reset meanwhile, the reset wins.
     [[nodiscard]] Task loadBehind(LauncherWindowMode mode, std::function<void(LoadResult)> done);
     void scheduleSave(LauncherWindowMode mode, const Document& document);
-    /// Hands over what is scheduled, or could not be saved earlier, without blocking and at once.
+    /// Starts scheduled and failed saves at once, without blocking.
     void hurry(LauncherWindowMode mode) { handOver(mode); }
-    /// As `saveNow`, but without blocking: `done` is called on the main thread, unless the store goes
-    /// before. Nothing in a blocked mode.
+    /// As `saveNow`, without blocking: `done` is called on the main thread, unless the store is
+    /// destroyed first. Does nothing if the mode is blocked.
     void saveBehind(LauncherWindowMode mode, const Document& document, BackgroundFile::Done done);
     /// Blocks until the document is on the disk.
     std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document);
     std::expected<void, FileError> reset(LauncherWindowMode mode);
     bool isWriteBlocked(LauncherWindowMode mode) const { return working(mode).isBlocked; }
-    /// Where the file is kept as it was, when the last load had to leave out contents of a folder.
+    /// The path of the backup made when the last load had to drop a folder's contents.
     const std::optional<QString>& lossyCopy(LauncherWindowMode mode) const {
         return working(mode).lossyCopy;
     }
-    /// Writes what is scheduled, or could not be saved earlier, for either mode, and blocks until it is
-    /// on the disk. The first error where both fail.
+    /// Writes scheduled and failed saves of both modes and blocks until they are on the disk. Returns
+    /// the first error.
     std::expected<void, Error> flush();
-    /// Numbers the states of a mode that were to be saved, in their order: that of the last one.
+    /// Numbers a mode's states in the order in which they were to be saved; `revision` is the latest.
     using Revision = std::uint64_t;
     Revision revision(LauncherWindowMode mode) const { return working(mode).revision; }
-    /// A save has ended: the state of that number is on the disk with all before it; or it has failed,
-    /// and no later one is under way.
+    /// A save finished: this revision and all before it are on the disk; or it failed and no later one
+    /// is in progress.
     Signal<LauncherWindowMode, Revision, BackgroundFile::Result> saveEnded;
-    /// True while the state of a scheduled save is not on the disk. What `saveNow` could not write does
-    /// not count: its caller was told.
+    /// True while a scheduled save is not on the disk. Failures of `saveNow` do not count: its caller
+    /// has been told.
     bool hasUnsavedEdits() const;
     /// Why the last save failed; empty once one has succeeded. Shown at the next edit.
     std::optional<Error> lastSaveError(LauncherWindowMode mode) const;
 
-    /// Another program changed a working file since it was read or written here: its version was kept
-    /// there before it was written over.
+    /// Another program changed a working file since the store read or wrote it. That version was backed
+    /// up at this path before being overwritten.
     Signal<LauncherWindowMode, QString> foreignVersionKept;
 
-    /// What is to be on the disk before a mode's working file. Called on the main thread when a save is
-    /// handed over; what it gives is called before the file is written, on the lane for saving. Where
-    /// that fails the save has failed.
+    /// What must be on the disk before a mode's working file. Called on the main thread when a save
+    /// starts; the function it returns is called on the saving lane before the file is written, and if
+    /// it fails, so does the save.
     using Precondition = std::function<std::function<BackgroundFile::Result()>(LauncherWindowMode)>;
     void setPrecondition(Precondition precondition) { _precondition = std::move(precondition); }
 
-    /// The path of the backup.
+    /// Returns the backup's path.
     std::expected<QString, FileError> makeBackup(const QString& reason,
                                                  const std::optional<QString>& sourceDatabasePath,
                                                  const Document& document);
@@ -127,7 +127,7 @@ private:
     struct Unsaved {
         Document document;
         bool isEdit = false;
-        std::optional<BackgroundFile::Ticket> ticket; ///< once handed over
+        std::optional<BackgroundFile::Ticket> ticket; ///< set once the save has started
     };
     struct Read;
     static Read read(BackgroundFile& file);
@@ -135,17 +135,17 @@ private:
     /// One mode's working file.
     struct Working {
         Working(const Machine& machine, const QString& directory, LauncherWindowMode mode);
-        /// What became of the state that was to be saved; absent while it is not on the disk.
+        /// The outcome of the pending state's save; nullopt until it has finished.
         std::optional<BackgroundFile::Result> outcome() const;
         bool isSaved() const { return outcome() == BackgroundFile::Result(); }
 
-        std::shared_ptr<BackgroundFile> file;  ///< shared with a load under way
-        std::shared_ptr<OverwriteGuard> guard; ///< shared with the work under way
+        std::shared_ptr<BackgroundFile> file;  ///< shared with a running load
+        std::shared_ptr<OverwriteGuard> guard; ///< shared with running work
         bool isBlocked = false;
         std::optional<QString> lossyCopy;
         std::optional<Unsaved> unsaved;
         Revision revision = 0;
-        BackgroundFile::Ticket handedOver = 0; ///< the last of them
+        BackgroundFile::Ticket handedOver = 0; ///< the last ticket
         Timer pendingSave;
     };
 
@@ -166,7 +166,7 @@ private:
     Precondition _precondition;
 };
 
-/// The user-facing sentence.
+/// One sentence for the user.
 QString message(const LayoutStore::StorageError& error);
 QString message(const LayoutStore::Error& error);
 

@@ -9,23 +9,23 @@
 
 namespace tessellar {
 
-/// Knows what a working file may hold: what was read from it and what was written to it last. What else
-/// is found there is another program's, and is kept as a backup before it is written over. Any thread.
+/// Knows the contents that a working file may have: those last read and last written. Anything else was
+/// written by another program and is backed up before it is overwritten. Thread-safe.
 class OverwriteGuard {
 public:
     OverwriteGuard(const FileSystem& files, QString path, LayoutBackups backups)
         : _files(files), _path(std::move(path)), _backups(std::move(backups)) {}
 
-    /// The file was read; with nothing where it is not there.
+    /// Call after reading; with empty bytes if there is no file.
     void wasRead(const QByteArray& bytes);
-    /// `bytes` are to be written; an error where that would destroy what was not kept. Before anything
-    /// was read, nothing is another program's.
+    /// Call before writing; an error if foreign contents could not be backed up. Nothing counts as
+    /// foreign before the first read.
     std::expected<void, FileError> beforeWriting(const QByteArray& bytes, Instant now);
-    /// Where another program's version was kept since the last call.
+    /// The path of the backup made since the last call, if any.
     std::optional<QString> takeKept();
 
 private:
-    /// By which contents are known again: they are compared with few others, and nobody forges them.
+    /// A fingerprint of contents. A weak hash suffices: few are compared, and nobody forges them.
     using Print = std::pair<qsizetype, std::size_t>;
     static Print printOf(const QByteArray& bytes) { return {bytes.size(), qHash(bytes)}; }
 
@@ -34,7 +34,7 @@ private:
     const LayoutBackups _backups;
     std::mutex _mutex;
     bool _isWatching = false;
-    QList<Print> _known; ///< two: a write that failed may have come to pass
+    QList<Print> _known; ///< two, as a failed write may have reached the disk
     std::optional<QString> _kept;
 };
 

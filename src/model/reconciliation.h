@@ -10,17 +10,18 @@
 
 namespace tessellar {
 
-/// What a merge is told of the machine and the grid.
+/// The state of the machine and the grid, for a merge.
 struct MergeContext {
     QList<AppEntry> scannedApps;
-    /// True for the path of an application that was looked for and is certainly not there. Every other
-    /// one that the scan did not find is only out of sight. Without it, nothing is gone.
+    /// True if the application at `path` was looked for and is certainly gone; any other that the scan
+    /// did not find is only unavailable (on an unmounted volume, say). Null: none is gone.
     std::function<bool(const QString& path)> isGone;
     qsizetype pageCapacity = 40;
-    /// A restore puts new applications on pages of their own; otherwise the last page is filled first.
+    /// A restore puts new applications on pages of their own; otherwise they fill up the last page
+    /// first.
     bool isRestore = false;
-    /// Applications out of sight that the arrangement had until now. Where the given pages do not have
-    /// them they are added like new ones, for nobody could say that they are to go.
+    /// Unavailable applications that the arrangement had so far. If the given pages lack them they are
+    /// added like new ones, as nobody can tell whether they were meant to go.
     QList<AppEntry> unseenApps = {};
     RememberedPlaces places = {}; ///< of this mode
     Instant now = {};
@@ -29,49 +30,47 @@ struct MergeContext {
 struct MergeResult {
     Pages pages;
     QSet<QString> hiddenKeys;
-    /// App keys of tiles whose application is out of sight.
+    /// App keys of tiles whose application is unavailable.
     QSet<QString> unavailableAppKeys;
-    /// Keys that changed, because a second copy of an application appeared or went away, or its
-    /// vendor gave it another identifier. Whatever else is kept by app key moves along.
+    /// App keys that changed, because a second copy of an application appeared or went away, or its
+    /// identifier changed. Move everything else stored by app key accordingly.
     QHash<QString, QString> changedKeys;
 
-    // What went and came back, and what followed from it.
+    // What was dropped and what returned, with the consequences.
     QList<AppEntry> dropped;
     QList<AppEntry> returned;
     QList<QUuid> closedFolders;
-    qsizetype closedPages = 0; ///< of the arrangement's own
-    /// To be remembered until the next merge. Those that came back are in it still, and without effect
-    /// while the arrangement has their tiles: whichever of the two is saved last, nothing is lost.
+    qsizetype closedPages = 0; ///< top-level pages only
+    /// To pass to the next merge. Still includes the returned applications, which has no effect while
+    /// they have tiles: so whichever of layout and places is saved last, nothing is lost.
     RememberedPlaces places;
 
     bool operator==(const MergeResult&) const = default;
 };
 
-/// Brings a stored arrangement and the applications that a scan found together.
+/// Merges a stored arrangement with the scanned applications.
 ///
-/// 1. What went earlier is put back in thought, each tile where it lay.
-/// 2. Each application tile is matched with a scanned application: by its path first, then by its app
-///    key as the scan's duplicates make it, and in the end by its path alone, for a vendor may change
-///    an identifier. So a second copy that appears or goes away costs the first neither its place
-///    nor its hidden state. A matched tile has its place, `id` and the name that the user gave, and
-///    takes all else from the scan; one under another identifier takes a new `id` too. A tile whose
-///    application is gone is dropped and its place remembered; any other stays as it is.
-/// 3. Folders close up from the inside out: an empty one goes, one with a single tile becomes that
-///    tile.
-/// 4. Empty top-level pages go.
-/// 5. Applications without a tile are added at the end, in alphabetical order.
-///
-/// The order inside pages is the user's and never changes. When everything that went is back, all lies
-/// where it lay. Linear in tiles and applications, but for what went; pure.
+/// 1. Remembered applications are woven back in, each tile in its place.
+/// 2. Each application tile is matched with a scanned application: first by path, then by app key given
+/// the scan's duplicates, finally by path alone, as an identifier may change. So a second copy that
+/// appears or goes away affects neither the place nor the hidden state of the first. A matched tile
+/// keeps its place, `id` and the user's name, and takes everything else from the scan; if the
+/// identifier changed it also gets a new `id`. A tile whose application is gone is dropped and its
+/// place remembered; any other is kept.
+/// 3. Folders are tidied from the inside out: empty ones are removed, one with a single tile is
+/// replaced by it.
+/// 4. Empty top-level pages are removed.
+/// 5. Applications without a tile are appended in alphabetical order.
+/// The order within pages is the user's and never changes; once every application has returned, the
+/// arrangement is as before. Linear in tiles and applications, except for those dropped. Pure.
 MergeResult mergeLayout(const Pages& pages, const QSet<QString>& hiddenKeys,
                         const MergeContext& context, const Locale& locale);
 
-/// What is to be remembered when the user removes the application at `path` from this arrangement: its
-/// place, for the case that it is put back.
+/// The places after the user removes the application at `path`, with its place, in case it is put back.
 RememberedPlaces placesAfterRemoval(const Pages& pages, const RememberedPlaces& places,
                                     const QString& path, Instant now, const Locale& locale);
 
-/// Every application as a top-level tile, in alphabetical order, filled page by page.
+/// All applications as top-level tiles, in alphabetical order.
 Pages defaultLayout(const QList<AppEntry>& apps, qsizetype pageCapacity, const Locale& locale);
 
 } // namespace tessellar

@@ -8,18 +8,18 @@
 
 namespace tessellar {
 
-/// When an application went whose place is remembered.
+/// An application that was dropped, and when.
 struct RememberedPlace {
     QUuid id; ///< of its tile
     Instant goneAt;
-    /// The user removed it: it gets its place back when it is put back, not when it is installed anew.
+    /// Removed by the user: gets its place back when put back, not when reinstalled.
     bool isRemoved = false;
 
     bool operator==(const RememberedPlace&) const = default;
 };
 
-/// Where the application of a tile lay before the tile came to stand for a copy elsewhere. When it
-/// is back there, the tile stands for it again.
+/// The original location of a tile's application, if the tile now stands for a copy elsewhere. Once the
+/// application is back there, the tile stands for it again.
 struct RememberedHome {
     QUuid id; ///< of the tile
     QString path;
@@ -29,56 +29,56 @@ struct RememberedHome {
     bool operator==(const RememberedHome&) const = default;
 };
 
-/// What is remembered of the applications that went from one mode's arrangement: that arrangement as it
-/// would be with them. An application that comes back finds its place there: its folder, which may
-/// have closed when it went, its page, and what lay before and after it, whether that is back or not.
+/// The applications dropped from one mode's arrangement, as the arrangement would be with them. A
+/// returning application finds its place: its folder (even if that closed meanwhile), its page, and its
+/// neighbours, whether they are back or not.
 struct RememberedPlaces {
     static constexpr int supportedVersion = 1;
     static constexpr std::chrono::days duration{90};
-    /// Those that went first are forgotten when there are more.
+    /// Beyond this, the oldest are forgotten.
     static constexpr qsizetype maximumPlaces = 2'000;
 
     int version = supportedVersion;
-    /// Applications are those that went. Of every other tile this holds its identifier alone, as a
-    /// reference; of folders, all but that.
+    /// Applications are the dropped ones. All other tiles are stored as mere references by identifier;
+    /// of folders, also the contents.
     Pages pages;
     QList<RememberedPlace> places;
-    /// Folders in `pages` that closed because of what went. Others that the arrangement does not have
-    /// were dissolved by the user and are not made again.
+    /// Folders in `pages` that closed because applications were dropped. Other missing folders were
+    /// dissolved by the user and are not restored.
     QList<QUuid> closedFolders;
     QList<RememberedHome> homes;
 
     bool operator==(const RememberedPlaces&) const = default;
     bool isEmpty() const { return places.isEmpty() && homes.isEmpty(); }
 
-    /// Forgets those for which `isForgotten` is true.
+    /// Forgets the places for which `isForgotten` is true.
     void forget(const std::function<bool(const AppEntry&)>& isForgotten);
-    /// Says of the applications at `path` whether the user removed them.
+    /// Marks the applications at `path` as removed by the user, or not.
     void setRemoved(const QString& path, bool isRemoved);
 };
 
-/// A remembered place as a list shows it.
+/// A remembered place as shown in a list.
 struct PlaceSummary {
     AppEntry tile;
     Instant goneAt;
     bool isRemoved = false;
-    int page = 0;            ///< of the arrangement, from 0, as far as its pages were remembered
-    QStringList folderNames; ///< from the outermost
+    int page = 0;            ///< of the arrangement, from 0; counts remembered pages only
+    QStringList folderNames; ///< outermost first
 
     bool operator==(const PlaceSummary&) const = default;
 };
 /// In the order of the arrangement.
 QList<PlaceSummary> summaries(const RememberedPlaces& places);
 
-/// An arrangement together with the applications that went from it, each in its place.
+/// An arrangement with the dropped applications woven in.
 struct WovenPages {
     Pages pages;
-    QHash<QUuid, RememberedPlace> absent; ///< the tiles that the arrangement does not have
+    QHash<QUuid, RememberedPlace> absent; ///< tiles that the arrangement lacks
 };
 
-/// Puts what is remembered where it would be in the arrangement as it is now: beside the tile before it
-/// or after it on its page, on a page of its own where it had one, and in its folder, wherever the user
-/// moved that. What went before `oldest` is left out.
+/// Puts remembered applications where they would be in the current arrangement: next to the same
+/// neighbour on its page, on a page of their own if they had one, and in their folder, wherever it has
+/// been moved. Ignores those dropped before `oldest`.
 WovenPages weave(const Pages& pages, const RememberedPlaces& places, Instant oldest);
 
 namespace json {

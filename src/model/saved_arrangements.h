@@ -5,24 +5,23 @@
 
 namespace tessellar {
 
-/// A saved arrangement as a list shows it, with what a small picture of it needs.
+/// A saved arrangement as shown in a list, with what its thumbnail needs.
 struct ListedArrangement {
     ArrangementSummary summary;
-    Page firstPage; ///< without what is hidden
-    int rows = 0;   ///< of the grid that it was saved with; 0 where that is not known
+    Page firstPage; ///< without hidden tiles
+    int rows = 0;   ///< of the grid when it was saved; 0 if unknown
     int columns = 0;
-    bool isReadable = true; ///< else no more than the identifier is known
+    bool isReadable = true; ///< if false, only the identifier is known
 
     bool operator==(const ListedArrangement&) const = default;
 };
 
-/// Counts what is in it. A document of an older version becomes the current one.
+/// Computes the counts. Upgrades documents of older versions.
 Arrangement makeArrangement(const QUuid& id, const QString& name, Instant createdAt,
                             LayoutDocument document, const std::optional<ArrangementLayout>& layout);
 ArrangementSummary summaryOf(const Arrangement& arrangement);
 
-/// The folder of one mode's saved arrangements. A value; any thread may use it, for it reads whole
-/// documents.
+/// One mode's folder of saved arrangements. Reads whole documents; any thread may use a copy.
 class SavedArrangements {
 public:
     using Error = LayoutStore::Error;
@@ -32,18 +31,18 @@ public:
                       LauncherWindowMode mode);
 
     QString path(const QUuid& id) const;
-    /// Newest first, those that cannot be read last; the log says why. A file whose name is no
-    /// identifier is somebody else's.
+    /// Newest first; unreadable ones last, with the reason in the log. Ignores files whose name is not
+    /// an identifier.
     QList<ListedArrangement> list() const;
-    /// It goes by the name of its file, whatever identifier stands in that.
+    /// The identifier is that of the file name, whatever the file says.
     Read read(const QUuid& id) const;
-    /// What `bytes` holds, as a file at `path` would.
+    /// Decodes `bytes` as the contents of a file at `path`.
     Read decode(const QByteArray& bytes, const QString& path) const;
-    /// The bytes of its file.
+    /// The contents of its file.
     std::expected<QByteArray, FileError> encoded(const Arrangement& arrangement) const;
     std::expected<void, FileError> remove(const QUuid& id) const { return _files->remove(path(id)); }
 
-    // The files as they are.
+    // Raw access to the files.
     std::expected<QByteArray, FileError> bytes(const QUuid& id) const;
     std::expected<void, FileError> writeBytes(const QUuid& id, const QByteArray& bytes) const;
 
