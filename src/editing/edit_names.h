@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-/// The edits that history keeps.
+/// The kinds of edits recorded in history.
 enum class EditKind {
     move,
     group,
@@ -32,7 +32,7 @@ enum class EditKind {
     putBack,
 };
 
-/// What an edit is called, by the number of tiles concerned: "Move Tile", "Move Tiles".
+/// An edit's name, for `count` tiles: "Move Tile", "Move Tiles".
 QString editName(EditKind kind, qsizetype count = 1);
 
 } // namespace tessellar

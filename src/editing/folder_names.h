@@ -5,8 +5,8 @@
 
 namespace tessellar {
 
-/// What a folder of these tiles might be called: the category of more than half of their applications;
-/// else the first word that all their names share; else "Folder".
+/// A name for a folder of these tiles: the category of more than half of the applications; else the
+/// first word common to all names; else "Folder".
 QString suggestedFolderName(const Page& tiles, const Locale& locale);
 
 } // namespace tessellar

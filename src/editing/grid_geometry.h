@@ -6,7 +6,7 @@
 
 namespace tessellar {
 
-/// How many tiles a page of the grid shows, and where: slots count from 0, row by row.
+/// The dimensions of the grid. Slots are numbered from 0, row by row.
 struct GridGeometry {
     int rows = 5;
     int columns = 8;
@@ -20,7 +20,7 @@ struct GridGeometry {
     bool operator==(const GridGeometry&) const = default;
 };
 
-/// The grid of the arrangement's pages, and of an open folder's, by a mode's settings.
+/// The grids of the arrangement's pages and of an open folder, by a mode's settings.
 inline GridGeometry pageGeometry(const ArrangementLayout& layout) {
     return {layout.rows, layout.columns, layout.iconScale};
 }
@@ -28,11 +28,11 @@ inline GridGeometry folderGeometry(const ArrangementLayout& layout) {
     return {layout.folderRows, layout.folderColumns, layout.folderIconScale};
 }
 
-/// Whether the grid shows a tile: an application unless its key is hidden, a folder unless every tile
-/// in it, at any depth, is hidden. An empty folder and a smart folder are shown.
+/// Whether the grid shows a tile. Hidden: an application whose key is hidden, and a folder with tiles
+/// that are all hidden, at any depth. Empty folders and smart folders are shown.
 bool isShown(const LaunchpadItem& item, const QSet<QString>& hiddenKeys);
 
-/// A place in pages as they are stored, hidden tiles counted.
+/// A place in the stored pages, counting hidden tiles.
 struct StoredPlace {
     qsizetype page = 0;
     qsizetype index = 0;
@@ -40,7 +40,7 @@ struct StoredPlace {
     bool operator==(const StoredPlace&) const = default;
 };
 
-/// A place as the grid shows it.
+/// A place as displayed in the grid.
 struct ShownPlace {
     qsizetype page = 0;
     qsizetype slot = 0;
@@ -48,24 +48,24 @@ struct ShownPlace {
     bool operator==(const ShownPlace&) const = default;
 };
 
-/// What a grid of a given capacity shows of stored pages, which stay as they are: hidden tiles take no
-/// slot, a stored page with more tiles than the grid holds is shown as several, one without a shown
-/// tile as none. So a smaller grid and back leaves everything where it was.
+/// How a grid of a given capacity displays stored pages, without changing them: hidden tiles take no
+/// slot; a stored page that exceeds the capacity is displayed as several pages, one without visible
+/// tiles not at all. So shrinking and enlarging the grid moves nothing.
 class ShownPages {
 public:
     ShownPages() = default;
     ShownPages(const Pages& pages, const QSet<QString>& hiddenKeys, int capacity);
 
     qsizetype count() const { return _shown.size(); }
-    /// The tiles of a shown page in the order of their slots.
+    /// The tiles of a displayed page, by slot.
     Page tiles(qsizetype page) const;
 
-    /// The tile in a slot, or nothing for an empty or impossible one.
+    /// The tile in a slot; nullopt if the slot is empty or out of range.
     std::optional<StoredPlace> tileAt(ShownPlace place) const;
-    /// Where a tile put at a shown place goes: before the tile in that slot; on an empty slot, after
-    /// the page's last tile; past the last page, on a new one.
+    /// Where to insert a tile dropped at a displayed place: before the tile in that slot; on an empty
+    /// slot, after the page's last tile; past the last page, on a new page.
     StoredPlace insertionAt(ShownPlace place) const;
-    /// Where a stored tile is shown; nothing for a hidden one.
+    /// Where a stored tile is displayed; nullopt if hidden.
     std::optional<ShownPlace> placeOf(StoredPlace place) const;
     std::optional<ShownPlace> placeOf(const QUuid& id) const;
 

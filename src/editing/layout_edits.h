@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// Why an edit is not made. Nothing has changed then.
+/// Why an edit was refused; nothing has changed then.
 enum class EditRefusal {
     noTiles,
     noSuchTile,
@@ -24,23 +24,23 @@ enum class EditRefusal {
     alreadyPresent,
     emptyName,
     nameTooLong,
-    otherMode,      ///< tiles cut in the other display mode, or in an unknown one
-    tilesGone,      ///< cut tiles that are no longer all there
-    nothingToPaste, ///< no tile that can be shown here
+    otherMode,      ///< tiles cut in the other display mode, or an unknown one
+    tilesGone,      ///< some of the cut tiles no longer exist
+    nothingToPaste, ///< no tile that this mode can show
 };
 
-/// For programs: the case's name. For people: one sentence.
+/// `code` is the enumerator's name, for programs; `message` one sentence for people.
 QString code(EditRefusal refusal);
 QString message(EditRefusal refusal);
 
-/// An edit's result: the whole layout with the change made.
+/// The whole layout after the edit.
 using EditResult = std::expected<LayoutDocument, EditRefusal>;
 
-/// What was given as a name, as it is kept: in one line, without white space at its ends.
+/// A name as it will be stored: on one line and trimmed.
 std::expected<QString, EditRefusal> usableName(QString name);
 
-/// How many tiles a page shows, of the arrangement and of an open folder. A page that an edit would
-/// make longer passes its last tiles on to the next.
+/// How many tiles a page shows, in the arrangement and in an open folder. If an edit overfills a page,
+/// its last tiles move on to the next.
 struct GridCapacities {
     qsizetype page = 40;
     qsizetype folder = 15;
@@ -51,73 +51,72 @@ struct GridCapacities {
     qsizetype of(const std::optional<QUuid>& folderID) const { return folderID ? folder : page; }
 };
 
-/// The longest name that an edit gives, in UTF-16 units.
+/// The longest name allowed, in UTF-16 units.
 inline constexpr qsizetype maximumNameLength = 255;
 
-// Every edit is a function from a layout to the layout with the change made. After one that moves or
-// removes tiles no page is empty, and no folder holds fewer than two tiles. None nests folders deeper
-// than `maximumFolderDepth`, which is what can be read again.
+// Every edit takes a layout and returns the changed one. After an edit that moves or removes tiles, no
+// page is empty and no folder has fewer than two tiles. No edit nests folders deeper than
+// `maximumFolderDepth`, the limit for reading.
 
-/// Moves tiles, in the order of the arrangement, from wherever they are. The first of them then stands
-/// at the place: its index counts the tiles that stay. A tile in a moved folder goes with the folder.
+/// Moves tiles, keeping their order in the arrangement, so that the first ends up at `place`, whose
+/// index does not count the moved tiles. A tile inside a moved folder stays in it.
 EditResult moveTiles(const LayoutDocument& layout, const QList<QUuid>& tiles, const LayoutPlace& place,
                      const GridCapacities& capacities);
 
-/// The place just after a tile, as `moveTiles` counts it when `moved` leave.
+/// The place after `tile`, for `moveTiles` of `moved`.
 std::optional<LayoutPlace> placeAfter(const Pages& pages, const QUuid& tile,
                                       const QList<QUuid>& moved = {});
 
-/// Puts `tiles` together with `target`: into it, at its end, when it is a folder; else into a new
-/// folder in its place, of which it is the first tile. `tiles` may name the target too.
+/// Groups `tiles` with `target`: appended to it if it is a folder; else in a new folder that takes its
+/// place and begins with it. `tiles` may include the target.
 EditResult groupTiles(const LayoutDocument& layout, const QList<QUuid>& tiles, const QUuid& target,
                       const QUuid& newFolderID, const Locale& locale, const GridCapacities& capacities);
 
-/// Puts a folder's tiles in its place.
+/// Replaces a folder with its tiles.
 EditResult ungroupFolder(const LayoutDocument& layout, const QUuid& folder,
                          const GridCapacities& capacities);
 
-/// Names are taken without the white space at their ends; line breaks and other control characters
-/// become blanks.
+/// Names are trimmed; line breaks and other control characters become spaces.
 EditResult renameFolder(const LayoutDocument& layout, const QUuid& folder, const QString& name);
 EditResult renameApp(const LayoutDocument& layout, const QUuid& tile, const QString& name);
 EditResult revertAppName(const LayoutDocument& layout, const QUuid& tile);
 
-/// The name of a symbol of the system; nothing or an empty one clears it.
+/// The name of a system symbol; nullopt or empty clears it.
 EditResult setFolderSymbol(const LayoutDocument& layout, const QUuid& folder,
                            const std::optional<QString>& symbolName);
 
-/// Hides applications by the keys of their tiles; the tiles stay where they are and are not shown.
+/// Hides applications by their tiles' keys; hidden tiles keep their places.
 EditResult hideApps(const LayoutDocument& layout, const QList<QUuid>& tiles);
 EditResult unhideApp(const LayoutDocument& layout, const QString& key,
                      const GridCapacities& capacities);
 
-/// Adds tiles, whose identifiers must be new. An application that has a tile of its own in the layout
-/// gets an alias of it; so does the second of two alike.
+/// Adds tiles, whose identifiers must be new. An application that already has a tile in the layout, or
+/// among `tiles`, gets an alias.
 EditResult insertTiles(const LayoutDocument& layout, const Page& tiles, const LayoutPlace& place,
                        const GridCapacities& capacities);
 
-/// A second tile for the application of a tile.
+/// Adds an alias of a tile's application.
 EditResult createAlias(const LayoutDocument& layout, const QUuid& tile, const QUuid& newTileID,
                        const LayoutPlace& place, const GridCapacities& capacities);
 EditResult removeAliases(const LayoutDocument& layout, const QList<QUuid>& tiles);
 
-/// A smart folder has one tile at most in a layout.
+/// A layout has at most one tile per smart folder.
 EditResult addSmartFolder(const LayoutDocument& layout, const QUuid& definitionID,
                           const LayoutPlace& place, const GridCapacities& capacities);
-/// Takes a smart folder's tiles out, wherever they are; a layout without one stays as it is.
+/// Removes a smart folder's tiles everywhere, if there are any.
 LayoutDocument removeSmartFolder(const LayoutDocument& layout, const QUuid& definitionID);
 
-/// Takes out every tile of some applications, aliases too: they are no longer installed.
+/// Removes every tile of uninstalled applications, including aliases.
 LayoutDocument removeApplications(const LayoutDocument& layout, const QSet<QString>& keys);
 
-/// What a smart folder is called; asked when tiles are sorted.
+/// Looks up a smart folder's name for sorting.
 using SmartFolderNames = std::function<QString(const QUuid& definitionID)>;
 
-/// Sorts one page by name, its hidden tiles with the others.
+/// Sorts one page by name, including hidden tiles.
 EditResult sortPage(const LayoutDocument& layout, const std::optional<QUuid>& folder, qsizetype page,
                     const Locale& locale, const SmartFolderNames& names);
-/// Sorts the whole arrangement, and each folder within itself, over all of its pages, which are filled
-/// one by one.
+/// Sorts the whole arrangement and the contents of each folder, across pages, which are filled up in
+/// turn.
 LayoutDocument sortEverything(const LayoutDocument& layout, const Locale& locale,
                               const SmartFolderNames& names, const GridCapacities& capacities);
 

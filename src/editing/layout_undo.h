@@ -15,18 +15,18 @@
 
 namespace tessellar {
 
-/// Everything that an edit can change, and where the user was. A copy shares its tiles with the live
-/// arrangement: it costs a few pointers.
+/// Everything that an edit can change, and the user's navigation. Shares its tiles with the live
+/// arrangement: a copy costs a few pointers.
 struct LayoutUndoState {
-    LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< that the edit was made in
+    LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< of the edit
     LayoutDocument document;                                  ///< of that mode
-    /// Of the other mode. A snapshot has it; history drops it where the edit did not touch it.
+    /// The other mode's. Set in snapshots; history drops it if the edit did not change it.
     std::optional<LayoutDocument> otherDocument;
-    QList<SmartFolderDefinition> smartFolderDefinitions; ///< both modes share them
-    ArrangementLayout settings; ///< of the grid in that mode; only a restore changes them with an edit
+    QList<SmartFolderDefinition> smartFolderDefinitions; ///< shared by both modes
+    ArrangementLayout settings; ///< of the mode's grid; only restoring an arrangement changes them
     Navigation navigation;
 
-    /// The document of a mode, as far as the state has it.
+    /// A mode's document; null if not included.
     const LayoutDocument* documentOf(LauncherWindowMode which) const;
 
     bool operator==(const LayoutUndoState&) const = default;
@@ -35,10 +35,10 @@ struct LayoutUndoState {
 /// An application that an edit moved to the Trash.
 struct TrashedAppRecord {
     QString name;
-    QString originalURL; ///< where the bundle was, as a path
+    QString originalURL; ///< the bundle's original path
     AppInstallKind installKind = AppInstallKind::manual;
-    std::optional<QString> trashedURL; ///< where it lies in the Trash, when that is known
-    QUuid removal;                     ///< under which it was written down
+    std::optional<QString> trashedURL; ///< its path in the Trash, if known
+    QUuid removal;                     ///< identifies the removal's record
 
     bool operator==(const TrashedAppRecord&) const = default;
 };
@@ -49,15 +49,15 @@ struct LayoutUndoEntry {
     LayoutUndoState before;
     LayoutUndoState after;
     QList<TrashedAppRecord> trashedApps;
-    std::uint64_t number = 0; ///< of its own, in this history
+    std::uint64_t number = 0; ///< unique in this history
 };
 
-/// The notice that confirms a step.
+/// The notice shown after an undo or redo.
 struct UndoRedoFeedback {
     enum class Direction { undo, redo };
     Direction direction = Direction::undo;
     QString name;
-    int revision = 0; ///< higher with every notice
+    int revision = 0; ///< increases with every notice
 
     QString text() const; ///< "Undo Move Tiles"
     QString symbolName() const;
@@ -65,19 +65,19 @@ struct UndoRedoFeedback {
     bool operator==(const UndoRedoFeedback&) const = default;
 };
 
-/// How the grid animates a step, for the tiles of the page that is shown after it.
+/// The grid's animation for a step, on the page shown afterwards.
 struct UndoRedoReflow {
     QUuid id;
-    QHash<QUuid, int> movedOrder; ///< tiles that come to another place, numbered by their new slots
-    QHash<QUuid, int> heldSlots;  ///< where those of them that were on the page stay until released
-    QSet<QUuid> appearing;        ///< tiles that the arrangement did not have
-    bool released = false;        ///< true when the tiles are to slide
+    QHash<QUuid, int> movedOrder; ///< the moved tiles, numbered by their new slots
+    QHash<QUuid, int> heldSlots;  ///< slots in which moved tiles of this page wait until released
+    QSet<QUuid> appearing;        ///< tiles that are new in the arrangement
+    bool released = false;        ///< true once the tiles may slide
 
     bool operator==(const UndoRedoReflow&) const = default;
 };
 
-/// The definitions of now with those that a step changed put back as `target` has them; those that
-/// other steps changed stay.
+/// `now`, with the definitions that the step changed set to their state in `target`; other definitions
+/// are kept.
 QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
                                                const LayoutUndoState& target,
                                                const QList<SmartFolderDefinition>& now);
@@ -85,56 +85,55 @@ QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
 UndoRedoReflow reflowBetween(const LayoutUndoState& before, const LayoutUndoState& after,
                              const GridCapacities& capacities, const QUuid& id);
 
-/// What became of one application that was to go into or out of the Trash. The record says where it
-/// lies now.
+/// The outcome of moving one application into or out of the Trash. The record has its current location.
 struct TrashOutcome {
     TrashedAppRecord record;
-    std::optional<QString> failure; ///< the reason, one sentence
+    std::optional<QString> failure; ///< one sentence
 };
 
-/// What a history acts on.
+/// The operations that a history needs.
 struct LayoutUndoActions {
     using TrashDone = std::function<void(QList<TrashOutcome>)>;
     using TrashMove = std::function<void(QList<TrashedAppRecord>, TrashDone)>;
 
-    /// The present state of a mode, with the other mode's document.
+    /// The current state of a mode, including the other mode's document.
     std::function<LayoutUndoState(LauncherWindowMode)> snapshot;
-    /// Shows and saves the documents, settings and definitions that a state has, as one step: when a
-    /// part of it cannot be saved, it leaves all as it was, and gives false. A part that is as it
-    /// should be is not written: a layout step can be undone while the smart folders cannot be saved.
+    /// Shows and saves the documents, settings and definitions in a state atomically: if any part
+    /// cannot be saved, restores everything and returns false. Unchanged parts are not written, so a
+    /// layout step can be undone while smart folders cannot be saved.
     std::function<bool(const LayoutUndoState&)> apply;
-    /// Puts the mode's page, open folders and selection back, as far as they still exist.
+    /// Restores the mode's page, open folders and selection, as far as they still exist.
     std::function<void(const LayoutUndoState&)> applyNavigation;
-    /// Both move applications and tell of each, in order, on the main thread, at once or later. One
-    /// that is already where it should be counts as moved.
+    /// Move applications and report on each, in order, on the main thread, synchronously or later. An
+    /// application already in place counts as moved.
     TrashMove restoreFromTrash;
     TrashMove moveToTrash;
     std::function<void(const QString& title, const QString& message)> alert;
     std::function<GridCapacities(LauncherWindowMode)> capacities;
-    /// The stacks, the notice or the reflow are others now.
+    /// The stacks, the notice or the reflow have changed.
     std::function<void()> changed;
 };
 
-/// Undo and redo: two stacks of whole states. Both display modes share one history, in the order of
-/// time, for their smart folders are the same. A step is taken in one mode: the newest that changed
-/// something of that mode or of the smart folders. It may lie below steps of the other mode as long as
-/// none of these changed the same document or definition; else it has to wait for them.
+/// Undo and redo, as two stacks of whole states. Both display modes share one chronological history,
+/// because they share the smart folders. A step applies to one mode: the newest that changed something
+/// in that mode or in the smart folders. Later steps of the other mode may stay, unless they changed
+/// the same document or definition; then they block it.
 ///
-/// While a step waits for the Trash, no other begins and edits must be refused (`isInProgress`). A step
-/// that fails leaves everything as it was: what was already applied, or moved into or out of the Trash,
-/// is put back. Main thread only; may be destroyed while a step waits.
+/// While a step waits for the Trash, no other step begins and edits must be refused (`isInProgress`). A
+/// failed step is rolled back, including moves into or out of the Trash. Main thread only; may be
+/// destroyed while a step waits.
 class LayoutUndoHistory {
 public:
     static constexpr qsizetype undoLimit = 50;
     static constexpr std::chrono::milliseconds noticeDuration{1400};
-    /// Tiles are held for a frame, so that the grid has drawn them, and slide after it.
+    /// Tiles are held for one frame, so that the grid draws them, and then slide.
     static constexpr std::chrono::milliseconds reflowHold{16};
     static constexpr std::chrono::milliseconds reflowDuration{450};
 
     enum class Result {
         done,
-        refused,     ///< nothing to undo or redo, or a step is in progress
-        blocked,     ///< a later step of the other mode changed the same
+        refused,     ///< nothing to undo or redo, or another step is in progress
+        blocked,     ///< a later step of the other mode changed the same thing
         trashFailed, ///< an application could not be moved
         notApplied,  ///< the state could not be saved
     };
@@ -142,22 +141,22 @@ public:
 
     LayoutUndoHistory(Scheduler& scheduler, UuidSource& uuids, LayoutUndoActions actions);
 
-    /// Keeps an edit that was just made. One that changed neither a document nor the definitions and
-    /// moved nothing to the Trash leaves no history; false then.
+    /// Records an edit. Returns false, recording nothing, if it changed neither documents nor
+    /// definitions and moved nothing to the Trash.
     bool record(const QString& name, LayoutUndoState before,
                 const QList<TrashedAppRecord>& trashedApps = {});
 
-    /// Takes out a step that was not to be after all, and puts back those that it kept from being
-    /// redone, unless others came after it.
+    /// Removes a step that is to be forgotten, and restores the redo stack that it cleared, unless
+    /// later steps exist.
     void withdraw(std::uint64_t number, const QList<LayoutUndoEntry>& redoStack);
 
-    /// Takes the next step of a mode. `done` is called at the end of the step, which may be before the
-    /// call returns.
+    /// Performs a mode's next step. `done` is called when it has finished, possibly before this
+    /// returns.
     void undo(LauncherWindowMode mode, const Done& done = {});
     void redo(LauncherWindowMode mode, const Done& done = {});
 
-    /// The step that an undo or redo in a mode would take, and the one that stands before it, which has
-    /// to be taken first. Null where there is none.
+    /// The step that undo or redo would perform in a mode, and the one blocking it. Null if there is
+    /// none.
     struct Next {
         const LayoutUndoEntry* entry = nullptr;
         const LayoutUndoEntry* blockedBy = nullptr;
@@ -198,7 +197,7 @@ private:
     QList<LayoutUndoEntry> _redoStack;
     std::uint64_t _lastNumber = 0;
     bool _isUndoRedoOperationInProgress = false;
-    qsizetype _placeOfStep = 0; ///< in its stack, where a step that fails goes back to
+    qsizetype _placeOfStep = 0; ///< its index in the stack, to restore it to on failure
     std::optional<UndoRedoFeedback> _undoFeedback;
     int _undoFeedbackRevision = 0;
     Timer _undoFeedbackTask;

@@ -16,9 +16,9 @@ struct OpenFolderLevel {
     bool operator==(const OpenFolderLevel&) const = default;
 };
 
-/// Where the user is in an arrangement: what an undo puts back besides the arrangement itself.
+/// The user's position in an arrangement, restored by undo.
 struct Navigation {
-    int currentPage = 0;                ///< as the grid shows them
+    int currentPage = 0;                ///< as displayed in the grid
     QList<OpenFolderLevel> folderStack; ///< outermost first
     std::optional<QUuid> selectedItemID;
     QSet<QUuid> selectedItemIDs;

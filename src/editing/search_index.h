@@ -10,8 +10,9 @@
 
 namespace tessellar {
 
-/// Ranks applications by how well their names match a query. Names are made ready once, when the
-/// arrangement changes, so that a keystroke only compares; a copy shares them. Any thread may search.
+/// Ranks applications by how well their names match a query. Names are preprocessed when the
+/// arrangement changes, so a keystroke only compares. Copies share the index; concurrent searches are
+/// safe.
 class SearchIndex {
 public:
     struct Hit {
@@ -20,20 +21,20 @@ public:
     };
 
     struct Input {
-        /// Walked depth first. Hidden tiles are passed over: their applications come with `hiddenApps`.
+        /// Traversed depth first. Hidden tiles are skipped: `hiddenApps` has their applications.
         Pages pages;
         QSet<QString> hiddenKeys;
         QList<AppEntry> hiddenApps;
-        /// What alias tiles stand for, by app key.
+        /// The applications of alias tiles, by app key.
         QHash<QString, AppEntry> catalogue;
-        /// The names of the smart folders that show an application, by its app key.
+        /// The names of the smart folders containing an application, by app key.
         QHash<QString, QStringList> additionalNames;
     };
 
     SearchIndex() = default;
     SearchIndex(const Input& input, const Locale& locale);
 
-    /// All applications that match, best first, those of equal score by name. Each is there once.
+    /// All matching applications, best first, then by name, without duplicates.
     QList<Hit> search(const QString& query) const;
 
 private:
@@ -41,8 +42,8 @@ private:
     std::shared_ptr<const Data> _data;
 };
 
-/// The input for a layout and the applications of the last scan: an application that has a tile of its
-/// own goes by the tile's entry, which has the name that the user gave.
+/// The input for a layout and the last scan. If an application has its own tile, that tile's entry is
+/// used, with the user's name for it.
 SearchIndex::Input searchInput(const LayoutDocument& layout, const QList<AppEntry>& scannedApps,
                                const QHash<QString, QStringList>& additionalNames = {});
 

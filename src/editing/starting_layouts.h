@@ -5,20 +5,20 @@
 
 namespace tessellar {
 
-// Ways to arrange what is installed, for a user who begins, or begins anew, after the tiles that are to
-// come `first`. Pure.
+// Initial arrangements of the installed applications, for new users or after a reset. The tiles in
+// `first` come first. Pure.
 
 /// All by name.
 Pages layoutByName(const QList<AppEntry>& apps, const Page& first, const GridCapacities& capacities,
                    const Locale& locale);
 
-/// A folder for each category with at least two applications, in alphabetical order; then all other
-/// applications by name.
+/// A folder for each category with at least two applications, in alphabetical order, followed by all
+/// other applications by name.
 Pages layoutByCategory(const QList<AppEntry>& apps, const Page& first, const GridCapacities& capacities,
                        const Locale& locale, UuidSource& uuids);
 
-/// Whether nobody has arranged anything yet: applications alone, under their own names and in that
-/// order, none hidden.
+/// True if nothing has been arranged yet: only applications, under their own names, sorted by name,
+/// none hidden.
 bool isUnarranged(const LayoutDocument& document, const Locale& locale);
 
 } // namespace tessellar

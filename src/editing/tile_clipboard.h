@@ -6,36 +6,36 @@
 
 namespace tessellar {
 
-/// What travels when tiles are cut or copied.
+/// The data of cut or copied tiles.
 struct TileClipboardPayload {
     enum class Operation { copy, cut };
 
     static constexpr int currentVersion = 1;
 
     int version = currentVersion;
-    Page items; ///< in the order of the selection; folders with their contents
+    Page items; ///< in selection order; folders include their contents
     Operation operation = Operation::copy;
-    std::optional<LauncherWindowMode> sourceMode; ///< of the layout that they came from
+    std::optional<LauncherWindowMode> sourceMode; ///< of the source layout
 
     bool operator==(const TileClipboardPayload&) const = default;
 };
 
-/// Tiles on the pasteboard: as a payload of our own, and for other programs as the tiles' names and the
-/// applications' file URLs. All failures are silent.
+/// Tiles on the pasteboard: as our own payload and, for other programs, as the tiles' names and the
+/// applications' file URLs. Failures are silent.
 class TileClipboard {
 public:
     static inline const QString type = QStringLiteral("com.tessellar.app.tile-selection");
-    /// Tiles at any depth; a folder counts as one besides its contents.
+    /// Counts tiles at any depth, and folders besides their contents.
     static constexpr qsizetype maximumTiles = 1'024;
     static constexpr qsizetype maximumBytes = 4'194'304; ///< of encoded JSON
 
     explicit TileClipboard(Pasteboard& pasteboard) : _pasteboard(pasteboard) {}
 
-    /// False when there is nothing to write or more than the limits allow, and the pasteboard is as it
-    /// was; or when the pasteboard does not take it.
+    /// False if there is nothing to write, if a limit is exceeded (the pasteboard is unchanged), or if
+    /// the pasteboard refuses.
     bool write(const Page& items, TileClipboardPayload::Operation operation,
                std::optional<LauncherWindowMode> sourceMode);
-    /// Nothing unless the pasteboard holds a whole payload of this version within the limits.
+    /// nullopt unless the pasteboard holds a complete payload of this version within the limits.
     std::optional<TileClipboardPayload> read() const;
 
 private:

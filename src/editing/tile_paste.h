@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// What pasting works on.
+/// The state in which to paste.
 struct PasteContext {
     LayoutDocument layout;
     LauncherWindowMode mode = LauncherWindowMode::fullScreen;
@@ -19,18 +19,18 @@ struct PasteContext {
 
 struct PasteResult {
     LayoutDocument layout;
-    /// The copies that were made of smart folders, to be kept after the others.
+    /// Copies made of smart folders, to be appended to the definitions.
     QList<SmartFolderDefinition> addedDefinitions;
-    QList<QUuid> tiles; ///< that were pasted, to be selected
+    QList<QUuid> tiles; ///< the pasted tiles, to be selected
 };
 
-/// Where pasted tiles go: after the selected tile of the page shown, else at the end of that page.
-/// `moved` tiles do not count, for they leave their places.
+/// Where to paste: after the selected tile on the shown page, else at the end of that page. `moved`
+/// tiles are not counted, as they leave their places.
 LayoutPlace pastePlace(const LayoutDocument& layout, const Navigation& navigation,
                        const GridCapacities& capacities, const QList<QUuid>& moved = {});
 
-/// Copies come with fresh identifiers; a smart folder's copy shows a copy of its definition. One whose
-/// definition is not known is left out. Cut tiles are moved, as they are now. The place is `at`, else
+/// Copied tiles get new identifiers; a copied smart folder gets a copy of its definition, and is
+/// dropped if that is unknown. Cut tiles are moved in their current state. Pastes at `at`, else at
 /// `pastePlace`.
 std::expected<PasteResult, EditRefusal> pasteTiles(const TileClipboardPayload& payload,
                                                    const PasteContext& context,
