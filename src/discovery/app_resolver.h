@@ -10,21 +10,20 @@
 
 namespace tessellar {
 
-/// Finds the installed applications that the old Launchpad's stand for: by bundle identifier first,
-/// then by title, folded as names are searched.
+/// Finds the installed applications for tiles of the old Launchpad: by bundle identifier, then by
+/// title, folded as in search.
 ///
-/// Each installed application stands for one tile at most, so that two copies with one identifier,
-/// which the old Launchpad showed as two tiles, keep both their places: the one that has the title
-/// gets the tile with that title.
+/// Each installed application resolves at most one tile. The old Launchpad showed two copies with the
+/// same identifier as two tiles; both keep their places, and a copy with a tile's title gets that tile.
 class AppResolver {
 public:
     AppResolver(QList<AppEntry> installedApps, Locale locale);
 
-    /// For each of `apps`, in their order, the installed application; nothing where there is none, or
-    /// where an earlier one has taken it. Identifiers go before titles through the whole list: a title
-    /// never takes what another tile names exactly.
+    /// The installed application for each of `apps`, in order; nullopt if there is none, or an earlier
+    /// tile has it. Identifiers take precedence across the whole list: a title match never takes an
+    /// application that another tile names by identifier.
     QList<std::optional<AppEntry>> resolve(const QList<NativeLaunchpadApp>& apps) const;
-    /// True when an installed application has the identifier or the title, taken or not.
+    /// True if an installed application has the identifier or the title, even if already resolved.
     bool knows(const NativeLaunchpadApp& app) const;
 
 private:

@@ -25,8 +25,8 @@ struct BundleRecord;
 class ScanCache;
 struct ScanListing;
 
-/// How much one scan looks at. What lies beyond is missing from the result, never an error; a real Mac
-/// comes nowhere near.
+/// Limits for one scan. Anything beyond is missing from the result without an error; real Macs stay far
+/// below.
 struct ScanLimits {
     qsizetype directories = 20'000;
     qsizetype bundles = 20'000;
@@ -36,73 +36,72 @@ struct ScanLimits {
     bool operator==(const ScanLimits&) const = default;
 };
 
-/// All that a scan depends on besides the disk.
+/// Everything that a scan depends on apart from the disk.
 struct ScanContext {
     const FileSystem& files;
     AppDiscoverySettings settings;
     QString home;
-    QStringList languages; ///< in order of preference, for the names of bundles
-    Locale locale;         ///< for the order of the result
+    QStringList languages; ///< in order of preference, for localized names
+    Locale locale;         ///< for sorting the result
     UuidSource& uuids;
-    Instant now; ///< the start of the scan: what was changed shortly before it is not yet relied upon
+    Instant now; ///< the start of the scan; later scans recheck anything changed just before
     ScanLimits limits = {};
     unsigned threads = 2;
 };
 
 /// Finds the installed applications.
 ///
-/// A scan is a function of its context and the disk. It runs on whatever thread calls it, with helpers
-/// of its own, and blocks until it is done. Two scans of an unchanged machine give the same result in
-/// the same order, identifiers aside; with the cache of the first, the second gives those too.
+/// The result depends only on the context and the disk. Blocks the calling thread and uses helper
+/// threads. Scanning an unchanged machine twice gives the same result in the same order, apart from
+/// identifiers; with the first scan's cache, the same identifiers too.
 ///
-/// - Folders are visited breadth first through all search paths at once: nothing that lies deep below
-///   one can use up the limits before another was looked at. Within a depth the order is that of the
-///   search paths and, in a folder, that of the names' bytes.
-/// - Aliases and links are followed; a folder or bundle is identified by its resolved path and by its
-///   device and inode, and seen once, at the least depth.
-/// - Names that begin with "." are hidden from people and from the scan; names that are not UTF-8
-///   cannot be kept in an arrangement and are left out.
-/// - A bundle is not entered, except that its "Contents/Applications" counts as a folder, two levels
-///   below the bundle: people know what lies there as tools of their own. A link or an alias may
-///   lead anywhere, into bundles too: someone put it there to be found.
-/// - Applications without a Dock icon or window of their own are applications like any other.
+/// - Folders are visited breadth first across all search paths, so that a deep folder cannot use up the
+///   limits before the other search paths are visited. Within a depth, the order is that of the search
+///   paths and, inside a folder, bytewise by name.
+/// - Aliases and links are followed. Folders and bundles are identified by resolved path and by device
+///   and inode, and visited once, at the smallest depth.
+/// - Names starting with "." are skipped as hidden, and names that are not UTF-8 because an arrangement
+///   cannot store them.
+/// - Bundles are not entered, except that "Contents/Applications" counts as a folder two levels below
+///   its bundle: users know those applications as separate tools. Links and aliases may lead anywhere,
+///   even into bundles: they were put there on purpose.
+/// - Applications without a Dock icon or window are included.
 class AppScanner {
 public:
-    /// What lies at a bundle's path.
+    /// What is at a bundle's path.
     enum class InstallState {
-        missing,    ///< no folder there
-        unseen,     ///< whatever is there could not be looked at
-        incomplete, ///< being copied, or damaged: no readable Info.plist, or no executable
+        missing,    ///< no folder
+        unseen,     ///< could not be read
+        incomplete, ///< being copied or damaged: no readable Info.plist, or no executable
         ready,
     };
 
-    /// A bundle that exists but cannot be used yet.
+    /// A bundle that cannot be used yet.
     struct IncompleteBundle {
         QString path;
-        std::optional<std::int64_t> fileIdentifier; ///< the inode: tells whether it was replaced
+        std::optional<std::int64_t> fileIdentifier; ///< the inode; detects replacement
 
         bool operator==(const IncompleteBundle&) const = default;
     };
 
-    /// A folder and its depth below its search path: visited, or still to visit.
+    /// A folder and its depth below its search path.
     struct ScannedDirectory {
         QString path;
         int depth = 0;
     };
     using PendingDirectory = ScannedDirectory;
 
-    /// One entry of a folder, aliases and links resolved. Of files only their absence of use is known.
+    /// One entry of a folder, aliases and links resolved. Regular files carry no further data.
     struct TraversalCandidate {
         QString path;
         bool isDirectory = false;
-        bool isPackage =
-            false; ///< a folder shown as one thing; applications are the only kind that counts
+        bool isPackage = false; ///< a folder shown as a single item; only applications count
 
         bool isApplication() const { return isDirectory && isPackage; }
         bool operator==(const TraversalCandidate&) const = default;
     };
 
-    /// What an iPhone's application declares in its wrapper.
+    /// What a wrapped iPhone application declares.
     struct WrappedIOSAppMetadata {
         std::optional<QString> bundleIdentifier;
         std::optional<QString> name;
@@ -112,13 +111,13 @@ public:
         bool operator==(const WrappedIOSAppMetadata&) const = default;
     };
 
-    /// A folder that the scan did not see the inside of.
+    /// A folder whose contents the scan did not read completely.
     struct UnreadableDirectory {
         enum class Reason {
-            absent,           ///< a search path at which there is nothing: nothing is missed
-            volumeNotMounted, ///< `path` is the mount point, such as "/Volumes/Work"
+            absent,           ///< a search path that does not exist: nothing is missing
+            volumeNotMounted, ///< `path` is the mount point, for example "/Volumes/Work"
             unreadable,
-            limit, ///< `path` is what was cut short, "/" when that may be anything
+            limit, ///< `path` is where a limit cut the scan short; "/" if anything may be missing
         };
         QString path;
         Reason reason = Reason::unreadable;
@@ -126,31 +125,30 @@ public:
         bool operator==(const UnreadableDirectory&) const = default;
     };
 
-    /// Whether an application lies at a path, as far as a scan can tell.
+    /// Whether an application is at a path, as far as a scan can tell.
     enum class Presence {
         there,
-        /// Looked at and not there: the folder that would hold it was listed to its end, or is gone
-        /// itself, on the volume on which the application was seen before. Also what was looked at and
-        /// is no application (any more).
+        /// Certainly not there: its folder was listed completely, or is gone itself, on the same volume
+        /// as before. Also if the bundle was read and is not an application.
         gone,
-        notSeen, ///< anything else: it may be there
+        notSeen, ///< may or may not be there
     };
 
-    /// What a scan looked at, by which it judges what it did not find.
+    /// What a scan has covered; used to judge what it did not find.
     struct Sight {
-        QHash<QString, int> folders; ///< listed to their end, with their depths
-        QSet<QString> absent;        ///< search paths at which there is nothing
-        /// The bundles that were read, and whether there are applications in them.
+        QHash<QString, int> folders; ///< completely listed, with their depths
+        QSet<QString> absent;        ///< search paths that do not exist
+        /// The bundles read, and whether they contain applications.
         QHash<QString, bool> bundles;
         QSet<QString> applications;
-        QList<MountedVolume> volumes; ///< those of the folders, and the known ones that are mounted
+        QList<MountedVolume> volumes; ///< of these folders, and known ones that are mounted
         KnownVolumes known;           ///< before this scan
         int scanDepth = 0;
-        /// False while the search paths are only the defaults in place of what could not be read, and
-        /// for no scan at all.
+        /// False before any scan, and if the search paths are only defaults because the settings were
+        /// unreadable.
         bool isCertain = false;
 
-        /// Of what was seen: what was known before is no part of it.
+        /// Compares only what was seen, not `known`.
         bool operator==(const Sight& other) const {
             return folders == other.folders && absent == other.absent && bundles == other.bundles &&
                    applications == other.applications && volumes == other.volumes &&
@@ -158,11 +156,11 @@ public:
         }
     };
 
-    /// The result. Equality is over everything, identifiers too.
+    /// The result. Equality includes identifiers.
     struct LibraryScan {
-        QList<AppEntry> apps;             ///< by name, then by path
-        QStringList watchableDirectories; ///< the folders that were listed, in the order of visiting
-        QList<IncompleteBundle> incompleteBundles; ///< in the order of visiting
+        QList<AppEntry> apps;                      ///< by name, then by path
+        QStringList watchableDirectories;          ///< the listed folders, in visiting order
+        QList<IncompleteBundle> incompleteBundles; ///< in visiting order
         QList<UnreadableDirectory> unreadableDirectories;
         Sight sight;
 
@@ -174,40 +172,39 @@ public:
 
     explicit AppScanner(ScanContext context);
 
-    /// Scans, with the help of what the cache holds, and leaves in it what the next scan can use.
-    /// Nothing when it was asked to stop; the cache is then as it was.
+    /// Scans, reusing and then updating the cache. If stopped, returns nullopt and leaves the cache
+    /// unchanged.
     std::optional<LibraryScan> scan(ScanCache& cache, std::stop_token stop = {}) const;
 
     static InstallState installState(const FileSystem& files, const QString& path);
-    /// Nothing for a bundle that is not wrapped. Values of a wrong type are absent.
+    /// nullopt if the bundle is not wrapped. Values of the wrong type are absent.
     static std::optional<WrappedIOSAppMetadata> wrappedMetadata(const Bundle& bundle);
 
 private:
     ScanContext _context;
 };
 
-/// What a scan leaves for the next: each folder and bundle that it read, with what it saw there. A
-/// plain value; a copy is a pointer. What was read is of no use to a scan under another locale or other
-/// languages, which begins anew.
+/// Reusable results of a scan: each folder and bundle read, with the evidence. A plain value, cheap to
+/// copy. Discarded if the locale or the languages change.
 class ScanCache {
 public:
     ScanCache() = default;
-    /// Empty but for what an earlier run of the launcher knew.
+    /// Empty except for the volumes known from an earlier run.
     explicit ScanCache(KnownVolumes known) : _knownVolumes(std::move(known)) {}
 
-    /// What the latest scan had to do.
+    /// Statistics of the latest scan.
     struct Work {
-        qsizetype observationsChecked = 0; ///< each a stat call or the resolution of a link
+        qsizetype observationsChecked = 0; ///< stat calls and link resolutions
         qsizetype directoriesListed = 0;
         qsizetype bundlesRead = 0;
         bool reusedResult = false;
     };
     const Work& work() const { return _work; }
-    /// The paths that a scan of an unchanged machine looks at.
+    /// The paths that a scan of an unchanged machine checks.
     QStringList observedPaths() const;
-    /// The volumes on which applications were seen, to be kept for the next run.
+    /// The volumes with applications, to be kept for the next run.
     const KnownVolumes& knownVolumes() const { return _knownVolumes; }
-    /// The bundles that are others than those that `before` saw at their paths, or were updated there.
+    /// Bundles replaced or updated in place since `before`.
     QStringList replacedBundles(const ScanCache& before) const;
 
 private:

@@ -7,7 +7,7 @@
 
 namespace tessellar {
 
-/// The folders by which the source of an application is told, as they are called and as they resolve.
+/// The folders that determine an application's source, as written and resolved.
 struct AppSourcePlaces {
     QStringList system; ///< the system's own
     QStringList user;   ///< the home's Applications
@@ -15,7 +15,7 @@ struct AppSourcePlaces {
     bool operator==(const AppSourcePlaces&) const = default;
 
     static AppSourcePlaces read(const FileSystem& files, const QString& home);
-    /// `local` for all other places.
+    /// `local` for any other path.
     AppSource sourceOf(const QString& path) const;
 };
 

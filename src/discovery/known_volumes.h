@@ -10,7 +10,7 @@
 
 namespace tessellar {
 
-/// A volume by the folder that it is mounted on and by what tells it from another one there, or from
+/// A mounted volume: its mount point, and an identity that tells it from other volumes there and from
 /// the bare mount point.
 struct MountedVolume {
     QString root;
@@ -19,8 +19,8 @@ struct MountedVolume {
     bool operator==(const MountedVolume&) const = default;
 };
 
-/// A volume on which applications were seen, and which: what was on it counts as gone only when the
-/// same volume is looked at again.
+/// A volume and the applications seen on it: they count as gone only after the same volume has been
+/// scanned again.
 struct KnownVolume {
     QString root;
     QString identity;
@@ -29,37 +29,37 @@ struct KnownVolume {
     bool operator==(const KnownVolume&) const = default;
 };
 
-/// Kept between scans, and from one run of the launcher to the next.
+/// Kept between scans, and between runs of the launcher.
 struct KnownVolumes {
     static constexpr int supportedVersion = 1;
     static inline const QString fileName = QStringLiteral("known-volumes.json");
-    /// What is over these, a Mac never has.
+    /// Limits that no real Mac reaches.
     static constexpr qsizetype maximumVolumes = 256;
     static constexpr qsizetype maximumApplications = 20'000;
 
     int version = supportedVersion;
     QList<KnownVolume> volumes;
-    /// The user's settings said where to look for applications, or how deep.
+    /// The user's settings specified search paths or a depth.
     bool hasSearchSettings = false;
 
     bool operator==(const KnownVolumes&) const = default;
 };
 
-/// "/Volumes/Work" for "/Volumes/Work/Apps/X.app": where disks other than the Mac's own are mounted.
+/// "/Volumes/Work" for "/Volumes/Work/Apps/X.app"; nullopt outside "/Volumes".
 std::optional<QString> volumeMountPoint(const QString& path);
 
-/// Tells on which volume paths lie. Remembers what it looked at.
+/// Finds the volumes of paths. Caches its look-ups.
 class VolumeFinder {
 public:
     explicit VolumeFinder(const FileSystem& files) : _files(files) {}
 
-    /// What is known of a folder without another look.
+    /// Adds a folder's device to the cache.
     void knowDevice(const QString& folder, std::uint64_t device) { _devices.insert(folder, device); }
-    /// The folder that the volume of an existing resolved `folder` is mounted on: under "/Volumes" by
-    /// name, elsewhere where the device changes.
+    /// The mount point of the volume of `folder`, which must exist and be resolved: by name under
+    /// "/Volumes", elsewhere where the device changes.
     QString rootOf(const QString& folder);
-    /// Nothing where no volume can be: no folder, or an empty one where disks are mounted. Another
-    /// folder in its place differs in number and date.
+    /// nullopt if no volume can be mounted there: no folder, or an empty one where disks are mounted.
+    /// Another folder in its place has a different identity (inode and date).
     std::optional<QString> identityOf(const QString& root) const;
 
 private:

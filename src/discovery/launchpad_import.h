@@ -12,23 +12,23 @@
 
 namespace tessellar {
 
-/// What is kept of an import, beside the layout.
+/// The record of an import, stored beside the layout.
 struct LegacyLaunchpadImportMetadata {
     static inline const QString fileName = QStringLiteral("legacy-launchpad-import.json");
 
     QString sourceDatabasePath;
     Instant importedAt;
-    int appCount = 0;    ///< applications that have a tile now
-    int folderCount = 0; ///< folders that have one of them
-    int itemCount = 0;   ///< rows of the old arrangement, of every kind
+    int appCount = 0;    ///< applications that got a tile
+    int folderCount = 0; ///< folders containing one of them
+    int itemCount = 0;   ///< rows of the old arrangement, of any type
     int unresolvedAppCount = 0;
     int schemaUserVersion = 0;
-    std::optional<QString> backupPath; ///< set by whoever makes the backup
+    std::optional<QString> backupPath; ///< set by the caller that makes the backup
 
     bool operator==(const LegacyLaunchpadImportMetadata&) const = default;
 };
 
-/// An application of the old arrangement and the installed one that it stands for.
+/// An application of the old arrangement, with the installed one that it resolved to.
 struct ImportedAppTile {
     NativeLaunchpadApp app;
     AppEntry entry;
@@ -36,29 +36,29 @@ struct ImportedAppTile {
     bool operator==(const ImportedAppTile&) const = default;
 };
 
-/// The old arrangement with installed applications; to be applied through reconciliation, as a restore.
+/// The old arrangement with installed applications; apply it by reconciliation, as a restore.
 struct NativeLaunchpadImportResult {
-    /// Pages and folder pages as they were; those without an installed application are left out. One
-    /// may hold more than a page of the grid.
+    /// The original pages and folder pages, without those that have no installed application. One may
+    /// exceed a page of the grid.
     Pages pages;
-    QList<ImportedAppTile> importedApps; ///< in the order of their tiles
+    QList<ImportedAppTile> importedApps; ///< in tile order
     LegacyLaunchpadImportMetadata metadata;
-    /// The names of the applications that were skipped, in the order in which they stood.
+    /// The names of skipped applications, in their original order.
     QStringList skippedApps;
-    /// Second tiles of applications that had their place already: not skipped, for nothing is lost.
+    /// Further tiles of applications that already have one; not counted as skipped, as nothing is lost.
     int repeatedAppCount = 0;
-    /// Rows that are not tiles here: downloads, widgets and what else the database may hold.
+    /// Rows that are not tiles: downloads, widgets and the like.
     int otherItemCount = 0;
 
     bool operator==(const NativeLaunchpadImportResult&) const = default;
 };
 
-/// All that an import depends on besides the database.
+/// Everything that an import depends on apart from the database.
 struct LaunchpadImportContext {
     const FileSystem& files;
     CommandRunner& commands;
     std::map<QByteArray, QByteArray> environment;
-    QString library; ///< the user's
+    QString library; ///< the user's Library folder
     Locale locale;
     UuidSource& uuids;
     Instant now;
@@ -69,22 +69,22 @@ struct LaunchpadImportContext {
     static LaunchpadImportContext of(const Machine& machine, QList<AppEntry> installedApps) {
         return of(machine, std::move(installedApps), machine.files);
     }
-    /// For a database that lies elsewhere than on the machine.
+    /// For a database outside the machine's file system.
     static LaunchpadImportContext of(const Machine& machine, QList<AppEntry> installedApps,
                                      const FileSystem& files);
 };
 
-/// Takes over the arrangement of the old Launchpad. Reads; what comes of it is a value, for the main
-/// thread to apply. Blocks; runs on whatever thread calls it.
+/// Imports the old Launchpad's arrangement. Read-only: returns a value for the main thread to apply.
+/// Blocks; any thread.
 class NativeLaunchpadImporter {
 public:
     explicit NativeLaunchpadImporter(LaunchpadImportContext context) : _context(std::move(context)) {}
 
-    /// From the database at `databasePath`, or from the one that the system has.
+    /// Imports from `databasePath`, or from the system's own database.
     std::expected<NativeLaunchpadImportResult, LaunchpadImportError>
     run(const std::optional<QString>& databasePath = {}, std::stop_token stop = {}) const;
 
-    /// The databases that the system may have, to be tried in this order; at least one.
+    /// Candidates for the system's database, in order of preference; at least one.
     std::expected<QStringList, LaunchpadImportError> locate(std::stop_token stop = {}) const;
 
 private:
@@ -95,7 +95,7 @@ private:
     LaunchpadImportContext _context;
 };
 
-/// The arrangement that rows give with these applications; `importConversionFailed` without any tile.
+/// Converts rows to an arrangement of these applications; `importConversionFailed` if no tile remains.
 std::expected<NativeLaunchpadImportResult, LaunchpadImportError>
 convertLaunchpadRows(const LaunchpadRows& rows, const AppResolver& resolver, UuidSource& uuids);
 
@@ -104,12 +104,12 @@ std::expected<void, FileError> writeImportMetadata(const FileSystem& files,
                                                    const QString& applicationFolder,
                                                    const LegacyLaunchpadImportMetadata& metadata);
 
-/// What the user is asked, and told.
+/// Texts for the user.
 struct LaunchpadImportTexts {
     static QString question();
     static QString explanation();
     static QString doneTitle();
-    /// The sentences of the report, one a line.
+    /// The report, one sentence per line.
     static QString report(const LegacyLaunchpadImportMetadata& metadata);
     static QString failureTitle();
 };

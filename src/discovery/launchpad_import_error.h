@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-/// Why the old Launchpad's arrangement could not be taken over.
+/// Why an import failed.
 struct LaunchpadImportError {
     enum class Code {
         cannotResolveDarwinUserDirectory,
@@ -16,12 +16,12 @@ struct LaunchpadImportError {
         cancelled,
     };
     Code code = Code::queryFailed;
-    QString detail = {}; ///< what exactly, such as SQLite's own words; may be empty
+    QString detail = {}; ///< specifics, such as SQLite's error message; may be empty
 
     bool operator==(const LaunchpadImportError&) const = default;
 };
 
-/// The user-facing sentence; the detail is for those who look closer.
+/// One sentence for the user, without the detail.
 QString message(const LaunchpadImportError& error);
 
 } // namespace tessellar

@@ -8,8 +8,8 @@
 
 namespace tessellar {
 
-// The old Launchpad's database as it is read, each member named as its column. A value of a wrong type
-// is absent.
+// Rows of the old Launchpad's database; members are named like the columns. Values of the wrong type
+// are absent.
 
 struct NativeLaunchpadApp {
     std::int64_t item_id = 0;
@@ -28,15 +28,15 @@ struct NativeLaunchpadGroup {
 };
 
 struct NativeLaunchpadItem {
-    /// The values of `type` that mean something here; others (downloads, widgets) are not tiles.
+    /// The relevant values of `type`; others (downloads, widgets) are not tiles.
     static constexpr std::int64_t rootType = 1;
     static constexpr std::int64_t folderType = 2;
     static constexpr std::int64_t pageType = 3;
     static constexpr std::int64_t appType = 4;
 
-    std::int64_t rowid = 0; ///< `item_id` of the matching row elsewhere
+    std::int64_t rowid = 0; ///< `item_id` in the other tables
     QString uuid;
-    std::int64_t flags = 0; ///< of no known meaning
+    std::int64_t flags = 0; ///< meaning unknown
     std::int64_t type = 0;
     std::optional<std::int64_t> parent_id;
     std::int64_t ordering = 0;

@@ -10,8 +10,8 @@
 
 namespace tessellar {
 
-/// One scan on its way: first what the cache holds is brought up to date, then, when that changed
-/// anything, the folders are walked anew through it.
+/// A scan in progress: first revalidates the cache; only if something changed, walks the folders again,
+/// reusing valid entries.
 class LibraryWalk {
 public:
     LibraryWalk(const ScanContext& context, ScanCache& cache, std::stop_token stop);
@@ -47,12 +47,12 @@ private:
     std::stop_token _stop;
     QSet<std::uint64_t> _reliableDevices;
 
-    ScanCache _next; ///< takes the cache's place when the scan is done
+    ScanCache _next; ///< replaces the cache when the scan is done
     QHash<QString, Listing> _knownListings;
     QHash<QString, Record> _knownRecords;
 
     std::vector<QList<PendingDirectory>> _pending; ///< by depth
-    QList<PendingBundle> _pendingBundles;          ///< of the level at hand
+    QList<PendingBundle> _pendingBundles;          ///< of the current level
     QSet<QString> _metPaths;
     QSet<std::pair<std::uint64_t, std::uint64_t>> _seenFiles; ///< device and inode
     QList<Record> _ready;

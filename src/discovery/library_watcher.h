@@ -8,25 +8,25 @@
 
 namespace tessellar {
 
-/// Notices what happens to the installed applications between scans, and asks for the next scan.
+/// Watches the installed applications between scans, and requests the next scan.
 ///
-/// - Changes in the watched folders are gathered into one: half a second after the last of them, five
-///   seconds after the first at the latest.
-/// - An application that is gone is told of at once. While one is, the full five seconds are waited,
-///   unless it comes back: an updater that takes the old bundle away before it puts the new one in its
-///   place does not cost the tile its place.
-/// - An incomplete bundle is looked at when something in it changes, and after 1, 2, 4, ... seconds,
-///   in the end every hour: what is written into a file, or comes deep inside, no watched folder tells
-///   of. When it is ready, another one or gone, a scan is asked for.
+/// - Changes in watched folders are debounced: half a second after the last, at most five seconds after
+///   the first.
+/// - A missing application is reported at once. While one is missing, the full five seconds pass unless
+///   it returns, so that an updater that removes the old bundle before installing the new one does not
+///   cost the tile its place.
+/// - Incomplete bundles are also rechecked after 1, 2, 4, ... seconds, up to every hour, as folder
+///   watches do not report writes to files or changes deep inside. Once one is ready, replaced or gone,
+///   a scan is requested.
 ///
-/// Main thread only; looks at disks on workers.
+/// Main thread only; reads disks on workers.
 class LibraryWatcher {
 public:
     struct Callbacks {
-        /// To be followed, once the scan is done, by `scanned`.
+        /// Answer by scanning, then calling `scanned`.
         std::function<void(const QStringList& changedDirectories)> rescan;
         std::function<void(const QString& path)> applicationGone;
-        std::function<void()> watching = {}; ///< the watches that the last scan asked for stand
+        std::function<void()> watching = {}; ///< the watches for the last scan are active
     };
     static constexpr std::chrono::milliseconds quietTime{500};
     static constexpr std::chrono::milliseconds longestWait{5'000};
@@ -37,8 +37,8 @@ public:
     LibraryWatcher(Machine& machine, Callbacks callbacks,
                    std::unique_ptr<DirectoryEvents> events = makeDirectoryEvents());
 
-    /// What a scan found is what is watched from now on. `startedAt` is when the scan was begun:
-    /// folders that are new in it and changed since lead to another.
+    /// Watches what the scan found. `startedAt` is when it began: new folders that changed since then
+    /// trigger another scan.
     void scanned(const AppScanner::LibraryScan& scan, Instant startedAt);
     bool isPolling() const { return _directories.isPolling(); }
 
@@ -55,11 +55,11 @@ private:
 
     Machine& _machine;
     Callbacks _callbacks;
-    QHash<QString, QStringList> _applications; ///< paths by the folder that they lie in
+    QHash<QString, QStringList> _applications; ///< paths by parent folder
     QList<IncompleteBundle> _incomplete;
 
-    QSet<QString> _changed; ///< since the last scan was asked for
-    QSet<QString> _gone;    ///< told of, and not back
+    QSet<QString> _changed; ///< since the last request for a scan
+    QSet<QString> _gone;    ///< reported and not returned
     Timer _quiet;
     Timer _latest;
 
@@ -72,7 +72,7 @@ private:
     Timer _recheck;
     Task _recheckTask;
 
-    DirectoryWatcher _directories; // last: it calls back
+    DirectoryWatcher _directories; // last, because it calls back
 };
 
 } // namespace tessellar

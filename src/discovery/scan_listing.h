@@ -7,22 +7,21 @@
 
 namespace tessellar {
 
-/// What a folder holds that concerns the scan; or what the search paths lead to.
+/// The entries of a folder that matter to a scan; or what the search paths resolve to.
 struct ScanListing {
     QString path;          ///< resolved; empty for the search paths
-    ScanEvidence evidence; ///< for a folder, the first observation is its own
+    ScanEvidence evidence; ///< a folder's own observation comes first
     bool listed = false;
     qsizetype entryCount = 0;
-    QList<AppScanner::TraversalCandidate> candidates; ///< folders only; in the order of the entries
+    QList<AppScanner::TraversalCandidate> candidates; ///< folders only, in directory order
     QList<AppScanner::UnreadableDirectory> unreadable;
 
-    /// True when a scan would go on from here in the same way.
+    /// True if a scan would continue the same way.
     bool sameFindings(const ScanListing& other) const;
 };
 
-/// Where the lists of folders can be relied upon while the folder's own times stand: not every disk
-/// changes them when an entry comes or goes (memory sticks, some servers), but those that a system and
-/// its homes lie on do.
+/// Devices on which an unchanged folder time means unchanged entries: those of the system and the home.
+/// Others (memory sticks, some servers) do not always update it.
 QSet<std::uint64_t> reliableDevices(const FileSystem& files, const QString& home);
 
 ScanListing listDirectory(const ScanContext& context, const QSet<std::uint64_t>& reliableDevices,

@@ -9,15 +9,14 @@
 
 namespace tessellar {
 
-/// A look that failed in this way showed that nothing is there; any other way shows nothing.
+/// Whether an error proves that nothing is there; all others prove nothing.
 bool isNothingThere(FileError::Code code);
 
-/// What a look at one path showed. As long as a new look shows the same, what was read there before
-/// need not be read again.
+/// The state observed at one path. While it holds, anything read from there before is still valid.
 struct ScanObservation {
     enum class Kind {
-        status,     ///< what lies at the path, links followed
-        resolution, ///< where the path leads, and whether to a folder
+        status,     ///< the entry at the path, following links
+        resolution, ///< the path's target, and whether it is a folder
     };
     Kind kind = Kind::status;
     QString path;
@@ -29,11 +28,11 @@ struct ScanObservation {
     static ScanObservation ofStatus(const FileSystem& files, const QString& path);
     static ScanObservation ofResolution(const FileSystem& files, const QString& path);
 
-    /// True when looking again shows the same.
+    /// True if the state is unchanged.
     bool holds(const FileSystem& files) const;
 
-    /// False for a status that was changed so shortly before `now` that a further change might leave
-    /// the same one: disks count time in steps of up to two seconds.
+    /// False for a status changed so recently that a further change might not show: file times have a
+    /// resolution of up to two seconds.
     bool isSettled(Instant now) const;
 
     bool found() const { return !error; }
@@ -44,15 +43,15 @@ struct ScanObservation {
     }
 };
 
-/// What one piece of reading rests upon.
+/// The observations that a result depends on.
 struct ScanEvidence {
     QList<ScanObservation> observations;
-    /// False while a change could hide: something was changed so shortly before the reading that a
-    /// further change might leave the same time, or the disk is not known to keep such times.
+    /// False if a change could go unnoticed: something changed just before the read, or the disk's file
+    /// times are unreliable.
     bool settled = true;
 
     bool holds(const FileSystem& files) const;
-    /// Lowers `settled` where an observation is not.
+    /// Clears `settled` if any observation is not settled.
     void settle(Instant now);
 };
 

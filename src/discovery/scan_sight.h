@@ -6,8 +6,8 @@
 
 namespace tessellar {
 
-/// What the next scan is told: the applications seen now, on the volumes on which they were seen; and
-/// of those seen earlier, the ones that are not gone, where they were.
+/// The volumes to remember for the next scan: with the applications seen now, and those seen earlier
+/// that are not gone.
 KnownVolumes knownAfter(const AppScanner::Sight& sight,
                         const std::function<bool(const QString& path)>& isGone);
 
