@@ -52,15 +52,16 @@ struct MergeResult {
 ///
 /// 1. Remembered applications are woven back in, each tile in its place.
 /// 2. Each application tile is matched with a scanned application: first by path, then by app key given
-/// the scan's duplicates, finally by path alone, as an identifier may change. So a second copy that
-/// appears or goes away affects neither the place nor the hidden state of the first. A matched tile
-/// keeps its place, `id` and the user's name, and takes everything else from the scan; if the
-/// identifier changed it also gets a new `id`. A tile whose application is gone is dropped and its
-/// place remembered; any other is kept.
+///    the scan's duplicates, finally by path alone, as an identifier may change. So a second copy that
+///    appears or goes away affects neither the place nor the hidden state of the first. A matched tile
+///    keeps its place, `id` and the user's name, and takes everything else from the scan; if the
+///    identifier changed it also gets a new `id`. A tile whose application is gone is dropped and its
+///    place remembered; any other is kept.
 /// 3. Folders are tidied from the inside out: empty ones are removed, one with a single tile is
-/// replaced by it.
+///    replaced by it.
 /// 4. Empty top-level pages are removed.
 /// 5. Applications without a tile are appended in alphabetical order.
+///
 /// The order within pages is the user's and never changes; once every application has returned, the
 /// arrangement is as before. Linear in tiles and applications, except for those dropped. Pure.
 MergeResult mergeLayout(const Pages& pages, const QSet<QString>& hiddenKeys,

@@ -16,10 +16,10 @@ namespace tessellar {
 /// main thread; it makes no system calls while nothing changes.
 ///
 /// - A missing folder is reported when it appears, a removed one when it vanishes and when it returns;
-/// a folder also when a volume is mounted over it or unmounted.
+///   a folder also when a volume is mounted over it or unmounted.
 /// - If the system runs out of watches, the remaining folders are polled every ten seconds, which is
-/// logged. If no thread can be created, nothing is watched and creation is retried at the same
-/// interval.
+///   logged. If no thread can be created, nothing is watched and creation is retried at the same
+///   interval.
 ///
 /// Main thread only; calls the listener there.
 class DirectoryWatcher {
