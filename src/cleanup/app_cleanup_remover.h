@@ -11,12 +11,12 @@
 
 namespace tessellar {
 
-/// One line of what the user is told of a removal; every item has its own.
+/// One line of the report on a removal; one per item.
 struct CleanupLogLine {
     enum class Kind { moved, failed, noted };
     Kind kind = Kind::moved;
     QString path;
-    QString text; ///< begins with the item's name
+    QString text; ///< starts with the item's name
 
     bool operator==(const CleanupLogLine&) const = default;
 };
@@ -24,22 +24,22 @@ struct CleanupLogLine {
 struct CleanupRemovalProgress {
     qsizetype done = 0;
     qsizetype total = 0;
-    QString name;                  ///< of what is being worked on; empty at the end
-    bool isWaitingForQuit = false; ///< of the application of this name
+    QString name;                  ///< of the current item; empty at the end
+    bool isWaitingForQuit = false; ///< of the application named `name`
 
-    /// What people are told meanwhile.
+    /// One sentence for the user.
     QString text() const;
 
     bool operator==(const CleanupRemovalProgress&) const = default;
 };
 
-/// What became of one item; what restores it.
+/// The outcome for one item; also what is needed to restore it.
 struct CleanupItemResult {
     RelatedFile item;
-    std::optional<QString> trashedPath; ///< where it lies in the Trash, when that is known
-    bool isByHelper = false;            ///< the helper took it, and only the helper puts it back
+    std::optional<QString> trashedPath; ///< its path in the Trash, if known
+    bool isByHelper = false;            ///< moved by the helper, which must also restore it
     std::optional<QString> failure;     ///< one sentence
-    /// It was not put back, and will never be: its Trash was looked through, and it is not there.
+    /// Can never be restored: the Trash was searched completely and lacks it.
     bool isGone = false;
 
     bool isMoved() const { return !failure; }
@@ -48,25 +48,25 @@ struct CleanupItemResult {
 };
 
 struct CleanupRemovalResult {
-    QList<CleanupItemResult> items; ///< in the order of removal: the bundle last
+    QList<CleanupItemResult> items; ///< in order of removal, the bundle last
     QList<CleanupLogLine> log;
-    QStringList stillRunning; ///< names; when there are any, nothing was moved
+    QStringList stillRunning; ///< names; if not empty, nothing was moved
 
     bool operator==(const CleanupRemovalResult&) const = default;
 };
 
-/// Moves chosen items to the Trash and brings them back.
+/// Moves the chosen items to the Trash and restores them.
 ///
-/// Each item is looked at before anything moves, and again right before its turn: what has another
-/// device, inode or type than was reviewed stays, and so does what is protected, shallow or a mount
-/// point. One failure stops nothing else.
+/// Every item is checked before anything moves, and again just before its turn: items whose device,
+/// inode or type differ from what was reviewed are left alone, as are protected paths, shallow paths
+/// and mount points. One failure does not stop the others.
 ///
-/// What a Trash or the helper says of an item is compared with where the item is: one that was cut
-/// short, or whose answer was lost, may have moved it all the same.
+/// Reports of the Trash and the helper are verified against the actual locations, as an interrupted
+/// operation, or one whose reply was lost, may still have moved the item.
 class AppCleanupRemover {
 public:
     using Progress = std::function<void(const CleanupRemovalProgress&)>;
-    /// Writes down what is about to move, without where to. Nothing moves after an error.
+    /// Records what is about to move, before the destinations are known. On an error, nothing moves.
     using Note = std::function<std::expected<void, QString>(const QList<CleanupItemResult>&)>;
 
     struct Parts {
@@ -75,32 +75,32 @@ public:
         Trash& trash;
         RunningApplications& running;
         AdminMover& administrator;
-        LaunchAgents* agents = nullptr; ///< none where there are no agents to end
-        /// Where items are looked for that nobody saw arrive, the likelier first.
+        LaunchAgents* agents = nullptr; ///< null where there are no launch agents to stop
+        /// Where to search for items with unknown location, likeliest first.
         QStringList trashFolders = {};
         Wait wait = waitForReal;
     };
 
     explicit AppCleanupRemover(Parts parts) : _parts(std::move(parts)) {}
 
-    /// Blocks; for a worker. When stopped, what was not moved by then fails.
+    /// Blocks; call on a worker. If stopped, items not yet moved fail.
     CleanupRemovalResult remove(const CleanupApplication& application, const QList<RelatedFile>& items,
                                 std::stop_token stop, const Progress& progress = {},
                                 const Note& note = {});
 
-    /// Puts back what a removal moved, the bundle first; what was written down without its place in the
-    /// Trash is looked for there. The results say of each item why it did not come back; only one that
-    /// is called gone need not be tried again.
+    /// Restores the items of a removal, the bundle first; searches the Trash for those recorded without
+    /// a location. Items that could not be restored have a failure; retrying is pointless only if
+    /// `isGone`.
     QList<CleanupItemResult> restore(const CleanupApplication& application,
                                      const QList<CleanupItemResult>& removed, std::stop_token stop);
 
-    /// Why an item may not be moved now, or nothing.
+    /// Why an item must not be moved now; nullopt if it may.
     std::optional<QString> objection(const CleanupApplication& application,
                                      const RelatedFile& item) const;
 
 private:
     bool isWithoutLinks(const QString& path) const;
-    /// Why the application is not closed, or nothing.
+    /// Why the application could not be quit; nullopt once it has.
     std::optional<QString> quit(const CleanupApplication& application, std::stop_token stop,
                                 const std::function<void()>& waits);
     void moveLinks(const QList<CleanupItemResult*>& items, const CleanupApplication& application,
@@ -112,13 +112,12 @@ private:
     void settle(CleanupItemResult& result, const TrashResult& outcome) const;
     bool isItem(const std::optional<QString>& path, const RelatedFile& item) const;
     enum class Sighting { there, gone, unseen };
-    /// Looks for an item in the Trash, and says where it is now. Gone only where all places that it may
-    /// be in were seen whole: a Trash that cannot be opened or lies on a volume that is not there says
-    /// nothing.
+    /// Searches the Trash for an item and updates its location. `gone` only if every possible place was
+    /// read completely: a Trash that is unreadable or on an unmounted volume proves nothing.
     Sighting lookInTrash(std::optional<QString>& trashedPath, const RelatedFile& item) const;
     bool isStagingBeside(const QString& path) const;
     std::optional<QString> placeInTrash(const RelatedFile& item) const;
-    /// The first of the Trash folders that is there; the likeliest is made where none is.
+    /// The first existing Trash folder; creates the likeliest if there is none.
     QString trashFolder() const;
 
     Parts _parts;

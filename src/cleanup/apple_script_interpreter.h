@@ -6,18 +6,18 @@
 
 namespace tessellar {
 
-/// Runs AppleScript. An interface, so that tests can answer as a Finder.
+/// Runs AppleScript. An interface, so that tests can fake it.
 class AppleScriptInterpreter {
 public:
     struct Error {
         enum class Kind {
-            missing,     ///< there is no interpreter on this machine
-            notCompiled, ///< the script is no script
+            missing,     ///< no interpreter on this machine
+            notCompiled, ///< syntax error
             failed,
-            cancelled, ///< a stop was requested, or the time was up
+            cancelled, ///< stopped or timed out
         };
         Kind kind = Kind::failed;
-        std::optional<int> number; ///< the system's own; its words are in the user's language
+        std::optional<int> number; ///< the system's error number; `words` is localized
         QString words;
 
         bool operator==(const Error&) const = default;
@@ -25,11 +25,11 @@ public:
 
     virtual ~AppleScriptInterpreter() = default;
     virtual bool isAvailable() const = 0;
-    /// What the script returns, as UTF-8. Blocks; any thread.
+    /// The script's result, in UTF-8. Blocks; thread-safe.
     virtual std::expected<QByteArray, Error> run(const QByteArray& script, std::stop_token stop) = 0;
 };
 
-/// The Mac's /usr/bin/osascript, looked for inside the file system's root, with the script on its
+/// Runs macOS's /usr/bin/osascript, looked up inside the file system's root, with the script on
 /// standard input.
 class OsascriptInterpreter final : public AppleScriptInterpreter {
 public:
@@ -44,7 +44,7 @@ private:
     std::map<QByteArray, QByteArray> _environment;
 };
 
-/// The text as a literal with its quotes: backslash, quote and line breaks are escaped.
+/// A quoted string literal; escapes backslashes, quotes and line breaks.
 QByteArray appleScriptLiteral(const QByteArray& text);
 
 } // namespace tessellar

@@ -6,28 +6,27 @@
 
 namespace tessellar {
 
-/// One of the folders that are searched for what an application left.
+/// A folder to search for an application's files.
 struct CleanupLocation {
-    const char* folder; ///< in its Library
+    const char* folder; ///< relative to its Library
     const char* label;
     CleanupDomain domain;
-    /// To which depth entries are looked at: more than one where vendors keep a folder for each
-    /// product.
+    /// How deep to look; more than one where vendors have a folder for each product.
     int depth;
-    /// Only what an identifier ties is offered here.
+    /// Only matches by identifier are offered here.
     bool isForCertain = false;
 
-    /// Under the user's home or in "/Library".
+    /// Under `home` or in "/Library".
     QString path(const QString& home) const;
 };
 
-/// In the order in which they are searched and shown.
+/// In search and display order.
 std::span<const CleanupLocation> cleanupLocations();
 
-/// Where applications lie, and links to them.
+/// Where applications and links to them are kept.
 QStringList applicationFolders(const QString& home);
 
-/// The location that a path lies strictly below, by its text.
+/// The location strictly containing a path, compared textually; null if none.
 const CleanupLocation* cleanupLocationOf(const QString& path, const QString& home);
 
 } // namespace tessellar

@@ -5,9 +5,9 @@
 
 namespace tessellar {
 
-/// The Trash of desktops that are not a Mac's, in the user's data folder: "Trash/files" holds the
-/// items, "Trash/info" where each came from and when. Items are renamed into it; what lies on another
-/// volume is refused.
+/// The Trash of desktops other than macOS, in the user's data folder: "Trash/files" holds the items,
+/// "Trash/info" their original paths and dates. Items are moved by renaming; those on other volumes are
+/// refused.
 class DesktopTrash final : public Trash {
 public:
     explicit DesktopTrash(const Machine& machine);

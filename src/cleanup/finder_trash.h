@@ -5,7 +5,7 @@
 
 namespace tessellar {
 
-/// One for each requested path: where Finder put it, as a host path, or why it did not.
+/// The result for one path: its host path in the Trash, or an error.
 struct FinderTrashOutcome {
     std::optional<QByteArray> trashedURL;
     std::optional<QString> message;
@@ -13,15 +13,15 @@ struct FinderTrashOutcome {
     bool operator==(const FinderTrashOutcome&) const = default;
 };
 
-/// The script that has Finder delete these host paths and report on each; nothing when a path is not
-/// UTF-8, and so cannot stand in a script.
+/// The script that makes the Finder trash these host paths and report on each; nullopt if a path is not
+/// UTF-8 and cannot be written in a script.
 std::optional<QByteArray> finderTrashScript(const QList<QByteArray>& hostPaths);
-/// What the script's report says of `count` paths. The first line on a path counts.
+/// Parses the script's report on `count` paths. The first line for a path wins.
 QList<FinderTrashOutcome> finderTrashOutcomes(const QByteArray& report, qsizetype count);
-/// What an error's number means to the user.
+/// The user's message for an error number.
 QString finderTrashMessage(std::optional<int> number);
 
-/// The Trash as Finder fills it, so that its "Put Back" works.
+/// Uses the Finder, so that its "Put Back" works.
 class FinderTrash final : public Trash {
 public:
     static constexpr qsizetype pathsPerRun = 100;

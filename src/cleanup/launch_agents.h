@@ -4,16 +4,15 @@
 
 namespace tessellar {
 
-/// The agents that run for the user by their property lists. An interface, so that tests can answer.
+/// The user's launch agents. An interface, so that tests can fake it.
 class LaunchAgents {
 public:
     virtual ~LaunchAgents() = default;
-    /// Ends the agent of a property list, and keeps it from being started again. True where there was
-    /// one to end. Blocks.
+    /// Stops and disables the agent defined by a property list. True if there was one. Blocks.
     virtual bool unload(const QString& propertyList, std::stop_token stop) = 0;
 };
 
-/// Through /bin/launchctl, where that exists.
+/// Uses /bin/launchctl, where that exists.
 class SystemLaunchAgents final : public LaunchAgents {
 public:
     explicit SystemLaunchAgents(Machine& machine)

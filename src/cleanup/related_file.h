@@ -9,45 +9,44 @@
 
 namespace tessellar {
 
-/// How an item was tied to an application, strongest first.
+/// How an item was matched to an application, strongest first.
 enum class RelatedFileMatch { appBundle, strong, strongish, medium, risky };
 
-/// Whose Library a location lies in. Removal from the system's may need an administrator.
+/// Which Library a location is in. Removing from the system's may need an administrator.
 enum class CleanupDomain { user, system };
 
-/// What the clean-up knows of an installed application.
+/// What the clean-up needs to know about an installed application.
 struct CleanupApplication {
-    QStringList names; ///< what it calls itself, and its name on the disk; ".app" may be left on
+    QStringList names; ///< its own name, and that on the disk, possibly with ".app"
     std::optional<QString> bundleIdentifier;
     QString path; ///< of the bundle
-    /// Of the developer, from the signature. Empty: it has none. Absent: nobody has looked.
+    /// The signing team. Empty: unsigned; nullopt: not inspected.
     std::optional<QString> team;
 
     bool operator==(const CleanupApplication&) const = default;
 };
 
-/// One item that may go together with an application.
+/// An item that may be removed with an application.
 struct RelatedFile {
     QString path;
-    QString location; ///< the label of where it was found
+    QString location; ///< the label of its location
     CleanupDomain domain = CleanupDomain::user;
     RelatedFileMatch match = RelatedFileMatch::risky;
-    QString reason; ///< why it was matched, for people
-    /// Another installed application could own it, or the match is too weak a hint of its owner: such
-    /// an item is offered, never chosen beforehand.
+    QString reason; ///< why it matched, for the user
+    /// Possibly another application's, or the match is too weak: offered, but never preselected.
     bool isContested = false;
     bool needsAdministrator = false;
     FileIdentity identity;
-    std::optional<std::uint64_t> size; ///< bytes on the disk of all in it; absent until counted
-    bool isSizePartial = false;        ///< a part of it could not be counted: it is at least `size`
+    std::optional<std::uint64_t> size; ///< bytes on disk, including contents; nullopt until measured
+    bool isSizePartial = false;        ///< part of it could not be measured: `size` is a minimum
 
     bool operator==(const RelatedFile&) const = default;
 };
 
-/// What kind of place a path is, links resolved.
+/// How a path is protected, links resolved.
 enum class ProtectionClass {
-    systemProtected, ///< "/System" and "/Library/Apple": nothing there is ever removed
-    applications,    ///< "/Applications": only bundles are removed
+    systemProtected, ///< "/System" and "/Library/Apple": never removed
+    applications,    ///< "/Applications": only bundles may be removed
     ordinary,
 };
 ProtectionClass protectionClass(const FileSystem& files, const QString& path);

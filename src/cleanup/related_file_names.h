@@ -14,18 +14,17 @@
 
 namespace tessellar {
 
-/// A word that may stand for an application in the name of a file.
+/// A word that may identify an application in a file name.
 struct NameToken {
     QByteArray text;
-    /// A name that merely contains it counts too; not for the short and for numbers, which would be
-    /// found everywhere.
+    /// Also matches as a substring; not for short words and numbers, which would match everywhere.
     bool countsInside = false;
-    bool isWholeName = false; ///< not a word of one
+    bool isWholeName = false; ///< not just one word of a name
 
     bool operator==(const NameToken&) const = default;
 };
 
-/// A text to look for in very many names.
+/// A text to search for in many names.
 struct SoughtText {
     QByteArray text;
     CharacterBits characters;
@@ -33,8 +32,8 @@ struct SoughtText {
     explicit SoughtText(QByteArray sought) : text(std::move(sought)), characters(text) {}
 };
 
-/// The name of an item as it is compared: one known suffix taken off, composed, in lower case, as
-/// UTF-8. Made without allocation where the name is ASCII, for a walk makes one for each file.
+/// An item's name, normalized for matching: one known suffix removed, composed, lower-cased, in UTF-8.
+/// Does not allocate for ASCII names, as a walk creates one per file.
 class MatchingName {
 public:
     explicit MatchingName(QByteArrayView nameOnDisk);
@@ -47,18 +46,18 @@ public:
     }
 
 private:
-    std::array<char, 256> _ascii; // NOLINT: as much of it as is used is written
+    std::array<char, 256> _ascii; // NOLINT: only the part in use is initialized
     QByteArray _other;
     QByteArrayView _view;
     CharacterBits _characters;
 };
 
-/// What the names of an application's files are compared with.
+/// The patterns that an application's files are matched against.
 class ApplicationNames {
 public:
     struct Grade {
         RelatedFileMatch match = RelatedFileMatch::risky;
-        QByteArray because; ///< the identifier or token
+        QByteArray because; ///< the matched identifier or token
         bool isWholeName = false;
 
         bool isByIdentifier() const { return match <= RelatedFileMatch::strongish; }
@@ -66,33 +65,33 @@ public:
 
     explicit ApplicationNames(const CleanupApplication& application);
 
-    /// In lower case. Empty for one that says nothing of its owner: an identifier that is missing, has
-    /// a single component, or holds what no identifier may (slashes, "..", spaces).
+    /// Lower-case. Empty if it does not identify an owner: missing, a single component, or with
+    /// characters that identifiers cannot have (slashes, "..", spaces).
     const QByteArray& identifier() const { return _identifier; }
-    /// Whether what extends the identifier can only be this application's. Two components may be a
-    /// vendor's ("com.acme"), and who says "com.apple" may be anybody.
+    /// Whether identifiers that extend this one belong to this application. Two components may be a
+    /// whole vendor's ("com.acme"), and anyone can claim "com.apple".
     bool ownsExtensions() const { return _ownsExtensions; }
     bool isApple() const { return _isApple; }
-    /// What the identifiers of a developer's products begin with, without the last dot; empty where
-    /// that may be several developers.
+    /// The prefix of the developer's identifiers, without the final dot; empty if several developers
+    /// may share it.
     const QByteArray& developer() const { return _developer; }
 
     std::optional<Grade> grade(const MatchingName& name) const;
 
 private:
     QByteArray _identifier;
-    QByteArray _exactName; ///< an identifier that only counts as a whole
+    QByteArray _exactName; ///< an identifier that only matches as a whole
     QByteArray _developer;
     bool _ownsExtensions = false;
     bool _isApple = false;
     QList<NameToken> _tokens;
-    std::vector<std::pair<SoughtText, bool>> _inside; ///< and whether it is a whole name
+    std::vector<std::pair<SoughtText, bool>> _inside; ///< with whether it is a whole name
 };
 
-/// What all other known applications claim, answered by a few look-ups.
+/// The claims of all other known applications; a few look-ups per name.
 ///
-/// Identifiers are measured against identifiers, the longer one is nearer; words are measured against
-/// words, where a whole name and the longer of two are nearer. Words never stand against an identifier.
+/// Identifiers compete with identifiers, the longer wins; words compete with words, where whole names
+/// and longer words win. Words never beat an identifier.
 class InstalledClaims {
 public:
     InstalledClaims() = default;
@@ -100,13 +99,13 @@ public:
 
     struct Verdict {
         bool isAnothers = false;
-        QStringList sharedWith; ///< names of those that stand as near
+        QStringList sharedWith; ///< names of applications with an equal claim
     };
     Verdict judge(const MatchingName& name, const ApplicationNames::Grade& own) const;
 
-    /// True for what another application's identifier ties, longer than one of `length`.
+    /// True if another application's identifier longer than `length` matches.
     bool tiesByIdentifier(const MatchingName& name, qsizetype length = 0) const;
-    /// True where one of them has the whole name, or its identifier.
+    /// True if another application has this whole name or identifier.
     bool areCalled(const MatchingName& name) const;
 
 private:
@@ -114,7 +113,7 @@ private:
         bool isWholeName = false;
         QList<qsizetype> applications;
     };
-    /// Asked by views of a name's parts; QHash's hashing took longer than all else in a walk.
+    /// Allows look-ups by views; QHash's hashing dominated the time of a walk.
     struct TextHash : std::hash<std::string_view> {
         using is_transparent = void;
     };
@@ -130,16 +129,15 @@ private:
     std::vector<SoughtText> _inside;
 };
 
-/// True for the folders and files that the system itself keeps in the Libraries under plain names:
-/// device backups, the Dock's, the address book's.
+/// True for files that the system keeps in the Libraries under plain names: device backups, the Dock's,
+/// the address book's.
 bool isTheSystems(const MatchingName& name);
-/// True for what is Apple's by its name, also as group containers are named ("TEAM.com.apple.notes").
+/// True for names of Apple's files, including group containers ("TEAM.com.apple.notes").
 bool namesApple(const MatchingName& name);
-/// True for an identifier that is a whole vendor's, as "com.microsoft".
+/// True for an identifier that stands for a whole vendor, like "com.microsoft".
 bool namesVendor(QByteArrayView identifier);
 
-/// True for the words that vendors put on everything: "beta", "canary", "dev" after an identifier name
-/// a product of its own.
+/// True for words that vendors append to an identifier for a separate product: "beta", "canary", "dev".
 bool namesSiblingProduct(const MatchingName& name, const QByteArray& identifier);
 
 } // namespace tessellar

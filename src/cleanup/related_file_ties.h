@@ -9,16 +9,15 @@
 
 namespace tessellar {
 
-/// How an item was tied, and what speaks against choosing it beforehand.
+/// How an item was matched, and why it might not be preselected.
 struct RelatedFileTie {
     RelatedFileMatch match = RelatedFileMatch::risky;
     QString reason;
     bool isContested = false;
-    bool isShared = false; ///< with another application, by a word: what lies in it may be tied nearer
+    bool isShared = false; ///< with another application, by a word: its contents may match more closely
 };
 
-/// What ties the items of the Libraries to one application, and what other applications say to it.
-/// Asked by all threads of a walk.
+/// Matches items of the Libraries to one application against the claims of others. Thread-safe.
 class RelatedFileTies {
 public:
     RelatedFileTies(const FileSystem& files, const CleanupApplication& application,
@@ -26,13 +25,13 @@ public:
                     const AppRelatedFilesScanner::TeamOf& teamOf, std::stop_token stop);
 
     bool areApples() const { return _names.isApple(); }
-    /// Nothing where the item is none of the application's, or more another's.
+    /// nullopt if the item does not belong to the application, or belongs more to another.
     std::optional<RelatedFileTie> of(const CleanupLocation& location, const WalkEntry& entry,
                                      const MatchingName& name) const;
-    /// Whether a folder is another application's by identifier or whole name.
+    /// Whether a folder belongs to another application by identifier or whole name.
     bool areAnothers(const MatchingName& name) const { return _claims.areCalled(name); }
-    /// Whether in a folder lies, at any depth that vendors use, what another application's identifier
-    /// ties: they keep their products together under the shortest of their identifiers.
+    /// Whether a folder contains, at any depth that vendors use, files that match another application's
+    /// identifier: vendors group products under the shortest of their identifiers.
     bool holdAnothers(const QString& folder) const;
     static QString reasonOf(const ApplicationNames::Grade& grade);
 

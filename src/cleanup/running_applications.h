@@ -5,19 +5,19 @@
 
 namespace tessellar {
 
-/// Applications that are open. An interface, so that tests can open and close them. Both calls block.
+/// Checks and quits applications. An interface, so that tests can fake it. Both calls block.
 class RunningApplications {
 public:
     enum class Seen { closed, open, unknown };
 
     virtual ~RunningApplications() = default;
     virtual Seen look(const CleanupApplication& application) = 0;
-    /// Asks; the application may ask its user in turn, and stay.
+    /// A request: the application may prompt its user and stay open.
     virtual void askToQuit(const CleanupApplication& application, std::stop_token stop) = 0;
 };
 
-/// What runs by the process list (/bin/ps); quits through AppleScript. A machine that lies in a folder
-/// and has no such tool runs nothing; a tool that cannot be started, or fails, says nothing.
+/// Uses the process list (/bin/ps) and quits through AppleScript. Under a root without /bin/ps nothing
+/// is running; if the tool fails, the answer is `unknown`.
 class SystemRunningApplications final : public RunningApplications {
 public:
     SystemRunningApplications(Machine& machine, AppleScriptInterpreter& interpreter);

@@ -6,7 +6,7 @@
 
 namespace tessellar {
 
-/// What became of one item that was to go to the Trash: where it lies there, or why it does not.
+/// The outcome for one item: its path in the Trash, or why it was not moved.
 struct TrashResult {
     std::optional<QString> trashedPath;
     std::optional<QString> failure;
@@ -18,13 +18,12 @@ struct TrashResult {
 class Trash {
 public:
     virtual ~Trash() = default;
-    /// One result for each path, in order. Blocks; for a worker.
+    /// One result per path, in order. Blocks; call on a worker.
     virtual QList<TrashResult> moveToTrash(const QStringList& paths, std::stop_token stop) = 0;
 };
 
-/// Puts an item back from the Trash to where it was and replaces nothing. The folder around it is made
-/// anew where it has gone. With an identity, only the very item goes back; its volume may have another
-/// number by now.
+/// Moves an item back from the Trash, never replacing anything; recreates its folder if needed. With an
+/// identity, only that very item is restored; its volume's device number may have changed.
 std::expected<void, FileError> restoreFromTrash(const FileSystem& files, const QString& trashedPath,
                                                 const QString& originalPath,
                                                 const std::optional<FileIdentity>& identity = {});

@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// Lets a worker's time pass; false when a stop was requested. Given in, so that tests let none pass.
+/// Sleeps on a worker; false if stopped. Injected, so that tests need not sleep.
 using Wait = std::function<bool(std::chrono::milliseconds, std::stop_token)>;
 
 inline bool waitForReal(std::chrono::milliseconds time, std::stop_token stop) {

@@ -6,27 +6,27 @@
 
 namespace tessellar {
 
-/// One item that an administrator's rights are to move.
+/// An item to move with administrator's rights.
 struct AdminMove {
     QString path;
     FileIdentity identity;
-    std::optional<QString> destination = {}; ///< to restore to
-    std::optional<QString> application = {}; ///< its name, for the administrator's prompt
+    std::optional<QString> destination = {}; ///< where to restore it to
+    std::optional<QString> application = {}; ///< its name, for the authorization prompt
 
     bool operator==(const AdminMove&) const = default;
 };
 
-/// What became of it.
+/// The outcome for one item.
 struct AdminMoveOutcome {
     QString path;
     PrivilegedFileOutcomeStatus status = PrivilegedFileOutcomeStatus::failed;
     std::optional<QString> message;
-    std::optional<QString> destination; ///< where it is now
+    std::optional<QString> destination; ///< its current path
 
     bool operator==(const AdminMoveOutcome&) const = default;
 };
 
-/// Moves what the user's own rights cannot. One outcome for each item, in order. Blocks.
+/// Moves items that need administrator's rights. One outcome per item, in order. Blocks.
 class AdminMover {
 public:
     virtual ~AdminMover() = default;
@@ -34,7 +34,7 @@ public:
                                                 std::stop_token stop) = 0;
     virtual QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>& items,
                                                      std::stop_token stop) = 0;
-    /// Whether it answers. What an earlier run of it left on the way has arrived by then.
+    /// Whether it responds. If so, moves interrupted in an earlier run have been completed.
     virtual bool isThere(std::stop_token stop) = 0;
 };
 

@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// Why the helper is not there. `words` only for `failed`: what the setup component said.
+/// Why the helper is unavailable. `words` is set for `failed` only: the setup component's message.
 struct BrokerError {
     enum class Kind { missingComponent, notRegistered, unknownStatus, failed, notApproved };
     Kind kind = Kind::failed;
@@ -18,12 +18,12 @@ struct BrokerError {
 };
 QString message(const BrokerError& error);
 
-/// What settings say of the helper.
+/// The helper's description in settings.
 inline QString removalHelperDescription() {
     return Texts::tr("Runs the signed removal helper only during an uninstall. Required.");
 }
 
-/// What the user is shown while something waits for them.
+/// Shown while waiting for the user to act.
 struct HelperNotice {
     QString title;
     QString text;
@@ -31,23 +31,23 @@ struct HelperNotice {
     bool operator==(const HelperNotice&) const = default;
 };
 
-/// Registers the helper with the system, through the small setup component in the application's
-/// resources, which is run with one word. Blocks; for a worker.
+/// Registers the helper with the system, by running a small component in the application's resources.
+/// Blocks; call on a worker.
 class HelperSetupBroker {
 public:
     enum class Status { enabled, notRegistered, notFound, requiresApproval };
-    /// Called on the worker: a notice when the user has to act, nothing when that is over.
+    /// Called on the worker: with a notice when the user must act, with nullopt afterwards.
     using Present = std::function<void(const std::optional<HelperNotice>&)>;
 
     static constexpr std::chrono::milliseconds pollInterval{1'000};
     static constexpr int mostPolls = 600;
 
-    /// `resources` holds "TessellarHelperSetup.app", as a path under the root.
+    /// `resources` is the folder of "TessellarHelperSetup.app", as a path under the root.
     HelperSetupBroker(Machine& machine, const QString& resources, Present present,
                       Wait wait = waitForReal);
 
     std::expected<Status, BrokerError> status(std::stop_token stop);
-    /// Registers where needed and waits for the user's approval.
+    /// Registers if needed and waits for the user's approval.
     std::expected<void, BrokerError> ensure(std::stop_token stop);
 
 private:

@@ -6,8 +6,8 @@
 
 namespace tessellar {
 
-/// Where an administrator's rights come from: asks for "system.privilege.admin", the user may be shown
-/// a prompt, and gives the external form of what was granted.
+/// Obtains the right "system.privilege.admin", possibly prompting the user, and returns the grant in
+/// its external form.
 class AdministratorAuthorization {
 public:
     enum class Refusal { canceled, denied, externalizationFailed };
@@ -16,19 +16,19 @@ public:
     virtual std::expected<QByteArray, Refusal> obtain(std::stop_token stop) = 0;
 };
 
-/// Where the helper asks the system itself about the process that it speaks to: nothing to carry.
+/// For helpers that ask the system about their peer: there is no grant to pass.
 class PeerAuthorization final : public AdministratorAuthorization {
 public:
     std::expected<QByteArray, Refusal> obtain(std::stop_token) override { return QByteArray(); }
 };
 
-/// Asks this system, which on a Mac shows its own prompt.
+/// Asks the system; macOS shows a prompt.
 class SystemAuthorization final : public AdministratorAuthorization {
 public:
     std::expected<QByteArray, Refusal> obtain(std::stop_token) override;
 };
 
-/// Sends requests to the helper and makes outcomes of its replies. Blocks; for a worker.
+/// Sends requests to the helper and interprets its replies. Blocks; call on a worker.
 class PrivilegedHelperCoordinator final : public AdminMover {
 public:
     struct Parts {
@@ -36,7 +36,7 @@ public:
         AdministratorAuthorization& authorization;
         UuidSource& uuids;
         Log& log;
-        HelperSetupBroker* broker = nullptr; ///< none where the helper is installed by hand
+        HelperSetupBroker* broker = nullptr; ///< null where the helper is installed by hand
     };
 
     explicit PrivilegedHelperCoordinator(Parts parts) : _parts(parts) {}
@@ -45,10 +45,10 @@ public:
     QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>& items,
                                              std::stop_token stop) override;
     bool isThere(std::stop_token stop) override { return healthCheck(stop).has_value(); }
-    /// Whether the helper answers, or the sentence why it does not.
+    /// Whether the helper responds; the error is one sentence.
     std::expected<void, QString> healthCheck(std::stop_token stop);
 
-    /// One request, one reply.
+    /// Sends one request and waits for its reply.
     std::expected<PrivilegedFileOperationResponse, QString>
     perform(PrivilegedFileOperationKind operation, const QList<PrivilegedFileOperationItem>& items,
             std::stop_token stop, const std::optional<QString>& application = {});
@@ -60,8 +60,8 @@ private:
     Parts _parts;
 };
 
-/// Reads a reply; a sentence for one that is unreadable, does not answer the request (another id, a
-/// wrong number of outcomes, a status that the operation does not have), or holds an error.
+/// Decodes a reply. The error is one sentence, for a reply that is malformed, does not match the
+/// request (id, number of outcomes, or a status impossible for the operation), or contains an error.
 std::expected<PrivilegedFileOperationResponse, QString>
 helperReply(const QByteArray& message, const PrivilegedFileOperationRequest& request);
 
