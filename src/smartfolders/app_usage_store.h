@@ -6,7 +6,7 @@
 
 namespace tessellar {
 
-/// What the launcher recorded of one application.
+/// The launcher's usage record of one application.
 struct AppUsage {
     Instant firstSeen;
     std::optional<Instant> lastUsed;
@@ -15,44 +15,43 @@ struct AppUsage {
     bool operator==(const AppUsage&) const = default;
 };
 
-/// The launcher's record of what it saw and launched, by app key, in "app-usage.json" (dates as seconds
-/// since 2001). A damaged record is left out, a damaged file moved aside
-/// ("app-usage.damaged-STAMP-TAG.json"); the records are no longer complete then: nothing may be called
-/// never used on their account. While the file cannot be read, or not be moved, nothing is written.
-/// Holds at most `maximumRecords`; those used longest ago go first.
+/// Records which applications were seen and launched, by app key, in "app-usage.json" (dates in seconds
+/// since 2001). Damaged records are dropped, and a damaged file is set aside
+/// ("app-usage.damaged-STAMP-TAG.json"); the data is then incomplete and must not be used to call an
+/// application never used. While the file is unreadable or cannot be set aside, nothing is written.
+/// Keeps at most `maximumRecords`, dropping the least recently used.
 ///
 /// Main thread only.
 class AppUsageStore {
 public:
     static constexpr qint64 supportedVersion = 1;
-    /// How long launches have to be recorded before it can be said that there was none.
+    /// How long launches must be recorded before "never used" can be claimed.
     static constexpr std::chrono::days completeAfter{30};
     static constexpr qsizetype maximumRecords = 20'000;
     static constexpr qsizetype maximumKeyLength = 1'024;
     static constexpr std::uint64_t maximumBytes = 32u << 20;
 
     AppUsageStore(const Machine& machine, const QString& directory);
-    /// What could not be saved is logged.
+    /// Failed saves are logged.
     ~AppUsageStore();
 
     void load();
-    /// Applications that are there; true when one of them is new.
+    /// Records that applications are present; true if one of them is new.
     bool recordSeen(const QStringList& appKeys);
     void recordLaunch(const QString& appKey);
-    /// All of it, for good. What is there counts as seen just now.
+    /// Deletes all records permanently. Present applications count as first seen now.
     void forget();
-    /// Applications that go by another key now; true when one of them was recorded.
+    /// Applies changed app keys; true if one of them had a record.
     bool follow(const QHash<QString, QString>& changedKeys);
-    /// Hands over what has changed since the last save. What goes wrong is logged, and tried again with
-    /// the next.
+    /// Starts saving the changes, if any. Failures are logged and retried at the next save.
     void save();
-    /// Blocks until it is on the disk.
+    /// Blocks until the changes are on the disk.
     std::expected<void, FileError> flush();
 
     const QMap<QString, AppUsage>& records() const { return _records; }
-    /// No record was lost, or so long ago that it no longer matters.
+    /// True if no record was lost, or so long ago that it no longer matters.
     bool isComplete() const { return _isComplete || isOld(); }
-    /// Fills in what usage tells.
+    /// Adds the usage facts.
     void fill(SmartFolderRuntimeFacts& facts) const;
 
 private:
@@ -65,7 +64,7 @@ private:
     BackgroundFile _file;
     QMap<QString, AppUsage> _records;
     bool _isComplete = true;
-    Instant _since; ///< launches have been recorded, without a loss
+    Instant _since; ///< start of recording without loss
     bool _isChanged = false;
 };
 

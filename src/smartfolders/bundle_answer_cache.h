@@ -7,27 +7,27 @@
 
 namespace tessellar {
 
-/// What tools said of bundles, kept between runs in a file: an answer counts as long as the bundle's
-/// fingerprint is the one that it was given for, so that a start asks no tool about unchanged bundles.
-/// A cache: a file that is damaged is as good as none, and is written anew.
+/// A file cache of tools' answers about bundles, valid as long as a bundle's fingerprint stays the
+/// same, so that no tool runs for unchanged bundles at start-up. A damaged file is discarded and
+/// rewritten.
 ///
-/// One thread at a time.
+/// Not thread-safe.
 class BundleAnswerCache {
 public:
     static constexpr qint64 supportedVersion = 1;
     static constexpr std::size_t maximumBundles = 20'000;
     static constexpr std::uint64_t maximumBytes = 16u << 20;
 
-    /// Without a path nothing is kept.
+    /// An empty path disables the file.
     BundleAnswerCache(const FileSystem& files, const QString& path);
 
     void load();
-    /// What is known of a bundle in this state.
+    /// The cached answers for a bundle in this state.
     BundleAnswers answers(const QString& bundlePath, const QString& fingerprint) const;
-    /// Keeps those answers that last.
+    /// Stores the lasting answers.
     void keep(const QString& bundlePath, const QString& fingerprint, const BundleAnswers& answers);
-    /// Writes what has changed since the last save; where there are too many bundles, those without
-    /// which were not kept or found in this run.
+    /// Writes changes since the last save. If there are too many bundles, drops those not looked up or
+    /// stored in this run.
     std::expected<void, FileError> save();
 
 private:

@@ -6,15 +6,15 @@
 
 namespace tessellar {
 
-/// All that is known of an application: what its bundle says, what tools said of it, when the system
-/// last saw it used, and what the launcher knows besides. `pending` are the tools that are still asked.
+/// Combines all that is known of an application: its bundle, tools' answers, the system's last use and
+/// the launcher's own knowledge. `pending` are the needs still being gathered.
 SmartFolderAppFacts factsOf(const AppEntry& app, const BundleFindings& bundle,
                             const BundleAnswers& answers,
                             const std::optional<Instant>& lastUsedBySystem, SmartFolderNeeds pending,
                             const SmartFolderRuntimeFacts& runtime, const QString& home);
 
-/// When a bundle was last opened by whatever way, where the system has noted that on the bundle itself.
-/// It does so for applications outside its own folders. Never starts a tool.
+/// When a bundle was last opened by any means, from the system's attribute on the bundle, which it sets
+/// outside its own folders. Runs no tool.
 std::optional<Instant> lastUsedBySystem(const FileSystem& files, const QString& bundle);
 
 } // namespace tessellar

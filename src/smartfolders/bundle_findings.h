@@ -5,13 +5,13 @@
 
 namespace tessellar {
 
-/// What a bundle itself tells, without running a tool.
+/// What a bundle's own files tell, without running tools.
 struct BundleFindings {
     bool exists = false;
-    bool isFromStore = false; ///< carries a store's receipt or metadata
-    bool hasSparkle = false;  ///< declares a feed or carries the framework
+    bool isFromStore = false; ///< has a store receipt or store metadata
+    bool hasSparkle = false;  ///< declares a feed or contains the framework
     bool hasKeystone = false;
-    std::optional<QString> storeArtist; ///< who made a wrapped application
+    std::optional<QString> storeArtist; ///< developer of a wrapped application
     std::optional<QString> publisher;
     std::optional<QString> version;
     std::optional<QString> build;

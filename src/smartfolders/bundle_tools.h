@@ -8,33 +8,32 @@
 
 namespace tessellar {
 
-/// What a code signature says.
+/// The result of reading a code signature.
 struct SignatureFindings {
-    std::optional<QString>
-        developer; ///< of a Developer ID, without its team; Apple of its own software
+    std::optional<QString> developer; ///< from a Developer ID, without the team; or "Apple"
     std::optional<QString> teamID;
 
     bool operator==(const SignatureFindings&) const = default;
 };
 
-/// Who signed what comes with the system.
+/// The signer of the system's own software.
 inline const QString systemDeveloper = QStringLiteral("Apple");
 
-/// Reads what `codesign -dvv` printed.
+/// Parses the output of `codesign -dvv`.
 SignatureFindings parseSignature(const QByteArray& output);
-/// Reads what `lipo -archs` printed; nothing when a word is no name of an architecture.
+/// Parses the output of `lipo -archs`; nullopt if any word is not an architecture.
 std::optional<QStringList> parseArchitectures(const QByteArray& output);
 
-/// What a tool said of a bundle that it was asked about; nothing inside when it failed.
+/// A tool's answer about a bundle; `findings` is empty if the tool failed.
 template <typename Findings>
 struct ToolAnswer {
     std::optional<Findings> findings;
-    bool isLasting = true; ///< the tool ran to its end: of the same bundle it will say the same
+    bool isLasting = true; ///< the tool completed: it would give the same answer again
 
     bool operator==(const ToolAnswer&) const = default;
 };
 
-/// What the tools said of one bundle, as far as they were asked.
+/// The tools' answers about one bundle; nullopt for those not asked.
 struct BundleAnswers {
     std::optional<ToolAnswer<SignatureFindings>> signature;
     std::optional<ToolAnswer<QStringList>> architectures;
@@ -42,11 +41,11 @@ struct BundleAnswers {
     bool operator==(const BundleAnswers&) const = default;
 };
 
-/// The tools that look into executables, for one round of inspections. A tool that hangs is given up
-/// after a few bundles, so that a round ends in seconds. Any thread.
+/// Runs the tools that inspect executables, for one round of inspections. A tool that hangs is given up
+/// after a few bundles, so a round takes seconds. Thread-safe.
 ///
-/// No answer: the tool did not run, because it is missing, was given up or a stop was requested; it may
-/// be asked again another time.
+/// nullopt if the tool did not run, because it is missing, was given up or stopped; it may be retried
+/// later.
 class BundleTools {
 public:
     explicit BundleTools(const Machine& machine);
@@ -58,8 +57,8 @@ public:
                                                          std::stop_token stop);
     std::optional<ToolAnswer<SignatureFindings>> signature(const QString& bundlePath,
                                                            std::stop_token stop);
-    /// For one application at a time: what the signature does not say, the system has to assess, which
-    /// takes seconds.
+    /// For single applications: what the signature does not tell is assessed by the system, which takes
+    /// seconds.
     std::optional<CodeFindings> code(const QString& bundlePath, std::stop_token stop);
 
 private:
@@ -71,7 +70,7 @@ private:
 
         bool isUsable() const;
     };
-    /// The result of a run that ended by itself in time and within bounds, whether it succeeded or not.
+    /// The result of a run that ended by itself within all limits, successful or not.
     std::optional<ToolAnswer<CommandResult>> run(Tool& tool, QList<QByteArray> arguments,
                                                  const QString& path, std::stop_token stop);
 

@@ -7,30 +7,29 @@
 
 namespace tessellar {
 
-/// Who vouches for the code of a bundle.
+/// Who signed a bundle's code.
 enum class CodeSignature {
     none,
-    adHoc, ///< signed by nobody
+    adHoc, ///< signed without an identity
     developerId,
     appStore,
-    apple, ///< what comes with the system
+    apple, ///< part of the system
     other,
 };
 
-/// What is said of a bundle's code: by its signature, by its entitlements, and by the system's own
-/// assessment. What is missing is unknown.
+/// Facts from a bundle's signature, its entitlements and the system's assessment; nullopt if unknown.
 struct CodeFindings {
     std::optional<CodeSignature> signature;
-    std::optional<bool> isHardened; ///< runs under the hardened runtime
+    std::optional<bool> isHardened; ///< uses the hardened runtime
     std::optional<bool> isNotarized;
     std::optional<bool> isSandboxed;
 
     bool operator==(const CodeFindings&) const = default;
 };
 
-/// Reads what `codesign -dvv --entitlements - --xml` came to.
+/// Parses the result of `codesign -dvv --entitlements - --xml`.
 CodeFindings parseCode(const CommandResult& result);
-/// Reads what `spctl --assess -vv` came to: whether the code was notarized.
+/// Parses the result of `spctl --assess -vv`: whether the code is notarized.
 std::optional<bool> parseAssessment(const CommandResult& result);
 
 template <>

@@ -6,10 +6,10 @@
 
 namespace tessellar {
 
-/// Whom a rights notice names: "Copyright © 2000–2023 Apple Inc. All rights reserved." gives "Apple
-/// Inc". Off both ends go notice words, years and ranges of years, and punctuation; sentences that
-/// reserve rights go wherever they stand; what stands before the notice counts only when nothing comes
-/// after it. Nothing when nobody is named. Reads the first 2,000 characters.
+/// The owner named in a rights notice: "Copyright © 2000–2023 Apple Inc. All rights reserved." gives
+/// "Apple Inc". Strips notice words, years, ranges of years and punctuation from both ends, and
+/// sentences that reserve rights anywhere; text before the notice is only used if none follows it.
+/// nullopt if nobody is named. Reads the first 2,000 characters.
 std::optional<QString> publisherInNotice(const QString& notice);
 
 } // namespace tessellar

@@ -11,13 +11,13 @@
 
 namespace tessellar {
 
-/// What is known of one application. A fact that is missing is unknown: rules on it cannot be decided,
-/// for good or, where it needs what is `pending`, not yet.
+/// The known facts of one application. A missing fact is unknown, so rules on it cannot be decided: not
+/// yet if one of its needs is `pending`, else for good.
 struct SmartFolderAppFacts {
     AppEntry entry;
-    std::optional<QString> developer;     ///< who signed it
-    std::optional<QString> publisher;     ///< whom its rights notice names
-    std::optional<QString> signingTeamID; ///< such as "FUV73783MZ"
+    std::optional<QString> developer;     ///< the signer
+    std::optional<QString> publisher;     ///< named in the rights notice
+    std::optional<QString> signingTeamID; ///< for example "FUV73783MZ"
     std::optional<QString> version;
     std::optional<QString> build;
     std::optional<Instant> installedDate;
@@ -26,24 +26,24 @@ struct SmartFolderAppFacts {
     std::optional<SmartFolderInstallSource> installSource;
     std::optional<SmartFolderDistributionChannel> distributionChannel;
     std::optional<SmartFolderPlatform> platform;
-    std::optional<QStringList> architectures; ///< of the executable, in its order; never an empty list
+    std::optional<QStringList> architectures; ///< of the executable, in its order; never empty
     std::optional<QString> minimumMacOSVersion;
     std::optional<Instant> lastUsedDate;
     std::optional<qint64> launchCount;
     std::optional<bool> isNeverUsed;
     std::optional<SmartFolderUpdateState> updateStatus;
     std::optional<bool> hasCustomIcon;
-    QList<SmartFolderPermission> declaredPermissions; ///< in the order of the vocabulary
-    SmartFolderNeeds pending;                         ///< what is still being gathered; not in files
+    QList<SmartFolderPermission> declaredPermissions; ///< in declaration order of the enumeration
+    SmartFolderNeeds pending;                         ///< still being gathered; not encoded
 
     bool operator==(const SmartFolderAppFacts&) const;
 };
 
-/// The facts of all applications, in the order of the scan. Records are shared and never change: lists
-/// and evaluations copy as pointers.
+/// The facts of all applications, in scan order. Records are immutable and shared, so lists and
+/// evaluations are cheap to copy.
 using SmartFolderFactsList = QList<std::shared_ptr<const SmartFolderAppFacts>>;
 
-/// What the launcher itself knows at an evaluation, by app key.
+/// The launcher's own knowledge for an evaluation, by app key.
 struct SmartFolderRuntimeFacts {
     QHash<QString, Instant> firstSeenDates;
     QHash<QString, Instant> lastUsedDates;
@@ -53,12 +53,12 @@ struct SmartFolderRuntimeFacts {
     bool updateCheckingEnabled = false;
     QSet<QString> customIconKeys;
     QHash<QString, SmartFolderDistributionChannel> distributionChannels;
-    SmartFolderNeeds pending; ///< which of these are not known yet
+    SmartFolderNeeds pending; ///< which of these are not yet known
 
     bool operator==(const SmartFolderRuntimeFacts&) const = default;
 };
 
-/// Dates as seconds since 2001; missing facts are left out.
+/// Dates are in seconds since 2001; missing facts are omitted.
 template <>
 struct json::Codec<SmartFolderAppFacts> {
     static Decoded<SmartFolderAppFacts> decode(const QJsonValue& value);

@@ -19,8 +19,8 @@ template <typename Kind>
 struct SmartFolderRuleOf;
 struct SmartFolderAnyRule;
 
-/// One condition of a definition. Copies share it. Who keeps, compares or saves rules needs no more
-/// than this; their kinds, fields and predicates stand in smart_folder_rule.h.
+/// One condition of a definition. Copies share it. Enough to store, compare or save rules; kinds,
+/// fields and predicates are in smart_folder_rule.h.
 class SmartFolderRule {
 public:
     template <typename Kind>
@@ -31,7 +31,7 @@ public:
     SmartFolderRule withID(const QUuid& id) const;
     QString fieldName() const;
     SmartFolderNeeds needs() const;
-    /// True when the predicate's values can be used; a rule that is not complete still needs input.
+    /// True if all of the predicate's values are usable; otherwise the rule still needs input.
     bool isComplete() const;
 
     bool operator==(const SmartFolderRule& other) const;
@@ -47,29 +47,29 @@ struct SmartFolderSortDescriptor {
     bool operator==(const SmartFolderSortDescriptor&) const = default;
 };
 
-/// A saved smart folder: which applications it shows, in which order. Tiles refer to it by its `id`.
+/// A saved smart folder: which applications it shows, in which order. Tiles refer to its `id`.
 struct SmartFolderDefinition {
     static constexpr qint64 minimumResultLimit = 1;
     static constexpr qint64 maximumResultLimit = 500;
 
     QUuid id;
-    QString name; ///< as typed; white space alone is no name
+    QString name; ///< as typed; invalid if blank
     std::optional<QString> customSymbolName;
     Instant modifiedAt;
     SmartFolderMatchMode matchMode = SmartFolderMatchMode::all;
     QList<SmartFolderRule> rules; ///< in the user's order
     SmartFolderSortDescriptor sort;
-    std::optional<qint64> resultLimit; ///< shows at most so many
+    std::optional<qint64> resultLimit; ///< maximum number of applications shown
 
     bool operator==(const SmartFolderDefinition&) const;
 };
 
-/// By identity, which equal values share.
+/// Hashes the identity, which equal values share.
 inline std::size_t qHash(const SmartFolderDefinition& definition, std::size_t seed = 0) {
     return qHash(definition.id, seed);
 }
 
-/// Why a definition may not be saved; at most one of each but `InvalidRule`.
+/// Why a definition must not be saved; at most one of each except `InvalidRule`.
 namespace validation {
 struct InvalidRule {
     QUuid ruleID;
@@ -89,24 +89,23 @@ struct ResultLimitOutOfRange {
 using SmartFolderValidationIssue = std::variant<validation::InvalidRule, validation::EmptyName,
                                                 validation::NoRules, validation::ResultLimitOutOfRange>;
 
-/// Name, presence of rules, each rule in order, result limit; empty when the definition may be saved.
+/// In order: name, presence of rules, each rule, result limit. Empty if the definition is valid.
 QList<SmartFolderValidationIssue> validationIssues(const SmartFolderDefinition& definition);
-/// What the editor says of an issue; it shows the first one.
+/// The editor's message; it shows the first issue only.
 QString message(const SmartFolderValidationIssue& issue);
 
-/// A fresh definition from a template; its rules get identifiers from `uuids`.
+/// A new definition from a template; its rules' identifiers are from `uuids`.
 SmartFolderDefinition templateDefinition(SmartFolderTemplate which, const QUuid& id, Instant modifiedAt,
                                          UuidSource& uuids);
 QString templateName(SmartFolderTemplate which);
 
-/// The definition to add beside others: identifiers that one of them has, its own or a rule's, are
-/// exchanged for fresh ones.
+/// The definition with new identifiers wherever its own, or a rule's, is already used in `others`.
 SmartFolderDefinition withOwnIdentifiers(SmartFolderDefinition definition,
                                          const QList<SmartFolderDefinition>& others, UuidSource& uuids);
 
-/// What has to be gathered before the rules and sorts of these definitions can be decided.
+/// What must be gathered to decide the rules and sort orders of these definitions.
 SmartFolderNeeds needsOf(const QList<SmartFolderDefinition>& definitions);
-/// Every fact's needs.
+/// The needs of all facts.
 SmartFolderNeeds allNeeds();
 
 template <>
@@ -114,7 +113,7 @@ struct json::Codec<SmartFolderRule> {
     static Decoded<SmartFolderRule> decode(const QJsonValue& value);
     static QJsonValue encode(const SmartFolderRule& rule);
 };
-/// Strict: there are no defaults, and one unknown word refuses the whole definition.
+/// Strict: no defaults, and any unknown value is an error.
 template <>
 struct json::Codec<SmartFolderDefinition> {
     static Decoded<SmartFolderDefinition> decode(const QJsonValue& value);

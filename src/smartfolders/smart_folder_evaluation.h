@@ -6,15 +6,15 @@
 
 namespace tessellar {
 
-/// What a smart folder shows.
+/// The contents of a smart folder.
 struct SmartFolderEvaluation {
-    SmartFolderFactsList matches; ///< sorted, no more than the limit
-    QSet<QUuid> unknownRuleIDs;   ///< rules that could not be decided for some application
-    QSet<QUuid> waitingRuleIDs;   ///< of these, those whose facts are still being gathered
+    SmartFolderFactsList matches; ///< sorted and limited
+    QSet<QUuid> unknownRuleIDs;   ///< rules that were undecidable for some application
+    QSet<QUuid> waitingRuleIDs;   ///< the subset whose facts are still being gathered
 
-    /// The keys of the matches, in order.
+    /// App keys of the matches, in order.
     QStringList appKeys() const;
-    /// By the facts, not by who holds them.
+    /// Compares the facts by value.
     bool operator==(const SmartFolderEvaluation& other) const;
 };
 

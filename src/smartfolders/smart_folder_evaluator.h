@@ -11,8 +11,8 @@ namespace tessellar {
 class FileSystem;
 class SmartFolderFactsIndex;
 
-/// Evaluates definitions: a pure function of its arguments, apart from asking whether the applications
-/// of a legacy import exist. A definition with validation issues shows nothing. Any thread.
+/// Evaluates definitions. Pure, except that it checks whether applications of a legacy import exist. A
+/// definition with validation issues matches nothing. Thread-safe.
 class SmartFolderEvaluator {
 public:
     explicit SmartFolderEvaluator(const FileSystem& files) : _files(files) {}
@@ -21,12 +21,12 @@ public:
                                    const SmartFolderFactsList& facts, const Locale& locale, Instant now,
                                    const Calendar& calendar) const;
 
-    /// The same for many definitions over one list, whose facts are then made ready once.
+    /// For evaluating many definitions over one list, whose facts are then prepared once.
     static SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition,
                                           const SmartFolderFactsIndex& index, Instant now,
                                           const Calendar& calendar, const std::stop_token& stop = {});
 
-    /// Of each definition. After a stop those left over show nothing.
+    /// One result per definition. After a stop, the remaining ones are empty.
     static QList<SmartFolderEvaluation> evaluateAll(const QList<SmartFolderDefinition>& definitions,
                                                     const SmartFolderFactsIndex& index, Instant now,
                                                     const Calendar& calendar,

@@ -7,22 +7,21 @@
 
 namespace tessellar {
 
-/// Gathers the facts of applications: looks into their bundles, remembers what it found as long as a
-/// bundle is unchanged, and adds what the launcher knows at the moment.
+/// Gathers the facts of applications: inspects their bundles, caching the results while a bundle is
+/// unchanged, and adds what the launcher knows.
 ///
-/// A request goes through two stages, of which it takes what its needs name:
+/// A request runs up to two stages, depending on its needs:
 ///
-///     1. the bundles' own files, on all workers: milliseconds, and two calls of `stat` for a bundle
-///        that is unchanged;
-///     2. the tools, for bundles whose answers are not known: seconds, and longer where one hangs.
+///     1. the bundles' own files, on all workers: milliseconds, and two stat calls for an unchanged
+///        bundle;
+///     2. the tools, for bundles without cached answers: seconds, or longer if a tool hangs.
 ///
-/// Its result arrives after the first stage, while the second is under way, and at the end; an
-/// unchanged application keeps its very record. Each stage works off one request after another, so that
-/// no tool holds up what files tell, and no bundle is inspected twice at once. What tools said is kept
-/// between runs.
+/// Results arrive after the first stage, during the second, and at the end; unchanged applications keep
+/// their shared record. Each stage handles one request at a time, so that tools never delay files, and
+/// no bundle is inspected twice at once. Tools' answers are cached between runs.
 class SmartFolderFactsCatalog {
 public:
-    /// The state of a bundle: what was found counts while this stays equal.
+    /// Identifies the state of a bundle; cached findings are valid while it stays equal.
     struct Fingerprint {
         QString standardizedPath;
         std::optional<Instant> modificationDate; ///< of the bundle
@@ -41,28 +40,28 @@ public:
         SmartFolderRuntimeFacts runtime;
         SmartFolderNeeds needs; ///< see `needsOf`
     };
-    /// One record for each application, in their order. While `isComplete` is false, some still have
-    /// facts that are pending, and more will come.
+    /// One record per application, in order. While `isComplete` is false, some facts are pending and
+    /// another call follows.
     using Gathered = std::function<void(SmartFolderFactsList facts, bool isComplete)>;
 
-    /// How long it waits, while tools run, before it tells of what else is known.
+    /// How often partial results are reported while tools run.
     static constexpr std::chrono::milliseconds partialResultInterval{500};
 
-    /// What tools said is kept in the file `cachePath`, if any.
+    /// Caches tools' answers in the file `cachePath`, if given.
     explicit SmartFolderFactsCatalog(const Machine& machine, const QString& cachePath = {});
-    /// What is under way ends by itself and reaches nobody.
+    /// Running work finishes on its own without reporting.
     ~SmartFolderFactsCatalog();
     SmartFolderFactsCatalog(const SmartFolderFactsCatalog&) = delete;
     SmartFolderFactsCatalog& operator=(const SmartFolderFactsCatalog&) = delete;
 
-    /// Calls `gathered` once or more, unless the task is cancelled. What a cancelled request has found
-    /// stays known.
+    /// Calls `gathered` at least once, unless the task is cancelled. Findings of a cancelled request
+    /// stay cached.
     [[nodiscard]] Task facts(Request request, Gathered gathered);
 
-    /// How many times a bundle was looked into so far, by reading it or by a tool.
+    /// How many inspections, by reading a bundle or running a tool, were made so far.
     quint64 inspectionCount() const;
 
-    /// Where a bundle lies, by its entry.
+    /// The kind of place where an application is installed.
     static SmartFolderApplicationLocation location(const AppEntry& app, const QString& home);
 
 private:

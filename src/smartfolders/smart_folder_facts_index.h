@@ -11,7 +11,7 @@
 
 namespace tessellar {
 
-/// A normalised text, and which characters it has.
+/// A normalized text with the set of its characters.
 struct ComparableText {
     QString text;
     CharacterBits characters;
@@ -34,50 +34,49 @@ private:
     }
 };
 
-/// What predicates compare: normalised texts, versions by their sort keys, all else as it is.
+/// What predicates compare: normalized texts, versions by sort key, anything else unchanged.
 template <typename Kind>
 using SmartFolderComparable =
     std::conditional_t<std::same_as<Kind, SmartFolderTextKind>, ComparableText,
                        std::conditional_t<std::same_as<Kind, SmartFolderVersionKind>, std::u16string,
                                           typename Kind::Fact>>;
 
-/// A list of facts made ready for many definitions: each fact is read and normalised once for the list,
-/// when the first rule asks for its field, and each sort order is worked out once. Any thread may ask;
-/// who asks for what another is making ready waits for it.
+/// A list of facts prepared for many definitions: each field is read and normalized once, when a rule
+/// first needs it, and each sort order is computed once. Thread-safe; concurrent requests for the same
+/// value wait for it.
 class SmartFolderFactsIndex {
 public:
     SmartFolderFactsIndex(SmartFolderFactsList facts, const Locale& locale, const FileSystem& files);
 
     const SmartFolderFactsList& facts() const { return _facts; }
-    /// Whether it says of these records what a new index would. It does not where a fact is asked of
-    /// the disk.
+    /// Whether this index is still valid for these facts; never with entries of a legacy import, whose
+    /// facts depend on the disk.
     bool isGoodFor(const SmartFolderFactsList& facts, const Locale& locale) const;
-    /// White space off both ends, then case, diacritics and width folded.
+    /// Trimmed, then case, diacritics and width folded.
     QString normalized(QStringView text) const { return _locale.folded(text.trimmed()); }
-    /// A key whose order is that of `compareNumeric`, and cheaper to compare.
+    /// A key that sorts like `compareNumeric`, but is cheaper to compare.
     static std::u16string versionSortKey(QStringView version);
 
-    /// The slots of facts that are missing: for good, or until they are gathered.
+    /// Slots of missing facts: for good, or until gathered.
     static constexpr int missing = -1;
     static constexpr int pending = -2;
     /// One field of all applications.
     template <typename Kind>
     struct Column {
-        QList<typename Kind::Fact> raw; ///< the facts, mostly without repetition: many share a category
-        std::vector<SmartFolderComparable<Kind>> values; ///< the same as they are compared
+        QList<typename Kind::Fact> raw; ///< mostly distinct: many applications share a category
+        std::vector<SmartFolderComparable<Kind>> values; ///< the same, in comparable form
         bool hasMissing = false;
         bool hasPending = false;
-        std::vector<int> slots; ///< for each application the place in both, or one of the above
+        std::vector<int> slots; ///< per application: an index into both, or one of the constants above
     };
     template <typename Kind>
     const Column<Kind>& column(SmartFolderField<Kind> field) const;
 
-    /// The places of all applications, sorted. A smart folder's order is this one with those left out
-    /// that do not match.
+    /// The indices of all applications, sorted. A smart folder shows the matching subset in this order.
     const std::vector<int>& order(SmartFolderSortField field, SmartFolderSortDirection direction) const;
 
 private:
-    /// Made by whoever asks first.
+    /// Computed on first use.
     template <typename Value>
     class Lazy {
     public:
@@ -95,7 +94,7 @@ private:
     struct Names {
         std::vector<QByteArray> keys;
         std::vector<double> ranks;
-        std::vector<int> order; ///< of places, by name, then by app key
+        std::vector<int> order; ///< indices, sorted by name, then app key
     };
     using Orders = std::array<std::vector<int>, 2>; ///< ascending, descending
 

@@ -8,9 +8,9 @@
 
 namespace tessellar {
 
-/// A field of a kind of rule: a row of the table `Kind::fields`. Written as its name, which is looked
-/// up when compiling: `SmartFolderTextField field = "developer"`. The tables stand in
-/// smart_folder_fields.h; who only keeps or compares fields needs none of them.
+/// A field of a kind of rule: an index into the table `Kind::fields`. Written by name, looked up at
+/// compile time: `SmartFolderTextField field = "developer"`. The tables are in smart_folder_fields.h,
+/// which code that only stores or compares fields need not include.
 template <typename Kind>
 class SmartFolderField {
 public:

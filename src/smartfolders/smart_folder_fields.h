@@ -9,29 +9,28 @@ namespace tessellar {
 
 class FileSystem;
 
-/// What a field is read from: an application's facts, and the machine for the one fact that asks
+/// The input for reading a field: an application's facts, and the machine for the one field that checks
 /// whether a file exists.
 struct SmartFolderSubject {
     const SmartFolderAppFacts& facts;
     const FileSystem& files;
 };
 
-/// One row of a table of fields: its name in files, how its fact is read, and what has to be gathered
-/// before the fact can be known. A new field is a new row and nothing else: no other place knows one by
-/// its name.
+/// One row of a table of fields: its name in files, how to read its fact, and what must be gathered
+/// first. To add a field, add a row: nothing else refers to fields by name.
 template <typename Fact>
 struct SmartFolderFieldRow {
     const char* rawValue;
     std::optional<Fact> (*read)(const SmartFolderSubject&);
     SmartFolderNeeds needs = {};
-    // Of a choice alone; others have values without end.
-    QStringList (*words)() = nullptr;           ///< what an editor offers
-    int (*rank)(const QString& word) = nullptr; ///< what sorting compares
-    bool isOpen = false;                        ///< applications may have other words, too
+    // For choices only.
+    QStringList (*words)() = nullptr;           ///< offered by the editor
+    int (*rank)(const QString& word) = nullptr; ///< used for sorting
+    bool isOpen = false;                        ///< applications may have other words too
 };
 
-/// By what a choice's values sort: as they are declared, but for update states, of which those that ask
-/// for something come first.
+/// The sort rank of a choice: declaration order, except that update states needing attention come
+/// first.
 template <typename E>
 constexpr int sortRank(E value) {
     return static_cast<int>(value);
@@ -53,7 +52,7 @@ auto fact(Subject subject) {
     return subject.facts.*member;
 }
 
-/// Raw values of the one value, or of the list of values, that a choice's fact holds.
+/// The raw value, or list of raw values, of a choice's fact.
 template <auto member>
 std::optional<QStringList> choice(Subject subject) {
     const auto& value = subject.facts.*member;
@@ -117,7 +116,7 @@ struct SmartFolderChoiceKind {
             detail::choiceRow<&F::distributionChannel>("distributionChannel",
                                                        detail::bundle | detail::channels),
             detail::choiceRow<&F::platform>("platform", detail::bundle),
-            // Whatever executables name; the words are what most Macs have run.
+            // Executables may name anything; these words have been common on Macs.
             {"architecture", detail::fact<&F::architectures>, detail::bundle | detail::architectures,
              [] {
                  return QStringList{QStringLiteral("arm64"), QStringLiteral("x86_64"),
@@ -160,9 +159,9 @@ struct SmartFolderDateKind {
     });
 };
 
-/// Under "/System" or "/Library/Apple": the system's own, which cannot be removed.
+/// In "/System" or "/Library/Apple": part of the system, not removable.
 bool isProtected(const AppEntry& entry);
-/// Neither protected nor inside another application; an entry of a legacy import has to exist, too.
+/// Neither protected nor nested in another application; an entry of a legacy import must also exist.
 bool isRemovable(const AppEntry& entry, const FileSystem& files);
 
 struct SmartFolderBooleanKind {
@@ -193,8 +192,8 @@ using SmartFolderVersionField = SmartFolderField<SmartFolderVersionKind>;
 using SmartFolderDateField = SmartFolderField<SmartFolderDateKind>;
 using SmartFolderBooleanField = SmartFolderField<SmartFolderBooleanKind>;
 
-/// What a sort compares: the fact of a field of any kind but boolean. Texts compare loosely, in the
-/// user's language, versions by their numbers, numbers and dates by magnitude, choices by their rank.
+/// What a sort compares: a field of any kind except boolean. Texts compare loosely in the user's
+/// language, versions numerically, numbers and dates by value, choices by rank.
 using SmartFolderSortSource =
     std::variant<SmartFolderTextField, SmartFolderChoiceField, SmartFolderNumberField,
                  SmartFolderVersionField, SmartFolderDateField>;

@@ -5,9 +5,9 @@
 
 namespace tessellar {
 
-/// What stands beside a folder whose rules could not all be decided, with the names of their fields:
-/// those still to come, those that want update checking, those whose facts are missing. Empty when all
-/// were decided. `checkingDisabled` is what is said while update checking is off; empty while it is on.
+/// The note shown with a folder whose rules were not all decidable. Names the fields: those still being
+/// gathered, those that need update checking, those with missing facts. Empty if all were decided.
+/// `checkingDisabled` is the text used while update checking is off; empty while it is on.
 QString smartFolderNotice(const SmartFolderDefinition& definition,
                           const SmartFolderEvaluation& evaluation, const QString& checkingDisabled);
 

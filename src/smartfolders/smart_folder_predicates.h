@@ -5,8 +5,8 @@
 
 namespace tessellar {
 
-/// What a rule asks of a field. The cases are declared by the words of their JSON and shared by the
-/// kinds of rules that have them.
+/// A rule's predicates. The cases are declared by their JSON names and shared by several kinds of
+/// rules.
 namespace predicate {
 
 using IsExactly = json::Case<"isExactly", QString>;
@@ -26,7 +26,7 @@ using IsAbove = json::Case<"isAbove", T>;
 template <typename T>
 using IsBelow = json::Case<"isBelow", T>;
 template <typename T>
-using IsBetween = json::Case<"isBetween", T, T>; ///< both ends belong to it
+using IsBetween = json::Case<"isBetween", T, T>; ///< inclusive
 using IsBefore = json::Case<"isBefore", Instant>;
 using IsAfter = json::Case<"isAfter", Instant>;
 using IsToday = json::Case<"isToday">;
@@ -34,7 +34,7 @@ using IsThisWeek = json::Case<"isThisWeek">;
 using IsThisMonth = json::Case<"isThisMonth">;
 using IsThisYear = json::Case<"isThisYear">;
 using IsWithinLast = json::Case<"isWithinLast", qint64, SmartFolderRelativeDateUnit>;
-/// Holds for exactly the applications whose fact is missing.
+/// Holds exactly for applications whose fact is missing.
 using IsUnknown = json::Case<"isUnknown">;
 
 } // namespace predicate

@@ -3,7 +3,7 @@
 #include "model/json.h"
 #include "smartfolders/smart_folder_vocabulary.h"
 
-// What the words of the vocabulary are called in files: for those who read, write or list them.
+// The vocabulary's raw values in files; include to encode, decode or list them.
 namespace tessellar::json {
 
 template <>

@@ -5,7 +5,7 @@
 
 namespace tessellar {
 
-/// A rule of one kind: a field and what is asked of it. The identifier is unique among all definitions.
+/// A rule of one kind: a field and a predicate. The identifier is unique across definitions.
 template <typename K>
 struct SmartFolderRuleOf {
     using Kind = K;
@@ -23,7 +23,7 @@ using SmartFolderVersionRule = SmartFolderRuleOf<SmartFolderVersionKind>;
 using SmartFolderDateRule = SmartFolderRuleOf<SmartFolderDateKind>;
 using SmartFolderBooleanRule = SmartFolderRuleOf<SmartFolderBooleanKind>;
 
-/// What a `SmartFolderRule` holds.
+/// The contents of a `SmartFolderRule`.
 struct SmartFolderAnyRule
     : std::variant<SmartFolderTextRule, SmartFolderChoiceRule, SmartFolderNumberRule,
                    SmartFolderVersionRule, SmartFolderDateRule, SmartFolderBooleanRule> {
@@ -34,7 +34,7 @@ template <typename Kind>
 SmartFolderRule::SmartFolderRule(SmartFolderRuleOf<Kind> rule)
     : _value(std::make_shared<const SmartFolderAnyRule>(std::move(rule))) {}
 
-/// A rule of the same kind that `change` has changed.
+/// A copy of the rule, modified by `change`.
 template <typename Change>
 SmartFolderRule changed(const SmartFolderRule& rule, Change change) {
     return std::visit(

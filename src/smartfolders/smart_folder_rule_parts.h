@@ -10,36 +10,36 @@ namespace tessellar {
 
 class FileSystem;
 
-// Rules by their parts and words, for who edits them: what the tables of the vocabulary declare can be
-// edited, whatever its kind.
+// Rules by parts and words, for editors: anything declared in the vocabulary's tables can be edited,
+// whatever its kind.
 
-/// A value that a predicate carries, whatever rule it belongs to.
+/// A value of a predicate, in any kind of rule.
 using SmartFolderOperand =
     std::variant<QString, QStringList, double, qint64, bool, Instant, SmartFolderRelativeDateUnit>;
 
-/// The fields' names, by kind of rule, in the order of the vocabulary.
+/// The names of all fields, by kind of rule, in declaration order.
 QList<QStringList> smartFolderFieldNames();
-/// The names of what can be asked of the rule's field.
+/// The names of the predicates for the rule's field.
 QStringList predicateNames(const SmartFolderRule& rule);
 QString predicateName(const SmartFolderRule& rule);
 QList<SmartFolderOperand> operandsOf(const SmartFolderRule& rule);
-/// What can be chosen as the field's values; empty for those that are typed.
+/// The choices for the field's values; empty if they are typed.
 QStringList wordsOf(const SmartFolderRule& rule);
-/// The same with the words that applications have besides, where the vocabulary is open.
+/// The same, plus the applications' other words if the vocabulary is open.
 QStringList wordsOf(const SmartFolderRule& rule, const SmartFolderFactsList& facts,
                     const FileSystem& files);
-/// Calls `visit` with the field's fact of each application that has one, if it is a text, until it
-/// returns false.
+/// Calls `visit` with each application's value of the field, if it is a text field, until it returns
+/// false.
 void visitTexts(const SmartFolderRule& rule, const SmartFolderFactsList& facts, const FileSystem& files,
                 const std::function<bool(const QString&)>& visit);
 
 /// A rule that still needs its text.
 SmartFolderRule newRule(const QUuid& id);
-/// With another field, which takes over what it can of the predicate and its values. Like the next two
-/// it changes nothing when there is no such word. `today` is the date to begin with.
+/// Replaces the field, keeping as much as possible of the predicate and its values. Like the next two,
+/// returns the rule unchanged if the name is unknown. `today` is the initial date.
 SmartFolderRule withField(const SmartFolderRule& rule, const QString& name, Instant today);
 SmartFolderRule withPredicate(const SmartFolderRule& rule, const QString& name, Instant today);
-/// With the value of one operand; one of another type than the operand's changes nothing.
+/// Replaces one operand; unchanged if `value` has another type.
 SmartFolderRule withOperand(const SmartFolderRule& rule, qsizetype place,
                             const SmartFolderOperand& value);
 

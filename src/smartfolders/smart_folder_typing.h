@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// A month to pick a day from: whole weeks, in the user's language.
+/// A month for a day picker: whole weeks, in the user's language.
 struct SmartFolderMonth {
     struct Day {
         QDate date;
@@ -22,20 +22,19 @@ struct SmartFolderMonth {
     QString title; ///< "November 2026"
     QDate today;
     QStringList weekdays;
-    QList<Day> days; ///< six weeks, so that no month is higher than another
+    QList<Day> days; ///< always six weeks, for a constant height
 
     bool operator==(const SmartFolderMonth&) const = default;
 };
 
-/// How numbers and dates are written for people and read as they type them: in their language and time
-/// zone.
+/// Formats and parses numbers and dates in the user's language and time zone.
 ///
-/// A date is mostly meant as a day, and a rule compares with an instant: a day begins with its first
-/// and ends with its last millisecond, so that "after" a day leaves the whole day out. An instant that
-/// is no such edge of a day is written with its time.
+/// Users think of days, while rules compare instants: a day starts at its first and ends at its last
+/// millisecond, so that "after" a day excludes all of it. An instant that is neither is formatted with
+/// its time.
 class SmartFolderTyping {
 public:
-    /// Which instant of a day stands for it.
+    /// Which end of a day represents it.
     enum class Edge { start, end };
 
     SmartFolderTyping(const Locale& locale, Calendar calendar);
@@ -45,11 +44,11 @@ public:
     std::optional<qint64> integer(const QString& text) const;
 
     QString text(Instant instant, Edge edge) const;
-    /// Days as the language writes them or as "2026-11-21", with a time of day or without.
+    /// Accepts days in the language's format or as "2026-11-21", with or without a time.
     std::optional<Instant> instant(const QString& text, Edge edge) const;
-    /// An edge of a day becomes the one that is asked for; other instants stay.
+    /// Moves an instant from one edge of its day to the other; leaves any other instant unchanged.
     Instant onEdge(Instant instant, Edge edge) const;
-    /// The day that an instant lies in.
+    /// The day containing an instant.
     QDate day(Instant instant) const;
     std::optional<Instant> instant(QDate day, Edge edge) const;
     SmartFolderMonth month(QDate within, QDate today, QDate chosen) const;

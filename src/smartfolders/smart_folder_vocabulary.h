@@ -2,7 +2,7 @@
 
 namespace tessellar {
 
-// The fixed words of smart folders. In files each is its enumerator's name
+// The fixed words of smart folders. Their raw values in files are the enumerators' names
 // (smart_folder_raw_values.h).
 
 enum class SmartFolderMatchMode { all, any };
@@ -44,7 +44,7 @@ enum class SmartFolderPermission {
 enum class SmartFolderRelativeDateUnit { days, weeks, months };
 enum class SmartFolderSortDirection { ascending, descending };
 
-/// Definitions to start from.
+/// Definitions offered as a starting point.
 enum class SmartFolderTemplate {
     installedThisWeek,
     microsoftApps,

@@ -4,8 +4,8 @@
 
 namespace tessellar {
 
-/// What people read for a word of the vocabulary: a field, a value to choose, a predicate, a unit. A
-/// word that is in none, such as an architecture of tomorrow, is shown as it is.
+/// The display text of a vocabulary word: a field, value, predicate or unit. Unknown words, such as new
+/// architectures, are returned unchanged.
 QString smartFolderText(QStringView word);
 
 } // namespace tessellar
