@@ -137,7 +137,8 @@ bool namesApple(const MatchingName& name);
 /// True for an identifier that stands for a whole vendor, like "com.microsoft".
 bool namesVendor(QByteArrayView identifier);
 
-/// True for words that vendors append to an identifier for a separate product: "beta", "canary", "dev".
+/// True if `name` extends `identifier` by a word that vendors use for a separate product: "beta",
+/// "canary", "dev".
 bool namesSiblingProduct(const MatchingName& name, const QByteArray& identifier);
 
 } // namespace tessellar

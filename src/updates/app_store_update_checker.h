@@ -5,8 +5,8 @@
 
 namespace tessellar {
 
-/// One entry of the store's answer, as far as it is read. Versions are trimmed, and an empty one is
-/// missing; a value of the wrong type counts as absent.
+/// The fields used of one entry in the store's answer. Versions are trimmed, empty ones absent; values
+/// of the wrong type count as absent.
 struct CatalogItem {
     std::optional<QString> version;
     std::optional<QString> bundleId;
@@ -17,16 +17,16 @@ struct CatalogItem {
     bool operator==(const CatalogItem&) const = default;
 };
 
-/// The first entry of an answer, or none; fails where the answer is no answer.
+/// The first entry of an answer, nullopt if there is none; an error if the answer is malformed.
 std::expected<std::optional<CatalogItem>, AppUpdateReason::Code>
 firstCatalogItem(const QByteArray& answer);
 
-/// What Spotlight says of the attribute "kMDItemAppStoreAdamID": a positive integer, also as text with
-/// a sign; anything else is none.
+/// Parses Spotlight's value of "kMDItemAppStoreAdamID": a positive integer, possibly as text with a
+/// sign; otherwise nullopt.
 std::optional<qint64> storeItemIdentifier(const QByteArray& spotlightAnswer);
 
-/// Asks the Mac App Store's public lookup service about applications that carry its receipt. Which of
-/// its items they are, Spotlight is asked once for each bundle.
+/// Queries the Mac App Store's public lookup service about applications with a store receipt. Spotlight
+/// provides each bundle's item identifier, once.
 class AppStoreUpdateChecker final : public WebUpdateChecker {
 public:
     AppStoreUpdateChecker(Machine& machine, ToolLanes& lanes)
@@ -43,7 +43,7 @@ public:
     void restore(const AppUpdateCache& cache) override { _items = cache.storeItems; }
     void keep(AppUpdateCache& cache) const override { cache.storeItems = _items; }
 
-    /// What a listing, if there is one, says of an installed application.
+    /// The verdict for an installed application, given its listing, if any.
     static AppUpdateVerdict verdict(const std::optional<CatalogItem>& item,
                                     const AppUpdateCandidate& candidate);
     static QUrl lookupUrl(const QString& base, qint64 itemIdentifier, const QString& region);

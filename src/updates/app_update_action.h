@@ -5,24 +5,24 @@
 
 namespace tessellar {
 
-/// An application that the vendor's common updater knows, and that updater's tool.
+/// An application supported by Microsoft's common updater, and the updater's tool.
 struct MicrosoftAutoUpdateTarget {
-    QString applicationIdentifier; ///< the updater's own code, such as "XCEL2019"
+    QString applicationIdentifier; ///< the updater's code for it, for example "XCEL2019"
     QString executableURL;         ///< path of the tool
 
     static inline const QString toolPath =
         QStringLiteral("/Library/Application Support/Microsoft/MAU2.0/Microsoft AutoUpdate.app/"
                        "Contents/MacOS/msupdate");
 
-    /// The updater's code of a bundle identifier in any case, if it has one.
+    /// The updater's code for a bundle identifier, ignoring case; nullopt if unsupported.
     static std::optional<QString> code(const QString& bundleIdentifier);
-    /// Only where the tool is present.
+    /// nullopt unless the tool is installed.
     static std::optional<MicrosoftAutoUpdateTarget> find(const FileSystem& files,
                                                          const QString& bundleIdentifier);
     bool operator==(const MicrosoftAutoUpdateTarget&) const = default;
 };
 
-// The update routes that can be offered, in their order.
+// The ways to update an application, in order of preference.
 struct HomebrewAction {
     QString token;
     QString brewExecutablePath;
@@ -61,10 +61,10 @@ inline AppUpdateActionKind kindOf(const AppUpdateAction& action) {
     return static_cast<AppUpdateActionKind>(action.index());
 }
 
-/// What a menu says of an action.
+/// The menu title of an action.
 QString label(AppUpdateActionKind action);
 
-/// The updater's name and its command, for the two actions that run one.
+/// The updater's name and command, for actions that run one.
 struct AppUpdateCommand {
     QString updaterName;
     QString executable; ///< path under the machine's root
@@ -75,34 +75,34 @@ struct AppUpdateCommand {
 };
 std::optional<AppUpdateCommand> command(const AppUpdateAction& action);
 
-/// What can be said of an update whose command was begun, or was to be.
+/// The outcome of running an update command.
 enum class AppUpdateOutcome { completed, failed, timedOut, cancelled, couldNotLaunch, alreadyRunning };
 QString message(AppUpdateOutcome outcome);
 
-/// Of an application's action while it runs and after.
+/// The state of an application's update action, kept after it ends.
 struct AppUpdateActionState {
     enum class Kind {
-        waiting, ///< for those before it
+        waiting, ///< queued behind others
         running,
         succeeded,
         failed,
         cancelled,
     };
-    /// What a running command does, as far as it says.
+    /// What a running command is doing, if it says.
     enum class Phase { none, starting, updatingItself, downloading, installing, password, verifying };
     Kind kind = Kind::running;
     QString message;
     Phase phase = Phase::none;
-    QString detail; ///< the command's own last words: a line while it runs, some where it failed
+    QString detail; ///< from the command's output: one line while running, several after a failure
 
     bool isOver() const { return kind > Kind::running; }
     bool operator==(const AppUpdateActionState&) const = default;
 };
-/// "Updating…", and what is being done where that is known.
+/// "Updating…", with the phase if known.
 QString text(AppUpdateActionState::Phase phase);
-/// That alone, where there is little room: "Downloading…".
+/// The phase alone, for tight spaces: "Downloading…".
 QString shortText(AppUpdateActionState::Phase phase);
-/// What the last lines of an updater say that it does.
+/// Derives the phase from the last lines of an updater's output.
 AppUpdateActionState::Phase phaseOf(const QList<QByteArray>& lines);
 
 namespace json {

@@ -5,7 +5,7 @@
 
 namespace tessellar {
 
-/// An installed application as the checkers see it: what its bundle says, read once on a worker.
+/// An installed application as update checkers see it: data of its bundle, read once on a worker.
 struct AppUpdateCandidate {
     QString appKey;
     QString name;
@@ -20,19 +20,19 @@ struct AppUpdateCandidate {
     bool hasSparkleFramework = false;
     bool hasKeystone = false; ///< KSUpdateURL
 
-    /// Differs between bundles that may be different applications; an update leaves it as it is.
+    /// Distinguishes bundles that may be different applications; unchanged by updates.
     QString fingerprint() const;
-    /// What was installed: the same until an update has come.
+    /// True until an update has been installed.
     bool isSameRelease(const AppUpdateCandidate& other) const {
         return version == other.version && build == other.build;
     }
     bool operator==(const AppUpdateCandidate&) const = default;
 };
 
-/// Never starts a tool. Any thread.
+/// Reads the bundle without running tools. Thread-safe.
 AppUpdateCandidate inspectForUpdates(const FileSystem& files, const AppEntry& entry);
 
-/// The two places of a store receipt: inside "Contents", and directly inside the bundle.
+/// Checks both locations of a store receipt: inside "Contents", and directly inside the bundle.
 bool hasStoreReceipt(const FileSystem& files, const QString& bundlePath);
 
 } // namespace tessellar

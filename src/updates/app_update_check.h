@@ -8,26 +8,26 @@
 
 namespace tessellar {
 
-/// How far a check has come.
+/// The progress of a check.
 struct AppUpdateProgress {
     qsizetype checked = 0;
     qsizetype total = 0;   ///< 0 while bundles are still being read
-    QString currentAppKey; ///< the application whose turn came last
+    QString currentAppKey; ///< the application checked most recently
     QString currentAppName;
 
     bool operator==(const AppUpdateProgress&) const = default;
 };
 
-/// Which applications are to be checked; without a limit it is a full check.
+/// Selects the applications to check; a full check if nothing is set.
 struct AppUpdateCheckRequest {
-    std::optional<AppUpdateChannelKind> channel; ///< of this channel only
-    std::optional<QStringList> appKeys;          ///< of these only
-    bool asksAllTools = false;                   ///< whose applications they are, whatever is known
+    std::optional<AppUpdateChannelKind> channel; ///< only those of this channel
+    std::optional<QStringList> appKeys;          ///< only these
+    bool asksAllTools = false; ///< asks tools again which applications they own, even if known
 
     bool isFull() const { return !channel && !appKeys; }
 };
 
-/// Reads bundles on several workers at once.
+/// Reads bundles on several workers in parallel.
 class AppUpdateInspection {
 public:
     using Done = std::function<void(const QList<AppUpdateCandidate>&)>;
@@ -41,24 +41,24 @@ private:
     std::vector<Task> _tasks;
 };
 
-/// One check of many applications. Its way, from top to bottom:
+/// One check of many applications, in four steps:
 ///
-/// 1. The bundles are read.
-/// 2. Every channel is asked at once about the applications that are its own as far as is known from
-///    before, while those channels that depend on tools ask them whose applications they are by now.
-/// 3. Where that changes whose an application is, it is taken from the one and given to the other.
-/// 4. Each verdict is told as it comes; the last one, once all tools have answered, is the end.
+/// 1. Bundles are read.
+/// 2. All channels are queried at once about the applications known to be theirs, while channels that
+///    depend on tools ask them which applications they own now.
+/// 3. If ownership changes, the application is moved to its new channel.
+/// 4. Verdicts are reported as they arrive. The check ends with the last one, once all tools have
+///    answered.
 ///
-/// Nothing waits for another channel. Destroying it ends it, and nothing more is heard of it. What is
-/// told may destroy it.
+/// Channels never wait for each other. Destroying it cancels it silently; listeners may destroy it.
 class AppUpdateCheck {
 public:
-    /// What a check tells; one object hears all of it.
+    /// Receives everything that a check reports.
     class Listener {
     public:
         virtual ~Listener() = default;
         virtual void inspected(AppUpdateCheck& check, const QList<AppUpdateCandidate>& found) = 0;
-        /// Tools have told whose applications are whose.
+        /// Tools have reported which applications they own.
         virtual void channelsLearned(AppUpdateCheck& check) = 0;
         virtual void progressed(AppUpdateCheck& check) = 0;
         virtual void found(AppUpdateCheck& check, const AppUpdateCandidate& candidate,
@@ -67,7 +67,7 @@ public:
     };
     using Checkers = std::vector<std::unique_ptr<AppUpdateChecker>>;
 
-    /// `apps` are all that are installed.
+    /// `apps` are all installed applications.
     AppUpdateCheck(Machine& machine, const Checkers& checkers, const QList<AppEntry>& apps,
                    AppUpdateCheckRequest request, Listener& listener);
     ~AppUpdateCheck();
@@ -101,10 +101,10 @@ private:
     QList<AppUpdateProblem> _problems;
 
     QList<AppUpdateCandidate> _candidates;
-    QHash<QString, qsizetype> _places;     ///< by app key, in that list
-    QHash<QString, std::size_t> _assigned; ///< by app key: whose verdict counts
-    QSet<QString> _left;                   ///< without a verdict yet
-    std::size_t _discoveries = 0;          ///< that have not ended
+    QHash<QString, qsizetype> _places;     ///< by app key, indices into `_candidates`
+    QHash<QString, std::size_t> _assigned; ///< by app key: the checker whose verdict counts
+    QSet<QString> _left;                   ///< app keys without a verdict
+    std::size_t _discoveries = 0;          ///< still running
 
     std::optional<AppUpdateInspection> _inspection;
     std::vector<std::unique_ptr<AppUpdateWork>> _discovering;

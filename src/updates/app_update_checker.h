@@ -7,30 +7,30 @@
 
 namespace tessellar {
 
-/// Where a checker tells what it finds, on the main thread and never before the call that set it to
-/// work has returned. Each application that was given to `check` gets exactly one verdict.
+/// Receives a checker's results, on the main thread, never before the call that started the work has
+/// returned. Each application given to `check` gets exactly one verdict.
 class AppUpdateFindings {
 public:
     virtual ~AppUpdateFindings() = default;
-    /// `channel` may answer differently from now on.
+    /// Results of `channel` may have changed.
     virtual void learned() = 0;
-    /// The end of `discover`, and what kept it from learning all.
+    /// `discover` has ended; `problem` is why it may be incomplete.
     virtual void discovered(const std::optional<AppUpdateReason>& problem) = 0;
-    /// The turn of an application has come.
+    /// The check of an application has started.
     virtual void began(const QString& appKey) = 0;
     virtual void ended(const QString& appKey, const AppUpdateVerdict& verdict) = 0;
 };
 
-/// Work of a checker that is under way; destroying it ends it, and nothing more is heard of it.
+/// A checker's running work; destroying it cancels it silently.
 class AppUpdateWork {
 public:
     virtual ~AppUpdateWork() = default;
-    /// No verdict is wanted of this application any more.
+    /// Drops an application whose verdict is no longer wanted.
     virtual void forget(const QString& appKey) = 0;
 };
 
-/// One channel through which updates are found. A further channel is a further class, and a line in
-/// the coordinator's list. Main thread; work that blocks runs on workers.
+/// One update channel. To add a channel, add a subclass and a line in the coordinator's list. Main
+/// thread only; blocking work runs on workers.
 class AppUpdateChecker {
 public:
     using Findings = std::shared_ptr<AppUpdateFindings>;
@@ -38,25 +38,25 @@ public:
     virtual ~AppUpdateChecker() = default;
 
     virtual AppUpdateChannelKind kind() const = 0;
-    /// The application's channel if it is this checker's, as far as that is known by now; also
-    /// from earlier runs.
+    /// The application's channel if it belongs to this checker, as far as known, including from earlier
+    /// runs.
     virtual std::optional<AppUpdateChannel> channel(const AppUpdateCandidate& candidate) const = 0;
-    /// What a record of this checker for this application carries.
+    /// The source fingerprint for this checker's record of an application.
     virtual QString fingerprint(const AppUpdateCandidate& candidate) const = 0;
-    /// Checks applications of its own.
+    /// Checks applications of this channel.
     [[nodiscard]] virtual std::unique_ptr<AppUpdateWork> check(QList<AppUpdateCandidate> candidates,
                                                                Findings findings) = 0;
 
-    // Of checkers whose applications cannot be told from their bundles alone.
-    /// False until tools were once asked which applications are this checker's.
+    // For checkers that cannot recognize their applications by bundle alone.
+    /// False until tools have been asked which applications belong to this checker.
     virtual bool isDiscovered() const { return true; }
-    /// Asks tools which of these applications are its own; null where the bundles say it.
+    /// Asks tools which of these applications belong to this checker; null if bundles suffice.
     [[nodiscard]] virtual std::unique_ptr<AppUpdateWork>
     discover(const QList<AppUpdateCandidate>& candidates, Findings findings) {
         (void)candidates, (void)findings;
         return nullptr;
     }
-    /// Takes up what is kept from earlier runs, and hands over what is to be kept.
+    /// Restore and save the checker's persistent state.
     virtual void restore(const AppUpdateCache& cache) { (void)cache; }
     virtual void keep(AppUpdateCache& cache) const { (void)cache; }
 };

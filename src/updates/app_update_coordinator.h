@@ -13,31 +13,31 @@
 
 namespace tessellar {
 
-/// Why a check was not begun.
+/// Why a check could not start.
 enum class AppUpdateError { disabled, alreadyChecking, unknownApp };
 QString message(AppUpdateError error);
 
-/// Something that happened, for those who show it.
+/// A notification for user interfaces.
 struct AppUpdateEvent {
     enum class Kind {
-        inspected,     ///< what the bundles of all applications say is known
-        changed,       ///< statuses, channels, checks, actions: at most every `publishInterval`
-        progressed,    ///< the check that is shown, at once
-        recorded,      ///< a verdict, at once
-        actionChanged, ///< an update, at once
-        updated,       ///< an update has ended and its application was looked at again
+        inspected,     ///< the bundles of all applications have been read
+        changed,       ///< statuses, channels, checks or actions; throttled to `publishInterval`
+        progressed,    ///< the visible check, unthrottled
+        recorded,      ///< a verdict, unthrottled
+        actionChanged, ///< an update, unthrottled
+        updated,       ///< an update has ended and its application was re-read
     };
     Kind kind = Kind::changed;
-    QString appKey; ///< of the last three
+    QString appKey; ///< for the last three kinds
 
     bool operator==(const AppUpdateEvent&) const = default;
 };
 
-/// Knows which installed applications have newer versions, and has them brought. Main thread; what
-/// blocks runs on workers and posts its results back.
+/// Knows which installed applications have updates, and installs them. Main thread only; blocking work
+/// runs on workers.
 ///
-/// The cache is read when it is made, or was before. Nothing is contacted before `start`, except by
-/// what is asked for (`check`, `learnChannels`, `update`), so that a command line may use it without.
+/// Nothing is contacted before `start`, except by `check`, `learnChannels` and `update`, so the command
+/// line can use it without `start`. The cache is read in the constructor or passed to it.
 class AppUpdateCoordinator final : private AppUpdateCheck::Listener, private AppUpdateRunner::Owner {
 public:
     static constexpr std::chrono::milliseconds saveDelay{1'000};
@@ -45,78 +45,77 @@ public:
 
     explicit AppUpdateCoordinator(Machine& machine)
         : AppUpdateCoordinator(machine, StoredUpdates::read(machine)) {}
-    /// With a cache that was read before, possibly on a worker.
+    /// With a cache read earlier, possibly on a worker.
     AppUpdateCoordinator(Machine& machine, StoredUpdates stored);
-    /// Ends checks, and saves what is unsaved; an update that runs goes on.
+    /// Cancels checks and saves changes; a running update continues.
     ~AppUpdateCoordinator() override;
     AppUpdateCoordinator(const AppUpdateCoordinator&) = delete;
     AppUpdateCoordinator& operator=(const AppUpdateCoordinator&) = delete;
 
-    /// The one way to hear of what happens here.
+    /// All notifications.
     Signal<AppUpdateEvent> events;
 
-    /// Begins the schedule, once there are applications, and takes up an update that an earlier run of
-    /// the launcher began.
+    /// Starts the schedule, once there are applications, and resumes following an update started by an
+    /// earlier run of the launcher.
     void start();
-    /// To be called when settings were changed.
+    /// Call after settings have changed.
     void settingsChanged();
-    /// To be called when there is a network again: what failed without it is tried again.
+    /// Call when the network is back: retries what failed without it.
     void networkReturned();
     bool isEnabled() const;
-    /// Takes the applications shown; what their bundles say follows, then `inspected`.
+    /// Sets the installed applications; reads their bundles, then sends `inspected`.
     void updateApps(const QList<AppEntry>& apps);
-    /// Applications are known by other keys now: their records go along, and what is skipped of them.
+    /// Applies changed app keys to records and skipped updates.
     void changeKeys(const QHash<QString, QString>& changedKeys);
-    /// Saves at once what is unsaved.
+    /// Saves pending changes at once.
     std::expected<void, FileError> flush();
 
-    // What is known, by app key.
-    /// The published statuses: a failed check is `failed`; an update that the user skips, or that is
-    /// pinned, is none.
+    // Results, by app key.
+    /// The published statuses: failed checks are `failed`; skipped and pinned updates are omitted.
     const AppUpdateStatuses& statuses() const { return _statuses; }
-    /// The same, except that beside a failure what was known before counts: for badges.
+    /// The same, but with the last known status instead of a failure: for badges.
     const AppUpdateStatuses& knownStatuses() const { return _knownStatuses; }
-    /// Of `knownStatuses`.
+    /// Counts `knownStatuses`.
     qsizetype availableUpdateCount() const { return _tally.available; }
     const AppUpdateTally& tally() const { return _tally; }
     const QList<AppUpdateProblem>& problems() const { return _cache.problems; }
-    /// The record, if it is valid for what is installed now; not throttled.
+    /// The record, if valid for the installed version; unthrottled.
     std::optional<AppUpdateRecord> record(const QString& appKey) const;
     std::optional<Instant> lastCheck() const { return _cache.lastCheck; }
-    /// As far as it is known, also from earlier runs.
+    /// As far as known, including from earlier runs.
     std::optional<AppUpdateChannel> channel(const QString& appKey) const;
     QHash<QString, AppUpdateChannel> channels() const;
-    /// True once all tools were asked whose applications they are, since the last one came.
+    /// True once all tools have been asked about all applications.
     bool areChannelsKnown() const;
     const AppUpdateCandidate* candidate(const QString& appKey) const override;
-    /// Why there is no plain answer about an application: it has no channel, its channel cannot tell,
-    /// or its check failed.
+    /// Why an application has no plain status: it has no channel, its channel cannot tell, or its check
+    /// failed.
     std::optional<AppUpdateReason> reason(const QString& appKey) const;
-    /// Finds out the channels of all applications, asking tools where they were not asked yet; `done`
-    /// is called when they are known, or cannot be.
+    /// Determines the channels of all applications, asking tools where necessary; calls `done` once
+    /// they are known, or cannot be.
     void learnChannels(std::function<void()> done);
 
-    // What the user does not want to hear of.
-    /// Without a version, of the application at all.
+    // Updates that the user ignores.
+    /// Without a version, skips all updates of the application.
     void skip(const QString& appKey, const std::optional<QString>& version);
     void unskip(const QString& appKey);
-    /// The version that is skipped, or `AppUpdateCache::everyVersion`.
+    /// The skipped version, or `AppUpdateCache::everyVersion`.
     std::optional<QString> skipped(const QString& appKey) const;
-    /// True for an update that is skipped or pinned.
+    /// True if the update is skipped or pinned.
     bool isHeld(const QString& appKey) const;
 
     // Checks.
-    /// Begins a check. `done` is called at its end with true, or with false when it was cancelled or
-    /// switched off.
+    /// Starts a check. `done` is called at its end: false if it was cancelled or checking was disabled.
     std::expected<void, AppUpdateError> check(const AppUpdateCheckRequest& request = {},
                                               std::function<void(bool completed)> done = {});
-    /// Ends the running check; the results so far stay. The schedule waits for an interval after it.
+    /// Cancels the running check, keeping the results so far. The next scheduled check is a full
+    /// interval away.
     void cancelCheck();
     bool isChecking() const { return shown() != nullptr; }
     AppUpdateProgress progress() const;
 
     // Updates.
-    /// Nothing for an application that is not known.
+    /// nullopt for an unknown application.
     std::optional<AppUpdateAction> action(const QString& appKey) const override;
     AppUpdateRunner& runner() { return _runner; }
     const AppUpdateRunner& runner() const { return _runner; }
@@ -125,7 +124,7 @@ private:
     struct Running {
         std::unique_ptr<AppUpdateCheck> check;
         std::function<void(bool)> done;
-        /// What its results took the place of, to be put back when checking is switched off.
+        /// The records it replaced, to be restored if checking is disabled.
         QHash<QString, std::optional<AppUpdateRecord>> replaced;
         bool isShown = false;
     };
@@ -174,11 +173,11 @@ private:
     Machine& _machine;
     AppUpdateStore _store;
     AppUpdateCache _cache;
-    std::optional<AppUpdateRun> _leftRun; ///< by an earlier launcher, until it is taken up
+    std::optional<AppUpdateRun> _leftRun; ///< left by an earlier run, until resumed
     AppUpdateSettings _settings;
     ToolLanes _lanes;
-    HomebrewUpdateChecker* _homebrew = nullptr; ///< for updates through it
-    /// In the order in which channels are decided.
+    HomebrewUpdateChecker* _homebrew = nullptr; ///< for its updates
+    /// In the order in which they claim applications.
     AppUpdateCheck::Checkers _checkers;
 
     QList<AppEntry> _apps;
@@ -189,17 +188,17 @@ private:
     AppUpdateProgress _lastProgress;
     bool _isStarted = false;
     bool _areAppsInspected = false;
-    bool _hasNewcomers = false;          ///< that tools were not asked about
-    bool _isCheckDue = false;            ///< as soon as the running one is over
-    std::optional<Instant> _cancelledAt; ///< the last full check, if it was
-    std::optional<Instant> _retryAt;     ///< what failed for now
-    std::size_t _retries = 0;            ///< in a row
+    bool _hasNewcomers = false;          ///< that tools were not yet asked about
+    bool _isCheckDue = false;            ///< once the running one has ended
+    std::optional<Instant> _cancelledAt; ///< when the last full check was cancelled, if it was
+    std::optional<Instant> _retryAt;     ///< for temporary failures
+    std::size_t _retries = 0;            ///< consecutive
     bool _isPublishWanted = false;
     bool _isUnsaved = false;
     std::vector<std::function<void()>> _waitingForChannels;
     bool _isAskingForChannels = false;
 
-    // Work under way; last, so that it ends first.
+    // Running work; last, so that it is destroyed first.
     Timer _scheduleTask;
     Timer _publishThrottleTask;
     Timer _saveTask;

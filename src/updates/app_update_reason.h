@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-/// Why a check failed, why a channel cannot tell, or why an update is held back.
+/// Why a check failed, a channel cannot tell, or an update is held back.
 struct AppUpdateReason {
     enum class Code {
         // failed
@@ -35,15 +35,15 @@ struct AppUpdateReason {
         pinned, ///< in Homebrew
     };
     Code code = Code::unreachable;
-    QString detail; ///< a tool's own words, on one line; empty for none
+    QString detail; ///< a tool's output, on one line; may be empty
 
     bool operator==(const AppUpdateReason&) const = default;
 };
 
-/// One sentence, with the detail where there is one.
+/// One sentence, including the detail.
 QString message(const AppUpdateReason& reason);
 
-/// True where the same question may have another answer in a while.
+/// True if retrying later may help.
 bool isPassing(const AppUpdateReason& reason);
 
 namespace json {

@@ -7,8 +7,7 @@
 
 namespace tessellar {
 
-// Where version information for an application comes from; the order of the cases is the order in which
-// they are tried.
+// Sources of version information, in order of precedence.
 struct HomebrewCaskChannel {
     QString token;
     bool operator==(const HomebrewCaskChannel&) const = default;
@@ -18,7 +17,7 @@ struct MacAppStoreChannel {
     bool operator==(const MacAppStoreChannel&) const = default;
 };
 struct SparkleChannel {
-    QString feedUrl; ///< empty where a bundle has the framework and names no feed
+    QString feedUrl; ///< empty if the bundle has the framework but declares no feed
     bool operator==(const SparkleChannel&) const = default;
 };
 using AppUpdateChannel = std::variant<HomebrewCaskChannel, MacAppStoreChannel, SparkleChannel>;
@@ -28,7 +27,7 @@ inline AppUpdateChannelKind kindOf(const AppUpdateChannel& channel) {
     return static_cast<AppUpdateChannelKind>(channel.index());
 }
 
-// What the last check of an application came to.
+// Results of an application's last check.
 struct UpToDate {
     bool operator==(const UpToDate&) const = default;
 };
@@ -36,7 +35,7 @@ struct UpdateAvailable {
     QString latestVersion;
     bool operator==(const UpdateAvailable&) const = default;
 };
-struct UpdateUnsupported { ///< its channel cannot tell
+struct UpdateUnsupported { ///< the channel cannot tell
     bool operator==(const UpdateUnsupported&) const = default;
 };
 struct UpdateCheckFailed {
@@ -48,20 +47,20 @@ inline bool hasFailed(const AppUpdateStatus& status) {
     return std::holds_alternative<UpdateCheckFailed>(status);
 }
 
-/// What a release brings, in its maker's words.
+/// The release notes.
 struct AppUpdateNotes {
-    QString text; ///< plain, on one line; empty for none
-    QString url;  ///< of a page, at a secure address; empty for none
+    QString text; ///< plain text on one line; may be empty
+    QString url;  ///< of a web page, https; may be empty
 
     bool isEmpty() const { return text.isEmpty() && url.isEmpty(); }
     bool operator==(const AppUpdateNotes&) const = default;
 };
 
-/// What a checker found out about one application.
+/// A checker's result for one application.
 struct AppUpdateVerdict {
     AppUpdateStatus status;
-    std::optional<AppUpdateReason> reason; ///< of anything but a plain answer
-    std::optional<AppUpdateNotes> notes;   ///< of an update
+    std::optional<AppUpdateReason> reason; ///< unless the answer is plain
+    std::optional<AppUpdateNotes> notes;   ///< for an available update
 
     AppUpdateVerdict() = default;
     AppUpdateVerdict(AppUpdateStatus found) : status(std::move(found)) {} // NOLINT: meant to convert
@@ -83,20 +82,20 @@ struct AppUpdateRecord {
     Instant checkedAt;
     std::optional<QString> installedVersion;
     std::optional<QString> installedBuild;
-    std::optional<QString> sourceFingerprint; ///< the checker and its revision
-    /// Beside a failure: what was known before of the same installed version. Present only then.
+    std::optional<QString> sourceFingerprint; ///< identifies the checker and its revision
+    /// Only with a failure: the previous status of the same installed version.
     std::optional<AppUpdateStatus> lastKnownStatus;
     std::optional<AppUpdateReason> reason; ///< why it failed, cannot tell, or is held back
     std::optional<AppUpdateNotes> notes;
 
-    /// The status, or in place of a failure what is known from before.
+    /// The status, or the last known one if the check failed.
     const AppUpdateStatus& knownStatus() const { return lastKnownStatus ? *lastKnownStatus : status; }
     bool operator==(const AppUpdateRecord&) const = default;
 };
 
-/// Which cask owns an application, as its brew last told.
+/// The cask that owns an application, as last reported by its brew.
 struct HomebrewCaskOwnership {
-    QString path; ///< of the application, links resolved: elsewhere it is another one
+    QString path; ///< of the application, links resolved; elsewhere it is a different one
     QString token;
     QString brewExecutablePath;
     QString catalogVersion;
@@ -107,16 +106,16 @@ struct HomebrewCaskOwnership {
     bool operator==(const HomebrewCaskOwnership&) const = default;
 };
 
-/// What Spotlight said of the store's number of an application; none is an answer too.
+/// Spotlight's answer for an application's store identifier, which may be none.
 struct StoreItem {
-    QString bundle; ///< which bundle was asked about, see `AppUpdateCandidate::fingerprint`
+    QString bundle; ///< the bundle's fingerprint, see `AppUpdateCandidate::fingerprint`
     std::optional<qint64> identifier;
     Instant askedAt;
 
     bool operator==(const StoreItem&) const = default;
 };
 
-/// A channel that could not be asked as a whole, for one of its tools failed.
+/// A channel that could not be queried because one of its tools failed.
 struct AppUpdateProblem {
     AppUpdateChannelKind channel = AppUpdateChannelKind::homebrewCask;
     AppUpdateReason reason;
@@ -124,29 +123,28 @@ struct AppUpdateProblem {
     bool operator==(const AppUpdateProblem&) const = default;
 };
 
-/// What is kept in "app-updates.json".
+/// The contents of "app-updates.json".
 struct AppUpdateCache {
     QMap<QString, AppUpdateRecord> records; ///< by app key
-    std::optional<Instant> lastCheck;       ///< when a full check last came to something
+    std::optional<Instant> lastCheck;       ///< the last full check with a result
     QList<AppUpdateProblem> problems;       ///< of the last full check
-    /// By app key, what tools told of whose applications they are; absent until brews were asked once.
+    /// Cask owners by app key; nullopt until brews have been asked.
     std::optional<QMap<QString, HomebrewCaskOwnership>> owners;
     QMap<QString, StoreItem> storeItems;
-    /// By app key, the version that the user does not want to hear of, or `everyVersion`.
+    /// The skipped version by app key, or `everyVersion`.
     QMap<QString, QString> skipped;
-    /// In which of the seven groups of phased roll-outs this machine is.
+    /// This machine's group, of seven, for phased roll-outs.
     std::optional<int> rolloutGroup;
 
     static inline const QString everyVersion = QStringLiteral("*");
 
-    /// Applications are known by other keys now: all that is kept by key goes along. False when there
-    /// is nothing of theirs.
+    /// Applies changed app keys to all tables; false if nothing changed.
     bool changeKeys(const QHash<QString, QString>& changedKeys);
 
     bool operator==(const AppUpdateCache&) const = default;
 };
 
-/// By app key: plain values, for those who show or sort by them.
+/// By app key.
 using AppUpdateStatuses = QHash<QString, AppUpdateStatus>;
 
 namespace json {
@@ -228,7 +226,7 @@ struct Fields<AppUpdateProblem> {
     static constexpr auto list = fields(required("channel", &AppUpdateProblem::channel),
                                         required("reason", &AppUpdateProblem::reason));
 };
-/// Tables that hold nothing are left out.
+/// Omits empty tables.
 template <>
 struct Codec<AppUpdateCache> {
     static Decoded<AppUpdateCache> decode(const QJsonValue& value);

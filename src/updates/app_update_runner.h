@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// A question to the user before something is done.
+/// A question for the user before updating.
 struct AppUpdateQuestion {
     QString title;
     QString text;
@@ -16,34 +16,33 @@ struct AppUpdateQuestion {
     bool operator==(const AppUpdateQuestion&) const = default;
 };
 
-/// An update that runs, as it is kept on the disk: whoever starts the launcher next takes it up.
+/// A running update, stored on disk so that the next run of the launcher can resume following it.
 struct AppUpdateRun {
     QString appKey;
     QString updaterName;
     qint64 processNumber = 0;
     Instant startedAt;
-    std::optional<QString> installedVersion; ///< before it
+    std::optional<QString> installedVersion; ///< before the update
     std::optional<QString> installedBuild;
 
     bool operator==(const AppUpdateRun&) const = default;
 };
 
-/// Brings applications up to date, one after the other. A command that does so is no child that goes
-/// with the launcher: it runs on its own, says what it does into a file, and is followed there. When
-/// the launcher ends meanwhile, the next one takes it up. What came of it is told by what is installed
-/// afterwards. Main thread.
+/// Updates applications, one at a time. Commands run detached from the launcher, write their output to
+/// a file and are followed there; if the launcher quits, the next run resumes following. Success is
+/// judged by what is installed afterwards. Main thread only.
 class AppUpdateRunner {
 public:
-    /// What it needs to know, and who hears of it.
+    /// Provides information and receives notifications.
     class Owner {
     public:
         virtual ~Owner() = default;
         virtual const AppUpdateCandidate* candidate(const QString& appKey) const = 0;
         virtual std::optional<AppUpdateAction> action(const QString& appKey) const = 0;
-        /// What the same update brings, itself first.
+        /// The app keys updated by the same command, `appKey` first.
         virtual QStringList siblings(const QString& appKey) const = 0;
         virtual bool hasUpdate(const QString& appKey) const = 0;
-        /// Reads the bundles anew, and checks them where that may be; then `done`.
+        /// Reads the bundles again, checks them if possible, then calls `done`.
         virtual void verify(const QStringList& appKeys, std::function<void()> done) = 0;
         virtual void actionChanged(const QString& appKey) = 0;
         virtual void updated(const QString& appKey) = 0;
@@ -54,7 +53,7 @@ public:
 
     static constexpr std::chrono::milliseconds lookInterval{500};
     static constexpr std::chrono::hours commandTimeout{2};
-    /// How long a command that is asked to end may take.
+    /// How long to wait after asking a command to end.
     static constexpr std::chrono::seconds terminationGrace{30};
 
     AppUpdateRunner(Machine& machine, Owner& owner);
@@ -62,30 +61,31 @@ public:
     AppUpdateRunner(const AppUpdateRunner&) = delete;
     AppUpdateRunner& operator=(const AppUpdateRunner&) = delete;
 
-    /// What an earlier launcher left running. Any thread.
+    /// The update left running by an earlier launcher. Thread-safe.
     static std::optional<AppUpdateRun> left(const Machine& machine);
-    /// True while its command runs. Not to be asked by the launcher that started it, which would miss
-    /// how it ended. Any thread.
+    /// True while the command left running still runs. Must not be called by the launcher that started
+    /// it, as that would lose the exit status. Thread-safe.
     static bool isLeftRunning(const Machine& machine);
-    /// Takes it up; nothing is begun before it has ended.
+    /// Resumes following it; no other update starts before it has ended.
     void takeUp(const AppUpdateRun& run);
 
-    /// What the user is to be asked before these are updated: nothing where no command is run.
+    /// What to ask before updating these; nullopt if no command would run.
     std::optional<AppUpdateQuestion> question(const QStringList& appKeys) const;
-    /// Updates them in their order, after asking once. Several at once are those that commands update;
-    /// the rest would open a window each. False when another update is under way. `done` is called at
-    /// the end, whatever came of it, and `state` says what; one that is under way already is joined.
+    /// Updates the applications in order, after asking once. If several, only those updated by
+    /// commands: each other one would open a window. False if another update is running. `done` is
+    /// called at the end in any case, and `state` has the result; an application whose update already
+    /// runs is joined.
     bool update(const QStringList& appKeys, const Asker& ask, Done done = {});
-    /// Ends the command that runs, and begins none of those that wait.
+    /// Ends the running command and clears the queue.
     void cancel();
 
     bool isBusy() const { return _active.has_value(); }
-    /// True while a command runs that may show windows of its own, such as a question for a password.
+    /// True while a command runs that may show its own windows, such as a password prompt.
     bool isExternalUpdaterRunning() const { return _run && !_isVerifying; }
     const std::optional<QString>& activeAppKey() const { return _active; }
-    /// True while the command is one that an earlier launcher began.
+    /// True while following a command started by an earlier launcher.
     bool isTakenUp() const { return _run && _isTakenUp; }
-    /// How an update runs, waits, or ended, until its next one begins.
+    /// The state of the application's current or last update.
     std::optional<AppUpdateActionState> state(const QString& appKey) const;
 
 private:
@@ -116,11 +116,11 @@ private:
     std::vector<Done> _done;
 
     std::optional<AppUpdateRun> _run; ///< while its command runs
-    QList<QByteArray> _lines;         ///< the last ones that it said
-    /// How long the command was seen to run: a leap of the clock, or a sleep, is no part of it.
+    QList<QByteArray> _lines;         ///< the last lines of output
+    /// How long the command was seen running, without clock changes and sleep.
     std::chrono::duration<double> _seen{0};
     std::optional<Instant> _lookedAt;
-    std::optional<std::chrono::duration<double>> _terminatedAfter; ///< of `_seen`
+    std::optional<std::chrono::duration<double>> _terminatedAfter; ///< value of `_seen`
     bool _isTakenUp = false;
     bool _isCancelled = false;
     bool _isTimedOut = false;

@@ -7,28 +7,27 @@
 
 namespace tessellar {
 
-/// Keeps the update cache in "app-updates.json" in the application's folder. A damaged file gives an
-/// empty cache and is set aside beside the new one; while that fails, and while the file cannot be
-/// read, nothing is written. One thread at a time, the main thread once something is saved.
+/// Stores the update cache in "app-updates.json" in the application's folder. A damaged file is set
+/// aside and gives an empty cache; while that fails, or the file is unreadable, nothing is written. Not
+/// thread-safe; main thread only once something has been saved.
 class AppUpdateStore {
 public:
-    /// Makes the folder; a failure shows when something is saved.
+    /// Creates the folder; if that fails, saving reports it.
     explicit AppUpdateStore(const Machine& machine);
 
-    /// Application Support, then a folder named by the application's identifier.
+    /// In Application Support, in the folder named by the application's identifier.
     static QString defaultPath(const Places& places,
                                const std::optional<QString>& identifier = applicationIdentifier);
     const QString& path() const { return _file.path(); }
 
     AppUpdateCache load();
-    /// Hands the cache over; `done` is called on the main thread when it is on the disk, or is not.
+    /// Saves on a worker; `done` is called on the main thread with the result.
     void save(const AppUpdateCache& cache, BackgroundFile::Done done = {});
-    /// Blocks until what was handed over is on the disk.
+    /// Blocks until all saves have finished.
     std::expected<void, FileError> wait() const { return _file.wait(); }
 
-    /// Applications are known by other keys now, and nobody has the cache in memory: what is kept of
-    /// them goes along. To be called on the lane for saving, where it comes before what is handed over
-    /// later.
+    /// Applies changed app keys directly to the file, for when no cache is loaded. Call on the saving
+    /// lane, so that it comes before later saves.
     static void changeKeys(const Machine& machine, const QHash<QString, QString>& changedKeys);
 
 private:
@@ -36,11 +35,11 @@ private:
     BackgroundFile _file;
 };
 
-/// All that is kept between runs, with the store that read it.
+/// All persistent update data, with the store that read it.
 struct StoredUpdates {
     AppUpdateStore store;
     AppUpdateCache cache;
-    std::optional<AppUpdateRun> run; ///< an update that was begun
+    std::optional<AppUpdateRun> run; ///< an update left running
 
     static StoredUpdates read(const Machine& machine) {
         StoredUpdates stored{AppUpdateStore(machine), {}, AppUpdateRunner::left(machine)};

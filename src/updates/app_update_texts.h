@@ -5,19 +5,19 @@
 
 namespace tessellar {
 
-/// What the records come to.
+/// Counts of the records.
 struct AppUpdateTally {
     qsizetype available = 0;
     qsizetype upToDate = 0;
     qsizetype unsupported = 0;
     qsizetype failed = 0;
-    qsizetype held = 0;                    ///< updates that are skipped or pinned
-    std::optional<AppUpdateReason> reason; ///< that all failures have, if its sentence fits them
+    qsizetype held = 0;                    ///< skipped or pinned updates
+    std::optional<AppUpdateReason> reason; ///< common to all failures, if there is one to show
 
     bool operator==(const AppUpdateTally&) const = default;
 };
 
-/// Texts about updates, as settings, tiles and the information panel show them.
+/// Texts about updates, for settings, tiles and the information panel.
 namespace update_texts {
 
 inline QString settingsTitle() { return Texts::tr("Updates for Installed Apps"); }
@@ -32,32 +32,32 @@ inline QString checkingDisabled() {
 }
 inline QString receiptDetected() { return Texts::tr("Receipt detected"); }
 
-/// "Update available: 1.0 → 1.1", without the installed version where that is unknown.
+/// "Update available: 1.0 → 1.1"; without the installed version if unknown.
 QString available(const std::optional<QString>& installed, const QString& latest);
-/// What the whole comes to; `lastCheck` already in the user's form, empty when there was none. That
-/// nothing was found is said only where something could have been.
+/// A summary of all results. `lastCheck` is formatted already, and empty before the first check. Does
+/// not claim that there are no updates if nothing could be checked.
 QString summary(const AppUpdateTally& tally, const QList<AppUpdateProblem>& problems,
                 const QString& lastCheck);
-/// "Could not be checked: …" and the like: what stands beside an application's name.
+/// The text beside an application's name, for example "Could not be checked: …".
 QString status(const AppUpdateRecord& record);
-/// Of an update that the user skips or that is pinned.
+/// For a skipped or pinned update.
 inline QString held() { return Texts::tr("Held back"); }
 inline QString checking() { return Texts::tr("Checking your installed apps for updates…"); }
 
 } // namespace update_texts
 
-/// Where an application's updates come from, as the information panel explains it.
+/// An application's update source, as explained in the information panel.
 struct AppUpdateSourceText {
     QString explanation;
-    QString label;  ///< empty for none
-    QString source; ///< its name; empty for none
+    QString label;  ///< may be empty
+    QString source; ///< its name; may be empty
 
     bool operator==(const AppUpdateSourceText&) const = default;
 };
 AppUpdateSourceText sourceText(const std::optional<AppUpdateChannel>& channel,
                                const AppUpdateCandidate& candidate);
 
-/// True for what comes with the system and is updated with it.
+/// True for applications that are part of the system and updated with it.
 bool isBuiltIn(const QString& path);
 
 } // namespace tessellar

@@ -7,8 +7,8 @@
 
 namespace tessellar {
 
-/// One element of a cask's artifacts, as far as it puts applications on the disk: names as the listing
-/// gives them, relative to the base folder unless they begin with "/" or "~".
+/// The applications in one element of a cask's artifacts, by name; relative to the base folder unless
+/// they start with "/" or "~".
 struct CaskArtifact {
     QStringList appTargets;
     QStringList suiteTargets;
@@ -16,7 +16,7 @@ struct CaskArtifact {
     bool operator==(const CaskArtifact&) const = default;
 };
 
-/// A cask of the installed listing, with all its targets together.
+/// An installed cask with the targets of all its artifacts.
 struct InstalledCask {
     QString token;
     QString version;
@@ -30,9 +30,9 @@ struct InfoResponse {
     QList<InstalledCask> casks;
 };
 
-/// A cask of the listing of what is outdated.
+/// A cask in the listing of outdated casks.
 struct OutdatedCask {
-    std::optional<QString> currentVersion; ///< none where the listing gives no version that can be one
+    std::optional<QString> currentVersion; ///< nullopt if missing or implausible
     bool isPinned = false;
 
     bool operator==(const OutdatedCask&) const = default;
@@ -41,14 +41,14 @@ struct OutdatedResponse {
     QHash<QString, OutdatedCask> casks; ///< by token
 };
 
-/// A listing decoded. Warnings that stand on lines before it are passed over, and so is an element that
-/// makes no sense: one cask costs the others nothing.
+/// Decode listings. Skip preceding warning lines and malformed elements, so that one cask cannot spoil
+/// the others.
 json::Decoded<InfoResponse> decodeInfo(const QByteArray& output);
 json::Decoded<OutdatedResponse> decodeOutdated(const QByteArray& output);
 
-/// What one brew tells of its casks. Tables by standardized path with links resolved.
+/// The casks of one brew. Tables are keyed by standardized path with links resolved.
 struct HomebrewCaskSnapshot {
-    /// A folder of a suite; every application in it is the cask's.
+    /// A suite's folder, whose applications all belong to the cask.
     struct Suite {
         QString rootPath;
         qsizetype cask = 0;
@@ -57,34 +57,34 @@ struct HomebrewCaskSnapshot {
 
     QString brewExecutablePath;
     QList<InstalledCask> casks;
-    QHash<QString, qsizetype> exactMatches; ///< application path to index of the cask
-    QList<Suite> suiteMatches;              ///< in the order of the casks
+    QHash<QString, qsizetype> exactMatches; ///< application path to index into `casks`
+    QList<Suite> suiteMatches;              ///< in cask order
 };
 
-/// What the listing of outdated casks says of an application.
+/// The verdict for an application, from the listing of outdated casks.
 AppUpdateVerdict verdict(const HomebrewCaskOwnership& owner, const OutdatedResponse& outdated);
 
 struct HomebrewCaskCheckResult {
-    QList<HomebrewCaskSnapshot> snapshots; ///< of the brews that answered, in their order
-    QStringList failedExecutablePaths;     ///< were found, but have not answered
+    QList<HomebrewCaskSnapshot> snapshots; ///< of the brews that answered, in order
+    QStringList failedExecutablePaths;     ///< found, but did not answer
 
-    /// Exact matches of any brew go before suites; then the first brew and its first cask count.
+    /// Exact matches of any brew take precedence over suites; then the first brew and its first cask.
     std::optional<HomebrewCaskOwnership> owner(const QString& resolvedAppPath) const;
 };
 
-/// The executables that are brews, each once even when it is reached by several paths: under
-/// HOMEBREW_PREFIX, along PATH, and in the two usual places.
+/// Finds brew executables, without duplicates: under HOMEBREW_PREFIX, in PATH, and in the two standard
+/// places.
 QStringList findBrews(const FileSystem& files, const std::map<QByteArray, QByteArray>& environment);
 
-/// Fills the tables of a snapshot from its casks.
+/// Computes the snapshot's tables from its casks.
 void buildMatches(const FileSystem& files, const QString& home, HomebrewCaskSnapshot& snapshot);
 
-/// What a record of Homebrew's tells of its application's cask: all but the token and the place.
+/// Parses the ownership from a record's fingerprint, without token and path.
 std::optional<HomebrewCaskOwnership> ownershipOf(const QString& fingerprint);
 
 namespace json {
 
-/// Never fails: what is no application and no suite is empty.
+/// Never fails: anything but applications and suites is empty.
 template <>
 struct Codec<CaskArtifact> {
     static Decoded<CaskArtifact> decode(const QJsonValue& value);

@@ -8,14 +8,14 @@
 
 namespace tessellar {
 
-/// Asks every brew on the machine which applications its casks own, and which of them are outdated. A
-/// brew that does not answer owns what it owned when it last did, and holds up no other.
+/// Asks every brew on the machine which applications its casks own, and which are outdated. A brew that
+/// does not answer keeps what it owned before, and delays no other.
 class HomebrewUpdateChecker final : public AppUpdateChecker {
 public:
     HomebrewUpdateChecker(Machine& machine, ToolLanes& lanes) : _machine(machine), _lanes(lanes) {}
 
-    /// A listing command: 90 seconds; a brew that does not heed its termination gets two periods of a
-    /// second before it is killed, and its output is taken as it stands.
+    /// A listing command: times out after 90 seconds and is killed if it ignores termination for a
+    /// second; its output is awaited one second more.
     static Command listing(const Machine& machine, const QString& brew, QList<QByteArray> arguments);
 
     AppUpdateChannelKind kind() const override { return AppUpdateChannelKind::homebrewCask; }
@@ -29,7 +29,7 @@ public:
     void restore(const AppUpdateCache& cache) override;
     void keep(AppUpdateCache& cache) const override;
 
-    /// The cask that owns the application, if one does.
+    /// The cask that owns the application; null if none.
     const HomebrewCaskOwnership* owner(const AppUpdateCandidate& candidate) const;
 
 private:
@@ -45,12 +45,12 @@ private:
     ToolLanes& _lanes;
     QMap<QString, HomebrewCaskOwnership> _owners; ///< by app key
     bool _isDiscovered = false;
-    // While casks are being asked for, nobody asks what is outdated: two questions become one.
+    // Listings of outdated casks wait for discoveries to end, so that all checks share one.
     int _searches = 0;
-    QHash<QString, int> _asked;              ///< discoveries that wait for this brew
-    QHash<QString, AppUpdateReason> _silent; ///< brews that did not answer in time, when last asked
+    QHash<QString, int> _asked;              ///< number of discoveries waiting for each brew
+    QHash<QString, AppUpdateReason> _silent; ///< brews that last failed to answer, with the reason
     std::list<Run*> _runs;
-    QHash<QString, std::stop_source> _listings; ///< what is outdated, being asked; by brew
+    QHash<QString, std::stop_source> _listings; ///< running listings of outdated casks, by brew
     Timer _asking;
     std::shared_ptr<HomebrewUpdateChecker*> _alive = std::make_shared<HomebrewUpdateChecker*>(this);
 };

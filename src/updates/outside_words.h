@@ -6,16 +6,15 @@
 
 namespace tessellar {
 
-/// Words of strangers made fit to be shown and printed: all on one line, with single spaces, without
-/// control characters and without the invisible ones that turn or hide what stands beside them, cut at
-/// `longest`.
+/// Sanitizes untrusted text for display: one line, single spaces, no control characters and no
+/// invisible characters that reorder or hide text, at most `longest` long.
 QString onOneLine(QStringView text, qsizetype longest);
 
-/// A version as a channel gives it, if it can be one: not empty, at most a hundred characters, and
-/// nothing in it that `onOneLine` would take out.
+/// A version from a channel, if plausible: not empty, at most a hundred characters, and unchanged by
+/// `onOneLine`.
 std::optional<QString> plausibleVersion(QStringView text);
 
-/// True for what Homebrew could have named a cask; such a word is never an option of a command.
+/// True for a valid cask token, which can never be mistaken for a command's option.
 bool isCaskToken(QStringView text);
 
 } // namespace tessellar

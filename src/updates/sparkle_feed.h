@@ -4,28 +4,28 @@
 
 namespace tessellar {
 
-/// One release that a feed offers.
+/// One release in a feed.
 struct SparkleItem {
-    QString version;      ///< to be compared with a bundle's CFBundleVersion
-    QString shownVersion; ///< for people
+    QString version;      ///< compared with CFBundleVersion
+    QString shownVersion; ///< for display
     AppUpdateNotes notes;
 
     bool operator==(const SparkleItem&) const = default;
 };
 
-/// What decides which releases are offered to a machine.
+/// Determines which releases apply to a machine.
 struct SparkleCircumstances {
-    std::optional<QString> systemVersion; ///< without it every requirement counts as met
+    std::optional<QString> systemVersion; ///< without it, all requirements count as met
     Instant now;
-    /// From 0 to 6: a release that is rolled out in phases comes to group N after N intervals.
+    /// 0 to 6: a release in a phased roll-out reaches group N after N intervals.
     int rolloutGroup = 0;
 };
 
 enum class SparkleFeedError { damaged, noItems };
 
-/// The best release of a feed: the highest version among those that are offered to everybody on such a
-/// machine by now, or none. Feeds are XML from strangers: entities that a document declares are not
-/// expanded, nothing outside it is looked at, and only the items of its channel are walked.
+/// The highest version in a feed that is currently offered to everyone on such a machine; nullopt if
+/// none. Feeds are untrusted XML: entities are not expanded, nothing external is loaded, and only the
+/// items of the channel are read.
 std::expected<std::optional<SparkleItem>, SparkleFeedError>
 bestSparkleItem(const QByteArray& feed, const SparkleCircumstances& circumstances);
 

@@ -5,20 +5,20 @@
 
 namespace tessellar {
 
-/// Reads the feeds that applications declare for updating themselves.
+/// Reads the update feeds that applications declare.
 class SparkleUpdateChecker final : public WebUpdateChecker {
 public:
     using WebUpdateChecker::WebUpdateChecker;
 
     static inline const QString recordFingerprint = QStringLiteral("sparkle-v2");
     static constexpr int rolloutGroups = 7;
-    /// Feeds of five hundred releases with their notes in them have some megabytes.
+    /// Feeds with five hundred releases and their notes take several megabytes.
     static constexpr std::int64_t maximumFeedBytes = 8 << 20;
 
     AppUpdateChannelKind kind() const override { return AppUpdateChannelKind::sparkle; }
     std::optional<AppUpdateChannel> channel(const AppUpdateCandidate& candidate) const override;
     QString fingerprint(const AppUpdateCandidate&) const override { return recordFingerprint; }
-    /// The group of phased roll-outs is drawn once for a machine.
+    /// The phased roll-out group is chosen once per machine.
     void restore(const AppUpdateCache& cache) override;
     void keep(AppUpdateCache& cache) const override { cache.rolloutGroup = _rolloutGroup; }
 
@@ -26,7 +26,7 @@ public:
                                     const AppUpdateCandidate& candidate);
 
 protected:
-    /// A bundle without a feed, or with one at an address that is not secure, is unsupported.
+    /// Without a feed, or if its address is not secure, the application is unsupported.
     std::expected<HttpRequest, AppUpdateVerdict>
     request(const AppUpdateCandidate& candidate) const override;
     Judge judge() const override;

@@ -10,16 +10,16 @@
 
 namespace tessellar {
 
-/// Questions to external tools, one at a time for each tool and in the order of asking: two commands of
-/// one brew would fight over its locks. Main thread.
+/// Serializes queries per external tool, in call order: concurrent commands of one brew would compete
+/// for its locks. Main thread only.
 class ToolLanes {
 public:
     explicit ToolLanes(WorkerPool& workers) : _workers(workers) {}
     ToolLanes(const ToolLanes&) = delete;
     ToolLanes& operator=(const ToolLanes&) = delete;
 
-    /// Runs `work(stop)` when the tool is free, then `done(value)` on the main thread: always, also
-    /// when a stop was requested, unless the lanes are gone by then. The work itself looks at the stop.
+    /// Runs `work(stop)` once the tool is free, then `done(value)` on the main thread, even after a
+    /// stop request, unless the lanes were destroyed. The work must check its stop token.
     template <typename Work, typename Done>
     void run(const QString& tool, std::stop_token stop, Work work, Done done) {
         enter(tool, [this, tool, stop = std::move(stop), work = std::move(work),
@@ -31,7 +31,7 @@ public:
                     mailbox.post([lanes, tool, done = std::move(done), value = work(token)]() mutable {
                         if (lanes.expired())
                             return;
-                        done(std::move(value)); // may be the end of the lanes
+                        done(std::move(value)); // may destroy the lanes
                         if (const auto alive = lanes.lock())
                             (*alive)->leave(tool);
                     });
@@ -46,7 +46,7 @@ private:
     void leave(const QString& tool);
 
     WorkerPool& _workers;
-    std::map<QString, std::deque<Entry>> _waiting; ///< behind the tools that are busy
+    std::map<QString, std::deque<Entry>> _waiting; ///< queued behind busy tools
     QSet<QString> _busy;
     std::shared_ptr<ToolLanes*> _alive = std::make_shared<ToolLanes*>(this);
 };

@@ -8,9 +8,9 @@
 
 namespace tessellar {
 
-/// A checker that asks a server about each application: the same address once, so many at a time over
-/// all its checks together, not all of them of one server, and answers judged on a worker, for they
-/// come from strangers. A server that takes no more questions is asked no more in this round.
+/// A checker that queries a server per application. Shares requests for the same URL, limits concurrent
+/// requests in total and per server, and evaluates answers on a worker, as they are untrusted. A
+/// throttling server is not queried again in the same round.
 class WebUpdateChecker : public AppUpdateChecker {
 public:
     static constexpr qsizetype maximumRequests = 8;
@@ -23,15 +23,15 @@ public:
                                                        Findings findings) final;
 
 protected:
-    /// Gives the verdicts of one body, in the order of the candidates; on any thread.
+    /// Evaluates one response body; one verdict per candidate, in order. Called on any thread.
     using Judge = std::function<QList<AppUpdateVerdict>(const QByteArray& body,
                                                         const QList<AppUpdateCandidate>& candidates)>;
 
-    /// What to ask about an application, or the verdict where there is nothing to ask.
+    /// The request for an application, or its verdict if none is needed.
     virtual std::expected<HttpRequest, AppUpdateVerdict>
     request(const AppUpdateCandidate& candidate) const = 0;
     virtual Judge judge() const = 0;
-    /// True for the answer of a server that was asked too often.
+    /// True if the status means too many requests.
     virtual bool isThrottling(int httpStatus) const { return httpStatus == 429 || httpStatus == 503; }
 
     Machine& _machine;
@@ -39,7 +39,7 @@ protected:
 private:
     class Run;
     struct Listener {
-        std::weak_ptr<AppUpdateFindings> findings; ///< gone with its run
+        std::weak_ptr<AppUpdateFindings> findings; ///< expires with its run
         AppUpdateCandidate candidate;
     };
     struct Fetch {
