@@ -5,16 +5,16 @@
 
 namespace tessellar {
 
-/// What carries out commands: this process, or the launcher that is running.
+/// Executes commands, in this process or in the running launcher.
 class CommandExecutor {
 public:
     virtual ~CommandExecutor() = default;
-    /// `output.finished` is called once, possibly before this returns.
+    /// Calls `output.finished` exactly once, possibly before returning.
     virtual void run(const QStringList& words, const CommandOptions& options, CommandOutput output) = 0;
 };
 
-/// Carries commands out with a launcher that has been started; those that come before its first load is
-/// complete wait for that. Main thread.
+/// Executes commands with a started launcher; commands wait until its first load is complete. Main
+/// thread only.
 class CommandInterpreter final : public CommandExecutor {
 public:
     CommandInterpreter(Machine& machine, LauncherViewModel& launcher)
@@ -22,10 +22,10 @@ public:
 
     void run(const QStringList& words, const CommandOptions& options, CommandOutput output) override;
 
-    /// Carries out a command that needs no launcher.
+    /// Executes a command that needs no launcher.
     static void runWithoutLauncher(Machine& machine, const CommandSet::Run& run,
                                    const CommandOptions& options, CommandOutput output);
-    /// Says why words are no command, or why there is no machine to carry one out on.
+    /// Reports why the words are not a command, or why no machine could be set up.
     static void refuse(const CommandSet::Failure& failure, const CommandOptions& options,
                        const CommandOutput& output);
 

@@ -10,40 +10,40 @@
 
 namespace tessellar {
 
-// Commands share what they run with, and the words that CLI11 reads for them.
+// Commands share the context they run in, and the words that CLI11 parses into.
 using Call = std::shared_ptr<CommandCall>;
 using Word = std::shared_ptr<std::string>;
 using Words = std::shared_ptr<std::vector<std::string>>;
 using Flag = std::shared_ptr<bool>;
 
-/// What a command needs of the launcher to run.
+/// What a command needs in order to run.
 enum class CommandNeeds {
-    machine,              ///< files and settings alone
-    launcher,             ///< the launcher, started: its answer is what the window shows
-    launcherUntilStopped, ///< the same, and it goes on until nobody hears any more
-    window,               ///< the launcher, however far its start has come
-    launcherToLook,       ///< the same, but it changes nothing and is in nobody's way
+    machine,              ///< files and settings only
+    launcher,             ///< a started launcher, with the state that the window shows
+    launcherUntilStopped, ///< the same; runs until the client disconnects
+    window,               ///< a launcher, even if it is still starting
+    launcherToLook,       ///< the same, but read-only and never in anyone's way
 };
 
-/// An option of tessellarctl itself, which stands before the command.
+/// A global option of tessellarctl, given before the command.
 struct GlobalOption {
     const char* name;
-    const char* value; ///< what stands for its value; none for a flag
+    const char* value; ///< placeholder for its value; null for a flag
     const char* description;
 };
 std::span<const GlobalOption> globalOptions();
 
-/// The commands of tessellarctl, declared once: their words for CLI11, and what they do. One set reads
-/// one command: CLI11 keeps what it read in the variables that its options are bound to.
+/// The commands of tessellarctl, each declared once: arguments for CLI11, and the action. A set parses
+/// a single command line, as CLI11 stores results in the bound variables.
 class CommandSet {
 public:
     using Run = std::function<void(const Call&)>;
 
     CommandSet();
 
-    /// Below `parent`, or at the top.
+    /// Adds a command below `parent`, or at the top level.
     CLI::App* add(const char* name, const char* description, CLI::App* parent = nullptr);
-    /// A command of which one of several words must follow.
+    /// Adds a command that requires a subcommand.
     CLI::App* addGroup(const char* name, const char* description);
     void onRun(CLI::App* command, CommandNeeds needs, Run run);
 
@@ -52,7 +52,7 @@ public:
         Run run;
     };
     struct Failure {
-        ExitStatus status = ExitStatus::wrongUsage; ///< `done` when help was asked for
+        ExitStatus status = ExitStatus::wrongUsage; ///< `done` if help was requested
         QString text;
     };
     std::expected<Parsed, Failure> parse(const QStringList& words);
@@ -62,14 +62,14 @@ public:
     QString help() const { return QString::fromStdString(_parser.help()); }
 
 private:
-    /// Why the first words name no command, where they do not.
+    /// Why the first words do not name a command; nullopt if they do.
     std::optional<QString> nameFailure(const QStringList& words) const;
 
     CLI::App _parser;
     std::optional<Parsed> _parsed;
 };
 
-// The families of commands, each in a file of its own.
+// The groups of commands, each in its own file.
 void addActionCommands(CommandSet& set);
 void addArrangementCommands(CommandSet& set);
 void addLayoutCommands(CommandSet& set);
@@ -82,30 +82,30 @@ void addSmartFolderCommands(CommandSet& set);
 void addUpdateCommands(CommandSet& set);
 void addCleanupCommands(CommandSet& set);
 
-/// A value as people read it: texts bare, all else as JSON.
+/// A value for display: strings bare, anything else as JSON.
 QString valueText(const QJsonValue& value);
 
-/// What the help says of the word `appkey`.
+/// Help text for the argument `appkey`.
 inline constexpr auto appKeyHelp =
     Texts::noop("The application's bundle identifier, or the path of one of several copies");
 
-/// An optional word or option; empty when it was not given.
+/// An optional argument or option; empty if not given.
 inline Word optionalWord(CLI::App* command, const std::string& name, const std::string& description) {
     auto value = std::make_shared<std::string>();
     command->add_option(name, *value, description);
     return value;
 }
-/// A word that must be given.
+/// A required argument.
 inline Word word(CLI::App* command, const std::string& name, const std::string& description) {
     auto value = std::make_shared<std::string>();
     command->add_option(name, *value, description)->required();
     return value;
 }
-/// An option that must be given.
+/// A required option.
 inline Word requiredOption(CLI::App* command, const std::string& name, const std::string& description) {
     return word(command, name, description);
 }
-/// One word or several.
+/// One or more arguments.
 inline Words words(CLI::App* command, const std::string& name, const std::string& description) {
     auto value = std::make_shared<std::vector<std::string>>();
     command->add_option(name, *value, description)->required();

@@ -11,25 +11,23 @@ class QLocalSocket;
 
 namespace tessellar {
 
-/// Where the launcher that is running listens: a socket in the application's folder, or, where that
-/// path is too long for a socket's address, in a folder of the user's alone below /tmp. Empty when
-/// neither can be.
+/// The running launcher's socket: in the application's folder or, if that path is too long for a socket
+/// address, in a private folder in /tmp. Empty if neither is possible.
 ///
-/// What passes is one JSON object a line. A request: {"words": […], "options": {…}}; the answers to it:
-/// {"out": text} and {"error": text} as they come, then {"status": number}. A line is at most 1 MiB,
-/// one request is carried out at a time on a connection, {"stop":true} asks for the end of it, and a
-/// client that leaves ends what it asked for; where it left before it was heard, nothing is done.
-/// {"ping":true} is answered at once with {"pong":true}, also while a request is carried out. A client
-/// that leaves 64 MiB of answers unread is cut off.
+/// The protocol is one JSON object per line. Request: {"words": […], "options": {…}}; replies: any
+/// number of {"out": text} and {"error": text}, then {"status": number}. Lines are limited to 1 MiB,
+/// and each connection runs one request at a time. {"stop":true} asks to end it; disconnecting ends it
+/// too, or drops it if it has not started. {"ping":true} is answered with {"pong":true} immediately,
+/// even while a request runs. Clients with 64 MiB of unread replies are disconnected.
 QString controlSocketPath(const Machine& machine);
 
-/// Listens for commands on behalf of the launcher that is running, which holds the lock of its folder.
+/// Accepts commands for the running launcher, which holds the lock of its folder.
 class ControlServer {
 public:
     ControlServer(const Machine& machine, CommandExecutor& executor);
     ~ControlServer();
 
-    /// False when nothing can be heard: the launcher works without.
+    /// False if it cannot listen; the launcher works without it.
     bool listen();
 
 private:
@@ -40,12 +38,12 @@ private:
     std::unique_ptr<QLocalServer> _server;
 };
 
-/// Hands commands to the launcher that is running. One that is heard of no more for half a minute (it
-/// was stopped, say) has refused the command.
+/// Sends commands to the running launcher. If that does not respond for half a minute (because it is
+/// suspended, say), the command fails.
 class RemoteExecutor final : public CommandExecutor {
 public:
     ~RemoteExecutor() override;
-    /// Nothing when no launcher listens.
+    /// Null if no launcher is listening.
     static std::unique_ptr<RemoteExecutor> connect(const Machine& machine);
 
     void run(const QStringList& words, const CommandOptions& options, CommandOutput output) override;
@@ -55,13 +53,13 @@ private:
     void read();
     void awaitSign();
     void stop(Unwanted why);
-    void end(const QString& error); ///< nothing for none
+    void end(const QString& error); ///< empty if there is none
 
     std::unique_ptr<QLocalSocket> _socket;
     Scheduler& _scheduler;
     CommandOutput _output;
     Timer _patience;
-    int _unanswered = 0; ///< pings
+    int _unanswered = 0; ///< number of pings
     bool _isRunning = false;
 };
 

@@ -7,23 +7,23 @@
 
 namespace tessellar {
 
-/// What a program can be asked for, read from the declarations that its command line is parsed by:
-/// manual pages and completions are written from it, so that they never say anything else.
+/// A program's interface, extracted from its command-line declarations. Manual pages and completions
+/// are generated from it, so they cannot deviate.
 struct ProgramOutline {
     struct Option {
-        std::vector<std::string> names; ///< with their dashes; none for an operand
-        std::string value;              ///< what stands for its value; empty for a flag
+        std::vector<std::string> names; ///< with dashes; empty for an operand
+        std::string value;              ///< placeholder for its value; empty for a flag
         std::vector<std::string> choices;
         std::string description;
         bool isRequired = false;
         bool isRepeated = false;
     };
     struct Command {
-        std::string path; ///< its words, such as "updates check"
+        std::string path; ///< its words, for example "updates check"
         std::string description;
         std::vector<Option> options;
         std::vector<Option> operands;
-        bool hasCommands = false; ///< one of further words must follow
+        bool hasCommands = false; ///< a subcommand must follow
     };
 
     std::string name;
@@ -34,16 +34,16 @@ struct ProgramOutline {
     std::string examples;
 };
 
-/// Gives what a program says of its commands and options in the language of its texts.
+/// Translates the descriptions of a program's commands and options.
 void translateHelp(CLI::App& program);
 
 ProgramOutline::Option outlineOf(const CLI::Option& option);
 ProgramOutline outlineOf(const CLI::App& program);
 
-/// A program's hidden option --generate takes one of these.
+/// The values of the hidden option --generate.
 inline const std::vector<std::string> manualForms{"man", "bash", "zsh", "fish"};
 
-/// The manual page or the completions of a shell.
+/// Generates the manual page or a shell's completions.
 std::string writeManual(const ProgramOutline& program, const std::string& form);
 
 } // namespace tessellar

@@ -4,14 +4,14 @@
 
 namespace tessellar {
 
-/// A file that the user names.
+/// A file named by the user.
 struct NamedFile {
     QString path;
     const FileSystem* files = nullptr;
 };
 
-/// A file is named as the host names it, on the machine or not; one that is not there is looked for
-/// under the machine's own names.
+/// Names are host paths, inside or outside the machine; a file that does not exist there is looked up
+/// as one of the machine's paths.
 NamedFile namedFile(const CommandCall& call, const QString& name);
 
 } // namespace tessellar

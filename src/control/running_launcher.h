@@ -10,16 +10,16 @@ namespace tessellar {
 
 class HostMachine;
 
-/// What a program that works on an arrangement begins with: the launcher that is running, or else the
-/// lock under which it may be one itself.
+/// The starting point of programs that change an arrangement: the running launcher, or else the lock
+/// that permits acting as one.
 struct LauncherOrLock {
     std::unique_ptr<RemoteExecutor> launcher;
     FileLock lock;
 };
 
-/// Waits up to ten seconds for whoever holds the lock for a moment, or is about to listen; then says in
-/// one sentence who that is. `name` is what others are told of this program. Where no lock can be had
-/// nothing is written: the machine refuses changes from then on.
+/// Waits up to ten seconds while another program briefly holds the lock or is about to listen; the
+/// error names that program in one sentence. `name` identifies this program to others. If the lock
+/// cannot be created, the machine refuses all changes from then on.
 std::expected<LauncherOrLock, QString> findLauncherOrLock(HostMachine& host, const QString& name);
 
 } // namespace tessellar

@@ -2,9 +2,9 @@
 
 namespace tessellar {
 
-/// The program tessellarctl: reads the command line, carries the command out and returns the exit
-/// status (0 done, 1 refused or failed, 2 wrong usage). A launcher that is running carries it out
-/// itself; otherwise it is done here, under the lock of the application's folder.
+/// The main function of tessellarctl: parses the command line, executes the command and returns the
+/// exit status (0 success, 1 refused or failed, 2 wrong usage). The command runs in the running
+/// launcher, or else here, under the lock of the application's folder.
 int tessellarctl(int argc, char** argv);
 
 } // namespace tessellar

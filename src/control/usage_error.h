@@ -4,8 +4,8 @@
 
 namespace tessellar {
 
-/// What CLI11 finds wrong with a command line, in a sentence of the user's language. What it says
-/// otherwise stays as it is.
+/// Translates CLI11's error message into a sentence in the user's language; unknown messages are
+/// returned unchanged.
 QString usageSentence(const QString& found);
 
 } // namespace tessellar
