@@ -20,9 +20,9 @@ using Flag = std::shared_ptr<bool>;
 enum class CommandNeeds {
     machine,              ///< files and settings only
     launcher,             ///< a started launcher, with the state that the window shows
-    launcherUntilStopped, ///< the same; runs until the client disconnects
+    launcherUntilStopped, ///< the same; takes long, so other commands are served meanwhile
     window,               ///< a launcher, even if it is still starting
-    launcherToLook,       ///< the same, but read-only and never in anyone's way
+    launcherToLook,       ///< read-only: the running launcher, or one that takes no lock
 };
 
 /// A global option of tessellarctl, given before the command.

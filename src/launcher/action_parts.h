@@ -7,17 +7,17 @@
 
 namespace tessellar {
 
-// What the rows of the action table are made of.
+// Building blocks for the rows of the action table.
 
 using Outcome = std::expected<void, LauncherError>;
 
-/// For what is told when it is done: a refusal is told to the user.
+/// A completion that reports a refusal to the user.
 inline auto reporting(const ActionContext& context) {
     return
         [&messages = context.launcher.messages()](const Outcome& outcome) { messages.report(outcome); };
 }
 
-/// Asks first; `work` is done after a yes, and a refusal of it told.
+/// Asks the question; if accepted, does `work` and reports its refusal.
 void confirm(const ActionContext& context, LauncherQuestion question, std::function<Outcome()> work);
 
 template <typename Edit>
@@ -26,7 +26,7 @@ ActionRequest edit(const ActionContext& context, Edit change) {
     return ActionRequest::none;
 }
 
-/// Opens the editor of a smart folder's rules: of one that is there, or of a new one.
+/// Opens the editor for a smart folder's rules: an existing one's, or a new one's.
 ActionRequest editSmartFolder(const ActionContext& context, const QString&);
 
 inline bool isEditable(const ActionContext& context) { return context.isEditable; }
@@ -34,7 +34,7 @@ inline bool hasWritableRules(const ActionContext& context) {
     return context.isEditable && context.launcher.smartFolders().isWritable();
 }
 
-// The two halves of the table.
+// The two parts of the table.
 std::span<const ActionRow> tileRows();
 std::span<const ActionRow> backgroundRows();
 

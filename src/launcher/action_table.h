@@ -13,14 +13,14 @@
 
 namespace tessellar {
 
-/// What an action is about, and where.
+/// What an action applies to.
 struct ActionContext {
     LauncherViewModel& launcher;
     LiveLayout& layout;
     const ActionTarget& target;
-    QList<QUuid> tiles = {}; ///< the tile, or the selection that it belongs to
+    QList<QUuid> tiles = {}; ///< the tile, or the selection containing it
     bool hasTile = false;
-    bool isComputed = false; ///< in an open smart folder, whose rules decide what is in it
+    bool isComputed = false; ///< inside an open smart folder, whose rules determine its contents
     bool isEditable = false;
 
     LauncherWindowMode mode() const { return target.mode; }
@@ -30,19 +30,19 @@ struct ActionContext {
         return target.item ? target.item->smartFolder() : nullptr;
     }
     bool isBackground() const { return !target.item; }
-    /// One tile and not a selection.
+    /// A single tile, not a selection.
     bool isOne() const { return target.item && tiles.size() <= 1; }
-    /// Tiles that lie where they are seen, by the user's own hand.
+    /// Tiles that the user placed where they are shown.
     bool isPlaced() const { return hasTile && !isComputed && !target.isSearchResult; }
     bool isUnavailable() const { return app() && layout.unavailableAppKeys().contains(appKey(*app())); }
-    /// Of the tile, or of the smart folder whose background it is.
+    /// Of the tile, or of the open smart folder if the target is its background.
     const SmartFolderDefinition* definition() const {
         const SmartFolderLibrary& library = launcher.smartFolders();
         if (isBackground() && isComputed)
             return library.definition(*openFolder());
         return smartFolder() ? library.definition(smartFolder()->definitionID) : nullptr;
     }
-    /// Whether a condition holds for every chosen tile.
+    /// Whether a condition holds for all tiles, of which there is at least one.
     bool all(bool (*holds)(const LaunchpadItem&)) const {
         return !tiles.isEmpty() && std::ranges::all_of(tiles, [&](const QUuid& id) {
             const LaunchpadItem* item = layout.item(id);
@@ -57,11 +57,11 @@ struct ActionContext {
 
 ActionContext contextOf(LauncherViewModel& launcher, const ActionTarget& target);
 
-/// Pages and folders that tiles can be put into: by their titles, with the place as the last word of
-/// the identifier.
+/// Entries for the pages and folders that tiles can be moved to; the identifier's last word is the
+/// place.
 QList<MenuEntry> placeEntries(const ActionContext& context, const QString& id, bool withOwn);
 
-/// What an action is called: always the same text, or one that depends on what it is about.
+/// An action's title: fixed, or computed from the context.
 class ActionTitle {
 public:
     using Of = QString (*)(const ActionContext&);
@@ -80,22 +80,22 @@ private:
     Of _of = nullptr;
 };
 
-/// One action: its name, when it applies and when it is allowed, and what it does.
+/// One action.
 struct ActionRow {
-    const char* id; ///< nothing: a line between groups
+    const char* id; ///< null for a separator
     ActionTitle title;
     bool (*applies)(const ActionContext&);
-    bool (*isEnabled)(const ActionContext&) = nullptr; ///< always without
-    /// Nothing for what is only said.
+    bool (*isEnabled)(const ActionContext&) = nullptr; ///< null for always
+    /// Null for an entry that is only informative.
     ActionRequest (*perform)(const ActionContext&, const QString& argument) = nullptr;
     bool isDestructive = false;
     QList<MenuEntry> (*entries)(const ActionContext&, const QString& id) = nullptr;
-    const char* shortcut = nullptr; ///< as QKeySequence reads it
+    const char* shortcut = nullptr; ///< in the format of QKeySequence
     bool isInMenu = true;
     bool isAboutUpdates = false;
 };
 
-/// All actions, in the order of menus. What a menu, a key and `tessellarctl actions` offer is in here.
+/// All actions, in menu order: everything that menus, keys and `tessellarctl actions` offer.
 std::span<const ActionRow> actionRows();
 
 } // namespace tessellar

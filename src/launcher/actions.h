@@ -11,61 +11,61 @@ namespace tessellar {
 
 class LauncherViewModel;
 
-/// One line of a menu.
+/// One menu entry.
 struct MenuEntry {
-    QString id; ///< for `performAction`; empty for a line between groups
+    QString id; ///< for `performAction`; empty for a separator
     QString title;
     bool isEnabled = true;
     bool isDestructive = false;
     bool isChosen = false;
-    QList<MenuEntry> entries; ///< of its submenu; what has one is not performed itself
-    QString shortcut = {};    ///< as QKeySequence reads it, such as "Ctrl+Z"
+    QList<MenuEntry> entries; ///< its submenu; if not empty, the entry itself does nothing
+    QString shortcut = {};    ///< in the format of QKeySequence, for example "Ctrl+Z"
 
     bool isSeparator() const { return id.isEmpty(); }
     bool operator==(const MenuEntry&) const = default;
 };
 
-/// What an action is about: a tile of the page or folder shown, with the selection that it belongs to;
-/// an application found by search, which need not have a tile; nothing: the background.
+/// The target of an action: a tile on the shown page or in the open folder, together with the selection
+/// containing it; an application found by search, possibly without a tile; or, without an item, the
+/// background.
 struct ActionTarget {
     LauncherWindowMode mode = LauncherWindowMode::fullScreen;
     std::optional<LaunchpadItem> item = {};
     bool isSearchResult = false;
-    bool isAboutUpdates = false; ///< no more is wanted than what concerns its update
+    bool isAboutUpdates = false; ///< limits the menu to the application's update
 };
 
-/// What remains for the window to do after an action.
+/// What the window must do after an action.
 enum class ActionRequest {
     none,
-    rename,       ///< let the user type a name over the tile's label
-    settings,     ///< show what can be set
-    backups,      ///< show the backups of arrangements
-    updates,      ///< show what is known of updates
-    pastRemovals, ///< show them, to put one back
-    icon,         ///< let the user choose a file for the tile's icon
-    whereabouts,  ///< show the tile of the application that was found, in place of what was found
-    keys,         ///< show what the keys do
-    rules,        ///< let the user edit the smart folder that is open in `SmartFolderEditing`
-    information,  ///< show all that is known of the application
+    rename,       ///< edit the tile's name in place
+    settings,     ///< show the settings
+    backups,      ///< show the arrangement's backups
+    updates,      ///< show the updates
+    pastRemovals, ///< show past removals, which can be undone
+    icon,         ///< choose an image file as the tile's icon
+    whereabouts,  ///< show the found application's tile instead of the search results
+    keys,         ///< show the keyboard shortcuts
+    rules,        ///< edit the smart folder opened in `SmartFolderEditing`
+    information,  ///< show the information about the application
     arrangements, ///< show the saved arrangements
-    arranging,    ///< show the ways to arrange all applications anew
-    unplaced,     ///< show what is hidden, has no tile, or has gone and may come back
+    arranging,    ///< show ways to rearrange all applications
+    unplaced,     ///< show what is hidden, has no tile, or is remembered
 };
 
-// What a menu, a key and `tessellarctl actions` offer is one table, in tile_actions.cpp and
-// background_actions.cpp: each row has a name, a title, perhaps a shortcut, says when it applies and
-// when it is allowed, and what it does.
+// Menus, keys and `tessellarctl actions` share one table, in tile_actions.cpp and
+// background_actions.cpp: each row declares an action's name, title, shortcut, conditions and effect.
 
-/// The menu of a target. With the tile of a selection it is about all of these.
+/// The menu for a target; for a tile in the selection, it applies to the whole selection.
 QList<MenuEntry> actionMenu(LauncherViewModel& launcher, const ActionTarget& target);
 
-/// Does what an entry says, as far as the launcher can by itself: what has to be confirmed is asked,
-/// what is refused is told. Nothing for an entry that does not apply, or is not allowed, now.
+/// Performs an entry's action as far as the launcher can by itself, asking for confirmation and
+/// reporting refusals. nullopt if it does not apply or is disabled.
 std::optional<ActionRequest> performAction(LauncherViewModel& launcher, const ActionTarget& target,
                                            const QString& id);
 
-/// Does what a key stands for: with the target, or the background where it does not apply to that.
-/// Nothing where it stands for nothing now.
+/// Performs the action of a keyboard shortcut on the target, or else on the background. nullopt if
+/// there is none.
 std::optional<ActionRequest> performShortcut(LauncherViewModel& launcher, const ActionTarget& target,
                                              Qt::Key key, Qt::KeyboardModifiers modifiers);
 

@@ -8,8 +8,8 @@
 
 namespace tessellar {
 
-/// All that can be said of one application, as far as it is known: the panel about it shows it, and a
-/// command prints it. What is missing is unknown, or still awaited where `pending` says so.
+/// Everything known about one application, for the information panel and the command line. Missing
+/// values are unknown, or still being gathered if `pending` says so.
 struct AppInformation {
     struct Pending {
         bool facts = true;
@@ -23,29 +23,29 @@ struct AppInformation {
     };
 
     SmartFolderAppFacts facts;
-    bool isInstalled = true; ///< else no more is known than its tile tells
+    bool isInstalled = true; ///< if false, only its tile's data is known
     bool isHidden = false;
-    std::optional<qint64> size; ///< in bytes, on the disk
-    bool isSizeWhole = true;    ///< else it is at least so much
+    std::optional<qint64> size; ///< bytes on disk
+    bool isSizeWhole = true;    ///< if false, `size` is a minimum
     std::optional<Instant> modifiedDate;
     CodeFindings code;
     std::optional<AppUpdateChannel> channel;
     AppUpdateSourceText updateSource;
     std::optional<AppUpdateRecord> update;
-    QStringList smartFolders; ///< the names of those that show it
-    QStringList copies;       ///< the paths of other applications with its bundle identifier
-    Pending pending;          ///< not in files
+    QStringList smartFolders; ///< names of those containing it
+    QStringList copies;       ///< paths of other applications with the same identifier
+    Pending pending;          ///< not encoded
 
     const AppEntry& entry() const { return facts.entry; }
     bool operator==(const AppInformation&) const = default;
 };
 
-/// A line about an application.
+/// One line about an application.
 struct InformationRow {
     QString label;
-    QString text;        ///< of several things, one a line
-    bool isKnown = true; ///< else the text says that it is not, or not yet
-    QString path = {};   ///< of what can be revealed
+    QString text;        ///< several values on separate lines
+    bool isKnown = true; ///< if false, the text says that it is unknown or pending
+    QString path = {};   ///< can be revealed; empty if none
 
     bool operator==(const InformationRow&) const = default;
 };
@@ -56,7 +56,7 @@ struct InformationSection {
     bool operator==(const InformationSection&) const = default;
 };
 
-/// What people read, in the user's own form of dates and numbers.
+/// Display texts, with localized dates and numbers.
 QList<InformationSection> informationSections(const AppInformation& information, const Locale& locale);
 
 namespace json {

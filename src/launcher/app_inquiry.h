@@ -11,8 +11,8 @@
 
 namespace tessellar {
 
-/// Finds out all that can be said of one application, and follows it while it is there: what is known
-/// at once is told first, and again with all that comes. Destroying it ends it. Main thread only.
+/// Gathers everything known about one application and keeps it up to date: reports what is known
+/// immediately, and again with each addition. Destroying it stops it. Main thread only.
 class AppInquiry {
 public:
     /// Never called before the constructor has returned.
@@ -21,8 +21,7 @@ public:
     AppInquiry(LauncherViewModel& launcher, Machine& machine, LauncherWindowMode mode,
                const AppEntry& app, Told told);
 
-    /// The application with a key, by the name that a mode gives it; also one that has only a tile
-    /// left.
+    /// The application with a key, under its name in a mode; even if only its tile is left.
     static std::optional<AppEntry> application(const LauncherViewModel& launcher,
                                                LauncherWindowMode mode, const QString& appKey);
 

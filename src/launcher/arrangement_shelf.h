@@ -15,17 +15,16 @@ namespace tessellar {
 class LauncherHistory;
 class LiveLayouts;
 
-/// The arrangements that the user saved, of each display mode: kept, changed, taken elsewhere and
-/// brought in. To put one in place of the present one is `LayoutArchive`'s.
+/// The saved arrangements of each display mode: saves, changes, exports and imports them.
+/// `LayoutArchive` restores them.
 ///
-/// Each change can be taken back while the launcher runs. It is no step of the layout's history, for
-/// the layout is as it was. Files are read and written on a worker, one request after the other. Main
-/// thread only.
+/// Changes can be undone while the launcher runs, in a history of their own, as they do not affect the
+/// layout. Files are read and written on a worker, one request at a time. Main thread only.
 class ArrangementShelf {
 public:
     using Mode = LauncherWindowMode;
     using Saved = std::expected<ArrangementSummary, LauncherError>;
-    /// With what the arrangement is now, or was before it went.
+    /// Receives the changed arrangement, or the removed one as it was.
     using Done = std::function<void(const Saved&)>;
 
     static constexpr std::size_t maximumSteps = 20;
@@ -34,29 +33,29 @@ public:
                      const LauncherHistory& history);
 
     void list(Mode mode, std::function<void(const QList<ListedArrangement>&)> done);
-    /// The present arrangement, with the grid's settings.
+    /// Saves the current arrangement with the grid's settings.
     void save(Mode mode, const QString& name, Done done);
-    /// The present arrangement in place of a saved one, under its name.
+    /// Overwrites a saved arrangement with the current one, keeping its name.
     void replace(Mode mode, const QUuid& id, Done done);
     void rename(Mode mode, const QUuid& id, const QString& name, Done done);
     void remove(Mode mode, const QUuid& id, Done done);
-    /// A copy of its file at a path where there is none yet.
+    /// Copies its file to a path that must not exist yet.
     void exportTo(Mode mode, const QUuid& id, const FileSystem& files, const QString& path, Done done);
-    /// Beside those that are there. The file stays where it is.
+    /// Adds a copy of an arrangement's file.
     void importFrom(Mode mode, const FileSystem& files, const QString& path, Done done);
 
-    /// "Delete “Work”", or empty where there is nothing to undo or redo.
+    /// For example "Delete “Work”"; empty if there is nothing to undo or redo.
     QString undoName(Mode mode) const;
     QString redoName(Mode mode) const;
     void undo(Mode mode, Done done);
     void redo(Mode mode, Done done);
 
-    Signal<> changed; ///< what is saved, or what can be undone
+    Signal<> changed; ///< the saved arrangements, or what can be undone
 
 private:
     std::expected<void, LauncherError> guard(LauncherWindowMode mode, const QString& title) const;
 
-    /// What a change made of a file; nothing where there was or is none.
+    /// One change of a file; nullopt where it did not or does not exist.
     struct Step {
         QString name;
         Mode mode;
@@ -89,7 +88,7 @@ private:
     std::list<Task> _running;
 };
 
-/// Why a saved arrangement, here or in a file from elsewhere, cannot be used.
+/// Why a saved or imported arrangement cannot be used.
 LauncherError arrangementError(const LayoutStore::Error& error, const QString& title);
 
 } // namespace tessellar

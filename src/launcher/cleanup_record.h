@@ -8,11 +8,11 @@
 
 namespace tessellar {
 
-/// A tile that left with its application, and where it stood.
+/// A tile removed with its application, and its former place.
 struct RemovedTile {
     LauncherWindowMode mode = LauncherWindowMode::fullScreen;
     AppEntry entry;
-    std::optional<QUuid> folder; ///< the innermost that it lay in
+    std::optional<QUuid> folder; ///< the innermost folder
     qint64 page = 0;             ///< of that folder, or of the arrangement
     qint64 index = 0;
     bool isHidden = false;
@@ -20,44 +20,43 @@ struct RemovedTile {
     bool operator==(const RemovedTile&) const = default;
 };
 
-/// What one removal took, with all that is needed to bring it back.
+/// The record of one removal, with everything needed to undo it.
 struct CleanupRecord {
     QUuid id;
     QString name; ///< of the application
     QString path; ///< of its bundle
     std::optional<QString> bundleIdentifier;
     Instant removedAt;
-    /// Those that were moved; while a removal works, or where it was killed, all that it was to move.
+    /// The moved items; during a removal, or if it was killed, all the items to be moved.
     QList<CleanupItemResult> items;
-    QList<CleanupItemResult> restored; ///< those that came back, for a redo
+    QList<CleanupItemResult> restored; ///< those restored, for a redo
     QList<RemovedTile> tiles;
 
     CleanupApplication application() const;
-    /// The bundle, when it was moved too, wherever it is now.
+    /// The bundle, wherever it is now; null if it was not moved.
     const CleanupItemResult* bundle() const;
 
     bool operator==(const CleanupRecord&) const = default;
 };
 
-/// The past removals, oldest first, in "removals.json" in the application's folder. A damaged file is
-/// moved aside ("removals.damaged-STAMP-TAG.json"); while the file cannot be read, or not be moved, or
-/// is from a later version, nothing is written. Holds `maximumRecords` at most, and no more than fit
-/// into `maximumBytes`: the oldest go first, and before them those of which nothing lies in the Trash.
+/// Past removals, oldest first, in "removals.json" in the application's folder. A damaged file is set
+/// aside ("removals.damaged-STAMP-TAG.json"); while the file is unreadable, cannot be set aside or is
+/// of a later version, nothing is written. Beyond `maximumRecords` or `maximumBytes` records are
+/// dropped, oldest first, starting with those that have nothing left in the Trash.
 ///
-/// Has no state: every call reads the file. One thread at a time.
+/// Stateless: every call reads the file. Not thread-safe.
 class CleanupRecordStore {
 public:
     static constexpr qint64 supportedVersion = 1;
     static constexpr qsizetype maximumRecords = 200;
     static constexpr std::uint64_t maximumBytes = 16u << 20;
 
-    /// `tag` tells a file that is moved aside from others.
+    /// `tag` makes the name of a file that is set aside unique.
     CleanupRecordStore(const Machine& machine, const QUuid& tag);
 
-    /// An error while the file cannot be read: it says nothing of what there is to bring back.
+    /// An error means that the file is unreadable, not that there is nothing to restore.
     std::expected<QList<CleanupRecord>, QString> read() const;
-    /// Adds a record, or puts it in place of the one with its identifier; one of which nothing was ever
-    /// taken is taken out.
+    /// Adds or replaces a record by identifier; removes it if none of its items was ever moved.
     std::expected<void, QString> put(const CleanupRecord& record) const;
 
 private:
@@ -70,8 +69,7 @@ private:
 
 namespace json {
 
-/// Named as a field's codec: a path as its text, or, where its bytes are no text, as an object with
-/// them in base 64.
+/// Field codec: a path as text or, if its bytes are not UTF-8, as an object with the bytes in Base64.
 struct DiskPath {
     static Decoded<QString> decode(const QJsonValue& value);
     static QJsonValue encode(const QString& path);

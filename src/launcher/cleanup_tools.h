@@ -10,17 +10,17 @@
 
 namespace tessellar {
 
-/// What a removal works with on a machine: its Trash, its list of open applications, the way to the
-/// removal helper. Used by one worker at a time; the machine outlives it.
+/// What a removal needs from the machine: Trash, running applications, removal helper. Not thread-safe;
+/// the machine must outlive it.
 struct CleanupTools {
     CleanupTools(Machine& machine, HelperSetupBroker::Present present);
 
     Trash& trash();
     std::expected<void, QString> helperHealth(std::stop_token stop);
-    /// What the code signature says of an application's team, as a review wants to know it.
+    /// Looks up an application's signing team.
     AppRelatedFilesScanner::TeamOf teams() const;
 
-    /// For one run; with `mayAsk` an application that is open is asked to quit.
+    /// For one run; only with `mayAsk` are running applications asked to quit.
     AppCleanupRemover remover(bool mayAsk);
 
     Machine& machine;
@@ -28,7 +28,7 @@ struct CleanupTools {
     SystemRunningApplications running;
 
 private:
-    /// Lets an application be that is open.
+    /// Never quits running applications.
     class Onlooker final : public RunningApplications {
     public:
         explicit Onlooker(RunningApplications& running) : _running(running) {}

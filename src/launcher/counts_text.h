@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-/// What an arrangement holds: "12 applications, 1 folder, 3 pages".
+/// For example "12 applications, 1 folder, 3 pages".
 QString countsText(int applications, int folders, int pages);
 
 } // namespace tessellar

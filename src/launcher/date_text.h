@@ -5,7 +5,7 @@
 
 namespace tessellar {
 
-/// A date and a time as the user writes them, in the zone of this machine.
+/// A localized date and time, in this machine's time zone.
 QString dateText(Instant instant, const Locale& locale);
 
 } // namespace tessellar

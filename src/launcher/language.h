@@ -7,32 +7,32 @@
 
 namespace tessellar {
 
-/// The language that texts are given in: that of the sources, English, or one that they are translated
-/// to. A program has one, which does not outlive its QCoreApplication.
+/// The language of the texts: English, as in the sources, or a translation. One per program; must not
+/// outlive its QCoreApplication.
 class Language {
 public:
     static inline const QString settingKey = QStringLiteral("language");
-    /// What the setting says for the user's own.
+    /// The setting's value for the system's language.
     static inline const QString asSystem = QStringLiteral("system");
 
     Language() = default;
     Language(const Language&) = delete;
     Language& operator=(const Language&) = delete;
 
-    /// Takes the one that is set, or the first of those that the user reads; English where there is
-    /// none of them. True when it is another than before.
+    /// Selects the language in the setting, or else the first available one of the user's; English if
+    /// there is none. True if it changed.
     bool follow(const std::optional<QString>& setting, const Locale& locale);
     bool follow(const Settings& settings, const Locale& locale) {
         return follow(settings.text(settingKey), locale);
     }
 
     const QString& code() const { return _code; }
-    /// Which way it is read; without a translation, the way of the user's own language.
+    /// The layout direction; without a translation, that of the user's language.
     Qt::LayoutDirection direction() const { return _direction; }
 
 private:
     QTranslator _texts;
-    QTranslator _ofQt; ///< of its own texts, where the system has them
+    QTranslator _ofQt; ///< Qt's own texts, if translations are installed
     QString _code = QStringLiteral("en");
     Qt::LayoutDirection _direction = Qt::LeftToRight;
 };

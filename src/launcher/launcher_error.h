@@ -4,14 +4,14 @@
 
 namespace tessellar {
 
-/// Why something that the user asked for was not done.
+/// Why a request of the user was not carried out.
 struct LauncherError {
-    /// What an alert about it offers besides being closed.
+    /// What the alert offers besides closing it.
     enum class Remedy { none, saveAgain, resetLayout };
 
-    QString code;    ///< for programs: the case's name, such as "layoutNotReady" or "noSpace"
+    QString code;    ///< for programs: the enumerator's name, for example "layoutNotReady" or "noSpace"
     QString message; ///< for people: one sentence
-    QString title;   ///< of an alert about it; empty where a notice is enough
+    QString title;   ///< of an alert; empty if a notice suffices
     Remedy remedy = Remedy::none;
 
     bool operator==(const LauncherError&) const = default;
@@ -20,9 +20,9 @@ struct LauncherError {
 QString code(const FileError& error);
 LauncherError launcherError(const LayoutStore::Error& error, const QString& title = {});
 LauncherError launcherError(const FileError& error, const QString& title = {});
-/// The same error in an alert that offers a way out.
+/// Adds a remedy to the error's alert.
 LauncherError offering(LauncherError::Remedy remedy, LauncherError error);
-/// The title of the alert about a save that failed.
+/// The alert's title for a failed save.
 QString couldNotSaveLayout();
 
 } // namespace tessellar

@@ -15,10 +15,10 @@ class InstalledApplications;
 class LiveLayouts;
 class SmartFolderLibrary;
 
-/// The icons that the user gave to applications, and word of every icon that looks different now.
+/// The custom icons of applications, and notifications of all icons that changed.
 ///
-/// Files are read, checked and written on workers, one request after the other; which applications have
-/// an icon is known without asking the disk. Main thread only.
+/// Files are read, validated and written on workers, one request at a time; which applications have an
+/// icon is cached. Main thread only.
 class LauncherIcons {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -27,25 +27,25 @@ public:
     LauncherIcons(Machine& machine, const LiveLayouts& layouts, InstalledApplications& applications,
                   SmartFolderLibrary& smartFolders);
 
-    /// Gives an application the icon in an `.icns` file, of which a copy is kept. One that is neither
-    /// installed nor arranged is refused. `files` is where the file lies when not on the machine.
+    /// Gives an application the icon in an `.icns` file, which is copied. Fails if the application is
+    /// neither installed nor arranged. `files` is the file's file system; null for the machine's.
     void set(const QString& appKey, const QString& file, Done done = {},
              const FileSystem* files = nullptr);
-    /// Back to the application's own icon; no failure when it has that.
+    /// Removes the custom icon, if there is one.
     void remove(const QString& appKey, Done done = {});
 
     bool has(const QString& appKey) const { return path(appKey).has_value(); }
-    /// The file of the user's icon, by what is known in memory.
+    /// The path of the custom icon, from the cache.
     std::optional<QString> path(const QString& appKey) const { return _store->knownIconPath(appKey); }
-    /// The installed and arranged applications that have one, sorted.
+    /// Installed and arranged applications with a custom icon, sorted.
     QStringList appKeys() const;
 
-    Signal<QSet<QString>> changed; ///< the app keys whose icons are to be read anew
+    Signal<QSet<QString>> changed; ///< app keys whose icons must be reloaded
 
 private:
     struct Request {
         QString appKey;
-        std::optional<QString> file; ///< nothing removes the icon
+        std::optional<QString> file; ///< nullopt removes the icon
         const FileSystem* files = nullptr;
         Done done;
     };
@@ -61,9 +61,9 @@ private:
     const LiveLayouts& _layouts;
     InstalledApplications& _applications;
     SmartFolderLibrary& _smartFolders;
-    std::shared_ptr<CustomAppIconStore> _store; ///< shared with workers, which outlive a request
-    std::list<Request> _requests;               ///< the first one is being carried out
-    QHash<QString, QString> _keysToChange;      ///< of the request under way
+    std::shared_ptr<CustomAppIconStore> _store; ///< shared with workers, which may outlive a request
+    std::list<Request> _requests;               ///< the first is being processed
+    QHash<QString, QString> _keysToChange;      ///< deferred by the running request
     Task _task;
     bool _isUnderWay = false;
     QSet<QString> _toAnnounce;

@@ -14,10 +14,10 @@ class LauncherMessages;
 class LiveLayouts;
 class PlaceMemory;
 
-/// Takes the old Launchpad's arrangement over into a display mode. The database is read on a worker;
-/// what it gives replaces the arrangement like a saved one that is restored: a backup first, what is
-/// installed besides on new pages at the end. Hidden applications stay hidden, and the names that the
-/// user gave are kept. One step of history. Main thread only.
+/// Imports the old Launchpad's arrangement into a display mode. The database is read on a worker; the
+/// result replaces the arrangement like restoring a saved one: after a backup, with all other
+/// applications on new pages at the end. Hidden applications and the user's names are kept. One step of
+/// history. Main thread only.
 class LauncherImport {
 public:
     template <typename T>
@@ -25,7 +25,7 @@ public:
     /// A database other than the system's.
     struct Database {
         QString path;
-        const FileSystem* files = nullptr; ///< where it lies when not on the machine
+        const FileSystem* files = nullptr; ///< its file system; null for the machine's
     };
 
     using Mode = LauncherWindowMode;
@@ -33,21 +33,21 @@ public:
     LauncherImport(Machine& machine, LiveLayouts& layouts, InstalledApplications& applications,
                    PlaceMemory& places, LauncherHistory& history, LauncherMessages& messages);
 
-    /// What an import into a mode would find; changes nothing.
+    /// What an import would find; changes nothing.
     void preview(Mode mode, const std::optional<Database>& database,
                  Done<NativeLaunchpadImportResult> done);
-    /// After a failure the arrangement is as it was.
+    /// On failure the arrangement is unchanged.
     void run(Mode mode, const std::optional<Database>& database,
              Done<LegacyLaunchpadImportMetadata> done);
-    /// What a preview found takes the place of the arrangement.
+    /// Replaces the arrangement by the result of a preview.
     using Imported = std::expected<LegacyLaunchpadImportMetadata, LauncherError>;
     Imported apply(Mode mode, const NativeLaunchpadImportResult& imported);
-    /// Says in an alert what came of it.
+    /// Shows the result in an alert.
     void tell(const Imported& imported);
-    /// Asks the user first and says in an alert what came of it; for a window.
+    /// Asks the user, imports, and shows the result in an alert; for a window.
     void offer(Mode mode);
 
-    /// One import at a time; a second one is refused.
+    /// One import at a time; another is refused.
     bool isRunning() const { return static_cast<bool>(_done); }
 
 private:
@@ -60,7 +60,7 @@ private:
     PlaceMemory& _places;
     LauncherHistory& _history;
     LauncherMessages& _messages;
-    Done<NativeLaunchpadImportResult> _done; ///< while one runs
+    Done<NativeLaunchpadImportResult> _done; ///< set while one runs
     Task _task;
 };
 

@@ -13,15 +13,15 @@
 
 namespace tessellar {
 
-/// A short message over the grid that goes by itself. A later one has a higher revision.
+/// A short message over the grid that disappears by itself. Revisions increase.
 struct LauncherNotice {
     QString text;
     QString symbolName;
     int revision = 0;
 };
 
-/// What the user is told and asked: one notice at a time, alerts until they are taken, questions one
-/// after the other. Main thread only.
+/// Messages to the user: one notice at a time, alerts queued until taken, questions one after the
+/// other. Main thread only.
 class LauncherMessages {
 public:
     explicit LauncherMessages(Scheduler& scheduler) : _scheduler(scheduler) {}
@@ -31,16 +31,16 @@ public:
                     std::chrono::milliseconds duration = std::chrono::seconds(3));
 
     void alert(LauncherError error);
-    /// Alerts not shown yet, oldest first; taking them empties the list.
+    /// Returns the new alerts, oldest first, and clears the list.
     QList<LauncherError> takeAlerts() { return std::exchange(_alerts, {}); }
-    /// Tells of something that was not done: as an alert where it has a title, else as a notice.
+    /// Reports a failure: as an alert if it has a title, else as a notice.
     void report(const LauncherError& error);
     void report(const std::expected<void, LauncherError>& outcome);
 
-    /// Questions wait for one another; `answer` is called once.
+    /// Queues a question; `answer` is called once.
     void ask(const LauncherQuestion& question, std::function<void(bool accepted)> answer);
     LauncherAsker asker();
-    /// The question that waits for its answer, or null.
+    /// The question being asked, or null.
     const LauncherQuestion* question() const;
     void answer(bool accepted);
 
@@ -59,7 +59,7 @@ private:
     int _noticeRevision = 0;
     Timer _noticeTimer;
     QList<LauncherError> _alerts;
-    std::list<Asked> _questions; ///< the first one is shown
+    std::list<Asked> _questions; ///< the first is shown
 };
 
 } // namespace tessellar

@@ -6,18 +6,18 @@
 
 namespace tessellar {
 
-/// Something that the user is to decide before it is done.
+/// A decision for the user.
 struct LauncherQuestion {
     QString title;
     QString text;
-    QString accept;             ///< what the button that does it says
-    bool isDestructive = false; ///< that button is not the one for haste
+    QString accept;             ///< label of the confirming button
+    bool isDestructive = false; ///< that button is not the default
 
     bool operator==(const LauncherQuestion&) const = default;
 };
 
-/// How the user is asked: by the window, or by the words of a command. `answer` is called once,
-/// possibly at once.
+/// Asks the user: in the window, or on the command line. `answer` is called once, possibly
+/// synchronously.
 using LauncherAsker =
     std::function<void(const LauncherQuestion& question, std::function<void(bool accepted)> answer)>;
 

@@ -16,9 +16,9 @@ class LiveLayouts;
 class SmartFolderLibrary;
 struct Machine;
 
-/// Applications by what the user types, in one display mode. An index is made on a worker, at most one
-/// at a time for each mode: what changes meanwhile leads to another. Until it is ready the one before
-/// answers. Main thread only.
+/// Searches the applications of one display mode. Indices are built on a worker, one at a time per
+/// mode; changes meanwhile trigger a rebuild. The previous index is used until the new one is ready.
+/// Main thread only.
 class LauncherSearch {
 public:
     using Mode = LauncherWindowMode;
@@ -26,23 +26,23 @@ public:
     LauncherSearch(Machine& machine, const LiveLayouts& layouts,
                    const InstalledApplications& applications, const SmartFolderLibrary& smartFolders);
 
-    /// Best first, by the latest index that is ready.
+    /// Best first, from the latest complete index.
     QList<SearchIndex::Hit> search(Mode mode, const QString& query) const;
-    /// Calls `done` once the index of the mode is that of now; at once where it is.
+    /// Calls `done` once the mode's index is up to date, possibly synchronously.
     void whenReady(Mode mode, std::function<void()> done);
 
-    /// What can be found in a mode has changed: its tiles, the scan, what smart folders show.
+    /// Call when the searchable contents have changed: tiles, scan, smart folders.
     void invalidate(Mode mode);
     void invalidate();
 
-    Signal<LauncherWindowMode> ready; ///< an index was made anew
+    Signal<LauncherWindowMode> ready; ///< an index was rebuilt
 
 private:
     struct Index {
         SearchIndex index;
         bool isCurrent = false;
-        bool isMaking = false;   ///< another one, on a worker
-        bool isOutdated = false; ///< that other one already: something has changed since it was begun
+        bool isMaking = false;   ///< being rebuilt on a worker
+        bool isOutdated = false; ///< the rebuild is already outdated
         Task task;
         std::vector<std::function<void()>> waiting;
     };

@@ -16,19 +16,18 @@ class LauncherMessages;
 class SmartFolderLibrary;
 struct SmartFolderDefinition;
 
-/// What the launcher knows of updates for the installed applications, and how it brings them.
+/// What the launcher knows about updates of installed applications, and how it installs them.
 ///
 /// Loaded on demand:
-/// - Nothing is read and no bundle looked at before somebody wants to know: the window, which starts
-///   the schedule; a smart folder whose rules speak of updates; a command. The cache is then read, and
-///   the bundles looked at, on workers.
-/// - Nothing is contacted before `startSchedule`, except for what is asked for: a check, an update, the
+/// - Nothing is read until needed: by the window, which starts the schedule; by a smart folder with
+///   rules on updates; by a command. Then the cache and the bundles are read on workers.
+/// - Nothing is contacted before `startSchedule`, except on request: for a check, an update, or the
 ///   channels. The command line never starts the schedule.
-/// - Smart folders get the statuses while checking is switched on and something is known, and the
-///   channels always; until then rules on them cannot be decided.
-/// - Where a check failed, what was known before stays on the tile; smart folders say that it failed.
-/// - After an update the application folders are looked at again. An update goes on when the launcher
-///   ends, and whoever starts the schedule next takes it up.
+/// - Smart folders get the statuses if checking is enabled and something is known, and the channels
+///   always; until then their rules cannot be decided.
+/// - After a failed check, tiles keep the last known status; smart folders see the failure.
+/// - After an update the application folders are scanned. Updates continue when the launcher quits, and
+///   are resumed by the next `startSchedule`.
 ///
 /// Main thread only.
 class LauncherUpdates {
@@ -41,131 +40,131 @@ public:
     LauncherUpdates(const LauncherUpdates&) = delete;
     LauncherUpdates& operator=(const LauncherUpdates&) = delete;
 
-    /// Checks from now on as often as the settings say, and soon after the network has returned; the
-    /// window's.
+    /// Checks regularly from now on, as often as the settings say, and shortly after the network
+    /// returns. For the window.
     void startSchedule(std::unique_ptr<NetworkWatch> network = makeNetworkWatch());
-    /// Calls `done` once the cache is read and the applications of the last scan have been looked at.
+    /// Calls `done` once the cache is loaded and the scanned applications have been read.
     void whenKnown(std::function<void()> done);
-    /// The same, and tools have told which applications are whose: once, it is known from then on.
+    /// The same, once tools have also been asked which applications they own; they are asked only once.
     void whenChannelsKnown(std::function<void()> done);
-    /// True once `whenKnown` would call at once.
+    /// True if `whenKnown` would call `done` immediately.
     bool isKnown() const { return _isKnown; }
 
-    // Of one application, by its app key.
-    /// What stands at the corner of its tile: an arrow where there is an update, else empty.
+    // For one application, by its app key.
+    /// The badge of its tile: an arrow if there is an update, else empty.
     QString badge(const QString& appKey) const;
-    /// "Update available: 1.0 → 1.1", or empty.
+    /// For example "Update available: 1.0 → 1.1"; may be empty.
     QString statusText(const QString& appKey) const;
-    /// What is known of it; a failed check leaves what was known before.
+    /// The last known status, ignoring failed checks.
     std::optional<AppUpdateStatus> status(const QString& appKey) const;
-    /// Its last check has failed.
+    /// True if the last check failed.
     bool hasFailed(const QString& appKey) const;
     std::optional<AppUpdateRecord> record(const QString& appKey) const;
     std::optional<AppUpdateChannel> channel(const QString& appKey) const;
-    /// Which way its update would come; nothing while it is not known.
+    /// How it would be updated; nullopt while unknown.
     std::optional<AppUpdateActionKind> actionKind(const QString& appKey) const;
-    /// What a menu says of that, or empty.
+    /// The menu title for that; may be empty.
     QString actionLabel(const QString& appKey) const;
-    /// How its update runs or ended, until its next one begins.
+    /// The state of its current or last update.
     std::optional<AppUpdateActionState> actionState(const QString& appKey) const;
-    /// What is said of that while it runs: "Updating… Downloading."; else empty.
+    /// The text while it runs, for example "Updating… Downloading."; else empty.
     QString runningText(const QString& appKey) const;
     /// The same in a word or two, for a tile: "Downloading…".
     QString tileText(const QString& appKey) const;
-    /// Where its version and its updates come from, for the information panel.
+    /// Its source of versions and updates, for the information panel.
     std::optional<AppUpdateSourceText> sourceText(const QString& appKey) const;
-    /// Why there is no plain answer about it: no channel, one that cannot tell, or a failed check.
+    /// Why it has no plain status: no channel, a channel that cannot tell, or a failed check.
     std::optional<AppUpdateReason> reason(const QString& appKey) const;
 
-    /// Opens the page about the update that is offered, where its maker has one.
+    /// Opens the web page of the available update's release notes, if there is one.
     void openNotes(const QString& appKey);
 
-    // What the user does not want to hear of.
-    /// The offered version, or every version of the application. Saved before long; see `flush`.
+    // Updates that the user ignores.
+    /// Skips the available version, or every version. Saved after a delay; see `flush`.
     Outcome skip(const QString& appKey, bool everyVersion);
     Outcome unskip(const QString& appKey);
-    /// Makes one of these changes so that it is on the disk, or has not been made. Blocks meanwhile.
+    /// Makes one of these changes and saves it, rolling it back if saving fails. Blocks.
     Outcome saved(const QString& appKey, const std::function<Outcome()>& change);
-    /// True for an update that is skipped, or pinned in Homebrew.
+    /// True if the update is skipped, or pinned in Homebrew.
     bool isHeld(const QString& appKey) const;
     std::optional<QString> skipped(const QString& appKey) const;
 
-    // Of all.
-    /// What is known, by app key; see `status`.
+    // For all applications.
+    /// The last known statuses, by app key; see `status`.
     AppUpdateStatuses statuses() const;
     qsizetype availableCount() const;
     std::optional<Instant> lastCheck() const;
     QHash<QString, AppUpdateChannel> channels() const;
-    /// Channels that could not be asked as a whole.
+    /// Channels that could not be queried at all.
     QList<AppUpdateProblem> problems() const;
-    /// The application whose update runs.
+    /// The application being updated.
     std::optional<QString> activeAppKey() const;
-    /// True while updates run or wait for their turn.
+    /// True while updates are running or queued.
     bool isRunning() const { return activeAppKey().has_value(); }
-    /// True while an updater runs that may show windows of its own, such as a question for a password:
-    /// nothing of ours is to lie over them.
+    /// True while an updater runs that may show its own windows, such as a password prompt, which ours
+    /// must not cover.
     bool isExternalUpdaterRunning() const {
         return _coordinator && _coordinator->runner().isExternalUpdaterRunning();
     }
 
-    // The settings' page; its constant texts are in `update_texts`.
+    // For the settings page; its fixed texts are in `update_texts`.
     bool isEnabled() const;
     Outcome setEnabled(bool enabled);
     AppUpdateInterval interval() const;
     Outcome setInterval(AppUpdateInterval interval);
-    /// "Checking your installed apps for updates…", "2 updates available.", "Last checked …"; empty
-    /// before the first check.
+    /// For example "Checking your installed apps for updates…", "2 updates available.", "Last checked
+    /// …"; empty before the first check.
     QString summary() const;
 
     // Checks.
     struct Watcher {
-        std::function<void(const QString& appKey, const AppUpdateRecord&)> result; ///< one by one
+        std::function<void(const QString& appKey, const AppUpdateRecord&)> result; ///< per verdict
         std::function<void()> progress;
-        /// At the end; a refusal comes at once. False when it was cancelled or switched off.
+        /// Called at the end, or at once with an error. False if cancelled or disabled.
         std::function<void(std::expected<bool, LauncherError>)> done;
     };
-    /// "Check My Installed Apps for Updates": one that runs goes on.
+    /// "Check My Installed Apps for Updates"; does nothing if a check is running.
     void checkNow();
-    /// The returned call ends this check, also one that still waits to begin, and no other; it may come
-    /// too late, or never, but not after this object is gone.
+    /// Starts a check. The returned function cancels it, queued or running, and no other; it may be
+    /// called late or never, but not after this object is destroyed.
     std::function<void()> check(std::optional<AppUpdateChannelKind> channel, Watcher watcher);
     void cancelCheck();
     bool isChecking() const;
     AppUpdateProgress progress() const;
 
     // Updates.
-    /// Runs the application's update as the window does: asks the user, and says how it went.
+    /// Updates an application interactively: asks the user and reports the result.
     void run(const QString& appKey);
-    /// The same of all that commands bring, one after the other.
+    /// The same for all applications that are updated by commands, one at a time.
     void runAll();
-    /// Those that `runAll` updates.
+    /// The applications that `runAll` updates.
     QStringList runnable() const;
-    /// Asks through `asker`. `done` is called with what is to be said when all have ended and were
-    /// checked again; a refusal of the user is "declined". The returned call ends this update as that
-    /// of `check` does, or leaves what is under way to itself: "left".
+    /// Asks through `asker`. `done` is called with the message for the user once all have ended and
+    /// been verified; if the user declines, with the error "declined". The returned function cancels
+    /// this update, as for `check`, or detaches from it, giving the error "left".
     enum class GivingUp { ending, leaving };
     std::function<void(GivingUp)> run(const QStringList& appKeys, LauncherAsker asker,
                                       std::function<void(std::expected<QString, LauncherError>)> done);
-    /// Ends the updates that run and wait, whoever asked for them.
+    /// Cancels all running and queued updates, whoever requested them.
     void cancelRun();
 
-    /// To be called after a setting was changed, or the clock has leapt.
+    /// Call after settings or the clock have changed.
     void settingsChanged();
 
-    Signal<> changed;       ///< at most every quarter of a second
-    Signal<QString> ran;    ///< an update began, came on or ended, at once; by app key
-    Signal<> settingStored; ///< by `setEnabled` or `setInterval`
-    /// Something else comes to the front, where the update goes on: the window goes.
+    Signal<> changed;       ///< throttled to a quarter of a second
+    Signal<QString> ran;    ///< an update started, progressed or ended, unthrottled; by app key
+    Signal<> settingStored; ///< stored by `setEnabled` or `setInterval`
+    /// Another program comes to the front to continue the update; the window should hide.
     Signal<> opened;
-    /// The updater that runs has begun to ask for a password, in a window of its own or in none.
+    /// The running updater has started asking for a password, with or without a window.
     Signal<> passwordAsked;
 
-    /// Saves at once what is unsaved.
+    /// Saves pending changes at once.
     Outcome flush();
 
 private:
     using RunDone = std::function<void(std::expected<QString, LauncherError>)>;
-    enum class Stage { waiting, underWay, over }; ///< of what somebody asked for
+    enum class Stage { waiting, underWay, over }; ///< of a request
     struct Wish;
 
     void scanned();
@@ -186,20 +185,20 @@ private:
 
     Machine& _machine;
     InstalledApplications& _applications;
-    std::shared_ptr<void> _replacing; ///< while a tool replaces bundles
+    std::shared_ptr<void> _replacing; ///< held while a tool replaces bundles
     SmartFolderLibrary& _smartFolders;
     LauncherMessages& _messages;
     Opener _opener;
     Task _opening;
     bool _isWanted = false;
     bool _isLoading = false;
-    bool _haveKeysChanged = false; ///< in the file, or they are about to
+    bool _haveKeysChanged = false; ///< in the file, or about to
     bool _isScheduleWanted = false;
     bool _isKnown = false;
-    bool _wereChannelsAsked = false; ///< of all tools, whatever they answered
+    bool _wereChannelsAsked = false; ///< all tools were asked, whatever they answered
     bool _wasPasswordAsked = false;
     std::vector<std::function<void()>> _waiting;
-    Watcher _watcher; ///< of the check that runs
+    Watcher _watcher; ///< of the running check
     std::unique_ptr<NetworkWatch> _network;
     Subscription _networkReturned;
     Task _loading;

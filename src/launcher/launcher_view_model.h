@@ -38,37 +38,37 @@ class LaunchpadItem;
 class Locale;
 struct Machine;
 
-/// Owns all state that the user sees and edits. It holds the parts, each of which says in its header
-/// what it does, starts them, and brings what one of them finds to the others. Everything is on the
-/// main thread; scans and other work on disks run on workers and come back through the mailbox.
+/// Owns all state that the user sees and edits. Creates and starts the parts, each documented in its
+/// own header, and passes changes between them. Main thread only; scans and other disk work run on
+/// workers and return through the mailbox.
 ///
-/// Start-up, each step after the one before:
-/// 1. both working layouts are loaded, on a worker;
-/// 2. meanwhile the application folders are scanned on another;
-/// 3. each mode's layout is merged with the scan, or the default one is built where there is no
-///    file; what comes of it is saved, unless the mode is blocked because its file cannot be read;
+/// Start-up:
+/// 1. both working layouts are loaded on a worker;
+/// 2. meanwhile another worker scans the application folders;
+/// 3. each mode's layout, or the default one if there is no file, is merged with the scan and saved,
+///    unless the mode is blocked because its file is unreadable;
 /// 4. edits pass the guard of `history()`.
 class LauncherViewModel {
 public:
     using Outcome = std::expected<void, LauncherError>;
 
-    /// Without a pasteboard of the desktop, tiles are cut and copied within this program alone.
+    /// Without a desktop pasteboard, tiles are cut and copied within this program only.
     explicit LauncherViewModel(Machine& machine,
                                LauncherWindowMode shown = LauncherWindowMode::fullScreen,
                                Pasteboard* pasteboard = nullptr);
-    /// Saves nothing any more; see `quit`.
+    /// Does not save; see `quit`.
     ~LauncherViewModel();
     LauncherViewModel(const LauncherViewModel&) = delete;
     LauncherViewModel& operator=(const LauncherViewModel&) = delete;
 
     void start();
-    /// Runs the start-up, with its save, to its end on the calling (main) thread; for programs without
-    /// an event loop.
+    /// Completes start-up, including its save, on the calling (main) thread; for programs without an
+    /// event loop.
     void startAndWait();
     bool isBootstrapped() const { return _isBootstrapped; }
-    /// Nobody has arranged anything yet in either mode: a new user may be asked how to begin.
+    /// True if nothing was ever arranged in either mode, so a new user may be asked how to begin.
     bool isUnarranged() const;
-    /// Saves what is unsaved; the way out of the program.
+    /// Saves pending changes; call before exiting.
     Outcome quit();
     /// True while an edit is not on the disk.
     bool hasUnsavedEdits() const;
@@ -76,7 +76,7 @@ public:
     // The parts.
     LiveLayouts& layouts() const;
     LiveLayout& layout(LauncherWindowMode mode) const;
-    /// The layout that the user sees.
+    /// The layout of the mode that the user sees.
     LiveLayout& shown() const;
     InstalledApplications& applications() const;
     LauncherMessages& messages() const;
@@ -96,29 +96,29 @@ public:
     LauncherUpdates& updates() const;
     LauncherCleanup& cleanup() const;
 
-    /// What a tile does when it is opened: starts its application, or opens its folder.
+    /// Opens a tile: launches its application, or opens its folder.
     void open(LauncherWindowMode mode, const LaunchpadItem& item);
-    /// Starts an application; one that is not known or not available is refused, with a notice. `done`
-    /// is called when the system has taken it, or with the refusal.
+    /// Launches an application; fails with a notice if it is unknown or unavailable. `done` is called
+    /// once the system has accepted it, or with the error.
     void launch(const QString& appKey, std::function<void(Outcome)> done = {});
-    /// To be called after a setting was changed.
+    /// Call after settings have changed.
     void applySettings();
-    /// The locale changed: what is compared and searched follows; tiles stay where they are.
+    /// The locale changed: updates comparison and search; tiles keep their places.
     void setLocale(const Locale& locale);
-    /// How the window comes and goes, while the launcher runs.
+    /// Controls the window while the launcher runs.
     struct Presenter {
         std::function<void()> show;
-        std::function<void()> dismiss; ///< puts it away, as the user does
+        std::function<void()> dismiss; ///< hides it, as the user would
         std::function<bool()> isShown;
-        std::function<void()> quit; ///< ends the launcher, soon
+        std::function<void()> quit; ///< quits the launcher soon
     };
     void setPresenter(Presenter presenter) { _presenter = std::move(presenter); }
-    /// Nothing without a window.
+    /// nullopt without a window.
     const std::optional<Presenter>& presenter() const { return _presenter; }
 
     Signal<> bootstrapped; ///< the first load is complete
     Signal<> settingsChanged;
-    Signal<> launched; ///< something was opened: the window goes
+    Signal<> launched; ///< something was opened; the window should hide
 
 private:
     struct Parts;

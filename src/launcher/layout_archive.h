@@ -20,11 +20,11 @@ class LiveLayouts;
 class PlaceMemory;
 struct Machine;
 
-/// What can take the place of a mode's arrangement: those that the user saved, and the default one.
-/// Each replacement keeps a copy of the present one first and is a step of history. Main thread only.
+/// Replaces a mode's arrangement: with a saved one, a backup, or the default. Backs up the current one
+/// first, as a step of history. Main thread only.
 class LayoutArchive {
 public:
-    /// Of the question before a reset, and of the alert about an arrangement that cannot be read.
+    /// For the question before a reset, and the alert about an unreadable arrangement.
     static QString resetTitle() { return Texts::tr("Reset the Launchpad layout?"); }
 
     using Outcome = std::expected<void, LauncherError>;
@@ -34,25 +34,23 @@ public:
                   InstalledApplications& applications, PlaceMemory& places, LauncherHistory& history,
                   LauncherMessages& messages);
 
-    /// A saved arrangement, with the grid's settings that it was saved with; `done` is called with its
-    /// name.
+    /// Restores a saved arrangement with its grid settings; `done` receives its name.
     using Restored = std::expected<QString, LauncherError>;
     void restore(Mode mode, const QUuid& id, std::function<void(Restored)> done);
-    /// All that is installed in other places. Hidden applications stay hidden, and names stay.
+    /// Rearranges all installed applications. Hidden applications and names are kept.
     Outcome arrange(Mode mode, const Pages& pages, const QString& name);
-    /// The default alphabetical arrangement. Where the working file could not be read this is the way
-    /// out: the file is moved to the backups, and the step cannot be undone.
+    /// Resets to the default alphabetical arrangement. If the working file is unreadable, it is moved
+    /// to the backups and the step cannot be undone.
     Outcome reset(Mode mode);
 
-    // The copies that were kept before a replacement, of both modes. Those that are too many or too old
-    // are removed when they are listed.
+    // Backups made before replacements, in both modes. Listing them deletes those beyond the limits.
     using Listed = std::function<void(const QList<BackupSummary>&)>;
     void listBackups(Listed done);
-    /// In the mode that is named, whichever the copy was of.
+    /// Restores a backup into `mode`, whichever mode it was made in.
     void restoreBackup(Mode mode, const QString& name, std::function<void(Outcome)> done);
 
 private:
-    /// Reads on a worker; `done` is called with what was read.
+    /// Reads on a worker; `done` receives the result.
     template <typename Work, typename Done>
     void read(Work work, Done done);
     Outcome replace(Mode mode, const LayoutDocument& document,

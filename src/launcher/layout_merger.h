@@ -10,8 +10,8 @@ namespace tessellar {
 
 class LauncherMessages;
 
-/// What a merge of a mode's layout with the installed applications starts from. A plain value: the
-/// merge itself may run on any thread.
+/// The input for merging a mode's layout with the installed applications. A plain value; `merge` may
+/// run on any thread.
 struct MergeInput {
     LayoutDocument document;
     MergeContext context;
@@ -22,31 +22,31 @@ struct MergeInput {
     }
 };
 
-/// For a document of the layout's mode, with what is known now.
+/// For a document of the layout's mode, with the current state of everything else.
 MergeInput mergeInput(const LayoutDocument& document, const LiveLayout& layout,
                       const std::shared_ptr<const InstalledScan>& installed, const PlaceMemory& places,
                       const Machine& machine);
 
-/// The installed applications with the identifiers of their tiles, so that selections hold and undo
-/// finds every tile again; and with the names that the user gave them, where those are wanted.
+/// The installed applications with the identifiers of their tiles, so that selections stay valid and
+/// undo finds the tiles; optionally with the user's names.
 QList<AppEntry> installedAsArranged(const LiveLayout& layout, const InstalledApplications& installed,
                                     bool withNames);
 
-/// Brings a document that is to take the place of the layout together with the installed applications,
-/// which come with other names or identifiers where `apps` is given. What is out of sight now stays.
+/// Merges a document that will replace the layout with the installed applications, or `apps` if given.
+/// Unavailable applications are kept.
 MergeResult mergeReplacement(const LayoutDocument& document, const LiveLayout& layout,
                              const InstalledApplications& installed, const PlaceMemory& places,
                              const Machine& machine, const std::optional<QList<AppEntry>>& apps = {});
 
-/// Brings the layouts of both modes together with each scan, before anybody else looks at it:
+/// Merges the layouts of both modes with each scan, before anyone else sees it:
 ///
-/// 1. When a scan has ended, both merges are worked out on a worker, from the layouts as they are then.
-///    The first time these are the ones that were loaded, or default ones where there is no file.
-/// 2. Where one of them was edited meanwhile, they are worked out again; edits that do not stop are met
-///    by working them out on the main thread.
-/// 3. With `InstalledApplications::scanned` what came of it is shown, remembered and saved.
+/// 1. After a scan, both merges are computed on a worker from the current layouts; the first time, from
+///    the loaded or default ones.
+/// 2. If a layout was edited meanwhile, they are computed again; after repeated edits, on the main
+///    thread.
+/// 3. On `InstalledApplications::scanned` the results are shown, remembered and saved.
 ///
-/// What could not be read is tried again before each merge, and a scan is asked for until it can be.
+/// Files that were unreadable are retried before each merge, requesting scans until they can be read.
 ///
 /// Main thread only.
 class LayoutMerger {
@@ -59,9 +59,9 @@ public:
     /// Reads the remembered places, and the working layouts on a worker. No scan is merged before
     /// `done`, which is called on the main thread.
     void load(std::function<void()> done);
-    /// What was read; nothing is left of it after the first merge.
+    /// The loaded layouts; empty after the first merge.
     Loaded& loaded() { return _loaded; }
-    /// True while the first merge is on its way to the disk.
+    /// True while the first merge is being saved.
     bool isSaving() const { return _saves > 0; }
 
 private:
@@ -73,7 +73,7 @@ private:
     using Starts = std::array<Start, 2>;
     struct Merged {
         MergeResult result;
-        bool differs = false; ///< from what it was made of
+        bool differs = false; ///< from its input
     };
     using Results = std::array<Merged, 2>;
 
@@ -96,13 +96,13 @@ private:
     PlaceMemory& _places;
     LauncherMessages& _messages;
     Loaded _loaded;
-    Results _merged; ///< ready to be shown
+    Results _merged; ///< to be shown
     std::array<Task, 2> _loading;
     std::size_t _loadsLeft = 0;
-    std::function<void()> _whenLoaded;      ///< a scan that waits for that
-    std::array<bool, 2> _isNew{true, true}; ///< loaded, and not merged yet
-    std::array<bool, 2> _mayPass{};         ///< what kept it from being loaded
-    std::chrono::seconds _patience{5};      ///< until the next try
+    std::function<void()> _whenLoaded;      ///< a scan waiting for the load
+    std::array<bool, 2> _isNew{true, true}; ///< not merged yet
+    std::array<bool, 2> _mayPass{};         ///< the load failed, perhaps temporarily
+    std::chrono::seconds _patience{5};      ///< until the next retry
     Timer _again;
     bool _hasMerged = false;
     int _saves = 0;

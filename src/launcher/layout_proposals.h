@@ -14,42 +14,42 @@ class LayoutArchive;
 class LiveLayouts;
 struct Machine;
 
-/// A way to arrange all that is installed, as it would be, before it is taken.
+/// A proposed arrangement of all installed applications.
 struct LayoutProposal {
     enum class Kind { oldLaunchpad, byCategory, byName };
 
     Kind kind = Kind::byName;
     Pages pages;
-    /// Of the old Launchpad's: what it is made from, with what would be skipped.
+    /// For the old Launchpad's: the preview it is based on, including what would be skipped.
     std::optional<NativeLaunchpadImportResult> imported = {};
     bool losesAliases = false;
-    bool losesSmartFolders = false; ///< their tiles; the folders can be shown again
-    qsizetype newAppCount = 0;      ///< installed applications that it has no place for yet
+    bool losesSmartFolders = false; ///< only the tiles; the folders can be placed again
+    qsizetype newAppCount = 0;      ///< installed applications without a place in it
 };
 
-/// "By Category"
+/// For example "By Category".
 QString title(LayoutProposal::Kind kind);
-/// What it is, and what becomes of what: a sentence a line.
+/// Describes the proposal and what it would change, one sentence per line.
 QString explanation(const LayoutProposal& proposal);
 
-/// The ways to begin, or to begin anew: what the old Launchpad had, a folder for each category, or all
-/// by name. Tiles of smart folders come first, but for the old Launchpad's; hidden applications and
-/// names of the user's own stay. To take one is a step of history, with a backup. Main thread only.
+/// Proposes arrangements for new users or a fresh start: the old Launchpad's, folders by category, or
+/// all by name. Except for the old Launchpad's, tiles of smart folders come first; hidden applications
+/// and the user's names are kept. Taking one is a step of history, with a backup. Main thread only.
 class LayoutProposals {
 public:
     using Mode = LauncherWindowMode;
     struct All {
         QList<LayoutProposal> proposals;
-        /// Why the old Launchpad's is not among them, though there is one.
+        /// Why the old Launchpad's arrangement exists but is not among the proposals.
         std::optional<LauncherError> importFailure;
     };
 
     LayoutProposals(Machine& machine, LiveLayouts& layouts, InstalledApplications& applications,
                     LauncherImport& launchpadImport, LayoutArchive& archive);
 
-    /// Worked out on workers, from the layout as it is now.
+    /// Computed on workers, from the current layout.
     void propose(Mode mode, std::function<void(const All&)> done);
-    /// In the given modes, with what is installed and named now.
+    /// Applies a proposal to the given modes, updated to the applications and names of now.
     std::expected<void, LauncherError> take(const QList<Mode>& modes, const LayoutProposal& proposal);
 
 private:

@@ -13,16 +13,16 @@ class InstalledApplications;
 class LauncherMessages;
 class LiveLayouts;
 
-/// Something that the watch of the application folders noticed.
+/// An event noticed in the application folders.
 struct LibraryNotice {
     enum class Kind {
         watching,   ///< these folders are watched
-        polling,    ///< some of them only by looking at them every ten seconds
-        changed,    ///< in these folders something came or went
-        gone,       ///< applications that were there a moment ago; perhaps only for a moment
-        added,      ///< applications that a scan found
-        removed,    ///< applications that a scan no longer found
-        replaced,   ///< applications replaced or updated in place
+        polling,    ///< these folders are only polled: out of watches
+        changed,    ///< entries of these folders changed
+        gone,       ///< applications disappeared, perhaps only for a moment
+        added,      ///< applications added since the last scan
+        removed,    ///< applications removed since the last scan
+        replaced,   ///< bundles replaced or updated in place
         incomplete, ///< bundles that cannot be used yet
     };
     Kind kind = Kind::watching;
@@ -46,24 +46,24 @@ struct json::Fields<LibraryNotice> {
         fields(required("event", &LibraryNotice::kind), required("paths", &LibraryNotice::paths));
 };
 
-/// Follows what happens to the installed applications, from `start` on: what comes and goes leads to a
-/// scan, and an application that is gone is marked at once. Main thread only.
+/// Watches the installed applications from `start` on: changes trigger a scan, and missing applications
+/// are marked at once. Main thread only.
 class LibraryWatch {
 public:
     LibraryWatch(Machine& machine, InstalledApplications& applications, LiveLayouts& layouts,
                  LauncherMessages& messages);
     ~LibraryWatch();
 
-    /// Begins with the last scan, or the first one that is to come.
+    /// Starts with the last scan, or the first one to come.
     void start(std::unique_ptr<DirectoryEvents> events = makeDirectoryEvents());
     bool isStarted() const { return _watcher != nullptr; }
-    /// True while some folders are polled, because the system has no more watches to give.
+    /// True while some folders are polled, because the system is out of watches.
     bool isPolling() const { return _isPolling; }
-    /// The folders that the last scan gave to watch; empty until the watches stand.
+    /// The folders from the last scan; empty until the watches are active.
     const QStringList& watchedDirectories() const { return _watched; }
 
     Signal<LibraryNotice> noticed;
-    Signal<> changed; ///< how the folders are watched
+    Signal<> changed; ///< how the folders are watched has changed
 
 private:
     void scanned();
@@ -74,13 +74,13 @@ private:
     InstalledApplications& _installed;
     LiveLayouts& _layouts;
     LauncherMessages& _messages;
-    QSet<QString> _applications; ///< of the scan before
+    QSet<QString> _applications; ///< of the previous scan
     QSet<QString> _incomplete;
     QStringList _watched;
     bool _isPolling = false;
     bool _hasScan = false;
     Subscription _subscription;
-    std::unique_ptr<LibraryWatcher> _watcher; // last: it calls back
+    std::unique_ptr<LibraryWatcher> _watcher; // last, because it calls back
 };
 
 } // namespace tessellar

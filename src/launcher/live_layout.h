@@ -17,11 +17,11 @@ namespace tessellar {
 class Settings;
 class SmartFolderLibrary;
 
-/// The arrangement of one display mode as it is shown and edited, and where the user is in it. What
-/// changes a document is a step of `LauncherHistory` or the merge with a scan; this only holds it.
+/// The arrangement of one display mode as shown and edited, and the user's position in it. Only holds
+/// it: documents are changed by steps of `LauncherHistory` or by merging a scan.
 ///
-/// Look-ups cost one walk of the tiles after each change. Pointers to tiles are good until then. Main
-/// thread only.
+/// Look-up tables are rebuilt once after each change. Pointers to tiles are valid until the next
+/// change. Main thread only.
 class LiveLayout {
 public:
     LiveLayout(LauncherWindowMode mode, const Settings& settings,
@@ -32,66 +32,66 @@ public:
     const LayoutDocument& document() const { return _document; }
     const Pages& pages() const { return _document.pages; }
     const QSet<QString>& hiddenKeys() const { return _document.hiddenKeys; }
-    /// App keys of tiles whose application is known but cannot be used now.
+    /// App keys of tiles whose application is currently unavailable.
     const QSet<QString>& unavailableAppKeys() const { return _unavailableAppKeys; }
-    /// What an unavailable tile says of itself.
+    /// The text shown for an unavailable tile.
     static QString unavailableNotice();
     /// The grid's settings.
     const ArrangementLayout& settings() const { return _settings; }
     GridCapacities capacities() const { return GridCapacities::of(_settings); }
 
-    // Tiles, at any depth.
+    // Tiles at any depth.
     const LaunchpadItem* item(const QUuid& id) const;
     const FolderEntry* folder(const QUuid& id) const;
-    /// The application's own tile, not an alias.
+    /// The application's own tile, never an alias.
     const AppEntry* tileOf(const QString& appKey) const;
-    /// In the order of the arrangement.
+    /// Sorted by arrangement order.
     QList<QUuid> inOrder(const QSet<QUuid>& tiles) const;
-    /// The names that the user gave to applications, by app key.
+    /// The user's names of applications, by app key.
     QHash<QString, QString> customNames() const;
 
-    /// The pages of the grid, or of an open folder, as the grid's settings show them.
+    /// The pages of the grid, or of a folder, as displayed.
     const ShownPages& shownPages() const;
     ShownPages shownPages(const FolderEntry& folder) const;
-    /// What opens with a tile: a folder, or a smart folder as a folder of what it shows (as many of it
-    /// as are asked for). Nothing for others.
+    /// The contents of a tile that opens: a folder, or a smart folder as a folder of its matches (at
+    /// most `most`, -1 for all). nullopt for other tiles.
     std::optional<FolderEntry> openable(const LaunchpadItem& item, qsizetype most = -1) const;
 
-    // Where the user is. Pages out of range go to the nearest.
+    // Navigation. Pages out of range become the nearest.
     const Navigation& navigation() const { return _navigation; }
     int currentPage() const { return _navigation.currentPage; }
     void setCurrentPage(int page);
     const QList<OpenFolderLevel>& folderStack() const { return _navigation.folderStack; }
     /// The innermost open folder.
     std::optional<FolderEntry> openFolder() const;
-    /// True while a smart folder is open: its rules decide what is in it.
+    /// True if the open folder is a smart folder: its rules determine its contents.
     bool isOpenFolderComputed() const;
-    /// Opens a folder or smart folder over the innermost open one; false when there is no such in it.
+    /// Opens a folder or smart folder inside the innermost open one; false if it is not there.
     bool openFolder(const QUuid& id);
     void setFolderPage(int page);
     void closeFolder();
     const std::optional<QUuid>& selectedItemID() const { return _navigation.selectedItemID; }
-    /// All that are selected; the one above is the last of them.
+    /// All selected tiles; `selectedItemID` is the last one.
     const QSet<QUuid>& selectedItemIDs() const { return _navigation.selectedItemIDs; }
     void select(const std::optional<QUuid>& id);
     void select(const QList<QUuid>& ids);
-    /// Selects a tile of the innermost open folder, or of the grid, and turns to its page.
+    /// Selects a tile of the innermost open folder, or of the grid, and shows its page.
     void reveal(const QUuid& id);
-    /// As far as its pages, folders and tiles still exist.
+    /// Restores pages, folders and selection, as far as they still exist.
     void setNavigation(const Navigation& navigation);
 
-    // For those who change it.
+    // For code that changes the layout.
     void setDocument(LayoutDocument document);
-    /// Another arrangement: the user begins at its start.
+    /// Replaces the arrangement; navigation returns to the start.
     void setArrangement(LayoutDocument document);
     void setUnavailable(QSet<QString> appKeys);
-    /// The grid's settings, or what smart folders show, have changed.
+    /// Call when the grid's settings or the contents of smart folders have changed.
     void refresh();
-    /// Shows the grid with other settings, which are not stored, until the next `refresh`.
+    /// Previews other grid settings, without storing them, until the next `refresh`.
     void tryOut(const ArrangementLayout& settings);
 
-    Signal<> replaced; ///< by another arrangement; `changed` follows
-    Signal<> changed;  ///< tiles, hidden or unavailable applications, settings
+    Signal<> replaced; ///< with another arrangement; `changed` follows
+    Signal<> changed;  ///< tiles, hidden or unavailable applications, or settings
     Signal<> navigationChanged;
     Signal<> selectionChanged;
 
@@ -109,11 +109,11 @@ private:
     QSet<QString> _unavailableAppKeys;
     ArrangementLayout _settings;
     Navigation _navigation;
-    mutable std::unique_ptr<Lookups> _lookups; ///< of the present document and settings
+    mutable std::unique_ptr<Lookups> _lookups; ///< of the current document and settings
 };
 
-/// The live layouts of both display modes. Operations name the one that they act on; which of them the
-/// user sees matters to the window alone.
+/// The live layouts of both display modes. Operations name the mode they act on; which one the user
+/// sees matters only to the window.
 class LiveLayouts {
 public:
     static constexpr std::array modes{LauncherWindowMode::fullScreen, LauncherWindowMode::windowed};
@@ -129,9 +129,9 @@ public:
     const LiveLayout& shown() const { return (*this)[_shownMode]; }
     void show(LauncherWindowMode mode);
 
-    /// Every application tile of both modes, aliases too.
+    /// Visits every application tile of both modes, including aliases.
     void forEachApplication(const std::function<void(LauncherWindowMode, const AppEntry&)>& call) const;
-    /// The application is not there now: its tiles say so until the next scan.
+    /// Marks an application's tiles as unavailable until the next scan.
     void markUnavailable(const QString& appKey);
 
     Signal<> shownModeChanged;

@@ -7,37 +7,38 @@
 
 namespace tessellar {
 
-/// The places of the applications that went, of each mode in a file of its own:
+/// The remembered places of dropped applications, in one file per mode:
 ///
 ///     remembered-places.json, remembered-places-windowed.json
 ///
-/// A place is on the disk before the layout without its tile is, so that neither can be lost without
-/// the other. While a file cannot be read, nothing is to be dropped in its mode. Main thread only.
+/// Places are written before the layout that lacks their tiles, so that a tile is never lost without
+/// its place. While a file is unreadable, nothing may be dropped in its mode. Main thread only.
 class PlaceMemory {
 public:
     explicit PlaceMemory(const Machine& machine);
 
-    /// Reads what is not known yet: called again, what could not be read.
+    /// Reads the files; called again, only those that were unreadable.
     void load();
     const RememberedPlaces& operator[](LauncherWindowMode mode) const { return kept(mode).value(); }
     void set(LauncherWindowMode mode, const RememberedPlaces& places) { kept(mode).set(places); }
 
-    /// False while the mode's file cannot be read.
+    /// False while the mode's file is unreadable.
     bool canRemember(LauncherWindowMode mode) const { return !kept(mode).isBlocked(); }
-    /// What is to come before a save of the mode's layout, see `LayoutStore::setPrecondition`.
+    /// To be completed before saving the mode's layout, see `LayoutStore::setPrecondition`.
     std::function<BackgroundFile::Result()> written(LauncherWindowMode mode) {
         return kept(mode).written();
     }
 
-    /// Before the user's removal of the application at `path` takes its tiles away.
+    /// Call before the user's removal of the application at `path` deletes its tiles.
     void rememberRemoved(const LiveLayouts& layouts, const QString& path);
-    /// It is put back: it gets its place when it is seen. Or, after all, it is not.
+    /// Call when the application is put back, so that its place is used once it is found; or, with
+    /// false, to revoke that.
     void putBack(const QString& path, bool isBack = true);
     void whenWritten(LauncherWindowMode mode, BackgroundFile::Done done) {
         kept(mode).whenWritten(std::move(done));
     }
-    /// Forgets the places of an application, by its key or path, or all of the mode. `done` is told how
-    /// many once that is on the disk; where it cannot be, they are remembered as before.
+    /// Forgets the places of one application, by key or path, or of all. `done` receives their number
+    /// once that is saved; if saving fails, they are restored.
     using Forgotten = std::function<void(std::expected<qsizetype, LauncherError>)>;
     void forget(LauncherWindowMode mode, const std::optional<QString>& application, Forgotten done);
 

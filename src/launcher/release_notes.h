@@ -6,17 +6,17 @@ namespace tessellar {
 
 class Settings;
 
-/// What a changelog says of the versions after `last` up to `current`, newest first: its sections
-/// "## 1.2.0", as they stand. Empty where there are none, as after a step back. Pure.
+/// The sections ("## 1.2.0") of a changelog for the versions after `last` up to `current`, newest
+/// first. Empty if there are none, for example after a downgrade. Pure.
 QString releaseNotes(const QString& changelog, const QString& last, const QString& current);
 
-/// What is new since the version that ran here before, told until it was seen.
+/// What is new since the version last run here, until the user has seen it.
 struct ReleaseNotes {
     static inline const QString lastVersionKey = QStringLiteral("lastVersion");
 
-    /// Empty at the first start.
+    /// Empty on the first start.
     static QString unseen(const Settings& settings, const QString& changelog, const QString& version);
-    /// What cannot be stored is told once more.
+    /// If storing fails, the notes are shown again next time.
     static void setSeen(Settings& settings, const QString& version);
 };
 

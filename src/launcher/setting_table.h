@@ -10,40 +10,39 @@
 
 namespace tessellar {
 
-/// One setting that people may change.
+/// One setting that users may change.
 struct Setting {
     enum class Kind { integer, number, boolean, choice, text, folders, keys, address };
 
     QString key;
     Kind kind = Kind::text;
-    QJsonValue usual;          ///< what holds where nothing is set; null for nothing
-    const char* sentence = ""; ///< what it decides, for `Texts::tr`
-    double low = 0;            ///< of a number, as `high`
+    QJsonValue usual;          ///< the default; null if there is none
+    const char* sentence = ""; ///< describes the setting, for `Texts::tr`
+    double low = 0;            ///< range of a number
     double high = 0;
-    double step = 1; ///< that a person notices
+    double step = 1; ///< the smallest noticeable difference
     QJsonArray choices = {};
-    QList<const char*> titles = {}; ///< of the choices, the same
-    bool isClamped = false;         ///< a stored number out of range counts as the nearest within it
+    QList<const char*> titles = {}; ///< of the choices, in the same order
+    bool isClamped = false;         ///< stored numbers out of range are clamped
 };
 
-/// All of them, one row each: what `tessellarctl settings` lists and takes, and what the window offers.
-/// Those of the grid are there for each display mode.
+/// All settings, one row each: what `tessellarctl settings` and the window offer. Grid settings have a
+/// row per display mode.
 const QList<Setting>& settingTable();
-/// Null where there is none.
+/// Null if there is none.
 const Setting* settingNamed(const QString& key);
-/// "windowed.gridRows" of "gridRows".
+/// For example "windowed.gridRows" for "gridRows".
 QString settingKey(LauncherWindowMode mode, const QString& key);
 
-/// What it may be, for people: "3 to 9", "system, light or dark".
+/// The allowed values, for users: "3 to 9", "system, light or dark".
 QString rangeText(const Setting& setting);
-/// Why the setting cannot have the value; nothing where it can.
+/// Why a value is not allowed; nullopt if it is.
 std::optional<LauncherError> refusal(const Setting& setting, const QJsonValue& value);
-/// What holds now: what is stored, or in its absence, or where it cannot be, what is usual. Of the
-/// grid's in a window, that of the full screen comes before.
+/// The effective value: the stored one or, if that is missing or invalid, the default. Windowed grid
+/// settings fall back to the full-screen ones first.
 QJsonValue settingNow(const Settings& settings, const Setting& setting);
 
-/// Stores it after a look at the table; null takes away what is stored, also under a key that no row
-/// has.
+/// Validates and stores a value; null removes it, even for keys that are not in the table.
 std::expected<void, LauncherError> storeSetting(Settings& settings, const QString& key,
                                                 const QJsonValue& value);
 

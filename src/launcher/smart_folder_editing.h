@@ -14,8 +14,8 @@ namespace tessellar {
 class LauncherEditor;
 class SmartFolderLibrary;
 
-/// One smart folder while it is made or changed: its draft, and what that would show. Nothing is saved
-/// before `save`, which is one step of history.
+/// A smart folder being created or edited: its draft and a preview. Nothing is saved before `save`,
+/// which is one step of history.
 ///
 /// Main thread only.
 class SmartFolderEditing {
@@ -24,38 +24,38 @@ public:
 
     SmartFolderEditing(Machine& machine, SmartFolderLibrary& library, LauncherEditor& editor);
 
-    /// Begins with one rule that needs its text, in place of what was edited.
+    /// Replaces the draft by a new one with a single rule that needs its text.
     void openNew(LauncherWindowMode mode);
     void open(LauncherWindowMode mode, const SmartFolderDefinition& definition);
-    /// Leaves everything as it was saved.
+    /// Discards the draft.
     void close();
 
-    /// Nothing while nothing is edited.
+    /// nullopt if nothing is being edited.
     const std::optional<SmartFolderDraft>& draft() const { return _draft; }
     bool isNew() const { return _isNew; }
-    /// True when closing would lose something.
+    /// True if closing would lose changes.
     bool isChanged() const {
         return _draft && (_draft->hasUnread() || _draft->definition() != _before);
     }
     void change(const std::function<void(SmartFolderDraft&)>& change);
     void insertRule(qsizetype place);
 
-    /// What the editor says of the first issue; empty when the draft can be saved.
+    /// The message for the first issue; empty if the draft can be saved.
     QString issue() const;
-    /// A new one gets its tile in the mode. A draft that is as it was saved is closed and leaves no
-    /// step of history. Where somebody else has changed or deleted the definition meanwhile, the first
-    /// attempt says so and saves nothing; another saves over it.
+    /// A new smart folder gets a tile in the mode. An unchanged draft is closed without a step of
+    /// history. If the definition was changed or deleted elsewhere meanwhile, the first attempt fails
+    /// with a warning; the next one overwrites it.
     Outcome save();
 
-    /// What it would show, whatever its name; nothing where rules are missing or not complete, and
-    /// before it is worked out. Between two drafts it is the former's.
+    /// The matches, whatever the name. nullopt if rules are missing or incomplete, or before the first
+    /// evaluation; while a changed draft is being evaluated, the previous result.
     const std::optional<SmartFolderEvaluation>& preview() const { return _preview; }
-    /// What stands beside it.
+    /// The note beside the preview.
     QString notice() const;
     QStringList suggestions(qsizetype rule, qsizetype operand) const;
     bool hasSuggestions(qsizetype rule, qsizetype operand) const;
 
-    Signal<> changed; ///< the draft, or what it would show
+    Signal<> changed; ///< the draft or the preview
 
 private:
     void begin(LauncherWindowMode mode, SmartFolderDefinition definition);
@@ -68,7 +68,7 @@ private:
     std::optional<SmartFolderDraft> _draft;
     LauncherWindowMode _mode = LauncherWindowMode::fullScreen;
     SmartFolderDefinition _before;
-    std::optional<SmartFolderDefinition> _saved; ///< as the user knows it
+    std::optional<SmartFolderDefinition> _saved; ///< as last known to the user
     bool _isNew = false;
     std::optional<SmartFolderEvaluation> _preview;
 };

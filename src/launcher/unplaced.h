@@ -8,27 +8,27 @@ namespace tessellar {
 class LauncherViewModel;
 class Locale;
 
-/// Something that is not on the pages of a display mode, though it could be.
+/// Something that could be on a mode's pages, but is not.
 struct UnplacedThing {
     enum class Kind {
-        hidden,      ///< an application that the user hid
-        smartFolder, ///< one without a tile
-        place,       ///< kept for an application that went, should it come back
+        hidden,      ///< an application hidden by the user
+        smartFolder, ///< a smart folder without a tile
+        place,       ///< the remembered place of a dropped application
     };
     Kind kind = Kind::hidden;
     QString id; ///< the app key, or the smart folder's identifier
     QString name;
-    QString text; ///< more about it, for people; may be empty
+    QString text; ///< details for the user; may be empty
 
     bool operator==(const UnplacedThing&) const = default;
 };
 
-/// Kind by kind; hidden applications and smart folders by name, places in the order of the arrangement.
+/// Grouped by kind; hidden applications and smart folders by name, places in arrangement order.
 QList<UnplacedThing> unplacedThings(const LauncherViewModel& launcher, LauncherWindowMode mode,
                                     const Locale& locale);
 
-/// Unhides an application, gives a smart folder its tile: steps of the layout's history. Of a place,
-/// forgets it, which cannot be taken back.
+/// Unhides an application or adds a smart folder's tile, as a step of history; or forgets a place,
+/// which cannot be undone.
 std::expected<void, LauncherError> placeOrForget(LauncherViewModel& launcher, LauncherWindowMode mode,
                                                  const UnplacedThing& thing);
 

@@ -8,41 +8,41 @@
 
 namespace tessellar {
 
-/// An edit that is shown, and is to be saved soon.
+/// An edit that is shown, but not yet saved.
 struct UnsavedEdit {
-    LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< whose document it changed
-    LayoutDocument before;                                    ///< that document
+    LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< of the changed document
+    LayoutDocument before;                                    ///< the document before the edit
     std::uint64_t step = 0;                                   ///< of history
-    QList<LayoutUndoEntry> redoStack;                         ///< that it kept from being redone
+    QList<LayoutUndoEntry> redoStack;                         ///< cleared by the edit
 };
 
-/// Follows edits until they are on the disk.
+/// Tracks edits until they are on the disk.
 ///
-/// What the user edits by hand and cannot be saved stays in the window, and is tried again with what is
-/// edited later. What a command edits is taken back when it cannot be saved: that it failed is then the
-/// last word. Where edits that nobody waits for stand on top of it, it stays as one of theirs, and the
-/// command's answer says so. Those who wait at the same time share a save.
+/// If saving fails, edits by hand stay in the window and are retried with later edits. Edits by a
+/// command are rolled back, so that its failure is final; but if edits that nobody waits for were made
+/// on top, they are kept as edits by hand, and the command's result says so. Concurrent waits share a
+/// save.
 ///
 /// Main thread only.
 class UnsavedEdits {
 public:
     using Outcome = std::expected<void, LauncherError>;
     using Done = std::function<void(Outcome)>;
-    /// Stands for a command, or for the lines of a batch. Null is the user's hand.
+    /// Identifies a command, or a batch of commands. Null for edits by hand.
     using Editor = std::shared_ptr<const void>;
-    /// Makes edits undone, the newest first, all of one mode, and saves what was before them.
+    /// Undoes edits of one mode, newest first, and saves the result.
     using TakeBack = std::function<void(const QList<UnsavedEdit>&)>;
 
     UnsavedEdits(LayoutStore& store, TakeBack takeBack);
 
-    /// What is edited until `call` returns is the editor's.
+    /// Attributes all edits made during `call` to `editor`.
     void editAs(const Editor& editor, const std::function<void()>& call);
-    /// To be called when the document with the edit is the last that the store was given.
+    /// Call right after passing the edited document to the store.
     void add(UnsavedEdit edit);
 
     enum class Whose { own, all };
-    /// Saves at once, and calls `done` when an editor's edits, or all, are on the disk, or when it is
-    /// sure what has become of those that could not be saved. At once where there are none.
+    /// Saves at once and calls `done` once the editor's edits, or all, are on the disk or have failed
+    /// for good. Synchronous if there are none.
     void whenSaved(const Editor& editor, Whose whose, Done done);
 
 private:
@@ -54,7 +54,7 @@ private:
     struct Waiting {
         Editor editor;
         Done done;
-        std::array<LayoutStore::Revision, 2> until{}; ///< of each mode; 0 where nothing is waited for
+        std::array<LayoutStore::Revision, 2> until{}; ///< per mode; 0 if not waiting
         Outcome outcome;
     };
 
@@ -66,7 +66,7 @@ private:
     LayoutStore& _store;
     TakeBack _takeBack;
     Editor _editor;
-    std::array<QList<Unsaved>, 2> _edits; ///< of each mode, newest last
+    std::array<QList<Unsaved>, 2> _edits; ///< per mode, newest last
     std::list<Waiting> _waiting;
     Subscription _saveEnded;
 };
