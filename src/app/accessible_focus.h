@@ -5,8 +5,8 @@
 
 namespace tessellar {
 
-/// Tells screen readers what the user is at. Tiles, lines of menus and rows of lists never have the
-/// keyboard themselves, of which Qt would tell; what has it walks over them.
+/// Reports the current item to screen readers. Tiles, menu entries and list rows never have Qt's
+/// keyboard focus, which Qt would report; the item that has it navigates among them.
 class AccessibleFocus : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -14,7 +14,7 @@ class AccessibleFocus : public QObject {
 
 public:
     Q_INVOKABLE static void moveTo(QQuickItem* item);
-    /// Where it is said to be; null once that is gone.
+    /// The item last reported; null once it is destroyed.
     static QQuickItem* item();
 };
 

@@ -9,7 +9,7 @@
 
 namespace tessellar {
 
-/// What stands before everything else: an alert, or a question, in QML's terms.
+/// The alert or question shown on top of everything else, for QML.
 class AlertPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -17,11 +17,11 @@ class AlertPanel final : public QObject {
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
-    /// The label of the button that says yes; empty for an alert, which is only acknowledged.
+    /// The confirming button's label; empty for an alert, which is only acknowledged.
     Q_PROPERTY(QString accept READ accept NOTIFY changed)
-    Q_PROPERTY(QString decline READ decline NOTIFY changed) ///< of the button that says no
+    Q_PROPERTY(QString decline READ decline NOTIFY changed) ///< the other button's label
     Q_PROPERTY(bool isDestructive READ isDestructive NOTIFY changed)
-    /// True while Return means yes; arrow keys and Tab change that.
+    /// True while Return confirms; arrow keys and Tab change that.
     Q_PROPERTY(bool isAcceptDefault READ isAcceptDefault NOTIFY changed)
 
 public:
@@ -35,9 +35,9 @@ public:
     bool isDestructive() const;
     bool isAcceptDefault() const { return _isAcceptDefault; }
 
-    /// Answers the question, or acknowledges the alert.
+    /// Answers the question or acknowledges the alert.
     Q_INVOKABLE void answer(bool accepted);
-    /// While it is open, all keys are its own.
+    /// Receives all keys while open.
     void pressKey(int key);
     void refresh();
 
@@ -47,7 +47,7 @@ Q_SIGNALS:
 private:
     using Remedy = LauncherError::Remedy;
 
-    /// What the alert that is shown offers.
+    /// Offered by the current alert.
     Remedy remedy() const;
     void saveAgain();
     void resetLayouts();

@@ -13,23 +13,23 @@
 
 namespace tessellar {
 
-/// The sheet of the saved arrangements in QML's terms. It has one field, for whatever is to be typed:
-/// the name of a new one unless something else was asked for.
+/// The sheet of saved arrangements, for QML. Its one text field serves every task; by default the name
+/// of a new arrangement.
 class ArrangementsPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     /// {id, title, text, columns, rows, tiles: {kind, appKeys, symbolName}, isReadable}, newest first.
     Q_PROPERTY(QVariantList arrangements READ arrangements NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed)   ///< in place of a list
-    Q_PROPERTY(QString modeText READ modeText NOTIFY changed) ///< whose arrangements these are
-    // The field.
+    Q_PROPERTY(QString summary READ summary NOTIFY changed)   ///< shown instead of an empty list
+    Q_PROPERTY(QString modeText READ modeText NOTIFY changed) ///< the mode of these arrangements
+    // The text field.
     Q_PROPERTY(QString task READ task NOTIFY taskChanged) ///< "save", "rename", "export", "import"
     Q_PROPERTY(QString prompt READ prompt NOTIFY taskChanged)
-    Q_PROPERTY(QString suggestion READ suggestion NOTIFY taskChanged) ///< what it holds at first
-    Q_PROPERTY(QString accept READ accept NOTIFY taskChanged)         ///< of its button
-    Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)  ///< why what was asked for was not done
-    Q_PROPERTY(QString undoText READ undoText NOTIFY changed) ///< empty where there is nothing
+    Q_PROPERTY(QString suggestion READ suggestion NOTIFY taskChanged) ///< initial contents
+    Q_PROPERTY(QString accept READ accept NOTIFY taskChanged)         ///< label of its button
+    Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)          ///< why the last request failed
+    Q_PROPERTY(QString undoText READ undoText NOTIFY changed) ///< empty if there is nothing to undo
     Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT)
 
 public:
@@ -47,18 +47,18 @@ public:
     MenuModel* menu() { return &_menu; }
 
     void open();
-    /// The icons in the pictures.
+    /// The icons shown in the thumbnails.
     QList<IconWish> icons() const;
-    /// Asks first.
+    /// Asks for confirmation.
     Q_INVOKABLE void restore(const QString& id);
-    /// What else can be done with an arrangement, below a point of the window.
+    /// Opens the menu of an arrangement below a point of the window.
     Q_INVOKABLE void openMenu(const QString& id, QPointF point);
     Q_INVOKABLE void importFile() { begin(QStringLiteral("import")); }
-    /// Does what the field is for, with what was typed.
+    /// Performs the field's task with the text entered.
     Q_INVOKABLE void finish(const QString& text);
     Q_INVOKABLE void undo();
     Q_INVOKABLE void redo();
-    /// False where the field is for a new name anyhow.
+    /// Returns to the default task; false if it is current already.
     bool endTask();
     void refresh();
 
@@ -90,7 +90,7 @@ private:
     QVariantList _rows;
     bool _isLooking = false;
     QString _task = QStringLiteral("save");
-    QUuid _subject; ///< that the field or the menu is about
+    QUuid _subject; ///< of the field's task or the menu
     QString _issue;
     MenuModel _menu;
     Lifetime _lifetime;

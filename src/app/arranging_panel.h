@@ -11,21 +11,21 @@
 
 namespace tessellar {
 
-/// The sheet with the ways to arrange what is installed, in QML's terms: one of them is chosen, and its
-/// pages can be looked through before it is taken. It greets the user who starts for the first time.
+/// The sheet for rearranging all applications, for QML: offers several ways, with a preview of the
+/// pages. Also welcomes new users.
 class ArrangingPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(bool isFirstRun READ isFirstRun NOTIFY changed)
     Q_PROPERTY(QVariantList choices READ choices NOTIFY changed) ///< {title, isChosen}
-    // Of the one that is chosen.
+    // The chosen one.
     Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
-    Q_PROPERTY(QVariantMap picture READ picture NOTIFY changed) ///< {rows, columns, tiles} of a page
-    Q_PROPERTY(QString pageText READ pageText NOTIFY changed)   ///< "Page 1 of 4"
+    Q_PROPERTY(QVariantMap picture READ picture NOTIFY changed) ///< a page, as {rows, columns, tiles}
+    Q_PROPERTY(QString pageText READ pageText NOTIFY changed)   ///< for example "Page 1 of 4"
     Q_PROPERTY(int page READ page NOTIFY changed)
     Q_PROPERTY(int pageCount READ pageCount NOTIFY changed)
-    /// Why the old Launchpad's arrangement is not offered; empty where there is none.
+    /// Why the old Launchpad's arrangement is not offered; may be empty.
     Q_PROPERTY(QString issue READ issue NOTIFY changed)
 
 public:
@@ -40,12 +40,12 @@ public:
     int pageCount() const;
     QString issue() const;
 
-    /// The icons that the page shows.
+    /// The icons on the page shown.
     QList<IconWish> icons() const;
     void open(bool isFirstRun);
     Q_INVOKABLE void choose(int index);
     Q_INVOKABLE void turn(int by);
-    /// Puts it in place of the present arrangement.
+    /// Replaces the current arrangement.
     Q_INVOKABLE void take();
 
 Q_SIGNALS:
@@ -57,7 +57,7 @@ private:
 
     LauncherViewModel& _viewModel;
     bool _isFirstRun = false;
-    LauncherWindowMode _mode = LauncherWindowMode::fullScreen; ///< that they are of
+    LauncherWindowMode _mode = LauncherWindowMode::fullScreen; ///< of the proposals
     LayoutProposals::All _all;
     int _chosen = 0;
     int _page = 0;

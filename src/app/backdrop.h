@@ -9,13 +9,12 @@
 
 namespace tessellar {
 
-/// What lies behind the tiles: the desktop's picture, or one of the launcher's own, as a setting has
-/// it.
+/// The background: the desktop picture or the launcher's own, depending on a setting.
 ///
-/// 1. A picture that was blurred before is kept in the application's folder ("Backdrop.png") and is
-///    there at the start.
-/// 2. Meanwhile the desktop is asked which picture it shows now; another one is read, blurred and kept.
-/// 3. It is drawn for the window on a worker. Until then the former one is stretched.
+/// 1. The last blurred picture is cached in the application's folder ("Backdrop.png") and available at
+///    start-up.
+/// 2. Meanwhile the desktop is asked for its current picture; a new one is read, blurred and cached.
+/// 3. It is rendered for the window on a worker. Until then the previous one is stretched.
 ///
 /// Main thread only.
 class Backdrop final : public QObject {
@@ -26,20 +25,20 @@ class Backdrop final : public QObject {
 public:
     explicit Backdrop(const Machine& machine) : _machine(machine) {}
 
-    /// Begins to draw for a window of this size.
+    /// Starts rendering for a window of this size.
     void prepare(QSize size);
-    /// Asks anew which picture there is.
+    /// Checks the desktop picture again.
     void look();
-    /// To be called when a setting may have changed.
+    /// Call when settings may have changed.
     void applySettings();
-    /// For so many pixels; not null. `changed` says when there is a better one.
+    /// The best image available, in pixels; never null. `changed` announces a better one.
     QImage image(QSize size, bool isDark);
 
 Q_SIGNALS:
     void changed();
 
 private:
-    /// A blurred picture, and what it was made of: a file's path, size and date.
+    /// A blurred picture, and its source: path, size and date of the file.
     struct Picture {
         QImage image;
         QString source;
@@ -49,7 +48,7 @@ private:
     struct Drawn {
         QImage image;
         bool isDark = false;
-        QString source = {}; ///< of the picture; empty for the launcher's own
+        QString source = {}; ///< the picture's; empty for the launcher's own
     };
 
     static Picture keptPicture(const FileSystem& files, const QString& path);
@@ -60,10 +59,10 @@ private:
     void draw(QSize size, bool isDark);
 
     const Machine& _machine;
-    bool _hadWanted = true; ///< when it was last looked for
-    Picture _picture;       ///< none: the launcher's own
+    bool _hadWanted = true; ///< at the last check
+    Picture _picture;       ///< null for the launcher's own
     Drawn _drawn;
-    QSize _drawingSize; ///< of what a worker draws
+    QSize _drawingSize; ///< being rendered on a worker
     bool _isDrawingDark = false;
     Task _looking;
     Task _drawing;

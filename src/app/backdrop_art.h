@@ -4,19 +4,17 @@
 
 namespace tessellar {
 
-// What lies behind the tiles. Pure; any thread.
+// Backgrounds behind the tiles. Pure; thread-safe.
 
-/// The launcher's own: a night sky, dithered, for a gradient of eight bits shows bands on a large
-/// screen.
+/// The launcher's own: a night sky, dithered to avoid the bands of an 8-bit gradient on a large screen.
 QImage backdropArt(QSize size);
 
-/// A picture that is to lie behind the tiles, small and blurred; null when the bytes are none that can
-/// be read, or are of more than 400 million pixels.
+/// A small blurred version of a picture; null if it cannot be decoded or has more than 400 million
+/// pixels.
 QImage blurredPicture(const QByteArray& encoded);
 
-/// A blurred picture in the size of a window, which it fills, cut at two sides where their shapes
-/// differ. Its light is held down so that white labels stand out by 4.5:1 everywhere, and by more where
-/// the user wants it dark.
+/// Scales a blurred picture to fill a window, cropping if necessary. Darkened so that white labels have
+/// a contrast of at least 4.5:1 everywhere, and further if `isDark`.
 QImage pictureBackdrop(const QImage& blurred, QSize size, bool isDark);
 
 } // namespace tessellar

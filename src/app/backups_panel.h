@@ -10,23 +10,23 @@ namespace tessellar {
 
 struct BackupSummary;
 
-/// The sheet about backups of the arrangement in QML's terms.
+/// The sheet of the arrangement's backups, for QML.
 class BackupsPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     /// {name, title, text}, newest first.
     Q_PROPERTY(QVariantList backups READ backups NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed) ///< in place of a list
+    Q_PROPERTY(QString summary READ summary NOTIFY changed) ///< shown instead of an empty list
 
 public:
     explicit BackupsPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
 
     const QVariantList& backups() const { return _backups; }
     QString summary() const;
-    /// Looks at the disk; the list is empty until that is done.
+    /// Reads the backups from disk; the list is empty until then.
     void refresh();
-    /// Asks first. In the mode that is shown.
+    /// Asks for confirmation; restores into the mode shown.
     Q_INVOKABLE void restore(const QString& name);
 
 Q_SIGNALS:

@@ -11,7 +11,7 @@
 
 namespace tessellar {
 
-/// A month to pick a day from, below a field of the window. Does not know what the day is for.
+/// A calendar popup for picking a day, independent of what the day is for.
 class DayPicker : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -20,11 +20,11 @@ class DayPicker : public QObject {
     Q_PROPERTY(QPointF position READ position NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QStringList weekdays READ weekdays NOTIFY changed)
-    /// {text, name, isInMonth, isToday, isChosen, isCurrent} of six weeks.
+    /// Six weeks of {text, name, isInMonth, isToday, isChosen, isCurrent}.
     Q_PROPERTY(QVariantList days READ days NOTIFY changed)
 
 public:
-    /// What the month around a day looks like.
+    /// Returns the month around a day.
     using MonthOf = std::function<SmartFolderMonth(QDate)>;
     using Choose = std::function<void(QDate)>;
 
@@ -37,10 +37,10 @@ public:
     void open(QPointF position, QDate current, MonthOf monthOf, Choose choose);
     Q_INVOKABLE void close();
     Q_INVOKABLE void turn(int months);
-    /// Picks one of the days that are shown.
+    /// Picks one of the days shown, by index.
     Q_INVOKABLE void choose(int place);
     Q_INVOKABLE void goToToday();
-    /// While it is open, all keys are its own.
+    /// Receives all keys while open.
     void pressKey(int key);
 
 Q_SIGNALS:
@@ -51,7 +51,7 @@ private:
     void choose(QDate day);
 
     QPointF _position;
-    QDate _current; ///< the keyboard's
+    QDate _current; ///< selected with the keyboard
     SmartFolderMonth _month;
     MonthOf _monthOf;
     Choose _choose;

@@ -10,8 +10,8 @@
 
 namespace tessellar {
 
-/// Where tiles lie in a window, in its own pixels. Whole numbers, so that icons are drawn as they were
-/// decoded and not smoothed a second time.
+/// The layout of tiles in a window, in its own pixels: whole numbers, so that icons are drawn as
+/// decoded, without smoothing them again.
 struct GridMetrics {
     Q_GADGET
     QML_VALUE_TYPE(gridMetrics)
@@ -32,26 +32,26 @@ public:
     int cellWidth = 0;
     int cellHeight = 0;
     int iconSide = 0;
-    int labelPixels = 13; ///< height of the label's font
+    int labelPixels = 13; ///< font height
 
     bool operator==(const GridMetrics&) const = default;
 };
 
-/// The grid of a page in full screen: cells share the area that the margins and the page dots leave.
+/// A page's grid in full screen: cells share the area inside the margins, above the page dots.
 GridMetrics fullScreenMetrics(QSizeF window, const GridGeometry& geometry,
                               std::optional<double> labelFontSize);
 
-/// The grid of a page in a window: icons and spacing have the sizes of the settings as far as the
-/// window holds them; what is left over becomes spacing.
+/// A page's grid in a window: icons and spacing have the sizes in the settings, as far as they fit;
+/// extra room becomes spacing.
 GridMetrics windowedMetrics(QSizeF window, const ArrangementLayout& layout);
-/// The window that fits the settings exactly, unless they name a size.
+/// The window size that fits the settings exactly, unless they specify one.
 QSizeF windowedSize(const ArrangementLayout& layout);
 
-/// An open folder over a grid with these metrics. The panel is as large as its tiles need: `tiles` on
-/// the fullest page, of `pages`.
+/// An open folder over a grid with these metrics. The panel is as large as needed for `pages` pages
+/// with at most `tiles` tiles.
 struct FolderMetrics {
     QRectF panel;
-    GridMetrics grid; ///< relative to the panel; its columns are those that are used
+    GridMetrics grid; ///< relative to the panel; only the columns in use
 };
 FolderMetrics folderMetrics(QSizeF window, const GridMetrics& grid, const ArrangementLayout& layout,
                             qsizetype tiles, qsizetype pages);

@@ -8,25 +8,25 @@ namespace tessellar {
 
 class SmartFolderLibrary;
 
-/// How many of its tiles a folder's tile previews.
+/// The maximum number of tiles in a folder's preview.
 constexpr qsizetype previewCount = 9;
 
 IconWish iconWish(const AppEntry& app);
 
-/// What a folder's tile previews: the applications among its first tiles, a nested folder standing
-/// with its own first application.
+/// The icons in a folder's preview: the applications among its first tiles, and the first application
+/// of each nested folder.
 QList<IconWish> previewIcons(const FolderEntry& folder);
 
-/// What a picture of a page shows.
+/// The icons in a thumbnail of a page.
 QList<IconWish> pageIcons(const Page& page);
 
 /// The tiles of a page for a `PagePicture`.
 QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolders);
 
-/// The icons that a window wants, in the order in which the user is likely to see them: first the page
-/// that is shown (of what lies over the grid before the grid's), then the pages beside it and the
-/// inside of the folders on it, then all of the grid. Folders count with what their previews show.
-/// `over` is the open folder, or what was found; null when nothing lies over the grid.
+/// The icons wanted by a window, in the order in which the user will probably see them: the current
+/// page (of `over` first, then of the grid), then the pages beside it and the contents of its folders,
+/// then the rest of the grid. Folders count as the icons in their previews. `over` is the open folder
+/// or the search results; null if neither covers the grid.
 IconLoader::Wishes iconWishes(const GridModel& grid, const GridModel* over);
 
 } // namespace tessellar

@@ -9,7 +9,7 @@
 
 namespace tessellar {
 
-/// Shows one image, pixel for pixel where the item has its size.
+/// Shows one image, pixel for pixel if the item has its size.
 class ImageItem : public QQuickItem {
     Q_OBJECT
 
@@ -17,9 +17,9 @@ public:
     explicit ImageItem(QQuickItem* parent = nullptr);
 
 protected:
-    /// Calls `image()` again before the next frame.
+    /// Makes the next frame call `image()` again.
     void refresh();
-    /// Takes another source in place of the former one, and listens to it.
+    /// Switches to another source and connects to its signal.
     template <typename Source, typename Signal, typename Call>
     void follow(QPointer<Source>& source, Source* now, Signal signal, Call call) {
         if (source == now)
@@ -31,7 +31,7 @@ protected:
             connect(source, signal, this, std::move(call));
         refresh();
     }
-    /// The image for a number of screen pixels.
+    /// The image for a size in physical pixels.
     virtual QImage image(QSize pixels) = 0;
 
     QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData*) override;
@@ -41,7 +41,7 @@ private:
     bool _isChanged = true;
 };
 
-/// The picture of a tile: an application's icon, a folder's contents or its symbol.
+/// A tile's image: an application's icon, or a folder's contents or symbol.
 class IconItem : public ImageItem {
     Q_OBJECT
     QML_ELEMENT
@@ -58,7 +58,7 @@ public:
 
     void setIcons(TileIcons* icons);
     void setKind(Kind kind);
-    /// The application's, or those that a folder previews.
+    /// The application's key, or those in a folder's preview.
     void setAppKeys(const QStringList& appKeys);
     void setSymbolName(const QString& symbolName);
 
@@ -72,15 +72,15 @@ private:
     QString _symbolName;
 };
 
-/// A small picture of a page of the grid.
+/// A thumbnail of a page.
 class PagePicture : public ImageItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons WRITE setIcons REQUIRED)
     Q_PROPERTY(int rows MEMBER _rows WRITE setRows)
     Q_PROPERTY(int columns MEMBER _columns WRITE setColumns)
-    Q_PROPERTY(bool isMirrored MEMBER _isMirrored WRITE setMirrored) ///< the first tile is at the right
-    /// {kind, appKeys, symbolName} by slot, with the kinds of `IconItem`.
+    Q_PROPERTY(bool isMirrored MEMBER _isMirrored WRITE setMirrored) ///< right to left
+    /// {kind, appKeys, symbolName} per slot; kinds as in `IconItem`.
     Q_PROPERTY(QVariantList tiles MEMBER _tiles WRITE setTiles)
 
 public:
@@ -103,12 +103,12 @@ private:
     QVariantList _tiles;
 };
 
-/// What lies behind the tiles.
+/// The background behind the tiles.
 class BackdropItem : public ImageItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(tessellar::Backdrop* backdrop MEMBER _backdrop WRITE setBackdrop REQUIRED)
-    Q_PROPERTY(bool isDark MEMBER _isDark WRITE setDark) ///< as the user wants panels
+    Q_PROPERTY(bool isDark MEMBER _isDark WRITE setDark) ///< the user prefers dark panels
 
 public:
     using ImageItem::ImageItem;

@@ -10,17 +10,17 @@
 
 namespace tessellar {
 
-/// The sheet about one application in QML's terms. It only shows.
+/// The read-only sheet about one application, for QML.
 class InformationPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(QString appKey READ appKey NOTIFY changed)
     Q_PROPERTY(QString name READ name NOTIFY changed)
-    Q_PROPERTY(QString version READ version NOTIFY changed) ///< "Version 1.2 (34)", or empty
+    Q_PROPERTY(QString version READ version NOTIFY changed) ///< "Version 1.2 (34)"; may be empty
     /// {title, rows: {label, text, isKnown, path}}.
     Q_PROPERTY(QVariantList sections READ sections NOTIFY changed)
-    Q_PROPERTY(bool isPending READ isPending NOTIFY changed) ///< more will come
+    Q_PROPERTY(bool isPending READ isPending NOTIFY changed) ///< more is being gathered
 
 public:
     InformationPanel(LauncherViewModel& viewModel, Machine& machine)

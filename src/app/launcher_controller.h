@@ -34,8 +34,8 @@
 
 namespace tessellar {
 
-/// The window in QML's terms: the parts that it consists of, and what keys, clicks and menus mean in
-/// it. Keeps the parts in step with the view model. Holds no rules.
+/// The window for QML: its parts, and the meaning of keys, clicks and menus. Keeps the parts in sync
+/// with the view model. Contains no rules.
 class LauncherController final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -43,14 +43,14 @@ class LauncherController final : public QObject {
 
     Q_PROPERTY(bool isReady READ isReady NOTIFY readyChanged)
     Q_PROPERTY(bool isWindowed READ isWindowed NOTIFY modeChanged)
-    /// A sheet or an alert lies over the tiles and has the keyboard and the pointer.
+    /// A sheet or alert covers the tiles and receives keys and clicks.
     Q_PROPERTY(bool isCovered READ isCovered NOTIFY coveredChanged)
     Q_PROPERTY(tessellar::TileIcons* icons READ icons CONSTANT)
     Q_PROPERTY(tessellar::Backdrop* backdrop READ backdrop CONSTANT)
-    /// "light", "dark", or anything else for what the system has.
+    /// "light", "dark", or any other value to follow the system.
     Q_PROPERTY(QString appearance READ appearance NOTIFY appearanceChanged)
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY appearanceChanged)
-    /// Of the usual size.
+    /// Relative to the usual size.
     Q_PROPERTY(double textScale READ textScale NOTIFY appearanceChanged)
 
     Q_PROPERTY(tessellar::GridModel* grid READ grid CONSTANT)
@@ -78,9 +78,9 @@ class LauncherController final : public QObject {
 public:
     LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Machine& machine);
 
-    /// The size of the window in its own pixels, and how many of the screen's each of them has.
+    /// The window's size in its own pixels, and the physical pixels per pixel.
     void setWindow(QSizeF size, double pixelRatio);
-    /// Closes and clears what the user left behind, for the next time that the window is shown.
+    /// Closes popups and clears the user's state, for the next time the window is shown.
     void startAfresh();
 
     bool isReady() const { return _viewModel.isBootstrapped(); }
@@ -114,33 +114,32 @@ public:
     QString notice() const;
     static QString unavailableNotice() { return LiveLayout::unavailableNotice(); }
 
-    /// What a tile of the arrangement shows, by the names of its model's roles.
+    /// A tile's data, keyed by the names of the model's roles.
     Q_INVOKABLE QVariantMap tileView(const QString& tileId) const;
-    /// Launches an application, opens a folder.
+    /// Launches an application or opens a folder.
     Q_INVOKABLE void activate(const QString& tileId);
-    /// A click on a tile opens it. With the control key it joins the selection or leaves it, with shift
-    /// all from the anchor to it are selected; with a modifier nothing is ever opened.
+    /// A click opens a tile. With Control it toggles the tile's selection, with Shift it selects the
+    /// range from the anchor; with any modifier nothing opens.
     Q_INVOKABLE void click(const QString& tileId, int modifiers);
-    /// A click beside the tiles: ends a search or a selection, or closes a launcher that fills the
-    /// screen.
+    /// A click outside the tiles: clears the search or selection, or closes a full-screen launcher.
     Q_INVOKABLE void clickBeside();
-    /// Selects just these tiles of the page, or these besides those that are.
+    /// Selects only these tiles of the page, or adds them to the selection.
     Q_INVOKABLE void selectTiles(const QStringList& tileIds, bool adds);
-    /// One step back: an alert, a search, a folder, the window.
+    /// Goes back one step: an alert, a search, a folder, the window.
     Q_INVOKABLE void escape();
-    /// A Qt::Key with Qt::KeyboardModifiers; true when it means something here.
+    /// Takes a Qt::Key and Qt::KeyboardModifiers; true if handled.
     Q_INVOKABLE bool pressKey(int key, int modifiers = 0, const QString& text = {});
-    /// Text that comes while no field has the keyboard.
+    /// Text typed while no field has the focus.
     Q_INVOKABLE bool type(const QString& text);
-    /// The menu of a tile, or of the background where there is no identifier.
+    /// The menu of a tile, or of the background if `tileId` is empty.
     Q_INVOKABLE void openMenu(const QString& tileId, QPointF point);
     Q_INVOKABLE void openArrangements();
     Q_INVOKABLE void openBackups();
-    /// Whether there is something to be answered, or read, before all else.
+    /// True while a welcome or release notes are shown.
     bool isWelcoming() const;
-    /// The ways to arrange what is installed; to a new user with a welcome.
+    /// Opens the ways to rearrange all applications; on the first run, with a welcome.
     void openArranging(bool isFirstRun);
-    /// What can be done about an application's update.
+    /// Opens the menu for an application's update.
     Q_INVOKABLE void openUpdateMenu(const QString& appKey, QPointF point);
 
 Q_SIGNALS:
@@ -149,9 +148,9 @@ Q_SIGNALS:
     void appearanceChanged();
     void coveredChanged();
     void noticeChanged();
-    /// The Menu key was pressed: the selected tile knows where it lies.
+    /// The Menu key was pressed; handled by the selected tile, which knows its position.
     void menuWanted(const QString& tileId);
-    /// The window is to go.
+    /// The window should close.
     void closeRequested();
 
 private:
@@ -171,9 +170,9 @@ private:
     void nameFolderAround(const QUuid& tile);
     TileDrag::Area dragArea() const;
 
-    /// The tiles that keys and clicks are about: what was found, the open folder's, the grid's.
+    /// The tiles that keys and clicks apply to: search results, open folder or grid.
     GridModel& shown();
-    /// Each has the keyboard while it is open.
+    /// Each receives all keys while open.
     std::array<MenuModel*, 3> menus() { return {&_menu, _smartFolder.choices(), _arrangements.menu()}; }
     void unselect() { _viewModel.shown().select(std::nullopt); }
     void selectRange(const QUuid& to);
@@ -195,9 +194,9 @@ private:
     QSizeF _windowSize;
     double _pixelRatio = 1;
     ShownPages _shownPages;
-    ShownPages _formerPages; ///< before they last changed
+    ShownPages _formerPages; ///< before the last change
     std::optional<QUuid> _lastReflow;
-    QSet<QUuid> _cut; ///< tiles that wait to be pasted
+    QSet<QUuid> _cut; ///< waiting to be pasted
     GridModel _grid;
     OpenFolder _folder;
     TileSearch _search;

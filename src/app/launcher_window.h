@@ -10,12 +10,12 @@
 
 namespace tessellar {
 
-/// The launcher's window on the screen, with everything in it.
+/// The launcher's window and its contents.
 class LauncherWindow final : public QObject {
     Q_OBJECT
 
 public:
-    /// Starts the view model and makes the window while it runs. `screen` is the size of a full-screen
+    /// Starts the view model, creating the window meanwhile. `screen` is the size of a full-screen
     /// window; empty for that of the screen.
     LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize screen = {});
     ~LauncherWindow() override;
@@ -27,28 +27,28 @@ public:
 
     void show();
     void hide();
-    /// Hides it and says so, as the user does.
+    /// Hides it and emits `closed`, as when the user closes it.
     void close();
-    /// Offers ways to arrange what is installed, where there was no arrangement before; after an update
-    /// of the launcher itself says what is new, as its changelog has it.
+    /// Offers initial arrangements if nothing was arranged yet; after an update of the launcher shows
+    /// the changelog's news.
     void welcome(const QString& changelog, const QString& version);
-    /// From now on it fades when it closes, and when it is shown again.
+    /// From now on it fades in and out.
     void fadeWhenClosed() { _fades = true; }
-    /// Shows everything in the language that texts are given in now.
+    /// Shows all texts in the current language.
     void retranslate();
-    /// Follows the language and region of the system's settings.
+    /// Follows the system's language and region.
     void followSystemLocale();
-    /// What depends on the day is looked at again when the clock leaps.
+    /// Refreshes what depends on the day when the clock jumps.
     void followClock(std::unique_ptr<ClockWatch> watch);
-    /// From now on the program ends when its window has gone, but not before updates that run or wait
-    /// are over: `ended` says when. A window that is shown again meanwhile stays.
+    /// From now on the program ends once the window is closed and no updates are running or queued,
+    /// emitting `ended`. A window shown again meanwhile stays.
     void endWhenClosed();
 
-    /// True once the arrangement is loaded and the icons of the visible page are decoded.
+    /// True once the arrangement and the icons of the visible page are loaded.
     bool isComplete() const;
-    /// Calls `done` once, after the first frame that shows all of that.
+    /// Calls `done` once, after the first complete frame.
     void whenComplete(std::function<void()> done);
-    /// The window as it would be drawn now.
+    /// The window rendered to an image.
     QImage photograph();
 
 Q_SIGNALS:
@@ -79,9 +79,9 @@ private:
     QQuickView _view;
     QSize _screen;
     QMetaObject::Connection _screenChanged;
-    QRect _fitted; ///< what the window was given when it was last laid out
+    QRect _fitted; ///< the geometry last assigned
     LauncherWindowMode _mode;
-    bool _swallowsClick = false; ///< the press was for a name that was being typed
+    bool _swallowsClick = false; ///< the press ended an edit of a name
     bool _hasDrawn = false;
     bool _fades = false;
     Timer _leaving;

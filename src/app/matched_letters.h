@@ -4,9 +4,9 @@
 
 namespace tessellar {
 
-/// A name with the letters that a query matches set off, as `<b>`, in what Qt calls styled text: as a
-/// whole at the start of a word where it is there, else anywhere, else letter by letter in their order.
-/// Empty where it does not match the name.
+/// Marks the letters of a name that match a query, with `<b>` in Qt's styled text: as a whole at the
+/// start of a word if possible, else anywhere, else letter by letter in order. Empty if the name does
+/// not match.
 QString markedLabel(const QString& name, const QString& query, const Locale& locale);
 
 } // namespace tessellar

@@ -9,14 +9,13 @@
 
 namespace tessellar {
 
-/// The open menu: its lines, those of one submenu, and the lines that are current. Does not know what
-/// the entries do.
+/// The open menu: its entries, one submenu, and the current entries. Does not know what the entries do.
 class MenuModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
-    Q_PROPERTY(QPointF position READ position NOTIFY changed) ///< of the pointer that opened it
+    Q_PROPERTY(QPointF position READ position NOTIFY changed) ///< of the pointer when it was opened
     Q_PROPERTY(QVariantList entries READ entries NOTIFY changed)
     Q_PROPERTY(int current READ current NOTIFY currentChanged) ///< -1 for none
     /// The entry whose submenu is shown, or -1.
@@ -35,12 +34,11 @@ public:
 
     void open(const QList<MenuEntry>& entries, QPointF position, int current = -1);
     Q_INVOKABLE void close();
-    /// The pointer is over a line.
+    /// The pointer moved over an entry.
     Q_INVOKABLE void hover(bool isSubmenu, int index);
-    /// A line is chosen: its submenu opens, or it is performed.
+    /// Chooses an entry: opens its submenu or emits `chosen`.
     Q_INVOKABLE void choose(bool isSubmenu, int index);
-    /// While the menu is open, all keys are its own. Letters go to the next entry that begins with
-    /// what was typed.
+    /// Receives all keys while open. Letters select the next entry starting with the text typed.
     void pressKey(int key, const QString& text = {});
 
 Q_SIGNALS:
@@ -54,7 +52,7 @@ private:
     void step(int by);
     void goTo(bool isLast);
     void typeAhead(const QString& text);
-    /// The lines that the keyboard is in, and which of them is current.
+    /// The entries that the keyboard navigates, and the current one.
     const QList<MenuEntry>& lines() const { return _subCurrent >= 0 ? sub() : _entries; }
     int& line() { return _subCurrent >= 0 ? _subCurrent : _current; }
     void setLine(int line);
@@ -65,7 +63,7 @@ private:
     int _current = -1;
     int _parent = -1;
     int _subCurrent = -1;
-    QString _typed; ///< of the word that the current line begins with
+    QString _typed; ///< start of the current entry's title
 };
 
 } // namespace tessellar

@@ -7,20 +7,20 @@
 
 namespace tessellar {
 
-/// Pages that are turned by wheel and trackpad, by swipe (`drag`, `release`) and by program (`page`).
-/// QML lays their contents out along `position`.
+/// Pages turned by wheel and trackpad, by swiping (`drag`, `release`) and programmatically (`page`).
+/// QML lays out their contents by `position`.
 class PagerItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(int pageCount READ pageCount WRITE setPageCount NOTIFY pageCountChanged)
-    /// The page shown, or the one that it is moving to.
+    /// The current page, or the one it is moving to.
     Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
-    /// In pages; a fraction while they move.
+    /// In pages; fractional while moving.
     Q_PROPERTY(double position READ position NOTIFY positionChanged)
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY positionChanged)
-    /// For who wants little motion: pages follow a finger, and never move by themselves.
+    /// For reduced motion: pages follow a finger, but are never animated.
     Q_PROPERTY(bool jumps MEMBER _jumps NOTIFY jumpsChanged)
-    /// Drawn from right to left: wheel and trackpad turn them the other way.
+    /// Right to left: wheel and trackpad are reversed.
     Q_PROPERTY(bool isMirrored MEMBER _isMirrored NOTIFY isMirroredChanged)
 
 public:
@@ -33,12 +33,11 @@ public:
     double position() const { return _motion.position(); }
     bool isMoving() const { return !_motion.isAtRest() && !_motion.isDragged(); }
 
-    /// A finger moves the pages by this many pixels, to the right where positive, and lets them go with
-    /// a speed in pixels a second.
+    /// Drags by pixels, to the right if positive, and releases at a velocity in pixels per second.
     Q_INVOKABLE void drag(double pixels);
     Q_INVOKABLE void release(double velocity);
     Q_INVOKABLE void advance(double seconds);
-    /// There at once, without moving.
+    /// Without animation.
     Q_INVOKABLE void jumpTo(int page);
 
 Q_SIGNALS:
@@ -47,14 +46,14 @@ Q_SIGNALS:
     void positionChanged();
     void jumpsChanged();
     void isMirroredChanged();
-    /// The user has turned to a page.
+    /// The user turned to a page.
     void turned(int page);
 
 protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
-    /// Does something to the motion and says what has changed.
+    /// Changes the motion and emits signals for the differences.
     template <typename Change>
     void change(bool byUser, Change change);
 
@@ -63,7 +62,7 @@ private:
     bool _isMirrored = false;
     WheelPaging _wheel;
     std::uint64_t _lastScroll = 0;
-    double _scrollVelocity = 0; ///< pixels a second
+    double _scrollVelocity = 0; ///< in pixels per second
 };
 
 } // namespace tessellar

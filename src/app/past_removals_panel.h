@@ -9,14 +9,14 @@
 
 namespace tessellar {
 
-/// The sheet of past removals in QML's terms: what may be put back, also after a restart.
+/// The sheet of past removals, for QML: what can be restored, even after a restart.
 class PastRemovalsPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    /// {id, name, text, canPutBack}, the last one first.
+    /// {id, name, text, canPutBack}, latest first.
     Q_PROPERTY(QVariantList removals READ removals NOTIFY changed)
-    Q_PROPERTY(QString message READ message NOTIFY changed) ///< instead of a list
+    Q_PROPERTY(QString message READ message NOTIFY changed) ///< shown instead of a list
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY changed)
 
 public:
@@ -26,7 +26,7 @@ public:
     const QString& message() const { return _message; }
     bool isMoving() const { return _viewModel.cleanup().isMoving(); }
 
-    /// Begins to list them, and lists them anew whenever something has been moved.
+    /// Lists the removals, and again whenever something was moved.
     void open();
     Q_INVOKABLE void close();
     Q_INVOKABLE void putBack(const QString& id);

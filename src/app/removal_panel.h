@@ -11,7 +11,7 @@
 
 namespace tessellar {
 
-/// The items that may go, in the order of the review. Sizes and choices change single rows.
+/// The removable items, in review order. Sizes and selection update single rows.
 class RemovalItems final : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -36,7 +36,7 @@ public:
     void refresh();
 
 private:
-    /// What of a row changes while it is shown.
+    /// The part of a row that changes while it is shown.
     struct Row {
         std::optional<std::uint64_t> size;
         bool isSizePartial = false;
@@ -51,25 +51,25 @@ private:
     std::vector<Row> _rows;
 };
 
-/// The sheet of a removal in QML's terms.
+/// The sheet of a removal, for QML.
 class RemovalPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
-    Q_PROPERTY(QString phase READ phase NOTIFY changed) ///< the name of the launcher's
+    Q_PROPERTY(QString phase READ phase NOTIFY changed) ///< the phase's name
     Q_PROPERTY(QString appName READ appName NOTIFY changed)
     Q_PROPERTY(tessellar::RemovalItems* items READ items CONSTANT)
-    Q_PROPERTY(QString total READ total NOTIFY changed)     ///< of what goes
-    Q_PROPERTY(QString staying READ staying NOTIFY changed) ///< what does not; empty when all goes
+    Q_PROPERTY(QString total READ total NOTIFY changed)     ///< of the selected items
+    Q_PROPERTY(QString staying READ staying NOTIFY changed) ///< the items that stay; empty if none
     Q_PROPERTY(bool isAllSelected READ isAllSelected NOTIFY changed)
-    /// The row that keys are about; -1 before the first of them.
+    /// The keyboard's row; -1 if none.
     Q_PROPERTY(int currentRow READ currentRow NOTIFY changed)
     Q_PROPERTY(bool canRemove READ canRemove NOTIFY changed)
     Q_PROPERTY(bool canCancel READ canCancel NOTIFY changed)
-    Q_PROPERTY(QString noticeTitle READ noticeTitle NOTIFY changed) ///< of the warning
+    Q_PROPERTY(QString noticeTitle READ noticeTitle NOTIFY changed) ///< title of `warning`
     Q_PROPERTY(QString warning READ warning NOTIFY changed)
-    Q_PROPERTY(double progress READ progress NOTIFY changed) ///< from 0 to 1
+    Q_PROPERTY(double progress READ progress NOTIFY changed) ///< 0 to 1
     Q_PROPERTY(QString progressText READ progressText NOTIFY changed)
     Q_PROPERTY(QVariantList log READ log NOTIFY changed) ///< {text, isFailure}
     Q_PROPERTY(bool canRestore READ canRestore NOTIFY changed)
@@ -101,13 +101,13 @@ public:
     Q_INVOKABLE void selectAll(bool isSelected);
     Q_INVOKABLE void reveal(const QString& path);
     Q_INVOKABLE void remove();
-    /// Ends what is under way, or closes.
+    /// Stops the operation, or closes the sheet.
     Q_INVOKABLE void cancel();
     Q_INVOKABLE void restore();
-    /// While it is open, all keys are its own: arrows and Space choose, with Control (Command on a Mac)
-    /// A chooses all, R reveals and Backspace removes.
+    /// Receives all keys while open: arrows and Space select; with Control (Command on macOS) A selects
+    /// all, R reveals, Backspace removes.
     void pressKey(int key, bool withControl);
-    /// Shows what is so now: once a turn of the event loop, however many sizes have come in it.
+    /// Updates everything; once per turn of the event loop, however many sizes arrive.
     void refresh();
 
 Q_SIGNALS:

@@ -11,21 +11,20 @@
 
 namespace tessellar {
 
-/// Whether the launcher starts when its user logs in, as the system says. Empty where it cannot be
-/// asked for.
+/// Launching at login, as the system reports it. Empty if unsupported.
 struct LoginItem {
     std::function<bool()> isOn;
     std::function<std::expected<void, QString>(bool)> set;
 };
 
-/// What has become of the keys that show the launcher from anywhere.
+/// The state of the hot key that shows the launcher.
 enum class HotKeyState {
     taken,
-    refused, ///< they are another program's
-    away,    ///< this launcher ends with its window, and its keys with it
+    refused, ///< used by another program
+    away,    ///< the launcher quits with its window, releasing the key
 };
 
-/// The sheet about settings in QML's terms. Rows are of the one table; what is changed holds at once.
+/// The settings sheet, for QML. Rows come from the table of settings; changes apply immediately.
 class SettingsPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -34,7 +33,7 @@ class SettingsPanel final : public QObject {
     /// with a kind of "slider", "switch", "choice", "field", "action" or "note"; choices are
     /// {title, isChosen}.
     Q_PROPERTY(QVariantList sections READ sections NOTIFY changed)
-    /// Why the last change was not made; empty where it was.
+    /// Why the last change failed; empty if it succeeded.
     Q_PROPERTY(QString issue READ issue NOTIFY changed)
 
 public:
@@ -45,16 +44,16 @@ public:
     void setLoginItem(LoginItem item) { _loginItem = std::move(item); }
     void setHotKeyState(std::function<HotKeyState()> state) { _hotKeyState = std::move(state); }
 
-    /// Shows the grid with a value that is not stored yet.
+    /// Previews a grid setting without storing it.
     Q_INVOKABLE void tryOut(const QString& key, double value);
-    /// Stores it.
+    /// Stores a setting.
     Q_INVOKABLE void set(const QString& key, const QVariant& value);
     Q_INVOKABLE void choose(const QString& key, int index);
-    /// Back to what is usual.
+    /// Restores the default.
     Q_INVOKABLE void reset(const QString& key) { store(key, QJsonValue()); }
-    /// What the button of a row does.
+    /// Performs the action of a row's button.
     Q_INVOKABLE void act(const QString& key);
-    /// While it is shown, it follows what is set.
+    /// While shown, it follows changes of the settings.
     void setShown(bool isShown);
 
 Q_SIGNALS:
@@ -79,10 +78,10 @@ private:
     Machine& _machine;
     LoginItem _loginItem;
     std::function<HotKeyState()> _hotKeyState = [] { return HotKeyState::taken; };
-    QString _helper; ///< what is known of the removal helper
+    QString _helper; ///< state of the removal helper
     QString _issue;
     QVariantList _sections;
-    std::vector<Subscription> _shown; ///< while it is
+    std::vector<Subscription> _shown; ///< connected while shown
 };
 
 } // namespace tessellar

@@ -9,17 +9,17 @@
 
 namespace tessellar {
 
-/// The sheet that lies over the grid, one at a time; that of a removal is its panel's.
+/// The sheet over the grid, one at a time; except for removals, which have their own panel.
 class Sheets final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(QString current READ current NOTIFY changed) ///< one of those below, or empty
+    Q_PROPERTY(QString current READ current NOTIFY changed) ///< one of the names below, or empty
     Q_PROPERTY(QString news READ news NOTIFY changed)       ///< Markdown
-    Q_PROPERTY(QString appName READ appName NOTIFY changed) ///< of the application that it is about
-    /// Why what was last asked for in it was not done; empty where it was.
+    Q_PROPERTY(QString appName READ appName NOTIFY changed) ///< of the application it is about
+    /// Why its last request failed; empty if it did not.
     Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)
-    /// Something was typed in it, which would be lost if it were closed now.
+    /// The user entered something that closing would lose.
     Q_PROPERTY(bool isTyped READ isTyped WRITE setTyped)
 
 public:
@@ -46,12 +46,12 @@ public:
     void setTyped(bool isTyped) { _isTyped = isTyped; }
 
     void open(const QString& sheet, const AppEntry* app = nullptr);
-    /// Says what is new in the launcher itself.
+    /// Shows what is new in the launcher.
     void openNews(const QString& news);
     Q_INVOKABLE void close() { open({}); }
-    /// Closes it, after a question where something would be lost.
+    /// Closes the sheet, asking first if input would be lost.
     Q_INVOKABLE void leave();
-    /// Gives the application of the sheet the icon in a file of the host, and closes once it has it.
+    /// Sets the icon of the sheet's application to a file of the host, and closes on success.
     Q_INVOKABLE void changeIcon(const QString& file);
     Q_INVOKABLE static QString localFile(const QUrl& url) { return url.toLocalFile(); }
 

@@ -11,31 +11,31 @@
 
 namespace tessellar {
 
-/// The sheet of a smart folder's rules in QML's terms.
+/// The sheet for editing a smart folder's rules, for QML.
 class SmartFolderPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
-    Q_PROPERTY(QString symbolName READ symbolName WRITE setSymbolName NOTIFY changed) ///< or empty
+    Q_PROPERTY(QString symbolName READ symbolName WRITE setSymbolName NOTIFY changed) ///< may be empty
     Q_PROPERTY(QVariantList symbols READ symbols NOTIFY changed) ///< {name, isChosen, isDrawn}
     Q_PROPERTY(QString matchMode READ matchMode NOTIFY changed)
-    /// {field, predicate, joint, operands: {kind, text, needsInput, hasSuggestions}}; the joint stands
-    /// between operands.
+    /// {field, predicate, joint, operands: {kind, text, needsInput, hasSuggestions}}; `joint` is the
+    /// text between operands.
     Q_PROPERTY(QVariantList rules READ rules NOTIFY changed)
     Q_PROPERTY(QString sortField READ sortField NOTIFY changed)
     Q_PROPERTY(QString sortDirection READ sortDirection NOTIFY changed)
     Q_PROPERTY(bool hasLimit READ hasLimit WRITE setHasLimit NOTIFY changed)
     Q_PROPERTY(QString limitText READ limitText NOTIFY changed)
     Q_PROPERTY(bool isChanged READ isChanged NOTIFY changed)
-    /// Why it cannot be saved; empty when it can.
+    /// Why it cannot be saved; empty if it can.
     Q_PROPERTY(QString issue READ issue NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed)      ///< how many applications match
-    Q_PROPERTY(QVariantList matches READ matches NOTIFY changed) ///< {appKey, name} of the first ones
+    Q_PROPERTY(QString summary READ summary NOTIFY changed)      ///< the number of matches
+    Q_PROPERTY(QVariantList matches READ matches NOTIFY changed) ///< the first ones, as {appKey, name}
     Q_PROPERTY(QStringList matchKeys READ matchKeys NOTIFY changed)
     Q_PROPERTY(QString notice READ notice NOTIFY changed)
-    /// The menu of the button that was pressed last.
+    /// The menu of the last button pressed.
     Q_PROPERTY(tessellar::MenuModel* choices READ choices CONSTANT)
     Q_PROPERTY(tessellar::DayPicker* days READ days CONSTANT)
 
@@ -65,20 +65,20 @@ public:
     MenuModel* choices() { return &_choices; }
     DayPicker* days() { return &_days; }
 
-    /// Opens the menu of a button below a point of the window: "matchMode", "sortField",
-    /// "sortDirection", and of a rule "field", "predicate", "operand", "suggestion".
+    /// Opens a button's menu below a point of the window: "matchMode", "sortField", "sortDirection";
+    /// for a rule "field", "predicate", "operand", "suggestion".
     Q_INVOKABLE void openChoices(const QString& button, QPointF point, int rule = -1, int operand = -1);
     Q_INVOKABLE void type(int rule, int operand, const QString& text);
     Q_INVOKABLE void typeLimit(const QString& text);
-    /// A number or a day more or less; of the limit without a rule.
+    /// Changes a number or day by `by`; the limit if no rule is given.
     Q_INVOKABLE void step(int by, int rule = -1, int operand = -1);
-    /// Opens a month below a point of the window, to pick an operand's day from.
+    /// Opens the day picker for an operand below a point of the window.
     Q_INVOKABLE void openDays(QPointF point, int rule, int operand);
     Q_INVOKABLE void insertRule(int place) { editing().insertRule(place); }
     Q_INVOKABLE void removeRule(int rule);
     Q_INVOKABLE void save();
     Q_INVOKABLE void cancel();
-    /// Asks first where something would be lost.
+    /// Asks first if changes would be lost.
     void leave();
     void closePopups();
     void refresh();
@@ -87,7 +87,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    /// Whose menu is open.
+    /// The button whose menu is open.
     struct Button {
         QString name;
         QPointF point;

@@ -13,7 +13,7 @@
 
 namespace tessellar {
 
-/// A corner of the screens that the pointer is pushed into.
+/// A corner of the screens, which the pointer triggers by moving into it.
 class HotCorner {
 public:
     explicit HotCorner(Qt::Corner corner) : _corner(corner) {}
@@ -21,7 +21,7 @@ public:
     /// "topLeft", "topRight", "bottomLeft" or "bottomRight".
     static std::optional<HotCorner> named(const QString& name);
 
-    /// Whether the pointer has come into the corner with this movement: true once, until it has left.
+    /// True if this movement entered the corner; not again until the pointer has left.
     bool isEntered(QPoint pointer, const QList<QRect>& screens);
 
 private:
@@ -29,15 +29,15 @@ private:
     bool _isInside = false;
 };
 
-/// What brings a launcher without a window before the user: the settings "summon.hotKey", such as
+/// Shows a hidden launcher by hot key or hot corner: the settings "summon.hotKey", such as
 /// "option+space", and "summon.hotCorner".
 class Summons {
 public:
     Summons(const Settings& settings, Log& log, std::function<void()> summoned);
 
-    /// Does as the settings say now.
+    /// Applies the current settings.
     void apply();
-    /// Whether keys are set and are another program's, or cannot be had here.
+    /// True if a hot key is set but taken by another program, or unavailable.
     bool isKeyRefused() const { return _isKeyRefused; }
 
 private:

@@ -14,46 +14,43 @@
 
 namespace tessellar {
 
-/// Tiles that the pointer lifts, carries and puts down. Begins with a press on a tile; `dropAt` decides
-/// what a point means, the editor carries it out. What would happen is shown at every moment, and just
-/// that happens when the tiles are let go:
+/// Drags tiles with the pointer. Starts with a press on a tile; `dropAt` interprets the position, and
+/// the editor performs the drop. The result of dropping is always shown in advance:
 ///
-/// 1. While the pointer moves nothing flees from it: the tile that it aims at is marked, or a caret
-///    stands between two.
+/// 1. While the pointer moves, tiles stay in place: the target tile is marked, or a caret is shown
+///    between two.
 /// 2. Resting on a tile shows the folder that would be made, with its name; resting beside one makes
 ///    room.
-/// 3. Dwelling at an edge turns pages, over a folder opens it, beside its panel closes it. A folder
-/// that
-///    opened under the pointer takes the tiles in as a whole until the pointer has moved.
+/// 3. Dwelling at an edge turns pages, over a folder opens it, outside its panel closes it. A folder
+///    that opened under the pointer accepts the tiles as a whole until the pointer moves.
 class TileDrag final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(bool isPressed READ isPressed NOTIFY pressedChanged)
-    Q_PROPERTY(
-        QString heldId READ heldId NOTIFY pressedChanged) ///< pressed for a while: about to be lifted
+    Q_PROPERTY(QString heldId READ heldId NOTIFY pressedChanged) ///< about to be lifted
     Q_PROPERTY(bool isLifted READ isLifted NOTIFY changed)
     Q_PROPERTY(QStringList liftedIds READ liftedIds NOTIFY changed)
-    /// The one of them that the pointer took hold of.
+    /// The lifted tile that the pointer holds.
     Q_PROPERTY(QString heldTile READ heldTile NOTIFY changed)
     Q_PROPERTY(QPointF pointer READ pointer NOTIFY moved)
-    Q_PROPERTY(QPointF grip READ grip NOTIFY changed)             ///< of the pointer within the picture
-    Q_PROPERTY(QString targetId READ targetId NOTIFY dropChanged) ///< the tile that would take them in
-    /// Of the folder that would be made with it, once the pointer rests; empty before, and for others.
+    Q_PROPERTY(QPointF grip READ grip NOTIFY changed) ///< of the pointer, relative to the tile's image
+    Q_PROPERTY(QString targetId READ targetId NOTIFY dropChanged) ///< the tile that would accept them
+    /// The name of the folder that would be made, once the pointer rests; else empty.
     Q_PROPERTY(QString suggestedName READ suggestedName NOTIFY dropChanged)
-    /// The side at which the page is about to turn: -1 the left one, 1 the right one, 0 neither.
+    /// The side at which the page is about to turn: -1 left, 1 right, 0 neither.
     Q_PROPERTY(int turning READ turning NOTIFY dropChanged)
-    /// Where the picture was when it was let go last, in the window.
+    /// The tile last dropped, and where its image was in the window.
     Q_PROPERTY(QString releasedTile READ releasedTile NOTIFY changed)
     Q_PROPERTY(QPointF releasedAt READ releasedAt NOTIFY changed)
-    Q_PROPERTY(int revision READ revision NOTIFY dropChanged) ///< of what `slots` says
+    Q_PROPERTY(int revision READ revision NOTIFY dropChanged) ///< of what `slotsOf` returns
 
 public:
-    /// The pages over which tiles are carried, as they lie in the window.
+    /// The pages under the dragged tiles, as laid out in the window.
     struct Area {
         ShownPages pages;
         int page = 0;
-        QRectF frame; ///< of the window, or of the open folder's panel
+        QRectF frame; ///< in window coordinates: the window, or the open folder's panel
         GridMetrics cells;
         std::optional<QUuid> folder = {};
         bool rulesDecide = false;
@@ -66,7 +63,7 @@ public:
     static constexpr std::chrono::milliseconds turnDelay{600};
     static constexpr std::chrono::milliseconds openDelay{800};
     static constexpr std::chrono::milliseconds leaveDelay{350};
-    /// How far a hand that rests still trembles, in pixels.
+    /// How far a resting hand may move, in pixels.
     static constexpr double tremble = 6;
 
     TileDrag(LauncherViewModel& viewModel, Scheduler& scheduler, AreaNow area);
@@ -84,27 +81,26 @@ public:
     QString releasedTile() const { return _heldTile && !isLifted() ? toText(*_heldTile) : QString(); }
     QPointF releasedAt() const { return _pointer - _grip; }
     int revision() const { return _revision; }
-    /// The page past the last one is shown: letting go there makes a new one.
+    /// True while the page past the last one is shown; dropping there creates it.
     bool isOnNewPage() const { return _isOnNewPage; }
 
-    /// `picture` is where the tile's picture begins; points are of the window.
+    /// `picture` is the origin of the tile's image; points are in window coordinates.
     Q_INVOKABLE void press(const QString& tileId, QPointF point, QPointF picture);
     Q_INVOKABLE void move(QPointF point);
-    /// The press ends on its tile without having become a drag.
+    /// The press ended on its tile without becoming a drag.
     Q_INVOKABLE void letGo();
-    /// The tiles are put down where the pointer is.
+    /// Drops the tiles at the pointer.
     void drop();
-    /// They go back to where they were; true when there were any.
+    /// Cancels the drag; true if there was one.
     bool cancel();
-    /// The same, and the user is again where the drag began.
+    /// The same, also restoring the page and folders where the drag began.
     bool putBack();
-    /// The arrangement has changed under the tiles: those that are still shown stay in the hand, over
-    /// what lies there now. Ends when the one that the pointer holds is gone, or nothing may be moved.
+    /// The arrangement changed during the drag: tiles that are still shown stay lifted, over the new
+    /// contents. Cancels the drag if the held tile is gone, or moving is not allowed now.
     void follow();
-    /// The slots in which the tiles of a page are drawn; empty when each is in its own.
+    /// The slots in which a page's tiles are drawn; empty if all are in their own.
     Q_INVOKABLE QList<int> slotsOf(bool inFolder, int page) const;
-    /// Where between the tiles of a page they would go, in its pixels; empty where room is made
-    /// already.
+    /// The caret between the tiles of a page, in its pixels; empty if room has been made already.
     Q_INVOKABLE QRectF caretOf(bool inFolder, int page) const;
 
 Q_SIGNALS:
@@ -112,15 +108,15 @@ Q_SIGNALS:
     void changed();
     void moved();
     void dropChanged();
-    /// The pointer has left the ground with tiles: whoever shows the window takes its grab.
+    /// The tiles were lifted: the window's owner must grab the pointer.
     void lifted();
     void newPageChanged();
-    /// A tile has become a folder, and lies in it.
+    /// A folder was made of a tile, which is now in it.
     void folderMade(const QUuid& tile);
     void refused(const LauncherError& error);
 
 private:
-    /// The slot in which a page of some folder, or of the grid, has room.
+    /// The slot kept free on a page of a folder or the grid.
     struct Gap {
         std::optional<QUuid> folder;
         int page = -1;
@@ -129,11 +125,11 @@ private:
         bool isIn(const Area& area) const { return folder == area.folder && page == area.page; }
         bool operator==(const Gap&) const = default;
     };
-    /// What happens when the pointer stays where it is for a while.
+    /// What happens if the pointer stays here for a while.
     struct Rest {
-        QString name; ///< one that goes on has the same
+        QString name; ///< identifies it: the same name continues the wait
         std::chrono::milliseconds delay{0};
-        bool isStill = false; ///< moving within the target is no rest
+        bool isStill = false; ///< moving within the target restarts the wait
         std::function<void()> then;
     };
 
@@ -157,26 +153,26 @@ private:
     QPointF _pointer;
     QPointF _grip;
     std::optional<QUuid> _heldTile;
-    Navigation _before;   ///< where the user was when they were lifted
-    QList<QUuid> _lifted; ///< in the order of the arrangement
+    Navigation _before;   ///< the user's position when they were lifted
+    QList<QUuid> _lifted; ///< in arrangement order
     QSet<QUuid> _liftedSet;
     Drop _drop;
-    Gap _home; ///< where they were
+    Gap _home; ///< where the tiles were lifted
     Gap _gap;
     QString _suggestedName;
     int _turning = 0;
-    /// A folder that opened under the pointer, and where that was.
+    /// A folder that opened under the pointer, and the pointer's position then.
     std::optional<std::pair<QUuid, QPointF>> _sprung;
     int _revision = 0;
     bool _isOnNewPage = false;
     Timer _hold;
     Timer _rest;
-    QString _restingOn; ///< what the rest's timer waits for
-    QPointF _restPoint; ///< where that began
+    QString _restingOn; ///< the rest being waited for
+    QPointF _restPoint; ///< where the wait started
 };
 
-/// Takes the pointer's grab when tiles are lifted, so that they can be carried over pages and folders
-/// that come and go.
+/// Grabs the pointer when tiles are lifted, so that they can be dragged across changing pages and
+/// folders.
 class DragStage : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -186,7 +182,7 @@ public:
     explicit DragStage(QQuickItem* parent = nullptr);
 
     void setDrag(TileDrag* drag);
-    /// Presses are meant for what lies below.
+    /// Transparent to presses, which are for the items below.
     bool contains(const QPointF&) const override { return false; }
 
 protected:

@@ -7,8 +7,7 @@
 
 namespace tessellar {
 
-/// The images of tiles: icons as the loader decodes them, and what is drawn from them.
-/// Main thread only.
+/// The images of tiles: decoded icons, and drawings made from them. Main thread only.
 class TileIcons final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -26,7 +25,7 @@ public:
     QImage smartFolder(const QStringList& appKeys, const QString& symbolName, int side);
 
 Q_SIGNALS:
-    /// The icon of an app key has changed.
+    /// An icon changed.
     void ready(const QString& appKey);
 
 private:

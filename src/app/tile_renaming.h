@@ -8,12 +8,12 @@
 
 namespace tessellar {
 
-/// The tile whose name is being typed over its label.
+/// The tile whose name is being edited in place.
 class TileRenaming final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(QString tileId READ tileId NOTIFY changed) ///< empty for none
+    Q_PROPERTY(QString tileId READ tileId NOTIFY changed) ///< empty if none
 
 public:
     explicit TileRenaming(LauncherViewModel& viewModel) : _viewModel(viewModel) {}
@@ -23,7 +23,7 @@ public:
     Q_INVOKABLE void begin(const QString& tileId);
     Q_INVOKABLE void end(const QString& name);
     Q_INVOKABLE void cancel();
-    /// Cancelled when its tile is gone.
+    /// Cancels if the tile is gone.
     void refresh();
 
 Q_SIGNALS:

@@ -9,8 +9,7 @@ namespace tessellar {
 
 struct Machine;
 
-/// What is typed into the search field, and the pages of what it finds, best first. Only a page that
-/// is looked at is filled.
+/// The search field's text, and pages of results, best first. Pages are filled when first shown.
 class TileSearch final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -26,16 +25,16 @@ public:
     QString text() const { return _text; }
     void setText(const QString& text);
     void clear() { setText({}); }
-    /// Searches again: what can be found has changed.
+    /// Call when the searchable contents have changed.
     void refresh();
 
     GridModel* results() { return &_results; }
     const GridModel* results() const { return &_results; }
-    /// The nearest page there is.
+    /// Out of range pages become the nearest.
     void turnTo(int page);
     const std::optional<QUuid>& selected() const { return _selected; }
     void select(const QUuid& tile);
-    /// The result in a slot of the page that is shown.
+    /// The result in a slot of the current page.
     std::optional<QUuid> resultAt(int slot) const;
 
 Q_SIGNALS:
@@ -52,7 +51,7 @@ private:
     QList<SearchIndex::Hit> _hits;
     GridModel _results;
     std::optional<QUuid> _selected;
-    /// The folder that each application's tile lies in, by app key; until the layout changes.
+    /// The folder containing each application's tile, by app key; reset when the layout changes.
     std::optional<QHash<QString, QString>> _folders;
 };
 

@@ -12,14 +12,14 @@
 
 namespace tessellar {
 
-/// The sheet about what is not on the pages, in QML's terms.
+/// The sheet of everything that is not on the pages, for QML.
 class UnplacedPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    /// {title, text, kind, appKeys, action}; a row without an action is the title of those below it.
+    /// {title, text, kind, appKeys, action}; a row without an action is a heading.
     Q_PROPERTY(QVariantList rows READ rows NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed) ///< in place of a list
+    Q_PROPERTY(QString summary READ summary NOTIFY changed) ///< shown instead of an empty list
 
 public:
     UnplacedPanel(LauncherViewModel& viewModel, const Machine& machine)
@@ -27,10 +27,10 @@ public:
 
     const QVariantList& rows() const { return _rows; }
     QString summary() const;
-    /// Does what the button of a row says.
+    /// Performs the action of a row's button.
     Q_INVOKABLE void act(int row);
     void refresh();
-    /// The icons that it shows: what is hidden is on no page that would want them.
+    /// The icons shown: no page requests those of hidden applications.
     QList<IconWish> icons() const;
 
 Q_SIGNALS:
@@ -39,7 +39,7 @@ Q_SIGNALS:
 private:
     LauncherViewModel& _viewModel;
     const Machine& _machine;
-    QList<std::optional<UnplacedThing>> _things; ///< by row; none for a title
+    QList<std::optional<UnplacedThing>> _things; ///< by row; nullopt for headings
     QVariantList _rows;
     Lifetime _lifetime;
 };

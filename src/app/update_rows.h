@@ -11,8 +11,8 @@
 
 namespace tessellar {
 
-/// The lines of the sheet about updates: applications in sections, those that matter most first. What
-/// comes, goes and changes does so line by line, so that the keyboard stays where it is.
+/// The rows of the updates sheet: applications in sections, most important first. Changes are signalled
+/// row by row, so that the keyboard keeps its place.
 class UpdateRows final : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -20,16 +20,16 @@ class UpdateRows final : public QAbstractListModel {
 
 public:
     enum Role {
-        AppKeyRole = Qt::UserRole, ///< empty for the title of a section
+        AppKeyRole = Qt::UserRole, ///< empty for a heading
         NameRole,                  ///< of the application or the section
         TextRole,
-        DetailRole, ///< an updater's own words, or what the update brings
+        DetailRole, ///< an updater's own output, or the release notes
         SourceRole,
-        ActionRole, ///< what its button says; empty for none
+        ActionRole, ///< label of its button; may be empty
         CanActRole,
-        RunningRole, ///< its update runs, or waits for its turn
+        RunningRole, ///< its update is running or queued
         FailureRole,
-        OpenRole, ///< of a section whose applications are listed
+        OpenRole, ///< of a heading: the section is expanded
     };
 
     explicit UpdateRows(const LauncherViewModel& viewModel) : _viewModel(viewModel) {}
@@ -39,8 +39,8 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     void refresh();
-    /// Lists the applications of a section, or no longer. Only that of what cannot be checked, which is
-    /// mostly long, begins closed.
+    /// Expands or collapses a section. Only the section of applications that cannot be checked, usually
+    /// a long one, is collapsed initially.
     void toggle(int row);
     QString appKey(int row) const;
 

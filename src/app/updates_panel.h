@@ -10,7 +10,7 @@
 
 namespace tessellar {
 
-/// The sheet about updates in QML's terms.
+/// The updates sheet, for QML.
 class UpdatesPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -21,10 +21,10 @@ class UpdatesPanel final : public QObject {
     Q_PROPERTY(QVariantList intervals READ intervals NOTIFY changed) ///< {title, seconds, isChosen}
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
     Q_PROPERTY(bool isChecking READ isChecking NOTIFY changed)
-    Q_PROPERTY(double progress READ progress NOTIFY changed) ///< from 0 to 1
+    Q_PROPERTY(double progress READ progress NOTIFY changed) ///< 0 to 1
     Q_PROPERTY(QString progressText READ progressText NOTIFY changed)
     Q_PROPERTY(tessellar::UpdateRows* rows READ rows CONSTANT)
-    /// How many "Update All" would bring up to date.
+    /// How many applications "Update All" would update.
     Q_PROPERTY(int runnableCount READ runnableCount NOTIFY changed)
     Q_PROPERTY(bool isRunning READ isRunning NOTIFY changed)
 
@@ -48,11 +48,12 @@ public:
     Q_INVOKABLE void stepInterval(int by);
     Q_INVOKABLE void checkNow();
     Q_INVOKABLE void cancelCheck();
-    /// What a line's button does: brings the update or cancels it, lists a section or closes it.
+    /// Performs the action of a row's button: starts or cancels an update, expands or collapses a
+    /// section.
     Q_INVOKABLE void act(int row);
     Q_INVOKABLE void runAll();
     Q_INVOKABLE void cancelRun();
-    /// While it is shown, its list follows what is known.
+    /// While shown, the list follows changes.
     void setShown(bool isShown);
     void refresh();
 

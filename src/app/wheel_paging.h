@@ -5,12 +5,12 @@
 
 namespace tessellar {
 
-/// Turns the deltas of a wheel, or of a trackpad without phases, into pages: one for each notch of a
-/// wheel, one for each stroke of a trackpad, however long it coasts. Times in milliseconds.
+/// Converts the deltas of a wheel, or of a trackpad without phases, into page turns: one per notch of a
+/// wheel, one per stroke on a trackpad, however long it coasts. Times are in milliseconds.
 class WheelPaging {
 public:
-    /// A delta in eighths of a degree (120 a notch), to higher pages where positive. Returns by how
-    /// many pages to turn: -1, 0 or 1.
+    /// `delta` is in eighths of a degree (120 per notch), towards higher pages if positive. Returns the
+    /// number of pages to turn: -1, 0 or 1.
     int turn(int delta, std::uint64_t time);
 
 private:
