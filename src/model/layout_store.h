@@ -81,7 +81,7 @@ public:
     /// Starts scheduled and failed saves at once, without blocking.
     void hurry(LauncherWindowMode mode) { handOver(mode); }
     /// As `saveNow`, without blocking: `done` is called on the main thread, unless the store is
-    /// destroyed first. Does nothing if the mode is blocked.
+    /// destroyed first. If the mode is blocked, does nothing and never calls `done`.
     void saveBehind(LauncherWindowMode mode, const Document& document, BackgroundFile::Done done);
     /// Blocks until the document is on the disk.
     std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document);

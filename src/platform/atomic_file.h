@@ -9,8 +9,8 @@ namespace tessellar {
 /// Atomically replaces the file at `hostPath` with `bytes`: temporary file in the same folder, full
 /// write, fsync (F_FULLFSYNC on macOS), rename, fsync of the folder. Success means that the bytes are
 /// on the disk. After a failure, or a kill at any moment, the file is whole: the old one, or the new
-/// one if only the last fsync failed. An existing file keeps its mode, and its owner if the process may
-/// change owners; a new one is readable by its owner only. A symbolic link is replaced, not followed.
+/// one if only the last fsync failed. An existing file keeps its mode and, for root, its owner; a new
+/// one is readable by its owner only. A symbolic link is replaced, not followed.
 ///
 /// Temporary files are named ".tessellar-save-N". Later saves reuse those that killed processes left,
 /// so a folder never holds more of them than there were concurrent saves.

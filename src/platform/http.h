@@ -56,7 +56,7 @@ public:
 };
 
 /// HTTP/1.1 over Qt's secure sockets: no cookies, cache, credentials or compression. All connections
-/// share one thread, started with the first request, and take turns on it by bytes.
+/// share one thread, started with the first request, and take turns on it, reading in limited chunks.
 ///
 /// Used instead of QNetworkAccessManager, which reads response headers without a limit, byte by byte on
 /// one shared thread: a single endless header made every request of a check fail.

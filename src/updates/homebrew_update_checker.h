@@ -14,8 +14,8 @@ class HomebrewUpdateChecker final : public AppUpdateChecker {
 public:
     HomebrewUpdateChecker(Machine& machine, ToolLanes& lanes) : _machine(machine), _lanes(lanes) {}
 
-    /// A listing command: times out after 90 seconds and is killed if it ignores termination for a
-    /// second; its output is awaited one second more.
+    /// A listing command: times out after 90 seconds and is killed if it ignores termination for two
+    /// more.
     static Command listing(const Machine& machine, const QString& brew, QList<QByteArray> arguments);
 
     AppUpdateChannelKind kind() const override { return AppUpdateChannelKind::homebrewCask; }
