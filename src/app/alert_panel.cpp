@@ -42,7 +42,9 @@ bool AlertPanel::isDestructive() const {
 }
 
 void AlertPanel::refresh() {
-    _alerts += _viewModel.messages().takeAlerts();
+    for (const LauncherError& alert : _viewModel.messages().takeAlerts())
+        if (!_alerts.contains(alert)) // said once is enough
+            _alerts.append(alert);
     _isAcceptDefault = !isDestructive();
     Q_EMIT changed();
 }
@@ -60,12 +62,9 @@ void AlertPanel::answer(bool accepted) {
 }
 
 void AlertPanel::saveAgain() {
-    _viewModel.history().unsaved().whenSaved(
-        {}, UnsavedEdits::Whose::all,
-        [&messages = _viewModel.messages()](const UnsavedEdits::Outcome& saved) {
-            if (!saved)
-                messages.alert(offering(Remedy::saveAgain, saved.error()));
-        });
+    // Another failure raises another alert.
+    _viewModel.history().unsaved().whenSaved({}, UnsavedEdits::Whose::all,
+                                             [](const UnsavedEdits::Outcome&) {});
 }
 
 void AlertPanel::resetLayouts() {

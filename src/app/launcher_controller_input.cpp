@@ -205,6 +205,10 @@ bool LauncherController::pressKey(int key, int modifiers, const QString& text) {
         if (const QStringList selected = selectedIds(); selected.size() == 1)
             _renaming.begin(selected.first());
         return true;
+    case Qt::Key_F10:
+        if (!(modifiers & Qt::ShiftModifier))
+            return false;
+        [[fallthrough]];
     case Qt::Key_Menu:
         Q_EMIT menuWanted(selectedIds().value(0));
         return true;

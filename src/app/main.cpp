@@ -58,6 +58,19 @@ std::string manual(const CLI::App& app, const std::string& form) {
     return writeManual(outline, form);
 }
 
+/// The locale that a command line asks for, even one that cannot be parsed; empty for none.
+QString localeNamedBy(int argc, char** argv) {
+    const QString option = QStringLiteral("--locale");
+    for (int i = 1; i < argc; ++i) {
+        const QString word = QString::fromLocal8Bit(argv[i]);
+        if (word == option && i + 1 < argc)
+            return QString::fromLocal8Bit(argv[i + 1]);
+        if (word.startsWith(option + u'='))
+            return word.sliced(option.size() + 1);
+    }
+    return {};
+}
+
 /// Nothing when the program is to end with `status`.
 std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     CLI::App app{Texts::noop("Shows the installed applications as pages of tiles."), "tessellar"};
@@ -108,8 +121,8 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     } catch (const CLI::ParseError& error) {
         const QCoreApplication application(argc, argv); // translations belong to one
         Language language;
-        language.follow(std::nullopt,
-                        locale.empty() ? Locale::system() : Locale(QString::fromStdString(locale)));
+        const QString named = localeNamedBy(argc, argv);
+        language.follow(std::nullopt, named.isEmpty() ? Locale::system() : Locale(named));
         if (error.get_exit_code() == 0) { // help, or the version
             translateHelp(app);
             status = app.exit(error);

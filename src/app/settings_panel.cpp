@@ -268,8 +268,12 @@ void SettingsPanel::setShown(bool isShown) {
     if (isShown != _shown.empty())
         return;
     _shown.clear();
-    if (!isShown)
+    if (!isShown) {
+        // What was only tried out is not to stay.
+        for (const LauncherWindowMode mode : LiveLayouts::modes)
+            _viewModel.layout(mode).refresh();
         return;
+    }
     _issue.clear();
     const auto follow = [this](auto& signal) { _shown.push_back(signal.connect([this] { show(); })); };
     follow(_viewModel.settingsChanged);

@@ -42,8 +42,9 @@ ArrangementShelf::Done answering(const Call& call,
 }
 /// The same, where the sentence names it.
 ArrangementShelf::Done answering(const Call& call, const QString& sentence) {
-    return answering(call,
-                     [sentence](const ArrangementSummary& saved) { return sentence.arg(saved.name); });
+    return answering(call, [sentence](const ArrangementSummary& saved) {
+        return sentence.arg(saved.name.isEmpty() ? toText(saved.id) : saved.name);
+    });
 }
 
 void addList(CommandSet& set, CLI::App* group) {

@@ -17,7 +17,7 @@ constexpr qint64 maximumItemsFile = 16 << 20;
 
 QString sizeText(std::uint64_t bytes, bool isPartial) {
     const QString size =
-        QLocale::c().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+        QLocale().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
     return isPartial ? Texts::tr("at least %1").arg(size) : size;
 }
 

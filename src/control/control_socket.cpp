@@ -211,9 +211,8 @@ bool ControlServer::listen() {
         while (QLocalSocket* socket = _server->nextPendingConnection())
             std::make_shared<Connection>(_executor, socket)->start();
     });
-    // Whoever holds the lock may clear away what a killed launcher left. Qt's own way to a socket of
-    // the user's alone goes by a folder that it leaves behind where it is killed or fails.
-    QLocalServer::removeServer(path);
+    // Not QLocalServer::listen(name): for a socket of the user alone it makes a folder, which stays
+    // behind if it fails or is killed.
     auto socket = listenLocally(QFile::encodeName(path), SocketReach::user);
     if (!socket) {
         _machine.log.warning(QStringLiteral("Commands cannot reach this launcher: %1")

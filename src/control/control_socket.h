@@ -14,11 +14,12 @@ namespace tessellar {
 /// The running launcher's socket: in the application's folder or, if that path is too long for a socket
 /// address, in a private folder in /tmp. Empty if neither is possible.
 ///
-/// The protocol is one JSON object per line. Request: {"words": […], "options": {…}}; replies: any
-/// number of {"out": text} and {"error": text}, then {"status": number}. Lines are limited to 1 MiB,
-/// and each connection runs one request at a time. {"stop":true} asks to end it; disconnecting ends it
-/// too, or drops it if it has not started. {"ping":true} is answered with {"pong":true} immediately,
-/// even while a request runs. Clients with 64 MiB of unread replies are disconnected.
+/// The protocol is one JSON object per line. Request: {"words": […]} with the global options beside it
+/// ("json", "mode", "directory", …); replies: any number of {"out": text} and {"error": text}, then
+/// {"status": number}. Lines are limited to 1 MiB, and each connection runs one request at a time.
+/// {"stop":true} asks to end it, {"leave":true} says that nobody waits for it; disconnecting is the
+/// same as leaving, or drops it if it has not started. {"ping":true} is answered with {"pong":true}
+/// immediately, even while a request runs. Clients with 64 MiB of unread replies are disconnected.
 QString controlSocketPath(const Machine& machine);
 
 /// Accepts commands for the running launcher, which holds the lock of its folder.

@@ -100,16 +100,37 @@ void addArrange(CommandSet& set) {
 }
 
 /// A command to the window of a launcher that is running.
+LauncherError notRunning() {
+    return {QStringLiteral("notRunning"), Texts::tr("The launcher is not running."), {}};
+}
+
 void addPresence(CommandSet& set, const char* name, const char* description,
                  void (*act)(const LauncherViewModel::Presenter&)) {
     set.onRun(set.add(name, description), CommandNeeds::window, [act](const Call& call) {
         const auto& window = call->launcher().presenter();
         if (!window)
-            return call->fail(
-                {QStringLiteral("notRunning"), Texts::tr("The launcher is not running."), {}});
+            return call->fail(notRunning());
         act(*window);
         call->finish(ExitStatus::done);
     });
+}
+
+/// It goes on running where something cannot be saved.
+void addQuit(CommandSet& set) {
+    set.onRun(set.add("quit", Texts::noop("End it, with everything saved")), CommandNeeds::window,
+              [](const Call& call) {
+                  const auto& window = call->launcher().presenter();
+                  if (!window)
+                      return call->fail(notRunning());
+                  call->launcher().history().unsaved().whenSaved(
+                      call->options.editor, UnsavedEdits::Whose::all,
+                      [call, quit = window->quit](const UnsavedEdits::Outcome& saved) {
+                          if (!saved)
+                              return call->fail(saved.error());
+                          quit();
+                          call->finish(ExitStatus::done);
+                      });
+              });
 }
 
 } // namespace
@@ -140,8 +161,7 @@ void addLayoutCommands(CommandSet& set) {
                 [](const Presenter& window) { window.dismiss(); });
     addPresence(set, "toggle", Texts::noop("Show it, or put it away where it is shown"),
                 [](const Presenter& window) { window.isShown() ? window.dismiss() : window.show(); });
-    addPresence(set, "quit", Texts::noop("End it, with everything saved"),
-                [](const Presenter& window) { window.quit(); });
+    addQuit(set);
     CLI::App* open = set.add("open", Texts::noop("Start an application"));
     set.onRun(open, CommandNeeds::launcher, [key = word(open, "appkey", appKeyHelp)](const Call& call) {
         call->launcher().launch(

@@ -292,10 +292,21 @@ void translateHelp(CLI::App& program) {
         return text.empty() ? text : Texts::tr(text.c_str()).toStdString();
     };
     program.description(inLanguage(program.get_description()));
-    for (CLI::Option* option : program.get_options())
+    // Words of CLI11's own.
+    for (const char* word :
+         {Texts::noop("Usage"), Texts::noop("OPTIONS"), Texts::noop("SUBCOMMAND"),
+          Texts::noop("SUBCOMMANDS"), Texts::noop("Positionals"), Texts::noop("REQUIRED")})
+        program.get_formatter()->label(word, inLanguage(word));
+    for (CLI::Option* option : program.get_options()) {
         option->description(inLanguage(option->get_description()));
-    for (CLI::App* command : program.get_subcommands({}))
+        if (option->get_group() == "Options")
+            option->group(inLanguage(Texts::noop("Options")));
+    }
+    for (CLI::App* command : program.get_subcommands({})) {
+        if (command->get_group() == "Subcommands")
+            command->group(inLanguage(Texts::noop("Subcommands")));
         translateHelp(*command);
+    }
 }
 
 Option outlineOf(const CLI::Option& option) {

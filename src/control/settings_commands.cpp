@@ -57,9 +57,29 @@ void addPermissions(CommandSet& set) {
                           const FullDiskAccessAnswer answer = answerFor(access);
                           call->succeed(QJsonObject{{QStringLiteral("fullDiskAccess"),
                                                      QLatin1String(answer.code)}},
-                                        QString::fromUtf8(answer.sentence));
+                                        Texts::tr(answer.sentence));
                       });
               });
+}
+
+const char* typeName(const Setting& setting) {
+    switch (setting.kind) {
+    case Setting::Kind::integer:
+        return "integer";
+    case Setting::Kind::number:
+        return "number";
+    case Setting::Kind::boolean:
+        return "boolean";
+    case Setting::Kind::folders:
+        return "list";
+    case Setting::Kind::choice:
+        return setting.choices.first().isDouble() ? "integer" : "text";
+    case Setting::Kind::text:
+    case Setting::Kind::keys:
+    case Setting::Kind::address:
+        break;
+    }
+    return "text";
 }
 
 void list(const Call& call) {
@@ -75,6 +95,7 @@ void list(const Call& call) {
                    QJsonObject{{QStringLiteral("value"), now},
                                {QStringLiteral("default"), setting.usual},
                                {QStringLiteral("isSet"), isSet},
+                               {QStringLiteral("type"), QLatin1StringView(typeName(setting))},
                                {QStringLiteral("range"), rangeText(setting)},
                                {QStringLiteral("description"), Texts::tr(setting.sentence)}});
         text += QStringLiteral("%1 = %2%3\n    %4: %5.\n")

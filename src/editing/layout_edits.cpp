@@ -158,7 +158,7 @@ std::expected<QString, EditRefusal> usableName(QString name) {
 
 QString code(EditRefusal refusal) { return QLatin1StringView(textOf(refusal).code); }
 
-QString message(EditRefusal refusal) { return QLatin1StringView(textOf(refusal).message); }
+QString message(EditRefusal refusal) { return Texts::tr(textOf(refusal).message); }
 
 EditResult moveTiles(const LayoutDocument& layout, const QList<QUuid>& tiles, const LayoutPlace& place,
                      const GridCapacities& capacities) {

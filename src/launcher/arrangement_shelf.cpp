@@ -5,6 +5,8 @@
 #include "launcher/live_layout.h"
 #include "platform/texts.h"
 
+#include <QVariantMap>
+
 namespace tessellar {
 
 namespace {
@@ -25,13 +27,14 @@ std::expected<QString, LauncherError> nameToKeep(const QString& name, const QStr
                       title});
 }
 
-/// A file with another name in it; whatever else it says stays, known or not.
-std::optional<QByteArray> renamed(const QByteArray& bytes, const QString& name) {
+/// A file with other values in it; whatever else it says stays, known or not.
+std::optional<QByteArray> withValues(const QByteArray& bytes, const QVariantMap& values) {
     const auto value = json::parse(bytes);
     if (!value || !value->isObject())
         return std::nullopt;
     QJsonObject object = value->toObject();
-    object.insert(QStringLiteral("name"), name);
+    for (const auto& [key, text] : values.asKeyValueRange())
+        object.insert(key, text.toString());
     return json::write(object);
 }
 
@@ -162,10 +165,11 @@ void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
         [title, id, now = _machine.clock.now(), document = layout.document(),
          settings = layout.settings()](const SavedArrangements& saved) -> Made {
             const auto before = saved.bytes(id);
-            const auto old = saved.read(id);
-            if (!before || !old)
-                return std::unexpected(
-                    arrangementError(old ? LayoutStore::Error(before.error()) : old.error(), title));
+            if (!before)
+                return std::unexpected(arrangementError(before.error(), title));
+            const auto old = saved.decode(*before, saved.path(id));
+            if (!old)
+                return std::unexpected(arrangementError(old.error(), title));
             const QString& name = old->value.name;
             const auto bytes = saved.encoded(makeArrangement(id, name, now, document, settings));
             if (!bytes)
@@ -190,7 +194,7 @@ void ArrangementShelf::rename(Mode mode, const QUuid& id, const QString& name, D
             const auto before = saved.bytes(id);
             if (!before)
                 return std::unexpected(launcherError(before.error(), title));
-            const auto after = renamed(*before, name);
+            const auto after = withValues(*before, {{QStringLiteral("name"), name}});
             if (!after)
                 return std::unexpected(
                     launcherError(FileError{FileError::Code::damaged, saved.path(id)}, title));
@@ -257,11 +261,19 @@ void ArrangementShelf::importFrom(Mode mode, const FileSystem& files, const QStr
             const auto arrangement = saved.decode(*bytes, path);
             if (!arrangement)
                 return std::unexpected(arrangementError(arrangement.error(), title));
-            return Step{.name = Texts::tr("Import “%1”").arg(arrangement->value.name),
+            // A name is kept as one that was typed is; one that cannot be is that of the file.
+            const QString given = arrangement->value.name.left(maximumNameLength);
+            const QString name = usableName(given).value_or(
+                usableName(FileSystem::fileName(path).left(maximumNameLength)).value_or(toText(id)));
+            const auto file = withValues(
+                *bytes, {{QStringLiteral("id"), toText(id)}, {QStringLiteral("name"), name}});
+            if (!file)
+                return std::unexpected(launcherError(FileError{FileError::Code::damaged, path}, title));
+            return Step{.name = Texts::tr("Import “%1”").arg(name),
                         .mode = {},
                         .id = id,
                         .before = {},
-                        .after = *bytes};
+                        .after = *file};
         },
         std::move(done));
 }

@@ -13,8 +13,8 @@ class LiveLayouts;
 class SmartFolderLibrary;
 struct Machine;
 
-/// Cutting, copying and pasting the tiles of one display mode. Failures are silent: nothing was done
-/// then. Main thread only.
+/// Cutting, copying and pasting the tiles of one display mode. Nothing is said when there is nothing to
+/// cut, copy or paste; a paste that cannot be saved alerts. Main thread only.
 class LauncherClipboard {
 public:
     using Mode = LauncherWindowMode;

@@ -36,7 +36,11 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
     , _moveToTrash(refuseTrash)
     , _journal(machine, store.directory())
     , _steps(machine.scheduler, machine.uuids, actions())
-    , _unsaved(store, [this](const QList<UnsavedEdit>& edits) { takeBack(edits); }) {}
+    , _unsaved(
+          store, [this](const QList<UnsavedEdit>& edits) { takeBack(edits); },
+          [&messages](const LauncherError& error) {
+              messages.alert(offering(LauncherError::Remedy::saveAgain, error));
+          }) {}
 
 LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
     if (!_applications.isKnown())
@@ -193,9 +197,9 @@ LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const L
             made = std::unexpected(launcherError(ended.error(), couldNotSaveLayout()));
     if (made)
         return {};
-    // Killed while it is put back, or where it cannot be, the next start does so.
+    // If it is killed meanwhile, a step of several files is taken back at the next start.
     showBefore(step, state);
-    _unsettled = {before, isWhole, made.error()};
+    _unsettled = {before, settingsNow(before), isWhole, made.error()};
     (void)settle();
     return made;
 }
@@ -207,6 +211,7 @@ void LauncherHistory::undoCutOff(std::array<LayoutStore::LoadResult, 2>& loaded)
     _machine.log.warning(QStringLiteral("A step that was cut off is taken back."));
     if (!putBack(*before) || !_journal.end())
         _unsettled = {*before,
+                      settingsNow(*before),
                       true,
                       {QStringLiteral("notTakenBack"), Texts::tr("The arrangement could not be saved."),
                        couldNotSaveLayout()}};
@@ -228,10 +233,24 @@ LauncherHistory::Outcome LauncherHistory::settle() {
                                   {LauncherWindowMode::windowed, &files.windowed}})
         if (*document)
             *document = _layouts[mode].document();
+    // What the user has set since is his.
+    if (files.settings)
+        files.settings->removeIf([&](const auto& setting) {
+            return _machine.settings.value(setting.key()).value_or(QJsonValue()) !=
+                   _unsettled->settings.value(setting.key());
+        });
     if (!putBack(files) || (_unsettled->isNoted && !_journal.end()))
         return std::unexpected(_unsettled->error);
     _unsettled.reset();
     return {};
+}
+
+QMap<QString, QJsonValue> LauncherHistory::settingsNow(const StepJournal::Files& files) const {
+    QMap<QString, QJsonValue> now;
+    if (files.settings)
+        for (const QString& key : files.settings->keys())
+            now.insert(key, _machine.settings.value(key).value_or(QJsonValue()));
+    return now;
 }
 
 /// As it is written.
@@ -323,10 +342,6 @@ LauncherHistory::Outcome LauncherHistory::save(LauncherWindowMode mode, Saved sa
             return std::unexpected(launcherError(written.error(), couldNotSaveLayout()));
         return {};
     }
-    // What could not be saved after an earlier edit is said now; this edit's save tries again.
-    if (const auto& error = _store.lastSaveError(mode))
-        _messages.alert(
-            offering(LauncherError::Remedy::saveAgain, launcherError(*error, couldNotSaveLayout())));
     _store.scheduleSave(mode, document);
     return {};
 }

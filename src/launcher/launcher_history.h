@@ -59,10 +59,10 @@ struct EditStep {
 ///    present one, or with other files; else after the last of a burst.
 /// 6. The step is kept for undo, which is whole in the same way.
 ///
-/// A step that fails has changed nothing; where the disk does not take back what it has written, no
-/// other is made until it does, and the next start takes it back. One that was saved later, or not, see
-/// `UnsavedEdits`. A mode whose file cannot be written is left alone by the steps of the other one.
-/// Main thread only.
+/// A step that fails has changed nothing. If the disk refuses to take back what was written, no other
+/// step is made until it does; a step of several files is then taken back by the next start, too. One
+/// that was saved later, or not, see `UnsavedEdits`. A mode whose file cannot be written is left alone
+/// by the steps of the other one. Main thread only.
 class LauncherHistory {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -110,6 +110,8 @@ private:
     StepJournal::Files filesBefore(const EditStep& step, const LayoutUndoState& before) const;
     Outcome beginWhole(const EditStep& step, const StepJournal::Files& before);
     void showBefore(const EditStep& step, const LayoutUndoState& before);
+    /// The settings that `files` speaks of, as stored now; null for those that are not set.
+    QMap<QString, QJsonValue> settingsNow(const StepJournal::Files& files) const;
     /// True when they are on the disk.
     bool putBack(const StepJournal::Files& files);
     void takeBack(const QList<UnsavedEdit>& edits);
@@ -133,6 +135,7 @@ private:
     /// What a step that failed has left, and why it failed.
     struct Unsettled {
         StepJournal::Files before;
+        QMap<QString, QJsonValue> settings; ///< as the step left them
         bool isNoted = false;
         LauncherError error;
     };

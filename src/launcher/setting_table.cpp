@@ -190,6 +190,12 @@ LauncherError outOfRange(const QString& sentence) {
     return {QStringLiteral("outOfRange"), sentence, {}};
 }
 
+/// Of the kind that the grid's settings are read as; anything else counts as missing.
+bool isNumber(const Setting& setting, const QJsonValue& value) {
+    return value.isDouble() &&
+           (setting.kind == Kind::number || std::trunc(value.toDouble()) == value.toDouble());
+}
+
 /// Of the right type, and within the range.
 bool isInRange(const Setting& setting, const QJsonValue& value) {
     switch (setting.kind) {
@@ -218,7 +224,7 @@ bool isInRange(const Setting& setting, const QJsonValue& value) {
 QString misspelling(const Setting& setting, const QJsonValue& value) {
     const QString text = value.toString();
     if (setting.kind == Kind::keys && !text.isEmpty() && !keyChord(text))
-        return Texts::tr("“%1” names no keys. “option+space” does.").arg(text.left(200));
+        return Texts::tr("“%1” cannot be a shortcut. “option+space” can.").arg(text.left(200));
     if (setting.kind == Kind::address && !isStoreAddress(text))
         return Texts::tr("“%1” is no address that can be asked: it begins with “https://” and has no "
                          "query.")
@@ -288,10 +294,11 @@ std::optional<LauncherError> refusal(const Setting& setting, const QJsonValue& v
 
 QJsonValue settingNow(const Settings& settings, const Setting& setting) {
     const QString prefix = settingKey(LauncherWindowMode::windowed, {});
-    if (const auto value = settings.value(setting.key))
-        return inForce(setting, *value);
     const Setting* general =
         setting.key.startsWith(prefix) ? settingNamed(setting.key.sliced(prefix.size())) : nullptr;
+    if (const auto value = settings.value(setting.key);
+        value && (!general || isNumber(setting, *value)))
+        return inForce(setting, *value);
     if (const auto value = general ? settings.value(general->key) : std::nullopt)
         return inForce(setting, *value);
     return setting.usual;

@@ -62,8 +62,8 @@ std::expected<void, FileError> StepJournal::begin(const Files& before, const Fil
 }
 
 std::expected<void, FileError> StepJournal::end() {
-    // Written over, it stands for no step, and that is safe on the disk; where only the room for that is
-    // missing, it goes without.
+    // Written over, it stands for no step, and that is safe on the disk; where only the room for that
+    // is missing, it goes without.
     const auto ended = _file.write("{}");
     if (!ended && ended.error().code != FileError::Code::noSpace)
         return ended;
@@ -125,8 +125,11 @@ std::optional<Files> StepJournal::cutOff(const std::array<LayoutStore::LoadResul
         now.importRecord = importRecord();
         isSeen = isSeen && now.importRecord;
     }
-    if (!isSeen)
+    if (!isSeen) {
+        _machine.log.warning(
+            QStringLiteral("A step that was cut off cannot be judged now; its note stays."));
         return std::nullopt;
+    }
 
     const QMap<QString, QString> then = digests(before);
     const QMap<QString, QString> here = digests(now);

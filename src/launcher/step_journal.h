@@ -19,8 +19,8 @@ class SmartFolderLibrary;
 /// 3. `end` takes the note away: with that the step is made, and not before.
 ///
 /// A note that is found at the start is of a step that was cut off, or that failed and could not be
-/// taken back: its files are made what they were. Where one of them is neither as it was nor as it was
-/// to be, others have worked on it since, and the note means nothing any more.
+/// taken back: its files hold again what they held. Where one of them is neither as it was nor as it
+/// was to be, others have worked on it since, and the note means nothing any more.
 ///
 ///     unfinished-step.json
 class StepJournal {

@@ -8,9 +8,10 @@ namespace tessellar {
 
 static constexpr std::array modes{LauncherWindowMode::fullScreen, LauncherWindowMode::windowed};
 
-UnsavedEdits::UnsavedEdits(LayoutStore& store, TakeBack takeBack)
+UnsavedEdits::UnsavedEdits(LayoutStore& store, TakeBack takeBack, Tell tellUser)
     : _store(store)
     , _takeBack(std::move(takeBack))
+    , _tellUser(std::move(tellUser))
     , _saveEnded(store.saveEnded.connect(
           [this](LauncherWindowMode mode, LayoutStore::Revision revision,
                  const BackgroundFile::Result& saved) { saveEnded(mode, revision, saved); })) {}
@@ -84,6 +85,8 @@ void UnsavedEdits::fail(LauncherWindowMode mode, const LauncherError& error) {
     }
     if (!takenBack.isEmpty())
         _takeBack(takenBack);
+    if (std::ranges::any_of(edits, [](const Unsaved& unsaved) { return !unsaved.editor; }))
+        _tellUser(error);
 }
 
 void UnsavedEdits::tell() {

@@ -32,8 +32,10 @@ public:
     using Editor = std::shared_ptr<const void>;
     /// Undoes edits of one mode, newest first, and saves the result.
     using TakeBack = std::function<void(const QList<UnsavedEdit>&)>;
+    /// Tells the user that a save failed and left edits by hand unsaved.
+    using Tell = std::function<void(const LauncherError&)>;
 
-    UnsavedEdits(LayoutStore& store, TakeBack takeBack);
+    UnsavedEdits(LayoutStore& store, TakeBack takeBack, Tell tellUser);
 
     /// Attributes all edits made during `call` to `editor`.
     void editAs(const Editor& editor, const std::function<void()>& call);
@@ -65,6 +67,7 @@ private:
 
     LayoutStore& _store;
     TakeBack _takeBack;
+    Tell _tellUser;
     Editor _editor;
     std::array<QList<Unsaved>, 2> _edits; ///< per mode, newest last
     std::list<Waiting> _waiting;

@@ -54,15 +54,18 @@ static ListedArrangement listed(const Arrangement& arrangement) {
 QList<ListedArrangement> SavedArrangements::list() const {
     QList<ListedArrangement> result;
     const auto entries = _files->entries(_folder);
-    if (!entries)
+    if (!entries) {
+        if (entries.error().code != FileError::Code::notFound)
+            _log->warning(message(entries.error()));
         return result;
+    }
     for (const DirectoryEntry& entry : *entries) {
         const QString path = FileSystem::joined(_folder, QString::fromUtf8(entry.name));
         if (FileSystem::extension(path) != u"json")
             continue;
         // It is restored and deleted by the name of its file, whatever identifier stands in it.
         const auto id = json::decode<QUuid>(FileSystem::fileName(path).chopped(5));
-        if (!id || path != this->path(*id))
+        if (!id || path != this->path(*id) || !_files->isRegularFile(path))
             continue;
         const auto bytes = _files->read(path, maximumLayoutBytes);
         const auto arrangement =

@@ -16,8 +16,8 @@ struct KeyChord {
     bool operator==(const KeyChord&) const = default;
 };
 
-/// Parses "option+space", "control+command+l", "f4". nullopt for unknown keys, and for a key without a
-/// modifier unless it is a function key: it could no longer be typed anywhere.
+/// Parses "option+space", "control+command+l", "f4". nullopt for unknown keys, and for a key without
+/// command, option or control unless it is a function key: it could no longer be typed anywhere.
 std::optional<KeyChord> keyChord(const QString& text);
 
 /// The lower-case letter or digit of a key on a US layout; 0 for any other key.

@@ -28,7 +28,8 @@ std::optional<std::uint64_t> processStartTime(std::int64_t process);
 
 /// Who may connect, of those who may reach the folder.
 enum class SocketReach { everyone, user };
-/// Replaces a stale socket; one that fails leaves none. EADDRINUSE where somebody listens there.
+/// Binds and listens. Replaces a stale socket; on failure leaves none behind. EADDRINUSE if somebody
+/// listens there.
 std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath, SocketReach reach);
 std::expected<Descriptor, int> connectLocally(const QByteArray& hostPath);
 /// The next connection, or ETIMEDOUT.

@@ -1053,12 +1053,6 @@
         <translation>%1 bleiben</translation>
     </message>
     <message>
-        <source>Some folders could not be searched.
-</source>
-        <translation>Einige Ordner konnten nicht durchsucht werden.
-</translation>
-    </message>
-    <message>
         <source>Another removal is being reviewed.</source>
         <translation>Ein anderes Entfernen wird gerade geprüft.</translation>
     </message>
@@ -4410,8 +4404,8 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Die Version, deren Neuigkeiten zuletzt gezeigt wurden</translation>
     </message>
     <message>
-        <source>“%1” names no keys. “option+space” does.</source>
-        <translation>„%1“ nennt keine Tasten. „option+space“ tut es.</translation>
+        <source>“%1” cannot be a shortcut. “option+space” can.</source>
+        <translation>„%1“ kann kein Kurzbefehl sein. „option+space“ kann es.</translation>
     </message>
     <message>
         <source>“%1” is no address that can be asked: it begins with “https://” and has no query.</source>
@@ -4460,6 +4454,42 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
     <message>
         <source>%1 cannot be “%2”.</source>
         <translation>%1 kann nicht „%2“ sein.</translation>
+    </message>
+    <message>
+        <source>Some folders could not be searched.</source>
+        <translation>Einige Ordner konnten nicht durchsucht werden.</translation>
+    </message>
+    <message>
+        <source>Usage</source>
+        <translation>Aufruf</translation>
+    </message>
+    <message>
+        <source>OPTIONS</source>
+        <translation>OPTIONEN</translation>
+    </message>
+    <message>
+        <source>SUBCOMMAND</source>
+        <translation>BEFEHL</translation>
+    </message>
+    <message>
+        <source>SUBCOMMANDS</source>
+        <translation>BEFEHLE</translation>
+    </message>
+    <message>
+        <source>Positionals</source>
+        <translation>Argumente</translation>
+    </message>
+    <message>
+        <source>REQUIRED</source>
+        <translation>NÖTIG</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Subcommands</source>
+        <translation>Befehle</translation>
     </message>
 </context>
 <context>

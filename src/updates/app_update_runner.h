@@ -73,8 +73,8 @@ public:
     std::optional<AppUpdateQuestion> question(const QStringList& appKeys) const;
     /// Updates the applications in order, after asking once. If several, only those updated by
     /// commands: each other one would open a window. While an update runs: joins it if it includes
-    /// all of these, else returns false. `done` is called at the end in any case, and `state` has the
-    /// result.
+    /// all of these, else returns false and never calls `done`. Otherwise `done` is called at the end
+    /// in any case, and `state` has the result.
     bool update(const QStringList& appKeys, const Asker& ask, Done done = {});
     /// Ends the running command and clears the queue.
     void cancel();

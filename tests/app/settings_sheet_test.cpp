@@ -51,6 +51,32 @@ TEST_F(SettingsSheetTest, TheGridFollowsTheHandAndIsStoredWhenItLetsGo) {
     EXPECT_TRUE(launcher().sheets()->current().isEmpty());
 }
 
+TEST_F(SettingsSheetTest, WhatWasOnlyTriedOutGoesWithTheSheet) {
+    open();
+    QQuickItem* slider = itemWith("objectName", u"gridColumns"_s);
+    ASSERT_TRUE(slider);
+    const QPoint to = slider->mapToScene(QPointF(slider->width() - 2, slider->height() / 2)).toPoint();
+    QTest::mousePress(&view(), Qt::LeftButton, {}, middle(slider));
+    carry(middle(slider), to);
+    EXPECT_EQ(launcher().grid()->metrics().columns, 10);
+    press(Qt::Key_Escape);
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, to);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return launcher().grid()->metrics().columns == 8; }));
+    EXPECT_FALSE(mac.machine.settings.value(u"gridColumns"_s));
+}
+
+TEST_F(SettingsSheetTest, ReturnKeepsTheSheetWithWhatIsWrong) {
+    open();
+    QQuickItem* field = itemWith("objectName", u"addFolder"_s);
+    ASSERT_TRUE(field);
+    field->property("input").value<QQuickItem*>()->forceActiveFocus();
+    type(u"tools"_s);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(itemWith("objectName", u"settingsSheet"_s));
+    EXPECT_TRUE(panel().issue().contains(u"~/"_s)) << panel().issue().toStdString();
+    EXPECT_EQ(field->property("input").value<QQuickItem*>()->property("text"), u"tools"_s);
+}
+
 TEST_F(SettingsSheetTest, EachModeHasAGridOfItsOwn) {
     open();
     panel().choose(u"window.mode"_s, 1);

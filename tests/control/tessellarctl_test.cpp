@@ -99,6 +99,8 @@ TEST_F(TessellarctlTest, SpeaksTheLanguageOfItsUserAndCodesTheSame) {
     const Result refused = run(german + QStringList{u"hide"_qs, u"nobody"_qs});
     EXPECT_EQ(refused.code(), u"noSuchTile");
     EXPECT_EQ(refused.error, "Es gibt keine Kachel „nobody“.\n");
+    EXPECT_EQ(run(german + QStringList{u"sort"_qs, u"99"_qs}).error,
+              "Diesen Platz gibt es in diesem Layout nicht.\n");
     // What is set comes before what the system says.
     EXPECT_EQ(run({u"settings"_qs, u"set"_qs, u"language"_qs, u"de"_qs}).status, 0);
     EXPECT_EQ(run({u"hide"_qs, u"nobody"_qs}).error, "Es gibt keine Kachel „nobody“.\n");
@@ -291,6 +293,7 @@ TEST_F(TessellarctlTest, SettingsAreCheckedWhereTheyAreSet) {
     EXPECT_EQ(all[u"gridRows"], (QJsonObject{{u"value"_qs, 5},
                                              {u"default"_qs, 5},
                                              {u"isSet"_qs, false},
+                                             {u"type"_qs, u"integer"_qs},
                                              {u"range"_qs, u"3 to 9"_qs},
                                              {u"description"_qs, u"Rows of tiles on a page"_qs}}));
     EXPECT_EQ(run({u"permissions"_qs}).json(), (QJsonObject{{u"fullDiskAccess"_qs, u"notGuarded"_qs}}));

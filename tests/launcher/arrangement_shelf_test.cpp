@@ -164,6 +164,13 @@ TEST_F(ArrangementShelfTest, AnArrangementGoesElsewhereAndComesBackAsAnother) {
     outcome([&](auto done) { shelf().undo(LauncherWindowMode::windowed, done); });
     EXPECT_EQ(mac.names(data + u"/Arrangements-Windowed"_s), QStringList());
 
+    auto renamed = json::parse(mac.read(fileOf(id)))->toObject();
+    renamed.insert(u"name"_s, u"At\nhome"_s);
+    mac.write(file, json::write(renamed));
+    EXPECT_EQ(take(mode()), u"At home") << "in one line";
+    EXPECT_EQ(json::parse(mac.read(fileOf(last.id)))->toObject()[u"id"_s], toText(last.id));
+    EXPECT_EQ(undo(), u"At home");
+
     mac.write(file, "{}");
     EXPECT_EQ(take(mode()), u"damaged");
     mac.write(file, mac.read(fileOf(id)).replace("\"version\": 3", "\"version\": 9"));

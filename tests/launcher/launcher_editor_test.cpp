@@ -135,18 +135,20 @@ TEST_F(EditorTest, ARescanBetweenAnEditAndItsUndoLosesNoApplication) {
     EXPECT_EQ(sketched(), u"Ash|Cedar Dogwood Elm");
 }
 
-TEST_F(EditorTest, AFailedSaveIsSaidAtTheNextEdit) {
+TEST_F(EditorTest, AFailedSaveIsSaidAtOnceAndTriedAgainWithTheNextEdit) {
     mac.remove(data + u"/layout.json"_qs);
     mac.makeFolder(data + u"/layout.json/in the way"_qs);
     ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Ash"_qs)}, {.page = 1}));
     mac.time.advance(1s);
     mac.settle();
-    EXPECT_TRUE(launcher->messages().takeAlerts().isEmpty());
+    const auto alerts = launcher->messages().takeAlerts();
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].remedy, LauncherError::Remedy::saveAgain);
     mac.remove(data + u"/layout.json"_qs);
     ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Cedar"_qs)}, {.page = 0}));
-    EXPECT_EQ(launcher->messages().takeAlerts().size(), 1);
     mac.time.advance(1s);
     EXPECT_EQ(stored(), sketched());
+    EXPECT_TRUE(launcher->messages().takeAlerts().isEmpty());
 }
 
 TEST_F(EditorTest, DroppingOntoAFolderIsAMove) {

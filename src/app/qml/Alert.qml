@@ -16,6 +16,12 @@ Sheet {
     headingFont: Theme.alertFont
     // Its keys work also where something below had the keyboard.
     takesKeyboard: false
+    Component.onCompleted: AccessibleFocus.moveTo(card)
+    onTitleChanged: AccessibleFocus.moveTo(card)
+
+    // The answer that Return gives, once it has been moved to.
+    readonly property Item answer: alert.isAcceptDefault ? accepting : declining
+    onAnswerChanged: if (alert.isOpen) AccessibleFocus.moveTo(answer)
 
     WordsText {
         width: box.bodyWidth
@@ -26,6 +32,8 @@ Sheet {
 
     buttons: [
         PushButton {
+            id: declining
+
             objectName: "cancelButton"
             visible: box.isQuestion
             text: box.alert.decline
@@ -33,6 +41,8 @@ Sheet {
             onClicked: box.alert.answer(false)
         },
         PushButton {
+            id: accepting
+
             objectName: "acceptButton"
             text: box.isQuestion ? box.alert.accept : qsTr("OK")
             isDefault: box.alert.isAcceptDefault

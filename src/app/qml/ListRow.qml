@@ -63,6 +63,7 @@ Item {
         visible: row.hasAction
         enabled: row.canAct
         text: row.action
+        Accessible.description: row.title
         // Tab goes to rows out of view, too.
         onActiveFocusChanged: if (activeFocus && row.list)
             row.list.positionViewAtIndex(row.index, ListView.Contain)

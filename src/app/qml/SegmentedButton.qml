@@ -24,8 +24,8 @@ FocusScope {
     activeFocusOnTab: true
     opacity: enabled ? 1 : Theme.unavailable
 
-    Keys.onLeftPressed: control.stepped(-1)
-    Keys.onRightPressed: control.stepped(1)
+    Keys.onLeftPressed: control.stepped(Theme.isMirrored ? 1 : -1)
+    Keys.onRightPressed: control.stepped(Theme.isMirrored ? -1 : 1)
 
     Flow {
         id: row
@@ -41,6 +41,8 @@ FocusScope {
 
                 required property int index
                 readonly property var modelData: control.choices[index] ?? ({ title: "", isChosen: false })
+                readonly property bool isSpoken: control.activeFocus && modelData.isChosen
+                onIsSpokenChanged: if (isSpoken) AccessibleFocus.moveTo(choice)
 
                 implicitWidth: words.implicitWidth + 24
                 implicitHeight: Theme.controlHeight

@@ -10,7 +10,7 @@ Item {
     readonly property string kind: modelData.kind
     readonly property bool isNote: kind === "note"
     // What is wide goes below its title.
-    readonly property bool isTall: isNote || kind === "field" || control.implicitWidth > width * 0.62
+    readonly property bool isTall: isNote || kind === "field" || (kind !== "slider" && control.implicitWidth > width * 0.62)
     readonly property bool canReset: modelData.isSet === true && kind === "slider"
 
     height: 6 + (isNote ? words.height
@@ -130,6 +130,9 @@ Item {
             placeholder: row.modelData.hint
             input.maximumLength: 1024
             input.onEditingFinished: if (input.text !== value) row.panel.set(row.modelData.key, input.text)
+            // The sheet stays: there may be something to be read about what was typed.
+            Keys.onReturnPressed: event => event.accepted = true
+            Keys.onEnterPressed: event => event.accepted = true
         }
     }
 

@@ -18,6 +18,7 @@ FocusScope {
     property alias foot: foot.data
     property alias buttons: buttons.data
     property alias spacing: body.spacing
+    property alias card: card
     // The part, if any, that takes the room that the others leave.
     property Item stretched: null
     // False for one whose keys are the controller's.

@@ -126,7 +126,7 @@ private:
         // A key that is held is released and pressed in the same moment, again and again.
         if (type == XCB_KEY_RELEASE)
             _released = key.time;
-        else if ((key.state & known) == _modifiers && key.time != _released)
+        else if ((key.state & known & ~unsigned{_locks[2]}) == _modifiers && key.time != _released)
             _pressed();
     }
 
