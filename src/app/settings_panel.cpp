@@ -4,6 +4,7 @@
 #include "launcher/installed_applications.h"
 #include "launcher/language.h"
 #include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
@@ -302,6 +303,7 @@ void SettingsPanel::tryOut(const QString& key, double value) {
 }
 
 void SettingsPanel::store(const QString& key, const QJsonValue& value) {
+    (void)_viewModel.history().settle(); // what a failed step left is not to take this back later
     const auto stored = storeSetting(_machine.settings, key, value);
     _viewModel.applySettings();
     tell(stored ? QString() : stored.error().message);

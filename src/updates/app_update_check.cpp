@@ -36,23 +36,30 @@ public:
     Findings(std::weak_ptr<AppUpdateCheck*> check, std::size_t checker)
         : _check(std::move(check)), _checker(checker) {}
     void learned() override {
-        if (const auto check = _check.lock())
-            (*check)->learned();
+        if (AppUpdateCheck* const told = check())
+            told->learned();
     }
     void discovered(const std::optional<AppUpdateReason>& problem) override {
-        if (const auto check = _check.lock())
-            (*check)->discovered(_checker, problem);
+        if (AppUpdateCheck* const told = check())
+            told->discovered(_checker, problem);
     }
     void began(const QString& appKey) override {
-        if (const auto check = _check.lock())
-            (*check)->began(appKey);
+        if (AppUpdateCheck* const told = check())
+            told->began(appKey);
     }
     void ended(const QString& appKey, const AppUpdateVerdict& verdict) override {
-        if (const auto check = _check.lock())
-            (*check)->ended(_checker, appKey, verdict);
+        if (AppUpdateCheck* const told = check())
+            told->ended(_checker, appKey, verdict);
     }
 
 private:
+    /// Null once it is gone. Its token is let go of at once: what it is told may destroy it, and it
+    /// looks at the token to see that.
+    AppUpdateCheck* check() const {
+        const auto alive = _check.lock();
+        return alive ? *alive : nullptr;
+    }
+
     std::weak_ptr<AppUpdateCheck*> _check;
     std::size_t _checker;
 };
