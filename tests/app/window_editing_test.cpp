@@ -139,11 +139,11 @@ TEST_F(WindowEditingTest, TabGoesToBackupsThatAreOutOfView) {
     QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 700});
     choose(u"Backups…"_s);
     const auto list = [&] { return itemWith("objectName", u"backupsList"_s); };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return list(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list() && itemWith("objectName", u"restoreButton"_s); }));
     for (int i = 0; i < 14; ++i) {
         press(Qt::Key_Tab);
         const QQuickItem* focused = view().activeFocusItem();
-        ASSERT_EQ(focused->objectName(), u"restoreButton");
+        ASSERT_EQ(focused->objectName(), u"restoreButton") << i;
         const QRectF shown = focused->mapRectToItem(list(), focused->boundingRect());
         EXPECT_TRUE(list()->boundingRect().contains(shown)) << i;
     }

@@ -64,9 +64,14 @@ Item {
         enabled: row.canAct
         text: row.action
         Accessible.description: row.title
-        // Tab goes to rows out of view, too.
-        onActiveFocusChanged: if (activeFocus && row.list)
-            row.list.positionViewAtIndex(row.index, ListView.Contain)
+        // Tab goes to rows out of view, too: those beside this one are made at once, as what is seen is.
+        onActiveFocusChanged: {
+            if (!activeFocus || !row.list)
+                return;
+            for (const beside of [row.index + 1, row.index - 1, row.index])
+                if (beside >= 0 && beside < row.list.count)
+                    row.list.positionViewAtIndex(beside, ListView.Contain);
+        }
         onClicked: row.acted()
     }
 }
