@@ -1,6 +1,6 @@
 #include "launcher/arrangement_shelf.h"
-#include "launcher/launcher_editor.h"
 #include "launcher/installed_applications.h"
+#include "launcher/launcher_editor.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/place_memory.h"
 #include "launcher_fixture.h"
