@@ -50,16 +50,23 @@ DefaultsSettings::DefaultsSettings(const FileSystem& files, CommandRunner& comma
     _isReadable = true;
 }
 
+QMap<QString, QJsonValue> DefaultsSettings::values() const {
+    const std::lock_guard lock(_reading);
+    return _values;
+}
+
 std::expected<void, FileError> DefaultsSettings::set(const QMap<QString, QJsonValue>& changes) {
+    const std::lock_guard turn(_writing);
+    const QMap<QString, QJsonValue> now = values();
     QMap<QString, QJsonValue> changed;
     for (auto it = changes.begin(); it != changes.end(); ++it)
-        if (removes(*it) ? _values.contains(it.key())
-                         : _values.value(it.key(), QJsonValue::Undefined) != *it)
+        if (removes(*it) ? now.contains(it.key()) : now.value(it.key(), QJsonValue::Undefined) != *it)
             changed.insert(it.key(), *it);
     if (changed.isEmpty())
         return {};
     if (!(changed.size() == 1 ? store(changed.firstKey(), changed.first()) : store(changed)))
         return std::unexpected(FileError{FileError::Code::io, toolPath});
+    const std::lock_guard lock(_reading);
     for (auto it = changed.begin(); it != changed.end(); ++it) {
         if (removes(*it))
             _values.remove(it.key());

@@ -3,6 +3,8 @@
 #include "platform/process.h"
 #include "platform/settings.h"
 
+#include <mutex>
+
 namespace tessellar {
 
 /// Settings in macOS user defaults, through /usr/bin/defaults: other programs may have the store open,
@@ -15,7 +17,7 @@ public:
     DefaultsSettings(const FileSystem& files, CommandRunner& commands,
                      std::map<QByteArray, QByteArray> environment, const QString& domain);
 
-    QMap<QString, QJsonValue> values() const override { return _values; }
+    QMap<QString, QJsonValue> values() const override;
     bool isReadable() const override { return _isReadable; }
     /// When the tool fails, the error names the tool.
     using Settings::set;
@@ -31,6 +33,8 @@ private:
     CommandRunner& _commands;
     std::map<QByteArray, QByteArray> _environment;
     QByteArray _domain;
+    std::mutex _writing;         ///< held by `set`
+    mutable std::mutex _reading; ///< held for moments; guards `_values`
     QMap<QString, QJsonValue> _values;
     bool _isReadable = false;
 };

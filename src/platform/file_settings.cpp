@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <mutex>
+
 namespace tessellar {
 
 namespace {
@@ -34,45 +36,53 @@ QString withoutSuffix(const QString& path) {
 } // namespace
 
 struct FileSettings::State {
+    struct Contents {
+        QMap<QString, QJsonValue> values;
+        bool isDamaged = false;     ///< the JSON file was read whole but gives no values
+        bool hasUnreadList = false; ///< the property list is there in its stead, and gave none
+        bool isBlocked = false;     ///< the JSON file could not be read
+    };
+
     State(const FileSystem& fileSystem, const QString& path)
         : files(fileSystem)
         , json(files, withoutSuffix(path) + jsonSuffix, maximumBytes)
-        , propertyList(withoutSuffix(path) + propertyListSuffix) {
-        load();
+        , propertyList(withoutSuffix(path) + propertyListSuffix)
+        , known(read()) {}
+
+    Contents read();
+    std::expected<void, FileError> keepDamagedFile() const;
+    Contents contents() const {
+        const std::lock_guard lock(reading);
+        return known;
+    }
+    void setContents(Contents contents) {
+        const std::lock_guard lock(reading);
+        known = std::move(contents);
     }
 
-    void load();
-    std::expected<void, FileError> keepDamagedFile() const;
-
     const FileSystem& files;
+    std::mutex writing; ///< held by `set`; guards the files
     StoredFile json;
     const QString propertyList;
-    QMap<QString, QJsonValue> values;
-    bool damaged = false;       ///< the JSON file was read whole but gives no values
-    bool hasUnreadList = false; ///< the property list is there in its stead, and gave none
+
+    mutable std::mutex reading; ///< held for moments; guards `known`
+    Contents known;
 };
 
-void FileSettings::State::load() {
-    values.clear();
-    damaged = false;
-    hasUnreadList = false;
+FileSettings::State::Contents FileSettings::State::read() {
     auto bytes = json.read();
     if (!bytes)
         bytes = json.read(); // what passes at once costs no settings
     if (!bytes)
-        return;
+        return {.isBlocked = true};
     if (*bytes) {
         const QJsonDocument document = QJsonDocument::fromJson(**bytes);
-        values = members(document.object());
-        damaged = !document.isObject();
-    } else {
-        const auto list = files.read(propertyList, maximumBytes);
-        hasUnreadList = list || list.error().code != FileError::Code::notFound;
-        if (const auto parsed = parsePropertyList(list.value_or(QByteArray())); list && parsed) {
-            values = members(toJson(*parsed).toObject());
-            hasUnreadList = false;
-        }
+        return {.values = members(document.object()), .isDamaged = !document.isObject()};
     }
+    const auto list = files.read(propertyList, maximumBytes);
+    if (const auto parsed = parsePropertyList(list.value_or(QByteArray())); list && parsed)
+        return {.values = members(toJson(*parsed).toObject())};
+    return {.hasUnreadList = list || list.error().code != FileError::Code::notFound};
 }
 
 std::expected<void, FileError> FileSettings::State::keepDamagedFile() const {
@@ -93,41 +103,41 @@ FileSettings::FileSettings(const FileSystem& files, const QString& path)
 
 FileSettings::~FileSettings() = default;
 
-QMap<QString, QJsonValue> FileSettings::values() const { return _state->values; }
+QMap<QString, QJsonValue> FileSettings::values() const { return _state->contents().values; }
 
 bool FileSettings::isReadable() const {
-    return !_state->damaged && !_state->hasUnreadList && !_state->json.blocked();
+    const State::Contents known = _state->contents();
+    return !known.isDamaged && !known.hasUnreadList && !known.isBlocked;
 }
 
 std::expected<void, FileError> FileSettings::set(const QMap<QString, QJsonValue>& changes) {
+    const std::lock_guard turn(_state->writing);
     // What another program stored meanwhile stays, and damage may have been mended.
-    const QMap<QString, QJsonValue> known = _state->values;
-    _state->load();
-    const auto& unreadable = _state->json.blocked();
-    if (_state->damaged || unreadable)
-        _state->values = known;
-    if (unreadable)
-        return std::unexpected(*unreadable);
-    QMap<QString, QJsonValue> changed = _state->values;
+    State::Contents now = _state->read();
+    if (now.isDamaged || now.isBlocked)
+        now.values = values();
+    _state->setContents(now);
+    if (now.isBlocked)
+        return std::unexpected(*_state->json.blocked());
+    QMap<QString, QJsonValue> changed = now.values;
     for (auto it = changes.begin(); it != changes.end(); ++it) {
         if (it->isNull() || it->isUndefined())
             changed.remove(it.key());
         else
             changed.insert(it.key(), *it);
     }
-    if (changed == _state->values && !_state->damaged)
+    if (changed == now.values && !now.isDamaged)
         return {};
 
     QJsonObject object;
     for (auto entry = changed.cbegin(); entry != changed.cend(); ++entry)
         object.insert(entry.key(), *entry);
-    if (_state->damaged)
+    if (now.isDamaged)
         if (const auto kept = _state->keepDamagedFile(); !kept)
             return kept;
     if (const auto written = _state->json.write(QJsonDocument(object).toJson()); !written)
         return written;
-    _state->values = changed;
-    _state->damaged = false;
+    _state->setContents({.values = changed});
     return {};
 }
 

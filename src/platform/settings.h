@@ -13,8 +13,8 @@
 namespace tessellar {
 
 /// The user's settings: an in-memory map from dotted keys to JSON values. Reading never fails: a value
-/// of the wrong type counts as absent. Main thread only; the copy that `values` returns may be passed
-/// to workers.
+/// of the wrong type counts as absent. Thread-safe. `set` blocks on a disk or a tool: the launcher
+/// calls it on a worker.
 class Settings {
 public:
     virtual ~Settings() = default;
