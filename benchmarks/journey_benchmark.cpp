@@ -216,7 +216,7 @@ private:
     /// A rule is typed while what it matches is shown below it.
     void editRules() {
         step = "rules";
-        SmartFolderPanel& panel = *controller().smartFolder();
+        SmartFolderPanel& panel = *controller().panels()->smartFolder();
         turn("the editor opens", [&] {
             viewModel().smartFolderEditing().open(viewModel().shown().mode(),
                                                   viewModel().smartFolders().definitions().first());
@@ -445,7 +445,7 @@ private:
         turn("end of the check", [&] { viewModel().updates().cancelCheck(); });
         pass(300ms);
         step = "sheet of updates";
-        UpdateRows& rows = *controller().updates()->rows();
+        UpdateRows& rows = *controller().panels()->updates()->rows();
         turn("what cannot be checked is listed", [&] { rows.toggle(rows.rowCount() - 1); });
         pass(500ms);
         std::printf("  %d lines in the sheet of updates\n", rows.rowCount());
@@ -466,7 +466,7 @@ private:
             });
         });
         (void)until([&] { return isFound; });
-        RemovalItems& items = *controller().removal()->items();
+        RemovalItems& items = *controller().panels()->removal()->items();
         bool isDrawn = false;
         QObject::connect(&_window->view(), &QQuickWindow::frameSwapped, &items,
                          [&] { isDrawn = isDrawn || items.rowCount() > 1000; });
@@ -477,7 +477,7 @@ private:
         (void)until([&] { return !viewModel().cleanup().isMeasuring(); });
         pass(200ms);
         step = "review: closes";
-        turn("close", [&] { controller().removal()->cancel(); });
+        turn("close", [&] { controller().panels()->removal()->cancel(); });
         pass(300ms);
     }
 

@@ -34,16 +34,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     , _drag(viewModel, machine.scheduler, [this] { return dragArea(); })
     , _renaming(viewModel)
     , _sheets(viewModel)
-    , _updates(viewModel)
-    , _arrangements(viewModel, machine)
-    , _arranging(viewModel)
-    , _backups(viewModel)
-    , _information(viewModel, machine)
-    , _removal(viewModel)
-    , _pastRemovals(viewModel)
-    , _settings(viewModel, machine)
-    , _smartFolder(viewModel)
-    , _unplaced(viewModel, machine)
+    , _panels(viewModel, _sheets, machine)
     , _alert(viewModel) {
     follow();
     connect(&_grid, &GridModel::turned, this,
@@ -66,17 +57,10 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     connect(_search.results(), &GridModel::turned, this, &LauncherController::wantIcons);
     connect(&_search, &TileSearch::selectionChanged, this, &LauncherController::showSelection);
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::makeRoomForAlert);
-    connect(&_sheets, &Sheets::changed, this, [this] {
-        _updates.setShown(_sheets.current() == Sheets::updates);
-        _settings.setShown(_sheets.current() == Sheets::settings);
-        if (_sheets.current() != Sheets::smartFolder && _smartFolder.isOpen())
-            _smartFolder.cancel();
-    });
-    connect(&_arranging, &ArrangingPanel::changed, this, &LauncherController::wantIcons);
-    connect(&_arrangements, &ArrangementsPanel::changed, this, &LauncherController::wantIcons);
-    connect(&_settings, &SettingsPanel::updatesWanted, this, [this] { _sheets.open(Sheets::updates); });
+    connect(_panels.arranging(), &ArrangingPanel::changed, this, &LauncherController::wantIcons);
+    connect(_panels.arrangements(), &ArrangementsPanel::changed, this, &LauncherController::wantIcons);
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::coveredChanged);
-    connect(&_removal, &RemovalPanel::changed, this, &LauncherController::coveredChanged);
+    connect(_panels.removal(), &RemovalPanel::changed, this, &LauncherController::coveredChanged);
     connect(&_sheets, &Sheets::changed, this, &LauncherController::coveredChanged);
     showLayout();
 }
@@ -86,8 +70,8 @@ TileFacts LauncherController::tileFacts() const {
                 [this](const QString& key) {
                     return _viewModel.shown().unavailableAppKeys().contains(key);
                 },
-            .badge = [this](const QString& key) { return _viewModel.updates().badge(key); },
-            .activity = [this](const QString& key) { return _viewModel.updates().tileText(key); },
+            .badge = [this](const QString& key) { return _viewModel.updates().of(key).badge(); },
+            .activity = [this](const QString& key) { return _viewModel.updates().of(key).tileText(); },
             .smartFolder =
                 [this](const QUuid& id) {
                     const SmartFolderLibrary& library = _viewModel.smartFolders();
@@ -118,7 +102,7 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
 
 bool LauncherController::isWelcoming() const {
     return _sheets.current() == Sheets::whatIsNew ||
-           (_sheets.current() == Sheets::arranging && _arranging.isFirstRun());
+           (_sheets.current() == Sheets::arranging && _panels.arranging()->isFirstRun());
 }
 
 void LauncherController::startAfresh() {
@@ -127,7 +111,8 @@ void LauncherController::startAfresh() {
     _search.clear();
     _renaming.cancel();
     // What was typed there, or not read yet, is not lost with a key that hides the window.
-    if (!isWelcoming() && !_sheets.isTyped() && (!_smartFolder.isOpen() || !_smartFolder.isChanged()))
+    if (!isWelcoming() && !_sheets.isTyped() &&
+        (!_panels.smartFolder()->isOpen() || !_panels.smartFolder()->isChanged()))
         _sheets.close();
 }
 
@@ -153,6 +138,8 @@ void LauncherController::follow() {
     }
     on(launcher.smartFolders().changed, [this] { showLayout(); });
     on(launcher.layouts().shownModeChanged, [this] {
+        _drag.cancel();
+        _menu.close();
         showMode();
         showLayout();
     });
@@ -171,23 +158,7 @@ void LauncherController::follow() {
         _search.refresh();
         wantIcons();
     });
-    on(launcher.updates().changed, [this] {
-        showBadges();
-        _updates.refresh();
-    });
-    on(launcher.arrangements().changed, [this] {
-        if (_sheets.current() == Sheets::arrangements)
-            _arrangements.refresh();
-    });
-    on(launcher.cleanup().changed, [this] {
-        _removal.refresh();
-        _pastRemovals.refresh();
-    });
-    on(launcher.smartFolderEditing().changed, [this] {
-        _smartFolder.refresh();
-        if (!_smartFolder.isOpen() && _sheets.current() == Sheets::smartFolder)
-            _sheets.close();
-    });
+    on(launcher.updates().changed, [this] { showBadges(); });
     on(launcher.history().changed, [this] {
         followUndo();
         Q_EMIT noticeChanged();
@@ -204,9 +175,7 @@ void LauncherController::follow() {
 }
 
 void LauncherController::showMode() {
-    _drag.cancel();
-    _menu.close();
-    _updates.refresh();
+    _panels.updates()->refresh();
     updateMetrics();
     Q_EMIT modeChanged();
 }
@@ -218,7 +187,7 @@ void LauncherController::showBadges() {
 
 void LauncherController::showLayout() {
     if (_sheets.current() == Sheets::unplaced)
-        _unplaced.refresh();
+        _panels.unplaced()->refresh();
     _renaming.refresh();
     _search.refresh();
     _formerPages = std::exchange(_shownPages, _viewModel.shown().shownPages());
@@ -299,11 +268,11 @@ void LauncherController::wantIcons() {
     const int side = std::max(_grid.metrics().iconSide, over ? over->metrics().iconSide : 0);
     IconLoader::Wishes wishes = iconWishes(_grid, over);
     if (_sheets.current() == Sheets::arranging)
-        wishes.visible += _arranging.icons();
+        wishes.visible += _panels.arranging()->icons();
     if (_sheets.current() == Sheets::unplaced)
-        wishes.neighbours += _unplaced.icons();
+        wishes.neighbours += _panels.unplaced()->icons();
     if (_sheets.current() == Sheets::arrangements)
-        wishes.neighbours += _arrangements.icons();
+        wishes.neighbours += _panels.arrangements()->icons();
     _icons.loader().want(std::move(wishes),
                          std::clamp(static_cast<int>(std::lround(side * _pixelRatio)), 16, 1024));
 }
@@ -314,7 +283,7 @@ void LauncherController::makeRoomForAlert() {
     _drag.cancel();
     for (MenuModel* menu : menus())
         menu->close();
-    _smartFolder.closePopups();
+    _panels.smartFolder()->closePopups();
 }
 
 bool LauncherController::isSelected(const QUuid& tile) const {

@@ -1,27 +1,18 @@
 #pragma once
 
 #include "app/alert_panel.h"
-#include "app/arrangements_panel.h"
-#include "app/arranging_panel.h"
 #include "app/backdrop.h"
-#include "app/backups_panel.h"
 #include "app/grid_metrics.h"
 #include "app/grid_model.h"
-#include "app/information_panel.h"
 #include "app/menu_model.h"
 #include "app/open_folder.h"
-#include "app/past_removals_panel.h"
-#include "app/removal_panel.h"
-#include "app/settings_panel.h"
+#include "app/panels.h"
 #include "app/sheets.h"
-#include "app/smart_folder_panel.h"
 #include "app/tile_drag.h"
 #include "app/tile_icons.h"
 #include "app/tile_navigation.h"
 #include "app/tile_renaming.h"
 #include "app/tile_search.h"
-#include "app/unplaced_panel.h"
-#include "app/updates_panel.h"
 #include "launcher/actions.h"
 #include "launcher/launcher_view_model.h"
 #include "platform/machine.h"
@@ -61,16 +52,7 @@ class LauncherController final : public QObject {
     Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT)
 
     Q_PROPERTY(tessellar::Sheets* sheets READ sheets CONSTANT)
-    Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
-    Q_PROPERTY(tessellar::ArrangementsPanel* arrangements READ arrangements CONSTANT)
-    Q_PROPERTY(tessellar::ArrangingPanel* arranging READ arranging CONSTANT)
-    Q_PROPERTY(tessellar::BackupsPanel* backups READ backups CONSTANT)
-    Q_PROPERTY(tessellar::InformationPanel* information READ information CONSTANT)
-    Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
-    Q_PROPERTY(tessellar::PastRemovalsPanel* pastRemovals READ pastRemovals CONSTANT)
-    Q_PROPERTY(tessellar::SettingsPanel* settings READ settings CONSTANT)
-    Q_PROPERTY(tessellar::SmartFolderPanel* smartFolder READ smartFolder CONSTANT)
-    Q_PROPERTY(tessellar::UnplacedPanel* unplaced READ unplaced CONSTANT)
+    Q_PROPERTY(tessellar::Panels* panels READ panels CONSTANT) ///< what the sheets show
     Q_PROPERTY(tessellar::AlertPanel* alert READ alert CONSTANT)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(QString unavailableNotice READ unavailableNotice CONSTANT)
@@ -100,16 +82,7 @@ public:
     TileRenaming* renaming() { return &_renaming; }
     MenuModel* menu() { return &_menu; }
     Sheets* sheets() { return &_sheets; }
-    UpdatesPanel* updates() { return &_updates; }
-    ArrangementsPanel* arrangements() { return &_arrangements; }
-    ArrangingPanel* arranging() { return &_arranging; }
-    BackupsPanel* backups() { return &_backups; }
-    InformationPanel* information() { return &_information; }
-    RemovalPanel* removal() { return &_removal; }
-    PastRemovalsPanel* pastRemovals() { return &_pastRemovals; }
-    SettingsPanel* settings() { return &_settings; }
-    SmartFolderPanel* smartFolder() { return &_smartFolder; }
-    UnplacedPanel* unplaced() { return &_unplaced; }
+    Panels* panels() { return &_panels; }
     AlertPanel* alert() { return &_alert; }
     QString notice() const;
     static QString unavailableNotice() { return LiveLayout::unavailableNotice(); }
@@ -173,7 +146,9 @@ private:
     /// The tiles that keys and clicks apply to: search results, open folder or grid.
     GridModel& shown();
     /// Each receives all keys while open.
-    std::array<MenuModel*, 3> menus() { return {&_menu, _smartFolder.choices(), _arrangements.menu()}; }
+    std::array<MenuModel*, 3> menus() {
+        return {&_menu, _panels.smartFolder()->choices(), _panels.arrangements()->menu()};
+    }
     void unselect() { _viewModel.shown().select(std::nullopt); }
     void selectRange(const QUuid& to);
     void leaveBehind();
@@ -205,16 +180,7 @@ private:
     MenuModel _menu;
     ActionTarget _menuTarget;
     Sheets _sheets;
-    UpdatesPanel _updates;
-    ArrangementsPanel _arrangements;
-    ArrangingPanel _arranging;
-    BackupsPanel _backups;
-    InformationPanel _information;
-    RemovalPanel _removal;
-    PastRemovalsPanel _pastRemovals;
-    SettingsPanel _settings;
-    SmartFolderPanel _smartFolder;
-    UnplacedPanel _unplaced;
+    Panels _panels;
     AlertPanel _alert;
     std::vector<Subscription> _subscriptions;
 };

@@ -20,7 +20,7 @@ GridModel& LauncherController::shown() {
 }
 
 bool LauncherController::isCovered() const {
-    return _alert.isOpen() || !_sheets.current().isEmpty() || _removal.isOpen();
+    return _alert.isOpen() || !_sheets.current().isEmpty() || _panels.removal()->isOpen();
 }
 
 QVariantMap LauncherController::tileView(const QString& tileId) const {
@@ -119,17 +119,17 @@ void LauncherController::escape() {
     const auto open = std::ranges::find_if(all, &MenuModel::isOpen);
     if (open != all.end())
         (*open)->close();
-    else if (_smartFolder.days()->isOpen())
-        _smartFolder.days()->close();
+    else if (_panels.smartFolder()->days()->isOpen())
+        _panels.smartFolder()->days()->close();
     else if (_drag.putBack())
         return;
     else if (_alert.isOpen())
         _alert.answer(false);
-    else if (_removal.isOpen())
-        _removal.cancel();
+    else if (_panels.removal()->isOpen())
+        _panels.removal()->cancel();
     else if (_sheets.current() == Sheets::smartFolder)
-        _smartFolder.leave();
-    else if (_sheets.current() == Sheets::arrangements && _arrangements.endTask())
+        _panels.smartFolder()->leave();
+    else if (_sheets.current() == Sheets::arrangements && _panels.arrangements()->endTask())
         return;
     else if (!_sheets.current().isEmpty())
         _sheets.leave();
@@ -158,8 +158,8 @@ bool LauncherController::pressKey(int key, int modifiers, const QString& text) {
             return true;
         }
     }
-    if (_smartFolder.days()->isOpen()) {
-        _smartFolder.days()->pressKey(key);
+    if (_panels.smartFolder()->days()->isOpen()) {
+        _panels.smartFolder()->days()->pressKey(key);
         return true;
     }
     if (key == Qt::Key_Escape) {
@@ -170,8 +170,8 @@ bool LauncherController::pressKey(int key, int modifiers, const QString& text) {
         _alert.pressKey(key);
         return true;
     }
-    if (_removal.isOpen())
-        _removal.pressKey(key, modifiers & Qt::ControlModifier);
+    if (_panels.removal()->isOpen())
+        _panels.removal()->pressKey(key, modifiers & Qt::ControlModifier);
     if (_drag.isLifted() || isCovered())
         return true;
     GridModel& model = shown();
@@ -377,17 +377,17 @@ void LauncherController::openMenu(const QString& tileId, QPointF point) {
 }
 
 void LauncherController::openArrangements() {
-    _arrangements.open();
+    _panels.arrangements()->open();
     _sheets.open(Sheets::arrangements);
 }
 
 void LauncherController::openArranging(bool isFirstRun) {
-    _arranging.open(isFirstRun);
+    _panels.arranging()->open(isFirstRun);
     _sheets.open(Sheets::arranging);
 }
 
 void LauncherController::openBackups() {
-    _backups.refresh();
+    _panels.backups()->refresh();
     _sheets.open(Sheets::backups);
 }
 
@@ -419,7 +419,7 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
         return _sheets.open(Sheets::keys);
     case ActionRequest::information:
         if (const AppEntry* app = target.item ? target.item->app() : nullptr) {
-            _information.open(target.mode, *app);
+            _panels.information()->open(target.mode, *app);
             _sheets.open(Sheets::information);
         }
         return;
@@ -436,13 +436,13 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
     case ActionRequest::backups:
         return openBackups();
     case ActionRequest::unplaced:
-        _unplaced.refresh();
+        _panels.unplaced()->refresh();
         _sheets.open(Sheets::unplaced);
         return wantIcons();
     case ActionRequest::updates:
         return _sheets.open(Sheets::updates);
     case ActionRequest::pastRemovals:
-        _pastRemovals.open();
+        _panels.pastRemovals()->open();
         return _sheets.open(Sheets::pastRemovals);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/library_watch.h"
 #include "launcher/release_notes.h"
@@ -54,7 +55,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     followScreen();
     connect(&_controller, &LauncherController::modeChanged, this, [this] {
         if (const auto now = _viewModel.shown().mode(); std::exchange(_mode, now) != now) {
-            (void)_settings.set(QStringLiteral("window.mode"), json::rawValue(now));
+            _viewModel.settings().store({{QStringLiteral("window.mode"), json::rawValue(now)}});
             _fitted = {};
         }
         fitToScreen();
@@ -164,10 +165,8 @@ void LauncherWindow::remember() {
         changes.insert(QStringLiteral("windowed.windowSize.width"), now.width());
         changes.insert(QStringLiteral("windowed.windowSize.height"), now.height());
     }
-    if (!_settings.set(changes))
-        return;
     _fitted = now;
-    _viewModel.applySettings();
+    _viewModel.settings().store(changes);
 }
 
 void LauncherWindow::show() {
@@ -196,20 +195,21 @@ void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
 
 void LauncherWindow::welcome(const QString& changelog, const QString& version) {
     const auto offer = [this, changelog, version] {
-        const bool isNewHere = !_settings.value(ReleaseNotes::lastVersionKey);
-        const QString news = ReleaseNotes::unseen(_settings, changelog, version);
-        if (!news.isEmpty())
-            _controller.sheets()->openNews(news);
-        else if (isNewHere && _viewModel.isUnarranged())
+        const auto welcome =
+            ReleaseNotes::welcome(_settings, _viewModel.isUnarranged(), changelog, version);
+        if (!welcome.news.isEmpty())
+            _controller.sheets()->openNews(welcome.news);
+        else if (welcome.asksHowToBegin)
             _controller.openArranging(true);
         // What ends before it was answered is offered again at the next start.
-        const auto isAnswered = [this] { return !_controller.isWelcoming(); };
-        if (isAnswered())
-            return ReleaseNotes::setSeen(_settings, version);
-        connect(_controller.sheets(), &Sheets::changed, this, [this, version, isAnswered] {
-            if (isAnswered())
-                ReleaseNotes::setSeen(_settings, version);
-        });
+        const auto endOnceAnswered = [this, version] {
+            if (_controller.isWelcoming())
+                return;
+            disconnect(_welcoming);
+            _viewModel.settings().store({{ReleaseNotes::lastVersionKey, version}});
+        };
+        _welcoming = connect(_controller.sheets(), &Sheets::changed, this, endOnceAnswered);
+        endOnceAnswered();
     };
     if (_viewModel.isBootstrapped())
         offer();

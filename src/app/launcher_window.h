@@ -79,7 +79,8 @@ private:
     QQuickView _view;
     QSize _screen;
     QMetaObject::Connection _screenChanged;
-    QRect _fitted; ///< the geometry last assigned
+    QMetaObject::Connection _welcoming; ///< until the welcome has been answered
+    QRect _fitted;                      ///< the geometry last assigned
     LauncherWindowMode _mode;
     bool _swallowsClick = false; ///< the press ended an edit of a name
     bool _hasDrawn = false;

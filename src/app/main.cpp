@@ -280,7 +280,7 @@ int run(int argc, char** argv) {
     if (!arguments->machine.root) { // a folder that holds a Mac's layout has no logins
         const QString configuration =
             QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-        window.controller().settings()->setLoginItem(
+        window.controller().panels()->settings()->setLoginItem(
             {.isOn = [configuration] { return launchesAtLogin(configuration); },
              .set = [configuration](bool on) { return setLaunchesAtLogin(on, configuration); }});
     }
@@ -310,7 +310,7 @@ int run(int argc, char** argv) {
         summons.emplace(machine.settings, machine.log,
                         [&] { window.view().isVisible() ? window.close() : window.show(); });
         settingsChanged = window.viewModel().settingsChanged.connect([&] { summons->apply(); });
-        window.controller().settings()->setHotKeyState(
+        window.controller().panels()->settings()->setHotKeyState(
             [&] { return summons->isKeyRefused() ? HotKeyState::refused : HotKeyState::taken; });
         QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
                          [&](Qt::ApplicationState state) {
@@ -320,7 +320,7 @@ int run(int argc, char** argv) {
     } else {
         window.endWhenClosed();
         if (!isForShow)
-            window.controller().settings()->setHotKeyState([] { return HotKeyState::away; });
+            window.controller().panels()->settings()->setHotKeyState([] { return HotKeyState::away; });
         QObject::connect(&window, &LauncherWindow::ended, &application, &QGuiApplication::quit);
     }
 

@@ -4,8 +4,8 @@
 #include "launcher/installed_applications.h"
 #include "launcher/language.h"
 #include "launcher/launcher_cleanup.h"
-#include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
 #include "model/layout_settings.h"
@@ -107,7 +107,7 @@ SettingsPanel::SettingsPanel(LauncherViewModel& viewModel, Machine& machine)
 
 QVariantMap SettingsPanel::row(const QString& key, const QString& title) const {
     const Setting& setting = *settingNamed(key);
-    const QJsonValue now = settingNow(_machine.settings, setting);
+    const QJsonValue now = settingNow(_viewModel.settings().expected(), setting);
     QVariantList choices;
     for (qsizetype i = 0; i < setting.choices.size(); ++i)
         choices.append(QVariantMap{{QStringLiteral("title"), Texts::tr(setting.titles[i])},
@@ -122,7 +122,7 @@ QVariantMap SettingsPanel::row(const QString& key, const QString& title) const {
             {QStringLiteral("high"), setting.high},
             {QStringLiteral("step"), setting.step},
             {QStringLiteral("choices"), choices},
-            {QStringLiteral("isSet"), _machine.settings.value(key).has_value()}};
+            {QStringLiteral("isSet"), _viewModel.settings().expected().value(key).has_value()}};
 }
 
 QVariantMap SettingsPanel::section(const QString& title, const QVariantList& rows,
@@ -162,8 +162,10 @@ QVariantMap SettingsPanel::grid() const {
 }
 
 QStringList SettingsPanel::additionalFolders() const {
-    QStringList folders =
-        _machine.settings.texts(Discovery::additionalSearchPathsKey).value_or(QStringList());
+    QStringList folders = _viewModel.settings()
+                              .expected()
+                              .texts(Discovery::additionalSearchPathsKey)
+                              .value_or(QStringList());
     // What names no place is neither shown nor kept.
     folders.removeIf([this](const QString& folder) {
         return Discovery::normalized({folder}, _machine.places.home).isEmpty();
@@ -175,7 +177,7 @@ QVariantMap SettingsPanel::folders() const {
     const QString home = _machine.places.home;
     const QStringList added = Discovery::normalized(additionalFolders(), home);
     QVariantList rows;
-    for (const QString& path : Discovery::read(_machine.settings, home).searchPaths) {
+    for (const QString& path : Discovery::read(_viewModel.settings().expected(), home).searchPaths) {
         const auto count = std::ranges::count_if(_viewModel.applications().all(), [&](const auto& app) {
             return app.path.startsWith(path + u'/');
         });
@@ -272,7 +274,7 @@ void SettingsPanel::setShown(bool isShown) {
     if (!isShown) {
         // What was only tried out is not to stay.
         for (const LauncherWindowMode mode : LiveLayouts::modes)
-            _viewModel.layout(mode).refresh();
+            _viewModel.layout(mode).settingsChanged();
         return;
     }
     _issue.clear();
@@ -303,10 +305,15 @@ void SettingsPanel::tryOut(const QString& key, double value) {
 }
 
 void SettingsPanel::store(const QString& key, const QJsonValue& value) {
-    (void)_viewModel.history().settle(); // what a failed step left is not to take this back later
-    const auto stored = storeSetting(_machine.settings, key, value);
-    _viewModel.applySettings();
-    tell(stored ? QString() : stored.error().message);
+    _issue.clear();
+    _viewModel.settings().store(
+        key, value, [self = QPointer(this)](const LauncherSettings::Outcome& stored) {
+            if (!self || stored)
+                return;
+            self->_viewModel.shown().settingsChanged(); // what was tried out does not hold
+            self->tell(stored.error().message);
+        });
+    show();
 }
 
 void SettingsPanel::set(const QString& key, const QVariant& value) {

@@ -66,9 +66,9 @@ void UpdateRows::toggle(int row) {
 /// is cheap to ask.
 std::optional<UpdateRows::Section> UpdateRows::sectionOf(const QString& key) const {
     using Kind = AppUpdateActionState::Kind;
-    const LauncherUpdates& updates = _viewModel.updates();
-    const auto status = updates.status(key);
-    if (const auto state = updates.actionState(key)) {
+    const AppUpdateView update = _viewModel.updates().of(key);
+    const auto status = update.status();
+    if (const auto state = update.actionState()) {
         if (!state->isOver())
             return Section::available;
         if (state->kind == Kind::succeeded && !state->message.isEmpty() &&
@@ -77,9 +77,9 @@ std::optional<UpdateRows::Section> UpdateRows::sectionOf(const QString& key) con
     }
     if (status && std::holds_alternative<UpdateAvailable>(*status))
         return Section::available;
-    if (updates.skipped(key) == AppUpdateCache::everyVersion || updates.isHeld(key))
+    if (update.skipped() == AppUpdateCache::everyVersion || update.isHeld())
         return Section::held;
-    if (updates.hasFailed(key))
+    if (update.hasFailed())
         return Section::failed;
     if (!status || std::holds_alternative<UpdateUnsupported>(*status))
         return Section::unchecked;
@@ -87,30 +87,31 @@ std::optional<UpdateRows::Section> UpdateRows::sectionOf(const QString& key) con
 }
 
 /// What a button says where a menu has a sentence.
-static QString buttonText(const LauncherUpdates& updates, const QString& key) {
+static QString buttonText(const AppUpdateView& update) {
     using enum AppUpdateActionKind;
-    const auto kind = updates.actionKind(key);
+    const auto kind = update.actionKind();
     const bool isItsOwn = kind == sparkle || kind == vendorUpdater || kind == openApp;
-    return isItsOwn ? UpdateRows::tr("Open App") : updates.actionLabel(key);
+    return isItsOwn ? UpdateRows::tr("Open App") : update.actionLabel();
 }
 
 UpdateRows::Row UpdateRows::rowOf(const AppEntry& app, Section section) const {
     using Kind = AppUpdateActionState::Kind;
-    const LauncherUpdates& updates = _viewModel.updates();
     const QString key = tessellar::appKey(app);
-    const auto record = updates.record(key);
-    const auto reason = updates.reason(key);
-    const auto state = updates.actionState(key);
+    const LauncherUpdates& updates = _viewModel.updates();
+    const AppUpdateView update = updates.of(key);
+    const auto record = update.record();
+    const auto reason = update.reason();
+    const auto state = update.actionState();
     Row row{.section = section, .appKey = key, .name = app.name};
     switch (section) {
     case Section::available:
         row.isRunning = state && !state->isOver();
-        row.text = updates.statusText(key);
+        row.text = update.statusText();
         row.detail = record && record->notes ? record->notes->text : QString();
-        row.action = row.isRunning ? tr("Cancel") : buttonText(updates, key);
-        row.canAct = row.isRunning || (!updates.isRunning() && updates.actionKind(key));
+        row.action = row.isRunning ? tr("Cancel") : buttonText(update);
+        row.canAct = row.isRunning || (!updates.isRunning() && update.actionKind());
         if (row.isRunning) {
-            row.text = state->message.isEmpty() ? updates.runningText(key) : state->message;
+            row.text = state->message.isEmpty() ? update.runningText() : state->message;
             row.detail = state->detail;
         } else if (state && !state->message.isEmpty() && state->kind != Kind::succeeded) {
             row.isFailure = state->kind == Kind::failed;
@@ -122,9 +123,9 @@ UpdateRows::Row UpdateRows::rowOf(const AppEntry& app, Section section) const {
         row.text = state ? state->message : QString();
         break;
     case Section::held:
-        row.text = !updates.isHeld(key) ? tr("Its updates are not offered.")
-                   : record             ? update_texts::status(*record)
-                                        : update_texts::held();
+        row.text = !update.isHeld() ? tr("Its updates are not offered.")
+                   : record         ? update_texts::status(*record)
+                                    : update_texts::held();
         break;
     case Section::failed:
     case Section::unchecked:
@@ -132,7 +133,7 @@ UpdateRows::Row UpdateRows::rowOf(const AppEntry& app, Section section) const {
         row.text = reason ? message(*reason) : tr("Not checked yet.");
         break;
     }
-    if (const auto source = updates.sourceText(key))
+    if (const auto source = update.sourceText())
         row.source = source->label.isEmpty()
                          ? source->explanation
                          : source->label + QStringLiteral(". ") + source->explanation;

@@ -1,8 +1,12 @@
 #include "app/updates_panel.h"
 
 #include "launcher/launcher_messages.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/launcher_updates.h"
 #include "platform/texts.h"
+#include "updates/app_update_settings.h"
+
+#include <QPointer>
 
 #include <algorithm>
 
@@ -10,7 +14,7 @@ namespace tessellar {
 
 QString UpdatesPanel::title() { return update_texts::settingsTitle(); }
 QString UpdatesPanel::explanation() { return update_texts::settingsExplanation(); }
-bool UpdatesPanel::isEnabled() const { return _viewModel.updates().isEnabled(); }
+bool UpdatesPanel::isEnabled() const { return settings().enabled; }
 QString UpdatesPanel::summary() const { return _viewModel.updates().summary(); }
 bool UpdatesPanel::isChecking() const { return _viewModel.updates().isChecking(); }
 
@@ -28,14 +32,22 @@ void UpdatesPanel::refresh() {
     Q_EMIT changed();
 }
 
-void UpdatesPanel::report(const LauncherUpdates::Outcome& outcome) {
-    _viewModel.messages().report(outcome);
+AppUpdateSettings UpdatesPanel::settings() const {
+    return readAppUpdateSettings(_viewModel.settings().expected());
 }
 
-void UpdatesPanel::setEnabled(bool isEnabled) {
-    report(_viewModel.updates().setEnabled(isEnabled));
+void UpdatesPanel::store(const QString& key, const QJsonValue& value) {
+    _viewModel.settings().store(key, value,
+                                [self = QPointer(this)](const LauncherSettings::Outcome& stored) {
+                                    if (!self)
+                                        return;
+                                    self->_viewModel.messages().report(stored);
+                                    self->refresh();
+                                });
     refresh();
 }
+
+void UpdatesPanel::setEnabled(bool isEnabled) { store(AppUpdateSettings::enabledKey, isEnabled); }
 
 namespace {
 
@@ -53,22 +65,19 @@ constexpr std::array intervalRows{IntervalRow{AppUpdateInterval::sixHours, Texts
 QVariantList UpdatesPanel::intervals() const {
     QVariantList result;
     for (const IntervalRow& row : intervalRows)
-        result.append(
-            QVariantMap{{QStringLiteral("title"), Texts::tr(row.title)},
-                        {QStringLiteral("seconds"), static_cast<int>(row.interval)},
-                        {QStringLiteral("isChosen"), _viewModel.updates().interval() == row.interval}});
+        result.append(QVariantMap{{QStringLiteral("title"), Texts::tr(row.title)},
+                                  {QStringLiteral("seconds"), static_cast<int>(row.interval)},
+                                  {QStringLiteral("isChosen"), settings().interval == row.interval}});
     return result;
 }
 
 void UpdatesPanel::chooseInterval(int seconds) {
     if (const auto interval = appUpdateInterval(seconds))
-        report(_viewModel.updates().setInterval(*interval));
-    refresh();
+        store(AppUpdateSettings::intervalKey, qToUnderlying(*interval));
 }
 
 void UpdatesPanel::stepInterval(int by) {
-    const auto chosen =
-        std::ranges::find(intervalRows, _viewModel.updates().interval(), &IntervalRow::interval);
+    const auto chosen = std::ranges::find(intervalRows, settings().interval, &IntervalRow::interval);
     const auto place =
         std::clamp<std::ptrdiff_t>(chosen - intervalRows.begin() + by, 0, std::ssize(intervalRows) - 1);
     chooseInterval(static_cast<int>(intervalRows[static_cast<std::size_t>(place)].interval));

@@ -61,7 +61,8 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void report(const LauncherUpdates::Outcome& outcome);
+    AppUpdateSettings settings() const;
+    void store(const QString& key, const QJsonValue& value);
 
     LauncherViewModel& _viewModel;
     UpdateRows _rows;

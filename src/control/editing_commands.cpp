@@ -25,16 +25,16 @@ void answerWithHits(const Call& call, const Word& query) {
     QString lines;
     for (const SearchIndex::Hit& hit : call->launcher().search().search(call->mode(), text(query))) {
         const QString key = appKey(*hit.entry);
-        const LauncherUpdates& updates = call->launcher().updates();
+        const AppUpdateView update = call->launcher().updates().of(key);
         QJsonObject object{{QStringLiteral("score"), hit.score},
                            {QStringLiteral("appKey"), key},
                            {QStringLiteral("entry"), json::encode(*hit.entry)}};
-        if (const auto status = updates.status(key))
+        if (const auto status = update.status())
             object[QStringLiteral("updateStatus")] = json::encode(*status);
         hits.append(object);
         lines += QStringLiteral("%1  %2 %3")
                      .arg(hit.score, 7, 'f', 1)
-                     .arg(hit.entry->name, updates.badge(key))
+                     .arg(hit.entry->name, update.badge())
                      .trimmed() +
                  u'\n';
     }

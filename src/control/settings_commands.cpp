@@ -1,7 +1,7 @@
 // The settings: list, get, set; and what the system permits.
 
 #include "control/command_set.h"
-#include "launcher/launcher_history.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/setting_table.h"
 #include "platform/full_disk_access.h"
 #include "platform/texts.h"
@@ -143,13 +143,13 @@ void addSettingsCommands(CommandSet& set) {
               [key = word(put, "key", Texts::noop("Its name")),
                value = word(put, "value", Texts::noop("JSON, or else text"))](const Call& call) {
                   const QJsonValue wanted = settingValue(text(value));
-                  // What a failed step left is not to take this back later.
-                  (void)call->launcher().history().settle();
-                  if (const auto stored = storeSetting(call->machine.settings, text(key), wanted);
-                      !stored)
-                      return call->fail(stored.error());
-                  call->launcher().applySettings();
-                  call->succeed(QJsonObject{{text(key), wanted}}, {});
+                  call->launcher().settings().store(
+                      text(key), wanted,
+                      [call, key = text(key), wanted](const LauncherSettings::Outcome& stored) {
+                          if (!stored)
+                              return call->fail(stored.error());
+                          call->succeed(QJsonObject{{key, wanted}}, {});
+                      });
               });
 }
 

@@ -20,38 +20,38 @@ QString name(const Call& call, const QString& appKey) {
 /// where its version is known from.
 QJsonObject described(const Call& call, const QString& appKey,
                       const std::optional<AppUpdateRecord>& record) {
-    const LauncherUpdates& updates = call->launcher().updates();
+    const AppUpdateView update = call->launcher().updates().of(appKey);
     QJsonObject object = record ? json::encode(*record).toObject() : QJsonObject();
-    if (const auto channel = updates.channel(appKey))
+    if (const auto channel = update.channel())
         object[QStringLiteral("channel")] = json::encode(*channel);
-    if (const auto action = updates.actionKind(appKey))
+    if (const auto action = update.actionKind())
         object[QStringLiteral("action")] = json::rawValue(*action);
-    if (const auto source = updates.sourceText(appKey))
+    if (const auto source = update.sourceText())
         object[QStringLiteral("source")] = source->explanation;
-    if (const auto why = updates.reason(appKey))
+    if (const auto why = update.reason())
         object[QStringLiteral("reason")] =
             QJsonObject{{QStringLiteral("code"), json::rawValue(why->code)},
                         {QStringLiteral("message"), message(*why)}};
-    if (const auto version = updates.skipped(appKey))
+    if (const auto version = update.skipped())
         object[QStringLiteral("skipped")] = *version;
-    if (updates.isHeld(appKey))
+    if (update.isHeld())
         object[QStringLiteral("isHeld")] = true;
-    if (const QString running = updates.runningText(appKey); !running.isEmpty())
+    if (const QString running = update.runningText(); !running.isEmpty())
         object[QStringLiteral("running")] = running;
     return object;
 }
 
 QString statusText(const Call& call, const QString& appKey,
                    const std::optional<AppUpdateRecord>& record) {
-    const LauncherUpdates& updates = call->launcher().updates();
-    const QString running = updates.runningText(appKey);
+    const AppUpdateView update = call->launcher().updates().of(appKey);
+    const QString running = update.runningText();
     if (!running.isEmpty())
         return running;
-    const auto why = record ? std::nullopt : updates.reason(appKey);
+    const auto why = record ? std::nullopt : update.reason();
     const QString known = record ? update_texts::status(*record)
                           : why  ? message(*why)
                                  : Texts::tr("Not checked");
-    return updates.isHeld(appKey) ? update_texts::held() + QStringLiteral(". ") + known : known;
+    return update.isHeld() ? update_texts::held() + QStringLiteral(". ") + known : known;
 }
 
 QString channelText(const AppUpdateChannel& channel) {
@@ -72,13 +72,13 @@ bool refuseUnknown(const Call& call, const QString& appKey) {
 }
 
 void answerWithStatus(const Call& call, const QString& appKey) {
-    const LauncherUpdates& updates = call->launcher().updates();
-    const auto record = updates.record(appKey);
+    const AppUpdateView update = call->launcher().updates().of(appKey);
+    const auto record = update.record();
     QStringList lines{statusText(call, appKey, record)};
-    if (const auto channel = updates.channel(appKey))
+    if (const auto channel = update.channel())
         lines.append(channelText(*channel));
-    lines.append(updates.actionLabel(appKey));
-    if (const auto source = updates.sourceText(appKey))
+    lines.append(update.actionLabel());
+    if (const auto source = update.sourceText())
         lines.append(source->explanation);
     if (record && record->notes)
         for (const QString& notes : {record->notes->text, record->notes->url})
@@ -94,9 +94,10 @@ void answerWithStatuses(const Call& call, bool isUnchecked) {
     QString lines;
     for (const AppEntry& app : call->launcher().applications().all()) {
         const QString key = appKey(app);
-        const auto record = updates.record(key);
+        const AppUpdateView update = updates.of(key);
+        const auto record = update.record();
         const bool isListed =
-            isUnchecked ? updates.reason(key) && !updates.isHeld(key) : record || updates.channel(key);
+            isUnchecked ? update.reason() && !update.isHeld() : record || update.channel();
         if (!isListed)
             continue;
         records.insert(key, described(call, key, record));
@@ -265,11 +266,11 @@ void showSteps(const Call& call) {
             const Call running = call.lock();
             if (!running)
                 return;
-            const LauncherUpdates& told = running->launcher().updates();
-            const auto state = told.actionState(key);
+            const AppUpdateView update = running->launcher().updates().of(key);
+            const auto state = update.actionState();
             if (!state || state->kind != AppUpdateActionState::Kind::running)
                 return;
-            const QString step = state->message.isEmpty() ? told.runningText(key) : state->message;
+            const QString step = state->message.isEmpty() ? update.runningText() : state->message;
             running->showProgress(
                 QStringLiteral("%1  %2 %3").arg(name(running, key), step, state->detail).trimmed());
         })));
@@ -288,9 +289,9 @@ void endRun(const Call& call, const QStringList& keys,
     QJsonObject document;
     QString lines = *outcome;
     for (const QString& key : keys) {
-        const auto record = updates.record(key);
+        const auto record = updates.of(key).record();
         QJsonObject object = described(call, key, record);
-        if (const auto state = updates.actionState(key))
+        if (const auto state = updates.of(key).actionState())
             object[QStringLiteral("message")] = state->message;
         if (keys.size() == 1) {
             document = object;

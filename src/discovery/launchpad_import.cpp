@@ -224,6 +224,10 @@ convertLaunchpadRows(const LaunchpadRows& rows, const AppResolver& resolver, Uui
     return Converter(rows, resolver, uuids).convert();
 }
 
+QByteArray encodedImportMetadata(const LegacyLaunchpadImportMetadata& metadata) {
+    return json::write(json::encode(metadata));
+}
+
 std::expected<void, FileError> writeImportMetadata(const FileSystem& files,
                                                    const QString& applicationFolder,
                                                    const LegacyLaunchpadImportMetadata& metadata) {
@@ -231,7 +235,7 @@ std::expected<void, FileError> writeImportMetadata(const FileSystem& files,
         return made;
     return files.writeAtomically(
         FileSystem::joined(applicationFolder, LegacyLaunchpadImportMetadata::fileName),
-        json::write(json::encode(metadata)));
+        encodedImportMetadata(metadata));
 }
 
 QString LaunchpadImportTexts::question() { return Texts::tr("Import old Launchpad configuration?"); }

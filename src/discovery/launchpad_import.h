@@ -99,7 +99,9 @@ private:
 std::expected<NativeLaunchpadImportResult, LaunchpadImportError>
 convertLaunchpadRows(const LaunchpadRows& rows, const AppResolver& resolver, UuidSource& uuids);
 
-/// Writes the metadata's file into the application's folder.
+/// The contents of the metadata's file.
+QByteArray encodedImportMetadata(const LegacyLaunchpadImportMetadata& metadata);
+/// Writes it into the application's folder.
 std::expected<void, FileError> writeImportMetadata(const FileSystem& files,
                                                    const QString& applicationFolder,
                                                    const LegacyLaunchpadImportMetadata& metadata);

@@ -147,6 +147,23 @@ void LayoutUndoHistory::withdraw(std::uint64_t number, const QList<LayoutUndoEnt
     changed();
 }
 
+void LayoutUndoHistory::giveBack(const LayoutUndoEntry& step) {
+    const auto take = [&](QList<LayoutUndoEntry>& stack) {
+        return stack.removeIf(
+            [&](const LayoutUndoEntry& entry) { return entry.number == step.number; });
+    };
+    // An edit of the other mode may have emptied the redo stack since.
+    if (take(_undoStack)) {
+        _redoStack.append(step);
+    } else {
+        take(_redoStack);
+        push(step, _undoStack.size());
+    }
+    _undoFeedbackTask.cancel();
+    _undoFeedback.reset();
+    changed();
+}
+
 LayoutUndoHistory::Next LayoutUndoHistory::nextUndo(LauncherWindowMode mode) const {
     return nextStep(_undoStack, mode);
 }
@@ -228,8 +245,7 @@ void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,
         moveBack(direction, std::move(entry), moved, Result::trashFailed, done);
         return;
     }
-    const bool isUndo = direction == Direction::undo;
-    if (!apply(isUndo ? entry.after : entry.before, isUndo ? entry.before : entry.after)) {
+    if (!apply(direction, entry)) {
         moveBack(direction, std::move(entry), moved, Result::notApplied, done);
         return;
     }
@@ -291,13 +307,16 @@ QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
     return result;
 }
 
-bool LayoutUndoHistory::apply(const LayoutUndoState& from, const LayoutUndoState& state) {
+bool LayoutUndoHistory::apply(Direction direction, const LayoutUndoEntry& entry) {
+    const bool isUndo = direction == Direction::undo;
+    const LayoutUndoState& from = isUndo ? entry.after : entry.before;
+    const LayoutUndoState& state = isUndo ? entry.before : entry.after;
     const LayoutUndoState present = _actions.snapshot(state.mode);
     LayoutUndoState wanted = state;
     wanted.smartFolderDefinitions = withDefinitionsOf(from, state, present.smartFolderDefinitions);
     if (from.settings == state.settings)
         wanted.settings = present.settings;
-    if (!_actions.apply(wanted))
+    if (!_actions.apply(entry, wanted))
         return false;
     _actions.applyNavigation(state);
     const GridCapacities capacities =

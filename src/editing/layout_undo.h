@@ -98,10 +98,11 @@ struct LayoutUndoActions {
 
     /// The current state of a mode, including the other mode's document.
     std::function<LayoutUndoState(LauncherWindowMode)> snapshot;
-    /// Shows and saves the documents, settings and definitions in a state atomically: if any part
-    /// cannot be saved, restores everything and returns false. Unchanged parts are not written, so a
-    /// layout step can be undone while smart folders cannot be saved.
-    std::function<bool(const LayoutUndoState&)> apply;
+    /// Shows and saves the documents, settings and definitions in a state of the step atomically: if
+    /// any part cannot be saved, restores everything and returns false, or returns true and calls
+    /// `giveBack` once a save behind it has failed. Unchanged parts are not written, so a layout step
+    /// can be undone while smart folders cannot be saved.
+    std::function<bool(const LayoutUndoEntry& step, const LayoutUndoState& state)> apply;
     /// Restores the mode's page, open folders and selection, as far as they still exist.
     std::function<void(const LayoutUndoState&)> applyNavigation;
     /// Move applications and report on each, in order, on the main thread, synchronously or later. An
@@ -150,6 +151,10 @@ public:
     /// later steps exist.
     void withdraw(std::uint64_t number, const QList<LayoutUndoEntry>& redoStack);
 
+    /// Returns a step that was undone or redone to the stack it came from: what it changed could not be
+    /// saved and is as it was before.
+    void giveBack(const LayoutUndoEntry& step);
+
     /// Performs a mode's next step. `done` is called when it has finished, possibly before this
     /// returns.
     void undo(LauncherWindowMode mode, const Done& done = {});
@@ -184,7 +189,7 @@ private:
                   const Done& done);
     void moveApps(bool intoTrash, const QList<TrashedAppRecord>& records,
                   std::function<void(QList<TrashOutcome>)> then);
-    bool apply(const LayoutUndoState& from, const LayoutUndoState& state);
+    bool apply(Direction direction, const LayoutUndoEntry& entry);
     void push(LayoutUndoEntry entry, qsizetype place);
     void showNotice(Direction direction, const QString& name);
     void showReflow(UndoRedoReflow reflow);

@@ -110,7 +110,7 @@ void AppInquiry::inspectCode() {
 
 /// What the launcher itself knows at the moment.
 void AppInquiry::lookAtLauncher() {
-    const LauncherUpdates& updates = _launcher.updates();
+    const AppUpdateView update = _launcher.updates().of(_key);
     const SmartFolderLibrary& library = _launcher.smartFolders();
     const InstalledApplications& applications = _launcher.applications();
     if (const auto app = application(_launcher, _mode, _key))
@@ -119,9 +119,9 @@ void AppInquiry::lookAtLauncher() {
     _information.isInstalled =
         applications.withKey(_key) && !_launcher.layout(_mode).unavailableAppKeys().contains(_key);
     _information.isHidden = _launcher.layout(_mode).hiddenKeys().contains(_key);
-    _information.channel = updates.channel(_key);
-    _information.updateSource = updates.sourceText(_key).value_or(AppUpdateSourceText());
-    _information.update = updates.record(_key);
+    _information.channel = update.channel();
+    _information.updateSource = update.sourceText().value_or(AppUpdateSourceText());
+    _information.update = update.record();
     _information.pending.updates = !_areChannelsKnown;
     _information.smartFolders =
         namesByAppKey(library.definitions(), library.evaluations(_mode)).value(_key);

@@ -38,8 +38,10 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
     , _steps(machine.scheduler, machine.uuids, actions())
     , _unsaved(
           store, [this](const QList<UnsavedEdit>& edits) { takeBack(edits); },
-          [&messages](const LauncherError& error) {
-              messages.alert(offering(LauncherError::Remedy::saveAgain, error));
+          [&messages](const LauncherError& error, UnsavedEdits::Left left) {
+              messages.alert(left == UnsavedEdits::Left::unsaved
+                                 ? offering(LauncherError::Remedy::saveAgain, error)
+                                 : error);
           }) {}
 
 LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
@@ -126,8 +128,9 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
         const LauncherWindowMode edited = step.document ? step.mode : otherMode(step.mode);
         _unsaved.add({.mode = edited,
                       .before = *before.documentOf(edited),
-                      .step = _steps.undoStack().last().number,
-                      .redoStack = redoStack});
+                      .takeBack = [this, number = _steps.undoStack().last().number, redoStack] {
+                          _steps.withdraw(number, redoStack);
+                      }});
     }
     return backup;
 }
@@ -135,7 +138,7 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
 /// As after an undo that cannot be redone. The place where the user is stays his.
 void LauncherHistory::takeBack(const QList<UnsavedEdit>& edits) {
     for (const UnsavedEdit& edit : edits)
-        _steps.withdraw(edit.step, edit.redoStack);
+        edit.takeBack();
     const UnsavedEdit& first = edits.last();
     show(first.mode, first.before, false);
     // What failed may lie on the disk all the same.
@@ -253,11 +256,6 @@ QMap<QString, QJsonValue> LauncherHistory::settingsNow(const StepJournal::Files&
     return now;
 }
 
-/// As it is written.
-static QString importRecordText(const LegacyLaunchpadImportMetadata& record) {
-    return QString::fromLatin1(json::write(json::encode(record)));
-}
-
 /// What waits to be saved is saved first: the journal speaks of what is on the disk.
 LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
                                                      const StepJournal::Files& before) {
@@ -269,7 +267,8 @@ LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
     if (step.settings)
         after.settings = storedLayoutSettings(step.mode, *step.settings);
     if (step.replacement && step.replacement->importRecord)
-        after.importRecord = importRecordText(*step.replacement->importRecord);
+        after.importRecord =
+            QString::fromLatin1(encodedImportMetadata(*step.replacement->importRecord));
     if (const auto begun = _journal.begin(before, after); !begun) {
         // It may lie there all the same, and then speaks of files that are as they were.
         (void)_journal.end();
@@ -280,7 +279,7 @@ LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
 
 void LauncherHistory::showBefore(const EditStep& step, const LayoutUndoState& before) {
     if (step.settings)
-        _layouts[step.mode].refresh();
+        _layouts[step.mode].settingsChanged();
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (step.documentOf(mode) && *before.documentOf(mode) != _layouts[mode].document())
             show(mode, *before.documentOf(mode), false);
@@ -306,7 +305,7 @@ bool LauncherHistory::putBack(const StepJournal::Files& files) {
     if (files.settings) {
         isWritten = _machine.settings.set(*files.settings).has_value() && isWritten;
         for (const LauncherWindowMode mode : LiveLayouts::modes)
-            _layouts[mode].refresh();
+            _layouts[mode].settingsChanged();
     }
     return isWritten;
 }
@@ -315,7 +314,7 @@ LauncherHistory::Outcome LauncherHistory::storeSettings(LauncherWindowMode mode,
                                                         const ArrangementLayout& settings) {
     if (const auto stored = writeLayoutSettings(_machine.settings, mode, settings); !stored)
         return std::unexpected(launcherError(stored.error()));
-    _layouts[mode].refresh();
+    _layouts[mode].settingsChanged();
     return {};
 }
 
@@ -363,7 +362,8 @@ LayoutUndoActions LauncherHistory::actions() {
     using TrashDone = LayoutUndoActions::TrashDone;
     return {
         .snapshot = [this](LauncherWindowMode mode) { return snapshot(mode); },
-        .apply = [this](const LayoutUndoState& state) { return apply(state); },
+        .apply = [this](const LayoutUndoEntry& entry,
+                        const LayoutUndoState& state) { return apply(entry, state); },
         .applyNavigation =
             [this](const LayoutUndoState& state) {
                 _layouts[state.mode].setNavigation(state.navigation);
@@ -387,7 +387,7 @@ void LauncherHistory::setTrash(LayoutUndoActions::TrashMove restore,
     _moveToTrash = std::move(trash);
 }
 
-bool LauncherHistory::apply(const LayoutUndoState& state) {
+bool LauncherHistory::apply(const LayoutUndoEntry& entry, const LayoutUndoState& state) {
     const LayoutUndoState before = snapshot(state.mode);
     EditStep step{.name = {},
                   .mode = state.mode,
@@ -401,7 +401,18 @@ bool LauncherHistory::apply(const LayoutUndoState& state) {
         step.document.reset();
     if (_store.isWriteBlocked(otherMode(state.mode)))
         step.otherDocument.reset();
-    return carryOut(step, before, Saved::now).has_value();
+    const bool isDocumentAlone = filesOf(step) == 1 && !step.definitions && !step.settings;
+    if (!isDocumentAlone || !entry.trashedApps.isEmpty())
+        return carryOut(step, before, Saved::now).has_value();
+    if (!carryOut(step, before, Saved::soon))
+        return false;
+    const LauncherWindowMode mode = step.document ? step.mode : otherMode(step.mode);
+    _unsaved.add({.mode = mode,
+                  .before = *before.documentOf(mode),
+                  .takeBack = [this, entry] { _steps.giveBack(entry); },
+                  .isStepOfHistory = true});
+    _store.hurry(mode);
+    return true;
 }
 
 void LauncherHistory::markUnavailable(LiveLayout& layout) const {
@@ -457,6 +468,11 @@ void LauncherHistory::step(bool isUndo, LauncherWindowMode mode, Done done) {
     const LayoutUndoHistory::Next next = isUndo ? _steps.nextUndo(mode) : _steps.nextRedo(mode);
     if (const auto guarded = guard(mode); !guarded && (_steps.isInProgress() || next.entry))
         return done ? done(guarded) : void();
+    // A step that is still being saved may come back, and then is the next one again.
+    if (next.entry && !next.entry->trashedApps.isEmpty())
+        if (const auto flushed = _store.flush(); !flushed)
+            return done ? done(std::unexpected(launcherError(flushed.error(), couldNotSaveLayout())))
+                        : void();
     const QString blockedBy = next.blockedBy ? next.blockedBy->name : QString();
     auto ended = [this, isUndo, mode, blockedBy,
                   done = std::move(done)](LayoutUndoHistory::Result result) {

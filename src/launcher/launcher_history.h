@@ -57,7 +57,8 @@ struct EditStep {
 /// 4. Settings and definitions are saved.
 /// 5. The documents are shown, and saved: at once where another arrangement took the place of the
 ///    present one, or with other files; else after the last of a burst.
-/// 6. The step is kept for undo, which is whole in the same way.
+/// 6. The step is kept for undo, which is whole in the same way; where it changes one document alone,
+///    that is saved behind it, at once.
 ///
 /// A step that fails has changed nothing. If the disk refuses to take back what was written, no other
 /// step is made until it does; a step of several files is then taken back by the next start, too. One
@@ -118,7 +119,7 @@ private:
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
     Outcome save(LauncherWindowMode mode, Saved saved);
     Outcome storeImportRecord(const LegacyLaunchpadImportMetadata& record);
-    bool apply(const LayoutUndoState& state);
+    bool apply(const LayoutUndoEntry& entry, const LayoutUndoState& state);
     void markUnavailable(LiveLayout& layout) const;
     bool differsFromInstalled(const LiveLayout& layout) const;
     void step(bool isUndo, LauncherWindowMode mode, Done done);

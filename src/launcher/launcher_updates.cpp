@@ -10,8 +10,6 @@
 
 namespace tessellar {
 
-static const QString badgeOfUpdate = QStringLiteral("↓");
-
 static LauncherError launcherError(AppUpdateError error) {
     static constexpr std::array codes{"updatesDisabled", "alreadyChecking", "unknownApplication"};
     return {QString::fromLatin1(codes[static_cast<std::size_t>(error)]), message(error), {}};
@@ -102,13 +100,13 @@ void LauncherUpdates::heard(const AppUpdateEvent& event) {
             _watcher.progress();
         return;
     case Kind::recorded:
-        if (const auto found = record(event.appKey); found && _watcher.result)
+        if (const auto found = of(event.appKey).record(); found && _watcher.result)
             _watcher.result(event.appKey, *found);
         return;
     case Kind::actionChanged: {
         // While a tool takes bundles away and puts others in their stead, none of them is gone.
         _replacing = activeAppKey() ? _applications.replacing() : nullptr;
-        const auto state = actionState(event.appKey);
+        const auto state = of(event.appKey).actionState();
         using enum AppUpdateActionState::Phase;
         const bool isPasswordAsked = state && state->phase == password && !state->isOver();
         if (isPasswordAsked && !_wasPasswordAsked)
@@ -196,84 +194,7 @@ void LauncherUpdates::feedSmartFolders() {
     _smartFolders.setRuntimeFacts(std::move(facts));
 }
 
-// ---- of one application
-
-std::optional<AppUpdateStatus> LauncherUpdates::status(const QString& appKey) const {
-    if (!_coordinator)
-        return std::nullopt;
-    const auto found = _coordinator->knownStatuses().constFind(appKey);
-    return found == _coordinator->knownStatuses().constEnd() ? std::nullopt : std::optional(*found);
-}
-
-bool LauncherUpdates::hasFailed(const QString& appKey) const {
-    const auto known =
-        _coordinator ? _coordinator->statuses().constFind(appKey) : AppUpdateStatuses::const_iterator();
-    return _coordinator && known != _coordinator->statuses().constEnd() && tessellar::hasFailed(*known);
-}
-
-QString LauncherUpdates::badge(const QString& appKey) const {
-    const auto known = status(appKey);
-    return known && std::holds_alternative<UpdateAvailable>(*known) ? badgeOfUpdate : QString();
-}
-
-QString LauncherUpdates::statusText(const QString& appKey) const {
-    const auto known = status(appKey);
-    const auto* update = known ? std::get_if<UpdateAvailable>(&*known) : nullptr;
-    if (!update)
-        return {};
-    const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
-    return update_texts::available(installed ? installed->version : std::nullopt,
-                                   update->latestVersion);
-}
-
-std::optional<AppUpdateRecord> LauncherUpdates::record(const QString& appKey) const {
-    return _coordinator ? _coordinator->record(appKey) : std::nullopt;
-}
-
-std::optional<AppUpdateChannel> LauncherUpdates::channel(const QString& appKey) const {
-    return _coordinator ? _coordinator->channel(appKey) : std::nullopt;
-}
-
-std::optional<AppUpdateActionKind> LauncherUpdates::actionKind(const QString& appKey) const {
-    const auto action = _coordinator ? _coordinator->action(appKey) : std::nullopt;
-    return action ? std::optional(kindOf(*action)) : std::nullopt;
-}
-
-QString LauncherUpdates::actionLabel(const QString& appKey) const {
-    const auto kind = actionKind(appKey);
-    return kind ? label(*kind) : QString();
-}
-
-std::optional<AppUpdateActionState> LauncherUpdates::actionState(const QString& appKey) const {
-    return _coordinator ? _coordinator->runner().state(appKey) : std::nullopt;
-}
-
-QString LauncherUpdates::runningText(const QString& appKey) const {
-    using Kind = AppUpdateActionState::Kind;
-    const auto state = actionState(appKey);
-    if (!state || state->isOver())
-        return {};
-    return state->kind == Kind::waiting ? Texts::tr("Waiting for the updates before it…")
-                                        : text(state->phase);
-}
-
-QString LauncherUpdates::tileText(const QString& appKey) const {
-    using Kind = AppUpdateActionState::Kind;
-    const auto state = actionState(appKey);
-    if (!state || state->isOver())
-        return {};
-    return state->kind == Kind::waiting ? Texts::tr("Waiting…") : shortText(state->phase);
-}
-
-std::optional<AppUpdateSourceText> LauncherUpdates::sourceText(const QString& appKey) const {
-    const AppUpdateCandidate* installed = _coordinator ? _coordinator->candidate(appKey) : nullptr;
-    return installed ? std::optional(tessellar::sourceText(_coordinator->channel(appKey), *installed))
-                     : std::nullopt;
-}
-
-std::optional<AppUpdateReason> LauncherUpdates::reason(const QString& appKey) const {
-    return _coordinator ? _coordinator->reason(appKey) : std::nullopt;
-}
+AppUpdateView LauncherUpdates::of(const QString& appKey) const { return {_coordinator.get(), appKey}; }
 
 // ---- of all
 
@@ -304,25 +225,6 @@ QList<AppUpdateProblem> LauncherUpdates::problems() const {
 // ---- settings
 
 bool LauncherUpdates::isEnabled() const { return readAppUpdateSettings(_machine.settings).enabled; }
-
-LauncherUpdates::Outcome LauncherUpdates::setEnabled(bool enabled) {
-    return set(AppUpdateSettings::enabledKey, enabled);
-}
-
-AppUpdateInterval LauncherUpdates::interval() const {
-    return readAppUpdateSettings(_machine.settings).interval;
-}
-
-LauncherUpdates::Outcome LauncherUpdates::setInterval(AppUpdateInterval interval) {
-    return set(AppUpdateSettings::intervalKey, qToUnderlying(interval));
-}
-
-LauncherUpdates::Outcome LauncherUpdates::set(const QString& key, const QJsonValue& value) {
-    if (const auto stored = _machine.settings.set(key, value); !stored)
-        return std::unexpected(launcherError(stored.error(), Texts::tr("Could not save the settings")));
-    settingStored.notify();
-    return {};
-}
 
 QString LauncherUpdates::summary() const {
     const auto date = lastCheck();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "launcher/app_update_view.h"
 #include "launcher/launcher_error.h"
 #include "launcher/launcher_question.h"
 #include "platform/network_watch.h"
@@ -50,32 +51,8 @@ public:
     /// True if `whenKnown` would call `done` immediately.
     bool isKnown() const { return _isKnown; }
 
-    // For one application, by its app key.
-    /// The badge of its tile: an arrow if there is an update, else empty.
-    QString badge(const QString& appKey) const;
-    /// For example "Update available: 1.0 → 1.1"; may be empty.
-    QString statusText(const QString& appKey) const;
-    /// The last known status, ignoring failed checks.
-    std::optional<AppUpdateStatus> status(const QString& appKey) const;
-    /// True if the last check failed.
-    bool hasFailed(const QString& appKey) const;
-    std::optional<AppUpdateRecord> record(const QString& appKey) const;
-    std::optional<AppUpdateChannel> channel(const QString& appKey) const;
-    /// How it would be updated; nullopt while unknown.
-    std::optional<AppUpdateActionKind> actionKind(const QString& appKey) const;
-    /// The menu title for that; may be empty.
-    QString actionLabel(const QString& appKey) const;
-    /// The state of its current or last update.
-    std::optional<AppUpdateActionState> actionState(const QString& appKey) const;
-    /// The text while it runs, for example "Updating… Downloading."; else empty.
-    QString runningText(const QString& appKey) const;
-    /// The same in a word or two, for a tile: "Downloading…".
-    QString tileText(const QString& appKey) const;
-    /// Its source of versions and updates, for the information panel.
-    std::optional<AppUpdateSourceText> sourceText(const QString& appKey) const;
-    /// Why it has no plain status: no channel, a channel that cannot tell, or a failed check.
-    std::optional<AppUpdateReason> reason(const QString& appKey) const;
-
+    /// What is known of one application's updates, by its app key.
+    AppUpdateView of(const QString& appKey) const;
     /// Opens the web page of the available update's release notes, if there is one.
     void openNotes(const QString& appKey);
 
@@ -85,12 +62,9 @@ public:
     Outcome unskip(const QString& appKey);
     /// Makes one of these changes and saves it, rolling it back if saving fails. Blocks.
     Outcome saved(const QString& appKey, const std::function<Outcome()>& change);
-    /// True if the update is skipped, or pinned in Homebrew.
-    bool isHeld(const QString& appKey) const;
-    std::optional<QString> skipped(const QString& appKey) const;
 
     // For all applications.
-    /// The last known statuses, by app key; see `status`.
+    /// The last known statuses, by app key; see `AppUpdateView`.
     AppUpdateStatuses statuses() const;
     qsizetype availableCount() const;
     std::optional<Instant> lastCheck() const;
@@ -107,11 +81,8 @@ public:
         return _coordinator && _coordinator->runner().isExternalUpdaterRunning();
     }
 
-    // For the settings page; its fixed texts are in `update_texts`.
+    /// False if the user switched checks off.
     bool isEnabled() const;
-    Outcome setEnabled(bool enabled);
-    AppUpdateInterval interval() const;
-    Outcome setInterval(AppUpdateInterval interval);
     /// For example "Checking your installed apps for updates…", "2 updates available.", "Last checked
     /// …"; empty before the first check.
     QString summary() const;
@@ -151,9 +122,8 @@ public:
     /// Call after settings or the clock have changed.
     void settingsChanged();
 
-    Signal<> changed;       ///< throttled to a quarter of a second
-    Signal<QString> ran;    ///< an update started, progressed or ended, unthrottled; by app key
-    Signal<> settingStored; ///< stored by `setEnabled` or `setInterval`
+    Signal<> changed;    ///< throttled to a quarter of a second
+    Signal<QString> ran; ///< an update started, progressed or ended, unthrottled; by app key
     /// Another program comes to the front to continue the update; the window should hide.
     Signal<> opened;
     /// The running updater has started asking for a password, with or without a window.
@@ -170,7 +140,6 @@ private:
     void scanned();
     void changeKeys(const QHash<QString, QString>& changedKeys);
     void smartFoldersChanged();
-    Outcome set(const QString& key, const QJsonValue& value);
     void want();
     void loaded(StoredUpdates stored);
     void heard(const AppUpdateEvent& event);

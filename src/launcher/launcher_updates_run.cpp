@@ -27,7 +27,7 @@ static LauncherError cancelled() {
 // ---- what the user does not want to hear of
 
 LauncherUpdates::Outcome LauncherUpdates::skip(const QString& appKey, bool everyVersion) {
-    const auto found = record(appKey);
+    const auto found = of(appKey).record();
     const auto* update = found ? std::get_if<UpdateAvailable>(&found->knownStatus()) : nullptr;
     if (!_coordinator || !_coordinator->candidate(appKey))
         return std::unexpected(InstalledApplications::unknown(appKey));
@@ -46,7 +46,7 @@ LauncherUpdates::Outcome LauncherUpdates::unskip(const QString& appKey) {
 
 LauncherUpdates::Outcome LauncherUpdates::saved(const QString& appKey,
                                                 const std::function<Outcome()>& change) {
-    const std::optional<QString> before = skipped(appKey);
+    const std::optional<QString> before = of(appKey).skipped();
     if (auto made = change(); !made || !_coordinator)
         return made;
     auto onDisk = flush();
@@ -57,18 +57,10 @@ LauncherUpdates::Outcome LauncherUpdates::saved(const QString& appKey,
     return onDisk;
 }
 
-bool LauncherUpdates::isHeld(const QString& appKey) const {
-    return _coordinator && _coordinator->tally().held > 0 && _coordinator->isHeld(appKey);
-}
-
-std::optional<QString> LauncherUpdates::skipped(const QString& appKey) const {
-    return _coordinator ? _coordinator->skipped(appKey) : std::nullopt;
-}
-
 // ---- updates
 
 void LauncherUpdates::openNotes(const QString& appKey) {
-    const auto found = record(appKey);
+    const auto found = of(appKey).record();
     if (!found || !found->notes || found->notes->url.isEmpty())
         return;
     _opening = _opener.openUrl(found->notes->url, [this](const std::expected<void, QString>& done) {
@@ -107,7 +99,7 @@ QStringList LauncherUpdates::runnable() const {
     QStringList keys;
     for (const AppEntry& app : _applications.all()) {
         const QString key = appKey(app);
-        const auto known = status(key);
+        const auto known = of(key).status();
         if (!known || !std::holds_alternative<UpdateAvailable>(*known))
             continue;
         if (const auto action = _coordinator->action(key); action && command(*action))
@@ -126,7 +118,7 @@ std::function<void(LauncherUpdates::GivingUp)> LauncherUpdates::run(const QStrin
     // Who is known to bring the update is not looked for again.
     whenKnown([this, begin, appKeys] {
         if (std::ranges::all_of(appKeys,
-                                [this](const QString& key) { return channel(key).has_value(); }))
+                                [this](const QString& key) { return of(key).channel().has_value(); }))
             begin();
         else
             _coordinator->learnChannels(begin);
@@ -177,7 +169,7 @@ std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList
     bool isAnyCancelled = false;
     bool isAnyKnown = appKeys.isEmpty();
     for (const QString& appKey : appKeys) {
-        const auto state = actionState(appKey);
+        const auto state = of(appKey).actionState();
         isAnyKnown = isAnyKnown || state;
         if (!state)
             continue;

@@ -11,6 +11,7 @@
 #include "launcher/launcher_import.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_search.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/layout_archive.h"
 #include "launcher/layout_merger.h"
@@ -38,6 +39,7 @@ struct LauncherViewModel::Parts {
         , places(machine)
         , merger(machine, store, layouts, applications, places, messages)
         , history(machine, store, layouts, smartFolders, applications, messages)
+        , settings(machine, history)
         , editor(machine, history, layouts, smartFolders)
         , clipboard(machine, pasteboard, history, layouts, smartFolders, messages)
         , arrangements(machine, store, layouts, history)
@@ -75,6 +77,7 @@ struct LauncherViewModel::Parts {
     PlaceMemory places;
     LayoutMerger merger;
     LauncherHistory history;
+    LauncherSettings settings;
     LauncherEditor editor;
     LauncherClipboard clipboard;
     ArrangementShelf arrangements;
@@ -119,7 +122,7 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     follow(parts.layouts.shownModeChanged,
            [&parts] { parts.search.invalidate(parts.layouts.shownMode()); });
     follow(parts.smartFolders.changed, [&parts] { parts.search.invalidate(); });
-    follow(parts.listening->updates.settingStored, [this] { applySettings(); });
+    follow(parts.settings.stored, [this] { applySettings(); });
     follow(parts.listening->updates.opened, [this] { launched.notify(); });
 }
 
@@ -137,6 +140,7 @@ LiveLayout& LauncherViewModel::shown() const { return _parts->layouts.shown(); }
 InstalledApplications& LauncherViewModel::applications() const { return _parts->applications; }
 LauncherMessages& LauncherViewModel::messages() const { return _parts->messages; }
 LauncherHistory& LauncherViewModel::history() const { return _parts->history; }
+LauncherSettings& LauncherViewModel::settings() const { return _parts->settings; }
 LauncherEditor& LauncherViewModel::editor() const { return _parts->editor; }
 LauncherClipboard& LauncherViewModel::clipboard() const { return _parts->clipboard; }
 ArrangementShelf& LauncherViewModel::arrangements() const { return _parts->arrangements; }
@@ -250,7 +254,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
 
 void LauncherViewModel::applySettings() {
     for (const LauncherWindowMode mode : LiveLayouts::modes)
-        layout(mode).refresh();
+        layout(mode).settingsChanged();
     applications().settingsChanged();
     updates().settingsChanged();
     settingsChanged.notify();

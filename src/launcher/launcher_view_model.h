@@ -22,6 +22,7 @@ class LauncherIcons;
 class LauncherImport;
 class LauncherMessages;
 class LauncherSearch;
+class LauncherSettings;
 class LauncherUpdates;
 class LayoutArchive;
 class LayoutProposals;
@@ -81,6 +82,7 @@ public:
     InstalledApplications& applications() const;
     LauncherMessages& messages() const;
     LauncherHistory& history() const;
+    LauncherSettings& settings() const;
     LauncherEditor& editor() const;
     LauncherClipboard& clipboard() const;
     ArrangementShelf& arrangements() const;
@@ -101,7 +103,7 @@ public:
     /// Launches an application; fails with a notice if it is unknown or unavailable. `done` is called
     /// once the system has accepted it, or with the error.
     void launch(const QString& appKey, std::function<void(Outcome)> done = {});
-    /// Call after settings have changed.
+    /// Call when settings have changed other than through `settings()`.
     void applySettings();
     /// The locale changed: updates comparison and search; tiles keep their places.
     void setLocale(const Locale& locale);

@@ -251,11 +251,11 @@ void LiveLayout::setUnavailable(QSet<QString> appKeys) {
     changed.notify();
 }
 
-void LiveLayout::refresh() { tryOut(readLayoutSettings(_store, _mode)); }
+void LiveLayout::settingsChanged() { tryOut(readLayoutSettings(_store, _mode)); }
 
 void LiveLayout::tryOut(const ArrangementLayout& settings) {
-    _settings = settings;
-    documentChanged();
+    if (std::exchange(_settings, settings) != settings)
+        documentChanged();
 }
 
 // ---- both

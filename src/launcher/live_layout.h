@@ -85,9 +85,9 @@ public:
     /// Replaces the arrangement; navigation returns to the start.
     void setArrangement(LayoutDocument document);
     void setUnavailable(QSet<QString> appKeys);
-    /// Call when the grid's settings or the contents of smart folders have changed.
-    void refresh();
-    /// Previews other grid settings, without storing them, until the next `refresh`.
+    /// Call when settings may have changed.
+    void settingsChanged();
+    /// Previews other grid settings, without storing them, until the next `settingsChanged`.
     void tryOut(const ArrangementLayout& settings);
 
     Signal<> replaced; ///< with another arrangement; `changed` follows

@@ -30,9 +30,10 @@ QString ReleaseNotes::unseen(const Settings& settings, const QString& changelog,
     return last && *last != version ? releaseNotes(changelog, *last, version) : QString();
 }
 
-void ReleaseNotes::setSeen(Settings& settings, const QString& version) {
-    if (settings.text(lastVersionKey) != version)
-        (void)settings.set(lastVersionKey, version);
+ReleaseNotes::Welcome ReleaseNotes::welcome(const Settings& settings, bool isUnarranged,
+                                            const QString& changelog, const QString& version) {
+    return {.news = unseen(settings, changelog, version),
+            .asksHowToBegin = isUnarranged && !settings.value(lastVersionKey)};
 }
 
 } // namespace tessellar

@@ -16,8 +16,15 @@ struct ReleaseNotes {
 
     /// Empty on the first start.
     static QString unseen(const Settings& settings, const QString& changelog, const QString& version);
-    /// If storing fails, the notes are shown again next time.
-    static void setSeen(Settings& settings, const QString& version);
+
+    /// What greets the user at a start: news, or how to begin for somebody new, or neither. Offered
+    /// again until `lastVersionKey` holds this version.
+    struct Welcome {
+        QString news;
+        bool asksHowToBegin = false;
+    };
+    static Welcome welcome(const Settings& settings, bool isUnarranged, const QString& changelog,
+                           const QString& version);
 };
 
 } // namespace tessellar

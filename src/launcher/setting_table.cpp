@@ -292,6 +292,16 @@ std::optional<LauncherError> refusal(const Setting& setting, const QJsonValue& v
     return std::nullopt;
 }
 
+std::optional<LauncherError> refusal(const QString& key, const QJsonValue& value) {
+    if (value.isNull())
+        return std::nullopt;
+    if (const Setting* setting = settingNamed(key))
+        return refusal(*setting, value);
+    return LauncherError{QStringLiteral("unknownSetting"),
+                         Texts::tr("There is no setting “%1”.").arg(key.left(200)),
+                         {}};
+}
+
 QJsonValue settingNow(const Settings& settings, const Setting& setting) {
     const QString prefix = settingKey(LauncherWindowMode::windowed, {});
     const Setting* general =
@@ -302,23 +312,6 @@ QJsonValue settingNow(const Settings& settings, const Setting& setting) {
     if (const auto value = general ? settings.value(general->key) : std::nullopt)
         return inForce(setting, *value);
     return setting.usual;
-}
-
-std::expected<void, LauncherError> storeSetting(Settings& settings, const QString& key,
-                                                const QJsonValue& value) {
-    if (!value.isNull()) {
-        const Setting* setting = settingNamed(key);
-        if (!setting)
-            return std::unexpected(
-                LauncherError{QStringLiteral("unknownSetting"),
-                              Texts::tr("There is no setting “%1”.").arg(key.left(200)),
-                              {}});
-        if (const auto refused = refusal(*setting, value))
-            return std::unexpected(*refused);
-    }
-    if (const auto stored = settings.set(key, value); !stored)
-        return std::unexpected(launcherError(stored.error(), Texts::tr("Could not save setting")));
-    return {};
 }
 
 } // namespace tessellar

@@ -38,12 +38,10 @@ QString settingKey(LauncherWindowMode mode, const QString& key);
 QString rangeText(const Setting& setting);
 /// Why a value is not allowed; nullopt if it is.
 std::optional<LauncherError> refusal(const Setting& setting, const QJsonValue& value);
+/// The same by key; null, which removes a value, is allowed for keys that are not in the table too.
+std::optional<LauncherError> refusal(const QString& key, const QJsonValue& value);
 /// The effective value: the stored one or, if that is missing or invalid, the default. Windowed grid
 /// settings fall back to the full-screen ones first.
 QJsonValue settingNow(const Settings& settings, const Setting& setting);
-
-/// Validates and stores a value; null removes it, even for keys that are not in the table.
-std::expected<void, LauncherError> storeSetting(Settings& settings, const QString& key,
-                                                const QJsonValue& value);
 
 } // namespace tessellar

@@ -64,15 +64,15 @@ ActionRequest group(const Context& context, const QString&) {
 QString updateStatus(const Context& context) {
     if (!context.app())
         return {};
-    const LauncherUpdates& updates = context.launcher.updates();
-    const QString running = updates.runningText(appKey(*context.app()));
-    return running.isEmpty() ? updates.statusText(appKey(*context.app())) : running;
+    const AppUpdateView update = context.launcher.updates().of(appKey(*context.app()));
+    const QString running = update.runningText();
+    return running.isEmpty() ? update.statusText() : running;
 }
 
 /// The version that is offered, or empty.
 QString offeredVersion(const Context& context) {
     const auto known = context.app() && context.isOne()
-                           ? context.launcher.updates().status(appKey(*context.app()))
+                           ? context.launcher.updates().of(appKey(*context.app())).status()
                            : std::nullopt;
     const auto* update = known ? std::get_if<UpdateAvailable>(&*known) : nullptr;
     return update ? update->latestVersion : QString();
@@ -80,7 +80,7 @@ QString offeredVersion(const Context& context) {
 
 bool isUpdating(const Context& context) {
     return context.isOne() && context.app() &&
-           !context.launcher.updates().runningText(appKey(*context.app())).isEmpty();
+           !context.launcher.updates().of(appKey(*context.app())).runningText().isEmpty();
 }
 
 bool isUpdateOffered(const Context& context) {
@@ -124,9 +124,9 @@ constexpr std::array rows = std::to_array<ActionRow>({
      [](const Context& c) { return c.isOne() && !updateStatus(c).isEmpty(); },
      [](const Context&) { return false; }},
     aboutUpdates({"update",
-                  [](const Context& c) { return c.launcher.updates().actionLabel(appKey(*c.app())); },
+                  [](const Context& c) { return c.launcher.updates().of(appKey(*c.app())).actionLabel(); },
                   [](const Context& c) {
-                      return isUpdateOffered(c) && c.launcher.updates().actionKind(appKey(*c.app()));
+                      return isUpdateOffered(c) && c.launcher.updates().of(appKey(*c.app())).actionKind();
                   },
                   [](const Context& c) { return !c.launcher.updates().isRunning(); },
                   [](const Context& c, const QString&) {
@@ -142,7 +142,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
         {"releaseNotes", Texts::noop("Release Notes"),
          [](const Context& c) {
              const auto record =
-                 c.isOne() && c.app() ? c.launcher.updates().record(appKey(*c.app())) : std::nullopt;
+                 c.isOne() && c.app() ? c.launcher.updates().of(appKey(*c.app())).record() : std::nullopt;
              return record && record->notes && !record->notes->url.isEmpty();
          },
          nullptr,
@@ -157,7 +157,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
     aboutUpdates({"skipUpdates", Texts::noop("Skip All Its Updates"), isUpdateOffered, nullptr, skip<true>}),
     aboutUpdates({"offerUpdates", Texts::noop("Offer Its Updates Again"),
                   [](const Context& c) {
-                      return c.isOne() && c.app() && c.launcher.updates().skipped(appKey(*c.app()));
+                      return c.isOne() && c.app() && c.launcher.updates().of(appKey(*c.app())).skipped();
                   },
                   nullptr,
                   [](const Context& c, const QString&) {

@@ -26,7 +26,10 @@ void UnsavedEdits::add(UnsavedEdit edit) {
     auto& edits = _edits[std::size_t(edit.mode)];
     const LayoutStore::Revision revision = _store.revision(edit.mode);
     // What is not taken back needs no more than to be there.
-    if (!_editor && !edits.isEmpty() && !edits.last().editor)
+    const auto isKept = [](const Editor& editor, const UnsavedEdit& made) {
+        return !editor && !made.isStepOfHistory;
+    };
+    if (!edits.isEmpty() && isKept(_editor, edit) && isKept(edits.last().editor, edits.last().edit))
         edits.last().revision = revision;
     else
         edits.append({std::move(edit), _editor, revision});
@@ -68,8 +71,11 @@ void UnsavedEdits::fail(LauncherWindowMode mode, const LauncherError& error) {
     };
     auto& edits = _edits[std::size_t(mode)];
     QList<UnsavedEdit> takenBack;
-    while (!edits.isEmpty() && isAwaited(edits.last()))
+    bool concernsUser = false;
+    while (!edits.isEmpty() && (edits.last().edit.isStepOfHistory || isAwaited(edits.last()))) {
+        concernsUser = concernsUser || !edits.last().editor;
         takenBack.append(edits.takeLast().edit);
+    }
     for (Waiting& waiting : _waiting) {
         if (std::exchange(waiting.until[std::size_t(mode)], 0) == 0 || !waiting.outcome)
             continue;
@@ -85,8 +91,10 @@ void UnsavedEdits::fail(LauncherWindowMode mode, const LauncherError& error) {
     }
     if (!takenBack.isEmpty())
         _takeBack(takenBack);
-    if (std::ranges::any_of(edits, [](const Unsaved& unsaved) { return !unsaved.editor; }))
-        _tellUser(error);
+    const bool areLeft =
+        std::ranges::any_of(edits, [](const Unsaved& unsaved) { return !unsaved.editor; });
+    if (areLeft || concernsUser)
+        _tellUser(error, areLeft ? Left::unsaved : Left::nothing);
 }
 
 void UnsavedEdits::tell() {

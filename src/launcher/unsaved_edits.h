@@ -4,6 +4,7 @@
 #include "launcher/launcher_error.h"
 
 #include <array>
+#include <functional>
 #include <list>
 
 namespace tessellar {
@@ -12,16 +13,16 @@ namespace tessellar {
 struct UnsavedEdit {
     LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< of the changed document
     LayoutDocument before;                                    ///< the document before the edit
-    std::uint64_t step = 0;                                   ///< of history
-    QList<LayoutUndoEntry> redoStack;                         ///< cleared by the edit
+    std::function<void()> takeBack;                           ///< from history
+    bool isStepOfHistory = false;                             ///< an undo or redo
 };
 
 /// Tracks edits until they are on the disk.
 ///
 /// If saving fails, edits by hand stay in the window and are retried with later edits. Edits by a
-/// command are rolled back, so that its failure is final; but if edits that nobody waits for were made
-/// on top, they are kept as edits by hand, and the command's result says so. Concurrent waits share a
-/// save.
+/// command are rolled back, so that its failure is final, and so are undo and redo, which can be tried
+/// again; but if edits by hand were made on top, they are kept like these, and the command's result
+/// says so. Concurrent waits share a save.
 ///
 /// Main thread only.
 class UnsavedEdits {
@@ -32,8 +33,9 @@ public:
     using Editor = std::shared_ptr<const void>;
     /// Undoes edits of one mode, newest first, and saves the result.
     using TakeBack = std::function<void(const QList<UnsavedEdit>&)>;
-    /// Tells the user that a save failed and left edits by hand unsaved.
-    using Tell = std::function<void(const LauncherError&)>;
+    /// Tells the user that a save failed: edits by hand stay unsaved, or an undo was taken back.
+    enum class Left { unsaved, nothing };
+    using Tell = std::function<void(const LauncherError&, Left)>;
 
     UnsavedEdits(LayoutStore& store, TakeBack takeBack, Tell tellUser);
 

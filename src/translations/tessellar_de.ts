@@ -2659,10 +2659,6 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Warten …</translation>
     </message>
     <message>
-        <source>Could not save the settings</source>
-        <translation>Die Einstellungen konnten nicht gesichert werden</translation>
-    </message>
-    <message>
         <source>There is no update to skip.</source>
         <translation>Es gibt kein Update zum Überspringen.</translation>
     </message>

@@ -18,7 +18,7 @@ protected:
         store({{app(u"Ash"_s), app(u"Aspen"_s), app(u"Beech"_s)}});
         start();
     }
-    SmartFolderPanel& panel() { return *launcher().smartFolder(); }
+    SmartFolderPanel& panel() { return *launcher().panels()->smartFolder(); }
     const QList<SmartFolderDefinition>& definitions() {
         return viewModel().smartFolders().definitions();
     }

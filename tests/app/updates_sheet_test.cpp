@@ -31,7 +31,7 @@ protected:
         builder.addApplication({.name = u"Cask"_s, .identifier = cask, .version = version});
     }
     LauncherUpdates& updates() { return viewModel().updates(); }
-    UpdatesPanel& panel() { return *launcher().updates(); }
+    UpdatesPanel& panel() { return *launcher().panels()->updates(); }
     /// Lets workers answer and timers ring until something is so, however long a busy machine takes.
     void until(const std::function<bool()>& isSo,
                const std::source_location& where = std::source_location::current()) {
@@ -184,10 +184,12 @@ TEST_F(UpdatesSheetTest, TabReachesAllOfItAndNothingBehindIt) {
     EXPECT_EQ(reached.first(6), all);
     EXPECT_EQ(reached.mid(6), all.first(2));
     press(Qt::Key_Right);
-    EXPECT_EQ(updates().interval(), AppUpdateInterval::threeDays);
+    EXPECT_TRUE(panel().intervals()[2].toMap()[u"isChosen"_s].toBool());
+    mac.settle();
+    EXPECT_EQ(mac.machine.settings.integer(AppUpdateSettings::intervalKey), 3 * 24 * 3600);
     press(Qt::Key_Backtab);
     press(Qt::Key_Space);
-    EXPECT_FALSE(updates().isEnabled());
+    EXPECT_FALSE(panel().isEnabled());
     press(Qt::Key_Escape);
     EXPECT_EQ(launcher().sheets()->current(), QString());
     type(u"ca"_s);

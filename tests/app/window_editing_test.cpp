@@ -203,7 +203,7 @@ TEST_F(WindowEditingTest, AnApplicationIsReviewedMovedToTheTrashAndPutBack) {
     mac.tool(u"/bin/ps"_s, exited(0));
     rightClick(u"Ash"_s);
     choose(u"Move to Trash…"_s);
-    RemovalPanel& removal = *launcher().removal();
+    RemovalPanel& removal = *launcher().panels()->removal();
     ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"review"; }));
     RemovalItems& items = *removal.items();
     ASSERT_TRUE(QTest::qWaitFor([&] { return items.rowCount() == 2; }));
@@ -232,7 +232,8 @@ TEST_F(WindowEditingTest, KeysLeadFromOneEndOfALongReviewToTheOther) {
         mac.write(mac.machine.places.home + u"/Library/Caches/org.example.ash.%1"_s.arg(i), "x");
     rightClick(u"Ash"_s);
     choose(u"Move to Trash…"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().removal()->items()->rowCount() == 151; }));
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return launcher().panels()->removal()->items()->rowCount() == 151; }));
     const auto isAt = [&](const char* end) {
         (void)window->photograph(); // a frame lays the items out
         const QQuickItem* items = itemWith("objectName", u"removalItems"_s);

@@ -50,7 +50,7 @@ public:
                         return live;
                     },
                 .apply =
-                    [this](const LayoutUndoState& state) {
+                    [this](const LayoutUndoEntry&, const LayoutUndoState& state) {
                         show(state.mode);
                         LayoutUndoState next = live;
                         next.document = state.document;

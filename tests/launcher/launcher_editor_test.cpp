@@ -115,7 +115,7 @@ TEST_F(EditorTest, AStepThatCannotBeSavedIsNotTaken) {
     mac.remove(data + u"/layout.json"_qs);
     mac.makeFolder(data + u"/layout.json/in the way"_qs);
     const QString edited = sketched();
-    EXPECT_EQ(undo(), u"notApplied");
+    EXPECT_EQ(undo(), u"done"); // and comes back when saving it has failed
     EXPECT_EQ(sketched(), edited);
     mac.remove(data + u"/layout.json"_qs);
     EXPECT_EQ(undo(), u"done");

@@ -1,5 +1,6 @@
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
@@ -111,7 +112,7 @@ TEST_F(LauncherUpdatesTest, NothingIsLookedAtBeforeSomebodyWantsToKnow) {
     updates().whenKnown([&] { isKnown = true; });
     settle();
     EXPECT_TRUE(isKnown);
-    EXPECT_EQ(updates().actionKind(feed), AppUpdateActionKind::sparkle);
+    EXPECT_EQ(updates().of(feed).actionKind(), AppUpdateActionKind::sparkle);
     mac.time.advance(48h);
     settle();
     EXPECT_EQ(mac.commands.commands().size(), 0) << "to know is not to check";
@@ -129,10 +130,10 @@ TEST_F(LauncherUpdatesTest, TilesAndFoldersShowWhatTheScheduleFinds) {
     answerFeed("101");
     EXPECT_EQ(shown(), cask + u' ' + feed);
     EXPECT_EQ(updates().summary(), u"2 updates available."_s);
-    EXPECT_EQ(updates().badge(cask), u"↓"_s);
-    EXPECT_EQ(updates().badge(plain), QString());
-    EXPECT_EQ(updates().statusText(feed), u"Update available: 1.9 → 2.5"_s);
-    EXPECT_EQ(updates().actionLabel(cask), u"Update with Homebrew"_s);
+    EXPECT_EQ(updates().of(cask).badge(), u"↓"_s);
+    EXPECT_EQ(updates().of(plain).badge(), QString());
+    EXPECT_EQ(updates().of(feed).statusText(), u"Update available: 1.9 → 2.5"_s);
+    EXPECT_EQ(updates().of(cask).actionLabel(), u"Update with Homebrew"_s);
     EXPECT_EQ(launcher->smartFolders().runtimeFacts().distributionChannels,
               (QHash<QString, SmartFolderDistributionChannel>{
                   {cask, SmartFolderDistributionChannel::homebrew},
@@ -142,7 +143,7 @@ TEST_F(LauncherUpdatesTest, TilesAndFoldersShowWhatTheScheduleFinds) {
     const auto asked = mac.commands.commands().size();
     start();
     EXPECT_EQ(shown(), cask + u' ' + feed);
-    EXPECT_EQ(updates().actionLabel(cask), u"Update with Homebrew"_s);
+    EXPECT_EQ(updates().of(cask).actionLabel(), u"Update with Homebrew"_s);
     EXPECT_EQ(mac.commands.commands().size(), asked);
 }
 
@@ -152,7 +153,7 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
     SmartFolderRuntimeFacts facts = launcher->smartFolders().runtimeFacts();
     facts.customIconKeys = {plain};
     launcher->smartFolders().setRuntimeFacts(facts);
-    ASSERT_TRUE(updates().setEnabled(false));
+    launcher->settings().store(AppUpdateSettings::enabledKey, false);
     settle();
     EXPECT_EQ(shown(), u"unknown"_s);
     EXPECT_EQ(launcher->smartFolders().notice(folder, LauncherWindowMode::fullScreen),
@@ -162,11 +163,12 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
     settle();
     ASSERT_TRUE(launcher->messages().notice());
     EXPECT_EQ(launcher->messages().notice()->text, u"Update checking is disabled."_s);
-    ASSERT_TRUE(updates().setEnabled(true));
+    launcher->settings().store(AppUpdateSettings::enabledKey, true);
     settle();
     EXPECT_EQ(shown(), cask + u' ' + feed);
-    EXPECT_EQ(updates().interval(), AppUpdateInterval::daily);
-    ASSERT_TRUE(updates().setInterval(AppUpdateInterval::sixHours));
+    launcher->settings().store(AppUpdateSettings::intervalKey,
+                               qToUnderlying(AppUpdateInterval::sixHours));
+    settle();
     mac.time.advance(6h);
     settle();
     EXPECT_TRUE(updates().isChecking());
@@ -214,7 +216,7 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     launcher->messages().answer(true);
     settle();
     EXPECT_TRUE(updates().isExternalUpdaterRunning());
-    EXPECT_EQ(updates().runningText(cask), u"Updating…"_s);
+    EXPECT_EQ(updates().of(cask).runningText(), u"Updating…"_s);
     EXPECT_EQ(went, 0);
     mac.commands.say(
         mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8(),
@@ -223,16 +225,16 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     settle();
     EXPECT_EQ(asked, 1);
     EXPECT_EQ(went, 0) << "only a window that fills the screen is in the way";
-    EXPECT_EQ(updates().tileText(cask), u"Asks for password"_s);
-    EXPECT_EQ(updates().runningText(cask), u"Updating… Waiting for your password."_s);
+    EXPECT_EQ(updates().of(cask).tileText(), u"Asks for password"_s);
+    EXPECT_EQ(updates().of(cask).runningText(), u"Updating… Waiting for your password."_s);
     mac.commands.holdStarted(false);
     mac.time.advance(AppUpdateRunner::lookInterval);
     settle();
     mac.time.advance(250ms);
     settle();
     EXPECT_FALSE(updates().isExternalUpdaterRunning());
-    EXPECT_EQ(updates().badge(cask), QString());
-    EXPECT_EQ(updates().record(cask)->installedVersion, u"2.0"_s);
+    EXPECT_EQ(updates().of(cask).badge(), QString());
+    EXPECT_EQ(updates().of(cask).record()->installedVersion, u"2.0"_s);
     ASSERT_TRUE(launcher->messages().notice());
     EXPECT_EQ(launcher->messages().notice()->text, u"Updated to version 2.0."_s);
 
@@ -267,7 +269,7 @@ TEST_F(LauncherUpdatesTest, FoldersSayWhatFailedAndWhatIsSkipped) {
     mac.time.advance(250ms);
     settle();
     EXPECT_EQ(shown(), feed);
-    EXPECT_EQ(updates().badge(cask), QString());
+    EXPECT_EQ(updates().of(cask).badge(), QString());
     ASSERT_TRUE(updates().unskip(cask));
     mac.tool(brewPath, test::exited(1, {}, "Error: offline"));
     updates().checkNow();
@@ -278,9 +280,9 @@ TEST_F(LauncherUpdatesTest, FoldersSayWhatFailedAndWhatIsSkipped) {
     settle();
     EXPECT_EQ(launcher->smartFolders().runtimeFacts().updateStatuses[cask],
               SmartFolderUpdateState::failed);
-    EXPECT_EQ(updates().badge(cask), u"↓"_s) << "what was known stays on the tile";
+    EXPECT_EQ(updates().of(cask).badge(), u"↓"_s) << "what was known stays on the tile";
     EXPECT_TRUE(updates().summary().contains(u"2 apps could not be checked."_s));
-    EXPECT_EQ(updates().reason(cask)->detail, u"Error: offline"_s);
+    EXPECT_EQ(updates().of(cask).reason()->detail, u"Error: offline"_s);
 }
 
 TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {

@@ -182,10 +182,10 @@ TEST_F(PlaceMemoryTest, UsageAndUpdatesGoAlongWithAChangedKey) {
         QHash<QString, QString>{{path, key}}); // while the cache is read
     mac.until([&] { return areUpdatesKnown; });
     EXPECT_EQ(keyOfUpdates(), key);
-    EXPECT_EQ(launcher->updates().skipped(key), u"9");
+    EXPECT_EQ(launcher->updates().of(key).skipped(), u"9");
     launcher->applications().keysChanged.notify(QHash<QString, QString>{{key, path}});
     EXPECT_EQ(keyOfUpdates(), path) << "at once";
-    EXPECT_EQ(launcher->updates().skipped(path), u"9");
+    EXPECT_EQ(launcher->updates().of(path).skipped(), u"9");
     const auto counts = [&](const QString& of) {
         for (const auto& facts : launcher->smartFolders().facts(LauncherWindowMode::fullScreen))
             if (appKey(facts->entry) == of)

@@ -51,14 +51,15 @@ TEST(SettingTable, AgreesWithThoseWhoReadTheGrid) {
             EXPECT_TRUE(refusal(setting, value == setting.low ? value - 1 : value + 1));
         }
         for (const QJsonValue& wrong : {QJsonValue(setting.high + 1), QJsonValue(u"4"_s)}) {
-            EXPECT_EQ(storeSetting(settings, setting.key, wrong).error().code, u"outOfRange");
+            EXPECT_EQ(refusal(setting.key, wrong)->code, u"outOfRange");
             EXPECT_TRUE(settings.set(setting.key, wrong)); // by another program
             EXPECT_EQ(readLayoutSettings(settings, mode), before) << setting.key.toStdString();
             if (!setting.isClamped) {
                 EXPECT_EQ(settingNow(settings, setting), setting.usual);
             }
         }
-        EXPECT_TRUE(storeSetting(settings, setting.key, QJsonValue()));
+        EXPECT_FALSE(refusal(setting.key, QJsonValue()));
+        EXPECT_TRUE(settings.set(setting.key, QJsonValue()));
     }
     EXPECT_TRUE(settings.values().isEmpty());
 }
@@ -76,10 +77,9 @@ TEST(SettingTable, SaysWhatIsReadOfStrangeValues) {
 }
 
 TEST(SettingTable, RefusesWhatNobodyWouldRead) {
-    test::MemorySettings settings;
-    const auto store = [&](const QString& key, const QJsonValue& value) {
-        const auto stored = storeSetting(settings, key, value);
-        return stored ? u"stored"_s : stored.error().code;
+    const auto store = [](const QString& key, const QJsonValue& value) {
+        const auto refused = refusal(key, value);
+        return refused ? refused->code : u"stored"_s;
     };
     EXPECT_EQ(store(u"appearance"_s, u"light"_s), u"stored");
     EXPECT_EQ(store(u"appearance"_s, u"pink"_s), u"outOfRange");
@@ -106,12 +106,18 @@ TEST(ReleaseNotes, AreOfTheVersionsSinceTheLastOne) {
     EXPECT_EQ(releaseNotes(changelog, u"1.9.0"_s, u"1.8.0"_s), QString());
 
     test::MemorySettings settings;
-    const auto unseen = [&] { return ReleaseNotes::unseen(settings, changelog, u"1.9.0"_s); };
+    const auto welcome = [&](bool isUnarranged = true) {
+        return ReleaseNotes::welcome(settings, isUnarranged, changelog, u"1.9.0"_s);
+    };
+    const auto unseen = [&] { return welcome().news; };
     EXPECT_EQ(unseen(), QString()) << "nothing is new at first";
-    ReleaseNotes::setSeen(settings, u"1.8.0"_s);
+    EXPECT_TRUE(welcome().asksHowToBegin);
+    EXPECT_FALSE(welcome(false).asksHowToBegin);
+    ASSERT_TRUE(settings.set(ReleaseNotes::lastVersionKey, u"1.8.0"_s));
+    EXPECT_FALSE(welcome().asksHowToBegin);
     EXPECT_EQ(unseen(), u"## 1.9.0\n\n- nine");
     EXPECT_EQ(unseen(), u"## 1.9.0\n\n- nine") << "until it was seen";
-    ReleaseNotes::setSeen(settings, u"1.9.0"_s);
+    ASSERT_TRUE(settings.set(ReleaseNotes::lastVersionKey, u"1.9.0"_s));
     EXPECT_EQ(unseen(), QString());
 }
 

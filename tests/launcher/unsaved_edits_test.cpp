@@ -128,5 +128,64 @@ TEST_F(UnsavedEditsTest, WhatTheUserEditsByHandIsKept) {
     EXPECT_EQ(steps(), 3);
 }
 
+TEST_F(UnsavedEditsTest, StepsOfHistoryAreShownAtOnceAndComeBackIfTheyCannotBeSaved) {
+    const auto& history = launcher->history();
+    const auto step = [&](bool isUndo, Mode mode = Mode::fullScreen) {
+        isUndo ? launcher->history().undo(mode) : launcher->history().redo(mode);
+    };
+    const auto alerts = [&] {
+        QStringList codes;
+        for (const LauncherError& alert : launcher->messages().takeAlerts())
+            codes += alert.code +
+                     (alert.remedy == LauncherError::Remedy::none ? QString() : u" with a remedy"_s);
+        return codes;
+    };
+    rename(u"Ash"_s, u"One"_s);
+    rename(u"Elm"_s, u"Two"_s);
+    time.advance(1s);
+    mac.settle();
+
+    // Several in a row, before the first of them is saved.
+    setDiskFails(true);
+    step(true);
+    step(true);
+    EXPECT_EQ(sketched(), u"Ash Elm");
+    EXPECT_EQ(steps(), 0);
+    mac.settle();
+    EXPECT_EQ(sketched(), u"One Two");
+    EXPECT_EQ(steps(), 2);
+    EXPECT_TRUE(history.steps().redoStack().isEmpty());
+    EXPECT_FALSE(history.steps().feedback()) << "nothing was undone";
+    EXPECT_EQ(alerts(), QStringList{u"isADirectory"_s})
+        << "it can be undone again, and needs no other help";
+
+    // An edit by hand keeps the step below it, an edit of the other mode does not.
+    step(true);
+    rename(u"Ash"_s, u"Third"_s, {}, Mode::windowed);
+    mac.settle();
+    EXPECT_EQ(sketched(), u"One Two");
+    EXPECT_EQ(steps(), 3);
+    alerts();
+    step(true);
+    rename(u"Ash"_s, u"Mine"_s);
+    mac.settle();
+    EXPECT_EQ(sketched(), u"Mine Elm");
+    EXPECT_EQ(alerts(), QStringList{u"isADirectory with a remedy"_s});
+    setDiskFails(false);
+    EXPECT_EQ(shownAndStored(), QStringList({u"Mine Elm"_s, u"Mine Elm"_s}));
+
+    step(true);
+    mac.settle();
+    setDiskFails(true);
+    step(false);
+    EXPECT_EQ(sketched(), u"Mine Elm");
+    mac.settle();
+    EXPECT_EQ(sketched(), u"One Elm");
+    EXPECT_EQ(history.steps().redoStack().size(), 1);
+    setDiskFails(false);
+    EXPECT_EQ(redo(), u"done");
+    EXPECT_EQ(shownAndStored(), QStringList({u"Mine Elm"_s, u"Mine Elm"_s}));
+}
+
 } // namespace
 } // namespace tessellar::test

@@ -7,7 +7,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property ArrangementsPanel panel: launcher.arrangements
+    readonly property ArrangementsPanel panel: launcher.panels.arrangements
 
     function accept() {
         if (accepting.enabled)

@@ -6,7 +6,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property ArrangingPanel panel: launcher.arranging
+    readonly property ArrangingPanel panel: launcher.panels.arranging
     readonly property int chosen: panel.choices.findIndex(choice => choice.isChosen)
 
     objectName: "arrangingSheet"

@@ -6,7 +6,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property BackupsPanel panel: launcher.backups
+    readonly property BackupsPanel panel: launcher.panels.backups
 
     objectName: "backupsSheet"
     title: qsTr("Backups")

@@ -7,7 +7,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property InformationPanel about: launcher.information
+    readonly property InformationPanel about: launcher.panels.information
     readonly property int labelWidth: isNarrow ? 104 : 150
 
     objectName: "informationSheet"

@@ -277,7 +277,7 @@ FocusScope {
         file: "RemovalSheet.qml"
         enabled: !root.launcher.alert.isOpen
         initial: ({ launcher: root.launcher })
-        wanted: root.launcher.removal.isOpen
+        wanted: root.launcher.panels.removal.isOpen
     }
 
     OnDemand {
@@ -374,8 +374,8 @@ FocusScope {
 
         anchors.fill: parent
         file: "DayGrid.qml"
-        initial: ({ days: root.launcher.smartFolder.days })
-        wanted: root.launcher.smartFolder.days.isOpen
+        initial: ({ days: root.launcher.panels.smartFolder.days })
+        wanted: root.launcher.panels.smartFolder.days.isOpen
         onLoaded: {
             former = root.Window.activeFocusItem;
             item.forceActiveFocus();
@@ -385,12 +385,12 @@ FocusScope {
 
     OpenMenu {
         anchors.fill: parent
-        menu: root.launcher.smartFolder.choices
+        menu: root.launcher.panels.smartFolder.choices
     }
 
     OpenMenu {
         anchors.fill: parent
-        menu: root.launcher.arrangements.menu
+        menu: root.launcher.panels.arrangements.menu
     }
 
     OpenMenu {

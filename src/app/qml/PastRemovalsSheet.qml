@@ -6,7 +6,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property PastRemovalsPanel past: launcher.pastRemovals
+    readonly property PastRemovalsPanel past: launcher.panels.pastRemovals
 
     objectName: "pastRemovalsSheet"
     title: qsTr("Past Removals")

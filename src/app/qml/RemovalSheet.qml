@@ -6,7 +6,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property RemovalPanel removal: launcher.removal
+    readonly property RemovalPanel removal: launcher.panels.removal
     readonly property bool isReview: removal.phase === "review"
     readonly property bool isDone: removal.phase === "done"
 

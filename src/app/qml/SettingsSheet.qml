@@ -6,7 +6,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property SettingsPanel panel: launcher.settings
+    readonly property SettingsPanel panel: launcher.panels.settings
 
     objectName: "settingsSheet"
     title: qsTr("Settings")

@@ -6,7 +6,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property SmartFolderPanel panel: launcher.smartFolder
+    readonly property SmartFolderPanel panel: launcher.panels.smartFolder
 
     function addRule(place) {
         panel.insertRule(place);

@@ -7,7 +7,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property UnplacedPanel panel: launcher.unplaced
+    readonly property UnplacedPanel panel: launcher.panels.unplaced
 
     objectName: "unplacedSheet"
     title: qsTr("Hidden and Remembered")

@@ -21,7 +21,7 @@ Item {
     property bool isCurrent: false
     property bool hasKeyboard: false
     readonly property bool isSection: appKey === ""
-    readonly property UpdatesPanel updates: launcher.updates
+    readonly property UpdatesPanel updates: launcher.panels.updates
 
     function openMenu() {
         launcher.openUpdateMenu(appKey, more.mapToItem(null, 0, more.height + 2));

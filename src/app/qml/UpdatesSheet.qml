@@ -6,7 +6,7 @@ Sheet {
     id: sheet
 
     required property LauncherController launcher
-    readonly property UpdatesPanel updates: launcher.updates
+    readonly property UpdatesPanel updates: launcher.panels.updates
 
     objectName: "updatesSheet"
     title: updates.title

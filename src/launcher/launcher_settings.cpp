@@ -1,0 +1,55 @@
+#include "launcher/launcher_settings.h"
+
+#include "launcher/launcher_history.h"
+#include "launcher/setting_table.h"
+#include "platform/machine.h"
+#include "platform/texts.h"
+
+namespace tessellar {
+
+LauncherSettings::LauncherSettings(Machine& machine, LauncherHistory& history)
+    : _machine(machine), _history(history) {
+    _expected.stored = &machine.settings;
+}
+
+QMap<QString, QJsonValue> LauncherSettings::Expected::values() const {
+    QMap<QString, QJsonValue> values = stored->values();
+    for (const Changes& changes : unwritten)
+        for (auto it = changes.begin(); it != changes.end(); ++it)
+            it->isNull() ? void(values.remove(it.key())) : void(values.insert(it.key(), *it));
+    return values;
+}
+
+std::expected<void, FileError> LauncherSettings::Expected::set(const Changes& changes) {
+    return stored->set(changes);
+}
+
+void LauncherSettings::store(const QString& key, const QJsonValue& value, Done done) {
+    if (const auto refused = refusal(key, value))
+        return done ? done(std::unexpected(*refused)) : void();
+    store({{key, value}}, std::move(done));
+}
+
+void LauncherSettings::store(const QMap<QString, QJsonValue>& changes, Done done) {
+    (void)_history.settle(); // what a failed step left must not take this back later
+    _expected.unwritten.push_back(changes);
+    auto written =
+        _lifetime.guard([this, done = std::move(done)](const std::expected<void, FileError>& outcome) {
+            _expected.unwritten.pop_front();
+            if (outcome)
+                stored.notify();
+            if (done)
+                done(outcome ? Outcome()
+                             : std::unexpected(launcherError(outcome.error(),
+                                                             Texts::tr("Could not save setting"))));
+        });
+    _machine.workers.submit(Lane::saving, {},
+                            [&settings = _machine.settings, &mailbox = _machine.workers.mailbox(),
+                             changes, written = std::move(written)](std::stop_token) mutable {
+                                mailbox.post(
+                                    [written = std::move(written),
+                                     outcome = settings.set(changes)]() mutable { written(outcome); });
+                            });
+}
+
+} // namespace tessellar
