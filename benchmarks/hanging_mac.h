@@ -35,7 +35,7 @@ public:
     std::expected<std::int64_t, int> start(const Command&, const QByteArray&) override {
         return std::unexpected(ENOENT);
     }
-    DetachedState look(std::int64_t, const QByteArray&) override { return {}; }
+    DetachedState poll(std::int64_t, const QByteArray&) override { return {}; }
     void terminate(std::int64_t, const QByteArray&, bool) override {}
 
 private:

@@ -419,12 +419,12 @@ private:
             false); // a scan looks at every volume; one that hangs would hold it up for good
         _mac.builder.addApplication({.name = u"Newly There"_s, .identifier = u"org.example.new"_s});
         bool isDone = false;
-        turn("rescan", [&] { viewModel().applications().look([&] { isDone = true; }); });
+        turn("rescan", [&] { viewModel().applications().rescan([&] { isDone = true; }); });
         (void)until([&] { return isDone; });
         pass(1s);
         step = "rescan while a volume hangs";
         hanging_volume::setHanging(true);
-        turn("rescan", [&] { viewModel().applications().look(); });
+        turn("rescan", [&] { viewModel().applications().rescan(); });
         pass(300ms);
         hanging_volume::setHanging(false);
         pass(1s);

@@ -108,7 +108,7 @@ void saveOnTheMainThread(benchmark::State& state) {
     for (auto _ : state) {
         std::get<AppEntry>(document.pages.first().first()).name += u'x';
         store.scheduleSave(LauncherWindowMode::fullScreen, document);
-        store.hurry(LauncherWindowMode::fullScreen);
+        store.startPendingSave(LauncherWindowMode::fullScreen);
         state.PauseTiming();
         if (!store.flush())
             return state.SkipWithError("the layout was not saved");

@@ -171,7 +171,7 @@ void fullCheck(benchmark::State& state) {
                            fixture.mac.time.now(), fixture.mac.uuids));
     LauncherUpdates& launcherUpdates = launcher.updates();
     bool isKnown = false;
-    launcherUpdates.whenKnown([&] { isKnown = true; });
+    launcherUpdates.whenReady([&] { isKnown = true; });
     turnUntil(isKnown);
     bareRequests(network, fixture.urls); // both start warm
 

@@ -20,8 +20,8 @@ class Echo final : public CommandExecutor {
 public:
     void run(const QStringList& words, const CommandOptions& options, CommandOutput output) override {
         output.out(words.join(u' ').toUtf8() + options.directory.toUtf8());
-        if (words.size() % 3 == 2 && output.whenUnwanted)
-            output.whenUnwanted([finished = output.finished](Unwanted) { finished(1); });
+        if (words.size() % 3 == 2 && output.whenCancelled)
+            output.whenCancelled([finished = output.finished](Cancellation) { finished(1); });
         else
             output.finished(0);
     }

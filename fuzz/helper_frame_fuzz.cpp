@@ -3,7 +3,7 @@
 
 #include "fuzz/memory_folder.h"
 #include "fuzz/touch_all.h"
-#include "helper/request_desk.h"
+#include "helper/request_handler.h"
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const QByteArray root = folder.hostPath().toUtf8();
     static FileOperations operations(root, root);
     static Nobody nobody;
-    static RequestDesk desk(operations, nobody, [](std::uint32_t user) {
+    static RequestHandler handler(operations, nobody, [](std::uint32_t user) {
         return std::optional(HelperClient{user, {QStringLiteral("/Users/ada/.Trash")}});
     });
     int ends[2];
@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Without the frame's length in front of them, the bytes are a message as well.
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     for (const QByteArray& message : {frame.value_or(QByteArray()), bytes}) {
-        const QByteArray reply = desk.answer(message, PeerCredentials{}, "nonce");
+        const QByteArray reply = handler.answer(message, PeerCredentials{}, "nonce");
         const auto response = json::decodeDocument<PrivilegedFileOperationResponse>(reply);
         fuzz::require(response && (response->error || response->outcomes.isEmpty()));
     }

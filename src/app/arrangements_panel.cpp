@@ -1,6 +1,6 @@
 #include "app/arrangements_panel.h"
 
-#include "app/icon_wishes.h"
+#include "app/icon_requests.h"
 #include "app/image_item.h"
 #include "launcher/counts_text.h"
 #include "launcher/date_text.h"
@@ -34,7 +34,7 @@ ArrangementsPanel::ArrangementsPanel(LauncherViewModel& viewModel, const Machine
 QString ArrangementsPanel::summary() const {
     if (!_rows.isEmpty())
         return {};
-    return _isLooking ? tr("Looking for arrangements…") : tr("There are no saved arrangements yet.");
+    return _isLoading ? tr("Looking for arrangements…") : tr("There are no saved arrangements yet.");
 }
 
 QString ArrangementsPanel::modeText() const {
@@ -44,25 +44,25 @@ QString ArrangementsPanel::modeText() const {
 }
 
 QString ArrangementsPanel::undoText() const {
-    const QString name = shelf().undoName(_viewModel.shown().mode());
+    const QString name = saved().undoName(_viewModel.shown().mode());
     return name.isEmpty() ? QString() : tr("Undo %1").arg(name);
 }
 
 void ArrangementsPanel::open() {
     begin(QStringLiteral("save"));
     _rows.clear();
-    _isLooking = true;
+    _isLoading = true;
     refresh();
     Q_EMIT changed();
 }
 
 void ArrangementsPanel::refresh() {
-    shelf().list(_viewModel.shown().mode(),
+    saved().list(_viewModel.shown().mode(),
                  _lifetime.guard([this](const QList<ListedArrangement>& all) { show(all); }));
 }
 
 void ArrangementsPanel::show(const QList<ListedArrangement>& all) {
-    _isLooking = false;
+    _isLoading = false;
     _all = all;
     _rows.clear();
     for (const ListedArrangement& arrangement : all) {
@@ -83,8 +83,8 @@ void ArrangementsPanel::show(const QList<ListedArrangement>& all) {
     Q_EMIT changed();
 }
 
-QList<IconWish> ArrangementsPanel::icons() const {
-    QList<IconWish> icons;
+QList<IconRequest> ArrangementsPanel::icons() const {
+    QList<IconRequest> icons;
     for (const ListedArrangement& arrangement : _all)
         icons += pageIcons(arrangement.firstPage);
     return icons;
@@ -146,25 +146,25 @@ void ArrangementsPanel::choose(const QString& entry) {
             tr("The current arrangement is saved under this name. The current launcher layout will not "
                "change."),
             tr("Replace"), true,
-            [this, mode, id = _subject] { shelf().replace(mode, id, reporting()); });
+            [this, mode, id = _subject] { saved().replace(mode, id, reporting()); });
     else if (entry == u"delete")
         ask(tr("Delete “%1”?").arg(name),
             tr("This saved arrangement will be removed. The current launcher layout will not change."),
-            tr("Delete"), true, [this, mode, id = _subject] { shelf().remove(mode, id, reporting()); });
+            tr("Delete"), true, [this, mode, id = _subject] { saved().remove(mode, id, reporting()); });
     else
         begin(entry, _subject);
 }
 
 void ArrangementsPanel::undo() {
     const auto mode = _viewModel.shown().mode();
-    if (!shelf().undoName(mode).isEmpty())
-        shelf().undo(mode, reporting());
+    if (!saved().undoName(mode).isEmpty())
+        saved().undo(mode, reporting());
 }
 
 void ArrangementsPanel::redo() {
     const auto mode = _viewModel.shown().mode();
-    if (!shelf().redoName(mode).isEmpty())
-        shelf().redo(mode, reporting());
+    if (!saved().redoName(mode).isEmpty())
+        saved().redo(mode, reporting());
 }
 
 // ---- the field
@@ -219,21 +219,21 @@ std::optional<ArrangementsPanel::File> ArrangementsPanel::file(const QString& te
 void ArrangementsPanel::finish(const QString& text) {
     const auto mode = _viewModel.shown().mode();
     if (_task == u"save")
-        return shelf().save(mode, text, reporting());
+        return saved().save(mode, text, reporting());
     if (_task == u"rename")
-        return shelf().rename(mode, _subject, text, reporting());
+        return saved().rename(mode, _subject, text, reporting());
     const auto named = file(text.trimmed());
     if (!named)
         return setIssue(tr("Give the whole path, beginning with “/” or “~/”."));
     if (_task == u"export")
-        shelf().exportTo(mode, _subject, *named->files, named->path, reporting());
+        saved().exportTo(mode, _subject, *named->files, named->path, reporting());
     else
-        shelf().importFrom(mode, *named->files, named->path, reporting());
+        saved().importFrom(mode, *named->files, named->path, reporting());
 }
 
 /// A refusal is said in the sheet, where what was typed still stands.
-ArrangementShelf::Done ArrangementsPanel::reporting() {
-    return _lifetime.guard([this](const ArrangementShelf::Saved& saved) {
+LauncherArrangements::Done ArrangementsPanel::reporting() {
+    return _lifetime.guard([this](const LauncherArrangements::Saved& saved) {
         if (!saved)
             return setIssue(saved.error().message);
         if (_task == u"export")

@@ -2,7 +2,7 @@
 
 #include "app/menu_model.h"
 #include "icons/icon_loader.h"
-#include "launcher/arrangement_shelf.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_view_model.h"
 #include "platform/lifetime.h"
 #include "platform/machine.h"
@@ -48,7 +48,7 @@ public:
 
     void open();
     /// The icons shown in the thumbnails.
-    QList<IconWish> icons() const;
+    QList<IconRequest> icons() const;
     /// Asks for confirmation.
     Q_INVOKABLE void restore(const QString& id);
     /// Opens the menu of an arrangement below a point of the window.
@@ -73,13 +73,13 @@ private:
         QString path;
     };
 
-    ArrangementShelf& shelf() const { return _viewModel.arrangements(); }
+    LauncherArrangements& saved() const { return _viewModel.arrangements(); }
     void show(const QList<ListedArrangement>& all);
     void begin(const QString& task, const QUuid& id = {});
     void choose(const QString& entry);
     void ask(const QString& title, const QString& text, const QString& accept, bool isDestructive,
              std::function<void()> work);
-    ArrangementShelf::Done reporting();
+    LauncherArrangements::Done reporting();
     void setIssue(const QString& issue);
     QString nameOf(const QUuid& id) const;
     std::optional<File> file(const QString& text) const;
@@ -88,7 +88,7 @@ private:
     const Machine& _machine;
     QList<ListedArrangement> _all;
     QVariantList _rows;
-    bool _isLooking = false;
+    bool _isLoading = false;
     QString _task = QStringLiteral("save");
     QUuid _subject; ///< of the field's task or the menu
     QString _issue;

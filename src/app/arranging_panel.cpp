@@ -1,6 +1,6 @@
 #include "app/arranging_panel.h"
 
-#include "app/icon_wishes.h"
+#include "app/icon_requests.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
@@ -58,7 +58,7 @@ Page ArrangingPanel::shownPage() const {
     return page;
 }
 
-QList<IconWish> ArrangingPanel::icons() const { return pageIcons(shownPage()); }
+QList<IconRequest> ArrangingPanel::icons() const { return pageIcons(shownPage()); }
 
 QVariantMap ArrangingPanel::picture() const {
     const GridGeometry geometry = pageGeometry(_viewModel.layout(_mode).settings());

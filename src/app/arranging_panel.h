@@ -41,7 +41,7 @@ public:
     QString issue() const;
 
     /// The icons on the page shown.
-    QList<IconWish> icons() const;
+    QList<IconRequest> icons() const;
     void open(bool isFirstRun);
     Q_INVOKABLE void choose(int index);
     Q_INVOKABLE void turn(int by);

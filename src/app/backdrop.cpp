@@ -46,16 +46,16 @@ static void keep(const FileSystem& files, const QString& path, QImage image, con
 
 void Backdrop::applySettings() {
     if (_hadWanted != isWanted())
-        look();
+        reload();
 }
 
-void Backdrop::look() {
+void Backdrop::reload() {
     _hadWanted = isWanted();
-    _looking = {};
+    _loading = {};
     if (!_hadWanted)
         return show({});
     constexpr std::uint64_t maximumBytes = 128u << 20;
-    _looking = _machine.workers.run(
+    _loading = _machine.workers.run(
         Lane::tools,
         [context = DesktopPictureContext{_machine.files, _machine.places.home, _machine.commands,
                                          _machine.environment},
@@ -104,7 +104,7 @@ void Backdrop::prepare(QSize size) {
         [this](const std::pair<Picture, Drawn>& made) {
             std::tie(_picture, _drawn) = made;
             Q_EMIT changed();
-            look();
+            reload();
         });
 }
 

@@ -28,7 +28,7 @@ public:
     /// Starts rendering for a window of this size.
     void prepare(QSize size);
     /// Checks the desktop picture again.
-    void look();
+    void reload();
     /// Call when settings may have changed.
     void applySettings();
     /// The best image available, in pixels; never null. `changed` announces a better one.
@@ -64,7 +64,7 @@ private:
     Drawn _drawn;
     QSize _drawingSize; ///< being rendered on a worker
     bool _isDrawingDark = false;
-    Task _looking;
+    Task _loading;
     Task _drawing;
 };
 

@@ -35,12 +35,12 @@ static QString reasonText(const QString& reason) {
 QString BackupsPanel::summary() const {
     if (!_backups.isEmpty())
         return {};
-    return _isLooking ? tr("Looking for backups…") : tr("There are no backups yet.");
+    return _isLoading ? tr("Looking for backups…") : tr("There are no backups yet.");
 }
 
 void BackupsPanel::refresh() {
     _backups.clear();
-    _isLooking = true;
+    _isLoading = true;
     Q_EMIT changed();
     _viewModel.archive().listBackups([self = QPointer(this)](const QList<BackupSummary>& all) {
         if (self)
@@ -49,7 +49,7 @@ void BackupsPanel::refresh() {
 }
 
 void BackupsPanel::show(const QList<BackupSummary>& all) {
-    _isLooking = false;
+    _isLoading = false;
     _backups.clear();
     const QLocale locale;
     for (const BackupSummary& backup : all) {

@@ -37,7 +37,7 @@ private:
 
     LauncherViewModel& _viewModel;
     QVariantList _backups;
-    bool _isLooking = false;
+    bool _isLoading = false;
 };
 
 } // namespace tessellar

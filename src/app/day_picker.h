@@ -1,6 +1,6 @@
 #pragma once
 
-#include "smartfolders/smart_folder_typing.h"
+#include "smartfolders/smart_folder_input_format.h"
 
 #include <QObject>
 #include <QPointF>

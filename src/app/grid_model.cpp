@@ -1,6 +1,6 @@
 #include "app/grid_model.h"
 
-#include "app/icon_wishes.h"
+#include "app/icon_requests.h"
 #include "platform/uuid_source.h"
 
 #include <QMetaMethod>
@@ -15,7 +15,7 @@ TileView tileView(const LaunchpadItem& item, const TileFacts& facts) {
     view.isSelected = facts.isSelected && facts.isSelected(item.id());
     view.isCut = facts.isCut && facts.isCut(item.id());
     if (const AppEntry* app = item.app()) {
-        const IconWish icon = iconWish(*app);
+        const IconRequest icon = iconRequest(*app);
         view.label = app->name;
         view.isUnavailable = facts.isUnavailable && facts.isUnavailable(icon.appKey);
         view.badge = facts.badge ? facts.badge(icon.appKey) : QString();
@@ -73,7 +73,7 @@ QVariant PageModel::value(const TileView& tile, int role) {
         return tile.label;
     case AppKeysRole: {
         QStringList keys;
-        for (const IconWish& icon : tile.icons)
+        for (const IconRequest& icon : tile.icons)
             keys.append(icon.appKey);
         return keys;
     }
@@ -200,7 +200,7 @@ void PageModel::moveRow(qsizetype from, qsizetype to) {
 
 /// Rows go with their tiles, for what an item shows is dear and where it shows it is not. Those of
 /// tiles that have gone are given to tiles that have come.
-void PageModel::letRowsFollow(const QList<TileView>& tiles) {
+void PageModel::updateRows(const QList<TileView>& tiles) {
     const QSet<QString> before = idsOf(*_tiles);
     const QSet<QString> now = idsOf(tiles);
     if (before.size() != _tiles->size() || now.size() != tiles.size())
@@ -248,7 +248,7 @@ void PageModel::refresh() {
         return _tiles.reset();
     const QList<TileView> tiles = filled();
     if (_keptRows == 0)
-        letRowsFollow(tiles);
+        updateRows(tiles);
     const int before = static_cast<int>(_tiles->size());
     const int now = static_cast<int>(tiles.size());
     if (now < before) {

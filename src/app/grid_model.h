@@ -20,28 +20,28 @@ struct TileView {
     QString id;
     IconItem::Kind kind = IconItem::App;
     QString label;
-    QList<IconWish> icons; ///< the application's, or those that a folder previews
+    QList<IconRequest> icons; ///< the application's own, or a folder's preview
     QString symbolName;
-    QString badge;    ///< at the picture's corner; empty for none
-    QString activity; ///< what is being done to it, in place of its name; empty for nothing
+    QString badge;    ///< at the icon's corner; empty for none
+    QString activity; ///< shown instead of the label during an update; empty for none
     bool isUnavailable = false;
     bool isSelected = false;
-    bool isVacant = false; ///< not shown; what it was last stays, and costs nothing
-    QString markedLabel;   ///< the label with what was searched for set off, in Qt's styled text
-    QString place;         ///< where a tile that was found lies; empty for the grid itself
-    bool isWeak = false;   ///< found by letters that lie apart: less than the ones before
-    bool isCut = false;    ///< waits to be pasted elsewhere
+    bool isVacant = false; ///< not shown; keeps its last contents, so that its item can be reused
+    QString markedLabel;   ///< the label with matches highlighted, as Qt styled text
+    QString place;         ///< where a search result lies; empty for the grid itself
+    bool isWeak = false;   ///< a search result that matches only scattered letters
+    bool isCut = false;    ///< cut, and not pasted yet
 
     bool operator==(const TileView&) const = default;
 };
 
-/// What a tile shows that its arrangement does not know. Asked when a page is first looked at.
+/// Supplies what tiles show beyond their layout. Called when a page is first read.
 struct TileFacts {
     struct SmartFolder {
         QString name;
         QString symbolName;
-        QList<IconWish> icons; ///< of the first applications in it
-        qsizetype count = 0;   ///< of all
+        QList<IconRequest> icons; ///< of its first applications
+        qsizetype count = 0;      ///< of all its applications
     };
 
     std::function<bool(const QString& appKey)> isUnavailable;
@@ -54,13 +54,13 @@ struct TileFacts {
 
 TileView tileView(const LaunchpadItem& item, const TileFacts& facts);
 
-/// Tiles in pages: those of the arrangement or of an open folder, or what a search found. A page's
-/// tiles are made when they are asked for.
+/// Pages of tiles: of the layout, of an open folder, or of search results. Each page is created on
+/// demand.
 struct TilePages {
     TilePages() = default;
     TilePages(qsizetype pageCount, std::function<Page(qsizetype page)> tilesOf)
         : count(pageCount), tiles(std::move(tilesOf)) {}
-    TilePages(const ShownPages& shown) // NOLINT: the same pages
+    TilePages(const ShownPages& shown) // NOLINT: implicit on purpose
         : count(shown.count()), tiles([shown](qsizetype page) { return shown.tiles(page); }) {}
 
     std::optional<qsizetype> slotOf(const QUuid& id, qsizetype page) const;
@@ -69,13 +69,13 @@ struct TilePages {
     std::function<Page(qsizetype page)> tiles;
 };
 
-/// The tiles of one page, in the order of their slots. Filled when somebody first asks. A page that
-/// keeps its rows has vacant ones after its tiles: their items need not be made again.
+/// The tiles of one page, in slot order. Filled on first use. With `keepRows`, vacant rows follow the
+/// tiles, so that their QML items can be reused.
 class PageModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the grid's model")
-    /// The first tile that was found by letters that lie apart; -1 for none.
+    /// The first weak match; -1 for none.
     Q_PROPERTY(int firstWeak READ firstWeak NOTIFY refreshed)
 
 public:
@@ -107,12 +107,12 @@ public:
 
     const QList<TileView>& tiles() const;
     int firstWeak() const;
-    /// The tiles may have changed. A page that is shown is filled at once, tiles that stay on it
-    /// keeping their rows, which move with them; another one when somebody asks again.
+    /// The tiles may have changed. A page in use is updated at once: tiles that stay on it keep their
+    /// rows, which move with them. Other pages are filled on next use.
     void refresh();
-    /// The same for which of them are selected.
+    /// The selection may have changed.
     void refreshSelection(const std::function<bool(const QUuid&)>& isSelected);
-    /// From now on there are at least so many rows, and never fewer than there were.
+    /// Keeps at least `count` rows from now on, and never removes rows.
     void keepRows(qsizetype count);
 
 Q_SIGNALS:
@@ -122,15 +122,15 @@ private:
     QList<TileView> filled() const;
     void setRow(qsizetype row, const TileView& tile);
     void moveRow(qsizetype from, qsizetype to);
-    void letRowsFollow(const QList<TileView>& tiles);
+    void updateRows(const QList<TileView>& tiles);
 
     Fill _fill;
     qsizetype _keptRows = 0;
     mutable std::optional<QList<TileView>> _tiles;
 };
 
-/// The pages of the grid, of an open folder or of what was found: how many there are, which one is
-/// shown and how its tiles lie.
+/// The pages of the grid, of an open folder or of search results: their number, the current page and
+/// its metrics.
 class GridModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -145,7 +145,7 @@ public:
     int pageCount() const { return _pageCount; }
     int page() const { return _page; }
     void setPage(int page);
-    /// The user turns to a page.
+    /// Requests a page on behalf of the user.
     Q_INVOKABLE void turnTo(int page) { Q_EMIT turned(page); }
     const GridMetrics& metrics() const { return _metrics; }
     void setMetrics(const GridMetrics& metrics);
@@ -153,19 +153,18 @@ public:
 
     const TilePages& pages() const { return _pages; }
     void setPages(TilePages pages);
-    /// What is added to the tiles of a page, where something is: of those that were found.
+    /// Adds to the tiles of a page what only search results show.
     using Annotate = std::function<void(qsizetype page, QList<TileView>& views)>;
     void setAnnotate(Annotate annotate) { _annotate = std::move(annotate); }
-    /// What is known of the tiles has changed.
+    /// The tiles or their facts may have changed.
     void refresh();
     void refreshSelection();
-    /// So many pages stay when there are no tiles, each with at least so many rows: what is shown there
-    /// changes with every letter of a search. Those beside the page that is shown follow a moment
-    /// later.
+    /// Keeps at least `count` pages of at least `rows` rows even without tiles, because search results
+    /// change with every keystroke. Pages beside the current one are updated with a short delay.
     void keepPages(std::size_t count, qsizetype rows);
-    /// An empty page after the last, for tiles that are carried there.
+    /// Adds an empty page at the end, for dropping tiles on.
     void setHasNewPage(bool hasNewPage);
-    /// A tile of any page; the one shown is looked at first.
+    /// Finds a tile on any page, searching the current one first.
     std::optional<LaunchpadItem> tile(const QUuid& id) const;
 
 Q_SIGNALS:
@@ -173,7 +172,7 @@ Q_SIGNALS:
     void pageChanged();
     void metricsChanged();
     void turned(int page);
-    /// Tiles are about to come to other places; they have.
+    /// Emitted before and after tiles move to other places.
     void aboutToRearrange();
     void rearranged();
 
@@ -188,8 +187,8 @@ private:
     std::vector<std::unique_ptr<PageModel>> _models;
     bool _hasNewPage = false;
     std::size_t _keptPages = 0;
-    qsizetype _keptRows = 0; ///< of each of them
-    QTimer _later;           ///< until the pages beside the one that is shown follow
+    qsizetype _keptRows = 0; ///< per page
+    QTimer _later;           ///< updates the pages beside the current one
     int _pageCount = 0;
     int _page = 0;
     GridMetrics _metrics;

@@ -17,14 +17,14 @@ QString InformationPanel::version() const {
 }
 
 void InformationPanel::open(LauncherWindowMode mode, const AppEntry& app) {
-    _inquiry =
-        std::make_unique<AppInquiry>(_viewModel, _machine, mode, app,
-                                     [this](const AppInformation& information) { show(information); });
-    show(_inquiry->information());
+    _gatherer = std::make_unique<AppInformationGatherer>(
+        _viewModel, _machine, mode, app,
+        [this](const AppInformation& information) { show(information); });
+    show(_gatherer->information());
 }
 
 void InformationPanel::close() {
-    _inquiry.reset();
+    _gatherer.reset();
     _information = {};
     _sections.clear();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "launcher/app_inquiry.h"
+#include "launcher/app_information_gatherer.h"
 
 #include <QObject>
 #include <QVariant>
@@ -44,7 +44,7 @@ private:
 
     LauncherViewModel& _viewModel;
     Machine& _machine;
-    std::unique_ptr<AppInquiry> _inquiry;
+    std::unique_ptr<AppInformationGatherer> _gatherer;
     AppInformation _information;
     QVariantList _sections;
 };

@@ -1,7 +1,7 @@
 #include "app/launcher_controller.h"
 
-#include "app/icon_wishes.h"
-#include "launcher/arrangement_shelf.h"
+#include "app/icon_requests.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_clipboard.h"
 #include "launcher/launcher_history.h"
@@ -52,13 +52,14 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
         // What is found lies over everything.
         while (_search.isActive() && _folder.isOpen())
             _viewModel.shown().closeFolder();
-        wantIcons();
+        requestIcons();
     });
-    connect(_search.results(), &GridModel::turned, this, &LauncherController::wantIcons);
+    connect(_search.results(), &GridModel::turned, this, &LauncherController::requestIcons);
     connect(&_search, &TileSearch::selectionChanged, this, &LauncherController::showSelection);
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::makeRoomForAlert);
-    connect(_panels.arranging(), &ArrangingPanel::changed, this, &LauncherController::wantIcons);
-    connect(_panels.arrangements(), &ArrangementsPanel::changed, this, &LauncherController::wantIcons);
+    connect(_panels.arranging(), &ArrangingPanel::changed, this, &LauncherController::requestIcons);
+    connect(_panels.arrangements(), &ArrangementsPanel::changed, this,
+            &LauncherController::requestIcons);
     connect(&_alert, &AlertPanel::changed, this, &LauncherController::coveredChanged);
     connect(_panels.removal(), &RemovalPanel::changed, this, &LauncherController::coveredChanged);
     connect(&_sheets, &Sheets::changed, this, &LauncherController::coveredChanged);
@@ -83,7 +84,7 @@ TileFacts LauncherController::tileFacts() const {
                         folder.count = evaluation->matches.size();
                         for (const auto& facts :
                              evaluation->matches.first(std::min(folder.count, previewCount)))
-                            folder.icons.append(iconWish(facts->entry));
+                            folder.icons.append(iconRequest(facts->entry));
                     }
                     return folder;
                 },
@@ -97,7 +98,7 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
     _windowSize = size;
     _pixelRatio = pixelRatio;
     updateMetrics();
-    wantIcons();
+    requestIcons();
 }
 
 bool LauncherController::isWelcoming() const {
@@ -156,7 +157,7 @@ void LauncherController::follow() {
         if (!_search.isActive() || mode != _viewModel.layouts().shownMode())
             return;
         _search.refresh();
-        wantIcons();
+        requestIcons();
     });
     on(launcher.updates().changed, [this] { showBadges(); });
     on(launcher.history().changed, [this] {
@@ -231,7 +232,7 @@ void LauncherController::showNavigation() {
     _folder.refresh();
     showGridPage();
     updateMetrics();
-    wantIcons();
+    requestIcons();
     showSelection();
 }
 
@@ -258,7 +259,7 @@ void LauncherController::updateMetrics() {
     _folder.layOut(_windowSize, metrics);
 }
 
-void LauncherController::wantIcons() {
+void LauncherController::requestIcons() {
     if (_windowSize.isEmpty() || !isReady())
         return;
     // What was found lies over all else, as an open folder does.
@@ -266,15 +267,15 @@ void LauncherController::wantIcons() {
                             : _folder.isOpen() ? _folder.tiles()
                                                : nullptr;
     const int side = std::max(_grid.metrics().iconSide, over ? over->metrics().iconSide : 0);
-    IconLoader::Wishes wishes = iconWishes(_grid, over);
+    IconLoader::Requests requests = iconRequests(_grid, over);
     if (_sheets.current() == Sheets::arranging)
-        wishes.visible += _panels.arranging()->icons();
+        requests.visible += _panels.arranging()->icons();
     if (_sheets.current() == Sheets::unplaced)
-        wishes.neighbours += _panels.unplaced()->icons();
+        requests.neighbours += _panels.unplaced()->icons();
     if (_sheets.current() == Sheets::arrangements)
-        wishes.neighbours += _panels.arrangements()->icons();
-    _icons.loader().want(std::move(wishes),
-                         std::clamp(static_cast<int>(std::lround(side * _pixelRatio)), 16, 1024));
+        requests.neighbours += _panels.arrangements()->icons();
+    _icons.loader().request(std::move(requests),
+                            std::clamp(static_cast<int>(std::lround(side * _pixelRatio)), 16, 1024));
 }
 
 void LauncherController::makeRoomForAlert() {
@@ -302,7 +303,7 @@ double LauncherController::textScale() const {
         return set.toDouble();
     // Desktops differ by some points; somebody who wants large text has made theirs larger than that.
     const int pixels = QFontInfo(QGuiApplication::font()).pixelSize();
-    return pixels <= 16 ? 1 : std::min(pixels / 14.0, setting.high);
+    return pixels <= 16 ? 1 : std::min(pixels / 14.0, setting.maximum);
 }
 
 bool LauncherController::reducesMotion() const {

@@ -95,7 +95,7 @@ public:
     /// range from the anchor; with any modifier nothing opens.
     Q_INVOKABLE void click(const QString& tileId, int modifiers);
     /// A click outside the tiles: clears the search or selection, or closes a full-screen launcher.
-    Q_INVOKABLE void clickBeside();
+    Q_INVOKABLE void clickBackground();
     /// Selects only these tiles of the page, or adds them to the selection.
     Q_INVOKABLE void selectTiles(const QStringList& tileIds, bool adds);
     /// Goes back one step: an alert, a search, a folder, the window.
@@ -122,7 +122,7 @@ Q_SIGNALS:
     void coveredChanged();
     void noticeChanged();
     /// The Menu key was pressed; handled by the selected tile, which knows its position.
-    void menuWanted(const QString& tileId);
+    void menuRequested(const QString& tileId);
     /// The window should close.
     void closeRequested();
 
@@ -136,7 +136,7 @@ private:
     void showNavigation();
     void showGridPage();
     void updateMetrics();
-    void wantIcons();
+    void requestIcons();
     void makeRoomForAlert();
     void showCut();
     void followUndo();

@@ -92,7 +92,7 @@ void LauncherController::selectTiles(const QStringList& tileIds, bool adds) {
     _viewModel.shown().select(selected);
 }
 
-void LauncherController::clickBeside() {
+void LauncherController::clickBackground() {
     if (_menu.isOpen())
         return _menu.close();
     if (_search.isActive())
@@ -210,7 +210,7 @@ bool LauncherController::pressKey(int key, int modifiers, const QString& text) {
             return false;
         [[fallthrough]];
     case Qt::Key_Menu:
-        Q_EMIT menuWanted(selectedIds().value(0));
+        Q_EMIT menuRequested(selectedIds().value(0));
         return true;
     default:
         return false;
@@ -365,7 +365,7 @@ void LauncherController::groupWith(Direction direction) {
 void LauncherController::openMenu(const QString& tileId, QPointF point) {
     if (_alert.isOpen() || _drag.isLifted())
         return;
-    _drag.letGo();
+    _drag.release();
     const auto item = tileId.isEmpty() ? std::nullopt : shown().tile(QUuid::fromString(tileId));
     if (item && !_search.isActive() && !_viewModel.shown().selectedItemIDs().contains(item->id()))
         _viewModel.shown().select(item->id());
@@ -438,7 +438,7 @@ void LauncherController::perform(const ActionTarget& target, std::optional<Actio
     case ActionRequest::unplaced:
         _panels.unplaced()->refresh();
         _sheets.open(Sheets::unplaced);
-        return wantIcons();
+        return requestIcons();
     case ActionRequest::updates:
         return _sheets.open(Sheets::updates);
     case ActionRequest::pastRemovals:

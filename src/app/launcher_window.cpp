@@ -173,7 +173,7 @@ void LauncherWindow::show() {
     _leaving.cancel();
     setAway(false);
     if (!_view.isVisible() && _hasDrawn)
-        _controller.backdrop()->look(); // it may have been put away for days
+        _controller.backdrop()->reload(); // it may have been put away for days
     if (!_view.isVisible() && wantedScreen() && wantedScreen() != _view.screen())
         fitToScreen();
     if (_controller.isWindowed() || !_screen.isEmpty())
@@ -182,13 +182,13 @@ void LauncherWindow::show() {
         _view.showFullScreen();
     _view.requestActivate();
     // It may not have been seen since yesterday.
-    _viewModel.smartFolders().lookAgain();
+    _viewModel.smartFolders().reevaluate();
 }
 
 void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
     _clock = std::move(watch);
     _clockLeapt = _clock->leapt.connect([this] {
-        _viewModel.smartFolders().lookAgain();
+        _viewModel.smartFolders().reevaluate();
         _viewModel.updates().settingsChanged(); // a check may have come due meanwhile
     });
 }

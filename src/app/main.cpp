@@ -1,5 +1,5 @@
+#include "app/activation_triggers.h"
 #include "app/launcher_window.h"
-#include "app/summons.h"
 
 #include "launcher/language.h"
 #include "launcher/launcher_error.h"
@@ -82,7 +82,7 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     std::vector<int> screen;
     Arguments arguments;
     arguments.usesHardware = hasReliableGraphics();
-    arguments.isResident = staysWithoutWindow();
+    arguments.isResident = keepsRunningWithoutWindow();
     app.add_option(
         "--root", root,
         Texts::noop("A folder that holds a Mac's layout, to run on instead of this machine"));
@@ -304,14 +304,14 @@ int run(int argc, char** argv) {
         if (followLanguage())
             window.retranslate();
     });
-    std::optional<Summons> summons;
+    std::optional<ActivationTriggers> triggers;
     Subscription settingsChanged;
     if (arguments->isResident && !isForShow) {
-        summons.emplace(machine.settings, machine.log,
-                        [&] { window.view().isVisible() ? window.close() : window.show(); });
-        settingsChanged = window.viewModel().settingsChanged.connect([&] { summons->apply(); });
+        triggers.emplace(machine.settings, machine.log,
+                         [&] { window.view().isVisible() ? window.close() : window.show(); });
+        settingsChanged = window.viewModel().settingsChanged.connect([&] { triggers->apply(); });
         window.controller().panels()->settings()->setHotKeyState(
-            [&] { return summons->isKeyRefused() ? HotKeyState::refused : HotKeyState::taken; });
+            [&] { return triggers->isKeyRefused() ? HotKeyState::refused : HotKeyState::taken; });
         QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
                          [&](Qt::ApplicationState state) {
                              if (state == Qt::ApplicationActive && !window.view().isVisible())
@@ -342,7 +342,7 @@ int run(int argc, char** argv) {
             QTimer::singleShot(settled, &window, photograph);
         };
         // The tiles are to say what the last check found.
-        updates.whenKnown([&, stage] { window.whenComplete(stage); });
+        updates.whenReady([&, stage] { window.whenComplete(stage); });
     } else if (arguments->measureStart) {
         QObject::connect(&window, &LauncherWindow::firstFrame, &application, [&] {
             std::printf("first frame %lld ms\n", static_cast<long long>(sinceStart.elapsed()));

@@ -6,7 +6,7 @@
 
 namespace tessellar {
 
-/// The innermost open folder. What it was stays while its panel closes.
+/// The innermost open folder. Keeps its last contents while its panel closes.
 class OpenFolder final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -17,7 +17,7 @@ class OpenFolder final : public QObject {
     Q_PROPERTY(QString notice READ notice NOTIFY changed)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
     Q_PROPERTY(tessellar::GridModel* tiles READ tiles CONSTANT)
-    Q_PROPERTY(QRectF panel READ panel NOTIFY panelChanged) ///< in the window
+    Q_PROPERTY(QRectF panel READ panel NOTIFY panelChanged) ///< in window coordinates
 
 public:
     OpenFolder(LauncherViewModel& viewModel, const TileFacts& facts);
@@ -31,13 +31,13 @@ public:
     const GridModel* tiles() const { return &_tiles; }
     const ShownPages& shown() const { return _shown; }
     QRectF panel() const { return _panel; }
-    /// A smart folder is open: its rules decide what is in it.
+    /// True if a smart folder is open: its contents follow from its rules.
     bool rulesDecide() const { return _viewModel.shown().isOpenFolderComputed(); }
 
-    /// What was selected in it is left behind: the keyboard goes on from the folder.
+    /// Closes the folder. If tiles in it were selected, the folder is selected instead.
     Q_INVOKABLE void close();
     void refresh();
-    /// Lays the panel out over a grid with these metrics.
+    /// Lays out the panel over a grid with these metrics.
     void layOut(QSizeF window, const GridMetrics& grid);
 
 Q_SIGNALS:

@@ -1,6 +1,6 @@
 #include "app/panels.h"
 
-#include "launcher/arrangement_shelf.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/live_layout.h"
@@ -40,7 +40,8 @@ Panels::Panels(LauncherViewModel& viewModel, Sheets& sheets, Machine& machine)
             _sheets.close();
     });
     connect(&_sheets, &Sheets::changed, this, &Panels::followSheets);
-    connect(&_settings, &SettingsPanel::updatesWanted, this, [this] { _sheets.open(Sheets::updates); });
+    connect(&_settings, &SettingsPanel::updatesRequested, this,
+            [this] { _sheets.open(Sheets::updates); });
 }
 
 void Panels::followSheets() {

@@ -76,7 +76,7 @@ QString valueText(const Setting& setting, const QJsonValue& value) {
     const QLocale locale;
     if (value.isNull())
         return SettingsPanel::tr("Automatic");
-    const bool isShare = setting.high <= 2;
+    const bool isShare = setting.maximum <= 2;
     return isShare ? locale.toString(qRound(value.toDouble() * 100)) + QStringLiteral(" %")
                    : locale.toString(qRound(value.toDouble()));
 }
@@ -115,11 +115,11 @@ QVariantMap SettingsPanel::row(const QString& key, const QString& title) const {
     return {{QStringLiteral("key"), key},
             {QStringLiteral("kind"), QLatin1StringView(kindName(setting.kind))},
             {QStringLiteral("title"), title},
-            {QStringLiteral("hint"), Texts::tr(setting.sentence)},
+            {QStringLiteral("hint"), Texts::tr(setting.description)},
             {QStringLiteral("value"), now.toVariant()},
             {QStringLiteral("text"), valueText(setting, now)},
-            {QStringLiteral("low"), setting.low},
-            {QStringLiteral("high"), setting.high},
+            {QStringLiteral("low"), setting.minimum},
+            {QStringLiteral("high"), setting.maximum},
             {QStringLiteral("step"), setting.step},
             {QStringLiteral("choices"), choices},
             {QStringLiteral("isSet"), _viewModel.settings().expected().value(key).has_value()}};
@@ -351,7 +351,7 @@ void SettingsPanel::act(const QString& key) {
     if (key == copyKey)
         return QGuiApplication::clipboard()->setText(toggleCommand);
     if (key == skippedKey)
-        return Q_EMIT updatesWanted();
+        return Q_EMIT updatesRequested();
     if (!key.startsWith(folderPrefix))
         return;
     QStringList folders = additionalFolders();

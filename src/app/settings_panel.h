@@ -58,7 +58,7 @@ public:
 
 Q_SIGNALS:
     void changed();
-    void updatesWanted();
+    void updatesRequested();
 
 private:
     QVariantMap row(const QString& key, const QString& title) const;

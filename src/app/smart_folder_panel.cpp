@@ -17,8 +17,8 @@ SmartFolderPanel::SmartFolderPanel(LauncherViewModel& viewModel) : _viewModel(vi
     connect(&_choices, &MenuModel::chosen, this, &SmartFolderPanel::choose);
 }
 
-static QString chosenOf(const QList<SmartFolderWord>& words) {
-    const auto chosen = std::ranges::find(words, true, &SmartFolderWord::isChosen);
+static QString chosenOf(const QList<SmartFolderOption>& words) {
+    const auto chosen = std::ranges::find(words, true, &SmartFolderOption::isChosen);
     return chosen == words.end() ? QString() : chosen->title;
 }
 
@@ -218,7 +218,7 @@ namespace {
 /// What the button's menu offers, and what a choice does.
 struct Menu {
     const char* button;
-    QList<SmartFolderWord> (*words)(const SmartFolderDraft&, int rule, int operand);
+    QList<SmartFolderOption> (*words)(const SmartFolderDraft&, int rule, int operand);
     void (*choose)(SmartFolderDraft&, int rule, int operand, const QString& word);
 };
 
@@ -248,13 +248,13 @@ const Menu* menuOf(const QString& button) {
 
 } // namespace
 
-QList<SmartFolderWord> SmartFolderPanel::words(const Button& button) const {
+QList<SmartFolderOption> SmartFolderPanel::words(const Button& button) const {
     const Menu* menu = menuOf(button.name);
     if (!menu || !isOpen())
         return {};
     if (menu->words)
         return menu->words(*editing().draft(), button.rule, button.operand);
-    QList<SmartFolderWord> words;
+    QList<SmartFolderOption> words;
     const QString typed = editing().draft()->row(button.rule).operands.value(button.operand).text;
     const QStringList all = editing().suggestions(button.rule, button.operand);
     // What was begun to be typed narrows them, unless nothing has it.
@@ -267,13 +267,13 @@ QList<SmartFolderWord> SmartFolderPanel::words(const Button& button) const {
 void SmartFolderPanel::openChoices(const QString& button, QPointF point, int rule, int operand) {
     _button = {button, point, rule, operand};
     const auto offered = words(_button);
-    openMenu(static_cast<int>(std::ranges::find(offered, true, &SmartFolderWord::isChosen) -
+    openMenu(static_cast<int>(std::ranges::find(offered, true, &SmartFolderOption::isChosen) -
                               offered.begin()));
 }
 
 void SmartFolderPanel::openMenu(int current) {
     QList<MenuEntry> entries;
-    for (const SmartFolderWord& word : words(_button))
+    for (const SmartFolderOption& word : words(_button))
         entries.append({.id = word.word, .title = word.title, .isChosen = word.isChosen});
     _choices.open(entries, _button.point, current < entries.size() ? current : -1);
 }
@@ -294,7 +294,7 @@ void SmartFolderPanel::choose(const QString& word) {
         return;
     const auto offered = words(_button);
     openMenu(
-        static_cast<int>(std::ranges::find(offered, word, &SmartFolderWord::word) - offered.begin()));
+        static_cast<int>(std::ranges::find(offered, word, &SmartFolderOption::word) - offered.begin()));
 }
 
 } // namespace tessellar

@@ -97,7 +97,7 @@ private:
 
     SmartFolderEditing& editing() const { return _viewModel.smartFolderEditing(); }
     void change(const std::function<void(SmartFolderDraft&)>& change) { editing().change(change); }
-    QList<SmartFolderWord> words(const Button& button) const;
+    QList<SmartFolderOption> words(const Button& button) const;
     void choose(const QString& word);
     bool staysOpen() const;
     void openMenu(int current);

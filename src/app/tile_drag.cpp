@@ -49,7 +49,7 @@ void TileDrag::press(const QString& tileId, QPointF point, QPointF picture) {
     Q_EMIT pressedChanged();
 }
 
-void TileDrag::letGo() {
+void TileDrag::release() {
     _hold.cancel();
     _isHeld = false;
     if (std::exchange(_pressed, std::nullopt))
@@ -67,7 +67,7 @@ void TileDrag::move(QPointF point) {
         return lift();
     }
     Q_EMIT moved();
-    look();
+    updateDrop();
 }
 
 void TileDrag::lift() {
@@ -75,7 +75,7 @@ void TileDrag::lift() {
     // What a smart folder shows stays: its rules decide. A blocked arrangement does not change either.
     const auto guard = _viewModel.history().guard(_viewModel.shown().mode());
     if (!guard || area.rulesDecide) {
-        letGo();
+        release();
         Q_EMIT refused(guard ? launcherError(EditRefusal::rulesDecide) : guard.error());
         return;
     }
@@ -101,12 +101,12 @@ void TileDrag::lift() {
     _gap = _home;
     _drop = {};
     Q_EMIT lifted(); // before the press ends
-    letGo();
+    release();
     ++_revision;
     Q_EMIT changed();
     Q_EMIT dropChanged();
     Q_EMIT moved();
-    look();
+    updateDrop();
 }
 
 // ---- on the way
@@ -118,7 +118,7 @@ TileDrag::Gap TileDrag::gapIn(const Area& area) const {
 }
 
 bool TileDrag::isPointerNear(QPointF point) const {
-    return (_pointer - point).manhattanLength() <= tremble;
+    return (_pointer - point).manhattanLength() <= dragThreshold;
 }
 
 Drop TileDrag::dropOn(const Area& area, const std::optional<int>& gap) const {
@@ -139,7 +139,7 @@ Drop TileDrag::dropOn(const Area& area, const std::optional<int>& gap) const {
                          (at.y() - area.cells.top) / std::max(1, area.cells.cellHeight)});
 }
 
-void TileDrag::look() {
+void TileDrag::updateDrop() {
     const Area area = _area();
     if (_sprung && (area.folder != _sprung->first || !isPointerNear(_sprung->second)))
         _sprung.reset();
@@ -155,10 +155,10 @@ void TileDrag::look() {
         ++_revision;
         Q_EMIT dropChanged();
     }
-    rest(area);
+    dwell(area);
 }
 
-TileDrag::Rest TileDrag::restOn(const Area& area) {
+TileDrag::Dwell TileDrag::dwellOn(const Area& area) {
     if (area.folder && !area.frame.contains(_pointer))
         return {QStringLiteral("outside"), leaveDelay, false,
                 [this] { _viewModel.shown().closeFolder(); }};
@@ -193,8 +193,8 @@ TileDrag::Rest TileDrag::restOn(const Area& area) {
     return {};
 }
 
-void TileDrag::rest(const Area& area) {
-    Rest rest = restOn(area);
+void TileDrag::dwell(const Area& area) {
+    Dwell rest = dwellOn(area);
     const int turning = !rest.name.startsWith(u"turn")           ? 0
                         : _pointer.x() < area.frame.center().x() ? -1
                                                                  : 1;
@@ -215,7 +215,7 @@ void TileDrag::rest(const Area& area) {
                     _restingOn.clear();
                 then();
                 if (isLifted())
-                    look();
+                    updateDrop();
             });
 }
 
@@ -279,7 +279,7 @@ void TileDrag::drop() {
     // Let go beside the panel before the folder had time to close: out of it all the same.
     for (Area area = _area(); area.folder && !area.frame.contains(_pointer); area = _area())
         _viewModel.shown().closeFolder();
-    look();
+    updateDrop();
     const Drop drop = _drop;
     const QList<QUuid> tiles = _lifted;
     const bool wasNewPage = _isOnNewPage;
@@ -310,7 +310,7 @@ void TileDrag::drop() {
 
 bool TileDrag::cancel() {
     const bool was = isLifted();
-    letGo();
+    release();
     if (was)
         end();
     return was;
@@ -333,7 +333,7 @@ void TileDrag::follow() {
             return true;
         });
     if (_pressed && !shown.contains(*_pressed))
-        letGo();
+        release();
     if (!isLifted())
         return;
     if (!shown.contains(*_heldTile) || !_viewModel.history().guard(_viewModel.shown().mode())) {
@@ -345,7 +345,7 @@ void TileDrag::follow() {
     _liftedSet = shown;
     ++_revision;
     Q_EMIT dropChanged();
-    look();
+    updateDrop();
 }
 
 void TileDrag::end() {

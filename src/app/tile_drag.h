@@ -64,7 +64,7 @@ public:
     static constexpr std::chrono::milliseconds openDelay{800};
     static constexpr std::chrono::milliseconds leaveDelay{350};
     /// How far a resting hand may move, in pixels.
-    static constexpr double tremble = 6;
+    static constexpr double dragThreshold = 6;
 
     TileDrag(LauncherViewModel& viewModel, Scheduler& scheduler, AreaNow area);
 
@@ -88,7 +88,7 @@ public:
     Q_INVOKABLE void press(const QString& tileId, QPointF point, QPointF picture);
     Q_INVOKABLE void move(QPointF point);
     /// The press ended on its tile without becoming a drag.
-    Q_INVOKABLE void letGo();
+    Q_INVOKABLE void release();
     /// Drops the tiles at the pointer.
     void drop();
     /// Cancels the drag; true if there was one.
@@ -126,7 +126,7 @@ private:
         bool operator==(const Gap&) const = default;
     };
     /// What happens if the pointer stays here for a while.
-    struct Rest {
+    struct Dwell {
         QString name; ///< identifies it: the same name continues the wait
         std::chrono::milliseconds delay{0};
         bool isStill = false; ///< moving within the target restarts the wait
@@ -134,12 +134,12 @@ private:
     };
 
     void lift();
-    void look();
+    void updateDrop();
     Gap gapIn(const Area& area) const;
     Drop dropOn(const Area& area, const std::optional<int>& gap) const;
     bool isPointerNear(QPointF point) const;
-    Rest restOn(const Area& area);
-    void rest(const Area& area);
+    Dwell dwellOn(const Area& area);
+    void dwell(const Area& area);
     void turnPage(int by);
     void setNewPage(bool isOn);
     void end();

@@ -1,6 +1,6 @@
 #include "app/unplaced_panel.h"
 
-#include "app/icon_wishes.h"
+#include "app/icon_requests.h"
 #include "app/image_item.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
@@ -9,7 +9,7 @@
 
 namespace tessellar {
 
-using Kind = UnplacedThing::Kind;
+using Kind = UnplacedItem::Kind;
 
 static QString titleOf(Kind kind) {
     switch (kind) {
@@ -40,57 +40,57 @@ QString UnplacedPanel::summary() const {
 }
 
 void UnplacedPanel::act(int row) {
-    if (row < 0 || row >= _things.size() || !_things[row])
+    if (row < 0 || row >= _items.size() || !_items[row])
         return;
     auto act =
-        _lifetime.guard([this, thing = *_things[row], mode = _viewModel.shown().mode()](bool isWanted) {
+        _lifetime.guard([this, item = *_items[row], mode = _viewModel.shown().mode()](bool isWanted) {
             if (!isWanted)
                 return;
-            _viewModel.messages().report(placeOrForget(_viewModel, mode, thing));
+            _viewModel.messages().report(placeOrForget(_viewModel, mode, item));
             refresh();
         });
-    if (_things[row]->kind != Kind::place)
+    if (_items[row]->kind != Kind::place)
         return act(true);
     _viewModel.messages().ask(
-        {.title = tr("Forget the place of “%1”?").arg(_things[row]->name),
+        {.title = tr("Forget the place of “%1”?").arg(_items[row]->name),
          .text = tr("Should it be installed again, its tile comes at the end. This cannot be undone."),
          .accept = tr("Forget"),
          .isDestructive = true},
         act);
 }
 
-QList<IconWish> UnplacedPanel::icons() const {
-    QList<IconWish> icons;
-    for (const auto& thing : _things)
-        if (const AppEntry* app = thing ? _viewModel.applications().withKey(thing->id) : nullptr)
-            icons.append(iconWish(*app));
+QList<IconRequest> UnplacedPanel::icons() const {
+    QList<IconRequest> icons;
+    for (const auto& item : _items)
+        if (const AppEntry* app = item ? _viewModel.applications().withKey(item->id) : nullptr)
+            icons.append(iconRequest(*app));
     return icons;
 }
 
 void UnplacedPanel::refresh() {
-    _things.clear();
+    _items.clear();
     _rows.clear();
     std::optional<Kind> kind;
-    for (const UnplacedThing& thing :
-         unplacedThings(_viewModel, _viewModel.shown().mode(), _machine.locale)) {
-        if (std::exchange(kind, thing.kind) != thing.kind) {
-            _things.append(std::nullopt);
-            _rows.append(QVariantMap{{QStringLiteral("title"), titleOf(thing.kind)},
+    for (const UnplacedItem& item :
+         unplacedItems(_viewModel, _viewModel.shown().mode(), _machine.locale)) {
+        if (std::exchange(kind, item.kind) != item.kind) {
+            _items.append(std::nullopt);
+            _rows.append(QVariantMap{{QStringLiteral("title"), titleOf(item.kind)},
                                      {QStringLiteral("action"), QString()}});
         }
-        const bool isFolder = thing.kind == Kind::smartFolder;
+        const bool isFolder = item.kind == Kind::smartFolder;
         QString symbol;
         if (const SmartFolderDefinition* definition =
-                isFolder ? _viewModel.smartFolders().definition(QUuid::fromString(thing.id)) : nullptr)
+                isFolder ? _viewModel.smartFolders().definition(QUuid::fromString(item.id)) : nullptr)
             symbol = definition->customSymbolName.value_or(QString());
-        _things.append(thing);
+        _items.append(item);
         _rows.append(
-            QVariantMap{{QStringLiteral("title"), thing.name},
-                        {QStringLiteral("text"), thing.text},
+            QVariantMap{{QStringLiteral("title"), item.name},
+                        {QStringLiteral("text"), item.text},
                         {QStringLiteral("kind"), int(isFolder ? IconItem::SmartFolder : IconItem::App)},
-                        {QStringLiteral("appKeys"), isFolder ? QStringList() : QStringList(thing.id)},
+                        {QStringLiteral("appKeys"), isFolder ? QStringList() : QStringList(item.id)},
                         {QStringLiteral("symbolName"), symbol},
-                        {QStringLiteral("action"), actionOf(thing.kind)}});
+                        {QStringLiteral("action"), actionOf(item.kind)}});
     }
     Q_EMIT changed();
 }

@@ -2,7 +2,7 @@
 
 #include "icons/icon_loader.h"
 #include "launcher/launcher_view_model.h"
-#include "launcher/unplaced.h"
+#include "launcher/unplaced_items.h"
 #include "platform/lifetime.h"
 #include "platform/machine.h"
 
@@ -31,7 +31,7 @@ public:
     Q_INVOKABLE void act(int row);
     void refresh();
     /// The icons shown: no page requests those of hidden applications.
-    QList<IconWish> icons() const;
+    QList<IconRequest> icons() const;
 
 Q_SIGNALS:
     void changed();
@@ -39,7 +39,7 @@ Q_SIGNALS:
 private:
     LauncherViewModel& _viewModel;
     const Machine& _machine;
-    QList<std::optional<UnplacedThing>> _things; ///< by row; nullopt for headings
+    QList<std::optional<UnplacedItem>> _items; ///< by row; nullopt for headings
     QVariantList _rows;
     Lifetime _lifetime;
 };

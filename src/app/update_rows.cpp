@@ -144,7 +144,7 @@ std::vector<UpdateRows::Row> UpdateRows::rows() const {
     static constexpr std::array titles{QT_TR_NOOP("Updates"), QT_TR_NOOP("Updated"),
                                        QT_TR_NOOP("Held Back"), QT_TR_NOOP("Could Not Be Checked"),
                                        QT_TR_NOOP("Cannot Be Checked")};
-    if (!_viewModel.updates().isKnown())
+    if (!_viewModel.updates().isReady())
         return {};
     std::array<std::vector<Row>, titles.size()> sections;
     std::array<int, titles.size()> counts{};

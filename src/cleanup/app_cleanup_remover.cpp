@@ -117,23 +117,23 @@ bool AppCleanupRemover::isWithoutLinks(const QString& path) const {
 std::optional<QString> AppCleanupRemover::quit(const CleanupApplication& application,
                                                std::stop_token stop,
                                                const std::function<void()>& waits) {
-    using Seen = RunningApplications::Seen;
-    Seen seen = _parts.running.look(application);
-    if (seen == Seen::open) {
+    using State = RunningApplications::State;
+    State seen = _parts.running.state(application);
+    if (seen == State::open) {
         waits();
         _parts.running.askToQuit(application, stop);
     }
-    for (int i = 0; i < quitTries && seen == Seen::open; ++i) {
+    for (int i = 0; i < quitTries && seen == State::open; ++i) {
         if (!_parts.wait(quitPause, stop))
             i = quitTries;
-        seen = _parts.running.look(application);
+        seen = _parts.running.state(application);
     }
     switch (seen) {
-    case Seen::closed:
+    case State::closed:
         break;
-    case Seen::open:
+    case State::open:
         return Texts::tr("%1 is still open. Quit it, then try again.").arg(nameOf(application));
-    case Seen::unknown:
+    case State::unknown:
         return Texts::tr("It could not be found out whether %1 is open. Try again.")
             .arg(nameOf(application));
     }
@@ -171,13 +171,13 @@ void AppCleanupRemover::settle(CleanupItemResult& result, const TrashResult& out
     const FileSystem& files = _parts.files;
     const auto still = files.linkStatus(result.item.path);
     const bool stays = still && identityOf(*still) == result.item.identity;
-    const bool hasLeft = still ? !stays : still.error().code == FileError::Code::notFound;
+    const bool hasDisconnected = still ? !stays : still.error().code == FileError::Code::notFound;
     if (!stays)
         result.trashedPath =
             isItem(outcome.trashedPath, result.item) ? outcome.trashedPath : placeInTrash(result.item);
     // What has left is on its way, whatever became of whoever took it: a helper that was killed brings
     // it to the Trash when it starts again.
-    if (outcome.failure && !result.trashedPath && !hasLeft) {
+    if (outcome.failure && !result.trashedPath && !hasDisconnected) {
         result.failure = outcome.failure;
         const bool isContainer =
             result.item.location == u"Containers" || result.item.location == u"Group Containers";
@@ -196,10 +196,10 @@ bool AppCleanupRemover::isItem(const std::optional<QString>& path, const Related
     return status && isSameOnItsVolume(identityOf(*status), item.identity);
 }
 
-AppCleanupRemover::Sighting AppCleanupRemover::lookInTrash(std::optional<QString>& trashedPath,
+AppCleanupRemover::Presence AppCleanupRemover::findInTrash(std::optional<QString>& trashedPath,
                                                            const RelatedFile& item) const {
     if (isItem(trashedPath, item))
-        return Sighting::there;
+        return Presence::present;
     const auto composed = [](const QString& name) {
         return name.normalized(QString::NormalizationForm_C);
     };
@@ -236,12 +236,12 @@ AppCleanupRemover::Sighting AppCleanupRemover::lookInTrash(std::optional<QString
                     continue;
                 }
                 trashedPath = path;
-                return Sighting::there;
+                return Presence::present;
             }
             isUnseen = isUnseen || (!status && status.error().code != FileError::Code::notFound);
         }
     }
-    return isSeen && isOnSeenVolume && !isUnseen ? Sighting::gone : Sighting::unseen;
+    return isSeen && isOnSeenVolume && !isUnseen ? Presence::gone : Presence::unknown;
 }
 
 /// The helper's own folder stands as long as something lies in it.
@@ -252,7 +252,7 @@ bool AppCleanupRemover::isStagingBeside(const QString& path) const {
 
 std::optional<QString> AppCleanupRemover::placeInTrash(const RelatedFile& item) const {
     std::optional<QString> path;
-    (void)lookInTrash(path, item);
+    (void)findInTrash(path, item);
     return path;
 }
 
@@ -403,26 +403,27 @@ QList<CleanupItemResult> AppCleanupRemover::restore(const CleanupApplication& ap
     std::ranges::reverse(results);
     QList<AdminMove> moves;
     QList<CleanupItemResult*> byHelper;
-    std::optional<bool> isHelperThere;
+    std::optional<bool> isHelperAvailable;
     for (CleanupItemResult& result : results) {
         if (!result.isMoved())
             continue;
-        Sighting sighting = lookInTrash(result.trashedPath, result.item);
-        if (sighting == Sighting::gone && result.isByHelper) {
+        Presence presence = findInTrash(result.trashedPath, result.item);
+        if (presence == Presence::gone && result.isByHelper) {
             // A helper that was killed has it on the way; once it answers, it has arrived.
-            if (!isHelperThere)
-                isHelperThere = _parts.administrator.isThere(stop);
-            sighting = *isHelperThere ? lookInTrash(result.trashedPath, result.item) : Sighting::unseen;
-            if (sighting == Sighting::gone &&
+            if (!isHelperAvailable)
+                isHelperAvailable = _parts.administrator.isAvailable(stop);
+            presence =
+                *isHelperAvailable ? findInTrash(result.trashedPath, result.item) : Presence::unknown;
+            if (presence == Presence::gone &&
                 (isStagingBeside(result.item.path) ||
                  (result.trashedPath && isStagingBeside(*result.trashedPath))))
-                sighting = Sighting::unseen;
+                presence = Presence::unknown;
         }
-        result.isGone = sighting == Sighting::gone;
-        if (sighting != Sighting::there) {
-            result.failure = result.isGone            ? Texts::tr(notInTrash)
-                             : isHelperThere == false ? Texts::tr(helperNotSeen)
-                                                      : Texts::tr(trashNotSeen);
+        result.isGone = presence == Presence::gone;
+        if (presence != Presence::present) {
+            result.failure = result.isGone                ? Texts::tr(notInTrash)
+                             : isHelperAvailable == false ? Texts::tr(helperNotSeen)
+                                                          : Texts::tr(trashNotSeen);
         } else if (result.isByHelper) {
             moves.append({.path = *result.trashedPath,
                           .identity = result.item.identity,

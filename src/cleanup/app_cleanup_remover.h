@@ -78,7 +78,7 @@ public:
         LaunchAgents* agents = nullptr; ///< null where there are no launch agents to stop
         /// Where to search for items with unknown location, likeliest first.
         QStringList trashFolders = {};
-        Wait wait = waitForReal;
+        Wait wait = interruptibleSleep;
     };
 
     explicit AppCleanupRemover(Parts parts) : _parts(std::move(parts)) {}
@@ -111,10 +111,10 @@ private:
                       std::stop_token stop);
     void settle(CleanupItemResult& result, const TrashResult& outcome) const;
     bool isItem(const std::optional<QString>& path, const RelatedFile& item) const;
-    enum class Sighting { there, gone, unseen };
+    enum class Presence { present, gone, unknown };
     /// Searches the Trash for an item and updates its location. `gone` only if every possible place was
     /// read completely: a Trash that is unreadable or on an unmounted volume proves nothing.
-    Sighting lookInTrash(std::optional<QString>& trashedPath, const RelatedFile& item) const;
+    Presence findInTrash(std::optional<QString>& trashedPath, const RelatedFile& item) const;
     bool isStagingBeside(const QString& path) const;
     std::optional<QString> placeInTrash(const RelatedFile& item) const;
     /// The first existing Trash folder; creates the likeliest if there is none.

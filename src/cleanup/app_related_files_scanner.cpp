@@ -1,7 +1,7 @@
 #include "cleanup/app_related_files_scanner.h"
 
 #include "cleanup/cleanup_locations.h"
-#include "cleanup/related_file_ties.h"
+#include "cleanup/related_file_matcher.h"
 #include "platform/texts.h"
 
 #include <unistd.h>
@@ -53,7 +53,7 @@ public:
         : _files(files)
         , _home(home)
         , _application(application)
-        , _ties(files, application, others, teamOf, stop)
+        , _matcher(files, application, others, teamOf, stop)
         , _stop(std::move(stop)) {}
 
     void addBundle(RelatedFilesScan& scan) const {
@@ -63,7 +63,7 @@ public:
         scan.files.append({.path = FileSystem::standardized(_application.path),
                            .location = QLatin1StringView(Texts::noop("Application")),
                            .match = RelatedFileMatch::appBundle,
-                           .reason = RelatedFileTies::reasonOf({RelatedFileMatch::appBundle, {}}),
+                           .reason = RelatedFileMatcher::reasonOf({RelatedFileMatch::appBundle, {}}),
                            .identity = identityOf(*status)});
         addLinks(scan);
     }
@@ -113,7 +113,7 @@ public:
         // What lies in a vendor's folder stands nearer than the folder.
         const QList<Found> all = _found;
         _found.removeIf([&all](const Found& found) {
-            return found.tie.isShared && std::ranges::any_of(all, [&](const Found& inner) {
+            return found.finding.isShared && std::ranges::any_of(all, [&](const Found& inner) {
                        return inner.path.size() > found.path.size() &&
                               FileSystem::isWithin(inner.path, found.path);
                    });
@@ -126,18 +126,18 @@ public:
             // Gone or exchanged meanwhile, or a volume of its own.
             if (!item || item->type != found.type || item->device != status->device)
                 continue;
-            RelatedFileTie tie = found.tie;
-            if (!tie.isContested && found.type == FileType::directory &&
-                _ties.holdAnothers(found.path)) {
-                tie.isContested = true;
-                tie.reason += Texts::tr(" Files of another application lie in it.");
+            RelatedFileFinding finding = found.finding;
+            if (!finding.isContested && found.type == FileType::directory &&
+                _matcher.holdsFilesOfAnother(found.path)) {
+                finding.isContested = true;
+                finding.reason += Texts::tr(" Files of another application lie in it.");
             }
             scan.files.append({.path = found.path,
                                .location = QString::fromLatin1(location.label),
                                .domain = location.domain,
-                               .match = tie.match,
-                               .reason = tie.reason,
-                               .isContested = tie.isContested,
+                               .match = finding.match,
+                               .reason = finding.reason,
+                               .isContested = finding.isContested,
                                .identity = identityOf(*item)});
         }
     }
@@ -146,7 +146,7 @@ private:
     struct Found {
         QString path;
         FileType type = FileType::other;
-        RelatedFileTie tie;
+        RelatedFileFinding finding;
     };
 
     /// What is certainly not there is not missed.
@@ -176,17 +176,17 @@ private:
         const MatchingName name(entry.name);
         if (entersSystemFolder(location, entry))
             return WalkStep::descend;
-        if (!_ties.areApples() && (namesApple(name) || (entry.depth == 1 && isTheSystems(name))))
+        if (!_matcher.isApple() && (namesApple(name) || (entry.depth == 1 && belongsToSystem(name))))
             return WalkStep::skip;
-        if (auto tie = _ties.of(location, entry, name)) {
+        if (auto finding = _matcher.of(location, entry, name)) {
             const bool goesOn =
-                tie->isShared && entry.type == FileType::directory && entry.depth < location.depth;
-            keep({entry.path(), entry.type, *std::move(tie)});
+                finding->isShared && entry.type == FileType::directory && entry.depth < location.depth;
+            keep({entry.path(), entry.type, *std::move(finding)});
             return goesOn ? WalkStep::descend : WalkStep::skip;
         }
         if (entry.type != FileType::directory || isPackage(entry.name) || entry.depth >= location.depth)
             return WalkStep::skip;
-        return _ties.areAnothers(name) ? WalkStep::skip : WalkStep::descend;
+        return _matcher.matchesAnother(name) ? WalkStep::skip : WalkStep::descend;
     }
 
     /// Of what is the system's, only these hold entries for each application.
@@ -212,15 +212,15 @@ private:
             return;
         }
         const auto weakest =
-            std::ranges::max_element(_found, {}, [](const Found& f) { return f.tie.match; });
-        if (found.tie.match < weakest->tie.match)
+            std::ranges::max_element(_found, {}, [](const Found& f) { return f.finding.match; });
+        if (found.finding.match < weakest->finding.match)
             *weakest = std::move(found);
     }
 
     const FileSystem& _files;
     const QString& _home;
     const CleanupApplication& _application;
-    const RelatedFileTies _ties;
+    const RelatedFileMatcher _matcher;
     const std::stop_token _stop;
     std::mutex _mutex;
     QList<Found> _found;

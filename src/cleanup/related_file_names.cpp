@@ -375,19 +375,19 @@ InstalledClaims::Verdict InstalledClaims::judge(const MatchingName& matching,
     return verdict;
 }
 
-bool InstalledClaims::tiesByIdentifier(const MatchingName& matching, qsizetype length) const {
+bool InstalledClaims::matchesIdentifier(const MatchingName& matching, qsizetype length) const {
     bool isTied = false;
     eachIdentifierIn(matching.view(),
                      [&](qsizetype size, const Owners&) { isTied = isTied || size > length; });
     return isTied;
 }
 
-bool InstalledClaims::areCalled(const MatchingName& matching) const {
+bool InstalledClaims::matchesName(const MatchingName& matching) const {
     const auto token = _tokens.find(textOf(matching.view()));
-    return (token != _tokens.end() && token->second.isWholeName) || tiesByIdentifier(matching);
+    return (token != _tokens.end() && token->second.isWholeName) || matchesIdentifier(matching);
 }
 
-bool isTheSystems(const MatchingName& matching) { return isOneOf(matching.view(), systemNames); }
+bool belongsToSystem(const MatchingName& matching) { return isOneOf(matching.view(), systemNames); }
 
 bool namesApple(const MatchingName& matching) {
     const QByteArrayView name = matching.view();

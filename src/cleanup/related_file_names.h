@@ -104,9 +104,9 @@ public:
     Verdict judge(const MatchingName& name, const ApplicationNames::Grade& own) const;
 
     /// True if another application's identifier longer than `length` matches.
-    bool tiesByIdentifier(const MatchingName& name, qsizetype length = 0) const;
+    bool matchesIdentifier(const MatchingName& name, qsizetype length = 0) const;
     /// True if another application has this whole name or identifier.
-    bool areCalled(const MatchingName& name) const;
+    bool matchesName(const MatchingName& name) const;
 
 private:
     struct Owners {
@@ -131,7 +131,7 @@ private:
 
 /// True for files that the system keeps in the Libraries under plain names: device backups, the Dock's,
 /// the address book's.
-bool isTheSystems(const MatchingName& name);
+bool belongsToSystem(const MatchingName& name);
 /// True for names of Apple's files, including group containers ("TEAM.com.apple.notes").
 bool namesApple(const MatchingName& name);
 /// True for an identifier that stands for a whole vendor, like "com.microsoft".

@@ -13,11 +13,11 @@ SystemRunningApplications::SystemRunningApplications(Machine& machine,
     , _environment(machine.environment)
     , _interpreter(interpreter) {}
 
-RunningApplications::Seen SystemRunningApplications::look(const CleanupApplication& application) {
+RunningApplications::State SystemRunningApplications::state(const CleanupApplication& application) {
     const QString tool = QStringLiteral("/bin/ps");
     if (const auto there = _files.linkStatus(tool);
         !there && there.error().code == FileError::Code::notFound && _files.hostRoot() != u"/")
-        return Seen::closed;
+        return State::closed;
     const CommandResult result = _commands.run(
         {.executable = _files.hostPath(tool),
          .arguments = {QByteArrayLiteral("-A"), QByteArrayLiteral("-o"), QByteArrayLiteral("comm=")},
@@ -27,12 +27,12 @@ RunningApplications::Seen SystemRunningApplications::look(const CleanupApplicati
         {});
     const QByteArray inBundle = _files.hostPath(application.path) + '/';
     if (!result.succeeded() || result.outputTruncated)
-        return Seen::unknown;
+        return State::unknown;
     const bool isOpen =
         std::ranges::any_of(result.standardOutput.split('\n'), [&](const QByteArray& line) {
             return line.trimmed().startsWith(inBundle);
         });
-    return isOpen ? Seen::open : Seen::closed;
+    return isOpen ? State::open : State::closed;
 }
 
 void SystemRunningApplications::askToQuit(const CleanupApplication& application, std::stop_token stop) {

@@ -8,10 +8,10 @@ namespace tessellar {
 /// Checks and quits applications. An interface, so that tests can fake it. Both calls block.
 class RunningApplications {
 public:
-    enum class Seen { closed, open, unknown };
+    enum class State { closed, open, unknown };
 
     virtual ~RunningApplications() = default;
-    virtual Seen look(const CleanupApplication& application) = 0;
+    virtual State state(const CleanupApplication& application) = 0;
     /// A request: the application may prompt its user and stay open.
     virtual void askToQuit(const CleanupApplication& application, std::stop_token stop) = 0;
 };
@@ -22,7 +22,7 @@ class SystemRunningApplications final : public RunningApplications {
 public:
     SystemRunningApplications(Machine& machine, AppleScriptInterpreter& interpreter);
 
-    Seen look(const CleanupApplication& application) override;
+    State state(const CleanupApplication& application) override;
     void askToQuit(const CleanupApplication& application, std::stop_token stop) override;
 
 private:

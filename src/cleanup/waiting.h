@@ -11,7 +11,7 @@ namespace tessellar {
 /// Sleeps on a worker; false if stopped. Injected, so that tests need not sleep.
 using Wait = std::function<bool(std::chrono::milliseconds, std::stop_token)>;
 
-inline bool waitForReal(std::chrono::milliseconds time, std::stop_token stop) {
+inline bool interruptibleSleep(std::chrono::milliseconds time, std::stop_token stop) {
     std::mutex mutex;
     std::condition_variable_any changed;
     std::unique_lock lock(mutex);

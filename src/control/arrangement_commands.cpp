@@ -2,8 +2,8 @@
 
 #include "control/command_set.h"
 #include "control/named_file.h"
-#include "launcher/arrangement_shelf.h"
 #include "launcher/counts_text.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/layout_archive.h"
 #include "platform/texts.h"
 
@@ -31,9 +31,9 @@ std::optional<QUuid> identifier(const Call& call, const Word& word) {
 }
 
 /// Ends the command with what became of an arrangement, and a sentence about it.
-ArrangementShelf::Done answering(const Call& call,
-                                 std::function<QString(const ArrangementSummary&)> text) {
-    return [call, text = std::move(text)](const ArrangementShelf::Saved& saved) {
+LauncherArrangements::Done answering(const Call& call,
+                                     std::function<QString(const ArrangementSummary&)> text) {
+    return [call, text = std::move(text)](const LauncherArrangements::Saved& saved) {
         if (saved)
             call->succeed(json::encode(*saved), text(*saved));
         else
@@ -41,7 +41,7 @@ ArrangementShelf::Done answering(const Call& call,
     };
 }
 /// The same, where the sentence names it.
-ArrangementShelf::Done answering(const Call& call, const QString& sentence) {
+LauncherArrangements::Done answering(const Call& call, const QString& sentence) {
     return answering(call, [sentence](const ArrangementSummary& saved) {
         return sentence.arg(saved.name.isEmpty() ? toText(saved.id) : saved.name);
     });

@@ -125,7 +125,7 @@ void reviewed(const Call& call, const QString& key, std::function<void()> then) 
 /// Who stops the command stops what it does: the review, or the moving, of which what was moved by then
 /// is told and written down.
 void endWhenUnwanted(const Call& call) {
-    call->whenUnwanted([call] {
+    call->whenCancelled([call] {
         LauncherCleanup& cleanup = call->launcher().cleanup();
         if (cleanup.phase() == LauncherCleanup::Phase::removing)
             return cleanup.stop();
@@ -347,7 +347,7 @@ void addRestore(CommandSet& set, CLI::App* group) {
                                    Texts::tr("“%1” is no removal.").arg(text(id)),
                                    {}});
         }
-        call->whenUnwanted([call] { call->launcher().cleanup().stop(); });
+        call->whenCancelled([call] { call->launcher().cleanup().stop(); });
         call->launcher().cleanup().restore(removal, [call](const LauncherCleanup::Restored& restored) {
             if (!restored)
                 return call->fail(restored.error());

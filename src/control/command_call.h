@@ -14,51 +14,48 @@
 
 namespace tessellar {
 
-/// Why nobody waits for a command any more.
-enum class Unwanted {
-    stopped, ///< the user wants it to end
-    left,    ///< whoever began it is gone: a terminal that was closed, a machine that shuts down
+/// Why a command is cancelled.
+enum class Cancellation {
+    stopped,      ///< by the user
+    disconnected, ///< the client is gone: its terminal was closed, or the machine shuts down
 };
 
-/// Where the words of a command go as they come.
+/// Receives a command's output as it is written.
 struct CommandOutput {
     std::function<void(const QByteArray&)> out;
     std::function<void(const QByteArray&)> error;
-    std::function<void(int status)> finished; ///< once, last
-    /// Takes what is to be called once nobody hears any more: a command that would go on until it is
-    /// stopped ends then.
-    std::function<void(std::function<void(Unwanted)>)> whenUnwanted = [](const auto&) {};
+    std::function<void(int status)> finished; ///< called once, last
+    /// Sets the function that is called on cancellation; commands that run until stopped end then.
+    std::function<void(std::function<void(Cancellation)>)> whenCancelled = [](const auto&) {};
 };
 
-/// How the words of a command are to be understood.
+/// The global options of a command.
 struct CommandOptions {
     bool json = false;
-    bool oneLine = false;       ///< JSON documents on one line each, as in a batch
-    bool showsProgress = false; ///< standard error is a terminal, on which a line can be drawn anew
-    /// Answers do not wait until what was edited is on the disk: in a batch the last command does.
+    bool oneLine = false;       ///< one JSON document per line, as in a batch
+    bool showsProgress = false; ///< standard error is a terminal
+    /// Commands finish before their edits are saved. In a batch, only the last command waits.
     bool answersUnsaved = false;
-    /// For whom edits are made: all commands of a batch have the same. None is the command itself.
+    /// Who makes the edits: shared by all commands of a batch; null for the command itself.
     UnsavedEdits::Editor editor;
     std::optional<LauncherWindowMode> mode;
-    QString directory;             ///< host folder that relative names of files stand in
-    std::optional<Instant> now;    ///< for what asks for the time
-    std::optional<QString> locale; ///< for what compares text
+    QString directory;             ///< host folder that relative file names refer to
+    std::optional<Instant> now;    ///< replaces the current time
+    std::optional<QString> locale; ///< replaces the locale for comparing text
 };
 
 enum class ExitStatus { done = 0, refused = 1, wrongUsage = 2 };
 
-/// A document as --json has it printed.
+/// Formats a document for --json.
 QByteArray document(const QJsonValue& json, const CommandOptions& options);
-/// Says why a command came to nothing: its sentence on standard error, with --json also the document
-/// that stands for an answer.
+/// Prints an error: the message on standard error, and with --json also a document on standard output.
 void sayError(const LauncherError& error, const CommandOptions& options, const CommandOutput& output);
 
-/// One command while it runs: what it may use, and how it says what came of it. Commands that wait for
-/// something keep it (it is shared) and answer later.
+/// A running command: its context and its output. Asynchronous commands keep a shared pointer to it and
+/// finish later.
 ///
-/// A command has succeeded when what it edited is on the disk: the end of its answer waits for that,
-/// and where it could not be saved that is the answer, see `UnsavedEdits`. One that edited nothing
-/// waits for nobody's edits.
+/// A command succeeds once its edits are saved: it waits for that before finishing, and fails if saving
+/// fails; see `UnsavedEdits`. Commands without edits do not wait for others' edits.
 class CommandCall : public std::enable_shared_from_this<CommandCall> {
 public:
     CommandCall(Machine& machine_, LauncherViewModel* launcher, CommandOptions options_,
@@ -73,36 +70,38 @@ public:
 
     Machine& machine;
     CommandOptions options;
-    /// Only for commands that asked for it.
+    /// Only for commands that declared to need it.
     LauncherViewModel& launcher() const { return *_launcher; }
-    /// The display mode that the command is about; without one, that which the user sees.
+    /// The display mode the command applies to; by default the one shown.
     LauncherWindowMode mode() const { return options.mode.value_or(_launcher->layouts().shownMode()); }
     LiveLayout& layout() const { return _launcher->layout(mode()); }
 
-    /// Part of the answer, before its end: a JSON document, or text.
+    /// Prints a partial result without finishing: a JSON document or text.
     void print(const QJsonValue& json, const QString& text);
-    /// What is to be known besides the answer, on standard error.
+    /// Prints a warning on standard error.
     void warn(const QString& sentence);
-    /// How far a long command has come: a line that the next one takes the place of, on a terminal
-    /// alone. To be cleared with an empty one before anything else is said.
+    /// Shows progress in one line that each call replaces; on terminals only. Clear it with an empty
+    /// line before printing anything else.
     void showProgress(const QString& line);
-    /// Ends the command: with --json one document, else the text.
+    /// Finishes with a document if --json is given, otherwise with the text.
     void succeed(const QJsonValue& json, const QString& text);
     void fail(const LauncherError& error, ExitStatus status = ExitStatus::refused);
-    /// Ends the command with what an operation came to.
+    /// Finishes with the outcome of an operation.
     void answer(const LauncherViewModel::Outcome& outcome, const QString& text = {});
-    /// Ends the command after what it printed.
+    /// Finishes without further output.
     void finish(ExitStatus status);
-    /// Ends the command once all edits are on the disk, whoever made them.
+    /// Finishes once all edits are saved, no matter who made them.
     void answerAllSaved();
 
-    /// Calls back once nobody hears any more, so that waiting for it costs nothing.
-    void whenUnwanted(std::function<void()> call) {
-        whenUnwanted([call = std::move(call)](Unwanted) { call(); });
+    /// Sets the function that is called on cancellation.
+    void whenCancelled(std::function<void()> call) {
+        whenCancelled([call = std::move(call)](Cancellation) { call(); });
     }
-    void whenUnwanted(std::function<void(Unwanted)> call) { _output.whenUnwanted(std::move(call)); }
+    void whenCancelled(std::function<void(Cancellation)> call) {
+        _output.whenCancelled(std::move(call));
+    }
 
-    /// What the command waits for; kept while the command is.
+    /// Keeps subscriptions and tasks alive as long as the command.
     std::vector<std::shared_ptr<void>> held;
 
 private:

@@ -22,7 +22,7 @@ enum class CommandNeeds {
     launcher,             ///< a started launcher, with the state that the window shows
     launcherUntilStopped, ///< the same; takes long, so other commands are served meanwhile
     window,               ///< a launcher, even if it is still starting
-    launcherToLook,       ///< read-only: the running launcher, or one that takes no lock
+    launcherReadOnly,     ///< read-only: the running launcher, or one that takes no lock
 };
 
 /// A global option of tessellarctl, given before the command.

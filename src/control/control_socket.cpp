@@ -84,7 +84,7 @@ public:
         QObject::connect(_socket, &QObject::destroyed, [weak = weak_from_this()] {
             if (const auto self = weak.lock()) {
                 self->_socket = nullptr;
-                self->end(Unwanted::left);
+                self->end(Cancellation::disconnected);
             }
         });
     }
@@ -103,7 +103,7 @@ private:
                 return;
             const QByteArray line = _socket->readLine(maximumLine + 1);
             if (isEnd) {
-                if (!end(isStop ? Unwanted::stopped : Unwanted::left) && _isBusy)
+                if (!end(isStop ? Cancellation::stopped : Cancellation::disconnected) && _isBusy)
                     send(QStringLiteral("status"), static_cast<int>(ExitStatus::refused));
                 continue;
             }
@@ -114,7 +114,7 @@ private:
             const auto request = json::decodeDocument<Request>(line);
             if (!request)
                 return _socket->abort();
-            if (hasLeft())
+            if (hasDisconnected())
                 return;
             carryOut(*request);
         }
@@ -123,7 +123,7 @@ private:
     }
 
     /// While this launcher was stopped, say: whoever gave up has told that nothing was done.
-    bool hasLeft() const {
+    bool hasDisconnected() const {
         char next = 0;
         return ::recv(static_cast<int>(_socket->socketDescriptor()), &next, 1,
                       MSG_PEEK | MSG_DONTWAIT) == 0;
@@ -138,8 +138,8 @@ private:
     }
 
     /// False where the command cannot be ended: it goes on, and nobody waits for it.
-    bool end(Unwanted why) {
-        const auto call = std::exchange(_whenUnwanted, nullptr);
+    bool end(Cancellation why) {
+        const auto call = std::exchange(_whenCancelled, nullptr);
         if (call)
             call(why);
         return call != nullptr;
@@ -163,7 +163,7 @@ private:
                     say(QStringLiteral("status"), status);
                     if (const auto self = weak.lock()) {
                         self->_isBusy = false;
-                        self->_whenUnwanted = nullptr;
+                        self->_whenCancelled = nullptr;
                         if (self->_socket)
                             QMetaObject::invokeMethod(
                                 self->_socket,
@@ -174,10 +174,10 @@ private:
                                 Qt::QueuedConnection);
                     }
                 },
-            .whenUnwanted =
-                [weak = weak_from_this()](std::function<void(Unwanted)> call) {
+            .whenCancelled =
+                [weak = weak_from_this()](std::function<void(Cancellation)> call) {
                     if (const auto self = weak.lock())
-                        self->_whenUnwanted = std::move(call);
+                        self->_whenCancelled = std::move(call);
                 }};
         CommandOptions options{.json = request.json,
                                .oneLine = request.oneLine,
@@ -194,7 +194,7 @@ private:
     CommandExecutor& _executor;
     QLocalSocket* _socket;
     UnsavedEdits::Editor _editor = std::make_shared<std::byte>();
-    std::function<void(Unwanted)> _whenUnwanted; ///< of the command under way
+    std::function<void(Cancellation)> _whenCancelled; ///< of the command under way
     bool _isBusy = false;
 };
 
@@ -213,7 +213,7 @@ bool ControlServer::listen() {
     });
     // Not QLocalServer::listen(name): for a socket of the user alone it makes a folder, which stays
     // behind if it fails or is killed.
-    auto socket = listenLocally(QFile::encodeName(path), SocketReach::user);
+    auto socket = listenLocally(QFile::encodeName(path), SocketAccess::user);
     if (!socket) {
         _machine.log.warning(QStringLiteral("Commands cannot reach this launcher: %1")
                                  .arg(qt_error_string(socket.error())));
@@ -248,7 +248,7 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
                          CommandOutput output) {
     _output = std::move(output);
     _isRunning = true;
-    _output.whenUnwanted([this](Unwanted why) { stop(why); });
+    _output.whenCancelled([this](Cancellation why) { stop(why); });
     awaitSign();
     const Request request{
         words,        options.json,      options.oneLine, options.showsProgress, options.answersUnsaved,
@@ -274,10 +274,10 @@ void RemoteExecutor::awaitSign() {
 
 /// The command says itself how it ended. Whoever does not want to wait for that either just goes, and
 /// nobody waits for a launcher that says nothing.
-void RemoteExecutor::stop(Unwanted why) {
+void RemoteExecutor::stop(Cancellation why) {
     if (!_isRunning)
         return;
-    _socket->write(why == Unwanted::stopped ? stopLine : leaveLine);
+    _socket->write(why == Cancellation::stopped ? stopLine : leaveLine);
     _socket->write(pingLine);
     _unanswered = 1;
     _patience = _scheduler.after(stopPatience, [this] {
@@ -286,7 +286,7 @@ void RemoteExecutor::stop(Unwanted why) {
         else
             end(Texts::tr("The launcher does not answer."));
     });
-    _output.whenUnwanted([this](Unwanted) { end({}); });
+    _output.whenCancelled([this](Cancellation) { end({}); });
 }
 
 void RemoteExecutor::read() {

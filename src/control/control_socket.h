@@ -53,7 +53,7 @@ private:
     RemoteExecutor(std::unique_ptr<QLocalSocket> socket, Scheduler& scheduler);
     void read();
     void awaitSign();
-    void stop(Unwanted why);
+    void stop(Cancellation why);
     void end(const QString& error); ///< empty if there is none
 
     std::unique_ptr<QLocalSocket> _socket;

@@ -261,7 +261,7 @@ void addSearch(CommandSet& set) {
               [query = word(search, "query", Texts::noop("What to look for"))](const Call& call) {
                   // What smart folders show is found by their names: they are evaluated first.
                   LauncherViewModel& launcher = call->launcher();
-                  launcher.updates().whenKnown([call, query, &launcher] {
+                  launcher.updates().whenReady([call, query, &launcher] {
                       launcher.smartFolders().gatherFacts({}, [call, query, &launcher] {
                           launcher.search().whenReady(call->mode(),
                                                       [call, query] { answerWithHits(call, query); });

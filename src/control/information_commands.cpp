@@ -1,7 +1,7 @@
 // All that is known of one application.
 
 #include "control/command_set.h"
-#include "launcher/app_inquiry.h"
+#include "launcher/app_information_gatherer.h"
 #include "launcher/installed_applications.h"
 #include "platform/texts.h"
 
@@ -36,15 +36,15 @@ void answer(const Call& call, const AppInformation& information) {
 void addInformationCommands(CommandSet& set) {
     CLI::App* info = set.add("info", Texts::noop("All that is known of an application"));
     set.onRun(info, CommandNeeds::launcher, [key = word(info, "appkey", appKeyHelp)](const Call& call) {
-        const auto app = AppInquiry::application(call->launcher(), call->mode(), text(key));
+        const auto app = AppInformationGatherer::application(call->launcher(), call->mode(), text(key));
         if (!app)
             return call->fail(InstalledApplications::unknown(text(key)));
-        call->held.push_back(std::make_shared<AppInquiry>(call->launcher(), call->machine, call->mode(),
-                                                          *app,
-                                                          [call](const AppInformation& information) {
-                                                              if (!information.pending.any())
-                                                                  answer(call, information);
-                                                          }));
+        call->held.push_back(
+            std::make_shared<AppInformationGatherer>(call->launcher(), call->machine, call->mode(),
+                                                     *app, [call](const AppInformation& information) {
+                                                         if (!information.pending.any())
+                                                             answer(call, information);
+                                                     }));
     });
 }
 

@@ -139,13 +139,13 @@ QString noticeText(const LibraryNotice& notice) {
 
 void addWatch(CommandSet& set) {
     set.onRun(set.add("watch", Texts::noop("Print what happens to the applications, until stopped")),
-              CommandNeeds::launcherToLook, [](const Call& call) {
+              CommandNeeds::launcherReadOnly, [](const Call& call) {
                   call->options.oneLine = true;
                   LibraryWatch& watch = call->launcher().libraryWatch();
                   const auto say = [call](const LibraryNotice& notice) {
                       call->print(json::encode(notice), noticeText(notice));
                   };
-                  call->whenUnwanted([call] { call->finish(ExitStatus::done); });
+                  call->whenCancelled([call] { call->finish(ExitStatus::done); });
                   call->held.push_back(std::make_shared<Subscription>(watch.noticed.connect(say)));
                   // A launcher that is running watches already.
                   if (!watch.watchedDirectories().isEmpty())

@@ -3,7 +3,7 @@
 #include "control/command_set.h"
 #include "launcher/layout_archive.h"
 #include "launcher/place_memory.h"
-#include "launcher/unplaced.h"
+#include "launcher/unplaced_items.h"
 #include "platform/texts.h"
 
 namespace tessellar {
@@ -68,12 +68,12 @@ void addUnplaced(CommandSet& set) {
     set.onRun(
         set.add("unplaced", Texts::noop("What is hidden, has no tile, or has gone and may come back")),
         CommandNeeds::launcher, [](const Call& call) {
-            const auto things = unplacedThings(call->launcher(), call->mode(), call->machine.locale);
+            const auto items = unplacedItems(call->launcher(), call->mode(), call->machine.locale);
             QString lines;
-            for (const UnplacedThing& thing : things)
-                lines += QStringLiteral("%1  %2  %3\n")
-                             .arg(json::rawValue(thing.kind), thing.id, thing.name);
-            call->succeed(json::encode(things),
+            for (const UnplacedItem& item : items)
+                lines +=
+                    QStringLiteral("%1  %2  %3\n").arg(json::rawValue(item.kind), item.id, item.name);
+            call->succeed(json::encode(items),
                           lines.isEmpty() ? Texts::tr("Everything is on the pages.") : lines);
         });
 }

@@ -94,15 +94,15 @@ void list(const Call& call) {
         const bool isSet = settings.value(setting.key).has_value();
         all.insert(setting.key,
                    QJsonObject{{QStringLiteral("value"), now},
-                               {QStringLiteral("default"), setting.usual},
+                               {QStringLiteral("default"), setting.defaultValue},
                                {QStringLiteral("isSet"), isSet},
                                {QStringLiteral("type"), QLatin1StringView(typeName(setting))},
                                {QStringLiteral("range"), rangeText(setting)},
-                               {QStringLiteral("description"), Texts::tr(setting.sentence)}});
+                               {QStringLiteral("description"), Texts::tr(setting.description)}});
         text += QStringLiteral("%1 = %2%3\n    %4: %5.\n")
                     .arg(setting.key, now.isNull() ? Texts::tr("(not set)") : valueText(now),
                          isSet || now.isNull() ? QString() : Texts::tr(" (the default)"),
-                         Texts::tr(setting.sentence), rangeText(setting));
+                         Texts::tr(setting.description), rangeText(setting));
     }
     // Of another version, perhaps.
     const auto values = settings.values();

@@ -88,7 +88,7 @@ void gatherFacts(const Call& call, SmartFolderNeeds needs, const std::function<v
     if (needs & SmartFolderNeed::channels)
         updates.whenChannelsKnown(known);
     else
-        updates.whenKnown(known);
+        updates.whenReady(known);
 }
 
 void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definition,
@@ -139,7 +139,7 @@ void answerWithFactsOf(const Call& call, const QString& key) {
     const AppEntry* app = call->launcher().applications().withKey(key);
     if (!app)
         return call->fail(InstalledApplications::unknown(key));
-    call->launcher().updates().whenKnown([call, entry = *app] {
+    call->launcher().updates().whenReady([call, entry = *app] {
         call->launcher().smartFolders().gatherFactsOf(
             entry, call->mode(), [call](const SmartFolderAppFacts& facts, bool isComplete) {
                 if (!isComplete)

@@ -295,7 +295,7 @@ private:
     /// The launcher that is running; or one of our own once nobody else holds the lock.
     bool findExecutor(CommandNeeds needs) {
         FileLock lock;
-        if (needs == CommandNeeds::launcherToLook) {
+        if (needs == CommandNeeds::launcherReadOnly) {
             _executor = RemoteExecutor::connect(_machine);
             if (!_executor)
                 _host.refuseChanges({FileError::Code::readOnly, _machine.places.applicationFolder()});
@@ -318,7 +318,7 @@ private:
             _invocation.options.mode.value_or(LauncherWindowMode::fullScreen));
         _local = local.get();
         _executor = std::move(local);
-        if (needs != CommandNeeds::launcherToLook)
+        if (needs != CommandNeeds::launcherReadOnly)
             sayAlerts();
         return true;
     }
@@ -328,7 +328,7 @@ private:
     int close(CommandNeeds needs) {
         if (!_local)
             return _status;
-        if (_status == 0 && needs != CommandNeeds::launcherToLook &&
+        if (_status == 0 && needs != CommandNeeds::launcherReadOnly &&
             _local->launcher().hasUnsavedEdits())
             if (const auto saved = _local->launcher().quit(); !saved)
                 fail(saved.error());
@@ -358,33 +358,34 @@ private:
     }
 
     CommandOutput output() {
-        return {
-            .out = [this](const QByteArray& text) { write(STDOUT_FILENO, text); },
-            .error =
-                [this](const QByteArray& text) {
-                    // Why nothing can be saved is said already; but in a batch, each refusal is.
-                    if (!_isBatch && _alerts.contains(text))
-                        return;
-                    _said.append(text);
-                    write(STDERR_FILENO, text);
-                },
-            .finished =
-                [this](int status) {
-                    _status = status;
-                    _isFinished = true;
-                },
-            .whenUnwanted =
-                [this](std::function<void(Unwanted)> call) { endWhenInterrupted(std::move(call)); }};
+        return {.out = [this](const QByteArray& text) { write(STDOUT_FILENO, text); },
+                .error =
+                    [this](const QByteArray& text) {
+                        // Why nothing can be saved is said already; but in a batch, each refusal is.
+                        if (!_isBatch && _alerts.contains(text))
+                            return;
+                        _said.append(text);
+                        write(STDERR_FILENO, text);
+                    },
+                .finished =
+                    [this](int status) {
+                        _status = status;
+                        _isFinished = true;
+                    },
+                .whenCancelled =
+                    [this](std::function<void(Cancellation)> call) {
+                        endWhenInterrupted(std::move(call));
+                    }};
     }
 
     /// A command that can end in its own way does so, with what it has started; others end at once.
-    void endWhenInterrupted(std::function<void(Unwanted)> call) {
-        _whenUnwanted = std::move(call);
+    void endWhenInterrupted(std::function<void(Cancellation)> call) {
+        _whenCancelled = std::move(call);
         if (!_interruption)
             _interruption.emplace([this](int signal) {
                 _isInterrupted = true;
-                if (const auto end = std::exchange(_whenUnwanted, nullptr))
-                    end(signal == SIGINT ? Unwanted::stopped : Unwanted::left);
+                if (const auto end = std::exchange(_whenCancelled, nullptr))
+                    end(signal == SIGINT ? Cancellation::stopped : Cancellation::disconnected);
             });
     }
 
@@ -417,7 +418,7 @@ private:
     LocalExecutor* _local = nullptr;
     QByteArrayList _alerts; ///< that were said on standard error, titles aside
     QByteArrayList _said;   ///< there besides
-    std::function<void(Unwanted)> _whenUnwanted;
+    std::function<void(Cancellation)> _whenCancelled;
     bool _isBatch = false;
     int _status = 0;
     bool _isFinished = false;

@@ -4,7 +4,7 @@
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_updates.h"
 #include "platform/texts.h"
-#include "updates/outside_words.h"
+#include "updates/untrusted_text.h"
 
 #include <algorithm>
 
@@ -13,7 +13,7 @@ namespace {
 
 QString name(const Call& call, const QString& appKey) {
     const AppEntry* app = call->launcher().applications().withKey(appKey);
-    return onOneLine(app ? app->name : appKey, 200);
+    return toSingleLine(app ? app->name : appKey, 200);
 }
 
 /// A record in the form of the cache, with the application's channel, the way its update comes, and
@@ -61,7 +61,7 @@ QString channelText(const AppUpdateChannel& channel) {
     if (const auto* store = std::get_if<MacAppStoreChannel>(&channel))
         return kind + u' ' + QString::number(store->itemIdentifier);
     const QString feed = std::get<SparkleChannel>(channel).feedUrl;
-    return feed.isEmpty() ? kind : kind + u' ' + onOneLine(feed, 1'000);
+    return feed.isEmpty() ? kind : kind + u' ' + toSingleLine(feed, 1'000);
 }
 
 bool refuseUnknown(const Call& call, const QString& appKey) {
@@ -113,9 +113,9 @@ void answerWithStatuses(const Call& call, bool isUnchecked) {
 
 /// Answers once what is known is read, or once tools have told whose applications they are, which takes
 /// its time; an interruption ends it before.
-void whenKnown(const Call& call, bool asksTools, const std::function<void()>& answer) {
+void whenReady(const Call& call, bool asksTools, const std::function<void()>& answer) {
     const auto isOver = std::make_shared<bool>(false);
-    call->whenUnwanted([call, isOver] {
+    call->whenCancelled([call, isOver] {
         *isOver = true;
         call->fail({QStringLiteral("cancelled"), Texts::tr("The command was cancelled."), {}});
     });
@@ -127,7 +127,7 @@ void whenKnown(const Call& call, bool asksTools, const std::function<void()>& an
     if (asksTools)
         updates.whenChannelsKnown(known);
     else
-        updates.whenKnown(known);
+        updates.whenReady(known);
 }
 
 void addStatus(CommandSet& set, CLI::App* group) {
@@ -142,7 +142,7 @@ void addStatus(CommandSet& set, CLI::App* group) {
     status->add_flag("--unchecked", *unchecked,
                      Texts::noop("The applications that have no plain answer, and why"));
     set.onRun(status, CommandNeeds::launcher, [wanted, refresh, unchecked](const Call& call) {
-        whenKnown(call, *refresh, [call, wanted, unchecked] {
+        whenReady(call, *refresh, [call, wanted, unchecked] {
             if (wanted->empty())
                 answerWithStatuses(call, *unchecked);
             else if (!refuseUnknown(call, text(wanted)))
@@ -155,7 +155,7 @@ void addChannels(CommandSet& set, CLI::App* group) {
     set.onRun(
         set.add("channels", Texts::noop("Where version information of applications comes from"), group),
         CommandNeeds::launcher, [](const Call& call) {
-            whenKnown(call, true, [call] {
+            whenReady(call, true, [call] {
                 const auto channels = call->launcher().updates().channels();
                 QJsonObject object;
                 QString lines;
@@ -179,7 +179,7 @@ QString progressText(const AppUpdateProgress& progress) {
                                : Texts::tr("Checked %1 of %2  %3")
                                      .arg(progress.checked)
                                      .arg(progress.total)
-                                     .arg(onOneLine(progress.currentAppName, 200));
+                                     .arg(toSingleLine(progress.currentAppName, 200));
 }
 
 void showResult(const Call& call, const QString& appKey, const AppUpdateRecord& record) {
@@ -234,7 +234,7 @@ void addCheck(CommandSet& set, CLI::App* group) {
         };
         const auto answers = std::make_shared<Answers>();
         const auto wanted = json::fromRawValue<AppUpdateChannelKind>(text(channel));
-        call->whenUnwanted(call->launcher().updates().check(
+        call->whenCancelled(call->launcher().updates().check(
             wanted,
             {.result =
                  [call, answers](const QString& appKey, const AppUpdateRecord& record) {
@@ -339,20 +339,20 @@ void addRun(CommandSet& set, CLI::App* group) {
         };
         LauncherUpdates& updates = call->launcher().updates();
         const auto begin = [call, answer, asked](const QStringList& keys) {
-            const auto giveUp = call->launcher().updates().run(
+            const auto stop = call->launcher().updates().run(
                 keys, answer,
                 [call, keys, asked](const std::expected<QString, LauncherError>& outcome) {
                     endRun(call, keys, outcome, *asked);
                 });
             // An upgrade is ended by who says so, not by a terminal that is closed.
-            call->whenUnwanted([giveUp](Unwanted why) {
-                using enum LauncherUpdates::GivingUp;
-                giveUp(why == Unwanted::stopped ? ending : leaving);
+            call->whenCancelled([stop](Cancellation why) {
+                using enum LauncherUpdates::StopMode;
+                stop(why == Cancellation::stopped ? cancel : detach);
             });
         };
         if (!*all)
             return begin(given);
-        updates.whenKnown([call, begin] {
+        updates.whenReady([call, begin] {
             const QStringList keys = call->launcher().updates().runnable();
             if (keys.isEmpty())
                 return call->succeed(QJsonObject(), Texts::tr("There is nothing to update."));
@@ -370,7 +370,7 @@ void addSkip(CommandSet& set, CLI::App* group) {
     const Word skipped = word(skip, "appkey", "");
     skip->add_flag("--every-version", *every, Texts::noop("Nor any other version of this application"));
     set.onRun(skip, CommandNeeds::launcher, [skipped, every](const Call& call) {
-        whenKnown(call, false, [call, skipped, every] {
+        whenReady(call, false, [call, skipped, every] {
             LauncherUpdates& updates = call->launcher().updates();
             const QString key = text(skipped);
             if (!refuseUnknown(call, key))
@@ -380,7 +380,7 @@ void addSkip(CommandSet& set, CLI::App* group) {
     CLI::App* unskip =
         set.add("unskip", Texts::noop("Offer all versions of an application again"), group);
     set.onRun(unskip, CommandNeeds::launcher, [key = word(unskip, "appkey", "")](const Call& call) {
-        whenKnown(call, false, [call, key] {
+        whenReady(call, false, [call, key] {
             LauncherUpdates& updates = call->launcher().updates();
             if (!refuseUnknown(call, text(key)))
                 call->answer(updates.saved(text(key), [&] { return updates.unskip(text(key)); }));

@@ -127,15 +127,15 @@ public:
 
     /// Whether an application is at a path, as far as a scan can tell.
     enum class Presence {
-        there,
+        present,
         /// Certainly not there: its folder was listed completely, or is gone itself, on the same volume
         /// as before. Also if the bundle was read and is not an application.
         gone,
-        notSeen, ///< may or may not be there
+        unknown, ///< may or may not be there
     };
 
     /// What a scan has covered; used to judge what it did not find.
-    struct Sight {
+    struct Coverage {
         QHash<QString, int> folders; ///< completely listed, with their depths
         QSet<QString> absent;        ///< search paths that do not exist
         /// The bundles read, and whether they contain applications.
@@ -149,7 +149,7 @@ public:
         bool isCertain = false;
 
         /// Compares only what was seen, not `known`.
-        bool operator==(const Sight& other) const {
+        bool operator==(const Coverage& other) const {
             return folders == other.folders && absent == other.absent && bundles == other.bundles &&
                    applications == other.applications && volumes == other.volumes &&
                    scanDepth == other.scanDepth && isCertain == other.isCertain;
@@ -162,7 +162,7 @@ public:
         QStringList watchableDirectories;          ///< the listed folders, in visiting order
         QList<IncompleteBundle> incompleteBundles; ///< in visiting order
         QList<UnreadableDirectory> unreadableDirectories;
-        Sight sight;
+        Coverage coverage;
 
         bool operator==(const LibraryScan&) const = default;
 

@@ -15,7 +15,7 @@ std::optional<QString> usable(const std::optional<QString>& text) {
 
 /// On one line, and in the direction of its letters: what turns a text round can make a name look like
 /// another.
-QString onOneLine(QString name) {
+QString toSingleLine(QString name) {
     name.removeIf([](QChar c) {
         return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
     });
@@ -102,12 +102,12 @@ private:
         _record.bundleIdentifier =
             usable(wrapped.bundleIdentifier ? wrapped.bundleIdentifier : bundle.identifier());
         _record.category = usable(wrapped.category ? wrapped.category : bundle.category());
-        _record.name = usable(onOneLine(wrapped.name.value_or(QString()))).value_or(QString());
+        _record.name = usable(toSingleLine(wrapped.name.value_or(QString()))).value_or(QString());
         if (_record.name.isEmpty()) {
             noteNameSources(bundle);
             const QString shown = finderDisplayName(_context.files, bundle, _context.languages);
-            _record.name = usable(onOneLine(withoutApplicationExtension(shown)))
-                               .value_or(onOneLine(nameOnDisk(_record.path)));
+            _record.name = usable(toSingleLine(withoutApplicationExtension(shown)))
+                               .value_or(toSingleLine(nameOnDisk(_record.path)));
         }
         _record.nameSortKey = _context.locale.nameSortKey(_record.name);
     }

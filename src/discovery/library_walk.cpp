@@ -1,6 +1,6 @@
 #include "discovery/library_walk.h"
 
-#include "discovery/scan_sight.h"
+#include "discovery/scan_coverage.h"
 
 #include "platform/for_each_index.h"
 
@@ -49,7 +49,7 @@ std::optional<AppScanner::LibraryScan> LibraryWalk::run() {
     } else {
         return std::nullopt;
     }
-    lookAtVolumes();
+    recordVolumes();
     _cache = std::move(_next);
     return _cache._result;
 }
@@ -127,7 +127,7 @@ bool LibraryWalk::walk() {
 /// Lists the folders of one depth, in order.
 bool LibraryWalk::listLevel(int depth) {
     const QList<PendingDirectory> level = std::exchange(_pending[static_cast<std::size_t>(depth)], {});
-    for (qsizetype begin = 0; begin < level.size() && !_isCutOff; begin += listingBatch) {
+    for (qsizetype begin = 0; begin < level.size() && !_isOverLimit; begin += listingBatch) {
         const qsizetype count = std::min(listingBatch, level.size() - begin);
         std::vector<Listing> batch(static_cast<std::size_t>(count));
         forEachIndex(count, _context.threads, smallestShare, [&](qsizetype i) {
@@ -147,7 +147,7 @@ bool LibraryWalk::listLevel(int depth) {
 }
 
 void LibraryWalk::addListing(const Listing& listing, int depth) {
-    if (_isCutOff)
+    if (_isOverLimit)
         return;
     if (!_knownListings.contains(listing->path))
         ++_next._work.directoriesListed;
@@ -156,7 +156,7 @@ void LibraryWalk::addListing(const Listing& listing, int depth) {
     _entryCount += listing->entryCount;
     if (_next._listings.size() >= _context.limits.directories ||
         _entryCount > _context.limits.entries) {
-        cutOff();
+        stopAtLimit();
         return;
     }
     _next._listings.append(listing);
@@ -164,7 +164,7 @@ void LibraryWalk::addListing(const Listing& listing, int depth) {
         addUnreadable(directory);
     if (!listing->listed)
         return;
-    _next._result.sight.folders.insert(listing->path, depth);
+    _next._result.coverage.folders.insert(listing->path, depth);
     _next._result.watchableDirectories.append(listing->path);
     for (const auto& candidate : std::as_const(listing->candidates))
         meet(candidate, depth + 1);
@@ -189,7 +189,7 @@ void LibraryWalk::meet(const AppScanner::TraversalCandidate& candidate, int dept
 bool LibraryWalk::readBundles() {
     QList<PendingBundle> bundles = std::exchange(_pendingBundles, {});
     if (_bundleCount + bundles.size() > _context.limits.bundles) {
-        cutOff();
+        stopAtLimit();
         bundles.resize(_context.limits.bundles - _bundleCount);
     }
     _bundleCount += bundles.size();
@@ -219,7 +219,7 @@ void LibraryWalk::addRecord(const Record& record, int depth) {
     if (record->state == AppScanner::InstallState::unseen ||
         !record->evidence.observations.first().found())
         return addUnreadable({record->path, Reason::unreadable});
-    _next._result.sight.bundles.insert(record->path, record->holdsApplications);
+    _next._result.coverage.bundles.insert(record->path, record->holdsApplications);
     if (record->isPartlyUnseen)
         addUnreadable({record->path + QStringLiteral("/Contents/Applications"), Reason::unreadable});
     if (record->holdsApplications)
@@ -244,21 +244,21 @@ bool LibraryWalk::seenBefore(const ScanEvidence& evidence) {
 
 void LibraryWalk::addUnreadable(const AppScanner::UnreadableDirectory& directory) {
     if (directory.reason == Reason::absent)
-        _next._result.sight.absent.insert(directory.path);
+        _next._result.coverage.absent.insert(directory.path);
     auto& all = _next._result.unreadableDirectories;
     if (all.size() < maximumUnreadable && !all.contains(directory))
         all.append(directory);
     else if (all.size() >= maximumUnreadable)
-        doubtEverything();
+        markUncertain();
 }
 
-void LibraryWalk::cutOff() {
-    _isCutOff = true;
-    doubtEverything();
+void LibraryWalk::stopAtLimit() {
+    _isOverLimit = true;
+    markUncertain();
 }
 
 /// What was not found may be anywhere out of sight.
-void LibraryWalk::doubtEverything() {
+void LibraryWalk::markUncertain() {
     const AppScanner::UnreadableDirectory everything{QStringLiteral("/"), Reason::limit};
     if (!_next._result.unreadableDirectories.contains(everything))
         _next._result.unreadableDirectories.append(everything);
@@ -293,20 +293,20 @@ void LibraryWalk::finish() {
         entry.isDuplicateBundleIdentifier =
             record->bundleIdentifier && declarations.value(*record->bundleIdentifier) > 1;
         result.apps.append(entry);
-        result.sight.applications.insert(record->path);
+        result.coverage.applications.insert(record->path);
     }
-    result.sight.scanDepth = _context.settings.scanDepth;
-    result.sight.isCertain = _context.settings.isCertain;
+    result.coverage.scanDepth = _context.settings.scanDepth;
+    result.coverage.isCertain = _context.settings.isCertain;
 }
 
 /// Which volumes were looked at: a few looks at the folders that lie highest, for of all others the
 /// device is known.
-void LibraryWalk::lookAtVolumes() {
+void LibraryWalk::recordVolumes() {
     VolumeFinder finder(_context.files);
     for (const Listing& listing : std::as_const(_next._listings))
         if (listing->listed)
             finder.knowDevice(listing->path, listing->evidence.observations.first().status.device);
-    AppScanner::Sight& sight = _next._result.sight;
+    AppScanner::Coverage& coverage = _next._result.coverage;
     QStringList roots{QStringLiteral("/")};
     const auto add = [&](const QString& root) {
         if (!roots.contains(root))
@@ -315,23 +315,23 @@ void LibraryWalk::lookAtVolumes() {
     for (const Listing& listing : std::as_const(_next._listings))
         if (listing->listed)
             add(finder.rootOf(listing->path));
-    for (const QString& path : std::as_const(sight.absent))
+    for (const QString& path : std::as_const(coverage.absent))
         add(finder.rootOf(path));
     for (const KnownVolume& volume : _cache._knownVolumes.volumes)
         add(volume.root);
-    sight.known = _cache._knownVolumes;
-    sight.volumes.clear();
+    coverage.known = _cache._knownVolumes;
+    coverage.volumes.clear();
     roots.sort();
     for (const QString& root : std::as_const(roots))
         if (const auto identity = finder.identityOf(root))
-            sight.volumes.append({root, *identity});
-    if (_next._work.reusedResult && sight.volumes == _cache._result.sight.volumes &&
-        sight.known == _cache._result.sight.known) {
+            coverage.volumes.append({root, *identity});
+    if (_next._work.reusedResult && coverage.volumes == _cache._result.coverage.volumes &&
+        coverage.known == _cache._result.coverage.known) {
         _next._knownVolumes = _cache._knownVolumes;
         return;
     }
     _next._knownVolumes =
-        knownAfter(sight, [&](const QString& path) { return _next._result.isGone(path); });
+        updatedKnownVolumes(coverage, [&](const QString& path) { return _next._result.isGone(path); });
 }
 
 } // namespace tessellar

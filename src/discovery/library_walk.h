@@ -36,10 +36,10 @@ private:
     void addListing(const Listing& listing, int depth);
     void addRecord(const Record& record, int depth);
     void addUnreadable(const AppScanner::UnreadableDirectory& directory);
-    void cutOff();
-    void doubtEverything();
+    void stopAtLimit();
+    void markUncertain();
     void finish();
-    void lookAtVolumes();
+    void recordVolumes();
     bool seenBefore(const ScanEvidence& evidence);
 
     const ScanContext& _context;
@@ -58,7 +58,7 @@ private:
     QList<Record> _ready;
     qsizetype _entryCount = 0;
     qsizetype _bundleCount = 0;
-    bool _isCutOff = false;
+    bool _isOverLimit = false;
 };
 
 } // namespace tessellar

@@ -98,7 +98,7 @@ public:
         bool isAlias = false;
         if (seen.status.size >= smallestAlias && seen.status.size <= largestAlias) {
             const auto look = isAliasFile(_files, path);
-            if (!look && !isNothingThere(look.error().code))
+            if (!look && !isMissing(look.error().code))
                 missed(path);
             isAlias = look.value_or(false);
         }
@@ -126,7 +126,7 @@ private:
     void fail(const QString& from, const QString& at, FileError::Code error, bool isSearchPath) {
         // Whether a volume is missing or only a file on it shows in no status: look again next time.
         _listing.evidence.settled = false;
-        if (!isNothingThere(error)) {
+        if (!isMissing(error)) {
             _listing.unreadable.append({FileSystem::standardized(at), Unreadable::Reason::unreadable});
             // What lies there is known by the path behind the link.
             if (const auto target = linkedPath(at))

@@ -15,7 +15,7 @@ bool looksUnchanged(const FileStatus& a, const FileStatus& b) {
 
 } // namespace
 
-bool isNothingThere(FileError::Code code) {
+bool isMissing(FileError::Code code) {
     using enum FileError::Code;
     return code == notFound || code == notADirectory || code == linkLoop || code == badPath;
 }

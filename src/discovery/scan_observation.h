@@ -10,7 +10,7 @@
 namespace tessellar {
 
 /// Whether an error proves that nothing is there; all others prove nothing.
-bool isNothingThere(FileError::Code code);
+bool isMissing(FileError::Code code);
 
 /// The state observed at one path. While it holds, anything read from there before is still valid.
 struct ScanObservation {
@@ -36,7 +36,7 @@ struct ScanObservation {
     bool isSettled(Instant now) const;
 
     bool found() const { return !error; }
-    bool hasFailed() const { return error && !isNothingThere(*error); }
+    bool hasFailed() const { return error && !isMissing(*error); }
     bool isDirectory() const {
         return found() &&
                (kind == Kind::status ? status.type == FileType::directory : leadsToDirectory);

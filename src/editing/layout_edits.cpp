@@ -57,12 +57,13 @@ EditResult settled(const LayoutDocument& before, Pages pages, const QSet<QString
     });
     const TreeRewriter inFolders{.leave = [&](const LaunchpadItem& item) -> std::optional<Page> {
         FolderEntry folder = *item.folder();
-        if (!passOverflowOn(folder.pages, hiddenKeys, capacities.folder, countsBefore.value(folder.id)))
+        if (!cascadeOverflow(folder.pages, hiddenKeys, capacities.folder,
+                             countsBefore.value(folder.id)))
             return std::nullopt;
         return Page{std::move(folder)};
     }};
     pages = inFolders.rewritten(pages);
-    passOverflowOn(pages, hiddenKeys, capacities.page, shownCounts(before.pages, before.hiddenKeys));
+    cascadeOverflow(pages, hiddenKeys, capacities.page, shownCounts(before.pages, before.hiddenKeys));
     pages = tidied(pages);
     if (folderDepth(pages) > std::max(maximumFolderDepth, folderDepth(before.pages)))
         return Refused(EditRefusal::tooDeep);

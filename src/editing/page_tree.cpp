@@ -186,8 +186,8 @@ QList<qsizetype> shownCounts(const Pages& pages, const QSet<QString>& hiddenKeys
     return counts;
 }
 
-bool passOverflowOn(Pages& pages, const QSet<QString>& hiddenKeys, qsizetype capacity,
-                    const QList<qsizetype>& before) {
+bool cascadeOverflow(Pages& pages, const QSet<QString>& hiddenKeys, qsizetype capacity,
+                     const QList<qsizetype>& before) {
     capacity = std::max<qsizetype>(capacity, 1);
     Page passedOn;
     bool isChanged = false;

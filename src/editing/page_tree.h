@@ -86,7 +86,7 @@ QList<qsizetype> shownCounts(const Pages& pages, const QSet<QString>& hiddenKeys
 /// Keeps the order of all tiles, including hidden ones. A page may keep as many grid pages as it showed
 /// `before` the edit, so that editing in a smaller grid does not rewrite pages of a larger one. True if
 /// a page changed.
-bool passOverflowOn(Pages& pages, const QSet<QString>& hiddenKeys, qsizetype capacity,
-                    const QList<qsizetype>& before);
+bool cascadeOverflow(Pages& pages, const QSet<QString>& hiddenKeys, qsizetype capacity,
+                     const QList<qsizetype>& before);
 
 } // namespace tessellar

@@ -34,7 +34,7 @@ Pages sortedAndFilled(const Pages& pages, const QSet<QString>& hiddenKeys, qsize
     for (const Page& page : pages)
         tiles += page;
     Pages result{sorted(tiles, locale, names)};
-    passOverflowOn(result, hiddenKeys, capacity, {});
+    cascadeOverflow(result, hiddenKeys, capacity, {});
     return result;
 }
 

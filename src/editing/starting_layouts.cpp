@@ -15,7 +15,7 @@ Pages layoutByName(const QList<AppEntry>& apps, const Page& first, const GridCap
         pages.first() += page;
     if (pages.first().isEmpty())
         return {};
-    passOverflowOn(pages, {}, capacities.page, {});
+    cascadeOverflow(pages, {}, capacities.page, {});
     return pages;
 }
 

@@ -48,7 +48,7 @@ QString fileSentence(int error) {
     }
 }
 
-TakenItem takenOf(const struct stat& status) {
+ItemStatus itemStatus(const struct stat& status) {
     return {.identity = {.device = static_cast<std::uint64_t>(status.st_dev),
                          .inode = static_cast<std::uint64_t>(status.st_ino),
                          .type = typeOf(status.st_mode)},
@@ -56,11 +56,11 @@ TakenItem takenOf(const struct stat& status) {
             .mode = static_cast<std::uint32_t>(status.st_mode & 07777)};
 }
 
-std::expected<TakenItem, int> takenAt(int folder, const QByteArray& name) {
+std::expected<ItemStatus, int> itemStatusAt(int folder, const QByteArray& name) {
     struct stat status {};
     if (::fstatat(folder, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return std::unexpected(errno);
-    return takenOf(status);
+    return itemStatus(status);
 }
 
 ConfinedFiles::ConfinedFiles(const QByteArray& hostRoot)
@@ -91,7 +91,7 @@ std::expected<HeldItem, QString> ConfinedFiles::hold(const NamedPlace& place,
     if (::fstatat(around->get(), place.name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return failed(errno);
     const bool isPlain = S_ISDIR(status.st_mode) || S_ISREG(status.st_mode);
-    if (!isPlain || takenOf(status).identity != approved)
+    if (!isPlain || itemStatus(status).identity != approved)
         return std::unexpected(changed);
     auto item = openBelow(around->get(), place.name, forItem, false);
     if (!item)
@@ -99,12 +99,12 @@ std::expected<HeldItem, QString> ConfinedFiles::hold(const NamedPlace& place,
     struct stat held {};
     if (::fstat(item->get(), &held) != 0)
         return failed(errno);
-    if (takenOf(held).identity != approved)
+    if (itemStatus(held).identity != approved)
         return std::unexpected(changed);
     if (S_ISDIR(held.st_mode) &&
         holdsMountPoint(_rootPath + '/' + place.folderPath() + '/' + place.name))
         return std::unexpected(QString::fromLatin1(Texts::noop("A volume is mounted in it.")));
-    return HeldItem{*std::move(around), *std::move(item), place.name, takenOf(held)};
+    return HeldItem{*std::move(around), *std::move(item), place.name, itemStatus(held)};
 }
 
 } // namespace tessellar

@@ -11,17 +11,17 @@
 namespace tessellar {
 
 /// Identifies an item that was taken; any replacement differs.
-struct TakenItem {
+struct ItemStatus {
     FileIdentity identity;
     std::uint32_t owner = 0;
     std::uint32_t mode = 0;
 
-    bool operator==(const TakenItem&) const = default;
+    bool operator==(const ItemStatus&) const = default;
 };
 
-TakenItem takenOf(const struct stat& status);
+ItemStatus itemStatus(const struct stat& status);
 /// The item with this name; does not follow links. The error is an errno.
-std::expected<TakenItem, int> takenAt(int folder, const QByteArray& name);
+std::expected<ItemStatus, int> itemStatusAt(int folder, const QByteArray& name);
 
 /// Describes an errno to the user.
 QString fileSentence(int error);
@@ -31,7 +31,7 @@ struct HeldItem {
     Descriptor folder;
     Descriptor item;
     QByteArray name;
-    TakenItem taken;
+    ItemStatus taken;
 };
 
 /// Access to files by descriptor, starting at the root: never follows links, never crosses mounts below

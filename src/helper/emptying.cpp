@@ -73,7 +73,7 @@ private:
             return errno;
         if (_left.size() >= deepest)
             return ELOOP;
-        _left.push_back({takenOf(status).identity, name});
+        _left.push_back({itemStatus(status).identity, name});
         _current = *std::move(next);
         return 0;
     }
@@ -87,7 +87,7 @@ private:
         struct stat status {};
         if (!above || ::fstat(above.get(), &status) != 0)
             return errno;
-        if (takenOf(status).identity != _left.back().folder)
+        if (itemStatus(status).identity != _left.back().folder)
             return ELOOP;
         if (::unlinkat(above.get(), _left.back().child.constData(), AT_REMOVEDIR) != 0 &&
             errno != ENOENT)

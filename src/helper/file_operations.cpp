@@ -56,17 +56,17 @@ public:
         const auto [known, isNew] = _items.try_emplace(place->folderPath());
         if (isNew)
             known->second = list(place->folderPath());
-        return known->second && std::ranges::none_of(*known->second, [&](const TakenItem& item) {
+        return known->second && std::ranges::none_of(*known->second, [&](const ItemStatus& item) {
                    return record.isOf(item);
                });
     }
 
 private:
-    std::optional<std::vector<TakenItem>> list(const QByteArray& path) const {
+    std::optional<std::vector<ItemStatus>> list(const QByteArray& path) const {
         const auto folder = _files.folder(path);
         if (!folder)
             return std::nullopt;
-        std::vector<TakenItem> items;
+        std::vector<ItemStatus> items;
         DirectoryReader reader;
         reader.begin(folder->get());
         while (true) {
@@ -76,7 +76,7 @@ private:
             if (entries->empty())
                 return items;
             for (const DirectoryReader::Entry& entry : *entries) {
-                const auto item = takenAt(folder->get(), entry.name);
+                const auto item = itemStatusAt(folder->get(), entry.name);
                 if (item)
                     items.push_back(*item);
                 else if (item.error() != ENOENT)
@@ -86,7 +86,7 @@ private:
     }
 
     const ConfinedFiles& _files;
-    std::map<QByteArray, std::optional<std::vector<TakenItem>>> _items;
+    std::map<QByteArray, std::optional<std::vector<ItemStatus>>> _items;
 };
 
 } // namespace
@@ -198,7 +198,7 @@ FileOperations::planReturn(const Item& item, const HelperClient& client,
     const auto around = _files.folder(from->folderPath());
     if (!around)
         return std::unexpected(noTrash);
-    const auto there = takenAt(around->get(), from->name);
+    const auto there = itemStatusAt(around->get(), from->name);
     if (!there)
         return std::unexpected(fileSentence(there.error()));
     // By what it is and not by its name there. Who may write to the Trash could put a file of their own
@@ -212,7 +212,7 @@ FileOperations::planReturn(const Item& item, const HelperClient& client,
     const auto folder = _files.folder(to->folderPath());
     if (!folder)
         return std::unexpected(fileSentence(folder.error()));
-    if (takenAt(folder->get(), to->name))
+    if (itemStatusAt(folder->get(), to->name))
         return std::unexpected(fileSentence(EEXIST));
     auto held = _files.hold(*from, there->identity);
     if (!held)
@@ -341,7 +341,7 @@ void FileOperations::settle(MoveJournal& journal) const {
         const auto place = namedPlace(record.original);
         if (before == MovePhase::trashed || before == MovePhase::kept || !place)
             continue;
-        const auto staged = lookAt(record.staged);
+        const auto staged = statusAt(record.staged);
         const auto around = _files.folder(place->folderPath());
         if (staged && !record.isOf(*staged)) {
             // Taken by a helper that was killed before it looked.
@@ -358,7 +358,7 @@ void FileOperations::settle(MoveJournal& journal) const {
             }
         } else if (staged.error() == ENOENT && around) {
             // It had not left yet, or has arrived. Where its folder cannot be seen, nobody knows.
-            const auto original = takenAt(around->get(), place->name);
+            const auto original = itemStatusAt(around->get(), place->name);
             if ((original && record.isOf(*original)) || before == MovePhase::deleting)
                 record.phase = MovePhase::closed;
             else if (original || original.error() == ENOENT)
@@ -371,12 +371,12 @@ void FileOperations::settle(MoveJournal& journal) const {
         (void)journal.append(steps);
 }
 
-std::expected<TakenItem, int> FileOperations::lookAt(const QString& path) const {
+std::expected<ItemStatus, int> FileOperations::statusAt(const QString& path) const {
     const auto place = namedPlace(path);
     const auto around = place ? _files.folder(place->folderPath()) : std::unexpected(EINVAL);
     if (!around)
         return std::unexpected(around.error());
-    return takenAt(around->get(), place->name);
+    return itemStatusAt(around->get(), place->name);
 }
 
 } // namespace tessellar

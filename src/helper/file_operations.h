@@ -57,7 +57,7 @@ private:
     std::expected<void, QString> toTrash(const Staging& staging, MoveRecord& record) const;
     std::expected<void, QString> toPlace(const Staging& staging, MoveRecord& record,
                                          bool onlyIfOurs) const;
-    std::expected<TakenItem, int> lookAt(const QString& path) const;
+    std::expected<ItemStatus, int> statusAt(const QString& path) const;
 
     const ConfinedFiles _files;
     const QByteArray _journalFolder;

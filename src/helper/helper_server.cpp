@@ -21,7 +21,7 @@ void HelperServer::serve(int listening, std::stop_token stop) {
     while (!stop.stop_requested() && idle < _options.idle) {
         attendants.remove_if([](const Attendant& attendant) { return attendant.isDone.load(); });
         // Those who wait meanwhile wait in the system's queue.
-        if (attendants.size() >= _options.mostConnections) {
+        if (attendants.size() >= _options.maximumConnections) {
             std::this_thread::sleep_for(look);
             continue;
         }
@@ -39,18 +39,18 @@ void HelperServer::serve(int listening, std::stop_token stop) {
             return other.user == peer->user && !other.isDone.load();
         };
         if (!peer ||
-            std::ranges::count_if(attendants, ofSameUser) >= std::ptrdiff_t(_options.mostOfOneUser))
+            std::ranges::count_if(attendants, ofSameUser) >= std::ptrdiff_t(_options.maximumPerUser))
             continue;
         Attendant& attendant = attendants.emplace_back();
         attendant.user = peer->user;
         attendant.thread = std::jthread([this, &attendant, peer = *peer, socket = *std::move(socket)] {
-            attend(socket, peer);
+            handleConnection(socket, peer);
             attendant.isDone.store(true);
         });
     }
 }
 
-void HelperServer::attend(const Descriptor& socket, const PeerCredentials& peer) {
+void HelperServer::handleConnection(const Descriptor& socket, const PeerCredentials& peer) {
     if (_options.accepts && !_options.accepts(socket.get()))
         return;
     const QByteArray nonce = _nonces();
@@ -64,13 +64,13 @@ void HelperServer::attend(const Descriptor& socket, const PeerCredentials& peer)
     const std::jthread watching([&](std::stop_token over) {
         constexpr milliseconds look{50};
         while (message && !over.stop_requested())
-            if (hasLeft(socket.get(), look)) {
+            if (hasDisconnected(socket.get(), look)) {
                 enough.request_stop();
                 return;
             }
     });
     const QByteArray reply =
-        _desk.answer(message.value_or(QByteArray()), peer, nonce, enough.get_token());
+        _handler.answer(message.value_or(QByteArray()), peer, nonce, enough.get_token());
     (void)writeFrame(socket.get(), reply, _options.sendTime);
 }
 

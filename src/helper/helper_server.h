@@ -1,6 +1,6 @@
 #pragma once
 
-#include "helper/request_desk.h"
+#include "helper/request_handler.h"
 
 #include <chrono>
 #include <functional>
@@ -16,21 +16,21 @@ public:
     struct Options {
         std::chrono::milliseconds idle{60'000};
         std::chrono::milliseconds sendTime{helper_limits::sendMilliseconds};
-        unsigned mostConnections = 64;
-        unsigned mostOfOneUser = 4;                ///< further connections are closed unread
+        unsigned maximumConnections = 64;
+        unsigned maximumPerUser = 4;               ///< further connections are closed unread
         std::function<bool(int socket)> accepts{}; ///< empty: accepts every peer
     };
 
-    HelperServer(RequestDesk& desk, std::function<QByteArray()> nonces, Options options)
-        : _desk(desk), _nonces(std::move(nonces)), _options(options) {}
+    HelperServer(RequestHandler& handler, std::function<QByteArray()> nonces, Options options)
+        : _handler(handler), _nonces(std::move(nonces)), _options(options) {}
 
     /// Returns on a stop request, or once idle for `idle` with all work done.
     void serve(int listening, std::stop_token stop);
 
 private:
-    void attend(const Descriptor& socket, const PeerCredentials& peer);
+    void handleConnection(const Descriptor& socket, const PeerCredentials& peer);
 
-    RequestDesk& _desk;
+    RequestHandler& _handler;
     std::function<QByteArray()> _nonces;
     Options _options;
 };

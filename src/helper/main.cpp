@@ -102,7 +102,7 @@ int main(int count, char** words) {
 
     auto listening = activatedSocket();
     if (!listening) {
-        auto own = listenLocally(options->socket, SocketReach::everyone);
+        auto own = listenLocally(options->socket, SocketAccess::everyone);
         if (!own)
             return fail(options->socket.constData(), own.error());
         listening = *std::move(own);
@@ -115,17 +115,18 @@ int main(int count, char** words) {
         carriesAdministratorGrants() ? static_cast<AuthorizationCheck&>(grants) : polkit;
     FileOperations operations(options->root, journal);
     operations.settle();
-    RequestDesk desk(operations, authorization, [&](std::uint32_t user) -> std::optional<HelperClient> {
-        const auto home = options->home ? options->home : homeOf(user);
-        if (!home)
-            return std::nullopt;
-        return HelperClient{
-            user,
-            {*home + QStringLiteral("/.Trash"), *home + QStringLiteral("/.local/share/Trash/files")}};
-    });
+    RequestHandler handler(
+        operations, authorization, [&](std::uint32_t user) -> std::optional<HelperClient> {
+            const auto home = options->home ? options->home : homeOf(user);
+            if (!home)
+                return std::nullopt;
+            return HelperClient{user,
+                                {*home + QStringLiteral("/.Trash"),
+                                 *home + QStringLiteral("/.local/share/Trash/files")}};
+        });
     HelperServer::Options serving;
     if (!isRooted)
         serving.accepts = [](int socket) { return isPeerCodeAccepted(socket, applicationIdentifier); };
-    HelperServer(desk, freshNonce, serving).serve(listening->get(), {});
+    HelperServer(handler, freshNonce, serving).serve(listening->get(), {});
     return 0;
 }

@@ -29,11 +29,11 @@ struct MoveRecord {
     std::uint64_t owner = 0;
     std::uint64_t mode = 0;
 
-    TakenItem taken() const {
+    ItemStatus taken() const {
         return {identity, static_cast<std::uint32_t>(owner), static_cast<std::uint32_t>(mode)};
     }
     /// Whether `item` is the recorded one; its volume's device number may have changed.
-    bool isOf(const TakenItem& item) const {
+    bool isOf(const ItemStatus& item) const {
         return isSameOnItsVolume(item.identity, identity) && item.owner == owner && item.mode == mode;
     }
     bool operator==(const MoveRecord&) const = default;
@@ -78,11 +78,12 @@ struct RawValues<MovePhase> : EnumeratorNames<MovePhase::closed> {};
 template <>
 struct Fields<MoveRecord> {
     using T = MoveRecord;
-    static constexpr auto list = fields(
-        required<Whole>("id", &T::id), required("phase", &T::phase), required<Whole>("user", &T::user),
-        required("original", &T::original), optional("trashed", &T::trashed),
-        required("staged", &T::staged), required("identity", &T::identity),
-        required<Whole>("owner", &T::owner), required<Whole>("mode", &T::mode));
+    static constexpr auto list =
+        fields(required<DecimalU64>("id", &T::id), required("phase", &T::phase),
+               required<DecimalU64>("user", &T::user), required("original", &T::original),
+               optional("trashed", &T::trashed), required("staged", &T::staged),
+               required("identity", &T::identity), required<DecimalU64>("owner", &T::owner),
+               required<DecimalU64>("mode", &T::mode));
 };
 } // namespace json
 } // namespace tessellar

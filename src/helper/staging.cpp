@@ -42,7 +42,7 @@ std::expected<void, Staging::Refusal> Staging::take(const HeldItem& item,
                                                     const QByteArray& name) const {
     if (const int error = renameExclusively(item.folder.get(), item.name, _folder.get(), name))
         return std::unexpected(Refusal{.sentence = fileSentence(error)});
-    if (look(name) == item.taken)
+    if (statusOf(name) == item.taken)
         return {};
     return std::unexpected(Refusal{.isKept = true,
                                    .sentence = QLatin1StringView(Texts::noop(
@@ -54,7 +54,7 @@ int Staging::give(const QByteArray& name, int toFolder, const QByteArray& toName
     return renameExclusively(_folder.get(), name, toFolder, toName);
 }
 
-std::expected<void, QString> Staging::destroy(const QByteArray& name, const TakenItem& taken,
+std::expected<void, QString> Staging::destroy(const QByteArray& name, const ItemStatus& taken,
                                               std::stop_token stop) const {
     const bool isFolder = taken.identity.type == FileType::directory;
     if (isFolder) {

@@ -23,13 +23,13 @@ public:
     };
     std::expected<void, Refusal> take(const HeldItem& item, const QByteArray& name) const;
     /// The item with this name; the error is an errno.
-    std::expected<TakenItem, int> look(const QByteArray& name) const {
-        return takenAt(_folder.get(), name);
+    std::expected<ItemStatus, int> statusOf(const QByteArray& name) const {
+        return itemStatusAt(_folder.get(), name);
     }
     /// Renames into a folder; `toName` must be unused. Returns 0 or an errno.
     int give(const QByteArray& name, int toFolder, const QByteArray& toName) const;
     /// Deletes an item recursively. If interrupted, what remains still has the item's identity.
-    std::expected<void, QString> destroy(const QByteArray& name, const TakenItem& taken,
+    std::expected<void, QString> destroy(const QByteArray& name, const ItemStatus& taken,
                                          std::stop_token stop) const;
     /// Removes the folder if it is empty.
     void tidy() const;

@@ -18,83 +18,85 @@ IconLoader::IconLoader(const FileSystem& files, WorkerPool& workers,
                        std::shared_ptr<const IconDecoder> decoder, qsizetype maximumBytes)
     : _files(files), _workers(workers), _decoder(std::move(decoder)), _cache(maximumBytes) {}
 
-bool IconLoader::isFresh(const IconWish& wish) const {
-    const Cached* cached = _cache.object(wish.appKey);
-    return cached && !cached->isStale && cached->side == _side && cached->bundlePath == wish.bundlePath;
+bool IconLoader::isFresh(const IconRequest& request) const {
+    const Cached* cached = _cache.object(request.appKey);
+    return cached && !cached->isStale && cached->side == _side &&
+           cached->bundlePath == request.bundlePath;
 }
 
-void IconLoader::want(Wishes wishes, int side) {
-    _wishes = std::move(wishes);
+void IconLoader::request(Requests requests, int side) {
+    _requests = std::move(requests);
     _side = side;
 
     QSet<QString> near;
-    for (const auto* list : {&_wishes.visible, &_wishes.neighbours})
-        for (const IconWish& wish : *list)
-            near.insert(wish.appKey);
+    for (const auto* list : {&_requests.visible, &_requests.neighbours})
+        for (const IconRequest& request : *list)
+            near.insert(request.appKey);
     std::erase_if(_running, [&](const auto& entry) {
         return entry.second.side != _side || !(entry.second.isOfRest || near.contains(entry.first));
     });
 
     // What is looked up last is pushed out last: the visible page goes to the front of the cache after
     // its neighbours.
-    for (const auto* list : {&_wishes.neighbours, &_wishes.visible})
-        for (const IconWish& wish : *list)
-            (void)_cache.object(wish.appKey);
-    for (const auto* list : {&_wishes.visible, &_wishes.neighbours})
-        for (const IconWish& wish : *list)
-            if (!isFresh(wish))
-                start(wish);
+    for (const auto* list : {&_requests.neighbours, &_requests.visible})
+        for (const IconRequest& request : *list)
+            (void)_cache.object(request.appKey);
+    for (const auto* list : {&_requests.visible, &_requests.neighbours})
+        for (const IconRequest& request : *list)
+            if (!isFresh(request))
+                start(request);
     startRest();
 }
 
 bool IconLoader::hasVisible() const {
-    return std::ranges::none_of(
-        _wishes.visible, [this](const IconWish& wish) { return _running.contains(wish.appKey); });
+    return std::ranges::none_of(_requests.visible, [this](const IconRequest& request) {
+        return _running.contains(request.appKey);
+    });
 }
 
 void IconLoader::cancel() {
-    _wishes = {};
+    _requests = {};
     _running.clear();
 }
 
-void IconLoader::start(const IconWish& wish, bool isOfRest) {
-    const auto found = _running.find(wish.appKey);
-    if (found != _running.end() && found->second.wish == wish)
+void IconLoader::start(const IconRequest& request, bool isOfRest) {
+    const auto found = _running.find(request.appKey);
+    if (found != _running.end() && found->second.request == request)
         return;
-    std::optional<QString> custom = _customIcons ? _customIcons(wish.appKey) : std::nullopt;
-    Running running{.task = {}, .wish = wish, .side = _side, .isOfRest = isOfRest};
+    std::optional<QString> custom = _customIcons ? _customIcons(request.appKey) : std::nullopt;
+    Running running{.task = {}, .request = request, .side = _side, .isOfRest = isOfRest};
     running.task = _workers.run(
         Lane::decoding,
-        [&files = _files, decoder = _decoder, path = wish.bundlePath, custom = std::move(custom),
+        [&files = _files, decoder = _decoder, path = request.bundlePath, custom = std::move(custom),
          side = _side](std::stop_token) { return loadAppIcon(files, *decoder, path, custom, side); },
-        [this, wish, side = _side](QImage image) { finish(wish, side, std::move(image)); });
-    _running.insert_or_assign(wish.appKey, std::move(running));
+        [this, request, side = _side](QImage image) { finish(request, side, std::move(image)); });
+    _running.insert_or_assign(request.appKey, std::move(running));
 }
 
 void IconLoader::startRest() {
     // Few at a time: what the user turns to next is not to wait behind a long queue.
     const std::size_t few = std::size_t(2) * _workers.threadCount(Lane::decoding);
     const qsizetype bytes = qsizetype(4) * _side * _side;
-    while (_wishes.rest && _running.size() < few) {
+    while (_requests.rest && _running.size() < few) {
         const qsizetype promised = static_cast<qsizetype>(_running.size() + 1) * bytes;
         const bool hasRoom = _cache.totalCost() + promised <= _cache.maxCost();
-        const auto next = hasRoom ? _wishes.rest() : std::nullopt;
+        const auto next = hasRoom ? _requests.rest() : std::nullopt;
         if (!next)
-            _wishes.rest = nullptr;
+            _requests.rest = nullptr;
         else if (!isFresh(*next))
             start(*next, true);
     }
 }
 
-void IconLoader::finish(const IconWish& wish, int side, QImage image) {
-    _running.erase(wish.appKey);
+void IconLoader::finish(const IconRequest& request, int side, QImage image) {
+    _running.erase(request.appKey);
     const qsizetype cost = costOf(image);
-    _cache.insert(wish.appKey,
-                  new Cached{.image = std::move(image), .bundlePath = wish.bundlePath, .side = side},
+    _cache.insert(request.appKey,
+                  new Cached{.image = std::move(image), .bundlePath = request.bundlePath, .side = side},
                   cost);
     startRest();
     if (_ready)
-        _ready(wish.appKey);
+        _ready(request.appKey);
 }
 
 QImage IconLoader::icon(const QString& appKey) {
@@ -112,10 +114,10 @@ void IconLoader::reload(const QString& appKey) {
     if (Cached* cached = _cache.object(appKey))
         cached->isStale = true;
     _running.erase(appKey);
-    for (const auto* list : {&_wishes.visible, &_wishes.neighbours})
-        for (const IconWish& wish : *list)
-            if (wish.appKey == appKey)
-                return start(wish);
+    for (const auto* list : {&_requests.visible, &_requests.neighbours})
+        for (const IconRequest& request : *list)
+            if (request.appKey == appKey)
+                return start(request);
 }
 
 } // namespace tessellar

@@ -18,11 +18,11 @@
 namespace tessellar {
 
 /// An icon to load.
-struct IconWish {
+struct IconRequest {
     QString appKey;
     QString bundlePath;
 
-    bool operator==(const IconWish&) const = default;
+    bool operator==(const IconRequest&) const = default;
 };
 
 /// Decodes application icons on workers at their display size, into a cache limited in bytes. Main
@@ -35,12 +35,12 @@ class IconLoader {
 public:
     static constexpr qsizetype defaultMaximumBytes = qsizetype(40) << 20;
 
-    struct Wishes {
-        QList<IconWish> visible;
-        QList<IconWish> neighbours;
+    struct Requests {
+        QList<IconRequest> visible;
+        QList<IconRequest> neighbours;
         /// Returns the next of the rest, nullopt at the end: saves listing thousands on each
         /// navigation.
-        std::function<std::optional<IconWish>()> rest;
+        std::function<std::optional<IconRequest>()> rest;
     };
     /// The path of an app key's custom icon, if any; called on the main thread.
     using CustomIcons = std::function<std::optional<QString>(const QString& appKey)>;
@@ -55,7 +55,7 @@ public:
 
     /// Replaces the set of wanted icons; `side` in pixels. Cached icons of that size are kept; those of
     /// another are shown until replaced.
-    void want(Wishes wishes, int side);
+    void request(Requests requests, int side);
     /// Cancels all loading; keeps the cache.
     void cancel();
 
@@ -69,7 +69,7 @@ public:
 
     /// True once every icon of the visible page is loaded.
     bool hasVisible() const;
-    bool isIdle() const { return _running.empty() && !_wishes.rest; }
+    bool isIdle() const { return _running.empty() && !_requests.rest; }
     qsizetype cachedBytes() const { return _cache.totalCost(); }
     qsizetype maximumBytes() const { return _cache.maxCost(); }
 
@@ -82,15 +82,15 @@ private:
     };
     struct Running {
         Task task;
-        IconWish wish;
+        IconRequest request;
         int side = 0;
         bool isOfRest = false;
     };
 
-    bool isFresh(const IconWish& wish) const;
-    void start(const IconWish& wish, bool isOfRest = false);
+    bool isFresh(const IconRequest& request) const;
+    void start(const IconRequest& request, bool isOfRest = false);
     void startRest();
-    void finish(const IconWish& wish, int side, QImage image);
+    void finish(const IconRequest& request, int side, QImage image);
 
     const FileSystem& _files;
     WorkerPool& _workers;
@@ -99,7 +99,7 @@ private:
     std::function<void(const QString&)> _ready;
 
     int _side = 128;
-    Wishes _wishes;
+    Requests _requests;
     std::unordered_map<QString, Running> _running;
     QCache<QString, Cached> _cache;
     QImage _generic;

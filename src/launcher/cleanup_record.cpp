@@ -28,7 +28,7 @@ struct Fields<RecordDocument> {
 Decoded<QString> DiskPath::decode(const QJsonValue& value) {
     if (value.isString())
         return value.toString();
-    const auto bytes = Data::decode(value.toObject().value(bytesKey));
+    const auto bytes = Base64::decode(value.toObject().value(bytesKey));
     if (!bytes)
         return std::unexpected(bytes.error());
     return FileSystem::fromHostBytes(*bytes);
@@ -37,7 +37,8 @@ Decoded<QString> DiskPath::decode(const QJsonValue& value) {
 QJsonValue DiskPath::encode(const QString& path) {
     if (path.isValidUtf16())
         return path;
-    return QJsonObject{{bytesKey, Data::encode(FileSystem::toHostBytes(path).value_or(QByteArray()))}};
+    return QJsonObject{
+        {bytesKey, Base64::encode(FileSystem::toHostBytes(path).value_or(QByteArray()))}};
 }
 } // namespace json
 

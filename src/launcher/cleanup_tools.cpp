@@ -14,7 +14,7 @@ CleanupTools::CleanupTools(Machine& machine_, HelperSetupBroker::Present present
     , _finder(machine_.files, interpreter)
     , _agents(machine_)
     , _desktop(machine_)
-    , _onlooker(running)
+    , _observer(running)
     // Inside the root: the helper of this very computer knows nothing of a Mac that lies in a folder,
     // and must not take its paths for its own.
     , _transport(machine_.files.hostPath(QString::fromLatin1(removalHelperSocket())))
@@ -47,7 +47,7 @@ AppRelatedFilesScanner::TeamOf CleanupTools::teams() const {
             if (FileSystem::isWithin(application.path, QStringLiteral("/System")))
                 return QString();
             const auto answer = tools->signature(application.path, stop);
-            if (!answer || !answer->isLasting)
+            if (!answer || !answer->isCacheable)
                 return std::nullopt;
             return answer->findings ? answer->findings->teamID.value_or(QString()) : QString();
         };
@@ -62,11 +62,11 @@ AppCleanupRemover CleanupTools::remover(bool mayAsk) {
         {.files = machine.files,
          .home = machine.places.home,
          .trash = trash(),
-         .running = mayAsk ? static_cast<RunningApplications&>(running) : _onlooker,
+         .running = mayAsk ? static_cast<RunningApplications&>(running) : _observer,
          .administrator = _coordinator,
          .agents = &_agents,
          .trashFolders = std::move(trashFolders),
-         .wait = mayAsk ? Wait(waitForReal)
+         .wait = mayAsk ? Wait(interruptibleSleep)
                         : Wait([](std::chrono::milliseconds, std::stop_token) { return false; })});
 }
 

@@ -29,10 +29,12 @@ struct CleanupTools {
 
 private:
     /// Never quits running applications.
-    class Onlooker final : public RunningApplications {
+    class RunningObserver final : public RunningApplications {
     public:
-        explicit Onlooker(RunningApplications& running) : _running(running) {}
-        Seen look(const CleanupApplication& application) override { return _running.look(application); }
+        explicit RunningObserver(RunningApplications& running) : _running(running) {}
+        State state(const CleanupApplication& application) override {
+            return _running.state(application);
+        }
         void askToQuit(const CleanupApplication&, std::stop_token) override {}
 
     private:
@@ -42,7 +44,7 @@ private:
     FinderTrash _finder;
     SystemLaunchAgents _agents;
     DesktopTrash _desktop;
-    Onlooker _onlooker;
+    RunningObserver _observer;
     LocalSocketTransport _transport;
     SystemAuthorization _authorization;
     std::optional<HelperSetupBroker> _broker;

@@ -48,7 +48,7 @@ struct InstalledApplications::Scanned {
     quint64 replacements = 0;
 };
 
-void InstalledApplications::look(std::function<void()> done) {
+void InstalledApplications::rescan(std::function<void()> done) {
     if (done)
         _waiting.push_back(std::move(done));
     if (_isScanning || isHeld())
@@ -71,8 +71,8 @@ InstalledApplications::Hold InstalledApplications::replacing() {
     if (auto held = _replacing.lock())
         return held;
     const Hold held(static_cast<void*>(this), [this](void*) {
-        if (_isKnown)
-            look();
+        if (_hasScanned)
+            rescan();
     });
     _replacing = held;
     return held;
@@ -84,7 +84,7 @@ void InstalledApplications::start() {
     ScanContext context = scanContext(_machine);
     if (haveSettingsVanished())
         context.settings.isCertain = false;
-    _lookedIn = context.settings;
+    _scannedWith = context.settings;
     _task = _machine.workers.run(
         [scanner = AppScanner(std::move(context)), before = _cache, startedAt = _machine.clock.now(),
          holds = _holds, replacements = _replacements, isReplacing = !_replacing.expired(),
@@ -95,7 +95,7 @@ void InstalledApplications::start() {
                            .startedAt = startedAt,
                            .holds = holds,
                            .replacements = replacements};
-            const bool sawReplacing = isReplacing || AppUpdateRunner::isLeftRunning(machine);
+            const bool sawReplacing = isReplacing || AppUpdateRunner::isInterruptedRunActive(machine);
             if (auto scan = scanner.scan(result.cache, stop)) {
                 result.found = std::make_shared<InstalledScan>();
                 result.found->scan = *std::move(scan);
@@ -132,7 +132,7 @@ void InstalledApplications::adopt(Scanned result) {
         _latest = result.found;
         _scanStartedAt = result.startedAt;
         _replacedBundles = std::move(result.replacedBundles);
-        _isKnown = true;
+        _hasScanned = true;
         scanned.notify();
         // After the merge: what is no longer known is no longer in doubt.
         KnownVolumes known = _cache.knownVolumes();
@@ -157,12 +157,13 @@ bool InstalledApplications::haveSettingsVanished() const {
 
 void InstalledApplications::settingsChanged() {
     KnownVolumes known = _knownVolumes.value();
-    const bool wasCertain = !_lookedIn || _lookedIn->isCertain;
+    const bool wasCertain = !_scannedWith || _scannedWith->isCertain;
     known.hasSearchSettings =
         AppDiscoverySettings::areIn(_machine.settings) || (known.hasSearchSettings && !wasCertain);
     _knownVolumes.set(std::move(known));
-    if (_lookedIn && *_lookedIn != AppDiscoverySettings::read(_machine.settings, _machine.places.home))
-        look();
+    if (_scannedWith &&
+        *_scannedWith != AppDiscoverySettings::read(_machine.settings, _machine.places.home))
+        rescan();
 }
 
 // ---- look-ups

@@ -2,7 +2,7 @@
 
 #include "discovery/app_scanner.h"
 #include "launcher/launcher_error.h"
-#include "model/kept_document.h"
+#include "model/stored_document.h"
 #include "platform/machine.h"
 #include "platform/signal.h"
 
@@ -51,7 +51,7 @@ public:
     static ScanContext scanContext(const Machine& machine);
 
     /// Scans the application folders. `done` is called after `scanned`, or after the scan was stopped.
-    void look(std::function<void()> done = {});
+    void rescan(std::function<void()> done = {});
     [[nodiscard]] Hold hold();
     bool isHeld() const { return !_held.expired(); }
     /// Hold this while an updater that the launcher started replaces bundles: scans continue, but
@@ -59,7 +59,7 @@ public:
     /// runs. Destroying it requests a scan.
     [[nodiscard]] Hold replacing();
     /// True once a scan has completed.
-    bool isKnown() const { return _isKnown; }
+    bool hasScanned() const { return _hasScanned; }
 
     const std::shared_ptr<const InstalledScan>& latest() const { return _latest; }
     const Scan& scan() const { return _latest->scan; }
@@ -99,12 +99,12 @@ private:
     Machine& _machine;
     Preparation _prepare;
     std::shared_ptr<const InstalledScan> _latest = std::make_shared<const InstalledScan>();
-    KeptDocument<KnownVolumes> _knownVolumes;
+    StoredDocument<KnownVolumes> _knownVolumes;
     ScanCache _cache;
-    std::optional<AppDiscoverySettings> _lookedIn; ///< of the latest scan started
+    std::optional<AppDiscoverySettings> _scannedWith; ///< of the latest scan started
     Instant _scanStartedAt;
     QStringList _replacedBundles;
-    bool _isKnown = false;
+    bool _hasScanned = false;
     bool _isScanning = false;
     bool _isScanWanted = false; ///< another one, after the running one or the hold
     quint64 _holds = 0;         ///< number so far: a scan during which one began or ended is discarded

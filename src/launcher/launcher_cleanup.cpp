@@ -199,7 +199,7 @@ void LauncherCleanup::findRunning(std::function<void(bool)> done) {
     _looking = _machine.workers.run(
         Lane::actions,
         [tools = _tools, application = _review.application](std::stop_token) {
-            return tools->running.look(application) == RunningApplications::Seen::open;
+            return tools->running.state(application) == RunningApplications::State::open;
         },
         std::move(done));
 }
@@ -284,7 +284,7 @@ void LauncherCleanup::startRemoval(const Done& done) {
         AppInstallKind kind = AppInstallKind::manual;
     };
     move<Taken>(
-        [record, items = _review.selectedItems(), progress = progressTeller(),
+        [record, items = _review.selectedItems(), progress = progressReporter(),
          &files = _machine.files](const RemovalSteps& steps, std::stop_token stop) {
             const AppInstallKind kind = installKind(files, record.path);
             return Taken{steps.take(record, items, true, stop, progress), kind};
@@ -292,7 +292,7 @@ void LauncherCleanup::startRemoval(const Done& done) {
         [this, done](const Taken& taken) { finishRemoval(taken.step, taken.kind, done); });
 }
 
-AppCleanupRemover::Progress LauncherCleanup::progressTeller() {
+AppCleanupRemover::Progress LauncherCleanup::progressReporter() {
     return [this, alive = _lifetime.watch(),
             mailbox = &_machine.workers.mailbox()](const CleanupRemovalProgress& progress) {
         mailbox->post([this, alive, progress] {
@@ -369,7 +369,7 @@ void LauncherCleanup::beginMoving() {
 void LauncherCleanup::endMoving(std::function<void()> scanned) {
     _isMoving = false;
     _hold.reset();
-    _applications.look(std::move(scanned));
+    _applications.rescan(std::move(scanned));
 }
 
 } // namespace tessellar

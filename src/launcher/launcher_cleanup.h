@@ -24,18 +24,18 @@ class RemovalSteps;
 struct CleanupTools;
 struct RemovalStep;
 
-/// The removal of an application with what it left on the machine, one application at a time:
+/// Removes an application and its related files, one application at a time:
 ///
-/// 1. Review: a worker looks through the Libraries and tells how far it is; then the sizes of what it
-///    found are measured, one after the other. Closing ends both at once.
-/// 2. Choosing: what is surely the application's own is chosen beforehand, the rest is offered.
-/// 3. Removal: an application that is open is named, and goes on only after a yes; it is asked to quit.
-///    A worker writes down what is about to go, moves it to the Trash, and writes down where it lies
-///    before it reports.
-/// 4. Result: a line for each item. When the bundle has gone, its tiles leave both modes as one step of
-///    history, whose undo brings all back that this removal took; then the machine is scanned again.
+/// 1. Scan: a worker searches the Libraries for related files and reports its progress; then their
+///    sizes are measured one by one. Closing cancels both at once.
+/// 2. Review: files that certainly belong to the application are preselected, the others are offered.
+/// 3. Removal: if the application is running, the user is asked first, and then it is asked to quit. A
+///    worker records what it is about to move, moves it to the Trash, and records where each item ended
+///    up before it reports.
+/// 4. Result: one log line per item. If the bundle was moved, its tiles are removed from both modes in
+///    one undo step, which restores everything that this removal moved; then the machine is rescanned.
 ///
-/// While 3 runs, no scan is merged: the tiles are to leave by the step of history.
+/// Scans are not merged during step 3, so that the tiles disappear in that undo step.
 ///
 /// Main thread only.
 class LauncherCleanup {
@@ -45,79 +45,78 @@ public:
 
     enum class Phase {
         idle,
-        scanning, ///< `review().progress` says how far
+        scanning, ///< see `review().progress`
         review,
-        removing, ///< `progress()` says how far
-        done,     ///< `log()` says what became of each item
+        removing, ///< see `progress()`
+        done,     ///< see `log()`
     };
 
     LauncherCleanup(Machine& machine, LiveLayouts& layouts, InstalledApplications& applications,
                     PlaceMemory& places, LauncherHistory& history, LauncherMessages& messages);
     ~LauncherCleanup();
 
-    // What is shown.
+    // State.
     Phase phase() const { return _phase; }
-    /// The application that is reviewed, as it was scanned; good unless idle.
+    /// The application under review, as scanned; valid unless idle.
     const AppEntry& app() const { return _app; }
     const CleanupReviewState& review() const { return _review; }
-    /// True while sizes are still missing.
+    /// True while sizes are being measured.
     bool isMeasuring() const { return _isMeasuring; }
     const CleanupRemovalProgress& progress() const { return _progress; }
     const QList<CleanupLogLine>& log() const { return _log; }
-    /// Why the last request came to nothing, such as an application that stays open; nothing after one
-    /// that was carried out.
+    /// Why the last request failed, for example because the application did not quit; nullopt after a
+    /// success.
     const std::optional<LauncherError>& error() const { return _error; }
-    /// What the user has to do elsewhere meanwhile.
+    /// What the user has to do outside the launcher for the removal to continue.
     const std::optional<HelperNotice>& helperNotice() const { return _helperNotice; }
-    /// True while items are moved, into the Trash or out of it.
+    /// True while items are being moved into or out of the Trash.
     bool isMoving() const { return _isMoving; }
-    /// True from `stop` until what is being moved has arrived.
+    /// True from `stop` until the move in progress has completed.
     bool isStopping() const { return _isMoving && _stopMoving.stop_requested(); }
-    /// Done, and the user may have it all back with one step: the removal moved something.
+    /// True if done and the removal moved something that can be restored.
     bool canRestore() const;
-    /// Of this process, as long as it was not brought back.
+    /// The last removal of this process, until it is restored.
     std::optional<QUuid> lastRemoval() const {
         return _lastRemoval.isNull() ? std::nullopt : std::optional(_lastRemoval);
     }
 
-    // Review and choosing.
-    /// Begins to look for an application's files, in place of any other review. Refused while items
-    /// are moved, for an application that nobody knows, one that the system protects, one that is a
-    /// part of another, and this one. `done` is called when there is something to choose from, or with
-    /// the refusal.
+    // Review.
+    /// Starts scanning for an application's files, replacing any other review. Refused while items are
+    /// being moved, and for applications that are unknown, protected by the system, nested in another,
+    /// or Tessellar itself. `done` is called when the review is ready, or with the refusal.
     void open(const QString& appKey, Done done = {});
     void setSelected(const QString& path, bool selected);
     void selectAllMatches();
     void selectNothing();
-    /// Back to idle; while items are moved it does nothing, see `stop`.
+    /// Returns to idle. Does nothing while items are being moved; see `stop`.
     void close();
 
     // Removal.
-    /// Moves what is chosen to the Trash. `done` is called at the end, with a refusal when nothing was
-    /// moved because of one; what became of each item is in the log. Who is asked and says no goes on
-    /// choosing.
+    /// Moves the selected items to the Trash. `done` is called at the end, with an error if the removal
+    /// was refused as a whole; the results of single items are in the log. If the user declines, the
+    /// review goes on.
     void remove(const LauncherAsker& asker, Done done = {});
-    /// What has not been moved by then stays.
+    /// Cancels the removal. Items already moved stay in the Trash.
     void stop();
 
-    // Bringing back.
-    /// The past removals, also those of another process, the last first.
+    // Restoring.
+    /// All recorded removals, including other processes', newest first.
     using Past = std::expected<QList<CleanupRecord>, LauncherError>;
     void listPast(std::function<void(Past)> done);
-    /// When it was, as the user writes dates.
+    /// The date of a removal in the user's format.
     QString dateText(const CleanupRecord& removal) const;
-    /// Brings back the removal of an identifier, or the last one of which something lies in the Trash.
-    /// Where it is the last step of history, that step is undone; else the tiles come back as a step of
-    /// their own. `done` gets a line for each item.
+    /// Restores the given removal, or the last one with items in the Trash. If it is the newest undo
+    /// step, that step is undone; otherwise the tiles are restored in a step of their own. `done` gets
+    /// one line per item.
     using Restored = std::expected<QList<CleanupLogLine>, LauncherError>;
     void restore(std::function<void(Restored)> done = {});
     void restore(const std::optional<QUuid>& removal, std::function<void(Restored)> done);
 
-    /// Shows an item where it lies; `done` gets the refusal of the system.
+    /// Reveals an item in the file manager; `done` gets the system's error.
     void reveal(const QString& path, Done done = {});
-    /// Whether the application that is reviewed is open now: a removal would ask about it.
+    /// Finds out whether the application under review is running, so that a removal would ask first.
     void findRunning(std::function<void(bool isRunning)> done);
-    /// Whether the removal helper answers, or the sentence why not.
+    /// Checks whether the removal helper responds; otherwise `done` gets the reason.
     void checkHelper(std::function<void(std::expected<void, QString>)> done);
 
     Signal<> changed;
@@ -130,20 +129,20 @@ private:
     void measure();
     void reset();
     void startRemoval(const Done& done);
-    AppCleanupRemover::Progress progressTeller();
+    AppCleanupRemover::Progress progressReporter();
     void finishRemoval(const RemovalStep& step, AppInstallKind kind, const Done& done);
     void keepInHistory(const CleanupRecord& record, AppInstallKind kind);
     void restore(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void bringBack(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void putTilesBack(const CleanupRecord& record);
-    /// They are not on the disk as the removal, or its taking back, has them.
+    /// Reports that the tiles could not be saved after a removal or a restore.
     void reportTiles(const CleanupRecord& record, const LauncherError& error);
     void recall(LayoutDocument& document, const RemovedTile& tile) const;
     void insert(LayoutDocument& document, const RemovedTile& tile) const;
     void moveForHistory(bool intoTrash, const QList<TrashedAppRecord>& records,
                         const LayoutUndoActions::TrashDone& done);
-    void tellOfFailures(const QStringList& lines, const QString& title);
-    /// Has a worker move items; `stop` ends that early. Whoever is called then ends the moving.
+    void reportFailures(const QStringList& lines, const QString& title);
+    /// Moves items on a worker; `stop` cancels it. `done` must call `endMoving`.
     template <typename Result>
     void move(std::function<Result(const RemovalSteps&, std::stop_token)> work,
               std::function<void(Result)> done);
@@ -157,7 +156,7 @@ private:
     PlaceMemory& _places;
     LauncherHistory& _history;
     LauncherMessages& _messages;
-    std::shared_ptr<CleanupTools> _tools; ///< shared with workers that still use them at the end
+    std::shared_ptr<CleanupTools> _tools; ///< shared with workers, which may outlive this object
     Phase _phase = Phase::idle;
     AppEntry _app;
     CleanupReviewState _review;
@@ -167,10 +166,10 @@ private:
     std::optional<HelperNotice> _helperNotice;
     bool _isMeasuring = false;
     bool _isMoving = false;
-    std::shared_ptr<void> _hold; ///< on scans, while bundles are moved
+    std::shared_ptr<void> _hold; ///< pauses scans while bundles are moved
     bool _isAsking = false;
-    QUuid _lastRemoval; ///< as long as it was not brought back
-    quint64 _round = 0; ///< answers to an earlier review's question are too late
+    QUuid _lastRemoval; ///< until it is restored
+    quint64 _round = 0; ///< answers to an earlier review's question are ignored
     std::stop_source _stopMoving;
     Task _scan;
     Task _measuring;

@@ -28,7 +28,7 @@ QStringList failedLines(const QList<CleanupLogLine>& log) {
 
 } // namespace
 
-void LauncherCleanup::tellOfFailures(const QStringList& lines, const QString& title) {
+void LauncherCleanup::reportFailures(const QStringList& lines, const QString& title) {
     constexpr qsizetype mostLines = 5;
     if (!lines.isEmpty())
         _messages.alert({QStringLiteral("notAll"),
@@ -157,7 +157,7 @@ void LauncherCleanup::bringBack(const CleanupRecord& record,
                                                                        step.failure.value_or(QString()),
                                                                        Texts::tr(notAllBack)});
                           else
-                              tellOfFailures(failedLines(_log), Texts::tr(notAllBack));
+                              reportFailures(failedLines(_log), Texts::tr(notAllBack));
                           if (!restored)
                               _error = restored.error();
                           // The tiles are to be there before anyone hears of it.
@@ -254,7 +254,7 @@ void LauncherCleanup::moveForHistory(bool intoTrash, const QList<TrashedAppRecor
                 outcomes.last().record.trashedURL = bundle ? bundle->trashedPath : std::nullopt;
                 _lastRemoval = intoTrash ? step.record.id : QUuid();
             }
-            tellOfFailures(failures, intoTrash ? Texts::tr("Could not delete everything again")
+            reportFailures(failures, intoTrash ? Texts::tr("Could not delete everything again")
                                                : Texts::tr(notAllBack));
             endMoving();
             changed.notify();

@@ -13,27 +13,26 @@ class LiveLayouts;
 class SmartFolderLibrary;
 struct Machine;
 
-/// Cutting, copying and pasting the tiles of one display mode. Nothing is said when there is nothing to
-/// cut, copy or paste; a paste that cannot be saved alerts. Main thread only.
+/// Cuts, copies and pastes tiles. Does nothing if there is nothing to cut, copy or paste; shows an
+/// alert if a paste cannot be saved. Main thread only.
 class LauncherClipboard {
 public:
     using Mode = LauncherWindowMode;
 
-    /// Without a pasteboard of the desktop, tiles are cut and copied within this program alone.
+    /// Without a desktop pasteboard, the clipboard is private to this process.
     LauncherClipboard(Machine& machine, Pasteboard* pasteboard, LauncherHistory& history,
                       LiveLayouts& layouts, SmartFolderLibrary& smartFolders,
                       LauncherMessages& messages);
 
     bool copy(Mode mode, const QList<QUuid>& tiles);
-    /// The tiles stay where they are until they are pasted.
+    /// The tiles stay in place until they are pasted.
     bool cut(Mode mode, const QList<QUuid>& tiles);
-    /// Copies come as new tiles, cut tiles are moved: after the selected tile, else at the end of the
-    /// page shown. One step of history. False when there is nothing that can be pasted here.
+    /// Pastes copied tiles as new ones, and moves cut tiles: by default after the selected tile, or
+    /// else at the end of the current page. One undo step. False if nothing could be pasted.
     bool paste(Mode mode, const std::optional<LayoutPlace>& place = {});
-    /// The tiles of a mode that wait to be pasted elsewhere. A paste ends that, though what was cut can
-    /// be pasted again.
+    /// The tiles of a mode that were cut and not pasted yet. After pasting, they can be pasted again.
     QSet<QUuid> cutTiles(Mode mode) const;
-    /// True when there are tiles to paste.
+    /// True if there are tiles to paste.
     bool hasTiles() const { return _clipboard.read().has_value(); }
 
 private:
@@ -42,7 +41,7 @@ private:
     Machine& _machine;
     MemoryPasteboard _ownPasteboard;
     TileClipboard _clipboard;
-    std::optional<TileClipboardPayload> _pasted; ///< what was pasted last
+    std::optional<TileClipboardPayload> _pasted; ///< the last payload pasted
     LauncherHistory& _history;
     LiveLayouts& _layouts;
     SmartFolderLibrary& _smartFolders;

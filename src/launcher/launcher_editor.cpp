@@ -23,17 +23,17 @@ LauncherEditor::LauncherEditor(Machine& machine, LauncherHistory& history, LiveL
     : _machine(machine), _history(history), _layouts(layouts), _smartFolders(smartFolders) {}
 
 Outcome LauncherEditor::moveTiles(Mode mode, const QList<QUuid>& tiles, const LayoutPlace& place,
-                                  const std::optional<Navigation>& begunAt) {
+                                  const std::optional<Navigation>& initialNavigation) {
     return _history.edit(
         mode, editName(EditKind::move, tiles.size()),
         [&](const LayoutDocument& layout) {
             return tessellar::moveTiles(layout, tiles, place, _layouts[mode].capacities());
         },
-        begunAt);
+        initialNavigation);
 }
 
 Outcome LauncherEditor::groupTiles(Mode mode, const QList<QUuid>& tiles, const QUuid& target,
-                                   const std::optional<Navigation>& begunAt) {
+                                   const std::optional<Navigation>& initialNavigation) {
     // Into a folder that is there already they only move.
     const EditKind kind = _layouts[mode].folder(target) ? EditKind::move : EditKind::group;
     return _history.edit(
@@ -42,7 +42,7 @@ Outcome LauncherEditor::groupTiles(Mode mode, const QList<QUuid>& tiles, const Q
             return tessellar::groupTiles(layout, tiles, target, _machine.uuids.next(), _machine.locale,
                                          _layouts[mode].capacities());
         },
-        begunAt);
+        initialNavigation);
 }
 
 QString LauncherEditor::suggestedFolderName(const Page& tiles) const {

@@ -18,9 +18,9 @@ class LiveLayouts;
 class SmartFolderLibrary;
 struct Machine;
 
-/// What the user does to the tiles of one display mode: each edit is a pure change of the layout, made
-/// as one step of `LauncherHistory`. A refusal has changed nothing. Tiles are named by their
-/// identifiers. Main thread only.
+/// Edits the tiles of one display mode. Each edit is a pure change of the layout, made as one step of
+/// `LauncherHistory`; a refused one changes nothing. Tiles are given by their identifiers. Main thread
+/// only.
 class LauncherEditor {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -30,14 +30,13 @@ public:
                    SmartFolderLibrary& smartFolders);
 
     Outcome moveTiles(Mode mode, const QList<QUuid>& tiles, const LayoutPlace& place,
-                      const std::optional<Navigation>& begunAt = {});
+                      const std::optional<Navigation>& initialNavigation = {});
     Outcome groupTiles(Mode mode, const QList<QUuid>& tiles, const QUuid& target,
-                       const std::optional<Navigation>& begunAt = {});
+                       const std::optional<Navigation>& initialNavigation = {});
     Outcome ungroupFolder(Mode mode, const QUuid& folder);
-    /// A folder, an application or a smart folder, whichever the tile is. A smart folder's name is the
-    /// same in both modes.
-    /// What a folder of these tiles would be called.
+    /// The name of a new folder of these tiles.
     QString suggestedFolderName(const Page& tiles) const;
+    /// Renames a folder, an application or a smart folder; the latter in both modes.
     Outcome rename(Mode mode, const QUuid& tile, const QString& name);
     Outcome revertAppName(Mode mode, const QUuid& tile);
     Outcome setFolderSymbol(Mode mode, const QUuid& folder, const std::optional<QString>& symbolName);
@@ -48,17 +47,17 @@ public:
     Outcome sortPage(Mode mode, const std::optional<QUuid>& folder, qsizetype page);
     Outcome sortEverything(Mode mode);
 
-    // Smart folders. Their definitions are the same in both modes; a new one gets its tile in one, one
-    // that is deleted loses its tiles in both.
-    /// Without a place the tile comes after the selected one, else at the end of the page shown. Its
-    /// page is turned to, and it is selected.
+    // Smart folders. Both modes share the definitions: adding one adds a tile in this mode, deleting
+    // one removes its tiles in both.
+    /// By default the tile is inserted after the selected one, or else at the end of the current page.
+    /// It is selected, and its page shown.
     Outcome addSmartFolder(Mode mode, const SmartFolderDefinition& definition,
                            const std::optional<LayoutPlace>& place = {});
     Outcome addSmartFolder(Mode mode, SmartFolderTemplate which);
-    /// A tile for a definition that has none in the mode.
+    /// Adds a tile for a definition that has none in this mode.
     Outcome addSmartFolderTile(Mode mode, const QUuid& definitionID,
                                const std::optional<LayoutPlace>& place = {});
-    /// The tile goes, the definition stays.
+    /// Removes the tile, but not the definition.
     Outcome removeSmartFolderTile(Mode mode, const QUuid& definitionID);
     Outcome changeSmartFolder(Mode mode, SmartFolderDefinition definition);
     Outcome deleteSmartFolder(Mode mode, const QUuid& definitionID);

@@ -37,7 +37,7 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
     , _journal(machine, store.directory())
     , _steps(machine.scheduler, machine.uuids, actions())
     , _unsaved(
-          store, [this](const QList<UnsavedEdit>& edits) { takeBack(edits); },
+          store, [this](const QList<UnsavedEdit>& edits) { rollBack(edits); },
           [&messages](const LauncherError& error, UnsavedEdits::Left left) {
               messages.alert(left == UnsavedEdits::Left::unsaved
                                  ? offering(LauncherError::Remedy::saveAgain, error)
@@ -45,7 +45,7 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
           }) {}
 
 LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
-    if (!_applications.isKnown())
+    if (!_applications.hasScanned())
         return std::unexpected(launcherError(StorageError{StorageError::Code::layoutNotReady}));
     if (_store.isWriteBlocked(mode))
         return std::unexpected(
@@ -61,15 +61,17 @@ LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
 LauncherHistory::Outcome
 LauncherHistory::edit(LauncherWindowMode mode, const QString& name,
                       const std::function<EditResult(const LayoutDocument&)>& change,
-                      const std::optional<Navigation>& begunAt) {
+                      const std::optional<Navigation>& initialNavigation) {
     // Before the change is tried: in a mode that must not be edited, that is the reason to be told.
     if (auto guarded = guard(mode); !guarded)
         return guarded;
     auto document = change(_layouts[mode].document());
     if (!document)
         return std::unexpected(launcherError(document.error()));
-    const auto made =
-        make({.name = name, .mode = mode, .document = *std::move(document), .begunAt = begunAt});
+    const auto made = make({.name = name,
+                            .mode = mode,
+                            .document = *std::move(document),
+                            .initialNavigation = initialNavigation});
     return made ? Outcome() : std::unexpected(made.error());
 }
 
@@ -95,7 +97,7 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
     if (const auto guarded = guard(step.mode); !guarded)
         return std::unexpected(guarded.error());
     LayoutUndoState before = snapshot(step.mode);
-    before.navigation = step.begunAt.value_or(before.navigation);
+    before.navigation = step.initialNavigation.value_or(before.navigation);
     if (_store.isWriteBlocked(otherMode(step.mode)))
         step.otherDocument.reset();
     std::optional<QString> backup;
@@ -128,7 +130,7 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
         const LauncherWindowMode edited = step.document ? step.mode : otherMode(step.mode);
         _unsaved.add({.mode = edited,
                       .before = *before.documentOf(edited),
-                      .takeBack = [this, number = _steps.undoStack().last().number, redoStack] {
+                      .rollBack = [this, number = _steps.undoStack().last().number, redoStack] {
                           _steps.withdraw(number, redoStack);
                       }});
     }
@@ -136,15 +138,15 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
 }
 
 /// As after an undo that cannot be redone. The place where the user is stays his.
-void LauncherHistory::takeBack(const QList<UnsavedEdit>& edits) {
+void LauncherHistory::rollBack(const QList<UnsavedEdit>& edits) {
     for (const UnsavedEdit& edit : edits)
-        edit.takeBack();
+        edit.rollBack();
     const UnsavedEdit& first = edits.last();
     show(first.mode, first.before, false);
     // What failed may lie on the disk all the same.
     (void)_store.saveNow(first.mode, first.before);
     if (differsFromInstalled(_layouts[first.mode]))
-        _applications.look();
+        _applications.rescan();
 }
 
 int LauncherHistory::filesOf(const EditStep& step) {
@@ -207,8 +209,8 @@ LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const L
     return made;
 }
 
-void LauncherHistory::undoCutOff(std::array<LayoutStore::LoadResult, 2>& loaded) {
-    const auto before = _journal.cutOff(loaded, _smartFolders);
+void LauncherHistory::undoInterrupted(std::array<LayoutStore::LoadResult, 2>& loaded) {
+    const auto before = _journal.interruptedStep(loaded, _smartFolders);
     if (!before)
         return;
     _machine.log.warning(QStringLiteral("A step that was cut off is taken back."));
@@ -228,7 +230,7 @@ void LauncherHistory::undoCutOff(std::array<LayoutStore::LoadResult, 2>& loaded)
 LauncherHistory::Outcome LauncherHistory::settle() {
     if (!_unsettled)
         return {};
-    if (!_applications.isKnown())
+    if (!_applications.hasScanned())
         return std::unexpected(_unsettled->error); // nothing is shown yet
     // The documents may have been merged with a scan since: they are as they are to be.
     StepJournal::Files files = _unsettled->before;
@@ -300,7 +302,7 @@ bool LauncherHistory::putBack(const StepJournal::Files& files) {
                                          {LauncherWindowMode::fullScreen, &files.fullScreen}})
         if (*document && !_store.saveNow(mode, **document) && !holdsNothing(mode))
             isWritten = false;
-    if (files.definitions && !_smartFolders.takeBack(*files.definitions))
+    if (files.definitions && !_smartFolders.rollBack(*files.definitions))
         isWritten = false;
     if (files.settings) {
         isWritten = _machine.settings.set(*files.settings).has_value() && isWritten;
@@ -409,7 +411,7 @@ bool LauncherHistory::apply(const LayoutUndoEntry& entry, const LayoutUndoState&
     const LauncherWindowMode mode = step.document ? step.mode : otherMode(step.mode);
     _unsaved.add({.mode = mode,
                   .before = *before.documentOf(mode),
-                  .takeBack = [this, entry] { _steps.giveBack(entry); },
+                  .rollBack = [this, entry] { _steps.giveBack(entry); },
                   .isStepOfHistory = true});
     _store.hurry(mode);
     return true;
@@ -477,7 +479,7 @@ void LauncherHistory::step(bool isUndo, LauncherWindowMode mode, Done done) {
     auto ended = [this, isUndo, mode, blockedBy,
                   done = std::move(done)](LayoutUndoHistory::Result result) {
         if (result == LayoutUndoHistory::Result::done && differsFromInstalled(_layouts[mode]))
-            _applications.look();
+            _applications.rescan();
         if (done)
             done(outcomeOf(result, isUndo, blockedBy));
     };

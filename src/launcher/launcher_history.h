@@ -19,25 +19,25 @@ class LiveLayouts;
 class SmartFolderLibrary;
 struct Machine;
 
-/// What one edit changes, all of it or nothing. What it leaves out stays.
+/// The changes of one edit, made completely or not at all. Absent members stay as they are.
 struct EditStep {
-    QString name;                                ///< for history
-    LauncherWindowMode mode;                     ///< that it is made in
+    QString name;                                ///< shown for undo
+    LauncherWindowMode mode;                     ///< in which it is made
     std::optional<LayoutDocument> document = {}; ///< of that mode
-    /// Where an undo leads, when the user has gone on since the edit began, as with tiles in the hand.
-    std::optional<Navigation> begunAt = {};
+    /// What undo navigates to, if the user has moved on since the edit began, as during a drag.
+    std::optional<Navigation> initialNavigation = {};
     std::optional<LayoutDocument> otherDocument = {};
     std::optional<QList<SmartFolderDefinition>> definitions = {};
-    std::optional<ArrangementLayout> settings = {}; ///< of the grid in that mode
-    QList<TrashedAppRecord> trashedApps = {};       ///< that it has moved to the Trash already
-    bool isSavedAtOnce = false;                     ///< as a step of several files is in any case
+    std::optional<ArrangementLayout> settings = {}; ///< of that mode's grid
+    QList<TrashedAppRecord> trashedApps = {};       ///< already moved to the Trash
+    bool isSavedAtOnce = false;                     ///< always so for steps that change several files
 
-    /// Another arrangement takes the place of the present one: a copy is kept first, and the result is
-    /// on the disk when the step has been made.
+    /// The step replaces the whole arrangement: a backup is made first, and the result is saved before
+    /// the step completes.
     struct Replacement {
-        QString reason;     ///< as the copy gives it, such as "arrangement-restore"
-        QString title = {}; ///< of an alert about what failed
-        /// Where an import brought it: kept in a file of its own, once it knows the copy's path.
+        QString reason;     ///< stored in the backup, for example "arrangement-restore"
+        QString title = {}; ///< of the alert on failure
+        /// Metadata of an import, stored in its own file together with the backup's path.
         std::optional<LegacyLaunchpadImportMetadata> importRecord = {};
     };
     std::optional<Replacement> replacement = {};
@@ -47,75 +47,76 @@ struct EditStep {
     }
 };
 
-/// The one way in which arrangements, and the smart folders' definitions, are changed: every edit,
-/// paste, import, removal, restore and reset is an `EditStep`, made here, and undone and redone here.
+/// All changes of arrangements and smart folder definitions go through here: every edit, paste, import,
+/// removal, restore and reset is an `EditStep`, which can be undone and redone.
 ///
-/// 1. The guard: the first load is complete, the mode's file is one that may be written, and no undo
-///    waits for the Trash.
-/// 2. A copy of the arrangement is kept, where another takes its place.
-/// 3. A step of several files is noted in the journal, which makes it whole.
+/// 1. Guard: the first load is complete, the mode's file is writable, and no undo is waiting for the
+///    Trash.
+/// 2. Replacements make a backup of the arrangement.
+/// 3. Steps that change several files are recorded in the journal, which makes them atomic.
 /// 4. Settings and definitions are saved.
-/// 5. The documents are shown, and saved: at once where another arrangement took the place of the
-///    present one, or with other files; else after the last of a burst.
-/// 6. The step is kept for undo, which is whole in the same way; where it changes one document alone,
-///    that is saved behind it, at once.
+/// 5. The documents are shown and saved: at once for replacements and steps of several files, otherwise
+///    debounced.
+/// 6. The step is pushed onto the undo stack. Undo is atomic in the same way, but where it changes one
+///    document alone, that is saved on the worker while it is shown already; if the save fails, the
+///    undo is rolled back.
 ///
-/// A step that fails has changed nothing. If the disk refuses to take back what was written, no other
-/// step is made until it does; a step of several files is then taken back by the next start, too. One
-/// that was saved later, or not, see `UnsavedEdits`. A mode whose file cannot be written is left alone
-/// by the steps of the other one. Main thread only.
+/// A step that fails changes nothing. If its rollback fails as well, all further steps are refused
+/// until the rollback succeeds; the next start also rolls back steps of several files. For debounced
+/// saves that fail see `UnsavedEdits`. Steps do not touch a mode whose file is not writable. Main
+/// thread only.
 class LauncherHistory {
 public:
     using Outcome = std::expected<void, LauncherError>;
     using Done = std::function<void(Outcome)>;
-    /// The path of the copy that was kept, where one was.
+    /// The path of the backup, if one was made.
     using Made = std::expected<std::optional<QString>, LauncherError>;
 
     LauncherHistory(Machine& machine, LayoutStore& store, LiveLayouts& layouts,
                     SmartFolderLibrary& smartFolders, InstalledApplications& applications,
                     LauncherMessages& messages);
 
-    /// `layoutNotReady` before the first load is complete, `workingDocumentUnreadable` in a mode whose
-    /// file must not be overwritten, `stepInProgress` while an undo or redo waits.
+    /// `layoutNotReady` before the first load is complete, `workingDocumentUnreadable` if the mode's
+    /// file must not be overwritten, `stepInProgress` during an undo or redo.
     Outcome guard(LauncherWindowMode mode) const;
     Made make(EditStep step);
-    /// The same for most edits: a pure change of one document.
+    /// Makes a step that changes one document.
     Outcome edit(LauncherWindowMode mode, const QString& name,
                  const std::function<EditResult(const LayoutDocument&)>& change,
-                 const std::optional<Navigation>& begunAt = {});
+                 const std::optional<Navigation>& initialNavigation = {});
 
-    /// Takes the next step of a mode. `done` is called at its end; a refusal says why.
+    /// Undoes or redoes the next step of a mode. `done` is called at the end.
     void undo(LauncherWindowMode mode, Done done = {});
     void redo(LauncherWindowMode mode, Done done = {});
     const LayoutUndoHistory& steps() const { return _steps; }
-    /// The steps whose documents are not on the disk yet.
+    /// The steps whose documents are not saved yet.
     UnsavedEdits& unsaved() { return _unsaved; }
     LayoutUndoState snapshot(LauncherWindowMode mode) const;
 
-    /// Before the first load is shown: takes back a step in which the program was killed.
-    void undoCutOff(std::array<LayoutStore::LoadResult, 2>& loaded);
-    /// Tries again to take back what a step that failed has left on the disk.
+    /// Rolls back a step during which the program was killed. Call before the first load is shown.
+    void undoInterrupted(std::array<LayoutStore::LoadResult, 2>& loaded);
+    /// Retries the rollback of a failed step.
     Outcome settle();
-    /// How applications come into and out of the Trash.
+    /// Sets the functions that move applications into and out of the Trash.
     void setTrash(LayoutUndoActions::TrashMove restore, LayoutUndoActions::TrashMove trash);
 
-    Signal<> changed; ///< what can be undone or redone, its notice, the grid's reflow
+    Signal<> changed; ///< the stacks, the notice, or the grid's reflow
 
 private:
     LayoutUndoActions actions();
     Outcome storeSettings(LauncherWindowMode mode, const ArrangementLayout& settings);
     static int filesOf(const EditStep& step);
-    /// When its documents are on the disk.
+    /// When a step's documents are saved.
     enum class Saved { now, soon };
     Outcome carryOut(const EditStep& step, const LayoutUndoState& before, Saved saved);
     StepJournal::Files filesBefore(const EditStep& step, const LayoutUndoState& before) const;
     Outcome beginWhole(const EditStep& step, const StepJournal::Files& before);
     void showBefore(const EditStep& step, const LayoutUndoState& before);
-    /// The settings that `files` speaks of, as stored now; null for those that are not set.
+    /// The settings named in `files` as stored now; null if unset.
     QMap<QString, QJsonValue> settingsNow(const StepJournal::Files& files) const;
-    /// True when they are on the disk.
+    /// True if all were saved.
     bool putBack(const StepJournal::Files& files);
-    void takeBack(const QList<UnsavedEdit>& edits);
+    void rollBack(const QList<UnsavedEdit>& edits);
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
     Outcome save(LauncherWindowMode mode, Saved saved);
     Outcome storeImportRecord(const LegacyLaunchpadImportMetadata& record);
@@ -133,10 +134,10 @@ private:
     LayoutUndoActions::TrashMove _restoreFromTrash;
     LayoutUndoActions::TrashMove _moveToTrash;
     StepJournal _journal;
-    /// What a step that failed has left, and why it failed.
+    /// A failed step whose rollback failed too.
     struct Unsettled {
         StepJournal::Files before;
-        QMap<QString, QJsonValue> settings; ///< as the step left them
+        QMap<QString, QJsonValue> settings; ///< as left by the step
         bool isNoted = false;
         LauncherError error;
     };

@@ -46,7 +46,7 @@ void LauncherImport::preview(Mode mode, const std::optional<Database>& database,
     if (isRunning())
         return refuse(
             {QStringLiteral("importInProgress"), Texts::tr("An import is already in progress."), {}});
-    if (!_applications.isKnown())
+    if (!_applications.hasScanned())
         return refuse(_history.guard(mode).error());
     _done = std::move(done);
     const FileSystem* files = database ? database->files : nullptr;

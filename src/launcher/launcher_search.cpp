@@ -26,7 +26,7 @@ void LauncherSearch::invalidate(Mode mode) {
     of(mode).isCurrent = false;
     of(mode).isOutdated = true;
     // Ready before the first key is pressed; nobody looks at the other mode's.
-    if (mode == _layouts.shownMode() && _applications.isKnown())
+    if (mode == _layouts.shownMode() && _applications.hasScanned())
         make(mode);
 }
 

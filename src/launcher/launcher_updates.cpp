@@ -35,7 +35,7 @@ void LauncherUpdates::scanned() {
     if (_coordinator)
         _coordinator->updateApps(_applications.all());
     else if (_isWanted || areSmartFoldersInterested())
-        want();
+        requestLoad();
 }
 
 void LauncherUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
@@ -48,13 +48,13 @@ void LauncherUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
         AppUpdateStore::changeKeys(machine, changedKeys);
     });
     if (std::exchange(_isLoading, false))
-        want();
+        requestLoad();
 }
 
 void LauncherUpdates::smartFoldersChanged() {
     if (!_isWanted && areSmartFoldersInterested())
-        want();
-    else if (_isKnown)
+        requestLoad();
+    else if (_isReady)
         learnChannelsForSmartFolders();
 }
 
@@ -66,9 +66,9 @@ void LauncherUpdates::settingsChanged() {
     changed.notify();
 }
 
-void LauncherUpdates::want() {
+void LauncherUpdates::requestLoad() {
     _isWanted = true;
-    if (_coordinator || _isLoading || !_applications.isKnown())
+    if (_coordinator || _isLoading || !_applications.hasScanned())
         return;
     _isLoading = true;
     _loading = _machine.workers.run(
@@ -80,18 +80,18 @@ void LauncherUpdates::want() {
 void LauncherUpdates::loaded(StoredUpdates stored) {
     _isLoading = false;
     _coordinator = std::make_unique<AppUpdateCoordinator>(_machine, std::move(stored));
-    _events = _coordinator->events.connect([this](const AppUpdateEvent& event) { heard(event); });
+    _events = _coordinator->events.connect([this](const AppUpdateEvent& event) { handle(event); });
     if (_isScheduleWanted)
         _coordinator->start();
     _coordinator->updateApps(_applications.all());
 }
 
 /// All that the coordinator has to say comes in here.
-void LauncherUpdates::heard(const AppUpdateEvent& event) {
+void LauncherUpdates::handle(const AppUpdateEvent& event) {
     using Kind = AppUpdateEvent::Kind;
     switch (event.kind) {
     case Kind::inspected:
-        return known();
+        return inspected();
     case Kind::changed:
         feedSmartFolders();
         return changed.notify();
@@ -113,17 +113,17 @@ void LauncherUpdates::heard(const AppUpdateEvent& event) {
             passwordAsked.notify();
         // What an earlier launcher began may have asked long ago: this one is here to stay.
         _wasPasswordAsked = isPasswordAsked ||
-                            (state && state->phase == starting && _coordinator->runner().isTakenUp());
+                            (state && state->phase == starting && _coordinator->runner().isResumed());
         return ran.notify(event.appKey);
     }
     case Kind::updated:
-        return _applications.look();
+        return _applications.rescan();
     }
 }
 
 /// What the bundles say is known.
-void LauncherUpdates::known() {
-    _isKnown = true;
+void LauncherUpdates::inspected() {
+    _isReady = true;
     feedSmartFolders();
     for (const auto& done : std::exchange(_waiting, {}))
         done();
@@ -148,20 +148,20 @@ void LauncherUpdates::startSchedule(std::unique_ptr<NetworkWatch> network) {
             if (_coordinator)
                 _coordinator->networkReturned();
         });
-    want();
+    requestLoad();
     if (_coordinator)
         _coordinator->start();
 }
 
-void LauncherUpdates::whenKnown(std::function<void()> done) {
-    if (_isKnown)
+void LauncherUpdates::whenReady(std::function<void()> done) {
+    if (_isReady)
         return done();
     _waiting.push_back(std::move(done));
-    want();
+    requestLoad();
 }
 
 void LauncherUpdates::whenChannelsKnown(std::function<void()> done) {
-    whenKnown([this, done = std::move(done)] { _coordinator->learnChannels(done); });
+    whenReady([this, done = std::move(done)] { _coordinator->learnChannels(done); });
 }
 
 // ---- smart folders
@@ -171,7 +171,7 @@ bool LauncherUpdates::areSmartFoldersInterested() const {
 }
 
 void LauncherUpdates::feedSmartFolders() {
-    if (!_isKnown)
+    if (!_isReady)
         return;
     SmartFolderRuntimeFacts facts = _smartFolders.runtimeFacts();
     // A tool that fails will not tell more for now.
@@ -198,7 +198,7 @@ AppUpdateView LauncherUpdates::of(const QString& appKey) const { return {_coordi
 
 // ---- of all
 
-AppUpdateStatuses LauncherUpdates::statuses() const {
+AppUpdateStatuses LauncherUpdates::knownStatuses() const {
     return _coordinator ? _coordinator->knownStatuses() : AppUpdateStatuses();
 }
 
@@ -250,7 +250,7 @@ std::function<void()> LauncherUpdates::check(std::optional<AppUpdateChannelKind>
                                              Watcher watcher) {
     const auto stage = std::make_shared<Stage>(Stage::waiting);
     const auto told = std::make_shared<Watcher>(std::move(watcher));
-    whenKnown([this, channel, stage, told] {
+    whenReady([this, channel, stage, told] {
         if (*stage == Stage::over)
             return;
         const auto begun = _coordinator->check({.channel = channel}, [this, stage](bool completed) {

@@ -45,11 +45,11 @@ public:
     /// returns. For the window.
     void startSchedule(std::unique_ptr<NetworkWatch> network = makeNetworkWatch());
     /// Calls `done` once the cache is loaded and the scanned applications have been read.
-    void whenKnown(std::function<void()> done);
+    void whenReady(std::function<void()> done);
     /// The same, once tools have also been asked which applications they own; they are asked only once.
     void whenChannelsKnown(std::function<void()> done);
-    /// True if `whenKnown` would call `done` immediately.
-    bool isKnown() const { return _isKnown; }
+    /// True if `whenReady` would call `done` immediately.
+    bool isReady() const { return _isReady; }
 
     /// What is known of one application's updates, by its app key.
     AppUpdateView of(const QString& appKey) const;
@@ -65,7 +65,7 @@ public:
 
     // For all applications.
     /// The last known statuses, by app key; see `AppUpdateView`.
-    AppUpdateStatuses statuses() const;
+    AppUpdateStatuses knownStatuses() const;
     qsizetype availableCount() const;
     std::optional<Instant> lastCheck() const;
     QHash<QString, AppUpdateChannel> channels() const;
@@ -113,8 +113,8 @@ public:
     /// Asks through `asker`. `done` is called with the message for the user once all have ended and
     /// been verified; if the user declines, with the error "declined". The returned function cancels
     /// this update, as for `check`, or detaches from it, giving the error "left".
-    enum class GivingUp { ending, leaving };
-    std::function<void(GivingUp)> run(const QStringList& appKeys, LauncherAsker asker,
+    enum class StopMode { cancel, detach };
+    std::function<void(StopMode)> run(const QStringList& appKeys, LauncherAsker asker,
                                       std::function<void(std::expected<QString, LauncherError>)> done);
     /// Cancels all running and queued updates, whoever requested them.
     void cancelRun();
@@ -135,19 +135,19 @@ public:
 private:
     using RunDone = std::function<void(std::expected<QString, LauncherError>)>;
     enum class Stage { waiting, underWay, over }; ///< of a request
-    struct Wish;
+    struct RunRequest;
 
     void scanned();
     void changeKeys(const QHash<QString, QString>& changedKeys);
     void smartFoldersChanged();
-    void want();
+    void requestLoad();
     void loaded(StoredUpdates stored);
-    void heard(const AppUpdateEvent& event);
-    void known();
+    void handle(const AppUpdateEvent& event);
+    void inspected();
     bool areSmartFoldersInterested() const;
     void feedSmartFolders();
     void learnChannelsForSmartFolders();
-    void runKnown(const std::shared_ptr<Wish>& wish, const QStringList& appKeys,
+    void startRun(const std::shared_ptr<RunRequest>& request, const QStringList& appKeys,
                   const LauncherAsker& asker);
     std::expected<QString, LauncherError> outcome(const QStringList& appKeys);
     QString name(const QString& appKey) const;
@@ -163,7 +163,7 @@ private:
     bool _isLoading = false;
     bool _haveKeysChanged = false; ///< in the file, or about to
     bool _isScheduleWanted = false;
-    bool _isKnown = false;
+    bool _isReady = false;
     bool _wereChannelsAsked = false; ///< all tools were asked, whatever they answered
     bool _wasPasswordAsked = false;
     std::vector<std::function<void()>> _waiting;

@@ -10,7 +10,7 @@
 namespace tessellar {
 
 /// What one caller asked for: told of its end once, whatever ends it.
-struct LauncherUpdates::Wish {
+struct LauncherUpdates::RunRequest {
     Stage stage = Stage::waiting;
     RunDone done;
 
@@ -108,28 +108,28 @@ QStringList LauncherUpdates::runnable() const {
     return keys;
 }
 
-std::function<void(LauncherUpdates::GivingUp)> LauncherUpdates::run(const QStringList& appKeys,
+std::function<void(LauncherUpdates::StopMode)> LauncherUpdates::run(const QStringList& appKeys,
                                                                     LauncherAsker asker, RunDone done) {
-    const auto wish = std::make_shared<Wish>(Wish{.done = std::move(done)});
-    const auto begin = [this, wish, appKeys, asker = std::move(asker)] {
-        if (wish->stage == Stage::waiting)
-            runKnown(wish, appKeys, asker);
+    const auto request = std::make_shared<RunRequest>(RunRequest{.done = std::move(done)});
+    const auto begin = [this, request, appKeys, asker = std::move(asker)] {
+        if (request->stage == Stage::waiting)
+            startRun(request, appKeys, asker);
     };
     // Who is known to bring the update is not looked for again.
-    whenKnown([this, begin, appKeys] {
+    whenReady([this, begin, appKeys] {
         if (std::ranges::all_of(appKeys,
                                 [this](const QString& key) { return of(key).channel().has_value(); }))
             begin();
         else
             _coordinator->learnChannels(begin);
     });
-    return [this, waiting = std::weak_ptr(wish)](GivingUp how) {
+    return [this, waiting = std::weak_ptr(request)](StopMode how) {
         const auto ended = waiting.lock();
         if (!ended)
             return;
         if (ended->stage != Stage::underWay)
             ended->end(std::unexpected(cancelled()));
-        else if (how == GivingUp::ending)
+        else if (how == StopMode::cancel)
             cancelRun();
         else
             ended->end(std::unexpected(
@@ -137,21 +137,21 @@ std::function<void(LauncherUpdates::GivingUp)> LauncherUpdates::run(const QStrin
     };
 }
 
-void LauncherUpdates::runKnown(const std::shared_ptr<Wish>& wish, const QStringList& appKeys,
+void LauncherUpdates::startRun(const std::shared_ptr<RunRequest>& request, const QStringList& appKeys,
                                const LauncherAsker& asker) {
     for (const QString& appKey : appKeys)
         if (!_coordinator->candidate(appKey))
-            return wish->end(std::unexpected(InstalledApplications::unknown(appKey)));
-    wish->stage = Stage::underWay;
+            return request->end(std::unexpected(InstalledApplications::unknown(appKey)));
+    request->stage = Stage::underWay;
     const bool isBegun = _coordinator->runner().update(
         appKeys,
         [asker](const AppUpdateQuestion& question, const AppUpdateRunner::Answer& answer) {
             asker({.title = question.title, .text = question.text, .accept = Texts::tr("Update")},
                   answer);
         },
-        [this, wish, appKeys] { wish->end(outcome(appKeys)); });
+        [this, request, appKeys] { request->end(outcome(appKeys)); });
     if (!isBegun)
-        wish->end(std::unexpected(LauncherError{
+        request->end(std::unexpected(LauncherError{
             QStringLiteral("updateInProgress"), message(AppUpdateOutcome::alreadyRunning), {}}));
 }
 

@@ -1,8 +1,8 @@
 #include "launcher/launcher_view_model.h"
 
 #include "editing/starting_layouts.h"
-#include "launcher/arrangement_shelf.h"
 #include "launcher/installed_applications.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_clipboard.h"
 #include "launcher/launcher_editor.h"
@@ -80,7 +80,7 @@ struct LauncherViewModel::Parts {
     LauncherSettings settings;
     LauncherEditor editor;
     LauncherClipboard clipboard;
-    ArrangementShelf arrangements;
+    LauncherArrangements arrangements;
     LayoutArchive archive;
     LauncherSearch search;
     Opener opener;
@@ -107,7 +107,7 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
                           Texts::tr("Another program changed the layout")});
     });
     follow(parts.applications.keysChanged, [&parts](const QHash<QString, QString>& changedKeys) {
-        parts.smartFolders.followKeys(changedKeys);
+        parts.smartFolders.changeKeys(changedKeys);
     });
     parts.listening.emplace(machine, parts);
     // Only now: icons that are seen are to be decoded before facts are gathered.
@@ -117,7 +117,7 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     follow(parts.layouts.changed, [&parts](LauncherWindowMode mode) {
         parts.search.invalidate(mode);
         const LiveLayout& layout = parts.layouts[mode];
-        parts.smartFolders.setView(mode, {layout.customNames(), layout.hiddenKeys()});
+        parts.smartFolders.setContext(mode, {layout.customNames(), layout.hiddenKeys()});
     });
     follow(parts.layouts.shownModeChanged,
            [&parts] { parts.search.invalidate(parts.layouts.shownMode()); });
@@ -143,7 +143,7 @@ LauncherHistory& LauncherViewModel::history() const { return _parts->history; }
 LauncherSettings& LauncherViewModel::settings() const { return _parts->settings; }
 LauncherEditor& LauncherViewModel::editor() const { return _parts->editor; }
 LauncherClipboard& LauncherViewModel::clipboard() const { return _parts->clipboard; }
-ArrangementShelf& LauncherViewModel::arrangements() const { return _parts->arrangements; }
+LauncherArrangements& LauncherViewModel::arrangements() const { return _parts->arrangements; }
 LayoutArchive& LauncherViewModel::archive() const { return _parts->archive; }
 PlaceMemory& LauncherViewModel::places() const { return _parts->places; }
 LayoutProposals& LauncherViewModel::proposals() const { return _parts->listening->proposals; }
@@ -165,7 +165,7 @@ LauncherCleanup& LauncherViewModel::cleanup() const { return _parts->listening->
 void LauncherViewModel::start() {
     smartFolders().load();
     _parts->merger.load([this] {
-        history().undoCutOff(_parts->merger.loaded());
+        history().undoInterrupted(_parts->merger.loaded());
         if (const auto& failure = smartFolders().failure())
             messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
     });
@@ -175,7 +175,7 @@ void LauncherViewModel::start() {
                                     "folders of your own keep their places. The first change "
                                     "begins a new file, and the old one is kept beside it."),
                           Texts::tr("The settings could not be read")});
-    applications().look();
+    applications().rescan();
 }
 
 void LauncherViewModel::startAndWait() {
@@ -247,7 +247,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
             const Task looked = std::move(*task);
             _parts->launches.erase(task);
             layouts().markUnavailable(key);
-            applications().look();
+            applications().rescan();
             refuse(unavailable, done);
         });
 }
@@ -267,7 +267,7 @@ void LauncherViewModel::setLocale(const Locale& locale) {
     _machine.locale = locale;
     search().invalidate();
     smartFolders().localeChanged();
-    applications().look(); // they may have other names in it
+    applications().rescan(); // they may have other names in it
 }
 
 } // namespace tessellar

@@ -12,7 +12,7 @@ class QString;
 
 namespace tessellar {
 
-class ArrangementShelf;
+class LauncherArrangements;
 class InstalledApplications;
 class LauncherCleanup;
 class LauncherClipboard;
@@ -85,7 +85,7 @@ public:
     LauncherSettings& settings() const;
     LauncherEditor& editor() const;
     LauncherClipboard& clipboard() const;
-    ArrangementShelf& arrangements() const;
+    LauncherArrangements& arrangements() const;
     LayoutArchive& archive() const;
     LayoutProposals& proposals() const;
     PlaceMemory& places() const;

@@ -1,6 +1,6 @@
 #include "launcher/layout_archive.h"
 
-#include "launcher/arrangement_shelf.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/layout_merger.h"
@@ -113,7 +113,7 @@ LayoutArchive::Outcome LayoutArchive::arrange(Mode mode, const Pages& pages, con
 
 LayoutArchive::Outcome LayoutArchive::reset(Mode mode) {
     const QString title = Texts::tr("Could not reset layout");
-    if (!_applications.isKnown())
+    if (!_applications.hasScanned())
         return std::unexpected(launcherError(StorageError{StorageError::Code::layoutNotReady}, title));
     LiveLayout& layout = _layouts[mode];
     const LayoutDocument fresh{

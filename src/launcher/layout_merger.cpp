@@ -73,7 +73,7 @@ void LayoutMerger::load(std::function<void()> done) {
     _loadsLeft = _loading.size();
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         _loading[std::size_t(mode)] =
-            _store.loadBehind(mode, [this, mode, done](LayoutStore::LoadResult result) {
+            _store.loadInBackground(mode, [this, mode, done](LayoutStore::LoadResult result) {
                 loaded(mode, std::move(result), done);
             });
     _places.load();
@@ -88,7 +88,7 @@ void LayoutMerger::loaded(LauncherWindowMode mode, LayoutStore::LoadResult resul
                           const std::function<void()>& done) {
     const std::size_t i = std::size_t(mode);
     const auto* failed = std::get_if<LayoutStore::Failed>(&result);
-    _mayPass[i] = failed && failed->mayPass;
+    _isTransient[i] = failed && failed->isTransient;
     // The first time a failure is something to show as well.
     if (!failed || !_hasMerged) {
         _loaded[i] = std::move(result);
@@ -106,23 +106,23 @@ void LayoutMerger::loadAgain() {
         return;
     _places.load();
     for (const LauncherWindowMode mode : LiveLayouts::modes) {
-        if (!_mayPass[std::size_t(mode)])
+        if (!_isTransient[std::size_t(mode)])
             continue;
         ++_loadsLeft;
         _loading[std::size_t(mode)] =
-            _store.loadBehind(mode, [this, mode](LayoutStore::LoadResult result) {
+            _store.loadInBackground(mode, [this, mode](LayoutStore::LoadResult result) {
                 loaded(mode, std::move(result), [] {});
             });
     }
 }
 
-void LayoutMerger::askForAnother() {
+void LayoutMerger::requestRescan() {
     constexpr std::chrono::seconds longest{300};
     if (std::ranges::all_of(LiveLayouts::modes, [this](LauncherWindowMode mode) {
-            return !_mayPass[std::size_t(mode)] && _places.canRemember(mode);
+            return !_isTransient[std::size_t(mode)] && _places.canRemember(mode);
         }))
         return _again.cancel();
-    _again = _machine.scheduler.after(_patience, [this] { _applications.look(); });
+    _again = _machine.scheduler.after(_patience, [this] { _applications.rescan(); });
     _patience = std::min(2 * _patience, longest);
 }
 
@@ -146,7 +146,7 @@ LayoutMerger::Results LayoutMerger::merge(const Starts& starts) {
         if (start.isDefault)
             input.document.pages =
                 defaultLayout(input.context.scannedApps, input.context.pageCapacity, input.locale);
-        Merged merged{.result = input.merge()};
+        ModeResult merged{.result = input.merge()};
         merged.differs = merged.result.pages != start.input.document.pages ||
                          merged.result.hiddenKeys != start.input.document.hiddenKeys;
         return merged;
@@ -172,7 +172,7 @@ void LayoutMerger::prepare(const Installed& installed, std::function<void()> don
     }
     Starts starts = this->starts(installed);
     if (attemptsLeft == 0) {
-        _merged = merge(starts);
+        _results = merge(starts);
         return done();
     }
     _task = _machine.workers.run(
@@ -182,7 +182,7 @@ void LayoutMerger::prepare(const Installed& installed, std::function<void()> don
             const Starts now = this->starts(installed);
             if (!isCurrent(now[0].input, starts[0].input) || !isCurrent(now[1].input, starts[1].input))
                 return prepare(installed, done, attemptsLeft - 1);
-            _merged = std::move(merged);
+            _results = std::move(merged);
             done();
         });
 }
@@ -194,21 +194,21 @@ void LayoutMerger::apply() {
     const std::array<bool, 2> isFirst = std::exchange(_isNew, {});
     QHash<QString, QString> changedKeys;
     for (const LauncherWindowMode mode : LiveLayouts::modes) {
-        const Merged& merged = _merged[std::size_t(mode)];
+        const ModeResult& merged = _results[std::size_t(mode)];
         changedKeys.insert(merged.result.changedKeys);
         show(_layouts[mode], merged, isFirst[std::size_t(mode)]);
         if (isFirst[std::size_t(mode)])
-            tellOfLoad(mode);
+            reportLoad(mode);
     }
     // Before the layouts are saved: from those nobody could tell the former keys.
     if (!changedKeys.isEmpty())
         _applications.keysChanged.notify(changedKeys);
     for (const LauncherWindowMode mode : LiveLayouts::modes)
-        save(mode, std::exchange(_merged[std::size_t(mode)], {}), isFirst[std::size_t(mode)]);
-    askForAnother();
+        save(mode, std::exchange(_results[std::size_t(mode)], {}), isFirst[std::size_t(mode)]);
+    requestRescan();
 }
 
-void LayoutMerger::show(LiveLayout& layout, const Merged& merged, bool isFirst) {
+void LayoutMerger::show(LiveLayout& layout, const ModeResult& merged, bool isFirst) {
     const LayoutDocument document{.pages = merged.result.pages, .hiddenKeys = merged.result.hiddenKeys};
     if (isFirst)
         layout.setArrangement(document);
@@ -217,7 +217,7 @@ void LayoutMerger::show(LiveLayout& layout, const Merged& merged, bool isFirst) 
     layout.setUnavailable(merged.result.unavailableAppKeys);
 }
 
-void LayoutMerger::save(LauncherWindowMode mode, const Merged& merged, bool isFirst) {
+void LayoutMerger::save(LauncherWindowMode mode, const ModeResult& merged, bool isFirst) {
     if (_store.isWriteBlocked(mode))
         return;
     // Places first: the layout is saved without the tiles that they are of.
@@ -225,7 +225,7 @@ void LayoutMerger::save(LauncherWindowMode mode, const Merged& merged, bool isFi
     const LayoutDocument& document = _layouts[mode].document();
     if (isFirst) {
         ++_saves;
-        _store.saveBehind(mode, document, [this](const BackgroundFile::Result& saved) {
+        _store.saveInBackground(mode, document, [this](const BackgroundFile::Result& saved) {
             --_saves;
             if (!saved)
                 _messages.alert(launcherError(saved.error(), couldNotSaveLayout()));
@@ -235,7 +235,7 @@ void LayoutMerger::save(LauncherWindowMode mode, const Merged& merged, bool isFi
     }
 }
 
-void LayoutMerger::tellOfLoad(LauncherWindowMode mode) {
+void LayoutMerger::reportLoad(LauncherWindowMode mode) {
     const auto loaded = std::exchange(_loaded[std::size_t(mode)], LayoutStore::Missing());
     if (const auto& copy = _store.lossyCopy(mode))
         _messages.alert({QStringLiteral("lossyLayout"),

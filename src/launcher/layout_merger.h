@@ -71,23 +71,23 @@ private:
         bool isDefault = false; ///< there is no arrangement yet
     };
     using Starts = std::array<Start, 2>;
-    struct Merged {
+    struct ModeResult {
         MergeResult result;
         bool differs = false; ///< from its input
     };
-    using Results = std::array<Merged, 2>;
+    using Results = std::array<ModeResult, 2>;
 
     Starts starts(const Installed& installed) const;
     static Results merge(const Starts& starts);
     void loaded(LauncherWindowMode mode, LayoutStore::LoadResult result,
                 const std::function<void()>& done);
     void loadAgain();
-    void askForAnother();
+    void requestRescan();
     void prepare(const Installed& installed, std::function<void()> done, int attemptsLeft);
     void apply();
-    static void show(LiveLayout& layout, const Merged& merged, bool isFirst);
-    void save(LauncherWindowMode mode, const Merged& merged, bool isFirst);
-    void tellOfLoad(LauncherWindowMode mode);
+    static void show(LiveLayout& layout, const ModeResult& merged, bool isFirst);
+    void save(LauncherWindowMode mode, const ModeResult& merged, bool isFirst);
+    void reportLoad(LauncherWindowMode mode);
 
     const Machine& _machine;
     LayoutStore& _store;
@@ -96,12 +96,12 @@ private:
     PlaceMemory& _places;
     LauncherMessages& _messages;
     Loaded _loaded;
-    Results _merged; ///< to be shown
+    Results _results; ///< to be shown
     std::array<Task, 2> _loading;
     std::size_t _loadsLeft = 0;
     std::function<void()> _whenLoaded;      ///< a scan waiting for the load
     std::array<bool, 2> _isNew{true, true}; ///< not merged yet
-    std::array<bool, 2> _mayPass{};         ///< the load failed, perhaps temporarily
+    std::array<bool, 2> _isTransient{};     ///< the load failed, perhaps temporarily
     std::chrono::seconds _patience{5};      ///< until the next retry
     Timer _again;
     bool _hasMerged = false;

@@ -22,7 +22,7 @@ void LibraryWatch::start(std::unique_ptr<DirectoryEvents> events) {
         LibraryWatcher::Callbacks{.rescan =
                                       [this](const QStringList& directories) {
                                           notice(Kind::changed, directories);
-                                          _installed.look();
+                                          _installed.rescan();
                                       },
                                   .applicationGone =
                                       [this](const QString& path) {
@@ -33,7 +33,7 @@ void LibraryWatch::start(std::unique_ptr<DirectoryEvents> events) {
                                   .watching = [this] { watching(); }},
         std::move(events));
     _subscription = _installed.scanned.connect([this] { scanned(); });
-    if (_installed.isKnown())
+    if (_installed.hasScanned())
         scanned();
 }
 

@@ -2,8 +2,8 @@
 
 #include "launcher/launcher_error.h"
 #include "launcher/live_layout.h"
-#include "model/kept_document.h"
 #include "model/reconciliation.h"
+#include "model/stored_document.h"
 
 namespace tessellar {
 
@@ -43,7 +43,7 @@ public:
     void forget(LauncherWindowMode mode, const std::optional<QString>& application, Forgotten done);
 
 private:
-    using Kept = KeptDocument<RememberedPlaces>;
+    using Kept = StoredDocument<RememberedPlaces>;
 
     Kept& kept(LauncherWindowMode mode) { return _kept[std::size_t(mode)]; }
     const Kept& kept(LauncherWindowMode mode) const { return _kept[std::size_t(mode)]; }

@@ -20,7 +20,7 @@ using Kind = Setting::Kind;
 
 struct GridRow {
     const char* key;
-    const char* sentence;
+    const char* description;
     double step = 1;
 };
 constexpr std::array gridRows{
@@ -49,10 +49,10 @@ QList<Setting> gridSettings(LauncherWindowMode mode) {
         const auto range = std::ranges::find(ranges, QLatin1StringView(row.key), &LayoutRange::key);
         all.append({.key = settingKey(mode, range->key),
                     .kind = range->isInteger ? Kind::integer : Kind::number,
-                    .usual = range->usual,
-                    .sentence = row.sentence,
-                    .low = range->low,
-                    .high = range->high,
+                    .defaultValue = range->defaultValue,
+                    .description = row.description,
+                    .minimum = range->minimum,
+                    .maximum = range->maximum,
                     .step = row.step});
     }
     return all;
@@ -75,101 +75,103 @@ QList<Setting> makeTable() {
            QList<Setting>{
                {.key = QStringLiteral("appearance"),
                 .kind = Kind::choice,
-                .usual = QStringLiteral("system"),
-                .sentence = Texts::noop("Whether sheets, menus and alerts are light or dark"),
+                .defaultValue = QStringLiteral("system"),
+                .description = Texts::noop("Whether sheets, menus and alerts are light or dark"),
                 .choices = choices(
                     {QStringLiteral("system"), QStringLiteral("light"), QStringLiteral("dark")}),
                 .titles = {Texts::noop("As the system"), Texts::noop("Light"), Texts::noop("Dark")}},
                {.key = QStringLiteral("background"),
                 .kind = Kind::choice,
-                .usual = QStringLiteral("desktopPicture"),
-                .sentence = Texts::noop("What lies behind the tiles: the desktop's picture, blurred, "
-                                        "or the launcher's own"),
+                .defaultValue = QStringLiteral("desktopPicture"),
+                .description =
+                    Texts::noop("What lies behind the tiles: the desktop's picture, blurred, "
+                                "or the launcher's own"),
                 .choices = choices({QStringLiteral("desktopPicture"), QStringLiteral("own")}),
                 .titles = {Texts::noop("Desktop picture"), Texts::noop("Plain")}},
                {.key = Language::settingKey,
                 .kind = Kind::choice,
-                .usual = Language::asSystem,
-                .sentence = Texts::noop("The language of menus, sheets and messages"),
+                .defaultValue = Language::asSystem,
+                .description = Texts::noop("The language of menus, sheets and messages"),
                 .choices = choices({Language::asSystem, QStringLiteral("en"), QStringLiteral("de")}),
                 .titles = {Texts::noop("As the system"), "English", "Deutsch"}},
                {.key = QStringLiteral("textScale"),
                 .kind = Kind::number,
-                .sentence =
+                .description =
                     Texts::noop("Size of text in sheets and menus, of the usual; as large as the "
                                 "system's, where it is not set"),
-                .low = 0.8,
-                .high = 1.4,
+                .minimum = 0.8,
+                .maximum = 1.4,
                 .step = 0.1},
                {.key = QStringLiteral("reducesMotion"),
                 .kind = Kind::boolean,
-                .usual = false,
-                .sentence = Texts::noop("Tiles and pages jump to their places instead of sliding")},
+                .defaultValue = false,
+                .description = Texts::noop("Tiles and pages jump to their places instead of sliding")},
                {.key = QStringLiteral("window.mode"),
                 .kind = Kind::choice,
-                .usual = json::rawValue(LauncherWindowMode::fullScreen),
-                .sentence = Texts::noop("The display mode that the launcher opens in"),
+                .defaultValue = json::rawValue(LauncherWindowMode::fullScreen),
+                .description = Texts::noop("The display mode that the launcher opens in"),
                 .choices = choices({json::rawValue(LauncherWindowMode::fullScreen),
                                     json::rawValue(LauncherWindowMode::windowed)}),
                 .titles = {Texts::noop("Full screen"), Texts::noop("Window")}},
                {.key = QStringLiteral("window.left"),
                 .kind = Kind::integer,
-                .sentence = Texts::noop("Where the window lies, in points from the left"),
-                .low = -100'000,
-                .high = 100'000},
+                .description = Texts::noop("Where the window lies, in points from the left"),
+                .minimum = -100'000,
+                .maximum = 100'000},
                {.key = QStringLiteral("window.top"),
                 .kind = Kind::integer,
-                .sentence = Texts::noop("Where the window lies, in points from the top"),
-                .low = -100'000,
-                .high = 100'000},
+                .description = Texts::noop("Where the window lies, in points from the top"),
+                .minimum = -100'000,
+                .maximum = 100'000},
                {.key = QStringLiteral("summon.hotKey"),
                 .kind = Kind::keys,
-                .sentence = Texts::noop("The keys that show the launcher from anywhere, such as "
-                                        "option+space")},
+                .description = Texts::noop("The keys that show the launcher from anywhere, such as "
+                                           "option+space")},
                {.key = QStringLiteral("summon.hotCorner"),
                 .kind = Kind::choice,
-                .usual = QString(),
-                .sentence = Texts::noop("The corner of the screen that shows the launcher when the "
-                                        "pointer is pushed into it"),
+                .defaultValue = QString(),
+                .description = Texts::noop("The corner of the screen that shows the launcher when the "
+                                           "pointer is pushed into it"),
                 .choices = choices({QString(), QStringLiteral("topLeft"), QStringLiteral("topRight"),
                                     QStringLiteral("bottomLeft"), QStringLiteral("bottomRight")}),
                 .titles = {Texts::noop("None"), Texts::noop("Top left"), Texts::noop("Top right"),
                            Texts::noop("Bottom left"), Texts::noop("Bottom right")}},
                {.key = Discovery::searchPathsKey,
                 .kind = Kind::folders,
-                .sentence = Texts::noop("The folders that applications are looked for in, instead of "
-                                        "the usual ones")},
+                .description =
+                    Texts::noop("The folders that applications are looked for in, instead of "
+                                "the usual ones")},
                {.key = Discovery::additionalSearchPathsKey,
                 .kind = Kind::folders,
-                .usual = QJsonArray(),
-                .sentence = Texts::noop("Folders that applications are looked for in besides")},
+                .defaultValue = QJsonArray(),
+                .description = Texts::noop("Folders that applications are looked for in besides")},
                {.key = Discovery::scanDepthKey,
                 .kind = Kind::integer,
-                .usual = Discovery::defaultScanDepth,
-                .sentence = Texts::noop("How many folders deep applications are looked for"),
-                .low = Discovery::minimumScanDepth,
-                .high = Discovery::maximumScanDepth,
+                .defaultValue = Discovery::defaultScanDepth,
+                .description = Texts::noop("How many folders deep applications are looked for"),
+                .minimum = Discovery::minimumScanDepth,
+                .maximum = Discovery::maximumScanDepth,
                 .isClamped = true},
                {.key = Updates::enabledKey,
                 .kind = Kind::boolean,
-                .usual = true,
-                .sentence = Texts::noop("Whether applications are checked for newer versions")},
+                .defaultValue = true,
+                .description = Texts::noop("Whether applications are checked for newer versions")},
                {.key = Updates::intervalKey,
                 .kind = Kind::choice,
-                .usual = qToUnderlying(AppUpdateInterval::daily),
-                .sentence = Texts::noop("How often they are checked, in seconds"),
+                .defaultValue = qToUnderlying(AppUpdateInterval::daily),
+                .description = Texts::noop("How often they are checked, in seconds"),
                 .choices = intervals(),
                 .titles = {Texts::noop("Every six hours"), Texts::noop("Every day"),
                            Texts::noop("Every three days"), Texts::noop("Every week")}},
                {.key = Updates::storeLookupKey,
                 .kind = Kind::address,
-                .sentence = Texts::noop("Where the store is asked for versions, instead of its own "
-                                        "address")},
+                .description = Texts::noop("Where the store is asked for versions, instead of its own "
+                                           "address")},
                {.key = Updates::storePageKey,
                 .kind = Kind::address,
-                .sentence = Texts::noop("Where the store's pages are, instead of its own address")},
+                .description = Texts::noop("Where the store's pages are, instead of its own address")},
                {.key = ReleaseNotes::lastVersionKey,
-                .sentence = Texts::noop("The version whose news was shown last")},
+                .description = Texts::noop("The version whose news was shown last")},
            };
 }
 
@@ -202,7 +204,7 @@ bool isInRange(const Setting& setting, const QJsonValue& value) {
     case Kind::integer:
     case Kind::number: {
         const double number = value.toDouble(std::numeric_limits<double>::quiet_NaN());
-        return number >= setting.low && number <= setting.high &&
+        return number >= setting.minimum && number <= setting.maximum &&
                (setting.kind == Kind::number || std::trunc(number) == number);
     }
     case Kind::boolean:
@@ -240,11 +242,11 @@ QString misspelling(const Setting& setting, const QJsonValue& value) {
 /// What a stored value comes to.
 QJsonValue inForce(const Setting& setting, const QJsonValue& value) {
     if (setting.isClamped && value.isDouble() && std::trunc(value.toDouble()) == value.toDouble())
-        return std::clamp(value.toDouble(), setting.low, setting.high);
+        return std::clamp(value.toDouble(), setting.minimum, setting.maximum);
     // Of a list the folders that can be looked at count all the same.
     const bool isRight = isInRange(setting, value) &&
                          (setting.kind == Kind::folders || misspelling(setting, value).isEmpty());
-    return isRight ? value : setting.usual;
+    return isRight ? value : setting.defaultValue;
 }
 
 } // namespace
@@ -267,7 +269,7 @@ QString rangeText(const Setting& setting) {
     switch (setting.kind) {
     case Kind::integer:
     case Kind::number:
-        return Texts::tr("%1 to %2").arg(setting.low).arg(setting.high);
+        return Texts::tr("%1 to %2").arg(setting.minimum).arg(setting.maximum);
     case Kind::boolean:
         return Texts::tr("true or false");
     case Kind::choice:
@@ -311,7 +313,7 @@ QJsonValue settingNow(const Settings& settings, const Setting& setting) {
         return inForce(setting, *value);
     if (const auto value = general ? settings.value(general->key) : std::nullopt)
         return inForce(setting, *value);
-    return setting.usual;
+    return setting.defaultValue;
 }
 
 } // namespace tessellar

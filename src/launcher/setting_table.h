@@ -16,10 +16,10 @@ struct Setting {
 
     QString key;
     Kind kind = Kind::text;
-    QJsonValue usual;          ///< the default; null if there is none
-    const char* sentence = ""; ///< describes the setting, for `Texts::tr`
-    double low = 0;            ///< range of a number
-    double high = 0;
+    QJsonValue defaultValue;      ///< the default; null if there is none
+    const char* description = ""; ///< describes the setting, for `Texts::tr`
+    double minimum = 0;           ///< range of a number
+    double maximum = 0;
     double step = 1; ///< the smallest noticeable difference
     QJsonArray choices = {};
     QList<const char*> titles = {}; ///< of the choices, in the same order

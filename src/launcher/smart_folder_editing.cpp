@@ -32,7 +32,7 @@ void SmartFolderEditing::begin(LauncherWindowMode mode, SmartFolderDefinition de
     _mode = mode;
     _before = definition;
     _draft.emplace(std::move(definition),
-                   SmartFolderTyping(_machine.locale, Calendar::system(_machine.locale)),
+                   SmartFolderInputFormat(_machine.locale, Calendar::system(_machine.locale)),
                    _machine.clock.now());
     _saved = saved();
 }
@@ -55,8 +55,8 @@ void SmartFolderEditing::close() {
 void SmartFolderEditing::change(const std::function<void(SmartFolderDraft&)>& change) {
     if (!_draft)
         return;
-    _draft->follow(SmartFolderTyping(_machine.locale, Calendar::system(_machine.locale)),
-                   _machine.clock.now());
+    _draft->setInputFormat(SmartFolderInputFormat(_machine.locale, Calendar::system(_machine.locale)),
+                           _machine.clock.now());
     change(*_draft);
     renewPreview();
 }

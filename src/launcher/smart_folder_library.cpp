@@ -38,14 +38,15 @@ SmartFolderLibrary::SmartFolderLibrary(Machine& machine)
 SmartFolderLibrary::~SmartFolderLibrary() = default;
 
 /// The facts of the applications as a mode names them.
-static SmartFolderFactsList named(const SmartFolderFactsList& facts, const SmartFolderView& view) {
-    if (view.customNames.isEmpty())
+static SmartFolderFactsList named(const SmartFolderFactsList& facts,
+                                  const SmartFolderContext& context) {
+    if (context.customNames.isEmpty())
         return facts;
     SmartFolderFactsList result;
     result.reserve(facts.size());
     for (const auto& record : facts) {
-        const auto name = view.customNames.constFind(appKey(record->entry));
-        if (name == view.customNames.constEnd() || *name == record->entry.name) {
+        const auto name = context.customNames.constFind(appKey(record->entry));
+        if (name == context.customNames.constEnd() || *name == record->entry.name) {
             result.append(record);
             continue;
         }
@@ -57,11 +58,12 @@ static SmartFolderFactsList named(const SmartFolderFactsList& facts, const Smart
 }
 
 /// Those that folders may show.
-static SmartFolderFactsList visible(const SmartFolderFactsList& facts, const SmartFolderView& view) {
-    SmartFolderFactsList result = named(facts, view);
-    if (!view.hiddenKeys.isEmpty())
+static SmartFolderFactsList visible(const SmartFolderFactsList& facts,
+                                    const SmartFolderContext& context) {
+    SmartFolderFactsList result = named(facts, context);
+    if (!context.hiddenKeys.isEmpty())
         result.removeIf(
-            [&](const auto& record) { return view.hiddenKeys.contains(appKey(record->entry)); });
+            [&](const auto& record) { return context.hiddenKeys.contains(appKey(record->entry)); });
     return result;
 }
 
@@ -114,7 +116,7 @@ SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitio
     return {};
 }
 
-bool SmartFolderLibrary::takeBack(const QList<SmartFolderDefinition>& definitions) {
+bool SmartFolderLibrary::rollBack(const QList<SmartFolderDefinition>& definitions) {
     if (definitions != _definitions || _isUnsure)
         _isUnsure = !_store.save(definitions);
     show(definitions);
@@ -177,12 +179,12 @@ SmartFolderEvaluation SmartFolderLibrary::evaluate(const SmartFolderDefinition& 
                                                    LauncherWindowMode mode, const Locale& locale,
                                                    Instant now) const {
     return SmartFolderEvaluator(_machine.files)
-        .evaluate(definition, visible(_facts, _views[at(mode)]), locale, now,
+        .evaluate(definition, visible(_facts, _contexts[at(mode)]), locale, now,
                   Calendar(locale, _calendar.timeZone()));
 }
 
 SmartFolderFactsList SmartFolderLibrary::facts(LauncherWindowMode mode) const {
-    return named(_facts, _views[at(mode)]);
+    return named(_facts, _contexts[at(mode)]);
 }
 
 // ---- what evaluations depend on
@@ -199,10 +201,10 @@ void SmartFolderLibrary::setApps(const QList<AppEntry>& apps) {
     startRound();
 }
 
-void SmartFolderLibrary::setView(LauncherWindowMode mode, SmartFolderView view) {
-    if (view == _views[at(mode)])
+void SmartFolderLibrary::setContext(LauncherWindowMode mode, SmartFolderContext context) {
+    if (context == _contexts[at(mode)])
         return;
-    _views[at(mode)] = std::move(view);
+    _contexts[at(mode)] = std::move(context);
     if (!_apps.isEmpty())
         startRound();
 }
@@ -221,8 +223,8 @@ void SmartFolderLibrary::forgetUsage() {
     startRoundFor(SmartFolderNeed::usage);
 }
 
-void SmartFolderLibrary::followKeys(const QHash<QString, QString>& changedKeys) {
-    if (!_usage.follow(changedKeys))
+void SmartFolderLibrary::changeKeys(const QHash<QString, QString>& changedKeys) {
+    if (!_usage.changeKeys(changedKeys))
         return;
     _runtimeWithUsage.reset();
     _usage.save();
@@ -272,13 +274,13 @@ void SmartFolderLibrary::startRound() {
     // What is under way is of an older generation: its tasks end and reach nobody.
     _factsTask.cancel();
     _evaluationTask.cancel();
-    scheduleNextLook();
+    scheduleNextDay();
     if (_preview)
         gatherForPreview();
     if (_definitions.isEmpty() && _waiting.empty()) {
         const bool wasShown =
             std::ranges::any_of(_evaluations, [](const Evaluations& each) { return !each.isEmpty(); });
-        return finishRound({.evaluations = {}, .prepared = {}, .isAnother = wasShown}, true);
+        return finishRound({.evaluations = {}, .prepared = {}, .isChanged = wasShown}, true);
     }
     _factsTask = _catalog.facts(request(_apps, needs() | _extraNeeds),
                                 [this](const SmartFolderFactsList& facts, bool isComplete) {
@@ -287,40 +289,40 @@ void SmartFolderLibrary::startRound() {
 }
 
 SmartFolderLibrary::PreparedPointer SmartFolderLibrary::prepare(const SmartFolderFactsList& facts,
-                                                                const SmartFolderView& view,
-                                                                const ForModes<PreparedPointer>& before,
+                                                                const SmartFolderContext& context,
+                                                                const PerMode<PreparedPointer>& before,
                                                                 const Locale& locale,
                                                                 const FileSystem& files) {
     for (const PreparedPointer& known : before)
-        if (known && known->facts == facts && known->view == view &&
+        if (known && known->facts == facts && known->context == context &&
             known->index->isGoodFor(known->index->facts(), locale))
             return known;
     return std::make_shared<const Prepared>(
-        facts, view,
-        std::make_shared<const SmartFolderFactsIndex>(visible(facts, view), locale, files));
+        facts, context,
+        std::make_shared<const SmartFolderFactsIndex>(visible(facts, context), locale, files));
 }
 
 void SmartFolderLibrary::evaluateRound(const SmartFolderFactsList& facts, bool isComplete) {
     _facts = facts;
     _evaluationTask = _machine.workers.run(
         Lane::computing,
-        [definitions = _definitions, facts, views = _views, prepared = _prepared, before = _evaluations,
-         locale = _machine.locale, calendar = _calendar, now = _machine.clock.now(),
-         &files = _machine.files](const std::stop_token& stop) {
+        [definitions = _definitions, facts, contexts = _contexts, prepared = _prepared,
+         before = _evaluations, locale = _machine.locale, calendar = _calendar,
+         now = _machine.clock.now(), &files = _machine.files](const std::stop_token& stop) {
             Evaluated result;
-            for (std::size_t mode = 0; mode < views.size(); ++mode) {
-                if (mode > 0 && views[mode] == views[0]) {
+            for (std::size_t mode = 0; mode < contexts.size(); ++mode) {
+                if (mode > 0 && contexts[mode] == contexts[0]) {
                     result.prepared[mode] = result.prepared[0];
                     result.evaluations[mode] = result.evaluations[0];
                     continue;
                 }
-                result.prepared[mode] = prepare(facts, views[mode], prepared, locale, files);
+                result.prepared[mode] = prepare(facts, contexts[mode], prepared, locale, files);
                 auto all = SmartFolderEvaluator::evaluateAll(definitions, *result.prepared[mode]->index,
                                                              now, calendar, stop);
                 for (qsizetype i = 0; i < all.size(); ++i)
                     result.evaluations[mode].insert(definitions.at(i).id, std::move(all[i]));
             }
-            result.isAnother = result.evaluations != before;
+            result.isChanged = result.evaluations != before;
             return result;
         },
         [this, isComplete](Evaluated evaluated) { finishRound(std::move(evaluated), isComplete); });
@@ -328,7 +330,7 @@ void SmartFolderLibrary::evaluateRound(const SmartFolderFactsList& facts, bool i
 
 void SmartFolderLibrary::finishRound(Evaluated evaluated, bool isComplete) {
     _prepared = std::move(evaluated.prepared);
-    if (evaluated.isAnother) {
+    if (evaluated.isChanged) {
         _evaluations = std::move(evaluated.evaluations);
         changed.notify();
     }
@@ -362,7 +364,7 @@ void SmartFolderLibrary::gatherFactsOf(
         [this, task, mode, told = std::move(told)](const SmartFolderFactsList& facts, bool isComplete) {
             if (isComplete)
                 _singleTasks.erase(task);
-            told(*named(facts, _views[at(mode)]).first(), isComplete);
+            told(*named(facts, _contexts[at(mode)]).first(), isComplete);
         });
 }
 
@@ -398,11 +400,11 @@ void SmartFolderLibrary::evaluatePreview() {
     const std::size_t mode = at(_preview->mode);
     _preview->evaluationTask = _machine.workers.run(
         Lane::computing,
-        [definition = _preview->definition, facts = *_preview->facts, view = _views[mode],
-         before = ForModes<PreparedPointer>{_preview->prepared, _prepared[mode]},
+        [definition = _preview->definition, facts = *_preview->facts, context = _contexts[mode],
+         before = PerMode<PreparedPointer>{_preview->prepared, _prepared[mode]},
          locale = _machine.locale, calendar = _calendar, now = _machine.clock.now(),
          &files = _machine.files](const std::stop_token& stop) {
-            auto prepared = prepare(facts, view, before, locale, files);
+            auto prepared = prepare(facts, context, before, locale, files);
             auto evaluations =
                 SmartFolderEvaluator::evaluateAll({definition}, *prepared->index, now, calendar, stop);
             return std::pair(std::move(prepared), std::move(evaluations.first()));
@@ -418,14 +420,14 @@ void SmartFolderLibrary::evaluatePreview() {
 
 // ---- days
 
-void SmartFolderLibrary::lookAgain() {
+void SmartFolderLibrary::reevaluate() {
     // What was used meanwhile without the launcher, bundles tell.
-    if (!lookAtDay() && !_apps.isEmpty())
+    if (!reevaluateOnNewDay() && !_apps.isEmpty())
         startRoundFor(SmartFolderNeed::usage);
 }
 
 /// False where it is the same day in the same zone.
-bool SmartFolderLibrary::lookAtDay() {
+bool SmartFolderLibrary::reevaluateOnNewDay() {
     const Instant now = _machine.clock.now();
     if (Calendar::system(_machine.locale).timeZone() != _calendar.timeZone()) {
         _runtimeWithUsage.reset();
@@ -433,7 +435,7 @@ bool SmartFolderLibrary::lookAtDay() {
         return true;
     }
     if (!_today || (_today->start <= now && now < _today->end)) {
-        scheduleNextLook();
+        scheduleNextDay();
         return false;
     }
     _runtimeWithUsage.reset();
@@ -441,19 +443,19 @@ bool SmartFolderLibrary::lookAtDay() {
     return true;
 }
 
-void SmartFolderLibrary::scheduleNextLook() {
+void SmartFolderLibrary::scheduleNextDay() {
     const Instant now = _machine.clock.now();
     const auto today = _calendar.interval(CalendarUnit::day, now);
     if (today != std::exchange(_today, today))
         _runtimeWithUsage.reset(); // what was never used is known after so many days
     if (!_today || _definitions.isEmpty())
-        return _nextLook.cancel();
+        return _nextDay.cancel();
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(_today->end - now);
     // A clock that was set, a machine that slept or came into another time zone is noticed before long
     // even when nobody says so.
-    _nextLook = _machine.scheduler.after(
+    _nextDay = _machine.scheduler.after(
         std::clamp<std::chrono::milliseconds>(wait, std::chrono::milliseconds(1), longestWait),
-        [this] { (void)lookAtDay(); });
+        [this] { (void)reevaluateOnNewDay(); });
 }
 
 } // namespace tessellar

@@ -18,127 +18,126 @@ namespace tessellar {
 
 class SmartFolderFactsIndex;
 
-/// What a display mode makes of the applications. Those that it hides are in no smart folder there.
-struct SmartFolderView {
-    QHash<QString, QString> customNames; ///< that the user gave, by app key
+/// A display mode's own names and hidden applications. Its smart folders leave hidden ones out.
+struct SmartFolderContext {
+    QHash<QString, QString> customNames; ///< by app key
     QSet<QString> hiddenKeys;
 
-    bool operator==(const SmartFolderView&) const = default;
+    bool operator==(const SmartFolderContext&) const = default;
 };
 
-/// The smart folders of the launcher: their definitions, the facts of all applications, and what each
-/// folder shows in each display mode.
+/// The smart folders: their definitions, the facts of all applications, and the contents of each folder
+/// in each display mode.
 ///
-/// Evaluations follow whatever they depend on, off the main thread, in rounds:
+/// Evaluations are kept current off the main thread, in rounds:
 ///
-///     1. the facts are gathered that the definitions need: first those that bundles tell, then, as
-///        they come, those for which tools have to be run;
-///     2. all definitions are evaluated over them on a worker, each time that more is known;
-///     3. the results come back; where something has changed meanwhile they are dropped, and the next
-///        round's count. What equals what was shown is not redrawn.
+///     1. the facts that the definitions need are gathered: first from bundles, then from tools as
+///        these complete;
+///     2. a worker evaluates all definitions each time more facts are known;
+///     3. the results are applied, or dropped if their inputs have changed meanwhile. Listeners are
+///        notified only of differences.
 ///
-/// A round begins when applications, their names, hidden applications, definitions or the locale
-/// change, when usage, update statuses, channels or custom icons do that a definition needs, and at the
-/// start of each day.
+/// A round starts when applications, their names, hidden applications, definitions or the locale
+/// change, when usage, update statuses, channels or custom icons that a definition needs change, and at
+/// the start of each day.
 class SmartFolderLibrary {
 public:
     using Outcome = std::expected<void, LauncherError>;
     explicit SmartFolderLibrary(Machine& machine);
     ~SmartFolderLibrary();
 
-    /// Reads the registry and the record of usage.
+    /// Loads the registry and the usage records.
     void load();
-    /// True when definitions may be changed; `failure` says why not.
+    /// True if definitions can be changed; otherwise see `failure`.
     bool isWritable() const { return !_store.isWriteBlocked(); }
     const std::optional<LauncherError>& failure() const { return _failure; }
     Outcome recover(SmartFolderRecovery how);
-    /// What is said, below the title of `failure`, while definitions cannot be changed.
+    /// Shown below the title of `failure` while definitions cannot be changed.
     static QString unavailableNotice();
 
     const QList<SmartFolderDefinition>& definitions() const { return _definitions; }
     const SmartFolderDefinition* definition(const QUuid& id) const;
-    /// Checks and saves; a refusal has changed nothing.
+    /// Validates and saves. Changes nothing on failure.
     Outcome setDefinitions(const QList<SmartFolderDefinition>& definitions);
-    /// Shows these again, in any case; false while the registry may hold others.
-    bool takeBack(const QList<SmartFolderDefinition>& definitions);
-    /// What the definitions need to be decided: who knows such facts has reason to find them out.
+    /// Restores these in memory even if saving fails; false if the registry may differ from them.
+    bool rollBack(const QList<SmartFolderDefinition>& definitions);
+    /// The kinds of facts that the definitions need.
     SmartFolderNeeds needs() const;
 
     /// The definition's name, or "Unavailable Smart Folder".
     QString name(const QUuid& id) const;
-    /// What stands beside a folder that is not all there: a definition that is missing, rules that
-    /// could not be decided, or not yet. Empty when all is well.
+    /// Explains incomplete contents: the definition is missing, or rules could not be decided, or not
+    /// yet. Empty if complete.
     QString notice(const QUuid& id, LauncherWindowMode mode) const;
-    /// The same of an evaluation.
+    /// The same for an evaluation.
     QString notice(const SmartFolderDefinition& definition,
                    const SmartFolderEvaluation& evaluation) const;
-    /// What a folder shows; empty before the first round.
+    /// A folder's contents; empty before the first round.
     QStringList appKeys(const QUuid& id, LauncherWindowMode mode) const;
     const SmartFolderEvaluation* evaluation(const QUuid& id, LauncherWindowMode mode) const;
     using Evaluations = QHash<QUuid, SmartFolderEvaluation>;
     const Evaluations& evaluations(LauncherWindowMode mode) const { return _evaluations[at(mode)]; }
-    /// One evaluation at once, on the calling thread, over the facts at hand.
+    /// Evaluates synchronously over the facts known now.
     SmartFolderEvaluation evaluate(const SmartFolderDefinition& definition, LauncherWindowMode mode,
                                    const Locale& locale, Instant now) const;
 
-    /// What a definition would show that is not saved, with the facts that this was worked out over:
-    /// found as in a round, and told again whenever it may have changed, until another is previewed or
-    /// none. What another preview has gathered serves this one, too.
+    /// Evaluates an unsaved definition as a round would. `previewed` gets the result and the facts it
+    /// is based on, now and after every change, until the next `preview` or `endPreview`. Consecutive
+    /// previews share the facts gathered.
     using Previewed = std::function<void(SmartFolderEvaluation, const SmartFolderFactsList&)>;
     void preview(const SmartFolderDefinition& definition, LauncherWindowMode mode, Previewed previewed);
     void endPreview();
 
-    /// The facts of the last round, of hidden applications too, in the order of the applications.
+    /// The facts of the last round, in the order of the applications, including hidden ones.
     SmartFolderFactsList facts(LauncherWindowMode mode) const;
-    /// Calls `done` once the facts are those of now, with these needs beside those of the definitions;
-    /// for what only definitions need it does not wait.
+    /// Calls `done` once the facts for `needs` are up to date. Does not wait for facts that only
+    /// definitions need.
     void gatherFacts(SmartFolderNeeds needs, std::function<void()> done);
-    /// All facts of one application, without a look at any other: what is known at first, and all at
-    /// the end.
+    /// Gathers all facts of one application alone: first those known at once, then all of them.
     void gatherFactsOf(const AppEntry& app, LauncherWindowMode mode,
                        std::function<void(const SmartFolderAppFacts&, bool isComplete)> told);
 
-    // What evaluations depend on.
+    // Inputs of evaluations.
     void setApps(const QList<AppEntry>& apps);
-    void setView(LauncherWindowMode mode, SmartFolderView view);
+    void setContext(LauncherWindowMode mode, SmartFolderContext context);
     void recordLaunch(const QString& appKey);
-    /// What was recorded of use, at the user's wish.
+    /// Deletes the usage records.
     void forgetUsage();
-    /// Applications that go by another key now: what was recorded of them goes with them.
-    void followKeys(const QHash<QString, QString>& changedKeys);
-    /// Changes what the launcher knows besides: update statuses, channels, custom icons.
+    /// Moves usage records to the applications' new keys.
+    void changeKeys(const QHash<QString, QString>& changedKeys);
+    /// Sets the facts known to the launcher: update statuses, channels, custom icons.
     void setRuntimeFacts(SmartFolderRuntimeFacts facts);
     const SmartFolderRuntimeFacts& runtimeFacts() const { return _runtime; }
-    /// To be called after the machine's locale was changed.
+    /// Call after changing the machine's locale.
     void localeChanged();
-    /// Looks whether it is another day, or another time zone, and what was used meanwhile: to be called
-    /// when the user may come back after a while, as after a sleep, which timers do not notice.
-    void lookAgain();
+    /// Checks for a new day, a new time zone and applications used meanwhile. Call when the user may
+    /// have been away; timers do not advance during sleep.
+    void reevaluate();
 
     quint64 inspectionCount() const { return _catalog.inspectionCount(); }
 
-    Signal<> changed; ///< definitions, or what folders show
+    Signal<> changed; ///< definitions or folder contents
 
 private:
     template <typename T>
-    using ForModes = std::array<T, 2>;
-    /// The facts as a mode sees them, ready for definitions. Never changes; any thread may use it.
+    using PerMode = std::array<T, 2>;
+    /// The facts of one mode, indexed for evaluation. Immutable; usable on any thread.
     struct Prepared {
-        SmartFolderFactsList facts; ///< of the catalog
-        SmartFolderView view;
+        SmartFolderFactsList facts; ///< from the catalog
+        SmartFolderContext context;
         std::shared_ptr<const SmartFolderFactsIndex> index;
     };
     using PreparedPointer = std::shared_ptr<const Prepared>;
     struct Evaluated {
-        ForModes<Evaluations> evaluations;
-        ForModes<PreparedPointer> prepared;
-        bool isAnother = false;
+        PerMode<Evaluations> evaluations;
+        PerMode<PreparedPointer> prepared;
+        bool isChanged = false;
     };
     struct Preview {
         SmartFolderDefinition definition;
         LauncherWindowMode mode;
         Previewed previewed;
-        SmartFolderNeeds needs; ///< of this one and those before it
+        SmartFolderNeeds needs; ///< of this preview and earlier ones
         std::optional<SmartFolderFactsList> facts;
         PreparedPointer prepared;
         Task factsTask;
@@ -146,20 +145,20 @@ private:
     };
 
     static std::size_t at(LauncherWindowMode mode) { return static_cast<std::size_t>(mode); }
-    static PreparedPointer prepare(const SmartFolderFactsList& facts, const SmartFolderView& view,
-                                   const ForModes<PreparedPointer>& before, const Locale& locale,
+    static PreparedPointer prepare(const SmartFolderFactsList& facts, const SmartFolderContext& context,
+                                   const PerMode<PreparedPointer>& before, const Locale& locale,
                                    const FileSystem& files);
     void accept(const SmartFolderStore::LoadResult& result);
     void show(const QList<SmartFolderDefinition>& definitions);
-    /// Begins a round when anything shown needs one of these.
+    /// Starts a round if any definition needs one of these.
     void startRoundFor(SmartFolderNeeds others);
     void startRound();
     void evaluateRound(const SmartFolderFactsList& facts, bool isComplete);
     void finishRound(Evaluated evaluated, bool isComplete);
     void gatherForPreview();
     void evaluatePreview();
-    bool lookAtDay();
-    void scheduleNextLook();
+    bool reevaluateOnNewDay();
+    void scheduleNextDay();
     SmartFolderFactsCatalog::Request request(QList<AppEntry> apps, SmartFolderNeeds needs);
 
     Machine& _machine;
@@ -169,30 +168,30 @@ private:
     Calendar _calendar;
     std::optional<LauncherError> _failure;
     QList<SmartFolderDefinition> _definitions;
-    bool _isUnsure = false; ///< whether the registry holds them: a save failed, and so did the way back
+    bool _isUnsure = false; ///< the registry may differ: a save failed, and so did its rollback
     QList<AppEntry> _apps;  ///< as the scan names them
-    ForModes<SmartFolderView> _views;
-    /// Without usage. Of updates nothing is known before somebody says so.
+    PerMode<SmartFolderContext> _contexts;
+    /// Without usage. Update facts are pending until they are set.
     SmartFolderRuntimeFacts _runtime{.pending = SmartFolderNeed::updates | SmartFolderNeed::channels};
     std::optional<SmartFolderRuntimeFacts> _runtimeWithUsage;
     SmartFolderFactsList _facts;
-    ForModes<Evaluations> _evaluations;
-    ForModes<PreparedPointer> _prepared; ///< of the last round, for the next one with the same facts
+    PerMode<Evaluations> _evaluations;
+    PerMode<PreparedPointer> _prepared; ///< by the last round, reused while the facts are the same
     SmartFolderNeeds _extraNeeds;
     Task _factsTask;
     Task _evaluationTask;
     std::optional<Preview> _preview;
     std::list<Task> _singleTasks;
     std::optional<CalendarInterval> _today;
-    Timer _nextLook;
+    Timer _nextDay;
     struct Waiting {
         SmartFolderNeeds needs;
         std::function<void()> done;
     };
-    std::vector<Waiting> _waiting; ///< for facts
+    std::vector<Waiting> _waiting; ///< callers of `gatherFacts`
 };
 
-/// The smart folders that show each application, by app key. Good for any thread.
+/// The names of the smart folders that contain each application, by app key. Thread-safe.
 QHash<QString, QStringList> namesByAppKey(const QList<SmartFolderDefinition>& definitions,
                                           const SmartFolderLibrary::Evaluations& evaluations);
 

@@ -90,8 +90,8 @@ std::expected<void, FileError> StepJournal::putImportRecordBack(const QString& r
                : removed;
 }
 
-std::optional<Files> StepJournal::cutOff(const std::array<LayoutStore::LoadResult, 2>& loaded,
-                                         const SmartFolderLibrary& smartFolders) {
+std::optional<Files> StepJournal::interruptedStep(const std::array<LayoutStore::LoadResult, 2>& loaded,
+                                                  const SmartFolderLibrary& smartFolders) {
     auto note = loadJson<Note>(_file);
     if (!note && note.error().kind == JsonFileError::Kind::damaged)
         (void)end();

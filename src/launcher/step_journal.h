@@ -11,47 +11,47 @@ namespace tessellar {
 
 class SmartFolderLibrary;
 
-/// Lets a step that changes several files be whole: all of them are as it wants them, or none, also
-/// after the program was killed between two of them, or when the disk takes nothing any more.
+/// Makes steps that change several files atomic, even if the program is killed in between or the disk
+/// is full: a rollback journal.
 ///
-/// 1. `begin` writes down what each file holds, and a digest of what it is to hold.
-/// 2. The files are written, each whole, by their own stores.
-/// 3. `end` takes the note away: with that the step is made, and not before.
+/// 1. `begin` records the contents of each file, and a digest of its contents to be.
+/// 2. The files are written atomically by their own stores.
+/// 3. `end` deletes the record, which commits the step.
 ///
-/// A note that is found at the start is of a step that was cut off, or that failed and could not be
-/// taken back: its files hold again what they held. Where one of them is neither as it was nor as it
-/// was to be, others have worked on it since, and the note means nothing any more.
+/// A record found at start-up belongs to a step that was interrupted, or that failed and could not be
+/// rolled back: its files get their old contents back. If a file has neither its old nor its new
+/// contents, it was changed since, and the record is discarded.
 ///
 ///     unfinished-step.json
 class StepJournal {
 public:
-    /// What the files hold that a step changes; absent where it leaves one alone.
+    /// The contents of the files that a step changes; absent if unchanged.
     struct Files {
         std::optional<LayoutDocument> fullScreen = {};
         std::optional<LayoutDocument> windowed = {};
         std::optional<QList<SmartFolderDefinition>> definitions = {};
-        std::optional<QMap<QString, QJsonValue>> settings = {}; ///< null for those that are not set
-        /// The record of an import: its bytes as Latin-1, empty where there is none.
+        std::optional<QMap<QString, QJsonValue>> settings = {}; ///< null if unset
+        /// The import metadata: its bytes as Latin-1, empty if there is no file.
         std::optional<QString> importRecord = {};
     };
 
     StepJournal(const Machine& machine, const QString& directory);
 
-    /// Nothing may wait to be saved: `before` is what the files hold now.
+    /// `before` must be what the files contain now; no save may be pending.
     std::expected<void, FileError> begin(const Files& before, const Files& after);
-    /// Success means that the step stands, whatever happens.
+    /// Commits the step; it is permanent once this succeeds.
     std::expected<void, FileError> end();
-    /// What the files of a step held that was cut off, and are to hold again; nothing where there is no
-    /// such step, or where they cannot all be seen now.
-    std::optional<Files> cutOff(const std::array<LayoutStore::LoadResult, 2>& loaded,
-                                const SmartFolderLibrary& smartFolders);
+    /// The contents that the files of an interrupted step had before it; nullopt if there is no such
+    /// step, or if not all files can be read.
+    std::optional<Files> interruptedStep(const std::array<LayoutStore::LoadResult, 2>& loaded,
+                                         const SmartFolderLibrary& smartFolders);
 
-    /// The record of an import as it is, as `Files` has it; nothing where it cannot be read now.
+    /// The present import metadata, encoded as in `Files`; nullopt if unreadable.
     std::optional<QString> importRecord() const;
-    /// Makes it that again.
+    /// Restores the import metadata.
     std::expected<void, FileError> putImportRecordBack(const QString& record) const;
 
-    struct Note; ///< what the file holds
+    struct Note; ///< the contents of the file
 
 private:
     const Machine& _machine;

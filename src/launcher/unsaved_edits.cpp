@@ -8,9 +8,9 @@ namespace tessellar {
 
 static constexpr std::array modes{LauncherWindowMode::fullScreen, LauncherWindowMode::windowed};
 
-UnsavedEdits::UnsavedEdits(LayoutStore& store, TakeBack takeBack, Tell tellUser)
+UnsavedEdits::UnsavedEdits(LayoutStore& store, RollBack rollBack, Tell tellUser)
     : _store(store)
-    , _takeBack(std::move(takeBack))
+    , _rollBack(std::move(rollBack))
     , _tellUser(std::move(tellUser))
     , _saveEnded(store.saveEnded.connect(
           [this](LauncherWindowMode mode, LayoutStore::Revision revision,
@@ -45,7 +45,7 @@ void UnsavedEdits::whenSaved(const Editor& editor, Whose whose, Done done) {
     _waiting.push_back(std::move(waiting));
     for (const LauncherWindowMode mode : modes)
         if (until[std::size_t(mode)] != 0)
-            _store.hurry(mode);
+            _store.startPendingSave(mode);
     tell();
 }
 
@@ -90,7 +90,7 @@ void UnsavedEdits::fail(LauncherWindowMode mode, const LauncherError& error) {
                    : error);
     }
     if (!takenBack.isEmpty())
-        _takeBack(takenBack);
+        _rollBack(takenBack);
     const bool areLeft =
         std::ranges::any_of(edits, [](const Unsaved& unsaved) { return !unsaved.editor; });
     if (areLeft || concernsUser)

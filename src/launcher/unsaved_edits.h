@@ -13,7 +13,7 @@ namespace tessellar {
 struct UnsavedEdit {
     LauncherWindowMode mode = LauncherWindowMode::fullScreen; ///< of the changed document
     LayoutDocument before;                                    ///< the document before the edit
-    std::function<void()> takeBack;                           ///< from history
+    std::function<void()> rollBack;                           ///< from history
     bool isStepOfHistory = false;                             ///< an undo or redo
 };
 
@@ -32,12 +32,12 @@ public:
     /// Identifies a command, or a batch of commands. Null for edits by hand.
     using Editor = std::shared_ptr<const void>;
     /// Undoes edits of one mode, newest first, and saves the result.
-    using TakeBack = std::function<void(const QList<UnsavedEdit>&)>;
+    using RollBack = std::function<void(const QList<UnsavedEdit>&)>;
     /// Tells the user that a save failed: edits by hand stay unsaved, or an undo was taken back.
     enum class Left { unsaved, nothing };
     using Tell = std::function<void(const LauncherError&, Left)>;
 
-    UnsavedEdits(LayoutStore& store, TakeBack takeBack, Tell tellUser);
+    UnsavedEdits(LayoutStore& store, RollBack rollBack, Tell tellUser);
 
     /// Attributes all edits made during `call` to `editor`.
     void editAs(const Editor& editor, const std::function<void()>& call);
@@ -68,7 +68,7 @@ private:
     void tell();
 
     LayoutStore& _store;
-    TakeBack _takeBack;
+    RollBack _rollBack;
     Tell _tellUser;
     Editor _editor;
     std::array<QList<Unsaved>, 2> _edits; ///< per mode, newest last

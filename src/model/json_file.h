@@ -11,9 +11,9 @@ namespace tessellar {
 /// Why a document could not be loaded.
 struct JsonFileError {
     enum class Kind {
-        unreadable, ///< a read error, perhaps temporary; the contents are unknown
-        damaged,    ///< read, but not a valid document
-        later,      ///< written by a later version of the launcher
+        unreadable,   ///< a read error, perhaps temporary; the contents are unknown
+        damaged,      ///< read, but not a valid document
+        newerVersion, ///< written by a later version of the launcher
     };
     Kind kind = Kind::unreadable;
     QString text; ///< one sentence
@@ -34,7 +34,7 @@ std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
         if (value &&
             value->toObject().value(QStringLiteral("version")).toInteger() > Document::supportedVersion)
             return std::unexpected(JsonFileError{
-                JsonFileError::Kind::later,
+                JsonFileError::Kind::newerVersion,
                 Texts::tr("“%1” is from a later version of Tessellar.").arg(file.path())});
     auto document = value ? json::decode<Document>(*value) : std::unexpected(value.error());
     if constexpr (requires { Document::supportedVersion; })

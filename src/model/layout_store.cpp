@@ -86,7 +86,7 @@ LayoutStore::LoadResult LayoutStore::load(LauncherWindowMode mode) {
     return accept(mode, read(*working(mode).file));
 }
 
-Task LayoutStore::loadBehind(LauncherWindowMode mode, std::function<void(LoadResult)> done) {
+Task LayoutStore::loadInBackground(LauncherWindowMode mode, std::function<void(LoadResult)> done) {
     return _machine.workers.run(
         [file = working(mode).file](std::stop_token) { return read(*file); },
         [this, mode, wasBlocked = isWriteBlocked(mode), done = std::move(done)](Read read) {
@@ -216,8 +216,8 @@ void LayoutStore::handOver(LauncherWindowMode mode) {
     });
 }
 
-void LayoutStore::saveBehind(LauncherWindowMode mode, const Document& document,
-                             BackgroundFile::Done done) {
+void LayoutStore::saveInBackground(LauncherWindowMode mode, const Document& document,
+                                   BackgroundFile::Done done) {
     Working& file = working(mode);
     if (file.isBlocked)
         return;

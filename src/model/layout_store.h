@@ -28,7 +28,7 @@ class SavedArrangements;
 /// A working file that exists but cannot be used blocks its mode: nothing is written until a reset, or
 /// until a later load finds a usable file or none. Edits are saved 300 ms after the last one, encoded
 /// and written on a worker. Failed saves are kept in memory and retried at the next edit, `flush` or
-/// `hurry`.
+/// `startPendingSave`.
 ///
 /// Main thread only. The two modes share nothing but the folder.
 class LayoutStore {
@@ -53,8 +53,8 @@ public:
     };
     struct Failed {
         Error error;
-        QString detail;       ///< for the log: what was wrong, and where
-        bool mayPass = false; ///< a read error, perhaps temporary; the contents are unknown
+        QString detail;           ///< for the log: what was wrong, and where
+        bool isTransient = false; ///< a read error, perhaps temporary; the contents are unknown
     };
     using LoadResult = std::variant<Document, Missing, Failed>;
 
@@ -76,13 +76,13 @@ public:
     LoadResult load(LauncherWindowMode mode);
     /// As `load`, on a worker; `done` is called on the main thread. Nothing is saved until then. If a
     /// blocked mode is reset meanwhile, the reset wins.
-    [[nodiscard]] Task loadBehind(LauncherWindowMode mode, std::function<void(LoadResult)> done);
+    [[nodiscard]] Task loadInBackground(LauncherWindowMode mode, std::function<void(LoadResult)> done);
     void scheduleSave(LauncherWindowMode mode, const Document& document);
     /// Starts scheduled and failed saves at once, without blocking.
-    void hurry(LauncherWindowMode mode) { handOver(mode); }
+    void startPendingSave(LauncherWindowMode mode) { handOver(mode); }
     /// As `saveNow`, without blocking: `done` is called on the main thread, unless the store is
     /// destroyed first. If the mode is blocked, does nothing and never calls `done`.
-    void saveBehind(LauncherWindowMode mode, const Document& document, BackgroundFile::Done done);
+    void saveInBackground(LauncherWindowMode mode, const Document& document, BackgroundFile::Done done);
     /// Blocks until the document is on the disk.
     std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document);
     std::expected<void, FileError> reset(LauncherWindowMode mode);

@@ -82,11 +82,11 @@ std::expected<std::unique_ptr<HostMachine>, QString> HostMachine::make(const Mac
     auto places = host->findPlaces(options);
     if (!places)
         return std::unexpected(places.error());
-    const UserStore store{.files = host->_files,
-                          .commands = host->_commands,
-                          .environment = host->_environment,
-                          .home = places->home,
-                          .hasRoot = options.root.has_value()};
+    const UserSettingsContext store{.files = host->_files,
+                                    .commands = host->_commands,
+                                    .environment = host->_environment,
+                                    .home = places->home,
+                                    .hasRoot = options.root.has_value()};
     places->applicationSupport = applicationSupportDirectory(store);
     host->_settings = makeUserSettings(store);
     host->_machine = std::make_unique<Machine>(

@@ -16,7 +16,7 @@ qint64 peakResidentMemory() {
 
 bool hasReliableGraphics() { return false; }
 
-bool staysWithoutWindow() { return false; }
+bool keepsRunningWithoutWindow() { return false; }
 
 QStringList preferredFontFamilies() { return {QStringLiteral("Inter"), QStringLiteral("Noto Sans")}; }
 

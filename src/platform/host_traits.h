@@ -14,7 +14,7 @@ qint64 peakResidentMemory();
 bool hasReliableGraphics();
 
 /// Whether the program keeps running without a window, ready to show it again at once.
-bool staysWithoutWindow();
+bool keepsRunningWithoutWindow();
 
 /// Font families to prefer to the system's default; empty to use the default.
 QStringList preferredFontFamilies();

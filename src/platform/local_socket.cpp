@@ -115,7 +115,7 @@ std::optional<std::uint64_t> processStartTime(std::int64_t process) {
 #endif
 }
 
-std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath, SocketReach reach) {
+std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath, SocketAccess access) {
     const auto address = addressOf(hostPath);
     if (!address)
         return std::unexpected(address.error());
@@ -131,7 +131,7 @@ std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath, SocketR
     if (::bind(socket->get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0)
         return std::unexpected(errno);
     // Nobody connects before it listens, whatever its mode was until then.
-    const mode_t mode = reach == SocketReach::everyone ? 0666 : 0600;
+    const mode_t mode = access == SocketAccess::everyone ? 0666 : 0600;
     if (::chmod(hostPath.constData(), mode) == 0 && ::listen(socket->get(), backlog) == 0)
         return socket;
     const int error = errno;
@@ -154,8 +154,8 @@ std::expected<Descriptor, int> connectLocally(const QByteArray& hostPath) {
     return socket;
 }
 
-std::expected<Descriptor, int> acceptLocally(int listening, milliseconds patience) {
-    if (const int error = await(listening, POLLIN, std::chrono::steady_clock::now() + patience))
+std::expected<Descriptor, int> acceptLocally(int listening, milliseconds timeout) {
+    if (const int error = await(listening, POLLIN, std::chrono::steady_clock::now() + timeout))
         return std::unexpected(error);
     Descriptor socket(retrying([&] { return ::accept(listening, nullptr, nullptr); }));
     if (!socket)
@@ -171,8 +171,8 @@ std::optional<Descriptor> inheritedSocket(const QByteArray& listenPid, const QBy
     return Descriptor(firstInherited);
 }
 
-std::expected<QByteArray, int> readFrame(int socket, qsizetype maximum, milliseconds patience) {
-    const Time end = std::chrono::steady_clock::now() + patience;
+std::expected<QByteArray, int> readFrame(int socket, qsizetype maximum, milliseconds timeout) {
+    const Time end = std::chrono::steady_clock::now() + timeout;
     std::array<unsigned char, 4> head{};
     if (const int error = readExactly(socket, reinterpret_cast<char*>(head.data()), head.size(), end))
         return std::unexpected(error);
@@ -192,8 +192,8 @@ std::expected<QByteArray, int> readFrame(int socket, qsizetype maximum, millisec
     return bytes;
 }
 
-int writeFrame(int socket, const QByteArray& bytes, milliseconds patience) {
-    const Time end = std::chrono::steady_clock::now() + patience;
+int writeFrame(int socket, const QByteArray& bytes, milliseconds timeout) {
+    const Time end = std::chrono::steady_clock::now() + timeout;
     const auto size = static_cast<std::uint32_t>(bytes.size());
     QByteArray frame;
     for (const int shift : {24, 16, 8, 0})
@@ -218,10 +218,10 @@ int writeFrame(int socket, const QByteArray& bytes, milliseconds patience) {
     return 0;
 }
 
-bool hasLeft(int socket, milliseconds patience) {
-    return await(socket, POLLIN, std::chrono::steady_clock::now() + patience) == 0;
+bool hasDisconnected(int socket, milliseconds timeout) {
+    return await(socket, POLLIN, std::chrono::steady_clock::now() + timeout) == 0;
 }
 
-void endWriting(int socket) { ::shutdown(socket, SHUT_WR); }
+void shutDownWriting(int socket) { ::shutdown(socket, SHUT_WR); }
 
 } // namespace tessellar

@@ -436,7 +436,7 @@ std::expected<std::int64_t, int> ProcessRunner::start(const Command& command,
     return child;
 }
 
-DetachedState ProcessRunner::look(std::int64_t number, const QByteArray& outputFile) {
+DetachedState ProcessRunner::poll(std::int64_t number, const QByteArray& outputFile) {
     using Kind = DetachedState::Kind;
     const auto child = static_cast<pid_t>(number);
     if (number <= 1 || child != number)
@@ -466,7 +466,7 @@ void ProcessRunner::terminate(std::int64_t number, const QByteArray& outputFile,
     const bool isChild =
         number > 1 && child == number &&
         ::waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT) == 0;
-    if (!isChild && !look(number, outputFile).isRunning())
+    if (!isChild && !poll(number, outputFile).isRunning())
         return;
     ::kill(-child, now ? SIGKILL : SIGTERM);
     ::kill(-child, SIGCONT);

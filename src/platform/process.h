@@ -71,7 +71,7 @@ public:
     virtual std::expected<std::int64_t, int> start(const Command& command,
                                                    const QByteArray& outputFile) = 0;
     /// The state of a command started with that file, by this program or an earlier run of it.
-    virtual DetachedState look(std::int64_t number, const QByteArray& outputFile) = 0;
+    virtual DetachedState poll(std::int64_t number, const QByteArray& outputFile) = 0;
     /// Asks a running command and all its children to end; `now` kills them.
     virtual void terminate(std::int64_t number, const QByteArray& outputFile, bool now) = 0;
 };
@@ -87,7 +87,7 @@ public:
     CommandResult run(const Command& command, std::stop_token stop) override;
     std::expected<std::int64_t, int> start(const Command& command,
                                            const QByteArray& outputFile) override;
-    DetachedState look(std::int64_t number, const QByteArray& outputFile) override;
+    DetachedState poll(std::int64_t number, const QByteArray& outputFile) override;
     void terminate(std::int64_t number, const QByteArray& outputFile, bool now) override;
 };
 

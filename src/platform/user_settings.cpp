@@ -4,13 +4,13 @@
 
 namespace tessellar {
 
-std::unique_ptr<Settings> makeUserSettings(const UserStore& store) {
+std::unique_ptr<Settings> makeUserSettings(const UserSettingsContext& store) {
     return std::make_unique<FileSettings>(store.files,
                                           store.home + QLatin1StringView("/Library/Preferences/") +
                                               applicationIdentifier + QLatin1StringView(".json"));
 }
 
-QString applicationSupportDirectory(const UserStore& store) {
+QString applicationSupportDirectory(const UserSettingsContext& store) {
     const auto xdg = store.environment.find("XDG_DATA_HOME");
     if (store.hasRoot)
         return store.home + QLatin1StringView("/Library/Application Support");

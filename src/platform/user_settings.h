@@ -10,7 +10,7 @@ namespace tessellar {
 // Where applications keep the user's data. The build picks the implementation: user_settings.cpp, or
 // macos/user_settings.cpp on macOS.
 
-struct UserStore {
+struct UserSettingsContext {
     const FileSystem& files;
     CommandRunner& commands;
     const std::map<QByteArray, QByteArray>& environment;
@@ -20,10 +20,10 @@ struct UserStore {
 
 /// The application's settings: "com.tessellar.app.json" in the home's Library/Preferences; on macOS
 /// without a root, the system's user defaults.
-std::unique_ptr<Settings> makeUserSettings(const UserStore& store);
+std::unique_ptr<Settings> makeUserSettings(const UserSettingsContext& store);
 
 /// The parent of applications' data folders: the home's "Library/Application Support", or the data
 /// folder on desktops that follow XDG.
-QString applicationSupportDirectory(const UserStore& store);
+QString applicationSupportDirectory(const UserSettingsContext& store);
 
 } // namespace tessellar

@@ -28,21 +28,21 @@ template <>
 struct RawValues<FileType> : EnumeratorNames<FileType::other> {};
 
 /// Field codec: bytes as Base64.
-struct Data {
+struct Base64 {
     static Decoded<QByteArray> decode(const QJsonValue& value);
     static QJsonValue encode(const QByteArray& value);
 };
 /// Field codec: all 64 bits as decimal text, as JSON numbers are exact only to 53.
-struct Whole {
+struct DecimalU64 {
     static Decoded<std::uint64_t> decode(const QJsonValue& value);
     static QJsonValue encode(std::uint64_t value);
 };
 
 template <>
 struct Fields<FileIdentity> {
-    static constexpr auto list =
-        fields(required<Whole>("device", &FileIdentity::device),
-               required<Whole>("inode", &FileIdentity::inode), required("type", &FileIdentity::type));
+    static constexpr auto list = fields(required<DecimalU64>("device", &FileIdentity::device),
+                                        required<DecimalU64>("inode", &FileIdentity::inode),
+                                        required("type", &FileIdentity::type));
 };
 
 } // namespace json

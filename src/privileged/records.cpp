@@ -30,7 +30,7 @@ QByteArray requestDigest(PrivilegedFileOperationRequest request) {
 
 namespace json {
 
-Decoded<QByteArray> Data::decode(const QJsonValue& value) {
+Decoded<QByteArray> Base64::decode(const QJsonValue& value) {
     if (!value.isString())
         return expected("base 64 data");
     const auto decoded = QByteArray::fromBase64Encoding(value.toString().toLatin1(),
@@ -39,16 +39,16 @@ Decoded<QByteArray> Data::decode(const QJsonValue& value) {
         return expected("base 64 data");
     return *decoded;
 }
-QJsonValue Data::encode(const QByteArray& value) { return QString::fromLatin1(value.toBase64()); }
+QJsonValue Base64::encode(const QByteArray& value) { return QString::fromLatin1(value.toBase64()); }
 
-Decoded<std::uint64_t> Whole::decode(const QJsonValue& value) {
+Decoded<std::uint64_t> DecimalU64::decode(const QJsonValue& value) {
     bool isNumber = false;
     const auto number = value.toString().toULongLong(&isNumber, 10);
     if (!isNumber)
         return expected("a whole number as text");
     return number;
 }
-QJsonValue Whole::encode(std::uint64_t value) { return QString::number(value); }
+QJsonValue DecimalU64::encode(std::uint64_t value) { return QString::number(value); }
 
 } // namespace json
 } // namespace tessellar

@@ -107,7 +107,7 @@ struct Fields<PrivilegedFileOperationRequest> {
     using T = PrivilegedFileOperationRequest;
     static constexpr auto list = fields(
         required("id", &T::id), required("operation", &T::operation), required("items", &T::items),
-        optional("application", &T::application), required<Data>("authorization", &T::authorization));
+        optional("application", &T::application), required<Base64>("authorization", &T::authorization));
 };
 template <>
 struct Fields<PrivilegedFileOperationOutcome> {
@@ -124,14 +124,14 @@ struct Fields<PrivilegedFileOperationResponse> {
 };
 template <>
 struct Fields<HelperChallenge> {
-    static constexpr auto list = fields(required<Data>("nonce", &HelperChallenge::nonce));
+    static constexpr auto list = fields(required<Base64>("nonce", &HelperChallenge::nonce));
 };
 template <>
 struct Fields<AdministratorApproval> {
     using T = AdministratorApproval;
     static constexpr auto list =
-        fields(required<Data>("nonce", &T::nonce), required<Data>("digest", &T::digest),
-               required<Data>("grant", &T::grant));
+        fields(required<Base64>("nonce", &T::nonce), required<Base64>("digest", &T::digest),
+               required<Base64>("grant", &T::grant));
 };
 
 } // namespace json

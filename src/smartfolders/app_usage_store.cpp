@@ -106,7 +106,7 @@ void AppUsageStore::forget() {
 
 bool AppUsageStore::isOld() const { return _machine.clock.now() - _since >= completeAfter; }
 
-bool AppUsageStore::follow(const QHash<QString, QString>& changedKeys) {
+bool AppUsageStore::changeKeys(const QHash<QString, QString>& changedKeys) {
     // All leave before any arrives: one may take the key of another that goes on.
     QList<std::pair<QString, AppUsage>> moved;
     for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it)

@@ -42,7 +42,7 @@ public:
     /// Deletes all records permanently. Present applications count as first seen now.
     void forget();
     /// Applies changed app keys; true if one of them had a record.
-    bool follow(const QHash<QString, QString>& changedKeys);
+    bool changeKeys(const QHash<QString, QString>& changedKeys);
     /// Starts saving the changes, if any. Failures are logged and retried at the next save.
     void save();
     /// Blocks until the changes are on the disk.

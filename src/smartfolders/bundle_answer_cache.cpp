@@ -76,9 +76,9 @@ BundleAnswers BundleAnswerCache::answers(const QString& bundlePath, const QStrin
 void BundleAnswerCache::keep(const QString& bundlePath, const QString& fingerprint,
                              const BundleAnswers& answers) {
     Kept kept{.fingerprint = fingerprint, .isInUse = true};
-    if (answers.architectures && answers.architectures->isLasting)
+    if (answers.architectures && answers.architectures->isCacheable)
         kept.answers.architectures = answers.architectures;
-    if (answers.signature && answers.signature->isLasting)
+    if (answers.signature && answers.signature->isCacheable)
         kept.answers.signature = answers.signature;
     if (kept.answers == BundleAnswers())
         return;

@@ -55,15 +55,15 @@ BundleTools::BundleTools(const Machine& machine)
     : _machine(machine)
     , _lipo{.path = QStringLiteral("/usr/bin/lipo"),
             .timeout = std::chrono::seconds(5),
-            .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/bin/lipo"))}
+            .isInstalled = machine.files.isExecutableFile(QStringLiteral("/usr/bin/lipo"))}
     , _codesign{.path = QStringLiteral("/usr/bin/codesign"),
                 .timeout = std::chrono::seconds(10),
-                .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/bin/codesign"))}
+                .isInstalled = machine.files.isExecutableFile(QStringLiteral("/usr/bin/codesign"))}
     , _spctl{.path = QStringLiteral("/usr/sbin/spctl"),
              .timeout = std::chrono::seconds(20),
-             .isThere = machine.files.isExecutableFile(QStringLiteral("/usr/sbin/spctl"))} {}
+             .isInstalled = machine.files.isExecutableFile(QStringLiteral("/usr/sbin/spctl"))} {}
 
-bool BundleTools::Tool::isUsable() const { return isThere && timeouts < timeoutsBeforeGivingUp; }
+bool BundleTools::Tool::isUsable() const { return isInstalled && timeouts < timeoutsBeforeGivingUp; }
 
 std::optional<ToolAnswer<CommandResult>> BundleTools::run(Tool& tool, QList<QByteArray> arguments,
                                                           const QString& path, std::stop_token stop) {
@@ -88,8 +88,8 @@ std::optional<ToolAnswer<CommandResult>> BundleTools::run(Tool& tool, QList<QByt
         ++tool.timeouts;
     if (result.outcome == Outcome::cancelled || result.outcome == Outcome::couldNotLaunch)
         return std::nullopt;
-    ToolAnswer<CommandResult> answer{.isLasting = result.outcome == Outcome::exited};
-    if (answer.isLasting && !result.outputTruncated)
+    ToolAnswer<CommandResult> answer{.isCacheable = result.outcome == Outcome::exited};
+    if (answer.isCacheable && !result.outputTruncated)
         answer.findings = std::move(result);
     return answer;
 }
@@ -107,7 +107,7 @@ std::optional<ToolAnswer<QStringList>> BundleTools::architectures(const QString&
         return std::nullopt;
     return ToolAnswer<QStringList>{
         hasSucceeded(*answer) ? parseArchitectures(answer->findings->standardOutput) : std::nullopt,
-        answer->isLasting};
+        answer->isCacheable};
 }
 
 std::optional<ToolAnswer<SignatureFindings>> BundleTools::signature(const QString& bundlePath,
@@ -118,7 +118,7 @@ std::optional<ToolAnswer<SignatureFindings>> BundleTools::signature(const QStrin
     return ToolAnswer<SignatureFindings>{
         hasSucceeded(*answer) ? std::optional(parseSignature(answer->findings->standardError))
                               : std::nullopt,
-        answer->isLasting};
+        answer->isCacheable};
 }
 
 std::optional<CodeFindings> BundleTools::code(const QString& bundlePath, std::stop_token stop) {

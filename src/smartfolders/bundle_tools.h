@@ -28,7 +28,7 @@ std::optional<QStringList> parseArchitectures(const QByteArray& output);
 template <typename Findings>
 struct ToolAnswer {
     std::optional<Findings> findings;
-    bool isLasting = true; ///< the tool completed: it would give the same answer again
+    bool isCacheable = true; ///< the tool completed: it would give the same answer again
 
     bool operator==(const ToolAnswer&) const = default;
 };
@@ -50,8 +50,8 @@ class BundleTools {
 public:
     explicit BundleTools(const Machine& machine);
 
-    bool canTellSignatures() const { return _codesign.isUsable(); }
-    bool canTellArchitectures() const { return _lipo.isUsable(); }
+    bool canReadSignatures() const { return _codesign.isUsable(); }
+    bool canReadArchitectures() const { return _lipo.isUsable(); }
 
     std::optional<ToolAnswer<QStringList>> architectures(const QString& executablePath,
                                                          std::stop_token stop);
@@ -65,7 +65,7 @@ private:
     struct Tool {
         QString path;
         std::chrono::milliseconds timeout;
-        bool isThere;
+        bool isInstalled;
         std::atomic<int> timeouts = 0;
 
         bool isUsable() const;

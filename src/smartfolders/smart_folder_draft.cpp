@@ -7,7 +7,7 @@
 namespace tessellar {
 namespace {
 
-using Edge = SmartFolderTyping::Edge;
+using Edge = SmartFolderInputFormat::Edge;
 using Unit = SmartFolderRelativeDateUnit;
 
 using Operand = SmartFolderOperand;
@@ -28,15 +28,15 @@ QString titleOf(const QStringList& words, const QString& word) {
     return words.contains(word) ? smartFolderText(word) : word;
 }
 
-QList<SmartFolderWord> menuOf(const QStringList& words, const QString& chosen) {
-    QList<SmartFolderWord> result;
+QList<SmartFolderOption> menuOf(const QStringList& words, const QString& chosen) {
+    QList<SmartFolderOption> result;
     for (const QString& word : words)
         result.append({word, smartFolderText(word), word == chosen});
     return result;
 }
 
 template <typename E>
-QList<SmartFolderWord> menuOf(E chosen) {
+QList<SmartFolderOption> menuOf(E chosen) {
     QStringList words;
     for (const auto& [value, name] : json::RawValues<E>::values)
         words.append(QLatin1StringView(name));
@@ -45,15 +45,15 @@ QList<SmartFolderWord> menuOf(E chosen) {
 
 } // namespace
 
-SmartFolderDraft::SmartFolderDraft(SmartFolderDefinition definition, SmartFolderTyping typing,
+SmartFolderDraft::SmartFolderDraft(SmartFolderDefinition definition, SmartFolderInputFormat inputFormat,
                                    Instant now)
     : _definition(std::move(definition))
-    , _typing(std::move(typing))
-    , _today(_typing.instant(_typing.day(now), Edge::start).value_or(now)) {}
+    , _inputFormat(std::move(inputFormat))
+    , _today(_inputFormat.instant(_inputFormat.day(now), Edge::start).value_or(now)) {}
 
-void SmartFolderDraft::follow(SmartFolderTyping typing, Instant now) {
-    _typing = std::move(typing);
-    _today = _typing.instant(_typing.day(now), Edge::start).value_or(now);
+void SmartFolderDraft::setInputFormat(SmartFolderInputFormat inputFormat, Instant now) {
+    _inputFormat = std::move(inputFormat);
+    _today = _inputFormat.instant(_inputFormat.day(now), Edge::start).value_or(now);
 }
 
 QList<SmartFolderValidationIssue> SmartFolderDraft::issues() const {
@@ -69,14 +69,14 @@ QList<SmartFolderValidationIssue> SmartFolderDraft::issues() const {
 
 // ---- beside the rules
 
-QList<SmartFolderWord> SmartFolderDraft::matchModes() const { return menuOf(_definition.matchMode); }
+QList<SmartFolderOption> SmartFolderDraft::matchModes() const { return menuOf(_definition.matchMode); }
 
 void SmartFolderDraft::setMatchMode(const QString& word) {
     if (const auto mode = json::fromRawValue<SmartFolderMatchMode>(word))
         _definition.matchMode = *mode;
 }
 
-QList<SmartFolderWord> SmartFolderDraft::sortFields() const {
+QList<SmartFolderOption> SmartFolderDraft::sortFields() const {
     QStringList names;
     for (const auto field : SmartFolderSortField::all())
         names.append(field.rawValue());
@@ -88,7 +88,7 @@ void SmartFolderDraft::setSortField(const QString& word) {
         _definition.sort.field = *field;
 }
 
-QList<SmartFolderWord> SmartFolderDraft::sortDirections() const {
+QList<SmartFolderOption> SmartFolderDraft::sortDirections() const {
     return menuOf(_definition.sort.direction);
 }
 
@@ -111,7 +111,7 @@ QString SmartFolderDraft::limitText() const {
 void SmartFolderDraft::typeLimit(const QString& text) {
     if (!hasLimit())
         return;
-    if (const auto limit = _typing.integer(text)) {
+    if (const auto limit = _inputFormat.integer(text)) {
         _definition.resultLimit = *limit;
         _unreadLimit.reset();
     } else {
@@ -151,13 +151,13 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
                         titles.append(titleOf(words, word));
                     add(Kind::choices, titles.join(QStringLiteral(", ")), value.isEmpty());
                 } else if constexpr (std::same_as<T, double>)
-                    add(Kind::number, _typing.text(value));
+                    add(Kind::number, _inputFormat.text(value));
                 else if constexpr (std::same_as<T, qint64>)
                     add(Kind::number, QString::number(value));
                 else if constexpr (std::same_as<T, bool>)
                     add(Kind::choice, smartFolderText(value ? u"true" : u"false"));
                 else if constexpr (std::same_as<T, Instant>)
-                    add(Kind::date, _typing.text(value, edgeOf(predicate, row.operands.size())));
+                    add(Kind::date, _inputFormat.text(value, edgeOf(predicate, row.operands.size())));
                 else
                     add(Kind::choice, smartFolderText(json::rawValue(value)));
             },
@@ -191,7 +191,7 @@ void SmartFolderDraft::replace(qsizetype place, SmartFolderRule with) {
     const QList<Operand> operands = operandsOf(with);
     for (qsizetype i = 0; i < operands.size(); ++i)
         if (const auto* instant = std::get_if<Instant>(&operands.at(i)))
-            with = withOperand(with, i, _typing.onEdge(*instant, edgeOf(predicateName(with), i)));
+            with = withOperand(with, i, _inputFormat.onEdge(*instant, edgeOf(predicateName(with), i)));
     rule = std::move(with);
 }
 
@@ -206,12 +206,12 @@ void SmartFolderDraft::removeRule(qsizetype place) {
     _definition.rules.removeAt(place);
 }
 
-QList<SmartFolderWord> SmartFolderDraft::fields(qsizetype place) const {
-    QList<SmartFolderWord> result;
+QList<SmartFolderOption> SmartFolderDraft::fields(qsizetype place) const {
+    QList<SmartFolderOption> result;
     const QString chosen = has(place) ? _definition.rules.at(place).fieldName() : QString();
     for (const QStringList& names : smartFolderFieldNames()) {
         if (!result.isEmpty())
-            result.append(SmartFolderWord());
+            result.append(SmartFolderOption());
         result.append(menuOf(names, chosen));
     }
     return result;
@@ -222,7 +222,7 @@ void SmartFolderDraft::setField(qsizetype place, const QString& word) {
         replace(place, withField(_definition.rules.at(place), word, _today));
 }
 
-QList<SmartFolderWord> SmartFolderDraft::predicates(qsizetype place) const {
+QList<SmartFolderOption> SmartFolderDraft::predicates(qsizetype place) const {
     if (!has(place))
         return {};
     const SmartFolderRule& rule = _definition.rules.at(place);
@@ -236,7 +236,7 @@ void SmartFolderDraft::setPredicate(qsizetype place, const QString& word) {
 
 // ---- operands
 
-QList<SmartFolderWord> SmartFolderDraft::choices(qsizetype place, qsizetype operand) const {
+QList<SmartFolderOption> SmartFolderDraft::choices(qsizetype place, qsizetype operand) const {
     if (!has(place) || operand < 0 || operand >= operandsOf(_definition.rules.at(place)).size())
         return {};
     const SmartFolderRule& rule = _definition.rules.at(place);
@@ -256,7 +256,7 @@ QList<SmartFolderWord> SmartFolderDraft::choices(qsizetype place, qsizetype oper
     for (const QString& word : chosen)
         if (!all.contains(word) && !word.isEmpty())
             all.append(word);
-    QList<SmartFolderWord> result;
+    QList<SmartFolderOption> result;
     for (const QString& word : std::as_const(all))
         result.append({word, titleOf(words, word), chosen.contains(word)});
     return result;
@@ -264,7 +264,7 @@ QList<SmartFolderWord> SmartFolderDraft::choices(qsizetype place, qsizetype oper
 
 void SmartFolderDraft::choose(qsizetype place, qsizetype operand, const QString& word) {
     const auto offered = choices(place, operand);
-    if (std::ranges::find(offered, word, &SmartFolderWord::word) == offered.end() || word.isEmpty())
+    if (std::ranges::find(offered, word, &SmartFolderOption::word) == offered.end() || word.isEmpty())
         return;
     const SmartFolderRule& rule = _definition.rules.at(place);
     Operand value = operandsOf(rule).at(operand);
@@ -291,11 +291,11 @@ void SmartFolderDraft::type(qsizetype place, qsizetype operand, const QString& t
             if constexpr (std::same_as<T, QString>)
                 return text;
             else if constexpr (std::same_as<T, double>)
-                return _typing.number(text);
+                return _inputFormat.number(text);
             else if constexpr (std::same_as<T, qint64>)
-                return _typing.integer(text);
+                return _inputFormat.integer(text);
             else if constexpr (std::same_as<T, Instant>)
-                return _typing.instant(text, edgeOf(predicateName(rule), operand));
+                return _inputFormat.instant(text, edgeOf(predicateName(rule), operand));
             else
                 return std::nullopt;
         },
@@ -339,19 +339,19 @@ std::optional<QDate> SmartFolderDraft::day(qsizetype place, qsizetype operand) c
         return std::nullopt;
     const auto value = operandsOf(_definition.rules.at(place)).value(operand);
     const auto* instant = std::get_if<Instant>(&value);
-    return instant ? std::optional(_typing.day(*instant)) : std::nullopt;
+    return instant ? std::optional(_inputFormat.day(*instant)) : std::nullopt;
 }
 
 void SmartFolderDraft::chooseDay(qsizetype place, qsizetype operand, QDate chosen) {
     if (!day(place, operand))
         return;
     const Edge edge = edgeOf(predicateName(_definition.rules.at(place)), operand);
-    if (const auto instant = _typing.instant(chosen, edge))
+    if (const auto instant = _inputFormat.instant(chosen, edge))
         setOperand(place, operand, *instant);
 }
 
 SmartFolderMonth SmartFolderDraft::month(qsizetype place, qsizetype operand, QDate page) const {
-    return _typing.month(page, _typing.day(_today), day(place, operand).value_or(QDate()));
+    return _inputFormat.month(page, _inputFormat.day(_today), day(place, operand).value_or(QDate()));
 }
 
 void SmartFolderDraft::setOperand(qsizetype place, qsizetype operand, const SmartFolderOperand& value) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "smartfolders/smart_folder_input_format.h"
 #include "smartfolders/smart_folder_rule_parts.h"
-#include "smartfolders/smart_folder_typing.h"
 
 #include <QMap>
 
@@ -10,12 +10,12 @@
 namespace tessellar {
 
 /// One choice in a menu.
-struct SmartFolderWord {
+struct SmartFolderOption {
     QString word; ///< empty for a separator
     QString title;
     bool isChosen = false;
 
-    bool operator==(const SmartFolderWord&) const = default;
+    bool operator==(const SmartFolderOption&) const = default;
 };
 
 /// One value of a predicate, for editing.
@@ -42,10 +42,10 @@ struct SmartFolderRuleRow {
 /// edited. Untouched rules are preserved exactly, even if the displayed texts omit something.
 class SmartFolderDraft {
 public:
-    SmartFolderDraft(SmartFolderDefinition definition, SmartFolderTyping typing, Instant now);
+    SmartFolderDraft(SmartFolderDefinition definition, SmartFolderInputFormat inputFormat, Instant now);
 
     /// Updates the locale, time zone and current day used for typing and picking.
-    void follow(SmartFolderTyping typing, Instant now);
+    void setInputFormat(SmartFolderInputFormat inputFormat, Instant now);
 
     /// Includes the latest readable input.
     const SmartFolderDefinition& definition() const { return _definition; }
@@ -57,11 +57,11 @@ public:
     void setName(const QString& name) { _definition.name = name; }
     void setSymbolName(const std::optional<QString>& name) { _definition.customSymbolName = name; }
 
-    QList<SmartFolderWord> matchModes() const;
+    QList<SmartFolderOption> matchModes() const;
     void setMatchMode(const QString& word);
-    QList<SmartFolderWord> sortFields() const;
+    QList<SmartFolderOption> sortFields() const;
     void setSortField(const QString& word);
-    QList<SmartFolderWord> sortDirections() const;
+    QList<SmartFolderOption> sortDirections() const;
     void setSortDirection(const QString& word);
 
     bool hasLimit() const { return _definition.resultLimit.has_value(); }
@@ -75,13 +75,13 @@ public:
     SmartFolderRuleRow row(qsizetype rule) const;
     void insertRule(qsizetype place, const QUuid& id);
     void removeRule(qsizetype rule);
-    QList<SmartFolderWord> fields(qsizetype rule) const;
+    QList<SmartFolderOption> fields(qsizetype rule) const;
     /// The new field keeps as much as possible of the predicate and its values.
     void setField(qsizetype rule, const QString& word);
-    QList<SmartFolderWord> predicates(qsizetype rule) const;
+    QList<SmartFolderOption> predicates(qsizetype rule) const;
     void setPredicate(qsizetype rule, const QString& word);
     /// The choices for an operand; empty if it is typed.
-    QList<SmartFolderWord> choices(qsizetype rule, qsizetype operand) const;
+    QList<SmartFolderOption> choices(qsizetype rule, qsizetype operand) const;
     /// Chooses a word, or toggles it if several can be chosen.
     void choose(qsizetype rule, qsizetype operand, const QString& word);
     void type(qsizetype rule, qsizetype operand, const QString& text);
@@ -115,7 +115,7 @@ private:
     void forgetTyped(const SmartFolderRule& rule);
 
     SmartFolderDefinition _definition;
-    SmartFolderTyping _typing;
+    SmartFolderInputFormat _inputFormat;
     Instant _today;
     SmartFolderFactsList _facts;
     const FileSystem* _files = nullptr;

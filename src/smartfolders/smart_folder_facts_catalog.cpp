@@ -245,10 +245,10 @@ private:
         result.setFlag(SmartFolderNeed::signature, needs.testFlag(SmartFolderNeed::signature) &&
                                                        !entry.answers.signature &&
                                                        entry.findings.exists && !isProtected(app) &&
-                                                       round.tools.canTellSignatures());
+                                                       round.tools.canReadSignatures());
         result.setFlag(SmartFolderNeed::architectures,
                        needs.testFlag(SmartFolderNeed::architectures) && !entry.answers.architectures &&
-                           entry.findings.executablePath && round.tools.canTellArchitectures());
+                           entry.findings.executablePath && round.tools.canReadArchitectures());
         return result;
     }
 

@@ -81,7 +81,7 @@ QString SmartFolderStore::markerPath() const {
     return FileSystem::joined(_directory, QStringLiteral("computed-folders.recovery.json"));
 }
 
-bool SmartFolderStore::registryStands() const { return _files.linkStatus(registryPath()).has_value(); }
+bool SmartFolderStore::registryExists() const { return _files.linkStatus(registryPath()).has_value(); }
 
 void SmartFolderStore::step() const {
     if (_beforeStep)
@@ -189,7 +189,7 @@ SmartFolderStore::save(const QList<SmartFolderDefinition>& definitions) {
 SmartFolderStore::LoadResult SmartFolderStore::recover(SmartFolderRecovery how) {
     // A registry that stands is the first to be tried; one that cannot be moved stays the last word.
     LoadResult result = load();
-    if (!_writeBlocked || registryStands())
+    if (!_writeBlocked || registryExists())
         return result;
     if (how == SmartFolderRecovery::restore) {
         const auto path = markedPath();

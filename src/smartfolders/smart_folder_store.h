@@ -8,26 +8,25 @@
 
 namespace tessellar {
 
-/// How a registry that was moved aside is dealt with: put back for another try, or left aside for a new
-/// and empty one.
+/// How to recover from a quarantined registry: restore it and try again, or replace it with an empty
+/// one.
 enum class SmartFolderRecovery { restore, replace };
 
-/// Keeps the definitions of all smart folders, which both display modes share.
+/// Stores the definitions of all smart folders, which both display modes share.
 ///
 ///     computed-folders.json                          the registry
-///     computed-folders.recovery.json                 the marker: a registry lies aside
-///     computed-folders.corrupt-STAMP-TAG.json        a registry that could not be read, byte for byte
+///     computed-folders.recovery.json                 the marker: a registry is quarantined
+///     computed-folders.corrupt-STAMP-TAG.json        an unreadable registry, byte for byte
 ///
-/// A registry that cannot be read, nor at a second try, is moved aside and named by the marker, and
-/// nothing is saved until a registry has been read again. The marker is written first: killed between
-/// the two, the registry still stands and is moved at the next load. Until the first load, too, nothing
-/// is saved.
+/// A registry that fails to load twice is quarantined and recorded in the marker, and saving is blocked
+/// until a registry has been loaded. The marker is written first: if the program is killed in between,
+/// the next load moves the registry. Saving is also blocked before the first load.
 ///
 /// Main thread only.
 class SmartFolderStore {
 public:
     static constexpr qint64 supportedVersion = 1;
-    /// What is read and written at most.
+    /// Limit for reading and writing.
     static constexpr std::uint64_t maximumBytes = 16u << 20;
 
     struct RecoveryMarker {
@@ -78,30 +77,30 @@ public:
     };
     using LoadResult = std::variant<Loaded, Failed, Missing>;
 
-    /// `beforeStep` is called before each change of a file; what it throws ends the work there.
+    /// `beforeStep` is called before each file change; if it throws, the operation stops there.
     SmartFolderStore(const FileSystem& files, QString directory, const Clock& clock, UuidSource& uuids,
                      std::function<void()> beforeStep = {});
 
     static QString fileName() { return QStringLiteral("computed-folders.json"); }
     const QString& directory() const { return _directory; }
-    /// Where the last registry was moved that could not be read, as far as it is known.
+    /// The path of the last quarantined registry, if known.
     const std::optional<QString>& lastQuarantinedPath() const { return _lastQuarantinedPath; }
     bool isWriteBlocked() const { return _writeBlocked; }
 
     LoadResult load();
     std::expected<void, Error> save(const QList<SmartFolderDefinition>& definitions);
-    /// Deals with what blocks saving; ends with a load and gives its result, the last error when it did
-    /// not come to that. A registry that can be read is neither replaced nor restored over.
+    /// Resolves what blocks saving, then loads and returns the result, or the last error if it got no
+    /// further. Never overwrites a readable registry.
     LoadResult recover(SmartFolderRecovery how);
 
-    /// The first problem of a registry: identifiers that repeat, a definition with validation issues.
+    /// Reports the first problem: duplicate identifiers, or a definition with validation issues.
     static std::expected<void, StoreError> check(const QList<SmartFolderDefinition>& definitions);
 
 private:
     const QString& registryPath() const { return _registry.path(); }
     QString markerPath() const;
-    bool registryStands() const;
-    std::optional<QString> markedPath() const; ///< where the marker says that a registry lies
+    bool registryExists() const;
+    std::optional<QString> markedPath() const; ///< of the quarantined registry, by the marker
     LoadResult loadWithoutRegistry();
     std::expected<void, FileError> quarantine();
     std::expected<void, Error> write(const QList<SmartFolderDefinition>& definitions);

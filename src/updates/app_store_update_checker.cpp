@@ -2,7 +2,7 @@
 
 #include "platform/lifetime.h"
 #include "updates/app_update_settings.h"
-#include "updates/outside_words.h"
+#include "updates/untrusted_text.h"
 
 #include <QSet>
 #include <QUrlQuery>
@@ -134,7 +134,7 @@ AppStoreUpdateChecker::channel(const AppUpdateCandidate& candidate) const {
 
 template <typename Value>
 static std::optional<QString> textOf(const Value& value, qsizetype longest) {
-    const QString text = onOneLine(value.toString(), longest);
+    const QString text = toSingleLine(value.toString(), longest);
     return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 

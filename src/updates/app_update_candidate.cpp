@@ -1,7 +1,7 @@
 #include "updates/app_update_candidate.h"
 
 #include "platform/bundle.h"
-#include "updates/outside_words.h"
+#include "updates/untrusted_text.h"
 
 namespace tessellar {
 
@@ -24,7 +24,7 @@ static bool isNativeMacApp(const FileSystem& files, const Bundle& bundle) {
 }
 
 static std::optional<QString> installed(const std::optional<QString>& version) {
-    const QString shown = onOneLine(version.value_or(QString()), longestInstalledVersion);
+    const QString shown = toSingleLine(version.value_or(QString()), longestInstalledVersion);
     return shown.isEmpty() ? std::nullopt : std::optional(shown);
 }
 

@@ -27,7 +27,7 @@ AppUpdateCoordinator::AppUpdateCoordinator(Machine& machine, StoredUpdates store
     : _machine(machine)
     , _store(std::move(stored.store))
     , _cache(std::move(stored.cache))
-    , _leftRun(std::move(stored.run))
+    , _interruptedRun(std::move(stored.run))
     , _settings(readAppUpdateSettings(machine.settings))
     , _lanes(machine.workers)
     , _runner(machine, *this) {
@@ -69,8 +69,8 @@ void AppUpdateCoordinator::appsInspected(const QList<AppUpdateCandidate>& inspec
         events.notify({AppUpdateEvent::Kind::inspected, {}});
     if (alive.expired())
         return;
-    if (_isStarted && _leftRun)
-        _runner.takeUp(*std::exchange(_leftRun, std::nullopt));
+    if (_isStarted && _interruptedRun)
+        _runner.resume(*std::exchange(_interruptedRun, std::nullopt));
     // Tools are slow. They are asked for newcomers only where they are known to own something.
     const bool isHomebrewUsed = std::ranges::any_of(
         _candidates, [this](const auto& known) { return _homebrew->channel(known).has_value(); });
@@ -155,8 +155,8 @@ void AppUpdateCoordinator::recheck(const QStringList& appKeys, std::function<voi
 
 void AppUpdateCoordinator::start() {
     _isStarted = true;
-    if (_areAppsInspected && _leftRun)
-        _runner.takeUp(*std::exchange(_leftRun, std::nullopt));
+    if (_areAppsInspected && _interruptedRun)
+        _runner.resume(*std::exchange(_interruptedRun, std::nullopt));
     schedule();
 }
 
@@ -228,18 +228,18 @@ void AppUpdateCoordinator::retry() {
         planRetry();
         schedule();
     };
-    const QStringList failed = failedForNow();
+    const QStringList failed = transientlyFailed();
     for (const AppUpdateProblem& problem : QList<AppUpdateProblem>(_cache.problems))
         begin(
             {.channel = problem.channel}, [over](bool) { over(); }, false);
     recheck(failed, over);
 }
 
-QStringList AppUpdateCoordinator::failedForNow() const {
+QStringList AppUpdateCoordinator::transientlyFailed() const {
     QStringList failed;
     for (auto it = _candidates.constBegin(); it != _candidates.constEnd(); ++it)
         if (const auto known = record(it.key());
-            known && hasFailed(known->status) && known->reason && isPassing(*known->reason))
+            known && hasFailed(known->status) && known->reason && isTransient(*known->reason))
             failed.append(it.key());
     return failed;
 }
@@ -249,8 +249,8 @@ void AppUpdateCoordinator::planRetry() {
     using std::chrono::minutes;
     static constexpr std::array pauses{minutes(1), minutes(5), minutes(15), minutes(60), minutes(180)};
     const bool isProblem = std::ranges::any_of(
-        _cache.problems, [](const AppUpdateProblem& problem) { return isPassing(problem.reason); });
-    if (!isProblem && failedForNow().isEmpty()) {
+        _cache.problems, [](const AppUpdateProblem& problem) { return isTransient(problem.reason); });
+    if (!isProblem && transientlyFailed().isEmpty()) {
         _retries = 0;
         _retryAt.reset();
         return;

@@ -163,7 +163,7 @@ private:
     void checkDue();
     void retry();
     void planRetry();
-    QStringList failedForNow() const;
+    QStringList transientlyFailed() const;
     void publish();
     void refreshStatuses();
     void askForSave();
@@ -173,7 +173,7 @@ private:
     Machine& _machine;
     AppUpdateStore _store;
     AppUpdateCache _cache;
-    std::optional<AppUpdateRun> _leftRun; ///< left by an earlier run, until resumed
+    std::optional<AppUpdateRun> _interruptedRun; ///< left by an earlier run, until resumed
     AppUpdateSettings _settings;
     ToolLanes _lanes;
     HomebrewUpdateChecker* _homebrew = nullptr; ///< for its updates

@@ -3,7 +3,7 @@
 #include "updates/app_store_update_checker.h"
 #include "updates/app_update_coordinator.h"
 #include "updates/app_update_texts.h"
-#include "updates/outside_words.h"
+#include "updates/untrusted_text.h"
 
 #include <algorithm>
 

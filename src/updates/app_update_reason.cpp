@@ -9,7 +9,7 @@ namespace {
 struct Row {
     AppUpdateReason::Code code;
     const char* text;
-    bool isPassing = false;
+    bool isTransient = false;
 };
 
 using enum AppUpdateReason::Code;
@@ -61,6 +61,6 @@ QString message(const AppUpdateReason& reason) {
     return text + u' ' + reason.detail + (isEnded ? QString() : QStringLiteral("."));
 }
 
-bool isPassing(const AppUpdateReason& reason) { return rowOf(reason.code).isPassing; }
+bool isTransient(const AppUpdateReason& reason) { return rowOf(reason.code).isTransient; }
 
 } // namespace tessellar

@@ -44,7 +44,7 @@ struct AppUpdateReason {
 QString message(const AppUpdateReason& reason);
 
 /// True if retrying later may help.
-bool isPassing(const AppUpdateReason& reason);
+bool isTransient(const AppUpdateReason& reason);
 
 namespace json {
 

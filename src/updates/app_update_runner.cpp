@@ -1,7 +1,7 @@
 #include "updates/app_update_runner.h"
 
 #include "platform/texts.h"
-#include "updates/outside_words.h"
+#include "updates/untrusted_text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -30,7 +30,7 @@ QList<QByteArray> lastLines(const QByteArray& output) {
 QString detail(const QList<QByteArray>& lines) {
     QStringList shown;
     for (const QByteArray& line : lines)
-        if (const QString words = onOneLine(QString::fromUtf8(line), longestLine); !words.isEmpty())
+        if (const QString words = toSingleLine(QString::fromUtf8(line), longestLine); !words.isEmpty())
             shown.append(words);
     return shown.join(u'\n');
 }
@@ -44,7 +44,7 @@ struct AppUpdateRunner::Start {
 };
 
 /// What is seen of a command at one moment.
-struct AppUpdateRunner::Look {
+struct AppUpdateRunner::PollResult {
     DetachedState state;
     std::optional<QByteArray> output;
 };
@@ -84,7 +84,7 @@ std::optional<AppUpdateQuestion> AppUpdateRunner::question(const QStringList& ap
         const AppUpdateCandidate* app = _owner.candidate(appKey);
         if (!updater || !app)
             continue;
-        names.append(onOneLine(app->name, longestLine));
+        names.append(toSingleLine(app->name, longestLine));
         if (!updaters.contains(updater->updaterName))
             updaters.append(updater->updaterName);
     }
@@ -196,8 +196,8 @@ void AppUpdateRunner::cancel() {
     if (!_active || _isCancelled)
         return;
     _isCancelled = true;
-    if (_run && _run->processNumber > 0 && !_isLooking && !_isVerifying)
-        look(); // which ends it
+    if (_run && _run->processNumber > 0 && !_isPolling && !_isVerifying)
+        poll(); // which ends it
 }
 
 // ---- commands
@@ -218,9 +218,9 @@ void AppUpdateRunner::run(const QString& appKey, const AppUpdateCommand& updater
                         .installedBuild = app ? app->build : std::nullopt};
     _lines.clear();
     _seen = {};
-    _lookedAt.reset();
+    _polledAt.reset();
     _terminatedAfter.reset();
-    _isTimedOut = _isTakenUp = false;
+    _isTimedOut = _isResumed = false;
     // The command is started and written down in one go, on a worker that nothing cancels half way.
     _work = _machine.workers.run(
         Lane::actions,
@@ -247,7 +247,7 @@ void AppUpdateRunner::started(const Start& start) {
             QStringLiteral("The update that runs is not noted: %1").arg(message(*start.notNoted)));
     if (start.number) {
         _run->processNumber = *start.number;
-        return look();
+        return poll();
     }
     const QString appKey = std::exchange(_run, std::nullopt)->appKey;
     finish(appKey, {Kind::failed,
@@ -255,35 +255,35 @@ void AppUpdateRunner::started(const Start& start) {
                                                                 : AppUpdateOutcome::couldNotLaunch)});
 }
 
-std::optional<AppUpdateRun> AppUpdateRunner::left(const Machine& machine) {
+std::optional<AppUpdateRun> AppUpdateRunner::interruptedRun(const Machine& machine) {
     const auto bytes = machine.files.read(journalPath(machine), maximumJournal);
     auto run = bytes ? json::decodeDocument<AppUpdateRun>(*bytes) : json::fail({});
     return run ? std::optional(*std::move(run)) : std::nullopt;
 }
 
-bool AppUpdateRunner::isLeftRunning(const Machine& machine) {
-    const auto run = left(machine);
-    return run && machine.commands.look(run->processNumber, machine.files.hostPath(outputPath(machine)))
+bool AppUpdateRunner::isInterruptedRunActive(const Machine& machine) {
+    const auto run = interruptedRun(machine);
+    return run && machine.commands.poll(run->processNumber, machine.files.hostPath(outputPath(machine)))
                       .isRunning();
 }
 
-void AppUpdateRunner::takeUp(const AppUpdateRun& run) {
+void AppUpdateRunner::resume(const AppUpdateRun& run) {
     if (_active)
         return;
     _active = run.appKey;
     _run = run;
-    _isTakenUp = true;
+    _isResumed = true;
     set(run.appKey, {Kind::running, {}, Phase::starting});
-    look();
+    poll();
 }
 
 /// Looks at the command on a worker, and again in a while.
-void AppUpdateRunner::look() {
+void AppUpdateRunner::poll() {
     using Seconds = std::chrono::duration<double>;
     const Instant now = _machine.clock.now();
-    if (_lookedAt)
-        _seen += std::clamp<Seconds>(now - *_lookedAt, Seconds::zero(), 4 * Seconds(lookInterval));
-    _lookedAt = now;
+    if (_polledAt)
+        _seen += std::clamp<Seconds>(now - *_polledAt, Seconds::zero(), 4 * Seconds(pollInterval));
+    _polledAt = now;
     _isTimedOut = _isTimedOut || _seen >= Seconds(commandTimeout);
     const bool isToEnd = _isCancelled || _isTimedOut;
     std::optional<bool> terminates; // and whether at once
@@ -293,33 +293,33 @@ void AppUpdateRunner::look() {
     } else if (isToEnd && _seen - *_terminatedAfter >= Seconds(terminationGrace)) {
         terminates = true;
     }
-    _nextLook.cancel();
-    _isLooking = true;
+    _nextPoll.cancel();
+    _isPolling = true;
     _work = _machine.workers.run(
         [&machine = _machine, number = _run->processNumber, terminates](std::stop_token) {
             const QByteArray file = machine.files.hostPath(outputPath(machine));
             if (terminates)
                 machine.commands.terminate(number, file, *terminates);
-            Look seen{.state = machine.commands.look(number, file)};
+            PollResult seen{.state = machine.commands.poll(number, file)};
             if (auto output = machine.files.read(outputPath(machine), maximumOutput))
                 seen.output = *std::move(output);
             return seen;
         },
-        [this](const Look& seen) { looked(seen); });
+        [this](const PollResult& seen) { polled(seen); });
 }
 
-void AppUpdateRunner::looked(const Look& seen) {
-    _isLooking = false;
+void AppUpdateRunner::polled(const PollResult& seen) {
+    _isPolling = false;
     if (seen.output)
         _lines = lastLines(*seen.output);
     if (!seen.state.isRunning())
         return ended(seen.state);
     if (_isCancelled && !_terminatedAfter)
-        return look();
-    _nextLook = _machine.scheduler.after(lookInterval, [this] { look(); });
+        return poll();
+    _nextPoll = _machine.scheduler.after(pollInterval, [this] { poll(); });
     AppUpdateActionState state{Kind::running, {}, phaseOf(_lines)};
     if (!_lines.isEmpty())
-        state.detail = onOneLine(QString::fromUtf8(_lines.last()), longestLine);
+        state.detail = toSingleLine(QString::fromUtf8(_lines.last()), longestLine);
     if (_states.value(_run->appKey) != state)
         set(_run->appKey, state);
 }

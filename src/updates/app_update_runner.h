@@ -51,7 +51,7 @@ public:
     using Asker = std::function<void(const AppUpdateQuestion&, Answer)>;
     using Done = std::function<void()>;
 
-    static constexpr std::chrono::milliseconds lookInterval{500};
+    static constexpr std::chrono::milliseconds pollInterval{500};
     static constexpr std::chrono::hours commandTimeout{2};
     /// How long to wait after asking a command to end.
     static constexpr std::chrono::seconds terminationGrace{30};
@@ -62,12 +62,12 @@ public:
     AppUpdateRunner& operator=(const AppUpdateRunner&) = delete;
 
     /// The update left running by an earlier launcher. Thread-safe.
-    static std::optional<AppUpdateRun> left(const Machine& machine);
+    static std::optional<AppUpdateRun> interruptedRun(const Machine& machine);
     /// True while the command left running still runs. Must not be called by the launcher that started
     /// it, as that would lose the exit status. Thread-safe.
-    static bool isLeftRunning(const Machine& machine);
+    static bool isInterruptedRunActive(const Machine& machine);
     /// Resumes following it; no other update starts before it has ended.
-    void takeUp(const AppUpdateRun& run);
+    void resume(const AppUpdateRun& run);
 
     /// What to ask before updating these; nullopt if no command would run.
     std::optional<AppUpdateQuestion> question(const QStringList& appKeys) const;
@@ -84,20 +84,20 @@ public:
     bool isExternalUpdaterRunning() const { return _run && !_isVerifying; }
     const std::optional<QString>& activeAppKey() const { return _active; }
     /// True while following a command started by an earlier launcher.
-    bool isTakenUp() const { return _run && _isTakenUp; }
+    bool isResumed() const { return _run && _isResumed; }
     /// The state of the application's current or last update.
     std::optional<AppUpdateActionState> state(const QString& appKey) const;
 
 private:
     struct Start;
-    struct Look;
+    struct PollResult;
 
     void askFirst(const QStringList& appKeys, const Asker& ask);
     void next();
     void run(const QString& appKey, const AppUpdateCommand& command);
     void started(const Start& start);
-    void look();
-    void looked(const Look& seen);
+    void poll();
+    void polled(const PollResult& seen);
     void ended(const DetachedState& state);
     void verified(const DetachedState& state);
     void open(const QString& appKey, const AppUpdateAction& action);
@@ -119,14 +119,14 @@ private:
     QList<QByteArray> _lines;         ///< the last lines of output
     /// How long the command was seen running, without clock changes and sleep.
     std::chrono::duration<double> _seen{0};
-    std::optional<Instant> _lookedAt;
+    std::optional<Instant> _polledAt;
     std::optional<std::chrono::duration<double>> _terminatedAfter; ///< value of `_seen`
-    bool _isTakenUp = false;
+    bool _isResumed = false;
     bool _isCancelled = false;
     bool _isTimedOut = false;
-    bool _isLooking = false;
+    bool _isPolling = false;
     bool _isVerifying = false;
-    Timer _nextLook;
+    Timer _nextPoll;
     Task _work;
     Lifetime _lifetime;
 };

@@ -42,7 +42,7 @@ struct StoredUpdates {
     std::optional<AppUpdateRun> run; ///< an update left running
 
     static StoredUpdates read(const Machine& machine) {
-        StoredUpdates stored{AppUpdateStore(machine), {}, AppUpdateRunner::left(machine)};
+        StoredUpdates stored{AppUpdateStore(machine), {}, AppUpdateRunner::interruptedRun(machine)};
         stored.cache = stored.store.load();
         return stored;
     }

@@ -1,6 +1,6 @@
 #include "updates/homebrew_casks.h"
 
-#include "updates/outside_words.h"
+#include "updates/untrusted_text.h"
 
 #include <QSet>
 
@@ -45,7 +45,7 @@ Decoded<CaskArtifact> Codec<CaskArtifact>::decode(const QJsonValue& value) {
 
 Decoded<InstalledCask> Codec<InstalledCask>::decode(const QJsonValue& value) {
     InstalledCask cask{.token = value[QLatin1StringView("token")].toString(),
-                       .version = onOneLine(value[QLatin1StringView("version")].toString(), 100),
+                       .version = toSingleLine(value[QLatin1StringView("version")].toString(), 100),
                        .updatesItself = value[QLatin1StringView("auto_updates")].toBool()};
     if (!isCaskToken(cask.token) || cask.version.isEmpty())
         return expected("a cask with a token and a version");

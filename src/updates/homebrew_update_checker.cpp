@@ -1,7 +1,7 @@
 #include "updates/homebrew_update_checker.h"
 
 #include "platform/lifetime.h"
-#include "updates/outside_words.h"
+#include "updates/untrusted_text.h"
 
 #include <QSet>
 
@@ -20,7 +20,7 @@ using Listed = std::expected<Response, AppUpdateReason>;
 QString complaint(const CommandResult& result) {
     const QByteArray said =
         result.standardError.trimmed().isEmpty() ? result.standardOutput : result.standardError;
-    return onOneLine(QString::fromUtf8(said.trimmed().split('\n').last()), longestComplaint);
+    return toSingleLine(QString::fromUtf8(said.trimmed().split('\n').last()), longestComplaint);
 }
 
 /// Runs one listing command; blocks.

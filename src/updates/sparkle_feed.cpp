@@ -2,8 +2,8 @@
 
 #include "platform/http.h"
 #include "platform/text.h"
-#include "updates/outside_words.h"
 #include "updates/sparkle_version.h"
+#include "updates/untrusted_text.h"
 
 #include <QDateTime>
 #include <pugixml.hpp>
@@ -99,7 +99,7 @@ QString plainText(QString html) {
                                             {u"&nbsp;", u' '},
                                             {u"&amp;", u'&'}})
         words.replace(QStringView(entity).toString(), QString(QChar(character)));
-    return onOneLine(words, longestNotes);
+    return toSingleLine(words, longestNotes);
 }
 
 QString pageAddress(const QString& url) {

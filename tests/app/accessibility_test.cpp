@@ -1,7 +1,7 @@
 #include "app/accessible_focus.h"
 #include "app/settings_panel.h"
 #include "app/sheets.h"
-#include "launcher/arrangement_shelf.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_messages.h"
 #include "launcher_fixture.h"

@@ -110,7 +110,7 @@ TEST(BackdropTest, FollowsTheDesktopsPictureAndKeepsItBlurred) {
     const QColor own = middle(backdrop);
 
     mac.write(picture, png(Qt::green));
-    backdrop.look();
+    backdrop.reload();
     const QColor green = middle(backdrop);
     EXPECT_GT(green.green(), 2 * green.blue());
     EXPECT_TRUE(mac.exists(kept));
@@ -127,7 +127,7 @@ TEST(BackdropTest, FollowsTheDesktopsPictureAndKeepsItBlurred) {
     EXPECT_EQ(first, green);
 
     mac.write(picture, png(Qt::red));
-    second.look();
+    second.reload();
     EXPECT_GT(middle(second).red(), 100);
     (void)mac.machine.settings.set(u"background"_qs, u"own"_qs);
     second.applySettings();

@@ -1,6 +1,6 @@
 #include "app/grid_model.h"
 
-#include "app/icon_wishes.h"
+#include "app/icon_requests.h"
 
 #include "support/items.h"
 #include "support/printers.h"
@@ -24,7 +24,7 @@ TEST(GridModel, SaysWhatATileShows) {
                          [](const QUuid&) {
                              return TileFacts::SmartFolder{.name = u"Large"_s,
                                                            .symbolName = u"moon"_s,
-                                                           .icons = {iconWish(app(u"Elm"_s))},
+                                                           .icons = {iconRequest(app(u"Elm"_s))},
                                                            .count = 2000};
                          }});
     model.setPages(

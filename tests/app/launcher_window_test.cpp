@@ -191,7 +191,7 @@ TEST_F(LauncherWindowTest, ANewApplicationAppearsOnThePageThatIsShown) {
     const QQuickItem* before = tile(u"Ash"_s);
     install({u"Cedar"_s});
     bool isDone = false;
-    viewModel().applications().look([&] { isDone = true; });
+    viewModel().applications().rescan([&] { isDone = true; });
     ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }));
     EXPECT_TRUE(tile(u"Cedar"_s));
     EXPECT_EQ(tile(u"Ash"_s), before) << "what did not change is not made again";

@@ -1,5 +1,5 @@
-#include "launcher/arrangement_shelf.h"
 #include "launcher/installed_applications.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/place_memory.h"
@@ -147,7 +147,7 @@ TEST_F(SheetsTest, APlaceIsForgottenAfterAQuestion) {
     const LauncherWindowMode mode = viewModel().shown().mode();
     const auto remembered = [&] { return summaries(viewModel().places()[mode]).size(); };
     mac.remove(u"/Applications/Oak.app"_qs);
-    viewModel().applications().look();
+    viewModel().applications().rescan();
     ASSERT_TRUE(QTest::qWaitFor([&] { return remembered() == 1; }));
     launcher().openMenu({}, {640, 700});
     choose(u"Hidden and Remembered…"_qs);

@@ -269,7 +269,7 @@ TEST_F(TileDragTest, ARescanAndAnEvaluationLeaveTheTileInTheHand) {
     install({u"Birch"_s});
     mac.remove(u"/Applications/A06.app"_s);
     bool isDone = false;
-    viewModel().applications().look([&] { isDone = true; });
+    viewModel().applications().rescan([&] { isDone = true; });
     ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }));
     ASSERT_TRUE(QTest::qWaitFor([&] { return count() == 5; }));
     EXPECT_TRUE(launcher().drag()->isLifted());

@@ -1,6 +1,6 @@
 #include "app/tile_navigation.h"
 
-#include "app/icon_wishes.h"
+#include "app/icon_requests.h"
 #include "support/items.h"
 #include "support/printers.h"
 
@@ -48,18 +48,18 @@ TEST(TileNavigation, WalksRowsAndPages) {
     EXPECT_EQ(neighbour(TilePages(), geometry, 0, std::nullopt, right), std::nullopt);
 }
 
-TEST(IconWishes, ComeInTheOrderInWhichTheyAreSeen) {
-    const auto letter = [](const IconWish& wish) {
-        return FileSystem::fileName(wish.bundlePath).front();
+TEST(IconRequests, ComeInTheOrderInWhichTheyAreSeen) {
+    const auto letter = [](const IconRequest& request) {
+        return FileSystem::fileName(request.bundlePath).front();
     };
-    const auto letters = [&](const QList<IconWish>& wishes) {
+    const auto letters = [&](const QList<IconRequest>& requests) {
         QString text;
-        for (const IconWish& wish : wishes)
-            text += letter(wish);
+        for (const IconRequest& request : requests)
+            text += letter(request);
         return text;
     };
     const auto smart = [&](const QUuid&) {
-        return TileFacts::SmartFolder{.icons = {iconWish(app(u"z"_s))}};
+        return TileFacts::SmartFolder{.icons = {iconRequest(app(u"z"_s))}};
     };
     const FolderEntry nested = folder(u"nested"_s, {tiles(u"xy"_s)});
     Page inside = tiles(u"mnopqrstu"_s); // nine show in the preview
@@ -73,18 +73,18 @@ TEST(IconWishes, ComeInTheOrderInWhichTheyAreSeen) {
                              {}, 40));
     grid.setPage(1);
 
-    const auto closed = iconWishes(grid, nullptr);
+    const auto closed = iconRequests(grid, nullptr);
     EXPECT_EQ(letters(closed.visible), u"cmxopqrstuz") << "previews count";
     EXPECT_EQ(letters(closed.neighbours), u"deabyvw") << "each only once";
     QString rest;
-    while (const auto wish = closed.rest())
-        rest += letter(*wish);
+    while (const auto request = closed.rest())
+        rest += letter(*request);
     EXPECT_EQ(rest, u"abcmxyopqrstuvwdefa") << "all, one by one";
 
     GridModel over({});
     over.setPages(ShownPages(open.pages, {}, 15));
     over.setPage(1);
-    EXPECT_EQ(letters(iconWishes(grid, &over).visible), u"vwcmxopqrstuz");
+    EXPECT_EQ(letters(iconRequests(grid, &over).visible), u"vwcmxopqrstuz");
 }
 
 } // namespace

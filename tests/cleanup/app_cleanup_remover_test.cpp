@@ -45,8 +45,8 @@ private:
 
 class FakeRunning final : public RunningApplications {
 public:
-    Seen look(const CleanupApplication&) override {
-        return isHidden ? Seen::unknown : looksLeft-- > 0 ? Seen::open : Seen::closed;
+    State state(const CleanupApplication&) override {
+        return isHidden ? State::unknown : looksLeft-- > 0 ? State::open : State::closed;
     }
     void askToQuit(const CleanupApplication&, std::stop_token) override { ++asked; }
     int looksLeft = 0;
@@ -77,7 +77,7 @@ public:
         asked += items;
         return {};
     }
-    bool isThere(std::stop_token) override { return answers; }
+    bool isAvailable(std::stop_token) override { return answers; }
     bool answers = true;
     QList<AdminMove> asked;
     QString answer = administratorApprovalCanceled();
@@ -379,16 +379,16 @@ TEST(SystemRunningApplicationsTest, KnowsProcessesByTheirBundleAndQuitsByIdentif
     CleanupApplication quill{.names = {u"Quill"_s},
                              .bundleIdentifier = u"com.example.Quill"_s,
                              .path = u"/Applications/Quill.app"_s};
-    using Seen = RunningApplications::Seen;
-    EXPECT_EQ(running.look(quill), Seen::closed);
+    using State = RunningApplications::State;
+    EXPECT_EQ(running.state(quill), State::closed);
     processes += bundle + "/Contents/MacOS/Quill\n";
-    EXPECT_EQ(running.look(quill), Seen::open);
+    EXPECT_EQ(running.state(quill), State::open);
     mac.tool(u"/bin/ps"_s, test::exited(1));
-    EXPECT_EQ(running.look(quill), Seen::unknown);
+    EXPECT_EQ(running.state(quill), State::unknown);
     mac.remove(u"/bin/ps"_s);
-    EXPECT_EQ(running.look(quill), Seen::closed); // a Mac in a folder
+    EXPECT_EQ(running.state(quill), State::closed); // a Mac in a folder
     mac.write(u"/bin/ps"_s, "may not be started");
-    EXPECT_EQ(running.look(quill), Seen::unknown);
+    EXPECT_EQ(running.state(quill), State::unknown);
     running.askToQuit(quill, {});
     EXPECT_EQ(mac.commands.commands().last().input,
               "tell application id \"com.example.Quill\" to quit\n");

@@ -154,7 +154,7 @@ TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
     const auto until = [&](const std::function<bool()>& isSo) {
         test::waitUntil(isSo, [&] { mailbox.waitAndDrain(); });
     };
-    std::function<void(Unwanted)> leave;
+    std::function<void(Cancellation)> leave;
     const auto removeUnder = [&](const std::function<void()>& meanwhile) {
         std::optional<int> status;
         QByteArray said;
@@ -163,13 +163,13 @@ TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
             {.out = [](const QByteArray&) {},
              .error = [&](const QByteArray& text) { said += text; },
              .finished = [&](int ended) { status = ended; },
-             .whenUnwanted = [&](std::function<void(Unwanted)> call) { leave = call; }});
+             .whenCancelled = [&](std::function<void(Cancellation)> call) { leave = call; }});
         meanwhile();
         until([&] { return status.has_value(); });
         EXPECT_EQ(*status, 1);
         return said;
     };
-    EXPECT_EQ(removeUnder([&] { leave(Unwanted::left); }), "The removal was cancelled.\n");
+    EXPECT_EQ(removeUnder([&] { leave(Cancellation::disconnected); }), "The removal was cancelled.\n");
     EXPECT_EQ(cleanup.phase(), LauncherCleanup::Phase::idle);
     const QByteArray closed = "The review was closed meanwhile.\n";
     EXPECT_EQ(removeUnder([&] { cleanup.close(); }), closed);

@@ -40,17 +40,17 @@ TEST_F(ControlSocketTest, NobodyWaitsForALauncherThatSaysNothing) {
         ASSERT_TRUE(remote);
         QByteArray error;
         std::optional<int> status;
-        std::function<void(Unwanted)> interrupt;
-        remote->run(
-            {u"list"_qs}, {},
-            {.out = [](const QByteArray&) {},
-             .error = [&](const QByteArray& text) { error += text; },
-             .finished = [&](int ended) { status = ended; },
-             .whenUnwanted = [&](std::function<void(Unwanted)> call) { interrupt = std::move(call); }});
+        std::function<void(Cancellation)> interrupt;
+        remote->run({u"list"_qs}, {},
+                    {.out = [](const QByteArray&) {},
+                     .error = [&](const QByteArray& text) { error += text; },
+                     .finished = [&](int ended) { status = ended; },
+                     .whenCancelled =
+                         [&](std::function<void(Cancellation)> call) { interrupt = std::move(call); }});
         test.time.advance(20s);
         EXPECT_FALSE(status);
         if (isInterrupted)
-            interrupt(Unwanted::stopped);
+            interrupt(Cancellation::stopped);
         test.time.advance(isInterrupted ? 2s : 20s);
         EXPECT_EQ(status, 1);
         EXPECT_EQ(error, "The launcher does not answer.\n");

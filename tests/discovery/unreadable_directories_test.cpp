@@ -186,7 +186,7 @@ TEST_F(UnreadableDirectoriesTest, WhatIsOutOfSightIsNotGone) {
             }
             way.show();
             for (const QString& application : all)
-                EXPECT_EQ(again().presence(application), AppScanner::Presence::there) << way.what;
+                EXPECT_EQ(again().presence(application), AppScanner::Presence::present) << way.what;
         }
     }
 

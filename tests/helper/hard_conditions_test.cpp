@@ -148,11 +148,11 @@ TEST_F(HardConditions, AnotherUserIsKnownByTheKernelAndGetsNothing) {
         GTEST_SKIP() << "Only an administrator can become someone else.";
     mac.write(folder + u"item"_s, "x");
     PolkitCheck check(mac.files, mac.commands); // without an authority on this machine
-    RequestDesk desk(operations, check, [this](std::uint32_t) { return std::optional(client); });
-    HelperServer server(desk, [] { return QByteArray("nonce"); }, {});
+    RequestHandler handler(operations, check, [this](std::uint32_t) { return std::optional(client); });
+    HelperServer server(handler, [] { return QByteArray("nonce"); }, {});
     ASSERT_EQ(::chmod(state.path().toUtf8().constData(), 0755), 0);
     const QByteArray path = state.path().toUtf8() + "/helper.socket";
-    auto listening = listenLocally(path, SocketReach::everyone);
+    auto listening = listenLocally(path, SocketAccess::everyone);
     ASSERT_TRUE(listening);
     std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });
 

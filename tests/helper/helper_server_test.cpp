@@ -44,17 +44,17 @@ protected:
     PrivilegedFileOperationResponse answer(const PrivilegedFileOperationRequest& request,
                                            const QByteArray& nonce) {
         return json::decodeDocument<PrivilegedFileOperationResponse>(
-                   desk.answer(json::writeCompact(json::encode(request)), {::getuid(), ::getpid()},
-                               nonce))
+                   handler.answer(json::writeCompact(json::encode(request)), {::getuid(), ::getpid()},
+                                  nonce))
             .value();
     }
 
     const QString daemon = u"/Library/LaunchDaemons/com.acme.plist"_s;
     FakeCheck check;
-    RequestDesk desk{operations, check, [this](std::uint32_t) { return std::optional(client); }};
+    RequestHandler handler{operations, check, [this](std::uint32_t) { return std::optional(client); }};
     QByteArray socketPath = state.path().toUtf8() + "/helper.socket";
     std::atomic<int> nonces = 0;
-    HelperServer server{desk,
+    HelperServer server{handler,
                         [this] { return "nonce" + QByteArray::number(++nonces); },
                         {.idle = 60s, .sendTime = 300ms}};
 };
@@ -115,7 +115,7 @@ TEST_F(HelperServerTest, EveryMessageHasOneReply) {
     for (const QByteArray& message : {QByteArray(), QByteArray("{"), QByteArray("[]"),
                                       QByteArray(1 << 20, '['), QByteArray("\0\xFF", 2)}) {
         const auto reply =
-            json::decodeDocument<PrivilegedFileOperationResponse>(desk.answer(message, {}, "nonce"));
+            json::decodeDocument<PrivilegedFileOperationResponse>(handler.answer(message, {}, "nonce"));
         ASSERT_TRUE(reply);
         EXPECT_EQ(reply->error, AuthorizationError::malformed);
     }
@@ -126,12 +126,12 @@ TEST_F(HelperServerTest, EveryMessageHasOneReply) {
 }
 
 TEST_F(HelperServerTest, ServesOverItsSocketAndOutlivesBadPeers) {
-    auto listening = listenLocally(socketPath, SocketReach::everyone);
+    auto listening = listenLocally(socketPath, SocketAccess::everyone);
     ASSERT_TRUE(listening);
-    EXPECT_FALSE(listenLocally(socketPath, SocketReach::everyone)); // taken
+    EXPECT_FALSE(listenLocally(socketPath, SocketAccess::everyone)); // taken
     // The probe above, and those below that leave, may be counted for a while yet.
-    HelperServer patient(desk, [this] { return "nonce" + QByteArray::number(++nonces); },
-                         {.idle = 60s, .sendTime = 300ms, .mostOfOneUser = 16});
+    HelperServer patient(handler, [this] { return "nonce" + QByteArray::number(++nonces); },
+                         {.idle = 60s, .sendTime = 300ms, .maximumPerUser = 16});
     std::jthread serving([&](std::stop_token stop) { patient.serve(listening->get(), stop); });
 
     // One that says nothing, one that leaves, one that announces too much, one that sends garbage.
@@ -168,7 +168,7 @@ TEST_F(HelperServerTest, ServesOverItsSocketAndOutlivesBadPeers) {
 }
 
 TEST_F(HelperServerTest, AWordOfThePeerEndsAPromptAndNothingIsMoved) {
-    auto listening = listenLocally(socketPath, SocketReach::everyone);
+    auto listening = listenLocally(socketPath, SocketAccess::everyone);
     ASSERT_TRUE(listening);
     std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });
     std::stop_source stop;
@@ -190,7 +190,7 @@ TEST_F(HelperServerTest, AWordOfThePeerEndsAPromptAndNothingIsMoved) {
 }
 
 TEST_F(HelperServerTest, OneUserLeavesTheOthersNeitherWaitingNorWithoutAPlace) {
-    auto listening = listenLocally(socketPath, SocketReach::everyone);
+    auto listening = listenLocally(socketPath, SocketAccess::everyone);
     ASSERT_TRUE(listening);
     std::vector<Descriptor> silent;
     std::jthread serving([&](std::stop_token stop) { server.serve(listening->get(), stop); });

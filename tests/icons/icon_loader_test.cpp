@@ -19,17 +19,17 @@ QByteArray icon(QColor color, int side = 64) { return icnsFile(icnsEntry("ic12",
 
 class IconLoaderTest : public testing::Test {
 protected:
-    IconWish install(const QString& name, const QByteArray& icns) {
+    IconRequest install(const QString& name, const QByteArray& icns) {
         return {name, builder.addApplication({.name = name, .icon = icns})};
     }
-    void load(const QList<IconWish>& visible, const QList<IconWish>& neighbours = {},
-              const QList<IconWish>& rest = {}) {
-        loader->want({visible, neighbours, oneByOne(rest)}, 32);
+    void load(const QList<IconRequest>& visible, const QList<IconRequest>& neighbours = {},
+              const QList<IconRequest>& rest = {}) {
+        loader->request({visible, neighbours, oneByOne(rest)}, 32);
         mac.settle();
     }
-    static std::function<std::optional<IconWish>()> oneByOne(QList<IconWish> wishes) {
-        return [wishes]() mutable {
-            return wishes.isEmpty() ? std::nullopt : std::optional(wishes.takeFirst());
+    static std::function<std::optional<IconRequest>()> oneByOne(QList<IconRequest> requests) {
+        return [requests]() mutable {
+            return requests.isEmpty() ? std::nullopt : std::optional(requests.takeFirst());
         };
     }
     void makeLoader(qsizetype bytes) {
@@ -44,9 +44,9 @@ protected:
 };
 
 TEST_F(IconLoaderTest, DecodesAtTheSizeShownAndInTheOrderOfThePhases) {
-    const IconWish red = install(u"Red"_s, icon(Qt::red));
-    const IconWish blue = install(u"Blue"_s, icon(Qt::blue));
-    const IconWish green = install(u"Green"_s, icon(Qt::green));
+    const IconRequest red = install(u"Red"_s, icon(Qt::red));
+    const IconRequest blue = install(u"Blue"_s, icon(Qt::blue));
+    const IconRequest green = install(u"Green"_s, icon(Qt::green));
     makeLoader(1 << 20);
     EXPECT_EQ(loader->icon(u"Red"_s), loader->genericIcon());
     load({red}, {blue}, {green});
@@ -57,16 +57,16 @@ TEST_F(IconLoaderTest, DecodesAtTheSizeShownAndInTheOrderOfThePhases) {
 
     load({blue}, {red});
     EXPECT_EQ(ready.size(), 3) << "what is there is not decoded again";
-    loader->want({{blue}, {}, {}}, 48);
+    loader->request({{blue}, {}, {}}, 48);
     EXPECT_EQ(loader->icon(u"Blue"_s).width(), 32) << "until its successor has come";
     mac.settle();
     EXPECT_EQ(loader->icon(u"Blue"_s).width(), 48);
 }
 
 TEST_F(IconLoaderTest, MissingAndBrokenIconsAreTheGenericOne) {
-    const IconWish none = install(u"None"_s, {});
-    const IconWish broken = install(u"Broken"_s, "icns\0\0\0\x10garbage!");
-    const IconWish gone{u"Gone"_s, u"/Applications/Gone.app"_s};
+    const IconRequest none = install(u"None"_s, {});
+    const IconRequest broken = install(u"Broken"_s, "icns\0\0\0\x10garbage!");
+    const IconRequest gone{u"Gone"_s, u"/Applications/Gone.app"_s};
     makeLoader(1 << 20);
     load({none, broken, gone});
     EXPECT_EQ(ready.size(), 3);
@@ -77,34 +77,34 @@ TEST_F(IconLoaderTest, MissingAndBrokenIconsAreTheGenericOne) {
 }
 
 TEST_F(IconLoaderTest, StaysWithinItsBytes) {
-    QList<IconWish> wishes;
+    QList<IconRequest> requests;
     for (int i = 0; i < 12; ++i)
-        wishes.append(install(u"App%1"_s.arg(i), icon(Qt::red)));
+        requests.append(install(u"App%1"_s.arg(i), icon(Qt::red)));
     const qsizetype one = 32 * 32 * 4;
     makeLoader(5 * one);
-    load(wishes.mid(0, 2), wishes.mid(2, 2), wishes.mid(4));
+    load(requests.mid(0, 2), requests.mid(2, 2), requests.mid(4));
     EXPECT_LE(loader->cachedBytes(), 5 * one);
     EXPECT_EQ(ready.size(), 5) << "the rest only while there is room";
     for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(loader->isLoaded(wishes[i].appKey)) << i;
+        EXPECT_TRUE(loader->isLoaded(requests[i].appKey)) << i;
 
-    load(wishes.mid(6, 3));
+    load(requests.mid(6, 3));
     EXPECT_LE(loader->cachedBytes(), 5 * one);
     for (int i = 6; i < 9; ++i)
-        EXPECT_TRUE(loader->isLoaded(wishes[i].appKey))
+        EXPECT_TRUE(loader->isLoaded(requests[i].appKey))
             << "the visible page pushes out what was before";
 }
 
 TEST_F(IconLoaderTest, WhatIsNoLongerWantedIsDropped) {
-    QList<IconWish> wishes;
+    QList<IconRequest> requests;
     for (int i = 0; i < 6; ++i)
-        wishes.append(install(u"App%1"_s.arg(i), icon(Qt::red)));
+        requests.append(install(u"App%1"_s.arg(i), icon(Qt::red)));
     makeLoader(1 << 20);
-    loader->want({wishes.mid(0, 3), {}, {}}, 32);
-    loader->want({wishes.mid(3, 3), {}, {}}, 32);
+    loader->request({requests.mid(0, 3), {}, {}}, 32);
+    loader->request({requests.mid(3, 3), {}, {}}, 32);
     mac.settle();
     EXPECT_EQ(ready, (QStringList{u"App3"_s, u"App4"_s, u"App5"_s}));
-    loader->want({wishes.mid(0, 3), {}, {}}, 32);
+    loader->request({requests.mid(0, 3), {}, {}}, 32);
     loader->cancel();
     mac.settle();
     EXPECT_EQ(ready.size(), 3);
@@ -112,7 +112,7 @@ TEST_F(IconLoaderTest, WhatIsNoLongerWantedIsDropped) {
 }
 
 TEST_F(IconLoaderTest, ACustomIconComesFirstAndAtOnce) {
-    const IconWish red = install(u"Red"_s, icon(Qt::red));
+    const IconRequest red = install(u"Red"_s, icon(Qt::red));
     std::optional<QString> custom;
     makeLoader(1 << 20);
     loader->setCustomIcons([&](const QString& key) { return key == u"Red" ? custom : std::nullopt; });

@@ -1,4 +1,4 @@
-#include "launcher/app_inquiry.h"
+#include "launcher/app_information_gatherer.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/smart_folder_library.h"
@@ -69,11 +69,12 @@ protected:
     /// All that is told of an application, one after the other.
     QList<AppInformation> ask(const QString& key = u"org.example.cask"_s) {
         QList<AppInformation> all;
-        const auto app = AppInquiry::application(*launcher, mode(), key);
+        const auto app = AppInformationGatherer::application(*launcher, mode(), key);
         if (!app)
             return all;
-        const AppInquiry inquiry(*launcher, mac.machine, mode(), *app,
-                                 [&](const AppInformation& information) { all.append(information); });
+        const AppInformationGatherer inquiry(
+            *launcher, mac.machine, mode(), *app,
+            [&](const AppInformation& information) { all.append(information); });
         all.append(inquiry.information());
         for (int i = 0; i < 6; ++i) { // what is asked of channels goes on in a timer
             mac.settle();
@@ -154,9 +155,9 @@ TEST_F(AppInformationTest, WaitsForNoToolWithWhatFilesTellAndIsSilentOnceItIsGon
     });
     start();
     QList<AppInformation> all;
-    auto inquiry = std::make_unique<AppInquiry>(
+    auto inquiry = std::make_unique<AppInformationGatherer>(
         *launcher, mac.machine, mode(),
-        *AppInquiry::application(*launcher, mode(), u"org.example.cask"_s),
+        *AppInformationGatherer::application(*launcher, mode(), u"org.example.cask"_s),
         [&](const AppInformation& information) { all.append(information); });
     mac.until([&] {
         time.advance(0ms);

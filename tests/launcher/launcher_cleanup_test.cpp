@@ -135,7 +135,7 @@ TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
     const QString windowed = sketchOf(LauncherWindowMode::windowed);
     review();
     // What a scan sees that is under way meanwhile is of no account.
-    launcher->applications().look();
+    launcher->applications().rescan();
     EXPECT_EQ(remove(), u"done");
     EXPECT_EQ(cleanup().phase(), Phase::done);
     EXPECT_EQ(cleanup().log().size(), 3);

@@ -126,7 +126,7 @@ TEST_F(EditorTest, ARescanBetweenAnEditAndItsUndoLosesNoApplication) {
     ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Ash"_qs)}, {.page = 1, .index = 0}));
     mac.remove(u"/Applications/Beech.app"_qs);
     install(u"Elm"_qs);
-    launcher->applications().look();
+    launcher->applications().rescan();
     mac.settle();
     EXPECT_EQ(sketched(), u"Ash Cedar Dogwood Elm");
     EXPECT_EQ(undo(), u"done");

@@ -104,12 +104,12 @@ TEST_F(LauncherUpdatesTest, NothingIsLookedAtBeforeSomebodyWantsToKnow) {
     start();
     mac.time.advance(48h);
     settle();
-    EXPECT_FALSE(updates().isKnown());
+    EXPECT_FALSE(updates().isReady());
     EXPECT_EQ(mac.commands.commands().size(), 0);
     EXPECT_TRUE(mac.http.requests.isEmpty());
 
     bool isKnown = false;
-    updates().whenKnown([&] { isKnown = true; });
+    updates().whenReady([&] { isKnown = true; });
     settle();
     EXPECT_TRUE(isKnown);
     EXPECT_EQ(updates().of(feed).actionKind(), AppUpdateActionKind::sparkle);
@@ -221,14 +221,14 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     mac.commands.say(
         mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8(),
         "Password:");
-    mac.time.advance(AppUpdateRunner::lookInterval);
+    mac.time.advance(AppUpdateRunner::pollInterval);
     settle();
     EXPECT_EQ(asked, 1);
     EXPECT_EQ(went, 0) << "only a window that fills the screen is in the way";
     EXPECT_EQ(updates().of(cask).tileText(), u"Asks for password"_s);
     EXPECT_EQ(updates().of(cask).runningText(), u"Updating… Waiting for your password."_s);
     mac.commands.holdStarted(false);
-    mac.time.advance(AppUpdateRunner::lookInterval);
+    mac.time.advance(AppUpdateRunner::pollInterval);
     settle();
     mac.time.advance(250ms);
     settle();
@@ -291,7 +291,7 @@ TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {
         answer.wait();
         return test::brewOfOneCask("2.0")(command, stop);
     });
-    start().whenKnown([] {});
+    start().whenReady([] {});
     settle();
     SmartFolderDefinition casks{.id = folder, .name = u"Casks"_s};
     casks.rules = {SmartFolderChoiceRule{mac.uuids.next(), "distributionChannel",
@@ -317,7 +317,7 @@ TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {
 }
 
 TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
-    using enum LauncherUpdates::GivingUp;
+    using enum LauncherUpdates::StopMode;
     start();
     QStringList ends;
     const auto told = [&](const auto& outcome) {
@@ -334,7 +334,7 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
                         EXPECT_EQ(completed, false);
                         ends.append(u"check"_s);
                     }})();
-    updates().run({cask}, accept, told)(ending);
+    updates().run({cask}, accept, told)(cancel);
     EXPECT_EQ(ends, (QStringList{u"check"_s, u"cancelled"_s}));
     settle();
     EXPECT_TRUE(hasRun("info"));
@@ -343,21 +343,21 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
     // Nobody ends the update of another; one that has come through need not be looked at.
     mac.commands.holdStarted(true);
     const auto end = updates().run({cask}, accept, told);
-    updates().run({feed}, accept, told)(ending);
+    updates().run({feed}, accept, told)(cancel);
     EXPECT_EQ(ends.takeLast(), u"updateInProgress");
     EXPECT_EQ(updates().activeAppKey(), cask);
     settle();
     ASSERT_TRUE(hasRun("upgrade"));
     EXPECT_EQ(ends.size(), 2) << "it still runs";
     // Who only leaves kills nothing that is half done.
-    end(leaving);
+    end(detach);
     EXPECT_EQ(ends.last(), u"left");
     settle();
     EXPECT_EQ(mac.commands.terminated().size(), 0);
     EXPECT_EQ(updates().activeAppKey(), cask);
     const auto other = updates().run({cask}, accept, told);
     settle();
-    other(ending);
+    other(cancel);
     settle();
     EXPECT_EQ(ends.last(), u"cancelled");
     EXPECT_EQ(mac.commands.terminated().size(), 1);
@@ -372,7 +372,7 @@ TEST_F(LauncherUpdatesTest, AQuestionForAPasswordIsMadeWayForOnce) {
         mac.commands.say(
             mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8(),
             words);
-        mac.time.advance(AppUpdateRunner::lookInterval);
+        mac.time.advance(AppUpdateRunner::pollInterval);
         settle();
         return asked;
     };
@@ -412,7 +412,7 @@ TEST_F(LauncherUpdatesTest, EverybodyHearsOfTheUpdateThatWasAskedFor) {
     ask(cask);
     EXPECT_EQ(verified, QStringList());
     mac.commands.holdStarted(false);
-    mac.time.advance(AppUpdateRunner::lookInterval);
+    mac.time.advance(AppUpdateRunner::pollInterval);
     settle();
     EXPECT_EQ(verified, (QStringList{cask, cask}));
 }

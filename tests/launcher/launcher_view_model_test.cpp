@@ -120,9 +120,9 @@ TEST_F(LauncherTest, WhatIsEditedWhileAScanIsMergedStays) {
     const QUuid amber = launcher->shown().pages().first().first().id();
     int edits = 0;
     // Each scan that is ready to be merged is met by an edit, more often than a merge is tried again.
-    launcher->applications().look();
+    launcher->applications().rescan();
     install(u"Cobalt"_qs);
-    launcher->applications().look();
+    launcher->applications().rescan();
     const auto rename = [&] {
         (void)launcher->editor().rename(launcher->shown().mode(), amber, u"Amber %1"_qs.arg(++edits));
     };

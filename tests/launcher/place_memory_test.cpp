@@ -177,7 +177,7 @@ TEST_F(PlaceMemoryTest, UsageAndUpdatesGoAlongWithAChangedKey) {
     EXPECT_EQ(keyOfUpdates(), path) << "though nobody has asked for updates";
     start();
     bool areUpdatesKnown = false;
-    launcher->updates().whenKnown([&] { areUpdatesKnown = true; });
+    launcher->updates().whenReady([&] { areUpdatesKnown = true; });
     launcher->applications().keysChanged.notify(
         QHash<QString, QString>{{path, key}}); // while the cache is read
     mac.until([&] { return areUpdatesKnown; });

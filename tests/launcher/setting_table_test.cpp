@@ -39,23 +39,23 @@ TEST(SettingTable, SaysWhatHoldsWhereNothingIsSet) {
 TEST(SettingTable, AgreesWithThoseWhoReadTheGrid) {
     test::MemorySettings settings;
     for (const Setting& setting : settingTable()) {
-        EXPECT_FALSE(!setting.usual.isNull() && refusal(setting, setting.usual))
+        EXPECT_FALSE(!setting.defaultValue.isNull() && refusal(setting, setting.defaultValue))
             << setting.key.toStdString();
         if (setting.kind != Kind::integer && setting.kind != Kind::number)
             continue;
         const bool isWindowed = setting.key.startsWith(u"windowed."_s);
         const auto mode = isWindowed ? LauncherWindowMode::windowed : LauncherWindowMode::fullScreen;
         const ArrangementLayout before = readLayoutSettings(settings, mode);
-        for (const double value : {setting.low, setting.high}) {
+        for (const double value : {setting.minimum, setting.maximum}) {
             EXPECT_FALSE(refusal(setting, value)) << setting.key.toStdString();
-            EXPECT_TRUE(refusal(setting, value == setting.low ? value - 1 : value + 1));
+            EXPECT_TRUE(refusal(setting, value == setting.minimum ? value - 1 : value + 1));
         }
-        for (const QJsonValue& wrong : {QJsonValue(setting.high + 1), QJsonValue(u"4"_s)}) {
+        for (const QJsonValue& wrong : {QJsonValue(setting.maximum + 1), QJsonValue(u"4"_s)}) {
             EXPECT_EQ(refusal(setting.key, wrong)->code, u"outOfRange");
             EXPECT_TRUE(settings.set(setting.key, wrong)); // by another program
             EXPECT_EQ(readLayoutSettings(settings, mode), before) << setting.key.toStdString();
             if (!setting.isClamped) {
-                EXPECT_EQ(settingNow(settings, setting), setting.usual);
+                EXPECT_EQ(settingNow(settings, setting), setting.defaultValue);
             }
         }
         EXPECT_FALSE(refusal(setting.key, QJsonValue()));

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "launcher/arrangement_shelf.h"
 #include "launcher/installed_applications.h"
+#include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/layout_archive.h"
@@ -19,11 +19,11 @@ using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 // The saved arrangements of the mode that is shown, waited for.
-inline ArrangementShelf::Saved saveArrangement(const LauncherViewModel& launcher, TestMachine& mac,
-                                               const QString& name) {
-    ArrangementShelf::Saved result;
+inline LauncherArrangements::Saved saveArrangement(const LauncherViewModel& launcher, TestMachine& mac,
+                                                   const QString& name) {
+    LauncherArrangements::Saved result;
     launcher.arrangements().save(launcher.shown().mode(), name,
-                                 [&](const ArrangementShelf::Saved& saved) { result = saved; });
+                                 [&](const LauncherArrangements::Saved& saved) { result = saved; });
     mac.settle();
     return result;
 }
@@ -62,7 +62,7 @@ protected:
         return *launcher;
     }
     void rescan() {
-        launcher->applications().look();
+        launcher->applications().rescan();
         mac.settle();
     }
     void store(const Pages& pages, const QSet<QString>& hidden = {}) {

@@ -271,7 +271,7 @@ TEST_F(SmartFolderLibraryTest, AfterASleepTheDayIsAnotherAsSoonAsSomebodyLooks) 
     mac.settle();
     EXPECT_EQ(shown(u"Today"_qs), u"Beech");
     mac.time.setNow(mac.time.now() + 24h); // timers did not run meanwhile
-    library().lookAgain();
+    library().reevaluate();
     mac.settle();
     EXPECT_EQ(shown(u"Today"_qs), u"");
 }

@@ -127,8 +127,8 @@ TEST_F(LayoutStoreTest, AFolderInTheFilesPlaceBlocksAndIsNotThrownAway) {
     mac.write(path("layout.json/inside"), "x");
     const auto result = store.load(fullScreen);
     ASSERT_TRUE(failure(result));
-    EXPECT_TRUE(failure(result)->mayPass);
-    const Task again = store.loadBehind(fullScreen, [](const auto&) {});
+    EXPECT_TRUE(failure(result)->isTransient);
+    const Task again = store.loadInBackground(fullScreen, [](const auto&) {});
     mac.workers.waitIdle();
     EXPECT_TRUE(store.reset(fullScreen));
     mac.settle();
@@ -215,8 +215,8 @@ TEST_F(LayoutStoreTest, ASaveIsHandedOverAndToldOfWhenItIsOnTheDisk) {
                     : mode == fullScreen ? u"%1 "_qs.arg(revision) + sketch(stored().pages)
                                          : u"windowed"_qs;
         });
-    store.hurry(fullScreen);
-    store.hurry(windowed);
+    store.startPendingSave(fullScreen);
+    store.startPendingSave(windowed);
     mac.mailbox.drain();
     EXPECT_FALSE(mac.exists(path("layout.json")));
     EXPECT_TRUE(told.isEmpty());
@@ -233,13 +233,13 @@ TEST_F(LayoutStoreTest, ASaveIsHandedOverAndToldOfWhenItIsOnTheDisk) {
     mac.makeFolder(path("layout.json/in the way"));
     for (const char* name : {"d", "e"}) {
         store.scheduleSave(fullScreen, shown(name));
-        store.hurry(fullScreen);
+        store.startPendingSave(fullScreen);
     }
     mac.settle();
     EXPECT_EQ(told, QStringList{u"failed"_qs});
     EXPECT_TRUE(store.hasUnsavedEdits());
     // What a start could not bring up to date is nobody's edit.
-    store.saveBehind(fullScreen, shown("f"), [](const BackgroundFile::Result&) {});
+    store.saveInBackground(fullScreen, shown("f"), [](const BackgroundFile::Result&) {});
     mac.settle();
     EXPECT_FALSE(store.hasUnsavedEdits());
     EXPECT_TRUE(store.lastSaveError(fullScreen));
@@ -254,7 +254,7 @@ TEST_F(LayoutStoreTest, WhatWasHandedOverIsWrittenAlsoAtTheEnd) {
     {
         LayoutStore last(own->machine, directory);
         last.scheduleSave(fullScreen, {.pages = onePage});
-        last.hurry(fullScreen);
+        last.startPendingSave(fullScreen);
     }
     opened.count_down();
     own.reset();

@@ -272,7 +272,7 @@ TEST_F(ProcessRunnerTest, ADetachedCommandGoesOnAndIsFollowedInItsFile) {
         const auto begin = std::chrono::steady_clock::now();
         DetachedState state{DetachedState::Kind::running};
         while (state.isRunning() && std::chrono::steady_clock::now() - begin < soon) {
-            state = _runner.look(number, file);
+            state = _runner.poll(number, file);
             std::this_thread::yield();
         }
         return state;
@@ -282,7 +282,7 @@ TEST_F(ProcessRunnerTest, ADetachedCommandGoesOnAndIsFollowedInItsFile) {
     const auto number =
         _runner.start(shell("echo out; echo err >&2; read line <$1; echo $line; exit 3", {gate}), file);
     ASSERT_TRUE(number);
-    EXPECT_TRUE(_runner.look(*number, file).isRunning());
+    EXPECT_TRUE(_runner.poll(*number, file).isRunning());
     EXPECT_EQ(::getsid(static_cast<pid_t>(*number)), *number) << "nothing that ends us ends it";
     EXPECT_EQ(_runner.start(shell("true"), file), std::unexpected(EWOULDBLOCK));
     {
@@ -292,9 +292,9 @@ TEST_F(ProcessRunnerTest, ADetachedCommandGoesOnAndIsFollowedInItsFile) {
     }
     EXPECT_EQ(ended(*number), (DetachedState{Kind::exited, 3}));
     EXPECT_EQ(output(), "out\nerr\nlast\n");
-    EXPECT_EQ(_runner.look(*number, file), DetachedState()) << "it is nobody's child any more";
-    EXPECT_FALSE(_runner.look(::getpid(), file).isRunning()) << "a number that is another's";
-    EXPECT_FALSE(_runner.look(-1, file).isRunning());
+    EXPECT_EQ(_runner.poll(*number, file), DetachedState()) << "it is nobody's child any more";
+    EXPECT_FALSE(_runner.poll(::getpid(), file).isRunning()) << "a number that is another's";
+    EXPECT_FALSE(_runner.poll(-1, file).isRunning());
 
     // Another one replaces what it said; it is asked to end, and then made to.
     const auto stubborn =
@@ -307,7 +307,7 @@ TEST_F(ProcessRunnerTest, ADetachedCommandGoesOnAndIsFollowedInItsFile) {
     }
     EXPECT_EQ(output(), QByteArray());
     _runner.terminate(*stubborn, file, false);
-    EXPECT_TRUE(_runner.look(*stubborn, file).isRunning());
+    EXPECT_TRUE(_runner.poll(*stubborn, file).isRunning());
     _runner.terminate(*stubborn, file, true);
     EXPECT_EQ(ended(*stubborn), (DetachedState{Kind::signalled, SIGKILL}));
     // What the killed command had started may still hold its file.

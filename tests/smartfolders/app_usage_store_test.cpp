@@ -69,14 +69,14 @@ TEST_F(AppUsageStores, FollowsAnApplicationThatGoesByAnotherKey) {
     const auto store = loaded();
     store->recordLaunch(app);
     const AppUsage usage = store->records().value(app);
-    EXPECT_TRUE(store->follow({{app, other}})); // a second copy has come
+    EXPECT_TRUE(store->changeKeys({{app, other}})); // a second copy has come
     EXPECT_EQ(store->records(), (QMap<QString, AppUsage>{{other, usage}}));
     machine.time.advance(std::chrono::hours(1));
     store->recordLaunch(app);
-    EXPECT_TRUE(store->follow({{other, app}})); // and gone again
+    EXPECT_TRUE(store->changeKeys({{other, app}})); // and gone again
     EXPECT_EQ(store->records().keys(), QStringList{app});
     EXPECT_EQ(store->records().value(app), (AppUsage{usage.firstSeen, machine.time.now(), 2}));
-    EXPECT_FALSE(store->follow({{other, app}}));
+    EXPECT_FALSE(store->changeKeys({{other, app}}));
 }
 
 TEST_F(AppUsageStores, SetsADamagedFileAsideAndKnowsItsLoss) {

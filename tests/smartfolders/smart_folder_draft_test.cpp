@@ -18,7 +18,7 @@ using Kind = SmartFolderOperandRow::Kind;
 
 class SmartFolderDrafts : public testing::Test {
 protected:
-    static SmartFolderTyping typing(const QString& language = u"en_US"_s) {
+    static SmartFolderInputFormat inputFormat(const QString& language = u"en_US"_s) {
         return {Locale(language), Calendar(Locale(language), u"Europe/Oslo"_s)};
     }
     SmartFolderDraft draft(const QList<SmartFolderRule>& rules, const QString& language = u"en_US"_s) {
@@ -29,7 +29,7 @@ protected:
                                       .rules = rules,
                                       .sort = {"name"},
                                       .resultLimit = {}},
-                typing(language), now};
+                inputFormat(language), now};
     }
     SmartFolderDraft fresh() {
         SmartFolderDraft result = draft({});
@@ -74,7 +74,7 @@ TEST_F(SmartFolderDrafts, EveryFieldAndPredicateCanBeMadeFilledInAndReadBack) {
     QSet<QString> fields;
     int made = 0;
     const auto menu = fresh().fields(0);
-    for (const SmartFolderWord& field : menu) {
+    for (const SmartFolderOption& field : menu) {
         if (field.word.isEmpty())
             continue;
         EXPECT_FALSE(fields.contains(field.word))
@@ -83,7 +83,7 @@ TEST_F(SmartFolderDrafts, EveryFieldAndPredicateCanBeMadeFilledInAndReadBack) {
         SmartFolderDraft ofField = fresh();
         ofField.setField(0, field.word);
         const auto asked = ofField.predicates(0);
-        for (const SmartFolderWord& predicate : asked) {
+        for (const SmartFolderOption& predicate : asked) {
             SCOPED_TRACE((field.word + u' ' + predicate.word).toStdString());
             SmartFolderDraft draft = ofField;
             draft.setPredicate(0, predicate.word);
@@ -98,7 +98,7 @@ TEST_F(SmartFolderDrafts, EveryFieldAndPredicateCanBeMadeFilledInAndReadBack) {
                       draft.row(0).operands.size());
             EXPECT_EQ(json::decode<SmartFolderDefinition>(json::encode(definition)), definition);
             // Opened anew it shows the same, and typing what is shown is what was meant.
-            SmartFolderDraft again(definition, typing(), now);
+            SmartFolderDraft again(definition, inputFormat(), now);
             EXPECT_EQ(again.row(0), draft.row(0));
             for (qsizetype i = 0; i < again.row(0).operands.size(); ++i)
                 again.type(0, i, again.row(0).operands.at(i).text);
@@ -236,7 +236,8 @@ TEST_F(SmartFolderDrafts, ADayIsTheWholeDayWhereTheUserIs) {
 
     // Whoever travels meanwhile means the days where he is now.
     SmartFolderDraft travelled = d;
-    travelled.follow({Locale(u"en_US"_s), Calendar(Locale(u"en_US"_s), u"Pacific/Kiritimati"_s)}, now);
+    travelled.setInputFormat(
+        {Locale(u"en_US"_s), Calendar(Locale(u"en_US"_s), u"Pacific/Kiritimati"_s)}, now);
     travelled.setPredicate(0, u"isBefore"_s);
     travelled.type(0, 0, u"11/22/2026"_s);
     EXPECT_EQ(predicateIn<SmartFolderDateRule>(travelled),
@@ -291,7 +292,7 @@ TEST_F(SmartFolderDrafts, WhatIsTypedIsSuggestedFromWhatApplicationsHave) {
     d.setField(0, u"architecture"_s);
     const auto words = d.choices(0, 0);
     EXPECT_EQ(words.size(), 5);
-    EXPECT_EQ(words.last(), (SmartFolderWord{u"arm64e"_s, u"Apple silicon (arm64e)"_s}));
+    EXPECT_EQ(words.last(), (SmartFolderOption{u"arm64e"_s, u"Apple silicon (arm64e)"_s}));
     d.choose(0, 0, u"arm64e"_s);
     EXPECT_EQ(d.row(0).operands.first().text, u"Apple silicon (arm64e)");
 }
@@ -323,7 +324,8 @@ TEST_F(SmartFolderDrafts, StepsNumbersAndPicksDays) {
     EXPECT_EQ(month.days[0].date, QDate(2026, 3, 1)); // a Sunday, with which weeks begin here
     EXPECT_TRUE(month.days[28].isChosen && month.days[28].isInMonth);
     EXPECT_FALSE(month.days[31].isInMonth || month.days[27].isChosen);
-    EXPECT_EQ(typing(u"de_DE"_s).month(QDate(2026, 3, 5), {}, {}).days[0].date, QDate(2026, 2, 23));
+    EXPECT_EQ(inputFormat(u"de_DE"_s).month(QDate(2026, 3, 5), {}, {}).days[0].date,
+              QDate(2026, 2, 23));
 
     d.setHasLimit(true);
     d.typeLimit(u"x"_s);

@@ -65,7 +65,7 @@ public:
         _started.insert_or_assign(++_lastNumber, result);
         return _lastNumber;
     }
-    DetachedState look(std::int64_t number, const QByteArray&) override {
+    DetachedState poll(std::int64_t number, const QByteArray&) override {
         using Kind = DetachedState::Kind;
         const std::lock_guard lock(_mutex);
         if (_terminated.contains(number))

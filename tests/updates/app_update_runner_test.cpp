@@ -34,7 +34,7 @@ TEST_F(AppUpdateRunnerTest, RunsOneUpdateAtATimeAfterAskingAndChecksAgain) {
     add({.name = u"Cask"_s, .version = u"2.0"_s, .build = u"200"_s});
     brew({});
     mac.commands.holdStarted(false);
-    mac.time.advance(AppUpdateRunner::lookInterval);
+    mac.time.advance(AppUpdateRunner::pollInterval);
     settle();
     EXPECT_EQ(state(u"Cask"_s), (AppUpdateActionState{AppUpdateActionState::Kind::succeeded,
                                                       u"Updated to version 2.0."_s}));
@@ -110,7 +110,7 @@ TEST_F(AppUpdateRunnerTest, AnUpdateThatRunsIsSeenToRunAndMayBeCancelled) {
           {"==> Upgrading cask\n"_ba, u"installing"_s},
           {"Password:"_ba, u"password"_s}}) {
         mac.commands.say(log, words);
-        mac.time.advance(AppUpdateRunner::lookInterval);
+        mac.time.advance(AppUpdateRunner::pollInterval);
         settle();
         EXPECT_EQ(phases.last(), phase);
     }
@@ -118,7 +118,7 @@ TEST_F(AppUpdateRunnerTest, AnUpdateThatRunsIsSeenToRunAndMayBeCancelled) {
     // A night's sleep is no time in which it ran.
     mac.time.setNow(mac.time.now() + 9h);
     for (int i = 0; i < 3; ++i) {
-        mac.time.advance(AppUpdateRunner::lookInterval);
+        mac.time.advance(AppUpdateRunner::pollInterval);
         settle();
     }
     EXPECT_TRUE(mac.commands.terminated().isEmpty());
@@ -151,7 +151,7 @@ TEST_F(AppUpdateRunnerTest, AnUpdateOutlivesTheLauncherAndIsTakenUp) {
     EXPECT_FALSE(coordinator->runner().isBusy()) << "nothing is begun before the start";
     coordinator->start();
     settle();
-    mac.time.advance(AppUpdateRunner::lookInterval);
+    mac.time.advance(AppUpdateRunner::pollInterval);
     settle();
     EXPECT_EQ(state(u"Cask"_s).message, u"Updated to version 2.0."_s);
     const QString journal = mac.machine.places.applicationFolder() + u"/app-update-run.json"_s;

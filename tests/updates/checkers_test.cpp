@@ -2,9 +2,9 @@
 
 #include "updates/app_store_update_checker.h"
 #include "updates/homebrew_casks.h"
-#include "updates/outside_words.h"
 #include "updates/sparkle_update_checker.h"
 #include "updates/sparkle_version.h"
+#include "updates/untrusted_text.h"
 
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
@@ -80,8 +80,8 @@ TEST(AppStoreLookup, ReadsAnswersAndWritesTheRequestExactly) {
 }
 
 TEST(OutsideWords, AreFitToBeShownAndRun) {
-    EXPECT_EQ(onOneLine(u" a\n\tb\u2028c\u202Ed\u200B\x1b[31m\u0000e "_s, 100), u"a b cd[31me"_s);
-    EXPECT_EQ(onOneLine(u"𝒜bc"_s, 2), u"𝒜"_s);
+    EXPECT_EQ(toSingleLine(u" a\n\tb\u2028c\u202Ed\u200B\x1b[31m\u0000e "_s, 100), u"a b cd[31me"_s);
+    EXPECT_EQ(toSingleLine(u"𝒜bc"_s, 2), u"𝒜"_s);
     EXPECT_EQ(plausibleVersion(u" 1.2 (3) β "_s), u"1.2 (3) β"_s);
     for (const QString& none : {QString(), u" "_s, u"1\n2"_s, u"1\u202E2"_s, QString(101, u'1')})
         EXPECT_EQ(plausibleVersion(none), std::nullopt);

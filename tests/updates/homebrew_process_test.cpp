@@ -35,8 +35,8 @@ public:
     std::expected<std::int64_t, int> start(const Command& command, const QByteArray& file) override {
         return _runner.start(command, file);
     }
-    DetachedState look(std::int64_t number, const QByteArray& file) override {
-        return _runner.look(number, file);
+    DetachedState poll(std::int64_t number, const QByteArray& file) override {
+        return _runner.poll(number, file);
     }
     void terminate(std::int64_t number, const QByteArray& file, bool now) override {
         _runner.terminate(number, file, now);
@@ -156,7 +156,7 @@ fi
         QDeadlineTimer end(20s);
         while (!isSo() && !end.hasExpired()) {
             mac.settle();
-            mac.time.advance(AppUpdateRunner::lookInterval);
+            mac.time.advance(AppUpdateRunner::pollInterval);
         }
         EXPECT_TRUE(isSo());
         return updates.runner().state(bad).value_or(AppUpdateActionState());

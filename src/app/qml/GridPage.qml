@@ -159,7 +159,7 @@ Item {
         onCanceled: isDrawn = false
         onClicked: event => {
             if (area.width + area.height <= Qt.styleHints.startDragDistance && !adds)
-                page.launcher.clickBeside();
+                page.launcher.clickBackground();
         }
     }
 

@@ -39,7 +39,7 @@ FocusScope {
 
     Connections {
         target: root.launcher
-        function onMenuWanted(tileId) {
+        function onMenuRequested(tileId) {
             const shown = root.launcher.search.isActive ? found.item : root.launcher.folder.isOpen ? folder : pages;
             const rect = shown.tileRect(tileId);
             root.launcher.openMenu(tileId, rect.width > 0 ? tiles.mapToItem(null, rect.x + rect.width / 2, rect.y + rect.height / 2)
@@ -98,7 +98,7 @@ FocusScope {
 
             TapHandler {
                 gesturePolicy: TapHandler.ReleaseWithinBounds
-                onTapped: root.launcher.clickBeside()
+                onTapped: root.launcher.clickBackground()
                 onLongPressed: root.launcher.openMenu("", point.position)
             }
 

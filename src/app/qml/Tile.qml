@@ -259,8 +259,8 @@ Item {
         }
         onPositionChanged: event => tile.launcher.drag.move(mapToItem(tile.stage, event.x, event.y))
         onPressAndHold: event => tile.launcher.openMenu(tile.tileId, mapToItem(null, event.x, event.y))
-        onReleased: tile.launcher.drag.letGo()
-        onCanceled: tile.launcher.drag.letGo()
+        onReleased: tile.launcher.drag.release()
+        onCanceled: tile.launcher.drag.release()
         onClicked: event => {
             if (event.button === Qt.LeftButton)
                 tile.launcher.click(tile.tileId, event.modifiers);

@@ -35,7 +35,7 @@ public:
     virtual QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>& items,
                                                      std::stop_token stop) = 0;
     /// Whether it responds. If so, moves interrupted in an earlier run have been completed.
-    virtual bool isThere(std::stop_token stop) = 0;
+    virtual bool isAvailable(std::stop_token stop) = 0;
 };
 
 } // namespace tessellar

@@ -102,7 +102,7 @@ std::expected<void, BrokerError> HelperSetupBroker::awaitApproval(std::stop_toke
     show(_wasEnabled ? approvalTurnedOff() : approvalNeeded());
     std::expected<void, BrokerError> result =
         std::unexpected(BrokerError{BrokerError::Kind::notApproved});
-    for (int i = 0; i < mostPolls && _wait(pollInterval, stop); ++i) {
+    for (int i = 0; i < maximumPolls && _wait(pollInterval, stop); ++i) {
         const auto now = status(stop);
         if (now && *now == Status::requiresApproval)
             continue;

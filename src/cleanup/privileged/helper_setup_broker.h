@@ -40,11 +40,11 @@ public:
     using Present = std::function<void(const std::optional<HelperNotice>&)>;
 
     static constexpr std::chrono::milliseconds pollInterval{1'000};
-    static constexpr int mostPolls = 600;
+    static constexpr int maximumPolls = 600;
 
     /// `resources` is the folder of "TessellarHelperSetup.app", as a path under the root.
     HelperSetupBroker(Machine& machine, const QString& resources, Present present,
-                      Wait wait = waitForReal);
+                      Wait wait = interruptibleSleep);
 
     std::expected<Status, BrokerError> status(std::stop_token stop);
     /// Registers if needed and waits for the user's approval.

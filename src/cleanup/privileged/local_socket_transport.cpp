@@ -48,7 +48,7 @@ public:
         }
     }
 
-    void stop() override { endWriting(_socket.get()); }
+    void stop() override { shutDownWriting(_socket.get()); }
 
 private:
     Descriptor _socket;

@@ -44,7 +44,7 @@ public:
     QList<AdminMoveOutcome> moveToTrash(const QList<AdminMove>& items, std::stop_token stop) override;
     QList<AdminMoveOutcome> restoreFromTrash(const QList<AdminMove>& items,
                                              std::stop_token stop) override;
-    bool isThere(std::stop_token stop) override { return healthCheck(stop).has_value(); }
+    bool isAvailable(std::stop_token stop) override { return healthCheck(stop).has_value(); }
     /// Whether the helper responds; the error is one sentence.
     std::expected<void, QString> healthCheck(std::stop_token stop);
 

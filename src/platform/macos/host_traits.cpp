@@ -15,7 +15,7 @@ qint64 peakResidentMemory() {
 
 bool hasReliableGraphics() { return true; }
 
-bool staysWithoutWindow() { return true; }
+bool keepsRunningWithoutWindow() { return true; }
 
 QStringList preferredFontFamilies() { return {}; }
 

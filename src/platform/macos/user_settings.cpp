@@ -5,7 +5,7 @@
 
 namespace tessellar {
 
-std::unique_ptr<Settings> makeUserSettings(const UserStore& store) {
+std::unique_ptr<Settings> makeUserSettings(const UserSettingsContext& store) {
     if (!store.hasRoot)
         return std::make_unique<DefaultsSettings>(store.files, store.commands, store.environment,
                                                   applicationIdentifier);
@@ -14,7 +14,7 @@ std::unique_ptr<Settings> makeUserSettings(const UserStore& store) {
                                               applicationIdentifier + QLatin1StringView(".json"));
 }
 
-QString applicationSupportDirectory(const UserStore& store) {
+QString applicationSupportDirectory(const UserSettingsContext& store) {
     return store.home + QLatin1StringView("/Library/Application Support");
 }
 

@@ -1,4 +1,4 @@
-#include "helper/request_desk.h"
+#include "helper/request_handler.h"
 
 #include "platform/administrator_rights.h"
 
@@ -100,14 +100,14 @@ AuthorizationCheck::Answer GrantCheck::check(const PeerCredentials& peer,
     return peer.user == 0 || isAdministratorGrant(grant) ? Answer::granted : Answer::denied;
 }
 
-QByteArray RequestDesk::answer(const QByteArray& message, const PeerCredentials& peer,
-                               const QByteArray& nonce, std::stop_token stop) {
+QByteArray RequestHandler::answer(const QByteArray& message, const PeerCredentials& peer,
+                                  const QByteArray& nonce, std::stop_token stop) {
     return json::writeCompact(json::encode(respond(message, peer, nonce, stop)));
 }
 
-PrivilegedFileOperationResponse RequestDesk::respond(const QByteArray& message,
-                                                     const PeerCredentials& peer,
-                                                     const QByteArray& nonce, std::stop_token stop) {
+PrivilegedFileOperationResponse RequestHandler::respond(const QByteArray& message,
+                                                        const PeerCredentials& peer,
+                                                        const QByteArray& nonce, std::stop_token stop) {
     const auto request = json::decodeDocument<PrivilegedFileOperationRequest>(message);
     PrivilegedFileOperationResponse response{.id = request ? request->id : QUuid()};
     const auto refuse = [&](AuthorizationError error) {

@@ -32,12 +32,12 @@ struct SmartFolderMonth {
 /// Users think of days, while rules compare instants: a day starts at its first and ends at its last
 /// millisecond, so that "after" a day excludes all of it. An instant that is neither is formatted with
 /// its time.
-class SmartFolderTyping {
+class SmartFolderInputFormat {
 public:
     /// Which end of a day represents it.
     enum class Edge { start, end };
 
-    SmartFolderTyping(const Locale& locale, Calendar calendar);
+    SmartFolderInputFormat(const Locale& locale, Calendar calendar);
 
     QString text(double number) const;
     std::optional<double> number(const QString& text) const;

@@ -1,4 +1,4 @@
-#include "cleanup/related_file_ties.h"
+#include "cleanup/related_file_matcher.h"
 
 #include "platform/property_list.h"
 #include "platform/texts.h"
@@ -37,9 +37,10 @@ QList<CleanupApplication> othersOf(const CleanupApplication& application,
 
 } // namespace
 
-RelatedFileTies::RelatedFileTies(const FileSystem& files, const CleanupApplication& application,
-                                 const QList<CleanupApplication>& others,
-                                 const AppRelatedFilesScanner::TeamOf& teamOf, std::stop_token stop)
+RelatedFileMatcher::RelatedFileMatcher(const FileSystem& files, const CleanupApplication& application,
+                                       const QList<CleanupApplication>& others,
+                                       const AppRelatedFilesScanner::TeamOf& teamOf,
+                                       std::stop_token stop)
     : _files(files)
     , _application(application)
     , _teamOf(teamOf)
@@ -48,7 +49,7 @@ RelatedFileTies::RelatedFileTies(const FileSystem& files, const CleanupApplicati
     , _claims(_others)
     , _stop(std::move(stop)) {}
 
-QString RelatedFileTies::reasonOf(const ApplicationNames::Grade& grade) {
+QString RelatedFileMatcher::reasonOf(const ApplicationNames::Grade& grade) {
     const QString word = QString::fromUtf8(grade.because);
     switch (grade.match) {
     case RelatedFileMatch::appBundle:
@@ -65,30 +66,30 @@ QString RelatedFileTies::reasonOf(const ApplicationNames::Grade& grade) {
     return {};
 }
 
-std::optional<RelatedFileTie> RelatedFileTies::of(const CleanupLocation& location,
-                                                  const WalkEntry& entry,
-                                                  const MatchingName& name) const {
+std::optional<RelatedFileFinding> RelatedFileMatcher::of(const CleanupLocation& location,
+                                                         const WalkEntry& entry,
+                                                         const MatchingName& name) const {
     if (const auto grade = _names.grade(name))
-        if (auto tie = byName(location, *grade, name);
-            tie && (!location.isForCertain || tie->match <= RelatedFileMatch::strongish))
-            return tie;
-    if (auto tie = byContents(location, entry))
-        return tie;
+        if (auto finding = byName(location, *grade, name);
+            finding && (!location.isForCertain || finding->match <= RelatedFileMatch::strongish))
+            return finding;
+    if (auto finding = byContents(location, entry))
+        return finding;
     return location.isForCertain ? std::nullopt : byDeveloper(name);
 }
 
-std::optional<RelatedFileTie> RelatedFileTies::byName(const CleanupLocation& location,
-                                                      const ApplicationNames::Grade& grade,
-                                                      const MatchingName& name) const {
+std::optional<RelatedFileFinding> RelatedFileMatcher::byName(const CleanupLocation& location,
+                                                             const ApplicationNames::Grade& grade,
+                                                             const MatchingName& name) const {
     const auto verdict = _claims.judge(name, grade);
     if (verdict.isAnothers)
         return std::nullopt;
-    RelatedFileTie tie{.match = grade.match, .reason = reasonOf(grade)};
+    RelatedFileFinding finding{.match = grade.match, .reason = reasonOf(grade)};
     const auto contest = [&](const QString& why) {
-        tie.isContested = true;
-        tie.reason += u' ' + why;
+        finding.isContested = true;
+        finding.reason += u' ' + why;
     };
-    tie.isShared = !verdict.sharedWith.isEmpty() && !grade.isByIdentifier();
+    finding.isShared = !verdict.sharedWith.isEmpty() && !grade.isByIdentifier();
     if (!verdict.sharedWith.isEmpty())
         contest(Texts::tr("May also belong to %1.").arg(verdict.sharedWith.join(QStringLiteral(", "))));
     else if (_names.isApple())
@@ -101,13 +102,13 @@ std::optional<RelatedFileTie> RelatedFileTies::byName(const CleanupLocation& loc
     else if (grade.match == RelatedFileMatch::strongish &&
              (!_names.ownsExtensions() || namesSiblingProduct(name, _names.identifier())))
         contest(Texts::tr("It may be another product’s."));
-    return tie;
+    return finding;
 }
 
 /// Property lists of agents and daemons name the program that they start, and the metadata of
 /// containers that are named by a number the application that they are of.
-std::optional<RelatedFileTie> RelatedFileTies::byContents(const CleanupLocation& location,
-                                                          const WalkEntry& entry) const {
+std::optional<RelatedFileFinding> RelatedFileMatcher::byContents(const CleanupLocation& location,
+                                                                 const WalkEntry& entry) const {
     if (entry.depth != 1)
         return std::nullopt;
     const QByteArrayView folder = location.folder;
@@ -118,8 +119,8 @@ std::optional<RelatedFileTie> RelatedFileTies::byContents(const CleanupLocation&
         const QString program = list[QStringLiteral("Program")].text().value_or(words.value(0));
         if (program.startsWith(u'/') &&
             FileSystem::isWithin(FileSystem::standardized(program), _application.path))
-            return RelatedFileTie{.match = RelatedFileMatch::strongish,
-                                  .reason = Texts::tr("It starts a program of the application.")};
+            return RelatedFileFinding{.match = RelatedFileMatch::strongish,
+                                      .reason = Texts::tr("It starts a program of the application.")};
     }
     if (folder == "Containers" && entry.type == FileType::directory && !_names.identifier().isEmpty() &&
         !QUuid::fromString(FileSystem::fromHostBytes(entry.name)).isNull()) {
@@ -128,34 +129,35 @@ std::optional<RelatedFileTie> RelatedFileTies::byContents(const CleanupLocation&
                                        QStringLiteral(".com.apple.containermanagerd.metadata.plist")));
         const auto owner = list[QStringLiteral("MCMMetadataIdentifier")].text();
         if (owner && owner->compare(*_application.bundleIdentifier, Qt::CaseInsensitive) == 0)
-            return RelatedFileTie{.match = RelatedFileMatch::strong,
-                                  .reason = Texts::tr("It is the container of “%1”.").arg(*owner)};
+            return RelatedFileFinding{.match = RelatedFileMatch::strong,
+                                      .reason = Texts::tr("It is the container of “%1”.").arg(*owner)};
     }
     return std::nullopt;
 }
 
 /// What carries an identifier of the same developer that no application is known for: a helper's,
 /// perhaps, or what another product left.
-std::optional<RelatedFileTie> RelatedFileTies::byDeveloper(const MatchingName& name) const {
+std::optional<RelatedFileFinding> RelatedFileMatcher::byDeveloper(const MatchingName& name) const {
     const QByteArray& developer = _names.developer();
     if (developer.isEmpty() || !name.view().startsWith(developer + '.') ||
-        _claims.tiesByIdentifier(name))
+        _claims.matchesIdentifier(name))
         return std::nullopt;
-    return RelatedFileTie{.match = RelatedFileMatch::risky,
-                          .reason = Texts::tr("Its name begins with “%1”, as the identifiers of this "
-                                              "developer do.")
-                                        .arg(QString::fromUtf8(developer)),
-                          .isContested = true};
+    return RelatedFileFinding{.match = RelatedFileMatch::risky,
+                              .reason =
+                                  Texts::tr("Its name begins with “%1”, as the identifiers of this "
+                                            "developer do.")
+                                      .arg(QString::fromUtf8(developer)),
+                              .isContested = true};
 }
 
-bool RelatedFileTies::holdAnothers(const QString& folder) const {
+bool RelatedFileMatcher::holdsFilesOfAnother(const QString& folder) const {
     std::atomic<bool> hold = false;
     (void)walkDirectory(
         _files, folder, {.maximumDepth = deepestProduct, .maximumEntries = mostProducts}, _stop,
         [&](const WalkEntry& entry) {
             const MatchingName name(entry.name);
             const auto own = _names.grade(name);
-            if (_claims.tiesByIdentifier(name, own && own->isByIdentifier() ? own->because.size() : 0))
+            if (_claims.matchesIdentifier(name, own && own->isByIdentifier() ? own->because.size() : 0))
                 hold.store(true, std::memory_order_relaxed);
             return hold.load(std::memory_order_relaxed) ? WalkStep::skip : WalkStep::descend;
         });
@@ -165,7 +167,7 @@ bool RelatedFileTies::holdAnothers(const QString& folder) const {
 /// Group containers are for the applications of one team. Signatures are slow: only this
 /// application's is looked at, once, and another whose team nobody knows is taken for one of it
 /// where its identifier begins alike.
-bool RelatedFileTies::mayShareGroup() const {
+bool RelatedFileMatcher::mayShareGroup() const {
     std::call_once(_groupAsked, [this] {
         const auto team = teamOf(_application);
         _mayShareGroup = !team || team->isEmpty() ||
@@ -179,7 +181,7 @@ bool RelatedFileTies::mayShareGroup() const {
     return _mayShareGroup;
 }
 
-std::optional<QString> RelatedFileTies::teamOf(const CleanupApplication& application) const {
+std::optional<QString> RelatedFileMatcher::teamOf(const CleanupApplication& application) const {
     if (application.team || !_teamOf)
         return application.team;
     return _teamOf(application, _stop);

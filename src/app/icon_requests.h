@@ -11,14 +11,14 @@ class SmartFolderLibrary;
 /// The maximum number of tiles in a folder's preview.
 constexpr qsizetype previewCount = 9;
 
-IconWish iconWish(const AppEntry& app);
+IconRequest iconRequest(const AppEntry& app);
 
 /// The icons in a folder's preview: the applications among its first tiles, and the first application
 /// of each nested folder.
-QList<IconWish> previewIcons(const FolderEntry& folder);
+QList<IconRequest> previewIcons(const FolderEntry& folder);
 
 /// The icons in a thumbnail of a page.
-QList<IconWish> pageIcons(const Page& page);
+QList<IconRequest> pageIcons(const Page& page);
 
 /// The tiles of a page for a `PagePicture`.
 QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolders);
@@ -27,6 +27,6 @@ QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolde
 /// page (of `over` first, then of the grid), then the pages beside it and the contents of its folders,
 /// then the rest of the grid. Folders count as the icons in their previews. `over` is the open folder
 /// or the search results; null if neither covers the grid.
-IconLoader::Wishes iconWishes(const GridModel& grid, const GridModel* over);
+IconLoader::Requests iconRequests(const GridModel& grid, const GridModel* over);
 
 } // namespace tessellar

@@ -13,13 +13,13 @@ namespace tessellar {
 
 /// Gathers everything known about one application and keeps it up to date: reports what is known
 /// immediately, and again with each addition. Destroying it stops it. Main thread only.
-class AppInquiry {
+class AppInformationGatherer {
 public:
     /// Never called before the constructor has returned.
-    using Told = std::function<void(const AppInformation&)>;
+    using Updated = std::function<void(const AppInformation&)>;
 
-    AppInquiry(LauncherViewModel& launcher, Machine& machine, LauncherWindowMode mode,
-               const AppEntry& app, Told told);
+    AppInformationGatherer(LauncherViewModel& launcher, Machine& machine, LauncherWindowMode mode,
+                           const AppEntry& app, Updated updated);
 
     /// The application with a key, under its name in a mode; even if only its tile is left.
     static std::optional<AppEntry> application(const LauncherViewModel& launcher,
@@ -32,14 +32,14 @@ private:
     void measure();
     void inspectCode();
     void learnUpdates();
-    void lookAtLauncher();
+    void readLauncher();
     void tell();
 
     LauncherViewModel& _launcher;
     Machine& _machine;
     const LauncherWindowMode _mode;
     const QString _key;
-    Told _told;
+    Updated _updated;
     AppInformation _information;
     bool _areChannelsKnown = false;
     bool _areFoldersKnown = false;

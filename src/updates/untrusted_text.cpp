@@ -1,4 +1,4 @@
-#include "updates/outside_words.h"
+#include "updates/untrusted_text.h"
 
 #include "platform/text.h"
 
@@ -28,7 +28,7 @@ static bool isSpace(QChar c) {
            c.category() == QChar::Separator_Paragraph;
 }
 
-QString onOneLine(QStringView text, qsizetype longest) {
+QString toSingleLine(QStringView text, qsizetype longest) {
     QString line;
     bool isSpaceDue = false;
     for (qsizetype i = 0; i < text.size() && line.size() < longest; ++i) {
@@ -52,7 +52,7 @@ QString onOneLine(QStringView text, qsizetype longest) {
 std::optional<QString> plausibleVersion(QStringView text) {
     const QString version = trimmed(text.left(4 * longestVersion));
     if (version.isEmpty() || text.size() > 4 * longestVersion || version.size() > longestVersion ||
-        onOneLine(version, longestVersion) != version)
+        toSingleLine(version, longestVersion) != version)
         return std::nullopt;
     return version;
 }

@@ -1,4 +1,4 @@
-#include "app/summons.h"
+#include "app/activation_triggers.h"
 
 #include <gtest/gtest.h>
 

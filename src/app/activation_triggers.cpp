@@ -1,4 +1,4 @@
-#include "app/summons.h"
+#include "app/activation_triggers.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -53,17 +53,18 @@ bool HotCorner::isEntered(QPoint pointer, const QList<QRect>& screens) {
     return !std::exchange(_isInside, isInside) && isInside;
 }
 
-Summons::Summons(const Settings& settings, Log& log, std::function<void()> summoned)
+ActivationTriggers::ActivationTriggers(const Settings& settings, Log& log,
+                                       std::function<void()> summoned)
     : _settings(settings), _log(log), _summoned(std::move(summoned)) {
     apply();
 }
 
-void Summons::apply() {
+void ActivationTriggers::apply() {
     takeKey();
     takeCorner();
 }
 
-void Summons::takeKey() {
+void ActivationTriggers::takeKey() {
     const QString text = _settings.text(QStringLiteral("summon.hotKey")).value_or(QString());
     const auto chord = keyChord(text);
     if (chord == std::exchange(_chord, chord) && (_key || !chord))
@@ -76,7 +77,7 @@ void Summons::takeKey() {
         _log.warning(QStringLiteral("The hot key “%1” cannot be had.").arg(text));
 }
 
-void Summons::takeCorner() {
+void ActivationTriggers::takeCorner() {
     _corner = HotCorner::named(_settings.text(QStringLiteral("summon.hotCorner")).value_or(QString()));
     if (!_corner)
         return _pointer.reset();

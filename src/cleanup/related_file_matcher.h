@@ -10,7 +10,7 @@
 namespace tessellar {
 
 /// How an item was matched, and why it might not be preselected.
-struct RelatedFileTie {
+struct RelatedFileFinding {
     RelatedFileMatch match = RelatedFileMatch::risky;
     QString reason;
     bool isContested = false;
@@ -18,30 +18,30 @@ struct RelatedFileTie {
 };
 
 /// Matches items of the Libraries to one application against the claims of others. Thread-safe.
-class RelatedFileTies {
+class RelatedFileMatcher {
 public:
-    RelatedFileTies(const FileSystem& files, const CleanupApplication& application,
-                    const QList<CleanupApplication>& others,
-                    const AppRelatedFilesScanner::TeamOf& teamOf, std::stop_token stop);
+    RelatedFileMatcher(const FileSystem& files, const CleanupApplication& application,
+                       const QList<CleanupApplication>& others,
+                       const AppRelatedFilesScanner::TeamOf& teamOf, std::stop_token stop);
 
-    bool areApples() const { return _names.isApple(); }
+    bool isApple() const { return _names.isApple(); }
     /// nullopt if the item does not belong to the application, or belongs more to another.
-    std::optional<RelatedFileTie> of(const CleanupLocation& location, const WalkEntry& entry,
-                                     const MatchingName& name) const;
+    std::optional<RelatedFileFinding> of(const CleanupLocation& location, const WalkEntry& entry,
+                                         const MatchingName& name) const;
     /// Whether a folder belongs to another application by identifier or whole name.
-    bool areAnothers(const MatchingName& name) const { return _claims.areCalled(name); }
+    bool matchesAnother(const MatchingName& name) const { return _claims.matchesName(name); }
     /// Whether a folder contains, at any depth that vendors use, files that match another application's
     /// identifier: vendors group products under the shortest of their identifiers.
-    bool holdAnothers(const QString& folder) const;
+    bool holdsFilesOfAnother(const QString& folder) const;
     static QString reasonOf(const ApplicationNames::Grade& grade);
 
 private:
-    std::optional<RelatedFileTie> byName(const CleanupLocation& location,
-                                         const ApplicationNames::Grade& grade,
-                                         const MatchingName& name) const;
-    std::optional<RelatedFileTie> byContents(const CleanupLocation& location,
-                                             const WalkEntry& entry) const;
-    std::optional<RelatedFileTie> byDeveloper(const MatchingName& name) const;
+    std::optional<RelatedFileFinding> byName(const CleanupLocation& location,
+                                             const ApplicationNames::Grade& grade,
+                                             const MatchingName& name) const;
+    std::optional<RelatedFileFinding> byContents(const CleanupLocation& location,
+                                                 const WalkEntry& entry) const;
+    std::optional<RelatedFileFinding> byDeveloper(const MatchingName& name) const;
     bool mayShareGroup() const;
     std::optional<QString> teamOf(const CleanupApplication& application) const;
 

@@ -8,10 +8,10 @@ namespace tessellar {
 
 /// Sanitizes untrusted text for display: one line, single spaces, no control characters and no
 /// invisible characters that reorder or hide text, at most `longest` long.
-QString onOneLine(QStringView text, qsizetype longest);
+QString toSingleLine(QStringView text, qsizetype longest);
 
 /// A version from a channel, if plausible: not empty, at most a hundred characters, and unchanged by
-/// `onOneLine`.
+/// `toSingleLine`.
 std::optional<QString> plausibleVersion(QStringView text);
 
 /// True for a valid cask token, which can never be mistaken for a command's option.

@@ -31,9 +31,9 @@ private:
 
 /// Shows a hidden launcher by hot key or hot corner: the settings "summon.hotKey", such as
 /// "option+space", and "summon.hotCorner".
-class Summons {
+class ActivationTriggers {
 public:
-    Summons(const Settings& settings, Log& log, std::function<void()> summoned);
+    ActivationTriggers(const Settings& settings, Log& log, std::function<void()> summoned);
 
     /// Applies the current settings.
     void apply();

@@ -9,7 +9,7 @@ class LauncherViewModel;
 class Locale;
 
 /// Something that could be on a mode's pages, but is not.
-struct UnplacedThing {
+struct UnplacedItem {
     enum class Kind {
         hidden,      ///< an application hidden by the user
         smartFolder, ///< a smart folder without a tile
@@ -20,25 +20,25 @@ struct UnplacedThing {
     QString name;
     QString text; ///< details for the user; may be empty
 
-    bool operator==(const UnplacedThing&) const = default;
+    bool operator==(const UnplacedItem&) const = default;
 };
 
 /// Grouped by kind; hidden applications and smart folders by name, places in arrangement order.
-QList<UnplacedThing> unplacedThings(const LauncherViewModel& launcher, LauncherWindowMode mode,
-                                    const Locale& locale);
+QList<UnplacedItem> unplacedItems(const LauncherViewModel& launcher, LauncherWindowMode mode,
+                                  const Locale& locale);
 
 /// Unhides an application or adds a smart folder's tile, as a step of history; or forgets a place,
 /// which cannot be undone.
 std::expected<void, LauncherError> placeOrForget(LauncherViewModel& launcher, LauncherWindowMode mode,
-                                                 const UnplacedThing& thing);
+                                                 const UnplacedItem& item);
 
 namespace json {
 
 template <>
-struct RawValues<UnplacedThing::Kind> : EnumeratorNames<UnplacedThing::Kind::place> {};
+struct RawValues<UnplacedItem::Kind> : EnumeratorNames<UnplacedItem::Kind::place> {};
 template <>
-struct Fields<UnplacedThing> {
-    using U = UnplacedThing;
+struct Fields<UnplacedItem> {
+    using U = UnplacedItem;
     static constexpr auto list = fields(required("kind", &U::kind), required("id", &U::id),
                                         required("name", &U::name), defaulted("text", &U::text));
 };

@@ -8,7 +8,7 @@ namespace tessellar {
 
 /// The volumes to remember for the next scan: with the applications seen now, and those seen earlier
 /// that are not gone.
-KnownVolumes knownAfter(const AppScanner::Sight& sight,
-                        const std::function<bool(const QString& path)>& isGone);
+KnownVolumes updatedKnownVolumes(const AppScanner::Coverage& coverage,
+                                 const std::function<bool(const QString& path)>& isGone);
 
 } // namespace tessellar

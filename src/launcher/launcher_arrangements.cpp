@@ -1,4 +1,4 @@
-#include "launcher/arrangement_shelf.h"
+#include "launcher/launcher_arrangements.h"
 
 #include "editing/layout_edits.h"
 #include "launcher/launcher_history.h"
@@ -49,13 +49,13 @@ LauncherError arrangementError(const LayoutStore::Error& error, const QString& t
     return result;
 }
 
-ArrangementShelf::ArrangementShelf(Machine& machine, const LayoutStore& store,
-                                   const LiveLayouts& layouts, const LauncherHistory& history)
+LauncherArrangements::LauncherArrangements(Machine& machine, const LayoutStore& store,
+                                           const LiveLayouts& layouts, const LauncherHistory& history)
     : _machine(machine), _store(store), _layouts(layouts), _history(history) {}
 
 /// On the lane for saving, whose work is done in order.
 template <typename Work, typename Then>
-void ArrangementShelf::run(Work work, Then then) {
+void LauncherArrangements::run(Work work, Then then) {
     const auto task = _running.emplace(_running.end());
     *task = _machine.workers.run(
         Lane::saving, [work = std::move(work)](std::stop_token) { return work(); },
@@ -66,15 +66,15 @@ void ArrangementShelf::run(Work work, Then then) {
         });
 }
 
-void ArrangementShelf::list(Mode mode, std::function<void(const QList<ListedArrangement>&)> done) {
+void LauncherArrangements::list(Mode mode, std::function<void(const QList<ListedArrangement>&)> done) {
     run([saved = _store.arrangements(mode)] { return saved.list(); }, std::move(done));
 }
 
 // ---- changes
 
 /// Makes of a file what the step says, provided that it still is what the step began with.
-ArrangementShelf::Made ArrangementShelf::apply(const SavedArrangements& saved, Step step,
-                                               const QString& title) {
+LauncherArrangements::Made LauncherArrangements::apply(const SavedArrangements& saved, Step step,
+                                                       const QString& title) {
     const auto bytes = saved.bytes(step.id);
     const bool isThere = bytes || bytes.error().code != FileError::Code::notFound;
     if (isThere != step.before.has_value() || (bytes && *bytes != *step.before))
@@ -87,7 +87,8 @@ ArrangementShelf::Made ArrangementShelf::apply(const SavedArrangements& saved, S
     return step;
 }
 
-ArrangementShelf::Saved ArrangementShelf::summary(const SavedArrangements& saved, const Step& step) {
+LauncherArrangements::Saved LauncherArrangements::summary(const SavedArrangements& saved,
+                                                          const Step& step) {
     const auto arrangement = saved.decode(step.after ? *step.after : step.before.value_or(QByteArray()),
                                           saved.path(step.id));
     ArrangementSummary result = arrangement ? summaryOf(arrangement->value) : ArrangementSummary();
@@ -97,7 +98,7 @@ ArrangementShelf::Saved ArrangementShelf::summary(const SavedArrangements& saved
 
 /// `make` is called on the worker, with the folder, and gives the step that is to be taken.
 template <typename Make>
-void ArrangementShelf::change(Mode mode, const QString& title, Make make, Done done) {
+void LauncherArrangements::change(Mode mode, const QString& title, Make make, Done done) {
     using Result = std::pair<Made, Saved>;
     run(
         [saved = _store.arrangements(mode), mode, title, make = std::move(make)]() -> Result {
@@ -123,7 +124,7 @@ void ArrangementShelf::change(Mode mode, const QString& title, Make make, Done d
 }
 
 /// The usual ones, which stand in for settings that cannot be read, are not the user's to be kept.
-LauncherHistory::Outcome ArrangementShelf::guard(Mode mode, const QString& title) const {
+LauncherHistory::Outcome LauncherArrangements::guard(Mode mode, const QString& title) const {
     if (!_machine.settings.isReadable())
         return std::unexpected(LauncherError{QStringLiteral("settingsUnreadable"),
                                              Texts::tr("The settings could not be read") + u'.',
@@ -131,7 +132,7 @@ LauncherHistory::Outcome ArrangementShelf::guard(Mode mode, const QString& title
     return _history.guard(mode);
 }
 
-void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
+void LauncherArrangements::save(Mode mode, const QString& name, Done done) {
     if (const auto guarded = guard(mode, Texts::tr(couldNotSave)); !guarded)
         return done(std::unexpected(guarded.error()));
     const auto kept = nameToKeep(name, Texts::tr(couldNotSave));
@@ -155,7 +156,7 @@ void ArrangementShelf::save(Mode mode, const QString& name, Done done) {
         std::move(done));
 }
 
-void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
+void LauncherArrangements::replace(Mode mode, const QUuid& id, Done done) {
     const QString title = Texts::tr("Could not replace arrangement");
     if (const auto guarded = guard(mode, title); !guarded)
         return done(std::unexpected(guarded.error()));
@@ -183,7 +184,7 @@ void ArrangementShelf::replace(Mode mode, const QUuid& id, Done done) {
         std::move(done));
 }
 
-void ArrangementShelf::rename(Mode mode, const QUuid& id, const QString& name, Done done) {
+void LauncherArrangements::rename(Mode mode, const QUuid& id, const QString& name, Done done) {
     const QString title = Texts::tr("Could not rename arrangement");
     const auto kept = nameToKeep(name, title);
     if (!kept)
@@ -207,7 +208,7 @@ void ArrangementShelf::rename(Mode mode, const QUuid& id, const QString& name, D
         std::move(done));
 }
 
-void ArrangementShelf::remove(Mode mode, const QUuid& id, Done done) {
+void LauncherArrangements::remove(Mode mode, const QUuid& id, Done done) {
     const QString title = Texts::tr("Could not delete arrangement");
     change(
         mode, title,
@@ -227,8 +228,8 @@ void ArrangementShelf::remove(Mode mode, const QUuid& id, Done done) {
 
 // ---- files elsewhere
 
-void ArrangementShelf::exportTo(Mode mode, const QUuid& id, const FileSystem& files,
-                                const QString& path, Done done) {
+void LauncherArrangements::exportTo(Mode mode, const QUuid& id, const FileSystem& files,
+                                    const QString& path, Done done) {
     run(
         [saved = _store.arrangements(mode), id, &files, path]() -> Saved {
             const QString title = Texts::tr("Could not export arrangement");
@@ -250,7 +251,8 @@ void ArrangementShelf::exportTo(Mode mode, const QUuid& id, const FileSystem& fi
         std::move(done));
 }
 
-void ArrangementShelf::importFrom(Mode mode, const FileSystem& files, const QString& path, Done done) {
+void LauncherArrangements::importFrom(Mode mode, const FileSystem& files, const QString& path,
+                                      Done done) {
     const QString title = Texts::tr("Could not import arrangement");
     change(
         mode, title,
@@ -282,18 +284,18 @@ void ArrangementShelf::importFrom(Mode mode, const FileSystem& files, const QStr
 
 static QString nameOfLast(const auto& steps) { return steps.empty() ? QString() : steps.back().name; }
 
-QString ArrangementShelf::undoName(Mode mode) const { return nameOfLast(steps(mode).undo); }
-QString ArrangementShelf::redoName(Mode mode) const { return nameOfLast(steps(mode).redo); }
+QString LauncherArrangements::undoName(Mode mode) const { return nameOfLast(steps(mode).undo); }
+QString LauncherArrangements::redoName(Mode mode) const { return nameOfLast(steps(mode).redo); }
 
-void ArrangementShelf::undo(Mode mode, Done done) {
+void LauncherArrangements::undo(Mode mode, Done done) {
     step(steps(mode).undo, steps(mode).redo, true, std::move(done));
 }
 
-void ArrangementShelf::redo(Mode mode, Done done) {
+void LauncherArrangements::redo(Mode mode, Done done) {
     step(steps(mode).redo, steps(mode).undo, false, std::move(done));
 }
 
-void ArrangementShelf::step(Steps& from, Steps& to, bool isBack, Done done) {
+void LauncherArrangements::step(Steps& from, Steps& to, bool isBack, Done done) {
     const QString title = isBack ? Texts::tr("Could not undo") : Texts::tr("Could not redo");
     if (from.empty())
         return done(std::unexpected(LauncherError{

@@ -20,7 +20,7 @@ class LiveLayouts;
 ///
 /// Changes can be undone while the launcher runs, in a history of their own, as they do not affect the
 /// layout. Files are read and written on a worker, one request at a time. Main thread only.
-class ArrangementShelf {
+class LauncherArrangements {
 public:
     using Mode = LauncherWindowMode;
     using Saved = std::expected<ArrangementSummary, LauncherError>;
@@ -29,8 +29,8 @@ public:
 
     static constexpr std::size_t maximumSteps = 20;
 
-    ArrangementShelf(Machine& machine, const LayoutStore& store, const LiveLayouts& layouts,
-                     const LauncherHistory& history);
+    LauncherArrangements(Machine& machine, const LayoutStore& store, const LiveLayouts& layouts,
+                         const LauncherHistory& history);
 
     void list(Mode mode, std::function<void(const QList<ListedArrangement>&)> done);
     /// Saves the current arrangement with the grid's settings.

@@ -1,4 +1,4 @@
-#include "smartfolders/smart_folder_typing.h"
+#include "smartfolders/smart_folder_input_format.h"
 
 #include <QDateTime>
 
@@ -8,7 +8,7 @@ namespace tessellar {
 
 using namespace std::chrono_literals;
 
-SmartFolderTyping::SmartFolderTyping(const Locale& locale, Calendar calendar)
+SmartFolderInputFormat::SmartFolderInputFormat(const Locale& locale, Calendar calendar)
     : _locale(locale.identifier())
     , _calendar(std::move(calendar))
     , _zone(_calendar.timeZone().toUtf8()) {
@@ -19,18 +19,18 @@ SmartFolderTyping::SmartFolderTyping(const Locale& locale, Calendar calendar)
 
 // ---- numbers
 
-QString SmartFolderTyping::text(double number) const {
+QString SmartFolderInputFormat::text(double number) const {
     return _locale.toString(number, std::abs(number) < 1e15 ? 'f' : 'g',
                             QLocale::FloatingPointShortest);
 }
 
-std::optional<double> SmartFolderTyping::number(const QString& text) const {
+std::optional<double> SmartFolderInputFormat::number(const QString& text) const {
     bool isNumber = false;
     const double number = _locale.toDouble(text.trimmed(), &isNumber);
     return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
-std::optional<qint64> SmartFolderTyping::integer(const QString& text) const {
+std::optional<qint64> SmartFolderInputFormat::integer(const QString& text) const {
     bool isNumber = false;
     const qint64 number = _locale.toLongLong(text.trimmed(), &isNumber);
     return isNumber ? std::optional(number) : std::nullopt;
@@ -38,26 +38,26 @@ std::optional<qint64> SmartFolderTyping::integer(const QString& text) const {
 
 // ---- dates
 
-std::optional<Instant> SmartFolderTyping::edgeOfDay(Instant within, Edge edge) const {
+std::optional<Instant> SmartFolderInputFormat::edgeOfDay(Instant within, Edge edge) const {
     if (edge == Edge::start)
         return _calendar.startOfDay(within);
     const auto next = _calendar.startOfDay(within, CalendarUnit::day, 1);
     return next ? std::optional(*next - 1ms) : std::nullopt;
 }
 
-Instant SmartFolderTyping::onEdge(Instant instant, Edge edge) const {
+Instant SmartFolderInputFormat::onEdge(Instant instant, Edge edge) const {
     const bool isEdge =
         edgeOfDay(instant, Edge::start) == instant || edgeOfDay(instant, Edge::end) == instant;
     return isEdge ? edgeOfDay(instant, edge).value_or(instant) : instant;
 }
 
-QDate SmartFolderTyping::day(Instant instant) const {
+QDate SmartFolderInputFormat::day(Instant instant) const {
     return QDateTime::fromMSecsSinceEpoch(
                static_cast<qint64>(std::floor(instant.unixSeconds() * 1000 + 0.5)), _zone)
         .date();
 }
 
-std::optional<Instant> SmartFolderTyping::instant(QDate day, Edge edge) const {
+std::optional<Instant> SmartFolderInputFormat::instant(QDate day, Edge edge) const {
     const QDateTime noon(day, QTime(12, 0), _zone);
     if (!noon.isValid())
         return std::nullopt;
@@ -65,13 +65,13 @@ std::optional<Instant> SmartFolderTyping::instant(QDate day, Edge edge) const {
                      edge);
 }
 
-QString SmartFolderTyping::dayFormat() const {
+QString SmartFolderInputFormat::dayFormat() const {
     // With the whole year: two digits of one do not say the century.
     QString format = _locale.dateFormat(QLocale::ShortFormat);
     return format.contains(u"yyyy") ? format : format.replace(u"yy"_qs, u"yyyy"_qs);
 }
 
-QString SmartFolderTyping::text(Instant instant, Edge edge) const {
+QString SmartFolderInputFormat::text(Instant instant, Edge edge) const {
     const QString written = _locale.toString(day(instant), dayFormat());
     if (edgeOfDay(instant, edge) == instant)
         return written;
@@ -80,7 +80,7 @@ QString SmartFolderTyping::text(Instant instant, Edge edge) const {
     return written + u' ' + _locale.toString(local.time(), QLocale::ShortFormat);
 }
 
-std::optional<Instant> SmartFolderTyping::instant(const QString& text, Edge edge) const {
+std::optional<Instant> SmartFolderInputFormat::instant(const QString& text, Edge edge) const {
     const QString typed = text.simplified();
     const QString iso = QStringLiteral("yyyy-M-d");
     // Noughts may be left out.
@@ -104,7 +104,7 @@ std::optional<Instant> SmartFolderTyping::instant(const QString& text, Edge edge
     return std::nullopt;
 }
 
-SmartFolderMonth SmartFolderTyping::month(QDate within, QDate today, QDate chosen) const {
+SmartFolderMonth SmartFolderInputFormat::month(QDate within, QDate today, QDate chosen) const {
     constexpr int weekLength = 7;
     constexpr int weeks = 6;
     const int firstWeekday = _locale.firstDayOfWeek();

@@ -1,7 +1,7 @@
 #include "launcher/launcher_editor.h"
 #include "launcher/place_memory.h"
 #include "launcher/smart_folder_library.h"
-#include "launcher/unplaced.h"
+#include "launcher/unplaced_items.h"
 #include "small_launcher.h"
 
 #include <gmock/gmock.h>
@@ -9,21 +9,21 @@
 namespace tessellar::test {
 namespace {
 
-class ArrangementShelfTest : public SmallLauncher {
+class LauncherArrangementsTest : public SmallLauncher {
 protected:
-    ArrangementShelfTest() {
+    LauncherArrangementsTest() {
         for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Oak"_s})
             install(name);
         store({{folder(u"Trees"_s, {{app(u"Oak"_s), app(u"Ash"_s)}}), app(u"Beech"_s)}});
         start();
     }
-    ArrangementShelf& shelf() { return launcher->arrangements(); }
+    LauncherArrangements& arrangements() { return launcher->arrangements(); }
     LauncherWindowMode mode() { return launcher->shown().mode(); }
     /// What comes of a request, as the arrangement's name or the refusal's code.
     template <typename Request>
     QString outcome(Request request) {
         QString text;
-        request([&](const ArrangementShelf::Saved& saved) {
+        request([&](const LauncherArrangements::Saved& saved) {
             text = saved ? saved->name : saved.error().code;
             last = saved.value_or(ArrangementSummary());
         });
@@ -31,17 +31,17 @@ protected:
         return text;
     }
     QString save(const QString& name) {
-        return outcome([&](auto done) { shelf().save(mode(), name, done); });
+        return outcome([&](auto done) { arrangements().save(mode(), name, done); });
     }
     QString undo() {
-        return outcome([&](auto done) { shelf().undo(mode(), done); });
+        return outcome([&](auto done) { arrangements().undo(mode(), done); });
     }
     QString redo() {
-        return outcome([&](auto done) { shelf().redo(mode(), done); });
+        return outcome([&](auto done) { arrangements().redo(mode(), done); });
     }
     QString listed() {
         QStringList names;
-        shelf().list(mode(), [&](const QList<ListedArrangement>& all) {
+        arrangements().list(mode(), [&](const QList<ListedArrangement>& all) {
             for (const ListedArrangement& arrangement : all)
                 names += arrangement.summary.name;
         });
@@ -59,25 +59,26 @@ protected:
     ArrangementSummary last;
 };
 
-TEST_F(ArrangementShelfTest, EachChangeIsMadeAndTakenBackFileByFile) {
+TEST_F(LauncherArrangementsTest, EachChangeIsMadeAndTakenBackFileByFile) {
     EXPECT_EQ(save(u" "_s), u"emptyName");
     EXPECT_EQ(save(u" Mine "_s), u"Mine");
     const QUuid id = last.id;
     EXPECT_EQ(last.folderCount, 1);
     const QByteArray first = mac.read(fileOf(id));
 
-    EXPECT_EQ(outcome([&](auto done) { shelf().rename(mode(), id, u"\t"_s, done); }), u"emptyName");
-    EXPECT_EQ(outcome([&](auto done) { shelf().rename(mode(), id, u"Ours"_s, done); }), u"Ours");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().rename(mode(), id, u"\t"_s, done); }),
+              u"emptyName");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().rename(mode(), id, u"Ours"_s, done); }), u"Ours");
     EXPECT_EQ(listed(), u"Ours");
     ASSERT_TRUE(launcher->editor().ungroupFolder(mode(), idOf(u"Trees"_s)));
     time.advance(1h);
-    EXPECT_EQ(outcome([&](auto done) { shelf().replace(mode(), id, done); }), u"Ours");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().replace(mode(), id, done); }), u"Ours");
     EXPECT_EQ(sketchOf(id), u"Oak Ash Beech");
     EXPECT_EQ(last.createdAt, time.now());
-    EXPECT_EQ(outcome([&](auto done) { shelf().remove(mode(), id, done); }), u"Ours");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().remove(mode(), id, done); }), u"Ours");
     EXPECT_EQ(listed(), u"");
 
-    EXPECT_EQ(shelf().undoName(mode()), u"Delete “Ours”");
+    EXPECT_EQ(arrangements().undoName(mode()), u"Delete “Ours”");
     EXPECT_EQ(undo(), u"Ours");
     EXPECT_EQ(undo(), u"Ours"); // before it was replaced
     EXPECT_EQ(sketchOf(id), u"[Trees: Oak Ash] Beech");
@@ -99,69 +100,70 @@ TEST_F(ArrangementShelfTest, EachChangeIsMadeAndTakenBackFileByFile) {
     EXPECT_EQ(sketched(), u"Oak Ash Beech") << "the layout never changed by any of this";
 }
 
-TEST_F(ArrangementShelfTest, NamesAreKeptInOneLine) {
+TEST_F(LauncherArrangementsTest, NamesAreKeptInOneLine) {
     EXPECT_EQ(save(u" At\nhome "_s), u"At home");
     EXPECT_EQ(save(u"\n"_s), u"emptyName");
     EXPECT_EQ(save(QString(300, u'x')), u"nameTooLong");
 }
 
-TEST_F(ArrangementShelfTest, AStepThatTheDiskRefusesIsNotLost) {
+TEST_F(LauncherArrangementsTest, AStepThatTheDiskRefusesIsNotLost) {
     save(u"Mine"_s);
-    EXPECT_EQ(outcome([&](auto done) { shelf().remove(mode(), last.id, done); }), u"Mine");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().remove(mode(), last.id, done); }), u"Mine");
     mac.files.refuseChanges({FileError::Code::noSpace, fileOf(last.id)});
     EXPECT_EQ(undo(), u"noSpace");
-    EXPECT_EQ(shelf().undoName(mode()), u"Delete “Mine”");
+    EXPECT_EQ(arrangements().undoName(mode()), u"Delete “Mine”");
 }
 
-TEST_F(ArrangementShelfTest, WhatAnotherChangedMeanwhileIsLeftAlone) {
+TEST_F(LauncherArrangementsTest, WhatAnotherChangedMeanwhileIsLeftAlone) {
     save(u"Mine"_s);
     const QUuid id = last.id;
     mac.write(fileOf(id), "another's");
     EXPECT_EQ(undo(), u"changedMeanwhile");
     EXPECT_EQ(mac.read(fileOf(id)), "another's");
-    EXPECT_EQ(outcome([&](auto done) { shelf().replace(mode(), id, done); }), u"damaged");
-    EXPECT_EQ(outcome([&](auto done) { shelf().rename(mode(), id, u"x"_s, done); }), u"damaged");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().replace(mode(), id, done); }), u"damaged");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().rename(mode(), id, u"x"_s, done); }), u"damaged");
     EXPECT_EQ(mac.read(fileOf(id)), "another's");
     // Only the user's own word removes it, and even that can be taken back.
-    EXPECT_EQ(outcome([&](auto done) { shelf().remove(mode(), id, done); }), QString());
+    EXPECT_EQ(outcome([&](auto done) { arrangements().remove(mode(), id, done); }), QString());
     EXPECT_FALSE(mac.exists(fileOf(id)));
     undo();
     EXPECT_EQ(mac.read(fileOf(id)), "another's");
-    EXPECT_EQ(outcome([&](auto done) { shelf().remove(mode(), idOf(u"none"_s), done); }), u"notFound");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().remove(mode(), idOf(u"none"_s), done); }),
+              u"notFound");
 }
 
-TEST_F(ArrangementShelfTest, ARenameKeepsWhatThisVersionDoesNotKnow) {
+TEST_F(LauncherArrangementsTest, ARenameKeepsWhatThisVersionDoesNotKnow) {
     save(u"Mine"_s);
     const QUuid id = last.id;
     auto object = json::parse(mac.read(fileOf(id)))->toObject();
     object.insert(u"later"_s, u"kept"_s);
     mac.write(fileOf(id), json::write(object));
-    EXPECT_EQ(outcome([&](auto done) { shelf().rename(mode(), id, u"Ours"_s, done); }), u"Ours");
+    EXPECT_EQ(outcome([&](auto done) { arrangements().rename(mode(), id, u"Ours"_s, done); }), u"Ours");
     EXPECT_EQ(json::parse(mac.read(fileOf(id)))->toObject()[u"later"_s], u"kept"_s);
 }
 
-TEST_F(ArrangementShelfTest, AnArrangementGoesElsewhereAndComesBackAsAnother) {
+TEST_F(LauncherArrangementsTest, AnArrangementGoesElsewhereAndComesBackAsAnother) {
     save(u"Mine"_s);
     const QUuid id = last.id;
     const QString file = u"/Users/ada/Desktop/Mine.tessellar-arrangement"_s;
     mac.makeFolder(u"/Users/ada/Desktop"_s);
     const auto give = [&] {
-        return outcome([&](auto done) { shelf().exportTo(mode(), id, mac.files, file, done); });
+        return outcome([&](auto done) { arrangements().exportTo(mode(), id, mac.files, file, done); });
     };
     EXPECT_EQ(give(), u"Mine");
     EXPECT_EQ(mac.read(file), mac.read(fileOf(id)));
     EXPECT_EQ(give(), u"alreadyExists") << "what stands there is somebody's";
-    EXPECT_EQ(shelf().undoName(mode()), u"Save “Mine”") << "nothing of ours has changed";
+    EXPECT_EQ(arrangements().undoName(mode()), u"Save “Mine”") << "nothing of ours has changed";
 
     const auto take = [&](LauncherWindowMode to) {
-        return outcome([&](auto done) { shelf().importFrom(to, mac.files, file, done); });
+        return outcome([&](auto done) { arrangements().importFrom(to, mac.files, file, done); });
     };
     EXPECT_EQ(take(mode()), u"Mine");
     EXPECT_NE(last.id, id);
     EXPECT_EQ(listed(), u"Mine Mine");
     EXPECT_TRUE(restoreArrangement(*launcher, mac, last.id));
     EXPECT_EQ(take(LauncherWindowMode::windowed), u"Mine") << "also into the other mode";
-    outcome([&](auto done) { shelf().undo(LauncherWindowMode::windowed, done); });
+    outcome([&](auto done) { arrangements().undo(LauncherWindowMode::windowed, done); });
     EXPECT_EQ(mac.names(data + u"/Arrangements-Windowed"_s), QStringList());
 
     auto renamed = json::parse(mac.read(fileOf(id)))->toObject();
@@ -182,7 +184,7 @@ TEST_F(ArrangementShelfTest, AnArrangementGoesElsewhereAndComesBackAsAnother) {
 
 // ---- what is not on the pages
 
-TEST_F(ArrangementShelfTest, WhatIsNotOnThePagesIsListedAndComesBack) {
+TEST_F(LauncherArrangementsTest, WhatIsNotOnThePagesIsListedAndComesBack) {
     ASSERT_TRUE(launcher->editor().hideApps(mode(), {idOf(u"Beech"_s), idOf(u"Ash"_s)}));
     ASSERT_TRUE(launcher->editor().addSmartFolder(mode(), SmartFolderTemplate::games));
     const QUuid games = launcher->smartFolders().definitions().first().id;
@@ -191,17 +193,17 @@ TEST_F(ArrangementShelfTest, WhatIsNotOnThePagesIsListedAndComesBack) {
     rescan();
     const auto things = [&] {
         QStringList lines;
-        for (const UnplacedThing& thing : unplacedThings(*launcher, mode(), mac.locale))
+        for (const UnplacedItem& thing : unplacedItems(*launcher, mode(), mac.locale))
             lines += json::rawValue(thing.kind) + u' ' + thing.name;
         return lines;
     };
     const auto settleFirst = [&] {
-        EXPECT_TRUE(placeOrForget(*launcher, mode(), unplacedThings(*launcher, mode(), mac.locale)[0]));
+        EXPECT_TRUE(placeOrForget(*launcher, mode(), unplacedItems(*launcher, mode(), mac.locale)[0]));
         mac.settle();
     };
     EXPECT_EQ(things(), (QStringList{u"hidden Ash"_s, u"hidden Beech"_s, u"smartFolder Games"_s,
                                      u"place Oak"_s}));
-    EXPECT_TRUE(unplacedThings(*launcher, mode(), mac.locale)
+    EXPECT_TRUE(unplacedItems(*launcher, mode(), mac.locale)
                     .last()
                     .text.startsWith(u"Page 1, “Trees” · not seen since"));
     settleFirst();

@@ -1,4 +1,4 @@
-#include "discovery/scan_sight.h"
+#include "discovery/scan_coverage.h"
 
 #include <algorithm>
 #include <map>
@@ -7,20 +7,20 @@ namespace tessellar {
 
 namespace {
 
-using Sight = AppScanner::Sight;
+using Coverage = AppScanner::Coverage;
 
 /// The volume that a path lies on, of those that were looked at.
-const MountedVolume* volumeOf(const Sight& sight, const QString& path) {
+const MountedVolume* volumeOf(const Coverage& coverage, const QString& path) {
     const MountedVolume* result = nullptr;
-    for (const MountedVolume& volume : sight.volumes)
+    for (const MountedVolume& volume : coverage.volumes)
         if ((!result || volume.root.size() > result->root.size()) &&
             FileSystem::isWithin(path, volume.root))
             result = &volume;
     return result;
 }
 
-const KnownVolume* knownVolumeOf(const Sight& sight, const QString& path) {
-    for (const KnownVolume& volume : sight.known.volumes)
+const KnownVolume* knownVolumeOf(const Coverage& coverage, const QString& path) {
+    for (const KnownVolume& volume : coverage.known.volumes)
         if (std::ranges::binary_search(volume.applications, path))
             return &volume;
     return nullptr;
@@ -28,15 +28,15 @@ const KnownVolume* knownVolumeOf(const Sight& sight, const QString& path) {
 
 /// True when what was looked at is the volume on which the application at `path` was seen, or would
 /// have been.
-bool isSameVolume(const Sight& sight, const QString& path) {
-    const MountedVolume* mounted = volumeOf(sight, path);
+bool isSameVolume(const Coverage& coverage, const QString& path) {
+    const MountedVolume* mounted = volumeOf(coverage, path);
     const auto mountPoint = volumeMountPoint(path);
     if (!mounted || (mountPoint && *mountPoint != mounted->root))
         return false;
     const auto isSeen = [&](const QString& application) {
-        return sight.applications.contains(application);
+        return coverage.applications.contains(application);
     };
-    if (const KnownVolume* known = knownVolumeOf(sight, path)) {
+    if (const KnownVolume* known = knownVolumeOf(coverage, path)) {
         if (known->root != mounted->root)
             return false;
         // The Mac's own disk may be a copy of the one before it. It is known by what lies on it.
@@ -44,36 +44,36 @@ bool isSameVolume(const Sight& sight, const QString& path) {
                (!mountPoint && std::ranges::any_of(known->applications, isSeen));
     }
     // It was never seen there. A bare mount point has no applications, now or before.
-    return !mountPoint || std::ranges::any_of(sight.known.volumes, [&](const KnownVolume& known) {
+    return !mountPoint || std::ranges::any_of(coverage.known.volumes, [&](const KnownVolume& known) {
         return known.root == mounted->root && known.identity == mounted->identity;
-    }) || std::ranges::any_of(sight.applications, [&](const QString& application) {
+    }) || std::ranges::any_of(coverage.applications, [&](const QString& application) {
         return FileSystem::isWithin(application, mounted->root);
     });
 }
 
 /// True when the scan looked where the path would be and it was not there.
 bool isLookedAtInVain(const AppScanner::LibraryScan& scan, const QString& path) {
-    const Sight& sight = scan.sight;
-    if (sight.bundles.contains(path))
+    const Coverage& coverage = scan.coverage;
+    if (coverage.bundles.contains(path))
         return true; // no application: it would be in the list
     QString below = path;
     for (QString at = FileSystem::parent(path);; below = at, at = FileSystem::parent(at)) {
-        if (sight.absent.contains(at))
+        if (coverage.absent.contains(at))
             return true;
-        if (const auto bundle = sight.bundles.constFind(at); bundle != sight.bundles.constEnd()) {
+        if (const auto bundle = coverage.bundles.constFind(at); bundle != coverage.bundles.constEnd()) {
             // Its applications were not looked for where that would have been too deep.
             const QString inside = FileSystem::joined(at, QStringLiteral("Contents/Applications"));
             if (FileSystem::isWithin(path, inside))
                 return !*bundle;
             break; // a link led into it
         }
-        if (const auto depth = sight.folders.constFind(at); depth != sight.folders.constEnd())
-            return below == path || *depth < sight.scanDepth;
+        if (const auto depth = coverage.folders.constFind(at); depth != coverage.folders.constEnd())
+            return below == path || *depth < coverage.scanDepth;
         if (at == u"/" || at.isEmpty())
             break;
     }
     // Nothing that was looked at leads there.
-    return sight.isCertain &&
+    return coverage.isCertain &&
            std::ranges::all_of(scan.unreadableDirectories, [](const auto& directory) {
                return directory.reason == AppScanner::UnreadableDirectory::Reason::absent;
            });
@@ -82,32 +82,33 @@ bool isLookedAtInVain(const AppScanner::LibraryScan& scan, const QString& path) 
 } // namespace
 
 AppScanner::Presence AppScanner::LibraryScan::presence(const QString& path) const {
-    if (sight.applications.contains(path))
-        return Presence::there;
+    if (coverage.applications.contains(path))
+        return Presence::present;
     for (const UnreadableDirectory& directory : unreadableDirectories)
         if (directory.reason != UnreadableDirectory::Reason::absent &&
             FileSystem::isWithin(path, directory.path))
-            return Presence::notSeen;
+            return Presence::unknown;
     for (const IncompleteBundle& bundle : incompleteBundles)
         if (FileSystem::isWithin(path, bundle.path))
-            return Presence::notSeen;
-    return isLookedAtInVain(*this, path) && isSameVolume(sight, path) ? Presence::gone
-                                                                      : Presence::notSeen;
+            return Presence::unknown;
+    return isLookedAtInVain(*this, path) && isSameVolume(coverage, path) ? Presence::gone
+                                                                         : Presence::unknown;
 }
 
-KnownVolumes knownAfter(const Sight& sight, const std::function<bool(const QString&)>& isGone) {
+KnownVolumes updatedKnownVolumes(const Coverage& coverage,
+                                 const std::function<bool(const QString&)>& isGone) {
     std::map<std::pair<QString, QString>, QStringList> applications;
     qsizetype count = 0;
     const auto add = [&](const QString& root, const QString& identity, const QString& path) {
         if (count++ < KnownVolumes::maximumApplications)
             applications[{root, identity}].append(path);
     };
-    for (const QString& path : sight.applications)
-        if (const MountedVolume* volume = volumeOf(sight, path))
+    for (const QString& path : coverage.applications)
+        if (const MountedVolume* volume = volumeOf(coverage, path))
             add(volume->root, volume->identity, path);
-    for (const KnownVolume& volume : sight.known.volumes)
+    for (const KnownVolume& volume : coverage.known.volumes)
         for (const QString& path : volume.applications)
-            if (!sight.applications.contains(path) && !isGone(path))
+            if (!coverage.applications.contains(path) && !isGone(path))
                 add(volume.root, volume.identity, path);
 
     KnownVolumes result;

@@ -1,4 +1,4 @@
-#include "app/icon_wishes.h"
+#include "app/icon_requests.h"
 
 #include "app/image_item.h"
 #include "launcher/smart_folder_library.h"
@@ -7,25 +7,25 @@
 
 namespace tessellar {
 
-IconWish iconWish(const AppEntry& app) { return {appKey(app), app.path}; }
+IconRequest iconRequest(const AppEntry& app) { return {appKey(app), app.path}; }
 
-QList<IconWish> previewIcons(const FolderEntry& folder) {
-    QList<IconWish> icons;
+QList<IconRequest> previewIcons(const FolderEntry& folder) {
+    QList<IconRequest> icons;
     for (const LaunchpadItem& item : previewItems(folder, previewCount)) {
         if (const AppEntry* app = item.app())
-            icons.append(iconWish(*app));
+            icons.append(iconRequest(*app));
         else if (const FolderEntry* nested = item.folder())
             for (const AppEntry& first : allApplications(*nested).mid(0, 1))
-                icons.append(iconWish(first));
+                icons.append(iconRequest(first));
     }
     return icons;
 }
 
-QList<IconWish> pageIcons(const Page& page) {
-    QList<IconWish> icons;
+QList<IconRequest> pageIcons(const Page& page) {
+    QList<IconRequest> icons;
     for (const LaunchpadItem& item : page) {
         if (const AppEntry* app = item.app())
-            icons.append(iconWish(*app));
+            icons.append(iconRequest(*app));
         else if (const FolderEntry* folder = item.folder())
             icons += previewIcons(*folder);
     }
@@ -43,8 +43,8 @@ QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolde
         } else if (const FolderEntry* folder = item.folder()) {
             kind = IconItem::Folder;
             symbol = folder->customSymbolName.value_or(QString());
-            for (const IconWish& wish : previewIcons(*folder))
-                keys.append(wish.appKey);
+            for (const IconRequest& request : previewIcons(*folder))
+                keys.append(request.appKey);
         } else {
             kind = IconItem::SmartFolder;
             const SmartFolderDefinition* definition =
@@ -65,7 +65,7 @@ class AllOfGrid {
 public:
     explicit AllOfGrid(TilePages pages) : _pages(std::move(pages)) {}
 
-    std::optional<IconWish> operator()() {
+    std::optional<IconRequest> operator()() {
         while (_next == _ofPage.size()) {
             if (_page == _pages.count)
                 return std::nullopt;
@@ -80,47 +80,47 @@ public:
 private:
     void add(const LaunchpadItem& item) {
         if (const AppEntry* app = item.app())
-            _ofPage.append(iconWish(*app));
+            _ofPage.append(iconRequest(*app));
         else if (const FolderEntry* folder = item.folder())
             for (const AppEntry& inside : allApplications(*folder))
-                _ofPage.append(iconWish(inside));
+                _ofPage.append(iconRequest(inside));
     }
 
     TilePages _pages;
     qsizetype _page = 0;
-    QList<IconWish> _ofPage;
+    QList<IconRequest> _ofPage;
     qsizetype _next = 0;
 };
 
 } // namespace
 
-IconLoader::Wishes iconWishes(const GridModel& grid, const GridModel* over) {
-    IconLoader::Wishes wishes;
+IconLoader::Requests iconRequests(const GridModel& grid, const GridModel* over) {
+    IconLoader::Requests requests;
     QSet<QString> seen;
-    const auto add = [&](QList<IconWish>& list, const IconWish& wish) {
-        if (seen.contains(wish.appKey))
+    const auto add = [&](QList<IconRequest>& list, const IconRequest& request) {
+        if (seen.contains(request.appKey))
             return;
-        seen.insert(wish.appKey);
-        list.append(wish);
+        seen.insert(request.appKey);
+        list.append(request);
     };
-    const auto addPage = [&](QList<IconWish>& list, const GridModel* model, int by) {
+    const auto addPage = [&](QList<IconRequest>& list, const GridModel* model, int by) {
         if (const PageModel* page = model ? model->tilesOf(model->page() + by) : nullptr)
             for (const TileView& tile : page->tiles())
-                for (const IconWish& wish : tile.isVacant ? QList<IconWish>() : tile.icons)
-                    add(list, wish);
+                for (const IconRequest& request : tile.isVacant ? QList<IconRequest>() : tile.icons)
+                    add(list, request);
     };
     for (const GridModel* model : {over, &grid})
-        addPage(wishes.visible, model, 0);
+        addPage(requests.visible, model, 0);
     for (const GridModel* model : {over, &grid})
         for (const int beside : {1, -1})
-            addPage(wishes.neighbours, model, beside);
+            addPage(requests.neighbours, model, beside);
     if (grid.page() < grid.pages().count)
         for (const LaunchpadItem& item : grid.pages().tiles(grid.page()))
             if (const FolderEntry* folder = item.folder())
                 for (const AppEntry& inside : allApplications(*folder))
-                    add(wishes.neighbours, iconWish(inside));
-    wishes.rest = AllOfGrid(grid.pages());
-    return wishes;
+                    add(requests.neighbours, iconRequest(inside));
+    requests.rest = AllOfGrid(grid.pages());
+    return requests;
 }
 
 } // namespace tessellar

@@ -1,4 +1,4 @@
-#include "launcher/unplaced.h"
+#include "launcher/unplaced_items.h"
 
 #include "launcher/date_text.h"
 #include "launcher/installed_applications.h"
@@ -16,34 +16,34 @@ namespace tessellar {
 
 namespace {
 
-using Kind = UnplacedThing::Kind;
-using Things = QList<UnplacedThing>;
+using Kind = UnplacedItem::Kind;
+using Items = QList<UnplacedItem>;
 
-Things byName(Things things, const Locale& locale) {
-    std::ranges::sort(things, [&](const UnplacedThing& a, const UnplacedThing& b) {
+Items byName(Items items, const Locale& locale) {
+    std::ranges::sort(items, [&](const UnplacedItem& a, const UnplacedItem& b) {
         return locale.compareNames(a.name, b.name) < 0;
     });
-    return things;
+    return items;
 }
 
-Things hidden(const LauncherViewModel& launcher, const LiveLayout& layout) {
-    Things things;
+Items hidden(const LauncherViewModel& launcher, const LiveLayout& layout) {
+    Items items;
     for (const QString& key : layout.hiddenKeys()) {
         const AppEntry* tile = layout.tileOf(key);
         const AppEntry* installed = launcher.applications().withKey(key);
         const AppEntry* app = tile ? tile : installed;
-        things.append({Kind::hidden, key, app ? app->name : key,
-                       installed ? installed->path : Texts::tr("Not installed")});
+        items.append({Kind::hidden, key, app ? app->name : key,
+                      installed ? installed->path : Texts::tr("Not installed")});
     }
-    return things;
+    return items;
 }
 
-Things withoutTile(const LauncherViewModel& launcher, const LiveLayout& layout) {
-    Things things;
+Items withoutTile(const LauncherViewModel& launcher, const LiveLayout& layout) {
+    Items items;
     for (const SmartFolderDefinition& definition : launcher.smartFolders().definitions())
         if (!layout.item(definition.id))
-            things.append({Kind::smartFolder, toText(definition.id), definition.name, {}});
-    return things;
+            items.append({Kind::smartFolder, toText(definition.id), definition.name, {}});
+    return items;
 }
 
 /// Where it was, and since when it is gone.
@@ -55,33 +55,33 @@ QString text(const PlaceSummary& place, const Locale& locale) {
         .arg(where, dateText(place.goneAt, locale));
 }
 
-Things places(const LauncherViewModel& launcher, const LiveLayout& layout, const Locale& locale) {
-    Things things;
+Items places(const LauncherViewModel& launcher, const LiveLayout& layout, const Locale& locale) {
+    Items items;
     for (const PlaceSummary& place : summaries(launcher.places()[layout.mode()]))
         if (!layout.item(place.tile.id)) // else it is back
-            things.append({Kind::place, appKey(place.tile), place.tile.name, text(place, locale)});
-    return things;
+            items.append({Kind::place, appKey(place.tile), place.tile.name, text(place, locale)});
+    return items;
 }
 
 } // namespace
 
-QList<UnplacedThing> unplacedThings(const LauncherViewModel& launcher, LauncherWindowMode mode,
-                                    const Locale& locale) {
+QList<UnplacedItem> unplacedItems(const LauncherViewModel& launcher, LauncherWindowMode mode,
+                                  const Locale& locale) {
     const LiveLayout& layout = launcher.layout(mode);
     return byName(hidden(launcher, layout), locale) + byName(withoutTile(launcher, layout), locale) +
            places(launcher, layout, locale);
 }
 
 std::expected<void, LauncherError> placeOrForget(LauncherViewModel& launcher, LauncherWindowMode mode,
-                                                 const UnplacedThing& thing) {
-    switch (thing.kind) {
+                                                 const UnplacedItem& item) {
+    switch (item.kind) {
     case Kind::hidden:
-        return launcher.editor().unhideApp(mode, thing.id);
+        return launcher.editor().unhideApp(mode, item.id);
     case Kind::smartFolder:
-        return launcher.editor().addSmartFolderTile(mode, QUuid::fromString(thing.id));
+        return launcher.editor().addSmartFolderTile(mode, QUuid::fromString(item.id));
     case Kind::place:
         launcher.places().forget(
-            mode, thing.id, [&messages = launcher.messages()](const auto& forgotten) {
+            mode, item.id, [&messages = launcher.messages()](const auto& forgotten) {
                 if (!forgotten)
                     messages.alert({forgotten.error().code, forgotten.error().message,
                                     Texts::tr("Could not forget the place")});

@@ -1,4 +1,4 @@
-#include "launcher/app_inquiry.h"
+#include "launcher/app_information_gatherer.h"
 
 #include "cleanup/app_related_files_scanner.h"
 #include "launcher/installed_applications.h"
@@ -11,8 +11,9 @@
 
 namespace tessellar {
 
-std::optional<AppEntry> AppInquiry::application(const LauncherViewModel& launcher,
-                                                LauncherWindowMode mode, const QString& key) {
+std::optional<AppEntry> AppInformationGatherer::application(const LauncherViewModel& launcher,
+                                                            LauncherWindowMode mode,
+                                                            const QString& key) {
     const AppEntry* tile = launcher.layout(mode).tileOf(key);
     const AppEntry* installed = launcher.applications().withKey(key);
     if (!installed)
@@ -23,20 +24,25 @@ std::optional<AppEntry> AppInquiry::application(const LauncherViewModel& launche
     return app;
 }
 
-AppInquiry::AppInquiry(LauncherViewModel& launcher, Machine& machine, LauncherWindowMode mode,
-                       const AppEntry& app, Told told)
-    : _launcher(launcher), _machine(machine), _mode(mode), _key(appKey(app)), _told(std::move(told)) {
+AppInformationGatherer::AppInformationGatherer(LauncherViewModel& launcher, Machine& machine,
+                                               LauncherWindowMode mode, const AppEntry& app,
+                                               Updated updated)
+    : _launcher(launcher)
+    , _machine(machine)
+    , _mode(mode)
+    , _key(appKey(app))
+    , _updated(std::move(updated)) {
     _information.facts.entry = app;
     const auto follow = [this](auto& signal) {
         _subscriptions.push_back(signal.connect([this] {
-            lookAtLauncher();
+            readLauncher();
             tell();
         }));
     };
     follow(launcher.updates().changed);
     follow(launcher.smartFolders().changed);
     follow(launcher.layout(mode).changed);
-    lookAtLauncher();
+    readLauncher();
     // In the next turn: some of this may be known at once.
     machine.workers.mailbox().post(_lifetime.guard([this] {
         gatherFacts();
@@ -46,35 +52,35 @@ AppInquiry::AppInquiry(LauncherViewModel& launcher, Machine& machine, LauncherWi
     }));
 }
 
-void AppInquiry::gatherFacts() {
+void AppInformationGatherer::gatherFacts() {
     SmartFolderLibrary& library = _launcher.smartFolders();
     library.gatherFactsOf(_information.entry(), _mode,
                           _lifetime.guard([this, isLast = _areChannelsKnown](
                                               const SmartFolderAppFacts& facts, bool isComplete) {
                               _information.facts = facts;
                               _information.pending.facts = !isComplete || !isLast;
-                              lookAtLauncher();
+                              readLauncher();
                               tell();
                           }));
     // Which folders show it is known at the end of a round.
     library.gatherFacts(library.needs(), _lifetime.guard([this] {
         _areFoldersKnown = true;
-        lookAtLauncher();
+        readLauncher();
         tell();
     }));
 }
 
 /// What the channels found out is a fact, too.
-void AppInquiry::learnUpdates() {
+void AppInformationGatherer::learnUpdates() {
     _launcher.updates().whenChannelsKnown(_lifetime.guard([this] {
         _areChannelsKnown = true;
-        lookAtLauncher();
+        readLauncher();
         tell();
         gatherFacts();
     }));
 }
 
-void AppInquiry::measure() {
+void AppInformationGatherer::measure() {
     struct Found {
         MeasuredSize size;
         std::optional<Instant> modified;
@@ -95,7 +101,7 @@ void AppInquiry::measure() {
         });
 }
 
-void AppInquiry::inspectCode() {
+void AppInformationGatherer::inspectCode() {
     _inspecting = _machine.workers.run(
         Lane::tools,
         [&machine = _machine, path = _information.entry().path](const std::stop_token& stop) {
@@ -109,7 +115,7 @@ void AppInquiry::inspectCode() {
 }
 
 /// What the launcher itself knows at the moment.
-void AppInquiry::lookAtLauncher() {
+void AppInformationGatherer::readLauncher() {
     const AppUpdateView update = _launcher.updates().of(_key);
     const SmartFolderLibrary& library = _launcher.smartFolders();
     const InstalledApplications& applications = _launcher.applications();
@@ -133,10 +139,10 @@ void AppInquiry::lookAtLauncher() {
             _information.copies.append(other.path);
 }
 
-void AppInquiry::tell() {
+void AppInformationGatherer::tell() {
     // A copy: it may be the end of this.
-    const Told told = _told;
-    told(_information);
+    const Updated updated = _updated;
+    updated(_information);
 }
 
 } // namespace tessellar

@@ -45,11 +45,11 @@ public:
 };
 
 /// Replies to any message, valid or not.
-class RequestDesk {
+class RequestHandler {
 public:
     using ClientOf = std::function<std::optional<HelperClient>(std::uint32_t user)>;
 
-    RequestDesk(FileOperations& operations, AuthorizationCheck& authorization, ClientOf clientOf)
+    RequestHandler(FileOperations& operations, AuthorizationCheck& authorization, ClientOf clientOf)
         : _operations(operations), _authorization(authorization), _clientOf(std::move(clientOf)) {}
 
     /// `nonce` is unique to this connection and valid for this message only.

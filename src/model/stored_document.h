@@ -17,17 +17,17 @@ namespace tessellar {
 /// Main thread only. Written on a worker, before anything that is queued for saving later; the
 /// destructor waits for that.
 template <typename Document>
-class KeptDocument {
+class StoredDocument {
 public:
-    KeptDocument(const Machine& machine, QString path, std::uint64_t maximumBytes)
+    StoredDocument(const Machine& machine, QString path, std::uint64_t maximumBytes)
         : _machine(machine)
         , _file(machine.workers, StoredFile(machine.files, std::move(path), maximumBytes)) {}
-    ~KeptDocument() {
+    ~StoredDocument() {
         if (const auto written = _file.wait(); !written && _untold > 0)
             warn(written);
     }
-    KeptDocument(const KeptDocument&) = delete;
-    KeptDocument& operator=(const KeptDocument&) = delete;
+    StoredDocument(const StoredDocument&) = delete;
+    StoredDocument& operator=(const StoredDocument&) = delete;
 
     const Document& value() const { return _value; }
 
