@@ -195,7 +195,7 @@ void fullCheck(benchmark::State& state) {
     }
     qsizetype updates = 0;
     for (const AppEntry& app : launcher.applications().all())
-        if (const auto record = launcherUpdates.record(appKey(app)))
+        if (const auto record = launcherUpdates.of(appKey(app)).record())
             updates += std::holds_alternative<UpdateAvailable>(record->status) ? 1 : 0;
     if (updates != casks + storeApps + feeds)
         return state.SkipWithError("the check did not find all updates");

@@ -413,7 +413,7 @@ bool LauncherHistory::apply(const LayoutUndoEntry& entry, const LayoutUndoState&
                   .before = *before.documentOf(mode),
                   .rollBack = [this, entry] { _steps.giveBack(entry); },
                   .isStepOfHistory = true});
-    _store.hurry(mode);
+    _store.startPendingSave(mode);
     return true;
 }
 
