@@ -128,7 +128,10 @@ void InstalledApplications::adopt(Scanned result) {
     _isScanning = false;
     const bool isUsed = counts(result) && result.replacements == _replacements;
     if (isUsed) {
-        _cache = std::move(result.cache);
+        // A worker frees what the former scan knew of each bundle, which takes milliseconds.
+        _machine.workers.submit(
+            Lane::computing, {},
+            [former = std::exchange(_cache, std::move(result.cache))](std::stop_token) {});
         _latest = result.found;
         _scanStartedAt = result.startedAt;
         _replacedBundles = std::move(result.replacedBundles);

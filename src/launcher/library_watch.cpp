@@ -5,6 +5,8 @@
 #include "launcher/live_layout.h"
 #include "platform/texts.h"
 
+#include <algorithm>
+
 namespace tessellar {
 
 LibraryWatch::LibraryWatch(Machine& machine, InstalledApplications& applications, LiveLayouts& layouts,
@@ -37,28 +39,37 @@ void LibraryWatch::start(std::unique_ptr<DirectoryEvents> events) {
         scanned();
 }
 
+/// The applications of one scan that another has not.
+static QStringList pathsOnlyIn(const InstalledScan& one, const InstalledScan& other) {
+    QStringList paths;
+    for (auto it = one.byPath.cbegin(); it != one.byPath.cend(); ++it)
+        if (!other.byPath.contains(it.key()))
+            paths.append(it.key());
+    return paths;
+}
+
 void LibraryWatch::scanned() {
     using Kind = LibraryNotice::Kind;
-    const AppScanner::LibraryScan& scan = _installed.scan();
-    QSet<QString> applications;
-    for (const AppEntry& app : scan.apps)
-        applications.insert(app.path);
+    const std::shared_ptr<const InstalledScan> found = _installed.latest();
     QSet<QString> incomplete;
-    for (const AppScanner::IncompleteBundle& bundle : scan.incompleteBundles)
+    for (const AppScanner::IncompleteBundle& bundle : found->scan.incompleteBundles)
         incomplete.insert(bundle.path);
-    const auto before = std::exchange(_applications, applications);
+    const auto former = std::exchange(_former, found);
     const auto incompleteBefore = std::exchange(_incomplete, incomplete);
     // The first scan is where the watching begins.
-    if (std::exchange(_hasScan, true)) {
-        notice(Kind::added, (applications - before).values());
-        notice(Kind::removed, (before - applications).values());
+    if (former) {
+        notice(Kind::added, pathsOnlyIn(*found, *former));
+        notice(Kind::removed, pathsOnlyIn(*former, *found));
         // Newly complete bundles count as added.
-        const auto& replaced = _installed.replacedBundles();
-        notice(Kind::replaced,
-               (QSet<QString>(replaced.begin(), replaced.end()) & before & applications).values());
+        const QStringList& replaced = _installed.replacedBundles();
+        QStringList inBoth;
+        std::ranges::copy_if(replaced, std::back_inserter(inBoth), [&](const QString& path) {
+            return former->byPath.contains(path) && found->byPath.contains(path);
+        });
+        notice(Kind::replaced, inBoth);
     }
     notice(Kind::incomplete, (incomplete - incompleteBefore).values());
-    _watcher->scanned(scan, _installed.scanStartedAt());
+    _watcher->scanned(found->scan, _installed.scanStartedAt());
 }
 
 void LibraryWatch::watching() {

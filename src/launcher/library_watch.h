@@ -12,6 +12,7 @@ namespace tessellar {
 class InstalledApplications;
 class LauncherMessages;
 class LiveLayouts;
+struct InstalledScan;
 
 /// An event noticed in the application folders.
 struct LibraryNotice {
@@ -74,11 +75,10 @@ private:
     InstalledApplications& _installed;
     LiveLayouts& _layouts;
     LauncherMessages& _messages;
-    QSet<QString> _applications; ///< of the previous scan
+    std::shared_ptr<const InstalledScan> _former; ///< none before the first scan
     QSet<QString> _incomplete;
     QStringList _watched;
     bool _isPolling = false;
-    bool _hasScan = false;
     Subscription _subscription;
     std::unique_ptr<LibraryWatcher> _watcher; // last, because it calls back
 };

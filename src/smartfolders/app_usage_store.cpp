@@ -10,7 +10,7 @@ namespace tessellar {
 namespace {
 
 struct UsageRecords {
-    QMap<QString, AppUsage> byKey;
+    QHash<QString, AppUsage> byKey;
     bool isWhole = true; ///< no damaged record was left out
 };
 
@@ -46,7 +46,13 @@ struct Codec<UsageRecords> {
         }
         return records;
     }
-    static QJsonValue encode(const UsageRecords& records) { return json::encode(records.byKey); }
+    static QJsonValue encode(const UsageRecords& records) {
+        // In the order of keys, for an object is slow to take them in any other.
+        QMap<QString, AppUsage> sorted;
+        for (auto it = records.byKey.cbegin(); it != records.byKey.cend(); ++it)
+            sorted.insert(it.key(), *it);
+        return json::encode(sorted);
+    }
 };
 template <>
 struct Fields<UsageDocument> {

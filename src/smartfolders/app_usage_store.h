@@ -48,7 +48,7 @@ public:
     /// Blocks until the changes are on the disk.
     std::expected<void, FileError> flush();
 
-    const QMap<QString, AppUsage>& records() const { return _records; }
+    const QHash<QString, AppUsage>& records() const { return _records; }
     /// True if no record was lost, or so long ago that it no longer matters.
     bool isComplete() const { return _isComplete || isOld(); }
     /// Adds the usage facts.
@@ -62,7 +62,7 @@ private:
 
     const Machine& _machine;
     BackgroundFile _file;
-    QMap<QString, AppUsage> _records;
+    QHash<QString, AppUsage> _records; ///< by app key
     bool _isComplete = true;
     Instant _since; ///< start of recording without loss
     bool _isChanged = false;

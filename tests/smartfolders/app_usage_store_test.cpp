@@ -58,7 +58,7 @@ TEST_F(AppUsageStores, ForgetsForGoodAndSaysOfNoneThatItWasNeverUsed) {
     ASSERT_TRUE(store->flush());
     const auto again = loaded();
     const AppUsage unused{machine.time.now(), std::nullopt, 0};
-    EXPECT_EQ(again->records(), (QMap<QString, AppUsage>{{app, unused}, {other, unused}}));
+    EXPECT_EQ(again->records(), (QHash<QString, AppUsage>{{app, unused}, {other, unused}}));
     SmartFolderRuntimeFacts facts;
     again->fill(facts);
     EXPECT_FALSE(facts.usageDataIsComplete);
@@ -70,7 +70,7 @@ TEST_F(AppUsageStores, FollowsAnApplicationThatGoesByAnotherKey) {
     store->recordLaunch(app);
     const AppUsage usage = store->records().value(app);
     EXPECT_TRUE(store->changeKeys({{app, other}})); // a second copy has come
-    EXPECT_EQ(store->records(), (QMap<QString, AppUsage>{{other, usage}}));
+    EXPECT_EQ(store->records(), (QHash<QString, AppUsage>{{other, usage}}));
     machine.time.advance(std::chrono::hours(1));
     store->recordLaunch(app);
     EXPECT_TRUE(store->changeKeys({{other, app}})); // and gone again
@@ -112,7 +112,7 @@ TEST_F(AppUsageStores, ADamagedRecordCostsItselfAlone) {
                             "b": {"firstSeen": 1, "count": 7}}})");
     const auto store = loaded();
     EXPECT_EQ(store->records().keys(), QStringList{QStringLiteral("b")});
-    EXPECT_EQ(store->records().first().count, 7);
+    EXPECT_EQ(store->records().cbegin()->count, 7);
     EXPECT_FALSE(store->isComplete());
     EXPECT_TRUE(machine.names(folder).filter(QStringLiteral("damaged")).isEmpty());
 }
