@@ -8,11 +8,12 @@
 
 namespace tessellar {
 
-/// What is found out about a document when it is first asked for.
+/// What is found out about a document. Each is made when it is first asked for: showing a change needs
+/// neither table.
 struct LiveLayout::Lookups {
-    QHash<QUuid, const LaunchpadItem*> items;
-    QHash<QString, const AppEntry*> tiles; ///< by app key, aliases left out
-    ShownPages shown;
+    std::optional<ShownPages> shown;
+    std::optional<QHash<QUuid, const LaunchpadItem*>> items;
+    std::optional<QHash<QString, const AppEntry*>> tiles; ///< by app key, aliases left out
 };
 
 LiveLayout::LiveLayout(LauncherWindowMode mode, const Settings& settings,
@@ -31,23 +32,32 @@ QString LiveLayout::unavailableNotice() {
 
 // ---- tiles
 
-const LiveLayout::Lookups& LiveLayout::lookups() const {
-    if (_lookups)
-        return *_lookups;
-    _lookups = std::make_unique<Lookups>();
-    forEachItem(_document.pages, [&](const LaunchpadItem& item) {
-        if (!_lookups->items.contains(item.id()))
-            _lookups->items.insert(item.id(), &item);
-        if (const AppEntry* app = item.app(); app && !app->alias)
-            if (const QString key = appKey(*app); !_lookups->tiles.contains(key))
-                _lookups->tiles.insert(key, app);
-        return true;
-    });
-    _lookups->shown = ShownPages(pages(), hiddenKeys(), pageGeometry(_settings).capacity());
+LiveLayout::Lookups& LiveLayout::lookups() const {
+    if (!_lookups)
+        _lookups = std::make_unique<Lookups>();
     return *_lookups;
 }
 
-const LaunchpadItem* LiveLayout::item(const QUuid& id) const { return lookups().items.value(id); }
+/// Room for the tiles of the grid: a table that grows into it costs twice the time.
+static qsizetype tileCount(const Pages& pages) {
+    qsizetype count = 0;
+    for (const Page& page : pages)
+        count += page.size();
+    return count;
+}
+
+const LaunchpadItem* LiveLayout::item(const QUuid& id) const {
+    auto& items = lookups().items;
+    if (!items) {
+        items.emplace().reserve(tileCount(pages()));
+        forEachItem(pages(), [&](const LaunchpadItem& item) {
+            if (const LaunchpadItem*& first = (*items)[item.id()]; !first)
+                first = &item;
+            return true;
+        });
+    }
+    return items->value(id);
+}
 
 const FolderEntry* LiveLayout::folder(const QUuid& id) const {
     const LaunchpadItem* found = item(id);
@@ -55,7 +65,17 @@ const FolderEntry* LiveLayout::folder(const QUuid& id) const {
 }
 
 const AppEntry* LiveLayout::tileOf(const QString& appKey) const {
-    return lookups().tiles.value(appKey);
+    auto& tiles = lookups().tiles;
+    if (!tiles) {
+        tiles.emplace().reserve(tileCount(pages()));
+        forEachItem(pages(), [&](const LaunchpadItem& item) {
+            if (const AppEntry* app = item.app(); app && !app->alias)
+                if (const AppEntry*& first = (*tiles)[tessellar::appKey(*app)]; !first)
+                    first = app;
+            return true;
+        });
+    }
+    return tiles->value(appKey);
 }
 
 QList<QUuid> LiveLayout::inOrder(const QSet<QUuid>& tiles) const {
@@ -70,13 +90,23 @@ QList<QUuid> LiveLayout::inOrder(const QSet<QUuid>& tiles) const {
 
 QHash<QString, QString> LiveLayout::customNames() const {
     QHash<QString, QString> names;
-    for (auto it = lookups().tiles.cbegin(); it != lookups().tiles.cend(); ++it)
-        if (it.value()->name != it.value()->originalName)
-            names.insert(it.key(), it.value()->name);
+    forEachItem(pages(), [&](const LaunchpadItem& item) {
+        const AppEntry* app = item.app();
+        if (!app || app->alias || app->name == app->originalName)
+            return true;
+        if (const QString key = appKey(*app); tileOf(key) == app)
+            names.insert(key, app->name);
+        return true;
+    });
     return names;
 }
 
-const ShownPages& LiveLayout::shownPages() const { return lookups().shown; }
+const ShownPages& LiveLayout::shownPages() const {
+    auto& shown = lookups().shown;
+    if (!shown)
+        shown.emplace(pages(), hiddenKeys(), pageGeometry(_settings).capacity());
+    return *shown;
+}
 
 ShownPages LiveLayout::shownPages(const FolderEntry& folder) const {
     return ShownPages(folder.pages, hiddenKeys(), folderGeometry(_settings).capacity());

@@ -20,8 +20,8 @@ class SmartFolderLibrary;
 /// The arrangement of one display mode as shown and edited, and the user's position in it. Only holds
 /// it: documents are changed by steps of `LauncherHistory` or by merging a scan.
 ///
-/// Look-up tables are rebuilt once after each change. Pointers to tiles are valid until the next
-/// change. Main thread only.
+/// Look-up tables are made at most once after each change, when asked for. Pointers to tiles are valid
+/// until the next change. Main thread only.
 class LiveLayout {
 public:
     LiveLayout(LauncherWindowMode mode, const Settings& settings,
@@ -98,7 +98,7 @@ public:
 private:
     struct Lookups;
 
-    const Lookups& lookups() const;
+    Lookups& lookups() const;
     void documentChanged();
     void tidyNavigation();
 
