@@ -83,7 +83,9 @@ void ArrangingPanel::take() {
     const auto modes =
         _isFirstRun ? QList(LiveLayouts::modes.begin(), LiveLayouts::modes.end()) : QList{_mode};
     if (const LayoutProposal* proposal = chosen())
-        _viewModel.messages().report(_viewModel.proposals().take(modes, *proposal));
+        _viewModel.proposals().take(
+            modes, *proposal,
+            [&messages = _viewModel.messages()](const auto& outcome) { messages.report(outcome); });
 }
 
 } // namespace tessellar

@@ -93,8 +93,11 @@ void addArrange(CommandSet& set) {
                     return call->succeed(
                         QJsonObject{{QStringLiteral("pages"), json::encode(proposal.pages)}},
                         gridText(call, proposal.pages));
-                call->answer(call->launcher().proposals().take({call->mode()}, proposal),
-                             explanation(proposal));
+                call->launcher().proposals().take(
+                    {call->mode()}, proposal,
+                    [call, text = explanation(proposal)](const LayoutProposals::Outcome& outcome) {
+                        call->answer(outcome, text);
+                    });
             });
     });
 }

@@ -2,7 +2,6 @@
 
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
-#include "launcher/layout_merger.h"
 #include "platform/texts.h"
 
 #include <array>
@@ -34,7 +33,8 @@ LauncherImport::LauncherImport(Machine& machine, LiveLayouts& layouts,
     , _applications(applications)
     , _places(places)
     , _history(history)
-    , _messages(messages) {}
+    , _messages(messages)
+    , _merger(machine, layouts, applications, places) {}
 
 // ---- reading
 
@@ -79,7 +79,7 @@ void LauncherImport::run(Mode mode, const std::optional<Database>& database,
     preview(mode, database, [this, mode, done = std::move(done)](const auto& imported) {
         if (!imported)
             return done(std::unexpected(imported.error()));
-        done(apply(mode, *imported));
+        apply(mode, *imported, done);
     });
 }
 
@@ -96,12 +96,21 @@ QList<AppEntry> LauncherImport::candidates(Mode mode) const {
     return apps;
 }
 
-LauncherImport::Imported LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported) {
-    LegacyLaunchpadImportMetadata metadata = imported.metadata;
-    const LiveLayout& layout = _layouts[mode];
-    const MergeResult merged = mergeReplacement(
-        {.pages = imported.pages, .hiddenKeys = layout.hiddenKeys()}, layout, _applications, _places,
-        _machine, installedAsArranged(layout, _applications, true));
+void LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& imported,
+                           Done<LegacyLaunchpadImportMetadata> done) {
+    const auto wanted = [this, mode, pages = imported.pages]() -> ReplacementMerger::Wanted {
+        const LiveLayout& layout = _layouts[mode];
+        const LayoutDocument document{.pages = pages, .hiddenKeys = layout.hiddenKeys()};
+        return {.document = [document] { return document; },
+                .apps = installedAsArranged(layout, _applications, true)};
+    };
+    _merger.merge(mode, wanted,
+                  [this, mode, metadata = imported.metadata, done = std::move(done)](
+                      const MergeResult& merged) { done(apply(mode, merged, metadata)); });
+}
+
+LauncherImport::Imported LauncherImport::apply(Mode mode, const MergeResult& merged,
+                                               LegacyLaunchpadImportMetadata metadata) {
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places); // before the layout is saved without their tiles
     const auto made = _history.make(

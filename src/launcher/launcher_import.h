@@ -2,17 +2,15 @@
 
 #include "discovery/launchpad_import.h"
 #include "launcher/launcher_error.h"
+#include "launcher/replacement_merger.h"
 #include "platform/machine.h"
 
 #include <functional>
 
 namespace tessellar {
 
-class InstalledApplications;
 class LauncherHistory;
 class LauncherMessages;
-class LiveLayouts;
-class PlaceMemory;
 
 /// Imports the old Launchpad's arrangement into a display mode. The database is read on a worker; the
 /// result replaces the arrangement like restoring a saved one: after a backup, with all other
@@ -41,7 +39,8 @@ public:
              Done<LegacyLaunchpadImportMetadata> done);
     /// Replaces the arrangement by the result of a preview.
     using Imported = std::expected<LegacyLaunchpadImportMetadata, LauncherError>;
-    Imported apply(Mode mode, const NativeLaunchpadImportResult& imported);
+    void apply(Mode mode, const NativeLaunchpadImportResult& imported,
+               Done<LegacyLaunchpadImportMetadata> done);
     /// Shows the result in an alert.
     void tell(const Imported& imported);
     /// Asks the user, imports, and shows the result in an alert; for a window.
@@ -53,6 +52,7 @@ public:
 private:
     void finish(std::expected<NativeLaunchpadImportResult, LaunchpadImportError> result);
     QList<AppEntry> candidates(Mode mode) const;
+    Imported apply(Mode mode, const MergeResult& merged, LegacyLaunchpadImportMetadata metadata);
 
     Machine& _machine;
     LiveLayouts& _layouts;
@@ -60,6 +60,7 @@ private:
     PlaceMemory& _places;
     LauncherHistory& _history;
     LauncherMessages& _messages;
+    ReplacementMerger _merger;
     Done<NativeLaunchpadImportResult> _done; ///< set while one runs
     Task _task;
 };

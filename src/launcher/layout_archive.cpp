@@ -3,7 +3,6 @@
 #include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
-#include "launcher/layout_merger.h"
 #include "platform/texts.h"
 
 namespace tessellar {
@@ -19,7 +18,8 @@ LayoutArchive::LayoutArchive(Machine& machine, LayoutStore& store, LiveLayouts& 
     , _applications(applications)
     , _places(places)
     , _history(history)
-    , _messages(messages) {}
+    , _messages(messages)
+    , _merger(machine, layouts, applications, places) {}
 
 template <typename Work, typename Done>
 void LayoutArchive::read(Work work, Done done) {
@@ -32,6 +32,10 @@ void LayoutArchive::read(Work work, Done done) {
         });
 }
 
+static ReplacementMerger::Wanted wanted(const LayoutDocument& document) {
+    return {.document = [document] { return document; }};
+}
+
 void LayoutArchive::restore(Mode mode, const QUuid& id, std::function<void(Restored)> done) {
     const QString title = Texts::tr("Could not restore arrangement");
     if (const auto guarded = _history.guard(mode); !guarded)
@@ -41,33 +45,43 @@ void LayoutArchive::restore(Mode mode, const QUuid& id, std::function<void(Resto
              if (!arrangement)
                  return done(std::unexpected(arrangementError(arrangement.error(), title)));
              const Arrangement& saved = arrangement->value;
-             const Outcome replaced =
-                 replace(mode, saved.document, saved.layout, editName(EditKind::restoreArrangement),
-                         QStringLiteral("arrangement-restore"), title, arrangement->isLossy);
-             done(replaced ? Restored(saved.name) : std::unexpected(replaced.error()));
+             replace(
+                 mode, [document = saved.document] { return wanted(document); },
+                 {.name = editName(EditKind::restoreArrangement),
+                  .reason = QStringLiteral("arrangement-restore"),
+                  .title = title,
+                  .settings = saved.layout,
+                  .isLossy = arrangement->isLossy},
+                 [name = saved.name, done](const Outcome& replaced) {
+                     done(replaced ? Restored(name) : std::unexpected(replaced.error()));
+                 });
          });
 }
 
-LayoutArchive::Outcome LayoutArchive::replace(Mode mode, const LayoutDocument& document,
-                                              const std::optional<ArrangementLayout>& settings,
-                                              const QString& name, const QString& reason,
-                                              const QString& title, bool isLossy) {
-    const MergeResult merged =
-        mergeReplacement(document, _layouts[mode], _applications, _places, _machine);
+void LayoutArchive::replace(Mode mode, std::function<ReplacementMerger::Wanted()> wanted,
+                            const Replacement& replacement, std::function<void(Outcome)> done) {
+    _merger.merge(mode, std::move(wanted),
+                  [this, mode, replacement, done = std::move(done)](const MergeResult& merged) {
+                      done(apply(mode, merged, replacement));
+                  });
+}
+
+LayoutArchive::Outcome LayoutArchive::apply(Mode mode, const MergeResult& merged,
+                                            const Replacement& replacement) {
     // Places first, as ever: the layout is saved without the tiles that they are of.
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places);
     const auto made = _history.make(
-        {.name = name,
+        {.name = replacement.name,
          .mode = mode,
          .document = LayoutDocument{.pages = merged.pages, .hiddenKeys = merged.hiddenKeys},
-         .settings = settings,
-         .replacement = {{.reason = reason, .title = title}}});
+         .settings = replacement.settings,
+         .replacement = {{.reason = replacement.reason, .title = replacement.title}}});
     if (!made) {
         _places.set(mode, before);
         return std::unexpected(made.error());
     }
-    if (isLossy)
+    if (replacement.isLossy)
         _messages.alert({QStringLiteral("lossyRestore"),
                          Texts::tr("The contents of a folder could not be read, and its "
                                    "applications come at the end. What was restored is kept as it "
@@ -97,18 +111,33 @@ void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<
          [this, mode, title, done = std::move(done)](const auto& backup) {
              if (!backup)
                  return done(std::unexpected(launcherError(backup.error(), title)));
-             done(replace(mode, backup->value.document, {}, Texts::tr("Restore Backup"),
-                          QStringLiteral("backup-restore"), title, backup->isLossy));
+             replace(
+                 mode, [document = backup->value.document] { return wanted(document); },
+                 {.name = Texts::tr("Restore Backup"),
+                  .reason = QStringLiteral("backup-restore"),
+                  .title = title,
+                  .isLossy = backup->isLossy},
+                 done);
          });
 }
 
 // ---- the rest
 
-LayoutArchive::Outcome LayoutArchive::arrange(Mode mode, const Pages& pages, const QString& name) {
+void LayoutArchive::arrange(Mode mode, Arranged arranged, const QString& name,
+                            std::function<void(Outcome)> done) {
     if (const auto guarded = _history.guard(mode); !guarded)
-        return guarded;
-    return replace(mode, {.pages = pages, .hiddenKeys = _layouts[mode].hiddenKeys()}, {}, name,
-                   QStringLiteral("arrange"), Texts::tr("Could not arrange the applications"), false);
+        return done(guarded);
+    replace(
+        mode,
+        [this, mode, arranged = std::move(arranged)]() -> ReplacementMerger::Wanted {
+            return {.document = [pages = arranged(), hiddenKeys = _layouts[mode].hiddenKeys()] {
+                return LayoutDocument{.pages = pages(), .hiddenKeys = hiddenKeys};
+            }};
+        },
+        {.name = name,
+         .reason = QStringLiteral("arrange"),
+         .title = Texts::tr("Could not arrange the applications")},
+        std::move(done));
 }
 
 LayoutArchive::Outcome LayoutArchive::reset(Mode mode) {

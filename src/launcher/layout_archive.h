@@ -1,6 +1,7 @@
 #pragma once
 
 #include "launcher/launcher_error.h"
+#include "launcher/replacement_merger.h"
 #include "model/layout_backups.h"
 #include "platform/texts.h"
 #include "platform/worker_pool.h"
@@ -13,12 +14,8 @@
 
 namespace tessellar {
 
-class InstalledApplications;
 class LauncherHistory;
 class LauncherMessages;
-class LiveLayouts;
-class PlaceMemory;
-struct Machine;
 
 /// Replaces a mode's arrangement: with a saved one, a backup, or the default. Backs up the current one
 /// first, as a step of history. Main thread only.
@@ -37,8 +34,11 @@ public:
     /// Restores a saved arrangement with its grid settings; `done` receives its name.
     using Restored = std::expected<QString, LauncherError>;
     void restore(Mode mode, const QUuid& id, std::function<void(Restored)> done);
-    /// Rearranges all installed applications. Hidden applications and names are kept.
-    Outcome arrange(Mode mode, const Pages& pages, const QString& name);
+    /// Rearranges all installed applications. Hidden applications and names are kept. `arranged`
+    /// captures the current state and may be called again if that changes; what it returns is called
+    /// on a worker.
+    using Arranged = std::function<std::function<Pages()>()>;
+    void arrange(Mode mode, Arranged arranged, const QString& name, std::function<void(Outcome)> done);
     /// Resets to the default alphabetical arrangement. If the working file is unreadable, it is moved
     /// to the backups and the step cannot be undone.
     Outcome reset(Mode mode);
@@ -53,9 +53,17 @@ private:
     /// Reads on a worker; `done` receives the result.
     template <typename Work, typename Done>
     void read(Work work, Done done);
-    Outcome replace(Mode mode, const LayoutDocument& document,
-                    const std::optional<ArrangementLayout>& settings, const QString& name,
-                    const QString& reason, const QString& title, bool isLossy);
+    /// A replacement, apart from its tiles.
+    struct Replacement {
+        QString name;
+        QString reason;
+        QString title; ///< of an alert about its failure
+        std::optional<ArrangementLayout> settings = {};
+        bool isLossy = false;
+    };
+    void replace(Mode mode, std::function<ReplacementMerger::Wanted()> wanted,
+                 const Replacement& replacement, std::function<void(Outcome)> done);
+    Outcome apply(Mode mode, const MergeResult& merged, const Replacement& replacement);
 
     Machine& _machine;
     LayoutStore& _store;
@@ -64,6 +72,7 @@ private:
     PlaceMemory& _places;
     LauncherHistory& _history;
     LauncherMessages& _messages;
+    ReplacementMerger _merger;
     std::list<Task> _reading;
 };
 

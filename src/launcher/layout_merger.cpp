@@ -36,22 +36,6 @@ QList<AppEntry> installedAsArranged(const LiveLayout& layout, const InstalledApp
     return apps;
 }
 
-MergeResult mergeReplacement(const LayoutDocument& document, const LiveLayout& layout,
-                             const InstalledApplications& installed, const PlaceMemory& places,
-                             const Machine& machine, const std::optional<QList<AppEntry>>& apps) {
-    MergeInput input = mergeInput(document, layout, installed.latest(), places, machine);
-    input.context.isRestore = true;
-    if (apps)
-        input.context.scannedApps = *apps;
-    forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
-        const AppEntry* app = item.app();
-        if (app && !app->alias && layout.unavailableAppKeys().contains(appKey(*app)))
-            input.context.unseenApps.append(*app);
-        return true;
-    });
-    return input.merge();
-}
-
 LayoutMerger::LayoutMerger(const Machine& machine, LayoutStore& store, LiveLayouts& layouts,
                            InstalledApplications& applications, PlaceMemory& places,
                            LauncherMessages& messages)

@@ -32,12 +32,6 @@ MergeInput mergeInput(const LayoutDocument& document, const LiveLayout& layout,
 QList<AppEntry> installedAsArranged(const LiveLayout& layout, const InstalledApplications& installed,
                                     bool withNames);
 
-/// Merges a document that will replace the layout with the installed applications, or `apps` if given.
-/// Unavailable applications are kept.
-MergeResult mergeReplacement(const LayoutDocument& document, const LiveLayout& layout,
-                             const InstalledApplications& installed, const PlaceMemory& places,
-                             const Machine& machine, const std::optional<QList<AppEntry>>& apps = {});
-
 /// Merges the layouts of both modes with each scan, before anyone else sees it:
 ///
 /// 1. After a scan, both merges are computed on a worker from the current layouts; the first time, from

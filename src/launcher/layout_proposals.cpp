@@ -135,23 +135,29 @@ void LayoutProposals::propose(Mode mode, All all, std::function<void(const All&)
         [done = std::move(done)](const All& found) { done(found); });
 }
 
-std::expected<void, LauncherError> LayoutProposals::take(const QList<Mode>& modes,
-                                                         const LayoutProposal& proposal) {
-    for (const Mode mode : modes) {
-        if (!proposal.imported) {
-            const auto arranged = _archive.arrange(mode, input(mode).made(proposal.kind).pages,
-                                                   editName(EditKind::arrange));
-            if (!arranged)
-                return arranged;
-            continue;
-        }
-        const auto imported = _launchpadImport.apply(mode, *proposal.imported);
-        if (!imported || mode == modes.last())
-            _launchpadImport.tell(imported);
-        if (!imported)
-            break;
-    }
-    return {};
+void LayoutProposals::take(const QList<Mode>& modes, const LayoutProposal& proposal,
+                           std::function<void(const Outcome&)> done) {
+    if (modes.isEmpty())
+        return done({});
+    const Mode mode = modes.first();
+    const auto goOn = [this, others = modes.sliced(1), proposal, done] {
+        take(others, proposal, done);
+    };
+    if (!proposal.imported)
+        return _archive.arrange(
+            mode,
+            [this, mode, kind = proposal.kind] {
+                return [from = input(mode), kind] { return from.made(kind).pages; };
+            },
+            editName(EditKind::arrange),
+            [goOn, done](const Outcome& arranged) { arranged ? goOn() : done(arranged); });
+    _launchpadImport.apply(
+        mode, *proposal.imported,
+        [this, goOn, done, isLast = modes.size() == 1](const LauncherImport::Imported& imported) {
+            if (!imported || isLast)
+                _launchpadImport.tell(imported);
+            imported ? goOn() : done({}); // the failure is told
+        });
 }
 
 } // namespace tessellar

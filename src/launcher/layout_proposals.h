@@ -49,8 +49,11 @@ public:
 
     /// Computed on workers, from the current layout.
     void propose(Mode mode, std::function<void(const All&)> done);
-    /// Applies a proposal to the given modes, updated to the applications and names of now.
-    std::expected<void, LauncherError> take(const QList<Mode>& modes, const LayoutProposal& proposal);
+    /// Applies a proposal to the given modes, updated to the applications and names of now, which
+    /// workers compute. After a failure the remaining modes are left as they are.
+    using Outcome = std::expected<void, LauncherError>;
+    void take(const QList<Mode>& modes, const LayoutProposal& proposal,
+              std::function<void(const Outcome&)> done);
 
 private:
     struct Input;

@@ -255,11 +255,21 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
 
     EXPECT_TRUE(text.endsWith(u"Smart Folders lose their tiles, which can be added again."));
 
-    // What was renamed since is taken with its new name.
-    const QUuid elm = launcher->shown().tileOf(u"org.example.elm"_s)->id;
-    ASSERT_TRUE(launcher->editor().rename(launcher->shown().mode(), elm, u"Ulmus"_s));
-    const LayoutDocument renamed = launcher->shown().document();
-    ASSERT_TRUE(launcher->proposals().take({launcher->shown().mode()}, all.proposals[2]));
+    // What is renamed while it is worked out is taken with its new name.
+    const auto take = [&](const LayoutProposal& proposal, const std::function<void()>& meanwhile) {
+        std::optional<LayoutProposals::Outcome> outcome;
+        launcher->proposals().take({launcher->shown().mode()}, proposal,
+                                   [&](const LayoutProposals::Outcome& taken) { outcome = taken; });
+        meanwhile();
+        mac.settle();
+        return outcome && *outcome;
+    };
+    LayoutDocument renamed;
+    ASSERT_TRUE(take(all.proposals[2], [&] {
+        const QUuid elm = launcher->shown().tileOf(u"org.example.elm"_s)->id;
+        ASSERT_TRUE(launcher->editor().rename(launcher->shown().mode(), elm, u"Ulmus"_s));
+        renamed = launcher->shown().document();
+    }));
     EXPECT_EQ(sketched(), u"* Ash Beech Cedrus Dogwood Ulmus");
     EXPECT_EQ(launcher->shown().hiddenKeys(), before.hiddenKeys);
     EXPECT_EQ(stored(), launcher->shown().document());
@@ -269,7 +279,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(launcher->shown().document(), before);
 
-    ASSERT_TRUE(launcher->proposals().take({launcher->shown().mode()}, all.proposals[0]));
+    ASSERT_TRUE(take(all.proposals[0], [] {}));
     EXPECT_EQ(sketched(), u"Elm [Work: Beech|Dogwood]|Ash|Cedrus");
     const QList<LauncherError> alerts = launcher->messages().takeAlerts();
     ASSERT_FALSE(alerts.isEmpty());
