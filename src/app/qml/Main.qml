@@ -184,6 +184,7 @@ FocusScope {
                     room: (root.width - 40) / scale
                     count: root.launcher.search.results.pageCount
                     position: results.position
+                    kept: limit
                     onChosen: page => root.launcher.search.results.turnTo(page)
                 }
 

@@ -10,16 +10,36 @@ Row {
     // Many pages have small dots.
     readonly property int pitch: count > 24 ? 12 : 22
     property real room: 1000
-    readonly property int most: Math.max(5, Math.min(41, Math.floor(room / pitch) - 1)) | 1
+    readonly property int limit: 41
+    readonly property int most: Math.max(5, Math.min(limit, Math.floor(room / pitch) - 1)) | 1
     readonly property int first: Math.max(0, Math.min(count - most, Math.round(position) - (most - 1) / 2))
+    readonly property int shown: Math.min(count, most)
+    // Those that exist: a dot that is not needed is kept, for a search has other pages with every letter.
+    property int kept: 0
+    readonly property int hoveredPage: hover.hovered ? pageAt(hover.point.position) : -1
 
     signal chosen(int page)
 
+    function pageAt(point) {
+        return first + Math.max(0, Math.min(shown - 1, Math.floor(point.x / pitch)));
+    }
+
+    onShownChanged: kept = Math.max(kept, shown)
+    Component.onCompleted: kept = Math.max(kept, shown)
     visible: count > 1
     transformOrigin: Item.Bottom
 
+    HoverHandler {
+        id: hover
+    }
+
+    TapHandler {
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        onTapped: eventPoint => dots.chosen(dots.pageAt(dots.mapFromItem(null, eventPoint.scenePosition)))
+    }
+
     Repeater {
-        model: Math.min(dots.count, dots.most)
+        model: dots.kept
 
         Item {
             id: dot
@@ -28,6 +48,7 @@ Row {
             readonly property int page: dots.first + index
             readonly property real nearness: Math.max(0, 1 - Math.abs(page - dots.position))
 
+            visible: index < dots.shown
             width: dots.pitch
             height: 24
 
@@ -41,16 +62,7 @@ Row {
                 height: width
                 radius: width / 2
                 color: Theme.backdropText
-                opacity: 0.28 + 0.67 * dot.nearness + (hover.hovered ? 0.2 : 0)
-            }
-
-            HoverHandler {
-                id: hover
-            }
-
-            TapHandler {
-                gesturePolicy: TapHandler.ReleaseWithinBounds
-                onTapped: dots.chosen(dot.page)
+                opacity: 0.28 + 0.67 * dot.nearness + (dot.page === dots.hoveredPage ? 0.2 : 0)
             }
         }
     }
