@@ -12,6 +12,9 @@ OpenFolder::OpenFolder(LauncherViewModel& viewModel, const TileFacts& facts)
 }
 
 void OpenFolder::refresh() {
+    // Every tile listens. Of a folder that was closed and still is, there is nothing to tell.
+    if (!std::exchange(_wasOpen, isOpen()) && !isOpen())
+        return;
     if (const auto open = _viewModel.shown().openFolder()) {
         _tileId = toText(open->id);
         _title = open->name;

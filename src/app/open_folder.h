@@ -46,6 +46,7 @@ Q_SIGNALS:
 
 private:
     LauncherViewModel& _viewModel;
+    bool _wasOpen = false; ///< at the last refresh
     QString _tileId;
     QString _title;
     QString _notice;
