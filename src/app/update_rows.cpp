@@ -4,6 +4,7 @@
 #include "launcher/launcher_updates.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace tessellar {
 
@@ -26,23 +27,23 @@ QVariant UpdateRows::data(const QModelIndex& index, int role) const {
     case AppKeyRole:
         return row.appKey;
     case NameRole:
-        return row.name;
+        return words(row).name;
     case TextRole:
-        return row.text;
+        return words(row).text;
     case DetailRole:
-        return row.detail;
+        return words(row).detail;
     case SourceRole:
-        return row.source;
+        return words(row).source;
     case ActionRole:
-        return row.action;
+        return words(row).action;
     case CanActRole:
-        return row.canAct;
+        return words(row).canAct;
     case RunningRole:
-        return row.isRunning;
+        return words(row).isRunning;
     case FailureRole:
-        return row.isFailure;
+        return words(row).isFailure;
     case OpenRole:
-        return row.isOpen;
+        return words(row).isOpen;
     default:
         return {};
     }
@@ -94,7 +95,28 @@ static QString buttonText(const AppUpdateView& update) {
     return isItsOwn ? UpdateRows::tr("Open App") : update.actionLabel();
 }
 
-UpdateRows::Row UpdateRows::rowOf(const AppEntry& app, Section section) const {
+const UpdateRows::Words& UpdateRows::words(const Row& row) const {
+    if (!row.words)
+        row.words = wordsNow(row);
+    return *row.words;
+}
+
+UpdateRows::Words UpdateRows::wordsNow(const Row& row) const {
+    static constexpr std::array titles{QT_TR_NOOP("Updates"), QT_TR_NOOP("Updated"),
+                                       QT_TR_NOOP("Held Back"), QT_TR_NOOP("Could Not Be Checked"),
+                                       QT_TR_NOOP("Cannot Be Checked")};
+    static_assert(titles.size() == std::tuple_size_v<decltype(_counts)>);
+    if (!row.appKey.isEmpty()) {
+        const AppEntry* app = _viewModel.applications().withKey(row.appKey);
+        return app ? wordsOf(*app, row.section) : Words();
+    }
+    const auto place = static_cast<std::size_t>(row.section);
+    return {.name = tr(titles[place]),
+            .text = QString::number(_counts[place]),
+            .isOpen = !_isClosed[place]};
+}
+
+UpdateRows::Words UpdateRows::wordsOf(const AppEntry& app, Section section) const {
     using Kind = AppUpdateActionState::Kind;
     const QString key = tessellar::appKey(app);
     const LauncherUpdates& updates = _viewModel.updates();
@@ -102,7 +124,7 @@ UpdateRows::Row UpdateRows::rowOf(const AppEntry& app, Section section) const {
     const auto record = update.record();
     const auto reason = update.reason();
     const auto state = update.actionState();
-    Row row{.section = section, .appKey = key, .name = app.name};
+    Words row{.name = app.name};
     switch (section) {
     case Section::available:
         row.isRunning = state && !state->isOver();
@@ -140,76 +162,105 @@ UpdateRows::Row UpdateRows::rowOf(const AppEntry& app, Section section) const {
     return row;
 }
 
-std::vector<UpdateRows::Row> UpdateRows::rows() const {
-    static constexpr std::array titles{QT_TR_NOOP("Updates"), QT_TR_NOOP("Updated"),
-                                       QT_TR_NOOP("Held Back"), QT_TR_NOOP("Could Not Be Checked"),
-                                       QT_TR_NOOP("Cannot Be Checked")};
+std::vector<UpdateRows::Row> UpdateRows::rows() {
+    _counts = {};
     if (!_viewModel.updates().isReady())
         return {};
-    std::array<std::vector<Row>, titles.size()> sections;
-    std::array<int, titles.size()> counts{};
+    std::array<std::vector<Row>, std::tuple_size_v<decltype(_counts)>> sections;
     for (const AppEntry& app : _viewModel.applications().all()) {
-        const auto section = sectionOf(tessellar::appKey(app));
+        const QString key = tessellar::appKey(app);
+        const auto section = sectionOf(key);
         if (!section)
             continue;
         const auto place = static_cast<std::size_t>(*section);
-        ++counts[place];
+        ++_counts[place];
         if (!_isClosed[place])
-            sections[place].push_back(rowOf(app, *section));
+            sections[place].push_back({.section = *section, .appKey = key});
     }
     std::vector<Row> result;
     for (std::size_t i = 0; i < sections.size(); ++i) {
-        if (counts[i] == 0)
+        if (_counts[i] == 0)
             continue;
-        result.push_back({.section = static_cast<Section>(i),
-                          .name = tr(titles[i]),
-                          .text = QString::number(counts[i]),
-                          .isOpen = !_isClosed[i]});
+        result.push_back({.section = static_cast<Section>(i), .appKey = {}});
         std::ranges::move(sections[i], std::back_inserter(result));
     }
     return result;
 }
 
 void UpdateRows::refresh() {
-    std::vector<Row> wanted = rows();
-    const auto find = [](std::vector<Row>& all, std::size_t from, const Row& row) {
-        return std::find_if(all.begin() + static_cast<std::ptrdiff_t>(from), all.end(),
-                            [&](const Row& other) { return other.isSame(row); });
-    };
-    // Long lists come and go as a whole, with their section.
+    const std::vector<Row> wanted = rows();
     constexpr std::size_t many = 400;
-    if (_rows.size() + wanted.size() > many) {
-        if (_rows == wanted)
-            return;
-        beginResetModel();
-        _rows = std::move(wanted);
-        return endResetModel();
-    }
-    const auto remove = [this](int row) {
-        beginRemoveRows({}, row, row);
-        _rows.erase(_rows.begin() + row);
-        endRemoveRows();
+    if (_rows.size() + wanted.size() > many)
+        replaceMiddle(wanted);
+    else
+        followRowByRow(wanted);
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+        _rows[i].section = wanted[i].section;
+    refreshWords();
+}
+
+void UpdateRows::remove(std::size_t first, std::size_t end) {
+    if (first == end)
+        return;
+    beginRemoveRows({}, static_cast<int>(first), static_cast<int>(end) - 1);
+    _rows.erase(_rows.begin() + static_cast<std::ptrdiff_t>(first),
+                _rows.begin() + static_cast<std::ptrdiff_t>(end));
+    endRemoveRows();
+}
+
+void UpdateRows::insert(std::size_t at, std::span<const Row> rows) {
+    if (rows.empty())
+        return;
+    beginInsertRows({}, static_cast<int>(at), static_cast<int>(at + rows.size()) - 1);
+    _rows.insert(_rows.begin() + static_cast<std::ptrdiff_t>(at), rows.begin(), rows.end());
+    endInsertRows();
+}
+
+/// Long lists change in one piece: all between what is the same at both ends.
+void UpdateRows::replaceMiddle(std::span<const Row> wanted) {
+    const std::size_t shorter = std::min(_rows.size(), wanted.size());
+    std::size_t before = 0;
+    while (before < shorter && _rows[before].isSame(wanted[before]))
+        ++before;
+    std::size_t after = 0;
+    while (after < shorter - before &&
+           _rows[_rows.size() - 1 - after].isSame(wanted[wanted.size() - 1 - after]))
+        ++after;
+    remove(before, _rows.size() - after);
+    insert(before, wanted.subspan(before, wanted.size() - after - before));
+}
+
+void UpdateRows::followRowByRow(std::span<const Row> wanted) {
+    const auto isIn = [](std::span<const Row> all, const Row& row) {
+        return std::ranges::any_of(all, [&](const Row& other) { return other.isSame(row); });
     };
-    for (int i = rowCount() - 1; i >= 0; --i)
-        if (find(wanted, 0, _rows[static_cast<std::size_t>(i)]) == wanted.end())
-            remove(i);
+    for (std::size_t i = _rows.size(); i-- > 0;)
+        if (!isIn(wanted, _rows[i]))
+            remove(i, i + 1);
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-        const int at = static_cast<int>(i);
-        if (const auto later = find(_rows, i, wanted[i]);
-            later != _rows.end() && later != _rows.begin() + at) {
-            const int from = static_cast<int>(later - _rows.begin());
-            beginMoveRows({}, from, from, {}, at);
-            std::rotate(_rows.begin() + at, later, later + 1);
+        const auto at = _rows.begin() + static_cast<std::ptrdiff_t>(i);
+        const auto found =
+            std::find_if(at, _rows.end(), [&](const Row& row) { return row.isSame(wanted[i]); });
+        if (found == _rows.end()) {
+            insert(i, wanted.subspan(i, 1));
+        } else if (found != at) {
+            const int from = static_cast<int>(found - _rows.begin());
+            beginMoveRows({}, from, from, {}, static_cast<int>(i));
+            std::rotate(at, found, found + 1);
             endMoveRows();
         }
-        if (i >= _rows.size() || !_rows[i].isSame(wanted[i])) {
-            beginInsertRows({}, at, at);
-            _rows.insert(_rows.begin() + at, std::move(wanted[i]));
-            endInsertRows();
-        } else if (_rows[i] != wanted[i]) {
-            _rows[i] = std::move(wanted[i]);
-            Q_EMIT dataChanged(index(at), index(at));
-        }
+    }
+}
+
+/// Rows that were asked for may say something else now.
+void UpdateRows::refreshWords() {
+    for (std::size_t i = 0; i < _rows.size(); ++i) {
+        const Row& row = _rows[i];
+        if (!row.words)
+            continue;
+        Words now = wordsNow(row);
+        if (std::exchange(row.words, now) != now)
+            Q_EMIT dataChanged(index(static_cast<int>(i)), index(static_cast<int>(i)));
     }
 }
 

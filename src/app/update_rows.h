@@ -7,6 +7,8 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <array>
+#include <optional>
+#include <span>
 #include <vector>
 
 namespace tessellar {
@@ -46,9 +48,8 @@ public:
 
 private:
     enum class Section { available, updated, held, failed, unchecked };
-    struct Row {
-        Section section = Section::available;
-        QString appKey;
+    /// What a row says.
+    struct Words {
         QString name;
         QString text;
         QString detail;
@@ -59,18 +60,33 @@ private:
         bool isFailure = false;
         bool isOpen = false;
 
+        bool operator==(const Words&) const = default;
+    };
+    struct Row {
+        Section section = Section::available;
+        QString appKey;
+        /// None until somebody asks: of thousands of rows a few are seen.
+        mutable std::optional<Words> words = {};
+
         bool isSame(const Row& other) const {
             return appKey == other.appKey && (!appKey.isEmpty() || section == other.section);
         }
-        bool operator==(const Row&) const = default;
     };
 
-    std::vector<Row> rows() const;
+    std::vector<Row> rows();
     std::optional<Section> sectionOf(const QString& appKey) const;
-    Row rowOf(const AppEntry& app, Section section) const;
+    const Words& words(const Row& row) const;
+    Words wordsNow(const Row& row) const;
+    Words wordsOf(const AppEntry& app, Section section) const;
+    void remove(std::size_t first, std::size_t end);
+    void insert(std::size_t at, std::span<const Row> rows);
+    void replaceMiddle(std::span<const Row> wanted);
+    void followRowByRow(std::span<const Row> wanted);
+    void refreshWords();
 
     const LauncherViewModel& _viewModel;
     std::vector<Row> _rows;
+    std::array<qsizetype, 5> _counts{}; ///< of applications in each section
     std::array<bool, 5> _isClosed{false, false, false, false, true};
 };
 

@@ -62,33 +62,35 @@ Item {
     }
 
     // The title of a section.
-    Row {
+    Loader {
         anchors.left: parent.left
         anchors.leftMargin: 8
         anchors.verticalCenter: parent.verticalCenter
-        visible: row.isSection
-        spacing: 8
+        active: row.isSection
+        sourceComponent: Row {
+            spacing: 8
 
-        Text {
-            width: 12
-            text: Theme.isMirrored ? "‹" : "›"
-            rotation: !row.isOpen ? 0 : Theme.isMirrored ? -90 : 90
-            horizontalAlignment: Text.AlignHCenter
-            color: Theme.textDim
-            font.pixelSize: Theme.titleFont
-        }
+            Text {
+                width: 12
+                text: Theme.isMirrored ? "‹" : "›"
+                rotation: !row.isOpen ? 0 : Theme.isMirrored ? -90 : 90
+                horizontalAlignment: Text.AlignHCenter
+                color: Theme.textDim
+                font.pixelSize: Theme.titleFont
+            }
 
-        Text {
-            text: row.name
-            color: Theme.textSoft
-            font.pixelSize: Theme.controlFont
-            font.weight: Font.DemiBold
-        }
+            Text {
+                text: row.name
+                color: Theme.textSoft
+                font.pixelSize: Theme.controlFont
+                font.weight: Font.DemiBold
+            }
 
-        Text {
-            text: row.text
-            color: Theme.textFaint
-            font.pixelSize: Theme.controlFont
+            Text {
+                text: row.text
+                color: Theme.textFaint
+                font.pixelSize: Theme.controlFont
+            }
         }
     }
 
@@ -139,19 +141,22 @@ Item {
             font.pixelSize: Theme.noteFont
         }
 
-        ProgressLine {
+        Loader {
             width: Math.min(220, parent.width)
-            height: 4
-            visible: row.isRunning
-            indeterminate: true
+            active: row.isRunning
+            visible: active
+            sourceComponent: ProgressLine {
+                height: 4
+                indeterminate: true
+            }
         }
 
         Text {
             objectName: "updateDetail"
             width: parent.width
-            visible: text !== "" && (row.isCurrent || row.isRunning)
+            visible: text !== ""
             horizontalAlignment: Text.AlignLeft
-            text: row.detail
+            text: row.isCurrent || row.isRunning ? row.detail : ""
             color: Theme.textFaint
             wrapMode: Text.Wrap
             elide: Text.ElideRight
@@ -163,9 +168,9 @@ Item {
         Text {
             objectName: "updateSource"
             width: parent.width
-            visible: text !== "" && row.isCurrent
+            visible: text !== ""
             horizontalAlignment: Text.AlignLeft
-            text: row.source
+            text: row.isCurrent ? row.source : ""
             color: Theme.textFaint
             wrapMode: Text.Wrap
             textFormat: Text.PlainText
