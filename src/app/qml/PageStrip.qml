@@ -113,7 +113,8 @@ PagerItem {
         if (jumps)
             fadeIn.restart();
     }
-    onExistingChanged: updateNear()
+    // The first are made in a turn of their own: what tells of them has enough to do.
+    onExistingChanged: near.count > 0 ? updateNear() : Qt.callLater(updateNear)
     Component.onCompleted: updateNear()
     enabled: interactive
     clip: false
