@@ -116,7 +116,7 @@ Item {
             width: visible ? 18 : 0
 
             Repeater {
-                model: 2
+                model: box.hasSteps ? 2 : 0
 
                 MouseArea {
                     id: arrow

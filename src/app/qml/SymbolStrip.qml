@@ -52,17 +52,19 @@ Flow {
                     symbolName: symbol.modelData.name
                 }
 
-                Text {
+                Loader {
                     anchors.fill: parent
                     anchors.margins: 3
-                    visible: !symbol.modelData.isDrawn
-                    verticalAlignment: Text.AlignVCenter
-                    horizontalAlignment: Text.AlignHCenter
-                    text: symbol.modelData.name
-                    color: Theme.textDim
-                    elide: Text.ElideRight
-                    textFormat: Text.PlainText
-                    font.pixelSize: Theme.tinyFont
+                    active: !symbol.modelData.isDrawn
+                    sourceComponent: Text {
+                        verticalAlignment: Text.AlignVCenter
+                        horizontalAlignment: Text.AlignHCenter
+                        text: symbol.modelData.name
+                        color: Theme.textDim
+                        elide: Text.ElideRight
+                        textFormat: Text.PlainText
+                        font.pixelSize: Theme.tinyFont
+                    }
                 }
             }
         }
