@@ -13,7 +13,6 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
-#include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -21,6 +20,9 @@
 Q_IMPORT_QML_PLUGIN(TessellarPlugin)
 
 namespace tessellar {
+
+/// Without a frame: between words, and before the next drag.
+static constexpr std::chrono::milliseconds quietTime{300};
 
 /// As long as it takes to fade, and not a frame less.
 static constexpr std::chrono::milliseconds fadeTime{200};
@@ -64,7 +66,12 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     });
     connect(&_controller, &LauncherController::closeRequested, this, &LauncherWindow::close);
     _view.installEventFilter(this); // for its own close button, and for clicks beside a name
+    // QML collects its garbage when there is enough of it, which is while somebody types or drags.
+    _quiet.setSingleShot(true);
+    _quiet.setInterval(quietTime);
+    connect(&_quiet, &QTimer::timeout, _view.engine(), &QQmlEngine::collectGarbage);
     connect(&_view, &QQuickWindow::frameSwapped, this, [this] {
+        _quiet.start();
         if (!std::exchange(_hasDrawn, true)) {
             _viewModel.libraryWatch().start();
             Q_EMIT firstFrame();

@@ -5,6 +5,7 @@
 #include "platform/desktop/desktop_pasteboard.h"
 
 #include <QQuickView>
+#include <QTimer>
 
 #include <functional>
 
@@ -77,6 +78,7 @@ private:
     Subscription _iconsChanged;
     LauncherController _controller;
     QQuickView _view;
+    QTimer _quiet; ///< until nothing has moved for a while
     QSize _screen;
     QMetaObject::Connection _screenChanged;
     QMetaObject::Connection _welcoming; ///< until the welcome has been answered
