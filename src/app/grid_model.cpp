@@ -1,6 +1,7 @@
 #include "app/grid_model.h"
 
 #include "app/icon_requests.h"
+#include "launcher/live_layout.h"
 #include "platform/uuid_source.h"
 
 #include <QMetaMethod>
@@ -11,9 +12,9 @@
 namespace tessellar {
 
 TileView tileView(const LaunchpadItem& item, const TileFacts& facts) {
-    TileView view{.id = toText(item.id())};
-    view.isSelected = facts.isSelected && facts.isSelected(item.id());
-    view.isCut = facts.isCut && facts.isCut(item.id());
+    TileView view{.tile = item.id(), .id = toText(item.id())};
+    view.isSelected = facts.isSelected && facts.isSelected(view.tile);
+    view.isCut = facts.isCut && facts.isCut(view.tile);
     if (const AppEntry* app = item.app()) {
         const IconRequest icon = iconRequest(*app);
         view.label = app->name;
@@ -60,7 +61,15 @@ QHash<int, QByteArray> PageModel::names() {
             {MarkedLabelRole, "markedLabel"},
             {PlaceRole, "place"},
             {WeakRole, "isWeak"},
-            {CutRole, "isCut"}};
+            {CutRole, "isCut"},
+            {DescriptionRole, "description"}};
+}
+
+static QString description(const TileView& tile) {
+    QStringList parts{tile.activity.isEmpty() ? tile.badge : tile.activity,
+                      tile.isUnavailable ? LiveLayout::unavailableNotice() : QString(), tile.place};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
 }
 
 QVariant PageModel::value(const TileView& tile, int role) {
@@ -97,6 +106,8 @@ QVariant PageModel::value(const TileView& tile, int role) {
         return tile.isWeak;
     case CutRole:
         return tile.isCut;
+    case DescriptionRole:
+        return description(tile);
     default:
         return {};
     }
@@ -134,7 +145,7 @@ void PageModel::keepRows(qsizetype count) {
 void PageModel::refreshSelection(const std::function<bool(const QUuid&)>& isSelected) {
     for (int i = 0; _tiles && i < _tiles->size(); ++i) {
         const TileView& tile = _tiles->at(i);
-        const bool isNow = isSelected(QUuid::fromString(tile.id));
+        const bool isNow = !tile.isVacant && isSelected(tile.tile);
         if (tile.isVacant || isNow == tile.isSelected)
             continue;
         (*_tiles)[i].isSelected = isNow;
@@ -172,6 +183,9 @@ static QList<int> changedRoles(const TileView& a, const TileView& b) {
     compare(PageModel::PlaceRole, &TileView::place);
     compare(PageModel::WeakRole, &TileView::isWeak);
     compare(PageModel::CutRole, &TileView::isCut);
+    if (a.activity != b.activity || a.badge != b.badge || a.isUnavailable != b.isUnavailable ||
+        a.place != b.place)
+        roles.append(PageModel::DescriptionRole);
     return roles;
 }
 

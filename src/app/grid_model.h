@@ -17,7 +17,8 @@ namespace tessellar {
 
 /// A tile as the window shows it.
 struct TileView {
-    QString id;
+    QUuid tile;
+    QString id; ///< of the tile, as text
     IconItem::Kind kind = IconItem::App;
     QString label;
     QList<IconRequest> icons; ///< the application's own, or a folder's preview
@@ -93,7 +94,8 @@ public:
         MarkedLabelRole,
         PlaceRole,
         WeakRole,
-        CutRole
+        CutRole,
+        DescriptionRole ///< what is said of it besides its label
     };
     using Fill = std::function<QList<TileView>()>;
 

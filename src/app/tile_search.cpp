@@ -36,7 +36,8 @@ void TileSearch::setText(const QString& text) {
 
 void TileSearch::refresh() {
     _folders.reset();
-    find();
+    if (isActive())
+        find();
 }
 
 void TileSearch::find() {
@@ -95,6 +96,13 @@ void TileSearch::turnTo(int page) {
 void TileSearch::select(const QUuid& tile) {
     _selected = tile;
     Q_EMIT selectionChanged();
+}
+
+QString TileSearch::colored(const QString& marked, const QColor& color) {
+    QString text = marked;
+    return text
+        .replace(QStringLiteral("<b>"), QStringLiteral("<font color=\"%1\"><b>").arg(color.name()))
+        .replace(QStringLiteral("</b>"), QStringLiteral("</b></font>"));
 }
 
 std::optional<QUuid> TileSearch::resultAt(int slot) const {

@@ -5,6 +5,8 @@
 #include "launcher/launcher_view_model.h"
 #include "launcher/live_layout.h"
 
+#include <QColor>
+
 namespace tessellar {
 
 struct Machine;
@@ -34,6 +36,8 @@ public:
     void turnTo(int page);
     const std::optional<QUuid>& selected() const { return _selected; }
     void select(const QUuid& tile);
+    /// A marked label as styled text whose marks have a colour.
+    Q_INVOKABLE static QString colored(const QString& marked, const QColor& color);
     /// The result in a slot of the current page.
     std::optional<QUuid> resultAt(int slot) const;
 

@@ -20,6 +20,7 @@ Item {
     required property string markedLabel
     required property string place
     required property bool isWeak
+    required property string description
     property LauncherController launcher
     property Item stage
     property int iconSide
@@ -37,12 +38,8 @@ Item {
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
     readonly property real wholeOpacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
 
-    function setOff(marked) {
-        return marked.split("<b>").join("<font color=\"" + Theme.matched + "\"><b>").split("</b>").join("</b></font>");
-    }
-
     // What the name's line says. Once a turn, however much of it changes: laying out text is what tiles cost most.
-    readonly property string line: activity !== "" ? activity : markedLabel !== "" ? setOff(markedLabel) : label
+    readonly property string line: activity !== "" ? activity : markedLabel !== "" ? launcher.search.colored(markedLabel, Theme.matched) : label
 
     // A signal, which is not heard of any more when the tile goes with its page before the turn ends.
     signal nameSettled
@@ -81,7 +78,7 @@ Item {
 
     Accessible.role: Accessible.Button
     Accessible.name: label
-    Accessible.description: [activity !== "" ? activity : badge, isUnavailable ? launcher.unavailableNotice : "", place].filter(text => text !== "").join(", ")
+    Accessible.description: description
     Accessible.focusable: true
     Accessible.focused: isSelected
     Accessible.selectable: true
@@ -92,7 +89,8 @@ Item {
     readonly property bool isSpoken: isSelected && !launcher.isCovered && !launcher.menu.isOpen
     onIsSpokenChanged: if (isSpoken) AccessibleFocus.moveTo(tile)
 
-    z: tip.active ? 1 : 0
+    readonly property bool isTipped: hover.hovered && !launcher.drag.isLifted && !isRenamed && (isUnavailable || name.truncated)
+    z: isTipped ? 1 : 0
 
     // The plate under the pointer, and the ring of the keyboard.
     Rectangle {
@@ -134,20 +132,6 @@ Item {
         scale: tile.isForming ? 0.62 : tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
         // A folder that is open is shown by its panel.
         visible: !(tile.launcher.folder.isOpen && tile.launcher.folder.tileId === tile.tileId)
-    }
-
-    // What is being done takes its time, and nobody knows how much.
-    Loader {
-        active: tile.activity !== ""
-        visible: picture.visible
-        x: picture.x + (picture.width - width) / 2
-        y: picture.y + picture.height * 0.76
-        sourceComponent: ProgressLine {
-            width: Math.round(picture.width * 0.6)
-            indeterminate: true
-            track: Theme.backdropShade
-            part: Theme.backdropText
-        }
     }
 
     Loader {
@@ -211,39 +195,6 @@ Item {
         }
     }
 
-    Loader {
-        active: tile.isForming
-        x: picture.x
-        y: tile.iconTop
-        sourceComponent: Item {
-            width: tile.iconSide
-            height: tile.iconSide
-
-            Rectangle {
-                anchors.fill: parent
-                radius: width * 0.22
-                color: Theme.badgeOutline
-                border.width: 2
-                border.color: Theme.tileRing
-                z: -1
-            }
-
-            Text {
-                anchors.horizontalCenter: parent.horizontalCenter
-                y: tile.iconSide + 4
-                width: Math.min(implicitWidth, tile.width - 10)
-                text: tile.launcher.drag.suggestedName
-                elide: Text.ElideRight
-                horizontalAlignment: Text.AlignHCenter
-                color: Theme.backdropText
-                font.pixelSize: tile.labelPixels
-                font.weight: Font.DemiBold
-                renderType: Text.QtRendering
-                textFormat: Text.PlainText
-            }
-        }
-    }
-
     MouseArea {
         id: mouse
 
@@ -268,32 +219,13 @@ Item {
     }
 
     Loader {
-        active: tile.isRenamed
-        anchors.horizontalCenter: parent.horizontalCenter
-        y: name.y - 4
+        anchors.fill: parent
         z: 11
-        sourceComponent: NameField {
-            launcher: tile.launcher
-            name: tile.label
-            width: Math.max(tile.width - 4, 120)
-            font.pixelSize: tile.labelPixels
-        }
-    }
-
-    Loader {
-        id: tip
-
-        active: hover.hovered && !tile.launcher.drag.isLifted && !tile.isRenamed && (tile.isUnavailable || name.truncated)
-        z: 10
-        // Below the name or on the icon, and within the window.
-        onLoaded: {
-            const at = tile.mapToItem(null, 0, 0);
-            const top = tile.isUnavailable ? tile.iconTop - 10 : name.y + name.height + 2;
-            x = Math.max(4 - at.x, Math.min((tile.width - width) / 2, tile.Window.width - at.x - width - 4));
-            y = Math.max(4 - at.y, Math.min(top, tile.Window.height - at.y - height - 4));
-        }
-        sourceComponent: Tip {
-            text: tile.isUnavailable ? tile.launcher.unavailableNotice : tile.label
+        active: tile.activity !== "" || tile.isForming || tile.isRenamed || tile.isTipped
+        sourceComponent: TileOverlay {
+            owner: tile
+            image: picture
+            words: name
         }
     }
 }
