@@ -85,6 +85,17 @@ TEST_F(LauncherWindowTest, WheelSwipeDotsAndKeysTurnPages) {
     EXPECT_EQ(viewModel().shown().currentPage(), 0);
     press(Qt::Key_PageDown);
     EXPECT_EQ(viewModel().shown().currentPage(), 1);
+
+    // What is found has other pages with every letter, and its dots are as many.
+    GridModel& found = *launcher().search()->results();
+    for (const QString& query : {u"a"_s, u"a1"_s}) {
+        launcher().search()->setText(query);
+        (void)window->photograph();
+        ASSERT_GT(found.pageCount(), 1);
+        clickAt({640 + 11 * (found.pageCount() - 1), 800 - 28 - 12});
+        EXPECT_EQ(found.page(), found.pageCount() - 1);
+        ASSERT_TRUE(rests());
+    }
 }
 
 TEST_F(LauncherWindowTest, AFolderOpensOverTheGridWithPagesOfItsOwn) {
