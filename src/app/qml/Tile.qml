@@ -2,25 +2,25 @@ import QtQuick
 import Tessellar
 
 // An application, a folder or a smart folder: its picture and its name.
-Item {
+TileItem {
     id: tile
 
-    required property int index
-    required property string tileId
-    required property int kind
-    required property string label
-    required property list<string> appKeys
-    required property string symbolName
-    required property string badge
-    required property string activity
-    required property bool isUnavailable
-    required property bool isSelected
-    required property bool isVacant
-    required property bool isCut
-    required property string markedLabel
-    required property string place
-    required property bool isWeak
-    required property string description
+    required index
+    required tileId
+    required kind
+    required label
+    required appKeys
+    required symbolName
+    required badge
+    required activity
+    required description
+    required markedLabel
+    required place
+    required isUnavailable
+    required isSelected
+    required isVacant
+    required isCut
+    required isWeak
     property LauncherController launcher
     property Item stage
     property int iconSide
@@ -39,16 +39,16 @@ Item {
     readonly property real wholeOpacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
 
     // What the name's line says. Once a turn, however much of it changes: laying out text is what tiles cost most.
-    readonly property string line: activity !== "" ? activity : markedLabel !== "" ? launcher.search.colored(markedLabel, Theme.matched) : label
-
     // A signal, which is not heard of any more when the tile goes with its page before the turn ends.
     signal nameSettled
 
     onNameSettled: {
         name.textFormat = markedLabel !== "" && activity === "" ? Text.StyledText : Text.PlainText;
-        name.text = line;
+        name.text = activity !== "" ? activity : markedLabel !== "" ? launcher.search.colored(markedLabel, Theme.matched) : label;
     }
-    onLineChanged: Qt.callLater(nameSettled)
+    onLabelChanged: Qt.callLater(nameSettled)
+    onMarkedLabelChanged: Qt.callLater(nameSettled)
+    onActivityChanged: Qt.callLater(nameSettled)
     Component.onCompleted: {
         nameSettled();
         if (isSpoken)

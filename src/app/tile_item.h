@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QQuickItem>
+#include <QStringList>
+
+namespace tessellar {
+
+/// What a tile is given of its row, see `TileView`. Properties that QML declares keep their texts on
+/// its own heap: a search gives so many to tiles that a collection of garbage came with every second
+/// letter.
+class TileItem : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(int index MEMBER _index NOTIFY indexChanged)
+    Q_PROPERTY(QString tileId MEMBER _tileId NOTIFY tileIdChanged)
+    Q_PROPERTY(int kind MEMBER _kind NOTIFY kindChanged)
+    Q_PROPERTY(QString label MEMBER _label NOTIFY labelChanged)
+    Q_PROPERTY(QStringList appKeys MEMBER _appKeys NOTIFY appKeysChanged)
+    Q_PROPERTY(QString symbolName MEMBER _symbolName NOTIFY symbolNameChanged)
+    Q_PROPERTY(QString badge MEMBER _badge NOTIFY badgeChanged)
+    Q_PROPERTY(QString activity MEMBER _activity NOTIFY activityChanged)
+    Q_PROPERTY(QString description MEMBER _description NOTIFY descriptionChanged)
+    Q_PROPERTY(QString markedLabel MEMBER _markedLabel NOTIFY markedLabelChanged)
+    Q_PROPERTY(QString place MEMBER _place NOTIFY placeChanged)
+    Q_PROPERTY(bool isUnavailable MEMBER _isUnavailable NOTIFY isUnavailableChanged)
+    Q_PROPERTY(bool isSelected MEMBER _isSelected NOTIFY isSelectedChanged)
+    Q_PROPERTY(bool isVacant MEMBER _isVacant NOTIFY isVacantChanged)
+    Q_PROPERTY(bool isCut MEMBER _isCut NOTIFY isCutChanged)
+    Q_PROPERTY(bool isWeak MEMBER _isWeak NOTIFY isWeakChanged)
+
+public:
+    using QQuickItem::QQuickItem;
+
+Q_SIGNALS:
+    void indexChanged();
+    void tileIdChanged();
+    void kindChanged();
+    void labelChanged();
+    void appKeysChanged();
+    void symbolNameChanged();
+    void badgeChanged();
+    void activityChanged();
+    void descriptionChanged();
+    void markedLabelChanged();
+    void placeChanged();
+    void isUnavailableChanged();
+    void isSelectedChanged();
+    void isVacantChanged();
+    void isCutChanged();
+    void isWeakChanged();
+
+private:
+    int _index = 0;
+    QString _tileId;
+    int _kind = 0;
+    QString _label;
+    QStringList _appKeys;
+    QString _symbolName;
+    QString _badge;
+    QString _activity;
+    QString _description;
+    QString _markedLabel;
+    QString _place;
+    bool _isUnavailable = false;
+    bool _isSelected = false;
+    bool _isVacant = false;
+    bool _isCut = false;
+    bool _isWeak = false;
+};
+
+} // namespace tessellar
