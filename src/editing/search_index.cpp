@@ -14,11 +14,15 @@ constexpr double additionalNameWeight = 0.7;
 constexpr double bundleIdentifierWeight = 0.5;
 constexpr double categoryWeight = 0.4;
 
-/// One name of an application and what a match of it is worth.
+/// One name of an application, or one list of names, and what a match of it is worth.
 struct WeightedName {
-    std::uint32_t text = 0;
+    std::uint32_t number = 0; ///< of the text or the list
     double weight = 0;
+    bool isList = false;
 };
+
+/// Lists of names, equal ones once: thousands of applications are in the same few smart folders.
+using NameLists = std::vector<std::vector<std::uint32_t>>;
 
 /// An application as it was found in one place. Its names are in falling order of weight.
 struct Found {
@@ -42,6 +46,7 @@ struct SearchIndex::Data {
 
     SearchTexts texts;
     std::vector<WeightedName> names;
+    NameLists lists;
     std::vector<Found> found; ///< those of one application together, in the order they were found
 };
 
@@ -50,8 +55,9 @@ namespace {
 /// Collects what is found where.
 class Builder {
 public:
-    Builder(const SearchIndex::Input& input, std::vector<WeightedName>& names, SearchTexts& texts)
-        : _input(input), _names(names), _texts(texts) {}
+    Builder(const SearchIndex::Input& input, std::vector<WeightedName>& names, NameLists& lists,
+            SearchTexts& texts)
+        : _input(input), _names(names), _lists(lists), _texts(texts) {}
 
     void walk(const Pages& pages, const QString* folderName) {
         for (const Page& page : pages) {
@@ -75,8 +81,8 @@ public:
             addName(entry.originalName, originalNameWeight);
         if (folderName)
             addName(*folderName, folderNameWeight);
-        for (const QString& name : _input.additionalNames.value(key))
-            addName(name, additionalNameWeight);
+        if (const QStringList names = _input.additionalNames.value(key); !names.isEmpty())
+            _names.push_back({listOf(names), additionalNameWeight, true});
         if (entry.bundleIdentifier)
             addName(*entry.bundleIdentifier, bundleIdentifierWeight);
         if (const auto title = entry.category ? categoryDisplayName(*entry.category) : std::nullopt)
@@ -112,8 +118,19 @@ private:
 
     void addName(const QString& name, double weight) { _names.push_back({_texts.add(name), weight}); }
 
+    std::uint32_t listOf(const QStringList& names) {
+        if (const auto known = _listNumbers.constFind(names); known != _listNumbers.constEnd())
+            return *known;
+        std::vector<std::uint32_t>& list = _lists.emplace_back();
+        for (const QString& name : names)
+            list.push_back(_texts.add(name));
+        return *_listNumbers.insert(names, static_cast<std::uint32_t>(_lists.size() - 1));
+    }
+
     const SearchIndex::Input& _input;
     std::vector<WeightedName>& _names;
+    NameLists& _lists;
+    QHash<QStringList, std::uint32_t> _listNumbers;
     SearchTexts& _texts;
     QHash<QString, std::uint32_t> _apps;
     std::vector<Found> _found;
@@ -123,7 +140,7 @@ private:
 
 SearchIndex::SearchIndex(const Input& input, const Locale& locale) {
     auto data = std::make_shared<Data>(locale);
-    Builder builder(input, data->names, data->texts);
+    Builder builder(input, data->names, data->lists, data->texts);
     builder.walk(input.pages, nullptr);
     for (const AppEntry& entry : input.hiddenApps)
         builder.add(entry, nullptr);
@@ -136,6 +153,18 @@ QList<SearchIndex::Hit> SearchIndex::search(const QString& text) const {
     if (!query)
         return {};
     const double bestScore = query->bestScore();
+    std::vector<std::optional<double>> listScores(_data->lists.size());
+    const auto scoreOf = [&](const WeightedName& name) {
+        if (!name.isList)
+            return _data->texts.score(name.number, *query);
+        std::optional<double>& score = listScores[name.number];
+        if (!score) {
+            score = SearchTexts::noMatch;
+            for (const std::uint32_t text : _data->lists[name.number])
+                score = std::max(*score, _data->texts.score(text, *query));
+        }
+        return *score;
+    };
     std::vector<Ranked> ranked;
     std::uint32_t lastApp = std::numeric_limits<std::uint32_t>::max();
     for (std::uint32_t number = 0; number < _data->found.size(); ++number) {
@@ -145,7 +174,7 @@ QList<SearchIndex::Hit> SearchIndex::search(const QString& text) const {
             const WeightedName& name = _data->names[i];
             if (best >= bestScore * name.weight)
                 break; // neither this nor a later name can be better
-            const double score = _data->texts.score(name.text, *query);
+            const double score = scoreOf(name);
             if (score != SearchTexts::noMatch)
                 best = std::max(best, score * name.weight);
         }
