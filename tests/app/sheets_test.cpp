@@ -200,7 +200,8 @@ TEST_F(SheetsTest, WaysToArrangeAreLookedThroughBeforeOneIsTaken) {
     EXPECT_TRUE(panel.choices()[1].toMap()[u"isChosen"_qs].toBool());
     press(Qt::Key_Return);
     ASSERT_TRUE(goes("arrangingSheet"));
-    EXPECT_EQ(sketch(viewModel().shown().pages()), u"Ash Beech Oak");
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return sketch(viewModel().shown().pages()) == u"Ash Beech Oak"; }));
 }
 
 TEST_F(SheetsTest, AnIconsFileIsTypedOrChosenAndNotLostByEscape) {
