@@ -23,7 +23,7 @@ constexpr quint32 arrayType = 0x0601;
 
 bool beginsAsAlias(std::string_view bytes) { return bytes.starts_with(magic); }
 
-/// An alias file behind its header. Numbers are little-endian, and offsets count from here.
+/// The body of an alias file. Numbers are little-endian; offsets are relative to its start.
 class AliasReader {
 public:
     explicit AliasReader(std::string_view bytes) : _bytes(bytes) {}
@@ -75,7 +75,7 @@ private:
             if (!component || component->empty() || *component == "." || *component == ".." ||
                 component->find('/') != component->npos || component->find('\0') != component->npos)
                 return std::nullopt;
-            // Components can share one text: no path is longer than this.
+            // Components may share bytes, so the result is bounded: no real path is longer.
             if (result.size() + static_cast<qsizetype>(component->size()) > 8'192)
                 return std::nullopt;
             result += u'/' + FileSystem::fromHostBytes(

@@ -11,17 +11,17 @@
 namespace tessellar {
 namespace {
 
-/// Saves at once into one folder; each holds one temporary name.
+/// The number of concurrent saves in one folder; each uses one temporary name.
 constexpr int maximumSlots = 64;
 
-/// A temporary file of our own. It is locked while it is in use, and the lock goes with the process:
-/// so an unlocked one was left by a process that is gone.
+/// A temporary file. It is locked while in use, and the lock is released with the process, so an
+/// unlocked one was left by a process that is gone.
 class TemporaryFile {
 public:
     static std::expected<TemporaryFile, int> create(int directory) {
         for (int slot = 0; slot < maximumSlots; ++slot) {
             const QByteArray name = ".tessellar-save-" + QByteArray::number(slot);
-            // Twice, because the first attempt may find one to clear away.
+            // Twice, because the first attempt may find a stale file to remove.
             for (int attempt = 0; attempt < 2; ++attempt) {
                 Descriptor file(retrying([&] {
                     return ::openat(directory, name.constData(),
@@ -53,8 +53,8 @@ public:
 
     int get() const { return _file.get(); }
 
-    /// Afterwards the file is no longer temporary. The lock must still be held: without it another
-    /// save could have put its own half-written file under our name.
+    /// Afterwards the file is no longer temporary. The lock must still be held: otherwise another save
+    /// could have put its own half-written file under this name.
     int renameTo(const QByteArray& name) {
         if (::renameat(_directory, _name.constData(), _directory, name.constData()) != 0)
             return errno;
@@ -74,16 +74,16 @@ private:
                named.st_ino == open.st_ino;
     }
 
-    /// Locks a file that was just made. Another save may have taken it for one that was left, before
-    /// the lock: then it is theirs to remove. On a file system without locks ours is never taken,
-    /// because `clearAway` needs one.
+    /// Locks a file that was just created. Before the lock, another save may have mistaken it for a
+    /// stale one; then it is that save's to remove. On a file system without locks this cannot happen,
+    /// because `clearAway` needs a lock.
     static bool isOurs(int directory, const QByteArray& name, const Descriptor& file) {
         if (retrying([&] { return ::flock(file.get(), LOCK_EX | LOCK_NB); }) != 0)
             return errno != EWOULDBLOCK;
         return isAt(directory, name, file);
     }
 
-    /// Removes what a killed process left. Anything else under the name (a pipe, a folder) stays.
+    /// Removes a stale file. Anything else with that name (a pipe, a folder) is left alone.
     static bool clearAway(int directory, const QByteArray& name) {
         const Descriptor file(retrying([&] {
             return ::openat(directory, name.constData(),
@@ -113,7 +113,7 @@ int writeAll(int file, const QByteArray& bytes) {
     return 0;
 }
 
-/// Gives the new file the mode and owner of the one that it replaces.
+/// Copies the mode and owner of the file that is being replaced.
 int adoptAttributes(int directory, const QByteArray& name, int file) {
     struct stat old {};
     if (::fstatat(directory, name.constData(), &old, AT_SYMLINK_NOFOLLOW) != 0)
@@ -122,7 +122,7 @@ int adoptAttributes(int directory, const QByteArray& name, int file) {
         return EISDIR;
     if (!S_ISREG(old.st_mode))
         return 0;
-    // An administrator who saves a user's file must not lock the user out of it.
+    // An administrator saving a user's file must not lock the user out of it.
     if (::geteuid() == 0 && old.st_uid != 0 && ::fchown(file, old.st_uid, old.st_gid) != 0)
         return errno;
     return ::fchmod(file, old.st_mode & 0777) == 0 ? 0 : errno;
@@ -132,7 +132,7 @@ int adoptAttributes(int directory, const QByteArray& name, int file) {
 
 int flushToDisk(int file) {
 #ifdef F_FULLFSYNC
-    // fsync alone leaves the bytes in the drive's cache there.
+    // fsync alone leaves the bytes in the drive's cache on a Mac.
     if (retrying([&] { return ::fcntl(file, F_FULLFSYNC); }) == 0)
         return 0;
 #endif
@@ -151,7 +151,7 @@ std::expected<void, int> replaceFileAt(int directory, const QByteArray& name, co
         return std::unexpected(error);
     if (const int error = temporary->renameTo(name))
         return std::unexpected(error);
-    // Some network volumes cannot flush a folder; there the rename is as safe as they make it.
+    // Some network volumes cannot flush a folder; the rename is then as durable as they make it.
     const int error = flushToDisk(directory);
     if (error != 0 && error != EINVAL && error != ENOTSUP)
         return std::unexpected(error);

@@ -11,23 +11,23 @@ namespace tessellar {
 struct BackgroundFile::State {
     explicit State(StoredFile stored) : file(std::move(stored)) {}
 
-    /// On the worker, in the turn of a write: does it unless a later one waits. That has a turn of its
-    /// own, so that it does not overtake what was handed over for other files before it.
+    /// On the worker: writes unless a newer write is pending. That one has a turn of its own, so that
+    /// it does not overtake earlier writes of other files.
     void write(Ticket turn);
-    /// On the worker: the write that waits, if any, whenever its turn would be.
+    /// On the worker: carries out the pending write, if any, whenever its turn would be.
     void writeNext(std::unique_lock<std::mutex>& lock);
-    /// On the main thread: tells those whose writes are done.
+    /// On the main thread: calls back those whose writes have finished.
     void tell();
 
     mutable std::mutex mutex;
-    mutable std::condition_variable changed; ///< `finished` did
-    Encode next;                             ///< empty while none waits
+    mutable std::condition_variable changed; ///< signals `finished`
+    Encode next;                             ///< empty if none is pending
     Ticket handedOver = 0;
     Ticket finished = 0;
-    Ticket succeeded = 0; ///< up to it everything is on the disk, or was replaced by what is
+    Ticket succeeded = 0; ///< all writes up to it are on the disk, or superseded by one that is
     Result last;
 
-    /// Touched by the worker while a write is unfinished, by the main thread else.
+    /// Used by the worker while a write is unfinished, otherwise by the main thread.
     StoredFile file;
 
     // Main thread only.
@@ -131,7 +131,8 @@ void BackgroundFile::whenWritten(Done done) {
         const std::lock_guard lock(_state->mutex);
         _state->waiting.emplace_back(_state->handedOver, std::move(done));
     }
-    // By way of the mailbox where all is written: what is called while asking surprises.
+    // Through the mailbox even if everything is written: callers do not expect a callback during the
+    // call.
     _workers->mailbox().post([weak = std::weak_ptr(_state)] {
         if (const auto alive = weak.lock())
             alive->tell();

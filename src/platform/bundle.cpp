@@ -29,8 +29,8 @@ bool isApplicationName(const QString& name) {
     return FileSystem::extension(name).compare(u"app", Qt::CaseInsensitive) == 0;
 }
 
-/// The iPhone's bundle in a wrapped application: what "WrappedBundle" links to, when it stays in
-/// "Wrapper", or the only application there.
+/// The iPhone bundle in a wrapped application: the target of "WrappedBundle" if that is within
+/// "Wrapper", else the only application there.
 std::optional<QString> wrappedBundle(const FileSystem& files, const QString& path) {
     const QString wrapper = FileSystem::joined(path, QStringLiteral("Wrapper"));
     if (const auto link = files.linkTarget(FileSystem::joined(path, QStringLiteral("WrappedBundle")))) {
@@ -52,7 +52,7 @@ std::optional<QString> wrappedBundle(const FileSystem& files, const QString& pat
     return only;
 }
 
-/// What `name` says below `directory`, unless that is absolute, empty or outside `bundle`.
+/// The path of `name` in `directory`; nullopt if it is absolute, empty or leaves `bundle`.
 std::optional<QString> placeWithin(const QString& bundle, const QString& directory,
                                    const QString& name) {
     if (name.isEmpty() || name.startsWith(u'/') || name.contains(QChar(u'\0')))
@@ -63,13 +63,13 @@ std::optional<QString> placeWithin(const QString& bundle, const QString& directo
     return place;
 }
 
-/// The name of a folder leads nowhere else.
+/// True for a plain name, which cannot leave its folder.
 bool isFolderName(const QString& language) {
     return !language.isEmpty() && language.size() <= 64 && !language.contains(u'/') &&
            !language.startsWith(u'.');
 }
 
-/// A language tag by its parts, as bundles write them: "zh", "Hant", "HK".
+/// The parts of a language tag as bundles write them: "zh", "Hant", "HK".
 struct LanguageTag {
     QString language;
     QString script;
@@ -77,7 +77,7 @@ struct LanguageTag {
 };
 
 LanguageTag parsedTag(const QString& text) {
-    // "de_DE.UTF-8@euro" as an environment may have it, too.
+    // The environment may give "de_DE.UTF-8@euro".
     const QString plain = text.section(u'.', 0, 0).section(u'@', 0, 0);
     const QStringList parts = QString(plain).replace(u'_', u'-').split(u'-', Qt::SkipEmptyParts);
     LanguageTag tag{parts.value(0), {}, {}};
@@ -90,7 +90,7 @@ LanguageTag parsedTag(const QString& text) {
     return tag;
 }
 
-/// Chinese without a script is written as its region writes it.
+/// Chinese without a script is written in that of its region.
 QString scriptOf(const LanguageTag& tag) {
     static const QStringList traditional{QStringLiteral("TW"), QStringLiteral("HK"),
                                          QStringLiteral("MO")};
@@ -99,7 +99,7 @@ QString scriptOf(const LanguageTag& tag) {
     return traditional.contains(tag.region) ? QStringLiteral("Hant") : QStringLiteral("Hans");
 }
 
-/// The wider region whose form of the language is the nearest, where there is one.
+/// The wider region whose form of the language is the closest; empty if there is none.
 QString widerRegion(const LanguageTag& tag) {
     static const QStringList notLatinAmerican{QStringLiteral("ES"), QStringLiteral("EA"),
                                               QStringLiteral("IC"), QStringLiteral("GQ"),
@@ -117,8 +117,8 @@ QString widerRegion(const LanguageTag& tag) {
     return {};
 }
 
-/// How bundles name the folders of one language, the likeliest first: "de-DE", "de_DE", "de", "German";
-/// "zh-Hant-HK", "zh-HK", "zh-Hant", "zh_TW", "zh"; "es-MX", "es-419", "es".
+/// The names of one language's folders in bundles, the likeliest first: "de-DE", "de_DE", "de",
+/// "German"; "zh-Hant-HK", "zh-HK", "zh-Hant", "zh_TW", "zh"; "es-MX", "es-419", "es".
 QStringList folderNames(const QString& language) {
     static const QMap<QString, QString> olderNames{
         {QStringLiteral("de"), QStringLiteral("German")},
@@ -147,7 +147,7 @@ QStringList folderNames(const QString& language) {
     if (!tag.region.isEmpty()) {
         if (!script.isEmpty())
             add(script, tag.region);
-        // Where the script is not the region's own, the region alone names another form.
+        // If the script is not the region's usual one, the region alone names another form.
         if (tag.script.isEmpty() || scriptOf({tag.language, {}, tag.region}) == script)
             add({}, tag.region);
     }
@@ -159,8 +159,8 @@ QStringList folderNames(const QString& language) {
     return names;
 }
 
-/// The names by which the folders of the user's languages may go, in order; the language in which the
-/// bundle was developed comes last.
+/// The possible folder names for the user's languages, in order; the bundle's development language
+/// comes last.
 QStringList localizationNames(const Bundle& bundle, const QStringList& languages) {
     const QString native =
         bundle.info[QStringLiteral("CFBundleDevelopmentRegion")].text().value_or(QString());
@@ -187,7 +187,7 @@ QString stringsPath(const Bundle& bundle, const QString& localization) {
                               localization + QStringLiteral(".lproj/InfoPlist.strings"));
 }
 
-/// What a bundle's localizations say in the first of the languages that it speaks, if anything.
+/// The bundle's localized values in the first of the languages that it supports, if any.
 PropertyValue localizedInfo(const FileSystem& files, const Bundle& bundle,
                             const QStringList& languages) {
     const PropertyValue table = readList(files, tablePath(bundle)).list;
@@ -255,7 +255,7 @@ Bundle readBundle(const FileSystem& files, const QString& path) {
     Bundle bundle{.path = path,
                   .infoPath = FileSystem::joined(path, QStringLiteral("Contents/Info.plist")),
                   .resourcesPath = FileSystem::joined(path, QStringLiteral("Contents/Resources"))};
-    // Nearly all bundles are a Mac's: one file is read and nothing else looked at.
+    // Nearly all bundles are a Mac's: only one file is read.
     ListFile info = readList(files, bundle.infoPath);
     if (!info.exists) {
         ListFile metadata =

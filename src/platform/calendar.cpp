@@ -13,7 +13,7 @@ namespace tessellar {
 
 namespace {
 
-/// Some three hundred thousand years each way, well within what ICU computes with.
+/// Some three hundred thousand years either way, well within ICU's range.
 constexpr double farthestSeconds = 1e13;
 
 constexpr UCalendarDateFields field(CalendarUnit unit) {
@@ -32,9 +32,9 @@ constexpr UCalendarDateFields field(CalendarUnit unit) {
 
 } // namespace
 
-/// ICU's calendar counts days, weeks and months by the clocks on the wall, as if those were UTC; when
-/// clocks show what, the system's own zone data says, as it does wherever Qt writes and reads times.
-/// ICU's own data is as old as the ICU.
+/// ICU's calendar counts days, weeks and months on wall-clock time, as if that were UTC. The offset
+/// comes from the system's zone data, which Qt uses everywhere else: ICU's own data is as old as the
+/// ICU.
 struct Calendar::Data {
     std::unique_ptr<const icu::Calendar> prototype;
     QTimeZone zone;
@@ -54,7 +54,7 @@ struct Calendar::Data {
         return zone.offsetFromUtc(utc) * 1000.0;
     }
 
-    /// A calendar of its own that stands at an instant; ICU's cannot be shared while they compute.
+    /// A new calendar set to an instant; ICU's cannot be shared while they compute.
     std::unique_ptr<icu::Calendar> at(Instant instant) const {
         if (!(std::abs(instant.secondsSince2001) < farthestSeconds))
             return nullptr;
@@ -65,8 +65,8 @@ struct Calendar::Data {
         return U_SUCCESS(status) ? std::move(calendar) : nullptr;
     }
 
-    /// When clocks show a time: where they show it twice the first, where they skip it the end of what
-    /// they skip.
+    /// When clocks show a time: the first time if they show it twice, the end of the gap if they skip
+    /// it.
     double whenClocksShow(double wall) const {
         constexpr double day = 24 * 3'600'000.0;
         const double before = offsetAt(wall - day);
@@ -76,7 +76,7 @@ struct Calendar::Data {
         for (const double time : {first, second})
             if (time + offsetAt(time) == wall)
                 return time;
-        // The change lies between the two.
+        // The change of offset lies between the two.
         double low = first;
         double high = second;
         while (high - low > 1) {

@@ -23,7 +23,7 @@ public:
     }
 
 private:
-    /// A timer that never rings in earnest is cancelled when the clock leaps, also by a sleep.
+    /// A timer that never expires in practice is cancelled when the clock is set, also after a sleep.
     void watchClock() {
         if (!_timer || !arm())
             return;

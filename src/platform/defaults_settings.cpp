@@ -19,14 +19,14 @@ const QString toolPath = QStringLiteral("/usr/bin/defaults");
 
 bool removes(const QJsonValue& value) { return value.isNull() || value.isUndefined(); }
 
-/// What follows the key on the tool's command line. Texts go as they are: without a type the tool
-/// would read them as property lists.
+/// The value's arguments on the tool's command line. Texts need a type: without one the tool would
+/// parse them as property lists.
 QList<QByteArray> valueArguments(const QJsonValue& value) {
     if (value.isString())
         return {"-string", value.toString().toUtf8()};
     if (value.isBool())
         return {"-bool", value.toBool() ? "true" : "false"};
-    // The tool's own numbers are single precision, its lists guess at the types of their elements.
+    // The tool's own numbers are single precision, and its lists guess their elements' types.
     return {toPropertyListElement(value)};
 }
 
@@ -83,7 +83,7 @@ bool DefaultsSettings::store(const QString& key, const QJsonValue& value) const 
         .succeeded();
 }
 
-/// The whole domain, changed: whatever `import` does with keys that it is not given, they stay.
+/// Imports the whole domain with the changes: whether or not `import` removes missing keys, they stay.
 bool DefaultsSettings::store(const QMap<QString, QJsonValue>& changes) const {
     const CommandResult exported = run({"export", _domain, "-"});
     pugi::xml_document document;
@@ -108,7 +108,7 @@ bool DefaultsSettings::store(const QMap<QString, QJsonValue>& changes) const {
             dict.remove_child(key);
         }
         if (removes(*it)) {
-            if (wasThere && !store(it.key(), *it)) // should `import` only add
+            if (wasThere && !store(it.key(), *it)) // in case `import` only adds
                 return false;
             continue;
         }

@@ -17,7 +17,7 @@ std::optional<QString> pathOf(const QString& url) {
 
 // ---- the Mac
 
-/// A choice names its file in a list, or in a property list of its own.
+/// A choice names its file in a list, or in an embedded property list.
 std::optional<QString> chosenFile(const PropertyValue& choice) {
     for (const PropertyValue& file : choice[QStringLiteral("Files")].array())
         if (const auto url = file[QStringLiteral("relative")].text())

@@ -40,7 +40,7 @@ public:
         QList<Event> events;
         if (sources[1].revents != 0)
             read(events);
-        if (sources[2].revents != 0) // said once for each change, without a read
+        if (sources[2].revents != 0) // one event for each change; there is nothing to read
             events.append({.kind = Event::Kind::mounted});
         return events;
     }
@@ -64,7 +64,7 @@ private:
                 events.append({.kind = Event::Kind::lost});
             else if (event.mask & IN_IGNORED)
                 events.append({.kind = Event::Kind::gone, .watch = event.wd});
-            else if (event.mask & IN_MOVE_SELF) // its path is another's now; IN_IGNORED follows
+            else if (event.mask & IN_MOVE_SELF) // no longer at its path; IN_IGNORED follows
                 remove(event.wd);
             else if (event.len > 0)
                 events.append({.watch = event.wd, .name = QByteArray(name)});

@@ -57,7 +57,7 @@ std::expected<std::span<const DirectoryReader::Entry>, int> DirectoryReader::nex
     while (state.entries.empty()) {
         const ssize_t size = retrying(
             [&] { return ::getdents64(state.directory, state.buffer.data(), state.buffer.size()); });
-        // A folder that was removed while it was open lists as ENOENT: it has nothing in it.
+        // Listing an open folder that has been removed gives ENOENT: it is empty.
         if (size == 0 || (size < 0 && errno == ENOENT))
             break;
         if (size < 0)

@@ -18,10 +18,10 @@
 namespace tessellar {
 namespace {
 
-/// Folders kept open because some of their subfolders are still to be entered.
+/// Folders kept open because some of their subfolders have yet to be entered.
 constexpr std::size_t maximumHeld = 96;
 constexpr qsizetype maximumErrors = 1000;
-/// Bytes of a path that is opened in one call; systems take at least 1,024.
+/// Bytes of a path opened in one call; systems take at least 1,024.
 constexpr qsizetype longestStep = 1000;
 constexpr int forListing = O_RDONLY | O_DIRECTORY | O_NONBLOCK;
 
@@ -31,14 +31,14 @@ struct OpenFolder {
 };
 using OpenFolderPointer = std::shared_ptr<const OpenFolder>;
 
-/// A folder to enter, or one whose subfolders are not all done. It knows its name and the folder above,
-/// no path: in a deep tree the paths would be larger than all else.
+/// A folder to enter, or one with unfinished subfolders. It has a name and a parent but no path: in a
+/// deep tree the paths would take more memory than everything else.
 struct Folder {
     Folder* parent = nullptr;
     QByteArray name;
     int depth = 0;
-    std::size_t references = 1; ///< itself until it is listed, and its subfolders
-    OpenFolderPointer open;     ///< for as long as there are not too many
+    std::size_t references = 1; ///< one until it is listed, and one for each subfolder
+    OpenFolderPointer open;     ///< closed while too many are open
     std::list<Folder*>::iterator held;
 };
 
@@ -66,7 +66,7 @@ public:
                 for (unsigned i = 1; i < _threads; ++i)
                     others.emplace_back([this] { work(); });
             } catch (const std::system_error&) {
-                // No thread to be had: those at hand do all of it.
+                // No more threads can be started: the existing ones do all the work.
             }
             work();
         }
@@ -75,11 +75,11 @@ public:
     }
 
 private:
-    /// What one thread has at hand for a folder; kept from one to the next for its memory.
+    /// One thread's buffers, reused from folder to folder.
     struct Listing {
         DirectoryReader reader;
         std::vector<Folder*> subfolders;
-        std::vector<OpenFolderPointer> dropped; ///< to be closed when the lock is no longer held
+        std::vector<OpenFolderPointer> dropped; ///< to be closed after the lock is released
         std::uint64_t entries = 0;
     };
 
@@ -101,7 +101,7 @@ private:
             if (open)
                 list(*folder, *open, listing);
             if (listing.subfolders.empty())
-                open.reset(); // Closes it, which is no work for under the lock.
+                open.reset(); // closes it, outside the lock
 
             lock.lock();
             --_busy;
@@ -166,7 +166,7 @@ private:
                                                 .held = _held.end()});
     }
 
-    /// Opens a folder that is to be listed; none when it cannot be or is not to be.
+    /// Opens a folder to be listed; null if it cannot be opened or is to be skipped.
     OpenFolderPointer openFolder(Folder& folder, OpenFolderPointer above) {
         if (!folder.parent)
             return folder.open;
@@ -192,9 +192,9 @@ private:
         return opened;
     }
 
-    /// Opens a folder again that had to be closed, from the nearest one above that is open. Those next
-    /// above it will be asked for soon, so they are kept, and some on the way at even distances for
-    /// later: else every few levels of a deep tree would cost the whole way down again.
+    /// Reopens a folder that had to be closed, from its nearest open ancestor. Its nearest ancestors
+    /// are kept open, because they will be needed soon, and so are some of the others, evenly spaced:
+    /// otherwise every few levels of a deep tree would repeat the whole descent.
     OpenFolderPointer reopen(Folder& folder) {
         std::vector<Folder*> way;
         std::unique_lock lock(_mutex);
@@ -240,7 +240,7 @@ private:
             letGo(*_held.front(), dropped);
     }
 
-    // These three are called under the lock.
+    // The next three require the lock.
 
     void hold(Folder& folder, OpenFolderPointer open, std::vector<OpenFolderPointer>& dropped) {
         if (!folder.parent || folder.open)
@@ -260,7 +260,7 @@ private:
         folder.open = nullptr;
     }
 
-    /// In a loop, not by destructors calling one another: a tree may be deeper than the stack.
+    /// Iterative: a tree may be deeper than the stack.
     void release(Folder* folder, std::vector<OpenFolderPointer>* dropped = nullptr) {
         std::vector<OpenFolderPointer> unused;
         while (folder && --folder->references == 0) {
@@ -272,7 +272,7 @@ private:
     }
 
     void report(int error, const QString& path) {
-        // Gone or exchanged since it was seen, or on another volume.
+        // Removed or replaced since it was listed, or on another volume.
         if (error == ENOENT || error == ENOTDIR || error == ELOOP ||
             (error == EXDEV && !_options.crossMounts))
             return;
@@ -293,8 +293,8 @@ private:
 
     std::mutex _mutex;
     std::condition_variable _changed;
-    std::vector<Folder*> _pending; ///< the last first: deep before wide keeps it short
-    std::list<Folder*> _held;      ///< the oldest first
+    std::vector<Folder*> _pending; ///< last in, first out: depth first keeps it short
+    std::list<Folder*> _held;      ///< oldest first
     unsigned _busy = 0;
 
     std::mutex _errorMutex;

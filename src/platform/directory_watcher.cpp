@@ -13,7 +13,7 @@ namespace tessellar {
 
 using namespace Qt::Literals::StringLiterals;
 
-/// What the main thread and the watching one say to each other.
+/// Shared by the main thread and the watching thread.
 struct DirectoryWatcher::Shared {
     struct Request {
         QStringList directories;
@@ -21,7 +21,7 @@ struct DirectoryWatcher::Shared {
         std::function<void()> done;
     };
 
-    DirectoryWatcher* watcher = nullptr; ///< the main thread's; null once it is gone
+    DirectoryWatcher* watcher = nullptr; ///< main thread only; null once it is destroyed
     std::unique_ptr<DirectoryEvents> events;
 
     std::mutex mutex;
@@ -71,8 +71,8 @@ private:
 
     struct Watch {
         int number = -1;
-        /// Of what was there just before the watch was set: where a volume came in between, the next
-        /// comparison shows another.
+        /// Taken just before the watch was set: if a volume was mounted in between, the next comparison
+        /// notices.
         std::uint64_t device = 0;
         std::uint64_t inode = 0;
     };
@@ -100,13 +100,13 @@ private:
         }
         if (_wanted.contains(path))
             _changed.insert(path);
-        // Of a folder that only leads to a wanted one, a single name matters.
+        // Of a folder on the way to a wanted one, only a single name matters.
         const auto awaited = _awaited.constFind(path);
         if (awaited != _awaited.cend() && (event.name.isEmpty() || awaited->contains(event.name)))
             _isOutdated = true;
     }
 
-    /// A volume that comes over a folder, or goes from it, says nothing to a watch of that folder.
+    /// Mounting a volume on a folder, or unmounting it, sends no event to a watch of that folder.
     void dropMisled() {
         _watches.removeIf([this](const std::pair<const QString&, Watch&>& entry) {
             const Watch& watch = entry.second;
@@ -121,7 +121,7 @@ private:
         });
     }
 
-    /// Watches what is wanted and there, and where something is not, the nearest folder to it.
+    /// Watches the wanted folders that exist and, for the others, the nearest existing ancestor.
     void bringUpToDate(std::optional<Instant> since) {
         _awaited.clear();
         QSet<QString> needed;
@@ -145,7 +145,7 @@ private:
                 }
                 child = parent;
             }
-            // It may have come just before that watch.
+            // It may have been created just before that watch was set.
             if (_files.isDirectory(path) && watchOrPoll(path, needed, polled))
                 _changed.insert(path);
         }
@@ -169,7 +169,7 @@ private:
         }
     }
 
-    /// False when there is no such folder.
+    /// False if there is no such folder.
     bool watchOrPoll(const QString& path, QSet<QString>& needed, QHash<QString, FileStatus>& polled) {
         if (_watches.contains(path) || polled.contains(path)) {
             needed.insert(path);
@@ -181,7 +181,7 @@ private:
         const auto before = _files.linkStatus(*resolved);
         const auto watch = _shared->events->add(_files.hostPath(*resolved));
         if (watch) {
-            // Two ways to one folder share a watch; the later one is told of.
+            // Two paths to one folder share a watch; the later path is reported.
             if (const auto other = _paths.constFind(*watch); other != _paths.cend())
                 _watches.remove(*other);
             _paths.insert(*watch, path);
@@ -193,7 +193,7 @@ private:
             return false;
         constexpr std::array limits{ENOSPC, EMFILE, ENFILE, ENOMEM};
         if (std::ranges::find(limits, watch.error()) == limits.end())
-            return true; // there, but not to be looked into
+            return true; // exists, but must not be read
         const auto status = _files.linkStatus(path);
         if (!status || status->type != FileType::directory)
             return false;
@@ -205,7 +205,7 @@ private:
         if (!since || _missing.contains(path))
             return true;
         const auto status = _files.linkStatus(path);
-        // Disks count time in steps of up to two seconds.
+        // Some file systems round times to two seconds.
         return status &&
                std::max(status->modified, status->changed) >= *since - std::chrono::seconds(2);
     }
@@ -256,7 +256,7 @@ private:
     QHash<QString, Watch> _watches;
     QHash<int, QString> _paths;
     QHash<QString, FileStatus> _polled;
-    QHash<QString, QSet<QByteArray>> _awaited; ///< by folder, the names that matter
+    QHash<QString, QSet<QByteArray>> _awaited; ///< by folder, the names of interest
     QSet<QString> _changed;
     bool _isOutdated = false;
     bool _isPolling = false;
@@ -296,7 +296,7 @@ void DirectoryWatcher::watch(const QStringList& directories, Instant since,
                              std::function<void()> done) {
     {
         const std::lock_guard lock(_shared->mutex);
-        // One that was not begun yet is replaced, but what it would have told of is not forgotten.
+        // A pending request is superseded, but what it would have reported is kept.
         if (_shared->request) {
             since = std::min(since, _shared->request->since);
             if (auto earlier = std::move(_shared->request->done))

@@ -1,4 +1,4 @@
-// What `FileSystem` knows of paths as texts: nothing here looks at a disk.
+// The part of `FileSystem` that treats paths as text, without touching a disk.
 
 #include "platform/file_system.h"
 
@@ -11,7 +11,7 @@ namespace {
 
 bool isSurrogate(QChar c) { return c.isSurrogate(); }
 
-/// A byte that is no part of UTF-8, as it stands in a path.
+/// Stands for a byte in a path that is not UTF-8.
 constexpr char16_t strayByte = 0xDC00;
 
 } // namespace
@@ -57,7 +57,7 @@ std::optional<QByteArray> FileSystem::toHostBytes(const QString& text) {
 }
 
 QString FileSystem::standardized(const QString& path) {
-    // Nearly every path is so already, but for a slash at its end.
+    // Nearly every path is clean already, but for a trailing slash.
     const auto beginsOddPart = [](QChar slash, QChar next) {
         return slash == u'/' && (next == u'/' || next == u'.');
     };

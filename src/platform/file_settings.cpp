@@ -38,8 +38,8 @@ QString withoutSuffix(const QString& path) {
 struct FileSettings::State {
     struct Contents {
         QMap<QString, QJsonValue> values;
-        bool isDamaged = false;     ///< the JSON file was read whole but gives no values
-        bool hasUnreadList = false; ///< the property list is there in its stead, and gave none
+        bool isDamaged = false;     ///< the JSON file was read whole but could not be decoded
+        bool hasUnreadList = false; ///< the property list is there instead, but could not be decoded
         bool isBlocked = false;     ///< the JSON file could not be read
     };
 
@@ -65,14 +65,14 @@ struct FileSettings::State {
     StoredFile json;
     const QString propertyList;
 
-    mutable std::mutex reading; ///< held for moments; guards `known`
+    mutable std::mutex reading; ///< held briefly; guards `known`
     Contents known;
 };
 
 FileSettings::State::Contents FileSettings::State::read() {
     auto bytes = json.read();
     if (!bytes)
-        bytes = json.read(); // what passes at once costs no settings
+        bytes = json.read(); // once more: transient errors must not cost the settings
     if (!bytes)
         return {.isBlocked = true};
     if (*bytes) {
@@ -112,7 +112,7 @@ bool FileSettings::isReadable() const {
 
 std::expected<void, FileError> FileSettings::set(const QMap<QString, QJsonValue>& changes) {
     const std::lock_guard turn(_state->writing);
-    // What another program stored meanwhile stays, and damage may have been mended.
+    // Keep what another program has stored meanwhile; it may also have repaired the file.
     State::Contents now = _state->read();
     if (now.isDamaged || now.isBlocked)
         now.values = values();

@@ -46,7 +46,7 @@ FileType fileType(std::uint32_t mode) {
     }
 }
 
-/// `flags` as fstatat takes them. An empty name means the descriptor itself.
+/// `flags` are those of fstatat. An empty name means the descriptor itself.
 std::expected<FileStatus, int> statusAt(int directory, const char* name, int flags) {
 #ifdef __linux__
     struct statx raw {};
@@ -80,9 +80,9 @@ std::expected<FileStatus, int> statusAt(int directory, const char* name, int fla
     return status;
 }
 
-/// A failure is no failure of what was done in the folder: that has happened.
+/// Errors are ignored: the change in the folder has been made.
 void flushFolder(const Place& place) {
-    // A second descriptor: one that only looks cannot flush.
+    // A new descriptor: an O_PATH one cannot be flushed.
     const Descriptor folder(::openat(place.directory.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder)
         ::fsync(folder.get());
@@ -91,7 +91,7 @@ void flushFolder(const Place& place) {
 int renameWithoutReplacing(const Place& from, const Place& to) {
     const int error = renameExclusively(from.directory.get(), from.name, to.directory.get(), to.name);
 #ifdef __linux__
-    // Some file systems do not know how.
+    // Some file systems do not support it.
     if (error != EINVAL && error != ENOSYS)
         return error;
     struct stat status {};
@@ -116,7 +116,7 @@ FileSystem::FileSystem(const QString& hostRoot) {
     _rootBytes = toHostBytes(root).value_or(QByteArray());
     if (char* canonical = ::realpath(_rootBytes.constData(), nullptr)) {
         _canonicalRoot = fromHostBytes(canonical);
-        std::free(canonical); // NOLINT: realpath's
+        std::free(canonical); // NOLINT: allocated by realpath
     }
 }
 
@@ -143,7 +143,7 @@ std::optional<QString> FileSystem::pathFromHost(const QByteArray& hostPath) cons
     return std::nullopt;
 }
 
-/// Opened anew each time: a folder that was put in the place of another is the root from then on.
+/// Opened each time: if the folder is replaced by another, that is the root from then on.
 std::expected<Descriptor, int> FileSystem::root() const {
     Descriptor opened(::open(_rootBytes.constData(), lookOnly | O_DIRECTORY | O_CLOEXEC));
     if (!opened)
@@ -151,7 +151,7 @@ std::expected<Descriptor, int> FileSystem::root() const {
     return opened;
 }
 
-/// The bytes of a path, checked, without trailing slashes.
+/// The bytes of a valid path, without trailing slashes.
 std::expected<QByteArray, int> FileSystem::hostBytes(const QString& path) const {
     if (!path.startsWith(u'/'))
         return std::unexpected(EINVAL);
@@ -183,7 +183,7 @@ std::expected<Descriptor, int> FileSystem::openPath(const QString& path, int fla
     return openBytes(*bytes, flags);
 }
 
-/// Where the last component lies, which is no "." or "..", to be acted upon itself.
+/// The folder and name of the path's last component, which must not be "." or "..", unfollowed.
 std::expected<Place, int> FileSystem::place(const QString& path) const {
     const auto bytes = hostBytes(path);
     if (!bytes)
@@ -321,7 +321,7 @@ std::expected<Descriptor, FileError> FileSystem::open(const QString& path) const
     auto opened = openPath(path, readOnly);
     if (!opened)
         return std::unexpected(fileError(opened.error(), path));
-    // Again, for one that was exchanged meanwhile; O_NONBLOCK has kept it from holding us.
+    // Checked again, in case the file was replaced meanwhile; O_NONBLOCK kept a pipe from blocking.
     struct stat status {};
     if (::fstat(opened->get(), &status) != 0)
         return std::unexpected(fileError(errno, path));
@@ -353,7 +353,7 @@ std::expected<QByteArray, FileError> FileSystem::read(const QString& path,
         std::min<std::uint64_t>(maximumBytes, std::numeric_limits<qsizetype>::max() / 2));
     if (status.st_size > limit)
         return std::unexpected(FileError{FileError::Code::tooLarge, path});
-    // One byte more than is said to be there, so that the end shows without growing the buffer.
+    // One byte more than the size, so that the end is seen without growing the buffer.
     QByteArray bytes(static_cast<qsizetype>(status.st_size) + 1, Qt::Uninitialized);
     qsizetype filled = 0;
     while (true) {
@@ -368,8 +368,7 @@ std::expected<QByteArray, FileError> FileSystem::read(const QString& path,
         filled += size;
         if (filled > limit)
             return std::unexpected(FileError{FileError::Code::tooLarge, path});
-        // All that was said to be there, and no more although more was asked for. Files that the kernel
-        // makes up say 0.
+        // A short read at the announced size is the end. Files in /proc announce 0.
         if (filled == status.st_size)
             break;
         if (filled == bytes.size())
@@ -387,7 +386,7 @@ std::expected<void, FileError> FileSystem::writeAtomically(const QString& path,
     const auto entry = place(path);
     if (!entry)
         return fail(entry.error());
-    // A second descriptor of the folder: one that only looks cannot flush it.
+    // A new descriptor of the folder: an O_PATH one cannot be flushed.
     const Descriptor directory(
         ::openat(entry->directory.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!directory)
@@ -415,7 +414,7 @@ std::expected<void, FileError> FileSystem::createDirectories(const QString& path
         const int made = entry ? ::mkdirat(entry->directory.get(), entry->name.constData(), 0777) : -1;
         const int error = entry ? errno : entry.error();
         if (made == 0) {
-            flushFolder(*entry); // so that a file in it, once safe on the disk, can be found there
+            flushFolder(*entry); // so that a file saved in it survives a loss of power
             continue;
         }
         const auto there = status(step);
@@ -423,7 +422,7 @@ std::expected<void, FileError> FileSystem::createDirectories(const QString& path
             continue;
         if (error != EEXIST)
             return std::unexpected(fileError(error, step));
-        // A link to nowhere is in the way as much as a file.
+        // A dangling link is in the way as much as a file is.
         const bool isKnown = there || there.error().code == FileError::Code::notFound;
         return std::unexpected(isKnown ? FileError{FileError::Code::notADirectory, step}
                                        : there.error());
@@ -442,7 +441,7 @@ std::expected<void, FileError> FileSystem::move(const QString& from, const QStri
         return std::unexpected(fileError(target.error(), to));
     const int error = renameWithoutReplacing(*source, *target);
     if (error == 0) {
-        // The new name first: after a loss of power between them there are two rather than none.
+        // The new name first: a loss of power in between leaves two rather than none.
         flushFolder(*target);
         flushFolder(*source);
         return {};
@@ -462,7 +461,7 @@ std::expected<void, FileError> FileSystem::remove(const QString& path) const {
         return {};
     }
     const int error = errno;
-    // A directory is EISDIR on Linux and EPERM by the standard.
+    // For a directory, Linux gives EISDIR, POSIX EPERM.
     if (error == EISDIR || error == EPERM) {
         if (::unlinkat(entry->directory.get(), entry->name.constData(), AT_REMOVEDIR) == 0) {
             flushFolder(*entry);

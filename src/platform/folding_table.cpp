@@ -11,10 +11,11 @@ namespace {
 constexpr char16_t isMark = 0xD800;
 constexpr char16_t isExpansion = 0xD801;
 constexpr char16_t isSurrogate = 0xD802;
-constexpr char16_t isUnsettled = 0xD803; ///< a width form, or may change in NFC; itself after that
+constexpr char16_t isUnsettled = 0xD803; ///< a width form, or NFC may change it; stands for itself
+                                         ///< after that
 constexpr bool isEscape(char16_t unit) { return (unit & 0xF800) == 0xD800; }
 
-/// Latin, Greek and Cyrillic end here.
+/// The end of Latin, Greek and Cyrillic.
 constexpr char32_t firstThatKeepsMarks = 0x510;
 constexpr bool isWidthForm(char16_t unit) { return unit >= 0xFF00 && unit <= 0xFFEF; }
 
@@ -36,7 +37,7 @@ QString normalized(const QString& text) {
     const int32_t good = unorm2_spanQuickCheckYes(nfc, units, size, &status);
     if (U_SUCCESS(status) && good == size)
         return text;
-    // Composing never makes text longer than three times its units.
+    // Composing at most triples the number of units.
     QString result(3 * text.size(), Qt::Uninitialized);
     status = U_ZERO_ERROR;
     const int32_t length = unorm2_normalize(nfc, units, size, reinterpret_cast<UChar*>(result.data()),
@@ -47,7 +48,7 @@ QString normalized(const QString& text) {
     return result;
 }
 
-/// The usual form of a full-width or half-width one; one step only, so that ￣ is a macron still.
+/// The normal form of a full-width or half-width character; one step only, so that ￣ stays a macron.
 char16_t usualWidth(char16_t unit) {
     static const UNormalizer2* const nfkc = normalizer(unorm2_getNFKCInstance);
     UErrorCode status = U_ZERO_ERROR;
@@ -144,7 +145,7 @@ QString FoldingTable::foldedInFull(QStringView text) const {
 
     QString result;
     result.reserve(composed.size() + 8);
-    bool dropsMarks = false; // a mark without a base before it stays
+    bool dropsMarks = false; // a leading mark without a base is kept
     for (qsizetype i = 0; i < composed.size(); ++i) {
         const char16_t original = composed[i].unicode();
         const char16_t unit = _units[original];
@@ -171,7 +172,7 @@ QString FoldingTable::foldedInFull(QStringView text) const {
                 static_cast<char32_t>(u_foldCase(static_cast<UChar32>(point), _caseOptions));
             result.append(QStringView(QChar::fromUcs4(folding)));
         } else {
-            result.append(composed[i]); // half a pair is kept as it is, too
+            result.append(composed[i]); // unpaired surrogates are kept, too
             dropsMarks = false;
         }
     }

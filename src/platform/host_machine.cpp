@@ -10,7 +10,7 @@ extern char** environ;
 namespace tessellar {
 namespace {
 
-/// Time that stands still.
+/// A stopped clock.
 class FixedClock final : public Clock {
 public:
     explicit FixedClock(Instant now) : _now(now) {}

@@ -5,7 +5,7 @@
 namespace tessellar {
 
 qint64 peakResidentMemory() {
-    // getrusage also counts what the process was before it became this program.
+    // getrusage includes what the process used before exec.
     QFile status(QStringLiteral("/proc/self/status"));
     if (status.open(QIODevice::ReadOnly))
         for (const QByteArray& line : status.readAll().split('\n'))

@@ -47,12 +47,12 @@ bool isAllowedAddress(const QUrl& url) {
 
 namespace {
 
-constexpr qsizetype maximumHead = 64 << 10; ///< of all header lines together
-constexpr qsizetype readAtOnce = 64 << 10;  ///< of one connection, before the others have their turn
+constexpr qsizetype maximumHead = 64 << 10; ///< of all headers together
+constexpr qsizetype readAtOnce = 64 << 10;  ///< from one connection, before the others take their turn
 constexpr qsizetype maximumChunkLine = 1'024;
 constexpr int maximumInterimAnswers = 8;
 
-/// The system's proxy for the world, none for the loopback.
+/// The system's proxy, but none for the loopback.
 QNetworkProxy proxyFor(const QUrl& url) {
     if (isLoopback(url))
         return QNetworkProxy(QNetworkProxy::NoProxy);
@@ -60,12 +60,12 @@ QNetworkProxy proxyFor(const QUrl& url) {
     return proxies.isEmpty() ? QNetworkProxy(QNetworkProxy::NoProxy) : proxies.first();
 }
 
-/// One HTTP/1.1 answer, taken apart as its bytes come.
+/// Parses one HTTP/1.1 response incrementally.
 class AnswerReader {
 public:
     explicit AnswerReader(std::int64_t maximumBody) : _maximumBody(maximumBody) {}
 
-    /// False when it is over, by its own end or by a failure.
+    /// False once it is complete or has failed.
     bool take(const QByteArray& bytes) {
         _pending += bytes;
         while (!_failure && _part != Part::over && step()) {
@@ -93,7 +93,7 @@ private:
         return false;
     }
 
-    /// Takes one piece off what is pending; false when there is not enough of it.
+    /// Parses one element of the pending bytes; false if more are needed.
     bool step() {
         switch (_part) {
         case Part::head:
@@ -165,7 +165,7 @@ private:
         _status = words.value(1).toInt();
         if (!words.first().startsWith("HTTP/1.") || _status < 100 || _status > 599)
             return fail(HttpError::transport);
-        if (_status < 200) // more is to come
+        if (_status < 200) // an interim response
             return ++_interim <= maximumInterimAnswers || fail(HttpError::transport);
         return readFields(lines.sliced(1));
     }
@@ -188,7 +188,7 @@ private:
                 if (!isChunked)
                     return fail(HttpError::transport);
             } else if (name == "content-encoding" && value.toLower() != "identity") {
-                return fail(HttpError::transport); // none was asked for
+                return fail(HttpError::transport); // none was requested
             } else if (name == "location") {
                 _location = value;
             }
@@ -218,7 +218,7 @@ private:
 
     std::int64_t _maximumBody;
     Part _part = Part::head;
-    std::int64_t _left = 0; ///< of the body or the chunk
+    std::int64_t _left = 0; ///< of the body or chunk
     int _interim = 0;
     int _trailers = 0;
     int _status = 0;
@@ -228,7 +228,7 @@ private:
     std::optional<HttpError> _failure;
 };
 
-/// A request with the redirects that it follows. On the network's thread.
+/// A request, with the redirects that it follows. Lives on the network thread.
 class Exchange final : public QObject {
 public:
     using Done = std::function<void(HttpClient::Answer)>;
@@ -277,7 +277,7 @@ private:
         if (_socket) {
             _socket->disconnect(this);
             _socket->abort();
-            _socket.release()->deleteLater(); // it may be what is calling
+            _socket.release()->deleteLater(); // it may be the caller
         }
     }
 
@@ -314,7 +314,7 @@ private:
 
     void end(HttpClient::Answer answer) {
         if (const Done done = std::exchange(_done, nullptr))
-            done(std::move(answer)); // the last: it may destroy this object
+            done(std::move(answer)); // last: may destroy this object
     }
 
     HttpRequest _request;
@@ -326,7 +326,7 @@ private:
 
 } // namespace
 
-/// The network's thread, on which connections live, and the way back from it.
+/// The network thread, which owns the connections, and the way back from it.
 struct NetworkHttpClient::Stack {
     using Number = std::uint64_t;
 
@@ -349,10 +349,10 @@ struct NetworkHttpClient::Stack {
         thread->wait();
     }
 
-    Mailbox answers; ///< on the main thread
+    Mailbox answers; ///< delivered on the main thread
     Number last = 0;
     Mailbox* box = nullptr;
-    // On the network's thread only.
+    // Network thread only.
     std::map<Number, std::unique_ptr<Exchange>>* exchanges = nullptr;
     QEventLoop* ends = nullptr;
     std::unique_ptr<QThread> thread;
@@ -360,7 +360,7 @@ struct NetworkHttpClient::Stack {
 
 namespace {
 
-/// A request until it has ended in one of several ways; the first of them counts. Main thread.
+/// A request that may end in several ways; the first one counts. Main thread only.
 class Transfer final : public HttpCall::Pending {
 public:
     Transfer(HttpClient::Done done, std::function<void()> drop)

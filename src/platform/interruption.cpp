@@ -16,7 +16,7 @@ namespace tessellar {
 
 namespace {
 constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP};
-// All that a signal's handler can reach.
+// All that a signal handler may access.
 volatile std::sig_atomic_t writeEnd = -1;
 
 void tell(int signal) {
@@ -37,7 +37,7 @@ struct Interruption::State {
 Interruption::Interruption(std::function<void(int)> interrupted) : _state(std::make_unique<State>()) {
     std::array<int, 2> ends = {-1, -1};
     if (::pipe(ends.data()) != 0)
-        return; // the signals end the program at once then
+        return; // the signals then terminate the program at once
     _state->read = Descriptor(ends[0]);
     _state->write = Descriptor(ends[1]);
     for (const int end : ends) {
@@ -57,7 +57,7 @@ Interruption::Interruption(std::function<void(int)> interrupted) : _state(std::m
     action.sa_flags = SA_RESTART;
     for (std::size_t i = 0; i < endingSignals.size(); ++i) {
         ::sigaction(endingSignals[i], &action, &_state->before[i]);
-        // Whoever started the program to outlive the terminal means it.
+        // Started to outlive the terminal (nohup).
         if (endingSignals[i] == SIGHUP && _state->before[i].sa_handler == SIG_IGN)
             ::sigaction(SIGHUP, &_state->before[i], nullptr);
     }

@@ -23,7 +23,7 @@ constexpr Named functionKeys[] = {{"f1", 122},  {"f2", 120},  {"f3", 99},   {"f4
                                   {"f6", 97},   {"f7", 98},   {"f8", 100},  {"f9", 101},  {"f10", 109},
                                   {"f11", 103}, {"f12", 111}, {"f13", 105}, {"f14", 107}, {"f15", 113}};
 
-/// Places on the keyboard, under the names that a US layout gives them.
+/// Physical keys, by their names on a US layout.
 constexpr Named keys[] = {
     {"a", 0},       {"b", 11},     {"c", 8},       {"d", 2},       {"e", 14},      {"f", 3},
     {"g", 5},       {"h", 4},      {"i", 34},      {"j", 38},      {"k", 40},      {"l", 37},

@@ -43,7 +43,7 @@ std::expected<Descriptor, int> openSocket() {
     return socket;
 }
 
-/// 0 when the socket is ready before the end.
+/// Waits until the socket is ready; returns 0 if it is before `end`, or an errno.
 int await(int socket, short events, Time end) {
     while (true) {
         const auto left =
@@ -100,7 +100,7 @@ std::optional<std::uint64_t> processStartTime(std::int64_t process) {
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QByteArray text = file.read(4096);
-    // The second field, a name in brackets, may hold anything.
+    // The second field, a name in parentheses, may contain anything.
     const QList<QByteArray> fields = text.sliced(text.lastIndexOf(')') + 1).simplified().split(' ');
     bool isNumber = false;
     const std::uint64_t start = fields.value(19).toULongLong(&isNumber);
@@ -130,7 +130,7 @@ std::expected<Descriptor, int> listenLocally(const QByteArray& hostPath, SocketA
         return socket;
     if (::bind(socket->get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0)
         return std::unexpected(errno);
-    // Nobody connects before it listens, whatever its mode was until then.
+    // Nobody can connect before `listen`, so the mode did not matter until now.
     const mode_t mode = access == SocketAccess::everyone ? 0666 : 0600;
     if (::chmod(hostPath.constData(), mode) == 0 && ::listen(socket->get(), backlog) == 0)
         return socket;
@@ -179,7 +179,7 @@ std::expected<QByteArray, int> readFrame(int socket, qsizetype maximum, millisec
     const qsizetype size = (qsizetype(head[0]) << 24) | (head[1] << 16) | (head[2] << 8) | head[3];
     if (size > maximum)
         return std::unexpected(EMSGSIZE);
-    // In pieces: memory is taken for what arrives, not for what is announced.
+    // In pieces: memory is allocated for what arrives, not for what is announced.
     constexpr qsizetype piece = 64 * 1024;
     QByteArray bytes;
     while (bytes.size() < size) {

@@ -4,7 +4,7 @@
 
 namespace tessellar {
 
-/// "\040" and its like stand for the characters that part the columns.
+/// Octal escapes such as "\040" stand for the separators of columns.
 static QByteArray unescaped(const QByteArray& word) {
     QByteArray text;
     for (qsizetype i = 0; i < word.size(); ++i) {

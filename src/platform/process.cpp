@@ -31,9 +31,9 @@ namespace {
 using Time = std::chrono::steady_clock::time_point;
 using std::chrono::milliseconds;
 
-/// Keeps sums with the present from overflowing, whatever a caller means by "never".
+/// Bounds timeouts, so that a caller's "never" does not overflow when added to the present.
 constexpr milliseconds longest = std::chrono::hours(24 * 365);
-/// How often a child is looked at on systems that do not tell of its end.
+/// How often a child is polled on systems that cannot report its exit.
 constexpr milliseconds watchInterval{20};
 
 Time timeAfter(milliseconds delay) {
@@ -45,7 +45,7 @@ struct Pipe {
     Descriptor writing;
 };
 
-/// Both ends close on exec and lie above the standard streams, so that giving the child its streams
+/// Both ends are close-on-exec and above the standard streams, so that setting up the child's streams
 /// never overwrites an end that is still needed.
 bool openPipe(Pipe& ends) {
     std::array<int, 2> raw{};
@@ -62,7 +62,7 @@ void makeNonBlocking(const Descriptor& descriptor) {
     ::fcntl(descriptor.get(), F_SETFL, ::fcntl(descriptor.get(), F_GETFL) | O_NONBLOCK);
 }
 
-/// Becomes readable when the child ends; not valid where the system cannot tell.
+/// Becomes readable when the child exits; invalid where the system does not support that.
 Descriptor openExitWatch(pid_t child) {
 #ifdef __linux__
     return Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
@@ -75,12 +75,12 @@ Descriptor openExitWatch(pid_t child) {
 #endif
 }
 
-/// While it lives, writing to a child that has closed its input gives this thread an error instead of
+/// While it exists, writing to a child that has closed its input gives this thread EPIPE instead of
 /// ending the program.
 class BrokenPipeGuard {
 public:
     BrokenPipeGuard() {
-        sigemptyset(&_signal); // a macro on a Mac, as its kin are
+        sigemptyset(&_signal); // a macro on a Mac, like the others of its family
         sigaddset(&_signal, SIGPIPE);
         ::pthread_sigmask(SIG_BLOCK, &_signal, &_before);
     }
@@ -100,7 +100,7 @@ private:
     sigset_t _before;
 };
 
-/// The null-terminated arrays that a program is started with.
+/// Null-terminated arrays, as exec takes them.
 class Strings {
 public:
     void append(QByteArray text) {
@@ -138,11 +138,11 @@ struct Spawning {
     posix_spawn_file_actions_t actions;
 };
 
-/// Of what a child is made the leader.
+/// What the child becomes the leader of.
 enum class Leading { group, session };
 
-/// Starts the command as the leader of a new process group or session, with nothing of this process but
-/// the given streams: no descriptors, no environment, no blocked or ignored signals. Returns an errno.
+/// Starts the command as the leader of a new process group or session. It inherits nothing but the
+/// given streams: no descriptors, no environment, no blocked or ignored signals. Returns an errno.
 int spawn(const Command& command, Leading leading, int input, int output, int error, pid_t& child) {
     Strings arguments;
     arguments.append(command.executable);
@@ -184,7 +184,7 @@ int spawn(const Command& command, Leading leading, int input, int output, int er
                          &spawning.attributes, arguments.data(), environment.data());
 }
 
-/// One run of a command, from its start until the child is reaped.
+/// One run of a command, from start to reaping.
 class Run {
 public:
     Run(const Command& command, CommandResult& result) : _command(command), _result(result) {}
@@ -194,12 +194,12 @@ public:
     void follow(int stopWatch);
 
 private:
-    /// Where the run is; `_deadline` says when the phase ends by itself.
+    /// `_deadline` ends the phase if nothing else does.
     enum class Phase {
         running,
-        terminating, ///< the group got TERM
-        killed,      ///< the group got KILL
-        draining,    ///< the child has ended by itself, someone still holds its output
+        terminating, ///< the group was sent SIGTERM
+        killed,      ///< the group was sent SIGKILL
+        draining,    ///< the child has exited, but another process still holds its output
         over,
     };
 
@@ -252,11 +252,11 @@ void Run::enter(Phase phase) {
         break;
     case Phase::terminating:
         ::kill(-_child, SIGTERM);
-        ::kill(-_child, SIGCONT); // a stopped process would not hear it
+        ::kill(-_child, SIGCONT); // a stopped process would not handle SIGTERM
         _deadline = timeAfter(_command.terminationGrace);
         break;
     case Phase::killed:
-        // The child is not reaped yet, so its number still means this group.
+        // The child has not been reaped, so its id still denotes this group.
         ::kill(-_child, SIGKILL);
         _deadline = timeAfter(_command.finalGrace);
         break;
@@ -308,12 +308,12 @@ void Run::give() {
                                   static_cast<std::size_t>(input.size() - _given));
     if (count > 0)
         _given += count;
-    // A child that reads no further is no failure; it says itself how it fared.
+    // It is no error if the child stops reading; its exit status tells how it fared.
     if ((count < 0 && errno != EINTR && errno != EAGAIN) || _given == input.size())
         _input.writing = Descriptor();
 }
 
-/// Notices the end of the child but leaves it unreaped: until then no one else can get its number.
+/// Notices the child's exit without reaping it: until then its id cannot be reused.
 void Run::lookAtChild() {
     siginfo_t info{};
     if (_childEnded ||
@@ -332,8 +332,8 @@ void Run::follow(int stopWatch) {
     if (_input.writing && _command.input->isEmpty())
         _input.writing = Descriptor();
     while (_phase != Phase::over) {
-        // Who still holds the pipes of a group that is to go has until the deadline; when no one does,
-        // what is left of the group is nothing that could be waited for.
+        // Processes that still hold the pipes of a terminated group have until the deadline. Once none
+        // does, there is nothing left to wait for.
         if (_childEnded && outputEnded()) {
             if (_phase == Phase::terminating)
                 enter(Phase::killed);
@@ -372,15 +372,15 @@ void Run::follow(int stopWatch) {
 
 void Run::reap() {
     if (!_childEnded) {
-        // Killed, but held in the kernel, by a dead network volume for instance. It is reaped when it
-        // is let go; this worker has other things to do.
+        // Killed, but stuck in the kernel, for example on a dead network volume. It is reaped when it
+        // gets free; this worker does not wait.
         try {
             std::thread([child = _child] {
                 while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
                 }
             }).detach();
         } catch (const std::system_error&) {
-            // No thread to be had: it stays a zombie until this process ends.
+            // No thread could be started: it stays a zombie until this process ends.
         }
         return;
     }
@@ -423,8 +423,8 @@ CommandResult ProcessRunner::run(const Command& command, std::stop_token stop) {
 
 std::expected<std::int64_t, int> ProcessRunner::start(const Command& command,
                                                       const QByteArray& outputFile) {
-    // The child's streams are duplicates of this descriptor: the lock is theirs, and lasts as long as
-    // they do.
+    // The child's streams are duplicates of this descriptor: they share the lock, which lasts as long
+    // as they do.
     const Descriptor output(
         ::open(outputFile.constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!output || ::flock(output.get(), LOCK_EX | LOCK_NB) != 0 || ::ftruncate(output.get(), 0) != 0)
@@ -450,8 +450,8 @@ DetachedState ProcessRunner::poll(std::int64_t number, const QByteArray& outputF
     if (ended == child)
         return WIFEXITED(status) ? DetachedState{Kind::exited, WEXITSTATUS(status)}
                                  : DetachedState{Kind::signalled, WTERMSIG(status)};
-    // Not this program's child. Its number may be another process's by now, and a process that it left
-    // behind may hold the file: it runs while both are there.
+    // Not this program's child. Its id may have been reused, and the file may be held by a process that
+    // it left behind: it counts as running only if both are there.
     if (::kill(child, 0) != 0 && errno != EPERM)
         return {};
     const Descriptor output(::open(outputFile.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
@@ -460,7 +460,7 @@ DetachedState ProcessRunner::poll(std::int64_t number, const QByteArray& outputF
 }
 
 void ProcessRunner::terminate(std::int64_t number, const QByteArray& outputFile, bool now) {
-    // While the child is not reaped its number is its own; `look` would reap it.
+    // While the child has not been reaped its id cannot be reused; `look` would reap it.
     const auto child = static_cast<pid_t>(number);
     siginfo_t info{};
     const bool isChild =

@@ -69,7 +69,7 @@ PropertyValue::PropertyValue(const std::shared_ptr<const PropertyListDocument>& 
     }
 }
 
-/// The node that a value stands for, when it does and is of one of the kinds.
+/// The node at the index if it is of one of the kinds, otherwise null.
 static const PropertyListDocument::Node* nodeOf(const PropertyListDocument& document, quint32 index,
                                                 std::initializer_list<Kind> kinds) {
     const PropertyListDocument::Node& node = document.nodes[index];
@@ -193,7 +193,7 @@ PropertyValue PropertyValue::operator[](const QString& key) const {
     return found ? PropertyValue(in->document, found) : PropertyValue();
 }
 
-/// The value in a form of its own, one level deep.
+/// A copy that does not refer to the document, one level deep.
 PropertyValue PropertyValue::materialized() const {
     const Node* in = std::get_if<Node>(&_value);
     if (!in)

@@ -13,8 +13,8 @@ constexpr std::size_t headerSize = 8;
 constexpr std::size_t trailerSize = 32;
 constexpr std::string_view uidKey = "CF$UID";
 
-/// "bplist00", objects, a table of their offsets, a trailer. Containers refer to objects by number, so
-/// that they can share them and even themselves: what is counted and bounded is the expanded tree.
+/// "bplist00", objects, a table of their offsets, a trailer. Containers refer to objects by number and
+/// can share them, or even contain themselves, so limits apply to the expanded tree.
 class BinaryReader {
 public:
     BinaryReader(const QByteArray& bytes, const PropertyListLimits& limits)
@@ -45,7 +45,7 @@ private:
     }
     bool damaged() { return fail(PropertyListError::damaged); }
 
-    /// Big-endian; the caller has checked that the bytes are there. Of more than eight, the last count.
+    /// Big-endian; the caller has checked the bounds. Of more than eight bytes, the last eight count.
     quint64 number(std::size_t offset, std::size_t width) const {
         quint64 result = 0;
         for (std::size_t i = 0; i < width; ++i)
@@ -71,12 +71,13 @@ private:
         return true;
     }
 
-    /// True when `count` items of `width` bytes from `offset` on lie before the table.
+    /// True if `count` items of `width` bytes at `offset` end before the table.
     bool fits(std::size_t offset, quint64 count, std::size_t width) const {
         return offset <= _table && count <= (_table - offset) / width;
     }
 
-    /// The count in a marker's low half, or in the integer behind it, and where the contents begin.
+    /// The count in a marker's low nibble, or in the integer that follows, and where the contents
+    /// begin.
     bool counted(std::size_t at, unsigned low, std::size_t width, Span& span) {
         span = {at + 1, low};
         if (low == 0xF) {
@@ -140,7 +141,7 @@ private:
         const std::size_t width = std::size_t{1} << power;
         if (width > 16 || !fits(at, width, 1))
             return damaged();
-        // Up to four bytes are unsigned, eight are signed; sixteen hold what eight cannot.
+        // Up to four bytes are unsigned, eight are signed; sixteen are for what does not fit in eight.
         const auto low = static_cast<qint64>(number(at, width));
         const auto high = width == 16 ? static_cast<qint64>(number(at, 8)) : low >> 63;
         if (high == low >> 63)
@@ -228,14 +229,14 @@ private:
 
     const PropertyListLimits& _limits;
     PropertyListDocument _document;
-    std::string_view _bytes; ///< the list itself, in the document
+    std::string_view _bytes; ///< the list itself, owned by the document
     std::size_t _size = 0;
     std::size_t _offsetWidth = 0;
     std::size_t _referenceWidth = 0;
     quint64 _objectCount = 0;
     quint64 _top = 0;
-    std::size_t _table = 0;           ///< where the table begins and objects end
-    std::uint64_t _expandedBytes = 0; ///< of text and data, each time that it is shared
+    std::size_t _table = 0;           ///< where the objects end and the table begins
+    std::uint64_t _expandedBytes = 0; ///< of text and data, counted each time that they are shared
     PropertyListError _error = PropertyListError::damaged;
 };
 

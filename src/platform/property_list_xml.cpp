@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view whiteSpace = " \t\r\n";
 
 /// Pugixml keeps each element's text in the element, resolves the five entities and character
-/// references, and skips what a DTD declares.
+/// references, and skips DTDs.
 constexpr unsigned parseFlags = pugi::parse_escapes | pugi::parse_eol | pugi::parse_cdata |
                                 pugi::parse_embed_pcdata | pugi::parse_ws_pcdata_single;
 
@@ -67,13 +67,13 @@ public:
 
 private:
     static bool looksLikeXml(std::string_view text) {
-        // Wide encodings and marks of byte order: pugixml finds out which.
+        // Byte order marks and wide encodings: pugixml detects them.
         constexpr std::string_view skipped("\xEF\xBB\xBF\xFE\xFF \t\r\n\0", 10);
         const std::size_t first = text.find_first_not_of(skipped);
         return first != text.npos && text[first] == '<';
     }
 
-    /// Pugixml takes 64 bytes for an element of four; counting comes before trusting it with millions.
+    /// Pugixml uses 64 bytes for an element of four, so they are counted before it parses millions.
     bool tooManyElements(std::string_view text) const {
         std::uint64_t elements = 0;
         for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at + 1))
@@ -142,7 +142,7 @@ private:
         return true;
     }
 
-    /// The text of an element, in as many pieces as comments and CDATA sections make of it.
+    /// The text of an element, joined from the pieces between comments and CDATA sections.
     bool text(pugi::xml_node element, Kind kind) {
         std::string& bytes = _document.bytes;
         const std::size_t start = bytes.size();
@@ -206,7 +206,7 @@ private:
     }
 
     bool date(std::string_view text) {
-        // Text of any length would do for QDateTime to look at.
+        // Do not let QDateTime parse texts of any length.
         const auto instant = text.size() > 40 ? std::nullopt
                                               : Instant::fromIso8601(QString::fromUtf8(
                                                     text.data(), static_cast<qsizetype>(text.size())));

@@ -22,10 +22,10 @@ constexpr int passThrough = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 #endif
 
 constexpr int maximumLinks = 40;
-/// Folders opened for one path. Only a path made to waste time comes near it.
+/// Folders opened for one path. Only a malicious path comes near it.
 constexpr int maximumSteps = 20'000;
 
-/// The way of a path through folders that are opened one by one.
+/// Resolves a path by opening its folders one by one.
 class Resolution {
 public:
     explicit Resolution(int root) : _root(root) {}
@@ -69,7 +69,7 @@ public:
 private:
     int current() const { return _directory ? _directory.get() : _root; }
 
-    /// A "." at the end, or a slash, says that what stands before is a folder, and follows it.
+    /// A trailing "." or slash means that what precedes it is a folder, and is followed.
     void push(const QByteArray& path) {
         if (path.endsWith('/'))
             _pending.append(".");
@@ -90,8 +90,8 @@ private:
         return 0;
     }
 
-    /// Goes to the folder above by the way that led here: the ".." of a folder that is moved
-    /// meanwhile could lie outside the root.
+    /// Goes back to the previous folder of the trail: the ".." of a folder that is being moved could be
+    /// outside the root.
     int leave() {
         if (_trail.isEmpty())
             return 0;
@@ -113,14 +113,14 @@ private:
     }
 
     int _root;
-    Descriptor _directory; ///< none while at the root
+    Descriptor _directory; ///< invalid while at the root
     QList<QByteArray> _trail;
     QList<QByteArray> _pending; ///< last first
     int _links = 0;
     int _steps = 0;
 };
 
-/// Opens one name without following it, by the calls that every system has.
+/// Opens one name without following it, with POSIX calls only.
 std::expected<Descriptor, int> openName(int directory, const QByteArray& name, int flags,
                                         bool crossMounts) {
     Descriptor opened(retrying(
@@ -137,7 +137,7 @@ std::expected<Descriptor, int> openName(int directory, const QByteArray& name, i
 }
 
 #ifdef __linux__
-/// False once the kernel has said that it does not know the call, or a sandbox forbids it.
+/// False once the kernel turned out not to support the call, or a sandbox to forbid it.
 std::atomic<bool> kernelResolves{true};
 
 std::expected<Descriptor, int> openByKernel(int directory, const char* path, int flags,
@@ -152,11 +152,11 @@ std::expected<Descriptor, int> openByKernel(int directory, const char* path, int
     return opened;
 }
 
-/// Tells a call that is missing or forbidden from one that failed for its path.
+/// True if the call is missing or forbidden, rather than failed for this path.
 bool kernelRefused(int error) {
     if (error == ENOSYS)
         kernelResolves.store(false, std::memory_order_relaxed);
-    // EAGAIN: something was renamed meanwhile and the kernel could not be sure of "..".
+    // EAGAIN: a concurrent rename kept the kernel from verifying "..".
     return error == ENOSYS || error == EPERM || error == E2BIG || error == EAGAIN;
 }
 #endif

@@ -29,14 +29,15 @@ protected:
             arm();
             return;
         }
-        // The call may well destroy this object, by setting the same timer anew.
+        // The call may destroy this object, by setting the same timer again.
         auto call = std::move(_call);
         call();
     }
 
 private:
     void arm() {
-        // Coarse timers would change the order of calls; an `int` of milliseconds ends after 24 days.
+        // Coarse timers would change the order of calls; an `int` of milliseconds overflows after 24
+        // days.
         const auto remaining =
             std::clamp<qint64>(_due.remainingTime(), 0, std::numeric_limits<int>::max());
         _timer = startTimer(static_cast<int>(remaining), Qt::PreciseTimer);

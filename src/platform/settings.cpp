@@ -24,7 +24,7 @@ std::optional<qint64> Settings::integer(const QString& key) const {
     const auto found = value(key);
     if (!found || !found->isDouble())
         return std::nullopt;
-    // Two defaults tell a number that is no integer from one that happens to be the default.
+    // Two defaults distinguish a number that is not an integer from one that equals the default.
     const qint64 integer = found->toInteger(0);
     return integer != 0 || found->toInteger(1) == 0 ? std::optional(integer) : std::nullopt;
 }

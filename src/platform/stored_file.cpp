@@ -11,7 +11,7 @@ std::expected<std::optional<QByteArray>, FileError> StoredFile::read() {
     auto bytes = _files->read(_path, _maximumBytes);
     bool isMissing = !bytes && bytes.error().code == Code::notFound;
     if (isMissing) {
-        // A link to nowhere is no absence: its volume may come back.
+        // A dangling link does not count as missing: its volume may come back.
         const auto link = _files->linkStatus(_path);
         isMissing = !link && link.error().code == Code::notFound;
     }
@@ -24,7 +24,7 @@ std::expected<std::optional<QByteArray>, FileError> StoredFile::read() {
     return std::unexpected(bytes.error());
 }
 
-/// Where a write goes: through links, as far as they lead somewhere.
+/// The path to write to: the target, if it is a link.
 std::expected<QString, FileError> StoredFile::target() const {
     const auto link = _files->linkStatus(_path);
     if (link && link->type == FileType::symbolicLink)
@@ -34,7 +34,7 @@ std::expected<QString, FileError> StoredFile::target() const {
 
 std::expected<void, FileError> StoredFile::write(const QByteArray& bytes) {
     if (const auto error = _blocked) {
-        // Gone meanwhile, it is in nobody's way; readable again, it still holds what nobody has read.
+        // If it is gone, it can be replaced. If it is readable again, nobody has read it yet.
         const auto now = read();
         if (!now || *now) {
             _blocked = error;

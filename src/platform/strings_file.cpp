@@ -123,7 +123,7 @@ private:
     qsizetype _at = 0;
 };
 
-/// By its mark of byte order, or by where the zeros of its first character stand.
+/// Detects the encoding by the byte order mark, or by the zeros of the first character.
 QString decoded(const QByteArray& bytes) {
     using Converter = QStringConverter;
     auto encoding = Converter::encodingForData(bytes);

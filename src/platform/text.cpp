@@ -18,7 +18,7 @@ namespace {
 
 bool isDigit(QChar c) { return c >= u'0' && c <= u'9'; }
 
-/// Takes the run of digits that begins at `position`, without its leading zeros.
+/// Consumes the run of digits at `position` and returns it without leading zeros.
 QStringView takeDigits(QStringView text, qsizetype& position) {
     while (position < text.size() && text[position] == u'0')
         ++position;
@@ -45,7 +45,7 @@ Collator openCollator(const QByteArray& identifier, UColAttributeValue strength,
         qFatal("The collation data of ICU is missing: %s", u_errorName(status));
     ucol_setAttribute(collator.get(), UCOL_STRENGTH, strength, &status);
     ucol_setAttribute(collator.get(), UCOL_NUMERIC_COLLATION, numeric, &status);
-    // Names come from disks and downloads, so marks may stand in any order.
+    // Names come from disks and downloads, so they may not be normalized.
     ucol_setAttribute(collator.get(), UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
     return collator;
 }
@@ -60,7 +60,7 @@ QByteArray sortKey(const UCollator* collator, QStringView text) {
     const auto length = static_cast<int32_t>(text.size());
     const int32_t size = ucol_getSortKey(collator, text.utf16(), length, buffer.data(),
                                          static_cast<int32_t>(buffer.size()));
-    // The size counts a closing zero, which takes no part in the order.
+    // The size includes a terminating zero, which takes no part in the order.
     if (static_cast<std::size_t>(size) <= buffer.size())
         return {reinterpret_cast<const char*>(buffer.data()), size - 1};
     QByteArray key(size, Qt::Uninitialized);
@@ -69,9 +69,8 @@ QByteArray sortKey(const UCollator* collator, QStringView text) {
     return key;
 }
 
-/// ICU's own form of an identifier: "tr-TR", "tr_TR.UTF-8" and "tr_TR" all become "tr_TR".
-/// What cannot be one becomes "", the root locale; so do "C" and "POSIX", whose order by code points
-/// is no order for people.
+/// ICU's form of an identifier: "tr-TR", "tr_TR.UTF-8" and "tr_TR" all become "tr_TR". Invalid ones
+/// become "", the root locale, and so do "C" and "POSIX", whose order by code points suits no reader.
 QByteArray canonicalIdentifier(const QString& identifier) {
     const QByteArray given = identifier.toUtf8();
     std::array<char, ULOC_FULLNAME_CAPACITY> buffer{};
@@ -112,7 +111,7 @@ QString part(const QByteArray& identifier, Read read) {
 QString trimmed(QStringView text) { return text.trimmed().toString(); }
 
 qsizetype characterCount(QStringView text) {
-    // No code unit below U+0300 joins another, but for the line feed after a carriage return.
+    // No code unit below U+0300 combines with another, except a line feed after a carriage return.
     if (std::ranges::none_of(text, [](QChar c) { return c.unicode() >= 0x300 || c == u'\r'; }))
         return text.size();
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.data(), text.size());
@@ -153,14 +152,14 @@ struct Locale::Data {
 
     QByteArray identifier;
     QStringList languages;
-    // Set up here and constant from then on, which is what lets threads share them.
+    // Immutable once constructed, so that threads can share them.
     Collator names;
     Collator loose;
     const FoldingTable& folding;
 };
 
 static QStringList tagOf(const QByteArray& identifier) {
-    // Without keywords: "de_DE@collation=phonebook".
+    // Drops keywords: "de_DE@collation=phonebook".
     const QByteArray name = identifier.split('@').first();
     return name.isEmpty() ? QStringList() : QStringList(QString::fromLatin1(name).replace(u'_', u'-'));
 }
@@ -170,8 +169,7 @@ Locale::Locale(const QString& identifier) {
     _data = std::make_shared<Data>(canonical, tagOf(canonical));
 }
 
-// Qt knows where each system keeps the user's choice; ICU alone would only see the variables of a
-// shell.
+// Qt knows where each system keeps the user's choice; ICU alone would only see a shell's variables.
 Locale Locale::system() {
     const QLocale system = QLocale::system();
     Locale result(system.name());

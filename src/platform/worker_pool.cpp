@@ -19,7 +19,7 @@ namespace tessellar {
 
 namespace {
 
-/// Stands for a mailbox in the event loop of its thread.
+/// A mailbox's receiver in its thread's event loop.
 class Receiver final : public QObject {
 public:
     explicit Receiver(std::function<void()> onPost) : _onPost(std::move(onPost)) {}
@@ -27,7 +27,7 @@ public:
     bool event(QEvent* event) override {
         if (event->type() != QEvent::User)
             return QObject::event(event);
-        // A call may destroy the mailbox and this object with it.
+        // A call may destroy the mailbox, and this object with it.
         const std::function<void()> onPost = _onPost;
         onPost();
         return true;
@@ -43,7 +43,7 @@ struct Mailbox::State {
     std::mutex mutex;
     std::condition_variable posted;
     std::deque<MoveOnlyFunction<void()>> calls;
-    std::unique_ptr<Receiver> receiver; ///< none once the mailbox is gone
+    std::unique_ptr<Receiver> receiver; ///< null once the mailbox is destroyed
     bool eventPending = false;
 
     void eventArrived() {
@@ -54,8 +54,8 @@ struct Mailbox::State {
         drain();
     }
 
-    /// Runs what was queued when it began: calls that post calls must not keep the event loop from
-    /// its other work. One is taken at a time, so that a drain inside a call goes on where this one is.
+    /// Runs what was queued when it began: calls that post calls must not starve the event loop. Calls
+    /// are taken one at a time, so that a nested drain continues where this one is.
     std::size_t drain() {
         std::size_t count = 0;
         std::unique_lock lock(mutex);
@@ -65,7 +65,7 @@ struct Mailbox::State {
             ++count;
             lock.unlock();
             call();
-            call = nullptr; // what it holds goes outside the lock
+            call = nullptr; // destroys what it captured, outside the lock
             lock.lock();
         }
         return count;
@@ -92,7 +92,7 @@ void Mailbox::post(MoveOnlyFunction<void()> call) {
     if (!_state->receiver)
         return;
     _state->calls.push_back(std::move(call));
-    // Posted under the lock, so that the receiver cannot go meanwhile.
+    // Posted under the lock, so that the receiver cannot be destroyed meanwhile.
     if (!std::exchange(_state->eventPending, true))
         QCoreApplication::postEvent(_state->receiver.get(), new QEvent(QEvent::User));
     _state->posted.notify_one();
@@ -115,8 +115,8 @@ std::size_t Mailbox::waitAndDrain() {
 namespace {
 
 struct Job {
-    std::stop_token requested; ///< by whoever submitted it
-    std::stop_source stop;     ///< what the work sees: that, or the end of the pool
+    std::stop_token requested; ///< from whoever submitted it
+    std::stop_source stop;     ///< what the work sees: a request, or the end of the pool
     MoveOnlyFunction<void(std::stop_token)> work;
 };
 
@@ -124,11 +124,11 @@ struct Job {
 
 struct WorkerPool::State {
     struct LaneState {
-        unsigned limit = 1; ///< of threads, and of what runs at once
+        unsigned limit = 1; ///< of threads, and of concurrent jobs
         unsigned threads = 0;
         unsigned running = 0;
         std::deque<Job> waiting;
-        std::condition_variable changed; ///< a job came, or the end
+        std::condition_variable changed; ///< a job was added, or the pool is ending
     };
     static constexpr std::size_t laneCount = static_cast<std::size_t>(Lane::saving) + 1;
 
@@ -158,8 +158,8 @@ struct WorkerPool::State {
     std::vector<std::thread> threads;
 };
 
-/// The thread's own lane, or one that waits and has no thread; at the end any, for those of its own may
-/// have gone.
+/// The thread's own lane, or a waiting one without a thread; when the pool ends any, because its own
+/// threads may have ended.
 WorkerPool::State::LaneState* WorkerPool::State::laneToServe(LaneState& home) {
     if (!home.waiting.empty() && home.running < home.limit)
         return &home;
@@ -169,13 +169,13 @@ WorkerPool::State::LaneState* WorkerPool::State::laneToServe(LaneState& home) {
     return found == lanes.end() ? nullptr : &*found;
 }
 
-/// Under the lock.
+/// Requires the lock.
 void WorkerPool::State::addThread(LaneState& lane) {
     try {
         threads.emplace_back([this, &lane] { runJobs(lane); });
         ++lane.threads;
     } catch (const std::system_error&) {
-        // Those at hand do the work.
+        // The existing threads do the work.
     }
 }
 
@@ -202,12 +202,12 @@ void WorkerPool::State::runOne(LaneState& lane, std::unique_lock<std::mutex>& lo
         {
             const std::stop_callback forward(job.requested, [&job] { job.stop.request_stop(); });
             job.work(job.stop.get_token());
-            job.work = nullptr; // what it holds goes before the pool counts as idle
+            job.work = nullptr; // destroys what it captured before the pool counts as idle
         }
         lock.lock();
         running.erase(place);
         --lane.running;
-        // Where another lane's thread did it, one that was made meanwhile may wait for the next.
+        // If another lane's thread ran it, a thread started meanwhile may be waiting for the next job.
         if (!lane.waiting.empty())
             lane.changed.notify_one();
     }
@@ -229,7 +229,7 @@ WorkerPool::~WorkerPool() {
         for (State::LaneState& lane : _state->lanes)
             lane.changed.notify_all();
     }
-    // Outside the lock: what the work hung on its token runs here.
+    // Outside the lock: this calls the work's stop callbacks.
     for (std::stop_source& stop : running)
         stop.request_stop();
     for (std::thread& thread : _state->threads)

@@ -46,13 +46,13 @@ bool DesktopPasteboard::write(const QList<PasteboardItem>& items) {
                 mime->setData(type, bytes);
         }
     }
-    // After the text: a list of URLs without a text would give its own.
+    // After the text: without a text, a list of URLs would set its own.
     if (!urls.isEmpty())
         mime->setUrls(urls);
     const QStringList formats = mime->formats();
     QClipboard* clipboard = QGuiApplication::clipboard();
     clipboard->setMimeData(mime.release());
-    // The clipboard does not say whether it took the data; what it shows afterwards does.
+    // The clipboard does not report success; reading it back does.
     const QMimeData* taken = clipboard->mimeData();
     return taken && taken->formats() == formats;
 }

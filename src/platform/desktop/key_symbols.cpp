@@ -45,7 +45,7 @@ constexpr SpecialKey specialKeys[] = {
 } // namespace
 
 std::optional<KeySymbol> keySymbol(unsigned keyCode) {
-    // Letters and digits are numbered as in Latin-1.
+    // Letters and digits have their Latin-1 values.
     if (const char name = keyCharacter(keyCode))
         return KeySymbol{static_cast<std::uint32_t>(name), std::string(1, name)};
     const auto* found = std::ranges::find(specialKeys, keyCode, &SpecialKey::code);

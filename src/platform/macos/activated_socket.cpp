@@ -11,7 +11,7 @@ namespace tessellar {
 std::optional<Descriptor> activatedSocket() {
     int* descriptors = nullptr;
     std::size_t count = 0;
-    // As the property list of the helper names it.
+    // Named in the helper's property list.
     if (::launch_activate_socket("Requests", &descriptors, &count) != 0 || count == 0)
         return std::nullopt;
     const std::unique_ptr<int, decltype(&std::free)> owned(descriptors, &std::free);

@@ -21,7 +21,7 @@ public:
 
     AuthorizationRef* address() { return &_reference; }
     AuthorizationRef get() const { return _reference; }
-    /// The rights end with this.
+    /// Revokes the rights on destruction.
     void destroyRights() { _destroys = true; }
 
 private:
@@ -40,8 +40,8 @@ OSStatus copyAdministratorRight(AuthorizationRef authorization, AuthorizationFla
 bool carriesAdministratorGrants() { return true; }
 
 std::expected<QByteArray, RightsRefusal> obtainAdministratorGrant() {
-    // Kept until the program ends: with it, the system would take the rights back before the helper has
-    // seen them. The system lets them lapse after minutes by itself.
+    // Kept until the program ends: releasing it would revoke the rights before the helper has checked
+    // them. The system lets them expire after some minutes.
     static Authorization authorization;
     if (!authorization.get() &&
         ::AuthorizationCreate(nullptr, nullptr, kAuthorizationFlagDefaults, authorization.address()) !=
@@ -67,7 +67,7 @@ bool isAdministratorGrant(const QByteArray& grant) {
     if (::AuthorizationCreateFromExternalForm(&form, authorization.address()) !=
         errAuthorizationSuccess)
         return false;
-    authorization.destroyRights(); // one grant, one request
+    authorization.destroyRights(); // each request is granted separately
     return copyAdministratorRight(authorization.get(), kAuthorizationFlagExtendRights) ==
            errAuthorizationSuccess;
 }

@@ -16,7 +16,7 @@ namespace {
 class SystemClockWatch final : public QObject, public ClockWatch {
 public:
     SystemClockWatch() {
-        // The clock is set after a sleep, too.
+        // The clock is also set after a sleep.
         for (const char* name : {"com.apple.system.clock_set", "com.apple.system.timezone"}) {
             const bool isFirst = _descriptor < 0;
             int token = 0;
@@ -36,7 +36,7 @@ public:
     ~SystemClockWatch() override {
         _notifier.reset();
         for (std::size_t i = 0; i < _count; ++i)
-            ::notify_cancel(_tokens[i]); // with the last one goes the descriptor
+            ::notify_cancel(_tokens[i]); // the last one closes the descriptor
     }
 
 private:

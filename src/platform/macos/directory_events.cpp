@@ -13,7 +13,7 @@ namespace tessellar {
 
 namespace {
 
-/// One descriptor a folder, opened for its events alone, so that it does not keep a volume from going.
+/// One descriptor per folder, opened for events only, so that it does not block unmounting.
 class KqueueEvents final : public DirectoryEvents {
 public:
     KqueueEvents() {

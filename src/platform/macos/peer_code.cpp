@@ -13,7 +13,7 @@ namespace tessellar {
 
 namespace {
 
-/// Releases an object of Core Foundation.
+/// Owns a Core Foundation object.
 template <typename T>
 class Owned {
 public:
@@ -34,7 +34,7 @@ private:
     T _object = nullptr;
 };
 
-/// The team that signed this program; empty when none did.
+/// The team that signed this program; empty if unsigned.
 QString ownTeam() {
     Owned<SecCodeRef> self;
     Owned<SecStaticCodeRef> code;

@@ -2,8 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
-// Natively and not through Qt's clipboard, which gives types that it does not know names of its own and
-// cannot hold several items.
+// Native, because Qt's clipboard renames types that it does not know and cannot hold several items.
 
 namespace tessellar {
 

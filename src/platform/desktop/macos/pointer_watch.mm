@@ -11,7 +11,7 @@ namespace {
 class MonitoredPointer final : public PointerWatch {
 public:
     explicit MonitoredPointer(std::function<void(QPoint)> moved) {
-        // Qt knows the position in its own coordinates; the events only say when to look.
+        // The events only say when to look: Qt gives the position in its own coordinates.
         _overOthers = [NSEvent addGlobalMonitorForEventsMatchingMask:NSEventMaskMouseMoved
                                                              handler:^(NSEvent*) {
                                                                moved(QCursor::pos());

@@ -16,7 +16,7 @@ const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString shortcuts = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
 const QString shortcutId = QStringLiteral("show");
 
-/// One shortcut of the call that asks for several.
+/// One element of the list of shortcuts in a BindShortcuts call.
 struct Shortcut {
     QString id;
     QVariantMap about;
@@ -76,7 +76,7 @@ PortalHotKey::PortalHotKey(QDBusConnection bus, KeyChord chord, std::function<vo
     , _token(QStringLiteral("tessellar_") + QUuid::createUuid().toString(QUuid::Id128)) {
     qDBusRegisterMetaType<Shortcut>();
     qDBusRegisterMetaType<QList<Shortcut>>();
-    // Listened for first: the answer may be there before the call has returned.
+    // Subscribed first: the response may arrive before the call returns.
     _bus.connect(service, request(QStringLiteral("_session")),
                  QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"), this,
                  SLOT(sessionMade(uint, QVariantMap)));
@@ -95,7 +95,7 @@ PortalHotKey::~PortalHotKey() {
                                                  QStringLiteral("Close")));
 }
 
-/// The path of a request follows from its token and the caller's name on the bus.
+/// A request's path follows from its token and the caller's bus name.
 QString PortalHotKey::request(const QString& step) {
     return QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2")
         .arg(_bus.baseService().mid(1).replace(u'.', u'_'), _token + step);

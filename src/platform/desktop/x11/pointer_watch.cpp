@@ -11,7 +11,7 @@
 namespace tessellar {
 namespace {
 
-/// Raw movements come to whoever asks for them, whichever window the pointer is over.
+/// Raw motion events are delivered whichever window the pointer is over.
 class X11PointerWatch final : public PointerWatch {
 public:
     X11PointerWatch(xcb_connection_t* connection, std::function<void(QPoint)> moved)
@@ -46,7 +46,7 @@ private:
     X11EventFilter _filter;
 };
 
-/// Asks for no less than Qt has asked for on this connection: that the server would refuse.
+/// Requests at least the version that Qt requested on this connection: the server refuses a lower one.
 bool hasInputExtension(xcb_connection_t* connection) {
     const auto* extension = xcb_get_extension_data(connection, &xcb_input_id);
     if (!extension || !extension->present)

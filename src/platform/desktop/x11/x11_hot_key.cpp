@@ -39,7 +39,7 @@ std::vector<xcb_keycode_t> codesOf(xcb_connection_t* connection, xcb_keysym_t ke
     return result;
 }
 
-/// The modifier that Num Lock is on this keyboard; 0 where it has none.
+/// The modifier that Num Lock is mapped to; 0 if there is none.
 std::uint16_t numLockMask(xcb_connection_t* connection) {
     constexpr xcb_keysym_t numLock = 0xff7f;
     const Freed<xcb_get_modifier_mapping_reply_t> mapping(
@@ -56,7 +56,7 @@ std::uint16_t numLockMask(xcb_connection_t* connection) {
     return 0;
 }
 
-/// Caps Lock and Num Lock are not held by anybody: the key counts with them as without.
+/// All combinations of Caps Lock and Num Lock: the key works with and without them.
 std::array<std::uint16_t, 4> locks(xcb_connection_t* connection) {
     const std::uint16_t numLock = numLockMask(connection);
     return {0, XCB_MOD_MASK_LOCK, numLock, static_cast<std::uint16_t>(XCB_MOD_MASK_LOCK | numLock)};
@@ -74,7 +74,7 @@ public:
         , _filter([this](const xcb_generic_event_t& event) { see(event); }) {}
     ~X11HotKey() override { release(); }
 
-    /// False where the keyboard has no such key, or another program has taken it.
+    /// False if the keyboard has no such key, or another program has grabbed it.
     bool grab() {
         _codes = codesOf(_connection, _symbol);
         _locks = locks(_connection);
@@ -98,18 +98,18 @@ private:
         xcb_flush(_connection);
     }
 
-    /// Whether the keys of the keyboard mean something else from now on.
+    /// True if the event changes the keyboard's mapping.
     bool isRemapping(const xcb_generic_event_t& event, int type) const {
         static xcb_extension_t keyboards{"XKEYBOARD", 0};
         const auto* extension = xcb_get_extension_data(_connection, &keyboards);
-        constexpr std::uint8_t lastOfRemappings = 1; // a new keyboard is 0, a new map of its keys 1
+        constexpr std::uint8_t lastOfRemappings = 1; // NewKeyboardNotify is 0, MapNotify 1
         return type == XCB_MAPPING_NOTIFY ||
                (extension && extension->present && type == extension->first_event &&
                 event.pad0 <= lastOfRemappings);
     }
 
     void see(const xcb_generic_event_t& event) {
-        constexpr std::uint8_t kind = 0x7f; // without the mark of events that programs sent
+        constexpr std::uint8_t kind = 0x7f; // without the flag for events sent by programs
         const int type = event.response_type & kind;
         if (isRemapping(event, type)) {
             release();
@@ -123,7 +123,7 @@ private:
             return;
         constexpr unsigned known =
             XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
-        // A key that is held is released and pressed in the same moment, again and again.
+        // Auto-repeat releases and presses a held key at the same time stamp.
         if (type == XCB_KEY_RELEASE)
             _released = key.time;
         else if ((key.state & known & ~unsigned{_locks[2]}) == _modifiers && key.time != _released)
@@ -133,7 +133,7 @@ private:
     xcb_connection_t* _connection;
     xcb_window_t _root;
     xcb_keysym_t _symbol;
-    std::vector<xcb_keycode_t> _codes; ///< of the keys that have the symbol
+    std::vector<xcb_keycode_t> _codes; ///< of the keys with the symbol
     std::array<std::uint16_t, 4> _locks{};
     std::uint16_t _modifiers;
     std::function<void()> _pressed;
