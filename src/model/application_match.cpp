@@ -65,8 +65,8 @@ private:
         });
     }
 
-    /// Finds out, before anything is rewritten, which scanned application each tile stands for: one
-    /// that lies where it lay has the first claim, whatever the order of the tiles.
+    /// Assigns scanned applications to tiles before anything is rewritten. Tiles whose application has
+    /// not moved come first, whatever the order of the tiles.
     void claimApplications() {
         using Find = qsizetype (Matcher::*)(const MatchedTile&) const;
         static constexpr Find ways[] = {
@@ -84,7 +84,7 @@ private:
         return {path, bundleIdentifier.value_or(QString())};
     }
 
-    /// The application where the tile's lay before the tile stood for another copy.
+    /// The application at the tile's home, from before the tile stood for another copy.
     qsizetype atHome(const MatchedTile& tile) const {
         if (!tile.home || _tilesInPlace.contains(placeOf(tile.home->path, tile.home->bundleIdentifier)))
             return -1;
@@ -93,18 +93,18 @@ private:
     qsizetype inPlace(const MatchedTile& tile) const {
         const qsizetype index =
             tile.wasAbsent ? -1 : at(tile.entry->path, tile.entry->bundleIdentifier);
-        // Two tiles for one application are the user's, unless one of them has just got it back.
+        // Two tiles of one application are the user's choice, unless one of them has just got it back.
         return index >= 0 && claimOf(index).kind == Claim::byReturn ? -1 : index;
     }
-    /// A tile that has this path now comes first, should only its identifier be another; so does the
-    /// tile of an application that moved here, where a later copy of it lay.
+    /// Live tiles with this path take precedence, even if only their identifier differs; so does the
+    /// tile of an application that moved here, to where a later copy of it was.
     qsizetype backInPlace(const MatchedTile& tile) const {
         return tile.wasAbsent && !_livePaths.contains(tile.entry->path) && !isMovedTo(tile)
                    ? unclaimed(at(tile.entry->path, tile.entry->bundleIdentifier))
                    : -1;
     }
-    /// The only copy that there was is gone from its path, and there is only one now. Of two tiles the
-    /// one that lies first is the application's: a copy that comes is put at the end.
+    /// The only copy is gone from its path, and there is only one again. Of two tiles, the first is the
+    /// application's: tiles of new copies are added at the end.
     bool isMovedTo(const MatchedTile& tile) const {
         const QString identifier = tile.entry->bundleIdentifier.value_or(QString());
         const auto only = _onlyCopies.constFind(identifier);
@@ -112,12 +112,12 @@ private:
                _byIdentifier.value(identifier).size() == 1 && _context.isGone &&
                _context.isGone(_match.tiles[*only].entry->path);
     }
-    /// Where the application of a tile is now that it does not lie where it lay.
+    /// Where the application of a tile is now if it is no longer in its place.
     qsizetype moved(const MatchedTile& tile) const {
         if (tile.wasAbsent || !tile.entry->bundleIdentifier)
             return -1;
         const QList<qsizetype> copies = _byIdentifier.value(*tile.entry->bundleIdentifier);
-        // One of several copies does not move to where another tile is at home.
+        // One of several copies does not move to a place that is another tile's.
         const auto free = std::ranges::find_if(copies, [&](qsizetype i) {
             const QString& path = _context.scannedApps[i].path;
             return claimOf(i).kind == Claim::none &&
@@ -128,8 +128,8 @@ private:
             return *free;
         if (copies.size() != 1)
             return -1;
-        // The only copy has its tile. A second one for the same application is the user's; one that
-        // stood for a copy of its own is gone with it.
+        // The only copy has its tile. A second tile of the same application is the user's; one of a
+        // copy of its own goes with that copy.
         const Claim& first = claimOf(copies.first());
         return first.kind == Claim::byTile && appKey(*first.by) == appKey(*tile.entry) ? copies.first()
                                                                                        : -1;
@@ -144,7 +144,7 @@ private:
             std::ranges::find_if(copies, [&](qsizetype i) { return claimOf(i).kind == Claim::none; });
         return free == copies.end() ? -1 : *free;
     }
-    /// What lies where the tile's application lay, under another identifier.
+    /// The application in the tile's place, with another identifier.
     qsizetype renamed(const MatchedTile& tile) const {
         return tile.wasAbsent ? -1 : unclaimed(_byPath.value(tile.entry->path, -1));
     }
@@ -164,7 +164,7 @@ private:
 
     struct Claim {
         enum Kind { none, byTile, byReturn } kind = none;
-        const AppEntry* by = nullptr; ///< the latest
+        const AppEntry* by = nullptr; ///< the latest claim
     };
     const Claim& claimOf(qsizetype index) const { return _claims[static_cast<std::size_t>(index)]; }
 
@@ -189,8 +189,8 @@ private:
             tile.home = {tile.id, entry.path, entry.bundleIdentifier, _context.now};
     }
 
-    /// Finds out of the other tiles which are only out of sight. Where an application that is there has
-    /// their key now, they are known by their paths: what belongs to one never passes to another.
+    /// Decides which of the other tiles are merely out of sight. If a present application now has their
+    /// key, they are keyed by their paths: one application's data never passes to another.
     void leaveOthers() {
         for (std::size_t i = 0; i < _match.tiles.size(); ++i) {
             MatchedTile& tile = _match.tiles[i];
@@ -211,10 +211,10 @@ private:
         }
     }
 
-    /// True for the tile of an application that may be there, out of sight: where it lay, or where it
-    /// lay before the tile stood for another copy, which is gone.
+    /// True if the tile's application may still be there, out of sight: in its place, or at its home if
+    /// the copy that it stood for is gone.
     bool isOnlyAway(MatchedTile& tile) {
-        // At its path there may be another application, which another tile stands for.
+        // Its path may now hold another application, which another tile stands for.
         const auto mayBeAt = [&](const QString& path) {
             return !_byPath.contains(path) && !(_context.isGone && _context.isGone(path));
         };
@@ -238,7 +238,7 @@ private:
                 _match.changedKeys.insert(before, now);
     }
 
-    /// Aliases go with the tiles of their applications.
+    /// Aliases follow their applications' tiles.
     void settleAliases() {
         for (MatchedTile& tile : _match.tiles) {
             if (!tile.entry->alias)
@@ -271,14 +271,14 @@ private:
     QHash<QString, qsizetype> _byPath;
     QHash<QString, qsizetype> _byKey;
     QHash<QString, QList<qsizetype>> _byIdentifier;
-    std::vector<Claim> _claims; ///< on the scanned applications
+    std::vector<Claim> _claims; ///< by index of the scanned application
     QSet<Place> _tilesInPlace;
-    QSet<QString> _livePaths; ///< of tiles that the arrangement has
+    QSet<QString> _livePaths; ///< of live tiles
     QSet<QString> _absentPaths;
-    QHash<QString, std::size_t> _onlyCopies; ///< the first tile of each by identifier
-    QHash<QString, std::size_t> _others;     ///< tiles without a scanned application, by their keys
-    QSet<QString> _keptKeys;                 ///< of tiles that have a scanned application
-    QList<std::pair<QString, QString>> _keyChanges; ///< those with the first claim first
+    QHash<QString, std::size_t> _onlyCopies;        ///< by identifier: the first tile of each
+    QHash<QString, std::size_t> _others;            ///< by key: the tiles without a scanned application
+    QSet<QString> _keptKeys;                        ///< of tiles with a scanned application
+    QList<std::pair<QString, QString>> _keyChanges; ///< in order of precedence
     ApplicationMatch _match;
 };
 

@@ -140,8 +140,8 @@ static constexpr auto folderFields =
     fields(required("id", &FolderEntry::id), required("name", &FolderEntry::name),
            optional("customSymbolName", &FolderEntry::customSymbolName));
 
-// Most paths are plain ASCII, and their URLs the same text: QUrl, which costs more than all the rest of
-// a tile, is asked about the others alone.
+// Most paths are plain ASCII, and the same as their URLs. QUrl costs more than all the rest of a tile,
+// so it is only used for the others.
 static bool isPlain(QStringView path) {
     return std::ranges::all_of(path, [](QChar c) {
         return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'-' && c <= u'9') ||
@@ -175,7 +175,7 @@ QJsonValue BundleUrl::encode(const QString& path) {
 
 Decoded<AppEntry> Codec<AppEntry>::decode(const QJsonValue& value) {
     auto entry = decodeRecord<AppEntry>(value, appFields);
-    // Null, not empty: an application may call itself by an empty name.
+    // Null, not empty: an application's name may be empty.
     if (entry && entry->originalName.isNull())
         entry->originalName = entry->name;
     return entry;
@@ -214,7 +214,7 @@ QJsonValue Codec<FolderEntry>::encode(const FolderEntry& folder) {
     return object;
 }
 
-// The cases of a tile, in the order of the variant; each payload is wrapped in {"_0": …}.
+// The cases of a tile, in the variant's order; each payload is wrapped in {"_0": …}.
 static constexpr std::array itemCases{"app", "folder", "smartFolder"};
 
 template <typename Payload>

@@ -44,7 +44,7 @@ Decoded<std::size_t> decodeCase(const QJsonObject& object, std::span<const char*
 Decoded<QUuid> Codec<QUuid>::decode(const QJsonValue& value) {
     const QString text = value.toString();
     const QUuid id = QUuid::fromString(text);
-    // Braces are a form of others; and the null UUID is also what damage gives.
+    // QUuid also accepts other forms, such as braces, and returns the null UUID for invalid text.
     if (text.size() != 36 || (id.isNull() && text != toText(id)))
         return expected("a UUID");
     return id;

@@ -9,7 +9,7 @@ namespace tessellar {
 static const QString prefix = QStringLiteral("layout-");
 static const QString suffix = QStringLiteral(".json");
 
-/// "2026-11-14T21-05-40Z" at the beginning of a backup's name.
+/// Parses the date at the start of a backup's name: "2026-11-14T21-05-40Z".
 static std::optional<Instant> dateOf(const QString& name) {
     static constexpr qsizetype size = 20;
     static constexpr qsizetype hours = 11;

@@ -45,7 +45,7 @@ std::optional<T> within(std::optional<T> value, T low, T high) {
     return value && *value >= low && *value <= high ? value : std::nullopt;
 }
 
-/// Looks a key up under the mode's prefix, then without it.
+/// Looks up a key with the mode's prefix, then without.
 template <typename Read>
 auto lookUp(LauncherWindowMode mode, const QString& key, Read read) {
     if (const auto value = read(prefixed(mode, key)); value || mode == LauncherWindowMode::fullScreen)
@@ -117,7 +117,7 @@ QList<LayoutRange> layoutRanges(LauncherWindowMode mode) {
     return all;
 }
 
-/// As `storedLayoutSettings`, without the mode's prefix, and undefined for null.
+/// As `storedLayoutSettings`, but without the mode's prefix, and undefined instead of null.
 static QList<std::pair<QString, QJsonValue>> settingsOf(const ArrangementLayout& layout,
                                                         LauncherWindowMode mode) {
     const ArrangementLayout defaults = defaultsOf(mode);

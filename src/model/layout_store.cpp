@@ -14,7 +14,7 @@ using Code = LayoutStore::StorageError::Code;
 QString message(const LayoutStore::StorageError& error) {
     if (error.code == Code::layoutNotReady)
         return Texts::tr("The launcher layout is still loading. Try again in a moment.");
-    // An unknown version deliberately reads like damage: both mean that the file must be reset.
+    // An unknown version deliberately reads like damage: either way the file must be reset.
     return Texts::tr(
         "The current layout file could not be read. Reset the layout before saving changes.");
 }
@@ -25,7 +25,7 @@ QString message(const LayoutStore::Error& error) {
 
 static constexpr std::array modes{LauncherWindowMode::fullScreen, LauncherWindowMode::windowed};
 
-/// Documents of older versions become the current one when they are written.
+/// Documents are always written in the current version.
 static LayoutDocument current(LayoutDocument document) {
     document.version = LayoutDocument::currentVersion;
     return document;
@@ -49,7 +49,7 @@ LayoutStore::LayoutStore(const Machine& machine, QString directory)
     (void)_machine.files.createDirectories(_directory);
 }
 
-/// What a working file holds. Decoding takes longer than reading.
+/// The contents of a working file, decoded on the worker because that takes longer than reading.
 struct LayoutStore::Read {
     std::expected<std::optional<QByteArray>, FileError> bytes;
     std::expected<Document, Failed> document;
@@ -119,7 +119,7 @@ LayoutStore::LoadResult LayoutStore::accept(LauncherWindowMode mode, Read read) 
     }
     file.lossyCopy.reset();
     if (read.isLossy) {
-        // What was left out is in the file alone, and the next save is over it.
+        // What was dropped exists only in the file, which the next save overwrites.
         const QString copy =
             FileSystem::joined(FileSystem::joined(_directory, QStringLiteral("Backups")),
                                stampedName(QStringLiteral("unreadable-layout")));
@@ -133,7 +133,7 @@ LayoutStore::LoadResult LayoutStore::accept(LauncherWindowMode mode, Read read) 
     return *std::move(read.document);
 }
 
-/// Any thread: takes some 60 ms for 5,000 tiles.
+/// Thread-safe. Takes some 60 ms for 5,000 tiles.
 template <typename Kept>
 static std::expected<QByteArray, FileError> encoded(const QString& path, const Kept& kept,
                                                     const LayoutDocument& document) {
@@ -178,7 +178,7 @@ void LayoutStore::scheduleSave(LauncherWindowMode mode, const Document& document
     file.pendingSave = _machine.scheduler.after(saveDelay, [this, mode] { handOver(mode); });
 }
 
-/// What is unsaved goes to the worker, unless it is there already and may yet succeed.
+/// Starts saving what is unsaved, unless that is already under way or done.
 void LayoutStore::handOver(LauncherWindowMode mode) {
     Working& file = working(mode);
     file.pendingSave.cancel();
@@ -268,7 +268,7 @@ std::expected<void, FileError> LayoutStore::reset(LauncherWindowMode mode) {
     const QString& path = file.file->path();
     std::expected<void, FileError> removed;
     if (file.isBlocked && _machine.files.linkStatus(path)) {
-        // What could not be read may hold years of somebody's order: it leaves its place, not the disk.
+        // An unreadable file may hold years of work: it is moved away, not deleted.
         const QString backups = FileSystem::joined(_directory, QStringLiteral("Backups"));
         removed = _machine.files.createDirectories(backups);
         if (removed)

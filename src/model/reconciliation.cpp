@@ -25,7 +25,8 @@ public:
     MergeResult take() { return std::move(_result); }
 
 private:
-    /// Folders that are made again may hold the user's own, moved there since: then nothing is.
+    /// Folders that are recreated may contain folders that the user moved there since. If that nests
+    /// too deeply, nothing is woven in.
     static WovenPages wovenWithin(const Pages& pages, const MergeContext& context) {
         WovenPages woven = weave(pages, context.places, context.now - RememberedPlaces::duration);
         if (!woven.absent.isEmpty() && folderDepth(woven.pages) > maximumFolderDepth)
@@ -100,7 +101,7 @@ private:
         return fresh;
     }
 
-    // ---- what is remembered
+    // ---- remembered places
 
     void remember(const Pages& before) {
         if (!_result.dropped.isEmpty() || !_closed.isEmpty())
@@ -152,7 +153,7 @@ private:
             all.resize(RememberedPlaces::maximumPlaces);
     }
 
-    /// As it went, but under the key that it has now.
+    /// The entry from before it disappeared, but with its current key.
     AppEntry rememberedEntry(const MatchedTile& tile) const {
         if (tile.index < 0)
             return tile.unscanned();
@@ -162,7 +163,7 @@ private:
         return entry;
     }
 
-    /// The tiles that are remembered in full, of the others the identifiers, in the same order.
+    /// The remembered tiles in full, and the identifiers of the others, in the same order.
     Pages skeleton(const Pages& pages, const QSet<QUuid>& remembered) {
         Pages result;
         for (const Page& page : pages) {
@@ -262,7 +263,7 @@ MergeResult mergeLayout(const Pages& pages, const QSet<QString>& hiddenKeys,
 
 RememberedPlaces placesAfterRemoval(const Pages& pages, const RememberedPlaces& places,
                                     const QString& path, Instant now, const Locale& locale) {
-    // To a merge that sees nothing, all others are only out of sight.
+    // This merge scans nothing; `isGone` makes all others count as merely out of sight.
     const MergeContext context{
         .isGone = [&](const QString& other) { return other == path; }, .places = places, .now = now};
     RememberedPlaces result = mergeLayout(pages, {}, context, locale).places;

@@ -11,7 +11,7 @@ namespace tessellar {
 
 namespace {
 
-/// The arrangement as a tree in which tiles can be found, put in and moved.
+/// The arrangement as a tree, for finding, inserting and moving tiles.
 class Weaver {
 public:
     Weaver(const RememberedPlaces& places, Instant oldest)
@@ -30,7 +30,7 @@ public:
 private:
     struct Contents;
     struct Node {
-        LaunchpadItem item; ///< a folder without its pages
+        LaunchpadItem item; ///< folders without their pages
         std::unique_ptr<Contents> contents;
         Contents* parent = nullptr;
     };
@@ -83,7 +83,7 @@ private:
     }
 
     Node* live(const QUuid& id) const { return _live.value(id); }
-    /// The tile, where it is directly in `target`.
+    /// The tile if it is directly in `target`, otherwise null.
     Node* liveIn(const Contents& target, const QUuid& id) const {
         Node* node = live(id);
         return node && node->parent == &target ? node : nullptr;
@@ -108,8 +108,8 @@ private:
         return at;
     }
 
-    /// The tile that a remembered item stands for, in `target` or still to be put in; nothing for one
-    /// that is elsewhere, or nowhere.
+    /// The tile of a remembered item, in `target` or yet to be inserted; null if it is elsewhere or
+    /// gone.
     Node* nodeFor(const LaunchpadItem& item, Contents& target) {
         if (const FolderEntry* folder = item.folder()) {
             Node* node = live(folder->id);
@@ -129,7 +129,7 @@ private:
         return node;
     }
 
-    /// The items of a page, with those of folders that the user dissolved in their stead.
+    /// The items of a page; folders that the user dissolved are replaced by their items.
     void collect(const Page& page, Page& items) const {
         for (const LaunchpadItem& item : page) {
             const FolderEntry* folder = item.folder();
@@ -141,8 +141,8 @@ private:
         }
     }
 
-    /// A folder that closed. The tile that was left of it goes back into it if it still lies in the
-    /// folder's stead.
+    /// Recreates a closed folder. If its last tile is still in the folder's place, it goes back into
+    /// the folder.
     Node* remade(const FolderEntry& folder, Contents& target) {
         Node* node = add(folder);
         std::optional<Position> stead;
@@ -182,12 +182,12 @@ private:
                 if (Node* node = nodeFor(item, target))
                     nodes.push_back(node);
         }
-        // A file may name one tile twice: it went into a folder meanwhile.
+        // A damaged file may name a tile twice; by now it is in a folder.
         for (auto& page : pages)
             std::erase_if(page,
                           [&](const Node* node) { return node->parent && node->parent != &target; });
         const auto isIn = [&](const Node* node) { return node->parent == &target; };
-        const Node* last = nullptr; ///< on the pages so far
+        const Node* last = nullptr; ///< of the pages so far
         for (auto page = pages.begin(); page != pages.end(); ++page) {
             for (auto node = page->begin(); node != page->end(); ++node) {
                 if (isIn(*node))
@@ -208,7 +208,7 @@ private:
         }
     }
 
-    /// Makes an empty page after that of `last`, or before that of what comes later.
+    /// Inserts an empty page after that of `last`, or before that of later tiles.
     template <typename Iterator, typename IsIn>
     static std::size_t newPage(Contents& target, const Node* last, Iterator later, Iterator end,
                                IsIn isIn) {

@@ -63,7 +63,7 @@ QList<ListedArrangement> SavedArrangements::list() const {
         const QString path = FileSystem::joined(_folder, QString::fromUtf8(entry.name));
         if (FileSystem::extension(path) != u"json")
             continue;
-        // It is restored and deleted by the name of its file, whatever identifier stands in it.
+        // Arrangements are restored and deleted by file name, whatever identifier the file contains.
         const auto id = json::decode<QUuid>(FileSystem::fileName(path).chopped(5));
         if (!id || path != this->path(*id) || !_files->isRegularFile(path))
             continue;
