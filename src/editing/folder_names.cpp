@@ -12,7 +12,7 @@ struct Word {
     QString folded;
 };
 
-/// The words of a name that say something: two characters or more, one of them a letter.
+/// The significant words of a name: at least two characters, one of them a letter.
 QList<Word> wordsOf(const QString& name, const Locale& locale) {
     QList<Word> words;
     qsizetype start = 0;

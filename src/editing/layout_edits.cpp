@@ -44,9 +44,9 @@ const RefusalText& textOf(EditRefusal refusal) {
 
 using Refused = std::unexpected<EditRefusal>;
 
-/// The end of every edit that moves, adds or shows tiles: `pages`, whose numbers are still those of
-/// `before`, with each page's overflow passed on and all made tidy; or the refusal when folders nest
-/// too deeply to be read again.
+/// Completes every edit that moves, adds or shows tiles: passes on overflow, tidies up, and refuses a
+/// result whose folders nest too deeply to be loaded again. The pages of `pages` correspond to those of
+/// `before`.
 EditResult settled(const LayoutDocument& before, Pages pages, const QSet<QString>& hiddenKeys,
                    const GridCapacities& capacities) {
     QHash<QUuid, QList<qsizetype>> countsBefore;
@@ -82,7 +82,7 @@ std::optional<EditRefusal> placeRefusal(const Pages& pages, const LayoutPlace& p
     return std::nullopt;
 }
 
-/// Puts tiles at a place that exists.
+/// Inserts tiles at an existing place.
 Pages inserted(const Pages& pages, const Page& tiles, const LayoutPlace& place) {
     return withPagesChanged(pages, place.folder, [&](Pages& list) {
         if (place.page == list.size())
@@ -93,7 +93,7 @@ Pages inserted(const Pages& pages, const Page& tiles, const LayoutPlace& place) 
     });
 }
 
-/// Every tile must be there, and `fits` where it is.
+/// Every tile must exist and satisfy `fits`.
 std::optional<EditRefusal> tilesRefusal(const Pages& pages, const QList<QUuid>& tiles,
                                         EditRefusal unfit = EditRefusal::noSuchTile,
                                         bool (*fits)(const LaunchpadItem&) = nullptr) {
@@ -115,7 +115,7 @@ bool contains(const Page& tiles, const QUuid& id) {
     return !forEachItem({tiles}, [&](const LaunchpadItem& item) { return item.id() != id; });
 }
 
-/// Calls `change` for the entry of one tile that must be of type Entry.
+/// Calls `change` with the entry of a tile, which must be of type Entry.
 template <typename Entry, typename Change>
 EditResult changingEntry(const LayoutDocument& layout, const QUuid& tile, EditRefusal otherwise,
                          Change change) {
@@ -289,7 +289,7 @@ EditResult unhideApp(const LayoutDocument& layout, const QString& key,
     QSet<QString> hiddenKeys = layout.hiddenKeys;
     if (!hiddenKeys.remove(key))
         return Refused(EditRefusal::notHidden);
-    // Its tile is back in its place, and may be one too many for the page.
+    // Its tile is back in its place, and may overflow the page.
     return settled(layout, layout.pages, hiddenKeys, capacities);
 }
 

@@ -32,8 +32,7 @@ bool changesTheSame(const LayoutUndoEntry& one, const LayoutUndoEntry& another) 
     return changedDefinitions(one).intersects(changedDefinitions(another));
 }
 
-/// The newest step of a stack that concerns a mode: a deletion of a smart folder, for one, concerns
-/// both.
+/// The newest step that concerns a mode. Some concern both, such as the deletion of a smart folder.
 LayoutUndoHistory::Next nextStep(const QList<LayoutUndoEntry>& stack, LauncherWindowMode mode) {
     for (qsizetype i = stack.size() - 1; i >= 0; --i) {
         if (!concerns(stack.at(i), mode))
@@ -46,7 +45,7 @@ LayoutUndoHistory::Next nextStep(const QList<LayoutUndoEntry>& stack, LauncherWi
     return {};
 }
 
-/// The tiles of the page that a state shows, by slot, and whose page it is.
+/// The tiles on the page that a state shows, by slot, and the page's folder and number.
 struct ShownLevel {
     std::optional<QUuid> folder;
     qsizetype page = 0;
@@ -152,7 +151,7 @@ void LayoutUndoHistory::giveBack(const LayoutUndoEntry& step) {
         return stack.removeIf(
             [&](const LayoutUndoEntry& entry) { return entry.number == step.number; });
     };
-    // An edit of the other mode may have emptied the redo stack since.
+    // An edit of the other mode may have cleared the redo stack since.
     if (take(_undoStack)) {
         _redoStack.append(step);
     } else {
@@ -218,7 +217,7 @@ void LayoutUndoHistory::moveApps(bool intoTrash, const QList<TrashedAppRecord>& 
                                         then = std::move(then)](QList<TrashOutcome> outcomes) {
         if (!std::exchange(*isWaiting, false))
             return;
-        // What was not told of was not moved.
+        // Missing outcomes count as failures.
         while (outcomes.size() < records.size())
             outcomes.append({records.at(outcomes.size()), Texts::tr("The Trash did not answer.")});
         then(outcomes);
@@ -293,8 +292,8 @@ void LayoutUndoHistory::finish(Direction direction, LayoutUndoEntry entry, Resul
 QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
                                                const LayoutUndoState& target,
                                                const QList<SmartFolderDefinition>& now) {
-    // As it was left: as it was, in its order. Definitions are the step's only where it changed them:
-    // they may come from a registry that was recovered since, of which its states know nothing.
+    // If nothing has changed since, the old list is restored, order and all. Otherwise only the
+    // definitions that the step changed: others may come from a registry that was recovered since.
     if (now == from.smartFolderDefinitions)
         return target.smartFolderDefinitions;
     const QSet<QUuid> changed = changedDefinitions({.before = from, .after = target});

@@ -27,10 +27,10 @@ using NameLists = std::vector<std::vector<std::uint32_t>>;
 /// An application as it was found in one place. Its names are in falling order of weight.
 struct Found {
     std::shared_ptr<const AppEntry> entry;
-    std::uint32_t app = 0; ///< which identity; numbered as first found
+    std::uint32_t app = 0; ///< the application's number, in the order found
     std::uint32_t namesBegin = 0;
     std::uint32_t namesEnd = 0;
-    std::uint32_t rank = 0; ///< by name among all
+    std::uint32_t rank = 0; ///< in the order of all names
 };
 
 struct Ranked {
@@ -52,7 +52,7 @@ struct SearchIndex::Data {
 
 namespace {
 
-/// Collects what is found where.
+/// Collects the applications and the folders that they are found in.
 class Builder {
 public:
     Builder(const SearchIndex::Input& input, std::vector<WeightedName>& names, NameLists& lists,

@@ -13,7 +13,7 @@ constexpr Character firstClusterNumber = 0x110000;
 
 bool isSeparator(Character c) { return c == U' ' || c == U'-' || c == U'.'; }
 
-/// Letters and digits have a bit each, all other characters share the rest.
+/// Letters and digits have a bit each; all other characters share the rest.
 std::uint64_t letterBit(Character c) {
     if (c >= U'a' && c <= U'z')
         return std::uint64_t(1) << (c - U'a');
@@ -25,7 +25,7 @@ std::uint64_t letterBit(Character c) {
 /// Calls `visit` for each user-perceived character until it returns false.
 template <typename Visit>
 void forEachCharacter(const QString& text, Visit visit) {
-    // No code unit below U+0300 joins another, but for the line feed after a carriage return.
+    // No code unit below U+0300 combines with another, except a line feed after a carriage return.
     if (std::ranges::none_of(text, [](QChar c) { return c.unicode() >= 0x300 || c == u'\r'; })) {
         for (qsizetype i = 0; i < text.size(); ++i)
             if (!visit(QStringView(text).sliced(i, 1)))
@@ -41,7 +41,7 @@ void forEachCharacter(const QString& text, Visit visit) {
     }
 }
 
-/// The character's number when it is one code point.
+/// The character if it is a single code point.
 std::optional<Character> singleCodePoint(QStringView character) {
     if (character.size() == 1)
         return character[0].unicode();
@@ -113,7 +113,7 @@ double SearchTexts::matched(const Text& text, const Query& query) const {
         const std::size_t further = candidate.size() - wanted.size();
         return further == 0 ? 1000 : 900 - 0.5 * static_cast<double>(further);
     }
-    // No word holds a separator.
+    // No word contains a separator.
     for (std::uint32_t i = 0; !query.hasSeparator && i < text.wordCount; ++i)
         if (begins(_words[text.wordsBegin + i]))
             return 800 - 10.0 * i;

@@ -13,7 +13,7 @@ QString nameOf(const LaunchpadItem& item, const SmartFolderNames& names) {
     return names ? names(item.id()) : QString();
 }
 
-/// Tiles of one name stay in their order.
+/// Stable: tiles with the same name keep their order.
 Page sorted(const Page& tiles, const Locale& locale, const SmartFolderNames& names) {
     QList<std::pair<QByteArray, qsizetype>> order;
     order.reserve(tiles.size());
@@ -27,7 +27,7 @@ Page sorted(const Page& tiles, const Locale& locale, const SmartFolderNames& nam
     return result;
 }
 
-/// All pages' tiles in one order, page after page filled with as many as the grid shows.
+/// Sorts the tiles of all pages together and fills the pages up to the grid's capacity.
 Pages sortedAndFilled(const Pages& pages, const QSet<QString>& hiddenKeys, qsizetype capacity,
                       const Locale& locale, const SmartFolderNames& names) {
     Page tiles;

@@ -6,11 +6,11 @@
 namespace tessellar {
 namespace {
 
-/// How far from a tile's middle, in cells, it is still meant and not its neighbourhood.
+/// Within this distance from a tile's middle, in cells, a drop is onto the tile, not beside it.
 constexpr double middleAcross = 0.24;
 constexpr double middleDown = 0.36;
 
-/// A place before or after a tile of the page, as edits count it: without the tiles that move.
+/// The place before or after a tile of the page, counted as edits do: without the tiles being moved.
 LayoutPlace placeAt(const DropGrid& grid, const QList<qsizetype>& staying, qsizetype index) {
     StoredPlace stored = grid.pages.insertionAt({grid.page, 0});
     if (index < staying.size())

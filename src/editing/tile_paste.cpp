@@ -7,7 +7,7 @@ namespace {
 
 using Refused = std::unexpected<EditRefusal>;
 
-/// Gives tiles, and the definitions that they show, identifiers of their own.
+/// Gives tiles, and the definitions of smart folders among them, new identifiers.
 class Copier {
 public:
     Copier(const QList<SmartFolderDefinition>& known, UuidSource& uuids, Instant now)
@@ -82,7 +82,7 @@ LayoutPlace pastePlace(const LayoutDocument& layout, const Navigation& navigatio
         if (const auto place = after(*navigation.selectedItemID))
             return *place;
     const Pages* pages = pagesOf(layout.pages, level);
-    if (!pages) // a folder that is gone
+    if (!pages) // the folder is gone
         return pastePlace(layout, {.currentPage = navigation.currentPage}, capacities, moved);
     const auto capacity = static_cast<int>(capacities.of(level));
     const Page shown = ShownPages(*pages, layout.hiddenKeys, capacity).tiles(page);
