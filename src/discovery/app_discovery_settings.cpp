@@ -20,7 +20,7 @@ AppDiscoverySettings AppDiscoverySettings::read(const Settings& settings, const 
                               settings.texts(additionalSearchPathsKey).value_or(QStringList());
     result.searchPaths = normalized(paths, home);
 
-    // Any integral number counts, also one beyond the integer types: it is clamped like the rest.
+    // Any whole number is valid, even beyond the integer types: it is clamped like the rest.
     const auto depth = settings.number(scanDepthKey);
     if (depth && std::isfinite(*depth) && std::trunc(*depth) == *depth)
         result.scanDepth =

@@ -14,7 +14,7 @@ AppResolver::AppResolver(QList<AppEntry> installedApps, Locale locale)
             add(_appsByBundleID, *app.bundleIdentifier, i);
             add(_appsByBundleIDAndName, both(*app.bundleIdentifier, app.name), i);
         }
-        // The old Launchpad kept the name of whichever language it last ran in.
+        // The old Launchpad kept names in whichever language it last ran in.
         QString fileName = FileSystem::fileName(app.path);
         fileName.chop(FileSystem::extension(fileName).size() + 1);
         for (const QString& name : {app.name, app.originalName, fileName})
@@ -40,7 +40,7 @@ QList<std::optional<AppEntry>> AppResolver::resolve(const QList<NativeLaunchpadA
     QList<std::optional<AppEntry>> result(apps.size());
     std::vector<bool> taken(static_cast<std::size_t>(_installedApps.size()));
     const auto pass = [&](const Candidates& candidates, auto keyOf) {
-        QHash<QString, qsizetype> next; // of those with one key, the first that may still be free
+        QHash<QString, qsizetype> next; // by key: the first candidate that may be free
         for (qsizetype tile = 0; tile < apps.size(); ++tile) {
             if (result.at(tile))
                 continue;

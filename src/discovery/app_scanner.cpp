@@ -37,7 +37,7 @@ QStringList ScanCache::replacedBundles(const ScanCache& before) const {
         known.insert(bundle->path, bundle.get());
     for (const auto& bundle : _bundles) {
         const BundleRecord* old = known.value(bundle->path);
-        // A record that was made anew need not differ: what had just changed is read twice.
+        // A new record may be equal: what had only just changed is read a second time.
         if (old && old != bundle.get() &&
             !std::ranges::equal(old->evidence.observations, bundle->evidence.observations, {},
                                 &ScanObservation::status, &ScanObservation::status))

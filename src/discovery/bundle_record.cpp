@@ -4,7 +4,7 @@ namespace tessellar {
 
 namespace {
 
-/// Longer texts are no names and no identifiers; they would only be carried about.
+/// Longer texts are not names or identifiers and would only waste memory.
 constexpr qsizetype maximumTextLength = 1'024;
 
 std::optional<QString> usable(const std::optional<QString>& text) {
@@ -13,8 +13,7 @@ std::optional<QString> usable(const std::optional<QString>& text) {
     return text;
 }
 
-/// On one line, and in the direction of its letters: what turns a text round can make a name look like
-/// another.
+/// Replaces line breaks and drops direction overrides, which can make one name look like another.
 QString toSingleLine(QString name) {
     name.removeIf([](QChar c) {
         return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
@@ -25,8 +24,8 @@ QString toSingleLine(QString name) {
     return name;
 }
 
-/// Where the executable has to be. One that is not declared bears the bundle's name; one that is
-/// declared outside of the bundle is nowhere.
+/// The expected path of the executable. An undeclared one is named like the bundle; one declared
+/// outside the bundle does not count.
 std::optional<QString> executableOf(const Bundle& bundle) {
     if (bundle.info[QStringLiteral("CFBundleExecutable")].text())
         return bundle.executablePath();
@@ -37,7 +36,7 @@ std::optional<QString> executableOf(const Bundle& bundle) {
                               withoutApplicationExtension(name));
 }
 
-/// What a look at a bundle's path tells without a look inside; nothing for a folder.
+/// The state of a bundle that can be told from its path alone; nullopt for a folder.
 std::optional<AppScanner::InstallState> stateFromOutside(const ScanObservation& self) {
     if (self.isDirectory())
         return std::nullopt;
@@ -49,8 +48,8 @@ AppScanner::InstallState stateFromInside(const Bundle& bundle, bool hasExecutabl
                                                     : AppScanner::InstallState::incomplete;
 }
 
-/// Reads a bundle and notes everything that the reading rests upon. A look comes before the reading
-/// wherever the place is known before, so that a change between the two shows next time.
+/// Reads a bundle and records everything that the result depends on. Paths known beforehand are
+/// observed before they are read, so that a change in between is noticed next time.
 class RecordReader {
 public:
     RecordReader(const ScanContext& context, const QString& path) : _context(context) {
@@ -68,7 +67,7 @@ public:
 
 private:
     void readContents() {
-        // A link in this place leads to something that is not the application's own.
+        // A link here leads to something that is not part of the application.
         const QString applications = inBundle("Contents/Applications");
         const ScanObservation inner = note(applications);
         _record.isPartlyUnseen = inner.hasFailed();
@@ -82,7 +81,7 @@ private:
 
         Bundle bundle = readBundle(_context.files, _record.path);
         if (bundle.shape == BundleShape::wrapped) {
-            // Where the real bundle lies is known only now.
+            // Only now is the inner bundle's path known.
             note(FileSystem::parent(bundle.infoPath));
             note(bundle.infoPath);
             bundle = readBundle(_context.files, _record.path);
@@ -112,8 +111,8 @@ private:
         _record.nameSortKey = _context.locale.nameSortKey(_record.name);
     }
 
-    /// Notes what a name in the user's languages rests upon. Of the many places where one may lie, few
-    /// exist: that the others do not shows in the folder around them.
+    /// Records what the localized name depends on. Few of the possible files exist; that the others do
+    /// not is covered by observing their parent folders.
     void noteNameSources(const Bundle& bundle) {
         const QStringList sources = displayNameSources(bundle, _context.languages);
         if (!sources.isEmpty())

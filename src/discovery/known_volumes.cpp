@@ -26,13 +26,13 @@ std::optional<QString> VolumeFinder::identityOf(const QString& root) const {
     const auto status = _files.status(root);
     if (!status || status->type != FileType::directory)
         return std::nullopt;
-    // A volume has at least the system's own files; an empty folder is what it would be mounted on, and
-    // may have come by the number and date of another.
+    // A volume contains at least the system's own files. An empty folder is a bare mount point, which
+    // may happen to have another's inode and date.
     if (volumeMountPoint(root) == root)
         if (const auto entries = _files.entries(root); !entries || entries->isEmpty())
             return std::nullopt;
     const auto parent = _files.status(FileSystem::parent(root));
-    // Not the device itself: it is given anew whenever the volume is mounted.
+    // Not the device number, which changes with every mount.
     return QStringLiteral("%1 %2%3")
         .arg(status->inode)
         .arg(status->created ? status->created->toIso8601() : QString(),

@@ -17,7 +17,7 @@ namespace {
 using Code = LaunchpadImportError::Code;
 using Failure = std::unexpected<LaunchpadImportError>;
 
-/// More databases than these are not looked at; there has never been more than one.
+/// At most this many databases are examined; there has never been more than one.
 constexpr qsizetype maximumFallbackDatabases = 20;
 
 class Converter {
@@ -49,7 +49,7 @@ public:
     }
 
 private:
-    /// Depth first, as `pagesOf` meets them again.
+    /// Depth first, in the same order as `pagesOf`.
     void collectApps(const QList<ImportedNode>& nodes) {
         for (const ImportedNode& node : nodes) {
             if (node.kind == ImportedNode::Kind::app) {
@@ -143,7 +143,7 @@ NativeLaunchpadImporter::run(const std::optional<QString>& databasePath, std::st
         if (!rows) {
             if (!firstError)
                 firstError = rows.error();
-            // Another database may be the one; one with the right schema is.
+            // Try the next database: it may have the right schema.
             if (rows.error().code == Code::unsupportedSchema ||
                 rows.error().code == Code::unableToOpenDatabase)
                 continue;
@@ -199,7 +199,7 @@ QStringList NativeLaunchpadImporter::fallbackDatabases() const {
         const auto status = _context.files.linkStatus(path);
         if (!status || status->type != FileType::regular)
             continue;
-        // What was written last may still stand in the log alone.
+        // The latest changes may only be in the write-ahead log.
         const auto log = _context.files.linkStatus(path + u"-wal"_s);
         found.append({log ? std::max(log->modified, status->modified) : status->modified, path});
     }

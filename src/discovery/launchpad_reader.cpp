@@ -36,7 +36,7 @@ constexpr RequiredTable groups{"groups", groupColumns, "SELECT item_id, title FR
 constexpr RequiredTable items{"items", itemColumns,
                               "SELECT rowid, uuid, flags, type, parent_id, ordering FROM items"};
 
-/// A row while the cursor stands on it.
+/// The row at the cursor.
 class Row {
 public:
     Row(sqlite3_stmt* statement, int maximumTextBytes)
@@ -131,8 +131,8 @@ private:
             raw, 1'000,
             [](void* reader) { return static_cast<int>(static_cast<Reader*>(reader)->isOver()); },
             this);
-        // The last is the first to read the file and its schema: what is no database, is encrypted or
-        // damaged shows here.
+        // The last statement is the first to read the file and its schema: it fails if the file is
+        // damaged, encrypted or no database.
         for (const char* statement : {"PRAGMA query_only = ON", "PRAGMA cell_size_check = ON",
                                       "PRAGMA mmap_size = 0", "SELECT 1 FROM sqlite_master LIMIT 1"})
             if (sqlite3_exec(raw, statement, nullptr, nullptr, nullptr) != SQLITE_OK)
@@ -150,7 +150,7 @@ private:
 
     Outcome checkSchema() {
         QSet<QString> tables;
-        // A virtual table has no root page.
+        // Virtual tables have no root page.
         const auto listed = forEachRow("SELECT name, rootpage FROM sqlite_master WHERE type='table'",
                                        [&](const Row& row) {
                                            if (row.integer(1).value_or(0) > 0)

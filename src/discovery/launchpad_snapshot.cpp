@@ -24,12 +24,12 @@ using Failure = std::unexpected<LaunchpadImportError>;
 
 constexpr std::size_t databaseHeaderSize = 100;
 constexpr std::size_t logHeaderSize = 32;
-constexpr std::size_t readVersionOffset = 19; ///< 2 where a log belongs to the file
+constexpr std::size_t readVersionOffset = 19; ///< 2 if the file uses a write-ahead log
 constexpr auto retryDelay = std::chrono::milliseconds(5);
 
 Failure cannotOpen(const QString& detail) { return Failure({Code::unableToOpenDatabase, detail}); }
 
-/// A regular file, not a link to one, opened for reading; no descriptor when there is nothing.
+/// Opens a regular file, without following links; an invalid descriptor if there is none.
 std::expected<Descriptor, LaunchpadImportError> openRegular(const FileSystem& files,
                                                             const QString& path) {
     const auto status = files.linkStatus(path);
@@ -90,7 +90,7 @@ std::expected<void, LaunchpadImportError> copy(const Descriptor& from, const QSt
     return cannotOpen(message(fileError(errno, to)));
 }
 
-/// True while a transaction of the older kind is under way.
+/// True while a transaction with a rollback journal is in progress.
 bool hasRollbackJournal(const FileSystem& files, const QString& database) {
     const QString path = database + u"-journal"_s;
     const auto status = files.linkStatus(path);
@@ -101,12 +101,12 @@ bool hasRollbackJournal(const FileSystem& files, const QString& database) {
     return !first.isEmpty() && first.front() != '\0';
 }
 
-/// What must be the same before and after the copying.
+/// What must be the same before and after copying.
 struct Moment {
-    std::optional<FileStatus> status; ///< of a file without a log in use
+    std::optional<FileStatus> status; ///< unless a log is in use
     std::uint64_t inode = 0;
-    QByteArray header;    ///< likewise; holds the count of the changes
-    QByteArray logHeader; ///< empty without a log in use
+    QByteArray header;    ///< likewise; contains the change counter
+    QByteArray logHeader; ///< empty unless a log is in use
     bool isBeingWritten = false;
 
     bool operator==(const Moment&) const = default;
@@ -164,7 +164,7 @@ LaunchpadSnapshot::take(const FileSystem& files, const QString& path, const QStr
         if (!before.logHeader.isEmpty())
             if (const auto copied = copy(*log, copyPath + u"-wal"_s, stop); !copied)
                 return Failure(copied.error());
-        // Asked for by name again: either may have been replaced.
+        // Opened again by name: either file may have been replaced.
         const auto databaseAfter = openRegular(files, path);
         const auto logAfter = openRegular(files, logPath);
         if (databaseAfter && logAfter && !before.isBeingWritten &&

@@ -10,11 +10,11 @@ namespace tessellar {
 
 namespace {
 
-/// More places out of sight than this are not told apart.
+/// The number of unreadable places that are listed individually.
 constexpr qsizetype maximumUnreadable = 1'000;
-/// Folders listed before their entries are counted against the limit.
+/// Folders listed before their entries are checked against the limit.
 constexpr qsizetype listingBatch = 64;
-/// Work for which another thread is not worth its start.
+/// The smallest batch that is worth another thread.
 constexpr qsizetype smallestShare = 8;
 
 } // namespace
@@ -54,8 +54,8 @@ std::optional<AppScanner::LibraryScan> LibraryWalk::run() {
     return _cache._result;
 }
 
-/// Looks again at all that the cache holds and reads anew what changed. True when nothing did that
-/// would lead the scan elsewhere.
+/// Observes again everything in the cache and rereads what changed. True if no change could lead the
+/// scan elsewhere.
 bool LibraryWalk::refresh() {
     const qsizetype listings = _cache._listings.size();
     const qsizetype bundles = _cache._bundles.size();
@@ -100,7 +100,7 @@ bool LibraryWalk::refresh() {
     return isUnchanged;
 }
 
-/// False when asked to stop.
+/// False if a stop was requested.
 bool LibraryWalk::walk() {
     for (const Listing& listing : std::as_const(_next._listings)) {
         if (_stop.stop_requested())
@@ -170,7 +170,7 @@ void LibraryWalk::addListing(const Listing& listing, int depth) {
         meet(candidate, depth + 1);
 }
 
-/// Queues what lies at `depth`.
+/// Queues a candidate found at `depth`.
 void LibraryWalk::meet(const AppScanner::TraversalCandidate& candidate, int depth) {
     if (!candidate.isDirectory)
         return;
@@ -215,7 +215,7 @@ void LibraryWalk::addRecord(const Record& record, int depth) {
     if (seenBefore(record->evidence))
         return;
     _next._bundles.append(record);
-    // Not there, although it was listed a moment ago: it is just being replaced.
+    // It was listed a moment ago: it is being replaced.
     if (record->state == AppScanner::InstallState::unseen ||
         !record->evidence.observations.first().found())
         return addUnreadable({record->path, Reason::unreadable});
@@ -232,7 +232,7 @@ void LibraryWalk::addRecord(const Record& record, int depth) {
         _next._result.incompleteBundles.append({record->path, record->fileIdentifier()});
 }
 
-/// True for a folder that was met before under another path.
+/// True for a folder that has been visited by another path.
 bool LibraryWalk::seenBefore(const ScanEvidence& evidence) {
     const ScanObservation& self = evidence.observations.first();
     if (!self.found())
@@ -257,14 +257,14 @@ void LibraryWalk::stopAtLimit() {
     markUncertain();
 }
 
-/// What was not found may be anywhere out of sight.
+/// Marks the scan as incomplete everywhere: what was not found may be anywhere.
 void LibraryWalk::markUncertain() {
     const AppScanner::UnreadableDirectory everything{QStringLiteral("/"), Reason::limit};
     if (!_next._result.unreadableDirectories.contains(everything))
         _next._result.unreadableDirectories.append(everything);
 }
 
-/// Makes the entries of what was found.
+/// Builds the entries of the applications found.
 void LibraryWalk::finish() {
     std::ranges::sort(_ready, [](const Record& a, const Record& b) {
         const int byName = a->nameSortKey.compare(b->nameSortKey);
@@ -299,8 +299,8 @@ void LibraryWalk::finish() {
     result.coverage.isCertain = _context.settings.isCertain;
 }
 
-/// Which volumes were looked at: a few looks at the folders that lie highest, for of all others the
-/// device is known.
+/// Records which volumes were scanned. Only the topmost folders cost a system call: the devices of all
+/// others are known.
 void LibraryWalk::recordVolumes() {
     VolumeFinder finder(_context.files);
     for (const Listing& listing : std::as_const(_next._listings))

@@ -18,7 +18,7 @@ void LibraryWatcher::scanned(const AppScanner::LibraryScan& scan, Instant starte
     for (const AppEntry& app : scan.apps)
         _applications[FileSystem::parent(app.path)].append(app.path);
     QStringList directories = scan.watchableDirectories;
-    // What a link or an alias leads to can be taken away where it lies.
+    // The targets of links and aliases can be removed where they are.
     const QSet<QString> listed(directories.begin(), directories.end());
     for (const QString& folder : _applications.keys())
         if (!listed.contains(folder))
@@ -116,7 +116,7 @@ void LibraryWatcher::checkApplications() {
                 _gone.insert(path);
             if (_latest.isActive() && (!_gone.isEmpty() || !_quiet.isActive()))
                 restartQuiet();
-            // What changed meanwhile is looked at soon, not at every notice of a storm.
+            // Changes that arrived meanwhile are checked after a delay, not at every event of a burst.
             if (!_toCheck.isEmpty())
                 _nextCheck = _machine.scheduler.after(checkInterval, [this] {
                     _nextCheck.cancel();

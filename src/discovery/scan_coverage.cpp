@@ -9,7 +9,7 @@ namespace {
 
 using Coverage = AppScanner::Coverage;
 
-/// The volume that a path lies on, of those that were looked at.
+/// The scanned volume that contains a path.
 const MountedVolume* volumeOf(const Coverage& coverage, const QString& path) {
     const MountedVolume* result = nullptr;
     for (const MountedVolume& volume : coverage.volumes)
@@ -26,8 +26,8 @@ const KnownVolume* knownVolumeOf(const Coverage& coverage, const QString& path) 
     return nullptr;
 }
 
-/// True when what was looked at is the volume on which the application at `path` was seen, or would
-/// have been.
+/// True if the scan saw the volume on which the application at `path` was last seen, or would have
+/// been.
 bool isSameVolume(const Coverage& coverage, const QString& path) {
     const MountedVolume* mounted = volumeOf(coverage, path);
     const auto mountPoint = volumeMountPoint(path);
@@ -39,11 +39,11 @@ bool isSameVolume(const Coverage& coverage, const QString& path) {
     if (const KnownVolume* known = knownVolumeOf(coverage, path)) {
         if (known->root != mounted->root)
             return false;
-        // The Mac's own disk may be a copy of the one before it. It is known by what lies on it.
+        // The startup disk may be a copy of the previous one. It is recognized by its applications.
         return known->identity == mounted->identity ||
                (!mountPoint && std::ranges::any_of(known->applications, isSeen));
     }
-    // It was never seen there. A bare mount point has no applications, now or before.
+    // The application was never seen there. A bare mount point has no applications, now or before.
     return !mountPoint || std::ranges::any_of(coverage.known.volumes, [&](const KnownVolume& known) {
         return known.root == mounted->root && known.identity == mounted->identity;
     }) || std::ranges::any_of(coverage.applications, [&](const QString& application) {
@@ -51,28 +51,28 @@ bool isSameVolume(const Coverage& coverage, const QString& path) {
     });
 }
 
-/// True when the scan looked where the path would be and it was not there.
+/// True if the scan covered the path and found nothing there.
 bool isLookedAtInVain(const AppScanner::LibraryScan& scan, const QString& path) {
     const Coverage& coverage = scan.coverage;
     if (coverage.bundles.contains(path))
-        return true; // no application: it would be in the list
+        return true; // not an application: those are in the list
     QString below = path;
     for (QString at = FileSystem::parent(path);; below = at, at = FileSystem::parent(at)) {
         if (coverage.absent.contains(at))
             return true;
         if (const auto bundle = coverage.bundles.constFind(at); bundle != coverage.bundles.constEnd()) {
-            // Its applications were not looked for where that would have been too deep.
+            // Nested applications were not scanned below the depth limit.
             const QString inside = FileSystem::joined(at, QStringLiteral("Contents/Applications"));
             if (FileSystem::isWithin(path, inside))
                 return !*bundle;
-            break; // a link led into it
+            break; // reached through a link
         }
         if (const auto depth = coverage.folders.constFind(at); depth != coverage.folders.constEnd())
             return below == path || *depth < coverage.scanDepth;
         if (at == u"/" || at.isEmpty())
             break;
     }
-    // Nothing that was looked at leads there.
+    // Nothing that was scanned leads there.
     return coverage.isCertain &&
            std::ranges::all_of(scan.unreadableDirectories, [](const auto& directory) {
                return directory.reason == AppScanner::UnreadableDirectory::Reason::absent;

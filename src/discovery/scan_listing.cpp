@@ -14,9 +14,9 @@ namespace {
 using Candidate = AppScanner::TraversalCandidate;
 using Unreadable = AppScanner::UnreadableDirectory;
 
-/// An alias of an alias of an alias: someone plays.
+/// Longer chains of aliases are not followed.
 constexpr int maximumHops = 8;
-/// What an alias file can be at least (its two headers) and at most.
+/// The smallest (two headers) and the largest size of an alias file.
 constexpr std::uint64_t smallestAlias = 64;
 constexpr std::uint64_t largestAlias = 1u << 20;
 
@@ -24,14 +24,14 @@ Candidate directoryCandidate(const QString& path) {
     return {path, true, FileSystem::extension(path).compare(u"app", Qt::CaseInsensitive) == 0};
 }
 
-/// The mount point of the volume that `path`, at which nothing is found, leads to if that volume is not
-/// there. Links on the way are followed as far as they lead.
+/// `path` does not exist. If that is because it leads to a volume that is not mounted, returns its
+/// mount point. Links are followed as far as they lead.
 std::optional<QString> missingVolume(const FileSystem& files, QString path) {
     for (int hop = 0; hop < maximumHops; ++hop) {
         path = FileSystem::standardized(path);
         if (const auto point = volumeMountPoint(path); point && !files.exists(*point))
             return point;
-        // The deepest part that exists, and the name below it that does not.
+        // The deepest ancestor that exists, and the rest below it.
         QString existing = FileSystem::parent(path);
         QString rest = FileSystem::fileName(path);
         while (existing != u"/" && !files.exists(existing)) {
@@ -58,13 +58,13 @@ std::optional<QString> missingVolume(const FileSystem& files, QString path) {
     return std::nullopt;
 }
 
-/// Follows links and aliases from `path` to what they lead to, noting each look.
+/// Follows links and aliases from `path` to their target, recording each observation.
 class Follower {
 public:
     Follower(const ScanContext& context, ScanListing& listing)
         : _files(context.files), _now(context.now), _listing(listing) {}
 
-    /// False when there is nothing, by the looks of it or for good.
+    /// False if the target is missing, temporarily or for good, or is no folder.
     bool follow(const QString& path, bool isSearchPath) {
         QString at = path;
         for (int hop = 0; hop < maximumHops; ++hop) {
@@ -87,8 +87,8 @@ public:
         return false;
     }
 
-    /// The target of a regular file that is an alias. Only aliases are looked at again next time: a
-    /// folder of a hundred thousand documents shall cost no more than one look at the folder.
+    /// The target of an alias file. Only aliases are observed again next time: a folder of a hundred
+    /// thousand documents must cost no more than one call.
     std::optional<QString> targetOfAlias(const QString& path) {
         const auto seen = ScanObservation::ofStatus(_files, path);
         if (seen.hasFailed())
@@ -117,18 +117,18 @@ private:
         return observation;
     }
 
-    /// It may have led somewhere.
+    /// The file might have been an alias.
     void missed(const QString& path) {
         _listing.evidence.settled = false;
         _listing.unreadable.append({path, Unreadable::Reason::unreadable});
     }
 
     void fail(const QString& from, const QString& at, FileError::Code error, bool isSearchPath) {
-        // Whether a volume is missing or only a file on it shows in no status: look again next time.
+        // No status tells whether a volume is missing or only a file on it: look again next time.
         _listing.evidence.settled = false;
         if (!isMissing(error)) {
             _listing.unreadable.append({FileSystem::standardized(at), Unreadable::Reason::unreadable});
-            // What lies there is known by the path behind the link.
+            // Applications there are known by the link's target.
             if (const auto target = linkedPath(at))
                 _listing.unreadable.append({*target, Unreadable::Reason::unreadable});
         } else if (const auto point = missingVolume(_files, at)) {
@@ -157,7 +157,7 @@ struct Entry {
     FileType type;
 };
 
-/// The entries that people see and an arrangement can name. Marks the listing when there are too many.
+/// The visible entries whose names can be stored. Marks the listing if there are too many.
 std::expected<std::vector<Entry>, FileError::Code> visibleEntries(const ScanContext& context,
                                                                   ScanListing& listing) {
     const auto directory = context.files.open(listing.path);
@@ -210,8 +210,8 @@ ScanListing listDirectory(const ScanContext& context, const QSet<std::uint64_t>&
         return listing;
     const auto entries = visibleEntries(context, listing);
     if (!entries) {
-        // Rights to look can come without any change to the folder; and one that was there when the
-        // folder around it was listed, and is not now, is just being replaced.
+        // Permissions can change without a change to the folder; and a folder that has just been listed
+        // in its parent, but is gone now, is being replaced.
         listing.evidence.settled = false;
         listing.unreadable.append({path, Unreadable::Reason::unreadable});
         return listing;
