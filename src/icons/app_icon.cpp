@@ -11,7 +11,7 @@ namespace tessellar {
 
 namespace {
 
-/// Smoothly to the wanted size, in the middle, in the format that is painted without conversion.
+/// Scaled smoothly to fit and centred, in the format that is painted without conversion.
 QImage fitted(const QImage& image, int side) {
     if (image.isNull())
         return {};
@@ -43,7 +43,7 @@ QRectF iconBody(int side) {
     return QRectF(margin, margin, side - 2 * margin, side - 2 * margin);
 }
 
-/// Outlines that grow and fade: cheaper than a blur and, at an icon's size, hard to tell from one.
+/// Growing, fading outlines: cheaper than a blur and, at an icon's size, hard to tell from one.
 void paintShadow(QPainter& painter, const QRectF& body) {
     const double unit = body.width() / 100;
     painter.setPen(Qt::NoPen);
@@ -71,7 +71,7 @@ QStringList wrappedIconPaths(const Bundle& bundle) {
                        [QStringLiteral("CFBundleIconFiles")]);
     add(bundle.info[QStringLiteral("CFBundleIconFiles")]);
 
-    // The files that are listed last are the largest, by custom.
+    // By convention, the files listed last are the largest.
     std::ranges::reverse(names);
     QStringList paths;
     for (QString name : std::as_const(names)) {
@@ -128,7 +128,7 @@ QImage genericAppIcon(int side) {
     painter.setBrush(paper);
     painter.drawPath(iconShape(body));
 
-    // Four tiles, one of them turned: an application of which nothing is known.
+    // Four tiles, one of them turned: the placeholder for an unknown application.
     const double unit = body.width() / 100;
     const double tile = 23 * unit;
     painter.setBrush(QColor(0x9a, 0xa4, 0xb2));

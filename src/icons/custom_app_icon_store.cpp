@@ -80,7 +80,7 @@ CustomAppIconStore::Result<QByteArray> CustomAppIconStore::readIcon(const QStrin
     if (status->size > maximumFileBytes)
         return std::unexpected(Error::fileTooLarge);
     auto bytes = files.read(file, maximumFileBytes);
-    if (!bytes) // it may have grown meanwhile
+    if (!bytes) // it may have grown since
         return std::unexpected(bytes.error().code == FileError::Code::tooLarge ? Error::fileTooLarge
                                                                                : Error::unreadableFile);
     if (!IcnsFile::hasExactLength(*bytes) || _decoder->imageCount(*bytes) < 1 ||
@@ -112,7 +112,7 @@ CustomAppIconStore::Result<void> CustomAppIconStore::importIcon(const QString& f
     return written;
 }
 
-// ---- what there is
+// ---- lookup
 
 std::optional<QString> CustomAppIconStore::iconPath(const QString& appKey) const {
     const QString icon = path(appKey, iconSuffix);
@@ -143,10 +143,10 @@ void CustomAppIconStore::refresh() {
             _known.insert(QString::fromLatin1(entry.name.chopped(qstrlen(iconSuffix))));
 }
 
-// ---- removal and change of key
+// ---- removal and key changes
 
 CustomAppIconStore::Result<void> CustomAppIconStore::deleteFiles(const QString& appKey) const {
-    // The icon goes last: while it is there, nothing was removed, and all of it can be tried again.
+    // The icon is removed last: while it is there, the removal can be repeated.
     for (const char* suffix : {originalSuffix, recordSuffix, iconSuffix})
         if (const auto removed = removeFile(path(appKey, suffix)); !removed)
             return removed;
@@ -162,7 +162,7 @@ CustomAppIconStore::Result<void> CustomAppIconStore::removeIcon(const QString& a
 CustomAppIconStore::Result<void> CustomAppIconStore::changeKey(const QString& from, const QString& to) {
     if (from == to || !iconPath(from) || iconPath(to))
         return {};
-    // The icon goes last: what is left behind of a failure halfway is completed by the next attempt.
+    // The icon is moved last: after a failure, the next attempt completes the move.
     for (const char* suffix : {recordSuffix, originalSuffix, iconSuffix}) {
         const auto moved = _files.move(path(from, suffix), path(to, suffix));
         if (!moved && moved.error().code != FileError::Code::notFound &&
@@ -174,7 +174,7 @@ CustomAppIconStore::Result<void> CustomAppIconStore::changeKey(const QString& fr
     return {};
 }
 
-// ---- for the replacement of icons in the system
+// ---- applied icons
 
 CustomAppIconStore::Result<void>
 CustomAppIconStore::writeAppliedIconRecord(const AppliedIconRecord& record, const QString& appKey) {

@@ -21,8 +21,8 @@ constexpr std::uint32_t fourCharacters(const char (&text)[5]) {
     return value;
 }
 
-/// The types that hold images, and what they may hold: the system writes PNG, JPEG 2000 or ARGB under
-/// the newer types and tells them apart by their first bytes.
+/// The image types and their possible contents: under the newer types the system writes PNG, JPEG 2000
+/// or ARGB, told apart by their first bytes.
 struct ImageType {
     std::uint32_t type;
     int side;
@@ -52,7 +52,7 @@ constexpr std::array imageTypes{
     ImageType{fourCharacters("it32"), 128, fourCharacters("t8mk")},
 };
 
-/// Damaged images that are tried before a file is given up.
+/// Gives up on a file after this many damaged images.
 constexpr qsizetype maximumAttempts = 8;
 
 constexpr QByteArrayView pngSignature("\x89PNG\r\n\x1a\n", 8);
@@ -69,7 +69,7 @@ bool isBearable(std::uint32_t width, std::uint32_t height) {
     return fits(width) && fits(height);
 }
 
-/// From the header of a PNG: its first chunk.
+/// Reads the header of a PNG, which is its first chunk.
 std::optional<QSize> pngSize(QByteArrayView data) {
     if (data.size() < 24 || !data.startsWith(pngSignature) || data.sliced(12, 4) != "IHDR" ||
         !isBearable(bigEndian32(data, 16), bigEndian32(data, 20)))
@@ -77,8 +77,8 @@ std::optional<QSize> pngSize(QByteArrayView data) {
     return QSize(static_cast<int>(bigEndian32(data, 16)), static_cast<int>(bigEndian32(data, 20)));
 }
 
-/// From the header of the stream: its second marker. The boxes around it may say anything, the decoder
-/// allocates by the stream.
+/// Reads the header of the codestream, which is its second marker. The boxes around it do not matter:
+/// the decoder allocates by the codestream.
 std::optional<QSize> jpeg2000Size(QByteArrayView data) {
     const QByteArrayView header = data.first(std::min<qsizetype>(data.size(), 64 << 10));
     const qsizetype at = header.indexOf(jpeg2000Stream);
@@ -109,8 +109,8 @@ QImage read(QByteArrayView data, const char* format) {
     return image;
 }
 
-/// Unpacks planes that follow one another: a byte below 128 copies that many and one more, another
-/// repeats the byte after it. False when the data ends before the planes are full.
+/// Unpacks consecutive planes: a byte n below 128 is followed by n + 1 literal bytes, any other repeats
+/// the byte after it. False if the data ends early.
 bool unpackPlanes(QByteArrayView data, QByteArray& planes) {
     const auto* in = reinterpret_cast<const uchar*>(data.data());
     const uchar* const end = in + data.size();
@@ -135,7 +135,7 @@ bool unpackPlanes(QByteArrayView data, QByteArray& planes) {
     return true;
 }
 
-/// Puts planes together: `alpha` may be null for an opaque image.
+/// Combines planes; `alpha` is null for an opaque image.
 QImage fromPlanes(int side, const char* alpha, const char* red, const char* green, const char* blue) {
     QImage image(side, side, QImage::Format_ARGB32);
     for (int y = 0, i = 0; y < side; ++y) {
@@ -160,7 +160,7 @@ QImage decodeArgb(const IcnsFile::Entry& entry) {
 QImage decodeRunLengthRgb(const IcnsFile::Entry& entry) {
     const qsizetype plane = static_cast<qsizetype>(entry.side) * entry.side;
     QByteArrayView data = entry.data;
-    if (entry.type == fourCharacters("it32")) { // four bytes of nothing come first
+    if (entry.type == fourCharacters("it32")) { // begins with four zero bytes
         if (data.size() < 4)
             return {};
         data = data.sliced(4);
@@ -173,7 +173,7 @@ QImage decodeRunLengthRgb(const IcnsFile::Entry& entry) {
                       first + plane, first + 2 * plane);
 }
 
-/// What an entry of an image type holds; nothing when that is no image, or too large a one.
+/// Parses an image entry; nullopt if it is not an image, or too large.
 std::optional<IcnsFile::Entry> imageEntry(const ImageType& type, QByteArrayView data) {
     IcnsFile::Entry entry{.type = type.type, .side = type.side, .data = data};
     std::optional<QSize> size;
@@ -260,8 +260,8 @@ QImage IcnsFile::image(int wantedSide) const {
     QList<const Entry*> order;
     for (const Entry& entry : _entries)
         order.append(&entry);
-    // Large enough ones first, from the smallest up; then the others, from the largest down. Of one
-    // size those with true transparency before run-length RGB, which older systems fall back to.
+    // Large enough ones first, in ascending order; then the others, in descending order. Of the same
+    // size, those with an alpha channel come before run-length RGB, the fallback for older systems.
     const auto rank = [wantedSide](const Entry* entry) {
         const bool isTooSmall = entry->side < wantedSide;
         return std::tuple(isTooSmall, isTooSmall ? -entry->side : entry->side,

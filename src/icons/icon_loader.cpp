@@ -9,7 +9,7 @@
 namespace tessellar {
 
 namespace {
-/// What an entry without an image counts, so that their number is bounded as well.
+/// The cost of an entry without an image, so that their number is bounded, too.
 constexpr qsizetype emptyCost = 256;
 qsizetype costOf(const QImage& image) { return image.isNull() ? emptyCost : image.sizeInBytes(); }
 } // namespace
@@ -36,8 +36,7 @@ void IconLoader::request(Requests requests, int side) {
         return entry.second.side != _side || !(entry.second.isOfRest || near.contains(entry.first));
     });
 
-    // What is looked up last is pushed out last: the visible page goes to the front of the cache after
-    // its neighbours.
+    // Refreshes the cache's order: the visible page is evicted last, its neighbours just before it.
     for (const auto* list : {&_requests.neighbours, &_requests.visible})
         for (const IconRequest& request : *list)
             (void)_cache.object(request.appKey);
@@ -74,7 +73,7 @@ void IconLoader::start(const IconRequest& request, bool isOfRest) {
 }
 
 void IconLoader::startRest() {
-    // Few at a time: what the user turns to next is not to wait behind a long queue.
+    // Few at a time, so that the page that the user turns to next does not queue behind them.
     const std::size_t few = std::size_t(2) * _workers.threadCount(Lane::decoding);
     const qsizetype bytes = qsizetype(4) * _side * _side;
     while (_requests.rest && _running.size() < few) {
