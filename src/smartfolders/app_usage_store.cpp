@@ -18,7 +18,7 @@ struct UsageDocument {
     static constexpr qint64 supportedVersion = AppUsageStore::supportedVersion;
     qint64 version = supportedVersion;
     bool isComplete = true;
-    std::optional<Instant> since; ///< not in older files
+    std::optional<Instant> since; ///< absent in older files
     UsageRecords records;
 };
 
@@ -96,11 +96,11 @@ void AppUsageStore::load() {
     }
 }
 
-/// From now on the records are whole again.
+/// Records the loss of data: the history is complete only from now on.
 void AppUsageStore::lose() {
     _isComplete = false;
     _since = _machine.clock.now();
-    _isChanged = true; // so that the loss is remembered
+    _isChanged = true; // so that the loss is saved
 }
 
 void AppUsageStore::forget() {
@@ -113,7 +113,7 @@ void AppUsageStore::forget() {
 bool AppUsageStore::isOld() const { return _machine.clock.now() - _since >= completeAfter; }
 
 bool AppUsageStore::changeKeys(const QHash<QString, QString>& changedKeys) {
-    // All leave before any arrives: one may take the key of another that goes on.
+    // Remove all before inserting any: a new key may be another record's old key.
     QList<std::pair<QString, AppUsage>> moved;
     for (auto it = changedKeys.cbegin(); it != changedKeys.cend(); ++it)
         if (const auto found = _records.constFind(it.key());
@@ -149,7 +149,8 @@ AppUsage* AppUsageStore::record(const QString& appKey, Instant now) {
 
 bool AppUsageStore::recordSeen(const QStringList& appKeys) {
     const qsizetype before = _records.size();
-    const Instant now = _machine.clock.now(); // one for all: what was seen together sorts by name
+    const Instant now = _machine.clock.now(); // one time for all: applications seen together sort by
+                                              // name
     for (const QString& key : appKeys)
         record(key, now);
     const bool isNew = _records.size() > before;
@@ -171,7 +172,7 @@ void AppUsageStore::recordLaunch(const QString& appKey) {
 void AppUsageStore::makeRoom() {
     if (_records.size() <= maximumRecords)
         return;
-    // A tenth at once, so that the next ones do not sort again.
+    // Drops a tenth at once, so that the next calls need not sort again.
     std::vector<std::pair<Instant, QString>> byUse;
     for (auto it = _records.cbegin(); it != _records.cend(); ++it)
         byUse.emplace_back(it->lastUsed.value_or(it->firstSeen), it.key());

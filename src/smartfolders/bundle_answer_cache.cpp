@@ -6,7 +6,7 @@ namespace tessellar {
 
 namespace {
 
-/// Of one bundle. An empty list or an empty signature: the tool had nothing to say.
+/// One bundle's answers. An empty list or signature means that the tool gave no answer.
 struct Record {
     QString fingerprint;
     std::optional<QStringList> architectures;

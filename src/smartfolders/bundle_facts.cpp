@@ -12,8 +12,8 @@ namespace tessellar {
 
 namespace {
 
-/// By the bundle; nothing where only the update channels themselves can tell and `channelsArePending`,
-/// for what declares a feed may have been installed by another.
+/// The channel as the bundle tells it; nullopt if `channelsArePending` and only the update channels can
+/// tell: what contains a Sparkle feed may have been installed by Homebrew.
 std::optional<SmartFolderDistributionChannel>
 channel(const AppEntry& app, const BundleFindings& findings, bool channelsArePending) {
     using enum SmartFolderDistributionChannel;
@@ -110,7 +110,7 @@ SmartFolderApplicationLocation SmartFolderFactsCatalog::location(const AppEntry&
 // ---- the system's own record
 
 std::optional<Instant> lastUsedBySystem(const FileSystem& files, const QString& bundle) {
-    // Seconds and nanoseconds since 1970, eight bytes each, the lowest first.
+    // Seconds and nanoseconds since 1970, eight bytes each, little-endian.
     constexpr qsizetype length = 16;
     const auto value = extendedAttribute(files, bundle, "com.apple.lastuseddate#PS", length);
     if (!value || value->size() != length)

@@ -9,7 +9,7 @@ namespace {
 
 using Permission = SmartFolderPermission;
 
-/// The keys by which an application says what it will ask for, and why.
+/// The keys by which an application declares a permission, with the reason.
 const std::array permissionKeys = std::to_array<std::pair<Permission, const char*>>({
     {Permission::camera, "NSCameraUsageDescription"},
     {Permission::microphone, "NSMicrophoneUsageDescription"},
@@ -35,7 +35,7 @@ const std::array permissionKeys = std::to_array<std::pair<Permission, const char
     {Permission::documents, "NSDocumentsFolderUsageDescription"},
 });
 
-/// In the order of the vocabulary, each once.
+/// In the vocabulary's order, without duplicates.
 QList<Permission> declaredPermissions(const PropertyValue& info) {
     QList<Permission> result;
     for (const auto& [permission, key] : permissionKeys) {

@@ -9,7 +9,7 @@ namespace {
 constexpr int timeoutsBeforeGivingUp = 3;
 constexpr std::uint64_t maximumToolOutput = 64u << 10;
 constexpr qsizetype maximumArchitectures = 16;
-/// A certificate of one's own may name anything, and what it names is kept.
+/// Self-signed certificates may contain any name, and names are kept in the cache.
 constexpr qsizetype longestName = 500;
 
 } // namespace
@@ -70,12 +70,12 @@ std::optional<ToolAnswer<CommandResult>> BundleTools::run(Tool& tool, QList<QByt
     using Outcome = CommandResult::Outcome;
     if (!tool.isUsable() || stop.stop_requested())
         return std::nullopt;
-    // The tool follows links on the host; here they have to lead inside the root.
+    // The tool follows links on the host; here they must stay within the root.
     const auto resolved = _machine.files.resolved(path);
     if (!resolved)
         return ToolAnswer<CommandResult>();
     arguments.append(_machine.files.hostPath(*resolved));
-    // A line break in a path would let a bundle write lines of its own into the output.
+    // A line break in a path would let a bundle forge lines of the output.
     if (arguments.last().contains('\n') || arguments.last().contains('\r'))
         return ToolAnswer<CommandResult>();
     CommandResult result = _machine.commands.run({.executable = _machine.files.hostPath(tool.path),
@@ -126,7 +126,7 @@ std::optional<CodeFindings> BundleTools::code(const QString& bundlePath, std::st
     if (!shown || !shown->findings)
         return std::nullopt;
     CodeFindings found = parseCode(*shown->findings);
-    // A ticket need not be kept with the bundle.
+    // A notarization ticket need not be stapled to the bundle.
     if (found.signature != CodeSignature::developerId || found.isNotarized)
         return found;
     const auto assessed =

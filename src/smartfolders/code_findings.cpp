@@ -11,25 +11,25 @@ struct Line {
     CodeSignature signature;
 };
 
-/// By the first authority that the signature names.
+/// The first authority in the signature decides.
 constexpr std::array authorities{
     Line{"Signature=adhoc", CodeSignature::adHoc},
     Line{"Authority=Developer ID Application: ", CodeSignature::developerId},
     Line{"Authority=Apple Mac OS Application Signing", CodeSignature::appStore},
     Line{"Authority=Software Signing", CodeSignature::apple}, Line{"Authority=", CodeSignature::other}};
 
-/// Whether the flags of a code directory, "flags=0x10002(adhoc,runtime)", have a word.
+/// True if a code directory's flags contain a word, as in "flags=0x10002(adhoc,runtime)".
 bool hasFlag(const QByteArray& line, const QByteArray& flag) {
     const qsizetype flags = line.indexOf("flags=");
     const qsizetype open = flags < 0 ? -1 : line.indexOf('(', flags);
     const qsizetype blank = line.indexOf(' ', flags);
-    // Without flags there is no list, and the next one is of something else.
+    // Without flags there is no list; the next parenthesis belongs to something else.
     if (open < 0 || (blank >= 0 && blank < open))
         return false;
     return line.sliced(open + 1, line.indexOf(')', open) - open - 1).split(',').contains(flag);
 }
 
-/// Nothing where they cannot be read.
+/// nullopt if the entitlements cannot be parsed.
 std::optional<bool> isSandboxed(const QByteArray& entitlements) {
     if (entitlements.trimmed().isEmpty())
         return false;

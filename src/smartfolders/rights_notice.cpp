@@ -18,7 +18,7 @@ const QString years =
     QStringLiteral(R"(\b(?:19|20)\d\d(?:\s*[-–—]\s*(?:(?:19|20)?\d\d|present|now))?\b)");
 const QString punctuation = QStringLiteral(R"([\s.,;:\-–—·•|/&。，]+)");
 
-/// "All rights reserved" as it is written around the world.
+/// "All rights reserved" in various languages.
 const QStringList rightsSentences{
     QStringLiteral("all rights reserved"),
     QStringLiteral("alle rechte vorbehalten"),

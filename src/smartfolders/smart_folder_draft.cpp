@@ -15,7 +15,7 @@ using Operand = SmartFolderOperand;
 constexpr qint64 usualLimit = 25;
 constexpr qsizetype maximumSuggestions = 200;
 
-/// Which instant of a day a date behind a predicate stands for.
+/// Which edge of a day a predicate's date means.
 Edge edgeOf(QStringView predicate, qsizetype operand) {
     return predicate == u"isAfter" || (predicate == u"isBetween" && operand == 1) ? Edge::end
                                                                                   : Edge::start;
@@ -24,7 +24,7 @@ Edge edgeOf(QStringView predicate, qsizetype operand) {
 // ---- words
 
 QString titleOf(const QStringList& words, const QString& word) {
-    // A word of another vocabulary is shown as it is.
+    // Words outside the vocabulary are shown verbatim.
     return words.contains(word) ? smartFolderText(word) : word;
 }
 
@@ -163,7 +163,7 @@ SmartFolderRuleRow SmartFolderDraft::row(qsizetype place) const {
             },
             operand);
     }
-    // Values that do not go together: low and high.
+    // The values are invalid together, for example low and high.
     if (!isOneMarked && !rule.isComplete())
         for (SmartFolderOperandRow& operand : row.operands)
             operand.needsInput = true;
@@ -187,7 +187,7 @@ void SmartFolderDraft::forgetTyped(const SmartFolderRule& rule) {
 void SmartFolderDraft::replace(qsizetype place, SmartFolderRule with) {
     SmartFolderRule& rule = _definition.rules[place];
     forgetTyped(rule);
-    // A day stays the same day, whichever of its edges is compared with.
+    // The day stays the same, whichever of its edges the predicate uses.
     const QList<Operand> operands = operandsOf(with);
     for (qsizetype i = 0; i < operands.size(); ++i)
         if (const auto* instant = std::get_if<Instant>(&operands.at(i)))

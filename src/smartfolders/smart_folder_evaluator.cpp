@@ -11,7 +11,7 @@ namespace {
 
 using namespace predicate;
 
-/// From `low` to `high`; `low` belongs to it, `high` where it says so.
+/// From `low` inclusive to `high`, which is included if it says so.
 struct Range {
     Instant low;
     Instant high;
@@ -34,18 +34,18 @@ constexpr CalendarUnit calendarUnit(SmartFolderRelativeDateUnit unit) {
     return CalendarUnit::month;
 }
 
-/// Turns a predicate into a test of a known, prepared fact. Operands are made ready here, once.
+/// Compiles predicates into tests of known, prepared facts. Operands are prepared once.
 class Tests {
 public:
     Tests(const SmartFolderFactsIndex& index, Instant now, const Calendar& calendar)
         : _index(index), _now(now), _calendar(calendar) {}
 
-    /// Nothing lies within a range that the calendar cannot produce.
+    /// Nothing is within a range that the calendar cannot compute.
     static auto within(std::optional<Range> range) {
         return [range](Instant v) { return range && range->contains(v); };
     }
 
-    // Texts and choices; one fact is compared with one operand, both normalised.
+    // Texts and choices: one fact and one operand, both normalized.
     auto operator()(const IsExactly& p) const {
         return [x = normalized(p.value())](const ComparableText& v) { return v.text == x; };
     }
@@ -146,7 +146,7 @@ public:
         return [x = p.value()](bool v) { return v != x; };
     }
 
-    // No known fact is unknown.
+    // A known fact is never unknown.
     auto operator()(const IsUnknown&) const {
         return [](const auto&) { return false; };
     }
@@ -166,9 +166,9 @@ private:
     const Calendar& _calendar;
 };
 
-/// How one rule judges: a missing fact, and each of its field's values.
+/// One rule's result for pending and missing facts, and for each of its field's values.
 struct Verdicts {
-    std::vector<char> matches; ///< the first two of a pending and a missing fact, then by slot
+    std::vector<char> matches; ///< of a pending and a missing fact, then by slot
     const std::vector<int>* slots = nullptr;
     bool isUndecidedSomewhere = false;
     bool isWaitingSomewhere = false;
@@ -198,9 +198,9 @@ Verdicts judge(const SmartFolderRuleOf<Kind>& rule, const SmartFolderFactsIndex&
     return verdicts;
 }
 
-/// What a definition shows, as places in the index.
+/// The applications that a definition selects, as positions in the index.
 struct Selection {
-    std::vector<int> places; ///< sorted, no more than the limit
+    std::vector<int> places; ///< sorted and limited
     QSet<QUuid> unknownRuleIDs;
     QSet<QUuid> waitingRuleIDs;
 };

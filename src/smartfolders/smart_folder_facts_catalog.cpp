@@ -21,16 +21,16 @@ using Request = SmartFolderFactsCatalog::Request;
 constexpr int maximumAttempts = 3;
 constexpr std::size_t maximumEntries = 20'000;
 
-/// What is remembered of a bundle.
+/// What is known of a bundle.
 struct Entry {
     Fingerprint fingerprint;
     QString infoPath;
-    std::optional<FileStatus> infoStatus; ///< tells without reading that version and build are the same
+    std::optional<FileStatus> infoStatus; ///< if unchanged, version and build need not be read
     BundleFindings findings;
     BundleAnswers answers;
 };
 
-/// The state of a bundle in a few letters, for a file.
+/// A hash of the bundle's state, for the cache file.
 QString textOf(const Entry& entry) {
     const Fingerprint& f = entry.fingerprint;
     QCryptographicHash hash(QCryptographicHash::Sha1);
@@ -63,8 +63,8 @@ std::optional<FileStatus> statusOf(const FileSystem& files, const QString& path)
 
 } // namespace
 
-/// What is remembered, and the two stages. Workers share entries, which never change: a new one takes
-/// the place of the old.
+/// The entries and the two stages. Workers share entries, which are immutable: they are replaced, not
+/// changed.
 class SmartFolderFactsCatalog::State : public std::enable_shared_from_this<State> {
 public:
     State(const Machine& machine, const QString& cachePath)
@@ -75,7 +75,7 @@ public:
                                                   std::move(gathered)));
     }
 
-    /// On the main thread, where results arrive.
+    /// Main thread only, where results are delivered.
     void end() { _isEnding = true; }
 
     std::atomic<quint64> inspectionCount = 0;
@@ -87,7 +87,7 @@ private:
     struct Item {
         EntryPointer entry;
         Record record;
-        std::optional<Instant> lastUsed; ///< as the system knows it; asked anew in each round
+        std::optional<Instant> lastUsed; ///< from the system's record; read again in each round
         bool wasInspected = false;
     };
     struct Round {
@@ -103,9 +103,9 @@ private:
         std::stop_token stop;
         Gathered gathered;
         BundleTools tools;
-        std::mutex mutex; ///< of the records, once the tools are at work
+        std::mutex mutex; ///< guards `items` once the tools are running
         std::vector<Item> items;
-        std::vector<std::size_t> waiting; ///< items for the tools
+        std::vector<std::size_t> waiting; ///< the items that need the tools
         Instant toldAt;
         std::atomic<std::size_t> next = 0;
         std::atomic<std::size_t> working = 0;
@@ -141,7 +141,7 @@ private:
         (this->*stage.begin)(round);
     }
 
-    /// Has some workers take `step` for each of so many places, and the last of them `end` the stage.
+    /// Runs `step` for `count` positions on several workers; the last one to finish calls `end`.
     template <typename Step, typename End>
     void spread(Lane lane, const RoundPointer& round, std::size_t count, Step step, End end) {
         const auto workers = std::clamp<std::size_t>(count, 1, _machine.workers.threadCount(lane));
@@ -207,7 +207,8 @@ private:
             [this, round](std::size_t place, const std::stop_token& stop) {
                 const std::size_t i = round->waiting[place];
                 const AppEntry& app = round->app(i);
-                // A copy: others read the records meanwhile. An earlier request may have asked by now.
+                // A copy, because the records are being read concurrently. An earlier request may have
+                // found the answers.
                 Item item = round->items[i];
                 if (auto entry = known(app.path))
                     item.entry = std::move(entry);
@@ -225,7 +226,7 @@ private:
     }
 
     void endAsking(const RoundPointer& round) {
-        // Whatever no tool has told by now stays unknown.
+        // What the tools have not answered by now is unknown.
         for (const std::size_t i : round->waiting)
             if (round->items[i].record->pending & toolNeeds)
                 round->items[i].record = recordOf(*round, i, {});
@@ -238,7 +239,7 @@ private:
         beginNext(_toolStage);
     }
 
-    /// What tools have to be asked for, and can be.
+    /// What the tools need to be asked for, and can answer.
     static SmartFolderNeeds wanted(const Round& round, const AppEntry& app, const Entry& entry) {
         const SmartFolderNeeds needs = round.request.needs;
         SmartFolderNeeds result;
@@ -252,7 +253,7 @@ private:
         return result;
     }
 
-    /// The answers with those of the tools that had to be asked; nothing when none gave one.
+    /// The answers, including those of the tools that had to be asked; nullopt if none is new.
     static std::optional<BundleAnswers> asked(Round& round, const AppEntry& app, const Entry& entry,
                                               const std::stop_token& stop) {
         const SmartFolderNeeds needs = wanted(round, app, entry);
@@ -266,8 +267,8 @@ private:
 
     // ---- entries
 
-    /// Brings an item's entry up to date, with what `ask` adds to it; once more when the bundle changed
-    /// meanwhile. One that never rests is left to another time.
+    /// Updates an item's entry and adds what `ask` returns; repeated if the bundle changed meanwhile.
+    /// Gives up on a bundle that keeps changing, until the next round.
     template <typename Ask>
     void settle(Item& item, const AppEntry& app, Ask ask, const std::stop_token& stop) {
         for (int attempt = 0; attempt < maximumAttempts && !stop.stop_requested(); ++attempt) {
@@ -288,11 +289,11 @@ private:
             item.entry = std::make_shared<const Entry>();
     }
 
-    /// Looks whether the entry is still right, and reads the bundle where it is not; true when it did.
+    /// Rereads the bundle if the entry is outdated; returns whether it was.
     bool refresh(EntryPointer& entry, const AppEntry& app) {
         const FileSystem& files = _machine.files;
-        // All that is compared later is asked before the bundle is read: what changes meanwhile differs
-        // then.
+        // All that is compared later is queried before the bundle is read, so that a concurrent change
+        // shows up as a difference.
         const QString infoPath =
             entry ? entry->infoPath : app.path + QStringLiteral("/Contents/Info.plist");
         auto infoStatus = statusOf(files, infoPath);
@@ -339,7 +340,8 @@ private:
         return found == _entries.end() ? nullptr : found->second.entry;
     }
 
-    /// The entry that is remembered now: with the answers that another round has found meanwhile.
+    /// Stores the entry, merged with the answers that another round has found meanwhile, and returns
+    /// it.
     EntryPointer remember(const QString& path, EntryPointer entry) {
         {
             const std::lock_guard lock(_mutex);
@@ -370,7 +372,7 @@ private:
 
     // ---- records
 
-    /// The record that was given out last, where nothing in it has changed.
+    /// Reuses the last record if nothing has changed.
     Record recordOf(const Round& round, std::size_t i, SmartFolderNeeds pending) {
         const AppEntry& app = round.app(i);
         const Item& item = round.items[i];
@@ -383,7 +385,7 @@ private:
         return last;
     }
 
-    /// Posts the records of all items.
+    /// Posts the records of all items to the main thread.
     void tell(Round& round, bool isComplete) {
         SmartFolderFactsList records;
         records.reserve(static_cast<qsizetype>(round.items.size()));
@@ -399,18 +401,18 @@ private:
             drop(round);
     }
 
-    /// Who asked may hold what only the main thread may touch, and let go of.
+    /// Destroys the callback on the main thread: its captures may belong there.
     void drop(Round& round) {
         _machine.workers.mailbox().post([gathered = std::move(round.gathered)] {});
     }
 
     struct Known {
         EntryPointer entry;
-        Record record; ///< the last one that was given out
+        Record record; ///< the last one delivered
     };
 
     const Machine& _machine;
-    std::mutex _mutex; ///< of the stages' queues and of the entries
+    std::mutex _mutex; ///< guards the stages' queues and the entries
     Stage _fileStage{&State::readBundles};
     Stage _toolStage{&State::askTools};
     std::unordered_map<QString, Known> _entries; ///< by path

@@ -27,7 +27,7 @@ SmartFolderComparable<Kind> prepared(const typename Kind::Fact& fact,
     }
 }
 
-/// Whether equal facts share a slot. Dates and counts are told apart sooner than looked up.
+/// Whether equal facts share a slot. Dates and counts mostly differ, so looking them up does not pay.
 template <typename Kind>
 constexpr bool isInterned =
     !std::same_as<Kind, SmartFolderDateKind> && !std::same_as<Kind, SmartFolderNumberKind>;
@@ -44,8 +44,8 @@ std::size_t hashOf(const QStringList& fact) {
     return hash;
 }
 
-/// Finds equal facts again. Its keys are the facts that are kept already; QHash, which holds them once
-/// more and hashes by rounds of AES, took a quarter of an index's time.
+/// Deduplicates facts. Its keys are the facts that are stored already; QHash, which would copy them and
+/// hashes with AES, took a quarter of the time of building an index.
 template <typename Fact>
 class Interner {
 public:
@@ -73,10 +73,10 @@ private:
     };
 
     QList<Fact>& _facts;
-    std::vector<Place> _places; ///< at least half of them free
+    std::vector<Place> _places; ///< at least half of them are free
 };
 
-/// The first bytes of a key as one number that orders as they do: most comparisons end there.
+/// The first bytes of a key as a number with the same order: it decides most comparisons.
 quint64 prefix(const QByteArray& key) {
     quint64 result = 0;
     for (qsizetype i = 0; i < 8; ++i)
@@ -90,7 +90,7 @@ quint64 prefix(const std::u16string& key) {
     return result;
 }
 
-/// The rank of each key, equal ones the same.
+/// The rank of each key; equal keys have the same rank.
 template <typename Key>
 std::vector<double> ranks(const std::vector<Key>& keys) {
     struct Item {
@@ -125,7 +125,7 @@ std::u16string SmartFolderFactsIndex::versionSortKey(QStringView version) {
             key += version[i++].unicode();
             continue;
         }
-        // A run of digits becomes a zero, the length of its value and the value.
+        // A run of digits becomes a zero, its length and its value, without leading zeros.
         while (i < version.size() && version[i] == u'0')
             ++i;
         qsizetype length = 0;
@@ -189,7 +189,7 @@ template auto SmartFolderFactsIndex::column(SmartFolderDateField) const
 template auto SmartFolderFactsIndex::column(SmartFolderBooleanField) const
     -> const Column<SmartFolderBooleanKind>&;
 
-/// What the different facts of a field sort by; of a text, its rank among them.
+/// The sort values of a field's distinct facts; for texts, the rank.
 template <typename Kind>
 std::vector<double> SmartFolderFactsIndex::magnitudes(SmartFolderField<Kind> field) const {
     const Column<Kind>& column = this->column(field);
@@ -212,7 +212,8 @@ std::vector<double> SmartFolderFactsIndex::magnitudes(SmartFolderField<Kind> fie
     }
 }
 
-/// Other texts are mostly the names again, whose keys are there, unless it is they that are made.
+/// Most other texts equal the name, whose key is reused, unless the name keys themselves are being
+/// built.
 std::vector<QByteArray>
 SmartFolderFactsIndex::looseSortKeys(const Column<SmartFolderTextKind>& column,
                                      const std::vector<QByteArray>& nameKeys) const {
@@ -266,7 +267,7 @@ auto SmartFolderFactsIndex::bothOrders(SmartFolderField<Kind> source) const -> O
     const bool isName = std::same_as<Kind, SmartFolderTextKind> && source.rawValue() == u"displayName";
     const std::vector<double> values = isName ? names().ranks : magnitudes(source);
 
-    // By name and key first; a stable sort by the value then leaves ties as they are.
+    // In the order of names first, which the stable sort by value keeps for ties.
     struct Item {
         double magnitude;
         int place;
@@ -288,7 +289,7 @@ auto SmartFolderFactsIndex::bothOrders(SmartFolderField<Kind> source) const -> O
     auto& [ascending, descending] = orders;
     for (const Item& item : known)
         ascending.push_back(item.place);
-    // Descending turns the values around, but not those that are equal.
+    // Descending reverses the values, but not the order of ties.
     for (auto end = known.cend(); end != known.cbegin();) {
         auto begin = end - 1;
         while (begin != known.cbegin() && (begin - 1)->magnitude == begin->magnitude)

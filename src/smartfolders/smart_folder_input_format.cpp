@@ -66,7 +66,7 @@ std::optional<Instant> SmartFolderInputFormat::instant(QDate day, Edge edge) con
 }
 
 QString SmartFolderInputFormat::dayFormat() const {
-    // With the whole year: two digits of one do not say the century.
+    // With four digits of the year: two are ambiguous.
     QString format = _locale.dateFormat(QLocale::ShortFormat);
     return format.contains(u"yyyy") ? format : format.replace(u"yy"_qs, u"yyyy"_qs);
 }
@@ -83,14 +83,14 @@ QString SmartFolderInputFormat::text(Instant instant, Edge edge) const {
 std::optional<Instant> SmartFolderInputFormat::instant(const QString& text, Edge edge) const {
     const QString typed = text.simplified();
     const QString iso = QStringLiteral("yyyy-M-d");
-    // Noughts may be left out.
+    // Leading zeros are optional.
     QString own = dayFormat();
     if (!own.contains(u"MMM") && !own.contains(u"ddd"))
         own.replace(u"dd"_qs, u"d"_qs).replace(u"MM"_qs, u"M"_qs);
     for (const QString& format : {own, iso})
         if (const QDate day = _locale.toDate(typed, format); day.isValid() && day.year() >= 1000)
             return instant(day, edge);
-    // As the language writes it, the century left out.
+    // In the locale's format with a two-digit year.
     if (QDate day = _locale.toDate(typed, QString(own).replace(u"yyyy"_qs, u"yy"_qs)); day.isValid())
         return instant(day.year() < 1970 ? day.addYears(100) : day, edge);
     const QString clock = _locale.timeFormat(QLocale::ShortFormat);

@@ -13,7 +13,7 @@ struct Overloaded : Calls... {
 
 bool isBlank(const QString& text) { return trimmed(text).isEmpty(); }
 
-// One answer for each case of a predicate, whatever kind of rule has it.
+// One answer for each case of a predicate, whatever kind of rule contains it.
 const Overloaded completeness{
     [](const predicate::IsAnyOf& p) {
         return !p.value().isEmpty() && std::ranges::none_of(p.value(), isBlank);

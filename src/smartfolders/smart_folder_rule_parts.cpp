@@ -14,7 +14,7 @@ constexpr qint64 usualAmount = 7;
 template <typename Rule>
 using KindOf = typename Rule::Kind;
 
-/// What is behind a predicate that has just been chosen.
+/// Initial operands of a newly chosen predicate.
 struct Beginning {
     QStringList words;
     Instant today;
@@ -34,7 +34,7 @@ struct Beginning {
     }
 };
 
-/// A value of this type from what stood there before: at the same place, else the last one.
+/// Carries over an old operand of this type: the one at the same position, else the last.
 template <typename T>
 std::optional<T> carriedOver(const QList<Operand>& before, std::size_t place) {
     if (before.isEmpty())
@@ -51,7 +51,7 @@ std::optional<T> carriedOver(const QList<Operand>& before, std::size_t place) {
     return std::nullopt;
 }
 
-/// The case of this name; nothing when the predicate has none.
+/// The predicate's case with this name; nullopt if there is none.
 template <typename Predicate>
 std::optional<Predicate> predicateNamed(QStringView name, const QList<Operand>& before,
                                         const Beginning& beginning) {
@@ -75,7 +75,7 @@ std::optional<Predicate> predicateNamed(QStringView name, const QList<Operand>& 
     return result;
 }
 
-/// Of a kind of rule, the predicate to begin with: what is asked most, else the first.
+/// The initial predicate for a kind of rule: the most common one, else the first.
 template <typename Predicate>
 QString usualPredicate() {
     for (const char* name : json::caseNames<Predicate>())
@@ -85,7 +85,7 @@ QString usualPredicate() {
     return QLatin1StringView(json::caseNames<Predicate>()[0]);
 }
 
-/// Calls `visit` with an empty rule of each kind, in the order of the vocabulary.
+/// Calls `visit` with an empty rule of each kind, in the vocabulary's order.
 template <typename Visit>
 void forEachKind(Visit visit) {
     [&]<std::size_t... I>(std::index_sequence<I...>) {
@@ -185,7 +185,7 @@ SmartFolderRule withField(const SmartFolderRule& before, const QString& name, In
         rule.id = before.id();
         rule.field = *field;
         const Beginning beginning{wordsOf(rule), today};
-        // Another field's texts and numbers may serve; its words do not.
+        // Texts and numbers may suit another field; words do not.
         const bool isAlike = std::holds_alternative<Rule>(before.value()) && beginning.words.isEmpty();
         const QList<Operand> operands = isAlike ? operandsOf(before) : QList<Operand>();
         using Predicate = decltype(rule.predicate);

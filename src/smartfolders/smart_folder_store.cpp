@@ -8,7 +8,7 @@ namespace {
 
 const QString quarantinePrefix = QStringLiteral("computed-folders.corrupt");
 
-/// Read before the definitions, whose form it decides.
+/// Decoded first, because it decides the format of the definitions.
 struct Version {
     qint64 version = 0;
 };
@@ -111,19 +111,19 @@ SmartFolderStore::check(const QList<SmartFolderDefinition>& definitions) {
 SmartFolderStore::LoadResult SmartFolderStore::load() {
     auto bytes = _registry.read();
     if (!bytes)
-        bytes = _registry.read(); // what passes at once is no reason to move it
+        bytes = _registry.read(); // once more: a transient error is no reason to quarantine it
     if (bytes && !*bytes)
         return loadWithoutRegistry();
     auto definitions = bytes ? decode(**bytes) : std::unexpected(Error(bytes.error()));
     if (!definitions) {
         _writeBlocked = true;
-        // Where it cannot be moved it stays as it is, unread and unwritten.
+        // If it cannot be moved, it is left in place, and writing stays blocked.
         (void)quarantine();
         return Failed{definitions.error()};
     }
     _writeBlocked = false;
     step();
-    (void)_files.remove(markerPath()); // what is left of it blocks nothing while the registry stands
+    (void)_files.remove(markerPath()); // a leftover marker does no harm while the registry exists
     return Loaded{*std::move(definitions)};
 }
 
@@ -132,7 +132,7 @@ SmartFolderStore::LoadResult SmartFolderStore::loadWithoutRegistry() {
     _writeBlocked = marker || marker.error().code != FileError::Code::notFound;
     if (!_writeBlocked)
         return Missing();
-    // A damaged marker, too, says that a registry was moved.
+    // Even a damaged marker means that a registry was quarantined.
     if (const auto path = markedPath())
         _lastQuarantinedPath = path;
     return Failed{StoreError(RecoveryRequired())};
@@ -187,7 +187,7 @@ SmartFolderStore::save(const QList<SmartFolderDefinition>& definitions) {
 }
 
 SmartFolderStore::LoadResult SmartFolderStore::recover(SmartFolderRecovery how) {
-    // A registry that stands is the first to be tried; one that cannot be moved stays the last word.
+    // An existing registry is tried first; if it cannot be quarantined, its error is final.
     LoadResult result = load();
     if (!_writeBlocked || registryExists())
         return result;

@@ -12,7 +12,7 @@ namespace {
 struct WordText {
     const char* word;
     const char* text;
-    const char* comment = nullptr; ///< for translators, where the text alone does not say what it means
+    const char* comment = nullptr; ///< for translators, if the text alone is ambiguous
 };
 
 constexpr std::array texts = std::to_array<WordText>({
