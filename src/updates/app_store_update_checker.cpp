@@ -14,10 +14,10 @@ namespace tessellar {
 constexpr qsizetype longestNotes = 1'000;
 constexpr qsizetype longestIdentifier = 500;
 constexpr qsizetype mostDevices = 1'000;
-/// Spotlight may come to know later what it does not know of yet.
+/// Spotlight may not have indexed it yet, so an unknown item is asked about again after this time.
 constexpr std::chrono::hours unknownFor{12};
 
-// ---- which item an application is
+// ---- the application's store item
 
 std::optional<qint64> storeItemIdentifier(const QByteArray& spotlightAnswer) {
     QByteArray text = spotlightAnswer.trimmed();
@@ -31,8 +31,8 @@ std::optional<qint64> storeItemIdentifier(const QByteArray& spotlightAnswer) {
     return isNumber && number > 0 ? std::optional(number) : std::nullopt;
 }
 
-/// Asks the Mac's own tool about one bundle after the other, in its lane. Once it does not answer in
-/// time, it is not asked about the rest.
+/// Asks the Mac's own tool about one bundle after another, in its lane. After a timeout it is not asked
+/// about the rest.
 class AppStoreUpdateChecker::Discovery final : public AppUpdateWork {
 public:
     Discovery(AppStoreUpdateChecker& checker, QList<AppUpdateCandidate> unknown, Findings findings)
@@ -44,7 +44,7 @@ public:
 
 private:
     struct Answer {
-        std::optional<StoreItem> item; ///< none where the tool failed
+        std::optional<StoreItem> item; ///< nullopt if the tool failed
         bool isTimedOut = false;
     };
 
@@ -130,7 +130,7 @@ AppStoreUpdateChecker::channel(const AppUpdateCandidate& candidate) const {
     return MacAppStoreChannel{*known->identifier};
 }
 
-// ---- what the store says of it
+// ---- the store's answer
 
 template <typename Value>
 static std::optional<QString> textOf(const Value& value, qsizetype longest) {
@@ -152,7 +152,7 @@ firstCatalogItem(const QByteArray& answer) {
                      .bundleId = textOf(first.value(u"bundleId"), longestIdentifier),
                      .releaseNotes = textOf(first.value(u"releaseNotes"), longestNotes),
                      .trackViewUrl = textOf(first.value(u"trackViewUrl"), longestIdentifier)};
-    // A version that is none must not read as "nothing newer".
+    // A malformed version must not pass for "nothing newer".
     if (const QJsonValue version = first.value(u"version");
         !item.version && !trimmed(version.toString()).isEmpty())
         return std::unexpected(AppUpdateReason::Code::notUnderstood);
@@ -178,8 +178,8 @@ AppUpdateVerdict AppStoreUpdateChecker::verdict(const std::optional<CatalogItem>
         const auto isMac = [](const QString& device) {
             return device.contains(u"MacDesktop", Qt::CaseInsensitive);
         };
-        // A listing without a Mac says nothing of a Mac's build, and one that is shared between a Mac
-        // and other devices may give the other devices' version: neither is trusted.
+        // A listing without a Mac says nothing about a Mac's build, and one shared by a Mac and other
+        // devices may give the other devices' version: neither is trusted.
         if (std::ranges::none_of(*item->supportedDevices, isMac))
             return AppUpdateVerdict::unsupported(noMacListing);
         if (!std::ranges::all_of(*item->supportedDevices, isMac))

@@ -87,7 +87,7 @@ namespace {
 struct PhaseText {
     Phase phase;
     const char* sentence;
-    const char* word; ///< in place of "Updating…"
+    const char* word; ///< instead of "Updating…"
 };
 
 constexpr PhaseText phaseTexts[] = {

@@ -5,7 +5,7 @@
 
 namespace tessellar {
 
-/// A bundle's own words on its version are shown and kept, and longer than any real one is.
+/// Versions come from bundles and are shown and stored. No real one is longer.
 constexpr qsizetype longestInstalledVersion = 100;
 
 bool hasStoreReceipt(const FileSystem& files, const QString& bundlePath) {

@@ -30,7 +30,7 @@ AppUpdateInspection::AppUpdateInspection(Machine& machine, const QList<AppEntry>
             }));
 }
 
-/// What one checker says to the check.
+/// Passes one checker's findings to the check.
 class AppUpdateCheck::Findings final : public AppUpdateFindings {
 public:
     Findings(std::weak_ptr<AppUpdateCheck*> check, std::size_t checker)
@@ -53,8 +53,8 @@ public:
     }
 
 private:
-    /// Null once it is gone. Its token is let go of at once: what it is told may destroy it, and it
-    /// looks at the token to see that.
+    /// Null once the check is destroyed. Does not keep the token: a notification may destroy the check,
+    /// which watches the token to notice.
     AppUpdateCheck* check() const {
         const auto alive = _check.lock();
         return alive ? *alive : nullptr;
@@ -95,8 +95,8 @@ void AppUpdateCheck::begin(const QList<AppUpdateCandidate>& candidates) {
     reassign();
 }
 
-/// A full check asks all tools anew; another one those that its own applications need, and those that
-/// were never asked, for they may own some of them.
+/// A full check asks all tools; others ask those that their applications need, and those that were
+/// never asked, because they may own some of them.
 bool AppUpdateCheck::isToDiscover(const AppUpdateChecker& checker) const {
     if (_request.isFull() || _request.asksAllTools || _request.channel == checker.kind())
         return true;
@@ -111,7 +111,8 @@ bool AppUpdateCheck::isWanted(const AppUpdateCandidate& candidate) const {
     return !_request.appKeys || _request.appKeys->contains(candidate.appKey);
 }
 
-/// Gives each application to the first checker whose it is, and takes it from the one that had it.
+/// Assigns each application to the first checker that is responsible for it, and takes it away from the
+/// previous one.
 void AppUpdateCheck::assign() {
     std::vector<QList<AppUpdateCandidate>> shares(_checkers.size());
     for (const AppUpdateCandidate& candidate : std::as_const(_candidates)) {
@@ -147,7 +148,7 @@ void AppUpdateCheck::assign() {
     _progress.checked = _assigned.size() - _left.size();
 }
 
-/// In a moment: tools may tell of one application after the other.
+/// Debounced: tools may report one application after another.
 void AppUpdateCheck::learned() {
     if (!_learning.isActive())
         _learning = _machine.scheduler.after(learnDelay, [this] { reassign(); });

@@ -71,7 +71,7 @@ void AppUpdateCoordinator::appsInspected(const QList<AppUpdateCandidate>& inspec
         return;
     if (_isStarted && _interruptedRun)
         _runner.resume(*std::exchange(_interruptedRun, std::nullopt));
-    // Tools are slow. They are asked for newcomers only where they are known to own something.
+    // Tools are slow. They are asked about new applications only if they are known to own any.
     const bool isHomebrewUsed = std::ranges::any_of(
         _candidates, [this](const auto& known) { return _homebrew->channel(known).has_value(); });
     if (!areChannelsKnown() &&
@@ -118,7 +118,7 @@ void AppUpdateCoordinator::channelsAsked() {
     recheckStale();
 }
 
-/// Applications whose record is of another version, or of a checker that has changed.
+/// Rechecks applications whose record is of another version, or of a checker that has changed.
 void AppUpdateCoordinator::recheckStale() {
     if (!_isStarted || !isEnabled() || isChecking())
         return;
@@ -131,7 +131,7 @@ void AppUpdateCoordinator::recheckStale() {
     recheck(stale, {});
 }
 
-/// Beside whatever runs; what another one of these is already asking about, it leaves to it.
+/// Runs concurrently with other checks, but skips what another recheck is already checking.
 void AppUpdateCoordinator::recheck(const QStringList& appKeys, std::function<void()> done) {
     QStringList wanted = appKeys;
     if (!done)
@@ -178,7 +178,7 @@ void AppUpdateCoordinator::networkReturned() {
 void AppUpdateCoordinator::schedule() {
     _scheduleTask.cancel();
     _settings = readAppUpdateSettings(_machine.settings);
-    // A full check that runs begins the schedule anew at its end.
+    // A running full check reschedules when it ends.
     const Running* running = shown();
     if (!_isStarted || !_settings.enabled || !_areAppsInspected ||
         (running && running->check->request().isFull()))
@@ -189,14 +189,14 @@ void AppUpdateCoordinator::schedule() {
     };
     auto wait = left(_cache.lastCheck);
     if (!(wait.count() > 0))
-        wait = left(_cancelledAt); // whoever cancels a check does not want it at once again
+        wait = left(_cancelledAt); // whoever cancelled a check does not want it again at once
     if (_retryAt) {
         const auto pause = *_retryAt - now;
         wait = wait.count() > 0 ? std::min<std::chrono::duration<double>>(wait, pause) : pause;
     }
     if (!(wait.count() > 0))
         return checkDue();
-    // Timers stand still while the machine sleeps; the clock is looked at again before long.
+    // Timers stop while the machine sleeps, so the clock is checked again within the hour.
     constexpr std::chrono::duration<double> hop = std::chrono::hours(1);
     _scheduleTask = _machine.scheduler.after(std::chrono::ceil<milliseconds>(std::min(wait, hop)),
                                              [this, isLast = wait <= hop] {
@@ -211,14 +211,14 @@ void AppUpdateCoordinator::checkDue() {
     const bool isRetry = _retryAt && _cache.lastCheck &&
                          _settings.period() - (_machine.clock.now() - *_cache.lastCheck) >
                              std::chrono::duration<double>::zero();
-    if (isRetry) // the interval is not over
+    if (isRetry) // the interval has not passed
         return retry();
     _isCheckDue = isChecking();
     if (!_isCheckDue)
         (void)check();
 }
 
-/// Only what failed: the applications, and the channels whose tools did.
+/// Retries only what failed: the applications, and the channels whose tools did.
 void AppUpdateCoordinator::retry() {
     _retryAt.reset();
     const auto left = std::make_shared<qsizetype>(_cache.problems.size() + 1);
@@ -244,7 +244,7 @@ QStringList AppUpdateCoordinator::transientlyFailed() const {
     return failed;
 }
 
-/// After a short, growing pause, not a whole interval.
+/// With increasing delays, much shorter than the regular interval.
 void AppUpdateCoordinator::planRetry() {
     using std::chrono::minutes;
     static constexpr std::array pauses{minutes(1), minutes(5), minutes(15), minutes(60), minutes(180)};
@@ -330,7 +330,7 @@ void AppUpdateCoordinator::found(AppUpdateCheck& check, const AppUpdateCandidate
     const auto running = runningOf(check);
     const QString& appKey = checked.appKey;
     const AppUpdateCandidate* known = candidate(appKey);
-    // It may have left meanwhile, or been updated: then it is checked again anyway.
+    // If it was removed or updated meanwhile, it is checked again anyway.
     if (running == _running.end() || !known || !known->isSameRelease(checked))
         return;
     AppUpdateRecord record{.status = verdict.status,
@@ -363,7 +363,7 @@ void AppUpdateCoordinator::ended(AppUpdateCheck& check) {
 }
 
 void AppUpdateCoordinator::end(RunningChecks::iterator place, bool completed) {
-    RunningChecks over; // out of the list before anything is told
+    RunningChecks over; // removed from the list before anyone is notified
     over.splice(over.begin(), _running, place);
     const Running& running = over.front();
     const AppUpdateCheckRequest request = running.check->request();
@@ -380,26 +380,26 @@ void AppUpdateCoordinator::end(RunningChecks::iterator place, bool completed) {
                 _cache.problems.append(problem);
     }
     if (completed && request.isFull()) {
-        // What is not there now may only be out of sight.
+        // Applications that are not there now may only be out of sight.
         static constexpr std::chrono::duration<double> patience = std::chrono::days(90);
         _cache.records.removeIf([this](const auto& entry) {
             return !_candidates.contains(entry.key()) &&
                    _machine.clock.now() - entry.value().checkedAt > patience;
         });
-        // A check that came to nothing is none: the next one does not wait for an interval.
+        // A check without any answer does not count: the next one need not wait for the interval.
         refreshStatuses();
         const qsizetype answered = _tally.upToDate + _tally.unsupported +
                                    (_tally.failed > 0 ? 0 : _tally.available + _tally.held);
         const bool wasUseless = answered == 0 && (_tally.failed > 0 || !_cache.problems.isEmpty());
         planRetry();
-        // What will not pass is not asked for again before the interval is over.
+        // Permanent errors are not retried before the interval has passed.
         if (!wasUseless || !_retryAt)
             _cache.lastCheck = _machine.clock.now();
     }
     keepChannels();
     askForSave();
     const auto alive = _lifetime.watch();
-    if (running.done) // who waits for the end sees then what came of it
+    if (running.done) // whoever waits for the end must see the results
         _publishThrottleTask.cancel();
     publish();
     if (running.isShown && !alive.expired())
@@ -413,7 +413,7 @@ void AppUpdateCoordinator::end(RunningChecks::iterator place, bool completed) {
     else
         schedule();
     if (completed && !alive.expired())
-        recheckStale(); // what was brought up to date while it ran
+        recheckStale(); // what was updated during the check
 }
 
 void AppUpdateCoordinator::cancelCheck() {

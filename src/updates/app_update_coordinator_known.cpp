@@ -1,4 +1,4 @@
-// What the coordinator knows, how it tells of it, and what the runner of updates needs of it.
+// What the coordinator knows, its notifications, and what the runner of updates needs from it.
 
 #include "updates/app_store_update_checker.h"
 #include "updates/app_update_coordinator.h"
@@ -10,7 +10,7 @@
 namespace tessellar {
 
 bool AppUpdateCoordinator::isEnabled() const {
-    // Asked at each result: no reason to read all the settings.
+    // Called for each result, so not all of the settings are read.
     return _machine.settings.boolean(AppUpdateSettings::enabledKey).value_or(true);
 }
 
@@ -65,7 +65,7 @@ std::optional<AppUpdateReason> AppUpdateCoordinator::reason(const QString& appKe
     return AppUpdateReason{known->hasStoreReceipt ? noStoreItem : noChannel, {}};
 }
 
-// ---- what the user does not want to hear of
+// ---- skipped versions
 
 void AppUpdateCoordinator::skip(const QString& appKey, const std::optional<QString>& version) {
     _cache.skipped.insert(appKey, version.value_or(AppUpdateCache::everyVersion));
@@ -98,7 +98,7 @@ bool AppUpdateCoordinator::isHeld(const QString& appKey, const AppUpdateRecord& 
            (record.reason && record.reason->code == AppUpdateReason::Code::pinned);
 }
 
-// ---- telling
+// ---- notifications
 
 void AppUpdateCoordinator::publish() {
     _isPublishWanted = true;
@@ -113,7 +113,7 @@ void AppUpdateCoordinator::publish() {
     events.notify({AppUpdateEvent::Kind::changed, {}});
 }
 
-/// Of one application: no sentence about several.
+/// True for reasons about one application, which do not suit a sentence about several.
 static bool isAboutOne(const AppUpdateReason& reason) {
     using enum AppUpdateReason::Code;
     return reason.code == notListed || reason.code == otherApplication;
@@ -154,7 +154,7 @@ void AppUpdateCoordinator::refreshStatuses() {
         _tally.reason = reasons.first().second;
 }
 
-// ---- for updates
+// ---- for the runner
 
 std::optional<AppUpdateAction> AppUpdateCoordinator::action(const QString& appKey) const {
     const AppUpdateCandidate* known = candidate(appKey);
@@ -202,7 +202,7 @@ bool AppUpdateCoordinator::hasUpdate(const QString& appKey) const {
 void AppUpdateCoordinator::verify(const QStringList& appKeys, std::function<void()> done) {
     if (isEnabled())
         return recheck(appKeys, std::move(done));
-    // Not checked, but looked at.
+    // Reinspected, but not checked.
     begin(
         {.appKeys = QStringList()}, [done = std::move(done)](bool) { done(); }, false);
 }

@@ -26,7 +26,7 @@ QList<QByteArray> lastLines(const QByteArray& output) {
     return lines.sliced(std::max<qsizetype>(0, lines.size() - shownLines));
 }
 
-/// Homebrew's own words, for people.
+/// The readable part of Homebrew's output.
 QString detail(const QList<QByteArray>& lines) {
     QStringList shown;
     for (const QByteArray& line : lines)
@@ -37,13 +37,14 @@ QString detail(const QList<QByteArray>& lines) {
 
 } // namespace
 
-/// What came of starting a command.
+/// The result of starting a command.
 struct AppUpdateRunner::Start {
     std::expected<std::int64_t, int> number = std::unexpected(0);
-    std::optional<FileError> notNoted; ///< why the next launcher will not know of it
+    std::optional<FileError> notNoted; ///< set if the journal could not be written, so that the next
+                                       ///< launcher will not resume it
 };
 
-/// What is seen of a command at one moment.
+/// A snapshot of a command.
 struct AppUpdateRunner::PollResult {
     DetachedState state;
     std::optional<QByteArray> output;
@@ -73,7 +74,7 @@ void AppUpdateRunner::set(const QString& appKey, AppUpdateActionState state) {
     _owner.actionChanged(appKey);
 }
 
-// ---- what is to be done
+// ---- questions and requests
 
 std::optional<AppUpdateQuestion> AppUpdateRunner::question(const QStringList& appKeys) const {
     QStringList names;
@@ -159,14 +160,14 @@ void AppUpdateRunner::askFirst(const QStringList& appKeys, const Asker& ask) {
         answered(!asked);
 }
 
-/// Begins the next one that waits, or tells that all are through.
+/// Starts the next waiting update, or reports that all are done.
 void AppUpdateRunner::next() {
     while (!_waiting.empty()) {
         const QString appKey = _waiting.front();
         _waiting.pop_front();
         const auto action = _owner.action(appKey);
         const auto kind = state(appKey) ? state(appKey)->kind : Kind::running;
-        // What an update before it brought along needs none of its own.
+        // An earlier update may have included this one.
         if (!action || (kind == Kind::waiting && !_owner.hasUpdate(appKey))) {
             set(appKey, {Kind::succeeded, Texts::tr("The app is up to date.")});
             continue;
@@ -197,7 +198,7 @@ void AppUpdateRunner::cancel() {
         return;
     _isCancelled = true;
     if (_run && _run->processNumber > 0 && !_isPolling && !_isVerifying)
-        poll(); // which ends it
+        poll(); // the poll ends it
 }
 
 // ---- commands
@@ -221,7 +222,7 @@ void AppUpdateRunner::run(const QString& appKey, const AppUpdateCommand& updater
     _polledAt.reset();
     _terminatedAfter.reset();
     _isTimedOut = _isResumed = false;
-    // The command is started and written down in one go, on a worker that nothing cancels half way.
+    // The command is started and journaled in one go, on a worker that nothing cancels in between.
     _work = _machine.workers.run(
         Lane::actions,
         [&machine = _machine, child, begun = *_run](std::stop_token) mutable {
@@ -277,7 +278,7 @@ void AppUpdateRunner::resume(const AppUpdateRun& run) {
     poll();
 }
 
-/// Looks at the command on a worker, and again in a while.
+/// Polls the command on a worker, and schedules the next poll.
 void AppUpdateRunner::poll() {
     using Seconds = std::chrono::duration<double>;
     const Instant now = _machine.clock.now();
@@ -286,7 +287,7 @@ void AppUpdateRunner::poll() {
     _polledAt = now;
     _isTimedOut = _isTimedOut || _seen >= Seconds(commandTimeout);
     const bool isToEnd = _isCancelled || _isTimedOut;
-    std::optional<bool> terminates; // and whether at once
+    std::optional<bool> terminates; // set to terminate; true kills
     if (isToEnd && !_terminatedAfter) {
         _terminatedAfter = _seen;
         terminates = false;
@@ -338,7 +339,7 @@ void AppUpdateRunner::ended(const DetachedState& state) {
         });
 }
 
-/// What is installed now decides; what the command said of itself explains it.
+/// The installed version decides; the command's output explains.
 void AppUpdateRunner::verified(const DetachedState& state) {
     const AppUpdateRun run = *std::exchange(_run, std::nullopt);
     _isVerifying = false;
@@ -361,7 +362,7 @@ void AppUpdateRunner::verified(const DetachedState& state) {
         result = {Kind::cancelled, message(AppUpdateOutcome::cancelled)};
     else if (!app)
         result.message = Texts::tr("The app is no longer installed.");
-    else if (isUnfinished || state.kind == DetachedState::Kind::gone) // nobody saw how it ended
+    else if (isUnfinished || state.kind == DetachedState::Kind::gone) // its exit status is unknown
         result.message = message(AppUpdateOutcome::failed);
     else
         result.message =
@@ -377,7 +378,7 @@ void AppUpdateRunner::verified(const DetachedState& state) {
     if (!result.detail.isEmpty())
         _machine.log.warning(
             QStringLiteral("The update of %1: %2\n%3").arg(run.appKey, result.message, result.detail));
-    // Before the next one is written down.
+    // Before the next update writes its journal.
     _work = _machine.workers.run(
         [&machine = _machine](std::stop_token) { (void)machine.files.remove(journalPath(machine)); },
         [this, appKey = run.appKey, result] {
@@ -395,7 +396,7 @@ void AppUpdateRunner::finish(const QString& appKey, AppUpdateActionState state) 
         next();
 }
 
-// ---- the others
+// ---- other actions
 
 void AppUpdateRunner::open(const QString& appKey, const AppUpdateAction& wanted) {
     auto opened = [this, appKey](const std::expected<void, QString>& result) {

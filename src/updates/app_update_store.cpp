@@ -4,11 +4,11 @@
 
 namespace tessellar {
 
-/// Thousands of records have some hundred kilobytes; five thousand with the longest of versions,
-/// reasons and notes in each stay below this.
+/// Thousands of records take some hundred kilobytes; five thousand with versions, reasons and notes of
+/// maximum length still fit.
 constexpr std::uint64_t maximumCacheBytes = 64u << 20;
 
-/// All at once: one may take the key that another gives up.
+/// All at once: a new key may be another entry's old key.
 template <typename Map>
 static bool follow(Map& map, const QHash<QString, QString>& changedKeys) {
     Map moved;
@@ -75,7 +75,7 @@ void AppUpdateStore::changeKeys(const Machine& machine, const QHash<QString, QSt
     StoredFile file(machine.files, defaultPath(machine.places), maximumCacheBytes);
     auto cache = loadJson<AppUpdateCache>(file);
     if (!cache || !*cache || !(*cache)->changeKeys(changedKeys))
-        return; // what is damaged is for `load` to set aside
+        return; // `load` will quarantine the damaged file
     if (const auto saved = saveJson(file, **cache); !saved)
         machine.log.warning(
             QStringLiteral("The updates of applications could not follow their keys: %1")

@@ -6,7 +6,7 @@
 namespace tessellar {
 
 QString update_texts::available(const std::optional<QString>& installed, const QString& latest) {
-    // A cask of several applications has a version of its own, which may read as older than theirs.
+    // A cask with several applications has its own version, which may look older than theirs.
     return installed && compareNumeric(*installed, latest) <= 0
                ? Texts::tr("Update available: %1 → %2").arg(*installed, latest)
                : Texts::tr("Update available: %1").arg(latest);

@@ -14,9 +14,8 @@ static QString baseName(const QString& name) {
     return name.section(u'/', -1, -1, QString::SectionSkipEmpty);
 }
 
-/// The installed names that one stanza gives. A "target" beside it is the place that brew itself came
-/// to; one within the list renames the name before it; else a name in a subfolder of the download is
-/// installed without that folder.
+/// The installed names in one stanza. A "target" beside the list is the resolved path; one in the list
+/// renames the preceding name; a name with folders loses them.
 static QStringList targets(const QJsonObject& stanza, QLatin1StringView key) {
     if (const QString resolved = stanza.value(u"target").toString(); !resolved.isEmpty())
         return {resolved};
@@ -58,7 +57,7 @@ Decoded<InstalledCask> Codec<InstalledCask>::decode(const QJsonValue& value) {
     return cask;
 }
 
-/// The elements of the listing's casks.
+/// The casks in the listing.
 static Decoded<QJsonArray> casks(const QJsonValue& value) {
     const QJsonValue list = value[QLatin1StringView("casks")];
     if (!list.isArray())
@@ -95,7 +94,7 @@ Decoded<OutdatedResponse> Codec<OutdatedResponse>::decode(const QJsonValue& valu
 template <typename Response>
 static json::Decoded<Response> decodeListing(const QByteArray& output) {
     auto listing = json::decodeDocument<Response>(output);
-    constexpr int mostTries = 8; // a warning's line may begin with a brace, too
+    constexpr int mostTries = 8; // a line of a warning may begin with a brace, too
     qsizetype line = 0;
     for (int i = 0; !listing && i < mostTries && (line = output.indexOf("\n{", line)) >= 0; ++i)
         listing = json::decodeDocument<Response>(output.sliced(++line));
@@ -127,7 +126,7 @@ std::optional<HomebrewCaskOwnership> ownershipOf(const QString& fingerprint) {
 
 AppUpdateVerdict verdict(const HomebrewCaskOwnership& owner, const OutdatedResponse& outdated) {
     using enum AppUpdateReason::Code;
-    // Of these Homebrew cannot tell what is installed.
+    // Homebrew does not know which version of these is installed.
     if (owner.updatesItself)
         return AppUpdateVerdict::unsupported(updatesItself);
     if (owner.catalogVersion.compare(u"latest", Qt::CaseInsensitive) == 0)
@@ -192,7 +191,7 @@ QStringList findBrews(const FileSystem& files, const std::map<QByteArray, QByteA
     return brews;
 }
 
-/// Not every application of a folder in which those of others lie, too, is a suite's.
+/// False for folders that also contain unrelated applications, such as /Applications.
 static bool isSuiteFolder(const QString& root, const QString& home) {
     const QString own = FileSystem::joined(home, QStringLiteral("Applications"));
     return root.count(u'/') > 1 && !FileSystem::isWithin(root, QStringLiteral("/System")) &&

@@ -7,7 +7,7 @@
 
 namespace tessellar {
 
-/// Thousands of casks in full have some ten megabytes.
+/// Thousands of casks take some ten megabytes.
 constexpr std::uint64_t maximumListingBytes = 32u << 20;
 constexpr qsizetype longestComplaint = 200;
 
@@ -16,7 +16,7 @@ namespace {
 template <typename Response>
 using Listed = std::expected<Response, AppUpdateReason>;
 
-/// The last thing that a tool said of its failure.
+/// The last line of a tool's error output.
 QString complaint(const CommandResult& result) {
     const QByteArray said =
         result.standardError.trimmed().isEmpty() ? result.standardOutput : result.standardError;
@@ -56,9 +56,9 @@ Command HomebrewUpdateChecker::listing(const Machine& machine, const QString& br
             .terminationGrace = 2 * std::chrono::seconds(1)};
 }
 
-// ---- whose applications they are
+// ---- ownership
 
-/// Asks the brews for their casks, each in its lane; what one tells counts at once.
+/// Asks the brews for their casks, each in its lane; each answer counts at once.
 class HomebrewUpdateChecker::Discovery final : public AppUpdateWork {
 public:
     Discovery(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> candidates, Findings findings)
@@ -74,7 +74,7 @@ public:
         _search = machine.workers.run(
             [&files = machine.files, environment = machine.environment, owning](std::stop_token) {
                 QStringList brews = findBrews(files, environment);
-                // One that owned something is asked unless it is certainly gone.
+                // A brew that owned something is asked unless it is certainly gone.
                 for (const QString& brew : owning)
                     if (const auto there = files.status(brew);
                         !there && there.error().code != FileError::Code::notFound &&
@@ -166,7 +166,7 @@ private:
     Findings _findings;
     bool _isFound = false;
     QStringList _brews;
-    QStringList _left; ///< have not answered yet
+    QStringList _left; ///< not yet answered
     QHash<QString, HomebrewCaskSnapshot> _answers;
     std::optional<AppUpdateReason> _problem;
     std::stop_source _stop;
@@ -181,14 +181,14 @@ HomebrewUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, Fin
 
 void HomebrewUpdateChecker::learn(const QList<AppUpdateCandidate>& candidates,
                                   const HomebrewCaskCheckResult& result) {
-    QMap<QString, HomebrewCaskOwnership> owners = _owners; // of what cannot be seen now, too
+    QMap<QString, HomebrewCaskOwnership> owners = _owners; // keeps those that are out of sight now
     for (const AppUpdateCandidate& candidate : candidates) {
         owners.remove(candidate.appKey);
         if (const auto told = result.owner(candidate.resolvedPath)) {
             owners.insert(candidate.appKey, *told);
             continue;
         }
-        // A brew that has not answered still owns what it owned.
+        // While a brew does not answer, it keeps what it owned.
         const HomebrewCaskOwnership* before = owner(candidate);
         if (before && result.failedExecutablePaths.contains(before->brewExecutablePath))
             owners.insert(candidate.appKey, *before);
@@ -220,7 +220,7 @@ void HomebrewUpdateChecker::restore(const AppUpdateCache& cache) {
         for (const auto& [appKey, known] : cache.owners->asKeyValueRange())
             if (isCaskToken(known.token))
                 _owners.insert(appKey, known);
-    // A record alone tells the brew, if not the cask.
+    // An old record tells the brew, though not the cask.
     for (const auto& [appKey, record] : cache.records.asKeyValueRange())
         if (auto told = ownershipOf(record.sourceFingerprint.value_or(QString()));
             told && !_owners.contains(appKey))
@@ -232,9 +232,9 @@ void HomebrewUpdateChecker::keep(AppUpdateCache& cache) const {
         cache.owners = _owners;
 }
 
-// ---- what is outdated
+// ---- outdated casks
 
-/// One check: its applications wait until their brews may be asked.
+/// One check: its applications wait until their brews are free.
 class HomebrewUpdateChecker::Run final : public AppUpdateWork {
 public:
     Run(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> candidates, Findings findings)
@@ -302,7 +302,8 @@ bool HomebrewUpdateChecker::isBusy(const QString& brew) const {
     return _searches > 0 || _asked.value(brew) > 0 || _listings.contains(brew);
 }
 
-/// In a moment: whoever begins now shares the answer, and nothing is told before `check` has returned.
+/// Deferred, so that checks that begin together share an answer, and nothing is reported before `check`
+/// returns.
 void HomebrewUpdateChecker::askSoon() {
     _asking = _machine.scheduler.after(std::chrono::milliseconds(0), [this] { ask(); });
 }
@@ -326,12 +327,12 @@ void HomebrewUpdateChecker::ask() {
             if (alive.expired())
                 return;
             _listings.remove(brew);
-            askSoon(); // for those who came too late for this answer
+            askSoon(); // for those that missed this answer
             for (Run* run : std::list(_runs))
                 if (!alive.expired() && std::ranges::find(_runs, run) != _runs.end())
                     run->answered(brew, answer);
         };
-        // Who has not answered just now is not waited for again; who has no brew, for none.
+        // A brew that has just failed to answer is not asked again, and no brew never.
         const AppUpdateReason noBrew{AppUpdateReason::Code::brewFailed, {}};
         if (brew.isEmpty() || _silent.contains(brew)) {
             _machine.workers.mailbox().post([answered, reason = _silent.value(brew, noBrew)] {

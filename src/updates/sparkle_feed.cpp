@@ -17,13 +17,13 @@ namespace {
 
 constexpr std::string_view sparkleNamespace = "http://www.andymatuschak.org/xml-namespaces/sparkle";
 constexpr qsizetype longestNotes = 1'000;
-constexpr qsizetype longestDescription = 20'000; ///< of which the notes are the beginning
+constexpr qsizetype longestDescription = 20'000; ///< the release notes are taken from its beginning
 constexpr qint64 longestPhase = 366 * 86'400;
 
 QString text(const char* utf8) { return trimmed(QString::fromUtf8(utf8)); }
 
-/// The prefixes that stand for Sparkle's namespace in one element, and those it inherits. An empty
-/// prefix is the namespace of elements without one.
+/// The prefixes of Sparkle's namespace in one element, including inherited ones. An empty prefix means
+/// the default namespace.
 class Prefixes {
 public:
     Prefixes() = default;
@@ -39,11 +39,11 @@ public:
         }
     }
 
-    /// The name without its prefix where that stands for the namespace, else nothing.
+    /// The local name if it is in the namespace, otherwise empty.
     std::string_view local(std::string_view name, bool isAttribute) const {
         const auto colon = name.find(':');
         if (colon == std::string_view::npos && isAttribute)
-            return {}; // the default namespace is none of attributes
+            return {}; // the default namespace does not apply to attributes
         const std::string_view prefix = colon == std::string_view::npos ? "" : name.substr(0, colon);
         if (std::ranges::find(_known, prefix) == _known.end())
             return {};
@@ -54,7 +54,7 @@ private:
     std::vector<std::string_view> _known;
 };
 
-/// Systems are named "14" and "14.0" alike.
+/// Treats "14" and "14.0" as equal.
 int compareSystems(QString a, QString b) {
     for (QString* version : {&a, &b})
         while (version->endsWith(u".0"))
@@ -63,8 +63,8 @@ int compareSystems(QString a, QString b) {
     return order < 0 ? -1 : order > 0 ? 1 : 0;
 }
 
-/// What follows the last underscore of an archive's name, where that is a version: "Fern_1.2.dmg" is
-/// 1.2, "my_app.zip" has none.
+/// The version after the last underscore of an archive's name, if it is one: 1.2 in "Fern_1.2.dmg",
+/// none in "my_app.zip".
 QString versionInUrl(const QString& url) {
     QString name = url.section(u'/', -1).section(u'?', 0, 0).section(u'#', 0, 0);
     const qsizetype underscore = name.lastIndexOf(u'_');
@@ -79,7 +79,7 @@ QString versionInUrl(const QString& url) {
     return name.size() > first && name[first].isDigit() ? name : QString();
 }
 
-/// The words of a description in HTML.
+/// The text of an HTML description.
 QString plainText(QString html) {
     html.truncate(longestDescription);
     QString words;
@@ -106,7 +106,7 @@ QString pageAddress(const QString& url) {
     return url.size() <= longestNotes && isAllowedAddress(QUrl(url)) ? url : QString();
 }
 
-/// What an item says, as far as it matters here.
+/// The relevant parts of an item.
 struct Item {
     QString version;
     QString shownVersion;
@@ -116,7 +116,7 @@ struct Item {
     QString minimumSystem;
     QString maximumSystem;
     QString published;
-    QString phase; ///< seconds between the groups of a phased roll-out
+    QString phase; ///< seconds between the groups of a phased rollout
     bool isCritical = false;
     QString notesUrl;
     QString description;
@@ -170,8 +170,8 @@ Item readItem(const pugi::xml_node& node, const Prefixes& outer) {
     return item;
 }
 
-/// A release that comes in phases is there for a group when its turn has come; what is critical, or
-/// does not say when it came out, is there for all.
+/// True if a release is available here: a phased rollout reaches one group after another, but critical
+/// and undated releases reach all at once.
 bool hasArrived(const Item& item, const SparkleCircumstances& here) {
     const qint64 phase = std::clamp<qint64>(item.phase.toLongLong(), 0, longestPhase);
     const QDateTime published = QDateTime::fromString(item.published, Qt::RFC2822Date);

@@ -33,11 +33,11 @@ static std::optional<QString> systemVersion(const FileSystem& files) {
 AppUpdateVerdict SparkleUpdateChecker::verdict(const std::optional<SparkleItem>& best,
                                                const AppUpdateCandidate& candidate) {
     const QString build = trimmed(candidate.build.value_or(QString()));
-    if (build.isEmpty()) // there is nothing to compare with
+    if (build.isEmpty()) // nothing to compare with
         return AppUpdateVerdict::unsupported(AppUpdateReason::Code::noInstalledVersion);
     if (!best || compareSparkle(best->version, build) <= 0)
         return {UpToDate()};
-    // Where people would read the same version twice, the builds tell them apart.
+    // If the displayed versions are equal, the builds distinguish them.
     const bool isSameForPeople = best->shownVersion == candidate.version;
     AppUpdateVerdict update{UpdateAvailable{
         isSameForPeople ? QStringLiteral("%1 (%2)").arg(best->shownVersion, best->version)

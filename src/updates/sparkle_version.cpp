@@ -6,7 +6,7 @@ namespace tessellar {
 
 namespace {
 
-/// In the order in which they are newer, where two versions differ in the kind of a part.
+/// In ascending order: decides if the parts of two versions differ in kind.
 enum class Kind { letters, dash, separator, end, digits };
 
 struct Part {
@@ -22,7 +22,7 @@ Kind kindOf(QChar c) {
     return c.isSpace() || c.isPunct() || c.isSymbol() ? Kind::separator : Kind::letters;
 }
 
-/// Takes the first part off.
+/// Removes and returns the first part.
 Part take(QStringView& rest) {
     if (rest.isEmpty())
         return {};
@@ -36,7 +36,7 @@ Part take(QStringView& rest) {
     return part;
 }
 
-/// True for what adds nothing to a version: ".0.0".
+/// True for a suffix that adds nothing to a version: ".0.0".
 bool isNothing(QStringView rest) {
     while (!rest.isEmpty()) {
         const Part separator = take(rest);
@@ -71,7 +71,7 @@ std::strong_ordering compareSparkle(QStringView a, QStringView b) {
     }
     if (isNothing(a) && isNothing(b))
         return std::strong_ordering::equal;
-    // One of them ends here. More is newer, unless it begins a pre-release.
+    // One of them ends here. The longer one is newer, unless the rest begins a pre-release.
     const auto more = [](QStringView rest) {
         while (isNothing(rest.first(std::min<qsizetype>(rest.size(), 2))) && rest.size() > 2)
             rest = rest.sliced(2);

@@ -9,8 +9,7 @@ namespace tessellar {
 constexpr qsizetype longestVersion = 100;
 constexpr qsizetype longestToken = 128;
 
-/// Of all that is neither seen nor a space: control and format characters, half surrogate pairs, what
-/// has no meaning.
+/// True for control and format characters, private-use and unassigned code points.
 static bool isUnseen(QChar c) {
     switch (c.category()) {
     case QChar::Other_Control:

@@ -21,7 +21,7 @@ public:
 
     using AtOnce = QList<std::pair<QString, AppUpdateVerdict>>;
     Findings findings;
-    std::shared_ptr<AtOnce> atOnce = std::make_shared<AtOnce>(); ///< verdicts that need no answer
+    std::shared_ptr<AtOnce> atOnce = std::make_shared<AtOnce>(); ///< verdicts that need no request
     Timer timer;
 
 private:
@@ -35,7 +35,7 @@ std::unique_ptr<AppUpdateWork> WebUpdateChecker::check(QList<AppUpdateCandidate>
     auto run = std::make_unique<Run>(_alive, std::move(findings));
     for (const AppUpdateCandidate& candidate : std::as_const(candidates))
         add(*run, candidate);
-    // Nothing is told before the caller holds the work, with which it can end it.
+    // Nothing is reported before the caller has the work, so that it can cancel it.
     run->timer = _machine.scheduler.after(std::chrono::milliseconds(0),
                                           [this, alive = std::weak_ptr(_alive), atOnce = run->atOnce,
                                            findings = std::weak_ptr(run->findings)] {
@@ -75,7 +75,7 @@ void WebUpdateChecker::forget(const AppUpdateFindings* findings, const QString& 
     dropUnwanted();
 }
 
-/// What nobody waits for any more is not asked for; its place goes to the next.
+/// Requests that nobody waits for are cancelled; the next ones take their places.
 void WebUpdateChecker::dropUnwanted() {
     const auto gone = _fetches.remove_if([](const Fetch& fetch) {
         return std::ranges::all_of(
@@ -106,7 +106,7 @@ void WebUpdateChecker::pump() {
         });
         begun += fetch->listeners;
     }
-    // Last: who is told may end runs, and with them fetches.
+    // Last: listeners may destroy runs, and with them fetches.
     for (const Listener& listener : std::as_const(begun))
         if (const auto told = listener.findings.lock())
             told->began(listener.candidate.appKey);
@@ -164,7 +164,7 @@ void WebUpdateChecker::answered(Fetches::iterator fetch, HttpClient::Answer answ
 }
 
 void WebUpdateChecker::judged(Fetches::iterator fetch, const QList<AppUpdateVerdict>& verdicts) {
-    Fetches finished; // out of the list before its verdicts are told, which may end runs
+    Fetches finished; // removed from the list before reporting its verdicts, which may destroy runs
     finished.splice(finished.begin(), _fetches, fetch);
     for (qsizetype i = 0; i < verdicts.size(); ++i)
         if (const auto told = fetch->listeners[i].findings.lock())
