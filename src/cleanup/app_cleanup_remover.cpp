@@ -30,10 +30,10 @@ const char* const notNoted =
 
 constexpr int quitTries = 40;
 constexpr std::chrono::milliseconds quitPause{250};
-/// As many as one prompt or script takes together; between them the removal can be stopped.
+/// The size of a batch for one prompt or script; the removal can be stopped between batches.
 constexpr qsizetype itemsTogether = 100;
-/// As many characters of a name as every Trash keeps when it tells two of one name apart or cuts a long
-/// one, whatever the script: names are limited in bytes, and a Mac's may be decomposed.
+/// The number of leading characters of a name that every Trash keeps when it makes names unique or
+/// shortens long ones, in any script: names are limited in bytes, and a Mac's may be decomposed.
 constexpr qsizetype keptStem = 20;
 
 QString nameOf(const CleanupApplication& application) {
@@ -95,15 +95,15 @@ std::optional<QString> AppCleanupRemover::objection(const CleanupApplication& ap
     if (!around || around->type != FileType::directory || (!isBundle && !isWithoutLinks(item.path)))
         return Texts::tr(changedItem);
     if (around->device != status->device)
-        return Texts::tr(protectedItem); // a volume is mounted there
-    // What is thrown out of the Trash later would be the volume's.
+        return Texts::tr(protectedItem); // a mount point
+    // Emptying the Trash later would delete the volume's contents.
     if (const auto real = files.resolved(item.path);
         status->type == FileType::directory && real && holdsMountPoint(files.hostPath(*real)))
         return Texts::tr(volumeInside);
     return std::nullopt;
 }
 
-/// Whether no link leads to the folder of an item, from its Library on.
+/// True if no link leads to the item's folder, from its Library on.
 bool AppCleanupRemover::isWithoutLinks(const QString& path) const {
     const QString folder = FileSystem::parent(path);
     const auto real = _parts.files.resolved(folder);
@@ -175,8 +175,8 @@ void AppCleanupRemover::settle(CleanupItemResult& result, const TrashResult& out
     if (!stays)
         result.trashedPath =
             isItem(outcome.trashedPath, result.item) ? outcome.trashedPath : placeInTrash(result.item);
-    // What has left is on its way, whatever became of whoever took it: a helper that was killed brings
-    // it to the Trash when it starts again.
+    // What has left is on its way, whatever became of the program that took it: a helper that was
+    // killed moves it to the Trash when it starts again.
     if (outcome.failure && !result.trashedPath && !hasDisconnected) {
         result.failure = outcome.failure;
         const bool isContainer =
@@ -186,7 +186,7 @@ void AppCleanupRemover::settle(CleanupItemResult& result, const TrashResult& out
             result.failure = Texts::tr(deniedContainer);
         return;
     }
-    // Believed only when it has gone.
+    // A success is only believed if the item is gone.
     result.failure =
         stays ? std::optional(Texts::tr("Finder did not move the item to the Trash.")) : std::nullopt;
 }
@@ -207,7 +207,7 @@ AppCleanupRemover::Presence AppCleanupRemover::findInTrash(std::optional<QString
     const qsizetype dot = name.lastIndexOf(u'.');
     const QString stem = composed(dot > 0 ? name.first(dot) : name).left(keptStem);
     QStringList folders = _parts.trashFolders;
-    // Without a place that is known it may lie in the Trash of another volume.
+    // If its place in the Trash is not known, it may be in another volume's Trash.
     bool isOnSeenVolume = trashedPath.has_value();
     const QString known = trashedPath ? FileSystem::parent(*trashedPath) : QString();
     if (trashedPath && !folders.contains(known))
@@ -217,7 +217,7 @@ AppCleanupRemover::Presence AppCleanupRemover::findInTrash(std::optional<QString
     for (const QString& folder : std::as_const(folders)) {
         const auto entries = _parts.files.entries(folder);
         isSeen = isSeen || entries.has_value();
-        // That there never was such a Trash says nothing against the others.
+        // A Trash that never existed does not prevent a certain answer.
         isUnseen = isUnseen ||
                    (!entries && (folder == known || entries.error().code != FileError::Code::notFound));
         if (!entries)
@@ -229,8 +229,8 @@ AppCleanupRemover::Presence AppCleanupRemover::findInTrash(std::optional<QString
             const QString path = FileSystem::joined(folder, found);
             const auto status = _parts.files.linkStatus(path);
             if (status && isSameOnItsVolume(identityOf(*status), item.identity)) {
-                // By the name too: the number of a file that is no more may have become another's. It
-                // may as well be the item by a new name.
+                // The name must match, too: the inode of a deleted file may have been reused. But it
+                // may also be the item, renamed.
                 if (!composed(found).startsWith(stem)) {
                     isUnseen = true;
                     continue;
@@ -244,7 +244,7 @@ AppCleanupRemover::Presence AppCleanupRemover::findInTrash(std::optional<QString
     return isSeen && isOnSeenVolume && !isUnseen ? Presence::gone : Presence::unknown;
 }
 
-/// The helper's own folder stands as long as something lies in it.
+/// The helper's staging folder exists as long as something is in it.
 bool AppCleanupRemover::isStagingBeside(const QString& path) const {
     const QString top = path.first(std::max<qsizetype>(path.indexOf(u'/', 1), 1));
     return _parts.files.linkStatus(FileSystem::joined(top, u'.' + removalHelperService)).has_value();
@@ -292,7 +292,7 @@ void AppCleanupRemover::moveByHelper(const CleanupApplication& application,
         return item->failure.has_value();
     });
     if (!items.isEmpty())
-        (void)trashFolder(); // the helper makes none
+        (void)trashFolder(); // the helper creates none
     QList<AdminMove> moves;
     for (const CleanupItemResult* item : std::as_const(items))
         moves.append({.path = item->item.path,
@@ -350,7 +350,8 @@ CleanupRemovalResult AppCleanupRemover::remove(const CleanupApplication& applica
                 if (!item.failure)
                     item.failure = Texts::tr(notNoted).arg(noted.error());
 
-    // The helper's first, in one piece, for each piece may ask for a password; the bundle by itself.
+    // Those for the helper come first and in one batch, because each batch may ask for a password; the
+    // bundle is a batch of its own.
     QList<CleanupItemResult*> helpers;
     QList<CleanupItemResult*> links;
     QList<QList<CleanupItemResult*>> runs;
@@ -409,7 +410,8 @@ QList<CleanupItemResult> AppCleanupRemover::restore(const CleanupApplication& ap
             continue;
         Presence presence = findInTrash(result.trashedPath, result.item);
         if (presence == Presence::gone && result.isByHelper) {
-            // A helper that was killed has it on the way; once it answers, it has arrived.
+            // A helper that was killed may be holding it; once the helper answers, it has been
+            // delivered.
             if (!isHelperAvailable)
                 isHelperAvailable = _parts.administrator.isAvailable(stop);
             presence =

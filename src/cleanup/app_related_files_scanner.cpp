@@ -15,13 +15,13 @@
 namespace tessellar {
 namespace {
 
-/// Folders that people see as one thing.
+/// Folders that are shown as files.
 constexpr std::array<QByteArrayView, 22> packageExtensions{
     "app",   "appex",      "bundle",        "component",    "framework",       "kext",
     "lproj", "mdimporter", "pkg",           "plugin",       "prefpane",        "qlgenerator",
     "rtfd",  "saver",      "service",       "sparsebundle", "systemextension", "vst",
     "vst3",  "xpc",        "photoslibrary", "musiclibrary"};
-/// A walk that finds more has been led astray; the surest of them are still among those kept.
+/// A walk that finds more has gone astray; the certain matches are still among those kept.
 constexpr qsizetype maximumFound = 10'000;
 constexpr std::uint64_t maximumEntries = 5'000'000;
 
@@ -40,7 +40,7 @@ bool mayMoveByRights(const FileSystem& files, const QString& path) {
         return ::access(files.hostPath(at).constData(), W_OK) == 0;
     };
     const auto status = files.linkStatus(path);
-    // A folder's own ".." changes with its place.
+    // Moving a folder changes its "..", which requires write access to it.
     return mayWrite(FileSystem::parent(path)) &&
            (!status || status->type != FileType::directory || mayWrite(path));
 }
@@ -68,7 +68,7 @@ public:
         addLinks(scan);
     }
 
-    /// Links among the applications that would lead nowhere once the bundle has gone.
+    /// Links among the applications that the removal would leave dangling.
     void addLinks(RelatedFilesScan& scan) const {
         const auto bundle = _files.resolved(_application.path);
         if (!bundle)
@@ -110,7 +110,7 @@ public:
         scan.unreadable += walked.unreadable;
         scan.isComplete = scan.isComplete && walked.complete && walked.unreadable.isEmpty() &&
                           _found.size() < maximumFound;
-        // What lies in a vendor's folder stands nearer than the folder.
+        // Files in a vendor's shared folder are preferred to the folder itself.
         const QList<Found> all = _found;
         _found.removeIf([&all](const Found& found) {
             return found.finding.isShared && std::ranges::any_of(all, [&](const Found& inner) {
@@ -123,7 +123,7 @@ public:
             const auto item = _files.linkStatus(found.path);
             if (!item)
                 leaveOut(item.error(), scan);
-            // Gone or exchanged meanwhile, or a volume of its own.
+            // Removed or replaced meanwhile, or a mount point.
             if (!item || item->type != found.type || item->device != status->device)
                 continue;
             RelatedFileFinding finding = found.finding;
@@ -149,7 +149,7 @@ private:
         RelatedFileFinding finding;
     };
 
-    /// What is certainly not there is not missed.
+    /// Missing folders do not make the scan incomplete.
     static void leaveOut(const FileError& why, RelatedFilesScan& scan) {
         if (why.code == FileError::Code::notFound)
             return;
@@ -157,7 +157,7 @@ private:
         scan.isComplete = false;
     }
 
-    /// A location that a link leads elsewhere is not what it is called.
+    /// False if a link leads the location elsewhere: then it is not what it claims to be.
     std::expected<bool, FileError> isInItsPlace(const CleanupLocation& location,
                                                 const QString& folder) const {
         const auto real = _files.resolved(folder);
@@ -189,7 +189,7 @@ private:
         return _matcher.matchesAnother(name) ? WalkStep::skip : WalkStep::descend;
     }
 
-    /// Of what is the system's, only these hold entries for each application.
+    /// Of the system's folders, only these have entries for each application.
     static bool entersSystemFolder(const CleanupLocation& location, const WalkEntry& entry) {
         constexpr std::array<QByteArrayView, 6> folders{
             "ByHost",
@@ -281,7 +281,7 @@ MeasuredSize AppRelatedFilesScanner::measure(const FileSystem& files, const QStr
             if (!space && space.error() != ENOENT)
                 isComplete.store(false, std::memory_order_relaxed);
             bool counts = space.has_value();
-            // One file under several names takes its space once.
+            // A file with several names takes its space once.
             if (space && space->links > 1 && entry.type != FileType::directory) {
                 const std::scoped_lock lock(mutex);
                 counts = linked.emplace(space->device, space->inode).second;

@@ -6,11 +6,11 @@ namespace tessellar {
 namespace {
 
 const QString tool = QStringLiteral("/usr/bin/osascript");
-/// Long enough for the user to answer what the system asks meanwhile.
+/// Long enough for the user to answer the system's prompts.
 constexpr std::chrono::minutes longestRun{10};
 constexpr std::uint64_t maximumOutput = 4u << 20;
 
-/// The numbers of the compiler's own errors.
+/// The compiler's error numbers.
 bool isOfCompiler(int number) { return number <= -2740 && number >= -2763; }
 
 AppleScriptInterpreter::Error errorIn(const QByteArray& standardError) {

@@ -10,7 +10,7 @@ constexpr int mostNames = 10'000;
 
 const QString noteSuffix = QStringLiteral(".trashinfo");
 
-/// Short enough that the note may have the same name with its suffix.
+/// Short enough that the info file may have the same name plus its suffix.
 QString numbered(const QString& name, int number) {
     return FileSystem::fromHostBytes(numberedName(FileSystem::toHostBytes(name).value_or(QByteArray()),
                                                   number, longestName - noteSuffix.size()));
@@ -49,10 +49,10 @@ TrashResult DesktopTrash::moveOne(const QString& path) {
         if (const auto made = _files.createDirectories(FileSystem::joined(_folder, part)); !made)
             return failed(made.error());
     QString when = _clock.now().toIso8601();
-    when.chop(1); // without its zone, as the form has it
+    when.chop(1); // without the zone, as the format requires
     const QByteArray info = "[Trash Info]\nPath=" + _files.hostPath(path).toPercentEncoding("/") +
                             "\nDeletionDate=" + when.toLatin1() + '\n';
-    // The note first, under a name that nobody else has then: renaming without replacing says so.
+    // The info file first: renaming it without replacing claims a name that is free.
     const QString note = _folder + QStringLiteral("/info/.tessellar-note");
     if (const auto written = _files.writeAtomically(note, info); !written)
         return failed(written.error());
@@ -89,7 +89,7 @@ std::expected<void, FileError> restoreFromTrash(const FileSystem& files, const Q
         return made;
     if (const auto moved = files.move(trashedPath, originalPath); !moved)
         return moved;
-    // A desktop's Trash keeps a note beside it.
+    // A desktop's Trash has an info file beside it.
     const QString folder = FileSystem::parent(trashedPath);
     if (folder.endsWith(u"/Trash/files"))
         (void)files.remove(FileSystem::parent(folder) + QStringLiteral("/info/") +

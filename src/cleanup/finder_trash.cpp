@@ -28,7 +28,7 @@ end tell
 return reportLines
 )";
 
-/// What follows the first `count` tabs, tabs and all.
+/// The rest of the line after the first `count` tabs.
 QByteArray afterTabs(const QByteArray& line, int count) {
     qsizetype at = -1;
     for (int i = 0; i < count; ++i) {
@@ -130,8 +130,8 @@ QList<TrashResult> FinderTrash::moveToTrash(const QStringList& paths, std::stop_
     QList<TrashResult> results;
     for (qsizetype at = 0; at < paths.size();) {
         QList<QByteArray> run;
-        // A path that holds a line break could pretend to be a report on another: it goes alone. So
-        // does one that no script can name, so that it fails alone.
+        // A path with a line break could forge another's result, so it gets a script of its own. So
+        // does one that cannot be written in a script: it fails alone.
         while (at < paths.size() && run.size() < pathsPerRun) {
             const QByteArray path = _files.hostPath(paths[at]);
             const bool goesAlone = hasLineBreak(path) || !path.isValidUtf8() || path.isEmpty();

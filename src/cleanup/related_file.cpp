@@ -3,7 +3,7 @@
 namespace tessellar {
 namespace {
 
-/// Case plays no part on a Mac's usual volumes: "/SYSTEM" is "/System".
+/// Case-insensitive, as a Mac's volumes usually are: "/SYSTEM" is "/System".
 bool liesWithin(const QString& path, QLatin1StringView folder) {
     return path.startsWith(folder, Qt::CaseInsensitive) &&
            (path.size() == folder.size() || path[folder.size()] == u'/');

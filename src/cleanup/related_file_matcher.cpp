@@ -11,11 +11,11 @@
 namespace tessellar {
 namespace {
 
-/// How far a folder is looked through for what other applications keep in it.
+/// How deep a folder is searched for other applications' files.
 constexpr int deepestProduct = 8;
 constexpr std::uint64_t mostProducts = 200'000;
 
-/// What a small property list says; absent where it cannot be read.
+/// The contents of a small property list; absent if it cannot be read.
 PropertyValue propertyList(const FileSystem& files, const QString& path) {
     constexpr std::uint64_t mostBytes = 1u << 20;
     const auto status = files.linkStatus(path);
@@ -28,7 +28,7 @@ PropertyValue propertyList(const FileSystem& files, const QString& path) {
 QList<CleanupApplication> othersOf(const CleanupApplication& application,
                                    const QList<CleanupApplication>& all) {
     QList<CleanupApplication> others;
-    // What lies in the bundle goes with it.
+    // What is inside the bundle is removed with it.
     std::ranges::copy_if(all, std::back_inserter(others), [&](const CleanupApplication& other) {
         return !FileSystem::isWithin(other.path, application.path);
     });
@@ -105,8 +105,8 @@ std::optional<RelatedFileFinding> RelatedFileMatcher::byName(const CleanupLocati
     return finding;
 }
 
-/// Property lists of agents and daemons name the program that they start, and the metadata of
-/// containers that are named by a number the application that they are of.
+/// Property lists of agents and daemons name the program that they start; metadata of containers with
+/// numeric names tell their application.
 std::optional<RelatedFileFinding> RelatedFileMatcher::byContents(const CleanupLocation& location,
                                                                  const WalkEntry& entry) const {
     if (entry.depth != 1)
@@ -135,8 +135,8 @@ std::optional<RelatedFileFinding> RelatedFileMatcher::byContents(const CleanupLo
     return std::nullopt;
 }
 
-/// What carries an identifier of the same developer that no application is known for: a helper's,
-/// perhaps, or what another product left.
+/// An identifier of the same developer that belongs to no known application: perhaps a helper's, or
+/// another product's leftovers.
 std::optional<RelatedFileFinding> RelatedFileMatcher::byDeveloper(const MatchingName& name) const {
     const QByteArray& developer = _names.developer();
     if (developer.isEmpty() || !name.view().startsWith(developer + '.') ||
@@ -164,9 +164,9 @@ bool RelatedFileMatcher::holdsFilesOfAnother(const QString& folder) const {
     return hold.load();
 }
 
-/// Group containers are for the applications of one team. Signatures are slow: only this
-/// application's is looked at, once, and another whose team nobody knows is taken for one of it
-/// where its identifier begins alike.
+/// Group containers belong to the applications of one team. Reading signatures is slow, so only this
+/// application's is read, once. Others whose team is unknown count as the same team if their
+/// developer's identifier is the same.
 bool RelatedFileMatcher::mayShareGroup() const {
     std::call_once(_groupAsked, [this] {
         const auto team = teamOf(_application);

@@ -8,11 +8,11 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Never enough by themselves to tie a folder to one application.
+/// Never enough to attribute a folder to one application.
 constexpr auto vendorWords = std::to_array<std::string_view>(
     {"google", "microsoft", "adobe", "apple", "mozilla", "logitech", "logi", "amazon", "jetbrains",
      "steam", "epic games", "blizzard", "valve", "native instruments", "company", "vendor"});
-/// Names of parts that every application has.
+/// Names of components that every application has.
 constexpr auto genericWords =
     std::to_array<std::string_view>({"app", "application", "main", "core", "data", "cache", "caches",
                                      "preferences", "settings", "update", "updater", "helper", "agent",
@@ -20,12 +20,12 @@ constexpr auto genericWords =
 constexpr auto siblingWords = std::to_array<std::string_view>(
     {"alpha", "beta",     "canary", "ce",   "community", "dev",  "developer", "ea",  "eap", "edu",
      "free",  "insiders", "lite",   "next", "nightly",   "plus", "preview",   "pro", "rc",  "trial"});
-/// Under these first two components of identifiers many developers live.
+/// Identifiers with these first two components belong to many developers.
 constexpr auto sharedDevelopers = std::to_array<std::string_view>(
     {"com.github", "com.gitlab", "com.googlecode", "com.electron", "com.mac", "com.me",
      "com.yourcompany", "com.example", "io.github", "io.gitlab", "me.mac", "net.sourceforge",
      "org.sourceforge", "org.eclipse", "co.uk", "com.au"});
-/// Kept by the system under plain names.
+/// The system's own folders with plain names.
 constexpr auto systemNames = std::to_array<std::string_view>({"addressbook",
                                                               "animoji",
                                                               "app store",
@@ -95,7 +95,7 @@ constexpr auto systemNames = std::to_array<std::string_view>({"addressbook",
                                                               "systemconfiguration"});
 
 constexpr std::array<std::string_view, 3> suffixes{".savedState", ".plist", ".binarycookies"};
-/// Letters that a word needs before it is looked for inside of names.
+/// The letters that a word needs to be searched for within names.
 constexpr int fewestLetters = 4;
 constexpr qsizetype longestIdentifier = 255;
 
@@ -112,7 +112,7 @@ QByteArray comparable(const QString& text) {
     return text.normalized(QString::NormalizationForm_C).toLower().toUtf8();
 }
 
-/// How many of a text's characters are of a kind.
+/// Counts a text's characters of a kind.
 int countOf(QStringView text, bool (*isOfKind)(char32_t)) {
     int count = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
@@ -124,7 +124,7 @@ int countOf(QStringView text, bool (*isOfKind)(char32_t)) {
     return count;
 }
 
-/// The identifier in lower case, or nothing when it cannot be one.
+/// The identifier in lower case; empty if it cannot be one.
 QByteArray usableIdentifier(const std::optional<QString>& identifier) {
     if (!identifier || identifier->size() > longestIdentifier)
         return {};
@@ -137,7 +137,7 @@ QByteArray usableIdentifier(const std::optional<QString>& identifier) {
     return identifier->toLower().toLatin1();
 }
 
-/// An identifier that only its very self can stand for: of one component, or with spaces in it.
+/// An identifier that only matches exactly: of one component, or with spaces.
 QByteArray exactName(const std::optional<QString>& identifier) {
     if (!identifier || identifier->size() > longestIdentifier || identifier->contains(u'/') ||
         identifier->startsWith(u'.') || countOf(*identifier, QChar::isLetter) < fewestLetters)
@@ -148,7 +148,7 @@ QByteArray exactName(const std::optional<QString>& identifier) {
                : text;
 }
 
-/// "com.acme" of "com.acme.notes"; nothing where those may be anybody's.
+/// "com.acme" of "com.acme.notes"; empty if that prefix is shared by many developers.
 QByteArray developerOf(QByteArrayView identifier) {
     const qsizetype second = identifier.indexOf('.', identifier.indexOf('.') + 1);
     if (second < 0)
@@ -158,7 +158,7 @@ QByteArray developerOf(QByteArrayView identifier) {
                                                                           : developer.toByteArray();
 }
 
-/// Whether words of a name are told apart by it.
+/// True for the separators of words.
 bool isJoint(char c) { return c == ' ' || c == '-' || c == '_' || c == '.'; }
 
 class TokenCollector {
@@ -170,12 +170,12 @@ public:
         if (name.endsWith(u".app"))
             name.chop(4);
         add(name, true);
-        // On the disk "Photo Bench" may as well be "Photo-Bench".
+        // On disk "Photo Bench" may also be "Photo-Bench".
         const QStringList words = wordsOf(name);
         if (!isOneOf(words.join(u' ').toUtf8(), vendorWords))
             for (const QLatin1StringView joint : {""_L1, " "_L1, "-"_L1, "_"_L1, "."_L1})
                 add(words.join(joint), true);
-        // The words of a vendor's name say no more than the whole of it does.
+        // The words of a vendor's name are no more specific than the whole.
         for (const std::string_view vendor : vendorWords) {
             const auto named = QLatin1StringView(vendor.data(), qsizetype(vendor.size()));
             if (named.contains(u' ') && name.startsWith(named))
@@ -214,8 +214,7 @@ QList<NameToken> tokensOf(const QStringList& names) {
     return tokens;
 }
 
-/// Whether a token in a name is followed by a word that makes it another product's: "LogiOptionsPlus"
-/// is not Options.
+/// True if a word after the token makes the name another product's: "LogiOptionsPlus" is not Options.
 bool isSiblingAfter(QByteArrayView name, QByteArrayView token) {
     QByteArrayView rest = name.sliced(name.indexOf(token) + token.size());
     while (!rest.isEmpty() && isJoint(rest[0]))
@@ -243,7 +242,7 @@ MatchingName::MatchingName(QByteArrayView name) {
             break;
         }
     }
-    // Without a way out in the middle, so that it is done many bytes at a time.
+    // No early exit, so that the loop vectorizes.
     const std::size_t size = std::min(static_cast<std::size_t>(name.size()), _ascii.size());
     unsigned char anyBit = 0;
     for (std::size_t i = 0; i < size; ++i) {
@@ -270,7 +269,7 @@ ApplicationNames::ApplicationNames(const CleanupApplication& application)
     for (const NameToken& token : std::as_const(_tokens))
         if (token.countsInside)
             _inside.emplace_back(SoughtText(token.text), token.isWholeName);
-    // The nearest first.
+    // The longest match first.
     std::ranges::stable_sort(_inside, std::ranges::greater{},
                              [](const auto& sought) { return sought.first.text.size(); });
 }
@@ -308,7 +307,8 @@ InstalledClaims::InstalledClaims(const QList<CleanupApplication>& others) {
             const auto [known, isNew] = _tokens.try_emplace(token.text.toStdString());
             if (isNew && token.countsInside)
                 _inside.emplace_back(token.text);
-            // Who has it as a name stands before who has it as a word.
+            // Applications with the token as their name take precedence over those with the token as a
+            // word.
             if (token.isWholeName && !known->second.isWholeName)
                 known->second = {.isWholeName = true};
             if (token.isWholeName == known->second.isWholeName)
@@ -318,15 +318,15 @@ InstalledClaims::InstalledClaims(const QList<CleanupApplication>& others) {
 }
 
 const InstalledClaims::Owners* InstalledClaims::ownersOf(QByteArrayView identifier) const {
-    // None is without a dot: not worth a hash.
+    // Every identifier has a dot, so others need not be hashed.
     if (!identifier.contains('.'))
         return nullptr;
     const auto found = _identifiers.find(textOf(identifier));
     return found == _identifiers.end() ? nullptr : &found->second;
 }
 
-/// Visits what stands between any two dots of a name, also in the middle, as in
-/// "TEAM.com.acme.notes.cache"; no more dots than a name has that is one.
+/// Visits the known identifiers among the dot-separated parts of a name, as in
+/// "TEAM.com.acme.notes.cache". Names with too many dots are skipped.
 template <typename Visit>
 void InstalledClaims::eachIdentifierIn(QByteArrayView name, Visit visit) const {
     constexpr qsizetype mostDots = 16;

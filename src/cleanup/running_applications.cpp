@@ -36,7 +36,7 @@ RunningApplications::State SystemRunningApplications::state(const CleanupApplica
 }
 
 void SystemRunningApplications::askToQuit(const CleanupApplication& application, std::stop_token stop) {
-    // Only an identifier that can be none but an identifier; else by where the bundle lies.
+    // By identifier if it is a proper one; otherwise by the bundle's path.
     const QByteArray identifier = ApplicationNames(application).identifier();
     const QByteArray path = _files.hostPath(application.path);
     if (identifier.isEmpty() && !path.isValidUtf8())

@@ -16,7 +16,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// The helper may have to wait until an administrator has typed a password.
+/// The helper may have to wait while an administrator types a password.
 constexpr std::chrono::minutes longestWork{10};
 constexpr milliseconds sendTime{helper_limits::sendMilliseconds};
 
@@ -25,7 +25,7 @@ public:
     SocketConnection(Descriptor socket, QByteArray challenge)
         : _socket(std::move(socket)), _challenge(std::move(challenge)) {}
     ~SocketConnection() override {
-        ::shutdown(_socket.get(), SHUT_RDWR); // wakes the reader, whom the thread's end waits for
+        ::shutdown(_socket.get(), SHUT_RDWR); // wakes the reader, so that it can be joined
     }
 
     const QByteArray& challenge() const override { return _challenge; }
@@ -44,7 +44,7 @@ public:
                     handlers.interrupted();
             });
         } catch (const std::system_error&) {
-            handlers.interrupted(); // without a thread nobody hears what comes of it
+            handlers.interrupted(); // without a thread nobody reads the reply
         }
     }
 
@@ -70,7 +70,7 @@ std::expected<std::unique_ptr<HelperConnection>, QString> LocalSocketTransport::
         return failed(peer.error());
     if (peer->user != _owner)
         return std::unexpected(Texts::tr("Someone else listens in the helper's place."));
-    // An administrator's own helper; one that a test started is whatever it is.
+    // A root-owned helper must be signed; one that a test started need not be.
     if (_owner == 0 && !isPeerCodeAccepted(socket->get(), removalHelperService))
         return std::unexpected(unverifiedSignature());
     auto challenge = readFrame(socket->get(), helper_limits::frameBytes, sendTime);

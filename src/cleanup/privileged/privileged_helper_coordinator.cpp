@@ -19,7 +19,7 @@ const char* const closed = Texts::noop("The administrator helper connection clos
 const char* const notConnected = Texts::noop("Could not connect to the administrator helper.");
 
 constexpr std::chrono::milliseconds look{100};
-constexpr int patienceAfterStop = 100; ///< looks
+constexpr int patienceAfterStop = 100; ///< polls
 
 QString sentence(AdministratorAuthorization::Refusal refusal) {
     switch (refusal) {
@@ -33,7 +33,7 @@ QString sentence(AdministratorAuthorization::Refusal refusal) {
     return message(AuthorizationError::externalizationFailed);
 }
 
-/// JSON holds Unicode text only.
+/// JSON can only hold valid Unicode.
 bool canBeEncoded(const QString& path) { return path.isValidUtf16() && !path.contains(QChar(u'\0')); }
 
 } // namespace
@@ -56,7 +56,7 @@ helperReply(const QByteArray& bytes, const PrivilegedFileOperationRequest& reque
         });
     if (!fits || reply->outcomes.size() != request.items.size())
         return invalid;
-    // It serves every user, and knows the language of none.
+    // The helper serves every user, so it does not translate.
     for (PrivilegedFileOperationOutcome& outcome : reply->outcomes)
         if (outcome.message)
             outcome.message = Texts::tr(outcome.message->toUtf8());
@@ -85,8 +85,8 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
     if (_parts.broker)
         if (const auto ready = _parts.broker->ensure(stop); !ready)
             return std::unexpected(message(ready.error()));
-    // A health check changes nothing and asks nobody; it is bound to its connection all the same. The
-    // prompt comes first: the helper does not wait for one.
+    // A health check changes nothing and needs no approval, though it is bound to its connection, too.
+    // The prompt comes before connecting: the helper would not wait for it.
     std::expected<QByteArray, AdministratorAuthorization::Refusal> grant;
     if (operation != Kind::healthCheck)
         grant = _parts.authorization.obtain(stop);
@@ -109,7 +109,7 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
     if (encoded.size() > helper_limits::frameBytes)
         return std::unexpected(Texts::tr(notEncoded));
 
-    // Shared: the thread that brings the reply may be in it still when this one has gone on.
+    // Shared, because the reader thread may still be using it when this function returns.
     using Reply = std::expected<QByteArray, QString>;
     std::promise<Reply> promise;
     auto arrived = promise.get_future();
@@ -122,8 +122,8 @@ PrivilegedHelperCoordinator::perform(Kind operation, const QList<PrivilegedFileO
         ->send(encoded, {.reply = [replied](const QByteArray& message) { replied->resume(message); },
                          .interrupted = [fail] { fail(Texts::tr(interrupted)); },
                          .invalidated = [fail] { fail(Texts::tr(closed)); }});
-    // Once work has begun there, the truth about it is in the reply: at a stop the helper is told, and
-    // only one that says nothing is not waited for.
+    // Once the helper has begun, only its reply tells what was done. So a stop is sent to the helper,
+    // and the reply is only given up if it does not come in time.
     const std::stop_callback stopped(stop, [&] { (*connection)->stop(); });
     for (int left = patienceAfterStop; left > 0 && arrived.wait_for(look) != std::future_status::ready;)
         if (stop.stop_requested() && --left == 0)
