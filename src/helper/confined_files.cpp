@@ -68,7 +68,7 @@ ConfinedFiles::ConfinedFiles(const QByteArray& hostRoot)
 
 std::expected<Descriptor, int> ConfinedFiles::folder(const QByteArray& relativePath,
                                                      std::optional<std::uint32_t> owner) const {
-    // On a Mac "/Library" and "/Users" lie on another volume than the root does.
+    // On a Mac, "/Library" and "/Users" are on a different volume than the root.
     const qsizetype slash = relativePath.indexOf('/');
     const QByteArray first = slash < 0 ? relativePath : relativePath.first(slash);
     auto opened = openBelow(_root.get(), first, forFolder, true);

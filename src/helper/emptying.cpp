@@ -15,14 +15,14 @@ namespace {
 constexpr int forFolder = O_RDONLY | O_DIRECTORY | O_NONBLOCK;
 constexpr std::size_t deepest = 200'000;
 
-/// The inside of a folder, with one descriptor however deep it is: the way back up is "..", believed
-/// only when it is the very folder that was left.
+/// Deletes the contents of a folder with one descriptor, however deep it is: it goes back up through
+/// "..", provided that this is the very folder that it came from.
 class Emptying {
 public:
     Emptying(int folder, std::stop_token stop)
         : _stop(std::move(stop)), _current(::openat(folder, ".", forFolder | O_CLOEXEC)) {}
 
-    /// 0 or an errno.
+    /// Returns 0 or an errno.
     int run() {
         if (!_current)
             return errno;
@@ -44,7 +44,7 @@ private:
         QByteArray child;
     };
 
-    /// Removes all but folders; gives the first of those, or nothing.
+    /// Deletes everything but folders; returns the name of the first folder, or an empty one.
     std::expected<QByteArray, int> emptyOfFiles() {
         if (::lseek(_current.get(), 0, SEEK_SET) < 0)
             return std::unexpected(errno);

@@ -26,7 +26,8 @@ const QString notTaken =
     QLatin1StringView(Texts::noop("The administrator helper did not take this item."));
 
 constexpr int mostNames = 1'000;
-/// As many are written down at once, for the disk takes its time; each holds two descriptors.
+/// The size of a batch that is journaled together, because flushing is slow; each item holds two
+/// descriptors.
 constexpr std::size_t itemsTogether = 32;
 
 PrivilegedFileOperationOutcome failed(const QString& sentence) {
@@ -37,18 +38,18 @@ QByteArray nameOf(const MoveRecord& record) { return QByteArray::number(quint64(
 
 QByteArray pathOf(const NamedPlace& place) { return place.folderPath() + '/' + place.name; }
 
-/// Whether nobody else may change what lies in a folder.
+/// True if nobody else can change what is in a folder.
 bool isOursAlone(int folder) {
     struct stat status {};
     return ::fstat(folder, &status) == 0 && status.st_uid == ::geteuid() && (status.st_mode & 022) == 0;
 }
 
-/// What lies in the users' Trashes, each listed once.
+/// The contents of the users' Trashes, each listed once.
 class TrashContents {
 public:
     explicit TrashContents(const ConfinedFiles& files) : _files(files) {}
 
-    /// Only where the Trash was seen whole.
+    /// False if the Trash could not be listed completely.
     bool areWithout(const MoveRecord& record) {
         const auto place = namedPlace(record.trashed.value_or(QString()));
         if (!place)
@@ -94,7 +95,7 @@ private:
 void FileOperations::settle() {
     const std::unique_lock lock(_mutex, std::try_to_lock);
     if (!lock)
-        return; // whoever works here has settled first
+        return; // whoever holds the lock has already settled
     if (auto journal = MoveJournal::open(_journalFolder))
         settle(*journal);
 }
@@ -136,7 +137,7 @@ FileOperations::performSome(Kind kind, std::span<const Item> items, const Helper
         }
         moves.push_back(std::move(move));
     }
-    // On the disk before the first of them moves.
+    // On the disk before the first item moves.
     const bool isRecorded = steps.isEmpty() || journal.append(steps);
     steps.clear();
     QList<Outcome> outcomes;
@@ -149,7 +150,7 @@ FileOperations::performSome(Kind kind, std::span<const Item> items, const Helper
         steps.append(move->record);
         outcomes.append(move->outcome);
     }
-    // Where this fails, the next start finds the items by looking.
+    // If this fails, the next start finds the items by looking.
     (void)journal.append(steps);
     return outcomes;
 }
@@ -201,8 +202,8 @@ FileOperations::planReturn(const Item& item, const HelperClient& client,
     const auto there = itemStatusAt(around->get(), from->name);
     if (!there)
         return std::unexpected(fileSentence(there.error()));
-    // By what it is and not by its name there. Who may write to the Trash could put a file of their own
-    // under the same number: not one of the same owner, though.
+    // By identity, not by its name there. Whoever can write to the Trash could put another file with
+    // the same inode there, but not one with the same owner.
     const auto record = std::ranges::find_if(records, [&](const MoveRecord& r) {
         return r.phase != MovePhase::kept && r.user == client.user && r.original == item.destination &&
                r.isOf(*there);
@@ -243,7 +244,7 @@ void FileOperations::carryOut(Move& move, MoveJournal& journal, std::stop_token 
     if (const auto taken = staging->take(move.item, nameOf(record)); !taken) {
         refuse(taken.error().sentence);
         if (taken.error().isKept) {
-            // The item itself is elsewhere, and the number belongs to what is kept under it.
+            // The item itself is elsewhere, and the number now belongs to what is kept under it.
             MoveRecord item = record;
             item.id = journal.freshId();
             if (!isReturning || journal.append({item}))
@@ -268,8 +269,8 @@ void FileOperations::carryOut(Move& move, MoveJournal& journal, std::stop_token 
 
 std::expected<void, QString> FileOperations::deliver(const Staging& staging, MoveRecord& record,
                                                      std::stop_token stop) const {
-    // Only what was looked at in the helper's folder comes this far: to give it back does as little
-    // harm as to give it on. Where neither can be done it stays, and the next start tries again.
+    // Only items that were verified in the staging folder get here: moving one back does no more harm
+    // than moving it on. If neither works it stays, and the next start tries again.
     const auto undone = [&](const QString& sentence, const std::expected<void, QString>& back) {
         return std::unexpected(
             back ? sentence : sentence + QStringLiteral(" It is kept at “%1”.").arg(record.staged));
@@ -344,7 +345,7 @@ void FileOperations::settle(MoveJournal& journal) const {
         const auto staged = statusAt(record.staged);
         const auto around = _files.folder(place->folderPath());
         if (staged && !record.isOf(*staged)) {
-            // Taken by a helper that was killed before it looked.
+            // Staged by a helper that was killed before it verified the item.
             if (before == MovePhase::returning) {
                 steps.append(record);
                 steps.last().id = journal.freshId();
@@ -357,7 +358,7 @@ void FileOperations::settle(MoveJournal& journal) const {
                 staging->tidy();
             }
         } else if (staged.error() == ENOENT && around) {
-            // It had not left yet, or has arrived. Where its folder cannot be seen, nobody knows.
+            // It has not left yet, or has arrived. If its folder cannot be opened, that is unknown.
             const auto original = itemStatusAt(around->get(), place->name);
             if ((original && record.isOf(*original)) || before == MovePhase::deleting)
                 record.phase = MovePhase::closed;

@@ -20,7 +20,7 @@ void HelperServer::serve(int listening, std::stop_token stop) {
     milliseconds idle{0};
     while (!stop.stop_requested() && idle < _options.idle) {
         attendants.remove_if([](const Attendant& attendant) { return attendant.isDone.load(); });
-        // Those who wait meanwhile wait in the system's queue.
+        // Further connections wait in the system's queue.
         if (attendants.size() >= _options.maximumConnections) {
             std::this_thread::sleep_for(look);
             continue;
@@ -33,7 +33,7 @@ void HelperServer::serve(int listening, std::stop_token stop) {
             continue;
         }
         idle = milliseconds(0);
-        // Nobody keeps the others waiting, whatever they open and leave silent.
+        // A limit per user, so that nobody can block the others with idle connections.
         const auto peer = peerCredentials(socket->get());
         const auto ofSameUser = [&](const Attendant& other) {
             return other.user == peer->user && !other.isDone.load();
@@ -58,8 +58,8 @@ void HelperServer::handleConnection(const Descriptor& socket, const PeerCredenti
     if (writeFrame(socket.get(), challenge, _options.sendTime) != 0)
         return;
     const auto message = readFrame(socket.get(), helper_limits::frameBytes, _options.sendTime);
-    // What did not arrive in time or form is answered too: as a request that cannot be read.
-    // Who asked may leave, or say that it is enough: what has not been done by then is not done.
+    // A malformed or late request is answered, too: as one that cannot be read. The client may
+    // disconnect or ask to stop: what has not been done by then is not done.
     std::stop_source enough;
     const std::jthread watching([&](std::stop_token over) {
         constexpr milliseconds look{50};

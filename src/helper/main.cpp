@@ -1,6 +1,6 @@
-// The removal helper: a small program that runs as root while an application is removed and moves what
-// the user's own rights cannot. It is started by the system when someone connects to its socket, or by
-// hand, and ends when nobody has come for a while.
+// The removal helper: a small program that runs as root while an application is removed, and moves what
+// the user has no permission to move. The system starts it when someone connects to its socket; it can
+// also be started by hand. It exits when idle.
 //
 //     tessellar-removal-helper [--root DIR --home PATH] [--socket PATH]
 //
@@ -62,7 +62,7 @@ std::optional<QString> homeOf(std::uint32_t user) {
     return FileSystem::fromHostBytes(result->pw_dir);
 }
 
-/// The folder in which the helper notes what it took: its own, and closed to all others.
+/// Creates the folder of the journal, which is the helper's own and closed to all others.
 bool prepareFolder(const QByteArray& folder) {
     struct stat status {};
     (void)::mkdir(folder.constData(), 0700);

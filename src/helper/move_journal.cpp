@@ -50,7 +50,7 @@ std::expected<MoveJournal, int> MoveJournal::open(const QByteArray& folder) {
         return std::unexpected(errno);
     if (!S_ISREG(status.st_mode) || status.st_size > mostBytes)
         return std::unexpected(EFBIG);
-    // Before the first line in it is relied on, the file itself must be on the disk.
+    // The file itself must be on the disk before its first line is relied on.
     if (status.st_size == 0)
         if (const int error = flushToDisk(around.get()); error != 0 && error != EINVAL)
             return std::unexpected(error);
@@ -74,7 +74,7 @@ int MoveJournal::read() {
             break;
         bytes += piece.first(count);
     }
-    // A step that was cut short was never acted on.
+    // A truncated step was never acted on.
     _size = bytes.lastIndexOf('\n') + 1;
     if (_size != bytes.size() && ::ftruncate(_file.get(), _size) != 0)
         return errno;
@@ -110,7 +110,7 @@ bool MoveJournal::append(const QList<MoveRecord>& steps) {
     if (_size < 0 || _size + lines.size() > mostBytes)
         return false;
     if (writeAll(_file.get(), lines) != 0 || flushToDisk(_file.get()) != 0) {
-        // What was written of it must not run into the next line.
+        // A partial line must not run into the next one.
         if (::ftruncate(_file.get(), _size) != 0)
             _size = -1;
         return false;
@@ -131,7 +131,7 @@ void MoveJournal::compact(const std::function<bool(const MoveRecord&)>& isGone) 
         if (!isOver) {
             lines += lineOf(record);
         } else if (id == _lastId) {
-            // Its number stays taken: something else may be kept under it.
+            // The highest number must not be reused: something else may be kept under it.
             MoveRecord last = record;
             last.phase = MovePhase::closed;
             lines += lineOf(last);

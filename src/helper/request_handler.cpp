@@ -7,7 +7,7 @@ namespace {
 
 const QString polkitTool = QStringLiteral("/usr/bin/pkcheck");
 
-/// Before the digest is made, and before anything is asked of anyone.
+/// Checked before the digest is computed and before anyone is asked.
 bool isBounded(const PrivilegedFileOperationRequest& request) {
     if (request.items.size() > helper_limits::items ||
         request.application.value_or(QString()).toUtf8().size() > helper_limits::nameBytes)
@@ -123,7 +123,7 @@ PrivilegedFileOperationResponse RequestHandler::respond(const QByteArray& messag
         return refuse(AuthorizationError::malformed);
     if (nonce.isEmpty() || approval->nonce != nonce || approval->digest != requestDigest(*request))
         return refuse(AuthorizationError::invalid);
-    // Whether it is there may be asked by anyone who could see its socket.
+    // Anyone who can connect may ask whether the helper is there.
     if (request->operation == PrivilegedFileOperationKind::healthCheck && request->items.isEmpty()) {
         _operations.settle();
         return response;

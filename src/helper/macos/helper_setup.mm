@@ -1,11 +1,11 @@
-// TessellarHelperSetup: registers the removal helper with launchd, or says how that stands. The launcher runs it
-// with one word and reads the one that it prints; see cleanup's HelperSetupBroker.
+// TessellarHelperSetup: registers the removal helper with launchd, or reports its status. The launcher
+// runs it with one word and reads the one that it prints; see cleanup's HelperSetupBroker.
 //
 //     TessellarHelperSetup status|register|unregister
 //
-// A program of its own inside the bundle, because ServiceManagement looks for the daemon's property list in the
-// bundle of the program that asks, and so that the launcher itself never holds the right to register one.
-// Unproven: compiled against declarations, never run.
+// A program of its own inside the bundle, because ServiceManagement looks for the daemon's property list
+// in the calling program's bundle, and so that the launcher itself never has the right to register one.
+// Compiled against declarations only; never run.
 
 #import <ServiceManagement/ServiceManagement.h>
 
@@ -43,7 +43,7 @@ int main(int count, char** words) {
             isDone = [service unregisterAndReturnError:&error];
         else if (word != "status")
             return 2;
-        // A registration that waits for the user's approval is reported as an error, too.
+        // A registration that awaits the user's approval is reported as an error, too.
         if (!isDone && service.status != SMAppServiceStatusRequiresApproval) {
             std::fprintf(stderr, "%s\n", error.localizedDescription.UTF8String);
             return 1;
