@@ -1,4 +1,4 @@
-// What the menus and keys of the window offer, from the same table.
+// The actions of the window's menus and keys, from the same table.
 
 #include "control/command_set.h"
 #include "launcher/actions.h"
@@ -8,7 +8,7 @@
 namespace tessellar {
 namespace {
 
-/// The target that a word names: a tile by its identifier or app key, or the background without one.
+/// The target that a word names: a tile by its identifier or app key, or the background if empty.
 std::optional<ActionTarget> target(const Call& call, const Word& name) {
     ActionTarget target{.mode = call->mode()};
     if (name->empty())

@@ -1,4 +1,4 @@
-// The saved arrangements.
+// Commands for saved arrangements.
 
 #include "control/command_set.h"
 #include "control/named_file.h"
@@ -16,7 +16,7 @@ QString arrangementLine(const ArrangementSummary& summary) {
              countsText(summary.appCount, summary.folderCount, summary.pageCount));
 }
 
-/// The arrangement that a command is about.
+/// The identifier of the command's arrangement.
 Word arrangementWord(CLI::App* command) {
     return word(command, "id", Texts::noop("The arrangement's identifier"));
 }
@@ -30,7 +30,7 @@ std::optional<QUuid> identifier(const Call& call, const Word& word) {
     return std::nullopt;
 }
 
-/// Ends the command with what became of an arrangement, and a sentence about it.
+/// Finishes the command with the resulting arrangement, and a sentence about it.
 LauncherArrangements::Done answering(const Call& call,
                                      std::function<QString(const ArrangementSummary&)> text) {
     return [call, text = std::move(text)](const LauncherArrangements::Saved& saved) {
@@ -40,7 +40,7 @@ LauncherArrangements::Done answering(const Call& call,
             call->fail(saved.error());
     };
 }
-/// The same, where the sentence names it.
+/// As above, with the arrangement's name in the sentence.
 LauncherArrangements::Done answering(const Call& call, const QString& sentence) {
     return answering(call, [sentence](const ArrangementSummary& saved) {
         return sentence.arg(saved.name.isEmpty() ? toText(saved.id) : saved.name);
@@ -145,7 +145,7 @@ void addFiles(CommandSet& set, CLI::App* group) {
               });
 }
 
-/// For a launcher that goes on running: each command of its own is another one.
+/// Only useful within one launcher: each command without a running one starts its own.
 void addSteps(CommandSet& set, CLI::App* group) {
     set.onRun(
         set.add("undo", Texts::noop("Take back the last change of the saved arrangements"), group),

@@ -1,4 +1,4 @@
-// The removal of applications: review, removal, bringing back, the helper.
+// Commands for removing applications: review, removal, restoring, the helper.
 
 #include "control/command_set.h"
 #include "launcher/launcher_cleanup.h"
@@ -52,7 +52,7 @@ QString itemText(const RelatedFile& file, bool isSelected) {
 
 QString unsearched() { return Texts::tr("Some folders could not be searched."); }
 
-/// Of what goes and what does not, and what is to be known of it.
+/// The number and size of the selected items, the number of the others, and warnings.
 QString totalText(const CleanupReviewState& review) {
     const MeasuredSize size = review.selectedSize();
     QString text = countText(review.selectedPaths.size()) + QStringLiteral(", ") +
@@ -83,14 +83,14 @@ QString logText(const QList<CleanupLogLine>& log) {
     return text;
 }
 
-/// Ends the review with the command: the launcher that is running may want to show another.
+/// Closes the review when the command ends: the running launcher may want to show another.
 void endReview(const Call& call) {
-    call->held.clear(); // no longer watched
+    call->held.clear(); // unsubscribe first
     call->launcher().cleanup().close();
 }
 
-/// Calls `then` once everything was found and measured. A review that the window closes, or puts
-/// another in place of, ends the command: nothing of another application is to be taken for this one's.
+/// Calls `then` once everything has been found and measured. If the window closes or replaces the
+/// review, the command fails, so that another application's files are never taken for this one's.
 void reviewed(const Call& call, const QString& key, std::function<void()> then) {
     LauncherCleanup& cleanup = call->launcher().cleanup();
     if (cleanup.phase() != LauncherCleanup::Phase::idle &&
@@ -104,11 +104,11 @@ void reviewed(const Call& call, const QString& key, std::function<void()> then) 
     });
     if (cleanup.phase() != LauncherCleanup::Phase::scanning)
         return;
-    // Told of every size that arrives; the last one ends the wait.
+    // Notified of every size; the last one ends the wait.
     call->held.push_back(std::make_shared<Subscription>(
         cleanup.changed.connect([call, key, isMeasured, then = std::move(then)] {
             const LauncherCleanup& state = call->launcher().cleanup();
-            if (call->held.empty()) // it ends the review itself
+            if (call->held.empty()) // the command itself is closing the review
                 return;
             if (state.phase() == LauncherCleanup::Phase::idle || appKey(state.app()) != key) {
                 call->held.clear();
@@ -122,8 +122,8 @@ void reviewed(const Call& call, const QString& key, std::function<void()> then) 
         })));
 }
 
-/// Who stops the command stops what it does: the review, or the moving, of which what was moved by then
-/// is told and written down.
+/// Cancelling the command closes the review, or stops the removal; what was moved by then is reported
+/// and recorded.
 void endWhenUnwanted(const Call& call) {
     call->whenCancelled([call] {
         LauncherCleanup& cleanup = call->launcher().cleanup();
@@ -156,14 +156,14 @@ void addReview(CommandSet& set, CLI::App* group) {
     });
 }
 
-/// An item that a file names; with what lay there when it was reviewed, where the file says it.
+/// An item listed in a file, with its identity at the time of the review if the file has it.
 struct NamedItem {
     QString path;
     std::optional<FileIdentity> identity;
 };
 
-/// The items that a file names: a JSON array of their paths, or what `cleanup review` answered, with
-/// those that are to go.
+/// The items in a file: a JSON array of paths, or the output of `cleanup review`, of which the selected
+/// ones count.
 std::expected<QList<NamedItem>, LauncherError> itemsFrom(const Call& call, const QString& name) {
     QFile file(QDir(call->options.directory).absoluteFilePath(name));
     const auto damaged = [&] {
@@ -228,7 +228,7 @@ std::expected<void, LauncherError> select(const Call& call, bool all, const Word
     return {};
 }
 
-/// Without a yes: what would go.
+/// Without --yes: prints what would be removed, and refuses.
 void refuseWithoutYes(const Call& call) {
     LauncherCleanup& cleanup = call->launcher().cleanup();
     cleanup.findRunning([call](bool isRunning) {
@@ -285,7 +285,7 @@ void addRemove(CommandSet& set, CLI::App* group) {
                     call->warn(unsearched());
                 endReview(call);
                 if (!outcome) {
-                    // The refusal says why the first of them stayed.
+                    // The refusal tells why the first item stayed; the log has the others.
                     if (!call->options.json && log.size() > 1)
                         call->print({}, logText(log));
                     return call->fail(outcome.error());

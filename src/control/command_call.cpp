@@ -19,7 +19,7 @@ void sayError(const LauncherError& error, const CommandOptions& options, const C
     output.error(error.message.toUtf8() + '\n');
 }
 
-/// Names and versions come from outside: no control character of theirs reaches the terminal.
+/// Names and versions come from outside: their control characters must not reach the terminal.
 static QString printable(QString text, const QString& kept = {}) {
     for (QChar& character : text)
         if (character.category() == QChar::Other_Control && !kept.contains(character))
@@ -96,7 +96,7 @@ void CommandCall::onceSaved(Whose whose, std::function<void()> answer) {
 }
 
 void CommandCall::end(ExitStatus status) {
-    // Let go of later: this may be called by the very work that is held.
+    // Destroyed later: what is held may be the caller.
     machine.workers.mailbox().post([work = std::move(held)] {});
     _output.finished(static_cast<int>(status));
 }

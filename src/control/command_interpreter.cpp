@@ -29,7 +29,7 @@ void CommandInterpreter::run(const QStringList& words, const CommandOptions& opt
     if (parsed->needs != CommandNeeds::window && !_launcher.isBootstrapped()) {
         _early.emplace_back(
             [this, words, options, output = std::move(output)] { run(words, options, output); });
-        // By way of the mailbox: others are still to learn of the first load.
+        // Through the mailbox, so that all other subscribers learn of the first load first.
         _bootstrapped = _launcher.bootstrapped.connect([this] {
             _machine.workers.mailbox().post(_lifetime.guard([this] {
                 for (const auto& command : std::exchange(_early, {}))

@@ -51,7 +51,7 @@ CommandSet::CommandSet()
     addUpdateCommands(*this);
     addCleanupCommands(*this);
     translateHelp(_parser);
-    _parser.footer(beforeTheCommand()); // last: commands would take it over
+    _parser.footer(beforeTheCommand()); // last: subcommands would inherit it
 }
 
 QString valueText(const QJsonValue& value) {
@@ -105,7 +105,7 @@ std::optional<QString> CommandSet::nameFailure(const QStringList& words) const {
 std::expected<CommandSet::Parsed, CommandSet::Failure> CommandSet::parse(const QStringList& words) {
     if (const auto failure = nameFailure(words))
         return std::unexpected(Failure{ExitStatus::wrongUsage, *failure});
-    std::vector<std::string> reversed; // as CLI11 takes them
+    std::vector<std::string> reversed; // the order that CLI11 expects
     for (auto it = words.rbegin(); it != words.rend(); ++it)
         reversed.push_back(it->toStdString());
     try {

@@ -16,7 +16,7 @@ namespace tessellar {
 namespace {
 
 constexpr qint64 maximumLine = 1 << 20;
-constexpr qsizetype maximumAddress = 100; ///< sun_path holds 104 bytes on a Mac, 108 on Linux
+constexpr qsizetype maximumAddress = 100; ///< sun_path has 104 bytes on a Mac, 108 on Linux
 constexpr qint64 maximumUnread = 64 << 20;
 constexpr int connectTimeout = 2'000; ///< milliseconds
 constexpr std::chrono::milliseconds pingInterval{5'000};
@@ -66,7 +66,7 @@ QString controlSocketPath(const Machine& machine) {
     return QString::fromUtf8(shared + '/' + name + ".socket");
 }
 
-// ---- the side of the launcher
+// ---- the launcher's side
 
 class ControlServer::Connection : public std::enable_shared_from_this<Connection> {
 public:
@@ -75,7 +75,7 @@ public:
 
     void start() {
         _socket->setReadBufferSize(maximumLine + 1);
-        // The socket keeps the connection; the answers of a command only know it weakly.
+        // The socket owns the connection; a command's callbacks only have weak references.
         QObject::connect(_socket, &QLocalSocket::readyRead, _socket,
                          [self = shared_from_this()] { self->read(); });
         QObject::connect(_socket, &QLocalSocket::bytesWritten, _socket,
@@ -98,7 +98,7 @@ private:
             const bool isStop = isNext(stopLine);
             const bool isEnd = isStop || isNext(leaveLine);
             const bool isPing = !isEnd && isNext(pingLine);
-            // Whoever does not read is not worked for.
+            // Clients that do not read get no more work done.
             if (!isEnd && !isPing && (_isBusy || _socket->bytesToWrite() > maximumLine))
                 return;
             const QByteArray line = _socket->readLine(maximumLine + 1);
@@ -122,7 +122,8 @@ private:
             _socket->abort();
     }
 
-    /// While this launcher was stopped, say: whoever gave up has told that nothing was done.
+    /// True for example if this launcher was suspended: a client that gave up has reported that nothing
+    /// was done.
     bool hasDisconnected() const {
         char next = 0;
         return ::recv(static_cast<int>(_socket->socketDescriptor()), &next, 1,
@@ -137,7 +138,7 @@ private:
             _socket->abort();
     }
 
-    /// False where the command cannot be ended: it goes on, and nobody waits for it.
+    /// False if the command cannot be cancelled: it goes on, but nobody waits for it.
     bool end(Cancellation why) {
         const auto call = std::exchange(_whenCancelled, nullptr);
         if (call)
@@ -194,7 +195,7 @@ private:
     CommandExecutor& _executor;
     QLocalSocket* _socket;
     UnsavedEdits::Editor _editor = std::make_shared<std::byte>();
-    std::function<void(Cancellation)> _whenCancelled; ///< of the command under way
+    std::function<void(Cancellation)> _whenCancelled; ///< of the running command
     bool _isBusy = false;
 };
 
@@ -211,8 +212,8 @@ bool ControlServer::listen() {
         while (QLocalSocket* socket = _server->nextPendingConnection())
             std::make_shared<Connection>(_executor, socket)->start();
     });
-    // Not QLocalServer::listen(name): for a socket of the user alone it makes a folder, which stays
-    // behind if it fails or is killed.
+    // Not QLocalServer::listen(name): for a user-only socket it creates a folder, which is left behind
+    // if it fails or is killed.
     auto socket = listenLocally(QFile::encodeName(path), SocketAccess::user);
     if (!socket) {
         _machine.log.warning(QStringLiteral("Commands cannot reach this launcher: %1")
@@ -222,7 +223,7 @@ bool ControlServer::listen() {
     return _server->listen(socket->release());
 }
 
-// ---- the side of the command line
+// ---- the client's side
 
 std::unique_ptr<RemoteExecutor> RemoteExecutor::connect(const Machine& machine) {
     const QString path = controlSocketPath(machine);
@@ -272,8 +273,8 @@ void RemoteExecutor::awaitSign() {
     _patience = _scheduler.after(pingInterval, Ping{this});
 }
 
-/// The command says itself how it ended. Whoever does not want to wait for that either just goes, and
-/// nobody waits for a launcher that says nothing.
+/// Normally the command itself reports how it ended. A second interruption does not wait for that, and
+/// neither does anyone if the launcher does not respond.
 void RemoteExecutor::stop(Cancellation why) {
     if (!_isRunning)
         return;

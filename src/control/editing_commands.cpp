@@ -1,4 +1,5 @@
-// What a person does to the arrangement: move, group, rename, hide, alias, sort, undo, search.
+// Commands that edit the arrangement as a person would: move, group, rename, hide, alias, sort, undo,
+// search.
 //
 // Tiles are named by identifier or app key, places as PAGE:INDEX or FOLDER/PAGE:INDEX, all counted from
 // 0.
@@ -52,7 +53,7 @@ std::optional<QUuid> tile(const Call& call, const QString& name, AppTiles which 
 
 std::optional<QUuid> tile(const Call& call, const Word& name) { return tile(call, text(name)); }
 
-/// Each tile once, however often and by whatever it is named.
+/// Each tile once, however often and in whatever way it is named.
 std::optional<QList<QUuid>> tiles(const Call& call, const Words& names,
                                   AppTiles which = AppTiles::ownFirst) {
     QList<QUuid> result;
@@ -225,7 +226,7 @@ void addHistory(CommandSet& set) {
     });
 }
 
-/// Cutting and copying fail for selections that the pasteboard does not take.
+/// Cutting and copying fail if the pasteboard does not accept the tiles.
 void answerClipboard(const Call& call, bool isDone) {
     if (isDone)
         return call->answer({});
@@ -259,7 +260,8 @@ void addSearch(CommandSet& set) {
     CLI::App* search = set.add("search", Texts::noop("Applications by name, best first"));
     set.onRun(search, CommandNeeds::launcher,
               [query = word(search, "query", Texts::noop("What to look for"))](const Call& call) {
-                  // What smart folders show is found by their names: they are evaluated first.
+                  // Smart folders are evaluated first, because their applications are found by the
+                  // folders' names.
                   LauncherViewModel& launcher = call->launcher();
                   launcher.updates().whenReady([call, query, &launcher] {
                       launcher.smartFolders().gatherFacts({}, [call, query, &launcher] {

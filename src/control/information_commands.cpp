@@ -1,4 +1,4 @@
-// All that is known of one application.
+// All that is known about one application.
 
 #include "control/command_set.h"
 #include "launcher/app_information_gatherer.h"
@@ -8,7 +8,7 @@
 namespace tessellar {
 namespace {
 
-/// Lines of a section below its title, the texts below each other.
+/// A section's title and its rows, with the texts aligned.
 QString sectionText(const InformationSection& section) {
     qsizetype widest = 0;
     for (const InformationRow& row : section.rows)

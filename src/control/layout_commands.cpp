@@ -1,4 +1,4 @@
-// The arrangement: scan, list, reset, open.
+// Commands for the arrangement: scan, list, reset, open.
 
 #include "control/command_set.h"
 #include "launcher/installed_applications.h"
@@ -14,7 +14,7 @@
 namespace tessellar {
 namespace {
 
-/// The grid for people: each page with its tiles, folders indented.
+/// The pages with their tiles, in plain text; folders' contents are indented.
 void writeTiles(QString& out, const Call& call, const Page& page, int indent) {
     const LiveLayout& layout = call->layout();
     for (const LaunchpadItem& item : page) {
@@ -73,7 +73,7 @@ void addScan(CommandSet& set) {
               });
 }
 
-/// All that is installed, arranged anew in one of the ways that need nothing but the applications.
+/// Rearranges all installed applications in one of the ways that need no other input.
 void addArrange(CommandSet& set) {
     using Kind = LayoutProposal::Kind;
     static const std::map<std::string, Kind> ways{{"by-category", Kind::byCategory},
@@ -102,7 +102,7 @@ void addArrange(CommandSet& set) {
     });
 }
 
-/// A command to the window of a launcher that is running.
+/// The error of a window command if no launcher is running.
 LauncherError notRunning() {
     return {QStringLiteral("notRunning"), Texts::tr("The launcher is not running."), {}};
 }
@@ -118,7 +118,7 @@ void addPresence(CommandSet& set, const char* name, const char* description,
     });
 }
 
-/// It goes on running where something cannot be saved.
+/// The launcher keeps running if something cannot be saved.
 void addQuit(CommandSet& set) {
     set.onRun(set.add("quit", Texts::noop("End it, with everything saved")), CommandNeeds::window,
               [](const Call& call) {

@@ -1,5 +1,5 @@
-// What comes from outside: the old Launchpad's arrangement, icons of the user's own, applications that
-// come and go.
+// Commands for what comes from outside: the old Launchpad's arrangement, custom icons, changes to the
+// installed applications.
 
 #include "control/command_set.h"
 #include "control/named_file.h"
@@ -147,7 +147,7 @@ void addWatch(CommandSet& set) {
                   };
                   call->whenCancelled([call] { call->finish(ExitStatus::done); });
                   call->held.push_back(std::make_shared<Subscription>(watch.noticed.connect(say)));
-                  // A launcher that is running watches already.
+                  // A running launcher is already watching.
                   if (!watch.watchedDirectories().isEmpty())
                       say({LibraryNotice::Kind::watching, watch.watchedDirectories()});
                   watch.start();

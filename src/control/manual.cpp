@@ -31,7 +31,7 @@ std::string upper(std::string text) {
     return text;
 }
 
-/// What a check of CLI11 allows, from the form in which it names a type: "TEXT:{a,b}".
+/// The values that a CLI11 check allows, parsed from its type name: "TEXT:{a,b}".
 std::vector<std::string> choicesOf(const std::string& type) {
     const auto open = type.find('{');
     const auto close = type.find('}');
@@ -131,14 +131,14 @@ std::string manPage(const ProgramOutline& program) {
 }
 
 // --- Completions. Each shell walks over the words as the program does: options before the command may
-// take a value; the words that name a command make up its path; what can follow is looked up by the
+// take a value, and the words that name a command form its path. What can follow is looked up by that
 // path.
 
 std::string quoted(const std::string& text) { return '\'' + replaced(text, "'", "'\\''") + '\''; }
 
 std::string functionName(const ProgramOutline& program) { return '_' + program.name; }
 
-/// The options of the program that take a value, as patterns of a shell's `case`.
+/// The program's options that take a value, as patterns for a shell's `case`.
 std::string valued(const ProgramOutline& program) {
     std::vector<std::string> names;
     for (const Option& option : program.options)
@@ -152,7 +152,7 @@ struct Completion {
     std::string description;
 };
 
-/// What can follow the words of a path.
+/// What can follow a path.
 std::vector<Completion> completions(const ProgramOutline& program, const std::string& path,
                                     const std::vector<Option>& options) {
     std::vector<Completion> found;
@@ -167,7 +167,7 @@ std::vector<Completion> completions(const ProgramOutline& program, const std::st
     return found;
 }
 
-/// Calls back for each place in a command line, with its path and what can follow.
+/// Calls `visit` for each position in a command line, with its path and what can follow.
 template <typename Visit>
 void visitPlaces(const ProgramOutline& program, Visit visit) {
     visit(std::string(), completions(program, {}, program.options));
@@ -175,7 +175,7 @@ void visitPlaces(const ProgramOutline& program, Visit visit) {
         visit(command.path, completions(program, command.path, command.options));
 }
 
-/// Calls back for each option that takes one of several words.
+/// Calls `visit` for each option that takes one of several words.
 template <typename Visit>
 void visitChoices(const ProgramOutline& program, Visit visit) {
     const auto all = [&](const std::vector<Option>& options) {
@@ -195,7 +195,7 @@ std::string knownPaths(const ProgramOutline& program) {
     return paths.empty() ? "\"\"" : joined(paths, "|");
 }
 
-/// What bash and zsh have in common: sets `place` to the words that name the command.
+/// Common to bash and zsh: sets `place` to the words that name the command.
 std::string placeFinder(const ProgramOutline& program, const std::string& word,
                         const std::string& before, int first) {
     return "    local place= word i\n    for ((i = " + std::to_string(first) + "; i < " + before +
@@ -287,12 +287,12 @@ std::string fish(const ProgramOutline& program) {
 } // namespace
 
 void translateHelp(CLI::App& program) {
-    (void)Texts::noop("Print this help message and exit"); // of CLI11
+    (void)Texts::noop("Print this help message and exit"); // from CLI11
     const auto inLanguage = [](const std::string& text) {
         return text.empty() ? text : Texts::tr(text.c_str()).toStdString();
     };
     program.description(inLanguage(program.get_description()));
-    // Words of CLI11's own.
+    // CLI11's own words.
     for (const char* word :
          {Texts::noop("Usage"), Texts::noop("OPTIONS"), Texts::noop("SUBCOMMAND"),
           Texts::noop("SUBCOMMANDS"), Texts::noop("Positionals"), Texts::noop("REQUIRED")})
@@ -337,7 +337,7 @@ ProgramOutline outlineOf(const CLI::App& program) {
                            .remarks = {},
                            .examples = {}};
     for (const CLI::Option* option : program.get_options())
-        if (!option->get_group().empty()) // hidden ones have none
+        if (!option->get_group().empty()) // hidden ones have no group
             outline.options.push_back(outlineOf(*option));
     collect(program, {}, outline);
     return outline;

@@ -1,4 +1,4 @@
-// What is kept of arrangements that were: the places of applications that went, and backups.
+// Commands for what is kept of former arrangements: the places of removed applications, and backups.
 
 #include "control/command_set.h"
 #include "launcher/layout_archive.h"

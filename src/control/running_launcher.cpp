@@ -15,7 +15,7 @@ std::expected<LauncherOrLock, QString> findLauncherOrLock(HostMachine& host, con
     const QString folder = machine.places.applicationFolder();
     (void)machine.files.createDirectories(folder);
     const QString path = FileSystem::joined(folder, QStringLiteral("lock"));
-    // By time: each try takes some while itself where a launcher neither answers nor has ended.
+    // Bounded by time, not tries: connecting to a launcher that does not respond takes a while itself.
     bool isLate = false;
     const Timer end = machine.scheduler.after(patience, [&] { isLate = true; });
     while (!isLate) {

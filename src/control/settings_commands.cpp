@@ -1,4 +1,4 @@
-// The settings: list, get, set; and what the system permits.
+// Commands for settings: list, get, set; and for the system's permissions.
 
 #include "control/command_set.h"
 #include "launcher/launcher_settings.h"
@@ -9,7 +9,7 @@
 namespace tessellar {
 namespace {
 
-/// JSON where it reads as such, else text.
+/// Parsed as JSON if it is valid, otherwise taken as text.
 QJsonValue settingValue(const QString& text) {
     if (const auto list = json::parse('[' + text.toUtf8() + ']'); list && list->toArray().size() == 1)
         return list->toArray().first();
@@ -37,7 +37,7 @@ FullDiskAccessAnswer answerFor(FullDiskAccess access) {
     return {"notGuarded", Texts::noop("This system guards no folders from Tessellar.")};
 }
 
-/// False, and the command has failed, where nobody knows all that is set.
+/// Fails the command and returns false if the settings cannot be read.
 bool areReadable(const Call& call) {
     if (call->machine.settings.isReadable())
         return true;
@@ -104,7 +104,7 @@ void list(const Call& call) {
                          isSet || now.isNull() ? QString() : Texts::tr(" (the default)"),
                          Texts::tr(setting.description), rangeText(setting));
     }
-    // Of another version, perhaps.
+    // Perhaps of another version.
     const auto values = settings.values();
     for (auto it = values.begin(); it != values.end(); ++it)
         if (!settingNamed(it.key())) {

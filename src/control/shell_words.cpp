@@ -16,7 +16,7 @@ std::expected<QStringList, QString> splitWords(const QString& line) {
             if (!hasNext)
                 return std::unexpected(Texts::tr("The line ends in a backslash."));
             const QChar next = line[++i];
-            // Within double quotes a backslash stands for itself unless it takes a meaning away.
+            // Within double quotes a backslash is literal unless it escapes a special character.
             if (!quote.isNull() && next != u'"' && next != u'\\')
                 word += c;
             word += next;

@@ -1,4 +1,4 @@
-// Smart folders: facts, definitions, evaluations, recovery.
+// Commands for smart folders: facts, definitions, evaluations, recovery.
 
 #include "control/command_set.h"
 #include "launcher/installed_applications.h"
@@ -18,7 +18,7 @@ void refuseUsage(const Call& call, const QString& message) {
     call->fail({QStringLiteral("wrongUsage"), message, {}}, ExitStatus::wrongUsage);
 }
 
-/// A definition from a file of the host, in the form of the registry.
+/// A definition in a file, in the registry's format.
 std::optional<SmartFolderDefinition> definitionFrom(const Call& call, const Word& name) {
     QFile file(QDir(call->options.directory).absoluteFilePath(text(name)));
     if (!file.open(QFile::ReadOnly)) {
@@ -34,8 +34,7 @@ std::optional<SmartFolderDefinition> definitionFrom(const Call& call, const Word
     return *std::move(definition);
 }
 
-/// The smart folder that a word names, by its identifier or its name; a name that several have names
-/// none.
+/// Finds a smart folder by identifier or name; null if several have that name.
 const SmartFolderDefinition* definitionOf(const Call& call, const Word& word) {
     const SmartFolderLibrary& library = call->launcher().smartFolders();
     if (const auto id = json::decode<QUuid>(text(word)))
@@ -67,7 +66,7 @@ const SmartFolderDefinition* definitionOf(const Call& call, const Word& word) {
     return nullptr;
 }
 
-/// Saves a definition through the editor, or says what its editor would say of it.
+/// Saves a definition through the editor, or fails with the editor's validation message.
 void answerWithValidation(const Call& call, const SmartFolderDefinition& definition,
                           const std::function<LauncherEditor::Outcome()>& save) {
     if (const auto issues = validationIssues(definition); !issues.isEmpty())
@@ -78,8 +77,8 @@ void answerWithValidation(const Call& call, const SmartFolderDefinition& definit
                   QStringLiteral("%1  %2").arg(toText(definition.id), definition.name));
 }
 
-/// The facts of now; what is known of updates is among them. Which applications are Homebrew's is asked
-/// of it where that matters and was never asked before.
+/// Gathers current facts, including what is known of updates. Homebrew is asked for its applications if
+/// that matters and it has never been asked before.
 void gatherFacts(const Call& call, SmartFolderNeeds needs, const std::function<void()>& done) {
     LauncherUpdates& updates = call->launcher().updates();
     const auto known = [call, needs, done] {

@@ -34,7 +34,7 @@ constexpr qint64 maximumBatch = 16 << 20;
 
 QString wrongMode() { return Texts::tr("--mode is fullScreen or windowed."); }
 
-/// The manual page or completions, from the commands that are parsed and the options before them.
+/// The manual page or completions, generated from the parser's commands and the global options.
 std::string manual(const std::string& form) {
     const CommandSet set;
     ProgramOutline outline = outlineOf(set.commands());
@@ -76,8 +76,7 @@ struct Invocation {
     QStringList words;
 };
 
-/// Splits the command line into what stands before the command and the command's own words. `--json` is
-/// taken wherever it stands.
+/// Splits the command line into global options and the command's words. `--json` may be anywhere.
 std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList arguments) {
     Invocation invocation;
     invocation.options.directory = QDir::currentPath();
@@ -88,7 +87,7 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
     const auto wrong = [](const QString& text) {
         return std::unexpected(CommandSet::Failure{ExitStatus::wrongUsage, text});
     };
-    // Wherever it stands, except among words that "--" says are no options.
+    // Anywhere, but not after "--".
     for (qsizetype i = 0; i < arguments.size() && arguments[i] != u"--";) {
         if (arguments[i] == u"--json") {
             invocation.options.json = true;
@@ -136,7 +135,7 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
     return invocation;
 }
 
-/// What help and refusals are said in, before there is a machine.
+/// The locale for help and errors before there is a machine.
 Locale localeNamed(const QStringList& arguments) {
     const QString option = QStringLiteral("--locale");
     for (qsizetype i = 0; i < arguments.size(); ++i) {
@@ -148,7 +147,7 @@ Locale localeNamed(const QStringList& arguments) {
     return Locale::system();
 }
 
-/// A line of a batch may begin with `--mode` and a mode of its own.
+/// A line of a batch may begin with its own `--mode`.
 bool takeMode(QStringList& words, CommandOptions& options) {
     if (words.value(0) != u"--mode")
         return true;
@@ -157,8 +156,7 @@ bool takeMode(QStringList& words, CommandOptions& options) {
     return options.mode.has_value();
 }
 
-/// Carries commands out in this process: starts a launcher of its own, under the lock unless it is only
-/// to look.
+/// Runs commands in this process with its own launcher, under the lock unless it is read-only.
 class LocalExecutor final : public CommandExecutor {
 public:
     LocalExecutor(Machine& machine, FileLock lock, LauncherWindowMode mode)
@@ -177,7 +175,7 @@ private:
     CommandInterpreter _interpreter;
 };
 
-/// Without them the event loop cannot be made, and its libraries end the process in their own way.
+/// Otherwise the event loop cannot be created, and its libraries abort the process.
 bool canOpenFiles() {
     std::array<Descriptor, 6> files;
     for (Descriptor& file : files)
@@ -207,7 +205,7 @@ public:
         if (!findExecutor(parsed->needs))
             return _status;
         std::optional<ControlServer> server;
-        // Others need not wait until it is stopped: this is the launcher that is running.
+        // Other commands need not wait until this one is stopped: they can use this launcher.
         if (parsed->needs == CommandNeeds::launcherUntilStopped && _local)
             (void)server.emplace(_machine, *_local).listen();
         _executor->run(words, _invocation.options, output());
@@ -270,7 +268,7 @@ private:
                 break;
         }
         CommandOptions options = _invocation.options;
-        options.answersUnsaved = options.json = false; // no answer of its own, unless it fails
+        options.answersUnsaved = options.json = false; // prints nothing unless it fails
         status = std::max(status, runAgain({QStringLiteral("save")}, options, output()));
         sayAlerts();
         return status;
@@ -282,7 +280,7 @@ private:
         return waitForEnd();
     }
 
-    /// What was edited is saved, and others are answered, while nobody types.
+    /// Runs the event loop while waiting for input: edits are saved and other commands are answered.
     static void waitForInput() {
         bool isThere = false;
         const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
@@ -292,7 +290,7 @@ private:
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
-    /// The launcher that is running; or one of our own once nobody else holds the lock.
+    /// The running launcher; or a local one, once nobody else holds the lock.
     bool findExecutor(CommandNeeds needs) {
         FileLock lock;
         if (needs == CommandNeeds::launcherReadOnly) {
@@ -323,8 +321,8 @@ private:
         return true;
     }
 
-    /// What a launcher of our own has to say before it goes. What could not be saved was said, and is
-    /// not tried again: that must stay true.
+    /// Saves and prints the local launcher's messages before it is destroyed. A command that failed to
+    /// save has reported so and is not retried: that must stay true.
     int close(CommandNeeds needs) {
         if (!_local)
             return _status;
@@ -361,7 +359,8 @@ private:
         return {.out = [this](const QByteArray& text) { write(STDOUT_FILENO, text); },
                 .error =
                     [this](const QByteArray& text) {
-                        // Why nothing can be saved is said already; but in a batch, each refusal is.
+                        // The reason why nothing can be saved has been printed; but in a batch, each
+                        // refusal is.
                         if (!_isBatch && _alerts.contains(text))
                             return;
                         _said.append(text);
@@ -378,7 +377,7 @@ private:
                     }};
     }
 
-    /// A command that can end in its own way does so, with what it has started; others end at once.
+    /// Commands that support cancelling are cancelled properly; others end at once.
     void endWhenInterrupted(std::function<void(Cancellation)> call) {
         _whenCancelled = std::move(call);
         if (!_interruption)
@@ -397,9 +396,9 @@ private:
         return _status = static_cast<int>(status);
     }
 
-    /// Whoever does not read keeps no command from ending: what is left is not said then.
+    /// A reader that does not read must not keep the program from ending: then the rest is dropped.
     void write(int descriptor, QByteArrayView text) const {
-        constexpr qsizetype atOnce = 4096; // as much as a pipe that takes any takes whole
+        constexpr qsizetype atOnce = 4096; // a pipe that is ready takes this much at once
         while (!text.isEmpty() && (!_interruption || _interruption->waitToWrite(descriptor))) {
             const auto count = static_cast<std::size_t>(std::min(text.size(), atOnce));
             const ssize_t written = ::write(descriptor, text.data(), count);
@@ -412,12 +411,12 @@ private:
     HostMachine& _host;
     Machine& _machine;
     Invocation _invocation;
-    std::optional<Interruption> _interruption; ///< goes after what is to be ended with care
+    std::optional<Interruption> _interruption; ///< for commands that must be ended with care
     bool _isInterrupted = false;
     std::unique_ptr<CommandExecutor> _executor;
     LocalExecutor* _local = nullptr;
-    QByteArrayList _alerts; ///< that were said on standard error, titles aside
-    QByteArrayList _said;   ///< there besides
+    QByteArrayList _alerts; ///< printed to standard error, without titles
+    QByteArrayList _said;   ///< other messages printed there
     std::function<void(Cancellation)> _whenCancelled;
     bool _isBatch = false;
     int _status = 0;

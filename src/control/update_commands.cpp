@@ -1,4 +1,4 @@
-// Updates of installed applications: what is known, checks, and running them.
+// Commands for updates: status, checks, and running them.
 
 #include "control/command_set.h"
 #include "launcher/installed_applications.h"
@@ -16,8 +16,8 @@ QString name(const Call& call, const QString& appKey) {
     return toSingleLine(app ? app->name : appKey, 200);
 }
 
-/// A record in the form of the cache, with the application's channel, the way its update comes, and
-/// where its version is known from.
+/// A record in the cache's format, with the application's channel, how its update is installed, and
+/// where its version was found.
 QJsonObject described(const Call& call, const QString& appKey,
                       const std::optional<AppUpdateRecord>& record) {
     const AppUpdateView update = call->launcher().updates().of(appKey);
@@ -87,7 +87,7 @@ void answerWithStatus(const Call& call, const QString& appKey) {
     call->succeed(described(call, appKey, record), lines.join(u'\n'));
 }
 
-/// All that can be checked, or all that has no plain answer, with the reason.
+/// All checkable applications, or all without a plain answer, with the reason.
 void answerWithStatuses(const Call& call, bool isUnchecked) {
     const LauncherUpdates& updates = call->launcher().updates();
     QJsonObject records;
@@ -111,8 +111,8 @@ void answerWithStatuses(const Call& call, bool isUnchecked) {
     call->succeed(document, lines + updates.summary());
 }
 
-/// Answers once what is known is read, or once tools have told whose applications they are, which takes
-/// its time; an interruption ends it before.
+/// Answers once the known updates are loaded or, if `asksTools`, once the tools have reported which
+/// applications are theirs, which takes time. Can be cancelled.
 void whenReady(const Call& call, bool asksTools, const std::function<void()>& answer) {
     const auto isOver = std::make_shared<bool>(false);
     call->whenCancelled([call, isOver] {
@@ -194,7 +194,7 @@ void showResult(const Call& call, const QString& appKey, const AppUpdateRecord& 
                 QStringLiteral("%1  %2").arg(name(call, appKey), statusText(call, appKey, record)));
 }
 
-/// A check that nobody answered, offline or with a brew that fails, has not succeeded.
+/// A check that got no answer, because it is offline or brew fails, has not succeeded.
 void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcome, bool wasAnswered) {
     call->showProgress({});
     if (!outcome)
@@ -258,7 +258,7 @@ void addCheck(CommandSet& set, CLI::App* group) {
 
 // ---- updates
 
-/// Each step of the updates that run, on a line that the next one takes the place of.
+/// Shows each step of the running updates, on one line that is rewritten.
 void showSteps(const Call& call) {
     LauncherUpdates& updates = call->launcher().updates();
     call->held.push_back(std::make_shared<Subscription>(
@@ -344,7 +344,7 @@ void addRun(CommandSet& set, CLI::App* group) {
                 [call, keys, asked](const std::expected<QString, LauncherError>& outcome) {
                     endRun(call, keys, outcome, *asked);
                 });
-            // An upgrade is ended by who says so, not by a terminal that is closed.
+            // An interrupt cancels an upgrade; a closed terminal does not.
             call->whenCancelled([stop](Cancellation why) {
                 using enum LauncherUpdates::StopMode;
                 stop(why == Cancellation::stopped ? cancel : detach);
@@ -361,7 +361,7 @@ void addRun(CommandSet& set, CLI::App* group) {
     });
 }
 
-// ---- what the user does not want to hear of
+// ---- skipped versions
 
 void addSkip(CommandSet& set, CLI::App* group) {
     CLI::App* skip =

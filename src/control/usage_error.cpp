@@ -9,7 +9,7 @@ namespace tessellar {
 namespace {
 
 struct Wording {
-    const char* found; ///< a regular expression whose groups are the arguments of the sentence
+    const char* found; ///< a regular expression; its groups are the sentence's arguments
     const char* sentence;
 };
 
@@ -35,7 +35,7 @@ QString usageSentence(const QString& found) {
         const QRegularExpressionMatch match = pattern.match(found);
         if (!match.hasMatch())
             continue;
-        // All at once: what was typed may hold the mark of another place.
+        // All arguments at once: the user's text may contain a placeholder.
         const auto said = [&](int group) { return match.captured(group); };
         const QString sentence = Texts::tr(wording.sentence);
         switch (match.lastCapturedIndex()) {
