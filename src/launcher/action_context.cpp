@@ -5,7 +5,7 @@
 
 namespace tessellar {
 
-/// More places than anybody reads are not listed; tiles can still be dragged there.
+/// Nobody reads a longer menu; tiles can still be dragged to the other places.
 static constexpr qsizetype maximumPlaces = 60;
 
 ActionContext contextOf(LauncherViewModel& launcher, const ActionTarget& target) {
@@ -42,7 +42,7 @@ QList<MenuEntry> placeEntries(const ActionContext& context, const QString& id, b
     for (qsizetype page = 0; page < shown.count() && entries.size() < maximumPlaces; ++page) {
         const auto stored = shown.tileAt({page, 0});
         const bool isOwn = !open && page == context.layout.currentPage();
-        // Of a stored page that is shown as several, the first stands for all.
+        // A stored page that is shown as several is listed once.
         const bool isAnother = page == 0 || shown.tileAt({page - 1, 0})->page != stored->page;
         if ((isOwn && !withOwn) || !isAnother)
             continue;

@@ -13,7 +13,7 @@ std::span<const ActionRow> actionRows() {
     return rows;
 }
 
-/// Asks first; `work` is done after a yes, and a refusal of it told.
+/// Asks first; if the answer is yes, does `work` and reports its error.
 void confirm(const ActionContext& context, LauncherQuestion question, std::function<Outcome()> work) {
     question.isDestructive = true;
     context.launcher.messages().ask(question,

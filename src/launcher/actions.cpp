@@ -8,7 +8,7 @@ static bool isEnabled(const ActionRow& row, const ActionContext& context) {
     return !row.isEnabled || row.isEnabled(context);
 }
 
-/// The actions that a target is about.
+/// True for the actions that apply to a target.
 static bool isMeant(const ActionRow& row, const ActionContext& context) {
     return row.isAboutUpdates || !context.target.isAboutUpdates;
 }
@@ -51,9 +51,9 @@ std::optional<ActionRequest> performAction(LauncherViewModel& launcher, const Ac
 
 // ---- keys
 
-/// The shortcut that a key with its modifiers is, as the table writes it.
+/// A key with its modifiers, as the table writes shortcuts.
 static QString shortcutText(Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    if (key == Qt::Key_Y && modifiers == Qt::ControlModifier) // as other desktops have it
+    if (key == Qt::Key_Y && modifiers == Qt::ControlModifier) // as on other desktops
         return QStringLiteral("Ctrl+Shift+Z");
     QString text = modifiers & Qt::ControlModifier ? QStringLiteral("Ctrl+") : QString();
     if (modifiers & Qt::ShiftModifier)

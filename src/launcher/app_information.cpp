@@ -17,7 +17,7 @@ std::optional<QString> yesOrNo(const std::optional<bool>& value) {
     return value ? std::optional(*value ? Texts::tr("Yes") : Texts::tr("No")) : std::nullopt;
 }
 
-/// A word of the vocabulary of smart folders, as their editor has it.
+/// A word of the smart folders' vocabulary, as their editor shows it.
 template <typename Word>
 QString wordText(Word word) {
     return smartFolderText(json::rawValue(word));
@@ -45,7 +45,7 @@ QString signatureText(CodeSignature signature) {
     return Texts::tr("Another certificate");
 }
 
-/// What Apple signs itself it does not notarize as well.
+/// Apple does not notarize what it signs itself.
 std::optional<QString> notarization(const CodeFindings& code) {
     const bool isApples =
         code.signature == CodeSignature::apple || code.signature == CodeSignature::appStore;
@@ -53,7 +53,7 @@ std::optional<QString> notarization(const CodeFindings& code) {
                                          : yesOrNo(code.isNotarized);
 }
 
-/// What of an application is told where; in the order in which people look for it.
+/// Arranges the information in sections, in the order in which people look for it.
 class Writer {
 public:
     Writer(const AppInformation& information, const Locale& locale)
@@ -150,7 +150,7 @@ public:
     }
 
 private:
-    /// Of what may be unknown, or still on its way.
+    /// For values that may be unknown or pending.
     static InformationRow row(const char* label, const std::optional<QString>& text, bool isPending) {
         return {.label = Texts::tr(label),
                 .text = text        ? *text

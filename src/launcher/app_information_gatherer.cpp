@@ -43,7 +43,7 @@ AppInformationGatherer::AppInformationGatherer(LauncherViewModel& launcher, Mach
     follow(launcher.smartFolders().changed);
     follow(launcher.layout(mode).changed);
     readLauncher();
-    // In the next turn: some of this may be known at once.
+    // Deferred, because some of this may call back immediately.
     machine.workers.mailbox().post(_lifetime.guard([this] {
         gatherFacts();
         learnUpdates();
@@ -62,7 +62,7 @@ void AppInformationGatherer::gatherFacts() {
                               readLauncher();
                               tell();
                           }));
-    // Which folders show it is known at the end of a round.
+    // At the end of a round it is known which folders show it.
     library.gatherFacts(library.needs(), _lifetime.guard([this] {
         _areFoldersKnown = true;
         readLauncher();
@@ -70,7 +70,7 @@ void AppInformationGatherer::gatherFacts() {
     }));
 }
 
-/// What the channels found out is a fact, too.
+/// The channels are facts, too.
 void AppInformationGatherer::learnUpdates() {
     _launcher.updates().whenChannelsKnown(_lifetime.guard([this] {
         _areChannelsKnown = true;
@@ -114,7 +114,7 @@ void AppInformationGatherer::inspectCode() {
         });
 }
 
-/// What the launcher itself knows at the moment.
+/// What the launcher itself knows at this moment.
 void AppInformationGatherer::readLauncher() {
     const AppUpdateView update = _launcher.updates().of(_key);
     const SmartFolderLibrary& library = _launcher.smartFolders();
@@ -140,7 +140,7 @@ void AppInformationGatherer::readLauncher() {
 }
 
 void AppInformationGatherer::tell() {
-    // A copy: it may be the end of this.
+    // A copy: it may destroy this object.
     const Updated updated = _updated;
     updated(_information);
 }

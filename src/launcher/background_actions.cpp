@@ -12,7 +12,7 @@ namespace {
 
 using Context = ActionContext;
 
-// ---- what entries do
+// ---- the actions
 
 ActionRequest reset(const Context& context, const QString&) {
     confirm(
@@ -51,7 +51,7 @@ ActionRequest sortPage(const Context& context, const QString&) {
 }
 
 bool isBackground(const Context& context) { return context.isBackground(); }
-/// Not that of an open folder.
+/// Excludes the background of an open folder.
 bool isOfGrid(const Context& context) { return context.isBackground() && !context.openFolder(); }
 
 // ---- smart folders
@@ -80,7 +80,7 @@ ActionRequest recoverSmartFolders(const Context& context, const QString& how) {
     return ActionRequest::none;
 }
 
-/// Smart folders that have no tile in the mode.
+/// Smart folders without a tile in this mode.
 QList<MenuEntry> tilelessEntries(const Context& context, const QString& id) {
     QList<MenuEntry> entries;
     for (const SmartFolderDefinition& definition : context.launcher.smartFolders().definitions())

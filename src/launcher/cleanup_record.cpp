@@ -106,7 +106,7 @@ std::expected<void, QString> CleanupRecordStore::put(const CleanupRecord& record
         const auto done = nextDone();
         records.erase(done == records.end() ? records.begin() : done);
     };
-    // What still lies in the Trash is not forgotten for their number.
+    // Records with items still in the Trash are kept beyond the limit.
     while (records.size() > maximumRecords && nextDone() != records.end())
         forgetOne();
     const auto encoded = [&records] {
@@ -116,7 +116,7 @@ std::expected<void, QString> CleanupRecordStore::put(const CleanupRecord& record
     for (; static_cast<std::uint64_t>(bytes.size()) > maximumBytes && records.size() > 1;
          bytes = encoded())
         forgetOne();
-    // A disk that takes less is no reason to forget.
+    // A full disk is no reason to drop any.
     if (const auto written = removals.write(bytes); !written)
         return std::unexpected(message(written.error()));
     return {};

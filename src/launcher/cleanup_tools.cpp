@@ -15,8 +15,8 @@ CleanupTools::CleanupTools(Machine& machine_, HelperSetupBroker::Present present
     , _agents(machine_)
     , _desktop(machine_)
     , _observer(running)
-    // Inside the root: the helper of this very computer knows nothing of a Mac that lies in a folder,
-    // and must not take its paths for its own.
+    // Inside the root: this computer's helper knows nothing of a Mac in a folder, and must not take its
+    // paths for its own.
     , _transport(machine_.files.hostPath(QString::fromLatin1(removalHelperSocket())))
     , _coordinator([&] {
         const QString setup = helperSetupFolder();
@@ -43,7 +43,7 @@ AppRelatedFilesScanner::TeamOf CleanupTools::teams() const {
     const auto tools = std::make_shared<BundleTools>(machine);
     return
         [tools](const CleanupApplication& application, std::stop_token stop) -> std::optional<QString> {
-            // The system's own share no group with anyone's.
+            // The system's applications share no group containers with others.
             if (FileSystem::isWithin(application.path, QStringLiteral("/System")))
                 return QString();
             const auto answer = tools->signature(application.path, stop);

@@ -40,11 +40,11 @@ void InstalledScan::index() {
 }
 
 struct InstalledApplications::Scanned {
-    std::shared_ptr<InstalledScan> found; ///< none when it was stopped
+    std::shared_ptr<InstalledScan> found; ///< null if it was cancelled
     ScanCache cache;
     QStringList replacedBundles;
     Instant startedAt;
-    quint64 holds = 0; ///< when it began
+    quint64 holds = 0; ///< their number when it began
     quint64 replacements = 0;
 };
 
@@ -108,8 +108,8 @@ void InstalledApplications::start() {
         [this](Scanned result) { finish(std::move(result)); });
 }
 
-/// What was seen while bundles were moved is of no use; nor is a scan that was stopped, on whose
-/// account nothing may be dropped.
+/// A scan does not count if bundles were moved during it, or if it was cancelled: it must not drop any
+/// application.
 bool InstalledApplications::counts(const Scanned& result) const {
     return result.found && result.holds == _holds && !isHeld();
 }
@@ -137,23 +137,22 @@ void InstalledApplications::adopt(Scanned result) {
         _replacedBundles = std::move(result.replacedBundles);
         _hasScanned = true;
         scanned.notify();
-        // After the merge: what is no longer known is no longer in doubt.
+        // After the merge, which still needs the old volumes.
         KnownVolumes known = _cache.knownVolumes();
         known.hasSearchSettings =
             haveSettingsVanished() || AppDiscoverySettings::areIn(_machine.settings);
         _knownVolumes.set(std::move(known));
     }
     if (isHeld())
-        return; // its owner looks again
+        return; // whoever holds scans will rescan
     if (_isScanWanted || !isUsed)
         return result.found ? start() : void();
     for (const auto& done : std::exchange(_waiting, {}))
         done();
 }
 
-/// A file that is lost looks like none that ever was, and one that could not be read begins anew with
-/// the next setting. Where the settings once said where to look, that they say nothing of it now is not
-/// the user's word.
+/// A lost settings file looks like one that never existed, and one that could not be read starts anew
+/// with the next setting. If search settings were stored once, their absence is not the user's choice.
 bool InstalledApplications::haveSettingsVanished() const {
     return _knownVolumes.value().hasSearchSettings && !AppDiscoverySettings::areIn(_machine.settings);
 }
@@ -169,7 +168,7 @@ void InstalledApplications::settingsChanged() {
         rescan();
 }
 
-// ---- look-ups
+// ---- lookup
 
 const AppEntry* InstalledApplications::withKey(const QString& key) const {
     const auto found = _latest->byKey.constFind(key);

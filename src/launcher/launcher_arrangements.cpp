@@ -14,7 +14,7 @@ namespace {
 const char* const couldNotSave = Texts::noop("Could not save arrangement");
 const QString changedMeanwhile = QStringLiteral("changedMeanwhile");
 
-/// A name as it is kept, or why it cannot be.
+/// The name to be stored, or why it is invalid.
 std::expected<QString, LauncherError> nameToKeep(const QString& name, const QString& title) {
     const auto usable = usableName(name);
     if (usable)
@@ -27,7 +27,7 @@ std::expected<QString, LauncherError> nameToKeep(const QString& name, const QStr
                       title});
 }
 
-/// A file with other values in it; whatever else it says stays, known or not.
+/// Replaces values in a file; everything else is kept, even if unknown.
 std::optional<QByteArray> withValues(const QByteArray& bytes, const QVariantMap& values) {
     const auto value = json::parse(bytes);
     if (!value || !value->isObject())
@@ -42,7 +42,7 @@ std::optional<QByteArray> withValues(const QByteArray& bytes, const QVariantMap&
 
 LauncherError arrangementError(const LayoutStore::Error& error, const QString& title) {
     LauncherError result = launcherError(error, title);
-    // The sentence is that of the working file, and would have the user reset the good one.
+    // The original message is about the working file, and would make the user reset a good one.
     if (std::holds_alternative<LayoutStore::StorageError>(error))
         result.message = Texts::tr(
             "This arrangement was saved by another version of Tessellar and cannot be restored.");
@@ -53,7 +53,7 @@ LauncherArrangements::LauncherArrangements(Machine& machine, const LayoutStore& 
                                            const LiveLayouts& layouts, const LauncherHistory& history)
     : _machine(machine), _store(store), _layouts(layouts), _history(history) {}
 
-/// On the lane for saving, whose work is done in order.
+/// On the saving lane, which runs its work in order.
 template <typename Work, typename Then>
 void LauncherArrangements::run(Work work, Then then) {
     const auto task = _running.emplace(_running.end());
@@ -72,7 +72,7 @@ void LauncherArrangements::list(Mode mode, std::function<void(const QList<Listed
 
 // ---- changes
 
-/// Makes of a file what the step says, provided that it still is what the step began with.
+/// Applies a step to its file, provided that the file is still in the step's initial state.
 LauncherArrangements::Made LauncherArrangements::apply(const SavedArrangements& saved, Step step,
                                                        const QString& title) {
     const auto bytes = saved.bytes(step.id);
@@ -96,7 +96,7 @@ LauncherArrangements::Saved LauncherArrangements::summary(const SavedArrangement
     return result;
 }
 
-/// `make` is called on the worker, with the folder, and gives the step that is to be taken.
+/// `make` is called on the worker with the folder, and returns the step.
 template <typename Make>
 void LauncherArrangements::change(Mode mode, const QString& title, Make make, Done done) {
     using Result = std::pair<Made, Saved>;
@@ -123,7 +123,7 @@ void LauncherArrangements::change(Mode mode, const QString& title, Make make, Do
         });
 }
 
-/// The usual ones, which stand in for settings that cannot be read, are not the user's to be kept.
+/// If the settings cannot be read, the defaults in their place must not be saved as the user's.
 LauncherHistory::Outcome LauncherArrangements::guard(Mode mode, const QString& title) const {
     if (!_machine.settings.isReadable())
         return std::unexpected(LauncherError{QStringLiteral("settingsUnreadable"),
@@ -226,7 +226,7 @@ void LauncherArrangements::remove(Mode mode, const QUuid& id, Done done) {
         std::move(done));
 }
 
-// ---- files elsewhere
+// ---- import and export
 
 void LauncherArrangements::exportTo(Mode mode, const QUuid& id, const FileSystem& files,
                                     const QString& path, Done done) {
@@ -263,7 +263,8 @@ void LauncherArrangements::importFrom(Mode mode, const FileSystem& files, const 
             const auto arrangement = saved.decode(*bytes, path);
             if (!arrangement)
                 return std::unexpected(arrangementError(arrangement.error(), title));
-            // A name is kept as one that was typed is; one that cannot be is that of the file.
+            // An imported name is normalized like a typed one; an invalid one is replaced by the file's
+            // name.
             const QString given = arrangement->value.name.left(maximumNameLength);
             const QString name = usableName(given).value_or(
                 usableName(FileSystem::fileName(path).left(maximumNameLength)).value_or(toText(id)));
@@ -280,7 +281,7 @@ void LauncherArrangements::importFrom(Mode mode, const FileSystem& files, const 
         std::move(done));
 }
 
-// ---- back and forth
+// ---- undo and redo
 
 static QString nameOfLast(const auto& steps) { return steps.empty() ? QString() : steps.back().name; }
 
@@ -302,7 +303,7 @@ void LauncherArrangements::step(Steps& from, Steps& to, bool isBack, Done done) 
             isBack ? QStringLiteral("nothingToUndo") : QStringLiteral("nothingToRedo"),
             isBack ? Texts::tr("There is nothing to undo.") : Texts::tr("There is nothing to redo."),
             {}}));
-    // Taken out at once, so that no other request takes the same one.
+    // Removed at once, so that no other request gets the same one.
     const Step step = from.back();
     from.pop_back();
     run(
@@ -316,7 +317,8 @@ void LauncherArrangements::step(Steps& from, Steps& to, bool isBack, Done done) 
         [this, step, &from, &to, done = std::move(done)](const Saved& result) {
             if (result)
                 to.push_back(step);
-            else if (result.error().code != changedMeanwhile) // the disk may have room for it later
+            else if (result.error().code != changedMeanwhile) // may succeed later, for example on a
+                                                              // full disk
                 from.push_back(step);
             changed.notify();
             done(result);

@@ -26,7 +26,7 @@ LauncherCleanup::LauncherCleanup(Machine& machine, LiveLayouts& layouts,
     , _places(places)
     , _history(history)
     , _messages(messages) {
-    // The setup of the helper speaks from a worker, perhaps after this has gone.
+    // The helper's setup calls this from a worker, perhaps after this object is destroyed.
     const auto present = [this, alive = _lifetime.watch(), mailbox = &machine.workers.mailbox()](
                              const std::optional<HelperNotice>& notice) {
         mailbox->post([this, alive, notice] {
@@ -70,8 +70,8 @@ QList<CleanupApplication> LauncherCleanup::installedApplications() const {
     QList<CleanupApplication> all;
     for (const AppEntry& app : _applications.all())
         all.append(cleanupApplication(app));
-    // What cannot be used now, on a volume that is not there, has its files still; and so may have what
-    // went.
+    // Applications that are out of sight, on a volume that is not mounted, still own their files; and
+    // so may removed ones.
     const auto add = [&](const AppEntry& app) {
         if (!app.alias && !_applications.withKey(appKey(app)) && !_applications.withPath(app.path) &&
             std::ranges::find(all, app.path, &CleanupApplication::path) == all.end())
@@ -84,7 +84,7 @@ QList<CleanupApplication> LauncherCleanup::installedApplications() const {
                 add(*app);
             return true;
         });
-    // What is being installed has a name already, and perhaps files.
+    // An application that is being installed already has a name, and perhaps files.
     for (const auto& bundle : _applications.scan().incompleteBundles)
         all.append({.names = {FileSystem::fileName(bundle.path)},
                     .bundleIdentifier = {},
@@ -308,7 +308,7 @@ void LauncherCleanup::finishRemoval(const RemovalStep& step, AppInstallKind kind
     _helperNotice.reset();
     _log = step.log;
     if (step.record.items.isEmpty()) {
-        // Nothing has changed: the user may choose again, or try again.
+        // Nothing was moved: the user can choose or try again.
         _phase = Phase::review;
         endMoving();
         return refuse(

@@ -1,4 +1,4 @@
-// Bringing back what a removal took, for undo and for people, and taking it again for redo.
+// Restores what a removal moved, for undo and for users, and moves it again for redo.
 
 #include "launcher/date_text.h"
 #include "launcher/installed_applications.h"
@@ -98,7 +98,7 @@ void LauncherCleanup::restore(const std::optional<QUuid>& removal, std::function
 }
 
 void LauncherCleanup::restore(const CleanupRecord& record, const std::function<void(Restored)>& done) {
-    // The last step of history has the tiles as they were.
+    // The newest undo step has the tiles as they were.
     const LauncherWindowMode mode = _layouts.shownMode();
     const LayoutUndoEntry* next = _history.steps().nextUndo(mode).entry;
     if (next && _history.steps().canUndo(mode) &&
@@ -113,8 +113,8 @@ void LauncherCleanup::restore(const CleanupRecord& record, const std::function<v
             if (done)
                 done(undone ? Restored(_log) : Restored(std::unexpected(undone.error())));
         });
-    // The places first: where the program ends before the tiles are saved, its next start has them.
-    // Where they cannot be written the layout cannot either, and everything stays in the Trash.
+    // The remembered places first: if the program ends before the tiles are saved, the next start has
+    // them. If they cannot be saved, neither can the layout, and everything stays in the Trash.
     _places.putBack(record.path);
     beginMoving();
     using Written = BackgroundFile::Result;
@@ -160,7 +160,7 @@ void LauncherCleanup::bringBack(const CleanupRecord& record,
                               reportFailures(failedLines(_log), Texts::tr(notAllBack));
                           if (!restored)
                               _error = restored.error();
-                          // The tiles are to be there before anyone hears of it.
+                          // The tiles must be back before anyone is told.
                           endMoving([this, restored, done] {
                               changed.notify();
                               if (done)
@@ -191,7 +191,7 @@ void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
         reportTiles(record, made.error());
 }
 
-/// Where its place is remembered the tile is put there, into a folder that closed when it went too.
+/// Puts a tile back in its remembered place, recreating a folder that closed when the tile was removed.
 void LauncherCleanup::recall(LayoutDocument& document, const RemovedTile& tile) const {
     const RememberedPlaces& places = _places[tile.mode];
     if (tile.entry.alias ||
@@ -207,7 +207,7 @@ void LauncherCleanup::recall(LayoutDocument& document, const RemovedTile& tile) 
 
 void LauncherCleanup::insert(LayoutDocument& document, const RemovedTile& tile) const {
     const Pages* pages = pagesOf(document.pages, tile.folder);
-    // A folder that has gone has no place: then it comes after all the others.
+    // If its folder is gone, the tile comes last.
     LayoutPlace place{.folder = tile.folder, .page = tile.page, .index = tile.index};
     if (!pages || pages->isEmpty()) {
         pages = &document.pages;
@@ -248,7 +248,7 @@ void LauncherCleanup::moveForHistory(bool intoTrash, const QList<TrashedAppRecor
                 _log += step.log;
                 outcomes.append({records[i], step.failure});
                 if (step.failure)
-                    continue; // history tells of it
+                    continue; // reported by history
                 failures += failedLines(step.log);
                 const CleanupItemResult* bundle = intoTrash ? step.record.bundle() : nullptr;
                 outcomes.last().record.trashedURL = bundle ? bundle->trashedPath : std::nullopt;

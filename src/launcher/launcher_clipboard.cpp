@@ -66,13 +66,13 @@ bool LauncherClipboard::paste(Mode mode, const std::optional<LayoutPlace>& place
                   .document = std::move(pasted->layout)};
     if (!pasted->addedDefinitions.isEmpty())
         step.definitions = _smartFolders.definitions() + pasted->addedDefinitions;
-    const auto before = std::exchange(_pasted, payload); // known to those who are told of the change
+    const auto before = std::exchange(_pasted, payload); // set before observers are notified
     if (const auto made = _history.make(std::move(step)); !made) {
         _pasted = before;
-        _messages.alert(made.error()); // definitions that could not be saved
+        _messages.alert(made.error()); // the definitions could not be saved
         return false;
     }
-    layout.reveal(pasted->tiles.first()); // a full page hands them on
+    layout.reveal(pasted->tiles.first()); // they may have overflowed to another page
     layout.select(pasted->tiles);
     return true;
 }

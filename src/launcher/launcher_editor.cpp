@@ -34,7 +34,7 @@ Outcome LauncherEditor::moveTiles(Mode mode, const QList<QUuid>& tiles, const La
 
 Outcome LauncherEditor::groupTiles(Mode mode, const QList<QUuid>& tiles, const QUuid& target,
                                    const std::optional<Navigation>& initialNavigation) {
-    // Into a folder that is there already they only move.
+    // Moving tiles into an existing folder is a move, not a grouping.
     const EditKind kind = _layouts[mode].folder(target) ? EditKind::move : EditKind::group;
     return _history.edit(
         mode, editName(kind, tiles.size() - tiles.count(target)),

@@ -14,7 +14,7 @@ using StorageError = LayoutStore::StorageError;
 
 LauncherError launcherError(EditRefusal refusal) { return {code(refusal), message(refusal), {}}; }
 
-/// Without a Trash nothing goes in or out of it.
+/// Without a Trash all moves fail.
 static void refuseTrash(const QList<TrashedAppRecord>& records,
                         const LayoutUndoActions::TrashDone& done) {
     QList<TrashOutcome> outcomes;
@@ -56,13 +56,13 @@ LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
     return {};
 }
 
-// ---- making a step
+// ---- making steps
 
 LauncherHistory::Outcome
 LauncherHistory::edit(LauncherWindowMode mode, const QString& name,
                       const std::function<EditResult(const LayoutDocument&)>& change,
                       const std::optional<Navigation>& initialNavigation) {
-    // Before the change is tried: in a mode that must not be edited, that is the reason to be told.
+    // Checked first: in a mode that cannot be edited, that is the reason to report.
     if (auto guarded = guard(mode); !guarded)
         return guarded;
     auto document = change(_layouts[mode].document());
@@ -75,7 +75,7 @@ LauncherHistory::edit(LauncherWindowMode mode, const QString& name,
     return made ? Outcome() : std::unexpected(made.error());
 }
 
-/// What a step leaves as it is counts as not asked for.
+/// Drops the parts of a step that change nothing.
 static void dropUnchanged(EditStep& step, const LayoutUndoState& before) {
     const auto drop = [](auto& wanted, const auto& present) {
         if (wanted && *wanted == present)
@@ -113,13 +113,13 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
             record->backupPath = backup;
         _machine.workers.submit({}, [backups = LayoutBackups(_machine.files, _store.directory()),
                                      now = _machine.clock.now()](std::stop_token) {
-            backups.prune(now); // so that they stay bounded when nobody ever lists them
+            backups.prune(now); // so that they stay bounded even if nobody ever lists them
         });
     }
     const std::optional<LayoutDocument> arrangement = step.document;
     dropUnchanged(step, before);
     if (replacement)
-        step.document = arrangement; // an import of the same is saved, too
+        step.document = arrangement; // saved even if it equals the current one
     const Saved saved =
         replacement || step.isSavedAtOnce || filesOf(step) > 1 ? Saved::now : Saved::soon;
     if (const auto made = carryOut(step, before, saved); !made)
@@ -137,13 +137,13 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
     return backup;
 }
 
-/// As after an undo that cannot be redone. The place where the user is stays his.
+/// As an undo that cannot be redone, but the user's navigation is kept.
 void LauncherHistory::rollBack(const QList<UnsavedEdit>& edits) {
     for (const UnsavedEdit& edit : edits)
         edit.rollBack();
     const UnsavedEdit& first = edits.last();
     show(first.mode, first.before, false);
-    // What failed may lie on the disk all the same.
+    // The failed save may be on the disk all the same.
     (void)_store.saveNow(first.mode, first.before);
     if (differsFromInstalled(_layouts[first.mode]))
         _applications.rescan();
@@ -166,7 +166,7 @@ StepJournal::Files LauncherHistory::filesBefore(const EditStep& step,
     if (step.definitions)
         files.definitions = before.smartFolderDefinitions;
     if (step.settings) {
-        // As they are stored: what is absent is to be absent again.
+        // As stored: absent settings become absent again.
         files.settings.emplace();
         for (const QString& key : storedLayoutSettings(step.mode, *step.settings).keys())
             files.settings->insert(key, _machine.settings.value(key).value_or(QJsonValue()));
@@ -202,7 +202,7 @@ LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const L
             made = std::unexpected(launcherError(ended.error(), couldNotSaveLayout()));
     if (made)
         return {};
-    // If it is killed meanwhile, a step of several files is taken back at the next start.
+    // If the process is killed now, a step of several files is rolled back at the next start.
     showBefore(step, state);
     _unsettled = {before, settingsNow(before), isWhole, made.error()};
     (void)settle();
@@ -220,7 +220,7 @@ void LauncherHistory::undoInterrupted(std::array<LayoutStore::LoadResult, 2>& lo
                       true,
                       {QStringLiteral("notTakenBack"), Texts::tr("The arrangement could not be saved."),
                        couldNotSaveLayout()}};
-    // What is edited from here on begins with what is to be there.
+    // Further edits start from the rolled-back state.
     if (before->fullScreen)
         loaded[0] = *before->fullScreen;
     if (before->windowed)
@@ -232,13 +232,13 @@ LauncherHistory::Outcome LauncherHistory::settle() {
         return {};
     if (!_applications.hasScanned())
         return std::unexpected(_unsettled->error); // nothing is shown yet
-    // The documents may have been merged with a scan since: they are as they are to be.
+    // The documents may have been merged with a scan since, so the shown ones are saved.
     StepJournal::Files files = _unsettled->before;
     for (auto [mode, document] : {std::pair(LauncherWindowMode::fullScreen, &files.fullScreen),
                                   {LauncherWindowMode::windowed, &files.windowed}})
         if (*document)
             *document = _layouts[mode].document();
-    // What the user has set since is his.
+    // Settings that the user has changed since are kept.
     if (files.settings)
         files.settings->removeIf([&](const auto& setting) {
             return _machine.settings.value(setting.key()).value_or(QJsonValue()) !=
@@ -258,7 +258,7 @@ QMap<QString, QJsonValue> LauncherHistory::settingsNow(const StepJournal::Files&
     return now;
 }
 
-/// What waits to be saved is saved first: the journal speaks of what is on the disk.
+/// Flushes pending saves first: the journal describes the state on the disk.
 LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
                                                      const StepJournal::Files& before) {
     if (const auto flushed = _store.flush(); !flushed)
@@ -272,7 +272,7 @@ LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
         after.importRecord =
             QString::fromLatin1(encodedImportMetadata(*step.replacement->importRecord));
     if (const auto begun = _journal.begin(before, after); !begun) {
-        // It may lie there all the same, and then speaks of files that are as they were.
+        // The journal may have been written all the same; it describes files that have not changed.
         (void)_journal.end();
         return std::unexpected(launcherError(begun.error(), couldNotSaveLayout()));
     }
@@ -288,7 +288,7 @@ void LauncherHistory::showBefore(const EditStep& step, const LayoutUndoState& be
     _layouts[step.mode].setNavigation(before.navigation);
 }
 
-/// Backwards: what the last of them took of the disk's room is there for the one before it.
+/// In reverse order, so that each file is written into the space that the later ones release.
 bool LauncherHistory::putBack(const StepJournal::Files& files) {
     bool isWritten = true;
     const auto holdsNothing = [&](LauncherWindowMode mode) {
@@ -398,7 +398,7 @@ bool LauncherHistory::apply(const LayoutUndoEntry& entry, const LayoutUndoState&
                   .definitions = state.smartFolderDefinitions,
                   .settings = state.settings};
     dropUnchanged(step, before);
-    // The file of a blocked mode stays as it is, and so does what is shown in its stead.
+    // A blocked mode's file must not be changed, and neither must what is shown instead.
     if (_store.isWriteBlocked(state.mode))
         step.document.reset();
     if (_store.isWriteBlocked(otherMode(state.mode)))
@@ -427,8 +427,8 @@ void LauncherHistory::markUnavailable(LiveLayout& layout) const {
     layout.setUnavailable(std::move(unavailable));
 }
 
-/// A step brings back what was: tiles of applications that have gone or moved since, none for those
-/// that have come.
+/// A step restores an old state: its tiles may be of applications that were removed or moved since, and
+/// new applications have none.
 bool LauncherHistory::differsFromInstalled(const LiveLayout& layout) const {
     bool differs = !layout.unavailableAppKeys().isEmpty();
     for (const AppEntry& app : _applications.all()) {
@@ -470,7 +470,7 @@ void LauncherHistory::step(bool isUndo, LauncherWindowMode mode, Done done) {
     const LayoutUndoHistory::Next next = isUndo ? _steps.nextUndo(mode) : _steps.nextRedo(mode);
     if (const auto guarded = guard(mode); !guarded && (_steps.isInProgress() || next.entry))
         return done ? done(guarded) : void();
-    // A step that is still being saved may come back, and then is the next one again.
+    // If that save failed, the step would be rolled back and be the next one again.
     if (next.entry && !next.entry->trashedApps.isEmpty())
         if (const auto flushed = _store.flush(); !flushed)
             return done ? done(std::unexpected(launcherError(flushed.error(), couldNotSaveLayout())))

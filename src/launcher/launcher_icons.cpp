@@ -80,7 +80,7 @@ void LauncherIcons::startNext() {
                 _toAnnounce.insert(finished.appKey);
             _store->note(finished.appKey, answer.hasIcon);
             changeKeys(std::exchange(_keysToChange, {}));
-            // Before anybody is told, who may ask for more.
+            // Before anyone is notified, who may request more.
             startNext();
             announce();
             if (finished.done)
@@ -89,9 +89,9 @@ void LauncherIcons::startNext() {
         });
 }
 
-// ---- what follows from changes elsewhere
+// ---- following changes elsewhere
 
-/// Each before the one that takes its key.
+/// Sorted so that each key is changed before another one changes to it.
 static QList<std::pair<QString, QString>> inOrder(QHash<QString, QString> keys) {
     QList<std::pair<QString, QString>> result;
     while (!keys.isEmpty()) {
@@ -118,7 +118,8 @@ void LauncherIcons::changeKeys(const QHash<QString, QString>& keys) {
         if (waits) {
             _keysToChange.insert(from, to);
         } else if (has(from)) {
-            // At once, though it asks the disk: the arrangement is about to be saved with the new keys.
+            // Synchronously, although it does I/O: the arrangement is about to be saved with the new
+            // keys.
             if (const auto moved = _store->changeKey(from, to); !moved)
                 _machine.log.warning(
                     QStringLiteral("The icon of %1 could not follow it to %2.").arg(from, to));
@@ -134,7 +135,7 @@ void LauncherIcons::scanned() {
         if (const AppEntry* app = _applications.withPath(path))
             _toAnnounce.insert(appKey(*app));
     announce();
-    tellSmartFolders(); // of applications that are new, if of nothing else
+    tellSmartFolders(); // there may be new applications, even if no key has changed
 }
 
 void LauncherIcons::announce() {
@@ -153,7 +154,7 @@ void LauncherIcons::tellSmartFolders() {
     _smartFolders.setRuntimeFacts(std::move(facts));
 }
 
-// ---- whose icons
+// ---- keys
 
 QSet<QString> LauncherIcons::knownKeys() const {
     QSet<QString> keys;

@@ -83,7 +83,7 @@ void LauncherImport::run(Mode mode, const std::optional<Database>& database,
     });
 }
 
-/// The installed applications, and those that are out of sight, whose old places are found, too.
+/// The installed applications, and those out of sight, so that their old places are found, too.
 QList<AppEntry> LauncherImport::candidates(Mode mode) const {
     const LiveLayout& layout = _layouts[mode];
     QList<AppEntry> apps = installedAsArranged(layout, _applications, false);

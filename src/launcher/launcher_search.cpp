@@ -25,7 +25,7 @@ void LauncherSearch::whenReady(Mode mode, std::function<void()> done) {
 void LauncherSearch::invalidate(Mode mode) {
     of(mode).isCurrent = false;
     of(mode).isOutdated = true;
-    // Ready before the first key is pressed; nobody looks at the other mode's.
+    // Built before the first key is pressed, but only for the mode that is shown.
     if (mode == _layouts.shownMode() && _applications.hasScanned())
         make(mode);
 }

@@ -31,7 +31,7 @@ void LauncherSettings::store(const QString& key, const QJsonValue& value, Done d
 }
 
 void LauncherSettings::store(const QMap<QString, QJsonValue>& changes, Done done) {
-    (void)_history.settle(); // what a failed step left must not take this back later
+    (void)_history.settle(); // a failed step's rollback must not revert this later
     _expected.unwritten.push_back(changes);
     auto written =
         _lifetime.guard([this, done = std::move(done)](const std::expected<void, FileError>& outcome) {

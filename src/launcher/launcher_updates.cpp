@@ -29,7 +29,7 @@ LauncherUpdates::LauncherUpdates(Machine& machine, InstalledApplications& applic
 
 LauncherUpdates::~LauncherUpdates() = default;
 
-// ---- what begins and ends its work
+// ---- loading
 
 void LauncherUpdates::scanned() {
     if (_coordinator)
@@ -41,8 +41,8 @@ void LauncherUpdates::scanned() {
 void LauncherUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
     if (_coordinator)
         return _coordinator->changeKeys(changedKeys);
-    // In the file, for nobody may come to open it before the launcher ends. What is read of it just now
-    // is outdated.
+    // Changes the file, because the coordinator may not be loaded before the launcher ends. A load in
+    // progress is outdated.
     _haveKeysChanged = true;
     _machine.workers.submit(Lane::saving, {}, [&machine = _machine, changedKeys](std::stop_token) {
         AppUpdateStore::changeKeys(machine, changedKeys);
@@ -86,7 +86,7 @@ void LauncherUpdates::loaded(StoredUpdates stored) {
     _coordinator->updateApps(_applications.all());
 }
 
-/// All that the coordinator has to say comes in here.
+/// Handles all of the coordinator's events.
 void LauncherUpdates::handle(const AppUpdateEvent& event) {
     using Kind = AppUpdateEvent::Kind;
     switch (event.kind) {
@@ -104,14 +104,15 @@ void LauncherUpdates::handle(const AppUpdateEvent& event) {
             _watcher.result(event.appKey, *found);
         return;
     case Kind::actionChanged: {
-        // While a tool takes bundles away and puts others in their stead, none of them is gone.
+        // While a tool replaces bundles, none of them counts as removed.
         _replacing = activeAppKey() ? _applications.replacing() : nullptr;
         const auto state = of(event.appKey).actionState();
         using enum AppUpdateActionState::Phase;
         const bool isPasswordAsked = state && state->phase == password && !state->isOver();
         if (isPasswordAsked && !_wasPasswordAsked)
             passwordAsked.notify();
-        // What an earlier launcher began may have asked long ago: this one is here to stay.
+        // An update resumed from an earlier launcher may have asked long ago: it must not close this
+        // launcher.
         _wasPasswordAsked = isPasswordAsked ||
                             (state && state->phase == starting && _coordinator->runner().isResumed());
         return ran.notify(event.appKey);
@@ -121,7 +122,7 @@ void LauncherUpdates::handle(const AppUpdateEvent& event) {
     }
 }
 
-/// What the bundles say is known.
+/// The bundles have been inspected.
 void LauncherUpdates::inspected() {
     _isReady = true;
     feedSmartFolders();
@@ -130,7 +131,7 @@ void LauncherUpdates::inspected() {
     learnChannelsForSmartFolders();
 }
 
-/// Which applications are Homebrew's, their bundles do not say; smart folders are not to guess.
+/// The bundles do not tell which applications are Homebrew's, and smart folders must not guess.
 void LauncherUpdates::learnChannelsForSmartFolders() {
     if (_coordinator->areChannelsKnown() || !(_smartFolders.needs() & SmartFolderNeed::channels))
         return;
@@ -174,7 +175,7 @@ void LauncherUpdates::feedSmartFolders() {
     if (!_isReady)
         return;
     SmartFolderRuntimeFacts facts = _smartFolders.runtimeFacts();
-    // A tool that fails will not tell more for now.
+    // A failed tool will not report more for now.
     facts.pending = _coordinator->areChannelsKnown() || _wereChannelsAsked
                         ? SmartFolderNeeds()
                         : SmartFolderNeeds(SmartFolderNeed::channels);
@@ -196,7 +197,7 @@ void LauncherUpdates::feedSmartFolders() {
 
 AppUpdateView LauncherUpdates::of(const QString& appKey) const { return {_coordinator.get(), appKey}; }
 
-// ---- of all
+// ---- all applications
 
 AppUpdateStatuses LauncherUpdates::knownStatuses() const {
     return _coordinator ? _coordinator->knownStatuses() : AppUpdateStatuses();

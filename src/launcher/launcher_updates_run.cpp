@@ -1,4 +1,4 @@
-// Bringing updates, and what the user does not want to hear of.
+// Running updates, and skipping versions.
 
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
@@ -9,7 +9,7 @@
 
 namespace tessellar {
 
-/// What one caller asked for: told of its end once, whatever ends it.
+/// One caller's request: `done` is called once, however it ends.
 struct LauncherUpdates::RunRequest {
     Stage stage = Stage::waiting;
     RunDone done;
@@ -24,7 +24,7 @@ static LauncherError cancelled() {
     return {QStringLiteral("cancelled"), message(AppUpdateOutcome::cancelled), {}};
 }
 
-// ---- what the user does not want to hear of
+// ---- skipped versions
 
 LauncherUpdates::Outcome LauncherUpdates::skip(const QString& appKey, bool everyVersion) {
     const auto found = of(appKey).record();
@@ -115,7 +115,7 @@ std::function<void(LauncherUpdates::StopMode)> LauncherUpdates::run(const QStrin
         if (request->stage == Stage::waiting)
             startRun(request, appKeys, asker);
     };
-    // Who is known to bring the update is not looked for again.
+    // Tools are only asked if some application's channel is unknown.
     whenReady([this, begin, appKeys] {
         if (std::ranges::all_of(appKeys,
                                 [this](const QString& key) { return of(key).channel().has_value(); }))
@@ -160,7 +160,7 @@ QString LauncherUpdates::name(const QString& appKey) const {
     return installed ? installed->name : appKey;
 }
 
-/// What is to be said of updates that have ended; their failures make one.
+/// The message about finished updates; an error if any failed.
 std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList& appKeys) {
     using Kind = AppUpdateActionState::Kind;
     QStringList lines;
@@ -174,9 +174,9 @@ std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList
         if (!state)
             continue;
         isAnyCancelled = isAnyCancelled || state->kind == Kind::cancelled;
-        if (state->message.isEmpty()) // opened: the rest is the user's
-            // Not before: with its window the launcher may go, and what it was to open would stay
-            // closed.
+        if (state->message.isEmpty()) // opened in another application, where the user continues
+            // Not earlier: this may close the launcher's window and quit it before it has opened
+            // anything.
             opened.notify();
         const QString said =
             state->detail.isEmpty() ? state->message : state->message + u'\n' + state->detail;

@@ -28,7 +28,7 @@
 
 namespace tessellar {
 
-/// In the order in which they need one another.
+/// In order of dependency.
 struct LauncherViewModel::Parts {
     Parts(Machine& machine, LauncherWindowMode shown, Pasteboard* pasteboard)
         : store(machine, machine.places.applicationFolder())
@@ -47,7 +47,7 @@ struct LauncherViewModel::Parts {
         , search(machine, layouts, applications, smartFolders)
         , opener(machine) {}
 
-    /// Those that listen for scans, after the merge has done so.
+    /// Connected to scans after the merge.
     struct Listening {
         Listening(Machine& machine, Parts& parts)
             : updates(machine, parts.applications, parts.smartFolders, parts.messages)
@@ -110,7 +110,7 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
         parts.smartFolders.changeKeys(changedKeys);
     });
     parts.listening.emplace(machine, parts);
-    // Only now: icons that are seen are to be decoded before facts are gathered.
+    // Last, because visible icons must be decoded before facts are gathered.
     follow(parts.applications.scanned,
            [&parts] { parts.smartFolders.setApps(parts.applications.all()); });
     follow(parts.applications.scanned, [&parts] { parts.search.invalidate(); });
@@ -193,7 +193,7 @@ LauncherViewModel::Outcome LauncherViewModel::quit() {
 
 bool LauncherViewModel::hasUnsavedEdits() const { return _parts->store.hasUnsavedEdits(); }
 
-// ---- what the user does
+// ---- the user's actions
 
 void LauncherViewModel::open(LauncherWindowMode mode, const LaunchpadItem& item) {
     if (const AppEntry* app = item.app())
@@ -220,7 +220,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
     const auto task = _parts->launches.insert(_parts->launches.end(), Task());
     const auto opened = [this, task, key, name = app->name,
                          done](const std::expected<void, QString>& outcome) {
-        // Kept until the end of this call: it is a part of what is dropped.
+        // Kept until the end of this call: it owns the function that is running.
         const Task ended = std::move(*task);
         _parts->launches.erase(task);
         if (!outcome) {
@@ -234,7 +234,7 @@ void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> 
         if (done)
             done({});
     };
-    // On a worker: the volume may hang.
+    // On a worker, because the volume may hang.
     *task = _machine.workers.run(
         Lane::actions,
         [&files = _machine.files, path = app->path](std::stop_token) { return files.exists(path); },
@@ -267,7 +267,7 @@ void LauncherViewModel::setLocale(const Locale& locale) {
     _machine.locale = locale;
     search().invalidate();
     smartFolders().localeChanged();
-    applications().rescan(); // they may have other names in it
+    applications().rescan(); // applications may have other names in this language
 }
 
 } // namespace tessellar

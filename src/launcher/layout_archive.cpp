@@ -121,7 +121,7 @@ void LayoutArchive::restoreBackup(Mode mode, const QString& name, std::function<
          });
 }
 
-// ---- the rest
+// ---- rearranging
 
 void LayoutArchive::arrange(Mode mode, Arranged arranged, const QString& name,
                             std::function<void(Outcome)> done) {

@@ -73,7 +73,7 @@ void LayoutMerger::loaded(LauncherWindowMode mode, LayoutStore::LoadResult resul
     const std::size_t i = std::size_t(mode);
     const auto* failed = std::get_if<LayoutStore::Failed>(&result);
     _isTransient[i] = failed && failed->isTransient;
-    // The first time a failure is something to show as well.
+    // The first time, a failure must be shown, too.
     if (!failed || !_hasMerged) {
         _loaded[i] = std::move(result);
         _isNew[i] = true;
@@ -110,7 +110,7 @@ void LayoutMerger::requestRescan() {
     _patience = std::min(2 * _patience, longest);
 }
 
-// ---- working it out
+// ---- merging
 
 LayoutMerger::Starts LayoutMerger::starts(const Installed& installed) const {
     const auto of = [&](LauncherWindowMode mode) {
@@ -138,7 +138,7 @@ LayoutMerger::Results LayoutMerger::merge(const Starts& starts) {
     return {of(starts[0]), of(starts[1])};
 }
 
-/// Nothing that the merge depends on has changed; the scan is the same.
+/// True if nothing that the merge depends on has changed, apart from the scan, which is the same.
 static bool isCurrent(const MergeInput& now, const MergeInput& then) {
     return now.document == then.document && now.context.pageCapacity == then.context.pageCapacity &&
            now.context.places == then.context.places &&
@@ -148,7 +148,7 @@ static bool isCurrent(const MergeInput& now, const MergeInput& then) {
 void LayoutMerger::prepare(const Installed& installed, std::function<void()> done, int attemptsLeft) {
     if (_loadsLeft > 0) {
         _whenLoaded = [=, this] {
-            // What is loaded in place of a layout that is shown is merged at once, before any edit.
+            // A document that replaces a shown layout is merged at once, before it can be edited.
             const bool isLate = _hasMerged && (_isNew[0] || _isNew[1]);
             prepare(installed, done, isLate ? 0 : attemptsLeft);
         };
@@ -171,7 +171,7 @@ void LayoutMerger::prepare(const Installed& installed, std::function<void()> don
         });
 }
 
-// ---- showing it
+// ---- showing and saving
 
 void LayoutMerger::apply() {
     _hasMerged = true;
@@ -184,7 +184,7 @@ void LayoutMerger::apply() {
         if (isFirst[std::size_t(mode)])
             reportLoad(mode);
     }
-    // Before the layouts are saved: from those nobody could tell the former keys.
+    // Before the layouts are saved: afterwards nobody could tell the former keys.
     if (!changedKeys.isEmpty())
         _applications.keysChanged.notify(changedKeys);
     for (const LauncherWindowMode mode : LiveLayouts::modes)
@@ -204,7 +204,7 @@ void LayoutMerger::show(LiveLayout& layout, const ModeResult& merged, bool isFir
 void LayoutMerger::save(LauncherWindowMode mode, const ModeResult& merged, bool isFirst) {
     if (_store.isWriteBlocked(mode))
         return;
-    // Places first: the layout is saved without the tiles that they are of.
+    // Places first: the layout is saved without their tiles.
     _places.set(mode, merged.result.places);
     const LayoutDocument& document = _layouts[mode].document();
     if (isFirst) {

@@ -23,7 +23,7 @@ QString title(Kind kind) {
     return Texts::tr("By Name");
 }
 
-/// The first of many names, in a line.
+/// The first names of many, in one line.
 static QString someOf(const QStringList& names) {
     constexpr qsizetype most = 12;
     const QString line = names.mid(0, most).join(QStringLiteral(", "));
@@ -85,7 +85,7 @@ void LayoutProposals::propose(Mode mode, std::function<void(const All&)> done) {
     });
 }
 
-/// What the ways that need nothing but the applications are worked out from.
+/// The input of proposals that are made from the applications alone.
 struct LayoutProposals::Input {
     QList<AppEntry> apps;
     Page smartFolders;

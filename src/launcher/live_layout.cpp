@@ -118,7 +118,7 @@ std::optional<FolderEntry> LiveLayout::openable(const LaunchpadItem& item, qsize
     const SmartFolderReference* reference = item.smartFolder();
     if (!reference)
         return std::nullopt;
-    // As the user named them; what has no tile of its own goes by the scan.
+    // By the user's names; applications without a tile as scanned.
     Page shown;
     if (const SmartFolderEvaluation* evaluation =
             _smartFolders.evaluation(reference->definitionID, _mode)) {
@@ -136,7 +136,7 @@ std::optional<FolderEntry> LiveLayout::openable(const LaunchpadItem& item, qsize
                        .pages = {shown}};
 }
 
-// ---- where the user is
+// ---- navigation
 
 static int nearest(qsizetype page, qsizetype count) {
     return static_cast<int>(std::clamp<qsizetype>(page, 0, std::max<qsizetype>(0, count - 1)));
@@ -229,7 +229,7 @@ void LiveLayout::setNavigation(const Navigation& navigation) {
 void LiveLayout::tidyNavigation() {
     const Navigation before = _navigation;
     _navigation.currentPage = nearest(_navigation.currentPage, shownPages().count());
-    // A folder that is gone, or lies elsewhere now, closes with those in it.
+    // If a folder is gone or was moved, it is closed, and so are those opened in it.
     Pages level = pages();
     for (qsizetype i = 0; i < _navigation.folderStack.size(); ++i) {
         const LaunchpadItem* tile = tileIn(level, _navigation.folderStack[i].id);
@@ -288,7 +288,7 @@ void LiveLayout::tryOut(const ArrangementLayout& settings) {
         documentChanged();
 }
 
-// ---- both
+// ---- both modes
 
 LiveLayouts::LiveLayouts(LauncherWindowMode shown, const Settings& settings,
                          const SmartFolderLibrary& smartFolders)

@@ -52,7 +52,7 @@ void PlaceMemory::forget(LauncherWindowMode mode, const std::optional<QString>& 
                             done = std::move(done)](const BackgroundFile::Result& written) mutable {
         if (written)
             return done(count);
-        // Else they would be forgotten by a later save, after all.
+        // Otherwise a later save would forget them after all.
         if ((*this)[mode] == places)
             set(mode, before);
         kept(mode).whenWritten([error = launcherError(written.error()), done = std::move(done)](

@@ -61,10 +61,10 @@ RemovalStep RemovalSteps::takeAgain(const QUuid& removal, std::stop_token stop) 
     QList<RelatedFile> items;
     for (const CleanupItemResult& item : before.restored)
         items.append(item.item);
-    // Nobody is asked here: an application that is open stays.
+    // Nobody can be asked here: a running application is not removed.
     RemovalStep step = take(before, items, false, stop);
     if (step.failure) {
-        // One that fails leaves everything as it was.
+        // If it fails, everything is moved back.
         const RemovalStep back = bringBack(step.record, false, stop);
         step.record = back.record;
         step.record.restored = before.restored;
@@ -82,7 +82,7 @@ RemovalStep RemovalSteps::bringBack(CleanupRecord record, bool asOne, std::stop_
         for (CleanupItemResult outcome : remover.restore(record.application(), items, stop)) {
             const QString name = FileSystem::fileName(outcome.item.path);
             if (outcome.failure && isThere(files, outcome.item))
-                outcome.failure.reset(); // put back by other means
+                outcome.failure.reset(); // restored by other means
             if (!outcome.failure) {
                 step.record.restored.append(outcome);
                 step.log.append({CleanupLogLine::Kind::moved, outcome.item.path,
@@ -110,7 +110,7 @@ RemovalStep RemovalSteps::bringBack(CleanupRecord record, bool asOne, std::stop_
         bring(others);
     if (step.record.restored.size() == record.restored.size() && !step.failure && !step.log.isEmpty())
         step.failure = step.log.first().text;
-    // In the order of removal, the bundle last, as another removal has them.
+    // In the order of a removal, the bundle last, for redo.
     std::ranges::stable_sort(step.record.restored, {}, isBundle);
     write(step.record);
     return step;
@@ -124,7 +124,7 @@ RemovalStep RemovalSteps::bringBack(const QUuid& removal, const QString& path,
     RemovalStep step;
     if (!found)
         step.failure = found.error();
-    else if (!_tools.machine.files.exists(path)) // else it was put back by other means
+    else if (!_tools.machine.files.exists(path)) // otherwise it was restored by other means
         step.failure = Texts::tr(notKnown);
     return step;
 }
@@ -133,7 +133,7 @@ std::expected<QList<CleanupRecord>, QString> RemovalSteps::all() const {
     std::expected<QList<CleanupRecord>, QString> records = _store.read();
     if (!records)
         return records;
-    // What a killed removal did not come to has never left.
+    // Items that a killed removal had not moved are dropped.
     for (CleanupRecord& record : *records)
         record.items.removeIf([this](const CleanupItemResult& item) {
             return !item.trashedPath && isThere(_tools.machine.files, item.item);

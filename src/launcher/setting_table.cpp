@@ -192,13 +192,13 @@ LauncherError outOfRange(const QString& sentence) {
     return {QStringLiteral("outOfRange"), sentence, {}};
 }
 
-/// Of the kind that the grid's settings are read as; anything else counts as missing.
+/// True for the type that the grid's settings are read as; anything else counts as missing.
 bool isNumber(const Setting& setting, const QJsonValue& value) {
     return value.isDouble() &&
            (setting.kind == Kind::number || std::trunc(value.toDouble()) == value.toDouble());
 }
 
-/// Of the right type, and within the range.
+/// True if the value has the right type and is within the range.
 bool isInRange(const Setting& setting, const QJsonValue& value) {
     switch (setting.kind) {
     case Kind::integer:
@@ -222,7 +222,7 @@ bool isInRange(const Setting& setting, const QJsonValue& value) {
     return value.isString();
 }
 
-/// Why a text cannot be used though it is one; empty where it can.
+/// Why a text is invalid for its setting; empty if it is valid.
 QString misspelling(const Setting& setting, const QJsonValue& value) {
     const QString text = value.toString();
     if (setting.kind == Kind::keys && !text.isEmpty() && !keyChord(text))
@@ -239,11 +239,11 @@ QString misspelling(const Setting& setting, const QJsonValue& value) {
     return {};
 }
 
-/// What a stored value comes to.
+/// The effective value of a stored one.
 QJsonValue inForce(const Setting& setting, const QJsonValue& value) {
     if (setting.isClamped && value.isDouble() && std::trunc(value.toDouble()) == value.toDouble())
         return std::clamp(value.toDouble(), setting.minimum, setting.maximum);
-    // Of a list the folders that can be looked at count all the same.
+    // Invalid folders in a list do not invalidate the others.
     const bool isRight = isInRange(setting, value) &&
                          (setting.kind == Kind::folders || misspelling(setting, value).isEmpty());
     return isRight ? value : setting.defaultValue;

@@ -37,7 +37,7 @@ void SmartFolderEditing::begin(LauncherWindowMode mode, SmartFolderDefinition de
     _saved = saved();
 }
 
-/// What stands in the registry at the moment.
+/// The definition that is currently saved.
 std::optional<SmartFolderDefinition> SmartFolderEditing::saved() const {
     const SmartFolderDefinition* found = _library.definition(_before.id);
     return found ? std::optional(*found) : std::nullopt;
@@ -65,11 +65,11 @@ void SmartFolderEditing::insertRule(qsizetype place) {
     change([&](SmartFolderDraft& draft) { draft.insertRule(place, _machine.uuids.next()); });
 }
 
-// ---- what it would show
+// ---- preview
 
 void SmartFolderEditing::renewPreview() {
     SmartFolderDefinition previewed = _draft->definition();
-    // Rules can be tried before there is a name.
+    // Rules can be previewed before there is a name.
     previewed.name = QStringLiteral("preview");
     SmartFolderDraft named = *_draft;
     named.setName(previewed.name);
@@ -78,7 +78,7 @@ void SmartFolderEditing::renewPreview() {
         _preview.reset();
         previewed.name.clear();
     }
-    // Of a draft that cannot be evaluated the facts still serve, for what can be typed.
+    // If the draft cannot be evaluated, the facts still serve for suggestions.
     _library.preview(
         previewed, _mode,
         [this, isPossible](SmartFolderEvaluation evaluation, const SmartFolderFactsList& facts) {

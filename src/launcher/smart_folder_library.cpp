@@ -11,7 +11,7 @@
 
 namespace tessellar {
 
-/// Between two looks at the clock.
+/// The longest time between two checks of the clock.
 static constexpr std::chrono::minutes longestWait(10);
 
 static const char* const unavailableTitle = Texts::noop("Smart Folders are unavailable");
@@ -37,7 +37,7 @@ SmartFolderLibrary::SmartFolderLibrary(Machine& machine)
 
 SmartFolderLibrary::~SmartFolderLibrary() = default;
 
-/// The facts of the applications as a mode names them.
+/// The applications' facts, with a mode's custom names.
 static SmartFolderFactsList named(const SmartFolderFactsList& facts,
                                   const SmartFolderContext& context) {
     if (context.customNames.isEmpty())
@@ -57,7 +57,7 @@ static SmartFolderFactsList named(const SmartFolderFactsList& facts,
     return result;
 }
 
-/// Those that folders may show.
+/// Those of applications that folders may show.
 static SmartFolderFactsList visible(const SmartFolderFactsList& facts,
                                     const SmartFolderContext& context) {
     SmartFolderFactsList result = named(facts, context);
@@ -107,7 +107,7 @@ SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitio
     if (definitions == _definitions && !_isUnsure)
         return {};
     if (const auto saved = _store.save(definitions); !saved) {
-        // They may be on the disk all the same.
+        // The failed save may be on the disk all the same.
         _isUnsure = !_store.save(_definitions);
         return std::unexpected(launcherError(saved.error(), Texts::tr("Could not save Smart Folders")));
     }
@@ -152,7 +152,7 @@ QString SmartFolderLibrary::notice(const SmartFolderDefinition& definition,
                                  : update_texts::checkingDisabled());
 }
 
-// ---- what folders show
+// ---- evaluations
 
 const SmartFolderEvaluation* SmartFolderLibrary::evaluation(const QUuid& id,
                                                             LauncherWindowMode mode) const {
@@ -187,7 +187,7 @@ SmartFolderFactsList SmartFolderLibrary::facts(LauncherWindowMode mode) const {
     return named(_facts, _contexts[at(mode)]);
 }
 
-// ---- what evaluations depend on
+// ---- inputs
 
 void SmartFolderLibrary::setApps(const QList<AppEntry>& apps) {
     _apps = apps;
@@ -271,7 +271,7 @@ void SmartFolderLibrary::startRoundFor(SmartFolderNeeds others) {
 }
 
 void SmartFolderLibrary::startRound() {
-    // What is under way is of an older generation: its tasks end and reach nobody.
+    // A round in progress is outdated and is cancelled.
     _factsTask.cancel();
     _evaluationTask.cancel();
     scheduleNextDay();
@@ -368,7 +368,7 @@ void SmartFolderLibrary::gatherFactsOf(
         });
 }
 
-// ---- what is not saved
+// ---- preview
 
 void SmartFolderLibrary::preview(const SmartFolderDefinition& definition, LauncherWindowMode mode,
                                  Previewed previewed) {
@@ -411,22 +411,22 @@ void SmartFolderLibrary::evaluatePreview() {
         },
         [this](std::pair<PreparedPointer, SmartFolderEvaluation> result) {
             _preview->prepared = std::move(result.first);
-            // Copies: what is told may ask for another preview, or for none.
+            // Copies, because the callback may replace or end the preview.
             const Previewed previewed = _preview->previewed;
             const PreparedPointer prepared = _preview->prepared;
             previewed(std::move(result.second), prepared->index->facts());
         });
 }
 
-// ---- days
+// ---- date changes
 
 void SmartFolderLibrary::reevaluate() {
-    // What was used meanwhile without the launcher, bundles tell.
+    // The bundles tell which applications were opened outside the launcher meanwhile.
     if (!reevaluateOnNewDay() && !_apps.isEmpty())
         startRoundFor(SmartFolderNeed::usage);
 }
 
-/// False where it is the same day in the same zone.
+/// False if the day and the zone are still the same.
 bool SmartFolderLibrary::reevaluateOnNewDay() {
     const Instant now = _machine.clock.now();
     if (Calendar::system(_machine.locale).timeZone() != _calendar.timeZone()) {
@@ -447,12 +447,12 @@ void SmartFolderLibrary::scheduleNextDay() {
     const Instant now = _machine.clock.now();
     const auto today = _calendar.interval(CalendarUnit::day, now);
     if (today != std::exchange(_today, today))
-        _runtimeWithUsage.reset(); // what was never used is known after so many days
+        _runtimeWithUsage.reset(); // whether an application counts as unused depends on the day
     if (!_today || _definitions.isEmpty())
         return _nextDay.cancel();
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(_today->end - now);
-    // A clock that was set, a machine that slept or came into another time zone is noticed before long
-    // even when nobody says so.
+    // Polled, so that a clock change, a sleep or another time zone is noticed even without a
+    // notification.
     _nextDay = _machine.scheduler.after(
         std::clamp<std::chrono::milliseconds>(wait, std::chrono::milliseconds(1), longestWait),
         [this] { (void)reevaluateOnNewDay(); });

@@ -14,10 +14,10 @@ using Files = StepJournal::Files;
 
 struct StepJournal::Note {
     Files before;
-    QMap<QString, QString> after; ///< digests, by the names of the files
+    QMap<QString, QString> after; ///< digests by file name
 };
 
-/// As it is.
+/// Passed through unchanged.
 template <>
 struct json::Codec<QJsonValue> {
     static Decoded<QJsonValue> decode(const QJsonValue& value) { return value; }
@@ -57,13 +57,12 @@ StepJournal::StepJournal(const Machine& machine, const QString& directory)
             3 * maximumLayoutBytes) {}
 
 std::expected<void, FileError> StepJournal::begin(const Files& before, const Files& after) {
-    _file.forget(); // one that could not be read is of a step that was cut off long ago
+    _file.forget(); // one that could not be read belongs to a step interrupted long ago
     return saveJson(_file, Note{before, digests(after)});
 }
 
 std::expected<void, FileError> StepJournal::end() {
-    // Written over, it stands for no step, and that is safe on the disk; where only the room for that
-    // is missing, it goes without.
+    // Overwritten first, because that is durable; on a full disk it is just removed.
     const auto ended = _file.write("{}");
     if (!ended && ended.error().code != FileError::Code::noSpace)
         return ended;
@@ -99,7 +98,7 @@ std::optional<Files> StepJournal::interruptedStep(const std::array<LayoutStore::
         return std::nullopt;
     Files& before = (*note)->before;
     Files now;
-    // What cannot be seen now is no sign that others have worked on it: the note waits.
+    // An unreadable file does not prove that another program changed it: the journal is kept.
     bool isSeen = true;
     const auto look = [&](const std::optional<LayoutDocument>& wanted,
                           const LayoutStore::LoadResult& result, std::optional<LayoutDocument>& into) {

@@ -15,7 +15,7 @@ using Context = ActionContext;
 bool isApp(const LaunchpadItem& item) { return item.app() != nullptr; }
 bool isAlias(const LaunchpadItem& item) { return item.app() && item.app()->alias; }
 
-// ---- what entries do
+// ---- the actions
 
 ActionRequest open(const Context& context, const QString&) {
     context.launcher.open(context.mode(), *context.target.item);
@@ -35,7 +35,7 @@ ActionRequest deleteSmartFolder(const Context& context, const QString&) {
     return ActionRequest::none;
 }
 
-/// Opens the folders that a tile lies in, and selects it there.
+/// Opens the folders that contain a tile, and selects it there.
 ActionRequest showWhere(const Context& context, const QString&) {
     const auto at = locate(context.layout.pages(), context.target.item->id());
     if (!at)
@@ -50,7 +50,7 @@ ActionRequest showWhere(const Context& context, const QString&) {
     return ActionRequest::whereabouts;
 }
 
-/// The first application among the tiles stays in its place, and becomes the folder.
+/// The first application among the tiles stays in place and becomes the folder.
 ActionRequest group(const Context& context, const QString&) {
     QList<QUuid> tiles = context.tiles;
     const QUuid target = tiles.takeFirst();
@@ -69,7 +69,7 @@ QString updateStatus(const Context& context) {
     return running.isEmpty() ? update.statusText() : running;
 }
 
-/// The version that is offered, or empty.
+/// The available version, or empty.
 QString offeredVersion(const Context& context) {
     const auto known = context.app() && context.isOne()
                            ? context.launcher.updates().of(appKey(*context.app())).status()
@@ -87,7 +87,7 @@ bool isUpdateOffered(const Context& context) {
     return !offeredVersion(context).isEmpty() && !isUpdating(context);
 }
 
-/// A row of the table that concerns an application's update.
+/// Marks a row as concerning an application's update.
 constexpr ActionRow aboutUpdates(ActionRow row) {
     row.isAboutUpdates = true;
     return row;
@@ -103,7 +103,7 @@ ActionRequest skip(const Context& context, const QString&) {
 // ---- the rows
 
 constexpr std::array rows = std::to_array<ActionRow>({
-    // What a tile that cannot be used says of itself.
+    // Tells why a tile is unavailable.
     {"unavailable", [](const Context&) { return LiveLayout::unavailableNotice(); },
      [](const Context& c) { return c.isOne() && c.isUnavailable(); },
      [](const Context&) { return false; }},

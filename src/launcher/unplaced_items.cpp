@@ -46,7 +46,7 @@ Items withoutTile(const LauncherViewModel& launcher, const LiveLayout& layout) {
     return items;
 }
 
-/// Where it was, and since when it is gone.
+/// Where it was, and since when it has been gone.
 QString text(const PlaceSummary& place, const Locale& locale) {
     QString where = Texts::tr("Page %1").arg(place.page + 1);
     for (const QString& folder : place.folderNames)
@@ -58,7 +58,7 @@ QString text(const PlaceSummary& place, const Locale& locale) {
 Items places(const LauncherViewModel& launcher, const LiveLayout& layout, const Locale& locale) {
     Items items;
     for (const PlaceSummary& place : summaries(launcher.places()[layout.mode()]))
-        if (!layout.item(place.tile.id)) // else it is back
+        if (!layout.item(place.tile.id)) // otherwise it is back
             items.append({Kind::place, appKey(place.tile), place.tile.name, text(place, locale)});
     return items;
 }

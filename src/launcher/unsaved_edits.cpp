@@ -25,7 +25,7 @@ void UnsavedEdits::editAs(const Editor& editor, const std::function<void()>& cal
 void UnsavedEdits::add(UnsavedEdit edit) {
     auto& edits = _edits[std::size_t(edit.mode)];
     const LayoutStore::Revision revision = _store.revision(edit.mode);
-    // What is not taken back needs no more than to be there.
+    // Edits that are not rolled back on failure can share an entry.
     const auto isKept = [](const Editor& editor, const UnsavedEdit& made) {
         return !editor && !made.isStepOfHistory;
     };
