@@ -9,7 +9,7 @@ namespace tessellar {
 
 namespace {
 
-constexpr int cornerSide = 3; ///< in pixels; nobody passes through it by chance
+constexpr int cornerSide = 3; ///< pixels: too small to be entered by accident
 
 QPoint cornerOf(const QRect& screen, Qt::Corner corner) {
     switch (corner) {
@@ -69,7 +69,7 @@ void ActivationTriggers::takeKey() {
     const auto chord = keyChord(text);
     if (chord == std::exchange(_chord, chord) && (_key || !chord))
         return;
-    _key.reset(); // before another is asked for: it may be the same
+    _key.reset(); // released first, because the new key may be the same
     if (chord)
         _key = HotKey::make(*chord, _summoned);
     _isKeyRefused = !_key && !text.isEmpty();

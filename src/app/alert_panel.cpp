@@ -43,7 +43,7 @@ bool AlertPanel::isDestructive() const {
 
 void AlertPanel::refresh() {
     for (const LauncherError& alert : _viewModel.messages().takeAlerts())
-        if (!_alerts.contains(alert)) // said once is enough
+        if (!_alerts.contains(alert)) // do not repeat an open alert
             _alerts.append(alert);
     _isAcceptDefault = !isDestructive();
     Q_EMIT changed();
@@ -62,13 +62,13 @@ void AlertPanel::answer(bool accepted) {
 }
 
 void AlertPanel::saveAgain() {
-    // Another failure raises another alert.
+    // A new failure raises a new alert.
     _viewModel.history().unsaved().whenSaved({}, UnsavedEdits::Whose::all,
                                              [](const UnsavedEdits::Outcome&) {});
 }
 
 void AlertPanel::resetLayouts() {
-    // Each mode that cannot be read has its own alert; one answer is enough.
+    // Each unreadable mode has an alert of its own; one answer resets all.
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (!_viewModel.history().guard(mode))
             _viewModel.messages().report(_viewModel.archive().reset(mode));

@@ -16,7 +16,7 @@ namespace tessellar {
 
 static const QString fileExtension = QStringLiteral(".tessellar-arrangement");
 
-/// What a file is called after an arrangement: as much of the name as a file system takes.
+/// The suggested file name for an arrangement, truncated to what file systems accept.
 static QString fileName(QString name) {
     constexpr qsizetype mostBytes = 200;
     while (name.toUtf8().size() > mostBytes)
@@ -96,7 +96,7 @@ QString ArrangementsPanel::nameOf(const QUuid& id) const {
     return found == _all.end() ? QString() : found->summary.name;
 }
 
-// ---- what is done with one
+// ---- actions
 
 void ArrangementsPanel::ask(const QString& title, const QString& text, const QString& accept,
                             bool isDestructive, std::function<void()> work) {
@@ -208,7 +208,7 @@ QString ArrangementsPanel::accept() const {
                                 : tr("Save");
 }
 
-/// Of the host, or below the user's home.
+/// A path on the host, or relative to the user's home.
 std::optional<ArrangementsPanel::File> ArrangementsPanel::file(const QString& text) const {
     static const FileSystem host;
     if (text.startsWith(u"~/"))
@@ -231,7 +231,7 @@ void ArrangementsPanel::finish(const QString& text) {
         saved().importFrom(mode, *named->files, named->path, reporting());
 }
 
-/// A refusal is said in the sheet, where what was typed still stands.
+/// Errors are shown in the sheet, which keeps what was typed.
 LauncherArrangements::Done ArrangementsPanel::reporting() {
     return _lifetime.guard([this](const LauncherArrangements::Saved& saved) {
         if (!saved)

@@ -49,7 +49,7 @@ QString ArrangingPanel::pageText() const {
     return pageCount() > 0 ? tr("Page %1 of %2").arg(_page + 1).arg(pageCount()) : QString();
 }
 
-/// Without what is hidden.
+/// Without hidden applications.
 Page ArrangingPanel::shownPage() const {
     Page page = _page < pageCount() ? chosen()->pages.at(_page) : Page();
     page.removeIf([&hidden = _viewModel.layout(_mode).hiddenKeys()](const LaunchpadItem& item) {
@@ -79,7 +79,7 @@ void ArrangingPanel::turn(int by) {
 }
 
 void ArrangingPanel::take() {
-    // At first there is nothing of one's own in the other mode either.
+    // On the first run the other mode has nothing to lose either.
     const auto modes =
         _isFirstRun ? QList(LiveLayouts::modes.begin(), LiveLayouts::modes.end()) : QList{_mode};
     if (const LayoutProposal* proposal = chosen())

@@ -17,7 +17,7 @@ bool Backdrop::isWanted() const {
     return _machine.settings.text(QStringLiteral("background")).value_or(QString()) != u"own";
 }
 
-// ---- which picture
+// ---- choosing the picture
 
 Backdrop::Picture Backdrop::keptPicture(const FileSystem& files, const QString& path) {
     constexpr std::uint64_t maximumBytes = 2u << 20;
@@ -26,7 +26,7 @@ Backdrop::Picture Backdrop::keptPicture(const FileSystem& files, const QString& 
     return {image, image.text(sourceKey)};
 }
 
-/// Its path, size and date; empty where there is none.
+/// Identifies a file by path, size and date; empty if there is none.
 static QString sourceOf(const FileSystem& files, const std::optional<QString>& path) {
     const auto status = path ? files.status(*path) : std::unexpected(FileError{});
     return status ? QStringLiteral("%1|%2|%3")
@@ -41,7 +41,7 @@ static void keep(const FileSystem& files, const QString& path, QImage image, con
     QBuffer buffer;
     if (buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "png") &&
         files.createDirectories(FileSystem::parent(path)))
-        (void)files.writeAtomically(path, buffer.data()); // else it is made anew next time
+        (void)files.writeAtomically(path, buffer.data()); // otherwise it is made again next time
 }
 
 void Backdrop::applySettings() {
@@ -129,7 +129,7 @@ QImage Backdrop::image(QSize size, bool isDark) {
                            (_picture.isOwn() || _drawn.isDark == isDark);
     if (isCurrent)
         return _drawn.image;
-    if (_picture.isOwn() && _drawn.source.isEmpty()) // quickly made, and never stretched
+    if (_picture.isOwn() && _drawn.source.isEmpty()) // quick to make, and never stretched
         _drawn = drawn({}, size, isDark);
     else
         draw(size, isDark);

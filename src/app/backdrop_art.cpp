@@ -12,7 +12,7 @@ namespace tessellar {
 
 QImage backdropArt(QSize size) {
     struct Glow {
-        float x, y, radius; ///< of the width and height
+        float x, y, radius; ///< relative to the width and height
         float red, green, blue;
     };
     constexpr std::array glows{
@@ -23,7 +23,7 @@ QImage backdropArt(QSize size) {
     if (size.isEmpty())
         return {};
 
-    // The light is smooth: it is worked out at few points and laid between them.
+    // The light is smooth: it is computed on a coarse grid and interpolated.
     constexpr int step = 16;
     const auto columns = static_cast<std::size_t>(size.width()) / step + 2;
     const auto rows = static_cast<std::size_t>(size.height()) / step + 2;
@@ -80,7 +80,8 @@ namespace {
 constexpr int blurredSide = 320;
 constexpr int blurRadius = 9;
 
-/// One pass along lines of `count` pixels that lie `stride` apart; the ends go on.
+/// One pass of a box blur over lines of `count` pixels, `stride` apart; the outermost pixels are
+/// repeated.
 void blurLines(QImage& image, int lines, int lineStride, int count, int stride) {
     auto* pixels = reinterpret_cast<QRgb*>(image.bits());
     std::vector<QRgb> line(static_cast<std::size_t>(count));
@@ -117,7 +118,7 @@ int encoded(float light) {
     return std::clamp(static_cast<int>(std::lround(value * 255)), 0, 255);
 }
 
-/// Bright places are held down more than dark ones, none gets lighter than `limit`.
+/// Compresses the luminance: bright pixels are darkened more than dark ones, none exceeds `limit`.
 void holdDown(QImage& image, float limit) {
     for (int y = 0; y < image.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
@@ -144,7 +145,7 @@ QImage blurredPicture(const QByteArray& encoded) {
     if (!size.isValid() || size.isEmpty() || qint64(size.width()) * size.height() > maximumPixels)
         return {};
     const QSize small = size.scaled(blurredSide, blurredSide, Qt::KeepAspectRatioByExpanding);
-    // A picture with a palette loses it when it is read in another size.
+    // Reading an indexed picture at another size loses its palette.
     const QImage::Format format = reader.imageFormat();
     const bool isIndexed = format == QImage::Format_Indexed8 || format == QImage::Format_Mono ||
                            format == QImage::Format_MonoLSB;
@@ -158,7 +159,7 @@ QImage blurredPicture(const QByteArray& encoded) {
                           Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                   .convertToFormat(QImage::Format_RGB32);
     const int stride = static_cast<int>(picture.bytesPerLine() / qsizetype(sizeof(QRgb)));
-    for (int pass = 0; pass < 3; ++pass) { // three boxes are a bell
+    for (int pass = 0; pass < 3; ++pass) { // three box blurs approximate a Gaussian
         blurLines(picture, picture.height(), stride, picture.width(), 1);
         blurLines(picture, picture.width(), 1, picture.height(), stride);
     }
@@ -166,8 +167,8 @@ QImage blurredPicture(const QByteArray& encoded) {
 }
 
 QImage pictureBackdrop(const QImage& blurred, QSize size, bool isDark) {
-    // White on a light of 0.18 is 4.5:1, but there are dimmer texts, and a field that brightens what is
-    // behind them.
+    // White on a luminance of 0.18 has a contrast of 4.5:1, but some texts are dimmer, and the search
+    // field brightens what is behind it.
     constexpr float limit = 0.075f;
     constexpr float darkLimit = 0.05f;
     if (size.isEmpty() || blurred.isNull())

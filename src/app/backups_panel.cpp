@@ -14,7 +14,7 @@
 
 namespace tessellar {
 
-/// What came after a backup, by the reason that it gives.
+/// What a backup precedes, by its stored reason.
 static QString reasonText(const QString& reason) {
     struct Row {
         const char* reason;

@@ -32,7 +32,7 @@ void DayPicker::close() {
 }
 
 void DayPicker::show(QDate current) {
-    // Further years are typed.
+    // Other years must be typed.
     if (!isOpen() || current.year() < 1000 || current.year() > 9999)
         return;
     _current = current;

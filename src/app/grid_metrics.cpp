@@ -8,7 +8,7 @@ namespace tessellar {
 namespace {
 
 constexpr double dotsHeight = 64;
-constexpr double searchHeight = 40; ///< of the field above the tiles, with its margins
+constexpr double searchHeight = 40; ///< of the search field above the tiles, including margins
 constexpr double windowMargin = 28;
 constexpr double folderTitleHeight = 72;
 constexpr double folderMargin = 32;
@@ -18,23 +18,23 @@ int whole(double value) { return static_cast<int>(std::floor(value)); }
 int labelPixels(int iconSide, std::optional<double> labelFontSize) {
     if (labelFontSize)
         return static_cast<int>(std::clamp(std::round(*labelFontSize), 8.0, 32.0));
-    // As large as text is elsewhere, except beside very small and very large icons.
+    // The usual size of text, except with very small and very large icons.
     return std::clamp(std::max(std::min(iconSide / 7, 15), iconSide / 9), iconSide < 40 ? 8 : 11, 48);
 }
 
-/// The label and the air around it, of which small cells have little.
+/// The label and the space around it, which is tight in small cells.
 double labelHeight(double labelFont, double cellHeight = 1000) {
     return labelFont * 1.4 + std::min(14.0, cellHeight * 0.12);
 }
 
-/// An icon of at most the wanted side that fits a cell with its label.
+/// The largest icon, up to the wanted size, that fits a cell with its label.
 int fittingIcon(double wanted, double cellWidth, double cellHeight, double labelFont) {
     const double air = std::min(8.0, cellHeight * 0.07);
     return std::max(12, whole(std::min({wanted, cellWidth - 1.5 * air,
                                         cellHeight - labelHeight(labelFont, cellHeight) - air})));
 }
 
-/// Below the tiles, for the dots.
+/// The space for the page dots, below the tiles.
 double bottomHeight(double window) { return std::min(dotsHeight, window * 0.14); }
 
 } // namespace
@@ -85,7 +85,7 @@ FolderMetrics folderMetrics(QSizeF window, const GridMetrics& grid, const Arrang
     const GridGeometry geometry = folderGeometry(layout);
     FolderMetrics metrics;
     GridMetrics& cells = metrics.grid;
-    // A folder with one row of tiles is not drawn with three; narrower than its title it never is.
+    // A folder with one row of tiles is drawn with one row, but never narrower than its title.
     cells.columns = pages > 1 ? geometry.columns
                               : static_cast<int>(std::clamp<qsizetype>(
                                     tiles, std::min(4, geometry.columns), geometry.columns));

@@ -212,13 +212,13 @@ void PageModel::moveRow(qsizetype from, qsizetype to) {
     endMoveRows();
 }
 
-/// Rows go with their tiles, for what an item shows is dear and where it shows it is not. Those of
-/// tiles that have gone are given to tiles that have come.
+/// Rows move with their tiles, because rebuilding a delegate is expensive and moving it is not. Rows of
+/// removed tiles are reused for new ones.
 void PageModel::updateRows(const QList<TileView>& tiles) {
     const QSet<QString> before = idsOf(*_tiles);
     const QSet<QString> now = idsOf(tiles);
     if (before.size() != _tiles->size() || now.size() != tiles.size())
-        return; // no telling which is which
+        return; // identifiers are not unique
     QList<TileView> come;
     std::ranges::copy_if(tiles, std::back_inserter(come),
                          [&](const TileView& tile) { return !before.contains(tile.id); });
@@ -246,7 +246,7 @@ void PageModel::updateRows(const QList<TileView>& tiles) {
         const QString id = _tiles->at(slot).id;
         if (id == tiles.at(slot).id)
             continue;
-        // One that goes on past others is one move, not one of each that it passes.
+        // Moving one tile past others is one move, not one for each that it passes.
         if (_tiles->at(slot + 1).id == tiles.at(slot).id)
             moveRow(slot, slotOf(tiles, id));
         else
@@ -371,7 +371,7 @@ std::optional<LaunchpadItem> GridModel::tile(const QUuid& id) const {
 void GridModel::resize() {
     const qsizetype shown = _pages.count + (_hasNewPage ? 1 : 0);
     const std::size_t count = std::max(static_cast<std::size_t>(shown), _keptPages);
-    // Pages that go are kept until nobody is shown them any more.
+    // Removed pages are kept until no view shows them.
     std::vector<std::unique_ptr<PageModel>> gone;
     while (_models.size() > count) {
         gone.push_back(std::move(_models.back()));

@@ -60,7 +60,7 @@ QVariantList pictureTiles(const Page& page, const SmartFolderLibrary& smartFolde
 
 namespace {
 
-/// Every application of the grid, page by page, with those in folders.
+/// Iterates over all applications in the grid, page by page, including those in folders.
 class AllOfGrid {
 public:
     explicit AllOfGrid(TilePages pages) : _pages(std::move(pages)) {}

@@ -36,7 +36,7 @@ QSGNode* ImageItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
             node->setOwnsTexture(true);
             node->setFiltering(QSGTexture::Linear);
         }
-        // A node of the software renderer asks its texture for its size and so needs one at once.
+        // The software renderer's node needs a texture at once, because it asks it for its size.
         node->setTexture(window()->createTextureFromImage(art));
         _isChanged = false;
     }
@@ -116,7 +116,7 @@ QImage PagePicture::image(QSize pixels) {
     if (!_icons || pixels.isEmpty())
         return {};
     QList<QImage> tiles;
-    // Drawn larger than they are shown: what is in a folder has to be seen.
+    // Drawn larger than shown, so that folders' contents are discernible.
     const int side = 4 * std::max(1, pixels.height() / _rows);
     for (const QVariant& each : std::as_const(_tiles)) {
         if (tiles.size() >= qsizetype(_rows) * _columns)
@@ -129,7 +129,7 @@ QImage PagePicture::image(QSize pixels) {
     return pageArt(tiles, _rows, _columns, pixels, _isMirrored);
 }
 
-// ---- what lies behind
+// ---- backdrop
 
 void BackdropItem::setBackdrop(Backdrop* backdrop) {
     follow(_backdrop, backdrop, &Backdrop::changed, [this] { refresh(); });

@@ -49,7 +49,7 @@ LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& 
     connect(&_drag, &TileDrag::newPageChanged, this, &LauncherController::showGridPage);
     connect(&_search, &TileSearch::changed, this, [this] {
         _menu.close();
-        // What is found lies over everything.
+        // The results cover everything.
         while (_search.isActive() && _folder.isOpen())
             _viewModel.shown().closeFolder();
         requestIcons();
@@ -111,13 +111,13 @@ void LauncherController::startAfresh() {
     _drag.cancel();
     _search.clear();
     _renaming.cancel();
-    // What was typed there, or not read yet, is not lost with a key that hides the window.
+    // Hiding the window must not lose what was typed, or not yet read.
     if (!isWelcoming() && !_sheets.isTyped() &&
         (!_panels.smartFolder()->isOpen() || !_panels.smartFolder()->isChanged()))
         _sheets.close();
 }
 
-// ---- what has changed
+// ---- updates from the view model
 
 void LauncherController::follow() {
     const auto on = [this](auto& signal, auto call) {
@@ -169,7 +169,7 @@ void LauncherController::follow() {
     on(launcher.messages().questionChanged, [this] { _alert.refresh(); });
     on(launcher.launched, [this] { Q_EMIT closeRequested(); });
     on(launcher.updates().passwordAsked, [this] {
-        // The question would lie below a launcher that fills the screen.
+        // A full-screen launcher would cover the password prompt.
         if (!isWindowed())
             Q_EMIT closeRequested();
     });
@@ -194,7 +194,7 @@ void LauncherController::showLayout() {
     _formerPages = std::exchange(_shownPages, _viewModel.shown().shownPages());
     _grid.setPages(_shownPages);
     showNavigation();
-    // What is hidden is not selected.
+    // Hidden tiles are deselected.
     const QSet<QString>& hidden = _viewModel.shown().hiddenKeys();
     QList<QUuid> selected = _viewModel.shown().inOrder(_viewModel.shown().selectedItemIDs());
     if (selected.removeIf([&](const QUuid& id) {
@@ -212,7 +212,7 @@ void LauncherController::showCut() {
         showBadges();
 }
 
-/// An undo that changed nothing on the page where the user is leads to the page where it did.
+/// If an undo changed nothing on the current page, turns to the page where it did.
 void LauncherController::followUndo() {
     const auto& reflow = _viewModel.history().steps().reflow();
     if (!reflow || std::exchange(_lastReflow, reflow->id) == reflow->id ||
@@ -262,7 +262,7 @@ void LauncherController::updateMetrics() {
 void LauncherController::requestIcons() {
     if (_windowSize.isEmpty() || !isReady())
         return;
-    // What was found lies over all else, as an open folder does.
+    // Search results and open folders cover the grid.
     const GridModel* over = _search.isActive() ? _search.results()
                             : _folder.isOpen() ? _folder.tiles()
                                                : nullptr;
@@ -301,7 +301,8 @@ double LauncherController::textScale() const {
     const QJsonValue set = settingNow(_machine.settings, setting);
     if (set.isDouble())
         return set.toDouble();
-    // Desktops differ by some points; somebody who wants large text has made theirs larger than that.
+    // Desktops' default fonts differ by some points; users who want large text have set theirs larger
+    // than that.
     const int pixels = QFontInfo(QGuiApplication::font()).pixelSize();
     return pixels <= 16 ? 1 : std::min(pixels / 14.0, setting.maximum);
 }
@@ -329,7 +330,7 @@ QString LauncherController::notice() const {
     return notice ? notice->text : QString();
 }
 
-/// A new folder opens with its suggested name ready to be typed over.
+/// Opens a new folder with its suggested name selected, ready to be replaced.
 void LauncherController::nameFolderAround(const QUuid& tile) {
     std::optional<QUuid> folder;
     forEachItem(_viewModel.shown().pages(), [&](const LaunchpadItem& item) {

@@ -13,7 +13,7 @@
 
 namespace tessellar {
 
-// What the user does in the window.
+// Handles the user's input.
 
 GridModel& LauncherController::shown() {
     return _search.isActive() ? *_search.results() : _folder.isOpen() ? *_folder.tiles() : _grid;
@@ -38,7 +38,7 @@ QVariantMap LauncherController::tileView(const QString& tileId) const {
 // ---- the pointer
 
 void LauncherController::activate(const QString& tileId) {
-    // What a smart folder shows, or a search finds, may have no tile in the arrangement.
+    // A smart folder's contents and search results need not have a tile in the arrangement.
     const auto item = shown().tile(QUuid::fromString(tileId));
     if (item)
         _viewModel.open(_viewModel.shown().mode(), *item);
@@ -56,13 +56,13 @@ void LauncherController::click(const QString& tileId, int modifiers) {
     if (modifiers & Qt::ShiftModifier)
         return selectRange(id);
     QList<QUuid> selected = _viewModel.shown().inOrder(_viewModel.shown().selectedItemIDs());
-    // The next range begins with the tile that was clicked last.
+    // The tile clicked last becomes the anchor.
     if (!selected.removeOne(id))
         selected = QList{id} + selected + QList{id};
     _viewModel.shown().select(selected);
 }
 
-/// All from the anchor to a tile of the page that is shown.
+/// Selects everything from the anchor to a tile of the current page.
 void LauncherController::selectRange(const QUuid& to) {
     const GridModel& model = shown();
     const auto end = model.pages().slotOf(to, model.page());
@@ -104,7 +104,7 @@ void LauncherController::clickBackground() {
         Q_EMIT closeRequested();
 }
 
-/// The page was turned: what is left behind is not selected.
+/// After turning the page, deselects the tiles of other pages.
 void LauncherController::leaveBehind() {
     const GridModel& model = _folder.isOpen() ? *_folder.tiles() : _grid;
     QList<QUuid> selected = _viewModel.shown().inOrder(_viewModel.shown().selectedItemIDs());
@@ -143,7 +143,7 @@ void LauncherController::escape() {
         Q_EMIT closeRequested();
 }
 
-/// Where everything is drawn from right to left, the key that points to the next has the other arrow.
+/// Swaps the horizontal arrow keys in right-to-left layouts.
 static int inReadingOrder(int key) {
     if (!QGuiApplication::isRightToLeft())
         return key;
@@ -225,7 +225,7 @@ bool LauncherController::pressShortcut(int key, bool isShifted) {
                 return true;
             }
         if (key != Qt::Key_I)
-            return false; // while something is typed, these are the field's
+            return false; // while searching, these are the text field's
     }
     const auto modifiers = isShifted ? Qt::ControlModifier | Qt::ShiftModifier : Qt::ControlModifier;
     const ActionTarget target = selectedTarget();
@@ -235,7 +235,7 @@ bool LauncherController::pressShortcut(int key, bool isShifted) {
     return done.has_value();
 }
 
-/// What keys are about: the tile that was selected last, with all that are, or what was found.
+/// The target of keyboard commands: the last selected tile, or the selected search result.
 ActionTarget LauncherController::selectedTarget() {
     const auto& selected =
         _search.isActive() ? _search.selected() : _viewModel.shown().selectedItemID();
@@ -269,7 +269,7 @@ bool LauncherController::pressArrow(int key, int modifiers) {
     return true;
 }
 
-/// The slot beside the tile that the keyboard is at.
+/// The slot next to the selected tile.
 std::optional<ShownPlace> LauncherController::beside(Direction direction) {
     const GridModel& model = shown();
     const GridGeometry geometry{.rows = model.metrics().rows, .columns = model.metrics().columns};
@@ -284,7 +284,7 @@ void LauncherController::moveSelection(Direction direction, bool extends) {
     GridModel& model = shown();
     const auto to = beside(direction);
     if (!to || (extends && to->page != model.page()))
-        return; // a selection stays on its page
+        return; // a selection cannot span pages
     const QUuid tile = model.pages().tiles(to->page).at(to->slot).id();
     if (to->page != model.page())
         model.turnTo(static_cast<int>(to->page));
@@ -295,7 +295,7 @@ void LauncherController::moveSelection(Direction direction, bool extends) {
     _viewModel.shown().select(tile);
 }
 
-/// Moves the selected tiles one slot or row on; past the end of a page to the next.
+/// Moves the selected tiles one slot or row on; past the end of a page, to the next page.
 void LauncherController::moveTiles(Direction direction) {
     LiveLayout& layout = _viewModel.shown();
     const QSet<QUuid> selected = layout.selectedItemIDs();
@@ -303,7 +303,7 @@ void LauncherController::moveTiles(Direction direction) {
     if (area.rulesDecide)
         return _viewModel.messages().report(launcherError(EditRefusal::rulesDecide));
     const Page tiles = area.pages.tiles(area.page);
-    int home = -1; // how many tiles that stay are before the first that moves
+    int home = -1; // the number of other tiles before the first selected one
     int staying = 0;
     for (const LaunchpadItem& item : tiles) {
         if (!selected.contains(item.id()))
@@ -327,7 +327,7 @@ void LauncherController::moveTiles(Direction direction) {
     const Drop drop = dropAt({.pages = area.pages,
                               .page = page,
                               .columns = area.cells.columns,
-                              .rows = area.cells.rows + 1, // past a full page too
+                              .rows = area.cells.rows + 1, // may go past a full page
                               .gap = slot,
                               .folder = area.folder,
                               .lifted = selected},
@@ -340,7 +340,7 @@ void LauncherController::moveTiles(Direction direction) {
     layout.select(moved);
 }
 
-/// Puts the selected tiles together with the one beside them.
+/// Groups the selected tiles with the one next to them.
 void LauncherController::groupWith(Direction direction) {
     const GridModel& model = shown();
     const auto to = beside(direction);

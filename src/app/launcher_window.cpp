@@ -45,7 +45,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
         for (const QString& appKey : appKeys)
             _icons.loader().reload(appKey);
     });
-    // The folders are scanned and the backdrop is drawn while QML is loaded.
+    // The folders are scanned and the backdrop is drawn while QML loads.
     _controller.backdrop()->prepare((QSizeF(_view.size()) * _view.devicePixelRatio()).toSize());
     _viewModel.start();
     load();
@@ -81,7 +81,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
             [this](Qt::ApplicationState state) {
-                // An updater may ask for a password without a word of it in what it says.
+                // An updater may prompt for a password without reporting it.
                 if (state != Qt::ApplicationActive && _view.isVisible() && !_controller.isWindowed() &&
                     _viewModel.updates().isExternalUpdaterRunning())
                     close();
@@ -89,7 +89,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     _viewModel.setPresenter({.show = [this] { show(); },
                              .dismiss = [this] { close(); },
                              .isShown = [this] { return _view.isVisible(); },
-                             // After the answer to who asked for it.
+                             // Deferred, so that the command is answered first.
                              .quit = [] { QTimer::singleShot(0, qApp, &QGuiApplication::quit); }});
     _controller.setWindow(_view.size(), _view.devicePixelRatio());
 }
@@ -97,7 +97,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
 LauncherWindow::~LauncherWindow() {
     remember();
     disconnect(qGuiApp, nullptr, this, nullptr);
-    // The scene refers to the controller, which goes first.
+    // The scene refers to the controller, which is destroyed first.
     _view.setSource({});
 }
 
@@ -108,7 +108,7 @@ void LauncherWindow::load() {
     _view.setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Tessellar/qml/Main.qml")));
 }
 
-/// The one with the place where the user left the window, or else the pointer.
+/// The screen where the user left the window, else the one with the pointer.
 QScreen* LauncherWindow::wantedScreen() const {
     const auto left = _settings.integer(QStringLiteral("window.left"));
     const auto top = _settings.integer(QStringLiteral("window.top"));
@@ -136,17 +136,17 @@ void LauncherWindow::fitToScreen() {
     const auto left = _settings.integer(QStringLiteral("window.left"));
     const auto top = _settings.integer(QStringLiteral("window.top"));
     if (left && top) {
-        // On a screen that is there now.
+        // On a screen that still exists.
         wanted.moveLeft(std::clamp(static_cast<int>(*left), area.left(), area.right() - size.width()));
         wanted.moveTop(std::clamp(static_cast<int>(*top), area.top(), area.bottom() - size.height()));
     }
     _view.setMinimumSize({320, 240});
-    // Another setting is no reason to put it back.
+    // Other settings do not move the window back.
     if (std::exchange(_fitted, wanted) != wanted)
         _view.setGeometry(wanted);
 }
 
-/// A screen may change its size, or be taken away with the window on it.
+/// A screen may be resized, or be removed with the window on it.
 void LauncherWindow::followScreen() {
     disconnect(_screenChanged);
     const QScreen* screen = _view.screen();
@@ -157,7 +157,7 @@ void LauncherWindow::followScreen() {
         return each->geometry().intersects(_view.geometry());
     });
     if (!_view.isVisible() || (_controller.isWindowed() && isSeen))
-        return; // where the user has put it
+        return; // the user placed it there
     _fitted = {};
     fitToScreen();
 }
@@ -180,7 +180,7 @@ void LauncherWindow::show() {
     _leaving.cancel();
     setAway(false);
     if (!_view.isVisible() && _hasDrawn)
-        _controller.backdrop()->reload(); // it may have been put away for days
+        _controller.backdrop()->reload(); // it may have been hidden for days
     if (!_view.isVisible() && wantedScreen() && wantedScreen() != _view.screen())
         fitToScreen();
     if (_controller.isWindowed() || !_screen.isEmpty())
@@ -188,7 +188,7 @@ void LauncherWindow::show() {
     else
         _view.showFullScreen();
     _view.requestActivate();
-    // It may not have been seen since yesterday.
+    // The date may have changed since it was last shown.
     _viewModel.smartFolders().reevaluate();
 }
 
@@ -208,7 +208,7 @@ void LauncherWindow::welcome(const QString& changelog, const QString& version) {
             _controller.sheets()->openNews(welcome.news);
         else if (welcome.asksHowToBegin)
             _controller.openArranging(true);
-        // What ends before it was answered is offered again at the next start.
+        // If the program ends before it is answered, it is offered again at the next start.
         const auto endOnceAnswered = [this, version] {
             if (_controller.isWelcoming())
                 return;
@@ -226,7 +226,7 @@ void LauncherWindow::welcome(const QString& changelog, const QString& version) {
 
 void LauncherWindow::followSystemLocale() { QCoreApplication::instance()->installEventFilter(this); }
 
-/// A click beside a name that is being typed ends the typing, and does nothing else.
+/// A click beside a name field ends the editing, and does nothing else.
 bool LauncherWindow::commitNameBeside(QEvent* event) {
     switch (event->type()) {
     case QEvent::MouseButtonPress: {
@@ -235,7 +235,7 @@ bool LauncherWindow::commitNameBeside(QEvent* event) {
         if (_controller.renaming()->tileId().isEmpty() || !field ||
             field->contains(field->mapFromScene(point)))
             return false;
-        field->setFocus(false); // which it takes for the end of typing
+        field->setFocus(false); // losing focus ends the editing
         return _swallowsClick = true;
     }
     case QEvent::MouseMove:
@@ -267,13 +267,13 @@ void LauncherWindow::hide() {
 
 void LauncherWindow::endWhenClosed() {
     connect(this, &LauncherWindow::closed, this, [this] {
-        // Nobody will see it.
+        // Nobody will see the question.
         while (_viewModel.messages().question())
             _viewModel.messages().answer(false);
         endIfIdle();
     });
     _updateRan = _viewModel.updates().ran.connect([this](const QString&) {
-        // The last one is over only after it has told of its end.
+        // Deferred: the last update still counts as running during its notification.
         QMetaObject::invokeMethod(this, &LauncherWindow::endIfIdle, Qt::QueuedConnection);
     });
 }

@@ -35,10 +35,10 @@ namespace {
 
 struct Arguments {
     MachineOptions machine;
-    std::optional<LauncherWindowMode> mode; ///< that of last time without
+    std::optional<LauncherWindowMode> mode; ///< defaults to the last one used
     QSize screen;
     QString screenshot; ///< a host path
-    QStringList steps;  ///< before it is taken
+    QStringList steps;  ///< performed before it is taken
     bool measureStart = false;
     bool isResident = false;
     bool isHidden = false;
@@ -58,7 +58,7 @@ std::string manual(const CLI::App& app, const std::string& form) {
     return writeManual(outline, form);
 }
 
-/// The locale that a command line asks for, even one that cannot be parsed; empty for none.
+/// The locale in a command line, even one that cannot be parsed; empty if there is none.
 QString localeNamedBy(int argc, char** argv) {
     const QString option = QStringLiteral("--locale");
     for (int i = 1; i < argc; ++i) {
@@ -71,7 +71,7 @@ QString localeNamedBy(int argc, char** argv) {
     return {};
 }
 
-/// Nothing when the program is to end with `status`.
+/// nullopt if the program must exit with `status`.
 std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     CLI::App app{Texts::noop("Shows the installed applications as pages of tiles."), "tessellar"};
     std::string root;
@@ -119,11 +119,11 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        const QCoreApplication application(argc, argv); // translations belong to one
+        const QCoreApplication application(argc, argv); // translations need one
         Language language;
         const QString named = localeNamedBy(argc, argv);
         language.follow(std::nullopt, named.isEmpty() ? Locale::system() : Locale(named));
-        if (error.get_exit_code() == 0) { // help, or the version
+        if (error.get_exit_code() == 0) { // help or version
             translateHelp(app);
             status = app.exit(error);
             return std::nullopt;
@@ -155,7 +155,7 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
     return arguments;
 }
 
-/// Ends with this status.
+/// Returns the exit status.
 int startAtLogin(bool on) {
     const auto stored =
         setLaunchesAtLogin(on, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
@@ -165,7 +165,7 @@ int startAtLogin(bool on) {
     return 1;
 }
 
-/// Asks the launcher that is running to show itself; false where it does not.
+/// Asks the running launcher to show itself; false if it does not.
 bool showRunning(RemoteExecutor& running) {
     QEventLoop answered;
     bool isShown = false;
@@ -193,7 +193,7 @@ QString changelog() {
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// The tile of the arrangement that has this label, or nothing.
+/// The tile with this label, or empty.
 QString tileLabelled(LauncherWindow& window, const QString& label) {
     for (const Page& page : window.viewModel().shown().pages())
         for (const LaunchpadItem& item : page) {
@@ -204,8 +204,8 @@ QString tileLabelled(LauncherWindow& window, const QString& label) {
     return {};
 }
 
-/// A step before a picture: "type TEXT", "menu [LABEL OF TILE]", or the entry of a menu, "ENTRY [LABEL
-/// OF TILE]".
+/// A step before a screenshot: "type TEXT", "menu [TILE'S LABEL]", or a menu entry, "ENTRY [TILE'S
+/// LABEL]".
 void performStep(LauncherWindow& window, const QString& step) {
     LauncherController& controller = window.controller();
     const QString verb = step.section(u' ', 0, 0);
@@ -257,7 +257,7 @@ int run(int argc, char** argv) {
         return isAnother;
     };
     followLanguage();
-    // Two writers never interleave.
+    // There must be only one writer.
     const auto found = findLauncherOrLock(
         **host, QStringLiteral("Tessellar, process %1").arg(QGuiApplication::applicationPid()));
     if (!found) {
@@ -266,7 +266,7 @@ int run(int argc, char** argv) {
     }
     if (found->launcher)
         return showRunning(*found->launcher) ? 0 : 1;
-    // Ends as it does when its window is closed: with what is edited saved, and no tool left running.
+    // Quits as if the window were closed: edits are saved, and no tool is left running.
     const Interruption interruption([](int) { QGuiApplication::quit(); });
 
     const auto lastMode = json::fromRawValue<LauncherWindowMode>(
@@ -277,7 +277,7 @@ int run(int argc, char** argv) {
     if (!arguments->machine.locale)
         window.followSystemLocale();
     window.followClock(makeClockWatch());
-    if (!arguments->machine.root) { // a folder that holds a Mac's layout has no logins
+    if (!arguments->machine.root) { // a folder with a Mac's layout has no logins
         const QString configuration =
             QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
         window.controller().panels()->settings()->setLoginItem(
@@ -285,7 +285,7 @@ int run(int argc, char** argv) {
              .set = [configuration](bool on) { return setLaunchesAtLogin(on, configuration); }});
     }
     CommandInterpreter interpreter(machine, window.viewModel());
-    // Another start, or a command, finds this launcher from now on.
+    // From now on, other starts and commands find this launcher.
     ControlServer server(machine, interpreter);
     (void)server.listen();
     const bool isForShow = !arguments->screenshot.isEmpty() || arguments->measureStart;
@@ -337,11 +337,11 @@ int run(int argc, char** argv) {
         const auto stage = [&, photograph] {
             for (const QString& step : arguments->steps)
                 performStep(window, step);
-            // What was opened is there to be seen once it has moved into its place and been filled.
+            // What was opened is drawn once its animations and contents are complete.
             const std::chrono::milliseconds settled(arguments->steps.isEmpty() ? 0 : 1500);
             QTimer::singleShot(settled, &window, photograph);
         };
-        // The tiles are to say what the last check found.
+        // The tiles must show the last check's results.
         updates.whenReady([&, stage] { window.whenComplete(stage); });
     } else if (arguments->measureStart) {
         QObject::connect(&window, &LauncherWindow::firstFrame, &application, [&] {

@@ -6,7 +6,7 @@ namespace tessellar {
 
 namespace {
 
-/// A name as it is compared, and which of its characters each of those compared comes from.
+/// A folded name, with the position in the name that each of its characters comes from.
 struct Folded {
     Folded(const QString& name, const Locale& locale) {
         for (qsizetype at = 0; at < name.size();) {
@@ -27,12 +27,12 @@ struct Folded {
     }
 
     QString text;
-    QList<qsizetype> from; ///< one more than characters
+    QList<qsizetype> from; ///< one longer than `text`
 };
 
 } // namespace
 
-/// The compared characters that match, in their order; empty for no match.
+/// The positions in the folded name that match, in order; empty if there is no match.
 static QList<qsizetype> matched(const Folded& name, const QString& query) {
     qsizetype whole = name.text.indexOf(query);
     for (qsizetype at = whole; at >= 0; at = name.text.indexOf(query, at + 1))

@@ -8,7 +8,7 @@ namespace tessellar {
 
 static bool canBeCurrent(const MenuEntry& entry) { return !entry.isSeparator() && entry.isEnabled; }
 
-/// A shortcut as the system writes it.
+/// A shortcut in the system's notation.
 static QString shortcutText(const QString& shortcut) {
     return shortcut.isEmpty()
                ? QString()
@@ -84,7 +84,7 @@ void MenuModel::step(int by) {
 }
 
 void MenuModel::goTo(bool isLast) {
-    // One step on from beyond the other end.
+    // One step from beyond the other end.
     line() = isLast ? 0 : static_cast<int>(lines().size()) - 1;
     step(isLast ? -1 : 1);
 }
@@ -99,7 +99,7 @@ void MenuModel::setLine(int next) {
 
 void MenuModel::typeAhead(const QString& text) {
     const QList<MenuEntry>& entries = lines();
-    // On with the word as long as something begins with it, else another one begins.
+    // Extends the typed prefix as long as an entry matches, otherwise starts a new one.
     for (const QString& typed : {_typed + text.toCaseFolded(), text.toCaseFolded()}) {
         const int from = std::max(0, line() + (typed.size() > 1 ? 0 : 1));
         for (qsizetype i = 0; i < entries.size(); ++i) {
@@ -122,7 +122,7 @@ void MenuModel::enterSubmenu() {
 }
 
 void MenuModel::pressKey(int key, const QString& text) {
-    // A blank chooses, unless it is part of a word.
+    // A space chooses the entry, unless it continues a typed prefix.
     if (!text.isEmpty() && text.front().isPrint() && (text != u" " || !_typed.isEmpty()))
         return typeAhead(text);
     _typed.clear();

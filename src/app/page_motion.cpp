@@ -6,9 +6,9 @@
 namespace tessellar {
 
 namespace {
-constexpr double stiffness = 13;      ///< a second: a page turn takes about 0.4 of one
-constexpr double drift = 0.15;        ///< seconds of its speed that a strip let go would go on for
-constexpr double restDistance = 1e-3; ///< a pixel of a page of 1,000
+constexpr double stiffness = 13;      ///< per second: a page turn takes about 0.4 s
+constexpr double drift = 0.15;        ///< seconds for which a released strip is assumed to coast
+constexpr double restDistance = 1e-3; ///< one pixel of a page of 1,000
 } // namespace
 
 void PageMotion::setCount(int count) {
@@ -61,7 +61,7 @@ void PageMotion::release(double velocity) {
 void PageMotion::advance(double seconds) {
     if (isDragged() || isAtRest())
         return;
-    // The exact solution of the spring, so that a late frame does no harm.
+    // The spring's exact solution, so that late frames do no harm.
     const double distance = _position - _page;
     const double change = (_velocity + stiffness * distance) * seconds;
     const double fade = std::exp(-stiffness * seconds);

@@ -57,7 +57,7 @@ void PagerItem::advance(double seconds) {
 
 void PagerItem::wheelEvent(QWheelEvent* event) {
     event->accept();
-    // A trackpad that says where its strokes begin and end moves the pages themselves.
+    // A trackpad that reports the phases of a gesture moves the pages directly.
     if (event->phase() != Qt::NoScrollPhase && !event->pixelDelta().isNull() &&
         event->phase() == Qt::ScrollUpdate) {
         const double elapsed =
@@ -74,7 +74,7 @@ void PagerItem::wheelEvent(QWheelEvent* event) {
         _lastScroll = event->timestamp();
         return;
     }
-    if (event->phase() == Qt::ScrollMomentum) // coasting: the spring does that here
+    if (event->phase() == Qt::ScrollMomentum) // the spring replaces momentum
         return;
 
     const QPoint angle = event->angleDelta();

@@ -63,7 +63,7 @@ void RemovalItems::refresh() {
     rows.reserve(static_cast<std::size_t>(review.items.size()));
     for (const RelatedFile& file : review.items)
         rows.push_back({file.size, file.isSizePartial, review.isSelected(file.path)});
-    // Within a review the items stay the same; another review has passed through none.
+    // A review's items do not change; between two reviews there are none.
     if (rows.size() != _rows.size()) {
         beginResetModel();
         _rows = std::move(rows);
@@ -212,7 +212,7 @@ void RemovalPanel::pressKey(int key, bool withControl) {
     const QModelIndex current = _items.index(_currentRow);
     const QString path = _items.data(current, RemovalItems::PathRole).toString();
     if ((key == Qt::Key_Return || key == Qt::Key_Enter) && phase() != u"removing")
-        return cancel(); // the button for haste
+        return cancel(); // the safe button
     if (!isReview)
         return;
     if (withControl) {

@@ -28,7 +28,7 @@ namespace {
 using Kind = Setting::Kind;
 using Discovery = AppDiscoverySettings;
 
-// Rows that are no settings of their own.
+// Rows that are not settings.
 const QString folderPrefix = QStringLiteral("folder:");
 const QString addedFolder = QStringLiteral("addFolder");
 const QString loginKey = QStringLiteral("launchAtLogin");
@@ -39,7 +39,7 @@ const QString skippedKey = QStringLiteral("skippedUpdates");
 
 QString text(const char* string) { return SettingsPanel::tr(string); }
 
-/// What is stored, with one value that is not.
+/// The stored settings, with one value replaced.
 class TriedSettings final : public Settings {
 public:
     TriedSettings(const Settings& stored, const QString& key, const QJsonValue& value)
@@ -103,7 +103,7 @@ QVariantMap note(const QString& words) {
 SettingsPanel::SettingsPanel(LauncherViewModel& viewModel, Machine& machine)
     : _viewModel(viewModel), _machine(machine) {}
 
-// ---- what it shows
+// ---- rows
 
 QVariantMap SettingsPanel::row(const QString& key, const QString& title) const {
     const Setting& setting = *settingNamed(key);
@@ -166,7 +166,7 @@ QStringList SettingsPanel::additionalFolders() const {
                               .expected()
                               .texts(Discovery::additionalSearchPathsKey)
                               .value_or(QStringList());
-    // What names no place is neither shown nor kept.
+    // Invalid entries are neither shown nor kept.
     folders.removeIf([this](const QString& folder) {
         return Discovery::normalized({folder}, _machine.places.home).isEmpty();
     });
@@ -272,7 +272,7 @@ void SettingsPanel::setShown(bool isShown) {
         return;
     _shown.clear();
     if (!isShown) {
-        // What was only tried out is not to stay.
+        // Discards values that were only tried out.
         for (const LauncherWindowMode mode : LiveLayouts::modes)
             _viewModel.layout(mode).settingsChanged();
         return;
@@ -292,7 +292,7 @@ void SettingsPanel::setShown(bool isShown) {
     show();
 }
 
-// ---- what is changed
+// ---- changes
 
 void SettingsPanel::tell(const QString& issue) {
     _issue = issue;
@@ -310,7 +310,7 @@ void SettingsPanel::store(const QString& key, const QJsonValue& value) {
         key, value, [self = QPointer(this)](const LauncherSettings::Outcome& stored) {
             if (!self || stored)
                 return;
-            self->_viewModel.shown().settingsChanged(); // what was tried out does not hold
+            self->_viewModel.shown().settingsChanged(); // discard the value that was tried out
             self->tell(stored.error().message);
         });
     show();

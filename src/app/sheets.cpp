@@ -40,7 +40,7 @@ void Sheets::changeIcon(const QString& file) {
     _viewModel.icons().set(
         appKey(*_app), file,
         [sheet = QPointer(this), app = appKey(*_app)](const LauncherIcons::Outcome& outcome) {
-            // It may be closed by now, or be about another one.
+            // By now it may have been closed, or be about another application.
             if (!sheet || !sheet->_app || appKey(*sheet->_app) != app)
                 return;
             if (outcome)

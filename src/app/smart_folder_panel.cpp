@@ -10,7 +10,7 @@
 
 namespace tessellar {
 
-/// More than anybody looks through.
+/// Nobody looks through more.
 static constexpr qsizetype maximumMatches = 100;
 
 SmartFolderPanel::SmartFolderPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {
@@ -22,7 +22,7 @@ static QString chosenOf(const QList<SmartFolderOption>& words) {
     return chosen == words.end() ? QString() : chosen->title;
 }
 
-// ---- what is shown
+// ---- properties
 
 QString SmartFolderPanel::title() const {
     return editing().isNew() ? tr("New Smart Folder") : tr("Edit Smart Folder");
@@ -42,7 +42,7 @@ QVariantList SmartFolderPanel::symbols() const {
     QStringList names = QStringList{QString()} + drawnSymbols();
     const qsizetype drawn = names.size();
     const auto isChosen = [&](const QString& name) { return isSameSymbol(name, chosen); };
-    // One that is only drawn elsewhere can be kept.
+    // A symbol that cannot be drawn here is kept.
     if (std::ranges::none_of(names, isChosen))
         names.append(chosen);
     for (const QString& name : std::as_const(names))
@@ -114,7 +114,7 @@ void SmartFolderPanel::refresh() {
     Q_EMIT changed();
 }
 
-// ---- what is done
+// ---- edits
 
 void SmartFolderPanel::setName(const QString& name) {
     change([&](SmartFolderDraft& draft) { draft.setName(name); });
@@ -211,11 +211,11 @@ void SmartFolderPanel::openDays(QPointF point, int rule, int operand) {
         });
 }
 
-// ---- menus of buttons
+// ---- pop-up menus
 
 namespace {
 
-/// What the button's menu offers, and what a choice does.
+/// A button's menu: its words, and what choosing one does.
 struct Menu {
     const char* button;
     QList<SmartFolderOption> (*words)(const SmartFolderDraft&, int rule, int operand);
@@ -257,7 +257,7 @@ QList<SmartFolderOption> SmartFolderPanel::words(const Button& button) const {
     QList<SmartFolderOption> words;
     const QString typed = editing().draft()->row(button.rule).operands.value(button.operand).text;
     const QStringList all = editing().suggestions(button.rule, button.operand);
-    // What was begun to be typed narrows them, unless nothing has it.
+    // Filtered by what has been typed, unless nothing matches.
     const QStringList begun = all.contains(typed) ? all : all.filter(typed, Qt::CaseInsensitive);
     for (const QString& value : begun.isEmpty() ? all : begun)
         words.append({value, value, value == typed});
@@ -278,7 +278,7 @@ void SmartFolderPanel::openMenu(int current) {
     _choices.open(entries, _button.point, current < entries.size() ? current : -1);
 }
 
-/// Where several can be chosen, one is seldom all.
+/// Menus with multiple choice stay open.
 bool SmartFolderPanel::staysOpen() const {
     return _button.name == u"operand" && isOpen() &&
            editing().draft()->row(_button.rule).operands.value(_button.operand).kind ==

@@ -45,7 +45,7 @@ QPainterPath starPath(QPointF centre, double outer, double inner, int points) {
     return path;
 }
 
-/// A star of four points with hollow sides.
+/// A four-pointed star with concave sides.
 QPainterPath sparklePath(QPointF centre, double radius) {
     QPainterPath path(centre + QPointF(0, -radius));
     const std::array corners{QPointF(radius, 0), QPointF(0, radius), QPointF(-radius, 0),
@@ -55,7 +55,7 @@ QPainterPath sparklePath(QPointF centre, double radius) {
     return path;
 }
 
-// Symbols in a square from -50 to 50.
+// Symbols are drawn in a square from -50 to 50.
 
 QPainterPath star() { return starPath({0, 3}, 50, 21, 5); }
 
@@ -124,7 +124,7 @@ QPainterPath musicNote() {
     return path;
 }
 
-/// A shape with strokes of a width along a path cut out of it.
+/// Cuts strokes along a path out of a shape.
 QPainterPath engraved(const QPainterPath& shape, const QPainterPath& lines, double width) {
     QPainterPathStroker stroker;
     stroker.setWidth(width);
@@ -227,7 +227,7 @@ constexpr std::array symbols{
     Symbol{u"apple.logo", apple},
 };
 
-/// Nothing for a name that is not drawn.
+/// nullopt for unknown names.
 std::optional<QPainterPath> symbolPath(QStringView name) {
     for (const Symbol& symbol : symbols)
         if (isSameSymbol(name, symbol.name))
@@ -241,7 +241,7 @@ void paintSymbol(QPainter& painter, const QPainterPath& path, int side) {
     painter.fillPath(path, QColor(255, 255, 255, 230));
 }
 
-/// At most nine, small, in three rows.
+/// Up to nine small icons, in three rows.
 void paintContents(QPainter& painter, const QRectF& body, const QList<QImage>& contents) {
     constexpr qsizetype columns = 3;
     const double margin = body.width() * 0.075;

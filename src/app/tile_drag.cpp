@@ -13,7 +13,7 @@
 
 namespace tessellar {
 
-/// How near to a side of the window pages turn.
+/// Pages turn within this distance from a side of the window.
 static constexpr double edge = 36;
 
 TileDrag::TileDrag(LauncherViewModel& viewModel, Scheduler& scheduler, AreaNow area)
@@ -32,7 +32,7 @@ QString TileDrag::targetId() const {
     return _drop.kind == Drop::Kind::onto ? toText(_drop.target) : QString();
 }
 
-// ---- from the press to the lift
+// ---- pressing and lifting
 
 void TileDrag::press(const QString& tileId, QPointF point, QPointF picture) {
     const QUuid id = QUuid::fromString(tileId);
@@ -72,7 +72,8 @@ void TileDrag::move(QPointF point) {
 
 void TileDrag::lift() {
     const Area area = _area();
-    // What a smart folder shows stays: its rules decide. A blocked arrangement does not change either.
+    // A smart folder's contents are determined by its rules, and a blocked arrangement cannot be
+    // edited.
     const auto guard = _viewModel.history().guard(_viewModel.shown().mode());
     if (!guard || area.rulesDecide) {
         release();
@@ -100,7 +101,7 @@ void TileDrag::lift() {
     }
     _gap = _home;
     _drop = {};
-    Q_EMIT lifted(); // before the press ends
+    Q_EMIT lifted(); // before the press is released
     release();
     ++_revision;
     Q_EMIT changed();
@@ -109,7 +110,7 @@ void TileDrag::lift() {
     updateDrop();
 }
 
-// ---- on the way
+// ---- moving
 
 TileDrag::Gap TileDrag::gapIn(const Area& area) const {
     if (_gap.isIn(area))
@@ -146,7 +147,7 @@ void TileDrag::updateDrop() {
     Gap gap = gapIn(area);
     const Drop drop = dropOn(area, gap.slot);
     if (drop.kind == Drop::Kind::nowhere)
-        gap = _home.isIn(area) ? _home : Gap{area.folder, area.page, {}}; // they go back
+        gap = _home.isIn(area) ? _home : Gap{area.folder, area.page, {}}; // the tiles close the gap
     if (drop != _drop || gap != _gap) {
         if (drop.target != _drop.target || drop.kind != _drop.kind)
             _suggestedName.clear();
@@ -202,7 +203,7 @@ void TileDrag::dwell(const Area& area) {
         Q_EMIT dropChanged();
     if (rest.name == _restingOn && (!rest.isStill || isPointerNear(_restPoint)))
         return;
-    // What is shown already stays while the pointer is on it.
+    // While the pointer stays on the tile, keep the name that is already shown.
     if (rest.name == _restingOn && !_suggestedName.isEmpty())
         return;
     _restingOn = rest.name;
@@ -253,7 +254,7 @@ QRectF TileDrag::caretOf(bool inFolder, int page) const {
     if (!isLifted() || area.folder.has_value() != inFolder || area.page != page ||
         _drop.kind != Drop::Kind::between || _gap.slot == _drop.slot)
         return {};
-    // Beside the tile that the pointer is on, or after the last one.
+    // Beside the tile under the pointer, or after the last one.
     const QList<int> slots = slotsOf(inFolder, page);
     QList<int> staying;
     std::ranges::copy_if(slots, std::back_inserter(staying), [](int slot) { return slot >= 0; });
@@ -271,12 +272,12 @@ QRectF TileDrag::caretOf(bool inFolder, int page) const {
     return {x - width / 2, y + area.cells.cellHeight * 0.15, width, area.cells.cellHeight * 0.6};
 }
 
-// ---- the end
+// ---- dropping
 
 void TileDrag::drop() {
     if (!isLifted())
         return;
-    // Let go beside the panel before the folder had time to close: out of it all the same.
+    // If dropped outside the panel before the folder could close, it still leaves the folder.
     for (Area area = _area(); area.folder && !area.frame.contains(_pointer); area = _area())
         _viewModel.shown().closeFolder();
     updateDrop();
@@ -364,7 +365,7 @@ void TileDrag::end() {
     Q_EMIT changed();
 }
 
-// ---- the pointer's grab
+// ---- the mouse grab
 
 DragStage::DragStage(QQuickItem* parent) : QQuickItem(parent) {
     setAcceptedMouseButtons(Qt::LeftButton);
@@ -375,7 +376,7 @@ void DragStage::setDrag(TileDrag* drag) {
     if (!_drag)
         return;
     connect(_drag, &TileDrag::lifted, this, [this] { grabMouse(); });
-    // Nothing is hovered while somebody has the grab.
+    // While an item has the grab, nothing is hovered.
     connect(_drag, &TileDrag::changed, this, [this] {
         if (!_drag->isLifted())
             ungrabMouse();

@@ -10,7 +10,7 @@
 
 namespace tessellar {
 
-/// Of a hit whose letters lie in one piece in one of its better names. Below are those that lie apart.
+/// The lowest score of a contiguous match in one of the better names. Scattered letters score less.
 static constexpr double wholeMatch = 300;
 
 TileSearch::TileSearch(LauncherViewModel& viewModel, const TileFacts& facts, const Machine& machine)
@@ -20,7 +20,7 @@ TileSearch::TileSearch(LauncherViewModel& viewModel, const TileFacts& facts, con
 }
 
 void TileSearch::setText(const QString& text) {
-    // Blanks alone are no query; typed first, they would only hide the grid.
+    // Spaces alone are no query: they would only hide the grid.
     const QString now = trimmed(text).isEmpty() ? QString() : text;
     if (now == _text) {
         if (text != now)

@@ -61,10 +61,9 @@ void UpdateRows::toggle(int row) {
     refresh();
 }
 
-// ---- what is listed
+// ---- the list
 
-/// Where an application stands; nothing for one that is up to date. Asked of all applications: by what
-/// is cheap to ask.
+/// An application's section; nullopt if it is up to date. Must be cheap: called for all applications.
 std::optional<UpdateRows::Section> UpdateRows::sectionOf(const QString& key) const {
     using Kind = AppUpdateActionState::Kind;
     const AppUpdateView update = _viewModel.updates().of(key);
@@ -87,7 +86,7 @@ std::optional<UpdateRows::Section> UpdateRows::sectionOf(const QString& key) con
     return std::nullopt;
 }
 
-/// What a button says where a menu has a sentence.
+/// A short label for a button; menus use a sentence.
 static QString buttonText(const AppUpdateView& update) {
     using enum AppUpdateActionKind;
     const auto kind = update.actionKind();

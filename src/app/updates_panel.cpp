@@ -26,7 +26,7 @@ void UpdatesPanel::setShown(bool isShown) {
 }
 
 void UpdatesPanel::refresh() {
-    // A check that goes on is told often, whether anybody looks or not.
+    // A running check notifies often, even while the sheet is closed.
     if (_isShown)
         _rows.refresh();
     Q_EMIT changed();
@@ -101,7 +101,7 @@ QString UpdatesPanel::progressText() const {
 }
 
 int UpdatesPanel::runnableCount() const {
-    // Asked at each change, and who can bring an update is not known for nothing.
+    // Called at each change, and finding the runnable updates is expensive.
     return _isShown && _viewModel.updates().availableCount() > 0
                ? static_cast<int>(_viewModel.updates().runnable().size())
                : 0;

@@ -7,8 +7,8 @@ namespace tessellar {
 namespace {
 constexpr int notch = 120;
 constexpr int strokeThreshold = 90;
-constexpr std::uint64_t quiet = 160;      ///< after which a new stroke begins
-constexpr std::uint64_t notchPause = 110; ///< within which further notches are one
+constexpr std::uint64_t quiet = 160;      ///< ms without events that end a stroke
+constexpr std::uint64_t notchPause = 110; ///< ms in which further notches count as the same
 } // namespace
 
 int WheelPaging::turn(int delta, std::uint64_t time) {
@@ -26,7 +26,7 @@ int WheelPaging::turn(int delta, std::uint64_t time) {
             _turned.reset();
         }
         _sum += delta;
-        // One stroke turns one page; turning back within it takes a change of direction.
+        // One stroke turns one page; turning back takes a change of direction.
         if (std::abs(_sum) < strokeThreshold || (_turned && direction == _turnedTo))
             return 0;
     }
