@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// Something that the user has to take note of, or to decide, before going on.
+// A message or question that the user must answer before continuing.
 Sheet {
     id: box
 
@@ -14,12 +14,12 @@ Sheet {
     role: Accessible.AlertMessage
     wanted: 440
     headingFont: Theme.alertFont
-    // Its keys work also where something below had the keyboard.
+    // Its keys work even if something below has the focus.
     takesKeyboard: false
     Component.onCompleted: AccessibleFocus.moveTo(card)
     onTitleChanged: AccessibleFocus.moveTo(card)
 
-    // The answer that Return gives, once it has been moved to.
+    // The default button; also announced when it changes.
     readonly property Item answer: alert.isAcceptDefault ? accepting : declining
     onAnswerChanged: if (alert.isOpen) AccessibleFocus.moveTo(answer)
 

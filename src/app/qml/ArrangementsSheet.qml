@@ -1,8 +1,8 @@
 import QtQuick
 import Tessellar
 
-// The saved arrangements of the display mode: each with a picture of its first page, what can be done with it, and
-// one field for all that has to be typed.
+// The saved arrangements of the display mode, each with a picture of its first page and its actions, and one text
+// field for whichever action needs it.
 Sheet {
     id: sheet
 
@@ -114,7 +114,7 @@ Sheet {
         height: Math.min(contentHeight, Math.max(140, sheet.stretchedRoom))
         visible: count > 0
         spacing: 6
-        // By number: the rows that stay keep their items, and the keyboard.
+        // A count as the model, so that rows are reused and keep the focus.
         model: sheet.panel.arrangements.length
 
         delegate: Item {
@@ -183,7 +183,7 @@ Sheet {
         }
     }
 
-    // The whole sheet takes a file that is dropped.
+    // A file can be dropped anywhere on the sheet.
     DropArea {
         parent: sheet
         anchors.fill: parent

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The ways to arrange all that is installed. What comes of each is seen, page by page, before it is taken.
+// The ways to arrange all installed applications, with previews of their pages.
 Sheet {
     id: sheet
 

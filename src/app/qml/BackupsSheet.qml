@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The arrangements that were kept before others took their place.
+// The backups of arrangements that were replaced.
 Sheet {
     id: sheet
 

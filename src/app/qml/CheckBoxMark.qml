@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The box itself: of a box to tick, or of a row that can be ticked.
+// The box of a check box, or of a row that can be checked.
 Rectangle {
     id: box
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// A box to tick, with its words. Shows what is, not what was asked for.
+// A check box with a label. Shows the actual state, not the requested one.
 T.CheckBox {
     id: mark
 

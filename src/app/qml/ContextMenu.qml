@@ -1,13 +1,13 @@
 import QtQuick
 import Tessellar
 
-// The menu at the pointer, with one submenu beside it.
+// The context menu, with one submenu beside it.
 Item {
     id: root
 
     required property MenuModel menu
 
-    // As near to a wanted place as the window allows.
+    // Keeps a coordinate within the window.
     function within(wanted, size, available) {
         return Math.round(Math.max(8, Math.min(wanted, available - size - 8)));
     }
@@ -16,7 +16,7 @@ Item {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
         hoverEnabled: true
-        // At its end: a press that takes this area away would go on to what lies below.
+        // On release: if this area disappeared on press, the release would reach what is below.
         onClicked: root.menu.close()
         onWheel: wheel => wheel.accepted = true
     }
@@ -26,7 +26,7 @@ Item {
 
         objectName: "menuPanel"
         x: root.within(root.menu.position.x + 1, width, root.width)
-        // Above the pointer where there is no room below: never under it.
+        // Above the pointer if there is no room below, but never under it.
         y: root.menu.position.y + 1 + height <= root.height - 8 ? root.menu.position.y + 1
            : root.within(root.menu.position.y - 1 - height >= 8 ? root.menu.position.y - 1 - height : root.menu.position.y, height, root.height)
         tallest: root.height - 16

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// A month to pick a day from, below the field that it is for.
+// A month to pick a day from, below its text field.
 Item {
     id: root
 
@@ -140,7 +140,7 @@ Item {
                 columns: 7
 
                 Repeater {
-                    // Their number is always the same: days change in their places.
+                    // A count as the model: it never changes, so the cells are reused.
                     model: root.days.days.length
 
                     Item {

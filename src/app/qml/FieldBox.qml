@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// Where text is typed, in a sheet. What is shown follows `value`, but never under the hands of who types.
+// A text field for sheets. Follows `value`, except while the user is typing.
 Item {
     id: box
 
@@ -10,9 +10,9 @@ Item {
     property string label
     property string placeholder
     property bool needsInput: false
-    // A button at its end, for what may be chosen instead: the key Alt+Down presses it.
+    // A button at the end for choosing from a list, also opened by Alt+Down.
     property bool hasButton: false
-    // Arrows at its end, and the arrow keys, for a little more or less.
+    // Buttons at the end for stepping up and down, as the arrow keys do.
     property bool hasSteps: false
     property alias input: input
 
@@ -72,7 +72,7 @@ Item {
             box.edited(text);
             isTyped = false;
         }
-        // What was typed in another form than is usual is now written in that.
+        // Normalizes what was typed.
         onActiveFocusChanged: {
             if (activeFocus)
                 selectAll();

@@ -1,11 +1,11 @@
 import QtQuick
 import Tessellar
 
-// A button that lets a file be chosen.
+// A button that opens a file dialog.
 PushButton {
     id: button
 
-    // As the dialog has it: words, and a pattern in parentheses.
+    // In the dialog's format: a name, and patterns in parentheses.
     required property string filter
 
     signal chosen(url file)

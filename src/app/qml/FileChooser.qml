@@ -1,4 +1,4 @@
 import QtQuick.Dialogs
 
-// The desktop's own way to choose a file. By itself, for it takes its time to load.
+// The desktop's file dialog. In a file of its own, because it is slow to load.
 FileDialog {}

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The open folder over the grid: it grows out of its tile and goes back into it.
+// The open folder over the grid. Grows out of its tile and shrinks back into it.
 Item {
     id: overlay
 
@@ -10,7 +10,7 @@ Item {
     required property LauncherController launcher
     required property Item stage
     readonly property OpenFolder folder: launcher.folder
-    // Of the folder's tile, in this item; empty when it is not to be seen.
+    // The rectangle of the folder's tile in this item; empty if the tile is not visible.
     property rect origin
     property real progress: folder.isOpen ? 1 : 0
     readonly property rect area: folder.panel
@@ -36,7 +36,7 @@ Item {
         }
     }
 
-    // Takes what is meant for the grid below.
+    // Blocks the grid below.
     MouseArea {
         anchors.fill: parent
         hoverEnabled: true
@@ -68,12 +68,12 @@ Item {
             anchors.fill: parent
             radius: Theme.folderRadius
             color: Theme.folderPanel
-            // It takes in what is carried over it as a whole.
+            // Highlighted when a drop would go into the folder as a whole.
             border.width: overlay.launcher.drag.targetId === overlay.folder.tileId && overlay.folder.tileId !== "" ? 3 : 1
             border.color: border.width > 1 ? Theme.tileRing : Theme.folderOutline
         }
 
-        // Clicks beside the tiles stay in the folder.
+        // Clicks beside the tiles do not close the folder.
         TapHandler {
             gesturePolicy: TapHandler.ReleaseWithinBounds
         }

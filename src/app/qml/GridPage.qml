@@ -20,7 +20,7 @@ Item {
     readonly property int cellHeight: metrics.cellHeight
     readonly property int iconSide: metrics.iconSide
     readonly property int labelPixels: metrics.labelPixels
-    // Where the tiles make room for others that are carried over them; empty when each is in its own slot.
+    // The slots that tiles move to, to make room for a drag; empty if each is in its own.
     property var places: canLift && launcher.drag.revision > 0 ? launcher.drag.slotsOf(isInFolder, index) : []
 
     function tileRect(tileId) {
@@ -32,7 +32,7 @@ Item {
         return Qt.rect(0, 0, 0, 0);
     }
 
-    // Tiles are on their way to where they belong.
+    // True while tiles are moving to their slots.
     property bool isGliding: false
 
     function offsetOf(index) {
@@ -41,7 +41,7 @@ Item {
                         (Math.floor(place / columns) - Math.floor(index / columns)) * cellHeight);
     }
 
-    // Moves the tiles on, all the way without a time.
+    // Advances the animation; completes it if `seconds` is negative.
     function slide(seconds) {
         const share = seconds < 0 || Theme.reducesMotion ? 1 : 1 - Math.exp(-seconds * Theme.glide);
         let isMoving = false;
@@ -61,7 +61,7 @@ Item {
         isGliding = isMoving;
     }
 
-    // Notes where each tile is seen, by its identifier, in pixels along the strip.
+    // Records where each tile is shown, by identifier, in the strip's coordinates.
     function remember(positions) {
         for (let i = 0; i < repeater.count; ++i) {
             const tile = repeater.itemAt(i);
@@ -70,7 +70,7 @@ Item {
         }
     }
 
-    // Tiles that were elsewhere begin there; those that were nowhere fade in.
+    // Animates tiles from their former positions; new ones fade in.
     function begin(positions) {
         for (let i = 0; i < repeater.count; ++i) {
             const tile = repeater.itemAt(i);
@@ -88,7 +88,7 @@ Item {
         }
     }
 
-    // The tile that was let go flies home from there: a point of this page.
+    // Animates a dropped tile from a point of this page to its slot.
     function flyHome(tileId, point) {
         for (let i = 0; i < repeater.count; ++i) {
             const tile = repeater.itemAt(i);
@@ -100,7 +100,7 @@ Item {
         }
     }
 
-    // The tiles that a rectangle of the page touches.
+    // The tiles that intersect a rectangle of the page.
     function tilesIn(rect) {
         const found = [];
         for (let i = 0; i < repeater.count; ++i) {
@@ -118,7 +118,7 @@ Item {
 
     onPlacesChanged: if (places.length === 0) isGliding = true
 
-    // Between the tiles a mouse draws a band that selects; a finger, and what begins beyond the tiles, turns pages.
+    // Between the tiles, a mouse draws a selection band. Touch, and drags that begin beyond the tiles, turn pages.
     MouseArea {
         id: band
 
@@ -191,7 +191,7 @@ Item {
         color: Theme.caret
     }
 
-    // Before what was found by letters that lie apart.
+    // Separates the matches with scattered letters from the better ones.
     Rectangle {
         readonly property int first: page.tiles.firstWeak
         readonly property bool isRow: first % page.columns === 0

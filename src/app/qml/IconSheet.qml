@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// Which file an application's icon is to come from. It stays until the icon has been taken.
+// Chooses the file for an application's icon. Stays open until the icon has been imported.
 Sheet {
     id: sheet
 
@@ -63,7 +63,7 @@ Sheet {
         font.pixelSize: Theme.controlFont
     }
 
-    // The whole sheet takes what is dropped.
+    // A file can be dropped anywhere on the sheet.
     DropArea {
         id: drop
 

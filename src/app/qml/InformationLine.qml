@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// What something is, beside what it is called. Without a name it is a remark.
+// A label and its text. Without a label it is a remark.
 Item {
     id: line
 

@@ -1,8 +1,8 @@
 import QtQuick
 import Tessellar
 
-// All that is known of one application. What is still being found out comes in while it is open; its texts can be
-// selected and copied.
+// All that is known about one application. Pending values appear while it is open; texts can be selected and
+// copied.
 Sheet {
     id: sheet
 

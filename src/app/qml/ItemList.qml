@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// Lines below each other: it scrolls where they do not fit, by the wheel, the bar and the keyboard.
+// A list that scrolls if necessary, by wheel, scroll bar and keyboard.
 ListView {
     id: list
 

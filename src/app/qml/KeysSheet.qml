@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// What the keys do.
+// The keyboard shortcuts.
 Sheet {
     id: sheet
 

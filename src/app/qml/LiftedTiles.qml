@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The tiles that the pointer carries: the one that it took hold of, and how many there are.
+// The dragged tiles: the one under the pointer, and their number.
 Item {
     id: lifted
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// A line of a list: a title with a few words below, and a button at its end.
+// A row of a list: a title with details below, and a button at its end.
 Item {
     id: row
 
@@ -12,7 +12,7 @@ Item {
     property bool hasAction: action !== ""
     property bool canAct: true
     property alias actionName: button.objectName
-    // The list that it is a line of, or a part of one.
+    // The list that contains the row, directly or not.
     property ListView list: ListView.view
 
     signal acted
@@ -64,7 +64,7 @@ Item {
         enabled: row.canAct
         text: row.action
         Accessible.description: row.title
-        // Tab goes to rows out of view, too: those beside this one are made at once, as what is seen is.
+        // Tab must also reach rows out of view: showing the neighbours creates them.
         onActiveFocusChanged: {
             if (!activeFocus || !row.list)
                 return;

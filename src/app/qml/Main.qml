@@ -1,15 +1,15 @@
 import QtQuick
 import Tessellar
 
-// Everything in the window. Presents what the controller says; decides nothing.
+// Everything in the window. Presents the controller's state; decides nothing.
 FocusScope {
     id: root
 
     required property LauncherController launcher
 
-    // The launcher goes, or has gone: it fades, and comes back a little nearer.
+    // True while the launcher is fading out or hidden; it is slightly enlarged then.
     property bool isAway: false
-    // On very large screens what surrounds the tiles grows with them, as their names do.
+    // On very large screens the controls around the tiles grow with them, as the names do.
     readonly property real largeScale: Math.max(1, launcher.grid.metrics.iconSide / Theme.largeIcon)
 
     LayoutMirroring.enabled: Theme.isMirrored
@@ -79,8 +79,8 @@ FocusScope {
         isDark: !Theme.isLight
     }
 
-    // The tiles and what belongs to them. Under a sheet or an alert they are only looked at. For who reads from the
-    // right all of it is mirrored, and what is to be read turned back.
+    // The grid and its controls. Disabled under a sheet or an alert. In right-to-left layouts all of it is
+    // mirrored, and texts and icons are flipped back.
     Item {
         id: tiles
 
@@ -91,8 +91,8 @@ FocusScope {
         anchors.fill: parent
         enabled: !root.launcher.isCovered
 
-        // A click beside the tiles closes the launcher, as it does on the Mac, or ends a search. Handlers, not
-        // an area: they get what the pages above only look at.
+        // A click beside the tiles closes the launcher, as on the Mac, or ends a search. Handlers instead of an
+        // area, because they also see events that the pages above only watch.
         Item {
             anchors.fill: parent
 
@@ -153,7 +153,7 @@ FocusScope {
         Loader {
             id: found
 
-            // Made when there is time, so that the first letter does not have to wait for it.
+            // Created when idle, so that the first letter need not wait for it.
             anchors.fill: parent
             active: false
             asynchronous: !root.launcher.search.isActive
@@ -370,7 +370,7 @@ FocusScope {
     }
 
     OnDemand {
-        // Who had the keyboard before, and has it again.
+        // The item that had the focus before and gets it back.
         property Item former: null
 
         anchors.fill: parent

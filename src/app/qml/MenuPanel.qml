@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The lines of a menu, or of its submenu.
+// The entries of a menu or submenu.
 Rectangle {
     id: panel
 
@@ -10,7 +10,7 @@ Rectangle {
     property real tallest: 600
     property real widest: 370
     readonly property real longest: Math.min(340, widest - 12 - markWidth)
-    // Room for the mark of what is chosen.
+    // Room for check marks.
     readonly property int markWidth: entries.some(entry => entry.isChosen) ? 18 : 0
     readonly property real lineWidth: {
         let widest = 150;
@@ -23,7 +23,7 @@ Rectangle {
     signal hovered(int index)
     signal chosen(int index)
 
-    // Where a line begins, in this panel.
+    // The top of an entry, in this panel.
     function lineTop(index) {
         const line = lines.itemAt(index);
         return line ? line.y - flick.contentY + flick.y : 0;
@@ -44,7 +44,7 @@ Rectangle {
             flick.contentY = Math.max(line.y + line.height - flick.height, Math.min(flick.contentY, line.y));
     }
 
-    // The keyboard's line is always seen.
+    // Keeps the current entry visible.
     onCurrentChanged: showLine(current)
     Component.onCompleted: showLine(current)
 
@@ -84,7 +84,7 @@ Rectangle {
 
                     onIsCurrentChanged: if (isCurrent) AccessibleFocus.moveTo(spoken)
 
-                    // Apart from the line, which the pointer finds also where it cannot be chosen.
+                    // Not the line itself, because the pointer must find disabled lines, too.
                     Item {
                         id: spoken
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// Where a new name is typed, over the old one.
+// Edits a name in place.
 T.TextField {
     id: field
 
@@ -38,7 +38,7 @@ T.TextField {
     }
     onEditingFinished: field.launcher.renaming.end(text)
     Keys.onEscapePressed: field.launcher.renaming.cancel()
-    // Not for the tile below as well.
+    // Keep the key from the tile below.
     Keys.onReturnPressed: field.launcher.renaming.end(text)
     Keys.onEnterPressed: field.launcher.renaming.end(text)
 }

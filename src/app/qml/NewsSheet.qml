@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// What is new, after an update of the launcher itself.
+// What is new in this version of the launcher.
 Sheet {
     id: sheet
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// A short message that goes by itself. Its last words stay while it fades.
+// A short message that disappears by itself. Keeps its text while fading out.
 Rectangle {
     id: notice
 

@@ -1,11 +1,11 @@
 import QtQuick
 
-// A part of the window that is loaded when it is wanted: the first frame need not wait for its types.
+// A part of the window that is loaded on demand, so that the first frame does not wait for its types.
 Loader {
     id: part
 
     required property string file
-    // What the part is given.
+    // The initial properties.
     required property var initial
     property bool wanted: false
 

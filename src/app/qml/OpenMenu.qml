@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// A menu while it is open. It has the keyboard, and gives it back to who had it.
+// A menu while it is open. Takes the focus, and returns it when closed.
 OnDemand {
     id: part
 

@@ -1,13 +1,13 @@
 import QtQuick
 import Tessellar
 
-// One dot for each page; the brightest is the one that is shown. Of very many pages, those around it.
+// One dot for each page, the current one brightest. If there are very many pages, only those around it.
 Row {
     id: dots
 
     required property int count
     required property real position
-    // Many pages have small dots.
+    // Smaller dots for many pages.
     readonly property int pitch: count > 24 ? 12 : 22
     property real room: 1000
     readonly property int limit: 41

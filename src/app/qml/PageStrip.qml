@@ -1,26 +1,27 @@
 import QtQuick
 import Tessellar
 
-// Pages side by side, turned by swipe, wheel and program. Only the page shown and its neighbours exist.
+// Pages side by side, turned by swiping, by the wheel and by the program. Only the current page and its neighbours
+// are created.
 PagerItem {
     id: strip
 
     required property LauncherController launcher
-    // What the pointer's places are told in.
+    // The item whose coordinates the pointer's positions use.
     required property Item stage
     required property GridModel model
     property bool interactive: true
     readonly property int sign: isMirrored ? -1 : 1
     property bool isInFolder: false
     property bool canLift: true
-    // None before the arrangement is there.
+    // None before the arrangement is loaded.
     readonly property int existing: Math.max(model.pageCount, keptPages)
-    // Pages that exist even when nothing is in them, where that changes all the time.
+    // Pages that exist even if empty, for models that change all the time.
     property int keptPages: 0
-    // The neighbours are made when there is time: after the first frame.
+    // The neighbours are created after the first frame, when idle.
     property bool hasNeighbours: false
 
-    // Where a tile of the page shown lies, or nowhere.
+    // The rectangle of a tile on the current page, or an empty one.
     function tileRect(tileId) {
         for (let i = 0; tileId && i < repeater.count; ++i) {
             const slot = repeater.itemAt(i);
@@ -30,8 +31,8 @@ PagerItem {
         return Qt.rect(0, 0, 0, 0);
     }
 
-    // The pages that are seen, and those beside the one that the strip moves to: however many there are,
-    // only these are made.
+    // The visible pages, and the neighbours of the one that the strip moves to. Only these are created, however
+    // many there are.
     function updateNear() {
         const wanted = [];
         const add = page => {
@@ -52,7 +53,7 @@ PagerItem {
         }
     }
 
-    // Where tiles were before a change, and where one was let go.
+    // Where tiles were before a change, and where one was dropped.
     property var positions: ({})
     property var released: null
 
@@ -97,7 +98,7 @@ PagerItem {
                     };
                 }
             }
-            // The drop follows at once, if there is one.
+            // The drop, if any, follows immediately.
             Qt.callLater(() => strip.released = null);
         }
     }
@@ -132,7 +133,7 @@ PagerItem {
     Item {
         id: all
 
-        // Whole pixels, so that icons are not smoothed again.
+        // Whole pixels, so that icons are not resampled.
         x: Math.round(-strip.position * strip.width)
         width: strip.width
         height: strip.height
@@ -175,7 +176,7 @@ PagerItem {
 
         target: null
         yAxis.enabled: false
-        // What begins on a tile lifts it; a finger always swipes.
+        // Pressing on a tile lifts it; touch always swipes.
         enabled: strip.interactive && !strip.launcher.drag.isPressed && !strip.launcher.drag.isLifted
         acceptedDevices: PointerDevice.AllDevices
         onActiveChanged: {

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The past removals, each to be put back as long as something of it lies in the Trash.
+// Past removals. Each can be restored as long as some of its items are in the Trash.
 Sheet {
     id: sheet
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// A button that shows what is chosen and opens a menu of what may be.
+// A button that shows the current choice and opens a menu of all.
 T.AbstractButton {
     id: button
 
@@ -10,7 +10,7 @@ T.AbstractButton {
     property string placeholder
     property bool needsInput: false
 
-    // With the place, in the window, below which the menu is to open.
+    // With the point in the window below which the menu opens.
     signal opened(point below)
 
     function open() {

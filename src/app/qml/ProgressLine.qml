@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// How far something has come; or, indeterminate, that it goes on for a while that nobody knows.
+// A progress bar; moves continuously if indeterminate.
 T.ProgressBar {
     id: bar
 
@@ -28,7 +28,7 @@ T.ProgressBar {
             radius: height / 2
             color: bar.part
 
-            // With little motion it comes and goes in its place.
+            // With reduced motion it pulses in place.
             SequentialAnimation on x {
                 running: bar.indeterminate && bar.visible && !Theme.reducesMotion
                 loops: Animation.Infinite

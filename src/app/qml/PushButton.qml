@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// A button of alerts and sheets. The default one of a sheet answers to Return.
+// A button for alerts and sheets. Return presses a sheet's default button.
 T.Button {
     id: button
 

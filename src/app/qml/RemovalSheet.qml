@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The review of a removal: what would go, the removal itself, and what came of it.
+// A removal: the review, the progress, and the result.
 Sheet {
     id: sheet
 
@@ -16,7 +16,7 @@ Sheet {
     stretched: isDone ? log : items
     onClosed: if (removal.phase !== "removing") removal.cancel()
 
-    // While it looks, and while it moves.
+    // While scanning, and while moving items.
     Text {
         width: sheet.bodyWidth
         visible: sheet.removal.phase === "scanning" || sheet.removal.phase === "removing"
@@ -52,7 +52,7 @@ Sheet {
         width: sheet.bodyWidth
         height: Math.min(contentHeight, Math.max(142, sheet.stretchedRoom))
         visible: sheet.isReview
-        // The rows' keys are the panel's.
+        // The panel handles the keys.
         keyNavigationEnabled: false
         model: visible ? sheet.removal.items : null
         currentIndex: sheet.removal.currentRow

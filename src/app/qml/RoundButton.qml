@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// A small button with one sign.
+// A small round button with a sign.
 T.RoundButton {
     id: button
 

@@ -1,13 +1,13 @@
 import QtQuick
 import Tessellar
 
-// One rule: a field, what is asked of it, and the values that are asked for.
+// One rule: a field, a predicate and its operands.
 Item {
     id: row
 
     required property SmartFolderPanel panel
     required property int index
-    // Two values and little room, or hardly any: they go below.
+    // If space is tight, the values go below.
     readonly property bool isNarrow: width < 480
     readonly property bool isTall: isNarrow || (width < 640 && values.count > 1)
     readonly property var rule: panel.rules[index] ?? ({ field: "", predicate: "", joint: "", operands: [] })

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// Where in something longer one is.
+// A scroll bar.
 T.ScrollBar {
     id: bar
 

@@ -2,15 +2,15 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// What is typed anywhere comes here. It has the keyboard as soon as there is time to make it.
+// Receives what is typed anywhere. Takes the focus as soon as its input has been created.
 Item {
     id: field
 
     required property LauncherController launcher
-    // An input method has text that is not there yet.
+    // An input method has uncommitted text.
     readonly property bool isComposing: input.item !== null && input.item.preeditText !== ""
 
-    // Back to it after something else had the keyboard.
+    // Takes the focus back.
     function takeKeyboard() {
         if (input.item)
             input.item.forceActiveFocus();
@@ -48,7 +48,7 @@ Item {
         anchors.fill: parent
         onClicked: field.takeKeyboard()
 
-        // The field itself is out of sight until something is typed.
+        // The field is invisible until something is typed.
         Accessible.role: Accessible.Button
         Accessible.name: qsTr("Search")
         Accessible.onPressAction: field.takeKeyboard()
@@ -69,7 +69,7 @@ Item {
 
             objectName: "searchInput"
             verticalAlignment: TextInput.AlignVCenter
-            // No cursor blinks where nothing is typed.
+            // No blinking cursor while the field is empty.
             opacity: text !== "" || preeditText !== "" ? 1 : 0
             color: Theme.backdropText
             selectionColor: Theme.accent

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// A few choices beside each other, one of them chosen: {title, isChosen}. The arrow keys choose. They go below each
-// other where there is no room.
+// A few choices side by side, one of them chosen: {title, isChosen}. The arrow keys choose. Stacked if there is no
+// room.
 FocusScope {
     id: control
 
@@ -12,7 +12,7 @@ FocusScope {
     signal chosen(int index)
     signal stepped(int by)
 
-    // Beside each other.
+    // Side by side.
     implicitWidth: {
         let sum = 0;
         for (let i = 0; i < row.children.length; ++i)

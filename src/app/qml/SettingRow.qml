@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// A line of the settings: a title, and what it is changed by.
+// A row of the settings: a title and a control.
 Item {
     id: row
 
@@ -9,7 +9,7 @@ Item {
     required property SettingsPanel panel
     readonly property string kind: modelData.kind
     readonly property bool isNote: kind === "note"
-    // What is wide goes below its title.
+    // Wide controls go below the title.
     readonly property bool isTall: isNote || kind === "field" || (kind !== "slider" && control.implicitWidth > width * 0.62)
     readonly property bool canReset: modelData.isSet === true && kind === "slider"
 
@@ -90,7 +90,7 @@ Item {
                 from: row.modelData.low
                 to: row.modelData.high
                 stepSize: row.modelData.step
-                // Where nothing is set, what is usual: all of a share, or letters of this size.
+                // If nothing is set, the default: 100 % for shares, 13 for the text size.
                 current: row.modelData.value ?? (row.modelData.high <= 2 ? 1 : 13)
                 onTried: value => row.panel.tryOut(row.modelData.key, value)
                 onChosen: value => row.panel.set(row.modelData.key, value)
@@ -130,7 +130,7 @@ Item {
             placeholder: row.modelData.hint
             input.maximumLength: 1024
             input.onEditingFinished: if (input.text !== value) row.panel.set(row.modelData.key, input.text)
-            // The sheet stays: there may be something to be read about what was typed.
+            // Keeps the sheet open: there may be an error about what was typed.
             Keys.onReturnPressed: event => event.accepted = true
             Keys.onEnterPressed: event => event.accepted = true
         }

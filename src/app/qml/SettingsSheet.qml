@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// What can be set. It holds at once, and the grid beside shows it.
+// The settings. They take effect at once, and the grid beside shows the result.
 Sheet {
     id: sheet
 
@@ -17,7 +17,7 @@ Sheet {
     onClosed: launcher.sheets.close()
 
     Repeater {
-        // By their number, so that a change does not make the rows anew under the hand.
+        // A count as the model, so that a change does not recreate rows while they are in use.
         model: sheet.panel.sections.length
 
         Column {

@@ -2,42 +2,42 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// The frame of what lies over the grid to be read and worked with: a title, parts below each other, which scroll
-// where they do not fit, and buttons below them, which always stay.
+// The frame of what opens over the grid: a title, parts below each other, which scroll if necessary, and buttons
+// below them, which are always visible.
 //
-// It has the keyboard: Tab goes through what is in it and nowhere else, Return presses the default button unless
-// something else in it has a use for it, Escape is the controller's, which asks before anything is lost.
+// It has the focus: Tab stays within it, Return presses the default button unless the focused item uses it, and
+// Escape is handled by the controller, which asks before anything is lost.
 FocusScope {
     id: sheet
 
     required property string title
-    property int wanted: 560 // at the usual size of text
+    property int wanted: 560 // at the usual text size
     readonly property real wantedWidth: wanted * Math.max(1, Theme.textScale)
     default property alias content: body.data
-    // At the left of the buttons, or above them where there is no room beside.
+    // To the left of the buttons, or above them if there is no room.
     property alias foot: foot.data
     property alias buttons: buttons.data
     property alias spacing: body.spacing
     property alias card: card
-    // The part, if any, that takes the room that the others leave.
+    // The part, if any, that gets the remaining height.
     property Item stretched: null
-    // False for one whose keys are the controller's.
+    // False if the controller handles its keys.
     property bool takesKeyboard: true
-    // False for one that has another use for Page Up and Page Down.
+    // False if Page Up and Page Down have another use.
     property bool scrollsByPages: true
     property int headingFont: Theme.headingFont
     property int role: Accessible.Dialog
-    // What is said with the title, for who does not see it.
+    // Announced with the title by screen readers.
     property string message
-    // Beside what it is about, where there is room, which then stays in sight.
+    // If there is room, the sheet goes beside what it is about, which stays visible.
     property bool isBeside: false
-    // Its parts are worked at, and what lies behind shows the result.
+    // What is behind shows the result of changes in the sheet.
     property bool isSeenThrough: false
     readonly property bool standsBeside: isBeside && width >= 2 * wantedWidth
     readonly property int bodyWidth: body.width
     readonly property bool isSmall: height < 620
     readonly property bool isNarrow: width < 560
-    // What the parts have at most without scrolling.
+    // The height available to the parts without scrolling.
     readonly property real room: height - 2 * margin - heading.height - ends.height - 2 * padding - 2 * gap
     readonly property real stretchedRoom: {
         let left = room;
@@ -63,7 +63,7 @@ FocusScope {
         }
     }
 
-    // What has the keyboard is seen.
+    // Scrolls to the focused item.
     readonly property Item focusItem: Window.activeFocusItem
     onFocusItemChanged: {
         let part = focusItem;
@@ -71,22 +71,22 @@ FocusScope {
             part = part.parent;
         if (!part)
             return;
-        // A part that scrolls by itself is about to show it within its own bounds.
+        // A part that scrolls by itself will show it within its own bounds.
         const top = Math.max(part.y, Math.min(focusItem.mapToItem(body, 0, 0).y, part.y + part.height - focusItem.height));
         const height = Math.min(focusItem.height, flick.height - 3);
-        // What is longer than the room stays as it is, when some of it is seen.
+        // Do not scroll for an item that is taller than the view if some of it is visible.
         if (height === focusItem.height || top >= flick.contentY + flick.height || top + focusItem.height <= flick.contentY)
             flick.contentY = Math.max(top + height + 3 - flick.height, Math.min(flick.contentY, Math.max(0, top - 3)));
     }
 
     focus: takesKeyboard
     Component.onCompleted: if (takesKeyboard && !activeFocus) forceActiveFocus()
-    // Where nothing in it has the keyboard yet.
+    // If nothing in the sheet has the focus yet.
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Keys.onReturnPressed: pressDefault()
     Keys.onEnterPressed: pressDefault()
-    // What nothing in it has a use for scrolls it.
+    // Keys that nothing in the sheet uses scroll it.
     Keys.onPressed: event => {
         const line = 40;
         const by = event.key === Qt.Key_Down ? line : event.key === Qt.Key_Up ? -line
@@ -162,7 +162,7 @@ FocusScope {
         Flickable {
             id: flick
 
-            // The bar lies beside the parts, in their margin.
+            // The scroll bar is beside the parts, in their margin.
             readonly property int barRoom: 12
 
             anchors.left: parent.left

@@ -7,7 +7,7 @@ Item {
 
     required property string kind
     property color color: Theme.text
-    // Bars by their middle, length and angle, in a square of 14.
+    // Bars as centre, length and angle, in a square of 14.
     readonly property var bars: ({
         "+": [[7, 7, 11, 0], [7, 7, 11, 90]],
         "−": [[7, 7, 11, 0]],

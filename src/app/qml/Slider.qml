@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// A number between two others, by dragging and by the arrow keys. `tried` while it is dragged, `chosen` at the end.
+// A slider. Emits `tried` while it is dragged, and `chosen` at the end.
 T.Slider {
     id: slider
 
@@ -15,7 +15,7 @@ T.Slider {
     implicitWidth: 150
     implicitHeight: Theme.controlHeight
     snapMode: T.Slider.SnapAlways
-    // Never from under the hand that drags it.
+    // Never moves the handle while it is being dragged.
     onCurrentChanged: if (!pressed) value = current
     Component.onCompleted: value = current
     onMoved: pressed ? tried(value) : chosen(value)

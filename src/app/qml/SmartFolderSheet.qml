@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// The rules of a smart folder, and what they come to.
+// The editor of a smart folder, with a preview.
 Sheet {
     id: sheet
 
@@ -19,10 +19,10 @@ Sheet {
     title: panel.title
     wanted: 820
     stretched: list
-    // A click beside it is no way to lose what was typed.
+    // A click beside it must not discard what was typed.
     onClosed: if (!panel.isChanged) launcher.sheets.close()
 
-    // What has the keyboard is seen, in the parts that scroll by themselves too.
+    // Also scrolls to the focused item in parts that scroll by themselves.
     onFocusItemChanged: {
         if (focusItem && focusItem.parent === strip)
             symbols.contentX = Math.max(focusItem.x + focusItem.width - symbols.width,
@@ -42,7 +42,7 @@ Sheet {
         height: Math.max(sheet.isSmall ? 82 : 92, look.height)
 
         IconItem {
-            // The plate has a margin of its own.
+            // Compensates for the picture's own margin.
             anchors.left: parent.left
             anchors.leftMargin: -6
             y: -6
@@ -75,7 +75,7 @@ Sheet {
                 Component.onCompleted: input.forceActiveFocus()
             }
 
-            // All at once where there is room, else one line to be drawn along.
+            // All at once if there is room, otherwise one line that scrolls.
             Flickable {
                 id: symbols
 
@@ -148,7 +148,7 @@ Sheet {
             Repeater {
                 id: rows
 
-                // Their number: rows stay, and keep the keyboard, while what they show changes.
+                // A count as the model, so that rows are reused and keep the focus.
                 model: sheet.panel.rules.length
 
                 RuleRow {
@@ -200,7 +200,7 @@ Sheet {
             onOpened: below => sheet.panel.openChoices("sortDirection", below)
         }
 
-        // Pushes what follows to the right where all fits into one line.
+        // Pushes what follows to the right if everything fits in one line.
         Item {
             width: Math.max(0, parent.width - limit.width
                             - [0, 1, 2].reduce((sum, i) => sum + parent.children[i].width, 0) - 4 * parent.spacing)
@@ -241,7 +241,7 @@ Sheet {
         }
     }
 
-    // What would be in it. Its room is always there: nothing jumps while rules are typed.
+    // The preview. Its height is fixed, so that nothing jumps while rules are being edited.
     Rectangle {
         width: sheet.bodyWidth
         height: sheet.isSmall ? 30 : 122

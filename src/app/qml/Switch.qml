@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// Something that is on or off. Shows what is, not what was asked for.
+// A switch. Shows the actual state, not the requested one.
 T.Switch {
     id: control
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// The symbols that a folder can have, one of them chosen.
+// The symbols for a folder, one of them chosen.
 Flow {
     id: strip
 

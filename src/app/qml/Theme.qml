@@ -1,28 +1,28 @@
 pragma Singleton
 import QtQuick
 
-// The look of the window, in one place: colours, sizes, and how things move. Nothing else in QML names a colour,
-// a font's size, a radius or a time.
+// The look of the window, in one place: colours, sizes and timing. No other QML file names a colour, a font size,
+// a radius or a duration.
 //
-// Panels (sheets, menus, alerts and what lies in them) are light or dark as the user or the system wants them.
-// What lies on the backdrop, which is dark, is the same in both.
+// Panels (sheets, menus, alerts and their contents) are light or dark, as the user or the system chooses. What is
+// on the backdrop, which is dark, looks the same in both.
 QtObject {
     id: theme
 
-    // "light", "dark", or as the system has it.
+    // "light", "dark", or "system".
     property string appearance: "system"
     property bool reducesMotion: false
     property real textScale: 1
-    // For who reads from the right.
+    // For right-to-left layouts.
     readonly property bool isMirrored: Qt.application.layoutDirection === Qt.RightToLeft
 
     readonly property SystemPalette system: SystemPalette {}
-    // What Qt shows where no desktop says anything: no wish of anybody's.
+    // Qt's default if no desktop sets a colour: it expresses no preference.
     readonly property color untold: "#efefef"
     readonly property bool isLight: appearance === "light"
         || (appearance !== "dark" && system.window.hslLightness > 0.5 && !Qt.colorEqual(system.window, untold))
 
-    // ---- what lies on the backdrop
+    // ---- on the backdrop
 
     readonly property color backdropText: "#f5ffffff"
     readonly property color backdropTextDim: "#ccffffff"
@@ -79,9 +79,9 @@ QtObject {
     readonly property color warningText: isLight ? "#7d5200" : "#ffd479"
     readonly property color clear: "#00000000"
 
-    // ---- letters and sizes
+    // ---- text and sizes
 
-    // Said where text is typed: fields do not take it from the application, as all other text does.
+    // Text fields must set it: unlike all other text, they do not inherit the application's.
     readonly property string family: Qt.application.font.family
 
     readonly property int tinyFont: Math.round(10 * textScale)
@@ -104,25 +104,26 @@ QtObject {
     readonly property int tileRadius: 18
     readonly property int sheetRadius: 22
     readonly property int folderRadius: 30
-    readonly property int largeIcon: 135 // from here on names, and what surrounds the tiles, grow with them
-    readonly property real unavailable: 0.4 // opacity of a control that cannot be used
+    readonly property int largeIcon: 135 // from this size on, names and the controls around the tiles grow with
+                                         // them
+    readonly property real unavailable: 0.4 // opacity of a disabled control
 
     // ---- motion
 
-    // What moves jumps for who wants little motion; what fades still does.
+    // With reduced motion, movements are immediate; fades remain.
     readonly property int quickTime: reducesMotion ? 0 : 120
     readonly property int moveTime: reducesMotion ? 0 : 260
     readonly property int fadeTime: 180
     readonly property int busyTime: 700
-    // A press this long opens a menu; a button held steps on after the first time, and then again and again.
+    // A long press opens a menu. A button that is held steps repeatedly.
     readonly property int longPressDelay: 900
     readonly property int repeatDelay: 400
     readonly property int repeatTime: 60
-    // What the first frame does not need is made this long after it: one thing at a time, the likeliest first.
+    // What the first frame does not need is created this long after it: one thing at a time, the likeliest first.
     readonly property int neighboursDelay: 60
     readonly property int searchInputDelay: 80
     readonly property int resultsDelay: 200
-    readonly property real glide: 16 // a second: how fast tiles come to their places
+    readonly property real glide: 16 // per second: how fast tiles approach their slots
     readonly property int curve: Easing.OutCubic
     readonly property int swing: Easing.InOutSine
 }

@@ -26,14 +26,14 @@ TileItem {
     property int iconSide
     property int labelPixels
     property bool canLift: true
-    // Away from its own slot, while tiles make room.
+    // The offset from its own slot, while tiles make room.
     property real shiftX: 0
     property real shiftY: 0
     property bool isPushedOff: false
     readonly property bool isTarget: launcher.drag.targetId === tileId
-    // The pointer rests on it with others: this is the folder that they would make.
+    // Tiles are being dragged onto it: the folder that they would form is shown.
     readonly property bool isForming: isTarget && launcher.drag.suggestedName !== ""
-    // The same tile may be on a page behind.
+    // The same tile may also be on a page behind.
     readonly property bool isRenamed: enabled && visible && launcher.renaming.tileId === tileId
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
     readonly property real wholeOpacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
@@ -62,7 +62,7 @@ TileItem {
     transform: Unmirrored { target: tile }
 
     visible: !isVacant
-    // The tiles that are carried leave their places.
+    // Dragged tiles are hidden in place.
     opacity: wholeOpacity
 
     NumberAnimation {
@@ -85,14 +85,14 @@ TileItem {
     Accessible.selected: isSelected
     Accessible.onPressAction: launcher.activate(tileId)
 
-    // Also when a menu or a sheet over it has gone.
+    // Also after a menu or sheet over it has closed.
     readonly property bool isSpoken: isSelected && !launcher.isCovered && !launcher.menu.isOpen
     onIsSpokenChanged: if (isSpoken) AccessibleFocus.moveTo(tile)
 
     readonly property bool isTipped: hover.hovered && !launcher.drag.isLifted && !isRenamed && (isUnavailable || name.truncated)
     z: isTipped ? 1 : 0
 
-    // The plate under the pointer, and the ring of the keyboard.
+    // The plate under the pointer, and the focus ring.
     Rectangle {
         anchors.centerIn: plate
         width: plate.width + 2
@@ -130,7 +130,7 @@ TileItem {
         symbolName: tile.symbolName
         opacity: tile.isUnavailable ? 0.35 : tile.isCut ? 0.4 : tile.isWeak ? 0.75 : tile.activity !== "" ? 0.55 : mouse.pressed ? 0.7 : 1
         scale: tile.isForming ? 0.62 : tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
-        // A folder that is open is shown by its panel.
+        // An open folder's picture is replaced by its panel.
         visible: !(tile.launcher.folder.isOpen && tile.launcher.folder.tileId === tile.tileId)
     }
 
@@ -140,7 +140,7 @@ TileItem {
         x: picture.x + picture.width - width * 0.7
         y: picture.y - height * 0.2
         sourceComponent: Rectangle {
-            // Beside a small icon words would hide it: a dot says that there is something.
+            // Text would hide a small icon, so it gets a dot.
             readonly property bool isDot: tile.iconSide < 40
 
             width: isDot ? height : Math.max(height, badgeText.implicitWidth + 12)
@@ -179,7 +179,7 @@ TileItem {
         renderType: Text.QtRendering
     }
 
-    // Where it lies, of what was found.
+    // The place of a search result.
     Loader {
         active: tile.place !== "" && !tile.isRenamed
         anchors.horizontalCenter: parent.horizontalCenter

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// A few words about the tile under the pointer.
+// A tooltip for the tile under the pointer.
 Rectangle {
     id: tip
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// Turns what is to be read the right way round again, where the grid that it lies in is mirrored.
+// Flips contents back if the grid that contains them is mirrored.
 Scale {
     required property Item target
 

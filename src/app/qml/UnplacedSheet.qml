@@ -1,8 +1,8 @@
 import QtQuick
 import Tessellar
 
-// What is not on the pages: hidden applications, smart folders without a tile, and the places that are kept for
-// applications that went.
+// What is not on the pages: hidden applications, smart folders without a tile, and the remembered places of removed
+// applications.
 Sheet {
     id: sheet
 
@@ -27,7 +27,7 @@ Sheet {
         width: sheet.bodyWidth
         height: Math.min(contentHeight, Math.max(120, sheet.stretchedRoom))
         visible: count > 0
-        // By number: the rows that stay keep their items, and the keyboard.
+        // A count as the model, so that rows are reused and keep the focus.
         model: sheet.panel.rows.length
 
         delegate: Item {

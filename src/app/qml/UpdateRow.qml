@@ -1,8 +1,7 @@
 import QtQuick
 import Tessellar
 
-// A line of the sheet about updates: the title of a section, or an application, which says more where it
-// is the current one.
+// A row of the updates sheet: a section's title, or an application, with details if it is the current row.
 Item {
     id: row
 
@@ -192,7 +191,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, row.width * 0.36)
             height: 30
-            // The line has the keyboard.
+            // The row has the focus instead.
             activeFocusOnTab: false
             visible: row.action !== ""
             enabled: row.canAct

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// What is known of updates, those that run and the check that does, and the settings of checks.
+// Available and running updates, the check in progress, and the settings of checks.
 Sheet {
     id: sheet
 
@@ -85,7 +85,7 @@ Sheet {
     ItemList {
         id: list
 
-        // Until somebody has moved in it, it begins with what matters most.
+        // Until the user navigates in it, the list stays at its top, where the most important rows are.
         property bool isUsed: false
 
         objectName: "updatesList"
@@ -101,7 +101,7 @@ Sheet {
             }
         }
 
-        // Not by its index: that also changes as lines come.
+        // Not when the current index changes: that also happens as rows are inserted.
         Keys.onPressed: isUsed = true
         Keys.onReturnPressed: count > 0 ? sheet.updates.act(currentIndex) : sheet.pressDefault()
         Keys.onEnterPressed: count > 0 ? sheet.updates.act(currentIndex) : sheet.pressDefault()

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessellar
 
-// Text of sheets that says something in sentences.
+// Body text for sheets.
 Text {
     color: Theme.textDim
     horizontalAlignment: Text.AlignLeft
