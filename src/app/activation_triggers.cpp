@@ -74,7 +74,7 @@ void ActivationTriggers::takeKey() {
         _key = HotKey::make(*chord, _summoned);
     _isKeyRefused = !_key && !text.isEmpty();
     if (_isKeyRefused)
-        _log.warning(QStringLiteral("The hot key “%1” cannot be had.").arg(text));
+        _log.warning(QStringLiteral("The hot key “%1” is not available.").arg(text));
 }
 
 void ActivationTriggers::takeCorner() {

@@ -213,7 +213,7 @@ void LauncherHistory::undoInterrupted(std::array<LayoutStore::LoadResult, 2>& lo
     const auto before = _journal.interruptedStep(loaded, _smartFolders);
     if (!before)
         return;
-    _machine.log.warning(QStringLiteral("A step that was cut off is taken back."));
+    _machine.log.warning(QStringLiteral("Rolling back an interrupted step."));
     if (!putBack(*before) || !_journal.end())
         _unsettled = {*before,
                       settingsNow(*before),

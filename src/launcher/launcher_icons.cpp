@@ -122,7 +122,7 @@ void LauncherIcons::changeKeys(const QHash<QString, QString>& keys) {
             // keys.
             if (const auto moved = _store->changeKey(from, to); !moved)
                 _machine.log.warning(
-                    QStringLiteral("The icon of %1 could not follow it to %2.").arg(from, to));
+                    QStringLiteral("Could not move the icon of %1 to %2.").arg(from, to));
             _toAnnounce += {from, to};
         }
     }

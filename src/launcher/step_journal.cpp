@@ -126,7 +126,7 @@ std::optional<Files> StepJournal::interruptedStep(const std::array<LayoutStore::
     }
     if (!isSeen) {
         _machine.log.warning(
-            QStringLiteral("A step that was cut off cannot be judged now; its note stays."));
+            QStringLiteral("An interrupted step cannot be checked now; its journal is kept."));
         return std::nullopt;
     }
 

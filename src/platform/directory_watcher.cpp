@@ -275,8 +275,8 @@ void DirectoryWatcher::begin() {
         _thread = std::thread([&files = _machine.files, &mailbox = _machine.workers.mailbox(),
                                shared = _shared] { Thread(files, mailbox, shared).run(); });
     } catch (const std::system_error& error) {
-        _machine.log.warning(
-            u"Folders cannot be watched for now: %1"_s.arg(QString::fromLocal8Bit(error.what())));
+        _machine.log.warning(u"Cannot start watching folders; will retry: %1"_s.arg(
+            QString::fromLocal8Bit(error.what())));
         _poll = _machine.scheduler.after(pollInterval, [this] { begin(); });
     }
 }
@@ -316,9 +316,8 @@ void DirectoryWatcher::setPolling(bool polling) {
         return;
     _isPolling = polling;
     if (polling)
-        _machine.log.warning(
-            u"The system has no more folder watches to give; some folders are looked at every %1 seconds."_s
-                .arg(pollInterval.count()));
+        _machine.log.warning(u"Out of folder watches; polling some folders every %1 seconds."_s.arg(
+            pollInterval.count()));
     schedulePoll();
 }
 

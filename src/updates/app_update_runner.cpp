@@ -244,8 +244,8 @@ void AppUpdateRunner::run(const QString& appKey, const AppUpdateCommand& updater
 
 void AppUpdateRunner::started(const Start& start) {
     if (start.notNoted)
-        _machine.log.warning(
-            QStringLiteral("The update that runs is not noted: %1").arg(message(*start.notNoted)));
+        _machine.log.warning(QStringLiteral("Could not save the journal of the running update: %1")
+                                 .arg(message(*start.notNoted)));
     if (start.number) {
         _run->processNumber = *start.number;
         return poll();

@@ -77,9 +77,8 @@ void AppUpdateStore::changeKeys(const Machine& machine, const QHash<QString, QSt
     if (!cache || !*cache || !(*cache)->changeKeys(changedKeys))
         return; // `load` will quarantine the damaged file
     if (const auto saved = saveJson(file, **cache); !saved)
-        machine.log.warning(
-            QStringLiteral("The updates of applications could not follow their keys: %1")
-                .arg(message(saved.error())));
+        machine.log.warning(QStringLiteral("Could not change the keys in the cache of updates: %1")
+                                .arg(message(saved.error())));
 }
 
 void AppUpdateStore::save(const AppUpdateCache& cache, BackgroundFile::Done done) {
