@@ -14,7 +14,7 @@
 
 namespace tessellar {
 
-/// What a backup precedes, by its stored reason.
+/// Describes a backup by its stored reason.
 static QString reasonText(const QString& reason) {
     struct Row {
         const char* reason;

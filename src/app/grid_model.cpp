@@ -162,7 +162,6 @@ QVariant PageModel::data(const QModelIndex& index, int role) const {
     return exists ? value(tiles().at(index.row()), role) : QVariant();
 }
 
-/// The roles in which two tiles differ.
 static QList<int> changedRoles(const TileView& a, const TileView& b) {
     QList<int> roles;
     const auto compare = [&](int role, const auto TileView::*field) {

@@ -147,7 +147,7 @@ void TileDrag::updateDrop() {
     Gap gap = gapIn(area);
     const Drop drop = dropOn(area, gap.slot);
     if (drop.kind == Drop::Kind::nowhere)
-        gap = _home.isIn(area) ? _home : Gap{area.folder, area.page, {}}; // the tiles close the gap
+        gap = _home.isIn(area) ? _home : Gap{area.folder, area.page, {}}; // the other tiles move back
     if (drop != _drop || gap != _gap) {
         if (drop.target != _drop.target || drop.kind != _drop.kind)
             _suggestedName.clear();
@@ -376,7 +376,7 @@ void DragStage::setDrag(TileDrag* drag) {
     if (!_drag)
         return;
     connect(_drag, &TileDrag::lifted, this, [this] { grabMouse(); });
-    // While an item has the grab, nothing is hovered.
+    // Released, because nothing is hovered while an item has the grab.
     connect(_drag, &TileDrag::changed, this, [this] {
         if (!_drag->isLifted())
             ungrabMouse();

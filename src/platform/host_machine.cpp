@@ -10,7 +10,6 @@ extern char** environ;
 namespace tessellar {
 namespace {
 
-/// A stopped clock.
 class FixedClock final : public Clock {
 public:
     explicit FixedClock(Instant now) : _now(now) {}

@@ -34,7 +34,8 @@ std::expected<QString, FileError> StoredFile::target() const {
 
 std::expected<void, FileError> StoredFile::write(const QByteArray& bytes) {
     if (const auto error = _blocked) {
-        // If it is gone, it can be replaced. If it is readable again, nobody has read it yet.
+        // If it is gone by now, nothing is lost. If it is readable by now, its contents have not been
+        // loaded.
         const auto now = read();
         if (!now || *now) {
             _blocked = error;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr qsizetype longestExtension = 32;
 
-/// As many whole characters from the start as fit. What is no text is cut anywhere.
+/// Truncates to whole characters; bytes that are not UTF-8 may be cut anywhere.
 QByteArray cut(const QByteArray& stem, qsizetype bytes) {
     if (stem.size() <= bytes)
         return stem;

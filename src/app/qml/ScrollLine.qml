@@ -2,7 +2,6 @@ import QtQuick
 import QtQuick.Templates as T
 import Tessellar
 
-// A scroll bar.
 T.ScrollBar {
     id: bar
 

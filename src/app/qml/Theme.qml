@@ -104,8 +104,7 @@ QtObject {
     readonly property int tileRadius: 18
     readonly property int sheetRadius: 22
     readonly property int folderRadius: 30
-    readonly property int largeIcon: 135 // from this size on, names and the controls around the tiles grow with
-                                         // them
+    readonly property int largeIcon: 135 // from this size on, names and the controls around the tiles grow, too
     readonly property real unavailable: 0.4 // opacity of a disabled control
 
     // ---- motion
