@@ -21,10 +21,10 @@ Q_IMPORT_QML_PLUGIN(TessellarPlugin)
 
 namespace tessellar {
 
-/// Without a frame: between words, and before the next drag.
+/// The pause in drawing that counts as idle, as between words or drags.
 static constexpr std::chrono::milliseconds quietTime{300};
 
-/// As long as it takes to fade, and not a frame less.
+/// Exactly as long as the fade.
 static constexpr std::chrono::milliseconds fadeTime{200};
 
 LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize screen)
@@ -65,8 +65,8 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
             show();
     });
     connect(&_controller, &LauncherController::closeRequested, this, &LauncherWindow::close);
-    _view.installEventFilter(this); // for its own close button, and for clicks beside a name
-    // QML collects its garbage when there is enough of it, which is while somebody types or drags.
+    _view.installEventFilter(this); // for its own close button, and for clicks beside a name field
+    // Left alone, QML collects garbage while the user is typing or dragging.
     _quiet.setSingleShot(true);
     _quiet.setInterval(quietTime);
     connect(&_quiet, &QTimer::timeout, _view.engine(), &QQmlEngine::collectGarbage);

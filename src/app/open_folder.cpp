@@ -12,7 +12,7 @@ OpenFolder::OpenFolder(LauncherViewModel& viewModel, const TileFacts& facts)
 }
 
 void OpenFolder::refresh() {
-    // Every tile listens. Of a folder that was closed and still is, there is nothing to tell.
+    // Every tile is connected to `changed`, so it is not emitted while the folder stays closed.
     if (!std::exchange(_wasOpen, isOpen()) && !isOpen())
         return;
     if (const auto open = _viewModel.shown().openFolder()) {

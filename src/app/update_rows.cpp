@@ -215,7 +215,7 @@ void UpdateRows::insert(std::size_t at, std::span<const Row> rows) {
     endInsertRows();
 }
 
-/// Long lists change in one piece: all between what is the same at both ends.
+/// Replaces everything between the common beginning and end of a long list at once.
 void UpdateRows::replaceMiddle(std::span<const Row> wanted) {
     const std::size_t shorter = std::min(_rows.size(), wanted.size());
     std::size_t before = 0;
@@ -251,7 +251,7 @@ void UpdateRows::followRowByRow(std::span<const Row> wanted) {
     }
 }
 
-/// Rows that were asked for may say something else now.
+/// Updates the texts of the rows whose texts have been requested.
 void UpdateRows::refreshWords() {
     for (std::size_t i = 0; i < _rows.size(); ++i) {
         const Row& row = _rows[i];

@@ -14,17 +14,17 @@ constexpr double additionalNameWeight = 0.7;
 constexpr double bundleIdentifierWeight = 0.5;
 constexpr double categoryWeight = 0.4;
 
-/// One name of an application, or one list of names, and what a match of it is worth.
+/// One name of an application, or a list of names, and the weight of its matches.
 struct WeightedName {
-    std::uint32_t number = 0; ///< of the text or the list
+    std::uint32_t number = 0; ///< of the text or list
     double weight = 0;
     bool isList = false;
 };
 
-/// Lists of names, equal ones once: thousands of applications are in the same few smart folders.
+/// Lists of names, without duplicates: thousands of applications are in the same few smart folders.
 using NameLists = std::vector<std::vector<std::uint32_t>>;
 
-/// An application as it was found in one place. Its names are in falling order of weight.
+/// An application found in one place. Its names are sorted by descending weight.
 struct Found {
     std::shared_ptr<const AppEntry> entry;
     std::uint32_t app = 0; ///< the application's number, in the order found
@@ -47,7 +47,7 @@ struct SearchIndex::Data {
     SearchTexts texts;
     std::vector<WeightedName> names;
     NameLists lists;
-    std::vector<Found> found; ///< those of one application together, in the order they were found
+    std::vector<Found> found; ///< grouped by application, in the order found
 };
 
 namespace {

@@ -128,7 +128,7 @@ void InstalledApplications::adopt(Scanned result) {
     _isScanning = false;
     const bool isUsed = counts(result) && result.replacements == _replacements;
     if (isUsed) {
-        // A worker frees what the former scan knew of each bundle, which takes milliseconds.
+        // The previous scan's records are freed on a worker, because that takes milliseconds.
         _machine.workers.submit(
             Lane::computing, {},
             [former = std::exchange(_cache, std::move(result.cache))](std::stop_token) {});

@@ -68,7 +68,7 @@ void LayoutArchive::replace(Mode mode, std::function<ReplacementMerger::Wanted()
 
 LayoutArchive::Outcome LayoutArchive::apply(Mode mode, const MergeResult& merged,
                                             const Replacement& replacement) {
-    // Places first, as ever: the layout is saved without the tiles that they are of.
+    // Places first: the layout is saved without their tiles.
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places);
     const auto made = _history.make(

@@ -156,7 +156,7 @@ void LayoutProposals::take(const QList<Mode>& modes, const LayoutProposal& propo
         [this, goOn, done, isLast = modes.size() == 1](const LauncherImport::Imported& imported) {
             if (!imported || isLast)
                 _launchpadImport.tell(imported);
-            imported ? goOn() : done({}); // the failure is told
+            imported ? goOn() : done({}); // the failure has been reported
         });
 }
 

@@ -39,7 +39,7 @@ void LibraryWatch::start(std::unique_ptr<DirectoryEvents> events) {
         scanned();
 }
 
-/// The applications of one scan that another has not.
+/// The paths of applications that are in one scan but not in the other.
 static QStringList pathsOnlyIn(const InstalledScan& one, const InstalledScan& other) {
     QStringList paths;
     for (auto it = one.byPath.cbegin(); it != one.byPath.cend(); ++it)
@@ -56,7 +56,7 @@ void LibraryWatch::scanned() {
         incomplete.insert(bundle.path);
     const auto former = std::exchange(_former, found);
     const auto incompleteBefore = std::exchange(_incomplete, incomplete);
-    // The first scan is where the watching begins.
+    // The first scan is the baseline.
     if (former) {
         notice(Kind::added, pathsOnlyIn(*found, *former));
         notice(Kind::removed, pathsOnlyIn(*former, *found));

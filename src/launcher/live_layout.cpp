@@ -8,12 +8,11 @@
 
 namespace tessellar {
 
-/// What is found out about a document. Each is made when it is first asked for: showing a change needs
-/// neither table.
+/// Lookup tables. Each is built on first use, because showing a change needs neither.
 struct LiveLayout::Lookups {
     std::optional<ShownPages> shown;
     std::optional<QHash<QUuid, const LaunchpadItem*>> items;
-    std::optional<QHash<QString, const AppEntry*>> tiles; ///< by app key, aliases left out
+    std::optional<QHash<QString, const AppEntry*>> tiles; ///< by app key, without aliases
 };
 
 LiveLayout::LiveLayout(LauncherWindowMode mode, const Settings& settings,
@@ -38,7 +37,7 @@ LiveLayout::Lookups& LiveLayout::lookups() const {
     return *_lookups;
 }
 
-/// Room for the tiles of the grid: a table that grows into it costs twice the time.
+/// The number of tiles in the grid, for reserving: growing a table takes twice the time.
 static qsizetype tileCount(const Pages& pages) {
     qsizetype count = 0;
     for (const Page& page : pages)

@@ -11,7 +11,7 @@ namespace {
 
 struct UsageRecords {
     QHash<QString, AppUsage> byKey;
-    bool isWhole = true; ///< no damaged record was left out
+    bool isWhole = true; ///< no damaged record was dropped
 };
 
 struct UsageDocument {
@@ -47,7 +47,7 @@ struct Codec<UsageRecords> {
         return records;
     }
     static QJsonValue encode(const UsageRecords& records) {
-        // In the order of keys, for an object is slow to take them in any other.
+        // Sorted by key, because a JSON object is slow to insert into in any other order.
         QMap<QString, AppUsage> sorted;
         for (auto it = records.byKey.cbegin(); it != records.byKey.cend(); ++it)
             sorted.insert(it.key(), *it);

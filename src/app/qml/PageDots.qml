@@ -14,7 +14,8 @@ Row {
     readonly property int most: Math.max(5, Math.min(limit, Math.floor(room / pitch) - 1)) | 1
     readonly property int first: Math.max(0, Math.min(count - most, Math.round(position) - (most - 1) / 2))
     readonly property int shown: Math.min(count, most)
-    // Those that exist: a dot that is not needed is kept, for a search has other pages with every letter.
+    // The dots created so far. Surplus dots are kept, because a search changes the number of pages with every
+    // letter.
     property int kept: 0
     readonly property int hoveredPage: hover.hovered ? pageAt(hover.point.position) : -1
 

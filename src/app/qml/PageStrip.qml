@@ -114,7 +114,7 @@ PagerItem {
         if (jumps)
             fadeIn.restart();
     }
-    // The first are made in a turn of their own: what tells of them has enough to do.
+    // The first pages are created in a later turn: the one that adds them is busy enough.
     onExistingChanged: near.count > 0 ? updateNear() : Qt.callLater(updateNear)
     Component.onCompleted: updateNear()
     enabled: interactive

@@ -38,8 +38,9 @@ TileItem {
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
     readonly property real wholeOpacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
 
-    // What the name's line says. Once a turn, however much of it changes: laying out text is what tiles cost most.
-    // A signal, which is not heard of any more when the tile goes with its page before the turn ends.
+    // The text is applied once per event loop turn, however often it changes: text layout is a tile's greatest
+    // cost.
+    // A signal, because it is not delivered if the tile is destroyed with its page before the end of the turn.
     signal nameSettled
 
     onNameSettled: {

@@ -1,8 +1,8 @@
 import QtQuick
 import Tessellar
 
-// What a tile seldom has: what is being done to it, the folder that it would become, the field for its new name, and a
-// tip. One part, for every part that each tile has is paid for by each page.
+// What few tiles have: a progress bar, the folder that a drop would form, the field for renaming, and a tooltip. A
+// part of its own, because whatever every tile contains costs time on every page.
 Item {
     id: overlay
 
@@ -10,7 +10,7 @@ Item {
     required property Item image
     required property Text words
 
-    // What is being done takes its time, and nobody knows how much.
+    // An indeterminate progress bar.
     Loader {
         active: overlay.owner.activity !== ""
         visible: overlay.image.visible
@@ -72,7 +72,7 @@ Item {
 
     Loader {
         active: overlay.owner.isTipped
-        // Below the name or on the icon, and within the window.
+        // Below the name or on the icon, within the window.
         onLoaded: {
             const at = overlay.mapToItem(null, 0, 0);
             const top = overlay.owner.isUnavailable ? overlay.owner.iconTop - 10 : overlay.words.y + overlay.words.height + 2;

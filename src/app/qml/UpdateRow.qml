@@ -60,7 +60,7 @@ Item {
         }
     }
 
-    // The title of a section.
+    // A section's title.
     Loader {
         anchors.left: parent.left
         anchors.leftMargin: 8
