@@ -160,8 +160,8 @@ QList<SearchIndex::Hit> SearchIndex::search(const QString& text) const {
         std::optional<double>& score = listScores[name.number];
         if (!score) {
             score = SearchTexts::noMatch;
-            for (const std::uint32_t text : _data->lists[name.number])
-                score = std::max(*score, _data->texts.score(text, *query));
+            for (const std::uint32_t each : _data->lists[name.number])
+                score = std::max(*score, _data->texts.score(each, *query));
         }
         return *score;
     };

@@ -58,12 +58,13 @@ void UnsavedEdits::saveEnded(LauncherWindowMode mode, LayoutStore::Revision revi
             if (auto& until = waiting.until[std::size_t(mode)]; until <= revision)
                 until = 0;
     } else {
-        fail(mode, launcherError(saved.error(), couldNotSaveLayout()));
+        fail(mode, revision, launcherError(saved.error(), couldNotSaveLayout()));
     }
     tell();
 }
 
-void UnsavedEdits::fail(LauncherWindowMode mode, const LauncherError& error) {
+void UnsavedEdits::fail(LauncherWindowMode mode, LayoutStore::Revision revision,
+                        const LauncherError& error) {
     const auto isAwaited = [&](const Unsaved& unsaved) {
         return unsaved.editor && std::ranges::any_of(_waiting, [&](const Waiting& waiting) {
                    return waiting.editor == unsaved.editor && waiting.until[std::size_t(mode)] != 0;
@@ -89,11 +90,15 @@ void UnsavedEdits::fail(LauncherWindowMode mode, const LauncherError& error) {
                                    error.title}
                    : error);
     }
-    if (!takenBack.isEmpty())
+    auto& rolledBackTo = _rolledBackTo[std::size_t(mode)];
+    const bool isTold = revision == rolledBackTo;
+    if (!takenBack.isEmpty()) {
         _rollBack(takenBack);
+        rolledBackTo = _store.revision(mode);
+    }
     const bool areLeft =
         std::ranges::any_of(edits, [](const Unsaved& unsaved) { return !unsaved.editor; });
-    if (areLeft || concernsUser)
+    if (!isTold && (areLeft || concernsUser))
         _tellUser(error, areLeft ? Left::unsaved : Left::nothing);
 }
 

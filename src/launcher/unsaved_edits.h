@@ -64,7 +64,7 @@ private:
 
     void saveEnded(LauncherWindowMode mode, LayoutStore::Revision revision,
                    const BackgroundFile::Result& saved);
-    void fail(LauncherWindowMode mode, const LauncherError& error);
+    void fail(LauncherWindowMode mode, LayoutStore::Revision revision, const LauncherError& error);
     void tell();
 
     LayoutStore& _store;
@@ -72,6 +72,8 @@ private:
     Tell _tellUser;
     Editor _editor;
     std::array<QList<Unsaved>, 2> _edits; ///< per mode, newest last
+    /// Per mode, the state that the last rollback saved: that this failed too is not told again.
+    std::array<LayoutStore::Revision, 2> _rolledBackTo{};
     std::list<Waiting> _waiting;
     Subscription _saveEnded;
 };

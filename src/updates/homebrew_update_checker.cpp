@@ -248,10 +248,14 @@ public:
         if (_registry.expired())
             return;
         _checker._runs.remove(this);
-        for (const QString& brew : asked.keys())
-            if (std::ranges::none_of(_checker._runs,
+        for (const QString& brew : asked.keys()) {
+            // A listing that has just been answered has ended already.
+            const auto listing = _checker._listings.find(brew);
+            if (listing != _checker._listings.end() &&
+                std::ranges::none_of(_checker._runs,
                                      [&](const Run* run) { return run->asked.contains(brew); }))
-                _checker._listings[brew].request_stop();
+                listing->request_stop();
+        }
     }
     void forget(const QString& appKey) override {
         const auto isIt = [&](const AppUpdateCandidate& one) { return one.appKey == appKey; };

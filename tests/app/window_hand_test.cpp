@@ -312,10 +312,12 @@ TEST_F(WindowHandTest, AWindowStaysWhenAGapIsClickedAndIsWhereItWas) {
     view().setGeometry(30, 40, 700, 500);
     window->hide();
     window.reset();
+    mac.settle();
     start({1280, 800}, LauncherWindowMode::windowed);
     EXPECT_EQ(view().geometry(), QRect(30, 40, 700, 500));
     EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), std::nullopt);
     viewModel().layouts().show(LauncherWindowMode::fullScreen);
+    mac.settle();
     EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), u"fullScreen"_s);
 }
 
