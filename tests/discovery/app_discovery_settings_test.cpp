@@ -24,29 +24,17 @@ AppDiscoverySettings read(const QMap<QString, QJsonValue>& values) {
 }
 
 TEST(AppDiscoverySettings, ScanDepthIsAnIntegralNumberWithinItsRange) {
-    const struct {
-        QJsonValue stored;
-        int depth;
-    } cases[] = {
-        {true, 4},
-        {2.5, 4},
-        {0, 1},
-        {-7, 1},
-        {1, 1},
-        {7, 7},
-        {3.0, 3},
-        {10, 10},
-        {11, 10},
-        {1e300, 10},
-        {u"3"_s, 4},
-        {-1e300, 1},
-        {false, 4},
-        {QJsonArray{3}, 4},
-        {std::numeric_limits<double>::infinity(), 4},
-        {std::numeric_limits<double>::quiet_NaN(), 4},
-    };
-    for (const auto& [stored, depth] : cases)
-        EXPECT_EQ(read({{u"scanDepth"_s, stored}}).scanDepth, depth) << stored.toDouble();
+    constexpr auto infinity = std::numeric_limits<double>::infinity();
+    constexpr auto none = std::numeric_limits<double>::quiet_NaN();
+    const std::pair<int, QList<QJsonValue>> cases[] = {
+        {4, {true, false, 2.5, u"3"_s, QJsonArray{3}, infinity, none}},
+        {1, {0, -7, 1, -1e300}},
+        {3, {3.0}},
+        {7, {7}},
+        {10, {10, 11, 1e300}}};
+    for (const auto& [depth, values] : cases)
+        for (const QJsonValue& stored : values)
+            EXPECT_EQ(read({{u"scanDepth"_s, stored}}).scanDepth, depth) << stored.toDouble();
     EXPECT_EQ(read({}).scanDepth, 4);
 }
 

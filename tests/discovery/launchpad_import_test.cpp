@@ -12,6 +12,7 @@
 
 #include <filesystem>
 #include <random>
+#include <source_location>
 #include <thread>
 
 namespace tessellar::test {
@@ -146,125 +147,86 @@ TEST_F(LaunchpadImportTest, FindsTheDatabaseWhereTheSystemHasIt) {
 
 TEST_F(LaunchpadImportTest, RefusesWhatIsNoLaunchpadDatabase) {
     const QString path = u"/bad/db"_s;
-    const auto file = [&](const QByteArray& bytes) { machine.write(path, bytes); };
     add({.pages = {{tile(u"A"_s)}}, .inUse = false});
     const QByteArray whole = machine.read(primary);
     QByteArray declaresTwoGigabytes = whole;
     declaresTwoGigabytes.replace(28, 4, QByteArray::fromHex("0007a120"));
-    const struct {
-        const char* what;
-        std::function<void()> make;
-        Code code;
-        QString detail;
-    } cases[] = {
-        {"nothing", [] {}, Code::unableToOpenDatabase, {}},
-        {"empty", [&] { file({}); }, Code::unsupportedSchema, u"Missing required table: apps"_s},
-        {"garbage", [&] { file(QByteArray(20'000, 'x')); }, Code::unableToOpenDatabase, {}},
-        {"encrypted",
-         [&] {
-             QByteArray bytes(int(whole.size()), '\0');
-             std::mt19937 random(7); // NOLINT: the same bytes in every run
-             for (char& byte : bytes)
-                 byte = static_cast<char>(random());
-             file(bytes);
-         },
-         Code::unableToOpenDatabase,
-         {}},
-        {"truncated", [&] { file(whole.first(4'500)); }, Code::unableToOpenDatabase, u"malformed"_s},
-        {"pages missing", [&] { file(whole.first(16'384)); }, Code::unableToOpenDatabase,
-         u"malformed"_s},
-        {"declared size", [&] { file(declaresTwoGigabytes); }, Code::unableToOpenDatabase,
-         u"malformed"_s},
-        {"pipe",
-         [&] {
-             machine.makeFolder(u"/bad"_s);
-             ::mkfifo(machine.hostPath(path).toUtf8().constData(), 0600);
-         },
-         Code::unableToOpenDatabase, u"not a regular file"_s},
-        {"link", [&] { machine.link(path, primary); }, Code::unableToOpenDatabase,
-         u"not a regular file"_s},
-        {"folder", [&] { machine.makeFolder(path); }, Code::unableToOpenDatabase,
-         u"not a regular file"_s},
-        {"log is a pipe",
-         [&] {
-             file(whole);
-             ::mkfifo(machine.hostPath(path + u"-wal"_s).toUtf8().constData(), 0600);
-         },
-         Code::unableToOpenDatabase, u"not a regular file"_s},
-        {"huge",
-         [&] {
-             file(whole);
-             QFile::resize(machine.hostPath(path), qint64(2) << 30);
-         },
-         Code::unableToOpenDatabase, u"large"_s},
-        {"no groups",
-         [&] {
-             sql("CREATE TABLE apps (item_id, title, bundleid, storeid);"
-                 "CREATE TABLE items (rowid, uuid, flags, type, parent_id, ordering)",
-                 path);
-         },
-         Code::unsupportedSchema, u"Missing required table: groups"_s},
-        {"columns",
-         [&] {
-             sql(bareTables, path);
-             sql("ALTER TABLE items DROP COLUMN ordering;"
-                 "ALTER TABLE items DROP COLUMN flags",
-                 path);
-         },
-         Code::unsupportedSchema, u"items is missing columns: flags, ordering"_s},
-        {"a view",
-         [&] {
-             sql(bareTables, path);
-             sql("ALTER TABLE items RENAME TO real; CREATE VIEW items AS WITH RECURSIVE n(i) AS "
-                 "(SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i AS rowid, 'x' AS uuid, 0 AS "
-                 "flags, 4 AS type, 1 AS parent_id, 0 AS ordering FROM n",
-                 path);
-         },
-         Code::unsupportedSchema, u"Missing required table: items"_s},
-        {"a trigger",
-         [&] {
-             sql("CREATE TABLE apps (item_id, title, bundleid, storeid);"
-                 "CREATE TABLE groups (item_id, title);"
-                 "CREATE TRIGGER items AFTER INSERT ON apps BEGIN DELETE FROM apps; END",
-                 path);
-         },
-         Code::unsupportedSchema, u"Missing required table: items"_s},
-        {"a virtual table",
-         [&] {
-             sql("CREATE TABLE apps (item_id, title, bundleid, storeid);"
-                 "CREATE TABLE groups (item_id, title);"
-                 "CREATE VIRTUAL TABLE items USING fts5("
-                 "uuid, flags, type, parent_id, ordering)",
-                 path);
-         },
-         Code::unsupportedSchema, u"Missing required table: items"_s},
-        {"columns that compute",
-         [&] {
-             sql("CREATE TABLE apps (item_id, title, bundleid, storeid);"
-                 "CREATE TABLE groups (item_id, title AS (hex(zeroblob(100000000))));"
-                 "CREATE TABLE items (rowid, uuid, flags, type, parent_id, ordering);"
-                 "INSERT INTO groups VALUES (1)",
-                 path);
-         },
-         Code::unsupportedSchema, u"groups is missing columns: title"_s},
-        {"no rows", [&] { sql(bareTables, path); }, Code::importConversionFailed, {}},
-        {"nothing installed",
-         [&] {
-             add({.pages = {{tile(u"Lost"_s), OldFolder{u"F"_s, {{}}}}}}, path);
-         },
-         Code::importConversionFailed,
-         {}},
-    };
-    for (const auto& [what, make, code, detail] : cases) {
-        SCOPED_TRACE(what);
-        if (machine.exists(u"/bad"_s))
-            machine.remove(u"/bad"_s);
-        make();
+    QByteArray encrypted = whole;
+    std::mt19937 random(7); // NOLINT: the same bytes in every run
+    for (char& byte : encrypted)
+        byte = static_cast<char>(random());
+    const auto refuses = [&](Code code, const QString& detail = {},
+                             std::source_location where = std::source_location::current()) {
+        SCOPED_TRACE(where.line());
         const LaunchpadImportError error = failure(path);
         EXPECT_EQ(error.code, code);
         EXPECT_TRUE(error.detail.contains(detail)) << error.detail.toStdString();
         EXPECT_TRUE(QDir(temporary.path()).isEmpty());
+        if (machine.exists(u"/bad"_s))
+            machine.remove(u"/bad"_s);
+    };
+    const auto pipe = [&](const QString& place) {
+        machine.makeFolder(FileSystem::parent(place));
+        ::mkfifo(machine.hostPath(place).toUtf8().constData(), 0600);
+    };
+    refuses(Code::unableToOpenDatabase);
+    for (const auto& [bytes, detail] : {std::pair{QByteArray(20'000, 'x'), QString()},
+                                        {encrypted, QString()},
+                                        {whole.first(4'500), u"malformed"_s},
+                                        {whole.first(16'384), u"malformed"_s},
+                                        {declaresTwoGigabytes, u"malformed"_s}}) {
+        SCOPED_TRACE(bytes.size());
+        machine.write(path, bytes);
+        refuses(Code::unableToOpenDatabase, detail);
     }
+    machine.write(path, whole);
+    QFile::resize(machine.hostPath(path), qint64(2) << 30);
+    refuses(Code::unableToOpenDatabase, u"large"_s);
+
+    // What is no regular file, in its place or in that of its log.
+    pipe(path);
+    refuses(Code::unableToOpenDatabase, u"not a regular file"_s);
+    machine.link(path, primary);
+    refuses(Code::unableToOpenDatabase, u"not a regular file"_s);
+    machine.makeFolder(path);
+    refuses(Code::unableToOpenDatabase, u"not a regular file"_s);
+    machine.write(path, whole);
+    pipe(path + u"-wal"_s);
+    refuses(Code::unableToOpenDatabase, u"not a regular file"_s);
+
+    // Tables that are none, or not these.
+    machine.write(path, {});
+    refuses(Code::unsupportedSchema, u"Missing required table: apps"_s);
+    const QByteArray apps = "CREATE TABLE apps (item_id, title, bundleid, storeid);";
+    const QByteArray groups = "CREATE TABLE groups (item_id, title);";
+    const QByteArray items = "CREATE TABLE items (rowid, uuid, flags, type, parent_id, ordering);";
+    for (const auto& [statements, detail] :
+         {std::pair{apps + items, u"Missing required table: groups"_s},
+          {apps + groups + items +
+               "ALTER TABLE items DROP COLUMN ordering; ALTER TABLE items DROP COLUMN flags",
+           u"items is missing columns: flags, ordering"_s},
+          {apps + groups +
+               "CREATE VIEW items AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+               "SELECT i AS rowid, 'x' AS uuid, 0 AS flags, 4 AS type, 1 AS parent_id, 0 AS ordering "
+               "FROM n",
+           u"Missing required table: items"_s},
+          {apps + groups + "CREATE TRIGGER items AFTER INSERT ON apps BEGIN DELETE FROM apps; END",
+           u"Missing required table: items"_s},
+          {apps + groups +
+               "CREATE VIRTUAL TABLE items USING fts5(uuid, flags, type, parent_id, ordering)",
+           u"Missing required table: items"_s},
+          {apps + items +
+               "CREATE TABLE groups (item_id, title AS (hex(zeroblob(100000000))));"
+               "INSERT INTO groups VALUES (1)",
+           u"groups is missing columns: title"_s}}) {
+        SCOPED_TRACE(statements.constData());
+        sql(statements.constData(), path);
+        refuses(Code::unsupportedSchema, detail);
+    }
+    sql(bareTables, path);
+    refuses(Code::importConversionFailed);
+    add({.pages = {{tile(u"Lost"_s), OldFolder{u"F"_s, {{}}}}}}, path);
+    refuses(Code::importConversionFailed);
 }
 
 TEST_F(LaunchpadImportTest, TakesValuesOfOtherTypesForNone) {

@@ -150,10 +150,7 @@ TEST_F(ScanCacheTest, EveryChangeIsNoticedAndNothingElseIsRead) {
         SCOPED_TRACE(what);
         for (const auto& entry : fs::directory_iterator(root.path().toStdString()))
             fs::remove_all(entry);
-        mac.addApplication({.name = u"Fern"_s,
-                            .identifier = u"org.example.Fern"_s,
-                            .displayName = u"Fern"_s,
-                            .localizedNames = {{u"de"_s, u"Farn"_s}}});
+        addLocalized(u"Fern"_s, u"Farn"_s);
         mac.addApplication(
             {.name = u"Moss"_s, .identifier = u"org.example.Moss"_s, .displayName = u"Moss"_s});
         mac.addDirectory(u"/Applications/Moss.app/Contents/Resources"_s);
@@ -219,12 +216,11 @@ TEST_F(ScanCacheTest, WhatWasJustChangedIsReadAgain) {
 }
 
 TEST_F(ScanCacheTest, OtherLanguagesBeginAnew) {
-    mac.addApplication(
-        {.name = u"Fern"_s, .displayName = u"Fern"_s, .localizedNames = {{u"de"_s, u"Farn"_s}}});
+    addLocalized(u"Fern"_s, u"Farn"_s);
     ScanCache cache;
-    EXPECT_EQ(names(scan(cache)), QStringList(u"Fern"_s));
+    EXPECT_EQ(names(scan(cache)), u"Fern");
     languages = QStringList{u"de"_s};
-    EXPECT_EQ(names(scan(cache)), QStringList(u"Farn"_s));
+    EXPECT_EQ(names(scan(cache)), u"Farn");
 }
 
 } // namespace

@@ -46,17 +46,19 @@ protected:
             result += entry.path;
         return result;
     }
-    static QStringList names(const AppScanner::LibraryScan& scan) {
+    /// "One|Two"
+    static QString names(const AppScanner::LibraryScan& scan) {
         QStringList result;
         for (const AppEntry& entry : scan.apps)
             result += entry.name;
-        return result;
+        return result.join(u'|');
     }
-    static QStringList incomplete(const AppScanner::LibraryScan& scan) {
+    /// As file names: "One.app|Two.app".
+    static QString incomplete(const AppScanner::LibraryScan& scan) {
         QStringList result;
         for (const auto& bundle : scan.incompleteBundles)
-            result += bundle.path;
-        return result;
+            result += FileSystem::fileName(bundle.path);
+        return result.join(u'|');
     }
     /// What can be compared of two scans whose identifiers differ.
     static AppScanner::LibraryScan withoutIdentifiers(AppScanner::LibraryScan scan) {
@@ -67,6 +69,13 @@ protected:
     QString add(const QString& folder, const QString& name) {
         return mac.addApplication(
             {.name = name, .folder = folder, .identifier = u"org.example."_s + name});
+    }
+    /// One whose name on the disk is localized in German, unless that is empty.
+    QString addLocalized(const QString& name, const QString& german = {}) {
+        return mac.addApplication({.name = name,
+                                   .identifier = u"org.example."_s + name,
+                                   .displayName = name,
+                                   .localizedNames = {{u"de"_s, german}}});
     }
     std::filesystem::path host(const QString& path) const { return mac.hostPath(path).toStdString(); }
 
