@@ -8,10 +8,11 @@
 namespace tessellar {
 namespace {
 
-const QString folder = QStringLiteral("/Users/ada/Library/Application Support/com.tessellar.app");
-const QString path = folder + QStringLiteral("/app-usage.json");
-const QString app = QStringLiteral("org.example.a");
-const QString other = QStringLiteral("/Applications/B.app");
+using namespace Qt::StringLiterals;
+const QString folder = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
+const QString path = folder + u"/app-usage.json"_s;
+const QString app = u"org.example.a"_s;
+const QString other = u"/Applications/B.app"_s;
 
 class AppUsageStores : public testing::Test {
 protected:
@@ -32,7 +33,7 @@ TEST_F(AppUsageStores, RemembersWhatWasSeenAndLaunched) {
     store->recordLaunch(app);
     store->recordLaunch(app);
     ASSERT_TRUE(store->flush());
-    store->recordLaunch(QStringLiteral("x").repeated(2'000)); // no key of an application
+    store->recordLaunch(u"x"_s.repeated(2'000)); // no key of an application
     EXPECT_EQ(store->records().size(), 2);
 
     const auto again = loaded();
@@ -99,7 +100,7 @@ TEST_F(AppUsageStores, SetsADamagedFileAsideAndKnowsItsLoss) {
         store->fill(facts);
         EXPECT_TRUE(facts.usageDataIsComplete && facts.launchCounts.contains(app));
     }
-    const QStringList aside = machine.names(folder).filter(QStringLiteral("app-usage.damaged-"));
+    const QStringList aside = machine.names(folder).filter(u"app-usage.damaged-"_s);
     ASSERT_EQ(aside.size(), 3);
     QList<QByteArray> kept;
     for (const QString& name : aside)
@@ -111,19 +112,19 @@ TEST_F(AppUsageStores, ADamagedRecordCostsItselfAlone) {
     machine.write(path, R"({"version": 1, "records": {"a": {"firstSeen": "yesterday"},
                             "b": {"firstSeen": 1, "count": 7}}})");
     const auto store = loaded();
-    EXPECT_EQ(store->records().keys(), QStringList{QStringLiteral("b")});
+    EXPECT_EQ(store->records().keys(), QStringList{u"b"_s});
     EXPECT_EQ(store->records().cbegin()->count, 7);
     EXPECT_FALSE(store->isComplete());
-    EXPECT_TRUE(machine.names(folder).filter(QStringLiteral("damaged")).isEmpty());
+    EXPECT_TRUE(machine.names(folder).filter(u"damaged"_s).isEmpty());
 }
 
 TEST_F(AppUsageStores, AFileThatCannotBeReadNowStaysWhereItIs) {
-    machine.makeFolder(path + QStringLiteral("/in the way"));
+    machine.makeFolder(path + u"/in the way"_s);
     const auto store = loaded();
     store->recordLaunch(app);
     EXPECT_FALSE(store->flush());
     EXPECT_FALSE(store->isComplete());
-    EXPECT_EQ(machine.names(folder), QStringList{QStringLiteral("app-usage.json")});
+    EXPECT_EQ(machine.names(folder), QStringList{u"app-usage.json"_s});
     machine.remove(path);
     machine.settle(); // what failed is known now, and goes with the next save
     EXPECT_TRUE(store->flush());

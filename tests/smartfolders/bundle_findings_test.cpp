@@ -10,6 +10,7 @@
 namespace tessellar {
 namespace {
 
+using namespace Qt::StringLiterals;
 TEST(RightsNotice, NamesWhomItProtects) {
     const std::pair<const char*, const char*> notices[] = {
         {"Copyright © 2009-2017 Ann Déau, Bo Cee. All rights reserved.", "Ann Déau, Bo Cee"},
@@ -36,8 +37,8 @@ TEST(RightsNotice, NamesWhomItProtects) {
          {"", " \n", "© 2020", "Copyright (c) 2001-2002. All rights reserved.", "—·—"})
         EXPECT_FALSE(publisherInNotice(QString::fromUtf8(nobody))) << nobody;
     // Bounded, whatever it says.
-    EXPECT_FALSE(publisherInNotice(QStringLiteral("© ").repeated(1'000'000)));
-    EXPECT_EQ(publisherInNotice(QStringLiteral("é").repeated(100'000))->size(), 2'000);
+    EXPECT_FALSE(publisherInNotice(u"© "_s.repeated(1'000'000)));
+    EXPECT_EQ(publisherInNotice(u"é"_s.repeated(100'000))->size(), 2'000);
 }
 
 TEST(Signatures, TheDeveloperIsTheNameInTheAuthority) {
@@ -45,12 +46,11 @@ TEST(Signatures, TheDeveloperIsTheNameInTheAuthority) {
         return parseSignature("Executable=/Applications/X.app/Contents/MacOS/X\nIdentifier=x\n" +
                               lines);
     };
-    const SignatureFindings named{QStringLiteral("Ødegård & Sønn (Norway) AS"),
-                                  QStringLiteral("ABCDE12345")};
+    const SignatureFindings named{u"Ødegård & Sønn (Norway) AS"_s, u"ABCDE12345"_s};
     EXPECT_EQ(parsed("Authority=Developer ID Application: Ødegård & Sønn (Norway) AS (ABCDE12345)\n"
                      "Authority=Developer ID Certification Authority\nTeamIdentifier=ABCDE12345\n"),
               named);
-    const SignatureFindings store{std::nullopt, QStringLiteral("74J34U3R6X")};
+    const SignatureFindings store{std::nullopt, u"74J34U3R6X"_s};
     EXPECT_EQ(parsed("Authority=Apple Mac OS Application Signing\nTeamIdentifier=74J34U3R6X"), store);
     EXPECT_EQ(parsed("Signature=adhoc\nTeamIdentifier=not set\n"), SignatureFindings());
     EXPECT_EQ(parseSignature("/tmp/x: code object is not signed at all\n"), SignatureFindings());
@@ -62,8 +62,7 @@ TEST(Signatures, TheDeveloperIsTheNameInTheAuthority) {
 }
 
 TEST(Architectures, AreTheWordsOfTheTool) {
-    EXPECT_EQ(parseArchitectures("x86_64 arm64e \n"),
-              QStringList({QStringLiteral("x86_64"), QStringLiteral("arm64e")}));
+    EXPECT_EQ(parseArchitectures("x86_64 arm64e \n"), QStringList({u"x86_64"_s, u"arm64e"_s}));
     for (const QByteArray& bad :
          {QByteArray(), QByteArray(" \n"), QByteArray("fatal error: no such file"),
           QByteArray("a ").repeated(17), QByteArray("a").repeated(33)})

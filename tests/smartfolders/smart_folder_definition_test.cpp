@@ -10,6 +10,7 @@
 namespace tessellar {
 namespace {
 
+using namespace Qt::StringLiterals;
 using namespace predicate;
 using enum SmartFolderRelativeDateUnit;
 
@@ -21,7 +22,7 @@ protected:
     }
     SmartFolderDefinition definition(QList<SmartFolderRule> rules) {
         return {.id = ids.next(),
-                .name = QStringLiteral("Folder"),
+                .name = u"Folder"_s,
                 .customSymbolName = {},
                 .modifiedAt = Instant{123.456789},
                 .rules = std::move(rules),
@@ -32,8 +33,8 @@ protected:
     test::SequentialUuids ids;
 };
 
-const QString blank = QStringLiteral(" \t\n\u00a0");
-const QString text = QStringLiteral("a");
+const QString blank = u" \t\n\u00a0"_s;
+const QString text = u"a"_s;
 
 TEST_F(SmartFolderDefinitions, RulesAreCompleteWhenTheirValuesCanBeUsed) {
     using T = SmartFolderTextRule;
@@ -93,7 +94,7 @@ TEST_F(SmartFolderDefinitions, IssuesComeInTheOrderOfTheEditor) {
     d = definition({SmartFolderTextRule{ids.next(), "path", Contains(blank)},
                     SmartFolderTextRule{ids.next(), "path", Contains(text)},
                     SmartFolderChoiceRule{ids.next(), "platform", IsAnyOf()}});
-    d.name = QStringLiteral(" padded ");
+    d.name = u" padded "_s;
     const QList<SmartFolderValidationIssue> issues{validation::InvalidRule{d.rules[0].id()},
                                                    validation::InvalidRule{d.rules[2].id()}};
     EXPECT_EQ(validationIssues(d), issues);
@@ -180,7 +181,7 @@ TEST_F(SmartFolderDefinitions, TemplatesMayBeSavedAsTheyAre) {
         const auto d = templateDefinition(which, ids.next(), Instant{9}, ids);
         EXPECT_TRUE(validationIssues(d).isEmpty()) << name;
         EXPECT_EQ(json::decode<SmartFolderDefinition>(json::encode(d)), d) << name;
-        EXPECT_FALSE(json::encode(d).toObject().contains(QStringLiteral("resultLimit")));
+        EXPECT_FALSE(json::encode(d).toObject().contains(u"resultLimit"_s));
         for (const SmartFolderRule& r : d.rules)
             rules.insert(r.id());
     }
