@@ -8,8 +8,7 @@ namespace {
 using AppUpdateCoordinatorTest = UpdatesFixture;
 
 TEST_F(AppUpdateCoordinatorTest, AFullCheckGoesThroughAllChannelsAndKeepsWhatItFinds) {
-    coordinator->start();
-    load();
+    start();
     EXPECT_THAT(mac.http.waiting(),
                 testing::UnorderedElementsAre(
                     u"https://itunes.apple.com/lookup?id=4711&entity=macSoftware&country=US"_s,
@@ -38,28 +37,22 @@ TEST_F(AppUpdateCoordinatorTest, AFullCheckGoesThroughAllChannelsAndKeepsWhatItF
 TEST_F(AppUpdateCoordinatorTest, WhatNoServerWillEverAnswerIsNotAskedForAtOnceAgain) {
     names = {u"Store"_s};
     brew({});
-    coordinator->start();
-    load();
-    settle();
+    start();
     mac.http.answer(u"lookup"_s, HttpResponse{200, R"({"resultCount": 0, "results": []})"});
     settle();
     EXPECT_EQ(sketch(), u"- failed - -"_s);
-    mac.time.advance(23h);
-    settle();
+    pass(23h);
     EXPECT_FALSE(coordinator->isChecking());
     EXPECT_EQ(mac.http.waiting(), QStringList());
-    mac.time.advance(1h);
-    settle();
+    pass(1h);
     EXPECT_EQ(mac.http.waiting().size(), 1);
 }
 
 TEST_F(AppUpdateCoordinatorTest, TheScheduleFollowsTheLastCheckAndTheInterval) {
-    coordinator->start();
-    load();
+    start();
     answerAll();
     EXPECT_EQ(brewRuns("outdated"), 1);
-    mac.time.advance(24h - 1s);
-    settle();
+    pass(24h - 1s);
     EXPECT_EQ(brewRuns("outdated"), 1);
     mac.time.advance(1s);
     answerAll();
@@ -67,21 +60,17 @@ TEST_F(AppUpdateCoordinatorTest, TheScheduleFollowsTheLastCheckAndTheInterval) {
 
     // A shorter interval counts from the last check; an interval of 0 is a day.
     mac.time.advance(7h);
-    (void)mac.settings.set(AppUpdateSettings::intervalKey, 21'600);
-    coordinator->settingsChanged();
+    set(AppUpdateSettings::intervalKey, 21'600);
     answerAll();
     EXPECT_EQ(brewRuns("outdated"), 3);
-    (void)mac.settings.set(AppUpdateSettings::intervalKey, 0);
-    coordinator->settingsChanged();
-    mac.time.advance(23h);
-    settle();
+    set(AppUpdateSettings::intervalKey, 0);
+    pass(23h);
     EXPECT_EQ(brewRuns("outdated"), 3);
 
     // The clock goes back by three days: the wait is what that makes of it.
     mac.time.setNow(mac.time.now() - 72h);
     coordinator->settingsChanged();
-    mac.time.advance(72h);
-    settle();
+    pass(72h);
     EXPECT_EQ(brewRuns("outdated"), 3);
     mac.time.advance(1h);
     answerAll();
@@ -89,24 +78,20 @@ TEST_F(AppUpdateCoordinatorTest, TheScheduleFollowsTheLastCheckAndTheInterval) {
 }
 
 TEST_F(AppUpdateCoordinatorTest, SwitchingOffDropsTheResultsOfTheRunningCheck) {
-    coordinator->start();
-    load();
+    start();
     settle();
     EXPECT_EQ(sketch(), u"2.0 - - -"_s);
     (void)mac.settings.set(AppUpdateSettings::enabledKey,
                            false); // not told yet: the next result sees it
-    mac.http.answer(u"lookup"_s, lookup("1.10"));
-    settle();
+    answerStore("1.10");
     EXPECT_EQ(sketch(), u"- - - -"_s);
     EXPECT_FALSE(coordinator->isChecking());
     EXPECT_EQ(mac.http.waiting(), QStringList());
-    mac.time.advance(240h);
-    settle();
+    pass(240h);
     EXPECT_EQ(stored().records.size(), 0);
     EXPECT_EQ(stored().lastCheck, std::nullopt);
     EXPECT_EQ(coordinator->check(), std::unexpected(AppUpdateError::disabled));
-    (void)mac.settings.set(AppUpdateSettings::enabledKey, true);
-    coordinator->settingsChanged();
+    set(AppUpdateSettings::enabledKey, true);
     EXPECT_TRUE(coordinator->isChecking());
 }
 
@@ -132,40 +117,33 @@ TEST_F(AppUpdateCoordinatorTest, CancellingKeepsWhatIsKnownSoFarAndIsNoFullCheck
 }
 
 TEST_F(AppUpdateCoordinatorTest, ACheckThatWasDueIsNotBegunAgainAtOnceWhenItIsCancelled) {
-    coordinator->start();
-    load();
+    start();
     ASSERT_TRUE(coordinator->isChecking());
     coordinator->cancelCheck();
     EXPECT_FALSE(coordinator->isChecking());
     load(); // nor by what else looks at the schedule
-    mac.time.advance(24h - 1s);
-    settle();
+    pass(24h - 1s);
     EXPECT_FALSE(coordinator->isChecking());
     mac.time.advance(1s);
     EXPECT_TRUE(coordinator->isChecking());
 }
 
 TEST_F(AppUpdateCoordinatorTest, WhatIsBroughtUpToDateDuringACheckIsCheckedAfterIt) {
-    coordinator->start();
-    load();
-    mac.http.answer(u"feeds"_s, sparkleFeed("101"));
-    settle();
+    start();
+    answerFeed("101");
     add({.name = u"Feed"_s,
          .version = u"2.5"_s,
          .build = u"101"_s,
          .sparkleFeed = u"https://feeds.test/Feed"_s});
     load();
-    mac.http.answer(u"lookup"_s, lookup("1.10"));
-    settle();
-    mac.http.answer(u"feeds"_s, sparkleFeed("101"));
-    settle();
+    answerStore("1.10");
+    answerFeed("101");
     EXPECT_EQ(sketch(), u"2.0 1.10 upToDate -"_s);
 }
 
 TEST_F(AppUpdateCoordinatorTest, ACaskThatIsInstalledMeanwhileHasItsChannelAtOnce) {
     names.removeOne(u"Cask"_s);
-    coordinator->start();
-    load();
+    start();
     mac.tool(brewPath, exited(0, R"({"casks":[]})"));
     answerAll();
     ASSERT_TRUE(coordinator->areChannelsKnown());
@@ -182,8 +160,7 @@ TEST_F(AppUpdateCoordinatorTest, AFailureKeepsWhatWasKnownBesideIt) {
     load();
     check();
     mac.tool(brewPath, exited(0, "garbage"));
-    ASSERT_TRUE(coordinator->check());
-    settle();
+    beginCheck();
     mac.http.answer(u"lookup"_s, HttpResponse{500, lookup("1.10")});
     mac.http.answer(u"feeds"_s, std::unexpected(HttpError::timedOut));
     settle();
@@ -192,29 +169,24 @@ TEST_F(AppUpdateCoordinatorTest, AFailureKeepsWhatWasKnownBesideIt) {
     EXPECT_EQ(coordinator->availableUpdateCount(), 3);
     EXPECT_EQ(coordinator->knownStatuses()[key(u"Cask"_s)], AppUpdateStatus(UpdateAvailable{u"2.0"_s}));
     // A brew that fails owns what it owned also in a later run, which knows it from the record.
-    make();
-    load();
-    ASSERT_TRUE(coordinator->check({.channel = AppUpdateChannelKind::homebrewCask}));
-    settle();
+    restart();
+    beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
     EXPECT_EQ(sketch(), u"failed failed failed -"_s);
     EXPECT_EQ(kindOf(*coordinator->channel(key(u"Cask"_s))), AppUpdateChannelKind::homebrewCask);
     EXPECT_EQ(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
 }
 
 TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
-    coordinator->start();
-    load();
+    start();
     answerAll();
     make();
     add({.name = u"Store"_s, .version = u"1.10"_s, .receipt = true});
     load();
     EXPECT_EQ(sketch(), u"2.0 - 2.5 -"_s);
     EXPECT_EQ(mac.http.waiting(), QStringList()) << "nothing is contacted before the start";
-    coordinator->start();
-    load();
+    start();
     EXPECT_EQ(mac.http.waiting().size(), 1);
-    mac.http.answer(u"lookup"_s, lookup("1.10"));
-    settle();
+    answerStore("1.10");
     EXPECT_EQ(sketch(), u"2.0 upToDate 2.5 -"_s);
 
     // Another checker's fingerprint; an application that has left.
@@ -223,10 +195,8 @@ TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
     const auto asked = mac.commands.commands().size();
     load();
     EXPECT_EQ(mac.commands.commands().size(), asked) << "Spotlight says the same of the same bundle";
-    ASSERT_TRUE(coordinator->check());
-    settle();
-    mac.http.answer(u"lookup"_s, lookup("1.10"));
-    settle();
+    beginCheck();
+    answerStore("1.10");
     coordinator.reset();
     EXPECT_EQ(stored().records.keys(), (QStringList{key(u"Cask"_s), key(u"Feed"_s), key(u"Store"_s)}))
         << "it may only be out of sight";
@@ -234,29 +204,18 @@ TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
 
     names = {u"Cask"_s};
     mac.time.setNow(Instant{mac.time.now().secondsSince2001 + 91.0 * 24 * 60 * 60});
-    make();
-    load();
-    ASSERT_TRUE(coordinator->check());
-    settle();
+    restart();
+    beginCheck();
     coordinator.reset();
     EXPECT_EQ(stored().records.keys(), QStringList{key(u"Cask"_s)});
     EXPECT_EQ(stored().storeItems.keys(), QStringList());
 }
 
 TEST_F(AppUpdateCoordinatorTest, AsksFourAtATimeTheSameIdentifierOnceAndPublishesInBursts) {
-    mac.tool(u"/usr/bin/mdls"_s, [](const Command& command, const std::stop_token&) {
-        const QByteArray name = command.arguments.last().split('/').last();
-        return exited(0, name.startsWith("Twin") ? "99" : name.mid(1, 2));
-    });
-    names = {u"Twin1"_s, u"Twin2"_s};
-    for (int i = 10; i < 19; ++i)
-        names.append(u"S%1"_s.arg(i));
-    for (const QString& name : std::as_const(names))
-        add({.name = name, .version = u"1"_s, .receipt = true});
+    addStoreApps({}, numbered(10, 19) + QStringList{u"Twin1"_s, u"Twin2"_s});
     load();
     published = 0;
-    ASSERT_TRUE(coordinator->check());
-    settle();
+    beginCheck();
     EXPECT_EQ(mac.http.waiting().size(), 4);
     int answered = 0;
     while (mac.http.answer(u"lookup"_s, QByteArray(R"({"results":[{"version":"2"}]})"))) {
@@ -290,16 +249,16 @@ TEST_F(AppUpdateCoordinatorTest, BrewsThatHangHoldUpNothingElse) {
     coordinator->updateApps({app(u"Store"_s), app(u"Feed"_s)});
     mac.settle();
     ASSERT_TRUE(coordinator->check());
-    while (mac.http.waiting().size() < 2) {
-        mac.mailbox.waitAndDrain();
-        mac.time.advance(0ms);
-    }
+    const auto until = [&](const auto& isSo) {
+        while (!isSo()) {
+            mac.mailbox.waitAndDrain();
+            mac.time.advance(0ms);
+        }
+    };
+    until([&] { return mac.http.waiting().size() == 2; });
     mac.http.answer(u"lookup"_s, lookup("1.10"));
     mac.http.answer(u"feeds"_s, sparkleFeed("101"));
-    while (sketch() != u"- 1.10 2.5 -") {
-        mac.mailbox.waitAndDrain();
-        mac.time.advance(0ms);
-    }
+    until([&] { return sketch() == u"- 1.10 2.5 -"; });
     EXPECT_TRUE(coordinator->isChecking()) << "the brew has not answered yet";
     coordinator->cancelCheck();
 }
@@ -308,8 +267,7 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsKnownOfChannelsIsKept) {
     load();
     check();
     const auto asked = mac.commands.commands().size();
-    make();
-    load();
+    restart();
     EXPECT_EQ(coordinator->channel(key(u"Cask"_s)), AppUpdateChannel(HomebrewCaskChannel{u"cask"_s}));
     EXPECT_EQ(coordinator->channel(key(u"Store"_s)), AppUpdateChannel(MacAppStoreChannel{4711}));
     EXPECT_EQ(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
@@ -320,17 +278,12 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsKnownOfChannelsIsKept) {
     AppUpdateCache cache = stored();
     (*cache.owners)[key(u"Cask"_s)].token = u"--force"_s;
     mac.write(AppUpdateStore::defaultPath(mac.machine.places), json::write(json::encode(cache)));
-    make();
-    load();
+    restart();
     EXPECT_NE(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
 }
 
 TEST_F(AppUpdateCoordinatorTest, ASpotlightThatHangsIsWaitedForOnce) {
-    names = {u"Feed"_s};
-    for (int i = 0; i < 12; ++i) {
-        names.append(u"S%1"_s.arg(i));
-        add({.name = names.last(), .version = u"1"_s, .receipt = true});
-    }
+    addStoreApps({u"Feed"_s}, numbered(0, 12));
     mac.tool(u"/usr/bin/mdls"_s, CommandResult{.outcome = CommandResult::Outcome::timedOut});
     load();
     check();
@@ -354,8 +307,7 @@ TEST_F(AppUpdateCoordinatorTest, OfflineIsSaidAndTriedAgainSoon) {
         }
         settle();
     };
-    coordinator->start();
-    load();
+    start();
     fail();
     EXPECT_EQ(sketch(), u"- failed failed -"_s);
     EXPECT_EQ(coordinator->lastCheck(), std::nullopt) << "it could not find anything";
@@ -366,8 +318,7 @@ TEST_F(AppUpdateCoordinatorTest, OfflineIsSaidAndTriedAgainSoon) {
     EXPECT_EQ(summary(), u"2 apps could not be checked. The server could not be reached."_s);
     // After a minute, after five more, and when the network returns.
     for (const auto pause : {60s, 300s}) {
-        mac.time.advance(pause - 1s);
-        settle();
+        pass(pause - 1s);
         EXPECT_FALSE(coordinator->isChecking());
         mac.time.advance(1s);
         EXPECT_TRUE(coordinator->isChecking());
@@ -376,18 +327,16 @@ TEST_F(AppUpdateCoordinatorTest, OfflineIsSaidAndTriedAgainSoon) {
     coordinator->networkReturned();
     EXPECT_TRUE(coordinator->isChecking());
     settle();
-    mac.http.answer(u"lookup"_s, lookup("1.9"));
+    answerStore("1.9");
     mac.http.answer(u"feeds"_s, HttpResponse{503, {}});
     settle();
     mac.time.advance(250ms);
     EXPECT_EQ(summary(), u"Last checked now. No updates found. 1 app could not be checked. The server "
                          "takes no more questions for now."_s);
     // Now only the one that failed is asked for again.
-    mac.time.advance(1min);
-    settle();
+    pass(1min);
     EXPECT_EQ(mac.http.waiting(), QStringList{u"https://feeds.test/Feed"_s});
-    mac.http.answer(u"feeds"_s, sparkleFeed("100"));
-    settle();
+    answerFeed("100");
     mac.time.advance(250ms);
     EXPECT_EQ(summary(), u"Last checked now. No updates found."_s);
     coordinator->networkReturned();
@@ -395,23 +344,14 @@ TEST_F(AppUpdateCoordinatorTest, OfflineIsSaidAndTriedAgainSoon) {
 }
 
 TEST_F(AppUpdateCoordinatorTest, AServerThatThrottlesIsAskedNoMoreForNow) {
-    mac.tool(u"/usr/bin/mdls"_s, [](const Command& command, const std::stop_token&) {
-        return exited(0, command.arguments.last().split('/').last().mid(1, 2));
-    });
-    names = {u"Feed"_s};
-    for (int i = 10; i < 40; ++i) {
-        names.append(u"S%1"_s.arg(i));
-        add({.name = names.last(), .version = u"1"_s, .receipt = true});
-    }
+    addStoreApps({u"Feed"_s}, numbered(10, 40));
     load();
-    ASSERT_TRUE(coordinator->check());
-    settle();
+    beginCheck();
     mac.http.answer(u"lookup"_s, HttpResponse{403, {}});
     settle();
     while (mac.http.answer(u"lookup"_s, QByteArray(R"({"results":[{"version":"1"}]})")))
         settle();
-    mac.http.answer(u"feeds"_s, sparkleFeed("101"));
-    settle();
+    answerFeed("101");
     EXPECT_FALSE(coordinator->isChecking());
     EXPECT_EQ(mac.http.requests.size(), 5) << "four of the store, and one of another server";
     EXPECT_EQ(coordinator->tally().failed, 27);
@@ -423,10 +363,8 @@ TEST_F(AppUpdateCoordinatorTest, AFailingBrewIsNotSilence) {
     names = {u"Cask"_s};
     mac.tool(brewPath, exited(1, {}, "Error: Permission denied\n"));
     load();
-    ASSERT_TRUE(coordinator->check());
-    settle();
-    mac.http.answer(u"feeds"_s, sparkleFeed("100"));
-    settle();
+    beginCheck();
+    answerFeed("100");
     ASSERT_EQ(coordinator->problems().size(), 1);
     EXPECT_EQ(message(coordinator->problems().first().reason),
               u"Homebrew reported an error. Error: Permission denied."_s);
@@ -439,8 +377,7 @@ TEST_F(AppUpdateCoordinatorTest, AFailingBrewIsNotSilence) {
     coordinator->start();
     const auto asked = mac.http.requests.size();
     for (const auto pause : {1min, 5min}) {
-        mac.time.advance(pause);
-        settle();
+        pass(pause);
         EXPECT_FALSE(coordinator->isChecking());
     }
     EXPECT_EQ(brewRuns("info"), 3);
@@ -448,8 +385,7 @@ TEST_F(AppUpdateCoordinatorTest, AFailingBrewIsNotSilence) {
 
     // When it lists its casks, but not which are outdated, they are its own and have failed.
     brewBut("outdated", exited(1, {}, "Error: no network"));
-    ASSERT_TRUE(coordinator->check());
-    settle();
+    beginCheck();
     EXPECT_EQ(sketch(), u"failed - - -"_s);
     EXPECT_EQ(coordinator->reason(key(u"Cask"_s))->detail, u"Error: no network"_s);
 }
@@ -468,16 +404,13 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsSkippedOrPinnedIsNoUpdate) {
 
     brewBut("outdated",
             exited(0, R"({"casks":[{"name":"cask","current_version":"2.0","pinned":true}]})"));
-    ASSERT_TRUE(coordinator->check());
-    settle();
-    mac.http.answer(u"lookup"_s, lookup("1.11")); // another version than the one that is skipped
-    mac.http.answer(u"feeds"_s, sparkleFeed("102"));
-    settle();
+    beginCheck();
+    answerStore("1.11"); // another version than the one that is skipped
+    answerFeed("102");
     mac.time.advance(1s);
     EXPECT_EQ(coordinator->availableUpdateCount(), 1);
     EXPECT_EQ(coordinator->tally().held, 2);
-    make();
-    load();
+    restart();
     EXPECT_TRUE(coordinator->isHeld(key(u"Feed"_s))) << "as the file says";
     coordinator->changeKeys({{key(u"Feed"_s), u"other"_s}, {u"nobody"_s, key(u"Cask"_s)}});
     EXPECT_EQ(coordinator->skipped(u"other"_s), AppUpdateCache::everyVersion);
@@ -491,16 +424,12 @@ TEST_F(AppUpdateCoordinatorTest, TriesToSaveAgainAtTheNextResult) {
     const QString path = AppUpdateStore::defaultPath(mac.machine.places);
     mac.makeFolder(FileSystem::joined(path, u"in the way"_s));
     load();
-    ASSERT_TRUE(coordinator->check({.channel = AppUpdateChannelKind::homebrewCask}));
-    settle();
-    mac.time.advance(1s);
-    settle();
+    beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
+    pass(1s);
     EXPECT_EQ(mac.log.lines().size(), 1);
     mac.remove(path);
-    ASSERT_TRUE(coordinator->check({.channel = AppUpdateChannelKind::homebrewCask}));
-    settle();
-    mac.time.advance(1s);
-    settle();
+    beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
+    pass(1s);
     EXPECT_EQ(stored().records.keys(), QStringList{key(u"Cask"_s)});
 }
 

@@ -34,8 +34,7 @@ TEST_F(AppUpdateRunnerTest, RunsOneUpdateAtATimeAfterAskingAndChecksAgain) {
     add({.name = u"Cask"_s, .version = u"2.0"_s, .build = u"200"_s});
     brew({});
     mac.commands.holdStarted(false);
-    mac.time.advance(AppUpdateRunner::pollInterval);
-    settle();
+    pass(AppUpdateRunner::pollInterval);
     EXPECT_EQ(state(u"Cask"_s), (AppUpdateActionState{AppUpdateActionState::Kind::succeeded,
                                                       u"Updated to version 2.0."_s}));
     EXPECT_THAT(phases, testing::Contains(u"verifying"_s));
@@ -110,16 +109,14 @@ TEST_F(AppUpdateRunnerTest, AnUpdateThatRunsIsSeenToRunAndMayBeCancelled) {
           {"==> Upgrading cask\n"_ba, u"installing"_s},
           {"Password:"_ba, u"password"_s}}) {
         mac.commands.say(log, words);
-        mac.time.advance(AppUpdateRunner::pollInterval);
-        settle();
+        pass(AppUpdateRunner::pollInterval);
         EXPECT_EQ(phases.last(), phase);
     }
     EXPECT_EQ(state(u"Cask"_s).detail, u"Password:"_s);
     // A night's sleep is no time in which it ran.
     mac.time.setNow(mac.time.now() + 9h);
     for (int i = 0; i < 3; ++i) {
-        mac.time.advance(AppUpdateRunner::pollInterval);
-        settle();
+        pass(AppUpdateRunner::pollInterval);
     }
     EXPECT_TRUE(mac.commands.terminated().isEmpty());
     EXPECT_TRUE(coordinator->runner().isBusy());
@@ -139,8 +136,7 @@ TEST_F(AppUpdateRunnerTest, AnUpdateOutlivesTheLauncherAndIsTakenUp) {
     settle();
     make(); // the launcher ends, and is started again
     EXPECT_EQ(mac.commands.terminated().size(), 0);
-    coordinator->start();
-    load();
+    start();
     EXPECT_EQ(coordinator->runner().activeAppKey(), key(u"Cask"_s));
     EXPECT_FALSE(update({u"Store"_s}));
     make(); // and once more; meanwhile it comes through
@@ -151,8 +147,7 @@ TEST_F(AppUpdateRunnerTest, AnUpdateOutlivesTheLauncherAndIsTakenUp) {
     EXPECT_FALSE(coordinator->runner().isBusy()) << "nothing is begun before the start";
     coordinator->start();
     settle();
-    mac.time.advance(AppUpdateRunner::pollInterval);
-    settle();
+    pass(AppUpdateRunner::pollInterval);
     EXPECT_EQ(state(u"Cask"_s).message, u"Updated to version 2.0."_s);
     const QString journal = mac.machine.places.applicationFolder() + u"/app-update-run.json"_s;
     EXPECT_FALSE(mac.exists(journal));
@@ -166,8 +161,7 @@ TEST_F(AppUpdateRunnerTest, AnUpdateOutlivesTheLauncherAndIsTakenUp) {
                                                              .installedVersion = u"2.0"_s,
                                                              .installedBuild = u"200"_s})));
     make();
-    coordinator->start();
-    load();
+    start();
     EXPECT_EQ(state(u"Cask"_s).message, u"The app could not be updated."_s);
 }
 

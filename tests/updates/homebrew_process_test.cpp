@@ -1,18 +1,6 @@
 // Brews that misbehave, as real processes.
 
-#include "updates/app_update_coordinator.h"
-
-#include "sample/mac_builder.h"
-#include "tests/support/altered_machine.h"
-#include "tests/support/items.h"
-#include "tests/support/printers.h"
-#include "tests/support/test_machine.h"
-
-#include <QDeadlineTimer>
-
-#include <gtest/gtest.h>
-
-#include <sys/stat.h>
+#include "updates_fixture.h"
 
 namespace tessellar {
 namespace {
@@ -22,29 +10,6 @@ using namespace Qt::Literals::StringLiterals;
 
 const QString badBrew = u"/opt/homebrew/bin/brew"_s;
 const QString goodBrew = u"/usr/local/bin/brew"_s;
-
-/// Runs commands as they are, with less patience.
-class Impatient final : public CommandRunner {
-public:
-    CommandResult run(const Command& command, std::stop_token stop) override {
-        Command shorter = command;
-        shorter.timeout = 1'500ms;
-        shorter.terminationGrace = shorter.finalGrace = 100ms;
-        return _runner.run(shorter, std::move(stop));
-    }
-    std::expected<std::int64_t, int> start(const Command& command, const QByteArray& file) override {
-        return _runner.start(command, file);
-    }
-    DetachedState poll(std::int64_t number, const QByteArray& file) override {
-        return _runner.poll(number, file);
-    }
-    void terminate(std::int64_t number, const QByteArray& file, bool now) override {
-        _runner.terminate(number, file, now);
-    }
-
-private:
-    ProcessRunner _runner;
-};
 
 /// Two brews, each with a cask of its own: one that does well, and one that does what a test says.
 class HomebrewProcessTest : public testing::Test {
@@ -64,10 +29,14 @@ protected:
         mac.write(AppUpdateStore::defaultPath(mac.machine.places), json::write(json::encode(cache)));
     }
 
+    /// It is run as it is, with less patience.
     void script(const QString& path, const QByteArray& body) {
+        mac.tool(path, [](Command command, std::stop_token stop) {
+            command.timeout = 1'500ms;
+            command.terminationGrace = command.finalGrace = 100ms;
+            return ProcessRunner().run(command, std::move(stop));
+        });
         mac.write(path, "#!/bin/sh\n" + body);
-        QFile::setPermissions(mac.hostPath(path),
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     static QByteArray answers(const QByteArray& name) {
         return R"(if [ "$1" = outdated ]; then
@@ -80,7 +49,7 @@ fi
 
     /// One check of both, to its end; "FIRST/SECOND".
     QString check() {
-        AppUpdateCoordinator coordinator(machine);
+        AppUpdateCoordinator coordinator(mac.machine);
         coordinator.updateApps({test::app(u"Good"_s), test::app(u"Bad"_s)});
         bool isOver = false;
         EXPECT_TRUE(coordinator.check({.channel = AppUpdateChannelKind::homebrewCask},
@@ -91,21 +60,12 @@ fi
             return isOver;
         });
         QStringList parts;
-        for (const auto& key : {u"org.example.bad"_s, u"org.example.good"_s}) {
-            const auto record = coordinator.record(key);
-            const auto* update = record ? std::get_if<UpdateAvailable>(&record->status) : nullptr;
-            parts +=
-                update ? update->latestVersion
-                : record
-                    ? QString::fromLatin1(json::Cases<AppUpdateStatus>::names[record->status.index()])
-                    : u"-"_s;
-        }
+        for (const auto& key : {u"org.example.bad"_s, u"org.example.good"_s})
+            parts += test::sketch(coordinator.record(key));
         return parts.join(u'/');
     }
 
     test::TestMachine mac;
-    Impatient commands;
-    Machine machine = test::altered(mac.machine, {.commands = &commands});
 };
 
 TEST_F(HomebrewProcessTest, WhatAnswersIsBelievedWhateverElseItDoes) {
@@ -132,59 +92,6 @@ TEST_F(HomebrewProcessTest, WhatFailsCostsItsOwnApplicationsAlone) {
              "if [ $1 = info ]; then sleep 60; fi\n" + answers("Bad"),
          })
         EXPECT_EQ((script(badBrew, body), check()), u"failed/2.0"_s) << body.toStdString();
-}
-
-TEST_F(HomebrewProcessTest, AnUpgradeOutlivesTheLauncher) {
-    // It downloads until the gate opens, and installs then.
-    const QString info = u"/Applications/Bad.app/Contents/Info.plist"_s;
-    const QString gate = u"/opt/homebrew/gate"_s;
-    mac.write(u"/opt/homebrew/new.plist"_s, mac.read(info).replace(">1.0<", ">2.0<"));
-    ASSERT_EQ(::mkfifo(mac.hostPath(gate).toUtf8().constData(), 0600), 0);
-    script(badBrew, R"(if [ "$1" = upgrade ]; then
-    echo '==> Downloading bad.zip'
-    read line <"GATE"
-    cp "NEW" "INFO"
-    exit 0
-fi
-)"_ba.replace("GATE", mac.hostPath(gate).toUtf8())
-                            .replace("NEW", mac.hostPath(u"/opt/homebrew/new.plist"_s).toUtf8())
-                            .replace("INFO", mac.hostPath(info).toUtf8()) +
-                        answers("Bad"));
-    const QString bad = u"org.example.bad"_s;
-    using Phase = AppUpdateActionState::Phase;
-    const auto until = [&](AppUpdateCoordinator& updates, const auto& isSo) {
-        QDeadlineTimer end(20s);
-        while (!isSo() && !end.hasExpired()) {
-            mac.settle();
-            mac.time.advance(AppUpdateRunner::pollInterval);
-        }
-        EXPECT_TRUE(isSo());
-        return updates.runner().state(bad).value_or(AppUpdateActionState());
-    };
-    {
-        AppUpdateCoordinator first(machine);
-        first.updateApps({test::app(u"Good"_s), test::app(u"Bad"_s)});
-        bool isKnown = false;
-        first.learnChannels([&] { isKnown = true; });
-        until(first, [&] { return isKnown; });
-        EXPECT_TRUE(first.runner().update(
-            {bad}, [](const AppUpdateQuestion&, const auto& answer) { answer(true); }));
-        until(first, [&] { return first.runner().state(bad)->phase == Phase::downloading; });
-    }
-    AppUpdateCoordinator second(machine);
-    second.start();
-    second.updateApps({test::app(u"Good"_s), test::app(u"Bad"_s)});
-    until(second, [&] {
-        const auto state = second.runner().state(bad);
-        return state && state->phase == Phase::downloading;
-    });
-    {
-        QFile opened(mac.hostPath(gate));
-        ASSERT_TRUE(opened.open(QIODevice::WriteOnly));
-        opened.write("go\n");
-    }
-    EXPECT_EQ(until(second, [&] { return !second.runner().isBusy(); }).message,
-              u"Updated to version 2.0."_s);
 }
 
 TEST_F(HomebrewProcessTest, ListingsGetTheirTimeAndBothPeriodsOfGrace) {

@@ -17,6 +17,15 @@ using namespace Qt::Literals::StringLiterals;
 
 inline const QString brewPath = u"/opt/homebrew/bin/brew"_s;
 
+/// The newer version that a record tells of, or its status, "-" for none.
+inline QString sketch(const std::optional<AppUpdateRecord>& record) {
+    if (!record)
+        return u"-"_s;
+    const auto* update = std::get_if<UpdateAvailable>(&record->status);
+    return update ? update->latestVersion
+                  : QString::fromLatin1(json::Cases<AppUpdateStatus>::names[record->status.index()]);
+}
+
 /// A Mac with one application of each channel: Cask, Store, Feed, and Plain of none.
 class UpdatesFixture : public testing::Test {
 protected:
@@ -73,6 +82,23 @@ protected:
         EXPECT_EQ(builder.failure(), std::nullopt);
     }
 
+    /// Has applications of the store, as the only ones beside those that are named, whose items have
+    /// the numbers of their names: S10, S11, and so on; or the number 99, which twins share.
+    void addStoreApps(const QStringList& others, const QStringList& apps) {
+        names = others + apps;
+        for (const QString& name : apps)
+            add({.name = name, .version = u"1"_s, .receipt = true});
+        mac.tool(u"/usr/bin/mdls"_s, [](const Command& command, const std::stop_token&) {
+            const QByteArray name = command.arguments.last().split('/').last();
+            return exited(0, name.startsWith("Twin") ? "99" : name.mid(1, 2));
+        });
+    }
+    static QStringList numbered(int from, int end) {
+        QStringList result;
+        for (int i = from; i < end; ++i)
+            result.append(u"S%1"_s.arg(i));
+        return result;
+    }
     void brew(const QByteArray& newer) { mac.tool(brewPath, brewOfOneCask(newer)); }
     /// A brew of a newer version that gives another answer to one of its commands.
     void brewBut(const QByteArray& word, const CommandResult& answer) {
@@ -102,37 +128,59 @@ protected:
         settle();
     }
 
+    /// What it does at its start, and what the scan then brings.
+    void start() {
+        coordinator->start();
+        load();
+    }
+    /// Another run, which knows of applications, but has not started.
+    void restart() {
+        make();
+        load();
+    }
+    void set(const QString& setting, const QJsonValue& value) {
+        (void)mac.settings.set(setting, value);
+        coordinator->settingsChanged();
+    }
+    void pass(std::chrono::milliseconds time) {
+        mac.time.advance(time);
+        settle();
+    }
+
     static QByteArray lookup(const QByteArray& version) {
         return R"({"results":[{"bundleId":"org.example.store","version":")" + version + R"("}]})";
+    }
+    void answerStore(const QByteArray& version) {
+        mac.http.answer(u"lookup"_s, lookup(version));
+        settle();
+    }
+    void answerFeed(const QByteArray& build) {
+        mac.http.answer(u"feeds"_s, sparkleFeed(build));
+        settle();
     }
     /// Answers what a check asks for: 1.10 of the store, 2.5 of the feed.
     void answerAll() {
         settle();
-        mac.http.answer(u"lookup"_s, lookup("1.10"));
-        mac.http.answer(u"feeds"_s, sparkleFeed("101"));
-        settle();
+        answerStore("1.10");
+        answerFeed("101");
     }
 
+    /// A check, as far as it comes without a server.
+    void beginCheck(const AppUpdateCheckRequest& request = {}) {
+        ASSERT_TRUE(coordinator->check(request));
+        settle();
+    }
     /// A full check to its end.
     void check() {
-        ASSERT_TRUE(coordinator->check());
+        beginCheck();
         answerAll();
     }
 
     /// What is known of the four, in the order of their channels.
     QString sketch() const {
         QStringList parts;
-        for (const auto& name : {u"Cask"_s, u"Store"_s, u"Feed"_s, u"Plain"_s}) {
-            const auto record = coordinator->record(key(name));
-            if (!record) {
-                parts.append(u"-"_s);
-                continue;
-            }
-            const auto* update = std::get_if<UpdateAvailable>(&record->status);
-            parts.append(update ? update->latestVersion
-                                : QString::fromLatin1(
-                                      json::Cases<AppUpdateStatus>::names[record->status.index()]));
-        }
+        for (const auto& name : {u"Cask"_s, u"Store"_s, u"Feed"_s, u"Plain"_s})
+            parts.append(test::sketch(coordinator->record(key(name))));
         return parts.join(u' ');
     }
     static QString key(const QString& name) { return u"org.example."_s + name.toLower(); }
