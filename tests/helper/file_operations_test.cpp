@@ -49,27 +49,21 @@ protected:
 
 TEST_F(FileOperationsTest, MovesToTheTrashAndRestoresWhatItTook) {
     mac.write(trash + u"/com.acme.plist"_s, "older");
-    const auto moved = perform(Kind::moveToTrash, item(daemon));
-    ASSERT_EQ(moved.status, Status::moved) << moved.message.value_or(QString()).toStdString();
-    EXPECT_EQ(moved.destination, trash + u"/com.acme 2.plist"_s);
-    EXPECT_EQ(mac.read(*moved.destination), "daemon");
+    const QString moved = trashed(daemon);
+    EXPECT_EQ(moved, trash + u"/com.acme 2.plist"_s);
+    EXPECT_EQ(mac.read(moved), "daemon");
 
     // To another place, by another user, or over something else: no.
-    PrivilegedFileOperationItem back{.source = *moved.destination, .destination = daemon};
-    auto elsewhere = back;
-    elsewhere.destination = u"/Library/LaunchDaemons/evil.plist"_s;
-    EXPECT_EQ(perform(Kind::restoreFromTrash, elsewhere).status, Status::failed);
+    const PrivilegedFileOperationItem back{.source = moved, .destination = daemon};
+    EXPECT_EQ(restore(moved, u"/Library/LaunchDaemons/evil.plist"_s), Status::failed);
     const HelperClient other{client.user + 1, client.trashFolders};
     EXPECT_EQ(operations.perform({.operation = Kind::restoreFromTrash, .items = {back}}, other)
                   .first()
                   .status,
               Status::failed);
-    EXPECT_EQ(
-        perform(Kind::restoreFromTrash, {.source = trash + u"/com.acme.plist"_s, .destination = daemon})
-            .status,
-        Status::failed);
+    EXPECT_EQ(restore(trash + u"/com.acme.plist"_s, daemon), Status::failed);
     mac.write(daemon, "in the way");
-    EXPECT_EQ(perform(Kind::restoreFromTrash, back).status, Status::failed);
+    EXPECT_EQ(restore(moved, daemon), Status::failed);
     EXPECT_EQ(mac.read(daemon), "in the way");
 
     mac.remove(daemon);
@@ -79,12 +73,11 @@ TEST_F(FileOperationsTest, MovesToTheTrashAndRestoresWhatItTook) {
         again.perform({.operation = Kind::restoreFromTrash, .items = {back}}, client).first().status,
         Status::moved);
     EXPECT_EQ(mac.read(daemon), "daemon");
-    EXPECT_EQ(perform(Kind::restoreFromTrash, back).status, Status::failed); // once
+    EXPECT_EQ(restore(moved, daemon), Status::failed); // once
 }
 
 TEST_F(FileOperationsTest, RestoresAfterARestartThatNumberedTheVolumesAnewAndARenameInTheTrash) {
-    const auto moved = perform(Kind::moveToTrash, item(daemon));
-    ASSERT_EQ(moved.status, Status::moved);
+    const QString moved = trashed(daemon);
     {
         auto journal = MoveJournal::open(state.path().toUtf8());
         ASSERT_TRUE(journal && journal->records().size() == 1);
@@ -93,9 +86,8 @@ TEST_F(FileOperationsTest, RestoresAfterARestartThatNumberedTheVolumesAnewAndARe
         ASSERT_TRUE(journal->append({record}));
     }
     const QString renamed = trash + u"/renamed"_s;
-    ASSERT_TRUE(mac.files.move(*moved.destination, renamed));
-    EXPECT_EQ(perform(Kind::restoreFromTrash, {.source = renamed, .destination = daemon}).status,
-              Status::moved);
+    ASSERT_TRUE(mac.files.move(moved, renamed));
+    EXPECT_EQ(restore(renamed, daemon), Status::moved);
     EXPECT_EQ(mac.read(daemon), "daemon");
 }
 
@@ -105,25 +97,21 @@ TEST_F(FileOperationsTest, RecordsAreAppendedAndOutliveCutAndUnreadableLines) {
         QFile file(journal);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
-    const auto moved = perform(Kind::moveToTrash, item(daemon));
-    ASSERT_EQ(moved.status, Status::moved);
+    const QString moved = trashed(daemon);
     const QByteArray first = bytes();
     QFile file(journal);
     ASSERT_TRUE(file.open(QIODevice::Append) && file.write("rubbish\n{\"id\":\"9") > 0);
     file.close();
     const QString other = u"/Library/LaunchDaemons/com.acme.other.plist"_s;
     mac.write(other, "other");
-    ASSERT_EQ(perform(Kind::moveToTrash, item(other)).status, Status::moved);
+    (void)trashed(other);
     EXPECT_TRUE(bytes().startsWith(first + "rubbish\n{"));
-    EXPECT_EQ(
-        perform(Kind::restoreFromTrash, {.source = *moved.destination, .destination = daemon}).status,
-        Status::moved);
+    EXPECT_EQ(restore(moved, daemon), Status::moved);
     EXPECT_EQ(bytes().count("rubbish"), 1);
 }
 
 TEST_F(FileOperationsTest, ForgetsOnlyWhatHasLeftTheTrash) {
-    const auto moved = perform(Kind::moveToTrash, item(daemon));
-    ASSERT_EQ(moved.status, Status::moved);
+    const QString moved = trashed(daemon);
     {
         auto journal = MoveJournal::open(state.path().toUtf8());
         ASSERT_TRUE(journal);
@@ -144,9 +132,7 @@ TEST_F(FileOperationsTest, ForgetsOnlyWhatHasLeftTheTrash) {
     ASSERT_TRUE(mac.files.move(aside, trash));
     operations.settle();
     EXPECT_EQ(MoveJournal::open(state.path().toUtf8())->records().size(), 1);
-    EXPECT_EQ(
-        perform(Kind::restoreFromTrash, {.source = *moved.destination, .destination = daemon}).status,
-        Status::moved);
+    EXPECT_EQ(restore(moved, daemon), Status::moved);
 }
 
 TEST_F(FileOperationsTest, LongNamesAreCutBetweenCharacters) {
@@ -154,9 +140,7 @@ TEST_F(FileOperationsTest, LongNamesAreCutBetweenCharacters) {
     const QString path = u"/Library/LaunchDaemons/"_s + name;
     for (int i = 0; i < 2; ++i) {
         mac.write(path, QByteArray::number(i));
-        const auto moved = perform(Kind::moveToTrash, item(path));
-        ASSERT_EQ(moved.status, Status::moved) << moved.message.value_or(QString()).toStdString();
-        EXPECT_EQ(mac.read(*moved.destination), QByteArray::number(i));
+        EXPECT_EQ(mac.read(trashed(path)), QByteArray::number(i));
     }
     // A family is one character.
     const QByteArray family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
@@ -169,14 +153,11 @@ TEST_F(FileOperationsTest, LongNamesAreCutBetweenCharacters) {
 }
 
 TEST_F(FileOperationsTest, AnExchangedFileInTheTrashDoesNotComeBack) {
-    const auto moved = perform(Kind::moveToTrash, item(daemon));
-    ASSERT_EQ(moved.status, Status::moved);
-    mac.remove(*moved.destination);
-    mac.write(*moved.destination, "evil"); // perhaps under the same inode
-    ::chmod(mac.hostPath(*moved.destination).toUtf8().constData(), 04755);
-    EXPECT_EQ(
-        perform(Kind::restoreFromTrash, {.source = *moved.destination, .destination = daemon}).status,
-        Status::failed);
+    const QString moved = trashed(daemon);
+    mac.remove(moved);
+    mac.write(moved, "evil"); // perhaps under the same inode
+    ::chmod(mac.hostPath(moved).toUtf8().constData(), 04755);
+    EXPECT_EQ(restore(moved, daemon), Status::failed);
     EXPECT_FALSE(mac.exists(daemon));
 }
 
@@ -208,14 +189,16 @@ TEST_F(FileOperationsTest, TouchesOnlyWhatWasApprovedAndWhereItLies) {
 }
 
 TEST_F(FileOperationsTest, RefusesATrashOfSomeoneElseAndAJournalThatItCannotRead) {
-    client.user = ::getuid() + 1;
-    EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).message, u"Your Trash could not be opened."_s);
-    client.user = ::getuid();
-    client.trashFolders = {u"/Users/ada/../../etc"_s, u"/none"_s};
-    EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).message, u"Your Trash could not be opened."_s);
     mac.link(u"/Users/ada/Linked"_s, u"/Users/ada/.Trash"_s);
-    client.trashFolders = {u"/Users/ada/Linked"_s};
-    EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).message, u"Your Trash could not be opened."_s);
+    const QList<HelperClient> others{{client.user + 1, {trash}},
+                                     {client.user, {u"/Users/ada/../../etc"_s, u"/none"_s}},
+                                     {client.user, {u"/Users/ada/Linked"_s}}};
+    for (const HelperClient& other : others) {
+        client = other;
+        EXPECT_EQ(perform(Kind::moveToTrash, item(daemon)).message,
+                  u"Your Trash could not be opened."_s);
+    }
+    client.user = ::getuid();
     client.trashFolders = {trash};
     QFile::remove(state.path() + u"/moves.journal"_s);
     ASSERT_TRUE(QDir(state.path()).mkdir(u"moves.journal"_s));
@@ -240,13 +223,6 @@ TEST_F(FileOperationsTest, RemovesTreesWithoutFollowingTheirLinks) {
     mac.link(tree + u"/a/link"_s, u"/keep"_s);
     for (int i = 0; i < 50; ++i)
         mac.write(tree + u"/%1/b/c/file"_s.arg(i), "x");
-    QByteArray deep = mac.hostPath(tree).toUtf8();
-    ASSERT_EQ(::chdir(deep.constData()), 0);
-    for (int i = 0; i < 500; ++i) {
-        ASSERT_EQ(::mkdir("d", 0700), 0);
-        ASSERT_EQ(::chdir("d"), 0);
-    }
-    ASSERT_EQ(::chdir("/"), 0);
     const auto removed = perform(Kind::remove, item(tree));
     EXPECT_EQ(removed.status, Status::removed) << removed.message.value_or(QString()).toStdString();
     EXPECT_FALSE(mac.exists(tree));

@@ -35,6 +35,20 @@ protected:
         ::waitpid(child, &status, 0);
         return WIFEXITED(status) ? WEXITSTATUS(status) : 98;
     }
+    /// Another helper does it, and is killed once it has come far enough.
+    void performAndKill(Kind kind, const QList<PrivilegedFileOperationItem>& items,
+                        const std::function<bool()>& isEnough) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            FileOperations working(mac.root.path().toUtf8(), state.path().toUtf8());
+            (void)working.perform({.operation = kind, .items = items}, client);
+            ::_exit(0);
+        }
+        while (!isEnough() && ::waitpid(child, nullptr, WNOHANG) == 0) {
+        }
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+    }
 };
 
 TEST_F(HardConditions, KilledAtAnyMomentNothingIsLostAndAllCanComeBack) {
@@ -49,18 +63,9 @@ TEST_F(HardConditions, KilledAtAnyMomentNothingIsLostAndAllCanComeBack) {
         QList<PrivilegedFileOperationItem> items;
         for (const QString& source : std::as_const(sources))
             items.append(item(source));
-        const pid_t child = ::fork();
-        if (child == 0) {
-            FileOperations working(mac.root.path().toUtf8(), state.path().toUtf8());
-            (void)working.perform({.operation = Kind::moveToTrash, .items = items}, client);
-            ::_exit(0);
-        }
         // Killed when so many of them lie in the Trash, each round at another one.
         const auto moved = [&] { return mac.names(trash).size(); };
-        while (moved() < round * 15 && ::waitpid(child, nullptr, WNOHANG) == 0) {
-        }
-        ::kill(child, SIGKILL);
-        ::waitpid(child, nullptr, 0);
+        performAndKill(Kind::moveToTrash, items, [&] { return moved() >= round * 15; });
         partly += moved() > 0 && moved() < count ? 1 : 0;
 
         // The next one works with what is there: it knows all that lies in the Trash.
@@ -82,19 +87,9 @@ TEST_F(HardConditions, KilledAtAnyMomentNothingIsLostAndAllCanComeBack) {
 TEST_F(HardConditions, AKilledRemovalIsFinishedByTheNextStart) {
     for (int i = 0; i < 600; ++i)
         mac.write(folder + u"Tree/%1/%2"_s.arg(i % 30).arg(i), "x");
-    const auto asked = item(folder + u"Tree"_s);
     const QString staged = u"/Library/.com.tessellar.app.removal-helper/1"_s;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        FileOperations working(mac.root.path().toUtf8(), state.path().toUtf8());
-        (void)working.perform({.operation = Kind::remove, .items = {asked}}, client);
-        ::_exit(0);
-    }
-    while ((mac.exists(folder + u"Tree"_s) || mac.names(staged).size() > 15) &&
-           ::waitpid(child, nullptr, WNOHANG) == 0) {
-    }
-    ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
+    performAndKill(Kind::remove, {item(folder + u"Tree"_s)},
+                   [&] { return !mac.exists(folder + u"Tree"_s) && mac.names(staged).size() <= 15; });
     operations.settle();
     EXPECT_FALSE(mac.exists(folder + u"Tree"_s));
     EXPECT_FALSE(mac.exists(staged));

@@ -4,6 +4,8 @@
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
+#include <gmock/gmock.h>
+
 #include <unistd.h>
 
 namespace tessellar::test {
@@ -28,6 +30,18 @@ struct HelperMac {
     PrivilegedFileOperationOutcome perform(PrivilegedFileOperationKind kind,
                                            const PrivilegedFileOperationItem& item) {
         return operations.perform({.operation = kind, .items = {item}}, client).first();
+    }
+    /// Moves it to the Trash, and gives its place there.
+    QString trashed(const QString& path) {
+        const auto moved = perform(PrivilegedFileOperationKind::moveToTrash, item(path));
+        EXPECT_EQ(moved.status, PrivilegedFileOutcomeStatus::moved)
+            << moved.message.value_or(QString()).toStdString();
+        return moved.destination.value_or(QString());
+    }
+    PrivilegedFileOutcomeStatus restore(const QString& from, const QString& to) {
+        return perform(PrivilegedFileOperationKind::restoreFromTrash,
+                       {.source = from, .destination = to})
+            .status;
     }
 };
 

@@ -53,6 +53,10 @@ protected:
     FakeCheck check;
     RequestHandler handler{operations, check, [this](std::uint32_t) { return std::optional(client); }};
     QByteArray socketPath = state.path().toUtf8() + "/helper.socket";
+    LocalSocketTransport transport{socketPath, ::getuid()};
+    PeerAuthorization authorization;
+    PrivilegedHelperCoordinator coordinator{
+        {.transport = transport, .authorization = authorization, .uuids = mac.uuids, .log = mac.log}};
     std::atomic<int> nonces = 0;
     HelperServer server{handler,
                         [this] { return "nonce" + QByteArray::number(++nonces); },
@@ -147,10 +151,6 @@ TEST_F(HelperServerTest, ServesOverItsSocketAndOutlivesBadPeers) {
         EXPECT_TRUE(reply && reply->contains("malformed"));
     }
 
-    LocalSocketTransport transport(socketPath, ::getuid());
-    PeerAuthorization authorization;
-    PrivilegedHelperCoordinator coordinator(
-        {.transport = transport, .authorization = authorization, .uuids = mac.uuids, .log = mac.log});
     EXPECT_TRUE(coordinator.healthCheck({}));
     EXPECT_TRUE(check.asked.isEmpty());
     const auto moved =
@@ -178,10 +178,6 @@ TEST_F(HelperServerTest, AWordOfThePeerEndsAPromptAndNothingIsMoved) {
         std::unique_lock lock(mutex);
         std::condition_variable_any().wait(lock, enough, [] { return false; });
     };
-    LocalSocketTransport transport(socketPath, ::getuid());
-    PeerAuthorization authorization;
-    PrivilegedHelperCoordinator coordinator(
-        {.transport = transport, .authorization = authorization, .uuids = mac.uuids, .log = mac.log});
     const auto outcome =
         coordinator.moveToTrash({{.path = daemon, .identity = identity(daemon)}}, stop.get_token())
             .first();

@@ -1,8 +1,6 @@
-// Someone who owns the folders around an item exchanges files under the helper's hands: at every single
-// system call of it, and as fast as another thread can. Beside the helper stands a mover that looks,
-// renames, looks again and puts back; it loses, which shows that the attacks are real.
-//
-// TESSELLAR_RACE_ROUNDS sets how many rounds the threads race.
+// Someone who owns the folders around an item exchanges files, or the folder itself, under the helper's
+// hands, at every single system call of it. Beside the helper stands a mover that looks, renames, looks
+// again and puts back; it loses, which shows that the attacks are real.
 
 #include "tests/helper/helper_fixture.h"
 #include "tests/helper/system_call_steps.h"
@@ -15,9 +13,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-
-#include <atomic>
-#include <thread>
 
 namespace tessellar {
 namespace {
@@ -120,12 +115,14 @@ struct Harm {
     int lost = 0;    ///< the item is nowhere
 };
 
-/// The attack in lock-step: at one call the item is exchanged for the stranger and from then on every
-/// name that it frees is occupied; some calls later the two are exchanged back.
-Harm attackEveryCall(Arena& arena, bool isReturning, bool isByHelper) {
+/// At one call the item, or the folder that holds it, is exchanged for a stranger, and from then on
+/// every name that it frees is occupied; some calls later the two are exchanged back.
+Harm attackEveryCall(Arena& arena, bool isReturning, bool swapsFolders, bool isByHelper) {
     const fs::path from = isReturning ? arena.trashed : arena.place;
     const fs::path to = isReturning ? arena.place : arena.trashed;
-    const fs::path stranger = from.parent_path() / "stranger";
+    const fs::path otherFolder = from.parent_path().parent_path() / "Other";
+    const fs::path one = swapsFolders ? from.parent_path() : from;
+    const fs::path other = swapsFolders ? otherFolder : from.parent_path() / "stranger";
     Harm harm;
     int calls = 1;
     for (int back = 0; back <= 2; ++back)
@@ -134,6 +131,11 @@ Harm attackEveryCall(Arena& arena, bool isReturning, bool isByHelper) {
             arena.approved = arena.identity();
             if (isReturning && arena.perform(Kind::moveToTrash) != Status::moved)
                 return {};
+            if (swapsFolders) {
+                fs::create_directories(otherFolder);
+                test::writeFile(otherFolder / "item", "a stranger");
+            }
+            const int strangers = arena.count("a stranger", arena.root());
             const auto stepped = test::stepThrough(
                 [&] {
                     if (isByHelper)
@@ -143,7 +145,7 @@ Harm attackEveryCall(Arena& arena, bool isReturning, bool isByHelper) {
                 },
                 [&](int call) {
                     if (call == at || (back > 0 && call == at + back))
-                        exchange(from, stranger);
+                        exchange(one, other);
                     else if (call > at)
                         occupy(from);
                     return true;
@@ -154,34 +156,32 @@ Harm attackEveryCall(Arena& arena, bool isReturning, bool isByHelper) {
             ++harm.tries;
             harm.done += fs::exists(to) && test::readFile(to) == "the item";
             // The stranger in the Trash may be anywhere but in the Library, and the other way round.
-            const fs::path other =
+            const fs::path target =
                 isReturning ? arena.at("Library/Application Support") : arena.at("Users");
-            harm.planted += arena.count("a stranger", other) != 1;
-            harm.lost += arena.itemsLeft() != 1;
+            harm.planted += arena.count("a stranger", target) != 1;
+            harm.lost += arena.itemsLeft() != 1 || arena.count("a stranger", arena.root()) != strangers;
         }
     return harm;
 }
 
-void report(const char* what, const Harm& harm) {
-    std::printf("%-28s %7d tries, %d done, %d planted, %d lost\n", what, harm.tries, harm.done,
-                harm.planted, harm.lost);
-}
-
 TEST(SwapRace, AtEveryCallNothingIsPlantedAndNothingLost) {
     Arena arena;
-    for (const bool isReturning : {true, false}) {
-        const Harm naive = attackEveryCall(arena, isReturning, false);
-        if (naive.tries == 0)
-            GTEST_SKIP() << "This process may not trace another.";
-        report(isReturning ? "by name, from the Trash" : "by name, to the Trash", naive);
-        EXPECT_GT(naive.planted, 0) << "The attack is too tame to prove anything.";
-        const Harm helper = attackEveryCall(arena, isReturning, true);
-        report(isReturning ? "helper, from the Trash" : "helper, to the Trash", helper);
-        EXPECT_GT(helper.done, 0);
-        EXPECT_LT(helper.done, helper.tries);
-        EXPECT_EQ(helper.planted, 0);
-        EXPECT_EQ(helper.lost, 0);
-    }
+    for (const bool isReturning : {true, false})
+        for (const bool swapsFolders : {true, false}) {
+            const Harm naive = attackEveryCall(arena, isReturning, swapsFolders, false);
+            if (naive.tries == 0)
+                GTEST_SKIP() << "This process may not trace another.";
+            const Harm helper = attackEveryCall(arena, isReturning, swapsFolders, true);
+            for (const auto& [who, harm] : {std::pair("by name", naive), {"helper", helper}})
+                std::printf("%s the Trash, %s: %s: %d tries, %d done, %d planted, %d lost\n",
+                            isReturning ? "from" : "to", swapsFolders ? "folders" : "files", who,
+                            harm.tries, harm.done, harm.planted, harm.lost);
+            EXPECT_GT(naive.planted, 0) << "The attack is too tame to prove anything.";
+            EXPECT_GT(helper.done, 0);
+            EXPECT_LT(helper.done, helper.tries);
+            EXPECT_EQ(helper.planted, 0);
+            EXPECT_EQ(helper.lost, 0);
+        }
 }
 
 /// The way on and the way back are barred while the item is in the helper's folder.
@@ -263,91 +263,6 @@ TEST(SwapRace, KilledAtEveryCallNothingIsLost) {
         std::printf("killed at %d calls, %d times on the way\n", kills, onTheWay);
         EXPECT_GT(onTheWay, 0);
     }
-}
-
-/// As fast as a thread can, both entries of a pair are exchanged, and a name that was freed is taken.
-class Swapper {
-public:
-    Swapper(fs::path a, fs::path b)
-        : _thread([this, a = std::move(a), b = std::move(b)](std::stop_token stop) {
-            while (!stop.stop_requested()) {
-                if (!exchange(a, b))
-                    occupy(a);
-                ++swaps;
-            }
-        }) {}
-    /// Gives the other thread its turn, however busy the machine is.
-    void await() const {
-        for (const int before = swaps; swaps == before;)
-            std::this_thread::yield();
-    }
-    std::atomic<int> swaps = 0;
-
-private:
-    std::jthread _thread;
-};
-
-int rounds() {
-    const int asked = qEnvironmentVariableIntValue("TESSELLAR_RACE_ROUNDS");
-    return asked > 0 ? asked : 1'000;
-}
-
-/// The files in the folder that the item leaves are exchanged, or that folder is for another.
-TEST(SwapRace, AgainstAThreadNothingIsPlantedAndNothingLost) {
-    for (const bool isReturning : {true, false})
-        for (const bool swapsFolders : {false, true}) {
-            Arena arena;
-            Harm naive;
-            Harm helper;
-            int swaps = 0;
-            for (Harm* harm : {&naive, &helper}) {
-                // The mover by name has shown enough once it has lost.
-                while (harm->tries < (harm == &helper ? rounds() : 20 * rounds()) &&
-                       (harm == &helper || harm->planted == 0)) {
-                    arena.reset();
-                    arena.approved = arena.identity();
-                    if (isReturning) {
-                        ASSERT_EQ(arena.perform(Kind::moveToTrash), Status::moved);
-                    }
-                    const fs::path from = isReturning ? arena.trashed : arena.place;
-                    const fs::path to = isReturning ? arena.place : arena.trashed;
-                    fs::path a = from;
-                    fs::path b = from.parent_path() / "stranger";
-                    if (swapsFolders) {
-                        a = from.parent_path();
-                        b = a.parent_path() / "Other";
-                        fs::create_directories(b);
-                        test::writeFile(b / "item", "a stranger");
-                    }
-                    const int strangers = arena.count("a stranger", arena.root());
-                    {
-                        const Swapper swapper(a, b);
-                        swapper.await();
-                        for (int i = 0; i < 20; ++i) {
-                            if (harm == &helper)
-                                (void)arena.perform(isReturning ? Kind::restoreFromTrash
-                                                                : Kind::moveToTrash);
-                            else
-                                moveByName(from, to);
-                            ++harm->tries;
-                        }
-                        swaps += swapper.swaps;
-                    }
-                    const fs::path target = to.parent_path();
-                    harm->done += fs::exists(to) && test::readFile(to) == "the item";
-                    harm->planted += fs::exists(to) && test::readFile(to) != "the item";
-                    harm->lost +=
-                        arena.itemsLeft() != 1 || arena.count("a stranger", arena.root()) != strangers;
-                }
-            }
-            std::printf("%s, %s exchanged %d times\n", isReturning ? "from the Trash" : "to the Trash",
-                        swapsFolders ? "folders" : "files", swaps);
-            report("  by name", naive);
-            report("  helper", helper);
-            EXPECT_GT(naive.planted, 0) << "The attack is too tame to prove anything.";
-            EXPECT_EQ(helper.planted, 0);
-            EXPECT_EQ(helper.lost, 0);
-        }
 }
 
 } // namespace
