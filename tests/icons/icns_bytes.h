@@ -26,13 +26,17 @@ inline QByteArray icnsFile(const QByteArray& entries) {
     return "icns" + bigEndian(static_cast<quint32>(entries.size() + 8)) + entries;
 }
 
-inline QByteArray png(int side, QColor color) {
-    QImage image(side, side, QImage::Format_ARGB32);
+inline QByteArray png(QSize size, QColor color) {
+    QImage image(size, QImage::Format_ARGB32);
     image.fill(color);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     image.save(&buffer, "png");
     return bytes;
+}
+inline QByteArray png(int side, QColor color) { return png(QSize(side, side), color); }
+inline QColor middle(const QImage& image) {
+    return image.pixelColor(image.width() / 2, image.height() / 2);
 }
 
 /// A plane of one value, in runs of at most 130.

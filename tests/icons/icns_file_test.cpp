@@ -9,12 +9,13 @@ using namespace tessellar::test;
 
 namespace {
 
-QColor middle(const QImage& image) { return image.pixelColor(image.width() / 2, image.height() / 2); }
-
 QImage best(const QByteArray& bytes, int side) {
     const auto file = IcnsFile::parse(bytes);
     return file ? file->image(side) : QImage();
 }
+
+/// The colour of what is best among these entries.
+QColor shown(const QByteArray& entries, int side) { return middle(best(icnsFile(entries), side)); }
 
 QByteArray pngOfDeclaredSize(quint32 width, quint32 height) {
     QByteArray bytes = png(16, Qt::red);
@@ -26,25 +27,21 @@ QByteArray pngOfDeclaredSize(quint32 width, quint32 height) {
 } // namespace
 
 TEST(IcnsFile, takesTheSmallestImageThatIsLargeEnoughElseTheLargest) {
-    const QByteArray bytes =
-        icnsFile(icnsEntry("TOC ", QByteArray(16, 'x')) + icnsEntry("ic07", png(128, Qt::red)) +
-                 icnsEntry("icp4", png(16, Qt::green)) + icnsEntry("info", "bplist00") +
-                 icnsEntry("ic08", png(256, Qt::blue)));
-    EXPECT_EQ(middle(best(bytes, 10)), QColor(Qt::green));
-    EXPECT_EQ(middle(best(bytes, 16)), QColor(Qt::green));
-    EXPECT_EQ(middle(best(bytes, 17)), QColor(Qt::red));
-    EXPECT_EQ(middle(best(bytes, 200)), QColor(Qt::blue));
-    EXPECT_EQ(middle(best(bytes, 900)), QColor(Qt::blue));
+    const QByteArray entries = icnsEntry("TOC ", QByteArray(16, 'x')) +
+                               icnsEntry("ic07", png(128, Qt::red)) +
+                               icnsEntry("icp4", png(16, Qt::green)) + icnsEntry("info", "bplist00") +
+                               icnsEntry("ic08", png(256, Qt::blue));
+    for (const auto& [side, color] :
+         {std::pair(10, Qt::green), {16, Qt::green}, {17, Qt::red}, {200, Qt::blue}, {900, Qt::blue}})
+        EXPECT_EQ(shown(entries, side), QColor(color)) << side;
 }
 
 TEST(IcnsFile, passesOverImagesThatCannotBeDecoded) {
     const QByteArray damaged = png(128, Qt::red).first(60);
-    EXPECT_EQ(
-        middle(best(icnsFile(icnsEntry("ic07", damaged) + icnsEntry("ic08", png(256, Qt::blue))), 100)),
-        QColor(Qt::blue));
-    EXPECT_EQ(
-        middle(best(icnsFile(icnsEntry("ic08", damaged) + icnsEntry("icp4", png(16, Qt::green))), 100)),
-        QColor(Qt::green));
+    const QByteArray blue = icnsEntry("ic08", png(256, Qt::blue));
+    const QByteArray green = icnsEntry("icp4", png(16, Qt::green));
+    EXPECT_EQ(shown(icnsEntry("ic07", damaged) + blue, 100), QColor(Qt::blue));
+    EXPECT_EQ(shown(icnsEntry("ic08", damaged) + green, 100), QColor(Qt::green));
     EXPECT_TRUE(best(icnsFile(icnsEntry("ic07", damaged)), 100).isNull());
 }
 
@@ -73,18 +70,14 @@ TEST(IcnsFile, readsRunLengthRgbWithItsMaskAndWithout) {
     const QImage masked = best(icnsFile(icon + icnsEntry("t8mk", mask)), 128);
     EXPECT_EQ(middle(masked), QColor(0x11, 0x22, 0x33, 0x40));
     EXPECT_EQ(masked.pixelColor(0, 0).alpha(), 0);
-    EXPECT_EQ(middle(best(icnsFile(icon), 128)), QColor(0x11, 0x22, 0x33));
-    EXPECT_EQ(middle(best(icnsFile(icon + icnsEntry("t8mk", mask.chopped(1))), 128)),
-              QColor(0x11, 0x22, 0x33))
+    EXPECT_EQ(shown(icon, 128), QColor(0x11, 0x22, 0x33));
+    EXPECT_EQ(shown(icon + icnsEntry("t8mk", mask.chopped(1)), 128), QColor(0x11, 0x22, 0x33))
         << "a mask that is too short is none";
-    EXPECT_EQ(
-        middle(best(icnsFile(icnsEntry("is32", repeated(256, 1) + repeated(256, 2) + repeated(256, 3))),
-                    16)),
-        QColor(1, 2, 3));
+    const QByteArray small = repeated(256, 1) + repeated(256, 2) + repeated(256, 3);
+    EXPECT_EQ(shown(icnsEntry("is32", small), 16), QColor(1, 2, 3));
 
     // Of the same size, the image with transparency of its own.
-    EXPECT_EQ(middle(best(icnsFile(icon + icnsEntry("ic07", png(128, Qt::blue))), 128)),
-              QColor(Qt::blue));
+    EXPECT_EQ(shown(icon + icnsEntry("ic07", png(128, Qt::blue)), 128), QColor(Qt::blue));
 }
 
 TEST(IcnsFile, refusesSizesBeforeDecodingThem) {

@@ -14,7 +14,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-QColor middle(const QImage& image) { return image.pixelColor(image.width() / 2, image.height() / 2); }
 QByteArray icon(QColor color, int side = 64) { return icnsFile(icnsEntry("ic12", png(side, color))); }
 
 class IconLoaderTest : public testing::Test {
@@ -145,12 +144,8 @@ TEST_F(IconLoaderTest, AWrappedApplicationHasTheIconThatItsPropertyListNames) {
 TEST(AppIcon, KeepsTheProportionsOfAnImageThatIsNotSquare) {
     QTemporaryDir folder;
     const FileSystem files(folder.path());
-    QImage wide(128, 64, QImage::Format_ARGB32);
-    wide.fill(Qt::red);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    wide.save(&buffer, "png");
-    ASSERT_TRUE(files.writeAtomically(u"/wide.icns"_s, icnsFile(icnsEntry("ic07", bytes))));
+    const QByteArray wide = icnsEntry("ic07", png(QSize(128, 64), Qt::red));
+    ASSERT_TRUE(files.writeAtomically(u"/wide.icns"_s, icnsFile(wide)));
     const QImage image = loadAppIcon(files, QtIconDecoder(), u"/None.app"_s, u"/wide.icns"_s, 64);
     ASSERT_EQ(image.size(), QSize(64, 64));
     EXPECT_EQ(middle(image), QColor(Qt::red));
