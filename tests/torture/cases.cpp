@@ -9,6 +9,7 @@ namespace tessellar::torture {
 using Kind = SystemCall::Kind;
 
 const QList<Command>& commands() {
+    using enum Trait;
     static const QList<Command> all{
         {"list", "list"},
         {"list-windowed", "--mode windowed list"},
@@ -25,20 +26,14 @@ const QList<Command>& commands() {
         {"sort-page", "sort 0"},
         {"alias-create", "alias create org.example.cedar --to 0"},
         {"alias-remove", "alias remove {alias}"},
-        {.name = "reset", .line = "reset", .isOfAllSeen = true, .keepsCopy = true},
-        {.name = "arrange", .line = "arrange by-category", .isOfAllSeen = true, .keepsCopy = true},
+        {"reset", "reset", isOfAllSeen | keepsCopy},
+        {"arrange", "arrange by-category", isOfAllSeen | keepsCopy},
         {"arrangements-save", "arrangements save Second"},
         {"arrangements-rename", "arrangements rename {arrangement} Other"},
         {"arrangements-replace", "arrangements replace {arrangement}"},
-        {.name = "arrangements-restore",
-         .line = "arrangements restore {arrangement}",
-         .isOfAllSeen = true,
-         .keepsCopy = true},
+        {"arrangements-restore", "arrangements restore {arrangement}", isOfAllSeen | keepsCopy},
         {"arrangements-delete", "arrangements delete {arrangement}"},
-        {.name = "backups-restore",
-         .line = "backups restore {backup}",
-         .isOfAllSeen = true,
-         .keepsCopy = true},
+        {"backups-restore", "backups restore {backup}", isOfAllSeen | keepsCopy},
         {"places-forget", "places forget"},
         {"smart-folders-add", "smart-folders add --template games"},
         {"smart-folders-replace",
@@ -46,19 +41,15 @@ const QList<Command>& commands() {
         {"smart-folders-remove", "smart-folders remove {smartFolder}"},
         {"smart-folders-place", "smart-folders place {unplaced}"},
         {"smart-folders-unplace", "smart-folders unplace {smartFolder}"},
-        {.name = "smart-folders-recover",
-         .line = "smart-folders recover replace",
-         .repairsRegistry = true},
+        {"smart-folders-recover", "smart-folders recover replace", repairsRegistry},
         {"settings-set", "settings set gridColumns 9"},
         {"icon-set", "icon set org.example.ash /Users/ada/icon.icns"},
         {"icon-remove", "icon remove org.example.oak"},
-        {.name = "import-launchpad", .line = "import-launchpad", .keepsCopy = true},
+        {"import-launchpad", "import-launchpad", keepsCopy},
         {"open", "open org.example.ash"},
-        {.name = "cleanup-remove",
-         .line = "cleanup remove org.example.cedar --yes",
-         .isBroughtBack = true},
-        {.name = "cleanup-restore", .line = "cleanup restore", .isBroughtBack = true},
-        {.name = "updates-check", .line = "updates check", .asksForUpdates = true},
+        {"cleanup-remove", "cleanup remove org.example.cedar --yes", isBroughtBack},
+        {"cleanup-restore", "cleanup restore", isBroughtBack},
+        {"updates-check", "updates check", asksForUpdates},
         {"updates-skip", "updates skip org.example.maple"},
         {"updates-unskip", "updates unskip org.example.gorse"},
         {"batch", "batch {root}/Users/ada/edits"},
@@ -125,39 +116,32 @@ QByteArrayList fatesOf(const Site& site) {
 
 } // namespace
 
-void CaseList::addFates(const QByteArray& row, const Command& command, const Site& site) {
-    const QByteArray what = QByteArray(command.name) + ':' + site.name() + ':';
-    const QByteArray bucket = ' ' + QByteArray(command.name) + (site.kind == Kind::reads ? " r" : " w");
-    for (const QByteArray& fate : fatesOf(site))
-        add(row + bucket, row + ':' + what + fate);
-    if (site.kind != Kind::changes)
-        return;
+void CaseList::addCalls(const QByteArray& row, const Command& command, const QList<Site>& sites) {
     const QByteArray killed = row == "call" ? QByteArray("kill") : row;
-    for (const char* when : {"before", "after"})
-        add(killed + bucket, killed + ':' + what + when);
-}
-
-void CaseList::addCalls(const Command& command, const QList<Site>& sites) {
-    for (const Site& site : sites)
-        addFates("call", command, site);
-}
-
-void CaseList::addServed(const QByteArray& row, const Command& command, const QList<Site>& sites) {
-    for (const Site& site : sites)
-        addFates(row, command, site);
+    for (const Site& site : sites) {
+        const QByteArray what = ':' + QByteArray(command.name) + ':' + site.name() + ':';
+        const QByteArray bucket =
+            ' ' + QByteArray(command.name) + (site.kind == Kind::reads ? " r" : " w");
+        for (const QByteArray& fate : fatesOf(site))
+            add(row + bucket, row + what + fate);
+        if (site.kind == Kind::changes)
+            for (const char* when : {"before", "after"})
+                add(killed + bucket, killed + what + when);
+    }
 }
 
 void CaseList::addLimits(const Command& command, bool hasDisk) {
     const QByteArray name = command.name;
     for (int pages = 0; hasDisk && pages <= 20; ++pages)
         add("full", "full:" + name + ':' + QByteArray::number(pages));
-    for (const int count : {4, 5, 6, 7, 8, 9, 10, 11, 12, 14, 16, 20, 24, 32})
-        add("limit " + name, "limit:" + name + ":descriptors:" + QByteArray::number(count));
-    for (const int size : {0, 1, 100, 1'000, 2'000, 4'000, 8'000, 16'000})
-        add("limit " + name, "limit:" + name + ":fileSize:" + QByteArray::number(size));
+    const auto addAll = [&](const QByteArray& resource, std::initializer_list<int> bounds) {
+        for (const int bound : bounds)
+            add("limit " + name, "limit:" + name + resource + QByteArray::number(bound));
+    };
+    addAll(":descriptors:", {4, 5, 6, 7, 8, 9, 10, 11, 12, 14, 16, 20, 24, 32});
+    addAll(":fileSize:", {0, 1, 100, 1'000, 2'000, 4'000, 8'000, 16'000});
 #if !defined(__SANITIZE_ADDRESS__) // which takes terabytes of addresses
-    for (const int megabytes : {4, 16, 64, 256})
-        add("limit " + name, "limit:" + name + ":memory:" + QByteArray::number(megabytes));
+    addAll(":memory:", {4, 16, 64, 256});
 #endif
 }
 

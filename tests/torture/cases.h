@@ -47,9 +47,8 @@ class CaseList {
 public:
     explicit CaseList(unsigned seed) : _seed(seed) {}
 
-    void addCalls(const Command& command, const QList<Site>& sites);
-    /// Of a launcher that serves it, "served", or that "started" before.
-    void addServed(const QByteArray& row, const Command& command, const QList<Site>& sites);
+    /// Of the command, "call", or of a launcher that serves it, "served", or that "started" before.
+    void addCalls(const QByteArray& row, const Command& command, const QList<Site>& sites);
     void addLimits(const Command& command, bool hasDisk);
     void addDamage(const QByteArray& file, qsizetype size);
     void addTogether();
@@ -58,7 +57,6 @@ public:
     QList<Case> drawn() const;
 
 private:
-    void addFates(const QByteArray& row, const Command& command, const Site& site);
     void add(const QByteArray& bucket, const Case& one) { _buckets[bucket].append(one); }
 
     unsigned _seed;

@@ -12,13 +12,7 @@
 
 namespace tessellar::torture {
 
-/// Where things stood when a program last started, which one more or less changes.
-static State withoutPlaces(State state) {
-    state.removeIf([](const auto& entry) { return entry.key().contains("/remembered-places"); });
-    return state;
-}
-
-static QByteArray shortened(const QByteArray& text) { return text.simplified().left(300); }
+using namespace Qt::Literals::StringLiterals;
 
 // ---- without a fault
 
@@ -39,7 +33,7 @@ const Laws::Reference& Laws::reference(const Command& command) {
     reference.after = _mac.state();
     _mac.run("list");
     reference.settledAfter = _mac.state();
-    if (command.isBroughtBack) {
+    if (command.has(Trait::isBroughtBack)) {
         _mac.bringAllBack();
         reference.allBack = _mac.state();
     }
@@ -73,7 +67,7 @@ QList<State> Laws::statesWithin(const Command& command) {
 // ---- after one
 
 QByteArray Laws::brokenFile(const Command* command, Lenience lenience) const {
-    const bool isRepaired = (command && command->repairsRegistry) || lenience.hidesRegistry;
+    const bool isRepaired = (command && command->has(Trait::repairsRegistry)) || lenience.hidesRegistry;
     const QMap<QByteArray, QByteArray> files = _mac.files();
     int temporary = 0;
     for (auto file = files.begin(); file != files.end(); ++file) {
@@ -155,7 +149,7 @@ struct Remembered {
     /// As a state has it: what is new is all one here.
     explicit Remembered(const QByteArray& state) {
         const QString bytes = QString::fromUtf8(state).replace(
-            QRegularExpression(QStringLiteral("new-[0-9]+")),
+            QRegularExpression(u"new-[0-9]+"_s),
             QUuid(1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0).toString(QUuid::WithoutBraces));
         const auto read = json::decodeDocument<RememberedPlaces>(bytes.toUtf8());
         if (!read)
@@ -219,7 +213,7 @@ bool Laws::isCopyKept() const {
 /// A removal is of many items, and its record is written twice. What counts is that nothing is lost,
 /// wherever it ended.
 bool Laws::comesBack(const Command& command) {
-    if (!command.isBroughtBack)
+    if (!command.has(Trait::isBroughtBack))
         return false;
     _mac.bringAllBack();
     // Where things stood is remembered anew at each start: one more or less shows there. Of what never
@@ -234,7 +228,7 @@ bool Laws::comesBack(const Command& command) {
 /// An application that the scan could not see has no place in what is arranged anew; once it is seen
 /// again it comes at the end.
 bool Laws::holdsAll(const Command& command) {
-    if (!command.isOfAllSeen)
+    if (!command.has(Trait::isOfAllSeen))
         return false;
     const auto tiles = [](const State& state) {
         QByteArrayList all = state.value(SmallMac::applicationFolder + "/layout.json").split('\n');
@@ -251,7 +245,7 @@ bool Laws::holdsAll(const Command& command) {
 /// A check that could not ask somebody says so, keeps what it knew of each application and of whose it
 /// is, or has the new, and the next one has it all.
 bool Laws::keepsWhatItKnew(const Command& command, bool isDone) {
-    if (!command.asksForUpdates)
+    if (!command.has(Trait::asksForUpdates))
         return false;
     const QByteArray path = SmallMac::applicationFolder + "/app-updates.json";
     const auto cacheIn = [&](const State& state) {
@@ -291,10 +285,10 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
         return with("it crashed with signal " + QByteArray::number(ending.signal));
     if (const QByteArray broken = brokenFile(&command, lenience); !broken.isEmpty())
         return with(broken);
-    if (!command.repairsRegistry)
+    if (!command.has(Trait::repairsRegistry))
         if (const QByteArray broken = putRegistryBack(); !broken.isEmpty())
             return with(broken);
-    if (command.keepsCopy && !isCopyKept())
+    if (command.has(Trait::keepsCopy) && !isCopyKept())
         return with("another arrangement took the place of the first, of which no copy is kept");
     const Reference& expected = reference(command);
     State now = this->now();

@@ -2,16 +2,16 @@
 
 #include "torture/trials.h"
 
+#include <CLI/CLI.hpp>
 #include <QFile>
 
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
+#include <expected>
 #include <thread>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -29,97 +29,62 @@ struct Options {
     qsizetype count = 0; ///< of cases; all where it is 0
     unsigned seed = 1;
     unsigned jobs = std::max(1u, std::thread::hardware_concurrency());
-    QByteArray only; ///< cases that begin like this
-    QByteArray one;  ///< this case alone
-    QString from;    ///< a file of cases, a line each, instead of all
+    std::string only; ///< cases that begin like this
+    std::string one;  ///< this case alone
+    std::string from; ///< a file of cases, a line each, instead of all
     bool lists = false;
 };
 
-constexpr auto usage =
-    R"(torture [--minutes N] [--count N] [--seed N] [--jobs N] [--only PREFIX] [--case CASE] [--list]
-
-Runs every command that writes with a system call that fails, killed around each change, with a disk that is
+constexpr auto description =
+    R"(Runs every command that writes with a system call that fails, killed around each change, with a disk that is
 full, limits, damaged files and other commands at once; and judges by laws what came of it. In the time given,
-cases are drawn evenly from all, always the same for a seed.
-  --count N      no more than so many, however fast the machine is
-  --only PREFIX  of the cases, such as "kill" or "call:rename:"
-  --case CASE    that one, and say what came of it
-  --from FILE    those that the file names, a line each
-  --list         the cases, in their order
-Exit status 1 says that a law was broken; 77 that calls cannot be traced here.
-)";
+cases are drawn evenly from all, always the same for a seed. Exit status 1 says that a law was broken; 77 that
+calls cannot be traced here.)";
 
-std::optional<Options> read(int argc, char** argv) {
-    Options options;
-    for (int i = 1; i < argc; ++i) {
-        const QByteArray name = argv[i];
-        if (name == "--list") {
-            options.lists = true;
-            continue;
-        }
-        if (i + 1 == argc)
-            return std::nullopt;
-        const QByteArray value = argv[++i];
-        bool isRight = true;
-        if (name == "--minutes")
-            options.minutes = value.toDouble(&isRight);
-        else if (name == "--count")
-            options.count = value.toLongLong(&isRight);
-        else if (name == "--seed")
-            options.seed = value.toUInt(&isRight);
-        else if (name == "--jobs")
-            options.jobs = std::max(1u, value.toUInt(&isRight));
-        else if (name == "--only")
-            options.only = value;
-        else if (name == "--case")
-            options.one = value;
-        else if (name == "--from")
-            options.from = QString::fromLocal8Bit(value);
-        else
-            isRight = false;
-        if (!isRight)
-            return std::nullopt;
-    }
-    return options;
+void declare(CLI::App& app, Options& options) {
+    app.add_option("--minutes", options.minutes, "for so long")->capture_default_str();
+    app.add_option("--count", options.count, "no more than so many, however fast the machine is");
+    app.add_option("--seed", options.seed, "of the order of the cases")->capture_default_str();
+    app.add_option("--jobs", options.jobs, "at once")->check(CLI::PositiveNumber);
+    app.add_option("--only", options.only, "of the cases, such as \"kill\" or \"call:rename:\"");
+    app.add_option("--case", options.one, "that one, and say what came of it");
+    app.add_option("--from", options.from, "those that the file names, a line each");
+    app.add_flag("--list", options.lists, "the cases, in their order");
 }
 
 QByteArray folder(unsigned job) {
     return "/tmp/torture-" + QByteArray::number(::getpid()) + '-' + QByteArray::number(job);
 }
 
-/// All cases that begin as wished; nothing, and why, where a command fails without a fault.
-std::optional<QList<Case>> allCases(const Options& options, QByteArray& why) {
+using Cases = std::expected<QList<Case>, QByteArray>; ///< or why there are none
+
+/// All cases that begin as wished, unless a command fails without a fault.
+Cases allCases(const Options& options) {
     Trials trials(folder(0));
-    if (const auto failure = trials.mac().failure()) {
-        why = "the Mac cannot be built: " + *failure;
-        return std::nullopt;
-    }
+    if (const auto failure = trials.mac().failure())
+        return std::unexpected("the Mac cannot be built: " + *failure);
+    const QByteArray only = QByteArray::fromStdString(options.only);
     const auto isWanted = [&](const QByteArray& row) {
-        const qsizetype length = std::min(row.size(), options.only.size());
-        return row.first(length) == options.only.first(length);
+        return row.startsWith(only) || only.startsWith(row);
     };
     CaseList list(options.seed);
     for (const Command& command : commands()) {
         const QByteArray name = command.name;
         if (isWanted("call:" + name + ':') || isWanted("kill:" + name + ':')) {
             const auto sites = trials.sites(command);
-            if (!sites) {
-                why =
-                    name + " fails without a fault: " + trials.mac().run(command.line).error.trimmed();
-                return std::nullopt;
-            }
-            list.addCalls(command, *sites);
+            if (!sites)
+                return std::unexpected(
+                    name + " fails without a fault: " + trials.mac().run(command.line).error.trimmed());
+            list.addCalls("call", command, *sites);
         }
         for (const auto& [row, phase] : {std::pair("served", Trials::Phase::serving),
                                          std::pair("started", Trials::Phase::starting)}) {
             if (!isWanted(row + QByteArray(":") + name + ':'))
                 continue;
             const auto sites = trials.servedSites(command, phase);
-            if (!sites) {
-                why = name + " fails without a fault beside a launcher";
-                return std::nullopt;
-            }
-            list.addServed(row, command, *sites);
+            if (!sites)
+                return std::unexpected(name + " fails without a fault beside a launcher");
+            list.addCalls(row, command, *sites);
         }
         list.addLimits(command, trials.mac().hasDisk());
     }
@@ -130,25 +95,22 @@ std::optional<QList<Case>> allCases(const Options& options, QByteArray& why) {
     }
     list.addTogether();
     QList<Case> drawn = list.drawn();
-    drawn.removeIf([&](const Case& one) { return !one.startsWith(options.only); });
+    drawn.removeIf([&](const Case& one) { return !one.startsWith(only); });
     if (options.count > 0)
         drawn.resize(std::min(drawn.size(), options.count));
     return drawn;
 }
 
 /// Those that a file names.
-std::optional<QList<Case>> listedCases(const QString& path, QByteArray& why) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        why = path.toUtf8() + " cannot be read";
-        return std::nullopt;
-    }
+Cases listedCases(const std::string& path) {
+    QFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::ReadOnly))
+        return std::unexpected(QByteArray::fromStdString(path) + " cannot be read");
     QList<Case> cases = file.readAll().split('\n');
     cases.removeIf([](const Case& one) { return one.isEmpty() || one.startsWith('#'); });
     return cases;
 }
 
-/// What a job tells of the cases that it has tried.
 struct Tally {
     struct Row {
         int tries = 0;
@@ -159,86 +121,64 @@ struct Tally {
     QByteArrayList faults; ///< "CASE\tLAW"
 };
 
-/// Tries each of the `jobs`th cases until the time is over, and writes a line for each.
-void work(const Options& options, const QList<Case>& cases, unsigned job, Time::time_point end,
-          int out) {
+/// Tries each of the `jobs`th cases until the time is over, and writes a line for each:
+/// "CASE\tunreached\tLAW". What is broken it says at once, too.
+int work(const Options& options, const QList<Case>& cases, unsigned job, Time::time_point end,
+         int live) {
     Trials trials(folder(job + 1));
-    if (trials.mac().failure())
-        return;
     for (qsizetype i = job; i < cases.size() && Time::now() < end; i += options.jobs) {
-        const Verdict verdict = trials.judge(cases[i]);
-        const QByteArray line = cases[i] + '\t' + (verdict.wasReached ? "" : "unreached") + '\t' +
-                                verdict.fault.simplified() + '\n';
-        if (::write(out, line.constData(), static_cast<std::size_t>(line.size())) < 0)
-            return;
+        if (trials.mac().failure())
+            return 1;
+        const Case& one = cases[i];
+        Verdict verdict = trials.judge(one);
+        // A case that was chosen and tests nothing any more is to be chosen anew; but the threads of a
+        // launcher do not go the same way twice, and its calls have other numbers.
+        const bool isOfLauncher = one.startsWith("served:") || one.startsWith("started:");
+        if (!verdict.wasReached && !options.from.empty() && !isOfLauncher && verdict.fault.isEmpty())
+            verdict.fault = "the call was not met";
+        const QByteArray fault = verdict.fault.simplified();
+        if (!fault.isEmpty())
+            ::dprintf(live, "%s\n    %s\n", one.constData(), fault.constData());
+        std::printf("%s\t%s\t%s\n", one.constData(), verdict.wasReached ? "" : "unreached",
+                    fault.constData());
+        std::fflush(stdout);
     }
+    return 0;
 }
 
 Tally tryAll(const Options& options, const QList<Case>& cases) {
-    const auto end = Time::now() + std::chrono::duration_cast<Time::duration>(
-                                       std::chrono::duration<double>(options.minutes * 60));
+    const std::chrono::duration<double> time(options.minutes * 60);
+    const auto end = Time::now() + std::chrono::duration_cast<Time::duration>(time);
+    const int live = ::dup(STDERR_FILENO);
+    Programs programs;
     std::vector<pid_t> jobs;
-    int ends[2];
-    if (::pipe(ends) != 0)
-        return {};
-    for (unsigned job = 0; job < options.jobs; ++job) {
-        std::fflush(nullptr);
-        const pid_t child = ::fork();
-        if (child == 0) {
-            ::close(ends[0]);
-            work(options, cases, job, end, ends[1]);
-            ::_exit(0);
-        }
-        jobs.push_back(child);
-    }
-    ::close(ends[1]);
+    for (unsigned job = 0; job < options.jobs; ++job)
+        jobs.push_back(programs.start([&, job] { return work(options, cases, job, end, live); }));
     Tally tally;
-    std::FILE* lines = ::fdopen(ends[0], "r");
-    char* line = nullptr;
-    std::size_t capacity = 0;
-    while (::getline(&line, &capacity, lines) > 0) {
-        QByteArrayList parts = QByteArray(line).trimmed().isEmpty()
-                                   ? QByteArrayList()
-                                   : QByteArray(line).replace('\n', "").split('\t');
-        if (parts.size() != 3)
-            continue;
-        Tally::Row& row = tally.rows[parts[0].first(parts[0].indexOf(':'))];
-        ++row.tries;
-        row.unreached += parts[1].isEmpty() ? 0 : 1;
-        // A case that was chosen and tests nothing any more is to be chosen anew; but the threads of a
-        // launcher do not go the same way twice, and its calls have other numbers.
-        const bool isOfLauncher = parts[0].startsWith("served:") || parts[0].startsWith("started:");
-        if (!parts[1].isEmpty() && !options.from.isEmpty() && parts[2].isEmpty() && !isOfLauncher)
-            parts[2] = "the call was not met";
-        if (parts[2].isEmpty())
-            continue;
-        ++row.faults;
-        tally.faults.append(parts[0] + '\t' + parts[2]);
-        std::fprintf(stderr, "%s\n    %s\n", parts[0].constData(), parts[2].constData());
+    for (const pid_t job : jobs) {
+        constexpr int mostForACase = 900;
+        const Ending ending = programs.waitFor(job, static_cast<int>(time.count()) + mostForACase);
+        for (const QByteArray& line : ending.out.split('\n')) {
+            const QByteArrayList parts = line.split('\t');
+            if (parts.size() != 3)
+                continue;
+            Tally::Row& row = tally.rows[parts[0].first(parts[0].indexOf(':'))];
+            ++row.tries;
+            row.unreached += parts[1].isEmpty() ? 0 : 1;
+            row.faults += parts[2].isEmpty() ? 0 : 1;
+            if (!parts[2].isEmpty())
+                tally.faults.append(parts[0] + '\t' + parts[2]);
+        }
     }
-    std::free(line);
-    std::fclose(lines);
-    for (const pid_t job : jobs)
-        ::waitpid(job, nullptr, 0);
     return tally;
 }
 
 int report(const Options& options, qsizetype count, const Tally& tally) {
-    static const QMap<QByteArray, const char*> titles{
-        {"call", "a system call fails"},
-        {"kill", "killed before or after a call"},
-        {"served", "the same in a launcher that serves the command"},
-        {"started", "the same while such a launcher starts"},
-        {"full", "a disk that is nearly full"},
-        {"limit", "few descriptors, small files, little memory"},
-        {"bits", "a bit of a file is wrong"},
-        {"cut", "a file is cut short"},
-        {"together", "commands at once"}};
     int tries = 0;
-    std::printf("%-48s %8s %10s %8s\n", "", "tries", "not met", "broken");
+    std::printf("%-10s %8s %10s %8s\n", "", "tries", "not met", "broken");
     for (auto row = tally.rows.begin(); row != tally.rows.end(); ++row) {
-        std::printf("%-48s %8d %10d %8d\n", titles.value(row.key(), row.key().constData()), row->tries,
-                    row->unreached, row->faults);
+        std::printf("%-10s %8d %10d %8d\n", row.key().constData(), row->tries, row->unreached,
+                    row->faults);
         tries += row->tries;
     }
     std::printf("%d of %lld cases, seed %u\n", tries, static_cast<long long>(count), options.seed);
@@ -253,10 +193,13 @@ int report(const Options& options, qsizetype count, const Tally& tally) {
 }
 
 int torture(int argc, char** argv) {
-    const auto options = read(argc, argv);
-    if (!options) {
-        std::fputs(usage, argc == 2 && QByteArray(argv[1]) == "--help" ? stdout : stderr);
-        return 2;
+    Options options;
+    CLI::App app{description, "torture"};
+    declare(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : 2;
     }
 #if defined(__SANITIZE_THREAD__)
     const bool canTrace = false; // it does not bear threads in a fork
@@ -270,27 +213,26 @@ int torture(int argc, char** argv) {
     // Disks of its own, which go with it.
     if (::unshare(CLONE_NEWNS) == 0)
         ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
-    if (!options->one.isEmpty()) {
+    if (!options.one.empty()) {
         Trials trials(folder(0));
-        const Verdict verdict =
-            trials.mac().failure() ? Verdict{*trials.mac().failure()} : trials.judge(options->one);
+        const Verdict verdict = trials.mac().failure()
+                                    ? Verdict{*trials.mac().failure()}
+                                    : trials.judge(QByteArray::fromStdString(options.one));
         std::printf("%s%s\n", verdict.wasReached ? "" : "The call was not met. ",
                     verdict.fault.isEmpty() ? "All laws were kept." : verdict.fault.constData());
         return verdict.fault.isEmpty() ? 0 : 1;
     }
-    QByteArray why;
-    const auto cases =
-        options->from.isEmpty() ? allCases(*options, why) : listedCases(options->from, why);
+    const Cases cases = options.from.empty() ? allCases(options) : listedCases(options.from);
     if (!cases) {
-        std::fprintf(stderr, "torture: %s\n", why.constData());
+        std::fprintf(stderr, "torture: %s\n", cases.error().constData());
         return 1;
     }
-    if (options->lists) {
+    if (options.lists) {
         for (const Case& one : *cases)
             std::puts(one.constData());
         return 0;
     }
-    return report(*options, cases->size(), tryAll(*options, *cases));
+    return report(options, cases->size(), tryAll(options, *cases));
 }
 
 } // namespace

@@ -30,6 +30,7 @@
 namespace tessellar::torture {
 
 namespace fs = std::filesystem;
+using namespace Qt::Literals::StringLiterals;
 
 const QByteArray SmallMac::applicationFolder =
     "Users/ada/Library/Application Support/com.tessellar.app";
@@ -94,52 +95,44 @@ void SmallMac::build() {
     const auto add = [&](const QString& name, const QString& folder) {
         mac.addApplication({.name = name,
                             .folder = folder,
-                            .identifier = QStringLiteral("org.example.") + name.toLower(),
-                            .category = QStringLiteral("public.app-category.utilities")});
+                            .identifier = u"org.example."_s + name.toLower(),
+                            .category = u"public.app-category.utilities"_s});
     };
     for (const char* name :
          {"Ash", "Beech", "Cedar", "Dogwood", "Elm", "Fir", "Gorse", "Hazel", "Kelp", "Larch", "Maple"})
-        add(QString::fromLatin1(name), QStringLiteral("/Applications"));
-    add(QStringLiteral("Iris"), QStringLiteral("/Applications/Tools"));
-    add(QStringLiteral("Juniper"), QStringLiteral("/Users/ada/Extra"));
-    add(QStringLiteral("Nettle"), QStringLiteral("/System/Applications"));
-    add(QStringLiteral("Oak"), QStringLiteral("/Users/ada/Applications"));
-    add(QStringLiteral("Pine"), QStringLiteral("/Users/ada/Elsewhere"));
-    mac.addLink(QStringLiteral("/Applications/Pine.app"),
-                QStringLiteral("/Users/ada/Elsewhere/Pine.app"));
-    for (const char* name : {"cedar", "larch"}) {
-        const QString identifier = QStringLiteral("org.example.") + QLatin1StringView(name);
-        mac.addFile(QStringLiteral("/Users/ada/Library/Preferences/%1.plist").arg(identifier), "old");
-        mac.addFile(QStringLiteral("/Users/ada/Library/Caches/%1/cache").arg(identifier), "old");
+        add(QString::fromLatin1(name), u"/Applications"_s);
+    add(u"Iris"_s, u"/Applications/Tools"_s);
+    add(u"Juniper"_s, u"/Users/ada/Extra"_s);
+    add(u"Nettle"_s, u"/System/Applications"_s);
+    add(u"Oak"_s, u"/Users/ada/Applications"_s);
+    add(u"Pine"_s, u"/Users/ada/Elsewhere"_s);
+    mac.addLink(u"/Applications/Pine.app"_s, u"/Users/ada/Elsewhere/Pine.app"_s);
+    for (const auto& identifier : {u"org.example.cedar"_s, u"org.example.larch"_s}) {
+        mac.addFile(u"/Users/ada/Library/Preferences/%1.plist"_s.arg(identifier), "old");
+        mac.addFile(u"/Users/ada/Library/Caches/%1/cache"_s.arg(identifier), "old");
     }
-    sample::addOldLaunchpad(
-        mac, {.pages = {{sample::OldTile{QStringLiteral("Hazel"), QStringLiteral("org.example.hazel")},
-                         sample::OldFolder{
-                             QStringLiteral("Trees"),
-                             {{{QStringLiteral("Fir"), QStringLiteral("org.example.fir")},
-                               {QStringLiteral("Elm"), QStringLiteral("org.example.elm")}}}}}}});
-    mac.addFile(QStringLiteral("/Users/ada/icon.icns"),
-                test::icnsFile(test::icnsEntry("ic07", test::png(128, Qt::darkGreen))));
-    mac.addFile(QStringLiteral("/Users/ada/edits"),
-                "rename org.example.gorse Batched\nhide org.example.fir\nundo\n"
-                "group org.example.hazel --with org.example.gorse\n");
-    mac.addFile(QStringLiteral("/Users/ada/undone"),
-                "smart-folders add --template games\nundo\nredo\n");
-    mac.addFile(QStringLiteral("/Users/ada/pasted"), "cut org.example.ash\npaste --to 0:0\n");
-    const auto cask = [](const QString& name) {
-        return sample::Cask{.token = name,
-                            .version = QStringLiteral("2.0"),
-                            .installedVersion = QStringLiteral("1.0"),
-                            .artifacts = {QJsonObject{
-                                {QStringLiteral("app"), QJsonArray{name + QStringLiteral(".app")}}}},
-                            .update = sample::PendingUpdate{
-                                name,
-                                QStringLiteral("2.0"),
-                                QStringLiteral("/Applications/%1.app/Contents/Info.plist").arg(name),
-                                {}}};
+    const auto tile = [](const QString& name) {
+        return sample::OldTile{name, u"org.example."_s + name.toLower()};
     };
-    sample::addHomebrew(mac, {cask(QStringLiteral("Maple")), cask(QStringLiteral("Gorse"))});
-    mac.settleDates(QDateTime::fromString(QStringLiteral("2026-01-02T03:04:05Z"), Qt::ISODate));
+    sample::addOldLaunchpad(
+        mac, {.pages = {{tile(u"Hazel"_s),
+                         sample::OldFolder{u"Trees"_s, {{tile(u"Fir"_s), tile(u"Elm"_s)}}}}}});
+    mac.addFile(u"/Users/ada/icon.icns"_s,
+                test::icnsFile(test::icnsEntry("ic07", test::png(128, Qt::darkGreen))));
+    mac.addFile(u"/Users/ada/edits"_s, "rename org.example.gorse Batched\nhide org.example.fir\nundo\n"
+                                       "group org.example.hazel --with org.example.gorse\n");
+    mac.addFile(u"/Users/ada/undone"_s, "smart-folders add --template games\nundo\nredo\n");
+    mac.addFile(u"/Users/ada/pasted"_s, "cut org.example.ash\npaste --to 0:0\n");
+    const auto cask = [](const QString& name) {
+        const QString info = u"/Applications/%1.app/Contents/Info.plist"_s.arg(name);
+        return sample::Cask{.token = name,
+                            .version = u"2.0"_s,
+                            .installedVersion = u"1.0"_s,
+                            .artifacts = {QJsonObject{{u"app"_s, QJsonArray{name + u".app"_s}}}},
+                            .update = sample::PendingUpdate{name, u"2.0"_s, info, {}}};
+    };
+    sample::addHomebrew(mac, {cask(u"Maple"_s), cask(u"Gorse"_s)});
+    mac.settleDates(QDateTime::fromString(u"2026-01-02T03:04:05Z"_s, Qt::ISODate));
     if (const auto failure = mac.failure())
         _failure = failure->toUtf8();
 }
@@ -159,15 +152,21 @@ void SmallMac::arrange() {
             _failure = QByteArray("there is nothing to call ") + word;
         _words.insert(QByteArray(word), value.toString().toUtf8());
     };
+    // The identifier of the last tile of this kind that is fit.
+    const auto nameTile = [&](const char* word, const QString& kind, const auto& isFit) {
+        QJsonValue id;
+        for (const QJsonValue page : done("list").toObject().value(u"pages").toArray())
+            for (const QJsonValue tile : page.toArray())
+                if (const QJsonObject inner = tile[kind][u"_0"].toObject(); isFit(inner))
+                    id = inner.value(u"id");
+        name(word, id);
+    };
     _words.insert("{root}", _root);
     done("settings set appDiscovery.additionalSearchPaths '[\"/Users/ada/Extra\"]'");
     done("list");
     done("group org.example.beech --with org.example.ash");
     done("group org.example.gorse --with org.example.dogwood");
-    for (const QJsonValue page : done("list").toObject().value(u"pages").toArray())
-        for (const QJsonValue tile : page.toArray())
-            if (const QJsonValue folder = tile.toObject().value(u"folder"); folder.isObject())
-                name("{folder}", folder.toObject().value(u"_0").toObject().value(u"id"));
+    nameTile("{folder}", u"folder"_s, [](const QJsonObject& folder) { return !folder.isEmpty(); });
     done("rename {folder} Broad");
     done("hide org.example.elm");
     done("rename org.example.hazel 'Hazel of mine'");
@@ -178,17 +177,12 @@ void SmallMac::arrange() {
     name("{smartFolder}",
          done("smart-folders add --template installedThisWeek").toObject().value(u"id"));
     QJsonObject definition = done("smart-folders show {smartFolder}").toObject();
-    definition.insert(QStringLiteral("name"), QStringLiteral("Newest"));
+    definition.insert(u"name"_s, u"Newest"_s);
     write("Users/ada/definition.json", json::write(definition));
     name("{unplaced}", done("smart-folders add --template games").toObject().value(u"id"));
     done("smart-folders unplace {unplaced}");
     done("alias create org.example.nettle --to 0");
-    for (const QJsonValue page : done("list").toObject().value(u"pages").toArray())
-        for (const QJsonValue tile : page.toArray())
-            if (const QJsonObject app =
-                    tile.toObject().value(u"app").toObject().value(u"_0").toObject();
-                app.contains(u"alias"))
-                name("{alias}", app.value(u"id"));
+    nameTile("{alias}", u"app"_s, [](const QJsonObject& app) { return app.contains(u"alias"); });
     done("icon set org.example.oak /Users/ada/icon.icns");
     done("open org.example.oak");
     done("updates check");
@@ -230,11 +224,11 @@ Programs::Main SmallMac::launcher() const {
         const QCoreApplication application(count, words.data());
         const auto host = HostMachine::make({.root = QString::fromUtf8(root),
                                              .home = {},
-                                             .locale = QStringLiteral("en_GB"),
+                                             .locale = u"en_GB"_s,
                                              .now = Instant::fromIso8601(u"2026-11-14T12:00:00Z")});
         if (!host)
             return 2;
-        const auto found = findLauncherOrLock(**host, QStringLiteral("a launcher"));
+        const auto found = findLauncherOrLock(**host, u"a launcher"_s);
         if (!found || found->launcher)
             return 2;
         const Interruption interruption([](int) { QCoreApplication::quit(); });
@@ -391,7 +385,7 @@ void SmallMac::restore() {
 
 void SmallMac::restoreFor(const Command& command) {
     restore();
-    if (!command.repairsRegistry)
+    if (!command.has(Trait::repairsRegistry))
         return;
     write(applicationFolder + "/computed-folders.json", "{");
     run("list"); // sets it aside

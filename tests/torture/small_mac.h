@@ -7,15 +7,24 @@
 
 namespace tessellar::torture {
 
+/// What the laws have to know of a command.
+enum class Trait {
+    isBroughtBack = 1,    ///< a later command brings back what it moves to the Trash
+    isOfAllSeen = 2,      ///< it arranges anew what its scan has seen
+    keepsCopy = 4,        ///< of the arrangement, which another takes the place of
+    asksForUpdates = 8,   ///< and may learn less than it could
+    repairsRegistry = 16, ///< that of smart folders, which is damaged before
+};
+Q_DECLARE_FLAGS(Traits, Trait)
+Q_DECLARE_OPERATORS_FOR_FLAGS(Traits)
+
 /// A command of the case table. In its words, "{NAME}" stands for an identifier that the Mac knows.
 struct Command {
     const char* name;
     const char* line;
-    bool isBroughtBack = false;   ///< a later command brings back what it moves to the Trash
-    bool isOfAllSeen = false;     ///< it arranges anew what its scan has seen
-    bool keepsCopy = false;       ///< of the arrangement, which another takes the place of
-    bool asksForUpdates = false;  ///< and may learn less than it could
-    bool repairsRegistry = false; ///< that of smart folders, which is damaged before
+    Traits traits = {};
+
+    bool has(Trait trait) const { return traits.testFlag(trait); }
 };
 
 /// A small Mac on a disk of its own in memory, which is put back as it was after each case.

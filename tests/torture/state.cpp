@@ -2,82 +2,60 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-
-#include <algorithm>
-#include <array>
+#include <QRegularExpression>
 
 namespace tessellar::torture {
+
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-bool isHexadecimal(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+/// "H" stands for a hexadecimal digit.
+QRegularExpression patternOf(QString text) {
+    return QRegularExpression(text.replace(u'H', u"[0-9A-Fa-f]"_s));
 }
+const QString identifier = u"(?<!H)H{8}(-H{4}){3}-H{12}"_s;
 
-/// How long an identifier is that begins here, or the tag at the end of a stamped name; 0 where none
-/// does.
-qsizetype identifierLength(const QByteArray& text, qsizetype at) {
-    static constexpr std::array groups{8, 4, 4, 4, 12};
-    static constexpr qsizetype tagLength = 8;
-    if (at > 0 && isHexadecimal(text[at - 1]))
-        return 0;
-    if (at > 0 && text[at - 1] == '-' && text.mid(at + tagLength, 5) == ".json" &&
-        std::all_of(text.begin() + at, text.begin() + at + tagLength, isHexadecimal))
-        return tagLength;
-    qsizetype end = at;
-    for (std::size_t group = 0; group < groups.size(); ++group) {
-        if (group > 0 && (end >= text.size() || text[end++] != '-'))
-            return 0;
-        for (int digit = 0; digit < groups[group]; ++digit, ++end)
-            if (end >= text.size() || !isHexadecimal(text[end]))
-                return 0;
-    }
-    return end - at;
+/// Identifiers, and the tags at the end of stamped names. Bytes count as characters.
+QRegularExpressionMatchIterator identifiers(const QByteArray& text) {
+    static const QRegularExpression pattern = patternOf(identifier + u"|(?<=-)H{8}(?=[.]json)"_s);
+    return pattern.globalMatch(QString::fromLatin1(text));
 }
 
 } // namespace
 
+State withoutPlaces(State state) {
+    state.removeIf([](const auto& entry) { return entry.key().contains("/remembered-places"); });
+    return state;
+}
+
+QByteArray shortened(const QByteArray& text) { return text.simplified().left(300); }
+
 QSet<QByteArray> identifiersIn(const QByteArray& text) {
     QSet<QByteArray> all;
-    for (qsizetype at = 0; at < text.size(); ++at)
-        if (const qsizetype length = identifierLength(text, at))
-            all.insert(text.sliced(at, length));
+    for (auto found = identifiers(text); found.hasNext();)
+        all.insert(found.next().captured().toLatin1());
     return all;
 }
 
 QByteArray withNumberedIdentifiers(const QByteArray& text, const QSet<QByteArray>& known,
                                    QMap<QByteArray, QByteArray>& numbers) {
     QByteArray result;
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype length = identifierLength(text, at);
-        const QByteArray found = text.sliced(at, length);
-        if (length == 0) {
-            result += text[at++];
-            continue;
-        }
-        if (!known.contains(found) && !numbers.contains(found))
-            numbers.insert(found, "new-" + QByteArray::number(numbers.size() + 1));
-        result += numbers.value(found, found);
-        at += length;
+    qsizetype end = 0;
+    for (auto found = identifiers(text); found.hasNext();) {
+        const QRegularExpressionMatch match = found.next();
+        const QByteArray one = match.captured().toLatin1();
+        if (!known.contains(one) && !numbers.contains(one))
+            numbers.insert(one, "new-" + QByteArray::number(numbers.size() + 1));
+        result += text.sliced(end, match.capturedStart() - end) + numbers.value(one, one);
+        end = match.capturedEnd();
     }
-    return result;
+    return result + text.sliced(end);
 }
 
 QByteArray withoutStamps(const QByteArray& name) {
-    QByteArray result;
-    for (qsizetype at = 0; at < name.size();) {
-        const qsizetype length = identifierLength(name, at);
-        qsizetype digits = 0;
-        while (at + digits < name.size() && isHexadecimal(name[at + digits]))
-            ++digits;
-        const bool isTag = digits == 8 && (at == 0 || name[at - 1] == '-' || name[at - 1] == '/');
-        if (length > 0 || isTag) {
-            result += '#';
-            at += std::max(length, digits);
-        } else {
-            result += name[at++];
-        }
-    }
-    return result;
+    static const QRegularExpression pattern = patternOf(identifier + u"|(?<![^-/])H{8}(?!H)"_s);
+    return QString::fromLatin1(name).replace(pattern, u"#"_s).toLatin1();
 }
 
 QJsonValue withoutIdentities(const QJsonValue& value) {
@@ -90,7 +68,7 @@ QJsonValue withoutIdentities(const QJsonValue& value) {
     if (!value.isObject())
         return value;
     QJsonObject object = value.toObject();
-    object.remove(QStringLiteral("identity"));
+    object.remove(u"identity"_s);
     for (auto member = object.begin(); member != object.end(); ++member)
         *member = withoutIdentities(*member);
     return object;

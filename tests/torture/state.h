@@ -15,6 +15,11 @@ using State = QMap<QByteArray, QByteArray>;
 /// In what two states differ, for people: the first difference, and the paths of the others.
 QByteArray difference(const State& expected, const State& actual);
 
+/// Without where things stood when a program last started, which one more or less changes.
+State withoutPlaces(State state);
+/// What a program said, for people.
+QByteArray shortened(const QByteArray& text);
+
 /// Identifiers, and the tags of stamped names.
 QSet<QByteArray> identifiersIn(const QByteArray& text);
 /// Gives those that are not known numbers, in the order in which they come.

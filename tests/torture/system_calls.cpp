@@ -22,6 +22,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <vector>
 
 namespace tessellar::torture {
@@ -70,7 +71,6 @@ constexpr std::array shapes{
     Shape{SYS_symlinkat, "symlinkat", 1, 2, Kind::changes},
     Shape{SYS_fchmodat, "fchmodat", 0, 1, Kind::changes},
     Shape{SYS_utimensat, "utimensat", 0, 1, Kind::changes},
-#ifdef __x86_64__
     Shape{SYS_open, "open", -1, 0, Kind::reads},
     Shape{SYS_stat, "stat", -1, 0, Kind::reads},
     Shape{SYS_lstat, "lstat", -1, 0, Kind::reads},
@@ -83,7 +83,6 @@ constexpr std::array shapes{
     Shape{SYS_link, "link", -1, 1, Kind::changes},
     Shape{SYS_symlink, "symlink", -1, 1, Kind::changes},
     Shape{SYS_chmod, "chmod", -1, 0, Kind::changes},
-#endif
     Shape{SYS_listen, "listen", -1, -1, Kind::serves},
     Shape{SYS_accept4, "accept4", -1, -1, Kind::serves},
     Shape{SYS_clone3, "clone3", -1, -1, Kind::makesThread},
@@ -157,10 +156,8 @@ SystemCall describe(pid_t task, const Shape& shape, const unsigned long long* ar
         isBelow = isBelow || (how.resolve & RESOLVE_IN_ROOT) != 0;
     } else if (shape.number == SYS_openat) {
         flags = arguments[2];
-#ifdef __x86_64__
     } else if (shape.number == SYS_open) {
         flags = arguments[1];
-#endif
     }
     if ((flags & (O_WRONLY | O_RDWR | O_CREAT)) != 0)
         call.kind = Kind::changes;
@@ -173,31 +170,22 @@ SystemCall describe(pid_t task, const Shape& shape, const unsigned long long* ar
     return call;
 }
 
-bool setResult(pid_t task, int error, bool skip) {
-#ifdef __x86_64__
+void setResult(pid_t task, int error, bool skip) {
     user_regs_struct registers{};
     if (::ptrace(PTRACE_GETREGS, task, nullptr, &registers) != 0)
-        return false;
+        return;
     if (skip) // No call has this number: the kernel does nothing.
         registers.orig_rax = static_cast<unsigned long long>(-1);
     registers.rax = static_cast<unsigned long long>(-error);
-    return ::ptrace(PTRACE_SETREGS, task, nullptr, &registers) == 0;
-#else
-    return false;
-#endif
+    ::ptrace(PTRACE_SETREGS, task, nullptr, &registers);
 }
 
 pid_t processOf(pid_t task) {
-    QByteArray path = "/proc/" + QByteArray::number(task) + "/status";
-    std::FILE* file = std::fopen(path.constData(), "re");
-    if (!file)
-        return 0;
-    std::array<char, 256> line{};
-    int process = 0;
-    while (std::fgets(line.data(), line.size(), file))
-        if (std::sscanf(line.data(), "Tgid: %d", &process) == 1)
-            break;
-    std::fclose(file);
+    std::ifstream status("/proc/" + std::to_string(task) + "/status");
+    pid_t process = 0;
+    for (std::string word; process == 0 && status >> word;)
+        if (word == "Tgid:")
+            status >> process;
     return process;
 }
 
@@ -244,7 +232,6 @@ Programs::~Programs() {
 }
 
 bool Programs::canTrace() {
-#ifdef __x86_64__
     Programs programs;
     bool isSeen = false;
     const pid_t program = programs.start([] { return ::access("/", R_OK); },
@@ -253,9 +240,6 @@ bool Programs::canTrace() {
                                              return Fate{};
                                          });
     return programs.waitFor(program, 10).status == 0 && isSeen;
-#else
-    return false; // a call is made to fail through this processor's registers
-#endif
 }
 
 pid_t Programs::start(const Main& main, Decide decide) {
@@ -321,17 +305,16 @@ bool Programs::runUntil(const bool& isSo, int seconds) {
 Ending Programs::waitFor(pid_t id, int seconds) {
     const Program& program = _programs.at(id);
     Ending ending;
-    {
-        const Alarm alarm(seconds);
+    const auto wait = [&](int most) {
+        const Alarm alarm(most);
         while (!program.waitStatus && step()) {
         }
-    }
+    };
+    wait(seconds);
     if (!program.waitStatus) {
         ending.isLate = true;
         ::kill(id, SIGKILL);
-        const Alarm alarm(10);
-        while (!program.waitStatus && step()) {
-        }
+        wait(10);
     }
     const int status = program.waitStatus.value_or(SIGKILL);
     if (WIFEXITED(status))

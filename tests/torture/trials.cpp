@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 
+#include <fstream>
 #include <random>
 
 namespace tessellar::torture {
@@ -56,9 +57,7 @@ public:
     }
 
     bool wasReached() const { return _wasReached; }
-    bool isDeath() const {
-        return _fate.kind == Fate::Kind::killedBefore || _fate.kind == Fate::Kind::killedAfter;
-    }
+    bool isDeath() const { return _fate.kind != Fate::Kind::runs && _fate.kind != Fate::Kind::fails; }
     bool denies(const QByteArray& file) const {
         return _wasReached && _isLasting && _path == file && _place.startsWith("open");
     }
@@ -91,17 +90,6 @@ private:
     QList<Site> _sites;
 };
 
-/// Identifiers in a text.
-QSet<QByteArray> identifiers(const QByteArray& text) {
-    QSet<QByteArray> all;
-    for (const QByteArray& word : text.split('"'))
-        if (word.size() == 36 && word.count('-') == 4)
-            all.insert(word);
-    return all;
-}
-
-QByteArray shortened(const QByteArray& text) { return text.simplified().left(300); }
-
 /// Without memory, or what an event loop is made of, libraries end a program in their own way: that is
 /// no worse than being killed, as long as it harms nothing.
 void endedAsItCould(Ending& ending) {
@@ -111,9 +99,6 @@ void endedAsItCould(Ending& ending) {
 
 const QByteArray registry = SmallMac::applicationFolder + "/computed-folders.json";
 const QByteArray lock = SmallMac::applicationFolder + "/lock";
-
-/// What was renamed is there although its folder could not be made safe.
-bool isSync(const QByteArrayList& parts) { return parts[1] == "fsync" || parts[1] == "fdatasync"; }
 
 } // namespace
 
@@ -162,101 +147,88 @@ std::optional<QList<Site>> Trials::servedSites(const Command& command, Phase pha
 
 Verdict Trials::judge(const Case& one) {
     const QByteArrayList parts = one.split(':');
-    const QByteArrayList rest = parts.sliced(1);
     const QByteArray& row = parts.first();
-    if ((row == "call" || row == "kill") && rest.size() == 5)
-        return judgeCall(rest);
-    if ((row == "served" || row == "started") && rest.size() == 5)
-        return judgeServed(rest, row == "served" ? Phase::serving : Phase::starting);
-    if ((row == "full" && rest.size() == 2) || (row == "limit" && rest.size() == 3))
-        return judgeLimit(rest);
-    if ((row == "bits" || row == "cut") && rest.size() == 2)
+    const Command* command = commandNamed(parts.value(1));
+    const bool isOfCall = row == "call" || row == "kill" || row == "served" || row == "started";
+    if (command && isOfCall && parts.size() == 6)
+        return judgeCall(*command, parts);
+    if (command && ((row == "full" && parts.size() == 3) || (row == "limit" && parts.size() == 4)))
+        return judgeLimit(*command, parts);
+    if ((row == "bits" || row == "cut") && parts.size() == 3)
         return judgeDamage(parts);
-    if (row == "together" && rest.size() == 2)
-        return judgeTogether(rest);
+    if (row == "together" && parts.size() == 3)
+        return judgeTogether(parts);
     return {"this names no case", false};
 }
 
-Verdict Trials::judgeCall(const QByteArrayList& parts) {
-    const Command* command = commandNamed(parts.first());
-    if (!command)
-        return {"there is no such command", false};
-    _laws.prepare(*command);
-    Injection injection(_mac, parts.sliced(1));
-    Programs programs;
-    const pid_t program = programs.start(_mac.tessellarctl(command->line), injection.asDecide());
-    Ending ending = programs.waitFor(program, secondsForAProgram);
-    if (injection.metKind() == Kind::makesDescriptor)
-        endedAsItCould(ending);
-    return {_laws.broken(*command, ending,
-                         {.mayFailLate = isSync(parts),
-                          .hidesRegistry = injection.hides(registry),
-                          .hidesSome = injection.metKind() == Kind::reads,
-                          .deniesLock = injection.denies(lock)}),
-            injection.wasReached()};
-}
-
-Verdict Trials::judgeServed(const QByteArrayList& parts, Phase phase) {
-    const Command* command = commandNamed(parts.first());
-    if (!command)
-        return {"there is no such command", false};
-    _laws.prepare(*command);
-    Injection injection(_mac, parts.sliced(1));
-    Ending ending = runServed(*command, injection.asDecide(), phase);
+Verdict Trials::judgeCall(const Command& command, const QByteArrayList& parts) {
+    _laws.prepare(command);
+    Injection injection(_mac, parts.sliced(2));
+    const bool isServed = parts[0] == "served" || parts[0] == "started";
+    Ending ending;
+    if (isServed) {
+        const Phase phase = parts[0] == "served" ? Phase::serving : Phase::starting;
+        ending = runServed(command, injection.asDecide(), phase);
+    } else {
+        Programs programs;
+        const pid_t program = programs.start(_mac.tessellarctl(command.line), injection.asDecide());
+        ending = programs.waitFor(program, secondsForAProgram);
+    }
     if (injection.metKind() == Kind::makesDescriptor)
         endedAsItCould(ending);
     // Whoever had no answer says so, and knows no more.
-    if (injection.isDeath() && ending.error.contains("The launcher ended before it had answered.")) {
+    if (isServed && injection.isDeath() &&
+        ending.error.contains("The launcher ended before it had answered.")) {
         ending.status.reset();
         ending.signal = SIGKILL;
     }
-    return {_laws.broken(*command, ending,
-                         {.mayFailLate = isSync(parts),
-                          .warnsElsewhere = true,
+    // What was renamed is there although its folder could not be made safe.
+    const bool isSync = parts[2] == "fsync" || parts[2] == "fdatasync";
+    return {_laws.broken(command, ending,
+                         {.mayFailLate = isSync,
+                          .warnsElsewhere = isServed,
                           .hidesRegistry = injection.hides(registry),
-                          .hidesSome = injection.metKind() == Kind::reads}),
+                          .hidesSome = injection.metKind() == Kind::reads,
+                          .deniesLock = !isServed && injection.denies(lock)}),
             injection.wasReached()};
 }
 
-Verdict Trials::judgeLimit(const QByteArrayList& parts) {
-    const Command* command = commandNamed(parts.first());
-    if (!command)
-        return {"there is no such command", false};
-    _laws.prepare(*command);
-    const auto main = _mac.tessellarctl(command->line);
+namespace {
+
+/// How much memory this process has mapped.
+rlim_t mappedBytes() {
+    std::ifstream in("/proc/self/statm");
+    rlim_t pages = 0;
+    in >> pages;
+    return pages * pageSize;
+}
+
+} // namespace
+
+Verdict Trials::judgeLimit(const Command& command, const QByteArrayList& parts) {
+    _laws.prepare(command);
+    const auto main = _mac.tessellarctl(command.line);
     Programs programs;
-    if (parts.size() == 2) {
-        _mac.leaveFree(parts.last().toInt() * pageSize);
+    if (parts[0] == "full") {
+        _mac.leaveFree(parts[2].toInt() * pageSize);
         const Ending ending = programs.waitFor(programs.start(main), secondsForAProgram);
         _mac.leaveFree(std::nullopt);
-        return {_laws.broken(*command, ending)};
+        return {_laws.broken(command, ending)};
     }
-    const bool isMemory = parts[1] == "memory";
-    const pid_t program = programs.start([&, count = parts[2].toULongLong()]() -> int {
-        rlim_t bound = count;
-        int resource = RLIMIT_NOFILE;
-        if (parts[1] == "fileSize") {
-            resource = RLIMIT_FSIZE;
+    const bool isMemory = parts[2] == "memory";
+    const bool isFileSize = parts[2] == "fileSize";
+    const pid_t program = programs.start([&, count = parts[3].toULongLong()]() -> int {
+        if (isFileSize)
             ::signal(SIGXFSZ, SIG_IGN);
-        } else if (isMemory) {
-            resource = RLIMIT_AS;
-            // Beside what is mapped already.
-            long pages = 0;
-            if (std::FILE* file = std::fopen("/proc/self/statm", "re")) {
-                if (std::fscanf(file, "%ld", &pages) != 1)
-                    pages = 0;
-                std::fclose(file);
-            }
-            bound = (bound << 20) + static_cast<rlim_t>(pages) * pageSize;
-        }
+        const rlim_t bound = isMemory ? (count << 20) + mappedBytes() : count;
         const rlimit limit{bound, bound};
-        ::setrlimit(resource, &limit);
+        ::setrlimit(isMemory ? RLIMIT_AS : isFileSize ? RLIMIT_FSIZE : RLIMIT_NOFILE, &limit);
         return main();
     });
     Ending ending = programs.waitFor(program, secondsForAProgram);
     if (isMemory)
         endedAsItCould(ending);
-    return {_laws.broken(*command, ending)};
+    return {_laws.broken(command, ending)};
 }
 
 /// What one place of one file spoils is at most one thing; else the bytes are kept.
@@ -292,7 +264,7 @@ Verdict Trials::judgeDamage(const QByteArrayList& parts) {
             continue;
         if (path == SmallMac::settingsFile && isJson)
             continue; // other folders may be searched now
-        const QSet<QByteArray> lost = identifiers(*file) - identifiers(after.value(file.key()));
+        const QSet<QByteArray> lost = identifiersIn(*file) - identifiersIn(after.value(file.key()));
         if (lost.size() > 1 || (isDamaged && !isJson && !damaged.isEmpty()))
             return {file.key() + " lost " + QByteArray::number(lost.size()) +
                     " identifiers, and what it held is kept nowhere"};
@@ -305,8 +277,7 @@ Verdict Trials::judgeDamage(const QByteArrayList& parts) {
 }
 
 Verdict Trials::judgeTogether(const QByteArrayList& parts) {
-    const bool isServed = parts[0] == "served";
-    std::mt19937 random(parts[1].toUInt());
+    std::mt19937 random(parts[2].toUInt());
     QList<Command> some;
     for (const Command& command : independentCommands())
         if (random() % 3 != 0)
@@ -315,36 +286,26 @@ Verdict Trials::judgeTogether(const QByteArrayList& parts) {
     QList<Command> done;
     {
         Programs programs;
-        pid_t launcher = 0;
-        if (isServed) {
+        if (parts[1] == "served") {
             bool isListening = false;
-            launcher = programs.start(_mac.launcher(), [&](const SystemCall& call) {
+            programs.start(_mac.launcher(), [&](const SystemCall& call) {
                 isListening = isListening || qstrcmp(call.name, "listen") == 0;
                 return Fate{};
             });
             if (!programs.runUntil(isListening, secondsForAProgram))
                 return {"the launcher does not listen"};
         }
-        std::vector<pid_t> running;
+        std::vector<std::pair<pid_t, Command>> running;
         for (const Command& command : some)
-            running.push_back(programs.start(_mac.tessellarctl(command.line)));
-        for (std::size_t i = 0; i < running.size(); ++i) {
-            const Ending ending = programs.waitFor(running[i], secondsForAProgram);
+            running.emplace_back(programs.start(_mac.tessellarctl(command.line)), command);
+        for (const auto& [program, command] : running) {
+            const Ending ending = programs.waitFor(program, secondsForAProgram);
             if (!ending.status)
-                return {QByteArray(some[static_cast<qsizetype>(i)].line) + " did not end by itself"};
+                return {QByteArray(command.line) + " did not end by itself"};
             if (ending.status == 0)
-                done.append(some[static_cast<qsizetype>(i)]);
+                done.append(command);
         }
-        if (launcher != 0) {
-            programs.signal(launcher, SIGKILL);
-            programs.waitFor(launcher, secondsForAProgram);
-        }
-    }
-    // Where things stood when one of them started, which their order says.
-    const auto withoutPlaces = [](State state) {
-        state.removeIf([](const auto& entry) { return entry.key().contains("/remembered-places"); });
-        return state;
-    };
+    } // which kills the launcher
     const State together = withoutPlaces(_mac.state());
     if (const QByteArray broken = _laws.brokenFile(); !broken.isEmpty())
         return {broken};

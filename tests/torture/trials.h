@@ -28,9 +28,8 @@ public:
     Verdict judge(const Case& one);
 
 private:
-    Verdict judgeCall(const QByteArrayList& parts);
-    Verdict judgeServed(const QByteArrayList& parts, Phase phase);
-    Verdict judgeLimit(const QByteArrayList& parts);
+    Verdict judgeCall(const Command& command, const QByteArrayList& parts);
+    Verdict judgeLimit(const Command& command, const QByteArrayList& parts);
     Verdict judgeDamage(const QByteArrayList& parts);
     Verdict judgeTogether(const QByteArrayList& parts);
 
