@@ -61,7 +61,8 @@ private:
     static QJsonObject knownOf(const SmartFolderAppFacts& app, const FileSystem& files) {
         QJsonObject known = json::encode(app).toObject();
         const AppEntry& entry = app.entry;
-        known[u"name"] = known[u"displayName"] = entry.name;
+        known[u"name"] = entry.name;
+        known[u"displayName"] = entry.name;
         known[u"originalName"] = entry.originalName;
         known[u"path"] = entry.path;
         if (entry.bundleIdentifier)

@@ -29,7 +29,10 @@ const QDateTime someDate = QDateTime::fromSecsSinceEpoch(1'700'000'000);
 class SmartFolderFactsCatalogs : public testing::Test {
 protected:
     SmartFolderFactsCatalogs() {
-        machine.tool(u"/usr/bin/lipo"_s, test::exited(0, "x86_64 arm64\n"));
+        machine.tool(u"/usr/bin/lipo"_s, [this](const Command& command, const std::stop_token&) {
+            EXPECT_EQ(command.executable, machine.hostPath(u"/usr/bin/lipo"_s).toUtf8());
+            return test::exited(0, "x86_64 arm64\n");
+        });
         sign("Authority=Developer ID Application: Fern Ltd (ABCDE12345)\n"
              "TeamIdentifier=ABCDE12345\n");
     }

@@ -86,6 +86,7 @@ TEST_F(AppUpdateRunnerTest, WhatIsInstalledDecidesHowAnUpdateWent) {
     mac.tool(brewPath, [&](const Command& command, const std::stop_token& stop) {
         if (command.arguments.value(0) != "upgrade")
             return brewOfOneCask({})(command, stop);
+        EXPECT_EQ(command.executable, mac.hostPath(brewPath).toUtf8());
         add({.name = u"Cask"_s, .version = u"2.0"_s, .build = u"200"_s});
         return exited(1, {}, "Error: could not clean up");
     });
