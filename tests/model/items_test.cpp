@@ -1,13 +1,15 @@
 #include "model/items.h"
 #include "model/json_losses.h"
 
+#include "model/drawn.h"
 #include "support/printers.h"
-#include "support/sequential_uuids.h"
 
 #include <gtest/gtest.h>
 
 namespace tessellar {
 namespace {
+
+using namespace Qt::Literals::StringLiterals;
 
 json::Decoded<LaunchpadItem> decodeItem(const QByteArray& text) {
     return json::decodeDocument<LaunchpadItem>(text);
@@ -86,12 +88,10 @@ TEST(ItemJson, FoldersReadEveryFormTheyEverHad) {
 }
 
 TEST(ItemJson, PathsOfAnyNameSurviveTheFileUrl) {
-    AppEntry entry;
-    entry.id = test::SequentialUuids().next();
+    AppEntry entry = test::app(u"a"_s);
     for (const QString& name :
-         {QStringLiteral("Käse & Brot"), QStringLiteral("100% #1? [a];b"), QStringLiteral("日本語"),
-          QStringLiteral("%41"), QStringLiteral("a+b~c\\d\"")}) {
-        entry.path = QStringLiteral("/Applications/%1.app").arg(name);
+         {u"Käse & Brot"_s, u"100% #1? [a];b"_s, u"日本語"_s, u"%41"_s, u"a+b~c\\d\""_s}) {
+        entry.path = u"/Applications/%1.app"_s.arg(name);
         const auto decoded = json::decode<AppEntry>(json::encode(entry));
         ASSERT_TRUE(decoded);
         EXPECT_EQ(decoded->path, entry.path);
@@ -102,7 +102,7 @@ TEST(ItemJson, PathsOfAnyNameSurviveTheFileUrl) {
 }
 
 TEST(ItemJson, IdentifiersAreCanonicalText) {
-    EXPECT_TRUE(json::decode<QUuid>(QStringLiteral("0a0b0c0d-0000-4000-8000-000000000001")));
+    EXPECT_TRUE(json::decode<QUuid>(u"0a0b0c0d-0000-4000-8000-000000000001"_s));
     for (const char* bad : {"", "{0A0B0C0D-0000-4000-8000-000000000001}",
                             "0A0B0C0D000040008000000000000001", "0A0B0C0D-0000-4000-8000-00000000000G"})
         EXPECT_FALSE(json::decode<QUuid>(QLatin1StringView(bad))) << bad;
@@ -110,50 +110,37 @@ TEST(ItemJson, IdentifiersAreCanonicalText) {
 
 TEST(AppKey, FollowsAliasThenDuplicateThenIdentifierThenPath) {
     AppEntry entry;
-    entry.path = QStringLiteral("/Applications/Maple.app");
+    entry.path = u"/Applications/Maple.app"_s;
     EXPECT_EQ(appKey(entry), entry.path);
-    entry.bundleIdentifier = QStringLiteral("org.maple");
+    entry.bundleIdentifier = u"org.maple"_s;
     EXPECT_EQ(appKey(entry), u"org.maple");
     entry.isDuplicateBundleIdentifier = true;
     EXPECT_EQ(appKey(entry), entry.path);
-    entry.alias = AppAliasReference{QStringLiteral("org.other")};
+    entry.alias = AppAliasReference{u"org.other"_s};
     EXPECT_EQ(appKey(entry), u"org.other");
 }
 
 TEST(Items, NestingLooksAtEveryComponentButTheLast) {
-    EXPECT_TRUE(isNestedInAnotherApplication(
-        QStringLiteral("/Applications/Suite.APP/Contents/Library/Tool.app")));
-    EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/Tool.app")));
-    EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/Tool.app/")));
-    EXPECT_FALSE(isNestedInAnotherApplication(QStringLiteral("/Applications/X.app/../Tool.app")));
+    EXPECT_TRUE(isNestedInAnotherApplication(u"/Applications/Suite.APP/Contents/Library/Tool.app"_s));
+    for (const auto& own : {u"/Applications/Tool.app"_s, u"/Applications/Tool.app/"_s,
+                            u"/Applications/X.app/../Tool.app"_s})
+        EXPECT_FALSE(isNestedInAnotherApplication(own));
 }
 
 TEST(Items, GamesFoldIntoOneCategory) {
-    EXPECT_EQ(categoryDisplayName(QStringLiteral("public.app-category.puzzle-games")), u"Games");
-    EXPECT_EQ(categoryDisplayName(QStringLiteral("public.app-category.developer-tools")), u"Developer");
-    EXPECT_FALSE(categoryDisplayName(QStringLiteral("public.app-category.cooking")));
-    EXPECT_FALSE(categoryDisplayName(QStringLiteral("org.example.puzzle-games")));
+    EXPECT_EQ(categoryDisplayName(u"public.app-category.puzzle-games"_s), u"Games");
+    EXPECT_EQ(categoryDisplayName(u"public.app-category.developer-tools"_s), u"Developer");
+    EXPECT_FALSE(categoryDisplayName(u"public.app-category.cooking"_s));
+    EXPECT_FALSE(categoryDisplayName(u"org.example.puzzle-games"_s));
 }
 
 TEST(Items, FoldersListApplicationsDeepAndPreviewsShallow) {
-    test::SequentialUuids ids;
-    const auto app = [&](const QString& name) {
-        AppEntry entry;
-        entry.id = ids.next();
-        entry.name = name;
-        return entry;
-    };
-    FolderEntry inner{ids.next(), QStringLiteral("inner"), {}, {{app(QStringLiteral("b"))}}};
-    const FolderEntry outer{ids.next(),
-                            QStringLiteral("outer"),
-                            {},
-                            {{app(QStringLiteral("a")), inner, SmartFolderReference{ids.next()}},
-                             {app(QStringLiteral("c"))}}};
+    const FolderEntry outer = *test::drawn(u"[outer: a [inner: b] *|c]")[0][0].folder();
     QStringList names;
     for (const AppEntry& entry : allApplications(outer))
         names += entry.name;
-    EXPECT_EQ(names, QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
-    EXPECT_EQ(previewItems(outer, 2), Page({outer.pages[0][0], inner}));
+    EXPECT_EQ(names, QStringList({u"a"_s, u"b"_s, u"c"_s}));
+    EXPECT_EQ(previewItems(outer, 2), outer.pages[0].first(2));
     EXPECT_EQ(previewItems(outer, 9).size(), 4);
     EXPECT_TRUE(previewItems(outer, 0).isEmpty());
 }

@@ -8,6 +8,7 @@
 namespace tessellar {
 namespace {
 
+using namespace Qt::Literals::StringLiterals;
 constexpr auto fullScreen = LauncherWindowMode::fullScreen;
 constexpr auto windowed = LauncherWindowMode::windowed;
 
@@ -15,10 +16,10 @@ TEST(LayoutSettings, ValuesOutOfRangeOrOfAWrongTypeAreTheDefault) {
     test::MemorySettings settings;
     EXPECT_EQ(readLayoutSettings(settings, fullScreen).columns, 8);
     EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 7);
-    const QList<QJsonValue> bad{2, 10, 5.5, true, QStringLiteral("6"), QJsonValue::Null, QJsonArray{6}};
+    const QList<QJsonValue> bad{2, 10, 5.5, true, u"6"_s, QJsonValue::Null, QJsonArray{6}};
     for (const QJsonValue& value : bad) {
-        (void)settings.set(QStringLiteral("gridRows"), value);
-        (void)settings.set(QStringLiteral("iconScale"), value);
+        (void)settings.set(u"gridRows"_s, value);
+        (void)settings.set(u"iconScale"_s, value);
         EXPECT_EQ(readLayoutSettings(settings, fullScreen).rows, 5);
         EXPECT_EQ(readLayoutSettings(settings, fullScreen).iconScale, 1.0);
     }
@@ -26,21 +27,21 @@ TEST(LayoutSettings, ValuesOutOfRangeOrOfAWrongTypeAreTheDefault) {
 
 TEST(LayoutSettings, TheWindowFallsBackToTheFullScreensValues) {
     test::MemorySettings settings;
-    (void)settings.set(QStringLiteral("gridRows"), 6);
-    (void)settings.set(QStringLiteral("gridColumns"), 9);
-    (void)settings.set(QStringLiteral("windowed.gridColumns"), 4);
+    (void)settings.set(u"gridRows"_s, 6);
+    (void)settings.set(u"gridColumns"_s, 9);
+    (void)settings.set(u"windowed.gridColumns"_s, 4);
     EXPECT_EQ(readLayoutSettings(settings, windowed).rows, 6);
     EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 4);
     EXPECT_EQ(readLayoutSettings(settings, fullScreen).columns, 9);
-    for (const QJsonValue& wrong : {QJsonValue(QStringLiteral("5")), QJsonValue(4.5)}) {
-        (void)settings.set(QStringLiteral("windowed.gridColumns"), wrong);
+    for (const QJsonValue& wrong : {QJsonValue(u"5"_s), QJsonValue(4.5)}) {
+        (void)settings.set(u"windowed.gridColumns"_s, wrong);
         EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 9);
     }
     // Out of range is the default, whatever the full screen has, and there too.
-    (void)settings.set(QStringLiteral("windowed.gridColumns"), 99);
+    (void)settings.set(u"windowed.gridColumns"_s, 99);
     EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 7);
-    (void)settings.set(QStringLiteral("windowed.gridColumns"), QJsonValue::Null);
-    (void)settings.set(QStringLiteral("gridColumns"), 99);
+    (void)settings.set(u"windowed.gridColumns"_s, QJsonValue::Null);
+    (void)settings.set(u"gridColumns"_s, 99);
     EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 7);
 }
 
@@ -52,13 +53,13 @@ TEST(LayoutSettings, WhatIsWrittenForAModeReadsBackAndLeavesTheOtherAlone) {
     layout.iconScale = 1.1;
     layout.tileLabelFontSize = 13;
     layout.folderColumns = 4;
-    layout.recents = {true, 2, QStringLiteral("firstPage")};
+    layout.recents = {true, 2, u"firstPage"_s};
     layout.windowSize = WindowSize{900, 600};
     ASSERT_TRUE(writeLayoutSettings(settings, windowed, layout));
     EXPECT_EQ(readLayoutSettings(settings, windowed), layout);
     EXPECT_EQ(readLayoutSettings(settings, fullScreen), ArrangementLayout());
     layout.rows = 40;
-    (void)settings.set(QStringLiteral("gridRows"), 6);
+    (void)settings.set(u"gridRows"_s, 6);
     ASSERT_TRUE(writeLayoutSettings(settings, windowed, layout));
     EXPECT_EQ(readLayoutSettings(settings, windowed).rows, 5);
 }

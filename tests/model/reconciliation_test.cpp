@@ -1,6 +1,6 @@
 #include "model/reconciliation.h"
 
-#include "support/items.h"
+#include "model/drawn.h"
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
@@ -10,23 +10,22 @@
 namespace tessellar {
 namespace {
 
+using namespace Qt::Literals::StringLiterals;
 using test::app;
+using test::drawn;
 using test::folder;
+using test::idOf;
 using test::sketch;
 
-const Locale english(QStringLiteral("en_US"));
+const Locale english(u"en_US"_s);
 
-QList<AppEntry> scanOf(const QStringList& names) {
+QList<AppEntry> scanOf(const QString& names) {
     QList<AppEntry> result;
-    for (const QString& name : names) {
+    for (const QString& name : names.split(u' ', Qt::SkipEmptyParts)) {
         result.append(app(name));
         result.last().id = QUuid::createUuid(); // a scan's identifiers are its own
     }
     return result;
-}
-
-QStringList words(const char* text) {
-    return QString::fromLatin1(text).split(u' ', Qt::SkipEmptyParts);
 }
 
 MergeResult merge(const Pages& pages, const QList<AppEntry>& scan, bool isRestore = false,
@@ -40,212 +39,534 @@ MergeResult merge(const Pages& pages, const QList<AppEntry>& scan, bool isRestor
         english);
 }
 
-/// Two copies of one application.
-QList<AppEntry> copiesOf(const QString& name, const QStringList& paths) {
+/// "Maple" at each of these paths.
+QList<AppEntry> maplesAt(const QStringList& paths) {
     QList<AppEntry> result;
     for (const QString& path : paths) {
-        result.append(app(name));
-        result.last().id = QUuid::createUuid();
+        result += scanOf(u"Maple"_s);
         result.last().path = path;
         result.last().isDuplicateBundleIdentifier = paths.size() > 1;
     }
     return result;
 }
 
-TEST(Merge, GoneApplicationsLeaveAndFoldersCloseUpFromTheInsideOut) {
+TEST(Merge, GoneApplicationsLeaveFoldersCloseUpAndNewOnesComeAtTheEndByName) {
     const struct {
-        Pages before;
-        const char* installed;
-        const char* after;
+        const char16_t* before;
+        const char16_t* installed;
+        const char16_t* after;
+        const char16_t* restored = nullptr; ///< where that differs
     } cases[] = {
-        {{{app(u"a"_qs), app(u"b"_qs)}, {app(u"c"_qs)}}, "b c", "b|c"},
-        {{{app(u"a"_qs)}, {app(u"c"_qs)}}, "c", "c"},
-        {{{app(u"a"_qs), folder(u"f"_qs, {{app(u"b"_qs), app(u"c"_qs)}})}}, "a", "a"},
-        {{{app(u"a"_qs), folder(u"f"_qs, {{app(u"b"_qs), app(u"c"_qs)}}), app(u"d"_qs)}},
-         "a c d",
-         "a c d"},
-        {{{folder(u"f"_qs, {{app(u"a"_qs)}, {app(u"b"_qs), app(u"c"_qs)}})}}, "b c", "[f: b c]"},
-        {{{folder(u"o"_qs, {{folder(u"i"_qs, {{app(u"a"_qs), app(u"b"_qs)}}), app(u"c"_qs)}})}},
-         "a c",
-         "[o: a c]"},
-        {{{folder(u"o"_qs, {{folder(u"i"_qs, {{app(u"a"_qs), app(u"b"_qs)}}), app(u"c"_qs)}})}},
-         "a",
-         "a"},
-        {{{folder(u"o"_qs, {{folder(u"i"_qs, {{app(u"a"_qs), app(u"b"_qs)}})}})}}, "a b", "[i: a b]"},
-        {{{folder(u"f"_qs, {{SmartFolderReference{QUuid::createUuid()}, app(u"a"_qs)}})}}, "", "*"},
-        {{{app(u"a"_qs)}}, "", ""},
+        {u"a b|c", u"b c", u"b|c"},
+        {u"a|c", u"c", u"c"},
+        {u"a [f: b c]", u"a", u"a"},
+        {u"a [f: b c] d", u"a c d", u"a c d"},
+        {u"[f: a|b c]", u"b c", u"[f: b c]"},
+        {u"[o: [i: a b] c]", u"a c", u"[o: a c]"},
+        {u"[o: [i: a b] c]", u"a", u"a"},
+        {u"[o: [i: a b]]", u"a b", u"[i: a b]"},
+        {u"[f: * a]", u"", u"*"},
+        {u"a", u"", u""},
+        {u"z y", u"z y b a C e d", u"z y a b|C d e", u"z y|a b C d|e"},
+        // A page that holds more than the grid shows is full, and keeps what it has.
+        {u"v w x y z", u"v w x y z a", u"v w x y z|a"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(sketch(merge(c.before, scanOf(words(c.installed))).pages), QLatin1StringView(c.after))
-            << sketch(c.before).toStdString() << " with " << c.installed;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(QString::fromUtf16(c.before).toStdString());
+        const auto scan = scanOf(QString::fromUtf16(c.installed));
+        EXPECT_EQ(sketch(merge(drawn(c.before), scan).pages), QStringView(c.after));
+        EXPECT_EQ(sketch(merge(drawn(c.before), scan, true).pages),
+                  QStringView(c.restored ? c.restored : c.after));
+    }
+    EXPECT_EQ(sketch(defaultLayout(scanOf(u"b a"_s), 1, english)), u"a|b");
 }
 
 TEST(Merge, TilesThatShareAnIdentifierStandForTheirOwnApplications) {
-    AppEntry a = app(u"a"_qs);
-    AppEntry gone = app(u"gone"_qs);
-    AppEntry b = app(u"b"_qs);
-    gone.id = b.id = a.id;
-    EXPECT_EQ(sketch(merge({{a, gone, b}}, scanOf(words("a b c"))).pages), u"a b c");
-}
-
-TEST(Merge, NewApplicationsComeAtTheEndInAlphabeticalOrder) {
-    const Pages before{{app(u"z"_qs), app(u"y"_qs)}};
-    const auto scan = scanOf(words("z y b a C e d"));
-    EXPECT_EQ(sketch(merge(before, scan).pages), u"z y a b|C d e");
-    EXPECT_EQ(sketch(merge(before, scan, true).pages), u"z y|a b C d|e");
-    // A page that holds more than the grid shows is full, and keeps what it has.
-    const Pages crowded{{app(u"v"_qs), app(u"w"_qs), app(u"x"_qs), app(u"y"_qs), app(u"z"_qs)}};
-    EXPECT_EQ(sketch(merge(crowded, scanOf(words("v w x y z a"))).pages), u"v w x y z|a");
-    EXPECT_EQ(sketch(defaultLayout(scanOf(words("b a")), 1, english)), u"a|b");
+    Pages pages = drawn(u"a gone b");
+    pages[0][1].app()->id = pages[0][2].app()->id = idOf(u"a"_s);
+    EXPECT_EQ(sketch(merge(pages, scanOf(u"a b c"_s)).pages), u"a b c");
 }
 
 TEST(Merge, AMatchedTileTakesTheScansDataButKeepsItsIdentityAndTheUsersName) {
-    AppEntry stored = app(u"Maple"_qs);
-    stored.name = QStringLiteral("My Tree");
-    AppEntry plain = app(u"Oak"_qs);
-    auto scan = scanOf(words("Maple Oak"));
-    scan[0].path = QStringLiteral("/Applications/Trees/Maple.app");
-    scan[0].originalName = scan[0].name = QStringLiteral("Maple 2");
-    scan[1].originalName = scan[1].name = QStringLiteral("Oak 2");
-    const MergeResult result = merge({{stored, plain}}, scan);
-    const AppEntry& maple = *result.pages[0][0].app();
-    EXPECT_EQ(maple.id, stored.id);
-    EXPECT_EQ(maple.name, u"My Tree");
-    EXPECT_EQ(maple.originalName, u"Maple 2");
-    EXPECT_EQ(maple.path, scan[0].path);
-    EXPECT_EQ(result.pages[0][1].app()->name, u"Oak 2");
-    EXPECT_EQ(result.pages[0][1].app()->id, plain.id);
+    Pages before = drawn(u"Maple Oak");
+    before[0][0].app()->name = u"My Tree"_s;
+    auto scan = scanOf(u"Maple Oak"_s);
+    scan[0].path = u"/Applications/Trees/Maple.app"_s;
+    scan[0].originalName = scan[0].name = u"Maple 2"_s;
+    scan[1].originalName = scan[1].name = u"Oak 2"_s;
+    const MergeResult result = merge(before, scan);
+    EXPECT_EQ(sketch(result.pages), u"My Tree Oak 2");
+    EXPECT_EQ(result.pages[0][0].id(), before[0][0].id());
+    EXPECT_EQ(result.pages[0][1].id(), before[0][1].id());
+    EXPECT_EQ(result.pages[0][0].app()->originalName, u"Maple 2");
+    EXPECT_EQ(result.pages[0][0].app()->path, scan[0].path);
+
+    // One with another identifier takes the place under its own identity.
+    scan[0] = scanOf(u"Maple"_s)[0];
+    scan[0].bundleIdentifier = u"org.example.other"_s;
+    const MergeResult other = merge(drawn(u"Maple Oak"), scan);
+    EXPECT_EQ(sketch(other.pages), u"Maple Oak 2");
+    EXPECT_NE(other.pages[0][0].id(), idOf(u"Maple"_s));
 }
 
 TEST(Merge, ASecondCopyCostsTheFirstNeitherPlaceNorHiddenState) {
-    const QString here = QStringLiteral("/Applications/Maple.app");
-    const QString there = QStringLiteral("/Users/ada/Applications/Maple.app");
-    const QString key = QStringLiteral("org.example.maple");
-    const Pages before{{app(u"Maple"_qs), app(u"Oak"_qs)}};
-    const QList<AppEntry> oak = scanOf(words("Oak"));
+    const QString here = u"/Applications/Maple.app"_s;
+    const QString there = u"/Users/ada/Applications/Maple.app"_s;
+    const QString key = u"org.example.maple"_s;
+    const Pages before = drawn(u"Maple Oak");
+    const QList<AppEntry> oak = scanOf(u"Oak"_s);
 
-    const MergeResult two = merge(before, copiesOf(u"Maple"_qs, {there, here}) + oak, false, {key});
+    const MergeResult two = merge(before, maplesAt({there, here}) + oak, false, {key});
     ASSERT_EQ(sketch(two.pages), u"Maple Oak Maple");
     EXPECT_EQ(two.pages[0][0].id(), before[0][0].id());
     EXPECT_EQ(two.pages[0][0].app()->path, here);
     EXPECT_EQ(two.hiddenKeys, QSet<QString>{here});
     EXPECT_EQ(two.changedKeys.value(key), here);
 
-    const MergeResult one =
-        merge(two.pages, copiesOf(u"Maple"_qs, {here}) + oak, false, two.hiddenKeys);
+    const MergeResult one = merge(two.pages, maplesAt({here}) + oak, false, two.hiddenKeys);
     EXPECT_EQ(sketch(one.pages), u"Maple Oak");
     EXPECT_EQ(one.pages[0][0].id(), before[0][0].id());
     EXPECT_EQ(one.hiddenKeys, QSet<QString>{key});
 
     // The first goes and the second stays, in the second's place.
-    const MergeResult other =
-        merge(two.pages, copiesOf(u"Maple"_qs, {there}) + oak, false, two.hiddenKeys);
+    const MergeResult other = merge(two.pages, maplesAt({there}) + oak, false, two.hiddenKeys);
     EXPECT_EQ(sketch(other.pages), u"Oak Maple");
     EXPECT_EQ(other.pages[0][1].id(), two.pages[0][2].id());
 }
 
 TEST(Merge, AliasesFollowTheirApplication) {
-    AppEntry alias = app(u"Maple"_qs);
-    alias.id = test::idOf(u"alias"_qs);
-    alias.alias = AppAliasReference{QStringLiteral("org.example.maple")};
-    const Pages before{{app(u"Maple"_qs)}, {alias, app(u"Oak"_qs)}};
-    EXPECT_EQ(sketch(merge(before, scanOf(words("Maple Oak"))).pages), u"Maple|~Maple Oak");
-    EXPECT_EQ(sketch(merge(before, scanOf(words("Oak"))).pages), u"Oak");
+    AppEntry alias = app(u"Maple"_s);
+    alias.id = idOf(u"alias"_s);
+    alias.alias = AppAliasReference{u"org.example.maple"_s};
+    const Pages before{{app(u"Maple"_s)}, {alias, app(u"Oak"_s)}};
+    EXPECT_EQ(sketch(merge(before, scanOf(u"Maple Oak"_s)).pages), u"Maple|~Maple Oak");
+    EXPECT_EQ(sketch(merge(before, scanOf(u"Oak"_s)).pages), u"Oak");
 
-    const QString here = QStringLiteral("/Applications/Maple.app");
-    const MergeResult two =
-        merge(before, copiesOf(u"Maple"_qs, {here, QStringLiteral("/Applications/M2.app")}));
+    const QString here = u"/Applications/Maple.app"_s;
+    const MergeResult two = merge(before, maplesAt({here, u"/Applications/M2.app"_s}));
     EXPECT_EQ(two.pages[1][0].app()->alias->appKey, here);
     // An alias alone is no tile of the application's own.
-    EXPECT_EQ(sketch(merge({{alias}}, scanOf(words("Maple"))).pages), u"~Maple Maple");
+    EXPECT_EQ(sketch(merge({{alias}}, scanOf(u"Maple"_s)).pages), u"~Maple Maple");
 }
 
-TEST(Merge, ApplicationsOutOfReachKeepTheirPlaces) {
-    AppEntry away = app(u"Away"_qs);
-    away.path = QStringLiteral("/Volumes/Away/Away.app");
-    AppEntry awayToo = app(u"AwayToo"_qs);
-    awayToo.path = QStringLiteral("/Volumes/Away/Too.app");
-    const Pages before{{folder(u"f"_qs, {{away, app(u"Gone"_qs), awayToo}})}};
+TEST(Merge, ApplicationsOutOfReachKeepTheirPlacesAndAreNotLostToOtherPages) {
+    Pages before = drawn(u"[f: Away Gone Too]");
+    Page& tiles = before[0][0].folder()->pages[0];
+    for (const int i : {0, 2})
+        tiles[i].app()->path = u"/Volumes/Away/%1.app"_s.arg(i);
+    tiles[0].app()->name = u"Mine"_s;
+    const AppEntry away = *tiles[0].app();
     const MergeResult result = merge(before, {});
-    EXPECT_EQ(sketch(result.pages), u"[f: Away AwayToo]");
-    EXPECT_EQ(result.unavailableAppKeys, QSet<QString>({QStringLiteral("org.example.away"),
-                                                        QStringLiteral("org.example.awaytoo")}));
-}
+    EXPECT_EQ(sketch(result.pages), u"[f: Mine Too]");
+    EXPECT_EQ(result.unavailableAppKeys, QSet<QString>({appKey(away), u"org.example.too"_s}));
 
-TEST(Merge, ApplicationsOutOfSightAreNotLostToOtherPages) {
-    AppEntry away = app(u"Away"_qs);
-    away.path = QStringLiteral("/Volumes/Away/Away.app");
-    away.name = QStringLiteral("Mine");
-    const auto merged = [&](const Pages& pages) {
-        return mergeLayout(
-            pages, {}, {.scannedApps = scanOf(words("Oak")), .isRestore = true, .unseenApps = {away}},
-            english);
+    const auto restored = [&](const Pages& pages) {
+        return mergeLayout(pages, {},
+                           {.scannedApps = scanOf(u"Oak"_s), .isRestore = true, .unseenApps = {away}},
+                           english);
     };
-    EXPECT_EQ(sketch(merged({{app(u"Oak"_qs)}}).pages), u"Oak|Mine");
-    EXPECT_EQ(merged({{app(u"Oak"_qs)}}).unavailableAppKeys, QSet<QString>{appKey(away)});
-    EXPECT_EQ(sketch(merged({{folder(u"f"_qs, {{away, app(u"Oak"_qs)}})}}).pages), u"[f: Mine Oak]");
+    EXPECT_EQ(sketch(restored(drawn(u"Oak")).pages), u"Oak|Mine");
+    EXPECT_EQ(restored(drawn(u"Oak")).unavailableAppKeys, QSet<QString>{appKey(away)});
+    EXPECT_EQ(sketch(restored({{folder(u"f"_s, {{away, app(u"Oak"_s)}})}}).pages), u"[f: Mine Oak]");
 }
 
-TEST(Merge, AnApplicationWithAnotherIdentifierTakesThePlaceUnderItsOwnIdentity) {
-    auto scan = scanOf(words("Maple Oak"));
-    scan[0].bundleIdentifier = QStringLiteral("org.example.other");
-    const MergeResult result = merge({{app(u"Maple"_qs), app(u"Oak"_qs)}}, scan);
-    EXPECT_EQ(sketch(result.pages), u"Maple Oak");
-    EXPECT_NE(result.pages[0][0].id(), test::idOf(u"Maple"_qs));
-}
+/// A machine on which applications come and go, and the arrangement that is merged with it.
+class RememberedPlacesTest : public testing::Test {
+protected:
+    void install(const QString& path, const QString& identifier) { installed.insert(path, identifier); }
+    void install(const QString& names) {
+        for (const QString& name : names.split(u' '))
+            install(app(name).path, app(name).bundleIdentifier.value_or(QString()));
+    }
+    void remove(const QString& names) {
+        for (const QString& name : names.split(u' '))
+            installed.remove(app(name).path);
+    }
 
-/// Laws that hold of any arrangement and any scan: no installed application is without a tile or has
-/// two, nothing else has one, folders and pages are as they must be, and a second merge changes
-/// nothing.
-TEST(Merge, KeepsItsLawsOnGeneratedArrangements) {
-    std::mt19937 random(7);
-    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-    for (int round = 0; round < 300; ++round) {
-        QStringList names;
-        for (int i = below(30); i >= 0; --i)
-            names += QString::number(i);
-        std::ranges::shuffle(names, random);
-        qsizetype next = 0;
-        const auto build = [&](const auto& self, int depth) -> Pages {
-            Pages pages;
-            for (int p = below(3); p >= 0; --p) {
-                Page page;
-                for (int t = below(4); t >= 0 && next < names.size(); --t) {
-                    if (depth < 3 && below(4) == 0)
-                        page.append(folder(QStringLiteral("f%1").arg(next), self(self, depth + 1)));
-                    else
-                        page.append(app(names[next++]));
-                }
-                pages.append(page);
-            }
-            return pages;
-        };
-        const Pages before = build(build, 0);
-        QStringList installed;
-        for (int i = 0; i < 35; ++i)
-            if (below(3))
-                installed += QString::number(i);
-        const auto scan = scanOf(installed);
-        const MergeResult result = merge(before, scan, below(2));
+    bool isOutOfReach(const QString& path) const {
+        return isUnmounted && path.startsWith(u"/Volumes/");
+    }
+    bool isSeen(const QString& path) const { return installed.contains(path) && !isOutOfReach(path); }
+    QList<AppEntry> scan() const {
+        QHash<QString, int> copies;
+        for (auto it = installed.begin(); it != installed.end(); ++it)
+            copies[it.value()] += isSeen(it.key());
+        QList<AppEntry> apps;
+        for (auto it = installed.begin(); it != installed.end(); ++it) {
+            if (!isSeen(it.key()))
+                continue;
+            AppEntry entry = app(it.key().section(u'/', -1).chopped(4));
+            entry.id = QUuid::createUuid();
+            entry.path = it.key();
+            entry.bundleIdentifier = it.value();
+            entry.isDuplicateBundleIdentifier = copies[it.value()] > 1;
+            apps.append(entry);
+        }
+        return apps;
+    }
 
+    /// The arrangement with what is installed now.
+    QString merge() {
+        // What is remembered has been saved and read again.
+        const auto read =
+            json::decodeDocument<RememberedPlaces>(json::write(json::encode(result.places)));
+        EXPECT_EQ(read, result.places);
+        result = mergeLayout(
+            pages, hiddenKeys,
+            {.scannedApps = scan(),
+             .isGone = [&](const QString& path) { return !isSeen(path) && !isOutOfReach(path); },
+             .pageCapacity = 4,
+             .places = *read,
+             .now = now},
+            english);
+        pages = result.pages;
+        hiddenKeys = result.hiddenKeys;
+        expectLaws();
+        story += installed.keys().join(u' ') + (isUnmounted ? u" away: "_s : u": "_s) + sketch(pages);
+        return sketch(pages);
+    }
+    /// Laws of any merge: no application that is seen is without a tile of its own or has two, nothing
+    /// else has one but what is out of reach, and folders and pages are as they must be.
+    void expectLaws() {
         QStringList found;
-        forEachItem(result.pages, [&](const LaunchpadItem& item) {
-            if (const AppEntry* entry = item.app())
-                found += entry->name;
-            else if (const FolderEntry* f = item.folder()) {
-                qsizetype tiles = 0;
-                for (const Page& page : f->pages)
-                    tiles += page.size();
-                EXPECT_GT(tiles, 1);
+        forEachItem(pages, [&](const LaunchpadItem& item) {
+            if (const AppEntry* entry = item.app(); entry && !entry->alias) {
+                EXPECT_TRUE(isSeen(entry->path) || isOutOfReach(entry->path));
+                if (isSeen(entry->path))
+                    found += entry->path;
             }
+            EXPECT_TRUE(!item.folder() || previewItems(*item.folder(), 2).size() == 2);
             return true;
         });
-        std::ranges::sort(found);
-        std::ranges::sort(installed);
-        EXPECT_EQ(found, installed);
-        for (const Page& page : result.pages)
+        found.sort();
+        QStringList expected = installed.keys();
+        expected.removeIf([&](const QString& path) { return !isSeen(path); });
+        EXPECT_EQ(found, expected);
+        for (const Page& page : std::as_const(pages))
             EXPECT_FALSE(page.isEmpty());
-        EXPECT_EQ(merge(result.pages, scan).pages, result.pages);
+    }
+
+    QMap<QString, QString> installed; ///< identifiers by path
+    bool isUnmounted = false;
+    Pages pages;
+    QSet<QString> hiddenKeys;
+    Instant now{1'000'000};
+    MergeResult result;
+    QStringList story; ///< what was installed at each merge, and what came of it
+};
+
+TEST_F(RememberedPlacesTest, WhatComesBackGoesWhereItLay) {
+    pages = drawn(u"a [f: b c] d|e|g [o: [i: h j] k]");
+    pages[0][1].folder()->customSymbolName = u"star"_s;
+    pages[1][0].app()->name = u"mine"_s;
+    install(u"a b c d e g h j k"_s);
+    const QString whole = merge();
+    const Pages before = pages;
+    const struct {
+        const char16_t* gone;
+        const char16_t* left;
+        qsizetype folders;
+        qsizetype closedPages;
+    } cases[] = {
+        {u"b", u"a c d|mine|g [o: [i: h j] k]", 1, 0},
+        {u"b c", u"a d|mine|g [o: [i: h j] k]", 1, 0},
+        {u"e", u"a [f: b c] d|g [o: [i: h j] k]", 0, 1},
+        {u"h j", u"a [f: b c] d|mine|g k", 2, 0},
+        {u"j k", u"a [f: b c] d|mine|g h", 2, 0},
+        {u"a b c d", u"mine|g [o: [i: h j] k]", 1, 1},
+        {u"a b c d e g h j k", u"", 3, 3},
+    };
+    for (const auto& c : cases) {
+        const QString gone = QString::fromUtf16(c.gone);
+        remove(gone);
+        EXPECT_EQ(merge(), QStringView(c.left)) << gone.toStdString();
+        EXPECT_EQ(result.dropped.size(), gone.count(u' ') + 1);
+        EXPECT_EQ(result.closedFolders.size(), c.folders) << gone.toStdString();
+        EXPECT_EQ(result.closedPages, c.closedPages) << gone.toStdString();
+        install(u"n"_s); // something new comes meanwhile, and goes
+        merge();
+        remove(u"n"_s);
+        merge();
+        // One after the other, the last first.
+        const QStringList names = gone.split(u' ');
+        for (auto name = names.rbegin(); name != names.rend(); ++name) {
+            install(*name);
+            merge();
+            EXPECT_EQ(result.returned.size(), 1);
+        }
+        EXPECT_EQ(pages, before) << whole.toStdString() << " is now " << sketch(pages).toStdString();
+        merge();
+        EXPECT_EQ(pages, before);
+    }
+}
+
+TEST_F(RememberedPlacesTest, WhatTheUserDidMeanwhileStands) {
+    pages = drawn(u"a [f: b c d] e");
+    install(u"a b c d e"_s);
+    merge();
+    const Pages before = pages;
+    Pages moved = drawn(u"a e|[f: c d]"); // and renamed
+    moved[1][0].folder()->name = u"x"_s;
+    const std::pair<Pages, const char16_t*> cases[] = {
+        {moved, u"a e|[x: b c d]"},
+        {drawn(u"a c d e"), u"a b c d e"}, // the folder was dissolved
+        {drawn(u"[f: d c] e a"), u"[f: d b c] e a"},
+        {drawn(u"[y: e d] [z: c a]"), u"[y: e d] [z: c a]|b"}};
+    for (const auto& [arranged, after] : cases) {
+        pages = before;
+        result = {};
+        remove(u"b"_s);
+        merge();
+        pages = arranged;
+        install(u"b"_s);
+        EXPECT_EQ(merge(), QStringView(after));
+    }
+
+    // The tile that was left of a closed folder is in another one now: it stays there.
+    pages = drawn(u"[f: b c] [y: a d] e");
+    result = {};
+    remove(u"b"_s);
+    EXPECT_EQ(merge(), u"c [y: a d] e");
+    pages = drawn(u"[y: a d c] e");
+    install(u"b"_s);
+    EXPECT_EQ(merge(), u"b [y: a d c] e");
+}
+
+TEST_F(RememberedPlacesTest, AnotherIdentifierAtTheSamePathTakesThePlace) {
+    pages = drawn(u"a [f: b c]");
+    pages[0][1].folder()->pages[0][0].app()->name = u"mine"_s;
+    install(u"a b c"_s);
+    merge();
+    hiddenKeys = {u"org.example.b"_s};
+    const QString path = app(u"b"_s).path;
+    for (const bool isAtOnce : {true, false}) {
+        const QString identifier = isAtOnce ? u"com.vendor.b"_s : u"com.vendor.B"_s;
+        const QString before = *hiddenKeys.begin();
+        if (!isAtOnce) {
+            installed.remove(path);
+            EXPECT_EQ(merge(), u"a c");
+        }
+        install(path, identifier);
+        EXPECT_EQ(merge(), u"a [f: mine c]");
+        EXPECT_EQ(hiddenKeys, QSet<QString>{identifier});
+        EXPECT_EQ(result.changedKeys, (QHash<QString, QString>{{before, identifier}}));
+    }
+}
+
+TEST_F(RememberedPlacesTest, WhatBelongsToOneCopyNeverPassesToTheOther) {
+    const QString key = u"org.example.a"_s;
+    const AppEntry one = app(u"a"_s);
+    AppEntry two = one;
+    two.id = idOf(u"two"_s);
+    two.path = u"/Users/ada/Applications/a.app"_s;
+    install(one.path, key);
+    install(two.path, key);
+    pages = {{one, two}};
+    merge();
+    AppEntry alias = *pages[0][0].app();
+    alias.id = idOf(u"alias"_s);
+    alias.alias = AppAliasReference{one.path};
+    pages[0].append(alias);
+    hiddenKeys = {one.path};
+    merge();
+    const Pages before = pages;
+
+    installed.remove(two.path);
+    EXPECT_EQ(merge(), u"a ~a");
+    EXPECT_EQ(hiddenKeys, QSet<QString>{key});
+    // The only copy moves to where the other one lay, and takes all that is its own along.
+    installed.remove(one.path);
+    install(two.path, key);
+    EXPECT_EQ(merge(), u"a ~a");
+    EXPECT_EQ(pages[0][0].app()->id, one.id);
+    EXPECT_EQ(pages[0][0].app()->path, two.path);
+    EXPECT_TRUE(result.changedKeys.isEmpty());
+    EXPECT_EQ(hiddenKeys, QSet<QString>{key});
+    install(one.path, key);
+    merge();
+    EXPECT_EQ(pages, before);
+    EXPECT_EQ(hiddenKeys, QSet<QString>{one.path});
+}
+
+TEST_F(RememberedPlacesTest, APlaceIsForgottenWhenTheUserSaysSoOrInTime) {
+    pages = drawn(u"b a c");
+    install(u"a b c"_s);
+    merge();
+    const Pages before = pages;
+    const auto goAndReturn = [&](const std::function<void(RememberedPlaces&)>& meanwhile) {
+        pages = before;
+        result = {};
+        remove(u"a b"_s);
+        merge();
+        meanwhile(result.places);
+        merge(); // a scan in between changes nothing
+        install(u"a b"_s);
+        return merge();
+    };
+    const QString path = app(u"b"_s).path;
+    const auto isIt = [&](const AppEntry& entry) { return entry.path == path; };
+    EXPECT_EQ(goAndReturn([](RememberedPlaces&) {}), u"b a c");
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces& places) {
+                  ASSERT_EQ(summaries(places).size(), 2);
+                  places.forget(isIt);
+                  ASSERT_EQ(summaries(places).size(), 1);
+                  EXPECT_EQ(summaries(places)[0].tile.name, u"a");
+              }),
+              u"a c b");
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces& places) { places.setRemoved(path, true); }), u"a c b");
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces& places) {
+                  places.setRemoved(path, true);
+                  merge();
+                  result.places.setRemoved(path, false);
+              }),
+              u"b a c");
+    using namespace std::chrono_literals;
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces&) { now = now + std::chrono::days(90); }), u"b a c");
+    EXPECT_EQ(goAndReturn([&](RememberedPlaces&) { now = now + std::chrono::days(90) + 1s; }),
+              u"c a b");
+    EXPECT_TRUE(result.places.isEmpty());
+    EXPECT_TRUE(result.places.pages.isEmpty());
+}
+
+TEST_F(RememberedPlacesTest, WhatTheUserRemovedComesBackOnlyWhenItIsPutBack) {
+    pages = drawn(u"a [f: b c]");
+    install(u"a b c"_s);
+    merge();
+    const Pages before = pages;
+    for (const bool isPutBack : {true, false}) {
+        pages = before;
+        result.places = placesAfterRemoval(pages, {}, app(u"b"_s).path, now, english);
+        pages = drawn(u"a c"); // as the removal leaves it
+        remove(u"b"_s);
+        EXPECT_EQ(merge(), u"a c");
+        if (isPutBack)
+            result.places.setRemoved(app(u"b"_s).path, false);
+        install(u"b"_s);
+        EXPECT_EQ(merge(), isPutBack ? u"a [f: b c]"_s : u"a c b"_s);
+    }
+}
+
+/// Applications, copies and a volume come and go at random, and vendors change identifiers. After
+/// everything has come back, everything lies where it lay, under the same names.
+TEST_F(RememberedPlacesTest, AfterEverythingHasComeBackEverythingLiesWhereItLay) {
+    std::mt19937 random(11);
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const auto told = [&] { return story.join(u'\n').toStdString(); };
+    for (int round = 0; round < 400 && !HasFailure(); ++round) {
+        result = {};
+        installed.clear();
+        hiddenKeys.clear();
+        isUnmounted = false;
+        const bool withRenames = round % 4 == 0;
+        QList<AppEntry> apps;
+        for (int i = 0, count = 2 + below(14); i < count; ++i) {
+            AppEntry entry = app(u"a%1"_s.arg(i));
+            if (below(4) == 0)
+                entry.path = u"/Volumes/Work/a%1.app"_s.arg(i);
+            // Some come in two copies from the first.
+            if (i > 0 && below(6) == 0)
+                entry.bundleIdentifier = apps.last().bundleIdentifier;
+            if (below(4) == 0)
+                entry.name = u"my%1"_s.arg(i);
+            install(entry.path, *entry.bundleIdentifier);
+            apps.append(entry);
+        }
+        qsizetype next = 0;
+        const auto build = [&](const auto& self, int depth) -> Pages {
+            Pages built;
+            for (int p = below(3); p >= 0; --p) {
+                Page page;
+                for (int t = below(4); t >= 0 && next < apps.size(); --t) {
+                    if (depth < 3 && below(3) == 0)
+                        page.append(folder(u"f%1.%2"_s.arg(depth).arg(next), self(self, depth + 1)));
+                    else
+                        page.append(apps[next++]);
+                }
+                built.append(page);
+            }
+            return built;
+        };
+        pages = build(build, 0);
+        merge();
+        QList<AppEntry> tiles;
+        forEachItem(pages, [&](const LaunchpadItem& item) {
+            if (item.app())
+                tiles.append(*item.app());
+            return true;
+        });
+        if (below(2))
+            hiddenKeys.insert(appKey(tiles.last()));
+        if (below(2)) {
+            AppEntry alias = tiles.first();
+            alias.alias = AppAliasReference{appKey(alias)};
+            alias.id = QUuid::createUuid();
+            pages.first().append(alias);
+        }
+        merge();
+        const Pages before = pages;
+        const QSet<QString> hiddenBefore = hiddenKeys;
+        const QMap<QString, QString> everything = installed;
+
+        story.clear();
+        for (int step = below(12); step >= 0; --step) {
+            for (int change = below(3); change >= 0; --change) {
+                const AppEntry& one = apps[below(static_cast<int>(apps.size()))];
+                const QString copy = u"/Users/ada/Applications/"_s + one.path.section(u'/', -1);
+                const QString identifier = everything.value(one.path);
+                switch (below(withRenames ? 7 : 6)) {
+                case 0:
+                case 1:
+                    installed.remove(one.path);
+                    break;
+                case 2:
+                    installed.insert(one.path, identifier);
+                    break;
+                case 3:
+                    installed.insert(copy, identifier);
+                    break;
+                case 4:
+                    // An application that is back under its former identifier just when a copy goes is
+                    // that copy, moved.
+                    if (withRenames)
+                        merge();
+                    installed.remove(copy);
+                    if (withRenames)
+                        merge();
+                    break;
+                case 5:
+                    isUnmounted = !isUnmounted;
+                    break;
+                case 6:
+                    if (installed.contains(one.path))
+                        installed.insert(one.path, u"com.vendor."_s + one.originalName);
+                    break;
+                }
+            }
+            merge();
+            const Pages merged = pages;
+            const QSet<QString> mergedHidden = hiddenKeys;
+            merge();
+            ASSERT_EQ(pages, merged) << "a second merge changes nothing: " << told();
+            ASSERT_EQ(hiddenKeys, mergedHidden);
+        }
+        // Back in any order.
+        isUnmounted = false;
+        QStringList paths = everything.keys();
+        std::ranges::shuffle(paths, random);
+        for (const QString& path : std::as_const(paths)) {
+            installed.insert(path, everything[path]);
+            if (below(2))
+                merge();
+        }
+        if (withRenames)
+            merge();
+        installed = everything;
+        merge();
+        ASSERT_EQ(sketch(pages), sketch(before)) << told();
+        if (withRenames)
+            continue; // tiles under another identifier are others
+        ASSERT_EQ(pages, before) << told();
+        ASSERT_EQ(hiddenKeys, hiddenBefore) << told();
     }
 }
 
