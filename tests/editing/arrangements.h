@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/items.h"
+#include "model/drawn.h"
 
 #include <QSet>
 
@@ -8,26 +8,21 @@
 
 namespace tessellar::test {
 
-/// Arrangements made from a seed, and small ones made by hand. Tiles are numbered; the number is in the
-/// identifier, the name and the bundle identifier.
-inline QUuid tileID(unsigned number) { return QUuid(number, 1, 0x4000, 0x80, 0, 0, 0, 0, 0, 0, 0); }
+// Arrangements made from a seed, and small ones made by hand. Tiles go by numbers, which are their
+// names unless they are given another.
+inline QUuid tileID(unsigned number) { return idOf(QString::number(number)); }
 
 inline AppEntry app(unsigned number, const QString& name = {}) {
-    AppEntry entry;
-    entry.id = tileID(number);
-    entry.name = name.isNull() ? QStringLiteral("App %1").arg(number) : name;
-    entry.originalName = entry.name;
-    entry.bundleIdentifier = QStringLiteral("org.example.app%1").arg(number);
-    entry.path = QStringLiteral("/Applications/App %1.app").arg(number);
+    AppEntry entry = app(QString::number(number));
+    if (!name.isNull())
+        entry.name = entry.originalName = name;
     return entry;
 }
 
-inline FolderEntry folder(unsigned number, const Pages& pages,
-                          const QString& name = QStringLiteral("Folder")) {
-    FolderEntry entry;
-    entry.id = tileID(number);
-    entry.name = name;
-    entry.pages = pages;
+inline FolderEntry folder(unsigned number, const Pages& pages, const QString& name = {}) {
+    FolderEntry entry = folder(QString::number(number), pages);
+    if (!name.isNull())
+        entry.name = name;
     return entry;
 }
 

@@ -9,7 +9,6 @@ namespace tessellar {
 namespace {
 
 using test::app;
-using test::folder;
 
 QList<QUuid> shownIDs(const ShownPages& shown) {
     QList<QUuid> result;
@@ -51,7 +50,7 @@ TEST(ShownPagesLaws, EveryShownTileHasOneSlotAndEverySlotItsTile) {
 }
 
 TEST(ShownPages, ALongPageIsShownAsSeveral) {
-    const Pages pages{{app(1), app(2), app(3), app(4), app(5)}, {app(6)}};
+    const Pages pages = test::drawn(u"1 2 3 4 5|6");
     const ShownPages small(pages, {}, 2);
     EXPECT_EQ(small.count(), 4);
     EXPECT_EQ(small.tiles(2), Page{app(5)});
@@ -66,8 +65,7 @@ TEST(ShownPages, ALongPageIsShownAsSeveral) {
 }
 
 TEST(ShownPages, AFolderIsHiddenWithTheLastOfItsTiles) {
-    const LaunchpadItem nested = folder(10, {{app(1)}, {folder(11, {{app(2)}})}});
-    const Pages pages{{nested, folder(12, {{}})}, {app(3)}};
+    const Pages pages = test::drawn(u"[10: 1|[11: 2]] [12: ]|3");
     const QString one = appKey(app(1)), two = appKey(app(2)), three = appKey(app(3));
     EXPECT_EQ(shownIDs(ShownPages(pages, {one}, 9)).size(), 3);
     EXPECT_EQ(shownIDs(ShownPages(pages, {one, two, three}, 9)), QList{test::tileID(12)});

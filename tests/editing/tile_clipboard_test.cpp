@@ -12,8 +12,10 @@
 namespace tessellar {
 namespace {
 
+using namespace Qt::Literals::StringLiterals;
 using test::app;
 using test::folder;
+using test::sketch;
 using test::tileID;
 using Operation = TileClipboardPayload::Operation;
 
@@ -38,26 +40,25 @@ protected:
 };
 
 TEST_F(TileClipboardTest, CarriesTilesForUsAndNamesAndFilesForOthers) {
-    AppEntry spaced = app(2, u"Two\nlines"_qs);
-    spaced.path = u"/Applications/Zwei & drei ü.app"_qs;
-    const Page selection{SmartFolderReference{tileID(9)}, app(1, u"One"_qs), spaced,
-                         folder(8, {{app(4)}, {app(5)}}, u"Box"_qs), app(3, u"Three"_qs)};
+    AppEntry spaced = app(2, u"Two\nlines"_s);
+    spaced.path = u"/Applications/Zwei & drei ü.app"_s;
+    const Page selection{SmartFolderReference{tileID(9)}, app(1, u"One"_s), spaced,
+                         folder(8, {{app(4)}, {app(5)}}, u"Box"_s), app(3, u"Three"_s)};
     ASSERT_TRUE(clipboard.write(selection, Operation::cut, windowed));
 
     const auto items = pasteboard.items();
     ASSERT_EQ(items.size(), 3);
     EXPECT_EQ(items[0].data[pasteboard::text], "Smart Folder\nOne\nTwo lines\nBox\nThree");
-    EXPECT_EQ(items[0].data[pasteboard::fileUrl], "file:///Applications/App%201.app/");
+    EXPECT_EQ(items[0].data[pasteboard::fileUrl], "file:///Applications/1.app/");
     EXPECT_EQ(items[1].data.keys(), QStringList{pasteboard::fileUrl});
     EXPECT_EQ(items[1].data[pasteboard::fileUrl], "file:///Applications/Zwei%20&%20drei%20%C3%BC.app/");
-    EXPECT_EQ(items[2].data[pasteboard::fileUrl], "file:///Applications/App%203.app/");
+    EXPECT_EQ(items[2].data[pasteboard::fileUrl], "file:///Applications/3.app/");
 
     const auto payload = clipboard.read();
     ASSERT_TRUE(payload);
     EXPECT_EQ(*payload, (TileClipboardPayload{1, selection, Operation::cut, windowed}));
     const QJsonObject object = json::parse(bytes())->toObject();
-    EXPECT_EQ(object.keys(),
-              (QStringList{u"items"_qs, u"operation"_qs, u"sourceMode"_qs, u"version"_qs}));
+    EXPECT_EQ(object.keys(), (QStringList{u"items"_s, u"operation"_s, u"sourceMode"_s, u"version"_s}));
 }
 
 TEST_F(TileClipboardTest, LimitsCountTheWholeTreeAndTheBytes) {
@@ -101,12 +102,12 @@ TEST_F(TileClipboardTest, ForeignAndDamagedPayloadsAreNothing) {
         return clipboard.read();
     };
     EXPECT_FALSE(change("version", 2));
-    EXPECT_FALSE(change("version", u"1"_qs));
+    EXPECT_FALSE(change("version", u"1"_s));
     EXPECT_FALSE(change("version", 1.5));
     EXPECT_FALSE(change("items", QJsonArray()));
     EXPECT_FALSE(change("items", QJsonArray{QJsonObject()}));
-    EXPECT_FALSE(change("operation", u"link"_qs));
-    EXPECT_FALSE(change("sourceMode", u"tiled"_qs));
+    EXPECT_FALSE(change("operation", u"link"_s));
+    EXPECT_FALSE(change("sourceMode", u"tiled"_s));
     EXPECT_TRUE(change("later", 1));
     const auto withoutMode = change("sourceMode", QJsonValue::Undefined);
     ASSERT_TRUE(withoutMode);
@@ -118,14 +119,11 @@ TEST_F(TileClipboardTest, ForeignAndDamagedPayloadsAreNothing) {
 
 // ---- pasting
 
-constexpr GridCapacities grid{4, 3};
-
 class Paste : public testing::Test {
 protected:
     test::SequentialUuids uuids;
-    PasteContext context{.layout = {.pages = {{app(1), app(2), folder(10, {{app(3), app(4)}})},
-                                              {app(5), app(6), app(7), app(8)}}},
-                         .capacities = grid,
+    PasteContext context{.layout = {.pages = test::drawn(u"1 2 [10: 3 4]|5 6 7 8")},
+                         .capacities = {4, 3},
                          .now = {1'000}};
     Navigation navigation;
 
@@ -136,17 +134,17 @@ protected:
     LaunchpadItem tile(unsigned number) const {
         return *locate(context.layout.pages, tileID(number))->item;
     }
-    static QStringList names(const Page& page) {
-        QStringList result;
-        for (const LaunchpadItem& item : page)
-            result += item.app() ? item.app()->name.mid(4) : item.folder() ? u"box"_qs : u"smart"_qs;
-        return result;
+    /// All pages after that, as a sketch, or the code of the refusal.
+    QString pasted(const Page& items, Operation operation = Operation::copy,
+                   std::optional<LauncherWindowMode> mode = {}) {
+        const auto result = paste(items, operation, mode);
+        return result ? sketch(result->layout.pages) : code(result.error());
     }
 };
 
 TEST_F(Paste, CopiesAreNewTilesAndShareNothing) {
     SmartFolderDefinition games{
-        .id = tileID(50), .name = u"Games"_qs, .modifiedAt = {5}, .resultLimit = 7};
+        .id = tileID(50), .name = u"Games"_s, .modifiedAt = {5}, .resultLimit = 7};
     SmartFolderTextRule rule;
     rule.id = tileID(51);
     games.rules = {rule, rule};
@@ -181,44 +179,37 @@ TEST_F(Paste, CopiesAreNewTilesAndShareNothing) {
         }
         EXPECT_EQ(definition, games);
     }
-    EXPECT_EQ(paste({SmartFolderReference{tileID(99)}}, Operation::copy, {}).error(),
-              EditRefusal::nothingToPaste);
+    EXPECT_EQ(pasted({SmartFolderReference{tileID(99)}}), u"nothingToPaste");
 }
 
 TEST_F(Paste, GoesAfterTheSelectionElseToTheEndOfThePageShown) {
     const Page one{app(9)};
-    EXPECT_EQ(names(paste(one, Operation::copy, {})->layout.pages[0]),
-              (QStringList{u"1"_qs, u"2"_qs, u"box"_qs, u"9"_qs}));
+    EXPECT_EQ(pasted(one), u"1 2 [10: 3 4] 9|5 6 7 8");
     navigation.selectedItemID = tileID(1);
-    EXPECT_EQ(names(paste(one, Operation::copy, {})->layout.pages[0]),
-              (QStringList{u"1"_qs, u"9"_qs, u"2"_qs, u"box"_qs}));
+    EXPECT_EQ(pasted(one), u"1 9 2 [10: 3 4]|5 6 7 8");
     // A selection that is not on the level shown does not count.
     navigation.folderStack = {{tileID(10), 0}};
-    const auto inFolder = paste(one, Operation::copy, {});
-    EXPECT_EQ(names(pagesOf(inFolder->layout.pages, tileID(10))->first()),
-              (QStringList{u"3"_qs, u"4"_qs, u"9"_qs}));
+    EXPECT_EQ(pasted(one), u"1 2 [10: 3 4 9]|5 6 7 8");
     navigation = {.currentPage = 1};
-    EXPECT_EQ(names(paste(one, Operation::copy, {})->layout.pages[2]), QStringList{u"9"_qs});
+    EXPECT_EQ(pasted(one), u"1 2 [10: 3 4]|5 6 7 8|9");
     navigation = {.currentPage = 7, .folderStack = {{tileID(98), 0}}};
-    EXPECT_EQ(names(paste(one, Operation::copy, {})->layout.pages[2]), QStringList{u"9"_qs});
+    EXPECT_EQ(pasted(one), u"1 2 [10: 3 4]|5 6 7 8|9");
 }
 
 TEST_F(Paste, ACutIsAMoveWithinItsMode) {
-    AppEntry stale = app(2, u"as it was when it was cut"_qs);
+    const AppEntry stale = app(2, u"as it was when it was cut"_s);
     navigation = {.currentPage = 0, .selectedItemID = tileID(2)};
     EXPECT_EQ(paste({stale}, Operation::cut, fullScreen)->layout, context.layout);
     navigation = {.currentPage = 1, .selectedItemID = tileID(5)};
-    const auto moved = paste({stale, tile(10)}, Operation::cut, fullScreen);
-    ASSERT_TRUE(moved);
-    EXPECT_EQ(names(moved->layout.pages[1]), (QStringList{u"5"_qs, u"2"_qs, u"box"_qs, u"6"_qs}));
-    EXPECT_TRUE(moved->addedDefinitions.isEmpty());
+    EXPECT_EQ(pasted({stale, tile(10)}, Operation::cut, fullScreen), u"1|5 2 [10: 3 4] 6|7 8");
+    EXPECT_TRUE(paste({stale, tile(10)}, Operation::cut, fullScreen)->addedDefinitions.isEmpty());
 
-    EXPECT_EQ(paste({stale}, Operation::cut, windowed).error(), EditRefusal::otherMode);
-    EXPECT_EQ(paste({stale}, Operation::cut, {}).error(), EditRefusal::otherMode);
+    EXPECT_EQ(pasted({stale}, Operation::cut, windowed), u"otherMode");
+    EXPECT_EQ(pasted({stale}, Operation::cut), u"otherMode");
     EXPECT_TRUE(paste({stale}, Operation::copy, windowed));
-    EXPECT_EQ(paste({stale, app(99)}, Operation::cut, fullScreen).error(), EditRefusal::tilesGone);
+    EXPECT_EQ(pasted({stale, app(99)}, Operation::cut, fullScreen), u"tilesGone");
     navigation.folderStack = {{tileID(10), 0}};
-    EXPECT_EQ(paste({tile(10)}, Operation::cut, fullScreen).error(), EditRefusal::intoItself);
+    EXPECT_EQ(pasted({tile(10)}, Operation::cut, fullScreen), u"intoItself");
 }
 
 } // namespace

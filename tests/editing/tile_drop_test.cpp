@@ -1,7 +1,7 @@
 #include "editing/tile_drop.h"
 
 #include "editing/layout_edits.h"
-#include "support/items.h"
+#include "model/drawn.h"
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +9,7 @@
 namespace tessellar {
 namespace {
 
-using test::app;
-using test::folder;
+using namespace Qt::Literals::StringLiterals;
 using test::idOf;
 using test::sketch;
 using Kind = Drop::Kind;
@@ -18,11 +17,8 @@ using Kind = Drop::Kind;
 /// Three columns and two rows; "c" is hidden, so that places stored and shown differ.
 class TileDropTest : public testing::Test {
 protected:
-    LayoutDocument layout{
-        .pages = {{app(u"a"_qs), app(u"b"_qs), app(u"c"_qs), app(u"d"_qs),
-                   folder(u"F"_qs, {{app(u"g"_qs), app(u"h"_qs)}})},
-                  {app(u"x"_qs), SmartFolderReference{idOf(u"smart"_qs)}, app(u"z"_qs)}},
-        .hiddenKeys = {u"org.example.c"_qs}};
+    LayoutDocument layout{.pages = test::drawn(u"a b c d [F: g h]|x *smart z"),
+                          .hiddenKeys = {u"org.example.c"_s}};
 
     DropGrid grid(const QStringList& lifted, qsizetype page = 0, std::optional<int> gap = {}) {
         DropGrid result{.pages = ShownPages(layout.pages, layout.hiddenKeys, 6),
@@ -42,8 +38,8 @@ protected:
         const Drop drop = dropAt(grid, point);
         const GridCapacities capacities{6, 6};
         const auto result = drop.kind == Kind::onto
-                                ? groupTiles(layout, grid.lifted.values(), drop.target, idOf(u"new"_qs),
-                                             Locale(u"en_US"_qs), capacities)
+                                ? groupTiles(layout, grid.lifted.values(), drop.target, idOf(u"new"_s),
+                                             Locale(u"en_US"_s), capacities)
                                 : moveTiles(layout, grid.lifted.values(), drop.place, capacities);
         return result ? sketch(result->pages) : code(result.error());
     }
@@ -51,20 +47,20 @@ protected:
 
 TEST_F(TileDropTest, BeforeAndAfterATileIsWhereThePointerIs) {
     // Shown: a b d / F.
-    EXPECT_EQ(after(grid({u"a"_qs}, 0, 0), {1.9, 0.5}), u"b c a d [F: g h]|x * z");
-    EXPECT_EQ(after(grid({u"a"_qs}, 0, 0), {2.1, 0.5}), u"b c a d [F: g h]|x * z");
-    EXPECT_EQ(after(grid({u"d"_qs}, 0, 2), {0.1, 0.5}), u"d a b c [F: g h]|x * z");
-    EXPECT_EQ(after(grid({u"a"_qs, u"d"_qs}, 1), {2.9, 0.5}), u"b c [F: g h]|x * z a d");
-    EXPECT_EQ(after(grid({u"a"_qs}, 0, 0), {2.5, 1.5}), u"b c d [F: g h] a|x * z") << "past the last";
-    EXPECT_EQ(after(grid({u"a"_qs}, 0, 0), {-4, 99}), u"b c d a [F: g h]|x * z") << "beside the cells";
-    EXPECT_EQ(after(grid({u"x"_qs}, 2), {1, 1}), u"a b c d [F: g h]|* z|x") << "a new page";
+    EXPECT_EQ(after(grid({u"a"_s}, 0, 0), {1.9, 0.5}), u"b c a d [F: g h]|x * z");
+    EXPECT_EQ(after(grid({u"a"_s}, 0, 0), {2.1, 0.5}), u"b c a d [F: g h]|x * z");
+    EXPECT_EQ(after(grid({u"d"_s}, 0, 2), {0.1, 0.5}), u"d a b c [F: g h]|x * z");
+    EXPECT_EQ(after(grid({u"a"_s, u"d"_s}, 1), {2.9, 0.5}), u"b c [F: g h]|x * z a d");
+    EXPECT_EQ(after(grid({u"a"_s}, 0, 0), {2.5, 1.5}), u"b c d [F: g h] a|x * z") << "past the last";
+    EXPECT_EQ(after(grid({u"a"_s}, 0, 0), {-4, 99}), u"b c d a [F: g h]|x * z") << "beside the cells";
+    EXPECT_EQ(after(grid({u"x"_s}, 2), {1, 1}), u"a b c d [F: g h]|* z|x") << "a new page";
 }
 
 TEST_F(TileDropTest, TheGapStaysWhileThePointerIsOnItOrOnTheMiddleOfATile) {
-    const DropGrid over = grid({u"x"_qs}, 0, 1); // a _ b / d F
+    const DropGrid over = grid({u"x"_s}, 0, 1); // a _ b / d F
     EXPECT_EQ(dropAt(over, {1.5, 0.5}).slot, 1);
     EXPECT_EQ(dropAt(over, {1.5, 0.5}).place.index, 1);
-    EXPECT_EQ(dropAt(over, {2.5, 0.5}).target, idOf(u"b"_qs)) << "drawn after the gap";
+    EXPECT_EQ(dropAt(over, {2.5, 0.5}).target, idOf(u"b"_s)) << "drawn after the gap";
     EXPECT_EQ(dropAt(over, {2.1, 0.5}).slot, 1);
     EXPECT_EQ(dropAt(over, {2.9, 0.5}).slot, 2);
     EXPECT_EQ(slotsAround(over.pages.tiles(0), over.lifted, 1), (QList<int>{0, 2, 3, 4}));
@@ -72,36 +68,29 @@ TEST_F(TileDropTest, TheGapStaysWhileThePointerIsOnItOrOnTheMiddleOfATile) {
 }
 
 TEST_F(TileDropTest, TheMiddleOfATileGroupsAndThatOfAFolderTakesIn) {
-    EXPECT_EQ(after(grid({u"x"_qs}), {1.5, 0.5}), u"a [Folder: b x] c d [F: g h]|* z");
-    EXPECT_EQ(after(grid({u"x"_qs}), {0.5, 1.5}), u"a b c d [F: g h x]|* z");
+    EXPECT_EQ(after(grid({u"x"_s}), {1.5, 0.5}), u"a [Folder: b x] c d [F: g h]|* z");
+    EXPECT_EQ(after(grid({u"x"_s}), {0.5, 1.5}), u"a b c d [F: g h x]|* z");
 }
 
 TEST_F(TileDropTest, AFolderTakesTilesOnItsOwnPagesAndLetsThemOut) {
-    DropGrid inside = grid({u"h"_qs}, 0, 1);
+    DropGrid inside = grid({u"h"_s}, 0, 1);
     inside.pages = ShownPages(layout.pages[0][4].folder()->pages, {}, 6);
-    inside.folder = idOf(u"F"_qs);
+    inside.folder = idOf(u"F"_s);
     EXPECT_EQ(after(inside, {0.1, 0.5}), u"a b c d [F: h g]|x * z");
-    EXPECT_EQ(after(grid({u"h"_qs}), {0.1, 0.5}), u"h a b c d g|x * z") << "on the grid below";
+    EXPECT_EQ(after(grid({u"h"_s}), {0.1, 0.5}), u"h a b c d g|x * z") << "on the grid below";
 }
 
-TEST_F(TileDropTest, NothingIsPutIntoASmartFolder) {
-    EXPECT_EQ(dropAt(grid({u"a"_qs}, 1), {1.4, 0.5}).kind, Kind::between) << "its tile";
-    DropGrid inside = grid({u"a"_qs});
-    inside.folder = idOf(u"smart"_qs);
+TEST_F(TileDropTest, NothingIsPutIntoASmartFolderOrAFolderIntoItselfOrNothingAnywhere) {
+    EXPECT_EQ(dropAt(grid({u"a"_s}, 1), {1.4, 0.5}).kind, Kind::between) << "its tile";
+    DropGrid inside = grid({u"a"_s});
+    inside.folder = idOf(u"smart"_s);
     inside.rulesDecide = true;
     EXPECT_EQ(dropAt(inside, {0.5, 0.5}).kind, Kind::nowhere) << "its pages";
-}
-
-TEST_F(TileDropTest, AFolderDoesNotGoIntoItself) {
-    DropGrid inside = grid({u"F"_qs});
-    inside.folder = idOf(u"F"_qs);
+    inside = grid({u"F"_s});
+    inside.folder = idOf(u"F"_s);
     EXPECT_EQ(dropAt(inside, {0.5, 0.5}).kind, Kind::nowhere);
-}
-
-TEST_F(TileDropTest, WithoutTilesOrAPageThereIsNoDrop) {
-    EXPECT_EQ(dropAt(grid({}), {0.5, 0.5}).kind, Kind::nowhere);
-    EXPECT_EQ(dropAt(grid({u"a"_qs}, -1), {0.5, 0.5}).kind, Kind::nowhere);
-    EXPECT_EQ(dropAt(grid({u"a"_qs}, 3), {0.5, 0.5}).kind, Kind::nowhere);
+    for (const DropGrid& none : {grid({}), grid({u"a"_s}, -1), grid({u"a"_s}, 3)})
+        EXPECT_EQ(dropAt(none, {0.5, 0.5}).kind, Kind::nowhere);
 }
 
 } // namespace
