@@ -1,7 +1,5 @@
 #include "launcher/app_information_gatherer.h"
-#include "launcher/launcher_editor.h"
 #include "launcher/launcher_updates.h"
-#include "launcher/smart_folder_library.h"
 #include "small_launcher.h"
 #include "smartfolders/smart_folder_rule.h"
 #include "tests/support/fake_updates.h"
@@ -82,7 +80,6 @@ protected:
         }
         return all;
     }
-    LauncherWindowMode mode() const { return launcher->shown().mode(); }
     static QString lineOf(const AppInformation& information, const QString& label) {
         for (const InformationSection& section : informationSections(information, Locale(u"en_US"_s)))
             for (const InformationRow& row : section.rows)
@@ -97,7 +94,7 @@ TEST_F(AppInformationTest, ComesAsItIsFoundAndEndsWithAllOfIt) {
     SmartFolderDefinition rules{.id = idOf(u"Tools"_s), .name = u"Tools"_s};
     rules.rules = {SmartFolderTextRule{mac.uuids.next(), "displayName", predicate::BeginsWith(u"C"_s)}};
     rules.sort.field = "name";
-    ASSERT_TRUE(launcher->editor().addSmartFolder(mode(), rules));
+    ASSERT_TRUE(editor().addSmartFolder(mode(), rules));
     builder.addApplication({.name = u"Cask 2"_s,
                             .folder = u"/Users/ada/Applications"_s,
                             .identifier = u"org.example.cask"_s});
@@ -187,7 +184,7 @@ TEST_F(AppInformationTest, WhatNobodyCanTellIsUnknown) {
     EXPECT_TRUE(ask(u"org.example.nothing"_s).isEmpty());
 
     // It goes while it is looked at.
-    mac.remove(u"/Applications/Cask.app"_s);
+    uninstall(u"Cask"_s);
     launcher->layouts().markUnavailable(u"org.example.cask"_s);
     const AppInformation gone = ask().last();
     EXPECT_EQ(lineOf(gone, u"Installed"_s), u"Not found where it was");

@@ -5,6 +5,7 @@
 #include "platform/texts.h"
 #include "smartfolders/smart_folder_fields.h"
 #include "smartfolders/smart_folder_words.h"
+#include "support/printers.h"
 
 #include <gtest/gtest.h>
 

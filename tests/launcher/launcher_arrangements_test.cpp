@@ -1,6 +1,4 @@
-#include "launcher/launcher_editor.h"
 #include "launcher/place_memory.h"
-#include "launcher/smart_folder_library.h"
 #include "launcher/unplaced_items.h"
 #include "small_launcher.h"
 
@@ -12,13 +10,11 @@ namespace {
 class LauncherArrangementsTest : public SmallLauncher {
 protected:
     LauncherArrangementsTest() {
-        for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Oak"_s})
-            install(name);
-        store({{folder(u"Trees"_s, {{app(u"Oak"_s), app(u"Ash"_s)}}), app(u"Beech"_s)}});
+        installAll(u"Ash Beech Oak"_s);
+        store(drawn(u"[Trees: Oak Ash] Beech"));
         start();
     }
     LauncherArrangements& arrangements() { return launcher->arrangements(); }
-    LauncherWindowMode mode() { return launcher->shown().mode(); }
     /// What comes of a request, as the arrangement's name or the refusal's code.
     template <typename Request>
     QString outcome(Request request) {
@@ -33,11 +29,20 @@ protected:
     QString save(const QString& name) {
         return outcome([&](auto done) { arrangements().save(mode(), name, done); });
     }
-    QString undo() {
-        return outcome([&](auto done) { arrangements().undo(mode(), done); });
+    QString undo(LauncherWindowMode of = fullScreen) {
+        return outcome([&](auto done) { arrangements().undo(of, done); });
     }
     QString redo() {
         return outcome([&](auto done) { arrangements().redo(mode(), done); });
+    }
+    QString rename(const QUuid& id, const QString& name) {
+        return outcome([&](auto done) { arrangements().rename(mode(), id, name, done); });
+    }
+    QString replace(const QUuid& id) {
+        return outcome([&](auto done) { arrangements().replace(mode(), id, done); });
+    }
+    QString remove(const QUuid& id) {
+        return outcome([&](auto done) { arrangements().remove(mode(), id, done); });
     }
     QString listed() {
         QStringList names;
@@ -60,31 +65,31 @@ protected:
 };
 
 TEST_F(LauncherArrangementsTest, EachChangeIsMadeAndTakenBackFileByFile) {
-    EXPECT_EQ(save(u" "_s), u"emptyName");
-    EXPECT_EQ(save(u" Mine "_s), u"Mine");
+    EXPECT_EQ(save(u"\n "_s), u"emptyName");
+    EXPECT_EQ(save(QString(300, u'x')), u"nameTooLong");
+    EXPECT_EQ(save(u" At\nhome "_s), u"At home");
     const QUuid id = last.id;
     EXPECT_EQ(last.folderCount, 1);
     const QByteArray first = mac.read(fileOf(id));
 
-    EXPECT_EQ(outcome([&](auto done) { arrangements().rename(mode(), id, u"\t"_s, done); }),
-              u"emptyName");
-    EXPECT_EQ(outcome([&](auto done) { arrangements().rename(mode(), id, u"Ours"_s, done); }), u"Ours");
+    EXPECT_EQ(rename(id, u"\t"_s), u"emptyName");
+    EXPECT_EQ(rename(id, u"Ours"_s), u"Ours");
     EXPECT_EQ(listed(), u"Ours");
-    ASSERT_TRUE(launcher->editor().ungroupFolder(mode(), idOf(u"Trees"_s)));
+    ASSERT_TRUE(editor().ungroupFolder(mode(), idOf(u"Trees"_s)));
     time.advance(1h);
-    EXPECT_EQ(outcome([&](auto done) { arrangements().replace(mode(), id, done); }), u"Ours");
+    EXPECT_EQ(replace(id), u"Ours");
     EXPECT_EQ(sketchOf(id), u"Oak Ash Beech");
     EXPECT_EQ(last.createdAt, time.now());
-    EXPECT_EQ(outcome([&](auto done) { arrangements().remove(mode(), id, done); }), u"Ours");
+    EXPECT_EQ(remove(id), u"Ours");
     EXPECT_EQ(listed(), u"");
 
     EXPECT_EQ(arrangements().undoName(mode()), u"Delete “Ours”");
     EXPECT_EQ(undo(), u"Ours");
     EXPECT_EQ(undo(), u"Ours"); // before it was replaced
     EXPECT_EQ(sketchOf(id), u"[Trees: Oak Ash] Beech");
-    EXPECT_EQ(undo(), u"Mine");
+    EXPECT_EQ(undo(), u"At home");
     EXPECT_EQ(mac.read(fileOf(id)), first) << "to the byte";
-    EXPECT_EQ(undo(), u"Mine");
+    EXPECT_EQ(undo(), u"At home");
     EXPECT_FALSE(mac.exists(fileOf(id)));
     EXPECT_EQ(undo(), u"nothingToUndo");
     for (int i = 0; i < 4; ++i)
@@ -94,21 +99,13 @@ TEST_F(LauncherArrangementsTest, EachChangeIsMadeAndTakenBackFileByFile) {
     EXPECT_EQ(undo(), u"Ours");
     EXPECT_EQ(save(u"Other"_s), u"Other");
     EXPECT_EQ(redo(), u"nothingToRedo") << "another change was made";
-    launcher->layouts().show(LauncherWindowMode::windowed);
-    EXPECT_EQ(undo(), u"nothingToUndo") << "that was done in the other mode";
-    launcher->layouts().show(LauncherWindowMode::fullScreen);
+    EXPECT_EQ(undo(windowed), u"nothingToUndo") << "that was done in the other mode";
     EXPECT_EQ(sketched(), u"Oak Ash Beech") << "the layout never changed by any of this";
-}
-
-TEST_F(LauncherArrangementsTest, NamesAreKeptInOneLine) {
-    EXPECT_EQ(save(u" At\nhome "_s), u"At home");
-    EXPECT_EQ(save(u"\n"_s), u"emptyName");
-    EXPECT_EQ(save(QString(300, u'x')), u"nameTooLong");
 }
 
 TEST_F(LauncherArrangementsTest, AStepThatTheDiskRefusesIsNotLost) {
     save(u"Mine"_s);
-    EXPECT_EQ(outcome([&](auto done) { arrangements().remove(mode(), last.id, done); }), u"Mine");
+    EXPECT_EQ(remove(last.id), u"Mine");
     mac.files.refuseChanges({FileError::Code::noSpace, fileOf(last.id)});
     EXPECT_EQ(undo(), u"noSpace");
     EXPECT_EQ(arrangements().undoName(mode()), u"Delete “Mine”");
@@ -120,16 +117,15 @@ TEST_F(LauncherArrangementsTest, WhatAnotherChangedMeanwhileIsLeftAlone) {
     mac.write(fileOf(id), "another's");
     EXPECT_EQ(undo(), u"changedMeanwhile");
     EXPECT_EQ(mac.read(fileOf(id)), "another's");
-    EXPECT_EQ(outcome([&](auto done) { arrangements().replace(mode(), id, done); }), u"damaged");
-    EXPECT_EQ(outcome([&](auto done) { arrangements().rename(mode(), id, u"x"_s, done); }), u"damaged");
+    EXPECT_EQ(replace(id), u"damaged");
+    EXPECT_EQ(rename(id, u"x"_s), u"damaged");
     EXPECT_EQ(mac.read(fileOf(id)), "another's");
     // Only the user's own word removes it, and even that can be taken back.
-    EXPECT_EQ(outcome([&](auto done) { arrangements().remove(mode(), id, done); }), QString());
+    EXPECT_EQ(remove(id), QString());
     EXPECT_FALSE(mac.exists(fileOf(id)));
     undo();
     EXPECT_EQ(mac.read(fileOf(id)), "another's");
-    EXPECT_EQ(outcome([&](auto done) { arrangements().remove(mode(), idOf(u"none"_s), done); }),
-              u"notFound");
+    EXPECT_EQ(remove(idOf(u"none"_s)), u"notFound");
 }
 
 TEST_F(LauncherArrangementsTest, ARenameKeepsWhatThisVersionDoesNotKnow) {
@@ -138,7 +134,7 @@ TEST_F(LauncherArrangementsTest, ARenameKeepsWhatThisVersionDoesNotKnow) {
     auto object = json::parse(mac.read(fileOf(id)))->toObject();
     object.insert(u"later"_s, u"kept"_s);
     mac.write(fileOf(id), json::write(object));
-    EXPECT_EQ(outcome([&](auto done) { arrangements().rename(mode(), id, u"Ours"_s, done); }), u"Ours");
+    EXPECT_EQ(rename(id, u"Ours"_s), u"Ours");
     EXPECT_EQ(json::parse(mac.read(fileOf(id)))->toObject()[u"later"_s], u"kept"_s);
 }
 
@@ -162,8 +158,8 @@ TEST_F(LauncherArrangementsTest, AnArrangementGoesElsewhereAndComesBackAsAnother
     EXPECT_NE(last.id, id);
     EXPECT_EQ(listed(), u"Mine Mine");
     EXPECT_TRUE(restoreArrangement(*launcher, mac, last.id));
-    EXPECT_EQ(take(LauncherWindowMode::windowed), u"Mine") << "also into the other mode";
-    outcome([&](auto done) { arrangements().undo(LauncherWindowMode::windowed, done); });
+    EXPECT_EQ(take(windowed), u"Mine") << "also into the other mode";
+    undo(windowed);
     EXPECT_EQ(mac.names(data + u"/Arrangements-Windowed"_s), QStringList());
 
     auto renamed = json::parse(mac.read(fileOf(id)))->toObject();
@@ -185,11 +181,11 @@ TEST_F(LauncherArrangementsTest, AnArrangementGoesElsewhereAndComesBackAsAnother
 // ---- what is not on the pages
 
 TEST_F(LauncherArrangementsTest, WhatIsNotOnThePagesIsListedAndComesBack) {
-    ASSERT_TRUE(launcher->editor().hideApps(mode(), {idOf(u"Beech"_s), idOf(u"Ash"_s)}));
-    ASSERT_TRUE(launcher->editor().addSmartFolder(mode(), SmartFolderTemplate::games));
-    const QUuid games = launcher->smartFolders().definitions().first().id;
-    ASSERT_TRUE(launcher->editor().removeSmartFolderTile(mode(), games));
-    mac.remove(u"/Applications/Oak.app"_s);
+    ASSERT_TRUE(editor().hideApps(mode(), {idOf(u"Beech"_s), idOf(u"Ash"_s)}));
+    ASSERT_TRUE(editor().addSmartFolder(mode(), SmartFolderTemplate::games));
+    const QUuid games = definitions().first().id;
+    ASSERT_TRUE(editor().removeSmartFolderTile(mode(), games));
+    uninstall(u"Oak"_s);
     rescan();
     const auto things = [&] {
         QStringList lines;

@@ -1,35 +1,27 @@
-#include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup.h"
-#include "launcher/launcher_editor.h"
-#include "launcher/launcher_history.h"
-#include "launcher/launcher_messages.h"
-#include "launcher/live_layout.h"
 
 #include "small_launcher.h"
 #include "tests/platform/disk_folder.h"
 
-#include <gmock/gmock.h>
-
-namespace tessellar {
+namespace tessellar::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Phase = LauncherCleanup::Phase;
 
 const QString library = u"/Users/ada/Library/"_s;
 const QString trash = u"/Users/ada/.local/share/Trash/files"_s;
 
-class LauncherCleanupTest : public test::SmallLauncher {
+class LauncherCleanupTest : public SmallLauncher {
 protected:
     const QString ash = u"org.example.ash"_s;
+    const QString beech = u"org.example.beech"_s;
     const QString bundle = u"/Applications/Ash.app"_s;
     const QString preferences = library + u"Preferences/org.example.ash.plist"_s;
     const QString caches = library + u"Caches/org.example.ash"_s;
     const QString offered = library + u"Application Support/Ash"_s;
 
     LauncherCleanupTest() {
-        for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Cedar"_s})
-            install(name);
+        installAll(u"Ash Beech Cedar"_s);
         mac.write(preferences, "preferences");
         mac.write(caches + u"/data"_s, "1234");
         mac.write(offered + u"/notes"_s, "notes");
@@ -50,26 +42,23 @@ protected:
                 questions.append(question.title);
                 answer(accept);
             },
-            [&](const LauncherCleanup::Outcome& outcome) {
-                result = outcome ? u"done"_s : outcome.error().code;
-            });
+            [&](const auto& outcome) { result = codeOf(outcome); });
         mac.settle();
         return result;
+    }
+    /// Reviews it and removes all that is selected then.
+    void takeAway(const QString& key = u"org.example.ash"_s) {
+        review(key);
+        ASSERT_EQ(remove(), u"done");
     }
     QString restore(const std::optional<QUuid>& removal = {}) {
         QString result = u"nothing"_s;
-        cleanup().restore(removal, [&](const LauncherCleanup::Restored& restored) {
-            result = restored ? u"done"_s : restored.error().code;
-        });
+        cleanup().restore(removal, [&](const auto& restored) { result = codeOf(restored); });
         mac.settle();
         return result;
     }
-    QString sketchOf(LauncherWindowMode mode) {
-        launcher->layouts().show(mode);
-        const QString drawn = sketched();
-        launcher->layouts().show(LauncherWindowMode::fullScreen);
-        return drawn;
-    }
+    QString inWindow() const { return sketch(launcher->layout(windowed).pages()); }
+    bool hasTile(const QString& key) const { return launcher->shown().tileOf(key); }
     QUuid tile(const QString& key) { return *findTile(launcher->shown().pages(), key); }
 
     QStringList questions;
@@ -98,7 +87,7 @@ TEST_F(LauncherCleanupTest, ReviewsAndMeasuresAndEndsWhenItIsClosed) {
     cleanup().selectNothing();
     EXPECT_TRUE(cleanup().review().selectedItems().isEmpty());
 
-    cleanup().open(u"org.example.beech"_s);
+    cleanup().open(beech);
     cleanup().close();
     mac.settle();
     EXPECT_EQ(cleanup().phase(), Phase::idle);
@@ -113,26 +102,22 @@ TEST_F(LauncherCleanupTest, RefusesWhatIsNotItsToRemove) {
                             .folder = u"/Applications/Beech.app/Contents/Applications"_s,
                             .identifier = u"org.example.leaf"_s});
     start();
-    for (const auto& [key, code] : {std::pair{u"nobody"_s, u"unknownApplication"_s},
-                                    {u"com.apple.Preview"_s, u"protectedApplication"_s},
-                                    {u"org.example.leaf"_s, u"protectedApplication"_s},
-                                    {applicationIdentifier, u"protectedApplication"_s}}) {
+    for (const QString& key :
+         {u"nobody"_s, u"com.apple.Preview"_s, u"org.example.leaf"_s, applicationIdentifier}) {
         review(key);
         EXPECT_EQ(cleanup().phase(), Phase::idle);
         ASSERT_TRUE(cleanup().error());
-        EXPECT_EQ(cleanup().error()->code, code);
+        EXPECT_EQ(cleanup().error()->code,
+                  key == u"nobody" ? u"unknownApplication"_s : u"protectedApplication"_s);
     }
     EXPECT_EQ(remove(), u"nothingSelected");
 }
 
 TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
-    ASSERT_TRUE(launcher->editor().groupTiles(launcher->shown().mode(),
-                                              {tile(ash), tile(u"org.example.beech"_s)},
-                                              tile(u"org.example.beech"_s)));
-    ASSERT_TRUE(
-        launcher->editor().createAlias(launcher->shown().mode(), tile(ash), {.page = 0, .index = 0}));
+    ASSERT_TRUE(editor().groupTiles(mode(), {tile(ash), tile(beech)}, tile(beech)));
+    ASSERT_TRUE(editor().createAlias(mode(), tile(ash), {.page = 0, .index = 0}));
     const Pages before = launcher->shown().pages();
-    const QString windowed = sketchOf(LauncherWindowMode::windowed);
+    const QString windowBefore = inWindow();
     review();
     // What a scan sees that is under way meanwhile is of no account.
     launcher->applications().rescan();
@@ -142,15 +127,15 @@ TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
     EXPECT_EQ(mac.names(trash).size(), 3);
     EXPECT_TRUE(mac.exists(offered));
     EXPECT_EQ(sketched(), u"Beech Cedar");
-    EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), u"Beech Cedar");
+    EXPECT_EQ(inWindow(), u"Beech Cedar");
     EXPECT_FALSE(launcher->applications().withKey(ash));
-    EXPECT_EQ(launcher->history().steps().undoStack().size(), 3);
-    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Move App to Trash");
+    EXPECT_EQ(steps().size(), 3);
+    EXPECT_EQ(steps().last(), u"Move App to Trash");
 
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(undo(), u"done");
         EXPECT_EQ(launcher->shown().pages(), before);
-        EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), windowed);
+        EXPECT_EQ(inWindow(), windowBefore);
         EXPECT_TRUE(launcher->shown().unavailableAppKeys().isEmpty());
         EXPECT_TRUE(launcher->applications().withKey(ash));
         EXPECT_EQ(mac.read(caches + u"/data"_s), "1234");
@@ -165,7 +150,7 @@ TEST_F(LauncherCleanupTest, TilesLeaveAsOneStepWhoseUndoBringsAllBack) {
 
 TEST_F(LauncherCleanupTest, ABundleThatStaysKeepsItsTile) {
     review();
-    ASSERT_TRUE(QDir().rename(mac.hostPath(bundle), mac.hostPath(u"/Applications/Moved.app"_s)));
+    move(bundle, u"/Applications/Moved.app"_s);
     mac.link(bundle, u"/Applications/Beech.app"_s);
     EXPECT_EQ(remove(), u"done");
     EXPECT_EQ(cleanup().log().last().text,
@@ -174,29 +159,34 @@ TEST_F(LauncherCleanupTest, ABundleThatStaysKeepsItsTile) {
     EXPECT_TRUE(mac.exists(u"/Applications/Beech.app/Contents/Info.plist"_s));
     EXPECT_EQ(undo(), u"done"); // for what went
     EXPECT_TRUE(mac.exists(preferences));
-    EXPECT_TRUE(findTile(launcher->shown().pages(), ash));
+    EXPECT_TRUE(hasTile(ash));
 }
 
-TEST_F(LauncherCleanupTest, AnUndoWithoutTheBundleLeavesTheRestInTheTrash) {
-    review();
-    ASSERT_EQ(remove(), u"done");
+TEST_F(LauncherCleanupTest, WhatDidNotComeBackMayBeAskedForAgain) {
+    takeAway();
     mac.write(bundle, "in the way");
     EXPECT_EQ(undo(), u"trashFailed");
     EXPECT_EQ(mac.read(bundle), "in the way");
-    EXPECT_FALSE(mac.exists(preferences));
+    EXPECT_FALSE(mac.exists(preferences)) << "the rest waits for the bundle";
     EXPECT_EQ(sketched(), u"Beech Cedar");
     mac.remove(bundle);
-    EXPECT_EQ(undo(), u"done");
-    EXPECT_TRUE(mac.exists(preferences));
+    mac.write(preferences, "in the way");
+    start();
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_TRUE(mac.exists(bundle));
+    EXPECT_EQ(mac.read(preferences), "in the way");
+    mac.remove(preferences);
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_EQ(mac.read(preferences), "preferences");
+    EXPECT_EQ(restore(), u"nothingToRestore");
 }
 
 TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
     // A folder that closes when one of its two goes.
-    ASSERT_TRUE(launcher->editor().groupTiles(launcher->shown().mode(), {tile(ash)},
-                                              tile(u"org.example.beech"_s)));
-    ASSERT_TRUE(launcher->editor().hideApps(launcher->shown().mode(), {tile(ash)}));
+    ASSERT_TRUE(editor().groupTiles(mode(), {tile(ash)}, tile(beech)));
+    ASSERT_TRUE(editor().hideApps(mode(), {tile(ash)}));
     const Pages before = launcher->shown().pages();
-    const QString windowed = sketchOf(LauncherWindowMode::windowed);
+    const QString windowBefore = inWindow();
     review();
     cleanup().selectAllMatches();
     ASSERT_EQ(remove(), u"done");
@@ -206,12 +196,11 @@ TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
     EXPECT_EQ(mac.read(offered + u"/notes"_s), "notes");
     EXPECT_EQ(launcher->shown().pages(), before);
     EXPECT_TRUE(launcher->shown().hiddenKeys().contains(ash));
-    EXPECT_EQ(sketchOf(LauncherWindowMode::windowed), windowed);
+    EXPECT_EQ(inWindow(), windowBefore);
     EXPECT_EQ(restore(), u"nothingToRestore");
 
     // In one process it is a step of history.
-    review();
-    ASSERT_EQ(remove(), u"done");
+    takeAway();
     EXPECT_EQ(restore(), u"done");
     EXPECT_EQ(launcher->history().steps().redoStack().size(), 1);
     EXPECT_EQ(launcher->shown().pages(), before);
@@ -219,8 +208,7 @@ TEST_F(LauncherCleanupTest, AnotherLauncherBringsTheLastRemovalBack) {
 
 TEST_F(LauncherCleanupTest, NothingLeavesTheTrashWhilePlacesCannotBeWritten) {
     for (const QString& name : {u"remembered-places.json"_s, u"remembered-places-windowed.json"_s}) {
-        review();
-        ASSERT_EQ(remove(), u"done");
+        takeAway();
         start();
         const QString places = data + u'/' + name;
         const QByteArray before = mac.read(places);
@@ -244,47 +232,37 @@ TEST_F(LauncherCleanupTest, AKilledRemovalIsBroughtBackFromWhatWasWrittenBefore)
         onDisk = mac.read(record);
         if (command.input->contains("Caches")) {
             mac.makeFolder(u"/Users/ada/.Trash"_s);
-            QDir().rename(mac.hostPath(caches),
-                          mac.hostPath(u"/Users/ada/.Trash/org.example.ash 12.30.00"_s));
+            move(caches, u"/Users/ada/.Trash/org.example.ash 12.30.00"_s);
         }
-        return test::exited(1, {}, "execution error: lost (-609)\n");
+        return exited(1, {}, "execution error: lost (-609)\n");
     });
-    review();
-    ASSERT_EQ(remove(), u"done");
+    takeAway();
     EXPECT_EQ(mac.read(record).count("\"item\""), 1); // the one that went, though it was called failed
     ASSERT_EQ(onDisk.count("\"item\""), 3);
     mac.write(record, onDisk);
     start();
     EXPECT_EQ(restore(), u"done");
-    QStringList lines;
-    for (const CleanupLogLine& line : cleanup().log())
-        lines.append(line.text);
-    EXPECT_EQ(lines, QStringList{u"org.example.ash: put back."_s}); // the others never left
+    ASSERT_EQ(cleanup().log().size(), 1); // the others never left
+    EXPECT_EQ(cleanup().log()[0].text, u"org.example.ash: put back.");
     EXPECT_EQ(mac.read(caches + u"/data"_s), "1234");
     EXPECT_EQ(restore(), u"nothingToRestore");
 }
 
 TEST_F(LauncherCleanupTest, WhatWasRenamedInTheTrashIsNotForgotten) {
-    review();
-    ASSERT_EQ(remove(), u"done");
-    const QString inTrash = trash + u'/';
-    QString lies;
-    for (const QString& name : mac.names(inTrash))
-        if (name.startsWith(u"Ash"))
-            lies = inTrash + name;
-    ASSERT_FALSE(lies.isEmpty());
-    const QString renamed = inTrash + u"Kept for later.app"_s;
-    ASSERT_TRUE(QDir().rename(mac.hostPath(lies), mac.hostPath(renamed)));
+    takeAway();
+    const QString lies = trash + u'/' + mac.names(trash).filter(u"Ash.app"_s).value(0);
+    const QString renamed = trash + u"/Kept for later.app"_s;
+    move(lies, renamed);
     (void)restore();
-    EXPECT_FALSE(mac.exists(u"/Applications/Ash.app"_s));
-    ASSERT_TRUE(QDir().rename(mac.hostPath(renamed), mac.hostPath(lies)));
+    EXPECT_FALSE(mac.exists(bundle));
+    move(renamed, lies);
     EXPECT_EQ(restore(), u"done");
-    EXPECT_TRUE(mac.exists(u"/Applications/Ash.app"_s));
+    EXPECT_TRUE(mac.exists(bundle));
 }
 
 TEST_F(LauncherCleanupTest, NothingGoesThatCannotBeWrittenDown) {
     mac.makeFolder(data);
-    const test::SmallDisk disk(mac.hostPath(data).toStdString(), "size=16k");
+    const SmallDisk disk(mac.hostPath(data).toStdString(), "size=16k");
     if (!disk)
         GTEST_SKIP() << "This process may not mount.";
     QFile filler(mac.hostPath(data + u"/filler"_s));
@@ -293,22 +271,7 @@ TEST_F(LauncherCleanupTest, NothingGoesThatCannotBeWrittenDown) {
     }
     review();
     EXPECT_EQ(remove(), u"notRemoved");
-    for (const QString& path : {bundle, preferences, caches})
-        EXPECT_TRUE(mac.exists(path)) << path.toStdString();
-}
-
-TEST_F(LauncherCleanupTest, WhatDidNotComeBackMayBeAskedForAgain) {
-    review();
-    ASSERT_EQ(remove(), u"done");
-    mac.write(preferences, "in the way");
-    start();
-    EXPECT_EQ(restore(), u"done");
-    EXPECT_TRUE(mac.exists(bundle));
-    EXPECT_EQ(mac.read(preferences), "in the way");
-    mac.remove(preferences);
-    EXPECT_EQ(restore(), u"done");
-    EXPECT_EQ(mac.read(preferences), "preferences");
-    EXPECT_EQ(restore(), u"nothingToRestore");
+    EXPECT_TRUE(mac.exists(bundle) && mac.exists(preferences) && mac.exists(caches));
 }
 
 TEST_F(LauncherCleanupTest, ARecordThatCannotBeReadNowIsNoAbsenceAndStays) {
@@ -328,13 +291,23 @@ TEST_F(LauncherCleanupTest, ARecordThatCannotBeReadNowIsNoAbsenceAndStays) {
     EXPECT_TRUE(mac.exists(bundle));
     EXPECT_EQ(mac.read(record), later);
     EXPECT_TRUE(mac.names(data).filter(u"removals.damaged-"_s).isEmpty());
+
+    // A damaged one is set aside, and the next begins anew.
+    cleanup().close();
+    mac.write(record, "{damaged");
+    EXPECT_EQ(restore(), u"nothingToRestore");
+    const QStringList aside = mac.names(data).filter(u"removals.damaged-"_s);
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(mac.read(data + u'/' + aside.first()), "{damaged");
+    takeAway();
+    start();
+    EXPECT_EQ(restore(), u"done");
+    EXPECT_TRUE(mac.exists(bundle));
 }
 
 TEST_F(LauncherCleanupTest, AFailedAttemptLosesNoRecordAndAnyRemovalMayBeChosen) {
-    review();
-    ASSERT_EQ(remove(), u"done");
-    review(u"org.example.beech"_s);
-    ASSERT_EQ(remove(), u"done");
+    takeAway();
+    takeAway(beech);
     start();
     const auto past = [&] {
         QList<CleanupRecord> records;
@@ -346,15 +319,15 @@ TEST_F(LauncherCleanupTest, AFailedAttemptLosesNoRecordAndAnyRemovalMayBeChosen)
     EXPECT_EQ(past()[1].name, u"Ash");
     const QUuid removal = past()[1].id;
     // The Trash is out of reach; then it is there again.
-    ASSERT_TRUE(mac.files.move(trash, u"/away"_s));
+    move(trash, u"/away"_s);
     EXPECT_EQ(restore(removal), u"notRestored");
     EXPECT_EQ(restore(), u"notRestored");
     EXPECT_EQ(past()[1].items.size(), 3);
-    ASSERT_TRUE(mac.files.move(u"/away"_s, trash));
+    move(u"/away"_s, trash);
     EXPECT_EQ(restore(removal), u"done");
     EXPECT_TRUE(mac.exists(bundle));
-    EXPECT_TRUE(findTile(launcher->shown().pages(), ash));
-    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Put App Back");
+    EXPECT_TRUE(hasTile(ash));
+    EXPECT_EQ(steps().last(), u"Put App Back");
     EXPECT_EQ(past()[1].restored.size(), 3);
     EXPECT_EQ(restore(removal), u"nothingToRestore");
     EXPECT_EQ(restore(), u"done"); // the other one
@@ -376,7 +349,7 @@ TEST_F(LauncherCleanupTest, WhatIsOutOfSightOrWentClaimsItsFiles) {
     EXPECT_FALSE(isOffered());
     ASSERT_TRUE(findTile(launcher->shown().pages(), u"org.example.ash.studio"_s));
     // Its volume is gone, and then the link to it.
-    ASSERT_TRUE(mac.files.move(u"/Volumes/Ext"_s, u"/away"_s));
+    move(u"/Volumes/Ext"_s, u"/away"_s);
     start();
     EXPECT_FALSE(isOffered());
     mac.remove(u"/Applications/Ash Studio.app"_s);
@@ -384,31 +357,22 @@ TEST_F(LauncherCleanupTest, WhatIsOutOfSightOrWentClaimsItsFiles) {
     EXPECT_FALSE(isOffered());
 }
 
-TEST_F(LauncherCleanupTest, ADamagedRecordIsSetAside) {
-    mac.write(data + u"/removals.json"_s, "{damaged");
-    EXPECT_EQ(restore(), u"nothingToRestore");
-    const QStringList aside = mac.names(data).filter(u"removals.damaged-"_s);
-    ASSERT_EQ(aside.size(), 1);
-    EXPECT_EQ(mac.read(data + u'/' + aside.first()), "{damaged");
-    review();
-    ASSERT_EQ(remove(), u"done");
-    EXPECT_EQ(start().shown().pages().size(), 1);
-    EXPECT_EQ(restore(), u"done");
-    EXPECT_TRUE(mac.exists(bundle));
-}
-
 TEST_F(LauncherCleanupTest, AnOpenApplicationIsNamedAndGoesOnlyAfterAYes) {
+    takeAway();
+    ASSERT_EQ(undo(), u"done");
     bool isOpen = true;
     mac.tool(u"/bin/ps"_s, [&](const Command&, std::stop_token) {
-        return test::exited(0, isOpen ? mac.hostPath(bundle + u"/Contents/MacOS/Ash"_s).toUtf8() + '\n'
-                                      : QByteArray());
+        return exited(0, isOpen ? mac.hostPath(bundle + u"/Contents/MacOS/Ash"_s).toUtf8() + '\n'
+                                : QByteArray());
     });
+    EXPECT_EQ(redo(), u"trashFailed") << "which asks nobody";
+    EXPECT_TRUE(mac.exists(bundle) && mac.exists(preferences) && hasTile(ash));
     QByteArrayList scripts;
     mac.tool(u"/usr/bin/osascript"_s, [&](const Command& command, std::stop_token) {
         scripts.append(command.input.value_or(QByteArray()));
         if (scripts.last().contains(" to quit"))
             isOpen = false;
-        return test::exited(1, {}, "execution error: no (-1743)\n");
+        return exited(1, {}, "execution error: no (-1743)\n");
     });
     review();
     EXPECT_EQ(remove(false), u"stillOpen");
@@ -420,35 +384,23 @@ TEST_F(LauncherCleanupTest, AnOpenApplicationIsNamedAndGoesOnlyAfterAYes) {
     EXPECT_EQ(scripts.value(0), "tell application id \"org.example.ash\" to quit\n");
     EXPECT_TRUE(cleanup().error()->message.startsWith(u"Finder automation is not allowed."));
     EXPECT_EQ(cleanup().phase(), Phase::review);
-    EXPECT_TRUE(findTile(launcher->shown().pages(), ash));
+    EXPECT_TRUE(hasTile(ash));
 
     // An answer that comes after the review was closed is too late.
     isOpen = true;
     scripts.clear();
-    cleanup().remove(launcher->messages().asker());
+    cleanup().remove(messages().asker());
     mac.settle();
-    ASSERT_TRUE(launcher->messages().question());
+    ASSERT_TRUE(messages().question());
     cleanup().close();
-    launcher->messages().answer(true);
+    messages().answer(true);
     mac.settle();
     EXPECT_TRUE(scripts.isEmpty());
 }
 
-TEST_F(LauncherCleanupTest, RedoLeavesAnOpenApplicationAlone) {
-    review();
-    ASSERT_EQ(remove(), u"done");
-    ASSERT_EQ(undo(), u"done");
-    mac.tool(u"/bin/ps"_s,
-             test::exited(0, mac.hostPath(bundle + u"/Contents/MacOS/Ash"_s).toUtf8() + '\n'));
-    EXPECT_EQ(redo(), u"trashFailed");
-    EXPECT_TRUE(mac.exists(bundle));
-    EXPECT_TRUE(mac.exists(preferences));
-    EXPECT_TRUE(findTile(launcher->shown().pages(), ash));
-}
-
 TEST_F(LauncherCleanupTest, ALauncherThatGoesMeanwhileHasWrittenDownWhatItTook) {
     review();
-    cleanup().remove(launcher->messages().asker());
+    cleanup().remove(messages().asker());
     mac.workers.waitIdle(); // the look for open applications
     mac.mailbox.drain();
     launcher.reset();
@@ -457,9 +409,8 @@ TEST_F(LauncherCleanupTest, ALauncherThatGoesMeanwhileHasWrittenDownWhatItTook) 
     // As much as was taken comes back; perhaps it was stopped before anything went.
     const QString result = restore();
     EXPECT_TRUE(result == u"done" || result == u"nothingToRestore") << result.toStdString();
-    for (const QString& path : {bundle, preferences, caches})
-        EXPECT_TRUE(mac.exists(path)) << path.toStdString();
+    EXPECT_TRUE(mac.exists(bundle) && mac.exists(preferences) && mac.exists(caches));
 }
 
 } // namespace
-} // namespace tessellar
+} // namespace tessellar::test

@@ -1,5 +1,4 @@
 #include "launcher/launcher_icons.h"
-#include "launcher/smart_folder_library.h"
 
 #include "small_launcher.h"
 #include "tests/icons/icns_bytes.h"
@@ -117,7 +116,7 @@ TEST_F(LauncherIconsTest, FollowAnApplicationThroughTheKeysThatDuplicatesGiveIt)
 TEST_F(LauncherIconsTest, AnUpdatedBundleIsToldOf) {
     rescan();
     EXPECT_TRUE(heard.isEmpty());
-    mac.remove(u"/Applications/Ash.app"_s);
+    uninstall(u"Ash"_s);
     install(u"Ash"_s, u"/Applications"_s, u"2.0"_s);
     rescan();
     EXPECT_EQ(heard, QList<QSet<QString>>{{ash}});

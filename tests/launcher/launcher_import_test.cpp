@@ -1,20 +1,13 @@
-#include "launcher/launcher_editor.h"
-#include "launcher/launcher_history.h"
 #include "launcher/launcher_import.h"
-#include "launcher/launcher_messages.h"
 #include "launcher/layout_proposals.h"
-#include "launcher/live_layout.h"
 
 #include "sample/launchpad_database.h"
 #include "small_launcher.h"
-
-#include <gmock/gmock.h>
 
 namespace tessellar::test {
 namespace {
 
 using sample::OldFolder;
-using sample::OldItem;
 using sample::OldTile;
 
 OldTile tile(const QString& name) { return {name, u"org.example."_s + name.toLower()}; }
@@ -25,8 +18,7 @@ protected:
     const QString database = userFolder + u"com.apple.dock.launchpad/db/db"_s;
 
     LauncherImportTest() {
-        for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Cedar"_s, u"Dogwood"_s, u"Elm"_s})
-            install(name);
+        installAll(u"Ash Beech Cedar Dogwood Elm"_s);
         mac.tool(u"/usr/bin/getconf"_s, exited(0, userFolder.toUtf8() + '\n'));
     }
     void addOldLaunchpad() {
@@ -42,7 +34,7 @@ protected:
     using Outcome = std::expected<LegacyLaunchpadImportMetadata, LauncherError>;
     Outcome run() {
         std::optional<Outcome> outcome;
-        launcher->launchpadImport().run(launcher->shown().mode(), {},
+        launcher->launchpadImport().run(mode(), {},
                                         [&](Outcome answer) { outcome = std::move(answer); });
         mac.settle();
         return outcome.value_or(std::unexpected(LauncherError{u"noAnswer"_s, {}, {}}));
@@ -59,12 +51,10 @@ protected:
 
 TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     addOldLaunchpad();
-    AppEntry beech = app(u"Beech"_s);
-    AppEntry cedar = app(u"Cedar"_s);
-    beech.name = u"Fagus"_s;
-    cedar.name = u"Cedrus"_s;
-    store({{beech, test::folder(u"f"_s, {{app(u"Ash"_s), app(u"Elm"_s)}})}, {cedar, app(u"Dogwood"_s)}},
-          {u"org.example.dogwood"_s});
+    Pages arranged = drawn(u"Beech [f: Ash Elm]|Cedar Dogwood");
+    arranged[0][0].app()->name = u"Fagus"_s;
+    arranged[1][0].app()->name = u"Cedrus"_s;
+    store(arranged, {u"org.example.dogwood"_s});
     start();
     launcher->shown().setCurrentPage(1);
     const LayoutDocument before = launcher->shown().document();
@@ -94,14 +84,12 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     ASSERT_TRUE(record);
     EXPECT_EQ(*record, *imported);
 
-    EXPECT_EQ(launcher->history().steps().undoStack().size(), 1);
-    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Import Launchpad Layout");
-    launcher->history().undo(launcher->shown().mode());
-    mac.settle();
+    EXPECT_EQ(steps().size(), 1);
+    EXPECT_EQ(steps().last(), u"Import Launchpad Layout");
+    EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(launcher->shown().document(), before);
     EXPECT_EQ(launcher->shown().currentPage(), 1);
-    launcher->history().redo(launcher->shown().mode());
-    mac.settle();
+    EXPECT_EQ(redo(), u"done");
     EXPECT_EQ(sketched(), u"Elm [Work: Fagus|Dogwood]|Ash|Cedrus");
 }
 
@@ -111,7 +99,7 @@ TEST_F(LauncherImportTest, TakesAVolumeThatIsAwayForWhatWasOnItBefore) {
     (void)mac.machine.settings.set(u"appDiscovery.additionalSearchPaths"_s,
                                    QJsonArray{u"/Volumes/Work/Apps"_s});
     start();
-    ASSERT_TRUE(mac.files.move(u"/Volumes/Work"_s, u"/elsewhere"_s));
+    move(u"/Volumes/Work"_s, u"/elsewhere"_s);
     rescan();
     const QSet<QString> away{u"org.example.fern"_s, u"org.example.moss"_s};
     EXPECT_EQ(launcher->shown().unavailableAppKeys(), away);
@@ -121,7 +109,7 @@ TEST_F(LauncherImportTest, TakesAVolumeThatIsAwayForWhatWasOnItBefore) {
     EXPECT_EQ(outcome->unresolvedAppCount, 0);
     EXPECT_EQ(sketched(), u"Fern Elm|Ash Beech Cedar Dogwood Moss");
     EXPECT_EQ(launcher->shown().unavailableAppKeys(), away);
-    ASSERT_TRUE(mac.files.move(u"/elsewhere"_s, u"/Volumes/Work"_s));
+    move(u"/elsewhere"_s, u"/Volumes/Work"_s);
     rescan();
     EXPECT_EQ(sketched(), u"Fern Elm|Ash Beech Cedar Dogwood Moss");
     EXPECT_TRUE(launcher->shown().unavailableAppKeys().isEmpty());
@@ -132,7 +120,7 @@ TEST_F(LauncherImportTest, APreviewShowsTheOldArrangementAndChangesNothing) {
     start();
     const LayoutDocument before = launcher->shown().document();
     std::optional<NativeLaunchpadImportResult> found;
-    launcher->launchpadImport().preview(launcher->shown().mode(), {}, [&](const auto& result) {
+    launcher->launchpadImport().preview(mode(), {}, [&](const auto& result) {
         ASSERT_TRUE(result);
         found = *result;
     });
@@ -143,7 +131,7 @@ TEST_F(LauncherImportTest, APreviewShowsTheOldArrangementAndChangesNothing) {
     EXPECT_EQ(launcher->shown().document(), before);
     EXPECT_FALSE(mac.exists(data + u"/Backups"_s));
     EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));
-    EXPECT_FALSE(launcher->history().steps().canUndo(launcher->shown().mode()));
+    EXPECT_FALSE(launcher->history().steps().canUndo(mode()));
 }
 
 TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
@@ -159,11 +147,11 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
     mac.write(data + u"/Backups"_s, "in its place");
     EXPECT_FALSE(failure().isEmpty());
     mac.remove(data + u"/Backups"_s);
-    mac.remove(data + u"/layout.json"_s);
+    mac.remove(layoutFile);
     mac.makeFolder(data + u"/layout.json/x"_s);
     EXPECT_FALSE(failure().isEmpty());
     EXPECT_EQ(mac.names(data + u"/Backups"_s).size(), 1);
-    mac.remove(data + u"/layout.json"_s);
+    mac.remove(layoutFile);
     // The record belongs to it.
     mac.makeFolder(data + u"/legacy-launchpad-import.json/x"_s);
     EXPECT_FALSE(failure().isEmpty());
@@ -171,11 +159,11 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
 
     EXPECT_EQ(launcher->shown().document(), before);
     EXPECT_FALSE(mac.exists(data + u"/legacy-launchpad-import.json"_s));
-    EXPECT_FALSE(launcher->history().steps().canUndo(launcher->shown().mode()));
+    EXPECT_FALSE(launcher->history().steps().canUndo(mode()));
 
     EXPECT_TRUE(launcher->quit());
     EXPECT_EQ(stored(), before) << "nor does what failed come later";
-    mac.write(data + u"/layout.json"_s, "damaged");
+    mac.write(layoutFile, "damaged");
     start();
     EXPECT_EQ(failure(), u"workingDocumentUnreadable");
 }
@@ -183,38 +171,34 @@ TEST_F(LauncherImportTest, AFailureLeavesTheArrangementAsItWas) {
 TEST_F(LauncherImportTest, GoesToTheModeThatItWasAskedForOneAtATime) {
     addOldLaunchpad();
     start();
-    const LayoutDocument windowed = launcher->layout(LauncherWindowMode::windowed).document();
+    const LayoutDocument other = launcher->layout(windowed).document();
     QStringList codes;
-    const auto keep = [&](const Outcome& outcome) {
-        codes += outcome ? u"done"_s : outcome.error().code;
-    };
+    const auto keep = [&](const Outcome& outcome) { codes += codeOf(outcome); };
     for (int i = 0; i < 2; ++i)
-        launcher->launchpadImport().run(LauncherWindowMode::fullScreen, {}, keep);
-    launcher->layouts().show(LauncherWindowMode::windowed);
+        launcher->launchpadImport().run(fullScreen, {}, keep);
+    launcher->layouts().show(windowed);
     mac.settle();
     EXPECT_EQ(codes, QStringList({u"importInProgress"_s, u"done"_s}));
-    EXPECT_EQ(launcher->shown().document(), windowed);
-    EXPECT_TRUE(
-        sketch(launcher->layout(LauncherWindowMode::fullScreen).pages()).startsWith(u"Elm [Work"));
+    EXPECT_EQ(launcher->shown().document(), other);
+    EXPECT_TRUE(sketch(launcher->layout(fullScreen).pages()).startsWith(u"Elm [Work"));
 }
 
 TEST_F(LauncherImportTest, OffersItselfWithAQuestionAndAReport) {
     addOldLaunchpad();
     start();
     auto& import = launcher->launchpadImport();
-    import.offer(launcher->shown().mode());
-    ASSERT_TRUE(launcher->messages().question());
-    EXPECT_EQ(launcher->messages().question()->title, u"Import old Launchpad configuration?");
-    launcher->messages().answer(false);
+    import.offer(mode());
+    EXPECT_EQ(asked(), u"Import old Launchpad configuration?");
+    messages().answer(false);
     mac.settle();
-    EXPECT_TRUE(launcher->messages().takeAlerts().isEmpty());
-    import.offer(launcher->shown().mode());
-    launcher->messages().answer(true);
+    EXPECT_TRUE(messages().takeAlerts().isEmpty());
+    import.offer(mode());
+    messages().answer(true);
     mac.settle();
-    const QList<LauncherError> alerts = launcher->messages().takeAlerts();
-    ASSERT_EQ(alerts.size(), 1);
-    EXPECT_EQ(alerts[0].title, u"Imported old Launchpad configuration");
-    EXPECT_TRUE(alerts[0].message.contains(u"2 apps were skipped")) << alerts[0].message.toStdString();
+    const QList<LauncherError> told = messages().takeAlerts();
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_EQ(told[0].title, u"Imported old Launchpad configuration");
+    EXPECT_TRUE(told[0].message.contains(u"2 apps were skipped")) << told[0].message.toStdString();
     EXPECT_TRUE(sketched().startsWith(u"Elm [Work"));
 }
 
@@ -222,8 +206,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     using Kind = LayoutProposal::Kind;
     LayoutProposals::All all;
     const auto propose = [&] {
-        launcher->proposals().propose(launcher->shown().mode(),
-                                      [&](const LayoutProposals::All& found) { all = found; });
+        launcher->proposals().propose(mode(), [&](const LayoutProposals::All& found) { all = found; });
         mac.settle();
         return all.proposals.size();
     };
@@ -237,14 +220,12 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     ASSERT_TRUE(mac.files.remove(database));
     addOldLaunchpad();
 
-    AppEntry cedar = app(u"Cedar"_s);
-    cedar.name = u"Cedrus"_s;
-    store({{cedar, test::folder(u"f"_s, {{app(u"Ash"_s), app(u"Elm"_s)}})}},
-          {u"org.example.dogwood"_s});
+    Pages arranged = drawn(u"Cedar [f: Ash Elm]");
+    arranged[0][0].app()->name = u"Cedrus"_s;
+    store(arranged, {u"org.example.dogwood"_s});
     start();
     EXPECT_FALSE(launcher->isUnarranged());
-    ASSERT_TRUE(launcher->editor().addSmartFolder(launcher->shown().mode(),
-                                                  SmartFolderTemplate::updatesAvailable));
+    ASSERT_TRUE(editor().addSmartFolder(mode(), SmartFolderTemplate::updatesAvailable));
     const LayoutDocument before = launcher->shown().document();
     ASSERT_EQ(propose(), 3);
     EXPECT_EQ(all.proposals[0].kind, Kind::oldLaunchpad);
@@ -258,7 +239,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     // What is renamed while it is worked out is taken with its new name.
     const auto take = [&](const LayoutProposal& proposal, const std::function<void()>& meanwhile) {
         std::optional<LayoutProposals::Outcome> outcome;
-        launcher->proposals().take({launcher->shown().mode()}, proposal,
+        launcher->proposals().take({mode()}, proposal,
                                    [&](const LayoutProposals::Outcome& taken) { outcome = taken; });
         meanwhile();
         mac.settle();
@@ -267,7 +248,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     LayoutDocument renamed;
     ASSERT_TRUE(take(all.proposals[2], [&] {
         const QUuid elm = launcher->shown().tileOf(u"org.example.elm"_s)->id;
-        ASSERT_TRUE(launcher->editor().rename(launcher->shown().mode(), elm, u"Ulmus"_s));
+        ASSERT_TRUE(editor().rename(mode(), elm, u"Ulmus"_s));
         renamed = launcher->shown().document();
     }));
     EXPECT_EQ(sketched(), u"* Ash Beech Cedrus Dogwood Ulmus");
@@ -281,9 +262,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
 
     ASSERT_TRUE(take(all.proposals[0], [] {}));
     EXPECT_EQ(sketched(), u"Elm [Work: Beech|Dogwood]|Ash|Cedrus");
-    const QList<LauncherError> alerts = launcher->messages().takeAlerts();
-    ASSERT_FALSE(alerts.isEmpty());
-    EXPECT_EQ(alerts.last().title, u"Imported old Launchpad configuration");
+    EXPECT_EQ(alerts(&LauncherError::title).value(0), u"Imported old Launchpad configuration");
 }
 
 } // namespace

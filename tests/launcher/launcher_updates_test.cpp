@@ -1,23 +1,14 @@
-#include "launcher/launcher_editor.h"
-#include "launcher/launcher_messages.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/launcher_updates.h"
-#include "launcher/live_layout.h"
-#include "launcher/smart_folder_library.h"
 #include "small_launcher.h"
 #include "support/fake_updates.h"
 
 #include "smartfolders/smart_folder_rule.h"
 
-#include <gmock/gmock.h>
-
 #include <latch>
 
-namespace tessellar {
+namespace tessellar::test {
 namespace {
-
-using namespace std::chrono_literals;
-using namespace Qt::Literals::StringLiterals;
 
 const QString brewPath = u"/opt/homebrew/bin/brew"_s;
 const QString cask = u"org.example.cask"_s;
@@ -25,13 +16,13 @@ const QString feed = u"org.example.feed"_s;
 const QString plain = u"org.example.plain"_s;
 
 /// A Mac on which one application is a cask's, one names a feed, and one has neither.
-class LauncherUpdatesTest : public test::SmallLauncher {
+class LauncherUpdatesTest : public SmallLauncher {
 protected:
     LauncherUpdatesTest() {
         install(u"Cask"_s, {});
         install(u"Feed"_s, u"https://feeds.test/feed"_s);
         install(u"Plain"_s, {});
-        mac.tool(u"/usr/bin/open"_s, test::exited(0));
+        mac.tool(u"/usr/bin/open"_s, exited(0));
         brew("2.0");
     }
 
@@ -44,7 +35,7 @@ protected:
                                 .sparkleFeed = sparkleFeed});
     }
     void brew(const QByteArray& newer, int upgradeStatus = 0) {
-        mac.tool(brewPath, test::brewOfOneCask(newer, upgradeStatus));
+        mac.tool(brewPath, brewOfOneCask(newer, upgradeStatus));
     }
 
     LauncherUpdates& start() {
@@ -52,15 +43,16 @@ protected:
         launcher.reset();
         launcher = std::make_unique<LauncherViewModel>(mac.machine);
         subscription = launcher->updates().changed.connect([this] { ++announced; });
-        leaving = launcher->launched.connect([this] { ++went; });
+        goesAway = launcher->launched.connect([this] { ++went; });
         launcher->startAndWait();
         settle();
         return updates();
     }
-    void settle() {
+    void settle(std::chrono::milliseconds after = {}) {
+        time.advance(after);
         for (int i = 0; i < 6; ++i) { // what a round begins may go on in a timer
             mac.settle();
-            mac.time.advance(0ms);
+            time.advance(0ms);
         }
     }
     /// The schedule's first check, to its end.
@@ -71,39 +63,55 @@ protected:
         return updates();
     }
     void answerFeed(const QByteArray& build) {
-        mac.http.answer(u"feeds"_s, test::sparkleFeed(build));
+        mac.http.answer(u"feeds"_s, sparkleFeed(build));
         settle();
-        mac.time.advance(250ms);
-        settle();
+        settle(250ms);
     }
     LauncherUpdates& updates() { return launcher->updates(); }
+    /// As the user asks for it.
+    void run(const QString& key) {
+        updates().run(key);
+        settle();
+    }
+    void answer(bool accepted) {
+        messages().answer(accepted);
+        settle();
+    }
+    /// As a command asks for it, which says yes beforehand and notes how it ended.
+    auto runAtOnce(const QString& key) {
+        return updates().run(
+            {key}, [](const LauncherQuestion&, const auto& yes) { yes(true); },
+            [this](const auto& outcome) { ends += codeOf(outcome); });
+    }
+    /// What the updater that runs puts out.
+    void say(const QByteArray& words) {
+        mac.commands.say(mac.hostPath(data + u"/app-update-run.log"_s).toUtf8(), words);
+        settle(AppUpdateRunner::pollInterval);
+    }
 
     /// What the folder of all updates shows, or that it cannot tell.
     QString shown() {
-        const SmartFolderEvaluation* found =
-            launcher->smartFolders().evaluation(folder, LauncherWindowMode::fullScreen);
-        if (!found || !found->unknownRuleIDs.isEmpty())
-            return u"unknown"_s;
-        return found->appKeys().join(u' ');
+        const SmartFolderEvaluation* found = launcher->smartFolders().evaluation(folder, fullScreen);
+        return found && found->unknownRuleIDs.isEmpty() ? found->appKeys().join(u' ') : u"unknown"_s;
     }
     void addFolder() {
-        const auto definition = templateDefinition(SmartFolderTemplate::updatesAvailable, folder,
-                                                   mac.time.now(), mac.uuids);
-        ASSERT_TRUE(launcher->editor().addSmartFolder(launcher->shown().mode(), definition));
+        const auto definition =
+            templateDefinition(SmartFolderTemplate::updatesAvailable, folder, time.now(), mac.uuids);
+        ASSERT_TRUE(editor().addSmartFolder(mode(), definition));
         settle();
     }
 
     Subscription subscription;
-    Subscription leaving;
+    Subscription goesAway;
     const QUuid folder = QUuid::createUuidV5(QUuid(), u"updates"_s);
     int announced = 0;
     int went = 0;
+    QStringList ends;
 };
 
 TEST_F(LauncherUpdatesTest, NothingIsLookedAtBeforeSomebodyWantsToKnow) {
     start();
-    mac.time.advance(48h);
-    settle();
+    settle(48h);
     EXPECT_FALSE(updates().isReady());
     EXPECT_EQ(mac.commands.commands().size(), 0);
     EXPECT_TRUE(mac.http.requests.isEmpty());
@@ -113,8 +121,7 @@ TEST_F(LauncherUpdatesTest, NothingIsLookedAtBeforeSomebodyWantsToKnow) {
     settle();
     EXPECT_TRUE(isKnown);
     EXPECT_EQ(updates().of(feed).actionKind(), AppUpdateActionKind::sparkle);
-    mac.time.advance(48h);
-    settle();
+    settle(48h);
     EXPECT_EQ(mac.commands.commands().size(), 0) << "to know is not to check";
     EXPECT_TRUE(mac.http.requests.isEmpty());
 }
@@ -156,21 +163,19 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
     launcher->settings().store(AppUpdateSettings::enabledKey, false);
     settle();
     EXPECT_EQ(shown(), u"unknown"_s);
-    EXPECT_EQ(launcher->smartFolders().notice(folder, LauncherWindowMode::fullScreen),
+    EXPECT_EQ(launcher->smartFolders().notice(folder, fullScreen),
               u"Update checking is disabled, so update-status rules cannot be evaluated."_s);
     EXPECT_EQ(launcher->smartFolders().runtimeFacts().customIconKeys, QSet<QString>{plain});
     updates().checkNow();
     settle();
-    ASSERT_TRUE(launcher->messages().notice());
-    EXPECT_EQ(launcher->messages().notice()->text, u"Update checking is disabled."_s);
+    EXPECT_EQ(noticed(), u"Update checking is disabled."_s);
     launcher->settings().store(AppUpdateSettings::enabledKey, true);
     settle();
     EXPECT_EQ(shown(), cask + u' ' + feed);
     launcher->settings().store(AppUpdateSettings::intervalKey,
                                qToUnderlying(AppUpdateInterval::sixHours));
     settle();
-    mac.time.advance(6h);
-    settle();
+    settle(6h);
     EXPECT_TRUE(updates().isChecking());
 }
 
@@ -179,33 +184,25 @@ TEST_F(LauncherUpdatesTest, ALongCheckIsHeardOfInIntervals) {
         install(u"Feed%1"_s.arg(i), u"https://feeds.test/%1"_s.arg(i));
     start().startSchedule(nullptr);
     settle();
-    mac.time.advance(250ms);
+    time.advance(250ms);
     announced = 0;
     while (!mac.http.waiting().isEmpty()) {
-        mac.http.answer(u"feeds"_s, test::FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
+        mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
         settle();
     }
     EXPECT_LE(announced, 1);
-    mac.time.advance(250ms);
+    time.advance(250ms);
     EXPECT_EQ(announced, 1);
     EXPECT_FALSE(updates().isChecking());
 }
 
 TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     startAndCheck();
-    updates().run(cask);
-    settle();
-    ASSERT_TRUE(launcher->messages().question());
-    EXPECT_EQ(*launcher->messages().question(),
-              (LauncherQuestion{.title = u"Update “Cask”?"_s,
-                                .text = u"Homebrew may quit the app while it downloads and installs "
-                                        "the update."_s,
-                                .accept = u"Update"_s}));
-    updates().run(feed);
-    settle();
-    const auto alerts = launcher->messages().takeAlerts();
-    ASSERT_EQ(alerts.size(), 1);
-    EXPECT_EQ(alerts[0].message, u"Another app update is already in progress."_s);
+    run(cask);
+    EXPECT_EQ(asked(), u"Update “Cask”?"_s);
+    EXPECT_EQ(messages().question()->accept, u"Update"_s);
+    run(feed);
+    EXPECT_EQ(alerts(), QStringList{u"updateInProgress"_s});
     EXPECT_EQ(updates().activeAppKey(), cask);
 
     install(u"Cask"_s, {}, u"2.0"_s); // what the command does
@@ -213,50 +210,37 @@ TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
     int asked = 0;
     const auto passwords = updates().passwordAsked.connect([&] { ++asked; });
     mac.commands.holdStarted(true);
-    launcher->messages().answer(true);
-    settle();
+    answer(true);
     EXPECT_TRUE(updates().isExternalUpdaterRunning());
     EXPECT_EQ(updates().of(cask).runningText(), u"Updating…"_s);
     EXPECT_EQ(went, 0);
-    mac.commands.say(
-        mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8(),
-        "Password:");
-    mac.time.advance(AppUpdateRunner::pollInterval);
-    settle();
+    say("Password:");
     EXPECT_EQ(asked, 1);
     EXPECT_EQ(went, 0) << "only a window that fills the screen is in the way";
     EXPECT_EQ(updates().of(cask).tileText(), u"Asks for password"_s);
     EXPECT_EQ(updates().of(cask).runningText(), u"Updating… Waiting for your password."_s);
     mac.commands.holdStarted(false);
-    mac.time.advance(AppUpdateRunner::pollInterval);
-    settle();
-    mac.time.advance(250ms);
-    settle();
+    settle(AppUpdateRunner::pollInterval);
+    settle(250ms);
     EXPECT_FALSE(updates().isExternalUpdaterRunning());
     EXPECT_EQ(updates().of(cask).badge(), QString());
     EXPECT_EQ(updates().of(cask).record()->installedVersion, u"2.0"_s);
-    ASSERT_TRUE(launcher->messages().notice());
-    EXPECT_EQ(launcher->messages().notice()->text, u"Updated to version 2.0."_s);
+    EXPECT_EQ(noticed(), u"Updated to version 2.0."_s);
 
     brew("3.0", 1);
-    updates().run(cask);
-    settle();
-    launcher->messages().answer(true);
-    settle();
-    EXPECT_THAT(
-        launcher->messages().takeAlerts(),
-        testing::ElementsAre(LauncherError{u"updateFailed"_s, u"The app could not be updated."_s,
-                                           u"Could not update “Cask”"_s}));
-    updates().run(cask);
-    settle();
-    launcher->messages().answer(false);
+    run(cask);
+    answer(true);
+    EXPECT_EQ(messages().takeAlerts(),
+              QList({LauncherError{u"updateFailed"_s, u"The app could not be updated."_s,
+                                   u"Could not update “Cask”"_s}}));
+    run(cask);
+    messages().answer(false);
     EXPECT_EQ(updates().activeAppKey(), std::nullopt);
-    EXPECT_TRUE(launcher->messages().takeAlerts().isEmpty());
+    EXPECT_TRUE(messages().takeAlerts().isEmpty());
 
     // Its own updater: the launcher's window makes way for it.
     EXPECT_EQ(went, 0);
-    updates().run(feed);
-    settle();
+    run(feed);
     EXPECT_EQ(went, 1);
 }
 
@@ -266,18 +250,16 @@ TEST_F(LauncherUpdatesTest, FoldersSayWhatFailedAndWhatIsSkipped) {
     EXPECT_EQ(shown(), cask + u' ' + feed);
     ASSERT_TRUE(updates().skip(cask, false));
     EXPECT_FALSE(updates().skip(plain, false)) << "there is no version to skip";
-    mac.time.advance(250ms);
-    settle();
+    settle(250ms);
     EXPECT_EQ(shown(), feed);
     EXPECT_EQ(updates().of(cask).badge(), QString());
     ASSERT_TRUE(updates().unskip(cask));
-    mac.tool(brewPath, test::exited(1, {}, "Error: offline"));
+    mac.tool(brewPath, exited(1, {}, "Error: offline"));
     updates().checkNow();
     settle();
-    mac.http.answer(u"feeds"_s, test::FakeHttp::Answer(std::unexpected(HttpError::transport)));
+    mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::transport)));
     settle();
-    mac.time.advance(250ms);
-    settle();
+    settle(250ms);
     EXPECT_EQ(launcher->smartFolders().runtimeFacts().updateStatuses[cask],
               SmartFolderUpdateState::failed);
     EXPECT_EQ(updates().of(cask).badge(), u"↓"_s) << "what was known stays on the tile";
@@ -289,7 +271,7 @@ TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {
     std::latch answer(1);
     mac.tool(brewPath, [&](const Command& command, const std::stop_token& stop) {
         answer.wait();
-        return test::brewOfOneCask("2.0")(command, stop);
+        return brewOfOneCask("2.0")(command, stop);
     });
     start().whenReady([] {});
     settle();
@@ -297,10 +279,8 @@ TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {
     casks.rules = {SmartFolderChoiceRule{mac.uuids.next(), "distributionChannel",
                                          predicate::IsValue<QString>(u"homebrew"_s)}};
     casks.sort.field = "name";
-    ASSERT_TRUE(launcher->editor().addSmartFolder(launcher->shown().mode(), casks));
-    const auto notice = [&] {
-        return launcher->smartFolders().notice(folder, LauncherWindowMode::fullScreen);
-    };
+    ASSERT_TRUE(editor().addSmartFolder(mode(), casks));
+    const auto notice = [&] { return launcher->smartFolders().notice(folder, fullScreen); };
     mac.until([&] { return !notice().isEmpty(); });
     EXPECT_EQ(notice(), u"Still gathering… (Updates Come From)"_s)
         << "what declares a feed may be another one's, too";
@@ -311,7 +291,7 @@ TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {
 
     // A tool that fails does not leave a folder waiting for ever.
     mac.write(mac.machine.places.applicationFolder() + u"/app-updates.json"_s, "{}");
-    mac.tool(brewPath, test::exited(1));
+    mac.tool(brewPath, exited(1));
     start();
     EXPECT_EQ(notice(), QString());
 }
@@ -319,11 +299,6 @@ TEST_F(LauncherUpdatesTest, FoldersWaitForWhoKnowsWhoseTheApplicationsAre) {
 TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
     using enum LauncherUpdates::StopMode;
     start();
-    QStringList ends;
-    const auto told = [&](const auto& outcome) {
-        ends.append(outcome ? u"done"_s : outcome.error().code);
-    };
-    const auto accept = [](const LauncherQuestion&, const auto& answer) { answer(true); };
     const auto hasRun = [&](const QByteArray& word) {
         return std::ranges::any_of(mac.commands.commands(), [&](const Command& command) {
             return command.arguments.value(0) == word;
@@ -332,9 +307,9 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
     // While the bundles are read, and while the brew is asked for its casks.
     updates().check({}, {.done = [&](const std::expected<bool, LauncherError>& completed) {
                         EXPECT_EQ(completed, false);
-                        ends.append(u"check"_s);
+                        ends += u"check"_s;
                     }})();
-    updates().run({cask}, accept, told)(cancel);
+    runAtOnce(cask)(cancel);
     EXPECT_EQ(ends, (QStringList{u"check"_s, u"cancelled"_s}));
     settle();
     EXPECT_TRUE(hasRun("info"));
@@ -342,8 +317,8 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
 
     // Nobody ends the update of another; one that has come through need not be looked at.
     mac.commands.holdStarted(true);
-    const auto end = updates().run({cask}, accept, told);
-    updates().run({feed}, accept, told)(cancel);
+    const auto end = runAtOnce(cask);
+    runAtOnce(feed)(cancel);
     EXPECT_EQ(ends.takeLast(), u"updateInProgress");
     EXPECT_EQ(updates().activeAppKey(), cask);
     settle();
@@ -355,7 +330,7 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
     settle();
     EXPECT_EQ(mac.commands.terminated().size(), 0);
     EXPECT_EQ(updates().activeAppKey(), cask);
-    const auto other = updates().run({cask}, accept, told);
+    const auto other = runAtOnce(cask);
     settle();
     other(cancel);
     settle();
@@ -368,22 +343,17 @@ TEST_F(LauncherUpdatesTest, AQuestionForAPasswordIsMadeWayForOnce) {
     int asked = 0;
     Subscription subscribed;
     const auto hear = [&] { subscribed = updates().passwordAsked.connect([&] { ++asked; }); };
-    const auto say = [&](const QByteArray& words) {
-        mac.commands.say(
-            mac.hostPath(mac.machine.places.applicationFolder() + u"/app-update-run.log"_s).toUtf8(),
-            words);
-        mac.time.advance(AppUpdateRunner::pollInterval);
-        settle();
+    const auto askedAfter = [&](const QByteArray& words) {
+        say(words);
         return asked;
     };
     start();
     hear();
     mac.commands.holdStarted(true);
-    updates().run(
-        {cask}, [](const LauncherQuestion&, const auto& answer) { answer(true); }, [](const auto&) {});
+    runAtOnce(cask);
     settle();
-    EXPECT_EQ(say("Password:"), 1);
-    EXPECT_EQ(say("\nPassword:"), 1);
+    EXPECT_EQ(askedAfter("Password:"), 1);
+    EXPECT_EQ(askedAfter("\nPassword:"), 1);
     // Who starts the launcher again while it waits is not sent away.
     subscribed.cancel();
     start();
@@ -391,31 +361,25 @@ TEST_F(LauncherUpdatesTest, AQuestionForAPasswordIsMadeWayForOnce) {
     updates().startSchedule(nullptr);
     settle();
     EXPECT_EQ(updates().activeAppKey(), cask);
-    EXPECT_EQ(say("\nSorry, try again.\nPassword:"), 1);
-    EXPECT_EQ(say("\n==> Installing\n"), 1);
-    EXPECT_EQ(say("Password:"), 2);
+    EXPECT_EQ(askedAfter("\nSorry, try again.\nPassword:"), 1);
+    EXPECT_EQ(askedAfter("\n==> Installing\n"), 1);
+    EXPECT_EQ(askedAfter("Password:"), 2);
 }
 
 TEST_F(LauncherUpdatesTest, EverybodyHearsOfTheUpdateThatWasAskedFor) {
     start().whenChannelsKnown([] {});
     settle();
-    QStringList verified;
-    const auto ask = [&](const QString& key) {
-        updates().run(
-            {key}, [](const LauncherQuestion&, const auto& answer) { answer(true); },
-            [&, key](const auto& outcome) { verified.append(outcome ? key : u"failed"_s); });
-        settle();
-    };
     brew({});
     mac.commands.holdStarted(true);
-    ask(cask);
-    ask(cask);
-    EXPECT_EQ(verified, QStringList());
+    for (int i = 0; i < 2; ++i) {
+        runAtOnce(cask);
+        settle();
+    }
+    EXPECT_EQ(ends, QStringList());
     mac.commands.holdStarted(false);
-    mac.time.advance(AppUpdateRunner::pollInterval);
-    settle();
-    EXPECT_EQ(verified, (QStringList{cask, cask}));
+    settle(AppUpdateRunner::pollInterval);
+    EXPECT_EQ(ends, (QStringList{u"done"_s, u"done"_s}));
 }
 
 } // namespace
-} // namespace tessellar
+} // namespace tessellar::test

@@ -1,14 +1,10 @@
-#include "launcher/launcher_messages.h"
 #include "launcher/library_watch.h"
-#include "launcher/live_layout.h"
 
 #include "launcher/launcher_icons.h"
 #include "small_launcher.h"
 #include "support/few_events.h"
 
 #include <gmock/gmock.h>
-
-#include <filesystem>
 
 namespace tessellar::test {
 namespace {
@@ -21,8 +17,7 @@ class LibraryWatchTest : public SmallLauncher {
 protected:
     LibraryWatchTest() {
         mac.makeFolder(u"/Volumes"_s);
-        for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Cedar"_s})
-            install(name);
+        installAll(u"Ash Beech Cedar"_s);
     }
     void watch(std::unique_ptr<DirectoryEvents> events = makeDirectoryEvents()) {
         subscription = launcher->libraryWatch().noticed.connect([this](const LibraryNotice& notice) {
@@ -42,9 +37,6 @@ protected:
                 time.advance(100ms);
             mac.settle();
         });
-    }
-    void rename(const QString& from, const QString& to) {
-        std::filesystem::rename(mac.hostPath(from).toStdString(), mac.hostPath(to).toStdString());
     }
     bool isUnavailable(const QString& name) {
         return launcher->shown().unavailableAppKeys().contains(u"org.example."_s + name.toLower());
@@ -66,7 +58,7 @@ TEST_F(LibraryWatchTest, ApplicationsComeAndGoByThemselves) {
     EXPECT_THAT(notices, Contains(u"added /Applications/Dogwood.app"_s));
 
     notices.clear();
-    mac.remove(u"/Applications/Beech.app"_s);
+    uninstall(u"Beech"_s);
     mac.until([&] { return isUnavailable(u"Beech"_s); });
     EXPECT_EQ(sketched(), u"Ash Beech Cedar Dogwood") << "it leaves with the next scan";
     follow([&] { return sketched() == u"Ash Cedar Dogwood"; });
@@ -86,9 +78,9 @@ TEST_F(LibraryWatchTest, ApplicationsComeAndGoByThemselves) {
 }
 
 TEST_F(LibraryWatchTest, ABundleReplacedInPlaceNeverLosesItsTile) {
-    AppEntry beech = app(u"Beech"_s);
-    beech.name = u"Fagus"_s;
-    store({{test::folder(u"f"_s, {{beech, app(u"Cedar"_s)}}), app(u"Ash"_s)}});
+    Pages arranged = drawn(u"[f: Beech Cedar] Ash");
+    arranged[0][0].folder()->pages[0][0].app()->name = u"Fagus"_s;
+    store(arranged);
     start();
     watch();
     QSet<QString> redrawn;
@@ -102,11 +94,11 @@ TEST_F(LibraryWatchTest, ABundleReplacedInPlaceNeverLosesItsTile) {
 
     // The new one is made ready elsewhere, the old one taken away, the new one moved to its place.
     const QString ready = install(u"Beech"_s, u"/tmp/update"_s, u"2.0"_s);
-    rename(u"/Applications/Beech.app"_s, u"/tmp/old.app"_s);
+    move(u"/Applications/Beech.app"_s, u"/tmp/old.app"_s);
     mac.until([&] { return isUnavailable(u"Beech"_s); });
     time.advance(3s);
     mac.settle();
-    rename(ready, u"/Applications/Beech.app"_s);
+    move(ready, u"/Applications/Beech.app"_s);
     follow([&] { return notices.contains(u"replaced /Applications/Beech.app"_s); });
     EXPECT_FALSE(isUnavailable(u"Beech"_s));
     EXPECT_EQ(redrawn, QSet<QString>{u"org.example.beech"_s});
@@ -131,13 +123,13 @@ TEST_F(LibraryWatchTest, SaysOnceThatItPolls) {
     watch(std::make_unique<FewEvents>(0));
     EXPECT_TRUE(launcher->libraryWatch().isPolling());
     EXPECT_EQ(changes, 1);
-    ASSERT_TRUE(launcher->messages().notice());
-    const int revision = launcher->messages().notice()->revision;
+    ASSERT_TRUE(messages().notice());
+    const int revision = messages().notice()->revision;
     install(u"Dogwood"_s);
     follow([&] { return sketched() == u"Ash Beech Cedar Dogwood"; });
     time.advance(10s);
-    launcher->messages().showNotice(u"next"_s);
-    EXPECT_EQ(launcher->messages().notice()->revision, revision + 1);
+    messages().showNotice(u"next"_s);
+    EXPECT_EQ(messages().notice()->revision, revision + 1);
 }
 
 } // namespace

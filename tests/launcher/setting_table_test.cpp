@@ -7,6 +7,7 @@
 #include "updates/app_update_settings.h"
 
 #include "support/memory_settings.h"
+#include "support/printers.h"
 
 #include <gtest/gtest.h>
 

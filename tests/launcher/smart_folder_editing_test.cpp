@@ -1,8 +1,4 @@
-#include "launcher/launcher_editor.h"
-#include "launcher/launcher_history.h"
-#include "launcher/live_layout.h"
 #include "launcher/smart_folder_editing.h"
-#include "launcher/smart_folder_library.h"
 
 #include "small_launcher.h"
 
@@ -14,8 +10,7 @@ namespace {
 class SmartFolderEditingTest : public SmallLauncher {
 protected:
     SmartFolderEditingTest() {
-        for (const QString& name : {u"Ash"_s, u"Beech"_s, u"Aspen"_s})
-            install(name);
+        installAll(u"Ash Beech Aspen"_s);
         start();
     }
     SmartFolderEditing& editing() { return launcher->smartFolderEditing(); }
@@ -32,10 +27,9 @@ protected:
             names += facts->entry.name;
         return names.join(u' ');
     }
-    const QList<SmartFolderDefinition>& definitions() { return launcher->smartFolders().definitions(); }
     /// "A folder": applications whose names begin with A.
     void makeFolder() {
-        editing().openNew(LauncherWindowMode::fullScreen);
+        editing().openNew(fullScreen);
         change([](SmartFolderDraft& draft) {
             draft.setName(u"A folder"_s);
             draft.setPredicate(0, u"beginsWith"_s);
@@ -62,11 +56,10 @@ TEST_F(SmartFolderEditingTest, ANewFolderIsPreviewedAndSavedAsOneStep) {
     EXPECT_FALSE(editing().draft());
     ASSERT_EQ(definitions().size(), 1);
     EXPECT_EQ(definitions().first().name, u" A folder") << "as typed";
-    EXPECT_EQ(definitions().first().modifiedAt, mac.time.now());
-    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Add Smart Folder");
-    EXPECT_EQ(launcher->history().steps().undoStack().size(), 1);
-    launcher->history().undo(launcher->shown().mode());
-    mac.settle();
+    EXPECT_EQ(definitions().first().modifiedAt, time.now());
+    EXPECT_EQ(steps().last(), u"Add Smart Folder");
+    EXPECT_EQ(steps().size(), 1);
+    EXPECT_EQ(undo(), u"done");
     EXPECT_TRUE(definitions().isEmpty());
     EXPECT_EQ(sketched(), u"Ash Aspen Beech Alder");
 }
@@ -78,7 +71,7 @@ TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     const SmartFolderDefinition before = definitions().first();
     time.advance(1h);
 
-    editing().open(LauncherWindowMode::fullScreen, before);
+    editing().open(fullScreen, before);
     mac.settle();
     EXPECT_EQ(preview(), u"Ash Aspen");
     EXPECT_FALSE(editing().isChanged());
@@ -89,27 +82,26 @@ TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     mac.settle();
     EXPECT_EQ(definitions(), QList{before});
 
-    editing().open(LauncherWindowMode::fullScreen, before);
+    editing().open(fullScreen, before);
     ASSERT_TRUE(editing().save());
     EXPECT_EQ(definitions(), QList{before}) << "nothing was changed, not even its date";
-    EXPECT_EQ(launcher->history().steps().undoStack().size(), 1);
+    EXPECT_EQ(steps().size(), 1);
 
-    editing().open(LauncherWindowMode::fullScreen, before);
+    editing().open(fullScreen, before);
     change([](SmartFolderDraft& draft) { draft.type(0, 0, u"b"_s); });
     ASSERT_TRUE(editing().save());
     mac.settle();
-    EXPECT_EQ(launcher->smartFolders().appKeys(before.id, LauncherWindowMode::fullScreen),
+    EXPECT_EQ(launcher->smartFolders().appKeys(before.id, fullScreen),
               QStringList{u"org.example.beech"_s});
-    EXPECT_EQ(definitions().first().modifiedAt, mac.time.now());
-    EXPECT_EQ(launcher->history().steps().undoStack().last().name, u"Edit Smart Folder");
-    launcher->history().undo(launcher->shown().mode());
-    mac.settle();
+    EXPECT_EQ(definitions().first().modifiedAt, time.now());
+    EXPECT_EQ(steps().last(), u"Edit Smart Folder");
+    EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(definitions(), QList{before});
 
     // A refusal leaves what was typed.
-    editing().open(LauncherWindowMode::fullScreen, before);
+    editing().open(fullScreen, before);
     change([](SmartFolderDraft& draft) { draft.type(0, 0, u"c"_s); });
-    ASSERT_TRUE(launcher->editor().deleteSmartFolder(launcher->shown().mode(), before.id));
+    ASSERT_TRUE(editor().deleteSmartFolder(mode(), before.id));
     EXPECT_EQ(editing().save().error().code, u"changedElsewhere");
     EXPECT_TRUE(editing().isChanged());
     ASSERT_TRUE(editing().save()); // anew, with a tile
@@ -120,11 +112,11 @@ TEST_F(SmartFolderEditingTest, WhatSomebodyElseChangedMeanwhileIsNotLostUnasked)
     makeFolder();
     ASSERT_TRUE(editing().save());
     const SmartFolderDefinition before = definitions().first();
-    editing().open(LauncherWindowMode::fullScreen, before);
+    editing().open(fullScreen, before);
     change([](SmartFolderDraft& draft) { draft.setHasLimit(true); });
     SmartFolderDefinition theirs = before;
     theirs.name = u"Theirs"_s;
-    ASSERT_TRUE(launcher->editor().changeSmartFolder(LauncherWindowMode::fullScreen, theirs));
+    ASSERT_TRUE(editor().changeSmartFolder(fullScreen, theirs));
     EXPECT_EQ(editing().save().error().code, u"changedElsewhere");
     EXPECT_EQ(definitions().first().name, u"Theirs");
     ASSERT_TRUE(editing().save());
@@ -132,7 +124,7 @@ TEST_F(SmartFolderEditingTest, WhatSomebodyElseChangedMeanwhileIsNotLostUnasked)
     EXPECT_EQ(definitions().first().resultLimit, 25);
 
     // What was typed and cannot be read would be lost, too.
-    editing().open(LauncherWindowMode::fullScreen, definitions().first());
+    editing().open(fullScreen, definitions().first());
     EXPECT_FALSE(editing().isChanged());
     change([](SmartFolderDraft& draft) { draft.typeLimit(u"x"_s); });
     EXPECT_TRUE(editing().isChanged());
@@ -141,7 +133,7 @@ TEST_F(SmartFolderEditingTest, WhatSomebodyElseChangedMeanwhileIsNotLostUnasked)
 TEST_F(SmartFolderEditingTest, WhatIsNotCompleteShowsNothingAndStillSuggests) {
     mac.tool(u"/usr/bin/codesign"_s,
              exited(0, {}, "Authority=Developer ID Application: Grove (ABCDE12345)\n"));
-    editing().openNew(LauncherWindowMode::fullScreen);
+    editing().openNew(fullScreen);
     EXPECT_EQ(preview(), u"none");
     change([](SmartFolderDraft& draft) { draft.setField(0, u"developer"_s); });
     EXPECT_EQ(preview(), u"none");

@@ -1,20 +1,14 @@
 #include "launcher/step_journal.h"
 
-#include "launcher/launcher_editor.h"
-#include "launcher/layout_archive.h"
 #include "launcher/small_launcher.h"
-#include "launcher/smart_folder_library.h"
 #include "model/layout_settings.h"
 #include "smartfolders/smart_folder_rule.h"
 
-namespace tessellar {
+namespace tessellar::test {
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
-
 /// Two states of a Mac's files, between which one step leads.
-struct StepJournalTest : test::SmallLauncher {
-    const QString layout = data + u"/layout.json"_s;
+struct StepJournalTest : SmallLauncher {
     const QString registry = data + u"/computed-folders.json"_s;
     const QString record = data + u"/legacy-launchpad-import.json"_s;
     const QString note = data + u"/unfinished-step.json"_s;
@@ -27,10 +21,10 @@ struct StepJournalTest : test::SmallLauncher {
     };
     Files files() {
         EXPECT_TRUE(launcher->quit());
-        return {mac.read(layout), mac.read(registry), mac.settings.values(), mac.read(record)};
+        return {mac.read(layoutFile), mac.read(registry), mac.settings.values(), mac.read(record)};
     }
     void put(const Files& files) {
-        mac.write(layout, files.layout);
+        mac.write(layoutFile, files.layout);
         for (const auto& [path, bytes] : {std::pair(registry, files.registry), {record, files.record}})
             if (!bytes.isEmpty())
                 mac.write(path, bytes);
@@ -42,8 +36,18 @@ struct StepJournalTest : test::SmallLauncher {
                 changes.insert(key, QJsonValue());
         (void)mac.settings.set(changes);
     }
+    /// With a link to nowhere in the layout's place: what it leads to is never replaced, nor is the
+    /// link.
+    void startWithoutLayout() {
+        install(u"Ash"_s);
+        (void)mac.settings.set(u"gridRows"_s, 4);
+        start();
+        EXPECT_TRUE(launcher->quit());
+        mac.remove(layoutFile);
+        mac.link(layoutFile, u"/Volumes/Away/layout.json"_s);
+    }
     SmartFolderDefinition trees() {
-        SmartFolderDefinition result{.id = test::idOf(u"Trees"_s), .name = u"Trees"_s};
+        SmartFolderDefinition result{.id = idOf(u"Trees"_s), .name = u"Trees"_s};
         result.rules = {
             SmartFolderTextRule{mac.uuids.next(), "displayName", predicate::BeginsWith(u"A"_s)}};
         result.sort.field = "name";
@@ -52,31 +56,29 @@ struct StepJournalTest : test::SmallLauncher {
 };
 
 TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
-    install(u"Ash"_s);
-    install(u"Beech"_s);
+    installAll(u"Ash Beech"_s);
     (void)mac.settings.set(u"gridRows"_s, 4);
     start();
-    const LayoutUndoState before = launcher->history().snapshot(LauncherWindowMode::fullScreen);
+    const LayoutUndoState before = launcher->history().snapshot(fullScreen);
     const Files old = files();
-    ASSERT_TRUE(launcher->editor().addSmartFolder(LauncherWindowMode::fullScreen, trees()));
+    ASSERT_TRUE(editor().addSmartFolder(fullScreen, trees()));
     EXPECT_FALSE(mac.exists(note)) << "nothing is left of a step that came to its end";
     ArrangementLayout settings = launcher->shown().settings();
     settings.rows = 6;
-    ASSERT_TRUE(writeLayoutSettings(mac.settings, LauncherWindowMode::fullScreen, settings));
+    ASSERT_TRUE(writeLayoutSettings(mac.settings, fullScreen, settings));
     launcher->applySettings();
     const LegacyLaunchpadImportMetadata imported{.sourceDatabasePath = u"/old/db"_s, .appCount = 2};
     ASSERT_TRUE(writeImportMetadata(mac.files, data, imported));
-    const LayoutUndoState after = launcher->history().snapshot(LauncherWindowMode::fullScreen);
+    const LayoutUndoState after = launcher->history().snapshot(fullScreen);
     const Files wanted = files();
     ASSERT_NE(old.layout, wanted.layout);
     ASSERT_NE(old.registry, wanted.registry);
 
     const auto filesOf = [&](const LayoutUndoState& state, const QByteArray& importRecord) {
-        return StepJournal::Files{
-            .fullScreen = state.document,
-            .definitions = state.smartFolderDefinitions,
-            .settings = storedLayoutSettings(LauncherWindowMode::fullScreen, state.settings),
-            .importRecord = QString::fromLatin1(importRecord)};
+        return StepJournal::Files{.fullScreen = state.document,
+                                  .definitions = state.smartFolderDefinitions,
+                                  .settings = storedLayoutSettings(fullScreen, state.settings),
+                                  .importRecord = QString::fromLatin1(importRecord)};
     };
     const auto begin = [&] {
         put(old);
@@ -93,7 +95,7 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
         start();
         const Files found = files();
         EXPECT_EQ(found.layout, old.layout) << written;
-        EXPECT_TRUE(launcher->smartFolders().definitions().isEmpty()) << written;
+        EXPECT_TRUE(definitions().isEmpty()) << written;
         EXPECT_EQ(found.settings, old.settings) << written;
         EXPECT_EQ(found.record, old.record) << written;
         EXPECT_EQ(launcher->shown().pages(), before.document.pages);
@@ -107,8 +109,7 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
     launcher.reset();
     mac.remove(note);
     start();
-    ASSERT_TRUE(
-        launcher->editor().rename(LauncherWindowMode::fullScreen, test::idOf(u"Trees"_s), u"Woods"_s));
+    ASSERT_TRUE(editor().rename(fullScreen, idOf(u"Trees"_s), u"Woods"_s));
     (void)mac.settings.set(u"gridRows"_s, 5);
     const Files later = files();
     for (const QByteArray& left : {outdated, QByteArray("{}"), QByteArray("no note")}) {
@@ -122,34 +123,24 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
 }
 
 TEST_F(StepJournalTest, AStepWhoseSecondFileCannotBeWrittenHasChangedNothing) {
-    install(u"Ash"_s);
-    start();
-    EXPECT_TRUE(launcher->quit());
-    // A link to nowhere: what it leads to is never replaced, nor is the link.
-    mac.remove(layout);
-    mac.link(layout, u"/Volumes/Away/layout.json"_s);
-    const auto added = launcher->editor().addSmartFolder(LauncherWindowMode::fullScreen, trees());
+    startWithoutLayout();
+    const auto added = editor().addSmartFolder(fullScreen, trees());
     EXPECT_FALSE(added);
-    EXPECT_TRUE(launcher->smartFolders().definitions().isEmpty());
+    EXPECT_TRUE(definitions().isEmpty());
     EXPECT_EQ(sketched(), u"Ash");
     EXPECT_FALSE(mac.read(registry).contains("Trees"));
     EXPECT_FALSE(mac.exists(note));
-    EXPECT_TRUE(launcher->history().steps().undoStack().isEmpty());
+    EXPECT_TRUE(steps().isEmpty());
 }
 
 TEST_F(StepJournalTest, AStepThatFailsLeavesTheSettingsAsTheyWereStored) {
-    install(u"Ash"_s);
-    (void)mac.settings.set(u"gridRows"_s, 4);
-    start();
-    EXPECT_TRUE(launcher->quit());
-    mac.remove(layout);
-    mac.link(layout, u"/Volumes/Away/layout.json"_s);
+    startWithoutLayout();
     const auto stored = mac.settings.values();
     const int writes = mac.settings.writes;
     bool isNoted = false;
     const auto watched = launcher->shown().changed.connect(
         [&] { isNoted = isNoted || (mac.settings.values() == stored && mac.exists(note)); });
-    EditStep step{.name = u"Restore"_s, .mode = LauncherWindowMode::fullScreen};
+    EditStep step{.name = u"Restore"_s, .mode = fullScreen};
     step.document = LayoutDocument();
     step.settings = launcher->shown().settings();
     step.settings->columns = 9;
@@ -164,25 +155,19 @@ TEST_F(StepJournalTest, AStepThatFailsLeavesTheSettingsAsTheyWereStored) {
 TEST_F(StepJournalTest, AStepThatCannotBeNotedIsNotUndone) {
     install(u"Ash"_s);
     start();
-    ASSERT_TRUE(launcher->editor().addSmartFolder(LauncherWindowMode::fullScreen, trees()));
+    ASSERT_TRUE(editor().addSmartFolder(fullScreen, trees()));
     const Files before = files();
-    const auto undo = [&] {
-        std::optional<LauncherHistory::Outcome> outcome;
-        launcher->history().undo(LauncherWindowMode::fullScreen,
-                                 [&](const auto& undone) { outcome = undone; });
-        return outcome->has_value();
-    };
     mac.makeFolder(note + u"/in its place"_s);
-    EXPECT_FALSE(undo());
-    EXPECT_EQ(launcher->smartFolders().definitions().size(), 1);
+    EXPECT_NE(undo(), u"done");
+    EXPECT_EQ(definitions().size(), 1);
     EXPECT_EQ(files().layout, before.layout);
     EXPECT_EQ(files().registry, before.registry);
     mac.remove(note);
-    EXPECT_TRUE(undo());
-    EXPECT_TRUE(launcher->smartFolders().definitions().isEmpty());
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_TRUE(definitions().isEmpty());
     EXPECT_EQ(sketched(), u"Ash");
     EXPECT_FALSE(mac.exists(note));
 }
 
 } // namespace
-} // namespace tessellar
+} // namespace tessellar::test

@@ -1,31 +1,27 @@
 #include "launcher/unsaved_edits.h"
 
-#include "launcher/launcher_editor.h"
-#include "launcher/launcher_messages.h"
 #include "launcher/small_launcher.h"
 
 namespace tessellar::test {
 namespace {
 
-using Mode = LauncherWindowMode;
 using Whose = UnsavedEdits::Whose;
 
 class UnsavedEditsTest : public SmallLauncher {
 protected:
     UnsavedEditsTest() {
-        for (const char16_t* name : {u"Ash", u"Elm"})
-            install(QString::fromUtf16(name));
-        store({{app(u"Ash"_s), app(u"Elm"_s)}});
+        installAll(u"Ash Elm"_s);
+        store(drawn(u"Ash Elm"));
         start();
     }
 
     static UnsavedEdits::Editor command() { return std::make_shared<std::byte>(); }
     /// By hand, or by a command.
     void rename(const QString& app, const QString& name, const UnsavedEdits::Editor& editor = {},
-                Mode mode = Mode::fullScreen) {
+                LauncherWindowMode in = fullScreen) {
         unsaved().editAs(editor, [&] {
-            const AppEntry* tile = launcher->layout(mode).tileOf(u"org.example."_s + app.toLower());
-            EXPECT_TRUE(launcher->editor().rename(mode, tile->id, name));
+            const AppEntry* tile = launcher->layout(in).tileOf(u"org.example."_s + app.toLower());
+            EXPECT_TRUE(launcher->editor().rename(in, tile->id, name));
         });
     }
     /// Notes what the editor is answered.
@@ -37,12 +33,11 @@ protected:
     void setDiskFails(bool fails) {
         mac.workers.waitIdle();
         if (fails) {
-            _kept = mac.read(layout);
-            mac.remove(layout);
-            mac.makeFolder(layout + u"/in the way"_s);
+            _kept = mac.read(layoutFile);
+            block(layoutFile);
         } else {
-            mac.remove(layout);
-            mac.write(layout, _kept);
+            mac.remove(layoutFile);
+            mac.write(layoutFile, _kept);
         }
     }
     QStringList taken() { return std::exchange(answers, {}); }
@@ -53,9 +48,7 @@ protected:
         return {shown, sketch(stored().pages)};
     }
     UnsavedEdits& unsaved() { return launcher->history().unsaved(); }
-    qsizetype steps() { return launcher->history().steps().undoStack().size(); }
 
-    const QString layout = data + u"/layout.json"_s;
     QStringList answers;
 
 private:
@@ -78,7 +71,7 @@ TEST_F(UnsavedEditsTest, WhatACommandCouldNotSaveIsAsIfItHadNotBeen) {
     EXPECT_EQ(sketched(), u"One Two");
     mac.settle();
     EXPECT_EQ(taken(), QStringList({u"0 isADirectory"_s, u"1 isADirectory"_s}));
-    EXPECT_EQ(steps(), 0);
+    EXPECT_EQ(steps().size(), 0);
     EXPECT_EQ(sketched(), u"Ash Elm");
     setDiskFails(false);
     EXPECT_EQ(redo(), u"done") << "nor does it keep anything from being redone";
@@ -91,7 +84,7 @@ TEST_F(UnsavedEditsTest, WhatACommandCouldNotSaveIsAsIfItHadNotBeen) {
     mac.settle();
     setDiskFails(true);
     rename(u"Elm"_s, u"Second"_s, batch);
-    rename(u"Elm"_s, u"Third"_s, batch, Mode::windowed);
+    rename(u"Elm"_s, u"Third"_s, batch, windowed);
     await(batch, Whose::all);
     mac.settle();
     EXPECT_EQ(taken(), QStringList{u"3 isADirectory"_s});
@@ -110,7 +103,7 @@ TEST_F(UnsavedEditsTest, WhatTheUserEditsByHandIsKept) {
     mac.settle();
     EXPECT_EQ(taken(), QStringList({u"0 isADirectory"_s, u"1 isADirectory"_s}));
     EXPECT_EQ(sketched(), u"Below Elm");
-    EXPECT_EQ(steps(), 1);
+    EXPECT_EQ(steps().size(), 1);
 
     // What lies below it stays, and is said to.
     const auto kept = command();
@@ -125,17 +118,17 @@ TEST_F(UnsavedEditsTest, WhatTheUserEditsByHandIsKept) {
     await(kept, Whose::all);
     mac.settle();
     EXPECT_EQ(taken(), QStringList{u"3 saved"_s});
-    EXPECT_EQ(steps(), 3);
+    EXPECT_EQ(steps().size(), 3);
 }
 
 TEST_F(UnsavedEditsTest, StepsOfHistoryAreShownAtOnceAndComeBackIfTheyCannotBeSaved) {
     const auto& history = launcher->history();
-    const auto step = [&](bool isUndo, Mode mode = Mode::fullScreen) {
-        isUndo ? launcher->history().undo(mode) : launcher->history().redo(mode);
+    const auto step = [&](bool isUndo, LauncherWindowMode of = fullScreen) {
+        isUndo ? launcher->history().undo(of) : launcher->history().redo(of);
     };
-    const auto alerts = [&] {
+    const auto told = [&] {
         QStringList codes;
-        for (const LauncherError& alert : launcher->messages().takeAlerts())
+        for (const LauncherError& alert : messages().takeAlerts())
             codes += alert.code +
                      (alert.remedy == LauncherError::Remedy::none ? QString() : u" with a remedy"_s);
         return codes;
@@ -150,36 +143,36 @@ TEST_F(UnsavedEditsTest, StepsOfHistoryAreShownAtOnceAndComeBackIfTheyCannotBeSa
     step(true);
     step(true);
     EXPECT_EQ(sketched(), u"Ash Elm");
-    EXPECT_EQ(steps(), 0);
+    EXPECT_EQ(steps().size(), 0);
     mac.settle();
     EXPECT_EQ(sketched(), u"One Two");
-    EXPECT_EQ(steps(), 2);
+    EXPECT_EQ(steps().size(), 2);
     EXPECT_TRUE(history.steps().redoStack().isEmpty());
     EXPECT_FALSE(history.steps().feedback()) << "nothing was undone";
-    EXPECT_EQ(alerts(), QStringList{u"isADirectory"_s})
+    EXPECT_EQ(told(), QStringList{u"isADirectory"_s})
         << "it can be undone again, and needs no other help";
 
     // An edit by hand keeps the step below it, an edit of the other mode does not.
     step(true);
-    rename(u"Ash"_s, u"Third"_s, {}, Mode::windowed);
+    rename(u"Ash"_s, u"Third"_s, {}, windowed);
     mac.settle();
     EXPECT_EQ(sketched(), u"One Two");
-    EXPECT_EQ(steps(), 3);
-    alerts();
+    EXPECT_EQ(steps().size(), 3);
+    told();
     step(true);
     rename(u"Ash"_s, u"Mine"_s);
     mac.settle();
     EXPECT_EQ(sketched(), u"Mine Elm");
-    EXPECT_EQ(alerts(), QStringList{u"isADirectory with a remedy"_s});
+    EXPECT_EQ(told(), QStringList{u"isADirectory with a remedy"_s});
     // What was not saved before it is told once, though saving what came back fails as well.
     rename(u"Ash"_s, u"Never"_s);
     step(true);
     mac.settle();
     EXPECT_EQ(sketched(), u"Never Elm");
-    EXPECT_EQ(alerts(), QStringList{u"isADirectory with a remedy"_s});
+    EXPECT_EQ(told(), QStringList{u"isADirectory with a remedy"_s});
     step(true);
     mac.settle();
-    alerts();
+    told();
     setDiskFails(false);
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(shownAndStored(), QStringList({u"Mine Elm"_s, u"Mine Elm"_s}));
