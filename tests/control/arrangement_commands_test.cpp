@@ -1,73 +1,65 @@
 #include "tessellarctl_fixture.h"
 
-#include <QFile>
-
 namespace tessellar {
 namespace {
 
-class ArrangementCommandsTest : public TessellarctlTest {
-protected:
-    Result arrangements(const QStringList& words) {
-        return run(QStringList{u"arrangements"_qs} + words);
-    }
-    QStringList names() {
+TEST_F(TessellarctlTest, AnArrangementIsRestoredRenamedReplacedTakenElsewhereAndBroughtIn) {
+    const auto saved = [&] {
         QStringList names;
-        const auto list = json::parse(arrangements({u"list"_qs}).out);
-        for (const QJsonValue& each : list.value_or(QJsonValue()).toArray())
-            names += each.toObject()[u"name"].toString();
+        for (const QJsonValue& each : run(u"arrangements list"_s).list())
+            names += each[u"name"].toString();
         return names;
-    }
-};
-
-TEST_F(ArrangementCommandsTest, AnArrangementIsRenamedReplacedTakenElsewhereAndBroughtIn) {
-    const QString id = arrangements({u"save"_qs, u"Mine"_qs}).json()[u"id"].toString();
-    EXPECT_EQ(run({u"arrangements"_qs, u"rename"_qs, id, u"Ours"_qs}, {}, false).out,
-              "It is called “Ours” now.\n");
-    EXPECT_EQ(run({u"arrangements"_qs, u"replace"_qs, id}, {}, false).out, "Replaced “Ours”.\n");
-    EXPECT_EQ(arrangements({u"rename"_qs, id, u" "_qs}).code(), u"emptyName");
-    EXPECT_EQ(arrangements({u"rename"_qs, u"x"_qs, u"y"_qs}).code(), u"notAnIdentifier");
+    };
+    const QString id = run({u"arrangements"_s, u"save"_s, u"My Own"_s}).json()[u"id"].toString();
+    run(u"rename org.example.ash Tree"_s);
+    EXPECT_EQ(text(u"arrangements restore "_s + id), "Restored “My Own”.\n");
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash\n  Beech\n");
+    EXPECT_EQ(text(u"arrangements rename %1 Ours"_s.arg(id)), "It is called “Ours” now.\n");
+    EXPECT_EQ(text(u"arrangements replace "_s + id), "Replaced “Ours”.\n");
+    EXPECT_EQ(run({u"arrangements"_s, u"rename"_s, id, u" "_s}).code(), u"emptyName");
+    EXPECT_EQ(run(u"arrangements rename x y"_s).code(), u"notAnIdentifier");
 
     QTemporaryDir elsewhere;
-    const QString file = elsewhere.path() + u"/ours"_qs;
-    EXPECT_EQ(run({u"arrangements"_qs, u"export"_qs, id, file}, {}, false).out, "Exported “Ours”.\n");
-    EXPECT_EQ(arrangements({u"export"_qs, id, file}).code(), u"alreadyExists");
-    EXPECT_EQ(arrangements({u"delete"_qs, id}).status, 0);
-    EXPECT_EQ(names(), QStringList());
-    const Result taken = arrangements({u"import"_qs, file});
+    const QString file = elsewhere.path() + u"/ours"_s;
+    const QString giveAway = u"arrangements export %1 %2"_s.arg(id, file);
+    EXPECT_EQ(text(giveAway), "Exported “Ours”.\n");
+    EXPECT_EQ(run(giveAway).code(), u"alreadyExists");
+    EXPECT_EQ(text(u"arrangements delete "_s + id), "Deleted “Ours”.\n");
+    EXPECT_EQ(text(u"arrangements list"_s), "There are no saved arrangements.\n");
+    const Result gone = run(u"arrangements restore "_s + id, {}, false);
+    EXPECT_EQ(gone.status, 1);
+    EXPECT_EQ(gone.out, "");
+    const Result taken = run(u"arrangements import "_s + file);
     EXPECT_EQ(taken.json()[u"name"].toString(), u"Ours") << taken.error.toStdString();
-    EXPECT_EQ(names(), QStringList{u"Ours"_qs});
-    EXPECT_EQ(arrangements({u"import"_qs, elsewhere.path()}).status, 1);
-    EXPECT_EQ(arrangements({u"undo"_qs}).code(), u"nothingToUndo") << "each command is a launcher anew";
-    run({u"batch"_qs, u"-"_qs}, "arrangements save Another\narrangements undo\n");
-    EXPECT_EQ(names(), QStringList{u"Ours"_qs});
+    EXPECT_EQ(run(u"arrangements import "_s + elsewhere.path()).status, 1);
+    EXPECT_EQ(run(u"arrangements undo"_s).code(), u"nothingToUndo") << "each is a launcher anew";
+    run(u"batch -"_s, "arrangements save Another\narrangements undo\n");
+    EXPECT_EQ(saved(), QStringList{u"Ours"_s});
 }
 
-TEST_F(ArrangementCommandsTest, AllIsArrangedAnew) {
-    run({u"group"_qs, u"org.example.ash"_qs, u"--with"_qs, u"org.example.beech"_qs});
-    const QByteArray before = run({u"list"_qs}, {}, false).out;
-    const QByteArray preview = run({u"arrange"_qs, u"by-name"_qs, u"--preview"_qs}, {}, false).out;
+TEST_F(TessellarctlTest, AllIsArrangedAnew) {
+    run(u"group org.example.ash --with org.example.beech"_s);
+    const QByteArray before = text(u"list"_s);
+    const QByteArray preview = text(u"arrange by-name --preview"_s);
     EXPECT_NE(preview, before);
-    EXPECT_EQ(run({u"list"_qs}, {}, false).out, before);
-    EXPECT_EQ(run({u"arrange"_qs, u"by-name"_qs}).status, 0);
-    EXPECT_EQ(run({u"list"_qs}, {}, false).out, preview);
-    EXPECT_EQ(run({u"arrange"_qs, u"by-size"_qs}).status, 2);
+    EXPECT_EQ(text(u"list"_s), before);
+    EXPECT_EQ(run(u"arrange by-name"_s).status, 0);
+    EXPECT_EQ(text(u"list"_s), preview);
 }
 
-TEST_F(ArrangementCommandsTest, InformationSaysWhatThePanelShows) {
-    const Result info = run({u"info"_qs, u"org.example.ash"_qs});
+TEST_F(TessellarctlTest, TellsWhatThePanelsShow) {
+    const Result info = run(u"info org.example.ash"_s);
     ASSERT_EQ(info.status, 0) << info.error.toStdString();
-    EXPECT_EQ(info.json()[u"facts"].toObject()[u"version"].toString(), u"1.0");
+    EXPECT_EQ(info.json()[u"facts"][u"version"].toString(), u"1.0");
     EXPECT_TRUE(info.json()[u"size"].isDouble());
-    const QByteArray text = run({u"info"_qs, u"org.example.ash"_qs}, {}, false).out.simplified();
-    EXPECT_TRUE(text.startsWith("General Name: Ash Version: 1.0 ")) << text.toStdString();
-    EXPECT_TRUE(text.contains("Security Signature: Unknown ")) << text.toStdString();
-    EXPECT_EQ(run({u"info"_qs, u"org.example.none"_qs}).status, 1);
-}
+    const QByteArray shown = text(u"info org.example.ash"_s).simplified();
+    EXPECT_TRUE(shown.startsWith("General Name: Ash Version: 1.0 ")) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("Security Signature: Unknown ")) << shown.toStdString();
+    EXPECT_EQ(run(u"info org.example.none"_s).status, 1);
 
-TEST_F(ArrangementCommandsTest, WhatIsNotOnThePagesIsListed) {
-    EXPECT_EQ(run({u"unplaced"_qs}, {}, false).out, "Everything is on the pages.\n");
-    EXPECT_EQ(run({u"hide"_qs, u"org.example.ash"_qs}).status, 0);
-    EXPECT_EQ(run({u"unplaced"_qs}, {}, false).out, "hidden  org.example.ash  Ash\n");
+    EXPECT_EQ(text(u"unplaced"_s), "Everything is on the pages.\n");
+    EXPECT_EQ(run(u"hide org.example.ash"_s).status, 0);
+    EXPECT_EQ(text(u"unplaced"_s), "hidden  org.example.ash  Ash\n");
 }
 
 } // namespace

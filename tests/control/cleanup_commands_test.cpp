@@ -3,15 +3,8 @@
 #include "sample/tools.h"
 #include "tessellarctl_fixture.h"
 
-#include <QDir>
-#include <QFile>
-
-#include <gmock/gmock.h>
-
 namespace tessellar {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// On a Mac with the stand-ins for its tools.
 class CleanupCommandsTest : public TessellarctlTest {
@@ -25,13 +18,13 @@ protected:
                                   sample::Leftover::systemPreferences});
     }
 
-    bool exists(const QString& path) const { return QFileInfo::exists(root.path() + path); }
-    QStringList trash() const {
-        return QDir(root.path() + u"/Users/ada/.Trash"_s)
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    Result cleanup(const QString& words) { return run(u"cleanup "_s + words); }
+    qsizetype trashed() const {
+        return QDir(hostPath(u"/Users/ada/.Trash"_s))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
+            .size();
     }
 
-    const QString ash = u"org.example.ash"_s;
     const QString bundle = u"/Applications/Ash.app"_s;
     const QString preferences = u"/Users/ada/Library/Preferences/org.example.ash.plist"_s;
     const QString support = u"/Users/ada/Library/Application Support/Ash"_s;
@@ -39,32 +32,31 @@ protected:
 };
 
 TEST_F(CleanupCommandsTest, ReviewsWhatARemovalCouldTake) {
-    const Result review = run({u"cleanup"_s, u"review"_s, ash});
+    const Result review = cleanup(u"review org.example.ash"_s);
     ASSERT_EQ(review.status, 0) << review.error.toStdString();
-    EXPECT_EQ(review.json().keys(), (QStringList{u"app"_s, u"items"_s}));
-    EXPECT_EQ(review.json().value(u"app").toObject().value(u"name").toString(), u"Ash");
+    EXPECT_EQ(review.json().keys().join(u' '), u"app items");
+    EXPECT_EQ(review.json()[u"app"][u"name"].toString(), u"Ash");
     QHash<QString, QJsonObject> items;
-    for (const QJsonValue& item : review.json().value(u"items").toArray())
-        items.insert(item.toObject().value(u"path").toString(), item.toObject());
+    for (const QJsonValue& item : review.json()[u"items"].toArray())
+        items.insert(item[u"path"].toString(), item.toObject());
     EXPECT_EQ(items.size(), 4);
-    const QJsonObject item = items.value(support);
-    EXPECT_EQ(item.keys(), (QStringList{u"domain"_s, u"identity"_s, u"location"_s, u"match"_s,
-                                        u"needsAdministrator"_s, u"path"_s, u"preselected"_s,
-                                        u"reason"_s, u"size"_s, u"sizeIsPartial"_s}));
-    EXPECT_EQ(item.value(u"location").toString(), u"Application Support");
-    EXPECT_EQ(item.value(u"match").toString(), u"medium");
-    EXPECT_FALSE(item.value(u"preselected").toBool(true));
-    EXPECT_GT(item.value(u"size").toInteger(), 0);
-    EXPECT_EQ(items.value(bundle).value(u"match").toString(), u"appBundle");
-    EXPECT_EQ(items.value(systemPreferences).value(u"domain").toString(), u"system");
-    const QByteArray text = run({u"cleanup"_s, u"review"_s, ash}, {}, false).out;
-    EXPECT_TRUE(text.contains("[x]"));
-    EXPECT_TRUE(text.contains("; 1 item will stay\n")) << text.toStdString();
-    EXPECT_EQ(run({u"cleanup"_s, u"review"_s, u"nobody"_s}).code(), u"unknownApplication");
+    const QJsonObject item = items[support];
+    EXPECT_EQ(item.keys().join(u' '), u"domain identity location match needsAdministrator path "
+                                      "preselected reason size sizeIsPartial");
+    EXPECT_GT(item[u"size"].toInteger(), 0);
+    EXPECT_EQ(item[u"location"].toString(), u"Application Support");
+    EXPECT_EQ(item[u"match"].toString(), u"medium");
+    EXPECT_FALSE(item[u"preselected"].toBool(true));
+    EXPECT_EQ(items[bundle][u"match"].toString(), u"appBundle");
+    EXPECT_EQ(items[systemPreferences][u"domain"].toString(), u"system");
+    const QByteArray shown = text(u"cleanup review org.example.ash"_s);
+    EXPECT_TRUE(shown.contains("[x]"));
+    EXPECT_TRUE(shown.contains("; 1 item will stay\n")) << shown.toStdString();
+    EXPECT_EQ(cleanup(u"review nobody"_s).code(), u"unknownApplication");
 }
 
 TEST_F(CleanupCommandsTest, RemovesOnlyAfterAYesAndAnotherProcessRestores) {
-    const Result asked = run({u"cleanup"_s, u"remove"_s, ash});
+    const Result asked = cleanup(u"remove org.example.ash"_s);
     EXPECT_EQ(asked.status, 1);
     EXPECT_EQ(asked.code(), u"confirmationRequired");
     EXPECT_TRUE(asked.error.contains(preferences.toUtf8()));
@@ -72,79 +64,68 @@ TEST_F(CleanupCommandsTest, RemovesOnlyAfterAYesAndAnotherProcessRestores) {
     EXPECT_TRUE(asked.error.contains("--yes goes on"));
     EXPECT_TRUE(exists(bundle));
 
-    const Result removed = run({u"cleanup"_s, u"remove"_s, ash, u"--yes"_s});
+    const Result removed = cleanup(u"remove org.example.ash --yes"_s);
     EXPECT_EQ(removed.status, 0) << removed.error.toStdString();
-    EXPECT_EQ(removed.json().value(u"log").toArray().size(), 3);
-    EXPECT_FALSE(exists(bundle));
-    EXPECT_FALSE(exists(preferences));
-    EXPECT_FALSE(exists(systemPreferences));
+    EXPECT_EQ(removed.json()[u"log"].toArray().size(), 3);
+    EXPECT_FALSE(exists(bundle) || exists(preferences) || exists(systemPreferences));
     EXPECT_TRUE(exists(support));
-    EXPECT_EQ(trash().size(), 3);
-    EXPECT_EQ(run({u"list"_s}, {}, false).out, "Page 1\n  Beech\n");
-    const QJsonArray past = run({u"cleanup"_s, u"history"_s}).json().value(u"removals").toArray();
+    EXPECT_EQ(trashed(), 3);
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Beech\n");
+    const QJsonArray past = cleanup(u"history"_s).json()[u"removals"].toArray();
     ASSERT_EQ(past.size(), 1);
     EXPECT_EQ(past[0][u"name"].toString(), u"Ash");
     EXPECT_EQ(past[0][u"inTrash"].toInt(), 3);
-    EXPECT_EQ(run({u"cleanup"_s, u"restore"_s, u"first"_s}).code(), u"unknownRemoval");
-    const Result restored = run({u"cleanup"_s, u"restore"_s, past[0][u"id"].toString()});
+    EXPECT_EQ(cleanup(u"restore first"_s).code(), u"unknownRemoval");
+    const Result restored = cleanup(u"restore "_s + past[0][u"id"].toString());
     EXPECT_EQ(restored.status, 0) << restored.error.toStdString();
-    EXPECT_TRUE(exists(bundle));
-    EXPECT_TRUE(exists(preferences));
-    EXPECT_TRUE(trash().isEmpty());
-    EXPECT_EQ(run({u"list"_s}, {}, false).out, "Page 1\n  Ash\n  Beech\n");
-    EXPECT_EQ(run({u"cleanup"_s, u"restore"_s}).code(), u"nothingToRestore");
+    EXPECT_TRUE(exists(bundle) && exists(preferences));
+    EXPECT_EQ(trashed(), 0);
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash\n  Beech\n");
+    EXPECT_EQ(cleanup(u"restore"_s).code(), u"nothingToRestore");
 }
 
 TEST_F(CleanupCommandsTest, RemovesWhatAFileNamesOrAllThatMatches) {
-    const auto itemsFile = [&](const QByteArray& text) {
-        QFile file(root.path() + u"/items.json"_s);
-        EXPECT_TRUE(file.open(QFile::WriteOnly));
-        file.write(text);
-        return QStringList{u"cleanup"_s, u"remove"_s, ash, u"--yes"_s, u"--items"_s, file.fileName()};
+    const auto removeItems = [&](const QByteArray& named) {
+        builder.addFile(u"/items.json"_s, named);
+        return cleanup(u"remove org.example.ash --yes --items "_s + hostPath(u"/items.json"_s));
     };
-    EXPECT_EQ(run(itemsFile("[1]")).code(), u"damaged");
-    EXPECT_EQ(run(itemsFile("[\"/Users/ada/Documents\"]")).code(), u"notReviewed");
-    EXPECT_EQ(run(itemsFile("[]")).code(), u"nothingSelected");
-    EXPECT_EQ(run({u"cleanup"_s, u"remove"_s, ash, u"--all-matches"_s, u"--items"_s, u"x"_s}).status,
-              2);
+    EXPECT_EQ(removeItems("[1]").code(), u"damaged");
+    EXPECT_EQ(removeItems("[\"/Users/ada/Documents\"]").code(), u"notReviewed");
+    EXPECT_EQ(removeItems("[]").code(), u"nothingSelected");
+    EXPECT_EQ(cleanup(u"remove org.example.ash --all-matches --items x"_s).status, 2);
     // The answer of a review names what lay there then.
-    const QByteArray reviewed = run({u"cleanup"_s, u"review"_s, ash}).out;
-    ASSERT_TRUE(QDir().rename(root.path() + support, root.path() + u"/away"_s));
-    ASSERT_TRUE(QDir().mkpath(root.path() + support));
-    EXPECT_EQ(run(itemsFile(reviewed)).code(), u"changed");
+    const QByteArray reviewed = cleanup(u"review org.example.ash"_s).out;
+    const QString there = hostPath(support), away = hostPath(u"/away"_s);
+    ASSERT_TRUE(QDir().rename(there, away) && QDir().mkpath(there));
+    EXPECT_EQ(removeItems(reviewed).code(), u"changed");
     EXPECT_TRUE(exists(bundle));
-    ASSERT_TRUE(QDir().rmdir(root.path() + support));
-    ASSERT_TRUE(QDir().rename(root.path() + u"/away"_s, root.path() + support));
-    EXPECT_EQ(run(itemsFile("[\"" + support.toUtf8() + "\"]")).status, 0);
+    ASSERT_TRUE(QDir().rmdir(there) && QDir().rename(away, there));
+    EXPECT_EQ(removeItems("[\"" + support.toUtf8() + "\"]").status, 0);
     EXPECT_TRUE(exists(bundle));
     EXPECT_FALSE(exists(support));
-    EXPECT_EQ(run({u"list"_s}, {}, false).out, "Page 1\n  Ash\n  Beech\n");
-    EXPECT_EQ(run({u"cleanup"_s, u"restore"_s}).status, 0);
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash\n  Beech\n");
+    EXPECT_EQ(cleanup(u"restore"_s).status, 0);
     EXPECT_TRUE(exists(support));
-    EXPECT_EQ(run({u"cleanup"_s, u"remove"_s, ash, u"--yes"_s, u"--all-matches"_s}).status, 0);
+    EXPECT_EQ(cleanup(u"remove org.example.ash --yes --all-matches"_s).status, 0);
     EXPECT_FALSE(exists(support));
-    EXPECT_EQ(trash().size(), 4);
+    EXPECT_EQ(trashed(), 4);
 
     const Result batch =
-        run({u"batch"_s, u"-"_s},
-            "cleanup remove org.example.beech --yes\nlist\nundo\nredo\nundo\nhistory\n");
+        run(u"batch -"_s, "cleanup remove org.example.beech --yes\nlist\nundo\nredo\nundo\nhistory\n");
     EXPECT_EQ(batch.status, 0) << batch.out.toStdString() << batch.error.toStdString();
     EXPECT_TRUE(batch.out.trimmed().endsWith(R"({"redo":["Move App to Trash"],"undo":[]})"));
     EXPECT_TRUE(exists(u"/Applications/Beech.app"_s));
 }
 
 TEST_F(CleanupCommandsTest, AnOpenApplicationIsAskedToQuitFirst) {
-    const QString running = sample::MacBuilder::toolData() + u"/running"_s;
-    const QString line = ash + u"\t/Applications/Ash.app/Contents/MacOS/Ash"_s;
-    builder.addFile(running, (line + u'\n').toUtf8());
-    EXPECT_TRUE(run({u"cleanup"_s, u"remove"_s, ash}).error.contains("Ash is open"));
-    const Result removed = run({u"cleanup"_s, u"remove"_s, ash, u"--yes"_s}, {}, false);
+    builder.addFile(sample::MacBuilder::toolData() + u"/running"_s,
+                    "org.example.ash\t/Applications/Ash.app/Contents/MacOS/Ash\n");
+    EXPECT_TRUE(cleanup(u"remove org.example.ash"_s).error.contains("Ash is open"));
+    const Result removed = run(u"cleanup remove org.example.ash --yes"_s, {}, false);
     EXPECT_EQ(removed.status, 0) << removed.error.toStdString();
     EXPECT_TRUE(removed.out.contains("“Ash” is open"));
     EXPECT_FALSE(exists(bundle));
-    QFile quit(root.path() + sample::MacBuilder::toolData() + u"/quit.log"_s);
-    ASSERT_TRUE(quit.open(QFile::ReadOnly));
-    EXPECT_EQ(quit.readAll(), "org.example.ash\n");
+    EXPECT_EQ(read(sample::MacBuilder::toolData() + u"/quit.log"_s), "org.example.ash\n");
 }
 
 TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
@@ -159,7 +140,7 @@ TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
         std::optional<int> status;
         QByteArray said;
         running.interpreter.run(
-            {u"cleanup"_s, u"remove"_s, ash, u"--yes"_s}, {},
+            {u"cleanup"_s, u"remove"_s, u"org.example.ash"_s, u"--yes"_s}, {},
             {.out = [](const QByteArray&) {},
              .error = [&](const QByteArray& text) { said += text; },
              .finished = [&](int ended) { status = ended; },
@@ -180,12 +161,11 @@ TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
 }
 
 TEST_F(CleanupCommandsTest, SaysThatThereIsNoHelper) {
-    const Result status = run({u"helper"_s, u"status"_s});
+    const Result status = run(u"helper status"_s);
     EXPECT_EQ(status.status, 0);
-    EXPECT_EQ(status.json(),
-              (QJsonObject{{u"status"_s, u"unavailable"_s},
-                           {u"description"_s, removalHelperDescription()},
-                           {u"message"_s, u"Could not connect to the administrator helper."_s}}));
+    EXPECT_EQ(status.json()[u"status"].toString(), u"unavailable");
+    EXPECT_EQ(status.json()[u"description"].toString(), removalHelperDescription());
+    EXPECT_EQ(status.json().size(), 3);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "control/control_socket.h"
 
+#include "support/printers.h"
 #include "support/run_tests.h"
 #include "support/test_machine.h"
 
@@ -12,6 +13,7 @@ namespace tessellar {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 /// Answers each command with as many bytes.
 struct Talker final : CommandExecutor {
@@ -41,7 +43,7 @@ TEST_F(ControlSocketTest, NobodyWaitsForALauncherThatSaysNothing) {
         QByteArray error;
         std::optional<int> status;
         std::function<void(Cancellation)> interrupt;
-        remote->run({u"list"_qs}, {},
+        remote->run({u"list"_s}, {},
                     {.out = [](const QByteArray&) {},
                      .error = [&](const QByteArray& text) { error += text; },
                      .finished = [&](int ended) { status = ended; },

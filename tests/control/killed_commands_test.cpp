@@ -1,43 +1,33 @@
 // Commands that put one arrangement in place of another, killed before each of their changes of the
 // disk.
 
+#include "model/drawn.h"
 #include "model/layout_document.h"
 #include "sample/launchpad_database.h"
-#include "support/items.h"
 #include "tessellarctl_fixture.h"
 #include "tests/platform/program_tracer.h"
-
-#include <QDir>
-#include <QFile>
 
 #include <filesystem>
 
 namespace tessellar {
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
-using test::app;
-using test::folder;
 using test::sketch;
 
 class KilledCommandsTest : public TessellarctlTest {
 protected:
-    const QString data = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
     const QString arranged = u"Beech [Trees: Ash Mine]"_s;
 
     KilledCommandsTest() {
         builder.addApplication({.name = u"Cedar"_s, .identifier = u"org.example.cedar"_s});
-        AppEntry renamed = app(u"Cedar"_s);
-        renamed.name = u"Mine"_s;
-        builder.addFile(
-            data + u"/layout.json"_s,
-            json::write(json::encode(LayoutDocument{
-                .pages = {{app(u"Beech"_s), folder(u"Trees"_s, {{app(u"Ash"_s), renamed}})}},
-                .hiddenKeys = {u"org.example.beech"_s}})));
+        Pages pages = test::drawn(u"Beech [Trees: Ash Cedar]");
+        pages[0][1].folder()->pages[0][1].app()->name = u"Mine"_s;
+        builder.addFile(layout, json::write(json::encode(LayoutDocument{
+                                    .pages = pages, .hiddenKeys = {u"org.example.beech"_s}})));
     }
 
     QString shown() {
-        const Result list = run({u"list"_s});
+        const Result list = run(u"list"_s);
         EXPECT_EQ(list.status, 0) << list.error.toStdString();
         const auto document = json::decode<LayoutDocument>(list.json());
         EXPECT_TRUE(document);
@@ -47,11 +37,9 @@ protected:
     }
     QStringList backedUp() {
         QStringList all;
-        const QDir backups(root.path() + data + u"/Backups"_s);
-        for (const QString& name : backups.entryList({u"layout-*.json"_s})) {
-            QFile file(backups.filePath(name));
-            EXPECT_TRUE(file.open(QFile::ReadOnly));
-            const auto backup = json::decodeDocument<BackupDocument>(file.readAll());
+        const QString backups = data + u"/Backups"_s;
+        for (const QString& name : QDir(hostPath(backups)).entryList({u"layout-*.json"_s})) {
+            const auto backup = json::decodeDocument<BackupDocument>(read(backups + u'/' + name));
             EXPECT_TRUE(backup) << name.toStdString() << " is whole";
             if (backup)
                 all += sketch(backup->document.pages);
@@ -69,16 +57,12 @@ TEST_F(KilledCommandsTest, LeaveTheArrangementBeforeOrTheOneAfterWithABackupOfTh
                                       {{sample::OldTile{u"Ash"_s, u"org.example.ash"_s},
                                         sample::OldTile{u"Beech"_s, u"org.example.beech"_s}}}}}}});
     // Something to restore, other than what is there.
-    const QString arrangement = run({u"arrangements"_s, u"save"_s, u"Kept"_s}).json()[u"id"].toString();
-    run({u"reset"_s});
-    const QString backup = json::parse(run({u"backups"_s, u"list"_s}).out)
-                               .value_or(QJsonValue())
-                               .toArray()[0]
-                               .toObject()[u"name"]
-                               .toString();
+    const QString arrangement = run(u"arrangements save Kept"_s).json()[u"id"].toString();
+    run(u"reset"_s);
+    const QString backup = run(u"backups list"_s).list()[0][u"name"].toString();
     ASSERT_FALSE(backup.isEmpty());
-    run({u"settings"_s, u"set"_s, u"gridRows"_s, u"7"_s});
-    run({u"rename"_s, u"org.example.ash"_s, u"Now"_s});
+    run(u"settings set gridRows 7"_s);
+    run(u"rename org.example.ash Now"_s);
     const QString before = shown();
     ASSERT_EQ(before, u"Now Beech Cedar");
 
@@ -89,17 +73,16 @@ TEST_F(KilledCommandsTest, LeaveTheArrangementBeforeOrTheOneAfterWithABackupOfTh
         fs::remove_all(home);
         fs::copy(pristine, home, fs::copy_options::recursive);
     };
-    const struct {
-        QStringList words;
-        QString after;
-    } cases[] = {{{u"reset"_s}, u"Ash Beech Cedar"_s},
-                 {{u"backups"_s, u"restore"_s, backup}, arranged + u" hidden"_s},
-                 {{u"arrangements"_s, u"restore"_s, arrangement}, arranged + u" hidden"_s},
-                 {{u"import-launchpad"_s, u"--database"_s, database}, u"Cedar|[Two: Now Beech]"_s}};
+    const std::pair<QString, QString> cases[] = {
+        {u"reset"_s, u"Ash Beech Cedar"_s},
+        {u"backups restore "_s + backup, arranged + u" hidden"_s},
+        {u"arrangements restore "_s + arrangement, arranged + u" hidden"_s},
+        {u"import-launchpad --database "_s + database, u"Cedar|[Two: Now Beech]"_s}};
     int done = 0; // of several files: where one is written, there is no change of the disk after it
-    for (const auto& [words, after] : cases) {
+    for (const auto& [line, after] : cases) {
+        SCOPED_TRACE(line.toStdString());
         std::vector<std::string> command{TESSELLARCTL, "--root", root.path().toStdString()};
-        for (const QString& word : words)
+        for (const QString& word : line.split(u' '))
             command.push_back(word.toStdString());
         int left = 0;
         for (std::size_t step = 0;; ++step) {
@@ -110,21 +93,17 @@ TEST_F(KilledCommandsTest, LeaveTheArrangementBeforeOrTheOneAfterWithABackupOfTh
             const QString now = shown();
             if (killed.exitStatus) {
                 EXPECT_EQ(killed.exitStatus, 0);
-                EXPECT_EQ(now, after) << words.join(u' ').toStdString();
+                EXPECT_EQ(now, after);
                 EXPECT_TRUE(backedUp().contains(before));
                 break;
             }
             ASSERT_LT(step, 500u) << "it never ends";
             ++(now == before ? left : done);
             ASSERT_TRUE(now == before || now == after)
-                << words.join(u' ').toStdString() << " killed at " << step << " left "
-                << now.toStdString();
-            const QStringList kept = backedUp();
-            if (now == after) {
-                EXPECT_TRUE(kept.contains(before));
-            }
+                << "killed at " << step << " it left " << now.toStdString();
+            EXPECT_TRUE(now == before || backedUp().contains(before));
         }
-        EXPECT_GT(left, 3) << words.join(u' ').toStdString();
+        EXPECT_GT(left, 3);
     }
     EXPECT_GT(done, 0);
 }

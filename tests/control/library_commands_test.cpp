@@ -1,34 +1,18 @@
-#include "launcher/launcher_icons.h"
-#include "launcher/launcher_import.h"
 #include "sample/launchpad_database.h"
 #include "tessellarctl_fixture.h"
 #include "tests/icons/icns_bytes.h"
-
-#include <QDir>
-#include <QFile>
 
 #include <csignal>
 
 namespace tessellar {
 namespace {
 
-using test::icnsEntry;
-using test::icnsFile;
-using test::png;
-
 class LibraryCommandsTest : public TessellarctlTest {
 protected:
-    const QString ash = u"org.example.ash"_qs;
-
-    QString file(const QString& path, const QByteArray& bytes) {
-        builder.addFile(path, bytes);
-        return path;
-    }
     /// The program going on until it is stopped.
     std::unique_ptr<QProcess> startWatching() {
         auto process = std::make_unique<QProcess>();
-        process->start(QStringLiteral(TESSELLARCTL),
-                       {u"--root"_qs, root.path(), u"--json"_qs, u"watch"_qs});
+        start(*process, {u"--json"_s, u"watch"_s});
         return process;
     }
     /// What it says of one kind of event, once it does.
@@ -36,112 +20,102 @@ protected:
         QJsonArray paths;
         while (process.state() != QProcess::NotRunning && paths.isEmpty()) {
             while (process.canReadLine()) {
-                const auto line = json::parse(process.readLine());
-                if (line && line->toObject().value(u"event") == event)
-                    paths = line->toObject().value(u"paths").toArray();
+                const QJsonObject line = object(process.readLine());
+                if (line[u"event"] == event)
+                    paths = line[u"paths"].toArray();
             }
             if (paths.isEmpty())
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
         return paths;
     }
-    static void wait(QProcess& process) {
-        test::processEventsUntil([&] { return process.state() == QProcess::NotRunning; });
-    }
 };
 
 TEST_F(LibraryCommandsTest, ImportsTheOldLaunchpadOrOnlyShowsIt) {
     const QString path = sample::addOldLaunchpad(
-        builder, {.pages = {{sample::OldTile{u"Beech"_qs, u"org.example.beech"_qs}},
-                            {sample::OldTile{u"Ash"_qs, ash},
-                             sample::OldTile{u"Gone"_qs, u"org.example.gone"_qs}}}});
-    const QStringList import{u"import-launchpad"_qs, u"--database"_qs, path};
-    const Result preview = run(import + QStringList{u"--preview"_qs});
-    EXPECT_EQ(preview.status, 0) << preview.error.toStdString();
-    const QJsonObject shown = preview.json();
-    EXPECT_EQ(shown.value(u"pages").toArray().size(), 2);
-    EXPECT_EQ(shown.value(u"skippedApps"), (QJsonArray{u"Gone"_qs}));
-    EXPECT_EQ(shown.value(u"appCount"), 2);
+        builder, {.pages = {{sample::OldTile{u"Beech"_s, u"org.example.beech"_s}},
+                            {sample::OldTile{u"Ash"_s, u"org.example.ash"_s},
+                             sample::OldTile{u"Gone"_s, u"org.example.gone"_s}}}});
+    const QString preview = u"import-launchpad --preview --database "_s + path;
+    const QJsonObject shown = run(preview).json();
+    EXPECT_EQ(shown[u"pages"].toArray().size(), 2);
+    EXPECT_EQ(shown[u"skippedApps"], (QJsonArray{u"Gone"_s}));
+    EXPECT_EQ(shown[u"appCount"], 2);
     EXPECT_FALSE(shown.contains(u"backupPath"));
-    const QByteArray text = run(import + QStringList{u"--preview"_qs}, {}, false).out;
-    EXPECT_TRUE(text.startsWith("Page 1\n  Beech\n\nPage 2\n  Ash\n")) << text.toStdString();
-    EXPECT_TRUE(text.contains("1 apps were skipped")) << text.toStdString();
-    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash\n  Beech\n");
+    const QByteArray said = text(preview);
+    EXPECT_TRUE(said.startsWith("Page 1\n  Beech\n\nPage 2\n  Ash\n")) << said.toStdString();
+    EXPECT_TRUE(said.contains("1 apps were skipped")) << said.toStdString();
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash\n  Beech\n");
 
     // The same file as the host names it, and the answer as the record has it.
-    const Result done = run({u"import-launchpad"_qs, u"--database"_qs, builder.hostPath(path)});
+    const Result done = run(u"import-launchpad --database "_s + hostPath(path));
     EXPECT_EQ(done.status, 0) << done.error.toStdString();
-    QFile record(root.path() + u"/Users/ada/Library/Application Support/com.tessellar.app/"
-                               "legacy-launchpad-import.json"_qs);
-    ASSERT_TRUE(record.open(QFile::ReadOnly));
-    EXPECT_EQ(done.out, record.readAll());
-    EXPECT_EQ(done.json().value(u"sourceDatabasePath"), path);
-    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Beech\n\nPage 2\n  Ash\n");
+    EXPECT_EQ(done.out, read(data + u"/legacy-launchpad-import.json"_s));
+    EXPECT_EQ(done.json()[u"sourceDatabasePath"], path);
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Beech\n\nPage 2\n  Ash\n");
 
-    const Result none = run({u"import-launchpad"_qs});
+    const Result none = run(u"import-launchpad"_s);
     EXPECT_EQ(none.status, 1);
     EXPECT_EQ(none.code(), u"cannotResolveDarwinUserDirectory") << "this Mac has no tools";
-    EXPECT_EQ(run({u"import-launchpad"_qs, u"--database"_qs, u"/none"_qs}).code(),
-              u"unableToOpenDatabase");
+    EXPECT_EQ(run(u"import-launchpad --database /none"_s).code(), u"unableToOpenDatabase");
 }
 
 TEST_F(LibraryCommandsTest, GivesAndTakesIcons) {
-    const QByteArray icon = icnsFile(icnsEntry("ic07", png(128, Qt::red)));
-    const QString path = file(u"/Users/ada/Icon.icns"_qs, icon);
-    EXPECT_EQ(run({u"icon"_qs, u"list"_qs}, {}, false).out, "No application has a custom icon.\n");
-    EXPECT_EQ(run({u"icon"_qs, u"set"_qs, ash, builder.hostPath(path)}).status, 0);
-    const QString copy = run({u"icon"_qs, u"show"_qs, ash}).json().value(u"path").toString();
-    QFile kept(builder.hostPath(copy));
-    ASSERT_TRUE(kept.open(QFile::ReadOnly));
-    EXPECT_EQ(kept.readAll(), icon);
-    EXPECT_EQ(run({u"icon"_qs, u"list"_qs}, {}, false).out, "org.example.ash\n");
+    const QByteArray icon = test::icnsFile(test::icnsEntry("ic07", test::png(128, Qt::red)));
+    const auto set = [&](const QString& app, const QString& file) {
+        return run({u"icon"_s, u"set"_s, app, file});
+    };
+    const QString ash = u"org.example.ash"_s;
+    builder.addFile(u"/Icon.icns"_s, icon);
+    builder.addFile(u"/bad.icns"_s, "icns");
+    EXPECT_EQ(text(u"icon list"_s), "No application has a custom icon.\n");
+    EXPECT_EQ(set(ash, hostPath(u"/Icon.icns"_s)).status, 0);
+    EXPECT_EQ(read(run(u"icon show "_s + ash).json()[u"path"].toString()), icon);
+    EXPECT_EQ(text(u"icon list"_s), "org.example.ash\n");
 
     // From outside the machine too.
     const QTemporaryDir outside;
-    QFile foreign(outside.filePath(u"Other.icns"_qs));
-    ASSERT_TRUE(foreign.open(QFile::WriteOnly) && foreign.write(icon) == icon.size());
-    foreign.close();
-    EXPECT_EQ(run({u"icon"_qs, u"set"_qs, u"org.example.beech"_qs, foreign.fileName()}).status, 0);
+    sample::MacBuilder(outside.path()).addFile(u"/Other.icns"_s, icon);
+    EXPECT_EQ(set(u"org.example.beech"_s, outside.filePath(u"Other.icns"_s)).status, 0);
 
-    EXPECT_EQ(run({u"icon"_qs, u"set"_qs, ash, file(u"/bad.icns"_qs, "icns")}).code(),
-              u"invalidICNSFile");
-    EXPECT_EQ(run({u"icon"_qs, u"set"_qs, u"nobody"_qs, path}).code(), u"unknownApplication");
-    EXPECT_EQ(run({u"icon"_qs, u"remove"_qs, ash}).status, 0);
-    EXPECT_EQ(run({u"icon"_qs, u"show"_qs, ash}).code(), u"noCustomIcon");
+    EXPECT_EQ(set(ash, u"/bad.icns"_s).code(), u"invalidICNSFile");
+    EXPECT_EQ(set(u"nobody"_s, u"/Icon.icns"_s).code(), u"unknownApplication");
+    EXPECT_EQ(run(u"icon remove "_s + ash).status, 0);
+    EXPECT_EQ(run(u"icon show "_s + ash).code(), u"noCustomIcon");
 }
 
 TEST_F(LibraryCommandsTest, WatchesInAProcessOfItsOwnUntilItIsStopped) {
     const auto watching = startWatching();
-    EXPECT_EQ(heard(*watching, u"watching"_qs).first().toString(), u"/Applications");
-    builder.addApplication({.name = u"Cedar"_qs, .identifier = u"org.example.cedar"_qs});
-    EXPECT_EQ(heard(*watching, u"added"_qs), QJsonArray{u"/Applications/Cedar.app"_qs});
+    EXPECT_EQ(heard(*watching, u"watching"_s).first().toString(), u"/Applications");
+    builder.addApplication({.name = u"Cedar"_s, .identifier = u"org.example.cedar"_s});
+    EXPECT_EQ(heard(*watching, u"added"_s), QJsonArray{u"/Applications/Cedar.app"_s});
     // It is in nobody's way: it only looks.
-    EXPECT_EQ(run({u"rename"_qs, u"org.example.ash"_qs, u"Alder"_qs}).status, 0);
-    builder.addApplication({.name = u"Dogwood"_qs, .identifier = u"org.example.dogwood"_qs});
-    EXPECT_EQ(heard(*watching, u"added"_qs), QJsonArray{u"/Applications/Dogwood.app"_qs});
+    EXPECT_EQ(run(u"rename org.example.ash Alder"_s).status, 0);
+    builder.addApplication({.name = u"Dogwood"_s, .identifier = u"org.example.dogwood"_s});
+    EXPECT_EQ(heard(*watching, u"added"_s), QJsonArray{u"/Applications/Dogwood.app"_s});
     ASSERT_EQ(::kill(static_cast<pid_t>(watching->processId()), SIGINT), 0);
     wait(*watching);
     EXPECT_EQ(watching->exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(watching->exitCode(), 0);
-    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Alder\n  Beech\n  Cedar\n  Dogwood\n");
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Alder\n  Beech\n  Cedar\n  Dogwood\n");
 }
 
 TEST_F(LibraryCommandsTest, WatchesThroughTheLauncherThatIsRunning) {
     const RunningLauncher running(root.path());
 
     const auto first = startWatching();
-    EXPECT_FALSE(heard(*first, u"watching"_qs).isEmpty());
+    EXPECT_FALSE(heard(*first, u"watching"_s).isEmpty());
     const auto second = startWatching();
-    EXPECT_FALSE(heard(*second, u"watching"_qs).isEmpty()) << "what is watched already is said too";
-    builder.addApplication({.name = u"Cedar"_qs, .identifier = u"org.example.cedar"_qs});
+    EXPECT_FALSE(heard(*second, u"watching"_s).isEmpty()) << "what is watched already is said too";
+    builder.addApplication({.name = u"Cedar"_s, .identifier = u"org.example.cedar"_s});
     for (const auto* process : {&first, &second})
-        EXPECT_EQ(heard(**process, u"added"_qs), QJsonArray{u"/Applications/Cedar.app"_qs});
+        EXPECT_EQ(heard(**process, u"added"_s), QJsonArray{u"/Applications/Cedar.app"_s});
     ::kill(static_cast<pid_t>(first->processId()), SIGTERM);
     wait(*first);
     EXPECT_EQ(first->exitCode(), 0);
     second->kill();
     wait(*second);
-    EXPECT_EQ(run({u"list"_qs}, {}, false).out, "Page 1\n  Ash\n  Beech\n  Cedar\n");
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash\n  Beech\n  Cedar\n");
 }
 
 } // namespace

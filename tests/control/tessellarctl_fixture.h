@@ -10,12 +10,16 @@
 #include "support/run_tests.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace tessellar {
+
+using namespace Qt::StringLiterals;
 
 /// The launcher that is running, in this process: it carries out what the program asks for.
 struct RunningLauncher {
@@ -47,34 +51,62 @@ protected:
         QByteArray out;
         QByteArray error;
 
-        QJsonObject json() const { return json::parse(out).value_or(QJsonValue()).toObject(); }
-        QString code() const { return json().value(u"error").toObject().value(u"code").toString(); }
+        QJsonObject json() const { return object(out); }
+        QJsonArray list() const { return json::parse(out).value_or(QJsonValue()).toArray(); }
+        QString code() const { return json()[u"error"][u"code"].toString(); }
     };
+    static QJsonObject object(const QByteArray& bytes) {
+        return json::parse(bytes).value_or(QJsonValue()).toObject();
+    }
 
+    const QString data = u"/Users/ada/Library/Application Support/com.tessellar.app"_s;
+    const QString layout = data + u"/layout.json"_s;
     QTemporaryDir root;
     sample::MacBuilder builder{root.path()};
 
     TessellarctlTest() {
         builder.addStandardFolders();
-        for (const QString& name : {u"Ash"_qs, u"Beech"_qs})
+        for (const QString& name : {u"Ash"_s, u"Beech"_s})
             builder.addApplication(
                 {.name = name, .identifier = QStringLiteral("org.example.") + name.toLower()});
     }
 
-    QString supportFolder() const {
-        return root.path() + u"/Users/ada/Library/Application Support/com.tessellar.app"_qs;
+    QString hostPath(const QString& path) const { return root.path() + path; }
+    bool exists(const QString& path) const { return QFileInfo::exists(hostPath(path)); }
+    QByteArray read(const QString& path) const {
+        QFile file(hostPath(path));
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    /// Folders under every temporary name: nothing can be saved, whoever tries.
+    void setSavingFails(bool fails) const {
+        QDir folder(hostPath(data));
+        for (int i = 0; i < 64; ++i) {
+            const QString name = u".tessellar-save-%1"_s.arg(i);
+            ASSERT_TRUE(fails ? folder.mkdir(name) : folder.rmdir(name));
+        }
     }
 
-    Result run(QStringList words, const QByteArray& input = {}, bool json = true) {
+    Result run(const QStringList& words, const QByteArray& input = {}, bool json = true) {
         QProcess process;
-        words = QStringList{u"--root"_qs, root.path()} +
-                (json ? QStringList{u"--json"_qs} : QStringList()) + words;
-        process.start(QStringLiteral(TESSELLARCTL), words);
+        start(process, (json ? QStringList{u"--json"_s} : QStringList()) + words);
         process.write(input);
         process.closeWriteChannel();
-        // A launcher in this process may have to answer it.
-        test::processEventsUntil([&] { return process.state() == QProcess::NotRunning; });
+        wait(process);
         return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+    }
+    /// The same of words without spaces in them.
+    Result run(const QString& line, const QByteArray& input = {}, bool json = true) {
+        return run(line.split(u' ', Qt::SkipEmptyParts), input, json);
+    }
+    /// What people are shown.
+    QByteArray text(const QString& line) { return run(line, {}, false).out; }
+
+    void start(QProcess& process, const QStringList& words) {
+        process.start(QStringLiteral(TESSELLARCTL), QStringList{u"--root"_s, root.path()} + words);
+    }
+    /// Waits for its end; a launcher in this process may have to answer it.
+    static void wait(const QProcess& process) {
+        test::processEventsUntil([&] { return process.state() == QProcess::NotRunning; });
     }
 };
 
