@@ -1,7 +1,6 @@
 #include "editing/search_index.h"
 
 #include "editing/arrangements.h"
-#include "editing/page_tree.h"
 #include "support/printers.h"
 
 #include <QTextBoundaryFinder>
@@ -181,47 +180,44 @@ QString generatedQuery(test::Generator& generate, const QStringList& names) {
     return generate.chance(30) ? query.toUpper() : query;
 }
 
-/// The same tiles with generated names, categories, copies and aliases.
-Pages populated(test::Generator& generate, const Pages& pages, QStringList& names) {
-    QStringList keys{u"org.example.none"_s};
-    const TreeRewriter rewriter{
-        .enter = [&](const LaunchpadItem& item) -> std::optional<Page> {
-            if (!item.app())
-                return std::nullopt;
-            AppEntry entry = *item.app();
-            entry.name = generatedName(generate);
-            entry.originalName = generate.chance(70) ? entry.name : generatedName(generate);
-            names += {entry.name, entry.originalName};
+/// Gives the tiles generated names, categories, copies and aliases.
+void populate(test::Generator& generate, Pages& pages, QStringList& names, QStringList& keys) {
+    const auto name = [&] { return names.emplaceBack(generatedName(generate)); };
+    static const QStringList categories{u"public.app-category.music"_s, u"other"_s,
+                                        u"public.app-category.word-games"_s};
+    for (Page& page : pages) {
+        for (LaunchpadItem& item : page) {
+            if (FolderEntry* inner = item.folder()) {
+                populate(generate, inner->pages, names, keys);
+                inner->name = name();
+            }
+            AppEntry* entry = item.app();
+            if (!entry)
+                continue;
+            entry->name = name();
+            entry->originalName = generate.chance(70) ? entry->name : name();
             if (generate.chance(20))
-                entry.bundleIdentifier.reset();
+                entry->bundleIdentifier.reset();
             if (generate.chance(10))
-                entry.bundleIdentifier = u"org.example.copied"_s;
-            entry.isDuplicateBundleIdentifier = generate.chance(10);
-            static const QStringList categories{u"public.app-category.music"_s, u"other"_s,
-                                                u"public.app-category.word-games"_s};
+                entry->bundleIdentifier = u"org.example.copied"_s;
+            entry->isDuplicateBundleIdentifier = generate.chance(10);
             if (generate.chance(50))
-                entry.category = generate.pick(categories);
+                entry->category = generate.pick(categories);
             if (generate.chance(20))
-                entry.alias = AppAliasReference{generate.pick(keys)};
+                entry->alias = AppAliasReference{generate.pick(keys)};
             else
-                keys += appKey(entry);
-            return Page{entry};
-        },
-        .leave = [&](const LaunchpadItem& item) -> std::optional<Page> {
-            FolderEntry entry = *item.folder();
-            entry.name = generatedName(generate);
-            names += entry.name;
-            return Page{entry};
-        }};
-    return rewriter.rewritten(pages);
+                keys += appKey(*entry);
+        }
+    }
 }
 
 TEST(SearchIndex, AgreesWithThePlainReading) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         test::Generator generate(seed);
         const Locale locale(QStringList{u"en_US"_s, u"tr_TR"_s, u"de_DE"_s}[int(seed % 3)]);
-        QStringList names;
-        LayoutDocument layout{.pages = populated(generate, generate.pages(3, 5, 12, 2), names)};
+        QStringList names, keys{u"org.example.none"_s};
+        LayoutDocument layout{.pages = generate.pages(3, 5, 12, 2)};
+        populate(generate, layout.pages, names, keys);
         layout.hiddenKeys = generate.hiddenKeys(layout.pages, 15);
         QHash<QString, QStringList> additional;
         forEachItem(layout.pages, [&](const LaunchpadItem& item) {
