@@ -335,26 +335,31 @@ TEST_F(LauncherCleanupTest, AFailedAttemptLosesNoRecordAndAnyRemovalMayBeChosen)
 }
 
 TEST_F(LauncherCleanupTest, WhatIsOutOfSightOrWentClaimsItsFiles) {
-    builder.addApplication({.name = u"Ash Studio"_s,
-                            .folder = u"/Volumes/Ext"_s,
-                            .identifier = u"org.example.ash.studio"_s});
-    mac.link(u"/Applications/Ash Studio.app"_s, u"/Volumes/Ext/Ash Studio.app"_s);
-    const QString studios = library + u"Caches/org.example.ash.studio"_s;
-    mac.makeFolder(studios);
-    const auto isOffered = [&] {
-        const QList<RelatedFile>& items = review().review().items;
-        return std::ranges::find(items, studios, &RelatedFile::path) != items.end();
+    const auto add = [&](const QString& name, const QString& folder) {
+        builder.addApplication({.name = u"Ash "_s + name,
+                                .folder = folder,
+                                .identifier = u"org.example.ash."_s + name.toLower()});
+        mac.makeFolder(caches + u'.' + name.toLower());
     };
+    const auto isOffered = [&](const QString& name) {
+        const QList<RelatedFile>& items = review().review().items;
+        return std::ranges::find(items, caches + u'.' + name, &RelatedFile::path) != items.end();
+    };
+    add(u"Studio"_s, u"/Volumes/Ext"_s);
+    add(u"Works"_s, u"/Applications"_s);
+    mac.link(u"/Applications/Ash Studio.app"_s, u"/Volumes/Ext/Ash Studio.app"_s);
     start();
-    EXPECT_FALSE(isOffered());
-    ASSERT_TRUE(findTile(launcher->shown().pages(), u"org.example.ash.studio"_s));
-    // Its volume is gone, and then the link to it.
+    EXPECT_FALSE(isOffered(u"studio"_s) || isOffered(u"works"_s));
+    ASSERT_TRUE(hasTile(u"org.example.ash.studio"_s));
+    // Its volume is gone, and then the link to it; the other has but its remembered place.
     move(u"/Volumes/Ext"_s, u"/away"_s);
+    uninstall(u"Ash Works"_s);
     start();
-    EXPECT_FALSE(isOffered());
+    EXPECT_FALSE(hasTile(u"org.example.ash.works"_s));
+    EXPECT_FALSE(isOffered(u"studio"_s) || isOffered(u"works"_s));
     mac.remove(u"/Applications/Ash Studio.app"_s);
     start();
-    EXPECT_FALSE(isOffered());
+    EXPECT_FALSE(isOffered(u"studio"_s));
 }
 
 TEST_F(LauncherCleanupTest, AnOpenApplicationIsNamedAndGoesOnlyAfterAYes) {
