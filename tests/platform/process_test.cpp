@@ -26,6 +26,8 @@
 namespace tessellar {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using Outcome = CommandResult::Outcome;
 
@@ -54,7 +56,7 @@ protected:
     /// Runs a script that writes something to the pipe named by its first argument when it is as far as
     /// the test needs it; it is cancelled then. Returns what it wrote, too.
     std::pair<CommandResult, QByteArray> cancelWhenReady(Command command) {
-        const QByteArray fifo = QFile::encodeName(_folder.filePath(QStringLiteral("ready")));
+        const QByteArray fifo = QFile::encodeName(_folder.filePath(u"ready"_s));
         EXPECT_EQ(::mkfifo(fifo.constData(), 0600), 0);
         command.arguments.append(fifo);
         std::stop_source stop;
@@ -71,7 +73,7 @@ protected:
     }
 
     static qsizetype openDescriptors() {
-        return QDir(QStringLiteral("/dev/fd/")).entryList(QDir::AllEntries | QDir::System).size();
+        return QDir(u"/dev/fd/"_s).entryList(QDir::AllEntries | QDir::System).size();
     }
 
     void TearDown() override {
@@ -131,7 +133,7 @@ TEST_F(ProcessRunnerTest, SaysWhyACommandCouldNotBeLaunched) {
         EXPECT_EQ(result.outcome, Outcome::couldNotLaunch);
         return result.exitStatus;
     };
-    const QString plain = _folder.filePath(QStringLiteral("plain"));
+    const QString plain = _folder.filePath(u"plain"_s);
     QFile file(plain);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
@@ -228,7 +230,7 @@ TEST_F(ProcessRunnerTest, DoesNotWaitForAGrandchildOutsideTheGroup) {
 TEST_F(ProcessRunnerTest, StartsNothingWhenAlreadyCancelled) {
     std::stop_source stop;
     stop.request_stop();
-    const QString trace = _folder.filePath(QStringLiteral("trace"));
+    const QString trace = _folder.filePath(u"trace"_s);
     EXPECT_EQ(run(shell("echo >\"$1\"", {QFile::encodeName(trace)}), stop.get_token()).outcome,
               Outcome::cancelled);
     EXPECT_FALSE(QFile::exists(trace));
@@ -261,8 +263,8 @@ TEST_F(ProcessRunnerTest, RunsOnSeveralThreadsWhileStopsComeAtAnyMoment) {
 // ---- detached commands
 
 TEST_F(ProcessRunnerTest, ADetachedCommandGoesOnAndIsFollowedInItsFile) {
-    const QByteArray file = QFile::encodeName(_folder.filePath(QStringLiteral("output")));
-    const QByteArray gate = QFile::encodeName(_folder.filePath(QStringLiteral("gate")));
+    const QByteArray file = QFile::encodeName(_folder.filePath(u"output"_s));
+    const QByteArray gate = QFile::encodeName(_folder.filePath(u"gate"_s));
     ASSERT_EQ(::mkfifo(gate.constData(), 0600), 0);
     const auto output = [&] {
         QFile opened(QFile::decodeName(file));

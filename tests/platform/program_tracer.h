@@ -1,19 +1,13 @@
 #pragma once
 
+#include "tests/platform/system_call_tracer.h"
+
 #include <fcntl.h>
-#include <signal.h>
-#include <sys/ptrace.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <optional>
 #include <set>
 #include <string>
-#include <vector>
 
 namespace tessellar::test {
 
@@ -43,27 +37,19 @@ inline KilledRun runKilledAt(const std::vector<std::string>& command, std::size_
     for (const std::string& word : command)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const auto execute = [&] {
         const int nowhere = ::open("/dev/null", O_RDWR);
         for (const int stream : {0, 1, 2})
             ::dup2(nowhere, stream);
-        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
-            ::_exit(99);
-        ::raise(SIGSTOP);
-        ::execv(arguments.front(), arguments.data());
-        ::_exit(98);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    constexpr long options = PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL | PTRACE_O_TRACECLONE |
-                             PTRACE_O_TRACEFORK | PTRACE_O_TRACEVFORK | PTRACE_O_TRACEEXEC;
-    if (!WIFSTOPPED(status) || ::ptrace(PTRACE_SETOPTIONS, child, nullptr, options) != 0) {
-        run.isTraceable = false;
-        ::kill(child, SIGKILL);
-        ::waitpid(child, &status, 0);
+        return ::execv(arguments.front(), arguments.data());
+    };
+    const auto traced = forkTraced(execute, PTRACE_O_TRACECLONE | PTRACE_O_TRACEFORK |
+                                                PTRACE_O_TRACEVFORK | PTRACE_O_TRACEEXEC);
+    run.isTraceable = traced.has_value();
+    if (!traced)
         return run;
-    }
+    const pid_t child = *traced;
+    int status = 0;
     ::ptrace(PTRACE_SYSCALL, child, nullptr, 0);
     std::set<pid_t> known{child};
     for (;;) {

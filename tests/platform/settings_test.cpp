@@ -13,11 +13,13 @@
 namespace tessellar {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 using test::TestMachine;
 using testing::ElementsAre;
 
-const QString json = QStringLiteral("/Users/ada/Library/Preferences/com.tessellar.app.json");
-const QString plist = QStringLiteral("/Users/ada/Library/Preferences/com.tessellar.app.plist");
+const QString json = u"/Users/ada/Library/Preferences/com.tessellar.app.json"_s;
+const QString plist = u"/Users/ada/Library/Preferences/com.tessellar.app.plist"_s;
 
 QString key(const char* name) { return QString::fromLatin1(name); }
 
@@ -41,13 +43,13 @@ TEST(Settings, AWrongTypeCountsAsAbsent) {
         EXPECT_EQ(settings.integer(key("k")), std::nullopt) << none;
         EXPECT_EQ(settings.number(key("k")), none);
     }
-    set(QStringLiteral("5"));
+    set(u"5"_s);
     EXPECT_EQ(settings.integer(key("k")), std::nullopt);
-    EXPECT_EQ(settings.text(key("k")), QStringLiteral("5"));
+    EXPECT_EQ(settings.text(key("k")), u"5"_s);
     EXPECT_EQ(settings.texts(key("k")), std::nullopt);
-    set(QJsonArray{QStringLiteral("a"), QStringLiteral("b")});
-    EXPECT_EQ(settings.texts(key("k")), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
-    set(QJsonArray{QStringLiteral("a"), 1});
+    set(QJsonArray{u"a"_s, u"b"_s});
+    EXPECT_EQ(settings.texts(key("k")), (QStringList{u"a"_s, u"b"_s}));
+    set(QJsonArray{u"a"_s, 1});
     EXPECT_EQ(settings.texts(key("k")), std::nullopt);
     EXPECT_EQ(settings.value(key("other")), std::nullopt);
 }
@@ -85,7 +87,7 @@ TEST(FileSettings, CarriesThePropertyListOver) {
     EXPECT_EQ(settings.integer(key("gridRows")), 6);
     EXPECT_EQ(settings.number(key("iconScale")), 1.1);
     EXPECT_EQ(settings.boolean(key("on")), true);
-    EXPECT_EQ(settings.texts(key("paths")), QStringList{QStringLiteral("/A")});
+    EXPECT_EQ(settings.texts(key("paths")), QStringList{u"/A"_s});
     EXPECT_FALSE(settings.value(key("data")));
 
     EXPECT_TRUE(settings.set(key("gridRows"), 7));
@@ -112,8 +114,8 @@ TEST(FileSettings, ADamagedFileCostsOnlyTheDefaultsAndIsKept) {
         EXPECT_TRUE(settings.isReadable());
         EXPECT_EQ(FileSettings(mac.files, json).integer(key("gridRows")), 4);
     }
-    EXPECT_EQ(mac.read(json + QStringLiteral(".damaged")), "{\"gridRows\": 5,");
-    EXPECT_EQ(mac.read(json + QStringLiteral(".damaged-2")), "[1, 2]");
+    EXPECT_EQ(mac.read(json + u".damaged"_s), "{\"gridRows\": 5,");
+    EXPECT_EQ(mac.read(json + u".damaged-2"_s), "[1, 2]");
 
     // What was repaired meanwhile is taken up, not put aside.
     mac.write(json, "{");
@@ -121,7 +123,7 @@ TEST(FileSettings, ADamagedFileCostsOnlyTheDefaultsAndIsKept) {
     mac.write(json, "{\"gridColumns\": 9}");
     EXPECT_TRUE(settings.set(key("gridRows"), 4));
     EXPECT_EQ(settings.integer(key("gridColumns")), 9);
-    EXPECT_FALSE(mac.exists(json + QStringLiteral(".damaged-3")));
+    EXPECT_FALSE(mac.exists(json + u".damaged-3"_s));
 }
 
 TEST(FileSettings, AFileThatCannotBeReadNowIsNeitherMovedNorWritten) {
@@ -129,14 +131,14 @@ TEST(FileSettings, AFileThatCannotBeReadNowIsNeitherMovedNorWritten) {
     mac.write(json, "{\"gridRows\": 5}");
     FileSettings settings(mac.files, json);
     mac.remove(json);
-    mac.link(json, QStringLiteral("/Volumes/Away/settings.json"));
+    mac.link(json, u"/Volumes/Away/settings.json"_s);
     EXPECT_FALSE(settings.set(key("gridColumns"), 9));
     EXPECT_EQ(settings.integer(key("gridRows")), 5); // still known
     EXPECT_EQ(mac.names(FileSystem::parent(json)).size(), 1);
-    mac.write(QStringLiteral("/Volumes/Away/settings.json"), "{\"gridRows\": 6}");
+    mac.write(u"/Volumes/Away/settings.json"_s, "{\"gridRows\": 6}");
     EXPECT_TRUE(settings.set(key("gridColumns"), 9));
     EXPECT_EQ(settings.integer(key("gridRows")), 6);
-    EXPECT_TRUE(mac.read(QStringLiteral("/Volumes/Away/settings.json")).contains("gridColumns"));
+    EXPECT_TRUE(mac.read(u"/Volumes/Away/settings.json"_s).contains("gridColumns"));
 }
 
 TEST(FileSettings, WhatAnotherProgramStoredStays) {
@@ -151,12 +153,12 @@ TEST(FileSettings, WhatAnotherProgramStoredStays) {
     mac.write(json, "{");
     EXPECT_TRUE(mine.set(key("iconScale"), 1.1));
     EXPECT_EQ(FileSettings(mac.files, json).values().size(), 3);
-    EXPECT_EQ(mac.read(json + QStringLiteral(".damaged")), "{");
+    EXPECT_EQ(mac.read(json + u".damaged"_s), "{");
 }
 
 TEST(FileSettings, HoldsWhatTheDiskHoldsWhenWritingFails) {
     const TestMachine mac;
-    mac.write(QStringLiteral("/Users/ada/Library/Preferences"), "a file where the folder should be");
+    mac.write(u"/Users/ada/Library/Preferences"_s, "a file where the folder should be");
     FileSettings settings(mac.files, json);
     EXPECT_FALSE(settings.set(key("gridRows"), 4));
     EXPECT_FALSE(settings.value(key("gridRows")));
@@ -166,13 +168,25 @@ TEST(FileSettings, HoldsWhatTheDiskHoldsWhenWritingFails) {
 class DefaultsSettingsTest : public testing::Test {
 protected:
     DefaultsSettings settings() {
-        return {_mac.files, _mac.commands, _mac.machine.environment,
-                QStringLiteral("com.tessellar.app")};
+        return {_mac.files, _mac.commands, _mac.machine.environment, u"com.tessellar.app"_s};
     }
     void answer(const CommandResult& exported, const CommandResult& other) {
-        _mac.tool(QStringLiteral("/usr/bin/defaults"), [=](const Command& command, std::stop_token) {
+        _mac.tool(u"/usr/bin/defaults"_s, [=](const Command& command, std::stop_token) {
             return command.arguments.front() == "export" ? exported : other;
         });
+    }
+
+    /// What the tool was told so far, without the domain.
+    std::vector<std::string> told() const {
+        std::vector<std::string> lines;
+        for (const Command& command : _mac.commands.commands()) {
+            EXPECT_EQ(command.executable, "/usr/bin/defaults");
+            EXPECT_EQ(command.environment, _mac.machine.environment);
+            EXPECT_EQ(command.arguments.value(1), "com.tessellar.app");
+            lines.push_back(
+                (command.arguments.first(1) + command.arguments.mid(2)).join('|').toStdString());
+        }
+        return lines;
     }
 
     TestMachine _mac;
@@ -188,28 +202,19 @@ TEST_F(DefaultsSettingsTest, ReadsTheDomainOnceAndWritesEachValueWithItsType) {
     EXPECT_TRUE(defaults.set(key("absent"), QJsonValue::Null));
     EXPECT_TRUE(defaults.set(key("gridRows"), 7));
     EXPECT_TRUE(defaults.set(key("enabled"), true));
-    EXPECT_TRUE(defaults.set(key("name"), QStringLiteral("(a <b>)")));
+    EXPECT_TRUE(defaults.set(key("name"), u"(a <b>)"_s));
     EXPECT_TRUE(defaults.set(key("scale"), 0.1));
-    EXPECT_TRUE(
-        defaults.set(key("paths"), QJsonArray{QStringLiteral("/A & B"), QJsonObject{{key("n"), 1}}}));
+    EXPECT_TRUE(defaults.set(key("paths"), QJsonArray{u"/A & B"_s, QJsonObject{{key("n"), 1}}}));
     EXPECT_TRUE(defaults.set(key("old"), QJsonValue::Undefined));
     EXPECT_EQ(defaults.integer(key("gridRows")), 7);
     EXPECT_FALSE(defaults.value(key("old")));
 
-    QList<QByteArray> lines;
-    for (const Command& command : _mac.commands.commands()) {
-        EXPECT_EQ(command.executable, "/usr/bin/defaults");
-        EXPECT_EQ(command.environment, _mac.machine.environment);
-        lines.append(command.arguments.join('|'));
-    }
-    EXPECT_THAT(lines, ElementsAre("export|com.tessellar.app|-",
-                                   "write|com.tessellar.app|gridRows|<integer>7</integer>",
-                                   "write|com.tessellar.app|enabled|-bool|true",
-                                   "write|com.tessellar.app|name|-string|(a <b>)",
-                                   "write|com.tessellar.app|scale|<real>0.1</real>",
-                                   "write|com.tessellar.app|paths|<array><string>/A &amp; B</string>"
-                                   "<dict><key>n</key><integer>1</integer></dict></array>",
-                                   "delete|com.tessellar.app|old"));
+    EXPECT_THAT(told(), ElementsAre("export|-", "write|gridRows|<integer>7</integer>",
+                                    "write|enabled|-bool|true", "write|name|-string|(a <b>)",
+                                    "write|scale|<real>0.1</real>",
+                                    "write|paths|<array><string>/A &amp; B</string>"
+                                    "<dict><key>n</key><integer>1</integer></dict></array>",
+                                    "delete|old"));
 }
 
 TEST_F(DefaultsSettingsTest, WritesSeveralValuesAtOnceAndLeavesTheOthersAsTheyAre) {
@@ -221,26 +226,19 @@ TEST_F(DefaultsSettingsTest, WritesSeveralValuesAtOnceAndLeavesTheOthersAsTheyAr
            test::exited(0));
     DefaultsSettings defaults = settings();
     EXPECT_TRUE(defaults.set({{key("gridRows"), 7},
-                              {key("blank"), QStringLiteral(" ")}, // as it is
-                              {key("name"), QStringLiteral("a & b")},
+                              {key("blank"), u" "_s}, // as it is
+                              {key("name"), u"a & b"_s},
                               {key("old"), QJsonValue::Null}}));
-    EXPECT_EQ(defaults.text(key("name")), QStringLiteral("a & b"));
-    QStringList words;
-    const QList<Command> commands = _mac.commands.commands();
-    for (const Command& command : commands)
-        words += QString::fromUtf8(command.arguments.join(' '));
-    const QString domain = QStringLiteral(" com.tessellar.app ");
-    EXPECT_EQ(words, (QStringList{QStringLiteral("export") + domain + u'-',
-                                  QStringLiteral("export") + domain + u'-',
-                                  QStringLiteral("delete") + domain + QStringLiteral("old"),
-                                  QStringLiteral("import") + domain + u'-'}));
-    const auto imported = parsePropertyList(*commands.last().input);
+    EXPECT_EQ(defaults.text(key("name")), u"a & b"_s);
+    EXPECT_THAT(told(), ElementsAre("export|-", "export|-", "delete|old", "import|-"));
+    const QByteArray input = *_mac.commands.commands().last().input;
+    const auto imported = parsePropertyList(input);
     ASSERT_TRUE(imported);
     EXPECT_EQ((*imported)[key("gridRows")].integer(), 7);
-    EXPECT_EQ((*imported)[key("blank")].text(), QStringLiteral(" "));
-    EXPECT_EQ((*imported)[key("name")].text(), QStringLiteral("a & b"));
+    EXPECT_EQ((*imported)[key("blank")].text(), u" "_s);
+    EXPECT_EQ((*imported)[key("name")].text(), u"a & b"_s);
     EXPECT_TRUE((*imported)[key("old")].isAbsent());
-    EXPECT_TRUE(commands.last().input->contains("<date>2026-11-14T21:05:40Z</date>"));
+    EXPECT_TRUE(input.contains("<date>2026-11-14T21:05:40Z</date>"));
 }
 
 TEST_F(DefaultsSettingsTest, AFailingToolCostsTheDefaultsAndChangesNothing) {
@@ -249,7 +247,7 @@ TEST_F(DefaultsSettingsTest, AFailingToolCostsTheDefaultsAndChangesNothing) {
     EXPECT_TRUE(defaults.values().isEmpty());
     const auto result = defaults.set(key("gridRows"), 7);
     ASSERT_FALSE(result);
-    EXPECT_EQ(result.error().path, QStringLiteral("/usr/bin/defaults"));
+    EXPECT_EQ(result.error().path, u"/usr/bin/defaults"_s);
     EXPECT_FALSE(defaults.value(key("gridRows")));
 }
 

@@ -1,18 +1,234 @@
+#include "platform/atomic_file.h"
 #include "platform/background_file.h"
 
+#include "tests/platform/disk_folder.h"
 #include "tests/platform/system_call_tracer.h"
 #include "tests/support/printers.h"
 #include "tests/support/test_machine.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <latch>
+#include <thread>
 
 namespace tessellar {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace test;
+namespace fs = std::filesystem;
 using Code = FileError::Code;
+
+class AtomicFileTest : public testing::Test {
+protected:
+    MemoryFolder memory;
+    fs::path folder = memory.path();
+    fs::path target = folder / "layout.json";
+    // Longer than any buffer on the way, so that a part of it would show.
+    QByteArray before = QByteArray(150'000, 'o');
+    QByteArray after = QByteArray(200'000, 'n');
+
+    static std::expected<void, int> save(const fs::path& path, const QByteArray& bytes) {
+        return replaceFile(QByteArray::fromStdString(path), bytes);
+    }
+    /// For a child: 0 only when success is reported.
+    int saveAfter() const { return save(target, after) ? 0 : 1; }
+
+    bool isOld() const { return readFile(target) == before.toStdString(); }
+    bool isNew() const { return readFile(target) == after.toStdString(); }
+};
+
+TEST_F(AtomicFileTest, ReplacesTheFileAndKeepsItsModeAndOwner) {
+    ASSERT_TRUE(save(target, "first"));
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0600));
+    fs::permissions(target, fs::perms(0444));
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(target.c_str(), 1234, 1235), 0);
+    }
+    ASSERT_TRUE(save(target, QByteArray("a\0b", 3)));
+    EXPECT_EQ(readFile(target), std::string("a\0b", 3));
+    struct stat status {};
+    ASSERT_EQ(::stat(target.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0444u);
+    if (::geteuid() == 0) {
+        EXPECT_EQ(status.st_uid, 1234u);
+        EXPECT_EQ(status.st_gid, 1235u);
+    }
+    ASSERT_TRUE(save(target, {}));
+    EXPECT_EQ(readFile(target), "");
+    EXPECT_EQ(entryCount(folder), 1);
+}
+
+TEST_F(AtomicFileTest, ReplacesALinkAndRefusesAFolder) {
+    writeFile(folder / "precious", "p");
+    fs::create_symlink("precious", target);
+    ASSERT_TRUE(save(target, after));
+    EXPECT_TRUE(isNew());
+    EXPECT_FALSE(fs::is_symlink(target));
+    EXPECT_EQ(readFile(folder / "precious"), "p");
+
+    fs::create_directory(folder / "folder");
+    EXPECT_EQ(save(folder / "folder", after).error(), EISDIR);
+    EXPECT_EQ(save(folder / "none/file", after).error(), ENOENT);
+    EXPECT_EQ(save(folder / "folder/..", after).error(), EINVAL);
+    EXPECT_EQ(entryCount(folder), 3);
+    ASSERT_TRUE(save(folder / std::string(255, 'n'), after)); // the longest name
+}
+
+TEST_F(AtomicFileTest, IsOldOrNewWhereverItIsKilled) {
+    for (const Fate::Kind kind : {Fate::Kind::killBefore, Fate::Kind::killAfter}) {
+        ASSERT_TRUE(save(target, before));
+        std::size_t kills = 0;
+        for (bool done = false; !done; ++kills) {
+            const TracedRun run = traceSystemCalls(
+                [&] { return saveAfter(); },
+                [&](std::size_t index, long) { return Fate{index == kills ? kind : Fate::Kind::run}; });
+            if (!run.traceable)
+                GTEST_SKIP() << "this process may not trace its children";
+            ASSERT_TRUE(isOld() || isNew()) << "killed at call " << kills;
+            done = run.exitStatus.has_value();
+            EXPECT_EQ(run.exitStatus.value_or(0), 0);
+            EXPECT_TRUE(isNew() || !done);
+            EXPECT_LE(entryCount(folder), 2) << "what kills leave must not add up";
+            if (isNew()) {
+                ASSERT_TRUE(save(target, before));
+            }
+        }
+        EXPECT_GT(kills, 8u);
+        EXPECT_EQ(entryCount(folder), 1) << "a save takes over what a kill has left";
+    }
+}
+
+TEST_F(AtomicFileTest, ReportsEveryFailedStepAndKeepsTheOldFile) {
+#if !defined(__x86_64__)
+    GTEST_SKIP() << "calls are made to fail through the registers of another processor";
+#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer's own calls would fail as well";
+#endif
+    for (const int error : {EIO, ENOSPC, EINTR}) {
+        for (std::size_t failing = 0;; ++failing) {
+            ASSERT_TRUE(save(target, before));
+            const TracedRun run = traceSystemCalls(
+                [&] { return saveAfter(); },
+                [&](std::size_t index, long number) {
+                    const bool ofMemory = number == SYS_brk || number == SYS_mmap ||
+                                          number == SYS_munmap || number == SYS_madvise;
+                    return index == failing && !ofMemory ? Fate{Fate::Kind::fail, error} : Fate{};
+                });
+            if (!run.traceable)
+                GTEST_SKIP() << "this process may not trace its children";
+            ASSERT_TRUE(run.exitStatus);
+            if (failing >= run.calls.size())
+                break;
+            const long call = run.calls[failing];
+            const auto calledBefore = [&](long number) {
+                const auto end = run.calls.begin() + static_cast<std::ptrdiff_t>(failing);
+                return std::find(run.calls.begin(), end, number) != end;
+            };
+            const bool flushedLast = call == SYS_fsync && calledBefore(SYS_renameat);
+            const bool success = *run.exitStatus == 0;
+            EXPECT_TRUE(success ? isNew() : isOld() || (isNew() && flushedLast)) << "call " << call;
+            if (call == SYS_write || call == SYS_fsync || call == SYS_renameat) {
+                EXPECT_EQ(success, error == EINTR && call != SYS_renameat) << "call " << call;
+            }
+        }
+    }
+}
+
+/// The order is the promise: without it a loss of power leaves an empty file under the good name.
+TEST_F(AtomicFileTest, FlushesTheFileBeforeTheRenameAndTheFolderAfterIt) {
+    const TracedRun run =
+        traceSystemCalls([&] { return saveAfter(); }, [](std::size_t, long) { return Fate{}; });
+    if (!run.traceable)
+        GTEST_SKIP() << "this process may not trace its children";
+    std::vector<long> order;
+    for (long call : run.calls) {
+        if (call == SYS_write || call == SYS_fsync || call == SYS_renameat)
+            order.push_back(call);
+    }
+    // Any number of writes; sanitizers add some of their own.
+    order.erase(std::unique(order.begin(), order.end()), order.end());
+    EXPECT_THAT(order, testing::ElementsAre(SYS_write, SYS_fsync, SYS_renameat, SYS_fsync));
+}
+
+TEST_F(AtomicFileTest, KeepsTheOldFileWhenTheDiskIsFullOrNotToBeWritten) {
+    ASSERT_TRUE(save(target, before));
+    fs::permissions(folder, fs::perms(0555));
+    if (const WithoutRights user; user) {
+        EXPECT_EQ(save(target, after).error(), EACCES);
+    }
+    fs::permissions(folder, fs::perms(0755));
+    EXPECT_TRUE(isOld());
+
+    fs::create_directory(folder / "disk");
+    const SmallDisk disk(folder / "disk", "size=256k");
+    if (!disk)
+        GTEST_SKIP() << "this process may not mount a small disk";
+    target = folder / "disk/layout.json";
+    ASSERT_TRUE(save(target, before));
+    EXPECT_EQ(save(target, after).error(), ENOSPC);
+    EXPECT_TRUE(isOld());
+    EXPECT_EQ(entryCount(folder / "disk"), 1);
+    ASSERT_TRUE(save(target, "small")) << "what fits is saved again";
+    ASSERT_TRUE(save(target, before));
+
+    ASSERT_TRUE(disk.makeReadOnly());
+    EXPECT_EQ(save(target, "small").error(), EROFS);
+    EXPECT_TRUE(isOld());
+}
+
+TEST_F(AtomicFileTest, IsNotHinderedByWhatLiesUnderTemporaryNames) {
+    writeFile(folder / "precious", "p");
+    ASSERT_EQ(::mkfifo((folder / ".tessellar-save-0").c_str(), 0600), 0);
+    fs::create_directory(folder / ".tessellar-save-1");
+    fs::create_symlink("precious", folder / ".tessellar-save-2");
+    fs::create_hard_link(folder / "precious", folder / ".tessellar-save-3");
+    ASSERT_TRUE(save(target, after));
+    EXPECT_TRUE(isNew());
+    EXPECT_EQ(readFile(folder / "precious"), "p");
+}
+
+TEST_F(AtomicFileTest, ManyWritersLeaveOneWholeFile) {
+    ASSERT_TRUE(save(target, "first"));
+    std::atomic<bool> over = false;
+    std::thread reader([&] {
+        while (!over) {
+            const std::string bytes = readFile(target);
+            ASSERT_TRUE(!bytes.empty() &&
+                        (bytes == "first" || bytes.find_first_not_of(bytes[0]) == bytes.npos));
+        }
+    });
+    std::vector<pid_t> children;
+    for (char letter : {'A', 'B'}) {
+        children.push_back(::fork());
+        if (children.back() == 0) {
+            for (int i = 0; i < 200; ++i) {
+                if (!save(target, QByteArray(10'000 + i, letter)))
+                    ::_exit(1);
+            }
+            ::_exit(0);
+        }
+    }
+    {
+        std::vector<std::jthread> writers;
+        for (char letter : {'a', 'b', 'c', 'd'}) {
+            writers.emplace_back([&, letter] {
+                for (int i = 0; i < 200; ++i)
+                    EXPECT_TRUE(save(target, QByteArray(10'000 + i, letter)));
+            });
+        }
+    }
+    for (pid_t child : children) {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    }
+    over = true;
+    reader.join();
+    EXPECT_EQ(entryCount(folder), 1);
+}
 
 class StoredFileTest : public testing::Test {
 protected:

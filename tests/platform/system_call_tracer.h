@@ -27,11 +27,9 @@ struct TracedRun {
     bool traceable = true;
 };
 
-/// Runs `work` in a forked child and decides the fate of each of its system calls, counted from 0. The
-/// child leaves with the value of `work`.
-inline TracedRun traceSystemCalls(const std::function<int()>& work,
-                                  const std::function<Fate(std::size_t index, long number)>& decide) {
-    TracedRun run;
+/// A forked child that stops before it does its work, traced with these options besides the usual ones.
+/// None where this process may not trace its children.
+inline std::optional<pid_t> forkTraced(const std::function<int()>& work, long options = 0) {
     const pid_t child = ::fork();
     if (child == 0) {
         if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
@@ -41,13 +39,25 @@ inline TracedRun traceSystemCalls(const std::function<int()>& work,
     }
     int status = 0;
     ::waitpid(child, &status, 0);
-    if (!WIFSTOPPED(status) ||
-        ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL) != 0) {
-        run.traceable = false;
-        ::kill(child, SIGKILL);
-        ::waitpid(child, &status, 0);
+    options |= PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL;
+    if (WIFSTOPPED(status) && ::ptrace(PTRACE_SETOPTIONS, child, nullptr, options) == 0)
+        return child;
+    ::kill(child, SIGKILL);
+    ::waitpid(child, &status, 0);
+    return std::nullopt;
+}
+
+/// Runs `work` in a forked child and decides the fate of each of its system calls, counted from 0. The
+/// child leaves with the value of `work`.
+inline TracedRun traceSystemCalls(const std::function<int()>& work,
+                                  const std::function<Fate(std::size_t index, long number)>& decide) {
+    TracedRun run;
+    const auto traced = forkTraced(work);
+    run.traceable = traced.has_value();
+    if (!traced)
         return run;
-    }
+    const pid_t child = *traced;
+    int status = 0;
     Fate fate;
     int signal = 0;
     while (true) {

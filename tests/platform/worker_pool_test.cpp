@@ -71,21 +71,14 @@ TEST(Mailbox, ACallMayPostDrainOrDestroyTheMailbox) {
     mailbox->drain();
     EXPECT_THAT(ran, ElementsAre(1, 2, 3, 4, 5));
 
+    // What is left in it is dropped with it.
+    const auto held = std::make_shared<int>(0);
     mailbox->post([&] { mailbox.reset(); });
-    mailbox->post([&] { ran.push_back(6); });
+    mailbox->post([&, held] { ran.push_back(6); });
     QCoreApplication::processEvents();
     EXPECT_EQ(mailbox, nullptr);
     EXPECT_EQ(ran.size(), 5u);
-}
-
-TEST(Mailbox, DropsItsCallsWhenItIsDestroyed) {
-    const auto held = std::make_shared<int>(0);
-    {
-        Mailbox mailbox;
-        std::jthread sender([&] { mailbox.post([held] { FAIL(); }); });
-    }
     EXPECT_EQ(held.use_count(), 1);
-    QCoreApplication::processEvents();
 }
 
 /// Keeps a worker busy until told to go on.
