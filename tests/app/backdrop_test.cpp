@@ -16,15 +16,19 @@
 namespace tessellar::test {
 namespace {
 
-QByteArray png(const QBrush& brush) {
-    QImage image(900, 600, QImage::Format_RGB32);
-    QPainter painter(&image);
-    painter.fillRect(image.rect(), brush);
-    painter.end();
+using namespace Qt::StringLiterals;
+
+QByteArray png(const QImage& image) {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "png");
     return buffer.data();
+}
+
+QByteArray png(const QBrush& brush) {
+    QImage image(900, 600, QImage::Format_RGB32);
+    QPainter(&image).fillRect(image.rect(), brush);
+    return png(image);
 }
 
 double lightOf(QColor colour) {
@@ -85,19 +89,16 @@ TEST(BackdropArt, LabelsStandOutFromEveryPicture) {
     QImage twoColours(1600, 1000, QImage::Format_Mono);
     twoColours.setColorTable({qRgb(200, 0, 0), qRgb(0, 0, 0)});
     twoColours.fill(0);
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    ASSERT_TRUE(twoColours.save(&buffer, "png"));
-    const QColor red = blurredPicture(buffer.data()).pixelColor(50, 50);
+    const QColor red = blurredPicture(png(twoColours)).pixelColor(50, 50);
     EXPECT_GT(red.red(), 190);
     EXPECT_LT(red.blue(), 10);
 }
 
 TEST(BackdropTest, FollowsTheDesktopsPictureAndKeepsItBlurred) {
     TestMachine mac;
-    const QString picture = u"/Users/ada/lake.png"_qs;
-    const QString kept = mac.machine.places.applicationFolder() + u"/Backdrop.png"_qs;
-    mac.write(u"/Users/ada/.config/plasma-org.kde.plasma.desktop-appletsrc"_qs,
+    const QString picture = u"/Users/ada/lake.png"_s;
+    const QString kept = mac.machine.places.applicationFolder() + u"/Backdrop.png"_s;
+    mac.write(u"/Users/ada/.config/plasma-org.kde.plasma.desktop-appletsrc"_s,
               "Image=/Users/ada/lake.png\n");
     const auto middle = [&](Backdrop& backdrop) {
         mac.settle();
@@ -129,10 +130,10 @@ TEST(BackdropTest, FollowsTheDesktopsPictureAndKeepsItBlurred) {
     mac.write(picture, png(Qt::red));
     second.reload();
     EXPECT_GT(middle(second).red(), 100);
-    (void)mac.machine.settings.set(u"background"_qs, u"own"_qs);
+    (void)mac.machine.settings.set(u"background"_s, u"own"_s);
     second.applySettings();
     EXPECT_EQ(middle(second), own);
-    (void)mac.machine.settings.set(u"background"_qs, QJsonValue());
+    (void)mac.machine.settings.set(u"background"_s, QJsonValue());
     mac.write(picture, "no picture any more");
     second.applySettings();
     EXPECT_EQ(middle(second), own);

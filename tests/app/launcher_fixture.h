@@ -2,6 +2,8 @@
 
 #include "app/launcher_window.h"
 #include "app/pager_item.h"
+#include "launcher/launcher_editor.h"
+#include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "sample/mac_builder.h"
 #include "support/items.h"
@@ -16,6 +18,9 @@
 
 namespace tessellar::test {
 
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
 /// What QML has complained of since the program began, or since somebody emptied it.
 QStringList& qmlWarnings();
 
@@ -24,7 +29,7 @@ class LauncherFixture : public testing::Test {
 protected:
     LauncherFixture() {
         qmlWarnings().clear();
-        mac.tool(QStringLiteral("/usr/bin/open"), exited(0));
+        mac.tool(u"/usr/bin/open"_s, exited(0));
     }
     ~LauncherFixture() override {
         window.reset();
@@ -33,15 +38,14 @@ protected:
 
     void install(const QStringList& names, const QByteArray& icon = {}) {
         for (const QString& name : names)
-            builder.addApplication({.name = name,
-                                    .identifier = QStringLiteral("org.example.") + name.toLower(),
-                                    .icon = icon});
+            builder.addApplication(
+                {.name = name, .identifier = u"org.example."_s + name.toLower(), .icon = icon});
     }
     /// Names "A01", "A02" and so on.
     static QStringList manyNames(int count) {
         QStringList names;
         for (int i = 1; i <= count; ++i)
-            names += QStringLiteral("A%1").arg(i, 2, 10, QLatin1Char('0'));
+            names += u"A%1"_s.arg(i, 2, 10, QLatin1Char('0'));
         return names;
     }
     void store(const Pages& pages) {
@@ -62,56 +66,91 @@ protected:
 
     LauncherController& launcher() { return window->controller(); }
     LauncherViewModel& viewModel() { return window->viewModel(); }
+    Panels& panels() { return *launcher().panels(); }
+    LauncherEditor& editor() { return viewModel().editor(); }
+    LauncherWindowMode mode() { return viewModel().shown().mode(); }
     QQuickView& view() { return window->view(); }
+    /// A frame lays the items out.
+    void layOut() { (void)window->photograph(); }
+    void set(const QString& setting, const QJsonValue& value) {
+        ASSERT_TRUE(mac.machine.settings.set(setting, value));
+        viewModel().applySettings();
+    }
 
     /// The item of a tile, by its label; null when no page that exists shows it.
-    QQuickItem* tile(const QString& label) { return tileBelow(view().rootObject(), label); }
+    QQuickItem* tile(const QString& label) {
+        return seen([&](QQuickItem* item) {
+            return item->property("tileId").isValid() && item->property("label") == label;
+        });
+    }
+    bool isSeen(const QString& label) {
+        return QTest::qWaitFor([&] { return tile(label); });
+    }
     QPoint middle(const QQuickItem* item) {
         return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
     }
-    void click(const QString& label) {
-        QQuickItem* item = tile(label);
-        ASSERT_TRUE(item) << label.toStdString();
-        clickAt(middle(item));
+    /// The middle of a tile, or beside it.
+    QPoint at(const QString& label, QPoint away = {}) { return middle(tile(label)) + away; }
+    void click(const QString& label, Qt::KeyboardModifiers modifiers = {}) {
+        ASSERT_TRUE(tile(label)) << label.toStdString();
+        QTest::mouseClick(&view(), Qt::LeftButton, modifiers, at(label));
     }
     void clickAt(QPoint point) { QTest::mouseClick(&view(), Qt::LeftButton, {}, point); }
     void rightClick(const QString& label) {
-        QQuickItem* item = tile(label);
-        ASSERT_TRUE(item) << label.toStdString();
-        QTest::mouseClick(&view(), Qt::RightButton, {}, middle(item));
+        ASSERT_TRUE(tile(label)) << label.toStdString();
+        rightClickAt(at(label));
     }
+    void rightClickAt(QPoint point) { QTest::mouseClick(&view(), Qt::RightButton, {}, point); }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(&view(), key, modifiers);
     }
+    void press(std::initializer_list<Qt::Key> keys) {
+        for (const Qt::Key key : keys)
+            press(key);
+    }
+    void undo() { press(Qt::Key_Z, Qt::ControlModifier); }
+    void redo() { press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier); }
     void type(const QString& text) {
         for (const QChar letter : text)
             QTest::keyClick(&view(), letter.toLatin1());
     }
     /// An item that can be seen and has this value as a property.
     QQuickItem* itemWith(const char* property, const QVariant& value) {
-        QQuickItem* found = nullptr;
-        forEachItem(view().rootObject(), [&](QQuickItem* item) {
-            if (item->property(property) == value && item->isVisible())
-                found = item;
-        });
-        return found;
+        return seen([&](QQuickItem* item) { return item->property(property) == value; });
+    }
+    QQuickItem* named(const QString& objectName) { return itemWith("objectName", objectName); }
+    bool comes(const QString& objectName) {
+        return QTest::qWaitFor([&] { return named(objectName); });
+    }
+    bool goes(const QString& objectName) {
+        return QTest::qWaitFor([&] { return !named(objectName); });
     }
     void clickNamed(const QString& objectName) {
-        QQuickItem* item = itemWith("objectName", objectName);
-        ASSERT_TRUE(item) << objectName.toStdString();
-        clickAt(middle(item));
+        ASSERT_TRUE(comes(objectName)) << objectName.toStdString();
+        layOut();
+        clickAt(middle(named(objectName)));
+    }
+    /// Chooses from the menu of the grid.
+    void chooseInGrid(const QString& title) {
+        rightClickAt({20, 400});
+        choose(title);
+    }
+    void chooseAt(const QString& label, const QString& title) {
+        rightClick(label);
+        choose(title);
+    }
+    void answer(bool accepted) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->isOpen(); }));
+        launcher().alert()->answer(accepted);
     }
     /// A line of the menu that is open.
     QQuickItem* line(const QString& title) {
-        QQuickItem* found = nullptr;
-        forEachItem(view().rootObject(), [&](QQuickItem* item) {
+        return seen([&](QQuickItem* item) {
             QVariant data = item->property("modelData");
             if (data.userType() == qMetaTypeId<QJSValue>())
                 data = data.value<QJSValue>().toVariant();
-            if (data.toMap().value(u"title"_qs) == title && item->isVisible())
-                found = item;
+            return data.toMap().value(u"title"_s) == title;
         });
-        return found;
     }
     void choose(const QString& title) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return line(title); })) << title.toStdString();
@@ -122,10 +161,14 @@ protected:
         for (int step = 1; step <= 8; ++step)
             QTest::mouseMove(&view(), from + (to - from) * step / 8);
     }
-    void drag(QPoint from, QPoint to) {
+    void lift(QPoint from, QPoint to) {
         QTest::mousePress(&view(), Qt::LeftButton, {}, from);
         carry(from, to);
-        QTest::mouseRelease(&view(), Qt::LeftButton, {}, to);
+    }
+    void release(QPoint at) { QTest::mouseRelease(&view(), Qt::LeftButton, {}, at); }
+    void drag(QPoint from, QPoint to) {
+        lift(from, to);
+        release(to);
     }
     QString shownTiles() { return sketch(viewModel().shown().pages()); }
     void wheel(QPoint angle) {
@@ -157,6 +200,11 @@ protected:
             return resting;
         });
     }
+    void openFolder(const QString& label) {
+        click(label);
+        ASSERT_TRUE(launcher().folder()->isOpen());
+        ASSERT_TRUE(rests());
+    }
     /// The bundles that were handed to the system to open.
     QStringList opened() {
         QStringList paths;
@@ -164,6 +212,11 @@ protected:
             if (!command.arguments.isEmpty())
                 paths += FileSystem::fileName(QString::fromUtf8(command.arguments.last()));
         return paths;
+    }
+    /// Waits until something is opened; true when it is this application alone.
+    bool opens(const QString& name) {
+        return QTest::qWaitFor([&] { return !opened().isEmpty(); }) &&
+               opened() == QStringList{name + u".app"_s};
     }
     QString selectedLabel() {
         const LaunchpadItem* item =
@@ -184,11 +237,12 @@ protected:
     }
 
 private:
-    static QQuickItem* tileBelow(QQuickItem* root, const QString& label) {
+    /// The last of those that can be seen.
+    template <typename Is>
+    QQuickItem* seen(Is is) {
         QQuickItem* found = nullptr;
-        forEachItem(root, [&](QQuickItem* item) {
-            if (item->property("tileId").isValid() && item->property("label") == label &&
-                item->isVisible())
+        forEachItem(view().rootObject(), [&](QQuickItem* item) {
+            if (item->isVisible() && is(item))
                 found = item;
         });
         return found;

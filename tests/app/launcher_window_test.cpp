@@ -2,14 +2,17 @@
 
 #include "icns_bytes.h"
 #include "launcher/installed_applications.h"
-#include "launcher/live_layout.h"
+#include "launcher/launcher_history.h"
+#include "launcher/launcher_icons.h"
 
 namespace tessellar::test {
 namespace {
 
-using namespace Qt::StringLiterals;
-
-class LauncherWindowTest : public LauncherFixture {};
+/// The window shows what there is, launches it, and turns its pages.
+class LauncherWindowTest : public LauncherFixture {
+protected:
+    int page() { return viewModel().shown().currentPage(); }
+};
 
 TEST_F(LauncherWindowTest, ShowsThePagesWithTheirIcons) {
     install(manyNames(50), icnsFile(icnsEntry("ic07", png(128, QColor(250, 10, 20)))));
@@ -20,12 +23,42 @@ TEST_F(LauncherWindowTest, ShowsThePagesWithTheirIcons) {
 
     const QImage photograph = window->photograph();
     ASSERT_EQ(photograph.size(), QSize(1280, 800));
-    const QQuickItem* first = tile(u"A01"_s);
-    EXPECT_EQ(photograph.pixelColor(middle(first) - QPoint(0, 20)), QColor(250, 10, 20));
+    EXPECT_EQ(photograph.pixelColor(at(u"A01"_s, {0, -20})), QColor(250, 10, 20));
     QSet<QRgb> colours;
     for (int x = 0; x < photograph.width(); x += 7)
-        colours.insert(photograph.pixel(x, middle(first).y()));
+        colours.insert(photograph.pixel(x, at(u"A01"_s).y()));
     EXPECT_GT(colours.size(), 20) << "a backdrop and tiles, not one plain area";
+}
+
+TEST_F(LauncherWindowTest, ACustomIconAppearsOnTilesAndInThePreviewsOfFolders) {
+    const QColor own(10, 200, 30);
+    const QColor mine(250, 10, 20);
+    install({u"Ash"_s, u"Beech"_s, u"Cedar"_s}, icnsFile(icnsEntry("ic07", png(128, own))));
+    store({{app(u"Ash"_s), folder(u"Wood"_s, {{app(u"Beech"_s), app(u"Cedar"_s)}})}});
+    mac.write(u"/in/mine.icns"_s, icnsFile(icnsEntry("ic07", png(128, mine))));
+    start();
+    const auto count = [&](const QString& label, QColor colour) {
+        const QQuickItem* item = tile(label);
+        const QImage picture = window->photograph().copy(
+            item->mapRectToScene(QRectF(0, 0, item->width(), item->height())).toAlignedRect());
+        int found = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                found += picture.pixelColor(x, y) == colour;
+        return found;
+    };
+    ASSERT_GT(count(u"Ash"_s, own), 100);
+    const int ofTwo = count(u"Wood"_s, own);
+    ASSERT_GT(ofTwo, 20);
+
+    viewModel().icons().set(u"org.example.ash"_s, u"/in/mine.icns"_s);
+    viewModel().icons().set(u"org.example.beech"_s, u"/in/mine.icns"_s);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return count(u"Ash"_s, mine) > 100 && count(u"Wood"_s, mine) == ofTwo / 2; }));
+    EXPECT_EQ(count(u"Ash"_s, own), 0);
+    EXPECT_EQ(count(u"Wood"_s, own), ofTwo / 2) << "the other one has its own still";
+    viewModel().icons().remove(u"org.example.ash"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return count(u"Ash"_s, own) > 100; }));
 }
 
 TEST_F(LauncherWindowTest, AClickLaunchesAndTheWindowGoes) {
@@ -34,7 +67,7 @@ TEST_F(LauncherWindowTest, AClickLaunchesAndTheWindowGoes) {
     QSignalSpy closed(window.get(), &LauncherWindow::closed);
     click(u"Beech"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return closed.count() == 1; }));
-    EXPECT_EQ(opened(), QStringList{u"Beech.app"_s});
+    EXPECT_TRUE(opens(u"Beech"_s));
     EXPECT_FALSE(view().isVisible());
     window->show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&view())) << "it can be shown again";
@@ -45,46 +78,44 @@ TEST_F(LauncherWindowTest, ArrowKeysWalkOverTilesAndPagesAndReturnLaunches) {
     start();
     press(Qt::Key_Right);
     EXPECT_EQ(selectedLabel(), u"A01");
-    press(Qt::Key_Right);
-    press(Qt::Key_Down);
+    press({Qt::Key_Right, Qt::Key_Down});
     EXPECT_EQ(selectedLabel(), u"A10");
     for (int i = 0; i < 7; ++i)
         press(Qt::Key_Right);
-    EXPECT_EQ(viewModel().shown().currentPage(), 1);
+    EXPECT_EQ(page(), 1);
     EXPECT_EQ(selectedLabel(), u"A49") << "the same row of the next page";
     ASSERT_TRUE(rests());
     press(Qt::Key_Return);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !opened().isEmpty(); }));
-    EXPECT_EQ(opened(), QStringList{u"A49.app"_s});
+    EXPECT_TRUE(opens(u"A49"_s));
 }
 
 TEST_F(LauncherWindowTest, WheelSwipeDotsAndKeysTurnPages) {
     install(manyNames(130));
     start();
     wheel({0, -120});
-    EXPECT_EQ(viewModel().shown().currentPage(), 1);
+    EXPECT_EQ(page(), 1);
     wheel({120, 0});
-    EXPECT_EQ(viewModel().shown().currentPage(), 0);
+    EXPECT_EQ(page(), 0);
     wheel({0, 120});
-    EXPECT_EQ(viewModel().shown().currentPage(), 0) << "there is nothing before the first";
+    EXPECT_EQ(page(), 0) << "there is nothing before the first";
     ASSERT_TRUE(rests());
 
     swipe(-700);
-    EXPECT_EQ(viewModel().shown().currentPage(), 1);
+    EXPECT_EQ(page(), 1);
     ASSERT_TRUE(rests());
     EXPECT_TRUE(tile(u"A41"_s));
     EXPECT_TRUE(view().isVisible()) << "a swipe is no click";
     swipe(700);
-    EXPECT_EQ(viewModel().shown().currentPage(), 0);
+    EXPECT_EQ(page(), 0);
     ASSERT_TRUE(rests());
 
     clickAt({640 + 33, 800 - 28 - 12}); // the last of four dots, 22 pixels apart
-    EXPECT_EQ(viewModel().shown().currentPage(), 3);
+    EXPECT_EQ(page(), 3);
     ASSERT_TRUE(rests());
     press(Qt::Key_Home);
-    EXPECT_EQ(viewModel().shown().currentPage(), 0);
+    EXPECT_EQ(page(), 0);
     press(Qt::Key_PageDown);
-    EXPECT_EQ(viewModel().shown().currentPage(), 1);
+    EXPECT_EQ(page(), 1);
 
     // What is found has other pages with every letter, and its dots are as many.
     GridModel& found = *launcher().search()->results();
@@ -99,56 +130,48 @@ TEST_F(LauncherWindowTest, WheelSwipeDotsAndKeysTurnPages) {
 }
 
 TEST_F(LauncherWindowTest, AFolderOpensOverTheGridWithPagesOfItsOwn) {
-    QStringList names = manyNames(20);
+    const QStringList names = manyNames(20);
     install(names + QStringList{u"Oak"_s});
-    Page inside;
-    for (const QString& name : names)
-        inside.append(app(name));
-    store({{folder(u"Trees"_s, {{folder(u"Inner"_s, {{app(u"A01"_s), app(u"A02"_s)}})}, inside.mid(2)}),
-            app(u"Oak"_s)}});
+    Page inside{folder(u"Inner"_s, {{app(u"A01"_s), app(u"A02"_s)}})};
+    Page outside;
+    for (const QString& name : names.mid(2))
+        outside.append(app(name));
+    store({{folder(u"Trees"_s, {inside, outside}), app(u"Oak"_s)}});
     start();
+    OpenFolder& open = *launcher().folder();
 
-    click(u"Trees"_s);
-    EXPECT_TRUE(launcher().folder()->isOpen());
-    EXPECT_EQ(launcher().folder()->title(), u"Trees");
-    ASSERT_TRUE(rests());
-    EXPECT_EQ(launcher().folder()->tiles()->pageCount(), 3);
+    openFolder(u"Trees"_s);
+    EXPECT_EQ(open.title(), u"Trees");
+    EXPECT_EQ(open.tiles()->pageCount(), 3);
     wheel({0, -120});
-    EXPECT_EQ(launcher().folder()->tiles()->page(), 1);
-    EXPECT_EQ(viewModel().shown().currentPage(), 0);
+    EXPECT_EQ(open.tiles()->page(), 1);
+    EXPECT_EQ(page(), 0);
     press(Qt::Key_Right);
     EXPECT_EQ(selectedLabel(), u"A03");
     wheel({0, 120});
     ASSERT_TRUE(rests());
 
-    click(u"Inner"_s);
-    EXPECT_EQ(launcher().folder()->title(), u"Inner");
-    ASSERT_TRUE(rests());
+    openFolder(u"Inner"_s);
+    EXPECT_EQ(open.title(), u"Inner");
     press(Qt::Key_Right);
     EXPECT_EQ(selectedLabel(), u"A01");
     press(Qt::Key_Escape);
-    EXPECT_EQ(launcher().folder()->title(), u"Trees");
+    EXPECT_EQ(open.title(), u"Trees");
     EXPECT_EQ(selectedLabel(), u"Inner") << "what lies in it is left behind";
     ASSERT_TRUE(rests());
     clickAt({20, 400}); // beside the panel
-    EXPECT_FALSE(launcher().folder()->isOpen());
+    EXPECT_FALSE(open.isOpen());
     EXPECT_EQ(selectedLabel(), u"Trees");
     ASSERT_TRUE(rests());
 
     QSignalSpy closed(window.get(), &LauncherWindow::closed);
     press(Qt::Key_Escape);
     EXPECT_EQ(closed.count(), 1);
-}
-
-TEST_F(LauncherWindowTest, AClickInAFolderLaunches) {
-    install({u"Ash"_s, u"Beech"_s, u"Oak"_s});
-    store({{folder(u"Trees"_s, {{app(u"Ash"_s), app(u"Beech"_s)}}), app(u"Oak"_s)}});
-    start();
-    click(u"Trees"_s);
-    ASSERT_TRUE(rests());
-    click(u"Beech"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !opened().isEmpty(); }));
-    EXPECT_EQ(opened(), QStringList{u"Beech.app"_s});
+    window->show();
+    openFolder(u"Trees"_s);
+    openFolder(u"Inner"_s);
+    click(u"A02"_s);
+    EXPECT_TRUE(opens(u"A02"_s));
 }
 
 TEST_F(LauncherWindowTest, AnUnavailableApplicationSaysSo) {
@@ -164,22 +187,33 @@ TEST_F(LauncherWindowTest, AnUnavailableApplicationSaysSo) {
     click(u"Away"_s);
     EXPECT_EQ(launcher().notice(), LiveLayout::unavailableNotice());
     EXPECT_EQ(opened(), QStringList());
-    mac.time.advance(std::chrono::seconds(4));
+    mac.time.advance(4s);
     EXPECT_EQ(launcher().notice(), QString());
 }
 
-TEST_F(LauncherWindowTest, AnAlertStandsBeforeEverythingElse) {
+TEST_F(LauncherWindowTest, AnAlertStandsBeforeEverythingAndADamagedLayoutIsResetOrLeft) {
     install({u"Ash"_s});
-    mac.write(mac.machine.places.applicationFolder() + u"/layout.json"_s, "damaged");
+    mac.write(mac.machine.places.applicationFolder() + u"/layout.json"_s, "{ no layout");
     start();
     ASSERT_TRUE(launcher().alert()->isOpen());
+    press(Qt::Key_Return);
+    EXPECT_FALSE(launcher().alert()->isOpen());
+    EXPECT_FALSE(viewModel().history().guard(mode())) << "left as it is";
+    lift(at(u"Ash"_s), {900, 600});
+    EXPECT_FALSE(launcher().drag()->isLifted());
+    release({900, 600});
+    EXPECT_FALSE(launcher().notice().isEmpty()) << "and it is said why";
+
+    window.reset();
+    start();
     EXPECT_FALSE(launcher().alert()->text().isEmpty());
     press(Qt::Key_Right);
     EXPECT_EQ(selectedLabel(), QString());
     click(u"Ash"_s);
     EXPECT_EQ(opened(), QStringList());
-    press(Qt::Key_Return);
-    EXPECT_FALSE(launcher().alert()->isOpen());
+    clickNamed(u"acceptButton"_s);
+    EXPECT_TRUE(viewModel().history().guard(mode()));
+    EXPECT_EQ(shownTiles(), u"Ash");
 }
 
 TEST_F(LauncherWindowTest, TheOtherModeHasItsOwnGridAndSize) {
@@ -193,19 +227,52 @@ TEST_F(LauncherWindowTest, TheOtherModeHasItsOwnGridAndSize) {
     EXPECT_TRUE(tile(u"A35"_s));
     EXPECT_FALSE(tile(u"A36"_s));
     click(u"A35"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !opened().isEmpty(); }));
+    EXPECT_TRUE(opens(u"A35"_s));
 }
 
-TEST_F(LauncherWindowTest, ANewApplicationAppearsOnThePageThatIsShown) {
-    install({u"Ash"_s, u"Beech"_s});
+TEST_F(LauncherWindowTest, AWindowStaysWhenAGapIsClickedAndIsWhereItWas) {
+    install(manyNames(12));
+    start({1280, 800}, LauncherWindowMode::windowed);
+    clickAt({view().width() / 2, view().height() - 8});
+    clickAt(at(u"A01"_s, {0, -58}));
+    EXPECT_TRUE(view().isVisible());
+    view().setGeometry(30, 40, 700, 500);
+    window->hide();
+    window.reset();
+    start({1280, 800}, LauncherWindowMode::windowed);
+    EXPECT_EQ(view().geometry(), QRect(30, 40, 700, 500));
+    EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), std::nullopt);
+    viewModel().layouts().show(LauncherWindowMode::fullScreen);
+    EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), u"fullScreen"_s);
+}
+
+TEST_F(LauncherWindowTest, AnApplicationThatIsInstalledAppearsByItself) {
+    install({u"Ash"_s});
+    mac.makeFolder(u"/Volumes"_s);
     start();
     const QQuickItem* before = tile(u"Ash"_s);
-    install({u"Cedar"_s});
-    bool isDone = false;
-    viewModel().applications().rescan([&] { isDone = true; });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }));
-    EXPECT_TRUE(tile(u"Cedar"_s));
+    install({u"Beech"_s});
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        mac.time.advance(100ms);
+        return tile(u"Beech"_s) != nullptr;
+    }));
     EXPECT_EQ(tile(u"Ash"_s), before) << "what did not change is not made again";
+}
+
+TEST_F(LauncherWindowTest, AnotherLanguageOfTheSystemIsFollowedWhereItWasNotFixed) {
+    const Locale before(u"is_IS"_s);
+    const auto tellOfChange = [] {
+        QEvent change(QEvent::LocaleChange);
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
+    };
+    mac.machine.locale = before;
+    install({u"Ash"_s});
+    start();
+    tellOfChange();
+    EXPECT_EQ(mac.machine.locale.identifier(), before.identifier());
+    window->followSystemLocale();
+    tellOfChange();
+    EXPECT_EQ(mac.machine.locale.identifier(), Locale::system().identifier());
 }
 
 } // namespace

@@ -1,21 +1,12 @@
 #include "app/alert_panel.h"
 #include "app/backups_panel.h"
 #include "app/past_removals_panel.h"
-#include "app/removal_panel.h"
-#include "app/tile_search.h"
-#include "app/updates_panel.h"
 #include "launcher/launcher_cleanup.h"
-#include "launcher/launcher_editor.h"
-#include "launcher/launcher_messages.h"
-#include "launcher/launcher_search.h"
-#include "launcher/launcher_updates.h"
 #include "launcher/layout_archive.h"
 #include "launcher/small_launcher.h"
+#include "launcher_fixture.h"
 
 #include <QCoreApplication>
-#include <QSignalSpy>
-
-#include <gmock/gmock.h>
 
 namespace tessellar::test {
 namespace {
@@ -23,195 +14,13 @@ namespace {
 /// What the window's parts say, without a window.
 class PanelsTest : public SmallLauncher {
 protected:
-    QStringList found(TileSearch& search) {
-        QStringList labels;
-        if (const PageModel* page = search.results()->tilesOf(search.results()->page()))
-            for (const TileView& tile : page->tiles())
-                labels += tile.label;
-        return labels;
+    PanelsTest() {
+        install(u"Ash"_s);
+        install(u"Oak"_s);
     }
 };
 
-TEST_F(PanelsTest, AllThatIsFoundIsReachedByPagingInTheOrderOfTheIndex) {
-    for (int i = 0; i < 90; ++i)
-        install(u"App %1"_s.arg(i, 2, 10, QLatin1Char('0')));
-    install(u"Zebra"_s);
-    int asked = 0;
-    TileSearch search(start(),
-                      {.isUnavailable = {},
-                       .badge =
-                           [&](const QString&) {
-                               ++asked;
-                               return QString();
-                           },
-                       .smartFolder = {}},
-                      mac.machine);
-    const QSignalSpy changed(&search, &TileSearch::changed);
-    search.setText(u"app"_s);
-    EXPECT_EQ(changed.count(), 1);
-    EXPECT_EQ(search.results()->pageCount(), 3);
-    QStringList all = found(search);
-    EXPECT_EQ(asked, 40) << "only the page that is seen is made";
-    EXPECT_EQ(search.selected(), QUuid::fromString(search.results()->tilesOf(0)->tiles().first().id))
-        << "the best one is selected";
-    for (const int page : {1, 2}) {
-        search.results()->turnTo(page);
-        all += found(search);
-    }
-    QStringList expected;
-    for (const SearchIndex::Hit& hit : launcher->search().search(launcher->shown().mode(), u"app"_s))
-        expected += hit.entry->name;
-    EXPECT_EQ(all.size(), 90);
-    EXPECT_EQ(all, expected);
-    search.results()->turnTo(7);
-    EXPECT_EQ(search.results()->page(), 2) << "the nearest there is";
-
-    search.setText(u"app 0"_s);
-    EXPECT_EQ(search.results()->page(), 0) << "another query begins at its best";
-    search.setText(u"  "_s);
-    EXPECT_FALSE(search.isActive()) << "blanks are no query";
-    EXPECT_EQ(search.results()->pageCount(), 0);
-    search.setText(u"nothing"_s);
-    EXPECT_TRUE(search.isActive());
-    EXPECT_EQ(search.selected(), std::nullopt);
-}
-
-TEST_F(PanelsTest, ASearchFollowsTheScan) {
-    install(u"Ash"_s);
-    TileSearch search(start(), {}, mac.machine);
-    search.setText(u"as"_s);
-    EXPECT_EQ(found(search), QStringList{u"Ash"_s});
-    install(u"Aspen"_s);
-    rescan();
-    search.refresh();
-    EXPECT_EQ(found(search), (QStringList{u"Ash"_s, u"Aspen"_s}));
-}
-
-TEST_F(PanelsTest, ItemsOfARemovalChangeRowByRow) {
-    install(u"Ash"_s);
-    mac.write(mac.machine.places.home + u"/Library/Preferences/org.example.ash.plist"_s, "12345");
-    start();
-    RemovalPanel panel(*launcher);
-    const auto subscription = launcher->cleanup().changed.connect([&] { panel.refresh(); });
-    RemovalItems& items = *panel.items();
-    const QSignalSpy reset(&items, &QAbstractItemModel::modelReset);
-    const QSignalSpy rows(&items, &QAbstractItemModel::dataChanged);
-    const auto turn = [&] {
-        mac.settle();
-        QCoreApplication::sendPostedEvents(&panel);
-    };
-    launcher->cleanup().open(u"org.example.ash"_s);
-    turn();
-    ASSERT_EQ(panel.phase(), u"review");
-    ASSERT_EQ(items.rowCount(), 2);
-    EXPECT_EQ(reset.count(), 1) << "sizes that come in change rows";
-    const auto value = [&](RemovalItems::Role role) { return items.data(items.index(1), role); };
-    EXPECT_EQ(value(RemovalItems::NameRole), u"org.example.ash.plist"_s);
-    EXPECT_NE(value(RemovalItems::SizeRole), u"…"_s);
-    EXPECT_EQ(value(RemovalItems::SelectedRole), true);
-
-    const qsizetype before = rows.count();
-    panel.select(value(RemovalItems::PathRole).toString(), false);
-    turn();
-    EXPECT_EQ(value(RemovalItems::SelectedRole), false);
-    ASSERT_EQ(rows.count(), before + 1);
-    EXPECT_EQ(rows.last().at(0).toModelIndex().row(), 1);
-    EXPECT_EQ(rows.last().at(2).value<QList<int>>(), QList<int>{RemovalItems::SelectedRole});
-
-    panel.cancel();
-    EXPECT_EQ(items.data(items.index(1), RemovalItems::NameRole), QVariant())
-        << "gone, though nobody was told yet";
-    turn();
-    EXPECT_EQ(items.rowCount(), 0);
-    EXPECT_EQ(reset.count(), 2);
-}
-
-TEST_F(PanelsTest, AReviewIsReadAndChosenFromByKeyboard) {
-    install(u"Ash"_s);
-    const QString library = mac.machine.places.home + u"/Library/"_s;
-    mac.write(library + u"Preferences/org.example.ash.plist"_s, "12345");
-    mac.makeFolder(library + u"Application Support/Ash"_s);
-    QList<QByteArray> shown;
-    mac.tool(u"/usr/bin/open"_s, [&](const Command& command, std::stop_token) {
-        shown = command.arguments;
-        return exited(0);
-    });
-    start();
-    RemovalPanel panel(*launcher);
-    const auto subscription = launcher->cleanup().changed.connect([&] { panel.refresh(); });
-    RemovalItems& items = *panel.items();
-    const auto press = [&](int key, bool withControl = false) {
-        panel.pressKey(key, withControl);
-        mac.settle();
-        QCoreApplication::sendPostedEvents(&panel);
-    };
-    launcher->cleanup().open(u"org.example.ash"_s);
-    press(Qt::Key_Down); // nothing yet: a turn for the scan
-    ASSERT_EQ(items.rowCount(), 3);
-    EXPECT_EQ(items.data(items.index(1), RemovalItems::FolderRole), library + u"Application Support"_s);
-    EXPECT_EQ(panel.staying(), u"1 item will stay");
-    EXPECT_FALSE(panel.isAllSelected());
-
-    press(Qt::Key_Home);
-    press(Qt::Key_Down);
-    press(Qt::Key_Space);
-    EXPECT_TRUE(panel.isAllSelected());
-    EXPECT_EQ(panel.staying(), QString());
-    press(Qt::Key_R, true);
-    EXPECT_EQ(shown,
-              (QList<QByteArray>{"-R", mac.hostPath(library + u"Application Support/Ash"_s).toUtf8()}));
-    press(Qt::Key_A, true);
-    EXPECT_FALSE(panel.canRemove());
-    press(Qt::Key_Backspace, true);
-    EXPECT_EQ(panel.phase(), u"review") << "nothing is chosen";
-    press(Qt::Key_End);
-    press(Qt::Key_Down);
-    EXPECT_EQ(panel.currentRow(), 2);
-    press(Qt::Key_Space);
-    EXPECT_TRUE(panel.total().startsWith(u"1 item,"));
-    press(Qt::Key_Backspace, true);
-    EXPECT_EQ(panel.phase(), u"done");
-    EXPECT_FALSE(mac.exists(library + u"Preferences/org.example.ash.plist"_s));
-    press(Qt::Key_Return);
-    EXPECT_FALSE(panel.isOpen());
-
-    // Once more, after a restart.
-    start();
-    PastRemovalsPanel past(*launcher);
-    const auto following = launcher->cleanup().changed.connect([&] { past.refresh(); });
-    past.open();
-    mac.settle();
-    ASSERT_EQ(past.removals().size(), 1);
-    EXPECT_EQ(past.removals().first().toMap()[u"name"_s], u"Ash"_s);
-    EXPECT_EQ(past.removals().first().toMap()[u"canPutBack"_s], true);
-    past.putBack(past.removals().first().toMap()[u"id"_s].toString());
-    mac.settle();
-    EXPECT_TRUE(mac.exists(library + u"Preferences/org.example.ash.plist"_s));
-    EXPECT_EQ(past.removals().first().toMap()[u"canPutBack"_s], false);
-}
-
-TEST_F(PanelsTest, TheIntervalOfChecksIsChosenFromFour) {
-    start();
-    UpdatesPanel panel(*launcher);
-    const auto chosen = [&] {
-        for (const QVariant& interval : panel.intervals())
-            if (interval.toMap()[u"isChosen"_s].toBool())
-                return interval.toMap()[u"title"_s].toString();
-        return QString();
-    };
-    panel.chooseInterval(7 * 24 * 3600);
-    EXPECT_EQ(chosen(), u"Week");
-    panel.chooseInterval(5);
-    EXPECT_EQ(chosen(), u"Week") << "no such interval";
-    panel.stepInterval(1);
-    EXPECT_EQ(chosen(), u"Week");
-    panel.stepInterval(-1);
-    EXPECT_EQ(chosen(), u"3 Days");
-}
-
 TEST_F(PanelsTest, BackupsAreListedAndRestoredAfterAQuestion) {
-    install(u"Ash"_s);
-    install(u"Oak"_s);
     store({{folder(u"Trees"_s, {{app(u"Oak"_s), app(u"Ash"_s)}})}});
     start();
     BackupsPanel panel(*launcher);
@@ -242,8 +51,6 @@ TEST_F(PanelsTest, BackupsAreListedAndRestoredAfterAQuestion) {
 }
 
 TEST_F(PanelsTest, AlertsOfferTheWayOut) {
-    install(u"Ash"_s);
-    install(u"Oak"_s);
     mac.write(data + u"/layout.json"_s, "no layout");
     start();
     AlertPanel alert(*launcher);
@@ -282,6 +89,173 @@ TEST_F(PanelsTest, AlertsOfferTheWayOut) {
     alert.refresh();
     EXPECT_FALSE(alert.isOpen());
     EXPECT_EQ(sketch(stored().pages), u"Ash Fir");
+}
+
+/// What the review of a removal says and does, without a window.
+class RemovalPanelTest : public SmallLauncher {
+protected:
+    RemovalPanelTest() {
+        install(u"Ash"_s);
+        mac.write(preferences, "12345");
+    }
+    void review() {
+        start();
+        panel = std::make_unique<RemovalPanel>(*launcher);
+        subscription = launcher->cleanup().changed.connect([&] { panel->refresh(); });
+        launcher->cleanup().open(u"org.example.ash"_s);
+    }
+    void turn() {
+        mac.settle();
+        QCoreApplication::sendPostedEvents(panel.get());
+    }
+    void press(int key, bool withControl = false) {
+        panel->pressKey(key, withControl);
+        turn();
+    }
+    QVariant value(RemovalItems::Role role) {
+        return panel->items()->data(panel->items()->index(1), role);
+    }
+
+    const QString library = mac.machine.places.home + u"/Library/"_s;
+    const QString preferences = library + u"Preferences/org.example.ash.plist"_s;
+    std::unique_ptr<RemovalPanel> panel;
+    Subscription subscription;
+};
+
+TEST_F(RemovalPanelTest, ItemsChangeRowByRow) {
+    review();
+    RemovalItems& items = *panel->items();
+    const QSignalSpy reset(&items, &QAbstractItemModel::modelReset);
+    const QSignalSpy rows(&items, &QAbstractItemModel::dataChanged);
+    turn();
+    ASSERT_EQ(panel->phase(), u"review");
+    ASSERT_EQ(items.rowCount(), 2);
+    EXPECT_EQ(reset.count(), 1) << "sizes that come in change rows";
+    EXPECT_EQ(value(RemovalItems::NameRole), u"org.example.ash.plist"_s);
+    EXPECT_NE(value(RemovalItems::SizeRole), u"…"_s);
+    EXPECT_EQ(value(RemovalItems::SelectedRole), true);
+
+    const qsizetype before = rows.count();
+    panel->select(value(RemovalItems::PathRole).toString(), false);
+    turn();
+    EXPECT_EQ(value(RemovalItems::SelectedRole), false);
+    ASSERT_EQ(rows.count(), before + 1);
+    EXPECT_EQ(rows.last().at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(rows.last().at(2).value<QList<int>>(), QList<int>{RemovalItems::SelectedRole});
+
+    panel->cancel();
+    EXPECT_EQ(value(RemovalItems::NameRole), QVariant()) << "gone, though nobody was told yet";
+    turn();
+    EXPECT_EQ(items.rowCount(), 0);
+    EXPECT_EQ(reset.count(), 2);
+}
+
+TEST_F(RemovalPanelTest, AReviewIsReadAndChosenFromByKeyboard) {
+    mac.makeFolder(library + u"Application Support/Ash"_s);
+    mac.tool(u"/usr/bin/open"_s, exited(0));
+    review();
+    press(Qt::Key_Down); // nothing yet: a turn for the scan
+    ASSERT_EQ(panel->items()->rowCount(), 3);
+    EXPECT_EQ(value(RemovalItems::FolderRole), library + u"Application Support"_s);
+    EXPECT_EQ(panel->staying(), u"1 item will stay");
+    EXPECT_FALSE(panel->isAllSelected());
+
+    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Down, Qt::Key_Space})
+        press(key);
+    EXPECT_TRUE(panel->isAllSelected());
+    EXPECT_EQ(panel->staying(), QString());
+    press(Qt::Key_R, true);
+    EXPECT_EQ(mac.commands.commands().last().arguments,
+              (QList<QByteArray>{"-R", mac.hostPath(library + u"Application Support/Ash"_s).toUtf8()}));
+    press(Qt::Key_A, true);
+    EXPECT_FALSE(panel->canRemove());
+    press(Qt::Key_Backspace, true);
+    EXPECT_EQ(panel->phase(), u"review") << "nothing is chosen";
+    press(Qt::Key_End);
+    press(Qt::Key_Down);
+    EXPECT_EQ(panel->currentRow(), 2);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(panel->total().startsWith(u"1 item,"));
+    press(Qt::Key_Backspace, true);
+    EXPECT_EQ(panel->phase(), u"done");
+    EXPECT_FALSE(mac.exists(preferences));
+    press(Qt::Key_Return);
+    EXPECT_FALSE(panel->isOpen());
+
+    // Once more, after a restart.
+    subscription = {};
+    panel.reset();
+    start();
+    PastRemovalsPanel past(*launcher);
+    const auto following = launcher->cleanup().changed.connect([&] { past.refresh(); });
+    past.open();
+    mac.settle();
+    ASSERT_EQ(past.removals().size(), 1);
+    const QVariantMap removal = past.removals().first().toMap();
+    EXPECT_EQ(removal[u"name"_s], u"Ash"_s);
+    EXPECT_EQ(removal[u"canPutBack"_s], true);
+    past.putBack(removal[u"id"_s].toString());
+    mac.settle();
+    EXPECT_TRUE(mac.exists(preferences));
+    EXPECT_EQ(past.removals().first().toMap()[u"canPutBack"_s], false);
+}
+
+/// The same in the window.
+class RemovalSheetTest : public LauncherFixture {
+protected:
+    void review() {
+        mac.tool(u"/bin/ps"_s, exited(0));
+        install({u"Ash"_s});
+        start();
+        chooseAt(u"Ash"_s, u"Move to Trash…"_s);
+    }
+    RemovalPanel& removal() { return *panels().removal(); }
+    bool hasItems(int count) {
+        return QTest::qWaitFor([&] { return removal().items()->rowCount() == count; });
+    }
+
+    const QString library = mac.machine.places.home + u"/Library/"_s;
+};
+
+TEST_F(RemovalSheetTest, AnApplicationIsMovedToTheTrashAndPutBack) {
+    const QString leftover = library + u"Preferences/org.example.ash.plist"_s;
+    mac.write(leftover, "x");
+    review();
+    ASSERT_TRUE(hasItems(2));
+    const RemovalItems& items = *removal().items();
+    const auto isChosen = [&] {
+        return items.data(items.index(1), RemovalItems::SelectedRole).toBool();
+    };
+    EXPECT_TRUE(isChosen());
+    clickNamed(u"removalItem"_s); // the last of them
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isChosen(); }));
+    clickNamed(u"removalItem"_s);
+    EXPECT_TRUE(QTest::qWaitFor(isChosen));
+    clickNamed(u"removalAccept"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return removal().phase() == u"done"; }));
+    EXPECT_FALSE(mac.exists(leftover));
+    EXPECT_FALSE(tile(u"Ash"_s));
+    clickNamed(u"removalRestore"_s);
+    EXPECT_TRUE(isSeen(u"Ash"_s));
+    EXPECT_TRUE(mac.exists(leftover));
+    EXPECT_FALSE(removal().isOpen());
+}
+
+TEST_F(RemovalSheetTest, KeysLeadFromOneEndOfALongReviewToTheOther) {
+    for (int i = 0; i < 150; ++i)
+        mac.write(library + u"Caches/org.example.ash.%1"_s.arg(i), "x");
+    review();
+    ASSERT_TRUE(hasItems(151));
+    const auto isAt = [&](const char* end) {
+        layOut();
+        const QQuickItem* items = named(u"removalItems"_s);
+        return items && items->property(end).toBool();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isAt("atYBeginning") && !isAt("atYEnd"); }));
+    press(Qt::Key_End);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isAt("atYEnd"); }));
+    press(Qt::Key_Home);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isAt("atYBeginning"); }));
 }
 
 } // namespace

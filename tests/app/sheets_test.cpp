@@ -1,9 +1,11 @@
+#include "app/settings_panel.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_arrangements.h"
-#include "launcher/launcher_editor.h"
-#include "launcher/launcher_messages.h"
+#include "launcher/layout_archive.h"
 #include "launcher/place_memory.h"
 #include "launcher_fixture.h"
+
+#include <QClipboard>
 
 namespace tessellar::test {
 namespace {
@@ -11,150 +13,127 @@ namespace {
 /// The sheets about an application, about saved arrangements, and about what is not on the pages.
 class SheetsTest : public LauncherFixture {
 protected:
-    void show() {
-        install({u"Ash"_qs, u"Beech"_qs, u"Oak"_qs});
-        store({{app(u"Ash"_qs), folder(u"Trees"_qs, {{app(u"Oak"_qs), app(u"Beech"_qs)}})}});
-        start();
-    }
-    QQuickItem* sheet(const char* name) { return itemWith("objectName", QLatin1StringView(name)); }
-    bool comes(const char* name) {
-        return QTest::qWaitFor([&] { return sheet(name) != nullptr; });
-    }
-    bool goes(const char* name) {
-        return QTest::qWaitFor([&] { return sheet(name) == nullptr; });
+    SheetsTest() {
+        install({u"Ash"_s, u"Beech"_s, u"Oak"_s});
+        store({{app(u"Ash"_s), folder(u"Trees"_s, {{app(u"Oak"_s), app(u"Beech"_s)}})}});
     }
     QString valueOf(const QString& label) {
         QQuickItem* line = itemWith("label", label);
         return line ? line->property("text").toString() : QString();
     }
-    void clear(const QString& text) {
-        press(Qt::Key_A, Qt::ControlModifier);
-        type(text);
-    }
-    QStringList saved() {
-        QStringList names;
-        for (const QVariant& row : launcher().panels()->arrangements()->arrangements())
-            names += row.toMap()[u"title"_qs].toString();
-        return names;
-    }
+    QVariant typedIn(const QString& field) { return named(field)->property("value"); }
     bool hasSaved(const QStringList& names) {
-        return QTest::qWaitFor([&] { return saved() == names; });
+        return QTest::qWaitFor([&] {
+            QStringList saved;
+            for (const QVariant& row : panels().arrangements()->arrangements())
+                saved += row.toMap()[u"title"_s].toString();
+            return saved == names;
+        });
     }
-    void answer(bool accepted) {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->isOpen(); }));
-        launcher().alert()->answer(accepted);
+    bool isShown(const QString& tiles) {
+        return QTest::qWaitFor([&] { return shownTiles() == tiles; });
     }
 };
 
 TEST_F(SheetsTest, AllAboutAnApplicationIsAKeyAway) {
-    show();
+    start();
     press(Qt::Key_I, Qt::ControlModifier);
     EXPECT_TRUE(launcher().sheets()->current().isEmpty()) << "nothing is selected";
     press(Qt::Key_Right);
     press(Qt::Key_I, Qt::ControlModifier);
-    ASSERT_TRUE(comes("informationSheet"));
-    EXPECT_EQ(valueOf(u"Name"_qs), u"Ash");
-    EXPECT_EQ(valueOf(u"Bundle Identifier"_qs), u"org.example.ash");
+    ASSERT_TRUE(comes(u"informationSheet"_s));
+    EXPECT_EQ(valueOf(u"Name"_s), u"Ash");
+    EXPECT_EQ(valueOf(u"Bundle Identifier"_s), u"org.example.ash");
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        mac.time.advance(std::chrono::milliseconds(0)); // channels are asked in a timer
-        return !launcher().panels()->information()->isPending();
+        mac.time.advance(0ms); // channels are asked in a timer
+        return !panels().information()->isPending();
     }));
-    EXPECT_EQ(valueOf(u"Version"_qs), u"1.0");
-    clickNamed(u"revealButton"_qs);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return opened().contains(u"Ash.app"_qs); }));
+    EXPECT_EQ(valueOf(u"Version"_s), u"1.0");
+    clickNamed(u"revealButton"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return opened().contains(u"Ash.app"_s); }));
     press(Qt::Key_Escape);
-    ASSERT_TRUE(goes("informationSheet"));
+    ASSERT_TRUE(goes(u"informationSheet"_s));
 
     // Of what was found, too.
-    type(u"oak"_qs);
+    type(u"oak"_s);
     press(Qt::Key_I, Qt::ControlModifier);
-    ASSERT_TRUE(comes("informationSheet"));
-    EXPECT_EQ(valueOf(u"Name"_qs), u"Oak");
+    ASSERT_TRUE(comes(u"informationSheet"_s));
+    EXPECT_EQ(valueOf(u"Name"_s), u"Oak");
     press(Qt::Key_Return); // "Done"
-    ASSERT_TRUE(goes("informationSheet"));
+    ASSERT_TRUE(goes(u"informationSheet"_s));
     EXPECT_TRUE(launcher().search()->isActive());
 }
 
 TEST_F(SheetsTest, ArrangementsAreSavedRenamedReplacedDeletedAndRestored) {
-    show();
+    start();
     launcher().openArrangements();
-    ASSERT_TRUE(comes("arrangementsSheet"));
-    type(u"mine"_qs);
-    press(Qt::Key_Return);
-    ASSERT_TRUE(hasSaved({u"mine"_qs}));
-    EXPECT_EQ(itemWith("objectName", u"arrangementField"_qs)->property("value"), QString());
-
-    clickNamed(u"arrangementMore"_qs);
-    choose(u"Rename…"_qs);
-    EXPECT_EQ(itemWith("objectName", u"arrangementField"_qs)->property("value"), u"mine"_qs);
-    clear(u"ours"_qs);
-    press(Qt::Key_Return);
-    ASSERT_TRUE(hasSaved({u"ours"_qs}));
-    EXPECT_EQ(launcher().panels()->arrangements()->undoText(), u"Undo Rename to “ours”");
-
-    clickNamed(u"arrangementMore"_qs);
-    choose(u"Export…"_qs);
+    ASSERT_TRUE(comes(u"arrangementsSheet"_s));
+    const auto more = [&](const QString& title) {
+        clickNamed(u"arrangementMore"_s);
+        choose(title);
+    };
+    const auto enter = [&](const QString& text) {
+        press(Qt::Key_A, Qt::ControlModifier);
+        type(text);
+        press(Qt::Key_Return);
+    };
+    enter(u"mine"_s);
+    ASSERT_TRUE(hasSaved({u"mine"_s}));
+    EXPECT_EQ(typedIn(u"arrangementField"_s), QString());
+    more(u"Rename…"_s);
+    EXPECT_EQ(typedIn(u"arrangementField"_s), u"mine"_s);
+    enter(u"ours"_s);
+    ASSERT_TRUE(hasSaved({u"ours"_s}));
+    EXPECT_EQ(panels().arrangements()->undoText(), u"Undo Rename to “ours”");
+    more(u"Export…"_s);
     press(Qt::Key_Return);
     ASSERT_TRUE(
-        QTest::qWaitFor([&] { return mac.exists(u"/Users/ada/ours.tessellar-arrangement"_qs); }));
-    clickNamed(u"arrangementMore"_qs);
-    choose(u"Delete…"_qs);
-    answer(false);
-    clickNamed(u"arrangementMore"_qs);
-    choose(u"Delete…"_qs);
-    answer(true);
+        QTest::qWaitFor([&] { return mac.exists(u"/Users/ada/ours.tessellar-arrangement"_s); }));
+    for (const bool isWanted : {false, true}) {
+        ASSERT_TRUE(hasSaved({u"ours"_s}));
+        more(u"Delete…"_s);
+        answer(isWanted);
+    }
     ASSERT_TRUE(hasSaved({}));
-    clickNamed(u"arrangementImport"_qs);
-    clear(u"nowhere"_qs);
-    press(Qt::Key_Return);
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return !launcher().panels()->arrangements()->issue().isEmpty(); }));
+    clickNamed(u"arrangementImport"_s);
+    enter(u"nowhere"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !panels().arrangements()->issue().isEmpty(); }));
     press(Qt::Key_Escape);
-    EXPECT_EQ(launcher().panels()->arrangements()->task(), u"save") << "one step back";
-    ASSERT_TRUE(sheet("arrangementsSheet"));
-    clickNamed(u"arrangementUndo"_qs);
-    ASSERT_TRUE(hasSaved({u"ours"_qs}));
+    EXPECT_EQ(panels().arrangements()->task(), u"save") << "one step back";
+    ASSERT_TRUE(named(u"arrangementsSheet"_s));
+    clickNamed(u"arrangementUndo"_s);
+    ASSERT_TRUE(hasSaved({u"ours"_s}));
 
-    ASSERT_TRUE(viewModel().editor().ungroupFolder(viewModel().shown().mode(), idOf(u"Trees"_qs)));
+    ASSERT_TRUE(editor().ungroupFolder(mode(), idOf(u"Trees"_s)));
     EXPECT_EQ(shownTiles(), u"Ash Oak Beech");
-    clickNamed(u"restoreButton"_qs);
-    ASSERT_TRUE(goes("arrangementsSheet"));
+    clickNamed(u"restoreButton"_s);
+    ASSERT_TRUE(goes(u"arrangementsSheet"_s));
     answer(true);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shownTiles() == u"Ash [Trees: Oak Beech]"; }));
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shownTiles() == u"Ash Oak Beech"; }));
+    EXPECT_TRUE(isShown(u"Ash [Trees: Oak Beech]"_s));
+    undo();
+    EXPECT_TRUE(isShown(u"Ash Oak Beech"_s));
 }
 
-TEST_F(SheetsTest, WhatIsHiddenComesBackFromItsSheet) {
-    show();
-    ASSERT_TRUE(viewModel().editor().hideApps(viewModel().shown().mode(), {idOf(u"Ash"_qs)}));
-    launcher().openMenu({}, {640, 700});
-    choose(u"Hidden and Remembered…"_qs);
-    ASSERT_TRUE(comes("unplacedSheet"));
-    EXPECT_TRUE(itemWith("title", u"Hidden applications"_qs) ||
-                itemWith("text", u"Hidden applications"_qs));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("objectName", u"unplacedAction"_qs); }));
-    clickNamed(u"unplacedAction"_qs);
+TEST_F(SheetsTest, WhatIsHiddenComesBackAndAPlaceIsForgottenAfterAQuestion) {
+    start();
+    const auto remembered = [&] { return summaries(viewModel().places()[mode()]).size(); };
+    ASSERT_TRUE(editor().hideApps(mode(), {idOf(u"Ash"_s)}));
+    chooseInGrid(u"Hidden and Remembered…"_s);
+    ASSERT_TRUE(comes(u"unplacedSheet"_s));
+    EXPECT_TRUE(itemWith("title", u"Hidden applications"_s) ||
+                itemWith("text", u"Hidden applications"_s));
+    clickNamed(u"unplacedAction"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return viewModel().shown().hiddenKeys().isEmpty(); }));
-    EXPECT_EQ(launcher().panels()->unplaced()->summary(),
-              u"Nothing is hidden, and everything has its tile.");
+    EXPECT_EQ(panels().unplaced()->summary(), u"Nothing is hidden, and everything has its tile.");
     press(Qt::Key_Escape);
-    ASSERT_TRUE(goes("unplacedSheet"));
-}
+    ASSERT_TRUE(goes(u"unplacedSheet"_s));
 
-TEST_F(SheetsTest, APlaceIsForgottenAfterAQuestion) {
-    show();
-    const LauncherWindowMode mode = viewModel().shown().mode();
-    const auto remembered = [&] { return summaries(viewModel().places()[mode]).size(); };
-    mac.remove(u"/Applications/Oak.app"_qs);
+    mac.remove(u"/Applications/Oak.app"_s);
     viewModel().applications().rescan();
     ASSERT_TRUE(QTest::qWaitFor([&] { return remembered() == 1; }));
-    launcher().openMenu({}, {640, 700});
-    choose(u"Hidden and Remembered…"_qs);
-    ASSERT_TRUE(comes("unplacedSheet"));
+    chooseInGrid(u"Hidden and Remembered…"_s);
     for (const bool isWanted : {false, true}) {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("objectName", u"unplacedAction"_qs); }));
-        clickNamed(u"unplacedAction"_qs);
+        clickNamed(u"unplacedAction"_s);
         EXPECT_EQ(remembered(), 1);
         answer(isWanted);
     }
@@ -162,100 +141,215 @@ TEST_F(SheetsTest, APlaceIsForgottenAfterAQuestion) {
 }
 
 TEST_F(SheetsTest, ANewUserIsWelcomedUntilTheWelcomeIsAnswered) {
-    install({u"Ash"_qs, u"Beech"_qs});
+    mac.remove(mac.machine.places.applicationFolder());
     start();
-    const auto version = [&] { return mac.machine.settings.text(u"lastVersion"_qs); };
-    const QString changelog = u"## 1.1.0\n\n- More\n"_qs;
-    window->welcome(changelog, u"1.0.0"_qs);
-    ASSERT_TRUE(comes("arrangingSheet"));
+    const auto version = [&] { return mac.machine.settings.text(u"lastVersion"_s); };
+    const QString changelog = u"## 1.1.0\n\n- More\n"_s;
+    window->welcome(changelog, u"1.0.0"_s);
+    ASSERT_TRUE(comes(u"arrangingSheet"_s));
     EXPECT_FALSE(version()) << "a start that ends here was not the first";
     press(Qt::Key_Escape);
-    ASSERT_TRUE(goes("arrangingSheet"));
+    ASSERT_TRUE(goes(u"arrangingSheet"_s));
     EXPECT_TRUE(QTest::qWaitFor([&] { return version() == u"1.0.0"; }));
-    window->welcome(changelog, u"1.1.0"_qs);
-    ASSERT_TRUE(comes("newsSheet"));
+    window->welcome(changelog, u"1.1.0"_s);
+    ASSERT_TRUE(comes(u"newsSheet"_s));
     EXPECT_EQ(version(), u"1.0.0");
     press(Qt::Key_Escape);
-    ASSERT_TRUE(goes("newsSheet"));
+    ASSERT_TRUE(goes(u"newsSheet"_s));
     EXPECT_TRUE(QTest::qWaitFor([&] { return version() == u"1.1.0"; }));
 }
 
 TEST_F(SheetsTest, WaysToArrangeAreLookedThroughBeforeOneIsTaken) {
-    show();
+    start();
     const Pages before = viewModel().shown().pages();
-    launcher().openArranging(true);
-    ASSERT_TRUE(comes("arrangingSheet"));
-    EXPECT_EQ(sheet("arrangingSheet")->property("title"), u"Welcome to Tessellar"_qs);
-    ArrangingPanel& panel = *launcher().panels()->arranging();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return panel.choices().size() == 2; }));
-    EXPECT_EQ(panel.picture()[u"tiles"_qs].toList().size(), 3) << "no category: no folder";
+    ArrangingPanel& panel = *panels().arranging();
+    const auto open = [&](bool isWelcome) {
+        launcher().openArranging(isWelcome);
+        ASSERT_TRUE(comes(u"arrangingSheet"_s));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return panel.choices().size() == 2; }));
+    };
+    open(true);
+    EXPECT_EQ(named(u"arrangingSheet"_s)->property("title"), u"Welcome to Tessellar"_s);
+    EXPECT_EQ(panel.picture()[u"tiles"_s].toList().size(), 3) << "no category: no folder";
     press(Qt::Key_Escape);
-    ASSERT_TRUE(goes("arrangingSheet"));
+    ASSERT_TRUE(goes(u"arrangingSheet"_s));
     EXPECT_EQ(viewModel().shown().pages(), before);
 
-    launcher().openArranging(false);
-    ASSERT_TRUE(comes("arrangingSheet"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return panel.choices().size() == 2; }));
+    open(false);
     press(Qt::Key_Right);
-    EXPECT_TRUE(panel.choices()[1].toMap()[u"isChosen"_qs].toBool());
+    EXPECT_TRUE(panel.choices()[1].toMap()[u"isChosen"_s].toBool());
     press(Qt::Key_Return);
-    ASSERT_TRUE(goes("arrangingSheet"));
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return sketch(viewModel().shown().pages()) == u"Ash Beech Oak"; }));
+    ASSERT_TRUE(goes(u"arrangingSheet"_s));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shownTiles() == u"Ash Beech Oak"; }));
 }
 
 TEST_F(SheetsTest, AnIconsFileIsTypedOrChosenAndNotLostByEscape) {
-    show();
-    rightClick(u"Ash"_qs);
-    choose(u"Change Icon…"_qs);
-    ASSERT_TRUE(comes("iconSheet"));
+    start();
+    const auto open = [&] {
+        chooseAt(u"Ash"_s, u"Change Icon…"_s);
+        ASSERT_TRUE(comes(u"iconSheet"_s));
+    };
+    open();
     press(Qt::Key_Escape);
-    ASSERT_TRUE(goes("iconSheet")) << "nothing was typed";
-    rightClick(u"Ash"_qs);
-    choose(u"Change Icon…"_qs);
-    ASSERT_TRUE(comes("iconSheet"));
-    type(u"/nowhere.icns"_qs);
+    ASSERT_TRUE(goes(u"iconSheet"_s)) << "nothing was typed";
+    open();
+    type(u"/nowhere.icns"_s);
     press(Qt::Key_Escape);
     answer(false);
-    EXPECT_EQ(itemWith("objectName", u"iconPath"_qs)->property("value").toString(), u"/nowhere.icns");
-    clickNamed(u"iconAccept"_qs);
+    EXPECT_EQ(typedIn(u"iconPath"_s), u"/nowhere.icns"_s);
+    clickNamed(u"iconAccept"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !launcher().sheets()->issue().isEmpty(); }));
-    ASSERT_TRUE(sheet("iconSheet")) << "with what was typed";
+    ASSERT_TRUE(named(u"iconSheet"_s)) << "with what was typed";
     clickAt({3, 3});
     answer(true);
-    ASSERT_TRUE(goes("iconSheet"));
+    ASSERT_TRUE(goes(u"iconSheet"_s));
 
-    rightClick(u"Ash"_qs);
-    choose(u"Change Icon…"_qs);
-    ASSERT_TRUE(comes("iconSheet"));
-    clickNamed(u"iconBrowse"_qs);
+    open();
+    clickNamed(u"iconBrowse"_s);
     QObject* dialog = nullptr;
-    for (QObject* object : sheet("iconSheet")->findChildren<QObject*>())
+    for (QObject* object : named(u"iconSheet"_s)->findChildren<QObject*>())
         if (object->inherits("QQuickFileDialog"))
             dialog = object;
     ASSERT_TRUE(dialog);
     EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->property("visible").toBool(); }));
-    ASSERT_TRUE(QMetaObject::invokeMethod(sheet("iconBrowse"), "chosen",
-                                          Q_ARG(QUrl, QUrl(u"file:///chosen/tree.icns"_qs))));
-    EXPECT_EQ(itemWith("objectName", u"iconPath"_qs)->property("value").toString(),
-              u"/chosen/tree.icns");
+    ASSERT_TRUE(QMetaObject::invokeMethod(named(u"iconBrowse"_s), "chosen",
+                                          Q_ARG(QUrl, QUrl(u"file:///chosen/tree.icns"_s))));
+    EXPECT_EQ(typedIn(u"iconPath"_s), u"/chosen/tree.icns"_s);
 }
 
-TEST_F(SheetsTest, TheyFitTheSmallestWindow) {
-    install({u"Ash"_qs});
-    start({320, 240}, LauncherWindowMode::windowed);
-    press(Qt::Key_Right);
-    press(Qt::Key_I, Qt::ControlModifier);
-    ASSERT_TRUE(comes("informationSheet"));
-    const auto fits = [&] {
-        const QQuickItem* card = itemWith("objectName", u"sheetCard"_qs);
-        return card && card->mapRectToScene(card->boundingRect()).bottom() <= 240 &&
-               card->width() <= 320;
-    };
-    EXPECT_TRUE(fits());
-    launcher().openArrangements();
-    ASSERT_TRUE(comes("arrangementsSheet"));
-    EXPECT_TRUE(fits());
+TEST_F(SheetsTest, TabGoesToBackupsThatAreOutOfView) {
+    start();
+    for (int i = 0; i < 14; ++i)
+        ASSERT_TRUE(viewModel().archive().reset(LauncherWindowMode::fullScreen));
+    chooseInGrid(u"Backups…"_s);
+    ASSERT_TRUE(comes(u"backupsList"_s) && comes(u"restoreButton"_s));
+    for (int i = 0; i < 14; ++i) {
+        press(Qt::Key_Tab);
+        const QQuickItem* focused = view().activeFocusItem();
+        ASSERT_EQ(focused->objectName(), u"restoreButton") << i;
+        const QQuickItem* list = named(u"backupsList"_s);
+        const QRectF shown = focused->mapRectToItem(list, focused->boundingRect());
+        EXPECT_TRUE(list->boundingRect().contains(shown)) << i;
+    }
+    press(Qt::Key_Escape);
+    EXPECT_EQ(launcher().sheets()->current(), QString());
+}
+
+class SettingsSheetTest : public LauncherFixture {
+protected:
+    void open() {
+        install(manyNames(30));
+        start({1440, 900});
+        press(Qt::Key_Comma, Qt::ControlModifier);
+        ASSERT_TRUE(named(u"settingsSheet"_s));
+    }
+    SettingsPanel& panel() { return *panels().settings(); }
+    /// What is stored, once everything has been written.
+    const Settings& stored() {
+        mac.settle();
+        return mac.machine.settings;
+    }
+    int columns() { return launcher().grid()->metrics().columns; }
+    QVariantMap row(const QString& key) {
+        for (const QVariant& section : panel().sections())
+            for (const QVariant& row : section.toMap()[u"rows"_s].toList())
+                if (row.toMap()[u"key"_s] == key)
+                    return row.toMap();
+        return {};
+    }
+    /// Carries the slider of columns to its end, which is where it returns; the button stays down.
+    QPoint slide() {
+        QQuickItem* slider = named(u"gridColumns"_s);
+        const QPoint to =
+            slider->mapToScene(QPointF(slider->width() - 2, slider->height() / 2)).toPoint();
+        lift(middle(slider), to);
+        return to;
+    }
+};
+
+TEST_F(SettingsSheetTest, TheGridFollowsTheHandAndIsStoredWhenItLetsGo) {
+    open();
+    const QPoint end = slide();
+    EXPECT_EQ(columns(), 10);
+    EXPECT_FALSE(stored().value(u"gridColumns"_s)) << "not before the hand lets go";
+    release(end);
+    EXPECT_TRUE(row(u"gridColumns"_s)[u"isSet"_s].toBool()) << "at once, before it is written";
+    EXPECT_EQ(stored().integer(u"gridColumns"_s), 10);
+    press({Qt::Key_Left, Qt::Key_Left});
+    EXPECT_EQ(stored().integer(u"gridColumns"_s), 8) << "and by the keys";
+    panel().reset(u"gridColumns"_s);
+    EXPECT_FALSE(stored().value(u"gridColumns"_s));
+    EXPECT_EQ(columns(), 8);
+
+    // What was only tried out goes with the sheet.
+    slide();
+    EXPECT_EQ(columns(), 10);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(launcher().sheets()->current().isEmpty());
+    release(end);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return columns() == 8; }));
+    EXPECT_FALSE(stored().value(u"gridColumns"_s));
+}
+
+TEST_F(SettingsSheetTest, ReturnKeepsTheSheetWithWhatIsWrong) {
+    open();
+    auto* input = named(u"addFolder"_s)->property("input").value<QQuickItem*>();
+    input->forceActiveFocus();
+    type(u"tools"_s);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(named(u"settingsSheet"_s));
+    EXPECT_TRUE(panel().issue().contains(u"~/"_s)) << panel().issue().toStdString();
+    EXPECT_EQ(input->property("text"), u"tools"_s);
+}
+
+TEST_F(SettingsSheetTest, EachModeHasAGridOfItsOwn) {
+    open();
+    panel().choose(u"window.mode"_s, 1);
+    EXPECT_TRUE(launcher().isWindowed());
+    EXPECT_TRUE(row(u"gridRows"_s).isEmpty());
+    panel().set(u"windowed.gridRows"_s, 4);
+    mac.settle();
+    EXPECT_EQ(viewModel().layout(LauncherWindowMode::windowed).settings().rows, 4);
+    EXPECT_EQ(viewModel().layout(LauncherWindowMode::fullScreen).settings().rows, 5);
+}
+
+TEST_F(SettingsSheetTest, FoldersAreAddedAndRemovedAndSayWhatTheyBring) {
+    builder.addApplication(
+        {.name = u"Tool"_s, .folder = u"/Users/ada/Tools"_s, .identifier = u"org.example.tool"_s});
+    open();
+    const auto hasTool = [&] { return viewModel().applications().withKey(u"org.example.tool"_s); };
+    panel().set(u"addFolder"_s, u"Tools"_s);
+    EXPECT_TRUE(panel().issue().contains(u"Tools"_s)) << "it is not known where that is";
+    panel().set(u"addFolder"_s, u" ~/Tools "_s);
+    EXPECT_TRUE(panel().issue().isEmpty());
+    ASSERT_TRUE(QTest::qWaitFor(hasTool));
+    const QString key = u"folder:/Users/ada/Tools"_s;
+    EXPECT_EQ(row(key)[u"text"_s].toString(), u"1 application");
+    EXPECT_TRUE(row(u"folder:/Applications"_s)[u"action"_s].toString().isEmpty()) << "one of the usual";
+    panel().act(key);
+    EXPECT_TRUE(row(key).isEmpty());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !hasTool(); }));
+    EXPECT_FALSE(stored().value(u"appDiscovery.additionalSearchPaths"_s));
+}
+
+TEST_F(SettingsSheetTest, WhatCannotBeIsSaidAndNotStored) {
+    open();
+    panel().set(u"summon.hotKey"_s, u"a"_s);
+    EXPECT_TRUE(panel().issue().contains(u"option+space"_s));
+    panel().set(u"gridRows"_s, 99);
+    EXPECT_EQ(panel().issue(), u"“gridRows” is to be 3 to 9.");
+    EXPECT_TRUE(stored().values().isEmpty());
+    panel().choose(u"appearance"_s, 1);
+    mac.settle();
+    EXPECT_EQ(launcher().appearance(), u"light");
+    EXPECT_TRUE(panel().issue().isEmpty());
+    panel().act(u"copyToggleCommand"_s); // where the desktop keeps keys to itself
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"tessellarctl toggle");
+    panel().setLoginItem(
+        {.isOn = [] { return false; }, .set = [](bool) { return std::unexpected(u"Not today."_s); }});
+    panel().set(u"launchAtLogin"_s, true);
+    EXPECT_EQ(panel().issue(), u"Not today.");
+    EXPECT_EQ(row(u"launchAtLogin"_s)[u"value"_s], false) << "as the system says";
 }
 
 } // namespace

@@ -1,5 +1,3 @@
-#include "launcher/launcher_editor.h"
-#include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
 #include "launcher_fixture.h"
 
@@ -7,8 +5,6 @@
 
 namespace tessellar::test {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// The editor of smart folders, as a user meets it.
 class SmartFolderSheetTest : public LauncherFixture {
@@ -18,18 +14,24 @@ protected:
         store({{app(u"Ash"_s), app(u"Aspen"_s), app(u"Beech"_s)}});
         start();
     }
-    SmartFolderPanel& panel() { return *launcher().panels()->smartFolder(); }
+    SmartFolderPanel& panel() { return *panels().smartFolder(); }
     const QList<SmartFolderDefinition>& definitions() {
         return viewModel().smartFolders().definitions();
     }
     void openNew() {
-        QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 400});
-        choose(u"New Smart Folder…"_s);
+        chooseInGrid(u"New Smart Folder…"_s);
         ASSERT_EQ(launcher().sheets()->current(), u"smartFolder");
         layOut();
     }
-    /// A frame lays the items out.
-    void layOut() { (void)window->photograph(); }
+    /// Of the template of games.
+    SmartFolderDefinition addGames() {
+        EXPECT_TRUE(editor().addSmartFolder(mode(), SmartFolderTemplate::games));
+        return definitions().first();
+    }
+    void editGames() {
+        chooseAt(u"Games"_s, u"Edit Smart Folder…"_s);
+        layOut();
+    }
     QStringList matches() {
         QStringList names;
         for (const QVariant& match : panel().matches())
@@ -39,7 +41,7 @@ protected:
     /// What the last rule's value shows, typed or chosen.
     QString value(const char* objectName = "ruleValue") {
         layOut();
-        QQuickItem* item = itemWith("objectName", QLatin1StringView(objectName));
+        QQuickItem* item = named(QLatin1StringView(objectName));
         if (!item)
             return u"none"_s;
         auto* input = item->property("input").value<QQuickItem*>();
@@ -49,15 +51,19 @@ protected:
         const QVariantList operands = panel().rules().value(0).toMap()[u"operands"_s].toList();
         return operands.value(0).toMap()[u"hasSuggestions"_s].toBool();
     }
-    void setField(const QString& title) {
+    void setRule(const QString& field, const QString& predicate = {}) {
         clickNamed(u"ruleField"_s);
-        choose(title);
-        layOut();
-    }
-    void setPredicate(const QString& title) {
+        choose(field);
+        if (predicate.isEmpty())
+            return;
         clickNamed(u"rulePredicate"_s);
-        choose(title);
-        layOut();
+        choose(predicate);
+    }
+    /// Types over the rule's value.
+    void enterValue(const QString& text) {
+        clickNamed(u"ruleValue"_s);
+        press(Qt::Key_A, Qt::ControlModifier);
+        type(text);
     }
 };
 
@@ -69,16 +75,12 @@ TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
     press(Qt::Key_Return);
     EXPECT_EQ(launcher().sheets()->current(), u"smartFolder") << "not before it is complete";
     // To the rule, past the symbols, the mode, the field and its condition.
-    for (int i = 0; i < 40 && !itemWith("objectName", u"ruleValue"_s)
-                                   ->property("input")
-                                   .value<QQuickItem*>()
-                                   ->hasActiveFocus();
+    for (int i = 0;
+         i < 40 && !named(u"ruleValue"_s)->property("input").value<QQuickItem*>()->hasActiveFocus();
          ++i)
         press(Qt::Key_Tab);
-    press(Qt::Key_Backtab);
-    press(Qt::Key_Space);
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
-        press(key);
+    press({Qt::Key_Backtab, Qt::Key_Space});
+    press({Qt::Key_Down, Qt::Key_Down, Qt::Key_Return});
     layOut();
     EXPECT_TRUE(itemWith("text", u"begins with"_s));
     press(Qt::Key_Tab);
@@ -89,25 +91,21 @@ TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
     EXPECT_EQ(launcher().sheets()->current(), QString());
     EXPECT_TRUE(tile(u"trees"_s));
     EXPECT_FALSE(launcher().search()->isActive());
-    press(Qt::Key_Z, Qt::ControlModifier);
+    undo();
     EXPECT_FALSE(tile(u"trees"_s));
 }
 
 TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
-    ASSERT_TRUE(
-        viewModel().editor().addSmartFolder(viewModel().shown().mode(), SmartFolderTemplate::games));
-    const SmartFolderDefinition before = definitions().first();
-    rightClick(u"Games"_s);
-    choose(u"Edit Smart Folder…"_s);
-    layOut();
+    const SmartFolderDefinition before = addGames();
+    editGames();
     EXPECT_EQ(value(), u"games");
     EXPECT_FALSE(itemWith("text", u"New Smart Folder"_s));
 
-    setField(u"Name"_s);
+    setRule(u"Name"_s);
     EXPECT_EQ(value(), u"games") << "what was asked for is still asked for";
     clickNamed(u"addRule"_s);
-    layOut();
     EXPECT_EQ(panel().rules().size(), 2);
+    layOut();
     type(u"ch"_s);
     EXPECT_EQ(value(), u"ch") << "the new rule has the keyboard";
     clickNamed(u"matchMode"_s);
@@ -128,20 +126,15 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
     window->hide();
     window->show();
     EXPECT_TRUE(panel().isOpen());
-    press(Qt::Key_Escape);
-    press(Qt::Key_Tab);
-    press(Qt::Key_Return);
+    press({Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Return});
     EXPECT_FALSE(panel().isOpen());
     EXPECT_EQ(definitions(), QList{before});
     EXPECT_TRUE(view().isVisible());
 
-    rightClick(u"Games"_s);
-    choose(u"Edit Smart Folder…"_s);
-    layOut();
+    editGames();
     clickNamed(u"symbol"_s);
     clickNamed(u"limitSwitch"_s);
     clickNamed(u"removeRule"_s);
-    layOut();
     EXPECT_EQ(panel().issue(), u"Add at least one rule.");
     clickNamed(u"firstRule"_s);
     layOut();
@@ -154,7 +147,7 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
     EXPECT_EQ(std::get<SmartFolderTextRule>(after.rules.first().value()).predicate,
               SmartFolderTextPredicate(predicate::Contains(u"bee"_s)));
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        return viewModel().smartFolders().appKeys(before.id, viewModel().shown().mode()) ==
+        return viewModel().smartFolders().appKeys(before.id, mode()) ==
                QStringList{u"org.example.beech"_s};
     }));
 }
@@ -162,10 +155,8 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
 TEST_F(SmartFolderSheetTest, WhatIsTypedIsNotRewrittenUnderTheHands) {
     openNew();
     type(u"x"_s);
-    setField(u"Launch Count"_s);
-    clickNamed(u"ruleValue"_s);
-    press(Qt::Key_A, Qt::ControlModifier);
-    type(u"2."_s);
+    setRule(u"Launch Count"_s);
+    enterValue(u"2."_s);
     EXPECT_EQ(value(), u"2.");
     type(u"5x"_s);
     EXPECT_EQ(value(), u"2.5x");
@@ -175,11 +166,8 @@ TEST_F(SmartFolderSheetTest, WhatIsTypedIsNotRewrittenUnderTheHands) {
     press(Qt::Key_Tab);
     EXPECT_EQ(value(), u"2.5");
 
-    setField(u"Date Installed"_s);
-    setPredicate(u"is after"_s);
-    clickNamed(u"ruleValue"_s);
-    press(Qt::Key_A, Qt::ControlModifier);
-    type(u"2020-1-2"_s);
+    setRule(u"Date Installed"_s, u"is after"_s);
+    enterValue(u"2020-1-2"_s);
     EXPECT_EQ(value(), u"2020-1-2");
     press(Qt::Key_Tab);
     EXPECT_EQ(value(), u"1/2/2020") << "afterwards as dates are written";
@@ -191,14 +179,12 @@ TEST_F(SmartFolderSheetTest, WhatIsTypedIsNotRewrittenUnderTheHands) {
 TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth) {
     openNew();
     type(u"x"_s);
-    setField(u"Launch Count"_s);
+    setRule(u"Launch Count"_s);
     clickNamed(u"ruleValue"_s);
     const double before = value().toDouble();
-    press(Qt::Key_Up);
-    press(Qt::Key_Up);
-    press(Qt::Key_Down);
+    press({Qt::Key_Up, Qt::Key_Up, Qt::Key_Down});
     EXPECT_EQ(value().toDouble(), before + 1);
-    QQuickItem* box = itemWith("objectName", u"ruleValue"_s);
+    QQuickItem* box = named(u"ruleValue"_s);
     clickAt(box->mapToScene(QPointF(box->width() - 9, box->height() / 2 - 6)).toPoint());
     EXPECT_EQ(value().toDouble(), before + 2);
     clickNamed(u"limitSwitch"_s);
@@ -206,25 +192,19 @@ TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth
     press(Qt::Key_Down);
     EXPECT_EQ(panel().limitText(), u"24");
 
-    setField(u"Date Installed"_s);
-    setPredicate(u"is after"_s);
-    clickNamed(u"ruleValue"_s);
-    press(Qt::Key_A, Qt::ControlModifier);
-    type(u"2024-2-28"_s);
+    setRule(u"Date Installed"_s, u"is after"_s);
+    enterValue(u"2024-2-28"_s);
     press(Qt::Key_Up);
     EXPECT_EQ(value(), u"2/29/2024");
     press(Qt::Key_Down, Qt::AltModifier);
     ASSERT_TRUE(panel().days()->isOpen());
     layOut();
     EXPECT_EQ(panel().days()->title(), u"February 2024");
-    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Return})
-        press(key);
+    press({Qt::Key_Right, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Return});
     EXPECT_FALSE(panel().days()->isOpen());
     EXPECT_EQ(value(), u"4/8/2024");
     press(Qt::Key_Down, Qt::AltModifier);
-    layOut();
     clickNamed(u"monthTurn-1"_s);
-    layOut();
     clickNamed(u"day17"_s);
     EXPECT_EQ(value(), u"3/17/2024");
     press(Qt::Key_Down, Qt::AltModifier);
@@ -236,15 +216,11 @@ TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth
 }
 
 TEST_F(SmartFolderSheetTest, WhatIsChangedElsewhereIsNotReplacedUnasked) {
-    ASSERT_TRUE(
-        viewModel().editor().addSmartFolder(viewModel().shown().mode(), SmartFolderTemplate::games));
-    SmartFolderDefinition other = definitions().first();
-    rightClick(u"Games"_s);
-    choose(u"Edit Smart Folder…"_s);
-    layOut();
+    SmartFolderDefinition other = addGames();
+    editGames();
     type(u"Mine"_s);
     other.name = u"Theirs"_s;
-    ASSERT_TRUE(viewModel().editor().changeSmartFolder(viewModel().shown().mode(), other));
+    ASSERT_TRUE(editor().changeSmartFolder(mode(), other));
     press(Qt::Key_Return);
     ASSERT_TRUE(launcher().alert()->isOpen());
     press(Qt::Key_Escape);
@@ -258,8 +234,7 @@ TEST_F(SmartFolderSheetTest, WhatIsChangedElsewhereIsNotReplacedUnasked) {
 TEST_F(SmartFolderSheetTest, SeveralAreChosenFromAMenuThatStays) {
     openNew();
     type(u"x"_s);
-    setField(u"Permission"_s);
-    setPredicate(u"is any of"_s);
+    setRule(u"Permission"_s, u"is any of"_s);
     EXPECT_EQ(value("ruleChoice"), u"Camera") << "what was chosen before";
     clickNamed(u"ruleChoice"_s);
     choose(u"Photos"_s);
@@ -269,10 +244,10 @@ TEST_F(SmartFolderSheetTest, SeveralAreChosenFromAMenuThatStays) {
     press(Qt::Key_Escape);
     EXPECT_EQ(value("ruleChoice"), u"Photos, Contacts");
     // A text is suggested from what applications have, and the field goes on from there.
-    setField(u"Bundle Identifier"_s);
+    setRule(u"Bundle Identifier"_s);
     ASSERT_TRUE(QTest::qWaitFor([&] { return hasSuggestions(); }));
     layOut();
-    QQuickItem* field = itemWith("objectName", u"ruleValue"_s);
+    QQuickItem* field = named(u"ruleValue"_s);
     clickAt(field->mapToScene(QPointF(field->width() - 12, field->height() / 2)).toPoint());
     choose(u"org.example.ash"_s);
     EXPECT_EQ(value(), u"org.example.ash");

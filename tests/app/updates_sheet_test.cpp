@@ -1,14 +1,10 @@
 #include "launcher/installed_applications.h"
-#include "launcher/launcher_messages.h"
 #include "launcher/launcher_updates.h"
 #include "launcher_fixture.h"
 #include "support/fake_updates.h"
 
 namespace tessellar::test {
 namespace {
-
-using namespace std::chrono_literals;
-using namespace Qt::StringLiterals;
 
 const QString cask = u"org.example.cask"_s;
 const QString brewPath = u"/opt/homebrew/bin/brew"_s;
@@ -32,7 +28,7 @@ protected:
         builder.addApplication({.name = u"Cask"_s, .identifier = cask, .version = version});
     }
     LauncherUpdates& updates() { return viewModel().updates(); }
-    UpdatesPanel& panel() { return *launcher().panels()->updates(); }
+    UpdatesPanel& panel() { return *panels().updates(); }
     /// Lets workers answer and timers ring until something is so, however long a busy machine takes.
     void until(const std::function<bool()>& isSo,
                const std::source_location& where = std::source_location::current()) {
@@ -52,12 +48,11 @@ protected:
         });
     }
     void openAndCheck() {
-        QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 700});
-        choose(update_texts::checkNow());
+        chooseInGrid(update_texts::checkNow());
         until([&] { return !mac.http.waiting().isEmpty(); });
         mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
         until([&] { return !updates().isChecking() && panel().runnableCount() == 1; });
-        (void)window->photograph();
+        layOut();
     }
     /// The lines, as "Name: text".
     QStringList lines() {
@@ -69,9 +64,14 @@ protected:
         return result;
     }
     QString text(const char* objectName) {
-        (void)window->photograph();
-        QQuickItem* item = itemWith("objectName", QLatin1StringView(objectName));
+        layOut();
+        QQuickItem* item = named(QLatin1StringView(objectName));
         return item ? item->property("text").toString() : QString();
+    }
+    /// Waits for the question and answers it with Return.
+    void agree() {
+        until([&] { return launcher().alert()->isOpen(); });
+        press(Qt::Key_Return);
     }
     void brewSays(const QByteArray& words) {
         mac.commands.say(
@@ -92,13 +92,11 @@ TEST_F(UpdatesSheetTest, ItsLinesSayWhatIsKnownAndWhy) {
     EXPECT_EQ(panel().summary(),
               u"1 update available. 1 app could not be checked. The server did not answer in time.");
     // Up and down the list; the line that is current says more.
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down})
-        press(key);
+    press({Qt::Key_Down, Qt::Key_Down, Qt::Key_Down});
     EXPECT_EQ(text("updateSource"),
               u"Declared in the app bundle. Version information comes from the app bundle. This app "
               u"declares a Sparkle update feed.");
-    press(Qt::Key_Down);
-    press(Qt::Key_Space);
+    press({Qt::Key_Down, Qt::Key_Space});
     EXPECT_EQ(lines().mid(4),
               (QStringList{u"Cannot Be Checked: 2"_s,
                            u"Other: The app declares no source of updates that can be checked."_s,
@@ -106,17 +104,16 @@ TEST_F(UpdatesSheetTest, ItsLinesSayWhatIsKnownAndWhy) {
     press(Qt::Key_Down);
     EXPECT_THAT(text("updateSource").toStdString(),
                 testing::StartsWith("Version information comes from the app bundle."));
-    press(Qt::Key_Up);
-    press(Qt::Key_Return);
+    press({Qt::Key_Up, Qt::Key_Return});
     EXPECT_EQ(lines().size(), 5);
 
     // Where the list scrolls, the rest of the sheet stays where it is.
     view().resize(800, 400);
     press(Qt::Key_Home);
-    (void)window->photograph();
+    layOut();
     press(Qt::Key_End);
-    (void)window->photograph();
-    const QQuickItem* list = itemWith("objectName", u"updatesList"_s);
+    layOut();
+    const QQuickItem* list = named(u"updatesList"_s);
     EXPECT_LT(list->height(), list->property("contentHeight").toReal());
     const QQuickItem* scrolled = list->parentItem()->parentItem();
     EXPECT_EQ(scrolled->y(), 0);
@@ -129,7 +126,7 @@ TEST_F(UpdatesSheetTest, ALongSectionOpensUnderTheKeyboard) {
     viewModel().applications().rescan();
     until([&] { return lines().last() == u"Cannot Be Checked: 452"_s; });
     const QStringList closed = lines();
-    const QQuickItem* list = itemWith("objectName", u"updatesList"_s);
+    const QQuickItem* list = named(u"updatesList"_s);
     press(Qt::Key_End);
     const QVariant current = list->property("currentIndex");
     press(Qt::Key_Space);
@@ -144,17 +141,15 @@ TEST_F(UpdatesSheetTest, ALongSectionOpensUnderTheKeyboard) {
 
 TEST_F(UpdatesSheetTest, AnUpdateIsRunWithTheKeyboardAndSeenToRun) {
     mac.commands.holdStarted(true);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    until([&] { return launcher().alert()->isOpen(); });
-    press(Qt::Key_Return);
+    press({Qt::Key_Down, Qt::Key_Return});
+    agree();
     untilStarted();
     brewSays("==> Downloading https://example.org/cask.dmg\n");
     until([&] { return activity(u"Cask"_s) == u"Downloading…"; });
     EXPECT_EQ(lines().value(1), u"Cask: Updating… Downloading."_s);
     EXPECT_EQ(text("updateDetail"), u"==> Downloading https://example.org/cask.dmg");
     EXPECT_EQ(text("updateAction"), u"Cancel");
-    EXPECT_TRUE(itemWith("objectName", u"updatesList"_s)->hasActiveFocus())
+    EXPECT_TRUE(named(u"updatesList"_s)->hasActiveFocus())
         << "the keyboard comes back from the question";
 
     // It fails, and its own words stay; then it comes.
@@ -166,29 +161,24 @@ TEST_F(UpdatesSheetTest, AnUpdateIsRunWithTheKeyboardAndSeenToRun) {
     const UpdateRows& rows = *panel().rows();
     until([&] { return rows.data(rows.index(1), UpdateRows::CanActRole).toBool(); });
     press(Qt::Key_Return);
-    until([&] { return launcher().alert()->isOpen(); });
     installCask(u"2.0"_s);
     mac.tool(brewPath, brewOfOneCask({}));
     mac.commands.holdStarted(false);
-    press(Qt::Key_Return);
-    until([&] { return !updates().isRunning(); });
+    agree();
     until([&] { return lines().value(0) == u"Updated: 1"; });
     EXPECT_EQ(lines().value(1), u"Cask: Updated to version 2.0."_s);
-    EXPECT_EQ(itemWith("objectName", u"updatesList"_s)->property("currentIndex"), 1)
+    EXPECT_EQ(named(u"updatesList"_s)->property("currentIndex"), 1)
         << "Return is not to act on the next one";
     EXPECT_EQ(activity(u"Cask"_s), QString());
 }
 
 TEST_F(UpdatesSheetTest, AVersionIsSkippedAndOfferedAgain) {
-    press(Qt::Key_Down);
-    press(Qt::Key_Right);
+    press({Qt::Key_Down, Qt::Key_Right});
     choose(u"Skip Version 2.0"_s);
     until([&] { return lines().value(0) == u"Held Back: 1"; });
     EXPECT_EQ(lines().value(1), u"Cask: Update available: 1.9 → 2.0"_s);
-    EXPECT_FALSE(itemWith("objectName", u"updateAllButton"_s));
-    press(Qt::Key_Home);
-    press(Qt::Key_Down);
-    press(Qt::Key_Right);
+    EXPECT_FALSE(named(u"updateAllButton"_s));
+    press({Qt::Key_Home, Qt::Key_Down, Qt::Key_Right});
     choose(u"Offer Its Updates Again"_s);
     until([&] { return lines().value(0) == u"Updates: 1"; });
 }
@@ -204,12 +194,18 @@ TEST_F(UpdatesSheetTest, TabReachesAllOfItAndNothingBehindIt) {
                           u"checkButton"_s,   u"updateAllButton"_s, u"updateSection"_s};
     EXPECT_EQ(reached.first(6), all);
     EXPECT_EQ(reached.mid(6), all.first(2));
+    const auto interval = [&] {
+        mac.settle();
+        return mac.machine.settings.integer(AppUpdateSettings::intervalKey);
+    };
     press(Qt::Key_Right);
     EXPECT_TRUE(panel().intervals()[2].toMap()[u"isChosen"_s].toBool());
-    mac.settle();
-    EXPECT_EQ(mac.machine.settings.integer(AppUpdateSettings::intervalKey), 3 * 24 * 3600);
-    press(Qt::Key_Backtab);
-    press(Qt::Key_Space);
+    EXPECT_EQ(interval(), 3 * 24 * 3600);
+    panel().chooseInterval(5);
+    EXPECT_EQ(interval(), 3 * 24 * 3600) << "there is none of five seconds";
+    press({Qt::Key_Right, Qt::Key_Right});
+    EXPECT_EQ(interval(), 7 * 24 * 3600) << "there is no longer one";
+    press({Qt::Key_Backtab, Qt::Key_Space});
     EXPECT_FALSE(panel().isEnabled());
     press(Qt::Key_Escape);
     EXPECT_EQ(launcher().sheets()->current(), QString());
@@ -223,8 +219,7 @@ TEST_F(UpdatesSheetTest, UpdateAllRunsWhatCanAndTheProgramWaitsForItsEnd) {
     const QSignalSpy closed(window.get(), &LauncherWindow::closed);
     mac.commands.holdStarted(true);
     clickNamed(u"updateAllButton"_s);
-    until([&] { return launcher().alert()->isOpen(); });
-    press(Qt::Key_Return);
+    agree();
     untilStarted();
 
     // A question for a password is not covered; what runs goes on behind.

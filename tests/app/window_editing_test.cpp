@@ -1,5 +1,6 @@
-#include "launcher/launcher_messages.h"
-#include "launcher/layout_archive.h"
+#include "app/menu_model.h"
+#include "app/pager_item.h"
+#include "launcher/launcher_clipboard.h"
 #include "launcher_fixture.h"
 
 #include <QClipboard>
@@ -7,17 +8,31 @@
 namespace tessellar::test {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
+using testing::UnorderedElementsAre;
 
-/// Questions, menus, names and search, as a user meets them.
+/// What the hands do to tiles with menus, keys and clicks, apart from dragging them.
 class WindowEditingTest : public LauncherFixture {
 protected:
     void SetUp() override {
-        install({u"Ash"_s, u"Beech"_s, u"Oak"_s});
-        store({{app(u"Ash"_s), folder(u"Trees"_s, {{app(u"Beech"_s), app(u"Oak"_s)}})}});
+        install(manyNames(12));
+        store({{app(u"A01"_s), app(u"A02"_s), app(u"A03"_s), app(u"A04"_s), app(u"A05"_s),
+                app(u"A06"_s), app(u"A07"_s), app(u"A08"_s), app(u"A09"_s)},
+               {app(u"A10"_s), folder(u"Both"_s, {{app(u"A11"_s), app(u"A12"_s)}})}});
         start();
     }
+    QStringList selected() {
+        QStringList labels;
+        for (const QString& id : launcher().selectedIds())
+            labels += launcher().tileView(id).value(u"label"_s).toString();
+        return labels;
+    }
+    testing::AssertionResult begins(const QString& tiles) {
+        return shownTiles().startsWith(tiles)
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure() << shownTiles().toStdString();
+    }
+    bool isCut(const QString& label) { return tile(label)->property("isCut").toBool(); }
+
     QStringList answers;
     void ask(bool isDestructive) {
         viewModel().messages().ask({.title = u"Sure?"_s,
@@ -28,222 +43,254 @@ protected:
     }
 };
 
-TEST_F(WindowEditingTest, AQuestionIsAnsweredWithButtonsAndKeys) {
+TEST_F(WindowEditingTest, AQuestionIsAnsweredWithButtonsAndKeysAndReturnDoesNotDestroy) {
     ask(false);
     EXPECT_EQ(launcher().alert()->title(), u"Sure?");
-    click(u"Ash"_s);
-    EXPECT_EQ(opened(), QStringList()) << "it stands before everything else";
     clickNamed(u"acceptButton"_s);
     ask(false);
     clickNamed(u"cancelButton"_s);
+    for (const bool isDestructive : {false, true})
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+            ask(isDestructive);
+            press(key);
+        }
+    EXPECT_EQ(answers, (QStringList{u"yes"_s, u"no"_s, u"yes"_s, u"no"_s, u"no"_s, u"no"_s}));
+    answers.clear();
+    ask(true);
+    press({Qt::Key_Tab, Qt::Key_Return});
+    EXPECT_EQ(answers, QStringList{u"yes"_s}) << "one who chose that button means it";
+    ask(true);
     ask(false);
-    press(Qt::Key_Return);
-    ask(false);
-    press(Qt::Key_Escape);
-    EXPECT_EQ(answers, (QStringList{u"yes"_s, u"no"_s, u"yes"_s, u"no"_s}));
+    press({Qt::Key_Return, Qt::Key_Return});
+    EXPECT_EQ(answers.mid(1), (QStringList{u"no"_s, u"yes"_s})) << "one after the other";
     EXPECT_FALSE(launcher().alert()->isOpen());
     EXPECT_TRUE(view().isVisible());
 }
 
-TEST_F(WindowEditingTest, ReturnDoesNotDestroy) {
-    ask(true);
-    press(Qt::Key_Return);
-    EXPECT_EQ(answers, QStringList{u"no"_s});
-    ask(true);
-    press(Qt::Key_Tab);
-    press(Qt::Key_Return);
-    EXPECT_EQ(answers.last(), u"yes") << "one who chose that button means it";
-    ask(true);
-    ask(false);
-    press(Qt::Key_Return);
-    press(Qt::Key_Return);
-    EXPECT_EQ(answers.mid(2), (QStringList{u"no"_s, u"yes"_s})) << "one after the other";
-}
-
 TEST_F(WindowEditingTest, TheMenuOfATileEditsIt) {
-    rightClick(u"Ash"_s);
+    rightClick(u"A01"_s);
     EXPECT_TRUE(launcher().menu()->isOpen());
     EXPECT_FALSE(launcher().drag()->isPressed());
     choose(u"Hide"_s);
-    EXPECT_FALSE(tile(u"Ash"_s));
+    EXPECT_FALSE(tile(u"A01"_s));
     EXPECT_FALSE(launcher().menu()->isOpen());
-    QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 400});
-    choose(u"Unhide"_s);
-    choose(u"Ash"_s);
-    EXPECT_TRUE(tile(u"Ash"_s));
-    QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 400});
-    choose(u"New Smart Folder from Template"_s);
+    chooseInGrid(u"Unhide"_s);
+    choose(u"A01"_s);
+    EXPECT_TRUE(tile(u"A01"_s));
+    chooseInGrid(u"New Smart Folder from Template"_s);
     choose(u"Games"_s);
     EXPECT_TRUE(tile(u"Games"_s));
-    rightClick(u"Games"_s);
-    choose(u"Delete…"_s);
+    chooseAt(u"Games"_s, u"Delete…"_s);
     EXPECT_EQ(launcher().alert()->title(), u"Delete “Games”?");
     clickNamed(u"acceptButton"_s);
     EXPECT_FALSE(tile(u"Games"_s));
 }
 
-TEST_F(WindowEditingTest, TheMenuClosesBesideItAndOnEscape) {
-    rightClick(u"Ash"_s);
-    clickAt({20, 780});
-    EXPECT_FALSE(launcher().menu()->isOpen());
-    EXPECT_TRUE(view().isVisible()) << "that click closed the menu and nothing else";
-    press(Qt::Key_Menu);
-    EXPECT_TRUE(launcher().menu()->isOpen());
+TEST_F(WindowEditingTest, AMenuIsUsedByKeysAloneAndClosedBesideIt) {
+    press({Qt::Key_Right, Qt::Key_Menu});
+    MenuModel& menu = *launcher().menu();
+    ASSERT_TRUE(menu.isOpen());
+    type(u"hi"_s);
+    EXPECT_EQ(menu.entries().value(menu.current()).toMap()[u"title"_s], u"Hide"_s);
     press(Qt::Key_Escape);
-    EXPECT_FALSE(launcher().menu()->isOpen());
+    EXPECT_FALSE(menu.isOpen());
     EXPECT_TRUE(view().isVisible());
+    press(Qt::Key_Menu);
+    type(u"hi"_s);
+    press(Qt::Key_Return);
+    EXPECT_FALSE(menu.isOpen());
+    EXPECT_FALSE(tile(u"A01"_s));
+    type(u"a1"_s);
+    ASSERT_TRUE(isSeen(u"A11"_s));
+    press({Qt::Key_Right, Qt::Key_Menu});
+    ASSERT_TRUE(menu.isOpen());
+    const QPointF away = menu.position() - at(selected().value(0));
+    EXPECT_LT(away.manhattanLength(), 60) << "at the result that it is about";
+    clickAt({20, 780});
+    EXPECT_FALSE(menu.isOpen());
+    EXPECT_TRUE(view().isVisible() && launcher().search()->isActive())
+        << "that click closed the menu and nothing else";
 }
 
 TEST_F(WindowEditingTest, ANameIsTypedOverTheLabel) {
-    press(Qt::Key_Right);
-    press(Qt::Key_Menu);
+    press({Qt::Key_Right, Qt::Key_Menu});
     choose(u"Rename…"_s);
     type(u"Esche"_s);
     press(Qt::Key_Return);
     EXPECT_TRUE(tile(u"Esche"_s));
     EXPECT_EQ(launcher().search()->text(), QString());
-    rightClick(u"Esche"_s);
-    choose(u"Rename…"_s);
+    chooseAt(u"Esche"_s, u"Rename…"_s);
     type(u"x"_s);
     press(Qt::Key_Escape);
     EXPECT_TRUE(tile(u"Esche"_s));
-    rightClick(u"Esche"_s);
-    choose(u"Revert Name"_s);
-    EXPECT_TRUE(tile(u"Ash"_s));
+    chooseAt(u"Esche"_s, u"Revert Name"_s);
+    EXPECT_TRUE(tile(u"A01"_s));
+    // A click beside a name commits it and does nothing else.
+    for (const auto& [label, beside] :
+         {std::pair(u"A01"_s, at(u"A02"_s)), std::pair(u"A03"_s, QPoint(20, 400))}) {
+        chooseAt(label, u"Rename…"_s);
+        type(u"Ash"_s);
+        clickAt(beside);
+        EXPECT_EQ(launcher().renaming()->tileId(), QString());
+        EXPECT_EQ(opened(), QStringList());
+        EXPECT_TRUE(view().isVisible());
+    }
+    EXPECT_TRUE(begins(u"Ash A02 Ash"_s));
     // The title of an open folder.
-    click(u"Trees"_s);
+    press(Qt::Key_PageDown);
     ASSERT_TRUE(rests());
-    clickAt(middle(itemWith("text", u"Trees"_s)));
+    openFolder(u"Both"_s);
+    clickAt(middle(itemWith("text", u"Both"_s)));
     type(u"Wood"_s);
     press(Qt::Key_Return);
     EXPECT_EQ(launcher().folder()->title(), u"Wood");
     EXPECT_TRUE(launcher().folder()->isOpen());
 }
 
-TEST_F(WindowEditingTest, KeysCopyCutAndPasteThroughTheDesktop) {
-    press(Qt::Key_Right);
-    press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(), testing::HasSubstr("Ash"));
-    press(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(shownTiles(), u"Ash ~Ash [Trees: Beech Oak]");
+TEST_F(WindowEditingTest, RangesGrowAndShrinkAndNothingIsStarted) {
+    click(u"A03"_s, Qt::ShiftModifier);
+    click(u"A05"_s, Qt::ShiftModifier);
+    EXPECT_THAT(selected(), UnorderedElementsAre(u"A03"_s, u"A04"_s, u"A05"_s));
+    click(u"A02"_s, Qt::ShiftModifier);
+    EXPECT_THAT(selected(), UnorderedElementsAre(u"A02"_s, u"A03"_s)) << "from the same anchor";
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_THAT(selected(), UnorderedElementsAre(u"A03"_s, u"A04"_s));
+    press(Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), QStringList{u"A03"_s});
+    click(u"A07"_s, Qt::ControlModifier);
+    click(u"A03"_s, Qt::ControlModifier);
+    EXPECT_EQ(selected(), QStringList{u"A07"_s});
+    click(u"A06"_s, Qt::ShiftModifier);
+    EXPECT_THAT(selected(), UnorderedElementsAre(u"A06"_s, u"A07"_s));
+    click(u"A01"_s, Qt::AltModifier);
     press(Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(launcher().selectedIds().size(), 3);
+    EXPECT_EQ(selected().size(), 9);
     press(Qt::Key_Escape);
-    EXPECT_TRUE(view().isVisible());
-    EXPECT_TRUE(launcher().selectedIds().isEmpty());
-}
-
-TEST_F(WindowEditingTest, TabGoesToBackupsThatAreOutOfView) {
-    for (int i = 0; i < 14; ++i)
-        ASSERT_TRUE(viewModel().archive().reset(LauncherWindowMode::fullScreen));
-    QTest::mouseClick(&view(), Qt::RightButton, {}, {20, 700});
-    choose(u"Backups…"_s);
-    const auto list = [&] { return itemWith("objectName", u"backupsList"_s); };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return list() && itemWith("objectName", u"restoreButton"_s); }));
-    for (int i = 0; i < 14; ++i) {
-        press(Qt::Key_Tab);
-        const QQuickItem* focused = view().activeFocusItem();
-        ASSERT_EQ(focused->objectName(), u"restoreButton") << i;
-        const QRectF shown = focused->mapRectToItem(list(), focused->boundingRect());
-        EXPECT_TRUE(list()->boundingRect().contains(shown)) << i;
-    }
-    press(Qt::Key_Escape);
-    EXPECT_EQ(launcher().sheets()->current(), QString());
-}
-
-TEST_F(WindowEditingTest, TypingSearches) {
-    type(u"oa"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return tile(u"Oak"_s); })) << "out of its folder";
-    EXPECT_FALSE(tile(u"Trees"_s)) << "the grid is hidden";
-    press(Qt::Key_Escape);
-    EXPECT_FALSE(launcher().search()->isActive());
-    EXPECT_TRUE(view().isVisible());
-    EXPECT_TRUE(tile(u"Trees"_s));
-
-    // With the field that has the keyboard by now, as well as before there was time for it.
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-        return view().activeFocusItem() && view().activeFocusItem()->objectName() == u"searchInput";
-    }));
-    type(u" e"_s);
-    EXPECT_EQ(launcher().search()->text().trimmed(), u"e");
-    press(Qt::Key_Backspace);
-    type(u"a"_s);
-    ASSERT_TRUE(tile(u"Ash"_s));
-    press(Qt::Key_Right);
-    press(Qt::Key_Left);
-    press(Qt::Key_Return);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !opened().isEmpty(); }));
-    EXPECT_EQ(opened(), QStringList{u"Ash.app"_s}) << "the first is the best";
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !view().isVisible(); }));
-    EXPECT_FALSE(launcher().search()->isActive()) << "it begins afresh next time";
-}
-
-TEST_F(WindowEditingTest, WhatIsFoundIsClickedOrThereIsNothing) {
-    type(u"zzz"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return itemWith("text", u"No results for “zzz”"_s); }));
-    press(Qt::Key_Return);
+    EXPECT_EQ(selected(), QStringList());
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(selected(), QStringList()) << "what is left behind is not selected";
     EXPECT_EQ(opened(), QStringList());
-    clickAt({20, 700});
-    EXPECT_FALSE(launcher().search()->isActive());
     EXPECT_TRUE(view().isVisible());
-    click(u"Trees"_s);
-    ASSERT_TRUE(rests());
-    type(u"bee"_s);
-    EXPECT_FALSE(launcher().folder()->isOpen()) << "what is found lies over everything";
-    ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"Beech"_s); }));
-    ASSERT_TRUE(rests());
-    click(u"Beech"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !opened().isEmpty(); }));
-    EXPECT_EQ(opened(), QStringList{u"Beech.app"_s});
 }
 
-TEST_F(WindowEditingTest, AnApplicationIsReviewedMovedToTheTrashAndPutBack) {
-    const QString leftover = mac.machine.places.home + u"/Library/Preferences/org.example.ash.plist"_s;
-    mac.write(leftover, "x");
-    mac.tool(u"/bin/ps"_s, exited(0));
-    rightClick(u"Ash"_s);
-    choose(u"Move to Trash…"_s);
-    RemovalPanel& removal = *launcher().panels()->removal();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"review"; }));
-    RemovalItems& items = *removal.items();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return items.rowCount() == 2; }));
-    const auto isChosen = [&] {
-        return items.data(items.index(1), RemovalItems::SelectedRole).toBool();
-    };
-    EXPECT_TRUE(isChosen());
-    (void)window->photograph();   // a frame lays the items out
-    clickNamed(u"removalItem"_s); // the last of them
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !isChosen(); }));
-    clickNamed(u"removalItem"_s);
-    EXPECT_TRUE(QTest::qWaitFor(isChosen));
-    clickNamed(u"removalAccept"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"done"; }));
-    EXPECT_FALSE(mac.exists(leftover));
-    EXPECT_FALSE(tile(u"Ash"_s));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("objectName", u"removalRestore"_s); }));
-    clickNamed(u"removalRestore"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return tile(u"Ash"_s); }));
-    EXPECT_TRUE(mac.exists(leftover));
-    EXPECT_FALSE(removal.isOpen());
+TEST_F(WindowEditingTest, ABandSelectsAndWhatIsHiddenIsNotSelected) {
+    drag(at(u"A02"_s, {-68, -60}), at(u"A04"_s, {10, 10}));
+    EXPECT_THAT(selected(), UnorderedElementsAre(u"A02"_s, u"A03"_s, u"A04"_s));
+    EXPECT_EQ(launcher().grid()->page(), 0);
+    chooseAt(u"A03"_s, u"Hide"_s);
+    EXPECT_EQ(selected(), QStringList());
+    EXPECT_FALSE(tile(u"A04"_s));
 }
 
-TEST_F(WindowEditingTest, KeysLeadFromOneEndOfALongReviewToTheOther) {
-    for (int i = 0; i < 150; ++i)
-        mac.write(mac.machine.places.home + u"/Library/Caches/org.example.ash.%1"_s.arg(i), "x");
-    rightClick(u"Ash"_s);
-    choose(u"Move to Trash…"_s);
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return launcher().panels()->removal()->items()->rowCount() == 151; }));
-    const auto isAt = [&](const char* end) {
-        (void)window->photograph(); // a frame lays the items out
-        const QQuickItem* items = itemWith("objectName", u"removalItems"_s);
-        return items && items->property(end).toBool();
-    };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return isAt("atYBeginning") && !isAt("atYEnd"); }));
-    press(Qt::Key_End);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isAt("atYEnd"); }));
-    press(Qt::Key_Home);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isAt("atYBeginning"); }));
+TEST_F(WindowEditingTest, KeysCopyCutAndPasteThroughTheDesktop) {
+    click(u"A01"_s, Qt::ControlModifier);
+    press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_TRUE(isCut(u"A01"_s));
+    EXPECT_FALSE(isCut(u"A02"_s));
+    press(Qt::Key_PageDown); // it goes where the page is turned
+    ASSERT_TRUE(rests());
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(shownTiles(), u"A02 A03 A04 A05 A06 A07 A08 A09|A10 [Both: A11 A12] A01");
+    EXPECT_FALSE(isCut(u"A01"_s)) << "it has been pasted";
+    undo();
+    ASSERT_TRUE(rests());
+    EXPECT_FALSE(isCut(u"A01"_s));
+    click(u"A01"_s, Qt::ControlModifier);
+    press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_TRUE(isCut(u"A01"_s)) << "the same, cut anew";
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_FALSE(isCut(u"A01"_s));
+    EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(), testing::HasSubstr("A01"));
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_TRUE(begins(u"A01 ~A01 A02"_s));
+}
+
+TEST_F(WindowEditingTest, APasteOntoAFullPageIsSeenWhereItWentAndUndone) {
+    window.reset();
+    const QStringList names = manyNames(90);
+    install(names);
+    Pages pages(3);
+    for (qsizetype i = 0; i < names.size(); ++i)
+        pages[i / 40].append(app(names[i]));
+    store(pages);
+    start();
+    click(u"A01"_s, Qt::ControlModifier);
+    press(Qt::Key_X, Qt::ControlModifier);
+    press(Qt::Key_PageDown);
+    ASSERT_TRUE(rests());
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(launcher().grid()->page(), 2);
+    EXPECT_EQ(selected(), QStringList{u"A01"_s});
+    EXPECT_TRUE(isSeen(u"A01"_s));
+    press(Qt::Key_Home); // the page that the undo changes goes in the same turn
+    undo();
+    ASSERT_TRUE(rests());
+    EXPECT_TRUE(begins(u"A01 A02"_s));
+}
+
+TEST_F(WindowEditingTest, KeysMoveAndGroup) {
+    press(Qt::Key_Right);
+    press(Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_TRUE(begins(u"A02 A01 A03"_s));
+    press(Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_TRUE(begins(u"A01 A02 A03"_s));
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    press(Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_TRUE(begins(u"A03 A01 A02 A04"_s));
+    press(Qt::Key_Left, Qt::ControlModifier);
+    press(Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_TRUE(begins(u"A01 A02 A03"_s)) << "there is no page before";
+    press(Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(launcher().folder()->isOpen()) << "with its name to be typed over";
+    type(u"Three"_s);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(begins(u"[Three: A03 A01 A02]"_s));
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(rests());
+    click(u"A04"_s, Qt::ControlModifier);
+    click(u"A05"_s, Qt::ControlModifier);
+    press(Qt::Key_G, Qt::ControlModifier);
+    EXPECT_FALSE(tile(u"A05"_s));
+    undo();
+    EXPECT_TRUE(tile(u"A05"_s));
+    press({Qt::Key_PageDown, Qt::Key_PageUp}); // which leaves the selection behind
+    ASSERT_TRUE(rests());
+    click(u"A09"_s, Qt::ControlModifier);
+    press(Qt::Key_Right, Qt::ControlModifier);
+    ASSERT_EQ(launcher().grid()->page(), 1);
+    press(Qt::Key_PageUp);
+    undo();
+    EXPECT_EQ(launcher().grid()->page(), 0) << "an undo leads to the page where something returned";
+    EXPECT_TRUE(shownTiles().contains(u"A08 A09|"));
+}
+
+TEST_F(WindowEditingTest, AnUndoSlidesTilesBackAndPagesMoveUnlessMotionIsReduced) {
+    const auto shift = [&](const QString& label) { return tile(label)->property("shiftX").toReal(); };
+    PagerItem* pager = nullptr;
+    for (QQuickItem* item = tile(u"A01"_s); item && !pager; item = item->parentItem())
+        pager = qobject_cast<PagerItem*>(item);
+    ASSERT_TRUE(pager);
+    click(u"A01"_s, Qt::ControlModifier);
+    press(Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_LT(shift(u"A01"_s), -10) << "it begins where it was";
+    EXPECT_GT(shift(u"A02"_s), 10);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shift(u"A01"_s) == 0 && shift(u"A02"_s) == 0; }));
+    undo();
+    EXPECT_GT(shift(u"A01"_s), 10);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shift(u"A01"_s) == 0; }));
+    press(Qt::Key_PageDown);
+    EXPECT_TRUE(pager->isMoving());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !pager->isMoving(); }));
+
+    set(u"reducesMotion"_s, true);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(pager->position(), 0) << "at once";
+    redo();
+    EXPECT_EQ(shift(u"A01"_s), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tile(u"A01"_s)->opacity() < 1; })) << "it fades in";
+    set(u"reducesMotion"_s, QJsonValue());
 }
 
 } // namespace

@@ -146,9 +146,8 @@ Item {
         }
 
         function test_keysDoWhatAClickDoes() {
-            keyClick(Qt.Key_Return);
-            keyClick(Qt.Key_Enter);
-            keyClick(Qt.Key_Space);
+            for (const key of [Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space])
+                keyClick(key);
             compare(root.heard, ["button", "button", "button"]);
             check.forceActiveFocus();
             keyClick(Qt.Key_Space);
@@ -220,24 +219,16 @@ Item {
             tryVerify(() => list.itemAt(5, list.contentY + last) !== null);
         }
 
-        function test_aScreenReaderHearsWhatItIs_data() {
-            return [
-                { tag: "button", item: button, role: Accessible.Button, name: "Go" },
-                { tag: "box", item: check, role: Accessible.CheckBox, name: "Box" },
-                { tag: "switch", item: toggle, role: Accessible.CheckBox, name: "Toggle" },
-                { tag: "field", item: field.input, name: "Word" }, // Qt tells its role
-                { tag: "pop-up", item: popUp, role: Accessible.ButtonMenu, name: "Kind" },
-                { tag: "slider", item: slider, role: Accessible.Slider, name: "Size" },
-                { tag: "round", item: round, role: Accessible.Button, name: "More" },
-                { tag: "row", item: null, role: Accessible.ListItem, name: "Row 0" }
-            ];
-        }
-
-        function test_aScreenReaderHearsWhatItIs(data) {
-            const item = data.item ?? list.itemAtIndex(0);
-            if (data.role !== undefined)
-                compare(item.Accessible.role, data.role);
-            compare(item.Accessible.name, data.name);
+        function test_aScreenReaderHearsWhatItIs() {
+            for (const [item, role, name] of [[button, Accessible.Button, "Go"], [check, Accessible.CheckBox, "Box"],
+                                              [toggle, Accessible.CheckBox, "Toggle"],
+                                              [field.input, field.input.Accessible.role, "Word"], // Qt tells its role
+                                              [popUp, Accessible.ButtonMenu, "Kind"],
+                                              [slider, Accessible.Slider, "Size"], [round, Accessible.Button, "More"],
+                                              [list.itemAtIndex(0), Accessible.ListItem, "Row 0"]]) {
+                compare(item.Accessible.role, role, name);
+                compare(item.Accessible.name, name);
+            }
         }
     }
 }

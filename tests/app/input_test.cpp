@@ -1,10 +1,77 @@
+#include "app/activation_triggers.h"
+#include "app/menu_model.h"
 #include "app/page_motion.h"
 #include "app/wheel_paging.h"
+
+#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
 namespace tessellar {
 namespace {
+
+using namespace Qt::StringLiterals;
+
+class MenuModelTest : public testing::Test {
+protected:
+    MenuModelTest() {
+        menu.open({{.id = u"said"_s, .title = u"Said"_s, .isEnabled = false},
+                   {.id = u"open"_s, .title = u"Open"_s},
+                   {},
+                   {.id = u"more"_s,
+                    .title = u"More"_s,
+                    .entries = {{.id = u"more:1"_s, .title = u"One"_s},
+                                {.id = u"more:2"_s, .title = u"Two"_s}}}},
+                  {3, 4});
+    }
+    void press(std::initializer_list<Qt::Key> keys) {
+        for (const Qt::Key key : keys)
+            menu.pressKey(key);
+    }
+    QString chosen() { return spy.isEmpty() ? QString() : spy.last().first().toString(); }
+
+    MenuModel menu;
+    QSignalSpy spy{&menu, &MenuModel::chosen};
+};
+
+TEST_F(MenuModelTest, KeysPassOverWhatCannotBeChosenAndGoAround) {
+    using enum Qt::Key;
+    for (const auto& [key, line] :
+         {std::pair(Key_Down, 1), std::pair(Key_Down, 3), std::pair(Key_Down, 1), std::pair(Key_Up, 3),
+          std::pair(Key_Home, 1), std::pair(Key_Up, 3), std::pair(Key_Up, 1), std::pair(Key_End, 3)}) {
+        menu.pressKey(key);
+        EXPECT_EQ(menu.current(), line) << key;
+    }
+    press({Qt::Key_Up, Qt::Key_Return});
+    EXPECT_EQ(chosen(), u"open");
+    EXPECT_FALSE(menu.isOpen());
+}
+
+TEST_F(MenuModelTest, ASubmenuIsEnteredAndLeft) {
+    press({Qt::Key_Up, Qt::Key_Right, Qt::Key_Down});
+    EXPECT_EQ(menu.subCurrent(), 1);
+    press({Qt::Key_Left, Qt::Key_Return});
+    EXPECT_EQ(menu.subCurrent(), 0) << "what has a submenu is not itself chosen";
+    EXPECT_EQ(chosen(), QString());
+    press({Qt::Key_Return});
+    EXPECT_EQ(chosen(), u"more:1");
+}
+
+TEST_F(MenuModelTest, ThePointerOpensASubmenuAndAnotherLineClosesIt) {
+    menu.hover(false, 3);
+    EXPECT_EQ(menu.subEntries().size(), 2);
+    menu.hover(true, 1);
+    menu.hover(false, 2);
+    menu.hover(false, 0);
+    EXPECT_EQ(menu.subCurrent(), 1) << "neither a line nor a disabled entry takes the pointer";
+    menu.hover(false, 1);
+    EXPECT_TRUE(menu.subEntries().isEmpty());
+    menu.choose(false, 0);
+    EXPECT_TRUE(menu.isOpen());
+    press({Qt::Key_Escape});
+    EXPECT_FALSE(menu.isOpen());
+    EXPECT_EQ(chosen(), QString());
+}
 
 PageMotion onPage(int page, int count = 5) {
     PageMotion motion;
@@ -94,6 +161,20 @@ TEST(WheelPaging, TurnsOnePageANotchAndOnePageAStroke) {
     EXPECT_EQ(stroke.turn(30, 2000), 0);
     EXPECT_EQ(stroke.turn(80, 3000), 0) << "a stroke does not add to the one before";
     EXPECT_EQ(stroke.turn(0, 3010), 0);
+}
+
+TEST(HotCorner, SummonsOncePerPushIntoTheCornerOfAnyScreen) {
+    const QList<QRect> screens{{0, 0, 1440, 900}, {1440, 0, 1920, 1080}};
+    auto corner = HotCorner::named(u"bottomRight"_s);
+    ASSERT_TRUE(corner);
+    EXPECT_FALSE(corner->isEntered({700, 400}, screens));
+    EXPECT_TRUE(corner->isEntered({1439, 899}, screens));
+    EXPECT_FALSE(corner->isEntered({1438, 898}, screens)); // still there
+    EXPECT_FALSE(corner->isEntered({1430, 899}, screens));
+    EXPECT_TRUE(corner->isEntered({1439, 899}, screens));
+    EXPECT_FALSE(corner->isEntered({1440, 1079}, screens)); // another corner
+    EXPECT_TRUE(corner->isEntered({3359, 1079}, screens));
+    EXPECT_EQ(HotCorner::named(u"top"_s).has_value(), false);
 }
 
 } // namespace

@@ -75,5 +75,19 @@ TEST(Texts, OfTheWindowAreTranslated) {
     });
 }
 
+/// One place has the colours, sizes, radii and times; the rest of QML has them from there.
+TEST(Theme, IsTheOnlyPlaceWithLiterals) {
+    static const QRegularExpression literal(
+        uR"re("#[0-9a-fA-F]{3,8}"|"(white|black|transparent)"|pixelSize: *\d|radius: *[1-9]|(duration|[iI]nterval): *([^\n]*[?:] *)?\d|easing\.type: *Easing)re"_s);
+    forEachSource({u"*.qml"_s}, [](const QString& file, const QString& text) {
+        SCOPED_TRACE(file.toStdString());
+        if (!file.endsWith(u"/Theme.qml")) {
+            EXPECT_FALSE(literal.match(text).hasMatch())
+                << literal.match(text).captured().toStdString();
+        }
+        EXPECT_EQ(text.count(u"T.TextField {"_s), text.count(u"font.family: Theme.family"_s));
+    });
+}
+
 } // namespace
 } // namespace tessellar
