@@ -286,6 +286,7 @@ TEST_F(WindowEditingTest, AnUndoSlidesTilesBackAndPagesMoveUnlessMotionIsReduced
 
     set(u"reducesMotion"_s, true);
     press(Qt::Key_PageUp);
+    EXPECT_FALSE(pager->isMoving());
     EXPECT_EQ(pager->position(), 0) << "at once";
     redo();
     EXPECT_EQ(shift(u"A01"_s), 0);
