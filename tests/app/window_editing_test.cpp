@@ -285,6 +285,7 @@ TEST_F(WindowEditingTest, AnUndoSlidesTilesBackAndPagesMoveUnlessMotionIsReduced
     EXPECT_TRUE(QTest::qWaitFor([&] { return !pager->isMoving(); }));
 
     set(u"reducesMotion"_s, true);
+    ASSERT_EQ(pager->position(), 1);
     press(Qt::Key_PageUp);
     EXPECT_FALSE(pager->isMoving());
     EXPECT_EQ(pager->position(), 0) << "at once";

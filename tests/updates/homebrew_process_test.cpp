@@ -51,6 +51,9 @@ fi
     QString check() {
         AppUpdateCoordinator coordinator(mac.machine);
         coordinator.updateApps({test::app(u"Good"_s), test::app(u"Bad"_s)});
+        return check(coordinator);
+    }
+    QString check(AppUpdateCoordinator& coordinator) {
         bool isOver = false;
         EXPECT_TRUE(coordinator.check({.channel = AppUpdateChannelKind::homebrewCask},
                                       [&](bool) { isOver = true; }));
@@ -92,6 +95,20 @@ TEST_F(HomebrewProcessTest, WhatFailsCostsItsOwnApplicationsAlone) {
              "if [ $1 = info ]; then sleep 60; fi\n" + answers("Bad"),
          })
         EXPECT_EQ((script(badBrew, body), check()), u"failed/2.0"_s) << body.toStdString();
+}
+
+TEST_F(HomebrewProcessTest, ACheckThatEndsOverAnAnswerLeavesTheBrewsToTheNext) {
+    script(badBrew, answers("Bad"));
+    AppUpdateCoordinator coordinator(mac.machine);
+    coordinator.updateApps({test::app(u"Good"_s), test::app(u"Bad"_s)});
+    bool isCancelled = false;
+    const Subscription cancels = coordinator.events.connect([&](const AppUpdateEvent& event) {
+        if (event.kind == AppUpdateEvent::Kind::recorded && !std::exchange(isCancelled, true))
+            coordinator.cancelCheck();
+    });
+    check(coordinator);
+    ASSERT_TRUE(isCancelled);
+    EXPECT_EQ(check(coordinator), u"2.0/2.0");
 }
 
 TEST_F(HomebrewProcessTest, ListingsGetTheirTimeAndBothPeriodsOfGrace) {
