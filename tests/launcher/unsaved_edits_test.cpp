@@ -184,7 +184,11 @@ TEST_F(UnsavedEditsTest, StepsOfHistoryAreShownAtOnceAndComeBackIfTheyCannotBeSa
     EXPECT_EQ(sketched(), u"Mine Elm");
     mac.settle();
     EXPECT_EQ(sketched(), u"One Elm");
-    EXPECT_EQ(history.steps().nextRedo(Mode::fullScreen).entry->after.document.pages[0][0].app()->name,
+    EXPECT_EQ(history.steps()
+                  .nextRedo(LauncherWindowMode::fullScreen)
+                  .entry->after.document.pages[0][0]
+                  .app()
+                  ->name,
               u"Mine");
     setDiskFails(false);
     EXPECT_EQ(redo(), u"done");

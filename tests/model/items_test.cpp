@@ -1,5 +1,6 @@
 #include "model/items.h"
 #include "model/json_losses.h"
+#include "model/layout_document.h"
 
 #include "model/drawn.h"
 #include "support/printers.h"
@@ -143,6 +144,14 @@ TEST(Items, FoldersListApplicationsDeepAndPreviewsShallow) {
     EXPECT_EQ(previewItems(outer, 2), outer.pages[0].first(2));
     EXPECT_EQ(previewItems(outer, 9).size(), 4);
     EXPECT_TRUE(previewItems(outer, 0).isEmpty());
+}
+
+TEST(ItemJson, SetsAreWrittenInOneOrder) {
+    QSet<QString> set;
+    for (const QChar c : QStringLiteral("hgfedcba"))
+        set.insert(c);
+    EXPECT_EQ(json::write(json::encode(set)).simplified().replace(' ', ""),
+              R"(["a","b","c","d","e","f","g","h"])");
 }
 
 } // namespace

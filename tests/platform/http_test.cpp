@@ -62,8 +62,8 @@ TEST_F(NetworkHttpClientTest, GivesWhatTheServerSaysWithinItsBounds) {
 }
 
 TEST_F(NetworkHttpClientTest, FollowsAsManyRedirectsAsAreWantedAndOnlyToAllowedAddresses) {
-    const auto redirect = [](const QByteArray& to) {
-        return httpAnswer("302 Found", {}, "Location: " + to + "\r\n");
+    const auto redirect = [](const QByteArray& to, const QByteArray& status = "302") {
+        return httpAnswer(status + " Moved", {}, "Location: " + to + "\r\n");
     };
     _says = {{"/there?x=1%2B1", httpAnswer("200 OK", "body")},
              {"/moved", redirect("/there?x=1%2B1")},
@@ -71,7 +71,10 @@ TEST_F(NetworkHttpClientTest, FollowsAsManyRedirectsAsAreWantedAndOnlyToAllowedA
              {"/away", redirect("http://example.com/")},
              {"/file", redirect("file:///etc/passwd")}};
     EXPECT_EQ(get(u"/moved"_s), std::unexpected(HttpError::redirectRefused));
-    EXPECT_EQ(get(u"/moved"_s, 2), (HttpResponse{200, "body"}));
+    for (const char* status : {"301", "302", "303", "307", "308"}) {
+        _says["/moved"] = redirect("/there?x=1%2B1", status);
+        EXPECT_EQ(get(u"/moved"_s, 2), (HttpResponse{200, "body"})) << status;
+    }
     for (const QString& path : {u"/round"_s, u"/away"_s, u"/file"_s})
         EXPECT_EQ(get(path, 2), std::unexpected(HttpError::redirectRefused)) << path.toStdString();
 }

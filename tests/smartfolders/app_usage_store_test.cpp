@@ -116,6 +116,12 @@ TEST_F(AppUsageStores, ADamagedRecordCostsItselfAlone) {
     EXPECT_EQ(store->records().cbegin()->count, 7);
     EXPECT_FALSE(store->isComplete());
     EXPECT_TRUE(machine.names(folder).filter(u"damaged"_s).isEmpty());
+
+    // Where a whole file does not say since when it counts, its oldest record does.
+    machine.write(path, R"({"version": 1, "records": {"b": {"firstSeen": 1, "count": 7}}})");
+    SmartFolderRuntimeFacts facts;
+    loaded()->fill(facts);
+    EXPECT_TRUE(facts.usageDataIsComplete);
 }
 
 TEST_F(AppUsageStores, AFileThatCannotBeReadNowStaysWhereItIs) {

@@ -422,7 +422,9 @@ TEST_F(SmartFolderFactsCatalogs, ToolsThatFailLeaveAFactMissing) {
     const QList<AppEntry> many = addSeveral(30);
     const qsizetype before = machine.commands.commands().size();
     facts(many, all);
-    EXPECT_LE(machine.commands.commands().size() - before, 4); // three, and one on the other worker
+    // Three, and what the other workers had begun by then.
+    const qsizetype others = machine.workers.threadCount(Lane::tools) - 1;
+    EXPECT_LE(machine.commands.commands().size() - before, 3 + others);
     // Once it works again, those that were left out get their facts.
     machine.tool(u"/usr/bin/lipo"_s, test::exited(0, "arm64"));
     EXPECT_TRUE(facts(many, all).last()->architectures);

@@ -93,6 +93,15 @@ TEST_F(AppUpdateCoordinatorTest, SwitchingOffDropsTheResultsOfTheRunningCheck) {
     EXPECT_EQ(coordinator->check(), std::unexpected(AppUpdateError::disabled));
     set(AppUpdateSettings::enabledKey, true);
     EXPECT_TRUE(coordinator->isChecking());
+    answerAll();
+    ASSERT_TRUE(coordinator->check());
+    settle();
+    mac.http.answer(u"lookup"_s, lookup("1.11"));
+    settle();
+    EXPECT_EQ(sketch(), u"2.0 1.11 2.5 -"_s);
+    (void)mac.settings.set(AppUpdateSettings::enabledKey, false);
+    coordinator->settingsChanged();
+    EXPECT_EQ(sketch(), u"2.0 1.10 2.5 -"_s) << "as before that check";
 }
 
 TEST_F(AppUpdateCoordinatorTest, CancellingKeepsWhatIsKnownSoFarAndIsNoFullCheck) {
@@ -139,6 +148,7 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsBroughtUpToDateDuringACheckIsCheckedAfter
     answerStore("1.10");
     answerFeed("101");
     EXPECT_EQ(sketch(), u"2.0 1.10 upToDate -"_s);
+    EXPECT_EQ(brewRuns("info"), 1) << "one application of a feed wants no brew";
 }
 
 TEST_F(AppUpdateCoordinatorTest, ACaskThatIsInstalledMeanwhileHasItsChannelAtOnce) {
@@ -197,6 +207,9 @@ TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
     EXPECT_EQ(mac.commands.commands().size(), asked) << "Spotlight says the same of the same bundle";
     beginCheck();
     answerStore("1.10");
+    mac.time.advance(1s);
+    EXPECT_FALSE(coordinator->statuses().contains(key(u"Feed"_s)));
+    EXPECT_FALSE(coordinator->knownStatuses().contains(key(u"Feed"_s)));
     coordinator.reset();
     EXPECT_EQ(stored().records.keys(), (QStringList{key(u"Cask"_s), key(u"Feed"_s), key(u"Store"_s)}))
         << "it may only be out of sight";

@@ -210,6 +210,9 @@ TEST_F(AppUpdateRunnerTest, SeveralAreUpdatedOneAfterTheOtherAfterOneQuestion) {
     EXPECT_EQ(state(u"Other"_s).kind, AppUpdateActionState::Kind::cancelled);
     EXPECT_EQ(state(u"Cask"_s).kind, AppUpdateActionState::Kind::cancelled);
     EXPECT_FALSE(coordinator->runner().isBusy());
+
+    EXPECT_TRUE(update({u"Store"_s, u"Plain"_s}, [&] { ++ended; })) << "there is nothing to do";
+    EXPECT_EQ(ended, 2);
 }
 
 TEST_F(AppUpdateRunnerTest, EachApplicationIsHandedToWhoUpdatesIt) {
