@@ -15,8 +15,8 @@
 #include "platform/uuid_source.h"
 
 #include <QClipboard>
-#include <QFontInfo>
 #include <QGuiApplication>
+#include <QScreen>
 
 #include <algorithm>
 #include <cmath>
@@ -302,8 +302,12 @@ double LauncherController::textScale() const {
     if (set.isDouble())
         return set.toDouble();
     // Desktops' default fonts differ by some points; users who want large text have set theirs larger
-    // than that.
-    const int pixels = QFontInfo(QGuiApplication::font()).pixelSize();
+    // than that. QFontInfo would load the font, which the window may not need.
+    const QFont font = QGuiApplication::font();
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const double pixels = font.pixelSize() > 0 || !screen
+                              ? font.pixelSize()
+                              : font.pointSizeF() * screen->logicalDotsPerInchY() / 72;
     return pixels <= 16 ? 1 : std::min(pixels / 14.0, setting.maximum);
 }
 
