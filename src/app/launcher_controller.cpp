@@ -176,7 +176,6 @@ void LauncherController::follow() {
 }
 
 void LauncherController::showMode() {
-    _panels.updates()->refresh();
     updateMetrics();
     Q_EMIT modeChanged();
 }

@@ -28,7 +28,7 @@ static constexpr std::chrono::milliseconds quietTime{300};
 static constexpr std::chrono::milliseconds fadeTime{200};
 
 LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize screen)
-    : _settings(machine.settings)
+    : _machine(machine)
     , _scheduler(machine.scheduler)
     , _viewModel(machine, mode, &_pasteboard)
     , _icons(machine.files, machine.workers)
@@ -66,12 +66,15 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     });
     connect(&_controller, &LauncherController::closeRequested, this, &LauncherWindow::close);
     _view.installEventFilter(this); // for its own close button, and for clicks beside a name field
-    // Left alone, QML collects garbage while the user is typing or dragging.
+    // Left alone, QML collects garbage while the user is typing or dragging. A blinking cursor makes
+    // none.
     _quiet.setSingleShot(true);
     _quiet.setInterval(quietTime);
     connect(&_quiet, &QTimer::timeout, _view.engine(), &QQmlEngine::collectGarbage);
     connect(&_view, &QQuickWindow::frameSwapped, this, [this] {
-        _quiet.start();
+        if (_hasInput || _quiet.isActive())
+            _quiet.start();
+        _hasInput = false;
         if (!std::exchange(_hasDrawn, true)) {
             _viewModel.libraryWatch().start();
             Q_EMIT firstFrame();
@@ -96,6 +99,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
 
 LauncherWindow::~LauncherWindow() {
     remember();
+    LauncherSettings::flush(_machine); // before another launcher may start
     disconnect(qGuiApp, nullptr, this, nullptr);
     // The scene refers to the controller, which is destroyed first.
     _view.setSource({});
@@ -110,8 +114,8 @@ void LauncherWindow::load() {
 
 /// The screen where the user left the window, else the one with the pointer.
 QScreen* LauncherWindow::wantedScreen() const {
-    const auto left = _settings.integer(QStringLiteral("window.left"));
-    const auto top = _settings.integer(QStringLiteral("window.top"));
+    const auto left = _viewModel.settings().expected().integer(QStringLiteral("window.left"));
+    const auto top = _viewModel.settings().expected().integer(QStringLiteral("window.top"));
     if (_controller.isWindowed() && left && top)
         if (QScreen* known =
                 QGuiApplication::screenAt({static_cast<int>(*left), static_cast<int>(*top)}))
@@ -133,8 +137,8 @@ void LauncherWindow::fitToScreen() {
     const QSize size =
         windowedSize(_viewModel.shown().settings()).toSize().boundedTo(area.size() * 0.95);
     QRect wanted(area.center() - QPoint(size.width() / 2, size.height() / 2), size);
-    const auto left = _settings.integer(QStringLiteral("window.left"));
-    const auto top = _settings.integer(QStringLiteral("window.top"));
+    const auto left = _viewModel.settings().expected().integer(QStringLiteral("window.left"));
+    const auto top = _viewModel.settings().expected().integer(QStringLiteral("window.top"));
     if (left && top) {
         // On a screen that still exists.
         wanted.moveLeft(std::clamp(static_cast<int>(*left), area.left(), area.right() - size.width()));
@@ -203,7 +207,7 @@ void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
 void LauncherWindow::welcome(const QString& changelog, const QString& version) {
     const auto offer = [this, changelog, version] {
         const auto welcome =
-            ReleaseNotes::welcome(_settings, _viewModel.isUnarranged(), changelog, version);
+            ReleaseNotes::welcome(_machine.settings, _viewModel.isUnarranged(), changelog, version);
         if (!welcome.news.isEmpty())
             _controller.sheets()->openNews(welcome.news);
         else if (welcome.asksHowToBegin)
@@ -249,6 +253,7 @@ bool LauncherWindow::commitNameBeside(QEvent* event) {
 }
 
 bool LauncherWindow::eventFilter(QObject* watched, QEvent* event) {
+    _hasInput = _hasInput || (watched == &_view && event->isInputEvent());
     if (watched == &_view && commitNameBeside(event))
         return true;
     if (event->type() == QEvent::LocaleChange && watched == QCoreApplication::instance())

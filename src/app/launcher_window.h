@@ -70,7 +70,7 @@ private:
     void setAway(bool isAway);
     void endIfIdle();
 
-    Settings& _settings;
+    Machine& _machine;
     Scheduler& _scheduler;
     DesktopPasteboard _pasteboard;
     LauncherViewModel _viewModel;
@@ -78,7 +78,8 @@ private:
     Subscription _iconsChanged;
     LauncherController _controller;
     QQuickView _view;
-    QTimer _quiet; ///< until nothing has moved for a while
+    bool _hasInput = false; ///< since the last frame
+    QTimer _quiet;          ///< until nothing has moved for a while
     QSize _screen;
     QMetaObject::Connection _screenChanged;
     QMetaObject::Connection _welcoming; ///< until the welcome has been answered

@@ -272,7 +272,9 @@ void SettingsPanel::setShown(bool isShown) {
         return;
     _shown.clear();
     if (!isShown) {
-        // Discards values that were only tried out.
+        // Discards a value that was only tried out.
+        if (!std::exchange(_isTryingOut, false))
+            return;
         for (const LauncherWindowMode mode : LiveLayouts::modes)
             _viewModel.layout(mode).settingsChanged();
         return;
@@ -301,11 +303,14 @@ void SettingsPanel::tell(const QString& issue) {
 
 void SettingsPanel::tryOut(const QString& key, double value) {
     const LauncherWindowMode mode = _viewModel.shown().mode();
-    _viewModel.shown().tryOut(readLayoutSettings(TriedSettings(_machine.settings, key, value), mode));
+    const TriedSettings tried(_viewModel.settings().expected(), key, value);
+    _viewModel.shown().tryOut(readLayoutSettings(tried, mode));
+    _isTryingOut = true;
 }
 
 void SettingsPanel::store(const QString& key, const QJsonValue& value) {
     _issue.clear();
+    _isTryingOut = false;
     _viewModel.settings().store(
         key, value, [self = QPointer(this)](const LauncherSettings::Outcome& stored) {
             if (!self || stored)

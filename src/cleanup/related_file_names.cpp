@@ -318,7 +318,7 @@ InstalledClaims::InstalledClaims(const QList<CleanupApplication>& others) {
 }
 
 const InstalledClaims::Owners* InstalledClaims::ownersOf(QByteArrayView identifier) const {
-    // Every identifier has a dot, so others need not be hashed.
+    // Every key of the table has a dot, so other names need not be hashed.
     if (!identifier.contains('.'))
         return nullptr;
     const auto found = _identifiers.find(textOf(identifier));

@@ -13,9 +13,9 @@ namespace tessellar {
 class AppUpdateCoordinator;
 struct AppUpdateSourceText;
 
-/// What is known about the updates of one application, and how it is said. A view: looks up at each
-/// call, and must not outlive the `LauncherUpdates` it came from. Without knowledge, texts are empty
-/// and values nullopt.
+/// What is known about the updates of one application, and how it is said. For the moment:
+/// `LauncherUpdates::of` is called again for the next look. Without knowledge, texts are empty and
+/// values nullopt.
 class AppUpdateView {
 public:
     AppUpdateView(const AppUpdateCoordinator* coordinator, QString appKey)

@@ -2,6 +2,7 @@
 
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
 #include "model/layout_backups.h"
@@ -96,6 +97,8 @@ LauncherHistory::Made LauncherHistory::make(EditStep step) {
     };
     if (const auto guarded = guard(step.mode); !guarded)
         return std::unexpected(guarded.error());
+    if (step.settings)
+        catchUpWithSettings();
     LayoutUndoState before = snapshot(step.mode);
     before.navigation = step.initialNavigation.value_or(before.navigation);
     if (_store.isWriteBlocked(otherMode(step.mode)))
@@ -180,6 +183,8 @@ LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const L
                                                    Saved saved) {
     if (auto settled = settle(); !settled)
         return settled;
+    if (step.settings)
+        LauncherSettings::flush(_machine); // what was set before it is part of what it replaces
     const bool isWhole = filesOf(step) > 1;
     const StepJournal::Files before = filesBefore(step, state);
     if (isWhole)
@@ -232,6 +237,8 @@ LauncherHistory::Outcome LauncherHistory::settle() {
         return {};
     if (!_applications.hasScanned())
         return std::unexpected(_unsettled->error); // nothing is shown yet
+    if (_unsettled->before.settings)
+        LauncherSettings::flush(_machine);
     // The documents may have been merged with a scan since, so the shown ones are saved.
     StepJournal::Files files = _unsettled->before;
     for (auto [mode, document] : {std::pair(LauncherWindowMode::fullScreen, &files.fullScreen),
@@ -305,16 +312,23 @@ bool LauncherHistory::putBack(const StepJournal::Files& files) {
     if (files.definitions && !_smartFolders.rollBack(*files.definitions))
         isWritten = false;
     if (files.settings) {
-        isWritten = _machine.settings.set(*files.settings).has_value() && isWritten;
+        isWritten = LauncherSettings::storeNow(_machine, *files.settings).has_value() && isWritten;
         for (const LauncherWindowMode mode : LiveLayouts::modes)
             _layouts[mode].settingsChanged();
     }
     return isWritten;
 }
 
+void LauncherHistory::catchUpWithSettings() {
+    LauncherSettings::flush(_machine);
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        _layouts[mode].settingsChanged();
+}
+
 LauncherHistory::Outcome LauncherHistory::storeSettings(LauncherWindowMode mode,
                                                         const ArrangementLayout& settings) {
-    if (const auto stored = writeLayoutSettings(_machine.settings, mode, settings); !stored)
+    const auto stored = LauncherSettings::storeNow(_machine, storedLayoutSettings(mode, settings));
+    if (!stored)
         return std::unexpected(launcherError(stored.error()));
     _layouts[mode].settingsChanged();
     return {};
@@ -390,6 +404,8 @@ void LauncherHistory::setTrash(LayoutUndoActions::TrashMove restore,
 }
 
 bool LauncherHistory::apply(const LayoutUndoEntry& entry, const LayoutUndoState& state) {
+    if (entry.before.settings != entry.after.settings)
+        catchUpWithSettings();
     const LayoutUndoState before = snapshot(state.mode);
     EditStep step{.name = {},
                   .mode = state.mode,

@@ -104,6 +104,8 @@ public:
 
 private:
     LayoutUndoActions actions();
+    /// What was set before a step is on the disk, and is part of what the step replaces.
+    void catchUpWithSettings();
     Outcome storeSettings(LauncherWindowMode mode, const ArrangementLayout& settings);
     static int filesOf(const EditStep& step);
     /// When a step's documents are saved.

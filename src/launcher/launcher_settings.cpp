@@ -5,6 +5,8 @@
 #include "platform/machine.h"
 #include "platform/texts.h"
 
+#include <future>
+
 namespace tessellar {
 
 LauncherSettings::LauncherSettings(Machine& machine, LauncherHistory& history)
@@ -22,6 +24,27 @@ QMap<QString, QJsonValue> LauncherSettings::Expected::values() const {
 
 std::expected<void, FileError> LauncherSettings::Expected::set(const Changes& changes) {
     return stored->set(changes);
+}
+
+/// Runs `call` on the saving lane, after what is queued there.
+static void inTurn(WorkerPool& workers, const std::function<void()>& call) {
+    std::promise<void> done;
+    workers.submit(Lane::saving, {}, [&](std::stop_token) {
+        call();
+        done.set_value();
+    });
+    done.get_future().wait();
+}
+
+void LauncherSettings::flush(const Machine& machine) {
+    inTurn(machine.workers, [] {});
+}
+
+std::expected<void, FileError> LauncherSettings::storeNow(const Machine& machine,
+                                                          const QMap<QString, QJsonValue>& changes) {
+    std::expected<void, FileError> stored;
+    inTurn(machine.workers, [&] { stored = machine.settings.set(changes); });
+    return stored;
 }
 
 void LauncherSettings::store(const QString& key, const QJsonValue& value, Done done) {

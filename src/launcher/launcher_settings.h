@@ -30,6 +30,11 @@ public:
     /// ends meanwhile, but then `done` is not called.
     void store(const QMap<QString, QJsonValue>& changes, Done done = {});
 
+    /// Blocks until everything so far has been written.
+    static void flush(const Machine& machine);
+    /// Stores in the same order, and blocks until it is done: for what is part of a larger step.
+    static std::expected<void, FileError> storeNow(const Machine& machine,
+                                                   const QMap<QString, QJsonValue>& changes);
     /// The settings as they will be once everything has been written: what a sheet shows.
     const Settings& expected() const { return _expected; }
 

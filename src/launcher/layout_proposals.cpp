@@ -79,6 +79,7 @@ void LayoutProposals::propose(Mode mode, std::function<void(const All&)> done) {
                  .imported = *found,
                  .newAppCount = _applications.all().size() - found->metadata.appCount});
         else if (found.error().code != u"databaseNotFound" &&
+                 found.error().code != u"importInProgress" &&
                  found.error().code != u"cannotResolveDarwinUserDirectory")
             all.importFailure = found.error();
         propose(mode, std::move(all), std::move(done));
@@ -125,14 +126,19 @@ void LayoutProposals::propose(Mode mode, All all, std::function<void(const All&)
         imported.losesAliases = from.hasAliases;
         imported.losesSmartFolders = !from.smartFolders.isEmpty();
     }
-    _task = _machine.workers.run(
+    const auto task = _tasks.insert(_tasks.end(), Task());
+    *task = _machine.workers.run(
         Lane::computing,
         [proposed = std::move(all), from = std::move(from)](std::stop_token) mutable {
             for (const Kind kind : {Kind::byCategory, Kind::byName})
                 proposed.proposals.append(from.made(kind));
             return proposed;
         },
-        [done = std::move(done)](const All& found) { done(found); });
+        [this, task, done = std::move(done)](const All& found) {
+            const Task ended = std::move(*task); // kept until the end of this call
+            _tasks.erase(task);
+            done(found);
+        });
 }
 
 void LayoutProposals::take(const QList<Mode>& modes, const LayoutProposal& proposal,

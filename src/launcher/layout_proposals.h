@@ -5,6 +5,7 @@
 #include "platform/task.h"
 
 #include <functional>
+#include <list>
 
 namespace tessellar {
 
@@ -66,7 +67,7 @@ private:
     InstalledApplications& _applications;
     LauncherImport& _launchpadImport;
     LayoutArchive& _archive;
-    Task _task;
+    std::list<Task> _tasks;
 };
 
 } // namespace tessellar

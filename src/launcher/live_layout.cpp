@@ -8,7 +8,7 @@
 
 namespace tessellar {
 
-/// Lookup tables. Each is built on first use, because showing a change needs neither.
+/// Lookup tables. Each is built on first use, because showing a change needs only the first.
 struct LiveLayout::Lookups {
     std::optional<ShownPages> shown;
     std::optional<QHash<QUuid, const LaunchpadItem*>> items;

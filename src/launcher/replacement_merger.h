@@ -17,7 +17,7 @@ public:
     using Mode = LauncherWindowMode;
     /// A replacement.
     struct Wanted {
-        /// Called on a worker.
+        /// Called on a worker, or on the main thread after repeated changes.
         std::function<LayoutDocument()> document;
         /// Used in place of the scan's.
         std::optional<QList<AppEntry>> apps = {};

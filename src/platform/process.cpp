@@ -460,7 +460,7 @@ DetachedState ProcessRunner::poll(std::int64_t number, const QByteArray& outputF
 }
 
 void ProcessRunner::terminate(std::int64_t number, const QByteArray& outputFile, bool now) {
-    // While the child has not been reaped its id cannot be reused; `look` would reap it.
+    // While the child has not been reaped its id cannot be reused; `poll` would reap it.
     const auto child = static_cast<pid_t>(number);
     siginfo_t info{};
     const bool isChild =

@@ -44,8 +44,9 @@ protected:
             (void)working.perform({.operation = kind, .items = items}, client);
             ::_exit(0);
         }
-        while (!isEnough() && ::waitpid(child, nullptr, WNOHANG) == 0) {
-        }
+        while (!isEnough())
+            if (::waitpid(child, nullptr, WNOHANG) != 0)
+                return; // its number may be another's already
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
     }
