@@ -258,9 +258,11 @@ bool LauncherWindow::eventFilter(QObject* watched, QEvent* event) {
         return true;
     if (event->type() == QEvent::LocaleChange && watched == QCoreApplication::instance())
         _viewModel.setLocale(Locale::system());
-    if (event->type() == QEvent::Close && watched == &_view)
+    if (event->type() == QEvent::Close && watched == &_view) {
+        remember(); // quitting closes it for good
         QMetaObject::invokeMethod(
             this, [this] { close(); }, Qt::QueuedConnection);
+    }
     return QObject::eventFilter(watched, event);
 }
 

@@ -40,9 +40,12 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
     , _unsaved(
           store, [this](const QList<UnsavedEdit>& edits) { rollBack(edits); },
           [&messages](const LauncherError& error, UnsavedEdits::Left left) {
-              messages.alert(left == UnsavedEdits::Left::unsaved
-                                 ? offering(LauncherError::Remedy::saveAgain, error)
-                                 : error);
+              if (left == UnsavedEdits::Left::unsaved)
+                  return messages.alert(offering(LauncherError::Remedy::saveAgain, error));
+              messages.alert({error.code,
+                              error.message + u' ' +
+                                  Texts::tr("The tiles are as they were before you undid or redid it."),
+                              error.title});
           }) {}
 
 LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
@@ -429,7 +432,6 @@ bool LauncherHistory::apply(const LayoutUndoEntry& entry, const LayoutUndoState&
                   .before = *before.documentOf(mode),
                   .rollBack = [this, entry] { _steps.giveBack(entry); },
                   .isStepOfHistory = true});
-    _store.startPendingSave(mode);
     return true;
 }
 

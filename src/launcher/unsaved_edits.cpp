@@ -23,6 +23,10 @@ void UnsavedEdits::editAs(const Editor& editor, const std::function<void()>& cal
 }
 
 void UnsavedEdits::add(UnsavedEdit edit) {
+    // A command waits for its steps as for its edits.
+    edit.isStepOfHistory = edit.isStepOfHistory && !_editor;
+    const bool isSavedAtOnce = edit.isStepOfHistory;
+    const LauncherWindowMode mode = edit.mode;
     auto& edits = _edits[std::size_t(edit.mode)];
     const LayoutStore::Revision revision = _store.revision(edit.mode);
     // Edits that are not rolled back on failure can share an entry.
@@ -33,6 +37,8 @@ void UnsavedEdits::add(UnsavedEdit edit) {
         edits.last().revision = revision;
     else
         edits.append({std::move(edit), _editor, revision});
+    if (isSavedAtOnce)
+        _store.startPendingSave(mode);
 }
 
 void UnsavedEdits::whenSaved(const Editor& editor, Whose whose, Done done) {

@@ -20,9 +20,9 @@ struct UnsavedEdit {
 /// Tracks edits until they are on the disk.
 ///
 /// If saving fails, edits by hand stay in the window and are retried with later edits. Edits by a
-/// command are rolled back, so that its failure is final, and so are undo and redo, which can be tried
-/// again; but if edits by hand were made on top, they are kept like these, and the command's result
-/// says so. Concurrent waits share a save.
+/// command are rolled back, so that its failure is final, and so are undo and redo by hand, which are
+/// saved at once and can be tried again. But if edits by hand were made on top, they are kept like
+/// these, and the command's result says so. Concurrent waits share a save.
 ///
 /// Main thread only.
 class UnsavedEdits {

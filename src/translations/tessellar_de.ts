@@ -4487,6 +4487,10 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <source>Subcommands</source>
         <translation>Befehle</translation>
     </message>
+    <message>
+        <source>The tiles are as they were before you undid or redid it.</source>
+        <translation>Die Kacheln liegen wie vor dem Widerrufen oder Wiederholen.</translation>
+    </message>
 </context>
 <context>
     <name>UnplacedSheet</name>

@@ -177,6 +177,19 @@ TEST_F(UnsavedEditsTest, StepsOfHistoryAreShownAtOnceAndComeBackIfTheyCannotBeSa
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(shownAndStored(), QStringList({u"Mine Elm"_s, u"Mine Elm"_s}));
 
+    // A command's own step waits until the command asks, however soon the disk fails.
+    setDiskFails(true);
+    const auto batch = command();
+    unsaved().editAs(batch, [&] { step(true); });
+    time.advance(1s);
+    mac.settle();
+    await(batch);
+    mac.settle();
+    EXPECT_EQ(taken(), QStringList{u"0 isADirectory"_s});
+    EXPECT_EQ(sketched(), u"Mine Elm");
+    EXPECT_TRUE(told().isEmpty());
+    setDiskFails(false);
+
     step(true);
     mac.settle();
     setDiskFails(true);
