@@ -280,7 +280,7 @@ TEST_F(AppScannerTest, TheResultDoesNotDependOnThreads) {
     }
     const auto once = [&](unsigned count) {
         threads = count;
-        uuids = test::SequentialUuids();
+        uuids.restart();
         return scan();
     };
     const auto first = once(1);

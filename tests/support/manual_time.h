@@ -3,6 +3,7 @@
 #include "platform/clock.h"
 #include "platform/scheduler.h"
 
+#include <atomic>
 #include <map>
 #include <memory>
 
@@ -14,7 +15,7 @@ class ManualTime final : public Clock, public Scheduler {
 public:
     explicit ManualTime(Instant start = *Instant::fromIso8601(u"2026-11-14T21:05:40Z")) : _now(start) {}
 
-    Instant now() const override { return _now; }
+    Instant now() const override { return _now.load(); }
     /// Moves the clock alone, as a user who sets it does; delays go on as they were.
     void setNow(Instant now) { _now = now; }
 
@@ -52,11 +53,11 @@ private:
     };
 
     void moveTo(std::chrono::milliseconds elapsed) {
-        _now = _now + std::chrono::duration<double>(elapsed - _elapsed);
+        _now = _now.load() + std::chrono::duration<double>(elapsed - _elapsed);
         _elapsed = elapsed;
     }
 
-    Instant _now;
+    std::atomic<Instant> _now; ///< workers look at it
     std::chrono::milliseconds _elapsed{0};
     std::uint64_t _sequence = 0;
     std::shared_ptr<Queue> _queue = std::make_shared<Queue>();
