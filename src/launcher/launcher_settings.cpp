@@ -6,6 +6,7 @@
 #include "platform/texts.h"
 
 #include <future>
+#include <memory>
 
 namespace tessellar {
 
@@ -28,12 +29,13 @@ std::expected<void, FileError> LauncherSettings::Expected::set(const Changes& ch
 
 /// Runs `call` on the saving lane, after what is queued there.
 static void inTurn(WorkerPool& workers, const std::function<void()>& call) {
-    std::promise<void> done;
-    workers.submit(Lane::saving, {}, [&](std::stop_token) {
+    // Shared: the worker may still be leaving `set_value` when the wait ends.
+    const auto done = std::make_shared<std::promise<void>>();
+    workers.submit(Lane::saving, {}, [&call, done](std::stop_token) {
         call();
-        done.set_value();
+        done->set_value();
     });
-    done.get_future().wait();
+    done->get_future().wait();
 }
 
 void LauncherSettings::flush(const Machine& machine) {
