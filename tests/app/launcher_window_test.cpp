@@ -246,6 +246,7 @@ TEST_F(LauncherWindowTest, AWindowStaysWhenAGapIsClickedAndIsWhereItWas) {
     EXPECT_EQ(view().geometry(), QRect(30, 40, 700, 500));
     EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), std::nullopt);
     viewModel().layouts().show(LauncherWindowMode::fullScreen);
+    mac.settle();
     EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), u"fullScreen"_s);
 }
 
