@@ -34,6 +34,7 @@
 #include <cstring>
 #include <ctime>
 #include <functional>
+#include <optional>
 #include <vector>
 
 using namespace tessellar;
@@ -301,17 +302,22 @@ private:
     }
 
     /// The waits for frames while something moves: from what sets it off to the first, and on to the
-    /// last.
+    /// last. A frame that comes while all rests is not waited for.
     class Frames {
     public:
         explicit Frames(QQuickWindow& window) {
             QObject::connect(&window, &QQuickWindow::frameSwapped, &_context, [this] {
+                if (!_last)
+                    return;
                 const double now = milliseconds(CLOCK_MONOTONIC);
-                _waits.push_back(now - std::exchange(_last, now));
+                _waits.push_back(now - std::exchange(*_last, now));
             });
         }
         /// Something sets off a motion: what was waited before does not count.
         void begin() { _last = milliseconds(CLOCK_MONOTONIC); }
+        std::size_t count() const { return _waits.size(); }
+        /// Nothing moves until the next `begin`.
+        void rest() { _last.reset(); }
         void print(const char* what) const {
             double sum = 0;
             for (const double wait : _waits)
@@ -326,7 +332,7 @@ private:
     private:
         QObject _context;
         std::vector<double> _waits;
-        double _last = 0;
+        std::optional<double> _last;
     };
 
     void printFrames() {
@@ -349,6 +355,7 @@ private:
             frames.begin();
             carry(8ms);
             send(QEvent::MouseMove, cell(5.95, 2.4), Qt::LeftButton);
+            frames.rest();
             pass(TileDrag::roomDelay);
             frames.begin();
             pass(200ms); // others make room
@@ -404,6 +411,8 @@ private:
                 for (qsizetype length = 1; length <= QStringView(word).size(); ++length) {
                     frames.begin();
                     controller().search()->setText(QStringView(word).first(length).toString());
+                    (void)until([&, before = frames.count()] { return frames.count() > before; });
+                    frames.rest();
                     pass(80ms);
                 }
             }
