@@ -8,6 +8,7 @@
 #include "launcher/release_notes.h"
 #include "launcher/smart_folder_library.h"
 
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QQmlEngine>
@@ -35,6 +36,8 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     , _controller(_viewModel, _icons, machine)
     , _screen(screen)
     , _mode(mode) {
+    // Reading the system's list of fonts takes longer than creating all items of the window.
+    machine.workers.submit(Lane::decoding, {}, [](std::stop_token) { (void)QFontDatabase::families(); });
     _view.setResizeMode(QQuickView::SizeRootObjectToView);
     _view.setTitle(QStringLiteral("Tessellar"));
     _view.setColor(QColor(13, 15, 27));

@@ -34,7 +34,10 @@ FocusScope {
     Timer {
         running: root.launcher.isReady
         interval: Theme.resultsDelay
-        onTriggered: found.active = true
+        onTriggered: {
+            found.active = true;
+            fonts.active = true;
+        }
     }
 
     Connections {
@@ -267,106 +270,18 @@ FocusScope {
 
     OnDemand {
         anchors.fill: parent
-        file: "IconSheet.qml"
         enabled: !root.launcher.alert.isOpen
+        file: root.launcher.panels.removal.isOpen ? "RemovalSheet.qml" : ""
         initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "icon"
     }
 
     OnDemand {
-        anchors.fill: parent
-        file: "RemovalSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.panels.removal.isOpen
-    }
+        readonly property string sheet: root.launcher.sheets.current
 
-    OnDemand {
         anchors.fill: parent
-        file: "BackupsSheet.qml"
         enabled: !root.launcher.alert.isOpen
+        file: sheet !== "" ? sheet.charAt(0).toUpperCase() + sheet.slice(1) + "Sheet.qml" : ""
         initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "backups"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "ArrangementsSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "arrangements"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "ArrangingSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "arranging"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "UnplacedSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "unplaced"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "InformationSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "information"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "PastRemovalsSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "pastRemovals"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "UpdatesSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "updates"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "SettingsSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "settings"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "NewsSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "news"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "KeysSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "keys"
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        file: "SmartFolderSheet.qml"
-        enabled: !root.launcher.alert.isOpen
-        initial: ({ launcher: root.launcher })
-        wanted: root.launcher.sheets.current === "smartFolder"
     }
 
     OnDemand {
@@ -374,14 +289,39 @@ FocusScope {
         property Item former: null
 
         anchors.fill: parent
-        file: "DayGrid.qml"
+        file: root.launcher.panels.smartFolder.days.isOpen ? "DayGrid.qml" : ""
         initial: ({ days: root.launcher.panels.smartFolder.days })
-        wanted: root.launcher.panels.smartFolder.days.isOpen
         onLoaded: {
             former = root.Window.activeFocusItem;
             item.forceActiveFocus();
         }
-        onWantedChanged: if (!wanted && former) former.forceActiveFocus()
+        onFileChanged: if (file === "" && former) former.forceActiveFocus()
+    }
+
+    // Finding a font takes long, so those of the sheets are found while nothing else happens.
+    Loader {
+        id: fonts
+
+        active: false
+        asynchronous: true
+        visible: false
+        sourceComponent: Repeater {
+            model: [
+                Qt.font({ pixelSize: Theme.captionFont }),
+                Qt.font({ pixelSize: Theme.noteFont }),
+                Qt.font({ pixelSize: Theme.controlFont }),
+                Qt.font({ pixelSize: Theme.titleFont }),
+                Qt.font({ pixelSize: Theme.textFont, weight: Font.Medium }),
+                Qt.font({ pixelSize: Theme.headingFont, weight: Font.DemiBold })
+            ]
+
+            Text {
+                required property font modelData
+
+                text: "…"
+                font: modelData
+            }
+        }
     }
 
     OpenMenu {
@@ -401,8 +341,7 @@ FocusScope {
 
     OnDemand {
         anchors.fill: parent
-        file: "Alert.qml"
+        file: root.launcher.alert.isOpen ? "Alert.qml" : ""
         initial: ({ launcher: root.launcher })
-        wanted: root.launcher.alert.isOpen
     }
 }

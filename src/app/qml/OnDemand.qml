@@ -1,16 +1,13 @@
 import QtQuick
 
-// A part of the window that is loaded on demand, so that the first frame does not wait for its types.
+// A part of the window that exists while it has a file, so that the first frame does not wait for its types.
 Loader {
-    id: part
-
-    required property string file
+    property string file: ""
     // The initial properties.
     required property var initial
-    property bool wanted: false
 
-    onWantedChanged: {
-        if (wanted)
+    onFileChanged: {
+        if (file !== "")
             setSource(file, initial);
         else
             source = "";

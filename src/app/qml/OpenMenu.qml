@@ -8,12 +8,11 @@ OnDemand {
     required property MenuModel menu
     property Item former: null
 
-    file: "ContextMenu.qml"
+    file: menu.isOpen ? "ContextMenu.qml" : ""
     initial: ({ menu: part.menu })
-    wanted: menu.isOpen
     onLoaded: {
         former = Window.activeFocusItem;
         item.forceActiveFocus();
     }
-    onWantedChanged: if (!wanted && former) former.forceActiveFocus()
+    onFileChanged: if (file === "" && former) former.forceActiveFocus()
 }

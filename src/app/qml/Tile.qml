@@ -34,7 +34,7 @@ TileItem {
     // Tiles are being dragged onto it: the folder that they would form is shown.
     readonly property bool isForming: isTarget && launcher.drag.suggestedName !== ""
     // The same tile may also be on a page behind.
-    readonly property bool isRenamed: enabled && visible && launcher.renaming.tileId === tileId
+    readonly property bool isRenamed: launcher.renaming.tileId === tileId && enabled && visible
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
     readonly property real wholeOpacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
 
