@@ -140,11 +140,11 @@ protected:
 
 private:
     QString step(void (LauncherHistory::*take)(LauncherWindowMode, LauncherHistory::Done)) {
-        QString code;
+        const auto code = std::make_shared<QString>(); // it may end after the call
         (launcher->history().*take)(launcher->shown().mode(),
-                                    [&](const auto& outcome) { code = codeOf(outcome); });
+                                    [code](const auto& outcome) { *code = codeOf(outcome); });
         mac.settle();
-        return code;
+        return *code;
     }
 };
 
