@@ -141,6 +141,7 @@ public:
         search();
         editRules();
         changeLayout();
+        deleteSmartFolder();
         dragAndSave();
         rescan();
         check();
@@ -268,6 +269,27 @@ private:
         printBudget("a change of the layout until the grid has it", changes, median(floors), 8);
         step = "save";
         pass(1500ms);
+    }
+
+    /// A step of several files, which are written behind it.
+    void deleteSmartFolder() {
+        step = "a step of several files";
+        const LauncherWindowMode mode = viewModel().shown().mode();
+        std::vector<double> waits;
+        const auto wait = [&](const QByteArray& what, const auto& call) {
+            const double began = milliseconds(CLOCK_MONOTONIC);
+            turn(what, call);
+            waits.push_back(milliseconds(CLOCK_MONOTONIC) - began);
+            pass(1500ms);
+        };
+        for (int i = 0; i < 3; ++i) {
+            wait("a smart folder is deleted", [&] {
+                const QUuid id = viewModel().smartFolders().definitions().last().id;
+                (void)viewModel().editor().deleteSmartFolder(mode, id);
+            });
+            wait("it comes back", [&] { viewModel().history().undo(mode); });
+        }
+        printBudget("a step of several files until it is shown (wall)", waits, 0, 16);
     }
 
     QPointF cell(double column, double row) {

@@ -39,6 +39,7 @@ Panels::Panels(LauncherViewModel& viewModel, Sheets& sheets, Machine& machine)
         if (!_smartFolder.isOpen() && _sheets.current() == Sheets::smartFolder)
             _sheets.close();
     });
+    on(viewModel.smartFolderEditing().reopened, [this] { _sheets.open(Sheets::smartFolder); });
     connect(&_sheets, &Sheets::changed, this, &Panels::followSheets);
     connect(&_settings, &SettingsPanel::updatesRequested, this,
             [this] { _sheets.open(Sheets::updates); });

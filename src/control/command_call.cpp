@@ -83,10 +83,10 @@ void CommandCall::answerAllSaved() {
 void CommandCall::onceSaved(Whose whose, std::function<void()> answer) {
     if (std::exchange(_isFinished, true))
         return;
-    if (!_launcher || options.answersUnsaved)
+    if (!_launcher)
         return answer();
     _launcher->history().unsaved().whenSaved(
-        options.editor, whose,
+        options.editor, options.answersUnsaved ? Whose::step : whose,
         [self = shared_from_this(), answer = std::move(answer)](const UnsavedEdits::Outcome& saved) {
             if (saved)
                 return answer();

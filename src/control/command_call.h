@@ -34,7 +34,8 @@ struct CommandOptions {
     bool json = false;
     bool oneLine = false;       ///< one JSON document per line, as in a batch
     bool showsProgress = false; ///< standard error is a terminal
-    /// Commands finish before their edits are saved. In a batch, only the last command waits.
+    /// Commands finish before their edits are saved, apart from steps that are saved as a unit. In a
+    /// batch, only the last command waits.
     bool answersUnsaved = false;
     /// Who makes the edits: shared by all commands of a batch; null for the command itself.
     UnsavedEdits::Editor editor;

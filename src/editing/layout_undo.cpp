@@ -146,18 +146,15 @@ void LayoutUndoHistory::withdraw(std::uint64_t number, const QList<LayoutUndoEnt
     changed();
 }
 
-void LayoutUndoHistory::giveBack(const LayoutUndoEntry& step) {
-    const auto take = [&](QList<LayoutUndoEntry>& stack) {
-        return stack.removeIf(
-            [&](const LayoutUndoEntry& entry) { return entry.number == step.number; });
-    };
-    // An edit of the other mode may have cleared the redo stack since.
-    if (take(_undoStack)) {
-        _redoStack.append(step);
-    } else {
-        take(_redoStack);
+void LayoutUndoHistory::giveBack(Direction direction, const LayoutUndoEntry& step) {
+    // It may be on neither stack: an edit of the other mode clears the redo stack, and the undo stack
+    // drops its oldest steps.
+    for (QList<LayoutUndoEntry>* stack : {&_undoStack, &_redoStack})
+        stack->removeIf([&](const LayoutUndoEntry& entry) { return entry.number == step.number; });
+    if (direction == Direction::undo)
         push(step, _undoStack.size());
-    }
+    else
+        _redoStack.append(step);
     _undoFeedbackTask.cancel();
     _undoFeedback.reset();
     changed();
@@ -244,11 +241,18 @@ void LayoutUndoHistory::afterTrash(Direction direction, LayoutUndoEntry entry,
         moveBack(direction, std::move(entry), moved, Result::trashFailed, done);
         return;
     }
-    if (!apply(direction, entry)) {
+    std::function<void(bool)> saved;
+    if (!entry.trashedApps.isEmpty())
+        saved = _lifetime.guard([this, direction, entry, moved, done](bool isSaved) {
+            if (isSaved)
+                finish(direction, entry, Result::done, done);
+            else
+                moveBack(direction, entry, moved, Result::notApplied, done);
+        });
+    if (!apply(direction, entry, saved))
         moveBack(direction, std::move(entry), moved, Result::notApplied, done);
-        return;
-    }
-    finish(direction, std::move(entry), Result::done, done);
+    else if (!saved)
+        finish(direction, std::move(entry), Result::done, done);
 }
 
 void LayoutUndoHistory::moveBack(Direction direction, LayoutUndoEntry entry, const QList<bool>& moved,
@@ -276,7 +280,9 @@ void LayoutUndoHistory::finish(Direction direction, LayoutUndoEntry entry, Resul
     const QString name = entry.name;
     const bool goesToUndo = (direction == Direction::undo) != (result == Result::done);
     QList<LayoutUndoEntry>& stack = goesToUndo ? _undoStack : _redoStack;
-    const qsizetype place = result == Result::done ? stack.size() : _placeOfStep;
+    // A step that was given back meanwhile may have left the stack.
+    const qsizetype place =
+        result == Result::done ? stack.size() : std::min(_placeOfStep, stack.size());
     if (goesToUndo)
         push(std::move(entry), place);
     else
@@ -306,7 +312,8 @@ QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
     return result;
 }
 
-bool LayoutUndoHistory::apply(Direction direction, const LayoutUndoEntry& entry) {
+bool LayoutUndoHistory::apply(Direction direction, const LayoutUndoEntry& entry,
+                              std::function<void(bool)> saved) {
     const bool isUndo = direction == Direction::undo;
     const LayoutUndoState& from = isUndo ? entry.after : entry.before;
     const LayoutUndoState& state = isUndo ? entry.before : entry.after;
@@ -315,7 +322,7 @@ bool LayoutUndoHistory::apply(Direction direction, const LayoutUndoEntry& entry)
     wanted.smartFolderDefinitions = withDefinitionsOf(from, state, present.smartFolderDefinitions);
     if (from.settings == state.settings)
         wanted.settings = present.settings;
-    if (!_actions.apply(entry, wanted))
+    if (!_actions.apply(direction, entry, wanted, std::move(saved)))
         return false;
     _actions.applyNavigation(state);
     const GridCapacities capacities =

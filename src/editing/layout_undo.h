@@ -96,13 +96,18 @@ struct LayoutUndoActions {
     using TrashDone = std::function<void(QList<TrashOutcome>)>;
     using TrashMove = std::function<void(QList<TrashedAppRecord>, TrashDone)>;
 
+    using Direction = UndoRedoFeedback::Direction;
+
     /// The current state of a mode, including the other mode's document.
     std::function<LayoutUndoState(LauncherWindowMode)> snapshot;
-    /// Shows and saves the documents, settings and definitions in a state of the step atomically: if
-    /// any part cannot be saved, restores everything and returns false, or returns true and calls
-    /// `giveBack` once a save behind it has failed. Unchanged parts are not written, so a layout step
-    /// can be undone while smart folders cannot be saved.
-    std::function<bool(const LayoutUndoEntry& step, const LayoutUndoState& state)> apply;
+    /// Shows the documents, settings and definitions in a state of the step, and saves them atomically
+    /// behind that; false if it is refused. Unchanged parts are not written, so a layout step can be
+    /// undone while smart folders cannot be saved. If saving fails, everything is restored. A step that
+    /// moved applications learns the outcome from `saved`, after this has returned; of others `saved`
+    /// is null, and the caller gets `giveBack` on failure.
+    std::function<bool(Direction direction, const LayoutUndoEntry& step, const LayoutUndoState& state,
+                       std::function<void(bool)> saved)>
+        apply;
     /// Restores the mode's page, open folders and selection, as far as they still exist.
     std::function<void(const LayoutUndoState&)> applyNavigation;
     /// Move applications and report on each, in order, on the main thread, synchronously or later. An
@@ -120,8 +125,9 @@ struct LayoutUndoActions {
 /// in that mode or in the smart folders. Later steps of the other mode may stay, unless they changed
 /// the same document or definition; then they block it.
 ///
-/// While a step waits for the Trash, no other step begins and edits must be refused (`isInProgress`). A
-/// failed step is rolled back, including moves into or out of the Trash. Main thread only; may be
+/// While a step waits for the Trash, and while one that moved applications is being saved, no other
+/// step begins and edits must be refused (`isInProgress`). A failed step is rolled back, including
+/// moves into or out of the Trash. Main thread only; may be
 /// destroyed while a step waits.
 class LayoutUndoHistory {
 public:
@@ -151,9 +157,10 @@ public:
     /// later steps exist.
     void withdraw(std::uint64_t number, const QList<LayoutUndoEntry>& redoStack);
 
+    using Direction = UndoRedoFeedback::Direction;
     /// Returns a step that was undone or redone to the stack it came from: what it changed could not be
     /// saved and is as it was before.
-    void giveBack(const LayoutUndoEntry& step);
+    void giveBack(Direction direction, const LayoutUndoEntry& step);
 
     /// Performs a mode's next step. `done` is called when it has finished, possibly before this
     /// returns.
@@ -178,8 +185,6 @@ public:
     const std::optional<UndoRedoReflow>& reflow() const { return _undoReflow; }
 
 private:
-    using Direction = UndoRedoFeedback::Direction;
-
     void step(Direction direction, LauncherWindowMode mode, const Done& done);
     void finish(Direction direction, LayoutUndoEntry entry, Result result, const Done& done);
     bool can(const Next& next) const { return next.entry && !next.blockedBy && !isInProgress(); }
@@ -189,7 +194,7 @@ private:
                   const Done& done);
     void moveApps(bool intoTrash, const QList<TrashedAppRecord>& records,
                   std::function<void(QList<TrashOutcome>)> then);
-    bool apply(Direction direction, const LayoutUndoEntry& entry);
+    bool apply(Direction direction, const LayoutUndoEntry& entry, std::function<void(bool)> saved);
     void push(LayoutUndoEntry entry, qsizetype place);
     void showNotice(Direction direction, const QString& name);
     void showReflow(UndoRedoReflow reflow);

@@ -320,14 +320,16 @@ void LauncherCleanup::finishRemoval(const RemovalStep& step, AppInstallKind kind
             done);
     }
     _phase = Phase::done;
-    keepInHistory(step.record, kind);
-    endMoving();
-    changed.notify();
-    if (done)
-        done({});
+    keepInHistory(step.record, kind, [this, done] {
+        endMoving();
+        changed.notify();
+        if (done)
+            done({});
+    });
 }
 
-void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind kind) {
+void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind kind,
+                                    std::function<void()> done) {
     const CleanupItemResult* bundle = record.bundle();
     EditStep step{.name = editName(EditKind::moveToTrash),
                   .mode = _layouts.shownMode(),
@@ -345,8 +347,17 @@ void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind 
         _applications.forget(_app.path);
     }
     _lastRemoval = record.id;
-    if (const auto made = _history.make(std::move(step)); !made)
-        reportTiles(record, made.error());
+    makeStep(std::move(step), record, std::move(done));
+}
+
+void LauncherCleanup::makeStep(EditStep step, const CleanupRecord& record, std::function<void()> done) {
+    const auto ended = [this, record, done = std::move(done)](const Outcome& saved) {
+        if (!saved)
+            reportTiles(record, saved.error());
+        done();
+    };
+    if (const auto made = _history.make(std::move(step), ended); !made)
+        ended(std::unexpected(made.error()));
 }
 
 void LauncherCleanup::reportTiles(const CleanupRecord& record, const LauncherError& error) {

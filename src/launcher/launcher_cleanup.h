@@ -22,6 +22,7 @@ class LiveLayouts;
 class PlaceMemory;
 class RemovalSteps;
 struct CleanupTools;
+struct EditStep;
 struct RemovalStep;
 
 /// Removes an application and its related files, one application at a time:
@@ -131,10 +132,12 @@ private:
     void startRemoval(const Done& done);
     AppCleanupRemover::Progress progressReporter();
     void finishRemoval(const RemovalStep& step, AppInstallKind kind, const Done& done);
-    void keepInHistory(const CleanupRecord& record, AppInstallKind kind);
+    void keepInHistory(const CleanupRecord& record, AppInstallKind kind, std::function<void()> done);
+    /// Makes the step of a removal or a restore; `done` is called once it is saved or has failed.
+    void makeStep(EditStep step, const CleanupRecord& record, std::function<void()> done);
     void restore(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void bringBack(const CleanupRecord& record, const std::function<void(Restored)>& done);
-    void putTilesBack(const CleanupRecord& record);
+    void putTilesBack(const CleanupRecord& record, std::function<void()> done);
     /// Reports that the tiles could not be saved after a removal or a restore.
     void reportTiles(const CleanupRecord& record, const LauncherError& error);
     void recall(LayoutDocument& document, const RemovedTile& tile) const;

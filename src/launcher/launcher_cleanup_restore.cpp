@@ -147,29 +147,32 @@ void LauncherCleanup::bringBack(const CleanupRecord& record,
                               _lastRemoval = {};
                           _phase = Phase::idle;
                           _log = step.log;
+                          const auto ended = [this, isAnyBack, failure = step.failure, done] {
+                              Restored restored = _log;
+                              if (!isAnyBack && !_log.isEmpty())
+                                  restored = std::unexpected(LauncherError{
+                                      QStringLiteral("notRestored"), failure.value_or(QString()),
+                                      Texts::tr(notAllBack)});
+                              else
+                                  reportFailures(failedLines(_log), Texts::tr(notAllBack));
+                              if (!restored)
+                                  _error = restored.error();
+                              // The tiles must be back before anyone is told.
+                              endMoving([this, restored, done] {
+                                  changed.notify();
+                                  if (done)
+                                      done(restored);
+                              });
+                          };
                           if (hasBundle(step.record) && !hasBundle(before))
-                              putTilesBack(step.record);
-                          else if (!hasBundle(step.record))
+                              return putTilesBack(step.record, ended);
+                          if (!hasBundle(step.record))
                               _places.putBack(step.record.path, false);
-                          Restored restored = _log;
-                          if (!isAnyBack && !_log.isEmpty())
-                              restored = std::unexpected(LauncherError{QStringLiteral("notRestored"),
-                                                                       step.failure.value_or(QString()),
-                                                                       Texts::tr(notAllBack)});
-                          else
-                              reportFailures(failedLines(_log), Texts::tr(notAllBack));
-                          if (!restored)
-                              _error = restored.error();
-                          // The tiles must be back before anyone is told.
-                          endMoving([this, restored, done] {
-                              changed.notify();
-                              if (done)
-                                  done(restored);
-                          });
+                          ended();
                       });
 }
 
-void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
+void LauncherCleanup::putTilesBack(const CleanupRecord& record, std::function<void()> done) {
     const LauncherWindowMode shown = _layouts.shownMode();
     LayoutDocument documents[]{_layouts[shown].document(), _layouts[otherMode(shown)].document()};
     for (const RemovedTile& tile : record.tiles) {
@@ -182,13 +185,12 @@ void LauncherCleanup::putTilesBack(const CleanupRecord& record) {
         if (tile.isHidden)
             document.hiddenKeys.insert(appKey(tile.entry));
     }
-    const auto made = _history.make({.name = editName(EditKind::putBack),
-                                     .mode = shown,
-                                     .document = documents[0],
-                                     .otherDocument = documents[1],
-                                     .isSavedAtOnce = true});
-    if (!made)
-        reportTiles(record, made.error());
+    makeStep({.name = editName(EditKind::putBack),
+              .mode = shown,
+              .document = documents[0],
+              .otherDocument = documents[1],
+              .isSavedAtOnce = true},
+             record, std::move(done));
 }
 
 /// Puts a tile back in its remembered place, recreating a folder that closed when the tile was removed.

@@ -67,6 +67,10 @@ bool LauncherClipboard::paste(Mode mode, const std::optional<LayoutPlace>& place
     if (!pasted->addedDefinitions.isEmpty())
         step.definitions = _smartFolders.definitions() + pasted->addedDefinitions;
     const auto before = std::exchange(_pasted, payload); // set before observers are notified
+    step.takenBack = [this, before, payload] {
+        if (_pasted == payload)
+            _pasted = before;
+    };
     if (const auto made = _history.make(std::move(step)); !made) {
         _pasted = before;
         _messages.alert(made.error()); // the definitions could not be saved

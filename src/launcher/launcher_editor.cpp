@@ -142,7 +142,8 @@ LayoutPlace LauncherEditor::placeFor(Mode mode, const std::optional<LayoutPlace>
 }
 
 Outcome LauncherEditor::addSmartFolder(Mode mode, const SmartFolderDefinition& definition,
-                                       const std::optional<LayoutPlace>& place) {
+                                       const std::optional<LayoutPlace>& place,
+                                       std::function<void()> takenBack) {
     if (auto guarded = _history.guard(mode); !guarded)
         return guarded;
     const LiveLayout& layout = _layouts[mode];
@@ -153,7 +154,8 @@ Outcome LauncherEditor::addSmartFolder(Mode mode, const SmartFolderDefinition& d
     const auto made = _history.make({.name = editName(EditKind::addSmartFolder),
                                      .mode = mode,
                                      .document = *std::move(document),
-                                     .definitions = _smartFolders.definitions() + QList{definition}});
+                                     .definitions = _smartFolders.definitions() + QList{definition},
+                                     .takenBack = std::move(takenBack)});
     if (made)
         _layouts[mode].reveal(definition.id);
     return outcomeOf(made);
@@ -188,15 +190,18 @@ Outcome LauncherEditor::removeSmartFolderTile(Mode mode, const QUuid& definition
                          });
 }
 
-Outcome LauncherEditor::changeSmartFolder(Mode mode, SmartFolderDefinition definition) {
+Outcome LauncherEditor::changeSmartFolder(Mode mode, SmartFolderDefinition definition,
+                                          std::function<void()> takenBack) {
     definition.modifiedAt = _machine.clock.now();
     QList<SmartFolderDefinition> definitions = _smartFolders.definitions();
     const auto found = std::ranges::find(definitions, definition.id, &SmartFolderDefinition::id);
     if (found == definitions.end())
         return std::unexpected(noSuchSmartFolder());
     *found = std::move(definition);
-    return outcomeOf(_history.make(
-        {.name = editName(EditKind::changeSmartFolder), .mode = mode, .definitions = definitions}));
+    return outcomeOf(_history.make({.name = editName(EditKind::changeSmartFolder),
+                                    .mode = mode,
+                                    .definitions = definitions,
+                                    .takenBack = std::move(takenBack)}));
 }
 
 Outcome LauncherEditor::deleteSmartFolder(Mode mode, const QUuid& definitionID) {

@@ -9,6 +9,7 @@
 #include "smartfolders/smart_folder_vocabulary.h"
 
 #include <expected>
+#include <functional>
 #include <optional>
 
 namespace tessellar {
@@ -50,16 +51,18 @@ public:
     // Smart folders. Both modes share the definitions: adding one adds a tile in this mode, deleting
     // one removes its tiles in both.
     /// By default the tile is inserted after the selected one, or else at the end of the current page.
-    /// It is selected, and its page shown.
+    /// It is selected, and its page shown. `takenBack` as in `EditStep`.
     Outcome addSmartFolder(Mode mode, const SmartFolderDefinition& definition,
-                           const std::optional<LayoutPlace>& place = {});
+                           const std::optional<LayoutPlace>& place = {},
+                           std::function<void()> takenBack = {});
     Outcome addSmartFolder(Mode mode, SmartFolderTemplate which);
     /// Adds a tile for a definition that has none in this mode.
     Outcome addSmartFolderTile(Mode mode, const QUuid& definitionID,
                                const std::optional<LayoutPlace>& place = {});
     /// Removes the tile, but not the definition.
     Outcome removeSmartFolderTile(Mode mode, const QUuid& definitionID);
-    Outcome changeSmartFolder(Mode mode, SmartFolderDefinition definition);
+    Outcome changeSmartFolder(Mode mode, SmartFolderDefinition definition,
+                              std::function<void()> takenBack = {});
     Outcome deleteSmartFolder(Mode mode, const QUuid& definitionID);
 
 private:

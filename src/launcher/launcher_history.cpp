@@ -15,6 +15,10 @@ using StorageError = LayoutStore::StorageError;
 
 LauncherError launcherError(EditRefusal refusal) { return {code(refusal), message(refusal), {}}; }
 
+static LauncherError stepInProgress() {
+    return {QStringLiteral("stepInProgress"), Texts::tr("An undo or redo is still in progress."), {}};
+}
+
 /// Without a Trash all moves fail.
 static void refuseTrash(const QList<TrashedAppRecord>& records,
                         const LayoutUndoActions::TrashDone& done) {
@@ -36,17 +40,26 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
     , _restoreFromTrash(refuseTrash)
     , _moveToTrash(refuseTrash)
     , _journal(machine, store.directory())
+    , _expectedSettings(&machine.settings)
     , _steps(machine.scheduler, machine.uuids, actions())
     , _unsaved(
-          store, [this](const QList<UnsavedEdit>& edits) { rollBack(edits); },
-          [&messages](const LauncherError& error, UnsavedEdits::Left left) {
+          store, [this](const QList<UnsavedEdit>& edits, bool areLeft) { rollBack(edits, areLeft); },
+          [this](const LauncherError& error, UnsavedEdits::Left left) {
               if (left == UnsavedEdits::Left::unsaved)
-                  return messages.alert(offering(LauncherError::Remedy::saveAgain, error));
-              messages.alert({error.code,
-                              error.message + u' ' +
-                                  Texts::tr("The tiles are as they were before you undid or redid it."),
-                              error.title});
-          }) {}
+                  _messages.alert(offering(LauncherError::Remedy::saveAgain, error));
+              else
+                  tellUser(error, true);
+          })
+    , _writer(machine, _journal) {}
+
+void LauncherHistory::tellUser(const LauncherError& error, bool isUndoOrRedo) {
+    if (!isUndoOrRedo)
+        return _messages.report(error);
+    _messages.alert(
+        {error.code,
+         error.message + u' ' + Texts::tr("The tiles are as they were before you undid or redid it."),
+         error.title});
+}
 
 LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
     if (!_applications.hasScanned())
@@ -55,8 +68,7 @@ LauncherHistory::Outcome LauncherHistory::guard(LauncherWindowMode mode) const {
         return std::unexpected(
             launcherError(StorageError{StorageError::Code::workingDocumentUnreadable}));
     if (_steps.isInProgress())
-        return std::unexpected(LauncherError{
-            QStringLiteral("stepInProgress"), Texts::tr("An undo or redo is still in progress."), {}});
+        return std::unexpected(stepInProgress());
     return {};
 }
 
@@ -91,66 +103,77 @@ static void dropUnchanged(EditStep& step, const LayoutUndoState& before) {
     drop(step.settings, before.settings);
 }
 
-LauncherHistory::Made LauncherHistory::make(EditStep step) {
-    auto& replacement = step.replacement;
-    const auto fail = [&](const LauncherError& error) {
-        return std::unexpected(replacement && !replacement->title.isEmpty()
-                                   ? LauncherError{error.code, error.message, replacement->title}
-                                   : error);
-    };
-    if (const auto guarded = guard(step.mode); !guarded)
-        return std::unexpected(guarded.error());
-    if (step.settings)
-        catchUpWithSettings();
-    LayoutUndoState before = snapshot(step.mode);
-    before.navigation = step.initialNavigation.value_or(before.navigation);
-    if (_store.isWriteBlocked(otherMode(step.mode)))
-        step.otherDocument.reset();
-    std::optional<QString> backup;
-    if (replacement) {
-        auto& record = replacement->importRecord;
-        const auto kept = _store.makeBackup(
-            replacement->reason, record ? std::optional(record->sourceDatabasePath) : std::nullopt,
-            before.document);
-        if (!kept)
-            return fail(launcherError(kept.error()));
-        backup = *kept;
-        if (record)
-            record->backupPath = backup;
-        _machine.workers.submit({}, [backups = LayoutBackups(_machine.files, _store.directory()),
-                                     now = _machine.clock.now()](std::stop_token) {
-            backups.prune(now); // so that they stay bounded even if nobody ever lists them
-        });
-    }
-    const std::optional<LayoutDocument> arrangement = step.document;
-    dropUnchanged(step, before);
-    if (replacement)
-        step.document = arrangement; // saved even if it equals the current one
-    const Saved saved =
-        replacement || step.isSavedAtOnce || filesOf(step) > 1 ? Saved::now : Saved::soon;
-    if (const auto made = carryOut(step, before, saved); !made)
-        return fail(made.error());
-    const QList<LayoutUndoEntry> redoStack = _steps.redoStack();
-    const bool isRecorded = _steps.record(step.name, before, step.trashedApps);
-    if (saved == Saved::soon && isRecorded && (step.document || step.otherDocument)) {
-        const LauncherWindowMode edited = step.document ? step.mode : otherMode(step.mode);
-        _unsaved.add({.mode = edited,
-                      .before = *before.documentOf(edited),
-                      .rollBack = [this, number = _steps.undoStack().last().number, redoStack] {
-                          _steps.withdraw(number, redoStack);
-                      }});
-    }
-    return backup;
-}
-
-int LauncherHistory::filesOf(const EditStep& step) {
+static int filesOf(const EditStep& step) {
     return int(step.document.has_value()) + int(step.otherDocument.has_value()) +
            int(step.definitions.has_value()) + int(step.settings.has_value()) +
            int(step.replacement && step.replacement->importRecord);
 }
 
-StepJournal::Files LauncherHistory::filesBefore(const EditStep& step,
-                                                const LayoutUndoState& before) const {
+/// The mode of the document that is all that a step changes.
+static std::optional<LauncherWindowMode> modeOfOnlyDocument(const EditStep& step) {
+    if (filesOf(step) != 1 || (!step.document && !step.otherDocument))
+        return std::nullopt;
+    return step.document ? step.mode : otherMode(step.mode);
+}
+
+static LauncherError titled(const EditStep& step, const LauncherError& error) {
+    const QString title = step.replacement ? step.replacement->title : QString();
+    return {error.code, error.message, title.isEmpty() ? error.title : title};
+}
+
+LauncherHistory::Made LauncherHistory::make(EditStep step, Done saved) {
+    if (const auto guarded = guard(step.mode); !guarded)
+        return std::unexpected(guarded.error());
+    // This step was planned on top of the one that is being saved.
+    if (const auto settled = settle(); !settled)
+        return std::unexpected(titled(step, settled.error()));
+    LayoutUndoState before = snapshot(step.mode);
+    before.navigation = step.initialNavigation.value_or(before.navigation);
+    if (_store.isWriteBlocked(otherMode(step.mode)))
+        step.otherDocument.reset();
+    std::optional<LayoutStore::Backup> backup;
+    if (auto& replacement = step.replacement) {
+        auto& record = replacement->importRecord;
+        backup = _store.backup(replacement->reason,
+                               record ? std::optional(record->sourceDatabasePath) : std::nullopt,
+                               before.document);
+        if (record)
+            record->backupPath = backup->path;
+    }
+    const std::optional<LayoutDocument> arrangement = step.document;
+    dropUnchanged(step, before);
+    if (step.replacement)
+        step.document = arrangement; // saved even if it equals the current one
+
+    const auto record = [&] {
+        const QList<LayoutUndoEntry> redoStack = _steps.redoStack();
+        const bool isRecorded = _steps.record(step.name, before, step.trashedApps);
+        return
+            [this, redoStack, isRecorded, number = isRecorded ? _steps.undoStack().last().number : 0] {
+                if (isRecorded)
+                    _steps.withdraw(number, redoStack);
+            };
+    };
+    if (filesOf(step) == 0 && !saved) {
+        (void)record();
+        return std::nullopt;
+    }
+    const auto only = modeOfOnlyDocument(step);
+    if (only && !step.replacement && !step.isSavedAtOnce) {
+        show(*only, *step.documentOf(*only), false);
+        _store.scheduleSave(*only, _layouts[*only].document());
+        _unsaved.add({.mode = *only, .before = *before.documentOf(*only), .rollBack = record()});
+        return std::nullopt;
+    }
+    if (const auto begun =
+            begin({.step = step, .before = before, .saved = std::move(saved)}, record, backup);
+        !begun)
+        return std::unexpected(titled(step, begun.error()));
+    return backup ? std::optional(backup->path) : std::nullopt;
+}
+
+/// What the journal says of a step's settings and import record is read when it is written.
+static StepJournal::Files filesBefore(const EditStep& step, const LayoutUndoState& before) {
     StepJournal::Files files;
     const auto documentOf = [&](LauncherWindowMode mode) {
         return step.documentOf(mode) ? std::optional(*before.documentOf(mode)) : std::nullopt;
@@ -159,92 +182,119 @@ StepJournal::Files LauncherHistory::filesBefore(const EditStep& step,
     files.windowed = documentOf(LauncherWindowMode::windowed);
     if (step.definitions)
         files.definitions = before.smartFolderDefinitions;
-    if (step.settings) {
-        // As stored: absent settings become absent again.
-        files.settings.emplace();
-        for (const QString& key : storedLayoutSettings(step.mode, *step.settings).keys())
-            files.settings->insert(key, _machine.settings.value(key).value_or(QJsonValue()));
-    }
+    if (step.settings)
+        files.settings = storedLayoutSettings(step.mode, *step.settings);
     if (step.replacement && step.replacement->importRecord)
-        files.importRecord = _journal.importRecord();
+        files.importRecord.emplace();
     return files;
 }
 
-LauncherHistory::Outcome LauncherHistory::carryOut(const EditStep& step, const LayoutUndoState& state,
-                                                   Saved saved) {
-    if (auto settled = settle(); !settled)
-        return settled;
-    if (step.settings)
-        LauncherSettings::flush(_machine); // what was set before it is part of what it replaces
-    const bool isWhole = filesOf(step) > 1;
-    const StepJournal::Files before = filesBefore(step, state);
-    if (isWhole)
-        if (auto begun = beginWhole(step, before); !begun)
-            return begun;
-    Outcome made;
-    if (step.settings)
-        made = storeSettings(step.mode, *step.settings);
-    if (made && step.definitions)
-        made = _smartFolders.setDefinitions(*step.definitions);
-    for (const LauncherWindowMode mode : LiveLayouts::modes)
-        if (const auto& document = step.documentOf(mode); made && document) {
-            show(mode, *document, mode == step.mode && step.replacement);
-            made = save(mode, saved);
-        }
-    if (made && step.replacement && step.replacement->importRecord)
-        made = storeImportRecord(*step.replacement->importRecord);
-    if (made && isWhole)
-        if (const auto ended = _journal.end(); !ended)
-            made = std::unexpected(launcherError(ended.error(), couldNotSaveLayout()));
-    if (made)
-        return {};
-    // If the process is killed now, a step of several files is rolled back at the next start.
-    showBefore(step, state);
-    _unsettled = {before, settingsNow(before), isWhole, made.error()};
-    (void)settle();
-    return made;
-}
-
-/// Flushes pending saves first: the journal describes the state on the disk.
-LauncherHistory::Outcome LauncherHistory::beginWhole(const EditStep& step,
-                                                     const StepJournal::Files& before) {
-    if (const auto flushed = _store.flush(); !flushed)
-        return std::unexpected(launcherError(flushed.error(), couldNotSaveLayout()));
-    StepJournal::Files after{.fullScreen = step.documentOf(LauncherWindowMode::fullScreen),
+static StepJournal::Files filesAfter(const EditStep& step) {
+    StepJournal::Files files{.fullScreen = step.documentOf(LauncherWindowMode::fullScreen),
                              .windowed = step.documentOf(LauncherWindowMode::windowed),
                              .definitions = step.definitions};
     if (step.settings)
-        after.settings = storedLayoutSettings(step.mode, *step.settings);
+        files.settings = storedLayoutSettings(step.mode, *step.settings);
     if (step.replacement && step.replacement->importRecord)
-        after.importRecord =
+        files.importRecord =
             QString::fromLatin1(encodedImportMetadata(*step.replacement->importRecord));
-    if (const auto begun = _journal.begin(before, after); !begun) {
-        // The journal may have been written all the same; it describes files that have not changed.
-        (void)_journal.end();
-        return std::unexpected(launcherError(begun.error(), couldNotSaveLayout()));
-    }
-    return {};
+    return files;
 }
 
-void LauncherHistory::catchUpWithSettings() {
-    LauncherSettings::flush(_machine);
-    for (const LauncherWindowMode mode : LiveLayouts::modes)
-        _layouts[mode].settingsChanged();
+/// A call of the writer's, with its error as the launcher's.
+template <typename Call>
+static StepWriter::Call reporting(Call call, const QString& title = {}) {
+    return [call = std::move(call), title]() -> StepWriter::Outcome {
+        const auto outcome = call();
+        return outcome ? StepWriter::Outcome() : std::unexpected(launcherError(outcome.error(), title));
+    };
 }
 
-LauncherHistory::Outcome LauncherHistory::storeSettings(LauncherWindowMode mode,
-                                                        const ArrangementLayout& settings) {
-    const auto stored = LauncherSettings::storeNow(_machine, storedLayoutSettings(mode, settings));
-    if (!stored)
-        return std::unexpected(launcherError(stored.error()));
-    _layouts[mode].settingsChanged();
-    return {};
-}
-
+/// Shows a step and hands it to the writer. Nothing has been changed if it is refused.
 LauncherHistory::Outcome
-LauncherHistory::storeImportRecord(const LegacyLaunchpadImportMetadata& record) {
-    const auto written = writeImportMetadata(_machine.files, _store.directory(), record);
-    return written ? Outcome() : std::unexpected(launcherError(written.error()));
+LauncherHistory::begin(Underway underway, const std::function<std::function<void()>()>& enterHistory,
+                       const std::optional<LayoutStore::Backup>& backup) {
+    std::optional<SmartFolderLibrary::Save> definitions;
+    if (underway.step.definitions) {
+        auto saving = _smartFolders.saving(*underway.step.definitions);
+        if (!saving)
+            return std::unexpected(saving.error());
+        definitions = *std::move(saving);
+    }
+    _underway = std::move(underway);
+    const EditStep& step = _underway->step;
+    StepWriter::Job job{.first = {},
+                        .before = filesBefore(step, _underway->before),
+                        .after = filesAfter(step),
+                        .isNoted = filesOf(step) > 1,
+                        .files = {}};
+    if (backup)
+        job.first.push_back(reporting(backup->write));
+    if (step.settings)
+        job.files.push_back(reporting([&settings = _machine.settings, values = *job.after.settings] {
+            return settings.set(values);
+        }));
+    if (definitions)
+        job.files.push_back(*std::move(definitions));
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        if (const auto& document = step.documentOf(mode)) {
+            LayoutStore::Part part = _store.beginPart(mode, *document);
+            job.first.push_back(reporting(std::move(part.earlier), couldNotSaveLayout()));
+            job.files.push_back(reporting(std::move(part.write), couldNotSaveLayout()));
+        }
+    if (job.after.importRecord)
+        job.files.push_back(reporting([&files = _machine.files, directory = _store.directory(),
+                                       record = *step.replacement->importRecord] {
+            return writeImportMetadata(files, directory, record);
+        }));
+
+    if (step.settings)
+        _layouts[step.mode].tryOut(*step.settings);
+    if (step.definitions)
+        _smartFolders.show(*step.definitions);
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        if (const auto& document = step.documentOf(mode))
+            show(mode, *document, mode == step.mode && step.replacement);
+    _underway->leaveHistory = enterHistory();
+    _unsaved.beginStep();
+    _writer.write(std::move(job), [this](const StepWriter::Ended& ended) { end(ended); });
+    return {};
+}
+
+void LauncherHistory::end(const StepWriter::Ended& ended) {
+    const Underway underway = *std::exchange(_underway, {});
+    const EditStep& step = underway.step;
+    const Outcome outcome =
+        ended.outcome ? Outcome() : std::unexpected(titled(step, ended.outcome.error()));
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        if (step.documentOf(mode))
+            _store.endPart(mode, outcome.has_value(), *underway.before.documentOf(mode));
+    if (step.settings)
+        for (const LauncherWindowMode mode : LiveLayouts::modes)
+            _layouts[mode].settingsChanged();
+    if (!outcome) {
+        underway.leaveHistory();
+        showBefore(step, underway.before);
+        if (ended.isBegun) {
+            // If the process is killed now, a step of several files is rolled back at the next start.
+            _unsettled = {ended.before, settingsNow(ended.before), filesOf(step) > 1, outcome.error()};
+            (void)settle();
+        }
+        if (step.takenBack)
+            step.takenBack();
+        if (differsFromInstalled(_layouts[step.mode]))
+            _applications.rescan();
+    }
+    if (step.replacement)
+        // So that backups stay bounded even if nobody ever lists them.
+        _machine.workers.submit({},
+                                [backups = LayoutBackups(_machine.files, _store.directory()),
+                                 now = _machine.clock.now()](std::stop_token) { backups.prune(now); });
+    const bool isTold = _unsaved.endStep(outcome);
+    if (underway.saved)
+        underway.saved(outcome);
+    else if (!outcome && !isTold)
+        tellUser(outcome.error(), underway.isUndoOrRedo);
 }
 
 void LauncherHistory::show(LauncherWindowMode mode, const LayoutDocument& document,
@@ -257,17 +307,6 @@ void LauncherHistory::show(LauncherWindowMode mode, const LayoutDocument& docume
     markUnavailable(layout);
 }
 
-LauncherHistory::Outcome LauncherHistory::save(LauncherWindowMode mode, Saved saved) {
-    const LayoutDocument& document = _layouts[mode].document();
-    if (saved == Saved::now) {
-        if (const auto written = _store.saveNow(mode, document); !written)
-            return std::unexpected(launcherError(written.error(), couldNotSaveLayout()));
-        return {};
-    }
-    _store.scheduleSave(mode, document);
-    return {};
-}
-
 // ---- undo and redo
 
 LayoutUndoState LauncherHistory::snapshot(LauncherWindowMode mode) const {
@@ -276,7 +315,9 @@ LayoutUndoState LauncherHistory::snapshot(LauncherWindowMode mode) const {
             .document = layout.document(),
             .otherDocument = _layouts[otherMode(mode)].document(),
             .smartFolderDefinitions = _smartFolders.definitions(),
-            .settings = layout.settings(),
+            .settings = _underway && _underway->step.settings && _underway->step.mode == mode
+                            ? *_underway->step.settings
+                            : readLayoutSettings(*_expectedSettings, mode),
             .navigation = layout.navigation()};
 }
 
@@ -285,8 +326,11 @@ LayoutUndoActions LauncherHistory::actions() {
     using TrashDone = LayoutUndoActions::TrashDone;
     return {
         .snapshot = [this](LauncherWindowMode mode) { return snapshot(mode); },
-        .apply = [this](const LayoutUndoEntry& entry,
-                        const LayoutUndoState& state) { return apply(entry, state); },
+        .apply =
+            [this](Direction direction, const LayoutUndoEntry& entry, const LayoutUndoState& state,
+                   std::function<void(bool)> saved) {
+                return apply(direction, entry, state, std::move(saved));
+            },
         .applyNavigation =
             [this](const LayoutUndoState& state) {
                 _layouts[state.mode].setNavigation(state.navigation);
@@ -310,9 +354,10 @@ void LauncherHistory::setTrash(LayoutUndoActions::TrashMove restore,
     _moveToTrash = std::move(trash);
 }
 
-bool LauncherHistory::apply(const LayoutUndoEntry& entry, const LayoutUndoState& state) {
-    if (entry.before.settings != entry.after.settings)
-        catchUpWithSettings();
+bool LauncherHistory::apply(Direction direction, const LayoutUndoEntry& entry,
+                            const LayoutUndoState& state, std::function<void(bool)> saved) {
+    if (!settle())
+        return false;
     const LayoutUndoState before = snapshot(state.mode);
     EditStep step{.name = {},
                   .mode = state.mode,
@@ -326,17 +371,26 @@ bool LauncherHistory::apply(const LayoutUndoEntry& entry, const LayoutUndoState&
         step.document.reset();
     if (_store.isWriteBlocked(otherMode(state.mode)))
         step.otherDocument.reset();
-    const bool isDocumentAlone = filesOf(step) == 1 && !step.definitions && !step.settings;
-    if (!isDocumentAlone || !entry.trashedApps.isEmpty())
-        return carryOut(step, before, Saved::now).has_value();
-    if (!carryOut(step, before, Saved::soon))
-        return false;
-    const LauncherWindowMode mode = step.document ? step.mode : otherMode(step.mode);
-    _unsaved.add({.mode = mode,
-                  .before = *before.documentOf(mode),
-                  .rollBack = [this, entry] { _steps.giveBack(entry); },
-                  .isStepOfHistory = true});
-    return true;
+    if (saved)
+        return begin({.step = step,
+                      .before = before,
+                      .saved = [saved](const Outcome& outcome) { saved(outcome.has_value()); }},
+                     [] { return [] {}; })
+            .has_value();
+    const auto giveBack = [this, direction, entry] { _steps.giveBack(direction, entry); };
+    if (const auto only = modeOfOnlyDocument(step)) {
+        show(*only, *step.documentOf(*only), false);
+        _store.scheduleSave(*only, _layouts[*only].document());
+        _unsaved.add({.mode = *only,
+                      .before = *before.documentOf(*only),
+                      .rollBack = giveBack,
+                      .isStepOfHistory = true});
+        return true;
+    }
+    return filesOf(step) == 0 ||
+           begin({.step = step, .before = before, .isUndoOrRedo = true}, [giveBack] {
+               return giveBack;
+           }).has_value();
 }
 
 void LauncherHistory::markUnavailable(LiveLayout& layout) const {
@@ -360,9 +414,17 @@ bool LauncherHistory::differsFromInstalled(const LiveLayout& layout) const {
     return differs;
 }
 
-void LauncherHistory::undo(LauncherWindowMode mode, Done done) { step(true, mode, std::move(done)); }
+void LauncherHistory::undo(LauncherWindowMode mode, Done done) {
+    step(Direction::undo, mode, std::move(done));
+}
 
-void LauncherHistory::redo(LauncherWindowMode mode, Done done) { step(false, mode, std::move(done)); }
+void LauncherHistory::redo(LauncherWindowMode mode, Done done) {
+    step(Direction::redo, mode, std::move(done));
+}
+
+LayoutUndoHistory::Next LauncherHistory::next(Direction direction, LauncherWindowMode mode) const {
+    return direction == Direction::undo ? _steps.nextUndo(mode) : _steps.nextRedo(mode);
+}
 
 static std::expected<void, LauncherError> outcomeOf(LayoutUndoHistory::Result result, bool isUndo,
                                                     const QString& blockedBy) {
@@ -388,17 +450,35 @@ static std::expected<void, LauncherError> outcomeOf(LayoutUndoHistory::Result re
     return failed(QStringLiteral("notApplied"), Texts::tr("The arrangement could not be saved."));
 }
 
-void LauncherHistory::step(bool isUndo, LauncherWindowMode mode, Done done) {
-    const LayoutUndoHistory::Next next = isUndo ? _steps.nextUndo(mode) : _steps.nextRedo(mode);
-    if (const auto guarded = guard(mode); !guarded && (_steps.isInProgress() || next.entry))
-        return done ? done(guarded) : void();
-    // If that save failed, the step would be rolled back and be the next one again.
-    if (next.entry && !next.entry->trashedApps.isEmpty())
-        if (const auto flushed = _store.flush(); !flushed)
-            return done ? done(std::unexpected(launcherError(flushed.error(), couldNotSaveLayout())))
-                        : void();
-    const QString blockedBy = next.blockedBy ? next.blockedBy->name : QString();
-    auto ended = [this, isUndo, mode, blockedBy,
+void LauncherHistory::step(Direction direction, LauncherWindowMode mode, Done done) {
+    const auto refuse = [&done](const LauncherError& error) {
+        if (done)
+            done(std::unexpected(error));
+    };
+    // The step that is being saved may be the one that is meant.
+    if (const auto settled = settle(); !settled)
+        return refuse(settled.error());
+    const LayoutUndoEntry* entry = next(direction, mode).entry;
+    if (const auto guarded = guard(mode); !guarded && (_steps.isInProgress() || entry))
+        return refuse(guarded.error());
+    if (!entry || entry->trashedApps.isEmpty())
+        return take(direction, mode, std::move(done));
+    // If an earlier step could not be saved, that would be rolled back and be the next one again.
+    _unsaved.whenSaved(
+        {}, UnsavedEdits::Whose::all,
+        [this, direction, mode, number = entry->number, done = std::move(done)](const Outcome& saved) {
+            const auto* now = next(direction, mode).entry;
+            if (saved && now && now->number == number)
+                return take(direction, mode, done);
+            if (done)
+                done(std::unexpected(saved ? stepInProgress() : saved.error()));
+        });
+}
+
+void LauncherHistory::take(Direction direction, LauncherWindowMode mode, Done done) {
+    const bool isUndo = direction == Direction::undo;
+    const LayoutUndoEntry* blocking = next(direction, mode).blockedBy;
+    auto ended = [this, isUndo, mode, blockedBy = blocking ? blocking->name : QString(),
                   done = std::move(done)](LayoutUndoHistory::Result result) {
         if (result == LayoutUndoHistory::Result::done && differsFromInstalled(_layouts[mode]))
             _applications.rescan();

@@ -5,6 +5,7 @@
 #include "editing/layout_undo.h"
 #include "launcher/launcher_error.h"
 #include "launcher/step_journal.h"
+#include "launcher/step_writer.h"
 #include "launcher/unsaved_edits.h"
 #include "platform/signal.h"
 
@@ -16,6 +17,7 @@ class InstalledApplications;
 class LauncherMessages;
 class LiveLayout;
 class LiveLayouts;
+class Settings;
 class SmartFolderLibrary;
 struct Machine;
 
@@ -31,9 +33,11 @@ struct EditStep {
     std::optional<ArrangementLayout> settings = {}; ///< of that mode's grid
     QList<TrashedAppRecord> trashedApps = {};       ///< already moved to the Trash
     bool isSavedAtOnce = false;                     ///< always so for steps that change several files
+    /// Called if the step is rolled back, after it was accepted.
+    std::function<void()> takenBack = {};
 
-    /// The step replaces the whole arrangement: a backup is made first, and the result is saved before
-    /// the step completes.
+    /// The step replaces the whole arrangement: a backup is made first, and the result is saved at
+    /// once.
     struct Replacement {
         QString reason;     ///< stored in the backup, for example "arrangement-restore"
         QString title = {}; ///< of the alert on failure
@@ -52,19 +56,19 @@ struct EditStep {
 ///
 /// 1. Guard: the first load is complete, the mode's file is writable, and no undo is waiting for the
 ///    Trash.
-/// 2. Replacements make a backup of the arrangement.
-/// 3. Steps that change several files are recorded in the journal, which makes them atomic.
-/// 4. Settings and definitions are saved.
-/// 5. The documents are shown and saved: at once for replacements and steps of several files, otherwise
-///    debounced.
-/// 6. The step is pushed onto the undo stack. Undo is atomic in the same way, but where it changes one
-///    document alone, that is saved on the worker while it is shown already; if the save fails, the
-///    undo is rolled back.
+/// 2. The step is shown and pushed onto the undo stack.
+/// 3. A step of one document is saved debounced. Any other is saved at once, as one job on the saving
+///    lane: replacements make a backup of the arrangement; what was to be saved before is completed;
+///    steps that change several files are recorded in the journal, which makes them atomic; settings,
+///    definitions, documents and the import's metadata are written.
 ///
-/// A step that fails changes nothing. If its rollback fails as well, all further steps are refused
-/// until the rollback succeeds; the next start also rolls back steps of several files. For debounced
-/// saves that fail see `UnsavedEdits`. Steps do not touch a mode whose file is not writable. Main
-/// thread only.
+/// Undo and redo are saved in the same way, but one document is not debounced.
+///
+/// The next step waits for such a job. If it fails, the step is rolled back and leaves the history, or
+/// returns to the stack it came from, and the user is told; a command that made it gets the error. What
+/// was to follow is refused. If the rollback fails as well, all further steps are refused until it
+/// succeeds; the next start also rolls back steps of several files. For debounced saves that fail see
+/// `UnsavedEdits`. Steps do not touch a mode whose file is not writable. Main thread only.
 class LauncherHistory {
 public:
     using Outcome = std::expected<void, LauncherError>;
@@ -79,7 +83,9 @@ public:
     /// `layoutNotReady` before the first load is complete, `workingDocumentUnreadable` if the mode's
     /// file must not be overwritten, `stepInProgress` during an undo or redo.
     Outcome guard(LauncherWindowMode mode) const;
-    Made make(EditStep step);
+    /// Returns an error if the step is refused. `saved` is called later, if it was accepted: with it,
+    /// the caller tells the user of failures. Only for steps that are saved at once.
+    Made make(EditStep step, Done saved = {});
     /// Makes a step that changes one document.
     Outcome edit(LauncherWindowMode mode, const QString& name,
                  const std::function<EditResult(const LayoutDocument&)>& change,
@@ -95,37 +101,46 @@ public:
 
     /// Rolls back a step during which the program was killed. Call before the first load is shown.
     void undoInterrupted(std::array<LayoutStore::LoadResult, 2>& loaded);
-    /// Retries the rollback of a failed step.
+    /// Waits for a step that is being saved, and retries the rollback of a failed one.
     Outcome settle();
+    /// Sets the settings as they will be once all changes have been written.
+    void setExpectedSettings(const Settings& settings) { _expectedSettings = &settings; }
     /// Sets the functions that move applications into and out of the Trash.
     void setTrash(LayoutUndoActions::TrashMove restore, LayoutUndoActions::TrashMove trash);
 
     Signal<> changed; ///< the stacks, the notice, or the grid's reflow
 
 private:
+    using Direction = LayoutUndoHistory::Direction;
+
     LayoutUndoActions actions();
-    /// What was set before a step is on the disk, and is part of what the step replaces.
-    void catchUpWithSettings();
-    Outcome storeSettings(LauncherWindowMode mode, const ArrangementLayout& settings);
-    static int filesOf(const EditStep& step);
-    /// When a step's documents are saved.
-    enum class Saved { now, soon };
-    Outcome carryOut(const EditStep& step, const LayoutUndoState& before, Saved saved);
-    StepJournal::Files filesBefore(const EditStep& step, const LayoutUndoState& before) const;
-    Outcome beginWhole(const EditStep& step, const StepJournal::Files& before);
+    /// A step that is shown while it is being saved.
+    struct Underway {
+        EditStep step;
+        LayoutUndoState before;
+        bool isUndoOrRedo = false;
+        Done saved = {};
+        std::function<void()> leaveHistory = {}; ///< to be called if it fails
+    };
+    /// `enterHistory` is called once the step is shown, and returns `leaveHistory`.
+    Outcome begin(Underway underway, const std::function<std::function<void()>()>& enterHistory,
+                  const std::optional<LayoutStore::Backup>& backup = {});
+    void end(const StepWriter::Ended& ended);
+    void tellUser(const LauncherError& error, bool isUndoOrRedo);
     void showBefore(const EditStep& step, const LayoutUndoState& before);
     /// The settings named in `files` as stored now; null if unset.
     QMap<QString, QJsonValue> settingsNow(const StepJournal::Files& files) const;
     /// True if all were saved.
     bool putBack(const StepJournal::Files& files);
-    void rollBack(const QList<UnsavedEdit>& edits);
+    void rollBack(const QList<UnsavedEdit>& edits, bool areLeft);
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
-    Outcome save(LauncherWindowMode mode, Saved saved);
-    Outcome storeImportRecord(const LegacyLaunchpadImportMetadata& record);
-    bool apply(const LayoutUndoEntry& entry, const LayoutUndoState& state);
+    bool apply(Direction direction, const LayoutUndoEntry& entry, const LayoutUndoState& state,
+               std::function<void(bool)> saved);
     void markUnavailable(LiveLayout& layout) const;
     bool differsFromInstalled(const LiveLayout& layout) const;
-    void step(bool isUndo, LauncherWindowMode mode, Done done);
+    LayoutUndoHistory::Next next(Direction direction, LauncherWindowMode mode) const;
+    void step(Direction direction, LauncherWindowMode mode, Done done);
+    void take(Direction direction, LauncherWindowMode mode, Done done);
 
     Machine& _machine;
     LayoutStore& _store;
@@ -136,6 +151,8 @@ private:
     LayoutUndoActions::TrashMove _restoreFromTrash;
     LayoutUndoActions::TrashMove _moveToTrash;
     StepJournal _journal;
+    const Settings* _expectedSettings;
+    std::optional<Underway> _underway; ///< while the writer is writing
     /// A failed step whose rollback failed too.
     struct Unsettled {
         StepJournal::Files before;
@@ -146,6 +163,7 @@ private:
     std::optional<Unsettled> _unsettled;
     LayoutUndoHistory _steps;
     UnsavedEdits _unsaved;
+    StepWriter _writer;
 };
 
 LauncherError launcherError(EditRefusal refusal);

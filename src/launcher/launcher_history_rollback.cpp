@@ -10,20 +10,21 @@
 namespace tessellar {
 
 /// As an undo that cannot be redone, but the user's navigation is kept.
-void LauncherHistory::rollBack(const QList<UnsavedEdit>& edits) {
+void LauncherHistory::rollBack(const QList<UnsavedEdit>& edits, bool areLeft) {
+    (void)_writer.finish(); // a step on top of them is rolled back first
     for (const UnsavedEdit& edit : edits)
         edit.rollBack();
     const UnsavedEdit& first = edits.last();
     show(first.mode, first.before, false);
     // The failed save may be on the disk all the same.
-    (void)_store.saveNow(first.mode, first.before);
+    (void)_store.saveNow(first.mode, first.before, areLeft);
     if (differsFromInstalled(_layouts[first.mode]))
         _applications.rescan();
 }
 
 void LauncherHistory::showBefore(const EditStep& step, const LayoutUndoState& before) {
-    if (step.settings)
-        _layouts[step.mode].settingsChanged();
+    if (step.definitions)
+        _smartFolders.show(before.smartFolderDefinitions);
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (step.documentOf(mode) && *before.documentOf(mode) != _layouts[mode].document())
             show(mode, *before.documentOf(mode), false);
@@ -49,6 +50,8 @@ void LauncherHistory::undoInterrupted(std::array<LayoutStore::LoadResult, 2>& lo
 }
 
 LauncherHistory::Outcome LauncherHistory::settle() {
+    if (auto ended = _writer.finish(); !ended)
+        return ended;
     if (!_unsettled)
         return {};
     if (!_applications.hasScanned())

@@ -106,26 +106,36 @@ void LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& importe
     };
     _merger.merge(mode, wanted,
                   [this, mode, metadata = imported.metadata, done = std::move(done)](
-                      const MergeResult& merged) { done(apply(mode, merged, metadata)); });
+                      const MergeResult& merged) { apply(mode, merged, metadata, done); });
 }
 
-LauncherImport::Imported LauncherImport::apply(Mode mode, const MergeResult& merged,
-                                               LegacyLaunchpadImportMetadata metadata) {
+void LauncherImport::apply(Mode mode, const MergeResult& merged, LegacyLaunchpadImportMetadata metadata,
+                           Done<LegacyLaunchpadImportMetadata> done) {
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places); // before the layout is saved without their tiles
+    const auto backup = std::make_shared<std::optional<QString>>();
+    auto ended = [this, mode, before, places = merged.places, metadata, backup,
+                  done = std::move(done)](const LauncherHistory::Outcome& saved) mutable {
+        if (!saved) {
+            if (_places[mode] == places)
+                _places.set(mode, before);
+            return done(std::unexpected(underImportTitle(saved.error())));
+        }
+        metadata.backupPath = *backup;
+        done(std::move(metadata));
+    };
     const auto made = _history.make(
         {.name = editName(EditKind::importLaunchpad),
          .mode = mode,
          .document = LayoutDocument{.pages = merged.pages, .hiddenKeys = merged.hiddenKeys},
          .replacement = {{.reason = QStringLiteral("legacy-launchpad-import"),
                           .title = LaunchpadImportTexts::failureTitle(),
-                          .importRecord = metadata}}});
-    if (!made) {
-        _places.set(mode, before);
-        return std::unexpected(underImportTitle(made.error()));
-    }
-    metadata.backupPath = *made;
-    return metadata;
+                          .importRecord = metadata}}},
+        ended);
+    if (made)
+        *backup = *made;
+    else
+        ended(std::unexpected(made.error()));
 }
 
 void LauncherImport::tell(const Imported& imported) {

@@ -52,7 +52,8 @@ public:
 private:
     void finish(std::expected<NativeLaunchpadImportResult, LaunchpadImportError> result);
     QList<AppEntry> candidates(Mode mode) const;
-    Imported apply(Mode mode, const MergeResult& merged, LegacyLaunchpadImportMetadata metadata);
+    void apply(Mode mode, const MergeResult& merged, LegacyLaunchpadImportMetadata metadata,
+               Done<LegacyLaunchpadImportMetadata> done);
 
     Machine& _machine;
     LiveLayouts& _layouts;

@@ -11,20 +11,21 @@
 namespace tessellar {
 
 LauncherSettings::LauncherSettings(Machine& machine, LauncherHistory& history)
-    : _machine(machine), _history(history) {
-    _expected.stored = &machine.settings;
+    : _machine(machine), _history(history), _expected(machine.settings) {
+    history.setExpectedSettings(_expected);
 }
 
-QMap<QString, QJsonValue> LauncherSettings::Expected::values() const {
-    QMap<QString, QJsonValue> values = stored->values();
-    for (const Changes& changes : unwritten)
-        for (auto it = changes.begin(); it != changes.end(); ++it)
+QMap<QString, QJsonValue> ChangedSettings::values() const {
+    QMap<QString, QJsonValue> values = before.values();
+    for (const Changes& each : changes)
+        for (auto it = each.begin(); it != each.end(); ++it)
             it->isNull() ? void(values.remove(it.key())) : void(values.insert(it.key(), *it));
     return values;
 }
 
-std::expected<void, FileError> LauncherSettings::Expected::set(const Changes& changes) {
-    return stored->set(changes);
+std::expected<void, FileError> ChangedSettings::set(const Changes& more) {
+    changes.push_back(more);
+    return {};
 }
 
 /// Runs `call` on the saving lane, after what is queued there.
@@ -57,10 +58,10 @@ void LauncherSettings::store(const QString& key, const QJsonValue& value, Done d
 
 void LauncherSettings::store(const QMap<QString, QJsonValue>& changes, Done done) {
     (void)_history.settle(); // a failed step's rollback must not revert this later
-    _expected.unwritten.push_back(changes);
+    (void)_expected.set(changes);
     auto written =
         _lifetime.guard([this, done = std::move(done)](const std::expected<void, FileError>& outcome) {
-            _expected.unwritten.pop_front();
+            _expected.changes.pop_front();
             if (outcome)
                 stored.notify();
             if (done)

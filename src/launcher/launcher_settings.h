@@ -14,6 +14,20 @@ namespace tessellar {
 class LauncherHistory;
 struct Machine;
 
+/// Settings with changes that are not written.
+struct ChangedSettings final : Settings {
+    using Changes = QMap<QString, QJsonValue>; ///< null removes
+
+    explicit ChangedSettings(const Settings& settings, std::list<Changes> made = {})
+        : before(settings), changes(std::move(made)) {}
+
+    QMap<QString, QJsonValue> values() const override;
+    std::expected<void, FileError> set(const Changes& more) override;
+
+    const Settings& before;
+    std::list<Changes> changes; ///< in call order
+};
+
 /// Changes the user's settings while the launcher runs: they are written on a worker, in call order,
 /// and hold once they are on the disk. Main thread only.
 class LauncherSettings {
@@ -41,18 +55,9 @@ public:
     Signal<> stored; ///< before `done`
 
 private:
-    using Changes = QMap<QString, QJsonValue>;
-    struct Expected final : Settings {
-        QMap<QString, QJsonValue> values() const override;
-        std::expected<void, FileError> set(const Changes& changes) override;
-
-        Settings* stored = nullptr;
-        std::list<Changes> unwritten; ///< in call order
-    };
-
     Machine& _machine;
     LauncherHistory& _history;
-    Expected _expected;
+    ChangedSettings _expected;
     Lifetime _lifetime;
 };
 

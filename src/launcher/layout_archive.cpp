@@ -62,32 +62,36 @@ void LayoutArchive::replace(Mode mode, std::function<ReplacementMerger::Wanted()
                             const Replacement& replacement, std::function<void(Outcome)> done) {
     _merger.merge(mode, std::move(wanted),
                   [this, mode, replacement, done = std::move(done)](const MergeResult& merged) {
-                      done(apply(mode, merged, replacement));
+                      apply(mode, merged, replacement, done);
                   });
 }
 
-LayoutArchive::Outcome LayoutArchive::apply(Mode mode, const MergeResult& merged,
-                                            const Replacement& replacement) {
+void LayoutArchive::apply(Mode mode, const MergeResult& merged, const Replacement& replacement,
+                          std::function<void(Outcome)> done) {
     // Places first: the layout is saved without their tiles.
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places);
+    const auto ended = [this, mode, before, places = merged.places, isLossy = replacement.isLossy,
+                        done = std::move(done)](const Outcome& saved) {
+        if (!saved && _places[mode] == places)
+            _places.set(mode, before);
+        if (saved && isLossy)
+            _messages.alert({QStringLiteral("lossyRestore"),
+                             Texts::tr("The contents of a folder could not be read, and its "
+                                       "applications come at the end. What was restored is kept as it "
+                                       "is, and “Undo” brings the former layout back."),
+                             Texts::tr("Part of what was restored could not be read")});
+        done(saved);
+    };
     const auto made = _history.make(
         {.name = replacement.name,
          .mode = mode,
          .document = LayoutDocument{.pages = merged.pages, .hiddenKeys = merged.hiddenKeys},
          .settings = replacement.settings,
-         .replacement = {{.reason = replacement.reason, .title = replacement.title}}});
-    if (!made) {
-        _places.set(mode, before);
-        return std::unexpected(made.error());
-    }
-    if (replacement.isLossy)
-        _messages.alert({QStringLiteral("lossyRestore"),
-                         Texts::tr("The contents of a folder could not be read, and its "
-                                   "applications come at the end. What was restored is kept as it "
-                                   "is, and “Undo” brings the former layout back."),
-                         Texts::tr("Part of what was restored could not be read")});
-    return {};
+         .replacement = {{.reason = replacement.reason, .title = replacement.title}}},
+        ended);
+    if (!made)
+        ended(std::unexpected(made.error()));
 }
 
 // ---- backups

@@ -39,8 +39,9 @@ public:
     /// on a worker.
     using Arranged = std::function<std::function<Pages()>()>;
     void arrange(Mode mode, Arranged arranged, const QString& name, std::function<void(Outcome)> done);
-    /// Resets to the default alphabetical arrangement. If the working file is unreadable, it is moved
-    /// to the backups and the step cannot be undone.
+    /// Resets to the default alphabetical arrangement, as any step of history: shown at once, and
+    /// rolled back if it cannot be saved. If the working file is unreadable, it is moved to the backups
+    /// and the step cannot be undone.
     Outcome reset(Mode mode);
 
     // Backups made before replacements, in both modes. Listing them deletes those beyond the limits.
@@ -63,7 +64,8 @@ private:
     };
     void replace(Mode mode, std::function<ReplacementMerger::Wanted()> wanted,
                  const Replacement& replacement, std::function<void(Outcome)> done);
-    Outcome apply(Mode mode, const MergeResult& merged, const Replacement& replacement);
+    void apply(Mode mode, const MergeResult& merged, const Replacement& replacement,
+               std::function<void(Outcome)> done);
 
     Machine& _machine;
     LayoutStore& _store;

@@ -109,6 +109,22 @@ QString SmartFolderEditing::issue() const {
     return issues.isEmpty() ? QString() : message(issues.first());
 }
 
+/// Opens the draft as it is now.
+std::function<void()> SmartFolderEditing::reopening() {
+    return _lifetime.guard(
+        [this, draft = *_draft, mode = _mode, before = _before, saved = _saved, isNew = _isNew] {
+            if (_draft)
+                return;
+            _draft = draft;
+            _mode = mode;
+            _before = before;
+            _saved = saved;
+            _isNew = isNew;
+            renewPreview();
+            reopened.notify();
+        });
+}
+
 SmartFolderEditing::Outcome SmartFolderEditing::save() {
     if (!_draft)
         return {};
@@ -127,8 +143,8 @@ SmartFolderEditing::Outcome SmartFolderEditing::save() {
                 Texts::tr("Could not save Smart Folders")});
         SmartFolderDefinition definition = _draft->definition();
         definition.modifiedAt = _machine.clock.now();
-        if (auto done = now ? _editor.changeSmartFolder(_mode, definition)
-                            : _editor.addSmartFolder(_mode, definition);
+        if (auto done = now ? _editor.changeSmartFolder(_mode, definition, reopening())
+                            : _editor.addSmartFolder(_mode, definition, {}, reopening());
             !done)
             return done;
     }

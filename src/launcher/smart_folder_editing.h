@@ -2,6 +2,7 @@
 
 #include "launcher/launcher_error.h"
 #include "model/launcher_window_mode.h"
+#include "platform/lifetime.h"
 #include "platform/machine.h"
 #include "platform/signal.h"
 #include "smartfolders/smart_folder_draft.h"
@@ -43,7 +44,8 @@ public:
     /// The message for the first issue; empty if the draft can be saved.
     QString issue() const;
     /// A new smart folder gets a tile in the mode. An unchanged draft is closed without a step of
-    /// history. If the definition was changed or deleted elsewhere meanwhile, the first attempt fails
+    /// history. If it cannot be saved after all, the draft is opened again, unless another is open by
+    /// then. If the definition was changed or deleted elsewhere meanwhile, the first attempt fails
     /// with a warning; the next one overwrites it.
     Outcome save();
 
@@ -55,11 +57,13 @@ public:
     QStringList suggestions(qsizetype rule, qsizetype operand) const;
     bool hasSuggestions(qsizetype rule, qsizetype operand) const;
 
-    Signal<> changed; ///< the draft or the preview
+    Signal<> changed;  ///< the draft or the preview
+    Signal<> reopened; ///< with a draft that could not be saved
 
 private:
     void begin(LauncherWindowMode mode, SmartFolderDefinition definition);
     std::optional<SmartFolderDefinition> saved() const;
+    std::function<void()> reopening();
     void renewPreview();
 
     Machine& _machine;
@@ -71,6 +75,7 @@ private:
     std::optional<SmartFolderDefinition> _saved; ///< as last known to the user
     bool _isNew = false;
     std::optional<SmartFolderEvaluation> _preview;
+    Lifetime _lifetime;
 };
 
 } // namespace tessellar

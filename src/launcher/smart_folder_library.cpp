@@ -80,7 +80,6 @@ void SmartFolderLibrary::accept(const SmartFolderStore::LoadResult& result) {
     const auto* loaded = std::get_if<SmartFolderStore::Loaded>(&result);
     const auto* failed = std::get_if<SmartFolderStore::Failed>(&result);
     _definitions = loaded ? loaded->definitions : QList<SmartFolderDefinition>();
-    _isUnsure = false;
     _failure = failed ? std::optional(launcherError(failed->error, Texts::tr(unavailableTitle)))
                       : std::nullopt;
 }
@@ -102,25 +101,24 @@ const SmartFolderDefinition* SmartFolderLibrary::definition(const QUuid& id) con
     return found == _definitions.end() ? nullptr : &*found;
 }
 
-SmartFolderLibrary::Outcome
-SmartFolderLibrary::setDefinitions(const QList<SmartFolderDefinition>& definitions) {
-    if (definitions == _definitions && !_isUnsure)
-        return {};
-    if (const auto saved = _store.save(definitions); !saved) {
-        // The failed save may be on the disk all the same.
-        _isUnsure = !_store.save(_definitions);
-        return std::unexpected(launcherError(saved.error(), Texts::tr("Could not save Smart Folders")));
-    }
-    _isUnsure = false;
-    show(definitions);
-    return {};
+std::expected<SmartFolderLibrary::Save, LauncherError>
+SmartFolderLibrary::saving(const QList<SmartFolderDefinition>& definitions) {
+    const auto failure = [](const SmartFolderStore::Error& error) {
+        return std::unexpected(launcherError(error, Texts::tr("Could not save Smart Folders")));
+    };
+    const auto save = _store.saving(definitions);
+    if (!save)
+        return failure(save.error());
+    return [save = *save, failure]() -> Outcome {
+        const auto saved = save();
+        return saved ? Outcome() : failure(saved.error());
+    };
 }
 
 bool SmartFolderLibrary::rollBack(const QList<SmartFolderDefinition>& definitions) {
-    if (definitions != _definitions || _isUnsure)
-        _isUnsure = !_store.save(definitions);
+    const bool isSaved = _store.save(definitions).has_value();
     show(definitions);
-    return !_isUnsure;
+    return isSaved;
 }
 
 void SmartFolderLibrary::show(const QList<SmartFolderDefinition>& definitions) {

@@ -57,9 +57,13 @@ public:
 
     const QList<SmartFolderDefinition>& definitions() const { return _definitions; }
     const SmartFolderDefinition* definition(const QUuid& id) const;
-    /// Validates and saves. Changes nothing on failure.
-    Outcome setDefinitions(const QList<SmartFolderDefinition>& definitions);
-    /// Restores these in memory even if saving fails; false if the registry may differ from them.
+    /// Validates these definitions. The returned function saves them: call it on the saving lane, and
+    /// nothing else that saves before it has returned.
+    using Save = std::function<Outcome()>;
+    std::expected<Save, LauncherError> saving(const QList<SmartFolderDefinition>& definitions);
+    /// Shows these definitions, which are or will be in the registry.
+    void show(const QList<SmartFolderDefinition>& definitions);
+    /// Saves and shows these; they are shown even if saving fails.
     bool rollBack(const QList<SmartFolderDefinition>& definitions);
     /// The kinds of facts that the definitions need.
     SmartFolderNeeds needs() const;
@@ -149,7 +153,6 @@ private:
                                    const PerMode<PreparedPointer>& before, const Locale& locale,
                                    const FileSystem& files);
     void accept(const SmartFolderStore::LoadResult& result);
-    void show(const QList<SmartFolderDefinition>& definitions);
     /// Starts a round if any definition needs one of these.
     void startRoundFor(SmartFolderNeeds others);
     void startRound();
@@ -168,8 +171,7 @@ private:
     Calendar _calendar;
     std::optional<LauncherError> _failure;
     QList<SmartFolderDefinition> _definitions;
-    bool _isUnsure = false; ///< the registry may differ: a save failed, and so did its rollback
-    QList<AppEntry> _apps;  ///< as the scan names them
+    QList<AppEntry> _apps; ///< as the scan names them
     PerMode<SmartFolderContext> _contexts;
     /// Without usage. Update facts are pending until they are set.
     SmartFolderRuntimeFacts _runtime{.pending = SmartFolderNeed::updates | SmartFolderNeed::channels};

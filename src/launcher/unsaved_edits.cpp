@@ -45,14 +45,39 @@ void UnsavedEdits::whenSaved(const Editor& editor, Whose whose, Done done) {
     Waiting waiting{.editor = editor, .done = std::move(done), .outcome = {}};
     for (const LauncherWindowMode mode : modes)
         for (const Unsaved& unsaved : std::as_const(_edits[std::size_t(mode)]))
-            if (whose == Whose::all || unsaved.editor == editor)
+            if (whose == Whose::all || (whose == Whose::own && unsaved.editor == editor))
                 waiting.until[std::size_t(mode)] = unsaved.revision;
+    waiting.isForStep = _step && (whose == Whose::all || *_step == editor);
+    _failedSteps.removeIf([&](const auto& failed) {
+        const bool isOwn = editor && failed.first.lock() == editor;
+        if (isOwn)
+            waiting.outcome = std::unexpected(failed.second);
+        return isOwn || failed.first.expired();
+    });
     const auto until = waiting.until;
     _waiting.push_back(std::move(waiting));
     for (const LauncherWindowMode mode : modes)
         if (until[std::size_t(mode)] != 0)
             _store.startPendingSave(mode);
     tell();
+}
+
+void UnsavedEdits::beginStep() { _step = _editor; }
+
+bool UnsavedEdits::endStep(const Outcome& outcome) {
+    const Editor editor = *std::exchange(_step, {});
+    bool isTold = false;
+    for (Waiting& waiting : _waiting) {
+        if (!std::exchange(waiting.isForStep, false))
+            continue;
+        if (waiting.outcome)
+            waiting.outcome = outcome;
+        isTold = isTold || waiting.editor == editor;
+    }
+    if (editor && !outcome && !isTold)
+        _failedSteps.append({editor, outcome.error()});
+    tell();
+    return editor != nullptr;
 }
 
 void UnsavedEdits::saveEnded(LauncherWindowMode mode, LayoutStore::Revision revision,
@@ -99,7 +124,7 @@ void UnsavedEdits::fail(LauncherWindowMode mode, LayoutStore::Revision revision,
     auto& rolledBackTo = _rolledBackTo[std::size_t(mode)];
     const bool isTold = revision == rolledBackTo;
     if (!takenBack.isEmpty()) {
-        _rollBack(takenBack);
+        _rollBack(takenBack, !edits.isEmpty());
         rolledBackTo = _store.revision(mode);
     }
     const bool areLeft =
@@ -112,7 +137,7 @@ void UnsavedEdits::tell() {
     std::list<Waiting> told;
     for (auto it = _waiting.begin(); it != _waiting.end();) {
         const auto next = std::next(it);
-        if (it->until == std::array<LayoutStore::Revision, 2>{})
+        if (!it->isForStep && it->until == std::array<LayoutStore::Revision, 2>{})
             told.splice(told.end(), _waiting, it);
         it = next;
     }

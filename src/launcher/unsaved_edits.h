@@ -24,6 +24,8 @@ struct UnsavedEdit {
 /// saved at once and can be tried again. But if edits by hand were made on top, they are kept like
 /// these, and the command's result says so. Concurrent waits share a save.
 ///
+/// Steps of several files are saved as a unit, and nothing is edited before that has ended.
+///
 /// Main thread only.
 class UnsavedEdits {
 public:
@@ -31,8 +33,9 @@ public:
     using Done = std::function<void(Outcome)>;
     /// Identifies a command, or a batch of commands. Null for edits by hand.
     using Editor = std::shared_ptr<const void>;
-    /// Undoes edits of one mode, newest first, and saves the result.
-    using RollBack = std::function<void(const QList<UnsavedEdit>&)>;
+    /// Undoes edits of one mode, newest first, and saves the result; with `areLeft`, there are unsaved
+    /// ones below them.
+    using RollBack = std::function<void(const QList<UnsavedEdit>&, bool areLeft)>;
     /// Tells the user that a save failed: edits by hand stay unsaved, or an undo was taken back.
     enum class Left { unsaved, nothing };
     using Tell = std::function<void(const LauncherError&, Left)>;
@@ -44,9 +47,15 @@ public:
     /// Call right after passing the edited document to the store.
     void add(UnsavedEdit edit);
 
-    enum class Whose { own, all };
-    /// Saves at once and calls `done` once the editor's edits, or all, are on the disk or have failed
-    /// for good. Synchronous if there are none.
+    /// Call around saving a step as a unit.
+    void beginStep();
+    /// Returns true if its editor learns of the outcome: now, or when it asks.
+    bool endStep(const Outcome& outcome);
+
+    /// All include those of other editors; `step` is only the editor's step that is saved as a unit.
+    enum class Whose { step, own, all };
+    /// Saves at once and calls `done` once these edits are on the disk or have failed for good.
+    /// Synchronous if there are none.
     void whenSaved(const Editor& editor, Whose whose, Done done);
 
 private:
@@ -59,6 +68,7 @@ private:
         Editor editor;
         Done done;
         std::array<LayoutStore::Revision, 2> until{}; ///< per mode; 0 if not waiting
+        bool isForStep = false;
         Outcome outcome;
     };
 
@@ -74,6 +84,9 @@ private:
     std::array<QList<Unsaved>, 2> _edits; ///< per mode, newest last
     /// Per mode, the state that the last rollback saved: that this failed too is not told again.
     std::array<LayoutStore::Revision, 2> _rolledBackTo{};
+    std::optional<Editor> _step; ///< the editor of the one that is being saved
+    /// Failures of steps whose editor has not asked yet.
+    QList<std::pair<std::weak_ptr<const void>, LauncherError>> _failedSteps;
     std::list<Waiting> _waiting;
     Subscription _saveEnded;
 };

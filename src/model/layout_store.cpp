@@ -142,15 +142,6 @@ static std::expected<QByteArray, FileError> encoded(const QString& path, const K
     return json::write(json::encode(kept));
 }
 
-template <typename Kept>
-std::expected<void, FileError> LayoutStore::write(const QString& path, const Kept& kept,
-                                                  const Document& document) const {
-    const auto bytes = encoded(path, kept, document);
-    if (!bytes)
-        return std::unexpected(bytes.error());
-    return StoredFile(_machine.files, path, maximumLayoutBytes).write(*bytes);
-}
-
 // ---- the working layouts
 
 LayoutStore::Working::Working(const Machine& machine, const QString& directory, LauncherWindowMode mode)
@@ -178,26 +169,38 @@ void LayoutStore::scheduleSave(LauncherWindowMode mode, const Document& document
     file.pendingSave = _machine.scheduler.after(saveDelay, [this, mode] { handOver(mode); });
 }
 
-/// Starts saving what is unsaved, unless that is already under way or done.
+BackgroundFile::Encode LayoutStore::encoding(LauncherWindowMode mode, const Document& document) {
+    Working& file = working(mode);
+    return [path = file.file->path(), document = current(document), guard = file.guard,
+            now = _machine.clock.now(),
+            precondition = _precondition ? _precondition(mode)
+                                         : nullptr]() -> std::expected<QByteArray, FileError> {
+        if (precondition)
+            if (const auto met = precondition(); !met)
+                return std::unexpected(met.error());
+        auto bytes = encoded(path, document, document);
+        if (bytes)
+            if (const auto guarded = guard->beforeWriting(*bytes, now); !guarded)
+                bytes = std::unexpected(guarded.error());
+        return bytes;
+    };
+}
+
+void LayoutStore::tellForeignVersion(LauncherWindowMode mode) {
+    if (const auto kept = working(mode).guard->takeKept())
+        foreignVersionKept.notify(mode, *kept);
+}
+
+/// Starts saving what is unsaved, unless that is already under way or done, or has to wait.
 void LayoutStore::handOver(LauncherWindowMode mode) {
     Working& file = working(mode);
     file.pendingSave.cancel();
+    file.isDue = file.part.has_value();
+    if (file.isDue)
+        return;
     if (!file.unsaved || (file.unsaved->ticket && (!file.outcome() || file.isSaved())))
         return;
-    file.handedOver = file.file->write(
-        [path = file.file->path(), document = current(file.unsaved->document), guard = file.guard,
-         now = _machine.clock.now(),
-         precondition =
-             _precondition ? _precondition(mode) : nullptr] -> std::expected<QByteArray, FileError> {
-            if (precondition)
-                if (const auto met = precondition(); !met)
-                    return std::unexpected(met.error());
-            auto bytes = encoded(path, document, document);
-            if (bytes)
-                if (const auto guarded = guard->beforeWriting(*bytes, now); !guarded)
-                    bytes = std::unexpected(guarded.error());
-            return bytes;
-        });
+    file.handedOver = file.file->write(encoding(mode, file.unsaved->document));
     file.unsaved->ticket = file.handedOver;
     file.file->whenWritten([this, mode, revision = file.revision,
                             ticket = file.handedOver](const BackgroundFile::Result& written) {
@@ -210,8 +213,7 @@ void LayoutStore::handOver(LauncherWindowMode mode) {
         }
         if (saved.isSaved())
             saved.unsaved.reset();
-        if (const auto kept = saved.guard->takeKept())
-            foreignVersionKept.notify(mode, *kept);
+        tellForeignVersion(mode);
         saveEnded.notify(mode, revision, written);
     });
 }
@@ -226,12 +228,40 @@ void LayoutStore::saveInBackground(LauncherWindowMode mode, const Document& docu
     file.file->whenWritten(std::move(done));
 }
 
+LayoutStore::Part LayoutStore::beginPart(LauncherWindowMode mode, const Document& document) {
+    handOver(mode);
+    Working& file = working(mode);
+    file.part = ++file.revision;
+    // Called once: shared, because a std::function is copied.
+    const auto encode = std::make_shared<BackgroundFile::Encode>(encoding(mode, document));
+    return {.earlier = file.unsaved ? file.file->written() : [] { return BackgroundFile::Result(); },
+            .write = [encode, write = file.file->writer()]() -> BackgroundFile::Result {
+                const auto bytes = (*encode)();
+                return bytes ? write(*bytes) : std::unexpected(bytes.error());
+            }};
+}
+
+void LayoutStore::endPart(LauncherWindowMode mode, bool isWritten, const Document& document) {
+    Working& file = working(mode);
+    const Revision revision = *std::exchange(file.part, {});
+    const bool isLatest = file.revision == revision;
+    if (isWritten && isLatest)
+        file.unsaved.reset();
+    else if (!isWritten && !isLatest)
+        setUnsaved(mode, document, true);
+    if (file.isDue)
+        handOver(mode);
+    tellForeignVersion(mode);
+    if (isWritten)
+        saveEnded.notify(mode, revision, BackgroundFile::Result());
+}
+
 std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode mode,
-                                                             const Document& document) {
+                                                             const Document& document, bool isEdit) {
     Working& file = working(mode);
     if (file.isBlocked)
         return std::unexpected(StorageError{Code::workingDocumentUnreadable});
-    setUnsaved(mode, document, false);
+    setUnsaved(mode, document, isEdit);
     handOver(mode);
     if (const auto written = file.file->wait(); !written)
         return std::unexpected(written.error());
@@ -288,15 +318,19 @@ QString LayoutStore::stampedName(const QString& prefix) {
     return StoredFile::stampedName(prefix, _machine.clock, _machine.uuids.next());
 }
 
-std::expected<QString, FileError>
-LayoutStore::makeBackup(const QString& reason, const std::optional<QString>& sourceDatabasePath,
-                        const Document& document) {
-    const BackupDocument backup{_machine.clock.now(), reason, sourceDatabasePath, current(document)};
+LayoutStore::Backup LayoutStore::backup(const QString& reason,
+                                        const std::optional<QString>& sourceDatabasePath,
+                                        const Document& document) {
     const QString path = FileSystem::joined(FileSystem::joined(_directory, QStringLiteral("Backups")),
                                             stampedName(QStringLiteral("layout")));
-    if (const auto written = write(path, backup, backup.document); !written)
-        return std::unexpected(written.error());
-    return path;
+    return {.path = path,
+            .write = [path, &files = _machine.files,
+                      kept = BackupDocument{_machine.clock.now(), reason, sourceDatabasePath,
+                                            current(document)}]() -> BackgroundFile::Result {
+                const auto bytes = encoded(path, kept, kept.document);
+                return bytes ? StoredFile(files, path, maximumLayoutBytes).write(*bytes)
+                             : std::unexpected(bytes.error());
+            }};
 }
 
 SavedArrangements LayoutStore::arrangements(LauncherWindowMode mode) const {

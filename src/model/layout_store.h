@@ -83,8 +83,21 @@ public:
     /// As `saveNow`, without blocking: `done` is called on the main thread, unless the store is
     /// destroyed first. If the mode is blocked, does nothing and never calls `done`.
     void saveInBackground(LauncherWindowMode mode, const Document& document, BackgroundFile::Done done);
-    /// Blocks until the document is on the disk.
-    std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document);
+    /// A mode's save as one part of a longer job on the saving lane.
+    struct Part {
+        using Call = std::function<BackgroundFile::Result()>;
+        Call earlier; ///< to be called first: completes what was to be saved before
+        Call write;
+    };
+    /// Nothing else is saved in the mode until `endPart`; the functions must be called before that. The
+    /// mode must not be blocked.
+    Part beginPart(LauncherWindowMode mode, const Document& document);
+    /// With the document if it was written; otherwise with what is shown instead, which replaces
+    /// anything scheduled meanwhile.
+    void endPart(LauncherWindowMode mode, bool isWritten, const Document& document);
+    /// Blocks until the document is on the disk. `isEdit` as for `hasUnsavedEdits`.
+    std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document,
+                                       bool isEdit = false);
     std::expected<void, FileError> reset(LauncherWindowMode mode);
     bool isWriteBlocked(LauncherWindowMode mode) const { return working(mode).isBlocked; }
     /// The path of the backup made when the last load had to drop a folder's contents.
@@ -100,8 +113,8 @@ public:
     /// A save finished: this revision and all before it are on the disk; or it failed and no later one
     /// is in progress.
     Signal<LauncherWindowMode, Revision, BackgroundFile::Result> saveEnded;
-    /// True while a scheduled save is not on the disk. Failures of `saveNow` do not count: its caller
-    /// has been told.
+    /// True while a scheduled save is not on the disk. Failures of `saveNow` count only if it was told
+    /// that the document holds edits: otherwise its caller has been told.
     bool hasUnsavedEdits() const;
     /// Why the last save failed; empty once one has succeeded. Shown at the next edit.
     std::optional<Error> lastSaveError(LauncherWindowMode mode) const;
@@ -116,10 +129,12 @@ public:
     using Precondition = std::function<std::function<BackgroundFile::Result()>(LauncherWindowMode)>;
     void setPrecondition(Precondition precondition) { _precondition = std::move(precondition); }
 
-    /// Returns the backup's path.
-    std::expected<QString, FileError> makeBackup(const QString& reason,
-                                                 const std::optional<QString>& sourceDatabasePath,
-                                                 const Document& document);
+    struct Backup {
+        QString path;
+        std::function<BackgroundFile::Result()> write; ///< callable from any thread
+    };
+    Backup backup(const QString& reason, const std::optional<QString>& sourceDatabasePath,
+                  const Document& document);
 
     SavedArrangements arrangements(LauncherWindowMode mode) const;
 
@@ -146,6 +161,8 @@ private:
         std::optional<Unsaved> unsaved;
         Revision revision = 0;
         BackgroundFile::Ticket handedOver = 0; ///< the last ticket
+        std::optional<Revision> part;          ///< being written by a longer job
+        bool isDue = false;                    ///< handing over has to wait for that
         Timer pendingSave;
     };
 
@@ -156,9 +173,9 @@ private:
     QString stampedName(const QString& prefix);
     void setUnsaved(LauncherWindowMode mode, const Document& document, bool isEdit);
     void handOver(LauncherWindowMode mode);
-    template <typename Kept>
-    std::expected<void, FileError> write(const QString& path, const Kept& kept,
-                                         const Document& document) const;
+    /// To be called on the saving lane.
+    BackgroundFile::Encode encoding(LauncherWindowMode mode, const Document& document);
+    void tellForeignVersion(LauncherWindowMode mode);
 
     const Machine& _machine;
     QString _directory;

@@ -126,6 +126,15 @@ std::function<BackgroundFile::Result()> BackgroundFile::written() const {
     };
 }
 
+std::function<BackgroundFile::Result(const QByteArray&)> BackgroundFile::writer() const {
+    return [state = _state](const QByteArray& bytes) {
+        const Result written = state->file.write(bytes);
+        const std::lock_guard lock(state->mutex);
+        state->last = written;
+        return written;
+    };
+}
+
 void BackgroundFile::whenWritten(Done done) {
     {
         const std::lock_guard lock(_state->mutex);

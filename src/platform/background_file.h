@@ -40,6 +40,9 @@ public:
     /// For a file that must only be written after this one. Call the returned function on the saving
     /// lane: it carries out what is still pending here and returns the result.
     std::function<Result()> written() const;
+    /// For a job on the saving lane that writes several files. Call the returned function there, while
+    /// nothing is pending here: it writes the bytes as part of that job.
+    std::function<Result(const QByteArray&)> writer() const;
     /// Calls `done` on the main thread with the last result, once every write so far has finished.
     void whenWritten(Done done);
     /// Waits for the running write, then reads. Callable from any thread while nothing is being

@@ -179,11 +179,17 @@ SmartFolderStore::write(const QList<SmartFolderDefinition>& definitions) {
 
 std::expected<void, SmartFolderStore::Error>
 SmartFolderStore::save(const QList<SmartFolderDefinition>& definitions) {
+    const auto save = saving(definitions);
+    return save ? (*save)() : std::unexpected(save.error());
+}
+
+std::expected<SmartFolderStore::Save, SmartFolderStore::Error>
+SmartFolderStore::saving(const QList<SmartFolderDefinition>& definitions) {
     if (_writeBlocked)
         return std::unexpected(StoreError(WriteBlocked()));
     if (const auto checked = check(definitions); !checked)
         return std::unexpected(checked.error());
-    return write(definitions);
+    return [this, definitions] { return write(definitions); };
 }
 
 SmartFolderStore::LoadResult SmartFolderStore::recover(SmartFolderRecovery how) {

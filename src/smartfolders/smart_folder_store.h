@@ -89,6 +89,10 @@ public:
 
     LoadResult load();
     std::expected<void, Error> save(const QList<SmartFolderDefinition>& definitions);
+    /// Checks these definitions. The returned function saves them; it may be called on another thread,
+    /// while nothing else is called here.
+    using Save = std::function<std::expected<void, Error>()>;
+    std::expected<Save, Error> saving(const QList<SmartFolderDefinition>& definitions);
     /// Resolves what blocks saving, then loads and returns the result, or the last error if it got no
     /// further. Never overwrites a readable registry.
     LoadResult recover(SmartFolderRecovery how);

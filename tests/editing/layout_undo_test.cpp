@@ -51,20 +51,27 @@ public:
                         return live;
                     },
                 .apply =
-                    [this](const LayoutUndoEntry&, const LayoutUndoState& state) {
+                    [this](auto, const LayoutUndoEntry&, const LayoutUndoState& state, auto saved) {
                         show(state.mode);
                         LayoutUndoState next = live;
                         next.document = state.document;
                         if (state.otherDocument)
                             next.otherDocument = state.otherDocument;
                         next.smartFolderDefinitions = state.smartFolderDefinitions;
-                        if ((!layoutSaves && (next.document != live.document ||
-                                              next.otherDocument != live.otherDocument)) ||
-                            (!definitionsSave &&
-                             next.smartFolderDefinitions != live.smartFolderDefinitions))
-                            return false;
-                        live = next;
-                        return true;
+                        const bool isSaved =
+                            !((!layoutSaves && (next.document != live.document ||
+                                                next.otherDocument != live.otherDocument)) ||
+                              (!definitionsSave &&
+                               next.smartFolderDefinitions != live.smartFolderDefinitions));
+                        const LayoutUndoState before = live;
+                        if (isSaved || saved)
+                            live = next;
+                        if (saved)
+                            answers.append([=, this] {
+                                live = isSaved ? next : before;
+                                saved(isSaved);
+                            });
+                        return isSaved || saved;
                     },
                 .applyNavigation =
                     [this](const LayoutUndoState& state) {
@@ -108,6 +115,8 @@ private:
     Result step(void (LayoutUndoHistory::*take)(LauncherWindowMode, const LayoutUndoHistory::Done&)) {
         auto result = std::make_shared<Result>(Result::refused);
         ((*history).*take)(live.mode, [result](Result r) { *result = r; });
+        while (!answersLater && !answers.isEmpty())
+            answers.takeFirst()();
         return *result;
     }
     static QStringList names(const QList<LayoutUndoEntry>& stack) {
@@ -238,6 +247,26 @@ TEST(UndoHistory, KeepsTheNewestFiftyWhichUndoneGiveEqualStatesInBothModes) {
     }
 }
 
+TEST(UndoHistory, AStepThatWasDroppedMeanwhileReturnsToTheStackItCameFrom) {
+    using enum UndoRedoFeedback::Direction;
+    Launcher launcher;
+    launcher.rename(u"redone"_s);
+    ASSERT_EQ(launcher.undo(), Result::done);
+    const LayoutUndoEntry entry = launcher.history->redoStack().last();
+    ASSERT_EQ(launcher.redo(), Result::done);
+    launcher.show(LauncherWindowMode::windowed);
+    for (int i = 0; i < LayoutUndoHistory::undoLimit; ++i)
+        launcher.rename(u"other %1"_s.arg(i));
+    ASSERT_FALSE(launcher.undoNames().contains(u"redone"_s));
+    launcher.history->giveBack(redo, entry);
+    EXPECT_EQ(launcher.redoNames(), QStringList{u"redone"_s});
+    EXPECT_EQ(launcher.undoNames().size(), LayoutUndoHistory::undoLimit);
+    ASSERT_EQ(launcher.undo(), Result::done); // clears nothing of the other mode
+    launcher.rename(u"clears"_s);
+    launcher.history->giveBack(undo, entry);
+    EXPECT_EQ(launcher.undoNames().last(), u"redone");
+}
+
 TEST(UndoHistory, AHalfAppliedStepIsPutBack) {
     Launcher launcher;
     launcher.edit(u"Delete Smart Folder"_s, [](LayoutUndoState& state) {
@@ -330,6 +359,8 @@ TEST_F(UndoTrash, NoSecondStepBeginsWhileOneWaits) {
     const auto answer = launcher.answers.takeFirst();
     answer();
     answer(); // a second answer means nothing
+    EXPECT_EQ(launcher.redo(), Result::refused) << "it is not saved yet";
+    launcher.answers.takeFirst()();
     EXPECT_FALSE(launcher.history->isInProgress());
     EXPECT_EQ(launcher.live.document.pages[0].size(), 3);
     EXPECT_EQ(launcher.redoNames().size(), 1);

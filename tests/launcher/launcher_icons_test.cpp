@@ -92,6 +92,14 @@ TEST_F(LauncherIconsTest, RequestsAreCarriedOutInTheirOrder) {
     mac.settle();
     EXPECT_EQ(answers, QStringList({u"red"_s, u"remove"_s, u"missing failed"_s, u"blue"_s}));
     EXPECT_EQ(iconOf(ash), blue);
+
+    // One that is under way when its application's key changes goes to the new one.
+    const QString path = u"/Applications/Ash.app"_s;
+    icons().set(ash, u"/in/red.icns"_s);
+    launcher->applications().keysChanged.notify({{ash, path}});
+    mac.settle();
+    EXPECT_EQ(iconOf(path), red);
+    EXPECT_FALSE(icons().has(ash));
 }
 
 TEST_F(LauncherIconsTest, FollowAnApplicationThroughTheKeysThatDuplicatesGiveIt) {

@@ -256,6 +256,20 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(launcher->shown().document(), before);
 
+    // Two at once come one after the other.
+    bool isOtherTaken = false;
+    ASSERT_TRUE(take(all.proposals[0], [&] {
+        launcher->proposals().take(
+            {mode()}, all.proposals[2],
+            [&](const LayoutProposals::Outcome& taken) { isOtherTaken = taken.has_value(); });
+    }));
+    EXPECT_TRUE(isOtherTaken);
+    EXPECT_EQ(stored(), launcher->shown().document());
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_NE(launcher->shown().document(), before);
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(launcher->shown().document(), before);
+
     ASSERT_TRUE(take(all.proposals[0], [] {}));
     EXPECT_EQ(sketched(), u"Elm [Work: Beech|Dogwood]|Ash|Cedrus");
     EXPECT_EQ(alerts(&LauncherError::title).value(0), u"Imported old Launchpad configuration");

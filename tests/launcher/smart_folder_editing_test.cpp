@@ -51,6 +51,18 @@ TEST_F(SmartFolderEditingTest, ANewFolderIsPreviewedAndSavedAsOneStep) {
     rescan();
     EXPECT_EQ(preview(), u"Alder Ash Aspen") << "it follows what it depends on";
 
+    // What could not be written is there again as it was typed.
+    const QString registry = data + u"/computed-folders.json"_s;
+    block(registry);
+    ASSERT_TRUE(editing().save());
+    mac.settle();
+    EXPECT_EQ(alerts(&LauncherError::title), QStringList{u"Could not save Smart Folders"_s});
+    EXPECT_TRUE(definitions().isEmpty());
+    ASSERT_TRUE(editing().draft());
+    EXPECT_TRUE(editing().isNew() && editing().isChanged());
+    EXPECT_EQ(preview(), u"Alder Ash Aspen");
+    mac.remove(registry);
+
     const auto saved = editing().save();
     ASSERT_TRUE(saved) << saved.error().message.toStdString();
     EXPECT_FALSE(editing().draft());

@@ -4,6 +4,8 @@
 #include "model/layout_settings.h"
 #include "smartfolders/smart_folder_rule.h"
 
+#include <latch>
+
 namespace tessellar::test {
 namespace {
 
@@ -62,6 +64,7 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
     const LayoutUndoState before = launcher->history().snapshot(fullScreen);
     const Files old = files();
     ASSERT_TRUE(editor().addSmartFolder(fullScreen, trees()));
+    mac.settle();
     EXPECT_FALSE(mac.exists(note)) << "nothing is left of a step that came to its end";
     ArrangementLayout settings = launcher->shown().settings();
     settings.rows = 6;
@@ -122,15 +125,68 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
     }
 }
 
+TEST_F(StepJournalTest, AStepIsShownWhileItsFilesAreWritten) {
+    installAll(u"Ash Beech"_s);
+    start();
+    const QUuid ash = launcher->shown().tileOf(u"org.example.ash"_s)->id;
+    ASSERT_TRUE(editor().rename(fullScreen, ash, u"Mine"_s)); // not yet saved
+    std::latch opened{1};
+    mac.workers.submit(Lane::saving, {}, [&](std::stop_token) { opened.wait(); });
+    ASSERT_TRUE(editor().addSmartFolder(fullScreen, trees()));
+    EXPECT_EQ(definitions().size(), 1);
+    EXPECT_EQ(steps().size(), 2);
+    EXPECT_FALSE(mac.exists(registry));
+    // What comes meanwhile waits with its saving, or for the whole step.
+    install(u"Cedar"_s);
+    launcher->applications().rescan();
+    mac.until([&] { return launcher->shown().tileOf(u"org.example.cedar"_s) != nullptr; });
+    time.advance(1s);
+    EXPECT_FALSE(mac.read(layoutFile).contains("Mine"));
+    opened.count_down();
+    ASSERT_TRUE(editor().rename(fullScreen, ash, u"Yours"_s));
+    EXPECT_TRUE(mac.read(registry).contains("Trees")) << "an edit on top comes after it";
+    EXPECT_TRUE(mac.read(layoutFile).contains("Mine"));
+    EXPECT_TRUE(launcher->quit());
+    EXPECT_EQ(sketch(stored().pages), sketched());
+    EXPECT_TRUE(sketched().contains(u"Yours") && sketched().contains(u"Cedar"));
+    EXPECT_FALSE(mac.exists(note));
+    EXPECT_TRUE(alerts().isEmpty());
+}
+
 TEST_F(StepJournalTest, AStepWhoseSecondFileCannotBeWrittenHasChangedNothing) {
     startWithoutLayout();
-    const auto added = editor().addSmartFolder(fullScreen, trees());
-    EXPECT_FALSE(added);
-    EXPECT_TRUE(definitions().isEmpty());
-    EXPECT_EQ(sketched(), u"Ash");
-    EXPECT_FALSE(mac.read(registry).contains("Trees"));
-    EXPECT_FALSE(mac.exists(note));
-    EXPECT_TRUE(steps().isEmpty());
+    const QUuid ash = launcher->shown().tileOf(u"org.example.ash"_s)->id;
+    const auto isAsBefore = [&] {
+        EXPECT_TRUE(definitions().isEmpty());
+        EXPECT_EQ(sketched(), u"Ash");
+        EXPECT_FALSE(mac.read(registry).contains("Trees"));
+        EXPECT_FALSE(mac.exists(note));
+        EXPECT_TRUE(steps().isEmpty());
+    };
+    EXPECT_TRUE(editor().addSmartFolder(fullScreen, trees()));
+    mac.settle();
+    isAsBefore();
+    EXPECT_EQ(alerts().size(), 1);
+    // Nor is anything made on top of it.
+    EXPECT_TRUE(editor().addSmartFolder(fullScreen, trees()));
+    EXPECT_FALSE(editor().rename(fullScreen, ash, u"On top"_s));
+    isAsBefore();
+    EXPECT_EQ(alerts().size(), 1);
+    // A command learns of it itself, whether it asks at once or later.
+    UnsavedEdits& unsaved = launcher->history().unsaved();
+    for (const bool isLate : {false, true}) {
+        const auto command = std::make_shared<std::byte>();
+        unsaved.editAs(command, [&] { EXPECT_TRUE(editor().addSmartFolder(fullScreen, trees())); });
+        if (isLate)
+            mac.settle();
+        bool isTold = false;
+        unsaved.whenSaved(command, UnsavedEdits::Whose::step,
+                          [&](const UnsavedEdits::Outcome& saved) { isTold = !saved; });
+        mac.settle();
+        EXPECT_TRUE(isTold);
+        EXPECT_TRUE(alerts().isEmpty());
+    }
+    isAsBefore();
 }
 
 TEST_F(StepJournalTest, AStepThatFailsLeavesTheSettingsAsTheyWereStored) {
@@ -144,7 +200,11 @@ TEST_F(StepJournalTest, AStepThatFailsLeavesTheSettingsAsTheyWereStored) {
     step.document = LayoutDocument();
     step.settings = launcher->shown().settings();
     step.settings->columns = 9;
-    EXPECT_FALSE(launcher->history().make(step));
+    bool isRefused = false;
+    EXPECT_TRUE(launcher->history().make(step, [&](const auto& saved) { isRefused = !saved; }));
+    EXPECT_EQ(launcher->shown().settings().columns, 9);
+    mac.settle();
+    EXPECT_TRUE(isRefused);
     EXPECT_GT(mac.settings.writes, writes + 1);
     EXPECT_EQ(mac.settings.values(), stored) << "what was absent is absent again";
     EXPECT_TRUE(isNoted) << "until all is put back: it may be killed before that";
@@ -158,7 +218,9 @@ TEST_F(StepJournalTest, AStepThatCannotBeNotedIsNotUndone) {
     ASSERT_TRUE(editor().addSmartFolder(fullScreen, trees()));
     const Files before = files();
     mac.makeFolder(note + u"/in its place"_s);
-    EXPECT_NE(undo(), u"done");
+    undo();
+    EXPECT_EQ(alerts().size(), 1);
+    EXPECT_EQ(steps().size(), 1);
     EXPECT_EQ(definitions().size(), 1);
     EXPECT_EQ(files().layout, before.layout);
     EXPECT_EQ(files().registry, before.registry);

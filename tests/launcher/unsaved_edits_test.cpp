@@ -104,6 +104,7 @@ TEST_F(UnsavedEditsTest, WhatTheUserEditsByHandIsKept) {
     EXPECT_EQ(taken(), QStringList({u"0 isADirectory"_s, u"1 isADirectory"_s}));
     EXPECT_EQ(sketched(), u"Below Elm");
     EXPECT_EQ(steps().size(), 1);
+    EXPECT_TRUE(launcher->hasUnsavedEdits()) << "what was peeled off does not make it saved";
 
     // What lies below it stays, and is said to.
     const auto kept = command();

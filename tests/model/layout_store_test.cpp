@@ -317,16 +317,16 @@ TEST_F(LayoutStoreTest, WhatCouldNotBeReadAgainIsNotWritten) {
 }
 
 TEST_F(LayoutStoreTest, BackupsOfOneSecondHaveNamesOfTheirOwn) {
-    const auto first = store.makeBackup(u"legacy-launchpad-import"_s, u"/db"_s, shown(u"a b"));
-    const auto second = store.makeBackup(u"arrangement-restore"_s, {}, shown(u"a b"));
-    ASSERT_TRUE(first && second);
-    EXPECT_NE(*first, *second);
-    EXPECT_EQ(*first, path("Backups/layout-2026-11-14T21-05-40Z-00000001.json"));
-    const auto backup = json::decodeDocument<BackupDocument>(mac.read(*first));
+    const auto first = store.backup(u"legacy-launchpad-import"_s, u"/db"_s, shown(u"a b"));
+    const auto second = store.backup(u"arrangement-restore"_s, {}, shown(u"a b"));
+    ASSERT_TRUE(first.write() && second.write());
+    EXPECT_NE(first.path, second.path);
+    EXPECT_EQ(first.path, path("Backups/layout-2026-11-14T21-05-40Z-00000001.json"));
+    const auto backup = json::decodeDocument<BackupDocument>(mac.read(first.path));
     ASSERT_TRUE(backup);
     EXPECT_EQ(*backup,
               (BackupDocument{mac.time.now(), u"legacy-launchpad-import"_s, u"/db"_s, shown(u"a b")}));
-    EXPECT_FALSE(mac.read(*second).contains("sourceDatabasePath"));
+    EXPECT_FALSE(mac.read(second.path).contains("sourceDatabasePath"));
 }
 
 TEST_F(LayoutStoreTest, ArrangementsListNewestFirstThenByNameWithoutRegardToCase) {
