@@ -126,7 +126,7 @@ bool AppUpdateRunner::update(const QStringList& appKeys, const Asker& ask, Done 
     }
     _active = wanted.first();
     for (const QString& appKey : std::as_const(wanted))
-        _states.insert(appKey, {appKey == wanted.first() ? Kind::running : Kind::waiting});
+        _states.remove(appKey);
     const auto alive = _lifetime.watch();
     for (const QString& appKey : std::as_const(wanted))
         if (!alive.expired())
@@ -141,12 +141,12 @@ void AppUpdateRunner::askFirst(const QStringList& appKeys, const Asker& ask) {
                            isAnswered = std::make_shared<bool>()](bool confirmed) {
         if (alive.expired() || std::exchange(*isAnswered, true))
             return;
-        if (confirmed && !_isCancelled) {
+        const bool isBeginning = confirmed && !_isCancelled;
+        if (isBeginning)
             _waiting.assign(appKeys.begin(), appKeys.end());
-            return next();
-        }
         for (const QString& appKey : appKeys) {
-            _states.remove(appKey);
+            if (isBeginning)
+                _states.insert(appKey, {appKey == appKeys.first() ? Kind::running : Kind::waiting});
             _owner.actionChanged(appKey);
             if (alive.expired())
                 return;

@@ -253,6 +253,8 @@ TEST_F(AppUpdateRunnerTest, EachApplicationIsHandedToWhoUpdatesIt) {
         coordinator->runner().update(
             {appKey(app)},
             [this](const AppUpdateQuestion& question, const auto& answer) {
+                EXPECT_FALSE(coordinator->runner().state(*coordinator->runner().activeAppKey()))
+                    << "nothing runs before the answer";
                 alerts.append(question.title + u'|' + question.text);
                 answer(true);
             },
