@@ -62,9 +62,9 @@ void RemovalItems::refresh() {
     std::vector<Row> rows;
     rows.reserve(static_cast<std::size_t>(review.items.size()));
     for (const RelatedFile& file : review.items)
-        rows.push_back({file.size, file.isSizePartial, review.isSelected(file.path)});
-    // A review's items do not change; between two reviews there are none.
-    if (rows.size() != _rows.size()) {
+        rows.push_back({file.path, file.size, file.isSizePartial, review.isSelected(file.path)});
+    // A review's items do not change, but this may be another review.
+    if (!std::ranges::equal(rows, _rows, {}, &Row::path, &Row::path)) {
         beginResetModel();
         _rows = std::move(rows);
         endResetModel();

@@ -36,8 +36,9 @@ public:
     void refresh();
 
 private:
-    /// The part of a row that changes while it is shown.
     struct Row {
+        QString path;
+        // What changes while it is shown.
         std::optional<std::uint64_t> size;
         bool isSizePartial = false;
         bool isSelected = false;
