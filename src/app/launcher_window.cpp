@@ -60,7 +60,9 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     followScreen();
     connect(&_controller, &LauncherController::modeChanged, this, [this] {
         if (const auto now = _viewModel.shown().mode(); std::exchange(_mode, now) != now) {
-            _viewModel.settings().store({{QStringLiteral("window.mode"), json::rawValue(now)}});
+            const QString key = QStringLiteral("window.mode");
+            if (_viewModel.settings().expected().value(key) != json::rawValue(now))
+                _viewModel.settings().store({{key, json::rawValue(now)}});
             _fitted = {};
         }
         fitToScreen();

@@ -39,20 +39,6 @@ const QString skippedKey = QStringLiteral("skippedUpdates");
 
 QString text(const char* string) { return SettingsPanel::tr(string); }
 
-/// The stored settings, with one value replaced.
-class TriedSettings final : public Settings {
-public:
-    TriedSettings(const Settings& stored, const QString& key, const QJsonValue& value)
-        : _values(stored.values()) {
-        _values.insert(key, value);
-    }
-    QMap<QString, QJsonValue> values() const override { return _values; }
-    std::expected<void, FileError> set(const QMap<QString, QJsonValue>&) override { return {}; }
-
-private:
-    QMap<QString, QJsonValue> _values;
-};
-
 const char* kindName(Kind kind) {
     switch (kind) {
     case Kind::integer:
@@ -273,7 +259,7 @@ void SettingsPanel::setShown(bool isShown) {
     _shown.clear();
     if (!isShown) {
         // Discards a value that was only tried out.
-        if (!std::exchange(_isTryingOut, false))
+        if (!std::exchange(_tried, {}))
             return;
         for (const LauncherWindowMode mode : LiveLayouts::modes)
             _viewModel.layout(mode).settingsChanged();
@@ -281,7 +267,11 @@ void SettingsPanel::setShown(bool isShown) {
     }
     _issue.clear();
     const auto follow = [this](auto& signal) { _shown.push_back(signal.connect([this] { show(); })); };
-    follow(_viewModel.settingsChanged);
+    _shown.push_back(_viewModel.settingsChanged.connect([this] {
+        if (_tried) // still being dragged
+            tryOut(_tried->first, _tried->second);
+        show();
+    }));
     follow(_viewModel.layouts().shownModeChanged);
     follow(_viewModel.applications().scanned);
     _viewModel.cleanup().checkHelper(
@@ -303,14 +293,14 @@ void SettingsPanel::tell(const QString& issue) {
 
 void SettingsPanel::tryOut(const QString& key, double value) {
     const LauncherWindowMode mode = _viewModel.shown().mode();
-    const TriedSettings tried(_viewModel.settings().expected(), key, value);
+    _tried = {key, value};
+    const ChangedSettings tried(_viewModel.settings().expected(), {{{key, value}}});
     _viewModel.shown().tryOut(readLayoutSettings(tried, mode));
-    _isTryingOut = true;
 }
 
 void SettingsPanel::store(const QString& key, const QJsonValue& value) {
     _issue.clear();
-    _isTryingOut = false;
+    _tried.reset();
     _viewModel.settings().store(
         key, value, [self = QPointer(this)](const LauncherSettings::Outcome& stored) {
             if (!self || stored)

@@ -80,7 +80,7 @@ private:
     std::function<HotKeyState()> _hotKeyState = [] { return HotKeyState::taken; };
     QString _helper; ///< state of the removal helper
     QString _issue;
-    bool _isTryingOut = false; ///< the grid shows a value that is not stored
+    std::optional<std::pair<QString, double>> _tried; ///< the grid shows it, but it is not stored
     QVariantList _sections;
     std::vector<Subscription> _shown; ///< connected while shown
 };

@@ -245,6 +245,13 @@ TEST_F(LauncherWindowTest, AWindowStaysWhenAGapIsClickedAndIsWhereItWas) {
     start({1280, 800}, LauncherWindowMode::windowed);
     EXPECT_EQ(view().geometry(), QRect(30, 40, 700, 500));
     EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), std::nullopt);
+    // Also when it is closed by the end of the program.
+    view().setGeometry(50, 60, 720, 540);
+    view().close();
+    window.reset();
+    mac.settle();
+    start({1280, 800}, LauncherWindowMode::windowed);
+    EXPECT_EQ(view().geometry(), QRect(50, 60, 720, 540));
     viewModel().layouts().show(LauncherWindowMode::fullScreen);
     mac.settle();
     EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), u"fullScreen"_s);

@@ -272,6 +272,9 @@ TEST_F(SettingsSheetTest, TheGridFollowsTheHandAndIsStoredWhenItLetsGo) {
     const QPoint end = slide();
     EXPECT_EQ(columns(), 10);
     EXPECT_FALSE(stored().value(u"gridColumns"_s)) << "not before the hand lets go";
+    viewModel().settings().store(u"folderRows"_s, 4);
+    EXPECT_EQ(stored().integer(u"folderRows"_s), 4);
+    EXPECT_EQ(columns(), 10) << "what is stored meanwhile takes nothing back";
     release(end);
     EXPECT_TRUE(row(u"gridColumns"_s)[u"isSet"_s].toBool()) << "at once, before it is written";
     EXPECT_EQ(stored().integer(u"gridColumns"_s), 10);
@@ -304,7 +307,10 @@ TEST_F(SettingsSheetTest, ReturnKeepsTheSheetWithWhatIsWrong) {
 
 TEST_F(SettingsSheetTest, EachModeHasAGridOfItsOwn) {
     open();
+    const int writes = mac.settings.writes;
     panel().choose(u"window.mode"_s, 1);
+    mac.settle();
+    EXPECT_EQ(mac.settings.writes, writes + 1);
     EXPECT_TRUE(launcher().isWindowed());
     EXPECT_TRUE(row(u"gridRows"_s).isEmpty());
     panel().set(u"windowed.gridRows"_s, 4);
