@@ -156,6 +156,56 @@ bool takeMode(QStringList& words, CommandOptions& options) {
     return options.mode.has_value();
 }
 
+/// The lines of a batch. While it waits for input the event loop runs: edits are saved and other
+/// commands are answered.
+class BatchLines {
+public:
+    explicit BatchLines(int descriptor) : _descriptor(descriptor) {}
+
+    /// nullopt at the end.
+    std::optional<QByteArray> next() {
+        for (;;) {
+            const qsizetype length = _read.indexOf('\n') + 1;
+            if (length > 0 || _isAtEnd) {
+                const QByteArray line = _read.first(length > 0 ? length : _read.size());
+                _read.remove(0, line.size());
+                return line.isEmpty() ? std::nullopt : std::optional(line);
+            }
+            readMore();
+        }
+    }
+    bool isTooLarge() const { return _size > maximumBatch; }
+
+private:
+    void readMore() {
+        waitForInput();
+        std::array<char, 64 << 10> bytes;
+        const ssize_t count = ::read(_descriptor, bytes.data(), bytes.size());
+        if (count < 0 && (errno == EINTR || errno == EAGAIN))
+            return;
+        _isAtEnd = count <= 0;
+        _read.append(bytes.data(), std::max<ssize_t>(count, 0));
+        _size += std::max<ssize_t>(count, 0);
+        if (isTooLarge()) {
+            _read.clear();
+            _isAtEnd = true;
+        }
+    }
+    void waitForInput() const {
+        bool isThere = false;
+        const QSocketNotifier input(_descriptor, QSocketNotifier::Read);
+        const auto connection = QObject::connect(&input, &QSocketNotifier::activated, &input,
+                                                 [&isThere] { isThere = true; });
+        while (connection && !isThere)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+    int _descriptor;
+    QByteArray _read;
+    qint64 _size = 0;
+    bool _isAtEnd = false;
+};
+
 /// Runs commands in this process with its own launcher, under the lock unless it is read-only.
 class LocalExecutor final : public CommandExecutor {
 public:
@@ -226,10 +276,9 @@ private:
                          Texts::tr("batch takes one file, or - for standard input."),
                          {}},
                         ExitStatus::wrongUsage);
-        QFile file(words[1] == u"-" ? QString() : words[1]);
-        const bool opened =
-            words[1] == u"-" ? file.open(STDIN_FILENO, QFile::ReadOnly) : file.open(QFile::ReadOnly);
-        if (!opened)
+        const bool isStandardInput = words[1] == u"-";
+        QFile file(isStandardInput ? QString() : words[1]);
+        if (!(isStandardInput ? file.open(STDIN_FILENO, QFile::ReadOnly) : file.open(QFile::ReadOnly)))
             return fail(
                 {QStringLiteral("unreadable"), Texts::tr("%1 cannot be read.").arg(words[1]), {}});
         if (!findExecutor(CommandNeeds::launcher))
@@ -238,17 +287,11 @@ private:
         _invocation.options.answersUnsaved = true;
         _invocation.options.editor = std::make_shared<std::byte>();
         int status = 0;
-        qint64 size = 0;
-        for (;;) {
-            if (words[1] == u"-" && !file.canReadLine())
-                waitForInput();
-            const QByteArray line = file.readLine(maximumBatch);
-            if (line.isEmpty())
-                break;
-            size += line.size();
-            if (size > maximumBatch)
-                return fail({QStringLiteral("tooLarge"), Texts::tr("The batch is too large."), {}});
-            auto lineWords = splitWords(QString::fromUtf8(line));
+        bool hasQuit = false;
+        BatchLines lines(file.handle());
+        while (const auto line = lines.next()) {
+            hasQuit = false;
+            auto lineWords = splitWords(QString::fromUtf8(*line));
             if (!lineWords) {
                 status = std::max(status, fail({QStringLiteral("wrongUsage"), lineWords.error(), {}},
                                                ExitStatus::wrongUsage));
@@ -262,11 +305,17 @@ private:
                                                ExitStatus::wrongUsage));
                 continue;
             }
-            status = std::max(status, runAgain(*lineWords, options, output()));
+            const int ended = runAgain(*lineWords, options, output());
+            status = std::max(status, ended);
+            hasQuit = ended == 0 && *lineWords == QStringList{QStringLiteral("quit")};
             _interruption.reset();
             if (_isInterrupted)
                 break;
         }
+        if (lines.isTooLarge())
+            return fail({QStringLiteral("tooLarge"), Texts::tr("The batch is too large."), {}});
+        if (hasQuit)
+            return status; // the launcher has saved everything and is gone
         CommandOptions options = _invocation.options;
         options.answersUnsaved = options.json = false; // prints nothing unless it fails
         status = std::max(status, runAgain({QStringLiteral("save")}, options, output()));
@@ -278,16 +327,6 @@ private:
         _isFinished = false;
         _executor->run(words, options, std::move(to));
         return waitForEnd();
-    }
-
-    /// Runs the event loop while waiting for input: edits are saved and other commands are answered.
-    static void waitForInput() {
-        bool isThere = false;
-        const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-        const auto connection = QObject::connect(&input, &QSocketNotifier::activated, &input,
-                                                 [&isThere] { isThere = true; });
-        while (connection && !isThere)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
     /// The running launcher; or a local one, once nobody else holds the lock.

@@ -165,12 +165,12 @@ TEST_F(TessellarctlTest, SaysThatSettingsCannotBeReadAndKeepsTheTilesOfTheirFold
 TEST_F(TessellarctlTest, ABatchHasSavedWhatItDidWhileItWaitsForItsNextLine) {
     QProcess batch;
     start(batch, {u"batch"_s, u"-"_s});
-    batch.write("rename org.example.ash Tree\n");
+    batch.write("rename org.example.ash Tree\nrename org.example.ash "); // the second is being typed
     QTimer lookAgain; // a file that is written is no event
     lookAgain.start(5);
     test::processEventsUntil([&] { return read(layout).contains("\"Tree\""); });
     EXPECT_EQ(batch.state(), QProcess::Running);
-    batch.write("rename org.example.ash Bush"); // the last line needs no end
+    batch.write("Bush"); // the last line needs no end
     batch.closeWriteChannel();
     wait(batch);
     EXPECT_EQ(batch.exitCode(), 0);
@@ -308,7 +308,16 @@ TEST_F(TessellarctlTest, ACommandWaitsForALauncherThatStarts) {
     CommandInterpreter interpreter(machine, launcher);
     ControlServer server(machine, interpreter);
     ASSERT_TRUE(server.listen());
+    QByteArray listed;
+    bool isFinished = false;
+    interpreter.run({u"list"_s}, {},
+                    {.out = [&](const QByteArray& text) { listed += text; },
+                     .error = [](const QByteArray&) {},
+                     .finished = [&](int) { isFinished = true; }});
+    EXPECT_FALSE(isFinished) << "nothing is known yet";
     launcher.start();
+    test::processEventsUntil([&] { return isFinished; });
+    EXPECT_EQ(listed, "Page 1\n  Ash\n  Beech\n");
     EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash\n  Beech\n");
 }
 
