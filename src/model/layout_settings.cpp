@@ -160,9 +160,4 @@ QMap<QString, QJsonValue> storedLayoutSettings(LauncherWindowMode mode,
     return stored;
 }
 
-std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
-                                                   const ArrangementLayout& layout) {
-    return settings.set(storedLayoutSettings(mode, layout));
-}
-
 } // namespace tessellar

@@ -24,9 +24,6 @@ QList<LayoutRange> layoutRanges(LauncherWindowMode mode);
 /// or removed if there is none (font size, window size).
 QMap<QString, QJsonValue> storedLayoutSettings(LauncherWindowMode mode,
                                                const ArrangementLayout& layout);
-/// Stores the settings of one mode.
-std::expected<void, FileError> writeLayoutSettings(Settings& settings, LauncherWindowMode mode,
-                                                   const ArrangementLayout& layout);
 
 /// The number of tiles per page of the grid.
 inline qsizetype pageCapacity(const ArrangementLayout& layout) {

@@ -285,11 +285,6 @@ bool LayoutStore::hasUnsavedEdits() const {
     });
 }
 
-std::optional<LayoutStore::Error> LayoutStore::lastSaveError(LauncherWindowMode mode) const {
-    const auto error = working(mode).file->lastError();
-    return error ? std::optional<Error>(*error) : std::nullopt;
-}
-
 std::expected<void, FileError> LayoutStore::reset(LauncherWindowMode mode) {
     Working& file = working(mode);
     file.pendingSave.cancel();

@@ -116,8 +116,6 @@ public:
     /// True while a scheduled save is not on the disk. Failures of `saveNow` count only if it was told
     /// that the document holds edits: otherwise its caller has been told.
     bool hasUnsavedEdits() const;
-    /// Why the last save failed; empty once one has succeeded. Shown at the next edit.
-    std::optional<Error> lastSaveError(LauncherWindowMode mode) const;
 
     /// Another program changed a working file since the store read or wrote it. That version was backed
     /// up at this path before being overwritten.

@@ -5,6 +5,7 @@
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"

@@ -68,8 +68,8 @@ TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
     EXPECT_FALSE(mac.exists(note)) << "nothing is left of a step that came to its end";
     ArrangementLayout settings = launcher->shown().settings();
     settings.rows = 6;
-    ASSERT_TRUE(writeLayoutSettings(mac.settings, fullScreen, settings));
-    launcher->applySettings();
+    ASSERT_TRUE(mac.settings.set(storedLayoutSettings(fullScreen, settings)));
+    launcher->settings().stored.notify();
     const LegacyLaunchpadImportMetadata imported{.sourceDatabasePath = u"/old/db"_s, .appCount = 2};
     ASSERT_TRUE(writeImportMetadata(mac.files, data, imported));
     const LayoutUndoState after = launcher->history().snapshot(fullScreen);

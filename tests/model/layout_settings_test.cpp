@@ -55,12 +55,12 @@ TEST(LayoutSettings, WhatIsWrittenForAModeReadsBackAndLeavesTheOtherAlone) {
     layout.folderColumns = 4;
     layout.recents = {true, 2, u"firstPage"_s};
     layout.windowSize = WindowSize{900, 600};
-    ASSERT_TRUE(writeLayoutSettings(settings, windowed, layout));
+    ASSERT_TRUE(settings.set(storedLayoutSettings(windowed, layout)));
     EXPECT_EQ(readLayoutSettings(settings, windowed), layout);
     EXPECT_EQ(readLayoutSettings(settings, fullScreen), ArrangementLayout());
     layout.rows = 40;
     (void)settings.set(u"gridRows"_s, 6);
-    ASSERT_TRUE(writeLayoutSettings(settings, windowed, layout));
+    ASSERT_TRUE(settings.set(storedLayoutSettings(windowed, layout)));
     EXPECT_EQ(readLayoutSettings(settings, windowed).rows, 5);
 }
 
