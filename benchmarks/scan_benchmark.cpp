@@ -137,7 +137,7 @@ void scanUnchanged(benchmark::State& state) {
             for (const QByteArray& path : paths)
                 benchmark::DoNotOptimize(::stat(path.constData(), &status));
         });
-    check(state, cache.work().reusedResult && cache.work().bundlesRead == 0);
+    check(state, cache.work.reusedResult && cache.work.bundlesRead == 0);
     state.counters["stats"] = static_cast<double>(paths.size());
 }
 

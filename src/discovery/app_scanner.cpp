@@ -15,35 +15,35 @@ std::optional<AppScanner::LibraryScan> AppScanner::scan(ScanCache& cache, std::s
 }
 
 QStringList ScanCache::observedPaths() const {
-    QStringList result;
+    QStringList paths;
     const auto add = [&](const ScanEvidence& evidence) {
         for (const ScanObservation& observation : evidence.observations)
-            result.append(observation.path);
+            paths.append(observation.path);
     };
-    for (const auto& listing : _listings)
+    for (const auto& listing : listings)
         add(listing->evidence);
-    for (const auto& bundle : _bundles)
+    for (const auto& bundle : bundles)
         add(bundle->evidence);
-    return result;
+    return paths;
 }
 
 QStringList ScanCache::replacedBundles(const ScanCache& before) const {
-    QStringList result;
-    if (_work.bundlesRead == 0 || before._bundles.isEmpty())
-        return result;
+    QStringList paths;
+    if (work.bundlesRead == 0 || before.bundles.isEmpty())
+        return paths;
     QHash<QString, const BundleRecord*> known;
-    known.reserve(before._bundles.size());
-    for (const auto& bundle : before._bundles)
+    known.reserve(before.bundles.size());
+    for (const auto& bundle : before.bundles)
         known.insert(bundle->path, bundle.get());
-    for (const auto& bundle : _bundles) {
+    for (const auto& bundle : bundles) {
         const BundleRecord* old = known.value(bundle->path);
         // A new record may be equal: what had only just changed is read a second time.
         if (old && old != bundle.get() &&
             !std::ranges::equal(old->evidence.observations, bundle->evidence.observations, {},
                                 &ScanObservation::status, &ScanObservation::status))
-            result.append(bundle->path);
+            paths.append(bundle->path);
     }
-    return result;
+    return paths;
 }
 
 } // namespace tessellar

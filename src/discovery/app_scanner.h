@@ -22,7 +22,7 @@
 namespace tessellar {
 
 struct BundleRecord;
-class ScanCache;
+struct ScanCache;
 struct ScanListing;
 
 /// Limits for one scan. Anything beyond is missing from the result without an error; real Macs stay far
@@ -186,12 +186,7 @@ private:
 
 /// Reusable results of a scan: each folder and bundle read, with the evidence. A plain value, cheap to
 /// copy. Discarded if the locale or the languages change.
-class ScanCache {
-public:
-    ScanCache() = default;
-    /// Empty except for the volumes known from an earlier run.
-    explicit ScanCache(KnownVolumes known) : _knownVolumes(std::move(known)) {}
-
+struct ScanCache {
     /// Statistics of the latest scan.
     struct Work {
         qsizetype observationsChecked = 0; ///< stat calls and link resolutions
@@ -199,28 +194,24 @@ public:
         qsizetype bundlesRead = 0;
         bool reusedResult = false;
     };
-    const Work& work() const { return _work; }
+
     /// The paths that a scan of an unchanged machine checks.
     QStringList observedPaths() const;
-    /// The volumes with applications, to be kept for the next run.
-    const KnownVolumes& knownVolumes() const { return _knownVolumes; }
     /// Bundles replaced or updated in place since `before`.
     QStringList replacedBundles(const ScanCache& before) const;
 
-private:
-    friend class LibraryWalk;
-
-    QStringList _languages;
-    QString _locale;
-    AppDiscoverySettings _settings;
-    ScanLimits _limits;
-    AppSourcePlaces _places;
-    std::shared_ptr<const ScanListing> _searchPaths;
-    QList<std::shared_ptr<const ScanListing>> _listings;
-    QList<std::shared_ptr<const BundleRecord>> _bundles;
-    AppScanner::LibraryScan _result;
-    KnownVolumes _knownVolumes;
-    Work _work;
+    QStringList languages;
+    QString locale;
+    AppDiscoverySettings settings;
+    ScanLimits limits;
+    AppSourcePlaces places;
+    std::shared_ptr<const ScanListing> searchPaths;
+    QList<std::shared_ptr<const ScanListing>> listings;
+    QList<std::shared_ptr<const BundleRecord>> bundles;
+    AppScanner::LibraryScan result;
+    /// The volumes with applications; all that is kept for the next run.
+    KnownVolumes knownVolumes;
+    Work work;
 };
 
 namespace json {

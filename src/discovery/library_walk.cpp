@@ -24,26 +24,26 @@ LibraryWalk::LibraryWalk(const ScanContext& context, ScanCache& cache, std::stop
     , _cache(cache)
     , _stop(std::move(stop))
     , _reliableDevices(reliableDevices(context.files, context.home)) {
-    _next._languages = context.languages;
-    _next._locale = context.locale.identifier();
-    _next._settings = context.settings;
-    _next._limits = context.limits;
-    _next._places = AppSourcePlaces::read(context.files, context.home);
+    _next.languages = context.languages;
+    _next.locale = context.locale.identifier();
+    _next.settings = context.settings;
+    _next.limits = context.limits;
+    _next.places = AppSourcePlaces::read(context.files, context.home);
 }
 
 std::optional<AppScanner::LibraryScan> LibraryWalk::run() {
-    const bool isRefreshed = _cache._languages == _next._languages && _cache._locale == _next._locale;
-    bool isUnchanged = isRefreshed && _cache._searchPaths && _cache._settings == _next._settings &&
-                       _cache._limits == _next._limits && _cache._places == _next._places;
+    const bool isRefreshed = _cache.languages == _next.languages && _cache.locale == _next.locale;
+    bool isUnchanged = isRefreshed && _cache.searchPaths && _cache.settings == _next.settings &&
+                       _cache.limits == _next.limits && _cache.places == _next.places;
     if (isRefreshed && !refresh())
         isUnchanged = false;
-    _next._searchPaths = std::make_shared<const ScanListing>(listSearchPaths(_context));
+    _next.searchPaths = std::make_shared<const ScanListing>(listSearchPaths(_context));
     if (_stop.stop_requested())
         return std::nullopt;
 
-    if (isUnchanged && _next._searchPaths->sameFindings(*_cache._searchPaths)) {
-        _next._result = _cache._result;
-        _next._work.reusedResult = true;
+    if (isUnchanged && _next.searchPaths->sameFindings(*_cache.searchPaths)) {
+        _next.result = _cache.result;
+        _next.work.reusedResult = true;
     } else if (walk()) {
         finish();
     } else {
@@ -51,14 +51,14 @@ std::optional<AppScanner::LibraryScan> LibraryWalk::run() {
     }
     recordVolumes();
     _cache = std::move(_next);
-    return _cache._result;
+    return _cache.result;
 }
 
 /// Observes again everything in the cache and rereads what changed. True if no change could lead the
 /// scan elsewhere.
 bool LibraryWalk::refresh() {
-    const qsizetype listings = _cache._listings.size();
-    const qsizetype bundles = _cache._bundles.size();
+    const qsizetype listings = _cache.listings.size();
+    const qsizetype bundles = _cache.bundles.size();
     std::vector<Listing> listed(static_cast<std::size_t>(listings));
     std::vector<Record> read(static_cast<std::size_t>(bundles));
     std::atomic<bool> isUnchanged{true};
@@ -71,7 +71,7 @@ bool LibraryWalk::refresh() {
             return;
         if (i < listings) {
             Listing& listing = listed[static_cast<std::size_t>(i)];
-            listing = _cache._listings.at(i);
+            listing = _cache.listings.at(i);
             checked.fetch_add(listing->evidence.observations.size(), std::memory_order_relaxed);
             if (listing->evidence.holds(_context.files))
                 return;
@@ -83,7 +83,7 @@ bool LibraryWalk::refresh() {
             listing = std::move(anew);
         } else {
             Record& record = read[static_cast<std::size_t>(i - listings)];
-            record = _cache._bundles.at(i - listings);
+            record = _cache.bundles.at(i - listings);
             checked.fetch_add(record->evidence.observations.size(), std::memory_order_relaxed);
             if (record->evidence.holds(_context.files))
                 return;
@@ -94,30 +94,30 @@ bool LibraryWalk::refresh() {
             record = std::move(anew);
         }
     });
-    _next._listings = QList<Listing>(listed.begin(), listed.end());
-    _next._bundles = QList<Record>(read.begin(), read.end());
-    _next._work = {checked, relisted, reread, false};
+    _next.listings = QList<Listing>(listed.begin(), listed.end());
+    _next.bundles = QList<Record>(read.begin(), read.end());
+    _next.work = {checked, relisted, reread, false};
     return isUnchanged;
 }
 
 /// False if a stop was requested.
 bool LibraryWalk::walk() {
-    for (const Listing& listing : std::as_const(_next._listings)) {
+    for (const Listing& listing : std::as_const(_next.listings)) {
         if (_stop.stop_requested())
             return false;
         _knownListings.insert(listing->path, listing);
     }
-    for (const Record& record : std::as_const(_next._bundles))
+    for (const Record& record : std::as_const(_next.bundles))
         _knownRecords.insert(record->path, record);
-    _next._listings.clear();
-    _next._bundles.clear();
+    _next.listings.clear();
+    _next.bundles.clear();
 
     const int deepest = _context.settings.scanDepth;
     _pending.resize(static_cast<std::size_t>(deepest) + 1);
-    for (const auto& directory : std::as_const(_next._searchPaths->unreadable))
+    for (const auto& directory : std::as_const(_next.searchPaths->unreadable))
         addUnreadable(directory);
-    for (const auto& candidate : std::as_const(_next._searchPaths->candidates))
-        meet(candidate, 0);
+    for (const auto& candidate : std::as_const(_next.searchPaths->candidates))
+        enqueue(candidate, 0);
     for (int depth = 0; depth <= deepest; ++depth)
         if (!listLevel(depth) || !readBundles())
             return false;
@@ -150,35 +150,34 @@ void LibraryWalk::addListing(const Listing& listing, int depth) {
     if (_isOverLimit)
         return;
     if (!_knownListings.contains(listing->path))
-        ++_next._work.directoriesListed;
+        ++_next.work.directoriesListed;
     if (seenBefore(listing->evidence))
         return;
     _entryCount += listing->entryCount;
-    if (_next._listings.size() >= _context.limits.directories ||
-        _entryCount > _context.limits.entries) {
+    if (_next.listings.size() >= _context.limits.directories || _entryCount > _context.limits.entries) {
         stopAtLimit();
         return;
     }
-    _next._listings.append(listing);
+    _next.listings.append(listing);
     for (const auto& directory : std::as_const(listing->unreadable))
         addUnreadable(directory);
     if (!listing->listed)
         return;
-    _next._result.coverage.folders.insert(listing->path, depth);
-    _next._result.watchableDirectories.append(listing->path);
+    _next.result.coverage.folders.insert(listing->path, depth);
+    _next.result.watchableDirectories.append(listing->path);
     for (const auto& candidate : std::as_const(listing->candidates))
-        meet(candidate, depth + 1);
+        enqueue(candidate, depth + 1);
 }
 
 /// Queues a candidate found at `depth`.
-void LibraryWalk::meet(const AppScanner::TraversalCandidate& candidate, int depth) {
+void LibraryWalk::enqueue(const AppScanner::TraversalCandidate& candidate, int depth) {
     if (!candidate.isDirectory)
         return;
     if (!candidate.isApplication() && depth > _context.settings.scanDepth)
         return;
-    const qsizetype known = _metPaths.size();
-    _metPaths.insert(candidate.path);
-    if (_metPaths.size() == known)
+    const qsizetype known = _foundPaths.size();
+    _foundPaths.insert(candidate.path);
+    if (_foundPaths.size() == known)
         return;
     if (candidate.isApplication())
         _pendingBundles.append({candidate.path, depth});
@@ -211,25 +210,25 @@ bool LibraryWalk::readBundles() {
 
 void LibraryWalk::addRecord(const Record& record, int depth) {
     if (!_knownRecords.contains(record->path))
-        ++_next._work.bundlesRead;
+        ++_next.work.bundlesRead;
     if (seenBefore(record->evidence))
         return;
-    _next._bundles.append(record);
+    _next.bundles.append(record);
     // It was listed a moment ago: it is being replaced.
     if (record->state == AppScanner::InstallState::unseen ||
         !record->evidence.observations.first().found())
         return addUnreadable({record->path, Reason::unreadable});
-    _next._result.coverage.bundles.insert(record->path, record->holdsApplications);
+    _next.result.coverage.bundles.insert(record->path, record->holdsApplications);
     if (record->isPartlyUnseen)
         addUnreadable({record->path + QStringLiteral("/Contents/Applications"), Reason::unreadable});
     if (record->holdsApplications)
-        meet({record->path + QStringLiteral("/Contents/Applications"), true, false}, depth + 2);
+        enqueue({record->path + QStringLiteral("/Contents/Applications"), true, false}, depth + 2);
     if (record->isLaunchProhibited)
         return;
     if (record->state == AppScanner::InstallState::ready)
         _ready.append(record);
     else if (record->state == AppScanner::InstallState::incomplete)
-        _next._result.incompleteBundles.append({record->path, record->fileIdentifier()});
+        _next.result.incompleteBundles.append({record->path, record->fileIdentifier()});
 }
 
 /// True for a folder that has been visited by another path.
@@ -244,8 +243,8 @@ bool LibraryWalk::seenBefore(const ScanEvidence& evidence) {
 
 void LibraryWalk::addUnreadable(const AppScanner::UnreadableDirectory& directory) {
     if (directory.reason == Reason::absent)
-        _next._result.coverage.absent.insert(directory.path);
-    auto& all = _next._result.unreadableDirectories;
+        _next.result.coverage.absent.insert(directory.path);
+    auto& all = _next.result.unreadableDirectories;
     if (all.size() < maximumUnreadable && !all.contains(directory))
         all.append(directory);
     else if (all.size() >= maximumUnreadable)
@@ -260,8 +259,8 @@ void LibraryWalk::stopAtLimit() {
 /// Marks the scan as incomplete everywhere: what was not found may be anywhere.
 void LibraryWalk::markUncertain() {
     const AppScanner::UnreadableDirectory everything{QStringLiteral("/"), Reason::limit};
-    if (!_next._result.unreadableDirectories.contains(everything))
-        _next._result.unreadableDirectories.append(everything);
+    if (!_next.result.unreadableDirectories.contains(everything))
+        _next.result.unreadableDirectories.append(everything);
 }
 
 /// Builds the entries of the applications found.
@@ -275,10 +274,10 @@ void LibraryWalk::finish() {
         if (record->bundleIdentifier)
             ++declarations[*record->bundleIdentifier];
     QHash<QString, QUuid> identities;
-    for (const AppEntry& entry : std::as_const(_cache._result.apps))
+    for (const AppEntry& entry : std::as_const(_cache.result.apps))
         identities.insert(entry.path, entry.id);
 
-    AppScanner::LibraryScan& result = _next._result;
+    AppScanner::LibraryScan& result = _next.result;
     result.apps.reserve(_ready.size());
     for (const Record& record : std::as_const(_ready)) {
         const auto known = identities.constFind(record->path);
@@ -288,7 +287,7 @@ void LibraryWalk::finish() {
         entry.name = record->name;
         entry.originalName = record->name;
         entry.path = record->path;
-        entry.source = _next._places.sourceOf(record->path);
+        entry.source = _next.places.sourceOf(record->path);
         entry.category = record->category;
         entry.isDuplicateBundleIdentifier =
             record->bundleIdentifier && declarations.value(*record->bundleIdentifier) > 1;
@@ -303,35 +302,35 @@ void LibraryWalk::finish() {
 /// others are known.
 void LibraryWalk::recordVolumes() {
     VolumeFinder finder(_context.files);
-    for (const Listing& listing : std::as_const(_next._listings))
+    for (const Listing& listing : std::as_const(_next.listings))
         if (listing->listed)
             finder.knowDevice(listing->path, listing->evidence.observations.first().status.device);
-    AppScanner::Coverage& coverage = _next._result.coverage;
+    AppScanner::Coverage& coverage = _next.result.coverage;
     QStringList roots{QStringLiteral("/")};
     const auto add = [&](const QString& root) {
         if (!roots.contains(root))
             roots.append(root);
     };
-    for (const Listing& listing : std::as_const(_next._listings))
+    for (const Listing& listing : std::as_const(_next.listings))
         if (listing->listed)
             add(finder.rootOf(listing->path));
     for (const QString& path : std::as_const(coverage.absent))
         add(finder.rootOf(path));
-    for (const KnownVolume& volume : _cache._knownVolumes.volumes)
+    for (const KnownVolume& volume : _cache.knownVolumes.volumes)
         add(volume.root);
-    coverage.known = _cache._knownVolumes;
+    coverage.known = _cache.knownVolumes;
     coverage.volumes.clear();
     roots.sort();
     for (const QString& root : std::as_const(roots))
         if (const auto identity = finder.identityOf(root))
             coverage.volumes.append({root, *identity});
-    if (_next._work.reusedResult && coverage.volumes == _cache._result.coverage.volumes &&
-        coverage.known == _cache._result.coverage.known) {
-        _next._knownVolumes = _cache._knownVolumes;
+    if (_next.work.reusedResult && coverage.volumes == _cache.result.coverage.volumes &&
+        coverage.known == _cache.result.coverage.known) {
+        _next.knownVolumes = _cache.knownVolumes;
         return;
     }
-    _next._knownVolumes =
-        updatedKnownVolumes(coverage, [&](const QString& path) { return _next._result.isGone(path); });
+    _next.knownVolumes =
+        updatedKnownVolumes(coverage, [&](const QString& path) { return _next.result.isGone(path); });
 }
 
 } // namespace tessellar

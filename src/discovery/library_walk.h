@@ -32,7 +32,7 @@ private:
     bool walk();
     bool listLevel(int depth);
     bool readBundles();
-    void meet(const AppScanner::TraversalCandidate& candidate, int depth);
+    void enqueue(const AppScanner::TraversalCandidate& candidate, int depth);
     void addListing(const Listing& listing, int depth);
     void addRecord(const Record& record, int depth);
     void addUnreadable(const AppScanner::UnreadableDirectory& directory);
@@ -53,7 +53,7 @@ private:
 
     std::vector<QList<PendingDirectory>> _pending; ///< by depth
     QList<PendingBundle> _pendingBundles;          ///< of the current level
-    QSet<QString> _metPaths;
+    QSet<QString> _foundPaths;
     QSet<std::pair<std::uint64_t, std::uint64_t>> _seenFiles; ///< device and inode
     QList<Record> _ready;
     qsizetype _entryCount = 0;

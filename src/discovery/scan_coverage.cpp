@@ -52,7 +52,7 @@ bool isSameVolume(const Coverage& coverage, const QString& path) {
 }
 
 /// True if the scan covered the path and found nothing there.
-bool isLookedAtInVain(const AppScanner::LibraryScan& scan, const QString& path) {
+bool wasSearchedAndNotFound(const AppScanner::LibraryScan& scan, const QString& path) {
     const Coverage& coverage = scan.coverage;
     if (coverage.bundles.contains(path))
         return true; // not an application: those are in the list
@@ -91,8 +91,8 @@ AppScanner::Presence AppScanner::LibraryScan::presence(const QString& path) cons
     for (const IncompleteBundle& bundle : incompleteBundles)
         if (FileSystem::isWithin(path, bundle.path))
             return Presence::unknown;
-    return isLookedAtInVain(*this, path) && isSameVolume(coverage, path) ? Presence::gone
-                                                                         : Presence::unknown;
+    return wasSearchedAndNotFound(*this, path) && isSameVolume(coverage, path) ? Presence::gone
+                                                                               : Presence::unknown;
 }
 
 KnownVolumes updatedKnownVolumes(const Coverage& coverage,

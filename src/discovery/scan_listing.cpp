@@ -92,14 +92,14 @@ public:
     std::optional<QString> targetOfAlias(const QString& path) {
         const auto seen = ScanObservation::ofStatus(_files, path);
         if (seen.hasFailed())
-            missed(path);
+            addUnreadable(path);
         if (!seen.found() || seen.status.type != FileType::regular)
             return std::nullopt;
         bool isAlias = false;
         if (seen.status.size >= smallestAlias && seen.status.size <= largestAlias) {
             const auto look = isAliasFile(_files, path);
             if (!look && !isMissing(look.error().code))
-                missed(path);
+                addUnreadable(path);
             isAlias = look.value_or(false);
         }
         if (!isAlias && seen.isSettled(_now))
@@ -107,7 +107,7 @@ public:
         note(seen);
         auto target = isAlias ? aliasTarget(_files, path) : std::nullopt;
         if (isAlias && !target)
-            missed(path);
+            addUnreadable(path);
         return target;
     }
 
@@ -117,8 +117,8 @@ private:
         return observation;
     }
 
-    /// The file might have been an alias.
-    void missed(const QString& path) {
+    /// A file that might be an alias could not be read.
+    void addUnreadable(const QString& path) {
         _listing.evidence.settled = false;
         _listing.unreadable.append({path, Unreadable::Reason::unreadable});
     }

@@ -15,7 +15,7 @@ InstalledApplications::InstalledApplications(Machine& machine)
                     FileSystem::joined(machine.places.applicationFolder(), KnownVolumes::fileName),
                     maximumKnownVolumesBytes) {
     _knownVolumes.load();
-    _cache = ScanCache(_knownVolumes.value());
+    _cache.knownVolumes = _knownVolumes.value();
 }
 
 ScanContext InstalledApplications::scanContext(const Machine& machine) {
@@ -138,7 +138,7 @@ void InstalledApplications::adopt(Scanned result) {
         _hasScanned = true;
         scanned.notify();
         // After the merge, which still needs the old volumes.
-        KnownVolumes known = _cache.knownVolumes();
+        KnownVolumes known = _cache.knownVolumes;
         known.hasSearchSettings =
             haveSettingsVanished() || AppDiscoverySettings::areIn(_machine.settings);
         _knownVolumes.set(std::move(known));

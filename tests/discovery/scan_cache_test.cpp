@@ -60,15 +60,15 @@ TEST_F(ScanCacheTest, AnUnchangedMachineIsOnlyLookedAt) {
     mac.addLink(u"/Applications/Link"_s, u"/opt"_s);
     ScanCache cache;
     const auto first = scan(cache);
-    EXPECT_EQ(cache.work().bundlesRead, 22);
-    EXPECT_EQ(cache.work().directoriesListed, 3);
+    EXPECT_EQ(cache.work.bundlesRead, 22);
+    EXPECT_EQ(cache.work.directoriesListed, 3);
 
     for (int again = 0; again < 2; ++again) {
         EXPECT_EQ(scan(cache), first) << "identifiers too";
-        EXPECT_TRUE(cache.work().reusedResult);
-        EXPECT_EQ(cache.work().bundlesRead, 0);
-        EXPECT_EQ(cache.work().directoriesListed, 0);
-        EXPECT_LE(cache.work().observationsChecked, 22 * 4 + 6);
+        EXPECT_TRUE(cache.work.reusedResult);
+        EXPECT_EQ(cache.work.bundlesRead, 0);
+        EXPECT_EQ(cache.work.directoriesListed, 0);
+        EXPECT_LE(cache.work.observationsChecked, 22 * 4 + 6);
     }
 
     settings.searchPaths.removeAll(u"/Applications"_s);
@@ -176,9 +176,9 @@ TEST_F(ScanCacheTest, EveryChangeIsNoticedAndNothingElseIsRead) {
         const auto after = scan(cache);
         EXPECT_EQ(withoutIdentifiers(after), withoutIdentifiers(scan()));
         EXPECT_EQ(after != before, changesResult);
-        EXPECT_LE(cache.work().bundlesRead, 2);
+        EXPECT_LE(cache.work.bundlesRead, 2);
         EXPECT_EQ(scan(cache), after);
-        EXPECT_TRUE(cache.work().reusedResult);
+        EXPECT_TRUE(cache.work.reusedResult);
     }
 }
 
@@ -204,15 +204,15 @@ TEST_F(ScanCacheTest, WhatWasJustChangedIsReadAgain) {
     ScanCache cache;
     const auto first = scan(cache);
     EXPECT_EQ(scan(cache), first);
-    EXPECT_EQ(cache.work().bundlesRead, 1);
-    EXPECT_EQ(cache.work().directoriesListed, 1);
+    EXPECT_EQ(cache.work.bundlesRead, 1);
+    EXPECT_EQ(cache.work.directoriesListed, 1);
 
     now = now + std::chrono::seconds(4);
     EXPECT_EQ(scan(cache), first);
-    EXPECT_EQ(cache.work().bundlesRead, 1);
+    EXPECT_EQ(cache.work.bundlesRead, 1);
     EXPECT_EQ(scan(cache), first);
-    EXPECT_EQ(cache.work().bundlesRead, 0);
-    EXPECT_EQ(cache.work().directoriesListed, 0);
+    EXPECT_EQ(cache.work.bundlesRead, 0);
+    EXPECT_EQ(cache.work.directoriesListed, 0);
 }
 
 TEST_F(ScanCacheTest, OtherLanguagesBeginAnew) {

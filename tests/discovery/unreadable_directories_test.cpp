@@ -172,7 +172,7 @@ TEST_F(UnreadableDirectoriesTest, WhatIsOutOfSightIsNotGone) {
                 const AsNobody nobody;
                 // A command line begins with what an earlier run left, the launcher with its own scan.
                 if (!isOneRun)
-                    cache = ScanCache(cache.knownVolumes());
+                    cache = ScanCache{.knownVolumes = cache.knownVolumes};
                 return scan(cache);
             };
             way.hide();
@@ -198,7 +198,7 @@ TEST_F(UnreadableDirectoriesTest, WhatIsOutOfSightIsNotGone) {
     EXPECT_TRUE(after.isGone(path)) << "the last one on its volume";
     fs::remove_all(host(u"/Users/ada/Mine"_s));
     EXPECT_TRUE(scan(cache).isGone(custom)) << "its search path with it";
-    for (const auto& volume : cache.knownVolumes().volumes)
+    for (const auto& volume : cache.knownVolumes.volumes)
         EXPECT_THAT(volume.applications, IsEmpty());
 }
 
@@ -229,14 +229,14 @@ TEST_F(UnreadableDirectoriesTest, WhatTheUserNoLongerSearchesIsGone) {
 
     const QString gone = add(u"/Applications"_s, u"Gone"_s);
     (void)scan(cache);
-    KnownVolumes known = cache.knownVolumes();
+    KnownVolumes known = cache.knownVolumes;
     ASSERT_EQ(known.volumes.size(), 1);
     known.volumes[0].identity = u"of another disk"_s;
     fs::remove_all(host(gone));
-    ScanCache copied(known);
+    ScanCache copied{.knownVolumes = known};
     EXPECT_TRUE(scan(copied).isGone(gone));
     fs::remove_all(host(kept));
-    ScanCache bare(known);
+    ScanCache bare{.knownVolumes = known};
     EXPECT_FALSE(scan(bare).isGone(gone));
 }
 
