@@ -105,7 +105,7 @@ void LauncherUpdates::handle(const AppUpdateEvent& event) {
         return;
     case Kind::actionChanged: {
         // While a tool replaces bundles, none of them counts as removed.
-        _replacing = activeAppKey() ? _applications.replacing() : nullptr;
+        _replacing = isRunning() ? _applications.replacing() : nullptr;
         const auto state = of(event.appKey).actionState();
         using enum AppUpdateActionState::Phase;
         const bool isPasswordAsked = state && state->phase == password && !state->isOver();
@@ -133,7 +133,8 @@ void LauncherUpdates::inspected() {
 
 /// The bundles do not tell which applications are Homebrew's, and smart folders must not guess.
 void LauncherUpdates::learnChannelsForSmartFolders() {
-    if (_coordinator->areChannelsKnown() || !(_smartFolders.needs() & SmartFolderNeed::channels))
+    if (_coordinator->areChannelsKnown() ||
+        !(needsOf(_smartFolders.definitions()) & SmartFolderNeed::channels))
         return;
     _coordinator->learnChannels([this] {
         _wereChannelsAsked = true;
@@ -168,7 +169,8 @@ void LauncherUpdates::whenChannelsKnown(std::function<void()> done) {
 // ---- smart folders
 
 bool LauncherUpdates::areSmartFoldersInterested() const {
-    return bool(_smartFolders.needs() & (SmartFolderNeed::updates | SmartFolderNeed::channels));
+    return bool(needsOf(_smartFolders.definitions()) &
+                (SmartFolderNeed::updates | SmartFolderNeed::channels));
 }
 
 void LauncherUpdates::feedSmartFolders() {
@@ -204,7 +206,7 @@ AppUpdateStatuses LauncherUpdates::knownStatuses() const {
 }
 
 qsizetype LauncherUpdates::availableCount() const {
-    return _coordinator ? _coordinator->availableUpdateCount() : 0;
+    return _coordinator ? _coordinator->tally().available : 0;
 }
 
 std::optional<Instant> LauncherUpdates::lastCheck() const {
@@ -213,10 +215,6 @@ std::optional<Instant> LauncherUpdates::lastCheck() const {
 
 QHash<QString, AppUpdateChannel> LauncherUpdates::channels() const {
     return _coordinator ? _coordinator->channels() : QHash<QString, AppUpdateChannel>();
-}
-
-std::optional<QString> LauncherUpdates::activeAppKey() const {
-    return _coordinator ? _coordinator->runner().activeAppKey() : std::nullopt;
 }
 
 QList<AppUpdateProblem> LauncherUpdates::problems() const {

@@ -71,10 +71,8 @@ public:
     QHash<QString, AppUpdateChannel> channels() const;
     /// Channels that could not be queried at all.
     QList<AppUpdateProblem> problems() const;
-    /// The application being updated.
-    std::optional<QString> activeAppKey() const;
     /// True while updates are running or queued.
-    bool isRunning() const { return activeAppKey().has_value(); }
+    bool isRunning() const { return _coordinator && _coordinator->runner().isBusy(); }
     /// True while an updater runs that may show its own windows, such as a password prompt, which ours
     /// must not cover.
     bool isExternalUpdaterRunning() const {
@@ -149,7 +147,7 @@ private:
     void learnChannelsForSmartFolders();
     void startRun(const std::shared_ptr<RunRequest>& request, const QStringList& appKeys,
                   const LauncherAsker& asker);
-    std::expected<QString, LauncherError> outcome(const QStringList& appKeys);
+    std::expected<QString, LauncherError> outcome(const QStringList& appKeys) const;
     QString name(const QString& appKey) const;
 
     Machine& _machine;

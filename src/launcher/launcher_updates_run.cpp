@@ -71,7 +71,7 @@ void LauncherUpdates::openNotes(const QString& appKey) {
 }
 
 void LauncherUpdates::run(const QString& appKey) {
-    if (activeAppKey() == appKey)
+    if (_coordinator && _coordinator->runner().activeAppKey() == appKey)
         return;
     run(QStringList{appKey}, _messages.asker(),
         [this](const std::expected<QString, LauncherError>& outcome) {
@@ -137,6 +137,9 @@ std::function<void(LauncherUpdates::StopMode)> LauncherUpdates::run(const QStrin
     };
 }
 
+/// True if another application was opened, in which the user continues.
+static bool isContinuedElsewhere(const AppUpdateActionState& state) { return state.message.isEmpty(); }
+
 void LauncherUpdates::startRun(const std::shared_ptr<RunRequest>& request, const QStringList& appKeys,
                                const LauncherAsker& asker) {
     for (const QString& appKey : appKeys)
@@ -149,7 +152,16 @@ void LauncherUpdates::startRun(const std::shared_ptr<RunRequest>& request, const
             asker({.title = question.title, .text = question.text, .accept = Texts::tr("Update")},
                   answer);
         },
-        [this, request, appKeys] { request->end(outcome(appKeys)); });
+        [this, request, appKeys] {
+            // Not earlier: this may close the launcher's window and quit it before it has opened
+            // anything.
+            if (std::ranges::any_of(appKeys, [this](const QString& appKey) {
+                    const auto state = of(appKey).actionState();
+                    return state && isContinuedElsewhere(*state);
+                }))
+                opened.notify();
+            request->end(outcome(appKeys));
+        });
     if (!isBegun)
         request->end(std::unexpected(LauncherError{
             QStringLiteral("updateInProgress"), message(AppUpdateOutcome::alreadyRunning), {}}));
@@ -161,7 +173,7 @@ QString LauncherUpdates::name(const QString& appKey) const {
 }
 
 /// The message about finished updates; an error if any failed.
-std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList& appKeys) {
+std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList& appKeys) const {
     using Kind = AppUpdateActionState::Kind;
     QStringList lines;
     QStringList failures;
@@ -174,10 +186,6 @@ std::expected<QString, LauncherError> LauncherUpdates::outcome(const QStringList
         if (!state)
             continue;
         isAnyCancelled = isAnyCancelled || state->kind == Kind::cancelled;
-        if (state->message.isEmpty()) // opened in another application, where the user continues
-            // Not earlier: this may close the launcher's window and quit it before it has opened
-            // anything.
-            opened.notify();
         const QString said =
             state->detail.isEmpty() ? state->message : state->message + u'\n' + state->detail;
         const QString line = appKeys.size() == 1 ? said : name(appKey) + QStringLiteral(": ") + said;

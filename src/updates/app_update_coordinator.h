@@ -76,7 +76,6 @@ public:
     /// The same, but with the last known status instead of a failure: for badges.
     const AppUpdateStatuses& knownStatuses() const { return _knownStatuses; }
     /// Counts `knownStatuses`.
-    qsizetype availableUpdateCount() const { return _tally.available; }
     const AppUpdateTally& tally() const { return _tally; }
     const QList<AppUpdateProblem>& problems() const { return _cache.problems; }
     /// The record, if valid for the installed version; unthrottled.

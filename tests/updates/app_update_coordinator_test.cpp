@@ -20,7 +20,7 @@ TEST_F(AppUpdateCoordinatorTest, AFullCheckGoesThroughAllChannelsAndKeepsWhatItF
     EXPECT_EQ(sketch(), u"2.0 1.10 2.5 -"_s);
     EXPECT_FALSE(coordinator->isChecking());
     mac.time.advance(250ms);
-    EXPECT_EQ(coordinator->availableUpdateCount(), 3);
+    EXPECT_EQ(coordinator->tally().available, 3);
     EXPECT_EQ(coordinator->record(key(u"Cask"_s))->sourceFingerprint,
               u"homebrew:/opt/homebrew/bin/brew:2.0"_s);
     EXPECT_EQ(coordinator->record(key(u"Store"_s))->sourceFingerprint, u"mac-app-store-v2"_s);
@@ -176,7 +176,7 @@ TEST_F(AppUpdateCoordinatorTest, AFailureKeepsWhatWasKnownBesideIt) {
     settle();
     mac.time.advance(1s);
     EXPECT_EQ(sketch(), u"failed failed failed -"_s);
-    EXPECT_EQ(coordinator->availableUpdateCount(), 3);
+    EXPECT_EQ(coordinator->tally().available, 3);
     EXPECT_EQ(coordinator->knownStatuses()[key(u"Cask"_s)], AppUpdateStatus(UpdateAvailable{u"2.0"_s}));
     // A brew that fails owns what it owned also in a later run, which knows it from the record.
     restart();
@@ -240,13 +240,13 @@ TEST_F(AppUpdateCoordinatorTest, AsksFourAtATimeTheSameIdentifierOnceAndPublishe
     EXPECT_EQ(published, 0); // all within a quarter of a second of the beginning
     mac.time.advance(250ms);
     EXPECT_EQ(published, 1);
-    EXPECT_EQ(coordinator->availableUpdateCount(), 11);
+    EXPECT_EQ(coordinator->tally().available, 11);
 
     // Who asked for a check finds its outcome published when it ends.
     mac.tool(brewPath, exited(0, R"({"casks":[]})"));
     qsizetype atTheEnd = -1;
     ASSERT_TRUE(coordinator->check({.channel = AppUpdateChannelKind::macAppStore},
-                                   [&](bool) { atTheEnd = coordinator->availableUpdateCount(); }));
+                                   [&](bool) { atTheEnd = coordinator->tally().available; }));
     settle();
     while (mac.http.answer(u"lookup"_s, QByteArray(R"({"results":[{"version":"1"}]})")))
         settle();
@@ -407,11 +407,11 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsSkippedOrPinnedIsNoUpdate) {
     load();
     check();
     mac.time.advance(250ms);
-    EXPECT_EQ(coordinator->availableUpdateCount(), 3);
+    EXPECT_EQ(coordinator->tally().available, 3);
     coordinator->skip(key(u"Store"_s), u"1.10"_s);
     coordinator->skip(key(u"Feed"_s), std::nullopt);
     mac.time.advance(250ms);
-    EXPECT_EQ(coordinator->availableUpdateCount(), 1);
+    EXPECT_EQ(coordinator->tally().available, 1);
     EXPECT_EQ(coordinator->statuses()[key(u"Store"_s)], AppUpdateStatus(UpToDate()));
     EXPECT_TRUE(coordinator->isHeld(key(u"Store"_s)));
 
@@ -421,7 +421,7 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsSkippedOrPinnedIsNoUpdate) {
     answerStore("1.11"); // another version than the one that is skipped
     answerFeed("102");
     mac.time.advance(1s);
-    EXPECT_EQ(coordinator->availableUpdateCount(), 1);
+    EXPECT_EQ(coordinator->tally().available, 1);
     EXPECT_EQ(coordinator->tally().held, 2);
     restart();
     EXPECT_TRUE(coordinator->isHeld(key(u"Feed"_s))) << "as the file says";
@@ -430,7 +430,7 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsSkippedOrPinnedIsNoUpdate) {
     coordinator->changeKeys({{u"other"_s, key(u"Feed"_s)}});
     coordinator->unskip(key(u"Feed"_s));
     mac.time.advance(250ms);
-    EXPECT_EQ(coordinator->availableUpdateCount(), 2);
+    EXPECT_EQ(coordinator->tally().available, 2);
 }
 
 TEST_F(AppUpdateCoordinatorTest, TriesToSaveAgainAtTheNextResult) {
