@@ -20,6 +20,7 @@
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
+#include "launcher/tile_opener.h"
 #include "smartfolders/smart_folder_rule.h"
 #include "support/fake_updates.h"
 
@@ -184,10 +185,11 @@ private:
         }
         (void)until([&] {
             const auto& folders = viewModel().smartFolders();
-            return !folders.appKeys(folders.definitions().last().id, viewModel().shown().mode())
-                        .isEmpty();
+            const auto* last =
+                folders.evaluation(folders.definitions().last().id, viewModel().shown().mode());
+            return last && !last->matches.isEmpty();
         });
-        viewModel().shown().setCurrentPage(0);
+        viewModel().shown().navigation().setCurrentPage(0);
         pass(1s);
     }
 
@@ -311,7 +313,7 @@ private:
             send(QEvent::MouseMove, cell(0.5 + i * 0.12, 0.4 + i * 0.05), Qt::LeftButton);
             pass(pace);
         }
-        if (!controller().drag()->isLifted())
+        if (!controller().drag()->isActive())
             std::printf("  nothing was lifted\n");
     }
 
@@ -413,11 +415,11 @@ private:
             Frames frames(_window->view());
             for (int i = 0; i < 3; ++i) {
                 frames.begin();
-                if (!viewModel().shown().openFolder(folder))
+                if (!viewModel().shown().navigation().openFolder(folder))
                     return (void)std::printf("  there is no folder\n");
                 pass(240ms);
                 frames.begin();
-                viewModel().shown().closeFolder();
+                viewModel().shown().navigation().closeFolder();
                 pass(240ms);
             }
             frames.print("a folder opened and closed");
@@ -515,7 +517,7 @@ private:
     void launchFromHungVolume() {
         step = "launch from a volume that hangs";
         (void)hanging_volume::takeCallsOfMainThread();
-        turn("launch", [&] { viewModel().launch(u"org.example.away"_s); });
+        turn("launch", [&] { viewModel().opener().launch(u"org.example.away"_s); });
         pass(300ms);
         if (const int waits = hanging_volume::takeCallsOfMainThread(); waits > 0)
             std::printf("  the main thread waited for the volume %d times\n", waits);

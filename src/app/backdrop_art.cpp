@@ -119,7 +119,7 @@ int encoded(float light) {
 }
 
 /// Compresses the luminance: bright pixels are darkened more than dark ones, none exceeds `limit`.
-void holdDown(QImage& image, float limit) {
+void limitLuminance(QImage& image, float limit) {
     for (int y = 0; y < image.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = 0; x < image.width(); ++x) {
@@ -176,7 +176,7 @@ QImage pictureBackdrop(const QImage& blurred, QSize size, bool isDark) {
     const QSize cut = size.scaled(blurred.size(), Qt::KeepAspectRatio).expandedTo({1, 1});
     QImage part = blurred.copy((blurred.width() - cut.width()) / 2,
                                (blurred.height() - cut.height()) / 2, cut.width(), cut.height());
-    holdDown(part, isDark ? darkLimit : limit);
+    limitLuminance(part, isDark ? darkLimit : limit);
     return part.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 

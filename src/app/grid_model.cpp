@@ -60,7 +60,7 @@ QHash<int, QByteArray> PageModel::names() {
             {VacantRole, "isVacant"},
             {MarkedLabelRole, "markedLabel"},
             {PlaceRole, "place"},
-            {WeakRole, "isWeak"},
+            {WeakMatchRole, "isWeakMatch"},
             {CutRole, "isCut"},
             {DescriptionRole, "description"}};
 }
@@ -102,8 +102,8 @@ QVariant PageModel::value(const TileView& tile, int role) {
         return tile.markedLabel;
     case PlaceRole:
         return tile.place;
-    case WeakRole:
-        return tile.isWeak;
+    case WeakMatchRole:
+        return tile.isWeakMatch;
     case CutRole:
         return tile.isCut;
     case DescriptionRole:
@@ -119,9 +119,9 @@ const QList<TileView>& PageModel::tiles() const {
     return *_tiles;
 }
 
-int PageModel::firstWeak() const {
+int PageModel::firstWeakMatch() const {
     const auto found = std::ranges::find_if(
-        tiles(), [](const TileView& tile) { return tile.isWeak && !tile.isVacant; });
+        tiles(), [](const TileView& tile) { return tile.isWeakMatch && !tile.isVacant; });
     return found == tiles().end() ? -1 : static_cast<int>(found - tiles().begin());
 }
 
@@ -180,7 +180,7 @@ static QList<int> changedRoles(const TileView& a, const TileView& b) {
     compare(PageModel::VacantRole, &TileView::isVacant);
     compare(PageModel::MarkedLabelRole, &TileView::markedLabel);
     compare(PageModel::PlaceRole, &TileView::place);
-    compare(PageModel::WeakRole, &TileView::isWeak);
+    compare(PageModel::WeakMatchRole, &TileView::isWeakMatch);
     compare(PageModel::CutRole, &TileView::isCut);
     if (a.activity != b.activity || a.badge != b.badge || a.isUnavailable != b.isUnavailable ||
         a.place != b.place)

@@ -27,11 +27,11 @@ struct TileView {
     QString activity; ///< shown instead of the label during an update; empty for none
     bool isUnavailable = false;
     bool isSelected = false;
-    bool isVacant = false; ///< not shown; keeps its last contents, so that its item can be reused
-    QString markedLabel;   ///< the label with matches highlighted, as Qt styled text
-    QString place;         ///< where a search result lies; empty for the grid itself
-    bool isWeak = false;   ///< a search result that matches only scattered letters
-    bool isCut = false;    ///< cut, and not pasted yet
+    bool isVacant = false;    ///< not shown; keeps its last contents, so that its item can be reused
+    QString markedLabel;      ///< the label with matches highlighted, as Qt styled text
+    QString place;            ///< where a search result lies; empty for the grid itself
+    bool isWeakMatch = false; ///< a search result that matches only scattered letters
+    bool isCut = false;       ///< cut, and not pasted yet
 
     bool operator==(const TileView&) const = default;
 };
@@ -77,7 +77,7 @@ class PageModel : public QAbstractListModel {
     QML_ELEMENT
     QML_UNCREATABLE("made by the grid's model")
     /// The first weak match; -1 for none.
-    Q_PROPERTY(int firstWeak READ firstWeak NOTIFY refreshed)
+    Q_PROPERTY(int firstWeakMatch READ firstWeakMatch NOTIFY refreshed)
 
 public:
     enum Role {
@@ -93,7 +93,7 @@ public:
         VacantRole,
         MarkedLabelRole,
         PlaceRole,
-        WeakRole,
+        WeakMatchRole,
         CutRole,
         DescriptionRole ///< what is said of it besides its label
     };
@@ -108,7 +108,7 @@ public:
     static QVariant value(const TileView& tile, int role);
 
     const QList<TileView>& tiles() const;
-    int firstWeak() const;
+    int firstWeakMatch() const;
     /// The tiles may have changed. A page in use is updated at once: tiles that stay on it keep their
     /// rows, which move with them. Other pages are filled on next use.
     void refresh();

@@ -9,14 +9,13 @@
 #include "launcher/launcher_search.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/live_layout.h"
-#include "launcher/setting_table.h"
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
+#include "launcher/tile_opener.h"
 #include "platform/uuid_source.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QScreen>
 
 #include <algorithm>
 #include <cmath>
@@ -26,43 +25,41 @@ namespace tessellar {
 LauncherController::LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Machine& machine)
     : _viewModel(viewModel)
     , _icons(icons)
-    , _machine(machine)
     , _backdrop(machine)
+    , _appearance(machine.settings)
     , _grid(tileFacts())
     , _folder(viewModel, tileFacts())
     , _search(viewModel, tileFacts(), machine)
+    , _selection(viewModel, _grid, _folder, _search)
     , _drag(viewModel, machine.scheduler, [this] { return dragArea(); })
     , _renaming(viewModel)
     , _sheets(viewModel)
     , _panels(viewModel, _sheets, machine)
-    , _alert(viewModel) {
+    , _alert(viewModel)
+    , _input(viewModel, _selection, _folder, _search, _drag, _renaming, _sheets, _panels, _alert) {
     follow();
     connect(&_grid, &GridModel::turned, this,
-            [this](int page) { _viewModel.shown().setCurrentPage(page); });
+            [this](int page) { _viewModel.shown().navigation().setCurrentPage(page); });
     for (const GridModel* model : {&_grid, _folder.tiles()})
-        connect(model, &GridModel::turned, this, &LauncherController::leaveBehind);
+        connect(model, &GridModel::turned, &_selection, &TileSelection::keepToPage);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &LauncherController::showCut);
-    connect(&_menu, &MenuModel::chosen, this, &LauncherController::performMenuEntry);
     connect(&_drag, &TileDrag::refused, this,
             [this](const LauncherError& error) { _viewModel.messages().report(error); });
-    connect(&_drag, &TileDrag::folderMade, this, &LauncherController::nameFolderAround);
+    connect(&_drag, &TileDrag::folderMade, &_renaming, &TileRenaming::nameFolderAround);
     connect(&_drag, &TileDrag::newPageChanged, this, &LauncherController::showGridPage);
     connect(&_search, &TileSearch::changed, this, [this] {
-        _menu.close();
         // The results cover everything.
         while (_search.isActive() && _folder.isOpen())
-            _viewModel.shown().closeFolder();
+            _viewModel.shown().navigation().closeFolder();
         requestIcons();
     });
     connect(_search.results(), &GridModel::turned, this, &LauncherController::requestIcons);
     connect(&_search, &TileSearch::selectionChanged, this, &LauncherController::showSelection);
-    connect(&_alert, &AlertPanel::changed, this, &LauncherController::makeRoomForAlert);
     connect(_panels.arranging(), &ArrangingPanel::changed, this, &LauncherController::requestIcons);
     connect(_panels.arrangements(), &ArrangementsPanel::changed, this,
             &LauncherController::requestIcons);
-    connect(&_alert, &AlertPanel::changed, this, &LauncherController::coveredChanged);
-    connect(_panels.removal(), &RemovalPanel::changed, this, &LauncherController::coveredChanged);
-    connect(&_sheets, &Sheets::changed, this, &LauncherController::coveredChanged);
+    connect(&_sheets, &Sheets::changed, this, &LauncherController::requestIcons);
+    connect(&_input, &LauncherInput::closeRequested, this, &LauncherController::closeRequested);
     showLayout();
 }
 
@@ -88,8 +85,20 @@ TileFacts LauncherController::tileFacts() const {
                     }
                     return folder;
                 },
-            .isSelected = [this](const QUuid& tile) { return isSelected(tile); },
+            .isSelected = [this](const QUuid& tile) { return _selection.contains(tile); },
             .isCut = [this](const QUuid& tile) { return _cut.contains(tile); }};
+}
+
+QVariantMap LauncherController::tileView(const QString& tileId) const {
+    QVariantMap values;
+    const LaunchpadItem* item = _viewModel.shown().item(QUuid::fromString(tileId));
+    if (!item)
+        return values;
+    const TileView view = tessellar::tileView(*item, tileFacts());
+    const auto names = PageModel::names();
+    for (auto name = names.begin(); name != names.end(); ++name)
+        values.insert(QString::fromLatin1(name.value()), PageModel::value(view, name.key()));
+    return values;
 }
 
 void LauncherController::setWindow(QSizeF size, double pixelRatio) {
@@ -101,18 +110,13 @@ void LauncherController::setWindow(QSizeF size, double pixelRatio) {
     requestIcons();
 }
 
-bool LauncherController::isWelcoming() const {
-    return _sheets.current() == Sheets::whatIsNew ||
-           (_sheets.current() == Sheets::arranging && _panels.arranging()->isFirstRun());
-}
-
 void LauncherController::startAfresh() {
-    _menu.close();
+    _input.menu()->close();
     _drag.cancel();
     _search.clear();
     _renaming.cancel();
     // Hiding the window must not lose what was typed, or not yet read.
-    if (!isWelcoming() && !_sheets.isTyped() &&
+    if (!_panels.isWelcoming() && !_sheets.isTyped() &&
         (!_panels.smartFolder()->isOpen() || !_panels.smartFolder()->isChanged()))
         _sheets.close();
 }
@@ -134,20 +138,20 @@ void LauncherController::follow() {
         };
         on(layout.replaced, whenShown([this] { _drag.cancel(); }));
         on(layout.changed, whenShown([this] { showLayout(); }));
-        on(layout.navigationChanged, whenShown([this] { showNavigation(); }));
-        on(layout.selectionChanged, whenShown([this] { showSelection(); }));
+        on(layout.navigation().changed, whenShown([this] { showNavigation(); }));
+        on(layout.navigation().selectionChanged, whenShown([this] { showSelection(); }));
     }
     on(launcher.smartFolders().changed, [this] { showLayout(); });
     on(launcher.layouts().shownModeChanged, [this] {
         _drag.cancel();
-        _menu.close();
+        _input.menu()->close();
         showMode();
         showLayout();
     });
     on(launcher.settingsChanged, [this] {
         _backdrop.applySettings();
         showMode();
-        Q_EMIT appearanceChanged();
+        Q_EMIT _appearance.changed();
     });
     on(launcher.bootstrapped, [this] {
         Q_EMIT readyChanged();
@@ -167,7 +171,8 @@ void LauncherController::follow() {
     on(launcher.messages().noticeChanged, [this] { Q_EMIT noticeChanged(); });
     on(launcher.messages().alerted, [this] { _alert.refresh(); });
     on(launcher.messages().questionChanged, [this] { _alert.refresh(); });
-    on(launcher.launched, [this] { Q_EMIT closeRequested(); });
+    on(launcher.opener().launched, [this] { Q_EMIT closeRequested(); });
+    on(launcher.updates().opened, [this] { Q_EMIT closeRequested(); });
     on(launcher.updates().passwordAsked, [this] {
         // A full-screen launcher would cover the password prompt.
         if (!isWindowed())
@@ -193,14 +198,7 @@ void LauncherController::showLayout() {
     _formerPages = std::exchange(_shownPages, _viewModel.shown().shownPages());
     _grid.setPages(_shownPages);
     showNavigation();
-    // Hidden tiles are deselected.
-    const QSet<QString>& hidden = _viewModel.shown().hiddenKeys();
-    QList<QUuid> selected = _viewModel.shown().inOrder(_viewModel.shown().selectedItemIDs());
-    if (selected.removeIf([&](const QUuid& id) {
-            const LaunchpadItem* item = _viewModel.shown().item(id);
-            return item && !isShown(*item, hidden);
-        }) > 0)
-        _viewModel.shown().select(selected);
+    _selection.deselectHidden();
     showCut();
     _drag.follow();
 }
@@ -224,7 +222,7 @@ void LauncherController::followUndo() {
     for (qsizetype page = 0; page < _shownPages.count(); ++page)
         for (const LaunchpadItem& item : _shownPages.tiles(page))
             if (former.value(item.id(), -1) != page)
-                return _viewModel.shown().setCurrentPage(static_cast<int>(page));
+                return _viewModel.shown().navigation().setCurrentPage(static_cast<int>(page));
 }
 
 void LauncherController::showNavigation() {
@@ -242,7 +240,8 @@ void LauncherController::showSelection() {
 
 void LauncherController::showGridPage() {
     _grid.setHasNewPage(_drag.isOnNewPage());
-    _grid.setPage(_drag.isOnNewPage() ? _grid.pageCount() - 1 : _viewModel.shown().currentPage());
+    _grid.setPage(_drag.isOnNewPage() ? _grid.pageCount() - 1
+                                      : _viewModel.shown().navigation().currentPage());
 }
 
 void LauncherController::updateMetrics() {
@@ -277,74 +276,11 @@ void LauncherController::requestIcons() {
                             std::clamp(static_cast<int>(std::lround(side * _pixelRatio)), 16, 1024));
 }
 
-void LauncherController::makeRoomForAlert() {
-    if (!_alert.isOpen())
-        return;
-    _drag.cancel();
-    for (MenuModel* menu : menus())
-        menu->close();
-    _panels.smartFolder()->closePopups();
-}
-
-bool LauncherController::isSelected(const QUuid& tile) const {
-    return _search.isActive() ? _search.selected() == tile
-                              : _viewModel.shown().selectedItemIDs().contains(tile);
-}
-
-QString LauncherController::appearance() const {
-    return _machine.settings.text(QStringLiteral("appearance")).value_or(QStringLiteral("system"));
-}
-
-double LauncherController::textScale() const {
-    const Setting& setting = *settingNamed(QStringLiteral("textScale"));
-    const QJsonValue set = settingNow(_machine.settings, setting);
-    if (set.isDouble())
-        return set.toDouble();
-    // Desktops' default fonts differ by some points; users who want large text have set theirs larger
-    // than that. QFontInfo would load the font, which the window may not need.
-    const QFont font = QGuiApplication::font();
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const double pixels = font.pixelSize() > 0 || !screen
-                              ? font.pixelSize()
-                              : font.pointSizeF() * screen->logicalDotsPerInchY() / 72;
-    return pixels <= 16 ? 1 : std::min(pixels / 14.0, setting.maximum);
-}
-
-bool LauncherController::reducesMotion() const {
-    return _machine.settings.boolean(QStringLiteral("reducesMotion")).value_or(false);
-}
-
-QStringList LauncherController::selectedIds() const {
-    QStringList ids;
-    if (_search.isActive()) {
-        if (const auto& selected = _search.selected())
-            ids.append(toText(*selected));
-        return ids;
-    }
-    for (const QUuid& id : _viewModel.shown().selectedItemIDs())
-        ids.append(toText(id));
-    return ids;
-}
-
 QString LauncherController::notice() const {
     if (const auto& feedback = _viewModel.history().steps().feedback())
         return feedback->text();
     const auto& notice = _viewModel.messages().notice();
     return notice ? notice->text : QString();
-}
-
-/// Opens a new folder with its suggested name selected, ready to be replaced.
-void LauncherController::nameFolderAround(const QUuid& tile) {
-    std::optional<QUuid> folder;
-    forEachItem(_viewModel.shown().pages(), [&](const LaunchpadItem& item) {
-        const FolderEntry* entry = item.folder();
-        for (const Page& page : entry ? entry->pages : Pages())
-            if (std::ranges::find(page, tile, &LaunchpadItem::id) != page.end())
-                folder = item.id();
-        return true;
-    });
-    if (folder && _viewModel.shown().openFolder(*folder))
-        _renaming.begin(toText(*folder));
 }
 
 TileDrag::Area LauncherController::dragArea() const {
@@ -357,7 +293,7 @@ TileDrag::Area LauncherController::dragArea() const {
             .page = _folder.tiles()->page(),
             .frame = _folder.panel(),
             .cells = _folder.tiles()->metrics(),
-            .folder = _viewModel.shown().folderStack().last().id,
+            .folder = _viewModel.shown().navigation().folderStack().last().id,
             .rulesDecide = _folder.rulesDecide()};
 }
 

@@ -4,6 +4,7 @@
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/launcher_updates.h"
+#include "launcher/layout_proposals.h"
 #include "launcher/library_watch.h"
 #include "launcher/release_notes.h"
 #include "launcher/smart_folder_library.h"
@@ -211,15 +212,15 @@ void LauncherWindow::followClock(std::unique_ptr<ClockWatch> watch) {
 
 void LauncherWindow::welcome(const QString& changelog, const QString& version) {
     const auto offer = [this, changelog, version] {
-        const auto welcome =
-            ReleaseNotes::welcome(_machine.settings, _viewModel.isUnarranged(), changelog, version);
+        const auto welcome = ReleaseNotes::welcome(
+            _machine.settings, _viewModel.proposals().isUnarranged(), changelog, version);
         if (!welcome.news.isEmpty())
             _controller.sheets()->openNews(welcome.news);
         else if (welcome.asksHowToBegin)
-            _controller.openArranging(true);
+            _controller.panels()->openArranging(true);
         // If the program ends before it is answered, it is offered again at the next start.
         const auto endOnceAnswered = [this, version] {
-            if (_controller.isWelcoming())
+            if (_controller.panels()->isWelcoming())
                 return;
             disconnect(_welcoming);
             _viewModel.settings().store({{ReleaseNotes::lastVersionKey, version}});

@@ -214,13 +214,13 @@ void performStep(LauncherWindow& window, const QString& step) {
         return controller.search()->setText(object);
     if (verb == u"menu") {
         if (!object.isEmpty())
-            controller.selectTiles({tileLabelled(window, object)}, false);
-        (void)controller.pressKey(Qt::Key_Menu);
+            controller.selection()->select({tileLabelled(window, object)}, false);
+        (void)controller.input()->pressKey(Qt::Key_Menu);
         return;
     }
-    controller.openMenu(tileLabelled(window, object), {});
-    controller.menu()->close();
-    Q_EMIT controller.menu()->chosen(verb);
+    controller.input()->openMenu(tileLabelled(window, object), {});
+    controller.input()->menu()->close();
+    Q_EMIT controller.input()->menu()->chosen(verb);
 }
 
 int run(int argc, char** argv) {

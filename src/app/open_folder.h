@@ -22,7 +22,7 @@ class OpenFolder final : public QObject {
 public:
     OpenFolder(LauncherViewModel& viewModel, const TileFacts& facts);
 
-    bool isOpen() const { return !_viewModel.shown().folderStack().isEmpty(); }
+    bool isOpen() const { return !_viewModel.shown().navigation().folderStack().isEmpty(); }
     QString tileId() const { return _tileId; }
     QString title() const { return _title; }
     QString notice() const { return _notice; }
@@ -32,7 +32,7 @@ public:
     const ShownPages& shown() const { return _shown; }
     QRectF panel() const { return _panel; }
     /// True if a smart folder is open: its contents follow from its rules.
-    bool rulesDecide() const { return _viewModel.shown().isOpenFolderComputed(); }
+    bool rulesDecide() const { return _viewModel.shown().navigation().isOpenFolderComputed(); }
 
     /// Closes the folder. If tiles in it were selected, the folder is selected instead.
     Q_INVOKABLE void close();

@@ -45,6 +45,26 @@ Panels::Panels(LauncherViewModel& viewModel, Sheets& sheets, Machine& machine)
             [this] { _sheets.open(Sheets::updates); });
 }
 
+void Panels::openArrangements() {
+    _arrangements.open();
+    _sheets.open(Sheets::arrangements);
+}
+
+void Panels::openBackups() {
+    _backups.refresh();
+    _sheets.open(Sheets::backups);
+}
+
+void Panels::openArranging(bool isFirstRun) {
+    _arranging.open(isFirstRun);
+    _sheets.open(Sheets::arranging);
+}
+
+bool Panels::isWelcoming() const {
+    return _sheets.current() == Sheets::whatIsNew ||
+           (_sheets.current() == Sheets::arranging && _arranging.isFirstRun());
+}
+
 void Panels::followSheets() {
     _updates.setShown(_sheets.current() == Sheets::updates);
     _settings.setShown(_sheets.current() == Sheets::settings);

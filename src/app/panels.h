@@ -19,7 +19,8 @@
 
 namespace tessellar {
 
-/// What the sheets show, one panel each, kept up to date with the launcher.
+/// What the sheets show, one panel each, kept up to date with the launcher. Opens those that need more
+/// than their sheet.
 class Panels final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -50,6 +51,13 @@ public:
     SettingsPanel* settings() { return &_settings; }
     SmartFolderPanel* smartFolder() { return &_smartFolder; }
     UnplacedPanel* unplaced() { return &_unplaced; }
+
+    Q_INVOKABLE void openArrangements();
+    Q_INVOKABLE void openBackups();
+    /// Opens the ways to rearrange all applications; on the first run, with a welcome.
+    void openArranging(bool isFirstRun);
+    /// True while a welcome or release notes are shown.
+    bool isWelcoming() const;
 
 private:
     void followSheets();

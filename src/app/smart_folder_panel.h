@@ -1,7 +1,6 @@
 #pragma once
 
-#include "app/day_picker.h"
-#include "app/menu_model.h"
+#include "app/smart_folder_popups.h"
 #include "launcher/launcher_view_model.h"
 #include "launcher/smart_folder_editing.h"
 
@@ -10,6 +9,22 @@
 #include <QtQml/qqmlregistration.h>
 
 namespace tessellar {
+
+/// What a smart folder being edited contains, for QML.
+struct SmartFolderPreview {
+    Q_GADGET
+    QML_VALUE_TYPE(smartFolderPreview)
+    Q_PROPERTY(QString summary MEMBER summary)
+    Q_PROPERTY(QString notice MEMBER notice)
+    Q_PROPERTY(QStringList icons MEMBER icons)
+    Q_PROPERTY(QVariantList matches MEMBER matches)
+
+public:
+    QString summary; ///< the number of matches
+    QString notice;
+    QStringList icons;    ///< of the folder's own icon, as app keys
+    QVariantList matches; ///< the first ones, as {appKey, name}
+};
 
 /// The sheet for editing a smart folder's rules, for QML.
 class SmartFolderPanel final : public QObject {
@@ -31,13 +46,8 @@ class SmartFolderPanel final : public QObject {
     Q_PROPERTY(bool isChanged READ isChanged NOTIFY changed)
     /// Why it cannot be saved; empty if it can.
     Q_PROPERTY(QString issue READ issue NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed)      ///< the number of matches
-    Q_PROPERTY(QVariantList matches READ matches NOTIFY changed) ///< the first ones, as {appKey, name}
-    Q_PROPERTY(QStringList matchKeys READ matchKeys NOTIFY changed)
-    Q_PROPERTY(QString notice READ notice NOTIFY changed)
-    /// The menu of the last button pressed.
-    Q_PROPERTY(tessellar::MenuModel* choices READ choices CONSTANT)
-    Q_PROPERTY(tessellar::DayPicker* days READ days CONSTANT)
+    Q_PROPERTY(tessellar::SmartFolderPreview preview READ preview NOTIFY changed)
+    Q_PROPERTY(tessellar::SmartFolderPopups* popups READ popups CONSTANT)
 
 public:
     explicit SmartFolderPanel(LauncherViewModel& viewModel);
@@ -49,65 +59,42 @@ public:
     QString symbolName() const;
     void setSymbolName(const QString& name);
     QVariantList symbols() const;
-    QString matchMode() const;
+    QString matchMode() const { return chosen(SmartFolderMenu::Kind::matchMode); }
     const QVariantList& rules() const { return _rules; }
-    QString sortField() const;
-    QString sortDirection() const;
+    QString sortField() const { return chosen(SmartFolderMenu::Kind::sortField); }
+    QString sortDirection() const { return chosen(SmartFolderMenu::Kind::sortDirection); }
     bool hasLimit() const;
     void setHasLimit(bool hasLimit);
     QString limitText() const;
     bool isChanged() const { return editing().isChanged(); }
     QString issue() const { return editing().issue(); }
-    QString summary() const;
-    const QVariantList& matches() const { return _matches; }
-    QStringList matchKeys() const;
-    QString notice() const { return editing().notice(); }
-    MenuModel* choices() { return &_choices; }
-    DayPicker* days() { return &_days; }
+    const SmartFolderPreview& preview() const { return _preview; }
+    SmartFolderPopups* popups() { return &_popups; }
 
-    /// Opens a button's menu below a point of the window: "matchMode", "sortField", "sortDirection";
-    /// for a rule "field", "predicate", "operand", "suggestion".
-    Q_INVOKABLE void openChoices(const QString& button, QPointF point, int rule = -1, int operand = -1);
     Q_INVOKABLE void type(int rule, int operand, const QString& text);
     Q_INVOKABLE void typeLimit(const QString& text);
     /// Changes a number or day by `by`; the limit if no rule is given.
     Q_INVOKABLE void step(int by, int rule = -1, int operand = -1);
-    /// Opens the day picker for an operand below a point of the window.
-    Q_INVOKABLE void openDays(QPointF point, int rule, int operand);
     Q_INVOKABLE void insertRule(int place) { editing().insertRule(place); }
     Q_INVOKABLE void removeRule(int rule);
     Q_INVOKABLE void save();
     Q_INVOKABLE void cancel();
     /// Asks first if changes would be lost.
     void leave();
-    void closePopups();
     void refresh();
 
 Q_SIGNALS:
     void changed();
 
 private:
-    /// The button whose menu is open.
-    struct Button {
-        QString name;
-        QPointF point;
-        int rule = -1;
-        int operand = -1;
-    };
-
     SmartFolderEditing& editing() const { return _viewModel.smartFolderEditing(); }
     void change(const std::function<void(SmartFolderDraft&)>& change) { editing().change(change); }
-    QList<SmartFolderOption> words(const Button& button) const;
-    void choose(const QString& word);
-    bool staysOpen() const;
-    void openMenu(int current);
+    QString chosen(SmartFolderMenu::Kind menu) const;
 
     LauncherViewModel& _viewModel;
-    MenuModel _choices;
-    DayPicker _days;
-    Button _button;
+    SmartFolderPopups _popups;
     QVariantList _rules;
-    QVariantList _matches;
+    SmartFolderPreview _preview;
 };
 
 } // namespace tessellar

@@ -21,9 +21,9 @@ TileDrag::TileDrag(LauncherViewModel& viewModel, Scheduler& scheduler, AreaNow a
 
 QString TileDrag::heldId() const { return _isHeld && _pressed ? toText(*_pressed) : QString(); }
 
-QStringList TileDrag::liftedIds() const {
+QStringList TileDrag::tileIds() const {
     QStringList ids;
-    for (const QUuid& id : _lifted)
+    for (const QUuid& id : _tiles)
         ids.append(toText(id));
     return ids;
 }
@@ -32,11 +32,11 @@ QString TileDrag::targetId() const {
     return _drop.kind == Drop::Kind::onto ? toText(_drop.target) : QString();
 }
 
-// ---- pressing and lifting
+// ---- pressing
 
 void TileDrag::press(const QString& tileId, QPointF point, QPointF picture) {
     const QUuid id = QUuid::fromString(tileId);
-    if (isLifted() || !_viewModel.shown().item(id))
+    if (isActive() || !_viewModel.shown().item(id))
         return;
     _pressed = id;
     _isHeld = false;
@@ -57,20 +57,20 @@ void TileDrag::release() {
 }
 
 void TileDrag::move(QPointF point) {
-    if (!isPressed() && !isLifted())
+    if (!isPressed() && !isActive())
         return;
     _pointer = point;
-    if (!isLifted()) {
+    if (!isActive()) {
         const int distance = QGuiApplication::styleHints()->startDragDistance();
         if (!_isHeld && (point - _pressPoint).manhattanLength() < distance)
             return;
-        return lift();
+        return begin();
     }
     Q_EMIT moved();
     updateDrop();
 }
 
-void TileDrag::lift() {
+void TileDrag::begin() {
     const Area area = _area();
     // A smart folder's contents are determined by its rules, and a blocked arrangement cannot be
     // edited.
@@ -82,13 +82,13 @@ void TileDrag::lift() {
     }
     const QUuid tile = *_pressed;
     _heldTile = tile;
-    _before = _viewModel.shown().navigation();
-    const QSet<QUuid>& selected = _viewModel.shown().selectedItemIDs();
-    _liftedSet = selected.contains(tile) ? selected : QSet<QUuid>{tile};
-    _lifted.clear();
+    _before = navigation().position();
+    const QSet<QUuid>& selected = navigation().selectedItemIDs();
+    _tileSet = selected.contains(tile) ? selected : QSet<QUuid>{tile};
+    _tiles.clear();
     forEachItem(_viewModel.shown().pages(), [&](const LaunchpadItem& item) {
-        if (_liftedSet.contains(item.id()))
-            _lifted.append(item.id());
+        if (_tileSet.contains(item.id()))
+            _tiles.append(item.id());
         return true;
     });
     _home = {};
@@ -96,12 +96,12 @@ void TileDrag::lift() {
         int before = 0;
         const Page tiles = area.pages.tiles(at->page);
         for (qsizetype slot = 0; slot < at->slot; ++slot)
-            before += _liftedSet.contains(tiles.at(slot).id()) ? 0 : 1;
+            before += _tileSet.contains(tiles.at(slot).id()) ? 0 : 1;
         _home = {area.folder, area.page, before};
     }
     _gap = _home;
     _drop = {};
-    Q_EMIT lifted(); // before the press is released
+    Q_EMIT began(); // before the press is released
     release();
     ++_revision;
     Q_EMIT changed();
@@ -134,7 +134,7 @@ Drop TileDrag::dropOn(const Area& area, const std::optional<int>& gap) const {
                         .gap = gap,
                         .folder = area.folder,
                         .rulesDecide = area.rulesDecide,
-                        .lifted = _liftedSet};
+                        .moving = _tileSet};
     const QPointF at = _pointer - area.frame.topLeft();
     return dropAt(grid, {(at.x() - area.cells.left) / std::max(1, area.cells.cellWidth),
                          (at.y() - area.cells.top) / std::max(1, area.cells.cellHeight)});
@@ -161,13 +161,12 @@ void TileDrag::updateDrop() {
 
 TileDrag::Dwell TileDrag::dwellOn(const Area& area) {
     if (area.folder && !area.frame.contains(_pointer))
-        return {QStringLiteral("outside"), leaveDelay, false,
-                [this] { _viewModel.shown().closeFolder(); }};
+        return {QStringLiteral("outside"), leaveDelay, false, [this] { navigation().closeFolder(); }};
     const LaunchpadItem* target =
         _drop.kind == Drop::Kind::onto ? _viewModel.shown().item(_drop.target) : nullptr;
     if (target && target->folder() && area.folder != _drop.target)
         return {toText(_drop.target), openDelay, false, [this, id = _drop.target] {
-                    if (_viewModel.shown().openFolder(id))
+                    if (navigation().openFolder(id))
                         _sprung = std::pair(id, _pointer);
                 }};
     const bool isLeft = _pointer.x() < area.frame.left() + edge;
@@ -179,7 +178,7 @@ TileDrag::Dwell TileDrag::dwellOn(const Area& area) {
     if (target && target->app())
         return {QStringLiteral("form ") + toText(_drop.target), formDelay, true, [this] {
                     Page tiles;
-                    for (const QUuid& id : QList{_drop.target} + _lifted)
+                    for (const QUuid& id : QList{_drop.target} + _tiles)
                         if (const LaunchpadItem* item = _viewModel.shown().item(id))
                             tiles.append(*item);
                     _suggestedName = _viewModel.editor().suggestedFolderName(tiles);
@@ -215,7 +214,7 @@ void TileDrag::dwell(const Area& area) {
                 if (!isStill)
                     _restingOn.clear();
                 then();
-                if (isLifted())
+                if (isActive())
                     updateDrop();
             });
 }
@@ -225,12 +224,12 @@ void TileDrag::turnPage(int by) {
     const int page = now.page + by;
     const auto count = static_cast<int>(now.pages.count());
     if (now.folder)
-        return _viewModel.shown().setFolderPage(page);
+        return navigation().setFolderPage(page);
     if (page < 0 || page > count)
         return;
     setNewPage(page == count);
     if (!_isOnNewPage)
-        _viewModel.shown().setCurrentPage(page);
+        navigation().setCurrentPage(page);
 }
 
 void TileDrag::setNewPage(bool isOn) {
@@ -239,19 +238,19 @@ void TileDrag::setNewPage(bool isOn) {
 }
 
 QList<int> TileDrag::slotsOf(bool inFolder, int page) const {
-    if (!isLifted())
+    if (!isActive())
         return {};
     const Area area = _area();
     if (area.folder.has_value() != inFolder)
         return {};
     Area there = area;
     there.page = page;
-    return slotsAround(area.pages.tiles(page), _liftedSet, gapIn(there).slot);
+    return slotsAround(area.pages.tiles(page), _tileSet, gapIn(there).slot);
 }
 
 QRectF TileDrag::caretOf(bool inFolder, int page) const {
     const Area area = _area();
-    if (!isLifted() || area.folder.has_value() != inFolder || area.page != page ||
+    if (!isActive() || area.folder.has_value() != inFolder || area.page != page ||
         _drop.kind != Drop::Kind::between || _gap.slot == _drop.slot)
         return {};
     // Beside the tile under the pointer, or after the last one.
@@ -275,14 +274,14 @@ QRectF TileDrag::caretOf(bool inFolder, int page) const {
 // ---- dropping
 
 void TileDrag::drop() {
-    if (!isLifted())
+    if (!isActive())
         return;
     // If dropped outside the panel before the folder could close, it still leaves the folder.
     for (Area area = _area(); area.folder && !area.frame.contains(_pointer); area = _area())
-        _viewModel.shown().closeFolder();
+        navigation().closeFolder();
     updateDrop();
     const Drop drop = _drop;
-    const QList<QUuid> tiles = _lifted;
+    const QList<QUuid> tiles = _tiles;
     const bool wasNewPage = _isOnNewPage;
     const bool isRefused = drop.kind == Drop::Kind::nowhere && _area().rulesDecide;
     const LaunchpadItem* target = _viewModel.shown().item(drop.target);
@@ -297,7 +296,7 @@ void TileDrag::drop() {
     else if (drop.kind == Drop::Kind::between)
         outcome = _viewModel.editor().moveTiles(_viewModel.shown().mode(), tiles, drop.place, _before);
     else
-        _viewModel.shown().setNavigation(_before);
+        navigation().setPosition(_before);
     if (!outcome) {
         Q_EMIT refused(outcome.error());
         return;
@@ -306,11 +305,11 @@ void TileDrag::drop() {
         Q_EMIT folderMade(drop.target);
     if (wasNewPage && !tiles.isEmpty())
         if (const auto place = _viewModel.shown().shownPages().placeOf(tiles.first()))
-            _viewModel.shown().setCurrentPage(static_cast<int>(place->page));
+            navigation().setCurrentPage(static_cast<int>(place->page));
 }
 
 bool TileDrag::cancel() {
-    const bool was = isLifted();
+    const bool was = isActive();
     release();
     if (was)
         end();
@@ -320,30 +319,30 @@ bool TileDrag::cancel() {
 bool TileDrag::putBack() {
     const bool was = cancel();
     if (was)
-        _viewModel.shown().setNavigation(_before);
+        navigation().setPosition(_before);
     return was;
 }
 
 void TileDrag::follow() {
     const QSet<QString>& hidden = _viewModel.shown().hiddenKeys();
     QSet<QUuid> shown;
-    if (isPressed() || isLifted())
+    if (isPressed() || isActive())
         forEachItem(_viewModel.shown().pages(), [&](const LaunchpadItem& item) {
-            if ((item.id() == _pressed || _liftedSet.contains(item.id())) && isShown(item, hidden))
+            if ((item.id() == _pressed || _tileSet.contains(item.id())) && isShown(item, hidden))
                 shown.insert(item.id());
             return true;
         });
     if (_pressed && !shown.contains(*_pressed))
         release();
-    if (!isLifted())
+    if (!isActive())
         return;
     if (!shown.contains(*_heldTile) || !_viewModel.history().guard(_viewModel.shown().mode())) {
         cancel();
         return;
     }
-    if (_lifted.removeIf([&](const QUuid& tile) { return !shown.contains(tile); }) > 0)
+    if (_tiles.removeIf([&](const QUuid& tile) { return !shown.contains(tile); }) > 0)
         Q_EMIT changed();
-    _liftedSet = shown;
+    _tileSet = shown;
     ++_revision;
     Q_EMIT dropChanged();
     updateDrop();
@@ -352,8 +351,8 @@ void TileDrag::follow() {
 void TileDrag::end() {
     _rest.cancel();
     _restingOn.clear();
-    _lifted.clear();
-    _liftedSet.clear();
+    _tiles.clear();
+    _tileSet.clear();
     _drop = {};
     _home = _gap = {};
     _suggestedName.clear();
@@ -375,10 +374,10 @@ void DragStage::setDrag(TileDrag* drag) {
     _drag = drag;
     if (!_drag)
         return;
-    connect(_drag, &TileDrag::lifted, this, [this] { grabMouse(); });
+    connect(_drag, &TileDrag::began, this, [this] { grabMouse(); });
     // Released, because nothing is hovered while an item has the grab.
     connect(_drag, &TileDrag::changed, this, [this] {
-        if (!_drag->isLifted())
+        if (!_drag->isActive())
             ungrabMouse();
     });
 }

@@ -28,21 +28,20 @@ class TileDrag final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     Q_PROPERTY(bool isPressed READ isPressed NOTIFY pressedChanged)
-    Q_PROPERTY(QString heldId READ heldId NOTIFY pressedChanged) ///< about to be lifted
-    Q_PROPERTY(bool isLifted READ isLifted NOTIFY changed)
-    Q_PROPERTY(QStringList liftedIds READ liftedIds NOTIFY changed)
-    /// The lifted tile that the pointer holds.
+    Q_PROPERTY(QString heldId READ heldId NOTIFY pressedChanged) ///< about to be dragged
+    Q_PROPERTY(bool isActive READ isActive NOTIFY changed)       ///< tiles are being dragged
+    Q_PROPERTY(QStringList tileIds READ tileIds NOTIFY changed)
+    /// The one of them that the pointer holds.
     Q_PROPERTY(QString heldTile READ heldTile NOTIFY changed)
-    Q_PROPERTY(QPointF pointer READ pointer NOTIFY moved)
-    Q_PROPERTY(QPointF grip READ grip NOTIFY changed) ///< of the pointer, relative to the tile's image
+    /// The position of its image in the window; once dropped, where it was.
+    Q_PROPERTY(QPointF pictureAt READ pictureAt NOTIFY moved)
     Q_PROPERTY(QString targetId READ targetId NOTIFY dropChanged) ///< the tile that would accept them
     /// The name of the folder that would be made, once the pointer rests; else empty.
     Q_PROPERTY(QString suggestedName READ suggestedName NOTIFY dropChanged)
     /// The side at which the page is about to turn: -1 left, 1 right, 0 neither.
     Q_PROPERTY(int turning READ turning NOTIFY dropChanged)
-    /// The tile last dropped, and where its image was in the window.
+    /// The tile last dropped.
     Q_PROPERTY(QString releasedTile READ releasedTile NOTIFY changed)
-    Q_PROPERTY(QPointF releasedAt READ releasedAt NOTIFY changed)
     Q_PROPERTY(int revision READ revision NOTIFY dropChanged) ///< of what `slotsOf` returns
 
 public:
@@ -70,16 +69,14 @@ public:
 
     bool isPressed() const { return _pressed.has_value(); }
     QString heldId() const;
-    bool isLifted() const { return !_lifted.isEmpty(); }
-    QStringList liftedIds() const;
+    bool isActive() const { return !_tiles.isEmpty(); }
+    QStringList tileIds() const;
     QString heldTile() const { return _heldTile ? toText(*_heldTile) : QString(); }
-    QPointF pointer() const { return _pointer; }
-    QPointF grip() const { return _grip; }
+    QPointF pictureAt() const { return _pointer - _grip; }
     QString targetId() const;
     const QString& suggestedName() const { return _suggestedName; }
     int turning() const { return _turning; }
-    QString releasedTile() const { return _heldTile && !isLifted() ? toText(*_heldTile) : QString(); }
-    QPointF releasedAt() const { return _pointer - _grip; }
+    QString releasedTile() const { return _heldTile && !isActive() ? toText(*_heldTile) : QString(); }
     int revision() const { return _revision; }
     /// True while the page past the last one is shown; dropping there creates it.
     bool isOnNewPage() const { return _isOnNewPage; }
@@ -95,7 +92,7 @@ public:
     bool cancel();
     /// The same, also restoring the page and folders where the drag began.
     bool putBack();
-    /// The arrangement changed during the drag: tiles that are still shown stay lifted, over the new
+    /// The arrangement changed during the drag: tiles that are still shown stay dragged, over the new
     /// contents. Cancels the drag if the held tile is gone, or moving is not allowed now.
     void follow();
     /// The slots in which a page's tiles are drawn; empty if all are in their own.
@@ -108,8 +105,8 @@ Q_SIGNALS:
     void changed();
     void moved();
     void dropChanged();
-    /// The tiles were lifted: the window's owner must grab the pointer.
-    void lifted();
+    /// A press became a drag: the window's owner must grab the pointer.
+    void began();
     void newPageChanged();
     /// A folder was made of a tile, which is now in it.
     void folderMade(const QUuid& tile);
@@ -133,7 +130,8 @@ private:
         std::function<void()> then;
     };
 
-    void lift();
+    LayoutNavigation& navigation() const { return _viewModel.shown().navigation(); }
+    void begin();
     void updateDrop();
     Gap gapIn(const Area& area) const;
     Drop dropOn(const Area& area, const std::optional<int>& gap) const;
@@ -151,13 +149,13 @@ private:
     bool _isHeld = false;
     QPointF _pressPoint;
     QPointF _pointer;
-    QPointF _grip;
+    QPointF _grip; ///< of the pointer, relative to the tile's image
     std::optional<QUuid> _heldTile;
-    Navigation _before;   ///< the user's position when they were lifted
-    QList<QUuid> _lifted; ///< in arrangement order
-    QSet<QUuid> _liftedSet;
+    Navigation _before;  ///< the user's position when the drag began
+    QList<QUuid> _tiles; ///< being dragged, in arrangement order
+    QSet<QUuid> _tileSet;
     Drop _drop;
-    Gap _home; ///< where the tiles were lifted
+    Gap _home; ///< where the drag began
     Gap _gap;
     QString _suggestedName;
     int _turning = 0;
@@ -171,7 +169,7 @@ private:
     QPointF _restPoint; ///< where the wait started
 };
 
-/// Grabs the pointer when tiles are lifted, so that they can be dragged across changing pages and
+/// Grabs the pointer when a drag begins, so that tiles can be dragged across changing pages and
 /// folders.
 class DragStage : public QQuickItem {
     Q_OBJECT

@@ -26,7 +26,7 @@ class TileItem : public QQuickItem {
     Q_PROPERTY(bool isSelected MEMBER _isSelected NOTIFY isSelectedChanged)
     Q_PROPERTY(bool isVacant MEMBER _isVacant NOTIFY isVacantChanged)
     Q_PROPERTY(bool isCut MEMBER _isCut NOTIFY isCutChanged)
-    Q_PROPERTY(bool isWeak MEMBER _isWeak NOTIFY isWeakChanged)
+    Q_PROPERTY(bool isWeakMatch MEMBER _isWeakMatch NOTIFY isWeakMatchChanged)
 
 public:
     using QQuickItem::QQuickItem;
@@ -47,7 +47,7 @@ Q_SIGNALS:
     void isSelectedChanged();
     void isVacantChanged();
     void isCutChanged();
-    void isWeakChanged();
+    void isWeakMatchChanged();
 
 private:
     int _index = 0;
@@ -65,7 +65,7 @@ private:
     bool _isSelected = false;
     bool _isVacant = false;
     bool _isCut = false;
-    bool _isWeak = false;
+    bool _isWeakMatch = false;
 };
 
 } // namespace tessellar

@@ -5,6 +5,8 @@
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
 
+#include <algorithm>
+
 namespace tessellar {
 
 void TileRenaming::begin(const QString& tileId) {
@@ -15,6 +17,19 @@ void TileRenaming::begin(const QString& tileId) {
         return;
     _tile = item->id();
     Q_EMIT changed();
+}
+
+void TileRenaming::nameFolderAround(const QUuid& tile) {
+    std::optional<QUuid> folder;
+    forEachItem(_viewModel.shown().pages(), [&](const LaunchpadItem& item) {
+        const FolderEntry* entry = item.folder();
+        for (const Page& page : entry ? entry->pages : Pages())
+            if (std::ranges::find(page, tile, &LaunchpadItem::id) != page.end())
+                folder = item.id();
+        return true;
+    });
+    if (folder && _viewModel.shown().navigation().openFolder(*folder))
+        begin(toText(*folder));
 }
 
 void TileRenaming::end(const QString& name) {

@@ -21,6 +21,8 @@ public:
     QString tileId() const { return _tile ? toText(*_tile) : QString(); }
 
     Q_INVOKABLE void begin(const QString& tileId);
+    /// Opens the new folder around a tile, with its suggested name selected, ready to be replaced.
+    void nameFolderAround(const QUuid& tile);
     Q_INVOKABLE void end(const QString& name);
     Q_INVOKABLE void cancel();
     /// Cancels if the tile is gone.

@@ -83,7 +83,7 @@ void TileSearch::annotate(qsizetype page, QList<TileView>& views) {
         TileView& view = views[i];
         const QString key = view.icons.isEmpty() ? QString() : view.icons.first().appKey;
         view.markedLabel = markedLabel(view.label, _text, _machine.locale);
-        view.isWeak = _hits[first + i].score < wholeMatch;
+        view.isWeakMatch = _hits[first + i].score < wholeMatch;
         view.place =
             _viewModel.shown().hiddenKeys().contains(key) ? tr("Hidden") : _folders->value(key);
     }

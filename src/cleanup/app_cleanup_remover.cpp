@@ -213,13 +213,14 @@ AppCleanupRemover::Presence AppCleanupRemover::findInTrash(std::optional<QString
     if (trashedPath && !folders.contains(known))
         folders.prepend(known);
     bool isSeen = false;
-    bool isUnseen = false;
+    bool isUncertain = false;
     for (const QString& folder : std::as_const(folders)) {
         const auto entries = _parts.files.entries(folder);
         isSeen = isSeen || entries.has_value();
         // A Trash that never existed does not prevent a certain answer.
-        isUnseen = isUnseen ||
-                   (!entries && (folder == known || entries.error().code != FileError::Code::notFound));
+        isUncertain =
+            isUncertain ||
+            (!entries && (folder == known || entries.error().code != FileError::Code::notFound));
         if (!entries)
             continue;
         const auto volume = _parts.files.status(folder);
@@ -232,16 +233,16 @@ AppCleanupRemover::Presence AppCleanupRemover::findInTrash(std::optional<QString
                 // The name must match, too: the inode of a deleted file may have been reused. But it
                 // may also be the item, renamed.
                 if (!composed(found).startsWith(stem)) {
-                    isUnseen = true;
+                    isUncertain = true;
                     continue;
                 }
                 trashedPath = path;
                 return Presence::present;
             }
-            isUnseen = isUnseen || (!status && status.error().code != FileError::Code::notFound);
+            isUncertain = isUncertain || (!status && status.error().code != FileError::Code::notFound);
         }
     }
-    return isSeen && isOnSeenVolume && !isUnseen ? Presence::gone : Presence::unknown;
+    return isSeen && isOnSeenVolume && !isUncertain ? Presence::gone : Presence::unknown;
 }
 
 /// The helper's staging folder exists as long as something is in it.

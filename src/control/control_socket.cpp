@@ -250,7 +250,7 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
     _output = std::move(output);
     _isRunning = true;
     _output.whenCancelled([this](Cancellation why) { stop(why); });
-    awaitSign();
+    watchForSilence();
     const Request request{
         words,        options.json,      options.oneLine, options.showsProgress, options.answersUnsaved,
         options.mode, options.directory, options.now,     options.locale};
@@ -259,7 +259,7 @@ void RemoteExecutor::run(const QStringList& words, const CommandOptions& options
         end(Texts::tr("The launcher ended before it had answered."));
 }
 
-void RemoteExecutor::awaitSign() {
+void RemoteExecutor::watchForSilence() {
     _unanswered = 0;
     struct Ping {
         RemoteExecutor* self;
@@ -283,7 +283,7 @@ void RemoteExecutor::stop(Cancellation why) {
     _unanswered = 1;
     _patience = _scheduler.after(stopPatience, [this] {
         if (_unanswered == 0)
-            awaitSign();
+            watchForSilence();
         else
             end(Texts::tr("The launcher does not answer."));
     });

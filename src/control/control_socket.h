@@ -52,7 +52,8 @@ public:
 private:
     RemoteExecutor(std::unique_ptr<QLocalSocket> socket, Scheduler& scheduler);
     void read();
-    void awaitSign();
+    /// Pings the launcher regularly; fails the command if it no longer answers.
+    void watchForSilence();
     void stop(Cancellation why);
     void end(const QString& error); ///< empty if there is none
 

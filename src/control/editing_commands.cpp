@@ -220,7 +220,7 @@ void addHistory(CommandSet& set) {
     select->add_option("tiles", *chosen, tilesHelp);
     set.onRun(select, CommandNeeds::launcher, [chosen](const Call& call) {
         if (const auto ids = tiles(call, chosen)) {
-            call->layout().select(*ids);
+            call->layout().navigation().select(*ids);
             call->answer({});
         }
     });

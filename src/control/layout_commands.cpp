@@ -6,6 +6,7 @@
 #include "launcher/layout_archive.h"
 #include "launcher/layout_proposals.h"
 #include "launcher/smart_folder_library.h"
+#include "launcher/tile_opener.h"
 #include "platform/texts.h"
 
 #include <algorithm>
@@ -167,7 +168,7 @@ void addLayoutCommands(CommandSet& set) {
     addQuit(set);
     CLI::App* open = set.add("open", Texts::noop("Start an application"));
     set.onRun(open, CommandNeeds::launcher, [key = word(open, "appkey", appKeyHelp)](const Call& call) {
-        call->launcher().launch(
+        call->launcher().opener().launch(
             text(key), [call](const LauncherViewModel::Outcome& outcome) { call->answer(outcome); });
     });
 }

@@ -20,7 +20,7 @@ LayoutPlace placeAt(const DropGrid& grid, const QList<qsizetype>& staying, qsize
         ++stored.index;
     }
     qsizetype leaving = 0;
-    for (const QUuid& id : grid.lifted) {
+    for (const QUuid& id : grid.moving) {
         const auto shown = grid.pages.placeOf(id);
         const auto at = shown ? grid.pages.tileAt(*shown) : std::nullopt;
         if (at && at->page == stored.page && at->index < stored.index)
@@ -32,14 +32,14 @@ LayoutPlace placeAt(const DropGrid& grid, const QList<qsizetype>& staying, qsize
 } // namespace
 
 Drop dropAt(const DropGrid& grid, DropPoint point) {
-    if (grid.rulesDecide || grid.lifted.isEmpty() || grid.columns < 1 || grid.rows < 1 ||
+    if (grid.rulesDecide || grid.moving.isEmpty() || grid.columns < 1 || grid.rows < 1 ||
         grid.page < 0 || grid.page > grid.pages.count() ||
-        (grid.folder && grid.lifted.contains(*grid.folder)))
+        (grid.folder && grid.moving.contains(*grid.folder)))
         return {};
     const Page tiles = grid.pages.tiles(grid.page);
     QList<qsizetype> staying;
     for (qsizetype slot = 0; slot < tiles.size(); ++slot)
-        if (!grid.lifted.contains(tiles.at(slot).id()))
+        if (!grid.moving.contains(tiles.at(slot).id()))
             staying.append(slot);
 
     const int column = std::clamp(static_cast<int>(std::floor(point.column)), 0, grid.columns - 1);
@@ -63,11 +63,11 @@ Drop dropAt(const DropGrid& grid, DropPoint point) {
     return between(across < 0 ? index : index + 1);
 }
 
-QList<int> slotsAround(const Page& tiles, const QSet<QUuid>& lifted, std::optional<int> gap) {
+QList<int> slotsAround(const Page& tiles, const QSet<QUuid>& moving, std::optional<int> gap) {
     QList<int> slots;
     int next = 0;
     for (const LaunchpadItem& tile : tiles) {
-        if (lifted.contains(tile.id())) {
+        if (moving.contains(tile.id())) {
             slots.append(-1);
             continue;
         }

@@ -15,7 +15,7 @@ struct DropGrid {
     std::optional<int> gap; ///< the slot currently kept free
     std::optional<QUuid> folder;
     bool rulesDecide = false; ///< a smart folder: does not accept drops
-    QSet<QUuid> lifted;
+    QSet<QUuid> moving;
 };
 
 /// A point in the grid, in cells: 2.5 is the middle of the third column or row.
@@ -45,6 +45,6 @@ struct Drop {
 Drop dropAt(const DropGrid& grid, DropPoint point);
 
 /// The slot in which each tile of the page is drawn during a drag; -1 for dragged tiles.
-QList<int> slotsAround(const Page& tiles, const QSet<QUuid>& lifted, std::optional<int> gap);
+QList<int> slotsAround(const Page& tiles, const QSet<QUuid>& moving, std::optional<int> gap);
 
 } // namespace tessellar

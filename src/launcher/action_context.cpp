@@ -20,7 +20,7 @@ ActionContext contextOf(LauncherViewModel& launcher, const ActionTarget& target)
         return context;
     const QUuid id = target.item->id();
     context.hasTile = layout.item(id) != nullptr;
-    const QSet<QUuid>& selected = layout.selectedItemIDs();
+    const QSet<QUuid>& selected = layout.navigation().selectedItemIDs();
     if (!target.isSearchResult && selected.size() > 1 && selected.contains(id))
         context.tiles = layout.inOrder(selected);
     else if (context.hasTile)
@@ -41,7 +41,7 @@ QList<MenuEntry> placeEntries(const ActionContext& context, const QString& id, b
     const ShownPages& shown = context.layout.shownPages();
     for (qsizetype page = 0; page < shown.count() && entries.size() < maximumPlaces; ++page) {
         const auto stored = shown.tileAt({page, 0});
-        const bool isOwn = !open && page == context.layout.currentPage();
+        const bool isOwn = !open && page == context.layout.navigation().currentPage();
         // A stored page that is shown as several is listed once.
         const bool isAnother = page == 0 || shown.tileAt({page - 1, 0})->page != stored->page;
         if ((isOwn && !withOwn) || !isAnother)

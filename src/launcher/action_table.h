@@ -50,7 +50,7 @@ struct ActionContext {
         });
     }
     std::optional<QUuid> openFolder() const {
-        const auto& stack = layout.folderStack();
+        const auto& stack = layout.navigation().folderStack();
         return stack.isEmpty() || target.isSearchResult ? std::nullopt : std::optional(stack.last().id);
     }
 };

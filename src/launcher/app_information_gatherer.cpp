@@ -63,7 +63,7 @@ void AppInformationGatherer::gatherFacts() {
                               tell();
                           }));
     // At the end of a round it is known which folders show it.
-    library.gatherFacts(library.needs(), _lifetime.guard([this] {
+    library.gatherFacts(needsOf(library.definitions()), _lifetime.guard([this] {
         _areFoldersKnown = true;
         readLauncher();
         tell();

@@ -27,13 +27,14 @@ ActionRequest reset(const Context& context, const QString&) {
 
 ActionRequest selectAll(const Context& context, const QString&) {
     LiveLayout& layout = context.layout;
-    const auto open = layout.openFolder();
-    const int page = open ? layout.folderStack().last().page : layout.currentPage();
+    const auto open = layout.navigation().openFolder();
+    const int page =
+        open ? layout.navigation().folderStack().last().page : layout.navigation().currentPage();
     QList<QUuid> tiles;
     for (const LaunchpadItem& item :
          (open ? layout.shownPages(*open) : layout.shownPages()).tiles(page))
         tiles.append(item.id());
-    layout.select(tiles);
+    layout.navigation().select(tiles);
     return ActionRequest::none;
 }
 
@@ -42,7 +43,8 @@ ActionRequest sortPage(const Context& context, const QString&) {
     const auto open = context.openFolder();
     const FolderEntry* folder = open ? layout.folder(*open) : nullptr;
     const ShownPages shown = folder ? layout.shownPages(*folder) : layout.shownPages();
-    const int page = folder ? layout.folderStack().last().page : layout.currentPage();
+    const int page =
+        folder ? layout.navigation().folderStack().last().page : layout.navigation().currentPage();
     if (const auto stored = shown.tileAt({page, 0}))
         return edit(context, [&](LauncherEditor& editor) {
             return editor.sortPage(context.mode(), open, stored->page);

@@ -58,7 +58,7 @@ bool LauncherClipboard::paste(Mode mode, const std::optional<LayoutPlace>& place
                               .smartFolderDefinitions = _smartFolders.definitions(),
                               .capacities = layout.capacities(),
                               .now = _machine.clock.now()},
-                             layout.navigation(), _machine.uuids, place);
+                             layout.navigation().position(), _machine.uuids, place);
     if (!pasted)
         return false;
     EditStep step{.name = editName(EditKind::paste, pasted->tiles.size()),
@@ -76,8 +76,8 @@ bool LauncherClipboard::paste(Mode mode, const std::optional<LayoutPlace>& place
         _messages.alert(made.error()); // the definitions could not be saved
         return false;
     }
-    layout.reveal(pasted->tiles.first()); // they may have overflowed to another page
-    layout.select(pasted->tiles);
+    layout.navigation().reveal(pasted->tiles.first()); // they may have overflowed to another page
+    layout.navigation().select(pasted->tiles);
     return true;
 }
 

@@ -138,7 +138,8 @@ static Outcome outcomeOf(const LauncherHistory::Made& made) {
 
 LayoutPlace LauncherEditor::placeFor(Mode mode, const std::optional<LayoutPlace>& place) const {
     const LiveLayout& layout = _layouts[mode];
-    return place ? *place : pastePlace(layout.document(), layout.navigation(), layout.capacities());
+    return place ? *place
+                 : pastePlace(layout.document(), layout.navigation().position(), layout.capacities());
 }
 
 Outcome LauncherEditor::addSmartFolder(Mode mode, const SmartFolderDefinition& definition,
@@ -157,7 +158,7 @@ Outcome LauncherEditor::addSmartFolder(Mode mode, const SmartFolderDefinition& d
                                      .definitions = _smartFolders.definitions() + QList{definition},
                                      .takenBack = std::move(takenBack)});
     if (made)
-        _layouts[mode].reveal(definition.id);
+        _layouts[mode].navigation().reveal(definition.id);
     return outcomeOf(made);
 }
 
@@ -176,7 +177,7 @@ Outcome LauncherEditor::addSmartFolderTile(Mode mode, const QUuid& definitionID,
                                              _layouts[mode].capacities());
         });
     if (added)
-        _layouts[mode].reveal(definitionID);
+        _layouts[mode].navigation().reveal(definitionID);
     return added;
 }
 

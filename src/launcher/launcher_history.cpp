@@ -318,7 +318,7 @@ LayoutUndoState LauncherHistory::snapshot(LauncherWindowMode mode) const {
             .settings = _underway && _underway->step.settings && _underway->step.mode == mode
                             ? *_underway->step.settings
                             : readLayoutSettings(*_expectedSettings, mode),
-            .navigation = layout.navigation()};
+            .navigation = layout.navigation().position()};
 }
 
 LayoutUndoActions LauncherHistory::actions() {
@@ -333,7 +333,7 @@ LayoutUndoActions LauncherHistory::actions() {
             },
         .applyNavigation =
             [this](const LayoutUndoState& state) {
-                _layouts[state.mode].setNavigation(state.navigation);
+                _layouts[state.mode].navigation().setPosition(state.navigation);
             },
         .restoreFromTrash = [this](Records records,
                                    TrashDone done) { _restoreFromTrash(records, std::move(done)); },

@@ -28,7 +28,7 @@ void LauncherHistory::showBefore(const EditStep& step, const LayoutUndoState& be
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (step.documentOf(mode) && *before.documentOf(mode) != _layouts[mode].document())
             show(mode, *before.documentOf(mode), false);
-    _layouts[step.mode].setNavigation(before.navigation);
+    _layouts[step.mode].navigation().setPosition(before.navigation);
 }
 
 void LauncherHistory::undoInterrupted(std::array<LayoutStore::LoadResult, 2>& loaded) {

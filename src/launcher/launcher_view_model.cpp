@@ -1,6 +1,5 @@
 #include "launcher/launcher_view_model.h"
 
-#include "editing/starting_layouts.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_arrangements.h"
 #include "launcher/launcher_cleanup.h"
@@ -19,11 +18,9 @@
 #include "launcher/library_watch.h"
 #include "launcher/smart_folder_editing.h"
 #include "launcher/smart_folder_library.h"
-#include "platform/opener.h"
+#include "launcher/tile_opener.h"
 #include "platform/texts.h"
 
-#include <algorithm>
-#include <list>
 #include <vector>
 
 namespace tessellar {
@@ -45,7 +42,7 @@ struct LauncherViewModel::Parts {
         , arrangements(machine, store, layouts, history)
         , archive(machine, store, layouts, applications, places, history, messages)
         , search(machine, layouts, applications, smartFolders)
-        , opener(machine) {}
+        , opener(machine, layouts, applications, smartFolders, messages) {}
 
     /// Connected to scans after the merge.
     struct Listening {
@@ -83,8 +80,7 @@ struct LauncherViewModel::Parts {
     LauncherArrangements arrangements;
     LayoutArchive archive;
     LauncherSearch search;
-    Opener opener;
-    std::list<Task> launches;
+    TileOpener opener;
     std::vector<Subscription> subscriptions;
     std::optional<Listening> listening;
 };
@@ -123,16 +119,9 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
            [&parts] { parts.search.invalidate(parts.layouts.shownMode()); });
     follow(parts.smartFolders.changed, [&parts] { parts.search.invalidate(); });
     follow(parts.settings.stored, [this] { applySettings(); });
-    follow(parts.listening->updates.opened, [this] { launched.notify(); });
 }
 
 LauncherViewModel::~LauncherViewModel() = default;
-
-bool LauncherViewModel::isUnarranged() const {
-    return std::ranges::all_of(LiveLayouts::modes, [this](LauncherWindowMode mode) {
-        return tessellar::isUnarranged(layout(mode).document(), _machine.locale);
-    });
-}
 
 LiveLayouts& LauncherViewModel::layouts() const { return _parts->layouts; }
 LiveLayout& LauncherViewModel::layout(LauncherWindowMode mode) const { return _parts->layouts[mode]; }
@@ -146,6 +135,7 @@ LauncherClipboard& LauncherViewModel::clipboard() const { return _parts->clipboa
 LauncherArrangements& LauncherViewModel::arrangements() const { return _parts->arrangements; }
 LayoutArchive& LauncherViewModel::archive() const { return _parts->archive; }
 PlaceMemory& LauncherViewModel::places() const { return _parts->places; }
+TileOpener& LauncherViewModel::opener() const { return _parts->opener; }
 LayoutProposals& LauncherViewModel::proposals() const { return _parts->listening->proposals; }
 LauncherSearch& LauncherViewModel::search() const { return _parts->search; }
 SmartFolderLibrary& LauncherViewModel::smartFolders() const { return _parts->smartFolders; }
@@ -192,65 +182,6 @@ LauncherViewModel::Outcome LauncherViewModel::quit() {
 }
 
 bool LauncherViewModel::hasUnsavedEdits() const { return _parts->store.hasUnsavedEdits(); }
-
-// ---- the user's actions
-
-void LauncherViewModel::open(LauncherWindowMode mode, const LaunchpadItem& item) {
-    if (const AppEntry* app = item.app())
-        return launch(appKey(*app));
-    const QUuid id = item.id();
-    if (!layout(mode).openFolder(id) || !item.smartFolder())
-        return;
-    if (const QString notice = smartFolders().notice(id, mode); !notice.isEmpty())
-        messages().showNotice(notice);
-}
-
-void LauncherViewModel::launch(const QString& key, std::function<void(Outcome)> done) {
-    const auto refuse = [this](const LauncherError& error, const auto& told) {
-        messages().showNotice(error.message);
-        if (told)
-            told(std::unexpected(error));
-    };
-    const LauncherError unavailable{QStringLiteral("unavailable"), LiveLayout::unavailableNotice(), {}};
-    const AppEntry* app = applications().withKey(key);
-    if (!app)
-        return shown().unavailableAppKeys().contains(key)
-                   ? refuse(unavailable, done)
-                   : refuse(InstalledApplications::unknown(key), done);
-    const auto task = _parts->launches.insert(_parts->launches.end(), Task());
-    const auto opened = [this, task, key, name = app->name,
-                         done](const std::expected<void, QString>& outcome) {
-        // Kept until the end of this call: it owns the function that is running.
-        const Task ended = std::move(*task);
-        _parts->launches.erase(task);
-        if (!outcome) {
-            const LauncherError error{QStringLiteral("couldNotLaunch"), outcome.error(),
-                                      Texts::tr("Could not open “%1”").arg(name)};
-            messages().alert(error);
-            return done ? done(std::unexpected(error)) : void();
-        }
-        smartFolders().recordLaunch(key);
-        launched.notify();
-        if (done)
-            done({});
-    };
-    // On a worker, because the volume may hang.
-    *task = _machine.workers.run(
-        Lane::actions,
-        [&files = _machine.files, path = app->path](std::stop_token) { return files.exists(path); },
-        [this, task, key, path = app->path, opened, refuse, unavailable, done](bool exists) {
-            if (exists) {
-                const Task looked = std::move(*task);
-                *task = _parts->opener.openApplication(path, opened);
-                return;
-            }
-            const Task looked = std::move(*task);
-            _parts->launches.erase(task);
-            layouts().markUnavailable(key);
-            applications().rescan();
-            refuse(unavailable, done);
-        });
-}
 
 void LauncherViewModel::applySettings() {
     for (const LauncherWindowMode mode : LiveLayouts::modes)

@@ -8,8 +8,6 @@
 #include <memory>
 #include <optional>
 
-class QString;
-
 namespace tessellar {
 
 class LauncherArrangements;
@@ -34,8 +32,8 @@ class Pasteboard;
 class PlaceMemory;
 class SmartFolderEditing;
 class SmartFolderLibrary;
+class TileOpener;
 struct LauncherError;
-class LaunchpadItem;
 class Locale;
 struct Machine;
 
@@ -67,8 +65,6 @@ public:
     /// event loop.
     void startAndWait();
     bool isBootstrapped() const { return _isBootstrapped; }
-    /// True if nothing was ever arranged in either mode, so a new user may be asked how to begin.
-    bool isUnarranged() const;
     /// Saves pending changes; call before exiting.
     Outcome quit();
     /// True while an edit is not on the disk.
@@ -87,6 +83,7 @@ public:
     LauncherClipboard& clipboard() const;
     LauncherArrangements& arrangements() const;
     LayoutArchive& archive() const;
+    TileOpener& opener() const;
     LayoutProposals& proposals() const;
     PlaceMemory& places() const;
     LauncherSearch& search() const;
@@ -98,13 +95,6 @@ public:
     LauncherUpdates& updates() const;
     LauncherCleanup& cleanup() const;
 
-    /// Opens a tile: launches its application, or opens its folder.
-    void open(LauncherWindowMode mode, const LaunchpadItem& item);
-    /// Launches an application; fails with a notice if it is unknown or unavailable. `done` is called
-    /// once the system has accepted it, or with the error.
-    void launch(const QString& appKey, std::function<void(Outcome)> done = {});
-    /// Call when settings have changed other than through `settings()`.
-    void applySettings();
     /// The locale changed: updates comparison and search; tiles keep their places.
     void setLocale(const Locale& locale);
     /// Controls the window while the launcher runs.
@@ -120,10 +110,11 @@ public:
 
     Signal<> bootstrapped; ///< the first load is complete
     Signal<> settingsChanged;
-    Signal<> launched; ///< something was opened; the window should hide
 
 private:
     struct Parts;
+
+    void applySettings();
 
     Machine& _machine;
     std::unique_ptr<Parts> _parts;

@@ -7,6 +7,8 @@
 #include "launcher/layout_merger.h"
 #include "platform/texts.h"
 
+#include <algorithm>
+
 namespace tessellar {
 
 using Kind = LayoutProposal::Kind;
@@ -68,6 +70,12 @@ LayoutProposals::LayoutProposals(Machine& machine, LiveLayouts& layouts,
     , _applications(applications)
     , _launchpadImport(launchpadImport)
     , _archive(archive) {}
+
+bool LayoutProposals::isUnarranged() const {
+    return std::ranges::all_of(LiveLayouts::modes, [this](Mode mode) {
+        return tessellar::isUnarranged(_layouts[mode].document(), _machine.locale);
+    });
+}
 
 void LayoutProposals::propose(Mode mode, std::function<void(const All&)> done) {
     _launchpadImport.preview(mode, {}, [this, mode, done = std::move(done)](const auto& found) mutable {

@@ -48,6 +48,8 @@ public:
     LayoutProposals(Machine& machine, LiveLayouts& layouts, InstalledApplications& applications,
                     LauncherImport& launchpadImport, LayoutArchive& archive);
 
+    /// True if nothing was ever arranged in either mode, so a new user may be asked how to begin.
+    bool isUnarranged() const;
     /// Computed on workers, from the current layout.
     void propose(Mode mode, std::function<void(const All&)> done);
     /// Applies a proposal to the given modes, updated to the applications and names of now, which

@@ -20,7 +20,8 @@ LiveLayout::LiveLayout(LauncherWindowMode mode, const Settings& settings,
     : _mode(mode)
     , _store(settings)
     , _smartFolders(smartFolders)
-    , _settings(readLayoutSettings(settings, mode)) {}
+    , _settings(readLayoutSettings(settings, mode))
+    , _navigation(*this) {}
 
 LiveLayout::~LiveLayout() = default;
 
@@ -135,128 +136,11 @@ std::optional<FolderEntry> LiveLayout::openable(const LaunchpadItem& item, qsize
                        .pages = {shown}};
 }
 
-// ---- navigation
-
-static int nearest(qsizetype page, qsizetype count) {
-    return static_cast<int>(std::clamp<qsizetype>(page, 0, std::max<qsizetype>(0, count - 1)));
-}
-
-static const LaunchpadItem* tileIn(const Pages& pages, const QUuid& id) {
-    for (const Page& page : pages)
-        for (const LaunchpadItem& tile : page)
-            if (tile.id() == id)
-                return &tile;
-    return nullptr;
-}
-
-void LiveLayout::setCurrentPage(int page) {
-    page = nearest(page, shownPages().count());
-    if (std::exchange(_navigation.currentPage, page) != page)
-        navigationChanged.notify();
-}
-
-std::optional<FolderEntry> LiveLayout::openFolder() const {
-    std::optional<FolderEntry> open;
-    for (const OpenFolderLevel& level : folderStack()) {
-        const LaunchpadItem* tile = tileIn(open ? open->pages : pages(), level.id);
-        open = tile ? openable(*tile) : std::nullopt;
-        if (!open)
-            return std::nullopt;
-    }
-    return open;
-}
-
-bool LiveLayout::isOpenFolderComputed() const {
-    return !folderStack().isEmpty() && !folder(folderStack().last().id);
-}
-
-bool LiveLayout::openFolder(const QUuid& id) {
-    const auto outer = openFolder();
-    const LaunchpadItem* tile = tileIn(outer ? outer->pages : pages(), id);
-    if (!tile || tile->app())
-        return false;
-    _navigation.folderStack.append({id, 0});
-    navigationChanged.notify();
-    return true;
-}
-
-void LiveLayout::setFolderPage(int page) {
-    QList<OpenFolderLevel>& stack = _navigation.folderStack;
-    if (stack.isEmpty())
-        return;
-    const auto open = openFolder();
-    page = nearest(page, open ? shownPages(*open).count() : 0);
-    if (std::exchange(stack.last().page, page) != page)
-        navigationChanged.notify();
-}
-
-void LiveLayout::closeFolder() {
-    if (_navigation.folderStack.isEmpty())
-        return;
-    _navigation.folderStack.removeLast();
-    navigationChanged.notify();
-}
-
-void LiveLayout::select(const std::optional<QUuid>& id) { select(id ? QList{*id} : QList<QUuid>()); }
-
-void LiveLayout::select(const QList<QUuid>& ids) {
-    const Navigation before = _navigation;
-    _navigation.selectedItemIDs = QSet<QUuid>(ids.begin(), ids.end());
-    _navigation.selectedItemID = ids.isEmpty() ? std::nullopt : std::optional(ids.last());
-    _navigation.selectionAnchorID = ids.isEmpty() ? std::nullopt : std::optional(ids.first());
-    if (_navigation != before)
-        selectionChanged.notify();
-}
-
-void LiveLayout::reveal(const QUuid& id) {
-    const auto open = openFolder();
-    const auto place = (open ? shownPages(*open) : shownPages()).placeOf(id);
-    if (!place)
-        return;
-    const auto page = static_cast<int>(place->page);
-    open ? setFolderPage(page) : setCurrentPage(page);
-    select(id);
-}
-
-void LiveLayout::setNavigation(const Navigation& navigation) {
-    _navigation = navigation;
-    tidyNavigation();
-    navigationChanged.notify();
-    selectionChanged.notify();
-}
-
-void LiveLayout::tidyNavigation() {
-    const Navigation before = _navigation;
-    _navigation.currentPage = nearest(_navigation.currentPage, shownPages().count());
-    // If a folder is gone or was moved, it is closed, and so are those opened in it.
-    Pages level = pages();
-    for (qsizetype i = 0; i < _navigation.folderStack.size(); ++i) {
-        const LaunchpadItem* tile = tileIn(level, _navigation.folderStack[i].id);
-        const auto open = tile ? openable(*tile) : std::nullopt;
-        if (!open) {
-            _navigation.folderStack.resize(i);
-            break;
-        }
-        _navigation.folderStack[i].page =
-            nearest(_navigation.folderStack[i].page, shownPages(*open).count());
-        level = open->pages;
-    }
-    const auto isGone = [this](const QUuid& id) { return !item(id); };
-    for (auto* id : {&_navigation.selectedItemID, &_navigation.selectionAnchorID})
-        if (*id && isGone(**id))
-            id->reset();
-    _navigation.selectedItemIDs.removeIf(isGone);
-    if (_navigation.selectedItemIDs != before.selectedItemIDs)
-        selectionChanged.notify();
-    if (_navigation != before)
-        navigationChanged.notify();
-}
-
 // ---- changes
 
 void LiveLayout::documentChanged() {
     _lookups.reset();
-    tidyNavigation();
+    _navigation.tidy();
     changed.notify();
 }
 
@@ -269,7 +153,7 @@ void LiveLayout::setArrangement(LayoutDocument document) {
     _document = std::move(document);
     _lookups.reset();
     replaced.notify();
-    setNavigation({});
+    _navigation.setPosition({});
     changed.notify();
 }
 

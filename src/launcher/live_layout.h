@@ -2,7 +2,7 @@
 
 #include "editing/grid_geometry.h"
 #include "editing/layout_edits.h"
-#include "editing/navigation.h"
+#include "launcher/layout_navigation.h"
 #include "model/launcher_window_mode.h"
 #include "platform/signal.h"
 
@@ -17,8 +17,8 @@ namespace tessellar {
 class Settings;
 class SmartFolderLibrary;
 
-/// The arrangement of one display mode as shown and edited, and the user's position in it. Only holds
-/// it: documents are changed by steps of `LauncherHistory` or by merging a scan.
+/// The arrangement of one display mode as shown and edited. Only holds it: documents are changed by
+/// steps of `LauncherHistory` or by merging a scan.
 ///
 /// Look-up tables are made at most once after each change, when asked for. Pointers to tiles are valid
 /// until the next change. Main thread only.
@@ -57,28 +57,9 @@ public:
     /// most `most`, -1 for all). nullopt for other tiles.
     std::optional<FolderEntry> openable(const LaunchpadItem& item, qsizetype most = -1) const;
 
-    // Navigation. Pages out of range become the nearest.
-    const Navigation& navigation() const { return _navigation; }
-    int currentPage() const { return _navigation.currentPage; }
-    void setCurrentPage(int page);
-    const QList<OpenFolderLevel>& folderStack() const { return _navigation.folderStack; }
-    /// The innermost open folder.
-    std::optional<FolderEntry> openFolder() const;
-    /// True if the open folder is a smart folder: its rules determine its contents.
-    bool isOpenFolderComputed() const;
-    /// Opens a folder or smart folder inside the innermost open one; false if it is not there.
-    bool openFolder(const QUuid& id);
-    void setFolderPage(int page);
-    void closeFolder();
-    const std::optional<QUuid>& selectedItemID() const { return _navigation.selectedItemID; }
-    /// All selected tiles; `selectedItemID` is the last one.
-    const QSet<QUuid>& selectedItemIDs() const { return _navigation.selectedItemIDs; }
-    void select(const std::optional<QUuid>& id);
-    void select(const QList<QUuid>& ids);
-    /// Selects a tile of the innermost open folder, or of the grid, and shows its page.
-    void reveal(const QUuid& id);
-    /// Restores pages, folders and selection, as far as they still exist.
-    void setNavigation(const Navigation& navigation);
+    /// The user's position.
+    LayoutNavigation& navigation() { return _navigation; }
+    const LayoutNavigation& navigation() const { return _navigation; }
 
     // For code that changes the layout.
     void setDocument(LayoutDocument document);
@@ -92,15 +73,12 @@ public:
 
     Signal<> replaced; ///< with another arrangement; `changed` follows
     Signal<> changed;  ///< tiles, hidden or unavailable applications, or settings
-    Signal<> navigationChanged;
-    Signal<> selectionChanged;
 
 private:
     struct Lookups;
 
     Lookups& lookups() const;
     void documentChanged();
-    void tidyNavigation();
 
     const LauncherWindowMode _mode;
     const Settings& _store;
@@ -108,7 +86,7 @@ private:
     LayoutDocument _document;
     QSet<QString> _unavailableAppKeys;
     ArrangementLayout _settings;
-    Navigation _navigation;
+    LayoutNavigation _navigation;
     mutable std::unique_ptr<Lookups> _lookups; ///< of the current document and settings
 };
 

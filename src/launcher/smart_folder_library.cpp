@@ -127,8 +127,6 @@ void SmartFolderLibrary::show(const QList<SmartFolderDefinition>& definitions) {
     startRound();
 }
 
-SmartFolderNeeds SmartFolderLibrary::needs() const { return needsOf(_definitions); }
-
 QString SmartFolderLibrary::name(const QUuid& id) const {
     const SmartFolderDefinition* found = definition(id);
     return found ? found->name : Texts::tr("Unavailable Smart Folder");
@@ -156,11 +154,6 @@ const SmartFolderEvaluation* SmartFolderLibrary::evaluation(const QUuid& id,
                                                             LauncherWindowMode mode) const {
     const auto found = evaluations(mode).constFind(id);
     return found == evaluations(mode).constEnd() ? nullptr : &*found;
-}
-
-QStringList SmartFolderLibrary::appKeys(const QUuid& id, LauncherWindowMode mode) const {
-    const SmartFolderEvaluation* shown = evaluation(id, mode);
-    return shown ? shown->appKeys() : QStringList();
 }
 
 QHash<QString, QStringList> namesByAppKey(const QList<SmartFolderDefinition>& definitions,
@@ -263,7 +256,7 @@ SmartFolderFactsCatalog::Request SmartFolderLibrary::request(QList<AppEntry> app
 
 void SmartFolderLibrary::startRoundFor(SmartFolderNeeds others) {
     const SmartFolderNeeds all =
-        needs() | _extraNeeds | (_preview ? _preview->needs : SmartFolderNeeds());
+        needsOf(_definitions) | _extraNeeds | (_preview ? _preview->needs : SmartFolderNeeds());
     if (all & others)
         startRound();
 }
@@ -280,7 +273,7 @@ void SmartFolderLibrary::startRound() {
             std::ranges::any_of(_evaluations, [](const Evaluations& each) { return !each.isEmpty(); });
         return finishRound({.evaluations = {}, .prepared = {}, .isChanged = wasShown}, true);
     }
-    _factsTask = _catalog.facts(request(_apps, needs() | _extraNeeds),
+    _factsTask = _catalog.facts(request(_apps, needsOf(_definitions) | _extraNeeds),
                                 [this](const SmartFolderFactsList& facts, bool isComplete) {
                                     evaluateRound(facts, isComplete);
                                 });

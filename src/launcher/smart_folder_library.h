@@ -65,8 +65,6 @@ public:
     void show(const QList<SmartFolderDefinition>& definitions);
     /// Saves and shows these; they are shown even if saving fails.
     bool rollBack(const QList<SmartFolderDefinition>& definitions);
-    /// The kinds of facts that the definitions need.
-    SmartFolderNeeds needs() const;
 
     /// The definition's name, or "Unavailable Smart Folder".
     QString name(const QUuid& id) const;
@@ -76,8 +74,7 @@ public:
     /// The same for an evaluation.
     QString notice(const SmartFolderDefinition& definition,
                    const SmartFolderEvaluation& evaluation) const;
-    /// A folder's contents; empty before the first round.
-    QStringList appKeys(const QUuid& id, LauncherWindowMode mode) const;
+    /// A folder's contents; null before the first round.
     const SmartFolderEvaluation* evaluation(const QUuid& id, LauncherWindowMode mode) const;
     using Evaluations = QHash<QUuid, SmartFolderEvaluation>;
     const Evaluations& evaluations(LauncherWindowMode mode) const { return _evaluations[at(mode)]; }

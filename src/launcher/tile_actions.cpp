@@ -5,6 +5,7 @@
 #include "launcher/launcher_history.h"
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_updates.h"
+#include "launcher/tile_opener.h"
 #include "platform/texts.h"
 
 namespace tessellar {
@@ -18,7 +19,7 @@ bool isAlias(const LaunchpadItem& item) { return item.app() && item.app()->alias
 // ---- the actions
 
 ActionRequest open(const Context& context, const QString&) {
-    context.launcher.open(context.mode(), *context.target.item);
+    context.launcher.opener().open(context.mode(), *context.target.item);
     return ActionRequest::none;
 }
 
@@ -40,13 +41,13 @@ ActionRequest showWhere(const Context& context, const QString&) {
     const auto at = locate(context.layout.pages(), context.target.item->id());
     if (!at)
         return ActionRequest::none;
-    while (!context.layout.folderStack().isEmpty())
-        context.layout.closeFolder();
+    while (!context.layout.navigation().folderStack().isEmpty())
+        context.layout.navigation().closeFolder();
     for (const QUuid& folder : at->folders) {
-        context.layout.reveal(folder);
-        context.layout.openFolder(folder);
+        context.layout.navigation().reveal(folder);
+        context.layout.navigation().openFolder(folder);
     }
-    context.layout.reveal(context.target.item->id());
+    context.layout.navigation().reveal(context.target.item->id());
     return ActionRequest::whereabouts;
 }
 
@@ -223,7 +224,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
      [](const Context& c) { return c.isEditable && c.launcher.clipboard().hasTiles(); },
      [](const Context& c, const QString&) {
          if (c.target.item)
-             c.layout.select(c.tiles);
+             c.layout.navigation().select(c.tiles);
          c.launcher.clipboard().paste(c.mode());
          return ActionRequest::none;
      },

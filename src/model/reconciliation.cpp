@@ -105,7 +105,7 @@ private:
 
     void remember(const Pages& before) {
         if (!_result.dropped.isEmpty() || !_closed.isEmpty())
-            sayWhatClosed(before);
+            noteWhatClosed(before);
         RememberedPlaces& places = _result.places;
         for (const MatchedTile& tile : std::as_const(_match.tiles)) {
             if (tile.isAbsent || tile.wasAbsent)
@@ -127,7 +127,7 @@ private:
         std::ranges::sort(places.closedFolders);
     }
 
-    void sayWhatClosed(const Pages& before) {
+    void noteWhatClosed(const Pages& before) {
         forEachItem(before, [&](const LaunchpadItem& item) {
             if (item.folder() && _closed.contains(item.id()))
                 _result.closedFolders.append(item.id());

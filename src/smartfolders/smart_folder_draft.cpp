@@ -35,6 +35,23 @@ QList<SmartFolderOption> menuOf(const QStringList& words, const QString& chosen)
     return result;
 }
 
+QList<SmartFolderOption> fieldMenu(const QString& chosen) {
+    QList<SmartFolderOption> result;
+    for (const QStringList& names : smartFolderFieldNames()) {
+        if (!result.isEmpty())
+            result.append(SmartFolderOption());
+        result.append(menuOf(names, chosen));
+    }
+    return result;
+}
+
+QList<SmartFolderOption> sortFieldMenu(const QString& chosen) {
+    QStringList names;
+    for (const auto field : SmartFolderSortField::all())
+        names.append(field.rawValue());
+    return menuOf(names, chosen);
+}
+
 template <typename E>
 QList<SmartFolderOption> menuOf(E chosen) {
     QStringList words;
@@ -68,34 +85,6 @@ QList<SmartFolderValidationIssue> SmartFolderDraft::issues() const {
 }
 
 // ---- beside the rules
-
-QList<SmartFolderOption> SmartFolderDraft::matchModes() const { return menuOf(_definition.matchMode); }
-
-void SmartFolderDraft::setMatchMode(const QString& word) {
-    if (const auto mode = json::fromRawValue<SmartFolderMatchMode>(word))
-        _definition.matchMode = *mode;
-}
-
-QList<SmartFolderOption> SmartFolderDraft::sortFields() const {
-    QStringList names;
-    for (const auto field : SmartFolderSortField::all())
-        names.append(field.rawValue());
-    return menuOf(names, _definition.sort.field.rawValue());
-}
-
-void SmartFolderDraft::setSortField(const QString& word) {
-    if (const auto field = SmartFolderSortField::named(word))
-        _definition.sort.field = *field;
-}
-
-QList<SmartFolderOption> SmartFolderDraft::sortDirections() const {
-    return menuOf(_definition.sort.direction);
-}
-
-void SmartFolderDraft::setSortDirection(const QString& word) {
-    if (const auto direction = json::fromRawValue<SmartFolderSortDirection>(word))
-        _definition.sort.direction = *direction;
-}
 
 void SmartFolderDraft::setHasLimit(bool hasLimit) {
     if (hasLimit == this->hasLimit())
@@ -206,38 +195,62 @@ void SmartFolderDraft::removeRule(qsizetype place) {
     _definition.rules.removeAt(place);
 }
 
-QList<SmartFolderOption> SmartFolderDraft::fields(qsizetype place) const {
-    QList<SmartFolderOption> result;
-    const QString chosen = has(place) ? _definition.rules.at(place).fieldName() : QString();
-    for (const QStringList& names : smartFolderFieldNames()) {
-        if (!result.isEmpty())
-            result.append(SmartFolderOption());
-        result.append(menuOf(names, chosen));
+// ---- menus
+
+QList<SmartFolderOption> SmartFolderDraft::options(const SmartFolderMenu& menu) const {
+    using enum SmartFolderMenu::Kind;
+    switch (menu.kind) {
+    case matchMode:
+        return menuOf(_definition.matchMode);
+    case sortField:
+        return sortFieldMenu(_definition.sort.field.rawValue());
+    case sortDirection:
+        return menuOf(_definition.sort.direction);
+    default:
+        break;
     }
-    return result;
-}
-
-void SmartFolderDraft::setField(qsizetype place, const QString& word) {
-    if (has(place) && word != _definition.rules.at(place).fieldName())
-        replace(place, withField(_definition.rules.at(place), word, _today));
-}
-
-QList<SmartFolderOption> SmartFolderDraft::predicates(qsizetype place) const {
-    if (!has(place))
+    if (!has(menu.rule))
         return {};
-    const SmartFolderRule& rule = _definition.rules.at(place);
-    return menuOf(predicateNames(rule), predicateName(rule));
+    const SmartFolderRule& rule = _definition.rules.at(menu.rule);
+    return menu.kind == field       ? fieldMenu(rule.fieldName())
+           : menu.kind == predicate ? menuOf(predicateNames(rule), predicateName(rule))
+                                    : operandOptions(menu.rule, menu.operand);
 }
 
-void SmartFolderDraft::setPredicate(qsizetype place, const QString& word) {
-    if (has(place) && word != predicateName(_definition.rules.at(place)))
-        replace(place, withPredicate(_definition.rules.at(place), word, _today));
+/// Assigns the value of a word, if it has one.
+template <typename T>
+static void assign(T& to, const std::optional<T>& value) {
+    to = value.value_or(to);
+}
+
+void SmartFolderDraft::choose(const SmartFolderMenu& menu, const QString& word) {
+    using enum SmartFolderMenu::Kind;
+    auto& sort = _definition.sort;
+    switch (menu.kind) {
+    case matchMode:
+        return assign(_definition.matchMode, json::fromRawValue<SmartFolderMatchMode>(word));
+    case sortField:
+        return assign(sort.field, SmartFolderSortField::named(word));
+    case sortDirection:
+        return assign(sort.direction, json::fromRawValue<SmartFolderSortDirection>(word));
+    default:
+        break;
+    }
+    if (!has(menu.rule))
+        return;
+    const SmartFolderRule& rule = _definition.rules.at(menu.rule);
+    if (menu.kind == operand)
+        chooseOperand(menu.rule, menu.operand, word);
+    else if (menu.kind == field && word != rule.fieldName())
+        replace(menu.rule, withField(rule, word, _today));
+    else if (menu.kind == predicate && word != predicateName(rule))
+        replace(menu.rule, withPredicate(rule, word, _today));
 }
 
 // ---- operands
 
-QList<SmartFolderOption> SmartFolderDraft::choices(qsizetype place, qsizetype operand) const {
-    if (!has(place) || operand < 0 || operand >= operandsOf(_definition.rules.at(place)).size())
+QList<SmartFolderOption> SmartFolderDraft::operandOptions(qsizetype place, qsizetype operand) const {
+    if (operand < 0 || operand >= operandsOf(_definition.rules.at(place)).size())
         return {};
     const SmartFolderRule& rule = _definition.rules.at(place);
     const Operand value = operandsOf(rule).at(operand);
@@ -262,8 +275,8 @@ QList<SmartFolderOption> SmartFolderDraft::choices(qsizetype place, qsizetype op
     return result;
 }
 
-void SmartFolderDraft::choose(qsizetype place, qsizetype operand, const QString& word) {
-    const auto offered = choices(place, operand);
+void SmartFolderDraft::chooseOperand(qsizetype place, qsizetype operand, const QString& word) {
+    const auto offered = operandOptions(place, operand);
     if (std::ranges::find(offered, word, &SmartFolderOption::word) == offered.end() || word.isEmpty())
         return;
     const SmartFolderRule& rule = _definition.rules.at(place);
@@ -283,7 +296,7 @@ void SmartFolderDraft::choose(qsizetype place, qsizetype operand, const QString&
 
 void SmartFolderDraft::type(qsizetype place, qsizetype operand, const QString& text) {
     if (!has(place) || operand < 0 || operand >= operandsOf(_definition.rules.at(place)).size() ||
-        !choices(place, operand).isEmpty())
+        !operandOptions(place, operand).isEmpty())
         return;
     const SmartFolderRule& rule = _definition.rules.at(place);
     const auto read = std::visit(

@@ -9,6 +9,14 @@
 
 namespace tessellar {
 
+/// One of a draft's menus. The last three are of a rule, the last of one of its operands.
+struct SmartFolderMenu {
+    enum class Kind { matchMode, sortField, sortDirection, field, predicate, operand };
+    Kind kind;
+    qsizetype rule = -1;
+    qsizetype operand = -1;
+};
+
 /// One choice in a menu.
 struct SmartFolderOption {
     QString word; ///< empty for a separator
@@ -57,12 +65,11 @@ public:
     void setName(const QString& name) { _definition.name = name; }
     void setSymbolName(const std::optional<QString>& name) { _definition.customSymbolName = name; }
 
-    QList<SmartFolderOption> matchModes() const;
-    void setMatchMode(const QString& word);
-    QList<SmartFolderOption> sortFields() const;
-    void setSortField(const QString& word);
-    QList<SmartFolderOption> sortDirections() const;
-    void setSortDirection(const QString& word);
+    /// A menu's choices; empty if there is no such rule, or the operand is typed.
+    QList<SmartFolderOption> options(const SmartFolderMenu& menu) const;
+    /// Chooses a word, or toggles it if several can be chosen. A new field keeps as much as possible of
+    /// the predicate and its values.
+    void choose(const SmartFolderMenu& menu, const QString& word);
 
     bool hasLimit() const { return _definition.resultLimit.has_value(); }
     void setHasLimit(bool hasLimit);
@@ -75,15 +82,6 @@ public:
     SmartFolderRuleRow row(qsizetype rule) const;
     void insertRule(qsizetype place, const QUuid& id);
     void removeRule(qsizetype rule);
-    QList<SmartFolderOption> fields(qsizetype rule) const;
-    /// The new field keeps as much as possible of the predicate and its values.
-    void setField(qsizetype rule, const QString& word);
-    QList<SmartFolderOption> predicates(qsizetype rule) const;
-    void setPredicate(qsizetype rule, const QString& word);
-    /// The choices for an operand; empty if it is typed.
-    QList<SmartFolderOption> choices(qsizetype rule, qsizetype operand) const;
-    /// Chooses a word, or toggles it if several can be chosen.
-    void choose(qsizetype rule, qsizetype operand, const QString& word);
     void type(qsizetype rule, qsizetype operand, const QString& text);
     /// Increments by numbers or days.
     void step(qsizetype rule, qsizetype operand, int by);
@@ -111,6 +109,8 @@ private:
     bool has(qsizetype rule) const { return rule >= 0 && rule < ruleCount(); }
     void replace(qsizetype rule, SmartFolderRule with);
     void setOperand(qsizetype rule, qsizetype operand, const SmartFolderOperand& value);
+    QList<SmartFolderOption> operandOptions(qsizetype rule, qsizetype operand) const;
+    void chooseOperand(qsizetype rule, qsizetype operand, const QString& word);
     QStringList words(const SmartFolderRule& rule) const;
     void forgetTyped(const SmartFolderRule& rule);
 
@@ -123,6 +123,10 @@ private:
     /// Input that could not be parsed, by rule and operand.
     QMap<std::pair<QUuid, qsizetype>, QString> _unread;
     std::optional<QString> _unreadLimit;
+};
+
+template <>
+struct json::RawValues<SmartFolderMenu::Kind> : json::EnumeratorNames<SmartFolderMenu::Kind::operand> {
 };
 
 } // namespace tessellar

@@ -10,7 +10,7 @@ constexpr qsizetype longestVersion = 100;
 constexpr qsizetype longestToken = 128;
 
 /// True for control and format characters, private-use and unassigned code points.
-static bool isUnseen(QChar c) {
+static bool isInvisible(QChar c) {
     switch (c.category()) {
     case QChar::Other_Control:
     case QChar::Other_Format:
@@ -37,7 +37,7 @@ QString toSingleLine(QStringView text, qsizetype longest) {
             continue;
         }
         const bool isPair = c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
-        if (isUnseen(c) || (c.isSurrogate() && !isPair))
+        if (isInvisible(c) || (c.isSurrogate() && !isPair))
             continue;
         if (std::exchange(isSpaceDue, false))
             line += u' ';

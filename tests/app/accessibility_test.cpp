@@ -138,11 +138,11 @@ protected:
 
     /// The tile is A01.
     void open(const QString& sheet) {
-        launcher().openMenu(tileSheets.contains(sheet) ? tile(u"A01"_s)->property("tileId").toString()
-                                                       : QString(),
-                            {100, 100});
-        launcher().menu()->close();
-        Q_EMIT launcher().menu()->chosen(sheet);
+        launcher().input()->openMenu(
+            tileSheets.contains(sheet) ? tile(u"A01"_s)->property("tileId").toString() : QString(),
+            {100, 100});
+        launcher().input()->menu()->close();
+        Q_EMIT launcher().input()->menu()->chosen(sheet);
         ASSERT_TRUE(comes(u"sheetCard"_s));
     }
     void close() {

@@ -31,7 +31,7 @@ struct DragIntentTest : SmallLauncher {
         start();
         drag = std::make_unique<TileDrag>(*launcher, time, [this] {
             return TileDrag::Area{.pages = launcher->shown().shownPages(),
-                                  .page = launcher->shown().currentPage(),
+                                  .page = launcher->shown().navigation().currentPage(),
                                   .frame = {0, 0, 1400, 800},
                                   .cells = metrics};
         });
@@ -44,7 +44,9 @@ struct DragIntentTest : SmallLauncher {
         return {metrics.left + (cell % 8 + 0.5) * metrics.cellWidth,
                 metrics.top + (cell / 8 + 0.5) * metrics.cellHeight};
     }
-    Page tiles() const { return launcher->shown().shownPages().tiles(launcher->shown().currentPage()); }
+    Page tiles() const {
+        return launcher->shown().shownPages().tiles(launcher->shown().navigation().currentPage());
+    }
     QString idOf(int i) { return toText(tiles().at(i).id()); }
     double random(double from, double to) {
         return std::uniform_real_distribution(from, to)(generator);
@@ -63,7 +65,7 @@ struct DragIntentTest : SmallLauncher {
     }
     /// The order that what is shown promises; empty where a folder is promised, or nothing.
     QStringList promised(int lifted) {
-        const int page = launcher->shown().currentPage();
+        const int page = launcher->shown().navigation().currentPage();
         const QList<int> slots = drag->slotsOf(false, page);
         const QStringList shown = labels();
         QStringList order;
@@ -186,13 +188,13 @@ TEST_F(DragIntentTest, WhereAPageGoesUnderTheHandTheNextIsAimedAt) {
         maybeRest();
         ASSERT_TRUE(launcher->editor().hideApps(launcher->shown().mode(), {test::idOf(name(8))}));
         drag->follow();
-        ASSERT_TRUE(drag->isLifted()) << i;
+        ASSERT_TRUE(drag->isActive()) << i;
         ASSERT_EQ(labels().first(), name(9)) << "the page that was behind it";
         maybeRest();
         grouped += dropsAsPromised(tile) ? 1 : 0;
         ASSERT_FALSE(HasFailure()) << i;
         undoAll();
-        launcher->shown().setCurrentPage(0);
+        launcher->shown().navigation().setCurrentPage(0);
     }
     EXPECT_GT(grouped, 5);
     EXPECT_LT(grouped, 55);

@@ -4,6 +4,7 @@
 #include "app/pager_item.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/launcher_settings.h"
 #include "launcher/live_layout.h"
 #include "sample/mac_builder.h"
 #include "support/items.h"
@@ -74,7 +75,7 @@ protected:
     void layOut() { (void)window->photograph(); }
     void set(const QString& setting, const QJsonValue& value) {
         ASSERT_TRUE(mac.machine.settings.set(setting, value));
-        viewModel().applySettings();
+        viewModel().settings().stored.notify();
     }
 
     /// The item of a tile, by its label; null when no page that exists shows it.
@@ -220,8 +221,8 @@ protected:
     }
     QString selectedLabel() {
         const LaunchpadItem* item =
-            viewModel().shown().selectedItemID()
-                ? viewModel().shown().item(*viewModel().shown().selectedItemID())
+            viewModel().shown().navigation().selectedItemID()
+                ? viewModel().shown().item(*viewModel().shown().navigation().selectedItemID())
                 : nullptr;
         return !item ? QString() : item->app() ? item->app()->name : item->folder()->name;
     }

@@ -11,7 +11,7 @@ namespace {
 /// The window shows what there is, launches it, and turns its pages.
 class LauncherWindowTest : public LauncherFixture {
 protected:
-    int page() { return viewModel().shown().currentPage(); }
+    int page() { return viewModel().shown().navigation().currentPage(); }
 };
 
 TEST_F(LauncherWindowTest, ShowsThePagesWithTheirIcons) {
@@ -202,7 +202,7 @@ TEST_F(LauncherWindowTest, AnAlertStandsBeforeEverythingAndADamagedLayoutIsReset
     EXPECT_FALSE(launcher().alert()->isOpen());
     EXPECT_FALSE(viewModel().history().guard(mode())) << "left as it is";
     lift(at(u"Ash"_s), {900, 600});
-    EXPECT_FALSE(launcher().drag()->isLifted());
+    EXPECT_FALSE(launcher().drag()->isActive());
     release({900, 600});
     EXPECT_FALSE(launcher().notice().isEmpty()) << "and it is said why";
 

@@ -113,9 +113,9 @@ TEST_F(SearchTest, ScatteredHitsStandApartAndHiddenOnesSayIt) {
     type(u"now"_s);
     ASSERT_TRUE(isSeen(u"Nowhere"_s) && isSeen(u"Nine Oaks Wide"_s) && isSeen(u"Unknown"_s));
     EXPECT_EQ(property(u"Nowhere"_s, "place"), u"Hidden");
-    EXPECT_EQ(property(u"Nowhere"_s, "isWeak"), u"false");
-    EXPECT_EQ(property(u"Unknown"_s, "isWeak"), u"false");
-    EXPECT_EQ(property(u"Nine Oaks Wide"_s, "isWeak"), u"true");
+    EXPECT_EQ(property(u"Nowhere"_s, "isWeakMatch"), u"false");
+    EXPECT_EQ(property(u"Unknown"_s, "isWeakMatch"), u"false");
+    EXPECT_EQ(property(u"Nine Oaks Wide"_s, "isWeakMatch"), u"true");
     QQuickItem* divider = named(u"matchDivider"_s);
     ASSERT_TRUE(divider);
     const QPointF before = tile(u"Nine Oaks Wide"_s)->mapToItem(divider, {});

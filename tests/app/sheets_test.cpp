@@ -66,7 +66,7 @@ TEST_F(SheetsTest, AllAboutAnApplicationIsAKeyAway) {
 
 TEST_F(SheetsTest, ArrangementsAreSavedRenamedReplacedDeletedAndRestored) {
     start();
-    launcher().openArrangements();
+    launcher().panels()->openArrangements();
     ASSERT_TRUE(comes(u"arrangementsSheet"_s));
     const auto more = [&](const QString& title) {
         clickNamed(u"arrangementMore"_s);
@@ -164,7 +164,7 @@ TEST_F(SheetsTest, WaysToArrangeAreLookedThroughBeforeOneIsTaken) {
     const Pages before = viewModel().shown().pages();
     ArrangingPanel& panel = *panels().arranging();
     const auto open = [&](bool isWelcome) {
-        launcher().openArranging(isWelcome);
+        launcher().panels()->openArranging(isWelcome);
         ASSERT_TRUE(comes(u"arrangingSheet"_s));
         ASSERT_TRUE(QTest::qWaitFor([&] { return panel.choices().size() == 2; }));
     };
@@ -347,7 +347,7 @@ TEST_F(SettingsSheetTest, WhatCannotBeIsSaidAndNotStored) {
     EXPECT_TRUE(stored().values().isEmpty());
     panel().choose(u"appearance"_s, 1);
     mac.settle();
-    EXPECT_EQ(launcher().appearance(), u"light");
+    EXPECT_EQ(launcher().appearance()->theme(), u"light");
     EXPECT_TRUE(panel().issue().isEmpty());
     panel().act(u"copyToggleCommand"_s); // where the desktop keeps keys to itself
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"tessellarctl toggle");

@@ -34,7 +34,7 @@ protected:
     }
     QStringList matches() {
         QStringList names;
-        for (const QVariant& match : panel().matches())
+        for (const QVariant& match : panel().preview().matches)
             names += match.toMap().value(u"name"_s).toString();
         return names;
     }
@@ -86,7 +86,7 @@ TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
     press(Qt::Key_Tab);
     type(u"as"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return matches() == QStringList{u"Ash"_s, u"Aspen"_s}; }));
-    EXPECT_EQ(panel().summary(), u"2 apps match.");
+    EXPECT_EQ(panel().preview().summary, u"2 apps match.");
     press(Qt::Key_Return);
     EXPECT_EQ(launcher().sheets()->current(), QString());
     EXPECT_TRUE(tile(u"trees"_s));
@@ -147,7 +147,7 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
     EXPECT_EQ(std::get<SmartFolderTextRule>(after.rules.first().value()).predicate,
               SmartFolderTextPredicate(predicate::Contains(u"bee"_s)));
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        return viewModel().smartFolders().appKeys(before.id, mode()) ==
+        return viewModel().smartFolders().evaluations(mode()).value(before.id).appKeys() ==
                QStringList{u"org.example.beech"_s};
     }));
 }
@@ -197,11 +197,11 @@ TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth
     press(Qt::Key_Up);
     EXPECT_EQ(value(), u"2/29/2024");
     press(Qt::Key_Down, Qt::AltModifier);
-    ASSERT_TRUE(panel().days()->isOpen());
+    ASSERT_TRUE(panel().popups()->days()->isOpen());
     layOut();
-    EXPECT_EQ(panel().days()->title(), u"February 2024");
+    EXPECT_EQ(panel().popups()->days()->title(), u"February 2024");
     press({Qt::Key_Right, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Return});
-    EXPECT_FALSE(panel().days()->isOpen());
+    EXPECT_FALSE(panel().popups()->days()->isOpen());
     EXPECT_EQ(value(), u"4/8/2024");
     press(Qt::Key_Down, Qt::AltModifier);
     clickNamed(u"monthTurn-1"_s);
@@ -209,7 +209,7 @@ TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth
     EXPECT_EQ(value(), u"3/17/2024");
     press(Qt::Key_Down, Qt::AltModifier);
     press(Qt::Key_Escape);
-    EXPECT_FALSE(panel().days()->isOpen());
+    EXPECT_FALSE(panel().popups()->days()->isOpen());
     EXPECT_TRUE(panel().isOpen());
     type(u"1/2/2025"_s);
     EXPECT_EQ(value(), u"1/2/2025") << "the field has the keyboard again";
@@ -240,7 +240,7 @@ TEST_F(SmartFolderSheetTest, SeveralAreChosenFromAMenuThatStays) {
     choose(u"Photos"_s);
     choose(u"Camera"_s);
     choose(u"Contacts"_s);
-    EXPECT_TRUE(panel().choices()->isOpen());
+    EXPECT_TRUE(panel().popups()->choices()->isOpen());
     press(Qt::Key_Escape);
     EXPECT_EQ(value("ruleChoice"), u"Photos, Contacts");
     // A text is suggested from what applications have, and the field goes on from there.

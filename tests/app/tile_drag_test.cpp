@@ -23,8 +23,8 @@ protected:
         QTest::mouseMove(&view(), there);
         release(there);
     }
-    bool isLifted() { return launcher().drag()->isLifted(); }
-    int page() { return viewModel().shown().currentPage(); }
+    bool isLifted() { return launcher().drag()->isActive(); }
+    int page() { return viewModel().shown().navigation().currentPage(); }
     /// A smart folder of all whose names begin with A.
     QUuid addSmartFolder() {
         EXPECT_TRUE(editor().addSmartFolder(mode(), SmartFolderTemplate::installedThisWeek));
@@ -36,8 +36,10 @@ protected:
         return all.id;
     }
     bool shows(const QUuid& smartFolder, qsizetype count) {
-        return QTest::qWaitFor(
-            [&] { return viewModel().smartFolders().appKeys(smartFolder, mode()).size() == count; });
+        return QTest::qWaitFor([&] {
+            return viewModel().smartFolders().evaluations(mode()).value(smartFolder).matches.size() ==
+                   count;
+        });
     }
 };
 
@@ -194,7 +196,7 @@ TEST_F(TileDragTest, ASelectionIsCarriedWhole) {
     click(u"A01"_s, Qt::ControlModifier);
     click(u"A02"_s, Qt::ControlModifier);
     EXPECT_EQ(opened(), QStringList());
-    EXPECT_EQ(launcher().selectedIds().size(), 2);
+    EXPECT_EQ(launcher().selection()->ids().size(), 2);
     // Both leave their slots, and the folder takes the place of one of them.
     const int second = at(u"A02"_s).x();
     lift(at(u"A02"_s), beside(u"F"_s, 300));
@@ -211,7 +213,7 @@ TEST_F(TileDragTest, ASelectionIsCarriedWhole) {
 }
 
 TEST_F(TileDragTest, WhatASmartFolderShowsStaysInIt) {
-    viewModel().shown().openFolder(addSmartFolder());
+    viewModel().shown().navigation().openFolder(addSmartFolder());
     ASSERT_TRUE(rests());
     const QString before = shownTiles();
     drag(at(u"A01"_s), {view().width() / 2, view().height() - 30});
@@ -239,9 +241,9 @@ TEST_F(TileDragTest, TilesThatGoLeaveTheHandAndTheHeldOneEndsTheDrag) {
     click(u"A01"_s, Qt::ControlModifier);
     click(u"A02"_s, Qt::ControlModifier);
     lift(at(u"A01"_s), {900, 500});
-    ASSERT_EQ(launcher().drag()->liftedIds().size(), 2);
+    ASSERT_EQ(launcher().drag()->tileIds().size(), 2);
     ASSERT_TRUE(editor().hideApps(mode(), {idOf(u"A02"_s)}));
-    EXPECT_EQ(launcher().drag()->liftedIds(), QStringList{toText(idOf(u"A01"_s))});
+    EXPECT_EQ(launcher().drag()->tileIds(), QStringList{toText(idOf(u"A01"_s))});
     ASSERT_TRUE(editor().hideApps(mode(), {idOf(u"A01"_s)}));
     EXPECT_FALSE(isLifted());
     release({200, 300});

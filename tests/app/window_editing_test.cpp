@@ -22,7 +22,7 @@ protected:
     }
     QStringList selected() {
         QStringList labels;
-        for (const QString& id : launcher().selectedIds())
+        for (const QString& id : launcher().selection()->ids())
             labels += launcher().tileView(id).value(u"label"_s).toString();
         return labels;
     }
@@ -69,11 +69,11 @@ TEST_F(WindowEditingTest, AQuestionIsAnsweredWithButtonsAndKeysAndReturnDoesNotD
 
 TEST_F(WindowEditingTest, TheMenuOfATileEditsIt) {
     rightClick(u"A01"_s);
-    EXPECT_TRUE(launcher().menu()->isOpen());
+    EXPECT_TRUE(launcher().input()->menu()->isOpen());
     EXPECT_FALSE(launcher().drag()->isPressed());
     choose(u"Hide"_s);
     EXPECT_FALSE(tile(u"A01"_s));
-    EXPECT_FALSE(launcher().menu()->isOpen());
+    EXPECT_FALSE(launcher().input()->menu()->isOpen());
     chooseInGrid(u"Unhide"_s);
     choose(u"A01"_s);
     EXPECT_TRUE(tile(u"A01"_s));
@@ -88,7 +88,7 @@ TEST_F(WindowEditingTest, TheMenuOfATileEditsIt) {
 
 TEST_F(WindowEditingTest, AMenuIsUsedByKeysAloneAndClosedBesideIt) {
     press({Qt::Key_Right, Qt::Key_Menu});
-    MenuModel& menu = *launcher().menu();
+    MenuModel& menu = *launcher().input()->menu();
     ASSERT_TRUE(menu.isOpen());
     type(u"hi"_s);
     EXPECT_EQ(menu.entries().value(menu.current()).toMap()[u"title"_s], u"Hide"_s);

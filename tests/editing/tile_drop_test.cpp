@@ -28,9 +28,9 @@ protected:
                         .gap = gap,
                         .folder = {},
                         .rulesDecide = false,
-                        .lifted = {}};
+                        .moving = {}};
         for (const QString& name : lifted)
-            result.lifted.insert(idOf(name));
+            result.moving.insert(idOf(name));
         return result;
     }
     /// The arrangement after letting go there.
@@ -38,9 +38,9 @@ protected:
         const Drop drop = dropAt(grid, point);
         const GridCapacities capacities{6, 6};
         const auto result = drop.kind == Kind::onto
-                                ? groupTiles(layout, grid.lifted.values(), drop.target, idOf(u"new"_s),
+                                ? groupTiles(layout, grid.moving.values(), drop.target, idOf(u"new"_s),
                                              Locale(u"en_US"_s), capacities)
-                                : moveTiles(layout, grid.lifted.values(), drop.place, capacities);
+                                : moveTiles(layout, grid.moving.values(), drop.place, capacities);
         return result ? sketch(result->pages) : code(result.error());
     }
 };
@@ -63,8 +63,8 @@ TEST_F(TileDropTest, TheGapStaysWhileThePointerIsOnItOrOnTheMiddleOfATile) {
     EXPECT_EQ(dropAt(over, {2.5, 0.5}).target, idOf(u"b"_s)) << "drawn after the gap";
     EXPECT_EQ(dropAt(over, {2.1, 0.5}).slot, 1);
     EXPECT_EQ(dropAt(over, {2.9, 0.5}).slot, 2);
-    EXPECT_EQ(slotsAround(over.pages.tiles(0), over.lifted, 1), (QList<int>{0, 2, 3, 4}));
-    EXPECT_EQ(slotsAround(over.pages.tiles(1), over.lifted, {}), (QList<int>{-1, 0, 1}));
+    EXPECT_EQ(slotsAround(over.pages.tiles(0), over.moving, 1), (QList<int>{0, 2, 3, 4}));
+    EXPECT_EQ(slotsAround(over.pages.tiles(1), over.moving, {}), (QList<int>{-1, 0, 1}));
 }
 
 TEST_F(TileDropTest, TheMiddleOfATileGroupsAndThatOfAFolderTakesIn) {

@@ -57,7 +57,7 @@ protected:
     }
     bool press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
         ActionTarget target;
-        if (const auto& selected = launcher->shown().selectedItemID())
+        if (const auto& selected = launcher->shown().navigation().selectedItemID())
             target.item = *launcher->shown().item(*selected);
         const bool meant = performShortcut(*launcher, target, key, modifiers).has_value();
         mac.settle();
@@ -102,7 +102,7 @@ TEST_F(ActionsTest, EntriesDoWhatTheySay) {
 }
 
 TEST_F(ActionsTest, TheMenuOfASelectionIsAboutAllOfIt) {
-    launcher->shown().select({idOf(u"Dogwood"_s), idOf(u"Ash"_s)});
+    launcher->shown().navigation().select({idOf(u"Dogwood"_s), idOf(u"Ash"_s)});
     EXPECT_EQ(choices(on(u"Ash"_s)).join(u' '), u"cut copy moveTo group hide");
     perform(u"moveTo:2"_s, on(u"Ash"_s));
     EXPECT_EQ(sketched(), u"[Trees: Beech Cedar]|~Cedar|Ash Dogwood");
@@ -119,24 +119,24 @@ TEST_F(ActionsTest, ASmartFolderComesFromATemplateAndGoesWhenThatWasConfirmed) {
     const ActionTarget target{.item = *launcher->shown().item(id)};
     EXPECT_THAT(choices(target), IsSupersetOf({u"open"_s, u"rename"_s, u"editSmartFolder"_s,
                                                u"removeSmartFolderTile"_s, u"deleteSmartFolder"_s}));
-    EXPECT_EQ(launcher->shown().selectedItemID(), id) << "a new one is shown";
+    EXPECT_EQ(launcher->shown().navigation().selectedItemID(), id) << "a new one is shown";
 
     // Its tile can go without it, and come back.
     perform(u"removeSmartFolderTile"_s, target);
     EXPECT_FALSE(launcher->shown().item(id));
     EXPECT_EQ(titlesIn(u"showSmartFolder"_s), QStringList{u"Installed This Week"_s});
-    launcher->shown().setCurrentPage(1);
-    launcher->shown().select(std::nullopt);
+    launcher->shown().navigation().setCurrentPage(1);
+    launcher->shown().navigation().select(std::nullopt);
     perform(u"showSmartFolder:"_s + toText(id));
     EXPECT_EQ(sketched(), u"Ash [Trees: Beech Cedar]|Dogwood ~Cedar *");
     EXPECT_THAT(choices(), Not(Contains(u"showSmartFolder"_s)));
 
-    ASSERT_TRUE(launcher->shown().openFolder(id));
+    ASSERT_TRUE(launcher->shown().navigation().openFolder(id));
     EXPECT_EQ(perform(u"editSmartFolder"_s), ActionRequest::rules) << "the one whose background it is";
     EXPECT_EQ(launcher->smartFolderEditing().draft()->definition().id, id);
     EXPECT_THAT(choices(), Not(Contains(u"paste"_s))) << "its rules decide what is in it";
     EXPECT_THAT(choices(on(u"Ash"_s)), Not(Contains(u"cut"_s)));
-    launcher->shown().closeFolder();
+    launcher->shown().navigation().closeFolder();
 
     perform(u"deleteSmartFolder"_s, target);
     EXPECT_EQ(asked(), u"Delete “Installed This Week”?");
@@ -195,9 +195,9 @@ TEST_F(ActionsTest, AFoundApplicationWithoutATileCanBeOpenedAndShown) {
 }
 
 TEST_F(ActionsTest, KeysDoWhatTheMenuDoes) {
-    launcher->shown().select(idOf(u"Ash"_s));
+    launcher->shown().navigation().select(idOf(u"Ash"_s));
     EXPECT_TRUE(press(Qt::Key_X));
-    launcher->shown().select(idOf(u"Dogwood"_s));
+    launcher->shown().navigation().select(idOf(u"Dogwood"_s));
     EXPECT_TRUE(press(Qt::Key_V)); // after the selected tile
     EXPECT_EQ(sketched(), u"[Trees: Beech Cedar]|Dogwood Ash ~Cedar");
     EXPECT_TRUE(press(Qt::Key_Z));
@@ -205,7 +205,7 @@ TEST_F(ActionsTest, KeysDoWhatTheMenuDoes) {
     EXPECT_EQ(sketched(), u"[Trees: Beech Cedar]|Dogwood Ash ~Cedar");
     EXPECT_FALSE(press(Qt::Key_Y)); // nothing is left to redo
     EXPECT_TRUE(press(Qt::Key_A));
-    EXPECT_EQ(launcher->shown().selectedItemIDs().size(), 1);
+    EXPECT_EQ(launcher->shown().navigation().selectedItemIDs().size(), 1);
     EXPECT_FALSE(press(Qt::Key_K));
 }
 

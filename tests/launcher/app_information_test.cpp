@@ -100,7 +100,7 @@ TEST_F(AppInformationTest, ComesAsItIsFoundAndEndsWithAllOfIt) {
                             .identifier = u"org.example.cask"_s});
     rescan();
     const QString key = u"/Applications/Cask.app"_s; // of several copies
-    launcher->launch(key);
+    launcher->opener().launch(key);
     mac.settle();
 
     const QList<AppInformation> all = ask(key);

@@ -77,7 +77,7 @@ TEST_F(EditorTest, ResetAndRestoredArrangementsAreStepsWithACopyKeptFirst) {
     EXPECT_EQ(sketched(), u"Ash Beech Cedar Dogwood");
     EXPECT_EQ(stored(), sketched());
     ASSERT_TRUE(mac.settings.set(u"gridRows"_s, 6));
-    launcher->applySettings();
+    launcher->settings().stored.notify();
     install(u"Elm"_s);
     rescan();
     const QString before = u"Ash Beech Cedar Dogwood Elm"_s;

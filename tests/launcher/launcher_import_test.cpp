@@ -56,7 +56,7 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     arranged[1][0].app()->name = u"Cedrus"_s;
     store(arranged, {u"org.example.dogwood"_s});
     start();
-    launcher->shown().setCurrentPage(1);
+    launcher->shown().navigation().setCurrentPage(1);
     int previews = 0;
     const LayoutDocument before = launcher->shown().document();
 
@@ -79,7 +79,7 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     // What it did not hold comes on a page of its own, under the user's name for it.
     EXPECT_EQ(sketched(), u"Elm [Work: Fagus|Dogwood]|Ash|Cedrus");
     EXPECT_EQ(launcher->shown().hiddenKeys(), before.hiddenKeys);
-    EXPECT_EQ(launcher->shown().currentPage(), 0);
+    EXPECT_EQ(launcher->shown().navigation().currentPage(), 0);
     EXPECT_EQ(launcher->shown().pages()[1][0].id(), idOf(u"Ash"_s)) << "the same tile elsewhere";
     EXPECT_EQ(stored(), launcher->shown().document());
     EXPECT_EQ(imported->appCount, 4);
@@ -103,7 +103,7 @@ TEST_F(LauncherImportTest, ReplacesTheArrangementInOneStepThatCanBeTakenBack) {
     EXPECT_EQ(steps().last(), u"Import Launchpad Layout");
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(launcher->shown().document(), before);
-    EXPECT_EQ(launcher->shown().currentPage(), 1);
+    EXPECT_EQ(launcher->shown().navigation().currentPage(), 1);
     EXPECT_EQ(redo(), u"done");
     EXPECT_EQ(sketched(), u"Elm [Work: Fagus|Dogwood]|Ash|Cedrus");
 }
@@ -207,7 +207,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
         return all.proposals.size();
     };
     start();
-    EXPECT_TRUE(launcher->isUnarranged());
+    EXPECT_TRUE(launcher->proposals().isUnarranged());
     EXPECT_EQ(propose(), 2);
     EXPECT_FALSE(all.importFailure) << "there is no old Launchpad";
     mac.write(database, "no database");
@@ -220,7 +220,7 @@ TEST_F(LauncherImportTest, IsOneOfTheWaysToBeginAndTheOthersKeepWhatIsTheUsersOw
     arranged[0][0].app()->name = u"Cedrus"_s;
     store(arranged, {u"org.example.dogwood"_s});
     start();
-    EXPECT_FALSE(launcher->isUnarranged());
+    EXPECT_FALSE(launcher->proposals().isUnarranged());
     ASSERT_TRUE(editor().addSmartFolder(mode(), SmartFolderTemplate::updatesAvailable));
     const LayoutDocument before = launcher->shown().document();
     ASSERT_EQ(propose(), 3);

@@ -142,9 +142,9 @@ TEST_F(LauncherTest, LaunchingTellsTheSystemAndSaysWhatItAnswers) {
     });
     start();
     int launches = 0;
-    const auto subscription = launcher->launched.connect([&] { ++launches; });
+    const auto subscription = launcher->opener().launched.connect([&] { ++launches; });
     const auto launch = [&] {
-        launcher->launch(u"org.example.ash"_s);
+        launcher->opener().launch(u"org.example.ash"_s);
         mac.settle();
     };
     launch();
@@ -177,7 +177,7 @@ TEST_F(LauncherTest, ALaunchWaitsForNothingThatHangs) {
         asked.release();
         return exited(0);
     });
-    launcher->launch(u"org.example.ash"_s);
+    launcher->opener().launch(u"org.example.ash"_s);
     bool isAsked = false;
     for (int i = 0; i < 3'000 && !isAsked; ++i) { // only a failure comes to the end
         mac.mailbox.drain();
@@ -192,19 +192,19 @@ TEST_F(LauncherTest, OpenFoldersAndPagesFollowTheLayout) {
     installAll(u"Ash Beech Cedar Dogwood"_s);
     store(drawn(u"Ash|[f: Cedar|Dogwood]|Beech"));
     LiveLayout& shown = start().shown();
-    shown.setCurrentPage(99);
-    EXPECT_EQ(shown.currentPage(), 2);
-    EXPECT_FALSE(shown.openFolder(idOf(u"Ash"_s)));
-    EXPECT_TRUE(shown.openFolder(idOf(u"f"_s)));
-    shown.setFolderPage(5);
-    EXPECT_EQ(shown.folderStack(), QList<OpenFolderLevel>({{idOf(u"f"_s), 1}}));
-    shown.select(idOf(u"Cedar"_s));
+    shown.navigation().setCurrentPage(99);
+    EXPECT_EQ(shown.navigation().currentPage(), 2);
+    EXPECT_FALSE(shown.navigation().openFolder(idOf(u"Ash"_s)));
+    EXPECT_TRUE(shown.navigation().openFolder(idOf(u"f"_s)));
+    shown.navigation().setFolderPage(5);
+    EXPECT_EQ(shown.navigation().folderStack(), QList<OpenFolderLevel>({{idOf(u"f"_s), 1}}));
+    shown.navigation().select(idOf(u"Cedar"_s));
     uninstall(u"Beech"_s);
     uninstall(u"Cedar"_s);
     rescan();
-    EXPECT_TRUE(shown.folderStack().isEmpty());
-    EXPECT_EQ(shown.currentPage(), 1);
-    EXPECT_FALSE(shown.selectedItemID());
+    EXPECT_TRUE(shown.navigation().folderStack().isEmpty());
+    EXPECT_EQ(shown.navigation().currentPage(), 1);
+    EXPECT_FALSE(shown.navigation().selectedItemID());
 }
 
 TEST_F(LauncherTest, ADiskThatRefusesTheStartUpSaveIsSaidAndNothingIsLost) {

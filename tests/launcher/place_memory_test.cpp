@@ -91,9 +91,10 @@ TEST_F(PlaceMemoryTest, WhatCouldNotBeSeenCostsNoTile) {
             EXPECT_EQ(launcher->shown().unavailableAppKeys(), QSet<QString>{u"org.example.fern"_s});
         }
         QString refusal;
-        launcher->launch(u"org.example.fern"_s, [&](const LauncherViewModel::Outcome& outcome) {
-            refusal = outcome ? QString() : outcome.error().message;
-        });
+        launcher->opener().launch(u"org.example.fern"_s,
+                                  [&](const LauncherViewModel::Outcome& outcome) {
+                                      refusal = outcome ? QString() : outcome.error().message;
+                                  });
         EXPECT_EQ(refusal, LiveLayout::unavailableNotice());
         if (!there.isEmpty())
             mac.remove(u"/Volumes/Work"_s);
@@ -108,7 +109,7 @@ TEST_F(PlaceMemoryTest, WhatCouldNotBeSeenCostsNoTile) {
     const QJsonArray paths{u"/Volumes/Work/Apps"_s};
     for (const bool isLost : {true, false}) {
         set(QJsonValue());
-        isLost ? void() : launcher->applySettings();
+        isLost ? void() : launcher->settings().stored.notify();
         for (int i = 0; i < 2; ++i) {
             start();
             EXPECT_EQ(sketched().contains(u"Fern"_s), isLost);

@@ -10,6 +10,7 @@
 #include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
+#include "launcher/tile_opener.h"
 #include "model/drawn.h"
 #include "sample/mac_builder.h"
 #include "support/printers.h"

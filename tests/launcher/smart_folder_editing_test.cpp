@@ -32,7 +32,7 @@ protected:
         editing().openNew(fullScreen);
         change([](SmartFolderDraft& draft) {
             draft.setName(u"A folder"_s);
-            draft.setPredicate(0, u"beginsWith"_s);
+            draft.choose({SmartFolderMenu::Kind::predicate, 0}, u"beginsWith"_s);
             draft.type(0, 0, u"a"_s);
         });
     }
@@ -103,7 +103,7 @@ TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     change([](SmartFolderDraft& draft) { draft.type(0, 0, u"b"_s); });
     ASSERT_TRUE(editing().save());
     mac.settle();
-    EXPECT_EQ(launcher->smartFolders().appKeys(before.id, fullScreen),
+    EXPECT_EQ(launcher->smartFolders().evaluations(fullScreen).value(before.id).appKeys(),
               QStringList{u"org.example.beech"_s});
     EXPECT_EQ(definitions().first().modifiedAt, time.now());
     EXPECT_EQ(steps().last(), u"Edit Smart Folder");
@@ -147,12 +147,16 @@ TEST_F(SmartFolderEditingTest, WhatIsNotCompleteShowsNothingAndStillSuggests) {
              exited(0, {}, "Authority=Developer ID Application: Grove (ABCDE12345)\n"));
     editing().openNew(fullScreen);
     EXPECT_EQ(preview(), u"none");
-    change([](SmartFolderDraft& draft) { draft.setField(0, u"developer"_s); });
+    change([](SmartFolderDraft& draft) {
+        draft.choose({SmartFolderMenu::Kind::field, 0}, u"developer"_s);
+    });
     EXPECT_EQ(preview(), u"none");
     EXPECT_EQ(editing().suggestions(0, 0), QStringList{u"Grove"_s});
     change([](SmartFolderDraft& draft) { draft.type(0, 0, u"grove"_s); });
     EXPECT_EQ(preview(), u"Ash Aspen Beech");
-    change([](SmartFolderDraft& draft) { draft.setField(0, u"lastUsedDate"_s); });
+    change([](SmartFolderDraft& draft) {
+        draft.choose({SmartFolderMenu::Kind::field, 0}, u"lastUsedDate"_s);
+    });
     EXPECT_EQ(preview(), u"");
     EXPECT_THAT(editing().notice().toStdString(), testing::HasSubstr("unavailable"));
     // What is worked out for a draft that is gone reaches nobody.

@@ -103,7 +103,7 @@ TEST_F(SmartFolderLibraryTest, LaunchesAreRecordedAndFoldersFollowThemAndTheDay)
     add(definition(u"Today"_s, usedToday()));
     EXPECT_EQ(shown(u"Today"_s), u"");
     EXPECT_FALSE(library().notice(idOf(u"Today"_s), mode()).isEmpty());
-    launcher->launch(u"org.example.beech"_s);
+    launcher->opener().launch(u"org.example.beech"_s);
     mac.settle();
     EXPECT_EQ(shown(u"Today"_s), u"Beech");
 
@@ -215,7 +215,8 @@ TEST_F(SmartFolderLibraryTest, HiddenApplicationsCountNowhereInTheirMode) {
     ASSERT_TRUE(editor().hideApps(mode(), {launcher->shown().pages()[0][0].id()}));
     mac.settle();
     EXPECT_EQ(shown(u"Two"_s), u"Beech Iris");
-    EXPECT_EQ(library().appKeys(two.id, otherMode(mode())).first(), u"org.example.ash");
+    EXPECT_EQ(library().evaluations(otherMode(mode())).value(two.id).appKeys().value(0),
+              u"org.example.ash");
 }
 
 TEST_F(SmartFolderLibraryTest, FactsOfOneApplicationAskForNoOther) {
@@ -238,7 +239,7 @@ TEST_F(SmartFolderLibraryTest, OnlyWhatDefinitionsNeedBeginsARound) {
     facts.updateStatuses.insert(u"org.example.ash"_s, SmartFolderUpdateState::failed);
     facts.customIconKeys.insert(u"org.example.ash"_s);
     library().setRuntimeFacts(facts);
-    launcher->launch(u"org.example.beech"_s);
+    launcher->opener().launch(u"org.example.beech"_s);
     mac.workers.waitIdle();
     const auto before = library().facts(mode());
     mac.settle();

@@ -15,6 +15,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace predicate;
 using Kind = SmartFolderOperandRow::Kind;
+using Menu = SmartFolderMenu::Kind;
 
 class SmartFolderDrafts : public testing::Test {
 protected:
@@ -62,10 +63,10 @@ void fillIn(SmartFolderDraft& draft) {
             draft.type(0, i, u"11/2%1/2026"_s.arg(i));
             break;
         case Kind::choices:
-            draft.choose(0, i, draft.choices(0, i).first().word);
+            draft.choose({Menu::operand, 0, i}, draft.options({Menu::operand, 0, i}).first().word);
             [[fallthrough]];
         case Kind::choice:
-            draft.choose(0, i, draft.choices(0, i).last().word);
+            draft.choose({Menu::operand, 0, i}, draft.options({Menu::operand, 0, i}).last().word);
         }
     }
 }
@@ -73,7 +74,7 @@ void fillIn(SmartFolderDraft& draft) {
 TEST_F(SmartFolderDrafts, EveryFieldAndPredicateCanBeMadeFilledInAndReadBack) {
     QSet<QString> fields;
     int made = 0;
-    const auto menu = fresh().fields(0);
+    const auto menu = fresh().options({Menu::field, 0});
     for (const SmartFolderOption& field : menu) {
         if (field.word.isEmpty())
             continue;
@@ -81,12 +82,12 @@ TEST_F(SmartFolderDrafts, EveryFieldAndPredicateCanBeMadeFilledInAndReadBack) {
             << "one name, two fields: " << field.word.toStdString();
         fields.insert(field.word);
         SmartFolderDraft ofField = fresh();
-        ofField.setField(0, field.word);
-        const auto asked = ofField.predicates(0);
+        ofField.choose({Menu::field, 0}, field.word);
+        const auto asked = ofField.options({Menu::predicate, 0});
         for (const SmartFolderOption& predicate : asked) {
             SCOPED_TRACE((field.word + u' ' + predicate.word).toStdString());
             SmartFolderDraft draft = ofField;
-            draft.setPredicate(0, predicate.word);
+            draft.choose({Menu::predicate, 0}, predicate.word);
             fillIn(draft);
             EXPECT_EQ(issue(draft), QString());
             const SmartFolderDefinition definition = draft.definition();
@@ -129,12 +130,12 @@ TEST_F(SmartFolderDrafts, WhatIsNotTouchedStaysToTheLastBit) {
     edited.insertRule(4, ids.next());
     EXPECT_EQ(edited.definition().rules.first(4), odd);
     // Also within a rule: a word of a newer vocabulary is offered where it stands.
-    edited.choose(0, 0, u"camera"_s);
-    edited.choose(0, 0, u"photos"_s);
+    edited.choose({Menu::operand, 0, 0}, u"camera"_s);
+    edited.choose({Menu::operand, 0, 0}, u"photos"_s);
     EXPECT_EQ(predicateIn<SmartFolderChoiceRule>(edited),
               SmartFolderChoicePredicate(IsAnyOf(QStringList{u"telepathy"_s, u"photos"_s})));
-    edited.choose(0, 0, u"nonsense"_s);
-    edited.choose(0, 1, u"camera"_s);
+    edited.choose({Menu::operand, 0, 0}, u"nonsense"_s);
+    edited.choose({Menu::operand, 0, 1}, u"camera"_s);
     edited.type(0, 0, u"nonsense"_s);
     EXPECT_EQ(edited.row(0).operands.first().text, u"telepathy, Photos");
 }
@@ -148,7 +149,7 @@ TEST_F(SmartFolderDrafts, IssuesAreThoseOfTheDefinitionAndOfWhatCannotBeRead) {
     d.insertRule(0, ids.next());
     EXPECT_EQ(issue(d), u"Complete every rule.");
     EXPECT_TRUE(d.row(0).operands.first().needsInput);
-    d.setField(0, u"launchCount"_s);
+    d.choose({Menu::field, 0}, u"launchCount"_s);
     EXPECT_EQ(issue(d), QString());
 
     d.type(0, 0, u"many"_s);
@@ -157,13 +158,13 @@ TEST_F(SmartFolderDrafts, IssuesAreThoseOfTheDefinitionAndOfWhatCannotBeRead) {
                               validation::InvalidRule{d.definition().rules.first().id()}});
     d.type(0, 0, u"2.5"_s);
     EXPECT_EQ(issue(d), QString());
-    d.setPredicate(0, u"isBetween"_s);
+    d.choose({Menu::predicate, 0}, u"isBetween"_s);
     d.type(0, 1, u"1"_s);
     EXPECT_TRUE(d.row(0).operands.first().needsInput && d.row(0).operands.last().needsInput)
         << "low and high do not go together";
     d.type(0, 1, u""_s);
     EXPECT_FALSE(d.row(0).operands.first().needsInput);
-    d.setPredicate(0, u"isBelow"_s);
+    d.choose({Menu::predicate, 0}, u"isBelow"_s);
     EXPECT_EQ(issue(d), QString()) << "what was typed into the second went with it";
 
     d.setHasLimit(true);
@@ -185,33 +186,33 @@ TEST_F(SmartFolderDrafts, AnotherFieldOrPredicateTakesOverWhatFits) {
     SmartFolderDraft d =
         draft({SmartFolderTextRule{ids.next(), "developer", EndsWith(u"Oy"_s)},
                SmartFolderChoiceRule{ids.next(), "installSource", IsNot<QString>(u"manual"_s)}});
-    d.setField(0, u"publisher"_s);
+    d.choose({Menu::field, 0}, u"publisher"_s);
     EXPECT_EQ(predicateIn<SmartFolderTextRule>(d), SmartFolderTextPredicate(EndsWith(u"Oy"_s)));
-    d.setPredicate(0, u"isUnknown"_s);
-    d.setField(0, u"isNeverUsed"_s);
+    d.choose({Menu::predicate, 0}, u"isUnknown"_s);
+    d.choose({Menu::field, 0}, u"isNeverUsed"_s);
     EXPECT_EQ(predicateIn<SmartFolderBooleanRule>(d), SmartFolderBooleanPredicate(IsUnknown()));
-    d.setPredicate(0, u"isNot"_s);
+    d.choose({Menu::predicate, 0}, u"isNot"_s);
     EXPECT_EQ(predicateIn<SmartFolderBooleanRule>(d), SmartFolderBooleanPredicate(IsNot<bool>(true)));
 
-    d.setPredicate(1, u"isAnyOf"_s);
+    d.choose({Menu::predicate, 1}, u"isAnyOf"_s);
     EXPECT_EQ(predicateIn<SmartFolderChoiceRule>(d, 1),
               SmartFolderChoicePredicate(IsAnyOf(QStringList{u"manual"_s})));
-    d.setField(1, u"platform"_s);
+    d.choose({Menu::field, 1}, u"platform"_s);
     EXPECT_EQ(issue(d), u"Complete every rule.") << "the words of another vocabulary do not serve";
-    d.setPredicate(1, u"isValue"_s);
+    d.choose({Menu::predicate, 1}, u"isValue"_s);
     EXPECT_EQ(predicateIn<SmartFolderChoiceRule>(d, 1),
               SmartFolderChoicePredicate(IsValue<QString>(u"macOS"_s)));
 
     const QUuid id = d.row(1).id;
-    d.setField(1, u"build"_s);
+    d.choose({Menu::field, 1}, u"build"_s);
     d.type(1, 0, u"1.9"_s);
-    d.setPredicate(1, u"isBetween"_s);
+    d.choose({Menu::predicate, 1}, u"isBetween"_s);
     d.type(1, 1, u"1.10"_s);
     EXPECT_EQ(predicateIn<SmartFolderVersionRule>(d, 1),
               SmartFolderVersionPredicate(IsBetween<QString>(u"1.9"_s, u"1.10"_s)));
-    d.setField(1, u"colour"_s);
-    d.setPredicate(1, u"isPurple"_s);
-    d.setField(9, u"build"_s);
+    d.choose({Menu::field, 1}, u"colour"_s);
+    d.choose({Menu::predicate, 1}, u"isPurple"_s);
+    d.choose({Menu::field, 9}, u"build"_s);
     d.removeRule(-1);
     EXPECT_EQ(d.row(1).predicate, u"is between");
     EXPECT_EQ(d.row(1).id, id);
@@ -219,17 +220,17 @@ TEST_F(SmartFolderDrafts, AnotherFieldOrPredicateTakesOverWhatFits) {
 
 TEST_F(SmartFolderDrafts, ADayIsTheWholeDayWhereTheUserIs) {
     SmartFolderDraft d = fresh();
-    d.setField(0, u"installedDate"_s);
-    d.setPredicate(0, u"isBefore"_s);
+    d.choose({Menu::field, 0}, u"installedDate"_s);
+    d.choose({Menu::predicate, 0}, u"isBefore"_s);
     EXPECT_EQ(d.row(0).operands.first().text, u"11/21/2026") << "today to begin with";
     EXPECT_EQ(predicateIn<SmartFolderDateRule>(d),
               SmartFolderDatePredicate(IsBefore(at("2026-11-20T23:00:00Z"))));
-    d.setPredicate(0, u"isAfter"_s);
+    d.choose({Menu::predicate, 0}, u"isAfter"_s);
     const Instant end = std::get<IsAfter>(predicateIn<SmartFolderDateRule>(d)).value();
     EXPECT_GT(end, at("2026-11-21T22:59:59Z"));
     EXPECT_LT(end, at("2026-11-21T23:00:00Z"));
     EXPECT_EQ(d.row(0).operands.first().text, u"11/21/2026") << "the same day";
-    d.setPredicate(0, u"isBetween"_s);
+    d.choose({Menu::predicate, 0}, u"isBetween"_s);
     EXPECT_EQ(d.row(0).operands.last().text, u"11/21/2026");
     EXPECT_EQ(predicateIn<SmartFolderDateRule>(d),
               SmartFolderDatePredicate(IsBetween<Instant>(at("2026-11-20T23:00:00Z"), end)));
@@ -238,7 +239,7 @@ TEST_F(SmartFolderDrafts, ADayIsTheWholeDayWhereTheUserIs) {
     SmartFolderDraft travelled = d;
     travelled.setInputFormat(
         {Locale(u"en_US"_s), Calendar(Locale(u"en_US"_s), u"Pacific/Kiritimati"_s)}, now);
-    travelled.setPredicate(0, u"isBefore"_s);
+    travelled.choose({Menu::predicate, 0}, u"isBefore"_s);
     travelled.type(0, 0, u"11/22/2026"_s);
     EXPECT_EQ(predicateIn<SmartFolderDateRule>(travelled),
               SmartFolderDatePredicate(IsBefore(at("2026-11-21T10:00:00Z"))));
@@ -261,7 +262,7 @@ TEST_F(SmartFolderDrafts, ADayIsTheWholeDayWhereTheUserIs) {
     SmartFolderDraft german = draft({d.definition().rules.first()}, u"de_DE"_s);
     german.type(0, 0, u"4.7.2026"_s);
     EXPECT_EQ(german.row(0).operands.first().text, u"04.07.2026");
-    german.setField(0, u"launchCount"_s);
+    german.choose({Menu::field, 0}, u"launchCount"_s);
     german.type(0, 0, u"2,5"_s);
     EXPECT_EQ(predicateIn<SmartFolderNumberRule>(german),
               SmartFolderNumberPredicate(IsBetween<double>(2.5, 0)));
@@ -279,37 +280,37 @@ TEST_F(SmartFolderDrafts, WhatIsTypedIsSuggestedFromWhatApplicationsHave) {
     QTemporaryDir folder;
     const FileSystem files(folder.path());
     SmartFolderDraft d = fresh();
-    d.setField(0, u"category"_s);
+    d.choose({Menu::field, 0}, u"category"_s);
     EXPECT_FALSE(d.hasSuggestions(0, 0)) << "before anything is known";
     d.setFacts(facts, files);
     EXPECT_EQ(d.suggestions(0, 0), (QStringList{u"tools"_s, u"games"_s}));
-    d.setField(0, u"version"_s);
+    d.choose({Menu::field, 0}, u"version"_s);
     EXPECT_EQ(d.suggestions(0, 0), QStringList{u"1.10"_s});
-    d.setField(0, u"platform"_s);
+    d.choose({Menu::field, 0}, u"platform"_s);
     EXPECT_EQ(d.suggestions(0, 0), QStringList());
     EXPECT_EQ(d.suggestions(0, 3), QStringList());
     // A vocabulary that is open has what is installed besides.
-    d.setField(0, u"architecture"_s);
-    const auto words = d.choices(0, 0);
+    d.choose({Menu::field, 0}, u"architecture"_s);
+    const auto words = d.options({Menu::operand, 0, 0});
     EXPECT_EQ(words.size(), 5);
     EXPECT_EQ(words.last(), (SmartFolderOption{u"arm64e"_s, u"Apple silicon (arm64e)"_s}));
-    d.choose(0, 0, u"arm64e"_s);
+    d.choose({Menu::operand, 0, 0}, u"arm64e"_s);
     EXPECT_EQ(d.row(0).operands.first().text, u"Apple silicon (arm64e)");
 }
 
 TEST_F(SmartFolderDrafts, StepsNumbersAndPicksDays) {
     SmartFolderDraft d = fresh();
-    d.setField(0, u"launchCount"_s);
+    d.choose({Menu::field, 0}, u"launchCount"_s);
     d.type(0, 0, u"x"_s);
     d.step(0, 0, 3);
     EXPECT_EQ(predicateIn<SmartFolderNumberRule>(d), SmartFolderNumberPredicate(IsAbove<double>(3)));
     EXPECT_EQ(issue(d), QString());
     EXPECT_FALSE(d.day(0, 0));
 
-    d.setField(0, u"installedDate"_s); // "is within the last 7 days"
+    d.choose({Menu::field, 0}, u"installedDate"_s); // "is within the last 7 days"
     d.step(0, 0, -100);
     EXPECT_EQ(d.row(0).operands.first().text, u"1");
-    d.setPredicate(0, u"isAfter"_s);
+    d.choose({Menu::predicate, 0}, u"isAfter"_s);
     d.chooseDay(0, 0, QDate(2026, 3, 28));
     d.step(0, 0, 1); // a day of 23 hours
     EXPECT_EQ(d.day(0, 0), QDate(2026, 3, 29));

@@ -206,7 +206,7 @@ Sheet {
     buttons: [
         PushButton {
             text: qsTr("Backups…")
-            onClicked: sheet.launcher.openBackups()
+            onClicked: sheet.launcher.panels.openBackups()
         },
         PushButton {
             objectName: "arrangementImport"

@@ -47,7 +47,7 @@ Sheet {
     buttons: [
         PushButton {
             text: qsTr("Saved Arrangements…")
-            onClicked: sheet.launcher.openArrangements()
+            onClicked: sheet.launcher.panels.openArrangements()
         },
         PushButton {
             text: qsTr("Done")

@@ -81,7 +81,7 @@ Item {
         TapHandler {
             acceptedButtons: Qt.RightButton
             gesturePolicy: TapHandler.ReleaseWithinBounds
-            onTapped: eventPoint => overlay.launcher.openMenu("", eventPoint.scenePosition)
+            onTapped: eventPoint => overlay.launcher.input.openMenu("", eventPoint.scenePosition)
         }
 
         Text {

@@ -113,7 +113,7 @@ Item {
         return found;
     }
 
-    readonly property rect caret: canLift && launcher.drag.revision > 0 && launcher.drag.isLifted
+    readonly property rect caret: canLift && launcher.drag.revision > 0 && launcher.drag.isActive
                                   ? launcher.drag.caretOf(isInFolder, index) : Qt.rect(0, 0, 0, 0)
 
     onPlacesChanged: if (places.length === 0) isGliding = true
@@ -129,7 +129,7 @@ Item {
                                              Math.abs(mouseX - from.x), Math.abs(mouseY - from.y))
 
         function select() {
-            page.launcher.selectTiles(page.tilesIn(Qt.rect(x + area.x, y + area.y, area.width, area.height)), adds);
+            page.launcher.selection.select(page.tilesIn(Qt.rect(x + area.x, y + area.y, area.width, area.height)), adds);
         }
 
         objectName: "selectionBand"
@@ -153,13 +153,13 @@ Item {
         }
         onPressAndHold: event => {
             if (!isDrawn)
-                page.launcher.openMenu("", mapToItem(null, event.x, event.y));
+                page.launcher.input.openMenu("", mapToItem(null, event.x, event.y));
         }
         onReleased: isDrawn = false
         onCanceled: isDrawn = false
         onClicked: event => {
             if (area.width + area.height <= Qt.styleHints.startDragDistance && !adds)
-                page.launcher.clickBackground();
+                page.launcher.input.clickBackground();
         }
     }
 
@@ -193,7 +193,7 @@ Item {
 
     // Separates the matches with scattered letters from the better ones.
     Rectangle {
-        readonly property int first: page.tiles.firstWeak
+        readonly property int first: page.tiles.firstWeakMatch
         readonly property bool isRow: first % page.columns === 0
 
         objectName: "matchDivider"

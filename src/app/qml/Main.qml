@@ -20,8 +20,8 @@ FocusScope {
     scale: isAway && !Theme.reducesMotion ? 1.04 : 1
     Keys.onPressed: event => {
         if (launcher.renaming.tileId === "")
-            event.accepted = launcher.pressKey(event.key, event.modifiers, event.text)
-                || (!(event.modifiers & (Qt.ControlModifier | Qt.MetaModifier)) && launcher.type(event.text));
+            event.accepted = launcher.input.pressKey(event.key, event.modifiers, event.text)
+                || (!(event.modifiers & (Qt.ControlModifier | Qt.MetaModifier)) && launcher.input.type(event.text));
     }
 
     Connections {
@@ -41,11 +41,11 @@ FocusScope {
     }
 
     Connections {
-        target: root.launcher
+        target: root.launcher.input
         function onMenuRequested(tileId) {
             const shown = root.launcher.search.isActive ? found.item : root.launcher.folder.isOpen ? folder : pages;
             const rect = shown.tileRect(tileId);
-            root.launcher.openMenu(tileId, rect.width > 0 ? tiles.mapToItem(null, rect.x + rect.width / 2, rect.y + rect.height / 2)
+            root.launcher.input.openMenu(tileId, rect.width > 0 ? tiles.mapToItem(null, rect.x + rect.width / 2, rect.y + rect.height / 2)
                                                           : Qt.point(root.width / 2, root.height / 2));
         }
     }
@@ -61,19 +61,19 @@ FocusScope {
     Binding {
         target: Theme
         property: "appearance"
-        value: root.launcher.appearance
+        value: root.launcher.appearance.theme
     }
 
     Binding {
         target: Theme
         property: "reducesMotion"
-        value: root.launcher.reducesMotion
+        value: root.launcher.appearance.reducesMotion
     }
 
     Binding {
         target: Theme
         property: "textScale"
-        value: root.launcher.textScale
+        value: root.launcher.appearance.textScale
     }
 
     BackdropItem {
@@ -92,7 +92,7 @@ FocusScope {
         LayoutMirroring.childrenInherit: true
 
         anchors.fill: parent
-        enabled: !root.launcher.isCovered
+        enabled: !root.launcher.input.isCovered
 
         // A click beside the tiles closes the launcher, as on the Mac, or ends a search. Handlers instead of an
         // area, because they also see events that the pages above only watch.
@@ -101,14 +101,14 @@ FocusScope {
 
             TapHandler {
                 gesturePolicy: TapHandler.ReleaseWithinBounds
-                onTapped: root.launcher.clickBackground()
-                onLongPressed: root.launcher.openMenu("", point.position)
+                onTapped: root.launcher.input.clickBackground()
+                onLongPressed: root.launcher.input.openMenu("", point.position)
             }
 
             TapHandler {
                 acceptedButtons: Qt.RightButton
                 gesturePolicy: TapHandler.ReleaseWithinBounds
-                onTapped: eventPoint => root.launcher.openMenu("", eventPoint.scenePosition)
+                onTapped: eventPoint => root.launcher.input.openMenu("", eventPoint.scenePosition)
             }
         }
 
@@ -233,8 +233,8 @@ FocusScope {
 
         Loader {
             anchors.fill: parent
-            active: root.launcher.drag.isLifted
-            sourceComponent: LiftedTiles {
+            active: root.launcher.drag.isActive
+            sourceComponent: DraggedTiles {
                 launcher: root.launcher
                 iconSide: (root.launcher.folder.isOpen ? root.launcher.folder.tiles : root.launcher.grid).metrics.iconSide
             }
@@ -289,8 +289,8 @@ FocusScope {
         property Item former: null
 
         anchors.fill: parent
-        file: root.launcher.panels.smartFolder.days.isOpen ? "DayGrid.qml" : ""
-        initial: ({ days: root.launcher.panels.smartFolder.days })
+        file: root.launcher.panels.smartFolder.popups.days.isOpen ? "DayGrid.qml" : ""
+        initial: ({ days: root.launcher.panels.smartFolder.popups.days })
         onLoaded: {
             former = root.Window.activeFocusItem;
             item.forceActiveFocus();
@@ -326,7 +326,7 @@ FocusScope {
 
     OpenMenu {
         anchors.fill: parent
-        menu: root.launcher.panels.smartFolder.choices
+        menu: root.launcher.panels.smartFolder.popups.choices
     }
 
     OpenMenu {
@@ -336,7 +336,7 @@ FocusScope {
 
     OpenMenu {
         anchors.fill: parent
-        menu: root.launcher.menu
+        menu: root.launcher.input.menu
     }
 
     OnDemand {

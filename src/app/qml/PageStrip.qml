@@ -82,15 +82,15 @@ PagerItem {
 
         function onChanged() {
             const drag = strip.launcher.drag;
-            if (drag.isLifted || drag.releasedTile === "" || !strip.enabled || Theme.reducesMotion)
+            if (drag.isActive || drag.releasedTile === "" || !strip.enabled || Theme.reducesMotion)
                 return;
             for (let i = 0; i < repeater.count; ++i) {
                 const slot = repeater.itemAt(i);
                 if (!slot || !slot.item)
                     continue;
-                slot.item.flyHome(drag.releasedTile, slot.item.mapFromItem(strip.stage, drag.releasedAt.x, drag.releasedAt.y));
+                slot.item.flyHome(drag.releasedTile, slot.item.mapFromItem(strip.stage, drag.pictureAt.x, drag.pictureAt.y));
                 if (slot.isCurrent) {
-                    const at = slot.item.mapFromItem(strip.stage, drag.releasedAt.x, drag.releasedAt.y);
+                    const at = slot.item.mapFromItem(strip.stage, drag.pictureAt.x, drag.pictureAt.y);
                     const metrics = strip.model.metrics;
                     strip.released = {
                         tile: drag.releasedTile,
@@ -177,7 +177,7 @@ PagerItem {
         target: null
         yAxis.enabled: false
         // Pressing on a tile lifts it; touch always swipes.
-        enabled: strip.interactive && !strip.launcher.drag.isPressed && !strip.launcher.drag.isLifted
+        enabled: strip.interactive && !strip.launcher.drag.isPressed && !strip.launcher.drag.isActive
         acceptedDevices: PointerDevice.AllDevices
         onActiveChanged: {
             if (active)

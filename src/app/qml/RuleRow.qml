@@ -35,7 +35,7 @@ Item {
         width: row.isNarrow ? (row.width - 8) / 2 : Math.min(186, row.width * 0.27)
         text: row.rule.field
         label: qsTr("Field")
-        onOpened: below => row.panel.openChoices("field", below, row.index)
+        onOpened: below => row.panel.popups.openChoices("field", below, row.index)
     }
 
     PopUpButton {
@@ -48,7 +48,7 @@ Item {
         width: row.isNarrow ? (row.width - 8) / 2 : Math.min(158, row.width * 0.23)
         text: row.rule.predicate
         label: qsTr("Condition")
-        onOpened: below => row.panel.openChoices("predicate", below, row.index)
+        onOpened: below => row.panel.popups.openChoices("predicate", below, row.index)
     }
 
     Row {
@@ -112,7 +112,7 @@ Item {
                         label: qsTr("Value")
                         placeholder: qsTr("Choose…")
                         needsInput: place.operand.needsInput
-                        onOpened: below => row.panel.openChoices("operand", below, row.index, place.index)
+                        onOpened: below => row.panel.popups.openChoices("operand", below, row.index, place.index)
                     }
                 }
 
@@ -137,9 +137,9 @@ Item {
                         onButtonPressed: {
                             const below = box.mapToItem(null, 0, box.height + 3);
                             if (isDate)
-                                row.panel.openDays(below, row.index, place.index);
+                                row.panel.popups.openDays(below, row.index, place.index);
                             else
-                                row.panel.openChoices("suggestion", below, row.index, place.index);
+                                row.panel.popups.openChoices("suggestion", below, row.index, place.index);
                         }
                     }
                 }

@@ -62,7 +62,7 @@ Item {
         width: parent.width - 38
         height: parent.height
         active: false
-        onLoaded: if (field.launcher.renaming.tileId === "" && !field.launcher.isCovered) item.forceActiveFocus()
+        onLoaded: if (field.launcher.renaming.tileId === "" && !field.launcher.input.isCovered) item.forceActiveFocus()
 
         sourceComponent: T.TextField {
             id: typed
@@ -85,7 +85,7 @@ Item {
 
             Component.onCompleted: text = field.launcher.search.text
             onTextEdited: field.launcher.search.text = text
-            Keys.onPressed: event => event.accepted = field.launcher.pressKey(event.key, event.modifiers, event.text)
+            Keys.onPressed: event => event.accepted = field.launcher.input.pressKey(event.key, event.modifiers, event.text)
 
             Connections {
                 target: field.launcher.search
@@ -104,9 +104,9 @@ Item {
     }
 
     Connections {
-        target: field.launcher
+        target: field.launcher.input
         function onCoveredChanged() {
-            if (!field.launcher.isCovered && !field.launcher.menu.isOpen && field.launcher.renaming.tileId === "")
+            if (!field.launcher.input.isCovered && !field.launcher.input.menu.isOpen && field.launcher.renaming.tileId === "")
                 field.takeKeyboard();
         }
     }

@@ -51,7 +51,7 @@ Sheet {
             icons: sheet.launcher.icons
             kind: IconItem.SmartFolder
             symbolName: sheet.panel.symbolName
-            appKeys: sheet.panel.matchKeys
+            appKeys: sheet.panel.preview.icons
         }
 
         Column {
@@ -117,7 +117,7 @@ Sheet {
             objectName: "matchMode"
             text: sheet.panel.matchMode
             label: qsTr("Match")
-            onOpened: below => sheet.panel.openChoices("matchMode", below)
+            onOpened: below => sheet.panel.popups.openChoices("matchMode", below)
         }
 
         Text {
@@ -190,14 +190,14 @@ Sheet {
             objectName: "sortField"
             text: sheet.panel.sortField
             label: qsTr("Sort by")
-            onOpened: below => sheet.panel.openChoices("sortField", below)
+            onOpened: below => sheet.panel.popups.openChoices("sortField", below)
         }
 
         PopUpButton {
             objectName: "sortDirection"
             text: sheet.panel.sortDirection
             label: qsTr("Order")
-            onOpened: below => sheet.panel.openChoices("sortDirection", below)
+            onOpened: below => sheet.panel.popups.openChoices("sortDirection", below)
         }
 
         // Pushes what follows to the right if everything fits in one line.
@@ -255,7 +255,7 @@ Sheet {
             y: sheet.isSmall ? 7 : 9
             width: parent.width - 28
             horizontalAlignment: Text.AlignLeft
-            text: [sheet.panel.summary, sheet.panel.notice].filter(t => t !== "").join(" ")
+            text: [sheet.panel.preview.summary, sheet.panel.preview.notice].filter(t => t !== "").join(" ")
             color: Theme.textDim
             elide: Text.ElideRight
             textFormat: Text.PlainText
@@ -278,7 +278,7 @@ Sheet {
             orientation: ListView.Horizontal
             clip: true
             boundsBehavior: Flickable.StopAtBounds
-            model: sheet.panel.matches
+            model: sheet.panel.preview.matches
 
             delegate: Item {
                 id: match

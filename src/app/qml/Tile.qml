@@ -20,7 +20,7 @@ TileItem {
     required isSelected
     required isVacant
     required isCut
-    required isWeak
+    required isWeakMatch
     property LauncherController launcher
     property Item stage
     property int iconSide
@@ -36,7 +36,7 @@ TileItem {
     // The same tile may also be on a page behind.
     readonly property bool isRenamed: launcher.renaming.tileId === tileId && enabled && visible
     readonly property int iconTop: Math.round((height - iconSide - name.height - 4) / 2)
-    readonly property real wholeOpacity: isPushedOff || (launcher.drag.isLifted && launcher.drag.liftedIds.indexOf(tileId) >= 0) ? 0 : 1
+    readonly property real wholeOpacity: isPushedOff || (launcher.drag.isActive && launcher.drag.tileIds.indexOf(tileId) >= 0) ? 0 : 1
 
     // The text is applied once per event loop turn, however often it changes: text layout is a tile's greatest
     // cost.
@@ -84,13 +84,13 @@ TileItem {
     Accessible.focused: isSelected
     Accessible.selectable: true
     Accessible.selected: isSelected
-    Accessible.onPressAction: launcher.activate(tileId)
+    Accessible.onPressAction: launcher.input.activate(tileId)
 
     // Also after a menu or sheet over it has closed.
-    readonly property bool isSpoken: isSelected && !launcher.isCovered && !launcher.menu.isOpen
+    readonly property bool isSpoken: isSelected && !launcher.input.isCovered && !launcher.input.menu.isOpen
     onIsSpokenChanged: if (isSpoken) AccessibleFocus.moveTo(tile)
 
-    readonly property bool isTipped: hover.hovered && !launcher.drag.isLifted && !isRenamed && (isUnavailable || name.truncated)
+    readonly property bool isTipped: hover.hovered && !launcher.drag.isActive && !isRenamed && (isUnavailable || name.truncated)
     z: isTipped ? 1 : 0
 
     // The plate under the pointer, and the focus ring.
@@ -98,7 +98,7 @@ TileItem {
         anchors.centerIn: plate
         width: plate.width + 2
         height: plate.height + 2
-        visible: (hover.hovered && !tile.launcher.drag.isLifted) || tile.isSelected || tile.isTarget
+        visible: (hover.hovered && !tile.launcher.drag.isActive) || tile.isSelected || tile.isTarget
         radius: Math.min(Theme.tileRadius, width / 4)
         color: tile.isTarget ? Theme.tileTarget : tile.isSelected ? Theme.tileSelected : Theme.tileHovered
         border.width: tile.isSelected ? 2 : 0
@@ -129,7 +129,7 @@ TileItem {
         kind: tile.kind
         appKeys: tile.appKeys
         symbolName: tile.symbolName
-        opacity: tile.isUnavailable ? 0.35 : tile.isCut ? 0.4 : tile.isWeak ? 0.75 : tile.activity !== "" ? 0.55 : mouse.pressed ? 0.7 : 1
+        opacity: tile.isUnavailable ? 0.35 : tile.isCut ? 0.4 : tile.isWeakMatch ? 0.75 : tile.activity !== "" ? 0.55 : mouse.pressed ? 0.7 : 1
         scale: tile.isForming ? 0.62 : tile.isTarget ? 0.88 : tile.launcher.drag.heldId === tile.tileId ? 1.06 : 1
         // An open folder's picture is replaced by its panel.
         visible: !(tile.launcher.folder.isOpen && tile.launcher.folder.tileId === tile.tileId)
@@ -175,7 +175,7 @@ TileItem {
         elide: Text.ElideRight
         maximumLineCount: 1
         horizontalAlignment: Text.AlignHCenter
-        color: tile.isUnavailable || tile.isCut ? Theme.backdropTextFaint : tile.isWeak ? Theme.backdropTextDim : Theme.backdropText
+        color: tile.isUnavailable || tile.isCut ? Theme.backdropTextFaint : tile.isWeakMatch ? Theme.backdropTextDim : Theme.backdropText
         font.pixelSize: tile.labelPixels
         renderType: Text.QtRendering
     }
@@ -204,18 +204,18 @@ TileItem {
         pressAndHoldInterval: Theme.longPressDelay
         onPressed: event => {
             if (event.button === Qt.RightButton)
-                tile.launcher.openMenu(tile.tileId, mapToItem(null, event.x, event.y));
+                tile.launcher.input.openMenu(tile.tileId, mapToItem(null, event.x, event.y));
             else if (tile.canLift && event.source === Qt.MouseEventNotSynthesized)
                 tile.launcher.drag.press(tile.tileId, mapToItem(tile.stage, event.x, event.y),
                                          picture.mapToItem(tile.stage, Theme.isMirrored ? picture.width : 0, 0));
         }
         onPositionChanged: event => tile.launcher.drag.move(mapToItem(tile.stage, event.x, event.y))
-        onPressAndHold: event => tile.launcher.openMenu(tile.tileId, mapToItem(null, event.x, event.y))
+        onPressAndHold: event => tile.launcher.input.openMenu(tile.tileId, mapToItem(null, event.x, event.y))
         onReleased: tile.launcher.drag.release()
         onCanceled: tile.launcher.drag.release()
         onClicked: event => {
             if (event.button === Qt.LeftButton)
-                tile.launcher.click(tile.tileId, event.modifiers);
+                tile.launcher.input.click(tile.tileId, event.modifiers);
         }
     }
 

@@ -23,7 +23,7 @@ Item {
     readonly property UpdatesPanel updates: launcher.panels.updates
 
     function openMenu() {
-        launcher.openUpdateMenu(appKey, more.mapToItem(null, 0, more.height + 2));
+        launcher.input.openUpdateMenu(appKey, more.mapToItem(null, 0, more.height + 2));
     }
 
     signal pressed
@@ -56,7 +56,7 @@ Item {
             if (row.isSection)
                 row.updates.act(row.index);
             else if (event.button === Qt.RightButton)
-                row.launcher.openUpdateMenu(row.appKey, mapToItem(null, event.x, event.y));
+                row.launcher.input.openUpdateMenu(row.appKey, mapToItem(null, event.x, event.y));
         }
     }
 

@@ -3,7 +3,7 @@ import Tessellar
 
 // The dragged tiles: the one under the pointer, and their number.
 Item {
-    id: lifted
+    id: dragged
 
     required property LauncherController launcher
     required property int iconSide
@@ -13,21 +13,21 @@ Item {
     IconItem {
         id: picture
 
-        x: lifted.drag.pointer.x - lifted.drag.grip.x
-        y: lifted.drag.pointer.y - lifted.drag.grip.y
-        width: lifted.iconSide
-        height: lifted.iconSide
+        x: dragged.drag.pictureAt.x
+        y: dragged.drag.pictureAt.y
+        width: dragged.iconSide
+        height: dragged.iconSide
         scale: 1.08
         transform: Unmirrored { target: picture }
         opacity: 0.92
-        icons: lifted.launcher.icons
-        kind: lifted.tile.kind
-        appKeys: lifted.tile.appKeys
-        symbolName: lifted.tile.symbolName
+        icons: dragged.launcher.icons
+        kind: dragged.tile.kind
+        appKeys: dragged.tile.appKeys
+        symbolName: dragged.tile.symbolName
     }
 
     Rectangle {
-        visible: lifted.drag.liftedIds.length > 1
+        visible: dragged.drag.tileIds.length > 1
         x: picture.x + picture.width - width * 0.6
         y: picture.y - height * 0.35
         width: Math.max(height, count.implicitWidth + 14)
@@ -40,7 +40,7 @@ Item {
 
             anchors.centerIn: parent
             transform: Unmirrored { target: count }
-            text: lifted.drag.liftedIds.length
+            text: dragged.drag.tileIds.length
             color: Theme.backdropText
             font.pixelSize: Theme.controlFont
             font.weight: Font.DemiBold
