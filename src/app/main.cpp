@@ -91,31 +91,29 @@ std::optional<Arguments> readArguments(int argc, char** argv, int& status) {
         ->check(CLI::IsMember({"fullScreen", "windowed"}));
     app.add_option("--locale", locale, Texts::noop("The user's locale, such as de_DE"));
     app.add_option("--screenshot", screenshot,
-                   Texts::noop("Writes a picture of the first whole frame to a PNG file and ends"));
+                   Texts::noop("Write an image of the first complete frame to a PNG file and exit"));
     app.add_option("--screen", screen,
                    Texts::noop("WIDTH HEIGHT of a screen to fill instead of the real one"))
         ->expected(2)
         ->check(CLI::Range(240, 8192));
     app.add_flag("--hardware,!--software", arguments.usesHardware,
                  Texts::noop("Draw by the graphics processor, or without it"));
-    app.add_flag(
-        "--resident,!--no-resident", arguments.isResident,
-        Texts::noop("Go on in the background without the window; another start shows it again"));
+    app.add_flag("--resident,!--no-resident", arguments.isResident,
+                 Texts::noop("Stay in the background without the window; starting again shows it"));
     app.add_flag("--hidden", arguments.isHidden,
                  Texts::noop("Start in the background, without the window"));
     std::string atLogin;
-    app.add_option("--at-login", atLogin,
-                   Texts::noop("Whether to start when the user logs in; stored, and ends"))
+    app.add_option("--at-login", atLogin, Texts::noop("Set whether to start at login, and exit"))
         ->check(CLI::IsMember({"on", "off"}));
     std::vector<std::string> steps;
     app.add_option("--perform", steps)->group("");
     std::string form;
     app.add_option("--generate", form)->group("")->check(CLI::IsMember(manualForms));
     app.set_version_flag("--version", "tessellar " + versionText(),
-                         Texts::noop("Say the version, and nothing else"));
+                         Texts::noop("Print the version and exit"));
     app.add_flag(
         "--measure-start", arguments.measureStart,
-        Texts::noop("Prints how long the first frame and the first whole frame took, and ends"));
+        Texts::noop("Print how long the first frame and the first complete frame took, and exit"));
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

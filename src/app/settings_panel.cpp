@@ -72,8 +72,8 @@ QString text(HotKeyState state) {
     case HotKeyState::refused:
         return SettingsPanel::tr("Another program has these keys.");
     case HotKeyState::away:
-        return SettingsPanel::tr("The keys and the corner need a launcher that goes on without its "
-                                 "window: start it with “tessellar --resident”, or at login.");
+        return SettingsPanel::tr("The keys and the corner need a launcher that stays in the "
+                                 "background: start it with “tessellar --resident”, or at login.");
     case HotKeyState::taken:
         break;
     }
@@ -360,7 +360,7 @@ void SettingsPanel::act(const QString& key) {
 void SettingsPanel::askToForgetUsage() {
     _viewModel.messages().ask(
         {.title = tr("Forget when applications were started?"),
-         .text = tr("Smart folders that go by use begin anew. This cannot be undone."),
+         .text = tr("Smart folders with rules about use start over. This cannot be undone."),
          .accept = tr("Forget"),
          .isDestructive = true},
         [&library = _viewModel.smartFolders()](bool accepted) {

@@ -20,7 +20,7 @@ static QString titleOf(Kind kind) {
     case Kind::place:
         break;
     }
-    return UnplacedPanel::tr("Places kept for applications that went");
+    return UnplacedPanel::tr("Places kept for applications that are gone");
 }
 
 static QString actionOf(Kind kind) {

@@ -22,11 +22,11 @@ const char* const missingItem = Texts::noop("It is no longer there.");
 const char* const volumeInside = Texts::noop("A volume is mounted in it. Eject it, then try again.");
 const char* const stoppedRemoval = Texts::noop("The removal was stopped.");
 const char* const notInTrash = Texts::noop("It is no longer in the Trash.");
-const char* const trashNotSeen = Texts::noop("Its Trash could not be looked through. Try again later.");
+const char* const trashNotSeen = Texts::noop("Its Trash could not be searched. Try again later.");
 const char* const helperNotSeen =
     Texts::noop("It may be with the administrator helper, which does not answer. Try again later.");
 const char* const notNoted =
-    Texts::noop("It stayed, because what is removed could not be written down: %1");
+    Texts::noop("It was not moved, because the removal could not be recorded: %1");
 
 constexpr int quitTries = 40;
 constexpr std::chrono::milliseconds quitPause{250};
@@ -48,7 +48,7 @@ CleanupLogLine lineOf(const CleanupItemResult& result) {
         return {CleanupLogLine::Kind::moved, result.item.path,
                 (result.trashedPath
                      ? Texts::tr("%1: moved to the Trash.")
-                     : Texts::tr("%1: it has left its place, and was not found in the Trash."))
+                     : Texts::tr("%1: it is no longer in its place, but was not found in the Trash."))
                     .arg(nameOf(result.item))};
     const QString& failure = *result.failure;
     return {CleanupLogLine::Kind::failed, result.item.path,
@@ -134,7 +134,7 @@ std::optional<QString> AppCleanupRemover::quit(const CleanupApplication& applica
     case State::open:
         return Texts::tr("%1 is still open. Quit it, then try again.").arg(nameOf(application));
     case State::unknown:
-        return Texts::tr("It could not be found out whether %1 is open. Try again.")
+        return Texts::tr("Tessellar could not find out whether %1 is open. Try again.")
             .arg(nameOf(application));
     }
     return std::nullopt;

@@ -130,7 +130,7 @@ public:
             if (!finding.isContested && found.type == FileType::directory &&
                 _matcher.holdsFilesOfAnother(found.path)) {
                 finding.isContested = true;
-                finding.reason += Texts::tr(" Files of another application lie in it.");
+                finding.reason += Texts::tr(" It contains files of another application.");
             }
             scan.files.append({.path = found.path,
                                .location = QString::fromLatin1(location.label),

@@ -75,19 +75,19 @@ void addActionCommands(CommandSet& set) {
             const auto request = performAction(call->launcher(), *about, text(id));
             if (!request)
                 return call->fail({QStringLiteral("noSuchAction"),
-                                   Texts::tr("“%1” is not offered there now.").arg(text(id).left(80)),
+                                   Texts::tr("“%1” is not available there now.").arg(text(id).left(80)),
                                    {}});
             LauncherMessages& messages = call->launcher().messages();
             if (*request == ActionRequest::none && !messages.question())
                 return call->succeed(QJsonObject(), {});
             if (const auto& window = call->launcher().presenter()) {
                 window->show();
-                return call->succeed(QJsonObject(), Texts::tr("The rest is asked for in the window."));
+                return call->succeed(QJsonObject(), Texts::tr("Continue in the window."));
             }
             messages.answer(false);
             call->fail(
                 {QStringLiteral("needsWindow"),
-                 Texts::tr("“%1” asks for more, in the window; there is none.").arg(text(id).left(80)),
+                 Texts::tr("“%1” continues in the window, which is not open.").arg(text(id).left(80)),
                  {}});
         });
 }

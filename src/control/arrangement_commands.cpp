@@ -25,7 +25,7 @@ std::optional<QUuid> identifier(const Call& call, const Word& word) {
     if (const auto id = json::decode<QUuid>(text(word)))
         return *id;
     call->fail({QStringLiteral("notAnIdentifier"),
-                Texts::tr("“%1” is no identifier.").arg(text(word).left(80)),
+                Texts::tr("“%1” is not an identifier.").arg(text(word).left(80)),
                 {}});
     return std::nullopt;
 }
@@ -75,13 +75,14 @@ void addList(CommandSet& set, CLI::App* group) {
 void addChanges(CommandSet& set, CLI::App* group) {
     CLI::App* save = set.add("save", Texts::noop("Save the arrangement under a name"), group);
     set.onRun(save, CommandNeeds::launcher,
-              [name = word(save, "name", Texts::noop("What to call it"))](const Call& call) {
+              [name = word(save, "name", Texts::noop("Its name"))](const Call& call) {
                   call->launcher().arrangements().save(call->mode(), text(name),
                                                        answering(call, arrangementLine));
               });
 
     CLI::App* replace = set.add(
-        "replace", Texts::noop("Save the arrangement in place of a saved one, under its name"), group);
+        "replace", Texts::noop("Replace a saved arrangement with the current one, under the same name"),
+        group);
     set.onRun(replace, CommandNeeds::launcher, [word = arrangementWord(replace)](const Call& call) {
         if (const auto id = identifier(call, word))
             call->launcher().arrangements().replace(call->mode(), *id,
@@ -89,15 +90,14 @@ void addChanges(CommandSet& set, CLI::App* group) {
     });
 
     CLI::App* rename = set.add("rename", Texts::noop("Give a saved arrangement another name"), group);
-    set.onRun(
-        rename, CommandNeeds::launcher,
-        [word = arrangementWord(rename),
-         name = tessellar::word(rename, "name", Texts::noop("What to call it"))](const Call& call) {
-            if (const auto id = identifier(call, word))
-                call->launcher().arrangements().rename(
-                    call->mode(), *id, text(name),
-                    answering(call, Texts::tr("It is called “%1” now.")));
-        });
+    set.onRun(rename, CommandNeeds::launcher,
+              [word = arrangementWord(rename),
+               name = tessellar::word(rename, "name", Texts::noop("Its name"))](const Call& call) {
+                  if (const auto id = identifier(call, word))
+                      call->launcher().arrangements().rename(
+                          call->mode(), *id, text(name),
+                          answering(call, Texts::tr("Renamed to “%1”.")));
+              });
 
     CLI::App* remove = set.add("delete", Texts::noop("Remove a saved arrangement"), group);
     set.onRun(remove, CommandNeeds::launcher, [word = arrangementWord(remove)](const Call& call) {
@@ -109,7 +109,7 @@ void addChanges(CommandSet& set, CLI::App* group) {
 
 void addRestore(CommandSet& set, CLI::App* group) {
     CLI::App* restore =
-        set.add("restore", Texts::noop("Put a saved arrangement in place of the present one"), group);
+        set.add("restore", Texts::noop("Replace the current arrangement with a saved one"), group);
     set.onRun(restore, CommandNeeds::launcher, [word = arrangementWord(restore)](const Call& call) {
         if (const auto id = identifier(call, word))
             call->launcher().archive().restore(
@@ -123,21 +123,20 @@ void addRestore(CommandSet& set, CLI::App* group) {
 }
 
 void addFiles(CommandSet& set, CLI::App* group) {
-    CLI::App* give = set.add(
-        "export", Texts::noop("Copy a saved arrangement to a file that is not there yet"), group);
+    CLI::App* give = set.add("export", Texts::noop("Export a saved arrangement to a new file"), group);
     set.onRun(give, CommandNeeds::launcher,
               [word = arrangementWord(give),
-               file = tessellar::word(give, "file", Texts::noop("Where to"))](const Call& call) {
+               file = tessellar::word(give, "file", Texts::noop("The new file"))](const Call& call) {
                   const NamedFile named = namedFile(*call, text(file));
                   if (const auto id = identifier(call, word))
                       call->launcher().arrangements().exportTo(
                           call->mode(), *id, *named.files, named.path,
                           answering(call, Texts::tr("Exported “%1”.")));
               });
-    CLI::App* take = set.add(
-        "import", Texts::noop("Take an arrangement that was exported among the saved ones"), group);
+    CLI::App* take =
+        set.add("import", Texts::noop("Add an exported arrangement to the saved ones"), group);
     set.onRun(take, CommandNeeds::launcher,
-              [file = word(take, "file", Texts::noop("A file that was exported"))](const Call& call) {
+              [file = word(take, "file", Texts::noop("An exported file"))](const Call& call) {
                   const NamedFile named = namedFile(*call, text(file));
                   call->launcher().arrangements().importFrom(
                       call->mode(), *named.files, named.path,
@@ -147,16 +146,15 @@ void addFiles(CommandSet& set, CLI::App* group) {
 
 /// Only useful within one launcher: each command without a running one starts its own.
 void addSteps(CommandSet& set, CLI::App* group) {
-    set.onRun(
-        set.add("undo", Texts::noop("Take back the last change of the saved arrangements"), group),
-        CommandNeeds::launcher, [](const Call& call) {
-            const QString name = call->launcher().arrangements().undoName(call->mode());
-            call->launcher().arrangements().undo(call->mode(),
-                                                 answering(call, [name](const ArrangementSummary&) {
-                                                     return Texts::tr("Undid: %1.").arg(name);
-                                                 }));
-        });
-    set.onRun(set.add("redo", Texts::noop("Make the change again that was taken back"), group),
+    set.onRun(set.add("undo", Texts::noop("Undo the last change to the saved arrangements"), group),
+              CommandNeeds::launcher, [](const Call& call) {
+                  const QString name = call->launcher().arrangements().undoName(call->mode());
+                  call->launcher().arrangements().undo(
+                      call->mode(), answering(call, [name](const ArrangementSummary&) {
+                          return Texts::tr("Undid: %1.").arg(name);
+                      }));
+              });
+    set.onRun(set.add("redo", Texts::noop("Redo the change that was undone"), group),
               CommandNeeds::launcher, [](const Call& call) {
                   const QString name = call->launcher().arrangements().redoName(call->mode());
                   call->launcher().arrangements().redo(

@@ -169,7 +169,8 @@ std::expected<QList<NamedItem>, LauncherError> itemsFrom(const Call& call, const
     const auto damaged = [&] {
         return std::unexpected(LauncherError{
             QStringLiteral("damaged"),
-            Texts::tr("%1 is no list of paths: a JSON array, or the answer of cleanup review.")
+            Texts::tr(
+                "%1 is not a list of paths: neither a JSON array nor the output of cleanup review.")
                 .arg(name),
             {}});
     };
@@ -216,11 +217,10 @@ std::expected<void, LauncherError> select(const Call& call, bool all, const Word
                 Texts::tr("“%1” is not among the items of the review.").arg(wanted.path.left(1'000)),
                 {}});
         if (wanted.identity && *wanted.identity != item->identity)
-            return std::unexpected(
-                LauncherError{QStringLiteral("changed"),
-                              Texts::tr("“%1” is not what lay there when it was reviewed.")
-                                  .arg(wanted.path.left(1'000)),
-                              {}});
+            return std::unexpected(LauncherError{
+                QStringLiteral("changed"),
+                Texts::tr("“%1” has changed since it was reviewed.").arg(wanted.path.left(1'000)),
+                {}});
     }
     for (const RelatedFile& item : items)
         cleanup.setSelected(item.path,
@@ -241,7 +241,7 @@ void refuseWithoutYes(const Call& call) {
             lines += Texts::tr("%1 is open and would be asked to quit.\n")
                          .arg(call->launcher().cleanup().app().name);
         const LauncherError error{QStringLiteral("confirmationRequired"),
-                                  Texts::tr("%1Nothing was removed; --yes goes on.").arg(lines),
+                                  Texts::tr("%1Nothing was removed; add --yes to continue.").arg(lines),
                                   {}};
         endReview(call);
         call->fail(error);
@@ -250,16 +250,16 @@ void refuseWithoutYes(const Call& call) {
 
 void addRemove(CommandSet& set, CLI::App* group) {
     CLI::App* remove = set.add(
-        "remove", Texts::noop("Move an application and what is surely its own to the Trash"), group);
+        "remove",
+        Texts::noop("Move an application and the files that surely belong to it to the Trash"), group);
     const Word key = word(remove, "appkey", appKeyHelp);
     const Flag all =
-        flag(remove, "--all-matches", Texts::noop("Also what may belong to something else"));
+        flag(remove, "--all-matches", Texts::noop("Also files that may belong to something else"));
     const Word file = std::make_shared<std::string>();
     remove
-        ->add_option(
-            "--items", *file,
-            Texts::noop("These items alone: a file with their paths as a JSON array, or with the "
-                        "answer of a review"))
+        ->add_option("--items", *file,
+                     Texts::noop("Only these items: a file with their paths as a JSON array, or with "
+                                 "the output of a review"))
         ->excludes("--all-matches");
     const Flag yes =
         flag(remove, "--yes", Texts::noop("Do it, and ask the application to quit if it is open"));
@@ -317,7 +317,7 @@ QString pastText(const CleanupRecord& past) {
 }
 
 void addHistory(CommandSet& set, CLI::App* group) {
-    CLI::App* history = set.add("history", Texts::noop("The past removals, the last first"), group);
+    CLI::App* history = set.add("history", Texts::noop("The past removals, latest first"), group);
     set.onRun(history, CommandNeeds::launcher, [](const Call& call) {
         call->launcher().cleanup().listPast([call](const LauncherCleanup::Past& past) {
             if (!past)
@@ -334,17 +334,18 @@ void addHistory(CommandSet& set, CLI::App* group) {
 }
 
 void addRestore(CommandSet& set, CLI::App* group) {
-    CLI::App* restore = set.add("restore", Texts::noop("Bring back what a removal took"), group);
+    CLI::App* restore =
+        set.add("restore", Texts::noop("Put back what a removal moved to the Trash"), group);
     const Word id = std::make_shared<std::string>();
     restore->add_option("id", *id,
-                        Texts::noop("Which one, as history lists it; the last one, if it is left out"));
+                        Texts::noop("Which one, as listed by history; by default the last one"));
     set.onRun(restore, CommandNeeds::launcherUntilStopped, [id](const Call& call) {
         std::optional<QUuid> removal;
         if (!id->empty()) {
             removal = QUuid::fromString(text(id));
             if (removal->isNull())
                 return call->fail({QStringLiteral("unknownRemoval"),
-                                   Texts::tr("“%1” is no removal.").arg(text(id)),
+                                   Texts::tr("There is no removal “%1”.").arg(text(id)),
                                    {}});
         }
         call->whenCancelled([call] { call->launcher().cleanup().stop(); });

@@ -9,13 +9,13 @@ namespace tessellar {
 std::span<const GlobalOption> globalOptions() {
     static constexpr GlobalOption options[] = {
         {"--root", "DIR", Texts::noop("The machine is the folder DIR, which holds a Mac's layout")},
-        {"--home", "PATH", Texts::noop("Whose arrangement, where the machine has several homes")},
+        {"--home", "PATH", Texts::noop("The user's home, if the machine has several")},
         {"--mode", "MODE", Texts::noop("The display mode: fullScreen (the default) or windowed")},
         {"--locale", "ID", Texts::noop("The user's locale, such as de_DE")},
-        {"--now", "DATE", Texts::noop("What to take for the present, such as 2026-11-14T21:05:40Z")},
+        {"--now", "DATE", Texts::noop("The time to use instead of now, such as 2026-11-14T21:05:40Z")},
         {"--json", nullptr, Texts::noop("Answer with a JSON document")},
-        {"--version", nullptr, Texts::noop("Say the version, and nothing else")},
-        {"--help", nullptr, Texts::noop("List the commands, and nothing else")},
+        {"--version", nullptr, Texts::noop("Print the version and exit")},
+        {"--help", nullptr, Texts::noop("List the commands and exit")},
     };
     return options;
 }

@@ -71,7 +71,7 @@ std::optional<LayoutPlace> place(const Call& call, const Word& word) {
     const auto found = LayoutPlace::fromText(text(word));
     if (!found)
         call->fail({QStringLiteral("noSuchPlace"),
-                    Texts::tr("“%1” is no place; write PAGE:INDEX or FOLDER/PAGE:INDEX.")
+                    Texts::tr("“%1” is not a place: write PAGE:INDEX or FOLDER/PAGE:INDEX.")
                         .arg(text(word).left(200)),
                     {}});
     return found;
@@ -88,8 +88,9 @@ void addMoves(CommandSet& set) {
                       call->answer(call->launcher().editor().moveTiles(call->mode(), *ids, *where));
               });
 
-    CLI::App* group =
-        set.add("group", Texts::noop("Put tiles together with another: into it, or into a new folder"));
+    CLI::App* group = set.add(
+        "group",
+        Texts::noop("Group tiles with another: into it, if it is a folder, or into a new folder"));
     set.onRun(
         group, CommandNeeds::launcher,
         [names = words(group, "tiles", tilesHelp),
@@ -101,7 +102,7 @@ void addMoves(CommandSet& set) {
                 call->answer(call->launcher().editor().groupTiles(call->mode(), *ids, *target));
         });
 
-    CLI::App* ungroup = set.add("ungroup", Texts::noop("Put a folder's tiles in its place"));
+    CLI::App* ungroup = set.add("ungroup", Texts::noop("Replace a folder with its tiles"));
     set.onRun(ungroup, CommandNeeds::launcher,
               [name = word(ungroup, "folder", tileHelp)](const Call& call) {
                   if (const auto id = tile(call, name))
@@ -128,7 +129,7 @@ void addNames(CommandSet& set) {
                       call->answer(call->launcher().editor().rename(call->mode(), *id, text(to)));
               });
 
-    CLI::App* revert = set.add("revert-name", Texts::noop("Back to what the application calls itself"));
+    CLI::App* revert = set.add("revert-name", Texts::noop("Restore the application's own name"));
     set.onRun(revert, CommandNeeds::launcher,
               [name = word(revert, "tile", tileHelp)](const Call& call) {
                   if (const auto id = tile(call, name))
@@ -188,13 +189,13 @@ QJsonArray names(const QList<LayoutUndoEntry>& stack) {
 }
 
 void addHistory(CommandSet& set) {
-    set.onRun(set.add("undo", Texts::noop("Take the last edit back")), CommandNeeds::launcher,
+    set.onRun(set.add("undo", Texts::noop("Undo the last edit")), CommandNeeds::launcher,
               [](const Call& call) {
                   call->launcher().history().undo(
                       call->mode(),
                       [call](const LauncherEditor::Outcome& outcome) { call->answer(outcome); });
               });
-    set.onRun(set.add("redo", Texts::noop("Make the last undone edit again")), CommandNeeds::launcher,
+    set.onRun(set.add("redo", Texts::noop("Redo the last undone edit")), CommandNeeds::launcher,
               [](const Call& call) {
                   call->launcher().history().redo(
                       call->mode(),

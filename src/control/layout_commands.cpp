@@ -52,7 +52,7 @@ QString gridText(const Call& call, const Pages& pages) {
 }
 
 void addScan(CommandSet& set) {
-    set.onRun(set.add("scan", Texts::noop("Look for applications and print what is found")),
+    set.onRun(set.add("scan", Texts::noop("Scan for applications and list them")),
               CommandNeeds::machine, [](const Call& call) {
                   Machine& machine = call->machine;
                   auto task = std::make_shared<Task>();
@@ -79,12 +79,11 @@ void addArrange(CommandSet& set) {
     using Kind = LayoutProposal::Kind;
     static const std::map<std::string, Kind> ways{{"by-category", Kind::byCategory},
                                                   {"by-name", Kind::byName}};
-    CLI::App* arrange =
-        set.add("arrange", Texts::noop("Arrange all applications anew; a backup is kept"));
+    CLI::App* arrange = set.add("arrange", Texts::noop("Rearrange all applications; a backup is kept"));
     const Word way =
         word(arrange, "way", Texts::noop("by-category, with a folder for each, or by-name"));
     arrange->get_option("way")->check(CLI::IsMember(ways));
-    const Flag isPreview = flag(arrange, "--preview", Texts::noop("Only print what would come of it"));
+    const Flag isPreview = flag(arrange, "--preview", Texts::noop("Only print the result"));
     set.onRun(arrange, CommandNeeds::launcher, [way, isPreview](const Call& call) {
         call->launcher().proposals().propose(
             call->mode(), [call, way, isPreview](const LayoutProposals::All& all) {
@@ -121,7 +120,7 @@ void addPresence(CommandSet& set, const char* name, const char* description,
 
 /// The launcher keeps running if something cannot be saved.
 void addQuit(CommandSet& set) {
-    set.onRun(set.add("quit", Texts::noop("End it, with everything saved")), CommandNeeds::window,
+    set.onRun(set.add("quit", Texts::noop("Save everything and quit it")), CommandNeeds::window,
               [](const Call& call) {
                   const auto& window = call->launcher().presenter();
                   if (!window)
@@ -159,11 +158,11 @@ void addLayoutCommands(CommandSet& set) {
               });
     addArrange(set);
     using Presenter = LauncherViewModel::Presenter;
-    addPresence(set, "show", Texts::noop("Bring the launcher that is running before the user"),
+    addPresence(set, "show", Texts::noop("Show the running launcher's window"),
                 [](const Presenter& window) { window.show(); });
-    addPresence(set, "dismiss", Texts::noop("Put its window away"),
+    addPresence(set, "dismiss", Texts::noop("Hide its window"),
                 [](const Presenter& window) { window.dismiss(); });
-    addPresence(set, "toggle", Texts::noop("Show it, or put it away where it is shown"),
+    addPresence(set, "toggle", Texts::noop("Show its window, or hide it if it is shown"),
                 [](const Presenter& window) { window.isShown() ? window.dismiss() : window.show(); });
     addQuit(set);
     CLI::App* open = set.add("open", Texts::noop("Start an application"));

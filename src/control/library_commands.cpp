@@ -41,9 +41,9 @@ void answerWithPreview(const Call& call, const NativeLaunchpadImportResult& foun
 
 void addImport(CommandSet& set) {
     CLI::App* import =
-        set.add("import-launchpad", Texts::noop("Take over the arrangement of the old Launchpad"));
+        set.add("import-launchpad", Texts::noop("Import the old Launchpad's arrangement"));
     const Word database =
-        optionalWord(import, "--database", Texts::noop("Its database, where it is not the system's"));
+        optionalWord(import, "--database", Texts::noop("Its database, if not the system's"));
     const Flag isPreview = flag(import, "--preview", Texts::noop("Only print what would be imported"));
     set.onRun(import, CommandNeeds::launcher, [database, isPreview](const Call& call) {
         std::optional<LauncherImport::Database> file;
@@ -77,7 +77,7 @@ QJsonObject iconObject(const LauncherIcons& icons, const QString& appKey) {
 }
 
 void addIcons(CommandSet& set) {
-    CLI::App* group = set.addGroup("icon", Texts::noop("Icons of your own for applications"));
+    CLI::App* group = set.addGroup("icon", Texts::noop("Custom icons for applications"));
     CLI::App* put = set.add("set", Texts::noop("Give an application the icon in an .icns file"), group);
     set.onRun(put, CommandNeeds::launcher,
               [key = word(put, "appkey", appKeyHelp),
@@ -129,8 +129,8 @@ QString noticeText(const LibraryNotice& notice) {
     if (notice.kind == Kind::watching)
         return Texts::tr("Watching %n folders.", nullptr, static_cast<int>(notice.paths.size()));
     if (notice.kind == Kind::polling)
-        return Texts::tr("The system has no more watches to give: some folders are looked at every "
-                         "ten seconds.");
+        return Texts::tr("The system's limit on watched folders was reached: some folders are checked "
+                         "every ten seconds instead.");
     QString text;
     for (const QString& path : notice.paths)
         text += QStringLiteral("%1  %2\n").arg(json::rawValue(notice.kind), path);
@@ -138,7 +138,7 @@ QString noticeText(const LibraryNotice& notice) {
 }
 
 void addWatch(CommandSet& set) {
-    set.onRun(set.add("watch", Texts::noop("Print what happens to the applications, until stopped")),
+    set.onRun(set.add("watch", Texts::noop("Print changes to the applications until stopped")),
               CommandNeeds::launcherReadOnly, [](const Call& call) {
                   call->options.oneLine = true;
                   LibraryWatch& watch = call->launcher().libraryWatch();

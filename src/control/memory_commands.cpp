@@ -28,7 +28,7 @@ QJsonValue encoded(const PlaceSummary& place) {
 
 void addPlaces(CommandSet& set) {
     CLI::App* group =
-        set.addGroup("places", Texts::noop("The remembered places of applications that went"));
+        set.addGroup("places", Texts::noop("The remembered places of applications that are gone"));
     set.onRun(set.add("list", Texts::noop("In the order of the arrangement"), group),
               CommandNeeds::launcher, [](const Call& call) {
                   QJsonArray all;
@@ -79,8 +79,7 @@ void addUnplaced(CommandSet& set) {
 }
 
 void addBackups(CommandSet& set) {
-    CLI::App* group =
-        set.addGroup("backups", Texts::noop("The arrangements that were kept before others came"));
+    CLI::App* group = set.addGroup("backups", Texts::noop("The backups of the arrangement"));
     set.onRun(set.add("list", Texts::noop("Newest first"), group), CommandNeeds::launcher,
               [](const Call& call) {
                   call->launcher().archive().listBackups([call](const QList<BackupSummary>& all) {
@@ -96,9 +95,9 @@ void addBackups(CommandSet& set) {
                   });
               });
     CLI::App* restore =
-        set.add("restore", Texts::noop("Put a backup in place of the present arrangement"), group);
+        set.add("restore", Texts::noop("Replace the current arrangement with a backup"), group);
     set.onRun(restore, CommandNeeds::launcher,
-              [name = word(restore, "name", Texts::noop("As the list has it"))](const Call& call) {
+              [name = word(restore, "name", Texts::noop("As listed"))](const Call& call) {
                   call->launcher().archive().restoreBackup(
                       call->mode(), text(name), [call](const LayoutArchive::Outcome& outcome) {
                           call->answer(outcome, Texts::tr("The backup was restored."));

@@ -34,7 +34,8 @@ FullDiskAccessAnswer answerFor(FullDiskAccess access) {
     case FullDiskAccess::notGuarded:
         break;
     }
-    return {"notGuarded", Texts::noop("This system guards no folders from Tessellar.")};
+    return {"notGuarded",
+            Texts::noop("This system does not restrict which folders Tessellar may read.")};
 }
 
 /// Fails the command and returns false if the settings cannot be read.
@@ -47,7 +48,7 @@ bool areReadable(const Call& call) {
 }
 
 void addPermissions(CommandSet& set) {
-    set.onRun(set.add("permissions", Texts::noop("What the system lets Tessellar see")),
+    set.onRun(set.add("permissions", Texts::noop("Whether Tessellar has full disk access")),
               CommandNeeds::machine, [](const Call& call) {
                   auto task = std::make_shared<Task>();
                   call->held.push_back(task);
@@ -120,9 +121,9 @@ void list(const Call& call) {
 void addSettingsCommands(CommandSet& set) {
     addPermissions(set);
     CLI::App* group = set.addGroup("settings", Texts::noop("What the user has set"));
-    set.onRun(
-        set.add("list", Texts::noop("Every setting, with what holds now and what it may be"), group),
-        CommandNeeds::machine, [](const Call& call) { list(call); });
+    set.onRun(set.add("list", Texts::noop("Every setting, with its current value and the allowed ones"),
+                      group),
+              CommandNeeds::machine, [](const Call& call) { list(call); });
 
     CLI::App* get = set.add("get", Texts::noop("One setting"), group);
     set.onRun(get, CommandNeeds::machine,
@@ -141,7 +142,7 @@ void addSettingsCommands(CommandSet& set) {
     CLI::App* put = set.add("set", Texts::noop("Store a setting; null removes it"), group);
     set.onRun(put, CommandNeeds::launcher,
               [key = word(put, "key", Texts::noop("Its name")),
-               value = word(put, "value", Texts::noop("JSON, or else text"))](const Call& call) {
+               value = word(put, "value", Texts::noop("JSON or plain text"))](const Call& call) {
                   const QJsonValue wanted = settingValue(text(value));
                   call->launcher().settings().store(
                       text(key), wanted,

@@ -97,7 +97,7 @@ void answerWithEvaluation(const Call& call, const SmartFolderDefinition& definit
         const auto given = Instant::fromIso8601(text(nowWord));
         if (!given)
             return call->fail(
-                {QStringLiteral("notADate"), Texts::tr("“%1” is no date.").arg(text(nowWord)), {}});
+                {QStringLiteral("notADate"), Texts::tr("“%1” is not a date.").arg(text(nowWord)), {}});
         now = *given;
     }
     const QString localeName =
@@ -228,8 +228,8 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
                 });
         });
 
-    CLI::App* replace =
-        set.add("replace", Texts::noop("Give a smart folder the definition in a file"), group);
+    CLI::App* replace = set.add(
+        "replace", Texts::noop("Replace a smart folder's definition with the one in a file"), group);
     set.onRun(replace, CommandNeeds::launcher,
               [id = word(replace, "id", Texts::noop("Its identifier or name")),
                file = word(replace, "file", Texts::noop("A definition in the form of the registry"))](
@@ -263,7 +263,7 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
               });
     CLI::App* unplace = set.add(
         "unplace",
-        Texts::noop("Take a smart folder's tile out of the display mode, one without a definition too"),
+        Texts::noop("Remove a smart folder's tile from the display mode, even if it has no definition"),
         group);
     set.onRun(unplace, CommandNeeds::launcher,
               [id = word(unplace, "id", Texts::noop("Its identifier, or its name"))](const Call& call) {
@@ -275,11 +275,12 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
               });
 
     CLI::App* recover =
-        set.add("recover", Texts::noop("Deal with a registry that could not be read"), group);
+        set.add("recover", Texts::noop("Recover from a registry that could not be read"), group);
     set.onRun(
         recover, CommandNeeds::launcher,
-        [how = word(recover, "how",
-                    Texts::noop("restore: put it back for another try; replace: start anew"))](
+        [how =
+             word(recover, "how",
+                  Texts::noop("restore: put it back and try again; replace: start with an empty one"))](
             const Call& call) {
             if (text(how) != u"restore" && text(how) != u"replace")
                 return refuseUsage(call, Texts::tr("recover takes restore or replace."));
@@ -293,9 +294,10 @@ void addEvaluate(CommandSet& set, CLI::App* group) {
     set.onRun(
         evaluate, CommandNeeds::launcher,
         [id = optionalWord(evaluate, "id", Texts::noop("Its identifier or name")),
-         file = optionalWord(evaluate, "--definition", Texts::noop("A definition in a file instead")),
+         file =
+             optionalWord(evaluate, "--definition", Texts::noop("Use a definition in a file instead")),
          now = optionalWord(evaluate, "--now", Texts::noop("The time, such as 2026-11-14T21:05:40Z")),
-         locale = optionalWord(evaluate, "--locale", Texts::noop("Whose text and weeks"))](
+         locale = optionalWord(evaluate, "--locale", Texts::noop("The locale for texts and weeks"))](
             const Call& call) {
             if (id->empty() == file->empty())
                 return refuseUsage(call,
@@ -314,7 +316,7 @@ void addEvaluate(CommandSet& set, CLI::App* group) {
 void addSmartFolderCommands(CommandSet& set) {
     addFacts(set);
     CLI::App* group =
-        set.addGroup("smart-folders", Texts::noop("Folders whose contents follow from rules"));
+        set.addGroup("smart-folders", Texts::noop("Folders whose contents are determined by rules"));
     addDefinitions(set, group);
     addEvaluate(set, group);
 }

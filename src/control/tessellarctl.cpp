@@ -111,7 +111,7 @@ std::expected<Invocation, CommandSet::Failure> readInvocation(QStringList argume
         } else if (!arguments.isEmpty()) {
             value = arguments.takeFirst();
         } else {
-            return wrong(Texts::tr("%1 needs a value, or is no option.").arg(name));
+            return wrong(Texts::tr("%1 needs a value, or is not an option.").arg(name));
         }
         if (name == u"--root") {
             invocation.machine.root = QDir(value).absolutePath();

@@ -132,15 +132,17 @@ void whenReady(const Call& call, bool asksTools, const std::function<void()>& an
 
 void addStatus(CommandSet& set, CLI::App* group) {
     CLI::App* status = set.add(
-        "status", Texts::noop("What the last check found; nothing is asked, not even Homebrew"), group);
+        "status", Texts::noop("The results of the last check; contacts nothing and runs no tools"),
+        group);
     auto wanted = std::make_shared<std::string>();
     auto refresh = std::make_shared<bool>(false);
     auto unchecked = std::make_shared<bool>(false);
     status->add_option("appkey", *wanted,
                        Texts::noop("One application; without it all that can be checked"));
-    status->add_flag("--refresh", *refresh, Texts::noop("Ask tools first whose applications they are"));
+    status->add_flag("--refresh", *refresh,
+                     Texts::noop("First ask tools which applications they manage"));
     status->add_flag("--unchecked", *unchecked,
-                     Texts::noop("The applications that have no plain answer, and why"));
+                     Texts::noop("The applications without a clear result, and why"));
     set.onRun(status, CommandNeeds::launcher, [wanted, refresh, unchecked](const Call& call) {
         whenReady(call, *refresh, [call, wanted, unchecked] {
             if (wanted->empty())
@@ -215,11 +217,10 @@ void endCheck(const Call& call, const std::expected<bool, LauncherError>& outcom
 }
 
 void addCheck(CommandSet& set, CLI::App* group) {
-    CLI::App* check =
-        set.add("check",
-                Texts::noop("Look for newer versions now; with --json one document a line, each "
-                            "result as it comes and a summary last"),
-                group);
+    CLI::App* check = set.add("check",
+                              Texts::noop("Check for newer versions now; with --json one document a "
+                                          "line: each result as it arrives, then a summary"),
+                              group);
     auto channel = std::make_shared<std::string>();
     std::vector<std::string> kinds;
     for (const auto& [kind, raw] : json::RawValues<AppUpdateChannelKind>::values)
@@ -305,12 +306,11 @@ void endRun(const Call& call, const QStringList& keys,
 }
 
 void addRun(CommandSet& set, CLI::App* group) {
-    CLI::App* run =
-        set.add("run",
-                Texts::noop("Bring applications up to date, by the way their updates come; an update "
-                            "that was begun goes on "
-                            "when the launcher ends, and is taken up by the next one"),
-                group);
+    CLI::App* run = set.add(
+        "run",
+        Texts::noop("Update applications, each through its own source; a running update continues when "
+                    "the launcher quits, and the next launcher resumes following it"),
+        group);
     auto wanted = std::make_shared<std::vector<std::string>>();
     auto all = std::make_shared<bool>(false);
     auto yes = std::make_shared<bool>(false);
@@ -318,14 +318,14 @@ void addRun(CommandSet& set, CLI::App* group) {
         run->add_option("appkey", *wanted, Texts::noop("Applications, one after the other"));
     run->add_flag("--all", *all, Texts::noop("All that Homebrew or Microsoft AutoUpdate can update"))
         ->excludes(named);
-    run->add_flag("--yes", *yes, Texts::noop("Go on where the launcher would ask first"));
+    run->add_flag("--yes", *yes, Texts::noop("Do not ask before updating"));
     set.onRun(run, CommandNeeds::launcherUntilStopped, [wanted, all, yes](const Call& call) {
         QStringList given;
         for (const std::string& word : *wanted)
             given.append(QString::fromStdString(word));
         if (given.isEmpty() && !*all)
             return call->fail(
-                {QStringLiteral("usage"), Texts::tr("Name an application, or say --all."), {}},
+                {QStringLiteral("usage"), Texts::tr("Name an application, or use --all."), {}},
                 ExitStatus::wrongUsage);
         for (const QString& key : std::as_const(given))
             if (refuseUnknown(call, key))
@@ -334,7 +334,7 @@ void addRun(CommandSet& set, CLI::App* group) {
         const auto asked = std::make_shared<QString>();
         const auto answer = [yes, asked](const LauncherQuestion& question,
                                          const std::function<void(bool)>& reply) {
-            *asked = Texts::tr("%1 %2 --yes goes on.").arg(question.title, question.text);
+            *asked = Texts::tr("%1 %2 Add --yes to continue.").arg(question.title, question.text);
             reply(*yes);
         };
         LauncherUpdates& updates = call->launcher().updates();
@@ -364,11 +364,10 @@ void addRun(CommandSet& set, CLI::App* group) {
 // ---- skipped versions
 
 void addSkip(CommandSet& set, CLI::App* group) {
-    CLI::App* skip =
-        set.add("skip", Texts::noop("Do not offer the version that is available now"), group);
+    CLI::App* skip = set.add("skip", Texts::noop("Skip the version that is available now"), group);
     auto every = std::make_shared<bool>(false);
     const Word skipped = word(skip, "appkey", "");
-    skip->add_flag("--every-version", *every, Texts::noop("Nor any other version of this application"));
+    skip->add_flag("--every-version", *every, Texts::noop("Skip every version of this application"));
     set.onRun(skip, CommandNeeds::launcher, [skipped, every](const Call& call) {
         whenReady(call, false, [call, skipped, every] {
             LauncherUpdates& updates = call->launcher().updates();

@@ -132,8 +132,8 @@ std::function<void(LauncherUpdates::StopMode)> LauncherUpdates::run(const QStrin
         else if (how == StopMode::cancel)
             cancelRun();
         else
-            ended->end(std::unexpected(
-                LauncherError{QStringLiteral("left"), Texts::tr("The update goes on by itself."), {}}));
+            ended->end(std::unexpected(LauncherError{
+                QStringLiteral("left"), Texts::tr("The update continues by itself."), {}}));
     };
 }
 

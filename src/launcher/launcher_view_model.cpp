@@ -160,11 +160,12 @@ void LauncherViewModel::start() {
             messages().alert({failure->code, SmartFolderLibrary::unavailableNotice(), failure->title});
     });
     if (!_machine.settings.isReadable())
-        messages().alert({QStringLiteral("settingsUnreadable"),
-                          Texts::tr("The usual ones are used meanwhile. Applications in search "
-                                    "folders of your own keep their places. The first change "
-                                    "begins a new file, and the old one is kept beside it."),
-                          Texts::tr("The settings could not be read")});
+        messages().alert(
+            {QStringLiteral("settingsUnreadable"),
+             Texts::tr(
+                 "The defaults are used meanwhile. Applications in search folders of your own keep "
+                 "their places. The first change starts a new file; the old one is kept beside it."),
+             Texts::tr("The settings could not be read")});
     applications().rescan();
 }
 

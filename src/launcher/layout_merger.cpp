@@ -65,7 +65,7 @@ void LayoutMerger::load(std::function<void()> done) {
                              [this](LauncherWindowMode mode) { return _places.canRemember(mode); }))
         _messages.alert({QStringLiteral("placesUnreadable"),
                          Texts::tr("Until they can be, applications that are gone keep their tiles."),
-                         Texts::tr("The places of applications that went could not be read")});
+                         Texts::tr("The remembered places of applications could not be read")});
 }
 
 void LayoutMerger::loaded(LauncherWindowMode mode, LayoutStore::LoadResult result,

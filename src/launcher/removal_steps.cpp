@@ -7,7 +7,7 @@
 namespace tessellar {
 namespace {
 
-const char* const notKnown = Texts::noop("It is not known where it lies.");
+const char* const notKnown = Texts::noop("Its location is not known.");
 
 bool isThere(const FileSystem& files, const RelatedFile& item) {
     const auto status = files.linkStatus(item.path);

@@ -138,17 +138,16 @@ QList<Setting> makeTable() {
                            Texts::noop("Bottom left"), Texts::noop("Bottom right")}},
                {.key = Discovery::searchPathsKey,
                 .kind = Kind::folders,
-                .description =
-                    Texts::noop("The folders that applications are looked for in, instead of "
-                                "the usual ones")},
+                .description = Texts::noop(
+                    "The folders in which to look for applications, instead of the usual ones")},
                {.key = Discovery::additionalSearchPathsKey,
                 .kind = Kind::folders,
                 .defaultValue = QJsonArray(),
-                .description = Texts::noop("Folders that applications are looked for in besides")},
+                .description = Texts::noop("Additional folders in which to look for applications")},
                {.key = Discovery::scanDepthKey,
                 .kind = Kind::integer,
                 .defaultValue = Discovery::defaultScanDepth,
-                .description = Texts::noop("How many folders deep applications are looked for"),
+                .description = Texts::noop("How many folders deep to look for applications"),
                 .minimum = Discovery::minimumScanDepth,
                 .maximum = Discovery::maximumScanDepth,
                 .isClamped = true},
@@ -165,11 +164,11 @@ QList<Setting> makeTable() {
                            Texts::noop("Every three days"), Texts::noop("Every week")}},
                {.key = Updates::storeLookupKey,
                 .kind = Kind::address,
-                .description = Texts::noop("Where the store is asked for versions, instead of its own "
-                                           "address")},
+                .description =
+                    Texts::noop("The address for looking up versions, instead of the store's own")},
                {.key = Updates::storePageKey,
                 .kind = Kind::address,
-                .description = Texts::noop("Where the store's pages are, instead of its own address")},
+                .description = Texts::noop("The address of the store's pages, instead of its own")},
                {.key = ReleaseNotes::lastVersionKey,
                 .description = Texts::noop("The version whose news was shown last")},
            };
@@ -228,13 +227,13 @@ QString misspelling(const Setting& setting, const QJsonValue& value) {
     if (setting.kind == Kind::keys && !text.isEmpty() && !keyChord(text))
         return Texts::tr("“%1” cannot be a shortcut. “option+space” can.").arg(text.left(200));
     if (setting.kind == Kind::address && !isStoreAddress(text))
-        return Texts::tr("“%1” is no address that can be asked: it begins with “https://” and has no "
-                         "query.")
+        return Texts::tr(
+                   "“%1” is not a usable address: it must begin with “https://” and have no query.")
             .arg(text.left(200));
     if (setting.kind == Kind::folders)
         for (const QJsonValue& folder : value.toArray())
             if (AppDiscoverySettings::normalized({folder.toString()}, QStringLiteral("/")).isEmpty())
-                return Texts::tr("“%1” is no folder: a path begins with “/” or “~/”.")
+                return Texts::tr("“%1” is not the path of a folder: it must begin with “/” or “~/”.")
                     .arg(folder.toString().left(200));
     return {};
 }
@@ -288,7 +287,7 @@ QString rangeText(const Setting& setting) {
 
 std::optional<LauncherError> refusal(const Setting& setting, const QJsonValue& value) {
     if (!isInRange(setting, value))
-        return outOfRange(Texts::tr("“%1” is to be %2.").arg(setting.key, rangeText(setting)));
+        return outOfRange(Texts::tr("“%1” must be %2.").arg(setting.key, rangeText(setting)));
     if (const QString misspelt = misspelling(setting, value); !misspelt.isEmpty())
         return outOfRange(misspelt);
     return std::nullopt;

@@ -138,7 +138,7 @@ SmartFolderEditing::Outcome SmartFolderEditing::save() {
                 (now ? Texts::tr("“%1” was changed elsewhere while you edited it. Saving again "
                                  "replaces that change.")
                      : Texts::tr("“%1” was deleted elsewhere while you edited it. Saving again "
-                                 "makes it anew."))
+                                 "re-creates it."))
                     .arg(_before.name),
                 Texts::tr("Could not save Smart Folders")});
         SmartFolderDefinition definition = _draft->definition();

@@ -70,14 +70,14 @@ std::expected<Places, QString> HostMachine::findPlaces(const MachineOptions& opt
             return std::unexpected(Texts::tr("HOME is not set; name the home with --home."));
     }
     if (!_files.isDirectory(places.home))
-        return std::unexpected(Texts::tr("The home %1 is no folder.").arg(places.home));
+        return std::unexpected(Texts::tr("The home %1 is not a folder.").arg(places.home));
     return places;
 }
 
 std::expected<std::unique_ptr<HostMachine>, QString> HostMachine::make(const MachineOptions& options) {
     std::unique_ptr<HostMachine> host(new HostMachine(options));
     if (!host->_files.isDirectory(QStringLiteral("/")))
-        return std::unexpected(Texts::tr("The root %1 is no folder.").arg(host->_files.hostRoot()));
+        return std::unexpected(Texts::tr("The root %1 is not a folder.").arg(host->_files.hostRoot()));
     auto places = host->findPlaces(options);
     if (!places)
         return std::unexpected(places.error());

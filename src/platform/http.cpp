@@ -19,9 +19,9 @@ namespace tessellar {
 QString message(HttpError error) {
     switch (error) {
     case HttpError::addressRefused:
-        return Texts::tr("The address is not a secure one.");
+        return Texts::tr("The address is not secure.");
     case HttpError::redirectRefused:
-        return Texts::tr("The server leads to another address.");
+        return Texts::tr("The server redirects to another address.");
     case HttpError::timedOut:
         return Texts::tr("The server did not answer in time.");
     case HttpError::tooLarge:

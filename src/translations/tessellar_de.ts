@@ -50,7 +50,7 @@
         <translation>Programme anordnen</translation>
     </message>
     <message>
-        <source>How are your applications to be arranged?</source>
+        <source>How should your applications be arranged?</source>
         <translation>Wie sollen Ihre Programme angeordnet werden?</translation>
     </message>
     <message>
@@ -66,7 +66,7 @@
         <translation>Mit „Programme anordnen …“ im Menü des Hintergrunds kommen Sie hierher zurück.</translation>
     </message>
     <message>
-        <source>A backup of the present arrangement is kept, and “Undo” brings it back.</source>
+        <source>A backup of the current arrangement is kept, and “Undo” restores it.</source>
         <translation>Von der jetzigen Anordnung wird eine Sicherung behalten, und „Widerrufen“ holt sie zurück.</translation>
     </message>
     <message>
@@ -386,8 +386,8 @@
 <context>
     <name>PortalHotKey</name>
     <message>
-        <source>Show or put away the launcher</source>
-        <translation>Launcher zeigen oder weglegen</translation>
+        <source>Show or hide the launcher</source>
+        <translation>Launcher ein- oder ausblenden</translation>
     </message>
 </context>
 <context>
@@ -570,7 +570,7 @@
         <translation>Das Gebietsschema des Benutzers, etwa de_DE</translation>
     </message>
     <message>
-        <source>Writes a picture of the first whole frame to a PNG file and ends</source>
+        <source>Write an image of the first complete frame to a PNG file and exit</source>
         <translation>Schreibt ein Bild der ersten vollständigen Ansicht in eine PNG-Datei und endet</translation>
     </message>
     <message>
@@ -582,7 +582,7 @@
         <translation>Mit dem Grafikprozessor zeichnen oder ohne ihn</translation>
     </message>
     <message>
-        <source>Go on in the background without the window; another start shows it again</source>
+        <source>Stay in the background without the window; starting again shows it</source>
         <translation>Ohne Fenster im Hintergrund weiterlaufen; ein neuer Start zeigt es wieder</translation>
     </message>
     <message>
@@ -590,15 +590,15 @@
         <translation>Im Hintergrund starten, ohne Fenster</translation>
     </message>
     <message>
-        <source>Whether to start when the user logs in; stored, and ends</source>
+        <source>Set whether to start at login, and exit</source>
         <translation>Ob beim Anmelden gestartet wird; wird gesichert, dann endet das Programm</translation>
     </message>
     <message>
-        <source>Say the version, and nothing else</source>
-        <translation>Nur die Version nennen</translation>
+        <source>Print the version and exit</source>
+        <translation>Die Version ausgeben und beenden</translation>
     </message>
     <message>
-        <source>Prints how long the first frame and the first whole frame took, and ends</source>
+        <source>Print how long the first frame and the first complete frame took, and exit</source>
         <translation>Gibt aus, wie lange die erste und die erste vollständige Ansicht gedauert haben, und endet</translation>
     </message>
     <message>
@@ -638,7 +638,7 @@
         <translation>Es liegt nicht mehr im Papierkorb.</translation>
     </message>
     <message>
-        <source>Its Trash could not be looked through. Try again later.</source>
+        <source>Its Trash could not be searched. Try again later.</source>
         <translation>Der zugehörige Papierkorb konnte nicht durchgesehen werden. Versuchen Sie es später erneut.</translation>
     </message>
     <message>
@@ -646,7 +646,7 @@
         <translation>Vielleicht liegt es beim Administrator-Hilfsprogramm, das nicht antwortet. Versuchen Sie es später erneut.</translation>
     </message>
     <message>
-        <source>It stayed, because what is removed could not be written down: %1</source>
+        <source>It was not moved, because the removal could not be recorded: %1</source>
         <translation>Es blieb liegen, weil nicht festgehalten werden konnte, was entfernt wird: %1</translation>
     </message>
     <message>
@@ -654,7 +654,7 @@
         <translation>%1: in den Papierkorb gelegt.</translation>
     </message>
     <message>
-        <source>%1: it has left its place, and was not found in the Trash.</source>
+        <source>%1: it is no longer in its place, but was not found in the Trash.</source>
         <translation>%1: hat seinen Ort verlassen und wurde im Papierkorb nicht gefunden.</translation>
     </message>
     <message>
@@ -670,7 +670,7 @@
         <translation>%1 ist noch geöffnet. Beenden Sie es und versuchen Sie es dann erneut.</translation>
     </message>
     <message>
-        <source>It could not be found out whether %1 is open. Try again.</source>
+        <source>Tessellar could not find out whether %1 is open. Try again.</source>
         <translation>Es ließ sich nicht feststellen, ob %1 geöffnet ist. Versuchen Sie es erneut.</translation>
     </message>
     <message>
@@ -690,7 +690,7 @@
         <translation>Es ist ein Verweis auf das Programm.</translation>
     </message>
     <message>
-        <source> Files of another application lie in it.</source>
+        <source> It contains files of another application.</source>
         <translation> Darin liegen Dateien eines anderen Programms.</translation>
     </message>
     <message>
@@ -922,23 +922,23 @@
         <translation>Der Eintrag, wie die Liste ihn nennt</translation>
     </message>
     <message>
-        <source>“%1” is not offered there now.</source>
+        <source>“%1” is not available there now.</source>
         <translation>„%1“ wird dort jetzt nicht angeboten.</translation>
     </message>
     <message>
-        <source>The rest is asked for in the window.</source>
-        <translation>Das Weitere wird im Fenster gefragt.</translation>
+        <source>Continue in the window.</source>
+        <translation>Weiter geht es im Fenster.</translation>
     </message>
     <message>
-        <source>“%1” asks for more, in the window; there is none.</source>
-        <translation>„%1“ fragt im Fenster nach mehr, und es gibt keins.</translation>
+        <source>“%1” continues in the window, which is not open.</source>
+        <translation>„%1“ geht im Fenster weiter, und das ist nicht offen.</translation>
     </message>
     <message>
         <source>The arrangement&apos;s identifier</source>
         <translation>Die Kennung der Anordnung</translation>
     </message>
     <message>
-        <source>“%1” is no identifier.</source>
+        <source>“%1” is not an identifier.</source>
         <translation>„%1“ ist keine Kennung.</translation>
     </message>
     <message>
@@ -954,12 +954,12 @@
         <translation>Die Anordnung unter einem Namen sichern</translation>
     </message>
     <message>
-        <source>What to call it</source>
-        <translation>Wie sie heißen soll</translation>
+        <source>Its name</source>
+        <translation>Ihr Name</translation>
     </message>
     <message>
-        <source>Save the arrangement in place of a saved one, under its name</source>
-        <translation>Die Anordnung anstelle einer gesicherten unter deren Namen sichern</translation>
+        <source>Replace a saved arrangement with the current one, under the same name</source>
+        <translation>Eine gesicherte Anordnung durch die jetzige ersetzen, unter demselben Namen</translation>
     </message>
     <message>
         <source>Replaced “%1”.</source>
@@ -970,7 +970,7 @@
         <translation>Einer gesicherten Anordnung einen anderen Namen geben</translation>
     </message>
     <message>
-        <source>It is called “%1” now.</source>
+        <source>Renamed to “%1”.</source>
         <translation>Sie heißt jetzt „%1“.</translation>
     </message>
     <message>
@@ -982,31 +982,31 @@
         <translation>„%1“ gelöscht.</translation>
     </message>
     <message>
-        <source>Put a saved arrangement in place of the present one</source>
-        <translation>Eine gesicherte Anordnung anstelle der jetzigen einsetzen</translation>
+        <source>Replace the current arrangement with a saved one</source>
+        <translation>Die jetzige Anordnung durch eine gesicherte ersetzen</translation>
     </message>
     <message>
         <source>Restored “%1”.</source>
         <translation>„%1“ wiederhergestellt.</translation>
     </message>
     <message>
-        <source>Copy a saved arrangement to a file that is not there yet</source>
+        <source>Export a saved arrangement to a new file</source>
         <translation>Eine gesicherte Anordnung in eine Datei kopieren, die es noch nicht gibt</translation>
     </message>
     <message>
-        <source>Where to</source>
-        <translation>Wohin</translation>
+        <source>The new file</source>
+        <translation>Die neue Datei</translation>
     </message>
     <message>
         <source>Exported “%1”.</source>
         <translation>„%1“ exportiert.</translation>
     </message>
     <message>
-        <source>Take an arrangement that was exported among the saved ones</source>
+        <source>Add an exported arrangement to the saved ones</source>
         <translation>Eine exportierte Anordnung zu den gesicherten aufnehmen</translation>
     </message>
     <message>
-        <source>A file that was exported</source>
+        <source>An exported file</source>
         <translation>Eine exportierte Datei</translation>
     </message>
     <message>
@@ -1014,7 +1014,7 @@
         <translation>„%1“ importiert.</translation>
     </message>
     <message>
-        <source>Take back the last change of the saved arrangements</source>
+        <source>Undo the last change to the saved arrangements</source>
         <translation>Die letzte Änderung der gesicherten Anordnungen zurücknehmen</translation>
     </message>
     <message>
@@ -1022,7 +1022,7 @@
         <translation>Widerrufen: %1.</translation>
     </message>
     <message>
-        <source>Make the change again that was taken back</source>
+        <source>Redo the change that was undone</source>
         <translation>Die zurückgenommene Änderung wieder ausführen</translation>
     </message>
     <message>
@@ -1069,7 +1069,7 @@
         <translation>Was beim Entfernen eines Programms wegfallen könnte</translation>
     </message>
     <message>
-        <source>%1 is no list of paths: a JSON array, or the answer of cleanup review.</source>
+        <source>%1 is not a list of paths: neither a JSON array nor the output of cleanup review.</source>
         <translation>%1 ist keine Liste von Pfaden: ein JSON-Array oder die Antwort von cleanup review.</translation>
     </message>
     <message>
@@ -1081,8 +1081,8 @@
         <translation>„%1“ gehört nicht zu den geprüften Objekten.</translation>
     </message>
     <message>
-        <source>“%1” is not what lay there when it was reviewed.</source>
-        <translation>„%1“ ist nicht, was bei der Prüfung dort lag.</translation>
+        <source>“%1” has changed since it was reviewed.</source>
+        <translation>„%1“ hat sich seit der Prüfung geändert.</translation>
     </message>
     <message>
         <source>%1 is open and would be asked to quit.
@@ -1091,19 +1091,19 @@
 </translation>
     </message>
     <message>
-        <source>%1Nothing was removed; --yes goes on.</source>
+        <source>%1Nothing was removed; add --yes to continue.</source>
         <translation>%1Es wurde nichts entfernt; mit --yes geht es weiter.</translation>
     </message>
     <message>
-        <source>Move an application and what is surely its own to the Trash</source>
+        <source>Move an application and the files that surely belong to it to the Trash</source>
         <translation>Ein Programm und was sicher dazugehört in den Papierkorb legen</translation>
     </message>
     <message>
-        <source>Also what may belong to something else</source>
+        <source>Also files that may belong to something else</source>
         <translation>Auch was zu etwas anderem gehören könnte</translation>
     </message>
     <message>
-        <source>These items alone: a file with their paths as a JSON array, or with the answer of a review</source>
+        <source>Only these items: a file with their paths as a JSON array, or with the output of a review</source>
         <translation>Nur diese Objekte: eine Datei mit ihren Pfaden als JSON-Array oder mit der Antwort einer Prüfung</translation>
     </message>
     <message>
@@ -1119,20 +1119,20 @@
         <translation>%1 im Papierkorb</translation>
     </message>
     <message>
-        <source>The past removals, the last first</source>
+        <source>The past removals, latest first</source>
         <translation>Was früher entfernt wurde, das Letzte zuerst</translation>
     </message>
     <message>
-        <source>Bring back what a removal took</source>
+        <source>Put back what a removal moved to the Trash</source>
         <translation>Zurückholen, was entfernt wurde</translation>
     </message>
     <message>
-        <source>Which one, as history lists it; the last one, if it is left out</source>
+        <source>Which one, as listed by history; by default the last one</source>
         <translation>Welches, wie history es aufführt; ohne Angabe das letzte</translation>
     </message>
     <message>
-        <source>“%1” is no removal.</source>
-        <translation>„%1“ steht für nichts, was entfernt wurde.</translation>
+        <source>There is no removal “%1”.</source>
+        <translation>Es gibt keine Entfernung „%1“.</translation>
     </message>
     <message>
         <source>The removal helper</source>
@@ -1155,7 +1155,7 @@
         <translation>Der Rechner ist der Ordner DIR, der den Aufbau eines Macs enthält</translation>
     </message>
     <message>
-        <source>Whose arrangement, where the machine has several homes</source>
+        <source>The user&apos;s home, if the machine has several</source>
         <translation>Wessen Anordnung, wenn der Rechner mehrere Benutzer hat</translation>
     </message>
     <message>
@@ -1163,7 +1163,7 @@
         <translation>Der Anzeigemodus: fullScreen (üblich) oder windowed</translation>
     </message>
     <message>
-        <source>What to take for the present, such as 2026-11-14T21:05:40Z</source>
+        <source>The time to use instead of now, such as 2026-11-14T21:05:40Z</source>
         <translation>Was als Gegenwart gilt, etwa 2026-11-14T21:05:40Z</translation>
     </message>
     <message>
@@ -1171,8 +1171,8 @@
         <translation>Mit einem JSON-Dokument antworten</translation>
     </message>
     <message>
-        <source>List the commands, and nothing else</source>
-        <translation>Nur die Befehle auflisten</translation>
+        <source>List the commands and exit</source>
+        <translation>Die Befehle auflisten und beenden</translation>
     </message>
     <message>
         <source>Before the command:</source>
@@ -1225,7 +1225,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>SEITE:INDEX oder ORDNER/SEITE:INDEX, von 0 gezählt; ohne INDEX das Ende der Seite</translation>
     </message>
     <message>
-        <source>“%1” is no place; write PAGE:INDEX or FOLDER/PAGE:INDEX.</source>
+        <source>“%1” is not a place: write PAGE:INDEX or FOLDER/PAGE:INDEX.</source>
         <translation>„%1“ ist kein Ort; schreiben Sie SEITE:INDEX oder ORDNER/SEITE:INDEX.</translation>
     </message>
     <message>
@@ -1233,7 +1233,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Kacheln an einen Ort bewegen</translation>
     </message>
     <message>
-        <source>Put tiles together with another: into it, or into a new folder</source>
+        <source>Group tiles with another: into it, if it is a folder, or into a new folder</source>
         <translation>Kacheln mit einer anderen zusammenlegen: in sie hinein oder in einen neuen Ordner</translation>
     </message>
     <message>
@@ -1241,7 +1241,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Die Kachel, auf der sie abgelegt werden</translation>
     </message>
     <message>
-        <source>Put a folder&apos;s tiles in its place</source>
+        <source>Replace a folder with its tiles</source>
         <translation>Die Kacheln eines Ordners an seine Stelle setzen</translation>
     </message>
     <message>
@@ -1261,7 +1261,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Der neue Name</translation>
     </message>
     <message>
-        <source>Back to what the application calls itself</source>
+        <source>Restore the application&apos;s own name</source>
         <translation>Zurück zu dem, wie das Programm sich selbst nennt</translation>
     </message>
     <message>
@@ -1293,11 +1293,11 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Alias-Kacheln entfernen</translation>
     </message>
     <message>
-        <source>Take the last edit back</source>
+        <source>Undo the last edit</source>
         <translation>Die letzte Änderung zurücknehmen</translation>
     </message>
     <message>
-        <source>Make the last undone edit again</source>
+        <source>Redo the last undone edit</source>
         <translation>Die zuletzt zurückgenommene Änderung wieder ausführen</translation>
     </message>
     <message>
@@ -1373,7 +1373,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Es gibt keine Programme.</translation>
     </message>
     <message>
-        <source>Look for applications and print what is found</source>
+        <source>Scan for applications and list them</source>
         <translation>Nach Programmen suchen und ausgeben, was gefunden wird</translation>
     </message>
     <message>
@@ -1393,19 +1393,19 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Das Layout wurde auf die übliche alphabetische Anordnung zurückgesetzt.</translation>
     </message>
     <message>
-        <source>Bring the launcher that is running before the user</source>
+        <source>Show the running launcher&apos;s window</source>
         <translation>Den laufenden Launcher nach vorn holen</translation>
     </message>
     <message>
-        <source>Put its window away</source>
-        <translation>Sein Fenster weglegen</translation>
+        <source>Hide its window</source>
+        <translation>Sein Fenster ausblenden</translation>
     </message>
     <message>
-        <source>Show it, or put it away where it is shown</source>
-        <translation>Ihn zeigen oder, wenn er zu sehen ist, weglegen</translation>
+        <source>Show its window, or hide it if it is shown</source>
+        <translation>Sein Fenster zeigen oder, wenn es zu sehen ist, ausblenden</translation>
     </message>
     <message>
-        <source>End it, with everything saved</source>
+        <source>Save everything and quit it</source>
         <translation>Ihn beenden, nachdem alles gesichert ist</translation>
     </message>
     <message>
@@ -1419,11 +1419,11 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
 </translation>
     </message>
     <message>
-        <source>Take over the arrangement of the old Launchpad</source>
+        <source>Import the old Launchpad&apos;s arrangement</source>
         <translation>Die Anordnung des alten Launchpad übernehmen</translation>
     </message>
     <message>
-        <source>Its database, where it is not the system&apos;s</source>
+        <source>Its database, if not the system&apos;s</source>
         <translation>Seine Datenbank, wenn es nicht die des Systems ist</translation>
     </message>
     <message>
@@ -1431,7 +1431,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Nur ausgeben, was importiert würde</translation>
     </message>
     <message>
-        <source>Icons of your own for applications</source>
+        <source>Custom icons for applications</source>
         <translation>Eigene Symbole für Programme</translation>
     </message>
     <message>
@@ -1463,12 +1463,12 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Kein Programm hat ein eigenes Symbol.</translation>
     </message>
     <message>
-        <source>The system has no more watches to give: some folders are looked at every ten seconds.</source>
+        <source>The system&apos;s limit on watched folders was reached: some folders are checked every ten seconds instead.</source>
         <translation>Das System kann keine weiteren Ordner beobachten: einige werden alle zehn Sekunden angesehen.</translation>
     </message>
     <message>
-        <source>Print what happens to the applications, until stopped</source>
-        <translation>Ausgeben, was mit den Programmen geschieht, bis es angehalten wird</translation>
+        <source>Print changes to the applications until stopped</source>
+        <translation>Änderungen an den Programmen ausgeben, bis es angehalten wird</translation>
     </message>
     <message>
         <source>Print this help message and exit</source>
@@ -1483,7 +1483,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>, entfernt</translation>
     </message>
     <message>
-        <source>The remembered places of applications that went</source>
+        <source>The remembered places of applications that are gone</source>
         <translation>Die gemerkten Plätze verschwundener Programme</translation>
     </message>
     <message>
@@ -1515,8 +1515,8 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Alles ist auf den Seiten.</translation>
     </message>
     <message>
-        <source>The arrangements that were kept before others came</source>
-        <translation>Die Anordnungen, die aufgehoben wurden, bevor andere kamen</translation>
+        <source>The backups of the arrangement</source>
+        <translation>Die Sicherungen der Anordnung</translation>
     </message>
     <message>
         <source>%1  %2 (%3 pages, %4 applications, %5 folders)
@@ -1529,12 +1529,12 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Es gibt keine Sicherungen.</translation>
     </message>
     <message>
-        <source>Put a backup in place of the present arrangement</source>
-        <translation>Eine Sicherung anstelle der jetzigen Anordnung einsetzen</translation>
+        <source>Replace the current arrangement with a backup</source>
+        <translation>Die jetzige Anordnung durch eine Sicherung ersetzen</translation>
     </message>
     <message>
-        <source>As the list has it</source>
-        <translation>Wie die Liste sie nennt</translation>
+        <source>As listed</source>
+        <translation>Wie aufgelistet</translation>
     </message>
     <message>
         <source>The backup was restored.</source>
@@ -1553,7 +1553,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Tessellar hat keinen Festplattenvollzugriff: Beim Entfernen wird nicht gefunden, was Programme in geschützten Ordnern hinterlassen haben. Systemeinstellungen &gt; Datenschutz &amp; Sicherheit &gt; Festplattenvollzugriff erteilt ihn.</translation>
     </message>
     <message>
-        <source>This system guards no folders from Tessellar.</source>
+        <source>This system does not restrict which folders Tessellar may read.</source>
         <translation>Dieses System schützt keine Ordner vor Tessellar.</translation>
     </message>
     <message>
@@ -1561,8 +1561,8 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Die Einstellungen konnten nicht gelesen werden.</translation>
     </message>
     <message>
-        <source>What the system lets Tessellar see</source>
-        <translation>Was das System Tessellar sehen lässt</translation>
+        <source>Whether Tessellar has full disk access</source>
+        <translation>Ob Tessellar vollen Festplattenzugriff hat</translation>
     </message>
     <message>
         <source>(not set)</source>
@@ -1583,16 +1583,12 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Was der Benutzer eingestellt hat</translation>
     </message>
     <message>
-        <source>Every setting, with what holds now and what it may be</source>
+        <source>Every setting, with its current value and the allowed ones</source>
         <translation>Jede Einstellung mit dem, was gilt und was möglich ist</translation>
     </message>
     <message>
         <source>One setting</source>
         <translation>Eine Einstellung</translation>
-    </message>
-    <message>
-        <source>Its name</source>
-        <translation>Ihr Name</translation>
     </message>
     <message>
         <source>“%1” is not set.</source>
@@ -1603,7 +1599,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Eine Einstellung sichern; null entfernt sie</translation>
     </message>
     <message>
-        <source>JSON, or else text</source>
+        <source>JSON or plain text</source>
         <translation>JSON, sonst Text</translation>
     </message>
     <message>
@@ -1623,7 +1619,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Es gibt keinen intelligenten Ordner „%1“.</translation>
     </message>
     <message>
-        <source>“%1” is no date.</source>
+        <source>“%1” is not a date.</source>
         <translation>„%1“ ist kein Datum.</translation>
     </message>
     <message>
@@ -1675,7 +1671,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Es gibt keine Vorlage „%1“.</translation>
     </message>
     <message>
-        <source>Give a smart folder the definition in a file</source>
+        <source>Replace a smart folder&apos;s definition with the one in a file</source>
         <translation>Einem intelligenten Ordner die Definition aus einer Datei geben</translation>
     </message>
     <message>
@@ -1687,7 +1683,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Einem intelligenten Ordner im Anzeigemodus eine Kachel geben</translation>
     </message>
     <message>
-        <source>Take a smart folder&apos;s tile out of the display mode, one without a definition too</source>
+        <source>Remove a smart folder&apos;s tile from the display mode, even if it has no definition</source>
         <translation>Die Kachel eines intelligenten Ordners aus dem Anzeigemodus nehmen, auch wenn die Definition fehlt</translation>
     </message>
     <message>
@@ -1695,12 +1691,12 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Seine Kennung oder sein Name</translation>
     </message>
     <message>
-        <source>Deal with a registry that could not be read</source>
+        <source>Recover from a registry that could not be read</source>
         <translation>Mit einem Verzeichnis umgehen, das nicht gelesen werden konnte</translation>
     </message>
     <message>
-        <source>restore: put it back for another try; replace: start anew</source>
-        <translation>restore: für einen neuen Versuch zurücklegen; replace: neu beginnen</translation>
+        <source>restore: put it back and try again; replace: start with an empty one</source>
+        <translation>restore: zurücklegen und erneut versuchen; replace: mit einem leeren beginnen</translation>
     </message>
     <message>
         <source>recover takes restore or replace.</source>
@@ -1711,7 +1707,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Was ein intelligenter Ordner zeigt, der Reihe nach</translation>
     </message>
     <message>
-        <source>A definition in a file instead</source>
+        <source>Use a definition in a file instead</source>
         <translation>Stattdessen eine Definition aus einer Datei</translation>
     </message>
     <message>
@@ -1719,15 +1715,15 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Die Zeit, etwa 2026-11-14T21:05:40Z</translation>
     </message>
     <message>
-        <source>Whose text and weeks</source>
-        <translation>Wessen Schreibweise und Wochen</translation>
+        <source>The locale for texts and weeks</source>
+        <translation>Das Gebietsschema für Texte und Wochen</translation>
     </message>
     <message>
         <source>Name a Smart Folder, or a file with --definition.</source>
         <translation>Nennen Sie einen intelligenten Ordner oder mit --definition eine Datei.</translation>
     </message>
     <message>
-        <source>Folders whose contents follow from rules</source>
+        <source>Folders whose contents are determined by rules</source>
         <translation>Ordner, deren Inhalt sich aus Regeln ergibt</translation>
     </message>
     <message>
@@ -1735,7 +1731,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>--mode ist fullScreen oder windowed.</translation>
     </message>
     <message>
-        <source>%1 needs a value, or is no option.</source>
+        <source>%1 needs a value, or is not an option.</source>
         <translation>%1 braucht einen Wert oder ist keine Option.</translation>
     </message>
     <message>
@@ -1763,7 +1759,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Der Befehl wurde abgebrochen.</translation>
     </message>
     <message>
-        <source>What the last check found; nothing is asked, not even Homebrew</source>
+        <source>The results of the last check; contacts nothing and runs no tools</source>
         <translation>Was die letzte Suche ergab; es wird nichts gefragt, auch nicht Homebrew</translation>
     </message>
     <message>
@@ -1771,11 +1767,11 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Ein Programm; ohne Angabe alles, was geprüft werden kann</translation>
     </message>
     <message>
-        <source>Ask tools first whose applications they are</source>
+        <source>First ask tools which applications they manage</source>
         <translation>Zuerst die Werkzeuge fragen, wessen Programme es sind</translation>
     </message>
     <message>
-        <source>The applications that have no plain answer, and why</source>
+        <source>The applications without a clear result, and why</source>
         <translation>Die Programme ohne klare Antwort, mit dem Grund</translation>
     </message>
     <message>
@@ -1791,7 +1787,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Die Prüfung wurde abgebrochen.</translation>
     </message>
     <message>
-        <source>Look for newer versions now; with --json one document a line, each result as it comes and a summary last</source>
+        <source>Check for newer versions now; with --json one document a line: each result as it arrives, then a summary</source>
         <translation>Jetzt nach neueren Versionen suchen; mit --json ein Dokument je Zeile, jedes Ergebnis, wie es kommt, und am Ende eine Zusammenfassung</translation>
     </message>
     <message>
@@ -1799,7 +1795,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Nur die Programme dieses Kanals</translation>
     </message>
     <message>
-        <source>Bring applications up to date, by the way their updates come; an update that was begun goes on when the launcher ends, and is taken up by the next one</source>
+        <source>Update applications, each through its own source; a running update continues when the launcher quits, and the next launcher resumes following it</source>
         <translation>Programme auf den neuesten Stand bringen, auf dem Weg, auf dem ihre Updates kommen; ein begonnenes Update läuft weiter, wenn der Launcher endet, und wird vom nächsten aufgegriffen</translation>
     </message>
     <message>
@@ -1811,15 +1807,15 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Alle, die Homebrew oder Microsoft AutoUpdate aktualisieren kann</translation>
     </message>
     <message>
-        <source>Go on where the launcher would ask first</source>
-        <translation>Weitermachen, wo der Launcher erst fragen würde</translation>
+        <source>Do not ask before updating</source>
+        <translation>Vor dem Aktualisieren nicht fragen</translation>
     </message>
     <message>
-        <source>Name an application, or say --all.</source>
-        <translation>Nennen Sie ein Programm oder sagen Sie --all.</translation>
+        <source>Name an application, or use --all.</source>
+        <translation>Nennen Sie ein Programm oder verwenden Sie --all.</translation>
     </message>
     <message>
-        <source>%1 %2 --yes goes on.</source>
+        <source>%1 %2 Add --yes to continue.</source>
         <translation>%1 %2 Mit --yes geht es weiter.</translation>
     </message>
     <message>
@@ -1827,11 +1823,11 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Es gibt nichts zu aktualisieren.</translation>
     </message>
     <message>
-        <source>Do not offer the version that is available now</source>
+        <source>Skip the version that is available now</source>
         <translation>Die Version, die jetzt verfügbar ist, nicht anbieten</translation>
     </message>
     <message>
-        <source>Nor any other version of this application</source>
+        <source>Skip every version of this application</source>
         <translation>Auch keine andere Version dieses Programms</translation>
     </message>
     <message>
@@ -2663,7 +2659,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Es gibt kein Update zum Überspringen.</translation>
     </message>
     <message>
-        <source>The update goes on by itself.</source>
+        <source>The update continues by itself.</source>
         <translation>Das Update läuft von selbst weiter.</translation>
     </message>
     <message>
@@ -2687,7 +2683,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Ein anderes Programm hat das Layout geändert</translation>
     </message>
     <message>
-        <source>The usual ones are used meanwhile. Applications in search folders of your own keep their places. The first change begins a new file, and the old one is kept beside it.</source>
+        <source>The defaults are used meanwhile. Applications in search folders of your own keep their places. The first change starts a new file; the old one is kept beside it.</source>
         <translation>Solange gelten die üblichen. Programme in eigenen Suchordnern behalten ihre Plätze. Die erste Änderung beginnt eine neue Datei, und die alte wird daneben aufgehoben.</translation>
     </message>
     <message>
@@ -2727,7 +2723,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Bis sie gelesen werden können, behalten verschwundene Programme ihre Kacheln.</translation>
     </message>
     <message>
-        <source>The places of applications that went could not be read</source>
+        <source>The remembered places of applications could not be read</source>
         <translation>Die Plätze verschwundener Programme konnten nicht gelesen werden</translation>
     </message>
     <message>
@@ -2747,7 +2743,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Diese App ist zurzeit nicht verfügbar. Tessellar entfernt sie aus dem Layout, wenn die Liste der installierten Apps aufgefrischt wird.</translation>
     </message>
     <message>
-        <source>It is not known where it lies.</source>
+        <source>Its location is not known.</source>
         <translation>Es ist nicht bekannt, wo es liegt.</translation>
     </message>
     <message>
@@ -2875,15 +2871,15 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Unten rechts</translation>
     </message>
     <message>
-        <source>The folders that applications are looked for in, instead of the usual ones</source>
+        <source>The folders in which to look for applications, instead of the usual ones</source>
         <translation>Die Ordner, in denen statt in den üblichen nach Programmen gesucht wird</translation>
     </message>
     <message>
-        <source>Folders that applications are looked for in besides</source>
+        <source>Additional folders in which to look for applications</source>
         <translation>Ordner, in denen außerdem nach Programmen gesucht wird</translation>
     </message>
     <message>
-        <source>How many folders deep applications are looked for</source>
+        <source>How many folders deep to look for applications</source>
         <translation>Wie viele Ordner tief nach Programmen gesucht wird</translation>
     </message>
     <message>
@@ -2911,11 +2907,11 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Jede Woche</translation>
     </message>
     <message>
-        <source>Where the store is asked for versions, instead of its own address</source>
+        <source>The address for looking up versions, instead of the store&apos;s own</source>
         <translation>Wo statt unter der eigenen Adresse des Stores nach Versionen gefragt wird</translation>
     </message>
     <message>
-        <source>Where the store&apos;s pages are, instead of its own address</source>
+        <source>The address of the store&apos;s pages, instead of its own</source>
         <translation>Wo statt unter der eigenen Adresse die Seiten des Stores liegen</translation>
     </message>
     <message>
@@ -2939,7 +2935,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>ein Text</translation>
     </message>
     <message>
-        <source>“%1” is to be %2.</source>
+        <source>“%1” must be %2.</source>
         <translation>„%1“ muss sein: %2.</translation>
     </message>
     <message>
@@ -2955,7 +2951,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>„%1“ wurde anderswo geändert, während Sie es bearbeitet haben. Erneutes Sichern ersetzt diese Änderung.</translation>
     </message>
     <message>
-        <source>“%1” was deleted elsewhere while you edited it. Saving again makes it anew.</source>
+        <source>“%1” was deleted elsewhere while you edited it. Saving again re-creates it.</source>
         <translation>„%1“ wurde anderswo gelöscht, während Sie es bearbeitet haben. Erneutes Sichern legt es neu an.</translation>
     </message>
     <message>
@@ -3299,19 +3295,19 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>HOME ist nicht gesetzt; nennen Sie das Benutzerverzeichnis mit --home.</translation>
     </message>
     <message>
-        <source>The home %1 is no folder.</source>
+        <source>The home %1 is not a folder.</source>
         <translation>Das Benutzerverzeichnis %1 ist kein Ordner.</translation>
     </message>
     <message>
-        <source>The root %1 is no folder.</source>
+        <source>The root %1 is not a folder.</source>
         <translation>Die Wurzel %1 ist kein Ordner.</translation>
     </message>
     <message>
-        <source>The address is not a secure one.</source>
+        <source>The address is not secure.</source>
         <translation>Die Adresse ist nicht sicher.</translation>
     </message>
     <message>
-        <source>The server leads to another address.</source>
+        <source>The server redirects to another address.</source>
         <translation>Der Server führt zu einer anderen Adresse.</translation>
     </message>
     <message>
@@ -3864,7 +3860,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Dieses Programm gibt es nicht.</translation>
     </message>
     <message>
-        <source>The server takes no more questions for now.</source>
+        <source>The server accepts no more requests for now.</source>
         <translation>Der Server nimmt zurzeit keine Fragen mehr an.</translation>
     </message>
     <message>
@@ -3872,7 +3868,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Der Server hat mit einem Fehler geantwortet.</translation>
     </message>
     <message>
-        <source>The server leads to an address that is not followed.</source>
+        <source>The server redirects to an address that is not allowed.</source>
         <translation>Der Server führt zu einer Adresse, der nicht gefolgt wird.</translation>
     </message>
     <message>
@@ -4291,7 +4287,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Die Angaben zur Version kommen aus dem App-Bundle.</translation>
     </message>
     <message>
-        <source>Arrange all applications anew; a backup is kept</source>
+        <source>Rearrange all applications; a backup is kept</source>
         <translation>Alle Programme neu anordnen; eine Sicherung wird behalten</translation>
     </message>
     <message>
@@ -4299,7 +4295,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>by-category mit einem Ordner für jede Kategorie oder by-name</translation>
     </message>
     <message>
-        <source>Only print what would come of it</source>
+        <source>Only print the result</source>
         <translation>Nur ausgeben, was dabei herauskäme</translation>
     </message>
     <message>
@@ -4404,11 +4400,11 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>„%1“ kann kein Kurzbefehl sein. „option+space“ kann es.</translation>
     </message>
     <message>
-        <source>“%1” is no address that can be asked: it begins with “https://” and has no query.</source>
+        <source>“%1” is not a usable address: it must begin with “https://” and have no query.</source>
         <translation>„%1“ ist keine Adresse, die gefragt werden kann: Sie beginnt mit „https://“ und hat keine Abfrage.</translation>
     </message>
     <message>
-        <source>“%1” is no folder: a path begins with “/” or “~/”.</source>
+        <source>“%1” is not the path of a folder: it must begin with “/” or “~/”.</source>
         <translation>„%1“ ist kein Ordner: Ein Pfad beginnt mit „/“ oder „~/“.</translation>
     </message>
     <message>
@@ -4432,8 +4428,8 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>%1 braucht %2 Werte.</translation>
     </message>
     <message>
-        <source>There is no use for: %1</source>
-        <translation>Damit ist nichts anzufangen: %1</translation>
+        <source>Unexpected: %1</source>
+        <translation>Unerwartet: %1</translation>
     </message>
     <message>
         <source>%1 cannot be “%2”, but one of these: %3.</source>
@@ -4951,7 +4947,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Vergessen, wann Programme gestartet wurden?</translation>
     </message>
     <message>
-        <source>Smart folders that go by use begin anew. This cannot be undone.</source>
+        <source>Smart folders with rules about use start over. This cannot be undone.</source>
         <translation>Intelligente Ordner, die sich nach der Nutzung richten, beginnen von vorn. Das kann nicht widerrufen werden.</translation>
     </message>
     <message>
@@ -4994,7 +4990,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Ein anderes Programm hat diese Tasten.</translation>
     </message>
     <message>
-        <source>The keys and the corner need a launcher that goes on without its window: start it with “tessellar --resident”, or at login.</source>
+        <source>The keys and the corner need a launcher that stays in the background: start it with “tessellar --resident”, or at login.</source>
         <translation>Die Tasten und die Ecke brauchen einen Launcher, der ohne sein Fenster weiterläuft: Starten Sie ihn mit „tessellar --resident“ oder bei der Anmeldung.</translation>
     </message>
 </context>
@@ -5081,7 +5077,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Intelligente Ordner ohne Kachel</translation>
     </message>
     <message>
-        <source>Places kept for applications that went</source>
+        <source>Places kept for applications that are gone</source>
         <translation>Plätze für verschwundene Programme</translation>
     </message>
     <message>

@@ -16,9 +16,9 @@ using enum AppUpdateReason::Code;
 constexpr Row rows[] = {
     {unreachable, Texts::noop("The server could not be reached."), true},
     {timedOut, Texts::noop("The server did not answer in time."), true},
-    {throttled, Texts::noop("The server takes no more questions for now."), true},
+    {throttled, Texts::noop("The server accepts no more requests for now."), true},
     {refused, Texts::noop("The server answered with an error."), true},
-    {redirected, Texts::noop("The server leads to an address that is not followed.")},
+    {redirected, Texts::noop("The server redirects to an address that is not allowed.")},
     {tooLarge, Texts::noop("The server’s answer is too large.")},
     {notUnderstood, Texts::noop("The server’s answer could not be understood.")},
     {notListed, Texts::noop("The App Store does not list this app.")},

@@ -343,7 +343,7 @@ TEST_F(SettingsSheetTest, WhatCannotBeIsSaidAndNotStored) {
     panel().set(u"summon.hotKey"_s, u"a"_s);
     EXPECT_TRUE(panel().issue().contains(u"option+space"_s));
     panel().set(u"gridRows"_s, 99);
-    EXPECT_EQ(panel().issue(), u"“gridRows” is to be 3 to 9.");
+    EXPECT_EQ(panel().issue(), u"“gridRows” must be 3 to 9.");
     EXPECT_TRUE(stored().values().isEmpty());
     panel().choose(u"appearance"_s, 1);
     mac.settle();

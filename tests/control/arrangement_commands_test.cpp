@@ -14,7 +14,7 @@ TEST_F(TessellarctlTest, AnArrangementIsRestoredRenamedReplacedTakenElsewhereAnd
     run(u"rename org.example.ash Tree"_s);
     EXPECT_EQ(text(u"arrangements restore "_s + id), "Restored “My Own”.\n");
     EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash\n  Beech\n");
-    EXPECT_EQ(text(u"arrangements rename %1 Ours"_s.arg(id)), "It is called “Ours” now.\n");
+    EXPECT_EQ(text(u"arrangements rename %1 Ours"_s.arg(id)), "Renamed to “Ours”.\n");
     EXPECT_EQ(text(u"arrangements replace "_s + id), "Replaced “Ours”.\n");
     EXPECT_EQ(run({u"arrangements"_s, u"rename"_s, id, u" "_s}).code(), u"emptyName");
     EXPECT_EQ(run(u"arrangements rename x y"_s).code(), u"notAnIdentifier");

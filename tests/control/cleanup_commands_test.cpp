@@ -61,7 +61,7 @@ TEST_F(CleanupCommandsTest, RemovesOnlyAfterAYesAndAnotherProcessRestores) {
     EXPECT_EQ(asked.code(), u"confirmationRequired");
     EXPECT_TRUE(asked.error.contains(preferences.toUtf8()));
     EXPECT_FALSE(asked.error.contains(support.toUtf8()));
-    EXPECT_TRUE(asked.error.contains("--yes goes on"));
+    EXPECT_TRUE(asked.error.contains("--yes to continue"));
     EXPECT_TRUE(exists(bundle));
 
     const Result removed = cleanup(u"remove org.example.ash --yes"_s);

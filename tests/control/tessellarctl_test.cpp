@@ -49,7 +49,7 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusalAndSaysWhatIsWrong) {
         {u"arrangements --bogus"_s, family},
         {u"rename"_s, "“tile” is missing.\n"},
         {u"move x --to"_s, "--to needs a value.\n"},
-        {u"settings get a %1"_s, "There is no use for: %1\n"},
+        {u"settings get a %1"_s, "Unexpected: %1\n"},
         {u"arrange sideways"_s, "way cannot be “sideways”, but one of these: by-category,by-name.\n"},
         {u"updates run --all x"_s, "appkey and --all do not go together.\n"}};
     for (const auto& [line, sentence] : wrong) {

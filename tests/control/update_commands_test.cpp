@@ -72,7 +72,7 @@ TEST_F(TessellarctlUpdatesTest, ACheckSaysWhatItFindsAndARunBringsIt) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.code(), u"confirmationRequired");
     EXPECT_EQ(refused.error, "Update “Ash”? Homebrew may quit the app while it downloads and installs "
-                             "the update. --yes goes on.\n");
+                             "the update. Add --yes to continue.\n");
     const Result updated = run(u"updates run "_s + ash + u" --yes"_s);
     EXPECT_EQ(updated.status, 0) << updated.error.toStdString();
     EXPECT_EQ(updated.json()[u"installedVersion"], u"1.1"_s);
@@ -173,7 +173,7 @@ TEST_F(TessellarctlInterruptedTest, AnUpgradeIsEndedByWhoSaysSoAndNotByATerminal
     EXPECT_FALSE(stopped.isToolAlive());
     const Ended left = interrupted(runAsh, SIGHUP);
     EXPECT_EQ(left.status, 1);
-    EXPECT_EQ(left.error, "The update goes on by itself.\n");
+    EXPECT_EQ(left.error, "The update continues by itself.\n");
     EXPECT_TRUE(left.isToolAlive());
     ::kill(left.tool, SIGKILL);
 }

@@ -345,7 +345,7 @@ TEST_F(AppUpdateCoordinatorTest, OfflineIsSaidAndTriedAgainSoon) {
     settle();
     mac.time.advance(250ms);
     EXPECT_EQ(summary(), u"Last checked now. No updates found. 1 app could not be checked. The server "
-                         "takes no more questions for now."_s);
+                         "accepts no more requests for now."_s);
     // Now only the one that failed is asked for again.
     pass(1min);
     EXPECT_EQ(mac.http.waiting(), QStringList{u"https://feeds.test/Feed"_s});

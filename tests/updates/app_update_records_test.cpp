@@ -88,7 +88,7 @@ TEST(AppUpdateTexts, SayWhatIsThere) {
     EXPECT_EQ(update_texts::status({.status = UpdateCheckFailed(),
                                     .lastKnownStatus = UpdateUnsupported(),
                                     .reason = AppUpdateReason{AppUpdateReason::Code::throttled, {}}}),
-              u"The check failed. The server takes no more questions for now. Before: Its source "
+              u"The check failed. The server accepts no more requests for now. Before: Its source "
               "cannot tell"_s);
     const auto summary = [](const AppUpdateTally& tally) {
         return update_texts::summary(tally, {}, u"today"_s);

@@ -23,7 +23,7 @@ Sheet {
 
     WordsText {
         width: sheet.bodyWidth
-        text: sheet.panel.isFirstRun ? qsTr("How are your applications to be arranged?") : ""
+        text: sheet.panel.isFirstRun ? qsTr("How should your applications be arranged?") : ""
     }
 
     SegmentedButton {
@@ -103,7 +103,7 @@ Sheet {
         width: sheet.bodyWidth
         text: sheet.panel.isFirstRun
               ? qsTr("You can come back to this with “Arrange Applications…” in the menu of the background.")
-              : qsTr("A backup of the present arrangement is kept, and “Undo” brings it back.")
+              : qsTr("A backup of the current arrangement is kept, and “Undo” restores it.")
         font.pixelSize: Theme.noteFont
     }
 

@@ -108,7 +108,7 @@ void PortalHotKey::sessionMade(uint response, const QVariantMap& results) {
     _session = QDBusObjectPath(session);
     QDBusMessage call = callOf(QStringLiteral("BindShortcuts"));
     const Shortcut show{shortcutId,
-                        {{QStringLiteral("description"), tr("Show or put away the launcher")},
+                        {{QStringLiteral("description"), tr("Show or hide the launcher")},
                          {QStringLiteral("preferred_trigger"), shortcutTrigger(_chord)}}};
     call << QVariant::fromValue(_session) << QVariant::fromValue(QList<Shortcut>{show}) << QString()
          << QVariantMap{{QStringLiteral("handle_token"), _token + QStringLiteral("_keys")}};
