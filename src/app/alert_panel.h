@@ -14,15 +14,15 @@ class AlertPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString text READ text NOTIFY changed)
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(QString text READ text NOTIFY changed FINAL)
     /// The confirming button's label; empty for an alert, which is only acknowledged.
-    Q_PROPERTY(QString accept READ accept NOTIFY changed)
-    Q_PROPERTY(QString decline READ decline NOTIFY changed) ///< the other button's label
-    Q_PROPERTY(bool isDestructive READ isDestructive NOTIFY changed)
+    Q_PROPERTY(QString accept READ accept NOTIFY changed FINAL)
+    Q_PROPERTY(QString decline READ decline NOTIFY changed FINAL) ///< the other button's label
+    Q_PROPERTY(bool isDestructive READ isDestructive NOTIFY changed FINAL)
     /// True while Return confirms; arrow keys and Tab change that.
-    Q_PROPERTY(bool isAcceptDefault READ isAcceptDefault NOTIFY changed)
+    Q_PROPERTY(bool isAcceptDefault READ isAcceptDefault NOTIFY changed FINAL)
 
 public:
     explicit AlertPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}

@@ -13,10 +13,10 @@ class Appearance final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     /// "light", "dark", or any other value to follow the system.
-    Q_PROPERTY(QString theme READ theme NOTIFY changed)
-    Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY changed)
+    Q_PROPERTY(QString theme READ theme NOTIFY changed FINAL)
+    Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY changed FINAL)
     /// Relative to the usual size.
-    Q_PROPERTY(double textScale READ textScale NOTIFY changed)
+    Q_PROPERTY(double textScale READ textScale NOTIFY changed FINAL)
 
 public:
     explicit Appearance(const Settings& settings) : _settings(settings) {}

@@ -20,17 +20,19 @@ class ArrangementsPanel final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     /// {id, title, text, columns, rows, tiles: {kind, appKeys, symbolName}, isReadable}, newest first.
-    Q_PROPERTY(QVariantList arrangements READ arrangements NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed)   ///< shown instead of an empty list
-    Q_PROPERTY(QString modeText READ modeText NOTIFY changed) ///< the mode of these arrangements
+    Q_PROPERTY(QVariantList arrangements READ arrangements NOTIFY changed FINAL)
+    Q_PROPERTY(QString summary READ summary NOTIFY changed FINAL)   ///< shown instead of an empty list
+    Q_PROPERTY(QString modeText READ modeText NOTIFY changed FINAL) ///< the mode of these arrangements
     // The text field.
-    Q_PROPERTY(QString task READ task NOTIFY taskChanged) ///< "save", "rename", "export", "import"
-    Q_PROPERTY(QString prompt READ prompt NOTIFY taskChanged)
-    Q_PROPERTY(QString suggestion READ suggestion NOTIFY taskChanged) ///< initial contents
-    Q_PROPERTY(QString accept READ accept NOTIFY taskChanged)         ///< label of its button
-    Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)          ///< why the last request failed
-    Q_PROPERTY(QString undoText READ undoText NOTIFY changed) ///< empty if there is nothing to undo
-    Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT)
+    Q_PROPERTY(
+        QString task READ task NOTIFY taskChanged FINAL) ///< "save", "rename", "export", "import"
+    Q_PROPERTY(QString prompt READ prompt NOTIFY taskChanged FINAL)
+    Q_PROPERTY(QString suggestion READ suggestion NOTIFY taskChanged FINAL) ///< initial contents
+    Q_PROPERTY(QString accept READ accept NOTIFY taskChanged FINAL)         ///< label of its button
+    Q_PROPERTY(QString issue READ issue NOTIFY issueChanged FINAL) ///< why the last request failed
+    Q_PROPERTY(
+        QString undoText READ undoText NOTIFY changed FINAL) ///< empty if there is nothing to undo
+    Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT FINAL)
 
 public:
     ArrangementsPanel(LauncherViewModel& viewModel, const Machine& machine);

@@ -17,16 +17,17 @@ class ArrangingPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(bool isFirstRun READ isFirstRun NOTIFY changed)
-    Q_PROPERTY(QVariantList choices READ choices NOTIFY changed) ///< {title, isChosen}
+    Q_PROPERTY(bool isFirstRun READ isFirstRun NOTIFY changed FINAL)
+    Q_PROPERTY(QVariantList choices READ choices NOTIFY changed FINAL) ///< {title, isChosen}
     // The chosen one.
-    Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
-    Q_PROPERTY(QVariantMap picture READ picture NOTIFY changed) ///< a page, as {rows, columns, tiles}
-    Q_PROPERTY(QString pageText READ pageText NOTIFY changed)   ///< for example "Page 1 of 4"
-    Q_PROPERTY(int page READ page NOTIFY changed)
-    Q_PROPERTY(int pageCount READ pageCount NOTIFY changed)
+    Q_PROPERTY(QString explanation READ explanation NOTIFY changed FINAL)
+    Q_PROPERTY(
+        QVariantMap picture READ picture NOTIFY changed FINAL) ///< a page, as {rows, columns, tiles}
+    Q_PROPERTY(QString pageText READ pageText NOTIFY changed FINAL) ///< for example "Page 1 of 4"
+    Q_PROPERTY(int page READ page NOTIFY changed FINAL)
+    Q_PROPERTY(int pageCount READ pageCount NOTIFY changed FINAL)
     /// Why the old Launchpad's arrangement is not offered; may be empty.
-    Q_PROPERTY(QString issue READ issue NOTIFY changed)
+    Q_PROPERTY(QString issue READ issue NOTIFY changed FINAL)
 
 public:
     explicit ArrangingPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}

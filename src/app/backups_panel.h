@@ -16,8 +16,8 @@ class BackupsPanel final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     /// {name, title, text}, newest first.
-    Q_PROPERTY(QVariantList backups READ backups NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed) ///< shown instead of an empty list
+    Q_PROPERTY(QVariantList backups READ backups NOTIFY changed FINAL)
+    Q_PROPERTY(QString summary READ summary NOTIFY changed FINAL) ///< shown instead of an empty list
 
 public:
     explicit BackupsPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}

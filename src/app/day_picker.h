@@ -16,12 +16,12 @@ class DayPicker : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the panel")
-    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
-    Q_PROPERTY(QPointF position READ position NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QStringList weekdays READ weekdays NOTIFY changed)
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed FINAL)
+    Q_PROPERTY(QPointF position READ position NOTIFY changed FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList weekdays READ weekdays NOTIFY changed FINAL)
     /// Six weeks of {text, name, isInMonth, isToday, isChosen, isCurrent}.
-    Q_PROPERTY(QVariantList days READ days NOTIFY changed)
+    Q_PROPERTY(QVariantList days READ days NOTIFY changed FINAL)
 
 public:
     /// Returns the month around a day.

@@ -15,14 +15,14 @@ namespace tessellar {
 struct GridMetrics {
     Q_GADGET
     QML_VALUE_TYPE(gridMetrics)
-    Q_PROPERTY(int columns MEMBER columns)
-    Q_PROPERTY(int rows MEMBER rows)
-    Q_PROPERTY(int left MEMBER left)
-    Q_PROPERTY(int top MEMBER top)
-    Q_PROPERTY(int cellWidth MEMBER cellWidth)
-    Q_PROPERTY(int cellHeight MEMBER cellHeight)
-    Q_PROPERTY(int iconSide MEMBER iconSide)
-    Q_PROPERTY(int labelPixels MEMBER labelPixels)
+    Q_PROPERTY(int columns MEMBER columns FINAL)
+    Q_PROPERTY(int rows MEMBER rows FINAL)
+    Q_PROPERTY(int left MEMBER left FINAL)
+    Q_PROPERTY(int top MEMBER top FINAL)
+    Q_PROPERTY(int cellWidth MEMBER cellWidth FINAL)
+    Q_PROPERTY(int cellHeight MEMBER cellHeight FINAL)
+    Q_PROPERTY(int iconSide MEMBER iconSide FINAL)
+    Q_PROPERTY(int labelPixels MEMBER labelPixels FINAL)
 
 public:
     int columns = 1;

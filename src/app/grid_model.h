@@ -77,7 +77,7 @@ class PageModel : public QAbstractListModel {
     QML_ELEMENT
     QML_UNCREATABLE("made by the grid's model")
     /// The first weak match; -1 for none.
-    Q_PROPERTY(int firstWeakMatch READ firstWeakMatch NOTIFY refreshed)
+    Q_PROPERTY(int firstWeakMatch READ firstWeakMatch NOTIFY refreshed FINAL)
 
 public:
     enum Role {
@@ -137,9 +137,9 @@ class GridModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(int pageCount READ pageCount NOTIFY pageCountChanged)
-    Q_PROPERTY(int page READ page NOTIFY pageChanged)
-    Q_PROPERTY(tessellar::GridMetrics metrics READ metrics NOTIFY metricsChanged)
+    Q_PROPERTY(int pageCount READ pageCount NOTIFY pageCountChanged FINAL)
+    Q_PROPERTY(int page READ page NOTIFY pageChanged FINAL)
+    Q_PROPERTY(tessellar::GridMetrics metrics READ metrics NOTIFY metricsChanged FINAL)
 
 public:
     explicit GridModel(TileFacts facts);

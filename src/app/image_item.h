@@ -45,10 +45,10 @@ private:
 class IconItem : public ImageItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons WRITE setIcons REQUIRED)
-    Q_PROPERTY(Kind kind MEMBER _kind WRITE setKind)
-    Q_PROPERTY(QStringList appKeys MEMBER _appKeys WRITE setAppKeys)
-    Q_PROPERTY(QString symbolName MEMBER _symbolName WRITE setSymbolName)
+    Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons WRITE setIcons REQUIRED FINAL)
+    Q_PROPERTY(Kind kind MEMBER _kind WRITE setKind FINAL)
+    Q_PROPERTY(QStringList appKeys MEMBER _appKeys WRITE setAppKeys FINAL)
+    Q_PROPERTY(QString symbolName MEMBER _symbolName WRITE setSymbolName FINAL)
 
 public:
     enum Kind { App, Folder, SmartFolder };
@@ -76,12 +76,12 @@ private:
 class PagePicture : public ImageItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons WRITE setIcons REQUIRED)
-    Q_PROPERTY(int rows MEMBER _rows WRITE setRows)
-    Q_PROPERTY(int columns MEMBER _columns WRITE setColumns)
-    Q_PROPERTY(bool isMirrored MEMBER _isMirrored WRITE setMirrored) ///< right to left
+    Q_PROPERTY(tessellar::TileIcons* icons MEMBER _icons WRITE setIcons REQUIRED FINAL)
+    Q_PROPERTY(int rows MEMBER _rows WRITE setRows FINAL)
+    Q_PROPERTY(int columns MEMBER _columns WRITE setColumns FINAL)
+    Q_PROPERTY(bool isMirrored MEMBER _isMirrored WRITE setMirrored FINAL) ///< right to left
     /// {kind, appKeys, symbolName} per slot; kinds as in `IconItem`.
-    Q_PROPERTY(QVariantList tiles MEMBER _tiles WRITE setTiles)
+    Q_PROPERTY(QVariantList tiles MEMBER _tiles WRITE setTiles FINAL)
 
 public:
     using ImageItem::ImageItem;
@@ -107,8 +107,8 @@ private:
 class BackdropItem : public ImageItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(tessellar::Backdrop* backdrop MEMBER _backdrop WRITE setBackdrop REQUIRED)
-    Q_PROPERTY(bool isDark MEMBER _isDark WRITE setDark) ///< the user prefers dark panels
+    Q_PROPERTY(tessellar::Backdrop* backdrop MEMBER _backdrop WRITE setBackdrop REQUIRED FINAL)
+    Q_PROPERTY(bool isDark MEMBER _isDark WRITE setDark FINAL) ///< the user prefers dark panels
 
 public:
     using ImageItem::ImageItem;

@@ -15,12 +15,12 @@ class InformationPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(QString appKey READ appKey NOTIFY changed)
-    Q_PROPERTY(QString name READ name NOTIFY changed)
-    Q_PROPERTY(QString version READ version NOTIFY changed) ///< "Version 1.2 (34)"; may be empty
+    Q_PROPERTY(QString appKey READ appKey NOTIFY changed FINAL)
+    Q_PROPERTY(QString name READ name NOTIFY changed FINAL)
+    Q_PROPERTY(QString version READ version NOTIFY changed FINAL) ///< "Version 1.2 (34)"; may be empty
     /// {title, rows: {label, text, isKnown, path}}.
-    Q_PROPERTY(QVariantList sections READ sections NOTIFY changed)
-    Q_PROPERTY(bool isPending READ isPending NOTIFY changed) ///< more is being gathered
+    Q_PROPERTY(QVariantList sections READ sections NOTIFY changed FINAL)
+    Q_PROPERTY(bool isPending READ isPending NOTIFY changed FINAL) ///< more is being gathered
 
 public:
     InformationPanel(LauncherViewModel& viewModel, Machine& machine)

@@ -20,25 +20,25 @@ class LauncherController final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the window")
 
-    Q_PROPERTY(bool isReady READ isReady NOTIFY readyChanged)
-    Q_PROPERTY(bool isWindowed READ isWindowed NOTIFY modeChanged)
-    Q_PROPERTY(tessellar::TileIcons* icons READ icons CONSTANT)
-    Q_PROPERTY(tessellar::Backdrop* backdrop READ backdrop CONSTANT)
-    Q_PROPERTY(tessellar::Appearance* appearance READ appearance CONSTANT)
+    Q_PROPERTY(bool isReady READ isReady NOTIFY readyChanged FINAL)
+    Q_PROPERTY(bool isWindowed READ isWindowed NOTIFY modeChanged FINAL)
+    Q_PROPERTY(tessellar::TileIcons* icons READ icons CONSTANT FINAL)
+    Q_PROPERTY(tessellar::Backdrop* backdrop READ backdrop CONSTANT FINAL)
+    Q_PROPERTY(tessellar::Appearance* appearance READ appearance CONSTANT FINAL)
 
-    Q_PROPERTY(tessellar::GridModel* grid READ grid CONSTANT)
-    Q_PROPERTY(tessellar::OpenFolder* folder READ folder CONSTANT)
-    Q_PROPERTY(tessellar::TileSearch* search READ search CONSTANT)
-    Q_PROPERTY(tessellar::TileSelection* selection READ selection CONSTANT)
-    Q_PROPERTY(tessellar::TileDrag* drag READ drag CONSTANT)
-    Q_PROPERTY(tessellar::TileRenaming* renaming READ renaming CONSTANT)
-    Q_PROPERTY(tessellar::LauncherInput* input READ input CONSTANT)
+    Q_PROPERTY(tessellar::GridModel* grid READ grid CONSTANT FINAL)
+    Q_PROPERTY(tessellar::OpenFolder* folder READ folder CONSTANT FINAL)
+    Q_PROPERTY(tessellar::TileSearch* search READ search CONSTANT FINAL)
+    Q_PROPERTY(tessellar::TileSelection* selection READ selection CONSTANT FINAL)
+    Q_PROPERTY(tessellar::TileDrag* drag READ drag CONSTANT FINAL)
+    Q_PROPERTY(tessellar::TileRenaming* renaming READ renaming CONSTANT FINAL)
+    Q_PROPERTY(tessellar::LauncherInput* input READ input CONSTANT FINAL)
 
-    Q_PROPERTY(tessellar::Sheets* sheets READ sheets CONSTANT)
-    Q_PROPERTY(tessellar::Panels* panels READ panels CONSTANT) ///< what the sheets show
-    Q_PROPERTY(tessellar::AlertPanel* alert READ alert CONSTANT)
-    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
-    Q_PROPERTY(QString unavailableNotice READ unavailableNotice CONSTANT)
+    Q_PROPERTY(tessellar::Sheets* sheets READ sheets CONSTANT FINAL)
+    Q_PROPERTY(tessellar::Panels* panels READ panels CONSTANT FINAL) ///< what the sheets show
+    Q_PROPERTY(tessellar::AlertPanel* alert READ alert CONSTANT FINAL)
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(QString unavailableNotice READ unavailableNotice CONSTANT FINAL)
 
 public:
     LauncherController(LauncherViewModel& viewModel, TileIcons& icons, Machine& machine);

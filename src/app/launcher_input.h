@@ -18,8 +18,8 @@ class LauncherInput final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     /// A sheet or alert covers the tiles and receives keys and clicks.
-    Q_PROPERTY(bool isCovered READ isCovered NOTIFY coveredChanged)
-    Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT)
+    Q_PROPERTY(bool isCovered READ isCovered NOTIFY coveredChanged FINAL)
+    Q_PROPERTY(tessellar::MenuModel* menu READ menu CONSTANT FINAL)
 
 public:
     LauncherInput(LauncherViewModel& viewModel, TileSelection& selection, OpenFolder& folder,

@@ -14,14 +14,15 @@ class MenuModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
-    Q_PROPERTY(QPointF position READ position NOTIFY changed) ///< of the pointer when it was opened
-    Q_PROPERTY(QVariantList entries READ entries NOTIFY changed)
-    Q_PROPERTY(int current READ current NOTIFY currentChanged) ///< -1 for none
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed FINAL)
+    Q_PROPERTY(
+        QPointF position READ position NOTIFY changed FINAL) ///< of the pointer when it was opened
+    Q_PROPERTY(QVariantList entries READ entries NOTIFY changed FINAL)
+    Q_PROPERTY(int current READ current NOTIFY currentChanged FINAL) ///< -1 for none
     /// The entry whose submenu is shown, or -1.
-    Q_PROPERTY(int parentEntry READ parentEntry NOTIFY currentChanged)
-    Q_PROPERTY(QVariantList subEntries READ subEntries NOTIFY currentChanged)
-    Q_PROPERTY(int subCurrent READ subCurrent NOTIFY currentChanged)
+    Q_PROPERTY(int parentEntry READ parentEntry NOTIFY currentChanged FINAL)
+    Q_PROPERTY(QVariantList subEntries READ subEntries NOTIFY currentChanged FINAL)
+    Q_PROPERTY(int subCurrent READ subCurrent NOTIFY currentChanged FINAL)
 
 public:
     bool isOpen() const { return !_entries.isEmpty(); }

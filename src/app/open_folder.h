@@ -11,13 +11,13 @@ class OpenFolder final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
-    Q_PROPERTY(QString tileId READ tileId NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString notice READ notice NOTIFY changed)
-    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
-    Q_PROPERTY(tessellar::GridModel* tiles READ tiles CONSTANT)
-    Q_PROPERTY(QRectF panel READ panel NOTIFY panelChanged) ///< in window coordinates
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed FINAL)
+    Q_PROPERTY(QString tileId READ tileId NOTIFY changed FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(QString notice READ notice NOTIFY changed FINAL)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed FINAL)
+    Q_PROPERTY(tessellar::GridModel* tiles READ tiles CONSTANT FINAL)
+    Q_PROPERTY(QRectF panel READ panel NOTIFY panelChanged FINAL) ///< in window coordinates
 
 public:
     OpenFolder(LauncherViewModel& viewModel, const TileFacts& facts);

@@ -12,16 +12,16 @@ namespace tessellar {
 class PagerItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(int pageCount READ pageCount WRITE setPageCount NOTIFY pageCountChanged)
+    Q_PROPERTY(int pageCount READ pageCount WRITE setPageCount NOTIFY pageCountChanged FINAL)
     /// The current page, or the one it is moving to.
-    Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
+    Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged FINAL)
     /// In pages; fractional while moving.
-    Q_PROPERTY(double position READ position NOTIFY positionChanged)
-    Q_PROPERTY(bool isMoving READ isMoving NOTIFY positionChanged)
+    Q_PROPERTY(double position READ position NOTIFY positionChanged FINAL)
+    Q_PROPERTY(bool isMoving READ isMoving NOTIFY positionChanged FINAL)
     /// For reduced motion: pages follow a finger, but are never animated.
-    Q_PROPERTY(bool jumps MEMBER _jumps NOTIFY jumpsChanged)
+    Q_PROPERTY(bool jumps MEMBER _jumps NOTIFY jumpsChanged FINAL)
     /// Right to left: wheel and trackpad are reversed.
-    Q_PROPERTY(bool isMirrored MEMBER _isMirrored NOTIFY isMirroredChanged)
+    Q_PROPERTY(bool isMirrored MEMBER _isMirrored NOTIFY isMirroredChanged FINAL)
 
 public:
     explicit PagerItem(QQuickItem* parent = nullptr);

@@ -25,16 +25,16 @@ class Panels final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT)
-    Q_PROPERTY(tessellar::ArrangementsPanel* arrangements READ arrangements CONSTANT)
-    Q_PROPERTY(tessellar::ArrangingPanel* arranging READ arranging CONSTANT)
-    Q_PROPERTY(tessellar::BackupsPanel* backups READ backups CONSTANT)
-    Q_PROPERTY(tessellar::InformationPanel* information READ information CONSTANT)
-    Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT)
-    Q_PROPERTY(tessellar::PastRemovalsPanel* pastRemovals READ pastRemovals CONSTANT)
-    Q_PROPERTY(tessellar::SettingsPanel* settings READ settings CONSTANT)
-    Q_PROPERTY(tessellar::SmartFolderPanel* smartFolder READ smartFolder CONSTANT)
-    Q_PROPERTY(tessellar::UnplacedPanel* unplaced READ unplaced CONSTANT)
+    Q_PROPERTY(tessellar::UpdatesPanel* updates READ updates CONSTANT FINAL)
+    Q_PROPERTY(tessellar::ArrangementsPanel* arrangements READ arrangements CONSTANT FINAL)
+    Q_PROPERTY(tessellar::ArrangingPanel* arranging READ arranging CONSTANT FINAL)
+    Q_PROPERTY(tessellar::BackupsPanel* backups READ backups CONSTANT FINAL)
+    Q_PROPERTY(tessellar::InformationPanel* information READ information CONSTANT FINAL)
+    Q_PROPERTY(tessellar::RemovalPanel* removal READ removal CONSTANT FINAL)
+    Q_PROPERTY(tessellar::PastRemovalsPanel* pastRemovals READ pastRemovals CONSTANT FINAL)
+    Q_PROPERTY(tessellar::SettingsPanel* settings READ settings CONSTANT FINAL)
+    Q_PROPERTY(tessellar::SmartFolderPanel* smartFolder READ smartFolder CONSTANT FINAL)
+    Q_PROPERTY(tessellar::UnplacedPanel* unplaced READ unplaced CONSTANT FINAL)
 
 public:
     Panels(LauncherViewModel& viewModel, Sheets& sheets, Machine& machine);

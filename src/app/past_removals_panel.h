@@ -15,9 +15,9 @@ class PastRemovalsPanel final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     /// {id, name, text, canPutBack}, latest first.
-    Q_PROPERTY(QVariantList removals READ removals NOTIFY changed)
-    Q_PROPERTY(QString message READ message NOTIFY changed) ///< shown instead of a list
-    Q_PROPERTY(bool isMoving READ isMoving NOTIFY changed)
+    Q_PROPERTY(QVariantList removals READ removals NOTIFY changed FINAL)
+    Q_PROPERTY(QString message READ message NOTIFY changed FINAL) ///< shown instead of a list
+    Q_PROPERTY(bool isMoving READ isMoving NOTIFY changed FINAL)
 
 public:
     explicit PastRemovalsPanel(LauncherViewModel& viewModel) : _viewModel(viewModel) {}

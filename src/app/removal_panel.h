@@ -57,24 +57,25 @@ class RemovalPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
-    Q_PROPERTY(QString phase READ phase NOTIFY changed) ///< the phase's name
-    Q_PROPERTY(QString appName READ appName NOTIFY changed)
-    Q_PROPERTY(tessellar::RemovalItems* items READ items CONSTANT)
-    Q_PROPERTY(QString total READ total NOTIFY changed)     ///< of the selected items
-    Q_PROPERTY(QString staying READ staying NOTIFY changed) ///< the items that stay; empty if none
-    Q_PROPERTY(bool isAllSelected READ isAllSelected NOTIFY changed)
+    Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed FINAL)
+    Q_PROPERTY(QString phase READ phase NOTIFY changed FINAL) ///< the phase's name
+    Q_PROPERTY(QString appName READ appName NOTIFY changed FINAL)
+    Q_PROPERTY(tessellar::RemovalItems* items READ items CONSTANT FINAL)
+    Q_PROPERTY(QString total READ total NOTIFY changed FINAL) ///< of the selected items
+    Q_PROPERTY(
+        QString staying READ staying NOTIFY changed FINAL) ///< the items that stay; empty if none
+    Q_PROPERTY(bool isAllSelected READ isAllSelected NOTIFY changed FINAL)
     /// The keyboard's row; -1 if none.
-    Q_PROPERTY(int currentRow READ currentRow NOTIFY changed)
-    Q_PROPERTY(bool canRemove READ canRemove NOTIFY changed)
-    Q_PROPERTY(bool canCancel READ canCancel NOTIFY changed)
-    Q_PROPERTY(QString noticeTitle READ noticeTitle NOTIFY changed) ///< title of `warning`
-    Q_PROPERTY(QString warning READ warning NOTIFY changed)
-    Q_PROPERTY(double progress READ progress NOTIFY changed) ///< 0 to 1
-    Q_PROPERTY(QString progressText READ progressText NOTIFY changed)
-    Q_PROPERTY(QVariantList log READ log NOTIFY changed) ///< {text, isFailure}
-    Q_PROPERTY(bool canRestore READ canRestore NOTIFY changed)
-    Q_PROPERTY(QString lockText READ lockText CONSTANT)
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY changed FINAL)
+    Q_PROPERTY(bool canRemove READ canRemove NOTIFY changed FINAL)
+    Q_PROPERTY(bool canCancel READ canCancel NOTIFY changed FINAL)
+    Q_PROPERTY(QString noticeTitle READ noticeTitle NOTIFY changed FINAL) ///< title of `warning`
+    Q_PROPERTY(QString warning READ warning NOTIFY changed FINAL)
+    Q_PROPERTY(double progress READ progress NOTIFY changed FINAL) ///< 0 to 1
+    Q_PROPERTY(QString progressText READ progressText NOTIFY changed FINAL)
+    Q_PROPERTY(QVariantList log READ log NOTIFY changed FINAL) ///< {text, isFailure}
+    Q_PROPERTY(bool canRestore READ canRestore NOTIFY changed FINAL)
+    Q_PROPERTY(QString lockText READ lockText CONSTANT FINAL)
 
 public:
     explicit RemovalPanel(LauncherViewModel& viewModel)

@@ -32,9 +32,9 @@ class SettingsPanel final : public QObject {
     /// {title, note, rows}. A row is {key, kind, title, text, value, low, high, step, choices, action}
     /// with a kind of "slider", "switch", "choice", "field", "action" or "note"; choices are
     /// {title, isChosen}.
-    Q_PROPERTY(QVariantList sections READ sections NOTIFY changed)
+    Q_PROPERTY(QVariantList sections READ sections NOTIFY changed FINAL)
     /// Why the last change failed; empty if it succeeded.
-    Q_PROPERTY(QString issue READ issue NOTIFY changed)
+    Q_PROPERTY(QString issue READ issue NOTIFY changed FINAL)
 
 public:
     SettingsPanel(LauncherViewModel& viewModel, Machine& machine);

@@ -14,13 +14,13 @@ class Sheets final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(QString current READ current NOTIFY changed) ///< one of the names below, or empty
-    Q_PROPERTY(QString news READ news NOTIFY changed)       ///< Markdown
-    Q_PROPERTY(QString appName READ appName NOTIFY changed) ///< of the application it is about
+    Q_PROPERTY(QString current READ current NOTIFY changed FINAL) ///< one of the names below, or empty
+    Q_PROPERTY(QString news READ news NOTIFY changed FINAL)       ///< Markdown
+    Q_PROPERTY(QString appName READ appName NOTIFY changed FINAL) ///< of the application it is about
     /// Why its last request failed; empty if it did not.
-    Q_PROPERTY(QString issue READ issue NOTIFY issueChanged)
+    Q_PROPERTY(QString issue READ issue NOTIFY issueChanged FINAL)
     /// The user entered something that closing would lose.
-    Q_PROPERTY(bool isTyped READ isTyped WRITE setTyped)
+    Q_PROPERTY(bool isTyped READ isTyped WRITE setTyped FINAL)
 
 public:
     static inline const QString arrangements = QStringLiteral("arrangements");

@@ -14,10 +14,10 @@ namespace tessellar {
 struct SmartFolderPreview {
     Q_GADGET
     QML_VALUE_TYPE(smartFolderPreview)
-    Q_PROPERTY(QString summary MEMBER summary)
-    Q_PROPERTY(QString notice MEMBER notice)
-    Q_PROPERTY(QStringList icons MEMBER icons)
-    Q_PROPERTY(QVariantList matches MEMBER matches)
+    Q_PROPERTY(QString summary MEMBER summary FINAL)
+    Q_PROPERTY(QString notice MEMBER notice FINAL)
+    Q_PROPERTY(QStringList icons MEMBER icons FINAL)
+    Q_PROPERTY(QVariantList matches MEMBER matches FINAL)
 
 public:
     QString summary; ///< the number of matches
@@ -31,23 +31,24 @@ class SmartFolderPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
-    Q_PROPERTY(QString symbolName READ symbolName WRITE setSymbolName NOTIFY changed) ///< may be empty
-    Q_PROPERTY(QVariantList symbols READ symbols NOTIFY changed) ///< {name, isChosen, isDrawn}
-    Q_PROPERTY(QString matchMode READ matchMode NOTIFY changed)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed FINAL)
+    Q_PROPERTY(
+        QString symbolName READ symbolName WRITE setSymbolName NOTIFY changed FINAL) ///< may be empty
+    Q_PROPERTY(QVariantList symbols READ symbols NOTIFY changed FINAL) ///< {name, isChosen, isDrawn}
+    Q_PROPERTY(QString matchMode READ matchMode NOTIFY changed FINAL)
     /// {field, predicate, joint, operands: {kind, text, needsInput, hasSuggestions}}; `joint` is the
     /// text between operands.
-    Q_PROPERTY(QVariantList rules READ rules NOTIFY changed)
-    Q_PROPERTY(QString sortField READ sortField NOTIFY changed)
-    Q_PROPERTY(QString sortDirection READ sortDirection NOTIFY changed)
-    Q_PROPERTY(bool hasLimit READ hasLimit WRITE setHasLimit NOTIFY changed)
-    Q_PROPERTY(QString limitText READ limitText NOTIFY changed)
-    Q_PROPERTY(bool isChanged READ isChanged NOTIFY changed)
+    Q_PROPERTY(QVariantList rules READ rules NOTIFY changed FINAL)
+    Q_PROPERTY(QString sortField READ sortField NOTIFY changed FINAL)
+    Q_PROPERTY(QString sortDirection READ sortDirection NOTIFY changed FINAL)
+    Q_PROPERTY(bool hasLimit READ hasLimit WRITE setHasLimit NOTIFY changed FINAL)
+    Q_PROPERTY(QString limitText READ limitText NOTIFY changed FINAL)
+    Q_PROPERTY(bool isChanged READ isChanged NOTIFY changed FINAL)
     /// Why it cannot be saved; empty if it can.
-    Q_PROPERTY(QString issue READ issue NOTIFY changed)
-    Q_PROPERTY(tessellar::SmartFolderPreview preview READ preview NOTIFY changed)
-    Q_PROPERTY(tessellar::SmartFolderPopups* popups READ popups CONSTANT)
+    Q_PROPERTY(QString issue READ issue NOTIFY changed FINAL)
+    Q_PROPERTY(tessellar::SmartFolderPreview preview READ preview NOTIFY changed FINAL)
+    Q_PROPERTY(tessellar::SmartFolderPopups* popups READ popups CONSTANT FINAL)
 
 public:
     explicit SmartFolderPanel(LauncherViewModel& viewModel);

@@ -15,8 +15,8 @@ class SmartFolderPopups final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the panel")
     /// The menu of the last button pressed.
-    Q_PROPERTY(tessellar::MenuModel* choices READ choices CONSTANT)
-    Q_PROPERTY(tessellar::DayPicker* days READ days CONSTANT)
+    Q_PROPERTY(tessellar::MenuModel* choices READ choices CONSTANT FINAL)
+    Q_PROPERTY(tessellar::DayPicker* days READ days CONSTANT FINAL)
 
 public:
     explicit SmartFolderPopups(SmartFolderEditing& editing);

@@ -27,22 +27,23 @@ class TileDrag final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(bool isPressed READ isPressed NOTIFY pressedChanged)
-    Q_PROPERTY(QString heldId READ heldId NOTIFY pressedChanged) ///< about to be dragged
-    Q_PROPERTY(bool isActive READ isActive NOTIFY changed)       ///< tiles are being dragged
-    Q_PROPERTY(QStringList tileIds READ tileIds NOTIFY changed)
+    Q_PROPERTY(bool isPressed READ isPressed NOTIFY pressedChanged FINAL)
+    Q_PROPERTY(QString heldId READ heldId NOTIFY pressedChanged FINAL) ///< about to be dragged
+    Q_PROPERTY(bool isActive READ isActive NOTIFY changed FINAL)       ///< tiles are being dragged
+    Q_PROPERTY(QStringList tileIds READ tileIds NOTIFY changed FINAL)
     /// The one of them that the pointer holds.
-    Q_PROPERTY(QString heldTile READ heldTile NOTIFY changed)
+    Q_PROPERTY(QString heldTile READ heldTile NOTIFY changed FINAL)
     /// The position of its image in the window; once dropped, where it was.
-    Q_PROPERTY(QPointF pictureAt READ pictureAt NOTIFY moved)
-    Q_PROPERTY(QString targetId READ targetId NOTIFY dropChanged) ///< the tile that would accept them
+    Q_PROPERTY(QPointF pictureAt READ pictureAt NOTIFY moved FINAL)
+    Q_PROPERTY(
+        QString targetId READ targetId NOTIFY dropChanged FINAL) ///< the tile that would accept them
     /// The name of the folder that would be made, once the pointer rests; else empty.
-    Q_PROPERTY(QString suggestedName READ suggestedName NOTIFY dropChanged)
+    Q_PROPERTY(QString suggestedName READ suggestedName NOTIFY dropChanged FINAL)
     /// The side at which the page is about to turn: -1 left, 1 right, 0 neither.
-    Q_PROPERTY(int turning READ turning NOTIFY dropChanged)
+    Q_PROPERTY(int turning READ turning NOTIFY dropChanged FINAL)
     /// The tile last dropped.
-    Q_PROPERTY(QString releasedTile READ releasedTile NOTIFY changed)
-    Q_PROPERTY(int revision READ revision NOTIFY dropChanged) ///< of what `slotsOf` returns
+    Q_PROPERTY(QString releasedTile READ releasedTile NOTIFY changed FINAL)
+    Q_PROPERTY(int revision READ revision NOTIFY dropChanged FINAL) ///< of what `slotsOf` returns
 
 public:
     /// The pages under the dragged tiles, as laid out in the window.
@@ -174,7 +175,7 @@ private:
 class DragStage : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(tessellar::TileDrag* drag MEMBER _drag WRITE setDrag REQUIRED)
+    Q_PROPERTY(tessellar::TileDrag* drag MEMBER _drag WRITE setDrag REQUIRED FINAL)
 
 public:
     explicit DragStage(QQuickItem* parent = nullptr);

@@ -11,22 +11,22 @@ namespace tessellar {
 class TileItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(int index MEMBER _index NOTIFY indexChanged)
-    Q_PROPERTY(QString tileId MEMBER _tileId NOTIFY tileIdChanged)
-    Q_PROPERTY(int kind MEMBER _kind NOTIFY kindChanged)
-    Q_PROPERTY(QString label MEMBER _label NOTIFY labelChanged)
-    Q_PROPERTY(QStringList appKeys MEMBER _appKeys NOTIFY appKeysChanged)
-    Q_PROPERTY(QString symbolName MEMBER _symbolName NOTIFY symbolNameChanged)
-    Q_PROPERTY(QString badge MEMBER _badge NOTIFY badgeChanged)
-    Q_PROPERTY(QString activity MEMBER _activity NOTIFY activityChanged)
-    Q_PROPERTY(QString description MEMBER _description NOTIFY descriptionChanged)
-    Q_PROPERTY(QString markedLabel MEMBER _markedLabel NOTIFY markedLabelChanged)
-    Q_PROPERTY(QString place MEMBER _place NOTIFY placeChanged)
-    Q_PROPERTY(bool isUnavailable MEMBER _isUnavailable NOTIFY isUnavailableChanged)
-    Q_PROPERTY(bool isSelected MEMBER _isSelected NOTIFY isSelectedChanged)
-    Q_PROPERTY(bool isVacant MEMBER _isVacant NOTIFY isVacantChanged)
-    Q_PROPERTY(bool isCut MEMBER _isCut NOTIFY isCutChanged)
-    Q_PROPERTY(bool isWeakMatch MEMBER _isWeakMatch NOTIFY isWeakMatchChanged)
+    Q_PROPERTY(int index MEMBER _index NOTIFY indexChanged FINAL)
+    Q_PROPERTY(QString tileId MEMBER _tileId NOTIFY tileIdChanged FINAL)
+    Q_PROPERTY(int kind MEMBER _kind NOTIFY kindChanged FINAL)
+    Q_PROPERTY(QString label MEMBER _label NOTIFY labelChanged FINAL)
+    Q_PROPERTY(QStringList appKeys MEMBER _appKeys NOTIFY appKeysChanged FINAL)
+    Q_PROPERTY(QString symbolName MEMBER _symbolName NOTIFY symbolNameChanged FINAL)
+    Q_PROPERTY(QString badge MEMBER _badge NOTIFY badgeChanged FINAL)
+    Q_PROPERTY(QString activity MEMBER _activity NOTIFY activityChanged FINAL)
+    Q_PROPERTY(QString description MEMBER _description NOTIFY descriptionChanged FINAL)
+    Q_PROPERTY(QString markedLabel MEMBER _markedLabel NOTIFY markedLabelChanged FINAL)
+    Q_PROPERTY(QString place MEMBER _place NOTIFY placeChanged FINAL)
+    Q_PROPERTY(bool isUnavailable MEMBER _isUnavailable NOTIFY isUnavailableChanged FINAL)
+    Q_PROPERTY(bool isSelected MEMBER _isSelected NOTIFY isSelectedChanged FINAL)
+    Q_PROPERTY(bool isVacant MEMBER _isVacant NOTIFY isVacantChanged FINAL)
+    Q_PROPERTY(bool isCut MEMBER _isCut NOTIFY isCutChanged FINAL)
+    Q_PROPERTY(bool isWeakMatch MEMBER _isWeakMatch NOTIFY isWeakMatchChanged FINAL)
 
 public:
     using QQuickItem::QQuickItem;

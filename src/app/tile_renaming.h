@@ -13,7 +13,7 @@ class TileRenaming final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(QString tileId READ tileId NOTIFY changed) ///< empty if none
+    Q_PROPERTY(QString tileId READ tileId NOTIFY changed FINAL) ///< empty if none
 
 public:
     explicit TileRenaming(LauncherViewModel& viewModel) : _viewModel(viewModel) {}

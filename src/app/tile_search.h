@@ -16,9 +16,9 @@ class TileSearch final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(bool isActive READ isActive NOTIFY changed)
-    Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
-    Q_PROPERTY(tessellar::GridModel* results READ results CONSTANT)
+    Q_PROPERTY(bool isActive READ isActive NOTIFY changed FINAL)
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed FINAL)
+    Q_PROPERTY(tessellar::GridModel* results READ results CONSTANT FINAL)
 
 public:
     TileSearch(LauncherViewModel& viewModel, const TileFacts& facts, const Machine& machine);

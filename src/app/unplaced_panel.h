@@ -18,8 +18,8 @@ class UnplacedPanel final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
     /// {title, text, kind, appKeys, action}; a row without an action is a heading.
-    Q_PROPERTY(QVariantList rows READ rows NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed) ///< shown instead of an empty list
+    Q_PROPERTY(QVariantList rows READ rows NOTIFY changed FINAL)
+    Q_PROPERTY(QString summary READ summary NOTIFY changed FINAL) ///< shown instead of an empty list
 
 public:
     UnplacedPanel(LauncherViewModel& viewModel, const Machine& machine)

@@ -15,18 +15,19 @@ class UpdatesPanel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the controller")
-    Q_PROPERTY(QString title READ title CONSTANT)
-    Q_PROPERTY(QString explanation READ explanation CONSTANT)
-    Q_PROPERTY(bool isEnabled READ isEnabled WRITE setEnabled NOTIFY changed)
-    Q_PROPERTY(QVariantList intervals READ intervals NOTIFY changed) ///< {title, seconds, isChosen}
-    Q_PROPERTY(QString summary READ summary NOTIFY changed)
-    Q_PROPERTY(bool isChecking READ isChecking NOTIFY changed)
-    Q_PROPERTY(double progress READ progress NOTIFY changed) ///< 0 to 1
-    Q_PROPERTY(QString progressText READ progressText NOTIFY changed)
-    Q_PROPERTY(tessellar::UpdateRows* rows READ rows CONSTANT)
+    Q_PROPERTY(QString title READ title CONSTANT FINAL)
+    Q_PROPERTY(QString explanation READ explanation CONSTANT FINAL)
+    Q_PROPERTY(bool isEnabled READ isEnabled WRITE setEnabled NOTIFY changed FINAL)
+    Q_PROPERTY(
+        QVariantList intervals READ intervals NOTIFY changed FINAL) ///< {title, seconds, isChosen}
+    Q_PROPERTY(QString summary READ summary NOTIFY changed FINAL)
+    Q_PROPERTY(bool isChecking READ isChecking NOTIFY changed FINAL)
+    Q_PROPERTY(double progress READ progress NOTIFY changed FINAL) ///< 0 to 1
+    Q_PROPERTY(QString progressText READ progressText NOTIFY changed FINAL)
+    Q_PROPERTY(tessellar::UpdateRows* rows READ rows CONSTANT FINAL)
     /// How many applications "Update All" would update.
-    Q_PROPERTY(int runnableCount READ runnableCount NOTIFY changed)
-    Q_PROPERTY(bool isRunning READ isRunning NOTIFY changed)
+    Q_PROPERTY(int runnableCount READ runnableCount NOTIFY changed FINAL)
+    Q_PROPERTY(bool isRunning READ isRunning NOTIFY changed FINAL)
 
 public:
     explicit UpdatesPanel(LauncherViewModel& viewModel) : _viewModel(viewModel), _rows(viewModel) {}
