@@ -21,15 +21,16 @@ LayoutArchive::LayoutArchive(Machine& machine, LayoutStore& store, LiveLayouts& 
     , _messages(messages)
     , _merger(machine, layouts, applications, places) {}
 
+/// Reads after what is being saved, such as a backup.
 template <typename Work, typename Done>
 void LayoutArchive::read(Work work, Done done) {
     const auto task = _reading.insert(_reading.end(), Task());
-    *task =
-        _machine.workers.run(std::move(work), [this, task, done = std::move(done)](const auto& result) {
-            const Task ended = std::move(*task);
-            _reading.erase(task);
-            done(result);
-        });
+    *task = _machine.workers.run(Lane::saving, std::move(work),
+                                 [this, task, done = std::move(done)](const auto& result) {
+                                     const Task ended = std::move(*task);
+                                     _reading.erase(task);
+                                     done(result);
+                                 });
 }
 
 static ReplacementMerger::Wanted wanted(const LayoutDocument& document) {

@@ -340,7 +340,7 @@ TEST_F(AppCleanupRemoverTest, ARunningApplicationIsAskedFirstAndNothingMovesWhil
     EXPECT_EQ(told, (QStringList{u"Waiting for Quill to quit…"_s, u"one"_s, QString()}));
     running.isHidden = true;
     EXPECT_EQ(failureOf(made(u"three"_s)),
-              u"It could not be found out whether Quill is open. Try again."_s);
+              u"Tessellar could not find out whether Quill is open. Try again."_s);
     running.isHidden = false;
     running.looksLeft = 1'000;
     const auto result = remover.remove(quill, {made(u"two"_s), item(quill.path, appBundle)}, {});

@@ -145,11 +145,12 @@ TEST_F(AppRelatedFilesScannerTest, AFolderInWhichAnotherApplicationKeepsFilesIsN
     EXPECT_EQ(chosen(suite), u"Application Support/com.acme.suite");
     others = {suite, app(u"Draw"_s, u"com.acme.suite.draw"_s)};
     EXPECT_EQ(chosen(suite), QString());
-    EXPECT_TRUE(scan(suite).files.first().reason.endsWith(u"Files of another application lie in it."));
+    EXPECT_TRUE(
+        scan(suite).files.first().reason.endsWith(u"It contains files of another application."));
     // Who chooses everything is told, too.
     folders(u"Application Support/Zed/com.acme.suite.draw"_s);
     for (const RelatedFile& file : scan(suite).files)
-        EXPECT_TRUE(file.reason.endsWith(u"Files of another application lie in it."));
+        EXPECT_TRUE(file.reason.endsWith(u"It contains files of another application."));
 
     // Whoever says to be a whole vendor is believed in nothing.
     folders(u"Caches/com.microsoft"_s);
