@@ -18,37 +18,6 @@ QList<QUuid> shownIDs(const ShownPages& shown) {
     return result;
 }
 
-TEST(ShownPagesLaws, EveryShownTileHasOneSlotAndEverySlotItsTile) {
-    for (unsigned seed = 0; seed < 200; ++seed) {
-        SCOPED_TRACE(seed);
-        test::Generator generate(seed);
-        const Pages pages = generate.pages(1 + generate.below(4), 0, 9, 2);
-        const QSet<QString> hidden = generate.hiddenKeys(pages, 30);
-        const int capacity = 1 + generate.below(6);
-        const ShownPages shown(pages, hidden, capacity);
-
-        QList<QUuid> expected;
-        for (qsizetype page = 0; page < pages.size(); ++page) {
-            for (qsizetype index = 0; index < pages[page].size(); ++index) {
-                const LaunchpadItem& item = pages[page][index];
-                const auto place = shown.placeOf({page, index});
-                ASSERT_EQ(place.has_value(), isShown(item, hidden));
-                if (!place)
-                    continue;
-                expected.append(item.id());
-                EXPECT_LT(place->slot, capacity);
-                EXPECT_EQ(shown.tileAt(*place), (StoredPlace{page, index}));
-                EXPECT_EQ(shown.insertionAt(*place), (StoredPlace{page, index}));
-                EXPECT_EQ(shown.placeOf(item.id()), place);
-                EXPECT_EQ(shown.tiles(place->page)[place->slot], item);
-            }
-        }
-        EXPECT_EQ(shownIDs(shown), expected);
-        for (qsizetype page = 0; page < shown.count(); ++page)
-            EXPECT_FALSE(shown.tiles(page).isEmpty());
-    }
-}
-
 TEST(ShownPages, ALongPageIsShownAsSeveral) {
     const Pages pages = test::drawn(u"1 2 3 4 5|6");
     const ShownPages small(pages, {}, 2);
@@ -62,6 +31,15 @@ TEST(ShownPages, ALongPageIsShownAsSeveral) {
     EXPECT_EQ(small.tileAt({2, 1}), std::nullopt);
     EXPECT_EQ(small.tileAt({-1, 0}), std::nullopt);
     EXPECT_EQ(ShownPages(pages, {}, 5).count(), 2);
+
+    // Hidden tiles have no place, and those behind them close up.
+    const ShownPages some(pages, {appKey(app(2)), appKey(app(6))}, 2);
+    EXPECT_EQ(some.count(), 2);
+    EXPECT_EQ(some.tiles(0), (Page{app(1), app(3)}));
+    EXPECT_EQ(some.tileAt({0, 1}), (StoredPlace{0, 2}));
+    EXPECT_EQ(some.placeOf(StoredPlace{0, 4}), (ShownPlace{1, 1}));
+    EXPECT_EQ(some.placeOf(StoredPlace{0, 1}), std::nullopt);
+    EXPECT_EQ(some.placeOf(test::tileID(6)), std::nullopt);
 }
 
 TEST(ShownPages, AFolderIsHiddenWithTheLastOfItsTiles) {

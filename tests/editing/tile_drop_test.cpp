@@ -72,14 +72,6 @@ TEST_F(TileDropTest, TheMiddleOfATileGroupsAndThatOfAFolderTakesIn) {
     EXPECT_EQ(after(grid({u"x"_s}), {0.5, 1.5}), u"a b c d [F: g h x]|* z");
 }
 
-TEST_F(TileDropTest, AFolderTakesTilesOnItsOwnPagesAndLetsThemOut) {
-    DropGrid inside = grid({u"h"_s}, 0, 1);
-    inside.pages = ShownPages(layout.pages[0][4].folder()->pages, {}, 6);
-    inside.folder = idOf(u"F"_s);
-    EXPECT_EQ(after(inside, {0.1, 0.5}), u"a b c d [F: h g]|x * z");
-    EXPECT_EQ(after(grid({u"h"_s}), {0.1, 0.5}), u"h a b c d g|x * z") << "on the grid below";
-}
-
 TEST_F(TileDropTest, NothingIsPutIntoASmartFolderOrAFolderIntoItselfOrNothingAnywhere) {
     EXPECT_EQ(dropAt(grid({u"a"_s}, 1), {1.4, 0.5}).kind, Kind::between) << "its tile";
     DropGrid inside = grid({u"a"_s});
