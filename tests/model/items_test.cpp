@@ -40,13 +40,6 @@ TEST(ItemJson, MissingOptionalKeysOfAnApplicationTakeTheirDefaults) {
     }
 }
 
-TEST(ItemJson, MissingRequiredKeysFailAndNameThePlace) {
-    const auto page = json::decodeDocument<Page>(
-        R"([{"app": {"_0": {"id": "0A0B0C0D-0000-4000-8000-000000000001", "name": "A", "source": "local"}}}])");
-    ASSERT_FALSE(page);
-    EXPECT_EQ(page.error().path, u"[0].app._0.path");
-}
-
 TEST(ItemJson, ATileHasExactlyOneKnownKey) {
     const QByteArray app = "{\"_0\": " + appObject() + "}";
     for (const QByteArray& text :
@@ -109,30 +102,11 @@ TEST(ItemJson, IdentifiersAreCanonicalText) {
         EXPECT_FALSE(json::decode<QUuid>(QLatin1StringView(bad))) << bad;
 }
 
-TEST(AppKey, FollowsAliasThenDuplicateThenIdentifierThenPath) {
-    AppEntry entry;
-    entry.path = u"/Applications/Maple.app"_s;
-    EXPECT_EQ(appKey(entry), entry.path);
-    entry.bundleIdentifier = u"org.maple"_s;
-    EXPECT_EQ(appKey(entry), u"org.maple");
-    entry.isDuplicateBundleIdentifier = true;
-    EXPECT_EQ(appKey(entry), entry.path);
-    entry.alias = AppAliasReference{u"org.other"_s};
-    EXPECT_EQ(appKey(entry), u"org.other");
-}
-
 TEST(Items, NestingLooksAtEveryComponentButTheLast) {
     EXPECT_TRUE(isNestedInAnotherApplication(u"/Applications/Suite.APP/Contents/Library/Tool.app"_s));
     for (const auto& own : {u"/Applications/Tool.app"_s, u"/Applications/Tool.app/"_s,
                             u"/Applications/X.app/../Tool.app"_s})
         EXPECT_FALSE(isNestedInAnotherApplication(own));
-}
-
-TEST(Items, GamesFoldIntoOneCategory) {
-    EXPECT_EQ(categoryDisplayName(u"public.app-category.puzzle-games"_s), u"Games");
-    EXPECT_EQ(categoryDisplayName(u"public.app-category.developer-tools"_s), u"Developer");
-    EXPECT_FALSE(categoryDisplayName(u"public.app-category.cooking"_s));
-    EXPECT_FALSE(categoryDisplayName(u"org.example.puzzle-games"_s));
 }
 
 TEST(Items, FoldersListApplicationsDeepAndPreviewsShallow) {

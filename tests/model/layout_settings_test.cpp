@@ -12,19 +12,6 @@ using namespace Qt::Literals::StringLiterals;
 constexpr auto fullScreen = LauncherWindowMode::fullScreen;
 constexpr auto windowed = LauncherWindowMode::windowed;
 
-TEST(LayoutSettings, ValuesOutOfRangeOrOfAWrongTypeAreTheDefault) {
-    test::MemorySettings settings;
-    EXPECT_EQ(readLayoutSettings(settings, fullScreen).columns, 8);
-    EXPECT_EQ(readLayoutSettings(settings, windowed).columns, 7);
-    const QList<QJsonValue> bad{2, 10, 5.5, true, u"6"_s, QJsonValue::Null, QJsonArray{6}};
-    for (const QJsonValue& value : bad) {
-        (void)settings.set(u"gridRows"_s, value);
-        (void)settings.set(u"iconScale"_s, value);
-        EXPECT_EQ(readLayoutSettings(settings, fullScreen).rows, 5);
-        EXPECT_EQ(readLayoutSettings(settings, fullScreen).iconScale, 1.0);
-    }
-}
-
 TEST(LayoutSettings, TheWindowFallsBackToTheFullScreensValues) {
     test::MemorySettings settings;
     (void)settings.set(u"gridRows"_s, 6);
