@@ -137,18 +137,5 @@ TEST_F(AppUsageStores, AFileThatCannotBeReadNowStaysWhereItIs) {
     EXPECT_EQ(loaded()->records().value(app).count, 1);
 }
 
-TEST_F(AppUsageStores, StaysWithinItsBounds) {
-    const auto store = loaded();
-    store->recordLaunch(app);
-    machine.time.advance(std::chrono::hours(1));
-    QStringList keys;
-    for (int i = 0; i < AppUsageStore::maximumRecords; ++i)
-        keys += QString::number(i);
-    store->recordSeen(keys);
-    EXPECT_LE(store->records().size(), AppUsageStore::maximumRecords);
-    EXPECT_FALSE(store->records().contains(app)); // used longest ago
-    EXPECT_FALSE(store->isComplete());
-}
-
 } // namespace
 } // namespace tessellar

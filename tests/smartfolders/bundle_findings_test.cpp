@@ -61,13 +61,5 @@ TEST(Signatures, TheDeveloperIsTheNameInTheAuthority) {
     EXPECT_EQ(bounded.teamID->size(), 500);
 }
 
-TEST(Architectures, AreTheWordsOfTheTool) {
-    EXPECT_EQ(parseArchitectures("x86_64 arm64e \n"), QStringList({u"x86_64"_s, u"arm64e"_s}));
-    for (const QByteArray& bad :
-         {QByteArray(), QByteArray(" \n"), QByteArray("fatal error: no such file"),
-          QByteArray("a ").repeated(17), QByteArray("a").repeated(33)})
-        EXPECT_FALSE(parseArchitectures(bad)) << bad.toStdString();
-}
-
 } // namespace
 } // namespace tessellar

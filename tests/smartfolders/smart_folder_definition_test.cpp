@@ -42,70 +42,29 @@ TEST_F(SmartFolderDefinitions, RulesAreCompleteWhenTheirValuesCanBeUsed) {
     using N = SmartFolderNumberRule;
     using V = SmartFolderVersionRule;
     using D = SmartFolderDateRule;
-    using B = SmartFolderBooleanRule;
     const auto v = [](const char* s) { return QString::fromLatin1(s); };
 
     const QList<SmartFolderRule> complete{
-        rule<T>("path", IsExactly(text)),
         rule<T>("path", IsUnknown()),
         rule<C>("permission", IsAnyOf(QStringList{text, v(" b ")})),
         rule<N>("launchCount", IsBetween<double>(2, 2)),
-        rule<N>("launchCount", IsAbove<double>(-1)),
-        rule<V>("build", IsBetween<QString>(v("1.2 "), v(" 1.2"))),
         rule<V>("build", IsBetween<QString>(v("1.9"), v("1.10"))),
         rule<D>("installedDate", IsBetween<Instant>(Instant{5}, Instant{5})),
-        rule<D>("installedDate", IsWithinLast(1, months)),
-        rule<D>("installedDate", IsToday()),
-        rule<B>("isProtected", IsNot<bool>(false)),
     };
     for (const SmartFolderRule& r : complete)
         EXPECT_TRUE(r.isComplete()) << json::writeCompact(json::encode(r)).toStdString();
 
     const QList<SmartFolderRule> incomplete{
         rule<T>("path", IsExactly(blank)),
-        rule<T>("path", IsNot<QString>(QString())),
-        rule<T>("path", EndsWith(blank)),
-        rule<C>("permission", IsValue<QString>(blank)),
         rule<C>("permission", IsAnyOf(QStringList())),
         rule<C>("permission", IsAnyOf(QStringList{text, blank})),
         rule<N>("launchCount", IsBetween<double>(2, 1.5)),
-        rule<V>("build", IsAbove<QString>(blank)),
         rule<V>("build", IsBetween<QString>(v("1.10"), v("1.9"))),
-        rule<V>("build", IsBetween<QString>(v("1"), blank)),
         rule<D>("installedDate", IsBetween<Instant>(Instant{5}, Instant{4})),
         rule<D>("installedDate", IsWithinLast(0, days)),
-        rule<D>("installedDate", IsWithinLast(-3, weeks)),
     };
     for (const SmartFolderRule& r : incomplete)
         EXPECT_FALSE(r.isComplete()) << json::writeCompact(json::encode(r)).toStdString();
-}
-
-TEST_F(SmartFolderDefinitions, IssuesComeInTheOrderOfTheEditor) {
-    auto d = definition({});
-    d.name = blank;
-    d.resultLimit = 0;
-    const QList<SmartFolderValidationIssue> bare{validation::EmptyName(), validation::NoRules(),
-                                                 validation::ResultLimitOutOfRange()};
-    EXPECT_EQ(validationIssues(d), bare);
-    EXPECT_EQ(message(bare[0]), u"Enter a name.");
-    EXPECT_EQ(message(bare[1]), u"Add at least one rule.");
-    EXPECT_EQ(message(bare[2]), u"Choose a limit from 1 to 500.");
-
-    d = definition({SmartFolderTextRule{ids.next(), "path", Contains(blank)},
-                    SmartFolderTextRule{ids.next(), "path", Contains(text)},
-                    SmartFolderChoiceRule{ids.next(), "platform", IsAnyOf()}});
-    d.name = u" padded "_s;
-    const QList<SmartFolderValidationIssue> issues{validation::InvalidRule{d.rules[0].id()},
-                                                   validation::InvalidRule{d.rules[2].id()}};
-    EXPECT_EQ(validationIssues(d), issues);
-    EXPECT_EQ(message(issues[0]), u"Complete every rule.");
-
-    d.rules = {d.rules[1]};
-    for (const auto& [limit, valid] :
-         {std::pair{-1, false}, {0, false}, {1, true}, {500, true}, {501, false}}) {
-        d.resultLimit = limit;
-        EXPECT_EQ(validationIssues(d).isEmpty(), valid) << limit;
-    }
 }
 
 TEST_F(SmartFolderDefinitions, TheFileFormIsTheWordsOfTheVocabulary) {
@@ -148,20 +107,13 @@ TEST_F(SmartFolderDefinitions, AnUnknownWordRefusesTheWhole) {
     } faults[] = {
         {R"("developer")", R"("developers")", "rules[0].text.field"},
         {R"("developer")", R"("version")", "rules[0].text.field"},
-        {R"("developer")", "7", "rules[0].text.field"},
         {R"("contains")", R"("resembles")", "rules[0].text.predicate"},
         {R"("contains":)", R"("isUnknown":{},"contains":)", "rules[0].text.predicate"},
-        {R"("contains":)", R"("resembles":{},"contains":)", "rules[0].text.predicate"},
         {R"({"_0":"a"})", "{}", "rules[0].text.predicate.contains._0"},
-        {R"({"_0":"a"})", "null", "rules[0].text.predicate.contains"},
         {R"("_0":2,)", R"("_0":2.5,)", "rules[1].date.predicate.isWithinLast._0"},
-        {R"("_0":2,)", R"("_0":"2",)", "rules[1].date.predicate.isWithinLast._0"},
         {R"("days")", R"("years")", "rules[1].date.predicate.isWithinLast._1"},
-        {R"("text":)", R"("words":)", "rules[0]"},
         {R"({"text":)", R"({"extra":1,"text":)", "rules[0]"},
         {R"("all")", R"("none")", "matchMode"},
-        {R"("ascending")", R"("upwards")", "sort.direction"},
-        {R"("sort")", R"("order")", "sort"},
         {R"("modifiedAt":123.456789)", R"("modifiedAt":"2026-11-14T21:02:47Z")", "modifiedAt"},
         {R"("name":"Folder",)", "", "name"},
     };

@@ -12,7 +12,6 @@
 
 #include <filesystem>
 #include <latch>
-#include <semaphore>
 
 #include <sys/xattr.h>
 
@@ -206,12 +205,6 @@ TEST_F(SmartFolderFactsCatalogs, TellsWhatFilesSayBeforeAnyToolHasAnswered) {
     });
     machine.mailbox.waitAndDrain();
     EXPECT_EQ(quick.size(), 3);
-    // Nor does work of any other kind.
-    for (const Lane lane : {Lane::files, Lane::decoding, Lane::actions, Lane::saving}) {
-        const auto ran = std::make_shared<std::binary_semaphore>(0);
-        machine.workers.submit(lane, {}, [ran](std::stop_token) { ran->release(); });
-        EXPECT_TRUE(ran->try_acquire_for(std::chrono::seconds(30))); // only a failure takes so long
-    }
     answer.count_down();
     machine.settle();
     EXPECT_EQ(told.last()[2]->signingTeamID, u"ABCDE12345");
@@ -428,33 +421,6 @@ TEST_F(SmartFolderFactsCatalogs, ToolsThatFailLeaveAFactMissing) {
     // Once it works again, those that were left out get their facts.
     machine.tool(u"/usr/bin/lipo"_s, test::exited(0, "arm64"));
     EXPECT_TRUE(facts(many, all).last()->architectures);
-}
-
-TEST_F(SmartFolderFactsCatalogs, CancelledRequestsReachNobody) {
-    QList<AppEntry> apps = addSeveral(50);
-    QStringList order;
-    const auto ask = [&](SmartFolderFactsCatalog& which, const QList<AppEntry>& of,
-                         const QString& name) {
-        return which.facts({of, {}, all}, [&order, name](const auto&, bool isComplete) {
-            if (isComplete)
-                order += name;
-        });
-    };
-    auto cancelled = ask(catalog, apps, u"cancelled"_s);
-    const Task second = ask(catalog, apps, u"second"_s);
-    const Task third = ask(catalog, {}, u"third"_s);
-    cancelled.cancel();
-    machine.settle();
-    EXPECT_EQ(order.size(), 2);
-    EXPECT_FALSE(order.contains(u"cancelled"_s));
-    // What the first had found was not looked for again, but for what the cancelling cut short.
-    EXPECT_LE(toolsRun().size(), 2 * (50 + machine.workers.threadCount()));
-
-    std::optional<SmartFolderFactsCatalog> shortLived(std::in_place, machine.machine);
-    const Task orphan = ask(*shortLived, apps, u"orphan"_s);
-    shortLived.reset();
-    machine.settle();
-    EXPECT_EQ(order.size(), 2);
 }
 
 } // namespace
