@@ -145,10 +145,3 @@ TEST_F(CustomAppIconStoreTest, saysWhenItCannotSave) {
     EXPECT_EQ(importing(icon), Error::couldNotSave);
     EXPECT_EQ(store.keysWithIcon({u"com.example.fern"_s}), QSet<QString>());
 }
-
-TEST(CustomAppIconStoreDirectory, liesInApplicationSupport) {
-    EXPECT_EQ(CustomAppIconStore::defaultDirectory({u"/Users/ada"_s, u"/data"_s}),
-              u"/data/com.tessellar.app/Custom Icons"_s);
-    EXPECT_EQ(CustomAppIconStore::defaultDirectory({u"/Users/ada"_s, {}}, std::nullopt),
-              u"/Users/ada/Library/Application Support/com.tessellar.app/Custom Icons"_s);
-}

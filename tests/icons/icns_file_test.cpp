@@ -107,18 +107,3 @@ TEST(IcnsFile, readsWhatComesBeforeAnImpossibleLength) {
     EXPECT_FALSE(IcnsFile::parse("icns\0\0\0"));
     EXPECT_FALSE(IcnsFile::parse("ICNS" + icnsFile(good).mid(4)));
 }
-
-TEST(IcnsFile, survivesEveryTruncation) {
-    const QByteArray whole = icnsFile(
-        icnsEntry("ic04", "ARGB" + repeated(1024, 'a')) + icnsEntry("is32", repeated(768, 'b')) +
-        icnsEntry("s8mk", QByteArray(256, 'c')) + icnsEntry("icp4", png(16, Qt::red)));
-    for (qsizetype size = 0; size <= whole.size(); ++size) {
-        // A copy of exactly this size, so that a sanitizer sees a step beyond it.
-        const QByteArray cut(whole.constData(), size);
-        const auto file = IcnsFile::parse(cut);
-        EXPECT_EQ(file.has_value(), size >= 8);
-        for (const auto& entry : file ? file->entries() : QList<IcnsFile::Entry>())
-            (void)IcnsFile::decode(entry);
-    }
-    EXPECT_EQ(IcnsFile::parse(whole)->entries().size(), 3);
-}
