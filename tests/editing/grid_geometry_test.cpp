@@ -39,6 +39,7 @@ TEST(ShownPages, ALongPageIsShownAsSeveral) {
     EXPECT_EQ(some.tileAt({0, 1}), (StoredPlace{0, 2}));
     EXPECT_EQ(some.placeOf(StoredPlace{0, 4}), (ShownPlace{1, 1}));
     EXPECT_EQ(some.placeOf(StoredPlace{0, 1}), std::nullopt);
+    EXPECT_EQ(some.placeOf(StoredPlace{0, 5}), std::nullopt);
     EXPECT_EQ(some.placeOf(test::tileID(6)), std::nullopt);
 }
 

@@ -202,6 +202,7 @@ TEST_F(RememberedPlacesTest, WhatBelongsToOneCopyNeverPassesToTheOther) {
     installed.remove(two.path);
     EXPECT_EQ(merge(), u"a ~a");
     EXPECT_EQ(hiddenKeys, QSet<QString>{key});
+    EXPECT_EQ(result.changedKeys.value(one.path), key);
     // The only copy moves to where the other one lay, and takes all that is its own along.
     installed.remove(one.path);
     install(two.path, key);
