@@ -28,7 +28,7 @@ protected:
                            .uuids = uuids,
                            .now = now,
                            .limits = limits,
-                           .threads = threads});
+                           .threads = 2});
     }
     /// Without a cache.
     AppScanner::LibraryScan scan() {
@@ -88,7 +88,6 @@ protected:
     SequentialUuids uuids;
     Instant now = *Instant::fromIso8601(u"2100-01-01T00:00:00Z");
     ScanLimits limits;
-    unsigned threads = 2;
 };
 
 } // namespace tessellar::test

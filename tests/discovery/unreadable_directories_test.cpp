@@ -38,41 +38,6 @@ protected:
     }
 };
 
-TEST_F(UnreadableDirectoriesTest, FoldersWithoutRightsHideWhatLiesInThem) {
-    add(u"/Applications"_s, u"Good"_s);
-    const QString inside = add(u"/Applications/Closed"_s, u"Inside"_s);
-    const QString linked = add(u"/opt/closed/deep"_s, u"Linked"_s);
-    mac.addLink(u"/Applications/way"_s, u"/opt/closed/deep"_s);
-    const QString sealed = add(u"/Applications"_s, u"Sealed"_s);
-    ScanCache cache;
-    EXPECT_EQ(scan(cache).apps.size(), 4);
-
-    const QStringList closed{u"/Applications/Closed"_s, u"/opt/closed"_s, sealed};
-    for (const QString& path : closed)
-        setMode(path, 0);
-    AppScanner::LibraryScan blind;
-    {
-        const AsNobody nobody;
-        blind = scan(cache);
-        EXPECT_EQ(AppScanner::installState(files, sealed), AppScanner::InstallState::incomplete);
-        EXPECT_EQ(AppScanner::installState(files, inside), AppScanner::InstallState::unseen);
-    }
-    for (const QString& path : closed)
-        setMode(path, 0755);
-
-    EXPECT_EQ(names(blind), u"Good");
-    EXPECT_THAT(blind.unreadableDirectories,
-                Contains(Unreadable{u"/Applications/Closed"_s, Reason::unreadable}));
-    EXPECT_EQ(incomplete(blind), u"Sealed.app");
-    EXPECT_FALSE(blind.watchableDirectories.contains(u"/Applications/Closed"_s));
-    for (const QString& path : {inside, linked, sealed})
-        EXPECT_FALSE(blind.isGone(path)) << path.toStdString();
-    EXPECT_TRUE(blind.isGone(u"/Applications/Gone.app"_s));
-    EXPECT_TRUE(blind.isGone(u"/Applications/Closedness/Gone.app"_s));
-
-    EXPECT_EQ(scan(cache).apps.size(), 4) << "rights that come back are noticed";
-}
-
 TEST_F(UnreadableDirectoriesTest, AVolumeThatIsNotMountedIsNotAnAbsentFolder) {
     add(u"/Volumes/Work/Apps"_s, u"Fern"_s);
     add(u"/Volumes/Work/More"_s, u"Moss"_s);

@@ -7,7 +7,7 @@
 
 namespace tessellar::test {
 
-/// The system's notices, with so many watches to give, and word of volumes when a test says so.
+/// The system's notices, with so many watches at a time, and word of volumes when a test says so.
 class FewEvents final : public DirectoryEvents {
 public:
     explicit FewEvents(int count) : _left(count) {}
@@ -18,7 +18,10 @@ public:
         _left -= watch ? 1 : 0;
         return watch;
     }
-    void remove(int watch) override { _events->remove(watch); }
+    void remove(int watch) override {
+        _events->remove(watch);
+        ++_left;
+    }
     QList<Event> wait() override {
         auto events = _events->wait();
         if (_mounted.exchange(false))
