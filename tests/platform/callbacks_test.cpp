@@ -1,5 +1,4 @@
 #include "platform/move_only_function.h"
-#include "platform/resume_once.h"
 #include "platform/scheduler.h"
 #include "platform/signal.h"
 
@@ -90,14 +89,6 @@ TEST(MoveOnlyFunctionTest, OwnsWhatCannotBeCopiedAndIsEmptyAfterNothing) {
     EXPECT_FALSE(moved);
 }
 
-TEST(ResumeOnceTest, LetsTheFirstEventThroughAlone) {
-    std::string seen;
-    ResumeOnce<std::string> once([&](const std::string& text) { seen += text; });
-    EXPECT_TRUE(once.resume("one"));
-    EXPECT_FALSE(once.resume("two"));
-    EXPECT_EQ(seen, "one");
-}
-
 TEST(EventLoopScheduler, RunsCallsInTheOrderOfTheirTimesAndNoneThatIsCancelled) {
     EventLoopScheduler scheduler;
     std::vector<int> ran;
@@ -119,23 +110,6 @@ TEST(EventLoopScheduler, RunsCallsInTheOrderOfTheirTimesAndNoneThatIsCancelled) 
     EXPECT_FALSE(first.isActive());
     EXPECT_FALSE(cancelled.isActive());
     EXPECT_TRUE(distant.isActive());
-}
-
-TEST(EventLoopScheduler, ACallMaySetItsOwnTimerAnew) {
-    EventLoopScheduler scheduler;
-    QEventLoop loop;
-    Timer timer;
-    int count = 0;
-    std::function<void()> tick = [&] {
-        if (++count == 3)
-            loop.quit();
-        else
-            timer = scheduler.after(0ms, tick);
-    };
-    timer = scheduler.after(0ms, tick);
-    loop.exec();
-    EXPECT_EQ(count, 3);
-    EXPECT_FALSE(timer.isActive());
 }
 
 } // namespace

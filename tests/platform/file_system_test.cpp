@@ -14,12 +14,12 @@
 #include <unistd.h>
 
 #include <array>
-#include <random>
 
 namespace tessellar {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::string_literals;
 using namespace test;
 namespace fs = std::filesystem;
 using Code = FileError::Code;
@@ -76,29 +76,16 @@ TEST_F(FileSystemTest, NoPathLeadsOutOfTheRoot) {
 
 /// The kernel's resolution under a root is what the one by components has to equal.
 TEST_F(FileSystemTest, BothWaysOfResolvingAgreeInAForestOfLinks) {
-    std::mt19937 random(7);
-    const auto name = [&] { return std::string(1, static_cast<char>('a' + random() % 6)); };
-    const auto path = [&] {
-        std::string text = random() % 2 ? "/" : "";
-        for (auto parts = 1 + random() % 5; parts > 0; --parts)
-            text += (random() % 4 == 0 ? ".." : random() % 12 == 0 ? "." : name()) + "/";
-        text.resize(text.size() - random() % 2);
-        return text;
-    };
-    std::vector<fs::path> folders{root};
-    for (int i = 0; i < 60; ++i) {
-        const fs::path at = folders[random() % folders.size()] / name();
-        if (fs::exists(fs::symlink_status(at)))
-            continue;
-        if (random() % 3 == 0) {
-            fs::create_symlink(path(), at);
-        } else if (random() % 4 == 0) {
-            writeFile(at, "x");
-        } else {
-            fs::create_directory(at);
-            folders.push_back(at);
-        }
-    }
+    fs::create_directories(root / "a/b/c");
+    writeFile(root / "a/file", "x");
+    for (const auto& [link, target] : {std::pair{"up", "../.."},
+                                       {"top", "/a/b/"},
+                                       {"file", "../file"},
+                                       {"again", "up/a/./b/top/c"},
+                                       {"self", "self"},
+                                       {"none", "c/none"},
+                                       {"out", "/../../outside"}})
+        fs::create_symlink(target, root / "a/b" / link);
     const Descriptor base(::open(root.c_str(), O_RDONLY | O_CLOEXEC));
 #ifdef O_PATH
     const std::array allFlags{O_PATH, O_PATH | O_NOFOLLOW};
@@ -111,27 +98,29 @@ TEST_F(FileSystemTest, BothWaysOfResolvingAgreeInAForestOfLinks) {
             ::fstat(opened->get(), &status);
         return std::pair(opened ? 0 : opened.error(), status.st_ino);
     };
+    const std::array parts{"a",    "b",    "up",  "top", "file", "again",
+                           "self", "none", "out", "c",   "..",   "."};
     int found = 0;
-    for (int i = 0; i < 20'000; ++i) {
-        const std::string text = '/' + path();
-        QByteArray bytes = QByteArray::fromStdString(text);
-        while (bytes.endsWith('/'))
-            bytes.chop(1);
+    const auto agree = [&](const std::string& text) {
+        const QByteArray path = QByteArray::fromStdString(text);
         for (const int flags : allFlags) {
-            const auto byKernel = outcome(openInRoot(base.get(), bytes, flags));
-            ASSERT_EQ(byKernel, outcome(openInRootByComponent(base.get(), bytes, flags))) << text;
+            const auto byKernel = outcome(openInRoot(base.get(), path, flags));
+            ASSERT_EQ(byKernel, outcome(openInRootByComponent(base.get(), path, flags))) << text;
             found += byKernel.first == 0;
         }
         const QString resolved = files.resolved(QString::fromStdString(text)).value_or(QString());
         const auto status = files.status(QString::fromStdString(text));
         ASSERT_EQ(resolved.isEmpty(), !status) << text;
         if (status) {
-            ASSERT_EQ(fs::weakly_canonical(root.string() + resolved.toStdString()),
-                      files.hostPath(resolved).toStdString());
-            ASSERT_EQ(files.linkStatus(resolved), status);
+            ASSERT_EQ(files.linkStatus(resolved), status) << text;
         }
-    }
-    EXPECT_GT(found, 1000) << "too few paths led anywhere";
+    };
+    for (const std::string one : parts)
+        for (const std::string two : parts)
+            for (const std::string three : parts)
+                for (const std::string& start : {"/"s, "/a/b/"s})
+                    agree(start + one + '/' + two + '/' + three);
+    EXPECT_GT(found, 200) << "too few paths led anywhere";
 }
 
 TEST_F(FileSystemTest, LinkLoopsAndOverlongPathsEnd) {
@@ -176,12 +165,9 @@ TEST_F(FileSystemTest, HostPathsStayInsideTheRootAndComeBack) {
 }
 
 TEST_F(FileSystemTest, NamesOfAnyBytesCanBeReached) {
-    std::mt19937 random(3);
     QList<DirectoryEntry> expected;
-    for (int i = 0; i < 300; ++i) {
-        QByteArray name = QByteArray::number(i) + "ü𝄞";
-        for (auto more = random() % 5; more > 0; --more)
-            name += static_cast<char>(0x80 + random() % 0x80);
+    for (const QByteArray name :
+         {"\x80", "a\xFF", "b\xC3", "c\xED\xA0\x80", "d\xF4\x90\x80\x80", "ü𝄞\xF0\x9D"}) {
         expected.append({name, FileType::regular});
         const QString path = FileSystem::joined(u"/Applications"_s, FileSystem::fromHostBytes(name));
         ASSERT_EQ(FileSystem::toHostBytes(path), "/Applications/" + name);
@@ -221,17 +207,6 @@ TEST_F(FileSystemTest, ReadsRegularFilesWithinTheLimitAndNothingElse) {
         EXPECT_EQ(failure(files.entries(path)), Code::notADirectory);
     }
     EXPECT_EQ(failure(host.read(u"/dev/zero"_s, 5)), Code::notARegularFile);
-}
-
-TEST_F(FileSystemTest, ListsTypesWithoutFollowing) {
-    fs::create_symlink("/Applications", root / "link");
-    ASSERT_EQ(::mkfifo((root / "pipe").c_str(), 0600), 0);
-    writeFile(root / "file", "");
-    EXPECT_EQ(files.entries(u"/"_s), (QList<DirectoryEntry>{{"Applications", FileType::directory},
-                                                            {"file", FileType::regular},
-                                                            {"link", FileType::symbolicLink},
-                                                            {"pipe", FileType::other}}));
-    EXPECT_EQ(files.entries(u"/link"_s), QList<DirectoryEntry>());
 }
 
 TEST_F(FileSystemTest, TellsWhatAFileIs) {

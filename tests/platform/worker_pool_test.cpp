@@ -91,32 +91,6 @@ struct Gate {
     }
 };
 
-TEST(WorkerPool, BringsResultsToTheMainThread) {
-    Mailbox mailbox;
-    WorkerPool pool(mailbox, 3);
-    EXPECT_EQ(pool.threadCount(), 3u);
-    const std::thread::id main = std::this_thread::get_id();
-    int sum = 0;
-    int empty = 0;
-    std::vector<Task> tasks;
-    for (int i = 1; i <= 100; ++i) {
-        tasks.push_back(pool.run(
-            [i, main](std::stop_token) {
-                EXPECT_NE(std::this_thread::get_id(), main);
-                return std::make_unique<int>(i);
-            },
-            [&](std::unique_ptr<int> value) {
-                EXPECT_EQ(std::this_thread::get_id(), main);
-                sum += *value;
-            }));
-        tasks.push_back(pool.run([](std::stop_token) {}, [&] { ++empty; }));
-    }
-    pool.waitIdle();
-    mailbox.drain();
-    EXPECT_EQ(sum, 5050);
-    EXPECT_EQ(empty, 100);
-}
-
 TEST(WorkerPool, DropsTheResultOfACancelledTaskAtEveryStage) {
     Mailbox mailbox;
     WorkerPool pool(mailbox, 1);
