@@ -3,8 +3,8 @@
 // again and puts back; it loses, which shows that the attacks are real.
 
 #include "tests/helper/helper_fixture.h"
-#include "tests/helper/system_call_steps.h"
 #include "tests/platform/disk_folder.h"
+#include "tests/platform/system_call_tracer.h"
 
 #include "platform/rooted_path.h"
 
@@ -12,7 +12,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 
 namespace tessellar {
 namespace {
@@ -96,6 +95,22 @@ public:
     const fs::path staging = _folder / "Library/.com.tessellar.app.removal-helper";
 };
 
+/// Does the work in a child process; `before` is told the number of each of its system calls, from 1,
+/// and gives false to kill it there. Gives how many there were; nothing where none may be traced.
+std::optional<int> stepThrough(const std::function<void()>& work,
+                               const std::function<bool(int)>& before) {
+    using Fate = test::Fate;
+    const auto run = test::traceSystemCalls(
+        [&] {
+            work();
+            return 0;
+        },
+        [&](std::size_t index, long) {
+            return Fate{before(int(index) + 1) ? Fate::Kind::run : Fate::Kind::killBefore};
+        });
+    return run.traceable ? std::optional(int(run.calls.size())) : std::nullopt;
+}
+
 /// Looks at a name, renames it, looks at what came, puts back what was not the item.
 void moveByName(const fs::path& from, const fs::path& to) {
     struct stat before {};
@@ -136,7 +151,7 @@ Harm attackEveryCall(Arena& arena, bool isReturning, bool swapsFolders, bool isB
                 test::writeFile(otherFolder / "item", "a stranger");
             }
             const int strangers = arena.count("a stranger", arena.root());
-            const auto stepped = test::stepThrough(
+            const auto stepped = stepThrough(
                 [&] {
                     if (isByHelper)
                         (void)arena.perform(isReturning ? Kind::restoreFromTrash : Kind::moveToTrash);
@@ -197,7 +212,7 @@ TEST(SwapRace, WhatCanNeitherGoOnNorBackWaitsInTheHelpersFolder) {
                 ASSERT_EQ(arena.perform(Kind::moveToTrash), Status::moved);
             }
             const fs::path trash = arena.trashed.parent_path();
-            const auto stepped = test::stepThrough(
+            const auto stepped = stepThrough(
                 [&] { (void)arena.perform(isReturning ? Kind::restoreFromTrash : Kind::moveToTrash); },
                 [&](int call) {
                     const fs::path from = isReturning ? arena.trashed : arena.place;
@@ -238,8 +253,8 @@ TEST(SwapRace, KilledAtEveryCallNothingIsLost) {
             if (kind == Kind::restoreFromTrash) {
                 ASSERT_EQ(arena.perform(Kind::moveToTrash), Status::moved);
             }
-            const auto stepped = test::stepThrough([&] { (void)arena.perform(kind); },
-                                                   [&](int call) { return call < at; });
+            const auto stepped =
+                stepThrough([&] { (void)arena.perform(kind); }, [&](int call) { return call < at; });
             if (!stepped)
                 GTEST_SKIP() << "This process may not trace another.";
             if (*stepped < at)
