@@ -1,5 +1,5 @@
-// The helper under what a machine can do to it: killed in the middle, a full disk, mounts, other users,
-// trees as deep as they can be made.
+// The helper under what a machine can do to it: a full disk, mounts, other users, trees as deep as they
+// can be made.
 
 #include "helper/helper_server.h"
 
@@ -35,66 +35,7 @@ protected:
         ::waitpid(child, &status, 0);
         return WIFEXITED(status) ? WEXITSTATUS(status) : 98;
     }
-    /// Another helper does it, and is killed once it has come far enough.
-    void performAndKill(Kind kind, const QList<PrivilegedFileOperationItem>& items,
-                        const std::function<bool()>& isEnough) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            FileOperations working(mac.root.path().toUtf8(), state.path().toUtf8());
-            (void)working.perform({.operation = kind, .items = items}, client);
-            ::_exit(0);
-        }
-        while (!isEnough())
-            if (::waitpid(child, nullptr, WNOHANG) != 0)
-                return; // its number may be another's already
-        ::kill(child, SIGKILL);
-        ::waitpid(child, nullptr, 0);
-    }
 };
-
-TEST_F(HardConditions, KilledAtAnyMomentNothingIsLostAndAllCanComeBack) {
-    constexpr int count = 120;
-    QStringList sources;
-    for (int i = 0; i < count; ++i) {
-        sources.append(folder + u"item%1"_s.arg(i));
-        mac.write(sources.last() + u"/data"_s, QByteArray::number(i));
-    }
-    int partly = 0;
-    for (int round = 0; round < 8; ++round) {
-        QList<PrivilegedFileOperationItem> items;
-        for (const QString& source : std::as_const(sources))
-            items.append(item(source));
-        // Killed when so many of them lie in the Trash, each round at another one.
-        const auto moved = [&] { return mac.names(trash).size(); };
-        performAndKill(Kind::moveToTrash, items, [&] { return moved() >= round * 15; });
-        partly += moved() > 0 && moved() < count ? 1 : 0;
-
-        // The next one works with what is there: it knows all that lies in the Trash.
-        FileOperations next(mac.root.path().toUtf8(), state.path().toUtf8());
-        next.settle(); // as at every start: one may have been on its way
-        QList<PrivilegedFileOperationItem> back;
-        for (const QString& name : mac.names(trash))
-            back.append({.source = trash + u'/' + name, .destination = folder + name});
-        for (const auto& outcome :
-             next.perform({.operation = Kind::restoreFromTrash, .items = back}, client))
-            ASSERT_EQ(outcome.status, Status::moved)
-                << outcome.message.value_or(QString()).toStdString();
-        for (int i = 0; i < count; ++i)
-            ASSERT_EQ(mac.read(sources[i] + u"/data"_s), QByteArray::number(i));
-    }
-    EXPECT_GT(partly, 0) << "never killed in the middle";
-}
-
-TEST_F(HardConditions, AKilledRemovalIsFinishedByTheNextStart) {
-    for (int i = 0; i < 600; ++i)
-        mac.write(folder + u"Tree/%1/%2"_s.arg(i % 30).arg(i), "x");
-    const QString staged = u"/Library/.com.tessellar.app.removal-helper/1"_s;
-    performAndKill(Kind::remove, {item(folder + u"Tree"_s)},
-                   [&] { return !mac.exists(folder + u"Tree"_s) && mac.names(staged).size() <= 15; });
-    operations.settle();
-    EXPECT_FALSE(mac.exists(folder + u"Tree"_s));
-    EXPECT_FALSE(mac.exists(staged));
-}
 
 TEST_F(HardConditions, NothingMovesThatCannotBeWrittenDown) {
     const test::SmallDisk disk(state.path().toStdString(), "size=64k");

@@ -233,5 +233,10 @@ TEST(PolkitCheckTest, AsksTheAuthorityAboutTheVeryProcessAndSaysWhatFor) {
     EXPECT_EQ(check.check(peer, request, {}, {}), Answer::denied);
 }
 
+TEST(GrantCheckTest, WhoBringsNoGrantIsRefused) {
+    for (const QByteArray& grant : {QByteArray(), QByteArray("no grant")})
+        EXPECT_EQ(GrantCheck().check({1000, 1}, {}, grant, {}), GrantCheck::Answer::denied);
+}
+
 } // namespace
 } // namespace tessellar
