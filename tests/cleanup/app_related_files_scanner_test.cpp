@@ -216,7 +216,7 @@ TEST_F(AppRelatedFilesScannerTest, AHomeLinkedElsewhereIsSearchedALinkedLibraryI
     EXPECT_EQ(found(u"/Users/eve"_s), 0);
 }
 
-TEST_F(AppRelatedFilesScannerTest, TellsOfRightsProgressSizesAndStops) {
+TEST_F(AppRelatedFilesScannerTest, TellsOfRightsAndSizesAndStops) {
     mac.write(u"/Library/Preferences/com.acme.notes.plist"_s, "12345");
     mac.write(library + u"Caches/com.acme.notes/a/b"_s, "123");
     mac.write(library + u"Caches/com.acme.notes/c"_s, "1234");
@@ -224,14 +224,10 @@ TEST_F(AppRelatedFilesScannerTest, TellsOfRightsProgressSizesAndStops) {
     const CleanupApplication notes = app(u"Zed"_s, u"com.acme.notes"_s);
     const AppRelatedFilesScanner scanner(mac.files, u"/Users/ada"_s,
                                          [](const FileSystem&, const QString&) { return false; });
-    QList<RelatedFilesProgress> told;
-    const auto found =
-        scanner.scan(notes, {}, {}, [&](const RelatedFilesProgress& state) { told.append(state); });
+    const auto found = scanner.scan(notes, {}, {});
     ASSERT_EQ(found->files.size(), 2);
     EXPECT_FALSE(found->files[0].needsAdministrator); // the user's own is Finder's to ask for
     EXPECT_TRUE(found->files[1].needsAdministrator);
-    ASSERT_EQ(told.size(), 17);
-    EXPECT_EQ(told.last(), (RelatedFilesProgress{16, 16, {}, 2}));
 
     const auto size = [&] {
         return AppRelatedFilesScanner::measure(mac.files, found->files[0].path, {});
@@ -252,21 +248,6 @@ TEST_F(AppRelatedFilesScannerTest, TellsOfRightsProgressSizesAndStops) {
     EXPECT_FALSE(scanner.scan(notes, {}, stop.get_token()));
     EXPECT_FALSE(
         AppRelatedFilesScanner::measure(mac.files, found->files[0].path, stop.get_token()).isComplete);
-}
-
-TEST_F(AppRelatedFilesScannerTest, RunsOnAWorkerAndIsDroppedWhenCancelled) {
-    folders(u"Caches/com.acme.notes"_s);
-    int arrived = 0;
-    auto task = AppRelatedFilesScanner::start(
-        mac.machine, app(u"Zed"_s, u"com.acme.notes"_s), {}, {}, {},
-        [&](const RelatedFilesScan& found) { arrived += static_cast<int>(found.files.size()); });
-    mac.settle();
-    EXPECT_EQ(arrived, 1);
-    task = AppRelatedFilesScanner::start(mac.machine, app(u"Zed"_s, u"com.acme.notes"_s), {}, {}, {},
-                                         [&](const RelatedFilesScan&) { ++arrived; });
-    task.cancel();
-    mac.settle();
-    EXPECT_EQ(arrived, 1);
 }
 
 TEST_F(AppRelatedFilesScannerTest, AsksForItsOwnTeamOnceAndOnlyWhereAGroupIsAtStake) {

@@ -93,15 +93,6 @@ TEST_F(AppUpdateCoordinatorTest, SwitchingOffDropsTheResultsOfTheRunningCheck) {
     EXPECT_EQ(coordinator->check(), std::unexpected(AppUpdateError::disabled));
     set(AppUpdateSettings::enabledKey, true);
     EXPECT_TRUE(coordinator->isChecking());
-    answerAll();
-    ASSERT_TRUE(coordinator->check());
-    settle();
-    mac.http.answer(u"lookup"_s, lookup("1.11"));
-    settle();
-    EXPECT_EQ(sketch(), u"2.0 1.11 2.5 -"_s);
-    (void)mac.settings.set(AppUpdateSettings::enabledKey, false);
-    coordinator->settingsChanged();
-    EXPECT_EQ(sketch(), u"2.0 1.10 2.5 -"_s) << "as before that check";
 }
 
 TEST_F(AppUpdateCoordinatorTest, CancellingKeepsWhatIsKnownSoFarAndIsNoFullCheck) {
@@ -135,35 +126,6 @@ TEST_F(AppUpdateCoordinatorTest, ACheckThatWasDueIsNotBegunAgainAtOnceWhenItIsCa
     EXPECT_FALSE(coordinator->isChecking());
     mac.time.advance(1s);
     EXPECT_TRUE(coordinator->isChecking());
-}
-
-TEST_F(AppUpdateCoordinatorTest, WhatIsBroughtUpToDateDuringACheckIsCheckedAfterIt) {
-    start();
-    answerFeed("101");
-    add({.name = u"Feed"_s,
-         .version = u"2.5"_s,
-         .build = u"101"_s,
-         .sparkleFeed = u"https://feeds.test/Feed"_s});
-    load();
-    answerStore("1.10");
-    answerFeed("101");
-    EXPECT_EQ(sketch(), u"2.0 1.10 upToDate -"_s);
-    EXPECT_EQ(brewRuns("info"), 1) << "one application of a feed wants no brew";
-}
-
-TEST_F(AppUpdateCoordinatorTest, ACaskThatIsInstalledMeanwhileHasItsChannelAtOnce) {
-    names.removeOne(u"Cask"_s);
-    start();
-    mac.tool(brewPath, exited(0, R"({"casks":[]})"));
-    answerAll();
-    ASSERT_TRUE(coordinator->areChannelsKnown());
-    brew({});
-    names.append(u"Cask"_s);
-    load();
-    coordinator->learnChannels([] {});
-    settle();
-    ASSERT_TRUE(coordinator->channel(key(u"Cask"_s)));
-    EXPECT_EQ(kindOf(*coordinator->channel(key(u"Cask"_s))), AppUpdateChannelKind::homebrewCask);
 }
 
 TEST_F(AppUpdateCoordinatorTest, AFailureKeepsWhatWasKnownBesideIt) {
@@ -274,6 +236,47 @@ TEST_F(AppUpdateCoordinatorTest, BrewsThatHangHoldUpNothingElse) {
     until([&] { return sketch() == u"- 1.10 2.5 -"; });
     EXPECT_TRUE(coordinator->isChecking()) << "the brew has not answered yet";
     coordinator->cancelCheck();
+}
+
+TEST_F(AppUpdateCoordinatorTest, ACheckThatIsCancelledOverAnAnswerLeavesTheBrewToTheNext) {
+    load();
+    bool isCancelled = false;
+    const Subscription cancels = coordinator->events.connect([&](const AppUpdateEvent& event) {
+        if (event.kind == AppUpdateEvent::Kind::recorded && !std::exchange(isCancelled, true))
+            coordinator->cancelCheck();
+    });
+    beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
+    ASSERT_TRUE(isCancelled);
+    brew("3.0");
+    beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
+    EXPECT_EQ(sketch(), u"3.0 - - -");
+}
+
+TEST_F(AppUpdateCoordinatorTest, BrewsThatDoNotAnswerLeaveTheOthersToBeAsked) {
+    names.clear();
+    bool isSilent = false;
+    for (int i = 0; i < 8; ++i) { // in whichever order they are asked
+        const QString name = u"Tree%1"_s.arg(i);
+        add({.name = name});
+        names.append(name);
+        mac.machine.environment["PATH"] += ":/brew" + QByteArray::number(i);
+        mac.tool(u"/brew%1/brew"_s.arg(i), [&, i, name](const Command& command, std::stop_token stop) {
+            if (isSilent && i % 2 == 0)
+                return CommandResult{.outcome = CommandResult::Outcome::timedOut};
+            CommandResult said = brewOfOneCask(isSilent ? "3.0" : "2.0")(command, stop);
+            said.standardOutput.replace("Cask.app", name.toUtf8() + ".app");
+            return said;
+        });
+    }
+    load();
+    beginCheck();
+    isSilent = true;
+    beginCheck();
+    EXPECT_FALSE(coordinator->isChecking());
+    QStringList found;
+    for (const QString& name : names)
+        found += test::sketch(coordinator->record(key(name)));
+    EXPECT_EQ(found.join(u' '), u"failed 3.0 failed 3.0 failed 3.0 failed 3.0");
 }
 
 TEST_F(AppUpdateCoordinatorTest, WhatIsKnownOfChannelsIsKept) {
@@ -431,19 +434,6 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsSkippedOrPinnedIsNoUpdate) {
     coordinator->unskip(key(u"Feed"_s));
     mac.time.advance(250ms);
     EXPECT_EQ(coordinator->tally().available, 2);
-}
-
-TEST_F(AppUpdateCoordinatorTest, TriesToSaveAgainAtTheNextResult) {
-    const QString path = AppUpdateStore::defaultPath(mac.machine.places);
-    mac.makeFolder(FileSystem::joined(path, u"in the way"_s));
-    load();
-    beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
-    pass(1s);
-    EXPECT_EQ(mac.log.lines().size(), 1);
-    mac.remove(path);
-    beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
-    pass(1s);
-    EXPECT_EQ(stored().records.keys(), QStringList{key(u"Cask"_s)});
 }
 
 } // namespace
