@@ -55,14 +55,6 @@ protected:
         mac.settle();
         return request.value_or(ActionRequest::none);
     }
-    bool press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
-        ActionTarget target;
-        if (const auto& selected = launcher->shown().navigation().selectedItemID())
-            target.item = *launcher->shown().item(*selected);
-        const bool meant = performShortcut(*launcher, target, key, modifiers).has_value();
-        mac.settle();
-        return meant;
-    }
 };
 
 TEST_F(ActionsTest, EachKindOfTileHasItsEntries) {
@@ -192,21 +184,6 @@ TEST_F(ActionsTest, AFoundApplicationWithoutATileCanBeOpenedAndShown) {
     EXPECT_EQ(choices(found).join(u' '), u"open information reveal show moveToTrash");
     perform(u"show"_s, found);
     EXPECT_TRUE(launcher->shown().hiddenKeys().isEmpty());
-}
-
-TEST_F(ActionsTest, KeysDoWhatTheMenuDoes) {
-    launcher->shown().navigation().select(idOf(u"Ash"_s));
-    EXPECT_TRUE(press(Qt::Key_X));
-    launcher->shown().navigation().select(idOf(u"Dogwood"_s));
-    EXPECT_TRUE(press(Qt::Key_V)); // after the selected tile
-    EXPECT_EQ(sketched(), u"[Trees: Beech Cedar]|Dogwood Ash ~Cedar");
-    EXPECT_TRUE(press(Qt::Key_Z));
-    EXPECT_TRUE(press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier));
-    EXPECT_EQ(sketched(), u"[Trees: Beech Cedar]|Dogwood Ash ~Cedar");
-    EXPECT_FALSE(press(Qt::Key_Y)); // nothing is left to redo
-    EXPECT_TRUE(press(Qt::Key_A));
-    EXPECT_EQ(launcher->shown().navigation().selectedItemIDs().size(), 1);
-    EXPECT_FALSE(press(Qt::Key_K));
 }
 
 } // namespace

@@ -128,16 +128,6 @@ TEST_F(LauncherArrangementsTest, WhatAnotherChangedMeanwhileIsLeftAlone) {
     EXPECT_EQ(remove(idOf(u"none"_s)), u"notFound");
 }
 
-TEST_F(LauncherArrangementsTest, ARenameKeepsWhatThisVersionDoesNotKnow) {
-    save(u"Mine"_s);
-    const QUuid id = last.id;
-    auto object = json::parse(mac.read(fileOf(id)))->toObject();
-    object.insert(u"later"_s, u"kept"_s);
-    mac.write(fileOf(id), json::write(object));
-    EXPECT_EQ(rename(id, u"Ours"_s), u"Ours");
-    EXPECT_EQ(json::parse(mac.read(fileOf(id)))->toObject()[u"later"_s], u"kept"_s);
-}
-
 TEST_F(LauncherArrangementsTest, AnArrangementGoesElsewhereAndComesBackAsAnother) {
     save(u"Mine"_s);
     const QUuid id = last.id;

@@ -1,7 +1,6 @@
 #include "launcher/launcher_cleanup.h"
 
 #include "small_launcher.h"
-#include "tests/platform/disk_folder.h"
 
 namespace tessellar::test {
 namespace {
@@ -63,35 +62,6 @@ protected:
 
     QStringList questions;
 };
-
-TEST_F(LauncherCleanupTest, ReviewsAndMeasuresAndEndsWhenItIsClosed) {
-    QList<Phase> phases;
-    const auto subscription = cleanup().changed.connect([&] {
-        if (!phases.endsWith(cleanup().phase()))
-            phases.append(cleanup().phase());
-    });
-    review();
-    EXPECT_EQ(phases, (QList{Phase::scanning, Phase::review}));
-    EXPECT_EQ(cleanup().app().name, u"Ash");
-    EXPECT_FALSE(cleanup().isMeasuring());
-    EXPECT_EQ(cleanup().review().progress.locationsDone, cleanup().review().progress.locationCount);
-    QStringList paths;
-    for (const RelatedFile& file : cleanup().review().items) {
-        paths.append(file.path);
-        EXPECT_TRUE(file.size) << file.path.toStdString();
-    }
-    EXPECT_EQ(paths, (QStringList{bundle, offered, caches, preferences}));
-    EXPECT_FALSE(cleanup().review().isSelected(offered));
-    cleanup().selectAllMatches();
-    EXPECT_TRUE(cleanup().review().isSelected(offered));
-    cleanup().selectNothing();
-    EXPECT_TRUE(cleanup().review().selectedItems().isEmpty());
-
-    cleanup().open(beech);
-    cleanup().close();
-    mac.settle();
-    EXPECT_EQ(cleanup().phase(), Phase::idle);
-}
 
 TEST_F(LauncherCleanupTest, RefusesWhatIsNotItsToRemove) {
     builder.addApplication({.name = u"Preview"_s,
@@ -224,30 +194,6 @@ TEST_F(LauncherCleanupTest, NothingLeavesTheTrashWhilePlacesCannotBeWritten) {
     }
 }
 
-TEST_F(LauncherCleanupTest, AKilledRemovalIsBroughtBackFromWhatWasWrittenBefore) {
-    // A Finder in whose middle the launcher is killed: what is on the disk then is all that remains.
-    const QString record = data + u"/removals.json"_s;
-    QByteArray onDisk;
-    mac.tool(u"/usr/bin/osascript"_s, [&](const Command& command, std::stop_token) {
-        onDisk = mac.read(record);
-        if (command.input->contains("Caches")) {
-            mac.makeFolder(u"/Users/ada/.Trash"_s);
-            move(caches, u"/Users/ada/.Trash/org.example.ash 12.30.00"_s);
-        }
-        return exited(1, {}, "execution error: lost (-609)\n");
-    });
-    takeAway();
-    EXPECT_EQ(mac.read(record).count("\"item\""), 1); // the one that went, though it was called failed
-    ASSERT_EQ(onDisk.count("\"item\""), 3);
-    mac.write(record, onDisk);
-    start();
-    EXPECT_EQ(restore(), u"done");
-    ASSERT_EQ(cleanup().log().size(), 1); // the others never left
-    EXPECT_EQ(cleanup().log()[0].text, u"org.example.ash: put back.");
-    EXPECT_EQ(mac.read(caches + u"/data"_s), "1234");
-    EXPECT_EQ(restore(), u"nothingToRestore");
-}
-
 TEST_F(LauncherCleanupTest, WhatWasRenamedInTheTrashIsNotForgotten) {
     takeAway();
     const QString lies = trash + u'/' + mac.names(trash).filter(u"Ash.app"_s).value(0);
@@ -258,20 +204,6 @@ TEST_F(LauncherCleanupTest, WhatWasRenamedInTheTrashIsNotForgotten) {
     move(renamed, lies);
     EXPECT_EQ(restore(), u"done");
     EXPECT_TRUE(mac.exists(bundle));
-}
-
-TEST_F(LauncherCleanupTest, NothingGoesThatCannotBeWrittenDown) {
-    mac.makeFolder(data);
-    const SmallDisk disk(mac.hostPath(data).toStdString(), "size=16k");
-    if (!disk)
-        GTEST_SKIP() << "This process may not mount.";
-    QFile filler(mac.hostPath(data + u"/filler"_s));
-    ASSERT_TRUE(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    while (filler.write(QByteArray(512, 'x')) == 512) {
-    }
-    review();
-    EXPECT_EQ(remove(), u"notRemoved");
-    EXPECT_TRUE(mac.exists(bundle) && mac.exists(preferences) && mac.exists(caches));
 }
 
 TEST_F(LauncherCleanupTest, ARecordThatCannotBeReadNowIsNoAbsenceAndStays) {

@@ -1,5 +1,4 @@
 #include "launcher/launcher_clipboard.h"
-#include "launcher/launcher_search.h"
 
 #include "small_launcher.h"
 
@@ -115,18 +114,6 @@ TEST_F(EditorTest, ResetAndRestoredArrangementsAreStepsWithACopyKeptFirst) {
     EXPECT_EQ(sketched(), restored);
 }
 
-TEST_F(EditorTest, AStepThatCannotBeSavedIsNotTaken) {
-    ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Ash"_s)}, {.page = 1}));
-    pass();
-    block(layoutFile);
-    const QString edited = sketched();
-    EXPECT_EQ(undo(), u"done"); // and comes back when saving it has failed
-    EXPECT_EQ(sketched(), edited);
-    mac.remove(layoutFile);
-    EXPECT_EQ(undo(), u"done");
-    EXPECT_EQ(stored(), u"Ash Beech|Cedar Dogwood");
-}
-
 TEST_F(EditorTest, ARescanBetweenAnEditAndItsUndoLosesNoApplication) {
     ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Ash"_s)}, {.page = 1, .index = 0}));
     uninstall(u"Beech"_s);
@@ -137,28 +124,6 @@ TEST_F(EditorTest, ARescanBetweenAnEditAndItsUndoLosesNoApplication) {
     // The state put back knows an application that is gone and lacks one that came: it is looked at
     // again.
     EXPECT_EQ(sketched(), u"Ash|Cedar Dogwood Elm");
-}
-
-TEST_F(EditorTest, AFailedSaveIsSaidAtOnceAndTriedAgainWithTheNextEdit) {
-    block(layoutFile);
-    ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Ash"_s)}, {.page = 1}));
-    pass();
-    const auto alerts = messages().takeAlerts();
-    ASSERT_EQ(alerts.size(), 1);
-    EXPECT_EQ(alerts[0].remedy, LauncherError::Remedy::saveAgain);
-    mac.remove(layoutFile);
-    ASSERT_TRUE(editor().moveTiles(mode(), {idOf(u"Cedar"_s)}, {.page = 0}));
-    pass();
-    EXPECT_EQ(stored(), sketched());
-    EXPECT_TRUE(messages().takeAlerts().isEmpty());
-}
-
-TEST_F(EditorTest, DroppingOntoAFolderIsAMove) {
-    group();
-    const QUuid trees = launcher->shown().pages()[1][0].id();
-    ASSERT_TRUE(editor().groupTiles(mode(), {idOf(u"Beech"_s), trees}, trees));
-    EXPECT_EQ(sketched(), u"[Folder: Cedar Ash Beech] Dogwood");
-    EXPECT_EQ(steps(), QStringList({u"Group Tiles"_s, u"Move Tile"_s}));
 }
 
 TEST_F(EditorTest, NothingElseIsDoneWhileAStepWaits) {
@@ -178,20 +143,6 @@ TEST_F(EditorTest, NothingElseIsDoneWhileAStepWaits) {
     mac.settle();
     EXPECT_TRUE(launcher->history().steps().canRedo(mode()));
     EXPECT_TRUE(editor().sortEverything(mode()));
-}
-
-TEST_F(EditorTest, SearchFollowsEditsAndFindsHiddenApplications) {
-    ASSERT_TRUE(editor().rename(mode(), idOf(u"Ash"_s), u"Rowan"_s));
-    ASSERT_TRUE(editor().hideApps(mode(), {idOf(u"Beech"_s)}));
-    mac.settle(); // the index is made on a worker
-    const auto first = [&](const QString& query) {
-        const auto hits = launcher->search().search(mode(), query);
-        return hits.isEmpty() ? QString() : hits.first().entry->name;
-    };
-    EXPECT_EQ(first(u"rowan"_s), u"Rowan");
-    EXPECT_EQ(first(u"ash"_s), u"Rowan");
-    EXPECT_EQ(first(u"beech"_s), u"Beech");
-    EXPECT_EQ(first(u"  "_s), QString());
 }
 
 /// One smart folder with a tile in each mode.
@@ -225,16 +176,6 @@ protected:
 TEST_F(SmartFolderEditorTest, ADeletedOneComesBackWithItsTilesInBothModesOrNeitherChanges) {
     const QString before = bothStored();
     EXPECT_EQ(before, u"Ash Beech *|Cedar Dogwood / Ash * Beech Cedar Dogwood");
-    const QStringList earlier = steps();
-    block(registry);
-    EXPECT_TRUE(editor().deleteSmartFolder(mode(), games.id));
-    mac.settle();
-    EXPECT_EQ(alerts(&LauncherError::title), QStringList{u"Could not save Smart Folders"_s});
-    EXPECT_EQ(bothStored(), before);
-    EXPECT_EQ(definitions(), QList{games});
-    EXPECT_EQ(steps(), earlier);
-    mac.remove(registry);
-
     ASSERT_TRUE(editor().deleteSmartFolder(mode(), games.id));
     const QString after = bothStored();
     EXPECT_EQ(after, u"Ash Beech|Cedar Dogwood / Ash Beech Cedar Dogwood");

@@ -78,22 +78,7 @@ TEST_F(LauncherIconsTest, ARefusalLeavesTheEarlierOne) {
     EXPECT_EQ(heard.size(), 1);
 }
 
-TEST_F(LauncherIconsTest, RequestsAreCarriedOutInTheirOrder) {
-    QStringList answers;
-    const auto note = [&](const QString& what) {
-        return [&answers, what](const LauncherIcons::Outcome& outcome) {
-            answers += what + (outcome ? u""_s : u" failed"_s);
-        };
-    };
-    icons().set(ash, u"/in/red.icns"_s, note(u"red"_s));
-    icons().remove(ash, note(u"remove"_s));
-    icons().set(ash, u"/in/missing.icns"_s, note(u"missing"_s));
-    icons().set(ash, u"/in/blue.icns"_s, note(u"blue"_s));
-    mac.settle();
-    EXPECT_EQ(answers, QStringList({u"red"_s, u"remove"_s, u"missing failed"_s, u"blue"_s}));
-    EXPECT_EQ(iconOf(ash), blue);
-
-    // One that is under way when its application's key changes goes to the new one.
+TEST_F(LauncherIconsTest, OneUnderWayGoesToTheKeyThatItsApplicationGets) {
     const QString path = u"/Applications/Ash.app"_s;
     icons().set(ash, u"/in/red.icns"_s);
     launcher->applications().keysChanged.notify({{ash, path}});
@@ -119,15 +104,6 @@ TEST_F(LauncherIconsTest, FollowAnApplicationThroughTheKeysThatDuplicatesGiveIt)
     EXPECT_EQ(icons().appKeys(), QStringList{ash});
     EXPECT_EQ(iconOf(ash), blue);
     EXPECT_EQ(mac.names(data + u"/Custom Icons"_s).size(), 1);
-}
-
-TEST_F(LauncherIconsTest, AnUpdatedBundleIsToldOf) {
-    rescan();
-    EXPECT_TRUE(heard.isEmpty());
-    uninstall(u"Ash"_s);
-    install(u"Ash"_s, u"/Applications"_s, u"2.0"_s);
-    rescan();
-    EXPECT_EQ(heard, QList<QSet<QString>>{{ash}});
 }
 
 } // namespace

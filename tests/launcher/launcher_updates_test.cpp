@@ -44,10 +44,8 @@ protected:
     }
 
     LauncherUpdates& start() {
-        subscription.cancel();
         launcher.reset();
         launcher = std::make_unique<LauncherViewModel>(mac.machine);
-        subscription = launcher->updates().changed.connect([this] { ++announced; });
         goesAway = launcher->updates().opened.connect([this] { ++went; });
         launcher->startAndWait();
         settle();
@@ -106,10 +104,8 @@ protected:
         settle();
     }
 
-    Subscription subscription;
     Subscription goesAway;
     const QUuid folder = QUuid::createUuidV5(QUuid(), u"updates"_s);
-    int announced = 0;
     int went = 0;
     QStringList ends;
 };
@@ -182,23 +178,6 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
     settle();
     settle(6h);
     EXPECT_TRUE(updates().isChecking());
-}
-
-TEST_F(LauncherUpdatesTest, ALongCheckIsHeardOfInIntervals) {
-    for (int i = 0; i < 40; ++i)
-        install(u"Feed%1"_s.arg(i), u"https://feeds.test/%1"_s.arg(i));
-    start().startSchedule(nullptr);
-    settle();
-    time.advance(250ms);
-    announced = 0;
-    while (!mac.http.waiting().isEmpty()) {
-        mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
-        settle();
-    }
-    EXPECT_LE(announced, 1);
-    time.advance(250ms);
-    EXPECT_EQ(announced, 1);
-    EXPECT_FALSE(updates().isChecking());
 }
 
 TEST_F(LauncherUpdatesTest, AnUpdateIsAskedForRunAndLookedAt) {
@@ -342,48 +321,6 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
     EXPECT_EQ(ends.last(), u"cancelled");
     EXPECT_EQ(mac.commands.terminated().size(), 1);
     EXPECT_EQ(ends.size(), 4);
-}
-
-TEST_F(LauncherUpdatesTest, AQuestionForAPasswordIsMadeWayForOnce) {
-    int asked = 0;
-    Subscription subscribed;
-    const auto hear = [&] { subscribed = updates().passwordAsked.connect([&] { ++asked; }); };
-    const auto askedAfter = [&](const QByteArray& words) {
-        say(words);
-        return asked;
-    };
-    start();
-    hear();
-    mac.commands.holdStarted(true);
-    runAtOnce(cask);
-    settle();
-    EXPECT_EQ(askedAfter("Password:"), 1);
-    EXPECT_EQ(askedAfter("\nPassword:"), 1);
-    // Who starts the launcher again while it waits is not sent away.
-    subscribed.cancel();
-    start();
-    hear();
-    updates().startSchedule(nullptr);
-    settle();
-    EXPECT_TRUE(isUpdating(cask));
-    EXPECT_EQ(askedAfter("\nSorry, try again.\nPassword:"), 1);
-    EXPECT_EQ(askedAfter("\n==> Installing\n"), 1);
-    EXPECT_EQ(askedAfter("Password:"), 2);
-}
-
-TEST_F(LauncherUpdatesTest, EverybodyHearsOfTheUpdateThatWasAskedFor) {
-    start().whenChannelsKnown([] {});
-    settle();
-    brew({});
-    mac.commands.holdStarted(true);
-    for (int i = 0; i < 2; ++i) {
-        runAtOnce(cask);
-        settle();
-    }
-    EXPECT_EQ(ends, QStringList());
-    mac.commands.holdStarted(false);
-    settle(AppUpdateRunner::pollInterval);
-    EXPECT_EQ(ends, (QStringList{u"done"_s, u"done"_s}));
 }
 
 } // namespace

@@ -113,25 +113,6 @@ TEST_F(LauncherTest, WhatIsEditedWhileAScanIsMergedStays) {
     EXPECT_EQ(sketched(), u"Amber %1 Birch Cobalt"_s.arg(edits));
 }
 
-TEST_F(LauncherTest, QuestionsAreAskedOneAtATimeInTheirOrder) {
-    start();
-    QStringList answers;
-    const auto ask = [&](const QString& title) {
-        messages().ask({.title = title}, [&answers, title](bool accepted) {
-            answers.append(title + (accepted ? u" yes"_s : u" no"_s));
-        });
-    };
-    ask(u"first"_s);
-    ask(u"second"_s);
-    EXPECT_EQ(asked(), u"first");
-    messages().answer(true);
-    EXPECT_EQ(asked(), u"second");
-    messages().answer(false);
-    messages().answer(true);
-    EXPECT_FALSE(messages().question());
-    EXPECT_EQ(answers, QStringList({u"first yes"_s, u"second no"_s}));
-}
-
 TEST_F(LauncherTest, LaunchingTellsTheSystemAndSaysWhatItAnswers) {
     const QString path = install(u"Ash"_s);
     QList<QByteArray> arguments;

@@ -2,7 +2,6 @@
 
 #include "launcher/launcher_icons.h"
 #include "small_launcher.h"
-#include "support/few_events.h"
 
 #include <gmock/gmock.h>
 
@@ -19,11 +18,11 @@ protected:
         mac.makeFolder(u"/Volumes"_s);
         installAll(u"Ash Beech Cedar"_s);
     }
-    void watch(std::unique_ptr<DirectoryEvents> events = makeDirectoryEvents()) {
+    void watch() {
         subscription = launcher->libraryWatch().noticed.connect([this](const LibraryNotice& notice) {
             notices.append(json::rawValue(notice.kind) + u' ' + notice.paths.join(u' '));
         });
-        launcher->libraryWatch().start(std::move(events));
+        launcher->libraryWatch().start();
         mac.until([&] { return !launcher->libraryWatch().watchedDirectories().isEmpty(); });
         notices.clear();
     }
@@ -114,22 +113,6 @@ TEST_F(LibraryWatchTest, ABundleReplacedInPlaceNeverLosesItsTile) {
     builder.addExecutable(executable, bytes);
     follow([&] { return !isUnavailable(u"Beech"_s); });
     EXPECT_TRUE(isAlwaysThere);
-}
-
-TEST_F(LibraryWatchTest, SaysOnceThatItPolls) {
-    start();
-    int changes = 0;
-    const auto listening = launcher->libraryWatch().changed.connect([&] { ++changes; });
-    watch(std::make_unique<FewEvents>(0));
-    EXPECT_TRUE(launcher->libraryWatch().isPolling());
-    EXPECT_EQ(changes, 1);
-    ASSERT_TRUE(messages().notice());
-    const int revision = messages().notice()->revision;
-    install(u"Dogwood"_s);
-    follow([&] { return sketched() == u"Ash Beech Cedar Dogwood"; });
-    time.advance(10s);
-    messages().showNotice(u"next"_s);
-    EXPECT_EQ(messages().notice()->revision, revision + 1);
 }
 
 } // namespace

@@ -2,9 +2,7 @@
 
 #include "launcher/release_notes.h"
 
-#include "discovery/app_discovery_settings.h"
 #include "model/layout_settings.h"
-#include "updates/app_update_settings.h"
 
 #include "support/memory_settings.h"
 #include "support/printers.h"
@@ -18,23 +16,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using Kind = Setting::Kind;
-
-TEST(SettingTable, SaysWhatHoldsWhereNothingIsSet) {
-    test::MemorySettings settings;
-    for (const auto mode : {LauncherWindowMode::fullScreen, LauncherWindowMode::windowed}) {
-        const ArrangementLayout layout = readLayoutSettings(settings, mode);
-        const auto now = [&](const QString& key) {
-            return settingNow(settings, *settingNamed(settingKey(mode, key)));
-        };
-        EXPECT_EQ(now(u"gridColumns"_s), layout.columns);
-        EXPECT_EQ(now(u"windowedIconSize"_s), layout.windowedIconSize);
-        EXPECT_EQ(now(u"folderIconScale"_s), layout.folderIconScale);
-    }
-    const AppUpdateSettings updates = readAppUpdateSettings(settings);
-    EXPECT_EQ(settingNow(settings, *settingNamed(updates.enabledKey)), updates.enabled);
-    EXPECT_EQ(settingNow(settings, *settingNamed(updates.intervalKey)),
-              qToUnderlying(updates.interval));
-}
 
 /// What the table lets through is what readers take, and what it refuses they would not.
 TEST(SettingTable, AgreesWithThoseWhoReadTheGrid) {
@@ -63,18 +44,6 @@ TEST(SettingTable, AgreesWithThoseWhoReadTheGrid) {
         EXPECT_TRUE(settings.set(setting.key, QJsonValue()));
     }
     EXPECT_TRUE(settings.values().isEmpty());
-}
-
-TEST(SettingTable, SaysWhatIsReadOfStrangeValues) {
-    test::MemorySettings settings;
-    const auto now = [&](const QString& key, const QJsonValue& stored) {
-        (void)settings.set(key, stored);
-        return settingNow(settings, *settingNamed(key));
-    };
-    EXPECT_EQ(now(u"appDiscovery.scanDepth"_s, 99), 10) << "the most";
-    (void)settings.set(u"gridRows"_s, 7);
-    EXPECT_EQ(now(u"windowed.gridRows"_s, u"six"_s), 7) << "that of the full screen";
-    EXPECT_EQ(readLayoutSettings(settings, LauncherWindowMode::windowed).rows, 7);
 }
 
 TEST(SettingTable, RefusesWhatNobodyWouldRead) {

@@ -109,15 +109,6 @@ TEST_F(SmartFolderEditingTest, AFolderIsChangedOrLeftAsItIs) {
     EXPECT_EQ(steps().last(), u"Edit Smart Folder");
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(definitions(), QList{before});
-
-    // A refusal leaves what was typed.
-    editing().open(fullScreen, before);
-    change([](SmartFolderDraft& draft) { draft.type(0, 0, u"c"_s); });
-    ASSERT_TRUE(editor().deleteSmartFolder(mode(), before.id));
-    EXPECT_EQ(editing().save().error().code, u"changedElsewhere");
-    EXPECT_TRUE(editing().isChanged());
-    ASSERT_TRUE(editing().save()); // anew, with a tile
-    EXPECT_EQ(definitions().size(), 1);
 }
 
 TEST_F(SmartFolderEditingTest, WhatSomebodyElseChangedMeanwhileIsNotLostUnasked) {

@@ -219,51 +219,6 @@ TEST_F(SmartFolderLibraryTest, HiddenApplicationsCountNowhereInTheirMode) {
               u"org.example.ash");
 }
 
-TEST_F(SmartFolderLibraryTest, FactsOfOneApplicationAskForNoOther) {
-    start();
-    std::optional<QString> team;
-    library().gatherFactsOf(
-        *launcher->applications().withKey(u"org.example.beech"_s), mode(),
-        [&](const SmartFolderAppFacts& facts, bool) { team = facts.signingTeamID; });
-    mac.settle();
-    EXPECT_EQ(team, u"ABCDE12345");
-    EXPECT_EQ(toolRuns(), 2);
-    EXPECT_EQ(library().inspectionCount(), 1);
-}
-
-TEST_F(SmartFolderLibraryTest, OnlyWhatDefinitionsNeedBeginsARound) {
-    start();
-    add(definition(u"A"_s, nameBegins(u"a"_s)));
-    mac.write(u"/Applications/Ash.app/Contents/Info.plist"_s, "changed");
-    SmartFolderRuntimeFacts facts;
-    facts.updateStatuses.insert(u"org.example.ash"_s, SmartFolderUpdateState::failed);
-    facts.customIconKeys.insert(u"org.example.ash"_s);
-    library().setRuntimeFacts(facts);
-    launcher->opener().launch(u"org.example.beech"_s);
-    mac.workers.waitIdle();
-    const auto before = library().facts(mode());
-    mac.settle();
-    EXPECT_EQ(library().facts(mode()), before); // the very records: nothing was gathered
-    add(definition(u"Failed"_s,
-                   SmartFolderChoiceRule{mac.uuids.next(), "updateStatus", predicate::IsUnknown()}));
-    EXPECT_NE(library().facts(mode()), before);
-}
-
-TEST_F(SmartFolderLibraryTest, WhatIsAskedForOnceIsInspectedOnce) {
-    start();
-    add(definition(u"A"_s, nameBegins(u"a"_s)));
-    bool isDone = false;
-    library().gatherFacts(SmartFolderNeed::bundle | SmartFolderNeed::architectures,
-                          [&] { isDone = true; });
-    mac.settle();
-    EXPECT_TRUE(isDone);
-    EXPECT_EQ(toolRuns(), 3);
-    install(u"Alder"_s);
-    rescan();
-    EXPECT_EQ(shown(u"A"_s), u"Alder Ash");
-    EXPECT_EQ(toolRuns(), 3);
-}
-
 TEST_F(SmartFolderLibraryTest, ARegistryPutBackSurvivesAnUndoOfWhatWasDoneWithoutIt) {
     start();
     const SmartFolderDefinition tree = definition(u"Tree"_s, nameBegins(u"a"_s));
@@ -293,19 +248,6 @@ TEST_F(SmartFolderLibraryTest, ARegistryPutBackSurvivesAnUndoOfWhatWasDoneWithou
     EXPECT_EQ(shown(u"Tree"_s), u"Ash");
     EXPECT_EQ(mac.read(registry), good);
     EXPECT_TRUE(launcher->shown().hiddenKeys().isEmpty());
-}
-
-TEST_F(SmartFolderLibraryTest, ARegistryThatBreaksMeanwhileIsSaidToBeUnavailable) {
-    start();
-    add(definition(u"Tree"_s, nameBegins(u"a"_s)));
-    mac.write(registry, "half a fi");
-    EXPECT_FALSE(library().recover(SmartFolderRecovery::restore));
-    mac.settle();
-    EXPECT_TRUE(library().failure());
-    EXPECT_TRUE(definitions().isEmpty());
-    EXPECT_TRUE(library().recover(SmartFolderRecovery::replace));
-    EXPECT_FALSE(library().failure());
-    EXPECT_TRUE(library().isWritable());
 }
 
 } // namespace

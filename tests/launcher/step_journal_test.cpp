@@ -1,7 +1,6 @@
 #include "launcher/step_journal.h"
 
 #include "launcher/small_launcher.h"
-#include "model/layout_settings.h"
 #include "smartfolders/smart_folder_rule.h"
 
 #include <latch>
@@ -9,34 +8,15 @@
 namespace tessellar::test {
 namespace {
 
-/// Two states of a Mac's files, between which one step leads.
 struct StepJournalTest : SmallLauncher {
     const QString registry = data + u"/computed-folders.json"_s;
-    const QString record = data + u"/legacy-launchpad-import.json"_s;
     const QString note = data + u"/unfinished-step.json"_s;
 
-    struct Files {
-        QByteArray layout;
-        QByteArray registry;
-        QMap<QString, QJsonValue> settings;
-        QByteArray record;
-    };
+    /// The bytes of the layout and of the registry.
+    using Files = std::pair<QByteArray, QByteArray>;
     Files files() {
         EXPECT_TRUE(launcher->quit());
-        return {mac.read(layoutFile), mac.read(registry), mac.settings.values(), mac.read(record)};
-    }
-    void put(const Files& files) {
-        mac.write(layoutFile, files.layout);
-        for (const auto& [path, bytes] : {std::pair(registry, files.registry), {record, files.record}})
-            if (!bytes.isEmpty())
-                mac.write(path, bytes);
-            else if (mac.exists(path))
-                mac.remove(path);
-        QMap<QString, QJsonValue> changes = files.settings;
-        for (const QString& key : mac.settings.values().keys())
-            if (!changes.contains(key))
-                changes.insert(key, QJsonValue());
-        (void)mac.settings.set(changes);
+        return {mac.read(layoutFile), mac.read(registry)};
     }
     /// With a link to nowhere in the layout's place: what it leads to is never replaced, nor is the
     /// link.
@@ -57,70 +37,35 @@ struct StepJournalTest : SmallLauncher {
     }
 };
 
-TEST_F(StepJournalTest, AStepCutOffBetweenItsFilesIsTakenBack) {
-    installAll(u"Ash Beech"_s);
-    (void)mac.settings.set(u"gridRows"_s, 4);
+TEST_F(StepJournalTest, AStepThatWasCutOffIsTakenBackUnlessSomebodyHasWorkedOnItsFiles) {
+    install(u"Ash"_s);
     start();
-    const LayoutUndoState before = launcher->history().snapshot(fullScreen);
-    const Files old = files();
+    const LayoutDocument before = launcher->shown().document();
     ASSERT_TRUE(editor().addSmartFolder(fullScreen, trees()));
     mac.settle();
     EXPECT_FALSE(mac.exists(note)) << "nothing is left of a step that came to its end";
-    ArrangementLayout settings = launcher->shown().settings();
-    settings.rows = 6;
-    ASSERT_TRUE(mac.settings.set(storedLayoutSettings(fullScreen, settings)));
-    launcher->settings().stored.notify();
-    const LegacyLaunchpadImportMetadata imported{.sourceDatabasePath = u"/old/db"_s, .appCount = 2};
-    ASSERT_TRUE(writeImportMetadata(mac.files, data, imported));
-    const LayoutUndoState after = launcher->history().snapshot(fullScreen);
-    const Files wanted = files();
-    ASSERT_NE(old.layout, wanted.layout);
-    ASSERT_NE(old.registry, wanted.registry);
-
-    const auto filesOf = [&](const LayoutUndoState& state, const QByteArray& importRecord) {
-        return StepJournal::Files{.fullScreen = state.document,
-                                  .definitions = state.smartFolderDefinitions,
-                                  .settings = storedLayoutSettings(fullScreen, state.settings),
-                                  .importRecord = QString::fromLatin1(importRecord)};
-    };
-    const auto begin = [&] {
-        put(old);
-        StepJournal::Files held = filesOf(before, old.record);
-        for (auto setting = held.settings->begin(); setting != held.settings->end(); ++setting)
-            *setting = old.settings.value(setting.key(), QJsonValue());
-        ASSERT_TRUE(StepJournal(mac.machine, data).begin(held, filesOf(after, wanted.record)));
-    };
-    for (int written = 0; written < 16; ++written) {
-        begin();
-        put({written & 1 ? wanted.layout : old.layout, written & 2 ? wanted.registry : old.registry,
-             written & 4 ? wanted.settings : old.settings, written & 8 ? wanted.record : old.record});
-        launcher.reset();
-        start();
-        const Files found = files();
-        EXPECT_EQ(found.layout, old.layout) << written;
-        EXPECT_TRUE(definitions().isEmpty()) << written;
-        EXPECT_EQ(found.settings, old.settings) << written;
-        EXPECT_EQ(found.record, old.record) << written;
-        EXPECT_EQ(launcher->shown().pages(), before.document.pages);
-        EXPECT_FALSE(mac.exists(note));
-    }
-
-    // Once somebody has worked on a file, a note that could not be removed means nothing.
-    begin();
-    const QByteArray outdated = mac.read(note);
-    put(wanted);
+    const LayoutDocument after = launcher->shown().document();
+    const StepJournal::Files held{.fullScreen = before, .definitions = QList<SmartFolderDefinition>()};
+    const StepJournal::Files wanted{.fullScreen = after, .definitions = definitions()};
+    EXPECT_TRUE(launcher->quit());
     launcher.reset();
-    mac.remove(note);
+    ASSERT_TRUE(StepJournal(mac.machine, data).begin(held, wanted));
+    const QByteArray outdated = mac.read(note);
     start();
-    ASSERT_TRUE(editor().rename(fullScreen, idOf(u"Trees"_s), u"Woods"_s));
-    (void)mac.settings.set(u"gridRows"_s, 5);
+    EXPECT_TRUE(definitions().isEmpty());
+    EXPECT_EQ(launcher->shown().document(), before);
+    EXPECT_FALSE(mac.exists(note));
+
+    // A note that could not be removed means nothing then.
+    SmartFolderDefinition woods = trees();
+    woods.name = u"Woods"_s;
+    ASSERT_TRUE(editor().addSmartFolder(fullScreen, woods));
     const Files later = files();
     for (const QByteArray& left : {outdated, QByteArray("{}"), QByteArray("no note")}) {
         mac.write(note, left);
         launcher.reset();
         start();
-        EXPECT_EQ(files().registry, later.registry);
-        EXPECT_EQ(files().settings, later.settings);
+        EXPECT_EQ(files(), later);
         EXPECT_FALSE(mac.exists(note));
     }
 }
@@ -222,8 +167,7 @@ TEST_F(StepJournalTest, AStepThatCannotBeNotedIsNotUndone) {
     EXPECT_EQ(alerts().size(), 1);
     EXPECT_EQ(steps().size(), 1);
     EXPECT_EQ(definitions().size(), 1);
-    EXPECT_EQ(files().layout, before.layout);
-    EXPECT_EQ(files().registry, before.registry);
+    EXPECT_EQ(files(), before);
     mac.remove(note);
     EXPECT_EQ(undo(), u"done");
     EXPECT_TRUE(definitions().isEmpty());
