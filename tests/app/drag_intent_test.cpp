@@ -1,6 +1,5 @@
 #include "app/tile_drag.h"
 
-#include "launcher/launcher_editor.h"
 #include "launcher/small_launcher.h"
 
 #include <cmath>
@@ -165,39 +164,6 @@ TEST_F(DragIntentTest, WhatIsShownIsWhatHappens) {
     }
     EXPECT_GT(grouped, 20);
     EXPECT_LT(grouped, 200);
-}
-
-TEST_F(DragIntentTest, WhereAPageGoesUnderTheHandTheNextIsAimedAt) {
-    const auto page = [](int from, int to) {
-        Page result;
-        for (int i = from; i < to; ++i)
-            result.append(app(name(i)));
-        return result;
-    };
-    store({page(0, 8), page(8, 9), page(9, count)});
-    begin();
-    int grouped = 0;
-    for (int i = 0; i < 60; ++i) {
-        const int tile = int(generator() % 8);
-        pick(tile);
-        carry(middleOf(tile), {1399, 300}, 2000);
-        time.advance(TileDrag::turnDelay);
-        ASSERT_EQ(labels(), QStringList{name(8)});
-        const QPointF aim(random(150, 1250), random(70, 330));
-        carry({1399, 300}, aim, 800);
-        maybeRest();
-        ASSERT_TRUE(launcher->editor().hideApps(launcher->shown().mode(), {test::idOf(name(8))}));
-        drag->follow();
-        ASSERT_TRUE(drag->isActive()) << i;
-        ASSERT_EQ(labels().first(), name(9)) << "the page that was behind it";
-        maybeRest();
-        grouped += dropsAsPromised(tile) ? 1 : 0;
-        ASSERT_FALSE(HasFailure()) << i;
-        undoAll();
-        launcher->shown().navigation().setCurrentPage(0);
-    }
-    EXPECT_GT(grouped, 5);
-    EXPECT_LT(grouped, 55);
 }
 
 TEST_F(DragIntentTest, NothingFleesFromAHandThatMovesAndRestingMakesRoomOrAFolder) {

@@ -83,18 +83,6 @@ TEST(GridMetrics, AScaleIsSeenUnlessThereIsNoRoom) {
     EXPECT_EQ(fullScreenMetrics(screen, {5, 8, 1.0}, 20.0).labelPixels, 20);
 }
 
-TEST(GridMetrics, AFolderOfFewIsSmall) {
-    const ArrangementLayout layout;
-    const GridMetrics grid = fullScreenMetrics({1440, 900}, pageGeometry(layout), {});
-    const FolderMetrics few = folderMetrics({1440, 900}, grid, layout, 3, 1);
-    const FolderMetrics full = folderMetrics({1440, 900}, grid, layout, 15, 1);
-    const FolderMetrics paged = folderMetrics({1440, 900}, grid, layout, 15, 2);
-    EXPECT_EQ(few.grid.columns, 4);
-    EXPECT_EQ(full.grid.columns, 5);
-    EXPECT_LT(few.panel.height(), full.panel.height());
-    EXPECT_GT(paged.panel.height(), full.panel.height()) << "room for the dots";
-}
-
 TEST(GridModel, SaysWhatATileShows) {
     FolderEntry trees = folder(u"Trees"_s, {{app(u"a"_s), folder(u"Inner"_s, {tiles(u"ef"_s)})}});
     trees.customSymbolName = u"star"_s;
@@ -193,43 +181,6 @@ TEST_F(GridModelTest, RowsGoWithTheirTiles) {
     EXPECT_EQ(inserted->count(), 1);
     expect(u"ECADB"_s, 3, 0);
     EXPECT_EQ(held.row(), 1) << "it is still where C is";
-}
-
-/// What a letter more or less changes is how many tiles there are: their items are not made anew.
-TEST_F(GridModelTest, KeptPagesKeepTheirRows) {
-    model.keepPages(2, 3);
-    EXPECT_EQ(model.pageCount(), 0);
-    ASSERT_EQ(model.tilesOf(0)->rowCount(), 3);
-    watch();
-    show({tiles(u"ae"_s)});
-    EXPECT_EQ(model.pageCount(), 1);
-    EXPECT_EQ(changed->count(), 2);
-    model.setPages({});
-    ASSERT_EQ(changed->count(), 4);
-    EXPECT_EQ(roles(changed->at(2)), QList<int>{PageModel::VacantRole});
-    show({tiles(u"ae"_s)});
-    EXPECT_EQ(changed->count(), 6);
-    EXPECT_FALSE(model.tilesOf(0)->tiles().at(1).isVacant);
-    EXPECT_TRUE(model.tilesOf(0)->tiles().at(2).isVacant);
-    EXPECT_EQ(inserted->count() + removed->count(), 0);
-}
-
-TEST(GridModel, FillsAPageWhenItIsLookedAt) {
-    int asked = 0;
-    const auto badge = [&](const QString&) { return QString::number(++asked); };
-    GridModel model({.isUnavailable = {}, .badge = badge, .smartFolder = {}});
-    const ShownPages pages({tiles(u"a"_s), tiles(u"ef"_s)}, {}, 40);
-    model.setPages(pages);
-    EXPECT_EQ(asked, 0);
-    EXPECT_EQ(model.tilesOf(1)->rowCount(), 2);
-    EXPECT_EQ(asked, 2);
-    model.setPages(pages);
-    EXPECT_EQ(asked, 2) << "nobody watches that page";
-    EXPECT_EQ(model.tilesOf(1)->tiles().last().badge, u"4") << "yet what it says is so now";
-    const QSignalSpy watcher(model.tilesOf(1), &PageModel::dataChanged);
-    model.refresh();
-    EXPECT_EQ(asked, 6);
-    EXPECT_EQ(watcher.count(), 2);
 }
 
 TEST(TileNavigation, WalksRowsAndPages) {

@@ -57,22 +57,6 @@ TEST_F(MenuModelTest, ASubmenuIsEnteredAndLeft) {
     EXPECT_EQ(chosen(), u"more:1");
 }
 
-TEST_F(MenuModelTest, ThePointerOpensASubmenuAndAnotherLineClosesIt) {
-    menu.hover(false, 3);
-    EXPECT_EQ(menu.subEntries().size(), 2);
-    menu.hover(true, 1);
-    menu.hover(false, 2);
-    menu.hover(false, 0);
-    EXPECT_EQ(menu.subCurrent(), 1) << "neither a line nor a disabled entry takes the pointer";
-    menu.hover(false, 1);
-    EXPECT_TRUE(menu.subEntries().isEmpty());
-    menu.choose(false, 0);
-    EXPECT_TRUE(menu.isOpen());
-    press({Qt::Key_Escape});
-    EXPECT_FALSE(menu.isOpen());
-    EXPECT_EQ(chosen(), QString());
-}
-
 PageMotion onPage(int page, int count = 5) {
     PageMotion motion;
     motion.setCount(count);
@@ -124,23 +108,6 @@ TEST(PageMotion, GivesWayReluctantlyPastTheEnds) {
         motion.advance(1.0 / 60);
         EXPECT_LE(motion.position(), 0.001) << "it does not swing past its rest";
     }
-}
-
-TEST(PageMotion, FollowsALateFrameAndAChangeOfMind) {
-    PageMotion late = onPage(0);
-    late.goTo(1);
-    late.advance(10);
-    EXPECT_EQ(late.position(), 1);
-
-    PageMotion motion = onPage(0);
-    motion.goTo(4);
-    motion.advance(0.05);
-    const double between = motion.position();
-    motion.goTo(1);
-    EXPECT_EQ(motion.position(), between);
-    motion.setCount(1);
-    framesToRest(motion);
-    EXPECT_EQ(motion.position(), 0);
 }
 
 TEST(WheelPaging, TurnsOnePageANotchAndOnePageAStroke) {

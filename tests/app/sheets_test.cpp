@@ -1,11 +1,8 @@
 #include "app/settings_panel.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_arrangements.h"
-#include "launcher/layout_archive.h"
 #include "launcher/place_memory.h"
 #include "launcher_fixture.h"
-
-#include <QClipboard>
 
 namespace tessellar::test {
 namespace {
@@ -85,15 +82,8 @@ TEST_F(SheetsTest, ArrangementsAreSavedRenamedReplacedDeletedAndRestored) {
     enter(u"ours"_s);
     ASSERT_TRUE(hasSaved({u"ours"_s}));
     EXPECT_EQ(panels().arrangements()->undoText(), u"Undo Rename to “ours”");
-    more(u"Export…"_s);
-    press(Qt::Key_Return);
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return mac.exists(u"/Users/ada/ours.tessellar-arrangement"_s); }));
-    for (const bool isWanted : {false, true}) {
-        ASSERT_TRUE(hasSaved({u"ours"_s}));
-        more(u"Delete…"_s);
-        answer(isWanted);
-    }
+    more(u"Delete…"_s);
+    answer(true);
     ASSERT_TRUE(hasSaved({}));
     clickNamed(u"arrangementImport"_s);
     enter(u"nowhere"_s);
@@ -120,11 +110,8 @@ TEST_F(SheetsTest, WhatIsHiddenComesBackAndAPlaceIsForgottenAfterAQuestion) {
     ASSERT_TRUE(editor().hideApps(mode(), {idOf(u"Ash"_s)}));
     chooseInGrid(u"Hidden and Remembered…"_s);
     ASSERT_TRUE(comes(u"unplacedSheet"_s));
-    EXPECT_TRUE(itemWith("title", u"Hidden applications"_s) ||
-                itemWith("text", u"Hidden applications"_s));
     clickNamed(u"unplacedAction"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return viewModel().shown().hiddenKeys().isEmpty(); }));
-    EXPECT_EQ(panels().unplaced()->summary(), u"Nothing is hidden, and everything has its tile.");
     press(Qt::Key_Escape);
     ASSERT_TRUE(goes(u"unplacedSheet"_s));
 
@@ -183,7 +170,7 @@ TEST_F(SheetsTest, WaysToArrangeAreLookedThroughBeforeOneIsTaken) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return shownTiles() == u"Ash Beech Oak"; }));
 }
 
-TEST_F(SheetsTest, AnIconsFileIsTypedOrChosenAndNotLostByEscape) {
+TEST_F(SheetsTest, AnIconsFileThatWasTypedIsNotLostByEscape) {
     start();
     const auto open = [&] {
         chooseAt(u"Ash"_s, u"Change Icon…"_s);
@@ -203,36 +190,6 @@ TEST_F(SheetsTest, AnIconsFileIsTypedOrChosenAndNotLostByEscape) {
     clickAt({3, 3});
     answer(true);
     ASSERT_TRUE(goes(u"iconSheet"_s));
-
-    open();
-    clickNamed(u"iconBrowse"_s);
-    QObject* dialog = nullptr;
-    for (QObject* object : named(u"iconSheet"_s)->findChildren<QObject*>())
-        if (object->inherits("QQuickFileDialog"))
-            dialog = object;
-    ASSERT_TRUE(dialog);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->property("visible").toBool(); }));
-    ASSERT_TRUE(QMetaObject::invokeMethod(named(u"iconBrowse"_s), "chosen",
-                                          Q_ARG(QUrl, QUrl(u"file:///chosen/tree.icns"_s))));
-    EXPECT_EQ(typedIn(u"iconPath"_s), u"/chosen/tree.icns"_s);
-}
-
-TEST_F(SheetsTest, TabGoesToBackupsThatAreOutOfView) {
-    start();
-    for (int i = 0; i < 14; ++i)
-        ASSERT_TRUE(viewModel().archive().reset(LauncherWindowMode::fullScreen));
-    chooseInGrid(u"Backups…"_s);
-    ASSERT_TRUE(comes(u"backupsList"_s) && comes(u"restoreButton"_s));
-    for (int i = 0; i < 14; ++i) {
-        press(Qt::Key_Tab);
-        const QQuickItem* focused = view().activeFocusItem();
-        ASSERT_EQ(focused->objectName(), u"restoreButton") << i;
-        const QQuickItem* list = named(u"backupsList"_s);
-        const QRectF shown = focused->mapRectToItem(list, focused->boundingRect());
-        EXPECT_TRUE(list->boundingRect().contains(shown)) << i;
-    }
-    press(Qt::Key_Escape);
-    EXPECT_EQ(launcher().sheets()->current(), QString());
 }
 
 class SettingsSheetTest : public LauncherFixture {
@@ -294,31 +251,6 @@ TEST_F(SettingsSheetTest, TheGridFollowsTheHandAndIsStoredWhenItLetsGo) {
     EXPECT_FALSE(stored().value(u"gridColumns"_s));
 }
 
-TEST_F(SettingsSheetTest, ReturnKeepsTheSheetWithWhatIsWrong) {
-    open();
-    auto* input = named(u"addFolder"_s)->property("input").value<QQuickItem*>();
-    input->forceActiveFocus();
-    type(u"tools"_s);
-    press(Qt::Key_Return);
-    EXPECT_TRUE(named(u"settingsSheet"_s));
-    EXPECT_TRUE(panel().issue().contains(u"~/"_s)) << panel().issue().toStdString();
-    EXPECT_EQ(input->property("text"), u"tools"_s);
-}
-
-TEST_F(SettingsSheetTest, EachModeHasAGridOfItsOwn) {
-    open();
-    const int writes = mac.settings.writes;
-    panel().choose(u"window.mode"_s, 1);
-    mac.settle();
-    EXPECT_EQ(mac.settings.writes, writes + 1);
-    EXPECT_TRUE(launcher().isWindowed());
-    EXPECT_TRUE(row(u"gridRows"_s).isEmpty());
-    panel().set(u"windowed.gridRows"_s, 4);
-    mac.settle();
-    EXPECT_EQ(viewModel().layout(LauncherWindowMode::windowed).settings().rows, 4);
-    EXPECT_EQ(viewModel().layout(LauncherWindowMode::fullScreen).settings().rows, 5);
-}
-
 TEST_F(SettingsSheetTest, FoldersAreAddedAndRemovedAndSayWhatTheyBring) {
     builder.addApplication(
         {.name = u"Tool"_s, .folder = u"/Users/ada/Tools"_s, .identifier = u"org.example.tool"_s});
@@ -342,15 +274,11 @@ TEST_F(SettingsSheetTest, WhatCannotBeIsSaidAndNotStored) {
     open();
     panel().set(u"summon.hotKey"_s, u"a"_s);
     EXPECT_TRUE(panel().issue().contains(u"option+space"_s));
-    panel().set(u"gridRows"_s, 99);
-    EXPECT_EQ(panel().issue(), u"“gridRows” must be 3 to 9.");
     EXPECT_TRUE(stored().values().isEmpty());
     panel().choose(u"appearance"_s, 1);
     mac.settle();
     EXPECT_EQ(launcher().appearance()->theme(), u"light");
     EXPECT_TRUE(panel().issue().isEmpty());
-    panel().act(u"copyToggleCommand"_s); // where the desktop keeps keys to itself
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"tessellarctl toggle");
     panel().setLoginItem(
         {.isOn = [] { return false; }, .set = [](bool) { return std::unexpected(u"Not today."_s); }});
     panel().set(u"launchAtLogin"_s, true);

@@ -215,22 +215,6 @@ TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth
     EXPECT_EQ(value(), u"1/2/2025") << "the field has the keyboard again";
 }
 
-TEST_F(SmartFolderSheetTest, WhatIsChangedElsewhereIsNotReplacedUnasked) {
-    SmartFolderDefinition other = addGames();
-    editGames();
-    type(u"Mine"_s);
-    other.name = u"Theirs"_s;
-    ASSERT_TRUE(editor().changeSmartFolder(mode(), other));
-    press(Qt::Key_Return);
-    ASSERT_TRUE(launcher().alert()->isOpen());
-    press(Qt::Key_Escape);
-    EXPECT_EQ(definitions().first().name, u"Theirs");
-    ASSERT_TRUE(panel().isOpen());
-    EXPECT_EQ(panel().name(), u"Mine");
-    press(Qt::Key_Return);
-    EXPECT_EQ(definitions().first().name, u"Mine") << "the second time it is meant";
-}
-
 TEST_F(SmartFolderSheetTest, SeveralAreChosenFromAMenuThatStays) {
     openNew();
     type(u"x"_s);

@@ -1,4 +1,3 @@
-#include "launcher/installed_applications.h"
 #include "launcher/launcher_updates.h"
 #include "launcher_fixture.h"
 #include "support/fake_updates.h"
@@ -106,37 +105,6 @@ TEST_F(UpdatesSheetTest, ItsLinesSayWhatIsKnownAndWhy) {
                 testing::StartsWith("Version information comes from the app bundle."));
     press({Qt::Key_Up, Qt::Key_Return});
     EXPECT_EQ(lines().size(), 5);
-
-    // Where the list scrolls, the rest of the sheet stays where it is.
-    view().resize(800, 400);
-    press(Qt::Key_Home);
-    layOut();
-    press(Qt::Key_End);
-    layOut();
-    const QQuickItem* list = named(u"updatesList"_s);
-    EXPECT_LT(list->height(), list->property("contentHeight").toReal());
-    const QQuickItem* scrolled = list->parentItem()->parentItem();
-    EXPECT_EQ(scrolled->y(), 0);
-}
-
-TEST_F(UpdatesSheetTest, ALongSectionOpensUnderTheKeyboard) {
-    for (int i = 0; i < 450; ++i)
-        builder.addApplication(
-            {.name = u"Many %1"_s.arg(i), .identifier = u"org.example.many%1"_s.arg(i)});
-    viewModel().applications().rescan();
-    until([&] { return lines().last() == u"Cannot Be Checked: 452"_s; });
-    const QStringList closed = lines();
-    const QQuickItem* list = named(u"updatesList"_s);
-    press(Qt::Key_End);
-    const QVariant current = list->property("currentIndex");
-    press(Qt::Key_Space);
-    EXPECT_EQ(lines().size(), closed.size() + 452);
-    EXPECT_EQ(lines().first(closed.size()), closed);
-    EXPECT_EQ(lines().last(), u"Plain: The app declares no source of updates that can be checked.");
-    EXPECT_EQ(list->property("currentIndex"), current);
-    press(Qt::Key_Space);
-    EXPECT_EQ(lines(), closed);
-    EXPECT_EQ(list->property("currentIndex"), current);
 }
 
 TEST_F(UpdatesSheetTest, AnUpdateIsRunWithTheKeyboardAndSeenToRun) {

@@ -67,25 +67,6 @@ TEST_F(WindowEditingTest, AQuestionIsAnsweredWithButtonsAndKeysAndReturnDoesNotD
     EXPECT_TRUE(view().isVisible());
 }
 
-TEST_F(WindowEditingTest, TheMenuOfATileEditsIt) {
-    rightClick(u"A01"_s);
-    EXPECT_TRUE(launcher().input()->menu()->isOpen());
-    EXPECT_FALSE(launcher().drag()->isPressed());
-    choose(u"Hide"_s);
-    EXPECT_FALSE(tile(u"A01"_s));
-    EXPECT_FALSE(launcher().input()->menu()->isOpen());
-    chooseInGrid(u"Unhide"_s);
-    choose(u"A01"_s);
-    EXPECT_TRUE(tile(u"A01"_s));
-    chooseInGrid(u"New Smart Folder from Template"_s);
-    choose(u"Games"_s);
-    EXPECT_TRUE(tile(u"Games"_s));
-    chooseAt(u"Games"_s, u"Delete…"_s);
-    EXPECT_EQ(launcher().alert()->title(), u"Delete “Games”?");
-    clickNamed(u"acceptButton"_s);
-    EXPECT_FALSE(tile(u"Games"_s));
-}
-
 TEST_F(WindowEditingTest, AMenuIsUsedByKeysAloneAndClosedBesideIt) {
     press({Qt::Key_Right, Qt::Key_Menu});
     MenuModel& menu = *launcher().input()->menu();
