@@ -42,9 +42,7 @@ TEST_F(LibraryCommandsTest, ImportsTheOldLaunchpadOrOnlyShowsIt) {
     EXPECT_EQ(shown[u"skippedApps"], (QJsonArray{u"Gone"_s}));
     EXPECT_EQ(shown[u"appCount"], 2);
     EXPECT_FALSE(shown.contains(u"backupPath"));
-    const QByteArray said = text(preview);
-    EXPECT_TRUE(said.startsWith("Page 1\n  Beech\n\nPage 2\n  Ash\n")) << said.toStdString();
-    EXPECT_TRUE(said.contains("1 apps were skipped")) << said.toStdString();
+    EXPECT_TRUE(text(preview).startsWith("Page 1\n  Beech\n\nPage 2\n  Ash\n"));
     EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash\n  Beech\n");
 
     // The same file as the host names it, and the answer as the record has it.
@@ -57,7 +55,6 @@ TEST_F(LibraryCommandsTest, ImportsTheOldLaunchpadOrOnlyShowsIt) {
     const Result none = run(u"import-launchpad"_s);
     EXPECT_EQ(none.status, 1);
     EXPECT_EQ(none.code(), u"cannotResolveDarwinUserDirectory") << "this Mac has no tools";
-    EXPECT_EQ(run(u"import-launchpad --database /none"_s).code(), u"unableToOpenDatabase");
 }
 
 TEST_F(LibraryCommandsTest, GivesAndTakesIcons) {
@@ -67,7 +64,6 @@ TEST_F(LibraryCommandsTest, GivesAndTakesIcons) {
     };
     const QString ash = u"org.example.ash"_s;
     builder.addFile(u"/Icon.icns"_s, icon);
-    builder.addFile(u"/bad.icns"_s, "icns");
     EXPECT_EQ(text(u"icon list"_s), "No application has a custom icon.\n");
     EXPECT_EQ(set(ash, hostPath(u"/Icon.icns"_s)).status, 0);
     EXPECT_EQ(read(run(u"icon show "_s + ash).json()[u"path"].toString()), icon);
@@ -78,7 +74,6 @@ TEST_F(LibraryCommandsTest, GivesAndTakesIcons) {
     sample::MacBuilder(outside.path()).addFile(u"/Other.icns"_s, icon);
     EXPECT_EQ(set(u"org.example.beech"_s, outside.filePath(u"Other.icns"_s)).status, 0);
 
-    EXPECT_EQ(set(ash, u"/bad.icns"_s).code(), u"invalidICNSFile");
     EXPECT_EQ(set(u"nobody"_s, u"/Icon.icns"_s).code(), u"unknownApplication");
     EXPECT_EQ(run(u"icon remove "_s + ash).status, 0);
     EXPECT_EQ(run(u"icon show "_s + ash).code(), u"noCustomIcon");

@@ -77,14 +77,6 @@ protected:
         QFile file(hostPath(path));
         return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
     }
-    /// Folders under every temporary name: nothing can be saved, whoever tries.
-    void setSavingFails(bool fails) const {
-        QDir folder(hostPath(data));
-        for (int i = 0; i < 64; ++i) {
-            const QString name = u".tessellar-save-%1"_s.arg(i);
-            ASSERT_TRUE(fails ? folder.mkdir(name) : folder.rmdir(name));
-        }
-    }
 
     Result run(const QStringList& words, const QByteArray& input = {}, bool json = true) {
         QProcess process;

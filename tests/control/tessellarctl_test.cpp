@@ -40,13 +40,8 @@ TEST_F(TessellarctlTest, TellsWrongUsageFromRefusalAndSaysWhatIsWrong) {
                               "delete, restore, export, import, undo, redo.\n";
     const std::pair<QString, QByteArray> wrong[] = {
         {u""_s, {}},
-        {u"bogus"_s, {}},
-        {u"open"_s, {}},
         {u"--mode sideways list"_s, {}},
-        {u"--sideways list"_s, {}},
-        {u"arrangements"_s, family},
         {u"arrangements bogus"_s, family},
-        {u"arrangements --bogus"_s, family},
         {u"rename"_s, "“tile” is missing.\n"},
         {u"move x --to"_s, "--to needs a value.\n"},
         {u"settings get a %1"_s, "Unexpected: %1\n"},
@@ -84,11 +79,6 @@ TEST_F(TessellarctlTest, SpeaksTheLanguageOfItsUserAndCodesTheSame) {
     const Result refused = run(german + u"hide nobody"_s);
     EXPECT_EQ(refused.code(), u"noSuchTile");
     EXPECT_EQ(refused.error, "Es gibt keine Kachel „nobody“.\n");
-    EXPECT_EQ(run(german + u"sort 99"_s).error, "Diesen Platz gibt es in diesem Layout nicht.\n");
-    // What is set comes before what the system says.
-    EXPECT_EQ(run(u"settings set language de"_s).status, 0);
-    EXPECT_EQ(run(u"hide nobody"_s).error, "Es gibt keine Kachel „nobody“.\n");
-    EXPECT_EQ(run(u"settings set language tlh"_s).code(), u"outOfRange");
 }
 
 TEST_F(TessellarctlTest, WritesItsOwnManualAndCompletions) {
@@ -115,30 +105,6 @@ TEST_F(TessellarctlTest, WritesItsOwnManualAndCompletions) {
     EXPECT_EQ(completed(u"--root list updates ch"_s), "check channels");
     EXPECT_EQ(completed(u"updates check --ch"_s), "--channel");
     EXPECT_TRUE(text(u"--version"_s).startsWith("tessellarctl "));
-}
-
-TEST_F(TessellarctlTest, IsDoneOnlyWhenItsEditIsOnTheDisk) {
-    const Result before = run(u"list"_s);
-    setSavingFails(true);
-    const Result list = run(u"list"_s);
-    EXPECT_EQ(list.status, 0) << "what only shows works";
-    EXPECT_EQ(list.out, before.out);
-    EXPECT_EQ(list.error, "") << "nothing has changed, so nothing is written";
-    const Result rename = run(u"rename org.example.ash Tree"_s);
-    EXPECT_EQ(rename.status, 1);
-    EXPECT_FALSE(rename.code().isEmpty()) << "one document, the error: " << rename.out.toStdString();
-}
-
-TEST_F(TessellarctlTest, SaysOnceThatALayoutCannotBeReadButRefusesEachCommandOfABatch) {
-    builder.addFile(layout, "no layout");
-    const QByteArray sentence = "The current layout file could not be read. ";
-    const QString rename = u"rename org.example.ash Tree"_s;
-    EXPECT_EQ(run(rename, {}, false).error.count(sentence), 1);
-    const Result batch = run(u"batch -"_s, (rename + u'\n' + rename).toUtf8(), false);
-    EXPECT_EQ(batch.error.count(sentence), 3) << batch.error.toStdString();
-    const Result refused = run(rename);
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.code(), u"workingDocumentUnreadable");
 }
 
 TEST_F(TessellarctlTest, SaysThatSettingsCannotBeReadAndKeepsTheTilesOfTheirFolders) {
@@ -233,7 +199,6 @@ TEST_F(TessellarctlTest, SettingsAreCheckedWhereTheyAreSetAndAllStayThatAreSetAt
         EXPECT_TRUE(all[key][u"isSet"].toBool()) << key.toStdString();
 
     EXPECT_EQ(run(u"settings set gridRows 99"_s).code(), u"outOfRange");
-    EXPECT_EQ(run(u"settings set gridRow 3"_s).code(), u"unknownSetting");
     EXPECT_EQ(run(u"settings get note"_s).code(), u"notSet");
     EXPECT_EQ(run(u"settings set windowed.gridRows null"_s).status, 0);
     EXPECT_EQ(text(u"settings get windowed.gridRows"_s), "6\n") << "as in full screen";
@@ -265,36 +230,6 @@ TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
     EXPECT_EQ(shownChanges, 0);
     EXPECT_EQ(launcher.layout(LauncherWindowMode::windowed).hiddenKeys().size(), 1);
     EXPECT_EQ(run(u"batch -"_s, "--mode windowed undo\n--mode windowed redo\n").out, "{}\n{}\n");
-}
-
-TEST_F(TessellarctlTest, TheLauncherThatIsRunningAnswersOnceItHasSaved) {
-    const RunningLauncher running(root.path());
-    EXPECT_EQ(run(u"rename org.example.ash Tree"_s).status, 0);
-    const QByteArray before = read(layout);
-    EXPECT_TRUE(before.contains("Tree"));
-    setSavingFails(true);
-    EXPECT_EQ(run(u"rename org.example.ash Bush"_s).status, 1);
-    EXPECT_EQ(text(u"list"_s), "Page 1\n  Tree\n  Beech\n");
-    const Result batch =
-        run(u"batch -"_s, "rename org.example.beech One\nrename org.example.beech Two\n");
-    EXPECT_EQ(batch.status, 1);
-    EXPECT_EQ(batch.out, "{}\n{}\n") << "a batch is told at its end";
-    EXPECT_NE(batch.error, "");
-    EXPECT_EQ(read(layout), before);
-    setSavingFails(false);
-    EXPECT_EQ(run(u"save"_s).status, 0);
-    EXPECT_EQ(read(layout), before) << "that it failed was the last word";
-    EXPECT_EQ(running.launcher.history().steps().undoStack().size(), 1);
-}
-
-TEST_F(TessellarctlTest, NothingIsWrittenWithoutTheLock) {
-    const Result before = run(u"list"_s);
-    const QString lock = hostPath(data + u"/lock"_s);
-    ASSERT_TRUE(QFile::remove(lock) && QDir().mkdir(lock));
-    const Result rename = run(u"rename org.example.ash Tree"_s);
-    EXPECT_EQ(rename.status, 1);
-    EXPECT_TRUE(rename.error.contains("/lock")) << rename.error.toStdString();
-    EXPECT_EQ(run(u"list"_s).out, before.out);
 }
 
 TEST_F(TessellarctlTest, ACommandWaitsForALauncherThatStarts) {

@@ -85,18 +85,6 @@ TEST_F(TessellarctlUpdatesTest, ACheckSaysWhatItFindsAndARunBringsIt) {
     EXPECT_EQ(run(u"updates check"_s).code(), u"updatesDisabled");
 }
 
-TEST_F(TessellarctlUpdatesTest, VersionsGiveTheTerminalNoOrders) {
-    builder.addExecutable(
-        u"/opt/homebrew/bin/brew"_s,
-        "#!/bin/sh\nprintf '%s' '{\"casks\":[{\"token\":\"ash\",\"version\":\"2\",\"artifacts\":"
-        "[{\"app\":[\"Ash.app\"]}],\"name\":\"ash\",\"current_version\":\"2\\u001b[31m\"}]}'\n");
-    // A version that none can be is not taken for one.
-    const QByteArray said = text(u"updates check"_s);
-    EXPECT_TRUE(said.startsWith("Ash  The check failed. Homebrew’s answer could not be understood.\n"))
-        << said.toStdString();
-    EXPECT_FALSE(said.contains('\x1b') || run(u"updates check"_s).out.contains("u001b"));
-}
-
 TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
     builder.addExecutable(u"/opt/homebrew/bin/brew"_s, "#!/bin/sh\nexec sleep 60\n");
     RunningLauncher running(root.path());
@@ -121,61 +109,33 @@ TEST_F(TessellarctlUpdatesTest, ACheckThatNobodyWaitsForIsCancelled) {
     EXPECT_FALSE(launcher.updates().isChecking());
 }
 
-class TessellarctlInterruptedTest : public TessellarctlUpdatesTest {
-protected:
-    struct Ended {
-        int tool = 0; ///< which ran when the signal came
-        int status = -1;
-        QByteArray error;
-        bool isToolAlive() const { return ::kill(tool, 0) == 0; }
-    };
-    /// Runs a command of updates, and sends it a signal once the brew has written its number.
-    Ended interrupted(const QStringList& words, int signal) {
-        QFile pid(folder + u"pid"_s);
-        pid.remove();
+TEST_F(TessellarctlUpdatesTest, AnUpgradeIsEndedByWhoSaysSoAndNotByATerminalThatCloses) {
+    builder.addExecutable(
+        u"/opt/homebrew/bin/brew"_s,
+        "#!/bin/sh\nif [ $1 != upgrade ]; then\n"
+        "echo '{\"casks\":[{\"token\":\"ash\",\"version\":\"2\",\"artifacts\":"
+        "[{\"app\":[\"Ash.app\"]}]}]}'\nexit\nfi\n"
+        "cd \"$(dirname \"$0\")\"\necho $$ >pid.new\nmv pid.new pid\nexec sleep 60\n");
+    QFile number(hostPath(u"/opt/homebrew/bin/pid"_s));
+    for (const auto& [signal, said] : {std::pair(SIGINT, "The update was cancelled.\n"),
+                                       {SIGHUP, "The update continues by itself.\n"}}) {
         QProcess process;
-        start(process, QStringList{u"updates"_s} + words);
-        while (!pid.exists() && process.state() != QProcess::NotRunning)
+        start(process, {u"updates"_s, u"run"_s, u"org.example.ash"_s, u"--yes"_s});
+        while (!number.exists() && process.state() != QProcess::NotRunning)
             process.waitForReadyRead(10);
-        EXPECT_TRUE(pid.open(QFile::ReadOnly));
-        EXPECT_EQ(::kill(static_cast<pid_t>(process.processId()), signal), 0);
-        EXPECT_TRUE(process.waitForFinished(20'000));
+        ASSERT_TRUE(number.open(QFile::ReadOnly));
+        const int tool = number.readAll().trimmed().toInt();
+        ASSERT_TRUE(number.remove());
+        ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), signal), 0);
+        ASSERT_TRUE(process.waitForFinished(20'000));
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return {pid.readAll().trimmed().toInt(), process.exitCode(), process.readAllStandardError()};
+        EXPECT_EQ(process.exitCode(), 1);
+        EXPECT_TRUE(process.readAllStandardError().endsWith(said)) << said;
+        const bool isAlive = ::kill(tool, 0) == 0;
+        EXPECT_EQ(isAlive, signal == SIGHUP);
+        if (isAlive)
+            ::kill(tool, SIGKILL);
     }
-
-    const QString folder = root.path() + u"/opt/homebrew/bin/"_s;
-    const QStringList runAsh{u"run"_s, u"org.example.ash"_s, u"--yes"_s};
-    const QByteArray hang = "cd \"$(dirname \"$0\")\"\necho $$ >pid.new\nmv pid.new pid\n"
-                            "exec sleep 60\n";
-};
-
-TEST_F(TessellarctlInterruptedTest, AnInterruptionLeavesNoToolBehindAndBeginsNone) {
-    builder.addExecutable(u"/opt/homebrew/bin/brew"_s,
-                          "#!/bin/sh\n[ $1 = upgrade ] && touch \"$0.upgraded\"\n" + hang);
-    for (const QStringList& words : {QStringList{u"status"_s, u"--refresh"_s}, runAsh}) {
-        const Ended ended = interrupted(words, SIGTERM);
-        EXPECT_EQ(ended.status, 1);
-        EXPECT_FALSE(ended.isToolAlive());
-        EXPECT_FALSE(QFile::exists(folder + u"brew.upgraded"_s));
-    }
-}
-
-TEST_F(TessellarctlInterruptedTest, AnUpgradeIsEndedByWhoSaysSoAndNotByATerminalThatCloses) {
-    builder.addExecutable(u"/opt/homebrew/bin/brew"_s,
-                          "#!/bin/sh\nif [ $1 != upgrade ]; then\n"
-                          "echo '{\"casks\":[{\"token\":\"ash\",\"version\":\"2\",\"artifacts\":"
-                          "[{\"app\":[\"Ash.app\"]}]}]}'\nexit\nfi\n" +
-                              hang);
-    const Ended stopped = interrupted(runAsh, SIGINT);
-    EXPECT_EQ(stopped.status, 1);
-    EXPECT_TRUE(stopped.error.endsWith("The update was cancelled.\n")) << stopped.error.toStdString();
-    EXPECT_FALSE(stopped.isToolAlive());
-    const Ended left = interrupted(runAsh, SIGHUP);
-    EXPECT_EQ(left.status, 1);
-    EXPECT_EQ(left.error, "The update continues by itself.\n");
-    EXPECT_TRUE(left.isToolAlive());
-    ::kill(left.tool, SIGKILL);
 }
 
 } // namespace
