@@ -41,7 +41,6 @@ const QList<Command>& commands() {
         {"smart-folders-remove", "smart-folders remove {smartFolder}"},
         {"smart-folders-place", "smart-folders place {unplaced}"},
         {"smart-folders-unplace", "smart-folders unplace {smartFolder}"},
-        {"smart-folders-recover", "smart-folders recover replace", repairsRegistry},
         {"settings-set", "settings set gridColumns 9"},
         {"icon-set", "icon set org.example.ash /Users/ada/icon.icns"},
         {"icon-remove", "icon remove org.example.oak"},
@@ -49,7 +48,6 @@ const QList<Command>& commands() {
         {"open", "open org.example.ash"},
         {"cleanup-remove", "cleanup remove org.example.cedar --yes", isBroughtBack},
         {"cleanup-restore", "cleanup restore", isBroughtBack},
-        {"updates-check", "updates check", asksForUpdates},
         {"updates-skip", "updates skip org.example.maple"},
         {"updates-unskip", "updates unskip org.example.gorse"},
         {"batch", "batch {root}/Users/ada/edits"},
@@ -128,21 +126,6 @@ void CaseList::addCalls(const QByteArray& row, const Command& command, const QLi
             for (const char* when : {"before", "after"})
                 add(killed + bucket, killed + what + when);
     }
-}
-
-void CaseList::addLimits(const Command& command, bool hasDisk) {
-    const QByteArray name = command.name;
-    for (int pages = 0; hasDisk && pages <= 20; ++pages)
-        add("full", "full:" + name + ':' + QByteArray::number(pages));
-    const auto addAll = [&](const QByteArray& resource, std::initializer_list<int> bounds) {
-        for (const int bound : bounds)
-            add("limit " + name, "limit:" + name + resource + QByteArray::number(bound));
-    };
-    addAll(":descriptors:", {4, 5, 6, 7, 8, 9, 10, 11, 12, 14, 16, 20, 24, 32});
-    addAll(":fileSize:", {0, 1, 100, 1'000, 2'000, 4'000, 8'000, 16'000});
-#if !defined(__SANITIZE_ADDRESS__) // which takes terabytes of addresses
-    addAll(":memory:", {4, 16, 64, 256});
-#endif
 }
 
 void CaseList::addDamage(const QByteArray& file, qsizetype size) {

@@ -15,8 +15,6 @@ namespace tessellar::torture {
 ///     kill:COMMAND:CALL:PATH:N:WHEN    the program dies there, "before" or "after"
 ///     served:COMMAND:CALL:PATH:N:FATE  both, in a launcher that is running and carries the command out
 ///     started:COMMAND:CALL:PATH:N:FATE  while such a launcher starts; it serves without a fault then
-///     full:COMMAND:PAGES               so many pages are free on the disk
-///     limit:COMMAND:RESOURCE:N         the process may have so much of a resource
 ///     bits:FILE:N                      a bit of a file of the launcher's is turned over
 ///     cut:FILE:N                       the file ends there
 ///     together:SERVED:N                some commands at once, "served" by a launcher or "alone"
@@ -49,7 +47,6 @@ public:
 
     /// Of the command, "call", or of a launcher that serves it, "served", or that "started" before.
     void addCalls(const QByteArray& row, const Command& command, const QList<Site>& sites);
-    void addLimits(const Command& command, bool hasDisk);
     void addDamage(const QByteArray& file, qsizetype size);
     void addTogether();
 

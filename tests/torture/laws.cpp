@@ -18,7 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 
 void Laws::prepare(const Command& command) {
     (void)reference(command);
-    _mac.restoreFor(command);
+    _mac.restore();
 }
 
 const Laws::Reference& Laws::reference(const Command& command) {
@@ -27,7 +27,7 @@ const Laws::Reference& Laws::reference(const Command& command) {
         return *known;
     Reference reference;
     reference.between = statesWithin(command);
-    _mac.restoreFor(command);
+    _mac.restore();
     reference.before = _mac.state();
     _mac.run(command.line);
     reference.after = _mac.state();
@@ -66,8 +66,7 @@ QList<State> Laws::statesWithin(const Command& command) {
 
 // ---- after one
 
-QByteArray Laws::brokenFile(const Command* command, Lenience lenience) const {
-    const bool isRepaired = (command && command->has(Trait::repairsRegistry)) || lenience.hidesRegistry;
+QByteArray Laws::brokenFile(Lenience lenience) const {
     const QMap<QByteArray, QByteArray> files = _mac.files();
     int temporary = 0;
     for (auto file = files.begin(); file != files.end(); ++file) {
@@ -76,10 +75,10 @@ QByteArray Laws::brokenFile(const Command* command, Lenience lenience) const {
             continue;
         const bool isNew = !_mac.builtFiles().contains(path);
         temporary += path.contains(".tessellar-save-") ? 1 : 0;
-        if (isNew && !(isRepaired && path.contains("/computed-folders.")) &&
+        if (isNew && !(lenience.hidesRegistry && path.contains("/computed-folders.")) &&
             (path.contains(".damaged") || path.contains(".corrupt") || path.contains("recovery")))
             return path + " was set aside, and nothing was damaged";
-        const bool isSetAside = isRepaired && path.contains("/computed-folders.corrupt");
+        const bool isSetAside = lenience.hidesRegistry && path.contains("/computed-folders.corrupt");
         if (path.endsWith(".json") && !isSetAside && !json::parse(*file))
             return path + " is broken";
         if (path.contains("/Backups/") && path.endsWith(".json") &&
@@ -242,39 +241,6 @@ bool Laws::holdsAll(const Command& command) {
     return tiles(_mac.state()) == tiles(reference(command).settledAfter);
 }
 
-/// A check that could not ask somebody says so, keeps what it knew of each application and of whose it
-/// is, or has the new, and the next one has it all.
-bool Laws::keepsWhatItKnew(const Command& command, bool isDone) {
-    if (!command.has(Trait::asksForUpdates))
-        return false;
-    const QByteArray path = SmallMac::applicationFolder + "/app-updates.json";
-    const auto cacheIn = [&](const State& state) {
-        return json::parse(state.value(path)).value_or(QJsonValue()).toObject();
-    };
-    const Reference& expected = reference(command);
-    State state = now();
-    const QJsonObject cache = cacheIn(state);
-    const QJsonObject before = cacheIn(expected.before);
-    const QJsonObject after = cacheIn(expected.after);
-    const auto known = [](const QJsonObject& some, const QString& key) {
-        const QJsonObject record = some.value(u"records").toObject().value(key).toObject();
-        return record.value(record.contains(u"lastKnownStatus") ? u"lastKnownStatus" : u"status");
-    };
-    const QJsonObject records = cache.value(u"records").toObject();
-    if (records.keys() != after.value(u"records").toObject().keys() ||
-        (isDone && cache.value(u"problems").toArray().isEmpty()))
-        return false;
-    for (const QString& key : records.keys())
-        if (known(cache, key) != known(before, key) && known(cache, key) != known(after, key))
-            return false;
-    for (const char* kept : {"owners", "skipped", "rolloutGroup"})
-        if (const QString key = QString::fromLatin1(kept); cache.value(key) != before.value(key))
-            return false;
-    state.insert(path, expected.before.value(path));
-    return withoutPlaces(state) == withoutPlaces(expected.before) &&
-           _mac.run(command.line).status == 0 && now() == expected.after;
-}
-
 QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience lenience) {
     const auto with = [&](const QByteArray& law) {
         return law + (ending.error.isEmpty() ? QByteArray() : "; it said: " + shortened(ending.error));
@@ -283,11 +249,10 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
         return with("it did not end");
     if (!ending.status && ending.signal != SIGKILL)
         return with("it crashed with signal " + QByteArray::number(ending.signal));
-    if (const QByteArray broken = brokenFile(&command, lenience); !broken.isEmpty())
+    if (const QByteArray broken = brokenFile(lenience); !broken.isEmpty())
         return with(broken);
-    if (!command.has(Trait::repairsRegistry))
-        if (const QByteArray broken = putRegistryBack(); !broken.isEmpty())
-            return with(broken);
+    if (const QByteArray broken = putRegistryBack(); !broken.isEmpty())
+        return with(broken);
     if (command.has(Trait::keepsCopy) && !isCopyKept())
         return with("another arrangement took the place of the first, of which no copy is kept");
     const Reference& expected = reference(command);
@@ -301,7 +266,7 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
         const QByteArray usage = SmallMac::applicationFolder + "/app-usage.json";
         if ((hasWarned || lenience.warnsElsewhere) && now.value(usage) == expected.before.value(usage))
             wanted.insert(usage, now.value(usage));
-        if (now == wanted || keepsWhatItKnew(command, true) || isSettledByTheNext(command, wanted) ||
+        if (now == wanted || isSettledByTheNext(command, wanted) ||
             (lenience.hidesSome && holdsAll(command)) || (hasWarned && comesBack(command)))
             return {};
         return with("it said that it was done, but " + difference(wanted, now));
@@ -310,8 +275,6 @@ QByteArray Laws::broken(const Command& command, const Ending& ending, Lenience l
     if (ending.status && !lenience.mayFailLate && now == expected.after &&
         expected.after != expected.before && !expected.between.contains(now))
         return with("it said that it failed, and did it");
-    if (keepsWhatItKnew(command, false))
-        return {};
     if (!isWhole(command)) {
         // The next start moves them with the layout that it finds.
         const bool arePlacesKept = this->arePlacesKept(command);

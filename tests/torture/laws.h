@@ -34,8 +34,8 @@ public:
     void prepare(const Command& command);
     /// The law that was broken, and how; empty where all were kept.
     QByteArray broken(const Command& command, const Ending& ending, Lenience lenience = {});
-    /// Of the second law alone, whatever the command may do to the registry of smart folders.
-    QByteArray brokenFile(const Command* command = nullptr, Lenience lenience = {}) const;
+    /// Of the second law alone.
+    QByteArray brokenFile(Lenience lenience = {}) const;
 
 private:
     /// The states around a command without a fault.
@@ -56,7 +56,6 @@ private:
     bool isCopyKept() const;
     bool comesBack(const Command& command);
     bool holdsAll(const Command& command);
-    bool keepsWhatItKnew(const Command& command, bool isDone);
     QByteArray putRegistryBack();
 
     SmallMac& _mac;

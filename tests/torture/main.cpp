@@ -36,10 +36,9 @@ struct Options {
 };
 
 constexpr auto description =
-    R"(Runs every command that writes with a system call that fails, killed around each change, with a disk that is
-full, limits, damaged files and other commands at once; and judges by laws what came of it. In the time given,
-cases are drawn evenly from all, always the same for a seed. Exit status 1 says that a law was broken; 77 that
-calls cannot be traced here.)";
+    R"(Runs every command that writes with a system call that fails, killed around each change, on damaged files and
+with other commands at once; and judges by laws what came of it. In the time given, cases are drawn evenly from
+all, always the same for a seed. Exit status 1 says that a law was broken; 77 that calls cannot be traced here.)";
 
 void declare(CLI::App& app, Options& options) {
     app.add_option("--minutes", options.minutes, "for so long")->capture_default_str();
@@ -86,7 +85,6 @@ Cases allCases(const Options& options) {
                 return std::unexpected(name + " fails without a fault beside a launcher");
             list.addCalls(row, command, *sites);
         }
-        list.addLimits(command, trials.mac().hasDisk());
     }
     const QMap<QByteArray, QByteArray>& files = trials.mac().builtFiles();
     for (auto file = files.begin(); file != files.end(); ++file) {

@@ -19,7 +19,6 @@
 #include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <array>
@@ -37,8 +36,6 @@ const QByteArray SmallMac::applicationFolder =
 const QByteArray SmallMac::settingsFile = "Users/ada/Library/Preferences/com.tessellar.app.json";
 
 namespace {
-
-constexpr auto diskSize = "size=64m";
 
 /// What the launcher can do without, what serves one moment, and what the Mac's tools write.
 bool isPassing(const QByteArray& path) {
@@ -58,7 +55,7 @@ bool isPassing(const QByteArray& path) {
 SmallMac::SmallMac(const QByteArray& folder) : _root(folder) {
     std::error_code ignored;
     fs::create_directories(_root.toStdString(), ignored);
-    _hasDisk = ::mount("none", _root.constData(), "tmpfs", 0, diskSize) == 0;
+    _hasDisk = ::mount("none", _root.constData(), "tmpfs", 0, "size=64m") == 0;
     build();
     if (!_failure)
         arrange();
@@ -75,17 +72,6 @@ SmallMac::~SmallMac() {
         ::umount2(_root.constData(), MNT_DETACH);
     std::error_code ignored;
     fs::remove_all(_root.toStdString(), ignored);
-}
-
-void SmallMac::leaveFree(std::optional<qint64> bytes) {
-    if (!_hasDisk)
-        return;
-    struct statvfs disk {};
-    ::statvfs(_root.constData(), &disk);
-    const qint64 used =
-        static_cast<qint64>(disk.f_blocks - disk.f_bfree) * static_cast<qint64>(disk.f_frsize);
-    const QByteArray size = bytes ? "size=" + QByteArray::number(used + *bytes) : QByteArray(diskSize);
-    ::mount("none", _root.constData(), "tmpfs", MS_REMOUNT, size.constData());
 }
 
 void SmallMac::build() {
@@ -344,7 +330,6 @@ bool SmallMac::moveBack(const Tree& now) const {
 }
 
 void SmallMac::restore() {
-    leaveFree(std::nullopt);
     Tree now = walk();
     bool isChanged = moveBack(now);
     if (isChanged)
@@ -381,14 +366,6 @@ void SmallMac::restore() {
         entry->inode = status.st_ino;
         entry->changed = status.st_ctim;
     }
-}
-
-void SmallMac::restoreFor(const Command& command) {
-    restore();
-    if (!command.has(Trait::repairsRegistry))
-        return;
-    write(applicationFolder + "/computed-folders.json", "{");
-    run("list"); // sets it aside
 }
 
 State SmallMac::state() const {

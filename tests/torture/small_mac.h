@@ -9,11 +9,9 @@ namespace tessellar::torture {
 
 /// What the laws have to know of a command.
 enum class Trait {
-    isBroughtBack = 1,    ///< a later command brings back what it moves to the Trash
-    isOfAllSeen = 2,      ///< it arranges anew what its scan has seen
-    keepsCopy = 4,        ///< of the arrangement, which another takes the place of
-    asksForUpdates = 8,   ///< and may learn less than it could
-    repairsRegistry = 16, ///< that of smart folders, which is damaged before
+    isBroughtBack = 1, ///< a later command brings back what it moves to the Trash
+    isOfAllSeen = 2,   ///< it arranges anew what its scan has seen
+    keepsCopy = 4,     ///< of the arrangement, which another takes the place of
 };
 Q_DECLARE_FLAGS(Traits, Trait)
 Q_DECLARE_OPERATORS_FOR_FLAGS(Traits)
@@ -27,7 +25,7 @@ struct Command {
     bool has(Trait trait) const { return traits.testFlag(trait); }
 };
 
-/// A small Mac on a disk of its own in memory, which is put back as it was after each case.
+/// A small Mac in memory, which is put back as it was after each case.
 class SmallMac {
 public:
     /// Builds it, with an arrangement that has something for each command to work on. Nothing where
@@ -39,10 +37,6 @@ public:
 
     const std::optional<QByteArray>& failure() const { return _failure; }
     const QByteArray& root() const { return _root; }
-    /// Whether the disk is its own: then it can be made small.
-    bool hasDisk() const { return _hasDisk; }
-    /// Leaves this many bytes free on its disk, or all that it had.
-    void leaveFree(std::optional<qint64> bytes);
 
     /// A program that carries out one command, a line of shell words.
     Programs::Main tessellarctl(const QByteArray& line) const;
@@ -55,8 +49,6 @@ public:
     static QByteArray batchFile(const Command& command);
 
     void restore();
-    /// As a command finds it.
-    void restoreFor(const Command& command);
     State state() const;
     /// All files below the root as they are, by path.
     QMap<QByteArray, QByteArray> files() const;

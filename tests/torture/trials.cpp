@@ -3,16 +3,13 @@
 #include "model/json.h"
 
 #include <signal.h>
-#include <sys/resource.h>
 
-#include <fstream>
 #include <random>
 
 namespace tessellar::torture {
 namespace {
 
 constexpr int secondsForAProgram = 60;
-constexpr qint64 pageSize = 4096;
 
 using Kind = SystemCall::Kind;
 
@@ -103,7 +100,7 @@ const QByteArray lock = SmallMac::applicationFolder + "/lock";
 } // namespace
 
 std::optional<QList<Site>> Trials::sites(const Command& command) {
-    _mac.restoreFor(command);
+    _mac.restore();
     Injection injection(_mac);
     Programs programs;
     const pid_t program = programs.start(_mac.tessellarctl(command.line), injection.asDecide());
@@ -137,7 +134,7 @@ Ending Trials::runServed(const Command& command, const Programs::Decide& decide,
 }
 
 std::optional<QList<Site>> Trials::servedSites(const Command& command, Phase phase) {
-    _mac.restoreFor(command);
+    _mac.restore();
     Injection injection(_mac);
     const Ending ending = runServed(command, injection.asDecide(), phase);
     if (ending.status != 0 || injection.sites().isEmpty())
@@ -152,8 +149,6 @@ Verdict Trials::judge(const Case& one) {
     const bool isOfCall = row == "call" || row == "kill" || row == "served" || row == "started";
     if (command && isOfCall && parts.size() == 6)
         return judgeCall(*command, parts);
-    if (command && ((row == "full" && parts.size() == 3) || (row == "limit" && parts.size() == 4)))
-        return judgeLimit(*command, parts);
     if ((row == "bits" || row == "cut") && parts.size() == 3)
         return judgeDamage(parts);
     if (row == "together" && parts.size() == 3)
@@ -191,44 +186,6 @@ Verdict Trials::judgeCall(const Command& command, const QByteArrayList& parts) {
                           .hidesSome = injection.metKind() == Kind::reads,
                           .deniesLock = !isServed && injection.denies(lock)}),
             injection.wasReached()};
-}
-
-namespace {
-
-/// How much memory this process has mapped.
-rlim_t mappedBytes() {
-    std::ifstream in("/proc/self/statm");
-    rlim_t pages = 0;
-    in >> pages;
-    return pages * pageSize;
-}
-
-} // namespace
-
-Verdict Trials::judgeLimit(const Command& command, const QByteArrayList& parts) {
-    _laws.prepare(command);
-    const auto main = _mac.tessellarctl(command.line);
-    Programs programs;
-    if (parts[0] == "full") {
-        _mac.leaveFree(parts[2].toInt() * pageSize);
-        const Ending ending = programs.waitFor(programs.start(main), secondsForAProgram);
-        _mac.leaveFree(std::nullopt);
-        return {_laws.broken(command, ending)};
-    }
-    const bool isMemory = parts[2] == "memory";
-    const bool isFileSize = parts[2] == "fileSize";
-    const pid_t program = programs.start([&, count = parts[3].toULongLong()]() -> int {
-        if (isFileSize)
-            ::signal(SIGXFSZ, SIG_IGN);
-        const rlim_t bound = isMemory ? (count << 20) + mappedBytes() : count;
-        const rlimit limit{bound, bound};
-        ::setrlimit(isMemory ? RLIMIT_AS : isFileSize ? RLIMIT_FSIZE : RLIMIT_NOFILE, &limit);
-        return main();
-    });
-    Ending ending = programs.waitFor(program, secondsForAProgram);
-    if (isMemory)
-        endedAsItCould(ending);
-    return {_laws.broken(command, ending)};
 }
 
 /// What one place of one file spoils is at most one thing; else the bytes are kept.

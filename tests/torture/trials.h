@@ -29,7 +29,6 @@ public:
 
 private:
     Verdict judgeCall(const Command& command, const QByteArrayList& parts);
-    Verdict judgeLimit(const Command& command, const QByteArrayList& parts);
     Verdict judgeDamage(const QByteArrayList& parts);
     Verdict judgeTogether(const QByteArrayList& parts);
 
