@@ -1,6 +1,8 @@
 #include "launcher_fixture.h"
 
 #include "launcher/installed_applications.h"
+#include "launcher/smart_folder_library.h"
+#include "smartfolders/smart_folder_rule.h"
 
 namespace tessellar::test {
 namespace {
