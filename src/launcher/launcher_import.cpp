@@ -111,6 +111,9 @@ void LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& importe
 
 void LauncherImport::apply(Mode mode, const MergeResult& merged, LegacyLaunchpadImportMetadata metadata,
                            Done<LegacyLaunchpadImportMetadata> done) {
+    // A step that is being saved may put its own places back.
+    if (const auto settled = _history.settle(); !settled)
+        return done(std::unexpected(underImportTitle(settled.error())));
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places); // before the layout is saved without their tiles
     const auto backup = std::make_shared<std::optional<QString>>();

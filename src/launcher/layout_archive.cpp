@@ -69,6 +69,9 @@ void LayoutArchive::replace(Mode mode, std::function<ReplacementMerger::Wanted()
 
 void LayoutArchive::apply(Mode mode, const MergeResult& merged, const Replacement& replacement,
                           std::function<void(Outcome)> done) {
+    // A step that is being saved may put its own places back.
+    if (const auto settled = _history.settle(); !settled)
+        return done(settled);
     // Places first: the layout is saved without their tiles.
     const RememberedPlaces before = _places[mode];
     _places.set(mode, merged.places);
