@@ -63,7 +63,7 @@ TEST_F(SmartFolderEvaluators, EachPredicateSelectsWhatItSays) {
     const auto at = [](const char* iso) { return *Instant::fromIso8601(QString::fromLatin1(iso)); };
     SmartFolderAppFacts& a = add("a");
     a.developer = u" CAFÉ Microsoft 10"_s;
-    a.version = u"1.10"_s;
+    a.version = u"1.10b2"_s;
     a.launchCount = 5;
     a.lastUsedDate = at("2026-11-30T23:59:59Z");
     a.architectures = QStringList{u"x86_64"_s, u"arm64"_s};
@@ -98,10 +98,11 @@ TEST_F(SmartFolderEvaluators, EachPredicateSelectsWhatItSays) {
         {rule<Number>("launchCount", IsBelow<double>(5)), "b"},
         {rule<Number>("launchCount", IsBetween<double>(2, 5)), "a b"},
         {rule<Number>("launchCount", IsBetween<double>(3, 4)), ""},
-        {rule<Version>("version", IsEqualTo<QString>(u" 1.010"_s)), "a"},
+        {rule<Version>("version", IsEqualTo<QString>(u" 1.010b02"_s)), "a"},
+        {rule<Version>("version", IsAbove<QString>(u"1.0"_s)), "a b"},
         {rule<Version>("version", IsAbove<QString>(u"1.9"_s)), "a"},
-        {rule<Version>("version", IsBelow<QString>(u"1.10"_s)), "b"},
-        {rule<Version>("version", IsBetween<QString>(u"1.9"_s, u"1.10"_s)), "a b"},
+        {rule<Version>("version", IsBelow<QString>(u"1.10b2"_s)), "b"},
+        {rule<Version>("version", IsBetween<QString>(u"1.9"_s, u"1.10b2"_s)), "a b"},
         {rule<Date>("lastUsedDate", IsBefore(*a.lastUsedDate)), "b"},
         {rule<Date>("lastUsedDate", IsAfter(used)), "a"},
         {rule<Date>("lastUsedDate", IsBetween<Instant>(used, used)), "b"},
