@@ -300,6 +300,11 @@ TEST(AliasFile, SearchesItsTablesAndNoFurther) {
                                   QByteArray("a/b"), QByteArray("a\0b", 3), QByteArray(5'000, 'x')})
         EXPECT_EQ(withPath(bad, 72), std::nullopt) << bad.left(9).toStdString();
 
+    Alias empty; // a path of no names
+    empty << 4u << 0u << mark << 1u << 24u << 0u << 0u << mark << 2u << 0u << 1u << 0x1004u << 56u
+          << 0u;
+    empty << 0u << 0x0601u;
+    EXPECT_EQ(aliasTarget(empty.bytes()), std::nullopt);
     Alias loop;
     loop << 4u << 0u << mark << 1u << 24u << 0u << 0u << mark << 2u << 4u << 0u;
     EXPECT_EQ(aliasTarget(loop.bytes()), std::nullopt);
