@@ -78,12 +78,14 @@ TEST_F(LauncherIconsTest, ARefusalLeavesTheEarlierOne) {
     EXPECT_EQ(heard.size(), 1);
 }
 
-TEST_F(LauncherIconsTest, OneUnderWayGoesToTheKeyThatItsApplicationGets) {
-    const QString path = u"/Applications/Ash.app"_s;
+TEST_F(LauncherIconsTest, RequestsAreCarriedOutInTheirOrderForTheKeyThatTheApplicationHas) {
     icons().set(ash, u"/in/red.icns"_s);
+    icons().remove(ash);
+    icons().set(ash, u"/in/blue.icns"_s);
+    const QString path = u"/Applications/Ash.app"_s;
     launcher->applications().keysChanged.notify({{ash, path}});
     mac.settle();
-    EXPECT_EQ(iconOf(path), red);
+    EXPECT_EQ(iconOf(path), blue);
     EXPECT_FALSE(icons().has(ash));
 }
 

@@ -219,6 +219,18 @@ TEST_F(SmartFolderLibraryTest, HiddenApplicationsCountNowhereInTheirMode) {
               u"org.example.ash");
 }
 
+TEST_F(SmartFolderLibraryTest, FactsOfOneApplicationAskForNoOther) {
+    start();
+    std::optional<QString> team;
+    library().gatherFactsOf(
+        *launcher->applications().withKey(u"org.example.beech"_s), mode(),
+        [&](const SmartFolderAppFacts& facts, bool) { team = facts.signingTeamID; });
+    mac.settle();
+    EXPECT_EQ(team, u"ABCDE12345");
+    EXPECT_EQ(toolRuns(), 2);
+    EXPECT_EQ(library().inspectionCount(), 1);
+}
+
 TEST_F(SmartFolderLibraryTest, ARegistryPutBackSurvivesAnUndoOfWhatWasDoneWithoutIt) {
     start();
     const SmartFolderDefinition tree = definition(u"Tree"_s, nameBegins(u"a"_s));

@@ -45,8 +45,18 @@ TEST_F(StepJournalTest, AStepThatWasCutOffIsTakenBackUnlessSomebodyHasWorkedOnIt
     mac.settle();
     EXPECT_FALSE(mac.exists(note)) << "nothing is left of a step that came to its end";
     const LayoutDocument after = launcher->shown().document();
-    const StepJournal::Files held{.fullScreen = before, .definitions = QList<SmartFolderDefinition>()};
-    const StepJournal::Files wanted{.fullScreen = after, .definitions = definitions()};
+    // It had come to all files but the settings.
+    const QString record = data + u"/legacy-launchpad-import.json"_s;
+    mac.write(record, "record");
+    using Settings = QMap<QString, QJsonValue>;
+    const StepJournal::Files held{.fullScreen = before,
+                                  .definitions = QList<SmartFolderDefinition>(),
+                                  .settings = Settings{{u"gridRows"_s, QJsonValue()}},
+                                  .importRecord = QString()};
+    const StepJournal::Files wanted{.fullScreen = after,
+                                    .definitions = definitions(),
+                                    .settings = Settings{{u"gridRows"_s, 6}},
+                                    .importRecord = u"record"_s};
     EXPECT_TRUE(launcher->quit());
     launcher.reset();
     ASSERT_TRUE(StepJournal(mac.machine, data).begin(held, wanted));
@@ -54,7 +64,7 @@ TEST_F(StepJournalTest, AStepThatWasCutOffIsTakenBackUnlessSomebodyHasWorkedOnIt
     start();
     EXPECT_TRUE(definitions().isEmpty());
     EXPECT_EQ(launcher->shown().document(), before);
-    EXPECT_FALSE(mac.exists(note));
+    EXPECT_FALSE(mac.exists(record) || mac.exists(note));
 
     // A note that could not be removed means nothing then.
     SmartFolderDefinition woods = trees();
