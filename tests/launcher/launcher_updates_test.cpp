@@ -324,5 +324,32 @@ TEST_F(LauncherUpdatesTest, WhatIsCancelledBeforeItBeginsNeverBegins) {
     EXPECT_EQ(ends.size(), 4);
 }
 
+TEST_F(LauncherUpdatesTest, AQuestionForAPasswordIsMadeWayForOnce) {
+    int asked = 0;
+    Subscription subscribed;
+    const auto hear = [&] { subscribed = updates().passwordAsked.connect([&] { ++asked; }); };
+    const auto askedAfter = [&](const QByteArray& words) {
+        say(words);
+        return asked;
+    };
+    start();
+    hear();
+    mac.commands.holdStarted(true);
+    runAtOnce(cask);
+    settle();
+    EXPECT_EQ(askedAfter("Password:"), 1);
+    EXPECT_EQ(askedAfter("\nPassword:"), 1);
+    // Who starts the launcher again while it waits is not sent away.
+    subscribed.cancel();
+    start();
+    hear();
+    updates().startSchedule(nullptr);
+    settle();
+    EXPECT_TRUE(isUpdating(cask));
+    EXPECT_EQ(askedAfter("\nSorry, try again.\nPassword:"), 1);
+    EXPECT_EQ(askedAfter("\n==> Installing\n"), 1);
+    EXPECT_EQ(askedAfter("Password:"), 2);
+}
+
 } // namespace
 } // namespace tessellar::test
