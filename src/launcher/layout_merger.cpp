@@ -90,7 +90,9 @@ void LayoutMerger::loadAgain() {
         return;
     _places.load();
     for (const LauncherWindowMode mode : LiveLayouts::modes) {
-        if (!_isTransient[std::size_t(mode)])
+        bool& isTransient = _isTransient[std::size_t(mode)];
+        isTransient = isTransient && _store.isWriteBlocked(mode); // it may have been reset since
+        if (!isTransient)
             continue;
         ++_loadsLeft;
         _loading[std::size_t(mode)] =

@@ -78,6 +78,21 @@ TEST_F(LauncherTest, WhatCouldNotBeReadIsTriedAgain) {
     EXPECT_TRUE(launcher->places().canRemember(fullScreen));
 }
 
+TEST_F(LauncherTest, WhatWasResetIsNotReadAgain) {
+    install(u"Ash"_s);
+    mac.link(layoutFile, u"/Volumes/Away/layout.json"_s);
+    start();
+    ASSERT_TRUE(launcher->archive().reset(mode()));
+    const QUuid ash = launcher->shown().pages()[0][0].id();
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_TRUE(editor().rename(mode(), ash, QString::number(i)));
+        const QString before = sketched();
+        time.advance(250ms); // not saved yet
+        mac.settle();
+        ASSERT_EQ(sketched(), before);
+    }
+}
+
 TEST_F(LauncherTest, ARescanMergesWhatChangedAndWritesNothingWhenNothingDid) {
     installAll(u"Ash Beech"_s);
     start();
