@@ -320,8 +320,13 @@ bool LayoutUndoHistory::apply(Direction direction, const LayoutUndoEntry& entry,
     const LayoutUndoState present = _actions.snapshot(state.mode);
     LayoutUndoState wanted = state;
     wanted.smartFolderDefinitions = withDefinitionsOf(from, state, present.smartFolderDefinitions);
+    // What the step did not change stays as it is now.
     if (from.settings == state.settings)
         wanted.settings = present.settings;
+    if (from.document == state.document)
+        wanted.document = present.document;
+    if (from.otherDocument == state.otherDocument)
+        wanted.otherDocument = present.otherDocument;
     if (!_actions.apply(direction, entry, wanted, std::move(saved)))
         return false;
     _actions.applyNavigation(state);

@@ -127,8 +127,7 @@ struct LayoutUndoActions {
 ///
 /// While a step waits for the Trash, and while one that moved applications is being saved, no other
 /// step begins and edits must be refused (`isInProgress`). A failed step is rolled back, including
-/// moves into or out of the Trash. Main thread only; may be
-/// destroyed while a step waits.
+/// moves into or out of the Trash. Main thread only; may be destroyed while a step waits.
 class LayoutUndoHistory {
 public:
     static constexpr qsizetype undoLimit = 50;

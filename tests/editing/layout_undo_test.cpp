@@ -208,6 +208,20 @@ TEST(UndoHistory, KeepsTheNewestFiftyWhichUndoneGiveEqualStatesInBothModes) {
         takes(launcher.history->redoStack(), &Launcher::redo, states[i]);
 }
 
+TEST(UndoHistory, WhatAStepDidNotChangeStaysAsItIsNow) {
+    Launcher launcher;
+    launcher.edit(u"rules"_s, [](LayoutUndoState& state) {
+        state.smartFolderDefinitions = {SmartFolderDefinition{.id = tileID(77)}};
+    });
+    // An application was installed.
+    launcher.live.document.pages = launcher.live.otherDocument->pages = drawn(u"1 2 3 9");
+    for (const auto take : {&Launcher::undo, &Launcher::redo}) {
+        ASSERT_EQ((launcher.*take)(), Result::done);
+        EXPECT_EQ(launcher.live.document.pages, drawn(u"1 2 3 9"));
+        EXPECT_EQ(launcher.live.otherDocument->pages, drawn(u"1 2 3 9"));
+    }
+}
+
 TEST(UndoHistory, AStepThatWasDroppedMeanwhileReturnsToTheStackItCameFrom) {
     using enum UndoRedoFeedback::Direction;
     Launcher launcher;
