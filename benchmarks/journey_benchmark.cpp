@@ -314,7 +314,7 @@ private:
             pass(pace);
         }
         if (!controller().drag()->isActive())
-            std::printf("  nothing was lifted\n");
+            std::printf("  nothing was picked up\n");
     }
 
     void dragAndSave() {

@@ -19,8 +19,8 @@
 
 namespace tessellar {
 
-/// What the sheets show, one panel each, kept up to date with the launcher. Opens those that need more
-/// than their sheet.
+/// What the sheets show, one panel each, kept up to date with the launcher. Opens the sheets
+/// that have to be prepared.
 class Panels final : public QObject {
     Q_OBJECT
     QML_ELEMENT

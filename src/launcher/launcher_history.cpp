@@ -162,7 +162,13 @@ LauncherHistory::Made LauncherHistory::make(EditStep step, Done saved) {
     if (only && !step.replacement && !step.isSavedAtOnce) {
         show(*only, *step.documentOf(*only), false);
         _store.scheduleSave(*only, _layouts[*only].document());
-        _unsaved.add({.mode = *only, .before = *before.documentOf(*only), .rollBack = record()});
+        _unsaved.add({.mode = *only,
+                      .before = *before.documentOf(*only),
+                      .rollBack = [leaveHistory = record(), takenBack = step.takenBack] {
+                          leaveHistory();
+                          if (takenBack)
+                              takenBack();
+                      }});
         return std::nullopt;
     }
     if (const auto begun =
@@ -266,6 +272,8 @@ void LauncherHistory::end(const StepWriter::Ended& ended) {
     const EditStep& step = underway.step;
     const Outcome outcome =
         ended.outcome ? Outcome() : std::unexpected(titled(step, ended.outcome.error()));
+    // First: whoever hears of the files below may begin another step.
+    const bool isTold = _unsaved.endStep(outcome);
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (step.documentOf(mode))
             _store.endPart(mode, outcome.has_value(), *underway.before.documentOf(mode));
@@ -290,7 +298,7 @@ void LauncherHistory::end(const StepWriter::Ended& ended) {
         _machine.workers.submit({},
                                 [backups = LayoutBackups(_machine.files, _store.directory()),
                                  now = _machine.clock.now()](std::stop_token) { backups.prune(now); });
-    const bool isTold = _unsaved.endStep(outcome);
+    _unsaved.tell();
     if (underway.saved)
         underway.saved(outcome);
     else if (!outcome && !isTold)

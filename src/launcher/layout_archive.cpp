@@ -21,16 +21,20 @@ LayoutArchive::LayoutArchive(Machine& machine, LayoutStore& store, LiveLayouts& 
     , _messages(messages)
     , _merger(machine, layouts, applications, places) {}
 
-/// Reads after what is being saved, such as a backup.
+/// Reads what is being saved as well, such as a backup, but lets no save wait for the reading.
 template <typename Work, typename Done>
 void LayoutArchive::read(Work work, Done done) {
     const auto task = _reading.insert(_reading.end(), Task());
-    *task = _machine.workers.run(Lane::saving, std::move(work),
-                                 [this, task, done = std::move(done)](const auto& result) {
-                                     const Task ended = std::move(*task);
-                                     _reading.erase(task);
-                                     done(result);
-                                 });
+    *task = _machine.workers.run(
+        Lane::saving, [](std::stop_token) {},
+        [this, task, work = std::move(work), done = std::move(done)] {
+            const Task saved = std::move(*task);
+            *task = _machine.workers.run(work, [this, task, done](const auto& result) {
+                const Task ended = std::move(*task);
+                _reading.erase(task);
+                done(result);
+            });
+        });
 }
 
 static ReplacementMerger::Wanted wanted(const LayoutDocument& document) {

@@ -85,6 +85,8 @@ void SmartFolderLibrary::accept(const SmartFolderStore::LoadResult& result) {
 }
 
 SmartFolderLibrary::Outcome SmartFolderLibrary::recover(SmartFolderRecovery how) {
+    if (!_failure)
+        return {}; // definitions may be being saved
     accept(_store.recover(how));
     changed.notify();
     startRound();

@@ -76,7 +76,6 @@ bool UnsavedEdits::endStep(const Outcome& outcome) {
     }
     if (editor && !outcome && !isTold)
         _failedSteps.append({editor, outcome.error()});
-    tell();
     return editor != nullptr;
 }
 

@@ -24,7 +24,8 @@ struct UnsavedEdit {
 /// saved at once and can be tried again. But if edits by hand were made on top, they are kept like
 /// these, and the command's result says so. Concurrent waits share a save.
 ///
-/// Steps of several files are saved as a unit, and nothing is edited before that has ended.
+/// Replacements and steps of several files are saved as a unit; the next step begins once that has
+/// ended.
 ///
 /// Main thread only.
 class UnsavedEdits {
@@ -49,12 +50,14 @@ public:
 
     /// Call around saving a step as a unit.
     void beginStep();
-    /// Returns true if its editor learns of the outcome: now, or when it asks.
+    /// Returns true if its editor learns of the outcome: when `tell` is called, or when it asks.
     bool endStep(const Outcome& outcome);
+    /// Tells those whose edits are on the disk or have failed for good.
+    void tell();
 
-    /// All include those of other editors; `step` is only the editor's step that is saved as a unit.
+    /// `all` includes other editors'; `step` is only the editor's step that is saved as a unit.
     enum class Whose { step, own, all };
-    /// Saves at once and calls `done` once these edits are on the disk or have failed for good.
+    /// Calls `done` once these edits are on the disk or have failed for good; they are saved at once.
     /// Synchronous if there are none.
     void whenSaved(const Editor& editor, Whose whose, Done done);
 
@@ -75,7 +78,6 @@ private:
     void saveEnded(LauncherWindowMode mode, LayoutStore::Revision revision,
                    const BackgroundFile::Result& saved);
     void fail(LauncherWindowMode mode, LayoutStore::Revision revision, const LauncherError& error);
-    void tell();
 
     LayoutStore& _store;
     RollBack _rollBack;
