@@ -356,7 +356,9 @@ int run(int argc, char** argv) {
     if (!isHidden)
         window.show();
     const int ended = application.exec();
-    if (const auto saved = window.viewModel().quit(); !saved) {
+    const auto saved = window.viewModel().quit();
+    QCoreApplication::processEvents(); // answers the commands whose edits this has saved
+    if (!saved) {
         std::fprintf(stderr, "tessellar: %s\n", qUtf8Printable(saved.error().message));
         return 1;
     }
