@@ -236,5 +236,32 @@ TEST_F(LauncherWindowTest, AWindowStaysWhenAGapIsClickedAndIsWhereItWas) {
     EXPECT_EQ(mac.machine.settings.text(u"window.mode"_s), u"fullScreen"_s);
 }
 
+TEST_F(LauncherWindowTest, AnApplicationThatIsInstalledAppearsByItself) {
+    install({u"Ash"_s});
+    mac.makeFolder(u"/Volumes"_s);
+    start();
+    const QQuickItem* before = tile(u"Ash"_s);
+    install({u"Beech"_s});
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        mac.time.advance(100ms);
+        return tile(u"Beech"_s) != nullptr;
+    }));
+    EXPECT_EQ(tile(u"Ash"_s), before) << "what did not change is not made again";
+}
+
+TEST_F(LauncherWindowTest, AnotherLanguageOfTheSystemIsFollowedWhereItWasNotFixed) {
+    mac.machine.locale = Locale(u"is_IS"_s);
+    install({u"Ash"_s});
+    start();
+    const auto afterAChange = [&] {
+        QEvent change(QEvent::LocaleChange);
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
+        return mac.machine.locale.identifier();
+    };
+    EXPECT_EQ(afterAChange(), u"is_IS");
+    window->followSystemLocale();
+    EXPECT_EQ(afterAChange(), Locale::system().identifier());
+}
+
 } // namespace
 } // namespace tessellar::test

@@ -118,15 +118,21 @@ TEST_F(RemovalPanelTest, AReviewIsReadAndChosenFromByKeyboard) {
     mac.makeFolder(library + u"Application Support/Ash"_s);
     mac.tool(u"/usr/bin/open"_s, exited(0));
     review();
+    const QSignalSpy reset(panel->items(), &QAbstractItemModel::modelReset);
+    const QSignalSpy rows(panel->items(), &QAbstractItemModel::dataChanged);
     press(Qt::Key_Down); // nothing yet: a turn for the scan
     ASSERT_EQ(panel->items()->rowCount(), 3);
     EXPECT_EQ(value(RemovalItems::FolderRole), library + u"Application Support"_s);
+    EXPECT_NE(value(RemovalItems::SizeRole), u"…"_s);
     EXPECT_EQ(panel->staying(), u"1 item will stay");
     EXPECT_FALSE(panel->isAllSelected());
 
-    const QSignalSpy reset(panel->items(), &QAbstractItemModel::modelReset);
+    const qsizetype before = rows.count();
     for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Down, Qt::Key_Space})
         press(key);
+    ASSERT_EQ(rows.count(), before + 1);
+    EXPECT_EQ(rows.last().at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(rows.last().at(2).value<QList<int>>(), QList<int>{RemovalItems::SelectedRole});
     EXPECT_TRUE(panel->isAllSelected());
     EXPECT_EQ(panel->staying(), QString());
     press(Qt::Key_R, true);
@@ -141,12 +147,16 @@ TEST_F(RemovalPanelTest, AReviewIsReadAndChosenFromByKeyboard) {
     EXPECT_EQ(panel->currentRow(), 2);
     press(Qt::Key_Space);
     EXPECT_TRUE(panel->total().startsWith(u"1 item,"));
-    EXPECT_EQ(reset.count(), 0) << "what is chosen changes rows, and the list stays where it is";
+    EXPECT_EQ(reset.count(), 1) << "sizes and choices change rows, and the list stays where it is";
     press(Qt::Key_Backspace, true);
     EXPECT_EQ(panel->phase(), u"done");
     EXPECT_FALSE(mac.exists(preferences));
-    press(Qt::Key_Return);
+    panel->pressKey(Qt::Key_Return, false);
     EXPECT_FALSE(panel->isOpen());
+    EXPECT_EQ(panel->items()->rowCount(), 3);
+    EXPECT_EQ(value(RemovalItems::NameRole), QVariant()) << "gone, though nobody was told yet";
+    turn();
+    EXPECT_EQ(panel->items()->rowCount(), 0);
 
     // Once more, after a restart.
     subscription = {};

@@ -1,6 +1,8 @@
 #include "launcher_fixture.h"
 
 #include "launcher/installed_applications.h"
+#include "launcher/layout_archive.h"
+#include "launcher/small_launcher.h"
 #include "launcher/smart_folder_library.h"
 #include "smartfolders/smart_folder_rule.h"
 
@@ -213,6 +215,20 @@ TEST_F(TileDragTest, TilesThatGoLeaveTheHandAndTheHeldOneEndsTheDrag) {
     EXPECT_FALSE(isLifted());
     release({200, 300});
     EXPECT_EQ(shownTiles(), u"A01 A02 [F: A03 A04]|A05 A06");
+}
+
+TEST_F(TileDragTest, AnArrangementThatIsReplacedTakesTheTileFromTheHand) {
+    const auto saved = saveArrangement(viewModel(), mac, u"Before"_s);
+    ASSERT_TRUE(saved);
+    for (const bool isReset : {false, true}) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return tile(u"A01"_s)->property("shiftX") == 0; }));
+        lift(at(u"A01"_s), beside(u"A02"_s, 50));
+        ASSERT_TRUE(isLifted());
+        ASSERT_TRUE(isReset ? viewModel().archive().reset(mode())
+                            : restoreArrangement(viewModel(), mac, saved->id));
+        EXPECT_FALSE(isLifted());
+        release({200, 300});
+    }
 }
 
 } // namespace

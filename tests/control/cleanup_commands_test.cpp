@@ -117,6 +117,17 @@ TEST_F(CleanupCommandsTest, RemovesWhatAFileNamesOrAllThatMatches) {
     EXPECT_TRUE(exists(u"/Applications/Beech.app"_s));
 }
 
+TEST_F(CleanupCommandsTest, AnOpenApplicationIsAskedToQuitFirst) {
+    builder.addFile(sample::MacBuilder::toolData() + u"/running"_s,
+                    "org.example.ash\t/Applications/Ash.app/Contents/MacOS/Ash\n");
+    EXPECT_TRUE(cleanup(u"remove org.example.ash"_s).error.contains("Ash is open"));
+    const Result removed = run(u"cleanup remove org.example.ash --yes"_s, {}, false);
+    EXPECT_EQ(removed.status, 0) << removed.error.toStdString();
+    EXPECT_TRUE(removed.out.contains("“Ash” is open"));
+    EXPECT_FALSE(exists(bundle));
+    EXPECT_EQ(read(sample::MacBuilder::toolData() + u"/quit.log"_s), "org.example.ash\n");
+}
+
 TEST_F(CleanupCommandsTest, AReviewThatEndsUnderACommandEndsIt) {
     RunningLauncher running(root.path());
     LauncherCleanup& cleanup = running.launcher.cleanup();

@@ -1,6 +1,7 @@
 #include "launcher/launcher_updates.h"
 #include "launcher/place_memory.h"
 #include "launcher/small_launcher.h"
+#include "updates/app_update_runner.h"
 
 #include <latch>
 
@@ -135,6 +136,27 @@ TEST_F(PlaceMemoryTest, NothingIsGoneWhileAnUpdaterReplacesBundles) {
     EXPECT_EQ(sketched(), arranged);
     EXPECT_TRUE(launcher->shown().unavailableAppKeys().isEmpty());
     uninstall(u"Oak"_s);
+    rescan();
+    EXPECT_EQ(sketched(), u"[Trees: Elm Ash] Ivy");
+
+    // Nor while one goes on that an earlier launcher started.
+    install(u"Oak"_s);
+    start();
+    const QString brew = u"/opt/homebrew/bin/brew"_s;
+    mac.tool(brew, exited(0));
+    mac.commands.holdStarted(true);
+    const auto number = mac.commands.start({.executable = mac.files.hostPath(brew)},
+                                           mac.files.hostPath(data + u"/app-update-run.log"_s));
+    ASSERT_TRUE(number);
+    mac.write(data + u"/app-update-run.json"_s,
+              json::write(json::encode(AppUpdateRun{.appKey = u"org.example.oak"_s,
+                                                    .updaterName = u"Homebrew"_s,
+                                                    .processNumber = *number,
+                                                    .startedAt = time.now()})));
+    uninstall(u"Oak"_s);
+    start();
+    EXPECT_EQ(sketched(), arranged);
+    mac.commands.holdStarted(false);
     rescan();
     EXPECT_EQ(sketched(), u"[Trees: Elm Ash] Ivy");
 }

@@ -93,6 +93,14 @@ TEST_F(AppUpdateCoordinatorTest, SwitchingOffDropsTheResultsOfTheRunningCheck) {
     EXPECT_EQ(coordinator->check(), std::unexpected(AppUpdateError::disabled));
     set(AppUpdateSettings::enabledKey, true);
     EXPECT_TRUE(coordinator->isChecking());
+    answerAll();
+    ASSERT_TRUE(coordinator->check());
+    settle();
+    mac.http.answer(u"lookup"_s, lookup("1.11"));
+    settle();
+    EXPECT_EQ(sketch(), u"2.0 1.11 2.5 -"_s);
+    set(AppUpdateSettings::enabledKey, false);
+    EXPECT_EQ(sketch(), u"2.0 1.10 2.5 -"_s) << "as before that check";
 }
 
 TEST_F(AppUpdateCoordinatorTest, CancellingKeepsWhatIsKnownSoFarAndIsNoFullCheck) {
