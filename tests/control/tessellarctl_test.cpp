@@ -232,6 +232,24 @@ TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
     EXPECT_EQ(run(u"batch -"_s, "--mode windowed undo\n--mode windowed redo\n").out, "{}\n{}\n");
 }
 
+TEST_F(TessellarctlTest, ABatchMayEndByQuittingTheLauncher) {
+    std::optional<RunningLauncher> running(std::in_place, root.path());
+    running->launcher.setPresenter(
+        {.show = [] {},
+         .dismiss = [] {},
+         .isShown = [] { return true; },
+         .quit = [&] { QTimer::singleShot(10, [&] { running.reset(); }); }}); // once it has answered
+    QProcess batch;
+    start(batch, {u"batch"_s, u"-"_s});
+    batch.write("rename org.example.ash Tree\nquit\n");
+    test::processEventsUntil([&] { return !running; });
+    batch.closeWriteChannel();
+    wait(batch);
+    EXPECT_EQ(batch.readAllStandardError(), "");
+    EXPECT_EQ(batch.exitCode(), 0);
+    EXPECT_EQ(text(u"list"_s), "Page 1\n  Tree\n  Beech\n");
+}
+
 TEST_F(TessellarctlTest, ACommandWaitsForALauncherThatStarts) {
     const auto host =
         HostMachine::make({.root = root.path(), .home = {}, .locale = {}, .now = {}}).value();
