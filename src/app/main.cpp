@@ -357,7 +357,8 @@ int run(int argc, char** argv) {
         window.show();
     const int ended = application.exec();
     const auto saved = window.viewModel().quit();
-    QCoreApplication::processEvents(); // answers the commands whose edits this has saved
+    // Answers the commands whose edits this has saved.
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 200);
     if (!saved) {
         std::fprintf(stderr, "tessellar: %s\n", qUtf8Printable(saved.error().message));
         return 1;
