@@ -134,6 +134,7 @@ private:
         if (!_socket)
             return;
         _socket->write(json::writeCompact(QJsonObject{{key, value}}) + '\n');
+        _socket->flush(); // the launcher may be ending
         if (_socket->bytesToWrite() > maximumUnread)
             _socket->abort();
     }

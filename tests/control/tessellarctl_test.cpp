@@ -238,7 +238,7 @@ TEST_F(TessellarctlTest, ABatchMayEndByQuittingTheLauncher) {
         {.show = [] {},
          .dismiss = [] {},
          .isShown = [] { return true; },
-         .quit = [&] { QTimer::singleShot(10, [&] { running.reset(); }); }}); // once it has answered
+         .quit = [&] { QTimer::singleShot(0, [&] { running.reset(); }); }});
     QProcess batch;
     start(batch, {u"batch"_s, u"-"_s});
     batch.write("rename org.example.ash Tree\nquit\n");
