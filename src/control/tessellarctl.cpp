@@ -307,7 +307,6 @@ private:
             }
             const int ended = runAgain(*lineWords, options, output());
             status = std::max(status, ended);
-            lineWords->removeAll(QStringLiteral("--json"));
             hasQuit = ended == 0 && *lineWords == QStringList{QStringLiteral("quit")};
             _interruption.reset();
             if (_isInterrupted)
