@@ -38,7 +38,8 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     , _screen(screen)
     , _mode(mode) {
     // Reading the system's list of fonts takes longer than creating all items of the window.
-    machine.workers.submit(Lane::decoding, {}, [](std::stop_token) { (void)QFontDatabase::families(); });
+    machine.workers.submit(Lane::decoding, {},
+                           [](std::stop_token) { (void)QFontDatabase::families(); });
     _view.setResizeMode(QQuickView::SizeRootObjectToView);
     _view.setTitle(QStringLiteral("Tessellar"));
     _view.setColor(QColor(13, 15, 27));

@@ -234,11 +234,10 @@ TEST_F(TessellarctlTest, TheLauncherThatIsRunningCarriesCommandsOut) {
 
 TEST_F(TessellarctlTest, ABatchMayEndByQuittingTheLauncher) {
     std::optional<RunningLauncher> running(std::in_place, root.path());
-    running->launcher.setPresenter(
-        {.show = [] {},
-         .dismiss = [] {},
-         .isShown = [] { return true; },
-         .quit = [&] { QTimer::singleShot(0, [&] { running.reset(); }); }});
+    running->launcher.setPresenter({.show = [] {},
+                                    .dismiss = [] {},
+                                    .isShown = [] { return true; },
+                                    .quit = [&] { QTimer::singleShot(0, [&] { running.reset(); }); }});
     QProcess batch;
     start(batch, {u"batch"_s, u"-"_s});
     batch.write("rename org.example.ash Tree\nquit\n");
