@@ -470,7 +470,7 @@ private:
         QObject::connect(&drip, &QTimer::timeout, &drip,
                          [&] { _mac.http.answer(u"feeds"_s, test::sparkleFeed("101")); });
         drip.start(10ms);
-        turn("check", [&] { viewModel().updates().checkNow(); });
+        turn("check", [&] { viewModel().updates().check(); });
         pass(1s);
         step = "check for updates with its sheet";
         turn("the sheet opens", [&] { controller().sheets()->open(Sheets::updates); });

@@ -107,7 +107,7 @@ int UpdatesPanel::runnableCount() const {
                : 0;
 }
 
-void UpdatesPanel::checkNow() { _viewModel.updates().checkNow(); }
+void UpdatesPanel::checkNow() { _viewModel.updates().check(); }
 void UpdatesPanel::cancelCheck() { _viewModel.updates().cancelCheck(); }
 void UpdatesPanel::runAll() { _viewModel.updates().runAll(); }
 void UpdatesPanel::cancelRun() { _viewModel.updates().cancelRun(); }

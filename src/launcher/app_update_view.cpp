@@ -10,7 +10,7 @@ static const QString badgeOfUpdate = QStringLiteral("↓");
 std::optional<AppUpdateStatus> AppUpdateView::status() const {
     if (!_coordinator)
         return std::nullopt;
-    const auto& known = _coordinator->knownStatuses();
+    const auto& known = _coordinator->known().knownStatuses();
     const auto found = known.constFind(_appKey);
     return found == known.constEnd() ? std::nullopt : std::optional(*found);
 }
@@ -18,26 +18,28 @@ std::optional<AppUpdateStatus> AppUpdateView::status() const {
 bool AppUpdateView::hasFailed() const {
     if (!_coordinator)
         return false;
-    const auto& statuses = _coordinator->statuses();
+    const auto& statuses = _coordinator->known().statuses();
     const auto found = statuses.constFind(_appKey);
     return found != statuses.constEnd() && tessellar::hasFailed(*found);
 }
 
 std::optional<AppUpdateRecord> AppUpdateView::record() const {
-    return _coordinator ? _coordinator->record(_appKey) : std::nullopt;
+    return _coordinator ? _coordinator->known().record(_appKey) : std::nullopt;
 }
 
 std::optional<AppUpdateReason> AppUpdateView::reason() const {
-    return _coordinator ? _coordinator->reason(_appKey) : std::nullopt;
+    return _coordinator ? _coordinator->known().reason(_appKey) : std::nullopt;
 }
 
 std::optional<AppUpdateChannel> AppUpdateView::channel() const {
-    return _coordinator ? _coordinator->channel(_appKey) : std::nullopt;
+    return _coordinator ? _coordinator->known().channel(_appKey) : std::nullopt;
 }
 
 std::optional<AppUpdateSourceText> AppUpdateView::sourceText() const {
-    const AppUpdateCandidate* installed = _coordinator ? _coordinator->candidate(_appKey) : nullptr;
-    return installed ? std::optional(tessellar::sourceText(_coordinator->channel(_appKey), *installed))
+    const AppUpdateCandidate* installed =
+        _coordinator ? _coordinator->known().candidate(_appKey) : nullptr;
+    return installed ? std::optional(
+                           tessellar::sourceText(_coordinator->known().channel(_appKey), *installed))
                      : std::nullopt;
 }
 
@@ -51,13 +53,13 @@ QString AppUpdateView::statusText() const {
     const auto* update = known ? std::get_if<UpdateAvailable>(&*known) : nullptr;
     if (!update)
         return {};
-    const AppUpdateCandidate* installed = _coordinator->candidate(_appKey);
+    const AppUpdateCandidate* installed = _coordinator->known().candidate(_appKey);
     return update_texts::available(installed ? installed->version : std::nullopt,
                                    update->latestVersion);
 }
 
 std::optional<AppUpdateActionKind> AppUpdateView::actionKind() const {
-    const auto action = _coordinator ? _coordinator->action(_appKey) : std::nullopt;
+    const auto action = _coordinator ? _coordinator->known().action(_appKey) : std::nullopt;
     return action ? std::optional(kindOf(*action)) : std::nullopt;
 }
 
@@ -88,11 +90,12 @@ QString AppUpdateView::tileText() const {
 }
 
 bool AppUpdateView::isHeld() const {
-    return _coordinator && _coordinator->tally().held > 0 && _coordinator->isHeld(_appKey);
+    return _coordinator && _coordinator->known().tally().held > 0 &&
+           _coordinator->known().isHeld(_appKey);
 }
 
 std::optional<QString> AppUpdateView::skipped() const {
-    return _coordinator ? _coordinator->skipped(_appKey) : std::nullopt;
+    return _coordinator ? _coordinator->known().skipped(_appKey) : std::nullopt;
 }
 
 } // namespace tessellar

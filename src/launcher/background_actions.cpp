@@ -177,7 +177,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
     {"updates", [](const Context&) { return update_texts::checkNow(); }, isOfGrid, nullptr,
      [](const Context& c, const QString&) {
          if (c.launcher.updates().isEnabled())
-             c.launcher.updates().checkNow();
+             c.launcher.updates().check();
          return ActionRequest::updates;
      }},
     {"pastRemovals", Texts::noop("Past Removals…"), isOfGrid, nullptr,

@@ -40,7 +40,7 @@ void LauncherUpdates::scanned() {
 
 void LauncherUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
     if (_coordinator)
-        return _coordinator->changeKeys(changedKeys);
+        return _coordinator->known().changeKeys(changedKeys);
     // Changes the file, because the coordinator may not be loaded before the launcher ends. A load in
     // progress is outdated.
     _haveKeysChanged = true;
@@ -80,7 +80,8 @@ void LauncherUpdates::requestLoad() {
 void LauncherUpdates::loaded(StoredUpdates stored) {
     _isLoading = false;
     _coordinator = std::make_unique<AppUpdateCoordinator>(_machine, std::move(stored));
-    _events = _coordinator->events.connect([this](const AppUpdateEvent& event) { handle(event); });
+    _events =
+        _coordinator->known().events.connect([this](const AppUpdateEvent& event) { handle(event); });
     if (_isScheduleWanted)
         _coordinator->start();
     _coordinator->updateApps(_applications.all());
@@ -184,7 +185,7 @@ void LauncherUpdates::feedSmartFolders() {
     facts.updateCheckingEnabled = isEnabled();
     facts.updateStatuses.clear();
     facts.distributionChannels.clear();
-    const AppUpdateStatuses& statuses = _coordinator->statuses();
+    const AppUpdateStatuses& statuses = _coordinator->known().statuses();
     if (facts.updateCheckingEnabled)
         for (auto it = statuses.constBegin(); it != statuses.constEnd(); ++it)
             facts.updateStatuses.insert(it.key(), static_cast<SmartFolderUpdateState>(it->index()));
@@ -192,7 +193,7 @@ void LauncherUpdates::feedSmartFolders() {
                                          SmartFolderDistributionChannel::macAppStore,
                                          SmartFolderDistributionChannel::sparkle};
     for (const AppEntry& app : _applications.all())
-        if (const auto channel = _coordinator->channel(appKey(app)))
+        if (const auto channel = _coordinator->known().channel(appKey(app)))
             facts.distributionChannels.insert(appKey(app), channels[channel->index()]);
     _smartFolders.setRuntimeFacts(std::move(facts));
 }
@@ -202,23 +203,23 @@ AppUpdateView LauncherUpdates::of(const QString& appKey) const { return {_coordi
 // ---- all applications
 
 AppUpdateStatuses LauncherUpdates::knownStatuses() const {
-    return _coordinator ? _coordinator->knownStatuses() : AppUpdateStatuses();
+    return _coordinator ? _coordinator->known().knownStatuses() : AppUpdateStatuses();
 }
 
 qsizetype LauncherUpdates::availableCount() const {
-    return _coordinator ? _coordinator->tally().available : 0;
+    return _coordinator ? _coordinator->known().tally().available : 0;
 }
 
 std::optional<Instant> LauncherUpdates::lastCheck() const {
-    return _coordinator ? _coordinator->lastCheck() : std::nullopt;
+    return _coordinator ? _coordinator->known().lastCheck() : std::nullopt;
 }
 
 QHash<QString, AppUpdateChannel> LauncherUpdates::channels() const {
-    return _coordinator ? _coordinator->channels() : QHash<QString, AppUpdateChannel>();
+    return _coordinator ? _coordinator->known().channels() : QHash<QString, AppUpdateChannel>();
 }
 
 QList<AppUpdateProblem> LauncherUpdates::problems() const {
-    return _coordinator ? _coordinator->problems() : QList<AppUpdateProblem>();
+    return _coordinator ? _coordinator->known().problems() : QList<AppUpdateProblem>();
 }
 
 // ---- settings
@@ -230,20 +231,11 @@ QString LauncherUpdates::summary() const {
     const QString last = date ? dateText(*date, _machine.locale) : QString();
     if (isChecking())
         return update_texts::checking();
-    return update_texts::summary(_coordinator ? _coordinator->tally() : AppUpdateTally(), problems(),
-                                 last);
+    return update_texts::summary(_coordinator ? _coordinator->known().tally() : AppUpdateTally(),
+                                 problems(), last);
 }
 
 // ---- checks
-
-void LauncherUpdates::checkNow() {
-    if (isChecking())
-        return;
-    check({}, {.done = [this](const std::expected<bool, LauncherError>& outcome) {
-              if (!outcome && outcome.error().code != u"alreadyChecking")
-                  _messages.showNotice(outcome.error().message);
-          }});
-}
 
 std::function<void()> LauncherUpdates::check(std::optional<AppUpdateChannelKind> channel,
                                              Watcher watcher) {
@@ -261,6 +253,8 @@ std::function<void()> LauncherUpdates::check(std::optional<AppUpdateChannelKind>
         if (!begun) {
             if (told->done)
                 told->done(std::unexpected(launcherError(begun.error())));
+            else if (begun.error() != AppUpdateError::alreadyChecking)
+                _messages.showNotice(message(begun.error()));
             return;
         }
         _watcher = *told;
@@ -291,7 +285,7 @@ AppUpdateProgress LauncherUpdates::progress() const {
 
 LauncherUpdates::Outcome LauncherUpdates::flush() {
     if (_coordinator)
-        if (const auto saved = _coordinator->flush(); !saved)
+        if (const auto saved = _coordinator->known().flush(); !saved)
             return std::unexpected(launcherError(saved.error()));
     return {};
 }

@@ -92,11 +92,10 @@ public:
         /// Called at the end, or at once with an error. False if cancelled or disabled.
         std::function<void(std::expected<bool, LauncherError>)> done;
     };
-    /// "Check My Installed Apps for Updates"; does nothing if a check is running.
-    void checkNow();
-    /// Starts a check. The returned function cancels it, queued or running, and no other; it may be
-    /// called late or never, but not after this object is destroyed.
-    std::function<void()> check(std::optional<AppUpdateChannelKind> channel, Watcher watcher);
+    /// Starts a check, of all channels or one. Without a `done` it is the user's: nothing happens if a
+    /// check is running, and an error is shown as a notice. The returned function cancels it, queued or
+    /// running, and no other; it may be called late or never, but not after this object is destroyed.
+    std::function<void()> check(std::optional<AppUpdateChannelKind> channel = {}, Watcher watcher = {});
     void cancelCheck();
     bool isChecking() const;
     AppUpdateProgress progress() const;

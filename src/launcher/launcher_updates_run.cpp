@@ -29,18 +29,19 @@ static LauncherError cancelled() {
 LauncherUpdates::Outcome LauncherUpdates::skip(const QString& appKey, bool everyVersion) {
     const auto found = of(appKey).record();
     const auto* update = found ? std::get_if<UpdateAvailable>(&found->knownStatus()) : nullptr;
-    if (!_coordinator || !_coordinator->candidate(appKey))
+    if (!_coordinator || !_coordinator->known().candidate(appKey))
         return std::unexpected(InstalledApplications::unknown(appKey));
     if (!update && !everyVersion)
         return std::unexpected(
             LauncherError{QStringLiteral("noUpdate"), Texts::tr("There is no update to skip."), {}});
-    _coordinator->skip(appKey, everyVersion ? std::nullopt : std::optional(update->latestVersion));
+    _coordinator->known().skip(appKey,
+                               everyVersion ? std::nullopt : std::optional(update->latestVersion));
     return {};
 }
 
 LauncherUpdates::Outcome LauncherUpdates::unskip(const QString& appKey) {
     if (_coordinator)
-        _coordinator->unskip(appKey);
+        _coordinator->known().unskip(appKey);
     return {};
 }
 
@@ -51,7 +52,7 @@ LauncherUpdates::Outcome LauncherUpdates::saved(const QString& appKey,
         return made;
     auto onDisk = flush();
     if (!onDisk) {
-        before ? _coordinator->skip(appKey, before) : _coordinator->unskip(appKey);
+        before ? _coordinator->known().skip(appKey, before) : _coordinator->known().unskip(appKey);
         (void)flush();
     }
     return onDisk;
@@ -102,7 +103,7 @@ QStringList LauncherUpdates::runnable() const {
         const auto known = of(key).status();
         if (!known || !std::holds_alternative<UpdateAvailable>(*known))
             continue;
-        if (const auto action = _coordinator->action(key); action && command(*action))
+        if (const auto action = _coordinator->known().action(key); action && command(*action))
             keys.append(key);
     }
     return keys;
@@ -143,7 +144,7 @@ static bool isContinuedElsewhere(const AppUpdateActionState& state) { return sta
 void LauncherUpdates::startRun(const std::shared_ptr<RunRequest>& request, const QStringList& appKeys,
                                const LauncherAsker& asker) {
     for (const QString& appKey : appKeys)
-        if (!_coordinator->candidate(appKey))
+        if (!_coordinator->known().candidate(appKey))
             return request->end(std::unexpected(InstalledApplications::unknown(appKey)));
     request->stage = Stage::underWay;
     const bool isBegun = _coordinator->runner().update(
@@ -168,7 +169,7 @@ void LauncherUpdates::startRun(const std::shared_ptr<RunRequest>& request, const
 }
 
 QString LauncherUpdates::name(const QString& appKey) const {
-    const AppUpdateCandidate* installed = _coordinator->candidate(appKey);
+    const AppUpdateCandidate* installed = _coordinator->known().candidate(appKey);
     return installed ? installed->name : appKey;
 }
 

@@ -35,8 +35,8 @@ std::optional<qint64> storeItemIdentifier(const QByteArray& spotlightAnswer) {
 /// about the rest.
 class AppStoreUpdateChecker::Discovery final : public AppUpdateWork {
 public:
-    Discovery(AppStoreUpdateChecker& checker, QList<AppUpdateCandidate> unknown, Findings findings)
-        : _checker(checker), _unknown(std::move(unknown)), _findings(std::move(findings)) {
+    Discovery(AppStoreUpdateChecker& checker, QList<AppUpdateCandidate> unknown, AppUpdateSink sink)
+        : _checker(checker), _unknown(std::move(unknown)), _sink(std::move(sink)) {
         _next = checker._machine.scheduler.after(std::chrono::milliseconds(0), [this] { ask(); });
     }
     ~Discovery() override { _stop.request_stop(); }
@@ -49,8 +49,10 @@ private:
     };
 
     void ask() {
-        if (_unknown.isEmpty())
-            return _findings->discovered(_problem);
+        if (_unknown.isEmpty()) {
+            const AppUpdateSink sink = _sink;
+            return sink(DiscoveryEnded{_problem});
+        }
         const AppUpdateCandidate candidate = _unknown.takeFirst();
         const Machine& machine = _checker._machine;
         const QString tool = QStringLiteral("/usr/bin/mdls");
@@ -81,8 +83,8 @@ private:
         const auto alive = _lifetime.watch();
         if (answer.item) {
             _checker._items.insert(appKey, *answer.item);
-            if (answer.item->identifier)
-                _findings->learned();
+            if (const AppUpdateSink sink = _sink; answer.item->identifier)
+                sink(ChannelsLearned());
         } else if (answer.isTimedOut) {
             _problem = AppUpdateReason{AppUpdateReason::Code::noSpotlight, {}};
             _unknown.clear();
@@ -93,7 +95,7 @@ private:
 
     AppStoreUpdateChecker& _checker;
     QList<AppUpdateCandidate> _unknown;
-    Findings _findings;
+    AppUpdateSink _sink;
     std::optional<AppUpdateReason> _problem;
     std::stop_source _stop;
     Lifetime _lifetime;
@@ -101,7 +103,7 @@ private:
 };
 
 std::unique_ptr<AppUpdateWork>
-AppStoreUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, Findings findings) {
+AppStoreUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, AppUpdateSink sink) {
     QSet<QString> installed;
     for (const AppUpdateCandidate& candidate : candidates)
         installed.insert(candidate.appKey);
@@ -110,9 +112,8 @@ AppStoreUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, Fin
     for (const AppUpdateCandidate& candidate : candidates)
         if (candidate.hasStoreReceipt && !item(candidate))
             unknown.append(candidate);
-    return unknown.isEmpty()
-               ? nullptr
-               : std::make_unique<Discovery>(*this, std::move(unknown), std::move(findings));
+    return unknown.isEmpty() ? nullptr
+                             : std::make_unique<Discovery>(*this, std::move(unknown), std::move(sink));
 }
 
 const StoreItem* AppStoreUpdateChecker::item(const AppUpdateCandidate& candidate) const {

@@ -39,7 +39,7 @@ public:
     std::optional<AppUpdateChannel> channel(const AppUpdateCandidate& candidate) const override;
     QString fingerprint(const AppUpdateCandidate&) const override { return recordFingerprint; }
     [[nodiscard]] std::unique_ptr<AppUpdateWork> discover(const QList<AppUpdateCandidate>& candidates,
-                                                          Findings findings) override;
+                                                          AppUpdateSink sink) override;
     void restore(const AppUpdateCache& cache) override { _items = cache.storeItems; }
     void keep(AppUpdateCache& cache) const override { cache.storeItems = _items; }
 

@@ -1,5 +1,8 @@
 #include "updates/app_update_check.h"
 
+#include "updates/app_update_settings.h"
+#include "updates/known_app_updates.h"
+
 #include <algorithm>
 
 namespace tessellar {
@@ -30,69 +33,32 @@ AppUpdateInspection::AppUpdateInspection(Machine& machine, const QList<AppEntry>
             }));
 }
 
-/// Passes one checker's findings to the check.
-class AppUpdateCheck::Findings final : public AppUpdateFindings {
-public:
-    Findings(std::weak_ptr<AppUpdateCheck*> check, std::size_t checker)
-        : _check(std::move(check)), _checker(checker) {}
-    void learned() override {
-        if (AppUpdateCheck* const told = check())
-            told->learned();
-    }
-    void discovered(const std::optional<AppUpdateReason>& problem) override {
-        if (AppUpdateCheck* const told = check())
-            told->discovered(_checker, problem);
-    }
-    void began(const QString& appKey) override {
-        if (AppUpdateCheck* const told = check())
-            told->began(appKey);
-    }
-    void ended(const QString& appKey, const AppUpdateVerdict& verdict) override {
-        if (AppUpdateCheck* const told = check())
-            told->ended(_checker, appKey, verdict);
-    }
-
-private:
-    /// Null once the check is destroyed. Does not keep the token: a notification may destroy the check,
-    /// which watches the token to notice.
-    AppUpdateCheck* check() const {
-        const auto alive = _check.lock();
-        return alive ? *alive : nullptr;
-    }
-
-    std::weak_ptr<AppUpdateCheck*> _check;
-    std::size_t _checker;
-};
-
-AppUpdateCheck::AppUpdateCheck(Machine& machine, const Checkers& checkers, const QList<AppEntry>& apps,
-                               AppUpdateCheckRequest request, Listener& listener)
+AppUpdateCheck::AppUpdateCheck(Machine& machine, KnownAppUpdates& known, const QList<AppEntry>& apps,
+                               AppUpdateCheckRequest request, Ended ended)
     : _machine(machine)
-    , _checkers(checkers)
+    , _known(known)
     , _request(std::move(request))
-    , _listener(listener)
-    , _checking(checkers.size()) {
+    , _ended(std::move(ended))
+    , _checking(known.checkers().size()) {
     _inspection.emplace(machine, apps,
-                        [this](const QList<AppUpdateCandidate>& found) { begin(found); });
+                        [this](const QList<AppUpdateCandidate>& found) { inspected(found); });
 }
 
 AppUpdateCheck::~AppUpdateCheck() = default;
 
-void AppUpdateCheck::begin(const QList<AppUpdateCandidate>& candidates) {
+void AppUpdateCheck::inspected(const QList<AppUpdateCandidate>& candidates) {
     _candidates = candidates;
     for (qsizetype i = 0; i < _candidates.size(); ++i)
         _places.insert(_candidates[i].appKey, i);
-    const std::weak_ptr<AppUpdateCheck*> alive = _alive;
-    _listener.inspected(*this, candidates);
-    if (alive.expired())
-        return;
-    for (std::size_t i = 0; i < _checkers.size(); ++i)
-        if (isToDiscover(*_checkers[i]))
-            if (auto work =
-                    _checkers[i]->discover(_candidates, std::make_shared<Findings>(_alive, i))) {
+    _known.updateCandidates(candidates);
+    const auto& checkers = _known.checkers();
+    for (std::size_t i = 0; i < checkers.size(); ++i)
+        if (isToDiscover(*checkers[i]))
+            if (auto work = checkers[i]->discover(_candidates, sink(i))) {
                 ++_discoveries;
                 _discovering.push_back(std::move(work));
             }
-    reassign();
+    assign();
 }
 
 /// A full check asks all tools; others ask those that their applications need, and those that were
@@ -111,27 +77,26 @@ bool AppUpdateCheck::isWanted(const AppUpdateCandidate& candidate) const {
     return !_request.appKeys || _request.appKeys->contains(candidate.appKey);
 }
 
-/// Assigns each application to the first checker that is responsible for it, and takes it away from the
-/// previous one.
+AppUpdateSink AppUpdateCheck::sink(std::size_t checker) {
+    return _lifetime.guard(
+        [this, checker](const AppUpdateFinding& finding) { handle(checker, finding); });
+}
+
+/// Hands each application to the first checker that claims it, and takes it away from the previous one.
 void AppUpdateCheck::assign() {
-    std::vector<QList<AppUpdateCandidate>> shares(_checkers.size());
+    _learning.cancel();
+    std::vector<QList<AppUpdateCandidate>> shares(_checking.size());
     for (const AppUpdateCandidate& candidate : std::as_const(_candidates)) {
         if (!isWanted(candidate))
             continue;
-        std::size_t owner = 0;
-        while (owner < _checkers.size() && !_checkers[owner]->channel(candidate))
-            ++owner;
-        if (owner < _checkers.size() && _request.channel &&
-            *_request.channel != _checkers[owner]->kind())
-            owner = _checkers.size();
-        const auto before = _assigned.constFind(candidate.appKey);
-        const std::size_t had = before == _assigned.constEnd() ? _checkers.size() : *before;
+        const std::size_t owner = ownerOf(candidate);
+        const std::size_t had = _assigned.value(candidate.appKey, nobody);
         if (owner == had)
             continue;
-        if (had < _checkers.size())
+        if (had != nobody)
             for (const auto& work : _checking[had])
                 work->forget(candidate.appKey);
-        if (owner == _checkers.size()) {
+        if (owner == nobody) {
             _assigned.remove(candidate.appKey);
             _left.remove(candidate.appKey);
             continue;
@@ -142,65 +107,76 @@ void AppUpdateCheck::assign() {
     }
     for (std::size_t i = 0; i < shares.size(); ++i)
         if (!shares[i].isEmpty())
-            _checking[i].push_back(
-                _checkers[i]->check(shares[i], std::make_shared<Findings>(_alive, i)));
+            _checking[i].push_back(_known.checkers()[i]->check(shares[i], sink(i)));
     _progress.total = _assigned.size();
     _progress.checked = _assigned.size() - _left.size();
-}
-
-/// Debounced: tools may report one application after another.
-void AppUpdateCheck::learned() {
-    if (!_learning.isActive())
-        _learning = _machine.scheduler.after(learnDelay, [this] { reassign(); });
-}
-
-void AppUpdateCheck::reassign() {
-    _learning.cancel();
-    assign();
-    const std::weak_ptr<AppUpdateCheck*> alive = _alive;
-    _listener.channelsLearned(*this);
+    const auto alive = _lifetime.watch();
+    _known.channelsLearned();
     if (!alive.expired())
-        _listener.progressed(*this);
-    if (!alive.expired())
-        endIfOver();
+        progressed();
 }
 
-void AppUpdateCheck::discovered(std::size_t checker, const std::optional<AppUpdateReason>& problem) {
-    --_discoveries;
-    if (problem)
-        _problems.append({_checkers[checker]->kind(), *problem});
-    reassign();
+/// The checker that is to check it, or `nobody`.
+std::size_t AppUpdateCheck::ownerOf(const AppUpdateCandidate& candidate) const {
+    const auto& checkers = _known.checkers();
+    const auto owner = std::ranges::find_if(
+        checkers, [&](const auto& checker) { return checker->channel(candidate).has_value(); });
+    const bool counts =
+        owner != checkers.end() && (!_request.channel || *_request.channel == (*owner)->kind());
+    return counts ? static_cast<std::size_t>(owner - checkers.begin()) : nobody;
 }
 
-void AppUpdateCheck::began(const QString& appKey) {
-    if (!_left.contains(appKey))
+/// All that checkers report.
+void AppUpdateCheck::handle(std::size_t checker, const AppUpdateFinding& finding) {
+    if (std::holds_alternative<ChannelsLearned>(finding)) {
+        // Debounced: tools may report one application after another.
+        if (!_learning.isActive())
+            _learning = _machine.scheduler.after(learnDelay, [this] { assign(); });
+    } else if (const auto* discovery = std::get_if<DiscoveryEnded>(&finding)) {
+        --_discoveries;
+        if (discovery->problem)
+            _problems.append({_known.checkers()[checker]->kind(), *discovery->problem});
+        assign();
+    } else if (const auto* begun = std::get_if<AppCheckBegan>(&finding)) {
+        if (!_left.contains(begun->appKey))
+            return;
+        _progress.currentAppKey = begun->appKey;
+        _progress.currentAppName = _candidates.at(_places.value(begun->appKey)).name;
+        progressed();
+    } else {
+        const auto& [appKey, verdict] = std::get<AppCheckEnded>(finding);
+        if (!_left.contains(appKey) || _assigned.value(appKey, nobody) != checker)
+            return;
+        if (!isUpdateCheckingEnabled(_machine.settings))
+            return end(false);
+        const AppUpdateCandidate candidate = _candidates.at(_places.value(appKey));
+        _left.remove(appKey);
+        ++_progress.checked;
+        const auto alive = _lifetime.watch();
+        _known.record(candidate, *_known.checkers()[checker], verdict, _replaced);
+        if (!alive.expired())
+            progressed();
+    }
+}
+
+/// Tells of the progress, and of the end once all have ended.
+void AppUpdateCheck::progressed() {
+    const auto alive = _lifetime.watch();
+    if (_request.isShown)
+        _known.notify(AppUpdateEvent::Kind::progressed);
+    if (alive.expired() || !_left.isEmpty() || _discoveries > 0 || _ending.isActive())
         return;
-    _progress.currentAppKey = appKey;
-    _progress.currentAppName = _candidates.at(_places.value(appKey)).name;
-    _listener.progressed(*this);
+    _ending = _machine.scheduler.after(std::chrono::milliseconds(0), [this] {
+        if (_left.isEmpty() && _discoveries == 0)
+            end(true);
+    });
 }
 
-void AppUpdateCheck::ended(std::size_t checker, const QString& appKey,
-                           const AppUpdateVerdict& verdict) {
-    if (!_left.contains(appKey) || _assigned.value(appKey, _checkers.size()) != checker)
-        return;
-    const AppUpdateCandidate candidate = _candidates.at(_places.value(appKey));
-    _left.remove(appKey);
-    ++_progress.checked;
-    const std::weak_ptr<AppUpdateCheck*> alive = _alive;
-    _listener.found(*this, candidate, *_checkers[checker], verdict);
-    if (!alive.expired())
-        _listener.progressed(*this);
-    if (!alive.expired())
-        endIfOver();
+void AppUpdateCheck::end(bool completed) {
+    const Ended ended = std::move(_ended);
+    ended(*this, completed); // may destroy this object
 }
 
-void AppUpdateCheck::endIfOver() {
-    if (_left.isEmpty() && _discoveries == 0 && !_ending.isActive())
-        _ending = _machine.scheduler.after(std::chrono::milliseconds(0), [this] {
-            if (_left.isEmpty() && _discoveries == 0)
-                _listener.ended(*this);
-        });
-}
+void AppUpdateCheck::revert() { _known.revert(_replaced); }
 
 } // namespace tessellar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/lifetime.h"
 #include "updates/app_update_checker.h"
 
 #include <QSet>
@@ -7,6 +8,8 @@
 #include <vector>
 
 namespace tessellar {
+
+class KnownAppUpdates;
 
 /// The progress of a check.
 struct AppUpdateProgress {
@@ -23,6 +26,7 @@ struct AppUpdateCheckRequest {
     std::optional<AppUpdateChannelKind> channel; ///< only those of this channel
     std::optional<QStringList> appKeys;          ///< only these
     bool asksAllTools = false; ///< asks tools again which applications they own, even if known
+    bool isShown = false;      ///< to the user, with its progress; set by the coordinator
 
     bool isFull() const { return !channel && !appKeys; }
 };
@@ -41,35 +45,25 @@ private:
     std::vector<Task> _tasks;
 };
 
-/// One check of many applications, in four steps:
+/// One check of many applications, from its request to its last verdict:
 ///
-/// 1. Bundles are read.
-/// 2. All channels are queried at once about the applications known to be theirs, while channels that
-///    depend on tools ask them which applications they own now.
-/// 3. If ownership changes, the application is moved to its new channel.
-/// 4. Verdicts are reported as they arrive. The check ends with the last one, once all tools have
-///    answered.
+/// 1. Bundles are read (`inspected`).
+/// 2. All channels are queried at once about the applications known to be theirs (`assign`), while
+///    channels that depend on tools ask them which applications they own now.
+/// 3. Checkers report to `handle`. If ownership changes, the application is moved to its new channel.
+/// 4. Each verdict is recorded in the known updates, which tell everybody else. The check ends with the
+///    last one, once all tools have answered.
 ///
-/// Channels never wait for each other. Destroying it cancels it silently; listeners may destroy it.
+/// Channels never wait for each other. Destroying it cancels it silently; whoever is told may destroy
+/// it.
 class AppUpdateCheck {
 public:
-    /// Receives everything that a check reports.
-    class Listener {
-    public:
-        virtual ~Listener() = default;
-        virtual void inspected(AppUpdateCheck& check, const QList<AppUpdateCandidate>& found) = 0;
-        /// Tools have reported which applications they own.
-        virtual void channelsLearned(AppUpdateCheck& check) = 0;
-        virtual void progressed(AppUpdateCheck& check) = 0;
-        virtual void found(AppUpdateCheck& check, const AppUpdateCandidate& candidate,
-                           const AppUpdateChecker& checker, const AppUpdateVerdict& verdict) = 0;
-        virtual void ended(AppUpdateCheck& check) = 0;
-    };
-    using Checkers = std::vector<std::unique_ptr<AppUpdateChecker>>;
+    /// False if checking has been disabled, which ends the check.
+    using Ended = std::function<void(AppUpdateCheck& check, bool completed)>;
 
     /// `apps` are all installed applications.
-    AppUpdateCheck(Machine& machine, const Checkers& checkers, const QList<AppEntry>& apps,
-                   AppUpdateCheckRequest request, Listener& listener);
+    AppUpdateCheck(Machine& machine, KnownAppUpdates& known, const QList<AppEntry>& apps,
+                   AppUpdateCheckRequest request, Ended ended);
     ~AppUpdateCheck();
     AppUpdateCheck(const AppUpdateCheck&) = delete;
     AppUpdateCheck& operator=(const AppUpdateCheck&) = delete;
@@ -77,28 +71,30 @@ public:
     const AppUpdateCheckRequest& request() const { return _request; }
     const AppUpdateProgress& progress() const { return _progress; }
     const QList<AppUpdateProblem>& problems() const { return _problems; }
+    /// Restores the records that it has replaced.
+    void revert();
 
 private:
-    class Findings;
     static constexpr std::chrono::milliseconds learnDelay{20};
+    static constexpr std::size_t nobody = -1; ///< no checker
 
-    void begin(const QList<AppUpdateCandidate>& candidates);
+    void inspected(const QList<AppUpdateCandidate>& candidates);
     bool isToDiscover(const AppUpdateChecker& checker) const;
     bool isWanted(const AppUpdateCandidate& candidate) const;
+    AppUpdateSink sink(std::size_t checker);
     void assign();
-    void learned();
-    void reassign();
-    void discovered(std::size_t checker, const std::optional<AppUpdateReason>& problem);
-    void began(const QString& appKey);
-    void ended(std::size_t checker, const QString& appKey, const AppUpdateVerdict& verdict);
-    void endIfOver();
+    std::size_t ownerOf(const AppUpdateCandidate& candidate) const;
+    void handle(std::size_t checker, const AppUpdateFinding& finding);
+    void progressed();
+    void end(bool completed);
 
     Machine& _machine;
-    const Checkers& _checkers;
+    KnownAppUpdates& _known;
     AppUpdateCheckRequest _request;
-    Listener& _listener;
+    Ended _ended;
     AppUpdateProgress _progress;
     QList<AppUpdateProblem> _problems;
+    QHash<QString, std::optional<AppUpdateRecord>> _replaced; ///< records, by app key
 
     QList<AppUpdateCandidate> _candidates;
     QHash<QString, qsizetype> _places;     ///< by app key, indices into `_candidates`
@@ -111,7 +107,7 @@ private:
     std::vector<std::vector<std::unique_ptr<AppUpdateWork>>> _checking; ///< by checker
     Timer _learning;
     Timer _ending;
-    std::shared_ptr<AppUpdateCheck*> _alive = std::make_shared<AppUpdateCheck*>(this);
+    Lifetime _lifetime;
 };
 
 } // namespace tessellar

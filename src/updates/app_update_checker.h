@@ -3,23 +3,27 @@
 #include "updates/app_update_candidate.h"
 #include "updates/app_update_records.h"
 
+#include <functional>
 #include <memory>
+#include <variant>
 
 namespace tessellar {
 
-/// Receives a checker's results, on the main thread, never before the call that started the work has
-/// returned. Each application given to `check` gets exactly one verdict.
-class AppUpdateFindings {
-public:
-    virtual ~AppUpdateFindings() = default;
-    /// Results of `channel` may have changed.
-    virtual void learned() = 0;
-    /// `discover` has ended; `problem` is why it may be incomplete.
-    virtual void discovered(const std::optional<AppUpdateReason>& problem) = 0;
-    /// The check of an application has started.
-    virtual void began(const QString& appKey) = 0;
-    virtual void ended(const QString& appKey, const AppUpdateVerdict& verdict) = 0;
+// What a checker reports of its work.
+struct ChannelsLearned {}; ///< results of `channel` may have changed
+struct DiscoveryEnded {
+    std::optional<AppUpdateReason> problem; ///< why it may be incomplete
 };
+struct AppCheckBegan {
+    QString appKey;
+};
+struct AppCheckEnded {
+    QString appKey;
+    AppUpdateVerdict verdict;
+};
+using AppUpdateFinding = std::variant<ChannelsLearned, DiscoveryEnded, AppCheckBegan, AppCheckEnded>;
+/// Receives them on the main thread, never before the call that started the work has returned.
+using AppUpdateSink = std::function<void(const AppUpdateFinding&)>;
 
 /// A checker's running work; destroying it cancels it silently.
 class AppUpdateWork {
@@ -33,8 +37,6 @@ public:
 /// thread only; blocking work runs on workers.
 class AppUpdateChecker {
 public:
-    using Findings = std::shared_ptr<AppUpdateFindings>;
-
     virtual ~AppUpdateChecker() = default;
 
     virtual AppUpdateChannelKind kind() const = 0;
@@ -43,17 +45,17 @@ public:
     virtual std::optional<AppUpdateChannel> channel(const AppUpdateCandidate& candidate) const = 0;
     /// The source fingerprint for this checker's record of an application.
     virtual QString fingerprint(const AppUpdateCandidate& candidate) const = 0;
-    /// Checks applications of this channel.
+    /// Checks applications of this channel; each gets exactly one verdict.
     [[nodiscard]] virtual std::unique_ptr<AppUpdateWork> check(QList<AppUpdateCandidate> candidates,
-                                                               Findings findings) = 0;
+                                                               AppUpdateSink sink) = 0;
 
     // For checkers that cannot recognize their applications by bundle alone.
     /// False until tools have been asked which applications belong to this checker.
     virtual bool isDiscovered() const { return true; }
     /// Asks tools which of these applications belong to this checker; null if bundles suffice.
     [[nodiscard]] virtual std::unique_ptr<AppUpdateWork>
-    discover(const QList<AppUpdateCandidate>& candidates, Findings findings) {
-        (void)candidates, (void)findings;
+    discover(const QList<AppUpdateCandidate>& candidates, AppUpdateSink sink) {
+        (void)candidates, (void)sink;
         return nullptr;
     }
     /// Restore and save the checker's persistent state.

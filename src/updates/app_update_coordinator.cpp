@@ -1,9 +1,6 @@
 #include "updates/app_update_coordinator.h"
 
 #include "platform/texts.h"
-#include "updates/app_store_update_checker.h"
-#include "updates/app_update_texts.h"
-#include "updates/sparkle_update_checker.h"
 
 #include <algorithm>
 
@@ -25,22 +22,14 @@ QString message(AppUpdateError error) {
 
 AppUpdateCoordinator::AppUpdateCoordinator(Machine& machine, StoredUpdates stored)
     : _machine(machine)
-    , _store(std::move(stored.store))
-    , _cache(std::move(stored.cache))
+    , _known(machine, std::move(stored.store), std::move(stored.cache))
     , _interruptedRun(std::move(stored.run))
     , _settings(readAppUpdateSettings(machine.settings))
-    , _lanes(machine.workers)
-    , _runner(machine, *this) {
-    auto homebrew = std::make_unique<HomebrewUpdateChecker>(machine, _lanes);
-    _homebrew = homebrew.get();
-    _checkers.push_back(std::move(homebrew));
-    _checkers.push_back(std::make_unique<AppStoreUpdateChecker>(machine, _lanes));
-    _checkers.push_back(std::make_unique<SparkleUpdateChecker>(machine));
-    for (const auto& checker : _checkers)
-        checker->restore(_cache);
-}
+    , _runner(machine, _known, [this](const QStringList& appKeys, std::function<void()> done) {
+        verify(appKeys, std::move(done));
+    }) {}
 
-AppUpdateCoordinator::~AppUpdateCoordinator() { (void)flush(); }
+AppUpdateCoordinator::~AppUpdateCoordinator() = default;
 
 // ---- applications and their channels
 
@@ -53,36 +42,27 @@ void AppUpdateCoordinator::updateApps(const QList<AppEntry>& apps) {
 }
 
 void AppUpdateCoordinator::appsInspected(const QList<AppUpdateCandidate>& inspected) {
-    _hasNewcomers =
-        _hasNewcomers ||
-        (_areAppsInspected && std::ranges::any_of(inspected, [this](const AppUpdateCandidate& found) {
-             const AppUpdateCandidate* known = candidate(found.appKey);
-             return !known || known->resolvedPath != found.resolvedPath;
-         }));
-    _candidates.clear();
-    for (const AppUpdateCandidate& found : inspected)
-        _candidates.insert(found.appKey, found);
+    const bool haveNewcomers = _known.setCandidates(inspected);
+    _hasNewcomers = _hasNewcomers || (_areAppsInspected && haveNewcomers);
     _areAppsInspected = true;
     const auto alive = _lifetime.watch();
-    publish();
+    _known.publish();
     if (!alive.expired())
-        events.notify({AppUpdateEvent::Kind::inspected, {}});
+        _known.events.notify({AppUpdateEvent::Kind::inspected, {}});
     if (alive.expired())
         return;
     if (_isStarted && _interruptedRun)
         _runner.resume(*std::exchange(_interruptedRun, std::nullopt));
     // Tools are slow. They are asked about new applications only if they are known to own any.
-    const bool isHomebrewUsed = std::ranges::any_of(
-        _candidates, [this](const auto& known) { return _homebrew->channel(known).has_value(); });
     if (!areChannelsKnown() &&
-        (!_waitingForChannels.empty() || (_isStarted && isEnabled() && isHomebrewUsed)))
+        (!_waitingForChannels.empty() || (_isStarted && isEnabled() && _known.isHomebrewUsed())))
         askForChannels();
     else
         channelsAsked();
 }
 
 bool AppUpdateCoordinator::areChannelsKnown() const {
-    return !_hasNewcomers && std::ranges::all_of(_checkers, &AppUpdateChecker::isDiscovered);
+    return !_hasNewcomers && std::ranges::all_of(_known.checkers(), &AppUpdateChecker::isDiscovered);
 }
 
 void AppUpdateCoordinator::learnChannels(std::function<void()> done) {
@@ -98,13 +78,10 @@ void AppUpdateCoordinator::learnChannels(std::function<void()> done) {
 void AppUpdateCoordinator::askForChannels() {
     if (std::exchange(_isAskingForChannels, true))
         return;
-    begin(
-        {.appKeys = QStringList(), .asksAllTools = true},
-        [this](bool) {
-            _isAskingForChannels = false;
-            channelsAsked();
-        },
-        false);
+    begin({.appKeys = QStringList(), .asksAllTools = true}, [this](bool) {
+        _isAskingForChannels = false;
+        channelsAsked();
+    });
 }
 
 void AppUpdateCoordinator::channelsAsked() {
@@ -118,17 +95,9 @@ void AppUpdateCoordinator::channelsAsked() {
     recheckStale();
 }
 
-/// Rechecks applications whose record is of another version, or of a checker that has changed.
 void AppUpdateCoordinator::recheckStale() {
-    if (!_isStarted || !isEnabled() || isChecking())
-        return;
-    QStringList stale;
-    for (auto it = _cache.records.constBegin(); it != _cache.records.constEnd(); ++it) {
-        const AppUpdateCandidate* known = candidate(it.key());
-        if (known && checkerOf(*known) && !isValid(*it, *known))
-            stale.append(it.key());
-    }
-    recheck(stale, {});
+    if (_isStarted && isEnabled() && !isChecking())
+        recheck(_known.stale(), {});
 }
 
 /// Runs concurrently with other checks, but skips what another recheck is already checking.
@@ -142,13 +111,18 @@ void AppUpdateCoordinator::recheck(const QStringList& appKeys, std::function<voi
                 });
     if (wanted.isEmpty() && !done)
         return;
-    begin(
-        {.appKeys = wanted},
-        [done = std::move(done)](bool) {
-            if (done)
-                done();
-        },
-        false);
+    begin({.appKeys = wanted}, [done = std::move(done)](bool) {
+        if (done)
+            done();
+    });
+}
+
+/// After an update.
+void AppUpdateCoordinator::verify(const QStringList& appKeys, std::function<void()> done) {
+    if (isEnabled())
+        return recheck(appKeys, std::move(done));
+    // Reinspected, but not checked.
+    begin({.appKeys = QStringList()}, [done = std::move(done)](bool) { done(); });
 }
 
 // ---- schedule
@@ -179,15 +153,15 @@ void AppUpdateCoordinator::schedule() {
     _scheduleTask.cancel();
     _settings = readAppUpdateSettings(_machine.settings);
     // A running full check reschedules when it ends.
-    const Running* running = shown();
+    const AppUpdateCheck* running = shown();
     if (!_isStarted || !_settings.enabled || !_areAppsInspected ||
-        (running && running->check->request().isFull()))
+        (running && running->request().isFull()))
         return;
     const Instant now = _machine.clock.now();
     const auto left = [&](const std::optional<Instant>& since) {
         return since ? _settings.period() - (now - *since) : std::chrono::duration<double>::zero();
     };
-    auto wait = left(_cache.lastCheck);
+    auto wait = left(_known.lastCheck());
     if (!(wait.count() > 0))
         wait = left(_cancelledAt); // whoever cancelled a check does not want it again at once
     if (_retryAt) {
@@ -208,8 +182,8 @@ void AppUpdateCoordinator::schedule() {
 }
 
 void AppUpdateCoordinator::checkDue() {
-    const bool isRetry = _retryAt && _cache.lastCheck &&
-                         _settings.period() - (_machine.clock.now() - *_cache.lastCheck) >
+    const bool isRetry = _retryAt && _known.lastCheck() &&
+                         _settings.period() - (_machine.clock.now() - *_known.lastCheck()) >
                              std::chrono::duration<double>::zero();
     if (isRetry) // the interval has not passed
         return retry();
@@ -221,27 +195,18 @@ void AppUpdateCoordinator::checkDue() {
 /// Retries only what failed: the applications, and the channels whose tools did.
 void AppUpdateCoordinator::retry() {
     _retryAt.reset();
-    const auto left = std::make_shared<qsizetype>(_cache.problems.size() + 1);
+    const QList<AppUpdateProblem> problems = _known.problems();
+    const auto left = std::make_shared<qsizetype>(problems.size() + 1);
     const auto over = [this, left] {
         if (--*left > 0)
             return;
         planRetry();
         schedule();
     };
-    const QStringList failed = transientlyFailed();
-    for (const AppUpdateProblem& problem : QList<AppUpdateProblem>(_cache.problems))
-        begin(
-            {.channel = problem.channel}, [over](bool) { over(); }, false);
+    const QStringList failed = _known.transientlyFailed();
+    for (const AppUpdateProblem& problem : problems)
+        begin({.channel = problem.channel}, [over](bool) { over(); });
     recheck(failed, over);
-}
-
-QStringList AppUpdateCoordinator::transientlyFailed() const {
-    QStringList failed;
-    for (auto it = _candidates.constBegin(); it != _candidates.constEnd(); ++it)
-        if (const auto known = record(it.key());
-            known && hasFailed(known->status) && known->reason && isTransient(*known->reason))
-            failed.append(it.key());
-    return failed;
 }
 
 /// With increasing delays, much shorter than the regular interval.
@@ -249,8 +214,8 @@ void AppUpdateCoordinator::planRetry() {
     using std::chrono::minutes;
     static constexpr std::array pauses{minutes(1), minutes(5), minutes(15), minutes(60), minutes(180)};
     const bool isProblem = std::ranges::any_of(
-        _cache.problems, [](const AppUpdateProblem& problem) { return isTransient(problem.reason); });
-    if (!isProblem && transientlyFailed().isEmpty()) {
+        _known.problems(), [](const AppUpdateProblem& problem) { return isTransient(problem.reason); });
+    if (!isProblem && _known.transientlyFailed().isEmpty()) {
         _retries = 0;
         _retryAt.reset();
         return;
@@ -261,20 +226,15 @@ void AppUpdateCoordinator::planRetry() {
 
 // ---- checks
 
-const AppUpdateCoordinator::Running* AppUpdateCoordinator::shown() const {
-    const auto found = std::ranges::find(_running, true, &Running::isShown);
-    return found == _running.end() ? nullptr : &*found;
-}
-
-AppUpdateCoordinator::RunningChecks::iterator
-AppUpdateCoordinator::runningOf(const AppUpdateCheck& check) {
-    return std::ranges::find_if(_running,
-                                [&](const Running& running) { return running.check.get() == &check; });
+AppUpdateCheck* AppUpdateCoordinator::shown() const {
+    const auto found = std::ranges::find_if(
+        _running, [](const Running& running) { return running.check->request().isShown; });
+    return found == _running.end() ? nullptr : found->check.get();
 }
 
 AppUpdateProgress AppUpdateCoordinator::progress() const {
-    const Running* running = shown();
-    return running ? running->check->progress() : _lastProgress;
+    const AppUpdateCheck* running = shown();
+    return running ? running->progress() : _lastProgress;
 }
 
 std::expected<void, AppUpdateError> AppUpdateCoordinator::check(const AppUpdateCheckRequest& request,
@@ -289,124 +249,53 @@ std::expected<void, AppUpdateError> AppUpdateCoordinator::check(const AppUpdateC
                 return std::unexpected(AppUpdateError::unknownApp);
     if (request.isFull())
         _scheduleTask.cancel();
-    begin(request, std::move(done), true);
-    events.notify({AppUpdateEvent::Kind::progressed, {}});
+    AppUpdateCheckRequest seen = request;
+    seen.isShown = true;
+    begin(std::move(seen), std::move(done));
+    _known.events.notify({AppUpdateEvent::Kind::progressed, {}});
     return {};
 }
 
-void AppUpdateCoordinator::begin(const AppUpdateCheckRequest& request, std::function<void(bool)> done,
-                                 bool isShown) {
-    AppUpdateCheck::Listener& listener = *this;
-    _running.push_back({std::make_unique<AppUpdateCheck>(_machine, _checkers, _apps, request, listener),
-                        std::move(done),
-                        {},
-                        isShown});
+void AppUpdateCoordinator::begin(AppUpdateCheckRequest request, std::function<void(bool)> done) {
+    const auto ended = [this](AppUpdateCheck& check, bool completed) {
+        completed ? end(check, true) : switchedOff();
+    };
+    _running.push_back(
+        {std::make_unique<AppUpdateCheck>(_machine, _known, _apps, std::move(request), ended),
+         std::move(done)});
 }
 
-void AppUpdateCoordinator::inspected(AppUpdateCheck&, const QList<AppUpdateCandidate>& found) {
-    for (const AppUpdateCandidate& candidate : found)
-        _candidates.insert(candidate.appKey, candidate);
-}
-
-void AppUpdateCoordinator::channelsLearned(AppUpdateCheck&) {
-    keepChannels();
-    publish();
-}
-
-void AppUpdateCoordinator::progressed(AppUpdateCheck& check) {
-    const auto running = runningOf(check);
-    if (running == _running.end() || !running->isShown)
-        return;
-    const auto alive = _lifetime.watch();
-    events.notify({AppUpdateEvent::Kind::progressed, {}});
-    if (!alive.expired())
-        publish();
-}
-
-void AppUpdateCoordinator::found(AppUpdateCheck& check, const AppUpdateCandidate& checked,
-                                 const AppUpdateChecker& checker, const AppUpdateVerdict& verdict) {
-    if (!isEnabled())
-        return switchedOff();
-    const auto running = runningOf(check);
-    const QString& appKey = checked.appKey;
-    const AppUpdateCandidate* known = candidate(appKey);
-    // If it was removed or updated meanwhile, it is checked again anyway.
-    if (running == _running.end() || !known || !known->isSameRelease(checked))
-        return;
-    AppUpdateRecord record{.status = verdict.status,
-                           .checkedAt = _machine.clock.now(),
-                           .installedVersion = checked.version,
-                           .installedBuild = checked.build,
-                           .sourceFingerprint = checker.fingerprint(checked),
-                           .reason = verdict.reason,
-                           .notes = verdict.notes};
-    const auto before = _cache.records.constFind(appKey);
-    const bool isFirst = before == _cache.records.constEnd();
-    if (!isFirst && hasFailed(verdict.status) && before->installedVersion == checked.version &&
-        !hasFailed(before->knownStatus())) {
-        record.lastKnownStatus = before->knownStatus();
-        record.notes = before->notes;
-    }
-    if (!running->replaced.contains(appKey))
-        running->replaced.insert(appKey, isFirst ? std::nullopt : std::optional(*before));
-    _cache.records.insert(appKey, record);
-    askForSave();
-    const auto alive = _lifetime.watch();
-    publish();
-    if (!alive.expired())
-        events.notify({AppUpdateEvent::Kind::recorded, appKey});
-}
-
-void AppUpdateCoordinator::ended(AppUpdateCheck& check) {
-    if (const auto running = runningOf(check); running != _running.end())
-        end(running, true);
-}
-
-void AppUpdateCoordinator::end(RunningChecks::iterator place, bool completed) {
+void AppUpdateCoordinator::end(AppUpdateCheck& check, bool completed) {
+    const auto place = std::ranges::find_if(
+        _running, [&](const Running& running) { return running.check.get() == &check; });
     RunningChecks over; // removed from the list before anyone is notified
     over.splice(over.begin(), _running, place);
-    const Running& running = over.front();
-    const AppUpdateCheckRequest request = running.check->request();
-    if (running.isShown)
-        _lastProgress = running.check->progress();
+    const AppUpdateCheckRequest& request = check.request();
+    if (request.isShown)
+        _lastProgress = check.progress();
     if (completed && (request.isFull() || request.asksAllTools))
         _hasNewcomers = false;
-    if (completed && (request.isFull() || request.channel)) {
-        _cache.problems.removeIf([&](const AppUpdateProblem& problem) {
-            return !request.channel || problem.channel == *request.channel;
-        });
-        for (const AppUpdateProblem& problem : running.check->problems())
-            if (!_cache.problems.contains(problem))
-                _cache.problems.append(problem);
-    }
+    if (completed)
+        _known.conclude(request, check.problems());
     if (completed && request.isFull()) {
-        // Applications that are not there now may only be out of sight.
-        static constexpr std::chrono::duration<double> patience = std::chrono::days(90);
-        _cache.records.removeIf([this](const auto& entry) {
-            return !_candidates.contains(entry.key()) &&
-                   _machine.clock.now() - entry.value().checkedAt > patience;
-        });
         // A check without any answer does not count: the next one need not wait for the interval.
-        refreshStatuses();
-        const qsizetype answered = _tally.upToDate + _tally.unsupported +
-                                   (_tally.failed > 0 ? 0 : _tally.available + _tally.held);
-        const bool wasUseless = answered == 0 && (_tally.failed > 0 || !_cache.problems.isEmpty());
+        const AppUpdateTally& tally = _known.tally();
+        const qsizetype answered =
+            tally.upToDate + tally.unsupported + (tally.failed > 0 ? 0 : tally.available + tally.held);
+        const bool wasUseless = answered == 0 && (tally.failed > 0 || !_known.problems().isEmpty());
         planRetry();
         // Permanent errors are not retried before the interval has passed.
         if (!wasUseless || !_retryAt)
-            _cache.lastCheck = _machine.clock.now();
+            _known.setLastCheck(_machine.clock.now());
     }
-    keepChannels();
-    askForSave();
+    const std::function<void(bool)>& done = over.front().done;
     const auto alive = _lifetime.watch();
-    if (running.done) // whoever waits for the end must see the results
-        _publishThrottleTask.cancel();
-    publish();
-    if (running.isShown && !alive.expired())
-        events.notify({AppUpdateEvent::Kind::progressed, {}});
-    if (running.done && !alive.expired())
-        running.done(completed);
-    if (alive.expired() || !running.isShown)
+    _known.channelsLearned(done != nullptr); // whoever waits for the end must see the results
+    if (request.isShown && !alive.expired())
+        _known.events.notify({AppUpdateEvent::Kind::progressed, {}});
+    if (done && !alive.expired())
+        done(completed);
+    if (alive.expired() || !request.isShown)
         return;
     if (std::exchange(_isCheckDue, false) && !isChecking() && isEnabled())
         (void)this->check();
@@ -417,12 +306,12 @@ void AppUpdateCoordinator::end(RunningChecks::iterator place, bool completed) {
 }
 
 void AppUpdateCoordinator::cancelCheck() {
-    const auto found = std::ranges::find(_running, true, &Running::isShown);
-    if (found == _running.end())
+    AppUpdateCheck* running = shown();
+    if (!running)
         return;
-    if (found->check->request().isFull())
+    if (running->request().isFull())
         _cancelledAt = _machine.clock.now();
-    end(found, false);
+    end(*running, false);
 }
 
 void AppUpdateCoordinator::switchedOff() {
@@ -432,58 +321,10 @@ void AppUpdateCoordinator::switchedOff() {
     _isCheckDue = false;
     const auto alive = _lifetime.watch();
     while (!alive.expired() && !_running.empty()) {
-        const auto replaced = _running.front().replaced;
-        for (auto it = replaced.constBegin(); it != replaced.constEnd(); ++it) {
-            if (it.value())
-                _cache.records.insert(it.key(), *it.value());
-            else
-                _cache.records.remove(it.key());
-        }
-        end(_running.begin(), false);
+        AppUpdateCheck& check = *_running.front().check;
+        check.revert();
+        end(check, false);
     }
-}
-
-// ---- saving
-
-void AppUpdateCoordinator::changeKeys(const QHash<QString, QString>& changedKeys) {
-    if (!_cache.changeKeys(changedKeys))
-        return;
-    // At once: the arrangement is about to be saved with the new keys.
-    _isUnsaved = true;
-    save();
-}
-
-void AppUpdateCoordinator::keepChannels() {
-    for (const auto& checker : _checkers)
-        checker->keep(_cache);
-    if (_cache.owners)
-        _cache.owners->removeIf([this](const auto& entry) {
-            return !_candidates.contains(entry.key()) && !_cache.records.contains(entry.key());
-        });
-    askForSave();
-}
-
-void AppUpdateCoordinator::askForSave() {
-    _isUnsaved = true;
-    _saveTask = _machine.scheduler.after(saveDelay, [this] { save(); });
-}
-
-void AppUpdateCoordinator::save() {
-    _saveTask.cancel();
-    if (!std::exchange(_isUnsaved, false))
-        return;
-    _store.save(_cache, [this](const std::expected<void, FileError>& saved) {
-        if (saved)
-            return;
-        _isUnsaved = true;
-        _machine.log.warning(
-            QStringLiteral("The cache of updates could not be saved: %1").arg(message(saved.error())));
-    });
-}
-
-std::expected<void, FileError> AppUpdateCoordinator::flush() {
-    save();
-    return _store.wait();
 }
 
 } // namespace tessellar

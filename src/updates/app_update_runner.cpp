@@ -1,6 +1,7 @@
 #include "updates/app_update_runner.h"
 
 #include "platform/texts.h"
+#include "updates/known_app_updates.h"
 #include "updates/untrusted_text.h"
 
 #include <algorithm>
@@ -50,8 +51,8 @@ struct AppUpdateRunner::PollResult {
     std::optional<QByteArray> output;
 };
 
-AppUpdateRunner::AppUpdateRunner(Machine& machine, Owner& owner)
-    : _machine(machine), _owner(owner), _opener(machine) {}
+AppUpdateRunner::AppUpdateRunner(Machine& machine, KnownAppUpdates& known, Verify verify)
+    : _machine(machine), _known(known), _verify(std::move(verify)), _opener(machine) {}
 
 AppUpdateRunner::~AppUpdateRunner() = default;
 
@@ -71,7 +72,7 @@ std::optional<AppUpdateActionState> AppUpdateRunner::state(const QString& appKey
 
 void AppUpdateRunner::set(const QString& appKey, AppUpdateActionState state) {
     _states.insert(appKey, std::move(state));
-    _owner.actionChanged(appKey);
+    _known.notify(AppUpdateEvent::Kind::actionChanged, appKey);
 }
 
 // ---- questions and requests
@@ -80,9 +81,9 @@ std::optional<AppUpdateQuestion> AppUpdateRunner::question(const QStringList& ap
     QStringList names;
     QStringList updaters;
     for (const QString& appKey : appKeys) {
-        const auto action = _owner.action(appKey);
+        const auto action = _known.action(appKey);
         const auto updater = action ? command(*action) : std::nullopt;
-        const AppUpdateCandidate* app = _owner.candidate(appKey);
+        const AppUpdateCandidate* app = _known.candidate(appKey);
         if (!updater || !app)
             continue;
         names.append(toSingleLine(app->name, longestLine));
@@ -114,7 +115,7 @@ bool AppUpdateRunner::update(const QStringList& appKeys, const Asker& ask, Done 
     }
     QStringList wanted;
     for (const QString& appKey : appKeys) {
-        const auto action = _owner.action(appKey);
+        const auto action = _known.action(appKey);
         if (action && (appKeys.size() == 1 || command(*action)))
             wanted.append(appKey);
     }
@@ -130,7 +131,7 @@ bool AppUpdateRunner::update(const QStringList& appKeys, const Asker& ask, Done 
     const auto alive = _lifetime.watch();
     for (const QString& appKey : std::as_const(wanted))
         if (!alive.expired())
-            _owner.actionChanged(appKey);
+            _known.notify(AppUpdateEvent::Kind::actionChanged, appKey);
     if (!alive.expired())
         askFirst(wanted, ask);
     return true;
@@ -147,7 +148,7 @@ void AppUpdateRunner::askFirst(const QStringList& appKeys, const Asker& ask) {
         for (const QString& appKey : appKeys) {
             if (isBeginning)
                 _states.insert(appKey, {appKey == appKeys.first() ? Kind::running : Kind::waiting});
-            _owner.actionChanged(appKey);
+            _known.notify(AppUpdateEvent::Kind::actionChanged, appKey);
             if (alive.expired())
                 return;
         }
@@ -165,10 +166,10 @@ void AppUpdateRunner::next() {
     while (!_waiting.empty()) {
         const QString appKey = _waiting.front();
         _waiting.pop_front();
-        const auto action = _owner.action(appKey);
+        const auto action = _known.action(appKey);
         const auto kind = state(appKey) ? state(appKey)->kind : Kind::running;
         // An earlier update may have included this one.
-        if (!action || (kind == Kind::waiting && !_owner.hasUpdate(appKey))) {
+        if (!action || (kind == Kind::waiting && !_known.hasUpdate(appKey))) {
             set(appKey, {Kind::succeeded, Texts::tr("The app is up to date.")});
             continue;
         }
@@ -204,7 +205,7 @@ void AppUpdateRunner::cancel() {
 // ---- commands
 
 void AppUpdateRunner::run(const QString& appKey, const AppUpdateCommand& updater) {
-    const AppUpdateCandidate* app = _owner.candidate(appKey);
+    const AppUpdateCandidate* app = _known.candidate(appKey);
     auto environment = _machine.environment;
     for (const auto& [name, value] : updater.furtherEnvironment)
         environment[name] = value;
@@ -333,7 +334,7 @@ void AppUpdateRunner::ended(const DetachedState& state) {
     set(appKey,
         {Kind::running, isGood ? message(AppUpdateOutcome::completed) : QString(), Phase::verifying});
     if (!alive.expired())
-        _owner.verify(_owner.siblings(appKey), [this, alive, state] {
+        _verify(_known.siblings(appKey), [this, alive, state] {
             if (!alive.expired() && _run)
                 verified(state);
         });
@@ -343,14 +344,14 @@ void AppUpdateRunner::ended(const DetachedState& state) {
 void AppUpdateRunner::verified(const DetachedState& state) {
     const AppUpdateRun run = *std::exchange(_run, std::nullopt);
     _isVerifying = false;
-    const AppUpdateCandidate* app = _owner.candidate(run.appKey);
+    const AppUpdateCandidate* app = _known.candidate(run.appKey);
     const bool isUnfinished = state.kind == DetachedState::Kind::signalled ||
                               (state.kind == DetachedState::Kind::exited && state.status != 0);
     const bool isOther =
         app && (app->version != run.installedVersion || app->build != run.installedBuild);
-    const bool isStillOld = !isOther && _owner.hasUpdate(run.appKey);
+    const bool isStillOld = !isOther && _known.hasUpdate(run.appKey);
     AppUpdateActionState result{isUnfinished || !app || isStillOld ? Kind::failed : Kind::succeeded};
-    if (isOther && !_owner.hasUpdate(run.appKey))
+    if (isOther && !_known.hasUpdate(run.appKey))
         result.kind = Kind::succeeded;
     if (result.kind == Kind::succeeded)
         result.message = isOther && app->version
@@ -383,7 +384,7 @@ void AppUpdateRunner::verified(const DetachedState& state) {
         [&machine = _machine](std::stop_token) { (void)machine.files.remove(journalPath(machine)); },
         [this, appKey = run.appKey, result] {
             const auto alive = _lifetime.watch();
-            _owner.updated(appKey);
+            _known.events.notify({AppUpdateEvent::Kind::updated, appKey});
             if (!alive.expired())
                 finish(appKey, result);
         });
@@ -406,7 +407,7 @@ void AppUpdateRunner::open(const QString& appKey, const AppUpdateAction& wanted)
             QStringLiteral("The updater of %1 could not be opened: %2").arg(appKey, result.error()));
         finish(appKey, {Kind::failed, message(AppUpdateOutcome::couldNotLaunch)});
     };
-    const AppUpdateCandidate* app = _owner.candidate(appKey);
+    const AppUpdateCandidate* app = _known.candidate(appKey);
     if (const auto* store = std::get_if<AppStoreAction>(&wanted))
         _work = _opener.openUrl(store->storeUrl, std::move(opened));
     else if (std::holds_alternative<SystemSoftwareUpdateAction>(wanted))

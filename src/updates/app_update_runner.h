@@ -8,6 +8,8 @@
 
 namespace tessellar {
 
+class KnownAppUpdates;
+
 /// A question for the user before updating.
 struct AppUpdateQuestion {
     QString title;
@@ -33,20 +35,8 @@ struct AppUpdateRun {
 /// judged by what is installed afterwards. Main thread only.
 class AppUpdateRunner {
 public:
-    /// Provides information and receives notifications.
-    class Owner {
-    public:
-        virtual ~Owner() = default;
-        virtual const AppUpdateCandidate* candidate(const QString& appKey) const = 0;
-        virtual std::optional<AppUpdateAction> action(const QString& appKey) const = 0;
-        /// The app keys updated by the same command, `appKey` first.
-        virtual QStringList siblings(const QString& appKey) const = 0;
-        virtual bool hasUpdate(const QString& appKey) const = 0;
-        /// Reads the bundles again, checks them if possible, then calls `done`.
-        virtual void verify(const QStringList& appKeys, std::function<void()> done) = 0;
-        virtual void actionChanged(const QString& appKey) = 0;
-        virtual void updated(const QString& appKey) = 0;
-    };
+    /// Reads the bundles again, checks them if possible, then calls `done`.
+    using Verify = std::function<void(const QStringList& appKeys, std::function<void()> done)>;
     using Answer = std::function<void(bool confirmed)>;
     using Asker = std::function<void(const AppUpdateQuestion&, Answer)>;
     using Done = std::function<void()>;
@@ -56,7 +46,8 @@ public:
     /// How long to wait after asking a command to end.
     static constexpr std::chrono::seconds terminationGrace{30};
 
-    AppUpdateRunner(Machine& machine, Owner& owner);
+    /// Sends `known`'s events about updates.
+    AppUpdateRunner(Machine& machine, KnownAppUpdates& known, Verify verify);
     ~AppUpdateRunner();
     AppUpdateRunner(const AppUpdateRunner&) = delete;
     AppUpdateRunner& operator=(const AppUpdateRunner&) = delete;
@@ -108,7 +99,8 @@ private:
     static QString outputPath(const Machine& machine);
 
     Machine& _machine;
-    Owner& _owner;
+    KnownAppUpdates& _known;
+    Verify _verify;
     Opener _opener;
     QHash<QString, AppUpdateActionState> _states;
     std::deque<QString> _waiting;

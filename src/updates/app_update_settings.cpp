@@ -28,9 +28,13 @@ static QString base(const Settings& settings, const QString& key, const QString&
     return text;
 }
 
+bool isUpdateCheckingEnabled(const Settings& settings) {
+    return settings.boolean(AppUpdateSettings::enabledKey).value_or(true);
+}
+
 AppUpdateSettings readAppUpdateSettings(const Settings& settings) {
     using S = AppUpdateSettings;
-    return {.enabled = settings.boolean(S::enabledKey).value_or(true),
+    return {.enabled = isUpdateCheckingEnabled(settings),
             .interval = appUpdateInterval(settings.integer(S::intervalKey).value_or(0))
                             .value_or(AppUpdateInterval::daily),
             .storeLookupBase =

@@ -40,5 +40,7 @@ struct AppUpdateSettings {
 
 /// Missing or invalid values become defaults.
 AppUpdateSettings readAppUpdateSettings(const Settings& settings);
+/// Only whether checking is enabled: quick enough to be asked for each verdict.
+bool isUpdateCheckingEnabled(const Settings& settings);
 
 } // namespace tessellar

@@ -61,11 +61,11 @@ Command HomebrewUpdateChecker::listing(const Machine& machine, const QString& br
 /// Asks the brews for their casks, each in its lane; each answer counts at once.
 class HomebrewUpdateChecker::Discovery final : public AppUpdateWork {
 public:
-    Discovery(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> candidates, Findings findings)
+    Discovery(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> candidates, AppUpdateSink sink)
         : _checker(checker)
         , _registry(checker._alive)
         , _candidates(std::move(candidates))
-        , _findings(std::move(findings)) {
+        , _sink(std::move(sink)) {
         Machine& machine = checker._machine;
         ++checker._searches;
         QSet<QString> owning;
@@ -152,18 +152,18 @@ private:
         _checker.learn(_candidates, result);
         _checker.askSoon();
         const auto alive = _lifetime.watch();
-        const Findings findings = _findings;
+        const AppUpdateSink sink = _sink;
         if (_left.isEmpty() && !_problem)
             _checker._isDiscovered = true;
-        findings->learned();
+        sink(ChannelsLearned());
         if (!alive.expired() && _left.isEmpty())
-            findings->discovered(std::exchange(_problem, std::nullopt));
+            sink(DiscoveryEnded{std::exchange(_problem, std::nullopt)});
     }
 
     HomebrewUpdateChecker& _checker;
     std::weak_ptr<HomebrewUpdateChecker*> _registry;
     QList<AppUpdateCandidate> _candidates;
-    Findings _findings;
+    AppUpdateSink _sink;
     bool _isFound = false;
     QStringList _brews;
     QStringList _left; ///< not yet answered
@@ -175,8 +175,8 @@ private:
 };
 
 std::unique_ptr<AppUpdateWork>
-HomebrewUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, Findings findings) {
-    return std::make_unique<Discovery>(*this, candidates, std::move(findings));
+HomebrewUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, AppUpdateSink sink) {
+    return std::make_unique<Discovery>(*this, candidates, std::move(sink));
 }
 
 void HomebrewUpdateChecker::learn(const QList<AppUpdateCandidate>& candidates,
@@ -237,11 +237,11 @@ void HomebrewUpdateChecker::keep(AppUpdateCache& cache) const {
 /// One check: its applications wait until their brews are free.
 class HomebrewUpdateChecker::Run final : public AppUpdateWork {
 public:
-    Run(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> candidates, Findings findings)
+    Run(HomebrewUpdateChecker& checker, QList<AppUpdateCandidate> candidates, AppUpdateSink sink)
         : waiting(std::move(candidates))
         , _checker(checker)
         , _registry(checker._alive)
-        , _findings(std::move(findings)) {
+        , _sink(std::move(sink)) {
         checker._runs.push_back(this);
     }
     ~Run() override {
@@ -267,7 +267,7 @@ public:
     void answered(const QString& brew, const Listed<OutdatedResponse>& answer) {
         QList<AppUpdateCandidate> candidates = asked.value(brew);
         const auto alive = _lifetime.watch();
-        const Findings findings = _findings;
+        const AppUpdateSink sink = _sink;
         for (; !candidates.isEmpty(); candidates = asked.value(brew)) {
             const AppUpdateCandidate candidate = asked[brew].takeFirst();
             const HomebrewCaskOwnership* cask = _checker.owner(candidate);
@@ -276,9 +276,9 @@ public:
                 : cask && !cask->token.isEmpty()
                     ? verdict(*cask, *answer)
                     : AppUpdateVerdict::failed({AppUpdateReason::Code::brewNotUnderstood, {}});
-            findings->began(candidate.appKey);
+            sink(AppCheckBegan{candidate.appKey});
             if (!alive.expired())
-                findings->ended(candidate.appKey, found);
+                sink(AppCheckEnded{candidate.appKey, found});
             if (alive.expired())
                 return;
         }
@@ -291,13 +291,13 @@ public:
 private:
     HomebrewUpdateChecker& _checker;
     std::weak_ptr<HomebrewUpdateChecker*> _registry;
-    Findings _findings;
+    AppUpdateSink _sink;
     Lifetime _lifetime;
 };
 
 std::unique_ptr<AppUpdateWork> HomebrewUpdateChecker::check(QList<AppUpdateCandidate> candidates,
-                                                            Findings findings) {
-    auto run = std::make_unique<Run>(*this, std::move(candidates), std::move(findings));
+                                                            AppUpdateSink sink) {
+    auto run = std::make_unique<Run>(*this, std::move(candidates), std::move(sink));
     askSoon();
     return run;
 }

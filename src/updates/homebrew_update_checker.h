@@ -22,10 +22,10 @@ public:
     std::optional<AppUpdateChannel> channel(const AppUpdateCandidate& candidate) const override;
     QString fingerprint(const AppUpdateCandidate& candidate) const override;
     [[nodiscard]] std::unique_ptr<AppUpdateWork> check(QList<AppUpdateCandidate> candidates,
-                                                       Findings findings) override;
+                                                       AppUpdateSink sink) override;
     bool isDiscovered() const override { return _isDiscovered; }
     [[nodiscard]] std::unique_ptr<AppUpdateWork> discover(const QList<AppUpdateCandidate>& candidates,
-                                                          Findings findings) override;
+                                                          AppUpdateSink sink) override;
     void restore(const AppUpdateCache& cache) override;
     void keep(AppUpdateCache& cache) const override;
 

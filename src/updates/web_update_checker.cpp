@@ -6,21 +6,21 @@ namespace tessellar {
 
 class WebUpdateChecker::Run final : public AppUpdateWork {
 public:
-    Run(std::weak_ptr<WebUpdateChecker*> checker, Findings told)
-        : findings(std::move(told)), _checker(std::move(checker)) {}
+    Run(std::weak_ptr<WebUpdateChecker*> checker, AppUpdateSink told)
+        : sink(std::make_shared<const AppUpdateSink>(std::move(told))), _checker(std::move(checker)) {}
     ~Run() override {
-        findings.reset();
+        sink.reset();
         if (const auto checker = _checker.lock())
             (*checker)->dropUnwanted();
     }
     void forget(const QString& appKey) override {
         atOnce->removeIf([&](const auto& verdict) { return verdict.first == appKey; });
         if (const auto checker = _checker.lock())
-            (*checker)->forget(findings.get(), appKey);
+            (*checker)->forget(sink.get(), appKey);
     }
 
     using AtOnce = QList<std::pair<QString, AppUpdateVerdict>>;
-    Findings findings;
+    std::shared_ptr<const AppUpdateSink> sink;
     std::shared_ptr<AtOnce> atOnce = std::make_shared<AtOnce>(); ///< verdicts that need no request
     Timer timer;
 
@@ -31,24 +31,24 @@ private:
 WebUpdateChecker::~WebUpdateChecker() = default;
 
 std::unique_ptr<AppUpdateWork> WebUpdateChecker::check(QList<AppUpdateCandidate> candidates,
-                                                       Findings findings) {
-    auto run = std::make_unique<Run>(_alive, std::move(findings));
+                                                       AppUpdateSink sink) {
+    auto run = std::make_unique<Run>(_alive, std::move(sink));
     for (const AppUpdateCandidate& candidate : std::as_const(candidates))
         add(*run, candidate);
     // Nothing is reported before the caller has the work, so that it can cancel it.
-    run->timer = _machine.scheduler.after(std::chrono::milliseconds(0),
-                                          [this, alive = std::weak_ptr(_alive), atOnce = run->atOnce,
-                                           findings = std::weak_ptr(run->findings)] {
-                                              while (!atOnce->isEmpty()) {
-                                                  const auto [appKey, verdict] = atOnce->takeFirst();
-                                                  if (const auto told = findings.lock())
-                                                      told->began(appKey);
-                                                  if (const auto told = findings.lock())
-                                                      told->ended(appKey, verdict);
-                                              }
-                                              if (!alive.expired())
-                                                  pump();
-                                          });
+    run->timer = _machine.scheduler.after(
+        std::chrono::milliseconds(0),
+        [this, alive = std::weak_ptr(_alive), atOnce = run->atOnce, sink = std::weak_ptr(run->sink)] {
+            while (!atOnce->isEmpty()) {
+                const auto [appKey, verdict] = atOnce->takeFirst();
+                if (const auto told = sink.lock())
+                    (*told)(AppCheckBegan{appKey});
+                if (const auto told = sink.lock())
+                    (*told)(AppCheckEnded{appKey, verdict});
+            }
+            if (!alive.expired())
+                pump();
+        });
     return run;
 }
 
@@ -62,15 +62,14 @@ void WebUpdateChecker::add(Run& run, const AppUpdateCandidate& candidate) {
         return !fetch.isJudged && fetch.request.url == wanted->url;
     });
     Fetch& fetch = same != _fetches.end() ? *same : _fetches.emplace_back(Fetch{.request = *wanted});
-    fetch.listeners.append({run.findings, candidate});
+    fetch.listeners.append({run.sink, candidate});
 }
 
-void WebUpdateChecker::forget(const AppUpdateFindings* findings, const QString& appKey) {
+void WebUpdateChecker::forget(const AppUpdateSink* sink, const QString& appKey) {
     for (Fetch& fetch : _fetches)
         if (!fetch.isJudged)
             fetch.listeners.removeIf([&](const Listener& listener) {
-                return listener.candidate.appKey == appKey &&
-                       listener.findings.lock().get() == findings;
+                return listener.candidate.appKey == appKey && listener.sink.lock().get() == sink;
             });
     dropUnwanted();
 }
@@ -78,8 +77,8 @@ void WebUpdateChecker::forget(const AppUpdateFindings* findings, const QString& 
 /// Requests that nobody waits for are cancelled; the next ones take their places.
 void WebUpdateChecker::dropUnwanted() {
     const auto gone = _fetches.remove_if([](const Fetch& fetch) {
-        return std::ranges::all_of(
-            fetch.listeners, [](const Listener& listener) { return listener.findings.expired(); });
+        return std::ranges::all_of(fetch.listeners,
+                                   [](const Listener& listener) { return listener.sink.expired(); });
     });
     if (gone > 0)
         pump();
@@ -108,8 +107,8 @@ void WebUpdateChecker::pump() {
     }
     // Last: listeners may destroy runs, and with them fetches.
     for (const Listener& listener : std::as_const(begun))
-        if (const auto told = listener.findings.lock())
-            told->began(listener.candidate.appKey);
+        if (const auto told = listener.sink.lock())
+            (*told)(AppCheckBegan{listener.candidate.appKey});
 }
 
 std::optional<AppUpdateReason> WebUpdateChecker::problem(const HttpClient::Answer& answer) const {
@@ -167,8 +166,8 @@ void WebUpdateChecker::judged(Fetches::iterator fetch, const QList<AppUpdateVerd
     Fetches finished; // removed from the list before reporting its verdicts, which may destroy runs
     finished.splice(finished.begin(), _fetches, fetch);
     for (qsizetype i = 0; i < verdicts.size(); ++i)
-        if (const auto told = fetch->listeners[i].findings.lock())
-            told->ended(fetch->listeners[i].candidate.appKey, verdicts[i]);
+        if (const auto told = fetch->listeners[i].sink.lock())
+            (*told)(AppCheckEnded{fetch->listeners[i].candidate.appKey, verdicts[i]});
 }
 
 } // namespace tessellar

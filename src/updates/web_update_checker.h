@@ -20,7 +20,7 @@ public:
     ~WebUpdateChecker() override;
 
     [[nodiscard]] std::unique_ptr<AppUpdateWork> check(QList<AppUpdateCandidate> candidates,
-                                                       Findings findings) final;
+                                                       AppUpdateSink sink) final;
 
 protected:
     /// Evaluates one response body; one verdict per candidate, in order. Called on any thread.
@@ -39,7 +39,7 @@ protected:
 private:
     class Run;
     struct Listener {
-        std::weak_ptr<AppUpdateFindings> findings; ///< expires with its run
+        std::weak_ptr<const AppUpdateSink> sink; ///< expires with its run
         AppUpdateCandidate candidate;
     };
     struct Fetch {
@@ -53,7 +53,7 @@ private:
     using Fetches = std::list<Fetch>;
 
     void add(Run& run, const AppUpdateCandidate& candidate);
-    void forget(const AppUpdateFindings* findings, const QString& appKey);
+    void forget(const AppUpdateSink* sink, const QString& appKey);
     void dropUnwanted();
     void pump();
     void answered(Fetches::iterator fetch, HttpClient::Answer answer);

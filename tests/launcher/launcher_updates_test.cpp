@@ -167,7 +167,7 @@ TEST_F(LauncherUpdatesTest, SwitchedOffLeavesFoldersUndecidedAndOtherFactsAlone)
     EXPECT_EQ(launcher->smartFolders().notice(folder, fullScreen),
               u"Update checking is disabled, so update-status rules cannot be evaluated."_s);
     EXPECT_EQ(launcher->smartFolders().runtimeFacts().customIconKeys, QSet<QString>{plain});
-    updates().checkNow();
+    updates().check();
     settle();
     EXPECT_EQ(noticed(), u"Update checking is disabled."_s);
     launcher->settings().store(AppUpdateSettings::enabledKey, true);
@@ -240,7 +240,7 @@ TEST_F(LauncherUpdatesTest, FoldersSayWhatFailedAndWhatIsSkipped) {
     EXPECT_EQ(updates().of(cask).badge(), QString());
     ASSERT_TRUE(updates().unskip(cask));
     mac.tool(brewPath, exited(1, {}, "Error: offline"));
-    updates().checkNow();
+    updates().check();
     settle();
     mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::transport)));
     settle();

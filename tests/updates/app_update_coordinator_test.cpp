@@ -20,11 +20,12 @@ TEST_F(AppUpdateCoordinatorTest, AFullCheckGoesThroughAllChannelsAndKeepsWhatItF
     EXPECT_EQ(sketch(), u"2.0 1.10 2.5 -"_s);
     EXPECT_FALSE(coordinator->isChecking());
     mac.time.advance(250ms);
-    EXPECT_EQ(coordinator->tally().available, 3);
-    EXPECT_EQ(coordinator->record(key(u"Cask"_s))->sourceFingerprint,
+    EXPECT_EQ(coordinator->known().tally().available, 3);
+    EXPECT_EQ(coordinator->known().record(key(u"Cask"_s))->sourceFingerprint,
               u"homebrew:/opt/homebrew/bin/brew:2.0"_s);
-    EXPECT_EQ(coordinator->record(key(u"Store"_s))->sourceFingerprint, u"mac-app-store-v2"_s);
-    EXPECT_EQ(coordinator->channel(key(u"Cask"_s)), AppUpdateChannel(HomebrewCaskChannel{u"cask"_s}));
+    EXPECT_EQ(coordinator->known().record(key(u"Store"_s))->sourceFingerprint, u"mac-app-store-v2"_s);
+    EXPECT_EQ(coordinator->known().channel(key(u"Cask"_s)),
+              AppUpdateChannel(HomebrewCaskChannel{u"cask"_s}));
 
     EXPECT_EQ(stored(), AppUpdateCache());
     mac.time.advance(750ms);
@@ -113,7 +114,7 @@ TEST_F(AppUpdateCoordinatorTest, CancellingKeepsWhatIsKnownSoFarAndIsNoFullCheck
     EXPECT_EQ(ended, false);
     EXPECT_EQ(mac.http.waiting(), QStringList());
     EXPECT_EQ(sketch(), u"2.0 - - -"_s);
-    EXPECT_EQ(coordinator->lastCheck(), std::nullopt);
+    EXPECT_EQ(coordinator->known().lastCheck(), std::nullopt);
     for (int step = 0; step < 3; ++step) { // at once, while bundles are read, while brew is asked
         ASSERT_TRUE(coordinator->check());
         for (int i = 0; i < step; ++i)
@@ -146,14 +147,16 @@ TEST_F(AppUpdateCoordinatorTest, AFailureKeepsWhatWasKnownBesideIt) {
     settle();
     mac.time.advance(1s);
     EXPECT_EQ(sketch(), u"failed failed failed -"_s);
-    EXPECT_EQ(coordinator->tally().available, 3);
-    EXPECT_EQ(coordinator->knownStatuses()[key(u"Cask"_s)], AppUpdateStatus(UpdateAvailable{u"2.0"_s}));
+    EXPECT_EQ(coordinator->known().tally().available, 3);
+    EXPECT_EQ(coordinator->known().knownStatuses()[key(u"Cask"_s)],
+              AppUpdateStatus(UpdateAvailable{u"2.0"_s}));
     // A brew that fails owns what it owned also in a later run, which knows it from the record.
     restart();
     beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
     EXPECT_EQ(sketch(), u"failed failed failed -"_s);
-    EXPECT_EQ(kindOf(*coordinator->channel(key(u"Cask"_s))), AppUpdateChannelKind::homebrewCask);
-    EXPECT_EQ(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
+    EXPECT_EQ(kindOf(*coordinator->known().channel(key(u"Cask"_s))),
+              AppUpdateChannelKind::homebrewCask);
+    EXPECT_EQ(kindOf(*coordinator->known().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
 }
 
 TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
@@ -178,8 +181,8 @@ TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
     beginCheck();
     answerStore("1.10");
     mac.time.advance(1s);
-    EXPECT_FALSE(coordinator->statuses().contains(key(u"Feed"_s)));
-    EXPECT_FALSE(coordinator->knownStatuses().contains(key(u"Feed"_s)));
+    EXPECT_FALSE(coordinator->known().statuses().contains(key(u"Feed"_s)));
+    EXPECT_FALSE(coordinator->known().knownStatuses().contains(key(u"Feed"_s)));
     coordinator.reset();
     EXPECT_EQ(stored().records.keys(), (QStringList{key(u"Cask"_s), key(u"Feed"_s), key(u"Store"_s)}))
         << "it may only be out of sight";
@@ -210,13 +213,13 @@ TEST_F(AppUpdateCoordinatorTest, AsksFourAtATimeTheSameIdentifierOnceAndPublishe
     EXPECT_EQ(published, 0); // all within a quarter of a second of the beginning
     mac.time.advance(250ms);
     EXPECT_EQ(published, 1);
-    EXPECT_EQ(coordinator->tally().available, 11);
+    EXPECT_EQ(coordinator->known().tally().available, 11);
 
     // Who asked for a check finds its outcome published when it ends.
     mac.tool(brewPath, exited(0, R"({"casks":[]})"));
     qsizetype atTheEnd = -1;
     ASSERT_TRUE(coordinator->check({.channel = AppUpdateChannelKind::macAppStore},
-                                   [&](bool) { atTheEnd = coordinator->tally().available; }));
+                                   [&](bool) { atTheEnd = coordinator->known().tally().available; }));
     settle();
     while (mac.http.answer(u"lookup"_s, QByteArray(R"({"results":[{"version":"1"}]})")))
         settle();
@@ -249,7 +252,7 @@ TEST_F(AppUpdateCoordinatorTest, BrewsThatHangHoldUpNothingElse) {
 TEST_F(AppUpdateCoordinatorTest, ACheckThatIsCancelledOverAnAnswerLeavesTheBrewToTheNext) {
     load();
     bool isCancelled = false;
-    const Subscription cancels = coordinator->events.connect([&](const AppUpdateEvent& event) {
+    const Subscription cancels = coordinator->known().events.connect([&](const AppUpdateEvent& event) {
         if (event.kind == AppUpdateEvent::Kind::recorded && !std::exchange(isCancelled, true))
             coordinator->cancelCheck();
     });
@@ -283,7 +286,7 @@ TEST_F(AppUpdateCoordinatorTest, BrewsThatDoNotAnswerLeaveTheOthersToBeAsked) {
     EXPECT_FALSE(coordinator->isChecking());
     QStringList found;
     for (const QString& name : names)
-        found += test::sketch(coordinator->record(key(name)));
+        found += test::sketch(coordinator->known().record(key(name)));
     EXPECT_EQ(found.join(u' '), u"failed 3.0 failed 3.0 failed 3.0 failed 3.0");
 }
 
@@ -292,18 +295,20 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsKnownOfChannelsIsKept) {
     check();
     const auto asked = mac.commands.commands().size();
     restart();
-    EXPECT_EQ(coordinator->channel(key(u"Cask"_s)), AppUpdateChannel(HomebrewCaskChannel{u"cask"_s}));
-    EXPECT_EQ(coordinator->channel(key(u"Store"_s)), AppUpdateChannel(MacAppStoreChannel{4711}));
-    EXPECT_EQ(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
+    EXPECT_EQ(coordinator->known().channel(key(u"Cask"_s)),
+              AppUpdateChannel(HomebrewCaskChannel{u"cask"_s}));
+    EXPECT_EQ(coordinator->known().channel(key(u"Store"_s)),
+              AppUpdateChannel(MacAppStoreChannel{4711}));
+    EXPECT_EQ(kindOf(*coordinator->known().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
     EXPECT_EQ(mac.commands.commands().size(), asked) << "without starting a tool";
-    EXPECT_EQ(coordinator->reason(key(u"Plain"_s))->code, AppUpdateReason::Code::noChannel);
+    EXPECT_EQ(coordinator->known().reason(key(u"Plain"_s))->code, AppUpdateReason::Code::noChannel);
 
     // A token that is none was written by somebody else.
     AppUpdateCache cache = stored();
     (*cache.owners)[key(u"Cask"_s)].token = u"--force"_s;
     mac.write(AppUpdateStore::defaultPath(mac.machine.places), json::write(json::encode(cache)));
     restart();
-    EXPECT_NE(kindOf(*coordinator->action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
+    EXPECT_NE(kindOf(*coordinator->known().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
 }
 
 TEST_F(AppUpdateCoordinatorTest, ASpotlightThatHangsIsWaitedForOnce) {
@@ -315,9 +320,9 @@ TEST_F(AppUpdateCoordinatorTest, ASpotlightThatHangsIsWaitedForOnce) {
     const auto waits =
         std::ranges::count(mac.commands.commands(), QByteArray("/usr/bin/mdls"), &Command::executable);
     EXPECT_EQ(waits, 1);
-    ASSERT_EQ(coordinator->problems().size(), 1);
-    EXPECT_EQ(coordinator->problems().first().reason.code, AppUpdateReason::Code::noSpotlight);
-    EXPECT_EQ(coordinator->reason(key(u"S3"_s))->code, AppUpdateReason::Code::noStoreItem);
+    ASSERT_EQ(coordinator->known().problems().size(), 1);
+    EXPECT_EQ(coordinator->known().problems().first().reason.code, AppUpdateReason::Code::noSpotlight);
+    EXPECT_EQ(coordinator->known().reason(key(u"S3"_s))->code, AppUpdateReason::Code::noStoreItem);
 }
 
 TEST_F(AppUpdateCoordinatorTest, OfflineIsSaidAndTriedAgainSoon) {
@@ -334,10 +339,10 @@ TEST_F(AppUpdateCoordinatorTest, OfflineIsSaidAndTriedAgainSoon) {
     start();
     fail();
     EXPECT_EQ(sketch(), u"- failed failed -"_s);
-    EXPECT_EQ(coordinator->lastCheck(), std::nullopt) << "it could not find anything";
+    EXPECT_EQ(coordinator->known().lastCheck(), std::nullopt) << "it could not find anything";
     const auto summary = [&] {
-        return update_texts::summary(coordinator->tally(), coordinator->problems(),
-                                     coordinator->lastCheck() ? u"now"_s : QString());
+        return update_texts::summary(coordinator->known().tally(), coordinator->known().problems(),
+                                     coordinator->known().lastCheck() ? u"now"_s : QString());
     };
     EXPECT_EQ(summary(), u"2 apps could not be checked. The server could not be reached."_s);
     // After a minute, after five more, and when the network returns.
@@ -378,8 +383,8 @@ TEST_F(AppUpdateCoordinatorTest, AServerThatThrottlesIsAskedNoMoreForNow) {
     answerFeed("101");
     EXPECT_FALSE(coordinator->isChecking());
     EXPECT_EQ(mac.http.requests.size(), 5) << "four of the store, and one of another server";
-    EXPECT_EQ(coordinator->tally().failed, 27);
-    EXPECT_EQ(coordinator->tally().reason->code, AppUpdateReason::Code::throttled);
+    EXPECT_EQ(coordinator->known().tally().failed, 27);
+    EXPECT_EQ(coordinator->known().tally().reason->code, AppUpdateReason::Code::throttled);
 }
 
 TEST_F(AppUpdateCoordinatorTest, AFailingBrewIsNotSilence) {
@@ -389,13 +394,14 @@ TEST_F(AppUpdateCoordinatorTest, AFailingBrewIsNotSilence) {
     load();
     beginCheck();
     answerFeed("100");
-    ASSERT_EQ(coordinator->problems().size(), 1);
-    EXPECT_EQ(message(coordinator->problems().first().reason),
+    ASSERT_EQ(coordinator->known().problems().size(), 1);
+    EXPECT_EQ(message(coordinator->known().problems().first().reason),
               u"Homebrew reported an error. Error: Permission denied."_s);
     EXPECT_EQ(sketch(), u"upToDate - - -"_s) << "its feed can tell, as long as no cask is known";
-    EXPECT_EQ(update_texts::summary(coordinator->tally(), coordinator->problems(), u"now"_s),
-              u"Last checked now. No updates found. Homebrew reported an error. Error: Permission "
-              "denied."_s);
+    EXPECT_EQ(
+        update_texts::summary(coordinator->known().tally(), coordinator->known().problems(), u"now"_s),
+        u"Last checked now. No updates found. Homebrew reported an error. Error: Permission "
+        "denied."_s);
 
     // It is asked again soon, and only it.
     coordinator->start();
@@ -411,20 +417,20 @@ TEST_F(AppUpdateCoordinatorTest, AFailingBrewIsNotSilence) {
     brewBut("outdated", exited(1, {}, "Error: no network"));
     beginCheck();
     EXPECT_EQ(sketch(), u"failed - - -"_s);
-    EXPECT_EQ(coordinator->reason(key(u"Cask"_s))->detail, u"Error: no network"_s);
+    EXPECT_EQ(coordinator->known().reason(key(u"Cask"_s))->detail, u"Error: no network"_s);
 }
 
 TEST_F(AppUpdateCoordinatorTest, WhatIsSkippedOrPinnedIsNoUpdate) {
     load();
     check();
     mac.time.advance(250ms);
-    EXPECT_EQ(coordinator->tally().available, 3);
-    coordinator->skip(key(u"Store"_s), u"1.10"_s);
-    coordinator->skip(key(u"Feed"_s), std::nullopt);
+    EXPECT_EQ(coordinator->known().tally().available, 3);
+    coordinator->known().skip(key(u"Store"_s), u"1.10"_s);
+    coordinator->known().skip(key(u"Feed"_s), std::nullopt);
     mac.time.advance(250ms);
-    EXPECT_EQ(coordinator->tally().available, 1);
-    EXPECT_EQ(coordinator->statuses()[key(u"Store"_s)], AppUpdateStatus(UpToDate()));
-    EXPECT_TRUE(coordinator->isHeld(key(u"Store"_s)));
+    EXPECT_EQ(coordinator->known().tally().available, 1);
+    EXPECT_EQ(coordinator->known().statuses()[key(u"Store"_s)], AppUpdateStatus(UpToDate()));
+    EXPECT_TRUE(coordinator->known().isHeld(key(u"Store"_s)));
 
     brewBut("outdated",
             exited(0, R"({"casks":[{"name":"cask","current_version":"2.0","pinned":true}]})"));
@@ -432,16 +438,16 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsSkippedOrPinnedIsNoUpdate) {
     answerStore("1.11"); // another version than the one that is skipped
     answerFeed("102");
     mac.time.advance(1s);
-    EXPECT_EQ(coordinator->tally().available, 1);
-    EXPECT_EQ(coordinator->tally().held, 2);
+    EXPECT_EQ(coordinator->known().tally().available, 1);
+    EXPECT_EQ(coordinator->known().tally().held, 2);
     restart();
-    EXPECT_TRUE(coordinator->isHeld(key(u"Feed"_s))) << "as the file says";
-    coordinator->changeKeys({{key(u"Feed"_s), u"other"_s}, {u"nobody"_s, key(u"Cask"_s)}});
-    EXPECT_EQ(coordinator->skipped(u"other"_s), AppUpdateCache::everyVersion);
-    coordinator->changeKeys({{u"other"_s, key(u"Feed"_s)}});
-    coordinator->unskip(key(u"Feed"_s));
+    EXPECT_TRUE(coordinator->known().isHeld(key(u"Feed"_s))) << "as the file says";
+    coordinator->known().changeKeys({{key(u"Feed"_s), u"other"_s}, {u"nobody"_s, key(u"Cask"_s)}});
+    EXPECT_EQ(coordinator->known().skipped(u"other"_s), AppUpdateCache::everyVersion);
+    coordinator->known().changeKeys({{u"other"_s, key(u"Feed"_s)}});
+    coordinator->known().unskip(key(u"Feed"_s));
     mac.time.advance(250ms);
-    EXPECT_EQ(coordinator->tally().available, 2);
+    EXPECT_EQ(coordinator->known().tally().available, 2);
 }
 
 } // namespace

@@ -195,7 +195,7 @@ TEST_F(AppUpdateRunnerTest, SeveralAreUpdatedOneAfterTheOtherAfterOneQuestion) {
     EXPECT_TRUE(alerts.first().startsWith(u"Update 2 apps?|Homebrew may quit the apps"));
     EXPECT_EQ(ended, 1);
     EXPECT_EQ(brewRuns("upgrade"), 1) << "the twin came with it";
-    EXPECT_EQ(coordinator->record(key(u"Twin"_s))->status, AppUpdateStatus(UpToDate()));
+    EXPECT_EQ(coordinator->known().record(key(u"Twin"_s))->status, AppUpdateStatus(UpToDate()));
     EXPECT_EQ(state(u"Twin"_s).kind, AppUpdateActionState::Kind::succeeded);
 
     // Cancelled, none of those that wait is begun.
@@ -239,14 +239,14 @@ TEST_F(AppUpdateRunnerTest, EachApplicationIsHandedToWhoUpdatesIt) {
         settle();
         QStringList raw;
         for (const AppEntry& app : apps)
-            raw.append(json::rawValue(kindOf(*coordinator->action(appKey(app)))));
+            raw.append(json::rawValue(kindOf(*coordinator->known().action(appKey(app)))));
         return raw.join(u' ');
     };
     EXPECT_EQ(kinds(), u"openApp sparkle openApp systemSoftwareUpdate vendorUpdater"_s)
         << "without the vendor's tool";
     mac.tool(MicrosoftAutoUpdateTarget::toolPath, exited(0, "No updates applied"));
     EXPECT_EQ(kinds(), u"microsoftAutoUpdate sparkle openApp systemSoftwareUpdate vendorUpdater"_s);
-    EXPECT_EQ(coordinator->channels().size(), 1);
+    EXPECT_EQ(coordinator->known().channels().size(), 1);
 
     std::optional<AppUpdateActionState> ended;
     const auto run = [&](const AppEntry& app) {

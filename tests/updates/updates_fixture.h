@@ -43,7 +43,7 @@ protected:
     void make() {
         coordinator.reset();
         coordinator.emplace(mac.machine);
-        subscription = coordinator->events.connect([this](const AppUpdateEvent& event) {
+        subscription = coordinator->known().events.connect([this](const AppUpdateEvent& event) {
             published += event.kind == AppUpdateEvent::Kind::changed ? 1 : 0;
             if (event.kind == AppUpdateEvent::Kind::updated)
                 completed.append(event.appKey);
@@ -180,7 +180,7 @@ protected:
     QString sketch() const {
         QStringList parts;
         for (const auto& name : {u"Cask"_s, u"Store"_s, u"Feed"_s, u"Plain"_s})
-            parts.append(test::sketch(coordinator->record(key(name))));
+            parts.append(test::sketch(coordinator->known().record(key(name))));
         return parts.join(u' ');
     }
     static QString key(const QString& name) { return u"org.example."_s + name.toLower(); }
