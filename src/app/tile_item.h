@@ -5,9 +5,8 @@
 
 namespace tessellar {
 
-/// What a tile is given of its row, see `TileView`. Properties that QML declares keep their texts on
-/// its own heap: a search gives so many to tiles that a collection of garbage came with every second
-/// letter.
+/// A tile's properties, from its row; see `TileView`. In C++, because QML keeps strings on its own
+/// heap: searching collected garbage at every second letter.
 class TileItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

@@ -13,9 +13,8 @@ namespace tessellar {
 class AppUpdateCoordinator;
 struct AppUpdateSourceText;
 
-/// What is known about the updates of one application, and how it is said. For the moment:
-/// `LauncherUpdates::of` is called again for the next look. Without knowledge, texts are empty and
-/// values nullopt.
+/// One application's updates, and the texts about them; what is unknown is empty or nullopt.
+/// Short-lived: call `LauncherUpdates::of` again instead of keeping it.
 class AppUpdateView {
 public:
     AppUpdateView(const AppUpdateCoordinator* coordinator, QString appKey)
