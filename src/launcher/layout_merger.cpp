@@ -45,7 +45,11 @@ LayoutMerger::LayoutMerger(const Machine& machine, LayoutStore& store, LiveLayou
     , _applications(applications)
     , _places(places)
     , _messages(messages)
-    , _scanned(applications.scanned.connect([this] { apply(); })) {
+    , _scanned(applications.scanned.connect([this] {
+        _hasMerged = true;
+        apply(LiveLayouts::modes);
+        requestRescan();
+    })) {
     store.setPrecondition([&places](LauncherWindowMode mode) { return places.written(mode); });
     applications.setPreparation([this](const Installed& installed, std::function<void()> done) {
         loadAgain();
@@ -77,6 +81,11 @@ void LayoutMerger::loaded(LauncherWindowMode mode, LayoutStore::LoadResult resul
     if (!failed || !_hasMerged) {
         _loaded[i] = std::move(result);
         _isNew[i] = true;
+    }
+    if (!failed && _hasMerged) {
+        // The mode can be edited now, and the scan that waits for this load may be discarded.
+        _results[i] = merge(start(mode, _applications.latest()));
+        apply(std::array{mode});
     }
     if (--_loadsLeft > 0)
         return;
@@ -114,30 +123,31 @@ void LayoutMerger::requestRescan() {
 
 // ---- merging
 
+LayoutMerger::Start LayoutMerger::start(LauncherWindowMode mode, const Installed& installed) const {
+    const LiveLayout& layout = _layouts[mode];
+    const auto* loaded = std::get_if<LayoutDocument>(&_loaded[std::size_t(mode)]);
+    const bool isNew = _isNew[std::size_t(mode)];
+    const LayoutDocument& document = isNew && loaded ? *loaded : layout.document();
+    return {mergeInput(document, layout, installed, _places, _machine), isNew && !loaded};
+}
+
 LayoutMerger::Starts LayoutMerger::starts(const Installed& installed) const {
-    const auto of = [&](LauncherWindowMode mode) {
-        const LiveLayout& layout = _layouts[mode];
-        const auto* loaded = std::get_if<LayoutDocument>(&_loaded[std::size_t(mode)]);
-        const bool isNew = _isNew[std::size_t(mode)];
-        const bool isDefault = isNew && !loaded;
-        const LayoutDocument& document = isNew && loaded ? *loaded : layout.document();
-        return Start{mergeInput(document, layout, installed, _places, _machine), isDefault};
-    };
-    return {of(LiveLayouts::modes[0]), of(LiveLayouts::modes[1])};
+    return {start(LiveLayouts::modes[0], installed), start(LiveLayouts::modes[1], installed)};
+}
+
+LayoutMerger::ModeResult LayoutMerger::merge(const Start& start) {
+    MergeInput input = start.input;
+    if (start.isDefault)
+        input.document.pages =
+            defaultLayout(input.context.scannedApps, input.context.pageCapacity, input.locale);
+    ModeResult merged{.result = input.merge()};
+    merged.differs = merged.result.pages != start.input.document.pages ||
+                     merged.result.hiddenKeys != start.input.document.hiddenKeys;
+    return merged;
 }
 
 LayoutMerger::Results LayoutMerger::merge(const Starts& starts) {
-    const auto of = [](const Start& start) {
-        MergeInput input = start.input;
-        if (start.isDefault)
-            input.document.pages =
-                defaultLayout(input.context.scannedApps, input.context.pageCapacity, input.locale);
-        ModeResult merged{.result = input.merge()};
-        merged.differs = merged.result.pages != start.input.document.pages ||
-                         merged.result.hiddenKeys != start.input.document.hiddenKeys;
-        return merged;
-    };
-    return {of(starts[0]), of(starts[1])};
+    return {merge(starts[0]), merge(starts[1])};
 }
 
 /// True if nothing that the merge depends on has changed, apart from the scan, which is the same.
@@ -149,11 +159,7 @@ static bool isCurrent(const MergeInput& now, const MergeInput& then) {
 
 void LayoutMerger::prepare(const Installed& installed, std::function<void()> done, int attemptsLeft) {
     if (_loadsLeft > 0) {
-        _whenLoaded = [=, this] {
-            // A document that replaces a shown layout is merged at once, before it can be edited.
-            const bool isLate = _hasMerged && (_isNew[0] || _isNew[1]);
-            prepare(installed, done, isLate ? 0 : attemptsLeft);
-        };
+        _whenLoaded = [=, this] { prepare(installed, done, attemptsLeft); };
         return;
     }
     Starts starts = this->starts(installed);
@@ -175,23 +181,21 @@ void LayoutMerger::prepare(const Installed& installed, std::function<void()> don
 
 // ---- showing and saving
 
-void LayoutMerger::apply() {
-    _hasMerged = true;
-    const std::array<bool, 2> isFirst = std::exchange(_isNew, {});
+void LayoutMerger::apply(std::span<const LauncherWindowMode> modes) {
     QHash<QString, QString> changedKeys;
-    for (const LauncherWindowMode mode : LiveLayouts::modes) {
+    for (const LauncherWindowMode mode : modes) {
         const ModeResult& merged = _results[std::size_t(mode)];
         changedKeys.insert(merged.result.changedKeys);
-        show(_layouts[mode], merged, isFirst[std::size_t(mode)]);
-        if (isFirst[std::size_t(mode)])
+        show(_layouts[mode], merged, _isNew[std::size_t(mode)]);
+        if (_isNew[std::size_t(mode)])
             reportLoad(mode);
     }
     // Before the layouts are saved: afterwards nobody could tell the former keys.
     if (!changedKeys.isEmpty())
         _applications.keysChanged.notify(changedKeys);
-    for (const LauncherWindowMode mode : LiveLayouts::modes)
-        save(mode, std::exchange(_results[std::size_t(mode)], {}), isFirst[std::size_t(mode)]);
-    requestRescan();
+    for (const LauncherWindowMode mode : modes)
+        save(mode, std::exchange(_results[std::size_t(mode)], {}),
+             std::exchange(_isNew[std::size_t(mode)], false));
 }
 
 void LayoutMerger::show(LiveLayout& layout, const ModeResult& merged, bool isFirst) {

@@ -6,6 +6,8 @@
 #include "model/layout_store.h"
 #include "model/reconciliation.h"
 
+#include <span>
+
 namespace tessellar {
 
 class LauncherMessages;
@@ -40,7 +42,8 @@ QList<AppEntry> installedAsArranged(const LiveLayout& layout, const InstalledApp
 ///    thread.
 /// 3. On `InstalledApplications::scanned` the results are shown, remembered and saved.
 ///
-/// Files that were unreadable are retried before each merge, requesting scans until they can be read.
+/// Files that were unreadable are retried before each merge, requesting scans until they can be read. A
+/// layout that is read then is merged with the latest scan and shown at once.
 ///
 /// Main thread only.
 class LayoutMerger {
@@ -71,14 +74,16 @@ private:
     };
     using Results = std::array<ModeResult, 2>;
 
+    Start start(LauncherWindowMode mode, const Installed& installed) const;
     Starts starts(const Installed& installed) const;
+    static ModeResult merge(const Start& start);
     static Results merge(const Starts& starts);
     void loaded(LauncherWindowMode mode, LayoutStore::LoadResult result,
                 const std::function<void()>& done);
     void loadAgain();
     void requestRescan();
     void prepare(const Installed& installed, std::function<void()> done, int attemptsLeft);
-    void apply();
+    void apply(std::span<const LauncherWindowMode> modes);
     static void show(LiveLayout& layout, const ModeResult& merged, bool isFirst);
     void save(LauncherWindowMode mode, const ModeResult& merged, bool isFirst);
     void reportLoad(LauncherWindowMode mode);
