@@ -1,5 +1,7 @@
 #include "launcher/place_memory.h"
 
+#include "platform/texts.h"
+
 namespace tessellar {
 
 static constexpr std::uint64_t maximumBytes = 16u << 20;
@@ -40,6 +42,11 @@ void PlaceMemory::putBack(const QString& path, bool isBack) {
 
 void PlaceMemory::forget(LauncherWindowMode mode, const std::optional<QString>& application,
                          Forgotten done) {
+    if (!canRemember(mode))
+        return done(std::unexpected(
+            LauncherError{QStringLiteral("placesUnreadable"),
+                          Texts::tr("The remembered places could not be read: nothing was forgotten."),
+                          {}}));
     const RememberedPlaces before = (*this)[mode];
     RememberedPlaces places = before;
     places.forget([&](const AppEntry& app) {

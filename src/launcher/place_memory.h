@@ -38,7 +38,7 @@ public:
         kept(mode).whenWritten(std::move(done));
     }
     /// Forgets the places of one application, by key or path, or of all. `done` receives their number
-    /// once that is saved; if saving fails, they are restored.
+    /// once that is saved; if saving fails, they are restored. Refused while the file is unreadable.
     using Forgotten = std::function<void(std::expected<qsizetype, LauncherError>)>;
     void forget(LauncherWindowMode mode, const std::optional<QString>& application, Forgotten done);
 

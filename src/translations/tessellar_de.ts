@@ -4487,6 +4487,10 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <source>The tiles are as they were before you undid or redid it.</source>
         <translation>Die Kacheln liegen wie vor dem Widerrufen oder Wiederholen.</translation>
     </message>
+    <message>
+        <source>The remembered places could not be read: nothing was forgotten.</source>
+        <translation>Die gemerkten Plätze konnten nicht gelesen werden: Nichts wurde vergessen.</translation>
+    </message>
 </context>
 <context>
     <name>UnplacedSheet</name>

@@ -288,6 +288,11 @@ TEST_F(PlaceMemoryTest, NoTileLeavesTheDiskBeforeItsPlaceIsThere) {
     uninstall(u"Ash"_s);
     start();
     EXPECT_EQ(alerts().value(0), u"placesUnreadable");
+    QString forgotten;
+    launcher->places().forget(fullScreen, {},
+                              [&](const auto& outcome) { forgotten = codeOf(outcome); });
+    mac.settle();
+    EXPECT_EQ(forgotten, u"placesUnreadable");
     EXPECT_EQ(pressOn(), u"Oak [Trees: Elm Ash] Yew");
     EXPECT_EQ(launcher->shown().unavailableAppKeys(), QSet<QString>{u"org.example.ash"_s});
     launcher.reset();
