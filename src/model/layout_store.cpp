@@ -290,20 +290,15 @@ std::expected<void, FileError> LayoutStore::reset(LauncherWindowMode mode) {
     file.pendingSave.cancel();
     file.unsaved.reset();
     (void)file.file->wait();
-    const QString& path = file.file->path();
-    std::expected<void, FileError> removed;
-    if (file.isBlocked && _machine.files.linkStatus(path)) {
-        // An unreadable file may hold years of work: it is moved away, not deleted.
-        const QString backups = FileSystem::joined(_directory, QStringLiteral("Backups"));
-        removed = _machine.files.createDirectories(backups);
-        if (removed)
-            removed = _machine.files.move(
-                path, FileSystem::joined(backups, stampedName(QStringLiteral("unreadable-layout"))));
-    } else {
-        removed = _machine.files.remove(path);
-    }
-    if (!removed && removed.error().code != FileError::Code::notFound)
-        return removed;
+    // An unreadable file may hold years of work: it is moved away, not deleted.
+    const QString backups = FileSystem::joined(_directory, QStringLiteral("Backups"));
+    auto moved = _machine.files.createDirectories(backups);
+    if (moved)
+        moved = _machine.files.move(
+            file.file->path(),
+            FileSystem::joined(backups, stampedName(QStringLiteral("unreadable-layout"))));
+    if (!moved && moved.error().code != FileError::Code::notFound)
+        return moved;
     file.isBlocked = false;
     file.file->forget();
     return {};

@@ -98,6 +98,7 @@ public:
     /// Blocks until the document is on the disk. `isEdit` as for `hasUnsavedEdits`.
     std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document,
                                        bool isEdit = false);
+    /// Moves the working file to the backups and unblocks the mode.
     std::expected<void, FileError> reset(LauncherWindowMode mode);
     bool isWriteBlocked(LauncherWindowMode mode) const { return working(mode).isBlocked; }
     /// The path of the backup made when the last load had to drop a folder's contents.

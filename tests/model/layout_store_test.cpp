@@ -2,6 +2,7 @@
 
 #include "model/drawn.h"
 #include "model/layout_backups.h"
+#include "platform/system_call_tracer.h"
 #include "support/printers.h"
 #include "support/test_machine.h"
 
@@ -117,6 +118,21 @@ TEST_F(LayoutStoreTest, AFolderInTheFilesPlaceBlocksAndIsNotThrownAway) {
     const QStringList kept = mac.names(path("Backups"));
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(mac.read(path("Backups/") + kept[0] + u"/inside"_s), "x");
+}
+
+TEST_F(LayoutStoreTest, AFileThatCannotBeLookedAtIsNotThrownAwayEither) {
+    write("layout.json", "damaged");
+    EXPECT_TRUE(failure(store.load(fullScreen)));
+    const auto run = test::traceSystemCalls(
+        [&] { return store.reset(fullScreen) ? 0 : 1; },
+        [hasFailed = false](std::size_t, long call) mutable -> test::Fate {
+            const bool fails = call == SYS_statx && !std::exchange(hasFailed, true);
+            return fails ? test::Fate{test::Fate::Kind::fail, EIO} : test::Fate{};
+        });
+    if (!run.traceable)
+        GTEST_SKIP() << "this process may not trace its children";
+    const QStringList kept = mac.names(path("Backups"));
+    EXPECT_EQ(kept.isEmpty() ? file("layout.json") : mac.read(path("Backups/") + kept[0]), "damaged");
 }
 
 TEST_F(LayoutStoreTest, TheModesWaitFailAndBlockEachForItself) {
