@@ -274,9 +274,11 @@ void LauncherHistory::end(const StepWriter::Ended& ended) {
         ended.outcome ? Outcome() : std::unexpected(titled(step, ended.outcome.error()));
     // First: whoever hears of the files below may begin another step.
     const bool isTold = _unsaved.endStep(outcome);
+    std::map<LauncherWindowMode, LayoutDocument> parts;
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (step.documentOf(mode))
-            _store.endPart(mode, outcome.has_value(), *underway.before.documentOf(mode));
+            parts[mode] = *underway.before.documentOf(mode);
+    _store.endParts(parts, outcome.has_value());
     if (step.settings)
         for (const LauncherWindowMode mode : LiveLayouts::modes)
             _layouts[mode].settingsChanged();

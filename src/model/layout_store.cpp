@@ -241,19 +241,26 @@ LayoutStore::Part LayoutStore::beginPart(LauncherWindowMode mode, const Document
             }};
 }
 
-void LayoutStore::endPart(LauncherWindowMode mode, bool isWritten, const Document& document) {
-    Working& file = working(mode);
-    const Revision revision = *std::exchange(file.part, {});
-    const bool isLatest = file.revision == revision;
-    if (isWritten && isLatest)
-        file.unsaved.reset();
-    else if (!isWritten && !isLatest)
-        setUnsaved(mode, document, true);
-    if (file.isDue)
-        handOver(mode);
-    tellForeignVersion(mode);
-    if (isWritten)
-        saveEnded.notify(mode, revision, BackgroundFile::Result());
+void LayoutStore::endParts(const std::map<LauncherWindowMode, Document>& parts, bool areWritten) {
+    std::map<LauncherWindowMode, Revision> ended;
+    for (const auto& [mode, document] : parts) {
+        Working& file = working(mode);
+        const Revision revision = *std::exchange(file.part, {});
+        const bool isLatest = file.revision == revision;
+        if (areWritten && isLatest)
+            file.unsaved.reset();
+        else if (!areWritten && !isLatest)
+            setUnsaved(mode, document, true);
+        if (file.isDue)
+            handOver(mode);
+        ended[mode] = revision;
+    }
+    // Last: whoever hears of it may begin the next job.
+    for (const auto& [mode, revision] : ended) {
+        tellForeignVersion(mode);
+        if (areWritten)
+            saveEnded.notify(mode, revision, BackgroundFile::Result());
+    }
 }
 
 std::expected<void, LayoutStore::Error> LayoutStore::saveNow(LauncherWindowMode mode,

@@ -9,6 +9,7 @@
 #include <array>
 #include <expected>
 #include <functional>
+#include <map>
 #include <memory>
 #include <variant>
 
@@ -89,12 +90,12 @@ public:
         Call earlier; ///< to be called first: completes what was to be saved before
         Call write;
     };
-    /// Nothing else is saved in the mode until `endPart`; the functions must be called before that. The
-    /// mode must not be blocked.
+    /// Nothing else is saved in the mode until `endParts`; the functions must be called before that.
+    /// The mode must not be blocked.
     Part beginPart(LauncherWindowMode mode, const Document& document);
-    /// With the document if it was written; otherwise with what is shown instead, which replaces
+    /// Ends all parts of a job. After a failure, the documents are what is shown instead; they replace
     /// anything scheduled meanwhile.
-    void endPart(LauncherWindowMode mode, bool isWritten, const Document& document);
+    void endParts(const std::map<LauncherWindowMode, Document>& parts, bool areWritten);
     /// Blocks until the document is on the disk. `isEdit` as for `hasUnsavedEdits`.
     std::expected<void, Error> saveNow(LauncherWindowMode mode, const Document& document,
                                        bool isEdit = false);

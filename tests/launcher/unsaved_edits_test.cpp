@@ -122,6 +122,34 @@ TEST_F(UnsavedEditsTest, WhatTheUserEditsByHandIsKept) {
     EXPECT_EQ(steps().size(), 3);
 }
 
+TEST_F(UnsavedEditsTest, WhoHearsOfASavedStepMayBeginAnother) {
+    const auto hide = [&](const QString& key) {
+        const auto hidden = [&](LauncherWindowMode in) {
+            LayoutDocument document = launcher->layout(in).document();
+            document.hiddenKeys.insert(key);
+            return document;
+        };
+        EXPECT_TRUE(launcher->history().make({.name = key,
+                                              .mode = fullScreen,
+                                              .document = hidden(fullScreen),
+                                              .otherDocument = hidden(windowed)}));
+    };
+    bool isThere = false;
+    rename(u"Ash"_s, u"Mine"_s);
+    unsaved().whenSaved({}, Whose::own, [&](const auto&) {
+        const auto renaming = command();
+        rename(u"Elm"_s, u"Late"_s, renaming, windowed);
+        hide(u"two"_s);
+        unsaved().whenSaved(renaming, Whose::own, [&](const auto&) {
+            isThere = mac.read(data + u"/layout-windowed.json"_s).contains("Late");
+        });
+    });
+    hide(u"one"_s);
+    EXPECT_TRUE(launcher->history().settle());
+    EXPECT_TRUE(isThere) << "what is told to be saved is on the disk";
+    EXPECT_EQ(stored("layout-windowed.json").hiddenKeys, (QSet<QString>{u"one"_s, u"two"_s}));
+}
+
 TEST_F(UnsavedEditsTest, StepsOfHistoryAreShownAtOnceAndComeBackIfTheyCannotBeSaved) {
     const auto& history = launcher->history();
     const auto step = [&](bool isUndo, LauncherWindowMode of = fullScreen) {
