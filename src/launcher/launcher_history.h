@@ -58,9 +58,11 @@ struct EditStep {
 ///    Trash.
 /// 2. The step is shown and pushed onto the undo stack.
 /// 3. A step of one document is saved debounced. Any other is saved at once, as one job on the saving
-///    lane: replacements make a backup of the arrangement; what was to be saved before is completed;
-///    steps that change several files are recorded in the journal, which makes them atomic; settings,
-///    definitions, documents and the import's metadata are written.
+///    lane:
+///     a. back up the arrangement, if replacing;
+///     b. finish earlier saves;
+///     c. if several files change, write the journal, which makes that atomic;
+///     d. write the files: settings, definitions, documents, the import's metadata.
 ///
 /// Undo and redo are saved in the same way, but one document is not debounced.
 ///

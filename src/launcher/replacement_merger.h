@@ -7,7 +7,7 @@
 
 namespace tessellar {
 
-/// Merges what is to replace a mode's arrangement with the installed applications. Unavailable
+/// Merges a replacement for a mode's arrangement with the installed applications. Unavailable
 /// applications are kept.
 ///
 /// Merges run on a worker. One whose layout, places or scan changed meanwhile is done again; after

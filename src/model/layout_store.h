@@ -112,8 +112,8 @@ public:
     /// Numbers a mode's states in the order in which they were to be saved; `revision` is the latest.
     using Revision = std::uint64_t;
     Revision revision(LauncherWindowMode mode) const { return working(mode).revision; }
-    /// A save finished: this revision and all before it are on the disk; or it failed and no later one
-    /// is in progress.
+    /// A save ended. Success covers this and all earlier revisions; a failure is reported only if no
+    /// later save is under way.
     Signal<LauncherWindowMode, Revision, BackgroundFile::Result> saveEnded;
     /// True while a scheduled save is not on the disk. Failures of `saveNow` count only if it was told
     /// that the document holds edits: otherwise its caller has been told.
