@@ -22,6 +22,7 @@ static QString reasonText(const QString& reason) {
     };
     static constexpr std::array rows{
         Row{"reset", Texts::noop("Before the layout was reset")},
+        Row{"arrange", Texts::noop("Before the applications were arranged")},
         Row{"arrangement-restore", Texts::noop("Before an arrangement was restored")},
         Row{"backup-restore", Texts::noop("Before a backup was restored")},
         Row{"legacy-launchpad-import", Texts::noop("Before the old Launchpad was imported")},

@@ -4491,6 +4491,10 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <source>The remembered places could not be read: nothing was forgotten.</source>
         <translation>Die gemerkten Plätze konnten nicht gelesen werden: Nichts wurde vergessen.</translation>
     </message>
+    <message>
+        <source>Before the applications were arranged</source>
+        <translation>Bevor die Programme angeordnet wurden</translation>
+    </message>
 </context>
 <context>
     <name>UnplacedSheet</name>

@@ -44,10 +44,18 @@ TEST_F(PanelsTest, BackupsAreListedAndRestoredAfterAQuestion) {
         mac.settle();
     }
     EXPECT_EQ(sketched(), u"[Trees: Oak Ash]");
+    time.advance(1s);
+    launcher->archive().arrange(
+        mode(), [] { return [] { return Pages(); }; }, {}, [](const auto&) {});
+    mac.settle();
     panel.refresh();
     mac.settle();
-    EXPECT_EQ(panel.backups().first().toMap()[u"text"_s],
-              u"Before a backup was restored · 2 applications, 1 page"_s);
+    QStringList texts;
+    for (const QVariant& backup : panel.backups())
+        texts += backup.toMap()[u"text"_s].toString().section(u" · "_s, 0, 0);
+    EXPECT_EQ(texts,
+              (QStringList{u"Before the applications were arranged"_s,
+                           u"Before a backup was restored"_s, u"Before the layout was reset"_s}));
 }
 
 TEST_F(PanelsTest, AlertsOfferTheWayOut) {
