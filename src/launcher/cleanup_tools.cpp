@@ -53,7 +53,7 @@ AppRelatedFilesScanner::TeamOf CleanupTools::teams() const {
         };
 }
 
-AppCleanupRemover CleanupTools::remover(bool mayAsk) {
+AppCleanupRemover CleanupTools::remover(bool mayQuit) {
     QStringList trashFolders{FileSystem::joined(machine.places.home, QStringLiteral(".Trash")),
                              _desktop.folder() + QStringLiteral("/files")};
     if (!_finder.isAvailable())
@@ -62,12 +62,12 @@ AppCleanupRemover CleanupTools::remover(bool mayAsk) {
         {.files = machine.files,
          .home = machine.places.home,
          .trash = trash(),
-         .running = mayAsk ? static_cast<RunningApplications&>(running) : _observer,
+         .running = mayQuit ? static_cast<RunningApplications&>(running) : _observer,
          .administrator = _coordinator,
          .agents = &_agents,
          .trashFolders = std::move(trashFolders),
-         .wait = mayAsk ? Wait(interruptibleSleep)
-                        : Wait([](std::chrono::milliseconds, std::stop_token) { return false; })});
+         .wait = mayQuit ? Wait(interruptibleSleep)
+                         : Wait([](std::chrono::milliseconds, std::stop_token) { return false; })});
 }
 
 } // namespace tessellar

@@ -20,8 +20,8 @@ struct CleanupTools {
     /// Looks up an application's signing team.
     AppRelatedFilesScanner::TeamOf teams() const;
 
-    /// For one run; only with `mayAsk` are running applications asked to quit.
-    AppCleanupRemover remover(bool mayAsk);
+    /// For one run; only with `mayQuit` are running applications asked to quit.
+    AppCleanupRemover remover(bool mayQuit);
 
     Machine& machine;
     OsascriptInterpreter interpreter;

@@ -23,11 +23,11 @@ void RemovalSteps::write(const CleanupRecord& record) const {
         _tools.machine.log.warning(written.error());
 }
 
-RemovalStep RemovalSteps::take(CleanupRecord record, const QList<RelatedFile>& items, bool mayAsk,
+RemovalStep RemovalSteps::take(CleanupRecord record, const QList<RelatedFile>& items, bool mayQuit,
                                std::stop_token stop,
                                const AppCleanupRemover::Progress& progress) const {
     const QList<CleanupItemResult> inTrash = record.items;
-    const CleanupRemovalResult result = _tools.remover(mayAsk).remove(
+    const CleanupRemovalResult result = _tools.remover(mayQuit).remove(
         record.application(), items, stop, progress, [&](const QList<CleanupItemResult>& planned) {
             record.items = inTrash + planned;
             return _store.put(record);
@@ -73,7 +73,8 @@ RemovalStep RemovalSteps::takeAgain(const QUuid& removal, std::stop_token stop) 
     return step;
 }
 
-RemovalStep RemovalSteps::bringBack(CleanupRecord record, bool asOne, std::stop_token stop) const {
+RemovalStep RemovalSteps::bringBack(CleanupRecord record, bool onlyWithBundle,
+                                    std::stop_token stop) const {
     const FileSystem& files = _tools.machine.files;
     AppCleanupRemover remover = _tools.remover(false);
     RemovalStep step{.record = record, .log = {}, .stillOpen = {}, .failure = {}};
@@ -104,7 +105,7 @@ RemovalStep RemovalSteps::bringBack(CleanupRecord record, bool asOne, std::stop_
     std::ranges::copy_if(others, std::back_inserter(bundles), isBundle);
     others.removeIf([](const CleanupItemResult& item) { return item.isBundle(); });
     bring(bundles);
-    if (asOne && step.failure)
+    if (onlyWithBundle && step.failure)
         step.record.items = record.items;
     else
         bring(others);

@@ -20,15 +20,15 @@ public:
     /// `tag` makes the name of a damaged record file that is set aside unique.
     RemovalSteps(CleanupTools& tools, const QUuid& tag) : _tools(tools), _store(tools.machine, tag) {}
 
-    /// Moves items to the Trash. With `mayAsk`, a running application is asked to quit.
-    RemovalStep take(CleanupRecord record, const QList<RelatedFile>& items, bool mayAsk,
+    /// Moves items to the Trash. With `mayQuit`, a running application is asked to quit.
+    RemovalStep take(CleanupRecord record, const QList<RelatedFile>& items, bool mayQuit,
                      std::stop_token stop, const AppCleanupRemover::Progress& progress = {}) const;
     /// Redoes an undone removal, all or nothing.
     RemovalStep takeAgain(const QUuid& removal, std::stop_token stop) const;
-    /// Restores what is still in the Trash. With `asOne`, nothing is restored unless the bundle is.
-    /// Items that fail may be retried later, unless they are certainly gone.
-    RemovalStep bringBack(CleanupRecord record, bool asOne, std::stop_token stop) const;
-    /// Restores a removal, `asOne`; `path` is the bundle's original path.
+    /// Restores what is still in the Trash. With `onlyWithBundle`, nothing is restored unless the
+    /// bundle is. Items that fail may be retried later, unless they are certainly gone.
+    RemovalStep bringBack(CleanupRecord record, bool onlyWithBundle, std::stop_token stop) const;
+    /// Restores a removal, `onlyWithBundle`; `path` is the bundle's original path.
     RemovalStep bringBack(const QUuid& removal, const QString& path, std::stop_token stop) const;
 
     /// The given removal, or the last one with items in the Trash.
