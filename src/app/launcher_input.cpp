@@ -27,7 +27,10 @@ LauncherInput::LauncherInput(LauncherViewModel& viewModel, TileSelection& select
     , _sheets(sheets)
     , _panels(panels)
     , _alert(alert) {
-    connect(&_menu, &MenuModel::chosen, this, &LauncherInput::performMenuEntry);
+    connect(&_menu, &MenuModel::chosen, this, [this](const QString& id) {
+        const ActionTarget target = _menuTarget;
+        perform(target, performAction(_viewModel, target, id));
+    });
     connect(&_search, &TileSearch::changed, &_menu, &MenuModel::close);
     connect(&_alert, &AlertPanel::changed, this, &LauncherInput::makeRoomForAlert);
     connect(&_alert, &AlertPanel::changed, this, &LauncherInput::coveredChanged);
@@ -331,11 +334,6 @@ void LauncherInput::openUpdateMenu(const QString& appKey, QPointF point) {
         return;
     _menuTarget = {.mode = mode(), .item = *app, .isSearchResult = true, .isAboutUpdates = true};
     _menu.open(actionMenu(_viewModel, _menuTarget), point, 0);
-}
-
-void LauncherInput::performMenuEntry(const QString& id) {
-    const ActionTarget target = _menuTarget;
-    perform(target, performAction(_viewModel, target, id));
 }
 
 void LauncherInput::perform(const ActionTarget& target, std::optional<ActionRequest> request) {

@@ -66,7 +66,6 @@ private:
     void groupWith(Direction direction);
     bool pressShortcut(int key, bool isShifted);
     ActionTarget selectedTarget() const;
-    void performMenuEntry(const QString& id);
     void perform(const ActionTarget& target, std::optional<ActionRequest> request);
 
     LauncherViewModel& _viewModel;

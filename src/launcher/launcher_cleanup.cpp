@@ -235,32 +235,12 @@ void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
                   if (accepted)
                       return startRemoval(done);
                   _isAsking = false;
-                  refuse(stillOpen(_app.name), done);
+                  refuse({QStringLiteral("stillOpen"),
+                          Texts::tr("%1 is still open. Quit it, then try again.").arg(_app.name),
+                          {}},
+                         done);
               });
     });
-}
-
-LauncherError LauncherCleanup::stillOpen(const QString& name) {
-    return {QStringLiteral("stillOpen"),
-            Texts::tr("%1 is still open. Quit it, then try again.").arg(name),
-            {}};
-}
-
-QList<RemovedTile> LauncherCleanup::tilesOf(const QString& key) const {
-    QList<RemovedTile> tiles;
-    _layouts.forEachApplication([&](LauncherWindowMode mode, const AppEntry& app) {
-        if (appKey(app) != key)
-            return;
-        const LayoutDocument& document = _layouts[mode].document();
-        if (const auto location = locate(document.pages, app.id))
-            tiles.append({.mode = mode,
-                          .entry = app,
-                          .folder = location->owner(),
-                          .page = location->place.page,
-                          .index = location->place.index,
-                          .isHidden = document.hiddenKeys.contains(key)});
-    });
-    return tiles;
 }
 
 void LauncherCleanup::startRemoval(const Done& done) {
@@ -271,30 +251,29 @@ void LauncherCleanup::startRemoval(const Done& done) {
     _isMeasuring = false;
     _phase = Phase::removing;
     _progress = {.done = 0, .total = _review.selectedPaths.size(), .name = {}};
-    const CleanupRecord record{.id = _machine.uuids.next(),
-                               .name = _app.originalName,
-                               .path = _app.path,
-                               .bundleIdentifier = _app.bundleIdentifier,
-                               .removedAt = _machine.clock.now(),
-                               .items = {},
-                               .restored = {},
-                               .tiles = tilesOf(appKey(_app))};
-    struct Taken {
-        RemovalStep step;
-        AppInstallKind kind = AppInstallKind::manual;
-    };
-    move<Taken>(
-        [record, items = _review.selectedItems(), progress = progressReporter(),
-         &files = _machine.files](const RemovalSteps& steps, std::stop_token stop) {
-            const AppInstallKind kind = installKind(files, record.path);
-            return Taken{steps.take(record, items, true, stop, progress), kind};
-        },
-        [this, done](const Taken& taken) { finishRemoval(taken.step, taken.kind, done); });
-}
-
-AppCleanupRemover::Progress LauncherCleanup::progressReporter() {
-    return [this, alive = _lifetime.watch(),
-            mailbox = &_machine.workers.mailbox()](const CleanupRemovalProgress& progress) {
+    CleanupRecord record{.id = _machine.uuids.next(),
+                         .name = _app.originalName,
+                         .path = _app.path,
+                         .bundleIdentifier = _app.bundleIdentifier,
+                         .removedAt = _machine.clock.now(),
+                         .items = {},
+                         .restored = {},
+                         .tiles = {}};
+    const QString key = appKey(_app);
+    _layouts.forEachApplication([&](LauncherWindowMode mode, const AppEntry& app) {
+        if (appKey(app) != key)
+            return;
+        const LayoutDocument& document = _layouts[mode].document();
+        if (const auto location = locate(document.pages, app.id))
+            record.tiles.append({.mode = mode,
+                                 .entry = app,
+                                 .folder = location->owner(),
+                                 .page = location->place.page,
+                                 .index = location->place.index,
+                                 .isHidden = document.hiddenKeys.contains(key)});
+    });
+    const auto report = [this, alive = _lifetime.watch(), mailbox = &_machine.workers.mailbox()](
+                            const CleanupRemovalProgress& progress) {
         mailbox->post([this, alive, progress] {
             if (alive.expired() || _phase != Phase::removing)
                 return;
@@ -302,34 +281,36 @@ AppCleanupRemover::Progress LauncherCleanup::progressReporter() {
             changed.notify();
         });
     };
+    struct Taken {
+        RemovalStep step;
+        AppInstallKind kind = AppInstallKind::manual;
+    };
+    move<Taken>(
+        [record, items = _review.selectedItems(), report,
+         &files = _machine.files](const RemovalSteps& steps, std::stop_token stop) {
+            const AppInstallKind kind = installKind(files, record.path);
+            return Taken{steps.take(record, items, true, stop, report), kind};
+        },
+        [this, done](const Taken& taken) { finishRemoval(taken.step, taken.kind, done); });
 }
 
-void LauncherCleanup::finishRemoval(const RemovalStep& step, AppInstallKind kind, const Done& done) {
+void LauncherCleanup::finishRemoval(const RemovalStep& taken, AppInstallKind kind, const Done& done) {
     _helperNotice.reset();
-    _log = step.log;
-    if (step.record.items.isEmpty()) {
+    _log = taken.log;
+    const CleanupRecord& record = taken.record;
+    if (record.items.isEmpty()) {
         // Nothing was moved: the user can choose or try again.
         _phase = Phase::review;
         endMoving();
         return refuse(
-            !step.stillOpen.isEmpty()
-                ? LauncherError{QStringLiteral("stillOpen"), step.failure.value_or(QString()), {}}
+            !taken.stillOpen.isEmpty()
+                ? LauncherError{QStringLiteral("stillOpen"), taken.failure.value_or(QString()), {}}
                 : LauncherError{QStringLiteral("notRemoved"),
-                                step.failure.value_or(Texts::tr("Nothing was moved to the Trash.")),
+                                taken.failure.value_or(Texts::tr("Nothing was moved to the Trash.")),
                                 {}},
             done);
     }
     _phase = Phase::done;
-    keepInHistory(step.record, kind, [this, done] {
-        endMoving();
-        changed.notify();
-        if (done)
-            done({});
-    });
-}
-
-void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind kind,
-                                    std::function<void()> done) {
     const CleanupItemResult* bundle = record.bundle();
     EditStep step{.name = editName(EditKind::moveToTrash),
                   .mode = _layouts.shownMode(),
@@ -347,23 +328,25 @@ void LauncherCleanup::keepInHistory(const CleanupRecord& record, AppInstallKind 
         _applications.forget(_app.path);
     }
     _lastRemoval = record.id;
-    makeStep(std::move(step), record, std::move(done));
+    makeStep(std::move(step), record, [this, done] {
+        endMoving();
+        changed.notify();
+        if (done)
+            done({});
+    });
 }
 
 void LauncherCleanup::makeStep(EditStep step, const CleanupRecord& record, std::function<void()> done) {
     const auto ended = [this, record, done = std::move(done)](const Outcome& saved) {
-        if (!saved)
-            reportTiles(record, saved.error());
+        if (!saved) {
+            _log.append({CleanupLogLine::Kind::failed, record.path,
+                         record.name + QStringLiteral(": ") + saved.error().message});
+            _messages.report(saved.error());
+        }
         done();
     };
     if (const auto made = _history.make(std::move(step), ended); !made)
         ended(std::unexpected(made.error()));
-}
-
-void LauncherCleanup::reportTiles(const CleanupRecord& record, const LauncherError& error) {
-    _log.append({CleanupLogLine::Kind::failed, record.path,
-                 record.name + QStringLiteral(": ") + error.message});
-    _messages.report(error);
 }
 
 void LauncherCleanup::stop() {

@@ -110,7 +110,6 @@ public:
     /// step, that step is undone; otherwise the tiles are restored in a step of their own. `done` gets
     /// one line per item.
     using Restored = std::expected<QList<CleanupLogLine>, LauncherError>;
-    void restore(std::function<void(Restored)> done = {});
     void restore(const std::optional<QUuid>& removal, std::function<void(Restored)> done);
 
     /// Reveals an item in the file manager; `done` gets the system's error.
@@ -124,22 +123,17 @@ public:
 
 private:
     static CleanupApplication cleanupApplication(const AppEntry& app);
-    static LauncherError stillOpen(const QString& name);
     QList<CleanupApplication> installedApplications() const;
-    QList<RemovedTile> tilesOf(const QString& key) const;
     void measure();
     void reset();
     void startRemoval(const Done& done);
-    AppCleanupRemover::Progress progressReporter();
-    void finishRemoval(const RemovalStep& step, AppInstallKind kind, const Done& done);
-    void keepInHistory(const CleanupRecord& record, AppInstallKind kind, std::function<void()> done);
-    /// Makes the step of a removal or a restore; `done` is called once it is saved or has failed.
+    void finishRemoval(const RemovalStep& taken, AppInstallKind kind, const Done& done);
+    /// Makes the step of a removal or a restore; `done` is called once it is saved, or that has failed
+    /// and has been reported.
     void makeStep(EditStep step, const CleanupRecord& record, std::function<void()> done);
     void restore(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void bringBack(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void putTilesBack(const CleanupRecord& record, std::function<void()> done);
-    /// Reports that the tiles could not be saved after a removal or a restore.
-    void reportTiles(const CleanupRecord& record, const LauncherError& error);
     void recall(LayoutDocument& document, const RemovedTile& tile) const;
     void insert(LayoutDocument& document, const RemovedTile& tile) const;
     void moveForHistory(bool intoTrash, const QList<TrashedAppRecord>& records,

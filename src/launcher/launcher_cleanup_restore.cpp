@@ -59,10 +59,6 @@ QString LauncherCleanup::dateText(const CleanupRecord& removal) const {
     return tessellar::dateText(removal.removedAt, _machine.locale);
 }
 
-void LauncherCleanup::restore(std::function<void(Restored)> done) {
-    restore(std::nullopt, std::move(done));
-}
-
 void LauncherCleanup::restore(const std::optional<QUuid>& removal, std::function<void(Restored)> done) {
     const auto refuse = [this, done](LauncherError error) {
         _error = error;
