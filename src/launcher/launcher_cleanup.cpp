@@ -354,12 +354,6 @@ void LauncherCleanup::stop() {
     changed.notify();
 }
 
-void LauncherCleanup::beginMoving() {
-    _isMoving = true;
-    _hold = _applications.hold();
-    _stopMoving = std::stop_source();
-}
-
 void LauncherCleanup::endMoving(std::function<void()> scanned) {
     _isMoving = false;
     _hold.reset();

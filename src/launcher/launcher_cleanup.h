@@ -139,11 +139,10 @@ private:
     void moveForHistory(bool intoTrash, const QList<TrashedAppRecord>& records,
                         const LayoutUndoActions::TrashDone& done);
     void reportFailures(const QStringList& lines, const QString& title);
-    /// Moves items on a worker; `stop` cancels it. `done` must call `endMoving`.
+    /// Looks for items or moves them, on a worker; `stop` cancels it. `done` must call `endMoving`.
     template <typename Result>
     void move(std::function<Result(const RemovalSteps&, std::stop_token)> work,
               std::function<void(Result)> done);
-    void beginMoving();
     void endMoving(std::function<void()> scanned = {});
     void refuse(LauncherError error, const Done& done);
 

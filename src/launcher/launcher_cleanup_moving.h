@@ -1,5 +1,6 @@
 #pragma once
 
+#include "launcher/installed_applications.h"
 #include "launcher/launcher_cleanup.h"
 #include "launcher/removal_steps.h"
 
@@ -8,7 +9,9 @@ namespace tessellar {
 template <typename Result>
 void LauncherCleanup::move(std::function<Result(const RemovalSteps&, std::stop_token)> work,
                            std::function<void(Result)> done) {
-    beginMoving();
+    _isMoving = true;
+    _hold = _applications.hold();
+    _stopMoving = std::stop_source();
     _moving = _machine.workers.run(
         Lane::actions,
         [tools = _tools, source = _stopMoving, tag = _machine.uuids.next(),

@@ -72,25 +72,19 @@ void LauncherCleanup::restore(const std::optional<QUuid>& removal, std::function
     if (const auto guard = _history.guard(_layouts.shownMode()); !guard)
         return refuse(guard.error());
     _error.reset();
-    beginMoving();
-    _moving = _machine.workers.run(
-        Lane::actions,
-        [tools = _tools, tag = _machine.uuids.next(), removal](std::stop_token) {
-            return RemovalSteps(*tools, tag).find(removal);
-        },
-        [this, refuse, done](const std::expected<std::optional<CleanupRecord>, QString>& found) {
-            _isMoving = false;
-            _hold.reset();
-            if (!found)
-                return refuse(
-                    {QStringLiteral("recordUnreadable"), found.error(), Texts::tr(notAllBack)});
-            if (!*found || (*found)->items.isEmpty())
-                return refuse({QStringLiteral("nothingToRestore"),
-                               Texts::tr("There is no removal to bring back."),
-                               {}});
-            restore(**found, done);
-        });
-    changed.notify();
+    using Found = std::expected<std::optional<CleanupRecord>, QString>;
+    move<Found>([removal](const RemovalSteps& steps, std::stop_token) { return steps.find(removal); },
+                [this, refuse, done](const Found& found) {
+                    endMoving();
+                    if (!found)
+                        return refuse(
+                            {QStringLiteral("recordUnreadable"), found.error(), Texts::tr(notAllBack)});
+                    if (!*found || (*found)->items.isEmpty())
+                        return refuse({QStringLiteral("nothingToRestore"),
+                                       Texts::tr("There is no removal to bring back."),
+                                       {}});
+                    restore(**found, done);
+                });
 }
 
 void LauncherCleanup::restore(const CleanupRecord& record, const std::function<void(Restored)>& done) {
@@ -111,17 +105,17 @@ void LauncherCleanup::restore(const CleanupRecord& record, const std::function<v
         });
     // The remembered places first: if the program ends before the tiles are saved, the next start has
     // them. If they cannot be saved, neither can the layout, and everything stays in the Trash.
+    _isMoving = true;
+    _hold = _applications.hold();
     _places.putBack(record.path);
-    beginMoving();
     using Written = BackgroundFile::Result;
     _places.whenWritten(LauncherWindowMode::fullScreen, [this, record, done](const Written& first) {
         _places.whenWritten(
             LauncherWindowMode::windowed, [this, record, done, first](const Written& second) {
-                _isMoving = false;
-                _hold.reset();
                 if (first && second)
                     return bringBack(record, done);
                 _places.putBack(record.path, false);
+                endMoving();
                 _error = launcherError((first ? second : first).error(), Texts::tr(notAllBack));
                 changed.notify();
                 if (done)

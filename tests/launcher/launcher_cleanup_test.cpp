@@ -52,8 +52,11 @@ protected:
     }
     QString restore(const std::optional<QUuid>& removal = {}) {
         QString result = u"nothing"_s;
+        const int before = scans;
         cleanup().restore(removal, [&](const auto& restored) { result = codeOf(restored); });
+        launcher->applications().rescan([this] { ++scans; });
         mac.settle();
+        EXPECT_GT(scans, before) << result.toStdString();
         return result;
     }
     QString inWindow() const { return sketch(launcher->layout(windowed).pages()); }
@@ -61,6 +64,7 @@ protected:
     QUuid tile(const QString& key) { return *findTile(launcher->shown().pages(), key); }
 
     QStringList questions;
+    int scans = 0; ///< that were asked for while something was being restored
 };
 
 TEST_F(LauncherCleanupTest, RefusesWhatIsNotItsToRemove) {
