@@ -161,8 +161,11 @@ void LauncherCleanup::selectNothing() {
 }
 
 void LauncherCleanup::reveal(const QString& path, Done done) {
-    _revealing = Opener(_machine).reveal(
-        path, [done = std::move(done)](const std::expected<void, QString>& shown) {
+    const auto task = _revealing.insert(_revealing.end(), Task());
+    *task = Opener(_machine).reveal(
+        path, [this, task, done = std::move(done)](const std::expected<void, QString>& shown) {
+            const Task ended = std::move(*task); // kept until the end of this call
+            _revealing.erase(task);
             if (!done)
                 return;
             if (shown)
@@ -205,9 +208,13 @@ void LauncherCleanup::findRunning(std::function<void(bool)> done) {
 }
 
 void LauncherCleanup::checkHelper(std::function<void(std::expected<void, QString>)> done) {
+    _askedForHelper.append(std::move(done));
     _checking = _machine.workers.run(
         Lane::actions, [tools = _tools](std::stop_token stop) { return tools->helperHealth(stop); },
-        std::move(done));
+        [this](const std::expected<void, QString>& health) {
+            for (const auto& tell : std::exchange(_askedForHelper, {}))
+                tell(health);
+        });
 }
 
 void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {

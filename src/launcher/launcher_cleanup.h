@@ -11,6 +11,7 @@
 #include "platform/signal.h"
 
 #include <functional>
+#include <list>
 #include <memory>
 
 namespace tessellar {
@@ -173,8 +174,9 @@ private:
     Task _looking;
     Task _checking;
     Task _listing;
-    Task _revealing;
+    std::list<Task> _revealing;
     QList<std::function<void(Past)>> _askedForPast;
+    QList<std::function<void(std::expected<void, QString>)>> _askedForHelper;
     Lifetime _lifetime;
 };
 

@@ -339,6 +339,16 @@ TEST_F(LauncherCleanupTest, AnOpenApplicationIsNamedAndGoesOnlyAfterAYes) {
     EXPECT_TRUE(scripts.isEmpty());
 }
 
+TEST_F(LauncherCleanupTest, AllWhoAskAtTheSameTimeAreAnswered) {
+    int answers = 0;
+    for (int i = 0; i < 2; ++i) {
+        cleanup().checkHelper([&](const auto&) { ++answers; });
+        cleanup().reveal(bundle, [&](const auto&) { ++answers; });
+    }
+    mac.settle();
+    EXPECT_EQ(answers, 4);
+}
+
 TEST_F(LauncherCleanupTest, ALauncherThatGoesMeanwhileHasWrittenDownWhatItTook) {
     review();
     cleanup().remove(messages().asker());
