@@ -339,6 +339,9 @@ void LauncherInput::openUpdateMenu(const QString& appKey, QPointF point) {
 void LauncherInput::perform(const ActionTarget& target, std::optional<ActionRequest> request) {
     switch (request.value_or(ActionRequest::none)) {
     case ActionRequest::none:
+    case ActionRequest::underway:
+    case ActionRequest::refused:
+    case ActionRequest::removal: // shows itself
         return;
     case ActionRequest::rename:
         return _renaming.begin(target.item ? toText(target.item->id()) : _selection.ids().value(0));

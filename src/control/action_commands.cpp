@@ -2,6 +2,8 @@
 
 #include "control/command_set.h"
 #include "launcher/actions.h"
+#include "launcher/launcher_cleanup.h"
+#include "launcher/launcher_clipboard.h"
 #include "launcher/launcher_messages.h"
 #include "platform/texts.h"
 
@@ -72,7 +74,13 @@ void addActionCommands(CommandSet& set) {
             const auto about = target(call, tile);
             if (!about)
                 return;
-            const auto request = performAction(call->launcher(), *about, text(id));
+            const auto request = performAction(
+                call->launcher(), *about, text(id),
+                [call](const LauncherViewModel::Outcome& outcome) { call->answer(outcome); });
+            if (request == ActionRequest::underway)
+                return;
+            if (request == ActionRequest::refused)
+                return call->fail(LauncherClipboard::refusal());
             if (!request)
                 return call->fail({QStringLiteral("noSuchAction"),
                                    Texts::tr("“%1” is not available there now.").arg(text(id).left(80)),
@@ -85,6 +93,7 @@ void addActionCommands(CommandSet& set) {
                 return call->succeed(QJsonObject(), Texts::tr("Continue in the window."));
             }
             messages.answer(false);
+            call->launcher().cleanup().close();
             call->fail(
                 {QStringLiteral("needsWindow"),
                  Texts::tr("“%1” continues in the window, which is not open.").arg(text(id).left(80)),

@@ -229,11 +229,7 @@ void addHistory(CommandSet& set) {
 
 /// Cutting and copying fail if the pasteboard does not accept the tiles.
 void answerClipboard(const Call& call, bool isDone) {
-    if (isDone)
-        return call->answer({});
-    call->fail({QStringLiteral("clipboardRefused"),
-                Texts::tr("There is nothing that could be taken there."),
-                {}});
+    isDone ? call->answer({}) : call->fail(LauncherClipboard::refusal());
 }
 
 void addClipboard(CommandSet& set) {

@@ -1,6 +1,7 @@
 #include "launcher/action_table.h"
 
 #include "launcher/launcher_history.h"
+#include "launcher/launcher_messages.h"
 #include "platform/texts.h"
 
 namespace tessellar {
@@ -8,11 +9,14 @@ namespace tessellar {
 /// Nobody reads a longer menu; tiles can still be dragged to the other places.
 static constexpr qsizetype maximumPlaces = 60;
 
-ActionContext contextOf(LauncherViewModel& launcher, const ActionTarget& target) {
+ActionContext contextOf(LauncherViewModel& launcher, const ActionTarget& target, ActionTold told) {
+    if (!told)
+        told = [&messages = launcher.messages()](const auto& outcome) { messages.report(outcome); };
     LiveLayout& layout = launcher.layout(target.mode);
     ActionContext context{.launcher = launcher,
                           .layout = layout,
                           .target = target,
+                          .told = std::move(told),
                           .isEditable = launcher.history().guard(target.mode).has_value()};
     if (const auto open = context.openFolder())
         context.isComputed = !layout.folder(*open);

@@ -11,18 +11,12 @@ namespace tessellar {
 
 using Outcome = std::expected<void, LauncherError>;
 
-/// A completion that reports a refusal to the user.
-inline auto reporting(const ActionContext& context) {
-    return
-        [&messages = context.launcher.messages()](const Outcome& outcome) { messages.report(outcome); };
-}
-
-/// Asks the question; if accepted, does `work` and reports its refusal.
+/// Asks the question; if accepted, does `work` and reports its refusal to the user, who answered.
 void confirm(const ActionContext& context, LauncherQuestion question, std::function<Outcome()> work);
 
 template <typename Edit>
 ActionRequest edit(const ActionContext& context, Edit change) {
-    context.launcher.messages().report(change(context.launcher.editor()));
+    context.told(change(context.launcher.editor()));
     return ActionRequest::none;
 }
 

@@ -13,14 +13,13 @@ std::span<const ActionRow> actionRows() {
     return rows;
 }
 
-/// Asks first; if the answer is yes, does `work` and reports its error.
 void confirm(const ActionContext& context, LauncherQuestion question, std::function<Outcome()> work) {
     question.isDestructive = true;
-    context.launcher.messages().ask(question,
-                                    [told = reporting(context), work = std::move(work)](bool accepted) {
-                                        if (accepted)
-                                            told(work());
-                                    });
+    LauncherMessages& messages = context.launcher.messages();
+    messages.ask(question, [&messages, work = std::move(work)](bool accepted) {
+        if (accepted)
+            messages.report(work());
+    });
 }
 
 ActionRequest editSmartFolder(const ActionContext& context, const QString&) {

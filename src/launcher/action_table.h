@@ -18,6 +18,7 @@ struct ActionContext {
     LauncherViewModel& launcher;
     LiveLayout& layout;
     const ActionTarget& target;
+    ActionTold told;
     QList<QUuid> tiles = {}; ///< the tile, or the selection containing it
     bool hasTile = false;
     bool isComputed = false; ///< inside an open smart folder, whose rules determine its contents
@@ -55,7 +56,8 @@ struct ActionContext {
     }
 };
 
-ActionContext contextOf(LauncherViewModel& launcher, const ActionTarget& target);
+/// Without `told`, outcomes are reported to the user.
+ActionContext contextOf(LauncherViewModel& launcher, const ActionTarget& target, ActionTold told = {});
 
 /// Entries for the pages and folders that tiles can be moved to; the identifier's last word is the
 /// place.

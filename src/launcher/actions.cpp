@@ -38,8 +38,8 @@ QList<MenuEntry> actionMenu(LauncherViewModel& launcher, const ActionTarget& tar
 }
 
 std::optional<ActionRequest> performAction(LauncherViewModel& launcher, const ActionTarget& target,
-                                           const QString& id) {
-    const ActionContext context = contextOf(launcher, target);
+                                           const QString& id, ActionTold told) {
+    const ActionContext context = contextOf(launcher, target, std::move(told));
     const qsizetype colon = id.indexOf(u':');
     const QStringView name = QStringView(id).first(colon < 0 ? id.size() : colon);
     for (const ActionRow& row : actionRows())

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "launcher/launcher_error.h"
 #include "model/items.h"
 #include "model/launcher_window_mode.h"
 
 #include <Qt>
 
+#include <expected>
+#include <functional>
 #include <optional>
 
 namespace tessellar {
@@ -38,6 +41,8 @@ struct ActionTarget {
 /// What the window must do after an action.
 enum class ActionRequest {
     none,
+    underway,     ///< nothing; the outcome will be told
+    refused,      ///< nothing, as the clipboard refused, of which users are not told
     rename,       ///< edit the tile's name in place
     settings,     ///< show the settings
     backups,      ///< show the arrangement's backups
@@ -51,6 +56,7 @@ enum class ActionRequest {
     arrangements, ///< show the saved arrangements
     arranging,    ///< show ways to rearrange all applications
     unplaced,     ///< show what is hidden, has no tile, or is remembered
+    removal,      ///< show the removal under review
 };
 
 // Menus, keys and `tessellarctl actions` share one table, in tile_actions.cpp and
@@ -59,10 +65,13 @@ enum class ActionRequest {
 /// The menu for a target; for a tile in the selection, it applies to the whole selection.
 QList<MenuEntry> actionMenu(LauncherViewModel& launcher, const ActionTarget& target);
 
-/// Performs an entry's action as far as the launcher can by itself, asking for confirmation and
-/// reporting refusals. nullopt if it does not apply or is disabled.
+/// Receives the outcome of an action that can fail and is not confirmed first.
+using ActionTold = std::function<void(const std::expected<void, LauncherError>&)>;
+
+/// Performs an entry's action as far as the launcher can by itself, asking for confirmation. Refusals
+/// are reported to the user, unless `told` receives them. nullopt if it does not apply or is disabled.
 std::optional<ActionRequest> performAction(LauncherViewModel& launcher, const ActionTarget& target,
-                                           const QString& id);
+                                           const QString& id, ActionTold told = {});
 
 /// Performs the action of a keyboard shortcut on the target, or else on the background. nullopt if
 /// there is none.

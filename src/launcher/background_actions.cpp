@@ -69,7 +69,7 @@ QList<MenuEntry> recoveryEntries(const Context&, const QString& id) {
 ActionRequest recoverSmartFolders(const Context& context, const QString& how) {
     SmartFolderLibrary& library = context.launcher.smartFolders();
     if (how == u"restore") {
-        context.launcher.messages().report(library.recover(SmartFolderRecovery::restore));
+        context.told(library.recover(SmartFolderRecovery::restore));
     } else if (how == u"replace") {
         confirm(context,
                 {.title = Texts::tr("Begin without Smart Folders?"),
@@ -119,8 +119,8 @@ constexpr std::array rows = std::to_array<ActionRow>({
      isBackground,
      [](const Context& c) { return c.launcher.history().steps().nextUndo(c.mode()).entry != nullptr; },
      [](const Context& c, const QString&) {
-         c.launcher.history().undo(c.mode(), reporting(c));
-         return ActionRequest::none;
+         c.launcher.history().undo(c.mode(), c.told);
+         return ActionRequest::underway;
      },
      false, nullptr, "Ctrl+Z"},
     {"redo",
@@ -131,8 +131,8 @@ constexpr std::array rows = std::to_array<ActionRow>({
      isBackground,
      [](const Context& c) { return c.launcher.history().steps().nextRedo(c.mode()).entry != nullptr; },
      [](const Context& c, const QString&) {
-         c.launcher.history().redo(c.mode(), reporting(c));
-         return ActionRequest::none;
+         c.launcher.history().redo(c.mode(), c.told);
+         return ActionRequest::underway;
      },
      false, nullptr, "Ctrl+Shift+Z"},
     {"selectAll", Texts::noop("Select All"), isBackground, nullptr, selectAll, false, nullptr,

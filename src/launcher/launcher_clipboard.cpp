@@ -5,6 +5,7 @@
 #include "launcher/launcher_messages.h"
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
+#include "platform/texts.h"
 
 namespace tessellar {
 
@@ -17,6 +18,12 @@ LauncherClipboard::LauncherClipboard(Machine& machine, Pasteboard* pasteboard, L
     , _layouts(layouts)
     , _smartFolders(smartFolders)
     , _messages(messages) {}
+
+LauncherError LauncherClipboard::refusal() {
+    return {QStringLiteral("clipboardRefused"),
+            Texts::tr("There is nothing that could be taken there."),
+            {}};
+}
 
 bool LauncherClipboard::write(Mode mode, const QList<QUuid>& tiles,
                               TileClipboardPayload::Operation operation) {

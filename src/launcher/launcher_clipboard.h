@@ -2,6 +2,7 @@
 
 #include "editing/page_tree.h"
 #include "editing/tile_clipboard.h"
+#include "launcher/launcher_error.h"
 
 #include <optional>
 
@@ -18,6 +19,9 @@ struct Machine;
 class LauncherClipboard {
 public:
     using Mode = LauncherWindowMode;
+
+    /// What a command says if one of these returns false.
+    static LauncherError refusal();
 
     /// Without a desktop pasteboard, the clipboard is private to this process.
     LauncherClipboard(Machine& machine, Pasteboard* pasteboard, LauncherHistory& history,

@@ -60,6 +60,8 @@ ActionRequest group(const Context& context, const QString&) {
     });
 }
 
+ActionRequest clipboard(bool isDone) { return isDone ? ActionRequest::none : ActionRequest::refused; }
+
 // ---- updates
 
 QString updateStatus(const Context& context) {
@@ -96,8 +98,7 @@ constexpr ActionRow aboutUpdates(ActionRow row) {
 
 template <bool everyVersion>
 ActionRequest skip(const Context& context, const QString&) {
-    context.launcher.messages().report(
-        context.launcher.updates().skip(appKey(*context.app()), everyVersion));
+    context.told(context.launcher.updates().skip(appKey(*context.app()), everyVersion));
     return ActionRequest::none;
 }
 
@@ -162,7 +163,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
                   },
                   nullptr,
                   [](const Context& c, const QString&) {
-                      c.launcher.messages().report(c.launcher.updates().unskip(appKey(*c.app())));
+                      c.told(c.launcher.updates().unskip(appKey(*c.app())));
                       return ActionRequest::none;
                   }}),
     {},
@@ -178,8 +179,8 @@ constexpr std::array rows = std::to_array<ActionRow>({
     {"reveal", Texts::noop("Reveal"),
      [](const Context& c) { return c.isOne() && c.app() && !c.isUnavailable(); }, nullptr,
      [](const Context& c, const QString&) {
-         c.launcher.cleanup().reveal(c.app()->path, reporting(c));
-         return ActionRequest::none;
+         c.launcher.cleanup().reveal(c.app()->path, c.told);
+         return ActionRequest::underway;
      }},
     {"rename", Texts::noop("Rename…"),
      [](const Context& c) { return c.isOne() && c.hasTile && (!c.smartFolder() || c.definition()); },
@@ -203,20 +204,18 @@ constexpr std::array rows = std::to_array<ActionRow>({
      [](const Context& c) { return c.isOne() && c.app() && c.launcher.icons().has(appKey(*c.app())); },
      nullptr,
      [](const Context& c, const QString&) {
-         c.launcher.icons().remove(appKey(*c.app()), reporting(c));
-         return ActionRequest::none;
+         c.launcher.icons().remove(appKey(*c.app()), c.told);
+         return ActionRequest::underway;
      }},
     {},
     {"cut", Texts::noop("Cut"), [](const Context& c) { return c.isPlaced(); }, isEditable,
      [](const Context& c, const QString&) {
-         c.launcher.clipboard().cut(c.mode(), c.tiles);
-         return ActionRequest::none;
+         return clipboard(c.launcher.clipboard().cut(c.mode(), c.tiles));
      },
      false, nullptr, "Ctrl+X"},
     {"copy", Texts::noop("Copy"), [](const Context& c) { return c.hasTile; }, nullptr,
      [](const Context& c, const QString&) {
-         c.launcher.clipboard().copy(c.mode(), c.tiles);
-         return ActionRequest::none;
+         return clipboard(c.launcher.clipboard().copy(c.mode(), c.tiles));
      },
      false, nullptr, "Ctrl+C"},
     {"paste", Texts::noop("Paste"),
@@ -225,8 +224,7 @@ constexpr std::array rows = std::to_array<ActionRow>({
      [](const Context& c, const QString&) {
          if (c.target.item)
              c.layout.navigation().select(c.tiles);
-         c.launcher.clipboard().paste(c.mode());
-         return ActionRequest::none;
+         return clipboard(c.launcher.clipboard().paste(c.mode()));
      },
      false, nullptr, "Ctrl+V"},
     {},
@@ -301,8 +299,8 @@ constexpr std::array rows = std::to_array<ActionRow>({
                 !InstalledApplications::protection(*c.app());
      },
      [](const Context& c, const QString&) {
-         c.launcher.cleanup().open(appKey(*c.app()), reporting(c));
-         return ActionRequest::none;
+         c.launcher.cleanup().open(appKey(*c.app()), c.told);
+         return ActionRequest::removal;
      },
      true},
 });

@@ -277,7 +277,13 @@ TEST_F(TessellarctlTest, OffersWhatTheMenusDo) {
     EXPECT_TRUE(text(u"actions list"_s).contains("(Ctrl+Z)"));
     EXPECT_EQ(run(u"actions run hide org.example.ash"_s).status, 0);
     EXPECT_EQ(run(u"actions run hide org.example.ash"_s).code(), u"noSuchAction");
-    EXPECT_EQ(run(u"actions run resetLayout"_s).code(), u"needsWindow");
+    for (const QString& entry :
+         {u"resetLayout"_s, u"importLaunchpad"_s, u"arrange"_s, u"moveToTrash org.example.beech"_s})
+        EXPECT_EQ(run(u"actions run "_s + entry).code(), u"needsWindow") << entry.toStdString();
+    EXPECT_EQ(run(u"actions run moveTo:99 org.example.beech"_s).code(), u"noSuchPlace");
+    EXPECT_EQ(run(u"actions run reveal org.example.beech"_s).code(), u"notShown");
+    EXPECT_TRUE(run(u"batch -"_s, "cut org.example.ash\n--mode windowed actions run paste\n")
+                    .out.contains("clipboardRefused"));
     EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash (hidden)\n  Beech\n");
     // After "--" nothing is an option.
     EXPECT_EQ(run(u"rename org.example.beech -- --json"_s, {}, false).status, 0);
