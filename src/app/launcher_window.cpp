@@ -1,5 +1,6 @@
 #include "app/launcher_window.h"
 
+#include "launcher/launcher_history.h"
 #include "launcher/launcher_icons.h"
 #include "launcher/launcher_messages.h"
 #include "launcher/launcher_settings.h"
@@ -293,8 +294,21 @@ void LauncherWindow::endWhenClosed() {
 }
 
 void LauncherWindow::endIfIdle() {
-    if (!_view.isVisible() && !_viewModel.updates().isRunning())
+    if (_view.isVisible() || _viewModel.updates().isRunning())
+        return;
+    if (_viewModel.history().settle() && (_viewModel.quit() || !_viewModel.hasUnsavedEdits())) {
         Q_EMIT ended();
+        return;
+    }
+    show(); // with the alert that says why
+    _viewModel.messages().ask({.title = tr("Quit without saving?"),
+                               .text = tr("The last changes could not be saved, and would be lost."),
+                               .accept = tr("Quit"),
+                               .isDestructive = true},
+                              [this](bool accepted) {
+                                  if (accepted)
+                                      Q_EMIT ended();
+                              });
 }
 
 void LauncherWindow::close() {

@@ -41,8 +41,9 @@ public:
     void followSystemLocale();
     /// Refreshes what depends on the day when the clock jumps.
     void followClock(std::unique_ptr<ClockWatch> watch);
-    /// From now on the program ends once the window is closed and no updates are running or queued,
-    /// emitting `ended`. A window shown again meanwhile stays.
+    /// From now on the program ends once the window is closed, no updates are running or queued, and
+    /// all edits are saved, emitting `ended`. If they cannot be saved, the window comes back, and the
+    /// user decides. A window shown again meanwhile stays.
     void endWhenClosed();
 
     /// True once the arrangement and the icons of the visible page are loaded.

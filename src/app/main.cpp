@@ -264,8 +264,9 @@ int run(int argc, char** argv) {
     }
     if (found->launcher)
         return showRunning(*found->launcher) ? 0 : 1;
-    // Quits as if the window were closed: edits are saved, and no tool is left running.
-    const Interruption interruption([](int) { QGuiApplication::quit(); });
+    // Edits are saved, and no tool is left running; but nobody is asked, as when the user closes the
+    // window: a logout must not wait.
+    const Interruption interruption([](int) { QCoreApplication::exit(); });
 
     const auto lastMode = json::fromRawValue<LauncherWindowMode>(
         machine.settings.text(QStringLiteral("window.mode")).value_or(QString()));
@@ -319,7 +320,8 @@ int run(int argc, char** argv) {
         window.endWhenClosed();
         if (!isForShow)
             window.controller().panels()->settings()->setHotKeyState([] { return HotKeyState::away; });
-        QObject::connect(&window, &LauncherWindow::ended, &application, &QGuiApplication::quit);
+        QObject::connect(&window, &LauncherWindow::ended, &application,
+                         [] { QCoreApplication::exit(); });
     }
 
     if (!arguments->screenshot.isEmpty()) {
@@ -356,9 +358,14 @@ int run(int argc, char** argv) {
     if (!isHidden)
         window.show();
     const int ended = application.exec();
+    (void)window.viewModel().quit();
+    // Answers the commands whose edits this has saved. No others are heard: theirs would be lost.
+    bool areTold = false;
+    const Task telling = machine.workers.run(
+        Lane::saving, [](std::stop_token) {}, [&] { areTold = true; });
+    while (!areTold)
+        machine.workers.mailbox().waitAndDrain();
     const auto saved = window.viewModel().quit();
-    // Answers the commands whose edits this has saved.
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 200);
     if (!saved) {
         std::fprintf(stderr, "tessellar: %s\n", qUtf8Printable(saved.error().message));
         return 1;

@@ -4737,6 +4737,21 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
     </message>
 </context>
 <context>
+    <name>tessellar::LauncherWindow</name>
+    <message>
+        <source>Quit without saving?</source>
+        <translation>Ohne Sichern beenden?</translation>
+    </message>
+    <message>
+        <source>The last changes could not be saved, and would be lost.</source>
+        <translation>Die letzten Änderungen konnten nicht gesichert werden und würden verloren gehen.</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+</context>
+<context>
     <name>tessellar::PastRemovalsPanel</name>
     <message>
         <source>Nothing was removed yet.</source>

@@ -197,6 +197,33 @@ TEST_F(LauncherWindowTest, AnAlertStandsBeforeEverythingAndADamagedLayoutIsReset
     EXPECT_EQ(shownTiles(), u"Ash");
 }
 
+TEST_F(LauncherWindowTest, ClosingLosesNoEditThatCannotBeSavedUnlessTheUserSaysSo) {
+    install({u"Ash"_s});
+    for (int i = 0; i < 64; ++i) // every name that a save may take for a while
+        mac.makeFolder(mac.machine.places.applicationFolder() + u"/.tessellar-save-%1"_s.arg(i));
+    start();
+    answer(false); // neither mode's first load could be saved
+    answer(false);
+    window->endWhenClosed();
+    const QSignalSpy ended(window.get(), &LauncherWindow::ended);
+    window->close();
+    EXPECT_EQ(ended.count(), 1) << "nothing was edited";
+
+    window->show();
+    ASSERT_TRUE(
+        editor().rename(mode(), viewModel().shown().tileOf(u"org.example.ash"_s)->id, u"Oak"_s));
+    for (const bool isLost : {false, true}) {
+        window->close();
+        EXPECT_EQ(ended.count(), 1);
+        EXPECT_TRUE(view().isVisible());
+        ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->accept() == u"Try Again"; }));
+        launcher().alert()->answer(false);
+        ASSERT_EQ(launcher().alert()->accept(), u"Quit");
+        launcher().alert()->answer(isLost);
+    }
+    EXPECT_EQ(ended.count(), 2);
+}
+
 TEST_F(LauncherWindowTest, TheOtherModeHasItsOwnGridAndSize) {
     install(manyNames(50));
     start({1280, 800});
