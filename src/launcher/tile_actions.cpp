@@ -19,6 +19,10 @@ bool isAlias(const LaunchpadItem& item) { return item.app() && item.app()->alias
 // ---- the actions
 
 ActionRequest open(const Context& context, const QString&) {
+    if (const AppEntry* app = context.app()) {
+        context.launcher.opener().launch(appKey(*app), context.told);
+        return ActionRequest::underway;
+    }
     context.launcher.opener().open(context.mode(), *context.target.item);
     return ActionRequest::none;
 }

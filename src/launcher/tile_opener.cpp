@@ -28,39 +28,32 @@ void TileOpener::open(LauncherWindowMode mode, const LaunchpadItem& item) {
 }
 
 void TileOpener::launch(const QString& key, std::function<void(Outcome)> done) {
-    const auto refuse = [this](const LauncherError& error, const auto& told) {
-        _messages.showNotice(error.message);
-        if (told)
-            told(std::unexpected(error));
-    };
+    if (!done)
+        done = [this](const Outcome& outcome) { _messages.report(outcome); };
     const LauncherError unavailable{QStringLiteral("unavailable"), LiveLayout::unavailableNotice(), {}};
     const AppEntry* app = _applications.withKey(key);
     if (!app)
-        return _layouts.shown().unavailableAppKeys().contains(key)
-                   ? refuse(unavailable, done)
-                   : refuse(InstalledApplications::unknown(key), done);
+        return done(std::unexpected(_layouts.shown().unavailableAppKeys().contains(key)
+                                        ? unavailable
+                                        : InstalledApplications::unknown(key)));
     const auto task = _launches.insert(_launches.end(), Task());
     const auto opened = [this, task, key, name = app->name,
                          done](const std::expected<void, QString>& outcome) {
         // Kept until the end of this call: it owns the function that is running.
         const Task ended = std::move(*task);
         _launches.erase(task);
-        if (!outcome) {
-            const LauncherError error{QStringLiteral("couldNotLaunch"), outcome.error(),
-                                      Texts::tr("Could not open “%1”").arg(name)};
-            _messages.alert(error);
-            return done ? done(std::unexpected(error)) : void();
-        }
+        if (!outcome)
+            return done(std::unexpected(LauncherError{QStringLiteral("couldNotLaunch"), outcome.error(),
+                                                      Texts::tr("Could not open “%1”").arg(name)}));
         _smartFolders.recordLaunch(key);
         launched.notify();
-        if (done)
-            done({});
+        done({});
     };
     // On a worker, because the volume may hang.
     *task = _machine.workers.run(
         Lane::actions,
         [&files = _machine.files, path = app->path](std::stop_token) { return files.exists(path); },
-        [this, task, key, path = app->path, opened, refuse, unavailable, done](bool exists) {
+        [this, task, key, path = app->path, opened, unavailable, done](bool exists) {
             if (exists) {
                 const Task looked = std::move(*task);
                 *task = _opener.openApplication(path, opened);
@@ -70,7 +63,7 @@ void TileOpener::launch(const QString& key, std::function<void(Outcome)> done) {
             _launches.erase(task);
             _layouts.markUnavailable(key);
             _applications.rescan();
-            refuse(unavailable, done);
+            done(std::unexpected(unavailable));
         });
 }
 

@@ -27,8 +27,8 @@ public:
 
     /// Launches a tile's application, or opens its folder.
     void open(LauncherWindowMode mode, const LaunchpadItem& item);
-    /// Launches an application; fails with a notice if it is unknown or unavailable. `done` is called
-    /// once the system has accepted it, or with the error.
+    /// Launches an application. `done` is called once the system has accepted it, or with the error;
+    /// without it, the user is told of errors.
     void launch(const QString& appKey, std::function<void(Outcome)> done = {});
 
     Signal<> launched; ///< the window should hide

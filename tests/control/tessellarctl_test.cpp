@@ -282,6 +282,7 @@ TEST_F(TessellarctlTest, OffersWhatTheMenusDo) {
         EXPECT_EQ(run(u"actions run "_s + entry).code(), u"needsWindow") << entry.toStdString();
     EXPECT_EQ(run(u"actions run moveTo:99 org.example.beech"_s).code(), u"noSuchPlace");
     EXPECT_EQ(run(u"actions run reveal org.example.beech"_s).code(), u"notShown");
+    EXPECT_EQ(run(u"actions run open org.example.beech"_s).code(), u"couldNotLaunch");
     EXPECT_TRUE(run(u"batch -"_s, "cut org.example.ash\n--mode windowed actions run paste\n")
                     .out.contains("clipboardRefused"));
     EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash (hidden)\n  Beech\n");
