@@ -312,6 +312,19 @@ QList<SmartFolderDefinition> withDefinitionsOf(const LayoutUndoState& from,
     return result;
 }
 
+/// `now`, with the settings that the step changed as in `target`.
+static ArrangementLayout withSettingsOf(const LayoutUndoState& from, const LayoutUndoState& target,
+                                        ArrangementLayout now) {
+    json::Fields<ArrangementLayout>::list([&](const auto&... field) {
+        const auto take = [&](auto member) {
+            if (from.settings.*member != target.settings.*member)
+                now.*member = target.settings.*member;
+        };
+        (take(field.member), ...);
+    });
+    return now;
+}
+
 bool LayoutUndoHistory::apply(Direction direction, const LayoutUndoEntry& entry,
                               std::function<void(bool)> saved) {
     const bool isUndo = direction == Direction::undo;
@@ -320,9 +333,8 @@ bool LayoutUndoHistory::apply(Direction direction, const LayoutUndoEntry& entry,
     const LayoutUndoState present = _actions.snapshot(state.mode);
     LayoutUndoState wanted = state;
     wanted.smartFolderDefinitions = withDefinitionsOf(from, state, present.smartFolderDefinitions);
+    wanted.settings = withSettingsOf(from, state, present.settings);
     // What the step did not change stays as it is now.
-    if (from.settings == state.settings)
-        wanted.settings = present.settings;
     if (from.document == state.document)
         wanted.document = present.document;
     if (from.otherDocument == state.otherDocument)

@@ -56,8 +56,13 @@ TEST_F(LauncherSettingsTest, AStepOfHistoryComesAfterWhatWasSetBeforeIt) {
     ASSERT_TRUE(restoreArrangement(*launcher, mac, kept->id));
     EXPECT_EQ(mac.settings.integer(u"gridColumns"_s), 8);
     EXPECT_EQ(shownColumns(), 8);
+    // What is set after the step stays.
+    store(u"folderRows"_s, 4);
     EXPECT_EQ(undo(), u"done");
     EXPECT_EQ(mac.settings.integer(u"gridColumns"_s), 7);
+    EXPECT_EQ(redo(), u"done");
+    EXPECT_EQ(shownColumns(), 8);
+    EXPECT_EQ(launcher->shown().settings().folderRows, 4);
 }
 
 TEST_F(LauncherSettingsTest, AreWrittenAlsoAtTheEnd) {
