@@ -21,13 +21,18 @@ QSet<QUuid> changedDefinitions(const LayoutUndoEntry& entry) {
     return changed;
 }
 
+/// True for a step that was made in a mode, or changed its document from the other.
 bool concerns(const LayoutUndoEntry& entry, LauncherWindowMode mode) {
     return entry.before.documentOf(mode) != nullptr;
 }
 
+bool changesTiles(const LayoutUndoEntry& entry, LauncherWindowMode mode) {
+    return concerns(entry, mode) && *entry.before.documentOf(mode) != *entry.after.documentOf(mode);
+}
+
 bool changesTheSame(const LayoutUndoEntry& one, const LayoutUndoEntry& another) {
     for (const LauncherWindowMode mode : {one.before.mode, otherMode(one.before.mode)})
-        if (concerns(one, mode) && concerns(another, mode))
+        if (changesTiles(one, mode) && changesTiles(another, mode))
             return true;
     return changedDefinitions(one).intersects(changedDefinitions(another));
 }

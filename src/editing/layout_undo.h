@@ -121,9 +121,9 @@ struct LayoutUndoActions {
 };
 
 /// Undo and redo, as two stacks of whole states. Both display modes share one chronological history,
-/// because they share the smart folders. A step applies to one mode: the newest that changed something
-/// in that mode or in the smart folders. Later steps of the other mode may stay, unless they changed
-/// the same document or definition; then they block it.
+/// because they share the smart folders. A mode's next step is the newest that was made in it or
+/// changed its document. Later steps of the other mode stay, unless they changed the same document or
+/// definition; then they block it.
 ///
 /// While a step waits for the Trash, and while one that moved applications is being saved, no other
 /// step begins and edits must be refused (`isInProgress`). A failed step is rolled back, including

@@ -216,6 +216,21 @@ TEST_F(SmartFolderEditorTest, AStepWaitsForALaterOneOfTheOtherModeThatChangedThe
     EXPECT_EQ(definitions(), (QList{games, other}));
     EXPECT_EQ(redo(), u"done");
     EXPECT_EQ(definitions(), (QList{gamesCalled(u"Play"_s), other}));
+    // A step that changed both modes' tiles waits for later changes of tiles only.
+    ASSERT_TRUE(editor().deleteSmartFolder(mode(), games.id));
+    SmartFolderDefinition changed = other;
+    changed.name = u"Other"_s;
+    show(windowed);
+    ASSERT_TRUE(editor().changeSmartFolder(mode(), changed));
+    show(fullScreen);
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(definitions().size(), 2);
+    EXPECT_EQ(definitions().last().name, u"Other");
+    EXPECT_EQ(redo(), u"done");
+    show(windowed);
+    ASSERT_TRUE(editor().hideApps(mode(), {launcher->shown().pages()[0][0].id()}));
+    show(fullScreen);
+    EXPECT_EQ(undo(), u"stepInTheWay");
 }
 
 TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
