@@ -157,8 +157,8 @@ public:
     void withdraw(std::uint64_t number, const QList<LayoutUndoEntry>& redoStack);
 
     using Direction = UndoRedoFeedback::Direction;
-    /// Returns a step that was undone or redone to the stack it came from: what it changed could not be
-    /// saved and is as it was before.
+    /// Returns an undone or redone step to its stack, after its result could not be saved and was
+    /// rolled back.
     void giveBack(Direction direction, const LayoutUndoEntry& step);
 
     /// Performs a mode's next step. `done` is called when it has finished, possibly before this

@@ -44,8 +44,8 @@ LauncherHistory::LauncherHistory(Machine& machine, LayoutStore& store, LiveLayou
     , _steps(machine.scheduler, machine.uuids, actions())
     , _unsaved(
           store, [this](const QList<UnsavedEdit>& edits, bool areLeft) { rollBack(edits, areLeft); },
-          [this](const LauncherError& error, UnsavedEdits::Left left) {
-              if (left == UnsavedEdits::Left::unsaved)
+          [this](const LauncherError& error, UnsavedEdits::Told told) {
+              if (told == UnsavedEdits::Told::editsKept)
                   _messages.alert(offering(LauncherError::Remedy::saveAgain, error));
               else
                   tellUser(error, true);

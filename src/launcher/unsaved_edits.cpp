@@ -129,7 +129,7 @@ void UnsavedEdits::fail(LauncherWindowMode mode, LayoutStore::Revision revision,
     const bool areLeft =
         std::ranges::any_of(edits, [](const Unsaved& unsaved) { return !unsaved.editor; });
     if (!isTold && (areLeft || concernsUser))
-        _tellUser(error, areLeft ? Left::unsaved : Left::nothing);
+        _tellUser(error, areLeft ? Told::editsKept : Told::undoTakenBack);
 }
 
 void UnsavedEdits::tell() {

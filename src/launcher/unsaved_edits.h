@@ -19,10 +19,9 @@ struct UnsavedEdit {
 
 /// Tracks edits until they are on the disk.
 ///
-/// If saving fails, edits by hand stay in the window and are retried with later edits. Edits by a
-/// command are rolled back, so that its failure is final, and so are undo and redo by hand, which are
-/// saved at once and can be tried again. But if edits by hand were made on top, they are kept like
-/// these, and the command's result says so. Concurrent waits share a save.
+/// If saving fails, edits by hand stay and are retried. A command's edits, and an undo or redo by hand,
+/// are rolled back, unless later edits by hand lie on top; then they stay too, and the command reports
+/// it. Concurrent waits share a save.
 ///
 /// Replacements and steps of several files are saved as a unit; the next step begins once that has
 /// ended.
@@ -37,9 +36,9 @@ public:
     /// Undoes edits of one mode, newest first, and saves the result; with `areLeft`, there are unsaved
     /// ones below them.
     using RollBack = std::function<void(const QList<UnsavedEdit>&, bool areLeft)>;
-    /// Tells the user that a save failed: edits by hand stay unsaved, or an undo was taken back.
-    enum class Left { unsaved, nothing };
-    using Tell = std::function<void(const LauncherError&, Left)>;
+    /// What the user is told of a failed save: edits stay, or an undo or redo was rolled back.
+    enum class Told { editsKept, undoTakenBack };
+    using Tell = std::function<void(const LauncherError&, Told)>;
 
     UnsavedEdits(LayoutStore& store, RollBack rollBack, Tell tellUser);
 
