@@ -178,33 +178,29 @@ LauncherHistory::Made LauncherHistory::make(EditStep step, Done saved) {
     return backup ? std::optional(backup->path) : std::nullopt;
 }
 
-/// What the journal says of a step's settings and import record is read when it is written.
-static StepJournal::Files filesBefore(const EditStep& step, const LayoutUndoState& before) {
-    StepJournal::Files files;
-    const auto documentOf = [&](LauncherWindowMode mode) {
-        return step.documentOf(mode) ? std::optional(*before.documentOf(mode)) : std::nullopt;
-    };
-    files.fullScreen = documentOf(LauncherWindowMode::fullScreen);
-    files.windowed = documentOf(LauncherWindowMode::windowed);
-    if (step.definitions)
-        files.definitions = before.smartFolderDefinitions;
+/// The job of a step, without its calls.
+static StepWriter::Job jobOf(const EditStep& step, const LayoutUndoState& before) {
+    StepWriter::Job job{.first = {},
+                        .before = {},
+                        .after = {.fullScreen = step.documentOf(LauncherWindowMode::fullScreen),
+                                  .windowed = step.documentOf(LauncherWindowMode::windowed),
+                                  .definitions = step.definitions},
+                        .isNoted = filesOf(step) > 1,
+                        .files = {}};
+    if (job.after.fullScreen)
+        job.before.fullScreen = *before.documentOf(LauncherWindowMode::fullScreen);
+    if (job.after.windowed)
+        job.before.windowed = *before.documentOf(LauncherWindowMode::windowed);
+    if (job.after.definitions)
+        job.before.definitions = before.smartFolderDefinitions;
     if (step.settings)
-        files.settings = storedLayoutSettings(step.mode, *step.settings);
-    if (step.replacement && step.replacement->importRecord)
-        files.importRecord.emplace();
-    return files;
-}
-
-static StepJournal::Files filesAfter(const EditStep& step) {
-    StepJournal::Files files{.fullScreen = step.documentOf(LauncherWindowMode::fullScreen),
-                             .windowed = step.documentOf(LauncherWindowMode::windowed),
-                             .definitions = step.definitions};
-    if (step.settings)
-        files.settings = storedLayoutSettings(step.mode, *step.settings);
-    if (step.replacement && step.replacement->importRecord)
-        files.importRecord =
+        job.before.settings = job.after.settings = storedLayoutSettings(step.mode, *step.settings);
+    if (step.replacement && step.replacement->importRecord) {
+        job.before.importRecord.emplace();
+        job.after.importRecord =
             QString::fromLatin1(encodedImportMetadata(*step.replacement->importRecord));
-    return files;
+    }
+    return job;
 }
 
 /// A call of the writer's, with its error as the launcher's.
@@ -229,11 +225,7 @@ LauncherHistory::begin(Underway underway, const std::function<std::function<void
     }
     _underway = std::move(underway);
     const EditStep& step = _underway->step;
-    StepWriter::Job job{.first = {},
-                        .before = filesBefore(step, _underway->before),
-                        .after = filesAfter(step),
-                        .isNoted = filesOf(step) > 1,
-                        .files = {}};
+    StepWriter::Job job = jobOf(step, _underway->before);
     if (backup)
         job.first.push_back(reporting(backup->write));
     if (step.settings)

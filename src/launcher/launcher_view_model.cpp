@@ -110,11 +110,12 @@ LauncherViewModel::LauncherViewModel(Machine& machine, LauncherWindowMode shown,
     follow(parts.applications.scanned,
            [&parts] { parts.smartFolders.setApps(parts.applications.all()); });
     follow(parts.applications.scanned, [&parts] { parts.search.invalidate(); });
-    follow(parts.layouts.changed, [&parts](LauncherWindowMode mode) {
-        parts.search.invalidate(mode);
-        const LiveLayout& layout = parts.layouts[mode];
-        parts.smartFolders.setContext(mode, {layout.customNames(), layout.hiddenKeys()});
-    });
+    for (const LauncherWindowMode mode : LiveLayouts::modes)
+        follow(parts.layouts[mode].changed, [&parts, mode] {
+            parts.search.invalidate(mode);
+            const LiveLayout& layout = parts.layouts[mode];
+            parts.smartFolders.setContext(mode, {layout.customNames(), layout.hiddenKeys()});
+        });
     follow(parts.layouts.shownModeChanged,
            [&parts] { parts.search.invalidate(parts.layouts.shownMode()); });
     follow(parts.smartFolders.changed, [&parts] { parts.search.invalidate(); });

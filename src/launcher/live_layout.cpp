@@ -177,11 +177,7 @@ LiveLayouts::LiveLayouts(LauncherWindowMode shown, const Settings& settings,
                          const SmartFolderLibrary& smartFolders)
     : _layouts{LiveLayout(modes[0], settings, smartFolders),
                LiveLayout(modes[1], settings, smartFolders)}
-    , _shownMode(shown) {
-    for (LiveLayout& layout : _layouts)
-        _subscriptions[std::size_t(layout.mode())] =
-            layout.changed.connect([this, mode = layout.mode()] { changed.notify(mode); });
-}
+    , _shownMode(shown) {}
 
 void LiveLayouts::show(LauncherWindowMode mode) {
     if (std::exchange(_shownMode, mode) != mode)

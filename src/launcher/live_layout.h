@@ -113,12 +113,10 @@ public:
     void markUnavailable(const QString& appKey);
 
     Signal<> shownModeChanged;
-    Signal<LauncherWindowMode> changed;
 
 private:
     std::array<LiveLayout, 2> _layouts;
     LauncherWindowMode _shownMode;
-    std::array<Subscription, 2> _subscriptions;
 };
 
 } // namespace tessellar
