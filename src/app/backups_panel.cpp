@@ -14,25 +14,6 @@
 
 namespace tessellar {
 
-/// Describes a backup by its stored reason.
-static QString reasonText(const QString& reason) {
-    struct Row {
-        const char* reason;
-        const char* text;
-    };
-    static constexpr std::array rows{
-        Row{"reset", Texts::noop("Before the layout was reset")},
-        Row{"arrange", Texts::noop("Before the applications were arranged")},
-        Row{"arrangement-restore", Texts::noop("Before an arrangement was restored")},
-        Row{"backup-restore", Texts::noop("Before a backup was restored")},
-        Row{"legacy-launchpad-import", Texts::noop("Before the old Launchpad was imported")},
-        Row{"changed-by-another-program", Texts::noop("Written by another program")}};
-    for (const Row& row : rows)
-        if (reason == QLatin1StringView(row.reason))
-            return Texts::tr(row.text);
-    return reason.left(100);
-}
-
 QString BackupsPanel::summary() const {
     if (!_backups.isEmpty())
         return {};
@@ -60,7 +41,7 @@ void BackupsPanel::show(const QList<BackupSummary>& all) {
             QVariantMap{{QStringLiteral("name"), backup.name},
                         {QStringLiteral("title"), locale.toString(date, QLocale::ShortFormat)},
                         {QStringLiteral("text"),
-                         reasonText(backup.reason) + QStringLiteral(" · ") +
+                         backupReasonText(backup.reason) + QStringLiteral(" · ") +
                              countsText(backup.appCount, backup.folderCount, backup.pageCount)}});
     }
     Q_EMIT changed();

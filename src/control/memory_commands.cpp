@@ -1,6 +1,7 @@
 // Commands for what is kept of former arrangements: the places of removed applications, and backups.
 
 #include "control/command_set.h"
+#include "launcher/counts_text.h"
 #include "launcher/layout_archive.h"
 #include "launcher/place_memory.h"
 #include "launcher/unplaced_items.h"
@@ -85,11 +86,10 @@ void addBackups(CommandSet& set) {
                   call->launcher().archive().listBackups([call](const QList<BackupSummary>& all) {
                       QString lines;
                       for (const BackupSummary& backup : all)
-                          lines += Texts::tr("%1  %2 (%3 pages, %4 applications, %5 folders)\n")
-                                       .arg(backup.name, backup.reason)
-                                       .arg(backup.pageCount)
-                                       .arg(backup.appCount)
-                                       .arg(backup.folderCount);
+                          lines += QStringLiteral("%1  %2 (%3)\n")
+                                       .arg(backup.name, backupReasonText(backup.reason),
+                                            countsText(backup.appCount, backup.folderCount,
+                                                       backup.pageCount));
                       call->succeed(json::encode(all),
                                     lines.isEmpty() ? Texts::tr("There are no backups.") : lines);
                   });

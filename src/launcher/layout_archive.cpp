@@ -5,7 +5,27 @@
 #include "launcher/launcher_messages.h"
 #include "platform/texts.h"
 
+#include <array>
+
 namespace tessellar {
+
+QString backupReasonText(const QString& reason) {
+    struct Row {
+        const char* reason;
+        const char* text;
+    };
+    static constexpr std::array rows{
+        Row{"reset", Texts::noop("Before the layout was reset")},
+        Row{"arrange", Texts::noop("Before the applications were arranged")},
+        Row{"arrangement-restore", Texts::noop("Before an arrangement was restored")},
+        Row{"backup-restore", Texts::noop("Before a backup was restored")},
+        Row{"legacy-launchpad-import", Texts::noop("Before the old Launchpad was imported")},
+        Row{"changed-by-another-program", Texts::noop("Written by another program")}};
+    for (const Row& row : rows)
+        if (reason == QLatin1StringView(row.reason))
+            return Texts::tr(row.text);
+    return reason.left(100);
+}
 
 using StorageError = LayoutStore::StorageError;
 

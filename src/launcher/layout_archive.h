@@ -17,6 +17,9 @@ namespace tessellar {
 class LauncherHistory;
 class LauncherMessages;
 
+/// What a backup was made before, by its stored reason.
+QString backupReasonText(const QString& reason);
+
 /// Replaces a mode's arrangement: with a saved one, a backup, or the default. Backs up the current one
 /// first, as a step of history. Main thread only.
 class LayoutArchive {

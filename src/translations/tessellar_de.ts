@@ -1519,12 +1519,6 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Die Sicherungen der Anordnung</translation>
     </message>
     <message>
-        <source>%1  %2 (%3 pages, %4 applications, %5 folders)
-</source>
-        <translation>%1  %2 (%3 Seiten, %4 Programme, %5 Ordner)
-</translation>
-    </message>
-    <message>
         <source>There are no backups.</source>
         <translation>Es gibt keine Sicherungen.</translation>
     </message>
