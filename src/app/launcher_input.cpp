@@ -93,29 +93,28 @@ void LauncherInput::escape() {
     const auto all = menus();
     const auto open = std::ranges::find_if(all, &MenuModel::isOpen);
     if (open != all.end())
-        (*open)->close();
-    else if (_panels.smartFolder()->popups()->days()->isOpen())
-        _panels.smartFolder()->popups()->days()->close();
-    else if (_drag.putBack())
+        return (*open)->close();
+    if (DayPicker* days = _panels.smartFolder()->popups()->days(); days->isOpen())
+        return days->close();
+    if (_drag.putBack())
         return;
-    else if (_alert.isOpen())
-        _alert.answer(false);
-    else if (_panels.removal()->isOpen())
-        _panels.removal()->cancel();
-    else if (_sheets.current() == Sheets::smartFolder)
-        _panels.smartFolder()->leave();
-    else if (_sheets.current() == Sheets::arrangements && _panels.arrangements()->endTask())
+    if (_alert.isOpen())
+        return _alert.answer(false);
+    if (_panels.removal()->isOpen())
+        return _panels.removal()->cancel();
+    if (_sheets.current() == Sheets::smartFolder)
+        return _panels.smartFolder()->leave();
+    if (_sheets.current() == Sheets::arrangements && _panels.arrangements()->endTask())
         return;
-    else if (!_sheets.current().isEmpty())
-        _sheets.leave();
-    else if (_search.isActive())
-        _search.clear();
-    else if (isSeveralSelected())
-        _selection.clear();
-    else if (_folder.isOpen())
-        _folder.close();
-    else
-        Q_EMIT closeRequested();
+    if (!_sheets.current().isEmpty())
+        return _sheets.leave();
+    if (_search.isActive())
+        return _search.clear();
+    if (isSeveralSelected())
+        return _selection.clear();
+    if (_folder.isOpen())
+        return _folder.close();
+    Q_EMIT closeRequested();
 }
 
 /// Swaps the horizontal arrow keys in right-to-left layouts.
@@ -274,6 +273,7 @@ void LauncherInput::moveTiles(Direction direction) {
         slot = isBack ? static_cast<int>(pages.tiles(page).size()) : 0;
     }
     slot = std::max(0, slot);
+    const int row = slot / columns;
     const Drop drop =
         dropAt({.pages = pages,
                 .page = page,
@@ -283,7 +283,7 @@ void LauncherInput::moveTiles(Direction direction) {
                 .folder = _folder.isOpen() ? std::optional(layout.navigation().folderStack().last().id)
                                            : std::nullopt,
                 .moving = selected},
-               {slot % columns + 0.5, slot / columns + 0.5});
+               {slot % columns + 0.5, row + 0.5});
     if (drop.kind != Drop::Kind::between)
         return;
     const QList<QUuid> moved = layout.inOrder(selected);

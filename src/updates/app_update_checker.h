@@ -54,8 +54,7 @@ public:
     virtual bool isDiscovered() const { return true; }
     /// Asks tools which of these applications belong to this checker; null if bundles suffice.
     [[nodiscard]] virtual std::unique_ptr<AppUpdateWork>
-    discover(const QList<AppUpdateCandidate>& candidates, AppUpdateSink sink) {
-        (void)candidates, (void)sink;
+    discover(const QList<AppUpdateCandidate>& /*candidates*/, AppUpdateSink /*sink*/) {
         return nullptr;
     }
     /// Restore and save the checker's persistent state.
