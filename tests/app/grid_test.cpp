@@ -128,7 +128,6 @@ protected:
         inserted = std::make_unique<QSignalSpy>(page, &PageModel::rowsInserted);
         removed = std::make_unique<QSignalSpy>(page, &PageModel::rowsRemoved);
     }
-    static QList<int> roles(const QList<QVariant>& change) { return change[2].value<QList<int>>(); }
 
     GridModel model{{}};
     std::unique_ptr<QSignalSpy> changed, moved, inserted, removed;
@@ -141,7 +140,7 @@ TEST_F(GridModelTest, ReportsOnlyTheTilesThatChanged) {
     show({tiles(u"afoy"_s)});
     ASSERT_EQ(changed->count(), 1);
     EXPECT_EQ(changed->at(0)[0].toModelIndex().row(), 1);
-    EXPECT_FALSE(roles(changed->at(0)).contains(PageModel::BadgeRole));
+    EXPECT_FALSE(changed->at(0)[2].value<QList<int>>().contains(PageModel::BadgeRole));
     ASSERT_EQ(inserted->count(), 1);
     EXPECT_EQ(inserted->at(0)[1].toInt(), 3);
     show({tiles(u"a"_s), tiles(u"f"_s)});

@@ -61,19 +61,14 @@ TEST_F(PanelsTest, BackupsAreListedAndRestoredAfterAQuestion) {
 TEST_F(PanelsTest, AlertsOfferTheWayOut) {
     start();
     AlertPanel alert(*launcher);
-    const auto block = [&](bool isBlocked) { // every name that a save may take for a while
-        for (int i = 0; i < 64; ++i) {
-            const QString path = data + u"/.tessellar-save-%1"_s.arg(i);
-            isBlocked ? mac.makeFolder(path) : mac.remove(path);
-        }
-    };
     const auto rename = [&](const QString& name) {
         const QUuid oak = launcher->shown().tileOf(u"org.example.oak"_s)->id;
-        ASSERT_TRUE(launcher->editor().rename(launcher->shown().mode(), oak, name));
+        ASSERT_TRUE(editor().rename(mode(), oak, name));
         time.advance(1s);
         mac.settle();
     };
-    block(true);
+    const QByteArray kept = mac.read(layoutFile);
+    block(layoutFile);
     rename(u"Elm"_s);
     rename(u"Fir"_s);
     alert.refresh();
@@ -83,7 +78,8 @@ TEST_F(PanelsTest, AlertsOfferTheWayOut) {
     mac.settle();
     alert.refresh();
     EXPECT_EQ(alert.accept(), u"Try Again") << "it is not there yet";
-    block(false);
+    mac.remove(layoutFile);
+    mac.write(layoutFile, kept);
     alert.answer(true);
     mac.settle();
     alert.refresh();
@@ -185,28 +181,18 @@ TEST_F(RemovalPanelTest, AReviewIsReadAndChosenFromByKeyboard) {
 }
 
 /// The same in the window.
-class RemovalSheetTest : public LauncherFixture {
-protected:
-    void review() {
-        mac.tool(u"/bin/ps"_s, exited(0));
-        install({u"Ash"_s});
-        start();
-        chooseAt(u"Ash"_s, u"Move to Trash…"_s);
-    }
-    RemovalPanel& removal() { return *panels().removal(); }
-    bool hasItems(int count) {
-        return QTest::qWaitFor([&] { return removal().items()->rowCount() == count; });
-    }
-
-    const QString library = mac.machine.places.home + u"/Library/"_s;
-};
+using RemovalSheetTest = LauncherFixture;
 
 TEST_F(RemovalSheetTest, AnApplicationIsMovedToTheTrashAndPutBack) {
-    const QString leftover = library + u"Preferences/org.example.ash.plist"_s;
+    const QString leftover = mac.machine.places.home + u"/Library/Preferences/org.example.ash.plist"_s;
     mac.write(leftover, "x");
-    review();
-    ASSERT_TRUE(hasItems(2));
-    const RemovalItems& items = *removal().items();
+    mac.tool(u"/bin/ps"_s, exited(0));
+    install({u"Ash"_s});
+    start();
+    chooseAt(u"Ash"_s, u"Move to Trash…"_s);
+    const RemovalPanel& removal = *panels().removal();
+    const RemovalItems& items = *panels().removal()->items();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return items.rowCount() == 2; }));
     const auto isChosen = [&] {
         return items.data(items.index(1), RemovalItems::SelectedRole).toBool();
     };
@@ -216,13 +202,13 @@ TEST_F(RemovalSheetTest, AnApplicationIsMovedToTheTrashAndPutBack) {
     clickNamed(u"removalItem"_s);
     EXPECT_TRUE(QTest::qWaitFor(isChosen));
     clickNamed(u"removalAccept"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return removal().phase() == u"done"; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return removal.phase() == u"done"; }));
     EXPECT_FALSE(mac.exists(leftover));
     EXPECT_FALSE(tile(u"Ash"_s));
     clickNamed(u"removalRestore"_s);
     EXPECT_TRUE(isSeen(u"Ash"_s));
     EXPECT_TRUE(mac.exists(leftover));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !removal().isOpen(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !removal.isOpen(); }));
 }
 
 } // namespace

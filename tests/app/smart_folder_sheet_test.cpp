@@ -23,11 +23,6 @@ protected:
         ASSERT_EQ(launcher().sheets()->current(), u"smartFolder");
         layOut();
     }
-    /// Of the template of games.
-    SmartFolderDefinition addGames() {
-        EXPECT_TRUE(editor().addSmartFolder(mode(), SmartFolderTemplate::games));
-        return definitions().first();
-    }
     void editGames() {
         chooseAt(u"Games"_s, u"Edit Smart Folder…"_s);
         layOut();
@@ -96,7 +91,8 @@ TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
 }
 
 TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
-    const SmartFolderDefinition before = addGames();
+    ASSERT_TRUE(editor().addSmartFolder(mode(), SmartFolderTemplate::games));
+    const SmartFolderDefinition before = definitions().first();
     editGames();
     EXPECT_EQ(value(), u"games");
     EXPECT_FALSE(itemWith("text", u"New Smart Folder"_s));

@@ -21,7 +21,11 @@ protected:
                                 .sparkleFeed = u"https://feeds.test/feed"_s});
         mac.tool(brewPath, brewOfOneCask("2.0"));
         start({1280, 800});
-        openAndCheck();
+        chooseInGrid(update_texts::checkNow());
+        until([&] { return !mac.http.waiting().isEmpty(); });
+        mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
+        until([&] { return !updates().isChecking() && panel().runnableCount() == 1; });
+        layOut();
     }
     void installCask(const QString& version) {
         builder.addApplication({.name = u"Cask"_s, .identifier = cask, .version = version});
@@ -45,13 +49,6 @@ protected:
         until([&] {
             return mac.exists(mac.machine.places.applicationFolder() + u"/app-update-run.json"_s);
         });
-    }
-    void openAndCheck() {
-        chooseInGrid(update_texts::checkNow());
-        until([&] { return !mac.http.waiting().isEmpty(); });
-        mac.http.answer(u"feeds"_s, FakeHttp::Answer(std::unexpected(HttpError::timedOut)));
-        until([&] { return !updates().isChecking() && panel().runnableCount() == 1; });
-        layOut();
     }
     /// The lines, as "Name: text".
     QStringList lines() {

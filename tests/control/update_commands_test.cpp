@@ -7,23 +7,18 @@
 namespace tessellar {
 namespace {
 
-class TessellarctlUpdatesTest : public TessellarctlTest {
-protected:
-    /// A brew that has a newer version of Ash, and brings it.
-    void addBrew() {
-        const QString info = u"/Applications/Ash.app/Contents/Info.plist"_s;
-        sample::addHomebrew(builder,
-                            {{.token = u"ash"_s,
-                              .version = u"1.1"_s,
-                              .installedVersion = u"1.0"_s,
-                              .artifacts = {QJsonObject{{u"app"_s, QJsonArray{u"Ash.app"_s}}}},
-                              .update = sample::PendingUpdate{u"ash"_s, u"1.1"_s, info,
-                                                              read(info).replace(">1.0<", ">1.1<")}}});
-    }
-};
+using TessellarctlUpdatesTest = TessellarctlTest;
 
 TEST_F(TessellarctlUpdatesTest, ACheckSaysWhatItFindsAndARunBringsIt) {
-    addBrew();
+    // A brew that has a newer version of Ash, and brings it.
+    const QString info = u"/Applications/Ash.app/Contents/Info.plist"_s;
+    sample::addHomebrew(builder,
+                        {{.token = u"ash"_s,
+                          .version = u"1.1"_s,
+                          .installedVersion = u"1.0"_s,
+                          .artifacts = {QJsonObject{{u"app"_s, QJsonArray{u"Ash.app"_s}}}},
+                          .update = sample::PendingUpdate{u"ash"_s, u"1.1"_s, info,
+                                                          read(info).replace(">1.0<", ">1.1<")}}});
     const QString ash = u"org.example.ash"_s;
     const QJsonObject channel = object(R"({"homebrewCask": {"token": "ash"}})");
     const QJsonObject available = object(R"({"updateAvailable": {"latestVersion": "1.1"}})");

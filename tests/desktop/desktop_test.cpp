@@ -80,27 +80,6 @@ TEST(LaunchAtLogin, IsAFileOfTheDesktopThatTheUserMaySwitchOff) {
     EXPECT_TRUE(setLaunchesAtLogin(false, configuration.path()));
 }
 
-/// A bus of the test's own.
-class Bus {
-public:
-    Bus() {
-        _daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-        if (_daemon.waitForReadyRead(10'000))
-            _address = QString::fromLatin1(_daemon.readLine()).trimmed();
-    }
-    ~Bus() {
-        _daemon.kill();
-        _daemon.waitForFinished();
-    }
-    QDBusConnection connection(const QString& name) const {
-        return QDBusConnection::connectToBus(_address, name);
-    }
-
-private:
-    QProcess _daemon;
-    QString _address;
-};
-
 /// A desktop that keeps one key for whoever asks.
 class Portal final : public QDBusVirtualObject {
 public:
@@ -154,9 +133,12 @@ private:
 };
 
 TEST(PortalHotKey, IsAskedForInASessionAndGivenBack) {
-    const Bus bus;
-    Portal portal(bus.connection(u"desktop"_s));
-    const QDBusConnection ours = bus.connection(u"launcher"_s);
+    QProcess daemon; // of a bus of the test's own, which ends with it
+    daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
+    ASSERT_TRUE(daemon.waitForReadyRead(10'000));
+    const QString address = QString::fromLatin1(daemon.readLine()).trimmed();
+    Portal portal(QDBusConnection::connectToBus(address, u"desktop"_s));
+    const QDBusConnection ours = QDBusConnection::connectToBus(address, u"launcher"_s);
     ASSERT_TRUE(ours.isConnected());
     int presses = 0;
     const auto chord = *keyChord(u"control+option+space"_s);
