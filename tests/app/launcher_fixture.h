@@ -126,6 +126,11 @@ protected:
     bool goes(const QString& objectName) {
         return QTest::qWaitFor([&] { return !named(objectName); });
     }
+    /// With Escape.
+    void leave(const QString& sheet) {
+        press(Qt::Key_Escape);
+        ASSERT_TRUE(goes(sheet)) << sheet.toStdString();
+    }
     void clickNamed(const QString& objectName) {
         ASSERT_TRUE(comes(objectName)) << objectName.toStdString();
         layOut();

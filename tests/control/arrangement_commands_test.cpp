@@ -21,9 +21,9 @@ TEST_F(TessellarctlTest, AnArrangementIsRestoredRenamedReplacedTakenElsewhereAnd
     EXPECT_EQ(taken.json()[u"name"].toString(), u"Ours") << taken.error.toStdString();
     EXPECT_EQ(run(u"arrangements undo"_s).code(), u"nothingToUndo") << "each is a launcher anew";
     run(u"batch -"_s, "arrangements save Another\narrangements undo\n");
-    const QJsonArray saved = run(u"arrangements list"_s).list();
-    ASSERT_EQ(saved.size(), 1);
-    EXPECT_EQ(saved[0][u"name"].toString(), u"Ours");
+    const auto saved = json::parse(run(u"arrangements list"_s).out);
+    ASSERT_TRUE(saved && saved->toArray().size() == 1);
+    EXPECT_EQ((*saved)[0][u"name"].toString(), u"Ours");
 }
 
 TEST_F(TessellarctlTest, AllIsArrangedAnew) {

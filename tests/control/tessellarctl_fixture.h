@@ -52,7 +52,6 @@ protected:
         QByteArray error;
 
         QJsonObject json() const { return object(out); }
-        QJsonArray list() const { return json::parse(out).value_or(QJsonValue()).toArray(); }
         QString code() const { return json()[u"error"][u"code"].toString(); }
     };
     static QJsonObject object(const QByteArray& bytes) {

@@ -142,17 +142,6 @@ Item {
             compare(root.heard, []);
         }
 
-        function test_tabStaysInIt() {
-            const seen = [];
-            for (let i = 0; i < 18; ++i) {
-                keyClick(Qt.Key_Tab);
-                seen.push(Window.window.activeFocusItem);
-            }
-            for (const item of [boxes.itemAt(11), foot, other, cancel, accept])
-                verify(seen.indexOf(item) >= 0, item.text);
-            compare(seen[16], field.input, "round and round");
-        }
-
         function test_aClickBesideItClosesIt() {
             root.width = 1000;
             root.height = 700;
