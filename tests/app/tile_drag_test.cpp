@@ -127,9 +127,18 @@ TEST_F(TileDragTest, ASelectionIsCarriedWhole) {
     EXPECT_EQ(launcher().selection()->ids().size(), 2);
     // Both leave their slots, and the folder takes the place of one of them.
     const int second = at(u"A02"_s).x();
-    lift(at(u"A02"_s), beside(u"F"_s, 300));
-    mac.time.advance(TileDrag::roomDelay);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return at(u"F"_s).x() < second; }));
+    const int third = at(u"F"_s).x();
+    const QPoint past = beside(u"F"_s, 300);
+    const auto liftBoth = [&] {
+        lift(at(u"A02"_s), past);
+        mac.time.advance(TileDrag::roomDelay);
+        return QTest::qWaitFor([&] { return at(u"F"_s).x() < second; });
+    };
+    ASSERT_TRUE(liftBoth());
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return at(u"F"_s).x() == third; })) << "back in its place";
+    release(past);
+    ASSERT_TRUE(liftBoth());
     QTest::mouseMove(&view(), tile(u"A01"_s)->mapToScene({0, 0}).toPoint() + QPoint(5, 60));
     mac.time.advance(TileDrag::roomDelay);
     ASSERT_TRUE(QTest::qWaitFor([&] { return std::abs(at(u"F"_s).x() - second) < 2; }));
