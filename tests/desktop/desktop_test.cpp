@@ -15,6 +15,7 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -133,7 +134,11 @@ private:
 };
 
 TEST(PortalHotKey, IsAskedForInASessionAndGivenBack) {
-    QProcess daemon; // of a bus of the test's own, which ends with it
+    QProcess daemon; // of a bus of the test's own
+    const auto end = qScopeGuard([&] {
+        daemon.kill();
+        daemon.waitForFinished();
+    });
     daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
     ASSERT_TRUE(daemon.waitForReadyRead(10'000));
     const QString address = QString::fromLatin1(daemon.readLine()).trimmed();
