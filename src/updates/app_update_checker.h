@@ -54,6 +54,7 @@ public:
     virtual bool isDiscovered() const { return true; }
     /// Asks tools which of these applications belong to this checker; null if bundles suffice.
     [[nodiscard]] virtual std::unique_ptr<AppUpdateWork>
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): others keep the sink
     discover(const QList<AppUpdateCandidate>& /*candidates*/, AppUpdateSink /*sink*/) {
         return nullptr;
     }
