@@ -74,8 +74,7 @@ const QList<Command>& independentCommands() {
 }
 
 const Command* commandNamed(const QByteArray& name) {
-    const auto found =
-        std::ranges::find_if(commands(), [&](const Command& command) { return name == command.name; });
+    const auto found = std::ranges::find(commands(), name, &Command::name);
     return found == commands().end() ? nullptr : &*found;
 }
 
@@ -117,9 +116,8 @@ QByteArrayList fatesOf(const Site& site) {
 void CaseList::addCalls(const QByteArray& row, const Command& command, const QList<Site>& sites) {
     const QByteArray killed = row == "call" ? QByteArray("kill") : row;
     for (const Site& site : sites) {
-        const QByteArray what = ':' + QByteArray(command.name) + ':' + site.name() + ':';
-        const QByteArray bucket =
-            ' ' + QByteArray(command.name) + (site.kind == Kind::reads ? " r" : " w");
+        const QByteArray what = ':' + command.name + ':' + site.name() + ':';
+        const QByteArray bucket = ' ' + command.name + (site.kind == Kind::reads ? " r" : " w");
         for (const QByteArray& fate : fatesOf(site))
             add(row + bucket, row + what + fate);
         if (site.kind == Kind::changes)
@@ -145,20 +143,14 @@ void CaseList::addTogether() {
 
 QList<Case> CaseList::drawn() const {
     std::mt19937 random(_seed);
-    std::vector<QList<Case>> buckets;
-    for (QList<Case> bucket : _buckets) {
-        // By hand: what std::shuffle makes of a seed is each library's own affair.
-        for (qsizetype left = bucket.size(); left > 1; --left)
-            bucket.swapItemsAt(left - 1,
-                               static_cast<qsizetype>(random() % static_cast<unsigned>(left)));
-        buckets.push_back(std::move(bucket));
-    }
-    for (std::size_t left = buckets.size(); left > 1; --left)
-        std::swap(buckets[left - 1], buckets[random() % left]);
+    QList<QList<Case>> buckets = _buckets.values();
+    for (QList<Case>& bucket : buckets)
+        std::ranges::shuffle(bucket, random);
+    std::ranges::shuffle(buckets, random);
     QList<Case> all;
     for (qsizetype round = 0, before = -1; all.size() != before; ++round) {
         before = all.size();
-        for (const QList<Case>& bucket : buckets)
+        for (const QList<Case>& bucket : std::as_const(buckets))
             if (round < bucket.size())
                 all.append(bucket[round]);
     }

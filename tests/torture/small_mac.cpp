@@ -17,14 +17,12 @@
 #include <QCoreApplication>
 
 #include <fcntl.h>
-#include <sys/mount.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <ranges>
+#include <stdexcept>
 
 namespace tessellar::torture {
 
@@ -52,26 +50,13 @@ bool isPassing(const QByteArray& path) {
 
 } // namespace
 
-SmallMac::SmallMac(const QByteArray& folder) : _root(folder) {
-    std::error_code ignored;
-    fs::create_directories(_root.toStdString(), ignored);
-    _hasDisk = ::mount("none", _root.constData(), "tmpfs", 0, "size=64m") == 0;
+SmallMac::SmallMac() {
     build();
-    if (!_failure)
-        arrange();
-    if (_failure)
-        return;
+    arrange();
     _built = walk();
     _builtFiles = files();
-    for (auto file = _builtFiles.begin(); file != _builtFiles.end(); ++file)
-        _knownIdentifiers += identifiersIn(file.key() + '\n' + *file);
-}
-
-SmallMac::~SmallMac() {
-    if (_hasDisk)
-        ::umount2(_root.constData(), MNT_DETACH);
-    std::error_code ignored;
-    fs::remove_all(_root.toStdString(), ignored);
+    for (const auto& [path, bytes] : _builtFiles.asKeyValueRange())
+        _knownIdentifiers += identifiersIn(path + '\n' + bytes);
 }
 
 void SmallMac::build() {
@@ -120,23 +105,21 @@ void SmallMac::build() {
     sample::addHomebrew(mac, {cask(u"Maple"_s), cask(u"Gorse"_s)});
     mac.settleDates(QDateTime::fromString(u"2026-01-02T03:04:05Z"_s, Qt::ISODate));
     if (const auto failure = mac.failure())
-        _failure = failure->toUtf8();
+        throw std::runtime_error(failure->toStdString());
 }
 
 /// An arrangement as a user may have made it, through the commands.
 void SmallMac::arrange() {
     const auto done = [&](const QByteArray& line) {
-        if (_failure)
-            return QJsonValue();
         const Ending ending = run(line);
         if (ending.status != 0)
-            _failure = line + ": " + ending.error.trimmed();
+            throw std::runtime_error((line + ": " + ending.error.trimmed()).toStdString());
         return json::parse(ending.out).value_or(QJsonValue());
     };
     const auto name = [&](const char* word, const QJsonValue& value) {
-        if (value.toString().isEmpty() && !_failure)
-            _failure = QByteArray("there is nothing to call ") + word;
-        _words.insert(QByteArray(word), value.toString().toUtf8());
+        if (value.toString().isEmpty())
+            throw std::runtime_error(std::string("there is nothing to call ") + word);
+        _words.insert(word, value.toString().toUtf8());
     };
     // The identifier of the last tile of this kind that is fit.
     const auto nameTile = [&](const char* word, const QString& kind, const auto& isFit) {
@@ -173,8 +156,7 @@ void SmallMac::arrange() {
     done("open org.example.oak");
     done("updates check");
     done("updates skip org.example.gorse");
-    std::error_code ignored;
-    fs::remove_all((_root + "/Applications/Kelp.app").toStdString(), ignored);
+    fs::remove_all(host("Applications/Kelp.app"));
     done("list");
     done("cleanup remove org.example.larch --yes");
     done("settings set gridRows 4");
@@ -186,8 +168,8 @@ void SmallMac::arrange() {
 
 Programs::Main SmallMac::tessellarctl(const QByteArray& line) const {
     QByteArray text = line;
-    for (auto word = _words.begin(); word != _words.end(); ++word)
-        text.replace(word.key(), *word);
+    for (const auto& [word, meaning] : _words.asKeyValueRange())
+        text.replace(word, meaning);
     std::vector<std::string> words{
         "tessellarctl", "--root", _root.toStdString(),   "--json", "--locale",
         "en_GB",        "--now",  "2026-11-14T12:00:00Z"};
@@ -243,150 +225,105 @@ void SmallMac::bringAllBack() {
 
 QByteArray SmallMac::batchFile(const Command& command) {
     static const QByteArray start = "batch {root}/";
-    const QByteArray line = command.line;
-    return line.startsWith(start) ? line.sliced(start.size()) : QByteArray();
-}
-
-QByteArray SmallMac::builtFile(const QByteArray& path) const {
-    for (auto file = _builtFiles.begin(); file != _builtFiles.end(); ++file)
-        if (withoutStamps(file.key()) == path)
-            return file.key();
-    return {};
+    return command.line.startsWith(start) ? command.line.sliced(start.size()) : QByteArray();
 }
 
 SmallMac::Tree SmallMac::walk() const {
     Tree tree;
-    std::error_code error;
-    for (fs::recursive_directory_iterator at(_root.toStdString(), error), end; at != end;
-         at.increment(error)) {
+    const std::string root = host({});
+    std::error_code error; // what a killed program had started may be at work still
+    for (fs::recursive_directory_iterator at(root, error), end; at != end; at.increment(error)) {
         const std::string path = at->path().string();
-        struct stat status {};
-        if (::lstat(path.c_str(), &status) != 0)
+        Entry entry;
+        if (::lstat(path.c_str(), &entry.status) != 0)
             continue;
-        Entry entry{status.st_mode, {}, status.st_mtim, status.st_ctim, status.st_ino};
-        if (S_ISLNK(status.st_mode))
+        if (S_ISLNK(entry.status.st_mode))
             entry.bytes = QByteArray::fromStdString(fs::read_symlink(path, error).string());
-        tree.insert(QByteArray::fromStdString(path.substr(static_cast<std::size_t>(_root.size()) + 1)),
-                    entry);
-    }
-    // The bytes of those that have not changed since the Mac was built are known.
-    for (auto entry = tree.begin(); entry != tree.end(); ++entry) {
-        if (!S_ISREG(entry->mode))
-            continue;
-        const auto built = _built.constFind(entry.key());
-        if (built != _built.cend() && built->inode == entry->inode &&
-            built->changed.tv_sec == entry->changed.tv_sec &&
-            built->changed.tv_nsec == entry->changed.tv_nsec) {
-            entry->bytes = built->bytes;
-            continue;
-        }
-        std::ifstream in((_root + '/' + entry.key()).toStdString(), std::ios::binary);
-        entry->bytes = QByteArray::fromStdString({std::istreambuf_iterator<char>(in), {}});
+        else if (S_ISREG(entry.status.st_mode))
+            entry.bytes = QByteArray::fromStdString(test::readFile(path));
+        tree.emplace(QByteArray::fromStdString(path.substr(root.size())), entry);
     }
     return tree;
 }
 
 QMap<QByteArray, QByteArray> SmallMac::files() const {
     QMap<QByteArray, QByteArray> files;
-    const Tree tree = walk();
-    for (auto entry = tree.begin(); entry != tree.end(); ++entry)
-        files.insert(entry.key(), entry->bytes);
+    for (const auto& [path, entry] : walk())
+        files.insert(path, entry.bytes);
     return files;
 }
 
 void SmallMac::write(const QByteArray& path, const QByteArray& bytes) const {
     // As a new file: a change within one tick of the disk's clock would not be seen.
-    ::unlink((_root + '/' + path).constData());
-    std::ofstream((_root + '/' + path).toStdString(), std::ios::binary)
-        .write(bytes.constData(), bytes.size());
+    ::unlink(host(path).c_str());
+    test::writeFile(host(path), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
-void SmallMac::put(const QByteArray& path, const Entry& entry) const {
-    const QByteArray host = _root + '/' + path;
-    if (S_ISDIR(entry.mode))
-        ::mkdir(host.constData(), entry.mode & 07777);
-    else if (S_ISLNK(entry.mode))
-        (void)::symlink(entry.bytes.constData(), host.constData());
-    else if (S_ISREG(entry.mode)) {
-        write(path, entry.bytes);
-        ::chmod(host.constData(), entry.mode & 07777);
-    }
+bool SmallMac::isThere(const QByteArray& path) const {
+    std::error_code ignored;
+    return fs::exists(fs::symlink_status(host(path), ignored));
 }
 
 /// What was moved goes back as it is: the record of a removal knows its items by their identity.
-bool SmallMac::moveBack(const Tree& now) const {
+void SmallMac::moveBack() const {
     QHash<ino_t, QByteArray> places;
-    for (auto entry = now.begin(); entry != now.end(); ++entry)
-        places.insert(entry->inode, entry.key());
-    bool isMoved = false;
-    for (auto entry = _built.begin(); entry != _built.end(); ++entry) {
-        const QByteArray host = _root + '/' + entry.key();
-        struct stat status {};
-        if (const QByteArray place = places.value(entry->inode);
-            !place.isEmpty() && ::lstat(host.constData(), &status) != 0)
-            isMoved |= ::rename((_root + '/' + place).constData(), host.constData()) == 0;
-    }
-    return isMoved;
+    for (const auto& [path, entry] : walk())
+        places.insert(entry.status.st_ino, path);
+    for (const auto& [path, entry] : _built)
+        if (const QByteArray place = places.value(entry.status.st_ino);
+            !place.isEmpty() && !isThere(path))
+            ::rename(host(place).c_str(), host(path).c_str());
+}
+
+void SmallMac::put(const QByteArray& path, const Entry& entry) const {
+    const mode_t mode = entry.status.st_mode;
+    if (S_ISDIR(mode))
+        fs::create_directory(host(path));
+    else if (S_ISLNK(mode))
+        fs::create_symlink(entry.bytes.toStdString(), host(path));
+    else
+        write(path, entry.bytes);
+    if (!S_ISLNK(mode))
+        ::chmod(host(path).c_str(), mode & 07777);
 }
 
 void SmallMac::restore() {
-    Tree now = walk();
-    bool isChanged = moveBack(now);
-    if (isChanged)
-        now = walk();
+    moveBack();
     std::error_code ignored;
-    for (auto entry = now.end(); entry != now.begin();) {
-        --entry;
-        const auto built = _built.constFind(entry.key());
-        if (built != _built.cend() && built->mode == entry->mode && built->bytes == entry->bytes)
-            continue;
-        fs::remove_all((_root + '/' + entry.key()).toStdString(), ignored);
-        isChanged = true;
+    for (const auto& [path, entry] : walk() | std::views::reverse) {
+        const auto built = _built.find(path);
+        if (built == _built.end() || built->second.status.st_mode != entry.status.st_mode ||
+            built->second.bytes != entry.bytes)
+            fs::remove_all(host(path), ignored);
     }
-    for (auto entry = _built.begin(); entry != _built.end(); ++entry) {
-        struct stat status {};
-        if (::lstat((_root + '/' + entry.key()).constData(), &status) == 0)
-            continue;
-        put(entry.key(), *entry);
-        isChanged = true;
-    }
-    if (!isChanged)
-        return;
+    for (const auto& [path, entry] : _built)
+        if (!isThere(path))
+            put(path, entry);
     // What lies in a folder changes its date: deeper ones come first.
-    for (auto entry = _built.end(); entry != _built.begin();) {
-        --entry;
-        const QByteArray host = _root + '/' + entry.key();
-        const timespec times[] = {entry->modified, entry->modified};
-        struct stat status {};
-        ::lstat(host.constData(), &status);
-        if (status.st_mtim.tv_sec != entry->modified.tv_sec ||
-            status.st_mtim.tv_nsec != entry->modified.tv_nsec)
-            ::utimensat(AT_FDCWD, host.constData(), times, AT_SYMLINK_NOFOLLOW);
-        ::lstat(host.constData(), &status);
-        entry->inode = status.st_ino;
-        entry->changed = status.st_ctim;
+    for (auto& [path, entry] : _built | std::views::reverse) {
+        struct stat now {};
+        ::lstat(host(path).c_str(), &now);
+        const timespec times[] = {entry.status.st_mtim, entry.status.st_mtim};
+        if (now.st_mtim.tv_sec != times->tv_sec || now.st_mtim.tv_nsec != times->tv_nsec)
+            ::utimensat(AT_FDCWD, host(path).c_str(), times, AT_SYMLINK_NOFOLLOW);
+        entry.status.st_ino = now.st_ino;
     }
 }
 
 State SmallMac::state() const {
-    const Tree tree = walk();
     State state;
     QMap<QByteArray, QByteArray> numbers;
-    for (auto entry = tree.begin(); entry != tree.end(); ++entry) {
-        const auto built = _built.constFind(entry.key());
+    for (const auto& [path, bytes] : files().asKeyValueRange()) {
         const bool isKeptBackup =
-            entry.key().startsWith(applicationFolder + "/Backups") && built != _built.cend();
-        if (isPassing(entry.key()) && !isKeptBackup)
+            path.startsWith(applicationFolder + "/Backups") && _builtFiles.contains(path);
+        if (isPassing(path) && !isKeptBackup)
             continue;
-        QByteArray contents;
-        if (S_ISREG(entry->mode)) {
-            const auto value =
-                entry.key().endsWith(".json") ? json::parse(entry->bytes) : json::Decoded<QJsonValue>();
-            contents =
-                value && !value->isNull() ? json::write(withoutIdentities(*value)) : entry->bytes;
-        }
-        state.insert(withNumberedIdentifiers(entry.key(), _knownIdentifiers, numbers),
-                     withNumberedIdentifiers(contents, _knownIdentifiers, numbers));
+        const auto value = path.endsWith(".json") ? json::parse(bytes) : json::Decoded<QJsonValue>();
+        state.insert(withNumberedIdentifiers(path, _knownIdentifiers, numbers),
+                     withNumberedIdentifiers(value && !value->isNull()
+                                                 ? json::write(withoutIdentities(*value))
+                                                 : bytes,
+                                             _knownIdentifiers, numbers));
     }
     return state;
 }

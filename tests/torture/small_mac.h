@@ -1,9 +1,12 @@
 #pragma once
 
+#include "tests/platform/disk_folder.h"
 #include "torture/state.h"
 #include "torture/system_calls.h"
 
-#include <QStringList>
+#include <sys/stat.h>
+
+#include <map>
 
 namespace tessellar::torture {
 
@@ -18,8 +21,8 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(Traits)
 
 /// A command of the case table. In its words, "{NAME}" stands for an identifier that the Mac knows.
 struct Command {
-    const char* name;
-    const char* line;
+    QByteArray name;
+    QByteArray line;
     Traits traits = {};
 
     bool has(Trait trait) const { return traits.testFlag(trait); }
@@ -28,15 +31,9 @@ struct Command {
 /// A small Mac in memory, which is put back as it was after each case.
 class SmallMac {
 public:
-    /// Builds it, with an arrangement that has something for each command to work on. Nothing where
+    /// Builds it, with an arrangement that has something for each command to work on. Throws where
     /// that fails.
-    explicit SmallMac(const QByteArray& folder);
-    ~SmallMac();
-    SmallMac(const SmallMac&) = delete;
-    SmallMac& operator=(const SmallMac&) = delete;
-
-    const std::optional<QByteArray>& failure() const { return _failure; }
-    const QByteArray& root() const { return _root; }
+    SmallMac();
 
     /// A program that carries out one command, a line of shell words.
     Programs::Main tessellarctl(const QByteArray& line) const;
@@ -54,8 +51,6 @@ public:
     QMap<QByteArray, QByteArray> files() const;
     /// As it was built.
     const QMap<QByteArray, QByteArray>& builtFiles() const { return _builtFiles; }
-    /// The path of the first built file that this is without stamps.
-    QByteArray builtFile(const QByteArray& name) const;
     void write(const QByteArray& path, const QByteArray& bytes) const;
 
     /// The path below the root, without stamps; nothing for other paths.
@@ -66,23 +61,21 @@ public:
 
 private:
     struct Entry {
-        mode_t mode = 0;
+        struct stat status {};
         QByteArray bytes; ///< or where a link leads
-        timespec modified{};
-        timespec changed{};
-        ino_t inode = 0;
     };
-    using Tree = QMap<QByteArray, Entry>;
+    using Tree = std::map<QByteArray, Entry>;
 
     void build();
     void arrange();
     Tree walk() const;
     void put(const QByteArray& path, const Entry& entry) const;
-    bool moveBack(const Tree& now) const;
+    void moveBack() const;
+    bool isThere(const QByteArray& path) const;
+    std::string host(const QByteArray& path) const { return (_root + '/' + path).toStdString(); }
 
-    QByteArray _root;
-    bool _hasDisk = false;
-    std::optional<QByteArray> _failure;
+    test::MemoryFolder _folder;
+    QByteArray _root = QByteArray::fromStdString(std::filesystem::canonical(_folder.path()));
     QMap<QByteArray, QByteArray> _words; ///< by the names that stand for them
     Tree _built;
     QMap<QByteArray, QByteArray> _builtFiles;

@@ -257,8 +257,8 @@ pid_t Programs::start(const Main& main, Decide decide) {
                 !filterCalls())
                 ::_exit(126);
         }
-        // As after `main`, with all that goes then.
-        std::exit(main());
+        // As after `main`, with all that goes then; an exception ends it here.
+        std::exit([&]() noexcept { return main(); }());
     }
     if (program.decide) {
         int status = 0;

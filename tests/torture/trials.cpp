@@ -5,9 +5,9 @@
 #include <signal.h>
 
 #include <random>
+#include <stdexcept>
 
 namespace tessellar::torture {
-namespace {
 
 constexpr int secondsForAProgram = 60;
 
@@ -49,10 +49,6 @@ public:
         }
         return _wasReached && _isLasting && isStruckToo(call, *path) ? _fate : Fate{};
     }
-    Programs::Decide asDecide() {
-        return [this](const SystemCall& call) { return decide(call); };
-    }
-
     bool wasReached() const { return _wasReached; }
     bool isDeath() const { return _fate.kind != Fate::Kind::runs && _fate.kind != Fate::Kind::fails; }
     bool denies(const QByteArray& file) const {
@@ -87,6 +83,10 @@ private:
     QList<Site> _sites;
 };
 
+namespace {
+
+bool isOfLauncher(const QByteArray& row) { return row == "served" || row == "started"; }
+
 /// Without memory, or what an event loop is made of, libraries end a program in their own way: that is
 /// no worse than being killed, as long as it harms nothing.
 void endedAsItCould(Ending& ending) {
@@ -99,29 +99,38 @@ const QByteArray lock = SmallMac::applicationFolder + "/lock";
 
 } // namespace
 
-std::optional<QList<Site>> Trials::sites(const Command& command) {
+QList<Site> Trials::sites(const QByteArray& row, const Command& command) {
     _mac.restore();
     Injection injection(_mac);
-    Programs programs;
-    const pid_t program = programs.start(_mac.tessellarctl(command.line), injection.asDecide());
-    const Ending ending = programs.waitFor(program, secondsForAProgram);
-    if (ending.status != 0)
-        return std::nullopt;
+    const Ending ending = run(row, command, injection);
+    if (ending.status != 0 || injection.sites().isEmpty())
+        throw std::runtime_error(
+            (row + ':' + command.name + " fails without a fault: " + ending.error).toStdString());
     return injection.sites();
 }
 
-Ending Trials::runServed(const Command& command, const Programs::Decide& decide, Phase phase) {
+Ending Trials::run(const QByteArray& row, const Command& command, Injection& injection) const {
+    if (isOfLauncher(row))
+        return runServed(command, injection, row == "served");
+    Programs programs;
+    const pid_t program =
+        programs.start(_mac.tessellarctl(command.line),
+                       [&](const SystemCall& call) { return injection.decide(call); });
+    return programs.waitFor(program, secondsForAProgram);
+}
+
+Ending Trials::runServed(const Command& command, Injection& injection, bool fromThenOn) const {
     Programs programs;
     bool isListening = false;
     bool isServing = false;
     const pid_t launcher = programs.start(_mac.launcher(), [&](const SystemCall& call) {
         isListening = isListening || qstrcmp(call.name, "listen") == 0;
         isServing = isServing || qstrcmp(call.name, "accept4") == 0;
-        return isServing == (phase == Phase::serving) ? decide(call) : Fate{};
+        return isServing == fromThenOn ? injection.decide(call) : Fate{};
     });
     if (!programs.runUntil(isListening, secondsForAProgram))
         // One that cannot start ends by itself, and the command is carried out without it.
-        if (phase == Phase::serving || programs.waitFor(launcher, secondsForAProgram).isLate)
+        if (fromThenOn || programs.waitFor(launcher, secondsForAProgram).isLate)
             return {.isLate = true};
     const pid_t client = programs.start(_mac.tessellarctl(command.line));
     Ending ending = programs.waitFor(client, secondsForAProgram);
@@ -133,21 +142,11 @@ Ending Trials::runServed(const Command& command, const Programs::Decide& decide,
     return ending;
 }
 
-std::optional<QList<Site>> Trials::servedSites(const Command& command, Phase phase) {
-    _mac.restore();
-    Injection injection(_mac);
-    const Ending ending = runServed(command, injection.asDecide(), phase);
-    if (ending.status != 0 || injection.sites().isEmpty())
-        return std::nullopt;
-    return injection.sites();
-}
-
 Verdict Trials::judge(const Case& one) {
     const QByteArrayList parts = one.split(':');
     const QByteArray& row = parts.first();
     const Command* command = commandNamed(parts.value(1));
-    const bool isOfCall = row == "call" || row == "kill" || row == "served" || row == "started";
-    if (command && isOfCall && parts.size() == 6)
+    if (command && (row == "call" || row == "kill" || isOfLauncher(row)) && parts.size() == 6)
         return judgeCall(*command, parts);
     if ((row == "bits" || row == "cut") && parts.size() == 3)
         return judgeDamage(parts);
@@ -159,16 +158,8 @@ Verdict Trials::judge(const Case& one) {
 Verdict Trials::judgeCall(const Command& command, const QByteArrayList& parts) {
     _laws.prepare(command);
     Injection injection(_mac, parts.sliced(2));
-    const bool isServed = parts[0] == "served" || parts[0] == "started";
-    Ending ending;
-    if (isServed) {
-        const Phase phase = parts[0] == "served" ? Phase::serving : Phase::starting;
-        ending = runServed(command, injection.asDecide(), phase);
-    } else {
-        Programs programs;
-        const pid_t program = programs.start(_mac.tessellarctl(command.line), injection.asDecide());
-        ending = programs.waitFor(program, secondsForAProgram);
-    }
+    const bool isServed = isOfLauncher(parts[0]);
+    Ending ending = run(parts[0], command, injection);
     if (injection.metKind() == Kind::makesDescriptor)
         endedAsItCould(ending);
     // Whoever had no answer says so, and knows no more.
@@ -190,12 +181,15 @@ Verdict Trials::judgeCall(const Command& command, const QByteArrayList& parts) {
 
 /// What one place of one file spoils is at most one thing; else the bytes are kept.
 Verdict Trials::judgeDamage(const QByteArrayList& parts) {
-    const QByteArray path = _mac.builtFile(parts[1]);
-    if (path.isEmpty())
-        return {"there is no such file", false};
-    const qsizetype at = parts[2].toLongLong();
     _mac.restore();
     const QMap<QByteArray, QByteArray> before = _mac.files();
+    const auto found = std::find_if(before.keyBegin(), before.keyEnd(), [&](const QByteArray& path) {
+        return withoutStamps(path) == parts[1];
+    });
+    if (found == before.keyEnd())
+        return {"there is no such file", false};
+    const QByteArray& path = *found;
+    const qsizetype at = parts[2].toLongLong();
     QByteArray damaged = before.value(path);
     if (parts[0] == "cut")
         damaged.truncate(at);
@@ -212,24 +206,24 @@ Verdict Trials::judgeDamage(const QByteArrayList& parts) {
     const QList<QByteArray> contents = after.values();
     const bool isKept = contents.contains(damaged);
     const bool isJson = json::parse(damaged).has_value();
-    for (auto file = before.begin(); file != before.end(); ++file) {
-        const bool isDamaged = file.key() == path;
+    for (const auto& [name, bytes] : before.asKeyValueRange()) {
+        const bool isDamaged = name == path;
         if (isDamaged && isKept)
             continue;
-        if (!file.key().endsWith(".json") || contents.contains(*file) ||
-            file.key().endsWith("bundle-answers.json") || file.key().endsWith("known-volumes.json"))
+        if (!name.endsWith(".json") || contents.contains(bytes) ||
+            name.endsWith("bundle-answers.json") || name.endsWith("known-volumes.json"))
             continue;
         if (path == SmallMac::settingsFile && isJson)
             continue; // other folders may be searched now
-        const QSet<QByteArray> lost = identifiersIn(*file) - identifiersIn(after.value(file.key()));
+        const QSet<QByteArray> lost = identifiersIn(bytes) - identifiersIn(after.value(name));
         if (lost.size() > 1 || (isDamaged && !isJson && !damaged.isEmpty()))
-            return {file.key() + " lost " + QByteArray::number(lost.size()) +
+            return {name + " lost " + QByteArray::number(lost.size()) +
                     " identifiers, and what it held is kept nowhere"};
     }
-    for (auto file = after.begin(); file != after.end(); ++file)
-        if ((file.key().contains(".damaged") || file.key().contains(".corrupt")) &&
-            !before.contains(file.key()) && *file != damaged)
-            return {file.key() + " was set aside, and is whole"};
+    for (const auto& [name, bytes] : after.asKeyValueRange())
+        if ((name.contains(".damaged") || name.contains(".corrupt")) && !before.contains(name) &&
+            bytes != damaged)
+            return {name + " was set aside, and is whole"};
     return {};
 }
 
@@ -258,7 +252,7 @@ Verdict Trials::judgeTogether(const QByteArrayList& parts) {
         for (const auto& [program, command] : running) {
             const Ending ending = programs.waitFor(program, secondsForAProgram);
             if (!ending.status)
-                return {QByteArray(command.line) + " did not end by itself"};
+                return {command.line + " did not end by itself"};
             if (ending.status == 0)
                 done.append(command);
         }

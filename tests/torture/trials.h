@@ -11,19 +11,16 @@ struct Verdict {
     bool wasReached = true; ///< false where the call never came: threads went another way
 };
 
+class Injection;
+
 /// Carries out cases on a small Mac, and has the laws judge them.
 class Trials {
 public:
-    explicit Trials(const QByteArray& folder) : _mac(folder), _laws(_mac) {}
+    const SmallMac& mac() const { return _mac; }
 
-    SmallMac& mac() { return _mac; }
-
-    /// The calls that a command makes; nothing where it fails without any fault.
-    std::optional<QList<Site>> sites(const Command& command);
-    /// When faults befall a launcher: until the command reaches it, or from then on.
-    enum class Phase { starting, serving };
-    /// The calls that a launcher makes in that phase.
-    std::optional<QList<Site>> servedSites(const Command& command, Phase phase);
+    /// The calls that a case of this row, "call", "served" or "started", may befall. Throws where the
+    /// command fails without any fault.
+    QList<Site> sites(const QByteArray& row, const Command& command);
 
     Verdict judge(const Case& one);
 
@@ -32,12 +29,14 @@ private:
     Verdict judgeDamage(const QByteArrayList& parts);
     Verdict judgeTogether(const QByteArrayList& parts);
 
+    Ending run(const QByteArray& row, const Command& command, Injection& injection) const;
     /// A launcher that is running serves the command; at its answer it is killed, so that what it has
-    /// put off is lost. It leaves in its own way where it has said that something failed.
-    Ending runServed(const Command& command, const Programs::Decide& decide, Phase phase);
+    /// put off is lost. It leaves in its own way where it has said that something failed. Faults befall
+    /// it until the command reaches it, or from then on.
+    Ending runServed(const Command& command, Injection& injection, bool fromThenOn) const;
 
     SmallMac _mac;
-    Laws _laws;
+    Laws _laws{_mac};
 };
 
 } // namespace tessellar::torture
