@@ -57,18 +57,18 @@ const QList<Command>& commands() {
     return all;
 }
 
-const QList<Command>& independentCommands() {
-    static const QList<Command> all{
-        {"", "rename org.example.ash 'Ash of mine'"},
-        {"", "rename org.example.gorse 'Gorse of mine'"},
-        {"", "rename org.example.nettle 'Nettle of mine'"},
-        {"", "hide org.example.fir"},
-        {"", "hide org.example.maple"},
-        {"", "unhide org.example.elm"},
-        {"", "symbol {folder} leaf"},
-        {"", "settings set gridColumns 9"},
-        {"", "--mode windowed rename org.example.ash 'Ash of the window'"},
-        {"", "icon remove org.example.oak"},
+const QByteArrayList& independentCommands() {
+    static const QByteArrayList all{
+        "rename org.example.ash 'Ash of mine'",
+        "rename org.example.gorse 'Gorse of mine'",
+        "rename org.example.nettle 'Nettle of mine'",
+        "hide org.example.fir",
+        "hide org.example.maple",
+        "unhide org.example.elm",
+        "symbol {folder} leaf",
+        "settings set gridColumns 9",
+        "--mode windowed rename org.example.ash 'Ash of the window'",
+        "icon remove org.example.oak",
     };
     return all;
 }

@@ -33,7 +33,7 @@ struct Site {
 /// The commands that cases are made of: all that write, and those that scan.
 const QList<Command>& commands();
 /// Those that may run in any order, and at once, with the same result.
-const QList<Command>& independentCommands();
+const QByteArrayList& independentCommands();
 const Command* commandNamed(const QByteArray& name);
 
 /// The numbers of errors by their names.

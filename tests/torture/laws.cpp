@@ -69,8 +69,7 @@ QList<State> Laws::statesWithin(const Command& command) {
 QByteArray Laws::brokenFile(Lenience lenience) const {
     const QMap<QByteArray, QByteArray> files = _mac.files();
     int temporary = 0;
-    for (auto file = files.begin(); file != files.end(); ++file) {
-        const QByteArray& path = file.key();
+    for (const auto& [path, bytes] : files.asKeyValueRange()) {
         if (!path.startsWith(SmallMac::applicationFolder) && path != SmallMac::settingsFile)
             continue;
         const bool isNew = !_mac.builtFiles().contains(path);
@@ -79,10 +78,10 @@ QByteArray Laws::brokenFile(Lenience lenience) const {
             (path.contains(".damaged") || path.contains(".corrupt") || path.contains("recovery")))
             return path + " was set aside, and nothing was damaged";
         const bool isSetAside = lenience.hidesRegistry && path.contains("/computed-folders.corrupt");
-        if (path.endsWith(".json") && !isSetAside && !json::parse(*file))
+        if (path.endsWith(".json") && !isSetAside && !json::parse(bytes))
             return path + " is broken";
         if (path.contains("/Backups/") && path.endsWith(".json") &&
-            !json::decodeDocument<BackupDocument>(*file))
+            !json::decodeDocument<BackupDocument>(bytes))
             return path + " is no backup";
     }
     return temporary > 2 ? QByteArray("temporary files add up") : QByteArray();
@@ -141,32 +140,26 @@ QList<std::pair<QUuid, QUuid>> positions(const Pages& pages, const QUuid& folder
     return all;
 }
 
-struct Remembered {
-    QSet<QUuid> places;
-    QList<std::pair<QUuid, QUuid>> positions;
+/// As a state has it: what is new is all one here.
+RememberedPlaces placesIn(const QByteArray& state) {
+    const QString bytes = QString::fromUtf8(state).replace(
+        QRegularExpression(u"new-[0-9]+"_s),
+        QUuid(1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0).toString(QUuid::WithoutBraces));
+    return json::decodeDocument<RememberedPlaces>(bytes.toUtf8()).value_or(RememberedPlaces());
+}
 
-    /// As a state has it: what is new is all one here.
-    explicit Remembered(const QByteArray& state) {
-        const QString bytes = QString::fromUtf8(state).replace(
-            QRegularExpression(u"new-[0-9]+"_s),
-            QUuid(1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0).toString(QUuid::WithoutBraces));
-        const auto read = json::decodeDocument<RememberedPlaces>(bytes.toUtf8());
-        if (!read)
-            return;
-        for (const RememberedPlace& place : read->places)
-            places.insert(place.id);
-        positions = torture::positions(read->pages);
-    }
-    /// As far as another knows them.
-    QList<std::pair<QUuid, QUuid>> positionsIn(const Remembered& other) const {
-        QSet<QUuid> known;
-        for (const auto& [tile, folder] : other.positions)
-            known.insert(tile);
-        QList<std::pair<QUuid, QUuid>> all = positions;
-        all.removeIf([&](const auto& position) { return !known.contains(position.first); });
+/// Whether the tiles that both know lie alike.
+bool lieAlike(const RememberedPlaces& one, const RememberedPlaces& other) {
+    const auto among = [](const RememberedPlaces& some, const RememberedPlaces& known) {
+        QSet<QUuid> tiles;
+        for (const auto& [tile, folder] : positions(known.pages))
+            tiles.insert(tile);
+        auto all = positions(some.pages);
+        all.removeIf([&](const auto& position) { return !tiles.contains(position.first); });
         return all;
-    }
-};
+    };
+    return among(one, other) == among(other, one);
+}
 
 } // namespace
 
@@ -175,17 +168,16 @@ struct Remembered {
 bool Laws::arePlacesKept(const Command& command) {
     const State state = _mac.state();
     const Reference& expected = reference(command);
-    for (auto file = expected.before.begin(); file != expected.before.end(); ++file) {
-        if (!file.key().contains("/remembered-places"))
+    for (const auto& [path, bytes] : expected.before.asKeyValueRange()) {
+        if (!path.contains("/remembered-places"))
             continue;
-        const Remembered before(*file);
-        const Remembered now(state.value(file.key()));
-        const auto isAsIn = [&](const State& reference) {
-            const Remembered then(reference.value(file.key()));
-            return now.positionsIn(then) == then.positionsIn(now);
-        };
-        if (!now.places.contains(before.places) ||
-            !(isAsIn(expected.before) || isAsIn(expected.after) || isAsIn(expected.settledAfter)))
+        const RememberedPlaces now = placesIn(state.value(path));
+        const bool holdsAll = std::ranges::all_of(placesIn(bytes).places, [&](const auto& place) {
+            return std::ranges::count(now.places, place.id, &RememberedPlace::id) > 0;
+        });
+        if (!holdsAll ||
+            !(lieAlike(now, placesIn(bytes)) || lieAlike(now, placesIn(expected.after.value(path))) ||
+              lieAlike(now, placesIn(expected.settledAfter.value(path)))))
             return false;
     }
     return true;
@@ -201,12 +193,11 @@ bool Laws::isCopyKept() const {
     const Pages before = pages(_mac.builtFiles().value(layout));
     if (pages(files.value(layout)) == before)
         return true;
-    for (auto file = files.begin(); file != files.end(); ++file)
-        if (file.key().contains("/Backups/") && !_mac.builtFiles().contains(file.key()))
-            if (const auto copy = json::decodeDocument<BackupDocument>(*file);
-                copy && copy->document.pages == before)
-                return true;
-    return false;
+    return std::ranges::any_of(files.keys(), [&](const QByteArray& path) {
+        const auto copy = json::decodeDocument<BackupDocument>(files.value(path));
+        return path.contains("/Backups/") && !_mac.builtFiles().contains(path) && copy &&
+               copy->document.pages == before;
+    });
 }
 
 /// A removal is of many items, and its record is written twice. What counts is that nothing is lost,

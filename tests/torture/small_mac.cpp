@@ -318,12 +318,9 @@ State SmallMac::state() const {
             path.startsWith(applicationFolder + "/Backups") && _builtFiles.contains(path);
         if (isPassing(path) && !isKeptBackup)
             continue;
-        const auto value = path.endsWith(".json") ? json::parse(bytes) : json::Decoded<QJsonValue>();
+        const QByteArray contents = path.endsWith(".json") ? withoutIdentities(bytes) : bytes;
         state.insert(withNumberedIdentifiers(path, _knownIdentifiers, numbers),
-                     withNumberedIdentifiers(value && !value->isNull()
-                                                 ? json::write(withoutIdentities(*value))
-                                                 : bytes,
-                                             _knownIdentifiers, numbers));
+                     withNumberedIdentifiers(contents, _knownIdentifiers, numbers));
     }
     return state;
 }

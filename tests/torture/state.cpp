@@ -1,8 +1,10 @@
 #include "torture/state.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
+#include "model/json.h"
+
 #include <QRegularExpression>
+
+#include <algorithm>
 
 namespace tessellar::torture {
 
@@ -58,37 +60,26 @@ QByteArray withoutStamps(const QByteArray& name) {
     return QString::fromLatin1(name).replace(pattern, u"#"_s).toLatin1();
 }
 
-QJsonValue withoutIdentities(const QJsonValue& value) {
-    if (value.isArray()) {
-        QJsonArray array;
-        for (const QJsonValue& item : value.toArray())
-            array.append(withoutIdentities(item));
-        return array;
-    }
-    if (!value.isObject())
-        return value;
-    QJsonObject object = value.toObject();
-    object.remove(u"identity"_s);
-    for (auto member = object.begin(); member != object.end(); ++member)
-        *member = withoutIdentities(*member);
-    return object;
+QByteArray withoutIdentities(const QByteArray& bytes) {
+    static const QRegularExpression identity(u"\"identity\": [{][^}]*[}]"_s);
+    const auto value = json::parse(bytes);
+    return value && !value->isNull() ? QString::fromUtf8(json::write(*value)).remove(identity).toUtf8()
+                                     : bytes;
 }
 
 QByteArray difference(const State& expected, const State& actual) {
     QByteArrayList all;
-    for (auto entry = expected.begin(); entry != expected.end(); ++entry) {
-        const QByteArray now = actual.value(entry.key());
-        if (!actual.contains(entry.key()))
-            all.append(entry.key() + " is gone");
-        else if (now != *entry && !all.isEmpty())
-            all.append(entry.key());
-        else if (now != *entry) {
-            qsizetype at = 0;
-            while (at < now.size() && at < entry->size() && now[at] == entry->at(at))
-                ++at;
+    for (const auto& [path, before] : expected.asKeyValueRange()) {
+        const QByteArray now = actual.value(path);
+        if (!actual.contains(path))
+            all.append(path + " is gone");
+        else if (now != before && !all.isEmpty())
+            all.append(path);
+        else if (now != before) {
+            const qsizetype at = std::ranges::mismatch(now, before).in1 - now.begin();
             const qsizetype from = std::max<qsizetype>(0, at - 60);
-            all.append(entry.key() + " differs: …" + now.mid(from, 160).simplified() +
-                       "… instead of …" + entry->mid(from, 160).simplified() + "…");
+            all.append(path + " differs: …" + now.mid(from, 160).simplified() + "… instead of …" +
+                       before.mid(from, 160).simplified() + "…");
         }
     }
     for (const QByteArray& path : actual.keys())

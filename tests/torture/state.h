@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QJsonValue>
 #include <QMap>
 #include <QSet>
 
@@ -28,7 +27,8 @@ QByteArray withNumberedIdentifiers(const QByteArray& text, const QSet<QByteArray
 /// A path with what differs from run to run replaced: the "-2026-11-14T12-00-00Z-1A2B3C4D" of a name,
 /// or the identifier that it is.
 QByteArray withoutStamps(const QByteArray& path);
-/// Where a file lies on the disk differs each time that it is put back.
-QJsonValue withoutIdentities(const QJsonValue& value);
+/// A document's bytes in one form, without where files lie on the disk, which differs each time that
+/// they are put back; the bytes of anything else as they are.
+QByteArray withoutIdentities(const QByteArray& bytes);
 
 } // namespace tessellar::torture

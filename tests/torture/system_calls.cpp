@@ -1,5 +1,7 @@
 #include "torture/system_calls.h"
 
+#include "tests/platform/disk_folder.h"
+
 #include <fcntl.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
@@ -143,7 +145,7 @@ QByteArray descriptorPath(pid_t task, unsigned long long descriptor) {
     return size > 0 ? QByteArray(target.data(), size) : QByteArray();
 }
 
-SystemCall describe(pid_t task, const Shape& shape, const unsigned long long* arguments) {
+SystemCall describe(pid_t task, const Shape& shape, const std::uint64_t* arguments) {
     SystemCall call{shape.name, shape.kind, {}};
     const QByteArray text = shape.path < 0 ? QByteArray() : textOf(task, arguments[shape.path]);
     bool isBelow = !text.startsWith('/');
@@ -192,12 +194,7 @@ pid_t processOf(pid_t task) {
 int textFile() { return ::memfd_create("output", MFD_CLOEXEC); }
 
 QByteArray contents(int file) {
-    QByteArray bytes;
-    std::array<char, 65536> part{};
-    ssize_t size = 0;
-    while ((size = ::pread(file, part.data(), part.size(), bytes.size())) > 0)
-        bytes.append(part.data(), size);
-    return bytes;
+    return QByteArray::fromStdString(test::readFile("/proc/self/fd/" + std::to_string(file)));
 }
 
 /// Interrupts what waits, once the time is over.
@@ -295,26 +292,20 @@ bool Programs::step() {
     return true;
 }
 
-bool Programs::runUntil(const bool& isSo, int seconds) {
+bool Programs::runUntil(const std::function<bool()>& isSo, int seconds) {
     const Alarm alarm(seconds);
-    while (!isSo && step()) {
+    while (!isSo() && step()) {
     }
-    return isSo;
+    return isSo();
 }
 
 Ending Programs::waitFor(pid_t id, int seconds) {
     const Program& program = _programs.at(id);
-    Ending ending;
-    const auto wait = [&](int most) {
-        const Alarm alarm(most);
-        while (!program.waitStatus && step()) {
-        }
-    };
-    wait(seconds);
-    if (!program.waitStatus) {
-        ending.isLate = true;
+    const auto hasEnded = [&] { return program.waitStatus.has_value(); };
+    Ending ending{.isLate = !runUntil(hasEnded, seconds)};
+    if (ending.isLate) {
         ::kill(id, SIGKILL);
-        wait(10);
+        runUntil(hasEnded, 10);
     }
     const int status = program.waitStatus.value_or(SIGKILL);
     if (WIFEXITED(status))
@@ -326,19 +317,12 @@ Ending Programs::waitFor(pid_t id, int seconds) {
     return ending;
 }
 
-/// A task that is new was started by one that is traced: as a thread of its program, or as a tool.
-Programs::Task& Programs::taskOf(pid_t id) {
-    const auto [place, isNew] = _tasks.try_emplace(id);
-    if (isNew) {
-        const pid_t process = processOf(id);
-        place->second.program = process;
-        place->second.isTool = !_programs.contains(process);
-    }
-    return place->second;
-}
-
 void Programs::handleStop(pid_t id, int status) {
-    Task& task = taskOf(id);
+    // A task that is new was started by one that is traced: as a thread of its program, or as a tool.
+    const auto [place, isNew] = _tasks.try_emplace(id);
+    Task& task = place->second;
+    if (isNew)
+        task.program = processOf(id);
     const int signal = WSTOPSIG(status);
     const int event = status >> 16;
     if (event == PTRACE_EVENT_SECCOMP)
@@ -354,12 +338,10 @@ void Programs::handleCall(pid_t id, Task& task) {
     __ptrace_syscall_info info{};
     ::ptrace(PTRACE_GET_SYSCALL_INFO, id, sizeof info, &info);
     const Shape* shape = shapeOf(info.seccomp.nr);
+    const auto program = _programs.find(task.program);
     Fate fate;
-    if (!task.isTool && shape) {
-        unsigned long long arguments[6];
-        std::copy(std::begin(info.seccomp.args), std::end(info.seccomp.args), arguments);
-        fate = _programs.at(task.program).decide(describe(id, *shape, arguments));
-    }
+    if (shape && program != _programs.end())
+        fate = program->second.decide(describe(id, *shape, info.seccomp.args));
     const bool isClose = shape && shape->number == SYS_close;
     if (fate.kind == Fate::Kind::killedBefore) {
         ::kill(task.program, SIGKILL);

@@ -58,8 +58,8 @@ public:
     pid_t start(const Main& main, Decide decide = {});
     /// Until the program has ended, or the time given to it is over; others run meanwhile.
     Ending waitFor(pid_t program, int seconds);
-    /// Until a `Decide` has made this true, or the time is over; whether it is true.
-    bool runUntil(const bool& isSo, int seconds);
+    /// Until this is so, as a `Decide` may make it, or the time is over; whether it is so.
+    bool runUntil(const std::function<bool()>& isSo, int seconds);
     void signal(pid_t program, int number);
 
 private:
@@ -71,16 +71,14 @@ private:
     };
     struct Task {
         bool isStarted = false; ///< its first stop, which means nothing, has passed
-        bool isTool = false;
-        pid_t program = 0;
-        Fate pending; ///< to be carried out when the call returns
+        pid_t program = 0;      ///< for a tool its own process
+        Fate pending;           ///< to be carried out when the call returns
     };
 
     bool step(); ///< false where a signal interrupts, or nobody is left
     void handleStop(pid_t task, int status);
     void handleCall(pid_t id, Task& task);
     void handleReturn(pid_t id, Task& task);
-    Task& taskOf(pid_t id);
 
     std::map<pid_t, Program> _programs;
     std::map<pid_t, Task> _tasks;

@@ -113,9 +113,9 @@ Ending Trials::run(const QByteArray& row, const Command& command, Injection& inj
     if (isOfLauncher(row))
         return runServed(command, injection, row == "served");
     Programs programs;
-    const pid_t program =
-        programs.start(_mac.tessellarctl(command.line),
-                       [&](const SystemCall& call) { return injection.decide(call); });
+    const pid_t program = programs.start(_mac.tessellarctl(command.line), [&](const SystemCall& call) {
+        return injection.decide(call);
+    });
     return programs.waitFor(program, secondsForAProgram);
 }
 
@@ -128,7 +128,7 @@ Ending Trials::runServed(const Command& command, Injection& injection, bool from
         isServing = isServing || qstrcmp(call.name, "accept4") == 0;
         return isServing == fromThenOn ? injection.decide(call) : Fate{};
     });
-    if (!programs.runUntil(isListening, secondsForAProgram))
+    if (!programs.runUntil([&] { return isListening; }, secondsForAProgram))
         // One that cannot start ends by itself, and the command is carried out without it.
         if (fromThenOn || programs.waitFor(launcher, secondsForAProgram).isLate)
             return {.isLate = true};
@@ -229,12 +229,10 @@ Verdict Trials::judgeDamage(const QByteArrayList& parts) {
 
 Verdict Trials::judgeTogether(const QByteArrayList& parts) {
     std::mt19937 random(parts[2].toUInt());
-    QList<Command> some;
-    for (const Command& command : independentCommands())
-        if (random() % 3 != 0)
-            some.append(command);
+    QByteArrayList some = independentCommands();
+    some.removeIf([&](const QByteArray&) { return random() % 3 == 0; });
     _mac.restore();
-    QList<Command> done;
+    QByteArrayList done;
     {
         Programs programs;
         if (parts[1] == "served") {
@@ -243,26 +241,26 @@ Verdict Trials::judgeTogether(const QByteArrayList& parts) {
                 isListening = isListening || qstrcmp(call.name, "listen") == 0;
                 return Fate{};
             });
-            if (!programs.runUntil(isListening, secondsForAProgram))
+            if (!programs.runUntil([&] { return isListening; }, secondsForAProgram))
                 return {"the launcher does not listen"};
         }
-        std::vector<std::pair<pid_t, Command>> running;
-        for (const Command& command : some)
-            running.emplace_back(programs.start(_mac.tessellarctl(command.line)), command);
-        for (const auto& [program, command] : running) {
+        std::vector<std::pair<pid_t, QByteArray>> running;
+        for (const QByteArray& line : some)
+            running.emplace_back(programs.start(_mac.tessellarctl(line)), line);
+        for (const auto& [program, line] : running) {
             const Ending ending = programs.waitFor(program, secondsForAProgram);
             if (!ending.status)
-                return {command.line + " did not end by itself"};
+                return {line + " did not end by itself"};
             if (ending.status == 0)
-                done.append(command);
+                done.append(line);
         }
     } // which kills the launcher
     const State together = withoutPlaces(_mac.state());
     if (const QByteArray broken = _laws.brokenFile(); !broken.isEmpty())
         return {broken};
     _mac.restore();
-    for (const Command& command : done)
-        _mac.run(command.line);
+    for (const QByteArray& line : done)
+        _mac.run(line);
     const State inTurn = withoutPlaces(_mac.state());
     if (together != inTurn)
         return {QByteArray::number(done.size()) + " commands said that they were done, but " +
