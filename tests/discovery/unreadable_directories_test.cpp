@@ -1,6 +1,5 @@
 #include "discovery/small_library.h"
-
-#include <unistd.h>
+#include "tests/platform/disk_folder.h"
 
 namespace tessellar {
 namespace {
@@ -13,29 +12,10 @@ using testing::Not;
 using Unreadable = AppScanner::UnreadableDirectory;
 using Reason = Unreadable::Reason;
 
-/// Root may read everything; while this lives, the process is someone else.
-class AsNobody {
-public:
-    AsNobody() {
-        if (::geteuid() == 0)
-            _changed = ::seteuid(65'534) == 0;
-    }
-    ~AsNobody() {
-        if (_changed)
-            (void)!::seteuid(0);
-    }
-
-private:
-    bool _changed = false;
-};
-
 class UnreadableDirectoriesTest : public test::SmallLibrary {
 protected:
+    UnreadableDirectoriesTest() { setMode({}, 0755); }
     void setMode(const QString& path, unsigned mode) { fs::permissions(host(path), fs::perms(mode)); }
-
-    void SetUp() override {
-        std::filesystem::permissions(root.path().toStdString(), std::filesystem::perms(0755));
-    }
 };
 
 TEST_F(UnreadableDirectoriesTest, AVolumeThatIsNotMountedIsNotAnAbsentFolder) {
@@ -58,13 +38,13 @@ TEST_F(UnreadableDirectoriesTest, AVolumeThatIsNotMountedIsNotAnAbsentFolder) {
     EXPECT_TRUE(mounted.isGone(u"/nowhere/X.app"_s));
     EXPECT_TRUE(mounted.isGone(u"/Volumes/Work/Apps/Gone.app"_s));
 
-    std::filesystem::rename(host(u"/Volumes/Work"_s), host(u"/away"_s));
+    fs::rename(host(u"/Volumes/Work"_s), host(u"/away"_s));
     const auto unmounted = scan(cache);
     EXPECT_THAT(unmounted.apps, IsEmpty());
     for (const AppEntry& entry : mounted.apps)
         EXPECT_FALSE(unmounted.isGone(entry.path)) << entry.path.toStdString();
 
-    std::filesystem::rename(host(u"/away"_s), host(u"/Volumes/Work"_s));
+    fs::rename(host(u"/away"_s), host(u"/Volumes/Work"_s));
     EXPECT_EQ(withoutIdentifiers(scan(cache)), withoutIdentifiers(mounted));
 }
 
@@ -134,7 +114,7 @@ TEST_F(UnreadableDirectoriesTest, WhatIsOutOfSightIsNotGone) {
             for (const QString& application : all)
                 EXPECT_TRUE(paths(scan(cache)).contains(application)) << application.toStdString();
             const auto again = [&] {
-                const AsNobody nobody;
+                const test::WithoutRights nobody;
                 // A command line begins with what an earlier run left, the launcher with its own scan.
                 if (!isOneRun)
                     cache = ScanCache{.knownVolumes = cache.knownVolumes};

@@ -25,7 +25,7 @@ const QList<Command>& commands() {
         {"sort", "sort"},
         {"sort-page", "sort 0"},
         {"alias-create", "alias create org.example.cedar --to 0"},
-        {"alias-remove", "alias remove {alias}"},
+        {"alias-remove", "alias remove org.example.nettle"},
         {"reset", "reset", isOfAllSeen | keepsCopy},
         {"arrange", "arrange by-category", isOfAllSeen | keepsCopy},
         {"arrangements-save", "arrangements save Second"},

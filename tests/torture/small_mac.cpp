@@ -121,37 +121,29 @@ void SmallMac::arrange() {
             throw std::runtime_error(std::string("there is nothing to call ") + word);
         _words.insert(word, value.toString().toUtf8());
     };
-    // The identifier of the last tile of this kind that is fit.
-    const auto nameTile = [&](const char* word, const QString& kind, const auto& isFit) {
-        QJsonValue id;
-        for (const QJsonValue page : done("list").toObject().value(u"pages").toArray())
-            for (const QJsonValue tile : page.toArray())
-                if (const QJsonObject inner = tile[kind][u"_0"].toObject(); isFit(inner))
-                    id = inner.value(u"id");
-        name(word, id);
-    };
     _words.insert("{root}", _root);
     done("settings set appDiscovery.additionalSearchPaths '[\"/Users/ada/Extra\"]'");
     done("list");
     done("group org.example.beech --with org.example.ash");
     done("group org.example.gorse --with org.example.dogwood");
-    nameTile("{folder}", u"folder"_s, [](const QJsonObject& folder) { return !folder.isEmpty(); });
+    for (const QJsonValue page : done("list")[u"pages"].toArray())
+        for (const QJsonValue tile : page.toArray())
+            if (const QJsonValue id = tile[u"folder"][u"_0"][u"id"]; id.isString())
+                name("{folder}", id);
     done("rename {folder} Broad");
     done("hide org.example.elm");
     done("rename org.example.hazel 'Hazel of mine'");
-    name("{arrangement}", done("arrangements save First").toObject().value(u"id"));
+    name("{arrangement}", done("arrangements save First")[u"id"]);
     done("move org.example.fir --to 0:0");
     done("arrangements restore {arrangement}");
-    name("{backup}", done("backups list").toArray().first().toObject().value(u"name"));
-    name("{smartFolder}",
-         done("smart-folders add --template installedThisWeek").toObject().value(u"id"));
+    name("{backup}", done("backups list")[0][u"name"]);
+    name("{smartFolder}", done("smart-folders add --template installedThisWeek")[u"id"]);
     QJsonObject definition = done("smart-folders show {smartFolder}").toObject();
     definition.insert(u"name"_s, u"Newest"_s);
     write("Users/ada/definition.json", json::write(definition));
-    name("{unplaced}", done("smart-folders add --template games").toObject().value(u"id"));
+    name("{unplaced}", done("smart-folders add --template games")[u"id"]);
     done("smart-folders unplace {unplaced}");
     done("alias create org.example.nettle --to 0");
-    nameTile("{alias}", u"app"_s, [](const QJsonObject& app) { return app.contains(u"alias"); });
     done("icon set org.example.oak /Users/ada/icon.icns");
     done("open org.example.oak");
     done("updates check");

@@ -73,9 +73,6 @@ constexpr std::array shapes{
     Shape{SYS_symlinkat, "symlinkat", 1, 2, Kind::changes},
     Shape{SYS_fchmodat, "fchmodat", 0, 1, Kind::changes},
     Shape{SYS_utimensat, "utimensat", 0, 1, Kind::changes},
-    Shape{SYS_open, "open", -1, 0, Kind::reads},
-    Shape{SYS_stat, "stat", -1, 0, Kind::reads},
-    Shape{SYS_lstat, "lstat", -1, 0, Kind::reads},
     Shape{SYS_access, "access", -1, 0, Kind::reads},
     Shape{SYS_readlink, "readlink", -1, 0, Kind::reads},
     Shape{SYS_mkdir, "mkdir", -1, 0, Kind::changes},
@@ -158,8 +155,6 @@ SystemCall describe(pid_t task, const Shape& shape, const std::uint64_t* argumen
         isBelow = isBelow || (how.resolve & RESOLVE_IN_ROOT) != 0;
     } else if (shape.number == SYS_openat) {
         flags = arguments[2];
-    } else if (shape.number == SYS_open) {
-        flags = arguments[1];
     }
     if ((flags & (O_WRONLY | O_RDWR | O_CREAT)) != 0)
         call.kind = Kind::changes;
