@@ -323,22 +323,5 @@ TEST_F(LaunchpadImportTest, CopiesAnewWhatChangedMeanwhile) {
 }
 #endif
 
-TEST_F(LaunchpadImportTest, SaysWhatItDid) {
-    LegacyLaunchpadImportMetadata metadata{.sourceDatabasePath = u"/db"_s,
-                                           .importedAt = machine.time.now(),
-                                           .appCount = 3,
-                                           .folderCount = 1,
-                                           .itemCount = 12,
-                                           .schemaUserVersion = 1};
-    EXPECT_EQ(LaunchpadImportTexts::report(metadata),
-              u"Found 3 apps, 1 folders, and 12 layout items."_s);
-    metadata.unresolvedAppCount = 2;
-    metadata.backupPath = u"/backup.json"_s;
-    EXPECT_EQ(LaunchpadImportTexts::report(metadata),
-              u"Found 3 apps, 1 folders, and 12 layout items.\n"
-              u"2 apps were skipped because they could not be resolved to installed apps.\n"
-              u"A backup of the previous Tessellar layout was saved."_s);
-}
-
 } // namespace
 } // namespace tessellar::test

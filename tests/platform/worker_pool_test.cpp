@@ -1,7 +1,6 @@
 #include "platform/worker_pool.h"
 
 #include <QCoreApplication>
-#include <QEventLoop>
 
 #include <gmock/gmock.h>
 
@@ -35,22 +34,6 @@ TEST(Mailbox, CarriesCallsOfManyThreadsInTheOrderOfEach) {
         EXPECT_EQ(each.size(), calls);
         EXPECT_TRUE(std::ranges::is_sorted(each));
     }
-}
-
-TEST(Mailbox, DeliversThroughTheEventLoop) {
-    Mailbox mailbox;
-    QEventLoop loop;
-    const std::thread::id main = std::this_thread::get_id();
-    std::thread::id ran;
-    std::jthread sender([&] {
-        mailbox.post([&] {
-            ran = std::this_thread::get_id();
-            // Posted while an event is being delivered: there has to be another one.
-            mailbox.post([&] { loop.quit(); });
-        });
-    });
-    loop.exec();
-    EXPECT_EQ(ran, main);
 }
 
 TEST(Mailbox, ACallMayPostDrainOrDestroyTheMailbox) {
@@ -195,18 +178,6 @@ TEST(WorkerPool, WhatHangsInOneLaneHoldsUpNoOther) {
         pool.waitIdle();
         EXPECT_TRUE(waited);
     }
-}
-
-TEST(WorkerPool, SavesInTheOrderOfTheCallsAndToTheEnd) {
-    Mailbox mailbox;
-    std::vector<int> saved; // by one thread at a time
-    {
-        WorkerPool pool(mailbox, 2);
-        for (int i = 0; i < 100; ++i)
-            pool.submit(Lane::saving, {}, [&, i](std::stop_token) { saved.push_back(i); });
-    }
-    EXPECT_EQ(saved.size(), 100u);
-    EXPECT_TRUE(std::ranges::is_sorted(saved));
 }
 
 #ifdef __GLIBC__

@@ -23,11 +23,9 @@ protected:
     SmartFolderDefinition definition(QList<SmartFolderRule> rules) {
         return {.id = ids.next(),
                 .name = u"Folder"_s,
-                .customSymbolName = {},
                 .modifiedAt = Instant{123.456789},
                 .rules = std::move(rules),
-                .sort = {"name", SmartFolderSortDirection::ascending},
-                .resultLimit = {}};
+                .sort = {"name", SmartFolderSortDirection::ascending}};
     }
 
     test::SequentialUuids ids;

@@ -35,11 +35,8 @@ protected:
     SmartFolderDefinition definition(QList<SmartFolderRule> rules) {
         return {.id = machine.uuids.next(),
                 .name = u"Folder"_s,
-                .customSymbolName = {},
-                .modifiedAt = {},
                 .rules = std::move(rules),
-                .sort = {"name"},
-                .resultLimit = {}};
+                .sort = {"name"}};
     }
     SmartFolderEvaluation evaluate(const SmartFolderDefinition& d) {
         const SmartFolderFactsIndex index({apps.begin(), apps.end()}, locale, machine.files);

@@ -11,7 +11,6 @@
 #include <QtEndian>
 
 #include <filesystem>
-#include <latch>
 
 #include <sys/xattr.h>
 
@@ -177,39 +176,6 @@ TEST_F(SmartFolderFactsCatalogs, KnowsWhoMadeTheSystemsOwnSoftware) {
     EXPECT_FALSE(f.signingTeamID);
     EXPECT_EQ(factsOf(own).developer, systemDeveloper);
     EXPECT_EQ(toolsRun().count(u"codesign"_s), 1);
-}
-
-TEST_F(SmartFolderFactsCatalogs, TellsWhatFilesSayBeforeAnyToolHasAnswered) {
-    QList<AppEntry> apps = addSeveral(3);
-    // A tool that answers only when the test lets it.
-    std::latch answer(1);
-    machine.tool(u"/usr/bin/codesign"_s, [&](const Command&, std::stop_token) {
-        answer.wait();
-        return test::exited(0, {}, "TeamIdentifier=ABCDE12345\n");
-    });
-    QList<SmartFolderFactsList> told;
-    const auto keep = [&](const SmartFolderFactsList& list, bool) { told += list; };
-    const Task slow = catalog.facts({apps, {}, bundle | signature}, keep);
-    machine.mailbox.waitAndDrain();
-    ASSERT_EQ(told.size(), 1);
-    for (const auto& record : told[0]) {
-        EXPECT_EQ(record->version, u"1.0");
-        EXPECT_EQ(record->pending, SmartFolderNeeds(signature));
-        EXPECT_FALSE(record->signingTeamID);
-    }
-    // Another request that needs no tool does not wait for one.
-    SmartFolderFactsList quick;
-    const Task other = catalog.facts({apps, {}, files}, [&](const auto& list, bool isComplete) {
-        EXPECT_TRUE(isComplete);
-        quick = list;
-    });
-    machine.mailbox.waitAndDrain();
-    EXPECT_EQ(quick.size(), 3);
-    answer.count_down();
-    machine.settle();
-    EXPECT_EQ(told.last()[2]->signingTeamID, u"ABCDE12345");
-    EXPECT_FALSE(told.last()[2]->pending);
-    EXPECT_EQ(toolsRun().size(), 3);
 }
 
 TEST_F(SmartFolderFactsCatalogs, KeepsWhatToolsSaidBetweenRuns) {
