@@ -91,6 +91,20 @@ TEST_F(LibraryWatcherTest, GathersChangesIntoOneScan) {
     EXPECT_EQ(rescans.last(), u"/Users/ada/Applications"_s);
 }
 
+TEST_F(LibraryWatcherTest, WaitsForTheReplacementOfAnApplicationAndNotForLonger) {
+    start();
+    rename(u"/Applications/A.app"_s, u"/A.app"_s);
+    machine.until([&] { return !gone.isEmpty(); });
+    machine.time.advance(3s);
+    EXPECT_TRUE(rescans.isEmpty());
+    rename(u"/A.app"_s, u"/Applications/A.app"_s);
+    heard();
+    machine.time.advance(100ms); // the check of what is back comes a little later
+    machine.settle();
+    machine.time.advance(500ms);
+    EXPECT_EQ(rescans.size(), 1);
+}
+
 TEST_F(LibraryWatcherTest, SeesTheTargetOfALinkTakenAway) {
     scan.apps += app(u"C"_s);
     scan.apps.last().path = u"/opt/C.app"_s;

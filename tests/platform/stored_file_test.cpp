@@ -318,11 +318,8 @@ protected:
     BackgroundFileTest() {
         mac.workers.submit(Lane::saving, {}, [this](std::stop_token) { opened.wait(); });
     }
-    BackgroundFile::Encode bytes(const char* text) {
-        return [this, text]() -> std::expected<QByteArray, FileError> {
-            ++encoded;
-            return QByteArray(text);
-        };
+    static BackgroundFile::Encode bytes(const char* text) {
+        return [text] { return QByteArray(text); };
     }
     ~BackgroundFileTest() override { open(); }
     void open() {
@@ -332,44 +329,8 @@ protected:
     }
 
     std::latch opened{1};
-    std::atomic<int> encoded = 0;
     std::optional<BackgroundFile> background{std::in_place, mac.workers, file};
 };
-
-TEST_F(BackgroundFileTest, WritesTheLastOfThoseThatWaitAndTellsOfAll) {
-    QStringList told;
-    const auto tell = [&](const QString& name) {
-        background->whenWritten([&told, name](const BackgroundFile::Result& written) {
-            told += name + (written ? u" there"_s : u" failed"_s);
-        });
-    };
-    const auto first = background->write(bytes("one"));
-    tell(u"one"_s);
-    const auto second = background->write(bytes("two"));
-    tell(u"two"_s);
-    mac.mailbox.drain();
-    EXPECT_TRUE(told.isEmpty());
-    EXPECT_EQ(background->result(first), std::nullopt);
-    open();
-    EXPECT_EQ(told, (QStringList{u"one there"_s, u"two there"_s}));
-    EXPECT_EQ(encoded, 1);
-    EXPECT_EQ(mac.read(path), "two");
-    EXPECT_EQ(background->result(first), BackgroundFile::Result());
-    EXPECT_EQ(background->result(second), BackgroundFile::Result());
-
-    mac.remove(path);
-    mac.makeFolder(path);
-    const auto third = background->write(bytes("three"));
-    EXPECT_FALSE(background->wait());
-    EXPECT_EQ(background->lastError()->code, Code::isADirectory);
-    EXPECT_EQ(background->result(second), BackgroundFile::Result());
-    EXPECT_FALSE(background->result(third).value());
-    mac.remove(path);
-    background->write(bytes("four"));
-    EXPECT_TRUE(background->wait());
-    EXPECT_EQ(background->lastError(), std::nullopt);
-    EXPECT_EQ(background->read(), "four");
-}
 
 TEST_F(BackgroundFileTest, ALaterWriteDoesNotOvertakeWhatWasHandedOverForAnotherFile) {
     const QString otherPath = folder + u"/other.json"_s;
@@ -377,41 +338,13 @@ TEST_F(BackgroundFileTest, ALaterWriteDoesNotOvertakeWhatWasHandedOverForAnother
     background->write(bytes("one"));
     other.write(bytes("two"));
     QByteArray seen;
-    background->write([&]() -> std::expected<QByteArray, FileError> {
+    background->write([&] {
         seen = mac.read(otherPath);
         return QByteArray("three");
     });
     open();
     EXPECT_EQ(seen, "two");
     EXPECT_EQ(mac.read(path), "three");
-}
-
-TEST_F(BackgroundFileTest, WhatMayOnlyBeWrittenAfterItFindsItThere) {
-    BackgroundFile other(mac.workers, StoredFile(mac.files, folder + u"/other.json"_s, 1'000));
-    background->write(bytes("one"));
-    QByteArrayList seen;
-    const auto write = [&] {
-        return other.write(
-            [&, written = background->written()]() -> std::expected<QByteArray, FileError> {
-                if (const auto there = written(); !there)
-                    return std::unexpected(there.error());
-                seen.append(mac.read(path));
-                return QByteArray("other");
-            });
-    };
-    write();
-    background->write(bytes("two")); // in place of the first, whose turn is over then
-    open();
-    EXPECT_EQ(seen, QByteArrayList{"two"});
-    EXPECT_EQ(encoded, 1);
-    EXPECT_TRUE(background->wait());
-
-    mac.remove(path);
-    mac.makeFolder(path);
-    background->write(bytes("three"));
-    write();
-    EXPECT_EQ(other.wait().error().code, Code::isADirectory);
-    EXPECT_EQ(seen.size(), 1);
 }
 
 TEST_F(BackgroundFileTest, IsWrittenButTellsNobodyWhenItGoes) {

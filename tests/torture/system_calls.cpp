@@ -19,12 +19,10 @@
 
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <vector>
 
 namespace tessellar::torture {
@@ -137,9 +135,8 @@ QByteArray descriptorPath(pid_t task, unsigned long long descriptor) {
     const QByteArray link =
         "/proc/" + QByteArray::number(task) +
         (number == AT_FDCWD ? QByteArray("/cwd") : "/fd/" + QByteArray::number(number));
-    std::array<char, PATH_MAX> target{};
-    const ssize_t size = ::readlink(link.constData(), target.data(), target.size());
-    return size > 0 ? QByteArray(target.data(), size) : QByteArray();
+    std::error_code ignored;
+    return QByteArray::fromStdString(std::filesystem::read_symlink(link.toStdString(), ignored));
 }
 
 SystemCall describe(pid_t task, const Shape& shape, const std::uint64_t* arguments) {
@@ -175,15 +172,6 @@ void setResult(pid_t task, int error, bool skip) {
         registers.orig_rax = static_cast<unsigned long long>(-1);
     registers.rax = static_cast<unsigned long long>(-error);
     ::ptrace(PTRACE_SETREGS, task, nullptr, &registers);
-}
-
-pid_t processOf(pid_t task) {
-    std::ifstream status("/proc/" + std::to_string(task) + "/status");
-    pid_t process = 0;
-    for (std::string word; process == 0 && status >> word;)
-        if (word == "Tgid:")
-            status >> process;
-    return process;
 }
 
 int textFile() { return ::memfd_create("output", MFD_CLOEXEC); }
@@ -316,8 +304,10 @@ void Programs::handleStop(pid_t id, int status) {
     // A task that is new was started by one that is traced: as a thread of its program, or as a tool.
     const auto [place, isNew] = _tasks.try_emplace(id);
     Task& task = place->second;
-    if (isNew)
-        task.program = processOf(id);
+    const std::string asThread = "/task/" + std::to_string(id);
+    for (const auto& [program, ignored] : _programs)
+        if (isNew && ::access(("/proc/" + std::to_string(program) + asThread).c_str(), F_OK) == 0)
+            task.program = program;
     const int signal = WSTOPSIG(status);
     const int event = status >> 16;
     if (event == PTRACE_EVENT_SECCOMP)

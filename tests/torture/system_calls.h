@@ -71,7 +71,7 @@ private:
     };
     struct Task {
         bool isStarted = false; ///< its first stop, which means nothing, has passed
-        pid_t program = 0;      ///< for a tool its own process
+        pid_t program = 0;      ///< none for a tool
         Fate pending;           ///< to be carried out when the call returns
     };
 
