@@ -1,15 +1,5 @@
 #include "discovery/small_library.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-
-#include <fstream>
-
-#ifdef __APPLE__
-#define STAT_TIME(which) st_##which##timespec
-#else
-#define STAT_TIME(which) st_##which##tim
-#endif
+#include "tests/platform/disk_folder.h"
 
 namespace tessellar {
 namespace {
@@ -23,27 +13,21 @@ class ScanCacheTest : public test::SmallLibrary {
 protected:
     /// Waits until the disk's own clock has moved on, so that the next change has another time.
     void passTick() {
-        mac.addFile(u"/tick"_s, {});
         const auto stamp = [&] {
-            struct stat status {};
-            EXPECT_EQ(::utimensat(AT_FDCWD, host(u"/tick"_s).c_str(), nullptr, 0), 0);
-            EXPECT_EQ(::stat(host(u"/tick"_s).c_str(), &status), 0);
-            const timespec changed = status.STAT_TIME(c);
-            return std::pair(changed.tv_sec, changed.tv_nsec);
+            test::writeFile(host(u"/tick"_s), "x");
+            return fs::last_write_time(host(u"/tick"_s));
         };
         const auto start = stamp();
         while (stamp() == start) {
         }
     }
     void rewrite(const QString& path, const QByteArray& before, const QByteArray& after) {
-        struct stat status {};
-        ASSERT_EQ(::stat(host(path).c_str(), &status), 0);
+        const auto date = fs::last_write_time(host(path));
         QByteArray bytes = *files.read(path, 1 << 20);
         ASSERT_TRUE(bytes.contains(before));
         bytes.replace(before, after);
-        std::ofstream(host(path), std::ios::binary) << bytes.toStdString();
-        const timespec times[] = {status.STAT_TIME(a), status.STAT_TIME(m)};
-        ASSERT_EQ(::utimensat(AT_FDCWD, host(path).c_str(), times, 0), 0);
+        test::writeFile(host(path), bytes.toStdString());
+        fs::last_write_time(host(path), date);
     }
     void swap(const QString& a, const QString& b) {
         fs::rename(host(a), host(u"/swap"_s));

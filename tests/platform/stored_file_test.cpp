@@ -318,8 +318,11 @@ protected:
     BackgroundFileTest() {
         mac.workers.submit(Lane::saving, {}, [this](std::stop_token) { opened.wait(); });
     }
-    static BackgroundFile::Encode bytes(const char* text) {
-        return [text] { return QByteArray(text); };
+    BackgroundFile::Encode bytes(const char* text) {
+        return [this, text] {
+            ++encoded;
+            return QByteArray(text);
+        };
     }
     ~BackgroundFileTest() override { open(); }
     void open() {
@@ -329,8 +332,28 @@ protected:
     }
 
     std::latch opened{1};
+    std::atomic<int> encoded = 0;
     std::optional<BackgroundFile> background{std::in_place, mac.workers, file};
 };
+
+TEST_F(BackgroundFileTest, ALaterFailureIsNotOneOfWhatWasWrittenBefore) {
+    const auto first = background->write(bytes("one"));
+    EXPECT_EQ(background->result(first), std::nullopt);
+    open();
+    EXPECT_EQ(background->result(first), BackgroundFile::Result());
+    mac.remove(path);
+    mac.makeFolder(path);
+    const auto second = background->write(bytes("two"));
+    EXPECT_FALSE(background->wait());
+    EXPECT_EQ(background->lastError()->code, Code::isADirectory);
+    EXPECT_EQ(background->result(first), BackgroundFile::Result());
+    EXPECT_FALSE(background->result(second).value());
+    mac.remove(path);
+    background->write(bytes("three"));
+    EXPECT_TRUE(background->wait());
+    EXPECT_EQ(background->lastError(), std::nullopt);
+    EXPECT_EQ(background->read(), "three");
+}
 
 TEST_F(BackgroundFileTest, ALaterWriteDoesNotOvertakeWhatWasHandedOverForAnotherFile) {
     const QString otherPath = folder + u"/other.json"_s;
@@ -345,6 +368,34 @@ TEST_F(BackgroundFileTest, ALaterWriteDoesNotOvertakeWhatWasHandedOverForAnother
     open();
     EXPECT_EQ(seen, "two");
     EXPECT_EQ(mac.read(path), "three");
+}
+
+TEST_F(BackgroundFileTest, WhatMayOnlyBeWrittenAfterItFindsItThere) {
+    BackgroundFile other(mac.workers, StoredFile(mac.files, folder + u"/other.json"_s, 1'000));
+    background->write(bytes("one"));
+    QByteArrayList seen;
+    const auto write = [&] {
+        return other.write(
+            [&, written = background->written()]() -> std::expected<QByteArray, FileError> {
+                if (const auto there = written(); !there)
+                    return std::unexpected(there.error());
+                seen.append(mac.read(path));
+                return QByteArray("other");
+            });
+    };
+    write();
+    background->write(bytes("two")); // in place of the first, whose turn is over then
+    open();
+    EXPECT_EQ(seen, QByteArrayList{"two"});
+    EXPECT_EQ(encoded, 1);
+    EXPECT_TRUE(background->wait());
+
+    mac.remove(path);
+    mac.makeFolder(path);
+    background->write(bytes("three"));
+    write();
+    EXPECT_EQ(other.wait().error().code, Code::isADirectory);
+    EXPECT_EQ(seen.size(), 1);
 }
 
 TEST_F(BackgroundFileTest, IsWrittenButTellsNobodyWhenItGoes) {

@@ -159,29 +159,6 @@ TEST_F(SmartFolderStores, MovesAsideWhatIsNoFileAndNeverStartsAnewOnADoubt) {
     EXPECT_TRUE(machine->exists(folder + u"/../treasure.json"_s));
 }
 
-TEST_F(SmartFolderStores, RecoversByRestoringOrReplacing) {
-    const QList good{definition()};
-    machine->write(registry, "damaged");
-    Store s = store();
-    (void)s.load();
-    EXPECT_TRUE(failure(s.recover(restore))); // no better than before
-    ASSERT_EQ(aside().size(), 1);
-    EXPECT_EQ(machine->read(*s.lastQuarantinedPath()), "damaged");
-
-    machine->write(*s.lastQuarantinedPath(), bytes(good)); // mended by hand
-    EXPECT_EQ(s.recover(restore), Store::LoadResult(Store::Loaded{good}));
-    EXPECT_FALSE(s.isWriteBlocked());
-    EXPECT_EQ(machine->names(folder), QStringList(FileSystem::fileName(registry)));
-    EXPECT_EQ(s.recover(replace), Store::LoadResult(Store::Loaded{good})); // nothing to recover
-
-    machine->write(registry, "damaged again");
-    (void)s.load();
-    EXPECT_EQ(s.recover(replace), Store::LoadResult(Store::Loaded{}));
-    EXPECT_TRUE(s.save(good));
-    EXPECT_FALSE(machine->exists(marker));
-    EXPECT_EQ(machine->read(*s.lastQuarantinedPath()), "damaged again");
-}
-
 TEST_F(SmartFolderStores, AKillAtAnyStepLosesNothingAndIsNoticed) {
     const QByteArray damaged = "the only copy";
     // What is on the disk when it goes wrong, and what is asked of the store then.

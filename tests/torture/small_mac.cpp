@@ -269,10 +269,11 @@ void SmallMac::moveBack() const {
 
 void SmallMac::put(const QByteArray& path, const Entry& entry) const {
     const mode_t mode = entry.status.st_mode;
+    std::error_code ignored;
     if (S_ISDIR(mode))
-        fs::create_directory(host(path));
+        fs::create_directory(host(path), ignored);
     else if (S_ISLNK(mode))
-        fs::create_symlink(entry.bytes.toStdString(), host(path));
+        fs::create_symlink(entry.bytes.toStdString(), host(path), ignored);
     else
         write(path, entry.bytes);
     if (!S_ISLNK(mode))
