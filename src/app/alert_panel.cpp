@@ -4,6 +4,8 @@
 #include "launcher/layout_archive.h"
 #include "launcher/live_layout.h"
 
+#include <QPointer>
+
 namespace tessellar {
 
 QString AlertPanel::title() const {
@@ -63,8 +65,11 @@ void AlertPanel::answer(bool accepted) {
 
 void AlertPanel::saveAgain() {
     // A new failure raises a new alert.
-    _viewModel.history().unsaved().whenSaved({}, UnsavedEdits::Whose::all,
-                                             [](const UnsavedEdits::Outcome&) {});
+    _viewModel.history().unsaved().whenSaved(
+        {}, UnsavedEdits::Whose::all, [self = QPointer(this)](const UnsavedEdits::Outcome& saved) {
+            if (self && saved)
+                Q_EMIT self->savedAgain();
+        });
 }
 
 void AlertPanel::resetLayouts() {

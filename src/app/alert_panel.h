@@ -43,6 +43,7 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void savedAgain(); ///< as an alert offered
 
 private:
     using Remedy = LauncherError::Remedy;

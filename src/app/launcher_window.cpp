@@ -267,6 +267,10 @@ bool LauncherWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::LocaleChange && watched == QCoreApplication::instance())
         _viewModel.setLocale(Locale::system());
     if (event->type() == QEvent::Close && watched == &_view) {
+        if (_endsWhenClosed && !_viewModel.updates().isRunning() && !mayEnd()) {
+            event->ignore(); // and with it a request to quit
+            return true;
+        }
         remember(); // quitting closes it for good
         QMetaObject::invokeMethod(
             this, [this] { close(); }, Qt::QueuedConnection);
@@ -280,7 +284,24 @@ void LauncherWindow::hide() {
     _controller.startAfresh();
 }
 
+static LauncherQuestion quitQuestion() {
+    return {.title = LauncherWindow::tr("Quit without saving?"),
+            .text = LauncherWindow::tr("The last changes could not be saved, and would be lost."),
+            .accept = LauncherWindow::tr("Quit"),
+            .isDestructive = true};
+}
+
+static bool isAsking(const LauncherMessages& messages) {
+    const LauncherQuestion* asked = messages.question();
+    return asked && *asked == quitQuestion();
+}
+
 void LauncherWindow::endWhenClosed() {
+    _endsWhenClosed = true;
+    connect(_controller.alert(), &AlertPanel::savedAgain, this, [this] {
+        if (isAsking(_viewModel.messages()))
+            _viewModel.messages().answer(false);
+    });
     connect(this, &LauncherWindow::closed, this, [this] {
         // Nobody will see the question.
         while (_viewModel.messages().question())
@@ -296,19 +317,25 @@ void LauncherWindow::endWhenClosed() {
 void LauncherWindow::endIfIdle() {
     if (_view.isVisible() || _viewModel.updates().isRunning())
         return;
-    if (_viewModel.history().settle() && (_viewModel.quit() || !_viewModel.hasUnsavedEdits())) {
+    if (mayEnd())
         Q_EMIT ended();
-        return;
-    }
-    show(); // with the alert that says why
-    _viewModel.messages().ask({.title = tr("Quit without saving?"),
-                               .text = tr("The last changes could not be saved, and would be lost."),
-                               .accept = tr("Quit"),
-                               .isDestructive = true},
-                              [this](bool accepted) {
-                                  if (accepted)
-                                      Q_EMIT ended();
-                              });
+    else
+        show(); // with the alert that says why
+}
+
+/// Saves all edits. If that fails, the user is told and asked.
+bool LauncherWindow::mayEnd() {
+    const bool wasAlerted = _controller.alert()->isOpen();
+    (void)_viewModel.history().settle();
+    (void)_viewModel.quit();
+    if (!_viewModel.hasUnsavedEdits())
+        return wasAlerted || !_controller.alert()->isOpen(); // a step may have been rolled back
+    if (!isAsking(_viewModel.messages()))
+        _viewModel.messages().ask(quitQuestion(), [this](bool accepted) {
+            if (accepted)
+                Q_EMIT ended();
+        });
+    return false;
 }
 
 void LauncherWindow::close() {

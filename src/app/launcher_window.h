@@ -42,8 +42,8 @@ public:
     /// Refreshes what depends on the day when the clock jumps.
     void followClock(std::unique_ptr<ClockWatch> watch);
     /// From now on the program ends once the window is closed, no updates are running or queued, and
-    /// all edits are saved, emitting `ended`. If they cannot be saved, the window comes back, and the
-    /// user decides. A window shown again meanwhile stays.
+    /// all edits are saved, emitting `ended`. If they cannot be saved, the window stays or comes back,
+    /// and the user decides. A window shown again meanwhile stays.
     void endWhenClosed();
 
     /// True once the arrangement and the icons of the visible page are loaded.
@@ -70,6 +70,7 @@ private:
     bool commitNameBeside(QEvent* event);
     void setAway(bool isAway);
     void endIfIdle();
+    bool mayEnd();
 
     Machine& _machine;
     Scheduler& _scheduler;
@@ -86,6 +87,7 @@ private:
     QMetaObject::Connection _welcoming; ///< until the welcome has been answered
     QRect _fitted;                      ///< the geometry last assigned
     LauncherWindowMode _mode;
+    bool _endsWhenClosed = false;
     bool _swallowsClick = false; ///< the press ended an edit of a name
     bool _hasDrawn = false;
     bool _fades = false;

@@ -264,8 +264,8 @@ int run(int argc, char** argv) {
     }
     if (found->launcher)
         return showRunning(*found->launcher) ? 0 : 1;
-    // Edits are saved, and no tool is left running; but nobody is asked, as when the user closes the
-    // window: a logout must not wait.
+    // Edits are saved, and no tool is left running. Unlike closing the window, a signal never asks: a
+    // logout must not wait.
     const Interruption interruption([](int) { QCoreApplication::exit(); });
 
     const auto lastMode = json::fromRawValue<LauncherWindowMode>(
@@ -359,11 +359,11 @@ int run(int argc, char** argv) {
         window.show();
     const int ended = application.exec();
     (void)window.viewModel().quit();
-    // Answers the commands whose edits this has saved. No others are heard: theirs would be lost.
-    bool areTold = false;
-    const Task telling = machine.workers.run(
-        Lane::saving, [](std::stop_token) {}, [&] { areTold = true; });
-    while (!areTold)
+    // Answers the commands whose edits this has saved. New ones are not served: theirs would be lost.
+    bool isDrained = false;
+    const Task barrier = machine.workers.run(
+        Lane::saving, [](std::stop_token) {}, [&] { isDrained = true; });
+    while (!isDrained)
         machine.workers.mailbox().waitAndDrain();
     const auto saved = window.viewModel().quit();
     if (!saved) {

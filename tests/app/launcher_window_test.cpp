@@ -182,16 +182,29 @@ TEST_F(LauncherWindowTest, ClosingLosesNoEditThatCannotBeSavedUnlessTheUserSaysS
     window->show();
     ASSERT_TRUE(
         editor().rename(mode(), viewModel().shown().tileOf(u"org.example.ash"_s)->id, u"Oak"_s));
+    const AlertPanel& alert = *launcher().alert();
+    const auto isAlerted = [&] { return alert.accept() == u"Try Again"; };
     for (const bool isLost : {false, true}) {
         window->close();
         EXPECT_EQ(ended.count(), 1);
         EXPECT_TRUE(view().isVisible());
-        ASSERT_TRUE(QTest::qWaitFor([&] { return launcher().alert()->accept() == u"Try Again"; }));
-        launcher().alert()->answer(false);
-        ASSERT_EQ(launcher().alert()->accept(), u"Quit");
-        launcher().alert()->answer(isLost);
+        ASSERT_TRUE(QTest::qWaitFor(isAlerted));
+        answer(false);
+        ASSERT_EQ(alert.accept(), u"Quit");
+        answer(isLost);
     }
     EXPECT_EQ(ended.count(), 2);
+
+    // The same if the system asks; nothing is asked once it could be saved.
+    EXPECT_FALSE(view().close());
+    ASSERT_TRUE(QTest::qWaitFor(isAlerted));
+    for (int i = 0; i < 64; ++i)
+        mac.remove(mac.machine.places.applicationFolder() + u"/.tessellar-save-%1"_s.arg(i));
+    answer(true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !alert.isOpen(); }));
+    EXPECT_EQ(ended.count(), 2);
+    EXPECT_TRUE(view().close());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ended.count() == 3; }));
 }
 
 TEST_F(LauncherWindowTest, TheOtherModeHasItsOwnGridAndSize) {
