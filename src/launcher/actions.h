@@ -42,7 +42,7 @@ struct ActionTarget {
 enum class ActionRequest {
     none,
     underway,     ///< nothing; the outcome will be told
-    refused,      ///< nothing, as the clipboard refused, of which users are not told
+    refused,      ///< nothing; the clipboard refused, which only commands report
     rename,       ///< edit the tile's name in place
     settings,     ///< show the settings
     backups,      ///< show the arrangement's backups

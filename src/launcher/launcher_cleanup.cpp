@@ -222,7 +222,7 @@ void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
         return refuse(busy(), done);
     if (_phase != Phase::review || _review.selectedPaths.isEmpty())
         return refuse(
-            {QStringLiteral("nothingSelected"), Texts::tr("There is nothing chosen to remove."), {}},
+            {QStringLiteral("nothingSelected"), Texts::tr("Nothing is selected for removal."), {}},
             done);
     if (const auto guard = _history.guard(_layouts.shownMode()); !guard)
         return refuse(guard.error(), done);
@@ -233,7 +233,7 @@ void LauncherCleanup::remove(const LauncherAsker& asker, Done done) {
         if (!isRunning)
             return startRemoval(done);
         asker({.title = Texts::tr("“%1” is open").arg(_app.name),
-               .text = Texts::tr("It is asked to quit before it is moved to the Trash."),
+               .text = Texts::tr("It will be asked to quit before it is moved to the Trash."),
                .accept = Texts::tr("Quit and Remove"),
                .isDestructive = true},
               [this, alive = _lifetime.watch(), round = _round, done](bool accepted) {

@@ -129,8 +129,8 @@ private:
     void reset();
     void startRemoval(const Done& done);
     void finishRemoval(const RemovalStep& taken, AppInstallKind kind, const Done& done);
-    /// Makes the step of a removal or a restore; `done` is called once it is saved, or that has failed
-    /// and has been reported.
+    /// Makes the step of a removal or a restore; `done` is called once it is saved, or its failure
+    /// has been reported.
     void makeStep(EditStep step, const CleanupRecord& record, std::function<void()> done);
     void restore(const CleanupRecord& record, const std::function<void(Restored)>& done);
     void bringBack(const CleanupRecord& record, const std::function<void(Restored)>& done);

@@ -21,7 +21,7 @@ LauncherClipboard::LauncherClipboard(Machine& machine, Pasteboard* pasteboard, L
 
 LauncherError LauncherClipboard::refusal() {
     return {QStringLiteral("clipboardRefused"),
-            Texts::tr("There is nothing that could be taken there."),
+            Texts::tr("There is nothing to cut, copy or paste there."),
             {}};
 }
 

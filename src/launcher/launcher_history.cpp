@@ -453,7 +453,8 @@ static std::expected<void, LauncherError> outcomeOf(LayoutUndoHistory::Result re
                       : failed(QStringLiteral("nothingToRedo"), Texts::tr("There is nothing to redo."));
     case Result::blocked:
         return failed(QStringLiteral("stepInTheWay"),
-                      Texts::tr("“%1” in the other display mode comes first: it changed the same.")
+                      Texts::tr("“%1” in the other display mode must be undone or redone first: it "
+                                "changed the same tiles or Smart Folder.")
                           .arg(blockedBy));
     case Result::trashFailed:
         return failed(QStringLiteral("trashFailed"), Texts::tr("An application could not be moved."));

@@ -30,8 +30,8 @@ struct SmartFolderDefinition;
 /// - After an update the application folders are scanned. Updates continue when the launcher quits, and
 ///   are resumed by the next `startSchedule`.
 ///
-/// The way of a check: `check` here and in the coordinator, `AppUpdateCheck` with its checkers,
-/// `KnownAppUpdates::record`, and back to `handle`.
+/// How a check runs: `check` here and in the coordinator, `AppUpdateCheck` with its checkers,
+/// `KnownAppUpdates::recordVerdict`, which publishes, and back to `handle`.
 ///
 /// Main thread only.
 class LauncherUpdates {

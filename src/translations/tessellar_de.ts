@@ -1325,8 +1325,8 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Kacheln auswählen; ohne Angabe wird die Auswahl aufgehoben</translation>
     </message>
     <message>
-        <source>There is nothing that could be taken there.</source>
-        <translation>Dort gibt es nichts, was genommen werden könnte.</translation>
+        <source>There is nothing to cut, copy or paste there.</source>
+        <translation>Dort gibt es nichts auszuschneiden, zu kopieren oder einzusetzen.</translation>
     </message>
     <message>
         <source>Copy tiles to the clipboard</source>
@@ -2565,7 +2565,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Ein Entfernen ist noch im Gange.</translation>
     </message>
     <message>
-        <source>There is nothing chosen to remove.</source>
+        <source>Nothing is selected for removal.</source>
         <translation>Es ist nichts zum Entfernen ausgewählt.</translation>
     </message>
     <message>
@@ -2573,7 +2573,7 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>„%1“ ist geöffnet</translation>
     </message>
     <message>
-        <source>It is asked to quit before it is moved to the Trash.</source>
+        <source>It will be asked to quit before it is moved to the Trash.</source>
         <translation>Es wird gebeten, sich zu beenden, bevor es in den Papierkorb gelegt wird.</translation>
     </message>
     <message>
@@ -2613,8 +2613,8 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Ein Widerrufen oder Wiederholen ist noch im Gange.</translation>
     </message>
     <message>
-        <source>“%1” in the other display mode comes first: it changed the same.</source>
-        <translation>„%1“ im anderen Anzeigemodus kommt zuerst: Es hat dasselbe geändert.</translation>
+        <source>“%1” in the other display mode must be undone or redone first: it changed the same tiles or Smart Folder.</source>
+        <translation>„%1“ im anderen Anzeigemodus muss zuerst widerrufen oder wiederholt werden: Es hat dieselben Kacheln oder denselben intelligenten Ordner geändert.</translation>
     </message>
     <message>
         <source>An application could not be moved.</source>

@@ -34,10 +34,11 @@ AppUpdateInspection::AppUpdateInspection(Machine& machine, const QList<AppEntry>
 }
 
 AppUpdateCheck::AppUpdateCheck(Machine& machine, KnownAppUpdates& known, const QList<AppEntry>& apps,
-                               AppUpdateCheckRequest request, Ended ended)
+                               AppUpdateCheckRequest request, bool isShown, Ended ended)
     : _machine(machine)
     , _known(known)
     , _request(std::move(request))
+    , _isShown(isShown)
     , _ended(std::move(ended))
     , _checking(known.checkers().size()) {
     _inspection.emplace(machine, apps,
@@ -90,13 +91,13 @@ void AppUpdateCheck::assign() {
         if (!isWanted(candidate))
             continue;
         const std::size_t owner = ownerOf(candidate);
-        const std::size_t had = _assigned.value(candidate.appKey, nobody);
+        const std::size_t had = _assigned.value(candidate.appKey, noChecker);
         if (owner == had)
             continue;
-        if (had != nobody)
+        if (had != noChecker)
             for (const auto& work : _checking[had])
                 work->forget(candidate.appKey);
-        if (owner == nobody) {
+        if (owner == noChecker) {
             _assigned.remove(candidate.appKey);
             _left.remove(candidate.appKey);
             continue;
@@ -111,19 +112,20 @@ void AppUpdateCheck::assign() {
     _progress.total = _assigned.size();
     _progress.checked = _assigned.size() - _left.size();
     const auto alive = _lifetime.watch();
-    _known.channelsLearned();
+    _known.keepChannels();
+    _known.publish();
     if (!alive.expired())
         progressed();
 }
 
-/// The checker that is to check it, or `nobody`.
+/// The checker that is to check it, or `noChecker`.
 std::size_t AppUpdateCheck::ownerOf(const AppUpdateCandidate& candidate) const {
     const auto& checkers = _known.checkers();
     const auto owner = std::ranges::find_if(
         checkers, [&](const auto& checker) { return checker->channel(candidate).has_value(); });
     const bool counts =
         owner != checkers.end() && (!_request.channel || *_request.channel == (*owner)->kind());
-    return counts ? static_cast<std::size_t>(owner - checkers.begin()) : nobody;
+    return counts ? static_cast<std::size_t>(owner - checkers.begin()) : noChecker;
 }
 
 /// All that checkers report.
@@ -145,15 +147,15 @@ void AppUpdateCheck::handle(std::size_t checker, const AppUpdateFinding& finding
         progressed();
     } else {
         const auto& [appKey, verdict] = std::get<AppCheckEnded>(finding);
-        if (!_left.contains(appKey) || _assigned.value(appKey, nobody) != checker)
+        if (!_left.contains(appKey) || _assigned.value(appKey, noChecker) != checker)
             return;
         if (!isUpdateCheckingEnabled(_machine.settings))
-            return end(false);
+            return end(true);
         const AppUpdateCandidate candidate = _candidates.at(_places.value(appKey));
         _left.remove(appKey);
         ++_progress.checked;
         const auto alive = _lifetime.watch();
-        _known.record(candidate, *_known.checkers()[checker], verdict, _replaced);
+        _known.recordVerdict(candidate, *_known.checkers()[checker], verdict, _replaced);
         if (!alive.expired())
             progressed();
     }
@@ -162,19 +164,19 @@ void AppUpdateCheck::handle(std::size_t checker, const AppUpdateFinding& finding
 /// Tells of the progress, and of the end once all have ended.
 void AppUpdateCheck::progressed() {
     const auto alive = _lifetime.watch();
-    if (_request.isShown)
+    if (_isShown)
         _known.notify(AppUpdateEvent::Kind::progressed);
     if (alive.expired() || !_left.isEmpty() || _discoveries > 0 || _ending.isActive())
         return;
     _ending = _machine.scheduler.after(std::chrono::milliseconds(0), [this] {
         if (_left.isEmpty() && _discoveries == 0)
-            end(true);
+            end(false);
     });
 }
 
-void AppUpdateCheck::end(bool completed) {
+void AppUpdateCheck::end(bool isDisabled) {
     const Ended ended = std::move(_ended);
-    ended(*this, completed); // may destroy this object
+    ended(*this, isDisabled); // may destroy this object
 }
 
 void AppUpdateCheck::revert() { _known.revert(_replaced); }

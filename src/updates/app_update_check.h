@@ -21,16 +21,6 @@ struct AppUpdateProgress {
     bool operator==(const AppUpdateProgress&) const = default;
 };
 
-/// Selects the applications to check; a full check if nothing is set.
-struct AppUpdateCheckRequest {
-    std::optional<AppUpdateChannelKind> channel; ///< only those of this channel
-    std::optional<QStringList> appKeys;          ///< only these
-    bool asksAllTools = false; ///< asks tools again which applications they own, even if known
-    bool isShown = false;      ///< to the user, with its progress; set by the coordinator
-
-    bool isFull() const { return !channel && !appKeys; }
-};
-
 /// Reads bundles on several workers in parallel.
 class AppUpdateInspection {
 public:
@@ -51,24 +41,25 @@ private:
 /// 2. All channels are queried at once about the applications known to be theirs (`assign`), while
 ///    channels that depend on tools ask them which applications they own now.
 /// 3. Checkers report to `handle`. If ownership changes, the application is moved to its new channel.
-/// 4. Each verdict is recorded in the known updates, which tell everybody else. The check ends with the
-///    last one, once all tools have answered.
+/// 4. Each verdict is recorded in the known updates, which tell everybody else (`recorded` at once,
+///    `changed` throttled). The check ends with the last one, once all tools have answered.
 ///
-/// Channels never wait for each other. Destroying it cancels it silently; whoever is told may destroy
+/// Channels never wait for each other. Destroying it cancels it silently; any notification may destroy
 /// it.
 class AppUpdateCheck {
 public:
-    /// False if checking has been disabled, which ends the check.
-    using Ended = std::function<void(AppUpdateCheck& check, bool completed)>;
+    /// With `isDisabled`, checking was switched off before the check was complete.
+    using Ended = std::function<void(AppUpdateCheck& check, bool isDisabled)>;
 
-    /// `apps` are all installed applications.
+    /// `apps` are all installed applications. Only a check that `isShown` sends `progressed`.
     AppUpdateCheck(Machine& machine, KnownAppUpdates& known, const QList<AppEntry>& apps,
-                   AppUpdateCheckRequest request, Ended ended);
+                   AppUpdateCheckRequest request, bool isShown, Ended ended);
     ~AppUpdateCheck();
     AppUpdateCheck(const AppUpdateCheck&) = delete;
     AppUpdateCheck& operator=(const AppUpdateCheck&) = delete;
 
     const AppUpdateCheckRequest& request() const { return _request; }
+    bool isShown() const { return _isShown; }
     const AppUpdateProgress& progress() const { return _progress; }
     const QList<AppUpdateProblem>& problems() const { return _problems; }
     /// Restores the records that it has replaced.
@@ -76,7 +67,7 @@ public:
 
 private:
     static constexpr std::chrono::milliseconds learnDelay{20};
-    static constexpr std::size_t nobody = -1; ///< no checker
+    static constexpr std::size_t noChecker = -1;
 
     void inspected(const QList<AppUpdateCandidate>& candidates);
     bool isToDiscover(const AppUpdateChecker& checker) const;
@@ -86,11 +77,12 @@ private:
     std::size_t ownerOf(const AppUpdateCandidate& candidate) const;
     void handle(std::size_t checker, const AppUpdateFinding& finding);
     void progressed();
-    void end(bool completed);
+    void end(bool isDisabled);
 
     Machine& _machine;
     KnownAppUpdates& _known;
     AppUpdateCheckRequest _request;
+    bool _isShown;
     Ended _ended;
     AppUpdateProgress _progress;
     QList<AppUpdateProblem> _problems;

@@ -9,6 +9,15 @@
 
 namespace tessellar {
 
+/// Selects the applications to check; a full check if nothing is set.
+struct AppUpdateCheckRequest {
+    std::optional<AppUpdateChannelKind> channel; ///< only those of this channel
+    std::optional<QStringList> appKeys;          ///< only these
+    bool asksAllTools = false; ///< asks tools again which applications they own, even if known
+
+    bool isFull() const { return !channel && !appKeys; }
+};
+
 // What a checker reports of its work.
 struct ChannelsLearned {}; ///< results of `channel` may have changed
 struct DiscoveryEnded {
@@ -33,7 +42,7 @@ public:
     virtual void forget(const QString& appKey) = 0;
 };
 
-/// One update channel. To add a channel, add a subclass and a line in the coordinator's list. Main
+/// One update channel. To add a channel, add a subclass and a line in `KnownAppUpdates`. Main
 /// thread only; blocking work runs on workers.
 class AppUpdateChecker {
 public:

@@ -227,8 +227,8 @@ void AppUpdateCoordinator::planRetry() {
 // ---- checks
 
 AppUpdateCheck* AppUpdateCoordinator::shown() const {
-    const auto found = std::ranges::find_if(
-        _running, [](const Running& running) { return running.check->request().isShown; });
+    const auto found =
+        std::ranges::find_if(_running, [](const Running& running) { return running.check->isShown(); });
     return found == _running.end() ? nullptr : found->check.get();
 }
 
@@ -249,29 +249,30 @@ std::expected<void, AppUpdateError> AppUpdateCoordinator::check(const AppUpdateC
                 return std::unexpected(AppUpdateError::unknownApp);
     if (request.isFull())
         _scheduleTask.cancel();
-    AppUpdateCheckRequest seen = request;
-    seen.isShown = true;
-    begin(std::move(seen), std::move(done));
+    begin(request, std::move(done), true);
     _known.events.notify({AppUpdateEvent::Kind::progressed, {}});
     return {};
 }
 
-void AppUpdateCoordinator::begin(AppUpdateCheckRequest request, std::function<void(bool)> done) {
-    const auto ended = [this](AppUpdateCheck& check, bool completed) {
-        completed ? end(check, true) : switchedOff();
+void AppUpdateCoordinator::begin(const AppUpdateCheckRequest& request, std::function<void(bool)> done,
+                                 bool isShown) {
+    const auto ended = [this](AppUpdateCheck& check, bool isDisabled) {
+        isDisabled ? switchedOff() : end(check, true);
     };
     _running.push_back(
-        {std::make_unique<AppUpdateCheck>(_machine, _known, _apps, std::move(request), ended),
+        {std::make_unique<AppUpdateCheck>(_machine, _known, _apps, request, isShown, ended),
          std::move(done)});
 }
 
 void AppUpdateCoordinator::end(AppUpdateCheck& check, bool completed) {
     const auto place = std::ranges::find_if(
         _running, [&](const Running& running) { return running.check.get() == &check; });
+    if (place == _running.end())
+        return;
     RunningChecks over; // removed from the list before anyone is notified
     over.splice(over.begin(), _running, place);
     const AppUpdateCheckRequest& request = check.request();
-    if (request.isShown)
+    if (check.isShown())
         _lastProgress = check.progress();
     if (completed && (request.isFull() || request.asksAllTools))
         _hasNewcomers = false;
@@ -290,12 +291,13 @@ void AppUpdateCoordinator::end(AppUpdateCheck& check, bool completed) {
     }
     const std::function<void(bool)>& done = over.front().done;
     const auto alive = _lifetime.watch();
-    _known.channelsLearned(done != nullptr); // whoever waits for the end must see the results
-    if (request.isShown && !alive.expired())
+    _known.keepChannels();
+    _known.publish(done != nullptr); // whoever waits for the end must see the results
+    if (check.isShown() && !alive.expired())
         _known.events.notify({AppUpdateEvent::Kind::progressed, {}});
     if (done && !alive.expired())
         done(completed);
-    if (alive.expired() || !request.isShown)
+    if (alive.expired() || !check.isShown())
         return;
     if (std::exchange(_isCheckDue, false) && !isChecking() && isEnabled())
         (void)this->check();

@@ -79,7 +79,8 @@ private:
     void verify(const QStringList& appKeys, std::function<void()> done);
 
     AppUpdateCheck* shown() const;
-    void begin(AppUpdateCheckRequest request, std::function<void(bool)> done);
+    void begin(const AppUpdateCheckRequest& request, std::function<void(bool)> done,
+               bool isShown = false);
     void end(AppUpdateCheck& check, bool completed);
     void switchedOff();
 

@@ -1,7 +1,6 @@
 #include "updates/known_app_updates.h"
 
 #include "updates/app_store_update_checker.h"
-#include "updates/app_update_check.h"
 #include "updates/app_update_settings.h"
 #include "updates/sparkle_update_checker.h"
 #include "updates/untrusted_text.h"
@@ -43,11 +42,6 @@ void KnownAppUpdates::updateCandidates(const QList<AppUpdateCandidate>& inspecte
 bool KnownAppUpdates::isHomebrewUsed() const {
     return std::ranges::any_of(
         _candidates, [this](const auto& known) { return _homebrew->channel(known).has_value(); });
-}
-
-void KnownAppUpdates::channelsLearned(bool atOnce) {
-    keepChannels();
-    publish(atOnce);
 }
 
 AppUpdateChecker* KnownAppUpdates::checkerOf(const AppUpdateCandidate& candidate) const {
@@ -131,8 +125,8 @@ std::optional<AppUpdateRecord> KnownAppUpdates::record(const QString& appKey) co
     return *found;
 }
 
-void KnownAppUpdates::record(const AppUpdateCandidate& checked, const AppUpdateChecker& checker,
-                             const AppUpdateVerdict& verdict, Replaced& replaced) {
+void KnownAppUpdates::recordVerdict(const AppUpdateCandidate& checked, const AppUpdateChecker& checker,
+                                    const AppUpdateVerdict& verdict, Replaced& replaced) {
     const QString appKey = checked.appKey;
     const AppUpdateCandidate* known = candidate(appKey);
     // If it was removed or updated meanwhile, it is checked again anyway.

@@ -10,8 +10,6 @@
 
 namespace tessellar {
 
-struct AppUpdateCheckRequest;
-
 /// A notification for user interfaces.
 struct AppUpdateEvent {
     enum class Kind {
@@ -96,11 +94,11 @@ public:
     /// Replaces all applications; true if some are new, or elsewhere.
     bool setCandidates(const QList<AppUpdateCandidate>& inspected);
     void updateCandidates(const QList<AppUpdateCandidate>& inspected);
-    /// Call when checkers have learned channels: keeps and publishes them, see `publish`.
-    void channelsLearned(bool atOnce = false);
+    /// Call when checkers may have learned channels, before `publish`.
+    void keepChannels();
     /// Records a verdict, unless the application was removed or updated since it was inspected.
-    void record(const AppUpdateCandidate& checked, const AppUpdateChecker& checker,
-                const AppUpdateVerdict& verdict, Replaced& replaced);
+    void recordVerdict(const AppUpdateCandidate& checked, const AppUpdateChecker& checker,
+                       const AppUpdateVerdict& verdict, Replaced& replaced);
     void revert(const Replaced& replaced);
     /// Records the end of a check, except its time.
     void conclude(const AppUpdateCheckRequest& request, const QList<AppUpdateProblem>& problems);
@@ -118,7 +116,6 @@ private:
     AppUpdateChecker* checkerOf(const AppUpdateCandidate& candidate) const;
     bool isValid(const AppUpdateRecord& record, const AppUpdateCandidate& candidate) const;
     bool isHeld(const QString& appKey, const AppUpdateRecord& record) const;
-    void keepChannels();
     void refreshStatuses();
     void askForSave();
     void save();

@@ -46,8 +46,10 @@ std::unique_ptr<AppUpdateWork> WebUpdateChecker::check(QList<AppUpdateCandidate>
                 if (const auto told = sink.lock())
                     (*told)(AppCheckEnded{appKey, verdict});
             }
-            if (!alive.expired())
-                pump();
+            if (alive.expired())
+                return;
+            dropUnwanted();
+            pump();
         });
     return run;
 }
@@ -165,9 +167,13 @@ void WebUpdateChecker::answered(Fetches::iterator fetch, HttpClient::Answer answ
 void WebUpdateChecker::judged(Fetches::iterator fetch, const QList<AppUpdateVerdict>& verdicts) {
     Fetches finished; // removed from the list before reporting its verdicts, which may destroy runs
     finished.splice(finished.begin(), _fetches, fetch);
+    const auto alive = std::weak_ptr(_alive);
     for (qsizetype i = 0; i < verdicts.size(); ++i)
         if (const auto told = fetch->listeners[i].sink.lock())
             (*told)(AppCheckEnded{fetch->listeners[i].candidate.appKey, verdicts[i]});
+    // Runs may have ended while their sink was held.
+    if (!alive.expired())
+        dropUnwanted();
 }
 
 } // namespace tessellar
