@@ -1,3 +1,5 @@
+#include "tests/support/thread_sanitizer.h"
+
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
