@@ -234,9 +234,9 @@ Verdict Trials::judgeTogether(const QByteArrayList& parts) {
     _mac.restore();
     QByteArrayList done;
     {
+        bool isListening = false;
         Programs programs;
         if (parts[1] == "served") {
-            bool isListening = false;
             programs.start(_mac.launcher(), [&](const SystemCall& call) {
                 isListening = isListening || qstrcmp(call.name, "listen") == 0;
                 return Fate{};
