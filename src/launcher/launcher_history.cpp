@@ -405,28 +405,6 @@ void LauncherHistory::markUnavailable(LiveLayout& layout) const {
     layout.setUnavailable(std::move(unavailable));
 }
 
-/// A step restores an old state: its tiles may be of applications that were removed or moved since, and
-/// new applications have none.
-bool LauncherHistory::differsFromInstalled(const LiveLayout& layout) const {
-    if (!layout.unavailableAppKeys().isEmpty())
-        return true;
-    const QList<AppEntry>& installed = _applications.all();
-    std::vector<bool> hasTile(static_cast<std::size_t>(installed.size()));
-    const bool areAllThere = forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
-        const AppEntry* tile = item.app();
-        if (!tile || tile->alias)
-            return true;
-        const AppEntry* app = _applications.withKey(appKey(*tile));
-        if (!app)
-            return false;
-        auto isKnown = hasTile[static_cast<std::size_t>(app - installed.constData())];
-        const bool isThere = isKnown || tile->path == app->path;
-        isKnown = true;
-        return isThere;
-    });
-    return !areAllThere || std::ranges::find(hasTile, false) != hasTile.end();
-}
-
 void LauncherHistory::undo(LauncherWindowMode mode, Done done) {
     step(Direction::undo, mode, std::move(done));
 }

@@ -1,4 +1,5 @@
-// Rolling back steps that failed, were interrupted, or could not be saved.
+// Rolling back steps that failed, were interrupted, or could not be saved, and whether an old state
+// still fits what is installed.
 
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_history.h"
@@ -6,6 +7,9 @@
 #include "launcher/live_layout.h"
 #include "launcher/smart_folder_library.h"
 #include "platform/texts.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace tessellar {
 
@@ -106,6 +110,28 @@ bool LauncherHistory::putBack(const StepJournal::Files& files) {
             _layouts[mode].settingsChanged();
     }
     return isWritten;
+}
+
+/// A step restores an old state: its tiles may be of applications that were removed or moved since, and
+/// new applications have none.
+bool LauncherHistory::differsFromInstalled(const LiveLayout& layout) const {
+    if (!layout.unavailableAppKeys().isEmpty())
+        return true;
+    const QList<AppEntry>& installed = _applications.all();
+    std::vector<bool> hasTile(static_cast<std::size_t>(installed.size()));
+    const bool areAllThere = forEachItem(layout.pages(), [&](const LaunchpadItem& item) {
+        const AppEntry* tile = item.app();
+        if (!tile || tile->alias)
+            return true;
+        const AppEntry* app = _applications.withKey(appKey(*tile));
+        if (!app)
+            return false;
+        auto isKnown = hasTile[static_cast<std::size_t>(app - installed.constData())];
+        const bool isThere = isKnown || tile->path == app->path;
+        isKnown = true;
+        return isThere;
+    });
+    return !areAllThere || std::ranges::find(hasTile, false) != hasTile.end();
 }
 
 } // namespace tessellar
