@@ -38,12 +38,8 @@ LauncherCleanup::LauncherCleanup(Machine& machine, LiveLayouts& layouts,
     };
     _tools = std::make_shared<CleanupTools>(machine, present);
     _history.setTrash(
-        [this](QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
-            moveForHistory(false, records, done);
-        },
-        [this](QList<TrashedAppRecord> records, LayoutUndoActions::TrashDone done) {
-            moveForHistory(true, records, done);
-        });
+        [this](const auto& records, const auto& done) { moveForHistory(false, records, done); },
+        [this](const auto& records, const auto& done) { moveForHistory(true, records, done); });
 }
 
 LauncherCleanup::~LauncherCleanup() { _stopMoving.request_stop(); }

@@ -111,7 +111,7 @@ public:
     /// step, that step is undone; otherwise the tiles are restored in a step of their own. `done` gets
     /// one line per item.
     using Restored = std::expected<QList<CleanupLogLine>, LauncherError>;
-    void restore(const std::optional<QUuid>& removal, std::function<void(Restored)> done);
+    void restore(const std::optional<QUuid>& removal, const std::function<void(Restored)>& done);
 
     /// Reveals an item in the file manager; `done` gets the system's error.
     void reveal(const QString& path, Done done = {});

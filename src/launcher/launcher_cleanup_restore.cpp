@@ -59,12 +59,13 @@ QString LauncherCleanup::dateText(const CleanupRecord& removal) const {
     return tessellar::dateText(removal.removedAt, _machine.locale);
 }
 
-void LauncherCleanup::restore(const std::optional<QUuid>& removal, std::function<void(Restored)> done) {
-    const auto refuse = [this, done](LauncherError error) {
+void LauncherCleanup::restore(const std::optional<QUuid>& removal,
+                              const std::function<void(Restored)>& done) {
+    const auto refuse = [this, done](const LauncherError& error) {
         _error = error;
         changed.notify();
         if (done)
-            done(std::unexpected(std::move(error)));
+            done(std::unexpected(error));
     };
     if (_isMoving || (_phase != Phase::idle && _phase != Phase::done))
         return refuse(

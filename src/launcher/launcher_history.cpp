@@ -324,8 +324,6 @@ LayoutUndoState LauncherHistory::snapshot(LauncherWindowMode mode) const {
 }
 
 LayoutUndoActions LauncherHistory::actions() {
-    using Records = QList<TrashedAppRecord>;
-    using TrashDone = LayoutUndoActions::TrashDone;
     return {
         .snapshot = [this](LauncherWindowMode mode) { return snapshot(mode); },
         .apply =
@@ -337,10 +335,9 @@ LayoutUndoActions LauncherHistory::actions() {
             [this](const LayoutUndoState& state) {
                 _layouts[state.mode].navigation().setPosition(state.navigation);
             },
-        .restoreFromTrash = [this](Records records,
-                                   TrashDone done) { _restoreFromTrash(records, std::move(done)); },
-        .moveToTrash = [this](Records records,
-                              TrashDone done) { _moveToTrash(records, std::move(done)); },
+        .restoreFromTrash = [this](const auto& records,
+                                   const auto& done) { _restoreFromTrash(records, done); },
+        .moveToTrash = [this](const auto& records, const auto& done) { _moveToTrash(records, done); },
         .alert =
             [this](const QString& title, const QString& message) {
                 _messages.alert({QStringLiteral("trashFailed"), message, title});
@@ -357,7 +354,7 @@ void LauncherHistory::setTrash(LayoutUndoActions::TrashMove restore,
 }
 
 bool LauncherHistory::apply(Direction direction, const LayoutUndoEntry& entry,
-                            const LayoutUndoState& state, std::function<void(bool)> saved) {
+                            const LayoutUndoState& state, const std::function<void(bool)>& saved) {
     if (!settle())
         return false;
     const LayoutUndoState before = snapshot(state.mode);

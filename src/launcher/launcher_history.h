@@ -137,7 +137,7 @@ private:
     void rollBack(const QList<UnsavedEdit>& edits, bool areLeft);
     void show(LauncherWindowMode mode, const LayoutDocument& document, bool isReplacement);
     bool apply(Direction direction, const LayoutUndoEntry& entry, const LayoutUndoState& state,
-               std::function<void(bool)> saved);
+               const std::function<void(bool)>& saved);
     void markUnavailable(LiveLayout& layout) const;
     bool differsFromInstalled(const LiveLayout& layout) const;
     LayoutUndoHistory::Next next(Direction direction, LauncherWindowMode mode) const;

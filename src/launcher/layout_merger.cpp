@@ -57,7 +57,7 @@ LayoutMerger::LayoutMerger(const Machine& machine, LayoutStore& store, LiveLayou
     });
 }
 
-void LayoutMerger::load(std::function<void()> done) {
+void LayoutMerger::load(const std::function<void()>& done) {
     _loadsLeft = _loading.size();
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         _loading[std::size_t(mode)] =

@@ -55,7 +55,7 @@ public:
 
     /// Reads the remembered places, and the working layouts on a worker. No scan is merged before
     /// `done`, which is called on the main thread.
-    void load(std::function<void()> done);
+    void load(const std::function<void()>& done);
     /// The loaded layouts; empty after the first merge.
     Loaded& loaded() { return _loaded; }
     /// True while the first merge is being saved.

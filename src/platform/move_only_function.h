@@ -26,7 +26,8 @@ public:
         if constexpr (requires { callable == nullptr; })
             if (callable == nullptr)
                 return;
-        _held = std::make_unique<Holder<std::decay_t<Callable>>>(std::forward<Callable>(callable));
+        _held = std::make_unique<Holder<std::decay_t<Callable>>>(std::in_place,
+                                                                 std::forward<Callable>(callable));
     }
 
     explicit operator bool() const { return _held != nullptr; }
@@ -40,7 +41,7 @@ private:
     template <typename Callable>
     struct Holder final : Base {
         template <typename From>
-        explicit Holder(From&& from) : callable(std::forward<From>(from)) {}
+        Holder(std::in_place_t, From&& from) : callable(std::forward<From>(from)) {}
         Result call(Args... args) override {
             if constexpr (std::is_void_v<Result>)
                 callable(std::forward<Args>(args)...);
