@@ -32,14 +32,14 @@ std::optional<AppUpdateReason> AppUpdateView::reason() const {
 }
 
 std::optional<AppUpdateChannel> AppUpdateView::channel() const {
-    return _coordinator ? _coordinator->known().channel(_appKey) : std::nullopt;
+    return _coordinator ? _coordinator->channels().channel(_appKey) : std::nullopt;
 }
 
 std::optional<AppUpdateSourceText> AppUpdateView::sourceText() const {
     const AppUpdateCandidate* installed =
-        _coordinator ? _coordinator->known().candidate(_appKey) : nullptr;
+        _coordinator ? _coordinator->channels().candidate(_appKey) : nullptr;
     return installed ? std::optional(
-                           tessellar::sourceText(_coordinator->known().channel(_appKey), *installed))
+                           tessellar::sourceText(_coordinator->channels().channel(_appKey), *installed))
                      : std::nullopt;
 }
 
@@ -53,13 +53,13 @@ QString AppUpdateView::statusText() const {
     const auto* update = known ? std::get_if<UpdateAvailable>(&*known) : nullptr;
     if (!update)
         return {};
-    const AppUpdateCandidate* installed = _coordinator->known().candidate(_appKey);
+    const AppUpdateCandidate* installed = _coordinator->channels().candidate(_appKey);
     return update_texts::available(installed ? installed->version : std::nullopt,
                                    update->latestVersion);
 }
 
 std::optional<AppUpdateActionKind> AppUpdateView::actionKind() const {
-    const auto action = _coordinator ? _coordinator->known().action(_appKey) : std::nullopt;
+    const auto action = _coordinator ? _coordinator->channels().action(_appKey) : std::nullopt;
     return action ? std::optional(kindOf(*action)) : std::nullopt;
 }
 

@@ -193,7 +193,7 @@ void LauncherUpdates::feedSmartFolders() {
                                          SmartFolderDistributionChannel::macAppStore,
                                          SmartFolderDistributionChannel::sparkle};
     for (const AppEntry& app : _applications.all())
-        if (const auto channel = _coordinator->known().channel(appKey(app)))
+        if (const auto channel = _coordinator->channels().channel(appKey(app)))
             facts.distributionChannels.insert(appKey(app), channels[channel->index()]);
     _smartFolders.setRuntimeFacts(std::move(facts));
 }
@@ -215,7 +215,7 @@ std::optional<Instant> LauncherUpdates::lastCheck() const {
 }
 
 QHash<QString, AppUpdateChannel> LauncherUpdates::channels() const {
-    return _coordinator ? _coordinator->known().channels() : QHash<QString, AppUpdateChannel>();
+    return _coordinator ? _coordinator->channels().all() : QHash<QString, AppUpdateChannel>();
 }
 
 QList<AppUpdateProblem> LauncherUpdates::problems() const {

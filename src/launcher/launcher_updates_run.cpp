@@ -29,7 +29,7 @@ static LauncherError cancelled() {
 LauncherUpdates::Outcome LauncherUpdates::skip(const QString& appKey, bool everyVersion) {
     const auto found = of(appKey).record();
     const auto* update = found ? std::get_if<UpdateAvailable>(&found->knownStatus()) : nullptr;
-    if (!_coordinator || !_coordinator->known().candidate(appKey))
+    if (!_coordinator || !_coordinator->channels().candidate(appKey))
         return std::unexpected(InstalledApplications::unknown(appKey));
     if (!update && !everyVersion)
         return std::unexpected(
@@ -103,7 +103,7 @@ QStringList LauncherUpdates::runnable() const {
         const auto known = of(key).status();
         if (!known || !std::holds_alternative<UpdateAvailable>(*known))
             continue;
-        if (const auto action = _coordinator->known().action(key); action && command(*action))
+        if (const auto action = _coordinator->channels().action(key); action && command(*action))
             keys.append(key);
     }
     return keys;
@@ -144,7 +144,7 @@ static bool isContinuedElsewhere(const AppUpdateActionState& state) { return sta
 void LauncherUpdates::startRun(const std::shared_ptr<RunRequest>& request, const QStringList& appKeys,
                                const LauncherAsker& asker) {
     for (const QString& appKey : appKeys)
-        if (!_coordinator->known().candidate(appKey))
+        if (!_coordinator->channels().candidate(appKey))
             return request->end(std::unexpected(InstalledApplications::unknown(appKey)));
     request->stage = Stage::underWay;
     const bool isBegun = _coordinator->runner().update(
@@ -169,7 +169,7 @@ void LauncherUpdates::startRun(const std::shared_ptr<RunRequest>& request, const
 }
 
 QString LauncherUpdates::name(const QString& appKey) const {
-    const AppUpdateCandidate* installed = _coordinator->known().candidate(appKey);
+    const AppUpdateCandidate* installed = _coordinator->channels().candidate(appKey);
     return installed ? installed->name : appKey;
 }
 

@@ -33,14 +33,16 @@ AppUpdateInspection::AppUpdateInspection(Machine& machine, const QList<AppEntry>
             }));
 }
 
-AppUpdateCheck::AppUpdateCheck(Machine& machine, KnownAppUpdates& known, const QList<AppEntry>& apps,
-                               AppUpdateCheckRequest request, bool isShown, Ended ended)
+AppUpdateCheck::AppUpdateCheck(Machine& machine, AppUpdateChannels& channels, KnownAppUpdates& known,
+                               const QList<AppEntry>& apps, AppUpdateCheckRequest request, bool isShown,
+                               Ended ended)
     : _machine(machine)
+    , _channels(channels)
     , _known(known)
     , _request(std::move(request))
     , _isShown(isShown)
     , _ended(std::move(ended))
-    , _checking(known.checkers().size()) {
+    , _checking(channels.checkers().size()) {
     _inspection.emplace(machine, apps,
                         [this](const QList<AppUpdateCandidate>& found) { inspected(found); });
 }
@@ -51,8 +53,8 @@ void AppUpdateCheck::inspected(const QList<AppUpdateCandidate>& candidates) {
     _candidates = candidates;
     for (qsizetype i = 0; i < _candidates.size(); ++i)
         _places.insert(_candidates[i].appKey, i);
-    _known.updateCandidates(candidates);
-    const auto& checkers = _known.checkers();
+    _channels.updateCandidates(candidates);
+    const auto& checkers = _channels.checkers();
     for (std::size_t i = 0; i < checkers.size(); ++i)
         if (isToDiscover(*checkers[i]))
             if (auto work = checkers[i]->discover(_candidates, sink(i))) {
@@ -108,7 +110,7 @@ void AppUpdateCheck::assign() {
     }
     for (std::size_t i = 0; i < shares.size(); ++i)
         if (!shares[i].isEmpty())
-            _checking[i].push_back(_known.checkers()[i]->check(shares[i], sink(i)));
+            _checking[i].push_back(_channels.checkers()[i]->check(shares[i], sink(i)));
     _progress.total = _assigned.size();
     _progress.checked = _assigned.size() - _left.size();
     const auto alive = _lifetime.watch();
@@ -120,7 +122,7 @@ void AppUpdateCheck::assign() {
 
 /// The checker that is to check it, or `noChecker`.
 std::size_t AppUpdateCheck::ownerOf(const AppUpdateCandidate& candidate) const {
-    const auto& checkers = _known.checkers();
+    const auto& checkers = _channels.checkers();
     const auto owner = std::ranges::find_if(
         checkers, [&](const auto& checker) { return checker->channel(candidate).has_value(); });
     const bool counts =
@@ -137,7 +139,7 @@ void AppUpdateCheck::handle(std::size_t checker, const AppUpdateFinding& finding
     } else if (const auto* discovery = std::get_if<DiscoveryEnded>(&finding)) {
         --_discoveries;
         if (discovery->problem)
-            _problems.append({_known.checkers()[checker]->kind(), *discovery->problem});
+            _problems.append({_channels.checkers()[checker]->kind(), *discovery->problem});
         assign();
     } else if (const auto* begun = std::get_if<AppCheckBegan>(&finding)) {
         if (!_left.contains(begun->appKey))
@@ -155,7 +157,7 @@ void AppUpdateCheck::handle(std::size_t checker, const AppUpdateFinding& finding
         _left.remove(appKey);
         ++_progress.checked;
         const auto alive = _lifetime.watch();
-        _known.recordVerdict(candidate, *_known.checkers()[checker], verdict, _replaced);
+        _known.recordVerdict(candidate, *_channels.checkers()[checker], verdict, _replaced);
         if (!alive.expired())
             progressed();
     }

@@ -9,6 +9,7 @@
 
 namespace tessellar {
 
+class AppUpdateChannels;
 class KnownAppUpdates;
 
 /// The progress of a check.
@@ -52,8 +53,9 @@ public:
     using Ended = std::function<void(AppUpdateCheck& check, bool isDisabled)>;
 
     /// `apps` are all installed applications. Only a check that `isShown` sends `progressed`.
-    AppUpdateCheck(Machine& machine, KnownAppUpdates& known, const QList<AppEntry>& apps,
-                   AppUpdateCheckRequest request, bool isShown, Ended ended);
+    AppUpdateCheck(Machine& machine, AppUpdateChannels& channels, KnownAppUpdates& known,
+                   const QList<AppEntry>& apps, AppUpdateCheckRequest request, bool isShown,
+                   Ended ended);
     ~AppUpdateCheck();
     AppUpdateCheck(const AppUpdateCheck&) = delete;
     AppUpdateCheck& operator=(const AppUpdateCheck&) = delete;
@@ -80,6 +82,7 @@ private:
     void end(bool isDisabled);
 
     Machine& _machine;
+    AppUpdateChannels& _channels;
     KnownAppUpdates& _known;
     AppUpdateCheckRequest _request;
     bool _isShown;

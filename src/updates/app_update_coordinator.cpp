@@ -22,12 +22,14 @@ QString message(AppUpdateError error) {
 
 AppUpdateCoordinator::AppUpdateCoordinator(Machine& machine, StoredUpdates stored)
     : _machine(machine)
-    , _known(machine, std::move(stored.store), std::move(stored.cache))
+    , _channels(machine, stored.cache)
+    , _known(machine, _channels, std::move(stored.store), std::move(stored.cache))
     , _interruptedRun(std::move(stored.run))
     , _settings(readAppUpdateSettings(machine.settings))
-    , _runner(machine, _known, [this](const QStringList& appKeys, std::function<void()> done) {
-        verify(appKeys, std::move(done));
-    }) {}
+    , _runner(machine, _channels, _known,
+              [this](const QStringList& appKeys, std::function<void()> done) {
+                  verify(appKeys, std::move(done));
+              }) {}
 
 AppUpdateCoordinator::~AppUpdateCoordinator() = default;
 
@@ -42,7 +44,7 @@ void AppUpdateCoordinator::updateApps(const QList<AppEntry>& apps) {
 }
 
 void AppUpdateCoordinator::appsInspected(const QList<AppUpdateCandidate>& inspected) {
-    const bool haveNewcomers = _known.setCandidates(inspected);
+    const bool haveNewcomers = _channels.setCandidates(inspected);
     _hasNewcomers = _hasNewcomers || (_areAppsInspected && haveNewcomers);
     _areAppsInspected = true;
     const auto alive = _lifetime.watch();
@@ -55,14 +57,14 @@ void AppUpdateCoordinator::appsInspected(const QList<AppUpdateCandidate>& inspec
         _runner.resume(*std::exchange(_interruptedRun, std::nullopt));
     // Tools are slow. They are asked about new applications only if they are known to own any.
     if (!areChannelsKnown() &&
-        (!_waitingForChannels.empty() || (_isStarted && isEnabled() && _known.isHomebrewUsed())))
+        (!_waitingForChannels.empty() || (_isStarted && isEnabled() && _channels.isHomebrewUsed())))
         askForChannels();
     else
         channelsAsked();
 }
 
 bool AppUpdateCoordinator::areChannelsKnown() const {
-    return !_hasNewcomers && std::ranges::all_of(_known.checkers(), &AppUpdateChecker::isDiscovered);
+    return !_hasNewcomers && _channels.areDiscovered();
 }
 
 void AppUpdateCoordinator::learnChannels(std::function<void()> done) {
@@ -260,7 +262,7 @@ void AppUpdateCoordinator::begin(const AppUpdateCheckRequest& request, std::func
         isDisabled ? switchedOff() : end(check, true);
     };
     _running.push_back(
-        {std::make_unique<AppUpdateCheck>(_machine, _known, _apps, request, isShown, ended),
+        {std::make_unique<AppUpdateCheck>(_machine, _channels, _known, _apps, request, isShown, ended),
          std::move(done)});
 }
 

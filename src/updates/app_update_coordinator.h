@@ -30,6 +30,7 @@ public:
     AppUpdateCoordinator(const AppUpdateCoordinator&) = delete;
     AppUpdateCoordinator& operator=(const AppUpdateCoordinator&) = delete;
 
+    const AppUpdateChannels& channels() const { return _channels; }
     /// What has been found out, with all notifications.
     KnownAppUpdates& known() { return _known; }
     const KnownAppUpdates& known() const { return _known; }
@@ -90,6 +91,7 @@ private:
     void planRetry();
 
     Machine& _machine;
+    AppUpdateChannels _channels;
     KnownAppUpdates _known;
     std::optional<AppUpdateRun> _interruptedRun; ///< left by an earlier run, until resumed
     AppUpdateSettings _settings;

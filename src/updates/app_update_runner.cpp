@@ -51,8 +51,13 @@ struct AppUpdateRunner::PollResult {
     std::optional<QByteArray> output;
 };
 
-AppUpdateRunner::AppUpdateRunner(Machine& machine, KnownAppUpdates& known, Verify verify)
-    : _machine(machine), _known(known), _verify(std::move(verify)), _opener(machine) {}
+AppUpdateRunner::AppUpdateRunner(Machine& machine, const AppUpdateChannels& channels,
+                                 KnownAppUpdates& known, Verify verify)
+    : _machine(machine)
+    , _channels(channels)
+    , _known(known)
+    , _verify(std::move(verify))
+    , _opener(machine) {}
 
 AppUpdateRunner::~AppUpdateRunner() = default;
 
@@ -70,8 +75,8 @@ std::optional<AppUpdateActionState> AppUpdateRunner::state(const QString& appKey
     return found == _states.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-void AppUpdateRunner::set(const QString& appKey, AppUpdateActionState state) {
-    _states.insert(appKey, std::move(state));
+void AppUpdateRunner::set(const QString& appKey, const AppUpdateActionState& state) {
+    _states.insert(appKey, state);
     _known.notify(AppUpdateEvent::Kind::actionChanged, appKey);
 }
 
@@ -81,9 +86,9 @@ std::optional<AppUpdateQuestion> AppUpdateRunner::question(const QStringList& ap
     QStringList names;
     QStringList updaters;
     for (const QString& appKey : appKeys) {
-        const auto action = _known.action(appKey);
+        const auto action = _channels.action(appKey);
         const auto updater = action ? command(*action) : std::nullopt;
-        const AppUpdateCandidate* app = _known.candidate(appKey);
+        const AppUpdateCandidate* app = _channels.candidate(appKey);
         if (!updater || !app)
             continue;
         names.append(toSingleLine(app->name, longestLine));
@@ -115,7 +120,7 @@ bool AppUpdateRunner::update(const QStringList& appKeys, const Asker& ask, Done 
     }
     QStringList wanted;
     for (const QString& appKey : appKeys) {
-        const auto action = _known.action(appKey);
+        const auto action = _channels.action(appKey);
         if (action && (appKeys.size() == 1 || command(*action)))
             wanted.append(appKey);
     }
@@ -166,7 +171,7 @@ void AppUpdateRunner::next() {
     while (!_waiting.empty()) {
         const QString appKey = _waiting.front();
         _waiting.pop_front();
-        const auto action = _known.action(appKey);
+        const auto action = _channels.action(appKey);
         const auto kind = state(appKey) ? state(appKey)->kind : Kind::running;
         // An earlier update may have included this one.
         if (!action || (kind == Kind::waiting && !_known.hasUpdate(appKey))) {
@@ -205,7 +210,7 @@ void AppUpdateRunner::cancel() {
 // ---- commands
 
 void AppUpdateRunner::run(const QString& appKey, const AppUpdateCommand& updater) {
-    const AppUpdateCandidate* app = _known.candidate(appKey);
+    const AppUpdateCandidate* app = _channels.candidate(appKey);
     auto environment = _machine.environment;
     for (const auto& [name, value] : updater.furtherEnvironment)
         environment[name] = value;
@@ -334,7 +339,7 @@ void AppUpdateRunner::ended(const DetachedState& state) {
     set(appKey,
         {Kind::running, isGood ? message(AppUpdateOutcome::completed) : QString(), Phase::verifying});
     if (!alive.expired())
-        _verify(_known.siblings(appKey), [this, alive, state] {
+        _verify(_channels.siblings(appKey), [this, alive, state] {
             if (!alive.expired() && _run)
                 verified(state);
         });
@@ -344,7 +349,7 @@ void AppUpdateRunner::ended(const DetachedState& state) {
 void AppUpdateRunner::verified(const DetachedState& state) {
     const AppUpdateRun run = *std::exchange(_run, std::nullopt);
     _isVerifying = false;
-    const AppUpdateCandidate* app = _known.candidate(run.appKey);
+    const AppUpdateCandidate* app = _channels.candidate(run.appKey);
     const bool isUnfinished = state.kind == DetachedState::Kind::signalled ||
                               (state.kind == DetachedState::Kind::exited && state.status != 0);
     const bool isOther =
@@ -407,7 +412,7 @@ void AppUpdateRunner::open(const QString& appKey, const AppUpdateAction& wanted)
             QStringLiteral("The updater of %1 could not be opened: %2").arg(appKey, result.error()));
         finish(appKey, {Kind::failed, message(AppUpdateOutcome::couldNotLaunch)});
     };
-    const AppUpdateCandidate* app = _known.candidate(appKey);
+    const AppUpdateCandidate* app = _channels.candidate(appKey);
     if (const auto* store = std::get_if<AppStoreAction>(&wanted))
         _work = _opener.openUrl(store->storeUrl, std::move(opened));
     else if (std::holds_alternative<SystemSoftwareUpdateAction>(wanted))

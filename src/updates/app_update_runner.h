@@ -8,6 +8,7 @@
 
 namespace tessellar {
 
+class AppUpdateChannels;
 class KnownAppUpdates;
 
 /// A question for the user before updating.
@@ -47,7 +48,8 @@ public:
     static constexpr std::chrono::seconds terminationGrace{30};
 
     /// Sends `known`'s events about updates.
-    AppUpdateRunner(Machine& machine, KnownAppUpdates& known, Verify verify);
+    AppUpdateRunner(Machine& machine, const AppUpdateChannels& channels, KnownAppUpdates& known,
+                    Verify verify);
     ~AppUpdateRunner();
     AppUpdateRunner(const AppUpdateRunner&) = delete;
     AppUpdateRunner& operator=(const AppUpdateRunner&) = delete;
@@ -93,12 +95,13 @@ private:
     void verified(const DetachedState& state);
     void open(const QString& appKey, const AppUpdateAction& action);
     void finish(const QString& appKey, AppUpdateActionState state);
-    void set(const QString& appKey, AppUpdateActionState state);
+    void set(const QString& appKey, const AppUpdateActionState& state);
 
     static QString journalPath(const Machine& machine);
     static QString outputPath(const Machine& machine);
 
     Machine& _machine;
+    const AppUpdateChannels& _channels;
     KnownAppUpdates& _known;
     Verify _verify;
     Opener _opener;

@@ -1,117 +1,18 @@
 #include "updates/known_app_updates.h"
 
-#include "updates/app_store_update_checker.h"
-#include "updates/app_update_settings.h"
-#include "updates/sparkle_update_checker.h"
-#include "updates/untrusted_text.h"
-
-#include <algorithm>
-
 namespace tessellar {
 
-KnownAppUpdates::KnownAppUpdates(Machine& machine, AppUpdateStore store, AppUpdateCache cache)
-    : _machine(machine), _store(std::move(store)), _cache(std::move(cache)), _lanes(machine.workers) {
-    auto homebrew = std::make_unique<HomebrewUpdateChecker>(machine, _lanes);
-    _homebrew = homebrew.get();
-    _checkers.push_back(std::move(homebrew));
-    _checkers.push_back(std::make_unique<AppStoreUpdateChecker>(machine, _lanes));
-    _checkers.push_back(std::make_unique<SparkleUpdateChecker>(machine));
-    for (const auto& checker : _checkers)
-        checker->restore(_cache);
-}
+KnownAppUpdates::KnownAppUpdates(Machine& machine, const AppUpdateChannels& channels,
+                                 AppUpdateStore store, AppUpdateCache cache)
+    : _machine(machine), _channels(channels), _store(std::move(store)), _cache(std::move(cache)) {}
 
 KnownAppUpdates::~KnownAppUpdates() { (void)flush(); }
-
-// ---- applications and their channels
-
-bool KnownAppUpdates::setCandidates(const QList<AppUpdateCandidate>& inspected) {
-    const bool haveNewcomers = std::ranges::any_of(inspected, [this](const AppUpdateCandidate& found) {
-        const AppUpdateCandidate* known = candidate(found.appKey);
-        return !known || known->resolvedPath != found.resolvedPath;
-    });
-    _candidates.clear();
-    updateCandidates(inspected);
-    return haveNewcomers;
-}
-
-void KnownAppUpdates::updateCandidates(const QList<AppUpdateCandidate>& inspected) {
-    for (const AppUpdateCandidate& found : inspected)
-        _candidates.insert(found.appKey, found);
-}
-
-bool KnownAppUpdates::isHomebrewUsed() const {
-    return std::ranges::any_of(
-        _candidates, [this](const auto& known) { return _homebrew->channel(known).has_value(); });
-}
-
-AppUpdateChecker* KnownAppUpdates::checkerOf(const AppUpdateCandidate& candidate) const {
-    const auto found = std::ranges::find_if(
-        _checkers, [&](const auto& checker) { return checker->channel(candidate).has_value(); });
-    return found == _checkers.end() ? nullptr : found->get();
-}
-
-const AppUpdateCandidate* KnownAppUpdates::candidate(const QString& appKey) const {
-    const auto found = _candidates.constFind(appKey);
-    return found == _candidates.constEnd() ? nullptr : &*found;
-}
-
-std::optional<AppUpdateChannel> KnownAppUpdates::channel(const QString& appKey) const {
-    const AppUpdateCandidate* known = candidate(appKey);
-    const AppUpdateChecker* checker = known ? checkerOf(*known) : nullptr;
-    return checker ? checker->channel(*known) : std::nullopt;
-}
-
-QHash<QString, AppUpdateChannel> KnownAppUpdates::channels() const {
-    QHash<QString, AppUpdateChannel> result;
-    for (auto it = _candidates.constBegin(); it != _candidates.constEnd(); ++it)
-        if (const auto found = channel(it.key()))
-            result.insert(it.key(), *found);
-    return result;
-}
-
-std::optional<AppUpdateAction> KnownAppUpdates::action(const QString& appKey) const {
-    const AppUpdateCandidate* known = candidate(appKey);
-    if (!known)
-        return std::nullopt;
-    if (const auto found = channel(appKey)) {
-        if (const HomebrewCaskOwnership* cask = _homebrew->owner(*known);
-            cask && isCaskToken(cask->token))
-            return HomebrewAction{cask->token, cask->brewExecutablePath};
-        if (const auto* store = std::get_if<MacAppStoreChannel>(&*found))
-            return AppStoreAction{
-                AppStoreUpdateChecker::storePageUrl(
-                    readAppUpdateSettings(_machine.settings).storePageBase, store->itemIdentifier)
-                    .toString()};
-        if (std::holds_alternative<SparkleChannel>(*found))
-            return SparkleAction();
-    }
-    if (auto target = MicrosoftAutoUpdateTarget::find(_machine.files,
-                                                      known->bundleIdentifier.value_or(QString())))
-        return *std::move(target);
-    if (isBuiltIn(known->path))
-        return SystemSoftwareUpdateAction();
-    if (known->hasKeystone)
-        return VendorUpdaterAction();
-    return OpenAppAction();
-}
-
-QStringList KnownAppUpdates::siblings(const QString& appKey) const {
-    QStringList all{appKey};
-    const AppUpdateCandidate* known = candidate(appKey);
-    const HomebrewCaskOwnership* cask = known ? _homebrew->owner(*known) : nullptr;
-    for (auto it = _candidates.constBegin(); cask && it != _candidates.constEnd(); ++it)
-        if (const HomebrewCaskOwnership* other = _homebrew->owner(*it);
-            other && it.key() != appKey && other->token == cask->token &&
-            other->brewExecutablePath == cask->brewExecutablePath)
-            all.append(it.key());
-    return all;
-}
 
 // ---- records
 
 bool KnownAppUpdates::isValid(const AppUpdateRecord& record,
                               const AppUpdateCandidate& candidate) const {
-    const AppUpdateChecker* checker = checkerOf(candidate);
+    const AppUpdateChecker* checker = _channels.checker(candidate);
     return checker && record.installedVersion == candidate.version &&
            (!record.installedBuild || record.installedBuild == candidate.build) &&
            record.sourceFingerprint == checker->fingerprint(candidate);
@@ -119,7 +20,7 @@ bool KnownAppUpdates::isValid(const AppUpdateRecord& record,
 
 std::optional<AppUpdateRecord> KnownAppUpdates::record(const QString& appKey) const {
     const auto found = _cache.records.constFind(appKey);
-    const AppUpdateCandidate* known = candidate(appKey);
+    const AppUpdateCandidate* known = _channels.candidate(appKey);
     if (found == _cache.records.constEnd() || !known || !isValid(*found, *known))
         return std::nullopt;
     return *found;
@@ -128,7 +29,7 @@ std::optional<AppUpdateRecord> KnownAppUpdates::record(const QString& appKey) co
 void KnownAppUpdates::recordVerdict(const AppUpdateCandidate& checked, const AppUpdateChecker& checker,
                                     const AppUpdateVerdict& verdict, Replaced& replaced) {
     const QString appKey = checked.appKey;
-    const AppUpdateCandidate* known = candidate(appKey);
+    const AppUpdateCandidate* known = _channels.candidate(appKey);
     // If it was removed or updated meanwhile, it is checked again anyway.
     if (!known || !known->isSameRelease(checked))
         return;
@@ -155,10 +56,13 @@ void KnownAppUpdates::recordVerdict(const AppUpdateCandidate& checked, const App
 
 void KnownAppUpdates::revert(const Replaced& replaced) {
     for (auto it = replaced.constBegin(); it != replaced.constEnd(); ++it) {
-        if (it.value())
-            _cache.records.insert(it.key(), *it.value());
-        else
-            _cache.records.remove(it.key());
+        const auto present = _cache.records.find(it.key());
+        if (present == _cache.records.end())
+            continue;
+        if (!it.value())
+            _cache.records.erase(present);
+        else if (it.value()->checkedAt <= present->checkedAt) // else an older one is back already
+            *present = *it.value();
     }
 }
 
@@ -177,7 +81,7 @@ void KnownAppUpdates::conclude(const AppUpdateCheckRequest& request,
     // Applications that are not there now may only be out of sight.
     static constexpr std::chrono::duration<double> patience = std::chrono::days(90);
     _cache.records.removeIf([this](const auto& entry) {
-        return !_candidates.contains(entry.key()) &&
+        return !_channels.candidate(entry.key()) &&
                _machine.clock.now() - entry.value().checkedAt > patience;
     });
     refreshStatuses();
@@ -192,8 +96,8 @@ std::optional<AppUpdateReason> KnownAppUpdates::reason(const QString& appKey) co
     using enum AppUpdateReason::Code;
     if (const auto known = record(appKey))
         return known->reason;
-    const AppUpdateCandidate* known = candidate(appKey);
-    if (!known || channel(appKey))
+    const AppUpdateCandidate* known = _channels.candidate(appKey);
+    if (!known || _channels.channel(appKey))
         return std::nullopt;
     return AppUpdateReason{known->hasStoreReceipt ? noStoreItem : noChannel, {}};
 }
@@ -201,8 +105,8 @@ std::optional<AppUpdateReason> KnownAppUpdates::reason(const QString& appKey) co
 QStringList KnownAppUpdates::stale() const {
     QStringList result;
     for (auto it = _cache.records.constBegin(); it != _cache.records.constEnd(); ++it) {
-        const AppUpdateCandidate* known = candidate(it.key());
-        if (known && checkerOf(*known) && !isValid(*it, *known))
+        const AppUpdateCandidate* known = _channels.candidate(it.key());
+        if (known && _channels.checker(*known) && !isValid(*it, *known))
             result.append(it.key());
     }
     return result;
@@ -210,7 +114,7 @@ QStringList KnownAppUpdates::stale() const {
 
 QStringList KnownAppUpdates::transientlyFailed() const {
     QStringList failed;
-    for (auto it = _candidates.constBegin(); it != _candidates.constEnd(); ++it)
+    for (auto it = _cache.records.constBegin(); it != _cache.records.constEnd(); ++it)
         if (const auto known = record(it.key());
             known && hasFailed(known->status) && known->reason && isTransient(*known->reason))
             failed.append(it.key());
@@ -286,7 +190,7 @@ void KnownAppUpdates::refreshStatuses() {
     _tally = {};
     QMap<AppUpdateReason::Code, std::pair<qsizetype, AppUpdateReason>> reasons;
     for (auto it = _cache.records.constBegin(); it != _cache.records.constEnd(); ++it) {
-        const AppUpdateCandidate* installed = candidate(it.key());
+        const AppUpdateCandidate* installed = _channels.candidate(it.key());
         if (!installed || !isValid(*it, *installed))
             continue;
         const bool isKeptBack = isHeld(it.key(), *it);
@@ -326,12 +230,7 @@ void KnownAppUpdates::changeKeys(const QHash<QString, QString>& changedKeys) {
 }
 
 void KnownAppUpdates::keepChannels() {
-    for (const auto& checker : _checkers)
-        checker->keep(_cache);
-    if (_cache.owners)
-        _cache.owners->removeIf([this](const auto& entry) {
-            return !_candidates.contains(entry.key()) && !_cache.records.contains(entry.key());
-        });
+    _channels.keep(_cache);
     askForSave();
 }
 

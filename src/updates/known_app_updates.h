@@ -2,11 +2,9 @@
 
 #include "platform/lifetime.h"
 #include "platform/signal.h"
-#include "updates/app_update_action.h"
-#include "updates/app_update_checker.h"
+#include "updates/app_update_channels.h"
 #include "updates/app_update_store.h"
 #include "updates/app_update_texts.h"
-#include "updates/homebrew_update_checker.h"
 
 namespace tessellar {
 
@@ -26,14 +24,15 @@ struct AppUpdateEvent {
     bool operator==(const AppUpdateEvent&) const = default;
 };
 
-/// What is known of installed applications and their updates: channels, records of checks, and what the
-/// user skips. Saved after a delay. Everything by app key. Main thread only.
+/// What is known of updates: records of checks, and what the user skips. Saved after a delay.
+/// Everything by app key. Main thread only.
 class KnownAppUpdates {
 public:
     static constexpr std::chrono::milliseconds saveDelay{1'000};
     static constexpr std::chrono::milliseconds publishInterval{250};
 
-    KnownAppUpdates(Machine& machine, AppUpdateStore store, AppUpdateCache cache);
+    KnownAppUpdates(Machine& machine, const AppUpdateChannels& channels, AppUpdateStore store,
+                    AppUpdateCache cache);
     /// Saves changes.
     ~KnownAppUpdates();
     KnownAppUpdates(const KnownAppUpdates&) = delete;
@@ -41,18 +40,6 @@ public:
 
     /// All notifications; of checks and running updates too.
     Signal<AppUpdateEvent> events;
-
-    // Applications and their channels.
-    const AppUpdateCandidate* candidate(const QString& appKey) const;
-    /// As far as known, including from earlier runs.
-    std::optional<AppUpdateChannel> channel(const QString& appKey) const;
-    QHash<QString, AppUpdateChannel> channels() const;
-    /// nullopt for an unknown application.
-    std::optional<AppUpdateAction> action(const QString& appKey) const;
-    /// As of the record, even if it is skipped or pinned.
-    bool hasUpdate(const QString& appKey) const;
-    /// The applications updated by the same command, `appKey` first.
-    QStringList siblings(const QString& appKey) const;
 
     // Results of checks.
     /// The published statuses: failed checks are `failed`; skipped and pinned updates are omitted.
@@ -65,6 +52,8 @@ public:
     std::optional<Instant> lastCheck() const { return _cache.lastCheck; }
     /// The record, if valid for the installed version; unthrottled.
     std::optional<AppUpdateRecord> record(const QString& appKey) const;
+    /// As of the record, even if it is skipped or pinned.
+    bool hasUpdate(const QString& appKey) const;
     /// Why an application has no plain status: it has no channel, its channel cannot tell, or its check
     /// failed.
     std::optional<AppUpdateReason> reason(const QString& appKey) const;
@@ -84,16 +73,9 @@ public:
     std::expected<void, FileError> flush();
 
     // For the coordinator and its checks.
-    using Checkers = std::vector<std::unique_ptr<AppUpdateChecker>>;
     /// Records replaced by a check, nullopt where there was none; by app key.
     using Replaced = QHash<QString, std::optional<AppUpdateRecord>>;
 
-    /// In the order in which they claim applications.
-    const Checkers& checkers() const { return _checkers; }
-    bool isHomebrewUsed() const;
-    /// Replaces all applications; true if some are new, or elsewhere.
-    bool setCandidates(const QList<AppUpdateCandidate>& inspected);
-    void updateCandidates(const QList<AppUpdateCandidate>& inspected);
     /// Call when checkers may have learned channels, before `publish`.
     void keepChannels();
     /// Records a verdict, unless the application was removed or updated since it was inspected.
@@ -113,7 +95,6 @@ public:
     void notify(AppUpdateEvent::Kind kind, const QString& appKey = {});
 
 private:
-    AppUpdateChecker* checkerOf(const AppUpdateCandidate& candidate) const;
     bool isValid(const AppUpdateRecord& record, const AppUpdateCandidate& candidate) const;
     bool isHeld(const QString& appKey, const AppUpdateRecord& record) const;
     void refreshStatuses();
@@ -121,13 +102,10 @@ private:
     void save();
 
     Machine& _machine;
+    const AppUpdateChannels& _channels;
     AppUpdateStore _store;
     AppUpdateCache _cache;
-    ToolLanes _lanes;
-    HomebrewUpdateChecker* _homebrew = nullptr; ///< for its updates
-    Checkers _checkers;
 
-    QHash<QString, AppUpdateCandidate> _candidates;
     AppUpdateStatuses _statuses;
     AppUpdateStatuses _knownStatuses;
     AppUpdateTally _tally;

@@ -24,7 +24,7 @@ TEST_F(AppUpdateCoordinatorTest, AFullCheckGoesThroughAllChannelsAndKeepsWhatItF
     EXPECT_EQ(coordinator->known().record(key(u"Cask"_s))->sourceFingerprint,
               u"homebrew:/opt/homebrew/bin/brew:2.0"_s);
     EXPECT_EQ(coordinator->known().record(key(u"Store"_s))->sourceFingerprint, u"mac-app-store-v2"_s);
-    EXPECT_EQ(coordinator->known().channel(key(u"Cask"_s)),
+    EXPECT_EQ(coordinator->channels().channel(key(u"Cask"_s)),
               AppUpdateChannel(HomebrewCaskChannel{u"cask"_s}));
 
     EXPECT_EQ(stored(), AppUpdateCache());
@@ -104,6 +104,23 @@ TEST_F(AppUpdateCoordinatorTest, SwitchingOffDropsTheResultsOfTheRunningCheck) {
     EXPECT_EQ(sketch(), u"2.0 1.10 2.5 -"_s) << "as before that check";
 }
 
+TEST_F(AppUpdateCoordinatorTest, RevertingTwoChecksOfOneApplicationRestoresTheOldestRecord) {
+    load();
+    check();
+    KnownAppUpdates& known = coordinator->known();
+    const AppUpdateCandidate store = *coordinator->channels().candidate(key(u"Store"_s));
+    std::array<KnownAppUpdates::Replaced, 2> replaced;
+    for (std::size_t i = 0; i < replaced.size(); ++i) {
+        mac.time.advance(1s);
+        known.recordVerdict(store, *coordinator->channels().checker(store),
+                            AppUpdateStatus(UpdateAvailable{u"1.2%1"_s.arg(i)}), replaced[i]);
+    }
+    EXPECT_EQ(sketch(), u"2.0 1.21 2.5 -"_s);
+    known.revert(replaced[0]);
+    known.revert(replaced[1]);
+    EXPECT_EQ(sketch(), u"2.0 1.10 2.5 -"_s);
+}
+
 TEST_F(AppUpdateCoordinatorTest, CancellingKeepsWhatIsKnownSoFarAndIsNoFullCheck) {
     load();
     std::optional<bool> ended;
@@ -154,9 +171,9 @@ TEST_F(AppUpdateCoordinatorTest, AFailureKeepsWhatWasKnownBesideIt) {
     restart();
     beginCheck({.channel = AppUpdateChannelKind::homebrewCask});
     EXPECT_EQ(sketch(), u"failed failed failed -"_s);
-    EXPECT_EQ(kindOf(*coordinator->known().channel(key(u"Cask"_s))),
+    EXPECT_EQ(kindOf(*coordinator->channels().channel(key(u"Cask"_s))),
               AppUpdateChannelKind::homebrewCask);
-    EXPECT_EQ(kindOf(*coordinator->known().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
+    EXPECT_EQ(kindOf(*coordinator->channels().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
 }
 
 TEST_F(AppUpdateCoordinatorTest, StaleRecordsAreHiddenAndCheckedAgain) {
@@ -295,11 +312,11 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsKnownOfChannelsIsKept) {
     check();
     const auto asked = mac.commands.commands().size();
     restart();
-    EXPECT_EQ(coordinator->known().channel(key(u"Cask"_s)),
+    EXPECT_EQ(coordinator->channels().channel(key(u"Cask"_s)),
               AppUpdateChannel(HomebrewCaskChannel{u"cask"_s}));
-    EXPECT_EQ(coordinator->known().channel(key(u"Store"_s)),
+    EXPECT_EQ(coordinator->channels().channel(key(u"Store"_s)),
               AppUpdateChannel(MacAppStoreChannel{4711}));
-    EXPECT_EQ(kindOf(*coordinator->known().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
+    EXPECT_EQ(kindOf(*coordinator->channels().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
     EXPECT_EQ(mac.commands.commands().size(), asked) << "without starting a tool";
     EXPECT_EQ(coordinator->known().reason(key(u"Plain"_s))->code, AppUpdateReason::Code::noChannel);
 
@@ -308,7 +325,7 @@ TEST_F(AppUpdateCoordinatorTest, WhatIsKnownOfChannelsIsKept) {
     (*cache.owners)[key(u"Cask"_s)].token = u"--force"_s;
     mac.write(AppUpdateStore::defaultPath(mac.machine.places), json::write(json::encode(cache)));
     restart();
-    EXPECT_NE(kindOf(*coordinator->known().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
+    EXPECT_NE(kindOf(*coordinator->channels().action(key(u"Cask"_s))), AppUpdateActionKind::homebrew);
 }
 
 TEST_F(AppUpdateCoordinatorTest, ASpotlightThatHangsIsWaitedForOnce) {

@@ -239,14 +239,14 @@ TEST_F(AppUpdateRunnerTest, EachApplicationIsHandedToWhoUpdatesIt) {
         settle();
         QStringList raw;
         for (const AppEntry& app : apps)
-            raw.append(json::rawValue(kindOf(*coordinator->known().action(appKey(app)))));
+            raw.append(json::rawValue(kindOf(*coordinator->channels().action(appKey(app)))));
         return raw.join(u' ');
     };
     EXPECT_EQ(kinds(), u"openApp sparkle openApp systemSoftwareUpdate vendorUpdater"_s)
         << "without the vendor's tool";
     mac.tool(MicrosoftAutoUpdateTarget::toolPath, exited(0, "No updates applied"));
     EXPECT_EQ(kinds(), u"microsoftAutoUpdate sparkle openApp systemSoftwareUpdate vendorUpdater"_s);
-    EXPECT_EQ(coordinator->known().channels().size(), 1);
+    EXPECT_EQ(coordinator->channels().all().size(), 1);
 
     std::optional<AppUpdateActionState> ended;
     const auto run = [&](const AppEntry& app) {
