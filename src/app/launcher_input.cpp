@@ -29,22 +29,26 @@ LauncherInput::LauncherInput(LauncherViewModel& viewModel, TileSelection& select
     , _alert(alert) {
     connect(&_menu, &MenuModel::chosen, this, [this](const QString& id) {
         const ActionTarget target = _menuTarget;
-        perform(target, performAction(_viewModel, target, id));
+        perform(target, performAction(_viewModel, target, id).value_or(ActionRequest::none));
     });
     connect(&_search, &TileSearch::changed, &_menu, &MenuModel::close);
-    connect(&_alert, &AlertPanel::changed, this, &LauncherInput::makeRoomForAlert);
+    connect(&_alert, &AlertPanel::changed, this, [this] {
+        if (_alert.isOpen())
+            makeRoom();
+    });
     connect(&_alert, &AlertPanel::changed, this, &LauncherInput::coveredChanged);
     connect(panels.removal(), &RemovalPanel::changed, this, &LauncherInput::coveredChanged);
     connect(&_sheets, &Sheets::changed, this, &LauncherInput::coveredChanged);
 }
 
-bool LauncherInput::isCovered() const {
-    return _alert.isOpen() || !_sheets.current().isEmpty() || _panels.removal()->isOpen();
+bool LauncherInput::isCovered() const { return _alert.isOpen() || isBusy(); }
+
+bool LauncherInput::isBusy() const {
+    return !_sheets.current().isEmpty() || _panels.removal()->isOpen();
 }
 
-void LauncherInput::makeRoomForAlert() {
-    if (!_alert.isOpen())
-        return;
+/// For what opens without a click or a key.
+void LauncherInput::makeRoom() {
     _drag.cancel();
     for (MenuModel* menu : menus())
         menu->close();
@@ -205,7 +209,7 @@ bool LauncherInput::pressShortcut(int key, bool isShifted) {
     const ActionTarget target = selectedTarget();
     const auto done = performShortcut(_viewModel, target, Qt::Key(key), modifiers);
     if (done)
-        perform(target, done);
+        perform(target, *done);
     return done.has_value();
 }
 
@@ -336,8 +340,20 @@ void LauncherInput::openUpdateMenu(const QString& appKey, QPointF point) {
     _menu.open(actionMenu(_viewModel, _menuTarget), point, 0);
 }
 
-void LauncherInput::perform(const ActionTarget& target, std::optional<ActionRequest> request) {
-    switch (request.value_or(ActionRequest::none)) {
+bool LauncherInput::take(const ActionTarget& target, ActionRequest request) {
+    makeRoom();
+    if (request == ActionRequest::rename) {
+        if (target.mode != mode() || !target.item)
+            return false;
+        _search.clear();
+        _viewModel.shown().reveal(target.item->id());
+    }
+    perform(target, request);
+    return true;
+}
+
+void LauncherInput::perform(const ActionTarget& target, ActionRequest request) {
+    switch (request) {
     case ActionRequest::none:
     case ActionRequest::underway:
     case ActionRequest::refused:

@@ -45,6 +45,12 @@ public:
     /// Opens the menu for an application's update.
     Q_INVOKABLE void openUpdateMenu(const QString& appKey, QPointF point);
 
+    // For actions begun by a command.
+    /// A sheet or a removal is open.
+    bool isBusy() const;
+    /// Does what the action requests of the window. False if its tile cannot be shown.
+    bool take(const ActionTarget& target, ActionRequest request);
+
 Q_SIGNALS:
     void coveredChanged();
     /// The Menu key was pressed; handled by the selected tile, which knows its position.
@@ -59,14 +65,14 @@ private:
     }
     LauncherWindowMode mode() const { return _viewModel.shown().mode(); }
     bool isSeveralSelected() const;
-    void makeRoomForAlert();
+    void makeRoom();
     void escape();
     bool pressArrow(int key, int modifiers);
     void moveTiles(Direction direction);
     void groupWith(Direction direction);
     bool pressShortcut(int key, bool isShifted);
     ActionTarget selectedTarget() const;
-    void perform(const ActionTarget& target, std::optional<ActionRequest> request);
+    void perform(const ActionTarget& target, ActionRequest request);
 
     LauncherViewModel& _viewModel;
     TileSelection& _selection;

@@ -100,6 +100,11 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     _viewModel.setPresenter({.show = [this] { show(); },
                              .dismiss = [this] { close(); },
                              .isShown = [this] { return _view.isVisible(); },
+                             .isBusy = [this] { return _controller.input()->isBusy(); },
+                             .perform =
+                                 [this](const ActionTarget& target, ActionRequest request) {
+                                     return _controller.input()->take(target, request);
+                                 },
                              // Deferred, so that the command is answered first.
                              .quit = [] { QTimer::singleShot(0, qApp, &QGuiApplication::quit); }});
     _controller.setWindow(_view.size(), _view.devicePixelRatio());

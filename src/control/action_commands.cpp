@@ -5,6 +5,7 @@
 #include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_clipboard.h"
 #include "launcher/launcher_messages.h"
+#include "launcher/smart_folder_editing.h"
 #include "platform/texts.h"
 
 namespace tessellar {
@@ -74,6 +75,11 @@ void addActionCommands(CommandSet& set) {
             const auto about = target(call, tile);
             if (!about)
                 return;
+            const auto& window = call->launcher().presenter();
+            if (window && window->isBusy())
+                return call->fail({QStringLiteral("windowBusy"),
+                                   Texts::tr("Finish what is open in the window first."),
+                                   {}});
             const auto request = performAction(
                 call->launcher(), *about, text(id),
                 [call](const LauncherViewModel::Outcome& outcome) { call->answer(outcome); });
@@ -88,10 +94,15 @@ void addActionCommands(CommandSet& set) {
             LauncherMessages& messages = call->launcher().messages();
             if (*request == ActionRequest::none && !messages.question())
                 return call->succeed(QJsonObject(), {});
-            if (const auto& window = call->launcher().presenter()) {
+            if (window) {
                 window->show();
-                return call->succeed(QJsonObject(), Texts::tr("Continue in the window."));
+                if (window->perform(*about, *request))
+                    return call->succeed(QJsonObject(), Texts::tr("Continue in the window."));
+                return call->fail({QStringLiteral("otherMode"),
+                                   Texts::tr("The window shows the other display mode."),
+                                   {}});
             }
+            call->launcher().smartFolderEditing().close();
             messages.answer(false);
             call->launcher().cleanup().close();
             call->fail(

@@ -10,6 +10,8 @@
 
 namespace tessellar {
 
+struct ActionTarget;
+enum class ActionRequest;
 class LauncherArrangements;
 class InstalledApplications;
 class LauncherCleanup;
@@ -102,6 +104,9 @@ public:
         std::function<void()> show;
         std::function<void()> dismiss; ///< hides it, as the user would
         std::function<bool()> isShown;
+        std::function<bool()> isBusy; ///< with a sheet or a removal, which nothing else may replace
+        /// Does what an action requests of the window. False if its tile cannot be shown.
+        std::function<bool(const ActionTarget&, ActionRequest)> perform;
         std::function<void()> quit; ///< quits the launcher soon
     };
     void setPresenter(Presenter presenter) { _presenter = std::move(presenter); }

@@ -144,6 +144,19 @@ void LiveLayout::documentChanged() {
     changed.notify();
 }
 
+void LiveLayout::reveal(const QUuid& tile) {
+    const auto at = locate(pages(), tile);
+    if (!at)
+        return;
+    while (!_navigation.folderStack().isEmpty())
+        _navigation.closeFolder();
+    for (const QUuid& folder : at->folders) {
+        _navigation.reveal(folder);
+        _navigation.openFolder(folder);
+    }
+    _navigation.reveal(tile);
+}
+
 void LiveLayout::setDocument(LayoutDocument document) {
     _document = std::move(document);
     documentChanged();

@@ -60,6 +60,8 @@ public:
     /// The user's position.
     LayoutNavigation& navigation() { return _navigation; }
     const LayoutNavigation& navigation() const { return _navigation; }
+    /// Opens the folders that contain a tile, and selects it there.
+    void reveal(const QUuid& tile);
 
     // For code that changes the layout.
     void setDocument(LayoutDocument document);

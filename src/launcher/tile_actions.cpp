@@ -40,18 +40,8 @@ ActionRequest deleteSmartFolder(const Context& context, const QString&) {
     return ActionRequest::none;
 }
 
-/// Opens the folders that contain a tile, and selects it there.
 ActionRequest showWhere(const Context& context, const QString&) {
-    const auto at = locate(context.layout.pages(), context.target.item->id());
-    if (!at)
-        return ActionRequest::none;
-    while (!context.layout.navigation().folderStack().isEmpty())
-        context.layout.navigation().closeFolder();
-    for (const QUuid& folder : at->folders) {
-        context.layout.navigation().reveal(folder);
-        context.layout.navigation().openFolder(folder);
-    }
-    context.layout.navigation().reveal(context.target.item->id());
+    context.layout.reveal(context.target.item->id());
     return ActionRequest::whereabouts;
 }
 

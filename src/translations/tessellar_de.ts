@@ -4489,6 +4489,14 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <source>Before the applications were arranged</source>
         <translation>Bevor die Programme angeordnet wurden</translation>
     </message>
+    <message>
+        <source>Finish what is open in the window first.</source>
+        <translation>Beenden Sie zuerst, was im Fenster geöffnet ist.</translation>
+    </message>
+    <message>
+        <source>The window shows the other display mode.</source>
+        <translation>Das Fenster zeigt die andere Darstellung.</translation>
+    </message>
 </context>
 <context>
     <name>UnplacedSheet</name>

@@ -1,5 +1,6 @@
 #include "app/menu_model.h"
 #include "app/pager_item.h"
+#include "launcher/actions.h"
 #include "launcher/launcher_clipboard.h"
 #include "launcher_fixture.h"
 
@@ -124,6 +125,24 @@ TEST_F(WindowEditingTest, ANameIsTypedOverTheLabel) {
     press(Qt::Key_Return);
     EXPECT_EQ(launcher().folder()->title(), u"Wood");
     EXPECT_TRUE(launcher().folder()->isOpen());
+}
+
+TEST_F(WindowEditingTest, ACommandsActionContinuesHere) {
+    const auto& presenter = *viewModel().presenter();
+    launcher().search()->setText(u"a"_s);
+    ActionTarget target{.item = *viewModel().shown().tileOf(u"org.example.a12"_s)};
+    ASSERT_TRUE(presenter.perform(target, ActionRequest::rename));
+    EXPECT_TRUE(isSeen(u"A12"_s)) << "in its folder";
+    type(u"Ash"_s);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(tile(u"Ash"_s));
+    target.mode = LauncherWindowMode::windowed;
+    EXPECT_FALSE(presenter.perform(target, ActionRequest::rename));
+
+    EXPECT_FALSE(presenter.isBusy());
+    ASSERT_TRUE(presenter.perform(target, ActionRequest::information));
+    EXPECT_EQ(launcher().sheets()->current(), Sheets::information);
+    EXPECT_TRUE(presenter.isBusy());
 }
 
 TEST_F(WindowEditingTest, RangesGrowAndShrinkAndNothingIsStarted) {

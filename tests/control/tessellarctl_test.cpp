@@ -1,4 +1,6 @@
 #include "control/shell_words.h"
+#include "launcher/actions.h"
+#include "launcher/launcher_cleanup.h"
 #include "launcher/launcher_history.h"
 #include "launcher/live_layout.h"
 
@@ -289,6 +291,25 @@ TEST_F(TessellarctlTest, OffersWhatTheMenusDo) {
     // After "--" nothing is an option.
     EXPECT_EQ(run(u"rename org.example.beech -- --json"_s, {}, false).status, 0);
     EXPECT_EQ(text(u"list"_s), "Page 1\n  Ash (hidden)\n  --json\n");
+}
+
+TEST_F(TessellarctlTest, AnActionContinuesInAWindowThatIsFree) {
+    RunningLauncher running(root.path());
+    bool isBusy = false;
+    QList<ActionRequest> requests;
+    running.launcher.setPresenter({.show = [] {},
+                                   .isBusy = [&] { return isBusy; },
+                                   .perform =
+                                       [&](const ActionTarget& target, ActionRequest request) {
+                                           requests.append(request);
+                                           return target.mode == LauncherWindowMode::fullScreen;
+                                       }});
+    EXPECT_EQ(text(u"actions run updates"_s), "Continue in the window.\n");
+    EXPECT_EQ(run(u"--mode windowed actions run rename org.example.ash"_s).code(), u"otherMode");
+    EXPECT_EQ(requests, QList({ActionRequest::updates, ActionRequest::rename}));
+    isBusy = true;
+    EXPECT_EQ(run(u"actions run moveToTrash org.example.ash"_s).code(), u"windowBusy");
+    EXPECT_EQ(running.launcher.cleanup().phase(), LauncherCleanup::Phase::idle);
 }
 
 } // namespace
