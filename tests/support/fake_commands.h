@@ -85,6 +85,8 @@ public:
     }
 
     CommandResult run(const Command& command, std::stop_token stop) override {
+        if (stop.stop_requested()) // not started, and thus not seen
+            return {.outcome = CommandResult::Outcome::cancelled};
         Answer answer;
         {
             const std::lock_guard lock(_mutex);
@@ -95,8 +97,6 @@ public:
                 answer = found->second;
             _commands.append(std::move(seen));
         }
-        if (stop.stop_requested())
-            return {.outcome = CommandResult::Outcome::cancelled};
         return answer ? answer(command, stop) : CommandResult{.exitStatus = ENOENT};
     }
 
