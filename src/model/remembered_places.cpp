@@ -100,12 +100,11 @@ private:
         page.insert(page.begin() + at.index, node);
         node->parent = &target;
     }
-    static Position take(Node* node) {
+    static void take(Node* node) {
         const Position at = positionOf(node);
         auto& page = node->parent->pages[at.page];
         page.erase(page.begin() + at.index);
         node->parent = nullptr;
-        return at;
     }
 
     /// The tile of a remembered item, in `target` or yet to be inserted; null if it is elsewhere or
@@ -129,11 +128,27 @@ private:
         return node;
     }
 
+    /// The tiles of a closed folder that are in the arrangement; tiles of closed folders in it count as
+    /// its own.
+    int liveCount(const FolderEntry& folder) const {
+        int count = 0;
+        for (const Page& page : folder.pages)
+            for (const LaunchpadItem& item : page) {
+                const FolderEntry* inner = item.folder();
+                count += live(item.id()) ? 1 : inner ? liveCount(*inner) : 0;
+            }
+        return count;
+    }
+    /// False if several of its tiles are back: then the user has undone the folder itself.
+    bool isClosed(const FolderEntry& folder) const {
+        return _closedFolders.contains(folder.id) && liveCount(folder) < 2;
+    }
+
     /// The items of a page; folders that the user dissolved are replaced by their items.
     void collect(const Page& page, Page& items) const {
         for (const LaunchpadItem& item : page) {
             const FolderEntry* folder = item.folder();
-            if (!folder || live(folder->id) || _closedFolders.contains(folder->id))
+            if (!folder || live(folder->id) || isClosed(*folder))
                 items.append(item);
             else
                 for (const Page& inner : folder->pages)
@@ -145,7 +160,6 @@ private:
     /// the folder.
     Node* remade(const FolderEntry& folder, Contents& target) {
         Node* node = add(folder);
-        std::optional<Position> stead;
         for (const Page& page : folder.pages) {
             Page items;
             collect(page, items);
@@ -155,8 +169,9 @@ private:
                 if (!member)
                     continue;
                 if (member->parent) {
-                    const Position at = take(member);
-                    stead = stead.value_or(at);
+                    if (!node->parent)
+                        insert(target, node, positionOf(member));
+                    take(member);
                 }
                 member->parent = node->contents.get();
                 inner.push_back(member);
@@ -167,8 +182,6 @@ private:
         if (node->contents->pages.empty())
             return nullptr;
         _live.insert(folder.id, node);
-        if (stead)
-            insert(target, node, *stead);
         return node;
     }
 

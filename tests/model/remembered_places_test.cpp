@@ -171,6 +171,18 @@ TEST_F(RememberedPlacesTest, WhatTheUserDidMeanwhileStands) {
         EXPECT_EQ(merge(), QStringView(after));
     }
 
+    // The user undoes the folder after it has closed.
+    for (const char16_t* undone : {u"b d|a c e", u"b e|d a c", u"d c e|a b"}) {
+        pages = drawn(u"b [f: c a] d e");
+        result = {};
+        remove(u"a"_s);
+        EXPECT_EQ(merge(), u"b c d e");
+        pages = drawn(undone);
+        merge();
+        install(u"a"_s);
+        EXPECT_EQ(merge(), QStringView(undone));
+    }
+
     // The tile that was left of a closed folder is in another one now: it stays there.
     pages = drawn(u"[f: b c] [y: a d] e");
     result = {};
