@@ -1,11 +1,10 @@
 // Commands for removing applications: review, removal, restoring, the helper.
 
 #include "control/command_set.h"
+#include "control/named_file.h"
 #include "launcher/launcher_cleanup.h"
 #include "platform/texts.h"
 
-#include <QDir>
-#include <QFile>
 #include <QLocale>
 
 #include <algorithm>
@@ -13,7 +12,7 @@
 namespace tessellar {
 namespace {
 
-constexpr qint64 maximumItemsFile = 16 << 20;
+constexpr std::uint64_t maximumItemsFile = 16 << 20;
 
 QString sizeText(std::uint64_t bytes, bool isPartial) {
     const QString size =
@@ -163,29 +162,15 @@ struct NamedItem {
 };
 
 /// The items in a file: a JSON array of paths, or the output of `cleanup review`, of which the selected
-/// ones count.
-std::expected<QList<NamedItem>, LauncherError> itemsFrom(const Call& call, const QString& name) {
-    QFile file(QDir(call->options.directory).absoluteFilePath(name));
-    const auto damaged = [&] {
-        return std::unexpected(LauncherError{
-            QStringLiteral("damaged"),
-            Texts::tr(
-                "%1 is not a list of paths: neither a JSON array nor the output of cleanup review.")
-                .arg(name),
-            {}});
-    };
-    if (!file.open(QFile::ReadOnly))
-        return std::unexpected(
-            LauncherError{QStringLiteral("unreadable"), Texts::tr("%1 cannot be read.").arg(name), {}});
-    if (file.size() > maximumItemsFile)
-        return damaged();
-    const auto document = json::parse(file.readAll());
+/// ones count. nullopt if it is neither.
+std::optional<QList<NamedItem>> itemsFrom(const QByteArray& bytes) {
+    const auto document = json::parse(bytes);
     if (!document)
-        return damaged();
+        return std::nullopt;
     const QJsonValue list =
         document->isObject() ? document->toObject().value(QStringLiteral("items")) : *document;
     if (!list.isArray())
-        return damaged();
+        return std::nullopt;
     QList<NamedItem> items;
     for (const QJsonValue entry : list.toArray()) {
         const QJsonObject item = entry.toObject();
@@ -193,23 +178,15 @@ std::expected<QList<NamedItem>, LauncherError> itemsFrom(const Call& call, const
         const QJsonValue identity = item.value(QStringLiteral("identity"));
         const auto known = json::decode<FileIdentity>(identity);
         if (!path.isString() || (!identity.isUndefined() && !known))
-            return damaged();
+            return std::nullopt;
         items.append({path.toString(), known ? std::optional(*known) : std::nullopt});
     }
     return items;
 }
 
-std::expected<void, LauncherError> select(const Call& call, bool all, const Word& file) {
-    LauncherCleanup& cleanup = call->launcher().cleanup();
-    if (all)
-        cleanup.selectAllMatches();
-    if (file->empty())
-        return {};
-    const auto named = itemsFrom(call, text(file));
-    if (!named)
-        return std::unexpected(named.error());
+std::expected<void, LauncherError> select(LauncherCleanup& cleanup, const QList<NamedItem>& named) {
     const QList<RelatedFile> items = cleanup.review().items;
-    for (const NamedItem& wanted : *named) {
+    for (const NamedItem& wanted : named) {
         const auto item = std::ranges::find(items, wanted.path, &RelatedFile::path);
         if (item == items.end())
             return std::unexpected(LauncherError{
@@ -224,7 +201,7 @@ std::expected<void, LauncherError> select(const Call& call, bool all, const Word
     }
     for (const RelatedFile& item : items)
         cleanup.setSelected(item.path,
-                            std::ranges::find(*named, item.path, &NamedItem::path) != named->end());
+                            std::ranges::find(named, item.path, &NamedItem::path) != named.end());
     return {};
 }
 
@@ -248,6 +225,32 @@ void refuseWithoutYes(const Call& call) {
     });
 }
 
+/// Removes what is selected, and answers with the log.
+void removeReviewed(const Call& call) {
+    const auto asker = [call](const LauncherQuestion& question,
+                              const std::function<void(bool)>& answer) {
+        if (!call->options.json)
+            call->print({}, question.title + QStringLiteral(". ") + question.text);
+        answer(true);
+    };
+    call->launcher().cleanup().remove(asker, [call](const LauncherCleanup::Outcome& outcome) {
+        const QList<CleanupLogLine> log = call->launcher().cleanup().log();
+        if (!call->launcher().cleanup().review().isComplete)
+            call->warn(unsearched());
+        endReview(call);
+        if (!outcome) {
+            // The refusal tells why the first item stayed; the log has the others.
+            if (!call->options.json && log.size() > 1)
+                call->print({}, logText(log));
+            return call->fail(outcome.error());
+        }
+        const bool isWhole = std::ranges::none_of(
+            log, [](const CleanupLogLine& line) { return line.kind == CleanupLogLine::Kind::failed; });
+        call->print(QJsonObject{{QStringLiteral("log"), logJson(log)}}, logText(log));
+        call->finish(isWhole ? ExitStatus::done : ExitStatus::refused);
+    });
+}
+
 void addRemove(CommandSet& set, CLI::App* group) {
     CLI::App* remove = set.add(
         "remove",
@@ -264,38 +267,31 @@ void addRemove(CommandSet& set, CLI::App* group) {
     const Flag yes =
         flag(remove, "--yes", Texts::noop("Do it, and ask the application to quit if it is open"));
     set.onRun(remove, CommandNeeds::launcherUntilStopped, [key, all, file, yes](const Call& call) {
-        endWhenUnwanted(call);
-        reviewed(call, text(key), [call, all = *all, file, yes = *yes] {
-            LauncherCleanup& cleanup = call->launcher().cleanup();
-            if (const auto selected = select(call, all, file); !selected) {
-                endReview(call);
-                return call->fail(selected.error());
-            }
-            if (!yes)
-                return refuseWithoutYes(call);
-            const auto asker = [call](const LauncherQuestion& question,
-                                      const std::function<void(bool)>& answer) {
-                if (!call->options.json)
-                    call->print({}, question.title + QStringLiteral(". ") + question.text);
-                answer(true);
-            };
-            cleanup.remove(asker, [call](const LauncherCleanup::Outcome& outcome) {
-                const QList<CleanupLogLine> log = call->launcher().cleanup().log();
-                if (!call->launcher().cleanup().review().isComplete)
-                    call->warn(unsearched());
-                endReview(call);
-                if (!outcome) {
-                    // The refusal tells why the first item stayed; the log has the others.
-                    if (!call->options.json && log.size() > 1)
-                        call->print({}, logText(log));
-                    return call->fail(outcome.error());
+        const auto begin = [call, key, all = *all,
+                            yes = *yes](const std::optional<QList<NamedItem>>& named) {
+            endWhenUnwanted(call);
+            reviewed(call, text(key), [call, all, named, yes] {
+                LauncherCleanup& cleanup = call->launcher().cleanup();
+                if (all)
+                    cleanup.selectAllMatches();
+                if (const auto selected = named ? select(cleanup, *named) : LauncherCleanup::Outcome();
+                    !selected) {
+                    endReview(call);
+                    return call->fail(selected.error());
                 }
-                const bool isWhole = std::ranges::none_of(log, [](const CleanupLogLine& line) {
-                    return line.kind == CleanupLogLine::Kind::failed;
-                });
-                call->print(QJsonObject{{QStringLiteral("log"), logJson(log)}}, logText(log));
-                call->finish(isWhole ? ExitStatus::done : ExitStatus::refused);
+                yes ? removeReviewed(call) : refuseWithoutYes(call);
             });
+        };
+        if (file->empty())
+            return begin(std::nullopt);
+        readNamedFile(call, text(file), maximumItemsFile, [call, file, begin](const QByteArray& bytes) {
+            if (const auto named = itemsFrom(bytes))
+                return begin(named);
+            call->fail({QStringLiteral("damaged"),
+                        Texts::tr("%1 is not a list of paths: neither a JSON array nor the output of "
+                                  "cleanup review.")
+                            .arg(text(file)),
+                        {}});
         });
     });
 }

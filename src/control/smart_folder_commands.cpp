@@ -1,15 +1,13 @@
 // Commands for smart folders: facts, definitions, evaluations, recovery.
 
 #include "control/command_set.h"
+#include "control/named_file.h"
 #include "launcher/installed_applications.h"
 #include "launcher/launcher_editor.h"
 #include "launcher/launcher_updates.h"
 #include "launcher/smart_folder_library.h"
 #include "platform/texts.h"
 #include "smartfolders/smart_folder_raw_values.h"
-
-#include <QDir>
-#include <QFile>
 
 namespace tessellar {
 namespace {
@@ -18,20 +16,17 @@ void refuseUsage(const Call& call, const QString& message) {
     call->fail({QStringLiteral("wrongUsage"), message, {}}, ExitStatus::wrongUsage);
 }
 
-/// A definition in a file, in the registry's format.
-std::optional<SmartFolderDefinition> definitionFrom(const Call& call, const Word& name) {
-    QFile file(QDir(call->options.directory).absoluteFilePath(text(name)));
-    if (!file.open(QFile::ReadOnly)) {
-        call->fail({QStringLiteral("unreadable"), Texts::tr("%1 cannot be read.").arg(text(name)), {}});
-        return std::nullopt;
-    }
-    auto definition = json::decodeDocument<SmartFolderDefinition>(
-        file.read(static_cast<qint64>(SmartFolderStore::maximumBytes)));
-    if (!definition) {
-        call->fail({QStringLiteral("damaged"), json::message(definition.error()), {}});
-        return std::nullopt;
-    }
-    return *std::move(definition);
+/// Reads a definition from a file, in the registry's format.
+void readDefinition(const Call& call, const Word& name,
+                    std::function<void(SmartFolderDefinition)> done) {
+    readNamedFile(
+        call, text(name), SmartFolderStore::maximumBytes,
+        [call, done = std::move(done)](const QByteArray& bytes) {
+            auto definition = json::decodeDocument<SmartFolderDefinition>(bytes);
+            if (!definition)
+                return call->fail({QStringLiteral("damaged"), json::message(definition.error()), {}});
+            done(*std::move(definition));
+        });
 }
 
 /// Finds a smart folder by identifier or name; null if several have that name.
@@ -205,27 +200,24 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
          name = optionalWord(add, "--template", Texts::noop("The template's name"))](const Call& call) {
             if (name->empty() == file->empty())
                 return refuseUsage(call, Texts::tr("Name a file, or a template with --template."));
-            std::optional<SmartFolderDefinition> definition;
-            if (!name->empty()) {
-                const auto which = json::fromRawValue<SmartFolderTemplate>(text(name));
-                if (!which)
-                    return call->fail({QStringLiteral("noSuchTemplate"),
-                                       Texts::tr("There is no template “%1”.").arg(text(name).left(80)),
-                                       {}});
-                Machine& machine = call->machine;
-                definition = templateDefinition(*which, machine.uuids.next(), machine.clock.now(),
-                                                machine.uuids);
-            } else {
-                definition = definitionFrom(call, file);
-                if (definition)
-                    definition = withOwnIdentifiers(*std::move(definition),
-                                                    call->launcher().smartFolders().definitions(),
-                                                    call->machine.uuids);
-            }
-            if (definition)
-                answerWithValidation(call, *definition, [&] {
-                    return call->launcher().editor().addSmartFolder(call->mode(), *definition);
+            const auto place = [call](const SmartFolderDefinition& definition) {
+                answerWithValidation(call, definition, [&] {
+                    return call->launcher().editor().addSmartFolder(call->mode(), definition);
                 });
+            };
+            if (name->empty())
+                return readDefinition(call, file, [call, place](SmartFolderDefinition definition) {
+                    place(withOwnIdentifiers(std::move(definition),
+                                             call->launcher().smartFolders().definitions(),
+                                             call->machine.uuids));
+                });
+            const auto which = json::fromRawValue<SmartFolderTemplate>(text(name));
+            if (!which)
+                return call->fail({QStringLiteral("noSuchTemplate"),
+                                   Texts::tr("There is no template “%1”.").arg(text(name).left(80)),
+                                   {}});
+            Machine& machine = call->machine;
+            place(templateDefinition(*which, machine.uuids.next(), machine.clock.now(), machine.uuids));
         });
 
     CLI::App* replace = set.add(
@@ -234,13 +226,14 @@ void addDefinitions(CommandSet& set, CLI::App* group) {
               [id = word(replace, "id", Texts::noop("Its identifier or name")),
                file = word(replace, "file", Texts::noop("A definition in the form of the registry"))](
                   const Call& call) {
-                  const SmartFolderDefinition* old = definitionOf(call, id);
-                  auto definition = old ? definitionFrom(call, file) : std::nullopt;
-                  if (!definition)
-                      return;
-                  definition->id = old->id;
-                  answerWithValidation(call, *definition, [&] {
-                      return call->launcher().editor().changeSmartFolder(call->mode(), *definition);
+                  readDefinition(call, file, [call, id](SmartFolderDefinition definition) {
+                      const SmartFolderDefinition* old = definitionOf(call, id);
+                      if (!old)
+                          return;
+                      definition.id = old->id;
+                      answerWithValidation(call, definition, [&] {
+                          return call->launcher().editor().changeSmartFolder(call->mode(), definition);
+                      });
                   });
               });
 
@@ -303,8 +296,9 @@ void addEvaluate(CommandSet& set, CLI::App* group) {
                 return refuseUsage(call,
                                    Texts::tr("Name a Smart Folder, or a file with --definition."));
             if (!file->empty()) {
-                if (const auto definition = definitionFrom(call, file))
-                    answerWithEvaluation(call, *definition, now, locale);
+                readDefinition(call, file, [=](const SmartFolderDefinition& definition) {
+                    answerWithEvaluation(call, definition, now, locale);
+                });
             } else if (const SmartFolderDefinition* definition = definitionOf(call, id)) {
                 answerWithEvaluation(call, *definition, now, locale);
             }

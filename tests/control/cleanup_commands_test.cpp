@@ -3,6 +3,8 @@
 #include "sample/tools.h"
 #include "tessellarctl_fixture.h"
 
+#include <sys/stat.h>
+
 namespace tessellar {
 namespace {
 
@@ -82,6 +84,11 @@ TEST_F(CleanupCommandsTest, RemovesWhatAFileNamesOrAllThatMatches) {
         builder.addFile(u"/items.json"_s, named);
         return cleanup(u"remove org.example.ash --yes --items "_s + hostPath(u"/items.json"_s));
     };
+    // Nobody writes to the pipe: to open it would wait for ever.
+    const QString pipe = hostPath(u"/pipe"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe), 0600), 0);
+    EXPECT_EQ(cleanup(u"remove org.example.ash --yes --items "_s + pipe).code(), u"unreadable");
+    EXPECT_EQ(run(u"smart-folders add "_s + pipe).code(), u"unreadable");
     EXPECT_EQ(removeItems("[1]").code(), u"damaged");
     EXPECT_EQ(removeItems("[\"/Users/ada/Documents\"]").code(), u"notReviewed");
     EXPECT_EQ(removeItems("[]").code(), u"nothingSelected");
