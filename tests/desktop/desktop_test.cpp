@@ -110,6 +110,8 @@ public:
             shortcuts.beginStructure();
             QVariantMap about;
             shortcuts >> id >> about;
+            shortcuts.endStructure();
+            shortcuts.endArray();
             trigger = about[u"preferred_trigger"_s].toString();
         }
         return true;
