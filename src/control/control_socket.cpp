@@ -126,6 +126,7 @@ private:
     /// was done.
     bool hasDisconnected() const {
         char next = 0;
+        // NOLINTNEXTLINE(clang-analyzer-unix.BlockInCriticalSection): it does not wait
         return ::recv(static_cast<int>(_socket->socketDescriptor()), &next, 1,
                       MSG_PEEK | MSG_DONTWAIT) == 0;
     }
