@@ -161,6 +161,7 @@ std::expected<QString, FileError> BackgroundFile::setAside(const Clock& clock, c
 void BackgroundFile::forget() {
     (void)wait();
     _state->file.forget();
+    const std::lock_guard lock(_state->mutex);
     _state->last = {};
     _state->succeeded = _state->finished;
 }

@@ -50,7 +50,7 @@ struct FileSettings::State {
         , known(read()) {}
 
     Contents read();
-    std::expected<void, FileError> keepDamagedFile() const;
+    std::expected<QString, FileError> keepDamagedFile() const;
     Contents contents() const {
         const std::lock_guard lock(reading);
         return known;
@@ -85,17 +85,20 @@ FileSettings::State::Contents FileSettings::State::read() {
     return {.hasUnreadList = list || list.error().code != FileError::Code::notFound};
 }
 
-std::expected<void, FileError> FileSettings::State::keepDamagedFile() const {
+/// Returns where it was moved.
+std::expected<QString, FileError> FileSettings::State::keepDamagedFile() const {
     std::expected<void, FileError> moved;
     for (int number = 1; number <= maximumDamagedFiles; ++number) {
         QString kept = json.path() + QStringLiteral(".damaged");
         if (number > 1)
             kept += QStringLiteral("-%1").arg(number);
         moved = files.move(json.path(), kept);
-        if (moved || moved.error().code != FileError::Code::alreadyExists)
+        if (moved)
+            return kept;
+        if (moved.error().code != FileError::Code::alreadyExists)
             break;
     }
-    return moved;
+    return std::unexpected(moved.error());
 }
 
 FileSettings::FileSettings(const FileSystem& files, const QString& path)
@@ -132,11 +135,19 @@ std::expected<void, FileError> FileSettings::set(const QMap<QString, QJsonValue>
     QJsonObject object;
     for (auto entry = changed.cbegin(); entry != changed.cend(); ++entry)
         object.insert(entry.key(), *entry);
-    if (now.isDamaged)
-        if (const auto kept = _state->keepDamagedFile(); !kept)
-            return kept;
-    if (const auto written = _state->json.write(QJsonDocument(object).toJson()); !written)
+    QString kept;
+    if (now.isDamaged) {
+        auto moved = _state->keepDamagedFile();
+        if (!moved)
+            return std::unexpected(moved.error());
+        kept = *std::move(moved);
+    }
+    if (const auto written = _state->json.write(QJsonDocument(object).toJson()); !written) {
+        // Without a file, the values in memory would pass for none the next time.
+        if (!kept.isEmpty())
+            (void)_state->files.move(kept, _state->json.path());
         return written;
+    }
     _state->setContents({.values = changed});
     return {};
 }

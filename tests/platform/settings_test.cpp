@@ -10,6 +10,9 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace tessellar {
 namespace {
 
@@ -162,6 +165,23 @@ TEST(FileSettings, HoldsWhatTheDiskHoldsWhenWritingFails) {
     FileSettings settings(mac.files, json);
     EXPECT_FALSE(settings.set(key("gridRows"), 4));
     EXPECT_FALSE(settings.value(key("gridRows")));
+}
+
+TEST(FileSettings, ADamagedFileOnAFullDiskCostsNothing) {
+    const TestMachine mac;
+    FileSettings settings(mac.files, json);
+    ASSERT_TRUE(settings.set(key("gridRows"), 4));
+    mac.write(json, "{");
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
+    EXPECT_FALSE(settings.set(key("gridColumns"), 9));
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    std::signal(SIGXFSZ, handler);
+    ASSERT_TRUE(settings.set(key("gridColumns"), 9));
+    EXPECT_EQ(FileSettings(mac.files, json).values().size(), 2);
 }
 
 /// Answers as the tool does: with the domain as a property list, and with success.
