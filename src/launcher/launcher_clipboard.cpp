@@ -32,8 +32,12 @@ bool LauncherClipboard::write(Mode mode, const QList<QUuid>& tiles,
         if (const LaunchpadItem* item = _layouts[mode].item(id))
             items.append(*item);
     const bool isCut = operation == TileClipboardPayload::Operation::cut;
-    _pasted.reset();
-    return _clipboard.write(items, operation, isCut ? std::optional(mode) : std::nullopt);
+    const auto before = std::exchange(_pasted, std::nullopt); // reset before observers are notified
+    const bool isWritten =
+        _clipboard.write(items, operation, isCut ? std::optional(mode) : std::nullopt);
+    if (!isWritten)
+        _pasted = before;
+    return isWritten;
 }
 
 bool LauncherClipboard::copy(Mode mode, const QList<QUuid>& tiles) {

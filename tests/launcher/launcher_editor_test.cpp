@@ -262,6 +262,10 @@ TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
     show(fullScreen);
     EXPECT_FALSE(launcher->clipboard().paste(mode()));
     EXPECT_EQ(sketched(), u"Ash Beech *|Cedar Dogwood");
+    show(windowed);
+    ASSERT_TRUE(launcher->clipboard().paste(mode()));
+    EXPECT_FALSE(launcher->clipboard().copy(mode(), {}));
+    EXPECT_THAT(launcher->clipboard().cutTiles(mode()), testing::IsEmpty()) << "they are pasted already";
 }
 
 } // namespace
