@@ -219,23 +219,25 @@ std::optional<ArrangementsPanel::File> ArrangementsPanel::file(const QString& te
 void ArrangementsPanel::finish(const QString& text) {
     const auto mode = _viewModel.shown().mode();
     if (_task == u"save")
-        return saved().save(mode, text, reporting());
+        return saved().save(mode, text, reporting(true));
     if (_task == u"rename")
-        return saved().rename(mode, _subject, text, reporting());
+        return saved().rename(mode, _subject, text, reporting(true));
     const auto named = file(text.trimmed());
     if (!named)
         return setIssue(tr("Give the whole path, beginning with “/” or “~/”."));
     if (_task == u"export")
-        saved().exportTo(mode, _subject, *named->files, named->path, reporting());
+        saved().exportTo(mode, _subject, *named->files, named->path, reporting(true));
     else
-        saved().importFrom(mode, *named->files, named->path, reporting());
+        saved().importFrom(mode, *named->files, named->path, reporting(true));
 }
 
-/// Errors are shown in the sheet, which keeps what was typed.
-LauncherArrangements::Done ArrangementsPanel::reporting() {
-    return _lifetime.guard([this](const LauncherArrangements::Saved& saved) {
+/// Errors are shown in the sheet, which keeps what was typed until the field's own task is done.
+LauncherArrangements::Done ArrangementsPanel::reporting(bool isField) {
+    return _lifetime.guard([this, isField](const LauncherArrangements::Saved& saved) {
         if (!saved)
             return setIssue(saved.error().message);
+        if (!isField && _task == u"save")
+            return setIssue({});
         if (_task == u"export")
             _viewModel.messages().showNotice(tr("Exported “%1”.").arg(saved->name));
         begin(QStringLiteral("save"));

@@ -81,7 +81,7 @@ private:
     void choose(const QString& entry);
     void ask(const QString& title, const QString& text, const QString& accept, bool isDestructive,
              std::function<void()> work);
-    LauncherArrangements::Done reporting();
+    LauncherArrangements::Done reporting(bool isField = false);
     void setIssue(const QString& issue);
     QString nameOf(const QUuid& id) const;
     std::optional<File> file(const QString& text) const;

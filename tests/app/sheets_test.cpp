@@ -87,8 +87,10 @@ TEST_F(SheetsTest, ArrangementsAreSavedRenamedReplacedDeletedAndRestored) {
     press(Qt::Key_Escape);
     EXPECT_EQ(panels().arrangements()->task(), u"save") << "one step back";
     ASSERT_TRUE(named(u"arrangementsSheet"_s));
+    type(u"next"_s);
     clickNamed(u"arrangementUndo"_s);
     ASSERT_TRUE(hasSaved({u"ours"_s}));
+    EXPECT_EQ(typedIn(u"arrangementField"_s), u"next"_s);
 
     ASSERT_TRUE(editor().ungroupFolder(mode(), idOf(u"Trees"_s)));
     EXPECT_EQ(shownTiles(), u"Ash Oak Beech");
