@@ -77,6 +77,8 @@ void AlertPanel::resetLayouts() {
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (!_viewModel.history().guard(mode))
             _viewModel.messages().report(_viewModel.archive().reset(mode));
+    _alerts.removeIf([](const LauncherError& alert) { return alert.remedy == Remedy::resetLayout; });
+    Q_EMIT changed();
 }
 
 void AlertPanel::pressKey(int key) {

@@ -15,7 +15,10 @@ void ArrangingPanel::open(bool isFirstRun) {
     _all = {};
     _chosen = _page = 0;
     Q_EMIT changed();
-    _viewModel.proposals().propose(_mode, _lifetime.guard([this](const LayoutProposals::All& all) {
+    const int opening = ++_openings;
+    _viewModel.proposals().propose(_mode, _lifetime.guard([=, this](const LayoutProposals::All& all) {
+        if (opening != _openings)
+            return;
         _all = all;
         Q_EMIT changed();
     }));

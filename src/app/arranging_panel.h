@@ -62,6 +62,7 @@ private:
     LayoutProposals::All _all;
     int _chosen = 0;
     int _page = 0;
+    int _openings = 0; ///< late proposals for an earlier one are dropped
     Lifetime _lifetime;
 };
 

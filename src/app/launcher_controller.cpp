@@ -141,7 +141,11 @@ void LauncherController::follow() {
         on(layout.navigation().changed, whenShown([this] { showNavigation(); }));
         on(layout.navigation().selectionChanged, whenShown([this] { showSelection(); }));
     }
-    on(launcher.smartFolders().changed, [this] { showLayout(); });
+    on(launcher.smartFolders().changed, [this] {
+        for (const LauncherWindowMode mode : LiveLayouts::modes)
+            _viewModel.layout(mode).navigation().tidy(); // an open smart folder may have lost a page
+        showLayout();
+    });
     on(launcher.layouts().shownModeChanged, [this] {
         _drag.cancel();
         _input.menu()->close();

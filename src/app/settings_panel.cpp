@@ -305,7 +305,8 @@ void SettingsPanel::store(const QString& key, const QJsonValue& value) {
         key, value, [self = QPointer(this)](const LauncherSettings::Outcome& stored) {
             if (!self || stored)
                 return;
-            self->_viewModel.shown().settingsChanged(); // discard the value that was tried out
+            for (const LauncherWindowMode mode : LiveLayouts::modes)
+                self->_viewModel.layout(mode).settingsChanged(); // discard the value that was tried out
             self->tell(stored.error().message);
         });
     show();

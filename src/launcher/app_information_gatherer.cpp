@@ -57,6 +57,8 @@ void AppInformationGatherer::gatherFacts() {
     library.gatherFactsOf(_information.entry(), _mode,
                           _lifetime.guard([this, isLast = _areChannelsKnown](
                                               const SmartFolderAppFacts& facts, bool isComplete) {
+                              if (!isLast && _areChannelsKnown)
+                                  return; // outrun by the second request
                               _information.facts = facts;
                               _information.pending.facts = !isComplete || !isLast;
                               readLauncher();

@@ -115,8 +115,10 @@ void LayoutMerger::requestRescan() {
     constexpr std::chrono::seconds longest{300};
     if (std::ranges::all_of(LiveLayouts::modes, [this](LauncherWindowMode mode) {
             return !_isTransient[std::size_t(mode)] && _places.canRemember(mode);
-        }))
+        })) {
+        _patience = firstPatience;
         return _again.cancel();
+    }
     _again = _machine.scheduler.after(_patience, [this] { _applications.rescan(); });
     _patience = std::min(2 * _patience, longest);
 }

@@ -89,6 +89,8 @@ private:
     void reportLoad(LauncherWindowMode mode);
 
     const Machine& _machine;
+    static constexpr std::chrono::seconds firstPatience{5};
+
     LayoutStore& _store;
     LiveLayouts& _layouts;
     InstalledApplications& _applications;
@@ -98,10 +100,10 @@ private:
     Results _results; ///< to be shown
     std::array<Task, 2> _loading;
     std::size_t _loadsLeft = 0;
-    std::function<void()> _whenLoaded;      ///< a scan waiting for the load
-    std::array<bool, 2> _isNew{true, true}; ///< not merged yet
-    std::array<bool, 2> _isTransient{};     ///< the load failed, perhaps temporarily
-    std::chrono::seconds _patience{5};      ///< until the next retry
+    std::function<void()> _whenLoaded;              ///< a scan waiting for the load
+    std::array<bool, 2> _isNew{true, true};         ///< not merged yet
+    std::array<bool, 2> _isTransient{};             ///< the load failed, perhaps temporarily
+    std::chrono::seconds _patience = firstPatience; ///< until the next retry
     Timer _again;
     bool _hasMerged = false;
     int _saves = 0;
