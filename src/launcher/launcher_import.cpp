@@ -102,7 +102,8 @@ void LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& importe
         const LiveLayout& layout = _layouts[mode];
         const LayoutDocument document{.pages = pages, .hiddenKeys = layout.hiddenKeys()};
         return {.document = [document] { return document; },
-                .apps = installedAsArranged(layout, _applications, true)};
+                .apps = installedAsArranged(layout, _applications, true),
+                .endsClosedFolders = true};
     };
     _merger.merge(mode, wanted,
                   [this, mode, metadata = imported.metadata, done = std::move(done)](
