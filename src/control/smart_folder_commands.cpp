@@ -68,7 +68,8 @@ void answerWithValidation(const Call& call, const SmartFolderDefinition& definit
         return call->fail({QStringLiteral("invalidDefinition"), message(issues.first()), {}});
     if (const auto outcome = save(); !outcome)
         return call->fail(outcome.error());
-    call->succeed(json::encode(definition),
+    const SmartFolderDefinition* saved = call->launcher().smartFolders().definition(definition.id);
+    call->succeed(json::encode(saved ? *saved : definition), // with its date
                   QStringLiteral("%1  %2").arg(toText(definition.id), definition.name));
 }
 
