@@ -328,8 +328,8 @@ LayoutUndoActions LauncherHistory::actions() {
         .snapshot = [this](LauncherWindowMode mode) { return snapshot(mode); },
         .apply =
             [this](Direction direction, const LayoutUndoEntry& entry, const LayoutUndoState& state,
-                   std::function<void(bool)> saved) {
-                return apply(direction, entry, state, std::move(saved));
+                   const std::function<void(bool)>& saved) {
+                return apply(direction, entry, state, saved);
             },
         .applyNavigation =
             [this](const LayoutUndoState& state) {
@@ -376,7 +376,7 @@ bool LauncherHistory::apply(Direction direction, const LayoutUndoEntry& entry,
                       .saved = [saved](const Outcome& outcome) { saved(outcome.has_value()); }},
                      [] { return [] {}; })
             .has_value();
-    const auto giveBack = [this, direction, entry] { _steps.giveBack(direction, entry); };
+    auto giveBack = [this, direction, entry] { _steps.giveBack(direction, entry); };
     if (const auto only = modeOfOnlyDocument(step)) {
         show(*only, *step.documentOf(*only), false);
         _store.scheduleSave(*only, _layouts[*only].document());
