@@ -30,11 +30,52 @@ bool changesTiles(const LayoutUndoEntry& entry, LauncherWindowMode mode) {
     return concerns(entry, mode) && *entry.before.documentOf(mode) != *entry.after.documentOf(mode);
 }
 
+QSet<QUuid> onlyInOne(const QSet<QUuid>& some, const QSet<QUuid>& others) {
+    return (some - others) + (others - some);
+}
+
+/// The definitions that a step creates or deletes.
+QSet<QUuid> createdOrDeleted(const LayoutUndoEntry& entry) {
+    const auto ids = [](const QList<SmartFolderDefinition>& definitions) {
+        QSet<QUuid> result;
+        for (const SmartFolderDefinition& definition : definitions)
+            result.insert(definition.id);
+        return result;
+    };
+    return onlyInOne(ids(entry.before.smartFolderDefinitions), ids(entry.after.smartFolderDefinitions));
+}
+
+/// The definitions whose tiles a step adds or removes.
+QSet<QUuid> placedOrTakenAway(const LayoutUndoEntry& entry) {
+    const auto placed = [](const LayoutDocument& document) {
+        QSet<QUuid> ids;
+        forEachItem(document.pages, [&](const LaunchpadItem& item) {
+            if (const SmartFolderReference* reference = item.smartFolder())
+                ids.insert(reference->definitionID);
+            return true;
+        });
+        return ids;
+    };
+    QSet<QUuid> result;
+    for (const LauncherWindowMode mode : {entry.before.mode, otherMode(entry.before.mode)})
+        if (changesTiles(entry, mode))
+            result += onlyInOne(placed(*entry.before.documentOf(mode)),
+                                placed(*entry.after.documentOf(mode)));
+    return result;
+}
+
+/// True if the second step needs a definition that the first creates or deletes.
+bool makesDefinitionsOf(const LayoutUndoEntry& one, const LayoutUndoEntry& another) {
+    const auto made = createdOrDeleted(one);
+    return !made.isEmpty() && made.intersects(placedOrTakenAway(another));
+}
+
 bool changesTheSame(const LayoutUndoEntry& one, const LayoutUndoEntry& another) {
     for (const LauncherWindowMode mode : {one.before.mode, otherMode(one.before.mode)})
         if (changesTiles(one, mode) && changesTiles(another, mode))
             return true;
-    return changedDefinitions(one).intersects(changedDefinitions(another));
+    return changedDefinitions(one).intersects(changedDefinitions(another)) ||
+           makesDefinitionsOf(one, another) || makesDefinitionsOf(another, one);
 }
 
 /// The newest step that concerns a mode. Some concern both, such as the deletion of a smart folder.

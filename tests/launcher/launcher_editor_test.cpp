@@ -233,6 +233,23 @@ TEST_F(SmartFolderEditorTest, AStepWaitsForALaterOneOfTheOtherModeThatChangedThe
     EXPECT_EQ(undo(), u"stepInTheWay");
 }
 
+TEST_F(SmartFolderEditorTest, TheirDefinitionIsUndoneAfterTheTilesOfTheOtherMode) {
+    EXPECT_EQ(undo(), u"stepInTheWay");
+    show(windowed);
+    EXPECT_EQ(undo(), u"done");
+    show(fullScreen);
+    EXPECT_EQ(undo(), u"done");
+    EXPECT_EQ(bothStored(), u"Ash Beech|Cedar Dogwood / Ash Beech Cedar Dogwood");
+    EXPECT_TRUE(definitions().isEmpty());
+    show(windowed);
+    EXPECT_EQ(redo(), u"stepInTheWay");
+    show(fullScreen);
+    EXPECT_EQ(redo(), u"done");
+    show(windowed);
+    EXPECT_EQ(redo(), u"done");
+    EXPECT_EQ(bothStored(), u"Ash Beech *|Cedar Dogwood / Ash * Beech Cedar Dogwood");
+}
+
 TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
     ASSERT_TRUE(launcher->clipboard().copy(mode(), {games.id}));
     show(windowed);
@@ -265,7 +282,8 @@ TEST_F(SmartFolderEditorTest, APastedCopyHasItsOwnDefinitionInOneStep) {
     show(windowed);
     ASSERT_TRUE(launcher->clipboard().paste(mode()));
     EXPECT_FALSE(launcher->clipboard().copy(mode(), {}));
-    EXPECT_THAT(launcher->clipboard().cutTiles(mode()), testing::IsEmpty()) << "they are pasted already";
+    EXPECT_THAT(launcher->clipboard().cutTiles(mode()), testing::IsEmpty())
+        << "they are pasted already";
 }
 
 } // namespace
