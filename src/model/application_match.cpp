@@ -25,16 +25,37 @@ private:
     void indexScan() {
         const qsizetype count = _context.scannedApps.size();
         _byPath.reserve(count);
-        _byKey.reserve(count);
-        _byIdentifier.reserve(count);
-        for (qsizetype i = 0; i < count; ++i) {
-            const AppEntry& app = _context.scannedApps[i];
-            _byPath.insert(app.path, i);
-            _byKey.insert(appKey(app), i);
-            if (app.bundleIdentifier)
-                _byIdentifier[*app.bundleIdentifier].append(i);
-        }
+        for (qsizetype i = 0; i < count; ++i)
+            _byPath.insert(_context.scannedApps[i].path, i);
         _claims.resize(static_cast<std::size_t>(count));
+        _match.tiles.reserve(static_cast<std::size_t>(count));
+    }
+
+    /// What is needed to find applications that have moved.
+    void indexMoves() {
+        const qsizetype count = _context.scannedApps.size();
+        _byIdentifier.reserve(count);
+        for (qsizetype i = 0; i < count; ++i)
+            if (const auto& identifier = _context.scannedApps[i].bundleIdentifier)
+                _byIdentifier[*identifier].append(i);
+        _livePaths.reserve(count);
+        _onlyCopies.reserve(count);
+        for (std::size_t i = 0; i < _match.tiles.size(); ++i) {
+            const MatchedTile& tile = _match.tiles[i];
+            const AppEntry& entry = *tile.entry;
+            if (entry.alias)
+                continue;
+            if (!tile.wasAbsent && entry.bundleIdentifier && !entry.isDuplicateBundleIdentifier &&
+                !_onlyCopies.contains(*entry.bundleIdentifier))
+                _onlyCopies.insert(*entry.bundleIdentifier, i);
+            if (tile.stays)
+                (tile.wasAbsent ? _absentPaths : _livePaths).insert(entry.path);
+        }
+    }
+    void indexKeys() {
+        _byKey.reserve(_context.scannedApps.size());
+        for (qsizetype i = 0; i < _context.scannedApps.size(); ++i)
+            _byKey.insert(appKey(_context.scannedApps[i]), i);
     }
 
     void collectTiles() {
@@ -56,27 +77,33 @@ private:
                 tile.home = *home;
             if (!isAbsent && !homes.isEmpty())
                 _tilesInPlace.insert(placeOf(entry->path, entry->bundleIdentifier));
-            if (!isAbsent && entry->bundleIdentifier && !entry->isDuplicateBundleIdentifier &&
-                !_onlyCopies.contains(*entry->bundleIdentifier))
-                _onlyCopies.insert(*entry->bundleIdentifier, _match.tiles.size() - 1);
-            if (tile.stays)
-                (isAbsent ? _absentPaths : _livePaths).insert(entry->path);
             return true;
         });
     }
 
     /// Assigns scanned applications to tiles before anything is rewritten. Tiles whose application has
-    /// not moved come first, whatever the order of the tiles.
+    /// not moved come first, whatever the order of the tiles; mostly that is all of them.
     void claimApplications() {
-        using Find = qsizetype (Matcher::*)(const MatchedTile&) const;
-        static constexpr Find ways[] = {
-            &Matcher::atHome,  &Matcher::inPlace,     &Matcher::backInPlace,  &Matcher::moved,
-            &Matcher::renamed, &Matcher::backRenamed, &Matcher::backElsewhere};
-        for (const Find find : ways)
-            for (MatchedTile& tile : _match.tiles)
-                if (tile.index < 0 && tile.stays && !tile.entry->alias)
-                    if (const qsizetype index = (this->*find)(tile); index >= 0)
-                        claim(tile, index, find == &Matcher::atHome);
+        claimBy(&Matcher::atHome);
+        claimBy(&Matcher::inPlace);
+        if (std::ranges::none_of(_match.tiles, &isSought))
+            return;
+        indexMoves();
+        for (const Find find : {&Matcher::backInPlace, &Matcher::moved, &Matcher::renamed,
+                                &Matcher::backRenamed, &Matcher::backElsewhere})
+            claimBy(find);
+    }
+
+    using Find = qsizetype (Matcher::*)(const MatchedTile&) const;
+    void claimBy(Find find) {
+        for (MatchedTile& tile : _match.tiles)
+            if (isSought(tile))
+                if (const qsizetype index = (this->*find)(tile); index >= 0)
+                    claim(tile, index, find == &Matcher::atHome);
+    }
+    static bool isMatched(const MatchedTile& tile) { return tile.index >= 0; }
+    static bool isSought(const MatchedTile& tile) {
+        return !isMatched(tile) && tile.stays && !tile.entry->alias;
     }
 
     using Place = std::pair<QString, QString>;
@@ -176,9 +203,7 @@ private:
         tile.index = index;
         if (app.bundleIdentifier != entry.bundleIdentifier)
             tile.id = app.id;
-        if (const QString before = appKey(entry), now = appKey(app); before == now)
-            _keptKeys.insert(now);
-        else
+        if (const QString before = appKey(entry), now = appKey(app); before != now)
             _keyChanges.append({before, now});
 
         if (tile.home && tile.home->path == app.path)
@@ -192,9 +217,12 @@ private:
     /// Decides which of the other tiles are merely out of sight. If a present application now has their
     /// key, they are keyed by their paths: one application's data never passes to another.
     void leaveOthers() {
+        if (std::ranges::all_of(_match.tiles, &isMatched))
+            return;
+        indexKeys();
         for (std::size_t i = 0; i < _match.tiles.size(); ++i) {
             MatchedTile& tile = _match.tiles[i];
-            if (tile.index >= 0 || tile.entry->alias)
+            if (isMatched(tile) || tile.entry->alias)
                 continue;
             tile.isAbsent = !isOnlyAway(tile);
             if (tile.stays && tile.entry->bundleIdentifier &&
@@ -233,8 +261,16 @@ private:
     // ---- keys
 
     void changeKeys() {
+        if (_keyChanges.isEmpty())
+            return;
+        QSet<QString> kept; // by other tiles with a scanned application
+        for (const MatchedTile& tile : _match.tiles)
+            if (isMatched(tile))
+                if (const QString key = appKey(*tile.entry);
+                    key == appKey(_context.scannedApps[tile.index]))
+                    kept.insert(key);
         for (const auto& [before, now] : std::as_const(_keyChanges))
-            if (!_keptKeys.contains(before) && !_match.changedKeys.contains(before))
+            if (!kept.contains(before) && !_match.changedKeys.contains(before))
                 _match.changedKeys.insert(before, now);
     }
 
@@ -277,7 +313,6 @@ private:
     QSet<QString> _absentPaths;
     QHash<QString, std::size_t> _onlyCopies;        ///< by identifier: the first tile of each
     QHash<QString, std::size_t> _others;            ///< by key: the tiles without a scanned application
-    QSet<QString> _keptKeys;                        ///< of tiles with a scanned application
     QList<std::pair<QString, QString>> _keyChanges; ///< in order of precedence
     ApplicationMatch _match;
 };
