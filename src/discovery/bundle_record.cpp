@@ -8,10 +8,13 @@ namespace {
 constexpr qsizetype maximumTextLength = 1'024;
 
 std::optional<QString> usable(const std::optional<QString>& text) {
-    if (!text || text->size() > maximumTextLength || trimmed(*text).isEmpty())
+    if (!text || text->size() > maximumTextLength || QStringView(*text).trimmed().isEmpty())
         return std::nullopt;
     return text;
 }
+
+/// Of the bundle, its applications, its Info.plist and its executable.
+constexpr qsizetype usualObservations = 4;
 
 /// Replaces line breaks and drops direction overrides, which can make one name look like another.
 QString toSingleLine(QString name) {
@@ -27,8 +30,9 @@ QString toSingleLine(QString name) {
 /// The expected path of the executable. An undeclared one is named like the bundle; one declared
 /// outside the bundle does not count.
 std::optional<QString> executableOf(const Bundle& bundle) {
-    if (bundle.info[QStringLiteral("CFBundleExecutable")].text())
-        return bundle.executablePath();
+    if (auto declared = bundle.executablePath();
+        declared || bundle.info[QStringLiteral("CFBundleExecutable")].text())
+        return declared;
     const QString contents = FileSystem::parent(bundle.infoPath);
     const bool isMac = bundle.shape == BundleShape::mac;
     const QString name = FileSystem::fileName(isMac ? bundle.path : contents);
@@ -54,6 +58,7 @@ class RecordReader {
 public:
     RecordReader(const ScanContext& context, const QString& path) : _context(context) {
         _record.path = path;
+        _record.evidence.observations.reserve(usualObservations);
     }
 
     BundleRecord run() {
@@ -69,7 +74,7 @@ private:
     void readContents() {
         // A link here leads to something that is not part of the application.
         const QString applications = inBundle("Contents/Applications");
-        const ScanObservation inner = note(applications);
+        const ScanObservation& inner = note(applications);
         _record.isPartlyUnseen = inner.hasFailed();
         _record.holdsApplications =
             inner.isDirectory() && _context.files.resolved(applications) == applications;
@@ -103,8 +108,10 @@ private:
         _record.category = usable(wrapped.category ? wrapped.category : bundle.category());
         _record.name = usable(toSingleLine(wrapped.name.value_or(QString()))).value_or(QString());
         if (_record.name.isEmpty()) {
-            noteNameSources(bundle);
-            const QString shown = finderDisplayName(_context.files, bundle, _context.languages);
+            const bool isLocalized = noteNameSources(bundle);
+            const QString shown = isLocalized
+                                      ? finderDisplayName(_context.files, bundle, _context.languages)
+                                      : nameOnDisk(_record.path);
             _record.name = usable(toSingleLine(withoutApplicationExtension(shown)))
                                .value_or(toSingleLine(nameOnDisk(_record.path)));
         }
@@ -112,8 +119,8 @@ private:
     }
 
     /// Records what the localized name depends on. Few of the possible files exist; that the others do
-    /// not is covered by observing their parent folders.
-    void noteNameSources(const Bundle& bundle) {
+    /// not is covered by observing their parent folders. False if there are none.
+    bool noteNameSources(const Bundle& bundle) {
         const QStringList sources = displayNameSources(bundle, _context.languages);
         if (!sources.isEmpty())
             note(bundle.resourcesPath);
@@ -123,16 +130,17 @@ private:
                                                : _context.files.exists(folder))
                 note(source);
         }
+        return !sources.isEmpty();
     }
 
     QString inBundle(const char* place) const {
         return FileSystem::joined(_record.path, QLatin1StringView(place));
     }
 
-    ScanObservation note(const QString& path) {
-        auto observation = ScanObservation::ofStatus(_context.files, path);
-        _record.evidence.observations.append(observation);
-        return observation;
+    /// The result holds until the next one.
+    const ScanObservation& note(const QString& path) {
+        return _record.evidence.observations.emplaceBack(
+            ScanObservation::ofStatus(_context.files, path));
     }
 
     const ScanContext& _context;

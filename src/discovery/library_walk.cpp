@@ -203,6 +203,8 @@ bool LibraryWalk::readBundles() {
     });
     if (_stop.stop_requested())
         return false;
+    _seenFiles.reserve(_seenFiles.size() + bundles.size());
+    _next.result.coverage.bundles.reserve(_bundleCount);
     for (qsizetype i = 0; i < bundles.size(); ++i)
         addRecord(records[static_cast<std::size_t>(i)], bundles.at(i).depth);
     return true;
@@ -270,6 +272,7 @@ void LibraryWalk::finish() {
         return byName != 0 ? byName < 0 : a->path < b->path;
     });
     QHash<QString, int> declarations;
+    declarations.reserve(_ready.size());
     for (const Record& record : std::as_const(_ready))
         if (record->bundleIdentifier)
             ++declarations[*record->bundleIdentifier];
@@ -279,6 +282,7 @@ void LibraryWalk::finish() {
 
     AppScanner::LibraryScan& result = _next.result;
     result.apps.reserve(_ready.size());
+    result.coverage.applications.reserve(_ready.size());
     for (const Record& record : std::as_const(_ready)) {
         const auto known = identities.constFind(record->path);
         AppEntry entry;
@@ -291,7 +295,7 @@ void LibraryWalk::finish() {
         entry.category = record->category;
         entry.isDuplicateBundleIdentifier =
             record->bundleIdentifier && declarations.value(*record->bundleIdentifier) > 1;
-        result.apps.append(entry);
+        result.apps.append(std::move(entry));
         result.coverage.applications.insert(record->path);
     }
     result.coverage.scanDepth = _context.settings.scanDepth;

@@ -100,9 +100,8 @@ QString FileSystem::parent(const QString& path) {
 }
 
 QString FileSystem::extension(const QString& path) {
-    const QString name = fileName(path);
-    const qsizetype dot = name.lastIndexOf(u'.');
-    return dot <= 0 ? QString() : name.sliced(dot + 1);
+    const qsizetype dot = path.lastIndexOf(u'.');
+    return dot <= path.lastIndexOf(u'/') + 1 ? QString() : path.sliced(dot + 1);
 }
 
 } // namespace tessellar

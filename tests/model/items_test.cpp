@@ -83,15 +83,15 @@ TEST(ItemJson, FoldersReadEveryFormTheyEverHad) {
 
 TEST(ItemJson, PathsOfAnyNameSurviveTheFileUrl) {
     AppEntry entry = test::app(u"a"_s);
-    for (const QString& name :
-         {u"Käse & Brot"_s, u"100% #1? [a];b"_s, u"日本語"_s, u"%41"_s, u"a+b~c\\d\""_s}) {
+    for (const QString& name : {u"Käse & Brot"_s, u"Two Words"_s, u"100% #1? [a];b"_s, u"日本語"_s,
+                                u"%41"_s, u"a+b~c\\d\""_s}) {
         entry.path = u"/Applications/%1.app"_s.arg(name);
         const auto decoded = json::decode<AppEntry>(json::encode(entry));
         ASSERT_TRUE(decoded);
         EXPECT_EQ(decoded->path, entry.path);
     }
-    for (const char* bad :
-         {"https://example.com/x.app", "file://", "/Applications/X.app", "", "file:///a%00b"})
+    for (const char* bad : {"https://example.com/x.app", "file://", "/Applications/X.app", "",
+                            "file:///a%00b", "file:///a b"})
         EXPECT_FALSE(json::BundleUrl::decode(QLatin1StringView(bad))) << bad;
 }
 
