@@ -390,10 +390,13 @@ bool InstalledClaims::matchesName(const MatchingName& matching) const {
 bool belongsToSystem(const MatchingName& matching) { return isOneOf(matching.view(), systemNames); }
 
 bool namesApple(const MatchingName& matching) {
-    const QByteArrayView name = matching.view();
-    const qsizetype at = name.indexOf("com.apple");
-    const qsizetype end = at + qsizetype(sizeof "com.apple") - 1;
-    return at >= 0 && (at == 0 || name[at - 1] == '.') && (end == name.size() || name[end] == '.');
+    // Asked of every file; QByteArrayView prepares each search anew.
+    constexpr std::string_view apple("com.apple");
+    const std::string_view name = textOf(matching.view());
+    const std::size_t at = name.find(apple);
+    const std::size_t end = at + apple.size();
+    return at != name.npos && (at == 0 || name[at - 1] == '.') &&
+           (end == name.size() || name[end] == '.');
 }
 
 bool namesVendor(QByteArrayView identifier) {

@@ -165,6 +165,7 @@ void LibraryWalk::addListing(const Listing& listing, int depth) {
         return;
     _next.result.coverage.folders.insert(listing->path, depth);
     _next.result.watchableDirectories.append(listing->path);
+    _foundPaths.reserve(_foundPaths.size() + listing->candidates.size());
     for (const auto& candidate : std::as_const(listing->candidates))
         enqueue(candidate, depth + 1);
 }
