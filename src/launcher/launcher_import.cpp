@@ -100,7 +100,7 @@ void LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& importe
                            Done<LegacyLaunchpadImportMetadata> done) {
     const auto wanted = [this, mode, pages = imported.pages]() -> ReplacementMerger::Wanted {
         const LiveLayout& layout = _layouts[mode];
-        const LayoutDocument document{.pages = pages, .hiddenKeys = layout.hiddenKeys()};
+        LayoutDocument document{.pages = pages, .hiddenKeys = layout.hiddenKeys()};
         return {.document = [document] { return document; },
                 .apps = installedAsArranged(layout, _applications, true),
                 .endsClosedFolders = true};
