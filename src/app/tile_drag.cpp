@@ -248,6 +248,11 @@ QList<int> TileDrag::slotsOf(bool inFolder, int page) const {
     return slotsAround(area.pages.tiles(page), _tileSet, gapIn(there).slot);
 }
 
+QVariantList TileDrag::placesOf(bool inFolder, int page) const {
+    const QList<int> slots = slotsOf(inFolder, page);
+    return {slots.begin(), slots.end()};
+}
+
 QRectF TileDrag::caretOf(bool inFolder, int page) const {
     const Area area = _area();
     if (!isActive() || area.folder.has_value() != inFolder || area.page != page ||

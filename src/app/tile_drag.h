@@ -43,7 +43,7 @@ class TileDrag final : public QObject {
     Q_PROPERTY(int turning READ turning NOTIFY dropChanged FINAL)
     /// The tile last dropped.
     Q_PROPERTY(QString releasedTile READ releasedTile NOTIFY changed FINAL)
-    Q_PROPERTY(int revision READ revision NOTIFY dropChanged FINAL) ///< of what `slotsOf` returns
+    Q_PROPERTY(int revision READ revision NOTIFY dropChanged FINAL) ///< of what `placesOf` returns
 
 public:
     /// The pages under the dragged tiles, as laid out in the window.
@@ -97,7 +97,10 @@ public:
     /// contents. Cancels the drag if the held tile is gone, or moving is not allowed now.
     void follow();
     /// The slots in which a page's tiles are drawn; empty if all are in their own.
-    Q_INVOKABLE QList<int> slotsOf(bool inFolder, int page) const;
+    QList<int> slotsOf(bool inFolder, int page) const;
+    /// The same for QML, whose compiler takes the result of a call for one number if it is a list of
+    /// numbers.
+    Q_INVOKABLE QVariantList placesOf(bool inFolder, int page) const;
     /// The caret between the tiles of a page, in its pixels; empty if room has been made already.
     Q_INVOKABLE QRectF caretOf(bool inFolder, int page) const;
 

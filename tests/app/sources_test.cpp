@@ -89,5 +89,16 @@ TEST(Theme, IsTheOnlyPlaceWithLiterals) {
     });
 }
 
+/// A compiled binding reads the result as one number; what is not compiled, as in a build for
+/// development, reads it right.
+TEST(Headers, CallsForQmlGiveNoTypedLists) {
+    static const QRegularExpression list(uR"(Q_INVOKABLE\s+QList<[^;]*;)"_s);
+    ASSERT_TRUE(list.match(u"Q_INVOKABLE QList<int> places(int page) const;"_s).hasMatch());
+    forEachSource({u"*.h"_s}, [](const QString& file, const QString& text) {
+        EXPECT_FALSE(list.match(text).hasMatch())
+            << file.toStdString() << ": " << list.match(text).captured().toStdString();
+    });
+}
+
 } // namespace
 } // namespace tessellar

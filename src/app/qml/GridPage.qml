@@ -21,7 +21,7 @@ Item {
     readonly property int iconSide: metrics.iconSide
     readonly property int labelPixels: metrics.labelPixels
     // The slots that tiles move to, to make room for a drag; empty if each is in its own.
-    property var places: canLift && launcher.drag.revision > 0 ? launcher.drag.slotsOf(isInFolder, index) : []
+    property var places: canLift && launcher.drag.revision > 0 ? launcher.drag.placesOf(isInFolder, index) : []
 
     function tileRect(tileId) {
         for (let i = 0; i < repeater.count; ++i) {
