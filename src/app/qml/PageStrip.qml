@@ -106,15 +106,15 @@ PagerItem {
     pageCount: model.pageCount
     page: model.page
     onTurned: page => model.turnTo(page)
-    onPositionChanged: updateNear()
+    onPositionChanged: Qt.callLater(updateNear)
     jumps: Theme.reducesMotion
     isMirrored: Theme.isMirrored
     onPageChanged: {
-        updateNear();
+        Qt.callLater(updateNear);
         if (jumps)
             fadeIn.restart();
     }
-    // The first pages are created in a later turn: the one that adds them is busy enough.
+    // Pages are created in a later turn than the one that adds or turns them, which is busy enough.
     onExistingChanged: near.count > 0 ? updateNear() : Qt.callLater(updateNear)
     Component.onCompleted: updateNear()
     enabled: interactive
