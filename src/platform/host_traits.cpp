@@ -2,6 +2,9 @@
 
 #include <QFile>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 namespace tessellar {
 
 qint64 peakResidentMemory() {
@@ -17,6 +20,12 @@ qint64 peakResidentMemory() {
 bool hasReliableGraphics() { return false; }
 
 bool keepsRunningWithoutWindow() { return false; }
+
+void giveWay() {
+    // On Linux, niceness is a thread's.
+    const auto thread = static_cast<id_t>(::gettid());
+    (void)::setpriority(PRIO_PROCESS, thread, ::getpriority(PRIO_PROCESS, thread) + 10);
+}
 
 QStringList preferredFontFamilies() { return {QStringLiteral("Inter"), QStringLiteral("Noto Sans")}; }
 

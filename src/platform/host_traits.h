@@ -4,8 +4,8 @@
 
 namespace tessellar {
 
-// Platform differences that matter to the window. The build picks the implementation: host_traits.cpp,
-// or macos/host_traits.cpp on macOS.
+// Platform differences that matter to the window and its workers. The build picks the implementation:
+// host_traits.cpp, or macos/host_traits.cpp on macOS.
 
 /// This program's peak resident memory in KiB; 0 if unknown.
 qint64 peakResidentMemory();
@@ -15,6 +15,9 @@ bool hasReliableGraphics();
 
 /// Whether the program keeps running without a window, ready to show it again at once.
 bool keepsRunningWithoutWindow();
+
+/// Lets other threads run before the calling one, as the window's.
+void giveWay();
 
 /// Font families to prefer to the system's default; empty to use the default.
 QStringList preferredFontFamilies();

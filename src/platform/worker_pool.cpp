@@ -1,11 +1,14 @@
 #include "platform/worker_pool.h"
 
+#include "platform/host_traits.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -13,6 +16,7 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace tessellar {
@@ -24,8 +28,13 @@ class Receiver final : public QObject {
 public:
     explicit Receiver(std::function<void()> onPost) : _onPost(std::move(onPost)) {}
 
+    /// Calls `onPost` after everything else that waits for the event loop, as the user's input does.
+    void callLater() { _later = startTimer(0); }
+
     bool event(QEvent* event) override {
-        if (event->type() != QEvent::User)
+        if (event->type() == QEvent::Timer)
+            killTimer(std::exchange(_later, 0));
+        else if (event->type() != QEvent::User)
             return QObject::event(event);
         // A call may destroy the mailbox, and this object with it.
         const std::function<void()> onPost = _onPost;
@@ -35,11 +44,17 @@ public:
 
 private:
     std::function<void()> _onPost;
+    int _later = 0;
 };
 
 } // namespace
 
+/// After this time, calls wait for the next turn of the event loop.
+static constexpr std::chrono::milliseconds turnTime{4};
+
 struct Mailbox::State {
+    using Time = std::chrono::steady_clock::time_point;
+
     std::mutex mutex;
     std::condition_variable posted;
     std::deque<MoveOnlyFunction<void()>> calls;
@@ -51,15 +66,20 @@ struct Mailbox::State {
             const std::lock_guard lock(mutex);
             eventPending = false;
         }
-        drain();
+        drain(std::chrono::steady_clock::now() + turnTime);
     }
 
     /// Runs what was queued when it began: calls that post calls must not starve the event loop. Calls
     /// are taken one at a time, so that a nested drain continues where this one is.
-    std::size_t drain() {
+    std::size_t drain(Time end = Time::max()) {
         std::size_t count = 0;
         std::unique_lock lock(mutex);
         for (std::size_t left = calls.size(); left > 0 && !calls.empty(); --left) {
+            if (count > 0 && receiver && std::chrono::steady_clock::now() >= end) {
+                if (!std::exchange(eventPending, true))
+                    receiver->callLater();
+                break;
+            }
             MoveOnlyFunction<void()> call = std::move(calls.front());
             calls.pop_front();
             ++count;
@@ -127,6 +147,7 @@ struct WorkerPool::State {
         unsigned limit = 1; ///< of threads, and of concurrent jobs
         unsigned threads = 0;
         unsigned running = 0;
+        bool givesWay = true; ///< to the window's thread
         std::deque<Job> waiting;
         std::condition_variable changed; ///< a job was added, or the pool is ending
     };
@@ -141,6 +162,8 @@ struct WorkerPool::State {
         limit(Lane::network, 1);
         limit(Lane::actions, 8);
         limit(Lane::saving, 1);
+        // The programs that they start would inherit it.
+        at(Lane::tools).givesWay = at(Lane::actions).givesWay = false;
     }
 
     LaneState& at(Lane lane) { return lanes[static_cast<std::size_t>(lane)]; }
@@ -172,7 +195,11 @@ WorkerPool::State::LaneState* WorkerPool::State::laneToServe(LaneState& home) {
 /// Requires the lock.
 void WorkerPool::State::addThread(LaneState& lane) {
     try {
-        threads.emplace_back([this, &lane] { runJobs(lane); });
+        threads.emplace_back([this, &lane] {
+            if (lane.givesWay)
+                giveWay();
+            runJobs(lane);
+        });
         ++lane.threads;
     } catch (const std::system_error&) {
         // The existing threads do the work.

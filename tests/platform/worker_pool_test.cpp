@@ -1,12 +1,16 @@
 #include "platform/worker_pool.h"
+#include "tests/support/run_tests.h"
 
 #include <QCoreApplication>
 
 #include <gmock/gmock.h>
 
 #include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <latch>
 #include <thread>
 #include <vector>
@@ -34,6 +38,22 @@ TEST(Mailbox, CarriesCallsOfManyThreadsInTheOrderOfEach) {
         EXPECT_EQ(each.size(), calls);
         EXPECT_TRUE(std::ranges::is_sorted(each));
     }
+}
+
+TEST(Mailbox, ASlowCallEndsItsTurnOfTheEventLoop) {
+    Mailbox mailbox;
+    std::vector<int> ran;
+    mailbox.post([&] {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(10);
+        while (std::chrono::steady_clock::now() < end) {
+        }
+        ran.push_back(1);
+    });
+    mailbox.post([&] { ran.push_back(2); });
+    QCoreApplication::sendPostedEvents();
+    EXPECT_THAT(ran, ElementsAre(1));
+    test::processEventsUntil([&] { return ran.size() > 1; });
+    EXPECT_THAT(ran, ElementsAre(1, 2));
 }
 
 TEST(Mailbox, ACallMayPostDrainOrDestroyTheMailbox) {
@@ -240,6 +260,26 @@ TEST(WorkerPool, LeavesNothingToALaneWhoseThreadCameLate) {
         ending.count_down();
         pool.waitIdle();
     }
+}
+#endif
+
+#ifdef __linux__
+TEST(WorkerPool, GivesWayToTheWindowButNotWhereProgramsWouldInheritIt) {
+    Mailbox mailbox;
+    WorkerPool workers(mailbox);
+    const int own = ::getpriority(PRIO_PROCESS, 0);
+    const auto nicenessOf = [&](Lane lane) {
+        int niceness = 0;
+        workers.submit(lane, {}, [&](std::stop_token) {
+            niceness = ::getpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()));
+        });
+        workers.waitIdle();
+        return niceness;
+    };
+    for (const Lane lane : {Lane::files, Lane::computing, Lane::decoding, Lane::saving})
+        EXPECT_GT(nicenessOf(lane), own);
+    for (const Lane lane : {Lane::tools, Lane::actions})
+        EXPECT_EQ(nicenessOf(lane), own);
 }
 #endif
 

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <pthread.h>
 #include <sys/resource.h>
 
 namespace tessellar {
@@ -16,6 +17,8 @@ qint64 peakResidentMemory() {
 bool hasReliableGraphics() { return true; }
 
 bool keepsRunningWithoutWindow() { return true; }
+
+void giveWay() { (void)::pthread_set_qos_class_self_np(QOS_CLASS_UTILITY, 0); }
 
 QStringList preferredFontFamilies() { return {}; }
 
