@@ -105,6 +105,7 @@ private:
 std::unique_ptr<AppUpdateWork>
 AppStoreUpdateChecker::discover(const QList<AppUpdateCandidate>& candidates, AppUpdateSink sink) {
     QSet<QString> installed;
+    installed.reserve(candidates.size());
     for (const AppUpdateCandidate& candidate : candidates)
         installed.insert(candidate.appKey);
     _items.removeIf([&](const auto& known) { return !installed.contains(known.key()); });

@@ -32,6 +32,7 @@ bool AppUpdateChannels::setCandidates(const QList<AppUpdateCandidate>& inspected
 }
 
 void AppUpdateChannels::updateCandidates(const QList<AppUpdateCandidate>& inspected) {
+    _candidates.reserve(std::max(_candidates.size(), inspected.size()));
     for (const AppUpdateCandidate& found : inspected)
         _candidates.insert(found.appKey, found);
 }

@@ -51,6 +51,7 @@ AppUpdateCheck::~AppUpdateCheck() = default;
 
 void AppUpdateCheck::inspected(const QList<AppUpdateCandidate>& candidates) {
     _candidates = candidates;
+    _places.reserve(_candidates.size());
     for (qsizetype i = 0; i < _candidates.size(); ++i)
         _places.insert(_candidates[i].appKey, i);
     _channels.updateCandidates(candidates);
