@@ -30,12 +30,15 @@ static LauncherError launcherError(const SmartFolderStore::Error& error, const Q
 SmartFolderLibrary::SmartFolderLibrary(Machine& machine)
     : _machine(machine)
     , _store(machine.files, machine.places.applicationFolder(), machine.clock, machine.uuids)
-    , _usage(machine, machine.places.applicationFolder())
+    , _usageStore(machine, machine.places.applicationFolder())
     , _catalog(machine, FileSystem::joined(machine.places.applicationFolder(),
                                            QStringLiteral("bundle-answers.json")))
     , _calendar(Calendar::system(machine.locale)) {}
 
-SmartFolderLibrary::~SmartFolderLibrary() = default;
+SmartFolderLibrary::~SmartFolderLibrary() {
+    if (_usageRead.valid())
+        _usageRead.wait();
+}
 
 /// The applications' facts, with a mode's custom names.
 static SmartFolderFactsList named(const SmartFolderFactsList& facts,
@@ -70,10 +73,20 @@ static SmartFolderFactsList visible(const SmartFolderFactsList& facts,
 // ---- definitions
 
 void SmartFolderLibrary::load() {
-    _usage.load();
+    // Shared: the worker may still be leaving `set_value` when a wait ends.
+    const auto read = std::make_shared<std::promise<MoveOnlyFunction<void()>>>();
+    _usageRead = read->get_future();
+    _machine.workers.submit(
+        {}, [&store = _usageStore, read](std::stop_token) { read->set_value(store.read()); });
     accept(_store.load());
     if (_failure)
         _machine.log.warning(_failure->message);
+}
+
+AppUsageStore& SmartFolderLibrary::usage() {
+    if (_usageRead.valid())
+        _usageRead.get()();
+    return _usageStore;
 }
 
 void SmartFolderLibrary::accept(const SmartFolderStore::LoadResult& result) {
@@ -187,9 +200,9 @@ void SmartFolderLibrary::setApps(const QList<AppEntry>& apps) {
     QStringList keys;
     for (const AppEntry& app : apps)
         keys.append(appKey(app));
-    if (_usage.recordSeen(keys)) {
+    if (usage().recordSeen(keys)) {
         _runtimeWithUsage.reset();
-        _usage.save();
+        usage().save();
     }
     startRound();
 }
@@ -203,24 +216,24 @@ void SmartFolderLibrary::setContext(LauncherWindowMode mode, SmartFolderContext 
 }
 
 void SmartFolderLibrary::recordLaunch(const QString& key) {
-    _usage.recordLaunch(key);
+    usage().recordLaunch(key);
     _runtimeWithUsage.reset();
-    _usage.save();
+    usage().save();
     startRoundFor(SmartFolderNeed::usage);
 }
 
 void SmartFolderLibrary::forgetUsage() {
-    _usage.forget();
+    usage().forget();
     _runtimeWithUsage.reset();
-    _usage.save();
+    usage().save();
     startRoundFor(SmartFolderNeed::usage);
 }
 
 void SmartFolderLibrary::changeKeys(const QHash<QString, QString>& changedKeys) {
-    if (!_usage.changeKeys(changedKeys))
+    if (!usage().changeKeys(changedKeys))
         return;
     _runtimeWithUsage.reset();
-    _usage.save();
+    usage().save();
 }
 
 void SmartFolderLibrary::setRuntimeFacts(SmartFolderRuntimeFacts facts) {
@@ -249,7 +262,7 @@ SmartFolderFactsCatalog::Request SmartFolderLibrary::request(QList<AppEntry> app
                                                              SmartFolderNeeds needs) {
     if (!_runtimeWithUsage) {
         _runtimeWithUsage = _runtime;
-        _usage.fill(*_runtimeWithUsage);
+        usage().fill(*_runtimeWithUsage);
     }
     return {.apps = std::move(apps), .runtime = *_runtimeWithUsage, .needs = needs};
 }

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <functional>
+#include <future>
 #include <list>
 
 namespace tessellar {
@@ -46,7 +47,7 @@ public:
     explicit SmartFolderLibrary(Machine& machine);
     ~SmartFolderLibrary();
 
-    /// Loads the registry and the usage records.
+    /// Loads the registry, and on a worker the usage records.
     void load();
     /// True if definitions can be changed; otherwise see `failure`.
     bool isWritable() const { return !_store.isWriteBlocked(); }
@@ -150,6 +151,8 @@ private:
                                    const PerMode<PreparedPointer>& before, const Locale& locale,
                                    const FileSystem& files);
     void accept(const SmartFolderStore::LoadResult& result);
+    /// Waits until the records are loaded.
+    AppUsageStore& usage();
     /// Starts a round if any definition needs one of these.
     void startRoundFor(SmartFolderNeeds others);
     void startRound();
@@ -163,7 +166,9 @@ private:
 
     Machine& _machine;
     SmartFolderStore _store;
-    AppUsageStore _usage;
+    AppUsageStore _usageStore; ///< see `usage`
+    /// Of the usage records, until they are first asked for.
+    std::future<MoveOnlyFunction<void()>> _usageRead;
     SmartFolderFactsCatalog _catalog;
     Calendar _calendar;
     std::optional<LauncherError> _failure;

@@ -46,13 +46,11 @@ std::expected<std::optional<Document>, JsonFileError> loadJson(File& file) {
     return *std::move(document);
 }
 
-/// As `loadJson`, for files that are not essential: a damaged file, or one of a later version, is set
-/// aside so that a new one can be written. While the file is unreadable or cannot be set aside, it is
-/// not written.
-template <typename Document, typename File>
-std::expected<std::optional<Document>, JsonFileError> loadJsonOrSetAside(File& file, const Clock& clock,
-                                                                         UuidSource& uuids) {
-    auto loaded = loadJson<Document>(file);
+/// What is done for files that are not essential with what was loaded: a damaged file, or one of a
+/// later version, is set aside so that a new one can be written. While the file is unreadable or cannot
+/// be set aside, it is not written.
+template <typename Loaded, typename File>
+Loaded setAsideIfDamaged(Loaded loaded, File& file, const Clock& clock, UuidSource& uuids) {
     if (!loaded && loaded.error().kind != JsonFileError::Kind::unreadable) {
         const auto aside = file.setAside(clock, uuids.next());
         loaded.error().text +=
@@ -60,6 +58,13 @@ std::expected<std::optional<Document>, JsonFileError> loadJsonOrSetAside(File& f
                   : Texts::tr(" It could not be set aside and stays: ") + message(aside.error());
     }
     return loaded;
+}
+
+/// As `loadJson`, for such files.
+template <typename Document, typename File>
+std::expected<std::optional<Document>, JsonFileError> loadJsonOrSetAside(File& file, const Clock& clock,
+                                                                         UuidSource& uuids) {
+    return setAsideIfDamaged(loadJson<Document>(file), file, clock, uuids);
 }
 
 /// Encodes and writes synchronously.

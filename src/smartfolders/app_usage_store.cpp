@@ -38,6 +38,7 @@ struct Codec<UsageRecords> {
             return expected("an object");
         const QJsonObject object = value.toObject();
         UsageRecords records;
+        records.byKey.reserve(object.size());
         for (auto it = object.begin(); it != object.end(); ++it) {
             if (auto usage = json::decode<AppUsage>(it.value()))
                 records.byKey.insert(it.key(), *std::move(usage));
@@ -74,26 +75,28 @@ AppUsageStore::~AppUsageStore() {
         _machine.log.warning(message(saved.error()));
 }
 
-void AppUsageStore::load() {
-    _records.clear();
-    _isComplete = true;
-    _isChanged = false;
-    _since = _machine.clock.now();
-    auto document = loadJsonOrSetAside<UsageDocument>(_file, _machine.clock, _machine.uuids);
-    if (!document) {
-        _machine.log.warning(document.error().text);
-        lose();
-    } else if (*document) {
-        _records = std::move((*document)->records.byKey);
-        _isComplete = (*document)->isComplete;
-        for (const AppUsage& usage : std::as_const(_records))
-            if (_isComplete && !(*document)->since)
-                _since = std::min(_since, usage.firstSeen);
-        _since = (*document)->since.value_or(_since);
-        if (!(*document)->records.isWhole)
+MoveOnlyFunction<void()> AppUsageStore::read() {
+    return [this, read = loadJson<UsageDocument>(_file)]() mutable {
+        _records.clear();
+        _isComplete = true;
+        _isChanged = false;
+        _since = _machine.clock.now();
+        auto document = setAsideIfDamaged(std::move(read), _file, _machine.clock, _machine.uuids);
+        if (!document) {
+            _machine.log.warning(document.error().text);
             lose();
-        makeRoom();
-    }
+        } else if (*document) {
+            _records = std::move((*document)->records.byKey);
+            _isComplete = (*document)->isComplete;
+            for (const AppUsage& usage : std::as_const(_records))
+                if (_isComplete && !(*document)->since)
+                    _since = std::min(_since, usage.firstSeen);
+            _since = (*document)->since.value_or(_since);
+            if (!(*document)->records.isWhole)
+                lose();
+            makeRoom();
+        }
+    };
 }
 
 /// Records the loss of data: the history is complete only from now on.
@@ -151,6 +154,7 @@ bool AppUsageStore::recordSeen(const QStringList& appKeys) {
     const qsizetype before = _records.size();
     const Instant now = _machine.clock.now(); // one time for all: applications seen together sort by
                                               // name
+    _records.reserve(std::max(_records.size(), appKeys.size()));
     for (const QString& key : appKeys)
         record(key, now);
     const bool isNew = _records.size() > before;
@@ -203,6 +207,8 @@ std::expected<void, FileError> AppUsageStore::flush() {
 }
 
 void AppUsageStore::fill(SmartFolderRuntimeFacts& facts) const {
+    facts.firstSeenDates.reserve(_records.size());
+    facts.launchCounts.reserve(_records.size());
     for (auto it = _records.cbegin(); it != _records.cend(); ++it) {
         facts.firstSeenDates.insert(it.key(), it->firstSeen);
         if (it->count > 0 || isComplete())

@@ -21,7 +21,7 @@ struct AppUsage {
 /// application never used. While the file is unreadable or cannot be set aside, nothing is written.
 /// Keeps at most `maximumRecords`, dropping the least recently used.
 ///
-/// Main thread only.
+/// Main thread only, but for `read`.
 class AppUsageStore {
 public:
     static constexpr qint64 supportedVersion = 1;
@@ -35,7 +35,10 @@ public:
     /// Failed saves are logged.
     ~AppUsageStore();
 
-    void load();
+    void load() { read()(); }
+    /// Reads the file, on any thread, before anything else is asked of the store. Call what it returns
+    /// on the main thread: it takes over what was read.
+    [[nodiscard]] MoveOnlyFunction<void()> read();
     /// Records that applications are present; true if one of them is new.
     bool recordSeen(const QStringList& appKeys);
     void recordLaunch(const QString& appKey);
