@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QDir>
 
-#include <pthread.h>
 #include <sys/resource.h>
 
 namespace tessellar {
@@ -18,7 +17,7 @@ bool hasReliableGraphics() { return true; }
 
 bool keepsRunningWithoutWindow() { return true; }
 
-void giveWay() { (void)::pthread_set_qos_class_self_np(QOS_CLASS_UTILITY, 0); }
+void giveWay() {} // the main thread comes before all of the default quality of service anyway
 
 QStringList preferredFontFamilies() { return {}; }
 
