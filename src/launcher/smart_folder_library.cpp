@@ -323,10 +323,10 @@ void SmartFolderLibrary::evaluateRound(const SmartFolderFactsList& facts, bool i
                     continue;
                 }
                 result.prepared[mode] = prepare(facts, contexts[mode], prepared, locale, files);
-                auto all = SmartFolderEvaluator::evaluateAll(definitions, *result.prepared[mode]->index,
-                                                             now, calendar, stop);
+                const auto all = SmartFolderEvaluator::evaluateAll(
+                    definitions, *result.prepared[mode]->index, now, calendar, stop);
                 for (qsizetype i = 0; i < all.size(); ++i)
-                    result.evaluations[mode].insert(definitions.at(i).id, std::move(all[i]));
+                    result.evaluations[mode].insert(definitions.at(i).id, all.at(i));
             }
             result.isChanged = result.evaluations != before;
             return result;
