@@ -42,8 +42,10 @@ PagerItem {
         [Math.floor(position), Math.ceil(position)].forEach(add);
         [page, page + 1, page - 1].forEach(add);
         for (let i = near.count - 1; i >= 0; --i)
-            if (!wanted.includes(near.get(i).page))
+            if (!wanted.includes(near.get(i).page)) {
+                repeater.itemAt(i).active = false; // one that is being made would complain of its end
                 near.remove(i);
+            }
         for (const page of wanted) {
             let isThere = false;
             for (let i = 0; i < near.count && !isThere; ++i)
