@@ -86,7 +86,7 @@ void CommandCall::onceSaved(Whose whose, std::function<void()> answer) {
     if (!_launcher)
         return answer();
     _launcher->history().unsaved().whenSaved(
-        options.editor, options.answersUnsaved ? Whose::step : whose,
+        options.editor, options.answersUnsaved && whose == Whose::own ? Whose::step : whose,
         [self = shared_from_this(), answer = std::move(answer)](const UnsavedEdits::Outcome& saved) {
             if (saved)
                 return answer();

@@ -251,6 +251,25 @@ TEST_F(TessellarctlTest, ABatchMayEndByQuittingTheLauncher) {
     EXPECT_EQ(text(u"list"_s), "Page 1\n  Tree\n  Beech\n");
 }
 
+TEST_F(TessellarctlTest, SavingIsWaitedForWhereOtherCommandsDoNotWait) {
+    RunningLauncher running(root.path());
+    QByteArray onDisk;
+    for (const QStringList& words :
+         {QStringList{u"rename"_s, u"org.example.ash"_s, u"Tree"_s}, {u"save"_s}}) {
+        bool isFinished = false;
+        running.interpreter.run(words, {.answersUnsaved = true},
+                                {.out = [](const QByteArray&) {},
+                                 .error = [](const QByteArray&) {},
+                                 .finished =
+                                     [&](int) {
+                                         isFinished = true;
+                                         onDisk = read(layout);
+                                     }});
+        test::processEventsUntil([&] { return isFinished; });
+    }
+    EXPECT_TRUE(onDisk.contains("Tree"));
+}
+
 TEST_F(TessellarctlTest, ACommandWaitsForALauncherThatStarts) {
     const auto host =
         HostMachine::make({.root = root.path(), .home = {}, .locale = {}, .now = {}}).value();
