@@ -41,10 +41,12 @@ LauncherInput::LauncherInput(LauncherViewModel& viewModel, TileSelection& select
     connect(&_sheets, &Sheets::changed, this, &LauncherInput::coveredChanged);
 }
 
-bool LauncherInput::isCovered() const { return _alert.isOpen() || isBusy(); }
+bool LauncherInput::isCovered() const {
+    return _alert.isOpen() || !_sheets.current().isEmpty() || _panels.removal()->isOpen();
+}
 
 bool LauncherInput::isBusy() const {
-    return !_sheets.current().isEmpty() || _panels.removal()->isOpen();
+    return !_sheets.current().isEmpty() || _panels.removal()->isOpen() || !_renaming.tileId().isEmpty();
 }
 
 /// For what opens without a click or a key.

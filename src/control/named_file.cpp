@@ -27,6 +27,10 @@ void readNamedFile(const std::shared_ptr<CommandCall>& call, const QString& name
     call->held.push_back(std::make_shared<Task>(call->machine.workers.run(
         [call, name, maximumBytes](const std::stop_token&) {
             const NamedFile file = namedFile(*call, name);
+            if (file.path.startsWith(
+                    u"/dev/")) // such as the standard input, which is the launcher's here
+                return std::expected<QByteArray, FileError>(
+                    std::unexpect, FileError{FileError::Code::notARegularFile, file.path});
             return file.files->read(file.path, maximumBytes);
         },
         [call, done = std::move(done)](const std::expected<QByteArray, FileError>& bytes) {

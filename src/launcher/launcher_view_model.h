@@ -104,7 +104,7 @@ public:
         std::function<void()> show;
         std::function<void()> dismiss; ///< hides it, as the user would
         std::function<bool()> isShown;
-        std::function<bool()> isBusy; ///< with a sheet or a removal, which nothing else may replace
+        std::function<bool()> isBusy; ///< with something that the user must finish first
         /// Does what an action requests of the window. False if its tile cannot be shown.
         std::function<bool(const ActionTarget&, ActionRequest)> perform;
         std::function<void()> quit; ///< quits the launcher soon

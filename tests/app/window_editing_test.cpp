@@ -133,6 +133,7 @@ TEST_F(WindowEditingTest, ACommandsActionContinuesHere) {
     ActionTarget target{.item = *viewModel().shown().tileOf(u"org.example.a12"_s)};
     ASSERT_TRUE(presenter.perform(target, ActionRequest::rename));
     EXPECT_TRUE(isSeen(u"A12"_s)) << "in its folder";
+    EXPECT_TRUE(presenter.isBusy());
     type(u"Ash"_s);
     press(Qt::Key_Return);
     EXPECT_TRUE(tile(u"Ash"_s));
