@@ -46,7 +46,8 @@ bool LauncherInput::isCovered() const {
 }
 
 bool LauncherInput::isBusy() const {
-    return !_sheets.current().isEmpty() || _panels.removal()->isOpen() || !_renaming.tileId().isEmpty();
+    return !_sheets.current().isEmpty() || _panels.removal()->isOpen() ||
+           !_renaming.tileId().isEmpty() || _viewModel.messages().question();
 }
 
 /// For what opens without a click or a key.

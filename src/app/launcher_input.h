@@ -46,7 +46,7 @@ public:
     Q_INVOKABLE void openUpdateMenu(const QString& appKey, QPointF point);
 
     // For actions begun by a command.
-    /// A sheet or a removal is open, or a name is being typed.
+    /// A sheet, a removal or a question is open, or a name is being typed.
     bool isBusy() const;
     /// Does what the action requests of the window. False if its tile cannot be shown.
     bool take(const ActionTarget& target, ActionRequest request);

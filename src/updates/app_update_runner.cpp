@@ -395,9 +395,9 @@ void AppUpdateRunner::verified(const DetachedState& state) {
         });
 }
 
-void AppUpdateRunner::finish(const QString& appKey, AppUpdateActionState state) {
+void AppUpdateRunner::finish(const QString& appKey, const AppUpdateActionState& state) {
     const auto alive = _lifetime.watch();
-    set(appKey, std::move(state));
+    set(appKey, state);
     if (!alive.expired())
         next();
 }

@@ -94,7 +94,7 @@ private:
     void ended(const DetachedState& state);
     void verified(const DetachedState& state);
     void open(const QString& appKey, const AppUpdateAction& action);
-    void finish(const QString& appKey, AppUpdateActionState state);
+    void finish(const QString& appKey, const AppUpdateActionState& state);
     void set(const QString& appKey, const AppUpdateActionState& state);
 
     static QString journalPath(const Machine& machine);

@@ -140,6 +140,9 @@ TEST_F(WindowEditingTest, ACommandsActionContinuesHere) {
     target.mode = LauncherWindowMode::windowed;
     EXPECT_FALSE(presenter.perform(target, ActionRequest::rename));
 
+    ask(false);
+    EXPECT_TRUE(presenter.isBusy());
+    viewModel().messages().answer(false);
     EXPECT_FALSE(presenter.isBusy());
     ASSERT_TRUE(presenter.perform(target, ActionRequest::information));
     EXPECT_EQ(launcher().sheets()->current(), Sheets::information);
