@@ -102,8 +102,7 @@ void LauncherImport::apply(Mode mode, const NativeLaunchpadImportResult& importe
         const LiveLayout& layout = _layouts[mode];
         LayoutDocument document{.pages = pages, .hiddenKeys = layout.hiddenKeys()};
         return {.document = [document] { return document; },
-                .apps = installedAsArranged(layout, _applications, true),
-                .endsClosedFolders = true};
+                .apps = installedAsArranged(layout, _applications, true)};
     };
     _merger.merge(mode, wanted,
                   [this, mode, metadata = imported.metadata, done = std::move(done)](

@@ -162,11 +162,9 @@ void LayoutArchive::arrange(Mode mode, Arranged arranged, const QString& name,
     replace(
         mode,
         [this, mode, arranged = std::move(arranged)]() -> ReplacementMerger::Wanted {
-            return {.document =
-                        [pages = arranged(), hiddenKeys = _layouts[mode].hiddenKeys()] {
-                            return LayoutDocument{.pages = pages(), .hiddenKeys = hiddenKeys};
-                        },
-                    .endsClosedFolders = true};
+            return {.document = [pages = arranged(), hiddenKeys = _layouts[mode].hiddenKeys()] {
+                return LayoutDocument{.pages = pages(), .hiddenKeys = hiddenKeys};
+            }};
         },
         {.name = name,
          .reason = QStringLiteral("arrange"),

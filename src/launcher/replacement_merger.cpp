@@ -43,8 +43,6 @@ void ReplacementMerger::attempt(Mode mode, std::function<Wanted()> wanted,
     Wanted now = wanted();
     if (now.apps)
         input.context.scannedApps = *std::move(now.apps);
-    if (now.endsClosedFolders)
-        input.context.places.closedFolders.clear();
     const auto work = [input = std::move(input), layoutNow = layout.document(),
                        unavailable = layout.unavailableAppKeys(), document = std::move(now.document)] {
         MergeInput all = input;

@@ -21,8 +21,6 @@ public:
         std::function<LayoutDocument()> document;
         /// Used in place of the scan's.
         std::optional<QList<AppEntry>> apps = {};
-        /// Folders that closed are not made again when their applications return.
-        bool endsClosedFolders = false;
     };
 
     ReplacementMerger(const Machine& machine, const LiveLayouts& layouts,

@@ -161,20 +161,6 @@ TEST_F(PlaceMemoryTest, NothingIsGoneWhileAnUpdaterReplacesBundles) {
     EXPECT_EQ(sketched(), u"[Trees: Elm Ash] Ivy");
 }
 
-TEST_F(PlaceMemoryTest, AClosedFolderIsNotMadeAgainInANewArrangement) {
-    arrange();
-    start();
-    uninstall(u"Ash"_s);
-    rescan();
-    launcher->archive().arrange(
-        fullScreen, [this] { return [pages = launcher->shown().pages()] { return pages; }; },
-        u"Arrange"_s, [](const auto& done) { EXPECT_TRUE(done); });
-    mac.settle();
-    install(u"Ash"_s);
-    rescan();
-    EXPECT_EQ(sketched(), u"Oak Elm Ash Ivy");
-}
-
 TEST_F(PlaceMemoryTest, UsageAndUpdatesGoAlongWithAChangedKey) {
     arrange();
     const QString key = u"org.example.oak"_s;
