@@ -344,10 +344,12 @@ void LauncherInput::openUpdateMenu(const QString& appKey, QPointF point) {
 }
 
 bool LauncherInput::take(const ActionTarget& target, ActionRequest request) {
+    const bool isQuestion = request == ActionRequest::none;
+    const bool isRename = request == ActionRequest::rename && target.item;
+    if ((isQuestion || isRename) && target.mode != mode())
+        return false;
     makeRoom();
-    if (request == ActionRequest::rename) {
-        if (target.mode != mode() || !target.item)
-            return false;
+    if (isRename) {
         _search.clear();
         _viewModel.shown().reveal(target.item->id());
     }

@@ -98,13 +98,14 @@ void addActionCommands(CommandSet& set) {
                 window->show();
                 if (window->perform(*about, *request))
                     return call->succeed(QJsonObject(), Texts::tr("Continue in the window."));
-                return call->fail({QStringLiteral("otherMode"),
-                                   Texts::tr("The window shows the other display mode."),
-                                   {}});
             }
             call->launcher().smartFolderEditing().close();
             messages.answer(false);
             call->launcher().cleanup().close();
+            if (window)
+                return call->fail({QStringLiteral("otherMode"),
+                                   Texts::tr("The window shows the other display mode."),
+                                   {}});
             call->fail(
                 {QStringLiteral("needsWindow"),
                  Texts::tr("“%1” continues in the window, which is not open.").arg(text(id).left(80)),

@@ -139,6 +139,7 @@ TEST_F(WindowEditingTest, ACommandsActionContinuesHere) {
     EXPECT_TRUE(tile(u"Ash"_s));
     target.mode = LauncherWindowMode::windowed;
     EXPECT_FALSE(presenter.perform(target, ActionRequest::rename));
+    EXPECT_FALSE(presenter.perform(target, ActionRequest::none)) << "a question";
 
     ask(false);
     EXPECT_TRUE(presenter.isBusy());
