@@ -8,13 +8,18 @@ Flow {
 
     required property var symbols
     required property TileIcons icons
+    readonly property int side: 40
+    readonly property int columns: Math.max(1, Math.floor((width + spacing) / (side + spacing)))
 
     signal chosen(string name)
 
+    height: Math.ceil(symbols.length / columns) * (side + spacing) - spacing
     spacing: 4
+    // The symbols are made in a turn of their own: making what surrounds them takes long enough.
+    Component.onCompleted: Qt.callLater(() => repeater.model = Qt.binding(() => strip.symbols.length))
 
     Repeater {
-        model: strip.symbols.length
+        id: repeater
 
         T.AbstractButton {
             id: symbol
@@ -23,8 +28,8 @@ Flow {
             readonly property var modelData: strip.symbols[index] ?? ({ name: "", isChosen: false, isDrawn: true })
 
             objectName: "symbol"
-            implicitWidth: 40
-            implicitHeight: 40
+            implicitWidth: strip.side
+            implicitHeight: strip.side
             text: modelData.name === "" ? qsTr("Contents") : modelData.name
             focusPolicy: Qt.StrongFocus
             hoverEnabled: true
