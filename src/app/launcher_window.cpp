@@ -54,7 +54,8 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
     // The folders are scanned and the backdrop is drawn while QML loads.
     _controller.backdrop()->prepare((QSizeF(_view.size()) * _view.devicePixelRatio()).toSize());
     _viewModel.start();
-    load();
+    // In a turn of its own; one that starts hidden is ready when it is wanted.
+    QMetaObject::invokeMethod(this, &LauncherWindow::load, Qt::QueuedConnection);
 
     const auto resized = [this] { _controller.setWindow(_view.size(), _view.devicePixelRatio()); };
     connect(&_view, &QWindow::widthChanged, this, resized);
@@ -121,6 +122,8 @@ LauncherWindow::~LauncherWindow() {
 void LauncherWindow::retranslate() { _view.engine()->retranslate(); }
 
 void LauncherWindow::load() {
+    if (_view.status() != QQuickView::Null)
+        return;
     _view.setInitialProperties({{QStringLiteral("launcher"), QVariant::fromValue(&_controller)}});
     _view.setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Tessellar/qml/Main.qml")));
 }
@@ -194,6 +197,7 @@ void LauncherWindow::remember() {
 }
 
 void LauncherWindow::show() {
+    load();
     _leaving.cancel();
     setAway(false);
     if (!_view.isVisible() && _hasDrawn)
