@@ -162,8 +162,10 @@ void LauncherController::follow() {
         showLayout();
     });
     on(launcher.search().ready, [this](LauncherWindowMode mode) {
-        if (!_search.isActive() || mode != _viewModel.layouts().shownMode())
+        if (mode != _viewModel.layouts().shownMode())
             return;
+        if (!_search.isActive())
+            return _search.prepare();
         _search.refresh();
         requestIcons();
     });

@@ -75,10 +75,14 @@ static void collectFolders(const Pages& pages, const QString& folder, QHash<QStr
         }
 }
 
-void TileSearch::annotate(qsizetype page, QList<TileView>& views) {
-    const qsizetype first = page * pageGeometry(_viewModel.shown().settings()).capacity();
+void TileSearch::prepare() {
     if (!_folders)
         collectFolders(_viewModel.shown().pages(), {}, _folders.emplace());
+}
+
+void TileSearch::annotate(qsizetype page, QList<TileView>& views) {
+    const qsizetype first = page * pageGeometry(_viewModel.shown().settings()).capacity();
+    prepare();
     for (qsizetype i = 0; i < views.size() && first + i < _hits.size(); ++i) {
         TileView& view = views[i];
         const QString key = view.icons.isEmpty() ? QString() : view.icons.first().appKey;

@@ -29,6 +29,8 @@ public:
     void clear() { setText({}); }
     /// Call when the searchable contents have changed.
     void refresh();
+    /// Does in advance what the first letter would have to.
+    void prepare();
 
     GridModel* results() { return &_results; }
     const GridModel* results() const { return &_results; }
