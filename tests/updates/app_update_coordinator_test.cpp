@@ -111,7 +111,7 @@ TEST_F(AppUpdateCoordinatorTest, RevertingTwoChecksOfOneApplicationRestoresTheOl
     const AppUpdateCandidate store = *coordinator->channels().candidate(key(u"Store"_s));
     std::array<KnownAppUpdates::Replaced, 2> replaced;
     for (std::size_t i = 0; i < replaced.size(); ++i) {
-        mac.time.advance(1s);
+        pass(1s);
         known.recordVerdict(store, *coordinator->channels().checker(store),
                             AppUpdateStatus(UpdateAvailable{u"1.2%1"_s.arg(i)}), replaced[i]);
     }
