@@ -22,9 +22,10 @@ bool hasReliableGraphics() { return false; }
 bool keepsRunningWithoutWindow() { return false; }
 
 void giveWay() {
-    // On Linux, niceness is a thread's.
-    const auto thread = static_cast<id_t>(::gettid());
-    (void)::setpriority(PRIO_PROCESS, thread, ::getpriority(PRIO_PROCESS, thread) + 10);
+    // On Linux, niceness is a thread's, and so are the process's number and the main thread's. Threads
+    // inherit it, so it is counted from there.
+    const int main = ::getpriority(PRIO_PROCESS, static_cast<id_t>(::getpid()));
+    (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), main + 10);
 }
 
 QStringList preferredFontFamilies() { return {QStringLiteral("Inter"), QStringLiteral("Noto Sans")}; }
