@@ -7,15 +7,18 @@
 
 namespace tessellar {
 
-NamedFile namedFile(const CommandCall& call, const QString& name) {
+static NamedFile namedFile(const FileSystem& files, const QString& directory, const QString& name) {
     static const FileSystem host;
-    const FileSystem& files = call.machine.files;
-    const QString path = QDir::cleanPath(QDir(call.options.directory).absoluteFilePath(name));
+    const QString path = QDir::cleanPath(QDir(directory).absoluteFilePath(name));
     if (const auto onMachine = files.pathFromHost(FileSystem::toHostBytes(path).value_or(QByteArray())))
         return {*onMachine, &files};
     if (!QFileInfo::exists(path) && name.startsWith(u'/') && files.exists(name))
         return {name, &files};
     return {path, &host};
+}
+
+NamedFile namedFile(const CommandCall& call, const QString& name) {
+    return namedFile(call.machine.files, call.options.directory, name);
 }
 
 void readNamedFile(const std::shared_ptr<CommandCall>& call, const QString& name,
@@ -25,10 +28,11 @@ void readNamedFile(const std::shared_ptr<CommandCall>& call, const QString& name
         call->fail({QStringLiteral("cancelled"), Texts::tr("The command was cancelled."), {}});
     });
     call->held.push_back(std::make_shared<Task>(call->machine.workers.run(
-        [call, name, maximumBytes](const std::stop_token&) {
-            const NamedFile file = namedFile(*call, name);
-            if (file.path.startsWith(
-                    u"/dev/")) // such as the standard input, which is the launcher's here
+        [&files = call->machine.files, directory = call->options.directory, name,
+         maximumBytes](const std::stop_token&) {
+            const NamedFile file = namedFile(files, directory, name);
+            // Its own files, such as the standard input, are the launcher's here.
+            if (file.path.startsWith(u"/dev/") || file.path.startsWith(u"/proc/"))
                 return std::expected<QByteArray, FileError>(
                     std::unexpect, FileError{FileError::Code::notARegularFile, file.path});
             return file.files->read(file.path, maximumBytes);
