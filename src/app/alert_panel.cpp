@@ -77,8 +77,13 @@ void AlertPanel::resetLayouts() {
     for (const LauncherWindowMode mode : LiveLayouts::modes)
         if (!_viewModel.history().guard(mode))
             _viewModel.messages().report(_viewModel.archive().reset(mode));
-    _alerts.removeIf([](const LauncherError& alert) { return alert.remedy == Remedy::resetLayout; });
-    Q_EMIT changed();
+    const bool areAllReset = std::ranges::all_of(LiveLayouts::modes, [this](LauncherWindowMode mode) {
+        return _viewModel.history().guard(mode).has_value();
+    });
+    if (areAllReset)
+        _alerts.removeIf(
+            [](const LauncherError& alert) { return alert.remedy == Remedy::resetLayout; });
+    refresh();
 }
 
 void AlertPanel::pressKey(int key) {

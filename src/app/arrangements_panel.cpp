@@ -219,28 +219,30 @@ std::optional<ArrangementsPanel::File> ArrangementsPanel::file(const QString& te
 void ArrangementsPanel::finish(const QString& text) {
     const auto mode = _viewModel.shown().mode();
     if (_task == u"save")
-        return saved().save(mode, text, reporting(true));
+        return saved().save(mode, text, reporting(_task));
     if (_task == u"rename")
-        return saved().rename(mode, _subject, text, reporting(true));
+        return saved().rename(mode, _subject, text, reporting(_task));
     const auto named = file(text.trimmed());
     if (!named)
         return setIssue(tr("Give the whole path, beginning with “/” or “~/”."));
     if (_task == u"export")
-        saved().exportTo(mode, _subject, *named->files, named->path, reporting(true));
+        saved().exportTo(mode, _subject, *named->files, named->path, reporting(_task));
     else
-        saved().importFrom(mode, *named->files, named->path, reporting(true));
+        saved().importFrom(mode, *named->files, named->path, reporting(_task));
 }
 
 /// Errors are shown in the sheet, which keeps what was typed until the field's own task is done.
-LauncherArrangements::Done ArrangementsPanel::reporting(bool isField) {
-    return _lifetime.guard([this, isField](const LauncherArrangements::Saved& saved) {
+LauncherArrangements::Done ArrangementsPanel::reporting(const QString& task) {
+    return _lifetime.guard([this, task](const LauncherArrangements::Saved& saved) {
         if (!saved)
             return setIssue(saved.error().message);
-        if (!isField && _task == u"save")
-            return setIssue({});
-        if (_task == u"export")
+        if (task == u"export")
             _viewModel.messages().showNotice(tr("Exported “%1”.").arg(saved->name));
-        begin(QStringLiteral("save"));
+        const bool isSubjectGone = !_subject.isNull() && nameOf(_subject).isEmpty();
+        if (task == _task || isSubjectGone)
+            begin(QStringLiteral("save"));
+        else
+            setIssue({});
     });
 }
 

@@ -81,7 +81,8 @@ private:
     void choose(const QString& entry);
     void ask(const QString& title, const QString& text, const QString& accept, bool isDestructive,
              std::function<void()> work);
-    LauncherArrangements::Done reporting(bool isField = false);
+    /// `task` is the field's, or empty.
+    LauncherArrangements::Done reporting(const QString& task = {});
     void setIssue(const QString& issue);
     QString nameOf(const QUuid& id) const;
     std::optional<File> file(const QString& text) const;
