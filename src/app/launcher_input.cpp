@@ -50,7 +50,7 @@ bool LauncherInput::isBusy() const {
            !_renaming.tileId().isEmpty() || _viewModel.messages().question();
 }
 
-/// For what opens without a click or a key.
+/// Called before something opens that the user did not click or type for.
 void LauncherInput::makeRoom() {
     _drag.cancel();
     for (MenuModel* menu : menus())
@@ -343,16 +343,19 @@ void LauncherInput::openUpdateMenu(const QString& appKey, QPointF point) {
     _menu.open(actionMenu(_viewModel, _menuTarget), point, 0);
 }
 
-bool LauncherInput::take(const ActionTarget& target, ActionRequest request) {
-    const bool isQuestion = request == ActionRequest::none;
-    const bool isRename = request == ActionRequest::rename && target.item;
-    if ((isQuestion || isRename) && target.mode != mode())
+bool LauncherInput::continueAction(const ActionTarget& target, ActionRequest request) {
+    using enum ActionRequest;
+    static constexpr std::array ofLayout{none, rename, arrangements, arranging, backups, unplaced};
+    if (target.mode != mode() && std::ranges::find(ofLayout, request) != ofLayout.end())
         return false;
-    makeRoom();
-    if (isRename) {
+    if (request == rename && target.item) {
+        const AppEntry* app = target.item->app();
+        if (app && _viewModel.shown().hiddenKeys().contains(appKey(*app)))
+            return false;
         _search.clear();
         _viewModel.shown().reveal(target.item->id());
     }
+    makeRoom();
     perform(target, request);
     return true;
 }

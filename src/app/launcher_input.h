@@ -48,9 +48,9 @@ public:
     // For actions begun by a command.
     /// A sheet, a removal or a question is open, or a name is being typed.
     bool isBusy() const;
-    /// Does what the action requests of the window. False if it is about a tile or the layout of the
-    /// mode that is not shown.
-    bool take(const ActionTarget& target, ActionRequest request);
+    /// Does what the action requests of the window. False if it is about a hidden tile, or the layout
+    /// of the mode that is not shown.
+    bool continueAction(const ActionTarget& target, ActionRequest request);
 
 Q_SIGNALS:
     void coveredChanged();

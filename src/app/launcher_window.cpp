@@ -104,7 +104,7 @@ LauncherWindow::LauncherWindow(Machine& machine, LauncherWindowMode mode, QSize 
                              .isBusy = [this] { return _controller.input()->isBusy(); },
                              .perform =
                                  [this](const ActionTarget& target, ActionRequest request) {
-                                     return _controller.input()->take(target, request);
+                                     return _controller.input()->continueAction(target, request);
                                  },
                              // Deferred, so that the command is answered first.
                              .quit = [] { QTimer::singleShot(0, qApp, &QGuiApplication::quit); }});

@@ -76,6 +76,7 @@ void addActionCommands(CommandSet& set) {
             if (!about)
                 return;
             const auto& window = call->launcher().presenter();
+            // Nor can the user open a menu then.
             if (window && window->isBusy())
                 return call->fail({QStringLiteral("windowBusy"),
                                    Texts::tr("Finish what is open in the window first."),
@@ -94,18 +95,22 @@ void addActionCommands(CommandSet& set) {
             LauncherMessages& messages = call->launcher().messages();
             if (*request == ActionRequest::none && !messages.question())
                 return call->succeed(QJsonObject(), {});
-            if (window) {
+            if (window && window->perform(*about, *request)) {
                 window->show();
-                if (window->perform(*about, *request))
-                    return call->succeed(QJsonObject(), Texts::tr("Continue in the window."));
+                return call->succeed(QJsonObject(), Texts::tr("Continue in the window."));
             }
-            call->launcher().smartFolderEditing().close();
-            messages.answer(false);
-            call->launcher().cleanup().close();
+            if (*request == ActionRequest::none)
+                messages.answer(false);
+            else if (*request == ActionRequest::rules)
+                call->launcher().smartFolderEditing().close();
+            else if (*request == ActionRequest::removal)
+                call->launcher().cleanup().close();
             if (window)
-                return call->fail({QStringLiteral("otherMode"),
-                                   Texts::tr("The window shows the other display mode."),
-                                   {}});
+                return call->fail(
+                    {QStringLiteral("notInWindow"),
+                     Texts::tr("The window cannot show that: it is hidden, or of the other "
+                               "display mode."),
+                     {}});
             call->fail(
                 {QStringLiteral("needsWindow"),
                  Texts::tr("“%1” continues in the window, which is not open.").arg(text(id).left(80)),

@@ -105,8 +105,8 @@ public:
         std::function<void()> dismiss; ///< hides it, as the user would
         std::function<bool()> isShown;
         std::function<bool()> isBusy; ///< with something that the user must finish first
-        /// Does what an action requests of the window. False if it is about a tile or the layout of the
-        /// mode that is not shown.
+        /// Does what an action requests of the window. False if it is about a hidden tile, or the
+        /// layout of the mode that is not shown.
         std::function<bool(const ActionTarget&, ActionRequest)> perform;
         std::function<void()> quit; ///< quits the launcher soon
     };

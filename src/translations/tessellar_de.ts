@@ -4494,8 +4494,8 @@ Der Exit-Status ist 0, wenn es getan wurde, 1, wenn es abgelehnt wurde oder miss
         <translation>Beenden Sie zuerst, was im Fenster geöffnet ist.</translation>
     </message>
     <message>
-        <source>The window shows the other display mode.</source>
-        <translation>Das Fenster zeigt die andere Darstellung.</translation>
+        <source>The window cannot show that: it is hidden, or of the other display mode.</source>
+        <translation>Das Fenster kann das nicht zeigen: Es ist ausgeblendet oder gehört zur anderen Darstellung.</translation>
     </message>
 </context>
 <context>

@@ -137,6 +137,9 @@ TEST_F(WindowEditingTest, ACommandsActionContinuesHere) {
     type(u"Ash"_s);
     press(Qt::Key_Return);
     EXPECT_TRUE(tile(u"Ash"_s));
+    ASSERT_TRUE(editor().hideApps(mode(), {target.item->id()}));
+    EXPECT_FALSE(presenter.perform(target, ActionRequest::rename));
+    EXPECT_FALSE(presenter.isBusy());
     target.mode = LauncherWindowMode::windowed;
     EXPECT_FALSE(presenter.perform(target, ActionRequest::rename));
     EXPECT_FALSE(presenter.perform(target, ActionRequest::none)) << "a question";

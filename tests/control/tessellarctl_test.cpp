@@ -324,7 +324,7 @@ TEST_F(TessellarctlTest, AnActionContinuesInAWindowThatIsFree) {
                                            return target.mode == LauncherWindowMode::fullScreen;
                                        }});
     EXPECT_EQ(text(u"actions run updates"_s), "Continue in the window.\n");
-    EXPECT_EQ(run(u"--mode windowed actions run rename org.example.ash"_s).code(), u"otherMode");
+    EXPECT_EQ(run(u"--mode windowed actions run rename org.example.ash"_s).code(), u"notInWindow");
     EXPECT_EQ(requests, QList({ActionRequest::updates, ActionRequest::rename}));
     isBusy = true;
     EXPECT_EQ(run(u"actions run moveToTrash org.example.ash"_s).code(), u"windowBusy");
