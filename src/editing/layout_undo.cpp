@@ -65,7 +65,7 @@ QSet<QUuid> placedOrTakenAway(const LayoutUndoEntry& entry) {
 }
 
 /// True if the second step needs a definition that the first creates or deletes.
-bool makesDefinitionsOf(const LayoutUndoEntry& one, const LayoutUndoEntry& another) {
+bool createsOrDeletesFor(const LayoutUndoEntry& one, const LayoutUndoEntry& another) {
     const auto made = createdOrDeleted(one);
     return !made.isEmpty() && made.intersects(placedOrTakenAway(another));
 }
@@ -75,7 +75,7 @@ bool changesTheSame(const LayoutUndoEntry& one, const LayoutUndoEntry& another) 
         if (changesTiles(one, mode) && changesTiles(another, mode))
             return true;
     return changedDefinitions(one).intersects(changedDefinitions(another)) ||
-           makesDefinitionsOf(one, another) || makesDefinitionsOf(another, one);
+           createsOrDeletesFor(one, another) || createsOrDeletesFor(another, one);
 }
 
 /// The newest step that concerns a mode. Some concern both, such as the deletion of a smart folder.

@@ -62,6 +62,8 @@ public:
     bool isSaving() const { return _saves > 0; }
 
 private:
+    static constexpr std::chrono::seconds firstPatience{5};
+
     using Installed = std::shared_ptr<const InstalledScan>;
     struct Start {
         MergeInput input;
@@ -89,8 +91,6 @@ private:
     void reportLoad(LauncherWindowMode mode);
 
     const Machine& _machine;
-    static constexpr std::chrono::seconds firstPatience{5};
-
     LayoutStore& _store;
     LiveLayouts& _layouts;
     InstalledApplications& _applications;

@@ -143,7 +143,7 @@ std::expected<void, FileError> FileSettings::set(const QMap<QString, QJsonValue>
         kept = *std::move(moved);
     }
     if (const auto written = _state->json.write(QJsonDocument(object).toJson()); !written) {
-        // Without a file, the values in memory would pass for none the next time.
+        // Without any file, the next change would take the values in memory for none.
         if (!kept.isEmpty())
             (void)_state->files.move(kept, _state->json.path());
         return written;

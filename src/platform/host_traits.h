@@ -16,7 +16,7 @@ bool hasReliableGraphics();
 /// Whether the program keeps running without a window, ready to show it again at once.
 bool keepsRunningWithoutWindow();
 
-/// Lets other threads run before the calling one, as the window's.
+/// Lets other threads run before the calling one, such as the window's.
 void giveWay();
 
 /// Font families to prefer to the system's default; empty to use the default.

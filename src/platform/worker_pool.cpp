@@ -28,7 +28,7 @@ class Receiver final : public QObject {
 public:
     explicit Receiver(std::function<void()> onPost) : _onPost(std::move(onPost)) {}
 
-    /// Calls `onPost` after everything else that waits for the event loop, as the user's input does.
+    /// Calls `onPost` after everything else that waits for the event loop, such as the user's input.
     void callLater() { _later = startTimer(0); }
 
     bool event(QEvent* event) override {
@@ -162,7 +162,7 @@ struct WorkerPool::State {
         limit(Lane::network, 1);
         limit(Lane::actions, 8);
         limit(Lane::saving, 1);
-        // The programs that they start would inherit it.
+        // Programs started there would inherit the niceness.
         at(Lane::tools).givesWay = at(Lane::actions).givesWay = false;
     }
 

@@ -89,8 +89,8 @@ TEST(Theme, IsTheOnlyPlaceWithLiterals) {
     });
 }
 
-/// A compiled binding reads the result as one number; what is not compiled, as in a build for
-/// development, reads it right.
+/// A compiled binding reads a list of numbers as one number; interpreted ones, as in a development
+/// build, do not.
 TEST(Headers, CallsForQmlGiveNoTypedLists) {
     static const QRegularExpression list(uR"(Q_INVOKABLE\s+QList<[^;]*;)"_s);
     ASSERT_TRUE(list.match(u"Q_INVOKABLE QList<int> places(int page) const;"_s).hasMatch());

@@ -233,7 +233,7 @@ TEST_F(SmartFolderEditorTest, AStepWaitsForALaterOneOfTheOtherModeThatChangedThe
     EXPECT_EQ(undo(), u"stepInTheWay");
 }
 
-TEST_F(SmartFolderEditorTest, TheirDefinitionIsUndoneAfterTheTilesOfTheOtherMode) {
+TEST_F(SmartFolderEditorTest, ADefinitionIsUndoneAfterTheTilesOfTheOtherMode) {
     EXPECT_EQ(undo(), u"stepInTheWay");
     show(windowed);
     EXPECT_EQ(undo(), u"done");

@@ -43,7 +43,9 @@ PagerItem {
         [page, page + 1, page - 1].forEach(add);
         for (let i = near.count - 1; i >= 0; --i)
             if (!wanted.includes(near.get(i).page)) {
-                repeater.itemAt(i).active = false; // one that is being made would complain of its end
+                const slot = repeater.itemAt(i);
+                if (slot)
+                    slot.active = false; // one that is being made would complain of its end
                 near.remove(i);
             }
         for (const page of wanted) {
