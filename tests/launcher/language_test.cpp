@@ -38,11 +38,11 @@ TEST(Language, IsTheOneThatIsSetOrTheFirstThatTheUserReads) {
 
 TEST(Language, IsReadAsTheUserReads) {
     Language language;
-    language.follow({}, Locale(u"ar_EG"_s));
+    language.follow(std::nullopt, Locale(u"ar_EG"_s));
     EXPECT_EQ(language.direction(), Qt::RightToLeft) << "though there are no texts in Arabic";
     language.follow(u"de"_s, Locale(u"ar_EG"_s));
     EXPECT_EQ(language.direction(), Qt::LeftToRight);
-    language.follow({}, Locale(u"he"_s));
+    language.follow(std::nullopt, Locale(u"he"_s));
     EXPECT_EQ(language.direction(), Qt::RightToLeft);
 }
 
