@@ -15,10 +15,7 @@ enum {
     kAuthorizationFlagExtendRights = 1 << 1,
     kAuthorizationFlagDestroyRights = 1 << 3
 };
-enum {
-    errAuthorizationSuccess = 0,
-    errAuthorizationCanceled = -60006
-};
+enum { errAuthorizationSuccess = 0, errAuthorizationCanceled = -60006 };
 enum { kAuthorizationExternalFormLength = 32 };
 typedef struct {
     char bytes[kAuthorizationExternalFormLength];
@@ -35,8 +32,9 @@ typedef struct {
 } AuthorizationItemSet;
 typedef AuthorizationItemSet AuthorizationRights;
 typedef AuthorizationItemSet AuthorizationEnvironment;
-OSStatus AuthorizationCreate(const AuthorizationRights* rights, const AuthorizationEnvironment* environment,
-                             AuthorizationFlags flags, AuthorizationRef* authorization);
+OSStatus AuthorizationCreate(const AuthorizationRights* rights,
+                             const AuthorizationEnvironment* environment, AuthorizationFlags flags,
+                             AuthorizationRef* authorization);
 OSStatus AuthorizationFree(AuthorizationRef authorization, AuthorizationFlags flags);
 OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const AuthorizationRights* rights,
                                  const AuthorizationEnvironment* environment, AuthorizationFlags flags,
@@ -57,8 +55,10 @@ OSStatus SecCodeCopyStaticCode(SecCodeRef code, SecCSFlags flags, SecStaticCodeR
 OSStatus SecCodeCopyGuestWithAttributes(SecCodeRef host, CFDictionaryRef attributes, SecCSFlags flags,
                                         SecCodeRef* guest);
 OSStatus SecCodeCheckValidity(SecCodeRef code, SecCSFlags flags, SecRequirementRef requirement);
-OSStatus SecCodeCopySigningInformation(SecStaticCodeRef code, SecCSFlags flags, CFDictionaryRef* information);
-OSStatus SecRequirementCreateWithString(CFStringRef text, SecCSFlags flags, SecRequirementRef* requirement);
+OSStatus SecCodeCopySigningInformation(SecStaticCodeRef code, SecCSFlags flags,
+                                       CFDictionaryRef* information);
+OSStatus SecRequirementCreateWithString(CFStringRef text, SecCSFlags flags,
+                                        SecRequirementRef* requirement);
 #ifdef __cplusplus
 }
 #endif
