@@ -123,12 +123,12 @@ void AppUpdateCheck::assign() {
 
 /// The checker that is to check it, or `noChecker`.
 std::size_t AppUpdateCheck::ownerOf(const AppUpdateCandidate& candidate) const {
+    const AppUpdateChecker* owner = _channels.checker(candidate);
+    if (!owner || (_request.channel && *_request.channel != owner->kind()))
+        return noChecker;
     const auto& checkers = _channels.checkers();
-    const auto owner = std::ranges::find_if(
-        checkers, [&](const auto& checker) { return checker->channel(candidate).has_value(); });
-    const bool counts =
-        owner != checkers.end() && (!_request.channel || *_request.channel == (*owner)->kind());
-    return counts ? static_cast<std::size_t>(owner - checkers.begin()) : noChecker;
+    const auto place = std::ranges::find(checkers, owner, &std::unique_ptr<AppUpdateChecker>::get);
+    return static_cast<std::size_t>(place - checkers.begin());
 }
 
 /// All that checkers report.
